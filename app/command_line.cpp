@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/command_line.h"
+
+#include <string_view>
+
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+#include "util/user_folders.h"
+
+namespace tallow {
+namespace {
+
+/// What keeps a folder from being the application folder; empty when nothing does.
+std::string ProblemOfApplicationFolder(const std::string& folder) {
+  if (!FolderExists(folder)) return "The application folder " + folder + " does not exist.";
+  if (!FolderIsWritable(folder))
+    return "No file can be made in the application folder " + folder + ".";
+  // The settings keep paths one a line, and blanks around a line are lost.
+  if (HasLineBreak(folder))
+    return "The application folder " + folder + " has a line break in its path.";
+  return {};
+}
+
+std::string ProblemOfDrive(const std::string& folder) {
+  if (!FolderExists(folder)) return "The drive folder " + folder + " does not exist.";
+  if (!ListFolder(folder, {}).opened) return "The drive folder " + folder + " cannot be read.";
+  return {};
+}
+
+}  // namespace
+
+CommandLine ParseCommandLine(std::span<const std::string> arguments) {
+  CommandLine line;
+  for (std::size_t i = 0; i < arguments.size() && line.error.empty(); ++i) {
+    const std::string& argument = arguments[i];
+    const auto folder = [&]() -> std::string {
+      if (i + 1 < arguments.size() && !arguments[i + 1].empty()) return arguments[++i];
+      line.error = argument + " needs a folder behind it.";
+      return {};
+    };
+    if (argument == "--app-folder") {
+      const std::string given = folder();
+      if (!line.error.empty()) break;
+      line.application_folder = EnsureTrailingBackslash(AbsolutePath(given));
+      line.error = ProblemOfApplicationFolder(line.application_folder);
+    } else if (argument == "--drive") {
+      const std::string given = folder();
+      if (!line.error.empty()) break;
+      line.drives.push_back(EnsureTrailingBackslash(AbsolutePath(given)));
+      line.error = ProblemOfDrive(line.drives.back());
+    } else if (argument == "--exit-after-startup") {
+      line.exit_after_startup = true;
+    } else if (argument == "--help") {
+      line.help = true;
+    } else if (argument == "--version") {
+      line.version = true;
+    } else {
+      line.error = "'" + argument + "' is not an option of Tallow. tallow --help lists them.";
+    }
+  }
+  return line;
+}
+
+std::string HelpText() {
+  return "Usage: tallow [OPTION]...\n"
+         "Finds the MP3 files of this computer and arranges them in jukeboxes.\n"
+         "\n"
+         "  --app-folder DIR       keep library, settings and jukeboxes in DIR; without this, in "
+         "the\n"
+         "                         program's own folder when it is writable, else in the user's "
+         "data\n"
+         "                         folder\n"
+         "  --drive DIR            search DIR for songs in place of the computer's fixed disks; "
+         "may be\n"
+         "                         given several times\n"
+         "  --exit-after-startup   start without asking anything, then leave: 0 when all went "
+         "well, 1\n"
+         "                         with the message on standard error where a start would have "
+         "stopped\n"
+         "                         or asked\n"
+         "  --help                 print this and leave\n"
+         "  --version              print the version and leave\n"
+         "\n"
+         "A wrong command line leaves with exit code 2.\n";
+}
+
+std::string UsualApplicationFolder() {
+  const std::string own(FolderOfPath(ExecutablePath()));
+  if (!own.empty() && ProblemOfApplicationFolder(own).empty()) return own;
+  const std::string data = UserDataFolder();
+  if (data.empty())
+    throw FileError(own, "No file can be made there, and there is no user's folder.");
+  const std::string folder = data + "Tallow" + kSeparator;
+  CreateFolders(folder);
+  const std::string problem = ProblemOfApplicationFolder(folder);
+  if (!problem.empty()) throw FileError(folder, problem);
+  return folder;
+}
+
+}  // namespace tallow

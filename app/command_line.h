@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+namespace tallow {
+
+/// What the user asked for on the command line.
+struct CommandLine {
+  std::string
+      application_folder;  ///< given folder, absolute, ends in a separator; empty: the usual one
+  std::vector<std::string> drives;  ///< given folders, absolute; empty: the system's drives
+  bool exit_after_startup = false;  ///< do the whole start-up without asking anything, then leave
+  bool help = false;
+  bool version = false;
+  std::string error;  ///< what is wrong with the command line; empty when nothing is
+};
+
+/// The exit code for a command line that cannot be carried out.
+inline constexpr int kUsageError = 2;
+
+/// Reads the arguments behind the program's name. The first error ends the reading.
+CommandLine ParseCommandLine(std::span<const std::string> arguments);
+
+/// What --help prints.
+std::string HelpText();
+
+/// The folder that the data paths begin with: the executable's own when files can be made there,
+/// else a folder "Tallow" among the user's program data, which is made when it is missing.
+///
+/// \throws FileError when there is no folder that files can be made in
+std::string UsualApplicationFolder();
+
+}  // namespace tallow

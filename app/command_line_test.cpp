@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/command_line.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/temp_folder.h"
+
+namespace tallow {
+namespace {
+
+CommandLine Parse(const std::vector<std::string>& arguments) { return ParseCommandLine(arguments); }
+
+TEST(CommandLine, NothingGivenIsTheUsualStart) {
+  const CommandLine line = Parse({});
+  EXPECT_EQ(line.error, "");
+  EXPECT_EQ(line.application_folder, "");
+  EXPECT_TRUE(line.drives.empty());
+  EXPECT_FALSE(line.exit_after_startup);
+}
+
+TEST(CommandLine, TakesEveryOption) {
+  const TempFolder folder;
+  const std::string a = folder.Folder("a");
+  const std::string b = folder.Folder("b");
+  const CommandLine line =
+      Parse({"--drive", b, "--app-folder", folder / "a", "--drive", a, "--exit-after-startup"});
+  EXPECT_EQ(line.error, "");
+  EXPECT_EQ(line.application_folder, a);
+  EXPECT_EQ(line.drives, (std::vector<std::string>{b, a}));
+  EXPECT_TRUE(line.exit_after_startup);
+  EXPECT_TRUE(Parse({"--help"}).help);
+  EXPECT_TRUE(Parse({"--version"}).version);
+}
+
+TEST(CommandLine, WrongOnesAreNamed) {
+  const TempFolder folder;
+  EXPECT_EQ(Parse({"--fast"}).error,
+            "'--fast' is not an option of Tallow. tallow --help lists them.");
+  EXPECT_EQ(Parse({"--drive"}).error, "--drive needs a folder behind it.");
+  EXPECT_EQ(Parse({"--app-folder", ""}).error, "--app-folder needs a folder behind it.");
+  EXPECT_EQ(Parse({"--drive", folder / "none"}).error,
+            "The drive folder " + (folder / "none/") + " does not exist.");
+  EXPECT_EQ(Parse({"--app-folder", folder / "none"}).error,
+            "The application folder " + (folder / "none/") + " does not exist.");
+}
+
+TEST(CommandLine, TheHelpNamesEveryOption) {
+  const std::string help = HelpText();
+  for (const char* option :
+       {"--app-folder DIR", "--drive DIR", "--exit-after-startup", "--help", "--version"})
+    EXPECT_NE(help.find(option), std::string::npos) << option;
+}
+
+#ifndef _WIN32
+TEST(CommandLine, AFolderWithALineBreakCannotHoldTheSettings) {
+  const TempFolder folder;
+  const std::string broken = folder.Folder("a\nb");
+  EXPECT_EQ(Parse({"--app-folder", broken}).error,
+            "The application folder " + broken + " has a line break in its path.");
+}
+#endif
+
+TEST(ApplicationFolder, IsAFolderThatCanBeWritten) {
+  EXPECT_TRUE(FolderIsWritable(UsualApplicationFolder()));
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "util/path_text.h"
+
+namespace tallow {
+
+// Where the program keeps its data, each path a plain addition to the application folder, which
+// ends in a separator.
+
+/// The data folder, where the library and, as a rule, the jukeboxes lie; ends in a separator.
+inline std::string GroupingFolder(const std::string& application_folder) {
+  return application_folder + "Grouping" + kSeparator;
+}
+
+/// The folder of the files that are the program's own business; ends in a separator.
+inline std::string SystemFolder(const std::string& application_folder) {
+  return GroupingFolder(application_folder) + "System" + kSeparator;
+}
+
+/// The settings file.
+inline std::string SettingsPath(const std::string& application_folder) {
+  return SystemFolder(application_folder) + "TallowOrganizer.ini";
+}
+
+/// The list of folders that hold songs, unless the settings say otherwise.
+inline std::string FolderListPath(const std::string& application_folder) {
+  return SystemFolder(application_folder) + "LocOfMainTargetFiles.lmz";
+}
+
+/// The help file.
+inline std::string HelpFilePath(const std::string& application_folder) {
+  return application_folder + "tallowhelp.hlp";
+}
+
+}  // namespace tallow

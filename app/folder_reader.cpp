@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/folder_reader.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "util/path_text.h"
+
+namespace tallow {
+
+FolderReader::FolderReader(std::string pattern, bool recurse,
+                           std::function<bool(const std::string&)> enter)
+    : pattern_(std::move(pattern)), recurse_(recurse), enter_(std::move(enter)) {
+  if (!recurse_) return;
+  // The walk itself keeps one core busy.
+  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U) - 1;
+  for (unsigned k = 0; k < threads; ++k) workers_.emplace_back([this] { Work(); });
+}
+
+FolderReader::~FolderReader() {
+  {
+    const std::lock_guard lock(mutex_);
+    stop_ = true;
+    changed_.notify_all();
+  }
+  for (std::thread& worker : workers_) worker.join();
+}
+
+std::shared_ptr<TreeFolder> FolderReader::Root(std::string_view folder) const {
+  auto root = std::make_shared<TreeFolder>();
+  root->path = EnsureTrailingBackslash(folder);
+  return root;
+}
+
+void FolderReader::Take(TreeFolder& folder) {
+  std::unique_lock lock(mutex_);
+  if (folder.state_ == TreeFolder::State::kWaiting) {
+    folder.state_ = TreeFolder::State::kReading;
+    lock.unlock();
+    List(folder);
+    lock.lock();
+    folder.state_ = TreeFolder::State::kDone;
+  } else {
+    changed_.wait(lock, [&] { return folder.state_ == TreeFolder::State::kDone; });
+    --ahead_;
+    changed_.notify_all();
+  }
+}
+
+void FolderReader::Work() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    changed_.wait(lock, [this] { return stop_ || (!waiting_.empty() && ahead_ < kMostAhead); });
+    if (stop_) return;
+    const std::shared_ptr<TreeFolder> folder = std::move(waiting_.back());
+    waiting_.pop_back();
+    if (folder->state_ != TreeFolder::State::kWaiting) continue;
+    folder->state_ = TreeFolder::State::kReading;
+    ++ahead_;
+    lock.unlock();
+    List(*folder);
+    lock.lock();
+    folder->state_ = TreeFolder::State::kDone;
+    Queue(*folder);
+  }
+}
+
+void FolderReader::List(TreeFolder& folder) const {
+  if (folder.path.size() > kMostPathBytes) return;
+  try {
+    folder.listing =
+        ListFolder(folder.path, {.pattern = pattern_, .subfolders = recurse_, .sizes = true});
+    for (const SubfolderEntry& entry : folder.listing.subfolders) {
+      if (entry.linked) continue;
+      auto subfolder = std::make_shared<TreeFolder>();
+      subfolder->path.append(folder.path).append(entry.name).push_back(kSeparator);
+      if (enter_(subfolder->path)) folder.subfolders.push_back(std::move(subfolder));
+    }
+  } catch (const std::bad_alloc&) {
+    // A folder that does not fit in memory counts as one that cannot be read.
+    folder.listing = {};
+    folder.subfolders.clear();
+  }
+}
+
+void FolderReader::Enter(TreeFolder& folder) {
+  const std::lock_guard lock(mutex_);
+  if (!folder.queued_) Queue(folder);
+}
+
+void FolderReader::Queue(TreeFolder& folder) {
+  folder.queued_ = true;
+  waiting_.insert(waiting_.end(), folder.subfolders.rbegin(), folder.subfolders.rend());
+  changed_.notify_all();
+}
+
+}  // namespace tallow

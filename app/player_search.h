@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+#include "app/drive_list.h"
+
+namespace tallow {
+
+// Which program is the player differs by platform: "winamp.exe" on Windows, "tallow-player" on
+// Linux. Its name matches in any letter case.
+
+/// The player where it can be without a search of a disk: on Linux beside the program, then in the
+/// folders of PATH; nowhere on Windows. Empty when it is not there.
+std::string FindPlayerNearby();
+
+/// The full path of the first player in the tree below a root; empty when there is none. In lower
+/// case on Windows, whose file systems ignore case.
+std::string FindWinampUnder(const std::string& root, const DriveList& drives);
+
+}  // namespace tallow

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+
+#include "app/recycle_bin_platform.h"
+#include "util/path_text.h"
+#include "util/user_folders.h"
+
+namespace tallow {
+namespace {
+
+/// ".Trash", or ".Trash-" and the number of a user: the names that the desktops' rules for deleted
+/// files give the bin at the root of a disk.
+bool IsTrashName(std::string_view name) noexcept {
+  constexpr std::string_view kTrash = ".Trash";
+  if (!name.starts_with(kTrash)) return false;
+  name.remove_prefix(kTrash.size());
+  if (name.empty()) return true;
+  if (name.front() != '-' || name.size() == 1) return false;
+  return std::all_of(name.begin() + 1, name.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+}  // namespace
+
+bool IsInPlatformBin(std::string_view folder) {
+  if (folder.find("Trash") == std::string_view::npos) return false;
+  const std::string own = UserDataFolder() + "Trash/";
+  if (EnsureTrailingBackslash(folder).starts_with(own)) return true;
+  for (std::string_view rest = folder; !rest.empty();) {
+    const std::size_t end = rest.find(kSeparator);
+    if (IsTrashName(rest.substr(0, end))) return true;
+    if (end == std::string_view::npos) break;
+    rest.remove_prefix(end + 1);
+  }
+  return false;
+}
+
+}  // namespace tallow

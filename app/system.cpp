@@ -1,0 +1,239 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/system.h"
+
+#include <exception>
+#include <optional>
+
+#include "app/data_paths.h"
+#include "app/file_search.h"
+#include "app/initial_jukebox.h"
+#include "jukebox/jukebox.h"
+#include "jukebox/sorting.h"
+#include "util/atomic_file.h"
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+
+namespace tallow {
+namespace {
+
+constexpr std::string_view kGoOn = "\n\nGo on? (No leaves Tallow and changes nothing.)";
+
+/// What an offer to rebuild says about a file that is kept.
+std::string KeptAs(const std::string& path) {
+  return " The damaged file is kept as " + std::string(NameOfPath(path)) +
+         std::string(kBackupSuffix) + " beside it.";
+}
+
+}  // namespace
+
+System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows)
+    : tallow_(tallow), drives_(drives), windows_(windows) {
+  tallow_.search_all_drives = [this] {
+    FileSearch(tallow_, drives_, &windows_.Splash()).SearchDrivesForMp3s(true, {});
+  };
+}
+
+bool System::Main(const RuntimeFile& runtime_file) {
+  try {
+    if (!CheckRuntimeFile(runtime_file)) return false;
+    windows_.ShowSplash();
+    CreateDataFolders();
+    if (!LoadSettings()) {
+      windows_.UnloadSplash();
+      return false;
+    }
+    FindPlayer();
+    if (!LoadOrBuildLibrary()) {
+      windows_.UnloadSplash();
+      return false;
+    }
+    OpenFirstJukebox();
+    DropVanishedPlayer();
+    bool sorted = false;
+    tallow_.library.Sort(true, false, kRecordNumber, sorted);
+    tallow_.help_file = HelpFilePath(tallow_.application_folder);
+    windows_.UnloadSplash();
+  } catch (const std::exception& error) {
+    windows_.UnloadSplash();
+    windows_.Tell(std::string("Tallow cannot start.\n\n") + error.what());
+    return false;
+  }
+  if (!tallow_.library.SaveError().empty())
+    windows_.Notice({"The song library could not be saved: " + tallow_.library.SaveError()});
+  windows_.ShowTip();
+  return true;
+}
+
+bool System::CheckRuntimeFile(const RuntimeFile& file) {
+  if (file.path.empty() || FileExists(file.path)) return true;
+  windows_.Tell("A file that Tallow needs to run correctly is missing: " +
+                std::string(NameOfPath(file.path)) + "\n\nIt belongs to " + file.package +
+                ".\n\nThis information is also in the readme.txt file.");
+  windows_.OpenInTextEditor(tallow_.application_folder + "readme.txt");
+  return false;
+}
+
+void System::CreateDataFolders() {
+  for (const std::string& folder :
+       {GroupingFolder(tallow_.application_folder), SystemFolder(tallow_.application_folder)})
+    if (!FolderExists(folder)) CreateFolder(folder);
+}
+
+bool System::LoadSettings() {
+  const std::string& path = tallow_.settings_path;
+  if (!FileExists(path)) {
+    settings_are_new_ = true;
+    try {
+      return tallow_.settings.CreateNewIniFile(path, tallow_.application_folder);
+    } catch (const TypeMismatchError&) {
+      // The library file shows no number to go on with; CheckLibraryFile says what is wrong with
+      // it.
+      return true;
+    } catch (const OverflowError&) {
+      return true;
+    }
+  }
+  try {
+    tallow_.settings.GetandLoadIniInfo(path);
+  } catch (const SettingsError& error) {
+    return RebuildSettings(error.what());
+  } catch (const FileError& error) {
+    return RebuildSettings(error.what());
+  }
+  // The program was moved with its data: the folders of the settings are where it was before.
+  if (!FolderExists(tallow_.settings.LocOfGroupingDir())) {
+    tallow_.settings.LocOfGroupingDir(GroupingFolder(tallow_.application_folder));
+    tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
+    tallow_.SaveSettings();
+  }
+  return true;
+}
+
+bool System::RebuildSettings(const std::string& problem) {
+  const std::string& path = tallow_.settings_path;
+  if (!windows_.Ask("The settings cannot be read.\n\n" + problem +
+                    "\n\nTallow can make new settings: it takes the songs and ranks from the song "
+                    "library, and searches the drives anew for what is not there." +
+                    KeptAs(path) + std::string(kGoOn)))
+    return false;
+  KeepBackup(path);
+  RemoveFile(path);
+  tallow_.settings.Clear();
+  return LoadSettings();
+}
+
+void System::FindPlayer() {
+  const std::string& player = tallow_.settings.LocOfWinAmpExe();
+  if (!player.empty() && FileExists(player)) return;
+  windows_.ShowCancelButton(true);
+  FileSearch(tallow_, drives_, &windows_.Splash()).SearchDrivesForWinamp();
+  windows_.ShowCancelButton(false);
+}
+
+bool System::LoadOrBuildLibrary() {
+  if (!CheckLibraryFile()) return false;
+  if (rebuild_ || tallow_.settings.NumerOfRecordsInTheMain() == 0)
+    SearchForSongs();
+  else
+    LoadLibrary();
+  return true;
+}
+
+bool System::CheckLibraryFile() {
+  clsINI& settings = tallow_.settings;
+  const std::string path = tallow_.library.LibraryPath();
+  LibraryInspection file;
+  try {
+    file = InspectLibrary(path);
+  } catch (const FileError& error) {
+    // It may be readable tomorrow (a disk not mounted, a permission), so it is not to be replaced.
+    throw FileError(path, "the song library cannot be read (" + error.reason() +
+                              "). Make it readable, or move it away, and start Tallow again.");
+  }
+  if (file.exists && !file.sound)
+    return RebuildLibrary("The song library " + path + " is damaged: " + file.problem + ".", true);
+  const std::int32_t counted = settings.NumerOfRecordsInTheMain();
+  if (file.usable > counted || (settings_are_new_ && file.usable != counted)) {
+    settings.NumerOfRecordsInTheMain(file.usable);
+    tallow_.SaveSettings();
+    return true;
+  }
+  if (file.usable == counted) return true;
+  if (!file.exists)
+    return RebuildLibrary("The song library " + path + " is gone. The settings count " +
+                              std::to_string(counted) + " songs in it.",
+                          false);
+  return RebuildLibrary("The song library " + path + " holds " + std::to_string(file.usable) +
+                            " songs, but the settings count " + std::to_string(counted) + ".",
+                        true);
+}
+
+bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
+  if (!windows_.Ask(
+          problem +
+          "\n\nTallow can search the drives anew. Songs that the library still shows keep "
+          "their ranks." +
+          (file_exists ? KeptAs(tallow_.library.LibraryPath()) : std::string()) +
+          std::string(kGoOn)))
+    return false;
+  rebuild_ = true;
+  return true;
+}
+
+void System::LoadLibrary() {
+  clsMain& library = tallow_.library;
+  library.LoadMain();
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  library.AddAnyAdditionalMp3FromTheNormalDirectories();
+}
+
+void System::SearchForSongs() {
+  clsMain& library = tallow_.library;
+  windows_.ShowCancelButton(true);
+  windows_.ShowFoundLine(true);
+  std::int32_t old_count = 0;
+  if (rebuild_) {
+    // Songs that the damaged file still shows keep their numbers and ranks.
+    library.Salvage();
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+    old_count = library.UBoundOfMp3Array();
+  }
+  tallow_.search_all_drives();
+  windows_.ShowCancelButton(false);
+  if (library.Mp3MainHasSomeMembers()) {
+    bool sorted = false;
+    library.Sort(true, true, kFileName, sorted);
+    library.DeleteIdenticalFileNamesAndPaths(old_count);
+    library.RenumberBasedOnArrayNumber();
+    library.Save();
+    library.LoadMain();
+    library.WriteOutMp3DirectoryLocations();
+  } else if (rebuild_) {
+    // Nothing is left and nothing was found: the next start must not come here again.
+    library.Save();
+    library.WriteOutMp3DirectoryLocations();
+  }
+  windows_.ShowFoundLine(false);
+}
+
+void System::OpenFirstJukebox() {
+  Jukebox& jukebox = windows_.NewJukebox();
+  try {
+    BuildInitialJukebox(tallow_.library, jukebox, windows_.OpenJukeboxes(),
+                        [&] { windows_.ShowJukebox(jukebox); });
+  } catch (const FilingError& error) {
+    windows_.Notice(error.problems());
+  }
+}
+
+void System::DropVanishedPlayer() {
+  clsINI& settings = tallow_.settings;
+  if (!FileExists(settings.LocOfWinAmpExe())) {
+    settings.LocOfWinAmpExe({});
+    tallow_.SaveSettings();
+  }
+  tallow_.player_path = settings.LocOfWinAmpExe();
+}
+
+}  // namespace tallow

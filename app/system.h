@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "app/drive_list.h"
+#include "app/search_progress.h"
+#include "app/tallow.h"
+
+namespace tallow {
+
+class Jukebox;
+
+/// What start-up needs of windows. The real ones are Qt's; tests have theirs.
+class StartUpWindows {
+ public:
+  virtual ~StartUpWindows() = default;
+
+  /// Loads the splash window without its OK button and shows it, not modal.
+  virtual void ShowSplash() = 0;
+  virtual SearchProgress& Splash() = 0;
+  /// Shows or hides the splash window's Cancel button and repaints the window.
+  virtual void ShowCancelButton(bool visible) = 0;
+  /// Shows or hides the splash window's found-count line.
+  virtual void ShowFoundLine(bool visible) = 0;
+  virtual void UnloadSplash() = 0;
+
+  /// Makes the first document of the frame window, not shown yet.
+  virtual Jukebox& NewJukebox() = 0;
+  virtual void ShowJukebox(Jukebox& jukebox) = 0;
+  /// The open jukeboxes, in the order they were opened.
+  virtual std::span<Jukebox* const> OpenJukeboxes() = 0;
+
+  /// Tells something that ends the program; only an OK button.
+  virtual void Tell(const std::string& text) = 0;
+  /// Asks whether to go on, with Yes and No buttons.
+  virtual bool Ask(const std::string& text) = 0;
+  /// Says something that does not stop anything, where it does not get in the way.
+  virtual void Notice(const std::vector<std::string>& lines) = 0;
+  /// Opens a text file in the system's text editor; a failure is ignored.
+  virtual void OpenInTextEditor(const std::string& path) = 0;
+  /// Shows the tip window, modal; it decides itself whether it stays.
+  virtual void ShowTip() = 0;
+};
+
+/// A file without which the program would not run right.
+struct RuntimeFile {
+  std::string path;     ///< where it has to be
+  std::string package;  ///< what brings it: "the package libqt6gui6, which Debian's installer has"
+};
+
+/// The program's start-up.
+class System {
+ public:
+  System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows);
+
+  /// Runs the whole start-up: folders, settings, player, library, first jukebox.
+  ///
+  /// Whatever ends it is told, with the thing it is about and what to do. Where the program can go
+  /// on by rebuilding what is damaged, it offers to, keeping the damaged file with ".bak" behind
+  /// its name. \returns false when the program is to end; no window is open then
+  bool Main(const RuntimeFile& runtime_file);
+
+ private:
+  bool CheckRuntimeFile(const RuntimeFile& file);
+  void CreateDataFolders();
+  bool LoadSettings();
+  bool RebuildSettings(const std::string& problem);
+  void FindPlayer();
+  bool LoadOrBuildLibrary();
+  bool CheckLibraryFile();
+  bool RebuildLibrary(const std::string& problem, bool file_exists);
+  void LoadLibrary();
+  void SearchForSongs();
+  void OpenFirstJukebox();
+  void DropVanishedPlayer();
+
+  Tallow& tallow_;
+  const DriveList& drives_;
+  StartUpWindows& windows_;
+  bool settings_are_new_ = false;
+  bool rebuild_ = false;  ///< the user wants what the library file still shows, and a new search
+};
+
+}  // namespace tallow

@@ -1,0 +1,429 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/system.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <optional>
+
+#include "app/data_paths.h"
+#include "app/initial_jukebox.h"
+#include "app/player_search.h"
+#include "jukebox/jukebox.h"
+#include "tests/library_fixture.h"
+#include "tests/recorded_windows.h"
+#include "tests/tagged_file.h"
+#ifndef _WIN32
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace tallow {
+namespace {
+
+/// Starts the program again and again over one application folder and one drive of real files.
+class SystemTest : public testing::Test {
+ protected:
+  SystemTest() {
+    MakeSong("a/one.mp3", {.artist = "ABBA", .year = "1976", .genra = 13});
+    MakeSong("a/two.mp3", {.artist = "Queen", .year = "1985", .genra = 17});
+    MakeSong("b/three.mp3", {.artist = "Queen", .year = "2005", .genra = 17});
+    // The player of Windows is looked for on the drives.
+    music.File("z/winamp.exe");
+  }
+
+  void MakeSong(const std::string& inside, const TagTexts& texts) {
+    music.File(inside, Audio(400) + Tag(texts));
+  }
+
+  /// One whole start-up; what it left can be looked at until the next one.
+  bool Start(bool answer = true) {
+    windows.emplace();
+    windows->answer = answer;
+    tallow.emplace(application.path());
+    system.emplace(*tallow, drives, *windows);
+    return system->Main(runtime_file);
+  }
+
+  std::string RankOf(const std::string& name) const {
+    for (std::int32_t row = 1; row <= tallow->library.UBoundOfMp3Array(); ++row)
+      if (tallow->library.Mp3Info(2, row) == name)
+        return std::string(tallow->library.Mp3Info(5, row));
+    return "no such song";
+  }
+
+  /// Gives the three songs ranks of their own, as ranking does.
+  void Rank() {
+    for (std::int32_t row = 1; row <= tallow->library.UBoundOfMp3Array(); ++row)
+      tallow->library.Mp3Info(5, row, std::to_string(2 + row));
+    tallow->library.Save();
+    ranked.clear();
+    for (const char* name : {"one.mp3", "two.mp3", "three.mp3"})
+      ranked.emplace_back(name, RankOf(name));
+  }
+  void ExpectRanks() const {
+    for (const auto& [name, rank] : ranked) EXPECT_EQ(RankOf(name), rank) << name;
+  }
+
+  std::size_t SongsOnShow(const std::string& text = "All Songs") const {
+    return windows->open.at(0)->Nodes().Find(text)->Items().size();
+  }
+  std::string Library() const { return GroupingFolder(application.path()) + "FileLocNames.lmz"; }
+  std::string Settings() const { return SettingsPath(application.path()); }
+  bool Searched() const {
+    for (const std::string& line : windows->progress.status)
+      if (line.starts_with("Looking for Mp3s in ")) return true;
+    return false;
+  }
+
+  TempFolder application;
+  TempFolder music;
+  TestDrives drives{{{music.path()}}};
+  RuntimeFile runtime_file;
+  std::optional<RecordedWindows> windows;
+  std::optional<Tallow> tallow;
+  std::optional<System> system;
+  std::vector<std::pair<std::string, std::string>> ranked;
+};
+
+TEST_F(SystemTest, TheFirstRunSearchesBuildsAndShows) {
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(FolderExists(GroupingFolder(application.path())));
+  EXPECT_TRUE(FolderExists(SystemFolder(application.path())));
+  EXPECT_EQ(windows->log, (Texts{"splash", "cancel on", "cancel off", "cancel on", "found on",
+                                 "cancel off", "found off", "jukebox", "splash off", "tip"}));
+  EXPECT_TRUE(Searched());
+  EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 3);
+  EXPECT_EQ(InspectLibrary(Library()).usable, 3);
+  EXPECT_EQ(SongsOnShow(), 3U);
+  EXPECT_EQ(SongsOnShow("New"), 3U);
+  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  EXPECT_EQ(tallow->help_file, application.path() + "tallowhelp.hlp");
+  EXPECT_TRUE(windows->told.empty());
+  EXPECT_TRUE(windows->asked.empty());
+  EXPECT_TRUE(windows->notices.empty());
+  clsINI saved;
+  saved.GetandLoadIniInfo(Settings());
+  EXPECT_EQ(saved.NumerOfRecordsInTheMain(), 3);
+  const auto list = ReadWholeFile(saved.FileContainingTargetDirectories());
+  EXPECT_EQ(list, (music / "a/") + "\r\n" + (music / "b/") + "\r\n");
+}
+
+TEST_F(SystemTest, TheFirstRunFindsThePlayer) {
+  Start();
+  EXPECT_FALSE(tallow->player_path.empty());
+  EXPECT_EQ(tallow->player_path, tallow->settings.LocOfWinAmpExe());
+  clsINI saved;
+  saved.GetandLoadIniInfo(Settings());
+  EXPECT_EQ(saved.LocOfWinAmpExe(), tallow->player_path);
+}
+
+TEST_F(SystemTest, TheSecondRunSearchesNothing) {
+  Start();
+  const auto library = ReadWholeFile(Library());
+  const auto settings = ReadWholeFile(Settings());
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(windows->log, (Texts{"splash", "jukebox", "splash off", "tip"}));
+  EXPECT_TRUE(windows->progress.status.empty());
+  EXPECT_EQ(SongsOnShow(), 3U);
+  EXPECT_EQ(ReadWholeFile(Library()), library);
+  EXPECT_EQ(ReadWholeFile(Settings()), settings);
+}
+
+TEST_F(SystemTest, FilesAddedAndRemovedBetweenRunsAreNoticed) {
+  Start();
+  Rank();
+  MakeSong("b/four.mp3", {.artist = "ABBA"});
+  RemoveFile(music / "a/one.mp3");
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 4);
+  EXPECT_EQ(RankOf("four.mp3"), "2");
+  EXPECT_EQ(RankOf("one.mp3"), "no such song");
+  EXPECT_EQ(SongsOnShow(), 3U);
+  EXPECT_EQ(RankOf("three.mp3"), ranked[2].second);
+}
+
+TEST_F(SystemTest, AVanishedPlayerIsSearchedAndItsPathDropped) {
+  Start();
+  tallow->settings.LocOfWinAmpExe(music / "gone/player");
+  tallow->SaveSettings();
+  std::filesystem::remove(std::filesystem::path(music / "z/winamp.exe"));
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(windows->log,
+            (Texts{"splash", "cancel on", "cancel off", "jukebox", "splash off", "tip"}));
+  EXPECT_EQ(tallow->player_path, FindPlayerNearby());
+  clsINI saved;
+  saved.GetandLoadIniInfo(Settings());
+  EXPECT_EQ(saved.LocOfWinAmpExe(), FindPlayerNearby());
+}
+
+TEST_F(SystemTest, ADeletedJukeboxGivesTheSampleAndKeepsTheRecentList) {
+  Start();
+  tallow->settings.LocOfLastSavedJukeBox("older.juk");
+  tallow->settings.LocOfLastSavedJukeBox(application / "gone.juk");
+  tallow->SaveSettings();
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), application / "gone.juk");
+  EXPECT_EQ(tallow->settings.LocSecToLastSavedJukeBox(), "older.juk");
+}
+
+TEST_F(SystemTest, LostSettingsTakeTheirCountFromTheLibrary) {
+  Start();
+  Rank();
+  RemoveFile(Settings());
+  EXPECT_TRUE(Start());
+  EXPECT_FALSE(Searched());
+  EXPECT_TRUE(windows->asked.empty());
+  EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 3);
+  ExpectRanks();
+}
+
+TEST_F(SystemTest, DamagedSettingsAreKeptAndMadeAnew) {
+  Start();
+  Rank();
+  const std::string damaged = "list\r\ngrouping\r\nabc\r\n";
+  WriteFileAtomically(Settings(), damaged);
+  EXPECT_TRUE(Start());
+  ASSERT_EQ(windows->asked.size(), 1U);
+  EXPECT_EQ(windows->asked[0],
+            "The settings cannot be read.\n\nTallowOrganizer.ini, line 3: 'abc' is not a number\n\n"
+            "Tallow can make new settings: it takes the songs and ranks from the song library, and "
+            "searches the drives anew for what is not there. The damaged file is kept as "
+            "TallowOrganizer.ini.bak beside it.\n\nGo on? (No leaves Tallow and changes nothing.)");
+  EXPECT_EQ(ReadWholeFile(Settings() + ".bak"), damaged);
+  ExpectRanks();
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->asked.empty());
+}
+
+TEST_F(SystemTest, ARefusedOfferEndsTheStartAndChangesNothing) {
+  Start();
+  WriteFileAtomically(Settings(), "list\r\ngrouping\r\nabc\r\n");
+  EXPECT_FALSE(Start(false));
+  EXPECT_EQ(windows->log, (Texts{"splash", "splash off"}));
+  EXPECT_TRUE(windows->open.empty());
+  EXPECT_EQ(ReadWholeFile(Settings()), "list\r\ngrouping\r\nabc\r\n");
+  EXPECT_FALSE(FileExists(Settings() + ".bak"));
+}
+
+TEST_F(SystemTest, ADamagedLibraryIsKeptAndWhatItShowsSurvives) {
+  Start();
+  Rank();
+  const std::string whole = ReadWholeFile(Library()).value();
+  const std::string damaged = whole.substr(0, whole.size() - 5);
+  WriteFileAtomically(Library(), damaged);
+  EXPECT_TRUE(Start());
+  ASSERT_EQ(windows->asked.size(), 1U);
+  EXPECT_TRUE(windows->asked[0].starts_with("The song library " + Library() +
+                                            " is damaged: the record that begins at byte "))
+      << windows->asked[0];
+  EXPECT_EQ(ReadWholeFile(Library() + ".bak"), damaged);
+  EXPECT_TRUE(Searched());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
+  int kept = 0;
+  for (const auto& [name, rank] : ranked) kept += RankOf(name) == rank;
+  EXPECT_EQ(kept, 2);
+  EXPECT_EQ(SongsOnShow(), 3U);
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->asked.empty());
+}
+
+TEST_F(SystemTest, ADamagedLibraryStaysWhenTheOfferIsRefused) {
+  Start();
+  WriteFileAtomically(Library(), "garbage");
+  EXPECT_FALSE(Start(false));
+  EXPECT_EQ(ReadWholeFile(Library()), "garbage");
+}
+
+TEST_F(SystemTest, ALibraryThatIsGoneIsOfferedToBeRebuilt) {
+  Start();
+  RemoveFile(Library());
+  EXPECT_FALSE(Start(false));
+  EXPECT_EQ(
+      windows->asked,
+      (Texts{"The song library " + Library() +
+             " is gone. The settings count 3 songs in it.\n\n"
+             "Tallow can search the drives anew. Songs that the library still shows keep their "
+             "ranks.\n\nGo on? (No leaves Tallow and changes nothing.)"}));
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(Searched());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
+  EXPECT_FALSE(FileExists(Library() + ".bak"));
+}
+
+TEST_F(SystemTest, AShortLibraryIsKeptAndItsRanksSurvive) {
+  Start();
+  Rank();
+  const auto whole = ReadWholeFile(Library());
+  tallow->settings.NumerOfRecordsInTheMain(7);
+  tallow->SaveSettings();
+  EXPECT_TRUE(Start());
+  ASSERT_EQ(windows->asked.size(), 1U);
+  EXPECT_TRUE(windows->asked[0].starts_with("The song library " + Library() +
+                                            " holds 3 songs, but the settings count 7.\n\n"));
+  EXPECT_EQ(ReadWholeFile(Library() + ".bak"), whole);
+  ExpectRanks();
+  EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 3);
+}
+
+TEST_F(SystemTest, AKillBetweenLibraryAndSettingsCostsNothing) {
+  Start();
+  Rank();
+  tallow->settings.NumerOfRecordsInTheMain(1);
+  tallow->SaveSettings();
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->asked.empty());
+  EXPECT_FALSE(Searched());
+  EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 3);
+  ExpectRanks();
+  tallow->settings.NumerOfRecordsInTheMain(0);
+  tallow->SaveSettings();
+  EXPECT_TRUE(Start());
+  EXPECT_FALSE(Searched());
+  ExpectRanks();
+}
+
+TEST_F(SystemTest, AFolderListThatIsGoneIsWrittenAnew) {
+  Start();
+  const std::string list = tallow->settings.FileContainingTargetDirectories();
+  const auto before = ReadWholeFile(list);
+  RemoveFile(list);
+  MakeSong("b/four.mp3", {});
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(ReadWholeFile(list), before);
+  EXPECT_EQ(RankOf("four.mp3"), "2");
+  EXPECT_FALSE(Searched());
+}
+
+TEST_F(SystemTest, ARebuildThatFindsNothingDoesNotComeBack) {
+  Start();
+  RemoveFile(Library());
+  for (const char* song : {"a/one.mp3", "a/two.mp3", "b/three.mp3"}) RemoveFile(music / song);
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(windows->asked.size(), 1U);
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->asked.empty());
+}
+
+TEST_F(SystemTest, NoSongsAtAllIsAStartToo) {
+  drives = TestDrives({});
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 0);
+  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->told.empty());
+}
+
+TEST_F(SystemTest, ALibraryWithoutSongsAndLostSettingsStartAnew) {
+  CreateFolders(SystemFolder(application.path()));
+  WriteFileAtomically(Library(), "");
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(Searched());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
+}
+
+TEST_F(SystemTest, DataThatWasMovedWithTheProgramIsFound) {
+  Start();
+  Rank();
+  const TempFolder elsewhere;
+  std::filesystem::rename(std::filesystem::path(application / "Grouping"),
+                          std::filesystem::path(elsewhere / "Grouping"));
+  windows.emplace();
+  tallow.emplace(elsewhere.path());
+  System moved(*tallow, drives, *windows);
+  EXPECT_TRUE(moved.Main(runtime_file));
+  EXPECT_TRUE(windows->asked.empty());
+  ExpectRanks();
+  EXPECT_EQ(tallow->settings.LocOfGroupingDir(), GroupingFolder(elsewhere.path()));
+}
+
+TEST_F(SystemTest, AMissingRuntimeFileIsToldAndEndsTheStart) {
+  runtime_file = {music / "libqjpeg.so", "the package libqt6gui6"};
+  EXPECT_FALSE(Start());
+  EXPECT_EQ(
+      windows->told,
+      (Texts{"A file that Tallow needs to run correctly is missing: libqjpeg.so\n\nIt belongs to "
+             "the package libqt6gui6.\n\nThis information is also in the readme.txt file."}));
+  EXPECT_EQ(windows->log, (Texts{"editor " + application.path() + "readme.txt"}));
+  EXPECT_FALSE(FolderExists(GroupingFolder(application.path())));
+  runtime_file.path = music / "a/one.mp3";
+  EXPECT_TRUE(Start());
+}
+
+TEST_F(SystemTest, ADataFolderThatCannotBeMadeIsNamed) {
+  application.File("Grouping");
+  EXPECT_FALSE(Start());
+  ASSERT_EQ(windows->told.size(), 1U);
+  EXPECT_TRUE(windows->told[0].starts_with("Tallow cannot start.\n\n" +
+                                           GroupingFolder(application.path()) + ": "))
+      << windows->told[0];
+  EXPECT_EQ(windows->log, (Texts{"splash", "splash off"}));
+}
+
+TEST_F(SystemTest, ATagWithABadYearIsNamedAndEndsNothing) {
+  MakeSong("a/bad.mp3", {.artist = "Who", .year = "198x"});
+  EXPECT_TRUE(Start());
+  ASSERT_EQ(windows->notices.size(), 1U);
+  EXPECT_TRUE(windows->notices[0].starts_with(music / "a/bad.mp3: the year in the tag, '198x', "));
+  EXPECT_EQ(SongsOnShow(), 4U);
+  EXPECT_EQ(windows->log.back(), "tip");
+}
+
+TEST_F(SystemTest, ALibraryThatCannotBeSavedIsNamed) {
+  CreateFolders(SystemFolder(application.path()));
+  CreateFolder(Library() + ".new");
+  EXPECT_TRUE(Start());
+  ASSERT_EQ(windows->notices.size(), 1U);
+  EXPECT_TRUE(windows->notices[0].starts_with("The song library could not be saved: " + Library()))
+      << windows->notices[0];
+  EXPECT_EQ(SongsOnShow(), 3U);
+}
+
+TEST_F(SystemTest, ACancelledSearchKeepsWhatItFound) {
+  drives = TestDrives({{music / "a/"}, {music / "b/"}});
+  windows.emplace();
+  tallow.emplace(application.path());
+  windows->progress.on_song = [this] { tallow->SearchCancelled = true; };
+  system.emplace(*tallow, drives, *windows);
+  EXPECT_TRUE(system->Main(runtime_file));
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 2);
+  EXPECT_EQ(SongsOnShow(), 2U);
+}
+
+#ifndef _WIN32
+TEST_F(SystemTest, AwkwardFilesOnTheDriveStopNothing) {
+  MakeSong("a/line\nbreak.mp3", {});
+  MakeSong("folder\nbreak/x.mp3", {});
+  MakeSong("a/caf\xE9.mp3", {});
+  MakeSong("a/" + std::string(251, 'n') + ".mp3", {});
+  MakeSong("a/demo [live.mp3", {});
+  MakeSong("a/B#.mp3", {});
+  ASSERT_EQ(mkfifo((music / "a/pipe.mp3").c_str(), 0600), 0);
+  std::filesystem::create_directory_symlink(music.path(), music / "b/cycle");
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 9);
+  EXPECT_EQ(SongsOnShow(), 9U);
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 9);
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 9);
+  EXPECT_TRUE(windows->asked.empty());
+}
+
+TEST_F(SystemTest, AFolderWithoutPermissionIsSkipped) {
+  // Root may read everything; then the folder is as good as any other.
+  std::filesystem::permissions(music / "b", std::filesystem::perms::none);
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), geteuid() == 0 ? 3 : 2);
+  std::filesystem::permissions(music / "b", std::filesystem::perms::owner_all);
+}
+#endif
+
+TEST_F(SystemTest, ADriveRootThatVanishedIsNoError) {
+  drives = TestDrives({{music / "gone/"}, {music.path()}});
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
+}
+
+}  // namespace
+}  // namespace tallow

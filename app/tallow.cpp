@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/tallow.h"
+
+#include <utility>
+
+#include "app/data_paths.h"
+
+namespace tallow {
+
+Tallow::Tallow(std::string application_folder_)
+    : application_folder(std::move(application_folder_)),
+      settings_path(SettingsPath(application_folder)),
+      library(library_settings_, [this] {
+        if (search_all_drives) search_all_drives();
+      }) {}
+
+std::string Tallow::SettingsOfLibrary::LocOfGroupingDir() const {
+  return tallow_.settings.LocOfGroupingDir();
+}
+
+std::string Tallow::SettingsOfLibrary::FileContainingTargetDirectories() const {
+  return tallow_.settings.FileContainingTargetDirectories();
+}
+
+std::int32_t Tallow::SettingsOfLibrary::NumerOfRecordsInTheMain() const {
+  return tallow_.settings.NumerOfRecordsInTheMain();
+}
+
+void Tallow::SettingsOfLibrary::NumerOfRecordsInTheMain(std::int32_t rows) {
+  tallow_.settings.NumerOfRecordsInTheMain(rows);
+}
+
+void Tallow::SettingsOfLibrary::SaveSettings() { tallow_.SaveSettings(); }
+
+}  // namespace tallow

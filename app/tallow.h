@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "app/cls_ini.h"
+#include "library/cls_main.h"
+
+namespace tallow {
+
+/// What the whole program shares. Made once in main and passed on; there is no other shared state.
+class Tallow {
+ public:
+  /// \param application_folder_ the program's folder, ending in a separator
+  explicit Tallow(std::string application_folder_);
+  Tallow(const Tallow&) = delete;
+  Tallow& operator=(const Tallow&) = delete;
+
+  /// The folder that every data path begins with; ends in a separator.
+  const std::string application_folder;
+  /// The settings file.
+  const std::string settings_path;
+  clsINI settings;
+
+ private:
+  /// The settings as the library sees them.
+  class SettingsOfLibrary : public LibrarySettings {
+   public:
+    explicit SettingsOfLibrary(Tallow& tallow) : tallow_(tallow) {}
+    std::string LocOfGroupingDir() const override;
+    std::string FileContainingTargetDirectories() const override;
+    std::int32_t NumerOfRecordsInTheMain() const override;
+    void NumerOfRecordsInTheMain(std::int32_t rows) override;
+    void SaveSettings() override;
+
+   private:
+    Tallow& tallow_;
+  };
+  SettingsOfLibrary library_settings_{*this};
+
+ public:
+  clsMain library;
+  /// Runs the song search over all fixed disks; set by whoever knows the drives.
+  std::function<void()> search_all_drives;
+
+  /// Full path of the player's executable after start-up; empty when there is none.
+  std::string player_path;
+  /// Set by the Cancel button, cleared by the search that stops because of it. A click that comes
+  /// after the last drive stays set and stops the next search at its first drive.
+  bool SearchCancelled = false;
+  /// Record numbers of the songs to hand to the player, in play order.
+  std::vector<std::int32_t> SongsToPlay;
+  /// How often a folder was shown, in any jukebox.
+  std::int64_t folder_changes = 0;
+  /// Set at the end of start-up: what the help key opens.
+  std::string help_file;
+
+  /// Writes the settings to their file.
+  void SaveSettings() const { settings.Save(settings_path); }
+};
+
+}  // namespace tallow

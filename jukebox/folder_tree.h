@@ -1,0 +1,163 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallow {
+
+class FolderTree;
+
+/// A song in a folder of a jukebox: eight bytes, because a jukebox holds each song in half a dozen
+/// folders and there may be a million songs.
+///
+/// Its text is made when it is shown. Right after it was added the text is the record number; once
+/// the folder has been labelled it is the position the entry had then, a full stop, two blanks and
+/// the file name.
+class SongEntry {
+ public:
+  SongEntry() = default;
+  /// \param record the song's record number
+  /// \param icon   the rank to show
+  SongEntry(std::int32_t record, std::int32_t icon) : record_(record) { Icon(icon); }
+
+  /// The record number, the entry's only link to the song.
+  std::int32_t SubItem() const noexcept { return record_; }
+  /// Changes the song under the entry; text and icon stay as they are.
+  void SubItem(std::int32_t record) noexcept { record_ = record; }
+
+  /// The number of the rank picture, 0 to 255; what is outside shows as the nearest.
+  std::int32_t Icon() const noexcept { return icon_; }
+  void Icon(std::int32_t icon) noexcept {
+    icon_ = static_cast<std::uint8_t>(icon < 0 ? 0 : icon > kMostIcon ? kMostIcon : icon);
+  }
+
+  /// The position, from 1, that the label shows; 0 while the text is the record number.
+  std::int32_t LabelPosition() const noexcept { return static_cast<std::int32_t>(label_); }
+  /// \param position 1 to 16,777,215; 0 turns the label back into the record number
+  void LabelPosition(std::int32_t position) noexcept {
+    label_ = static_cast<std::uint32_t>(position) & kMostLabel;
+  }
+
+ private:
+  static constexpr std::int32_t kMostIcon = 0xFF;
+  static constexpr std::uint32_t kMostLabel = 0xFFFFFF;
+
+  std::int32_t record_ = 0;
+  std::uint32_t label_ : 24 = 0;
+  std::uint32_t icon_ : 8 = 0;
+};
+static_assert(sizeof(SongEntry) == 8);
+
+/// The pictures of a folder, as numbers of the tree's images.
+enum FolderImage : std::int32_t {
+  kClosedFolder = 0,
+  kOpenFolder = 1,
+};
+
+/// A folder of a jukebox: a text, folders and songs, all in the user's order.
+class Folder {
+ public:
+  Folder(const Folder&) = delete;
+  Folder& operator=(const Folder&) = delete;
+
+  /// Unlike the text, the key is this folder's alone in its tree; never 0 and never used again.
+  std::uint32_t Key() const noexcept { return key_; }
+  const std::string& Text() const noexcept { return text_; }
+  /// The picture of the folder while it is not the one on show, see FolderImage.
+  std::int32_t Image() const noexcept { return image_; }
+  /// The picture of the folder while it is the one on show.
+  std::int32_t SelectedImage() const noexcept { return selected_image_; }
+
+  /// How deep the folder lies; 0 at top level.
+  std::int32_t Level() const noexcept { return level_; }
+  /// The folder above; null at top level.
+  Folder* Parent() const noexcept { return parent_; }
+  /// How many folders are directly below.
+  std::int32_t Children() const noexcept { return static_cast<std::int32_t>(children_.size()); }
+  /// A folder directly below, from 0.
+  Folder& ChildAt(std::int32_t index) const {
+    return *children_.at(static_cast<std::size_t>(index));
+  }
+  /// The first folder directly below; null when there is none.
+  Folder* Child() const noexcept { return children_.empty() ? nullptr : children_.front().get(); }
+  /// The folder behind this one under the same parent; null for the last.
+  Folder* Next() const noexcept;
+  /// The folder's place among its siblings, from 0.
+  std::int32_t Index() const noexcept { return index_; }
+
+  /// The folder's songs, in order.
+  std::vector<SongEntry>& Items() noexcept { return items_; }
+  const std::vector<SongEntry>& Items() const noexcept { return items_; }
+
+ private:
+  friend class FolderTree;
+  Folder() = default;
+
+  std::uint32_t key_ = 0;
+  std::int32_t image_ = kClosedFolder;
+  std::int32_t selected_image_ = kOpenFolder;
+  std::int32_t level_ = 0;
+  std::int32_t index_ = 0;
+  Folder* parent_ = nullptr;
+  FolderTree* tree_ = nullptr;
+  std::string text_;
+  std::vector<std::unique_ptr<Folder>> children_;
+  std::vector<SongEntry> items_;
+};
+
+/// Is told what changes in a tree, to keep a view in step.
+class FolderTreeObserver {
+ public:
+  virtual ~FolderTreeObserver() = default;
+  /// \param parent null at top level
+  /// \param index  the new folder's place among its siblings, from 0
+  virtual void BeforeAdd(const Folder* parent, std::int32_t index) = 0;
+  virtual void AfterAdd() = 0;
+};
+
+/// The folders of one jukebox.
+///
+/// Cost: adding a folder is O(1).
+class FolderTree {
+ public:
+  FolderTree();
+  FolderTree(const FolderTree&) = delete;
+  FolderTree& operator=(const FolderTree&) = delete;
+  ~FolderTree();
+
+  /// Adds a folder behind its new siblings.
+  ///
+  /// \param parent         null for a top-level folder
+  /// \param image          picture of the folder, see FolderImage
+  /// \param selected_image picture of the folder while it is on show
+  Folder& AddChild(Folder* parent, std::string_view text, std::int32_t image = kClosedFolder,
+                   std::int32_t selected_image = kOpenFolder);
+
+  /// The first folder of exactly this text at top level, or directly below a folder; null when
+  /// there is none.
+  Folder* Find(std::string_view text, const Folder* below = nullptr) const noexcept;
+
+  /// How many folders are at top level.
+  std::int32_t Children() const noexcept { return root_->Children(); }
+  /// A top-level folder, from 0.
+  Folder& ChildAt(std::int32_t index) const { return root_->ChildAt(index); }
+  /// How many folders there are on all levels.
+  std::int32_t Count() const noexcept { return count_; }
+
+  /// \param observer null for none; has to outlive the tree or be taken off
+  void SetObserver(FolderTreeObserver* observer) noexcept { observer_ = observer; }
+
+ private:
+  friend class Folder;
+  std::unique_ptr<Folder> root_;  ///< holds the top level; never handed out
+  std::uint32_t last_key_ = 0;
+  std::int32_t count_ = 0;
+  FolderTreeObserver* observer_ = nullptr;
+};
+
+}  // namespace tallow

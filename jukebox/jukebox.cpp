@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/jukebox.h"
+
+#include <span>
+
+#include "jukebox/sorting.h"
+#include "library/cls_main.h"
+#include "util/quicksort.h"
+
+namespace tallow {
+namespace {
+
+/// The four orders of the list, taken in turn.
+struct ListOrder {
+  std::string_view header;
+  SongColumn key;
+  void (*sort)(TextTable&, std::int32_t, std::int32_t, std::int16_t, std::int16_t);
+};
+
+constexpr int kFirstOrder = 1;
+constexpr int kLastOrder = 4;
+
+constexpr ListOrder kOrders[kLastOrder] = {
+    {"Name    --   ", kFileName, &SortCity::QuickSortStringsAscending},
+    {"Name    --   ", kFileName, &SortCity::QuickSortStringsDescending},
+    {"By Rank -- best to worst", kSongRank, &SortCity::QuickSortNumericDecending},
+    {"By Rank -- worst to best", kSongRank, &SortCity::QuickSortNumericAscending},
+};
+
+/// The list of a folder as a table of two columns: the key, and the record number.
+class KeyTable : public TextTable {
+ public:
+  static constexpr std::int16_t kKey = 1;
+  static constexpr std::int16_t kColumns = 2;
+
+  KeyTable(std::vector<SongEntry>& entries, const clsMain& library, SongColumn key)
+      : entries_(entries), library_(library), key_(key) {}
+
+  std::string_view Cell(std::int16_t /*column*/, std::int32_t row) const override {
+    const std::int32_t record = entries_[static_cast<std::size_t>(row - 1)].SubItem();
+    // An entry that the labelling passed over may still belong to no song.
+    if (record < 1 || record > library_.UBoundOfMp3Array()) return "0";
+    return library_.Mp3Info(key_, record);
+  }
+
+  void MoveRows(std::int32_t first, std::span<const std::int32_t> order,
+                std::int16_t /*columns*/) override {
+    std::vector<std::int32_t> records(order.size());
+    for (std::size_t k = 0; k < order.size(); ++k)
+      records[k] = entries_[static_cast<std::size_t>(order[k] - 1)].SubItem();
+    for (std::size_t k = 0; k < order.size(); ++k)
+      entries_[static_cast<std::size_t>(first - 1) + k].SubItem(records[k]);
+  }
+
+ private:
+  std::vector<SongEntry>& entries_;
+  const clsMain& library_;
+  SongColumn key_;
+};
+
+}  // namespace
+
+std::string EntryText(const SongEntry& entry, const clsMain& library) {
+  if (entry.LabelPosition() == 0) return std::to_string(entry.SubItem());
+  std::string text = std::to_string(entry.LabelPosition()) + ".  ";
+  if (entry.SubItem() >= 1 && entry.SubItem() <= library.UBoundOfMp3Array())
+    text += library.Mp3Info(kFileName, entry.SubItem());
+  return text;
+}
+
+void Jukebox::Caption(std::string_view caption) {
+  caption_ = caption;
+  if (view_ != nullptr) view_->CaptionChanged();
+}
+
+void Jukebox::AddColumnHeader(std::string_view text) {
+  headers_.emplace_back(text);
+  if (view_ != nullptr) view_->HeadersChanged();
+}
+
+void Jukebox::NameColumnHeader(std::string_view text) {
+  if (headers_.empty()) headers_.emplace_back();
+  headers_.front() = text;
+  if (view_ != nullptr) view_->HeadersChanged();
+}
+
+void Jukebox::ShowFolder(Folder& folder, const clsMain& library, std::int64_t& folder_changes) {
+  if (selected_ != nullptr)
+    for (SongEntry& entry : selected_->Items()) entry.LabelPosition(0);
+  ++folder_changes;
+  selected_ = &folder;
+  NameColumnHeader(kNameHeader);
+  sort_state_ = 0;
+  ListRefilled(library);
+}
+
+void Jukebox::ListRefilled(const clsMain& library) {
+  if (selected_ == nullptr) return;
+  RefreshFolderList(*selected_, library);
+  if (view_ != nullptr) view_->ListChanged();
+}
+
+void Jukebox::ColumnClick(const clsMain& library) {
+  if (selected_ == nullptr) return;
+  const int state = sort_state_ == 0 ? kFirstOrder : sort_state_;
+  const ListOrder& order = kOrders[state - 1];
+  std::vector<SongEntry>& entries = selected_->Items();
+  KeyTable table(entries, library, order.key);
+  order.sort(table, 1, static_cast<std::int32_t>(entries.size()), KeyTable::kKey,
+             KeyTable::kColumns);
+  sort_state_ = state == kLastOrder ? kFirstOrder : state + 1;
+  const std::size_t before = entries.size();
+  RefreshFolderList(*selected_, library);
+  NameColumnHeader(order.header);
+  if (view_ == nullptr) return;
+  if (entries.size() == before)
+    view_->LabelsChanged();
+  else
+    view_->ListChanged();
+}
+
+}  // namespace tallow

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jukebox/folder_tree.h"
+
+namespace tallow {
+
+class clsMain;
+
+/// The header of the name column whenever a folder is shown.
+inline constexpr std::string_view kNameHeader = "Name    --        (click to sort)";
+/// The header of the second column.
+inline constexpr std::string_view kKeyHeader = "Key";
+
+/// Is told what a jukebox wants of its window.
+class JukeboxView {
+ public:
+  virtual ~JukeboxView() = default;
+  virtual void CaptionChanged() = 0;
+  /// The songs of the folder on show, or the folder itself, have changed: fill the list again.
+  virtual void ListChanged() = 0;
+  /// Texts and pictures of the songs on show have changed, but not which they are.
+  virtual void LabelsChanged() = 0;
+  virtual void HeadersChanged() = 0;
+};
+
+/// One open jukebox: a tree of folders, which of them is on show, and how its list is sorted. The
+/// window is a view of it.
+class Jukebox {
+ public:
+  Jukebox() = default;
+  Jukebox(const Jukebox&) = delete;
+  Jukebox& operator=(const Jukebox&) = delete;
+
+  FolderTree& Nodes() noexcept { return tree_; }
+  const FolderTree& Nodes() const noexcept { return tree_; }
+
+  /// What the window is called: the name of the jukebox.
+  const std::string& Caption() const noexcept { return caption_; }
+  void Caption(std::string_view caption);
+
+  /// The number of the jukebox's window among the documents, as text.
+  const std::string& Tag() const noexcept { return tag_; }
+  void Tag(std::string_view tag) { tag_ = tag; }
+
+  /// Whether the jukebox has changed since it was saved or loaded.
+  bool IsFormDirty() const noexcept { return is_form_dirty_; }
+  void IsFormDirty(bool dirty) noexcept { is_form_dirty_ = dirty; }
+
+  /// Whether the tree is shown with all its folders open.
+  bool Expanded() const noexcept { return expanded_; }
+  void Expanded(bool expanded) noexcept { expanded_ = expanded; }
+
+  /// The texts of the list's column headers, from left to right.
+  const std::vector<std::string>& ColumnHeaders() const noexcept { return headers_; }
+  void AddColumnHeader(std::string_view text);
+
+  /// The folder on show; null when none is.
+  Folder* selectednode() const noexcept { return selected_; }
+
+  /// Shows a folder, as a click on it does: the songs of the folder shown until now get their
+  /// record numbers as texts again, the new folder's get labels, and the list counts as not sorted.
+  ///
+  /// \param folder_changes the program's counter of shown folders, increased by one
+  void ShowFolder(Folder& folder, const clsMain& library, std::int64_t& folder_changes);
+
+  /// Labels the songs on show and lets the window fill its list with them.
+  void ListRefilled(const clsMain& library);
+
+  /// Sorts the list, as a click on a column header does. Each click takes the next of four orders:
+  /// by file name up, by file name down, by rank from best, by rank from worst. The entries keep
+  /// their places and change their songs.
+  ///
+  /// \throws TypeMismatchError, OverflowError from the sort by rank when a rank is no number
+  void ColumnClick(const clsMain& library);
+
+  /// How the list is sorted: 0 not yet, 1 to 4 the order that the next click brings.
+  int SortState() const noexcept { return sort_state_; }
+
+  /// \param view null for none; has to outlive the jukebox or be taken off
+  void SetView(JukeboxView* view) noexcept { view_ = view; }
+  JukeboxView* View() const noexcept { return view_; }
+
+ private:
+  void NameColumnHeader(std::string_view text);
+
+  FolderTree tree_;
+  std::string caption_;
+  std::string tag_;
+  bool is_form_dirty_ = false;
+  bool expanded_ = false;
+  std::vector<std::string> headers_;
+  Folder* selected_ = nullptr;
+  int sort_state_ = 0;
+  JukeboxView* view_ = nullptr;
+};
+
+/// The text of an entry: its record number, or once labelled its position, ".  " and its file name.
+std::string EntryText(const SongEntry& entry, const clsMain& library);
+
+}  // namespace tallow

@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/sorting.h"
+
+#include <array>
+#include <optional>
+#include <utility>
+
+#include "jukebox/category_index.h"
+#include "jukebox/jukebox.h"
+#include "library/cls_main.h"
+#include "library/mp3_tag_editor.h"
+#include "util/number.h"
+#include "util/read_ahead.h"
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+constexpr std::string_view kAllSongs = "All Songs";
+
+/// How many tags a thread reads at once, see ReadAhead.
+constexpr std::size_t kTagsAtOnce = 64;
+
+/// The decade folders by the third digit of the year; there is none for the 10's.
+constexpr std::array<std::string_view, 10> kDecades = {"00's", "",     "20's", "30's", "40's",
+                                                       "50's", "60's", "70's", "80's", "90's"};
+
+/// Which character of a year tells the decade, from 0.
+constexpr std::size_t kDecadeDigit = 2;
+
+std::string PathOf(const clsMain& library, std::int32_t row) {
+  return std::string(library.Mp3Info(kFileLocation, row)).append(library.Mp3Info(kFileName, row));
+}
+
+/// The entry of a song as it is added: its record number, and its rank as the picture.
+SongEntry EntryOf(const clsMain& library, std::int32_t row) {
+  return {NumericValue(library.Mp3Info(kRecordNumber, row)),
+          NumericValue(library.Mp3Info(kSongRank, row))};
+}
+
+/// Files the songs of one run into one jukebox.
+class Filing {
+ public:
+  Filing(Jukebox& jukebox, const clsMain& library, std::vector<std::string>& problems)
+      : tree_(jukebox.Nodes()), library_(library), problems_(problems) {
+    if (Folder* const decades = tree_.Find("Decades"))
+      for (std::size_t k = 0; k < kDecades.size(); ++k)
+        if (!kDecades[k].empty()) decades_[k] = tree_.Find(kDecades[k], decades);
+    OpenCategory(genre_, "Genre", CategoryIndex::Match::kExact);
+    OpenCategory(artist_, "Artist", CategoryIndex::Match::kBeginning);
+    OpenCategory(year_, "Year", CategoryIndex::Match::kBeginning);
+  }
+
+  /// Files a song by its tag, which has been read.
+  void File(std::int32_t row, const TagBlock& block) {
+    tag_.LoadMP3({}, block);
+    if (!tag_.TagExists()) return;
+    const SongEntry entry = EntryOf(library_, row);
+    std::string artist = tag_.Artist();
+    std::string year = tag_.Year();
+    StripBrackets(artist);
+    StripBrackets(year);
+    if (artist_ && !artist.empty()) artist_->FolderFor(artist).Items().push_back(entry);
+    if (year_ && IsYear(year, row)) {
+      year_->FolderFor(year).Items().push_back(entry);
+      if (Folder* const decade = DecadeOf(year)) decade->Items().push_back(entry);
+    }
+    const std::string_view genre = GenreNameFromID(tag_.Genra());
+    if (genre_ && genre != "None" && !genre.empty())
+      genre_->FolderFor(genre).Items().push_back(entry);
+  }
+
+ private:
+  void OpenCategory(std::optional<CategoryIndex>& index, std::string_view text,
+                    CategoryIndex::Match match) {
+    if (Folder* const category = tree_.Find(text)) index.emplace(tree_, *category, match);
+  }
+
+  /// Whether a year is one to file by. A text that begins with NUL is none, and that is no error; a
+  /// text that is no number is an error of this song.
+  bool IsYear(const std::string& year, std::int32_t row) {
+    if (year.empty() || year.front() == '\0') return false;
+    const std::optional<std::int32_t> number = TryConvertToInt32(year);
+    if (!number)
+      problems_.push_back(PathOf(library_, row) + ": the year in the tag, '" +
+                          std::string(StripAtNul(year)) +
+                          "', is not a number. The song is in no year and no decade folder.");
+    return number && *number != 0;
+  }
+
+  Folder* DecadeOf(const std::string& year) const noexcept {
+    if (year.size() <= kDecadeDigit) return nullptr;
+    const char digit = year[kDecadeDigit];
+    return digit >= '0' && digit <= '9' ? decades_[static_cast<std::size_t>(digit - '0')] : nullptr;
+  }
+
+  FolderTree& tree_;
+  const clsMain& library_;
+  std::vector<std::string>& problems_;
+  MP3TagEditor tag_;
+  std::array<Folder*, kDecades.size()> decades_{};
+  std::optional<CategoryIndex> genre_;
+  std::optional<CategoryIndex> artist_;
+  std::optional<CategoryIndex> year_;
+};
+
+/// Files the songs that one jukebox does not have yet; returns false when the library has no songs
+/// at all.
+bool FillJukebox(int mode, Jukebox& jukebox, const clsMain& library,
+                 std::vector<std::string>& problems) {
+  FolderTree& tree = jukebox.Nodes();
+  Folder* const all_songs = tree.Find(kAllSongs);
+  jukebox.IsFormDirty(true);
+  std::vector<std::int32_t> rows;
+  if (all_songs != nullptr) {
+    std::vector<char> flags;
+    MarkSongsToFile(*all_songs, library, flags, problems);
+    if (flags.empty()) return false;
+    for (std::size_t k = 0; k < flags.size(); ++k)
+      if (flags[k]) rows.push_back(static_cast<std::int32_t>(k + 1));
+    const auto add = [&](Folder& folder) {
+      folder.Items().reserve(folder.Items().size() + rows.size());
+      for (const std::int32_t row : rows) folder.Items().push_back(EntryOf(library, row));
+    };
+    add(*all_songs);
+    Folder* const latest = tree.Find("New");
+    if (mode != kFillAllButNew && latest != nullptr) add(*latest);
+  }
+  Filing filing(jukebox, library, problems);
+  ReadAhead(
+      rows.size(), kTagsAtOnce,
+      [&](std::size_t k) { return ReadTagBlock(PathOf(library, rows[k])); },
+      [&](std::size_t k, const TagBlock& block) { filing.File(rows[k], block); });
+  jukebox.ListRefilled(library);
+  return true;
+}
+
+}  // namespace
+
+FilingError::FilingError(std::vector<std::string> problems)
+    : std::runtime_error(problems.front()), problems_(std::move(problems)) {}
+
+void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
+                          std::span<Jukebox* const> windows) {
+  if (!skip_sort) {
+    bool sorted = false;
+    library.Sort(true, false, kRecordNumber, sorted);
+  }
+  std::vector<std::string> problems;
+  for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
+    if (!caption.empty() && (*window)->Caption() != caption) continue;
+    if (!FillJukebox(mode, **window, library, problems)) break;
+  }
+  if (!problems.empty()) throw FilingError(std::move(problems));
+}
+
+void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<char>& flags,
+                     std::vector<std::string>& problems) {
+  const std::int32_t count = library.UBoundOfMp3Array();
+  flags.assign(static_cast<std::size_t>(count), 1);
+  if (count == 0) return;
+  for (std::int32_t row = 1; row <= count; ++row)
+    if (NumericValue(library.Mp3Info(kFileIsThere, row)) == 0)
+      flags[static_cast<std::size_t>(row - 1)] = 0;
+  for (const SongEntry& entry : folder.Items()) {
+    const std::int32_t record = entry.SubItem();
+    if (record >= 1 && record <= count)
+      flags[static_cast<std::size_t>(record - 1)] = 0;
+    else
+      problems.push_back("'" + folder.Text() + "' holds an entry for song number " +
+                         std::to_string(record) + ", but the library holds songs 1 to " +
+                         std::to_string(count) + ". The entry was left out of the filing.");
+  }
+}
+
+void RefreshFolderList(Folder& folder, const clsMain& library) {
+  const std::int32_t count = library.UBoundOfMp3Array();
+  std::vector<SongEntry>& entries = folder.Items();
+  // Removing shifts what follows; here what stays moves up once, to the place `kept`, which is also
+  // the entry's index at the moment it is labelled.
+  std::size_t kept = 0;
+  bool skip = false;
+  for (const SongEntry& found : entries) {
+    SongEntry entry = found;
+    const std::int32_t record = entry.SubItem();
+    const bool known = record >= 1 && record <= count;
+    if (!skip && !known) {
+      // The one that moves up into this place is passed over.
+      skip = true;
+      continue;
+    }
+    if (!skip && NumericValue(library.Mp3Info(kFileIsThere, record)) == 0) continue;
+    if (!skip) {
+      entry.LabelPosition(static_cast<std::int32_t>(kept) + 1);
+      entry.Icon(NumericValue(library.Mp3Info(kSongRank, record)));
+    }
+    skip = false;
+    entries[kept++] = entry;
+  }
+  entries.resize(kept);
+}
+
+std::string_view GenreNameFromID(std::int32_t id) noexcept { return GenreName(id); }
+
+void StripBrackets(std::string& text) {
+  for (char& c : text)
+    if (c == '[' || c == ']') c = ' ';
+  text = std::string(Trim(text));
+}
+
+}  // namespace tallow

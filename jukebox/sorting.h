@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "jukebox/folder_tree.h"
+
+namespace tallow {
+
+class Jukebox;
+class clsMain;
+
+/// Some songs could not be filed wholly. Raised once, when everything else has been filed.
+class FilingError : public std::runtime_error {
+ public:
+  /// \param problems at least one, each a sentence that names the file or the entry
+  explicit FilingError(std::vector<std::string> problems);
+  const std::vector<std::string>& problems() const noexcept { return problems_; }
+
+ private:
+  std::vector<std::string> problems_;
+};
+
+/// Which folders FillAutomaticFolders fills beside the others.
+enum FillMode : int {
+  kFillAllButNew = 1,  ///< leaves "New" as it is
+  kFillNewToo = 2,
+};
+
+/// Files every song of the library that is not yet in a jukebox's "All Songs" into its automatic
+/// folders: "All Songs", "New", "Artist", "Genre", "Year" and the decades.
+///
+/// A folder that a jukebox does not have is not filled; without "All Songs" nothing is. Artist and
+/// year folders take every song whose artist or year begins with the folder's text, in any case,
+/// the first such folder in the tree's order; a new one is made when there is none. A song already
+/// in "All Songs" is not touched, so folders that the user has rearranged stay as they are. Every
+/// jukebox visited counts as changed.
+///
+/// \param mode      see FillMode; any value but kFillAllButNew fills "New"
+/// \param skip_sort false: the library is sorted by record number first
+/// \param caption   empty: every open jukebox; else only the one with this caption
+/// \param windows   the open jukeboxes, in the order they were opened; they are visited from the
+/// last \throws FilingError after all songs are filed: songs whose tag has a year that is no number
+/// (they lie
+///         in no year and no decade folder), entries of "All Songs" whose number the library has
+///         not
+void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
+                          std::span<Jukebox* const> windows);
+
+/// Marks the songs to be filed: those present whose number no entry of a folder has.
+///
+/// \param flags    one element a row, for rows 1 to the library's last; element 0 is row 1. Empty
+/// when the
+///                 library is
+/// \param problems is told each entry whose number is no row of the library
+void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<char>& flags,
+                     std::vector<std::string>& problems);
+
+/// Gives the songs of a folder their labels (position, full stop, two blanks, file name) and rank
+/// pictures. Removes the songs whose file is missing, and the entries whose number the library has
+/// not; behind each of the latter one entry is left unlabelled in this pass.
+///
+/// Cost: O(entries), without touching a file.
+void RefreshFolderList(Folder& folder, const clsMain& library);
+
+/// The name of a genre number; empty for a number that has none. The numbers and names are those of
+/// MP3TagEditor::GenraLookupByID.
+std::string_view GenreNameFromID(std::int32_t id) noexcept;
+
+/// Turns the brackets of a tag text into blanks and removes the blanks at both ends. Folder texts
+/// take part in wildcard patterns, where a bracket would open a list of characters.
+void StripBrackets(std::string& text);
+
+}  // namespace tallow

@@ -1,0 +1,156 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/library_file.h"
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
+
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/number.h"
+
+namespace tallow {
+namespace {
+
+constexpr std::size_t kLengthBytes = 2;
+
+/// The table's column of each text of a record.
+constexpr std::array<std::int16_t, kSongColumns> kColumnOfField = {
+    kFileName, kFileLocation, kRecordNumber, kFileIsThere, kSongRank, 6, 7, 8, 9, 10, 11, 12};
+
+/// Whether a record can be that of a song; random bytes rarely pass. No file system has names with
+/// a NUL, so a text that swallowed the lengths behind it is recognized.
+bool IsPlausible(const LibraryRecord& record) noexcept {
+  for (const std::size_t field : {kNameField, kLocationField})
+    if (record[field].find('\0') != std::string_view::npos) return false;
+  const auto number = TryConvertToInt32(record[kNumberField]);
+  const std::string_view there = record[kThereField];
+  return !record[kNameField].empty() && number && *number > 0 && (there == "0" || there == "1") &&
+         TryConvertToInt32(record[kRankField]).has_value();
+}
+
+/// The first place from a position on where a plausible record begins that is the last one or has
+/// another plausible one behind it; the end of the bytes when there is none.
+std::size_t NextPlausible(std::string_view bytes, std::size_t from) noexcept {
+  for (std::size_t at = from; at < bytes.size(); ++at) {
+    LibraryReader reader(bytes, at);
+    LibraryRecord record;
+    if (reader.Next(record) != LibraryReader::Result::kRecord || !IsPlausible(record)) continue;
+    const LibraryReader::Result next = reader.Next(record);
+    if (next == LibraryReader::Result::kEnd ||
+        (next == LibraryReader::Result::kRecord && IsPlausible(record)))
+      return at;
+  }
+  return bytes.size();
+}
+
+}  // namespace
+
+LibraryReader::Result LibraryReader::Next(LibraryRecord& record) noexcept {
+  if (position_ >= bytes_.size()) return Result::kEnd;
+  std::size_t at = position_;
+  for (std::string_view& field : record) {
+    if (bytes_.size() - at < kLengthBytes) return Result::kDamaged;
+    const std::size_t length = static_cast<unsigned char>(bytes_[at]) |
+                               std::size_t{static_cast<unsigned char>(bytes_[at + 1])} << 8U;
+    at += kLengthBytes;
+    if (bytes_.size() - at < length) return Result::kDamaged;
+    field = bytes_.substr(at, length);
+    at += length;
+  }
+  position_ = at;
+  return Result::kRecord;
+}
+
+std::string EncodeLibrary(const SongTable& table) {
+  std::string bytes;
+  bytes.reserve(static_cast<std::size_t>(table.rows()) * 96);
+  for (std::int32_t row = 1; row <= table.rows(); ++row) {
+    for (const std::int16_t column : kColumnOfField) {
+      const std::string_view text = table.Cell(column, row);
+      if (text.size() > kMostFieldBytes)
+        throw FileError(text.substr(0, 200), "is too long for the song library");
+      bytes += static_cast<char>(text.size() & 0xFFU);
+      bytes += static_cast<char>(text.size() >> 8U);
+      bytes += text;
+    }
+  }
+  return bytes;
+}
+
+LibraryInspection InspectLibrary(const std::string& path) {
+  LibraryInspection result;
+  const auto bytes = ReadWholeFile(path);
+  if (!bytes) return result;
+  result.exists = true;
+  LibraryReader reader(*bytes);
+  LibraryRecord record;
+  std::string_view last;
+  for (;;) {
+    const LibraryReader::Result read = reader.Next(record);
+    if (read == LibraryReader::Result::kDamaged)
+      result.problem = "the record that begins at byte " + std::to_string(reader.position()) +
+                       " is not complete";
+    if (read != LibraryReader::Result::kRecord) break;
+    if (record[kNameField].empty()) continue;
+    ++result.usable;
+    last = record[kNumberField];
+    if (!TryConvertToInt32(last)) {
+      result.problem =
+          "song " + std::to_string(result.usable) + ": '" + std::string(last) + "' is not a number";
+      break;
+    }
+  }
+  result.last_number = last;
+  result.sound = result.problem.empty();
+  return result;
+}
+
+std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table) {
+  std::vector<LibraryRecord> found;
+  for (std::size_t at = 0; at < bytes.size();) {
+    LibraryReader reader(bytes, at);
+    LibraryRecord record;
+    if (reader.Next(record) != LibraryReader::Result::kRecord) {
+      at = NextPlausible(bytes, at + 1);
+    } else if (IsPlausible(record)) {
+      found.push_back(record);
+      at = reader.position();
+    } else if (record[kNameField].empty()) {
+      at = reader.position();
+    } else {
+      at = NextPlausible(bytes, at + 1);
+    }
+  }
+  // A number far beyond what the file can hold is damaged too and must not blow the table up: such
+  // a song, and one whose number is taken, gets a row at the end.
+  const auto most = static_cast<std::int32_t>(bytes.size() / (kLengthBytes * kSongColumns) + 1);
+  std::int32_t rows = 0;
+  for (const LibraryRecord& record : found) {
+    const std::int32_t number = ConvertToInt32(record[kNumberField]);
+    if (number <= most) rows = std::max(rows, number);
+  }
+  std::vector<const LibraryRecord*> by_row(static_cast<std::size_t>(rows), nullptr);
+  for (const LibraryRecord& record : found) {
+    const std::int32_t number = ConvertToInt32(record[kNumberField]);
+    const auto place = static_cast<std::size_t>(number - 1);
+    if (number <= rows && by_row[place] == nullptr)
+      by_row[place] = &record;
+    else
+      by_row.push_back(&record);
+  }
+  table = SongTable();
+  table.Resize(static_cast<std::int32_t>(by_row.size()));
+  for (std::int32_t row = 1; row <= table.rows(); ++row) {
+    const LibraryRecord* const record = by_row[static_cast<std::size_t>(row - 1)];
+    table.SetCell(kFileLocation, row, record ? (*record)[kLocationField] : "0");
+    table.SetCell(kFileName, row, record ? (*record)[kNameField] : "0");
+    table.SetCell(kFileIsThere, row, record ? (*record)[kThereField] : "0");
+    table.SetCell(kRecordNumber, row, std::to_string(row));
+    table.SetCell(kSongRank, row, record ? (*record)[kRankField] : "2");
+  }
+  return static_cast<std::int32_t>(found.size());
+}
+
+}  // namespace tallow

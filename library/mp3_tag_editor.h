@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "library/mp3_genra.h"
+#include "util/file_system.h"
+
+namespace tallow {
+
+// An ID3v1 tag is the last 128 bytes of an MP3 file (offsets from its first byte):
+//
+// | Offset | Bytes | Content |
+// |---|---|---|
+// | 0 | 3 | "TAG" |
+// | 3 | 30 | title |
+// | 33 | 30 | artist |
+// | 63 | 30 | album |
+// | 93 | 4 | year |
+// | 97 | 30 | comment |
+// | 127 | 1 | genre number, 0 to 255 |
+//
+// This program pads a text it writes with blanks; others pad with NULs. See tag_text.h for the
+// encoding.
+
+/// Bytes of an ID3v1 tag.
+inline constexpr std::size_t kTagBytes = 128;
+
+/// The last 128 bytes of a file, read but not looked at. Reading is what takes time, so it can be
+/// done ahead, by other threads.
+struct TagBlock {
+  TailResult result = TailResult::kFailed;
+  std::array<char, kTagBytes> bytes;
+};
+
+/// Reads the last 128 bytes of a file of more than 128 bytes.
+TagBlock ReadTagBlock(const std::string& path);
+
+/// Reads and writes the ID3v1 tag of one MP3 file.
+class MP3TagEditor {
+ public:
+  MP3TagEditor();
+
+  /// All genres there are.
+  const GenraCollection& GenraList() const noexcept { return genra_list_; }
+
+  /// Writes the fields as the tag of the file `filename`.
+  ///
+  /// With TagExists the tag replaces the last 128 bytes. Otherwise its marker begins on the last
+  /// byte of the file, so that the file grows by 127 bytes: that place is part of what this program
+  /// writes. TagExists stays as it is. \returns true \throws FileError when the file cannot be
+  /// opened or written, or is too short to hold the place
+  bool SaveMP3();
+
+  /// Clears all fields and reads the tag of a file.
+  ///
+  /// \returns false when the file cannot be opened or read; true even when it has no tag
+  bool LoadMP3(std::string_view path);
+
+  /// LoadMP3 with the file's last bytes read before.
+  bool LoadMP3(std::string_view path, const TagBlock& block);
+
+  const std::string& filename() const noexcept { return filename_; }
+  void filename(std::string_view path) { filename_ = path; }
+
+  /// The genre number, 0 to 255 in a tag.
+  std::int16_t Genra() const noexcept { return genra_; }
+  void Genra(std::int16_t number) noexcept { genra_ = number; }
+
+  // The texts: reading removes blanks at both ends and keeps NULs, writing cuts to 30 bytes (the
+  // year: 4) and pads.
+  std::string Comment() const { return Read(comment_); }
+  void Comment(std::string_view text) { PadOrCut(comment_, text); }
+  std::string Year() const { return Read(year_); }
+  void Year(std::string_view text) { PadOrCut(year_, text); }
+  std::string Album() const { return Read(album_); }
+  void Album(std::string_view text) { PadOrCut(album_, text); }
+  std::string Artist() const { return Read(artist_); }
+  void Artist(std::string_view text) { PadOrCut(artist_, text); }
+  std::string Title() const { return Read(title_); }
+  void Title(std::string_view text) { PadOrCut(title_, text); }
+
+  bool TagExists() const noexcept { return tag_exists_; }
+  void TagExists(bool exists) noexcept { tag_exists_ = exists; }
+
+  /// The name of a genre number; empty for a number that has none.
+  std::string GenraLookupByID(std::int16_t id) const { return std::string(GenreName(id)); }
+
+ private:
+  /// A text as the tag holds it.
+  template <std::size_t kLength>
+  using Field = std::array<char, kLength>;
+
+  void ClearFields();
+  template <std::size_t kLength>
+  static std::string Read(const Field<kLength>& field);
+  template <std::size_t kLength>
+  static void PadOrCut(Field<kLength>& field, std::string_view text);
+
+  GenraCollection genra_list_;
+  std::string filename_;
+  bool tag_exists_ = false;
+  Field<30> title_;
+  Field<30> artist_;
+  Field<30> album_;
+  Field<4> year_;
+  Field<30> comment_;
+  std::int16_t genra_ = 0;
+};
+
+}  // namespace tallow

@@ -1,0 +1,20 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The libraries that the Qt-free code and its tests need on Windows, as packaging/windows-libraries.sh
+# has built them.
+set(TALLOW_WINDOWS_LIBRARIES "" CACHE PATH "Folder that packaging/windows-libraries.sh prints")
+if(NOT EXISTS "${TALLOW_WINDOWS_LIBRARIES}/lib/libutf8proc.a")
+  message(FATAL_ERROR
+    "TALLOW_WINDOWS_LIBRARIES is not set to the folder that packaging/windows-libraries.sh prints. "
+    "./test.sh does both.")
+endif()
+
+function(tallow_import name archive)
+  add_library(${name} STATIC IMPORTED GLOBAL)
+  set_target_properties(${name} PROPERTIES
+    IMPORTED_LOCATION ${TALLOW_WINDOWS_LIBRARIES}/lib/${archive}
+    INTERFACE_INCLUDE_DIRECTORIES ${TALLOW_WINDOWS_LIBRARIES}/include)
+endfunction()
+
+tallow_import(tallow_utf8proc libutf8proc.a)
+target_compile_definitions(tallow_utf8proc INTERFACE UTF8PROC_STATIC)
+tallow_import(GTest::gtest libgtest.a)

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "app/system.h"
+#include "jukebox/jukebox.h"
+#include "tests/recorded_progress.h"
+
+namespace tallow {
+
+/// The windows of a start-up without a screen: they keep what happened to them and answer as told.
+class RecordedWindows : public StartUpWindows {
+ public:
+  void ShowSplash() override { Log("splash"); }
+  SearchProgress& Splash() override { return progress; }
+  void ShowCancelButton(bool visible) override { Log(visible ? "cancel on" : "cancel off"); }
+  void ShowFoundLine(bool visible) override { Log(visible ? "found on" : "found off"); }
+  void UnloadSplash() override { Log("splash off"); }
+  Jukebox& NewJukebox() override {
+    jukeboxes.push_back(std::make_unique<Jukebox>());
+    open.push_back(jukeboxes.back().get());
+    return *jukeboxes.back();
+  }
+  void ShowJukebox(Jukebox& /*jukebox*/) override { Log("jukebox"); }
+  std::span<Jukebox* const> OpenJukeboxes() override { return open; }
+  void Tell(const std::string& text) override { told.push_back(text); }
+  bool Ask(const std::string& text) override {
+    asked.push_back(text);
+    return answer;
+  }
+  void Notice(const std::vector<std::string>& lines) override {
+    notices.insert(notices.end(), lines.begin(), lines.end());
+  }
+  void OpenInTextEditor(const std::string& path) override { Log("editor " + path); }
+  void ShowTip() override { Log("tip"); }
+
+  RecordedProgress progress;
+  std::vector<std::unique_ptr<Jukebox>> jukeboxes;
+  std::vector<Jukebox*> open;
+  std::vector<std::string> log;
+  std::vector<std::string> told;
+  std::vector<std::string> asked;
+  std::vector<std::string> notices;
+  bool answer = true;
+
+ private:
+  void Log(std::string what) { log.push_back(std::move(what)); }
+};
+
+}  // namespace tallow

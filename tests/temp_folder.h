@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <atomic>
+#include <filesystem>
+#include <fstream>
+#include <random>
+#include <string>
+#include <string_view>
+
+#include "util/atomic_file.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+
+namespace tallow {
+
+/// An empty folder that is gone, with all in it, at the end of its scope.
+class TempFolder {
+ public:
+  TempFolder() {
+    static std::atomic<int> count{0};
+    std::random_device random;
+    const auto base = std::filesystem::temp_directory_path() /
+                      ("tallow-test-" + std::to_string(random()) + "-" + std::to_string(++count));
+    path_ = EnsureTrailingBackslash(base.string());
+    CreateFolders(path_);
+    path_ = EnsureTrailingBackslash(AbsolutePath(path_));
+  }
+  TempFolder(const TempFolder&) = delete;
+  TempFolder& operator=(const TempFolder&) = delete;
+  ~TempFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(std::filesystem::path(path_), ignored);
+  }
+
+  /// Ends in a separator.
+  const std::string& path() const { return path_; }
+
+  /// The path of something inside; slashes of the argument become the system's separator.
+  std::string operator/(std::string_view inside) const {
+    std::string path = path_ + std::string(inside);
+    if (kSeparator != '/')
+      for (char& c : path)
+        if (c == '/') c = kSeparator;
+    return path;
+  }
+
+  /// Makes a folder inside, and those above it; returns its path, which ends in a separator.
+  std::string Folder(std::string_view inside) const {
+    std::string path = EnsureTrailingBackslash(*this / inside);
+    CreateFolders(path);
+    return path;
+  }
+
+  /// Makes a file inside, and the folders above it; returns its path.
+  std::string File(std::string_view inside, std::string_view content = "x") const {
+    std::string path = *this / inside;
+    CreateFolders(std::string(FolderOfPath(path)));
+    // A name of full length leaves no room for the one that a file is written under first.
+    if (NameOfPath(path).size() > 200)
+      std::ofstream(std::filesystem::path(path), std::ios::binary) << content;
+    else
+      WriteFileAtomically(path, content);
+    return path;
+  }
+
+ private:
+  std::string path_;
+};
+
+/// The system's separator as a text, to write paths that read the same everywhere.
+inline const std::string kSep(1, kSeparator);
+
+}  // namespace tallow

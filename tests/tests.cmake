@@ -1,0 +1,51 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The tests of everything that is not a window. They lie beside what they test.
+add_executable(tallow_core_tests
+  tests/main.cpp
+  app/cls_ini_test.cpp
+  app/command_line_test.cpp
+  app/drive_list_test.cpp
+  app/file_search_test.cpp
+  app/initial_jukebox_test.cpp
+  app/system_test.cpp
+  jukebox/category_index_test.cpp
+  jukebox/folder_tree_test.cpp
+  jukebox/jukebox_test.cpp
+  jukebox/sorting_test.cpp
+  library/cls_main_test.cpp
+  library/duplicate_removal_test.cpp
+  library/library_file_test.cpp
+  library/mp3_genra_test.cpp
+  library/mp3_tag_editor_test.cpp
+  library/song_table_test.cpp
+  library/tag_text_test.cpp
+  util/atomic_file_test.cpp
+  util/file_system_test.cpp
+  util/like_test.cpp
+  util/number_test.cpp
+  util/path_text_test.cpp
+  util/quicksort_test.cpp
+  util/read_ahead_test.cpp
+  util/text_test.cpp)
+if(NOT WIN32)
+  target_sources(tallow_core_tests PRIVATE
+    app/mount_table_linux_test.cpp
+    app/save_kill_linux_test.cpp)
+endif()
+target_link_libraries(tallow_core_tests PRIVATE tallow_core GTest::gtest)
+
+if(WIN32)
+  # A Windows program cannot be asked for its tests while it is built; the Linux build runs it as one
+  # test, see below.
+else()
+  include(GoogleTest)
+  gtest_discover_tests(tallow_core_tests PROPERTIES TIMEOUT 300)
+
+  # The same tests as a Windows program, once the preset "windows" has been built.
+  set(TALLOW_WINDOWS_TESTS "" CACHE FILEPATH "tallow_core_tests.exe, to run it under Wine")
+  if(TALLOW_WINDOWS_TESTS)
+    add_test(NAME windows.core_tests
+      COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh ${TALLOW_WINDOWS_TESTS})
+    set_tests_properties(windows.core_tests PROPERTIES TIMEOUT 900)
+  endif()
+endif()

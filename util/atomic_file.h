@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tallow {
+
+/// What the name of a file carries while its new content is being written beside it.
+inline constexpr std::string_view kUnfinishedSuffix = ".new";
+
+/// What the name of a damaged file carries once it is kept aside.
+inline constexpr std::string_view kBackupSuffix = ".bak";
+
+/// Replaces the content of a file, or makes the file, so that a failure or a kill at any moment
+/// leaves either the old content or the new one under its name.
+///
+/// The content goes to a file beside it (the name followed by ".new"), is flushed to the disk, and
+/// takes the name over. A link is followed: the file it leads to is the one replaced. Permissions
+/// are kept.
+///
+/// \throws FileError when anything fails, a read-only file included; the old content is then
+/// untouched
+void WriteFileAtomically(const std::string& path, std::string_view content);
+
+/// Keeps a copy of a file under its name followed by ".bak", in place of an earlier one. A file
+/// that does not exist is left alone.
+///
+/// \throws FileError
+void KeepBackup(const std::string& path);
+
+}  // namespace tallow

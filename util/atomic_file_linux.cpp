@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "util/atomic_file.h"
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/open_file_linux.h"
+#include "util/path_text.h"
+
+namespace tallow {
+namespace {
+
+[[noreturn]] void Fail(const std::string& path, int error) {
+  throw FileError(path, std::strerror(error));
+}
+
+void WriteAll(int descriptor, std::string_view content, const std::string& path) {
+  while (!content.empty()) {
+    const ssize_t written = write(descriptor, content.data(), content.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) Fail(path, errno);
+    content.remove_prefix(static_cast<std::size_t>(written));
+  }
+}
+
+}  // namespace
+
+void WriteFileAtomically(const std::string& path, std::string_view content) {
+  struct stat old {};
+  const bool exists = stat(path.c_str(), &old) == 0;
+  const std::string target = exists ? AbsolutePath(path) : path;
+  if (exists && !S_ISREG(old.st_mode)) throw FileError(path, "is not a regular file");
+  if (exists && access(target.c_str(), W_OK) != 0) Fail(path, errno);
+  const std::string beside = target + std::string(kUnfinishedSuffix);
+  {
+    const OpenFile file(open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+    if (!file) Fail(path, errno);
+    try {
+      if (exists && fchmod(file.descriptor(), old.st_mode & 07777) != 0) Fail(path, errno);
+      WriteAll(file.descriptor(), content, path);
+      if (fsync(file.descriptor()) != 0) Fail(path, errno);
+    } catch (const FileError&) {
+      unlink(beside.c_str());
+      throw;
+    }
+  }
+  if (std::rename(beside.c_str(), target.c_str()) != 0) {
+    const int error = errno;
+    unlink(beside.c_str());
+    Fail(path, error);
+  }
+  // The name itself is on the disk only once the folder is. A file system that cannot flush a
+  // folder has done what it can.
+  const std::string folder(FolderOfPath(target));
+  const OpenFile directory(
+      open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+  if (directory) fsync(directory.descriptor());
+}
+
+}  // namespace tallow

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "util/atomic_file.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "tests/temp_folder.h"
+#include "util/errors.h"
+
+namespace tallow {
+namespace {
+
+TEST(AtomicFile, MakesAndReplacesAFile) {
+  const TempFolder folder;
+  const std::string path = folder / "a.lmz";
+  WriteFileAtomically(path, "one");
+  EXPECT_EQ(ReadWholeFile(path), "one");
+  WriteFileAtomically(path, "");
+  EXPECT_EQ(ReadWholeFile(path), "");
+  EXPECT_FALSE(FileExists(path + ".new"));
+}
+
+TEST(AtomicFile, AFolderThatIsGoneIsAnErrorThatNamesTheFile) {
+  const TempFolder folder;
+  const std::string path = folder / "gone/a.lmz";
+  try {
+    WriteFileAtomically(path, "x");
+    FAIL();
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.path(), path);
+    EXPECT_FALSE(error.reason().empty());
+  }
+}
+
+TEST(AtomicFile, AFailureLeavesTheOldContent) {
+  const TempFolder folder;
+  const std::string path = folder.File("a.lmz", "old");
+  folder.Folder("a.lmz.new");  // nothing can be written beside it
+  EXPECT_THROW(WriteFileAtomically(path, "new"), FileError);
+  EXPECT_EQ(ReadWholeFile(path), "old");
+}
+
+TEST(AtomicFile, AFolderInTheFilesPlaceIsAnError) {
+  const TempFolder folder;
+  folder.Folder("a.lmz");
+  EXPECT_THROW(WriteFileAtomically(folder / "a.lmz", "x"), FileError);
+}
+
+TEST(AtomicFile, TheBackupIsACopyBesideTheFile) {
+  const TempFolder folder;
+  const std::string path = folder.File("a.lmz", "damaged");
+  KeepBackup(path);
+  EXPECT_EQ(ReadWholeFile(path + ".bak"), "damaged");
+  EXPECT_EQ(ReadWholeFile(path), "damaged");
+  KeepBackup(folder / "none");
+  EXPECT_FALSE(FileExists(folder / "none.bak"));
+}
+
+#ifndef _WIN32
+TEST(AtomicFile, ALinkStaysAndItsFileIsReplaced) {
+  const TempFolder folder;
+  const std::string real = folder.File("elsewhere/real.lmz", "old");
+  std::filesystem::create_symlink(real, folder / "link.lmz");
+  WriteFileAtomically(folder / "link.lmz", "new");
+  EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.lmz"));
+  EXPECT_EQ(ReadWholeFile(real), "new");
+}
+
+TEST(AtomicFile, PermissionsAreKept) {
+  const TempFolder folder;
+  const std::string path = folder.File("a.lmz", "old");
+  std::filesystem::permissions(
+      path, std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+  WriteFileAtomically(path, "new");
+  EXPECT_EQ(std::filesystem::status(path).permissions(),
+            std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
+}
+#endif
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+#include <windows.h>
+
+#include "util/atomic_file.h"
+#include "util/errors.h"
+#include "util/open_file_windows.h"
+#include "util/wide_text_windows.h"
+
+namespace tallow {
+namespace {
+
+/// How often the name is taken over anew when another process (an index service, a virus scanner)
+/// holds the old file for a moment, and how long to wait between two tries, in ms.
+constexpr int kTries = 20;
+constexpr DWORD kPause = 10;
+
+[[noreturn]] void Fail(const std::string& path, DWORD error) {
+  throw FileError(path, SystemErrorText(error));
+}
+
+/// Writes and flushes everything; returns the error number of what failed, or ERROR_SUCCESS.
+DWORD WriteAll(HANDLE file, std::string_view content) {
+  constexpr std::size_t kMostAtOnce = std::size_t{1} << 30U;
+  while (!content.empty()) {
+    DWORD written = 0;
+    if (!WriteFile(file, content.data(), static_cast<DWORD>(std::min(content.size(), kMostAtOnce)),
+                   &written, nullptr))
+      return GetLastError();
+    content.remove_prefix(written);
+  }
+  return FlushFileBuffers(file) ? ERROR_SUCCESS : GetLastError();
+}
+
+bool MayPass(DWORD error) noexcept {
+  return error == ERROR_SHARING_VIOLATION || error == ERROR_ACCESS_DENIED ||
+         error == ERROR_LOCK_VIOLATION;
+}
+
+}  // namespace
+
+void WriteFileAtomically(const std::string& path, std::string_view content) {
+  const std::wstring target = ToWidePath(path);
+  const std::wstring beside = target + ToWide(kUnfinishedSuffix);
+  const DWORD attributes = GetFileAttributesW(target.c_str());
+  if (attributes != INVALID_FILE_ATTRIBUTES &&
+      (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0)
+    Fail(path, ERROR_ACCESS_DENIED);
+  {
+    const OpenHandle file(CreateFileW(beside.c_str(), GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
+                                      CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    if (!file) Fail(path, GetLastError());
+    const DWORD error = WriteAll(file.get(), content);
+    if (error != ERROR_SUCCESS) {
+      // The handle has to be closed before the name can go; deleting it first marks it for that
+      // moment.
+      DeleteFileW(beside.c_str());
+      Fail(path, error);
+    }
+  }
+  for (int tried = 1;; ++tried) {
+    if (MoveFileExW(beside.c_str(), target.c_str(),
+                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+      return;
+    const DWORD error = GetLastError();
+    if (tried >= kTries || !MayPass(error)) {
+      DeleteFileW(beside.c_str());
+      Fail(path, error);
+    }
+    Sleep(kPause);
+  }
+}
+
+}  // namespace tallow

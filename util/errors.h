@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace tallow {
+
+/// A text that had to be a number (or a boolean) is none.
+class TypeMismatchError : public std::runtime_error {
+ public:
+  explicit TypeMismatchError(std::string_view value)
+      : std::runtime_error("'" + std::string(value) + "' is not a number"), value_(value) {}
+  /// The text as it was read.
+  const std::string& value() const noexcept { return value_; }
+
+ private:
+  std::string value_;
+};
+
+/// A number is too large for the integer that has to hold it.
+class OverflowError : public std::runtime_error {
+ public:
+  explicit OverflowError(std::string_view value)
+      : std::runtime_error("'" + std::string(value) + "' is too large a number"), value_(value) {}
+  /// The text as it was read.
+  const std::string& value() const noexcept { return value_; }
+
+ private:
+  std::string value_;
+};
+
+/// A row or column outside a table was asked for.
+class SubscriptError : public std::out_of_range {
+ public:
+  using std::out_of_range::out_of_range;
+};
+
+/// A file or folder could not be opened, read or written.
+class FileError : public std::runtime_error {
+ public:
+  /// \param path   the file or folder concerned
+  /// \param reason what the system says is the matter, e.g. "No space left on device"
+  FileError(std::string_view path, std::string_view reason)
+      : std::runtime_error(std::string(path) + ": " + std::string(reason)),
+        path_(path),
+        reason_(reason) {}
+  /// The file or folder concerned.
+  const std::string& path() const noexcept { return path_; }
+  /// What the system says is the matter.
+  const std::string& reason() const noexcept { return reason_; }
+
+ private:
+  std::string path_;
+  std::string reason_;
+};
+
+}  // namespace tallow

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallow {
+
+// Every path is bytes (UTF-8 on Windows; on Linux whatever the disk holds). Links are followed
+// unless a line says otherwise.
+
+/// Which folder this is on disk, whatever the path that led to it. Two paths to one folder give
+/// equal identities.
+struct FolderIdentity {
+  std::uint64_t device = 0;
+  std::uint64_t number = 0;
+  bool operator==(const FolderIdentity&) const = default;
+};
+
+/// A folder inside a listed folder.
+struct SubfolderEntry {
+  std::string name;     ///< without folder and separator
+  bool linked = false;  ///< a symbolic link, a junction or a volume mounted in a folder
+};
+
+/// A regular file inside a listed folder, or a link to one.
+struct FileEntry {
+  std::string name;        ///< without folder and separator
+  std::uint64_t size = 0;  ///< bytes; 0 when the listing was made without sizes
+};
+
+/// What one pass over a folder found. "." and ".." are left out.
+struct FolderListing {
+  bool opened =
+      false;  ///< false when the folder does not exist or cannot be read; all else is empty
+  FolderIdentity identity;                 ///< of the folder itself
+  std::vector<FileEntry> files;            ///< in the order the system returned them
+  std::vector<SubfolderEntry> subfolders;  ///< in the order the system returned them
+};
+
+/// What ListFolder has to find out.
+struct ListRequest {
+  std::string_view pattern = "*";  ///< of the files, see MatchesFilePattern
+  bool subfolders = false;
+  bool sizes = false;
+};
+
+/// Lists a folder. Sockets, pipes, devices and links that lead nowhere are in neither list.
+FolderListing ListFolder(const std::string& folder, const ListRequest& request);
+
+/// Which folder a path leads to; no value when it leads to none.
+std::optional<FolderIdentity> IdentityOfFolder(const std::string& path);
+
+/// Whether a path leads to a regular file.
+bool FileExists(const std::string& path);
+
+/// Whether a path leads to a folder.
+bool FolderExists(const std::string& path);
+
+/// Whether files can be made in a folder.
+bool FolderIsWritable(const std::string& path);
+
+/// By what a file can be seen to have been written by somebody else.
+struct FileStamp {
+  std::uint64_t size = 0;     ///< bytes
+  std::int64_t modified = 0;  ///< when it was last written, in the system's finest unit
+  bool operator==(const FileStamp&) const = default;
+};
+
+/// The stamp of a file; no value when there is none at that path.
+std::optional<FileStamp> StampOf(const std::string& path);
+
+/// Makes a folder; its parent has to exist. One that exists already is a success.
+///
+/// \throws FileError
+void CreateFolder(const std::string& path);
+
+/// CreateFolder for a folder and every missing folder above it.
+void CreateFolders(const std::string& path);
+
+/// Deletes a file.
+///
+/// \returns whether it is gone now (one that did not exist is)
+bool RemoveFile(const std::string& path) noexcept;
+
+/// The content of a file; no value when there is none at that path.
+///
+/// \throws FileError when it exists but cannot be read
+std::optional<std::string> ReadWholeFile(const std::string& path);
+
+/// The absolute path that a path has now, with links followed where that is possible.
+std::string AbsolutePath(const std::string& path);
+
+/// The last bytes of a file, for the tag that sits there.
+enum class TailResult {
+  kRead,      ///< the bytes were read
+  kTooShort,  ///< the file is no longer than the number of bytes asked for; nothing was read
+  kFailed,    ///< there is no such regular file, or it cannot be read
+};
+
+/// Reads the last bytes of a file that is longer than them. A pipe or device is never waited for.
+TailResult ReadTail(const std::string& path, std::span<char> bytes);
+
+}  // namespace tallow

@@ -1,0 +1,192 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/like.h"
+#include "util/open_file_linux.h"
+
+namespace tallow {
+namespace {
+
+struct CloseDirectory {
+  void operator()(DIR* directory) const noexcept { closedir(directory); }
+};
+using Directory = std::unique_ptr<DIR, CloseDirectory>;
+
+FolderIdentity IdentityOf(const struct stat& status) noexcept {
+  return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
+}
+
+/// What an entry turned out to be.
+enum class EntryKind { kFile, kFolder, kLinkedFolder, kOther };
+
+/// An entry's kind, from the directory itself where it says so; links and file systems that do not
+/// say cost a look at the inode, and so does the size of a file.
+///
+/// \param size set for a file when wanted is true
+EntryKind KindOf(int directory, const dirent& entry, bool size_wanted, std::uint64_t& size) {
+  struct stat status {};
+  unsigned char type = entry.d_type;
+  if (type == DT_UNKNOWN) {
+    if (fstatat(directory, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+      return EntryKind::kOther;
+    type = static_cast<unsigned char>(IFTODT(status.st_mode));
+  }
+  if (type == DT_DIR) return EntryKind::kFolder;
+  if (type != DT_REG && type != DT_LNK) return EntryKind::kOther;
+  if (type == DT_REG && !size_wanted) return EntryKind::kFile;
+  if (fstatat(directory, entry.d_name, &status, 0) != 0) return EntryKind::kOther;
+  if (S_ISDIR(status.st_mode)) return EntryKind::kLinkedFolder;
+  if (!S_ISREG(status.st_mode)) return EntryKind::kOther;
+  size = static_cast<std::uint64_t>(status.st_size);
+  return EntryKind::kFile;
+}
+
+bool IsDotOrDotDot(const char* name) noexcept {
+  return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
+}
+
+std::optional<struct stat> StatusOf(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return std::nullopt;
+  return status;
+}
+
+}  // namespace
+
+FolderListing ListFolder(const std::string& folder, const ListRequest& request) {
+  FolderListing listing;
+  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor < 0) return listing;
+  const Directory directory(fdopendir(descriptor));
+  if (!directory) {
+    close(descriptor);
+    return listing;
+  }
+  struct stat status {};
+  if (request.subfolders && fstat(descriptor, &status) == 0) listing.identity = IdentityOf(status);
+  listing.opened = true;
+  while (const dirent* entry = readdir(directory.get())) {
+    if (IsDotOrDotDot(entry->d_name)) continue;
+    const std::string_view name(entry->d_name);
+    const bool matches = MatchesFilePattern(name, request.pattern);
+    // Of a name that is neither a file asked for nor possibly a folder asked for, nothing is
+    // needed.
+    if (!matches && (!request.subfolders || entry->d_type == DT_REG)) continue;
+    std::uint64_t size = 0;
+    switch (KindOf(descriptor, *entry, request.sizes && matches, size)) {
+      case EntryKind::kFile:
+        if (matches) listing.files.push_back({std::string(name), size});
+        break;
+      case EntryKind::kFolder:
+        if (request.subfolders) listing.subfolders.push_back({std::string(name), false});
+        break;
+      case EntryKind::kLinkedFolder:
+        if (request.subfolders) listing.subfolders.push_back({std::string(name), true});
+        break;
+      case EntryKind::kOther:
+        break;
+    }
+  }
+  return listing;
+}
+
+std::optional<FolderIdentity> IdentityOfFolder(const std::string& path) {
+  const auto status = StatusOf(path);
+  if (!status || !S_ISDIR(status->st_mode)) return std::nullopt;
+  return IdentityOf(*status);
+}
+
+bool FileExists(const std::string& path) {
+  const auto status = StatusOf(path);
+  return status && S_ISREG(status->st_mode);
+}
+
+bool FolderExists(const std::string& path) {
+  const auto status = StatusOf(path);
+  return status && S_ISDIR(status->st_mode);
+}
+
+std::optional<FileStamp> StampOf(const std::string& path) {
+  const auto status = StatusOf(path);
+  if (!status) return std::nullopt;
+  constexpr std::int64_t kNanosecondsASecond = 1'000'000'000;
+  return FileStamp{static_cast<std::uint64_t>(status->st_size),
+                   status->st_mtim.tv_sec * kNanosecondsASecond + status->st_mtim.tv_nsec};
+}
+
+bool FolderIsWritable(const std::string& path) {
+  return FolderExists(path) && access(path.c_str(), W_OK | X_OK) == 0;
+}
+
+void CreateFolder(const std::string& path) {
+  if (mkdir(path.c_str(), 0777) == 0) return;
+  const int error = errno;
+  if (error == EEXIST && FolderExists(path)) return;
+  throw FileError(path, std::strerror(error));
+}
+
+bool RemoveFile(const std::string& path) noexcept {
+  return unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path) {
+  const OpenFile file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+  if (!file) {
+    if (errno == ENOENT || errno == ENOTDIR) return std::nullopt;
+    throw FileError(path, std::strerror(errno));
+  }
+  struct stat status {};
+  if (fstat(file.descriptor(), &status) != 0) throw FileError(path, std::strerror(errno));
+  if (!S_ISREG(status.st_mode)) throw FileError(path, "is not a regular file");
+  std::string content(static_cast<std::size_t>(status.st_size), '\0');
+  std::size_t filled = 0;
+  for (;;) {
+    // One byte more than expected shows whether the file has grown meanwhile.
+    if (filled == content.size()) content.resize(filled + 1 + filled / 2);
+    const ssize_t got = read(file.descriptor(), content.data() + filled, content.size() - filled);
+    if (got < 0 && errno == EINTR) continue;
+    if (got < 0) throw FileError(path, std::strerror(errno));
+    if (got == 0) break;
+    filled += static_cast<std::size_t>(got);
+  }
+  content.resize(filled);
+  return content;
+}
+
+std::string AbsolutePath(const std::string& path) {
+  const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr),
+                                                         &std::free);
+  if (real) return real.get();
+  if (!path.empty() && path.front() == '/') return path;
+  const std::unique_ptr<char, decltype(&std::free)> here(getcwd(nullptr, 0), &std::free);
+  return here ? std::string(here.get()) + "/" + path : path;
+}
+
+TailResult ReadTail(const std::string& path, std::span<char> bytes) {
+  const OpenFile file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  struct stat status {};
+  if (!file || fstat(file.descriptor(), &status) != 0 || !S_ISREG(status.st_mode))
+    return TailResult::kFailed;
+  const auto wanted = static_cast<off_t>(bytes.size());
+  if (status.st_size <= wanted) return TailResult::kTooShort;
+  std::size_t filled = 0;
+  while (filled < bytes.size()) {
+    const ssize_t got = pread(file.descriptor(), bytes.data() + filled, bytes.size() - filled,
+                              status.st_size - wanted + static_cast<off_t>(filled));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return TailResult::kFailed;
+    filled += static_cast<std::size_t>(got);
+  }
+  return TailResult::kRead;
+}
+
+}  // namespace tallow

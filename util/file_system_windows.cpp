@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
+#include <limits>
+#include <windows.h>
+#include <winioctl.h>
+
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/like.h"
+#include "util/open_file_windows.h"
+#include "util/path_text.h"
+#include "util/wide_text_windows.h"
+
+namespace tallow {
+namespace {
+
+bool IsMissing(DWORD error) noexcept {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
+         error == ERROR_INVALID_NAME || error == ERROR_BAD_NETPATH || error == ERROR_INVALID_DRIVE;
+}
+
+/// Opens a file or folder only to ask about it; links are followed.
+HANDLE OpenForQuery(const std::wstring& path) noexcept {
+  return CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
+                     FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
+                     FILE_FLAG_BACKUP_SEMANTICS, nullptr);
+}
+
+std::optional<BY_HANDLE_FILE_INFORMATION> InformationOf(const std::string& path) {
+  const OpenHandle handle(OpenForQuery(ToWidePath(path)));
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (!handle || !GetFileInformationByHandle(handle.get(), &information)) return std::nullopt;
+  return information;
+}
+
+FolderIdentity IdentityOf(const BY_HANDLE_FILE_INFORMATION& information) noexcept {
+  return {information.dwVolumeSerialNumber,
+          (std::uint64_t{information.nFileIndexHigh} << 32U) | information.nFileIndexLow};
+}
+
+/// Whether an entry leads elsewhere: a symbolic link, a junction or a mounted volume. Other reparse
+/// points (files kept in a cloud, compressed files) are ordinary entries.
+bool IsLink(const WIN32_FIND_DATAW& found) noexcept {
+  return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+         (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
+          found.dwReserved0 == IO_REPARSE_TAG_MOUNT_POINT);
+}
+
+class FindHandle {
+ public:
+  explicit FindHandle(HANDLE handle) noexcept : handle_(handle) {}
+  FindHandle(const FindHandle&) = delete;
+  FindHandle& operator=(const FindHandle&) = delete;
+  ~FindHandle() {
+    if (handle_ != INVALID_HANDLE_VALUE) FindClose(handle_);
+  }
+  HANDLE get() const noexcept { return handle_; }
+
+ private:
+  HANDLE handle_;
+};
+
+}  // namespace
+
+FolderListing ListFolder(const std::string& folder, const ListRequest& request) {
+  FolderListing listing;
+  const std::string base = EnsureTrailingBackslash(folder);
+  WIN32_FIND_DATAW found{};
+  const FindHandle search(FindFirstFileExW((ToWidePath(base) + L"*").c_str(), FindExInfoBasic,
+                                           &found, FindExSearchNameMatch, nullptr,
+                                           FIND_FIRST_EX_LARGE_FETCH));
+  if (search.get() == INVALID_HANDLE_VALUE) return listing;
+  listing.opened = true;
+  if (request.subfolders)
+    if (const auto information = InformationOf(base)) listing.identity = IdentityOf(*information);
+  do {
+    const std::wstring_view wide(found.cFileName);
+    if (wide == L"." || wide == L"..") continue;
+    const std::string name = FromWide(wide);
+    if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+      if (request.subfolders) listing.subfolders.push_back({name, IsLink(found)});
+      continue;
+    }
+    if (!MatchesFilePattern(name, request.pattern)) continue;
+    std::uint64_t size = (std::uint64_t{found.nFileSizeHigh} << 32U) | found.nFileSizeLow;
+    if (IsLink(found)) {
+      const auto target = InformationOf(base + name);
+      if (!target || (target->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) continue;
+      size = (std::uint64_t{target->nFileSizeHigh} << 32U) | target->nFileSizeLow;
+    }
+    listing.files.push_back({name, request.sizes ? size : 0});
+  } while (FindNextFileW(search.get(), &found));
+  return listing;
+}
+
+std::optional<FolderIdentity> IdentityOfFolder(const std::string& path) {
+  const auto information = InformationOf(path);
+  if (!information || (information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+    return std::nullopt;
+  return IdentityOf(*information);
+}
+
+bool FileExists(const std::string& path) {
+  const DWORD attributes = GetFileAttributesW(ToWidePath(path).c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) return false;
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+    const auto information = InformationOf(path);
+    return information && (information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
+  }
+  return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
+}
+
+bool FolderExists(const std::string& path) {
+  const auto information = InformationOf(path);
+  return information && (information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+std::optional<FileStamp> StampOf(const std::string& path) {
+  const auto information = InformationOf(path);
+  if (!information) return std::nullopt;
+  const auto joined = [](DWORD high, DWORD low) { return (std::uint64_t{high} << 32U) | low; };
+  return FileStamp{joined(information->nFileSizeHigh, information->nFileSizeLow),
+                   static_cast<std::int64_t>(joined(information->ftLastWriteTime.dwHighDateTime,
+                                                    information->ftLastWriteTime.dwLowDateTime))};
+}
+
+bool FolderIsWritable(const std::string& path) {
+  if (!FolderExists(path)) return false;
+  // The attribute says nothing about folders here; making a file is the only honest test.
+  const std::wstring probe = ToWidePath(EnsureTrailingBackslash(path) + "tallow-write-test.new");
+  const OpenHandle handle(CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                      FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE,
+                                      nullptr));
+  return static_cast<bool>(handle);
+}
+
+void CreateFolder(const std::string& path) {
+  if (CreateDirectoryW(ToWidePath(path).c_str(), nullptr)) return;
+  const DWORD error = GetLastError();
+  if (FolderExists(path)) return;
+  throw FileError(path, SystemErrorText(error));
+}
+
+bool RemoveFile(const std::string& path) noexcept {
+  return DeleteFileW(ToWidePath(path).c_str()) || IsMissing(GetLastError());
+}
+
+std::optional<std::string> ReadWholeFile(const std::string& path) {
+  const OpenHandle file(OpenForReading(ToWidePath(path)));
+  if (!file) {
+    const DWORD error = GetLastError();
+    if (IsMissing(error)) return std::nullopt;
+    throw FileError(path, SystemErrorText(error));
+  }
+  LARGE_INTEGER size{};
+  if (!GetFileSizeEx(file.get(), &size)) throw FileError(path, SystemErrorText(GetLastError()));
+  std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
+  std::size_t filled = 0;
+  while (filled < content.size()) {
+    constexpr std::size_t kMostAtOnce = std::numeric_limits<std::int32_t>::max();
+    DWORD got = 0;
+    if (!ReadFile(file.get(), content.data() + filled,
+                  static_cast<DWORD>(std::min(content.size() - filled, kMostAtOnce)), &got,
+                  nullptr))
+      throw FileError(path, SystemErrorText(GetLastError()));
+    if (got == 0) break;
+    filled += got;
+  }
+  content.resize(filled);
+  return content;
+}
+
+std::string AbsolutePath(const std::string& path) {
+  const std::wstring wide = ToWide(path);
+  const DWORD needed = GetFullPathNameW(wide.c_str(), 0, nullptr, nullptr);
+  std::wstring full(needed, L'\0');
+  const DWORD length = GetFullPathNameW(wide.c_str(), needed, full.data(), nullptr);
+  if (length == 0 || length >= needed) return path;
+  full.resize(length);
+  return FromWide(full);
+}
+
+TailResult ReadTail(const std::string& path, std::span<char> bytes) {
+  const OpenHandle file(OpenForReading(ToWidePath(path)));
+  LARGE_INTEGER size{};
+  if (!file || GetFileType(file.get()) != FILE_TYPE_DISK || !GetFileSizeEx(file.get(), &size))
+    return TailResult::kFailed;
+  const auto wanted = static_cast<LONGLONG>(bytes.size());
+  if (size.QuadPart <= wanted) return TailResult::kTooShort;
+  OVERLAPPED where{};
+  const auto begin = static_cast<std::uint64_t>(size.QuadPart - wanted);
+  where.Offset = static_cast<DWORD>(begin & 0xFFFFFFFFU);
+  where.OffsetHigh = static_cast<DWORD>(begin >> 32U);
+  DWORD got = 0;
+  if (!ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &got, &where) ||
+      got != bytes.size())
+    return TailResult::kFailed;
+  return TailResult::kRead;
+}
+
+}  // namespace tallow

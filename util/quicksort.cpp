@@ -1,0 +1,170 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "util/quicksort.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <numeric>
+#include <optional>
+#include <string>
+#include <tuple>
+
+#include "util/number.h"
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+/// A row while it is sorted: the key and where the row came from lie together, so that a scan and a
+/// swap touch one cache line.
+struct KeyedRow {
+  std::int32_t key;
+  std::int32_t row;
+};
+
+/// Moves the table's rows when it goes out of scope, so that a key that fails half way leaves the
+/// table as far as the sort got.
+class OrderedRows {
+ public:
+  OrderedRows(TextTable& table, std::int32_t lo, std::int32_t hi, std::int16_t columns)
+      : table_(table), lo_(lo), columns_(columns), rows_(static_cast<std::size_t>(hi - lo + 1)) {
+    for (std::size_t k = 0; k < rows_.size(); ++k)
+      rows_[k] = {0, lo + static_cast<std::int32_t>(k)};
+  }
+  OrderedRows(const OrderedRows&) = delete;
+  OrderedRows& operator=(const OrderedRows&) = delete;
+  ~OrderedRows() {
+    std::vector<std::int32_t> order(rows_.size());
+    std::transform(rows_.begin(), rows_.end(), order.begin(),
+                   [](const KeyedRow& r) { return r.row; });
+    table_.MoveRows(lo_, order, columns_);
+  }
+
+  std::vector<KeyedRow>& rows() noexcept { return rows_; }
+  /// The row that is at a place now; places are numbered as the table's rows.
+  KeyedRow& at(std::int32_t place) noexcept { return rows_[static_cast<std::size_t>(place - lo_)]; }
+
+ private:
+  TextTable& table_;
+  std::int32_t lo_;
+  std::int16_t columns_;
+  std::vector<KeyedRow> rows_;
+};
+
+template <typename Less>
+void SortByKeys(OrderedRows& rows, std::int32_t lo, std::int32_t hi) {
+  QuickSortPlaces(
+      lo, hi, [&](std::int32_t place) { return rows.at(place).key; },
+      [&](std::int32_t a, std::int32_t b) { std::swap(rows.at(a), rows.at(b)); }, Less());
+}
+
+template <typename Less>
+void SortStrings(TextTable& table, std::int32_t lo, std::int32_t hi, std::int16_t key_column,
+                 std::int16_t columns) {
+  if (lo > hi) return;
+  OrderedRows rows(table, lo, hi, columns);
+  std::vector<std::string_view> texts;
+  texts.reserve(rows.rows().size());
+  for (std::int32_t row = lo; row <= hi; ++row) texts.push_back(table.Cell(key_column, row));
+  const std::vector<std::int32_t> ranks = RankText(texts);
+  for (std::size_t k = 0; k < ranks.size(); ++k) rows.rows()[k].key = ranks[k];
+  SortByKeys<Less>(rows, lo, hi);
+}
+
+template <typename Less>
+void SortNumbers(TextTable& table, std::int32_t lo, std::int32_t hi, std::int16_t key_column,
+                 std::int16_t columns) {
+  if (lo > hi) return;
+  OrderedRows rows(table, lo, hi, columns);
+  bool all_numbers = true;
+  for (KeyedRow& row : rows.rows()) {
+    const std::optional<std::int32_t> number = TryConvertToInt32(table.Cell(key_column, row.row));
+    all_numbers = all_numbers && number.has_value();
+    row.key = number.value_or(0);
+  }
+  if (all_numbers) {
+    SortByKeys<Less>(rows, lo, hi);
+    return;
+  }
+  // Some cell will raise its error; the rows that change places before it is met are part of the
+  // result, so the conversion happens where the sort asks for it.
+  QuickSortPlaces(
+      lo, hi,
+      [&](std::int32_t place) {
+        return ConvertToInt32(table.Cell(key_column, rows.at(place).row));
+      },
+      [&](std::int32_t a, std::int32_t b) { std::swap(rows.at(a), rows.at(b)); }, Less());
+}
+
+/// A text to be ranked: its first eight bytes as one number decide most comparisons.
+struct RankEntry {
+  std::uint64_t prefix;
+  std::uint32_t offset;  ///< of the lower-cased text in the common buffer
+  std::uint32_t length;
+  std::int32_t index;
+};
+
+std::uint64_t PrefixOf(const char* text, std::size_t length) noexcept {
+  std::uint64_t prefix = 0;
+  const std::size_t count = std::min<std::size_t>(length, sizeof prefix);
+  for (std::size_t i = 0; i < count; ++i)
+    prefix |= std::uint64_t{static_cast<unsigned char>(text[i])} << (56 - 8 * i);
+  return prefix;
+}
+
+}  // namespace
+
+std::vector<std::int32_t> RankText(std::span<const std::string_view> texts) {
+  std::string lowered;
+  lowered.reserve(
+      std::accumulate(texts.begin(), texts.end(), std::size_t{0},
+                      [](std::size_t sum, std::string_view text) { return sum + text.size(); }));
+  std::vector<RankEntry> entries;
+  entries.reserve(texts.size());
+  for (std::size_t i = 0; i < texts.size(); ++i) {
+    const std::size_t offset = lowered.size();
+    AppendLower(lowered, texts[i]);
+    const std::size_t length = lowered.size() - offset;
+    entries.push_back({PrefixOf(lowered.data() + offset, length),
+                       static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(length),
+                       static_cast<std::int32_t>(i)});
+  }
+  const auto compare_rest = [&](const RankEntry& a, const RankEntry& b) {
+    const std::string_view all(lowered);
+    return all.substr(a.offset, a.length).compare(all.substr(b.offset, b.length));
+  };
+  std::sort(entries.begin(), entries.end(), [&](const RankEntry& a, const RankEntry& b) {
+    return a.prefix != b.prefix ? a.prefix < b.prefix : compare_rest(a, b) < 0;
+  });
+  std::vector<std::int32_t> ranks(texts.size());
+  std::int32_t rank = 0;
+  for (std::size_t k = 0; k < entries.size(); ++k) {
+    if (k > 0 && (entries[k].prefix != entries[k - 1].prefix ||
+                  compare_rest(entries[k - 1], entries[k]) != 0))
+      ++rank;
+    ranks[static_cast<std::size_t>(entries[k].index)] = rank;
+  }
+  return ranks;
+}
+
+void SortCity::QuickSortStringsAscending(TextTable& table, std::int32_t lo, std::int32_t hi,
+                                         std::int16_t key_column, std::int16_t columns) {
+  SortStrings<std::less<>>(table, lo, hi, key_column, columns);
+}
+
+void SortCity::QuickSortStringsDescending(TextTable& table, std::int32_t lo, std::int32_t hi,
+                                          std::int16_t key_column, std::int16_t columns) {
+  SortStrings<std::greater<>>(table, lo, hi, key_column, columns);
+}
+
+void SortCity::QuickSortNumericAscending(TextTable& table, std::int32_t lo, std::int32_t hi,
+                                         std::int16_t key_column, std::int16_t columns) {
+  SortNumbers<std::less<>>(table, lo, hi, key_column, columns);
+}
+
+void SortCity::QuickSortNumericDecending(TextTable& table, std::int32_t lo, std::int32_t hi,
+                                         std::int16_t key_column, std::int16_t columns) {
+  SortNumbers<std::greater<>>(table, lo, hi, key_column, columns);
+}
+
+}  // namespace tallow

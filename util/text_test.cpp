@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "util/text.h"
+
+#include <gtest/gtest.h>
+
+#include "util/text_lines.h"
+
+namespace tallow {
+namespace {
+
+TEST(Text, LowerAndUpperCaseCoverAllAlphabets) {
+  EXPECT_EQ(ToLower("ABC xyz 09"), "abc xyz 09");
+  EXPECT_EQ(ToLower("\xC3\x89\xD0\x96"), "\xC3\xA9\xD0\xB6");  // E acute, Cyrillic zhe
+  EXPECT_EQ(ToUpper("mix \xC3\xA9"), "MIX \xC3\x89");
+  EXPECT_EQ(ToUpper("az"), "AZ");
+}
+
+TEST(Text, BytesThatAreNoUtf8ComeThroughUnchanged) {
+  const std::string name = "A\xFF\xC3(\xE2\x82";
+  EXPECT_EQ(ToLower(name), "a\xFF\xC3(\xE2\x82");
+  EXPECT_FALSE(IsValidUtf8(name));
+  EXPECT_TRUE(IsValidUtf8("A\xC3\xA9"));
+}
+
+TEST(Text, CharactersAreCodePointsOrBareBytes) {
+  const std::string text = "\xC3\xA9\xFFz";
+  std::size_t at = 0;
+  EXPECT_EQ(NextCharacter(text, at), U'\u00E9');
+  EXPECT_EQ(at, 2U);
+  EXPECT_EQ(NextCharacter(text, at), kInvalidByteBase + 0xFF);
+  EXPECT_EQ(at, 3U);
+  EXPECT_EQ(NextCharacter(text, at), U'z');
+}
+
+TEST(Text, ComparisonIgnoresCaseOnly) {
+  EXPECT_TRUE(EqualsIgnoringCase("Song.MP3", "sONG.mp3"));
+  EXPECT_TRUE(EqualsIgnoringCase("\xC3\x89", "\xC3\xA9"));
+  EXPECT_FALSE(EqualsIgnoringCase("Song", "Song "));
+}
+
+TEST(Text, TrimRemovesBlanksOnly) {
+  EXPECT_EQ(Trim("  a b  "), "a b");
+  EXPECT_EQ(Trim("\ta\t"), "\ta\t");
+  EXPECT_EQ(Trim("   "), "");
+  EXPECT_EQ(Trim(std::string_view("a\0 ", 3)), std::string_view("a\0", 2));
+}
+
+TEST(Text, StripAtNulCutsBeforeTheFirstNul) {
+  EXPECT_EQ(StripAtNul(std::string_view("ab\0cd\0", 6)), "ab");
+  EXPECT_EQ(StripAtNul("abc"), "abc");
+}
+
+TEST(TextLines, AnySystemsLineEndsARead) {
+  EXPECT_EQ(SplitLines("a\r\n\r\nb\nc\rd"),
+            (std::vector<std::string_view>{"a", "", "b", "c", "d"}));
+  EXPECT_EQ(SplitLines("a\r\n"), (std::vector<std::string_view>{"a"}));
+  EXPECT_TRUE(SplitLines("").empty());
+}
+
+}  // namespace
+}  // namespace tallow

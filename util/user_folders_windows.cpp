@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <windows.h>
+
+#include "util/path_text.h"
+#include "util/user_folders.h"
+#include "util/wide_text_windows.h"
+
+namespace tallow {
+
+std::string UserDataFolder() {
+  const DWORD needed = GetEnvironmentVariableW(L"LOCALAPPDATA", nullptr, 0);
+  std::wstring value(needed, L'\0');
+  const DWORD length = GetEnvironmentVariableW(L"LOCALAPPDATA", value.data(), needed);
+  if (length == 0 || length >= needed) return {};
+  value.resize(length);
+  return EnsureTrailingBackslash(FromWide(value));
+}
+
+std::string ExecutablePath() {
+  // The call does not tell how much it needs, only that it was not enough.
+  for (std::wstring path(MAX_PATH, L'\0');; path.resize(path.size() * 2)) {
+    const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
+    if (length == 0) return {};
+    if (length < path.size()) return FromWide({path.data(), length});
+  }
+}
+
+}  // namespace tallow
