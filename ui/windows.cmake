@@ -1,0 +1,28 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The windows, the program itself, and their tests.
+find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Test)
+
+set(CMAKE_AUTOMOC ON)
+set(CMAKE_AUTORCC ON)
+
+# An object library: a static one would lose the pictures, which nothing refers to by name.
+add_library(tallow_ui OBJECT
+  app/frm_searching.cpp
+  app/frm_splash.cpp
+  app/picture_resource.cpp
+  app/resources/custom.qrc
+  jukebox/folder_tree_model.cpp
+  jukebox/frm_main.cpp
+  jukebox/pv_explorer.cpp
+  jukebox/song_list_model.cpp
+  ui/display_text.cpp
+  ui/frm_mdi_form1.cpp
+  ui/start_up.cpp)
+target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets)
+
+add_executable(tallow app/main.cpp)
+target_link_libraries(tallow PRIVATE tallow_ui)
+# The player is looked for beside the program.
+add_dependencies(tallow tallow-player)
+
+include(tests/window_tests.cmake)

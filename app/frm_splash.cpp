@@ -1,0 +1,189 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/frm_splash.h"
+
+#include <utility>
+
+#include <QCoreApplication>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "app/picture_resource.h"
+#include "app/version.h"
+#include "ui/display_text.h"
+
+namespace tallow {
+namespace {
+
+/// A screen shows about sixty pictures a second; lines that change faster are not seen. In ms.
+constexpr qint64 kShownAgainAfter = 16;
+
+/// Numbers of the picture resources.
+constexpr int kHeart = 101;
+constexpr int kMom = 102;
+constexpr int kMan = 103;
+
+constexpr int kMargin = 20;
+
+QLabel* NewLabel(const char* name, QWidget* parent) {
+  auto* const label = new QLabel(parent);
+  label->setObjectName(QString::fromLatin1(name));
+  label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+void Enlarge(QLabel* label, double factor, bool bold) {
+  QFont font = label->font();
+  font.setPointSizeF(font.pointSizeF() * factor);
+  font.setBold(bold);
+  label->setFont(font);
+}
+
+}  // namespace
+
+frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
+      cancel_(std::move(cancel)),
+      label_(NewLabel("Label1", this)),
+      version_(NewLabel("lblVersion", this)),
+      status_label_(NewLabel("lStatus", this)),
+      found_label_(NewLabel("lNoOfMP3Found", this)),
+      website_(NewLabel("lWebsite", this)),
+      copyright_(NewLabel("lCopyright", this)),
+      heart_(NewLabel("ImageHeart", this)),
+      mom_(NewLabel("ImageMom", this)),
+      man_(NewLabel("ImageMan", this)),
+      ok_(new QPushButton(tr("OK"), this)),
+      cancel_button_(new QPushButton(tr("Cancel Search"), this)) {
+  setObjectName(QStringLiteral("frmSplash"));
+  setWindowTitle(tr("Tallow"));
+  ok_->setObjectName(QStringLiteral("cmdOK"));
+  cancel_button_->setObjectName(QStringLiteral("cmdCancel"));
+  connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
+  connect(cancel_button_, &QPushButton::clicked, this, [this] {
+    if (cancel_) cancel_();
+  });
+  // Enter must not cancel a search that the user only watches.
+  cancel_button_->setAutoDefault(false);
+
+  label_->setText(tr("Tallow"));
+  Enlarge(label_, 2.4, true);
+  Enlarge(version_, 1.1, false);
+  Enlarge(copyright_, 0.85, false);
+  Enlarge(website_, 0.85, false);
+  copyright_->setWordWrap(true);
+  website_->setWordWrap(true);
+  status_label_->setMinimumWidth(fontMetrics().averageCharWidth() * 48);
+  for (QLabel* const label : {status_label_, found_label_}) {
+    // A line keeps its place while it is empty or hidden, so that nothing jumps.
+    QSizePolicy policy = label->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    policy.setHorizontalPolicy(QSizePolicy::Ignored);
+    label->setSizePolicy(policy);
+    label->setMinimumHeight(fontMetrics().height());
+  }
+  QSizePolicy button_policy = cancel_button_->sizePolicy();
+  button_policy.setRetainSizeWhenHidden(true);
+  cancel_button_->setSizePolicy(button_policy);
+
+  auto* const title = new QVBoxLayout;
+  title->addWidget(label_);
+  title->addWidget(version_);
+  auto* const head = new QHBoxLayout;
+  head->addLayout(title, 1);
+  head->addWidget(heart_, 0, Qt::AlignTop);
+
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch(1);
+  buttons->addWidget(cancel_button_);
+  buttons->addWidget(ok_);
+
+  auto* const side = new QVBoxLayout;
+  side->addLayout(head);
+  side->addSpacing(kMargin / 2);
+  side->addWidget(status_label_);
+  side->addWidget(found_label_);
+  side->addStretch(1);
+  auto* const foot = new QHBoxLayout;
+  auto* const rights = new QVBoxLayout;
+  rights->addStretch(1);
+  rights->addWidget(website_);
+  rights->addWidget(copyright_);
+  foot->addWidget(mom_, 0, Qt::AlignBottom);
+  foot->addSpacing(kMargin / 2);
+  foot->addLayout(rights, 1);
+  side->addLayout(foot);
+  side->addLayout(buttons);
+
+  auto* const all = new QHBoxLayout(this);
+  all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  all->setSpacing(kMargin);
+  all->addWidget(man_, 0, Qt::AlignVCenter);
+  all->addLayout(side, 1);
+}
+
+void frmSplash::Load() {
+  website_->setText(tr("https://tallow.example"));
+  copyright_->setText(tr(
+      "Copyright 2026 the Tallow developers. Free software under the GNU General Public License, "
+      "version 3 or later."));
+  version_->setText(QStringLiteral("Version  %1.%2").arg(kMajorVersion).arg(kMinorVersion));
+  ok_->setVisible(show_ok_button_);
+  cancel_button_->setVisible(false);
+  LoadPictureFromResource(kHeart, *heart_, "jpg");
+  LoadPictureFromResource(kMom, *mom_, "jpg");
+  LoadPictureFromResource(kMan, *man_, "gif");
+  loaded_ = true;
+  since_shown_.start();
+  setFixedSize(sizeHint());
+}
+
+void frmSplash::ShowCancelButton(bool visible) {
+  cancel_button_->setVisible(visible);
+  ShowLines();
+  repaint();
+}
+
+void frmSplash::ShowFoundLine(bool visible) { found_label_->setVisible(visible); }
+
+void frmSplash::SetStatus(std::string_view text) {
+  status_ = text;
+  ShowLines();
+}
+
+void frmSplash::SetFound(std::string_view text) { found_ = text; }
+
+bool frmSplash::IsDue() const { return since_shown_.elapsed() >= kShownAgainAfter; }
+
+void frmSplash::ShowLines() {
+  const QString status = DisplayText(status_);
+  status_label_->setText(status_label_->fontMetrics().elidedText(
+      status, Qt::ElideMiddle, qMax(status_label_->width(), status_label_->minimumWidth())));
+  status_label_->setToolTip(status);
+  found_label_->setText(DisplayText(found_));
+  since_shown_.restart();
+}
+
+void frmSplash::Repaint() {
+  if (!IsDue()) return;
+  ShowLines();
+  repaint();
+}
+
+void frmSplash::Yield() {
+  if (IsDue()) ShowLines();
+  QCoreApplication::processEvents();
+}
+
+void frmSplash::YieldAfterSong() {
+  // Repaint has just restarted the clock when it painted; then the events are due as well.
+  if (since_shown_.elapsed() <= 1) QCoreApplication::processEvents();
+}
+
+void frmSplash::reject() {
+  // Esc closes the about box; a search goes on until it is cancelled with its button.
+  if (show_ok_button_) QDialog::reject();
+}
+
+}  // namespace tallow

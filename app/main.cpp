@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+
+#include "app/command_line.h"
+#include "app/drive_list.h"
+#include "app/system.h"
+#include "app/tallow.h"
+#include "app/version.h"
+#include "ui/frm_mdi_form1.h"
+#include "ui/start_up.h"
+
+namespace tallow {
+namespace {
+
+/// Whether a window can be opened. Qt itself only says so by ending the process.
+bool HasDisplay() {
+  return !qEnvironmentVariableIsEmpty("DISPLAY") ||
+         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
+         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
+}
+
+int Run(int argc, char** argv, const CommandLine& line) {
+  if (!HasDisplay()) {
+    if (!line.exit_after_startup) {
+      std::fputs("Tallow needs a display to open its windows on, and DISPLAY is not set.\n",
+                 stderr);
+      return 1;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  QApplication application(argc, argv);
+  QApplication::setApplicationName(QStringLiteral("Tallow"));
+  QApplication::setApplicationVersion(
+      QStringLiteral("%1.%2").arg(kMajorVersion).arg(kMinorVersion));
+  // The splash window is the only one at times; its end is not the program's.
+  QApplication::setQuitOnLastWindowClosed(false);
+
+  Tallow tallow(line.application_folder.empty() ? UsualApplicationFolder()
+                                                : line.application_folder);
+  const std::unique_ptr<DriveList> drives =
+      line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
+  frmMDIForm1 frame(tallow);
+  StartUp windows(tallow, frame, line.exit_after_startup);
+  System system(tallow, *drives, windows);
+  if (!system.Main(JpegPlugin())) return 1;
+  if (line.exit_after_startup) return 0;
+  QApplication::setQuitOnLastWindowClosed(true);
+  return QApplication::exec();
+}
+
+}  // namespace
+}  // namespace tallow
+
+int main(int argc, char** argv) {
+  using tallow::CommandLine;
+  try {
+    const std::vector<std::string> arguments(argv + 1, argv + argc);
+    const CommandLine line = tallow::ParseCommandLine(arguments);
+    if (!line.error.empty()) {
+      std::fprintf(stderr, "%s\n", line.error.c_str());
+      return tallow::kUsageError;
+    }
+    if (line.help) {
+      std::fputs(tallow::HelpText().c_str(), stdout);
+      return 0;
+    }
+    if (line.version) {
+      std::printf("tallow %d.%d\n", tallow::kMajorVersion, tallow::kMinorVersion);
+      return 0;
+    }
+    return tallow::Run(argc, argv, line);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "Tallow cannot go on. %s\n", error.what());
+    return 1;
+  }
+}

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/folder_tree_model.h"
+
+#include <QApplication>
+#include <QStyle>
+
+#include "ui/display_text.h"
+
+namespace tallow {
+
+FolderTreeModel::FolderTreeModel(FolderTree& tree, QObject* parent)
+    : QAbstractItemModel(parent), tree_(tree) {
+  images_[kClosedFolder] = QApplication::style()->standardIcon(QStyle::SP_DirClosedIcon);
+  images_[kOpenFolder] = QApplication::style()->standardIcon(QStyle::SP_DirOpenIcon);
+  tree_.SetObserver(this);
+}
+
+FolderTreeModel::~FolderTreeModel() { tree_.SetObserver(nullptr); }
+
+Folder* FolderTreeModel::FolderOf(const QModelIndex& index) {
+  return static_cast<Folder*>(index.internalPointer());
+}
+
+QModelIndex FolderTreeModel::IndexOf(const Folder& folder) const {
+  return createIndex(folder.Index(), 0, const_cast<Folder*>(&folder));
+}
+
+void FolderTreeModel::SetShown(const Folder* folder) {
+  const Folder* const before = shown_;
+  shown_ = folder;
+  for (const Folder* const changed : {before, shown_})
+    if (changed != nullptr)
+      emit dataChanged(IndexOf(*changed), IndexOf(*changed), {Qt::DecorationRole});
+}
+
+QModelIndex FolderTreeModel::index(int row, int column, const QModelIndex& parent) const {
+  if (!hasIndex(row, column, parent)) return {};
+  return IndexOf(parent.isValid() ? FolderOf(parent)->ChildAt(row) : tree_.ChildAt(row));
+}
+
+QModelIndex FolderTreeModel::parent(const QModelIndex& index) const {
+  const Folder* const above = index.isValid() ? FolderOf(index)->Parent() : nullptr;
+  return above != nullptr ? IndexOf(*above) : QModelIndex();
+}
+
+int FolderTreeModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? FolderOf(parent)->Children() : tree_.Children();
+}
+
+int FolderTreeModel::columnCount(const QModelIndex& /*parent*/) const { return 1; }
+
+QVariant FolderTreeModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid()) return {};
+  const Folder& folder = *FolderOf(index);
+  if (role == Qt::DisplayRole) return DisplayText(folder.Text());
+  if (role == Qt::DecorationRole)
+    return images_[(&folder == shown_ ? folder.SelectedImage() : folder.Image()) == kOpenFolder];
+  return {};
+}
+
+void FolderTreeModel::BeforeAdd(const Folder* parent, std::int32_t index) {
+  beginInsertRows(parent != nullptr ? IndexOf(*parent) : QModelIndex(), index, index);
+}
+
+void FolderTreeModel::AfterAdd() { endInsertRows(); }
+
+}  // namespace tallow

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QAbstractItemModel>
+#include <QIcon>
+
+#include "jukebox/folder_tree.h"
+
+namespace tallow {
+
+/// The folders of a jukebox for a tree view. An index carries its folder.
+class FolderTreeModel : public QAbstractItemModel, private FolderTreeObserver {
+  Q_OBJECT
+
+ public:
+  /// \param tree has to outlive the model
+  FolderTreeModel(FolderTree& tree, QObject* parent);
+  ~FolderTreeModel() override;
+
+  static Folder* FolderOf(const QModelIndex& index);
+  QModelIndex IndexOf(const Folder& folder) const;
+  /// Which folder is drawn with the picture of an open one; null for none.
+  void SetShown(const Folder* folder);
+
+  QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+  QModelIndex parent(const QModelIndex& index) const override;
+  int rowCount(const QModelIndex& parent = {}) const override;
+  int columnCount(const QModelIndex& parent = {}) const override;
+  QVariant data(const QModelIndex& index, int role) const override;
+
+ private:
+  void BeforeAdd(const Folder* parent, std::int32_t index) override;
+  void AfterAdd() override;
+
+  FolderTree& tree_;
+  const Folder* shown_ = nullptr;
+  QIcon images_[2];  ///< by FolderImage
+};
+
+}  // namespace tallow

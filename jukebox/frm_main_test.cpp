@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/frm_main.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QHeaderView>
+#include <QTest>
+
+#include "app/initial_jukebox.h"
+#include "jukebox/pv_explorer.h"
+#include "tests/tagged_file.h"
+#include "tests/window_fixture.h"
+
+namespace tallow {
+namespace {
+
+class FrmMain : public LibraryTest {
+ protected:
+  FrmMain() {
+    window.Jukebox().AddColumnHeader(kNameHeader);
+    window.Jukebox().AddColumnHeader(kKeyHeader);
+    window.resize(800, 500);
+  }
+
+  QTreeView& Tree() { return *window.findChild<QTreeView*>(QStringLiteral("TreeView")); }
+  QTableView& List() { return *window.findChild<QTableView*>(QStringLiteral("ListView")); }
+  Folder& AddFolder(const char* text, const std::vector<int>& records) {
+    Folder& folder = window.Jukebox().Nodes().AddChild(nullptr, text);
+    for (const int record : records) folder.Items().emplace_back(record, 2);
+    return folder;
+  }
+  void Click(const QString& path) {
+    const QModelIndex index = IndexOf(Tree(), path);
+    ASSERT_TRUE(index.isValid());
+    Tree().scrollTo(index);
+    QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, Tree().visualRect(index).center());
+  }
+  void ClickHeader() {
+    QTest::mouseClick(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(20, 8));
+  }
+  QString Header() { return List().model()->headerData(0, Qt::Horizontal).toString(); }
+
+  frmMain window{tallow};
+};
+
+TEST_F(FrmMain, EveryPartHasItsName) {
+  EXPECT_EQ(window.objectName(), "frmMain");
+  EXPECT_EQ(window.PVExplorer1().objectName(), "PVExplorer1");
+  EXPECT_EQ(Tree().accessibleName(), "Folders");
+  EXPECT_EQ(List().accessibleName(), "Songs");
+}
+
+TEST_F(FrmMain, TheModelsKeepTheirPromises) {
+  AddSong("/m/", "a.mp3");
+  const QAbstractItemModelTester folders(Tree().model(),
+                                         QAbstractItemModelTester::FailureReportingMode::Fatal);
+  const QAbstractItemModelTester songs(List().model(),
+                                       QAbstractItemModelTester::FailureReportingMode::Fatal);
+  Folder& above = AddFolder("A", {1, 1});
+  window.Jukebox().Nodes().AddChild(&above, "A1");
+  window.show();
+  window.ShowJukebox();
+  ClickHeader();
+  AddFolder("B", {});
+  EXPECT_EQ(Tree().model()->rowCount(), 2);
+}
+
+TEST_F(FrmMain, TheCaptionIsTheWindowsTitle) {
+  window.Jukebox().Caption("MIX");
+  EXPECT_EQ(window.windowTitle(), "MIX");
+}
+
+TEST_F(FrmMain, ClickingAFolderShowsItsSongs) {
+  for (const char* name : {"a.mp3", "b.mp3"}) AddSong("/m/", name);
+  Folder& one = AddFolder("one", {2, 1});
+  AddFolder("two", {1});
+  window.show();
+  window.ShowJukebox();
+  EXPECT_EQ(window.Jukebox().selectednode(), &one);
+  EXPECT_EQ(RowsOf(List()), (QStringList{"1.  b.mp3", "2.  a.mp3"}));
+  EXPECT_EQ(RowsOf(List(), 1), (QStringList{"2", "1"}));
+  const auto changes = tallow.folder_changes;
+  Click("two");
+  EXPECT_EQ(RowsOf(List()), (QStringList{"1.  a.mp3"}));
+  EXPECT_EQ(tallow.folder_changes, changes + 1);
+  EXPECT_EQ(EntryText(one.Items()[0], library), "2");
+}
+
+TEST_F(FrmMain, AFolderReachedWithTheKeyboardIsShownToo) {
+  AddSong("/m/", "a.mp3");
+  AddFolder("one", {});
+  AddFolder("two", {1});
+  window.show();
+  window.ShowJukebox();
+  QTest::keyClick(&Tree(), Qt::Key_Down);
+  EXPECT_EQ(RowsOf(List()), (QStringList{"1.  a.mp3"}));
+}
+
+TEST_F(FrmMain, ClickingTheFolderOnShowShowsItAnew) {
+  AddSong("/m/", "b.mp3");
+  AddSong("/m/", "a.mp3");
+  AddFolder("one", {1, 2});
+  window.show();
+  window.ShowJukebox();
+  ClickHeader();
+  EXPECT_EQ(window.Jukebox().SortState(), 2);
+  Click("one");
+  EXPECT_EQ(window.Jukebox().SortState(), 0);
+  EXPECT_EQ(Header(), "Name    --        (click to sort)");
+}
+
+TEST_F(FrmMain, HeaderClicksGoThroughTheFourOrders) {
+  AddSong("/m/", "b.mp3", "1", "3");
+  AddSong("/m/", "a.mp3", "1", "7");
+  AddFolder("one", {1, 2});
+  window.show();
+  window.ShowJukebox();
+  EXPECT_EQ(Header(), "Name    --        (click to sort)");
+  const QStringList up{"1.  a.mp3", "2.  b.mp3"};
+  const QStringList down{"1.  b.mp3", "2.  a.mp3"};
+  const std::vector<std::pair<QString, QStringList>> expected{{"Name    --   ", up},
+                                                              {"Name    --   ", down},
+                                                              {"By Rank -- best to worst", up},
+                                                              {"By Rank -- worst to best", down},
+                                                              {"Name    --   ", up}};
+  for (const auto& [header, rows] : expected) {
+    ClickHeader();
+    EXPECT_EQ(Header(), header);
+    EXPECT_EQ(RowsOf(List()), rows);
+  }
+}
+
+TEST_F(FrmMain, ARankThatIsNoNumberIsSaid) {
+  AddSong("/m/", "b.mp3", "1", "x");
+  AddSong("/m/", "a.mp3", "1", "7");
+  AddFolder("one", {1, 2});
+  window.show();
+  window.ShowJukebox();
+  QStringList problems;
+  QObject::connect(&window, &frmMain::Problem, [&](const QString& text) { problems.append(text); });
+  for (int click = 0; click < 3; ++click) ClickHeader();
+  EXPECT_EQ(problems,
+            (QStringList{"The list could not be sorted: a rank is not a number ('x' is not "
+                         "a number)."}));
+}
+
+TEST_F(FrmMain, NamesThatAreNoTextAreMendedForDisplayOnly) {
+  AddSong("/m/", "caf\xE9\n.mp3");
+  AddFolder("one\xFF", {1});
+  window.show();
+  window.ShowJukebox();
+  EXPECT_EQ(RowsOf(List()), (QStringList{QString::fromUtf8("1.  caf\xEF\xBF\xBD .mp3")}));
+  EXPECT_EQ(library.Mp3Info(2, 1), "caf\xE9\n.mp3");
+}
+
+TEST_F(FrmMain, TheSampleJukeboxIsShownWithItsTreeOpen) {
+  music.File("a.mp3", Audio(300) + Tag({.artist = "ABBA", .year = "1976", .genra = 13}));
+  AddSong(music.path(), "a.mp3");
+  frmMain sample(tallow);
+  Jukebox* const samples[] = {&sample.Jukebox()};
+  BuildInitialJukebox(library, sample.Jukebox(), samples, [&] { sample.ShowJukebox(); });
+  auto& tree = *sample.findChild<QTreeView*>(QStringLiteral("TreeView"));
+  EXPECT_TRUE(tree.isExpanded(IndexOf(tree, "Artist")));
+  EXPECT_TRUE(tree.isExpanded(IndexOf(tree, "Seasonal")));
+  EXPECT_TRUE(IndexOf(tree, "Artist/ABBA").isValid());
+  EXPECT_EQ(tree.currentIndex().data().toString(), "All Songs");
+  EXPECT_EQ(RowsOf(*sample.findChild<QTableView*>(QStringLiteral("ListView"))),
+            (QStringList{"1.  a.mp3"}));
+}
+
+TEST_F(FrmMain, AFolderOfManySongsIsShownWithoutAWidgetARow) {
+  constexpr int kSongs = 200000;
+  for (int k = 1; k <= kSongs; ++k) AddSong("/m/", std::to_string(k) + ".mp3");
+  std::vector<int> records(kSongs);
+  for (int k = 0; k < kSongs; ++k) records[static_cast<std::size_t>(k)] = k + 1;
+  AddFolder("many", records);
+  window.show();
+  window.ShowJukebox();
+  List().scrollToBottom();
+  EXPECT_EQ(List().model()->rowCount(), kSongs);
+  EXPECT_EQ(List().indexAt(QPoint(10, List().viewport()->height() - 5)).row(), kSongs - 1);
+  EXPECT_LT(window.findChildren<QObject*>().size(), 200);
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/pv_explorer.h"
+
+#include <QApplication>
+#include <QHeaderView>
+#include <QTableView>
+#include <QTreeView>
+
+#include "jukebox/folder_tree_model.h"
+#include "jukebox/song_list_model.h"
+#include "ui/display_text.h"
+
+namespace tallow {
+namespace {
+
+/// Widths at the start, in average characters: the tree, and the record numbers.
+constexpr int kTreeCharacters = 34;
+constexpr int kKeyCharacters = 10;
+
+constexpr int kRowPadding = 6;
+
+}  // namespace
+
+PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, QWidget* parent)
+    : QSplitter(Qt::Horizontal, parent),
+      jukebox_(jukebox),
+      folders_(new FolderTreeModel(jukebox.Nodes(), this)),
+      songs_(new SongListModel(jukebox, library, this)),
+      tree_(new QTreeView(this)),
+      list_(new QTableView(this)) {
+  setObjectName(QStringLiteral("PVExplorer1"));
+  SetUpTree();
+  SetUpList();
+  setStretchFactor(0, 0);
+  setStretchFactor(1, 1);
+  setChildrenCollapsible(false);
+  const int character = fontMetrics().averageCharWidth();
+  setSizes({kTreeCharacters * character, 2 * kTreeCharacters * character});
+  jukebox_.SetView(this);
+}
+
+PVExplorer::~PVExplorer() { jukebox_.SetView(nullptr); }
+
+void PVExplorer::SetUpTree() {
+  tree_->setObjectName(QStringLiteral("TreeView"));
+  tree_->setAccessibleName(tr("Folders"));
+  tree_->setModel(folders_);
+  tree_->setHeaderHidden(true);
+  tree_->setUniformRowHeights(true);
+  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current) {
+            if (!current.isValid()) return;
+            // The click that moved the selection is told here and must not be told again.
+            Folder* const folder = FolderTreeModel::FolderOf(current);
+            clicked_ = QApplication::mouseButtons() != Qt::NoButton ? folder : nullptr;
+            folders_->SetShown(folder);
+            emit NodeClick(folder);
+          });
+  connect(tree_, &QTreeView::clicked, this, [this](const QModelIndex& index) {
+    Folder* const folder = FolderTreeModel::FolderOf(index);
+    if (folder != clicked_) emit NodeClick(folder);
+    clicked_ = nullptr;
+  });
+}
+
+void PVExplorer::SetUpList() {
+  list_->setObjectName(QStringLiteral("ListView"));
+  list_->setAccessibleName(tr("Songs"));
+  list_->setModel(songs_);
+  list_->setShowGrid(false);
+  list_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  list_->setWordWrap(false);
+  list_->setTabKeyNavigation(false);
+  // The label of a song ends in what tells it from others of its kind.
+  list_->setTextElideMode(Qt::ElideMiddle);
+  list_->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+  list_->verticalHeader()->hide();
+  list_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  list_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+  QHeaderView* const header = list_->horizontalHeader();
+  header->setHighlightSections(false);
+  header->setSectionsClickable(true);
+  header->setStretchLastSection(false);
+  connect(header, &QHeaderView::sectionClicked, this, [this] { emit ColumnClick(); });
+}
+
+void PVExplorer::Select(const Folder& folder) {
+  tree_->setCurrentIndex(folders_->IndexOf(folder));
+  tree_->scrollTo(folders_->IndexOf(folder));
+}
+
+void PVExplorer::ExpandAll() { tree_->expandAll(); }
+
+void PVExplorer::CaptionChanged() { emit CaptionChanged(DisplayText(jukebox_.Caption())); }
+
+void PVExplorer::ListChanged() {
+  songs_->Refill();
+  list_->scrollToTop();
+}
+
+void PVExplorer::LabelsChanged() { songs_->Relabel(); }
+
+void PVExplorer::HeadersChanged() {
+  const int before = list_->horizontalHeader()->count();
+  songs_->ChangeHeaders();
+  QHeaderView* const header = list_->horizontalHeader();
+  if (header->count() == before || header->count() == 0) return;
+  header->setSectionResizeMode(SongListModel::kText, QHeaderView::Stretch);
+  if (header->count() > SongListModel::kKey)
+    header->resizeSection(SongListModel::kKey, kKeyCharacters * fontMetrics().averageCharWidth());
+}
+
+}  // namespace tallow

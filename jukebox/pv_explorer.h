@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QSplitter>
+
+#include "jukebox/jukebox.h"
+
+class QTableView;
+class QTreeView;
+
+namespace tallow {
+
+class FolderTreeModel;
+class SongListModel;
+
+/// The explorer control: a jukebox's folders on the left, the songs of the folder on show on the
+/// right.
+///
+/// It shows a Jukebox and tells what the user does; what that means is the jukebox window's
+/// business.
+class PVExplorer : public QSplitter, private JukeboxView {
+  Q_OBJECT
+
+ public:
+  /// \param jukebox, library have to outlive the control
+  PVExplorer(Jukebox& jukebox, const clsMain& library, QWidget* parent);
+  ~PVExplorer() override;
+
+  /// Selects a folder in the tree, as a click on it does.
+  void Select(const Folder& folder);
+  /// Opens all folders of the tree.
+  void ExpandAll();
+
+ signals:
+  /// A folder was clicked, or reached with the keyboard.
+  void NodeClick(tallow::Folder* folder);
+  /// A header of the list was clicked.
+  void ColumnClick();
+  void CaptionChanged(const QString& caption);
+
+ private:
+  void CaptionChanged() override;
+  void ListChanged() override;
+  void LabelsChanged() override;
+  void HeadersChanged() override;
+
+  void SetUpTree();
+  void SetUpList();
+
+  Jukebox& jukebox_;
+  FolderTreeModel* folders_;
+  SongListModel* songs_;
+  QTreeView* tree_;
+  QTableView* list_;
+  Folder* clicked_ = nullptr;  ///< whose click has been told because the selection moved to it
+};
+
+}  // namespace tallow

@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/song_list_model.h"
+
+#include "ui/display_text.h"
+
+namespace tallow {
+
+SongListModel::SongListModel(const Jukebox& jukebox, const clsMain& library, QObject* parent)
+    : QAbstractTableModel(parent), jukebox_(jukebox), library_(library) {
+  Refill();
+}
+
+void SongListModel::Refill() {
+  beginResetModel();
+  const Folder* const shown = jukebox_.selectednode();
+  rows_ = shown == nullptr ? 0 : static_cast<int>(shown->Items().size());
+  columns_ = static_cast<int>(jukebox_.ColumnHeaders().size());
+  endResetModel();
+}
+
+void SongListModel::Relabel() {
+  if (rows_ > 0) emit dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+}
+
+void SongListModel::ChangeHeaders() {
+  if (columns_ != static_cast<int>(jukebox_.ColumnHeaders().size())) Refill();
+  if (columns_ > 0) emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
+}
+
+int SongListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+int SongListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : columns_;
+}
+
+QVariant SongListModel::data(const QModelIndex& index, int role) const {
+  if (!index.isValid() || index.row() >= rows_) return {};
+  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+  const SongEntry& entry = jukebox_.selectednode()->Items()[static_cast<std::size_t>(index.row())];
+  if (index.column() == kKey) return QString::number(entry.SubItem());
+  return DisplayText(EntryText(entry, library_));
+}
+
+QVariant SongListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation == Qt::Horizontal && section < columns_) {
+    if (role == Qt::DisplayRole)
+      return DisplayText(jukebox_.ColumnHeaders()[static_cast<std::size_t>(section)]);
+    if (role == Qt::TextAlignmentRole) return int(Qt::AlignLeft | Qt::AlignVCenter);
+  }
+  return {};
+}
+
+}  // namespace tallow

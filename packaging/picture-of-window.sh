@@ -1,0 +1,41 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Runs Tallow on a virtual display, waits for its frame window, takes a picture of the screen and ends it.
+#
+# Usage: picture-of-window.sh PICTURE PROGRAM [ARGUMENT...]
+set -euo pipefail
+
+picture=$1
+shift
+number_file=$(mktemp)
+processes=()
+trap 'for process in "${processes[@]}"; do kill "$process" 2> /dev/null || true; done; rm -f "$number_file"' EXIT
+
+# The server picks a free number and writes it down once it can be connected to.
+Xvfb -displayfd 3 -screen 0 1100x760x24 -nolisten tcp 3> "$number_file" 2> /dev/null &
+processes+=($!)
+for _ in $(seq 100); do [ -s "$number_file" ] && break; sleep 0.1; done
+[ -s "$number_file" ] || { echo "The virtual display did not start." >&2; exit 1; }
+DISPLAY=:$(cat "$number_file")
+export DISPLAY
+unset WAYLAND_DISPLAY QT_QPA_PLATFORM
+openbox > /dev/null 2>&1 &
+processes+=($!)
+
+"$@" &
+program=$!
+processes+=("$program")
+for _ in $(seq 600); do
+  # The splash window is smaller than this; the frame window is not.
+  for window in $(xdotool search --onlyvisible --name '^Tallow' 2> /dev/null); do
+    eval "$(xdotool getwindowgeometry --shell "$window" 2> /dev/null || echo WIDTH=0)"
+    [ "$WIDTH" -ge 900 ] && break 2
+  done
+  kill -0 "$program" 2> /dev/null || { echo "Tallow ended before its window opened." >&2; exit 1; }
+  sleep 0.1
+done
+# One more moment for the splash window to go and the list to be painted.
+sleep 2
+mkdir -p "$(dirname "$picture")"
+import -window root "$picture"
+echo "The picture is in $picture"

@@ -1,0 +1,47 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Installs what is missing, builds Tallow, and runs every test: on Linux, and the code without windows as
+# a Windows program under Wine.
+#
+#   ./test.sh             all tests
+#   ./test.sh --sanitize  all tests under the address and undefined behaviour sanitizers, and those of
+#                         the code without windows under the thread sanitizer
+set -euo pipefail
+cd "$(dirname "$0")"
+
+sanitize=false
+case "${1:-}" in
+  "") ;;
+  --sanitize) sanitize=true ;;
+  *) echo "Usage: ./test.sh [--sanitize]" >&2; exit 2 ;;
+esac
+
+packaging/install-dependencies.sh run demo test
+
+# build PRESET [CMake's options]
+build() {
+  local preset=$1
+  shift
+  echo "Building the preset $preset"
+  cmake --preset "$preset" -DTALLOW_BENCHMARKS=OFF "$@" > "build-$preset.log" 2>&1 ||
+    { cat "build-$preset.log"; rm "build-$preset.log"; exit 1; }
+  rm "build-$preset.log"
+  cmake --build --preset "$preset" -- --quiet
+}
+
+if $sanitize; then
+  suppressions=$PWD/tests/sanitizers
+  build tsan
+  TSAN_OPTIONS="halt_on_error=1:suppressions=$suppressions/tsan.txt" \
+    ctest --test-dir build/tsan --output-on-failure -j "$(nproc)"
+  build asan
+  ASAN_OPTIONS="detect_stack_use_after_return=1:strict_string_checks=1" \
+    LSAN_OPTIONS="suppressions=$suppressions/lsan.txt" UBSAN_OPTIONS="print_stacktrace=1" \
+    ctest --test-dir build/asan --output-on-failure -j "$(nproc)"
+  exit
+fi
+
+libraries=$(packaging/windows-libraries.sh)
+build windows -DTALLOW_WINDOWS_LIBRARIES="$libraries"
+build release -DTALLOW_WINDOWS_TESTS="$PWD/build/windows/tallow_core_tests.exe"
+ctest --test-dir build/release --output-on-failure -j "$(nproc)"

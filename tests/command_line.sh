@@ -1,0 +1,36 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Checks what the built program answers to its command line.
+#
+# Usage: command_line.sh PROGRAM
+set -euo pipefail
+
+program=$1
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+mkdir "$folder/app" "$folder/music"
+unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM
+
+# expect CODE PATTERN ARGUMENT...: the exit code, and a line that the output holds
+expect() {
+  local code=$1 pattern=$2 got=0
+  shift 2
+  "$program" "$@" > "$folder/out" 2>&1 || got=$?
+  if [ "$got" -ne "$code" ] || ! grep -qF -- "$pattern" "$folder/out"; then
+    echo "tallow $* left with $got (expected $code) and said:"
+    cat "$folder/out"
+    exit 1
+  fi
+}
+usual=(--app-folder "$folder/app" --drive "$folder/music" --exit-after-startup)
+expect 0 "--exit-after-startup" --help
+expect 0 "tallow 0." --version
+expect 2 "'--fast' is not an option of Tallow." --fast
+expect 2 "does not exist" --drive "$folder/none"
+expect 2 "does not exist" --app-folder "$folder/none"
+expect 2 "needs a folder" --app-folder
+expect 1 "needs a display" --app-folder "$folder/app" --drive "$folder/music"
+expect 0 "" "${usual[@]}"
+expect 0 "" "${usual[@]}"
+printf 'a\r\nb\r\nabc\r\n' > "$folder/app/Grouping/System/TallowOrganizer.ini"
+expect 1 "TallowOrganizer.ini, line 3: 'abc' is not a number" "${usual[@]}"

@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Starts the built program twice on a virtual display over the demo collection, each time with the probe
+# in it, and compares what the probe saw. Keeps a picture of each start.
+#
+# Usage: demo_start.sh PROGRAM PLUGINS FOLDER
+set -euo pipefail
+
+program=$1
+plugins=$2
+folder=$3
+here=$(cd "$(dirname "$0")" && pwd)
+
+mkdir -p "$folder"
+"$here/../packaging/make-demo-collection.sh" "$folder/music"
+rm -rf "$folder/app"
+mkdir -p "$folder/app"
+
+number_file=$(mktemp)
+processes=()
+trap 'for process in "${processes[@]}"; do kill "$process" 2> /dev/null || true; done; rm -f "$number_file"' EXIT
+Xvfb -displayfd 3 -screen 0 1100x760x24 -nolisten tcp 3> "$number_file" 2> /dev/null &
+processes+=($!)
+for _ in $(seq 100); do [ -s "$number_file" ] && break; sleep 0.1; done
+DISPLAY=:$(cat "$number_file")
+export DISPLAY
+unset WAYLAND_DISPLAY
+export QT_QPA_PLATFORM=xcb QT_PLUGIN_PATH="$plugins" QT_QPA_GENERIC_PLUGINS=tallowprobe
+
+for start in first second; do
+  rm -f "$folder/$start.txt" "$folder/$start.png"
+  TALLOW_PROBE_REPORT="$folder/$start.txt" TALLOW_PROBE_PICTURE="$folder/$start.png" \
+    timeout 60 "$program" --app-folder "$folder/app" --drive "$folder/music"
+  [ -s "$folder/$start.png" ] || { echo "The $start start left no picture."; exit 1; }
+done
+
+failed=false
+expect() {
+  grep -qxF -- "$1" "$folder/first.txt" || { echo "Not seen: $1"; failed=true; }
+}
+expect "window: Jukebox One  (sample Jukebox you can use as a starting point)"
+expect "header: Name    --        (click to sort)"
+expect "shown: All Songs 60"
+expect "folder: All Songs 0"
+expect "folder: New 0"
+expect "folder: Decades 9"
+expect "folder: By Mood 8"
+expect "folder: Seasonal 4"
+expect "folder: Best friend's favorites 0"
+expect "sorted: Name    --   "
+expect "first: 1.    two leading blanks.MP3"
+expect "artist: Étienne Duval 4"
+expect "artist: The Lanterns 5"
+expect "artist: Live  Band 1"
+cmp "$folder/first.txt" "$folder/second.txt" || failed=true
+if $failed; then
+  cat "$folder/first.txt"
+  exit 1
+fi

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QApplication>
+#include <QFile>
+#include <QGenericPlugin>
+#include <QHeaderView>
+#include <QLabel>
+#include <QMainWindow>
+#include <QTableView>
+#include <QTest>
+#include <QTextStream>
+#include <QTimer>
+#include <QTreeView>
+
+namespace {
+
+/// Lives in the program under test, waits for its frame window, uses it as a user would, and writes
+/// what it saw to the file named by TALLOW_PROBE_REPORT, a line each. Ends the program.
+class Probe : public QObject {
+ public:
+  Probe() {
+    timer_.setInterval(50);
+    connect(&timer_, &QTimer::timeout, this, &Probe::Look);
+    timer_.start();
+  }
+
+ private:
+  template <typename Widget>
+  static Widget* Find(const QWidget* in, const char* name) {
+    return in->findChild<Widget*>(QLatin1String(name));
+  }
+
+  void Look() {
+    QMainWindow* frame = nullptr;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+      if (window->objectName() == QLatin1String("frmSplash")) return;
+      if (window->objectName() == QLatin1String("frmMDIForm1") && window->isVisible())
+        frame = qobject_cast<QMainWindow*>(window);
+    }
+    if (frame == nullptr) return;
+    auto* const tree = Find<QTreeView>(frame, "TreeView");
+    auto* const list = Find<QTableView>(frame, "ListView");
+    if (tree == nullptr || list == nullptr || list->model()->rowCount() == 0) return;
+    timer_.stop();
+    Report(*frame, *tree, *list);
+    QApplication::exit(0);
+  }
+
+  void Report(QMainWindow& frame, QTreeView& tree, QTableView& list) {
+    QFile file(qEnvironmentVariable("TALLOW_PROBE_REPORT"));
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Text)) return;
+    QTextStream out(&file);
+    out << "window: " << Find<QWidget>(&frame, "frmMain")->windowTitle() << "\n";
+    out << "header: " << Header(list) << "\n";
+    out << "shown: " << tree.currentIndex().data().toString() << " " << list.model()->rowCount()
+        << "\n";
+    frame.grab().save(qEnvironmentVariable("TALLOW_PROBE_PICTURE"));
+    for (int row = 0; row < tree.model()->rowCount(); ++row)
+      out << "folder: " << tree.model()->index(row, 0).data().toString() << " "
+          << tree.model()->rowCount(tree.model()->index(row, 0)) << "\n";
+    QTest::mouseClick(list.horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(20, 8));
+    out << "sorted: " << Header(list) << "\n";
+    out << "first: " << list.model()->index(0, 0).data().toString() << "\n";
+    const QModelIndex artist = tree.model()->index(1, 0);
+    for (int row = 0; row < tree.model()->rowCount(artist); ++row) {
+      const QModelIndex index = tree.model()->index(row, 0, artist);
+      tree.scrollTo(index);
+      QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(index).center());
+      out << "artist: " << index.data().toString() << " " << list.model()->rowCount() << "\n";
+    }
+  }
+
+  static QString Header(const QTableView& list) {
+    return list.model()->headerData(0, Qt::Horizontal).toString();
+  }
+
+  QTimer timer_;
+};
+
+class ProbePlugin : public QGenericPlugin {
+  Q_OBJECT
+  Q_PLUGIN_METADATA(IID QGenericPluginFactoryInterface_iid FILE "probe.json")
+
+ public:
+  QObject* create(const QString& /*name*/, const QString& /*specification*/) override {
+    return new Probe;
+  }
+};
+
+}  // namespace
+
+#include "probe.moc"

@@ -1,0 +1,28 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# The tests of the windows, with the real widgets on a display in memory.
+add_executable(tallow_window_tests
+  tests/window_main.cpp
+  app/frm_searching_test.cpp
+  app/frm_splash_test.cpp
+  app/picture_resource_test.cpp
+  jukebox/frm_main_test.cpp
+  ui/display_text_test.cpp
+  ui/frm_mdi_form1_test.cpp
+  ui/start_up_test.cpp)
+target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
+gtest_discover_tests(tallow_window_tests
+  PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
+
+# The built program itself, on a virtual display, over a real collection. The probe is a plug-in that Qt
+# loads into it.
+add_library(tallow_probe MODULE tests/probe.cpp)
+target_link_libraries(tallow_probe PRIVATE tallow_options Qt6::Widgets Qt6::Test)
+set_target_properties(tallow_probe PROPERTIES
+  LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/plugins/generic)
+add_test(NAME program.starts_on_the_demo_collection
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/demo_start.sh
+    $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/plugins ${CMAKE_BINARY_DIR}/tests/demo)
+add_test(NAME program.obeys_its_command_line
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/command_line.sh $<TARGET_FILE:tallow>)
+set_tests_properties(program.starts_on_the_demo_collection program.obeys_its_command_line
+  PROPERTIES TIMEOUT 300)

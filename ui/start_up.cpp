@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/start_up.h"
+
+#include <cstdio>
+
+#include <QDesktopServices>
+#include <QFile>
+#include <QGuiApplication>
+#include <QLibraryInfo>
+#include <QMessageBox>
+#include <QScreen>
+#include <QUrl>
+
+#include "jukebox/frm_main.h"
+#include "ui/display_text.h"
+
+namespace tallow {
+namespace {
+
+void PrintError(const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); }
+
+}  // namespace
+
+StartUp::StartUp(Tallow& tallow, frmMDIForm1& frame, bool silent)
+    : tallow_(tallow), frame_(frame), silent_(silent) {}
+
+frmSplash& StartUp::LoadedSplash() {
+  if (!splash_) {
+    splash_ = std::make_unique<frmSplash>([this] { tallow_.SearchCancelled = true; });
+    splash_->ShowOKButton(false);
+    splash_->Load();
+  }
+  return *splash_;
+}
+
+void StartUp::ShowSplash() {
+  frmSplash& splash = LoadedSplash();
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  splash.move(screen.center() - splash.rect().center());
+  splash.show();
+  splash.Yield();
+}
+
+SearchProgress& StartUp::Splash() { return LoadedSplash(); }
+
+void StartUp::ShowCancelButton(bool visible) { LoadedSplash().ShowCancelButton(visible); }
+
+void StartUp::ShowFoundLine(bool visible) { LoadedSplash().ShowFoundLine(visible); }
+
+void StartUp::UnloadSplash() { splash_.reset(); }
+
+Jukebox& StartUp::NewJukebox() { return frame_.NewJukeboxWindow().Jukebox(); }
+
+void StartUp::ShowJukebox(Jukebox& jukebox) {
+  frmMain* const window = frame_.WindowOf(jukebox);
+  if (window == nullptr) return;
+  frame_.ShowJukeboxWindow(*window);
+  frame_.show();
+}
+
+std::span<Jukebox* const> StartUp::OpenJukeboxes() {
+  open_ = frame_.OpenJukeboxes();
+  return open_;
+}
+
+QWidget* StartUp::ParentOfMessages() {
+  if (splash_) return splash_.get();
+  return frame_.isVisible() ? &frame_ : nullptr;
+}
+
+void StartUp::Tell(const std::string& text) {
+  if (silent_) return PrintError(text);
+  QMessageBox box(QMessageBox::Critical, QStringLiteral("Tallow"), DisplayMessage(text),
+                  QMessageBox::Ok, ParentOfMessages());
+  box.setTextFormat(Qt::PlainText);
+  box.exec();
+}
+
+bool StartUp::Ask(const std::string& text) {
+  if (silent_) {
+    PrintError(text);
+    return false;
+  }
+  QMessageBox box(QMessageBox::Question, QStringLiteral("Tallow"), DisplayMessage(text),
+                  QMessageBox::Yes | QMessageBox::No, ParentOfMessages());
+  box.setTextFormat(Qt::PlainText);
+  box.setDefaultButton(QMessageBox::Yes);
+  box.setEscapeButton(QMessageBox::No);
+  return box.exec() == QMessageBox::Yes;
+}
+
+void StartUp::Notice(const std::vector<std::string>& lines) {
+  if (silent_)
+    for (const std::string& line : lines) PrintError(line);
+  frame_.Notice(lines);
+}
+
+void StartUp::OpenInTextEditor(const std::string& path) {
+  if (!silent_) QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(path.c_str())));
+}
+
+void StartUp::ShowTip() {
+  // The tip window comes with its own menu command; until then there is no tip to show.
+}
+
+RuntimeFile JpegPlugin() {
+  const QString folder = QLibraryInfo::path(QLibraryInfo::PluginsPath);
+  return {
+      QFile::encodeName(folder + QStringLiteral("/imageformats/libqjpeg.so")).toStdString(),
+      "Debian's package libqt6gui6, which \"sudo apt install --reinstall libqt6gui6\" brings back"};
+}
+
+}  // namespace tallow

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "app/frm_splash.h"
+#include "app/system.h"
+#include "ui/frm_mdi_form1.h"
+
+namespace tallow {
+
+/// The windows of a start-up, for real.
+class StartUp : public StartUpWindows {
+ public:
+  /// \param frame  the frame window, shown with its first jukebox; has to outlive this
+  /// \param silent nothing is asked: what would be shown goes to standard error, and the answer is
+  /// No
+  StartUp(Tallow& tallow, frmMDIForm1& frame, bool silent);
+
+  void ShowSplash() override;
+  SearchProgress& Splash() override;
+  void ShowCancelButton(bool visible) override;
+  void ShowFoundLine(bool visible) override;
+  void UnloadSplash() override;
+  Jukebox& NewJukebox() override;
+  void ShowJukebox(Jukebox& jukebox) override;
+  std::span<Jukebox* const> OpenJukeboxes() override;
+  void Tell(const std::string& text) override;
+  bool Ask(const std::string& text) override;
+  void Notice(const std::vector<std::string>& lines) override;
+  void OpenInTextEditor(const std::string& path) override;
+  void ShowTip() override;
+
+ private:
+  frmSplash& LoadedSplash();
+  QWidget* ParentOfMessages();
+
+  Tallow& tallow_;
+  frmMDIForm1& frame_;
+  bool silent_;
+  std::unique_ptr<frmSplash> splash_;
+  std::vector<Jukebox*> open_;
+};
+
+/// The file of Qt that reads JPEG pictures, which the program cannot do without.
+RuntimeFile JpegPlugin();
+
+}  // namespace tallow
