@@ -86,8 +86,13 @@ bool FileSearch::Visit(const TreeFolder& folder) {
 }
 
 double FileSearch::WalkFolderTree(FileSearchRequest& request) {
-  FolderReader reader(request.Pattern, request.Recurse,
-                      [this](const std::string& folder) { return !drives_.IsMountPoint(folder); });
+  FolderReader reader(
+      request.Pattern, request.Recurse,
+      [this](const std::string& folder) { return !drives_.IsMountPoint(folder); },
+      // Songs that join the library are filed next; their tags are best read while the folder is open.
+      [add = request.AddToLibrary](const std::string& folder) {
+        return add && !IsExcludedFolder(folder);
+      });
 
   /// A folder whose files are done and whose subfolders are being gone through.
   struct Level {
@@ -152,6 +157,7 @@ std::int64_t FileSearch::AddListedFiles(FileSearchRequest& request, const std::s
     library.Mp3Info(kFileIsThere, row, "1");
     library.Mp3Info(kRecordNumber, row, number);
     library.Mp3Info(kSongRank, row, "2");
+    tallow_.found_tags.Add(folder, file.name, file.tail);
     if (IsSplashLoaded()) {
       progress_->SetFound("Found " + number + " Mp3s");
       progress_->Repaint();

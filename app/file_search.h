@@ -61,7 +61,8 @@ class FileSearch {
   /// Counts, and if asked for adds, the matching files of one folder.
   ///
   /// A file in a folder whose path holds "incomplete" in any case, or in a recycle bin, is counted
-  /// but not added. \returns the bytes of the matching files
+  /// but not added.
+  /// \returns the bytes of the matching files
   std::int64_t AddFilesInFolder(FileSearchRequest& request);
 
  private:

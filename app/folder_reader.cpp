@@ -4,13 +4,18 @@
 #include <algorithm>
 #include <utility>
 
+#include "library/mp3_tag_editor.h"
 #include "util/path_text.h"
 
 namespace tallow {
 
 FolderReader::FolderReader(std::string pattern, bool recurse,
-                           std::function<bool(const std::string&)> enter)
-    : pattern_(std::move(pattern)), recurse_(recurse), enter_(std::move(enter)) {
+                           std::function<bool(const std::string&)> enter,
+                           std::function<bool(const std::string&)> tails)
+    : pattern_(std::move(pattern)),
+      recurse_(recurse),
+      enter_(std::move(enter)),
+      tails_(std::move(tails)) {
   if (!recurse_) return;
   // The walk itself keeps one core busy.
   const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U) - 1;
@@ -21,7 +26,7 @@ FolderReader::~FolderReader() {
   {
     const std::lock_guard lock(mutex_);
     stop_ = true;
-    changed_.notify_all();
+    work_.notify_all();
   }
   for (std::thread& worker : workers_) worker.join();
 }
@@ -35,41 +40,60 @@ std::shared_ptr<TreeFolder> FolderReader::Root(std::string_view folder) const {
 void FolderReader::Take(TreeFolder& folder) {
   std::unique_lock lock(mutex_);
   if (folder.state_ == TreeFolder::State::kWaiting) {
-    folder.state_ = TreeFolder::State::kReading;
-    lock.unlock();
-    List(folder);
-    lock.lock();
-    folder.state_ = TreeFolder::State::kDone;
-  } else {
-    changed_.wait(lock, [&] { return folder.state_ == TreeFolder::State::kDone; });
-    --ahead_;
-    changed_.notify_all();
+    ReadOne(folder, lock);
+    return;
   }
+  // Another thread has it. Until that one is done there is other work to do.
+  while (folder.state_ != TreeFolder::State::kDone) {
+    const std::shared_ptr<TreeFolder> other = NextWaiting();
+    if (other)
+      ReadAheadOne(*other, lock);
+    else
+      done_.wait(lock, [&] { return folder.state_ == TreeFolder::State::kDone; });
+  }
+  if (ahead_-- == kMostAhead) work_.notify_all();
 }
 
 void FolderReader::Work() {
   std::unique_lock lock(mutex_);
   for (;;) {
-    changed_.wait(lock, [this] { return stop_ || (!waiting_.empty() && ahead_ < kMostAhead); });
+    work_.wait(lock, [this] { return stop_ || (!waiting_.empty() && ahead_ < kMostAhead); });
     if (stop_) return;
-    const std::shared_ptr<TreeFolder> folder = std::move(waiting_.back());
-    waiting_.pop_back();
-    if (folder->state_ != TreeFolder::State::kWaiting) continue;
-    folder->state_ = TreeFolder::State::kReading;
-    ++ahead_;
-    lock.unlock();
-    List(*folder);
-    lock.lock();
-    folder->state_ = TreeFolder::State::kDone;
-    Queue(*folder);
+    if (const std::shared_ptr<TreeFolder> folder = NextWaiting()) ReadAheadOne(*folder, lock);
   }
+}
+
+std::shared_ptr<TreeFolder> FolderReader::NextWaiting() {
+  while (!waiting_.empty() && ahead_ < kMostAhead) {
+    std::shared_ptr<TreeFolder> folder = std::move(waiting_.back());
+    waiting_.pop_back();
+    if (folder->state_ == TreeFolder::State::kWaiting) return folder;
+  }
+  return nullptr;
+}
+
+void FolderReader::ReadAheadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock) {
+  ++ahead_;
+  ReadOne(folder, lock);
+  Queue(folder);
+}
+
+void FolderReader::ReadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock) {
+  folder.state_ = TreeFolder::State::kReading;
+  lock.unlock();
+  List(folder);
+  lock.lock();
+  folder.state_ = TreeFolder::State::kDone;
+  done_.notify_one();
 }
 
 void FolderReader::List(TreeFolder& folder) const {
   if (folder.path.size() > kMostPathBytes) return;
   try {
-    folder.listing =
-        ListFolder(folder.path, {.pattern = pattern_, .subfolders = recurse_, .sizes = true});
+    folder.listing = ListFolder(folder.path, {.pattern = pattern_,
+                                              .subfolders = recurse_,
+                                              .sizes = true,
+                                              .tail_bytes = tails_(folder.path) ? kTagBytes : 0});
     for (const SubfolderEntry& entry : folder.listing.subfolders) {
       if (entry.linked) continue;
       auto subfolder = std::make_shared<TreeFolder>();
@@ -91,7 +115,7 @@ void FolderReader::Enter(TreeFolder& folder) {
 void FolderReader::Queue(TreeFolder& folder) {
   folder.queued_ = true;
   waiting_.insert(waiting_.end(), folder.subfolders.rbegin(), folder.subfolders.rend());
-  changed_.notify_all();
+  if (!folder.subfolders.empty()) work_.notify_all();
 }
 
 }  // namespace tallow

@@ -41,8 +41,10 @@ class FolderReader {
 
   /// \param pattern of the files to list, with their sizes
   /// \param recurse list subfolders too
+  /// \param tails   of the files of which folders the last bytes are read too; called from several threads
   /// \param enter   whether a subfolder that is no link may be entered; called from several threads
-  FolderReader(std::string pattern, bool recurse, std::function<bool(const std::string&)> enter);
+  FolderReader(std::string pattern, bool recurse, std::function<bool(const std::string&)> enter,
+               std::function<bool(const std::string&)> tails);
   FolderReader(const FolderReader&) = delete;
   FolderReader& operator=(const FolderReader&) = delete;
   ~FolderReader();
@@ -62,13 +64,19 @@ class FolderReader {
 
   void Work();
   void List(TreeFolder& folder) const;
+  // All of these need the lock, which ReadOne gives up while it reads.
   void Queue(TreeFolder& folder);
+  std::shared_ptr<TreeFolder> NextWaiting();
+  void ReadAheadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock);
+  void ReadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock);
 
   const std::string pattern_;
   const bool recurse_;
   const std::function<bool(const std::string&)> enter_;
+  const std::function<bool(const std::string&)> tails_;
   std::mutex mutex_;
-  std::condition_variable changed_;
+  std::condition_variable work_;  ///< there is something to list ahead
+  std::condition_variable done_;  ///< a folder has been listed; only the walk waits for it
   std::vector<std::shared_ptr<TreeFolder>> waiting_;  ///< the one the walk comes to first is last
   std::size_t ahead_ = 0;
   bool stop_ = false;

@@ -25,7 +25,7 @@ void AddWithChildren(Jukebox& jukebox, std::string_view text,
 }  // namespace
 
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,
-                         const std::function<void()>& show) {
+                         const std::function<void()>& show, const TagCache* found_tags) {
   jukebox.Tag("1");
   jukebox.Caption(kBuildingCaption);
   jukebox.AddColumnHeader(kNameHeader);
@@ -38,7 +38,7 @@ void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* 
   std::optional<FilingError> unfiled;
   if (any_songs) {
     try {
-      FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows);
+      FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags);
     } catch (const FilingError& error) {
       unfiled = error;
     }

@@ -8,6 +8,7 @@
 namespace tallow {
 
 class Jukebox;
+class TagCache;
 class clsMain;
 
 /// The caption of the sample jukebox; while it has this one it is never saved over.
@@ -25,8 +26,9 @@ inline constexpr std::string_view kBuildingCaption =
 /// \param jukebox just made, without folders
 /// \param windows the open jukeboxes, this one among them
 /// \param show    shows the window, at the end
+/// \param found_tags see FillAutomaticFolders
 /// \throws FilingError once all is built and shown, see FillAutomaticFolders
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,
-                         const std::function<void()>& show);
+                         const std::function<void()>& show, const TagCache* found_tags = nullptr);
 
 }  // namespace tallow

@@ -220,11 +220,14 @@ void System::SearchForSongs() {
 void System::OpenFirstJukebox() {
   Jukebox& jukebox = windows_.NewJukebox();
   try {
-    BuildInitialJukebox(tallow_.library, jukebox, windows_.OpenJukeboxes(),
-                        [&] { windows_.ShowJukebox(jukebox); });
+    tallow_.found_tags.Seal();
+    BuildInitialJukebox(
+        tallow_.library, jukebox, windows_.OpenJukeboxes(), [&] { windows_.ShowJukebox(jukebox); },
+        &tallow_.found_tags);
   } catch (const FilingError& error) {
     windows_.Notice(error.problems());
   }
+  tallow_.found_tags.Clear();
 }
 
 void System::DropVanishedPlayer() {

@@ -61,7 +61,8 @@ class System {
   ///
   /// Whatever ends it is told, with the thing it is about and what to do. Where the program can go
   /// on by rebuilding what is damaged, it offers to, keeping the damaged file with ".bak" behind
-  /// its name. \returns false when the program is to end; no window is open then
+  /// its name.
+  /// \returns false when the program is to end; no window is open then
   bool Main(const RuntimeFile& runtime_file);
 
  private:

@@ -8,6 +8,7 @@
 
 #include "app/cls_ini.h"
 #include "library/cls_main.h"
+#include "library/tag_cache.h"
 
 namespace tallow {
 
@@ -45,6 +46,9 @@ class Tallow {
   clsMain library;
   /// Runs the song search over all fixed disks; set by whoever knows the drives.
   std::function<void()> search_all_drives;
+
+  /// Tags that the searches have read along the way, until the songs are filed.
+  TagCache found_tags;
 
   /// Full path of the player's executable after start-up; empty when there is none.
   std::string player_path;

@@ -1,0 +1,20 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+find_package(benchmark REQUIRED)
+
+# The floor is a program of its own, so that nothing of Tallow helps it.
+add_executable(tallow_floor benchmarks/floor.cpp)
+target_link_libraries(tallow_floor PRIVATE tallow_options)
+
+add_executable(tallow_collection benchmarks/collection.cpp)
+target_link_libraries(tallow_collection PRIVATE tallow_core)
+
+add_executable(tallow_startup_benchmark benchmarks/startup_benchmark.cpp)
+target_link_libraries(tallow_startup_benchmark PRIVATE tallow_core)
+
+add_executable(tallow_sort_benchmark benchmarks/sort_benchmark.cpp)
+target_link_libraries(tallow_sort_benchmark PRIVATE tallow_core benchmark::benchmark)
+
+if(TALLOW_WINDOWS)
+  add_executable(tallow_window_benchmark benchmarks/window_benchmark.cpp)
+  target_link_libraries(tallow_window_benchmark PRIVATE tallow_ui)
+endif()

@@ -9,6 +9,7 @@
 #include "jukebox/jukebox.h"
 #include "library/cls_main.h"
 #include "library/mp3_tag_editor.h"
+#include "library/tag_cache.h"
 #include "util/number.h"
 #include "util/read_ahead.h"
 #include "util/text.h"
@@ -30,6 +31,14 @@ constexpr std::size_t kDecadeDigit = 2;
 
 std::string PathOf(const clsMain& library, std::int32_t row) {
   return std::string(library.Mp3Info(kFileLocation, row)).append(library.Mp3Info(kFileName, row));
+}
+
+TagBlock TagOf(const clsMain& library, std::int32_t row, const TagCache* found_tags) {
+  if (found_tags != nullptr)
+    if (const auto found =
+            found_tags->Find(library.Mp3Info(kFileLocation, row), library.Mp3Info(kFileName, row)))
+      return *found;
+  return ReadTagBlock(PathOf(library, row));
 }
 
 /// The entry of a song as it is added: its record number, and its rank as the picture.
@@ -106,7 +115,7 @@ class Filing {
 
 /// Files the songs that one jukebox does not have yet; returns false when the library has no songs
 /// at all.
-bool FillJukebox(int mode, Jukebox& jukebox, const clsMain& library,
+bool FillJukebox(int mode, Jukebox& jukebox, const clsMain& library, const TagCache* found_tags,
                  std::vector<std::string>& problems) {
   FolderTree& tree = jukebox.Nodes();
   Folder* const all_songs = tree.Find(kAllSongs);
@@ -128,8 +137,7 @@ bool FillJukebox(int mode, Jukebox& jukebox, const clsMain& library,
   }
   Filing filing(jukebox, library, problems);
   ReadAhead(
-      rows.size(), kTagsAtOnce,
-      [&](std::size_t k) { return ReadTagBlock(PathOf(library, rows[k])); },
+      rows.size(), kTagsAtOnce, [&](std::size_t k) { return TagOf(library, rows[k], found_tags); },
       [&](std::size_t k, const TagBlock& block) { filing.File(rows[k], block); });
   jukebox.ListRefilled(library);
   return true;
@@ -141,7 +149,7 @@ FilingError::FilingError(std::vector<std::string> problems)
     : std::runtime_error(problems.front()), problems_(std::move(problems)) {}
 
 void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
-                          std::span<Jukebox* const> windows) {
+                          std::span<Jukebox* const> windows, const TagCache* found_tags) {
   if (!skip_sort) {
     bool sorted = false;
     library.Sort(true, false, kRecordNumber, sorted);
@@ -149,7 +157,7 @@ void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, cl
   std::vector<std::string> problems;
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
     if (!caption.empty() && (*window)->Caption() != caption) continue;
-    if (!FillJukebox(mode, **window, library, problems)) break;
+    if (!FillJukebox(mode, **window, library, found_tags, problems)) break;
   }
   if (!problems.empty()) throw FilingError(std::move(problems));
 }

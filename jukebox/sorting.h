@@ -13,6 +13,7 @@
 namespace tallow {
 
 class Jukebox;
+class TagCache;
 class clsMain;
 
 /// Some songs could not be filed wholly. Raised once, when everything else has been filed.
@@ -45,12 +46,14 @@ enum FillMode : int {
 /// \param skip_sort false: the library is sorted by record number first
 /// \param caption   empty: every open jukebox; else only the one with this caption
 /// \param windows   the open jukeboxes, in the order they were opened; they are visited from the
-/// last \throws FilingError after all songs are filed: songs whose tag has a year that is no number
+/// last
+/// \param found_tags tags that are known already, sealed; null for none. The others are read from the files
+/// \throws FilingError after all songs are filed: songs whose tag has a year that is no number
 /// (they lie
 ///         in no year and no decade folder), entries of "All Songs" whose number the library has
 ///         not
 void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
-                          std::span<Jukebox* const> windows);
+                          std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr);
 
 /// Marks the songs to be filed: those present whose number no entry of a folder has.
 ///

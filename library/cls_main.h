@@ -97,7 +97,8 @@ class clsMain {
   ///
   /// The file is replaced atomically. A file that the last load could not read whole is first kept
   /// as "FileLocNames.lmz.bak". When the bytes on disk are already those of the table, nothing is
-  /// written. \returns false when the file could not be written; the old file and the count in the
+  /// written.
+  /// \returns false when the file could not be written; the old file and the count in the
   /// settings then
   ///          stand, and SaveError() tells why
   bool Save();

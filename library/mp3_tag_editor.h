@@ -52,7 +52,9 @@ class MP3TagEditor {
   ///
   /// With TagExists the tag replaces the last 128 bytes. Otherwise its marker begins on the last
   /// byte of the file, so that the file grows by 127 bytes: that place is part of what this program
-  /// writes. TagExists stays as it is. \returns true \throws FileError when the file cannot be
+  /// writes. TagExists stays as it is.
+  /// \returns true
+  /// \throws FileError when the file cannot be
   /// opened or written, or is too short to hold the place
   bool SaveMP3();
 

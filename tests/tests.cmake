@@ -18,6 +18,7 @@ add_executable(tallow_core_tests
   library/mp3_genra_test.cpp
   library/mp3_tag_editor_test.cpp
   library/song_table_test.cpp
+  library/tag_cache_test.cpp
   library/tag_text_test.cpp
   util/atomic_file_test.cpp
   util/file_system_test.cpp

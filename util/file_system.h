@@ -33,6 +33,7 @@ struct SubfolderEntry {
 struct FileEntry {
   std::string name;        ///< without folder and separator
   std::uint64_t size = 0;  ///< bytes; 0 when the listing was made without sizes
+  std::string tail;        ///< the last bytes, where they were asked for and read; else empty
 };
 
 /// What one pass over a folder found. "." and ".." are left out.
@@ -49,6 +50,9 @@ struct ListRequest {
   std::string_view pattern = "*";  ///< of the files, see MatchesFilePattern
   bool subfolders = false;
   bool sizes = false;
+  /// How many of the last bytes of each file to read along with its size; a file that is no longer
+  /// than that has no tail. A platform may leave all tails out; then ReadTail gives them.
+  std::size_t tail_bytes = 0;
 };
 
 /// Lists a folder. Sockets, pipes, devices and links that lead nowhere are in neither list.

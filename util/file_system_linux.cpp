@@ -50,6 +50,24 @@ EntryKind KindOf(int directory, const dirent& entry, bool size_wanted, std::uint
   return EntryKind::kFile;
 }
 
+/// ReadTail of a file in an open folder, or by its path; tells the file's size as well.
+TailResult ReadTailAt(int directory, const char* name, std::span<char> bytes, struct stat& status) {
+  const OpenFile file(openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
+  if (!file || fstat(file.descriptor(), &status) != 0 || !S_ISREG(status.st_mode))
+    return TailResult::kFailed;
+  const auto wanted = static_cast<off_t>(bytes.size());
+  if (status.st_size <= wanted) return TailResult::kTooShort;
+  std::size_t filled = 0;
+  while (filled < bytes.size()) {
+    const ssize_t got = pread(file.descriptor(), bytes.data() + filled, bytes.size() - filled,
+                              status.st_size - wanted + static_cast<off_t>(filled));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) return TailResult::kFailed;
+    filled += static_cast<std::size_t>(got);
+  }
+  return TailResult::kRead;
+}
+
 bool IsDotOrDotDot(const char* name) noexcept {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
@@ -64,13 +82,9 @@ std::optional<struct stat> StatusOf(const std::string& path) {
 
 FolderListing ListFolder(const std::string& folder, const ListRequest& request) {
   FolderListing listing;
-  const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NONBLOCK);
-  if (descriptor < 0) return listing;
-  const Directory directory(fdopendir(descriptor));
-  if (!directory) {
-    close(descriptor);
-    return listing;
-  }
+  const Directory directory(opendir(folder.c_str()));
+  if (!directory) return listing;
+  const int descriptor = dirfd(directory.get());
   struct stat status {};
   if (request.subfolders && fstat(descriptor, &status) == 0) listing.identity = IdentityOf(status);
   listing.opened = true;
@@ -81,10 +95,22 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     // Of a name that is neither a file asked for nor possibly a folder asked for, nothing is
     // needed.
     if (!matches && (!request.subfolders || entry->d_type == DT_REG)) continue;
+    if (request.tail_bytes > 0 && matches && entry->d_type == DT_REG) {
+      // Opening the file tells its size too.
+      FileEntry& file = listing.files.emplace_back();
+      file.name = name;
+      file.tail.resize(request.tail_bytes);
+      status = {};
+      if (ReadTailAt(descriptor, entry->d_name, file.tail, status) != TailResult::kRead)
+        file.tail.clear();
+      if (status.st_mode == 0) fstatat(descriptor, entry->d_name, &status, 0);
+      file.size = static_cast<std::uint64_t>(status.st_size);
+      continue;
+    }
     std::uint64_t size = 0;
     switch (KindOf(descriptor, *entry, request.sizes && matches, size)) {
       case EntryKind::kFile:
-        if (matches) listing.files.push_back({std::string(name), size});
+        if (matches) listing.files.push_back({std::string(name), size, {}});
         break;
       case EntryKind::kFolder:
         if (request.subfolders) listing.subfolders.push_back({std::string(name), false});
@@ -172,21 +198,8 @@ std::string AbsolutePath(const std::string& path) {
 }
 
 TailResult ReadTail(const std::string& path, std::span<char> bytes) {
-  const OpenFile file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
   struct stat status {};
-  if (!file || fstat(file.descriptor(), &status) != 0 || !S_ISREG(status.st_mode))
-    return TailResult::kFailed;
-  const auto wanted = static_cast<off_t>(bytes.size());
-  if (status.st_size <= wanted) return TailResult::kTooShort;
-  std::size_t filled = 0;
-  while (filled < bytes.size()) {
-    const ssize_t got = pread(file.descriptor(), bytes.data() + filled, bytes.size() - filled,
-                              status.st_size - wanted + static_cast<off_t>(filled));
-    if (got < 0 && errno == EINTR) continue;
-    if (got <= 0) return TailResult::kFailed;
-    filled += static_cast<std::size_t>(got);
-  }
-  return TailResult::kRead;
+  return ReadTailAt(AT_FDCWD, path.c_str(), bytes, status);
 }
 
 }  // namespace tallow

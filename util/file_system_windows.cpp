@@ -88,7 +88,7 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
       if (!target || (target->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) continue;
       size = (std::uint64_t{target->nFileSizeHigh} << 32U) | target->nFileSizeLow;
     }
-    listing.files.push_back({name, request.sizes ? size : 0});
+    listing.files.push_back({name, request.sizes ? size : 0, {}});
   } while (FindNextFileW(search.get(), &found));
   return listing;
 }

@@ -1,0 +1,84 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Measures Tallow on collections of real MP3 files against a floor that is measured in the same run: one
+# thread that walks the tree and reads the last 128 bytes of every MP3 file. All with a warm cache.
+#
+#   ./bench.sh            20,000 and 100,000 files
+#   ./bench.sh --million  1,000,000 files too (needs about 8 GB of disk)
+set -euo pipefail
+cd "$(dirname "$0")"
+
+sizes=(20000 100000)
+case "${1:-}" in
+  "") ;;
+  --million) sizes+=(1000000) ;;
+  *) echo "Usage: ./bench.sh [--million]" >&2; exit 2 ;;
+esac
+
+packaging/install-dependencies.sh run demo bench
+cmake --preset release -DTALLOW_BENCHMARKS=ON > build.log 2>&1 || { cat build.log; rm build.log; exit 1; }
+rm build.log
+cmake --build --preset release -- --quiet
+programs=build/release
+folder=build/bench
+mkdir -p "$folder"
+if [ ! -s "$folder/tone.mp3" ]; then
+  sox -q -n -r 22050 -c 1 "$folder/tone.wav" synth 0.5 sine 440
+  lame --quiet -b 32 "$folder/tone.wav" "$folder/tone.mp3"
+fi
+
+# best TIMES WHAT COMMAND...: of the output lines that begin with WHAT, the one with the fewest seconds
+best() {
+  local times=$1 what=$2
+  shift 2
+  for _ in $(seq "$times"); do "$@"; done | grep "^$what" | sort -k2,2g | head -n 1
+}
+divide() { awk -v a="$1" -v b="$2" -v f="${3:-%.2f}" 'BEGIN { printf f, a / b }'; }
+row() { printf '%-9s %-15s %10s %8s %6s   %s\n' "$@"; }
+first_run() {
+  rm -rf "$folder/app"
+  mkdir -p "$folder/app"
+  "$programs/tallow_startup_benchmark" "$PWD/$music" "$PWD/$folder/app" first
+}
+
+declare -A a_song
+row files what seconds ratio goal memory
+for size in "${sizes[@]}"; do
+  music=$folder/music-$size
+  if [ ! -e "$music.complete" ]; then
+    rm -rf "$music"
+    "$programs/tallow_collection" "$folder/tone.mp3" "$music" "$size"
+    touch "$music.complete"
+  fi
+  if [ "$size" -ge 1000000 ]; then most=400; else most=40; fi
+  "$programs/tallow_floor" "$music" > /dev/null # warms the cache
+  read -r _ floor _ < <(best 5 "" "$programs/tallow_floor" "$music")
+  row "$size" floor "$floor" 1.00 "" ""
+
+  read -r _ seconds memory _ < <(best 5 first first_run)
+  row "$size" "first run" "$seconds" "$(divide "$seconds" "$floor")" 1.0 \
+    "$(divide "$memory" 1024 %.1f) MB"
+  a_song[$size]=$(divide "$seconds" "$size" %.9f)
+
+  window=("$programs/tallow_window_benchmark" "$PWD/$music" "$PWD/$folder/app")
+  read -r _ seconds memory _ < <(best 5 start "${window[@]}")
+  row "$size" "second start" "$seconds" "$(divide "$seconds" "$floor")" 1.5 \
+    "$(divide "$memory" 1024 %.1f) MB (goal: $most)"
+  for what in show scroll; do
+    read -r _ seconds _ < <(best 1 $what "${window[@]}")
+    row "$size" "$what" "$seconds" "$(divide "$seconds" 0.016)" 1.0 "ratio to one frame, 16 ms"
+  done
+done
+if [ -n "${a_song[1000000]:-}" ]; then
+  row 1000000 "a song's time" "${a_song[1000000]}" \
+    "$(divide "${a_song[1000000]}" "${a_song[100000]}")" 1.3 "ratio to a song's at 100000, first run"
+fi
+
+echo
+echo "Sorting 100000 rows (argument: the column), against std::sort of the same keys; goal: 3.0"
+"$programs/tallow_sort_benchmark" --benchmark_format=csv 2> /dev/null | awk -F, '
+  /^"StandardSort/ { split($1, n, /[\/"]/); standard[n[3]] = $3 }
+  /^"TallowSort/ {
+    split($1, n, /[\/"]/)
+    printf "column %s   std::sort %7.2f ms   Sort %7.2f ms   ratio %.2f\n", n[3], standard[n[3]], $3, $3 / standard[n[3]]
+  }'

@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Measures the start-up without windows over a real collection: the first run, and runs after it.
+// Prints one line a run: what, seconds, KiB of memory more than before the library was made.
+//
+// Usage: tallow_startup_benchmark MUSIC APPLICATION_FOLDER first|second
+#include <chrono>
+#include <cstdio>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <unistd.h>
+#include <vector>
+
+#include "app/drive_list.h"
+#include "app/system.h"
+#include "jukebox/jukebox.h"
+
+namespace tallow {
+namespace {
+
+/// No windows: what a start-up costs by itself.
+class NoWindows : public StartUpWindows, private SearchProgress {
+ public:
+  void ShowSplash() override {}
+  SearchProgress& Splash() override { return *this; }
+  void ShowCancelButton(bool) override {}
+  void ShowFoundLine(bool) override {}
+  void UnloadSplash() override {}
+  Jukebox& NewJukebox() override { return jukebox; }
+  void ShowJukebox(Jukebox&) override {}
+  std::span<Jukebox* const> OpenJukeboxes() override { return open_; }
+  void Tell(const std::string& text) override { std::fprintf(stderr, "%s\n", text.c_str()); }
+  bool Ask(const std::string& text) override {
+    Tell(text);
+    return false;
+  }
+  void Notice(const std::vector<std::string>& lines) override { Tell(lines.front()); }
+  void OpenInTextEditor(const std::string&) override {}
+  void ShowTip() override {}
+
+  Jukebox jukebox;
+
+ private:
+  bool IsLoaded() const override { return true; }
+  void SetStatus(std::string_view) override {}
+  void SetFound(std::string_view) override {}
+  void Repaint() override {}
+  void Yield() override {}
+  void YieldAfterSong() override {}
+
+  Jukebox* const open_[1] = {&jukebox};
+};
+
+/// Resident memory of this process, KiB.
+long Memory() {
+  std::ifstream status("/proc/self/statm");
+  long pages = 0;
+  status >> pages >> pages;
+  return pages * (sysconf(_SC_PAGESIZE) / 1024);
+}
+
+int Run(const std::string& music, const std::string& application, const char* what) {
+  const long before = Memory();
+  const auto begin = std::chrono::steady_clock::now();
+  Tallow tallow(application + "/");
+  const auto drives = GivenDrives({music});
+  NoWindows windows;
+  if (!System(tallow, *drives, windows).Main({})) return 1;
+  const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+  std::printf("%s %.6f %ld %d\n", what, took.count(), Memory() - before,
+              tallow.library.UBoundOfMp3Array());
+  return 0;
+}
+
+}  // namespace
+}  // namespace tallow
+
+int main(int argc, char** argv) { return argc == 4 ? tallow::Run(argv[1], argv[2], argv[3]) : 2; }

@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/tag_cache.h"
+
+#include <algorithm>
+
+namespace tallow {
+namespace {
+
+constexpr std::string_view kMarker = "TAG";
+constexpr std::size_t kArtistAt = 33;
+constexpr std::size_t kYearAt = 93;
+constexpr std::size_t kGenraAt = 127;
+
+/// FNV-1a over both parts of a path, then mixed so that all bits depend on all.
+std::uint64_t HashOf(std::string_view folder, std::string_view name) noexcept {
+  std::uint64_t hash = 0xCBF29CE484222325U;
+  for (const std::string_view part : {folder, name})
+    for (const char c : part) hash = (hash ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
+  hash = (hash ^ (hash >> 33U)) * 0xFF51AFD7ED558CCDU;
+  return hash ^ (hash >> 33U);
+}
+
+}  // namespace
+
+void TagCache::Add(std::string_view folder, std::string_view name, std::string_view tail) {
+  if (tail.size() != kTagBytes) return;
+  Entry& entry = entries_.emplace_back();
+  entry.path_hash = HashOf(folder, name);
+  entry.tagged = tail.starts_with(kMarker);
+  tail.copy(entry.artist.data(), entry.artist.size(), kArtistAt);
+  tail.copy(entry.year.data(), entry.year.size(), kYearAt);
+  entry.genra = tail[kGenraAt];
+}
+
+void TagCache::Seal() {
+  std::sort(entries_.begin(), entries_.end(),
+            [](const Entry& a, const Entry& b) { return a.path_hash < b.path_hash; });
+}
+
+std::optional<TagBlock> TagCache::Find(std::string_view folder, std::string_view name) const {
+  if (entries_.empty()) return std::nullopt;
+  const std::uint64_t hash = HashOf(folder, name);
+  // Hashes are spread evenly, so the place of one is known but for a few steps.
+  auto at = static_cast<std::size_t>(static_cast<double>(hash >> 11U) * 0x1p-53 *
+                                     static_cast<double>(entries_.size()));
+  at = std::min(at, entries_.size() - 1);
+  while (at > 0 && entries_[at].path_hash > hash) --at;
+  while (at + 1 < entries_.size() && entries_[at].path_hash < hash) ++at;
+  const Entry& entry = entries_[at];
+  if (entry.path_hash != hash) return std::nullopt;
+  TagBlock block;
+  block.result = TailResult::kRead;
+  block.bytes.fill(' ');
+  if (entry.tagged) kMarker.copy(block.bytes.data(), kMarker.size());
+  std::copy(entry.artist.begin(), entry.artist.end(), block.bytes.begin() + kArtistAt);
+  std::copy(entry.year.begin(), entry.year.end(), block.bytes.begin() + kYearAt);
+  block.bytes[kGenraAt] = entry.genra;
+  return block;
+}
+
+void TagCache::Clear() { entries_ = {}; }
+
+}  // namespace tallow
