@@ -44,8 +44,7 @@ class SettingsError : public std::runtime_error {
 class clsINI {
  public:
   /// \param update_the_menu_control_array rebuilds the recent-file entries of the main window's
-  /// menu;
-  ///        called whenever one of the three jukebox settings is set; may be empty
+  ///         menu; called whenever one of the three jukebox settings is set; may be empty
   explicit clsINI(std::function<void()> update_the_menu_control_array = {});
 
   /// Takes every setting back to what it is before a file is read: empty, 0 and false.
@@ -107,8 +106,7 @@ class clsINI {
   /// \param application_folder the program's folder, ending in a separator
   /// \returns true
   /// \throws TypeMismatchError when there is a library file whose last song has no number, or that
-  /// holds
-  ///         no song; nothing is saved then
+  ///         holds no song; nothing is saved then
   /// \throws FileError when the library file cannot be read
   bool CreateNewIniFile(const std::string& path, const std::string& application_folder);
 

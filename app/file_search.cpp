@@ -89,7 +89,8 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   FolderReader reader(
       request.Pattern, request.Recurse,
       [this](const std::string& folder) { return !drives_.IsMountPoint(folder); },
-      // Songs that join the library are filed next; their tags are best read while the folder is open.
+      // Songs that join the library are filed next; their tags are best read while the folder is
+      // open.
       [add = request.AddToLibrary](const std::string& folder) {
         return add && !IsExcludedFolder(folder);
       });

@@ -41,7 +41,8 @@ class FolderReader {
 
   /// \param pattern of the files to list, with their sizes
   /// \param recurse list subfolders too
-  /// \param tails   of the files of which folders the last bytes are read too; called from several threads
+  /// \param tails of the files of which folders the last bytes are read too; called from several
+  ///         threads
   /// \param enter   whether a subfolder that is no link may be entered; called from several threads
   FolderReader(std::string pattern, bool recurse, std::function<bool(const std::string&)> enter,
                std::function<bool(const std::string&)> tails);

@@ -47,19 +47,18 @@ enum FillMode : int {
 /// \param caption   empty: every open jukebox; else only the one with this caption
 /// \param windows   the open jukeboxes, in the order they were opened; they are visited from the
 /// last
-/// \param found_tags tags that are known already, sealed; null for none. The others are read from the files
+/// \param found_tags tags that are known already, sealed; null for none. The others are read from
+///         the files
 /// \throws FilingError after all songs are filed: songs whose tag has a year that is no number
-/// (they lie
-///         in no year and no decade folder), entries of "All Songs" whose number the library has
-///         not
+///         (they lie in no year and no decade folder), entries of "All Songs" whose number the
+///         library has not
 void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
                           std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr);
 
 /// Marks the songs to be filed: those present whose number no entry of a folder has.
 ///
-/// \param flags    one element a row, for rows 1 to the library's last; element 0 is row 1. Empty
-/// when the
-///                 library is
+/// \param flags one element a row, for rows 1 to the library's last; element 0 is row 1. Empty when
+///         the library is
 /// \param problems is told each entry whose number is no row of the library
 void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<char>& flags,
                      std::vector<std::string>& problems);

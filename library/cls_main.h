@@ -98,17 +98,15 @@ class clsMain {
   /// The file is replaced atomically. A file that the last load could not read whole is first kept
   /// as "FileLocNames.lmz.bak". When the bytes on disk are already those of the table, nothing is
   /// written.
-  /// \returns false when the file could not be written; the old file and the count in the
-  /// settings then
-  ///          stand, and SaveError() tells why
+  /// \returns false when the file could not be written; the old file and the count in the settings
+  ///         then stand, and SaveError() tells why
   bool Save();
 
   /// Reads the library file into a table of as many rows as the settings count. A record without a
   /// name is skipped; columns 6 to 12 come out empty. A file that does not exist is made empty.
   ///
   /// \returns false when the settings count no rows, when the file holds more records than rows, or
-  /// when
-  ///          it is damaged; the rows read before that stay
+  ///         when it is damaged; the rows read before that stay
   bool LoadMain();
 
   /// Whether there are rows.

@@ -54,8 +54,7 @@ class MP3TagEditor {
   /// byte of the file, so that the file grows by 127 bytes: that place is part of what this program
   /// writes. TagExists stays as it is.
   /// \returns true
-  /// \throws FileError when the file cannot be
-  /// opened or written, or is too short to hold the place
+  /// \throws FileError when the file cannot be opened or written, or is too short to hold the place
   bool SaveMP3();
 
   /// Clears all fields and reads the tag of a file.

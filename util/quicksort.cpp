@@ -97,8 +97,8 @@ void SortNumbers(TextTable& table, std::int32_t lo, std::int32_t hi, std::int16_
       [&](std::int32_t a, std::int32_t b) { std::swap(rows.at(a), rows.at(b)); }, Less());
 }
 
-/// A text to be ranked: the eight bytes behind what all texts begin with, as one number, decide most
-/// comparisons.
+/// A text to be ranked: the eight bytes behind what all texts begin with, as one number, decide
+/// most comparisons.
 struct RankEntry {
   std::uint64_t prefix;
   std::uint32_t offset;  ///< of the lower-cased text in the common buffer

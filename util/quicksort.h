@@ -55,8 +55,7 @@ class SortCity {
   /// Sorts rows lo to hi by the key column as 32-bit integers.
   ///
   /// \throws TypeMismatchError, OverflowError when a cell is no such number; the rows that had
-  /// already
-  ///         changed places then stay changed
+  ///         already changed places then stay changed
   static void QuickSortNumericAscending(TextTable& table, std::int32_t lo, std::int32_t hi,
                                         std::int16_t key_column, std::int16_t columns);
   /// As QuickSortNumericAscending, largest first.
