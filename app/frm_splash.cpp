@@ -169,6 +169,7 @@ void frmSplash::Repaint() {
   if (!IsDue()) return;
   ShowLines();
   repaint();
+  painted_ = true;
 }
 
 void frmSplash::Yield() {
@@ -177,8 +178,10 @@ void frmSplash::Yield() {
 }
 
 void frmSplash::YieldAfterSong() {
-  // Repaint has just restarted the clock when it painted; then the events are due as well.
-  if (since_shown_.elapsed() <= 1) QCoreApplication::processEvents();
+  // Events are as often due as painting is.
+  if (!painted_) return;
+  painted_ = false;
+  QCoreApplication::processEvents();
 }
 
 void frmSplash::reject() {

@@ -53,6 +53,7 @@ class frmSplash : public QDialog, public SearchProgress {
   bool loaded_ = false;
   std::string status_;
   std::string found_;
+  bool painted_ = false;       ///< since the last YieldAfterSong
   QElapsedTimer since_shown_;  ///< since the lines were last put on the screen
 
   QLabel* label_;

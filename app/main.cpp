@@ -6,6 +6,7 @@
 #include <vector>
 
 #include <QApplication>
+#include <QIcon>
 
 #include "app/command_line.h"
 #include "app/drive_list.h"
@@ -38,6 +39,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
   QApplication::setApplicationName(QStringLiteral("Tallow"));
   QApplication::setApplicationVersion(
       QStringLiteral("%1.%2").arg(kMajorVersion).arg(kMinorVersion));
+  QApplication::setWindowIcon(QIcon(QStringLiteral(":/Custom/101")));
   // The splash window is the only one at times; its end is not the program's.
   QApplication::setQuitOnLastWindowClosed(false);
 

@@ -7,6 +7,7 @@
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 #include "app/data_paths.h"
 #include "tests/library_fixture.h"
@@ -30,15 +31,9 @@ class SaveKill : public LibraryTest {
     library.WriteOutMp3DirectoryLocations();
   }
 
-  /// Waits, for ten seconds at most, until the library file or the one written beside it is new.
-  void WaitForAChange(const std::optional<std::string>& before) {
-    const auto stamp = StampOf(LibraryPath());
-    for (int wait = 0; wait < 10000; ++wait) {
-      if (FileExists(LibraryPath() + ".new") || StampOf(LibraryPath()) != stamp ||
-          ReadWholeFile(LibraryPath()) != before)
-        return;
-      std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    }
+  /// Stamps of the library file and of the one written beside it.
+  std::pair<std::optional<FileStamp>, std::optional<FileStamp>> Stamps() const {
+    return {StampOf(LibraryPath()), StampOf(LibraryPath() + ".new")};
   }
 
   /// What a user does all day: ranks everything and saves, over and over. Now and then songs come
@@ -64,12 +59,14 @@ TEST_F(SaveKill, AfterAKillAtAnyMomentEverySongAndRankIsThere) {
   int changed = 0;
   for (int kill_number = 0; kill_number < kKills; ++kill_number) {
     const auto before = ReadWholeFile(LibraryPath());
+    const auto stamps = Stamps();
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) RankForever();
     // Two thirds of the kills wait until the child has begun to save, however slow this build is; the
     // rest come at any moment of its start.
-    if (kill_number % 3 != 0) WaitForAChange(before);
+    for (int wait = 0; kill_number % 3 != 0 && Stamps() == stamps && wait < 10000; ++wait)
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
     std::this_thread::sleep_for(std::chrono::microseconds(random() % 12000));
     kill(child, SIGKILL);
     int status = 0;

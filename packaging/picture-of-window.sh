@@ -38,4 +38,5 @@ done
 sleep 2
 mkdir -p "$(dirname "$picture")"
 import -window root "$picture"
+mogrify -bordercolor black -border 1 -trim +repage "$picture"
 echo "The picture is in $picture"

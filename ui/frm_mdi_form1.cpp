@@ -32,7 +32,6 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, QWidget* parent)
 
 frmMain& frmMDIForm1::NewJukeboxWindow() {
   auto* const window = new frmMain(tallow_);
-  window->setAttribute(Qt::WA_DeleteOnClose);
   area_->addSubWindow(window)->hide();
   connect(window, &frmMain::Problem, this,
           [this](const QString& text) { Notice({text.toStdString()}); });
