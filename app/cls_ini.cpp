@@ -54,9 +54,11 @@ void clsINI::LocSecToLastSavedJukeBox(std::string_view path) {
 
 void clsINI::LocOfLastSavedJukeBox(std::string_view path) {
   if (path == last_) return;
+  // The path may be one of the entries that are about to move.
+  std::string new_last(path);
   LocOfThirdToLastSaveJukeBox(second_to_last_);
   LocSecToLastSavedJukeBox(last_);
-  last_ = path;
+  last_ = std::move(new_last);
   UpdateMenu();
 }
 

@@ -19,15 +19,19 @@ class SettingsError : public std::runtime_error {
   SettingsError(std::string_view file, std::size_t line, std::string_view problem);
 };
 
-// The settings file "TallowOrganizer.ini" is ten lines of text, each ended by CR LF. The meaning of
-// a line is its number, and nothing is quoted:
+// The settings file "TallowOrganizer.ini" is ten lines of text, each ended by CR LF. The meaning of a
+// line is its number, and nothing is quoted:
 //
 // |  1 | FileContainingTargetDirectories |
 // |  2 | LocOfGroupingDir |
-// |  3 | NumerOfRecordsInTheMain, one blank before the digits (the place of a sign) and one behind
-// | |  4 | LocOfWinAmpExe | |  5 | LocOfLastSavedJukeBox | |  6 | LocSecToLastSavedJukeBox | |  7 |
-// LocOfThirdToLastSaveJukeBox | |  8 | IsThereAPicture, "True" or "False" | |  9 | IsItTiled,
-// "True" or "False" | | 10 | PictureLocation |
+// |  3 | NumerOfRecordsInTheMain, one blank before the digits (a sign's place) and one behind |
+// |  4 | LocOfWinAmpExe |
+// |  5 | LocOfLastSavedJukeBox |
+// |  6 | LocSecToLastSavedJukeBox |
+// |  7 | LocOfThirdToLastSaveJukeBox |
+// |  8 | IsThereAPicture, "True" or "False" |
+// |  9 | IsItTiled, "True" or "False" |
+// | 10 | PictureLocation |
 //
 // For example, with no jukebox saved and no picture:
 //

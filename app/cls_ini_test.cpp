@@ -266,5 +266,61 @@ TEST_F(NewIniFile, ALibraryWithoutSongsFailsBeforeAnythingIsSaved) {
   EXPECT_FALSE(FileExists(tallow.settings_path));
 }
 
+TEST_F(NewIniFile, TheCountIsTheLastSongsNumberNotTheNumberOfSongs) {
+  AddSong("/a/", "a");
+  AddSong("/a/", "b");
+  AddSong("/a/", "c");
+  library.Mp3Info(4, 2, "abc");
+  library.Mp3Info(4, 3, " 7 ");
+  library.Save();
+  clsINI settings;
+  settings.LocOfThirdToLastSaveJukeBox("x");
+  settings.IsThereAPicture(true);
+  settings.PictureLocation("x");
+  settings.CreateNewIniFile(tallow.settings_path, application.path());
+  EXPECT_EQ(settings.NumerOfRecordsInTheMain(), 7);
+  EXPECT_EQ(settings.LocOfThirdToLastSaveJukeBox(), "");
+  EXPECT_FALSE(settings.IsThereAPicture());
+  EXPECT_EQ(settings.PictureLocation(), "");
+}
+
+TEST_F(ClsIni, LoadingAFewLinesRotatesTheRecentFiles) {
+  clsINI settings;
+  settings.LocOfLastSavedJukeBox("old");
+  settings.GetandLoadIniInfo(folder.File("ini", "a\r\nb\r\n1\r\np\r\nnew\r\n"));
+  EXPECT_EQ(settings.LocOfLastSavedJukeBox(), "new");
+  EXPECT_EQ(settings.LocSecToLastSavedJukeBox(), "old");
+}
+
+TEST_F(ClsIni, LoadingRebuildsTheMenuForEachOfItsLines) {
+  int updates = 0;
+  clsINI settings([&] { ++updates; });
+  settings.GetandLoadIniInfo(folder.File("ini", "a\r\nb\r\n1\r\np\r\nlast\r\nsecond\r\nthird\r\n"));
+  EXPECT_EQ(updates, 5);
+}
+
+TEST_F(ClsIni, ARecentFileCanBecomeTheLastOne) {
+  clsINI settings;
+  const std::string a = "/jukeboxes/a name that is kept outside the string itself.juk";
+  const std::string b = "/jukeboxes/b another name of some length, as paths have it.juk";
+  settings.LocOfLastSavedJukeBox(a);
+  settings.LocOfLastSavedJukeBox(b);
+  settings.LocOfLastSavedJukeBox(settings.LocSecToLastSavedJukeBox());
+  EXPECT_EQ(settings.LocOfLastSavedJukeBox(), a);
+  EXPECT_EQ(settings.LocSecToLastSavedJukeBox(), b);
+  EXPECT_EQ(settings.LocOfThirdToLastSaveJukeBox(), a);
+}
+
+TEST_F(ClsIni, ALineBreakWithinAPathDoesNotShiftTheLines) {
+  clsINI settings;
+  settings.LocOfLastSavedJukeBox("/a\nb.juk");
+  settings.IsItTiled(true);
+  settings.Save(path);
+  clsINI read;
+  read.GetandLoadIniInfo(path);
+  EXPECT_EQ(read.LocOfLastSavedJukeBox(), "/a\nb.juk");
+  EXPECT_TRUE(read.IsItTiled());
+}
+
 }  // namespace
 }  // namespace tallow

@@ -16,7 +16,7 @@ std::string ProblemOfApplicationFolder(const std::string& folder) {
   if (!FolderExists(folder)) return "The application folder " + folder + " does not exist.";
   if (!FolderIsWritable(folder))
     return "No file can be made in the application folder " + folder + ".";
-  // The settings keep paths one a line, and blanks around a line are lost.
+  // The settings keep paths one a line.
   if (HasLineBreak(folder))
     return "The application folder " + folder + " has a line break in its path.";
   return {};
@@ -35,7 +35,9 @@ CommandLine ParseCommandLine(std::span<const std::string> arguments) {
   for (std::size_t i = 0; i < arguments.size() && line.error.empty(); ++i) {
     const std::string& argument = arguments[i];
     const auto folder = [&]() -> std::string {
-      if (i + 1 < arguments.size() && !arguments[i + 1].empty()) return arguments[++i];
+      if (i + 1 < arguments.size() && !arguments[i + 1].empty() &&
+          !arguments[i + 1].starts_with("--"))
+        return arguments[++i];
       line.error = argument + " needs a folder behind it.";
       return {};
     };

@@ -4,6 +4,9 @@
 #include <gtest/gtest.h>
 
 #include "tests/temp_folder.h"
+#ifndef _WIN32
+#include "tests/as_nobody_linux.h"
+#endif
 
 namespace tallow {
 namespace {
@@ -63,6 +66,22 @@ TEST(CommandLine, AFolderWithALineBreakCannotHoldTheSettings) {
 TEST(ApplicationFolder, IsAFolderThatCanBeWritten) {
   EXPECT_TRUE(FolderIsWritable(UsualApplicationFolder()));
 }
+
+TEST(CommandLine, AnOptionIsNoFolder) {
+  EXPECT_EQ(Parse({"--drive", "--app-folder", "x"}).error, "--drive needs a folder behind it.");
+}
+
+#ifndef _WIN32
+TEST(CommandLine, FoldersWithoutPermissionAreNamed) {
+  const TempFolder folder;
+  const std::string closed = folder.Folder("closed");
+  std::filesystem::permissions(closed, std::filesystem::perms::none);
+  const AsNobody nobody;
+  EXPECT_EQ(Parse({"--drive", closed}).error, "The drive folder " + closed + " cannot be read.");
+  EXPECT_EQ(Parse({"--app-folder", folder.path()}).error,
+            "No file can be made in the application folder " + folder.path() + ".");
+}
+#endif
 
 }  // namespace
 }  // namespace tallow

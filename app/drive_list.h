@@ -35,7 +35,8 @@ class DriveList {
   virtual bool IsMountPoint(const std::string& folder) const = 0;
 
   /// Whether what a linked folder leads to may be walked: anything but the kernel's own file
-  /// systems.
+  /// systems. A link says that the user wants what it leads to, so the kind of drive it is on does
+  /// not matter.
   virtual bool MayFollow(const std::string& linked_folder) const = 0;
 };
 

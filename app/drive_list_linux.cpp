@@ -23,13 +23,16 @@ std::string ReadMountTable() {
   }
 }
 
-/// Whether a block device, or the disk that it is a part of, is removable or on a USB port.
-bool IsRemovable(dev_t device) {
-  const std::string link =
-      "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device));
-  std::string folder = AbsolutePath(link);
-  if (folder == link) return false;
+/// Whether the device of a folder of /sys, or the disk that it is a part of, is removable or on a USB
+/// port. A device made of others (encrypted, joined) is when one of them is.
+///
+/// \param depth how many devices may still lie below each other
+bool IsRemovable(std::string folder, int depth) {
   if (folder.find("/usb") != std::string::npos) return true;
+  if (depth == 0) return false;
+  for (const SubfolderEntry& below :
+       ListFolder(folder + "/slaves", {.subfolders = true}).subfolders)
+    if (IsRemovable(AbsolutePath(folder + "/slaves/" + below.name), depth - 1)) return true;
   // A partition's own folder lies in its disk's; only the disk's has the mark.
   for (int level = 0; level < 2; ++level) {
     try {
@@ -39,9 +42,18 @@ bool IsRemovable(dev_t device) {
       return false;
     }
     const std::string_view parent = FolderOfPath(folder);
+    if (parent.size() < 2) return false;
     folder = std::string(parent.substr(0, parent.size() - 1));
   }
   return false;
+}
+
+bool IsRemovable(dev_t device) {
+  constexpr int kMostLayers = 4;
+  const std::string link =
+      "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device));
+  const std::string folder = AbsolutePath(link);
+  return folder != link && IsRemovable(folder, kMostLayers);
 }
 
 BlockDevice DeviceOf(const Mount& mount) {
@@ -71,11 +83,11 @@ class MountedDrives : public DriveList {
   }
 
   int TypeOf(const std::string& root) const override {
-    if (!FolderExists(root)) return kNoDrive;
     const auto drive = std::find_if(drives_.begin(), drives_.end(), [&](const Mount& mount) {
       return EnsureTrailingBackslash(mount.point) == root;
     });
-    return drive == drives_.end() ? kUnknownDrive : TypeOfMount(*drive, DeviceOf(*drive));
+    const int type = drive == drives_.end() ? kUnknownDrive : TypeOfMount(*drive, DeviceOf(*drive));
+    return AnswersAtOnce(type) && !FolderExists(root) ? kNoDrive : type;
   }
 
   bool IsMountPoint(const std::string& folder) const override { return points_.contains(folder); }

@@ -24,8 +24,9 @@ bool IsExcludedFolder(std::string_view folder) {
   return ToLower(folder).find("incomplete") != std::string::npos || IsInRecycleBin(folder);
 }
 
-FileSearch::FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress)
-    : tallow_(tallow), drives_(drives), progress_(progress) {}
+FileSearch::FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress,
+                       std::function<std::string()> nearby)
+    : tallow_(tallow), drives_(drives), progress_(progress), nearby_(std::move(nearby)) {}
 
 FileSearch::~FileSearch() = default;
 
@@ -50,6 +51,7 @@ void FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
     WalkFolderTree(request);
     return;
   }
+  tallow_.found_tags.Clear();
   request.Recurse = true;
   std::string list = drives_.GetLogicalDriveList();
   while (!IsEndOfDriveList(list)) {
@@ -71,12 +73,19 @@ void FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
 void FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
   // A linked folder may hold further links, which join the end of the list.
   for (std::size_t k = 0; k < linked_.size(); ++k) {
+    if (!drives_.MayFollow(linked_[k])) continue;
     const auto identity = IdentityOfFolder(linked_[k]);
-    if (!identity || visited_.contains(*identity) || !drives_.MayFollow(linked_[k])) continue;
-    request.Folder = AbsolutePath(linked_[k]);
+    if (!identity || visited_.contains(*identity)) continue;
+    // It may be a whole disk, so it is announced and can be cancelled as one.
+    const std::string folder = EnsureTrailingBackslash(RealPathOfFolder(linked_[k]));
+    if (PauseAndTestForCancel()) return;
+    if (IsSplashLoaded()) {
+      Report("Looking for Mp3s in " + folder);
+      progress_->Repaint();
+    }
+    request.Folder = folder;
     WalkFolderTree(request);
   }
-  linked_.clear();
 }
 
 bool FileSearch::Visit(const TreeFolder& folder) {
@@ -170,7 +179,7 @@ std::int64_t FileSearch::AddListedFiles(FileSearchRequest& request, const std::s
 }
 
 void FileSearch::SearchDrivesForWinamp() {
-  std::string found = FindPlayerNearby();
+  std::string found = nearby_();
   std::string list = found.empty() ? drives_.GetLogicalDriveList() : std::string();
   while (found.empty() && !IsEndOfDriveList(list)) {
     const std::string root = NextDriveFromList(list);

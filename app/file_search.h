@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "app/drive_list.h"
+#include "app/player_search.h"
 #include "app/search_progress.h"
 #include "app/tallow.h"
 #include "util/file_system.h"
@@ -35,7 +37,9 @@ struct FileSearchRequest {
 class FileSearch {
  public:
   /// \param progress may be null when there is no window to report to
-  FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress);
+  /// \param nearby   finds the player where no disk has to be searched, see FindPlayerNearby
+  FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress,
+             std::function<std::string()> nearby = FindPlayerNearby);
   ~FileSearch();
 
   /// The song search.
@@ -84,6 +88,7 @@ class FileSearch {
   Tallow& tallow_;
   const DriveList& drives_;
   SearchProgress* progress_;
+  std::function<std::string()> nearby_;
   std::unordered_set<FolderIdentity, HashIdentity> visited_;
   std::vector<std::string> linked_;  ///< folders met as links, in the order met
 };

@@ -13,6 +13,7 @@
 #include "tests/library_fixture.h"
 #include "tests/recorded_progress.h"
 #include "util/text.h"
+#include "util/user_folders.h"
 #ifndef _WIN32
 #include <cstdlib>
 #include <sys/stat.h>
@@ -408,6 +409,99 @@ TEST_F(FileSearchTest, AFileThatCannotBeRunIsNoPlayer) {
   EXPECT_EQ(FindWinampUnder(music.path(), TestDrives({})), "");
 }
 #endif
+
+#ifndef _WIN32
+TEST_F(FileSearchTest, LinkedFoldersAreEnteredInTheOrderMet) {
+  const TempFolder elsewhere;
+  for (const char* name : {"a", "b", "c"}) {
+    elsewhere.File(std::string(name) + "/" + name + ".mp3");
+    std::filesystem::create_directory_symlink(elsewhere / name, music / name);
+  }
+  Texts met;
+  for (const SubfolderEntry& entry : ListFolder(music.path(), {.subfolders = true}).subfolders)
+    met.push_back(entry.name + ".mp3");
+  SearchMusic();
+  EXPECT_EQ(Cells(2), met);
+  EXPECT_EQ(progress.status.size(), 4U);
+}
+
+TEST_F(FileSearchTest, ACancelTakesEffectBeforeALinkedFolder) {
+  const TempFolder elsewhere;
+  elsewhere.File("far.mp3");
+  music.File("near.mp3");
+  std::filesystem::create_directory_symlink(elsewhere.path(), music / "link");
+  progress.on_song = [this] { tallow.SearchCancelled = true; };
+  SearchMusic();
+  EXPECT_EQ(Cells(2), (Texts{"near.mp3"}));
+  EXPECT_FALSE(tallow.SearchCancelled);
+}
+
+TEST_F(FileSearchTest, ThePlayerOnThePathComesNext) {
+  const std::string player = MakePlayer(music, "bin/");
+  const std::string before = std::getenv("PATH");
+  setenv("PATH", ("relative:" + (music / "none") + ":" + (music / "bin")).c_str(), 1);
+  const std::string beside = FindPlayerNearby();
+  EXPECT_TRUE(beside == player || FolderOfPath(beside) == FolderOfPath(ExecutablePath()));
+  EXPECT_EQ(FindPlayerOnPath(), player);
+  setenv("PATH", "relative", 1);
+  EXPECT_EQ(FindPlayerOnPath(), "");
+  setenv("PATH", before.c_str(), 1);
+}
+
+TEST_F(FileSearchTest, WithoutAPlayerNearbyTheHardDrivesAreSearched) {
+  for (const char* drive : {"cd/", "d/", "e/"}) MakePlayer(music, drive);
+  music.Folder("c");
+  const TestDrives drives(
+      {{music / "cd/", kCdRom}, {music / "c/"}, {music / "d/"}, {music / "e/"}});
+  FileSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
+  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), (music / "d/") + kPlayer);
+  EXPECT_EQ(progress.status, (Texts{"Looking for WinAmp in " + (music / "cd/"),
+                                    "Looking for WinAmp in " + (music / "c/"),
+                                    "Looking for WinAmp in " + (music / "d/"), "Found WinAmp!!"}));
+  EXPECT_EQ(progress.yields, 2 * 1999);
+}
+
+TEST_F(FileSearchTest, WithoutAnyPlayerTheSettingsAreNotTouched) {
+  RemoveFile(tallow.settings_path);
+  const TestDrives drives({{music.path()}});
+  FileSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
+  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
+  EXPECT_FALSE(FileExists(tallow.settings_path));
+}
+
+TEST_F(FileSearchTest, ACancelledSearchForThePlayerStoresNothing) {
+  music.Folder("c");
+  MakePlayer(music, "d/");
+  progress.on_yield = [this] { tallow.SearchCancelled = true; };
+  const TestDrives drives({{music / "c/"}, {music / "d/"}});
+  FileSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
+  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
+  EXPECT_FALSE(tallow.SearchCancelled);
+}
+
+TEST(RecycleBin, TheUsersTrashIsKnownBehindALinkToo) {
+  const TempFolder home;
+  home.Folder("real/data/Trash/files");
+  std::filesystem::create_directory_symlink(home / "real", home / "link");
+  setenv("XDG_DATA_HOME", (home / "link/data").c_str(), 1);
+  EXPECT_TRUE(IsInRecycleBin(home / "real/data/Trash/files/"));
+  EXPECT_TRUE(IsInRecycleBin(home / "link/data/Trash/"));
+  unsetenv("XDG_DATA_HOME");
+}
+#endif
+
+TEST_F(FileSearchTest, TotalsCoverAllLevels) {
+  music.File("a.mp3", "1");
+  music.File("x/b.mp3", "22");
+  music.File("x/y/c.mp3", "333");
+  music.File("z/d.mp3", "4444");
+  FileSearchRequest request{.Recurse = true, .Folder = music.path(), .Pattern = "*.mp3"};
+  const TestDrives drives({});
+  EXPECT_EQ(FileSearch(tallow, drives, nullptr).WalkFolderTree(request), 10);
+  EXPECT_EQ(request.TotalBytes, 10);
+  EXPECT_EQ(request.FilesFound, 4);
+  EXPECT_EQ(library.UBoundOfMp3Array(), 0);
+}
 
 }  // namespace
 }  // namespace tallow

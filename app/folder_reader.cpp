@@ -2,6 +2,7 @@
 #include "app/folder_reader.h"
 
 #include <algorithm>
+#include <system_error>
 #include <utility>
 
 #include "library/mp3_tag_editor.h"
@@ -19,7 +20,11 @@ FolderReader::FolderReader(std::string pattern, bool recurse,
   if (!recurse_) return;
   // The walk itself keeps one core busy.
   const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U) - 1;
-  for (unsigned k = 0; k < threads; ++k) workers_.emplace_back([this] { Work(); });
+  try {
+    for (unsigned k = 0; k < threads; ++k) workers_.emplace_back([this] { Work(); });
+  } catch (const std::system_error&) {
+    // The system gives no more threads: the walk lists what nobody has listed.
+  }
 }
 
 FolderReader::~FolderReader() {

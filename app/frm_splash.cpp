@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <QWindow>
 
 #include "app/picture_resource.h"
 #include "app/version.h"
@@ -131,12 +132,24 @@ void frmSplash::Load() {
   version_->setText(QStringLiteral("Version  %1.%2").arg(kMajorVersion).arg(kMinorVersion));
   ok_->setVisible(show_ok_button_);
   cancel_button_->setVisible(false);
+  found_label_->setVisible(false);
   LoadPictureFromResource(kHeart, *heart_, "jpg");
   LoadPictureFromResource(kMom, *mom_, "jpg");
   LoadPictureFromResource(kMan, *man_, "gif");
   loaded_ = true;
   since_shown_.start();
   setFixedSize(sizeHint());
+}
+
+void frmSplash::WaitUntilPainted() {
+  constexpr qint64 kMostWait = 500;  // ms
+  QElapsedTimer waited;
+  waited.start();
+  do {
+    QCoreApplication::processEvents(QEventLoop::AllEvents, kShownAgainAfter);
+  } while (waited.elapsed() < kMostWait && !(windowHandle() && windowHandle()->isExposed()));
+  repaint();
+  QCoreApplication::processEvents();
 }
 
 void frmSplash::ShowCancelButton(bool visible) {
@@ -150,6 +163,7 @@ void frmSplash::ShowFoundLine(bool visible) { found_label_->setVisible(visible);
 void frmSplash::SetStatus(std::string_view text) {
   status_ = text;
   ShowLines();
+  status_is_new_ = true;
 }
 
 void frmSplash::SetFound(std::string_view text) { found_ = text; }
@@ -162,18 +176,20 @@ void frmSplash::ShowLines() {
       status, Qt::ElideMiddle, qMax(status_label_->width(), status_label_->minimumWidth())));
   status_label_->setToolTip(status);
   found_label_->setText(DisplayText(found_));
+  status_is_new_ = false;
   since_shown_.restart();
 }
 
 void frmSplash::Repaint() {
-  if (!IsDue()) return;
+  // A new drive is rare and what follows may take long, so its line is shown at once.
+  if (!IsDue() && !status_is_new_) return;
   ShowLines();
   repaint();
   painted_ = true;
 }
 
 void frmSplash::Yield() {
-  if (IsDue()) ShowLines();
+  if (IsDue() || status_is_new_) ShowLines();
   QCoreApplication::processEvents();
 }
 
@@ -182,6 +198,11 @@ void frmSplash::YieldAfterSong() {
   if (!painted_) return;
   painted_ = false;
   QCoreApplication::processEvents();
+}
+
+void frmSplash::done(int result) {
+  loaded_ = false;
+  QDialog::done(result);
 }
 
 void frmSplash::reject() {

@@ -32,6 +32,10 @@ class frmSplash : public QDialog, public SearchProgress {
   /// Sets the window up for its use: texts, buttons, pictures.
   void Load();
 
+  /// Lets the window come onto the screen before work begins that does not yield; for half a second at
+  /// most.
+  void WaitUntilPainted();
+
   void ShowCancelButton(bool visible);
   void ShowFoundLine(bool visible);
 
@@ -42,6 +46,7 @@ class frmSplash : public QDialog, public SearchProgress {
   void Yield() override;
   void YieldAfterSong() override;
 
+  void done(int result) override;
   void reject() override;
 
  private:
@@ -53,8 +58,9 @@ class frmSplash : public QDialog, public SearchProgress {
   bool loaded_ = false;
   std::string status_;
   std::string found_;
-  bool painted_ = false;       ///< since the last YieldAfterSong
-  QElapsedTimer since_shown_;  ///< since the lines were last put on the screen
+  bool status_is_new_ = false;  ///< and not on the screen yet
+  bool painted_ = false;        ///< since the last YieldAfterSong
+  QElapsedTimer since_shown_;   ///< since the lines were last put on the screen
 
   QLabel* label_;
   QLabel* version_;

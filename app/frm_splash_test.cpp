@@ -98,6 +98,40 @@ TEST_F(FrmSplash, TheLinesShowWhatTheyAreTold) {
   EXPECT_FALSE(Label("lNoOfMP3Found")->isVisible());
 }
 
+TEST_F(FrmSplash, ANewDriveIsPaintedAtOnce) {
+  struct Paints : QObject {
+    bool eventFilter(QObject*, QEvent* event) override {
+      count += event->type() == QEvent::Paint;
+      return false;
+    }
+    int count = 0;
+  } paints;
+  splash.Load();
+  splash.show();
+  splash.WaitUntilPainted();
+  Label("lStatus")->installEventFilter(&paints);
+  // Nothing yields here: a search of a whole disk may follow.
+  splash.SetStatus("Looking for WinAmp in D:\\");
+  splash.Repaint();
+  EXPECT_EQ(paints.count, 1);
+  splash.Repaint();
+  EXPECT_EQ(paints.count, 1);
+}
+
+TEST_F(FrmSplash, TheFoundLineIsHiddenUntilASearchBegins) {
+  splash.Load();
+  splash.show();
+  EXPECT_FALSE(Label("lNoOfMP3Found")->isVisible());
+}
+
+TEST_F(FrmSplash, OkUnloadsTheAboutBox) {
+  splash.ShowOKButton(true);
+  splash.Load();
+  splash.show();
+  QTest::mouseClick(Button("cmdOK"), Qt::LeftButton);
+  EXPECT_FALSE(splash.IsLoaded());
+}
+
 TEST_F(FrmSplash, PaintingIsBoundedHoweverManySongsAreFound) {
   splash.Load();
   splash.show();

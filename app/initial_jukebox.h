@@ -11,7 +11,7 @@ class Jukebox;
 class TagCache;
 class clsMain;
 
-/// The caption of the sample jukebox; while it has this one it is never saved over.
+/// The caption of the sample jukebox.
 inline constexpr std::string_view kSampleCaption =
     "Jukebox One  (sample Jukebox you can use as a starting point)";
 

@@ -77,9 +77,12 @@ constexpr std::array<std::string_view, 24> kRemote = {"nfs",
                                                       "davfs",
                                                       "virtiofs"};
 
-/// File systems that lie on local disks although the kernel's table does not always name a block
-/// device as their source.
-constexpr std::array<std::string_view, 3> kLocal = {"btrfs", "zfs", "bcachefs"};
+/// File systems that lie on local disks although the kernel's table does not always name a block device
+/// as their source: those of several devices, and those that show a folder of another one anew
+/// (decrypted, joined).
+constexpr std::array<std::string_view, 10> kLocal = {
+    "btrfs",      "zfs",        "bcachefs",      "ecryptfs",    "fuse.gocryptfs",
+    "fuse.encfs", "fuse.cryfs", "fuse.mergerfs", "fuse.bindfs", "fuse.ntfs-3g"};
 
 /// Disc images, and the compressed images that programs are shipped in: nothing can be put there.
 constexpr std::array<std::string_view, 5> kReadOnlyMedia = {"iso9660", "udf", "squashfs", "erofs",
@@ -117,11 +120,18 @@ int TypeOfMount(const Mount& mount, const BlockDevice& device) noexcept {
   return kUnknownDrive;
 }
 
+bool AnswersAtOnce(int drive_type) noexcept {
+  return drive_type != kRemoteDrive && drive_type != kUnknownDrive;
+}
+
 std::vector<Mount> DrivesOf(const std::vector<Mount>& table,
                             const std::function<bool(const std::string&)>& is_folder) {
   std::vector<Mount> drives;
   for (const Mount& mount : table)
-    if (!IsPseudoFileSystem(mount.type) && is_folder(mount.point)) drives.push_back(mount);
+    if (!IsPseudoFileSystem(mount.type) &&
+        (!AnswersAtOnce(TypeOfMount(mount, {.exists = mount.source.starts_with('/')})) ||
+         is_folder(mount.point)))
+      drives.push_back(mount);
   std::sort(drives.begin(), drives.end(),
             [](const Mount& a, const Mount& b) { return a.point < b.point; });
   std::set<std::pair<std::string, std::string>> parts;

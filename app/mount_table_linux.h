@@ -36,8 +36,12 @@ int TypeOfMount(const Mount& mount, const BlockDevice& device) noexcept;
 /// The mounts that are drives, in order of mount point: no pseudo file systems, nothing that is
 /// mounted on a file, and of the same part of the same device only the first.
 ///
-/// \param is_folder tells whether a mount point is a folder
+/// \param is_folder tells whether a mount point is a folder; asked only of mounts on local disks, because
+///        the server of another one may not answer
 std::vector<Mount> DrivesOf(const std::vector<Mount>& table,
                             const std::function<bool(const std::string&)>& is_folder);
+
+/// Whether a drive of this type answers at once when it is asked whether its root is there.
+bool AnswersAtOnce(int drive_type) noexcept;
 
 }  // namespace tallow

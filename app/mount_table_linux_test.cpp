@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/mount_table_linux.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include "app/drive_list.h"
@@ -86,6 +87,21 @@ TEST(MountTable, RemoteAndPseudoFileSystemsByName) {
 TEST(MountTable, ARootOnAnythingIsFixed) {
   EXPECT_EQ(TypeOfMount({"0:1", "/", "/", "overlay", "overlay"}, {}), kFixedDrive);
   EXPECT_EQ(TypeOfMount({"0:1", "/", "/", "tmpfs", "tmpfs"}, {}), kFixedDrive);
+}
+
+TEST(MountTable, ServersAreNotAskedWhetherTheirMountsAreFolders) {
+  std::vector<std::string> asked;
+  DrivesOf(ParseMountTable(kTable), [&](const std::string& point) {
+    asked.push_back(point);
+    return true;
+  });
+  EXPECT_EQ(std::count(asked.begin(), asked.end(), "/mnt/share"), 0);
+  EXPECT_EQ(std::count(asked.begin(), asked.end(), "/home"), 1);
+}
+
+TEST(MountTable, DecryptedAndJoinedFoldersAreLocal) {
+  for (const char* type : {"ecryptfs", "fuse.gocryptfs", "fuse.encfs", "fuse.mergerfs"})
+    EXPECT_EQ(TypeOfMount({"0:1", "/", "/home/ann", type, "x"}, {}), kFixedDrive) << type;
 }
 
 }  // namespace

@@ -10,8 +10,9 @@ namespace tallow {
 /// "myfile." and the extension, loads that as the label's picture, and deletes it.
 ///
 /// \param number    of the resource, of the type "Custom"
-/// \param extension of the file, which tells its format A picture that cannot be written or loaded
-///         leaves the label without one.
+/// \param extension of the file, which tells its format
+///
+/// A picture that cannot be written or loaded leaves the label without one.
 void LoadPictureFromResource(int number, QLabel& image, const char* extension);
 
 }  // namespace tallow

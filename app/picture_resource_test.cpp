@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QImageReader>
 #include <QLabel>
@@ -29,7 +30,23 @@ TEST(PictureResource, ThePictureIsShownAndItsFileIsGone) {
   QLabel label;
   LoadPictureFromResource(101, label, "jpg");
   EXPECT_FALSE(label.pixmap().isNull());
-  EXPECT_EQ(QDir::temp().entryList({QStringLiteral("myfile.*")}).size(), 0);
+  // The file was in a folder of its own under the folder for temporary files.
+  QDirIterator left(QDir::tempPath(), {QStringLiteral("myfile.*")}, QDir::Files,
+                    QDirIterator::Subdirectories);
+  EXPECT_FALSE(left.hasNext()) << left.next().toStdString();
+}
+
+TEST(PictureResource, APictureThatCannotBeWrittenLeavesTheLabelEmpty) {
+  // Nobody can make a file there, root included.
+  const QByteArray before = qgetenv("TMPDIR");
+  qputenv("TMPDIR", "/proc");
+  QLabel label;
+  LoadPictureFromResource(101, label, "jpg");
+  EXPECT_TRUE(label.pixmap().isNull());
+  if (before.isNull())
+    qunsetenv("TMPDIR");
+  else
+    qputenv("TMPDIR", before);
 }
 
 TEST(PictureResource, APictureThatIsNotThereLeavesTheLabelEmpty) {

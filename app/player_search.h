@@ -14,6 +14,9 @@ namespace tallow {
 /// folders of PATH; nowhere on Windows. Empty when it is not there.
 std::string FindPlayerNearby();
 
+/// The player in the folders of PATH, relative ones left out; nowhere on Windows.
+std::string FindPlayerOnPath();
+
 /// The full path of the first player in the tree below a root; empty when there is none. In lower
 /// case on Windows, whose file systems ignore case.
 std::string FindWinampUnder(const std::string& root, const DriveList& drives);

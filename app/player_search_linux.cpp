@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cstdlib>
+#include <fcntl.h>
 #include <string_view>
 #include <unistd.h>
 #include <vector>
@@ -18,7 +19,7 @@ constexpr std::string_view kPlayerName = "tallow-player";
 std::string PlayerIn(const std::string& folder, const FolderListing& listing) {
   for (const FileEntry& file : listing.files) {
     const std::string path = folder + file.name;
-    if (access(path.c_str(), X_OK) == 0) return path;
+    if (faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0) return path;
   }
   return {};
 }
@@ -35,6 +36,10 @@ std::string FindPlayerNearby() {
     std::string found = PlayerIn(std::string(FolderOfPath(program)));
     if (!found.empty()) return found;
   }
+  return FindPlayerOnPath();
+}
+
+std::string FindPlayerOnPath() {
   const char* const variable = std::getenv("PATH");
   std::string_view path = variable == nullptr ? std::string_view() : variable;
   while (!path.empty()) {

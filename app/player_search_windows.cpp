@@ -11,6 +11,7 @@
 namespace tallow {
 
 std::string FindPlayerNearby() { return {}; }
+std::string FindPlayerOnPath() { return {}; }
 
 std::string FindWinampUnder(const std::string& root, const DriveList& /*drives*/) {
   // The call writes at most this many characters and does not say when it is not enough.

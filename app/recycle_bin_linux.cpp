@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "app/recycle_bin_platform.h"
+#include "util/file_system.h"
 #include "util/path_text.h"
 #include "util/user_folders.h"
 
@@ -23,8 +24,10 @@ bool IsTrashName(std::string_view name) noexcept {
 
 bool IsInPlatformBin(std::string_view folder) {
   if (folder.find("Trash") == std::string_view::npos) return false;
-  const std::string own = UserDataFolder() + "Trash/";
-  if (EnsureTrailingBackslash(folder).starts_with(own)) return true;
+  // A walk goes by real paths; the way to the user's folder may lead over a link.
+  const std::string own = UserDataFolder() + "Trash";
+  const std::string path = EnsureTrailingBackslash(folder);
+  if (path.starts_with(own + "/") || path.starts_with(AbsolutePath(own) + "/")) return true;
   for (std::string_view rest = folder; !rest.empty();) {
     const std::size_t end = rest.find(kSeparator);
     if (IsTrashName(rest.substr(0, end))) return true;

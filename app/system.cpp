@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <optional>
+#include <utility>
 
 #include "app/data_paths.h"
 #include "app/file_search.h"
@@ -27,10 +28,11 @@ std::string KeptAs(const std::string& path) {
 
 }  // namespace
 
-System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows)
-    : tallow_(tallow), drives_(drives), windows_(windows) {
+System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
+               std::function<std::string()> nearby)
+    : tallow_(tallow), drives_(drives), windows_(windows), nearby_(std::move(nearby)) {
   tallow_.search_all_drives = [this] {
-    FileSearch(tallow_, drives_, &windows_.Splash()).SearchDrivesForMp3s(true, {});
+    FileSearch(tallow_, drives_, windows_.LoadedSplash()).SearchDrivesForMp3s(true, {});
   };
 }
 
@@ -60,7 +62,8 @@ bool System::Main(const RuntimeFile& runtime_file) {
     return false;
   }
   if (!tallow_.library.SaveError().empty())
-    windows_.Notice({"The song library could not be saved: " + tallow_.library.SaveError()});
+    windows_.Notice(
+        {"A file of the song library could not be saved: " + tallow_.library.SaveError()});
   windows_.ShowTip();
   return true;
 }
@@ -102,12 +105,18 @@ bool System::LoadSettings() {
     return RebuildSettings(error.what());
   }
   // The program was moved with its data: the folders of the settings are where it was before.
-  if (!FolderExists(tallow_.settings.LocOfGroupingDir())) {
-    tallow_.settings.LocOfGroupingDir(GroupingFolder(tallow_.application_folder));
-    tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
-    tallow_.SaveSettings();
-  }
+  const std::string own = GroupingFolder(tallow_.application_folder);
+  if (!FolderExists(tallow_.settings.LocOfGroupingDir()) &&
+      (FileExists(own + std::string(kLibraryFileName)) ||
+       tallow_.settings.NumerOfRecordsInTheMain() == 0))
+    UseOwnFolders();
   return true;
+}
+
+void System::UseOwnFolders() {
+  tallow_.settings.LocOfGroupingDir(GroupingFolder(tallow_.application_folder));
+  tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
+  tallow_.SaveSettings();
 }
 
 bool System::RebuildSettings(const std::string& problem) {
@@ -117,8 +126,7 @@ bool System::RebuildSettings(const std::string& problem) {
                     "library, and searches the drives anew for what is not there." +
                     KeptAs(path) + std::string(kGoOn)))
     return false;
-  KeepBackup(path);
-  RemoveFile(path);
+  MoveToBackup(path);
   tallow_.settings.Clear();
   return LoadSettings();
 }
@@ -127,7 +135,7 @@ void System::FindPlayer() {
   const std::string& player = tallow_.settings.LocOfWinAmpExe();
   if (!player.empty() && FileExists(player)) return;
   windows_.ShowCancelButton(true);
-  FileSearch(tallow_, drives_, &windows_.Splash()).SearchDrivesForWinamp();
+  FileSearch(tallow_, drives_, &windows_.Splash(), nearby_).SearchDrivesForWinamp();
   windows_.ShowCancelButton(false);
 }
 
@@ -178,6 +186,11 @@ bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
           std::string(kGoOn)))
     return false;
   rebuild_ = true;
+  if (!FolderExists(tallow_.settings.LocOfGroupingDir())) {
+    // The folder may come back (a disk not mounted today); the old settings still name it.
+    KeepBackup(tallow_.settings_path);
+    UseOwnFolders();
+  }
   return true;
 }
 
@@ -206,8 +219,8 @@ void System::SearchForSongs() {
     library.Sort(true, true, kFileName, sorted);
     library.DeleteIdenticalFileNamesAndPaths(old_count);
     library.RenumberBasedOnArrayNumber();
-    library.Save();
-    library.LoadMain();
+    // What could not be saved must not be loaded over what was found.
+    if (library.Save()) library.LoadMain();
     library.WriteOutMp3DirectoryLocations();
   } else if (rebuild_) {
     // Nothing is left and nothing was found: the next start must not come here again.

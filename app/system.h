@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "app/drive_list.h"
+#include "app/player_search.h"
 #include "app/search_progress.h"
 #include "app/tallow.h"
 
@@ -21,7 +23,10 @@ class StartUpWindows {
 
   /// Loads the splash window without its OK button and shows it, not modal.
   virtual void ShowSplash() = 0;
+  /// The splash window, loaded for this when it is not.
   virtual SearchProgress& Splash() = 0;
+  /// The splash window; null when it is not loaded.
+  virtual SearchProgress* LoadedSplash() = 0;
   /// Shows or hides the splash window's Cancel button and repaints the window.
   virtual void ShowCancelButton(bool visible) = 0;
   /// Shows or hides the splash window's found-count line.
@@ -55,7 +60,9 @@ struct RuntimeFile {
 /// The program's start-up.
 class System {
  public:
-  System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows);
+  /// \param nearby finds the player where no disk has to be searched
+  System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
+         std::function<std::string()> nearby = FindPlayerNearby);
 
   /// Runs the whole start-up: folders, settings, player, library, first jukebox.
   ///
@@ -69,6 +76,7 @@ class System {
   bool CheckRuntimeFile(const RuntimeFile& file);
   void CreateDataFolders();
   bool LoadSettings();
+  void UseOwnFolders();
   bool RebuildSettings(const std::string& problem);
   void FindPlayer();
   bool LoadOrBuildLibrary();
@@ -82,6 +90,7 @@ class System {
   Tallow& tallow_;
   const DriveList& drives_;
   StartUpWindows& windows_;
+  std::function<std::string()> nearby_;
   bool settings_are_new_ = false;
   bool rebuild_ = false;  ///< the user wants what the library file still shows, and a new search
 };

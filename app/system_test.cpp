@@ -14,7 +14,8 @@
 #include "tests/tagged_file.h"
 #ifndef _WIN32
 #include <sys/stat.h>
-#include <unistd.h>
+
+#include "tests/as_nobody_linux.h"
 #endif
 
 namespace tallow {
@@ -374,7 +375,8 @@ TEST_F(SystemTest, ALibraryThatCannotBeSavedIsNamed) {
   CreateFolder(Library() + ".new");
   EXPECT_TRUE(Start());
   ASSERT_EQ(windows->notices.size(), 1U);
-  EXPECT_TRUE(windows->notices[0].starts_with("The song library could not be saved: " + Library()))
+  EXPECT_TRUE(windows->notices[0].starts_with("A file of the song library could not be saved: " +
+                                              Library()))
       << windows->notices[0];
   EXPECT_EQ(SongsOnShow(), 3U);
 }
@@ -411,10 +413,13 @@ TEST_F(SystemTest, AwkwardFilesOnTheDriveStopNothing) {
 }
 
 TEST_F(SystemTest, AFolderWithoutPermissionIsSkipped) {
-  // Root may read everything; then the folder is as good as any other.
+  std::filesystem::permissions(application.path(), std::filesystem::perms::all);
   std::filesystem::permissions(music / "b", std::filesystem::perms::none);
-  EXPECT_TRUE(Start());
-  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), geteuid() == 0 ? 3 : 2);
+  {
+    const AsNobody nobody;
+    EXPECT_TRUE(Start());
+    EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 2);
+  }
   std::filesystem::permissions(music / "b", std::filesystem::perms::owner_all);
 }
 #endif
@@ -424,6 +429,131 @@ TEST_F(SystemTest, ADriveRootThatVanishedIsNoError) {
   EXPECT_TRUE(Start());
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
 }
+
+TEST_F(SystemTest, ARebuildThatCannotBeSavedShowsWhatItFound) {
+  Start();
+  RemoveFile(Library());
+  CreateFolder(Library() + ".new");
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(SongsOnShow(), 3U);
+  EXPECT_EQ(windows->notices.size(), 1U);
+  EXPECT_TRUE(windows->told.empty());
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(SongsOnShow(), 3U);
+}
+
+TEST_F(SystemTest, AFolderListThatIsAFolderIsNoObstacle) {
+  Start();
+  const std::string list = tallow->settings.FileContainingTargetDirectories();
+  RemoveFile(list);
+  CreateFolder(list);
+  MakeSong("b/four.mp3", {});
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->told.empty());
+  EXPECT_EQ(RankOf("four.mp3"), "2");
+  ASSERT_EQ(windows->notices.size(), 1U);
+  EXPECT_TRUE(
+      windows->notices[0].starts_with("A file of the song library could not be saved: " + list));
+}
+
+TEST_F(SystemTest, AFolderListWhoseFolderIsGoneIsNoObstacle) {
+  Start();
+  tallow->settings.FileContainingTargetDirectories(music / "gone/list.lmz");
+  tallow->SaveSettings();
+  MakeSong("b/four.mp3", {});
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->told.empty());
+  EXPECT_EQ(RankOf("four.mp3"), "2");
+}
+
+TEST_F(SystemTest, ADataFolderThatIsNotThereTodayIsAskedFor) {
+  Start();
+  tallow->settings.LocOfGroupingDir(music / "disk/Grouping/");
+  tallow->SaveSettings();
+  const auto settings = ReadWholeFile(Settings());
+  RemoveFile(Library());
+  EXPECT_FALSE(Start(false));
+  EXPECT_EQ(windows->asked.size(), 1U);
+  EXPECT_EQ(ReadWholeFile(Settings()), settings);
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(ReadWholeFile(Settings() + ".bak"), settings);
+  EXPECT_EQ(tallow->settings.LocOfGroupingDir(), GroupingFolder(application.path()));
+  EXPECT_EQ(SongsOnShow(), 3U);
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->asked.empty());
+}
+
+TEST_F(SystemTest, APlayerThatIsNowhereLeavesAnEmptyPath) {
+  Start();
+  tallow->settings.LocOfWinAmpExe(music / "gone/player");
+  tallow->SaveSettings();
+  std::filesystem::remove(std::filesystem::path(music / "z/winamp.exe"));
+  windows.emplace();
+  tallow.emplace(application.path());
+  System without(*tallow, drives, *windows, [] { return std::string(); });
+  EXPECT_TRUE(without.Main(runtime_file));
+  EXPECT_EQ(windows->progress.status, (Texts{"Looking for WinAmp in " + music.path()}));
+  EXPECT_EQ(tallow->player_path, "");
+  clsINI saved;
+  saved.GetandLoadIniInfo(Settings());
+  EXPECT_EQ(saved.LocOfWinAmpExe(), "");
+}
+
+TEST_F(SystemTest, ADamagedValueWithoutLettersIsStillNamed) {
+  Start();
+  WriteFileAtomically(Settings(), std::string("list\r\ngrouping\r\n\0\0\0\r\n", 19));
+  EXPECT_FALSE(Start(false));
+  ASSERT_EQ(windows->asked.size(), 1U);
+  EXPECT_NE(windows->asked[0].find("line 3: '"
+                                   "???"
+                                   "' is not a number"),
+            std::string::npos)
+      << windows->asked[0];
+}
+
+#ifndef _WIN32
+TEST_F(SystemTest, NamesThatDifferInCaseAloneDoNotLetTheLibraryGrow) {
+  for (const char* song : {"a/song.mp3", "b/Song.mp3", "c/SONG.mp3", "c/song.mp3"})
+    MakeSong(song, {});
+  Start();
+  const std::int32_t songs = tallow->library.UBoundOfMp3Array();
+  Rank();
+  for (int again = 0; again < 4; ++again) {
+    EXPECT_TRUE(Start());
+    EXPECT_EQ(tallow->library.UBoundOfMp3Array(), songs);
+    ExpectRanks();
+  }
+}
+
+TEST_F(SystemTest, SettingsThatCannotBeReadAreKeptAndMadeAnew) {
+  Start();
+  Rank();
+  for (const std::string& folder :
+       {application.path(), GroupingFolder(application.path()), SystemFolder(application.path())})
+    std::filesystem::permissions(folder, std::filesystem::perms::all);
+  std::filesystem::permissions(Settings(), std::filesystem::perms::none);
+  const AsNobody nobody;
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(windows->asked.size(), 1U);
+  EXPECT_TRUE(FileExists(Settings() + ".bak"));
+  ExpectRanks();
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->asked.empty());
+}
+
+TEST_F(SystemTest, ALibraryThatCannotBeReadIsLeftAloneAndNamed) {
+  Start();
+  std::filesystem::permissions(Library(), std::filesystem::perms::none);
+  const AsNobody nobody;
+  EXPECT_FALSE(Start());
+  ASSERT_EQ(windows->told.size(), 1U);
+  EXPECT_NE(windows->told[0].find(Library() + ": the song library cannot be read ("),
+            std::string::npos)
+      << windows->told[0];
+  EXPECT_NE(windows->told[0].find("Make it readable, or move it away, and start Tallow again."),
+            std::string::npos);
+}
+#endif
 
 }  // namespace
 }  // namespace tallow

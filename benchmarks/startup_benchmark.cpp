@@ -23,6 +23,7 @@ class NoWindows : public StartUpWindows, private SearchProgress {
  public:
   void ShowSplash() override {}
   SearchProgress& Splash() override { return *this; }
+  SearchProgress* LoadedSplash() override { return this; }
   void ShowCancelButton(bool) override {}
   void ShowFoundLine(bool) override {}
   void UnloadSplash() override {}

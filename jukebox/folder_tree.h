@@ -27,7 +27,8 @@ class SongEntry {
 
   /// The record number, the entry's only link to the song.
   std::int32_t SubItem() const noexcept { return record_; }
-  /// Changes the song under the entry; text and icon stay as they are.
+  /// Changes the song under the entry. The icon and the position in the label stay; the name in the
+  /// label is the new song's.
   void SubItem(std::int32_t record) noexcept { record_ = record; }
 
   /// The number of the rank picture, 0 to 255; what is outside shows as the nearest.

@@ -183,5 +183,31 @@ TEST_F(FrmMain, AFolderOfManySongsIsShownWithoutAWidgetARow) {
   EXPECT_LT(window.findChildren<QObject*>().size(), 200);
 }
 
+TEST_F(FrmMain, AClickIsToldThoughAnotherButtonCameBefore) {
+  AddSong("/m/", "a.mp3");
+  AddFolder("one", {1});
+  AddFolder("two", {1});
+  window.show();
+  window.ShowJukebox();
+  const QModelIndex two = IndexOf(Tree(), "two");
+  QTest::mouseClick(Tree().viewport(), Qt::RightButton, {}, Tree().visualRect(two).center());
+  ClickHeader();
+  EXPECT_EQ(window.Jukebox().SortState(), 2);
+  Click("two");
+  EXPECT_EQ(window.Jukebox().SortState(), 0);
+}
+
+TEST_F(FrmMain, AnyHeaderSortsTheList) {
+  AddSong("/m/", "b.mp3");
+  AddSong("/m/", "a.mp3");
+  AddFolder("one", {1, 2});
+  window.show();
+  window.ShowJukebox();
+  QHeaderView& header = *List().horizontalHeader();
+  QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                    QPoint(header.sectionViewportPosition(1) + 5, 8));
+  EXPECT_EQ(RowsOf(List()), (QStringList{"1.  a.mp3", "2.  b.mp3"}));
+}
+
 }  // namespace
 }  // namespace tallow

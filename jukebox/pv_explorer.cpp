@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/pv_explorer.h"
 
-#include <QApplication>
+#include <QEvent>
 #include <QHeaderView>
 #include <QTableView>
 #include <QTreeView>
@@ -47,20 +47,24 @@ void PVExplorer::SetUpTree() {
   tree_->setModel(folders_);
   tree_->setHeaderHidden(true);
   tree_->setUniformRowHeights(true);
+  tree_->viewport()->installEventFilter(this);
   connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current) {
             if (!current.isValid()) return;
-            // The click that moved the selection is told here and must not be told again.
+            told_ = true;
             Folder* const folder = FolderTreeModel::FolderOf(current);
-            clicked_ = QApplication::mouseButtons() != Qt::NoButton ? folder : nullptr;
             folders_->SetShown(folder);
             emit NodeClick(folder);
           });
   connect(tree_, &QTreeView::clicked, this, [this](const QModelIndex& index) {
-    Folder* const folder = FolderTreeModel::FolderOf(index);
-    if (folder != clicked_) emit NodeClick(folder);
-    clicked_ = nullptr;
+    if (!told_) emit NodeClick(FolderTreeModel::FolderOf(index));
   });
+}
+
+bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
+  // A click that moves the selection is told when it does; one on the folder on show, when it is over.
+  if (watched == tree_->viewport() && event->type() == QEvent::MouseButtonPress) told_ = false;
+  return QSplitter::eventFilter(watched, event);
 }
 
 void PVExplorer::SetUpList() {

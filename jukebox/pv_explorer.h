@@ -44,6 +44,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void LabelsChanged() override;
   void HeadersChanged() override;
 
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void SetUpTree();
   void SetUpList();
 
@@ -52,7 +53,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   SongListModel* songs_;
   QTreeView* tree_;
   QTableView* list_;
-  Folder* clicked_ = nullptr;  ///< whose click has been told because the selection moved to it
+  bool told_ = false;  ///< a folder has been told since a mouse button was last pressed
 };
 
 }  // namespace tallow

@@ -57,8 +57,7 @@ void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, cl
 
 /// Marks the songs to be filed: those present whose number no entry of a folder has.
 ///
-/// \param flags one element a row, for rows 1 to the library's last; element 0 is row 1. Empty when
-///         the library is
+/// \param flags    one element for each row of the library, element 0 being row 1
 /// \param problems is told each entry whose number is no row of the library
 void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<char>& flags,
                      std::vector<std::string>& problems);

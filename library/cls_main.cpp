@@ -99,42 +99,72 @@ bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories() {
       std::int32_t none = 0;
       DeleteIdenticalFileNamesAndPaths(none);
       RenumberBasedOnArrayNumber();
-      Save();
-      LoadMain();
+      // What could not be saved must not be loaded over what was found.
+      if (Save()) LoadMain();
       WriteOutMp3DirectoryLocations();
     }
     return false;
   }
-  const std::string list = settings_.FileContainingTargetDirectories();
-  auto content = ReadWholeFile(list);
-  if (!content) {
-    // The folders are known from the songs as well.
-    WriteOutMp3DirectoryLocations();
-    content = ReadWholeFile(list);
-  }
-  if (!content) throw FileError(list, "the list of folders does not exist");
-  std::vector<std::string> folders;
-  for (const std::string_view line : SplitLines(*content))
-    // The line "0" stands for the missing songs; in no other folder than a whole path are songs.
-    if (IsAbsolutePath(line)) folders.push_back(EnsureTrailingBackslash(line));
+  const std::vector<std::string> folders = RememberedFolders();
+  // A file that is known and present would only be taken out again as the copy of itself. Where names
+  // differ in case alone, copies can hide from each other and stay, so they are not added at all.
+  KnownSongs known;
+  for (std::int32_t row = 1; row <= table_.rows(); ++row)
+    if (table_.Cell(kFileIsThere, row) == kPresent)
+      known[table_.Cell(kFileLocation, row)].insert(table_.Cell(kFileName, row));
   ReadAhead(
       folders.size(), kFoldersAtOnce,
       [&](std::size_t k) { return ListFolder(folders[k], {.pattern = kSongPattern}); },
       [&](std::size_t k, const FolderListing& listing) {
-        AddMp3FilesOfOneFolder(folders[k], listing);
+        AddMp3FilesOfOneFolder(folders[k], listing, known);
       });
   DeleteIdenticalFileNamesAndPaths(old_count);
   return false;
 }
 
-void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing) {
+std::vector<std::string> clsMain::RememberedFolders() {
+  const auto read = [this]() -> std::optional<std::string> {
+    try {
+      return ReadWholeFile(settings_.FileContainingTargetDirectories());
+    } catch (const FileError&) {
+      return std::nullopt;
+    }
+  };
+  auto content = read();
+  if (!content) {
+    // The folders are known from the songs as well.
+    WriteOutMp3DirectoryLocations();
+    content = read();
+  }
+  std::vector<std::string> folders;
+  // The line "0" stands for the missing songs; in no other folder than a whole path are songs.
+  const auto add = [&folders](std::string_view folder) {
+    if (IsAbsolutePath(folder)) folders.push_back(EnsureTrailingBackslash(folder));
+  };
+  if (content) {
+    for (const std::string_view line : SplitLines(*content)) add(line);
+  } else {
+    // Neither read nor written: the songs' folders serve without a list.
+    std::unordered_set<std::string_view> seen;
+    for (std::int32_t row = 1; row <= table_.rows(); ++row)
+      if (seen.insert(table_.Cell(kFileLocation, row)).second) add(table_.Cell(kFileLocation, row));
+  }
+  return folders;
+}
+
+void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
+                                     KnownSongs& known) {
+  std::unordered_set<std::string_view>& names = known[folder];
   for (const FileEntry& file : listing.files) {
+    if (names.contains(file.name)) continue;
     const std::int32_t row = UBoundOfMp3Array() + 1;
     Mp3Info(kFileLocation, row, folder);
     Mp3Info(kFileName, row, file.name);
     Mp3Info(kFileIsThere, row, kPresent);
     Mp3Info(kRecordNumber, row, std::to_string(row));
     Mp3Info(kSongRank, row, kNewSongRank);
+    // The table's own text outlives the listing.
+    names.insert(Mp3Info(kFileName, row));
   }
 }
 
@@ -256,7 +286,8 @@ bool clsMain::LoadMain() {
 }
 
 void clsMain::WriteOutMp3DirectoryLocations() {
-  const bool saved = Save();
+  Save();
+  list_error_.clear();
   try {
     bool sorted = false;
     Sort(true, true, kFileLocation, sorted);
@@ -271,13 +302,13 @@ void clsMain::WriteOutMp3DirectoryLocations() {
     }
     WriteFileAtomically(settings_.FileContainingTargetDirectories(), lines);
   } catch (const FileError& error) {
-    if (saved) save_error_ = error.what();
+    list_error_ = error.what();
   }
   try {
     bool sorted = false;
     Sort(true, false, kRecordNumber, sorted);
   } catch (const TypeMismatchError&) {
-    // A record without a number: the order stays, as nothing here is reported.
+    // A record without a number: the rows stay as far as the sort got; nothing here is reported.
   } catch (const OverflowError&) {
     // As above.
   }

@@ -6,6 +6,9 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <vector>
 
 #include "library/library_file.h"
 #include "library/song_table.h"
@@ -47,11 +50,13 @@ class clsMain {
   /// found as a new song.
   void CheckToSeeIfFilesAreMissingAndMakeFalse();
 
-  /// Adds every MP3 file of the remembered folders as a new song of rank "2", then takes the copies
-  /// of known songs out again. With no library yet, searches all drives instead.
+  /// Adds every MP3 file of the remembered folders that is not known as present as a new song of rank
+  /// "2", then takes the copies of known songs out again. With no library yet, searches all drives instead.
+  ///
+  /// A list of folders that cannot be read is written anew from the library; where that fails too, the
+  /// songs' own folders serve as the list.
   ///
   /// \returns always false
-  /// \throws FileError when the list of folders cannot be read
   bool AddAnyAdditionalMp3FromTheNormalDirectories();
 
   /// Removes every song whose name a song with a lower record number has (see RemoveDuplicates),
@@ -127,13 +132,23 @@ class clsMain {
   /// The path of the library file.
   std::string LibraryPath() const;
 
-  /// What kept the last failing Save or WriteOutMp3DirectoryLocations from writing; empty when none
-  /// failed.
-  const std::string& SaveError() const noexcept { return save_error_; }
+  /// What kept the last Save, or else the last WriteOutMp3DirectoryLocations, from writing; empty when
+  /// nothing did.
+  const std::string& SaveError() const noexcept {
+    return save_error_.empty() ? list_error_ : save_error_;
+  }
 
  private:
+  /// The names of the present songs of each folder.
+  using KnownSongs = std::unordered_map<std::string_view, std::unordered_set<std::string_view>>;
+
+  /// The folders of the folder list, each ending in a separator.
+  std::vector<std::string> RememberedFolders();
   /// Adds the songs of one listed folder.
-  void AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing);
+  ///
+  /// \param known the songs that are not added again; the added ones join them
+  void AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
+                              KnownSongs& known);
   void ResizeRows(std::int32_t rows) { table_.Resize(rows); }
   bool IsDimensioned() const noexcept { return table_.rows() > 0; }
   /// Whether the table's rows are those of the library file as it lies on the disk now.
@@ -145,7 +160,8 @@ class clsMain {
   SongTable table_;
   bool main_is_dirty_ = false;
   bool backup_first_ = false;  ///< the file on disk holds more than the table came to know
-  std::string save_error_;
+  std::string save_error_;     ///< of the last Save
+  std::string list_error_;     ///< of the last WriteOutMp3DirectoryLocations
   std::optional<FileStamp>
       saved_stamp_;  ///< of the library file when table and file were last alike
   std::string saved_path_;

@@ -398,5 +398,42 @@ TEST_F(ClsMain, AFolderListThatCannotBeWrittenIsNotReported) {
   EXPECT_FALSE(library.SaveError().empty());
 }
 
+TEST_F(ClsMain, ASaveAfterASortWritesTheNewOrder) {
+  AddSong("/a/", "a.mp3");
+  AddSong("/a/", "b.mp3");
+  library.Save();
+  bool sorted = false;
+  library.Sort(false, true, 2, sorted);
+  library.Save();
+  library.LoadMain();
+  EXPECT_EQ(Cells(2), (Texts{"b.mp3", "a.mp3"}));
+}
+
+TEST_F(ClsMain, TheFolderListLeavesTheLibraryFileInItsOrder) {
+  AddSong("/b/", "1");
+  AddSong("/a/", "2");
+  library.WriteOutMp3DirectoryLocations();
+  library.LoadMain();
+  EXPECT_EQ(Cells(2), (Texts{"1", "2"}));
+}
+
+TEST_F(ClsMain, ABadColumnIsAnErrorOnceTheTableHasGrown) {
+  EXPECT_THROW(library.Mp3Info(13, 3, "x"), SubscriptError);
+  EXPECT_EQ(library.UBoundOfMp3Array(), 3);
+}
+
+TEST_F(ClsMain, ANumberThatDoesNotFitEndsANumericSort) {
+  AddSong("/a/", "99999999999");
+  AddSong("/a/", "1");
+  bool sorted = false;
+  EXPECT_THROW(library.Sort(true, false, 2, sorted), OverflowError);
+}
+
+TEST_F(ClsMain, ASongTooLongForTheFileIsNamed) {
+  AddSong("/a/", std::string(70000, 'n'));
+  EXPECT_FALSE(library.Save());
+  EXPECT_NE(library.SaveError().find("is too long for the song library"), std::string::npos);
+}
+
 }  // namespace
 }  // namespace tallow

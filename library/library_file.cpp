@@ -19,14 +19,26 @@ constexpr std::size_t kLengthBytes = 2;
 constexpr std::array<std::int16_t, kSongColumns> kColumnOfField = {
     kFileName, kFileLocation, kRecordNumber, kFileIsThere, kSongRank, 6, 7, 8, 9, 10, 11, 12};
 
-/// Whether a record can be that of a song; random bytes rarely pass. No file system has names with
-/// a NUL, so a text that swallowed the lengths behind it is recognized.
-bool IsPlausible(const LibraryRecord& record) noexcept {
-  for (const std::size_t field : {kNameField, kLocationField})
-    if (record[field].find('\0') != std::string_view::npos) return false;
+/// Whether a record that was read where one has to begin is that of a song. No file system has names
+/// with a NUL, so a text that swallowed the lengths behind it is recognized.
+bool IsSong(const LibraryRecord& record) noexcept {
+  // The cheap tests come first: a search asks this of every byte of a damaged file.
+  constexpr std::size_t kMostDigits = 11;
+  if (record[kNameField].empty()) return false;
+  for (const std::size_t field : {kNumberField, kThereField, kRankField})
+    if (record[field].size() > kMostDigits) return false;
   const auto number = TryConvertToInt32(record[kNumberField]);
+  if (!number || *number <= 0) return false;
+  return std::none_of(record.begin(), record.end(), [](std::string_view text) {
+    return text.find('\0') != std::string_view::npos;
+  });
+}
+
+/// Whether a record that was read anywhere in a damaged file can be that of a song; random bytes rarely
+/// pass.
+bool IsPlausible(const LibraryRecord& record) noexcept {
   const std::string_view there = record[kThereField];
-  return !record[kNameField].empty() && number && *number > 0 && (there == "0" || there == "1") &&
+  return IsSong(record) && (there == "0" || there == "1") &&
          TryConvertToInt32(record[kRankField]).has_value();
 }
 
@@ -89,18 +101,16 @@ LibraryInspection InspectLibrary(const std::string& path) {
   std::string_view last;
   for (;;) {
     const LibraryReader::Result read = reader.Next(record);
-    if (read == LibraryReader::Result::kDamaged)
+    if (read == LibraryReader::Result::kDamaged && result.problem.empty())
       result.problem = "the record that begins at byte " + std::to_string(reader.position()) +
                        " is not complete";
     if (read != LibraryReader::Result::kRecord) break;
     if (record[kNameField].empty()) continue;
     ++result.usable;
     last = record[kNumberField];
-    if (!TryConvertToInt32(last)) {
+    if (result.problem.empty() && !TryConvertToInt32(last))
       result.problem =
-          "song " + std::to_string(result.usable) + ": '" + std::string(last) + "' is not a number";
-      break;
-    }
+          "song " + std::to_string(result.usable) + ": " + Quoted(last) + " is not a number";
   }
   result.last_number = last;
   result.sound = result.problem.empty();
@@ -112,14 +122,12 @@ std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table) {
   for (std::size_t at = 0; at < bytes.size();) {
     LibraryReader reader(bytes, at);
     LibraryRecord record;
-    if (reader.Next(record) != LibraryReader::Result::kRecord) {
-      at = NextPlausible(bytes, at + 1);
-    } else if (IsPlausible(record)) {
+    if (reader.Next(record) == LibraryReader::Result::kRecord && IsSong(record)) {
       found.push_back(record);
       at = reader.position();
-    } else if (record[kNameField].empty()) {
-      at = reader.position();
     } else {
+      // Damage, or a record that stands for no song; where the next one begins is only certain when
+      // it looks like one.
       at = NextPlausible(bytes, at + 1);
     }
   }
@@ -148,7 +156,8 @@ std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table) {
     table.SetCell(kFileName, row, record ? (*record)[kNameField] : "0");
     table.SetCell(kFileIsThere, row, record ? (*record)[kThereField] : "0");
     table.SetCell(kRecordNumber, row, std::to_string(row));
-    table.SetCell(kSongRank, row, record ? (*record)[kRankField] : "2");
+    const bool ranked = record && TryConvertToInt32((*record)[kRankField]).has_value();
+    table.SetCell(kSongRank, row, ranked ? (*record)[kRankField] : "2");
   }
   return static_cast<std::int32_t>(found.size());
 }

@@ -152,6 +152,17 @@ TEST(SalvageLibrary, SongsBehindADamageKeepNumberAndRank) {
   EXPECT_EQ(lost, 50 - count);
 }
 
+TEST(SalvageLibrary, ASongWhoseRankIsDamagedIsKeptUnranked) {
+  SongTable songs = Songs(3);
+  songs.SetCell(kSongRank, 2, "x");
+  songs.SetCell(kFileIsThere, 3, "?");
+  SongTable found;
+  EXPECT_EQ(SalvageLibrary(EncodeLibrary(songs), found), 3);
+  EXPECT_EQ(found.Cell(kFileName, 2), "song 2.mp3");
+  EXPECT_EQ(found.Cell(kSongRank, 2), "2");
+  EXPECT_EQ(found.Cell(kFileName, 3), "song 3.mp3");
+}
+
 TEST(SalvageLibrary, AWildNumberDoesNotBlowTheTableUp) {
   SongTable songs = Songs(3);
   songs.SetCell(kRecordNumber, 2, "2000000000");
@@ -171,6 +182,23 @@ TEST(SalvageLibrary, RandomBytesNeverDoHarm) {
     SongTable found;
     const std::int32_t count = SalvageLibrary(bytes, found);
     EXPECT_LE(count, found.rows());
+  }
+}
+
+TEST(SalvageLibrary, AZeroedBlockCostsOnlyTheSongsInIt) {
+  const SongTable songs = Songs(200);
+  const std::string whole = EncodeLibrary(songs);
+  for (std::size_t at = 500; at < 1500; at += 7) {
+    for (const std::size_t length : {1U, 60U, 300U}) {
+      std::string bytes = whole;
+      for (std::size_t k = at; k < at + length; ++k) bytes[k] = 0;
+      SongTable found;
+      const std::int32_t count = SalvageLibrary(bytes, found);
+      // A record is about 46 bytes; one more on either side may be touched or look odd.
+      ASSERT_GE(count, 200 - static_cast<std::int32_t>(length / 40) - 3) << at << " " << length;
+      ASSERT_EQ(found.Cell(kFileName, 200), "song 200.mp3");
+      ASSERT_EQ(found.Cell(kSongRank, 200), songs.Cell(kSongRank, 200));
+    }
   }
 }
 

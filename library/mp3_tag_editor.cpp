@@ -91,6 +91,7 @@ bool MP3TagEditor::SaveMP3() {
   tag.append(album_.data(), album_.size());
   tag.append(year_.data(), year_.size());
   tag.append(comment_.data(), comment_.size());
+  if (genra_ < 0 || genra_ > kNoGenre) throw OverflowError(std::to_string(genra_));
   tag += static_cast<char>(genra_);
   // Without a tag the marker stands on the last byte: one byte is overwritten, 127 are new.
   PatchFileEnd(filename_, tag_exists_ ? kTagBytes : 1, tag);

@@ -55,6 +55,7 @@ class MP3TagEditor {
   /// writes. TagExists stays as it is.
   /// \returns true
   /// \throws FileError when the file cannot be opened or written, or is too short to hold the place
+  /// \throws OverflowError when the genre number does not fit a byte; nothing is written then
   bool SaveMP3();
 
   /// Clears all fields and reads the tag of a file.

@@ -154,5 +154,38 @@ TEST(Mp3TagEditor, AssigningPadsAndCuts) {
   EXPECT_EQ(editor.Album(), "\xC3\x89t\xC3\xA9");
 }
 
+TEST(Mp3TagEditor, ATagOnAFileTooShortForOneIsAnError) {
+  const TempFolder folder;
+  MP3TagEditor editor;
+  editor.filename(folder.File("a.mp3", "short"));
+  editor.TagExists(true);
+  try {
+    editor.SaveMP3();
+    FAIL();
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.reason(), "is too short to hold a tag");
+  }
+  EXPECT_TRUE(editor.TagExists());
+}
+
+TEST(Mp3TagEditor, AGenreThatIsNoByteIsAnErrorBeforeAnythingIsWritten) {
+  const TempFolder folder;
+  MP3TagEditor editor;
+  editor.filename(folder.File("a.mp3", Audio(300)));
+  for (const std::int16_t number : {std::int16_t{-1}, std::int16_t{256}}) {
+    editor.Genra(number);
+    EXPECT_THROW(editor.SaveMP3(), OverflowError);
+  }
+  EXPECT_EQ(ReadWholeFile(editor.filename()), Audio(300));
+}
+
+TEST(Mp3TagEditor, SavingToAMissingFileLeavesAnEmptyOne) {
+  const TempFolder folder;
+  MP3TagEditor editor;
+  editor.filename(folder / "new.mp3");
+  EXPECT_THROW(editor.SaveMP3(), FileError);
+  EXPECT_EQ(ReadWholeFile(editor.filename()), "");
+}
+
 }  // namespace
 }  // namespace tallow

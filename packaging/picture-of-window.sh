@@ -25,15 +25,17 @@ processes+=($!)
 "$@" &
 program=$!
 processes+=("$program")
+opened=false
 for _ in $(seq 600); do
   # The splash window is smaller than this; the frame window is not.
   for window in $(xdotool search --onlyvisible --name '^Tallow' 2> /dev/null); do
     eval "$(xdotool getwindowgeometry --shell "$window" 2> /dev/null || echo WIDTH=0)"
-    [ "$WIDTH" -ge 900 ] && break 2
+    if [ "$WIDTH" -ge 900 ]; then opened=true; break 2; fi
   done
   kill -0 "$program" 2> /dev/null || { echo "Tallow ended before its window opened." >&2; exit 1; }
   sleep 0.1
 done
+$opened || { echo "Tallow's window did not open within a minute." >&2; exit 1; }
 # One more moment for the splash window to go and the list to be painted.
 sleep 2
 mkdir -p "$(dirname "$picture")"

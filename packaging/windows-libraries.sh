@@ -10,7 +10,7 @@ archiver=x86_64-w64-mingw32-ar
 
 version() { dpkg-query -W -f='${Version}' "$1"; }
 key="utf8proc-$(version libutf8proc-dev)_googletest-$(version googletest)_$($compiler -dumpfullversion)"
-folder="${XDG_CACHE_HOME:-$HOME/.cache}/tallow/windows-libraries/$key"
+folder="${XDG_CACHE_HOME:-${HOME:-/tmp}/.cache}/tallow/windows-libraries/$key"
 if [ -f "$folder/complete" ]; then
   printf '%s\n' "$folder"
   exit 0

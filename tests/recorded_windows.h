@@ -16,6 +16,7 @@ class RecordedWindows : public StartUpWindows {
  public:
   void ShowSplash() override { Log("splash"); }
   SearchProgress& Splash() override { return progress; }
+  SearchProgress* LoadedSplash() override { return &progress; }
   void ShowCancelButton(bool visible) override { Log(visible ? "cancel on" : "cancel off"); }
   void ShowFoundLine(bool visible) override { Log(visible ? "found on" : "found off"); }
   void UnloadSplash() override { Log("splash off"); }

@@ -13,6 +13,10 @@ namespace tallow {
 namespace {
 
 constexpr QSize kFirstSize(1000, 680);
+constexpr QSize kLeastSize(480, 320);
+
+/// Of a jukebox window that no longer fills the frame.
+constexpr QSize kJukeboxSize(760, 480);
 
 /// Lines of a tool tip; more do not fit a screen.
 constexpr std::size_t kMostTipLines = 20;
@@ -27,12 +31,15 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, QWidget* parent)
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   setCentralWidget(area_);
+  setMinimumSize(kLeastSize);
   resize(kFirstSize);
 }
 
 frmMain& frmMDIForm1::NewJukeboxWindow() {
   auto* const window = new frmMain(tallow_);
-  area_->addSubWindow(window)->hide();
+  QMdiSubWindow* const sub = area_->addSubWindow(window);
+  sub->resize(kJukeboxSize);
+  sub->hide();
   connect(window, &frmMain::Problem, this,
           [this](const QString& text) { Notice({text.toStdString()}); });
   return *window;

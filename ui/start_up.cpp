@@ -24,7 +24,7 @@ void PrintError(const std::string& text) { std::fprintf(stderr, "%s\n", text.c_s
 StartUp::StartUp(Tallow& tallow, frmMDIForm1& frame, bool silent)
     : tallow_(tallow), frame_(frame), silent_(silent) {}
 
-frmSplash& StartUp::LoadedSplash() {
+frmSplash& StartUp::SplashWindow() {
   if (!splash_) {
     splash_ = std::make_unique<frmSplash>([this] { tallow_.SearchCancelled = true; });
     splash_->ShowOKButton(false);
@@ -34,18 +34,20 @@ frmSplash& StartUp::LoadedSplash() {
 }
 
 void StartUp::ShowSplash() {
-  frmSplash& splash = LoadedSplash();
+  frmSplash& splash = SplashWindow();
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   splash.move(screen.center() - splash.rect().center());
   splash.show();
-  splash.Yield();
+  splash.WaitUntilPainted();
 }
 
-SearchProgress& StartUp::Splash() { return LoadedSplash(); }
+SearchProgress& StartUp::Splash() { return SplashWindow(); }
 
-void StartUp::ShowCancelButton(bool visible) { LoadedSplash().ShowCancelButton(visible); }
+SearchProgress* StartUp::LoadedSplash() { return splash_.get(); }
 
-void StartUp::ShowFoundLine(bool visible) { LoadedSplash().ShowFoundLine(visible); }
+void StartUp::ShowCancelButton(bool visible) { SplashWindow().ShowCancelButton(visible); }
+
+void StartUp::ShowFoundLine(bool visible) { SplashWindow().ShowFoundLine(visible); }
 
 void StartUp::UnloadSplash() { splash_.reset(); }
 

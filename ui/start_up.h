@@ -20,6 +20,7 @@ class StartUp : public StartUpWindows {
 
   void ShowSplash() override;
   SearchProgress& Splash() override;
+  SearchProgress* LoadedSplash() override;
   void ShowCancelButton(bool visible) override;
   void ShowFoundLine(bool visible) override;
   void UnloadSplash() override;
@@ -33,7 +34,7 @@ class StartUp : public StartUpWindows {
   void ShowTip() override;
 
  private:
-  frmSplash& LoadedSplash();
+  frmSplash& SplashWindow();
   QWidget* ParentOfMessages();
 
   Tallow& tallow_;

@@ -16,8 +16,9 @@ inline constexpr std::string_view kBackupSuffix = ".bak";
 /// leaves either the old content or the new one under its name.
 ///
 /// The content goes to a file beside it (the name followed by ".new"), is flushed to the disk, and
-/// takes the name over. A link is followed: the file it leads to is the one replaced. Permissions
-/// are kept.
+/// takes the name over. On Linux
+/// a link to a file is followed, so that the file is replaced and not the link, and permissions are
+/// kept where the disk keeps any.
 ///
 /// \throws FileError when anything fails, a read-only file included; the old content is then
 /// untouched
@@ -28,5 +29,11 @@ void WriteFileAtomically(const std::string& path, std::string_view content);
 ///
 /// \throws FileError
 void KeepBackup(const std::string& path);
+
+/// Gives a file the name followed by ".bak", in place of an earlier one. Unlike KeepBackup this works on
+/// a file that cannot be read.
+///
+/// \throws FileError
+void MoveToBackup(const std::string& path);
 
 }  // namespace tallow

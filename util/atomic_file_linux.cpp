@@ -35,13 +35,14 @@ void WriteFileAtomically(const std::string& path, std::string_view content) {
   const bool exists = stat(path.c_str(), &old) == 0;
   const std::string target = exists ? AbsolutePath(path) : path;
   if (exists && !S_ISREG(old.st_mode)) throw FileError(path, "is not a regular file");
-  if (exists && access(target.c_str(), W_OK) != 0) Fail(path, errno);
+  if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) Fail(path, errno);
   const std::string beside = target + std::string(kUnfinishedSuffix);
   {
     const OpenFile file(open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
     if (!file) Fail(path, errno);
     try {
-      if (exists && fchmod(file.descriptor(), old.st_mode & 07777) != 0) Fail(path, errno);
+      // A file system that keeps no permissions refuses; the content matters more.
+      if (exists && fchmod(file.descriptor(), old.st_mode & 07777) != 0) errno = 0;
       WriteAll(file.descriptor(), content, path);
       if (fsync(file.descriptor()) != 0) Fail(path, errno);
     } catch (const FileError&) {
@@ -60,6 +61,11 @@ void WriteFileAtomically(const std::string& path, std::string_view content) {
   const OpenFile directory(
       open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
   if (directory) fsync(directory.descriptor());
+}
+
+void MoveToBackup(const std::string& path) {
+  if (std::rename(path.c_str(), (path + std::string(kBackupSuffix)).c_str()) != 0)
+    Fail(path, errno);
 }
 
 }  // namespace tallow

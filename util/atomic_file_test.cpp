@@ -77,5 +77,15 @@ TEST(AtomicFile, PermissionsAreKept) {
 }
 #endif
 
+TEST(AtomicFile, MovingAsideNeedsNoReading) {
+  const TempFolder folder;
+  const std::string path = folder.File("a.ini", "damaged");
+  folder.File("a.ini.bak", "older");
+  MoveToBackup(path);
+  EXPECT_FALSE(FileExists(path));
+  EXPECT_EQ(ReadWholeFile(path + ".bak"), "damaged");
+  EXPECT_THROW(MoveToBackup(path), FileError);
+}
+
 }  // namespace
 }  // namespace tallow

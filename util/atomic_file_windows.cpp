@@ -71,4 +71,11 @@ void WriteFileAtomically(const std::string& path, std::string_view content) {
   }
 }
 
+void MoveToBackup(const std::string& path) {
+  const std::wstring from = ToWidePath(path);
+  if (!MoveFileExW(from.c_str(), (from + ToWide(kBackupSuffix)).c_str(),
+                   MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+    Fail(path, GetLastError());
+}
+
 }  // namespace tallow

@@ -7,11 +7,21 @@
 
 namespace tallow {
 
+/// A value as a message shows it: in single quotes, what cannot be printed as a question mark, and no
+/// longer than a line.
+inline std::string Quoted(std::string_view value) {
+  constexpr std::size_t kMostShown = 60;
+  std::string shown(value.substr(0, kMostShown));
+  for (char& c : shown)
+    if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
+  return "'" + shown + (value.size() > kMostShown ? " . . .'" : "'");
+}
+
 /// A text that had to be a number (or a boolean) is none.
 class TypeMismatchError : public std::runtime_error {
  public:
   explicit TypeMismatchError(std::string_view value)
-      : std::runtime_error("'" + std::string(value) + "' is not a number"), value_(value) {}
+      : std::runtime_error(Quoted(value) + " is not a number"), value_(value) {}
   /// The text as it was read.
   const std::string& value() const noexcept { return value_; }
 
@@ -23,7 +33,7 @@ class TypeMismatchError : public std::runtime_error {
 class OverflowError : public std::runtime_error {
  public:
   explicit OverflowError(std::string_view value)
-      : std::runtime_error("'" + std::string(value) + "' is too large a number"), value_(value) {}
+      : std::runtime_error(Quoted(value) + " is too large a number"), value_(value) {}
   /// The text as it was read.
   const std::string& value() const noexcept { return value_; }
 

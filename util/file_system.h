@@ -20,6 +20,7 @@ namespace tallow {
 struct FolderIdentity {
   std::uint64_t device = 0;
   std::uint64_t number = 0;
+  std::uint64_t number_high = 0;  ///< of file systems whose numbers have 128 bits
   bool operator==(const FolderIdentity&) const = default;
 };
 
@@ -98,8 +99,13 @@ bool RemoveFile(const std::string& path) noexcept;
 /// \throws FileError when it exists but cannot be read
 std::optional<std::string> ReadWholeFile(const std::string& path);
 
-/// The absolute path that a path has now, with links followed where that is possible.
+/// The absolute path that a path has now. On Linux links are followed; on Windows they stay, because a
+/// drive letter may be one.
 std::string AbsolutePath(const std::string& path);
+
+/// The path of a folder with every link and junction followed; the path as it is where the system does
+/// not tell.
+std::string RealPathOfFolder(const std::string& path);
 
 /// The last bytes of a file, for the tag that sits there.
 enum class TailResult {

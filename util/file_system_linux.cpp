@@ -22,7 +22,7 @@ struct CloseDirectory {
 using Directory = std::unique_ptr<DIR, CloseDirectory>;
 
 FolderIdentity IdentityOf(const struct stat& status) noexcept {
-  return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino)};
+  return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino), 0};
 }
 
 /// What an entry turned out to be.
@@ -150,7 +150,7 @@ std::optional<FileStamp> StampOf(const std::string& path) {
 }
 
 bool FolderIsWritable(const std::string& path) {
-  return FolderExists(path) && access(path.c_str(), W_OK | X_OK) == 0;
+  return FolderExists(path) && faccessat(AT_FDCWD, path.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 void CreateFolder(const std::string& path) {
@@ -176,12 +176,15 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
   std::string content(static_cast<std::size_t>(status.st_size), '\0');
   std::size_t filled = 0;
   for (;;) {
-    // One byte more than expected shows whether the file has grown meanwhile.
-    if (filled == content.size()) content.resize(filled + 1 + filled / 2);
-    const ssize_t got = read(file.descriptor(), content.data() + filled, content.size() - filled);
+    // Behind the expected end a little is read aside, which shows whether the file has grown.
+    char more[4096];
+    const bool full = filled == content.size();
+    char* const to = full ? more : content.data() + filled;
+    const ssize_t got = read(file.descriptor(), to, full ? sizeof more : content.size() - filled);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0) throw FileError(path, std::strerror(errno));
     if (got == 0) break;
+    if (full) content.append(more, static_cast<std::size_t>(got));
     filled += static_cast<std::size_t>(got);
   }
   content.resize(filled);
@@ -196,6 +199,8 @@ std::string AbsolutePath(const std::string& path) {
   const std::unique_ptr<char, decltype(&std::free)> here(getcwd(nullptr, 0), &std::free);
   return here ? std::string(here.get()) + "/" + path : path;
 }
+
+std::string RealPathOfFolder(const std::string& path) { return AbsolutePath(path); }
 
 TailResult ReadTail(const std::string& path, std::span<char> bytes) {
   struct stat status {};

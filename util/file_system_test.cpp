@@ -135,5 +135,22 @@ TEST(FileSystem, OnlyRegularFilesAndLinksToThemAreFiles) {
 }
 #endif
 
+TEST(FileSystem, TheRealPathOfAnOrdinaryFolderIsItself) {
+  const TempFolder folder;
+  EXPECT_EQ(EnsureTrailingBackslash(RealPathOfFolder(folder.path())), folder.path());
+  EXPECT_EQ(RealPathOfFolder(folder / "none"), folder / "none");
+}
+
+TEST(FileSystem, TailsComeWithAListingWhereAskedFor) {
+  const TempFolder folder;
+  folder.File("long.mp3", "123456");
+  folder.File("short.mp3", "123");
+  for (const FileEntry& file :
+       ListFolder(folder.path(), {.pattern = "*.mp3", .sizes = true, .tail_bytes = 3}).files) {
+    EXPECT_EQ(file.size, file.name == "long.mp3" ? 6U : 3U);
+    EXPECT_TRUE(file.tail.empty() || (file.name == "long.mp3" && file.tail == "456"));
+  }
+}
+
 }  // namespace
 }  // namespace tallow

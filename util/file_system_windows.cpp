@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <windows.h>
 #include <winioctl.h>
@@ -16,7 +17,8 @@ namespace {
 
 bool IsMissing(DWORD error) noexcept {
   return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
-         error == ERROR_INVALID_NAME || error == ERROR_BAD_NETPATH || error == ERROR_INVALID_DRIVE;
+         error == ERROR_INVALID_NAME || error == ERROR_BAD_NETPATH ||
+         error == ERROR_INVALID_DRIVE || error == ERROR_NOT_READY || error == ERROR_BAD_NET_NAME;
 }
 
 /// Opens a file or folder only to ask about it; links are followed.
@@ -33,9 +35,18 @@ std::optional<BY_HANDLE_FILE_INFORMATION> InformationOf(const std::string& path)
   return information;
 }
 
-FolderIdentity IdentityOf(const BY_HANDLE_FILE_INFORMATION& information) noexcept {
+FolderIdentity IdentityOf(HANDLE folder, const BY_HANDLE_FILE_INFORMATION& information) noexcept {
+  // The short numbers are not unique on every file system; the long ones are not told by every one.
+  FILE_ID_INFO id{};
+  if (GetFileInformationByHandleEx(folder, FileIdInfo, &id, sizeof id)) {
+    FolderIdentity identity{id.VolumeSerialNumber, 0, 0};
+    std::memcpy(&identity.number, id.FileId.Identifier, sizeof identity.number);
+    std::memcpy(&identity.number_high, id.FileId.Identifier + sizeof identity.number,
+                sizeof identity.number_high);
+    return identity;
+  }
   return {information.dwVolumeSerialNumber,
-          (std::uint64_t{information.nFileIndexHigh} << 32U) | information.nFileIndexLow};
+          (std::uint64_t{information.nFileIndexHigh} << 32U) | information.nFileIndexLow, 0};
 }
 
 /// Whether an entry leads elsewhere: a symbolic link, a junction or a mounted volume. Other reparse
@@ -71,8 +82,7 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
                                            FIND_FIRST_EX_LARGE_FETCH));
   if (search.get() == INVALID_HANDLE_VALUE) return listing;
   listing.opened = true;
-  if (request.subfolders)
-    if (const auto information = InformationOf(base)) listing.identity = IdentityOf(*information);
+  if (request.subfolders) listing.identity = IdentityOfFolder(base).value_or(FolderIdentity());
   do {
     const std::wstring_view wide(found.cFileName);
     if (wide == L"." || wide == L"..") continue;
@@ -94,10 +104,12 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
 }
 
 std::optional<FolderIdentity> IdentityOfFolder(const std::string& path) {
-  const auto information = InformationOf(path);
-  if (!information || (information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
+  const OpenHandle handle(OpenForQuery(ToWidePath(path)));
+  BY_HANDLE_FILE_INFORMATION information{};
+  if (!handle || !GetFileInformationByHandle(handle.get(), &information) ||
+      (information.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0)
     return std::nullopt;
-  return IdentityOf(*information);
+  return IdentityOf(handle.get(), information);
 }
 
 bool FileExists(const std::string& path) {
@@ -178,6 +190,22 @@ std::string AbsolutePath(const std::string& path) {
   if (length == 0 || length >= needed) return path;
   full.resize(length);
   return FromWide(full);
+}
+
+std::string RealPathOfFolder(const std::string& path) {
+  const OpenHandle handle(OpenForQuery(ToWidePath(path)));
+  if (!handle) return path;
+  const DWORD needed = GetFinalPathNameByHandleW(handle.get(), nullptr, 0, FILE_NAME_NORMALIZED);
+  std::wstring real(needed, L'\0');
+  const DWORD length =
+      GetFinalPathNameByHandleW(handle.get(), real.data(), needed, FILE_NAME_NORMALIZED);
+  if (length == 0 || length >= needed) return path;
+  real.resize(length);
+  constexpr std::wstring_view kShare = L"\\\\?\\UNC\\";
+  constexpr std::wstring_view kLong = L"\\\\?\\";
+  if (real.starts_with(kShare)) return FromWide(L"\\\\" + real.substr(kShare.size()));
+  if (real.starts_with(kLong)) real.erase(0, kLong.size());
+  return FromWide(real);
 }
 
 TailResult ReadTail(const std::string& path, std::span<char> bytes) {

@@ -12,9 +12,10 @@
 namespace tallow {
 
 void PatchFileEnd(const std::string& path, std::size_t back, std::string_view bytes) {
-  const OpenFile file(open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666));
+  const OpenFile file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0666));
   struct stat status {};
   if (!file || fstat(file.descriptor(), &status) != 0) throw FileError(path, std::strerror(errno));
+  if (!S_ISREG(status.st_mode)) throw FileError(path, "is not a regular file");
   off_t at = status.st_size - static_cast<off_t>(back);
   if (at < 0) throw FileError(path, "is too short to hold a tag");
   while (!bytes.empty()) {

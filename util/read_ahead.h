@@ -22,8 +22,9 @@ namespace tallow {
 /// \param count   how many there are
 /// \param run     how many a thread takes at once; fewer than two runs in all start no thread
 /// \param produce called from several threads at once, so it may only read what they share
-/// \param consume called from the calling thread only An exception of either ends the work and
-///         comes out of this call.
+/// \param consume called from the calling thread only
+///
+/// An exception of either ends the work and comes out of this call.
 template <typename Produce, typename Consume>
 void ReadAhead(std::size_t count, std::size_t run, const Produce& produce, const Consume& consume) {
   using Result = decltype(produce(std::size_t{0}));

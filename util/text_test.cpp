@@ -51,8 +51,10 @@ TEST(Text, StripAtNulCutsBeforeTheFirstNul) {
 }
 
 TEST(TextLines, AnySystemsLineEndsARead) {
-  EXPECT_EQ(SplitLines("a\r\n\r\nb\nc\rd"),
-            (std::vector<std::string_view>{"a", "", "b", "c", "d"}));
+  EXPECT_EQ(SplitLines("a\r\n\r\nb\nc\rd\r\n"),
+            (std::vector<std::string_view>{"a", "", "b\nc\rd"}));
+  EXPECT_EQ(SplitLines("a\n\nb"), (std::vector<std::string_view>{"a", "", "b"}));
+  EXPECT_EQ(SplitLines("a\rb\r"), (std::vector<std::string_view>{"a", "b"}));
   EXPECT_EQ(SplitLines("a\r\n"), (std::vector<std::string_view>{"a"}));
   EXPECT_TRUE(SplitLines("").empty());
 }

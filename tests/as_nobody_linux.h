@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace tallow {
+
+/// Within its scope the process has no more rights than any user. Root may read and write everything,
+/// which would hide what a test is about.
+class AsNobody {
+ public:
+  AsNobody() {
+    constexpr uid_t kNobody = 65534;
+    const bool lowered = was_ != 0 || seteuid(kNobody) == 0;
+    EXPECT_TRUE(lowered);
+  }
+  AsNobody(const AsNobody&) = delete;
+  AsNobody& operator=(const AsNobody&) = delete;
+  ~AsNobody() { EXPECT_EQ(seteuid(was_), 0); }
+
+ private:
+  const uid_t was_ = geteuid();
+};
+
+}  // namespace tallow
