@@ -3,9 +3,12 @@
 
 #include <utility>
 
+#include <QColor>
 #include <QCoreApplication>
+#include <QFrame>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPalette>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <QWindow>
@@ -25,7 +28,12 @@ constexpr int kHeart = 101;
 constexpr int kMom = 102;
 constexpr int kMan = 103;
 
-constexpr int kMargin = 20;
+constexpr int kMargin = 24;
+
+/// Sides of the pictures as they are shown, and the colour they are drawn on.
+constexpr int kLargePicture = 220;
+constexpr int kSmallPicture = 96;
+constexpr QColor kPaper(0xF6, 0xEF, 0xE2);
 
 QLabel* NewLabel(const char* name, QWidget* parent) {
   auto* const label = new QLabel(parent);
@@ -88,12 +96,26 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
   button_policy.setRetainSizeWhenHidden(true);
   cancel_button_->setSizePolicy(button_policy);
 
-  auto* const title = new QVBoxLayout;
-  title->addWidget(label_);
-  title->addWidget(version_);
-  auto* const head = new QHBoxLayout;
-  head->addLayout(title, 1);
-  head->addWidget(heart_, 0, Qt::AlignTop);
+  // The pictures stand on a panel of their own paper's colour, whatever the desktop's colours are.
+  auto* const panel = new QFrame(this);
+  panel->setAutoFillBackground(true);
+  QPalette paper = panel->palette();
+  paper.setColor(QPalette::Window, kPaper);
+  panel->setPalette(paper);
+  for (const auto& [picture, size] :
+       {std::pair{man_, kLargePicture}, std::pair{mom_, kSmallPicture},
+        std::pair{heart_, kSmallPicture}}) {
+    picture->setScaledContents(true);
+    picture->setFixedSize(size, size);
+  }
+  auto* const couple = new QHBoxLayout;
+  couple->addWidget(mom_);
+  couple->addStretch(1);
+  couple->addWidget(heart_);
+  auto* const pictures = new QVBoxLayout(panel);
+  pictures->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  pictures->addWidget(man_);
+  pictures->addLayout(couple);
 
   auto* const buttons = new QHBoxLayout;
   buttons->addStretch(1);
@@ -101,30 +123,28 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
   buttons->addWidget(ok_);
 
   auto* const side = new QVBoxLayout;
-  side->addLayout(head);
-  side->addSpacing(kMargin / 2);
+  side->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  side->addWidget(label_);
+  side->addWidget(version_);
+  side->addSpacing(kMargin);
   side->addWidget(status_label_);
   side->addWidget(found_label_);
   side->addStretch(1);
-  auto* const foot = new QHBoxLayout;
-  auto* const rights = new QVBoxLayout;
-  rights->addStretch(1);
-  rights->addWidget(website_);
-  rights->addWidget(copyright_);
-  foot->addWidget(mom_, 0, Qt::AlignBottom);
-  foot->addSpacing(kMargin / 2);
-  foot->addLayout(rights, 1);
-  side->addLayout(foot);
+  side->addWidget(website_);
+  side->addWidget(copyright_);
+  side->addSpacing(kMargin / 2);
   side->addLayout(buttons);
 
   auto* const all = new QHBoxLayout(this);
-  all->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
-  all->setSpacing(kMargin);
-  all->addWidget(man_, 0, Qt::AlignVCenter);
+  all->setContentsMargins(0, 0, 0, 0);
+  all->setSpacing(0);
+  all->addWidget(panel);
   all->addLayout(side, 1);
 }
 
 void frmSplash::Load() {
+  // At start-up there is nothing to close, move or minimize.
+  if (!show_ok_button_) setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
   website_->setText(tr("https://tallow.example"));
   copyright_->setText(tr(
       "Copyright 2026 the Tallow developers. Free software under the GNU General Public License, "
