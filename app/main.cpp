@@ -50,7 +50,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
   frmMDIForm1 frame(tallow);
   StartUp windows(tallow, frame, line.exit_after_startup);
   System system(tallow, *drives, windows);
-  if (!system.Main(JpegPlugin())) return 1;
+  if (!system.Main(QtsRuntimeFile())) return 1;
   if (line.exit_after_startup) return 0;
   QApplication::setQuitOnLastWindowClosed(true);
   return QApplication::exec();

@@ -9,6 +9,7 @@
 
 #include "app/drive_list.h"
 #include "app/player_search.h"
+#include "app/runtime_file.h"
 #include "app/search_progress.h"
 #include "app/tallow.h"
 
@@ -49,12 +50,6 @@ class StartUpWindows {
   virtual void OpenInTextEditor(const std::string& path) = 0;
   /// Shows the tip window, modal; it decides itself whether it stays.
   virtual void ShowTip() = 0;
-};
-
-/// A file without which the program would not run right.
-struct RuntimeFile {
-  std::string path;     ///< where it has to be
-  std::string package;  ///< what brings it: "the package libqt6gui6, which Debian's installer has"
 };
 
 /// The program's start-up.

@@ -47,7 +47,7 @@ int Run(int argc, char** argv) {
   frmMDIForm1 frame(tallow);
   const long before = Memory();
   StartUp windows(tallow, frame, true);
-  if (!System(tallow, *drives, windows).Main(JpegPlugin())) return 1;
+  if (!System(tallow, *drives, windows).Main(QtsRuntimeFile())) return 1;
   QApplication::processEvents();
   frame.grab();
   std::printf("start %.6f %ld\n", SecondsSince(begin), Memory() - before);

@@ -105,11 +105,9 @@ void StartUp::ShowTip() {
   // The tip window comes with its own menu command; until then there is no tip to show.
 }
 
-RuntimeFile JpegPlugin() {
+RuntimeFile QtsRuntimeFile() {
   const QString folder = QLibraryInfo::path(QLibraryInfo::PluginsPath);
-  return {
-      QFile::encodeName(folder + QStringLiteral("/imageformats/libqjpeg.so")).toStdString(),
-      "Debian's package libqt6gui6, which \"sudo apt install --reinstall libqt6gui6\" brings back"};
+  return RequiredRuntimeFile(QFile::encodeName(folder).toStdString());
 }
 
 }  // namespace tallow

@@ -44,7 +44,7 @@ class StartUp : public StartUpWindows {
   std::vector<Jukebox*> open_;
 };
 
-/// The file of Qt that reads JPEG pictures, which the program cannot do without.
-RuntimeFile JpegPlugin();
+/// The file that start-up looks for first, with Qt where this program finds it.
+RuntimeFile QtsRuntimeFile();
 
 }  // namespace tallow

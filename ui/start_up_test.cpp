@@ -58,7 +58,7 @@ class StartUpTest : public testing::Test {
 };
 
 TEST_F(StartUpTest, TheFirstStartEndsWithTheSampleJukeboxOnScreen) {
-  EXPECT_TRUE(System(tallow, drives, windows).Main(JpegPlugin()));
+  EXPECT_TRUE(System(tallow, drives, windows).Main(QtsRuntimeFile()));
   EXPECT_TRUE(frame.isVisible());
   EXPECT_EQ(frame.findChild<frmMain*>()->windowTitle(), QString::fromLatin1(kSampleCaption.data()));
   auto& tree = Child<QTreeView>("TreeView");
@@ -72,7 +72,7 @@ TEST_F(StartUpTest, TheFirstStartEndsWithTheSampleJukeboxOnScreen) {
 }
 
 TEST_F(StartUpTest, TheJpegPluginIsWhereItHasToBe) {
-  EXPECT_TRUE(FileExists(JpegPlugin().path)) << JpegPlugin().path;
+  EXPECT_TRUE(FileExists(QtsRuntimeFile().path)) << QtsRuntimeFile().path;
 }
 
 TEST_F(StartUpTest, TheSplashWindowFollowsTheSearches) {
@@ -127,7 +127,7 @@ TEST_F(StartUpTest, ASilentStartAsksNothing) {
 TEST_F(StartUpTest, ADamagedSettingsFileIsOfferedToBeMadeAnew) {
   application.File("Grouping/System/TallowOrganizer.ini", "x\r\ny\r\nabc\r\n");
   AnswerNextBox(QMessageBox::No);
-  EXPECT_FALSE(System(tallow, drives, windows).Main(JpegPlugin()));
+  EXPECT_FALSE(System(tallow, drives, windows).Main(QtsRuntimeFile()));
   EXPECT_TRUE(box_text.contains("TallowOrganizer.ini, line 3: 'abc' is not a number"))
       << box_text.toStdString();
   EXPECT_FALSE(frame.isVisible());

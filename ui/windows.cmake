@@ -22,6 +22,8 @@ target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets)
 
 add_executable(tallow app/main.cpp)
 target_link_libraries(tallow PRIVATE tallow_ui)
+# What the check for a runtime file opens when the file is missing.
+configure_file(README.md ${CMAKE_BINARY_DIR}/readme.txt COPYONLY)
 # The player is looked for beside the program.
 add_dependencies(tallow tallow-player)
 

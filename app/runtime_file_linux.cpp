@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/runtime_file.h"
+
+namespace tallow {
+
+RuntimeFile RequiredRuntimeFile(const std::string& qt_plugin_folder) {
+  return {qt_plugin_folder + "/imageformats/libqjpeg.so",
+          "Debian's package libqt6gui6, which \"sudo apt install --reinstall libqt6gui6\" brings "
+          "back"};
+}
+
+}  // namespace tallow
