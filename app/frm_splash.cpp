@@ -30,9 +30,7 @@ constexpr int kMan = 103;
 
 constexpr int kMargin = 24;
 
-/// Sides of the pictures as they are shown, and the colour they are drawn on.
-constexpr int kLargePicture = 220;
-constexpr int kSmallPicture = 96;
+/// The colour that the pictures are drawn on.
 constexpr QColor kPaper(0xF6, 0xEF, 0xE2);
 
 QLabel* NewLabel(const char* name, QWidget* parent) {
@@ -102,12 +100,6 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
   QPalette paper = panel->palette();
   paper.setColor(QPalette::Window, kPaper);
   panel->setPalette(paper);
-  for (const auto& [picture, size] :
-       {std::pair{man_, kLargePicture}, std::pair{mom_, kSmallPicture},
-        std::pair{heart_, kSmallPicture}}) {
-    picture->setScaledContents(true);
-    picture->setFixedSize(size, size);
-  }
   auto* const couple = new QHBoxLayout;
   couple->addWidget(mom_);
   couple->addStretch(1);

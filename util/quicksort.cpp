@@ -114,6 +114,11 @@ std::uint64_t PrefixOf(const char* text, std::size_t length) noexcept {
   return prefix;
 }
 
+/// Whether a text is the very one before it, as in a run of songs of one folder.
+bool RepeatsTheOneBefore(std::span<const std::string_view> texts, std::size_t i) noexcept {
+  return i > 0 && texts[i].data() == texts[i - 1].data() && texts[i].size() == texts[i - 1].size();
+}
+
 /// std::sort, the two halves at the same time where that is worth a thread.
 template <typename Before>
 void SortOnTwoCores(std::vector<RankEntry>& entries, const Before& before) {
@@ -139,6 +144,7 @@ std::vector<std::int32_t> RankText(std::span<const std::string_view> texts) {
   std::vector<RankEntry> entries;
   entries.reserve(texts.size());
   for (std::size_t i = 0; i < texts.size(); ++i) {
+    if (RepeatsTheOneBefore(texts, i)) continue;
     const std::size_t offset = lowered.size();
     AppendLower(lowered, texts[i]);
     entries.push_back({0, static_cast<std::uint32_t>(offset),
@@ -172,6 +178,8 @@ std::vector<std::int32_t> RankText(std::span<const std::string_view> texts) {
       ++rank;
     ranks[static_cast<std::size_t>(entries[k].index)] = rank;
   }
+  for (std::size_t i = 0; i < texts.size(); ++i)
+    if (RepeatsTheOneBefore(texts, i)) ranks[i] = ranks[i - 1];
   return ranks;
 }
 
