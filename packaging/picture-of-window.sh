@@ -7,18 +7,8 @@ set -euo pipefail
 
 picture=$1
 shift
-number_file=$(mktemp)
-processes=()
-trap 'for process in "${processes[@]}"; do kill "$process" 2> /dev/null || true; done; rm -f "$number_file"' EXIT
-
-# The server picks a free number and writes it down once it can be connected to.
-Xvfb -displayfd 3 -screen 0 1100x760x24 -nolisten tcp 3> "$number_file" 2> /dev/null &
-processes+=($!)
-for _ in $(seq 100); do [ -s "$number_file" ] && break; sleep 0.1; done
-[ -s "$number_file" ] || { echo "The virtual display did not start." >&2; exit 1; }
-DISPLAY=:$(cat "$number_file")
-export DISPLAY
-unset WAYLAND_DISPLAY QT_QPA_PLATFORM
+. "$(dirname "$0")/virtual-display.sh"
+unset QT_QPA_PLATFORM
 openbox > /dev/null 2>&1 &
 processes+=($!)
 

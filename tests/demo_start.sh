@@ -16,15 +16,7 @@ mkdir -p "$folder"
 rm -rf "$folder/app"
 mkdir -p "$folder/app"
 
-number_file=$(mktemp)
-processes=()
-trap 'for process in "${processes[@]}"; do kill "$process" 2> /dev/null || true; done; rm -f "$number_file"' EXIT
-Xvfb -displayfd 3 -screen 0 1100x760x24 -nolisten tcp 3> "$number_file" 2> /dev/null &
-processes+=($!)
-for _ in $(seq 100); do [ -s "$number_file" ] && break; sleep 0.1; done
-DISPLAY=:$(cat "$number_file")
-export DISPLAY
-unset WAYLAND_DISPLAY
+. "$here/../packaging/virtual-display.sh"
 export QT_QPA_PLATFORM=xcb QT_PLUGIN_PATH="$plugins" QT_QPA_GENERIC_PLUGINS=tallowprobe
 
 for start in first second; do

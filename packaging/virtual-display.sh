@@ -1,0 +1,20 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# To be sourced: starts a virtual display that lives as long as the script, and sets DISPLAY. What the
+# script adds to the array `processes` ends with it.
+
+processes=()
+display_number=$(mktemp)
+end_processes() {
+  for process in "${processes[@]}"; do kill "$process" 2> /dev/null || :; done
+  rm -f "$display_number"
+}
+trap end_processes EXIT
+
+# The server picks a free number and writes it down once it can be connected to.
+Xvfb -displayfd 3 -screen 0 1100x760x24 -nolisten tcp 3> "$display_number" 2> /dev/null &
+processes+=($!)
+for _ in $(seq 100); do [ -s "$display_number" ] && break; sleep 0.1; done
+[ -s "$display_number" ] || { echo "The virtual display did not start." >&2; exit 1; }
+DISPLAY=:$(cat "$display_number")
+export DISPLAY
+unset WAYLAND_DISPLAY
