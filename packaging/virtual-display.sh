@@ -5,7 +5,12 @@
 processes=()
 display_number=$(mktemp)
 end_processes() {
-  for process in "${processes[@]}"; do kill "$process" 2> /dev/null || :; done
+  # The last one first, so that nothing loses the display it is on.
+  local k
+  for ((k = ${#processes[@]} - 1; k >= 0; --k)); do
+    kill "${processes[k]}" 2> /dev/null || :
+    wait "${processes[k]}" 2> /dev/null || :
+  done
   rm -f "$display_number"
 }
 trap end_processes EXIT
