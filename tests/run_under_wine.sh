@@ -3,6 +3,8 @@
 # Runs a Windows program under Wine in a prefix of its own, without the drive Z: that would stand for the
 # whole machine, and passes its exit code on.
 set -euo pipefail
+# Wine names files on the disk in the locale's encoding, and the tests use all alphabets.
+export LC_ALL=C.UTF-8
 
 wine=$(command -v wine64 || command -v wine || ls /usr/lib/wine/wine64)
 wineserver=$(command -v wineserver || ls /usr/lib/wine/wineserver64 /usr/lib/wine/wineserver \
