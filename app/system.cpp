@@ -2,7 +2,6 @@
 #include "app/system.h"
 
 #include <exception>
-#include <optional>
 #include <utility>
 
 #include "app/data_paths.h"

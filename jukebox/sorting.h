@@ -45,8 +45,7 @@ enum FillMode : int {
 /// \param mode      see FillMode; any value but kFillAllButNew fills "New"
 /// \param skip_sort false: the library is sorted by record number first
 /// \param caption   empty: every open jukebox; else only the one with this caption
-/// \param windows   the open jukeboxes, in the order they were opened; they are visited from the
-/// last
+/// \param windows   the open jukeboxes, in the order they were opened; the last is visited first
 /// \param found_tags tags that are known already, sealed; null for none. The others are read from
 ///         the files
 /// \throws FilingError after all songs are filed: songs whose tag has a year that is no number

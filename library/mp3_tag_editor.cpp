@@ -11,14 +11,7 @@
 namespace tallow {
 namespace {
 
-constexpr std::string_view kMarker = "TAG";
 constexpr std::int16_t kNoGenre = 255;
-constexpr std::size_t kTitleAt = 3;
-constexpr std::size_t kArtistAt = 33;
-constexpr std::size_t kAlbumAt = 63;
-constexpr std::size_t kYearAt = 93;
-constexpr std::size_t kCommentAt = 97;
-constexpr std::size_t kGenraAt = 127;
 
 template <std::size_t kLength>
 void Copy(const TagBlock& block, std::size_t at, std::array<char, kLength>& field) {
@@ -73,7 +66,7 @@ bool MP3TagEditor::LoadMP3(std::string_view path, const TagBlock& block) {
   filename_ = path;
   if (block.result == TailResult::kFailed) return false;
   if (block.result == TailResult::kTooShort) return true;
-  if (std::string_view(block.bytes.data(), kMarker.size()) != kMarker) return true;
+  if (std::string_view(block.bytes.data(), kTagMarker.size()) != kTagMarker) return true;
   tag_exists_ = true;
   Copy(block, kTitleAt, title_);
   Copy(block, kArtistAt, artist_);
@@ -85,7 +78,7 @@ bool MP3TagEditor::LoadMP3(std::string_view path, const TagBlock& block) {
 }
 
 bool MP3TagEditor::SaveMP3() {
-  std::string tag(kMarker);
+  std::string tag(kTagMarker);
   tag.append(title_.data(), title_.size());
   tag.append(artist_.data(), artist_.size());
   tag.append(album_.data(), album_.size());

@@ -8,27 +8,10 @@
 #include <string_view>
 
 #include "library/mp3_genra.h"
+#include "library/tag_layout.h"
 #include "util/file_system.h"
 
 namespace tallow {
-
-// An ID3v1 tag is the last 128 bytes of an MP3 file (offsets from its first byte):
-//
-// | Offset | Bytes | Content |
-// |---|---|---|
-// | 0 | 3 | "TAG" |
-// | 3 | 30 | title |
-// | 33 | 30 | artist |
-// | 63 | 30 | album |
-// | 93 | 4 | year |
-// | 97 | 30 | comment |
-// | 127 | 1 | genre number, 0 to 255 |
-//
-// This program pads a text it writes with blanks; others pad with NULs. See tag_text.h for the
-// encoding.
-
-/// Bytes of an ID3v1 tag.
-inline constexpr std::size_t kTagBytes = 128;
 
 /// The last 128 bytes of a file, read but not looked at. Reading is what takes time, so it can be
 /// done ahead, by other threads.

@@ -6,11 +6,6 @@
 namespace tallow {
 namespace {
 
-constexpr std::string_view kMarker = "TAG";
-constexpr std::size_t kArtistAt = 33;
-constexpr std::size_t kYearAt = 93;
-constexpr std::size_t kGenraAt = 127;
-
 /// FNV-1a over both parts of a path, then mixed so that all bits depend on all.
 std::uint64_t HashOf(std::string_view folder, std::string_view name) noexcept {
   std::uint64_t hash = 0xCBF29CE484222325U;
@@ -26,7 +21,7 @@ void TagCache::Add(std::string_view folder, std::string_view name, std::string_v
   if (tail.size() != kTagBytes) return;
   Entry& entry = entries_.emplace_back();
   entry.path_hash = HashOf(folder, name);
-  entry.tagged = tail.starts_with(kMarker);
+  entry.tagged = tail.starts_with(kTagMarker);
   tail.copy(entry.artist.data(), entry.artist.size(), kArtistAt);
   tail.copy(entry.year.data(), entry.year.size(), kYearAt);
   entry.genra = tail[kGenraAt];
@@ -51,7 +46,7 @@ std::optional<TagBlock> TagCache::Find(std::string_view folder, std::string_view
   TagBlock block;
   block.result = TailResult::kRead;
   block.bytes.fill(' ');
-  if (entry.tagged) kMarker.copy(block.bytes.data(), kMarker.size());
+  if (entry.tagged) kTagMarker.copy(block.bytes.data(), kTagMarker.size());
   std::copy(entry.artist.begin(), entry.artist.end(), block.bytes.begin() + kArtistAt);
   std::copy(entry.year.begin(), entry.year.end(), block.bytes.begin() + kYearAt);
   block.bytes[kGenraAt] = entry.genra;

@@ -12,7 +12,11 @@
 
 namespace tallow {
 
-/// Makes things on all cores and uses them one after another.
+/// Most threads that ReadAhead starts, and the fewest: reading waits even on a machine of one core.
+inline constexpr unsigned kMostReaders = 8;
+inline constexpr unsigned kFewestReaders = 2;
+
+/// Makes things on several cores and uses them one after another.
 ///
 /// For work whose parts wait on the disk but whose results have to be taken in order (the tags of
 /// songs that are filed in record order, the listings of folders). A few threads call produce(i)
@@ -30,7 +34,7 @@ void ReadAhead(std::size_t count, std::size_t run, const Produce& produce, const
   using Result = decltype(produce(std::size_t{0}));
   const std::size_t runs = (count + run - 1) / run;
   const std::size_t threads =
-      std::min<std::size_t>(std::max(2U, std::thread::hardware_concurrency()), 8);
+      std::clamp(std::thread::hardware_concurrency(), kFewestReaders, kMostReaders);
   if (runs < 2) {
     for (std::size_t i = 0; i < count; ++i) consume(i, produce(i));
     return;
