@@ -25,6 +25,7 @@ add_executable(tallow_core_tests
   util/file_system_test.cpp
   util/like_test.cpp
   util/number_test.cpp
+  util/comm_dlgs_test.cpp
   util/path_text_test.cpp
   util/quicksort_test.cpp
   util/read_ahead_test.cpp
