@@ -22,6 +22,8 @@ add_executable(tallow_core_tests
   library/tag_cache_test.cpp
   library/tag_text_test.cpp
   util/atomic_file_test.cpp
+  player/playfile_test.cpp
+  player/winamp_control_test.cpp
   util/file_system_test.cpp
   util/like_test.cpp
   util/number_test.cpp

@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <cwchar>
+#include <optional>
+#include <windows.h>
+
+#include "player/player_link.h"
+#include "player/player_messages.h"
+#include "util/start_program.h"
+#include "util/wide_text_windows.h"
+
+namespace tallow {
+namespace {
+
+static_assert(kWmCopyData == WM_COPYDATA && kWmCommand == WM_COMMAND && kWmUser == WM_USER);
+
+/// The ANSI code page of the system. That of this process is UTF-8, which says nothing about the
+/// player's.
+UINT SystemCodePage() {
+  wchar_t digits[16] = {};
+  DWORD size = sizeof digits - sizeof digits[0];
+  if (RegGetValueW(HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Control\\Nls\\CodePage", L"ACP",
+                   RRF_RT_REG_SZ, nullptr, digits, &size) == ERROR_SUCCESS) {
+    const auto page = static_cast<UINT>(std::wcstoul(digits, nullptr, 10));
+    if (IsValidCodePage(page)) return page;
+  }
+  DWORD page = 0;
+  GetLocaleInfoEx(LOCALE_NAME_SYSTEM_DEFAULT, LOCALE_IDEFAULTANSICODEPAGE | LOCALE_RETURN_NUMBER,
+                  reinterpret_cast<wchar_t*>(&page), sizeof page / sizeof(wchar_t));
+  return page == 0 ? CP_UTF8 : page;
+}
+
+/// \param exact set to whether every character has a place in the code page
+std::string InCodePage(UINT page, const std::wstring& text, bool& exact) {
+  const auto length = static_cast<int>(text.size());
+  const DWORD flags = page == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
+  BOOL replaced = FALSE;
+  // UTF-8 has a place for everything and takes no such pointer.
+  BOOL* const told = page == CP_UTF8 ? nullptr : &replaced;
+  const int needed =
+      WideCharToMultiByte(page, flags, text.data(), length, nullptr, 0, nullptr, nullptr);
+  std::string bytes(static_cast<std::size_t>(needed), '\0');
+  WideCharToMultiByte(page, flags, text.data(), length, bytes.data(), needed, nullptr, told);
+  exact = !replaced;
+  return bytes;
+}
+
+std::optional<std::wstring> ShortPath(const std::wstring& path) {
+  const DWORD needed = GetShortPathNameW(path.c_str(), nullptr, 0);
+  if (needed == 0) return std::nullopt;
+  std::wstring shortened(needed, L'\0');
+  const DWORD length = GetShortPathNameW(path.c_str(), shortened.data(), needed);
+  if (length == 0 || length >= needed) return std::nullopt;
+  shortened.resize(length);
+  return shortened;
+}
+
+class WindowLink : public PlayerLink {
+ public:
+  PlayerHandle Find() override {
+    return reinterpret_cast<PlayerHandle>(FindWindowA("Winamp v1.x", nullptr));
+  }
+
+  bool Start(const std::string& program) override {
+    return StartProgram(program, FirstWindow::kMinimizedWithoutFocus);
+  }
+
+  std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
+                    std::int64_t lParam) override {
+    return SendMessageA(reinterpret_cast<HWND>(player), message, static_cast<WPARAM>(wParam),
+                        static_cast<LPARAM>(lParam));
+  }
+
+  void SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
+    std::string bytes(data);
+    COPYDATASTRUCT record{};
+    record.dwData = code;
+    record.cbData = static_cast<DWORD>(bytes.size());
+    record.lpData = bytes.data();
+    SendMessageA(reinterpret_cast<HWND>(player), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&record));
+  }
+
+  std::string TextOfPath(const std::string& path) const override {
+    const std::wstring wide = ToWide(path);
+    const UINT page = SystemCodePage();
+    bool exact = false;
+    std::string bytes = InCodePage(page, wide, exact);
+    if (exact) return bytes;
+    // Without a short name (some disks have none) the player gets the nearest text, which it will not
+    // find.
+    const std::optional<std::wstring> shortened = ShortPath(wide);
+    return shortened ? InCodePage(page, *shortened, exact) : bytes;
+  }
+};
+
+}  // namespace
+
+std::unique_ptr<PlayerLink> SystemPlayerLink() { return std::make_unique<WindowLink>(); }
+
+}  // namespace tallow

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "player/winamp_control.h"
+#include "util/message.h"
+
+namespace tallow {
+
+class clsMain;
+
+/// What starting a hand-off changes on the player panel.
+class HandOffPanel {
+ public:
+  virtual ~HandOffPanel() = default;
+  /// The first song plays: the position bar starts at 0.
+  /// \param length of the first track, in seconds; -1 when the player does not know
+  virtual void TrackStarted(std::int32_t length) = 0;
+  /// All songs are handed over.
+  virtual void HandedOver() = 0;
+};
+
+/// Starts and finds the player; says so when that fails.
+bool ReachPlayer(WinAMP_Control& player, const ShowMessage& show);
+
+/// Replaces the player's list by songs and starts the first one.
+///
+/// Songs whose files are missing are left out; when the first one is missing nothing is done at all.
+/// \param songs record numbers, in play order
+void HandOver(std::span<const std::int32_t> songs, const clsMain& library, WinAMP_Control& player,
+              const ShowMessage& show, HandOffPanel& panel);
+
+/// The full path of a song; empty when the library has no such row.
+std::string PathOfSong(const clsMain& library, std::int32_t record);
+
+}  // namespace tallow

@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/playfile.h"
+
+#include "tests/library_fixture.h"
+#include "tests/recorded_link.h"
+#include "tests/recorded_messages.h"
+
+namespace tallow {
+namespace {
+
+class Playfile : public LibraryTest, protected HandOffPanel {
+ protected:
+  Playfile() { link.answers["1024 1 105"] = 215; }
+
+  /// Puts a song into the library, as a file or as one that is gone.
+  std::string Song(const std::string& name, bool exists = true) {
+    AddSong(music.path(), name);
+    return exists ? music.File(name) : music / name;
+  }
+  void Play(const std::vector<std::int32_t>& songs) {
+    HandOver(songs, library, player, messages.Shower(), *this);
+  }
+  /// Compares what was sent behind starting and finding the player.
+  void ExpectSent(const Texts& expected) {
+    Texts sent = link.Take();
+    ASSERT_GE(sent.size(), 2U);
+    EXPECT_EQ(sent[0], "start /opt/player");
+    EXPECT_EQ(sent[1], "find");
+    sent.erase(sent.begin(), sent.begin() + 2);
+    EXPECT_EQ(sent, expected);
+  }
+  /// What a file leaves in the log as it is added.
+  static std::string Added(const std::string& file) {
+    return "copy 100 " + std::to_string(file.size() + 1) + " " + file + "\\0";
+  }
+
+  void TrackStarted(std::int32_t length) override {
+    link.log.push_back("panel starts " + std::to_string(length));
+  }
+  void HandedOver() override { link.log.push_back("panel done"); }
+
+  RecordedLink link;
+  RecordedMessages messages;
+  std::string path = "/opt/player";
+  WinAMP_Control player{link, [this] { return path; }, messages.Shower()};
+};
+
+TEST_F(Playfile, OneSongIsStoppedClearedAddedAndPlayed) {
+  const std::string a = Song("a.mp3");
+  Play({1});
+  ExpectSent({"273 40047 0", "1024 0 101", Added(a), "273 40045 0", "1024 1 105",
+              "panel starts 215", "panel done"});
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(Playfile, FurtherSongsFollowInTheirOrder) {
+  const std::string a = Song("a.mp3");
+  const std::string b = Song("b.mp3");
+  const std::string c = Song("c.mp3");
+  Play({3, 1, 2, 1});
+  ExpectSent({"273 40047 0", "1024 0 101", Added(c), "273 40045 0", "1024 1 105",
+              "panel starts 215", Added(a), Added(b), Added(a), "panel done"});
+}
+
+TEST_F(Playfile, TheThirdOfFiveIsMissing) {
+  Texts added;
+  for (const char* name : {"1.mp3", "2.mp3", "3.mp3", "4.mp3", "5.mp3"})
+    added.push_back(Added(Song(name, std::string_view(name) != "3.mp3")));
+  Play({1, 2, 3, 4, 5});
+  ExpectSent({"273 40047 0", "1024 0 101", added[0], "273 40045 0", "1024 1 105",
+              "panel starts 215", added[1], added[3], added[4], "panel done"});
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(Playfile, WithoutTheFirstSongThePlayerIsLeftAlone) {
+  Song("a.mp3", false);
+  Song("b.mp3");
+  Play({1, 2});
+  ExpectSent({});
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(Playfile, ASongWithoutAPathIsMissing) {
+  AddSong("", "");
+  const std::string b = Song("b.mp3");
+  Play({1, 2});
+  ExpectSent({});
+  Play({2, 1, 99, 0, -1});
+  ExpectSent({"273 40047 0", "1024 0 101", Added(b), "273 40045 0", "1024 1 105",
+              "panel starts 215", "panel done"});
+}
+
+TEST_F(Playfile, NothingIsDoneForNoSongs) {
+  Play({});
+  ExpectSent({});
+}
+
+TEST_F(Playfile, WithoutAPlayerPathNothingStarts) {
+  Song("a.mp3");
+  path.clear();
+  Play({1});
+  EXPECT_EQ(link.Take(), Texts{});
+  ASSERT_EQ(messages.shown.size(), 1U);
+  EXPECT_EQ(messages.shown[0].text, "Couldn't start WinAMP");
+  EXPECT_EQ(messages.shown[0].title, "Tallow");
+  EXPECT_EQ(messages.shown[0].icon, MessageIcon::kNone);
+  EXPECT_EQ(messages.shown[0].buttons, MessageButtons::kOk);
+}
+
+TEST_F(Playfile, APlayerThatCannotBeRunIsSaid) {
+  Song("a.mp3");
+  link.starts = false;
+  Play({1});
+  EXPECT_EQ(messages.Take(), Texts{"Couldn't start WinAMP"});
+}
+
+TEST_F(Playfile, APlayerWithoutAWindowIsSaid) {
+  Song("a.mp3");
+  link.found = 0;
+  Play({1});
+  ExpectSent({});
+  ASSERT_EQ(messages.shown.size(), 1U);
+  EXPECT_EQ(messages.shown[0].text, "Couldn't find WinAMP's Window");
+  EXPECT_EQ(messages.shown[0].title, "Tallow");
+  EXPECT_EQ(messages.shown[0].icon, MessageIcon::kNone);
+  EXPECT_EQ(messages.shown[0].buttons, MessageButtons::kOk);
+}
+
+TEST_F(Playfile, AFileThatCannotBeLookedAtIsHandedOnAll) {
+  // Too long for any disk: neither there nor known to be absent.
+  const std::string name = std::string(5000, 'x') + ".mp3";
+  AddSong(music.path(), name);
+  const std::string b = Song("b.mp3");
+  Play({2, 1});
+  const Texts log = link.Take();
+  ASSERT_EQ(log.size(), 10U);
+  EXPECT_EQ(log[8], Added(music.path() + name));
+  ASSERT_EQ(messages.shown.size(), 1U);
+  EXPECT_EQ(messages.shown[0].title, "Error");
+}
+
+}  // namespace
+}  // namespace tallow

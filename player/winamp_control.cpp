@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/winamp_control.h"
+
+#include <utility>
+
+#include "player/player_messages.h"
+
+namespace tallow {
+namespace {
+
+/// A number in capital hexadecimal digits, without leading zeros.
+std::string Hexadecimal(std::uint32_t number) {
+  std::string digits;
+  do digits.insert(digits.begin(), "0123456789ABCDEF"[number % 16]);
+  while ((number /= 16) != 0);
+  return digits;
+}
+
+}  // namespace
+
+WinAMP_Control::WinAMP_Control(PlayerLink& link, std::function<std::string()> player_path,
+                               ShowMessage show)
+    : link_(link), player_path_(std::move(player_path)), show_(std::move(show)) {}
+
+bool WinAMP_Control::FindWinamp() {
+  window_ = link_.Find();
+  return window_ != 0;
+}
+
+bool WinAMP_Control::StartWinamp() {
+  const std::string path = player_path_();
+  return !path.empty() && link_.Start(path);
+}
+
+bool WinAMP_Control::HasWindow() {
+  if (window_ != 0) return true;
+  show_({.text = "WinAMP window not found yet...",
+         .title = "WinAMP Not Found",
+         .icon = MessageIcon::kCritical});
+  return false;
+}
+
+std::int64_t WinAMP_Control::Ask(std::int64_t wParam, std::int64_t lParam) {
+  return link_.Send(window_, kWmUser, wParam, lParam);
+}
+
+void WinAMP_Control::SendWinampCommand(std::int32_t id) {
+  if (HasWindow()) link_.Send(window_, kWmCommand, id, 0);
+}
+
+void WinAMP_Control::ClearWinampPlaylist() {
+  if (HasWindow()) Ask(0, kClearList);
+}
+
+void WinAMP_Control::AddFileToWinamp(const std::string& path) {
+  if (!HasWindow()) return;
+  std::string data = link_.TextOfPath(path);
+  data.push_back('\0');
+  link_.SendCopyData(window_, kAddFile, data);
+}
+
+std::string WinAMP_Control::GetWinampStatus() {
+  if (!HasWindow()) return {};
+  switch (Ask(0, kStatus)) {
+    case kPlaying:
+      return "PLAYING";
+    case kPaused:
+      return "PAUSED";
+    default:
+      return "STOPPED";
+  }
+}
+
+std::int32_t WinAMP_Control::GetTrackPosition() {
+  if (!HasWindow()) return 0;
+  const auto position = static_cast<std::int32_t>(Ask(kAskPosition, kTrackTime));
+  return position == -1 ? -1 : position / 1000;
+}
+
+std::int32_t WinAMP_Control::GetTrackLength() {
+  if (!HasWindow()) return 0;
+  return static_cast<std::int32_t>(Ask(kAskLength, kTrackTime));
+}
+
+void WinAMP_Control::SetTrackPosition(std::int32_t seconds) {
+  if (!HasWindow()) return;
+  if (seconds >= 0 && seconds <= GetTrackLength()) Ask(std::int64_t{seconds} * 1000, kSeek);
+}
+
+void WinAMP_Control::SetVolume(std::int32_t volume) {
+  if (!HasWindow()) return;
+  if (volume >= 0 && volume <= kMostVolume) Ask(volume, kSetVolume);
+}
+
+void WinAMP_Control::SetBalance(std::int32_t balance) {
+  if (!HasWindow()) return;
+  if (balance < -kMostBalance || balance > kMostBalance) return;
+  Ask(balance < 0 ? balance + kLeftBalance : balance, kSetBalance);
+}
+
+std::string WinAMP_Control::GetWinampVersion() {
+  if (!HasWindow()) return {};
+  std::string digits = Hexadecimal(static_cast<std::uint32_t>(Ask(0, kVersion)));
+  if (digits.size() <= 3) return "UNKNOWN";
+  return digits.insert(1, ".");
+}
+
+}  // namespace tallow

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "player/player_link.h"
+
+namespace tallow {
+
+/// A way to a player that is not there: messages are kept as text, and answered from a list.
+class RecordedLink : public PlayerLink {
+ public:
+  PlayerHandle Find() override {
+    log.push_back("find");
+    return found;
+  }
+  bool Start(const std::string& program) override {
+    log.push_back("start " + program);
+    return starts;
+  }
+  std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
+                    std::int64_t lParam) override {
+    const std::string text =
+        std::to_string(message) + " " + std::to_string(wParam) + " " + std::to_string(lParam);
+    log.push_back(text);
+    handles.push_back(player);
+    const auto answer = answers.find(text);
+    return answer == answers.end() ? 0 : answer->second;
+  }
+  void SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
+    log.push_back("copy " + std::to_string(code) + " " + std::to_string(data.size()) + " " +
+                  std::string(data.substr(0, data.size() - 1)) +
+                  (data.back() == '\0' ? "\\0" : "?"));
+    handles.push_back(player);
+  }
+  std::string TextOfPath(const std::string& path) const override { return path; }
+
+  /// What has been sent since the last call.
+  std::vector<std::string> Take() { return std::exchange(log, {}); }
+
+  PlayerHandle found = 7;
+  bool starts = true;
+  std::map<std::string, std::int64_t> answers;
+  std::vector<std::string> log;
+  std::vector<PlayerHandle> handles;
+};
+
+}  // namespace tallow
