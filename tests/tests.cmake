@@ -35,7 +35,15 @@ add_executable(tallow_core_tests
 if(NOT WIN32)
   target_sources(tallow_core_tests PRIVATE
     app/mount_table_linux_test.cpp
-    app/save_kill_linux_test.cpp)
+    app/save_kill_linux_test.cpp
+    player/player_link_linux_test.cpp
+    player/substitute/request_server_linux_test.cpp
+    player/substitute/sound_linux_test.cpp
+    util/comm_dlgs_linux_test.cpp)
+  # The real player is played with.
+  target_compile_definitions(tallow_core_tests PRIVATE
+    TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
+  add_dependencies(tallow_core_tests tallow-player)
 endif()
 target_link_libraries(tallow_core_tests PRIVATE tallow_core GTest::gtest)
 

@@ -1,0 +1,308 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <csignal>
+#include <cstring>
+
+#include "app/version.h"
+#include "library/cls_main.h"
+#include "player/player_link.h"
+#include "player/playfile.h"
+#include "tests/library_fixture.h"
+#include "tests/real_player_linux.h"
+#include "tests/sound_linux.h"
+#include "util/runtime_folder_linux.h"
+
+namespace tallow {
+namespace {
+
+/// How the real player is found, started, lost and found again.
+class LinuxPlayer : public RealPlayer {
+ protected:
+  std::string Tone(const std::string& name, const std::string& synth) {
+    const std::string file = folder / name;
+    MakeMp3(file, synth, 2, "-b 64");
+    return file;
+  }
+  std::size_t Starts() { return Lines("pids").size(); }
+};
+
+TEST_F(LinuxPlayer, NoneIsFoundBeforeOneIsStarted) {
+  EXPECT_FALSE(player.FindWinamp());
+  EXPECT_EQ(player.GetWinampStatus(), "");
+  EXPECT_EQ(messages.Take(), Texts{"WinAMP window not found yet..."});
+}
+
+TEST_F(LinuxPlayer, OneThatWasJustStartedIsFoundAndAnswersOnceItIsUp) {
+  ASSERT_TRUE(player.StartWinamp());
+  ASSERT_TRUE(player.FindWinamp());
+  char version[16];
+  std::snprintf(version, sizeof version, "1.%d%02d", kMajorVersion, kMinorVersion);
+  EXPECT_EQ(player.GetWinampVersion(), version);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  EXPECT_EQ(player.GetTrackPosition(), -1);
+  EXPECT_EQ(player.GetTrackLength(), -1);
+  EXPECT_TRUE(messages.shown.empty());
+}
+
+TEST_F(LinuxPlayer, OneThatRunsIsNotStartedAgain) {
+  StartPlayer();
+  player.GetWinampVersion();
+  EXPECT_TRUE(player.StartWinamp());
+  EXPECT_TRUE(player.FindWinamp());
+  WinAMP_Control other(
+      *link, [this] { return path; }, messages.Shower());
+  EXPECT_TRUE(other.StartWinamp());
+  EXPECT_EQ(Starts(), 1U);
+}
+
+TEST_F(LinuxPlayer, AProgramThatCannotBeRunIsNotStarted) {
+  path = folder / "gone";
+  EXPECT_FALSE(player.StartWinamp());
+  path = folder.File("text", "no program");
+  EXPECT_FALSE(player.StartWinamp());
+  EXPECT_FALSE(player.FindWinamp());
+}
+
+TEST_F(LinuxPlayer, OneThatExitsAtOnceLeavesNothingBehind) {
+  UseScript("exit 0\n");
+  // It may still be found for a moment; nothing hangs then.
+  EXPECT_TRUE(player.StartWinamp());
+  if (player.FindWinamp()) {
+    EXPECT_EQ(player.GetWinampVersion(), "UNKNOWN");
+    EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  }
+  EXPECT_TRUE(WaitUntil([&] { return !player.FindWinamp(); }));
+  UseOptions("--silent");
+  StartPlayer();
+  EXPECT_NE(player.GetWinampVersion(), "UNKNOWN");
+}
+
+TEST_F(LinuxPlayer, OneThatIsKilledInASongIsGoneAndCanBeStartedAgain) {
+  const std::string song = Tone("a.mp3", "60 sine 440");
+  StartPlayer();
+  Play({song});
+  EXPECT_EQ(player.GetTrackLength(), 60);
+  ASSERT_EQ(kill(LastPid(), SIGKILL), 0);
+  ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
+  // Messages go nowhere.
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  EXPECT_EQ(player.GetTrackPosition(), 0);
+  player.SendWinampCommand(kPlay);
+  player.AddFileToWinamp(song);
+  EXPECT_TRUE(messages.shown.empty());
+  EXPECT_FALSE(player.FindWinamp());
+  StartPlayer();
+  Play({song});
+  EXPECT_EQ(player.GetTrackLength(), 60);
+  EXPECT_EQ(Starts(), 2U);
+  EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+}
+
+TEST_F(LinuxPlayer, OneThatDoesNotAnswerIsWaitedForOnce) {
+  StartPlayer();
+  player.GetWinampVersion();
+  const pid_t pid = LastPid();
+  ASSERT_EQ(kill(pid, SIGSTOP), 0);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  // From here on nothing is waited for any more, or this test would not end in its time.
+  for (int k = 0; k < 1000; ++k) player.GetTrackPosition();
+  ASSERT_EQ(kill(pid, SIGCONT), 0);
+  ASSERT_TRUE(player.FindWinamp());
+  EXPECT_NE(player.GetWinampVersion(), "UNKNOWN");
+}
+
+TEST_F(LinuxPlayer, AfterItWasClosedTheNextOneIsNew) {
+  for (std::size_t k = 1; k <= 20; ++k) {
+    StartPlayer();
+    player.GetWinampVersion();
+    EXPECT_EQ(Starts(), k);
+    player.SendWinampCommand(kClosePlayer);
+  }
+}
+
+TEST_F(LinuxPlayer, OneThatWasStartedByHandIsUsed) {
+  std::string command = path + " &";
+  ASSERT_EQ(std::system(command.c_str()), 0);
+  ASSERT_TRUE(WaitUntil([&] { return IsRunning(); }));
+  StartPlayer();
+  EXPECT_EQ(Starts(), 1U);
+  // A second one by hand says so and ends.
+  command = path + " 2> '" + (folder / "said") + "'";
+  EXPECT_NE(std::system(command.c_str()), 0);
+  ASSERT_EQ(Lines("said").size(), 1U);
+  EXPECT_NE(Lines("said")[0].find("one runs already"), std::string::npos);
+}
+
+TEST_F(LinuxPlayer, ANameOfAnyBytesIsPlayed) {
+  const std::string song = Tone("a.mp3", "60 sine 440");
+  StartPlayer();
+  for (const char* const name : {"caf\xE9.mp3", "new\nline.mp3", "a'b\"c.mp3", "http:%2F%2Fx.mp3",
+                                 "-.mp3", "#1 100%.mp3", "\xFF\xFE", "~.mp3", "Ünïcödé 曲.mp3"}) {
+    const std::string named = folder / name;
+    ASSERT_EQ(rename((folder / "a.mp3").c_str(), named.c_str()), 0);
+    player.ClearWinampPlaylist();
+    Play({named});
+    EXPECT_EQ(player.GetTrackLength(), 60) << name;
+    ASSERT_EQ(rename(named.c_str(), song.c_str()), 0);
+  }
+}
+
+TEST_F(LinuxPlayer, APathAsLongAsLinuxAllowsIsPlayed) {
+  std::string inside;
+  while (folder.path().size() + inside.size() + 101 + 100 < 4095)
+    inside += std::string(100, 'f') + "/";
+  folder.Folder(inside);
+  inside += std::string(4095 - folder.path().size() - inside.size(), 'x');
+  const std::string song = Tone("a.mp3", "60 sine 440");
+  ASSERT_EQ(rename(song.c_str(), (folder / inside).c_str()), 0) << std::strerror(errno);
+  StartPlayer();
+  Play({folder / inside});
+  EXPECT_EQ(player.GetTrackLength(), 60);
+}
+
+TEST_F(LinuxPlayer, PauseHoldsThePositionAndPlayGoesOn) {
+  const std::string song = Tone("a.mp3", "100 sine 440");
+  StartPlayer();
+  Play({song});
+  EXPECT_EQ(player.GetTrackLength(), 100);
+  ASSERT_TRUE(WaitUntil([&] { return link->Send(link->Find(), kWmUser, 0, kTrackTime) > 200; }));
+  player.SendWinampCommand(kPause);
+  EXPECT_EQ(player.GetWinampStatus(), "PAUSED");
+  player.SetTrackPosition(30);
+  EXPECT_EQ(player.GetTrackPosition(), 30);
+  EXPECT_EQ(player.GetWinampStatus(), "PAUSED");
+  player.SendWinampCommand(kPlay);
+  EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+  ASSERT_TRUE(WaitUntil([&] { return player.GetTrackPosition() == 31; }));
+  player.SendWinampCommand(kPause);
+  player.SendWinampCommand(kPause);
+  EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+  // Play begins the song anew when it plays already.
+  player.SendWinampCommand(kPlay);
+  EXPECT_EQ(player.GetTrackPosition(), 0);
+  // Past the end there is nothing to seek, which is known once the song is open.
+  EXPECT_EQ(player.GetTrackLength(), 100);
+  EXPECT_EQ(link->Send(link->Find(), kWmUser, 101000, kSeek), 1);
+  EXPECT_EQ(player.GetTrackPosition(), 0);
+  player.SendWinampCommand(kPlay);
+  link->Send(link->Find(), kWmUser, 101000, kSeek);
+  EXPECT_TRUE(WaitUntil([&] { return player.GetTrackPosition() == 0; }));
+  player.SendWinampCommand(kPlay);
+  link->Send(link->Find(), kWmUser, 40000, kSeek);
+  EXPECT_EQ(player.GetTrackLength(), 100);
+  EXPECT_TRUE(WaitUntil([&] { return player.GetTrackPosition() == 41; }));
+}
+
+TEST_F(LinuxPlayer, StopKeepsTheListAndNextAndPreviousGoThroughIt) {
+  const std::string a = Tone("a.mp3", "10 sine 440");
+  const std::string b = Tone("b.mp3", "20 sine 440");
+  const std::string c = Tone("c.mp3", "30 sine 440");
+  StartPlayer();
+  const auto length_becomes = [&](int length) {
+    return WaitUntil([&] { return player.GetTrackLength() == length; });
+  };
+  Play({a, b, c});
+  EXPECT_EQ(player.GetTrackLength(), 10);
+  player.SendWinampCommand(kNextTrack);
+  EXPECT_TRUE(length_becomes(20));
+  player.SendWinampCommand(kNextTrack);
+  EXPECT_TRUE(length_becomes(30));
+  player.SendWinampCommand(kNextTrack);
+  EXPECT_EQ(player.GetTrackLength(), 30);
+  player.SendWinampCommand(kPreviousTrack);
+  EXPECT_TRUE(length_becomes(20));
+  player.SendWinampCommand(kStop);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  EXPECT_EQ(player.GetTrackPosition(), -1);
+  EXPECT_EQ(player.GetTrackLength(), -1);
+  player.SendWinampCommand(kPause);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  player.SendWinampCommand(kPlay);
+  EXPECT_EQ(player.GetTrackLength(), 20);
+  player.SendWinampCommand(kStop);
+  player.SendWinampCommand(kPreviousTrack);
+  player.SendWinampCommand(kPreviousTrack);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  player.SendWinampCommand(kPlay);
+  EXPECT_EQ(player.GetTrackLength(), 10);
+  player.SendWinampCommand(kPause);
+  player.SendWinampCommand(kNextTrack);
+  EXPECT_EQ(player.GetWinampStatus(), "PAUSED");
+  EXPECT_TRUE(length_becomes(20));
+  player.ClearWinampPlaylist();
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  player.SendWinampCommand(kPlay);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  EXPECT_EQ(player.GetTrackLength(), -1);
+}
+
+TEST_F(LinuxPlayer, AListWithNothingPlayableEndsInStopped) {
+  StartPlayer();
+  std::vector<std::string> files;
+  for (int k = 0; k < 100; ++k)
+    files.push_back(folder.File(std::to_string(k) + ".mp3", "no sound"));
+  Play(files);
+  EXPECT_TRUE(WaitForStatus("STOPPED"));
+  EXPECT_EQ(player.GetTrackLength(), -1);
+}
+
+TEST_F(LinuxPlayer, TenThousandSongsAreHandedOver) {
+  constexpr int kSongs = 10000;
+  const std::string song = Tone("a.mp3", "60 sine 440");
+  TempFolder application;
+  Tallow tallow(application.path());
+  clsMain& library = tallow.library;
+  std::vector<std::int32_t> songs;
+  for (std::int32_t row = 1; row <= kSongs; ++row) {
+    library.Mp3Info(kFileLocation, row, folder.path());
+    library.Mp3Info(kFileName, row, "a.mp3");
+    songs.push_back(row);
+  }
+  struct Panel : HandOffPanel {
+    void TrackStarted(std::int32_t seconds) override { length = seconds; }
+    void HandedOver() override { done = true; }
+    std::int32_t length = 0;
+    bool done = false;
+  } panel;
+  HandOver(songs, library, player, messages.Shower(), panel);
+  EXPECT_TRUE(panel.done);
+  EXPECT_EQ(panel.length, 60);
+  EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+  const auto log = Lines("log");
+  EXPECT_EQ(std::count(log.begin(), log.end(), "74 0 100 \"" + song + "\\0\""), kSongs);
+}
+
+TEST_F(LinuxPlayer, TheSocketLiesWhereNobodyElseMayEnter) {
+  StartPlayer();
+  EXPECT_EQ(PlayerSocketPath(), runtime / "tallow/player");
+  struct stat status {};
+  ASSERT_EQ(stat((runtime / "tallow").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0700U);
+  ASSERT_EQ(stat((runtime / "tallow/player").c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0600U);
+}
+
+TEST_F(LinuxPlayer, WithoutAPrivateRuntimeFolderThereIsOneOfItsOwn) {
+  const std::string own = "/tmp/tallow-" + std::to_string(geteuid()) + "/";
+  chmod(runtime.path().c_str(), 0755);
+  EXPECT_EQ(RuntimeFolder(), own);
+  unsetenv("XDG_RUNTIME_DIR");
+  EXPECT_EQ(RuntimeFolder(), own);
+  setenv("XDG_RUNTIME_DIR", "relative", 1);
+  EXPECT_EQ(RuntimeFolder(), own);
+  struct stat status {};
+  ASSERT_EQ(stat(own.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0700U);
+  setenv("XDG_RUNTIME_DIR", runtime.path().c_str(), 1);
+  chmod(runtime.path().c_str(), S_IRWXU);
+}
+
+TEST_F(LinuxPlayer, ARuntimeFolderThatOthersMayEnterIsRefused) {
+  ASSERT_EQ(mkdir((runtime / "tallow").c_str(), 0777), 0);
+  ASSERT_EQ(chmod((runtime / "tallow").c_str(), 0777), 0);
+  EXPECT_FALSE(player.StartWinamp());
+  EXPECT_FALSE(player.FindWinamp());
+  chmod((runtime / "tallow").c_str(), 0700);
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <systemd/sd-bus.h>
+
+#include "player/substitute/song_player.h"
+
+namespace tallow {
+
+/// Shows a player on the session bus, for media keys and the desktop's player applet: the interface
+/// MPRIS 2 (specifications.freedesktop.org/mpris-spec). Without a bus it does nothing.
+class Mpris {
+ public:
+  /// \param player has to outlive the object
+  /// \param quit   ends the player
+  Mpris(sd_event* loop, SongPlayer& player, std::function<void()> quit);
+  Mpris(const Mpris&) = delete;
+  Mpris& operator=(const Mpris&) = delete;
+
+  /// Tells the bus what a change of the player has changed there.
+  void Changed(PlayerChange change);
+
+ private:
+  friend struct MprisCalls;
+
+  struct DropBus {
+    void operator()(sd_bus* bus) const noexcept { sd_bus_flush_close_unref(bus); }
+  };
+  struct DropSlot {
+    void operator()(sd_bus_slot* slot) const noexcept { sd_bus_slot_unref(slot); }
+  };
+
+  /// What listeners on the bus were told last.
+  struct Shown {
+    PlayerStatus status = kStopped;
+    std::string track;  ///< all of its metadata
+    std::int32_t volume = kMostVolume;
+    bool has_next = false;
+    bool has_previous = false;
+    bool can_play = false;
+    bool operator==(const Shown&) const = default;
+  };
+
+  Shown Now() const;
+  void RequestName(const std::string& name);
+  std::string TrackId() const;
+
+  SongPlayer& player_;
+  std::function<void()> quit_;
+  std::unique_ptr<sd_bus, DropBus> bus_;
+  std::unique_ptr<sd_bus_slot, DropSlot> name_;
+  bool is_second_name_ = false;
+  Shown shown_;
+};
+
+}  // namespace tallow

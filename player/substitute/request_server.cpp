@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/substitute/request_server.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <sys/socket.h>
+#include <utility>
+
+#include "player/player_messages.h"
+
+namespace tallow {
+namespace {
+
+/// More do not help anybody. The one that has been quiet for longest makes room, or one that has not
+/// asked for anything yet.
+constexpr std::size_t kMostConnections = 256;
+
+bool IsSound(const PlayerRequestHead& head) noexcept {
+  return head.payload <= kMostPayload && (head.payload == 0 || head.message == kWmCopyData);
+}
+
+}  // namespace
+
+RequestServer::RequestServer(sd_event* loop, int listening, Handler handler)
+    : loop_(loop), handler_(std::move(handler)), listening_(std::make_unique<OpenFile>(listening)) {
+  sd_event_source* source = nullptr;
+  Require(sd_event_add_io(
+              loop, &source, listening, EPOLLIN,
+              [](sd_event_source*, int, std::uint32_t, void* self) {
+                static_cast<RequestServer*>(self)->Accept();
+                return 0;
+              },
+              this),
+          "the socket");
+  accepting_.reset(source);
+}
+
+void RequestServer::StopListening() {
+  accepting_.reset();
+  listening_.reset();
+}
+
+void RequestServer::Accept() {
+  const int descriptor =
+      accept4(listening_->descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+  if (descriptor < 0) return;
+  auto connection = std::make_unique<Connection>(*this, ++last_number_, descriptor);
+  if (!PeerIsSameUser(descriptor)) return;
+  if (connections_.size() >= kMostConnections) DropTheQuietest();
+  sd_event_source* source = nullptr;
+  const int added = sd_event_add_io(
+      loop_, &source, descriptor, EPOLLIN,
+      [](sd_event_source*, int, std::uint32_t, void* data) {
+        auto& of = *static_cast<Connection*>(data);
+        of.server.Ready(of);
+        return 0;
+      },
+      connection.get());
+  if (added < 0) return;
+  connection->source.reset(source);
+  connections_.emplace(last_number_, std::move(connection));
+}
+
+void RequestServer::DropTheQuietest() {
+  // The first of equals, so the oldest of those that were never heard.
+  const auto quietest = std::min_element(
+      connections_.begin(), connections_.end(),
+      [](const auto& a, const auto& b) { return a.second->last_heard < b.second->last_heard; });
+  connections_.erase(quietest);
+}
+
+void RequestServer::Ready(Connection& connection) {
+  // While a request is carried out, only the end of the connection is waited for.
+  if (connection.busy || !Receive(connection)) return Close(connection.number);
+  if (connection.filled == sizeof connection.head + connection.head.payload) CarryOut(connection);
+}
+
+bool RequestServer::Receive(Connection& connection) {
+  constexpr std::size_t kHead = sizeof connection.head;
+  if (connection.filled < kHead) {
+    char* const place = reinterpret_cast<char*>(&connection.head) + connection.filled;
+    const ssize_t got = recv(connection.socket.descriptor(), place, kHead - connection.filled, 0);
+    if (got <= 0) return got < 0 && (errno == EAGAIN || errno == EINTR);
+    connection.filled += static_cast<std::size_t>(got);
+    if (connection.filled < kHead) return true;
+    connection.payload.assign(IsSound(connection.head) ? connection.head.payload : 0, '\0');
+    return IsSound(connection.head);
+  }
+  const std::size_t come = connection.filled - kHead;
+  const ssize_t got = recv(connection.socket.descriptor(), connection.payload.data() + come,
+                           connection.payload.size() - come, 0);
+  if (got <= 0) return got < 0 && (errno == EAGAIN || errno == EINTR);
+  connection.filled += static_cast<std::size_t>(got);
+  return true;
+}
+
+void RequestServer::CarryOut(Connection& connection) {
+  const std::uint64_t number = connection.number;
+  connection.filled = 0;
+  connection.busy = true;
+  connection.last_heard = ++heard_;
+  const PlayerRequestHead head = connection.head;
+  const std::string payload = std::exchange(connection.payload, {});
+  const bool understood =
+      handler_(head, payload, [this, number](PlayerAnswer answer) { GiveAnswer(number, answer); });
+  if (!understood) return Close(number);
+  // The answer may have ended the connection, or is still to come.
+  const auto found = connections_.find(number);
+  if (found != connections_.end() && found->second->busy)
+    sd_event_source_set_io_events(found->second->source.get(), 0);
+}
+
+void RequestServer::GiveAnswer(std::uint64_t number, PlayerAnswer answer) {
+  const auto found = connections_.find(number);
+  if (found == connections_.end()) return;
+  Connection& connection = *found->second;
+  connection.busy = false;
+  sd_event_source_set_io_events(connection.source.get(), EPOLLIN);
+  // There is room for an answer, unless the other end asks on and on without reading any.
+  if (send(connection.socket.descriptor(), &answer, sizeof answer, MSG_NOSIGNAL) != sizeof answer)
+    Close(number);
+}
+
+}  // namespace tallow

@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "player/player_socket_linux.h"
+#include "player/substitute/event_source.h"
+
+namespace tallow {
+
+/// Takes requests on the player's socket and gives their answers, see player_socket_linux.h.
+///
+/// A connection has one request under way at a time. One that breaks a rule is closed; the others do
+/// not notice.
+class RequestServer {
+ public:
+  /// Gives the answer to a request; once, now or later.
+  using Answer = std::function<void(PlayerAnswer)>;
+
+  /// Carries a request out.
+  /// \returns false when there is no such request; nothing has changed and nothing is answered then
+  using Handler =
+      std::function<bool(const PlayerRequestHead& head, const std::string& payload, Answer answer)>;
+
+  /// \param listening a socket that listens; closed with the server
+  RequestServer(sd_event* loop, int listening, Handler handler);
+  RequestServer(const RequestServer&) = delete;
+  RequestServer& operator=(const RequestServer&) = delete;
+
+  /// Lets nobody connect any more. Connections that are there go on.
+  void StopListening();
+
+  /// How many are connected.
+  std::size_t Connections() const noexcept { return connections_.size(); }
+
+ private:
+  struct Connection {
+    Connection(RequestServer& server_, std::uint64_t number_, int descriptor) noexcept
+        : server(server_), number(number_), socket(descriptor) {}
+
+    RequestServer& server;
+    const std::uint64_t number;
+    OpenFile socket;
+    EventSource source;
+    std::uint64_t last_heard = 0;  ///< when, in requests of all connections; 0 for never
+    PlayerRequestHead head;
+    std::size_t filled = 0;  ///< bytes of the request that have come
+    std::string payload;
+    bool busy = false;  ///< a request is being carried out
+  };
+
+  void Accept();
+  void DropTheQuietest();
+  void Ready(Connection& connection);
+  bool Receive(Connection& connection);
+  void CarryOut(Connection& connection);
+  void GiveAnswer(std::uint64_t number, PlayerAnswer answer);
+  void Close(std::uint64_t number) { connections_.erase(number); }
+
+  sd_event* loop_;
+  Handler handler_;
+  std::unique_ptr<OpenFile> listening_;
+  EventSource accepting_;
+  /// By numbers that are never used again.
+  std::map<std::uint64_t, std::unique_ptr<Connection>> connections_;
+  std::uint64_t last_number_ = 0;
+  std::uint64_t heard_ = 0;
+};
+
+}  // namespace tallow

@@ -1,0 +1,230 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <cerrno>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <poll.h>
+#include <random>
+#include <sys/socket.h>
+#include <sys/un.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "player/substitute/request_server.h"
+#include "tests/real_player_linux.h"
+#include "tests/sound_linux.h"
+
+namespace tallow {
+namespace {
+
+/// Speaks to a playing player byte by byte.
+class HostileBytes : public RealPlayer {
+ protected:
+  HostileBytes() {
+    song = folder / "a.mp3";
+    MakeMp3(song, "60 sine 440", 2, "-b 64");
+    StartPlayer();
+    Play({song});
+    EXPECT_EQ(player.GetTrackLength(), 60);
+  }
+  ~HostileBytes() override {
+    // Whatever was done to it, it plays on.
+    EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+    const auto position = [&] { return link->Send(link->Find(), kWmUser, 0, kTrackTime); };
+    const std::int64_t before = position();
+    EXPECT_TRUE(WaitUntil([&] { return position() > before; }));
+  }
+
+  using Socket = std::unique_ptr<OpenFile>;
+
+  static Socket Connect() {
+    return std::make_unique<OpenFile>(ConnectToPlayer(PlayerSocketPath()));
+  }
+  static bool Send(const Socket& socket, std::string_view bytes) {
+    return send(socket->descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
+           static_cast<ssize_t>(bytes.size());
+  }
+  static std::string Bytes(const PlayerRequestHead& head) {
+    return {reinterpret_cast<const char*>(&head), sizeof head};
+  }
+  /// Waits for something to read. \returns what came; nothing at the end of the connection
+  static std::string Receive(const Socket& socket) {
+    pollfd ready{socket->descriptor(), POLLIN, 0};
+    EXPECT_EQ(poll(&ready, 1, 20000), 1);
+    char bytes[64];
+    const ssize_t got = recv(socket->descriptor(), bytes, sizeof bytes, 0);
+    return {bytes, static_cast<std::size_t>(std::max<ssize_t>(got, 0))};
+  }
+  /// Whether a request is answered, and not by the end of the connection.
+  static bool IsAnswered(const std::string& request) {
+    const Socket socket = Connect();
+    return Send(socket, request) && Receive(socket).size() == sizeof(PlayerAnswer);
+  }
+  std::size_t OpenDescriptors() {
+    const auto folder_of = "/proc/" + std::to_string(LastPid()) + "/fd";
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(folder_of), {}));
+  }
+
+  std::string song;
+};
+
+TEST_F(HostileBytes, AnUnknownMessageEndsTheConnectionAndChangesNothing) {
+  const PlayerRequestHead unknown[] = {
+      {0, 0, 0, 0},           {273, 0, 40002, 0},  {273, 0, 40045, 1}, {273, 0, -1, 0},
+      {1024, 0, 0, 100},      {1024, 0, 0, -1},    {1024, 0, 1, 0},    {1024, 0, 1, 101},
+      {1024, 0, 1, 104},      {1024, 0, 2, 105},   {1024, 0, -1, 106}, {1024, 0, 256, 122},
+      {1024, 0, -1, 122},     {1024, 0, 255, 123}, {1024, 0, -1, 123}, {1025, 0, 0, 0},
+      {4294967295U, 0, 0, 0},
+  };
+  for (const PlayerRequestHead& head : unknown)
+    EXPECT_FALSE(IsAnswered(Bytes(head)))
+        << head.message << " " << head.wParam << " " << head.lParam;
+  EXPECT_TRUE(IsAnswered(Bytes({1024, 0, 0, 104})));
+}
+
+TEST_F(HostileBytes, ABrokenCopyDataEndsTheConnectionAndAddsNothing) {
+  const auto copy = [](std::uint32_t size, const std::string& payload, std::int64_t code = 100) {
+    return Bytes({kWmCopyData, size, 0, code}) + payload;
+  };
+  using namespace std::string_literals;
+  EXPECT_FALSE(IsAnswered(copy(0, "")));
+  EXPECT_FALSE(IsAnswered(copy(1, "\0"s)));
+  EXPECT_FALSE(IsAnswered(copy(6, "/a.mp3")));
+  EXPECT_FALSE(IsAnswered(copy(6, "a.mp3\0"s)));
+  EXPECT_FALSE(IsAnswered(copy(8, "/a\0mp3\0\0"s)));
+  EXPECT_FALSE(IsAnswered(copy(7, "/a.mp3\0"s, 101)));
+  EXPECT_FALSE(IsAnswered(copy(65537, "/" + std::string(65535, 'a') + "\0"s)));
+  EXPECT_FALSE(IsAnswered(copy(0xFFFFFFFF, "")));
+  // Only copy-data may have a payload.
+  EXPECT_FALSE(IsAnswered(Bytes({1024, 1, 0, 104}) + "x"));
+  // Nothing was added: there is no next track to go to.
+  player.SendWinampCommand(kNextTrack);
+  EXPECT_EQ(player.GetTrackLength(), 60);
+}
+
+TEST_F(HostileBytes, APayloadOfTheFullSizeIsTaken) {
+  const std::string path = "/" + std::string(kMostPayload - 2, 'a');
+  const Socket socket = Connect();
+  std::string bytes = Bytes({kWmCopyData, kMostPayload, 0, 100}) + path;
+  bytes.push_back('\0');
+  std::string_view rest = bytes;
+  ASSERT_TRUE(WaitUntil([&] {
+    const ssize_t sent = send(socket->descriptor(), rest.data(), rest.size(), MSG_NOSIGNAL);
+    if (sent > 0) rest.remove_prefix(static_cast<std::size_t>(sent));
+    return rest.empty();
+  }));
+  EXPECT_EQ(Receive(socket).size(), sizeof(PlayerAnswer));
+}
+
+TEST_F(HostileBytes, ARequestMayComeInPieces) {
+  const Socket socket = Connect();
+  const std::string bytes = Bytes({kWmCopyData, 8, 0, 100}) + std::string("/x.mp3\0\0", 8);
+  const std::string sound = Bytes({1024, 0, 0, 104});
+  for (const char c : sound) {
+    ASSERT_TRUE(Send(socket, {&c, 1}));
+    // The player has looked at it by the time it has answered somebody else.
+    player.GetWinampStatus();
+  }
+  EXPECT_EQ(Receive(socket).size(), sizeof(PlayerAnswer));
+}
+
+TEST_F(HostileBytes, SeveralRequestsAtOnceAreAnsweredOneByOne) {
+  const Socket socket = Connect();
+  std::string requests;
+  for (int k = 0; k < 50; ++k) requests += Bytes({1024, 0, 0, 0});
+  ASSERT_TRUE(Send(socket, requests));
+  std::string answers;
+  while (answers.size() < 50 * sizeof(PlayerAnswer)) {
+    const std::string more = Receive(socket);
+    ASSERT_FALSE(more.empty());
+    answers += more;
+  }
+}
+
+TEST_F(HostileBytes, OneThatNeverReadsItsAnswersIsDropped) {
+  const Socket socket = Connect();
+  const std::string request = Bytes({1024, 0, 0, 0});
+  // Until the way back is full.
+  EXPECT_TRUE(WaitUntil([&] {
+    return send(socket->descriptor(), request.data(), request.size(), MSG_NOSIGNAL) < 0 &&
+           errno != EAGAIN;
+  }));
+}
+
+TEST_F(HostileBytes, RandomBytesDoNotHurt) {
+  std::mt19937 random(1);
+  for (int k = 0; k < 2000; ++k) {
+    const Socket socket = Connect();
+    std::string bytes(random() % 200, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(random());
+    // Half of them look right at the beginning.
+    if (k % 2 == 0) {
+      PlayerRequestHead head{k % 4 == 0 ? kWmCopyData : kWmUser,
+                             static_cast<std::uint32_t>(random() % 300),
+                             static_cast<std::int64_t>(random() % 4), 100};
+      bytes = Bytes(head) + bytes;
+    }
+    Send(socket, bytes);
+  }
+}
+
+TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeaveNothing) {
+  const std::size_t before = OpenDescriptors();
+  {
+    std::vector<Socket> sockets;
+    for (int k = 0; k < 200; ++k) sockets.push_back(Connect());
+    for (const Socket& socket : sockets) {
+      ASSERT_TRUE(*socket);
+      ASSERT_TRUE(Send(socket, Bytes({1024, 0, 0, 104})));
+    }
+    for (const Socket& socket : sockets) EXPECT_EQ(Receive(socket).size(), sizeof(PlayerAnswer));
+    // Half a request each, and gone.
+    for (const Socket& socket : sockets)
+      Send(socket, Bytes({kWmCopyData, 60000, 0, 100}) + "/half");
+  }
+  EXPECT_TRUE(WaitUntil([&] { return OpenDescriptors() <= before; }))
+      << OpenDescriptors() << " and before " << before;
+}
+
+TEST_F(HostileBytes, MoreThanEnoughConnectionsCostTheQuietestOnly) {
+  std::vector<Socket> sockets;
+  for (int k = 0; k < 1000; ++k) {
+    sockets.push_back(Connect());
+    if (!*sockets.back()) break;
+    if (k % 50 == 0) player.GetWinampStatus();
+  }
+  EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+  EXPECT_LT(OpenDescriptors(), 400U);
+  ASSERT_TRUE(Send(sockets.back(), Bytes({1024, 0, 0, 104})));
+  EXPECT_EQ(Receive(sockets.back()).size(), sizeof(PlayerAnswer));
+}
+
+TEST_F(HostileBytes, AnotherUserIsRefused) {
+  if (geteuid() != 0) GTEST_SKIP() << "Only root can be another user for a moment.";
+  // Even where somebody has opened the way.
+  for (const std::string& open : {runtime.path(), runtime / "tallow", PlayerSocketPath()})
+    ASSERT_EQ(chmod(open.c_str(), 0777), 0);
+  const pid_t child = fork();
+  if (child == 0) {
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, (runtime.path() + "tallow/player").c_str());
+    const int socket_of_nobody = socket(AF_UNIX, SOCK_STREAM, 0);
+    const PlayerRequestHead stop{kWmCommand, 0, kStop, 0};
+    char answer = 0;
+    if (setuid(65534) != 0) _exit(1);
+    if (connect(socket_of_nobody, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
+      _exit(2);
+    // The end may come before or behind the request.
+    send(socket_of_nobody, &stop, sizeof stop, MSG_NOSIGNAL);
+    _exit(recv(socket_of_nobody, &answer, 1, 0) <= 0 ? 0 : 3);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  EXPECT_EQ(WEXITSTATUS(status), 0);
+  for (const std::string& open : {runtime.path(), runtime / "tallow"}) chmod(open.c_str(), 0700);
+}
+
+}  // namespace
+}  // namespace tallow

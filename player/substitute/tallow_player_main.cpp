@@ -1,0 +1,193 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <csignal>
+#include <cstdio>
+#include <exception>
+#include <fcntl.h>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "app/version.h"
+#include "player/player_socket_linux.h"
+#include "player/substitute/mpris.h"
+#include "player/substitute/player_requests.h"
+#include "player/substitute/request_server.h"
+#include "player/substitute/song_player.h"
+#include "util/errors.h"
+#include "util/spawn_linux.h"
+
+namespace tallow {
+namespace {
+
+constexpr std::string_view kUsage =
+    "Usage: tallow-player [OPTION...]\n"
+    "The player that Tallow starts. It has no window and takes its commands from a socket.\n"
+    "\n"
+    "  --audio-file FILE  write the sound to FILE (WAV), as fast as it goes\n"
+    "  --silent           play without sound, in real time\n"
+    "  --log FILE         append every message to FILE, a line each\n"
+    "  --listen           take messages on the socket that was handed over as descriptor 3\n"
+    "  --help, --version  print and leave\n";
+
+constexpr int kUsageError = 2;
+
+/// A player that neither plays nor is connected to ends after this many looks.
+constexpr int kMostIdleLooks = 5;
+constexpr std::uint64_t kLookInterval = 60'000'000;  ///< in µs
+
+struct Options {
+  SoundOutput output;
+  std::string log;
+  bool handed_socket = false;
+  bool help = false;
+  bool version = false;
+  std::string error;
+};
+
+Options ParseOptions(int argc, char** argv) {
+  Options options;
+  for (int i = 1; i < argc && options.error.empty(); ++i) {
+    const std::string_view argument = argv[i];
+    const auto value = [&]() -> std::string {
+      if (i + 1 < argc && *argv[i + 1] != '\0') return argv[++i];
+      options.error = std::string(argument) + " needs a file behind it.";
+      return {};
+    };
+    if (argument == "--audio-file")
+      options.output.file = value();
+    else if (argument == "--silent")
+      options.output.silent = true;
+    else if (argument == "--log")
+      options.log = value();
+    else if (argument == "--listen")
+      options.handed_socket = true;
+    else if (argument == "--help")
+      options.help = true;
+    else if (argument == "--version")
+      options.version = true;
+    else
+      options.error = "Unknown option " + std::string(argument) + ".";
+  }
+  return options;
+}
+
+struct CloseFile {
+  void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+};
+using LogFile = std::unique_ptr<std::FILE, CloseFile>;
+
+/// The socket to take messages on; says on standard error why there is none.
+int ListeningSocket(bool handed) {
+  if (handed) {
+    if (fcntl(kHandedDescriptor, F_SETFD, FD_CLOEXEC) == 0) return kHandedDescriptor;
+    std::fputs("tallow-player: --listen needs a socket as descriptor 3.\n", stderr);
+    return -1;
+  }
+  const std::string path = PlayerSocketPath();
+  const PlayerStartLock lock(path);
+  if (OpenFile(ConnectToPlayer(path))) {
+    std::fprintf(stderr, "tallow-player: one runs already, at %s.\n", path.c_str());
+    return -1;
+  }
+  const int listening = ListenAsPlayer(path);
+  if (listening < 0)
+    std::fprintf(stderr, "tallow-player: no socket can be made at %s.\n", path.c_str());
+  return listening;
+}
+
+/// Ends a player that has been of no use for some minutes, since it has no window to be closed by.
+class IdleEnd {
+ public:
+  IdleEnd(sd_event* loop, const SongPlayer& player, const RequestServer& server)
+      : loop_(loop), player_(player), server_(server) {
+    sd_event_source* timer = nullptr;
+    Require(sd_event_add_time_relative(
+                loop, &timer, CLOCK_MONOTONIC, kLookInterval, 0,
+                [](sd_event_source*, std::uint64_t, void* self) {
+                  return static_cast<IdleEnd*>(self)->Look();
+                },
+                this),
+            "the event loop");
+    timer_.reset(timer);
+    Require(sd_event_source_set_enabled(timer, SD_EVENT_ON), "the event loop");
+  }
+
+ private:
+  int Look() {
+    idle_looks_ = player_.Status() == kStopped && server_.Connections() == 0 ? idle_looks_ + 1 : 0;
+    if (idle_looks_ >= kMostIdleLooks) return sd_event_exit(loop_, 0);
+    return sd_event_source_set_time_relative(timer_.get(), kLookInterval);
+  }
+
+  sd_event* loop_;
+  const SongPlayer& player_;
+  const RequestServer& server_;
+  EventSource timer_;
+  int idle_looks_ = 0;
+};
+
+int Run(const Options& options) {
+  LogFile log;
+  if (!options.log.empty()) {
+    log.reset(std::fopen(options.log.c_str(), "ae"));
+    if (!log) {
+      std::fprintf(stderr, "tallow-player: %s cannot be written.\n", options.log.c_str());
+      return 1;
+    }
+    std::setvbuf(log.get(), nullptr, _IOLBF, BUFSIZ);
+  }
+  const int listening = ListeningSocket(options.handed_socket);
+  if (listening < 0) return 1;
+
+  sd_event* raw_loop = nullptr;
+  Require(sd_event_default(&raw_loop), "the event loop");
+  const EventLoop loop(raw_loop);
+  // Before there are threads, which would get the signals otherwise.
+  Require(sd_event_set_signal_exit(raw_loop, 1), "the event loop");
+
+  SongPlayer player(raw_loop, options.output);
+  std::unique_ptr<RequestServer> server;
+  const auto close = [&] {
+    // Whoever starts a player right after the answer is to get a new one.
+    server->StopListening();
+    sd_event_exit(raw_loop, 0);
+  };
+  PlayerRequests requests(player, close);
+  server = std::make_unique<RequestServer>(
+      raw_loop, listening,
+      [&](const PlayerRequestHead& head, const std::string& payload,
+          const RequestServer::Answer& answer) {
+        if (log) std::fprintf(log.get(), "%s\n", DescribeRequest(head, payload).c_str());
+        return requests.CarryOut(head, payload, answer);
+      });
+  Mpris mpris(raw_loop, player, close);
+  player.OnChange([&](PlayerChange change) { mpris.Changed(change); });
+  const IdleEnd idle_end(raw_loop, player, *server);
+  Require(sd_event_loop(raw_loop), "the event loop");
+  return 0;
+}
+
+}  // namespace
+}  // namespace tallow
+
+int main(int argc, char** argv) {
+  const tallow::Options options = tallow::ParseOptions(argc, argv);
+  if (!options.error.empty()) {
+    std::fprintf(stderr, "tallow-player: %s\n%s", options.error.c_str(), tallow::kUsage.data());
+    return tallow::kUsageError;
+  }
+  if (options.help) {
+    std::fputs(tallow::kUsage.data(), stdout);
+    return 0;
+  }
+  if (options.version) {
+    std::printf("tallow-player %d.%d\n", tallow::kMajorVersion, tallow::kMinorVersion);
+    return 0;
+  }
+  try {
+    return tallow::Run(options);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "tallow-player: %s\n", error.what());
+    return 1;
+  }
+}
