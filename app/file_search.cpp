@@ -178,7 +178,7 @@ std::int64_t FileSearch::AddListedFiles(FileSearchRequest& request, const std::s
   return total;
 }
 
-void FileSearch::SearchDrivesForWinamp() {
+bool FileSearch::SearchDrivesForWinamp() {
   std::string found = nearby_();
   std::string list = found.empty() ? drives_.GetLogicalDriveList() : std::string();
   while (found.empty() && !IsEndOfDriveList(list)) {
@@ -189,9 +189,10 @@ void FileSearch::SearchDrivesForWinamp() {
       found = FindWinampUnder(root, drives_);
       if (!found.empty()) break;
     }
-    if (PauseAndTestForCancel()) return;
+    if (PauseAndTestForCancel()) return false;
   }
   if (!found.empty()) StorePlayer(found);
+  return true;
 }
 
 void FileSearch::StorePlayer(const std::string& path) {

@@ -52,7 +52,8 @@ class FileSearch {
   /// The player search: beside the program and on the path where the platform has that, then in the
   /// tree of each fixed disk. The first find goes to the settings, which are saved; without a find,
   /// or when cancelled, nothing is stored.
-  void SearchDrivesForWinamp();
+  /// \returns false when it was cancelled
+  bool SearchDrivesForWinamp();
 
   /// Walks a folder depth first, its files before its subfolders, each in the order of the system.
   /// Folders that cannot be read are skipped, and so is one that was visited before. Links to

@@ -13,6 +13,7 @@
 #include "app/system.h"
 #include "app/tallow.h"
 #include "app/version.h"
+#include "player/player_link.h"
 #include "ui/frm_mdi_form1.h"
 #include "ui/start_up.h"
 
@@ -47,7 +48,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
                                                 : line.application_folder);
   const std::unique_ptr<DriveList> drives =
       line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
-  frmMDIForm1 frame(tallow);
+  const std::unique_ptr<PlayerLink> player = SystemPlayerLink();
+  frmMDIForm1 frame(tallow, *player);
   StartUp windows(tallow, frame, line.exit_after_startup);
   System system(tallow, *drives, windows);
   if (!system.Main(QtsRuntimeFile())) return 1;

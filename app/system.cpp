@@ -33,6 +33,12 @@ System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
   tallow_.search_all_drives = [this] {
     FileSearch(tallow_, drives_, windows_.LoadedSplash()).SearchDrivesForMp3s(true, {});
   };
+  tallow_.search_for_player = [this] {
+    windows_.ShowSplash();
+    SearchForPlayer();
+    windows_.UnloadSplash();
+    tallow_.player_path = tallow_.settings.LocOfWinAmpExe();
+  };
 }
 
 bool System::Main(const RuntimeFile& runtime_file) {
@@ -130,12 +136,18 @@ bool System::RebuildSettings(const std::string& problem) {
   return LoadSettings();
 }
 
+bool System::SearchForPlayer() {
+  windows_.ShowCancelButton(true);
+  const bool finished =
+      FileSearch(tallow_, drives_, &windows_.Splash(), nearby_).SearchDrivesForWinamp();
+  windows_.ShowCancelButton(false);
+  return finished;
+}
+
 void System::FindPlayer() {
   const std::string& player = tallow_.settings.LocOfWinAmpExe();
   if (!player.empty() && FileExists(player)) return;
-  windows_.ShowCancelButton(true);
-  FileSearch(tallow_, drives_, &windows_.Splash(), nearby_).SearchDrivesForWinamp();
-  windows_.ShowCancelButton(false);
+  tallow_.player_search_is_pending = !SearchForPlayer();
 }
 
 bool System::LoadOrBuildLibrary() {

@@ -74,6 +74,7 @@ class System {
   void UseOwnFolders();
   bool RebuildSettings(const std::string& problem);
   void FindPlayer();
+  bool SearchForPlayer();
   bool LoadOrBuildLibrary();
   bool CheckLibraryFile();
   bool RebuildLibrary(const std::string& problem, bool file_exists);

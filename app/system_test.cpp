@@ -483,6 +483,36 @@ TEST_F(SystemTest, ADataFolderThatIsNotThereTodayIsAskedFor) {
   EXPECT_TRUE(windows->asked.empty());
 }
 
+TEST_F(SystemTest, APlayerSearchCancelledAtTheStartIsPending) {
+  Start();
+  EXPECT_FALSE(tallow->player_search_is_pending);
+  tallow->settings.LocOfWinAmpExe("");
+  tallow->SaveSettings();
+  const std::string player = music / "z/winamp.exe";
+  std::filesystem::remove(std::filesystem::path(player));
+  windows.emplace();
+  tallow.emplace(application.path());
+  windows->progress.on_yield = [this] { tallow->SearchCancelled = true; };
+  System cancelled(*tallow, drives, *windows, [] { return std::string(); });
+  EXPECT_TRUE(cancelled.Main(runtime_file));
+  EXPECT_TRUE(tallow->player_search_is_pending);
+  EXPECT_EQ(tallow->player_path, "");
+
+  // Made up for with a splash window of its own.
+  windows->progress.on_yield = {};
+  windows->log.clear();
+  tallow->search_for_player();
+  EXPECT_EQ(windows->log, (Texts{"splash", "cancel on", "cancel off", "splash off"}));
+  EXPECT_EQ(tallow->settings.LocOfWinAmpExe(), "");
+  System nearby(*tallow, drives, *windows, [] { return std::string("/opt/player"); });
+  tallow->search_for_player();
+  EXPECT_EQ(tallow->settings.LocOfWinAmpExe(), "/opt/player");
+  EXPECT_EQ(tallow->player_path, "/opt/player");
+  clsINI saved;
+  saved.GetandLoadIniInfo(Settings());
+  EXPECT_EQ(saved.LocOfWinAmpExe(), "/opt/player");
+}
+
 TEST_F(SystemTest, APlayerThatIsNowhereLeavesAnEmptyPath) {
   Start();
   tallow->settings.LocOfWinAmpExe(music / "gone/player");

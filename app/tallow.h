@@ -46,12 +46,17 @@ class Tallow {
   clsMain library;
   /// Runs the song search over all fixed disks; set by whoever knows the drives.
   std::function<void()> search_all_drives;
+  /// Runs the player search in a splash window of its own; set by whoever knows the drives.
+  std::function<void()> search_for_player;
 
   /// Tags that the searches have read along the way, until the songs are filed.
   TagCache found_tags;
 
   /// Full path of the player's executable after start-up; empty when there is none.
   std::string player_path;
+  /// The user has cancelled the player search at start-up: it is made up for when a song is to be
+  /// played.
+  bool player_search_is_pending = false;
   /// Set by the Cancel button, cleared by the search that stops because of it. A click that comes
   /// after the last drive stays set and stops the next search at its first drive.
   bool SearchCancelled = false;

@@ -2,10 +2,13 @@
 #include "jukebox/frm_main.h"
 
 #include <exception>
+#include <utility>
 
+#include <QMenu>
 #include <QVBoxLayout>
 
 #include "app/tallow.h"
+#include "jukebox/play_commands.h"
 #include "jukebox/pv_explorer.h"
 #include "ui/display_text.h"
 
@@ -21,6 +24,8 @@ frmMain::frmMain(Tallow& tallow, QWidget* parent)
   connect(explorer_, &PVExplorer::ColumnClick, this, &frmMain::SortList);
   connect(explorer_, qOverload<const QString&>(&PVExplorer::CaptionChanged), this,
           &QWidget::setWindowTitle);
+  connect(explorer_, &PVExplorer::ItemOpened, this, &frmMain::PlaySong);
+  connect(explorer_, &PVExplorer::ListPopUp, this, &frmMain::ShowListMenu);
 }
 
 frmMain::~frmMain() {
@@ -45,6 +50,42 @@ void frmMain::SortList() {
     emit Problem(tr("The list could not be sorted: a rank is not a number (%1).")
                      .arg(DisplayMessage(error.what())));
   }
+}
+
+void frmMain::ActOnPopUpClick(int item, int pane, Folder& node) {
+  if (pane != kListPane) return;
+  switch (item) {
+    case kPlayAllSongsInFolder:
+      emit PlaySongs(SongsOf(node));
+      return;
+    case kPlaySelectedSongs:
+      // Only the songs on show can be selected.
+      emit PlaySongs(&node == jukebox_.selectednode() ? SongsOf(node, explorer_->SelectedRows())
+                                                      : std::vector<std::int32_t>());
+      return;
+    default:
+      return;
+  }
+}
+
+void frmMain::PlaySong(int row) {
+  if (const Folder* const folder = jukebox_.selectednode()) emit PlaySongs(SongsOf(*folder, {row}));
+}
+
+void frmMain::ShowListMenu(const QPoint& position) {
+  if (jukebox_.selectednode() == nullptr) return;
+  auto* const menu = new QMenu(this);
+  menu->setObjectName(QStringLiteral("ListMenu"));
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  const std::pair<const char*, ListCommand> commands[] = {
+      {"Play All Songs in Folder", kPlayAllSongsInFolder},
+      {"Play Selected Songs", kPlaySelectedSongs},
+  };
+  for (const auto& [caption, command] : commands)
+    menu->addAction(tr(caption), this, [this, item = command] {
+      if (Folder* const folder = jukebox_.selectednode()) ActOnPopUpClick(item, kListPane, *folder);
+    });
+  menu->popup(position);
 }
 
 }  // namespace tallow

@@ -4,7 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QMenu>
 #include <QTest>
 
 #include "app/initial_jukebox.h"
@@ -41,7 +44,31 @@ class FrmMain : public LibraryTest {
   }
   QString Header() { return List().model()->headerData(0, Qt::Horizontal).toString(); }
 
+  /// Keeps what the window wants to play.
+  void Listen() {
+    QObject::connect(&window, &frmMain::PlaySongs,
+                     [this](const std::vector<std::int32_t>& songs) { played.push_back(songs); });
+  }
+  void SelectRow(int row, Qt::KeyboardModifiers keys = {}) {
+    QTest::mouseClick(List().viewport(), Qt::LeftButton, keys,
+                      List().visualRect(List().model()->index(row, 0)).center());
+  }
+  /// Chooses from the list's pop-up menu.
+  void Choose(const QString& caption) {
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(20, 20),
+                            List().viewport()->mapToGlobal(QPoint(20, 20)));
+    QApplication::sendEvent(List().viewport(), &event);
+    auto* const menu = window.findChild<QMenu*>(QStringLiteral("ListMenu"));
+    ASSERT_NE(menu, nullptr);
+    for (QAction* const action : menu->actions())
+      if (action->text() == caption) action->trigger();
+    menu->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+
+  using Songs = std::vector<std::int32_t>;
   frmMain window{tallow};
+  std::vector<Songs> played;
 };
 
 TEST_F(FrmMain, EveryPartHasItsName) {
@@ -195,6 +222,65 @@ TEST_F(FrmMain, AClickIsToldThoughAnotherButtonCameBefore) {
   EXPECT_EQ(window.Jukebox().SortState(), 2);
   Click("two");
   EXPECT_EQ(window.Jukebox().SortState(), 0);
+}
+
+TEST_F(FrmMain, ADoubleClickPlaysTheSongUnderThePointer) {
+  for (const char* name : {"a.mp3", "b.mp3", "c.mp3"}) AddSong("/m/", name);
+  AddFolder("one", {3, 1, 2});
+  window.show();
+  window.ShowJukebox();
+  Listen();
+  SelectRow(1);
+  QTest::mouseDClick(List().viewport(), Qt::LeftButton, {},
+                     List().visualRect(List().model()->index(1, 0)).center());
+  EXPECT_EQ(played, std::vector<Songs>{{1}});
+}
+
+TEST_F(FrmMain, EnterPlaysTheCurrentSong) {
+  for (const char* name : {"a.mp3", "b.mp3"}) AddSong("/m/", name);
+  AddFolder("one", {2, 1});
+  window.show();
+  window.ShowJukebox();
+  Listen();
+  QTest::keyClick(&List(), Qt::Key_Return);
+  EXPECT_EQ(played, std::vector<Songs>{});
+  SelectRow(1);
+  QTest::keyClick(&List(), Qt::Key_Return);
+  QTest::keyClick(&List(), Qt::Key_Enter);
+  EXPECT_EQ(played, (std::vector<Songs>{{1}, {1}}));
+}
+
+TEST_F(FrmMain, TheListsMenuPlaysTheFolderOrTheSelection) {
+  for (const char* name : {"a.mp3", "b.mp3", "c.mp3"}) AddSong("/m/", name);
+  AddFolder("one", {3, 1, 2, 1});
+  window.show();
+  window.ShowJukebox();
+  Listen();
+  SelectRow(2);
+  SelectRow(0, Qt::ControlModifier);
+  Choose("Play Selected Songs");
+  EXPECT_EQ(played, std::vector<Songs>{(Songs{3, 2})});
+  Choose("Play All Songs in Folder");
+  EXPECT_EQ(played.back(), (Songs{3, 1, 2, 1}));
+}
+
+TEST_F(FrmMain, CommandsAreNumberedByPane) {
+  for (const char* name : {"a.mp3", "b.mp3"}) AddSong("/m/", name);
+  AddFolder("one", {1, 2});
+  Folder& two = AddFolder("two", {2});
+  window.show();
+  window.ShowJukebox();
+  Listen();
+  SelectRow(1);
+  Folder& one = *window.Jukebox().selectednode();
+  window.ActOnPopUpClick(1, 2, one);
+  window.ActOnPopUpClick(2, 2, one);
+  EXPECT_EQ(played, (std::vector<Songs>{{1, 2}, {2}}));
+  // Only the folder on show has a selection.
+  window.ActOnPopUpClick(1, 2, two);
+  window.ActOnPopUpClick(2, 2, two);
+  EXPECT_EQ(played[2], Songs{2});
+  EXPECT_EQ(played[3], Songs{});
 }
 
 TEST_F(FrmMain, AnyHeaderSortsTheList) {

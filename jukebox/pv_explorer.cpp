@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/pv_explorer.h"
 
+#include <algorithm>
+
 #include <QEvent>
 #include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
 #include <QTableView>
 #include <QTreeView>
 
@@ -64,7 +68,16 @@ void PVExplorer::SetUpTree() {
 bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
   // A click that moves the selection is told when it does; one on the folder on show, when it is over.
   if (watched == tree_->viewport() && event->type() == QEvent::MouseButtonPress) told_ = false;
+  if (watched == list_ && event->type() == QEvent::KeyPress)
+    return ListKeyPressed(*static_cast<QKeyEvent*>(event));
   return QSplitter::eventFilter(watched, event);
+}
+
+bool PVExplorer::ListKeyPressed(const QKeyEvent& key) {
+  if (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter) return false;
+  if (list_->currentIndex().isValid() && !key.isAutoRepeat())
+    emit ItemOpened(list_->currentIndex().row());
+  return true;
 }
 
 void PVExplorer::SetUpList() {
@@ -88,6 +101,13 @@ void PVExplorer::SetUpList() {
   header->setSectionsClickable(true);
   header->setStretchLastSection(false);
   connect(header, &QHeaderView::sectionClicked, this, [this] { emit ColumnClick(); });
+  list_->installEventFilter(this);
+  connect(list_, &QTableView::doubleClicked, this,
+          [this](const QModelIndex& index) { emit ItemOpened(index.row()); });
+  list_->setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(list_, &QTableView::customContextMenuRequested, this, [this](const QPoint& position) {
+    emit ListPopUp(list_->viewport()->mapToGlobal(position));
+  });
 }
 
 void PVExplorer::Select(const Folder& folder) {
@@ -96,6 +116,14 @@ void PVExplorer::Select(const Folder& folder) {
 }
 
 void PVExplorer::ExpandAll() { tree_->expandAll(); }
+
+std::vector<int> PVExplorer::SelectedRows() const {
+  std::vector<int> rows;
+  for (const QModelIndex& index : list_->selectionModel()->selectedRows())
+    rows.push_back(index.row());
+  std::sort(rows.begin(), rows.end());
+  return rows;
+}
 
 void PVExplorer::CaptionChanged() { emit CaptionChanged(DisplayText(jukebox_.Caption())); }
 

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <vector>
+
 #include <QSplitter>
 
 #include "jukebox/jukebox.h"
 
+class QKeyEvent;
 class QTableView;
 class QTreeView;
 
@@ -31,12 +34,21 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// Opens all folders of the tree.
   void ExpandAll();
 
+  /// The places of the selected songs in the list, from 0, in list order.
+  std::vector<int> SelectedRows() const;
+
  signals:
   /// A folder was clicked, or reached with the keyboard.
   void NodeClick(tallow::Folder* folder);
   /// A header of the list was clicked.
   void ColumnClick();
   void CaptionChanged(const QString& caption);
+  /// A song was opened: double-clicked, or entered with the keyboard.
+  /// \param row its place in the list, from 0
+  void ItemOpened(int row);
+  /// The list's pop-up menu is wanted.
+  /// \param position where, on the screen
+  void ListPopUp(const QPoint& position);
 
  private:
   void CaptionChanged() override;
@@ -47,6 +59,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   bool eventFilter(QObject* watched, QEvent* event) override;
   void SetUpTree();
   void SetUpList();
+  bool ListKeyPressed(const QKeyEvent& key);
 
   Jukebox& jukebox_;
   FolderTreeModel* folders_;

@@ -12,6 +12,7 @@ add_executable(tallow_core_tests
   jukebox/category_index_test.cpp
   jukebox/folder_tree_test.cpp
   jukebox/jukebox_test.cpp
+  jukebox/play_commands_test.cpp
   jukebox/sorting_test.cpp
   library/cls_main_test.cpp
   library/duplicate_removal_test.cpp
@@ -21,13 +22,13 @@ add_executable(tallow_core_tests
   library/song_table_test.cpp
   library/tag_cache_test.cpp
   library/tag_text_test.cpp
-  util/atomic_file_test.cpp
   player/playfile_test.cpp
   player/winamp_control_test.cpp
+  util/atomic_file_test.cpp
+  util/comm_dlgs_test.cpp
   util/file_system_test.cpp
   util/like_test.cpp
   util/number_test.cpp
-  util/comm_dlgs_test.cpp
   util/path_text_test.cpp
   util/quicksort_test.cpp
   util/read_ahead_test.cpp

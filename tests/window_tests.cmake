@@ -6,8 +6,10 @@ add_executable(tallow_window_tests
   app/frm_splash_test.cpp
   app/picture_resource_test.cpp
   jukebox/frm_main_test.cpp
+  player/frm_main_winamp_test.cpp
   ui/display_text_test.cpp
   ui/frm_mdi_form1_test.cpp
+  ui/message_box_test.cpp
   ui/start_up_test.cpp)
 target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
 gtest_discover_tests(tallow_window_tests

@@ -1,13 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frm_mdi_form1.h"
 
+#include <utility>
+
+#include <QCloseEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QStatusBar>
 #include <QStringList>
 
+#include "app/tallow.h"
 #include "jukebox/frm_main.h"
+#include "player/frm_main_winamp.h"
 #include "ui/display_text.h"
+#include "ui/message_box.h"
+#include "util/start_program.h"
 
 namespace tallow {
 namespace {
@@ -23,13 +30,26 @@ constexpr std::size_t kMostTipLines = 20;
 
 }  // namespace
 
-frmMDIForm1::frmMDIForm1(Tallow& tallow, QWidget* parent)
-    : QMainWindow(parent), tallow_(tallow), area_(new QMdiArea(this)) {
+frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWidget* parent)
+    : QMainWindow(parent),
+      tallow_(tallow),
+      show_(
+          show
+              ? std::move(show)
+              : [this](
+                    const Message&
+                        message) { return ShowMessageBox(message, isVisible() ? this : nullptr); }),
+      player_(
+          link, [this] { return tallow_.settings.LocOfWinAmpExe(); }, show_),
+      play_commands_(tallow, *this),
+      area_(new QMdiArea(this)) {
   setObjectName(QStringLiteral("frmMDIForm1"));
   setWindowTitle(tr("Tallow"));
   area_->setObjectName(QStringLiteral("MDIArea"));
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+  // Or a panel that is shown beside a jukebox that fills the frame would fill it too.
+  area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
   setCentralWidget(area_);
   setMinimumSize(kLeastSize);
   resize(kFirstSize);
@@ -42,6 +62,8 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   sub->hide();
   connect(window, &frmMain::Problem, this,
           [this](const QString& text) { Notice({text.toStdString()}); });
+  connect(window, &frmMain::PlaySongs, this,
+          [this](std::vector<std::int32_t> songs) { play_commands_.Play(std::move(songs)); });
   return *window;
 }
 
@@ -77,6 +99,52 @@ void frmMDIForm1::Notice(const std::vector<std::string>& lines) {
   if (lines.size() > kMostTipLines) tip.append(QStringLiteral(". . ."));
   statusBar()->showMessage(text);
   statusBar()->setToolTip(tip.join(QLatin1Char('\n')));
+}
+
+frmMainWinamp* frmMDIForm1::PlayerPanel() const {
+  return panel_ ? qobject_cast<frmMainWinamp*>(panel_->widget()) : nullptr;
+}
+
+MessageAnswer frmMDIForm1::Show(const Message& message) { return show_(message); }
+
+void frmMDIForm1::ShowStatus(const std::string& text) {
+  statusBar()->showMessage(DisplayText(text));
+}
+
+void frmMDIForm1::EnableFrame(bool enabled) { setEnabled(enabled); }
+
+bool frmMDIForm1::Start(const std::string& program) {
+  return StartProgram(program, FirstWindow::kNormal);
+}
+
+void frmMDIForm1::PlayOnPanel() {
+  if (PlayerPanel() == nullptr) OpenPanel();
+  panel_->showNormal();
+  // The next command is for the jukebox again.
+  QMdiSubWindow* jukebox = nullptr;
+  for (QMdiSubWindow* const sub : area_->subWindowList(QMdiArea::ActivationHistoryOrder))
+    if (qobject_cast<frmMain*>(sub->widget()) != nullptr) jukebox = sub;
+  if (jukebox != nullptr) area_->setActiveSubWindow(jukebox);
+  PlayerPanel()->Play();
+}
+
+void frmMDIForm1::OpenPanel() {
+  auto* const panel = new frmMainWinamp(tallow_, player_, show_);
+  panel_ = area_->addSubWindow(panel);
+  panel_->setAttribute(Qt::WA_DeleteOnClose);
+  // Jukeboxes fill the frame; the panel would be lost behind them.
+  panel_->setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                         Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
+                         Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint);
+  panel_->show();
+  panel_->resize(panel_->sizeHint());
+  const QRect area = area_->viewport()->rect();
+  panel_->move(area.bottomRight() - panel_->rect().bottomRight());
+}
+
+void frmMDIForm1::closeEvent(QCloseEvent* event) {
+  if (panel_) panel_->close();
+  event->accept();
 }
 
 }  // namespace tallow

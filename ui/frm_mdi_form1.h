@@ -5,22 +5,29 @@
 #include <vector>
 
 #include <QMainWindow>
+#include <QPointer>
+
+#include "jukebox/play_commands.h"
+#include "player/winamp_control.h"
 
 class QMdiArea;
+class QMdiSubWindow;
 
 namespace tallow {
 
 class Jukebox;
 class Tallow;
 class frmMain;
+class frmMainWinamp;
 
-/// The frame window: holds the window of each open jukebox.
-class frmMDIForm1 : public QMainWindow {
+/// The frame window: holds the window of each open jukebox and the player panel.
+class frmMDIForm1 : public QMainWindow, private PlayWindows {
   Q_OBJECT
 
  public:
-  /// \param tallow has to outlive the window
-  explicit frmMDIForm1(Tallow& tallow, QWidget* parent = nullptr);
+  /// \param tallow, link have to outlive the window
+  /// \param show shows message boxes; without it they are real ones over this window
+  frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show = {}, QWidget* parent = nullptr);
 
   /// Makes a jukebox window, not shown yet. It belongs to the frame.
   frmMain& NewJukeboxWindow();
@@ -35,9 +42,26 @@ class frmMDIForm1 : public QMainWindow {
   /// Says something in the status bar: the first line, with all of them as its tool tip.
   void Notice(const std::vector<std::string>& lines);
 
+  /// The player panel; null when it is not open.
+  frmMainWinamp* PlayerPanel() const;
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
  private:
+  MessageAnswer Show(const Message& message) override;
+  void ShowStatus(const std::string& text) override;
+  void EnableFrame(bool enabled) override;
+  void PlayOnPanel() override;
+  bool Start(const std::string& program) override;
+  void OpenPanel();
+
   Tallow& tallow_;
+  ShowMessage show_;
+  WinAMP_Control player_;
+  PlayCommands play_commands_;
   QMdiArea* area_;
+  QPointer<QMdiSubWindow> panel_;  ///< holds the player panel
 };
 
 }  // namespace tallow

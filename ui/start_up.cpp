@@ -7,12 +7,11 @@
 #include <QFile>
 #include <QGuiApplication>
 #include <QLibraryInfo>
-#include <QMessageBox>
 #include <QScreen>
 #include <QUrl>
 
 #include "jukebox/frm_main.h"
-#include "ui/display_text.h"
+#include "ui/message_box.h"
 
 namespace tallow {
 namespace {
@@ -72,10 +71,7 @@ QWidget* StartUp::ParentOfMessages() {
 
 void StartUp::Tell(const std::string& text) {
   if (silent_) return PrintError(text);
-  QMessageBox box(QMessageBox::Critical, QStringLiteral("Tallow"), DisplayMessage(text),
-                  QMessageBox::Ok, ParentOfMessages());
-  box.setTextFormat(Qt::PlainText);
-  box.exec();
+  ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, ParentOfMessages());
 }
 
 bool StartUp::Ask(const std::string& text) {
@@ -83,12 +79,9 @@ bool StartUp::Ask(const std::string& text) {
     PrintError(text);
     return false;
   }
-  QMessageBox box(QMessageBox::Question, QStringLiteral("Tallow"), DisplayMessage(text),
-                  QMessageBox::Yes | QMessageBox::No, ParentOfMessages());
-  box.setTextFormat(Qt::PlainText);
-  box.setDefaultButton(QMessageBox::Yes);
-  box.setEscapeButton(QMessageBox::No);
-  return box.exec() == QMessageBox::Yes;
+  return ShowMessageBox(
+             {.text = text, .icon = MessageIcon::kQuestion, .buttons = MessageButtons::kYesNo},
+             ParentOfMessages()) == MessageAnswer::kYes;
 }
 
 void StartUp::Notice(const std::vector<std::string>& lines) {

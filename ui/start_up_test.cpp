@@ -12,6 +12,7 @@
 
 #include "app/initial_jukebox.h"
 #include "jukebox/frm_main.h"
+#include "tests/recorded_link.h"
 #include "tests/recorded_progress.h"
 #include "tests/tagged_file.h"
 #include "tests/window_fixture.h"
@@ -50,7 +51,8 @@ class StartUpTest : public testing::Test {
   TempFolder music;
   Tallow tallow{application.path()};
   TestDrives drives{{{music.path()}}};
-  frmMDIForm1 frame{tallow};
+  RecordedLink link;
+  frmMDIForm1 frame{tallow, link};
   StartUp windows{tallow, frame, false};
   QString box_text;
   QMessageBox::Icon box_icon = QMessageBox::NoIcon;

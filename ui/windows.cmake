@@ -15,8 +15,10 @@ add_library(tallow_ui OBJECT
   jukebox/frm_main.cpp
   jukebox/pv_explorer.cpp
   jukebox/song_list_model.cpp
+  player/frm_main_winamp.cpp
   ui/display_text.cpp
   ui/frm_mdi_form1.cpp
+  ui/message_box.cpp
   ui/start_up.cpp)
 target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets)
 
@@ -25,6 +27,8 @@ target_link_libraries(tallow PRIVATE tallow_ui)
 # What the check for a runtime file opens when the file is missing.
 configure_file(README.md ${CMAKE_BINARY_DIR}/readme.txt COPYONLY)
 # The player is looked for beside the program.
-add_dependencies(tallow tallow-player)
+if(NOT WIN32)
+  add_dependencies(tallow tallow-player)
+endif()
 
 include(tests/window_tests.cmake)

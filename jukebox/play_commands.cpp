@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/play_commands.h"
+
+#include <utility>
+
+#include "app/tallow.h"
+#include "jukebox/folder_tree.h"
+#include "util/file_system.h"
+
+namespace tallow {
+
+bool PlayCommands::CheckPlayer() {
+  if (std::exchange(tallow_.player_search_is_pending, false)) SearchForPlayer();
+  if (!tallow_.settings.LocOfWinAmpExe().empty()) return true;
+  OfferInstaller();
+  return false;
+}
+
+void PlayCommands::SearchForPlayer() {
+  windows_.ShowStatus("Searching for Winamp  . . . ");
+  windows_.EnableFrame(false);
+  if (tallow_.search_for_player) tallow_.search_for_player();
+  windows_.EnableFrame(true);
+  windows_.ShowStatus({});
+}
+
+void PlayCommands::OfferInstaller() {
+  const MessageAnswer answer = windows_.Show(
+      {.text = "WinAmp is not installed on your system.  You need Winamp to play music.  Would you "
+               "like to have a free copy of WinAmp installed on you system now?",
+       .icon = MessageIcon::kQuestion,
+       .buttons = MessageButtons::kYesNoCancel});
+  if (answer != MessageAnswer::kYes) return;
+  windows_.Show(
+      {.text =
+           "WinAmp will now be installed on your system.  After WinAmp is installed, close down "
+           "both WinAmp and Tallow.  Then just open Tallow.  When you request to play songs "
+           "WinAmp will then automatically open.",
+       .icon = MessageIcon::kInformation});
+  const std::string installer = tallow_.application_folder + kPlayerInstaller;
+  if (windows_.Start(installer)) return;
+  const std::string reason = FileExists(installer) ? "It cannot be run" : "It is not there";
+  windows_.Show({.text = "The installer " + installer + " could not be started. " + reason +
+                         ".\n\nInstall a player yourself, then close Tallow and open it again.",
+                 .icon = MessageIcon::kCritical});
+}
+
+void PlayCommands::Play(std::vector<std::int32_t> songs) {
+  if (!CheckPlayer() || songs.empty()) return;
+  tallow_.SongsToPlay = std::move(songs);
+  windows_.PlayOnPanel();
+}
+
+std::vector<std::int32_t> SongsOf(const Folder& folder) {
+  std::vector<std::int32_t> songs;
+  songs.reserve(folder.Items().size());
+  for (const SongEntry& entry : folder.Items()) songs.push_back(entry.SubItem());
+  return songs;
+}
+
+std::vector<std::int32_t> SongsOf(const Folder& folder, const std::vector<int>& rows) {
+  std::vector<std::int32_t> songs;
+  for (const int row : rows)
+    if (row >= 0 && static_cast<std::size_t>(row) < folder.Items().size())
+      songs.push_back(folder.Items()[static_cast<std::size_t>(row)].SubItem());
+  return songs;
+}
+
+}  // namespace tallow

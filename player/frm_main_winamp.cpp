@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/frm_main_winamp.h"
+
+#include <utility>
+
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QTimer>
+
+#include "app/tallow.h"
+#include "player/player_messages.h"
+#include "ui/display_text.h"
+
+namespace tallow {
+namespace {
+
+constexpr int kUpdateInterval = 150;  ///< ms
+constexpr int kFirstVolume = 128;
+
+/// What a click beside the thumb moves: ten seconds, and about a tenth of the other two bars.
+constexpr int kTrackPage = 10;
+constexpr int kVolumePage = 25;
+constexpr int kBalancePage = 25;
+constexpr int kVolumeStep = 5;
+
+/// The least length of the bars, in average characters.
+constexpr int kBarCharacters = 30;
+
+/// A time of a track as "1:05", or "1:02:05" from an hour on.
+QString TimeText(int seconds) {
+  const int hours = seconds / 3600;
+  const int minutes = seconds / 60 % 60;
+  const QString tail = QStringLiteral(":%1").arg(seconds % 60, 2, 10, QLatin1Char('0'));
+  if (hours == 0) return QString::number(minutes) + tail;
+  return QStringLiteral("%1:%2").arg(hours).arg(minutes, 2, 10, QLatin1Char('0')) + tail;
+}
+
+QScrollBar* NewBar(const char* name, const QString& label, QWidget* parent) {
+  auto* const bar = new QScrollBar(Qt::Horizontal, parent);
+  bar->setObjectName(QLatin1String(name));
+  bar->setAccessibleName(label);
+  bar->setFocusPolicy(Qt::StrongFocus);
+  // Right, up and page up are more, as on a slider.
+  bar->setInvertedControls(false);
+  bar->setMinimumWidth(kBarCharacters * parent->fontMetrics().averageCharWidth());
+  return bar;
+}
+
+}  // namespace
+
+frmMainWinamp::frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage show,
+                             QWidget* parent)
+    : QWidget(parent), tallow_(tallow), player_(player), show_(std::move(show)) {
+  setObjectName(QStringLiteral("frmMainWinamp"));
+  setWindowTitle(tr("WinAMP"));
+  cmdPlayPause = new QPushButton(tr("&Play"), this);
+  cmdPlayPause->setObjectName(QStringLiteral("cmdPlayPause"));
+  hscrlTrackPos = NewBar("hscrlTrackPos", tr("Track Position"), this);
+  hscrlVolume = NewBar("hscrlVolume", tr("Volume"), this);
+  hscrlBalance = NewBar("hscrlBalance", tr("Balance"), this);
+  lblStatus = new QLabel(tr("No File Open"), this);
+  lblStatus->setObjectName(QStringLiteral("lblStatus"));
+  times_ = new QLabel(this);
+  times_->setObjectName(QStringLiteral("lblTimes"));
+  times_->setMinimumWidth(times_->fontMetrics().horizontalAdvance(tr("000:00 / 000:00")));
+  tmrScrollUpdate = new QTimer(this);
+  tmrScrollUpdate->setObjectName(QStringLiteral("tmrScrollUpdate"));
+  tmrScrollUpdate->setInterval(kUpdateInterval);
+
+  auto* const grid = new QGridLayout(this);
+  grid->addWidget(cmdPlayPause, 0, 0);
+  auto* const status = new QHBoxLayout;
+  status->addWidget(new QLabel(tr("Status:"), this));
+  status->addWidget(lblStatus, 1);
+  grid->addLayout(status, 0, 1);
+  const std::pair<QScrollBar*, QString> bars[] = {{hscrlTrackPos, tr("Track Position")},
+                                                  {hscrlVolume, tr("Volume")},
+                                                  {hscrlBalance, tr("Balance")}};
+  for (int row = 0; row < 3; ++row) {
+    grid->addWidget(new QLabel(bars[row].second, this), row + 1, 0);
+    grid->addWidget(bars[row].first, row + 1, 1);
+  }
+  grid->addWidget(times_, 1, 2);
+  grid->setColumnStretch(1, 1);
+  SetUpBars();
+  SetUpTrackBar();
+  connect(cmdPlayPause, &QPushButton::clicked, this, &frmMainWinamp::ClickPlayPause);
+  connect(tmrScrollUpdate, &QTimer::timeout, this, &frmMainWinamp::Update);
+}
+
+void frmMainWinamp::SetUpBars() {
+  hscrlVolume->setRange(0, kMostVolume);
+  hscrlVolume->setValue(kFirstVolume);
+  hscrlVolume->setSingleStep(kVolumeStep);
+  hscrlVolume->setPageStep(kVolumePage);
+  hscrlBalance->setRange(-kMostBalance, kMostBalance);
+  hscrlBalance->setSingleStep(kVolumeStep);
+  hscrlBalance->setPageStep(kBalancePage);
+  connect(hscrlVolume, &QScrollBar::valueChanged, this,
+          [this](int value) { player_.SetVolume(value); });
+  connect(hscrlBalance, &QScrollBar::valueChanged, this,
+          [this](int value) { player_.SetBalance(value); });
+}
+
+void frmMainWinamp::SetUpTrackBar() {
+  hscrlTrackPos->setRange(0, 0);
+  hscrlTrackPos->setPageStep(kTrackPage);
+  // While it is dragged the bar keeps its value; the player jumps once, when it is let go.
+  hscrlTrackPos->setTracking(false);
+  connect(hscrlTrackPos, &QScrollBar::actionTriggered, this, &frmMainWinamp::UserScrolls);
+  connect(hscrlTrackPos, &QScrollBar::sliderReleased, this, &frmMainWinamp::UserScrolls);
+  connect(hscrlTrackPos, &QScrollBar::sliderMoved, this, [this](int position) {
+    UserScrolls();
+    ShowTimes(position);
+  });
+  connect(hscrlTrackPos, &QScrollBar::valueChanged, this, &frmMainWinamp::TrackBarChanged);
+}
+
+void frmMainWinamp::Play() {
+  if (opened_)
+    Playstuff();
+  else
+    Open();
+}
+
+void frmMainWinamp::Open() {
+  if (!ReachPlayer(player_, show_)) return;
+  opened_ = true;
+  setWindowTitle(DisplayText("WinAMP Version# " + player_.GetWinampVersion()));
+  {
+    // Each is sent once, whether the bar has moved or not.
+    const QSignalBlocker volume(hscrlVolume);
+    const QSignalBlocker balance(hscrlBalance);
+    hscrlVolume->setValue(kFirstVolume);
+    hscrlBalance->setValue(0);
+  }
+  player_.SetVolume(hscrlVolume->value());
+  player_.SetBalance(hscrlBalance->value());
+  Playstuff();
+}
+
+void frmMainWinamp::Playstuff() {
+  HandOver(tallow_.SongsToPlay, tallow_.library, player_, show_, *this);
+}
+
+void frmMainWinamp::TrackStarted(std::int32_t length) {
+  UserIsScrolling = false;
+  hscrlTrackPos->setMinimum(0);
+  FitTrackBar(length);
+  hscrlTrackPos->setValue(0);
+  ShowTimes(0);
+}
+
+void frmMainWinamp::HandedOver() {
+  cmdPlayPause->setText(tr("&Pause"));
+  cmdPlayPause->setEnabled(true);
+  tmrScrollUpdate->start();
+}
+
+void frmMainWinamp::FitTrackBar(int length) {
+  if (length >= hscrlTrackPos->minimum()) hscrlTrackPos->setMaximum(length);
+}
+
+void frmMainWinamp::ClickPlayPause() {
+  const bool play = cmdPlayPause->text() == tr("&Play");
+  player_.SendWinampCommand(play ? kPlay : kPause);
+  cmdPlayPause->setText(play ? tr("&Pause") : tr("&Play"));
+}
+
+void frmMainWinamp::UserScrolls() {
+  // A bar that stands at its end, or was put back, will not change.
+  UserIsScrolling =
+      hscrlTrackPos->isSliderDown() || hscrlTrackPos->sliderPosition() != hscrlTrackPos->value();
+}
+
+void frmMainWinamp::TrackBarChanged(int seconds) {
+  if (std::exchange(UserIsScrolling, false)) player_.SetTrackPosition(seconds);
+  ShowTimes(seconds);
+}
+
+void frmMainWinamp::Update() {
+  const int position = player_.GetTrackPosition();
+  FitTrackBar(player_.GetTrackLength());
+  // The bar is not torn out of the user's hand.
+  if (!UserIsScrolling && position >= hscrlTrackPos->minimum() &&
+      position <= hscrlTrackPos->maximum())
+    hscrlTrackPos->setValue(position);
+  ShowStatus(DisplayText(player_.GetWinampStatus()));
+}
+
+void frmMainWinamp::ShowStatus(const QString& status) {
+  // Media keys and menus steer the player too, and a list ends by itself; the caption follows.
+  const bool at_end = hscrlTrackPos->value() == hscrlTrackPos->maximum();
+  if (at_end || lblStatus->text() != status)
+    cmdPlayPause->setText(status == QLatin1String("PLAYING") ? tr("&Pause") : tr("&Play"));
+  lblStatus->setText(status);
+}
+
+void frmMainWinamp::ShowTimes(int position) {
+  times_->setText(TimeText(position) + tr(" / ") + TimeText(hscrlTrackPos->maximum()));
+}
+
+void frmMainWinamp::closeEvent(QCloseEvent* event) {
+  tmrScrollUpdate->stop();
+  player_.SendWinampCommand(kStop);
+  player_.ClearWinampPlaylist();
+  player_.SendWinampCommand(kClosePlayer);
+  event->accept();
+}
+
+}  // namespace tallow

@@ -1,0 +1,68 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWidget>
+
+#include "player/playfile.h"
+#include "util/message.h"
+
+class QLabel;
+class QPushButton;
+class QScrollBar;
+class QTimer;
+
+namespace tallow {
+
+class Tallow;
+
+/// The player panel: shows and steers the player while songs play. Opening it starts the player;
+/// closing it closes the player.
+class frmMainWinamp : public QWidget, private HandOffPanel {
+  Q_OBJECT
+
+ public:
+  /// \param tallow, player have to outlive the window
+  frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage show,
+                QWidget* parent = nullptr);
+
+  /// Plays what lies in SongsToPlay. The first time this opens the player; as long as that fails,
+  /// each time.
+  void Play();
+
+  /// Hands the songs in SongsToPlay over to the player that runs, or is started for it.
+  void Playstuff();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+
+ private:
+  void Open();
+  void TrackStarted(std::int32_t length) override;
+  void HandedOver() override;
+
+  void SetUpBars();
+  void SetUpTrackBar();
+  void ClickPlayPause();
+  void UserScrolls();
+  void TrackBarChanged(int seconds);
+  void Update();
+  void FitTrackBar(int length);
+  void ShowStatus(const QString& status);
+  void ShowTimes(int position);
+
+  Tallow& tallow_;
+  WinAMP_Control& player_;
+  ShowMessage show_;
+  bool opened_ = false;          ///< the player was found and set up
+  bool UserIsScrolling = false;  ///< the user has hold of the position bar
+
+  QPushButton* cmdPlayPause;
+  QScrollBar* hscrlTrackPos;
+  QScrollBar* hscrlVolume;
+  QScrollBar* hscrlBalance;
+  QLabel* lblStatus;
+  QLabel* times_;
+  QTimer* tmrScrollUpdate;
+};
+
+}  // namespace tallow
