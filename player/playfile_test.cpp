@@ -127,14 +127,12 @@ TEST_F(Playfile, APlayerWithoutAWindowIsSaid) {
 }
 
 TEST_F(Playfile, AFileThatCannotBeLookedAtIsHandedOnAll) {
-  // Too long for any disk: neither there nor known to be absent.
-  const std::string name = std::string(5000, 'x') + ".mp3";
-  AddSong(music.path(), name);
+  AddSong(music.path(), kImpossibleName);
   const std::string b = Song("b.mp3");
   Play({2, 1});
   const Texts log = link.Take();
   ASSERT_EQ(log.size(), 10U);
-  EXPECT_EQ(log[8], Added(music.path() + name));
+  EXPECT_EQ(log[8], Added(music.path() + kImpossibleName));
   ASSERT_EQ(messages.shown.size(), 1U);
   EXPECT_EQ(messages.shown[0].title, "Error");
 }

@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <chrono>
 #include <cstdlib>
-#include <functional>
 #include <gtest/gtest.h>
 #include <sstream>
 #include <string>
 #include <sys/stat.h>
-#include <thread>
 #include <vector>
 
 #include "player/player_messages.h"
@@ -16,18 +13,9 @@
 #include "player/winamp_control.h"
 #include "tests/recorded_messages.h"
 #include "tests/temp_folder.h"
+#include "tests/wait_until.h"
 
 namespace tallow {
-
-/// Waits until something is so, for 20 seconds at most.
-inline bool WaitUntil(const std::function<bool()>& condition) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-  while (!condition()) {
-    if (std::chrono::steady_clock::now() > deadline) return false;
-    std::this_thread::yield();
-  }
-  return true;
-}
 
 /// The built tallow-player in a runtime folder of its own, away from the session bus and, unless told
 /// otherwise, without sound in real time.

@@ -20,6 +20,10 @@ program=$(realpath "$1")
 shift
 # The program has to lie on a drive that exists.
 cp "$program" "$prefix/drive_c/program.exe"
+cp "$(dirname "$program")/winamp_stand_in.exe" "$prefix/drive_c/"
+# Windows without a screen, which Wine makes only when it is told to.
+"$wine" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f > /dev/null
+"$wineserver" -w
 rm -f "$prefix/dosdevices/z:"
 cd "$prefix/drive_c"
 "$wine" 'C:\program.exe' "$@"

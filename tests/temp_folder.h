@@ -68,6 +68,14 @@ class TempFolder {
   std::string path_;
 };
 
+/// A name that no file can have, so that the system can neither find such a file nor say that it is
+/// absent.
+#ifdef _WIN32
+inline const std::string kImpossibleName = "a?.mp3";
+#else
+inline const std::string kImpossibleName = std::string(5000, 'x') + ".mp3";
+#endif
+
 /// The system's separator as a text, to write paths that read the same everywhere.
 inline const std::string kSep(1, kSeparator);
 

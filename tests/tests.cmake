@@ -22,6 +22,7 @@ add_executable(tallow_core_tests
   library/song_table_test.cpp
   library/tag_cache_test.cpp
   library/tag_text_test.cpp
+  player/player_operations_test.cpp
   player/playfile_test.cpp
   player/winamp_control_test.cpp
   util/atomic_file_test.cpp
@@ -33,7 +34,13 @@ add_executable(tallow_core_tests
   util/quicksort_test.cpp
   util/read_ahead_test.cpp
   util/text_test.cpp)
-if(NOT WIN32)
+if(WIN32)
+  target_sources(tallow_core_tests PRIVATE player/player_link_windows_test.cpp)
+  # What is played with in place of Winamp lies beside the tests.
+  add_executable(winamp_stand_in WIN32 tests/winamp_stand_in_windows.cpp)
+  target_link_libraries(winamp_stand_in PRIVATE tallow_options)
+  add_dependencies(tallow_core_tests winamp_stand_in)
+else()
   target_sources(tallow_core_tests PRIVATE
     app/mount_table_linux_test.cpp
     app/save_kill_linux_test.cpp
@@ -54,6 +61,10 @@ if(WIN32)
 else()
   include(GoogleTest)
   gtest_discover_tests(tallow_core_tests PROPERTIES TIMEOUT 300)
+
+  add_test(NAME player.on_the_session_bus
+    COMMAND ${CMAKE_SOURCE_DIR}/tests/mpris.sh $<TARGET_FILE:tallow-player>)
+  set_tests_properties(player.on_the_session_bus PROPERTIES TIMEOUT 120)
 
   # The same tests as a Windows program, once the preset "windows" has been built.
   set(TALLOW_WINDOWS_TESTS "" CACHE FILEPATH "tallow_core_tests.exe, to run it under Wine")

@@ -48,7 +48,7 @@ TEST_F(FileCheck, ADriveLetterThatDoesNotExistIsMissingWithoutAMessage) {
 #endif
 
 TEST_F(FileCheck, AnyOtherProblemIsShownOncePerCallAndTheFileCountsAsPresent) {
-  const std::string path = folder / std::string(5000, 'x');
+  const std::string path = folder / kImpossibleName;
   const auto problem = ProblemOfFileDate(path);
   ASSERT_TRUE(problem);
   EXPECT_FALSE(problem->absent);

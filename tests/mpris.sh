@@ -1,0 +1,149 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Drives the player over a session bus of its own, with a standard remote control.
+#
+# Usage: mpris.sh PLAYER
+set -euo pipefail
+
+player=$1
+if [ -z "${TALLOW_BUS:-}" ]; then
+  exec env TALLOW_BUS=own dbus-run-session -- "$0" "$player"
+fi
+# lame turns the texts of a tag from the locale's encoding into the tag's own.
+export LC_ALL=C.UTF-8
+
+work=$(mktemp -d)
+processes=()
+end() {
+  for process in "${processes[@]}"; do kill "$process" 2> /dev/null || :; done
+  for process in "${processes[@]}"; do wait "$process" 2> /dev/null || :; done
+  rm -rf "$work"
+}
+trap end EXIT
+chmod 700 "$work"
+export XDG_RUNTIME_DIR=$work
+
+# song FILE [lame's options for the tag]
+song() {
+  local file=$1
+  shift
+  sox -q -n -r 44100 -c 2 -t wav - synth 30 sine 440 2> /dev/null |
+    lame --quiet -b 64 "$@" - "$work/$file"
+}
+song 'one & two.mp3' --tt 'Grüne Straße' --ta 'Étienne Duval' --id3v1-only
+song 'two.mp3' --tt 'Second' --ta 'Ada Quill' --id3v2-only
+song 'no tag.mp3'
+
+failed=false
+# expect WHAT COMMAND... : waits until the command's output is what is expected.
+expect() {
+  local expected=$1 got=
+  shift
+  for _ in $(seq 200); do
+    got=$("$@" 2> /dev/null || :)
+    [ "$got" = "$expected" ] && return
+    sleep 0.05
+  done
+  echo "$*: expected '$expected', got '$got'"
+  failed=true
+}
+control() { playerctl --player=tallow "$@" 2> /dev/null || :; }
+# get PROPERTY: of the player, as the bus gives it.
+get() {
+  dbus-send --session --print-reply=literal --dest="${2:-org.mpris.MediaPlayer2.tallow}" \
+    /org/mpris/MediaPlayer2 org.freedesktop.DBus.Properties.Get \
+    string:"${3:-org.mpris.MediaPlayer2.Player}" string:"$1" | sed 's/^ *variant *//; s/ *$//'
+}
+# tell MESSAGE WPARAM LPARAM [PATH]: what Tallow sends.
+tell() {
+  perl -MSocket -e '
+    my ($socket, $message, $w, $l, $path) = @ARGV;
+    my $payload = defined $path ? "$path\0" : "";
+    socket(my $s, PF_UNIX, SOCK_STREAM, 0) or die;
+    connect($s, sockaddr_un($socket)) or die "no player\n";
+    syswrite($s, pack("LLqq", $message, length $payload, $w, $l) . $payload);
+    sysread($s, my $answer, 8) == 8 or die "no answer\n";
+    print unpack("q", $answer), "\n";' "$work/tallow/player" "$@"
+}
+
+"$player" --silent & processes+=($!)
+expect tallow playerctl --list-all
+expect Stopped control status
+expect Tallow get Identity org.mpris.MediaPlayer2.tallow org.mpris.MediaPlayer2
+expect 'boolean false' get CanPlay
+for file in 'one & two.mp3' two.mp3 'no tag.mp3'; do tell 74 0 100 "$work/$file" > /dev/null; done
+expect 'boolean true' get CanPlay
+expect 'boolean true' get CanGoNext
+expect 'boolean false' get CanGoPrevious
+
+control play
+expect Playing control status
+expect 1 tell 1024 0 104
+expect "Étienne Duval: Grüne Straße" control metadata --format '{{artist}}: {{title}}'
+expect "file://$work/one%20%26%20two.mp3" control metadata xesam:url
+expect 0:30 control metadata --format '{{duration(mpris:length)}}'
+
+control pause
+expect Paused control status
+expect 3 tell 1024 0 104
+control pause
+expect Paused control status
+control play-pause
+expect Playing control status
+control play-pause
+control position 20
+expect 20000 tell 1024 0 105
+control position 5-
+expect 15000 tell 1024 0 105
+control position 12
+expect 12000 tell 1024 0 105
+expect 'int64 12000000' get Position
+
+control next
+expect "Ada Quill: Second" control metadata --format '{{artist}}: {{title}}'
+expect Paused control status
+control play
+expect Playing control status
+control previous
+expect "Étienne Duval: Grüne Straße" control metadata --format '{{artist}}: {{title}}'
+expect 'boolean false' get CanGoPrevious
+control previous
+expect "Étienne Duval: Grüne Straße" control metadata --format '{{artist}}: {{title}}'
+control next
+control next
+expect 'no tag.mp3' control metadata --format '{{artist}}{{title}}'
+expect 'boolean false' get CanGoNext
+control next
+expect 'no tag.mp3' control metadata --format '{{artist}}{{title}}'
+
+expect 'double 1' get Volume
+control volume 0.5
+expect 'double 0.501961' get Volume
+control volume 7
+expect 'double 1' get Volume
+tell 1024 51 122 > /dev/null
+expect 'double 0.2' get Volume
+
+# Who listens is told.
+playerctl --player=tallow --follow status > "$work/followed" & processes+=($!)
+expect Playing cat "$work/followed"
+tell 273 40046 0 > /dev/null
+expect $'Playing\nPaused' cat "$work/followed"
+control stop
+expect Stopped control status
+expect 0 tell 1024 0 104
+expect -1 tell 1024 0 105
+expect $'Playing\nPaused\nStopped' cat "$work/followed"
+
+# Where the name is taken, there is a second one.
+mkdir -m 700 "$work/other"
+XDG_RUNTIME_DIR=$work/other "$player" --silent & processes+=($!)
+second=$!
+expect "tallow tallow.instance$second" sh -c 'playerctl --list-all | sort | tr "\n" " " | sed "s/ $//"'
+
+# Anybody on the bus may end it.
+dbus-send --session --print-reply --dest=org.mpris.MediaPlayer2.tallow /org/mpris/MediaPlayer2 \
+  org.mpris.MediaPlayer2.Quit > /dev/null
+expect "tallow.instance$second" playerctl --list-all
+
+if $failed; then exit 1; fi
