@@ -7,6 +7,7 @@
 #include <poll.h>
 #include <span>
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include "player/player_link.h"
 #include "player/player_messages.h"
@@ -116,7 +117,10 @@ class SocketLink : public PlayerLink {
       const OpenFile listening(ListenAsPlayer(path));
       if (!listening) throw FileError(path, "no socket can be made there");
       const std::array<std::string, 1> arguments{"--listen"};
-      return Spawn(program, arguments, listening.descriptor()) != 0;
+      if (Spawn(program, arguments, listening.descriptor()) != 0) return true;
+      // Nobody is to wait for a player that will never answer.
+      unlink(path.c_str());
+      return false;
     } catch (const FileError& error) {
       std::fprintf(stderr, "The player cannot be started. %s\n", error.what());
       return false;
@@ -125,7 +129,10 @@ class SocketLink : public PlayerLink {
 
   std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
                     std::int64_t lParam) override {
-    return Exchange(player, {message, 0, wParam, lParam}, {});
+    const PlayerAnswer answer = Exchange(player, {message, 0, wParam, lParam}, {});
+    // It may take a moment to end, and must not be found again in that.
+    if (message == kWmCommand && wParam == kClosePlayer && player == handle_) connection_.reset();
+    return answer;
   }
 
   void SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {

@@ -35,6 +35,12 @@ class RequestServer {
   /// Lets nobody connect any more. Connections that are there go on.
   void StopListening();
 
+  /// Ends everything: nobody can connect, nobody is connected.
+  void CloseAll() {
+    StopListening();
+    connections_.clear();
+  }
+
   /// How many are connected.
   std::size_t Connections() const noexcept { return connections_.size(); }
 

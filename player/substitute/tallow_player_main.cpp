@@ -164,6 +164,8 @@ int Run(const Options& options) {
   player.OnChange([&](PlayerChange change) { mpris.Changed(change); });
   const IdleEnd idle_end(raw_loop, player, *server);
   Require(sd_event_loop(raw_loop), "the event loop");
+  // Connections end before the sound does, which takes longer.
+  server->CloseAll();
   return 0;
 }
 
