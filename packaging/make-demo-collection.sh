@@ -14,6 +14,8 @@ mkdir -p "$folder"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 count=0
+# The steps of the scale over its first note, in 24ths.
+scale=(24 27 30 36 40 48)
 
 # encode PITCH FILE [lame's options for the tag]
 encode() {
@@ -21,9 +23,12 @@ encode() {
   shift 2
   count=$((count + 1))
   mkdir -p "$(dirname "$folder/$file")"
-  # A plucked note that dies away.
-  sox -q -n -r 44100 -c 2 "$work/$count.wav" \
-    synth 1.2 pluck "$pitch" pluck "$pitch" fade q 0.02 1.2 0.3 gain -6
+  # Eight plucked notes of a pentatonic scale, another tune for each song.
+  local notes=() step
+  for step in 0 1 2 3 4 5 6 7; do
+    notes+=("|sox -n -p synth 1.1 pluck $((pitch * ${scale[(count * 7 + step * (count % 4 + 1)) % 6]} / 24)) fade q 0 1.1 0.2")
+  done
+  sox -q "${notes[@]}" -r 44100 -c 2 "$work/$count.wav" gain -6
   lame --quiet -b 64 --id3v1-only "$@" "$work/$count.wav" "$folder/$file"
   rm "$work/$count.wav"
 }

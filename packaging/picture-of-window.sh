@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Runs Tallow on a virtual display, waits for its frame window, takes a picture of the screen and ends it.
+# Runs Tallow on a virtual display, waits for its frame window, plays a song, takes a picture of the screen
+# and closes the window.
 #
 # Usage: picture-of-window.sh PICTURE PROGRAM [ARGUMENT...]
 set -euo pipefail
@@ -26,9 +27,18 @@ for _ in $(seq 600); do
   sleep 0.1
 done
 $opened || { echo "Tallow's window did not open within a minute." >&2; exit 1; }
-# One more moment for the splash window to go and the list to be painted.
+# One more moment for the splash window to go and the list to be painted; then a song of the list, and a
+# moment to hear it.
 sleep 2
+xdotool mousemove --window "$window" 500 230 click --repeat 2 --delay 60 1 mousemove 20 740
+sleep 4
 mkdir -p "$(dirname "$picture")"
 import -window root "$picture"
 mogrify -bordercolor black -border 1 -trim +repage "$picture"
+# Closing the window closes the player, too.
+xdotool key alt+F4
+for _ in $(seq 50); do
+  kill -0 "$program" 2> /dev/null || break
+  sleep 0.1
+done
 echo "The picture is in $picture"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/frm_main_winamp.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QCloseEvent>
@@ -21,14 +22,14 @@ namespace {
 constexpr int kUpdateInterval = 150;  ///< ms
 constexpr int kFirstVolume = 128;
 
-/// What a click beside the thumb moves: ten seconds, and about a tenth of the other two bars.
-constexpr int kTrackPage = 10;
+/// What a click beside the thumb moves: about a tenth of each bar.
+constexpr int kPages = 10;
 constexpr int kVolumePage = 25;
 constexpr int kBalancePage = 25;
 constexpr int kVolumeStep = 5;
 
 /// The least length of the bars, in average characters.
-constexpr int kBarCharacters = 30;
+constexpr int kBarCharacters = 44;
 
 /// A time of a track as "1:05", or "1:02:05" from an hour on.
 QString TimeText(int seconds) {
@@ -108,7 +109,6 @@ void frmMainWinamp::SetUpBars() {
 
 void frmMainWinamp::SetUpTrackBar() {
   hscrlTrackPos->setRange(0, 0);
-  hscrlTrackPos->setPageStep(kTrackPage);
   // While it is dragged the bar keeps its value; the player jumps once, when it is let go.
   hscrlTrackPos->setTracking(false);
   connect(hscrlTrackPos, &QScrollBar::actionTriggered, this, &frmMainWinamp::UserScrolls);
@@ -162,7 +162,9 @@ void frmMainWinamp::HandedOver() {
 }
 
 void frmMainWinamp::FitTrackBar(int length) {
-  if (length >= hscrlTrackPos->minimum()) hscrlTrackPos->setMaximum(length);
+  if (length < hscrlTrackPos->minimum()) return;
+  hscrlTrackPos->setPageStep(std::max(1, length / kPages));
+  hscrlTrackPos->setMaximum(length);
 }
 
 void frmMainWinamp::ClickPlayPause() {

@@ -16,15 +16,35 @@ mkdir -p "$folder"
 rm -rf "$folder/app"
 mkdir -p "$folder/app"
 
+# The program with a player beside it that makes no noise.
+rm -rf "$folder/bin"
+mkdir -p "$folder/bin"
+cp "$program" "$folder/bin/tallow"
+printf '#!/bin/sh\nexec "%s" --silent "$@"\n' "$(dirname "$program")/tallow-player" \
+  > "$folder/bin/tallow-player"
+chmod +x "$folder/bin/tallow-player"
+program=$folder/bin/tallow
+# A folder of its own for the player's socket, and no session bus.
+XDG_RUNTIME_DIR=$(mktemp -d)
+export XDG_RUNTIME_DIR DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
+
 . "$here/../packaging/virtual-display.sh"
 export QT_QPA_PLATFORM=xcb QT_PLUGIN_PATH="$plugins" QT_QPA_GENERIC_PLUGINS=tallowprobe
 
 for start in first second; do
-  rm -f "$folder/$start.txt" "$folder/$start.png"
+  rm -f "$folder/$start"*.txt "$folder/$start"*.png
   TALLOW_PROBE_REPORT="$folder/$start.txt" TALLOW_PROBE_PICTURE="$folder/$start.png" \
+    TALLOW_PROBE_PLAYING_PICTURE="$folder/$start-playing.png" \
     timeout 60 "$program" --app-folder "$folder/app" --drive "$folder/music"
   [ -s "$folder/$start.png" ] || { echo "The $start start left no picture."; exit 1; }
+  if perl -MSocket -e 'socket(S, PF_UNIX, SOCK_STREAM, 0); exit !connect(S, sockaddr_un(shift));' \
+    "$XDG_RUNTIME_DIR/tallow/player"; then
+    echo "The player of the $start start is still there."
+    exit 1
+  fi
 done
+
+rm -rf "$XDG_RUNTIME_DIR"
 
 failed=false
 expect() {
@@ -41,6 +61,8 @@ expect "folder: Seasonal 4"
 expect "folder: Best friend's favorites 0"
 expect "sorted: Name    --   "
 expect "first: 1.    two leading blanks.MP3"
+expect "panel: WinAMP Version# $("$program" --version | sed -E 's/.* ([0-9]+)\.([0-9]+)/printf 1.%d%02d \1 \2/' | sh)"
+expect "seconds: 8"
 expect "artist: Étienne Duval 4"
 expect "artist: The Lanterns 5"
 expect "artist: Live  Band 1"

@@ -5,6 +5,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QMainWindow>
+#include <QScrollBar>
 #include <QTableView>
 #include <QTest>
 #include <QTextStream>
@@ -40,9 +41,38 @@ class Probe : public QObject {
     auto* const tree = Find<QTreeView>(frame, "TreeView");
     auto* const list = Find<QTableView>(frame, "ListView");
     if (tree == nullptr || list == nullptr || list->model()->rowCount() == 0) return;
-    timer_.stop();
-    Report(*frame, *tree, *list);
-    QApplication::exit(0);
+    if (!reported_) {
+      reported_ = true;
+      Report(*frame, *tree, *list);
+      Play(*list);
+    }
+    if (HearsASong(*frame)) {
+      timer_.stop();
+      frame->close();
+      QApplication::exit(0);
+    }
+  }
+
+  /// Double-clicks the first song.
+  static void Play(const QTableView& list) {
+    const QPoint place = list.visualRect(list.model()->index(0, 0)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+  }
+
+  /// Whether the panel shows a song that plays and has moved on; says so in the report.
+  static bool HearsASong(QMainWindow& frame) {
+    auto* const panel = Find<QWidget>(&frame, "frmMainWinamp");
+    if (panel == nullptr || Find<QLabel>(panel, "lblStatus")->text() != QLatin1String("PLAYING") ||
+        Find<QScrollBar>(panel, "hscrlTrackPos")->value() == 0)
+      return false;
+    QFile file(qEnvironmentVariable("TALLOW_PROBE_REPORT"));
+    if (!file.open(QIODevice::Append | QIODevice::Text)) return true;
+    QTextStream out(&file);
+    out << "panel: " << panel->windowTitle() << "\n";
+    out << "seconds: " << Find<QScrollBar>(panel, "hscrlTrackPos")->maximum() << "\n";
+    frame.grab().save(qEnvironmentVariable("TALLOW_PROBE_PLAYING_PICTURE"));
+    return true;
   }
 
   void Report(QMainWindow& frame, QTreeView& tree, QTableView& list) {
@@ -74,6 +104,7 @@ class Probe : public QObject {
   }
 
   QTimer timer_;
+  bool reported_ = false;
 };
 
 class ProbePlugin : public QGenericPlugin {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frm_mdi_form1.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QCloseEvent>
@@ -50,6 +51,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   // Or a panel that is shown beside a jukebox that fills the frame would fill it too.
   area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
+  area_->viewport()->installEventFilter(this);
   setCentralWidget(area_);
   setMinimumSize(kLeastSize);
   resize(kFirstSize);
@@ -140,6 +142,18 @@ void frmMDIForm1::OpenPanel() {
   panel_->resize(panel_->sizeHint());
   const QRect area = area_->viewport()->rect();
   panel_->move(area.bottomRight() - panel_->rect().bottomRight());
+}
+
+void frmMDIForm1::KeepPanelInside() {
+  if (!panel_) return;
+  const QPoint last = area_->viewport()->rect().bottomRight() - panel_->rect().bottomRight();
+  panel_->move(std::clamp(panel_->x(), 0, std::max(0, last.x())),
+               std::clamp(panel_->y(), 0, std::max(0, last.y())));
+}
+
+bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == area_->viewport() && event->type() == QEvent::Resize) KeepPanelInside();
+  return QMainWindow::eventFilter(watched, event);
 }
 
 void frmMDIForm1::closeEvent(QCloseEvent* event) {

@@ -47,6 +47,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
   MessageAnswer Show(const Message& message) override;
@@ -55,6 +56,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
   void PlayOnPanel() override;
   bool Start(const std::string& program) override;
   void OpenPanel();
+  void KeepPanelInside();
 
   Tallow& tallow_;
   ShowMessage show_;

@@ -9,6 +9,7 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QStatusBar>
+#include <QTest>
 
 #include "jukebox/frm_main.h"
 #include "player/frm_main_winamp.h"
@@ -126,6 +127,14 @@ TEST_F(FrmMdiForm1, AMinimizedPanelComesBackForTheNextSongs) {
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
   EXPECT_FALSE(SubOf(*frame.PlayerPanel()).isMinimized());
   EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
+}
+
+TEST_F(FrmMdiForm1, ThePanelStaysInsideAFrameThatGetsSmaller) {
+  frmMain& jukebox = ShowJukebox();
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, *jukebox.Jukebox().selectednode());
+  frame.resize(700, 420);
+  ASSERT_TRUE(QTest::qWaitFor(
+      [&] { return Area().viewport()->rect().contains(SubOf(*frame.PlayerPanel()).geometry()); }));
 }
 
 TEST_F(FrmMdiForm1, AnEmptySelectionDoesNothing) {
