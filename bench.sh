@@ -74,6 +74,19 @@ if [ -n "${a_song[1000000]:-}" ]; then
     "$(divide "${a_song[1000000]}" "${a_song[100000]}")" 1.3 "ratio to a song's at 100000, first run"
 fi
 
+# Through a player without sound, which a script in its place asks for.
+printf '#!/bin/sh\nexec "%s/tallow-player" --silent "$@"\n' "$PWD/$programs" > "$folder/player"
+chmod +x "$folder/player"
+hand_off=("$programs/tallow_hand_off_benchmark" "$PWD/$folder/player" "$PWD/$folder/music-20000" 10000)
+echo
+echo "Handing 10000 songs to the player; floor: looking at each file and sending its path to and fro"
+read -r _ floor _ < <(best 3 floor "${hand_off[@]}")
+row 10000 floor "$floor" 1.00 "" ""
+for what in hand_off start_and_hand_off; do
+  read -r _ seconds _ < <(best 3 $what "${hand_off[@]}")
+  row 10000 "${what//_/ }" "$seconds" "$(divide "$seconds" "$floor")" "" "goal: below 1 s"
+done
+
 echo
 echo "Sorting 100000 rows (argument: the column), against std::sort of the same keys; goal: 3.0"
 "$programs/tallow_sort_benchmark" --benchmark_format=csv 2> /dev/null | awk -F, '

@@ -18,3 +18,7 @@ if(TALLOW_WINDOWS)
   add_executable(tallow_window_benchmark benchmarks/window_benchmark.cpp)
   target_link_libraries(tallow_window_benchmark PRIVATE tallow_ui)
 endif()
+
+add_executable(tallow_hand_off_benchmark benchmarks/hand_off_benchmark.cpp)
+target_link_libraries(tallow_hand_off_benchmark PRIVATE tallow_core)
+add_dependencies(tallow_hand_off_benchmark tallow-player)
