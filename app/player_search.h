@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "app/drive_list.h"
 
@@ -9,6 +10,9 @@ namespace tallow {
 
 // Which program is the player differs by platform: "winamp.exe" on Windows, "tallow-player" on
 // Linux. Its name matches in any letter case.
+
+/// The name of the player's program.
+std::string_view PlayerProgramName();
 
 /// The player where it can be without a search of a disk: on Linux beside the program, then in the
 /// folders of PATH; nowhere on Windows. Empty when it is not there.

@@ -30,6 +30,8 @@ std::string PlayerIn(const std::string& folder) {
 
 }  // namespace
 
+std::string_view PlayerProgramName() { return kPlayerName; }
+
 std::string FindPlayerNearby() {
   const std::string program = ExecutablePath();
   if (!program.empty()) {

@@ -10,6 +10,8 @@
 
 namespace tallow {
 
+std::string_view PlayerProgramName() { return "winamp.exe"; }
+
 std::string FindPlayerNearby() { return {}; }
 std::string FindPlayerOnPath() { return {}; }
 

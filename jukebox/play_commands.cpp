@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "app/player_search.h"
 #include "app/tallow.h"
 #include "jukebox/folder_tree.h"
 #include "util/file_system.h"
@@ -41,7 +42,8 @@ void PlayCommands::OfferInstaller() {
   if (windows_.Start(installer)) return;
   const std::string reason = FileExists(installer) ? "It cannot be run" : "It is not there";
   windows_.Show({.text = "The installer " + installer + " could not be started. " + reason +
-                         ".\n\nInstall a player yourself, then close Tallow and open it again.",
+                         ".\n\nInstall the player, " + std::string(PlayerProgramName()) +
+                         ", yourself, then close Tallow and open it again.",
                  .icon = MessageIcon::kCritical});
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/play_commands.h"
 
+#include "app/player_search.h"
 #include "jukebox/folder_tree.h"
 #include "tests/library_fixture.h"
 
@@ -108,10 +109,11 @@ TEST_F(PlayCommandsTest, AnInstallerThatIsNotThereIsSaid) {
   starts = false;
   commands.Play({1});
   ASSERT_EQ(shown.size(), 3U);
-  EXPECT_EQ(shown[2].text,
-            "The installer " + application.path() +
-                "winamp265_lite.exe could not be started. It is not there.\n\nInstall a player "
-                "yourself, then close Tallow and open it again.");
+  EXPECT_EQ(
+      shown[2].text,
+      "The installer " + application.path() +
+          "winamp265_lite.exe could not be started. It is not there.\n\nInstall the player, " +
+          std::string(PlayerProgramName()) + ", yourself, then close Tallow and open it again.");
   application.File("winamp265_lite.exe");
   shown.clear();
   commands.Play({1});

@@ -7,6 +7,7 @@
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalBlocker>
@@ -27,6 +28,8 @@ constexpr int kPages = 10;
 constexpr int kVolumePage = 25;
 constexpr int kBalancePage = 25;
 constexpr int kVolumeStep = 5;
+/// Small enough to come back to the middle.
+constexpr int kBalanceStep = 1;
 
 /// The least length of the bars, in average characters.
 constexpr int kBarCharacters = 44;
@@ -40,13 +43,33 @@ QString TimeText(int seconds) {
   return QStringLiteral("%1:%2").arg(hours).arg(minutes, 2, 10, QLatin1Char('0')) + tail;
 }
 
+/// A scroll bar that shows when the keyboard is on it.
+class PanelBar : public QScrollBar {
+ public:
+  explicit PanelBar(QWidget* parent) : QScrollBar(Qt::Horizontal, parent) {
+    setFocusPolicy(Qt::StrongFocus);
+    // Right, up and page up are more, as on a slider.
+    setInvertedControls(false);
+    setContextMenuPolicy(Qt::NoContextMenu);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QScrollBar::paintEvent(event);
+    if (!hasFocus()) return;
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), kFocusWidth));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
+  }
+
+ private:
+  static constexpr int kFocusWidth = 2;
+};
+
 QScrollBar* NewBar(const char* name, const QString& label, QWidget* parent) {
-  auto* const bar = new QScrollBar(Qt::Horizontal, parent);
+  auto* const bar = new PanelBar(parent);
   bar->setObjectName(QLatin1String(name));
   bar->setAccessibleName(label);
-  bar->setFocusPolicy(Qt::StrongFocus);
-  // Right, up and page up are more, as on a slider.
-  bar->setInvertedControls(false);
   bar->setMinimumWidth(kBarCharacters * parent->fontMetrics().averageCharWidth());
   return bar;
 }
@@ -99,7 +122,7 @@ void frmMainWinamp::SetUpBars() {
   hscrlVolume->setSingleStep(kVolumeStep);
   hscrlVolume->setPageStep(kVolumePage);
   hscrlBalance->setRange(-kMostBalance, kMostBalance);
-  hscrlBalance->setSingleStep(kVolumeStep);
+  hscrlBalance->setSingleStep(kBalanceStep);
   hscrlBalance->setPageStep(kBalancePage);
   connect(hscrlVolume, &QScrollBar::valueChanged, this,
           [this](int value) { player_.SetVolume(value); });
@@ -120,11 +143,12 @@ void frmMainWinamp::SetUpTrackBar() {
   connect(hscrlTrackPos, &QScrollBar::valueChanged, this, &frmMainWinamp::TrackBarChanged);
 }
 
-void frmMainWinamp::Play() {
+bool frmMainWinamp::Play() {
   if (opened_)
     Playstuff();
   else
     Open();
+  return opened_;
 }
 
 void frmMainWinamp::Open() {
@@ -138,9 +162,19 @@ void frmMainWinamp::Open() {
     hscrlVolume->setValue(kFirstVolume);
     hscrlBalance->setValue(0);
   }
+  SendVolumeAndBalance();
+  Playstuff();
+}
+
+void frmMainWinamp::SendVolumeAndBalance() {
+  set_up_ = player_.Window();
   player_.SetVolume(hscrlVolume->value());
   player_.SetBalance(hscrlBalance->value());
-  Playstuff();
+}
+
+void frmMainWinamp::PlayerFound() {
+  // A player that has been replaced behind the panel's back would be as loud as it can.
+  if (player_.Window() != set_up_) SendVolumeAndBalance();
 }
 
 void frmMainWinamp::Playstuff() {
@@ -196,9 +230,7 @@ void frmMainWinamp::Update() {
 
 void frmMainWinamp::ShowStatus(const QString& status) {
   // Media keys and menus steer the player too, and a list ends by itself; the caption follows.
-  const bool at_end = hscrlTrackPos->value() == hscrlTrackPos->maximum();
-  if (at_end || lblStatus->text() != status)
-    cmdPlayPause->setText(status == QLatin1String("PLAYING") ? tr("&Pause") : tr("&Play"));
+  cmdPlayPause->setText(status == QLatin1String("PLAYING") ? tr("&Pause") : tr("&Play"));
   lblStatus->setText(status);
 }
 

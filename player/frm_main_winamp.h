@@ -27,7 +27,8 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
 
   /// Plays what lies in SongsToPlay. The first time this opens the player; as long as that fails,
   /// each time.
-  void Play();
+  /// \returns whether the player was opened, now or before
+  bool Play();
 
   /// Hands the songs in SongsToPlay over to the player that runs, or is started for it.
   void Playstuff();
@@ -37,6 +38,8 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
 
  private:
   void Open();
+  void SendVolumeAndBalance();
+  void PlayerFound() override;
   void TrackStarted(std::int32_t length) override;
   void HandedOver() override;
 
@@ -54,6 +57,7 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   WinAMP_Control& player_;
   ShowMessage show_;
   bool opened_ = false;          ///< the player was found and set up
+  PlayerHandle set_up_ = 0;      ///< the player that has the volume and balance of the bars
   bool UserIsScrolling = false;  ///< the user has hold of the position bar
 
   QPushButton* cmdPlayPause;

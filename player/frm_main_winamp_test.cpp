@@ -142,6 +142,22 @@ TEST_F(FrmMainWinamp, AnOpenPanelIsOnlyHandedTheNewList) {
   EXPECT_EQ(Volume().value(), 40);
 }
 
+TEST_F(FrmMainWinamp, AnotherPlayerGetsTheVolumeAndBalanceOfTheBars) {
+  Open();
+  Volume().setValue(40);
+  Balance().setValue(-20);
+  link.Take();
+  link.found = 8;
+  panel.Play();
+  const Texts sent = link.Take();
+  ASSERT_EQ(sent.size(), 9U);
+  EXPECT_EQ(sent[2], "1024 40 122");
+  EXPECT_EQ(sent[3], "1024 235 123");
+  EXPECT_EQ(sent[4], "273 40047 0");
+  panel.Play();
+  EXPECT_EQ(link.Take().size(), 7U);
+}
+
 TEST_F(FrmMainWinamp, APlayerThatDoesNotStartEndsTheOpening) {
   path.clear();
   panel.Play();
@@ -337,6 +353,20 @@ TEST_F(FrmMainWinamp, TheCaptionFollowsThePlayer) {
   PlayerIsAt(3000, 215, 3);
   Tick();
   EXPECT_EQ(Button().text(), "&Play");
+  // A song that cannot be played leaves the player stopped.
+  PlayerIsAt(-1, -1, 0);
+  Tick();
+  panel.Play();
+  EXPECT_EQ(Button().text(), "&Pause");
+  Tick();
+  EXPECT_EQ(Button().text(), "&Play");
+}
+
+TEST_F(FrmMainWinamp, TheBalanceComesBackToTheMiddleByKeys) {
+  Open();
+  QTest::keyClick(&Balance(), Qt::Key_End);
+  for (int k = 0; k < 127; ++k) QTest::keyClick(&Balance(), Qt::Key_Left);
+  EXPECT_EQ(Balance().value(), 0);
 }
 
 TEST_F(FrmMainWinamp, ClosingStopsClearsAndClosesThePlayer) {

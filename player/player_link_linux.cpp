@@ -3,9 +3,10 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
+#include <cstring>
 #include <optional>
 #include <poll.h>
-#include <span>
+#include <string>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -20,40 +21,62 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long to wait for an answer: of a player that was just started, and of one that has answered
-/// before. It takes two seconds itself to find out how long a track is.
+/// How long to wait for an answer: of a player that was just started, of one that has answered before,
+/// and of one that is asked how long a track is, which may take itself two seconds to find out.
 constexpr std::chrono::seconds kFirstPatience{10};
-constexpr std::chrono::seconds kPatience{4};
+constexpr std::chrono::seconds kPatience{2};
+constexpr std::chrono::seconds kLengthPatience{4};
 
-/// A connection to the player. Once anything goes wrong on it, it is dead for good.
+/// Whether a message only asks.
+bool IsQuestion(const PlayerRequestHead& head) noexcept {
+  return head.message == kWmUser &&
+         (head.lParam == kStatus || head.lParam == kTrackTime || head.lParam == kVersion);
+}
+
+/// A connection to the player.
+///
+/// A player that does not answer in time is not waited for again until it has made up for all it owes:
+/// questions get no answer, everything else is sent for it to find. Once the connection has ended or a
+/// request has only gone in part, nothing goes any more.
 class PlayerConnection {
  public:
   explicit PlayerConnection(int descriptor) noexcept : socket_(descriptor) {}
 
   /// Whether the player can still be at the other end.
-  bool IsAlive() const noexcept {
-    if (dead_) return false;
-    pollfd poll_socket{socket_.descriptor(), POLLIN, 0};
-    // Nobody speaks unasked, so anything to read is the end.
-    return poll(&poll_socket, 1, 0) == 0;
+  bool IsAlive() {
+    TakeLateAnswers();
+    return !dead_;
   }
 
   /// Sends a request and waits for its answer; 0 when there is none.
   PlayerAnswer Exchange(const PlayerRequestHead& head, std::string_view payload) {
-    if (dead_) return 0;
-    const Clock::time_point deadline = Clock::now() + (has_answered_ ? kPatience : kFirstPatience);
-    PlayerAnswer answer = 0;
-    if (Write({reinterpret_cast<const char*>(&head), sizeof head}, deadline) &&
-        Write({payload.data(), payload.size()}, deadline) &&
-        Read({reinterpret_cast<char*>(&answer), sizeof answer}, deadline)) {
-      has_answered_ = true;
-      return answer;
+    TakeLateAnswers();
+    const bool late = owed_ > 0;
+    if (dead_ || (late && IsQuestion(head))) return 0;
+    const Clock::time_point deadline =
+        Clock::now() + (late ? Clock::duration() : PatienceFor(head));
+    std::string request(reinterpret_cast<const char*>(&head), sizeof head);
+    request += payload;
+    if (!Write(request, deadline)) {
+      dead_ = true;
+      return 0;
     }
-    dead_ = true;
-    return 0;
+    ++owed_;
+    while (owed_ > 0 && !dead_ && !late) {
+      if (!WaitFor(POLLIN, deadline)) return 0;
+      TakeLateAnswers();
+    }
+    return owed_ == 0 && !dead_ ? last_answer_ : 0;
   }
 
  private:
+  Clock::duration PatienceFor(const PlayerRequestHead& head) const noexcept {
+    if (!has_answered_) return kFirstPatience;
+    return head.message == kWmUser && head.lParam == kTrackTime && head.wParam == kAskLength
+               ? kLengthPatience
+               : kPatience;
+  }
+
   bool WaitFor(short events, Clock::time_point deadline) const noexcept {
     for (;;) {
       const auto left =
@@ -66,31 +89,40 @@ class PlayerConnection {
     }
   }
 
-  /// Whether a call that gave -1 is to be made again.
-  bool MayTryAgain(short events, Clock::time_point deadline) const noexcept {
-    if (errno == EINTR) return true;
-    return errno == EAGAIN && WaitFor(events, deadline);
-  }
-
-  bool Write(std::span<const char> bytes, Clock::time_point deadline) const noexcept {
+  bool Write(std::string_view bytes, Clock::time_point deadline) const noexcept {
     while (!bytes.empty()) {
       const ssize_t sent = send(socket_.descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL);
-      if (sent < 0 && !MayTryAgain(POLLOUT, deadline)) return false;
-      if (sent > 0) bytes = bytes.subspan(static_cast<std::size_t>(sent));
+      if (sent > 0) bytes.remove_prefix(static_cast<std::size_t>(sent));
+      if (sent >= 0 || errno == EINTR) continue;
+      if (errno != EAGAIN || !WaitFor(POLLOUT, deadline)) return false;
     }
     return true;
   }
 
-  bool Read(std::span<char> bytes, Clock::time_point deadline) const noexcept {
-    while (!bytes.empty()) {
-      const ssize_t got = recv(socket_.descriptor(), bytes.data(), bytes.size(), 0);
-      if (got == 0 || (got < 0 && !MayTryAgain(POLLIN, deadline))) return false;
-      if (got > 0) bytes = bytes.subspan(static_cast<std::size_t>(got));
+  /// Reads the answers that have come, without waiting.
+  void TakeLateAnswers() noexcept {
+    while (!dead_) {
+      const ssize_t got =
+          recv(socket_.descriptor(), bytes_.data() + filled_, bytes_.size() - filled_, 0);
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0 && errno == EAGAIN) return;
+      // Nobody speaks unasked.
+      dead_ = got <= 0 || owed_ == 0;
+      if (dead_) return;
+      filled_ += static_cast<std::size_t>(got);
+      if (filled_ < bytes_.size()) continue;
+      std::memcpy(&last_answer_, bytes_.data(), sizeof last_answer_);
+      filled_ = 0;
+      --owed_;
+      has_answered_ = true;
     }
-    return true;
   }
 
   OpenFile socket_;
+  std::array<char, sizeof(PlayerAnswer)> bytes_{};
+  std::size_t filled_ = 0;  ///< of the bytes
+  PlayerAnswer last_answer_ = 0;
+  int owed_ = 0;  ///< answers that have not come yet
   bool has_answered_ = false;
   bool dead_ = false;
 };

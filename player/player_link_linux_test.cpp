@@ -97,17 +97,34 @@ TEST_F(LinuxPlayer, OneThatIsKilledInASongIsGoneAndCanBeStartedAgain) {
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
 }
 
-TEST_F(LinuxPlayer, OneThatDoesNotAnswerIsWaitedForOnce) {
+TEST_F(LinuxPlayer, OneThatDoesNotAnswerIsWaitedForOnceAndFindsWhatItWasTold) {
+  const std::string song = Tone("a.mp3", "60 sine 440");
   StartPlayer();
-  player.GetWinampVersion();
+  Play({song});
+  EXPECT_EQ(player.GetTrackLength(), 60);
   const pid_t pid = LastPid();
   ASSERT_EQ(kill(pid, SIGSTOP), 0);
   EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
   // From here on nothing is waited for any more, or this test would not end in its time.
-  for (int k = 0; k < 1000; ++k) player.GetTrackPosition();
+  for (int k = 0; k < 1000; ++k) EXPECT_EQ(player.GetTrackPosition(), 0);
+  player.SendWinampCommand(kPause);
+  EXPECT_TRUE(player.StartWinamp());
+  EXPECT_TRUE(player.FindWinamp());
   ASSERT_EQ(kill(pid, SIGCONT), 0);
-  ASSERT_TRUE(player.FindWinamp());
-  EXPECT_NE(player.GetWinampVersion(), "UNKNOWN");
+  EXPECT_TRUE(WaitForStatus("PAUSED"));
+  EXPECT_EQ(player.GetTrackLength(), 60);
+  EXPECT_EQ(Starts(), 1U);
+}
+
+TEST_F(LinuxPlayer, OneThatIsClosedWhileItDoesNotAnswerEndsAsSoonAsItCan) {
+  StartPlayer();
+  player.GetWinampVersion();
+  ASSERT_EQ(kill(LastPid(), SIGSTOP), 0);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  player.SendWinampCommand(kStop);
+  player.SendWinampCommand(kClosePlayer);
+  ASSERT_EQ(kill(LastPid(), SIGCONT), 0);
+  EXPECT_TRUE(WaitUntil([&] { return !IsRunning(); }));
 }
 
 TEST_F(LinuxPlayer, AfterItWasClosedTheNextOneIsNew) {

@@ -27,7 +27,9 @@ std::string PathOfSong(const clsMain& library, std::int32_t record) {
 
 void HandOver(std::span<const std::int32_t> songs, const clsMain& library, WinAMP_Control& player,
               const ShowMessage& show, HandOffPanel& panel) {
-  if (!ReachPlayer(player, show) || songs.empty()) return;
+  if (!ReachPlayer(player, show)) return;
+  panel.PlayerFound();
+  if (songs.empty()) return;
   const auto playable = [&](const std::string& path) {
     return !path.empty() && FileExistsCheck(path, show);
   };

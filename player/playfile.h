@@ -16,6 +16,8 @@ class clsMain;
 class HandOffPanel {
  public:
   virtual ~HandOffPanel() = default;
+  /// The player was found; not always the same as last time.
+  virtual void PlayerFound() {}
   /// The first song plays: the position bar starts at 0.
   /// \param length of the first track, in seconds; -1 when the player does not know
   virtual void TrackStarted(std::int32_t length) = 0;

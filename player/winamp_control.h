@@ -28,6 +28,9 @@ class WinAMP_Control {
   /// \returns false when its path is not known or it cannot be run
   bool StartWinamp();
 
+  /// The player that was found last, to tell it from another one; 0 when none was.
+  PlayerHandle Window() const noexcept { return window_; }
+
   /// \param id see PlayerCommand
   void SendWinampCommand(std::int32_t id);
   void ClearWinampPlaylist();

@@ -123,11 +123,16 @@ void frmMDIForm1::PlayOnPanel() {
   if (PlayerPanel() == nullptr) OpenPanel();
   panel_->showNormal();
   // The next command is for the jukebox again.
+  ActivateJukebox();
+  // A panel without a player would only be in the way.
+  if (!PlayerPanel()->Play()) delete panel_;
+}
+
+void frmMDIForm1::ActivateJukebox() {
   QMdiSubWindow* jukebox = nullptr;
   for (QMdiSubWindow* const sub : area_->subWindowList(QMdiArea::ActivationHistoryOrder))
     if (qobject_cast<frmMain*>(sub->widget()) != nullptr) jukebox = sub;
   if (jukebox != nullptr) area_->setActiveSubWindow(jukebox);
-  PlayerPanel()->Play();
 }
 
 void frmMDIForm1::OpenPanel() {
@@ -138,21 +143,31 @@ void frmMDIForm1::OpenPanel() {
   panel_->setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                          Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                          Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint);
+  connect(panel_, &QMdiSubWindow::windowStateChanged, this,
+          [this](Qt::WindowStates, Qt::WindowStates now) {
+            if (now.testFlag(Qt::WindowMinimized)) ActivateJukebox();
+          });
   panel_->show();
   panel_->resize(panel_->sizeHint());
   const QRect area = area_->viewport()->rect();
   panel_->move(area.bottomRight() - panel_->rect().bottomRight());
 }
 
-void frmMDIForm1::KeepPanelInside() {
-  if (!panel_) return;
-  const QPoint last = area_->viewport()->rect().bottomRight() - panel_->rect().bottomRight();
-  panel_->move(std::clamp(panel_->x(), 0, std::max(0, last.x())),
-               std::clamp(panel_->y(), 0, std::max(0, last.y())));
+void frmMDIForm1::KeepPanelInside(QSize before) {
+  if (!panel_ || panel_->isMinimized()) return;
+  const auto place = [](int at, int length, int old_space, int space) {
+    // What touched the far side goes on touching it.
+    if (at + length >= old_space) at = space - length;
+    return std::max(0, std::min(at, space - length));
+  };
+  const QSize now = area_->viewport()->size();
+  panel_->move(place(panel_->x(), panel_->width(), before.width(), now.width()),
+               place(panel_->y(), panel_->height(), before.height(), now.height()));
 }
 
 bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == area_->viewport() && event->type() == QEvent::Resize) KeepPanelInside();
+  if (watched == area_->viewport() && event->type() == QEvent::Resize)
+    KeepPanelInside(static_cast<QResizeEvent*>(event)->oldSize());
   return QMainWindow::eventFilter(watched, event);
 }
 

@@ -56,7 +56,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
   void PlayOnPanel() override;
   bool Start(const std::string& program) override;
   void OpenPanel();
-  void KeepPanelInside();
+  void ActivateJukebox();
+  void KeepPanelInside(QSize before);
 
   Tallow& tallow_;
   ShowMessage show_;

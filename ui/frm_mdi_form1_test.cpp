@@ -123,7 +123,9 @@ TEST_F(FrmMdiForm1, AMinimizedPanelComesBackForTheNextSongs) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));
   SubOf(*frame.PlayerPanel()).showMinimized();
+  EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
   EXPECT_FALSE(SubOf(*frame.PlayerPanel()).isMinimized());
   EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
@@ -133,7 +135,20 @@ TEST_F(FrmMdiForm1, ThePanelStaysInsideAFrameThatGetsSmaller) {
   frmMain& jukebox = ShowJukebox();
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, *jukebox.Jukebox().selectednode());
   frame.resize(700, 420);
-  ASSERT_TRUE(QTest::qWaitFor(
+  const auto in_the_corner = [&] {
+    return Area().viewport()->rect().bottomRight() ==
+           SubOf(*frame.PlayerPanel()).geometry().bottomRight();
+  };
+  EXPECT_TRUE(QTest::qWaitFor(in_the_corner));
+  frame.resize(1000, 700);
+  EXPECT_TRUE(QTest::qWaitFor(in_the_corner));
+  // Where the user has put it, it stays as long as there is room.
+  SubOf(*frame.PlayerPanel()).move(100, 150);
+  frame.resize(900, 600);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(SubOf(*frame.PlayerPanel()).pos(), QPoint(100, 150));
+  frame.resize(500, 330);
+  EXPECT_TRUE(QTest::qWaitFor(
       [&] { return Area().viewport()->rect().contains(SubOf(*frame.PlayerPanel()).geometry()); }));
 }
 
@@ -142,6 +157,26 @@ TEST_F(FrmMdiForm1, AnEmptySelectionDoesNothing) {
   jukebox.ActOnPopUpClick(kPlaySelectedSongs, kListPane, *jukebox.Jukebox().selectednode());
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   EXPECT_EQ(link.Take(), Texts{});
+}
+
+TEST_F(FrmMdiForm1, APanelWhosePlayerIsNotThereDoesNotStay) {
+  frmMain& jukebox = ShowJukebox();
+  Folder& folder = *jukebox.Jukebox().selectednode();
+  link.starts = false;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  EXPECT_EQ(messages.Take(), Texts{"Couldn't start WinAMP"});
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+  link.starts = true;
+  link.found = 0;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+  // Once it was open it stays, whatever becomes of the player.
+  link.found = 7;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  link.found = 0;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  EXPECT_NE(frame.PlayerPanel(), nullptr);
 }
 
 TEST_F(FrmMdiForm1, WithoutAPlayerTheQuestionComesAndNoPanel) {

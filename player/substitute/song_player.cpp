@@ -178,7 +178,7 @@ void SongPlayer::PauseSound(bool paused) {
 
 void SongPlayer::ShowTrack() {
   track_ = {};
-  if (current_ < list_.size()) track_.path = list_[current_];
+  if (current_ < list_.size()) track_.path = list_[current_].path;
 }
 
 void SongPlayer::BeginTrack(Opening opening) {
@@ -188,7 +188,7 @@ void SongPlayer::BeginTrack(Opening opening) {
   seek_ = 0;
   seek_restarts_ = false;
   seek_waits_ = false;
-  ++track_number_;
+  sought_ = 0;
   ShowTrack();
 }
 
@@ -199,7 +199,7 @@ void SongPlayer::StartTrack(std::size_t index, bool paused) {
   playing_ = {++last_reply_, kNoEntry};
   BeginTrack(Opening::kWaits);
   PauseSound(paused);
-  Command(playing_.reply, {"loadfile", list_[index].c_str(), "replace"});
+  Command(playing_.reply, {"loadfile", list_[index].path.c_str(), "replace"});
   FeedFollowing();
   SetStatus(paused ? kPaused : kPlaying);
   Changed(PlayerChange::kTrack);
@@ -209,7 +209,7 @@ void SongPlayer::FeedFollowing() {
   if (playing_.reply == 0) return;
   while (!stop_after_current_ && following_.size() < kMostFollowing &&
          current_ + 1 + following_.size() < list_.size()) {
-    const std::string& path = list_[current_ + 1 + following_.size()];
+    const std::string& path = list_[current_ + 1 + following_.size()].path;
     following_.push_back({++last_reply_, kNoEntry});
     Command(last_reply_, {"loadfile", path.c_str(), "append"});
   }
@@ -296,7 +296,7 @@ void SongPlayer::Clear() {
 }
 
 void SongPlayer::Add(std::string path) {
-  list_.push_back(std::move(path));
+  list_.push_back({std::move(path), ++last_number_});
   if (list_.size() == 1) ShowTrack();
   if (ran_out_)
     StartTrack(list_.size() - 1, false);
@@ -309,7 +309,7 @@ bool SongPlayer::Seek(std::int64_t ms) {
   if (status_ == kStopped) return false;
   const double target = static_cast<double>(ms) / 1000;
   if (ms < 0 || (track_.length && target > *track_.length)) return false;
-  position_ = target;
+  position_ = sought_ = target;
   seek_ = ++last_reply_;
   seek_restarts_ = false;
   // Before the track is open there is nothing to seek in.
@@ -469,7 +469,7 @@ void SongPlayer::TrackEnded(const mpv_event_end_file& end) {
   const bool failed = end.reason == MPV_END_FILE_REASON_ERROR;
   if (failed)
     std::fprintf(stderr, "tallow-player: %s cannot be played and is left out: %s\n",
-                 Printable(list_[current_]).c_str(), mpv_error_string(end.error));
+                 Printable(list_[current_].path).c_str(), mpv_error_string(end.error));
   // mpv goes on by itself, if it knew of the next track in time.
   if (!following_.empty() && following_.front().number != kNoEntry) return;
   if (!stop_after_current_ && HasNext()) return StartTrack(current_ + 1, status_ == kPaused);
@@ -492,7 +492,7 @@ void SongPlayer::TakeProperty(const mpv_event_property& property) {
   const std::string_view name = property.name;
   if (name == "time-pos" && property.format == MPV_FORMAT_DOUBLE) {
     if (IsOpen() && !fading_ && seek_ == 0 && !seek_restarts_)
-      position_ = *static_cast<double*>(property.data);
+      PositionTold(*static_cast<double*>(property.data));
   } else if (name == "duration" && property.format == MPV_FORMAT_DOUBLE) {
     if (!IsOpen()) return;
     track_.length = *static_cast<double*>(property.data);
@@ -500,6 +500,14 @@ void SongPlayer::TakeProperty(const mpv_event_property& property) {
   } else if (name == "metadata" && property.format == MPV_FORMAT_NODE && IsOpen()) {
     TakeTags(*static_cast<mpv_node*>(property.data));
   }
+}
+
+void SongPlayer::PositionTold(double position) {
+  // Right behind a seek mpv counts what the device holds but has not begun to play as played back, so
+  // that it stands a little before the place, for as long as it is paused.
+  constexpr double kMostBefore = 0.5;
+  const bool just_before = position < sought_ && position > sought_ - kMostBefore;
+  position_ = just_before ? sought_ : position;
 }
 
 void SongPlayer::TakeTags(const mpv_node& tags) {

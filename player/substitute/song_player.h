@@ -84,8 +84,8 @@ class SongPlayer {
   const Track* CurrentTrack() const noexcept;
   bool HasNext() const noexcept { return current_ + 1 < list_.size(); }
   bool HasPrevious() const noexcept { return current_ > 0 && !list_.empty(); }
-  /// Counts the tracks that were started; tells one from another of the same file.
-  std::uint64_t TrackNumber() const noexcept { return track_number_; }
+  /// Tells an entry of the list from all others there ever were; 0 when the list is empty.
+  std::uint64_t TrackNumber() const noexcept { return list_.empty() ? 0 : list_[current_].number; }
 
   /// Tells the length of the track in s, -1 for none: at once, or when a track was just started with
   /// Play, as soon as it is open, waiting two seconds at most.
@@ -123,6 +123,7 @@ class SongPlayer {
   void TrackEnded(const mpv_event_end_file& end);
   void SoundEnded();
   void TakeProperty(const mpv_event_property& property);
+  void PositionTold(double position);
   void TakeTags(const mpv_node& tags);
 
   void Command(std::uint64_t reply, std::initializer_list<const char*> words);
@@ -134,11 +135,16 @@ class SongPlayer {
   EventSource events_;
   std::function<void(PlayerChange)> told_;
 
-  std::vector<std::string> list_;
+  struct ListEntry {
+    std::string path;
+    std::uint64_t number = 0;  ///< never used again
+  };
+
+  std::vector<ListEntry> list_;
   std::size_t current_ = 0;  ///< place in the list
   PlayerStatus status_ = kStopped;
   Track track_;
-  std::uint64_t track_number_ = 0;
+  std::uint64_t last_number_ = 0;
   std::int32_t volume_ = kMostVolume;
   bool stop_after_current_ = false;
   /// Playing came to the end of the list over a file that could not be played. A file that is added
@@ -165,6 +171,7 @@ class SongPlayer {
   Clock::time_point fades_since_;
   bool failed_ = false;         ///< and it was one that could not be played
   double position_ = 0;         ///< in s
+  double sought_ = 0;           ///< where the last seek in this track went to, in s
   std::uint64_t seek_ = 0;      ///< the reply of the last seek that is under way; 0 for none
   bool seek_waits_ = false;     ///< and it waits for the track to be open
   bool seek_restarts_ = false;  ///< that reply has come, and the sound has not begun again yet
