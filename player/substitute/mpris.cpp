@@ -39,12 +39,19 @@ std::string FileUrl(std::string_view path) {
   return url;
 }
 
-/// A text that the bus takes: what is no UTF-8 becomes a question mark.
+/// Whether a code point is one that is set aside for no character, which the bus refuses.
+bool IsNoncharacter(char32_t character) {
+  constexpr char32_t kPlane = 0xFFFF;
+  return (character >= 0xFDD0 && character <= 0xFDEF) || (character & kPlane) >= 0xFFFE;
+}
+
+/// A text that the bus takes: what is no UTF-8, or no character, becomes a question mark.
 std::string ForBus(std::string_view text) {
   std::string result;
   for (std::size_t position = 0; position < text.size();) {
     const char32_t character = NextCharacter(text, position);
-    AppendCharacter(result, character >= kInvalidByteBase ? U'?' : character);
+    AppendCharacter(result,
+                    character >= kInvalidByteBase || IsNoncharacter(character) ? U'?' : character);
   }
   return result;
 }
@@ -76,6 +83,7 @@ struct MprisCalls {
     return Done(call);
   }
   static int Quit(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
+    // The answer first: there is no bus to give it to afterwards.
     const int result = Done(call);
     Of(data).quit_();
     return result;
@@ -157,11 +165,14 @@ struct MprisCalls {
                      sd_bus_error*) {
     return sd_bus_message_append(reply, "d", 1.0);
   }
-  static int SetRate(sd_bus*, const char*, const char*, const char*, sd_bus_message* value, void*,
-                     sd_bus_error*) {
-    // The only rate is 1; others are ignored, as the interface has it.
-    double rate = 0;
-    return sd_bus_message_read(value, "d", &rate);
+  static int SetRate(sd_bus*, const char*, const char*, const char*, sd_bus_message* value,
+                     void* data, sd_bus_error*) {
+    // The only rate is 1; of the others 0 is a pause and the rest is ignored, as the interface has it.
+    double rate = 1;
+    const int result = sd_bus_message_read(value, "d", &rate);
+    if (result >= 0 && rate == 0 && PlayerOf(data).Status() == kPlaying)
+      PlayerOf(data).TogglePause();
+    return result;
   }
   static int GetVolume(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
                        void* data, sd_bus_error*) {
@@ -301,6 +312,13 @@ void Mpris::RequestName(const std::string& name) {
       },
       this);
   name_.reset(slot);
+}
+
+void Mpris::Leave() {
+  if (!bus_) return;
+  name_.reset();
+  sd_bus_detach_event(bus_.get());
+  bus_.reset();
 }
 
 std::string Mpris::TrackId() const {

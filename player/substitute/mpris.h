@@ -21,6 +21,9 @@ class Mpris {
   Mpris(const Mpris&) = delete;
   Mpris& operator=(const Mpris&) = delete;
 
+  /// Leaves the bus without waiting for it.
+  void Leave();
+
   /// Tells the bus what a change of the player has changed there.
   void Changed(PlayerChange change);
 
@@ -28,7 +31,7 @@ class Mpris {
   friend struct MprisCalls;
 
   struct DropBus {
-    void operator()(sd_bus* bus) const noexcept { sd_bus_flush_close_unref(bus); }
+    void operator()(sd_bus* bus) const noexcept { sd_bus_close_unref(bus); }
   };
   struct DropSlot {
     void operator()(sd_bus_slot* slot) const noexcept { sd_bus_slot_unref(slot); }

@@ -116,9 +116,10 @@ void RequestServer::GiveAnswer(std::uint64_t number, PlayerAnswer answer) {
   Connection& connection = *found->second;
   connection.busy = false;
   sd_event_source_set_io_events(connection.source.get(), EPOLLIN);
-  // There is room for an answer, unless the other end asks on and on without reading any.
-  if (send(connection.socket.descriptor(), &answer, sizeof answer, MSG_NOSIGNAL) != sizeof answer)
-    Close(number);
+  const ssize_t sent = send(connection.socket.descriptor(), &answer, sizeof answer, MSG_NOSIGNAL);
+  // There is room for an answer, unless the other end asks on and on without reading any. One that has
+  // gone without waiting for its answers is still to have its requests carried out.
+  if (sent != sizeof answer && (sent >= 0 || errno == EAGAIN)) Close(number);
 }
 
 }  // namespace tallow

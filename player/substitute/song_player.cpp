@@ -5,9 +5,6 @@
 #include <cmath>
 #include <cstdio>
 #include <cstring>
-#include <stdexcept>
-#include <sys/eventfd.h>
-#include <unistd.h>
 #include <utility>
 
 #include "library/tag_text.h"
@@ -16,82 +13,24 @@
 namespace tallow {
 namespace {
 
-/// Rate of the sound that leaves the program, in Hz: that of nearly all MP3 files. A device that stays
-/// open in one format is what makes tracks of different formats follow without a gap.
-constexpr const char* kSampleRate = "44100";
-
 /// How long a question for the length waits for the track to open, in µs.
 constexpr std::uint64_t kLengthPatience = 2'000'000;
-
-// What replies and properties are known by; those of commands count up from the first free number.
-enum ReplyNumber : std::uint64_t {
-  kNoReply = 0,
-  kPositionProperty,
-  kLengthProperty,
-  kTagsProperty,
-  kFirstFreeReply,
-};
-
-struct Option {
-  const char* name;
-  const char* value;
-};
-
-constexpr Option kOptions[] = {
-    // Nothing of the user's mpv is to change what Tallow does.
-    {"config", "no"},
-    {"load-scripts", "no"},
-    {"ytdl", "no"},
-    {"input-default-bindings", "no"},
-    {"terminal", "no"},
-    {"audio-client-name", "Tallow"},
-    // Only sound, and only from the file itself: a list of addresses under the name of a song is not
-    // followed.
-    {"video", "no"},
-    {"sid", "no"},
-    {"audio-display", "no"},
-    {"autoload-files", "no"},
-    {"demuxer", "lavf"},
-    {"demuxer-lavf-o", "protocol_whitelist=file"},
-    {"access-references", "no"},
-    // Without a gap.
-    {"gapless-audio", "yes"},
-    {"prefetch-playlist", "yes"},
-    {"audio-samplerate", kSampleRate},
-    {"audio-channels", "stereo"},
-    // To the very place. The sound of a frame may lie in several frames before it, so reading begins
-    // half a second earlier.
-    {"hr-seek", "always"},
-    {"hr-seek-demuxer-offset", "0.5"},
-    {"cache-pause", "no"},
-    {"keep-open", "no"},
-    // A computer without sound still has a player that keeps time.
-    {"audio-fallback-to-null", "yes"},
-    {"volume-max", "100"},
-};
-
-/// The sound's way through the balance. A mono track comes to both sides as it is (FFmpeg's own
-/// conversion would take 3 dB), then the side away from the balance gets softer in proportion.
-std::string BalanceFilter(std::int32_t balance) {
-  char filter[128];
-  std::snprintf(filter, sizeof filter,
-                "lavfi=[pan=stereo|FL<FL+FC|FR<FR+FC,stereotools=balance_out=%.6f]",
-                static_cast<double>(balance) / kMostBalance);
-  return filter;
-}
-
-void SetOption(mpv_handle* mpv, const char* name, const char* value) {
-  const int result = mpv_set_option_string(mpv, name, value);
-  if (result < 0)
-    throw std::runtime_error(std::string("libmpv does not take the option ") + name + "=" + value +
-                             ": " + mpv_error_string(result));
-}
 
 /// A path for a line on the terminal.
 std::string Printable(std::string path) {
   std::replace_if(
       path.begin(), path.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, '?');
   return path;
+}
+
+/// The number of the entry that a command has made in mpv's list; kNoEntry when it made none.
+std::int64_t NumberOfEntry(const mpv_event& reply) {
+  const mpv_node& result = static_cast<mpv_event_command*>(reply.data)->result;
+  if (result.format != MPV_FORMAT_NODE_MAP) return kNoEntry;
+  for (int k = 0; k < result.u.list->num; ++k)
+    if (std::strcmp(result.u.list->keys[k], "playlist_entry_id") == 0)
+      return result.u.list->values[k].u.int64;
+  return kNoEntry;
 }
 
 /// A tag's text as UTF-8.
@@ -103,63 +42,7 @@ std::string TextOfTag(const char* bytes) {
 }  // namespace
 
 SongPlayer::SongPlayer(sd_event* loop, const SoundOutput& output)
-    : loop_(loop), wake_up_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), mpv_(mpv_create()) {
-  if (!mpv_ || !wake_up_) throw std::runtime_error("libmpv does not start");
-  last_reply_ = kFirstFreeReply;
-  for (const Option& option : kOptions) SetOption(mpv_.get(), option.name, option.value);
-  SetOption(mpv_.get(), "af", BalanceFilter(0).c_str());
-  if (!output.file.empty()) {
-    SetOption(mpv_.get(), "ao", "pcm");
-    SetOption(mpv_.get(), "ao-pcm-file", output.file.c_str());
-    SetOption(mpv_.get(), "audio-format", "s16");
-  } else if (output.silent) {
-    SetOption(mpv_.get(), "ao", "null");
-  }
-  const int result = mpv_initialize(mpv_.get());
-  if (result < 0) throw std::runtime_error(std::string("libmpv: ") + mpv_error_string(result));
-  mpv_observe_property(mpv_.get(), kPositionProperty, "time-pos", MPV_FORMAT_DOUBLE);
-  mpv_observe_property(mpv_.get(), kLengthProperty, "duration", MPV_FORMAT_DOUBLE);
-
-  sd_event_source* events = nullptr;
-  Require(sd_event_add_io(
-              loop, &events, wake_up_.descriptor(), EPOLLIN,
-              [](sd_event_source*, int descriptor, std::uint32_t, void* self) {
-                std::uint64_t count = 0;
-                if (read(descriptor, &count, sizeof count) > 0)
-                  static_cast<SongPlayer*>(self)->TakeEvents();
-                return 0;
-              },
-              this),
-          "the event loop");
-  events_.reset(events);
-  mpv_set_wakeup_callback(
-      mpv_.get(),
-      [](void* self) {
-        const std::uint64_t one = 1;
-        // It fails only when the counter is full, and then there is enough to wake up for.
-        [[maybe_unused]] const ssize_t ignored =
-            write(static_cast<SongPlayer*>(self)->wake_up_.descriptor(), &one, sizeof one);
-      },
-      this);
-}
-
-SongPlayer::~SongPlayer() {
-  // mpv's threads use the descriptor until they are gone.
-  mpv_set_wakeup_callback(mpv_.get(), nullptr, nullptr);
-  mpv_.reset();
-}
-
-void SongPlayer::Command(std::uint64_t reply, std::initializer_list<const char*> words) {
-  std::vector<const char*> command(words);
-  command.push_back(nullptr);
-  mpv_command_async(mpv_.get(), reply, command.data());
-}
-
-void SongPlayer::SetText(const char* property, const std::string& value) {
-  const char* text = value.c_str();
-  mpv_set_property_async(mpv_.get(), kNoReply, property, MPV_FORMAT_STRING,
-                         static_cast<void*>(&text));
-}
+    : loop_(loop), engine_(loop, output, [this](const mpv_event& event) { TakeEvent(event); }) {}
 
 void SongPlayer::Changed(PlayerChange change) const {
   if (told_) told_(change);
@@ -171,11 +54,6 @@ void SongPlayer::SetStatus(PlayerStatus status) {
   Changed(PlayerChange::kStatus);
 }
 
-void SongPlayer::PauseSound(bool paused) {
-  int flag = paused ? 1 : 0;
-  mpv_set_property_async(mpv_.get(), kNoReply, "pause", MPV_FORMAT_FLAG, &flag);
-}
-
 void SongPlayer::ShowTrack() {
   track_ = {};
   if (current_ < list_.size()) track_.path = list_[current_].path;
@@ -184,6 +62,7 @@ void SongPlayer::ShowTrack() {
 void SongPlayer::BeginTrack(Opening opening) {
   opening_ = opening;
   fading_ = false;
+  failed_ = false;
   position_ = 0;
   seek_ = 0;
   seek_restarts_ = false;
@@ -196,27 +75,27 @@ void SongPlayer::StartTrack(std::size_t index, bool paused) {
   current_ = index;
   ran_out_ = false;
   following_.clear();
-  playing_ = {++last_reply_, kNoEntry};
   BeginTrack(Opening::kWaits);
-  PauseSound(paused);
-  Command(playing_.reply, {"loadfile", list_[index].path.c_str(), "replace"});
-  FeedFollowing();
+  engine_.Pause(paused);
+  playing_ = {engine_.Command({"loadfile", list_[index].path.c_str(), "replace"}), kNoEntry};
+  if (playing_.reply == 0) return EndTrack(false);
   SetStatus(paused ? kPaused : kPlaying);
   Changed(PlayerChange::kTrack);
 }
 
 void SongPlayer::FeedFollowing() {
-  if (playing_.reply == 0) return;
+  if (playing_.number == kNoEntry) return;
   while (!stop_after_current_ && following_.size() < kMostFollowing &&
          current_ + 1 + following_.size() < list_.size()) {
     const std::string& path = list_[current_ + 1 + following_.size()].path;
-    following_.push_back({++last_reply_, kNoEntry});
-    Command(last_reply_, {"loadfile", path.c_str(), "append"});
+    const std::uint64_t reply = engine_.Command({"loadfile", path.c_str(), "append"});
+    if (reply == 0) return;
+    following_.push_back({reply, kNoEntry});
   }
 }
 
 void SongPlayer::EndTrack(bool list_ran_out_on_error) {
-  Command(kNoReply, {"stop"});
+  engine_.Command({"stop"});
   playing_ = {};
   following_.clear();
   opening_ = Opening::kWaits;
@@ -240,15 +119,21 @@ void SongPlayer::Play() {
 void SongPlayer::Resume() {
   if (status_ == kStopped) return Play();
   if (status_ != kPaused) return;
-  PauseSound(false);
+  engine_.Pause(false);
   SetStatus(kPlaying);
 }
 
 void SongPlayer::TogglePause() {
   if (status_ == kPaused) return Resume();
   if (status_ != kPlaying) return;
-  PauseSound(true);
+  if (fading_) return StartAgainAt(Position(), true);
+  engine_.Pause(true);
   SetStatus(kPaused);
+}
+
+void SongPlayer::StartAgainAt(std::int64_t ms, bool paused) {
+  StartTrack(current_, paused);
+  if (status_ != kStopped) Seek(ms);
 }
 
 void SongPlayer::Stop() {
@@ -279,7 +164,7 @@ void SongPlayer::StopAfterCurrent() {
   if (status_ == kStopped) return;
   stop_after_current_ = true;
   // All but what plays.
-  Command(kNoReply, {"playlist-clear"});
+  engine_.Command({"playlist-clear"});
   following_.clear();
 }
 
@@ -309,9 +194,12 @@ bool SongPlayer::Seek(std::int64_t ms) {
   if (status_ == kStopped) return false;
   const double target = static_cast<double>(ms) / 1000;
   if (ms < 0 || (track_.length && target > *track_.length)) return false;
+  if (fading_) {
+    // mpv is through with the track.
+    StartAgainAt(ms, status_ == kPaused);
+    return true;
+  }
   position_ = sought_ = target;
-  seek_ = ++last_reply_;
-  seek_restarts_ = false;
   // Before the track is open there is nothing to seek in.
   seek_waits_ = !IsOpen();
   if (!seek_waits_) SendSeek();
@@ -321,14 +209,12 @@ bool SongPlayer::Seek(std::int64_t ms) {
 
 void SongPlayer::SetVolume(std::int32_t volume) {
   volume_ = std::clamp(volume, 0, kMostVolume);
-  // mpv's scale goes with the cube root of the amplitude.
-  double percent = 100 * std::cbrt(static_cast<double>(volume_) / kMostVolume);
-  mpv_set_property_async(mpv_.get(), kNoReply, "volume", MPV_FORMAT_DOUBLE, &percent);
+  engine_.SetVolume(volume_);
   Changed(PlayerChange::kVolume);
 }
 
 void SongPlayer::SetBalance(std::int32_t balance) {
-  SetText("af", BalanceFilter(std::clamp(balance, -kMostBalance, kMostBalance)));
+  engine_.SetBalance(std::clamp(balance, -kMostBalance, kMostBalance));
 }
 
 std::int64_t SongPlayer::Position() const noexcept {
@@ -354,14 +240,14 @@ void SongPlayer::WhenLengthIsKnown(std::function<void(std::int64_t)> tell) {
   length_askers_.push_back(std::move(tell));
   if (length_timer_) return;
   sd_event_source* timer = nullptr;
-  Require(sd_event_add_time_relative(
-              loop_, &timer, CLOCK_MONOTONIC, kLengthPatience, 0,
-              [](sd_event_source*, std::uint64_t, void* self) {
-                static_cast<SongPlayer*>(self)->TellLength();
-                return 0;
-              },
-              this),
-          "the event loop");
+  const int added = sd_event_add_time_relative(
+      loop_, &timer, CLOCK_MONOTONIC, kLengthPatience, 0,
+      [](sd_event_source*, std::uint64_t, void* self) {
+        static_cast<SongPlayer*>(self)->TellLength();
+        return 0;
+      },
+      this);
+  if (added < 0) return TellLength();
   length_timer_.reset(timer);
 }
 
@@ -370,14 +256,6 @@ void SongPlayer::TellLength() {
   length_timer_.reset();
   const auto askers = std::exchange(length_askers_, {});
   for (const auto& tell : askers) tell(Length());
-}
-
-void SongPlayer::TakeEvents() {
-  for (;;) {
-    const mpv_event* const event = mpv_wait_event(mpv_.get(), 0);
-    if (event->event_id == MPV_EVENT_NONE) return;
-    TakeEvent(*event);
-  }
 }
 
 void SongPlayer::TakeEvent(const mpv_event& event) {
@@ -400,8 +278,14 @@ void SongPlayer::TakeEvent(const mpv_event& event) {
     case MPV_EVENT_GET_PROPERTY_REPLY:
       if (event.error >= 0) TakeProperty(*static_cast<mpv_event_property*>(event.data));
       if (event.event_id == MPV_EVENT_GET_PROPERTY_REPLY &&
-          event.reply_userdata == kLengthProperty && IsOpen())
+          event.reply_userdata == SoundEngine::kLengthReply && IsOpen())
         LengthTold();
+      return;
+    case MPV_EVENT_QUEUE_OVERFLOW:
+      // Nobody knows what has been missed.
+      return EndTrack(false);
+    case MPV_EVENT_SHUTDOWN:
+      sd_event_exit(loop_, 1);
       return;
     default:
       return;
@@ -410,7 +294,6 @@ void SongPlayer::TakeEvent(const mpv_event& event) {
 
 void SongPlayer::TakeReply(const mpv_event& event) {
   const std::uint64_t reply = event.reply_userdata;
-  if (reply == kNoReply) return;
   if (reply == seek_) {
     seek_ = 0;
     seek_restarts_ = event.error >= 0;
@@ -419,12 +302,11 @@ void SongPlayer::TakeReply(const mpv_event& event) {
   Entry* entry = reply == playing_.reply ? &playing_ : nullptr;
   for (Entry& following : following_)
     if (reply == following.reply) entry = &following;
-  if (entry == nullptr || event.error < 0) return;
-  const mpv_node& result = static_cast<mpv_event_command*>(event.data)->result;
-  if (result.format != MPV_FORMAT_NODE_MAP) return;
-  for (int k = 0; k < result.u.list->num; ++k)
-    if (std::strcmp(result.u.list->keys[k], "playlist_entry_id") == 0)
-      entry->number = result.u.list->values[k].u.int64;
+  if (entry == nullptr) return;
+  if (event.error >= 0) entry->number = NumberOfEntry(event);
+  if (entry != &playing_) return;
+  if (playing_.number == kNoEntry) return EndTrack(false);
+  FeedFollowing();
 }
 
 void SongPlayer::TrackBegins(std::int64_t entry) {
@@ -432,9 +314,13 @@ void SongPlayer::TrackBegins(std::int64_t entry) {
     opening_ = Opening::kUnderWay;
     return;
   }
-  if (following_.empty() || entry != following_.front().number) return;
+  if (following_.empty() || entry != following_.front().number) {
+    // The next one was quicker than the command to stop before it.
+    if (stop_after_current_ && playing_.number != kNoEntry) FinishList(false);
+    return;
+  }
   // On without a gap. What has been played leaves mpv's list.
-  Command(kNoReply, {"playlist-remove", "0"});
+  engine_.Command({"playlist-remove", "0"});
   playing_ = following_.front();
   following_.pop_front();
   ++current_;
@@ -445,8 +331,7 @@ void SongPlayer::TrackBegins(std::int64_t entry) {
 
 void SongPlayer::TrackOpened() {
   opening_ = Opening::kDone;
-  mpv_get_property_async(mpv_.get(), kLengthProperty, "duration", MPV_FORMAT_DOUBLE);
-  mpv_get_property_async(mpv_.get(), kTagsProperty, "metadata", MPV_FORMAT_NODE);
+  engine_.AskForTrack();
 }
 
 void SongPlayer::LengthTold() {
@@ -454,19 +339,21 @@ void SongPlayer::LengthTold() {
   if (!std::exchange(seek_waits_, false)) return;
   // A place that the track turns out not to have is forgotten.
   if (!track_.length || position_ <= *track_.length) return SendSeek();
-  position_ = 0;
-  seek_ = 0;
+  position_ = sought_ = 0;
+  Changed(PlayerChange::kSeeked);
 }
 
 void SongPlayer::SendSeek() {
   char target[32];
   std::snprintf(target, sizeof target, "%.3f", position_);
-  Command(seek_, {"seek", target, "absolute+exact"});
+  seek_restarts_ = false;
+  seek_ = engine_.Command({"seek", target, "absolute+exact"});
 }
 
 void SongPlayer::TrackEnded(const mpv_event_end_file& end) {
   if (end.playlist_entry_id != playing_.number) return;
-  const bool failed = end.reason == MPV_END_FILE_REASON_ERROR;
+  // A seek to the very end leaves nothing to play either.
+  const bool failed = end.reason == MPV_END_FILE_REASON_ERROR && !(IsOpen() && sought_ > 0);
   if (failed)
     std::fprintf(stderr, "tallow-player: %s cannot be played and is left out: %s\n",
                  Printable(list_[current_].path).c_str(), mpv_error_string(end.error));
@@ -480,10 +367,13 @@ void SongPlayer::TrackEnded(const mpv_event_end_file& end) {
 }
 
 void SongPlayer::SoundEnded() {
-  if (!fading_) return;
-  const bool go_on = HasNext() && !stop_after_current_;
-  if (go_on) return StartTrack(current_ + 1, status_ == kPaused);
-  const bool ran_out = failed_ && !stop_after_current_;
+  // mpv is idle. That is no news while it has not begun with the track it was told last.
+  if (status_ == kStopped || playing_.number == kNoEntry) return;
+  if (HasNext() && !stop_after_current_) return StartTrack(current_ + 1, status_ == kPaused);
+  FinishList(failed_ && !stop_after_current_);
+}
+
+void SongPlayer::FinishList(bool ran_out) {
   current_ = HasNext() ? current_ + 1 : 0;
   EndTrack(ran_out);
 }
@@ -491,7 +381,7 @@ void SongPlayer::SoundEnded() {
 void SongPlayer::TakeProperty(const mpv_event_property& property) {
   const std::string_view name = property.name;
   if (name == "time-pos" && property.format == MPV_FORMAT_DOUBLE) {
-    if (IsOpen() && !fading_ && seek_ == 0 && !seek_restarts_)
+    if (IsOpen() && !fading_ && seek_ == 0 && !seek_waits_ && !seek_restarts_)
       PositionTold(*static_cast<double*>(property.data));
   } else if (name == "duration" && property.format == MPV_FORMAT_DOUBLE) {
     if (!IsOpen()) return;

@@ -5,23 +5,15 @@
 #include <cstdint>
 #include <deque>
 #include <functional>
-#include <memory>
-#include <mpv/client.h>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "player/player_messages.h"
 #include "player/substitute/event_source.h"
-#include "util/open_file_linux.h"
+#include "player/substitute/sound_engine.h"
 
 namespace tallow {
-
-/// Where the sound goes.
-struct SoundOutput {
-  std::string file;     ///< a WAV file, written as fast as it goes; empty for a device
-  bool silent = false;  ///< nowhere, in real time
-};
 
 /// What is known of the track that plays.
 struct Track {
@@ -30,6 +22,9 @@ struct Track {
   std::string artist;            ///< UTF-8; empty when there is none in the tag
   std::optional<double> length;  ///< in s; no value until the track is open
 };
+
+/// No entry of mpv's list.
+inline constexpr std::int64_t kNoEntry = -1;
 
 /// What has changed in a player, to be told to others.
 enum class PlayerChange { kStatus, kTrack, kList, kVolume, kSeeked };
@@ -45,7 +40,6 @@ class SongPlayer {
   SongPlayer(sd_event* loop, const SoundOutput& output);
   SongPlayer(const SongPlayer&) = delete;
   SongPlayer& operator=(const SongPlayer&) = delete;
-  ~SongPlayer();
 
   /// \param told called after each change
   void OnChange(std::function<void(PlayerChange)> told) { told_ = std::move(told); }
@@ -92,10 +86,6 @@ class SongPlayer {
   void WhenLengthIsKnown(std::function<void(std::int64_t)> tell);
 
  private:
-  struct DestroyMpv {
-    void operator()(mpv_handle* mpv) const noexcept { mpv_terminate_destroy(mpv); }
-  };
-
   using Clock = std::chrono::steady_clock;
 
   /// How far the current track is on its way to be heard.
@@ -105,16 +95,15 @@ class SongPlayer {
   void ShowTrack();
   void BeginTrack(Opening opening);
   void StartTrack(std::size_t index, bool paused);
+  void StartAgainAt(std::int64_t ms, bool paused);
   void FeedFollowing();
   void TrackBegins(std::int64_t entry);
   void EndTrack(bool list_ran_out_on_error);
   void SetStatus(PlayerStatus status);
-  void PauseSound(bool paused);
   void TellLength();
   std::int64_t Length() const noexcept;
   void Changed(PlayerChange change) const;
 
-  void TakeEvents();
   void TakeEvent(const mpv_event& event);
   void TakeReply(const mpv_event& event);
   void TrackOpened();
@@ -122,17 +111,13 @@ class SongPlayer {
   void SendSeek();
   void TrackEnded(const mpv_event_end_file& end);
   void SoundEnded();
+  void FinishList(bool ran_out);
   void TakeProperty(const mpv_event_property& property);
   void PositionTold(double position);
   void TakeTags(const mpv_node& tags);
 
-  void Command(std::uint64_t reply, std::initializer_list<const char*> words);
-  void SetText(const char* property, const std::string& value);
-
   sd_event* loop_;
-  OpenFile wake_up_;  ///< readable when there are events; written to by mpv's threads
-  std::unique_ptr<mpv_handle, DestroyMpv> mpv_;
-  EventSource events_;
+  SoundEngine engine_;
   std::function<void(PlayerChange)> told_;
 
   struct ListEntry {
@@ -157,15 +142,13 @@ class SongPlayer {
     std::uint64_t reply = 0;
     std::int64_t number = kNoEntry;
   };
-  static constexpr std::int64_t kNoEntry = -1;
 
   /// How many tracks mpv knows of in advance: files that cannot be played are passed over without
   /// closing the device as long as a playable one is among them.
-  static constexpr std::size_t kMostFollowing = 32;
+  static constexpr std::size_t kMostFollowing = 8;
 
   Entry playing_;
   std::deque<Entry> following_;  ///< the tracks behind the current one, in order
-  std::uint64_t last_reply_ = 0;
   Opening opening_ = Opening::kWaits;
   bool fading_ = false;  ///< the current track is over but for what the device still holds
   Clock::time_point fades_since_;

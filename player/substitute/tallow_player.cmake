@@ -8,5 +8,6 @@ add_executable(tallow-player
   player/substitute/player_requests.cpp
   player/substitute/request_server.cpp
   player/substitute/song_player.cpp
+  player/substitute/sound_engine.cpp
   player/substitute/tallow_player_main.cpp)
 target_link_libraries(tallow-player PRIVATE tallow_core PkgConfig::MPV PkgConfig::SYSTEMD)

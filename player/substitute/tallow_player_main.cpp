@@ -3,9 +3,12 @@
 #include <cstdio>
 #include <exception>
 #include <fcntl.h>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
+#include <sys/signalfd.h>
+#include <utility>
 
 #include "app/version.h"
 #include "player/player_socket_linux.h"
@@ -34,6 +37,8 @@ constexpr int kUsageError = 2;
 /// A player that neither plays nor is connected to ends after this many looks.
 constexpr int kMostIdleLooks = 5;
 constexpr std::uint64_t kLookInterval = 60'000'000;  ///< in µs
+
+constexpr int kEndSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
 struct Options {
   SoundOutput output;
@@ -98,8 +103,10 @@ int ListeningSocket(bool handed) {
 /// Ends a player that has been of no use for some minutes, since it has no window to be closed by.
 class IdleEnd {
  public:
-  IdleEnd(sd_event* loop, const SongPlayer& player, const RequestServer& server)
-      : loop_(loop), player_(player), server_(server) {
+  /// \param end ends the player
+  IdleEnd(sd_event* loop, const SongPlayer& player, const RequestServer& server,
+          std::function<void()> end)
+      : player_(player), server_(server), end_(std::move(end)) {
     sd_event_source* timer = nullptr;
     Require(sd_event_add_time_relative(
                 loop, &timer, CLOCK_MONOTONIC, kLookInterval, 0,
@@ -115,13 +122,13 @@ class IdleEnd {
  private:
   int Look() {
     idle_looks_ = player_.Status() == kStopped && server_.Connections() == 0 ? idle_looks_ + 1 : 0;
-    if (idle_looks_ >= kMostIdleLooks) return sd_event_exit(loop_, 0);
+    if (idle_looks_ >= kMostIdleLooks) end_();
     return sd_event_source_set_time_relative(timer_.get(), kLookInterval);
   }
 
-  sd_event* loop_;
   const SongPlayer& player_;
   const RequestServer& server_;
+  std::function<void()> end_;
   EventSource timer_;
   int idle_looks_ = 0;
 };
@@ -142,14 +149,22 @@ int Run(const Options& options) {
   sd_event* raw_loop = nullptr;
   Require(sd_event_default(&raw_loop), "the event loop");
   const EventLoop loop(raw_loop);
+  // Whoever reads the messages on standard error may end before the player does.
+  std::signal(SIGPIPE, SIG_IGN);
   // Before there are threads, which would get the signals otherwise.
-  Require(sd_event_set_signal_exit(raw_loop, 1), "the event loop");
+  sigset_t ends;
+  sigemptyset(&ends);
+  for (const int signal : kEndSignals) sigaddset(&ends, signal);
+  sigprocmask(SIG_BLOCK, &ends, nullptr);
 
   SongPlayer player(raw_loop, options.output);
   std::unique_ptr<RequestServer> server;
-  const auto close = [&] {
+  std::unique_ptr<Mpris> mpris;
+  std::function<void()> close = [&] {
     // Whoever starts a player right after the answer is to get a new one.
     server->StopListening();
+    // The loop's end would wait for a bus that does not answer.
+    if (mpris) mpris->Leave();
     sd_event_exit(raw_loop, 0);
   };
   PlayerRequests requests(player, close);
@@ -160,12 +175,22 @@ int Run(const Options& options) {
         if (log) std::fprintf(log.get(), "%s\n", DescribeRequest(head, payload).c_str());
         return requests.CarryOut(head, payload, answer);
       });
-  Mpris mpris(raw_loop, player, close);
-  player.OnChange([&](PlayerChange change) { mpris.Changed(change); });
-  const IdleEnd idle_end(raw_loop, player, *server);
+  mpris = std::make_unique<Mpris>(raw_loop, player, close);
+  player.OnChange([&](PlayerChange change) { mpris->Changed(change); });
+  const IdleEnd idle_end(raw_loop, player, *server, close);
+  for (const int signal : kEndSignals)
+    Require(sd_event_add_signal(
+                raw_loop, nullptr, signal,
+                [](sd_event_source*, const signalfd_siginfo*, void* end) {
+                  (*static_cast<std::function<void()>*>(end))();
+                  return 0;
+                },
+                &close),
+            "the event loop");
   Require(sd_event_loop(raw_loop), "the event loop");
   // Connections end before the sound does, which takes longer.
   server->CloseAll();
+  player.OnChange({});
   return 0;
 }
 

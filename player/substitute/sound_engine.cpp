@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/substitute/sound_engine.h"
+
+#include <cmath>
+#include <cstdio>
+#include <stdexcept>
+#include <sys/eventfd.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "player/player_messages.h"
+
+namespace tallow {
+namespace {
+
+/// Rate of the sound that leaves the program, in Hz: that of nearly all MP3 files. A device that stays
+/// open in one format is what makes tracks of different formats follow without a gap.
+constexpr const char* kSampleRate = "44100";
+
+struct Option {
+  const char* name;
+  const char* value;
+};
+
+constexpr Option kOptions[] = {
+    // Nothing of the user's mpv is to change what Tallow does.
+    {"config", "no"},
+    {"load-scripts", "no"},
+    {"ytdl", "no"},
+    {"input-default-bindings", "no"},
+    {"terminal", "no"},
+    {"audio-client-name", "Tallow"},
+    // Only sound, and only from the file itself: a list of addresses under the name of a song is not
+    // followed.
+    {"video", "no"},
+    {"sid", "no"},
+    {"audio-display", "no"},
+    {"autoload-files", "no"},
+    {"demuxer", "lavf"},
+    {"demuxer-lavf-o", "protocol_whitelist=file"},
+    {"access-references", "no"},
+    // Without a gap.
+    {"gapless-audio", "yes"},
+    {"prefetch-playlist", "yes"},
+    {"audio-samplerate", kSampleRate},
+    {"audio-channels", "stereo"},
+    // To the very place. The sound of a frame may lie in several frames before it, so reading begins
+    // half a second earlier.
+    {"hr-seek", "always"},
+    {"hr-seek-demuxer-offset", "0.5"},
+    {"cache-pause", "no"},
+    {"keep-open", "no"},
+    {"volume-max", "100"},
+};
+
+/// Parts of mpv's own display, each a thread. Not every version has each of them.
+constexpr const char* kNeedless[] = {
+    "osc",         "load-stats-overlay", "load-osd-console", "load-console", "load-auto-profiles",
+    "load-select", "load-positioning"};
+
+/// How far the balance is from the middle, -1 to 1, as text.
+std::string BalanceText(std::int32_t balance) {
+  char text[32];
+  std::snprintf(text, sizeof text, "%.6f", static_cast<double>(balance) / kMostBalance);
+  return text;
+}
+
+/// The sound's way through the balance. A mono track comes to both sides as it is (FFmpeg's own
+/// conversion would take 3 dB), then the side away from the balance gets softer in proportion.
+std::string BalanceFilter(std::int32_t balance) {
+  return "@balance:lavfi=[pan=stereo|FL<FL+FC|FR<FR+FC,stereotools=balance_out=" +
+         BalanceText(balance) + "]";
+}
+
+void SetOption(mpv_handle* mpv, const char* name, const char* value) {
+  const int result = mpv_set_option_string(mpv, name, value);
+  if (result < 0)
+    throw std::runtime_error(std::string("libmpv does not take the option ") + name + "=" + value +
+                             ": " + mpv_error_string(result));
+}
+
+/// A file that cannot be written would be a silent device to mpv.
+void RequireWritable(const std::string& path) {
+  std::FILE* const file = std::fopen(path.c_str(), "wb");
+  if (file == nullptr) throw std::runtime_error(path + " cannot be written");
+  std::fclose(file);
+}
+
+}  // namespace
+
+SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output,
+                         std::function<void(const mpv_event&)> take)
+    : wake_up_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), mpv_(mpv_create()), take_(std::move(take)) {
+  if (!mpv_ || !wake_up_) throw std::runtime_error("libmpv does not start");
+  for (const Option& option : kOptions) SetOption(mpv_.get(), option.name, option.value);
+  for (const char* const name : kNeedless) mpv_set_option_string(mpv_.get(), name, "no");
+  SetOption(mpv_.get(), "af", BalanceFilter(0).c_str());
+  if (!output.file.empty()) {
+    RequireWritable(output.file);
+    SetOption(mpv_.get(), "ao", "pcm");
+    SetOption(mpv_.get(), "ao-pcm-file", output.file.c_str());
+    SetOption(mpv_.get(), "audio-format", "s16");
+  } else if (output.silent) {
+    SetOption(mpv_.get(), "ao", "null");
+  } else {
+    // A computer without sound still has a player that keeps time.
+    SetOption(mpv_.get(), "audio-fallback-to-null", "yes");
+  }
+  const int result = mpv_initialize(mpv_.get());
+  if (result < 0) throw std::runtime_error(std::string("libmpv: ") + mpv_error_string(result));
+  mpv_observe_property(mpv_.get(), 0, "time-pos", MPV_FORMAT_DOUBLE);
+  mpv_observe_property(mpv_.get(), 0, "duration", MPV_FORMAT_DOUBLE);
+  mpv_hook_add(mpv_.get(), 0, "on_load", 0);
+
+  sd_event_source* events = nullptr;
+  Require(sd_event_add_io(
+              loop, &events, wake_up_.descriptor(), EPOLLIN,
+              [](sd_event_source*, int descriptor, std::uint32_t, void* self) {
+                std::uint64_t count = 0;
+                if (read(descriptor, &count, sizeof count) > 0)
+                  static_cast<SoundEngine*>(self)->TakeEvents();
+                return 0;
+              },
+              this),
+          "the event loop");
+  events_.reset(events);
+  mpv_set_wakeup_callback(
+      mpv_.get(),
+      [](void* self) {
+        const std::uint64_t one = 1;
+        // It fails only when the counter is full, and then there is enough to wake up for.
+        [[maybe_unused]] const ssize_t ignored =
+            write(static_cast<SoundEngine*>(self)->wake_up_.descriptor(), &one, sizeof one);
+      },
+      this);
+}
+
+SoundEngine::~SoundEngine() {
+  // mpv's threads use the descriptor until they are gone.
+  mpv_set_wakeup_callback(mpv_.get(), nullptr, nullptr);
+  mpv_.reset();
+}
+
+std::uint64_t SoundEngine::Command(std::initializer_list<const char*> words) {
+  std::vector<const char*> command(words);
+  command.push_back(nullptr);
+  const std::uint64_t reply = ++last_reply_;
+  return mpv_command_async(mpv_.get(), reply, command.data()) < 0 ? 0 : reply;
+}
+
+void SoundEngine::Pause(bool paused) {
+  int flag = paused ? 1 : 0;
+  mpv_set_property_async(mpv_.get(), 0, "pause", MPV_FORMAT_FLAG, &flag);
+}
+
+void SoundEngine::SetVolume(std::int32_t volume) {
+  // mpv's scale goes with the cube root of the amplitude.
+  double percent = 100 * std::cbrt(static_cast<double>(volume) / kMostVolume);
+  mpv_set_property_async(mpv_.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
+}
+
+void SoundEngine::SetBalance(std::int32_t balance) {
+  // Setting the filters anew would lose what is in them, so the one that runs is told, and those of
+  // coming tracks are made that way.
+  balance_ = balance;
+  SendBalance();
+}
+
+void SoundEngine::SendBalance() {
+  Command({"af-command", "balance", "balance_out", BalanceText(balance_).c_str()});
+}
+
+void SoundEngine::BeforeLoading(std::uint64_t hook) {
+  // mpv waits, so it can be spoken to at once. It has no filters at this moment that could be lost.
+  if (std::exchange(balance_of_new_tracks_, balance_) != balance_)
+    mpv_set_property_string(mpv_.get(), "af", BalanceFilter(balance_).c_str());
+  mpv_hook_continue(mpv_.get(), hook);
+}
+
+void SoundEngine::AskForTrack() {
+  mpv_get_property_async(mpv_.get(), 0, "metadata", MPV_FORMAT_NODE);
+  mpv_get_property_async(mpv_.get(), kLengthReply, "duration", MPV_FORMAT_DOUBLE);
+}
+
+void SoundEngine::TakeEvents() {
+  for (;;) {
+    const mpv_event* const event = mpv_wait_event(mpv_.get(), 0);
+    switch (event->event_id) {
+      case MPV_EVENT_NONE:
+        return;
+      case MPV_EVENT_HOOK:
+        BeforeLoading(static_cast<mpv_event_hook*>(event->data)->id);
+        break;
+      case MPV_EVENT_AUDIO_RECONFIG:
+        // A track that changes its format within gets its filters anew.
+        if (balance_ != balance_of_new_tracks_) SendBalance();
+        break;
+      default:
+        take_(*event);
+    }
+  }
+}
+
+}  // namespace tallow
