@@ -54,14 +54,16 @@ void frmMain::SortList() {
 
 void frmMain::ActOnPopUpClick(int item, int pane, Folder& node) {
   if (pane != kListPane) return;
+  // Every command of the list has its songs from here. Only songs on show can be selected.
+  tallow_.SongsToPlay.clear();
+  if (&node == jukebox_.selectednode())
+    tallow_.SongsToPlay = SongsOf(node, explorer_->SelectedRows());
   switch (item) {
     case kPlayAllSongsInFolder:
       emit PlaySongs(SongsOf(node));
       return;
     case kPlaySelectedSongs:
-      // Only the songs on show can be selected.
-      emit PlaySongs(&node == jukebox_.selectednode() ? SongsOf(node, explorer_->SelectedRows())
-                                                      : std::vector<std::int32_t>());
+      emit PlaySongs(tallow_.SongsToPlay);
       return;
     default:
       return;

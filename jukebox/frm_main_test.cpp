@@ -276,6 +276,7 @@ TEST_F(FrmMain, CommandsAreNumberedByPane) {
   window.ActOnPopUpClick(1, 2, one);
   window.ActOnPopUpClick(2, 2, one);
   EXPECT_EQ(played, (std::vector<Songs>{{1, 2}, {2}}));
+  EXPECT_EQ(tallow.SongsToPlay, Songs{2});
   // Only the folder on show has a selection.
   window.ActOnPopUpClick(1, 2, two);
   window.ActOnPopUpClick(2, 2, two);

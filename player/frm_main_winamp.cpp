@@ -183,9 +183,12 @@ void frmMainWinamp::Playstuff() {
 
 void frmMainWinamp::TrackStarted(std::int32_t length) {
   UserIsScrolling = false;
-  hscrlTrackPos->setMinimum(0);
-  FitTrackBar(length);
-  hscrlTrackPos->setValue(0);
+  {
+    const QSignalBlocker quiet(hscrlTrackPos);
+    hscrlTrackPos->setMinimum(0);
+    if (length >= 0) FitTrackBar(length);
+    hscrlTrackPos->setValue(0);
+  }
   ShowTimes(0);
 }
 
@@ -196,7 +199,6 @@ void frmMainWinamp::HandedOver() {
 }
 
 void frmMainWinamp::FitTrackBar(int length) {
-  if (length < hscrlTrackPos->minimum()) return;
   hscrlTrackPos->setPageStep(std::max(1, length / kPages));
   hscrlTrackPos->setMaximum(length);
 }
@@ -219,13 +221,21 @@ void frmMainWinamp::TrackBarChanged(int seconds) {
 }
 
 void frmMainWinamp::Update() {
+  // A message box every time would be the end of all work.
+  if (player_.Window() == 0) return;
   const int position = player_.GetTrackPosition();
-  FitTrackBar(player_.GetTrackLength());
+  const int length = player_.GetTrackLength();
   // The bar is not torn out of the user's hand.
-  if (!UserIsScrolling && position >= hscrlTrackPos->minimum() &&
-      position <= hscrlTrackPos->maximum())
-    hscrlTrackPos->setValue(position);
+  if (!UserIsScrolling) ShowPosition(position, length);
   ShowStatus(DisplayText(player_.GetWinampStatus()));
+}
+
+void frmMainWinamp::ShowPosition(int position, int length) {
+  const QSignalBlocker quiet(hscrlTrackPos);
+  if (length > 0) FitTrackBar(length);
+  if (position >= hscrlTrackPos->minimum() && position <= hscrlTrackPos->maximum())
+    hscrlTrackPos->setValue(position);
+  ShowTimes(hscrlTrackPos->value());
 }
 
 void frmMainWinamp::ShowStatus(const QString& status) {

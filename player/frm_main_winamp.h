@@ -50,6 +50,7 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   void TrackBarChanged(int seconds);
   void Update();
   void FitTrackBar(int length);
+  void ShowPosition(int position, int length);
   void ShowStatus(const QString& status);
   void ShowTimes(int position);
 

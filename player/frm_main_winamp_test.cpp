@@ -308,6 +308,97 @@ TEST_F(FrmMainWinamp, DraggingThePositionSeeksOnceWhenItIsLetGo) {
   EXPECT_EQ(Track().value(), held + 1);
 }
 
+TEST_F(FrmMainWinamp, ATrackThatChangesUnderTheUsersHandDoesNotSeek) {
+  Open();
+  const QPoint from = Thumb(Track());
+  QTest::mousePress(&Track(), Qt::LeftButton, {}, from);
+  QTest::mouseMove(&Track(), from + QPoint(30, 0));
+  const int held = Track().sliderPosition();
+  for (const int length : {216, 60, 215}) {
+    PlayerIsAt(0, length);
+    EXPECT_EQ(Tick(), (Texts{kAskPosition, kAskLength, kAskStatus})) << length;
+    EXPECT_EQ(Track().sliderPosition(), held);
+  }
+  QTest::mouseRelease(&Track(), Qt::LeftButton, {}, from + QPoint(30, 0));
+  EXPECT_EQ(link.Take(), (Texts{kAskLength, "1024 " + std::to_string(held * 1000) + " 106"}));
+}
+
+TEST_F(FrmMainWinamp, SongsHandedOverUnderTheUsersHandDoNotSeek) {
+  Open();
+  PlayerIsAt(100000);
+  Tick();
+  const QPoint from = Thumb(Track());
+  QTest::mousePress(&Track(), Qt::LeftButton, {}, from);
+  QTest::mouseMove(&Track(), from + QPoint(30, 0));
+  panel.Play();
+  for (const std::string& sent : link.Take()) EXPECT_FALSE(sent.ends_with(" 106")) << sent;
+  QTest::mouseRelease(&Track(), Qt::LeftButton, {}, from + QPoint(30, 0));
+  EXPECT_EQ(link.Take(), Texts{});
+}
+
+TEST_F(FrmMainWinamp, TheTimesFollowALengthAlone) {
+  Open();
+  PlayerIsAt(0, 90);
+  Tick();
+  EXPECT_EQ(Times(), "0:00 / 1:30");
+}
+
+TEST_F(FrmMainWinamp, APlayerThatHasDiedLeavesTheBarsLength) {
+  Open();
+  PlayerIsAt(0, 0, 0);
+  Tick();
+  EXPECT_EQ(Track().maximum(), 215);
+  EXPECT_EQ(Status(), "STOPPED");
+}
+
+TEST_F(FrmMainWinamp, ATrackOfLessThanASecondHasABarOfNothing) {
+  link.answers[kAskLength] = 0;
+  panel.Play();
+  EXPECT_EQ(Track().maximum(), 0);
+}
+
+TEST_F(FrmMainWinamp, TheTimerIsSilentWhileThereIsNoWindow) {
+  Open();
+  link.found = 0;
+  panel.Play();
+  EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
+  EXPECT_EQ(Tick(), Texts{});
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(FrmMainWinamp, TheBarsAreSetAnewByTheFirstOpening) {
+  link.found = 0;
+  panel.Play();
+  Volume().setValue(10);
+  Balance().setValue(10);
+  messages.Take();
+  link.found = 7;
+  link.Take();
+  panel.Play();
+  EXPECT_EQ(Volume().value(), 128);
+  EXPECT_EQ(Balance().value(), 0);
+  const Texts sent = link.Take();
+  EXPECT_EQ(sent[3], "1024 128 122");
+  EXPECT_EQ(sent[4], "1024 0 123");
+}
+
+TEST_F(FrmMainWinamp, DraggingTheBalanceCountsAsChanges) {
+  Open();
+  const QPoint from = Thumb(Balance());
+  QTest::mousePress(&Balance(), Qt::LeftButton, {}, from);
+  QTest::mouseMove(&Balance(), from - QPoint(15, 0));
+  EXPECT_FALSE(link.log.empty());
+  for (const std::string& sent : link.log) EXPECT_TRUE(sent.ends_with(" 123")) << sent;
+  QTest::mouseRelease(&Balance(), Qt::LeftButton, {}, from - QPoint(15, 0));
+}
+
+TEST_F(FrmMainWinamp, AClickBesideTheThumbSeeksAPage) {
+  Open();
+  QTest::mouseClick(&Track(), Qt::LeftButton, {},
+                    QPoint(Track().width() - 30, Track().height() / 2));
+  EXPECT_EQ(link.Take(), (Texts{kAskLength, "1024 21000 106"}));
+}
+
 TEST_F(FrmMainWinamp, ADragThatComesBackDoesNotSeek) {
   Open();
   const QPoint from = Thumb(Track());

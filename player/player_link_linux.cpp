@@ -9,6 +9,7 @@
 #include <string>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <utility>
 
 #include "player/player_link.h"
 #include "player/player_messages.h"
@@ -21,8 +22,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long to wait for an answer: of a player that was just started, of one that has answered before,
-/// and of one that is asked how long a track is, which may take itself two seconds to find out.
+/// How long to wait for an answer: of a player that was just started, of one that ran already, and of
+/// one that is asked how long a track is, which may take itself two seconds to find out.
 constexpr std::chrono::seconds kFirstPatience{10};
 constexpr std::chrono::seconds kPatience{2};
 constexpr std::chrono::seconds kLengthPatience{4};
@@ -40,7 +41,9 @@ bool IsQuestion(const PlayerRequestHead& head) noexcept {
 /// request has only gone in part, nothing goes any more.
 class PlayerConnection {
  public:
-  explicit PlayerConnection(int descriptor) noexcept : socket_(descriptor) {}
+  /// \param starting the player may not be up yet
+  PlayerConnection(int descriptor, bool starting) noexcept
+      : socket_(descriptor), starting_(starting) {}
 
   /// Whether the player can still be at the other end.
   bool IsAlive() {
@@ -71,7 +74,7 @@ class PlayerConnection {
 
  private:
   Clock::duration PatienceFor(const PlayerRequestHead& head) const noexcept {
-    if (!has_answered_) return kFirstPatience;
+    if (starting_) return kFirstPatience;
     return head.message == kWmUser && head.lParam == kTrackTime && head.wParam == kAskLength
                ? kLengthPatience
                : kPatience;
@@ -114,7 +117,7 @@ class PlayerConnection {
       std::memcpy(&last_answer_, bytes_.data(), sizeof last_answer_);
       filled_ = 0;
       --owed_;
-      has_answered_ = true;
+      starting_ = false;
     }
   }
 
@@ -123,7 +126,7 @@ class PlayerConnection {
   std::size_t filled_ = 0;  ///< of the bytes
   PlayerAnswer last_answer_ = 0;
   int owed_ = 0;  ///< answers that have not come yet
-  bool has_answered_ = false;
+  bool starting_;
   bool dead_ = false;
 };
 
@@ -134,7 +137,7 @@ class SocketLink : public PlayerLink {
     try {
       const int descriptor = ConnectToPlayer(PlayerSocketPath());
       if (descriptor < 0) return 0;
-      connection_.emplace(descriptor);
+      connection_.emplace(descriptor, std::exchange(just_started_, false));
     } catch (const FileError&) {
       return 0;
     }
@@ -145,11 +148,12 @@ class SocketLink : public PlayerLink {
     try {
       const std::string path = PlayerSocketPath();
       const PlayerStartLock lock(path);
-      if (OpenFile(ConnectToPlayer(path))) return true;
+      if (PlayerRuns(path)) return true;
       const OpenFile listening(ListenAsPlayer(path));
       if (!listening) throw FileError(path, "no socket can be made there");
       const std::array<std::string, 1> arguments{"--listen"};
-      if (Spawn(program, arguments, listening.descriptor()) != 0) return true;
+      just_started_ = Spawn(program, arguments, listening.descriptor()) != 0;
+      if (just_started_) return true;
       // Nobody is to wait for a player that will never answer.
       unlink(path.c_str());
       return false;
@@ -184,6 +188,7 @@ class SocketLink : public PlayerLink {
 
   std::optional<PlayerConnection> connection_;
   PlayerHandle handle_ = 0;  ///< of the connection; another one for each
+  bool just_started_ = false;
 };
 
 }  // namespace

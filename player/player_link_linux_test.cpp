@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <atomic>
 #include <csignal>
 #include <cstring>
+#include <fcntl.h>
+#include <thread>
 
 #include "app/version.h"
 #include "library/cls_main.h"
@@ -184,8 +187,11 @@ TEST_F(LinuxPlayer, PauseHoldsThePositionAndPlayGoesOn) {
   ASSERT_TRUE(WaitUntil([&] { return link->Send(link->Find(), kWmUser, 0, kTrackTime) > 200; }));
   player.SendWinampCommand(kPause);
   EXPECT_EQ(player.GetWinampStatus(), "PAUSED");
-  player.SetTrackPosition(30);
-  EXPECT_EQ(player.GetTrackPosition(), 30);
+  // Step by step, as the keys do it, and it stays there.
+  for (const int second : {30, 31, 32, 31, 30}) {
+    player.SetTrackPosition(second);
+    for (int k = 0; k < 2000; ++k) ASSERT_EQ(player.GetTrackPosition(), second);
+  }
   EXPECT_EQ(player.GetWinampStatus(), "PAUSED");
   player.SendWinampCommand(kPlay);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
@@ -207,6 +213,87 @@ TEST_F(LinuxPlayer, PauseHoldsThePositionAndPlayGoesOn) {
   link->Send(link->Find(), kWmUser, 40000, kSeek);
   EXPECT_EQ(player.GetTrackLength(), 100);
   EXPECT_TRUE(WaitUntil([&] { return player.GetTrackPosition() == 41; }));
+}
+
+TEST_F(LinuxPlayer, ALengthThatDoesNotComeIsNotWaitedForLongAndKeepsNobodyElse) {
+  // A pipe that nobody writes to opens for good.
+  const std::string pipe = folder / "a.mp3";
+  ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+  StartPlayer();
+  Play({pipe});
+  const auto other = SystemPlayerLink();
+  int answers = 0;
+  std::thread asking([&] {
+    const PlayerHandle handle = other->Find();
+    for (; answers < 1000; ++answers)
+      if (other->Send(handle, kWmUser, 0, kStatus) != kPlaying) break;
+  });
+  EXPECT_EQ(player.GetTrackLength(), -1);
+  asking.join();
+  EXPECT_EQ(answers, 1000);
+  player.SendWinampCommand(kStop);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  // So that it can end.
+  const OpenFile end(open(pipe.c_str(), O_RDWR | O_NONBLOCK));
+  EndPlayer();
+}
+
+TEST_F(LinuxPlayer, TwoThatStartItAtOnceGetTheSameOne) {
+  for (std::size_t round = 1; round <= 5; ++round) {
+    std::vector<std::thread> starters;
+    std::atomic<int> found{0};
+    for (int k = 0; k < 4; ++k)
+      starters.emplace_back([&] {
+        const auto own = SystemPlayerLink();
+        const bool started = own->Start(path);
+        const PlayerHandle handle = own->Find();
+        if (started && own->Send(handle, kWmUser, 0, kVersion) != 0) ++found;
+      });
+    for (std::thread& starter : starters) starter.join();
+    EXPECT_EQ(found, 4);
+    EXPECT_EQ(Starts(), round);
+    EndPlayer();
+  }
+}
+
+TEST_F(LinuxPlayer, AListOfSongsFindsAPlayerThatExitsAtOnceOrIsKilled) {
+  const std::string song = Tone("a.mp3", "60 sine 440");
+  TempFolder application;
+  Tallow tallow(application.path());
+  for (std::int32_t row = 1; row <= 3; ++row) {
+    tallow.library.Mp3Info(kFileLocation, row, folder.path());
+    tallow.library.Mp3Info(kFileName, row, "a.mp3");
+  }
+  struct Panel : HandOffPanel {
+    explicit Panel(const std::function<void()>& act_) : act(act_) {}
+    void TrackStarted(std::int32_t) override { act(); }
+    void HandedOver() override {}
+    std::function<void()> act;
+  };
+  const std::int32_t songs[] = {1, 2, 3};
+  Panel quiet([] {});
+  UseScript("exit 0\n");
+  HandOver(songs, tallow.library, player, messages.Shower(), quiet);
+  for (const std::string& said : messages.Take()) EXPECT_EQ(said, "Couldn't find WinAMP's Window");
+  ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
+  UseOptions("--silent");
+  Panel killer([&] { kill(LastPid(), SIGKILL); });
+  HandOver(songs, tallow.library, player, messages.Shower(), killer);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  EXPECT_EQ(messages.Take(), Texts{});
+  ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
+  HandOver(songs, tallow.library, player, messages.Shower(), quiet);
+  EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+  EXPECT_EQ(player.GetTrackLength(), 60);
+}
+
+TEST_F(LinuxPlayer, MessagesThatNobodyReadsDoNotEndIt) {
+  UseScript(Quote(TALLOW_PLAYER) + " --silent \"$@\" 2>&1 | true\n");
+  const std::string song = Tone("a.mp3", "60 sine 440");
+  StartPlayer();
+  Play({folder.File("0.mp3", "no sound"), song});
+  EXPECT_EQ(player.GetTrackLength(), 60);
+  EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
 }
 
 TEST_F(LinuxPlayer, StopKeepsTheListAndNextAndPreviousGoThroughIt) {

@@ -3,6 +3,7 @@
 #include <optional>
 #include <windows.h>
 
+#include "player/path_in_code_page_windows.h"
 #include "player/player_link.h"
 #include "player/player_messages.h"
 #include "util/start_program.h"
@@ -29,30 +30,51 @@ UINT SystemCodePage() {
   return page == 0 ? CP_UTF8 : page;
 }
 
-/// \param exact set to whether every character has a place in the code page
-std::string InCodePage(UINT page, const std::wstring& text, bool& exact) {
+/// Whether a character without a place in a code page becomes a question mark, or is no character.
+enum class Replacing { kNo, kYes };
+
+std::optional<std::string> InCodePage(UINT page, const std::wstring& text, Replacing replacing) {
   const auto length = static_cast<int>(text.size());
-  const DWORD flags = page == CP_UTF8 ? 0 : WC_NO_BEST_FIT_CHARS;
+  // UTF-8 has a place for everything and takes neither the flag nor the pointer.
+  const bool is_utf8 = page == CP_UTF8;
+  const DWORD flags = is_utf8 ? 0 : WC_NO_BEST_FIT_CHARS;
   BOOL replaced = FALSE;
-  // UTF-8 has a place for everything and takes no such pointer.
-  BOOL* const told = page == CP_UTF8 ? nullptr : &replaced;
   const int needed =
       WideCharToMultiByte(page, flags, text.data(), length, nullptr, 0, nullptr, nullptr);
+  if (needed <= 0) return std::nullopt;
   std::string bytes(static_cast<std::size_t>(needed), '\0');
-  WideCharToMultiByte(page, flags, text.data(), length, bytes.data(), needed, nullptr, told);
-  exact = !replaced;
+  WideCharToMultiByte(page, flags, text.data(), length, bytes.data(), needed, nullptr,
+                      is_utf8 ? nullptr : &replaced);
+  if (replaced && replacing == Replacing::kNo) return std::nullopt;
   return bytes;
 }
 
-std::optional<std::wstring> ShortPath(const std::wstring& path) {
-  const DWORD needed = GetShortPathNameW(path.c_str(), nullptr, 0);
+std::optional<std::wstring> ShortPath(const std::string& path) {
+  // The prefix that lifts the limit of 260 characters comes back in front of the short path.
+  const std::wstring wide = ToWidePath(path);
+  const std::size_t prefix = wide.size() - ToWide(path).size();
+  const DWORD needed = GetShortPathNameW(wide.c_str(), nullptr, 0);
   if (needed == 0) return std::nullopt;
   std::wstring shortened(needed, L'\0');
-  const DWORD length = GetShortPathNameW(path.c_str(), shortened.data(), needed);
-  if (length == 0 || length >= needed) return std::nullopt;
+  const DWORD length = GetShortPathNameW(wide.c_str(), shortened.data(), needed);
+  if (length <= prefix || length >= needed) return std::nullopt;
   shortened.resize(length);
-  return shortened;
+  return shortened.substr(prefix);
 }
+
+}  // namespace
+
+std::string PathInCodePage(const std::string& path, unsigned page) {
+  const std::wstring wide = ToWide(path);
+  if (const auto bytes = InCodePage(page, wide, Replacing::kNo)) return *bytes;
+  if (const auto shortened = ShortPath(path))
+    if (const auto bytes = InCodePage(page, *shortened, Replacing::kNo)) return *bytes;
+  // Without a short name (some disks have none) the player gets the nearest text, which it will not
+  // find.
+  return InCodePage(page, wide, Replacing::kYes).value_or(std::string());
+}
+
+namespace {
 
 class WindowLink : public PlayerLink {
  public:
@@ -80,15 +102,7 @@ class WindowLink : public PlayerLink {
   }
 
   std::string TextOfPath(const std::string& path) const override {
-    const std::wstring wide = ToWide(path);
-    const UINT page = SystemCodePage();
-    bool exact = false;
-    std::string bytes = InCodePage(page, wide, exact);
-    if (exact) return bytes;
-    // Without a short name (some disks have none) the player gets the nearest text, which it will not
-    // find.
-    const std::optional<std::wstring> shortened = ShortPath(wide);
-    return shortened ? InCodePage(page, *shortened, exact) : bytes;
+    return PathInCodePage(path, SystemCodePage());
   }
 };
 

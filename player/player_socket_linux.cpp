@@ -11,6 +11,7 @@
 #include <sys/un.h>
 #include <unistd.h>
 
+#include "util/errors.h"
 #include "util/runtime_folder_linux.h"
 
 namespace tallow {
@@ -43,8 +44,14 @@ int ConnectToPlayer(const std::string& path) noexcept {
   if (connect(connection, reinterpret_cast<const sockaddr*>(&address), sizeof address) == 0 &&
       PeerIsSameUser(connection))
     return connection;
+  const int error = errno;
   close(connection);
+  errno = error;
   return -1;
+}
+
+bool PlayerRuns(const std::string& path) noexcept {
+  return OpenFile(ConnectToPlayer(path)) || errno == EAGAIN;
 }
 
 int ListenAsPlayer(const std::string& path) noexcept {
@@ -79,6 +86,9 @@ PlayerStartLock::PlayerStartLock(const std::string& socket_path)
     if (flock(file_.descriptor(), LOCK_EX | LOCK_NB) == 0) return;
     nanosleep(&kLockPause, nullptr);
   }
+  throw FileError(
+      socket_path + ".lock",
+      file_ ? "somebody else has been starting a player for too long" : std::strerror(errno));
 }
 
 }  // namespace tallow

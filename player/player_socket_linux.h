@@ -47,7 +47,8 @@ inline constexpr std::size_t kMostPayload = std::size_t{64} * 1024;
 std::string PlayerSocketPath();
 
 /// Connects to the player; no wait.
-/// \returns a descriptor below 0 when no player of this user listens there
+/// \returns a descriptor below 0, with errno set, when no player of this user listens there, or, with
+///          EAGAIN, when more wait for it already than may
 int ConnectToPlayer(const std::string& path) noexcept;
 
 /// Makes the socket that a player listens on. A dead player's socket is replaced.
@@ -57,10 +58,14 @@ int ListenAsPlayer(const std::string& path) noexcept;
 /// Whether the process at the other end of a connection runs as the same user.
 bool PeerIsSameUser(int connection) noexcept;
 
+/// Whether a player runs: one can be connected to, or has more to do than it can.
+bool PlayerRuns(const std::string& path) noexcept;
+
 /// Keeps others from starting a player, too, as long as the object lives.
 class PlayerStartLock {
  public:
   /// Waits for others, for a second at most.
+  /// \throws FileError when that is not enough, or no lock can be had there
   explicit PlayerStartLock(const std::string& socket_path);
 
  private:

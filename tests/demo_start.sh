@@ -24,11 +24,11 @@ printf '#!/bin/sh\nexec "%s" --silent "$@"\n' "$(dirname "$program")/tallow-play
   > "$folder/bin/tallow-player"
 chmod +x "$folder/bin/tallow-player"
 program=$folder/bin/tallow
+. "$here/../packaging/virtual-display.sh"
 # A folder of its own for the player's socket, and no session bus.
 XDG_RUNTIME_DIR=$(mktemp -d)
+trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
 export XDG_RUNTIME_DIR DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
-
-. "$here/../packaging/virtual-display.sh"
 export QT_QPA_PLATFORM=xcb QT_PLUGIN_PATH="$plugins" QT_QPA_GENERIC_PLUGINS=tallowprobe
 
 for start in first second; do
@@ -43,8 +43,6 @@ for start in first second; do
     exit 1
   fi
 done
-
-rm -rf "$XDG_RUNTIME_DIR"
 
 failed=false
 expect() {

@@ -52,7 +52,7 @@ class RealPlayer : public testing::Test {
   bool WaitForStatus(const std::string& status) {
     return WaitUntil([&] { return player.GetWinampStatus() == status; });
   }
-  bool IsRunning() { return static_cast<bool>(OpenFile(ConnectToPlayer(PlayerSocketPath()))); }
+  bool IsRunning() { return PlayerRuns(PlayerSocketPath()); }
   /// The lines of a file in the folder.
   std::vector<std::string> Lines(const std::string& name) {
     std::vector<std::string> lines;

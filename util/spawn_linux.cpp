@@ -19,11 +19,13 @@ void Become(const char* path, char* const* arguments, int handed) noexcept {
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
   signal(SIGPIPE, SIG_DFL);
+  // Out of the way first: where standard input was closed, the descriptor may have its number.
+  const int safe = handed < 0 ? -1 : fcntl(handed, F_DUPFD_CLOEXEC, kHandedDescriptor + 1);
   const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
   if (nothing >= 0) dup2(nothing, STDIN_FILENO);
-  // Copying a descriptor drops its mark to be closed here, but not onto itself.
-  if (handed == kHandedDescriptor) fcntl(handed, F_SETFD, 0);
-  if (handed >= 0 && handed != kHandedDescriptor) dup2(handed, kHandedDescriptor);
+  // Copying drops the mark to be closed here, but not onto itself.
+  fcntl(STDIN_FILENO, F_SETFD, 0);
+  if (safe >= 0) dup2(safe, kHandedDescriptor);
   execv(path, arguments);
 }
 

@@ -1,11 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <windows.h>
+// The one below needs what the one above declares.
+#include <shellapi.h>
 
 #include "util/path_text.h"
 #include "util/start_program.h"
 #include "util/wide_text_windows.h"
 
 namespace tallow {
+
+namespace {
+
+/// ERROR_ELEVATION_REQUIRED, which not every header of the Windows API has.
+constexpr DWORD kElevationRequired = 740;
+
+bool StartFromShell(const std::string& path, int show) {
+  // The call says success with a number above this one.
+  constexpr INT_PTR kMostErrors = 32;
+  return reinterpret_cast<INT_PTR>(ShellExecuteW(nullptr, nullptr, ToWide(path).c_str(), nullptr,
+                                                 nullptr, show)) > kMostErrors;
+}
+
+}  // namespace
 
 bool StartProgram(const std::string& path, FirstWindow window) {
   STARTUPINFOW start{};
@@ -18,7 +34,8 @@ bool StartProgram(const std::string& path, FirstWindow window) {
   PROCESS_INFORMATION process{};
   if (!CreateProcessW(nullptr, command_line.data(), nullptr, nullptr, FALSE, 0, nullptr,
                       folder.empty() ? nullptr : folder.c_str(), &start, &process))
-    return false;
+    // An installer may want more rights, which only the shell can ask the user for.
+    return GetLastError() == kElevationRequired && StartFromShell(path, start.wShowWindow);
   CloseHandle(process.hThread);
   CloseHandle(process.hProcess);
   return process.dwProcessId != 0;

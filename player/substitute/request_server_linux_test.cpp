@@ -66,6 +66,16 @@ class HostileBytes : public RealPlayer {
         std::distance(std::filesystem::directory_iterator(folder_of), {}));
   }
 
+  /// The player's memory, KiB.
+  long ResidentKib() {
+    std::istringstream pages(
+        ReadWholeFile("/proc/" + std::to_string(LastPid()) + "/statm").value_or(""));
+    long size = 0;
+    long resident = 0;
+    pages >> size >> resident;
+    return resident * (sysconf(_SC_PAGESIZE) / 1024);
+  }
+
   std::string song;
 };
 
@@ -119,9 +129,8 @@ TEST_F(HostileBytes, APayloadOfTheFullSizeIsTaken) {
 
 TEST_F(HostileBytes, ARequestMayComeInPieces) {
   const Socket socket = Connect();
-  const std::string bytes = Bytes({kWmCopyData, 8, 0, 100}) + std::string("/x.mp3\0\0", 8);
-  const std::string sound = Bytes({1024, 0, 0, 104});
-  for (const char c : sound) {
+  const std::string request = Bytes({kWmCopyData, 7, 0, 100}) + std::string("/x.mp3\0", 7);
+  for (const char c : request) {
     ASSERT_TRUE(Send(socket, {&c, 1}));
     // The player has looked at it by the time it has answered somebody else.
     player.GetWinampStatus();
@@ -152,7 +161,18 @@ TEST_F(HostileBytes, OneThatNeverReadsItsAnswersIsDropped) {
   }));
 }
 
+TEST_F(HostileBytes, RequestsOfOneThatDidNotWaitAreCarriedOut) {
+  {
+    const Socket socket = Connect();
+    ASSERT_TRUE(Send(socket, Bytes({1024, 0, 0, 104}) + Bytes({1024, 0, 0, 0}) +
+                                 Bytes({kWmCommand, 0, kPause, 0})));
+  }
+  EXPECT_TRUE(WaitForStatus("PAUSED"));
+  player.SendWinampCommand(kPlay);
+}
+
 TEST_F(HostileBytes, RandomBytesDoNotHurt) {
+  const long before = ResidentKib();
   std::mt19937 random(1);
   for (int k = 0; k < 2000; ++k) {
     const Socket socket = Connect();
@@ -167,6 +187,9 @@ TEST_F(HostileBytes, RandomBytesDoNotHurt) {
     }
     Send(socket, bytes);
   }
+  EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+  // Each of them may have cost its 64 KiB for a moment.
+  EXPECT_LT(ResidentKib() - before, 30000);
 }
 
 TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeaveNothing) {

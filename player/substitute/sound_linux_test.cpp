@@ -51,6 +51,16 @@ TEST_F(PlayedSound, AFileThatCannotBePlayedIsPassedOverWithoutAGap) {
   EXPECT_LE(LongestSilence(sound.left), 0.01);
 }
 
+TEST_F(PlayedSound, AnyNumberOfFilesThatCannotBePlayedIsPassedOver) {
+  const std::string a = Tone("a.mp3", "1 sine 440");
+  std::vector<std::string> files;
+  for (int k = 0; k < 70; ++k) files.push_back(folder.File(std::to_string(k) + ".mp3", "no sound"));
+  files.push_back(a);
+  StartPlayer();
+  Play(files);
+  EXPECT_NEAR(Listen().Seconds(), 1, 0.01);
+}
+
 TEST_F(PlayedSound, SongsThatAreAddedAfterTheLastOneCouldNotBePlayedAreHeard) {
   const std::string a = Tone("a.mp3", "1 sine 440");
   StartPlayer();
@@ -70,6 +80,17 @@ TEST_F(PlayedSound, TheVolumeIsInProportionToTheAmplitude) {
     const Sound sound = Listen();
     EXPECT_NEAR(Level(Piece(sound.left, 0.2, 0.6)), kToneLevel * volume / 255, 0.005) << volume;
   }
+}
+
+TEST_F(PlayedSound, ChangingTheBalanceLosesNoSound) {
+  const std::string a = Tone("a.mp3", "60 sine 440");
+  StartPlayer();
+  Play({a});
+  for (int k = -127; k <= 127; ++k) player.SetBalance(k);
+  player.SetBalance(0);
+  const Sound sound = Listen();
+  EXPECT_NEAR(sound.Seconds(), 60, 0.001);
+  EXPECT_NEAR(Pitch(Piece(sound.left, 0.5, 59)), 440, 0.01);
 }
 
 TEST_F(PlayedSound, TheBalanceTakesFromTheOtherSide) {
@@ -127,6 +148,39 @@ TEST_F(PlayedSound, SeekingComesOutWhereItWasTold) {
   }
 }
 
+TEST_F(PlayedSound, SeekingBackwardIsAsExact) {
+  const std::string sweep = Tone("sweep.mp3", "20 sine 300:3300");
+  StartPlayer();
+  Play({sweep});
+  player.SendWinampCommand(kPause);
+  for (const int second : {15, 4, 17, 12}) player.SetTrackPosition(second);
+  player.SendWinampCommand(kPlay);
+  const Sound sound = Listen();
+  // What is heard last is the last eight seconds, whatever was written before the seeks.
+  EXPECT_NEAR(Pitch(Piece(sound.left, sound.Seconds() - 7.9, 0.2)), 300 + 150 * 12.2, 150 * 0.05);
+  EXPECT_LT(sound.Seconds(), 20);
+}
+
+TEST_F(PlayedSound, ASeekToTheVeryEndEndsTheSongWithoutAComplaint) {
+  const std::string a = Tone("a.mp3", "3 sine 440");
+  StartPlayer();
+  testing::internal::CaptureStderr();
+  Play({a});
+  player.SendWinampCommand(kPause);
+  player.SetTrackPosition(3);
+  player.SendWinampCommand(kPlay);
+  EXPECT_TRUE(WaitForStatus("STOPPED"));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(PlayedSound, AFileThatCannotBeWrittenIsSaid) {
+  UseOptions("--audio-file " + Quote(folder / "no/sound.wav") + " 2> " + Quote(folder / "said"));
+  EXPECT_TRUE(player.StartWinamp());
+  EXPECT_TRUE(WaitUntil([&] { return !IsRunning(); }));
+  EXPECT_EQ(Lines("said"), std::vector<std::string>{"tallow-player: " + (folder / "no/sound.wav") +
+                                                    " cannot be written"});
+}
+
 TEST_F(PlayedSound, StopAfterTheTrackLetsItEndAndPlayGoesOnBehindIt) {
   const std::string a = Tone("a.mp3", "2 sine 440");
   const std::string b = Tone("b.mp3", "1 sine 880");
@@ -148,6 +202,9 @@ TEST_F(PlayedSound, APauseAddsNoSound) {
   const std::string a = Tone("a.mp3", "60 sine 440");
   StartPlayer();
   Play({a});
+  player.SendWinampCommand(kPause);
+  EXPECT_EQ(player.GetWinampStatus(), "PAUSED");
+  player.SendWinampCommand(kPlay);
   for (int k = 0; k < 20; ++k) {
     player.SendWinampCommand(kPause);
     player.SendWinampCommand(k % 2 == 0 ? kPlay : kPause);

@@ -90,7 +90,7 @@ int ListeningSocket(bool handed) {
   }
   const std::string path = PlayerSocketPath();
   const PlayerStartLock lock(path);
-  if (OpenFile(ConnectToPlayer(path))) {
+  if (PlayerRuns(path)) {
     std::fprintf(stderr, "tallow-player: one runs already, at %s.\n", path.c_str());
     return -1;
   }
