@@ -14,6 +14,7 @@
 #include "app/tallow.h"
 #include "app/version.h"
 #include "player/player_link.h"
+#include "ui/end_signals.h"
 #include "ui/frm_mdi_form1.h"
 #include "ui/start_up.h"
 
@@ -55,6 +56,11 @@ int Run(int argc, char** argv, const CommandLine& line) {
   if (!system.Main(QtsRuntimeFile())) return 1;
   if (line.exit_after_startup) return 0;
   QApplication::setQuitOnLastWindowClosed(true);
+  const EndSignals end_signals([&frame] {
+    // The music does not outlive the program that steers it.
+    frame.ClosePlayerPanel();
+    QApplication::quit();
+  });
   return QApplication::exec();
 }
 

@@ -35,7 +35,9 @@ add_executable(tallow_core_tests
   util/read_ahead_test.cpp
   util/text_test.cpp)
 if(WIN32)
-  target_sources(tallow_core_tests PRIVATE player/player_link_windows_test.cpp)
+  target_sources(tallow_core_tests PRIVATE
+    player/player_link_windows_test.cpp
+    util/comm_dlgs_windows_test.cpp)
   # What is played with in place of Winamp lies beside the tests.
   add_executable(winamp_stand_in WIN32 tests/winamp_stand_in_windows.cpp)
   target_link_libraries(winamp_stand_in PRIVATE tallow_options)

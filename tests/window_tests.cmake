@@ -12,6 +12,14 @@ add_executable(tallow_window_tests
   ui/message_box_test.cpp
   ui/start_up_test.cpp)
 target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
+if(NOT WIN32)
+  target_sources(tallow_window_tests PRIVATE
+    player/frm_main_winamp_linux_test.cpp
+    ui/end_signals_linux_test.cpp)
+  target_compile_definitions(tallow_window_tests PRIVATE
+    TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
+  add_dependencies(tallow_window_tests tallow-player)
+endif()
 gtest_discover_tests(tallow_window_tests
   PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
 

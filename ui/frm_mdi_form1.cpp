@@ -172,8 +172,12 @@ bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmMDIForm1::closeEvent(QCloseEvent* event) {
-  if (panel_) panel_->close();
+  ClosePlayerPanel();
   event->accept();
+}
+
+void frmMDIForm1::ClosePlayerPanel() {
+  if (panel_) panel_->close();
 }
 
 }  // namespace tallow

@@ -44,6 +44,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
 
   /// The player panel; null when it is not open.
   frmMainWinamp* PlayerPanel() const;
+  /// Closes the player panel, and with it the player.
+  void ClosePlayerPanel();
 
  protected:
   void closeEvent(QCloseEvent* event) override;

@@ -17,6 +17,7 @@ add_library(tallow_ui OBJECT
   jukebox/song_list_model.cpp
   player/frm_main_winamp.cpp
   ui/display_text.cpp
+  ui/end_signals_${platform}.cpp
   ui/frm_mdi_form1.cpp
   ui/message_box.cpp
   ui/start_up.cpp)

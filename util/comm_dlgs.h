@@ -29,6 +29,9 @@ inline constexpr std::int64_t kPathNotFound = 76;
 /// \returns what came of it instead; no value when the date was told
 std::optional<FileProblem> ProblemOfFileDate(const std::string& path);
 
+/// What an error number of the system is as a problem of a file's date.
+FileProblem ProblemOfError(unsigned long error);
+
 /// Whether a file exists, as far as anything can be said against it.
 ///
 /// An absent file, device or path is missing without a message. Any other problem is shown, and the

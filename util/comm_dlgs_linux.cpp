@@ -10,8 +10,11 @@ namespace tallow {
 std::optional<FileProblem> ProblemOfFileDate(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) == 0) return std::nullopt;
-  const int error = errno;
-  const std::string text = std::strerror(error);
+  return ProblemOfError(static_cast<unsigned long>(errno));
+}
+
+FileProblem ProblemOfError(unsigned long error) {
+  const std::string text = std::strerror(static_cast<int>(error));
   switch (error) {
     case ENOENT:
       return FileProblem{kFileNotFound, true, text};
@@ -21,7 +24,7 @@ std::optional<FileProblem> ProblemOfFileDate(const std::string& path) {
     case ENXIO:
       return FileProblem{kDeviceUnavailable, true, text};
     default:
-      return FileProblem{error, false, text};
+      return FileProblem{static_cast<std::int64_t>(error), false, text};
   }
 }
 

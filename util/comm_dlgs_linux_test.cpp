@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -12,6 +13,21 @@
 
 namespace tallow {
 namespace {
+
+TEST(FileCheckOnLinux, ErrorsHaveTheirNumbers) {
+  const std::pair<unsigned long, std::int64_t> absent[] = {
+      {ENOENT, 53}, {ENOTDIR, 76}, {ENODEV, 68}, {ENXIO, 68}};
+  for (const auto& [error, number] : absent) {
+    EXPECT_EQ(ProblemOfError(error).number, number);
+    EXPECT_TRUE(ProblemOfError(error).absent);
+  }
+  for (const unsigned long error :
+       std::initializer_list<unsigned long>{EACCES, EIO, ELOOP, ENAMETOOLONG}) {
+    EXPECT_EQ(ProblemOfError(error).number, static_cast<std::int64_t>(error));
+    EXPECT_FALSE(ProblemOfError(error).absent);
+    EXPECT_EQ(ProblemOfError(error).text, std::strerror(static_cast<int>(error)));
+  }
+}
 
 TEST(FileCheckOnLinux, AFileInAFileIsAPathNotFound) {
   const TempFolder folder;

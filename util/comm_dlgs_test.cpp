@@ -39,14 +39,6 @@ TEST_F(FileCheck, AnAbsentFolderIsMissingWithoutAMessage) {
 
 TEST_F(FileCheck, AnEmptyPathIsMissing) { EXPECT_FALSE(Exists("")); }
 
-#ifdef _WIN32
-TEST_F(FileCheck, ADriveLetterThatDoesNotExistIsMissingWithoutAMessage) {
-  EXPECT_FALSE(Exists("Q:\\Music\\a.mp3"));
-  EXPECT_EQ(ProblemOfFileDate("Q:\\Music\\a.mp3")->number, 76);
-  EXPECT_TRUE(messages.shown.empty());
-}
-#endif
-
 TEST_F(FileCheck, AnyOtherProblemIsShownOncePerCallAndTheFileCountsAsPresent) {
   const std::string path = folder / kImpossibleName;
   const auto problem = ProblemOfFileDate(path);

@@ -10,7 +10,10 @@ std::optional<FileProblem> ProblemOfFileDate(const std::string& path) {
   WIN32_FILE_ATTRIBUTE_DATA data{};
   if (GetFileAttributesExW(ToWidePath(path).c_str(), GetFileExInfoStandard, &data))
     return std::nullopt;
-  const DWORD error = GetLastError();
+  return ProblemOfError(GetLastError());
+}
+
+FileProblem ProblemOfError(unsigned long error) {
   const std::string text = SystemErrorText(error);
   switch (error) {
     case ERROR_FILE_NOT_FOUND:
