@@ -16,6 +16,7 @@ class Tallow;
 class PlayWindows {
  public:
   virtual ~PlayWindows() = default;
+  /// Shows a message box.
   virtual MessageAnswer Show(const Message& message) = 0;
   /// Says in the frame window's status bar what is going on; the empty text ends it.
   virtual void ShowStatus(const std::string& text) = 0;

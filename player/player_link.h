@@ -27,10 +27,12 @@ class PlayerLink {
   /// \returns whether there is a process
   virtual bool Start(const std::string& program) = 0;
 
+  /// Sends a message, see player_messages.h, and gives its answer.
   virtual std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
                             std::int64_t lParam) = 0;
 
   /// Sends a copy-data record.
+  /// \param code what the data is, see kAddFile
   virtual void SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) = 0;
 
   /// A path as the player reads it: on Windows in the system's ANSI code page, by its short (8.3) form

@@ -33,6 +33,8 @@ song() {
 song 'one & two.mp3' --tt 'Grüne Straße' --ta 'Étienne Duval' --id3v1-only
 song 'two.mp3' --tt 'Second' --ta 'Ada Quill' --id3v2-only
 song 'no tag.mp3'
+# A name with a code point that is set aside for no character, which the bus does not take.
+song $'odd \xEF\xBF\xBF.mp3'
 
 failed=false
 # expect WHAT COMMAND... : waits until the command's output is what is expected.
@@ -71,7 +73,14 @@ expect tallow playerctl --list-all
 expect Stopped control status
 expect Tallow get Identity org.mpris.MediaPlayer2.tallow org.mpris.MediaPlayer2
 expect 'boolean false' get CanPlay
-for file in 'one & two.mp3' two.mp3 'no tag.mp3'; do tell 74 0 100 "$work/$file" > /dev/null; done
+# What is told on the bus goes to a file.
+dbus-monitor --session --monitor \
+  "type='signal',sender='org.mpris.MediaPlayer2.tallow',path='/org/mpris/MediaPlayer2'" \
+  > "$work/signals" 2> /dev/null & processes+=($!)
+# told TEXT: waits until a signal has this in it.
+told() { expect "told $1" sh -c 'grep -qF -- "$1" "$2" && echo "told $1"' sh "$1" "$work/signals"; }
+for _ in $(seq 100); do [ -s "$work/signals" ] && break; sleep 0.05; done
+for file in 'one & two.mp3' two.mp3 'no tag.mp3' $'odd \xEF\xBF\xBF.mp3'; do tell 74 0 100 "$work/$file" > /dev/null; done
 expect 'boolean true' get CanPlay
 expect 'boolean true' get CanGoNext
 expect 'boolean false' get CanGoPrevious
@@ -112,13 +121,50 @@ expect "Étienne Duval: Grüne Straße" control metadata --format '{{artist}}: {
 control next
 control next
 expect 'no tag.mp3' control metadata --format '{{artist}}{{title}}'
+control next
+expect 'odd ?.mp3' control metadata --format '{{artist}}{{title}}'
 expect 'boolean false' get CanGoNext
 control next
-expect 'no tag.mp3' control metadata --format '{{artist}}{{title}}'
+expect 'odd ?.mp3' control metadata --format '{{artist}}{{title}}'
+for property in PlaybackStatus Metadata CanGoNext CanGoPrevious CanPlay CanPause CanSeek; do
+  told "string \"$property\""
+done
+told 'string "odd ?.mp3"'
+
+# call METHOD ARGUMENT...: of the player.
+call() {
+  dbus-send --session --print-reply --dest=org.mpris.MediaPlayer2.tallow /org/mpris/MediaPlayer2 \
+    "org.mpris.MediaPlayer2.Player.$1" "${@:2}" > /dev/null
+}
+told member=Seeked
+track=$(control metadata mpris:trackid | tr -d "'")
+call SetPosition objpath:"$track" int64:7000000
+tell 273 40046 0 > /dev/null
+expect Paused control status
+[ "$(tell 1024 0 105)" -ge 7000 ] || { echo "SetPosition was not heard"; failed=true; }
+at=$(tell 1024 0 105)
+call SetPosition objpath:/org/other/track int64:1000000
+call SetPosition objpath:"$track" int64:-5
+call SetPosition objpath:"$track" int64:3600000000
+expect "$at" tell 1024 0 105
+control play
+expect Playing control status
+dbus-send --session --print-reply --dest=org.mpris.MediaPlayer2.tallow /org/mpris/MediaPlayer2 \
+  org.freedesktop.DBus.Properties.Set string:org.mpris.MediaPlayer2.Player string:Rate \
+  variant:double:0 > /dev/null
+expect Paused control status
+expect 'double 1' get Rate
+control play
+expect Playing control status
+if call OpenUri string:file:///etc/hostname 2> /dev/null; then
+  echo "OpenUri was accepted"
+  failed=true
+fi
 
 expect 'double 1' get Volume
 control volume 0.5
 expect 'double 0.501961' get Volume
+told 'string "Volume"'
 control volume 7
 expect 'double 1' get Volume
 tell 1024 51 122 > /dev/null

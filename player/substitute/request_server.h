@@ -46,8 +46,8 @@ class RequestServer {
 
  private:
   struct Connection {
-    Connection(RequestServer& server_, std::uint64_t number_, int descriptor) noexcept
-        : server(server_), number(number_), socket(descriptor) {}
+    Connection(RequestServer& owner, std::uint64_t name, int descriptor) noexcept
+        : server(owner), number(name), socket(descriptor) {}
 
     RequestServer& server;
     const std::uint64_t number;

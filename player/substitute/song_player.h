@@ -60,6 +60,7 @@ class SongPlayer {
   void StopAfterCurrent();
   /// Ends the playing and empties the list.
   void Clear();
+  /// Appends a file to the list.
   void Add(std::string path);
   /// \param ms   from the beginning of the track
   /// \returns whether there is such a place; else nothing happens
@@ -69,14 +70,18 @@ class SongPlayer {
   /// \param balance -127, only left, to 127, only right
   void SetBalance(std::int32_t balance);
 
+  /// As it was told last, not as far as the sound has followed.
   PlayerStatus Status() const noexcept { return status_; }
   /// Where the track is, in ms; -1 when nothing plays.
   std::int64_t Position() const noexcept;
+  /// 0 to 255, see SetVolume.
   std::int32_t Volume() const noexcept { return volume_; }
   /// The track that plays or is paused; the one that Play would start when stopped. Null when the list
   /// is empty.
   const Track* CurrentTrack() const noexcept;
+  /// Whether Next leads anywhere.
   bool HasNext() const noexcept { return current_ + 1 < list_.size(); }
+  /// Whether Previous leads to another track.
   bool HasPrevious() const noexcept { return current_ > 0 && !list_.empty(); }
   /// Tells an entry of the list from all others there ever were; 0 when the list is empty.
   std::uint64_t TrackNumber() const noexcept { return list_.empty() ? 0 : list_[current_].number; }
