@@ -74,6 +74,10 @@ class Folder {
   /// The picture of the folder while it is the one on show.
   std::int32_t SelectedImage() const noexcept { return selected_image_; }
 
+  /// Whether the folder is shown with the folders below it.
+  bool Open() const noexcept { return open_; }
+  void Open(bool open) noexcept { open_ = open; }
+
   /// How deep the folder lies; 0 at top level.
   std::int32_t Level() const noexcept { return level_; }
   /// The folder above; null at top level.
@@ -102,6 +106,7 @@ class Folder {
   std::uint32_t key_ = 0;
   std::int32_t image_ = kClosedFolder;
   std::int32_t selected_image_ = kOpenFolder;
+  bool open_ = false;
   std::int32_t level_ = 0;
   std::int32_t index_ = 0;
   Folder* parent_ = nullptr;

@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace tallow {
+
+class FolderTree;
+class clsMain;
+
+// A jukebox file (*.juk) is JSON in UTF-8:
+//
+//   {"format":"Tallow jukebox","version":1,
+//    "columns":["Name    --        (click to sort)","Key"],
+//    "folders":[
+//   {"key":1,"text":"All Songs","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[1,2,3]},
+//   {"key":2,"text":"Artist","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[]},
+//   {"key":3,"text":"ABBA","image":0,"selectedImage":1,"parent":2,"open":false,"songs":[2]}],
+//    "names":{
+//   "1":"a.mp3",
+//   "2":"b.mp3",
+//   "3":"c.mp3"}}
+//
+// Folders come in the order of the tree, each behind the one above it. "key" is a folder's number in this
+// file, from 1; "parent" is the key of the folder above, 0 at top level. "image" and "selectedImage" are
+// its pictures (see FolderImage), "open" is whether it is shown with the folders below it. "songs" are
+// record numbers of the song library, in list order. "names" has the file name of each song that is used,
+// to find it again should it have got another number. "columns" are the headers of the list. Members of
+// other names are passed over.
+//
+// A file name need not be UTF-8. A byte that is no part of valid UTF-8 stands as the character U+10FE00
+// plus the byte, and so does each byte of a character from U+10FE80 to U+10FEFF.
+
+/// Why a jukebox file cannot be used.
+class JukeboxFileError : public std::runtime_error {
+ public:
+  using std::runtime_error::runtime_error;
+};
+
+/// The version of the format that is written. Older ones would still be read; newer ones are not.
+inline constexpr int kJukeboxVersion = 1;
+
+/// How deep folders may lie in a file: a folder at top level is at level 0.
+inline constexpr std::int32_t kMostLevel = 1000;
+
+/// What a jukebox file holds.
+struct JukeboxContent {
+  struct Folder {
+    std::uint32_t key = 0;
+    std::string text;
+    std::int32_t image = 0;
+    std::int32_t selected_image = 0;
+    std::uint32_t parent = 0;  ///< 0 at top level
+    bool open = false;
+    std::vector<std::int32_t> songs;
+  };
+
+  std::vector<std::string> columns;
+  std::vector<Folder> folders;
+  std::unordered_map<std::int32_t, std::string> names;
+};
+
+/// A jukebox as the bytes of a file.
+std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>& columns,
+                          const clsMain& library);
+
+/// Reads the bytes of a file. What it gives obeys every rule above.
+///
+/// \throws JukeboxFileError
+JukeboxContent DecodeJukebox(std::string_view bytes);
+
+/// Follows songs that have got another number: a record number whose song is present under another file
+/// name becomes that of the only present song of the right name. All others stay.
+void RelinkSongs(JukeboxContent& content, const clsMain& library);
+
+/// Puts folders and songs into a tree, which has to be empty. The songs have no labels yet, and the
+/// pictures of their ranks.
+void FillTree(const JukeboxContent& content, const clsMain& library, FolderTree& tree);
+
+}  // namespace tallow

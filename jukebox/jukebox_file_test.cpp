@@ -1,0 +1,231 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/jukebox_file.h"
+
+#include <random>
+
+#include "jukebox/folder_tree.h"
+#include "tests/library_fixture.h"
+
+namespace tallow {
+namespace {
+
+using namespace std::string_literals;
+
+class JukeboxFile : public LibraryTest {
+ protected:
+  std::string Encode() const { return EncodeJukebox(tree, columns, library); }
+  /// What is wrong with a file; empty when nothing is.
+  static std::string ProblemOf(const std::string& bytes) {
+    try {
+      DecodeJukebox(bytes);
+    } catch (const JukeboxFileError& error) {
+      return error.what();
+    }
+    return {};
+  }
+  /// A file around members of its own.
+  static std::string File(const std::string& folders, const std::string& more = "") {
+    return R"({"format":"Tallow jukebox","version":1,"columns":[],"folders":[)" + folders +
+           R"(],"names":{})" + more + "}";
+  }
+  static std::string FolderText(int key, int parent, const std::string& songs = "") {
+    return R"({"key":)" + std::to_string(key) +
+           R"(,"text":"x","image":0,"selectedImage":1,"parent":)" + std::to_string(parent) +
+           R"(,"open":false,"songs":[)" + songs + "]}";
+  }
+  /// A tree as text: a line a folder.
+  static std::string Describe(const FolderTree& tree) {
+    std::string text;
+    for (std::int32_t k = 0; k < tree.Children(); ++k) Describe(tree.ChildAt(k), text);
+    return text;
+  }
+  static void Describe(const Folder& folder, std::string& to) {
+    to += std::to_string(folder.Level()) + " '" + folder.Text() + "' " +
+          std::to_string(folder.Image()) + " " + std::to_string(folder.SelectedImage()) +
+          (folder.Open() ? " open" : " closed");
+    for (const SongEntry& entry : folder.Items())
+      to += " " + std::to_string(entry.SubItem()) + "/" + std::to_string(entry.Icon());
+    to += "\n";
+    for (std::int32_t k = 0; k < folder.Children(); ++k) Describe(folder.ChildAt(k), to);
+  }
+
+  FolderTree tree;
+  std::vector<std::string> columns{"Name    --        (click to sort)", "Key"};
+};
+
+TEST_F(JukeboxFile, IsWrittenAsItIsDocumented) {
+  for (const char* const name : {"a.mp3", "b.mp3", "c.mp3"}) AddSong("/m/", name);
+  Folder& all = tree.AddChild(nullptr, "All Songs");
+  for (const int song : {1, 2, 3}) all.Items().emplace_back(song, 2);
+  all.Open(true);
+  Folder& artist = tree.AddChild(nullptr, "Artist");
+  artist.Open(true);
+  tree.AddChild(&artist, "ABBA").Items().emplace_back(2, 2);
+  const std::string expected = R"json({"format":"Tallow jukebox","version":1,
+"columns":["Name    --        (click to sort)","Key"],
+"folders":[
+{"key":1,"text":"All Songs","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[1,2,3]},
+{"key":2,"text":"Artist","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[]},
+{"key":3,"text":"ABBA","image":0,"selectedImage":1,"parent":2,"open":false,"songs":[2]}],
+"names":{
+"1":"a.mp3",
+"2":"b.mp3",
+"3":"c.mp3"}}
+)json";
+  EXPECT_EQ(Encode(), expected);
+}
+
+TEST_F(JukeboxFile, AnEmptyJukeboxComesBackEmpty) {
+  const JukeboxContent content = DecodeJukebox(Encode());
+  EXPECT_EQ(content.columns, columns);
+  EXPECT_TRUE(content.folders.empty());
+  EXPECT_TRUE(content.names.empty());
+}
+
+TEST_F(JukeboxFile, AnyTextComesBack) {
+  const std::string texts[] = {"",
+                               "a\0b\0"s,
+                               "[x] {y} \"z\" \\ /",
+                               "line\r\nbreak\t\x01\x7F",
+                               "caf\xE9 \xFF\xFE",
+                               "Ünïcödé 曲 \U0001F3B5",
+                               "\xEF\xBB\xBF",
+                               "\U0010FE80 \U0010FEFF \U0010FE7F \U0010FF00",
+                               "\xF4\x8F\xBA",
+                               "\xED\xA0\x80"};
+  for (const std::string& text : texts) {
+    tree.AddChild(nullptr, text);
+    AddSong("/m/", text);
+    tree.ChildAt(0).Items().emplace_back(library.UBoundOfMp3Array(), 2);
+  }
+  columns.assign(std::begin(texts), std::end(texts));
+  const std::string bytes = Encode();
+  EXPECT_TRUE(bytes.find('\0') == std::string::npos);
+  const JukeboxContent content = DecodeJukebox(bytes);
+  EXPECT_EQ(content.columns, columns);
+  for (std::size_t k = 0; k < std::size(texts); ++k) {
+    EXPECT_EQ(content.folders[k].text, texts[k]);
+    EXPECT_EQ(content.names.at(static_cast<std::int32_t>(k + 1)), texts[k]);
+  }
+}
+
+TEST_F(JukeboxFile, RandomTreesComeBack) {
+  for (int k = 0; k < 50; ++k)
+    AddSong("/m/", std::to_string(k) + ".mp3", "1", std::to_string(2 + k % 6));
+  std::mt19937 random(7);
+  for (int round = 0; round < 50; ++round) {
+    FolderTree some;
+    std::vector<Folder*> folders{nullptr};
+    for (auto n = random() % 60; n > 0; --n) {
+      std::string text(random() % 6, '\0');
+      for (char& c : text) c = static_cast<char>(random());
+      Folder& folder = some.AddChild(folders[random() % folders.size()], text,
+                                     static_cast<std::int32_t>(random() % 4),
+                                     static_cast<std::int32_t>(random() % 4));
+      folder.Open(random() % 2 == 0);
+      for (auto songs = random() % 8; songs > 0; --songs) {
+        const auto song = static_cast<std::int32_t>(random() % 55);
+        const bool has_row = song >= 1 && song <= 50;
+        folder.Items().emplace_back(song, has_row ? 2 + (song - 1) % 6 : 0);
+      }
+      folders.push_back(&folder);
+    }
+    const std::string bytes = EncodeJukebox(some, columns, library);
+    FolderTree again;
+    FillTree(DecodeJukebox(bytes), library, again);
+    ASSERT_EQ(Describe(again), Describe(some));
+    ASSERT_EQ(EncodeJukebox(again, columns, library), bytes);
+  }
+}
+
+TEST_F(JukeboxFile, FilesThatAreNoJukeboxAreRefused) {
+  EXPECT_EQ(ProblemOf(""), "at byte 1 it is damaged or cut off");
+  EXPECT_EQ(ProblemOf("hello"), "at byte 1 it is damaged or cut off");
+  for (const char* const other : {"{}", "[]", "[[[[", "1", "\"x\"", "null", "true", "1.5",
+                                  R"({"format":"Tallow jukebox"})", R"({"version":1})"})
+    EXPECT_NE(ProblemOf(other), "") << other;
+  EXPECT_EQ(ProblemOf(R"({"format":"playlist","version":1})"), "it is no jukebox");
+  EXPECT_EQ(ProblemOf(R"({"format":"Tallow jukebox","version":2})"),
+            "it was written by a newer Tallow (format 2)");
+  EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":0})"), "");
+  EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":"1"})"), "");
+  EXPECT_NE(ProblemOf(R"({"format":7,"version":1})"), "");
+}
+
+TEST_F(JukeboxFile, EveryCutIsNoticed) {
+  AddSong("/m/", "a.mp3");
+  tree.AddChild(nullptr, "All Songs").Items().emplace_back(1, 2);
+  const std::string bytes = Encode();
+  ASSERT_EQ(ProblemOf(bytes), "");
+  // But for the line break at the end.
+  for (std::size_t length = 0; length + 1 < bytes.size(); ++length)
+    EXPECT_NE(ProblemOf(bytes.substr(0, length)), "") << length;
+}
+
+TEST_F(JukeboxFile, FoldersHaveToMakeATree) {
+  EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(2, 1))), "");
+  EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(1, 0))),
+            "the folder 'x' has the key of another one");
+  const std::string lost = "the folder 'x' lies in one that is not there before it";
+  EXPECT_EQ(ProblemOf(File(FolderText(1, 7))), lost);
+  EXPECT_EQ(ProblemOf(File(FolderText(1, 1))), lost);
+  EXPECT_EQ(ProblemOf(File(FolderText(1, 2) + "," + FolderText(2, 1))), lost);
+}
+
+TEST_F(JukeboxFile, FoldersMayLieAThousandDeepAndNoDeeper) {
+  std::string folders = FolderText(1, 0);
+  for (int key = 2; key <= 1001; ++key) folders += "," + FolderText(key, key - 1);
+  EXPECT_EQ(ProblemOf(File(folders)), "");
+  EXPECT_EQ(ProblemOf(File(folders + "," + FolderText(1002, 1001))),
+            "the folder 'x' lies too deep");
+}
+
+TEST_F(JukeboxFile, MembersAreWhatTheyHaveToBe) {
+  EXPECT_EQ(ProblemOf(File(R"({"key":1,"text":"x","parent":0,"open":false})")),
+            "folder 1 is not complete");
+  EXPECT_EQ(ProblemOf(File("{}")), "folder 1 is not complete");
+  for (const char* const wrong :
+       {R"({"key":0})", R"({"key":-1})", R"({"key":"1"})", R"({"key":1.5})",
+        R"({"key":4294967296})", R"({"key":99999999999999999999})", R"({"parent":-1})",
+        R"({"text":1})", R"({"text":null})", R"({"open":1})", R"({"songs":1})",
+        R"({"songs":["1"]})", R"({"songs":[2147483648]})", R"({"songs":[1.0]})", "7", "\"x\"",
+        "null"})
+    EXPECT_NE(ProblemOf(File(wrong)), "") << wrong;
+  EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":1,"columns":[1]})"), "");
+  EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":1,"columns":7})"), "");
+  EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":1,"names":{"x":"a"}})"), "");
+  EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":1,"names":{"1":2}})"), "");
+}
+
+TEST_F(JukeboxFile, MembersOfOtherNamesArePassedOver) {
+  const std::string more =
+      R"(,"later":{"a":[1,[2,{"b":null}],true,1.5,"x"],"folders":[{"key":9}]},"also":3)";
+  const JukeboxContent content = DecodeJukebox(File(FolderText(1, 0, "4,5"), more));
+  ASSERT_EQ(content.folders.size(), 1U);
+  EXPECT_EQ(content.folders[0].songs, (std::vector<std::int32_t>{4, 5}));
+}
+
+TEST_F(JukeboxFile, DeepNestingOfOtherMembersDoesNotHurt) {
+  const std::string deep = std::string(200000, '[') + std::string(200000, ']');
+  EXPECT_EQ(ProblemOf(File("", ",\"later\":" + deep)), "");
+  EXPECT_NE(ProblemOf(std::string(200000, '[')), "");
+}
+
+TEST_F(JukeboxFile, ASongWithAnotherNumberIsFoundByItsName) {
+  AddSong("/m/", "now another.mp3");
+  AddSong("/m/", "a.mp3");
+  AddSong("/m/", "twice.mp3");
+  AddSong("/n/", "twice.mp3");
+  AddSong("/m/", "gone.mp3", "0");
+  AddSong("/m/", "kept.mp3");
+  JukeboxContent content;
+  content.names = {{1, "a.mp3"}, {2, "twice.mp3"}, {3, "nowhere.mp3"},
+                   {5, "a.mp3"}, {6, "kept.mp3"},  {99, "a.mp3"}};
+  content.folders.emplace_back().songs = {1, 2, 3, 4, 5, 6, 99, 1, -1};
+  RelinkSongs(content, library);
+  // 2 could be either, 3 is nowhere, the row of 5 is missing, 99 has none.
+  EXPECT_EQ(content.folders[0].songs, (std::vector<std::int32_t>{2, 2, 3, 4, 5, 6, 99, 2, -1}));
+}
+
+}  // namespace
+}  // namespace tallow
