@@ -11,6 +11,24 @@ Folder* Folder::Next() const noexcept {
   return next < above.children_.size() ? above.children_[next].get() : nullptr;
 }
 
+bool Folder::Holds(const Folder& folder) const noexcept {
+  for (const Folder* above = &folder; above != nullptr; above = above->parent_)
+    if (above == this) return true;
+  return false;
+}
+
+std::int32_t Folder::Height() const noexcept {
+  std::int32_t height = 0;
+  for (const auto& child : children_) height = std::max(height, child->Height() + 1);
+  return height;
+}
+
+std::int32_t Folder::CountAll() const noexcept {
+  std::int32_t count = 1;
+  for (const auto& child : children_) count += child->CountAll();
+  return count;
+}
+
 FolderTree::FolderTree() : root_(new Folder) {}
 FolderTree::~FolderTree() = default;
 
@@ -31,6 +49,80 @@ Folder& FolderTree::AddChild(Folder* parent, std::string_view text, std::int32_t
   ++count_;
   if (observer_ != nullptr) observer_->AfterAdd();
   return *above.children_.back();
+}
+
+DetachedFolder FolderTree::Take(Folder& folder) {
+  if (observer_ != nullptr) observer_->BeforeRemove(folder);
+  auto& siblings = Siblings(folder.parent_).children_;
+  const auto place = siblings.begin() + folder.index_;
+  DetachedFolder taken = std::move(*place);
+  siblings.erase(place);
+  for (auto k = static_cast<std::size_t>(taken->index_); k < siblings.size(); ++k)
+    siblings[k]->index_ = static_cast<std::int32_t>(k);
+  count_ -= taken->CountAll();
+  taken->parent_ = nullptr;
+  if (observer_ != nullptr) observer_->AfterRemove();
+  return taken;
+}
+
+void FolderTree::Attach(Folder& folder, Folder* parent) {
+  folder.tree_ = this;
+  folder.parent_ = parent;
+  folder.level_ = parent != nullptr ? parent->level_ + 1 : 0;
+  for (const auto& child : folder.children_) Attach(*child, &folder);
+}
+
+Folder& FolderTree::Put(DetachedFolder folder, Folder* parent, std::int32_t index) {
+  if (observer_ != nullptr) observer_->BeforeAdd(parent, index);
+  auto& siblings = Siblings(parent).children_;
+  Folder& put = *folder;
+  Attach(put, parent);
+  siblings.insert(siblings.begin() + index, std::move(folder));
+  for (auto k = static_cast<std::size_t>(index); k < siblings.size(); ++k)
+    siblings[k]->index_ = static_cast<std::int32_t>(k);
+  count_ += put.CountAll();
+  if (observer_ != nullptr) observer_->AfterAdd();
+  return put;
+}
+
+DetachedFolder FolderTree::CopyBelow(const Folder& folder) {
+  DetachedFolder copy(new Folder);
+  copy->key_ = ++last_key_;
+  copy->image_ = folder.image_;
+  copy->selected_image_ = folder.selected_image_;
+  copy->open_ = folder.open_;
+  copy->index_ = folder.index_;
+  copy->text_ = folder.text_;
+  copy->items_ = folder.items_;
+  // The list of a copy is not on show.
+  for (SongEntry& entry : copy->items_) entry.LabelPosition(0);
+  for (const auto& child : folder.children_) copy->children_.push_back(CopyBelow(*child));
+  return copy;
+}
+
+DetachedFolder FolderTree::Copy(const Folder& folder) { return CopyBelow(folder); }
+
+void FolderTree::Rename(Folder& folder, std::string_view text) {
+  folder.text_ = text;
+  if (observer_ != nullptr) observer_->Renamed(folder);
+}
+
+void FolderTree::Reorder(Folder* parent, const std::vector<std::int32_t>& order) {
+  if (observer_ != nullptr) observer_->BeforeReorder(parent);
+  auto& siblings = Siblings(parent).children_;
+  std::vector<std::unique_ptr<Folder>> reordered;
+  reordered.reserve(siblings.size());
+  for (const std::int32_t place : order) {
+    reordered.push_back(std::move(siblings.at(static_cast<std::size_t>(place))));
+    reordered.back()->index_ = static_cast<std::int32_t>(reordered.size()) - 1;
+  }
+  siblings = std::move(reordered);
+  if (observer_ != nullptr) observer_->AfterReorder();
+}
+
+bool FolderTree::HasRoomBelow(const Folder* parent, const Folder& folder) noexcept {
+  const std::int32_t level = parent != nullptr ? parent->level_ + 1 : 0;
+  return level + folder.Height() <= kMostLevel;
 }
 
 Folder* FolderTree::Find(std::string_view text, const Folder* below) const noexcept {

@@ -78,6 +78,13 @@ class Folder {
   bool Open() const noexcept { return open_; }
   void Open(bool open) noexcept { open_ = open; }
 
+  /// Whether a folder is this one or lies anywhere below it.
+  bool Holds(const Folder& folder) const noexcept;
+  /// How many levels of folders there are below; 0 for none.
+  std::int32_t Height() const noexcept;
+  /// How many folders this one and those below it are.
+  std::int32_t CountAll() const noexcept;
+
   /// How deep the folder lies; 0 at top level.
   std::int32_t Level() const noexcept { return level_; }
   /// The folder above; null at top level.
@@ -124,11 +131,27 @@ class FolderTreeObserver {
   /// \param index  the new folder's place among its siblings, from 0
   virtual void BeforeAdd(const Folder* parent, std::int32_t index) = 0;
   virtual void AfterAdd() = 0;
+  /// \param folder goes, with all below it
+  virtual void BeforeRemove(const Folder& folder) = 0;
+  virtual void AfterRemove() = 0;
+  virtual void Renamed(const Folder& folder) = 0;
+  /// The folders below one, or at top level, come in another order. They keep their addresses.
+  /// \param parent null at top level
+  virtual void BeforeReorder(const Folder* parent) = 0;
+  virtual void AfterReorder() = 0;
 };
+
+/// How deep a folder may lie: one at top level is at level 0. It bounds what a file of a jukebox may ask
+/// for, so no tree may get any deeper.
+inline constexpr std::int32_t kMostLevel = 1000;
+
+/// A folder, with all below it, that is in no tree.
+using DetachedFolder = std::unique_ptr<Folder>;
 
 /// The folders of one jukebox.
 ///
-/// Cost: adding a folder is O(1).
+/// Cost: adding a folder behind its siblings is O(1); all else in the middle of siblings costs their
+/// number.
 class FolderTree {
  public:
   FolderTree();
@@ -143,6 +166,29 @@ class FolderTree {
   /// \param selected_image picture of the folder while it is on show
   Folder& AddChild(Folder* parent, std::string_view text, std::int32_t image = kClosedFolder,
                    std::int32_t selected_image = kOpenFolder);
+
+  /// Takes a folder out of the tree, with all below it.
+  DetachedFolder Take(Folder& folder);
+
+  /// Puts a folder into the tree that was taken out of it, or is a copy made for it.
+  ///
+  /// \param parent null for top level
+  /// \param index  its place among its new siblings, 0 to their number
+  Folder& Put(DetachedFolder folder, Folder* parent, std::int32_t index);
+
+  /// A copy of a folder with all below it, of this tree or another one, with keys of this tree.
+  DetachedFolder Copy(const Folder& folder);
+
+  void Rename(Folder& folder, std::string_view text);
+
+  /// Puts the folders below one, or at top level, into another order.
+  ///
+  /// \param order their present places, each once, in their new order
+  void Reorder(Folder* parent, const std::vector<std::int32_t>& order);
+
+  /// Whether a folder may be put below another one without lying deeper than kMostLevel.
+  /// \param parent null for top level
+  static bool HasRoomBelow(const Folder* parent, const Folder& folder) noexcept;
 
   /// The first folder of exactly this text at top level, or directly below a folder; null when
   /// there is none.
@@ -160,6 +206,11 @@ class FolderTree {
 
  private:
   friend class Folder;
+
+  Folder& Siblings(Folder* parent) const noexcept { return parent != nullptr ? *parent : *root_; }
+  DetachedFolder CopyBelow(const Folder& folder);
+  void Attach(Folder& folder, Folder* parent);
+
   std::unique_ptr<Folder> root_;  ///< holds the top level; never handed out
   std::uint32_t last_key_ = 0;
   std::int32_t count_ = 0;

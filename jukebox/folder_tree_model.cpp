@@ -64,4 +64,34 @@ void FolderTreeModel::BeforeAdd(const Folder* parent, std::int32_t index) {
 
 void FolderTreeModel::AfterAdd() { endInsertRows(); }
 
+void FolderTreeModel::BeforeRemove(const Folder& folder) {
+  if (shown_ != nullptr && folder.Holds(*shown_)) shown_ = nullptr;
+  beginRemoveRows(parent(IndexOf(folder)), folder.Index(), folder.Index());
+}
+
+void FolderTreeModel::AfterRemove() { endRemoveRows(); }
+
+void FolderTreeModel::Renamed(const Folder& folder) {
+  emit dataChanged(IndexOf(folder), IndexOf(folder), {Qt::DisplayRole});
+}
+
+void FolderTreeModel::BeforeReorder(const Folder* above) {
+  const QModelIndex parent_index = above != nullptr ? IndexOf(*above) : QModelIndex();
+  emit layoutAboutToBeChanged({parent_index});
+  reordered_.clear();
+  reordered_folders_.clear();
+  for (const QModelIndex& held : persistentIndexList())
+    if (held.isValid() && FolderOf(held)->Parent() == above) {
+      reordered_.append(held);
+      reordered_folders_.append(FolderOf(held));
+    }
+}
+
+void FolderTreeModel::AfterReorder() {
+  QModelIndexList now;
+  for (const Folder* const folder : reordered_folders_) now.append(IndexOf(*folder));
+  changePersistentIndexList(reordered_, now);
+  emit layoutChanged();
+}
+
 }  // namespace tallow

@@ -31,10 +31,17 @@ class FolderTreeModel : public QAbstractItemModel, private FolderTreeObserver {
  private:
   void BeforeAdd(const Folder* parent, std::int32_t index) override;
   void AfterAdd() override;
+  void BeforeRemove(const Folder& folder) override;
+  void AfterRemove() override;
+  void Renamed(const Folder& folder) override;
+  void BeforeReorder(const Folder* parent) override;
+  void AfterReorder() override;
 
   FolderTree& tree_;
   const Folder* shown_ = nullptr;
-  QIcon images_[2];  ///< by FolderImage
+  QModelIndexList reordered_;  ///< what views hold of the folders that are being reordered
+  QList<const Folder*> reordered_folders_;  ///< the folders of these
+  QIcon images_[2];                         ///< by FolderImage
 };
 
 }  // namespace tallow

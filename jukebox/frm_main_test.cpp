@@ -89,8 +89,22 @@ TEST_F(FrmMain, TheModelsKeepTheirPromises) {
   window.show();
   window.ShowJukebox();
   ClickHeader();
-  AddFolder("B", {});
+  Folder& b = AddFolder("B", {});
   EXPECT_EQ(Tree().model()->rowCount(), 2);
+  FolderTree& tree = window.Jukebox().Nodes();
+  tree.Put(tree.Copy(above), &b, 0);
+  tree.Rename(b, "C");
+  EXPECT_TRUE(IndexOf(Tree(), "C/A/A1").isValid());
+  // Whoever holds a folder by its index still holds the same one in another order.
+  const QPersistentModelIndex held = IndexOf(Tree(), "C/A");
+  const QPersistentModelIndex held_above = IndexOf(Tree(), "A");
+  tree.Reorder(nullptr, {1, 0});
+  EXPECT_EQ(held.data().toString(), "A");
+  EXPECT_EQ(held_above.row(), 1);
+  EXPECT_EQ(held.parent().row(), 0);
+  tree.Take(b);
+  EXPECT_FALSE(held.isValid());
+  EXPECT_EQ(Tree().model()->rowCount(), 1);
 }
 
 TEST_F(FrmMain, TheCaptionIsTheWindowsTitle) {

@@ -45,9 +45,6 @@ class JukeboxFileError : public std::runtime_error {
 /// The version of the format that is written. Older ones would still be read; newer ones are not.
 inline constexpr int kJukeboxVersion = 1;
 
-/// How deep folders may lie in a file: a folder at top level is at level 0.
-inline constexpr std::int32_t kMostLevel = 1000;
-
 /// What a jukebox file holds.
 struct JukeboxContent {
   struct Folder {
