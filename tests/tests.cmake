@@ -14,7 +14,9 @@ add_executable(tallow_core_tests
   jukebox/jukebox_file_test.cpp
   jukebox/jukebox_test.cpp
   jukebox/play_commands_test.cpp
+  jukebox/ranking_test.cpp
   jukebox/sorting_test.cpp
+  jukebox/special_folders_test.cpp
   library/cls_main_test.cpp
   library/duplicate_removal_test.cpp
   library/library_file_test.cpp

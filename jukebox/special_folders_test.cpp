@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/special_folders.h"
+
+#include <gtest/gtest.h>
+
+#include "jukebox/folder_tree.h"
+
+namespace tallow {
+namespace {
+
+constexpr const char* kTopLevel[] = {"All Songs", "Artist", "Genre", "Decades", "Year", "New"};
+constexpr const char* kDecadeNames[] = {"20's", "30's", "40's", "50's", "60's",
+                                        "70's", "80's", "90's", "00's"};
+
+TEST(SpecialFolders, AreTheSixAtTopLevel) {
+  FolderTree tree;
+  for (const char* const text : kTopLevel) EXPECT_FALSE(OkToDelete(tree.AddChild(nullptr, text)));
+  for (const char* const text : {"all songs", "ARTIST", "Artist ", "Years", "", "20's", "By Mood"})
+    EXPECT_TRUE(OkToDelete(tree.AddChild(nullptr, text))) << text;
+}
+
+TEST(SpecialFolders, AreOrdinaryBelowAnotherFolder) {
+  FolderTree tree;
+  Folder& mine = tree.AddChild(nullptr, "Mine");
+  for (const char* const text : kTopLevel) EXPECT_TRUE(OkToDelete(tree.AddChild(&mine, text)));
+  for (const char* const text : kDecadeNames) EXPECT_TRUE(OkToDelete(tree.AddChild(&mine, text)));
+}
+
+TEST(SpecialFolders, AreTheNineDecadesDirectlyBelowDecades) {
+  FolderTree tree;
+  Folder& decades = tree.AddChild(nullptr, "Decades");
+  for (const char* const text : kDecadeNames) {
+    Folder& decade = tree.AddChild(&decades, text);
+    EXPECT_FALSE(OkToDelete(decade));
+    EXPECT_TRUE(OkToDelete(tree.AddChild(&decade, text)));
+  }
+  for (const char* const text : {"10's", "1980", "80s"})
+    EXPECT_TRUE(OkToDelete(tree.AddChild(&decades, text))) << text;
+  // A folder "Decades" of the user's, one level deeper, has none.
+  Folder& deeper = tree.AddChild(&tree.AddChild(nullptr, "Mine"), "Decades");
+  EXPECT_TRUE(OkToDelete(tree.AddChild(&deeper, "80's")));
+}
+
+TEST(SpecialFolders, AllSongsIsTheOneAtTopLevel) {
+  FolderTree tree;
+  EXPECT_TRUE(IsAllSongs(tree.AddChild(nullptr, "All Songs")));
+  Folder& mine = tree.AddChild(nullptr, "New");
+  EXPECT_FALSE(IsAllSongs(mine));
+  EXPECT_FALSE(IsAllSongs(tree.AddChild(&mine, "All Songs")));
+}
+
+}  // namespace
+}  // namespace tallow
