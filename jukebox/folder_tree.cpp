@@ -2,6 +2,7 @@
 #include "jukebox/folder_tree.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tallow {
 
@@ -101,6 +102,16 @@ DetachedFolder FolderTree::CopyBelow(const Folder& folder) {
 }
 
 DetachedFolder FolderTree::Copy(const Folder& folder) { return CopyBelow(folder); }
+
+void FolderTree::Swap(FolderTree& other) {
+  if (observer_ != nullptr) observer_->BeforeReset();
+  std::swap(root_, other.root_);
+  std::swap(last_key_, other.last_key_);
+  std::swap(count_, other.count_);
+  for (FolderTree* const tree : {this, &other})
+    for (const auto& folder : tree->root_->children_) tree->Attach(*folder, nullptr);
+  if (observer_ != nullptr) observer_->AfterReset();
+}
 
 void FolderTree::Rename(Folder& folder, std::string_view text) {
   folder.text_ = text;

@@ -135,6 +135,9 @@ class FolderTreeObserver {
   virtual void BeforeRemove(const Folder& folder) = 0;
   virtual void AfterRemove() = 0;
   virtual void Renamed(const Folder& folder) = 0;
+  /// Everything is replaced.
+  virtual void BeforeReset() = 0;
+  virtual void AfterReset() = 0;
   /// The folders below one, or at top level, come in another order. They keep their addresses.
   /// \param parent null at top level
   virtual void BeforeReorder(const Folder* parent) = 0;
@@ -178,6 +181,10 @@ class FolderTree {
 
   /// A copy of a folder with all below it, of this tree or another one, with keys of this tree.
   DetachedFolder Copy(const Folder& folder);
+
+  /// Takes over all folders of another tree, which gets those of this one. Only this one's observer is
+  /// told.
+  void Swap(FolderTree& other);
 
   void Rename(Folder& folder, std::string_view text);
 

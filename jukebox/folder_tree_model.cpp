@@ -75,6 +75,13 @@ void FolderTreeModel::Renamed(const Folder& folder) {
   emit dataChanged(IndexOf(folder), IndexOf(folder), {Qt::DisplayRole});
 }
 
+void FolderTreeModel::BeforeReset() {
+  beginResetModel();
+  shown_ = nullptr;
+}
+
+void FolderTreeModel::AfterReset() { endResetModel(); }
+
 void FolderTreeModel::BeforeReorder(const Folder* above) {
   const QModelIndex parent_index = above != nullptr ? IndexOf(*above) : QModelIndex();
   emit layoutAboutToBeChanged({parent_index});

@@ -34,6 +34,8 @@ class FolderTreeModel : public QAbstractItemModel, private FolderTreeObserver {
   void BeforeRemove(const Folder& folder) override;
   void AfterRemove() override;
   void Renamed(const Folder& folder) override;
+  void BeforeReset() override;
+  void AfterReset() override;
   void BeforeReorder(const Folder* parent) override;
   void AfterReorder() override;
 

@@ -67,6 +67,8 @@ TEST(FolderTree, AnObserverIsToldBeforeAndAfter) {
     void BeforeRemove(const Folder& folder) override { log += "-" + folder.Text(); }
     void AfterRemove() override { log += "."; }
     void Renamed(const Folder& folder) override { log += "=" + folder.Text(); }
+    void BeforeReset() override { log += "!"; }
+    void AfterReset() override { log += "."; }
     void BeforeReorder(const Folder* parent) override {
       log += "~" + (parent != nullptr ? parent->Text() : std::string());
     }
@@ -89,6 +91,14 @@ TEST(FolderTree, AnObserverIsToldBeforeAndAfter) {
   EXPECT_EQ(observer.log, "=A+~A+.-A+.");
   tree.Put(std::move(taken), nullptr, 0);
   EXPECT_EQ(observer.before.size(), 4U);
+  FolderTree other;
+  other.AddChild(&other.AddChild(nullptr, "X"), "Y");
+  tree.Swap(other);
+  EXPECT_TRUE(observer.log.ends_with("!."));
+  EXPECT_EQ(tree.Count(), 2);
+  EXPECT_EQ(tree.ChildAt(0).Child()->Text(), "Y");
+  EXPECT_EQ(tree.ChildAt(0).Next(), nullptr);
+  EXPECT_EQ(other.ChildAt(0).Text(), "A+");
 }
 
 /// A tree as text: "A(B,C),D".

@@ -3,8 +3,12 @@
 
 #include <span>
 
+#include "jukebox/jukebox_file.h"
 #include "jukebox/sorting.h"
 #include "library/cls_main.h"
+#include "util/atomic_file.h"
+#include "util/errors.h"
+#include "util/file_system.h"
 #include "util/quicksort.h"
 
 namespace tallow {
@@ -82,6 +86,49 @@ void Jukebox::NameColumnHeader(std::string_view text) {
   if (headers_.empty()) headers_.emplace_back();
   headers_.front() = text;
   if (view_ != nullptr) view_->HeadersChanged();
+}
+
+bool Jukebox::Save(const std::string& path, const clsMain& library) {
+  const std::string bytes = EncodeJukebox(tree_, headers_, library);
+  try {
+    const auto before = ReadWholeFile(path);
+    if (before && *before == bytes) return true;
+    if (before) KeepBackup(path);
+    WriteFileAtomically(path, bytes);
+  } catch (const FileError& error) {
+    file_problem_ = "The jukebox could not be saved. " + std::string(error.what()) +
+                    ". Save it in another folder, or mend this and save again.";
+    return false;
+  }
+  return true;
+}
+
+bool Jukebox::Load(const std::string& path, const clsMain& library) {
+  try {
+    const auto bytes = ReadWholeFile(path);
+    if (!bytes) throw FileError(path, "the file is gone");
+    JukeboxContent content = DecodeJukebox(*bytes);
+    RelinkSongs(content, library);
+    FolderTree loaded;
+    FillTree(content, library, loaded);
+    selected_ = nullptr;
+    sort_state_ = 0;
+    tree_.Swap(loaded);
+    headers_ = std::move(content.columns);
+  } catch (const FileError& error) {
+    file_problem_ = "The jukebox could not be opened. " + std::string(error.what()) + ".";
+    return false;
+  } catch (const JukeboxFileError& error) {
+    file_problem_ = "The jukebox could not be opened. " + path + ": " + error.what() +
+                    ". The jukebox as it was saved before may be in the file of the same name with "
+                    ".bak behind it.";
+    return false;
+  }
+  if (view_ != nullptr) {
+    view_->HeadersChanged();
+    view_->ListChanged();
+  }
+  return true;
 }
 
 void Jukebox::ShowFolder(Folder& folder, const clsMain& library, std::int64_t& folder_changes) {

@@ -60,6 +60,21 @@ class Jukebox {
   const std::vector<std::string>& ColumnHeaders() const noexcept { return headers_; }
   void AddColumnHeader(std::string_view text);
 
+  /// Writes the jukebox to a file, replacing it atomically. One that is there and has other content is
+  /// kept as ".bak" beside it.
+  ///
+  /// \returns true on success; else FileProblem() says why not, and the old file stands
+  bool Save(const std::string& path, const clsMain& library);
+
+  /// Takes folders, songs and columns from a file. No folder is on show then, and the songs follow those
+  /// that have got another number in the library, see RelinkSongs.
+  ///
+  /// \returns true on success; else FileProblem() says why not, and nothing has changed
+  bool Load(const std::string& path, const clsMain& library);
+
+  /// Why the last Save or Load failed: the file, what is the matter and what to do.
+  const std::string& FileProblem() const noexcept { return file_problem_; }
+
   /// The folder on show; null when none is.
   Folder* selectednode() const noexcept { return selected_; }
 
@@ -98,6 +113,7 @@ class Jukebox {
   Folder* selected_ = nullptr;
   int sort_state_ = 0;
   JukeboxView* view_ = nullptr;
+  std::string file_problem_;
 };
 
 /// The text of an entry: its record number, or once labelled its position, ".  " and its file name.

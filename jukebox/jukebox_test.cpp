@@ -169,5 +169,69 @@ TEST_F(JukeboxTest, AViewIsToldWhatChanged) {
   jukebox.SetView(nullptr);
 }
 
+class SavedJukebox : public LibraryTest {
+ protected:
+  SavedJukebox() {
+    for (const char* const name : {"a.mp3", "b.mp3"}) AddSong("/m/", name);
+    jukebox.AddColumnHeader(kNameHeader);
+    jukebox.AddColumnHeader(kKeyHeader);
+    Folder& one = jukebox.Nodes().AddChild(nullptr, "one");
+    one.Items().emplace_back(2, 2);
+    jukebox.Nodes().AddChild(&one, "inner").Items().emplace_back(1, 2);
+  }
+
+  Jukebox jukebox;
+  TempFolder folder;
+  const std::string path = folder / "mix.juk";
+};
+
+TEST_F(SavedJukebox, ComesBack) {
+  ASSERT_TRUE(jukebox.Save(path, library));
+  Jukebox other;
+  other.Nodes().AddChild(nullptr, "before");
+  std::int64_t changes = 0;
+  other.ShowFolder(other.Nodes().ChildAt(0), library, changes);
+  ASSERT_TRUE(other.Load(path, library));
+  EXPECT_EQ(other.Nodes().Count(), 2);
+  EXPECT_EQ(other.Nodes().ChildAt(0).Text(), "one");
+  EXPECT_EQ(other.Nodes().ChildAt(0).Child()->Items()[0].SubItem(), 1);
+  EXPECT_EQ(other.ColumnHeaders(), jukebox.ColumnHeaders());
+  EXPECT_EQ(other.selectednode(), nullptr);
+  EXPECT_EQ(other.SortState(), 0);
+}
+
+TEST_F(SavedJukebox, TheFileBeforeIsKeptWhenItHadOtherContent) {
+  ASSERT_TRUE(jukebox.Save(path, library));
+  const auto first = ReadWholeFile(path);
+  ASSERT_TRUE(jukebox.Save(path, library));
+  EXPECT_FALSE(FileExists(path + ".bak"));
+  jukebox.Nodes().AddChild(nullptr, "two");
+  ASSERT_TRUE(jukebox.Save(path, library));
+  EXPECT_EQ(ReadWholeFile(path + ".bak"), first);
+  EXPECT_NE(ReadWholeFile(path), first);
+}
+
+TEST_F(SavedJukebox, AFailedSaveSaysWhyAndLeavesTheOldFile) {
+  EXPECT_FALSE(jukebox.Save(folder / "gone/mix.juk", library));
+  EXPECT_TRUE(jukebox.FileProblem().starts_with("The jukebox could not be saved. " +
+                                                (folder / "gone/mix.juk")))
+      << jukebox.FileProblem();
+}
+
+TEST_F(SavedJukebox, AFailedLoadSaysWhyAndChangesNothing) {
+  EXPECT_FALSE(jukebox.Load(path, library));
+  EXPECT_EQ(jukebox.FileProblem(),
+            "The jukebox could not be opened. " + path + ": the file is gone.");
+  folder.File("mix.juk", "no jukebox");
+  EXPECT_FALSE(jukebox.Load(path, library));
+  EXPECT_EQ(
+      jukebox.FileProblem(),
+      "The jukebox could not be opened. " + path +
+          ": at byte 2 it is damaged or cut off. The jukebox as it was saved before may be in the "
+          "file of the same name with .bak behind it.");
+  EXPECT_EQ(jukebox.Nodes().Count(), 2);
+  EXPECT_EQ(jukebox.ColumnHeaders().size(), 2U);
+}
+
 }  // namespace
 }  // namespace tallow
