@@ -2,11 +2,13 @@
 #include "app/system.h"
 
 #include <exception>
+#include <optional>
 #include <utility>
 
 #include "app/data_paths.h"
 #include "app/file_search.h"
 #include "app/initial_jukebox.h"
+#include "app/open_jukebox.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/sorting.h"
 #include "util/atomic_file.h"
@@ -245,13 +247,34 @@ void System::OpenFirstJukebox() {
   Jukebox& jukebox = windows_.NewJukebox();
   try {
     tallow_.found_tags.Seal();
-    BuildInitialJukebox(
-        tallow_.library, jukebox, windows_.OpenJukeboxes(), [&] { windows_.ShowJukebox(jukebox); },
-        &tallow_.found_tags);
+    if (!OpenLastJukebox(jukebox))
+      BuildInitialJukebox(
+          tallow_.library, jukebox, windows_.OpenJukeboxes(),
+          [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags);
   } catch (const FilingError& error) {
     windows_.Notice(error.problems());
   }
   tallow_.found_tags.Clear();
+}
+
+bool System::OpenLastJukebox(Jukebox& jukebox) {
+  const std::string& path = tallow_.settings.LocOfLastSavedJukeBox();
+  if (path.empty() || !FileExists(path)) return false;
+  std::optional<FilingError> unfiled;
+  try {
+    if (!OpenJukeboxFile(path, jukebox, tallow_.library, windows_.OpenJukeboxes(),
+                         &tallow_.found_tags)) {
+      windows_.Tell(jukebox.FileProblem() +
+                    "\n\nTallow goes on with the sample jukebox. The file stays as it is.");
+      return false;
+    }
+  } catch (const FilingError& error) {
+    unfiled = error;
+  }
+  jukebox.Tag("1");
+  windows_.ShowJukebox(jukebox);
+  if (unfiled) throw FilingError(*unfiled);
+  return true;
 }
 
 void System::DropVanishedPlayer() {

@@ -40,7 +40,7 @@ class StartUpWindows {
   /// The open jukeboxes, in the order they were opened.
   virtual std::span<Jukebox* const> OpenJukeboxes() = 0;
 
-  /// Tells something that ends the program; only an OK button.
+  /// Tells something that the user has to know, mostly the end of the program; only an OK button.
   virtual void Tell(const std::string& text) = 0;
   /// Asks whether to go on, with Yes and No buttons.
   virtual bool Ask(const std::string& text) = 0;
@@ -81,6 +81,7 @@ class System {
   void LoadLibrary();
   void SearchForSongs();
   void OpenFirstJukebox();
+  bool OpenLastJukebox(Jukebox& jukebox);
   void DropVanishedPlayer();
 
   Tallow& tallow_;

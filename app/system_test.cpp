@@ -168,6 +168,53 @@ TEST_F(SystemTest, ADeletedJukeboxGivesTheSampleAndKeepsTheRecentList) {
   EXPECT_EQ(tallow->settings.LocSecToLastSavedJukeBox(), "older.juk");
 }
 
+TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsThatHaveComeSince) {
+  Start();
+  const std::string path = application / "Grouping/my mix.juk";
+  {
+    Jukebox& saved = *windows->open[0];
+    saved.Nodes().AddChild(nullptr, "Mine").Items().emplace_back(2, 2);
+    saved.Nodes().Rename(*saved.Nodes().Find("Seasonal"), "Holidays");
+    ASSERT_TRUE(saved.Save(path, tallow->library));
+  }
+  tallow->settings.LocOfLastSavedJukeBox(path);
+  tallow->SaveSettings();
+  MakeSong("b/four.mp3", {.artist = "Zappa"});
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->told.empty());
+  Jukebox& jukebox = *windows->open[0];
+  EXPECT_EQ(jukebox.Caption(), "MY MIX");
+  EXPECT_EQ(jukebox.Tag(), "1");
+  EXPECT_EQ(jukebox.FileLocation(), application / "Grouping/");
+  EXPECT_EQ(jukebox.ColumnHeaders().size(), 2U);
+  EXPECT_NE(jukebox.Nodes().Find("Holidays"), nullptr);
+  EXPECT_EQ(jukebox.Nodes().Find("Seasonal"), nullptr);
+  EXPECT_EQ(jukebox.Nodes().Find("Mine")->Items().size(), 1U);
+  EXPECT_EQ(jukebox.Nodes().Find("All Songs")->Items().size(), 4U);
+  EXPECT_NE(jukebox.Nodes().Find("Zappa", jukebox.Nodes().Find("Artist")), nullptr);
+  EXPECT_EQ(windows->log, (Texts{"splash", "jukebox", "splash off", "tip"}));
+  EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), path);
+}
+
+TEST_F(SystemTest, ALastJukeboxThatCannotBeLoadedIsSaidAndTheSampleIsBuilt) {
+  Start();
+  const std::string path = application.File("Grouping/mix.juk", "no jukebox");
+  tallow->settings.LocOfLastSavedJukeBox(path);
+  tallow->SaveSettings();
+  EXPECT_TRUE(Start());
+  ASSERT_EQ(windows->told.size(), 1U);
+  EXPECT_TRUE(windows->told[0].starts_with("The jukebox could not be opened. " + path +
+                                           ": at byte 2 it is damaged or cut off."))
+      << windows->told[0];
+  EXPECT_TRUE(windows->told[0].ends_with(
+      "Tallow goes on with the sample jukebox. The file stays as it is."));
+  ASSERT_EQ(windows->open.size(), 1U);
+  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  EXPECT_EQ(windows->open[0]->ColumnHeaders().size(), 2U);
+  EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), path);
+  EXPECT_EQ(ReadWholeFile(path), "no jukebox");
+}
+
 TEST_F(SystemTest, LostSettingsTakeTheirCountFromTheLibrary) {
   Start();
   Rank();

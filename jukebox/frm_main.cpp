@@ -34,7 +34,10 @@ frmMain::~frmMain() {
 }
 
 void frmMain::ShowJukebox() {
-  if (jukebox_.Expanded()) explorer_->ExpandAll();
+  if (jukebox_.Expanded())
+    explorer_->ExpandAll();
+  else
+    explorer_->ExpandMarked();
   if (jukebox_.selectednode() == nullptr && jukebox_.Nodes().Children() > 0)
     explorer_->Select(jukebox_.Nodes().ChildAt(0));
 }

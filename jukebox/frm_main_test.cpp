@@ -210,6 +210,28 @@ TEST_F(FrmMain, TheSampleJukeboxIsShownWithItsTreeOpen) {
             (QStringList{"1.  a.mp3"}));
 }
 
+TEST_F(FrmMain, FoldersAreOpenAsTheyWereSaved) {
+  Folder& one = AddFolder("one", {});
+  Folder& two = AddFolder("two", {});
+  for (Folder* const folder : {&one, &two}) window.Jukebox().Nodes().AddChild(folder, "inner");
+  two.Open(true);
+  window.show();
+  window.ShowJukebox();
+  EXPECT_FALSE(Tree().isExpanded(IndexOf(Tree(), "one")));
+  EXPECT_TRUE(Tree().isExpanded(IndexOf(Tree(), "two")));
+  Tree().expand(IndexOf(Tree(), "one"));
+  Tree().collapse(IndexOf(Tree(), "two"));
+  const std::string path = music / "mix.juk";
+  ASSERT_TRUE(window.Jukebox().Save(path, library));
+  frmMain again(tallow);
+  ASSERT_TRUE(again.Jukebox().Load(path, library));
+  again.ShowJukebox();
+  auto& tree = *again.findChild<QTreeView*>(QStringLiteral("TreeView"));
+  EXPECT_TRUE(tree.isExpanded(IndexOf(tree, "one")));
+  EXPECT_FALSE(tree.isExpanded(IndexOf(tree, "two")));
+  EXPECT_EQ(tree.currentIndex().data().toString(), "one");
+}
+
 TEST_F(FrmMain, AFolderOfManySongsIsShownWithoutAWidgetARow) {
   constexpr int kSongs = 200000;
   for (int k = 1; k <= kSongs; ++k) AddSong("/m/", std::to_string(k) + ".mp3");

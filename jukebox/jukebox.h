@@ -44,6 +44,10 @@ class Jukebox {
   const std::string& Caption() const noexcept { return caption_; }
   void Caption(std::string_view caption);
 
+  /// The folder of the jukebox's file, ending in a separator; empty for a jukebox that was never saved.
+  const std::string& FileLocation() const noexcept { return file_location_; }
+  void FileLocation(std::string_view folder) { file_location_ = folder; }
+
   /// The number of the jukebox's window among the documents, as text.
   const std::string& Tag() const noexcept { return tag_; }
   void Tag(std::string_view tag) { tag_ = tag; }
@@ -106,6 +110,7 @@ class Jukebox {
 
   FolderTree tree_;
   std::string caption_;
+  std::string file_location_;
   std::string tag_;
   bool is_form_dirty_ = false;
   bool expanded_ = false;

@@ -23,6 +23,17 @@ constexpr int kKeyCharacters = 10;
 
 constexpr int kRowPadding = 6;
 
+template <typename Act>
+void ForEachFolder(Folder& folder, const Act& act) {
+  act(folder);
+  for (std::int32_t k = 0; k < folder.Children(); ++k) ForEachFolder(folder.ChildAt(k), act);
+}
+
+template <typename Act>
+void ForEachFolder(FolderTree& tree, const Act& act) {
+  for (std::int32_t k = 0; k < tree.Children(); ++k) ForEachFolder(tree.ChildAt(k), act);
+}
+
 }  // namespace
 
 PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, QWidget* parent)
@@ -52,6 +63,10 @@ void PVExplorer::SetUpTree() {
   tree_->setHeaderHidden(true);
   tree_->setUniformRowHeights(true);
   tree_->viewport()->installEventFilter(this);
+  connect(tree_, &QTreeView::expanded, this,
+          [](const QModelIndex& index) { FolderTreeModel::FolderOf(index)->Open(true); });
+  connect(tree_, &QTreeView::collapsed, this,
+          [](const QModelIndex& index) { FolderTreeModel::FolderOf(index)->Open(false); });
   connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current) {
             if (!current.isValid()) return;
@@ -115,7 +130,16 @@ void PVExplorer::Select(const Folder& folder) {
   tree_->scrollTo(folders_->IndexOf(folder));
 }
 
-void PVExplorer::ExpandAll() { tree_->expandAll(); }
+void PVExplorer::ExpandAll() {
+  ForEachFolder(jukebox_.Nodes(), [](Folder& folder) { folder.Open(true); });
+  tree_->expandAll();
+}
+
+void PVExplorer::ExpandMarked() {
+  ForEachFolder(jukebox_.Nodes(), [this](Folder& folder) {
+    tree_->setExpanded(folders_->IndexOf(folder), folder.Open());
+  });
+}
 
 std::vector<int> PVExplorer::SelectedRows() const {
   std::vector<int> rows;

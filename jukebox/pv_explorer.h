@@ -33,6 +33,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void Select(const Folder& folder);
   /// Opens all folders of the tree.
   void ExpandAll();
+  /// Opens the folders that are marked as open, and closes the others.
+  void ExpandMarked();
 
   /// The places of the selected songs in the list, from 0, in list order.
   std::vector<int> SelectedRows() const;

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/open_jukebox.h"
+
+#include "jukebox/jukebox.h"
+#include "jukebox/sorting.h"
+#include "util/path_text.h"
+#include "util/text.h"
+
+namespace tallow {
+
+bool OpenJukeboxFile(const std::string& path, Jukebox& jukebox, clsMain& library,
+                     std::span<Jukebox* const> windows, const TagCache* found_tags) {
+  if (!jukebox.Load(path, library)) return false;
+  if (jukebox.ColumnHeaders().empty()) jukebox.AddColumnHeader(kNameHeader);
+  jukebox.Caption(ToUpper(FileTitleWithoutExtension(path)));
+  jukebox.FileLocation(FolderOfPath(path));
+  FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags);
+  return true;
+}
+
+}  // namespace tallow

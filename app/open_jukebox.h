@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <span>
+#include <string>
+
+namespace tallow {
+
+class Jukebox;
+class TagCache;
+class clsMain;
+
+/// Takes a jukebox from its file: the folders, the name (the file's, in upper case) and the place, and
+/// files the songs that have come to the library since it was saved.
+///
+/// \param windows    the open jukeboxes, this one among them
+/// \param found_tags tags that are known already, sealed; null for none
+/// \returns false when the file cannot be used; jukebox.FileProblem() says why, and nothing has changed
+/// \throws FilingError after everything else is done, see FillAutomaticFolders
+bool OpenJukeboxFile(const std::string& path, Jukebox& jukebox, clsMain& library,
+                     std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr);
+
+}  // namespace tallow
