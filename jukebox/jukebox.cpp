@@ -92,14 +92,16 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
   const std::string bytes = EncodeJukebox(tree_, headers_, library);
   try {
     const auto before = ReadWholeFile(path);
-    if (before && *before == bytes) return true;
-    if (before) KeepBackup(path);
-    WriteFileAtomically(path, bytes);
+    if (!before || *before != bytes) {
+      if (before) KeepBackup(path);
+      WriteFileAtomically(path, bytes);
+    }
   } catch (const FileError& error) {
     file_problem_ = "The jukebox could not be saved. " + std::string(error.what()) +
                     ". Save it in another folder, or mend this and save again.";
     return false;
   }
+  file_path_ = path;
   return true;
 }
 
@@ -115,6 +117,7 @@ bool Jukebox::Load(const std::string& path, const clsMain& library) {
     sort_state_ = 0;
     tree_.Swap(loaded);
     headers_ = std::move(content.columns);
+    file_path_ = path;
   } catch (const FileError& error) {
     file_problem_ = "The jukebox could not be opened. " + std::string(error.what()) + ".";
     return false;

@@ -76,6 +76,9 @@ class Jukebox {
   /// \returns true on success; else FileProblem() says why not, and nothing has changed
   bool Load(const std::string& path, const clsMain& library);
 
+  /// The file that was loaded or saved last; empty for none.
+  const std::string& FilePath() const noexcept { return file_path_; }
+
   /// Why the last Save or Load failed: the file, what is the matter and what to do.
   const std::string& FileProblem() const noexcept { return file_problem_; }
 
@@ -118,6 +121,7 @@ class Jukebox {
   Folder* selected_ = nullptr;
   int sort_state_ = 0;
   JukeboxView* view_ = nullptr;
+  std::string file_path_;
   std::string file_problem_;
 };
 

@@ -11,6 +11,7 @@ add_executable(tallow_core_tests
   app/system_test.cpp
   jukebox/category_index_test.cpp
   jukebox/folder_tree_test.cpp
+  ui/jukebox_documents_test.cpp
   jukebox/jukebox_file_test.cpp
   jukebox/jukebox_test.cpp
   jukebox/play_commands_test.cpp

@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox_documents.h"
+
+#include <cstddef>
+#include <vector>
+
+#include "app/data_paths.h"
+#include "app/initial_jukebox.h"
+#include "app/open_jukebox.h"
+#include "app/tallow.h"
+#include "jukebox/jukebox.h"
+#include "jukebox/sorting.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+// Of a menu's captions, in characters.
+constexpr std::size_t kMostShown = 45;
+constexpr std::size_t kShownFirst = 20;
+constexpr std::size_t kShownLast = 25;
+
+/// Where each character of a text begins, and its end.
+std::vector<std::size_t> CharacterPositions(std::string_view text) {
+  std::vector<std::size_t> positions;
+  for (std::size_t position = 0; position < text.size();) {
+    positions.push_back(position);
+    NextCharacter(text, position);
+  }
+  positions.push_back(text.size());
+  return positions;
+}
+
+}  // namespace
+
+std::string CaptionOfFile(std::string_view path) {
+  std::string_view name = NameOfPath(path);
+  const std::size_t point = name.rfind('.');
+  if (point != std::string_view::npos) name = name.substr(0, point);
+  return ToUpper(Trim(name));
+}
+
+std::string PathForChoice(std::string_view chosen) {
+  const std::string_view trimmed = Trim(chosen);
+  std::string name = ToLower(NameOfPath(trimmed));
+  if (!name.ends_with(kJukeboxExtension)) name += kJukeboxExtension;
+  const std::string twice = std::string(kJukeboxExtension) + std::string(kJukeboxExtension);
+  while (name.find(twice) != std::string::npos) name.resize(name.size() - kJukeboxExtension.size());
+  return std::string(FolderOfPath(trimmed)) + name;
+}
+
+std::string ExistingPath(const std::string& path) {
+  if (FileExists(path)) return path;
+  const std::string folder(FolderOfPath(path));
+  for (const FileEntry& file : ListFolder(folder, {}).files)
+    if (EqualsIgnoringCase(file.name, NameOfPath(path))) return folder + file.name;
+  return path;
+}
+
+std::string ShortenedCaption(std::string_view text) {
+  const std::vector<std::size_t> positions = CharacterPositions(text);
+  const std::size_t count = positions.size() - 1;
+  if (count <= kMostShown) return std::string(text);
+  return std::string(text.substr(0, positions[kShownFirst])) + " .... " +
+         std::string(text.substr(positions[count - kShownLast]));
+}
+
+void JukeboxDocuments::Remember(const std::string& path) {
+  tallow_.settings.LocOfLastSavedJukeBox(path);
+  tallow_.SaveSettings();
+}
+
+void JukeboxDocuments::Open() {
+  const auto chosen = windows_.AskForFileToOpen(GroupingFolder(tallow_.application_folder));
+  if (chosen) OpenUnlessOpen(*chosen);
+}
+
+void JukeboxDocuments::OpenRecent(int element) {
+  const clsINI& settings = tallow_.settings;
+  // A copy: opening changes the settings.
+  const std::string path = element == 1   ? settings.LocOfLastSavedJukeBox()
+                           : element == 2 ? settings.LocSecToLastSavedJukeBox()
+                           : element == 3 ? settings.LocOfThirdToLastSaveJukeBox()
+                                          : std::string();
+  if (!path.empty()) OpenUnlessOpen(path);
+}
+
+void JukeboxDocuments::OpenUnlessOpen(const std::string& path) {
+  if (windows_.IsOpen(CaptionOfFile(path)))
+    windows_.Show({.text = "This file is already open"});
+  else
+    OpenFile(std::string(Trim(path)));
+}
+
+void JukeboxDocuments::OpenFile(const std::string& path) {
+  Jukebox& jukebox = windows_.NewJukebox();
+  try {
+    if (!OpenJukeboxFile(path, jukebox, tallow_.library, windows_.OpenJukeboxes())) {
+      windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});
+      windows_.DropJukebox(jukebox);
+      return;
+    }
+  } catch (const FilingError& error) {
+    windows_.Notice(error.problems());
+  }
+  Remember(path);
+  windows_.ShowJukebox(jukebox);
+}
+
+bool JukeboxDocuments::SaveTo(Jukebox& jukebox, const std::string& path) {
+  if (!jukebox.Save(path, tallow_.library)) {
+    windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});
+    return false;
+  }
+  Remember(path);
+  jukebox.IsFormDirty(false);
+  return true;
+}
+
+bool JukeboxDocuments::SaveDatForm() {
+  Jukebox* const jukebox = windows_.ActiveJukebox();
+  if (jukebox == nullptr) return false;
+  if (jukebox->Caption() == kSampleCaption || jukebox->FileLocation().empty()) return SaveAs();
+  const std::string path =
+      jukebox->FileLocation() + ToLower(jukebox->Caption()) + std::string(kJukeboxExtension);
+  // The file that it was opened from, though its name has capitals.
+  const bool has_own_file = EqualsIgnoringCase(jukebox->FilePath(), path);
+  return SaveTo(*jukebox, has_own_file ? jukebox->FilePath() : ExistingPath(path));
+}
+
+bool JukeboxDocuments::SaveAs() {
+  Jukebox* const jukebox = windows_.ActiveJukebox();
+  if (jukebox == nullptr) return false;
+  const auto chosen = windows_.AskForFileToSave(GroupingFolder(tallow_.application_folder));
+  if (!chosen || Trim(*chosen).empty()) return false;
+  const std::string name = CaptionOfFile(*chosen);
+  if (!EqualsIgnoringCase(jukebox->Caption(), name) && windows_.IsOpen(name)) {
+    windows_.Show({.text = name +
+                           " is already open.  Close the file then you can save this Juke box with "
+                           "that file name."});
+    return false;
+  }
+  const std::string path = ExistingPath(PathForChoice(*chosen));
+  if (FileExists(path) &&
+      windows_.Show({.text = "File already exists, do you wish to replace this file?",
+                     .icon = MessageIcon::kQuestion,
+                     .buttons = MessageButtons::kYesNoCancel}) != MessageAnswer::kYes)
+    return false;
+  if (!SaveTo(*jukebox, path)) return false;
+  jukebox->Caption(CaptionOfFile(path));
+  jukebox->FileLocation(FolderOfPath(path));
+  return true;
+}
+
+}  // namespace tallow
