@@ -5,15 +5,22 @@
 #include <utility>
 
 #include <QCloseEvent>
+#include <QFile>
+#include <QFileDialog>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 #include <QStatusBar>
 #include <QStringList>
 
+#include "app/initial_jukebox.h"
 #include "app/tallow.h"
 #include "jukebox/frm_main.h"
+#include "jukebox/sorting.h"
 #include "player/frm_main_winamp.h"
 #include "ui/display_text.h"
+#include "ui/file_menu.h"
+#include "ui/jukebox_documents.h"
 #include "ui/message_box.h"
 #include "util/start_program.h"
 
@@ -31,6 +38,67 @@ constexpr std::size_t kMostTipLines = 20;
 
 }  // namespace
 
+class frmMDIForm1::Documents : public DocumentWindows {
+ public:
+  explicit Documents(frmMDIForm1& frame) : frame_(frame) {}
+
+  Jukebox* ActiveJukebox() override {
+    QMdiSubWindow* active = frame_.area_->activeSubWindow();
+    if (active != nullptr && active == frame_.panel_) {
+      active->showMinimized();
+      active = frame_.LastActiveJukebox();
+    }
+    auto* const window = active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
+    return window != nullptr ? &window->Jukebox() : nullptr;
+  }
+  std::span<Jukebox* const> OpenJukeboxes() override {
+    open_ = frame_.OpenJukeboxes();
+    return open_;
+  }
+  bool IsOpen(std::string_view caption) override {
+    const QString wanted = DisplayText(caption);
+    for (const QMdiSubWindow* const sub : frame_.area_->subWindowList())
+      if (sub->isVisible() &&
+          sub->widget()->windowTitle().compare(wanted, Qt::CaseInsensitive) == 0)
+        return true;
+    return false;
+  }
+  Jukebox& NewJukebox() override { return frame_.NewJukeboxWindow().Jukebox(); }
+  void ShowJukebox(Jukebox& jukebox) override {
+    if (frmMain* const window = frame_.WindowOf(jukebox)) frame_.ShowJukeboxWindow(*window);
+  }
+  void DropJukebox(Jukebox& jukebox) override {
+    if (frmMain* const window = frame_.WindowOf(jukebox)) delete window->parentWidget();
+  }
+  std::optional<std::string> AskForFileToOpen(const std::string& folder) override {
+    return Ask(folder, QFileDialog::AcceptOpen, QFileDialog::ExistingFile);
+  }
+  std::optional<std::string> AskForFileToSave(const std::string& folder) override {
+    return Ask(folder, QFileDialog::AcceptSave, QFileDialog::AnyFile);
+  }
+  MessageAnswer Show(const Message& message) override { return frame_.Show(message); }
+  void Notice(const std::vector<std::string>& lines) override { frame_.Notice(lines); }
+
+ private:
+  std::optional<std::string> Ask(const std::string& folder, QFileDialog::AcceptMode accept,
+                                 QFileDialog::FileMode mode) {
+    QFileDialog dialog(&frame_);
+    dialog.setObjectName(QStringLiteral("CommonDialog1"));
+    dialog.setAcceptMode(accept);
+    dialog.setFileMode(mode);
+    // Whether a file may be replaced is asked about later, and once.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.setDirectory(QFile::decodeName(folder.c_str()));
+    const std::string_view filter = kJukeboxFilter;
+    dialog.setNameFilter(DisplayText(filter.substr(0, filter.find('|'))).trimmed());
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+    return QFile::encodeName(dialog.selectedFiles().front()).toStdString();
+  }
+
+  frmMDIForm1& frame_;
+  std::vector<Jukebox*> open_;
+};
+
 frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWidget* parent)
     : QMainWindow(parent),
       tallow_(tallow),
@@ -43,7 +111,10 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
       player_(
           link, [this] { return tallow_.settings.LocOfWinAmpExe(); }, show_),
       play_commands_(tallow, *this),
-      area_(new QMdiArea(this)) {
+      area_(new QMdiArea(this)),
+      file_menu_(new FileMenu(this)),
+      document_windows_(std::make_unique<Documents>(*this)),
+      documents_(std::make_unique<JukeboxDocuments>(tallow, *document_windows_)) {
   setObjectName(QStringLiteral("frmMDIForm1"));
   setWindowTitle(tr("Tallow"));
   area_->setObjectName(QStringLiteral("MDIArea"));
@@ -55,9 +126,56 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   setCentralWidget(area_);
   setMinimumSize(kLeastSize);
   resize(kFirstSize);
+  SetUpFileMenu();
+}
+
+frmMDIForm1::~frmMDIForm1() { tallow_.settings.SetMenuUpdate({}); }
+
+void frmMDIForm1::SetUpFileMenu() {
+  menuBar()->addMenu(file_menu_);
+  connect(file_menu_, &FileMenu::New, this, &frmMDIForm1::NewJukebox);
+  connect(file_menu_, &FileMenu::Open, this, [this] { documents_->Open(); });
+  connect(file_menu_, &FileMenu::CloseChild, this, [this] {
+    if (QMdiSubWindow* const active = area_->activeSubWindow()) active->close();
+  });
+  connect(file_menu_, &FileMenu::Save, this, &frmMDIForm1::SaveDatForm);
+  connect(file_menu_, &FileMenu::SaveAs, this, [this] { documents_->SaveAs(); });
+  connect(file_menu_, &FileMenu::Exit, this, &QWidget::close);
+  connect(file_menu_, &FileMenu::OpenRecent, this,
+          [this](int element) { documents_->OpenRecent(element); });
+  tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
+  UpdateTheMenuControlArray();
+}
+
+void frmMDIForm1::SaveDatForm() { documents_->SaveDatForm(); }
+
+void frmMDIForm1::UpdateTheMenuControlArray() {
+  file_menu_->UpdateTheMenuControlArray(tallow_.settings);
+}
+
+void frmMDIForm1::NewJukebox() {
+  if (OpenJukeboxes().empty()) {
+    frmMain& window = NewJukeboxWindow();
+    const std::vector<Jukebox*> open = OpenJukeboxes();
+    try {
+      BuildInitialJukebox(tallow_.library, window.Jukebox(), open,
+                          [&] { ShowJukeboxWindow(window); });
+    } catch (const FilingError& error) {
+      Notice(error.problems());
+    }
+    return;
+  }
+  frmMain& window = NewJukeboxWindow();
+  Jukebox& jukebox = window.Jukebox();
+  jukebox.Caption("JukeBox" + std::to_string(jukebox_windows_));
+  jukebox.AddColumnHeader(kNameHeader);
+  jukebox.AddColumnHeader(kKeyHeader);
+  jukebox.Nodes().AddChild(nullptr, "All Songs");
+  ShowJukeboxWindow(window);
 }
 
 frmMain& frmMDIForm1::NewJukeboxWindow() {
+  ++jukebox_windows_;
   auto* const window = new frmMain(tallow_);
   QMdiSubWindow* const sub = area_->addSubWindow(window);
   sub->resize(kJukeboxSize);
@@ -128,11 +246,15 @@ void frmMDIForm1::PlayOnPanel() {
   if (!PlayerPanel()->Play()) delete panel_;
 }
 
-void frmMDIForm1::ActivateJukebox() {
+QMdiSubWindow* frmMDIForm1::LastActiveJukebox() const {
   QMdiSubWindow* jukebox = nullptr;
   for (QMdiSubWindow* const sub : area_->subWindowList(QMdiArea::ActivationHistoryOrder))
     if (qobject_cast<frmMain*>(sub->widget()) != nullptr) jukebox = sub;
-  if (jukebox != nullptr) area_->setActiveSubWindow(jukebox);
+  return jukebox;
+}
+
+void frmMDIForm1::ActivateJukebox() {
+  if (QMdiSubWindow* const jukebox = LastActiveJukebox()) area_->setActiveSubWindow(jukebox);
 }
 
 void frmMDIForm1::OpenPanel() {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -15,7 +16,9 @@ class QMdiSubWindow;
 
 namespace tallow {
 
+class FileMenu;
 class Jukebox;
+class JukeboxDocuments;
 class Tallow;
 class frmMain;
 class frmMainWinamp;
@@ -28,6 +31,12 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
   /// \param tallow, link have to outlive the window
   /// \param show shows message boxes; without it they are real ones over this window
   frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show = {}, QWidget* parent = nullptr);
+  ~frmMDIForm1() override;
+
+  /// Saves the active jukebox, see JukeboxDocuments.
+  void SaveDatForm();
+  /// Brings the recent files of the File menu into step with the settings.
+  void UpdateTheMenuControlArray();
 
   /// Makes a jukebox window, not shown yet. It belongs to the frame.
   frmMain& NewJukeboxWindow();
@@ -52,6 +61,13 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  /// The frame as the commands on jukebox files see it.
+  class Documents;
+
+  void SetUpFileMenu();
+  void NewJukebox();
+  QMdiSubWindow* LastActiveJukebox() const;
+
   MessageAnswer Show(const Message& message) override;
   void ShowStatus(const std::string& text) override;
   void EnableFrame(bool enabled) override;
@@ -67,6 +83,10 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
   PlayCommands play_commands_;
   QMdiArea* area_;
   QPointer<QMdiSubWindow> panel_;  ///< holds the player panel
+  FileMenu* file_menu_;
+  std::unique_ptr<Documents> document_windows_;
+  std::unique_ptr<JukeboxDocuments> documents_;
+  int jukebox_windows_ = 0;  ///< made so far
 };
 
 }  // namespace tallow

@@ -4,13 +4,19 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
-#include <QCoreApplication>
+#include <QAction>
+#include <QApplication>
 #include <QEvent>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QStatusBar>
 #include <QTest>
+#include <QTimer>
 
+#include "app/initial_jukebox.h"
 #include "jukebox/frm_main.h"
 #include "player/frm_main_winamp.h"
 #include "tests/recorded_link.h"
@@ -226,6 +232,105 @@ TEST_F(FrmMdiForm1, ClosingTheFrameClosesThePanel) {
   link.Take();
   frame.close();
   EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
+}
+
+TEST_F(FrmMdiForm1, TheFileMenuHasItsItemsInTheirOrder) {
+  auto* const menu = frame.findChild<QMenu*>(QStringLiteral("mnuFile"));
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->title(), "&File");
+  QStringList items;
+  for (const QAction* const action : menu->actions())
+    items.append(action->isSeparator() ? QStringLiteral("-")
+                                       : action->objectName() + " " + action->text() + " " +
+                                             action->shortcut().toString());
+  EXPECT_EQ(items, (QStringList{"mnuNew &New Jukebox Ctrl+N", "mnuOpen &Open... Ctrl+O",
+                                "mnuClose &Close ", "-", "mnuSave &Save Ctrl+S",
+                                "mnuSaveAs Save &As... ", "mnuExit E&xit ", "-"}));
+  EXPECT_FALSE(menu->actions().back()->isVisible());
+}
+
+TEST_F(FrmMdiForm1, RecentFilesAppearInTheFileMenuAsTheyAreSaved) {
+  const auto item = [&](int element) {
+    return frame.findChild<QAction*>(QStringLiteral("mnuTheFiles%1").arg(element));
+  };
+  EXPECT_EQ(item(1), nullptr);
+  tallow.settings.LocOfLastSavedJukeBox("/F/one & two.juk");
+  ASSERT_NE(item(1), nullptr);
+  EXPECT_TRUE(item(0)->isVisible());
+  EXPECT_EQ(item(1)->text(), "&1.  /F/one && two.juk");
+  EXPECT_EQ(item(2), nullptr);
+  tallow.settings.LocOfLastSavedJukeBox(
+      "/F/abcdefghijklmnopqrstuvwxyz/abcdefghijklmnopqrstuvwxyz.juk");
+  EXPECT_EQ(item(1)->text(), "&1.  /F/abcdefghijkl .... fghijklmnopqrstuvwxyz.juk");
+  EXPECT_EQ(item(2)->text(), "&2.  /F/one && two.juk");
+}
+
+TEST_F(FrmMdiForm1, AJukeboxIsSavedClosedAndOpenedFromTheMenu) {
+  frmMain& jukebox = ShowJukebox();
+  jukebox.Jukebox().Caption("SAMPLE");
+  const auto choose = [&](const char* item, const QString& file) {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+      auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      timer.stop();
+      EXPECT_EQ(dialog->objectName(), "CommonDialog1");
+      EXPECT_EQ(dialog->directory().absolutePath() + "/",
+                QString::fromStdString(application / "Grouping/"));
+      EXPECT_EQ(dialog->nameFilters(), QStringList{"Juke Box Files (*.juk)"});
+      dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
+      QMetaObject::invokeMethod(dialog, "accept");
+    });
+    timer.start(5);
+    frame.findChild<QAction*>(QLatin1String(item))->trigger();
+  };
+  choose("mnuSaveAs", "Mix");
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_TRUE(FileExists(application / "Grouping/mix.juk"));
+  EXPECT_EQ(jukebox.windowTitle(), "MIX");
+  frame.findChild<QAction*>(QStringLiteral("mnuClose"))->trigger();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  ASSERT_TRUE(frame.OpenJukeboxes().empty());
+  choose("mnuOpen", QString::fromStdString(application / "Grouping/mix.juk"));
+  ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
+  EXPECT_EQ(frame.OpenJukeboxes()[0]->Caption(), "MIX");
+  EXPECT_TRUE(SubOf(*frame.WindowOf(*frame.OpenJukeboxes()[0])).isVisible());
+  frame.findChild<QAction*>(QStringLiteral("mnuTheFiles1"))->trigger();
+  EXPECT_EQ(messages.Take(), Texts{"This file is already open"});
+  RemoveFile(application / "Grouping/mix.juk");
+  frame.findChild<QAction*>(QStringLiteral("mnuClose"))->trigger();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  frame.findChild<QAction*>(QStringLiteral("mnuTheFiles1"))->trigger();
+  EXPECT_EQ(messages.Take().size(), 1U);
+  EXPECT_TRUE(frame.OpenJukeboxes().empty());
+}
+
+TEST_F(FrmMdiForm1, ANewJukeboxIsTheSampleFirstAndNumberedLater) {
+  frame.show();
+  QAction* const item = frame.findChild<QAction*>(QStringLiteral("mnuNew"));
+  item->trigger();
+  ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
+  EXPECT_EQ(frame.OpenJukeboxes()[0]->Caption(), kSampleCaption);
+  item->trigger();
+  item->trigger();
+  ASSERT_EQ(frame.OpenJukeboxes().size(), 3U);
+  EXPECT_EQ(frame.OpenJukeboxes()[1]->Caption(), "JukeBox2");
+  EXPECT_EQ(frame.OpenJukeboxes()[2]->Caption(), "JukeBox3");
+  const Jukebox& jukebox = *frame.OpenJukeboxes()[2];
+  EXPECT_EQ(jukebox.Nodes().Count(), 1);
+  EXPECT_EQ(jukebox.Nodes().ChildAt(0).Text(), "All Songs");
+  EXPECT_EQ(jukebox.ColumnHeaders(), (Texts{"Name    --        (click to sort)", "Key"}));
+}
+
+TEST_F(FrmMdiForm1, SavingPutsAnActivePanelOutOfTheWay) {
+  frmMain& jukebox = ShowJukebox();
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, *jukebox.Jukebox().selectednode());
+  jukebox.Jukebox().Caption("MIX");
+  jukebox.Jukebox().FileLocation(application / "Grouping/");
+  Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));
+  frame.SaveDatForm();
+  EXPECT_TRUE(SubOf(*frame.PlayerPanel()).isMinimized());
+  EXPECT_TRUE(FileExists(application / "Grouping/mix.juk"));
 }
 
 TEST_F(FrmMdiForm1, ANoticeIsInTheStatusBarWithAllLinesInItsTip) {

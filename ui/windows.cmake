@@ -18,6 +18,7 @@ add_library(tallow_ui OBJECT
   player/frm_main_winamp.cpp
   ui/display_text.cpp
   ui/end_signals_${platform}.cpp
+  ui/file_menu.cpp
   ui/frm_mdi_form1.cpp
   ui/message_box.cpp
   ui/start_up.cpp)

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QList>
+#include <QMenu>
+
+namespace tallow {
+
+class clsINI;
+
+/// The frame window's File menu. Its items carry their names as object names, the recent files as
+/// "mnuTheFiles1" to "mnuTheFiles3" below the separator "mnuTheFiles0".
+class FileMenu : public QMenu {
+  Q_OBJECT
+
+ public:
+  explicit FileMenu(QWidget* parent);
+
+  /// Brings the recent files into step with the settings. Items are made once there is a file for them,
+  /// and never taken away.
+  void UpdateTheMenuControlArray(const clsINI& settings);
+
+ signals:
+  void New();
+  void Open();
+  void CloseChild();
+  void Save();
+  void SaveAs();
+  void Exit();
+  /// \param element 1 to 3
+  void OpenRecent(int element);
+
+ private:
+  QAction* Add(const char* name, const QString& caption, void (FileMenu::*told)());
+
+  QAction* recent_separator_;
+  QList<QAction*> recent_;  ///< as far as they are made, from element 1
+};
+
+}  // namespace tallow
