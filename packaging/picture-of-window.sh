@@ -26,7 +26,11 @@ for _ in $(seq 600); do
   kill -0 "$program" 2> /dev/null || { echo "Tallow ended before its window opened." >&2; exit 1; }
   sleep 0.1
 done
-$opened || { echo "Tallow's window did not open within a minute." >&2; exit 1; }
+if ! $opened; then
+  import -window root "$picture" || :
+  echo "Tallow's window did not open within a minute; $picture shows what there was." >&2
+  exit 1
+fi
 # One more moment for the splash window to go and the list to be painted; then a song of the list, and a
 # moment to hear it.
 sleep 2

@@ -94,12 +94,13 @@ TEST_F(Documents, SaveAsGivesTheJukeboxItsName) {
 }
 
 TEST_F(Documents, TheExtensionIsThereOnce) {
-  EXPECT_EQ(PathForChoice("/F/Mix"), "/F/mix.juk");
-  EXPECT_EQ(PathForChoice("  /F/Mix.Juk "), "/F/mix.juk");
-  EXPECT_EQ(PathForChoice("/F/a.juk.juk.juk"), "/F/a.juk");
-  EXPECT_EQ(PathForChoice("/F/a.txt"), "/F/a.txt.juk");
+  EXPECT_EQ(PathForChoice(own + "Mix"), own + "mix.juk");
+  EXPECT_EQ(PathForChoice("  " + own + "Mix.Juk "), own + "mix.juk");
+  EXPECT_EQ(PathForChoice(own + "a.juk.juk.juk"), own + "a.juk");
+  EXPECT_EQ(PathForChoice(own + "a.txt"), own + "a.txt.juk");
   // A folder keeps its letters.
-  EXPECT_EQ(PathForChoice("/My.JUK.JUK/A"), "/My.JUK.JUK/a.juk");
+  const std::string folder = kSep + "My.JUK.JUK" + kSep;
+  EXPECT_EQ(PathForChoice(folder + "A"), folder + "a.juk");
 }
 
 TEST_F(Documents, ACancelledDialogSavesNothing) {
