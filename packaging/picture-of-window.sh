@@ -12,6 +12,8 @@ shift
 unset QT_QPA_PLATFORM
 openbox > /dev/null 2>&1 &
 processes+=($!)
+# A window that is opened while the window manager starts may never be shown.
+for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
 
 "$@" &
 program=$!
