@@ -3,15 +3,12 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <optional>
 
 #include "app/data_paths.h"
 #include "app/initial_jukebox.h"
 #include "app/player_search.h"
 #include "jukebox/jukebox.h"
-#include "tests/library_fixture.h"
-#include "tests/recorded_windows.h"
-#include "tests/tagged_file.h"
+#include "tests/system_fixture.h"
 #ifndef _WIN32
 #include <sys/stat.h>
 
@@ -20,71 +17,6 @@
 
 namespace tallow {
 namespace {
-
-/// Starts the program again and again over one application folder and one drive of real files.
-class SystemTest : public testing::Test {
- protected:
-  SystemTest() {
-    MakeSong("a/one.mp3", {.artist = "ABBA", .year = "1976", .genra = 13});
-    MakeSong("a/two.mp3", {.artist = "Queen", .year = "1985", .genra = 17});
-    MakeSong("b/three.mp3", {.artist = "Queen", .year = "2005", .genra = 17});
-    // The player of Windows is looked for on the drives.
-    music.File("z/winamp.exe");
-  }
-
-  void MakeSong(const std::string& inside, const TagTexts& texts) {
-    music.File(inside, Audio(400) + Tag(texts));
-  }
-
-  /// One whole start-up; what it left can be looked at until the next one.
-  bool Start(bool answer = true) {
-    windows.emplace();
-    windows->answer = answer;
-    tallow.emplace(application.path());
-    system.emplace(*tallow, drives, *windows);
-    return system->Main(runtime_file);
-  }
-
-  std::string RankOf(const std::string& name) const {
-    for (std::int32_t row = 1; row <= tallow->library.UBoundOfMp3Array(); ++row)
-      if (tallow->library.Mp3Info(2, row) == name)
-        return std::string(tallow->library.Mp3Info(5, row));
-    return "no such song";
-  }
-
-  /// Gives the three songs ranks of their own, as ranking does.
-  void Rank() {
-    for (std::int32_t row = 1; row <= tallow->library.UBoundOfMp3Array(); ++row)
-      tallow->library.Mp3Info(5, row, std::to_string(2 + row));
-    tallow->library.Save();
-    ranked.clear();
-    for (const char* name : {"one.mp3", "two.mp3", "three.mp3"})
-      ranked.emplace_back(name, RankOf(name));
-  }
-  void ExpectRanks() const {
-    for (const auto& [name, rank] : ranked) EXPECT_EQ(RankOf(name), rank) << name;
-  }
-
-  std::size_t SongsOnShow(const std::string& text = "All Songs") const {
-    return windows->open.at(0)->Nodes().Find(text)->Items().size();
-  }
-  std::string Library() const { return GroupingFolder(application.path()) + "FileLocNames.lmz"; }
-  std::string Settings() const { return SettingsPath(application.path()); }
-  bool Searched() const {
-    for (const std::string& line : windows->progress.status)
-      if (line.starts_with("Looking for Mp3s in ")) return true;
-    return false;
-  }
-
-  TempFolder application;
-  TempFolder music;
-  TestDrives drives{{{music.path()}}};
-  RuntimeFile runtime_file;
-  std::optional<RecordedWindows> windows;
-  std::optional<Tallow> tallow;
-  std::optional<System> system;
-  std::vector<std::pair<std::string, std::string>> ranked;
-};
 
 TEST_F(SystemTest, TheFirstRunSearchesBuildsAndShows) {
   EXPECT_TRUE(Start());
@@ -107,15 +39,6 @@ TEST_F(SystemTest, TheFirstRunSearchesBuildsAndShows) {
   EXPECT_EQ(saved.NumerOfRecordsInTheMain(), 3);
   const auto list = ReadWholeFile(saved.FileContainingTargetDirectories());
   EXPECT_EQ(list, (music / "a/") + "\r\n" + (music / "b/") + "\r\n");
-}
-
-TEST_F(SystemTest, TheFirstRunFindsThePlayer) {
-  Start();
-  EXPECT_FALSE(tallow->player_path.empty());
-  EXPECT_EQ(tallow->player_path, tallow->settings.LocOfWinAmpExe());
-  clsINI saved;
-  saved.GetandLoadIniInfo(Settings());
-  EXPECT_EQ(saved.LocOfWinAmpExe(), tallow->player_path);
 }
 
 TEST_F(SystemTest, TheSecondRunSearchesNothing) {
@@ -141,78 +64,6 @@ TEST_F(SystemTest, FilesAddedAndRemovedBetweenRunsAreNoticed) {
   EXPECT_EQ(RankOf("one.mp3"), "no such song");
   EXPECT_EQ(SongsOnShow(), 3U);
   EXPECT_EQ(RankOf("three.mp3"), ranked[2].second);
-}
-
-TEST_F(SystemTest, AVanishedPlayerIsSearchedAndItsPathDropped) {
-  Start();
-  tallow->settings.LocOfWinAmpExe(music / "gone/player");
-  tallow->SaveSettings();
-  std::filesystem::remove(std::filesystem::path(music / "z/winamp.exe"));
-  EXPECT_TRUE(Start());
-  EXPECT_EQ(windows->log,
-            (Texts{"splash", "cancel on", "cancel off", "jukebox", "splash off", "tip"}));
-  EXPECT_EQ(tallow->player_path, FindPlayerNearby());
-  clsINI saved;
-  saved.GetandLoadIniInfo(Settings());
-  EXPECT_EQ(saved.LocOfWinAmpExe(), FindPlayerNearby());
-}
-
-TEST_F(SystemTest, ADeletedJukeboxGivesTheSampleAndKeepsTheRecentList) {
-  Start();
-  tallow->settings.LocOfLastSavedJukeBox("older.juk");
-  tallow->settings.LocOfLastSavedJukeBox(application / "gone.juk");
-  tallow->SaveSettings();
-  EXPECT_TRUE(Start());
-  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
-  EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), application / "gone.juk");
-  EXPECT_EQ(tallow->settings.LocSecToLastSavedJukeBox(), "older.juk");
-}
-
-TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsThatHaveComeSince) {
-  Start();
-  const std::string path = application / "Grouping/my mix.juk";
-  {
-    Jukebox& saved = *windows->open[0];
-    saved.Nodes().AddChild(nullptr, "Mine").Items().emplace_back(2, 2);
-    saved.Nodes().Rename(*saved.Nodes().Find("Seasonal"), "Holidays");
-    ASSERT_TRUE(saved.Save(path, tallow->library));
-  }
-  tallow->settings.LocOfLastSavedJukeBox(path);
-  tallow->SaveSettings();
-  MakeSong("b/four.mp3", {.artist = "Zappa"});
-  EXPECT_TRUE(Start());
-  EXPECT_TRUE(windows->told.empty());
-  Jukebox& jukebox = *windows->open[0];
-  EXPECT_EQ(jukebox.Caption(), "MY MIX");
-  EXPECT_EQ(jukebox.Tag(), "1");
-  EXPECT_EQ(jukebox.FileLocation(), application / "Grouping/");
-  EXPECT_EQ(jukebox.ColumnHeaders().size(), 2U);
-  EXPECT_NE(jukebox.Nodes().Find("Holidays"), nullptr);
-  EXPECT_EQ(jukebox.Nodes().Find("Seasonal"), nullptr);
-  EXPECT_EQ(jukebox.Nodes().Find("Mine")->Items().size(), 1U);
-  EXPECT_EQ(jukebox.Nodes().Find("All Songs")->Items().size(), 4U);
-  EXPECT_NE(jukebox.Nodes().Find("Zappa", jukebox.Nodes().Find("Artist")), nullptr);
-  EXPECT_EQ(windows->log, (Texts{"splash", "jukebox", "splash off", "tip"}));
-  EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), path);
-}
-
-TEST_F(SystemTest, ALastJukeboxThatCannotBeLoadedIsSaidAndTheSampleIsBuilt) {
-  Start();
-  const std::string path = application.File("Grouping/mix.juk", "no jukebox");
-  tallow->settings.LocOfLastSavedJukeBox(path);
-  tallow->SaveSettings();
-  EXPECT_TRUE(Start());
-  ASSERT_EQ(windows->told.size(), 1U);
-  EXPECT_TRUE(windows->told[0].starts_with("The jukebox could not be opened. " + path +
-                                           ": at byte 2 it is damaged or cut off."))
-      << windows->told[0];
-  EXPECT_TRUE(windows->told[0].ends_with(
-      "Tallow goes on with the sample jukebox. The file stays as it is."));
-  ASSERT_EQ(windows->open.size(), 1U);
-  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
-  EXPECT_EQ(windows->open[0]->ColumnHeaders().size(), 2U);
-  EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), path);
-  EXPECT_EQ(ReadWholeFile(path), "no jukebox");
 }
 
 TEST_F(SystemTest, LostSettingsTakeTheirCountFromTheLibrary) {
@@ -528,52 +379,6 @@ TEST_F(SystemTest, ADataFolderThatIsNotThereTodayIsAskedFor) {
   EXPECT_EQ(SongsOnShow(), 3U);
   EXPECT_TRUE(Start());
   EXPECT_TRUE(windows->asked.empty());
-}
-
-TEST_F(SystemTest, APlayerSearchCancelledAtTheStartIsPending) {
-  Start();
-  EXPECT_FALSE(tallow->player_search_is_pending);
-  tallow->settings.LocOfWinAmpExe("");
-  tallow->SaveSettings();
-  const std::string player = music / "z/winamp.exe";
-  std::filesystem::remove(std::filesystem::path(player));
-  windows.emplace();
-  tallow.emplace(application.path());
-  windows->progress.on_yield = [this] { tallow->SearchCancelled = true; };
-  System cancelled(*tallow, drives, *windows, [] { return std::string(); });
-  EXPECT_TRUE(cancelled.Main(runtime_file));
-  EXPECT_TRUE(tallow->player_search_is_pending);
-  EXPECT_EQ(tallow->player_path, "");
-
-  // Made up for with a splash window of its own.
-  windows->progress.on_yield = {};
-  windows->log.clear();
-  tallow->search_for_player();
-  EXPECT_EQ(windows->log, (Texts{"splash", "cancel on", "cancel off", "splash off"}));
-  EXPECT_EQ(tallow->settings.LocOfWinAmpExe(), "");
-  System nearby(*tallow, drives, *windows, [] { return std::string("/opt/player"); });
-  tallow->search_for_player();
-  EXPECT_EQ(tallow->settings.LocOfWinAmpExe(), "/opt/player");
-  EXPECT_EQ(tallow->player_path, "/opt/player");
-  clsINI saved;
-  saved.GetandLoadIniInfo(Settings());
-  EXPECT_EQ(saved.LocOfWinAmpExe(), "/opt/player");
-}
-
-TEST_F(SystemTest, APlayerThatIsNowhereLeavesAnEmptyPath) {
-  Start();
-  tallow->settings.LocOfWinAmpExe(music / "gone/player");
-  tallow->SaveSettings();
-  std::filesystem::remove(std::filesystem::path(music / "z/winamp.exe"));
-  windows.emplace();
-  tallow.emplace(application.path());
-  System without(*tallow, drives, *windows, [] { return std::string(); });
-  EXPECT_TRUE(without.Main(runtime_file));
-  EXPECT_EQ(windows->progress.status, (Texts{"Looking for WinAmp in " + music.path()}));
-  EXPECT_EQ(tallow->player_path, "");
-  clsINI saved;
-  saved.GetandLoadIniInfo(Settings());
-  EXPECT_EQ(saved.LocOfWinAmpExe(), "");
 }
 
 TEST_F(SystemTest, ADamagedValueWithoutLettersIsStillNamed) {

@@ -8,6 +8,7 @@ add_executable(tallow_core_tests
   app/file_search_test.cpp
   app/initial_jukebox_test.cpp
   app/runtime_file_test.cpp
+  app/system_opening_test.cpp
   app/system_test.cpp
   jukebox/category_index_test.cpp
   jukebox/folder_tree_test.cpp

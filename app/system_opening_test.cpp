@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a start finds and opens once the library is there: the player and the first jukebox.
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "app/initial_jukebox.h"
+#include "app/player_search.h"
+#include "app/system.h"
+#include "jukebox/jukebox.h"
+#include "tests/system_fixture.h"
+
+namespace tallow {
+namespace {
+
+TEST_F(SystemTest, TheFirstRunFindsThePlayer) {
+  Start();
+  EXPECT_FALSE(tallow->player_path.empty());
+  EXPECT_EQ(tallow->player_path, tallow->settings.LocOfWinAmpExe());
+  clsINI saved;
+  saved.GetandLoadIniInfo(Settings());
+  EXPECT_EQ(saved.LocOfWinAmpExe(), tallow->player_path);
+}
+
+TEST_F(SystemTest, AVanishedPlayerIsSearchedAndItsPathDropped) {
+  Start();
+  tallow->settings.LocOfWinAmpExe(music / "gone/player");
+  tallow->SaveSettings();
+  std::filesystem::remove(std::filesystem::path(music / "z/winamp.exe"));
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(windows->log,
+            (Texts{"splash", "cancel on", "cancel off", "jukebox", "splash off", "tip"}));
+  EXPECT_EQ(tallow->player_path, FindPlayerNearby());
+  clsINI saved;
+  saved.GetandLoadIniInfo(Settings());
+  EXPECT_EQ(saved.LocOfWinAmpExe(), FindPlayerNearby());
+}
+
+TEST_F(SystemTest, ADeletedJukeboxGivesTheSampleAndKeepsTheRecentList) {
+  Start();
+  tallow->settings.LocOfLastSavedJukeBox("older.juk");
+  tallow->settings.LocOfLastSavedJukeBox(application / "gone.juk");
+  tallow->SaveSettings();
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), application / "gone.juk");
+  EXPECT_EQ(tallow->settings.LocSecToLastSavedJukeBox(), "older.juk");
+}
+
+TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsThatHaveComeSince) {
+  Start();
+  const std::string path = application / "Grouping/my mix.juk";
+  {
+    Jukebox& saved = *windows->open[0];
+    saved.Nodes().AddChild(nullptr, "Mine").Items().emplace_back(2, 2);
+    saved.Nodes().Rename(*saved.Nodes().Find("Seasonal"), "Holidays");
+    ASSERT_TRUE(saved.Save(path, tallow->library));
+  }
+  tallow->settings.LocOfLastSavedJukeBox(path);
+  tallow->SaveSettings();
+  MakeSong("b/four.mp3", {.artist = "Zappa"});
+  EXPECT_TRUE(Start());
+  EXPECT_TRUE(windows->told.empty());
+  Jukebox& jukebox = *windows->open[0];
+  EXPECT_EQ(jukebox.Caption(), "MY MIX");
+  EXPECT_EQ(jukebox.Tag(), "1");
+  EXPECT_EQ(jukebox.FileLocation(), application / "Grouping/");
+  EXPECT_EQ(jukebox.ColumnHeaders().size(), 2U);
+  EXPECT_NE(jukebox.Nodes().Find("Holidays"), nullptr);
+  EXPECT_EQ(jukebox.Nodes().Find("Seasonal"), nullptr);
+  EXPECT_EQ(jukebox.Nodes().Find("Mine")->Items().size(), 1U);
+  EXPECT_EQ(jukebox.Nodes().Find("All Songs")->Items().size(), 4U);
+  EXPECT_NE(jukebox.Nodes().Find("Zappa", jukebox.Nodes().Find("Artist")), nullptr);
+  EXPECT_EQ(windows->log, (Texts{"splash", "jukebox", "splash off", "tip"}));
+  EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), path);
+}
+
+TEST_F(SystemTest, ALastJukeboxThatCannotBeLoadedIsSaidAndTheSampleIsBuilt) {
+  Start();
+  const std::string path = application.File("Grouping/mix.juk", "no jukebox");
+  tallow->settings.LocOfLastSavedJukeBox(path);
+  tallow->SaveSettings();
+  EXPECT_TRUE(Start());
+  ASSERT_EQ(windows->told.size(), 1U);
+  EXPECT_TRUE(windows->told[0].starts_with("The jukebox could not be opened. " + path +
+                                           ": at byte 2 it is damaged or cut off."))
+      << windows->told[0];
+  EXPECT_TRUE(windows->told[0].ends_with(
+      "Tallow goes on with the sample jukebox. The file stays as it is."));
+  ASSERT_EQ(windows->open.size(), 1U);
+  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  EXPECT_EQ(windows->open[0]->ColumnHeaders().size(), 2U);
+  EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), path);
+  EXPECT_EQ(ReadWholeFile(path), "no jukebox");
+}
+
+TEST_F(SystemTest, APlayerSearchCancelledAtTheStartIsPending) {
+  Start();
+  EXPECT_FALSE(tallow->player_search_is_pending);
+  tallow->settings.LocOfWinAmpExe("");
+  tallow->SaveSettings();
+  const std::string player = music / "z/winamp.exe";
+  std::filesystem::remove(std::filesystem::path(player));
+  windows.emplace();
+  tallow.emplace(application.path());
+  windows->progress.on_yield = [this] { tallow->SearchCancelled = true; };
+  System cancelled(*tallow, drives, *windows, [] { return std::string(); });
+  EXPECT_TRUE(cancelled.Main(runtime_file));
+  EXPECT_TRUE(tallow->player_search_is_pending);
+  EXPECT_EQ(tallow->player_path, "");
+
+  // Made up for with a splash window of its own.
+  windows->progress.on_yield = {};
+  windows->log.clear();
+  tallow->search_for_player();
+  EXPECT_EQ(windows->log, (Texts{"splash", "cancel on", "cancel off", "splash off"}));
+  EXPECT_EQ(tallow->settings.LocOfWinAmpExe(), "");
+  System nearby(*tallow, drives, *windows, [] { return std::string("/opt/player"); });
+  tallow->search_for_player();
+  EXPECT_EQ(tallow->settings.LocOfWinAmpExe(), "/opt/player");
+  EXPECT_EQ(tallow->player_path, "/opt/player");
+  clsINI saved;
+  saved.GetandLoadIniInfo(Settings());
+  EXPECT_EQ(saved.LocOfWinAmpExe(), "/opt/player");
+}
+
+TEST_F(SystemTest, APlayerThatIsNowhereLeavesAnEmptyPath) {
+  Start();
+  tallow->settings.LocOfWinAmpExe(music / "gone/player");
+  tallow->SaveSettings();
+  std::filesystem::remove(std::filesystem::path(music / "z/winamp.exe"));
+  windows.emplace();
+  tallow.emplace(application.path());
+  System without(*tallow, drives, *windows, [] { return std::string(); });
+  EXPECT_TRUE(without.Main(runtime_file));
+  EXPECT_EQ(windows->progress.status, (Texts{"Looking for WinAmp in " + music.path()}));
+  EXPECT_EQ(tallow->player_path, "");
+  clsINI saved;
+  saved.GetandLoadIniInfo(Settings());
+  EXPECT_EQ(saved.LocOfWinAmpExe(), "");
+}
+
+}  // namespace
+}  // namespace tallow
