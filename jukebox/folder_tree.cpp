@@ -6,11 +6,14 @@
 
 namespace tallow {
 
-Folder* Folder::Next() const noexcept {
+Folder* Folder::Sibling(std::int32_t index) const noexcept {
   const Folder& above = parent_ != nullptr ? *parent_ : *tree_->root_;
-  const auto next = static_cast<std::size_t>(index_) + 1;
-  return next < above.children_.size() ? above.children_[next].get() : nullptr;
+  const auto place = static_cast<std::size_t>(index);
+  return index >= 0 && place < above.children_.size() ? above.children_[place].get() : nullptr;
 }
+
+Folder* Folder::Next() const noexcept { return Sibling(index_ + 1); }
+Folder* Folder::Previous() const noexcept { return Sibling(index_ - 1); }
 
 bool Folder::Holds(const Folder& folder) const noexcept {
   for (const Folder* above = &folder; above != nullptr; above = above->parent_)
@@ -50,6 +53,14 @@ Folder& FolderTree::AddChild(Folder* parent, std::string_view text, std::int32_t
   ++count_;
   if (observer_ != nullptr) observer_->AfterAdd();
   return *above.children_.back();
+}
+
+DetachedFolder FolderTree::NewFolder(std::string_view text) {
+  DetachedFolder folder(new Folder);
+  folder->key_ = ++last_key_;
+  folder->text_ = text;
+  folder->tree_ = this;
+  return folder;
 }
 
 DetachedFolder FolderTree::Take(Folder& folder) {
@@ -136,11 +147,51 @@ bool FolderTree::HasRoomBelow(const Folder* parent, const Folder& folder) noexce
   return level + folder.Height() <= kMostLevel;
 }
 
+bool FolderTree::Contains(const Folder& folder) const noexcept {
+  const Folder* top = &folder;
+  while (top->parent_ != nullptr) top = top->parent_;
+  return top->index_ < Children() && &ChildAt(top->index_) == top;
+}
+
 Folder* FolderTree::Find(std::string_view text, const Folder* below) const noexcept {
   const auto& siblings = (below != nullptr ? *below : *root_).children_;
   const auto found = std::find_if(siblings.begin(), siblings.end(),
                                   [&](const auto& folder) { return folder->text_ == text; });
   return found == siblings.end() ? nullptr : found->get();
+}
+
+namespace {
+
+/// Mixes values into a number so that every bit of one can change every bit of the result. The constants
+/// are those of the finalizer of SplitMix64.
+class Digest {
+ public:
+  void Add(std::uint64_t value) noexcept {
+    state_ += value + 0x9E3779B97F4A7C15U;
+    state_ = (state_ ^ (state_ >> 30)) * 0xBF58476D1CE4E5B9U;
+    state_ = (state_ ^ (state_ >> 27)) * 0x94D049BB133111EBU;
+    state_ ^= state_ >> 31;
+  }
+  void Add(const Folder& folder) {
+    Add(folder.Text().size());
+    for (const char c : folder.Text()) Add(static_cast<unsigned char>(c));
+    Add(folder.Items().size());
+    for (const SongEntry& entry : folder.Items()) Add(static_cast<std::uint32_t>(entry.SubItem()));
+    Add(static_cast<std::uint32_t>(folder.Children()));
+    for (std::int32_t k = 0; k < folder.Children(); ++k) Add(folder.ChildAt(k));
+  }
+  std::uint64_t Value() const noexcept { return state_; }
+
+ private:
+  std::uint64_t state_ = 0;
+};
+
+}  // namespace
+
+std::uint64_t ContentOf(const FolderTree& tree) {
+  Digest digest;
+  for (std::int32_t k = 0; k < tree.Children(); ++k) digest.Add(tree.ChildAt(k));
+  return digest.Value();
 }
 
 }  // namespace tallow

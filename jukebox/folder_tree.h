@@ -99,6 +99,8 @@ class Folder {
   Folder* Child() const noexcept { return children_.empty() ? nullptr : children_.front().get(); }
   /// The folder behind this one under the same parent; null for the last.
   Folder* Next() const noexcept;
+  /// The folder before this one under the same parent; null for the first.
+  Folder* Previous() const noexcept;
   /// The folder's place among its siblings, from 0.
   std::int32_t Index() const noexcept { return index_; }
 
@@ -109,6 +111,7 @@ class Folder {
  private:
   friend class FolderTree;
   Folder() = default;
+  Folder* Sibling(std::int32_t index) const noexcept;
 
   std::uint32_t key_ = 0;
   std::int32_t image_ = kClosedFolder;
@@ -170,6 +173,9 @@ class FolderTree {
   Folder& AddChild(Folder* parent, std::string_view text, std::int32_t image = kClosedFolder,
                    std::int32_t selected_image = kOpenFolder);
 
+  /// A folder made for this tree, not yet in it.
+  DetachedFolder NewFolder(std::string_view text);
+
   /// Takes a folder out of the tree, with all below it.
   DetachedFolder Take(Folder& folder);
 
@@ -205,6 +211,8 @@ class FolderTree {
   std::int32_t Children() const noexcept { return root_->Children(); }
   /// A top-level folder, from 0.
   Folder& ChildAt(std::int32_t index) const { return root_->ChildAt(index); }
+  /// Whether a folder is in this tree and not in a detached part of it.
+  bool Contains(const Folder& folder) const noexcept;
   /// How many folders there are on all levels.
   std::int32_t Count() const noexcept { return count_; }
 
@@ -223,5 +231,9 @@ class FolderTree {
   std::int32_t count_ = 0;
   FolderTreeObserver* observer_ = nullptr;
 };
+
+/// A number for what a tree holds: folders with their texts, and songs, all in their order. Trees that
+/// hold the same have the same number; others have another one, as far as 64 bits can tell.
+std::uint64_t ContentOf(const FolderTree& tree);
 
 }  // namespace tallow

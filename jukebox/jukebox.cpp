@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/jukebox.h"
 
+#include <numeric>
 #include <span>
+#include <utility>
 
 #include "jukebox/jukebox_file.h"
 #include "jukebox/sorting.h"
@@ -38,7 +40,12 @@ class KeyTable : public TextTable {
   static constexpr std::int16_t kColumns = 2;
 
   KeyTable(std::vector<SongEntry>& entries, const clsMain& library, SongColumn key)
-      : entries_(entries), library_(library), key_(key) {}
+      : entries_(entries), library_(library), key_(key), origins_(entries.size()) {
+    std::iota(origins_.begin(), origins_.end(), 0);
+  }
+
+  /// For each place the one that its song came from, both from 0.
+  std::vector<std::int32_t>& Origins() noexcept { return origins_; }
 
   std::string_view Cell(std::int16_t /*column*/, std::int32_t row) const override {
     const std::int32_t record = entries_[static_cast<std::size_t>(row - 1)].SubItem();
@@ -50,16 +57,24 @@ class KeyTable : public TextTable {
   void MoveRows(std::int32_t first, std::span<const std::int32_t> order,
                 std::int16_t /*columns*/) override {
     std::vector<std::int32_t> records(order.size());
-    for (std::size_t k = 0; k < order.size(); ++k)
-      records[k] = entries_[static_cast<std::size_t>(order[k] - 1)].SubItem();
-    for (std::size_t k = 0; k < order.size(); ++k)
-      entries_[static_cast<std::size_t>(first - 1) + k].SubItem(records[k]);
+    std::vector<std::int32_t> origins(order.size());
+    for (std::size_t k = 0; k < order.size(); ++k) {
+      const auto from = static_cast<std::size_t>(order[k] - 1);
+      records[k] = entries_[from].SubItem();
+      origins[k] = origins_[from];
+    }
+    for (std::size_t k = 0; k < order.size(); ++k) {
+      const std::size_t to = static_cast<std::size_t>(first - 1) + k;
+      entries_[to].SubItem(records[k]);
+      origins_[to] = origins[k];
+    }
   }
 
  private:
   std::vector<SongEntry>& entries_;
   const clsMain& library_;
   SongColumn key_;
+  std::vector<std::int32_t> origins_;
 };
 
 }  // namespace
@@ -102,6 +117,7 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
     return false;
   }
   file_path_ = path;
+  RememberContent();
   return true;
 }
 
@@ -115,7 +131,9 @@ bool Jukebox::Load(const std::string& path, const clsMain& library) {
     FillTree(content, library, loaded);
     selected_ = nullptr;
     sort_state_ = 0;
+    history_.Clear();
     tree_.Swap(loaded);
+    RememberContent();
     headers_ = std::move(content.columns);
     file_path_ = path;
   } catch (const FileError& error) {
@@ -134,6 +152,37 @@ bool Jukebox::Load(const std::string& path, const clsMain& library) {
   return true;
 }
 
+void Jukebox::IsFormDirty(bool dirty) noexcept {
+  is_form_dirty_ = dirty;
+  if (!dirty) history_.MarkSaved();
+}
+
+Folder* Jukebox::Undo() {
+  Folder* const concerned = history_.Undo();
+  ForgetLostFolder();
+  return concerned;
+}
+
+Folder* Jukebox::Redo() {
+  Folder* const concerned = history_.Redo();
+  ForgetLostFolder();
+  return concerned;
+}
+
+void Jukebox::ForgetLostFolder() {
+  if (selected_ == nullptr || tree_.Contains(*selected_)) return;
+  for (SongEntry& entry : std::exchange(selected_, nullptr)->Items()) entry.LabelPosition(0);
+  if (view_ != nullptr) view_->ListChanged();
+}
+
+void Jukebox::PicturesChanged() {
+  if (view_ != nullptr) view_->LabelsChanged();
+}
+
+void Jukebox::LabelSongs(const clsMain& library) {
+  history_.SongsPruned(*selected_, RefreshFolderList(*selected_, library));
+}
+
 void Jukebox::ShowFolder(Folder& folder, const clsMain& library, std::int64_t& folder_changes) {
   if (selected_ != nullptr)
     for (SongEntry& entry : selected_->Items()) entry.LabelPosition(0);
@@ -146,7 +195,7 @@ void Jukebox::ShowFolder(Folder& folder, const clsMain& library, std::int64_t& f
 
 void Jukebox::ListRefilled(const clsMain& library) {
   if (selected_ == nullptr) return;
-  RefreshFolderList(*selected_, library);
+  LabelSongs(library);
   if (view_ != nullptr) view_->ListChanged();
 }
 
@@ -156,11 +205,23 @@ void Jukebox::ColumnClick(const clsMain& library) {
   const ListOrder& order = kOrders[state - 1];
   std::vector<SongEntry>& entries = selected_->Items();
   KeyTable table(entries, library, order.key);
-  order.sort(table, 1, static_cast<std::int32_t>(entries.size()), KeyTable::kKey,
-             KeyTable::kColumns);
+  history_.Begin(selected_);
+  const auto keep = [&] {
+    history_.SongsReordered(*selected_, std::move(table.Origins()));
+    history_.End();
+  };
+  try {
+    order.sort(table, 1, static_cast<std::int32_t>(entries.size()), KeyTable::kKey,
+               KeyTable::kColumns);
+  } catch (...) {
+    // Some songs have changed places.
+    keep();
+    throw;
+  }
+  keep();
   sort_state_ = state == kLastOrder ? kFirstOrder : state + 1;
   const std::size_t before = entries.size();
-  RefreshFolderList(*selected_, library);
+  LabelSongs(library);
   NameColumnHeader(order.header);
   if (view_ == nullptr) return;
   if (entries.size() == before)

@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "jukebox/edit_history.h"
 #include "jukebox/folder_tree.h"
 
 namespace tallow {
@@ -52,9 +53,30 @@ class Jukebox {
   const std::string& Tag() const noexcept { return tag_; }
   void Tag(std::string_view tag) { tag_ = tag; }
 
-  /// Whether the jukebox has changed since it was saved or loaded.
-  bool IsFormDirty() const noexcept { return is_form_dirty_; }
-  void IsFormDirty(bool dirty) noexcept { is_form_dirty_ = dirty; }
+  /// Whether the jukebox has changed since it was saved or loaded: by the user, without having taken it
+  /// back, or by whoever set this.
+  bool IsFormDirty() const noexcept { return is_form_dirty_ || !history_.IsAsSaved(); }
+  /// \param dirty true stays until the jukebox is saved; false: it is saved now
+  void IsFormDirty(bool dirty) noexcept;
+
+  /// Makes the user's changes to folders and songs, and takes them back.
+  EditHistory& History() noexcept { return history_; }
+
+  /// Takes back the latest change, or does again the one that was taken back last. The lists of folders
+  /// are as they were, without labels.
+  ///
+  /// \returns the folder to show; null for none
+  Folder* Undo();
+  Folder* Redo();
+
+  /// To be called when folders may have left the tree: a folder on show that has is no longer on show.
+  void ForgetLostFolder();
+
+  /// Whether folders or songs differ from those of the file that was loaded or saved last, or from those
+  /// at the time of RememberContent. Unlike IsFormDirty this looks.
+  bool DiffersFromFile() const { return ContentOf(tree_) != remembered_content_; }
+  /// Takes what the jukebox holds now for that of its file. Save and Load do so themselves.
+  void RememberContent() { remembered_content_ = ContentOf(tree_); }
 
   /// Whether the tree is shown with all its folders open.
   bool Expanded() const noexcept { return expanded_; }
@@ -94,6 +116,9 @@ class Jukebox {
   /// Labels the songs on show and lets the window fill its list with them.
   void ListRefilled(const clsMain& library);
 
+  /// The rank pictures of songs on show have changed.
+  void PicturesChanged();
+
   /// Sorts the list, as a click on a column header does. Each click takes the next of four orders:
   /// by file name up, by file name down, by rank from best, by rank from worst. The entries keep
   /// their places and change their songs.
@@ -110,8 +135,10 @@ class Jukebox {
 
  private:
   void NameColumnHeader(std::string_view text);
+  void LabelSongs(const clsMain& library);
 
   FolderTree tree_;
+  EditHistory history_{tree_};
   std::string caption_;
   std::string file_location_;
   std::string tag_;
@@ -123,6 +150,7 @@ class Jukebox {
   JukeboxView* view_ = nullptr;
   std::string file_path_;
   std::string file_problem_;
+  std::uint64_t remembered_content_ = ContentOf(FolderTree());
 };
 
 /// The text of an entry: its record number, or once labelled its position, ".  " and its file name.

@@ -181,23 +181,28 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
   }
 }
 
-void RefreshFolderList(Folder& folder, const clsMain& library) {
+std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& library) {
+  std::vector<std::int32_t> removed;
   const std::int32_t count = library.UBoundOfMp3Array();
   std::vector<SongEntry>& entries = folder.Items();
   // Removing shifts what follows; here what stays moves up once, to the place `kept`, which is also
   // the entry's index at the moment it is labelled.
   std::size_t kept = 0;
   bool skip = false;
-  for (const SongEntry& found : entries) {
-    SongEntry entry = found;
+  for (std::size_t k = 0; k < entries.size(); ++k) {
+    SongEntry entry = entries[k];
     const std::int32_t record = entry.SubItem();
     const bool known = record >= 1 && record <= count;
     if (!skip && !known) {
       // The one that moves up into this place is passed over.
       skip = true;
+      removed.push_back(static_cast<std::int32_t>(k));
       continue;
     }
-    if (!skip && NumericValue(library.Mp3Info(kFileIsThere, record)) == 0) continue;
+    if (!skip && NumericValue(library.Mp3Info(kFileIsThere, record)) == 0) {
+      removed.push_back(static_cast<std::int32_t>(k));
+      continue;
+    }
     if (!skip) {
       entry.LabelPosition(static_cast<std::int32_t>(kept) + 1);
       entry.Icon(NumericValue(library.Mp3Info(kSongRank, record)));
@@ -206,6 +211,7 @@ void RefreshFolderList(Folder& folder, const clsMain& library) {
     entries[kept++] = entry;
   }
   entries.resize(kept);
+  return removed;
 }
 
 std::string_view GenreNameFromID(std::int32_t id) noexcept { return GenreName(id); }

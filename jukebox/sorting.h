@@ -66,7 +66,9 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
 /// not; behind each of the latter one entry is left unlabelled in this pass.
 ///
 /// Cost: O(entries), without touching a file.
-void RefreshFolderList(Folder& folder, const clsMain& library);
+///
+/// \returns the places, from 0, that the removed entries had
+std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& library);
 
 /// The name of a genre number; empty for a number that has none. The numbers and names are those of
 /// MP3TagEditor::GenraLookupByID.

@@ -11,8 +11,9 @@ add_executable(tallow_core_tests
   app/system_opening_test.cpp
   app/system_test.cpp
   jukebox/category_index_test.cpp
+  jukebox/edit_history_test.cpp
   jukebox/folder_tree_test.cpp
-  ui/jukebox_documents_test.cpp
+  jukebox/jukebox_edits_test.cpp
   jukebox/jukebox_file_test.cpp
   jukebox/jukebox_test.cpp
   jukebox/play_commands_test.cpp
@@ -30,10 +31,12 @@ add_executable(tallow_core_tests
   player/player_operations_test.cpp
   player/playfile_test.cpp
   player/winamp_control_test.cpp
+  ui/jukebox_documents_test.cpp
   util/atomic_file_test.cpp
   util/comm_dlgs_test.cpp
   util/file_system_test.cpp
   util/like_test.cpp
+  util/natural_order_test.cpp
   util/number_test.cpp
   util/path_text_test.cpp
   util/quicksort_test.cpp

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <utility>
+#include <vector>
+
+#include "jukebox/folder_tree.h"
+
+namespace tallow {
+
+/// What was cut or copied last in any jukebox window: songs, or a folder. It holds copies, so it stays
+/// whatever becomes of the originals.
+class JukeboxClipboard {
+ public:
+  void PutSongs(std::vector<SongEntry> songs) {
+    Clear();
+    songs_ = std::move(songs);
+  }
+
+  void PutFolder(const Folder& folder) {
+    Clear();
+    folders_.Put(folders_.Copy(folder), nullptr, 0);
+  }
+
+  /// The songs, in their order; none when there is a folder, or nothing.
+  const std::vector<SongEntry>& Songs() const noexcept { return songs_; }
+
+  /// The folder with all below it; null when there is none.
+  const Folder* CopiedFolder() const {
+    return folders_.Children() > 0 ? &folders_.ChildAt(0) : nullptr;
+  }
+
+ private:
+  void Clear() {
+    songs_.clear();
+    FolderTree none;
+    folders_.Swap(none);
+  }
+
+  std::vector<SongEntry> songs_;
+  FolderTree folders_;
+};
+
+}  // namespace tallow

@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/jukebox_edits.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <numeric>
+#include <unordered_set>
+#include <utility>
+
+#include "jukebox/jukebox.h"
+#include "jukebox/special_folders.h"
+#include "util/natural_order.h"
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+std::int32_t ChildrenOf(const FolderTree& tree, const Folder* parent) {
+  return parent != nullptr ? parent->Children() : tree.Children();
+}
+
+/// The songs that a folder does not hold yet, each once.
+std::vector<SongEntry> NotYetIn(const Folder& folder, const std::vector<SongEntry>& songs) {
+  std::unordered_set<std::int32_t> held;
+  held.reserve(folder.Items().size() + songs.size());
+  for (const SongEntry& entry : folder.Items()) held.insert(entry.SubItem());
+  std::vector<SongEntry> added;
+  for (const SongEntry& song : songs)
+    if (held.insert(song.SubItem()).second) added.push_back(song);
+  return added;
+}
+
+}  // namespace
+
+Folder* FolderBeside(const Folder& folder) noexcept {
+  if (Folder* const next = folder.Next()) return next;
+  if (folder.Parent() == nullptr) return folder.Previous();
+  return folder.Index() > 0 ? folder.Previous() : folder.Parent();
+}
+
+std::vector<std::int32_t> JukeboxEdits::ValidRows(const Folder& folder,
+                                                  const std::vector<int>& rows) {
+  std::vector<std::int32_t> valid;
+  valid.reserve(rows.size());
+  for (const int row : rows)
+    if (row >= 0 && static_cast<std::size_t>(row) < folder.Items().size()) valid.push_back(row);
+  return valid;
+}
+
+std::vector<SongEntry> JukeboxEdits::EntriesAt(const Folder& folder, const std::vector<int>& rows) {
+  std::vector<SongEntry> entries;
+  entries.reserve(rows.size());
+  for (const std::int32_t row : ValidRows(folder, rows)) {
+    entries.push_back(folder.Items()[static_cast<std::size_t>(row)]);
+    entries.back().LabelPosition(0);
+  }
+  return entries;
+}
+
+Folder* JukeboxEdits::AddFolder(Folder* parent) {
+  if (parent != nullptr && parent->Level() >= kMostLevel) return nullptr;
+  FolderTree& tree = jukebox_.Nodes();
+  jukebox_.History().Begin(parent != nullptr ? parent : jukebox_.selectednode());
+  Folder& folder =
+      jukebox_.History().AddFolder(tree.NewFolder(kNewFolder), parent, ChildrenOf(tree, parent));
+  jukebox_.History().End();
+  return &folder;
+}
+
+bool JukeboxEdits::Rename(Folder& folder, std::string_view text) {
+  if (IsSpecialFolder(folder) || Trim(text).empty()) return false;
+  if (folder.Text() == text) return true;
+  jukebox_.History().Begin(&folder);
+  jukebox_.History().RenameFolder(folder, text);
+  jukebox_.History().End();
+  return true;
+}
+
+void JukeboxEdits::RemoveSongs(Folder& folder, const std::vector<int>& rows) {
+  jukebox_.History().Begin(&folder);
+  jukebox_.History().RemoveSongs(folder, ValidRows(folder, rows));
+  jukebox_.History().End();
+}
+
+void JukeboxEdits::CutSongs(Folder& folder, const std::vector<int>& rows) {
+  if (ValidRows(folder, rows).empty()) return;
+  CopySongs(folder, rows);
+  RemoveSongs(folder, rows);
+}
+
+void JukeboxEdits::CopySongs(const Folder& folder, const std::vector<int>& rows) {
+  std::vector<SongEntry> songs = EntriesAt(folder, rows);
+  if (!songs.empty()) clipboard_.PutSongs(std::move(songs));
+}
+
+void JukeboxEdits::CutFolder(Folder& folder) {
+  CopyFolder(folder);
+  DeleteFolder(folder);
+}
+
+void JukeboxEdits::CopyFolder(const Folder& folder) { clipboard_.PutFolder(folder); }
+
+JukeboxEdits::Result JukeboxEdits::Paste(Folder* into) {
+  if (const Folder* const folder = clipboard_.CopiedFolder()) return AddCopy(*folder, into);
+  if (into == nullptr) return Result::kNothing;
+  return AddSongs(*into, clipboard_.Songs());
+}
+
+JukeboxEdits::Result JukeboxEdits::AddCopy(const Folder& folder, Folder* parent) {
+  if (!FolderTree::HasRoomBelow(parent, folder)) return Result::kTooDeep;
+  FolderTree& tree = jukebox_.Nodes();
+  jukebox_.History().Begin(parent != nullptr ? parent : jukebox_.selectednode());
+  jukebox_.History().AddFolder(tree.Copy(folder), parent, ChildrenOf(tree, parent));
+  jukebox_.History().End();
+  return Result::kDone;
+}
+
+void JukeboxEdits::DeleteFolder(Folder& folder) {
+  jukebox_.History().Begin(FolderBeside(folder));
+  jukebox_.History().RemoveFolder(folder);
+  jukebox_.History().End();
+  jukebox_.ForgetLostFolder();
+}
+
+JukeboxEdits::Result JukeboxEdits::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
+  std::vector<SongEntry> added = NotYetIn(to, songs);
+  if (added.empty()) return Result::kNothing;
+  jukebox_.History().Begin(&to);
+  jukebox_.History().AddSongs(to, std::move(added));
+  jukebox_.History().End();
+  return Result::kDone;
+}
+
+JukeboxEdits::Result JukeboxEdits::DropSongs(JukeboxEdits& source, Folder& from,
+                                             const std::vector<int>& rows, Folder& to, bool copy) {
+  if (&from == &to) return Result::kNothing;
+  const std::vector<SongEntry> songs = EntriesAt(from, rows);
+  if (songs.empty()) return Result::kNothing;
+  if (copy) return AddSongs(to, songs);
+  if (&source != this) {
+    AddSongs(to, songs);
+    source.RemoveSongs(from, rows);
+    return Result::kDone;
+  }
+  EditHistory& history = jukebox_.History();
+  history.Begin(&from);
+  history.AddSongs(to, NotYetIn(to, songs));
+  history.RemoveSongs(from, ValidRows(from, rows));
+  history.End();
+  return Result::kDone;
+}
+
+bool JukeboxEdits::CanDropFolder(const Folder& folder, const Folder* to, bool copy) noexcept {
+  if (to != nullptr && folder.Holds(*to)) return false;
+  return copy || folder.Parent() != to;
+}
+
+JukeboxEdits::Result JukeboxEdits::DropFolder(JukeboxEdits& source, Folder& folder, Folder* to,
+                                              bool copy) {
+  const bool same_jukebox = &source == this;
+  if (same_jukebox && !CanDropFolder(folder, to, copy)) return Result::kNothing;
+  if (copy || !same_jukebox) {
+    const Result result = AddCopy(folder, to);
+    if (result == Result::kDone && !copy) source.DeleteFolder(folder);
+    return result;
+  }
+  if (!FolderTree::HasRoomBelow(to, folder)) return Result::kTooDeep;
+  EditHistory& history = jukebox_.History();
+  history.Begin(&folder);
+  history.MoveFolder(folder, to, ChildrenOf(jukebox_.Nodes(), to));
+  history.End();
+  return Result::kDone;
+}
+
+void JukeboxEdits::SortNodes(Folder* above) {
+  jukebox_.History().Begin(above != nullptr ? above : jukebox_.selectednode());
+  SortBelow(above);
+  jukebox_.History().End();
+}
+
+void JukeboxEdits::SortBelow(Folder* above) {
+  const FolderTree& tree = jukebox_.Nodes();
+  const auto child = [&](std::int32_t index) -> Folder& {
+    return above != nullptr ? above->ChildAt(index) : tree.ChildAt(index);
+  };
+  std::vector<std::int32_t> order(static_cast<std::size_t>(ChildrenOf(tree, above)));
+  std::iota(order.begin(), order.end(), 0);
+  std::stable_sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
+    return NaturalLess(child(a).Text(), child(b).Text());
+  });
+  if (!std::is_sorted(order.begin(), order.end()))
+    jukebox_.History().ReorderFolders(above, std::move(order));
+  for (std::int32_t k = 0; k < ChildrenOf(tree, above); ++k) SortBelow(&child(k));
+}
+
+}  // namespace tallow

@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/jukebox_edits.h"
+
+#include "jukebox/jukebox.h"
+#include "tests/library_fixture.h"
+
+namespace tallow {
+namespace {
+
+using Result = JukeboxEdits::Result;
+using Songs = std::vector<std::int32_t>;
+
+class Edits : public LibraryTest {
+ protected:
+  Edits() {
+    for (int k = 1; k <= 9; ++k) AddSong("/m/", std::to_string(k) + ".mp3");
+  }
+
+  static Folder& Add(Jukebox& jukebox, Folder* parent, const char* text, const Songs& songs = {}) {
+    Folder& folder = jukebox.Nodes().AddChild(parent, text);
+    for (const std::int32_t song : songs) folder.Items().emplace_back(song, 2);
+    return folder;
+  }
+  Folder& Add(Folder* parent, const char* text, const Songs& songs = {}) {
+    return Add(jukebox, parent, text, songs);
+  }
+  static Songs SongsIn(const Folder& folder) {
+    Songs songs;
+    for (const SongEntry& entry : folder.Items()) songs.push_back(entry.SubItem());
+    return songs;
+  }
+  /// The texts of the folders below one, or at top level.
+  Texts Children(const Folder* above = nullptr) const {
+    Texts texts;
+    const FolderTree& tree = jukebox.Nodes();
+    const std::int32_t count = above != nullptr ? above->Children() : tree.Children();
+    for (std::int32_t k = 0; k < count; ++k)
+      texts.push_back((above != nullptr ? above->ChildAt(k) : tree.ChildAt(k)).Text());
+    return texts;
+  }
+
+  Jukebox jukebox;
+  JukeboxClipboard clipboard;
+  JukeboxEdits edits{jukebox, clipboard};
+};
+
+TEST_F(Edits, ANewFolderComesBehindTheOthers) {
+  Folder& a = Add(nullptr, "A");
+  Add(&a, "A1");
+  const Folder* const added = edits.AddFolder(&a);
+  EXPECT_EQ(added, &a.ChildAt(1));
+  EXPECT_EQ(Children(&a), (Texts{"A1", "New Folder"}));
+  edits.AddFolder(nullptr);
+  EXPECT_EQ(Children(), (Texts{"A", "New Folder"}));
+  EXPECT_TRUE(jukebox.IsFormDirty());
+}
+
+TEST_F(Edits, NoFolderLiesDeeperThanAThousand) {
+  Folder* folder = nullptr;
+  for (int level = 0; level <= kMostLevel; ++level) folder = &Add(folder, "x");
+  EXPECT_EQ(edits.AddFolder(folder), nullptr);
+  Folder& other = Add(nullptr, "other");
+  edits.CopyFolder(other);
+  EXPECT_EQ(edits.Paste(folder), Result::kTooDeep);
+  EXPECT_EQ(edits.DropFolder(edits, other, folder, false), Result::kTooDeep);
+  EXPECT_EQ(edits.DropFolder(edits, other, folder, true), Result::kTooDeep);
+  EXPECT_EQ(edits.Paste(folder->Parent()), Result::kDone);
+}
+
+TEST_F(Edits, AFolderGetsAnotherTextButNoEmptyOne) {
+  Folder& folder = Add(nullptr, "A");
+  EXPECT_TRUE(edits.Rename(folder, "A"));
+  EXPECT_FALSE(jukebox.History().CanUndo());
+  EXPECT_FALSE(edits.Rename(folder, ""));
+  EXPECT_FALSE(edits.Rename(folder, "   "));
+  EXPECT_EQ(folder.Text(), "A");
+  EXPECT_TRUE(edits.Rename(folder, "[b] "));
+  EXPECT_EQ(folder.Text(), "[b] ");
+}
+
+TEST_F(Edits, ASpecialFolderKeepsItsText) {
+  Folder& folder = Add(nullptr, "New");
+  EXPECT_FALSE(edits.Rename(folder, "Old"));
+  EXPECT_EQ(folder.Text(), "New");
+}
+
+TEST_F(Edits, CutSongsLieOnTheClipboard) {
+  Folder& from = Add(nullptr, "from", {1, 2, 3, 4, 5});
+  Folder& to = Add(nullptr, "to", {9});
+  edits.CutSongs(from, {0, 2, 3});
+  EXPECT_EQ(SongsIn(from), (Songs{2, 5}));
+  EXPECT_EQ(edits.Paste(&to), Result::kDone);
+  EXPECT_EQ(SongsIn(to), (Songs{9, 1, 3, 4}));
+  // They can be pasted again.
+  EXPECT_EQ(edits.Paste(&from), Result::kDone);
+  EXPECT_EQ(SongsIn(from), (Songs{2, 5, 1, 3, 4}));
+}
+
+TEST_F(Edits, ASongIsNotAddedTwice) {
+  Folder& from = Add(nullptr, "from", {1, 2, 2, 3});
+  Folder& to = Add(nullptr, "to", {3, 3, 7});
+  edits.CopySongs(from, {0, 1, 2, 3});
+  edits.Paste(&to);
+  EXPECT_EQ(SongsIn(to), (Songs{3, 3, 7, 1, 2}));
+  EXPECT_EQ(edits.Paste(&to), Result::kNothing);
+  EXPECT_EQ(jukebox.History().Steps(), 1U);
+}
+
+TEST_F(Edits, NothingSelectedLeavesTheClipboardAsItIs) {
+  Folder& from = Add(nullptr, "from", {1, 2});
+  Folder& to = Add(nullptr, "to");
+  edits.CopySongs(from, {1});
+  edits.CopySongs(from, {});
+  edits.CutSongs(from, {-1, 2, 99});
+  EXPECT_FALSE(jukebox.IsFormDirty());
+  edits.Paste(&to);
+  EXPECT_EQ(SongsIn(to), Songs{2});
+}
+
+TEST_F(Edits, AtTopLevelThereAreNoSongs) {
+  edits.CopySongs(Add(nullptr, "from", {1}), {0});
+  EXPECT_EQ(edits.Paste(nullptr), Result::kNothing);
+}
+
+TEST_F(Edits, AnEmptyClipboardPastesNothing) {
+  EXPECT_EQ(edits.Paste(&Add(nullptr, "to")), Result::kNothing);
+  EXPECT_EQ(edits.Paste(nullptr), Result::kNothing);
+}
+
+TEST_F(Edits, AFolderIsPastedWithAllBelowItBesideOneOfTheSameText) {
+  Folder& a = Add(nullptr, "A", {1});
+  Folder& inner = Add(&a, "inner", {2, 3});
+  Folder& b = Add(nullptr, "B");
+  Add(&b, "A");
+  edits.CopyFolder(a);
+  edits.Rename(inner, "renamed later");
+  EXPECT_EQ(edits.Paste(&b), Result::kDone);
+  EXPECT_EQ(Children(&b), (Texts{"A", "A"}));
+  EXPECT_EQ(SongsIn(b.ChildAt(1)), Songs{1});
+  EXPECT_EQ(b.ChildAt(1).ChildAt(0).Text(), "inner");
+  EXPECT_EQ(SongsIn(b.ChildAt(1).ChildAt(0)), (Songs{2, 3}));
+  edits.Paste(nullptr);
+  EXPECT_EQ(Children(), (Texts{"A", "B", "A"}));
+}
+
+TEST_F(Edits, ACopyMayGoIntoItsOriginal) {
+  Folder& a = Add(nullptr, "A");
+  Add(&a, "inner");
+  edits.CopyFolder(a);
+  edits.Paste(&a);
+  EXPECT_EQ(Children(&a), (Texts{"inner", "A"}));
+  EXPECT_EQ(Children(&a.ChildAt(1)), Texts{"inner"});
+}
+
+TEST_F(Edits, TheClipboardHoldsSongsOrAFolder) {
+  Folder& a = Add(nullptr, "A", {1});
+  Folder& to = Add(nullptr, "to");
+  edits.CopyFolder(a);
+  edits.CopySongs(a, {0});
+  edits.Paste(&to);
+  EXPECT_EQ(to.Children(), 0);
+  EXPECT_EQ(SongsIn(to), Songs{1});
+  edits.CopyFolder(a);
+  edits.Paste(&to);
+  EXPECT_EQ(to.Children(), 1);
+}
+
+TEST_F(Edits, ACutFolderIsInTheTreeNoMoreAndCanBePasted) {
+  Folder& a = Add(nullptr, "A", {1});
+  Folder& b = Add(nullptr, "B");
+  std::int64_t changes = 0;
+  jukebox.ShowFolder(a, library, changes);
+  edits.CutFolder(a);
+  EXPECT_EQ(jukebox.selectednode(), nullptr);
+  EXPECT_EQ(Children(), Texts{"B"});
+  edits.Paste(&b);
+  EXPECT_EQ(SongsIn(b.ChildAt(0)), Songs{1});
+}
+
+TEST_F(Edits, TheClipboardIsSharedByJukeboxes) {
+  Jukebox other;
+  JukeboxEdits other_edits(other, clipboard);
+  Folder& there = Add(other, nullptr, "there");
+  edits.CopySongs(Add(nullptr, "A", {4, 5}), {0, 1});
+  other_edits.Paste(&there);
+  EXPECT_EQ(SongsIn(there), (Songs{4, 5}));
+  EXPECT_FALSE(jukebox.IsFormDirty());
+  EXPECT_TRUE(other.IsFormDirty());
+}
+
+TEST_F(Edits, DroppedSongsMoveOrAreCopied) {
+  Folder& from = Add(nullptr, "from", {1, 2, 3});
+  Folder& to = Add(nullptr, "to", {2});
+  EXPECT_EQ(edits.DropSongs(edits, from, {0, 1}, to, false), Result::kDone);
+  EXPECT_EQ(SongsIn(from), Songs{3});
+  EXPECT_EQ(SongsIn(to), (Songs{2, 1}));
+  EXPECT_EQ(edits.DropSongs(edits, from, {0}, to, true), Result::kDone);
+  EXPECT_EQ(SongsIn(from), Songs{3});
+  EXPECT_EQ(SongsIn(to), (Songs{2, 1, 3}));
+  EXPECT_EQ(edits.DropSongs(edits, from, {0}, from, false), Result::kNothing);
+  EXPECT_EQ(edits.DropSongs(edits, from, {}, to, false), Result::kNothing);
+  // Each was one step.
+  EXPECT_EQ(jukebox.History().Steps(), 2U);
+  jukebox.Undo();
+  jukebox.Undo();
+  EXPECT_EQ(SongsIn(from), (Songs{1, 2, 3}));
+  EXPECT_EQ(SongsIn(to), Songs{2});
+}
+
+TEST_F(Edits, SongsMoveToAnotherJukebox) {
+  Jukebox other;
+  JukeboxEdits other_edits(other, clipboard);
+  Folder& there = Add(other, nullptr, "there", {1});
+  Folder& from = Add(nullptr, "from", {1, 2, 3});
+  EXPECT_EQ(other_edits.DropSongs(edits, from, {0, 2}, there, false), Result::kDone);
+  EXPECT_EQ(SongsIn(from), Songs{2});
+  EXPECT_EQ(SongsIn(there), (Songs{1, 3}));
+  jukebox.Undo();
+  EXPECT_EQ(SongsIn(from), (Songs{1, 2, 3}));
+  EXPECT_EQ(SongsIn(there), (Songs{1, 3}));
+  other.Undo();
+  EXPECT_EQ(SongsIn(there), Songs{1});
+}
+
+TEST_F(Edits, ADroppedFolderMovesOrIsCopied) {
+  Folder& a = Add(nullptr, "A", {1});
+  Folder& b = Add(nullptr, "B");
+  EXPECT_EQ(edits.DropFolder(edits, a, &b, true), Result::kDone);
+  EXPECT_EQ(Children(), (Texts{"A", "B"}));
+  EXPECT_EQ(edits.DropFolder(edits, a, &b, false), Result::kDone);
+  EXPECT_EQ(Children(), Texts{"B"});
+  EXPECT_EQ(Children(&b), (Texts{"A", "A"}));
+  EXPECT_EQ(&b.ChildAt(1), &a);
+  EXPECT_EQ(edits.DropFolder(edits, a, nullptr, false), Result::kDone);
+  EXPECT_EQ(Children(), (Texts{"B", "A"}));
+  jukebox.Undo();
+  jukebox.Undo();
+  EXPECT_EQ(Children(), (Texts{"A", "B"}));
+}
+
+TEST_F(Edits, AFolderDoesNotGoIntoItselfOrBelow) {
+  Folder& a = Add(nullptr, "A");
+  Folder& inner = Add(&a, "inner");
+  for (const bool copy : {false, true}) {
+    EXPECT_EQ(edits.DropFolder(edits, a, &a, copy), Result::kNothing);
+    EXPECT_EQ(edits.DropFolder(edits, a, &inner, copy), Result::kNothing);
+  }
+  // It is there already.
+  EXPECT_EQ(edits.DropFolder(edits, inner, &a, false), Result::kNothing);
+  EXPECT_EQ(edits.DropFolder(edits, a, nullptr, false), Result::kNothing);
+  EXPECT_FALSE(jukebox.IsFormDirty());
+}
+
+TEST_F(Edits, AFolderMovesToAnotherJukebox) {
+  Jukebox other;
+  JukeboxEdits other_edits(other, clipboard);
+  Folder& a = Add(nullptr, "A", {1});
+  Add(&a, "inner", {2});
+  EXPECT_EQ(other_edits.DropFolder(edits, a, nullptr, false), Result::kDone);
+  EXPECT_EQ(Children(), Texts{});
+  EXPECT_EQ(other.Nodes().ChildAt(0).ChildAt(0).Text(), "inner");
+  jukebox.Undo();
+  EXPECT_EQ(Children(), Texts{"A"});
+  other.Undo();
+  EXPECT_EQ(other.Nodes().Count(), 0);
+}
+
+TEST_F(Edits, SortNodesSortsBelowAFolderOrTheWholeTree) {
+  Folder& b = Add(nullptr, "b");
+  Add(nullptr, "A");
+  Folder& disc10 = Add(&b, "Disc 10");
+  Add(&b, "disc 2");
+  Add(&disc10, "z");
+  Add(&disc10, "Y");
+  edits.SortNodes(&b);
+  EXPECT_EQ(Children(), (Texts{"b", "A"}));
+  EXPECT_EQ(Children(&b), (Texts{"disc 2", "Disc 10"}));
+  EXPECT_EQ(Children(&disc10), (Texts{"Y", "z"}));
+  edits.SortNodes(nullptr);
+  EXPECT_EQ(Children(), (Texts{"A", "b"}));
+  edits.SortNodes(nullptr);
+  EXPECT_EQ(jukebox.History().Steps(), 2U);
+  jukebox.Undo();
+  jukebox.Undo();
+  EXPECT_EQ(Children(&b), (Texts{"Disc 10", "disc 2"}));
+  EXPECT_EQ(Children(&disc10), (Texts{"z", "Y"}));
+  EXPECT_FALSE(jukebox.IsFormDirty());
+}
+
+TEST_F(Edits, WhatIsShownInAFoldersPlaceIsTheNextThePreviousOrTheOneAbove) {
+  Folder& a = Add(nullptr, "A");
+  Folder& a1 = Add(&a, "A1");
+  EXPECT_EQ(FolderBeside(a), nullptr);
+  EXPECT_EQ(FolderBeside(a1), &a);
+  Folder& a2 = Add(&a, "A2");
+  EXPECT_EQ(FolderBeside(a1), &a2);
+  EXPECT_EQ(FolderBeside(a2), &a1);
+  Folder& b = Add(nullptr, "B");
+  EXPECT_EQ(FolderBeside(a), &b);
+  EXPECT_EQ(FolderBeside(b), &a);
+}
+
+}  // namespace
+}  // namespace tallow

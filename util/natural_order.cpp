@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "util/natural_order.h"
+
+#include <cstddef>
+#include <string>
+
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+/// The digits of the number that begins at a position, without leading zeros. Moves the position behind it.
+std::string_view TakeNumber(std::string_view text, std::size_t& position) noexcept {
+  while (position < text.size() && text[position] == '0') ++position;
+  const std::size_t begin = position;
+  while (position < text.size() && IsDigit(text[position])) ++position;
+  return text.substr(begin, position - begin);
+}
+
+}  // namespace
+
+bool NaturalLess(std::string_view a, std::string_view b) {
+  const std::string lower_a = ToLower(a);
+  const std::string lower_b = ToLower(b);
+  std::size_t i = 0;
+  std::size_t j = 0;
+  while (i < lower_a.size() && j < lower_b.size()) {
+    if (IsDigit(lower_a[i]) && IsDigit(lower_b[j])) {
+      const std::string_view m = TakeNumber(lower_a, i);
+      const std::string_view n = TakeNumber(lower_b, j);
+      if (m.size() != n.size()) return m.size() < n.size();
+      if (m != n) return m < n;
+      continue;
+    }
+    const char32_t c = NextCharacter(lower_a, i);
+    const char32_t d = NextCharacter(lower_b, j);
+    if (c != d) return c < d;
+  }
+  return j < lower_b.size();
+}
+
+}  // namespace tallow
