@@ -57,6 +57,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
   if (line.exit_after_startup) return 0;
   QApplication::setQuitOnLastWindowClosed(true);
   const EndSignals end_signals([&frame] {
+    // Nobody can be asked now; the next start does.
+    frame.KeepUnsavedChanges();
     // The music does not outlive the program that steers it.
     frame.ClosePlayerPanel();
     QApplication::quit();

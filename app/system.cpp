@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/system.h"
 
+#include <algorithm>
 #include <exception>
 #include <optional>
 #include <utility>
@@ -15,6 +16,7 @@
 #include "util/errors.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
+#include "util/text.h"
 
 namespace tallow {
 namespace {
@@ -25,6 +27,11 @@ constexpr std::string_view kGoOn = "\n\nGo on? (No leaves Tallow and changes not
 std::string KeptAs(const std::string& path) {
   return " The damaged file is kept as " + std::string(NameOfPath(path)) +
          std::string(kBackupSuffix) + " beside it.";
+}
+
+bool Contains(const std::vector<std::string>& paths, const std::string& path) {
+  return std::any_of(paths.begin(), paths.end(),
+                     [&](const std::string& other) { return EqualsIgnoringCase(other, path); });
 }
 
 }  // namespace
@@ -244,17 +251,60 @@ void System::SearchForSongs() {
 }
 
 void System::OpenFirstJukebox() {
-  Jukebox& jukebox = windows_.NewJukebox();
-  try {
-    tallow_.found_tags.Seal();
-    if (!OpenLastJukebox(jukebox))
-      BuildInitialJukebox(
-          tallow_.library, jukebox, windows_.OpenJukeboxes(),
-          [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags);
-  } catch (const FilingError& error) {
-    windows_.Notice(error.problems());
+  tallow_.found_tags.Seal();
+  const std::vector<std::string> recovered = RecoverUnsaved();
+  const std::string& last = tallow_.settings.LocOfLastSavedJukeBox();
+  // With a jukebox open there is no need for the sample, nor for another window of the same file.
+  const bool is_open = !recovered.empty() && (!FileExists(last) || Contains(recovered, last));
+  if (!is_open) {
+    Jukebox& jukebox = windows_.NewJukebox();
+    try {
+      if (!OpenLastJukebox(jukebox))
+        BuildInitialJukebox(
+            tallow_.library, jukebox, windows_.OpenJukeboxes(),
+            [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags);
+    } catch (const FilingError& error) {
+      windows_.Notice(error.problems());
+    }
   }
   tallow_.found_tags.Clear();
+}
+
+std::vector<std::string> System::RecoverUnsaved() {
+  std::vector<std::string> problems;
+  std::vector<std::string> recovered;
+  for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
+    // The program ended between saving and taking this away.
+    if (UnsavedJukeboxes::IsSaved(unsaved, tallow_.library)) {
+      RemoveFile(unsaved.path);
+      continue;
+    }
+    if (!windows_.Ask("Tallow was not closed properly. Recover the unsaved changes of " +
+                      unsaved.caption + "?")) {
+      UnsavedJukeboxes::Decline(unsaved);
+      continue;
+    }
+    // Looked into before it gets a window, which could not be taken back here.
+    Jukebox probe;
+    if (!probe.TakeUnsaved(unsaved.bytes, unsaved.path, tallow_.library)) {
+      windows_.Tell(probe.FileProblem());
+      UnsavedJukeboxes::Decline(unsaved);
+      continue;
+    }
+    Jukebox& jukebox = windows_.NewJukebox();
+    tallow_.unsaved.Recover(unsaved, jukebox, tallow_.library);
+    jukebox.Tag(std::to_string(windows_.OpenJukeboxes().size()));
+    try {
+      FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), tallow_.library,
+                           windows_.OpenJukeboxes(), &tallow_.found_tags);
+    } catch (const FilingError& error) {
+      windows_.Notice(error.problems());
+    }
+    windows_.ShowJukebox(jukebox);
+    recovered.push_back(unsaved.file);
+  }
+  if (!problems.empty()) windows_.Notice(problems);
+  return recovered;
 }
 
 bool System::OpenLastJukebox(Jukebox& jukebox) {

@@ -82,6 +82,7 @@ class System {
   void SearchForSongs();
   void OpenFirstJukebox();
   bool OpenLastJukebox(Jukebox& jukebox);
+  std::vector<std::string> RecoverUnsaved();
   void DropVanishedPlayer();
 
   Tallow& tallow_;

@@ -10,9 +10,11 @@ namespace tallow {
 Tallow::Tallow(std::string application_folder_)
     : application_folder(std::move(application_folder_)),
       settings_path(SettingsPath(application_folder)),
-      library(library_settings_, [this] {
-        if (search_all_drives) search_all_drives();
-      }) {}
+      library(library_settings_,
+              [this] {
+                if (search_all_drives) search_all_drives();
+              }),
+      unsaved(SystemFolder(application_folder)) {}
 
 std::string Tallow::SettingsOfLibrary::LocOfGroupingDir() const {
   return tallow_.settings.LocOfGroupingDir();

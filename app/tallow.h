@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "app/cls_ini.h"
+#include "app/unsaved_jukeboxes.h"
+#include "jukebox/jukebox_clipboard.h"
 #include "library/cls_main.h"
 #include "library/tag_cache.h"
 
@@ -51,6 +53,11 @@ class Tallow {
 
   /// Tags that the searches have read along the way, until the songs are filed.
   TagCache found_tags;
+
+  /// What is not saved of the open jukeboxes.
+  UnsavedJukeboxes unsaved;
+  /// What was cut or copied in any jukebox window.
+  JukeboxClipboard clipboard;
 
   /// Full path of the player's executable after start-up; empty when there is none.
   std::string player_path;

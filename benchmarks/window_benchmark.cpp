@@ -18,7 +18,7 @@
 #include "app/drive_list.h"
 #include "app/system.h"
 #include "app/tallow.h"
-#include "jukebox/frm_main.h"
+#include "jukebox/window/frm_main.h"
 #include "ui/frm_mdi_form1.h"
 #include "ui/start_up.h"
 

@@ -79,12 +79,14 @@ class KeyTable : public TextTable {
 
 }  // namespace
 
+std::string_view FileNameOf(const SongEntry& entry, const clsMain& library) {
+  const bool known = entry.SubItem() >= 1 && entry.SubItem() <= library.UBoundOfMp3Array();
+  return known ? library.Mp3Info(kFileName, entry.SubItem()) : std::string_view();
+}
+
 std::string EntryText(const SongEntry& entry, const clsMain& library) {
   if (entry.LabelPosition() == 0) return std::to_string(entry.SubItem());
-  std::string text = std::to_string(entry.LabelPosition()) + ".  ";
-  if (entry.SubItem() >= 1 && entry.SubItem() <= library.UBoundOfMp3Array())
-    text += library.Mp3Info(kFileName, entry.SubItem());
-  return text;
+  return (std::to_string(entry.LabelPosition()) + ".  ").append(FileNameOf(entry, library));
 }
 
 void Jukebox::Caption(std::string_view caption) {
@@ -125,26 +127,42 @@ bool Jukebox::Load(const std::string& path, const clsMain& library) {
   try {
     const auto bytes = ReadWholeFile(path);
     if (!bytes) throw FileError(path, "the file is gone");
-    JukeboxContent content = DecodeJukebox(*bytes);
-    RelinkSongs(content, library);
-    FolderTree loaded;
-    FillTree(content, library, loaded);
-    selected_ = nullptr;
-    sort_state_ = 0;
-    history_.Clear();
-    tree_.Swap(loaded);
-    RememberContent();
-    headers_ = std::move(content.columns);
-    file_path_ = path;
+    if (!Take(*bytes, path, library)) return false;
   } catch (const FileError& error) {
     file_problem_ = "The jukebox could not be opened. " + std::string(error.what()) + ".";
     return false;
+  }
+  RememberContent();
+  return true;
+}
+
+bool Jukebox::TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library) {
+  if (!Take(bytes, file, library)) return false;
+  is_form_dirty_ = true;
+  // No content has this number but by an accident of one in 2^64.
+  remembered_content_ = ~ContentOf(tree_);
+  return true;
+}
+
+bool Jukebox::Take(std::string_view bytes, const std::string& path, const clsMain& library) {
+  JukeboxContent content;
+  try {
+    content = DecodeJukebox(bytes);
   } catch (const JukeboxFileError& error) {
     file_problem_ = "The jukebox could not be opened. " + path + ": " + error.what() +
                     ". The jukebox as it was saved before may be in the file of the same name with "
                     ".bak behind it.";
     return false;
   }
+  RelinkSongs(content, library);
+  FolderTree loaded;
+  FillTree(content, library, loaded);
+  selected_ = nullptr;
+  sort_state_ = 0;
+  history_.Clear();
+  tree_.Swap(loaded);
+  headers_ = std::move(content.columns);
+  file_path_ = path;
   if (view_ != nullptr) {
     view_->HeadersChanged();
     view_->ListChanged();
@@ -157,16 +175,19 @@ void Jukebox::IsFormDirty(bool dirty) noexcept {
   if (!dirty) history_.MarkSaved();
 }
 
-Folder* Jukebox::Undo() {
-  Folder* const concerned = history_.Undo();
+Folder* Jukebox::Undo() { return AfterStep(history_.Undo()); }
+
+Folder* Jukebox::Redo() { return AfterStep(history_.Redo()); }
+
+Folder* Jukebox::AfterStep(Folder* concerned) {
   ForgetLostFolder();
+  if (selected_ != nullptr) CountAsUnsorted();
   return concerned;
 }
 
-Folder* Jukebox::Redo() {
-  Folder* const concerned = history_.Redo();
-  ForgetLostFolder();
-  return concerned;
+void Jukebox::CountAsUnsorted() {
+  NameColumnHeader(kNameHeader);
+  sort_state_ = 0;
 }
 
 void Jukebox::ForgetLostFolder() {
@@ -188,8 +209,7 @@ void Jukebox::ShowFolder(Folder& folder, const clsMain& library, std::int64_t& f
     for (SongEntry& entry : selected_->Items()) entry.LabelPosition(0);
   ++folder_changes;
   selected_ = &folder;
-  NameColumnHeader(kNameHeader);
-  sort_state_ = 0;
+  CountAsUnsorted();
   ListRefilled(library);
 }
 

@@ -63,7 +63,7 @@ class Jukebox {
   EditHistory& History() noexcept { return history_; }
 
   /// Takes back the latest change, or does again the one that was taken back last. The lists of folders
-  /// are as they were, without labels.
+  /// are as they were, without labels, and the list counts as not sorted.
   ///
   /// \returns the folder to show; null for none
   Folder* Undo();
@@ -97,6 +97,10 @@ class Jukebox {
   ///
   /// \returns true on success; else FileProblem() says why not, and nothing has changed
   bool Load(const std::string& path, const clsMain& library);
+
+  /// Like Load, from the bytes of a jukebox that was never saved as it is. It counts as changed.
+  /// \param file the jukebox's own file; empty for none
+  bool TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library);
 
   /// The file that was loaded or saved last; empty for none.
   const std::string& FilePath() const noexcept { return file_path_; }
@@ -135,7 +139,10 @@ class Jukebox {
 
  private:
   void NameColumnHeader(std::string_view text);
+  bool Take(std::string_view bytes, const std::string& path, const clsMain& library);
   void LabelSongs(const clsMain& library);
+  Folder* AfterStep(Folder* concerned);
+  void CountAsUnsorted();
 
   FolderTree tree_;
   EditHistory history_{tree_};
@@ -152,6 +159,9 @@ class Jukebox {
   std::string file_problem_;
   std::uint64_t remembered_content_ = ContentOf(FolderTree());
 };
+
+/// The file name of an entry's song; empty when the library has no such song.
+std::string_view FileNameOf(const SongEntry& entry, const clsMain& library);
 
 /// The text of an entry: its record number, or once labelled its position, ".  " and its file name.
 std::string EntryText(const SongEntry& entry, const clsMain& library);

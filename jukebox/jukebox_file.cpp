@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "jukebox/folder_tree.h"
+#include "jukebox/json_text.h"
 #include "library/cls_main.h"
 #include "util/errors.h"
 #include "util/number.h"
@@ -20,63 +21,6 @@ namespace {
 using Json = nlohmann::json;
 
 constexpr std::string_view kFormat = "Tallow jukebox";
-
-/// What stands for a byte that is no part of valid UTF-8, see the format.
-constexpr char32_t kByteBase = 0x10FE00;
-constexpr char32_t kFirstByte = kByteBase + 0x80;
-constexpr char32_t kLastByte = kByteBase + 0xFF;
-
-bool StandsForByte(char32_t character) noexcept {
-  return character >= kFirstByte && character <= kLastByte;
-}
-
-/// A text of any bytes as UTF-8.
-std::string ToUtf8(std::string_view text) {
-  std::string result;
-  result.reserve(text.size());
-  for (std::size_t position = 0; position < text.size();) {
-    const std::size_t begin = position;
-    const char32_t character = NextCharacter(text, position);
-    if (character < kInvalidByteBase && !StandsForByte(character)) {
-      result.append(text.substr(begin, position - begin));
-      continue;
-    }
-    for (std::size_t k = begin; k < position; ++k)
-      AppendCharacter(result, kByteBase + static_cast<unsigned char>(text[k]));
-  }
-  return result;
-}
-
-/// The bytes again.
-std::string FromUtf8(std::string text) {
-  // The characters that stand for bytes all begin with this byte, which hardly any text has.
-  if (text.find('\xF4') == std::string::npos) return text;
-  std::string result;
-  result.reserve(text.size());
-  for (std::size_t position = 0; position < text.size();) {
-    const std::size_t begin = position;
-    const char32_t character = NextCharacter(text, position);
-    if (StandsForByte(character))
-      result.push_back(static_cast<char>(character - kByteBase));
-    else
-      result.append(text, begin, position - begin);
-  }
-  return result;
-}
-
-/// A text of any bytes as a JSON text with its quotes.
-void AppendText(std::string& to, std::string_view text) {
-  const auto is_plain = [](char c) { return c >= ' ' && c <= '~' && c != '"' && c != '\\'; };
-  if (std::all_of(text.begin(), text.end(), is_plain)) {
-    to += '"';
-    to += text;
-    to += '"';
-    return;
-  }
-  to += Json(IsValidUtf8(text) && text.find('\xF4') == std::string_view::npos ? std::string(text)
-                                                                              : ToUtf8(text))
-            .dump();
-}
 
 void AppendNumber(std::string& to, std::int64_t number) {
   char digits[24];
@@ -90,7 +34,7 @@ void AppendFolders(std::string& to, const Folder& folder, std::uint32_t parent, 
   to += own == 1 ? "\n{\"key\":" : ",\n{\"key\":";
   AppendNumber(to, own);
   to += ",\"text\":";
-  AppendText(to, folder.Text());
+  AppendJsonText(to, folder.Text());
   to += ",\"image\":";
   AppendNumber(to, folder.Image());
   to += ",\"selectedImage\":";
@@ -140,16 +84,16 @@ class Reader : public nlohmann::json_sax<Json> {
         has_format_ = true;
         return true;
       case Place::kColumns:
-        content.columns.push_back(FromUtf8(std::move(value)));
+        content.columns.push_back(BytesOfJsonText(std::move(value)));
         return true;
       case Place::kFolder:
         if (name_ != "text") return Unexpected();
-        Last().text = FromUtf8(std::move(value));
+        Last().text = BytesOfJsonText(std::move(value));
         seen_ |= kText;
         return true;
       case Place::kNames:
         if (const auto record = TryConvertToInt32(name_))
-          content.names[*record] = FromUtf8(std::move(value));
+          content.names[*record] = BytesOfJsonText(std::move(value));
         else
           return Fail(Quoted(name_) + " is no record number");
         return true;
@@ -307,7 +251,7 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
   bytes += ",\n\"columns\":[";
   for (std::size_t k = 0; k < columns.size(); ++k) {
     if (k > 0) bytes += ',';
-    AppendText(bytes, columns[k]);
+    AppendJsonText(bytes, columns[k]);
   }
   bytes += "],\n\"folders\":[";
   std::uint32_t key = 0;
@@ -321,7 +265,7 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
     bytes += std::exchange(first, false) ? "\n\"" : ",\n\"";
     AppendNumber(bytes, static_cast<std::int64_t>(row));
     bytes += "\":";
-    AppendText(bytes, library.Mp3Info(kFileName, static_cast<std::int32_t>(row)));
+    AppendJsonText(bytes, library.Mp3Info(kFileName, static_cast<std::int32_t>(row)));
   }
   bytes += "}}\n";
   return bytes;

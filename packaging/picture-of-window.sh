@@ -41,8 +41,10 @@ sleep 4
 mkdir -p "$(dirname "$picture")"
 import -window root "$picture"
 mogrify -bordercolor black -border 1 -trim +repage "$picture"
-# Closing the window closes the player, too.
+# Closing the window closes the player, too. The sample jukebox that was not saved is asked about: No.
 xdotool key alt+F4
+sleep 1
+xdotool key alt+n
 for _ in $(seq 50); do
   kill -0 "$program" 2> /dev/null || break
   sleep 0.1

@@ -64,6 +64,7 @@ expect "seconds: 8"
 expect "artist: Étienne Duval 4"
 expect "artist: The Lanterns 5"
 expect "artist: Live  Band 1"
+expect "asked: You should save this initial Jukebox to speed up the program.  Do you want to save this Jukebox?"
 cmp "$folder/first.txt" "$folder/second.txt" || failed=true
 if $failed; then
   cat "$folder/first.txt"

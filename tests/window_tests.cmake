@@ -5,8 +5,12 @@ add_executable(tallow_window_tests
   app/frm_searching_test.cpp
   app/frm_splash_test.cpp
   app/picture_resource_test.cpp
-  jukebox/frm_main_test.cpp
+  jukebox/window/explorer_drag_test.cpp
+  jukebox/window/frm_main_test.cpp
+  jukebox/window/jukebox_commands_test.cpp
+  jukebox/window/jukebox_keys_test.cpp
   player/frm_main_winamp_test.cpp
+  ui/closing_test.cpp
   ui/display_text_test.cpp
   ui/frm_mdi_form1_test.cpp
   ui/message_box_test.cpp

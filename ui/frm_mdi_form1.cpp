@@ -5,23 +5,26 @@
 #include <utility>
 
 #include <QCloseEvent>
-#include <QFile>
-#include <QFileDialog>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QStatusBar>
 #include <QStringList>
+#include <QTimer>
 
 #include "app/initial_jukebox.h"
 #include "app/tallow.h"
-#include "jukebox/frm_main.h"
 #include "jukebox/sorting.h"
+#include "jukebox/window/frm_main.h"
+#include "jukebox/window/pv_explorer.h"
 #include "player/frm_main_winamp.h"
+#include "ui/common_dialog.h"
 #include "ui/display_text.h"
 #include "ui/file_menu.h"
+#include "ui/frm_picture.h"
 #include "ui/jukebox_documents.h"
 #include "ui/message_box.h"
+#include "util/errors.h"
 #include "util/start_program.h"
 
 namespace tallow {
@@ -33,6 +36,9 @@ constexpr QSize kLeastSize(480, 320);
 /// Of a jukebox window that no longer fills the frame.
 constexpr QSize kJukeboxSize(760, 480);
 
+/// How often unsaved changes are kept, in ms.
+constexpr int kKeepUnsavedEvery = 60 * 1000;
+
 /// Lines of a tool tip; more do not fit a screen.
 constexpr std::size_t kMostTipLines = 20;
 
@@ -43,7 +49,7 @@ class frmMDIForm1::Documents : public DocumentWindows {
   explicit Documents(frmMDIForm1& frame) : frame_(frame) {}
 
   Jukebox* ActiveJukebox() override {
-    QMdiSubWindow* active = frame_.area_->activeSubWindow();
+    QMdiSubWindow* active = frame_.area_->currentSubWindow();
     if (active != nullptr && active == frame_.panel_) {
       active->showMinimized();
       active = frame_.LastActiveJukebox();
@@ -71,30 +77,15 @@ class frmMDIForm1::Documents : public DocumentWindows {
     if (frmMain* const window = frame_.WindowOf(jukebox)) delete window->parentWidget();
   }
   std::optional<std::string> AskForFileToOpen(const std::string& folder) override {
-    return Ask(folder, QFileDialog::AcceptOpen, QFileDialog::ExistingFile);
+    return AskForFile(&frame_, folder, kJukeboxFilter, FileDialogPurpose::kOpen);
   }
   std::optional<std::string> AskForFileToSave(const std::string& folder) override {
-    return Ask(folder, QFileDialog::AcceptSave, QFileDialog::AnyFile);
+    return AskForFile(&frame_, folder, kJukeboxFilter, FileDialogPurpose::kSave);
   }
   MessageAnswer Show(const Message& message) override { return frame_.Show(message); }
   void Notice(const std::vector<std::string>& lines) override { frame_.Notice(lines); }
 
  private:
-  std::optional<std::string> Ask(const std::string& folder, QFileDialog::AcceptMode accept,
-                                 QFileDialog::FileMode mode) {
-    QFileDialog dialog(&frame_);
-    dialog.setObjectName(QStringLiteral("CommonDialog1"));
-    dialog.setAcceptMode(accept);
-    dialog.setFileMode(mode);
-    // Whether a file may be replaced is asked about later, and once.
-    dialog.setOption(QFileDialog::DontConfirmOverwrite);
-    dialog.setDirectory(QFile::decodeName(folder.c_str()));
-    const std::string_view filter = kJukeboxFilter;
-    dialog.setNameFilter(DisplayText(filter.substr(0, filter.find('|'))).trimmed());
-    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-    return QFile::encodeName(dialog.selectedFiles().front()).toStdString();
-  }
-
   frmMDIForm1& frame_;
   std::vector<Jukebox*> open_;
 };
@@ -127,6 +118,10 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   setMinimumSize(kLeastSize);
   resize(kFirstSize);
   SetUpFileMenu();
+  auto* const keep = new QTimer(this);
+  keep->setObjectName(QStringLiteral("KeepUnsavedTimer"));
+  connect(keep, &QTimer::timeout, this, &frmMDIForm1::KeepUnsavedChanges);
+  keep->start(kKeepUnsavedEvery);
 }
 
 frmMDIForm1::~frmMDIForm1() { tallow_.settings.SetMenuUpdate({}); }
@@ -136,7 +131,7 @@ void frmMDIForm1::SetUpFileMenu() {
   connect(file_menu_, &FileMenu::New, this, &frmMDIForm1::NewJukebox);
   connect(file_menu_, &FileMenu::Open, this, [this] { documents_->Open(); });
   connect(file_menu_, &FileMenu::CloseChild, this, [this] {
-    if (QMdiSubWindow* const active = area_->activeSubWindow()) active->close();
+    if (QMdiSubWindow* const active = area_->currentSubWindow()) active->close();
   });
   connect(file_menu_, &FileMenu::Save, this, &frmMDIForm1::SaveDatForm);
   connect(file_menu_, &FileMenu::SaveAs, this, [this] { documents_->SaveAs(); });
@@ -145,6 +140,18 @@ void frmMDIForm1::SetUpFileMenu() {
           [this](int element) { documents_->OpenRecent(element); });
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
   UpdateTheMenuControlArray();
+}
+
+void frmMDIForm1::KeepUnsavedChanges() {
+  for (const Jukebox* const jukebox : OpenJukeboxes()) {
+    try {
+      tallow_.unsaved.Keep(*jukebox, tallow_.library);
+    } catch (const FileError& error) {
+      Notice({"The unsaved changes of " + jukebox->Caption() +
+              " could not be kept for the case of a crash. " + error.what() +
+              ". Save the jukebox."});
+    }
+  }
 }
 
 void frmMDIForm1::SaveDatForm() { documents_->SaveDatForm(); }
@@ -171,20 +178,38 @@ void frmMDIForm1::NewJukebox() {
   jukebox.AddColumnHeader(kNameHeader);
   jukebox.AddColumnHeader(kKeyHeader);
   jukebox.Nodes().AddChild(nullptr, "All Songs");
+  jukebox.RememberContent();
   ShowJukeboxWindow(window);
 }
 
 frmMain& frmMDIForm1::NewJukeboxWindow() {
   ++jukebox_windows_;
-  auto* const window = new frmMain(tallow_);
+  auto* const window = new frmMain(tallow_, show_);
   QMdiSubWindow* const sub = area_->addSubWindow(window);
   sub->resize(kJukeboxSize);
   sub->hide();
   connect(window, &frmMain::Problem, this,
           [this](const QString& text) { Notice({text.toStdString()}); });
+  window->OnSaveBeforeClosing([this, sub] {
+    area_->setActiveSubWindow(sub);
+    return documents_->SaveDatForm();
+  });
+  connect(window, &frmMain::ChangeBackgroundPicture, this, &frmMDIForm1::ChangeBackgroundPicture);
   connect(window, &frmMain::PlaySongs, this,
           [this](std::vector<std::int32_t> songs) { play_commands_.Play(std::move(songs)); });
   return *window;
+}
+
+void frmMDIForm1::ChangeBackgroundPicture() {
+  frmPicture dialog(
+      tallow_,
+      [this](const QString& address, bool tiled) {
+        const std::vector<Jukebox*> open = OpenJukeboxes();
+        for (auto jukebox = open.rbegin(); jukebox != open.rend(); ++jukebox)
+          WindowOf(**jukebox)->PVExplorer1().SetBackgroundImage(address, tiled);
+      },
+      {}, this);
+  dialog.exec();
 }
 
 void frmMDIForm1::ShowJukeboxWindow(frmMain& window) {
@@ -294,8 +319,18 @@ bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmMDIForm1::closeEvent(QCloseEvent* event) {
+  // One that is not to be closed keeps the program open, music and all.
+  for (QMdiSubWindow* const sub : area_->subWindowList())
+    if (qobject_cast<frmMain*>(sub->widget()) != nullptr && !CloseJukebox(*sub))
+      return event->ignore();
   ClosePlayerPanel();
   event->accept();
+}
+
+bool frmMDIForm1::CloseJukebox(QMdiSubWindow& sub) {
+  // The question is about what is in front.
+  area_->setActiveSubWindow(&sub);
+  return sub.close();
 }
 
 void frmMDIForm1::ClosePlayerPanel() {

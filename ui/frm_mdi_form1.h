@@ -51,6 +51,10 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
   /// Says something in the status bar: the first line, with all of them as its tool tip.
   void Notice(const std::vector<std::string>& lines);
 
+  /// Keeps what is not saved of the open jukeboxes, in case the program does not come to its end. The frame
+  /// does so itself every minute.
+  void KeepUnsavedChanges();
+
   /// The player panel; null when it is not open.
   frmMainWinamp* PlayerPanel() const;
   /// Closes the player panel, and with it the player.
@@ -66,6 +70,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
 
   void SetUpFileMenu();
   void NewJukebox();
+  bool CloseJukebox(QMdiSubWindow& sub);
+  void ChangeBackgroundPicture();
   QMdiSubWindow* LastActiveJukebox() const;
 
   MessageAnswer Show(const Message& message) override;

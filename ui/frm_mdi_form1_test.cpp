@@ -1,66 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frm_mdi_form1.h"
 
-#include <algorithm>
 #include <gtest/gtest.h>
 
-#include <QAction>
-#include <QApplication>
 #include <QEvent>
-#include <QFileDialog>
-#include <QLineEdit>
-#include <QMdiArea>
-#include <QMdiSubWindow>
 #include <QMenu>
 #include <QStatusBar>
 #include <QTest>
-#include <QTimer>
 
 #include "app/initial_jukebox.h"
-#include "jukebox/frm_main.h"
 #include "player/frm_main_winamp.h"
-#include "tests/recorded_link.h"
-#include "tests/recorded_messages.h"
-#include "tests/window_fixture.h"
+#include "tests/frame_fixture.h"
 
 namespace tallow {
 namespace {
 
-class FrmMdiForm1 : public LibraryTest {
- protected:
-  FrmMdiForm1() {
-    tallow.settings.LocOfWinAmpExe("/opt/player");
-    AddSong(music.path(), "a.mp3");
-    AddSong(music.path(), "b.mp3");
-    music.File("a.mp3");
-    music.File("b.mp3");
-    link.answers["1024 0 0"] = 0x2081;
-  }
-
-  /// A jukebox window on screen with a folder of both songs.
-  frmMain& ShowJukebox() {
-    frmMain& window = frame.NewJukeboxWindow();
-    Folder& folder = window.Jukebox().Nodes().AddChild(nullptr, "one");
-    folder.Items().emplace_back(1, 2);
-    folder.Items().emplace_back(2, 2);
-    frame.show();
-    frame.ShowJukeboxWindow(window);
-    return window;
-  }
-  /// How often songs were handed over since the last call.
-  std::ptrdiff_t HandOvers() {
-    const Texts sent = link.Take();
-    return std::count(sent.begin(), sent.end(), "1024 0 101");
-  }
-  QMdiArea& Area() { return *frame.findChild<QMdiArea*>(); }
-  QMdiSubWindow& SubOf(const QWidget& window) {
-    return *qobject_cast<QMdiSubWindow*>(window.parentWidget());
-  }
-
-  RecordedLink link;
-  RecordedMessages messages;
-  frmMDIForm1 frame{tallow, link, messages.Shower()};
-};
+using FrmMdiForm1 = FrameTest;
 
 TEST_F(FrmMdiForm1, HoldsTheOpenJukeboxesInTheirOrder) {
   EXPECT_EQ(frame.objectName(), "frmMDIForm1");
@@ -91,14 +46,14 @@ TEST_F(FrmMdiForm1, AClosedJukeboxIsNoLongerOpen) {
   frame.show();
   frame.ShowJukeboxWindow(window);
   frame.findChild<QMdiArea*>()->closeAllSubWindows();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  LetClosedWindowsGo();
   EXPECT_TRUE(frame.OpenJukeboxes().empty());
 }
 
 TEST_F(FrmMdiForm1, PlayingOpensThePanelBesideTheJukebox) {
   frmMain& jukebox = ShowJukebox();
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, *jukebox.Jukebox().selectednode());
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
   ASSERT_NE(frame.PlayerPanel(), nullptr);
   EXPECT_EQ(HandOvers(), 1);
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{1, 2}));
@@ -117,10 +72,10 @@ TEST_F(FrmMdiForm1, PlayingOpensThePanelBesideTheJukebox) {
 TEST_F(FrmMdiForm1, AnOpenPanelIsHandedTheListOnceMore) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   const frmMainWinamp* const panel = frame.PlayerPanel();
   HandOvers();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   EXPECT_EQ(HandOvers(), 1);
   EXPECT_EQ(frame.PlayerPanel(), panel);
 }
@@ -128,18 +83,18 @@ TEST_F(FrmMdiForm1, AnOpenPanelIsHandedTheListOnceMore) {
 TEST_F(FrmMdiForm1, AMinimizedPanelComesBackForTheNextSongs) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));
   SubOf(*frame.PlayerPanel()).showMinimized();
   EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   EXPECT_FALSE(SubOf(*frame.PlayerPanel()).isMinimized());
   EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
 }
 
 TEST_F(FrmMdiForm1, ThePanelStaysInsideAFrameThatGetsSmaller) {
   frmMain& jukebox = ShowJukebox();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, *jukebox.Jukebox().selectednode());
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
   frame.resize(700, 420);
   const auto in_the_corner = [&] {
     return Area().viewport()->rect().bottomRight() ==
@@ -160,7 +115,7 @@ TEST_F(FrmMdiForm1, ThePanelStaysInsideAFrameThatGetsSmaller) {
 
 TEST_F(FrmMdiForm1, AnEmptySelectionDoesNothing) {
   frmMain& jukebox = ShowJukebox();
-  jukebox.ActOnPopUpClick(kPlaySelectedSongs, kListPane, *jukebox.Jukebox().selectednode());
+  jukebox.ActOnPopUpClick(kPlaySelectedSongs, kListPane, jukebox.Jukebox().selectednode());
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   EXPECT_EQ(link.Take(), Texts{});
 }
@@ -169,19 +124,19 @@ TEST_F(FrmMdiForm1, APanelWhosePlayerIsNotThereDoesNotStay) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
   link.starts = false;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   EXPECT_EQ(messages.Take(), Texts{"Couldn't start WinAMP"});
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   link.starts = true;
   link.found = 0;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   // Once it was open it stays, whatever becomes of the player.
   link.found = 7;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   link.found = 0;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   EXPECT_NE(frame.PlayerPanel(), nullptr);
 }
 
@@ -189,7 +144,7 @@ TEST_F(FrmMdiForm1, WithoutAPlayerTheQuestionComesAndNoPanel) {
   frmMain& jukebox = ShowJukebox();
   tallow.settings.LocOfWinAmpExe("");
   messages.answer = MessageAnswer::kNo;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, *jukebox.Jukebox().selectednode());
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
   EXPECT_EQ(messages.shown.size(), 1U);
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
 }
@@ -205,7 +160,7 @@ TEST_F(FrmMdiForm1, ThePendingSearchIsSaidInTheStatusBarWhileTheFrameIsDisabled)
     enabled = frame.isEnabled();
     tallow.settings.LocOfWinAmpExe("/opt/player");
   };
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, *jukebox.Jukebox().selectednode());
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
   EXPECT_EQ(status, "Searching for Winamp  . . . ");
   EXPECT_FALSE(enabled);
   EXPECT_TRUE(frame.isEnabled());
@@ -216,19 +171,19 @@ TEST_F(FrmMdiForm1, ThePendingSearchIsSaidInTheStatusBarWhileTheFrameIsDisabled)
 TEST_F(FrmMdiForm1, ClosingThePanelClosesThePlayerAndTheNextSongsOpenItAnew) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   link.Take();
   SubOf(*frame.PlayerPanel()).close();
   EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  LetClosedWindowsGo();
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, folder);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   EXPECT_EQ(HandOvers(), 1);
 }
 
 TEST_F(FrmMdiForm1, ClosingTheFrameClosesThePanel) {
   frmMain& jukebox = ShowJukebox();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, *jukebox.Jukebox().selectednode());
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
   link.Take();
   frame.close();
   EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
@@ -269,38 +224,33 @@ TEST_F(FrmMdiForm1, AJukeboxIsSavedClosedAndOpenedFromTheMenu) {
   frmMain& jukebox = ShowJukebox();
   jukebox.Jukebox().Caption("SAMPLE");
   const auto choose = [&](const char* item, const QString& file) {
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-      auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-      if (dialog == nullptr) return;
-      timer.stop();
-      EXPECT_EQ(dialog->objectName(), "CommonDialog1");
-      EXPECT_EQ(dialog->directory().absolutePath() + "/",
+    WithFileDialog(Item(item), [&](QFileDialog& dialog) {
+      EXPECT_EQ(dialog.objectName(), "CommonDialog1");
+      EXPECT_EQ(dialog.directory().absolutePath() + "/",
                 QString::fromStdString(application / "Grouping/"));
-      EXPECT_EQ(dialog->nameFilters(), QStringList{"Juke Box Files (*.juk)"});
-      dialog->findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
-      QMetaObject::invokeMethod(dialog, "accept");
+      EXPECT_EQ(dialog.nameFilters(), QStringList{"Juke Box Files (*.juk)"});
+      Choose(dialog, file);
     });
-    timer.start(5);
-    frame.findChild<QAction*>(QLatin1String(item))->trigger();
   };
   choose("mnuSaveAs", "Mix");
   EXPECT_EQ(messages.Take(), Texts{});
   EXPECT_TRUE(FileExists(application / "Grouping/mix.juk"));
   EXPECT_EQ(jukebox.windowTitle(), "MIX");
-  frame.findChild<QAction*>(QStringLiteral("mnuClose"))->trigger();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  Item("mnuClose").trigger();
+  LetClosedWindowsGo();
   ASSERT_TRUE(frame.OpenJukeboxes().empty());
   choose("mnuOpen", QString::fromStdString(application / "Grouping/mix.juk"));
   ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
   EXPECT_EQ(frame.OpenJukeboxes()[0]->Caption(), "MIX");
   EXPECT_TRUE(SubOf(*frame.WindowOf(*frame.OpenJukeboxes()[0])).isVisible());
-  frame.findChild<QAction*>(QStringLiteral("mnuTheFiles1"))->trigger();
+  Item("mnuTheFiles1").trigger();
   EXPECT_EQ(messages.Take(), Texts{"This file is already open"});
   RemoveFile(application / "Grouping/mix.juk");
-  frame.findChild<QAction*>(QStringLiteral("mnuClose"))->trigger();
-  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-  frame.findChild<QAction*>(QStringLiteral("mnuTheFiles1"))->trigger();
+  messages.answer = MessageAnswer::kNo;
+  Item("mnuClose").trigger();
+  LetClosedWindowsGo();
+  EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to MIX"});
+  Item("mnuTheFiles1").trigger();
   EXPECT_EQ(messages.Take().size(), 1U);
   EXPECT_TRUE(frame.OpenJukeboxes().empty());
 }
@@ -324,7 +274,7 @@ TEST_F(FrmMdiForm1, ANewJukeboxIsTheSampleFirstAndNumberedLater) {
 
 TEST_F(FrmMdiForm1, SavingPutsAnActivePanelOutOfTheWay) {
   frmMain& jukebox = ShowJukebox();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, *jukebox.Jukebox().selectednode());
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
   jukebox.Jukebox().Caption("MIX");
   jukebox.Jukebox().FileLocation(application / "Grouping/");
   Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));

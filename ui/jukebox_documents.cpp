@@ -116,6 +116,7 @@ bool JukeboxDocuments::SaveTo(Jukebox& jukebox, const std::string& path) {
   }
   Remember(path);
   jukebox.IsFormDirty(false);
+  tallow_.unsaved.Forget(jukebox);
   return true;
 }
 

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/message_box.h"
 
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QKeySequence>
 #include <QMessageBox>
 
 #include "ui/display_text.h"
@@ -34,13 +37,26 @@ QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
   return QMessageBox::Ok;
 }
 
-}  // namespace
+/// A message box that Esc and the close button leave without an answer of a button.
+class DismissibleBox : public QMessageBox {
+ public:
+  using QMessageBox::QMessageBox;
 
-MessageAnswer ShowMessageBox(const Message& message, QWidget* parent) {
-  QMessageBox box(IconOf(message.icon), DisplayText(message.title), DisplayMessage(message.text),
-                  ButtonsOf(message.buttons), parent);
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    if (event->matches(QKeySequence::Cancel))
+      done(NoButton);
+    else
+      QMessageBox::keyPressEvent(event);
+  }
+  void closeEvent(QCloseEvent* event) override {
+    done(NoButton);
+    event->accept();
+  }
+};
+
+MessageAnswer Run(QMessageBox& box) {
   box.setTextFormat(Qt::PlainText);
-  if (message.buttons == MessageButtons::kYesNo) box.setEscapeButton(QMessageBox::No);
   switch (box.exec()) {
     case QMessageBox::Yes:
       return MessageAnswer::kYes;
@@ -48,9 +64,27 @@ MessageAnswer ShowMessageBox(const Message& message, QWidget* parent) {
       return MessageAnswer::kNo;
     case QMessageBox::Cancel:
       return MessageAnswer::kCancel;
+    case QMessageBox::NoButton:
+      return MessageAnswer::kCancel;
     default:
       return MessageAnswer::kOk;
   }
+}
+
+}  // namespace
+
+MessageAnswer ShowMessageBox(const Message& message, QWidget* parent) {
+  const QMessageBox::Icon icon = IconOf(message.icon);
+  const QString title = DisplayText(message.title);
+  const QString text = DisplayMessage(message.text);
+  const QMessageBox::StandardButtons buttons = ButtonsOf(message.buttons);
+  if (message.can_be_dismissed) {
+    DismissibleBox box(icon, title, text, buttons, parent);
+    return Run(box);
+  }
+  QMessageBox box(icon, title, text, buttons, parent);
+  if (message.buttons == MessageButtons::kYesNo) box.setEscapeButton(QMessageBox::No);
+  return Run(box);
 }
 
 }  // namespace tallow

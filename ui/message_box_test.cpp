@@ -86,5 +86,24 @@ TEST(MessageBox, EscapeIsTheWeakestAnswer) {
   EXPECT_EQ(Shown({.text = "x"}, escape), MessageAnswer::kOk);
 }
 
+TEST(MessageBox, OneThatCanBeDismissedHasAnAnswerForIt) {
+  const Message message{.text = "?", .buttons = MessageButtons::kYesNo, .can_be_dismissed = true};
+  const auto press = [](Qt::Key key) {
+    return [key](QMessageBox& box) { QTest::keyClick(&box, key); };
+  };
+  EXPECT_EQ(Shown(message, press(Qt::Key_Escape)), MessageAnswer::kCancel);
+  EXPECT_EQ(Shown(message, [](QMessageBox& box) { box.close(); }), MessageAnswer::kCancel);
+  EXPECT_EQ(Shown(message, [](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); }),
+            MessageAnswer::kYes);
+  EXPECT_EQ(Shown(message, [](QMessageBox& box) { box.button(QMessageBox::No)->click(); }),
+            MessageAnswer::kNo);
+  EXPECT_EQ(Shown(message,
+                  [](QMessageBox& box) {
+                    EXPECT_EQ(box.standardButtons(), QMessageBox::Yes | QMessageBox::No);
+                    box.close();
+                  }),
+            MessageAnswer::kCancel);
+}
+
 }  // namespace
 }  // namespace tallow

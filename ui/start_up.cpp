@@ -10,7 +10,7 @@
 #include <QScreen>
 #include <QUrl>
 
-#include "jukebox/frm_main.h"
+#include "jukebox/window/frm_main.h"
 #include "ui/message_box.h"
 
 namespace tallow {

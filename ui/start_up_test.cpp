@@ -11,7 +11,7 @@
 #include <QTimer>
 
 #include "app/initial_jukebox.h"
-#include "jukebox/frm_main.h"
+#include "jukebox/window/frm_main.h"
 #include "tests/recorded_link.h"
 #include "tests/recorded_progress.h"
 #include "tests/tagged_file.h"

@@ -11,15 +11,24 @@ add_library(tallow_ui OBJECT
   app/frm_splash.cpp
   app/picture_resource.cpp
   app/resources/custom.qrc
-  jukebox/folder_tree_model.cpp
-  jukebox/frm_main.cpp
-  jukebox/pv_explorer.cpp
-  jukebox/song_list_model.cpp
+  jukebox/window/explorer_drag.cpp
+  jukebox/window/folder_tree_model.cpp
+  jukebox/window/folder_tree_view.cpp
+  jukebox/window/frm_main.cpp
+  jukebox/window/picture_address.cpp
+  jukebox/window/pop_up_menus.cpp
+  jukebox/window/pv_explorer.cpp
+  jukebox/window/pv_explorer_edits.cpp
+  jukebox/window/rank_picture.cpp
+  jukebox/window/song_list_model.cpp
+  jukebox/window/song_list_view.cpp
   player/frm_main_winamp.cpp
+  ui/common_dialog.cpp
   ui/display_text.cpp
   ui/end_signals_${platform}.cpp
   ui/file_menu.cpp
   ui/frm_mdi_form1.cpp
+  ui/frm_picture.cpp
   ui/message_box.cpp
   ui/start_up.cpp)
 target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets)

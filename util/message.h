@@ -14,7 +14,7 @@ enum class MessageIcon { kNone, kInformation, kQuestion, kCritical };
 enum class MessageButtons { kOk, kYesNo, kYesNoCancel };
 
 /// How a message box was left. Closing it without a button counts as the weakest answer: No where
-/// there is no Cancel.
+/// there is no Cancel, but see Message::can_be_dismissed.
 enum class MessageAnswer { kOk, kYes, kNo, kCancel };
 
 /// The title of a message that names none.
@@ -26,6 +26,8 @@ struct Message {
   std::string title = std::string(kOwnTitle);
   MessageIcon icon = MessageIcon::kNone;
   MessageButtons buttons = MessageButtons::kOk;
+  /// Closing the box without a button is an answer of its own, kCancel, though there is no such button.
+  bool can_be_dismissed = false;
 };
 
 /// Shows a message box. What has to ask or tell is given one; tests give their own.

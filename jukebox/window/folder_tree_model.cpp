@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "jukebox/folder_tree_model.h"
+#include "jukebox/window/folder_tree_model.h"
+
+#include <utility>
 
 #include <QApplication>
 #include <QStyle>
 
+#include "jukebox/special_folders.h"
 #include "ui/display_text.h"
 
 namespace tallow {
@@ -52,10 +55,29 @@ int FolderTreeModel::columnCount(const QModelIndex& /*parent*/) const { return 1
 QVariant FolderTreeModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const Folder& folder = *FolderOf(index);
-  if (role == Qt::DisplayRole) return DisplayText(folder.Text());
+  if (role == Qt::DisplayRole || role == Qt::EditRole) return DisplayText(folder.Text());
   if (role == Qt::DecorationRole)
     return images_[(&folder == shown_ ? folder.SelectedImage() : folder.Image()) == kOpenFolder];
   return {};
+}
+
+bool FolderTreeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+  if (role != Qt::EditRole || !index.isValid() || !rename_) return false;
+  Folder& folder = *FolderOf(index);
+  // A text that is mended for display stays as it is unless it is changed.
+  if (value.toString() == DisplayText(folder.Text())) return true;
+  return rename_(folder, value.toString().toStdString());
+}
+
+Qt::ItemFlags FolderTreeModel::flags(const QModelIndex& index) const {
+  if (!index.isValid()) return Qt::NoItemFlags;
+  const Qt::ItemFlags flags =
+      Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDragEnabled | Qt::ItemIsDropEnabled;
+  return IsSpecialFolder(*FolderOf(index)) ? flags : flags | Qt::ItemIsEditable;
+}
+
+void FolderTreeModel::SetRename(std::function<bool(Folder&, const std::string&)> rename) {
+  rename_ = std::move(rename);
 }
 
 void FolderTreeModel::BeforeAdd(const Folder* parent, std::int32_t index) {

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
+#include <string>
+
 #include <QAbstractItemModel>
 #include <QIcon>
 
@@ -21,12 +24,16 @@ class FolderTreeModel : public QAbstractItemModel, private FolderTreeObserver {
   QModelIndex IndexOf(const Folder& folder) const;
   /// Which folder is drawn with the picture of an open one; null for none.
   void SetShown(const Folder* folder);
+  /// Sets what gives a folder the text that the user has typed. Returns whether it has it now.
+  void SetRename(std::function<bool(Folder&, const std::string&)> rename);
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& index) const override;
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
+  bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
 
  private:
   void BeforeAdd(const Folder* parent, std::int32_t index) override;
@@ -40,6 +47,7 @@ class FolderTreeModel : public QAbstractItemModel, private FolderTreeObserver {
   void AfterReorder() override;
 
   FolderTree& tree_;
+  std::function<bool(Folder&, const std::string&)> rename_;
   const Folder* shown_ = nullptr;
   QModelIndexList reordered_;  ///< what views hold of the folders that are being reordered
   QList<const Folder*> reordered_folders_;  ///< the folders of these

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "jukebox/song_list_model.h"
+#include "jukebox/window/song_list_model.h"
 
 #include "ui/display_text.h"
 
@@ -7,6 +7,8 @@ namespace tallow {
 
 SongListModel::SongListModel(const Jukebox& jukebox, const clsMain& library, QObject* parent)
     : QAbstractTableModel(parent), jukebox_(jukebox), library_(library) {
+  for (int rank = kLeastRankPicture; rank <= kBestRankPicture; ++rank)
+    ranks_[static_cast<std::size_t>(rank)] = RankPicture(rank);
   Refill();
 }
 
@@ -37,10 +39,32 @@ int SongListModel::columnCount(const QModelIndex& parent) const {
 
 QVariant SongListModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || index.row() >= rows_) return {};
-  if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   const SongEntry& entry = jukebox_.selectednode()->Items()[static_cast<std::size_t>(index.row())];
-  if (index.column() == kKey) return QString::number(entry.SubItem());
-  return DisplayText(EntryText(entry, library_));
+  const auto rank = static_cast<std::size_t>(entry.Icon());
+  if (index.column() == kKey)
+    return role == Qt::DisplayRole ? QString::number(entry.SubItem()) : QVariant();
+  switch (role) {
+    case Qt::DisplayRole:
+      return DisplayText(EntryText(entry, library_));
+    case Qt::ToolTipRole:
+    case Qt::AccessibleTextRole: {
+      // The picture in words.
+      const QString text = DisplayText(EntryText(entry, library_));
+      const QString picture = RankPictureText(entry.Icon());
+      return picture.isEmpty() ? text : text + QStringLiteral(", ") + picture;
+    }
+    case Qt::DecorationRole:
+      return rank < ranks_.size() ? ranks_[rank] : QIcon();
+    case kNameRole:
+      return DisplayText(FileNameOf(entry, library_));
+    default:
+      return {};
+  }
+}
+
+Qt::ItemFlags SongListModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  return index.isValid() ? flags | Qt::ItemIsDragEnabled : flags;
 }
 
 QVariant SongListModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
+
 #include <QAbstractTableModel>
+#include <QIcon>
 
 #include "jukebox/jukebox.h"
+#include "jukebox/window/rank_picture.h"
 
 namespace tallow {
 
@@ -15,6 +19,9 @@ class SongListModel : public QAbstractTableModel {
 
  public:
   enum Column { kText, kKey };
+
+  /// The role of the song's file name alone.
+  static constexpr int kNameRole = Qt::UserRole;
 
   /// \param jukebox, library have to outlive the model
   SongListModel(const Jukebox& jukebox, const clsMain& library, QObject* parent);
@@ -28,11 +35,13 @@ class SongListModel : public QAbstractTableModel {
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
+  Qt::ItemFlags flags(const QModelIndex& index) const override;
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
   const Jukebox& jukebox_;
   const clsMain& library_;
+  std::array<QIcon, kBestRankPicture + 1> ranks_;
   int rows_ = 0;     ///< as the view was last told
   int columns_ = 0;  ///< as the view was last told
 };

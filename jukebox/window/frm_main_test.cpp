@@ -1,58 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "jukebox/frm_main.h"
+#include "jukebox/window/frm_main.h"
 
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
-#include <QApplication>
 #include <QContextMenuEvent>
-#include <QHeaderView>
 #include <QMenu>
-#include <QTest>
 
 #include "app/initial_jukebox.h"
-#include "jukebox/pv_explorer.h"
+#include "tests/jukebox_window_fixture.h"
 #include "tests/tagged_file.h"
-#include "tests/window_fixture.h"
 
 namespace tallow {
 namespace {
 
-class FrmMain : public LibraryTest {
+class FrmMain : public JukeboxWindowTest {
  protected:
-  FrmMain() {
-    window.Jukebox().AddColumnHeader(kNameHeader);
-    window.Jukebox().AddColumnHeader(kKeyHeader);
-    window.resize(800, 500);
-  }
-
-  QTreeView& Tree() { return *window.findChild<QTreeView*>(QStringLiteral("TreeView")); }
-  QTableView& List() { return *window.findChild<QTableView*>(QStringLiteral("ListView")); }
-  Folder& AddFolder(const char* text, const std::vector<int>& records) {
-    Folder& folder = window.Jukebox().Nodes().AddChild(nullptr, text);
-    for (const int record : records) folder.Items().emplace_back(record, 2);
-    return folder;
-  }
-  void Click(const QString& path) {
-    const QModelIndex index = IndexOf(Tree(), path);
-    ASSERT_TRUE(index.isValid());
-    Tree().scrollTo(index);
-    QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {}, Tree().visualRect(index).center());
-  }
-  void ClickHeader() {
-    QTest::mouseClick(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(20, 8));
-  }
-  QString Header() { return List().model()->headerData(0, Qt::Horizontal).toString(); }
-
-  /// Keeps what the window wants to play.
-  void Listen() {
-    QObject::connect(&window, &frmMain::PlaySongs,
-                     [this](const std::vector<std::int32_t>& songs) { played.push_back(songs); });
-  }
-  void SelectRow(int row, Qt::KeyboardModifiers keys = {}) {
-    QTest::mouseClick(List().viewport(), Qt::LeftButton, keys,
-                      List().visualRect(List().model()->index(row, 0)).center());
-  }
   /// Chooses from the list's pop-up menu.
   void Choose(const QString& caption) {
     QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(20, 20),
@@ -60,15 +23,11 @@ class FrmMain : public LibraryTest {
     QApplication::sendEvent(List().viewport(), &event);
     auto* const menu = window.findChild<QMenu*>(QStringLiteral("ListMenu"));
     ASSERT_NE(menu, nullptr);
+    EXPECT_TRUE(menu->isVisible());
     for (QAction* const action : menu->actions())
       if (action->text() == caption) action->trigger();
     menu->close();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
-
-  using Songs = std::vector<std::int32_t>;
-  frmMain window{tallow};
-  std::vector<Songs> played;
 };
 
 TEST_F(FrmMain, EveryPartHasItsName) {
@@ -178,8 +137,6 @@ TEST_F(FrmMain, ARankThatIsNoNumberIsSaid) {
   AddFolder("one", {1, 2});
   window.show();
   window.ShowJukebox();
-  QStringList problems;
-  QObject::connect(&window, &frmMain::Problem, [&](const QString& text) { problems.append(text); });
   for (int click = 0; click < 3; ++click) ClickHeader();
   EXPECT_EQ(problems,
             (QStringList{"The list could not be sorted: a rank is not a number ('x' is not "
@@ -265,7 +222,6 @@ TEST_F(FrmMain, ADoubleClickPlaysTheSongUnderThePointer) {
   AddFolder("one", {3, 1, 2});
   window.show();
   window.ShowJukebox();
-  Listen();
   SelectRow(1);
   QTest::mouseDClick(List().viewport(), Qt::LeftButton, {},
                      List().visualRect(List().model()->index(1, 0)).center());
@@ -277,7 +233,6 @@ TEST_F(FrmMain, EnterPlaysTheCurrentSong) {
   AddFolder("one", {2, 1});
   window.show();
   window.ShowJukebox();
-  Listen();
   QTest::keyClick(&List(), Qt::Key_Return);
   EXPECT_EQ(played, std::vector<Songs>{});
   SelectRow(1);
@@ -291,7 +246,6 @@ TEST_F(FrmMain, TheListsMenuPlaysTheFolderOrTheSelection) {
   AddFolder("one", {3, 1, 2, 1});
   window.show();
   window.ShowJukebox();
-  Listen();
   SelectRow(2);
   SelectRow(0, Qt::ControlModifier);
   Choose("Play Selected Songs");
@@ -306,16 +260,15 @@ TEST_F(FrmMain, CommandsAreNumberedByPane) {
   Folder& two = AddFolder("two", {2});
   window.show();
   window.ShowJukebox();
-  Listen();
   SelectRow(1);
   Folder& one = *window.Jukebox().selectednode();
-  window.ActOnPopUpClick(1, 2, one);
-  window.ActOnPopUpClick(2, 2, one);
+  window.ActOnPopUpClick(1, 2, &one);
+  window.ActOnPopUpClick(2, 2, &one);
   EXPECT_EQ(played, (std::vector<Songs>{{1, 2}, {2}}));
   EXPECT_EQ(tallow.SongsToPlay, Songs{2});
   // Only the folder on show has a selection.
-  window.ActOnPopUpClick(1, 2, two);
-  window.ActOnPopUpClick(2, 2, two);
+  window.ActOnPopUpClick(1, 2, &two);
+  window.ActOnPopUpClick(2, 2, &two);
   EXPECT_EQ(played[2], Songs{2});
   EXPECT_EQ(played[3], Songs{});
 }

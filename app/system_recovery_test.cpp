@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a start makes of changes that an earlier run could not save.
+#include <gtest/gtest.h>
+
+#include "app/initial_jukebox.h"
+#include "app/system.h"
+#include "jukebox/jukebox.h"
+#include "tests/system_fixture.h"
+#include "util/file_system.h"
+
+namespace tallow {
+namespace {
+
+class Recovery : public SystemTest {
+ protected:
+  Recovery() { Start(); }
+
+  std::string Path(const std::string& name) const { return application / "Grouping/" + name; }
+  /// Keeps a change of the jukebox on screen, as the program does every minute.
+  void Change() {
+    windows->open[0]->Nodes().AddChild(nullptr, "unsaved");
+    tallow->unsaved.Keep(*windows->open[0], tallow->library);
+  }
+  void SaveAs(const std::string& name) {
+    Jukebox& jukebox = *windows->open[0];
+    ASSERT_TRUE(jukebox.Save(Path(name), tallow->library));
+    tallow->settings.LocOfLastSavedJukeBox(Path(name));
+    tallow->SaveSettings();
+    jukebox.Caption("MIX");
+    jukebox.FileLocation(application / "Grouping/");
+  }
+  bool HasUnsaved(std::size_t window) const {
+    return windows->open.at(window)->Nodes().Find("unsaved") != nullptr;
+  }
+  std::size_t Kept() const {
+    return ListFolder(application / "Grouping/System/", {.pattern = "*.unsaved"}).files.size();
+  }
+};
+
+TEST_F(Recovery, TheUnsavedSampleIsOfferedInPlaceOfANewOne) {
+  Change();
+  Start(true);
+  EXPECT_EQ(windows->asked,
+            Texts{"Tallow was not closed properly. Recover the unsaved changes of " +
+                  std::string(kSampleCaption) + "?"});
+  ASSERT_EQ(windows->open.size(), 1U);
+  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  EXPECT_TRUE(HasUnsaved(0));
+  EXPECT_TRUE(windows->open[0]->IsFormDirty());
+  EXPECT_EQ(windows->log, (Texts{"splash", "jukebox", "splash off", "tip"}));
+  // It is kept until it is saved or closed.
+  EXPECT_EQ(Kept(), 1U);
+  Start(true);
+  EXPECT_TRUE(HasUnsaved(0));
+}
+
+TEST_F(Recovery, NoKeepsTheFileAsideAndDoesNotAskAgain) {
+  Change();
+  Start(false);
+  EXPECT_EQ(windows->asked.size(), 1U);
+  ASSERT_EQ(windows->open.size(), 1U);
+  EXPECT_FALSE(HasUnsaved(0));
+  EXPECT_EQ(Kept(), 0U);
+  EXPECT_TRUE(FileExists(application / "Grouping/System/Jukebox-1.unsaved.bak"));
+  Start(false);
+  EXPECT_EQ(windows->asked, Texts{});
+}
+
+TEST_F(Recovery, TheLastJukeboxIsNotOpenedBesideItsUnsavedSelf) {
+  SaveAs("mix.juk");
+  Change();
+  MakeSong("b/four.mp3", {.artist = "Zappa"});
+  Start(true);
+  EXPECT_EQ(windows->asked,
+            Texts{"Tallow was not closed properly. Recover the unsaved changes of MIX?"});
+  ASSERT_EQ(windows->open.size(), 1U);
+  const Jukebox& jukebox = *windows->open[0];
+  EXPECT_TRUE(HasUnsaved(0));
+  EXPECT_EQ(jukebox.Caption(), "MIX");
+  EXPECT_EQ(jukebox.FileLocation(), application / "Grouping/");
+  EXPECT_EQ(jukebox.FilePath(), Path("mix.juk"));
+  EXPECT_EQ(jukebox.Tag(), "1");
+  // With the songs that have come since.
+  EXPECT_EQ(SongsOnShow(), 4U);
+}
+
+TEST_F(Recovery, AnotherLastJukeboxIsOpenedAsWell) {
+  SaveAs("mix.juk");
+  Change();
+  ASSERT_TRUE(windows->open[0]->Save(Path("other.juk"), tallow->library));
+  tallow->settings.LocOfLastSavedJukeBox(Path("other.juk"));
+  tallow->SaveSettings();
+  Start(true);
+  ASSERT_EQ(windows->open.size(), 2U);
+  EXPECT_EQ(windows->open[0]->Caption(), "MIX");
+  EXPECT_EQ(windows->open[1]->Caption(), "OTHER");
+}
+
+TEST_F(Recovery, WhatWasSavedInTheEndIsNotAskedAbout) {
+  SaveAs("mix.juk");
+  Change();
+  // The program ends between saving and taking the file away.
+  ASSERT_TRUE(windows->open[0]->Save(Path("mix.juk"), tallow->library));
+  Start(false);
+  EXPECT_EQ(windows->asked, Texts{});
+  EXPECT_EQ(Kept(), 0U);
+  EXPECT_TRUE(HasUnsaved(0));
+}
+
+TEST_F(Recovery, AFileThatHoldsNoJukeboxIsSaidAndKeptAside) {
+  application.File("Grouping/System/Jukebox-7.unsaved",
+                   "{\"format\":\"Tallow unsaved jukebox\",\"version\":1,\"caption\":\"X\","
+                   "\"location\":\"\",\"file\":\"\"}\nno jukebox");
+  application.File("Grouping/System/Jukebox-8.unsaved", "nothing");
+  Start(true);
+  EXPECT_EQ(windows->asked.size(), 1U);
+  ASSERT_EQ(windows->told.size(), 1U);
+  EXPECT_TRUE(
+      windows->told[0].starts_with("The jukebox could not be opened. " + application.path()));
+  EXPECT_EQ(windows->notices.size(), 1U);
+  ASSERT_EQ(windows->open.size(), 1U);
+  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  EXPECT_EQ(Kept(), 0U);
+}
+
+}  // namespace
+}  // namespace tallow

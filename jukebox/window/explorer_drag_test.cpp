@@ -1,0 +1,259 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Dragging and dropping, with the events that a real drag sends.
+#include "jukebox/window/explorer_drag.h"
+
+#include <gtest/gtest.h>
+#include <memory>
+
+#include <QDropEvent>
+#include <QUrl>
+
+#include "tests/jukebox_window_fixture.h"
+#include "tests/tagged_file.h"
+
+namespace tallow {
+namespace {
+
+class Dragging : public JukeboxWindowTest {
+ protected:
+  /// Drags something over a place of a view and drops it there, and waits until what follows is done.
+  /// \returns whether it was taken
+  bool DropAt(QAbstractItemView& view, const QPoint& place, const QMimeData& data,
+              Qt::KeyboardModifiers keys = {}) {
+    constexpr Qt::DropActions kActions = Qt::CopyAction | Qt::MoveAction;
+    QDragEnterEvent enter(place, kActions, &data, Qt::LeftButton, keys);
+    QApplication::sendEvent(view.viewport(), &enter);
+    QDragMoveEvent move(place, kActions, &data, Qt::LeftButton, keys);
+    QApplication::sendEvent(view.viewport(), &move);
+    const bool taken = move.isAccepted();
+    QDropEvent drop(place, kActions, &data, Qt::LeftButton, keys);
+    QApplication::sendEvent(view.viewport(), &drop);
+    EXPECT_EQ(drop.isAccepted(), taken);
+    QApplication::processEvents();
+    return taken;
+  }
+  bool DropOn(const QString& folder, const QMimeData* data, Qt::KeyboardModifiers keys = {}) {
+    const QModelIndex index = IndexOf(Tree(), folder);
+    Tree().scrollTo(index);
+    return DropAt(Tree(), Tree().visualRect(index).center(), *data, keys);
+  }
+  bool DropBesideTheFolders(const QMimeData* data) {
+    return DropAt(Tree(), QPoint(5, Tree().viewport()->height() - 3), *data);
+  }
+  std::unique_ptr<ExplorerDrag> SongsAt(std::initializer_list<int> rows) {
+    bool first = true;
+    for (const int row : rows) {
+      SelectRow(row, first ? Qt::KeyboardModifiers() : Qt::ControlModifier);
+      first = false;
+    }
+    return window.PVExplorer1().SongsToDrag();
+  }
+  std::unique_ptr<ExplorerDrag> FolderAt(const Folder& folder) {
+    window.PVExplorer1().Select(folder);
+    return window.PVExplorer1().FolderToDrag();
+  }
+  static QMimeData* Files(QMimeData& data, const Texts& paths) {
+    QList<QUrl> urls;
+    for (const std::string& path : paths)
+      urls.append(QUrl::fromLocalFile(QString::fromStdString(path)));
+    data.setUrls(urls);
+    return &data;
+  }
+};
+
+TEST_F(Dragging, SongsMoveToTheFolderTheyAreDroppedOn) {
+  AddSongs(3);
+  Folder& one = AddFolder("one", {1, 2, 3});
+  Folder& two = AddFolder("two", {3});
+  Show();
+  EXPECT_TRUE(DropOn("two", SongsAt({0, 2}).get()));
+  EXPECT_EQ(SongsIn(one), Songs{2});
+  EXPECT_EQ(SongsIn(two), (Songs{3, 1}));
+  EXPECT_EQ(RowsOf(List()), QStringList{"1.  2.mp3"});
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(SongsIn(one), (Songs{1, 2, 3}));
+  EXPECT_EQ(SongsIn(two), Songs{3});
+}
+
+TEST_F(Dragging, WithCtrlSongsAreCopied) {
+  AddSongs(2);
+  Folder& one = AddFolder("one", {1, 2});
+  Folder& two = AddFolder("two");
+  Show();
+  EXPECT_TRUE(DropOn("two", SongsAt({1}).get(), Qt::ControlModifier));
+  EXPECT_EQ(SongsIn(one), (Songs{1, 2}));
+  EXPECT_EQ(SongsIn(two), Songs{2});
+}
+
+TEST_F(Dragging, OutOfAllSongsTheyAreAlwaysCopied) {
+  AddSongs(2);
+  Folder& all = AddFolder("All Songs", {1, 2});
+  Folder& two = AddFolder("two");
+  Show();
+  EXPECT_TRUE(DropOn("two", SongsAt({0}).get()));
+  EXPECT_EQ(SongsIn(all), (Songs{1, 2}));
+  EXPECT_EQ(SongsIn(two), Songs{1});
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(Dragging, SongsStayWhereTheyAreOnTheirOwnFolderAndBesideTheFolders) {
+  AddSongs(2);
+  Folder& one = AddFolder("one", {1, 2});
+  Show();
+  EXPECT_FALSE(DropOn("one", SongsAt({0}).get()));
+  EXPECT_FALSE(DropBesideTheFolders(SongsAt({0}).get()));
+  EXPECT_FALSE(DropAt(List(), QPoint(10, 10), *SongsAt({0})));
+  EXPECT_EQ(SongsIn(one), (Songs{1, 2}));
+  EXPECT_FALSE(Box().IsFormDirty());
+}
+
+TEST_F(Dragging, AFolderMovesOrIsCopied) {
+  Folder& one = AddFolder("one");
+  Folder& two = AddFolder("two");
+  Show();
+  EXPECT_TRUE(DropOn("two", FolderAt(one).get(), Qt::ControlModifier));
+  EXPECT_EQ(FoldersIn(), (Texts{"one", "two"}));
+  EXPECT_TRUE(DropOn("two", FolderAt(one).get()));
+  EXPECT_EQ(FoldersIn(), Texts{"two"});
+  EXPECT_EQ(FoldersIn(&two), (Texts{"one", "one"}));
+  EXPECT_TRUE(DropBesideTheFolders(FolderAt(one).get()));
+  EXPECT_EQ(FoldersIn(), (Texts{"two", "one"}));
+}
+
+TEST_F(Dragging, AFolderIsNotDroppedIntoItselfOrBelow) {
+  Folder& one = AddFolder("one");
+  AddFolder("inner", {}, &one);
+  one.Open(true);
+  Show();
+  for (const Qt::KeyboardModifiers keys : {Qt::NoModifier, Qt::ControlModifier})
+    for (const char* const to : {"one", "one/inner"})
+      EXPECT_FALSE(DropOn(to, FolderAt(one).get(), keys));
+  EXPECT_EQ(Nodes().Count(), 2);
+}
+
+TEST_F(Dragging, ASpecialFolderIsNotMovedButCopied) {
+  Folder& artist = AddFolder("Artist");
+  Folder& two = AddFolder("two");
+  Show();
+  DropOn("two", FolderAt(artist).get());
+  EXPECT_EQ(messages.Take(),
+            Texts{"This is a special node that can not be cut.  It can be copied if you wish."});
+  EXPECT_EQ(FoldersIn(), (Texts{"Artist", "two"}));
+  DropOn("two", FolderAt(artist).get(), Qt::ControlModifier);
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_EQ(FoldersIn(&two), Texts{"Artist"});
+}
+
+TEST_F(Dragging, SongsAndFoldersGoToAnotherJukeboxWindow) {
+  AddSongs(2);
+  Folder& one = AddFolder("one", {1, 2});
+  Show();
+  frmMain other(tallow, messages.Shower());
+  other.Jukebox().AddColumnHeader(kNameHeader);
+  Folder& there = other.Jukebox().Nodes().AddChild(nullptr, "there");
+  other.resize(600, 400);
+  other.show();
+  other.ShowJukebox();
+  FolderTreeView& tree = TreeOf(other);
+  const QPoint place = tree.visualRect(IndexOf(tree, "there")).center();
+  EXPECT_TRUE(DropAt(tree, place, *SongsAt({1})));
+  EXPECT_EQ(SongsIn(one), Songs{1});
+  EXPECT_EQ(SongsIn(there), Songs{2});
+  EXPECT_EQ(RowsOf(ListOf(other)), QStringList{"1.  2.mp3"});
+  // On the list it is for the folder on show.
+  EXPECT_TRUE(DropAt(ListOf(other), QPoint(10, 60), *SongsAt({0})));
+  EXPECT_EQ(SongsIn(there), (Songs{2, 1}));
+  EXPECT_TRUE(DropAt(tree, place, *FolderAt(one)));
+  EXPECT_EQ(Nodes().Count(), 0);
+  EXPECT_EQ(there.ChildAt(0).Text(), "one");
+  EXPECT_EQ(List().model()->rowCount(), 0);
+}
+
+TEST_F(Dragging, ADragWhoseWindowIsGoneIsRefused) {
+  AddSongs(1);
+  AddFolder("two");
+  Show();
+  auto other = std::make_unique<frmMain>(tallow, messages.Shower());
+  other->Jukebox().AddColumnHeader(kNameHeader);
+  other->Jukebox().Nodes().AddChild(nullptr, "x").Items().emplace_back(1, 2);
+  other->ShowJukebox();
+  ListOf(*other).SelectRows(0, 0);
+  const auto drag = other->PVExplorer1().SongsToDrag();
+  other.reset();
+  EXPECT_FALSE(DropOn("two", drag.get()));
+}
+
+TEST_F(Dragging, OtherProgramsGetTheFilesOfTheSongs) {
+  AddSong(music.path(), "a b#%.mp3");
+  AddSong(music.path(), "c.mp3");
+  AddFolder("one", {2, 1});
+  Show();
+  const auto drag = SongsAt({0, 1});
+  EXPECT_TRUE(drag->hasFormat("text/uri-list"));
+  EXPECT_EQ(drag->urls(),
+            (QList<QUrl>{QUrl::fromLocalFile(QString::fromStdString(music / "c.mp3")),
+                         QUrl::fromLocalFile(QString::fromStdString(music / "a b#%.mp3"))}));
+  EXPECT_EQ(FolderAt(Nodes().ChildAt(0))->urls(), QList<QUrl>());
+}
+
+TEST_F(Dragging, NothingSelectedIsNothingToDrag) {
+  EXPECT_EQ(window.PVExplorer1().SongsToDrag(), nullptr);
+  EXPECT_EQ(window.PVExplorer1().FolderToDrag(), nullptr);
+}
+
+TEST_F(Dragging, FilesJoinTheLibraryAndTheFolder) {
+  AddSong(music.path(), "known.mp3", "1", "5");
+  music.File("known.mp3");
+  const std::string fresh = music.File("new/fresh.mp3", Audio(300) + Tag({.artist = "ABBA"}));
+  Folder& all = AddFolder("All Songs", {1});
+  AddFolder("Artist");
+  Folder& mine = AddFolder("mine");
+  Show();
+  QMimeData data;
+  EXPECT_TRUE(DropOn("mine", Files(data, {fresh, music / "known.mp3", music.File("x.txt")})));
+  EXPECT_EQ(library.UBoundOfMp3Array(), 2);
+  EXPECT_EQ(Cells(1)[1], music / "new/");
+  EXPECT_EQ(Cells(5), (Texts{"5", "2"}));
+  EXPECT_EQ(SongsIn(mine), (Songs{2, 1}));
+  // New songs are filed as a search does it.
+  EXPECT_EQ(SongsIn(all), (Songs{1, 2}));
+  EXPECT_EQ(FoldersIn(Nodes().Find("Artist")), Texts{"ABBA"});
+  EXPECT_EQ(problems, QStringList{QString::fromStdString(music / "x.txt") +
+                                  " is no MP3 file and was left out."});
+  // Dropping is undone, filing is not.
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(SongsIn(mine), Songs{});
+  EXPECT_EQ(SongsIn(all), (Songs{1, 2}));
+}
+
+TEST_F(Dragging, FilesBesideTheFoldersAndOtherThingsAreRefused) {
+  AddFolder("one");
+  Show();
+  QMimeData files;
+  EXPECT_FALSE(DropBesideTheFolders(Files(files, {music.File("a.mp3")})));
+  QMimeData text;
+  text.setText("hello");
+  EXPECT_FALSE(DropOn("one", &text));
+  QMimeData web;
+  web.setUrls({QUrl("https://example.org/a.mp3")});
+  EXPECT_FALSE(DropOn("one", &web));
+  EXPECT_EQ(library.UBoundOfMp3Array(), 0);
+}
+
+TEST_F(Dragging, AFolderUnderThePointerIsOpenedAfterAWhile) {
+  Folder& one = AddFolder("one");
+  AddFolder("inner", {}, &one);
+  AddFolder("two");
+  Show();
+  EXPECT_FALSE(Tree().isExpanded(IndexOf(Tree(), "one")));
+  const auto drag = FolderAt(*Nodes().Find("two"));
+  QDragEnterEvent enter(Tree().visualRect(IndexOf(Tree(), "one")).center(), Qt::MoveAction,
+                        drag.get(), Qt::LeftButton, {});
+  QApplication::sendEvent(Tree().viewport(), &enter);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Tree().isExpanded(IndexOf(Tree(), "one")); }));
+  QDragLeaveEvent leave;
+  QApplication::sendEvent(Tree().viewport(), &leave);
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/window/frm_main.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include <QCloseEvent>
+#include <QFile>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QStyle>
+
+#include "app/initial_jukebox.h"
+#include "app/take_files.h"
+#include "app/tallow.h"
+#include "jukebox/play_commands.h"
+#include "jukebox/ranking.h"
+#include "jukebox/sorting.h"
+#include "jukebox/special_folders.h"
+#include "jukebox/window/picture_address.h"
+#include "jukebox/window/pv_explorer.h"
+#include "jukebox/window/resize_rule.h"
+#include "ui/display_text.h"
+#include "ui/message_box.h"
+
+namespace tallow {
+
+frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
+    : QWidget(parent),
+      tallow_(tallow),
+      show_(show ? std::move(show)
+                 : [this](const Message& message) { return ShowMessageBox(message, window()); }),
+      explorer_(new PVExplorer(jukebox_, tallow.library, tallow.clipboard, this)),
+      list_menu_(MakeListMenu(
+          this, [this](int item) { ActOnPopUpClick(item, kListPane, jukebox_.selectednode()); })),
+      tree_menu_(MakeTreeMenu(
+          this, [this](int item) { ActOnPopUpClick(item, kTreePane, menu_folder_); })) {
+  setObjectName(QStringLiteral("frmMain"));
+  setFocusProxy(explorer_);
+  ConnectExplorer();
+  explorer_->SetBackgroundImage(PictureAddress(tallow.settings), tallow.settings.IsItTiled());
+}
+
+frmMain::~frmMain() {
+  tallow_.unsaved.Release(jukebox_);
+  // The control shows the jukebox, which goes before the widgets do.
+  delete explorer_;
+}
+
+void frmMain::ConnectExplorer() {
+  connect(explorer_, &PVExplorer::NodeClick, this, [this](Folder* folder) { ShowFolder(*folder); });
+  connect(explorer_, &PVExplorer::ColumnClick, this, &frmMain::SortList);
+  connect(explorer_, qOverload<const QString&>(&PVExplorer::CaptionChanged), this,
+          &QWidget::setWindowTitle);
+  connect(explorer_, &PVExplorer::ItemOpened, this, &frmMain::PlaySong);
+  connect(explorer_, &PVExplorer::ListPopUp, list_menu_, [this](const QPoint& position) {
+    if (jukebox_.selectednode() != nullptr) list_menu_->popup(position);
+  });
+  connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,
+          [this](Folder* folder, const QPoint& position) {
+            menu_folder_ = folder;
+            tree_menu_->popup(position);
+          });
+  connect(explorer_, &PVExplorer::FocusChanged, this,
+          [this](int pane) { pane_with_focus_ = pane; });
+  connect(explorer_, &PVExplorer::CommandKey, this,
+          [this](int pane, int item) { ActOnPopUpClick(item, pane, jukebox_.selectednode()); });
+  connect(explorer_, &PVExplorer::BeforeCut, this, &frmMain::BeforeCut);
+  connect(explorer_, &PVExplorer::FilesDropped, this,
+          [this](const QStringList& paths, Folder* to) { TakeFiles(paths, *to); });
+  connect(explorer_, &PVExplorer::Problem, this, &frmMain::Problem);
+}
+
+void frmMain::ShowJukebox() {
+  if (jukebox_.Expanded())
+    explorer_->ExpandAll();
+  else
+    explorer_->ExpandMarked();
+  if (jukebox_.selectednode() == nullptr && jukebox_.Nodes().Children() > 0)
+    explorer_->Select(jukebox_.Nodes().ChildAt(0));
+}
+
+void frmMain::ShowFolder(Folder& folder) {
+  jukebox_.ShowFolder(folder, tallow_.library, tallow_.folder_changes);
+}
+
+void frmMain::SortList() {
+  try {
+    jukebox_.ColumnClick(tallow_.library);
+  } catch (const std::exception& error) {
+    emit Problem(tr("The list could not be sorted: a rank is not a number (%1).")
+                     .arg(DisplayMessage(error.what())));
+  }
+}
+
+void frmMain::ActOnPopUpClick(int item, int pane, Folder* node) {
+  if (pane == kTreePane) ActOnTree(item, node);
+  if (pane == kListPane && node != nullptr) ActOnList(item, *node);
+}
+
+void frmMain::ActOnTree(int item, Folder* node) {
+  switch (item) {
+    case kAddFolderToSelected:
+      if (node != nullptr) explorer_->AddFolder(node);
+      return;
+    case kAddFolderToRoot:
+      explorer_->AddFolder(nullptr);
+      return;
+    case kCutFolder:
+      if (node != nullptr) explorer_->CutFolder(*node);
+      return;
+    case kCopyFolder:
+      if (node != nullptr) explorer_->CopyFolder(*node);
+      return;
+    case kPasteFolder:
+      explorer_->Paste(node);
+      return;
+    case kDeleteFolder:
+      if (node != nullptr) DeleteFolder(*node);
+      return;
+    case kSortNodes:
+      explorer_->SortNodes(node);
+      return;
+    default:
+      return;
+  }
+}
+
+void frmMain::ActOnList(int item, Folder& node) {
+  // Only songs on show can be selected.
+  const bool on_show = &node == jukebox_.selectednode();
+  // Every command of the list has its songs from here.
+  tallow_.SongsToPlay.clear();
+  if (on_show) tallow_.SongsToPlay = SongsOf(node, explorer_->SelectedRows());
+  if (item >= kRankBest && item <= kRankWorst) {
+    if (on_show) RankSelectedSongs(item - kRankBest + 1);
+    return;
+  }
+  switch (item) {
+    case kPlayAllSongsInFolder:
+      emit PlaySongs(SongsOf(node));
+      return;
+    case kPlaySelectedSongs:
+      emit PlaySongs(tallow_.SongsToPlay);
+      return;
+    case kCutSongs:
+    case kDeleteSongs:
+      if (on_show) explorer_->CutSongs();
+      return;
+    case kCopySongs:
+      if (on_show) explorer_->CopySongs();
+      return;
+    case kPasteSongs:
+      explorer_->Paste(&node);
+      return;
+    case kChangeBackgroundPicture:
+      emit ChangeBackgroundPicture();
+      return;
+    default:
+      return;
+  }
+}
+
+void frmMain::RankSelectedSongs(int item) {
+  const bool saved =
+      RankSongs(*jukebox_.selectednode(), explorer_->SelectedRows(), item, tallow_.library);
+  jukebox_.PicturesChanged();
+  if (!saved)
+    show_({.text = "The ranks could not be saved. " + tallow_.library.SaveError() +
+                   ".\n\nThey hold until Tallow is closed, and are saved with the next rank that "
+                   "can be.",
+           .icon = MessageIcon::kCritical});
+}
+
+void frmMain::DeleteFolder(Folder& node) {
+  if (!OkToDelete(node)) return;
+  if (show_({.text = "Are you sure you want to delete this folder and all it's contents?",
+             .icon = MessageIcon::kQuestion,
+             .buttons = MessageButtons::kYesNoCancel}) == MessageAnswer::kYes)
+    explorer_->DeleteFolder(node);
+}
+
+void frmMain::BeforeCut(BeforeCutEvent& event) {
+  std::string text;
+  if (event.songs && IsAllSongs(event.folder))
+    text = "Can not cut a song from 'All Songs.'  You can copy a song if you wish.";
+  if (!event.songs && IsSpecialFolder(event.folder))
+    text = "This is a special node that can not be cut.  It can be copied if you wish.";
+  if (text.empty()) return;
+  event.cancel = true;
+  show_({.text = std::move(text), .icon = MessageIcon::kInformation});
+}
+
+void frmMain::TakeFiles(const QStringList& paths, Folder& to) {
+  std::vector<std::string> names;
+  for (const QString& path : paths) names.push_back(QFile::encodeName(path).toStdString());
+  const TakenFiles taken = tallow::TakeFiles(names, tallow_.library);
+  std::vector<std::string> problems = taken.problems;
+  if (taken.has_new_songs) {
+    tallow::Jukebox* const own[] = {&jukebox_};
+    try {
+      FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own);
+    } catch (const FilingError& error) {
+      problems.insert(problems.end(), error.problems().begin(), error.problems().end());
+    }
+  }
+  explorer_->AddSongs(to, taken.songs);
+  for (const std::string& problem : problems) emit Problem(DisplayMessage(problem));
+}
+
+void frmMain::PlaySong(int row) {
+  if (const Folder* const folder = jukebox_.selectednode()) emit PlaySongs(SongsOf(*folder, {row}));
+}
+
+bool frmMain::MayClose() {
+  if (!jukebox_.IsFormDirty()) return true;
+  Message question;
+  question.icon = MessageIcon::kQuestion;
+  question.buttons = MessageButtons::kYesNo;
+  question.can_be_dismissed = true;
+  question.text =
+      jukebox_.Caption() == kSampleCaption
+          ? "You should save this initial Jukebox to speed up the program.  Do you want "
+            "to save this Jukebox?"
+          : "Do you want to save changes to " + jukebox_.Caption();
+  switch (show_(question)) {
+    case MessageAnswer::kYes:
+      return save_ && save_();
+    case MessageAnswer::kNo:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void frmMain::closeEvent(QCloseEvent* event) {
+  if (!MayClose()) return event->ignore();
+  tallow_.unsaved.Forget(jukebox_);
+  event->accept();
+}
+
+QSize frmMain::WholeSize() const {
+  auto* const sub = qobject_cast<QMdiSubWindow*>(parentWidget());
+  if (sub == nullptr) return size();
+  if (!sub->isMaximized()) return sub->size();
+  // A window that fills the frame window has left its own frame outside.
+  const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, sub);
+  const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, sub);
+  return size() + QSize(2 * border, title + border);
+}
+
+void frmMain::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  const QSize whole = WholeSize();
+  const QSize control(ControlExtent(whole.width(), explorer_->width(), kMoreWidth),
+                      ControlExtent(whole.height(), explorer_->height(), kMoreHeight));
+  explorer_->resize(control);
+  explorer_->KeepFree(std::max(0, control.width() - width()),
+                      std::max(0, control.height() - height()));
+}
+
+}  // namespace tallow

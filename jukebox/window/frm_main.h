@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include <QWidget>
+
+#include "jukebox/jukebox.h"
+#include "jukebox/window/pop_up_menus.h"
+#include "util/message.h"
+
+class QMenu;
+
+namespace tallow {
+
+class PVExplorer;
+class Tallow;
+struct BeforeCutEvent;
+
+/// The window of one jukebox, a child of the frame window.
+class frmMain : public QWidget {
+  Q_OBJECT
+
+ public:
+  /// \param tallow has to outlive the window
+  /// \param show   shows message boxes; without it they are real ones over this window
+  explicit frmMain(Tallow& tallow, ShowMessage show = {}, QWidget* parent = nullptr);
+  ~frmMain() override;
+
+  tallow::Jukebox& Jukebox() noexcept { return jukebox_; }
+  PVExplorer& PVExplorer1() noexcept { return *explorer_; }
+
+  /// Which half had the keyboard focus last, see PopUpPane; 0 for none yet.
+  int CurrentPaneWFocus() const noexcept { return pane_with_focus_; }
+
+  /// Brings the tree into the state its jukebox asks for and, when no folder is on show yet, shows
+  /// the first one.
+  void ShowJukebox();
+
+  /// Runs a command of a pop-up menu.
+  ///
+  /// \param item the command's number, see TreeCommand and ListCommand
+  /// \param pane whose menu, see PopUpPane
+  /// \param node the folder concerned; null for none
+  void ActOnPopUpClick(int item, int pane, Folder* node);
+
+  /// Sets what saves this window's jukebox when it is closed and the user wants that.
+  /// \param save returns whether it is saved now
+  void OnSaveBeforeClosing(std::function<bool()> save) { save_ = std::move(save); }
+
+ signals:
+  /// These songs, by their record numbers, are to be played in this order.
+  void PlaySongs(std::vector<std::int32_t> songs);
+  /// Something went wrong that the user should read.
+  void Problem(const QString& text);
+  /// The dialog of the background picture is wanted.
+  void ChangeBackgroundPicture();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  void ConnectExplorer();
+  void ShowFolder(Folder& folder);
+  void SortList();
+  void ActOnTree(int item, Folder* node);
+  void ActOnList(int item, Folder& node);
+  void RankSelectedSongs(int item);
+  void DeleteFolder(Folder& node);
+  void BeforeCut(BeforeCutEvent& event);
+  void TakeFiles(const QStringList& paths, Folder& to);
+  void PlaySong(int row);
+  bool MayClose();
+  QSize WholeSize() const;
+
+  Tallow& tallow_;
+  ShowMessage show_;
+  tallow::Jukebox jukebox_;
+  PVExplorer* explorer_;
+  QMenu* list_menu_;
+  QMenu* tree_menu_;
+  Folder* menu_folder_ = nullptr;  ///< that the tree's menu was opened on
+  int pane_with_focus_ = 0;
+  std::function<bool()> save_;
+};
+
+}  // namespace tallow

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+
+class QMenu;
+class QWidget;
+
+namespace tallow {
+
+/// The halves of a jukebox window, as its pop-up menus are numbered.
+enum PopUpPane : int {
+  kTreePane = 1,
+  kListPane = 2,
+};
+
+/// The commands of the tree's pop-up menu, by their numbers.
+enum TreeCommand : int {
+  kAddFolderToSelected = 4,
+  kAddFolderToRoot = 5,
+  kCutFolder = 6,
+  kCopyFolder = 7,
+  kPasteFolder = 8,
+  kDeleteFolder = 9,
+  kSortNodes = 10,
+};
+
+/// The commands of the list's pop-up menu, by their numbers.
+enum ListCommand : int {
+  kPlayAllSongsInFolder = 1,
+  kPlaySelectedSongs = 2,
+  kCutSongs = 4,
+  kCopySongs = 5,
+  kPasteSongs = 6,
+  kDeleteSongs = 7,
+  kRankBest = 8,  ///< the first of six
+  kRankWorst = 13,
+  kChangeBackgroundPicture = 14,
+};
+
+/// Makes the pop-up menu of the list, named "ListMenu". The data of an item is its command.
+/// \param act runs a command
+QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act);
+
+/// Makes the pop-up menu of the tree, named "TreeMenu".
+QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act);
+
+}  // namespace tallow

@@ -1,0 +1,275 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/window/pv_explorer.h"
+
+#include <algorithm>
+
+#include <QContextMenuEvent>
+#include <QEvent>
+#include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+#include <QScrollBar>
+
+#include "jukebox/window/folder_tree_model.h"
+#include "jukebox/window/folder_tree_view.h"
+#include "jukebox/window/pop_up_menus.h"
+#include "jukebox/window/song_list_model.h"
+#include "jukebox/window/song_list_view.h"
+#include "ui/display_text.h"
+
+namespace tallow {
+namespace {
+
+/// Widths at the start, in average characters: the tree, and the record numbers.
+constexpr int kTreeCharacters = 34;
+constexpr int kKeyCharacters = 10;
+
+constexpr int kRowPadding = 6;
+
+template <typename Act>
+void ForEachFolder(Folder& folder, const Act& act) {
+  act(folder);
+  for (std::int32_t k = 0; k < folder.Children(); ++k) ForEachFolder(folder.ChildAt(k), act);
+}
+
+template <typename Act>
+void ForEachFolder(FolderTree& tree, const Act& act) {
+  for (std::int32_t k = 0; k < tree.Children(); ++k) ForEachFolder(tree.ChildAt(k), act);
+}
+
+}  // namespace
+
+PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboard& clipboard,
+                       QWidget* parent)
+    : QSplitter(Qt::Horizontal, parent),
+      jukebox_(jukebox),
+      library_(library),
+      edits_(jukebox, clipboard),
+      folders_(new FolderTreeModel(jukebox.Nodes(), this)),
+      songs_(new SongListModel(jukebox, library, this)),
+      tree_(new FolderTreeView(this)),
+      list_(new SongListView(this)) {
+  setObjectName(QStringLiteral("PVExplorer1"));
+  SetUpTree();
+  SetUpList();
+  SetUpDragging();
+  setStretchFactor(0, 0);
+  setStretchFactor(1, 1);
+  setChildrenCollapsible(false);
+  const int character = fontMetrics().averageCharWidth();
+  setSizes({kTreeCharacters * character, 2 * kTreeCharacters * character});
+  jukebox_.SetView(this);
+}
+
+PVExplorer::~PVExplorer() { jukebox_.SetView(nullptr); }
+
+void PVExplorer::SetUpTree() {
+  tree_->setObjectName(QStringLiteral("TreeView"));
+  tree_->setAccessibleName(tr("Folders"));
+  tree_->setModel(folders_);
+  tree_->setHeaderHidden(true);
+  tree_->setUniformRowHeights(true);
+  tree_->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
+  tree_->installEventFilter(this);
+  tree_->viewport()->installEventFilter(this);
+  folders_->SetRename(
+      [this](Folder& folder, const std::string& text) { return edits_.Rename(folder, text); });
+  // A folder that comes back is open as it was.
+  connect(folders_, &QAbstractItemModel::rowsInserted, this,
+          [this](const QModelIndex& parent, int first, int last) {
+            for (int row = first; row <= last; ++row)
+              MarkOpen(*FolderTreeModel::FolderOf(folders_->index(row, 0, parent)));
+          });
+  connect(tree_, &QTreeView::expanded, this,
+          [](const QModelIndex& index) { FolderTreeModel::FolderOf(index)->Open(true); });
+  connect(tree_, &QTreeView::collapsed, this,
+          [](const QModelIndex& index) { FolderTreeModel::FolderOf(index)->Open(false); });
+  connect(tree_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this](const QModelIndex& current) {
+            if (!current.isValid()) return;
+            told_ = true;
+            Folder* const folder = FolderTreeModel::FolderOf(current);
+            folders_->SetShown(folder);
+            emit NodeClick(folder);
+          });
+  connect(tree_, &QTreeView::clicked, this, [this](const QModelIndex& index) {
+    if (!told_) emit NodeClick(FolderTreeModel::FolderOf(index));
+  });
+}
+
+bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
+  const bool in_list = watched == list_ || watched == list_->viewport();
+  switch (event->type()) {
+    case QEvent::MouseButtonPress:
+      // A click that moves the selection is told when it does; one on the folder on show, when it is over.
+      if (watched == tree_->viewport()) told_ = false;
+      break;
+    case QEvent::KeyPress:
+      if (watched == list_ || watched == tree_)
+        return KeyPressed(*static_cast<QKeyEvent*>(event), in_list);
+      break;
+    case QEvent::ContextMenu:
+      MenuWanted(*static_cast<QContextMenuEvent*>(event), in_list);
+      return true;
+    case QEvent::FocusIn:
+      if (watched == list_ || watched == tree_) emit FocusChanged(in_list ? kListPane : kTreePane);
+      break;
+    default:
+      break;
+  }
+  return QSplitter::eventFilter(watched, event);
+}
+
+bool PVExplorer::IsEditKey(const QKeyEvent& key, bool in_list) {
+  const auto is = [&](QKeyCombination combination) { return key.keyCombination() == combination; };
+  const auto command = [&](TreeCommand of_tree, ListCommand of_list) {
+    emit CommandKey(in_list ? kListPane : kTreePane,
+                    in_list ? static_cast<int>(of_list) : static_cast<int>(of_tree));
+    return true;
+  };
+  if (is(Qt::CTRL | Qt::Key_X)) return command(kCutFolder, kCutSongs);
+  if (is(Qt::CTRL | Qt::Key_C)) return command(kCopyFolder, kCopySongs);
+  if (is(Qt::CTRL | Qt::Key_V)) return command(kPasteFolder, kPasteSongs);
+  if (is(QKeyCombination(Qt::Key_Delete))) return command(kDeleteFolder, kDeleteSongs);
+  if (is(Qt::CTRL | Qt::Key_Z)) {
+    Undo();
+    return true;
+  }
+  if (is(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)) {
+    Redo();
+    return true;
+  }
+  return false;
+}
+
+bool PVExplorer::KeyPressed(const QKeyEvent& key, bool in_list) {
+  if (IsEditKey(key, in_list)) return true;
+  if (key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier) {
+    MenuAtSelection(in_list);
+    return true;
+  }
+  if (key.key() == Qt::Key_Backspace) {
+    const Folder* const folder = selectednode();
+    if (folder != nullptr && folder->Parent() != nullptr) Select(*folder->Parent());
+    return true;
+  }
+  if (!in_list || (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter)) return false;
+  if (list_->currentIndex().isValid() && !key.isAutoRepeat())
+    emit ItemOpened(list_->currentIndex().row());
+  return true;
+}
+
+void PVExplorer::MenuWanted(const QContextMenuEvent& event, bool in_list) {
+  if (event.reason() == QContextMenuEvent::Keyboard) return MenuAtSelection(in_list);
+  if (in_list)
+    emit ListPopUp(event.globalPos());
+  else
+    emit TreePopUp(tree_->FolderAt(tree_->viewport()->mapFromGlobal(event.globalPos())),
+                   event.globalPos());
+}
+
+void PVExplorer::MenuAtSelection(bool in_list) {
+  QAbstractItemView& view = in_list ? static_cast<QAbstractItemView&>(*list_) : *tree_;
+  const QModelIndex index = view.currentIndex();
+  if (index.isValid()) view.scrollTo(index);
+  const QPoint place = index.isValid() ? view.visualRect(index).center() : QPoint();
+  // Of a long row only the beginning may be on show.
+  const QPoint shown(std::min(place.x(), view.viewport()->width() / 2), place.y());
+  const QPoint position = view.viewport()->mapToGlobal(shown);
+  if (in_list)
+    emit ListPopUp(position);
+  else
+    emit TreePopUp(index.isValid() ? FolderTreeModel::FolderOf(index) : nullptr, position);
+}
+
+void PVExplorer::SetUpList() {
+  list_->setObjectName(QStringLiteral("ListView"));
+  list_->setAccessibleName(tr("Songs"));
+  list_->setModel(songs_);
+  list_->setShowGrid(false);
+  list_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  list_->setSelectionMode(QAbstractItemView::ExtendedSelection);
+  list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  list_->setWordWrap(false);
+  list_->setTabKeyNavigation(false);
+  // The label of a song ends in what tells it from others of its kind.
+  list_->setTextElideMode(Qt::ElideMiddle);
+  list_->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+  list_->verticalHeader()->hide();
+  list_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  list_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+  QHeaderView* const header = list_->horizontalHeader();
+  header->setHighlightSections(false);
+  header->setSectionsClickable(true);
+  header->setStretchLastSection(false);
+  connect(header, &QHeaderView::sectionClicked, this, [this] { emit ColumnClick(); });
+  list_->installEventFilter(this);
+  list_->viewport()->installEventFilter(this);
+  connect(list_, &QTableView::doubleClicked, this,
+          [this](const QModelIndex& index) { emit ItemOpened(index.row()); });
+}
+
+void PVExplorer::Select(const Folder& folder) {
+  tree_->setCurrentIndex(folders_->IndexOf(folder));
+  tree_->scrollTo(folders_->IndexOf(folder));
+}
+
+void PVExplorer::EditText(const Folder& folder) { tree_->edit(folders_->IndexOf(folder)); }
+
+void PVExplorer::EnsureVisible(int row) { list_->scrollTo(songs_->index(row, 0)); }
+
+void PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
+  list_->SetBackgroundImage(address, tiled);
+}
+
+void PVExplorer::KeepFree(int width, int height) { setContentsMargins(0, 0, width, height); }
+
+void PVExplorer::MarkOpen(const Folder& folder) {
+  for (std::int32_t k = 0; k < folder.Children(); ++k) MarkOpen(folder.ChildAt(k));
+  if (folder.Open()) tree_->expand(folders_->IndexOf(folder));
+}
+
+void PVExplorer::ExpandAll() {
+  ForEachFolder(jukebox_.Nodes(), [](Folder& folder) { folder.Open(true); });
+  tree_->expandAll();
+}
+
+void PVExplorer::ExpandMarked() {
+  ForEachFolder(jukebox_.Nodes(), [this](Folder& folder) {
+    tree_->setExpanded(folders_->IndexOf(folder), folder.Open());
+  });
+}
+
+std::vector<int> PVExplorer::SelectedRows() const {
+  // Range by range: asking for each row takes its time when there are many.
+  std::vector<int> rows;
+  for (const QItemSelectionRange& range : list_->selectionModel()->selection())
+    for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
+  std::sort(rows.begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  return rows;
+}
+
+void PVExplorer::CaptionChanged() { emit CaptionChanged(DisplayText(jukebox_.Caption())); }
+
+void PVExplorer::ListChanged() {
+  QScrollBar& bar = *list_->verticalScrollBar();
+  const int place = keep_place_ ? bar.value() : 0;
+  songs_->Refill();
+  bar.setValue(place);
+  emit ListRefilled();
+}
+
+void PVExplorer::LabelsChanged() { songs_->Relabel(); }
+
+void PVExplorer::HeadersChanged() {
+  const int before = list_->horizontalHeader()->count();
+  songs_->ChangeHeaders();
+  QHeaderView* const header = list_->horizontalHeader();
+  if (header->count() == before || header->count() == 0) return;
+  header->setSectionResizeMode(SongListModel::kText, QHeaderView::Stretch);
+  if (header->count() > SongListModel::kKey)
+    header->resizeSection(SongListModel::kKey, kKeyCharacters * fontMetrics().averageCharWidth());
+}
+
+}  // namespace tallow

@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <algorithm>
+
+#include <QAction>
+#include <QApplication>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTimer>
+
+#include "jukebox/window/frm_main.h"
+#include "tests/recorded_link.h"
+#include "tests/recorded_messages.h"
+#include "tests/window_fixture.h"
+#include "ui/frm_mdi_form1.h"
+
+namespace tallow {
+
+/// A frame window over a player that is only written down.
+class FrameTest : public LibraryTest {
+ protected:
+  FrameTest() {
+    tallow.settings.LocOfWinAmpExe("/opt/player");
+    AddSong(music.path(), "a.mp3");
+    AddSong(music.path(), "b.mp3");
+    music.File("a.mp3");
+    music.File("b.mp3");
+    link.answers["1024 0 0"] = 0x2081;
+  }
+
+  /// A jukebox window on screen with a folder of both songs.
+  frmMain& ShowJukebox() {
+    frmMain& window = frame.NewJukeboxWindow();
+    Folder& folder = window.Jukebox().Nodes().AddChild(nullptr, "one");
+    folder.Items().emplace_back(1, 2);
+    folder.Items().emplace_back(2, 2);
+    frame.show();
+    frame.ShowJukeboxWindow(window);
+    return window;
+  }
+  /// How often songs were handed over since the last call.
+  std::ptrdiff_t HandOvers() {
+    const Texts sent = link.Take();
+    return std::count(sent.begin(), sent.end(), "1024 0 101");
+  }
+  QAction& Item(const char* name) { return *frame.findChild<QAction*>(QLatin1String(name)); }
+  /// Triggers something that opens the file dialog, and does something with that once it is there.
+  template <typename Act>
+  static void WithFileDialog(QAction& item, const Act& act) {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+      auto* const dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      timer.stop();
+      act(*dialog);
+    });
+    timer.start(5);
+    item.trigger();
+  }
+  static void Choose(QFileDialog& dialog, const QString& file) {
+    dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
+    QMetaObject::invokeMethod(&dialog, "accept");
+  }
+  /// Closed windows go when the program comes to it.
+  static void LetClosedWindowsGo() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+  QMdiArea& Area() { return *frame.findChild<QMdiArea*>(); }
+  QMdiSubWindow& SubOf(const QWidget& window) {
+    return *qobject_cast<QMdiSubWindow*>(window.parentWidget());
+  }
+
+  RecordedLink link;
+  RecordedMessages messages;
+  frmMDIForm1 frame{tallow, link, messages.Shower()};
+};
+
+}  // namespace tallow

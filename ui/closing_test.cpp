@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What becomes of changes when windows are closed, and when they are not.
+#include <gtest/gtest.h>
+
+#include <QMdiSubWindow>
+#include <QStatusBar>
+#include <QTest>
+
+#include "app/data_paths.h"
+#include "app/initial_jukebox.h"
+#include "player/frm_main_winamp.h"
+#include "tests/frame_fixture.h"
+#include "util/file_system.h"
+
+namespace tallow {
+namespace {
+
+class Closing : public FrameTest {
+ protected:
+  /// A jukebox with a file of its own and a change that is not in it.
+  frmMain& ChangedJukebox(const std::string& caption) {
+    frmMain& window = ShowJukebox();
+    window.Jukebox().Caption(caption);
+    window.Jukebox().FileLocation(application / "Grouping/");
+    EXPECT_TRUE(window.Jukebox().Save(FileOf(caption), library));
+    window.Jukebox().Nodes().AddChild(nullptr, "unsaved");
+    window.Jukebox().IsFormDirty(true);
+    return window;
+  }
+  std::string FileOf(const std::string& caption) const {
+    return application / "Grouping/" + QString::fromStdString(caption).toLower().toStdString() +
+           ".juk";
+  }
+  bool IsSaved(const std::string& caption) {
+    Jukebox saved;
+    return saved.Load(FileOf(caption), library) && saved.Nodes().Find("unsaved") != nullptr;
+  }
+  void CloseWith(frmMain& window, MessageAnswer answer) {
+    messages.answer = answer;
+    SubOf(window).close();
+    LetClosedWindowsGo();
+  }
+};
+
+TEST_F(Closing, AnUnchangedJukeboxClosesWithoutAQuestion) {
+  CloseWith(ShowJukebox(), MessageAnswer::kCancel);
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_TRUE(frame.OpenJukeboxes().empty());
+}
+
+TEST_F(Closing, AChangedOneAsksWithYesAndNoOnly) {
+  CloseWith(ChangedJukebox("MIX"), MessageAnswer::kNo);
+  ASSERT_EQ(messages.shown.size(), 1U);
+  EXPECT_EQ(messages.shown[0].text, "Do you want to save changes to MIX");
+  EXPECT_EQ(messages.shown[0].buttons, MessageButtons::kYesNo);
+  EXPECT_TRUE(messages.shown[0].can_be_dismissed);
+  EXPECT_TRUE(frame.OpenJukeboxes().empty());
+  EXPECT_FALSE(IsSaved("MIX"));
+}
+
+TEST_F(Closing, YesSavesFirst) {
+  CloseWith(ChangedJukebox("MIX"), MessageAnswer::kYes);
+  EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to MIX"});
+  EXPECT_TRUE(frame.OpenJukeboxes().empty());
+  EXPECT_TRUE(IsSaved("MIX"));
+  EXPECT_EQ(tallow.settings.LocOfLastSavedJukeBox(), FileOf("MIX"));
+}
+
+TEST_F(Closing, LeavingTheQuestionKeepsTheWindowOpen) {
+  frmMain& window = ChangedJukebox("MIX");
+  CloseWith(window, MessageAnswer::kCancel);
+  EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);
+  EXPECT_TRUE(window.isVisible());
+  EXPECT_FALSE(IsSaved("MIX"));
+}
+
+TEST_F(Closing, TheSampleHasAQuestionOfItsOwnAndIsSavedUnderAName) {
+  frame.show();
+  Item("mnuNew").trigger();
+  messages.answer = MessageAnswer::kYes;
+  WithFileDialog(Item("mnuClose"), [](QFileDialog& dialog) { Choose(dialog, "First"); });
+  EXPECT_EQ(messages.Take(),
+            Texts{"You should save this initial Jukebox to speed up the program.  Do you want to "
+                  "save this Jukebox?"});
+  LetClosedWindowsGo();
+  EXPECT_TRUE(frame.OpenJukeboxes().empty());
+  EXPECT_TRUE(FileExists(application / "Grouping/first.juk"));
+}
+
+TEST_F(Closing, ACancelledFileDialogKeepsTheWindowOpen) {
+  frame.show();
+  Item("mnuNew").trigger();
+  messages.answer = MessageAnswer::kYes;
+  WithFileDialog(Item("mnuClose"), [](QFileDialog& dialog) { dialog.reject(); });
+  LetClosedWindowsGo();
+  ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
+  EXPECT_EQ(frame.OpenJukeboxes()[0]->Caption(), kSampleCaption);
+}
+
+TEST_F(Closing, AFailedSaveKeepsTheWindowOpen) {
+  frmMain& window = ChangedJukebox("MIX");
+  RemoveFile(FileOf("MIX"));
+  CreateFolders(FileOf("MIX") + "/x");
+  CloseWith(window, MessageAnswer::kYes);
+  EXPECT_EQ(messages.shown.size(), 2U);
+  EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);
+  EXPECT_TRUE(window.Jukebox().IsFormDirty());
+}
+
+TEST_F(Closing, TheOneThatClosesIsSavedThoughAnotherIsActive) {
+  frmMain& one = ChangedJukebox("ONE");
+  frmMain& two = ChangedJukebox("TWO");
+  Area().setActiveSubWindow(&SubOf(two));
+  CloseWith(one, MessageAnswer::kYes);
+  EXPECT_TRUE(IsSaved("ONE"));
+  EXPECT_FALSE(IsSaved("TWO"));
+  EXPECT_EQ(frame.OpenJukeboxes(), std::vector<Jukebox*>{&two.Jukebox()});
+}
+
+TEST_F(Closing, TheFrameClosesItsWindowsFirstAndThenThePlayer) {
+  frmMain& one = ChangedJukebox("ONE");
+  ChangedJukebox("TWO");
+  one.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, one.Jukebox().selectednode());
+  link.Take();
+  messages.answer = MessageAnswer::kYes;
+  EXPECT_TRUE(frame.close());
+  EXPECT_EQ(messages.Take(),
+            (Texts{"Do you want to save changes to ONE", "Do you want to save changes to TWO"}));
+  EXPECT_TRUE(IsSaved("ONE"));
+  EXPECT_TRUE(IsSaved("TWO"));
+  EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
+}
+
+TEST_F(Closing, ARefusalByOneKeepsTheProgramAndItsMusicRunning) {
+  frmMain& one = ChangedJukebox("ONE");
+  one.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, one.Jukebox().selectednode());
+  link.Take();
+  messages.answer = MessageAnswer::kCancel;
+  EXPECT_FALSE(frame.close());
+  EXPECT_TRUE(frame.isVisible());
+  EXPECT_TRUE(one.isVisible());
+  EXPECT_EQ(Area().currentSubWindow(), &SubOf(one));
+  EXPECT_NE(frame.PlayerPanel(), nullptr);
+  EXPECT_EQ(link.Take(), Texts{});
+}
+
+class Unsaved : public Closing {
+ protected:
+  Texts Files() const {
+    Texts names;
+    for (const FileEntry& file :
+         ListFolder(SystemFolder(application.path()), {.pattern = "*.unsaved*"}).files)
+      names.push_back(file.name);
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+};
+
+TEST_F(Unsaved, ChangesAreKeptEveryMinute) {
+  const auto* const timer = frame.findChild<QTimer*>(QStringLiteral("KeepUnsavedTimer"));
+  ASSERT_NE(timer, nullptr);
+  EXPECT_TRUE(timer->isActive());
+  EXPECT_EQ(timer->interval(), 60000);
+  ChangedJukebox("MIX");
+  ChangedJukebox("OTHER");
+  EXPECT_EQ(Files(), Texts{});
+  // A minute passes.
+  auto& clock = const_cast<QTimer&>(*timer);
+  clock.start(1);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Files().size() == 2; }));
+}
+
+TEST_F(Unsaved, ThereIsAFileForEachChangedJukeboxUntilItIsSavedOrClosed) {
+  frmMain& one = ChangedJukebox("ONE");
+  ChangedJukebox("TWO");
+  frame.KeepUnsavedChanges();
+  EXPECT_EQ(Files(), (Texts{"Jukebox-1.unsaved", "Jukebox-2.unsaved"}));
+  frame.SaveDatForm();
+  EXPECT_EQ(Files(), Texts{"Jukebox-1.unsaved"});
+  CloseWith(one, MessageAnswer::kCancel);
+  EXPECT_EQ(Files(), Texts{"Jukebox-1.unsaved"});
+  CloseWith(one, MessageAnswer::kNo);
+  EXPECT_EQ(Files(), Texts{});
+}
+
+TEST_F(Unsaved, AWindowThatGoesWithoutBeingClosedLeavesItsFile) {
+  delete &SubOf(ChangedJukebox("ONE"));
+  frmMain& two = ChangedJukebox("TWO");
+  frame.KeepUnsavedChanges();
+  delete &SubOf(two);
+  EXPECT_EQ(Files(), Texts{"Jukebox-1.unsaved"});
+}
+
+TEST_F(Unsaved, ANewJukeboxHasNothingToKeep) {
+  frame.show();
+  Item("mnuNew").trigger();
+  Item("mnuNew").trigger();
+  frame.KeepUnsavedChanges();
+  EXPECT_EQ(Files(), Texts{});
+  frame.OpenJukeboxes()[1]->Nodes().AddChild(nullptr, "x");
+  frame.KeepUnsavedChanges();
+  EXPECT_EQ(Files(), Texts{"Jukebox-1.unsaved"});
+}
+
+TEST_F(Unsaved, WhatCannotBeKeptIsSaidInTheStatusBar) {
+  ChangedJukebox("ONE");
+  CreateFolders(SystemFolder(application.path()) + "Jukebox-1.unsaved.new/x");
+  frame.KeepUnsavedChanges();
+  const QString said = frame.statusBar()->currentMessage();
+  EXPECT_TRUE(
+      said.startsWith("The unsaved changes of ONE could not be kept for the case of a "
+                      "crash. "))
+      << said.toStdString();
+  EXPECT_TRUE(said.endsWith(". Save the jukebox."));
+}
+
+}  // namespace
+}  // namespace tallow

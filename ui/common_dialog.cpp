@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/common_dialog.h"
+
+#include <QFile>
+#include <QFileDialog>
+
+#include "ui/display_text.h"
+
+namespace tallow {
+
+std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder,
+                                      std::string_view filter, FileDialogPurpose purpose) {
+  const bool opens = purpose == FileDialogPurpose::kOpen;
+  QFileDialog dialog(parent);
+  dialog.setObjectName(QStringLiteral("CommonDialog1"));
+  dialog.setAcceptMode(opens ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+  dialog.setFileMode(opens ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  dialog.setDirectory(QFile::decodeName(folder.c_str()));
+  dialog.setNameFilter(DisplayText(filter.substr(0, filter.find('|'))).trimmed());
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return QFile::encodeName(dialog.selectedFiles().front()).toStdString();
+}
+
+}  // namespace tallow
