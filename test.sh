@@ -44,5 +44,7 @@ fi
 
 libraries=$(packaging/windows-libraries.sh)
 build windows -DTALLOW_WINDOWS_LIBRARIES="$libraries"
-build release -DTALLOW_WINDOWS_TESTS="$PWD/build/windows/tallow_core_tests.exe"
+build fuzz
+build release -DTALLOW_WINDOWS_TESTS="$PWD/build/windows/tallow_core_tests.exe" \
+  -DTALLOW_LOAD_FUZZER="$PWD/build/fuzz/tallow_load_fuzzer"
 ctest --test-dir build/release --output-on-failure -j "$(nproc)"

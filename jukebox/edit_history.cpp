@@ -214,7 +214,7 @@ void EditHistory::Toggle(SongOrder& change) {
 }
 
 void EditHistory::ToggleAny(Change& change) {
-  std::visit([this](auto& any) { Toggle(any); }, change);
+  std::visit([this](auto& any) { this->Toggle(any); }, change);
 }
 
 Folder* EditHistory::Undo() {

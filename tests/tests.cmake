@@ -55,6 +55,7 @@ if(WIN32)
   add_dependencies(tallow_core_tests winamp_stand_in)
 else()
   target_sources(tallow_core_tests PRIVATE
+    app/jukebox_kill_linux_test.cpp
     app/mount_table_linux_test.cpp
     app/save_kill_linux_test.cpp
     player/player_link_linux_test.cpp
@@ -78,6 +79,15 @@ else()
   add_test(NAME player.on_the_session_bus
     COMMAND ${CMAKE_SOURCE_DIR}/tests/mpris.sh $<TARGET_FILE:tallow-player>)
   set_tests_properties(player.on_the_session_bus PROPERTIES TIMEOUT 120)
+
+  # Half a minute of random jukebox files, once the preset "fuzz" has been built.
+  set(TALLOW_LOAD_FUZZER "" CACHE FILEPATH "tallow_load_fuzzer, to run it as a test")
+  if(TALLOW_LOAD_FUZZER)
+    add_test(NAME fuzz.load_jukebox
+      COMMAND ${CMAKE_SOURCE_DIR}/tests/fuzz/run.sh ${TALLOW_LOAD_FUZZER}
+        ${CMAKE_BINARY_DIR}/tests/fuzz 30)
+    set_tests_properties(fuzz.load_jukebox PROPERTIES TIMEOUT 300)
+  endif()
 
   # The same tests as a Windows program, once the preset "windows" has been built.
   set(TALLOW_WINDOWS_TESTS "" CACHE FILEPATH "tallow_core_tests.exe, to run it under Wine")

@@ -13,6 +13,7 @@ add_executable(tallow_window_tests
   ui/closing_test.cpp
   ui/display_text_test.cpp
   ui/frm_mdi_form1_test.cpp
+  ui/frm_picture_test.cpp
   ui/message_box_test.cpp
   ui/start_up_test.cpp)
 target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
