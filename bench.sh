@@ -27,6 +27,11 @@ if [ ! -s "$folder/tone.mp3" ]; then
   lame --quiet -b 32 "$folder/tone.wav" "$folder/tone.mp3"
 fi
 
+if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
+  export XDG_RUNTIME_DIR=$PWD/$folder/run
+  mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+fi
+
 # best TIMES WHAT COMMAND...: of the output lines that begin with WHAT, the one with the fewest seconds
 best() {
   local times=$1 what=$2
@@ -68,11 +73,42 @@ for size in "${sizes[@]}"; do
     read -r _ seconds _ < <(best 1 $what "${window[@]}")
     row "$size" "$what" "$seconds" "$(divide "$seconds" 0.016)" 1.0 "ratio to one frame, 16 ms"
   done
+
+  # With the jukebox saved and opened again; floor: walking, one look at each file, reading the jukebox.
+  jukebox=$PWD/$folder/app/Grouping/bench.juk
+  "${window[@]}" "$jukebox" > /dev/null
+  read -r _ floor _ < <(best 5 "" "$programs/tallow_floor" "$music" "$jukebox")
+  row "$size" "floor, stat" "$floor" 1.00 "" "$(wc -c < "$jukebox") bytes of jukebox"
+  read -r _ seconds memory _ < <(best 5 start "${window[@]}")
+  row "$size" "start, saved" "$seconds" "$(divide "$seconds" "$floor")" 1.5 \
+    "$(divide "$memory" 1024 %.1f) MB (goal: $most)"
+  edits=$("${window[@]}")
+  for what in cut paste undo; do
+    half=$(awk -v w="${what}_half" '$1 == w { print $2 }' <<< "$edits")
+    quarter=$(awk -v w="${what}_quarter" '$1 == w { print $2 }' <<< "$edits")
+    row "$size" "$what half" "$half" "$(divide "$half" 0.1)" 1.0 \
+      "ratio to 100 ms; to half as many songs: $(divide "$half" "$quarter")"
+  done
 done
 if [ -n "${a_song[1000000]:-}" ]; then
   row 1000000 "a song's time" "${a_song[1000000]}" \
     "$(divide "${a_song[1000000]}" "${a_song[100000]}")" 1.3 "ratio to a song's at 100000, first run"
 fi
+
+echo
+echo "The jukebox file and its lists, 100000 songs in all automatic folders"
+figures=$("$programs/tallow_jukebox_benchmark" "$PWD/$folder")
+figure() { awk -v w="$1" -v n="${2:-2}" '$1 == w { print $n }' <<< "$figures"; }
+floor=$(awk -v a="$(figure write)" -v b="$(figure read_and_parse)" 'BEGIN { print a + b }')
+row 100000 "floor" "$floor" 1.00 "" "writing the bytes, reading them and parsing them with the JSON library"
+for what in save load; do
+  row 100000 $what "$(figure $what)" "$(divide "$(figure $what)" "$floor")" 2.0 ""
+done
+row 100000 "bytes an entry" "$(figure bytes_an_entry)" "" 12 "$(figure bytes_an_entry 3) entries"
+for state in 1 2 3 4; do
+  row 100000 "click $state" "$(figure "click_$state")" \
+    "$(divide "$(figure "click_$state")" "$(figure "sort_$state")")" 3.0 "ratio to std::sort of the same keys"
+done
 
 # Through a player without sound, which a script in its place asks for.
 printf '#!/bin/sh\nexec "%s/tallow-player" --silent "$@"\n' "$PWD/$programs" > "$folder/player"

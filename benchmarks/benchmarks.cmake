@@ -14,6 +14,10 @@ target_link_libraries(tallow_startup_benchmark PRIVATE tallow_core)
 add_executable(tallow_sort_benchmark benchmarks/sort_benchmark.cpp)
 target_link_libraries(tallow_sort_benchmark PRIVATE tallow_core benchmark::benchmark)
 
+add_executable(tallow_jukebox_benchmark benchmarks/jukebox_benchmark.cpp)
+target_link_libraries(tallow_jukebox_benchmark PRIVATE tallow_core)
+target_include_directories(tallow_jukebox_benchmark SYSTEM PRIVATE ${CMAKE_BINARY_DIR}/json)
+
 if(TALLOW_WINDOWS)
   add_executable(tallow_window_benchmark benchmarks/window_benchmark.cpp)
   target_link_libraries(tallow_window_benchmark PRIVATE tallow_ui)

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Measures what the user sees, on a display in memory: the second start of the whole program to the
-// moment the jukebox is painted; showing "All Songs"; scrolling to its end. Prints a line each:
-// what, seconds, KiB.
+// moment the jukebox is painted; showing "All Songs"; scrolling to its end; cutting half of its songs,
+// pasting and undoing that, and the same with a quarter. Prints a line each: what, seconds, KiB.
 //
-// Usage: tallow_window_benchmark MUSIC APPLICATION_FOLDER
+// Usage: tallow_window_benchmark MUSIC APPLICATION_FOLDER [JUKEBOX]
+//   JUKEBOX is saved, and opened by the starts that follow
 #include <chrono>
 #include <cstdio>
 #include <fstream>
@@ -12,13 +13,15 @@
 
 #include <QApplication>
 #include <QScrollBar>
-#include <QTableView>
 #include <QTreeView>
 
 #include "app/drive_list.h"
 #include "app/system.h"
 #include "app/tallow.h"
 #include "jukebox/window/frm_main.h"
+#include "jukebox/window/pv_explorer.h"
+#include "jukebox/window/song_list_view.h"
+#include "player/player_link.h"
 #include "ui/frm_mdi_form1.h"
 #include "ui/start_up.h"
 
@@ -38,13 +41,49 @@ long Memory() {
   return pages * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
+/// Cuts, pastes and undoes in a folder like "All Songs" that the user may change.
+void Edit(frmMDIForm1& frame, SongListView& list) {
+  frmMain& window = *frame.WindowOf(*frame.OpenJukeboxes().front());
+  PVExplorer& explorer = window.PVExplorer1();
+  FolderTree& tree = window.Jukebox().Nodes();
+  Folder& mine = tree.AddChild(nullptr, "mine");
+  Folder& other = tree.AddChild(nullptr, "other");
+  mine.Items() = tree.ChildAt(0).Items();
+  explorer.Select(mine);
+  constexpr int kTimes = 5;
+  for (const auto& [name, part] : {std::pair("half", 2), std::pair("quarter", 4)}) {
+    double cut = 1;
+    double paste = 1;
+    double undo = 1;
+    const int rows = list.model()->rowCount() / part;
+    for (int k = 0; k < kTimes; ++k) {
+      list.SelectRows(0, rows - 1);
+      const auto measure = [&](double& best, const auto& act) {
+        const auto begin = Clock::now();
+        act();
+        list.viewport()->repaint();
+        best = std::min(best, SecondsSince(begin));
+        QApplication::processEvents();
+      };
+      measure(cut, [&] { explorer.CutSongs(); });
+      measure(paste, [&] { explorer.Paste(&other); });
+      measure(undo, [&] { explorer.Undo(); });
+      explorer.Undo();
+      explorer.Select(mine);
+    }
+    std::printf("cut_%s %.6f %d\npaste_%s %.6f %d\nundo_%s %.6f %d\n", name, cut, rows, name, paste,
+                rows, name, undo, rows);
+  }
+}
+
 int Run(int argc, char** argv) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const auto begin = Clock::now();
   QApplication application(argc, argv);
   Tallow tallow(std::string(argv[2]) + "/");
   const auto drives = GivenDrives({argv[1]});
-  frmMDIForm1 frame(tallow);
+  const auto player = SystemPlayerLink();
+  frmMDIForm1 frame(tallow, *player, [](const Message&) { return MessageAnswer::kNo; });
   const long before = Memory();
   StartUp windows(tallow, frame, true);
   if (!System(tallow, *drives, windows).Main(QtsRuntimeFile())) return 1;
@@ -52,7 +91,14 @@ int Run(int argc, char** argv) {
   frame.grab();
   std::printf("start %.6f %ld\n", SecondsSince(begin), Memory() - before);
 
-  auto* const list = frame.findChild<QTableView*>(QStringLiteral("ListView"));
+  if (argc == 4) {
+    Jukebox& jukebox = *frame.OpenJukeboxes().front();
+    if (!jukebox.Save(argv[3], tallow.library)) return 1;
+    tallow.settings.LocOfLastSavedJukeBox(argv[3]);
+    tallow.SaveSettings();
+    return 0;
+  }
+  auto* const list = frame.findChild<SongListView*>(QStringLiteral("ListView"));
   auto* const tree = frame.findChild<QTreeView*>(QStringLiteral("TreeView"));
   const QModelIndex all_songs = tree->model()->index(0, 0);
   double show = 1;
@@ -74,10 +120,11 @@ int Run(int argc, char** argv) {
   }
   std::printf("show %.6f %d\nscroll %.6f %d\n", show, list->model()->rowCount(), scroll,
               list->model()->rowCount());
+  Edit(frame, *list);
   return 0;
 }
 
 }  // namespace
 }  // namespace tallow
 
-int main(int argc, char** argv) { return argc == 3 ? tallow::Run(argc, argv) : 2; }
+int main(int argc, char** argv) { return argc == 3 || argc == 4 ? tallow::Run(argc, argv) : 2; }

@@ -6,6 +6,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "jukebox/folder_tree.h"
@@ -28,6 +29,24 @@ void AppendNumber(std::string& to, std::int64_t number) {
   to.append(digits, end);
 }
 
+/// Appends record numbers with commas between, and marks them as used. There may be hundreds of thousands,
+/// so room for all is made once.
+void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, std::vector<bool>& used) {
+  constexpr std::size_t kMostDigits = 11;  // "-2147483648"
+  const std::size_t before = to.size();
+  to.resize(before + songs.size() * (kMostDigits + 1));
+  char* end = to.data() + before;
+  for (const SongEntry& entry : songs) {
+    end = std::to_chars(end, end + kMostDigits, entry.SubItem()).ptr;
+    *end++ = ',';
+    const auto record = static_cast<std::size_t>(entry.SubItem());
+    if (entry.SubItem() >= 0 && record < used.size()) used[record] = true;
+  }
+  // All but the last comma.
+  const auto length = static_cast<std::size_t>(end - to.data());
+  to.resize(songs.empty() ? length : length - 1);
+}
+
 void AppendFolders(std::string& to, const Folder& folder, std::uint32_t parent, std::uint32_t& key,
                    std::vector<bool>& used) {
   const std::uint32_t own = ++key;
@@ -42,13 +61,7 @@ void AppendFolders(std::string& to, const Folder& folder, std::uint32_t parent, 
   to += ",\"parent\":";
   AppendNumber(to, parent);
   to += folder.Open() ? ",\"open\":true,\"songs\":[" : ",\"open\":false,\"songs\":[";
-  bool first = true;
-  for (const SongEntry& entry : folder.Items()) {
-    if (!std::exchange(first, false)) to += ',';
-    AppendNumber(to, entry.SubItem());
-    if (entry.SubItem() >= 0 && static_cast<std::size_t>(entry.SubItem()) < used.size())
-      used[static_cast<std::size_t>(entry.SubItem())] = true;
-  }
+  AppendSongs(to, folder.Items(), used);
   to += "]}";
   for (std::int32_t k = 0; k < folder.Children(); ++k)
     AppendFolders(to, folder.ChildAt(k), own, key, used);
@@ -93,7 +106,7 @@ class Reader : public nlohmann::json_sax<Json> {
         return true;
       case Place::kNames:
         if (const auto record = TryConvertToInt32(name_))
-          content.names[*record] = BytesOfJsonText(std::move(value));
+          content.names.Add(*record, BytesOfJsonText(std::move(value)));
         else
           return Fail(Quoted(name_) + " is no record number");
         return true;
@@ -285,10 +298,14 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library) {
     return row >= 1 && row <= library.UBoundOfMp3Array() &&
            NumericValue(library.Mp3Info(kFileIsThere, row)) != 0;
   };
-  std::unordered_map<std::int32_t, std::int32_t> moved;  // to 0 while the new number is not known
-  for (const auto& [record, name] : content.names)
-    if (is_present(record) && library.Mp3Info(kFileName, record) != name) moved[record] = 0;
-  if (moved.empty()) return;
+  std::unordered_map<std::int32_t, std::string_view> others;  // songs that are not the ones meant
+  for (std::size_t k = 0; k < content.names.size(); ++k) {
+    const auto [record, name] = content.names[k];
+    // Of two names of one number the last one counts.
+    others.erase(record);
+    if (is_present(record) && library.Mp3Info(kFileName, record) != name) others[record] = name;
+  }
+  if (others.empty()) return;
 
   std::unordered_map<std::string_view, std::int32_t> rows;  // 0 for a name of several songs
   for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
@@ -296,9 +313,10 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library) {
       const auto [place, is_new] = rows.emplace(library.Mp3Info(kFileName, row), row);
       if (!is_new) place->second = 0;
     }
-  for (auto& [record, now] : moved) {
-    const auto found = rows.find(content.names[record]);
-    now = found != rows.end() && found->second != 0 ? found->second : record;
+  std::unordered_map<std::int32_t, std::int32_t> moved;
+  for (const auto& [record, name] : others) {
+    const auto found = rows.find(name);
+    moved[record] = found != rows.end() && found->second != 0 ? found->second : record;
   }
   for (JukeboxContent::Folder& folder : content.folders)
     for (std::int32_t& song : folder.songs)

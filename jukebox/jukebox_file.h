@@ -5,7 +5,6 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace tallow {
@@ -57,9 +56,37 @@ struct JukeboxContent {
     std::vector<std::int32_t> songs;
   };
 
+  /// The file names of songs, in the order of the file. There may be a million, so they share one text.
+  class Names {
+   public:
+    struct Name {
+      std::int32_t record;
+      std::string_view text;
+    };
+    void Add(std::int32_t record, std::string_view text) {
+      places_.push_back({record, text_.size()});
+      text_ += text;
+    }
+    std::size_t size() const noexcept { return places_.size(); }
+    /// \param index from 0; the text holds until a name is added
+    Name operator[](std::size_t index) const {
+      const std::size_t begin = places_[index].begin;
+      const std::size_t end = index + 1 < size() ? places_[index + 1].begin : text_.size();
+      return {places_[index].record, std::string_view(text_).substr(begin, end - begin)};
+    }
+
+   private:
+    struct Place {
+      std::int32_t record;
+      std::size_t begin;
+    };
+    std::vector<Place> places_;
+    std::string text_;
+  };
+
   std::vector<std::string> columns;
   std::vector<Folder> folders;
-  std::unordered_map<std::int32_t, std::string> names;
+  Names names;
 };
 
 /// A jukebox as the bytes of a file.

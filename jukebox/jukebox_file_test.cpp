@@ -79,7 +79,7 @@ TEST_F(JukeboxFile, AnEmptyJukeboxComesBackEmpty) {
   const JukeboxContent content = DecodeJukebox(Encode());
   EXPECT_EQ(content.columns, columns);
   EXPECT_TRUE(content.folders.empty());
-  EXPECT_TRUE(content.names.empty());
+  EXPECT_EQ(content.names.size(), 0U);
 }
 
 TEST_F(JukeboxFile, AnyTextComesBack) {
@@ -105,7 +105,7 @@ TEST_F(JukeboxFile, AnyTextComesBack) {
   EXPECT_EQ(content.columns, columns);
   for (std::size_t k = 0; k < std::size(texts); ++k) {
     EXPECT_EQ(content.folders[k].text, texts[k]);
-    EXPECT_EQ(content.names.at(static_cast<std::int32_t>(k + 1)), texts[k]);
+    EXPECT_EQ(content.names[k].text, texts[k]);
   }
 }
 
@@ -219,8 +219,16 @@ TEST_F(JukeboxFile, ASongWithAnotherNumberIsFoundByItsName) {
   AddSong("/m/", "gone.mp3", "0");
   AddSong("/m/", "kept.mp3");
   JukeboxContent content;
-  content.names = {{1, "a.mp3"}, {2, "twice.mp3"}, {3, "nowhere.mp3"},
-                   {5, "a.mp3"}, {6, "kept.mp3"},  {99, "a.mp3"}};
+  for (const auto& [record, name] :
+       std::initializer_list<std::pair<int, const char*>>{{1, "overridden by the next"},
+                                                          {1, "a.mp3"},
+                                                          {2, "twice.mp3"},
+                                                          {3, "nowhere.mp3"},
+                                                          {5, "a.mp3"},
+                                                          {6, "overridden by the next"},
+                                                          {6, "kept.mp3"},
+                                                          {99, "a.mp3"}})
+    content.names.Add(record, name);
   content.folders.emplace_back().songs = {1, 2, 3, 4, 5, 6, 99, 1, -1};
   RelinkSongs(content, library);
   // 2 could be either, 3 is nowhere, the row of 5 is missing, 99 has none.
