@@ -61,7 +61,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
     frame.KeepUnsavedChanges();
     // The music does not outlive the program that steers it.
     frame.ClosePlayerPanel();
-    QApplication::quit();
+    // Not quit(), which would close the windows and so ask after all.
+    QApplication::exit();
   });
   return QApplication::exec();
 }

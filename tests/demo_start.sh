@@ -44,6 +44,24 @@ for start in first second; do
   fi
 done
 
+# Told to end by the system, it asks nothing, though the sample jukebox is not saved.
+env -u QT_QPA_GENERIC_PLUGINS "$program" --app-folder "$folder/app" --drive "$folder/music" &
+tallow=$!
+for _ in $(seq 300); do
+  xdotool search --onlyvisible --name '^Tallow - ' > /dev/null 2>&1 && break
+  sleep 0.1
+done
+kill -TERM "$tallow"
+for _ in $(seq 100); do
+  kill -0 "$tallow" 2> /dev/null || break
+  sleep 0.1
+done
+if kill -0 "$tallow" 2> /dev/null; then
+  echo "Tallow did not end when the system told it to."
+  kill -9 "$tallow"
+  exit 1
+fi
+
 failed=false
 expect() {
   grep -qxF -- "$1" "$folder/first.txt" || { echo "Not seen: $1"; failed=true; }

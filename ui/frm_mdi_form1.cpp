@@ -5,9 +5,11 @@
 #include <utility>
 
 #include <QCloseEvent>
+#include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
+#include <QScreen>
 #include <QStatusBar>
 #include <QStringList>
 #include <QTimer>
@@ -116,7 +118,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   area_->viewport()->installEventFilter(this);
   setCentralWidget(area_);
   setMinimumSize(kLeastSize);
-  resize(kFirstSize);
+  // A large scale makes a screen small.
+  resize(kFirstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
   SetUpFileMenu();
   auto* const keep = new QTimer(this);
   keep->setObjectName(QStringLiteral("KeepUnsavedTimer"));

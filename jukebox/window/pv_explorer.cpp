@@ -26,6 +26,9 @@ constexpr int kKeyCharacters = 10;
 
 constexpr int kRowPadding = 6;
 
+/// Of a rank's picture, in pixels.
+constexpr int kLeastPicture = 16;
+
 template <typename Act>
 void ForEachFolder(Folder& folder, const Act& act) {
   act(folder);
@@ -198,6 +201,8 @@ void PVExplorer::SetUpList() {
   list_->verticalHeader()->hide();
   list_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   list_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
+  const int picture = std::max(kLeastPicture, fontMetrics().height());
+  list_->setIconSize(QSize(picture, picture));
   QHeaderView* const header = list_->horizontalHeader();
   header->setHighlightSections(false);
   header->setSectionsClickable(true);
