@@ -21,6 +21,7 @@ add_executable(tallow_core_tests
   jukebox/jukebox_test.cpp
   jukebox/play_commands_test.cpp
   jukebox/ranking_test.cpp
+  jukebox/song_search_test.cpp
   jukebox/sorting_test.cpp
   jukebox/special_folders_test.cpp
   library/cls_main_test.cpp

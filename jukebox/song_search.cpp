@@ -1,0 +1,77 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/song_search.h"
+
+#include <algorithm>
+
+#include "jukebox/folder_tree.h"
+#include "library/cls_main.h"
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+void AppendFolders(std::vector<Folder*>& to, Folder& folder) {
+  to.push_back(&folder);
+  for (std::int32_t k = 0; k < folder.Children(); ++k) AppendFolders(to, folder.ChildAt(k));
+}
+
+/// All folders in the order of the tree: each before those below it.
+std::vector<Folder*> FoldersOf(const FolderTree& tree) {
+  std::vector<Folder*> folders;
+  folders.reserve(static_cast<std::size_t>(tree.Count()));
+  for (std::int32_t k = 0; k < tree.Children(); ++k) AppendFolders(folders, tree.ChildAt(k));
+  return folders;
+}
+
+}  // namespace
+
+bool SongSearch::IsHit(std::int32_t record, const clsMain& library) {
+  if (record < 1 || record > library.UBoundOfMp3Array()) return false;
+  Match& match = known_[static_cast<std::size_t>(record)];
+  if (match == Match::kUnknown)
+    match = ToLower(library.Mp3Info(kFileName, record)).find(last_looked_for_) != std::string::npos
+                ? Match::kYes
+                : Match::kNo;
+  return match == Match::kYes;
+}
+
+SongSearch::Result SongSearch::EndOfWalk() {
+  last_ = -1;
+  first_run_ = true;
+  looking_for_the_last_node_ = false;
+  return {};
+}
+
+SongSearch::Result SongSearch::FindNext(std::string_view text, const FolderTree& tree,
+                                        const Folder& selected, const clsMain& library) {
+  last_looked_for_ = ToLower(text);
+  const std::vector<Folder*> folders = FoldersOf(tree);
+  known_.assign(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1, Match::kUnknown);
+  // Folders may have gone since the last step, and then there is no place to go on at.
+  if (start_ >= folders.size() || current_ >= folders.size()) first_run_ = true;
+  if (first_run_) {
+    first_run_ = false;
+    looking_for_the_last_node_ = false;
+    const auto place = std::find(folders.begin(), folders.end(), &selected);
+    start_ = current_ =
+        place != folders.end() ? static_cast<std::size_t>(place - folders.begin()) : 0;
+    last_ = -1;
+  }
+  for (;;) {
+    Folder& folder = *folders[current_];
+    const auto rows = static_cast<std::int32_t>(folder.Items().size());
+    for (std::int32_t row = last_ + 1; row < rows; ++row)
+      if (IsHit(folder.Items()[static_cast<std::size_t>(row)].SubItem(), library)) {
+        last_ = row;
+        return {&folder, row};
+      }
+    if (current_ == start_) {
+      if (looking_for_the_last_node_) return EndOfWalk();
+      looking_for_the_last_node_ = true;
+    }
+    current_ = (current_ + 1) % folders.size();
+    last_ = -1;
+  }
+}
+
+}  // namespace tallow
