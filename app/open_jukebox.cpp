@@ -8,11 +8,13 @@
 
 namespace tallow {
 
-bool OpenJukeboxFile(const std::string& path, Jukebox& jukebox, clsMain& library,
-                     std::span<Jukebox* const> windows, const TagCache* found_tags) {
+bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
+                     clsMain& library, std::span<Jukebox* const> windows,
+                     const TagCache* found_tags) {
   if (!jukebox.Load(path, library)) return false;
   if (jukebox.ColumnHeaders().empty()) jukebox.AddColumnHeader(kNameHeader);
-  jukebox.Caption(ToUpper(FileTitleWithoutExtension(path)));
+  // A window without a caption could not be told from all of them.
+  jukebox.Caption(caption.empty() ? NameOfPath(path) : caption);
   jukebox.FileLocation(FolderOfPath(path));
   FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags);
   return true;

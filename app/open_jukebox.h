@@ -3,6 +3,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace tallow {
 
@@ -10,14 +11,17 @@ class Jukebox;
 class TagCache;
 class clsMain;
 
-/// Takes a jukebox from its file: the folders, the name (the file's, in upper case) and the place, and
-/// files the songs that have come to the library since it was saved.
+/// Takes a jukebox from its file: the folders and the place, and files the songs that have come to the
+/// library since it was saved.
 ///
+/// \param caption    what it is called: the file's name in upper case, as the caller makes it; where nothing
+///                   is left of that, the whole name
 /// \param windows    the open jukeboxes, this one among them
 /// \param found_tags tags that are known already, sealed; null for none
 /// \returns false when the file cannot be used; jukebox.FileProblem() says why, and nothing has changed
 /// \throws FilingError after everything else is done, see FillAutomaticFolders
-bool OpenJukeboxFile(const std::string& path, Jukebox& jukebox, clsMain& library,
-                     std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr);
+bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
+                     clsMain& library, std::span<Jukebox* const> windows,
+                     const TagCache* found_tags = nullptr);
 
 }  // namespace tallow

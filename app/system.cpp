@@ -279,8 +279,11 @@ std::vector<std::string> System::RecoverUnsaved() {
       RemoveFile(unsaved.path);
       continue;
     }
-    if (!windows_.Ask("Tallow was not closed properly. Recover the unsaved changes of " +
-                      unsaved.caption + "?")) {
+    const std::optional<bool> wanted = windows_.AskUnlessLeft(
+        "Tallow was not closed properly. Recover the unsaved changes of " + unsaved.caption + "?");
+    // Without an answer it stays for the next start.
+    if (!wanted) continue;
+    if (!*wanted) {
       UnsavedJukeboxes::Decline(unsaved);
       continue;
     }
@@ -312,8 +315,8 @@ bool System::OpenLastJukebox(Jukebox& jukebox) {
   if (path.empty() || !FileExists(path)) return false;
   std::optional<FilingError> unfiled;
   try {
-    if (!OpenJukeboxFile(path, jukebox, tallow_.library, windows_.OpenJukeboxes(),
-                         &tallow_.found_tags)) {
+    if (!OpenJukeboxFile(path, ToUpper(FileTitleWithoutExtension(path)), jukebox, tallow_.library,
+                         windows_.OpenJukeboxes(), &tallow_.found_tags)) {
       windows_.Tell(jukebox.FileProblem() +
                     "\n\nTallow goes on with the sample jukebox. The file stays as it is.");
       return false;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -44,6 +45,8 @@ class StartUpWindows {
   virtual void Tell(const std::string& text) = 0;
   /// Asks whether to go on, with Yes and No buttons.
   virtual bool Ask(const std::string& text) = 0;
+  /// Asks with Yes and No buttons; no value when the user leaves the question, or nobody can answer.
+  virtual std::optional<bool> AskUnlessLeft(const std::string& text) = 0;
   /// Says something that does not stop anything, where it does not get in the way.
   virtual void Notice(const std::vector<std::string>& lines) = 0;
   /// Opens a text file in the system's text editor; a failure is ignored.

@@ -66,6 +66,23 @@ TEST_F(Recovery, NoKeepsTheFileAsideAndDoesNotAskAgain) {
   EXPECT_EQ(windows->asked, Texts{});
 }
 
+TEST_F(Recovery, AQuestionThatIsLeftIsAskedAgain) {
+  Change();
+  windows.emplace();
+  windows->leaves_questions = true;
+  tallow.emplace(application.path());
+  system.emplace(*tallow, drives, *windows);
+  EXPECT_TRUE(system->Main(runtime_file));
+  EXPECT_EQ(windows->asked.size(), 1U);
+  EXPECT_FALSE(HasUnsaved(0));
+  EXPECT_EQ(Kept(), 1U);
+  // What this run keeps does not write over it.
+  Change();
+  EXPECT_EQ(Kept(), 2U);
+  Start(true);
+  EXPECT_EQ(windows->open.size(), 2U);
+}
+
 TEST_F(Recovery, TheLastJukeboxIsNotOpenedBesideItsUnsavedSelf) {
   SaveAs("mix.juk");
   Change();

@@ -78,9 +78,7 @@ void UnsavedJukeboxes::Keep(const Jukebox& jukebox, const clsMain& library) {
   const auto found = kept_.find(&jukebox);
   if (found != kept_.end() && found->second.content == content) return;
   Kept kept = found != kept_.end() ? found->second : Kept{FreePath(), 0};
-  WriteFileAtomically(
-      kept.path,
-      HeaderOf(jukebox) + EncodeJukebox(jukebox.Nodes(), jukebox.ColumnHeaders(), library));
+  WriteFileAtomically(kept.path, HeaderOf(jukebox) + jukebox.Encode(library));
   kept.content = content;
   kept_[&jukebox] = std::move(kept);
 }

@@ -35,6 +35,7 @@ class NoWindows : public StartUpWindows, private SearchProgress {
     Tell(text);
     return false;
   }
+  std::optional<bool> AskUnlessLeft(const std::string&) override { return std::nullopt; }
   void Notice(const std::vector<std::string>& lines) override { Tell(lines.front()); }
   void OpenInTextEditor(const std::string&) override {}
   void ShowTip() override {}

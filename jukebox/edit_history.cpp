@@ -217,12 +217,39 @@ void EditHistory::ToggleAny(Change& change) {
   std::visit([this](auto& any) { this->Toggle(any); }, change);
 }
 
+void EditHistory::ToggleAll(Step& step, bool back) {
+  const auto toggle = [&] {
+    if (back) std::reverse(step.changes.begin(), step.changes.end());
+    for (Change& change : step.changes) ToggleAny(change);
+    if (back) std::reverse(step.changes.begin(), step.changes.end());
+  };
+  const bool only_reorders =
+      std::all_of(step.changes.begin(), step.changes.end(),
+                  [](const Change& change) { return std::holds_alternative<FolderOrder>(change); });
+  if (only_reorders)
+    tree_.ReorderMany(toggle);
+  else
+    toggle();
+}
+
+bool EditHistory::LastStepTouchesSongsOf(const Folder& folder) const noexcept {
+  if (last_was_undo_ ? redo_.empty() : undo_.empty()) return false;
+  const Step& step = last_was_undo_ ? redo_.back() : undo_.back();
+  return std::any_of(step.changes.begin(), step.changes.end(), [&](const Change& change) {
+    const auto* const songs = std::get_if<SongPresence>(&change);
+    const auto* const order = std::get_if<SongOrder>(&change);
+    return (songs != nullptr && songs->folder == &folder) ||
+           (order != nullptr && order->folder == &folder);
+  });
+}
+
 Folder* EditHistory::Undo() {
   if (undo_.empty()) return nullptr;
   Step step = std::move(undo_.back());
   undo_.pop_back();
-  std::for_each(step.changes.rbegin(), step.changes.rend(), [this](Change& c) { ToggleAny(c); });
+  ToggleAll(step, true);
   redo_.push_back(std::move(step));
+  last_was_undo_ = true;
   Folder* const concerned = redo_.back().concerned_before;
   return concerned != nullptr && tree_.Contains(*concerned) ? concerned : nullptr;
 }
@@ -231,8 +258,9 @@ Folder* EditHistory::Redo() {
   if (redo_.empty()) return nullptr;
   Step step = std::move(redo_.back());
   redo_.pop_back();
-  std::for_each(step.changes.begin(), step.changes.end(), [this](Change& c) { ToggleAny(c); });
+  ToggleAll(step, false);
   undo_.push_back(std::move(step));
+  last_was_undo_ = false;
   Folder* const concerned = undo_.back().concerned;
   return concerned != nullptr && tree_.Contains(*concerned) ? concerned : nullptr;
 }

@@ -79,6 +79,10 @@ class EditHistory {
   /// \returns the folder to show; null for none
   Folder* Redo();
 
+  /// Whether the step that was taken back or done again last changed which songs a folder holds, or their
+  /// order.
+  bool LastStepTouchesSongsOf(const Folder& folder) const noexcept;
+
   /// The tree now is the one that is saved.
   void MarkSaved() noexcept;
   /// Whether the user's changes since MarkSaved, or since the beginning, come to nothing.
@@ -140,6 +144,7 @@ class EditHistory {
   static void Toggle(SongPresence& change);
   static void Toggle(SongOrder& change);
   void ToggleAny(Change& change);
+  void ToggleAll(Step& step, bool back);
   void Keep(Change change);
 
   static void Carry(Change& change, const Folder& folder, std::vector<std::int32_t>& rows);
@@ -153,7 +158,8 @@ class EditHistory {
   Step open_{};
   std::deque<Step> undo_;   ///< the latest at the end
   std::vector<Step> redo_;  ///< the next at the end
-  std::size_t bytes_ = 0;   ///< of both
+  bool last_was_undo_ = false;
+  std::size_t bytes_ = 0;  ///< of both
   std::ptrdiff_t saved_ =
       0;  ///< how many steps were done when the tree was saved; kNever when those
           ///< steps are gone

@@ -78,7 +78,7 @@ TEST_F(History, ANewChangeForgetsWhatWasTakenBack) {
   jukebox.Undo();
   edits.Rename(folder, "C");
   EXPECT_FALSE(history.CanRedo());
-  EXPECT_EQ(jukebox.Redo(), nullptr);
+  EXPECT_EQ(jukebox.Redo().concerned, nullptr);
   EXPECT_EQ(folder.Text(), "C");
 }
 
@@ -89,13 +89,13 @@ TEST_F(History, TellsTheFolderToShow) {
   std::int64_t changes = 0;
   jukebox.ShowFolder(a, library, changes);
   Folder* const added = edits.AddFolder(&b);
-  EXPECT_EQ(jukebox.Undo(), &b);
-  EXPECT_EQ(jukebox.Redo(), added);
+  EXPECT_EQ(jukebox.Undo().concerned, &b);
+  EXPECT_EQ(jukebox.Redo().concerned, added);
   edits.DeleteFolder(b);
-  EXPECT_EQ(jukebox.Undo(), &b);
-  EXPECT_EQ(jukebox.Redo(), &a);
+  EXPECT_EQ(jukebox.Undo().concerned, &b);
+  EXPECT_EQ(jukebox.Redo().concerned, &a);
   edits.CutSongs(a, {0});
-  EXPECT_EQ(jukebox.Undo(), &a);
+  EXPECT_EQ(jukebox.Undo().concerned, &a);
 }
 
 TEST_F(History, AFolderThatComesBackIsTheSame) {
@@ -138,6 +138,22 @@ TEST_F(History, TheSortOfAColumnIsUndone) {
   EXPECT_EQ(SongsIn(folder), (Songs{2, 3, 1}));
 }
 
+TEST_F(History, AStepThatIsNotThereTouchesNothing) {
+  for (const char* name : {"b.mp3", "a.mp3"}) AddSong("/m/", name);
+  Folder& folder = Add("A", {1, 2});
+  std::int64_t changes = 0;
+  jukebox.ShowFolder(folder, library, changes);
+  jukebox.ColumnClick(library);
+  jukebox.History().Clear();
+  EXPECT_FALSE(jukebox.Undo().list_changed);
+  EXPECT_FALSE(jukebox.Redo().list_changed);
+  EXPECT_EQ(jukebox.SortState(), 2);
+  // A step about something else does not change the list either.
+  edits.Rename(folder, "B");
+  EXPECT_FALSE(jukebox.Undo().list_changed);
+  EXPECT_EQ(jukebox.SortState(), 2);
+}
+
 TEST_F(History, ASortThatStopsHalfWayIsUndoneToo) {
   for (const char* rank : {"3", "5", "x", "4", "7"}) AddSong("/m/", "a.mp3", "1", rank);
   Folder& folder = Add("A", {5, 4, 3, 2, 1});
@@ -147,7 +163,8 @@ TEST_F(History, ASortThatStopsHalfWayIsUndoneToo) {
   const Songs before = SongsIn(folder);
   const std::size_t steps = history.Steps();
   EXPECT_ANY_THROW(jukebox.ColumnClick(library));
-  while (history.Steps() > steps && jukebox.Undo() != nullptr && SongsIn(folder) != before) {
+  while (history.Steps() > steps && jukebox.Undo().concerned != nullptr &&
+         SongsIn(folder) != before) {
   }
   EXPECT_EQ(SongsIn(folder), before);
 }

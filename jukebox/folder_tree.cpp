@@ -153,6 +153,21 @@ bool FolderTree::Contains(const Folder& folder) const noexcept {
   return top->index_ < Children() && &ChildAt(top->index_) == top;
 }
 
+namespace {
+
+Folder* FindKeyBelow(const Folder& folder, std::uint32_t key) noexcept {
+  for (std::int32_t k = 0; k < folder.Children(); ++k) {
+    Folder& child = folder.ChildAt(k);
+    if (child.Key() == key) return &child;
+    if (Folder* const found = FindKeyBelow(child, key)) return found;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+Folder* FolderTree::FindKey(std::uint32_t key) const noexcept { return FindKeyBelow(*root_, key); }
+
 Folder* FolderTree::Find(std::string_view text, const Folder* below) const noexcept {
   const auto& siblings = (below != nullptr ? *below : *root_).children_;
   const auto found = std::find_if(siblings.begin(), siblings.end(),

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace tallow {
@@ -145,6 +146,9 @@ class FolderTreeObserver {
   /// \param parent null at top level
   virtual void BeforeReorder(const Folder* parent) = 0;
   virtual void AfterReorder() = 0;
+  /// Folders on all levels come in another order. Between these two no single reorder is told.
+  virtual void BeforeReorderAll() = 0;
+  virtual void AfterReorderAll() = 0;
 };
 
 /// How deep a folder may lie: one at top level is at level 0. It bounds what a file of a jukebox may ask
@@ -198,6 +202,20 @@ class FolderTree {
   ///
   /// \param order their present places, each once, in their new order
   void Reorder(Folder* parent, const std::vector<std::int32_t>& order);
+
+  /// Reorders folders in many places at once, which views follow faster than one place after another.
+  /// \param act calls Reorder and changes nothing else
+  template <typename Act>
+  void ReorderMany(const Act& act) {
+    if (observer_ != nullptr) observer_->BeforeReorderAll();
+    FolderTreeObserver* const observer = std::exchange(observer_, nullptr);
+    act();
+    observer_ = observer;
+    if (observer_ != nullptr) observer_->AfterReorderAll();
+  }
+
+  /// The folder of a key; null when there is none. Cost: O(folders).
+  Folder* FindKey(std::uint32_t key) const noexcept;
 
   /// Whether a folder may be put below another one without lying deeper than kMostLevel.
   /// \param parent null for top level

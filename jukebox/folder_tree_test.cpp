@@ -76,6 +76,8 @@ TEST(FolderTree, AnObserverIsToldBeforeAndAfter) {
     std::string log;
     std::vector<std::pair<const Folder*, std::int32_t>> before;
     int after = 0;
+    void BeforeReorderAll() override { log += "B"; }
+    void AfterReorderAll() override { log += "E"; }
   } observer;
   FolderTree tree;
   tree.SetObserver(&observer);

@@ -105,8 +105,12 @@ void Jukebox::NameColumnHeader(std::string_view text) {
   if (view_ != nullptr) view_->HeadersChanged();
 }
 
+std::string Jukebox::Encode(const clsMain& library) const {
+  return EncodeJukebox(tree_, headers_, library, absent_names_);
+}
+
 bool Jukebox::Save(const std::string& path, const clsMain& library) {
-  const std::string bytes = EncodeJukebox(tree_, headers_, library);
+  const std::string bytes = Encode(library);
   try {
     const auto before = ReadWholeFile(path);
     if (!before || *before != bytes) {
@@ -155,6 +159,7 @@ bool Jukebox::Take(std::string_view bytes, const std::string& path, const clsMai
     return false;
   }
   RelinkSongs(content, library);
+  absent_names_ = AbsentNames(content, library);
   FolderTree loaded;
   FillTree(content, library, loaded);
   selected_ = nullptr;
@@ -175,14 +180,17 @@ void Jukebox::IsFormDirty(bool dirty) noexcept {
   if (!dirty) history_.MarkSaved();
 }
 
-Folder* Jukebox::Undo() { return AfterStep(history_.Undo()); }
+Jukebox::StepResult Jukebox::Undo() {
+  return history_.CanUndo() ? AfterStep(history_.Undo()) : StepResult{};
+}
 
-Folder* Jukebox::Redo() { return AfterStep(history_.Redo()); }
+Jukebox::StepResult Jukebox::Redo() {
+  return history_.CanRedo() ? AfterStep(history_.Redo()) : StepResult{};
+}
 
-Folder* Jukebox::AfterStep(Folder* concerned) {
+Jukebox::StepResult Jukebox::AfterStep(Folder* concerned) {
   ForgetLostFolder();
-  if (selected_ != nullptr) CountAsUnsorted();
-  return concerned;
+  return {concerned, selected_ != nullptr && history_.LastStepTouchesSongsOf(*selected_)};
 }
 
 void Jukebox::CountAsUnsorted() {
@@ -209,8 +217,9 @@ void Jukebox::ShowFolder(Folder& folder, const clsMain& library, std::int64_t& f
     for (SongEntry& entry : selected_->Items()) entry.LabelPosition(0);
   ++folder_changes;
   selected_ = &folder;
-  CountAsUnsorted();
+  // Filled before anything else is told: the header's change makes views look at the rows.
   ListRefilled(library);
+  CountAsUnsorted();
 }
 
 void Jukebox::ListRefilled(const clsMain& library) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "jukebox/edit_history.h"
@@ -62,12 +63,22 @@ class Jukebox {
   /// Makes the user's changes to folders and songs, and takes them back.
   EditHistory& History() noexcept { return history_; }
 
-  /// Takes back the latest change, or does again the one that was taken back last. The lists of folders
-  /// are as they were, without labels, and the list counts as not sorted.
-  ///
-  /// \returns the folder to show; null for none
-  Folder* Undo();
-  Folder* Redo();
+  /// What a step back or forth was about.
+  struct StepResult {
+    Folder* concerned = nullptr;  ///< the folder to show; null for none
+    bool list_changed =
+        false;  ///< the songs of the folder on show are others now; not labelled yet
+  };
+  /// Takes back the latest change, or does again the one that was taken back last. Nothing happens where
+  /// there is none.
+  StepResult Undo();
+  StepResult Redo();
+
+  /// The list counts as not sorted, as when a folder is shown.
+  void CountAsUnsorted();
+
+  /// The jukebox as the bytes of its file.
+  std::string Encode(const clsMain& library) const;
 
   /// To be called when folders may have left the tree: a folder on show that has is no longer on show.
   void ForgetLostFolder();
@@ -141,8 +152,7 @@ class Jukebox {
   void NameColumnHeader(std::string_view text);
   bool Take(std::string_view bytes, const std::string& path, const clsMain& library);
   void LabelSongs(const clsMain& library);
-  Folder* AfterStep(Folder* concerned);
-  void CountAsUnsorted();
+  StepResult AfterStep(Folder* concerned);
 
   FolderTree tree_;
   EditHistory history_{tree_};
@@ -157,6 +167,8 @@ class Jukebox {
   JukeboxView* view_ = nullptr;
   std::string file_path_;
   std::string file_problem_;
+  /// The names in the file of songs that the library did not have when it was loaded, by record number.
+  std::unordered_map<std::int32_t, std::string> absent_names_;
   std::uint64_t remembered_content_ = ContentOf(FolderTree());
 };
 

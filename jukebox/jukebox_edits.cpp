@@ -174,7 +174,7 @@ JukeboxEdits::Result JukeboxEdits::DropFolder(JukeboxEdits& source, Folder& fold
 
 void JukeboxEdits::SortNodes(Folder* above) {
   jukebox_.History().Begin(above != nullptr ? above : jukebox_.selectednode());
-  SortBelow(above);
+  jukebox_.Nodes().ReorderMany([&] { SortBelow(above); });
   jukebox_.History().End();
 }
 

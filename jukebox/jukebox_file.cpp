@@ -6,6 +6,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <set>
 #include <unordered_map>
 #include <utility>
 
@@ -29,9 +30,21 @@ void AppendNumber(std::string& to, std::int64_t number) {
   to.append(digits, end);
 }
 
+/// Whether a record number is a row of the library whose song is there.
+bool IsPresent(const clsMain& library, std::int32_t record) {
+  return record >= 1 && record <= library.UBoundOfMp3Array() &&
+         NumericValue(library.Mp3Info(kFileIsThere, record)) != 0;
+}
+
+/// Which record numbers a jukebox uses.
+struct UsedRecords {
+  std::vector<bool> rows;            ///< by the row of the library
+  std::set<std::int32_t> strangers;  ///< that are no rows of it
+};
+
 /// Appends record numbers with commas between, and marks them as used. There may be hundreds of thousands,
 /// so room for all is made once.
-void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, std::vector<bool>& used) {
+void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, UsedRecords& used) {
   constexpr std::size_t kMostDigits = 11;  // "-2147483648"
   const std::size_t before = to.size();
   to.resize(before + songs.size() * (kMostDigits + 1));
@@ -40,7 +53,10 @@ void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, std::vect
     end = std::to_chars(end, end + kMostDigits, entry.SubItem()).ptr;
     *end++ = ',';
     const auto record = static_cast<std::size_t>(entry.SubItem());
-    if (entry.SubItem() >= 0 && record < used.size()) used[record] = true;
+    if (entry.SubItem() >= 1 && record < used.rows.size())
+      used.rows[record] = true;
+    else
+      used.strangers.insert(entry.SubItem());
   }
   // All but the last comma.
   const auto length = static_cast<std::size_t>(end - to.data());
@@ -48,7 +64,7 @@ void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, std::vect
 }
 
 void AppendFolders(std::string& to, const Folder& folder, std::uint32_t parent, std::uint32_t& key,
-                   std::vector<bool>& used) {
+                   UsedRecords& used) {
   const std::uint32_t own = ++key;
   to += own == 1 ? "\n{\"key\":" : ",\n{\"key\":";
   AppendNumber(to, own);
@@ -75,7 +91,6 @@ class Reader : public nlohmann::json_sax<Json> {
   bool boolean(bool value) override {
     if (Here() == Place::kFolder && name_ == "open") {
       Last().open = value;
-      seen_ |= kOpen;
       return true;
     }
     return Unexpected();
@@ -94,7 +109,6 @@ class Reader : public nlohmann::json_sax<Json> {
       case Place::kRoot:
         if (name_ != "format") return Unexpected();
         if (value != kFormat) return Fail("it is no jukebox");
-        has_format_ = true;
         return true;
       case Place::kColumns:
         content.columns.push_back(BytesOfJsonText(std::move(value)));
@@ -102,7 +116,6 @@ class Reader : public nlohmann::json_sax<Json> {
       case Place::kFolder:
         if (name_ != "text") return Unexpected();
         Last().text = BytesOfJsonText(std::move(value));
-        seen_ |= kText;
         return true;
       case Place::kNames:
         if (const auto record = TryConvertToInt32(name_))
@@ -122,16 +135,22 @@ class Reader : public nlohmann::json_sax<Json> {
       seen_ = 0;
       return Enter(Place::kFolder);
     }
-    return Enter(Here() == Place::kRoot && name_ == "names" ? Place::kNames : Place::kPassedOver);
+    if (Here() == Place::kRoot && name_ == "names") return Enter(Place::kNames);
+    return Unexpected() && Enter(Place::kPassedOver);
   }
   bool end_object() override {
-    if (Here() == Place::kFolder && seen_ != kAll)
+    if (Here() == Place::kFolder && (seen_ & kAll) != kAll)
       return Fail("folder " + std::to_string(content.folders.size()) + " is not complete");
     places_.pop_back();
     return true;
   }
   bool key(std::string& value) override {
     name_ = value;
+    if (Here() == Place::kRoot && IsOfRoot(name_) && !root_members_.insert(name_).second)
+      return Fail(Quoted(name_) + " is there twice");
+    if (Here() == Place::kFolder && IsOfFolder(name_) && !NoteMember())
+      return Fail("folder " + std::to_string(content.folders.size()) + " has " + Quoted(name_) +
+                  " twice");
     return true;
   }
 
@@ -139,11 +158,8 @@ class Reader : public nlohmann::json_sax<Json> {
     if (places_.empty()) return Fail("it is no jukebox");
     if (Here() == Place::kRoot && name_ == "columns") return Enter(Place::kColumns);
     if (Here() == Place::kRoot && name_ == "folders") return Enter(Place::kFolders);
-    if (Here() == Place::kFolder && name_ == "songs") {
-      seen_ |= kSongs;
-      return Enter(Place::kSongs);
-    }
-    return Enter(Place::kPassedOver);
+    if (Here() == Place::kFolder && name_ == "songs") return Enter(Place::kSongs);
+    return Unexpected() && Enter(Place::kPassedOver);
   }
   bool end_array() override {
     places_.pop_back();
@@ -158,7 +174,8 @@ class Reader : public nlohmann::json_sax<Json> {
   /// What is wrong with the whole; empty when nothing is.
   std::string Problem() const {
     if (!problem_.empty()) return problem_;
-    if (!has_format_ || !has_version_) return "it is no jukebox";
+    for (const char* const member : {"format", "version", "folders"})
+      if (!root_members_.contains(member)) return "it is no jukebox";
     return {};
   }
 
@@ -167,8 +184,29 @@ class Reader : public nlohmann::json_sax<Json> {
  private:
   /// Whose members or elements are being read.
   enum class Place { kRoot, kColumns, kFolders, kFolder, kSongs, kNames, kPassedOver };
-  /// The members that a folder has to have.
-  enum Member : unsigned { kKey = 1, kText = 2, kParent = 4, kOpen = 8, kSongs = 16, kAll = 31 };
+  /// The members of a folder, each a bit, those first that it has to have.
+  static constexpr std::string_view kFolderMembers[] = {"key",   "text",  "parent",       "open",
+                                                        "songs", "image", "selectedImage"};
+  static constexpr unsigned kAll = 0b11111;
+
+  static bool IsOfRoot(std::string_view name) {
+    return name == "format" || name == "version" || name == "columns" || name == "folders" ||
+           name == "names";
+  }
+  static bool IsOfFolder(std::string_view name) {
+    return std::find(std::begin(kFolderMembers), std::end(kFolderMembers), name) !=
+           std::end(kFolderMembers);
+  }
+  /// Marks the member of the folder that is being read as met.
+  /// \returns false when it was met before
+  bool NoteMember() {
+    const auto* const place =
+        std::find(std::begin(kFolderMembers), std::end(kFolderMembers), name_);
+    const unsigned bit = 1U << (place - std::begin(kFolderMembers));
+    const bool is_new = (seen_ & bit) == 0;
+    seen_ |= bit;
+    return is_new;
+  }
 
   Place Here() const noexcept { return places_.empty() ? Place::kPassedOver : places_.back(); }
   JukeboxContent::Folder& Last() { return content.folders.back(); }
@@ -183,12 +221,9 @@ class Reader : public nlohmann::json_sax<Json> {
   /// A value of a kind that has no meaning here: fine in what is passed over.
   bool Unexpected() {
     if (places_.empty()) return Fail("it is no jukebox");
-    const bool unknown =
-        Here() == Place::kPassedOver ||
-        (Here() == Place::kRoot && name_ != "format" && name_ != "version" && name_ != "columns" &&
-         name_ != "folders" && name_ != "names") ||
-        (Here() == Place::kFolder && name_ != "key" && name_ != "text" && name_ != "image" &&
-         name_ != "selectedImage" && name_ != "parent" && name_ != "open" && name_ != "songs");
+    const bool unknown = Here() == Place::kPassedOver ||
+                         (Here() == Place::kRoot && !IsOfRoot(name_)) ||
+                         (Here() == Place::kFolder && !IsOfFolder(name_));
     return unknown || Fail(Quoted(name_) + " has a value that it cannot have");
   }
 
@@ -198,8 +233,8 @@ class Reader : public nlohmann::json_sax<Json> {
       return Unexpected();
     if (Here() == Place::kRoot) {
       if (name_ != "version") return Unexpected();
-      has_version_ = true;
-      if (value < 1 || value > kJukeboxVersion)
+      if (value < 1) return Fail("there is no format " + std::to_string(value));
+      if (value > kJukeboxVersion)
         return Fail("it was written by a newer Tallow (format " + std::to_string(value) + ")");
       return true;
     }
@@ -217,10 +252,8 @@ class Reader : public nlohmann::json_sax<Json> {
       Last().selected_image = number;
     } else if (name_ == "key" && number > 0) {
       Last().key = static_cast<std::uint32_t>(number);
-      seen_ |= kKey;
     } else if (name_ == "parent" && number >= 0) {
       Last().parent = static_cast<std::uint32_t>(number);
-      seen_ |= kParent;
     } else {
       return Unexpected();
     }
@@ -229,9 +262,8 @@ class Reader : public nlohmann::json_sax<Json> {
 
   std::vector<Place> places_;
   std::string name_;
-  unsigned seen_ = 0;  ///< members of the folder that is being read
-  bool has_format_ = false;
-  bool has_version_ = false;
+  unsigned seen_ = 0;                   ///< members of the folder that is being read
+  std::set<std::string> root_members_;  ///< that were met
   std::string problem_;
 };
 
@@ -255,10 +287,21 @@ void RequireTree(const JukeboxContent& content) {
   }
 }
 
+/// No number may have two names.
+void RequireDifferentNumbers(const JukeboxContent::Names& names) {
+  std::vector<std::int32_t> numbers(names.size());
+  for (std::size_t k = 0; k < numbers.size(); ++k) numbers[k] = names[k].record;
+  // As it was written it is in order.
+  if (!std::is_sorted(numbers.begin(), numbers.end())) std::sort(numbers.begin(), numbers.end());
+  const auto twice = std::adjacent_find(numbers.begin(), numbers.end());
+  if (twice != numbers.end())
+    throw JukeboxFileError("song " + std::to_string(*twice) + " has two names");
+}
+
 }  // namespace
 
 std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>& columns,
-                          const clsMain& library) {
+                          const clsMain& library, const SongNames& absent) {
   std::string bytes = "{\"format\":\"" + std::string(kFormat) + "\",\"version\":";
   AppendNumber(bytes, kJukeboxVersion);
   bytes += ",\n\"columns\":[";
@@ -268,20 +311,40 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
   }
   bytes += "],\n\"folders\":[";
   std::uint32_t key = 0;
-  std::vector<bool> used(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1);
+  UsedRecords used;
+  used.rows.resize(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1);
   for (std::int32_t k = 0; k < tree.Children(); ++k)
     AppendFolders(bytes, tree.ChildAt(k), 0, key, used);
   bytes += "],\n\"names\":{";
   bool first = true;
-  for (std::size_t row = 1; row < used.size(); ++row) {
-    if (!used[row]) continue;
+  const auto add = [&](std::int32_t record, std::string_view name) {
     bytes += std::exchange(first, false) ? "\n\"" : ",\n\"";
-    AppendNumber(bytes, static_cast<std::int64_t>(row));
+    AppendNumber(bytes, record);
     bytes += "\":";
-    AppendJsonText(bytes, library.Mp3Info(kFileName, static_cast<std::int32_t>(row)));
+    AppendJsonText(bytes, name);
+  };
+  for (std::size_t row = 1; row < used.rows.size(); ++row) {
+    if (!used.rows[row]) continue;
+    const auto record = static_cast<std::int32_t>(row);
+    const auto known = absent.find(record);
+    if (IsPresent(library, record) || known == absent.end())
+      add(record, library.Mp3Info(kFileName, record));
+    else
+      add(record, known->second);
   }
+  for (const std::int32_t record : used.strangers)
+    if (const auto known = absent.find(record); known != absent.end()) add(record, known->second);
   bytes += "}}\n";
   return bytes;
+}
+
+SongNames AbsentNames(const JukeboxContent& content, const clsMain& library) {
+  SongNames absent;
+  for (std::size_t k = 0; k < content.names.size(); ++k) {
+    const auto [record, name] = content.names[k];
+    if (!IsPresent(library, record)) absent[record] = name;
+  }
+  return absent;
 }
 
 JukeboxContent DecodeJukebox(std::string_view bytes) {
@@ -290,26 +353,24 @@ JukeboxContent DecodeJukebox(std::string_view bytes) {
   const std::string problem = reader.Problem();
   if (!problem.empty()) throw JukeboxFileError(problem);
   RequireTree(reader.content);
+  RequireDifferentNumbers(reader.content.names);
   return std::move(reader.content);
 }
 
 void RelinkSongs(JukeboxContent& content, const clsMain& library) {
-  const auto is_present = [&](std::int32_t row) {
-    return row >= 1 && row <= library.UBoundOfMp3Array() &&
-           NumericValue(library.Mp3Info(kFileIsThere, row)) != 0;
-  };
   std::unordered_map<std::int32_t, std::string_view> others;  // songs that are not the ones meant
   for (std::size_t k = 0; k < content.names.size(); ++k) {
     const auto [record, name] = content.names[k];
     // Of two names of one number the last one counts.
     others.erase(record);
-    if (is_present(record) && library.Mp3Info(kFileName, record) != name) others[record] = name;
+    if (IsPresent(library, record) && library.Mp3Info(kFileName, record) != name)
+      others[record] = name;
   }
   if (others.empty()) return;
 
   std::unordered_map<std::string_view, std::int32_t> rows;  // 0 for a name of several songs
   for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
-    if (is_present(row)) {
+    if (IsPresent(library, row)) {
       const auto [place, is_new] = rows.emplace(library.Mp3Info(kFileName, row), row);
       if (!is_new) place->second = 0;
     }

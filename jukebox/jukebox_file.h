@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace tallow {
@@ -28,8 +29,8 @@ class clsMain;
 // Folders come in the order of the tree, each behind the one above it. "key" is a folder's number in this
 // file, from 1; "parent" is the key of the folder above, 0 at top level. "image" and "selectedImage" are
 // its pictures (see FolderImage), "open" is whether it is shown with the folders below it. "songs" are
-// record numbers of the song library, in list order. "names" has the file name of each song that is used,
-// to find it again should it have got another number. "columns" are the headers of the list. Members of
+// record numbers of the song library, in list order. "names" has the file name of each song that is used and
+// known, to find it again should it have got another number. "columns" are the headers of the list. Members of
 // other names are passed over.
 //
 // A file name need not be UTF-8. A byte that is no part of valid UTF-8 stands as the character U+10FE00
@@ -89,9 +90,18 @@ struct JukeboxContent {
   Names names;
 };
 
+/// The file names of songs by their record numbers.
+using SongNames = std::unordered_map<std::int32_t, std::string>;
+
 /// A jukebox as the bytes of a file.
+///
+/// \param absent names of songs that the library does not have, which are written as well
 std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>& columns,
-                          const clsMain& library);
+                          const clsMain& library, const SongNames& absent = {});
+
+/// The names that a file has of songs which the library does not have, or has as missing. They have to be
+/// kept for when it has them again.
+SongNames AbsentNames(const JukeboxContent& content, const clsMain& library);
 
 /// Reads the bytes of a file. What it gives obeys every rule above.
 ///

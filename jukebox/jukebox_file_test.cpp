@@ -197,6 +197,60 @@ TEST_F(JukeboxFile, MembersAreWhatTheyHaveToBe) {
   EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":1,"names":{"1":2}})"), "");
 }
 
+TEST_F(JukeboxFile, WhatIsMissingOrThereTwiceIsRefused) {
+  const std::string head = R"({"format":"Tallow jukebox","version":1)";
+  EXPECT_EQ(ProblemOf(head + "}"), "it is no jukebox");
+  EXPECT_EQ(ProblemOf(head + R"(,"folders":[]})"), "");
+  EXPECT_EQ(ProblemOf(head + R"(,"version":1,"folders":[]})"), "'version' is there twice");
+  EXPECT_EQ(ProblemOf(head + R"(,"format":"Tallow jukebox","folders":[]})"),
+            "'format' is there twice");
+  EXPECT_EQ(ProblemOf(head + R"(,"folders":[],"folders":[]})"), "'folders' is there twice");
+  EXPECT_EQ(ProblemOf(File(R"({"key":1,"key":2,"text":"x","parent":0,"open":true,"songs":[]})")),
+            "folder 1 has 'key' twice");
+  EXPECT_EQ(
+      ProblemOf(File(R"({"key":1,"text":"x","parent":0,"open":true,"songs":[1],"songs":[]})")),
+      "folder 1 has 'songs' twice");
+  EXPECT_EQ(ProblemOf(head + R"(,"folders":[],"names":{"2":"a","1":"b","2":"c"}})"),
+            "song 2 has two names");
+  EXPECT_EQ(ProblemOf(R"({"format":"Tallow jukebox","version":0,"folders":[]})"),
+            "there is no format 0");
+}
+
+TEST_F(JukeboxFile, ListsAndObjectsStandWhereTheyBelong) {
+  const std::string head = R"({"format":"Tallow jukebox","version":1)";
+  for (const char* const wrong :
+       {R"("folders":{})", R"("folders":[[]])", R"("folders":[],"names":[])",
+        R"("folders":[],"columns":{})", R"("folders":[],"columns":[[]])",
+        R"("folders":[],"columns":[{}])", R"("folders":[],"names":{"1":[]})",
+        R"("folders":[],"names":{"1":{}})"})
+    EXPECT_NE(ProblemOf(head + "," + wrong + "}"), "") << wrong;
+  for (const char* const wrong : {"[1]", R"({"a":2})"})
+    EXPECT_NE(ProblemOf(File(FolderText(1, 0, wrong))), "") << wrong;
+  for (const char* const member : {"key", "text", "parent", "open", "image", "selectedImage"})
+    for (const char* const value : {"[]", "{}"})
+      EXPECT_NE(ProblemOf(File("{\"" + std::string(member) + "\":" + value + "}")), "") << member;
+}
+
+TEST_F(JukeboxFile, NamesOfSongsThatTheLibraryDoesNotHaveAreKept) {
+  AddSong("/m/", "a.mp3");
+  AddSong("0", "0", "0");
+  JukeboxContent content;
+  content.folders.emplace_back().key = 1;
+  content.folders[0].songs = {1, 2, 40};
+  content.names.Add(1, "a.mp3");
+  content.names.Add(2, "gone.mp3");
+  content.names.Add(40, "forty.mp3");
+  content.names.Add(50, "not used.mp3");
+  const SongNames absent = AbsentNames(content, library);
+  FillTree(content, library, tree);
+  const JukeboxContent again = DecodeJukebox(EncodeJukebox(tree, columns, library, absent));
+  ASSERT_EQ(again.names.size(), 3U);
+  EXPECT_EQ(again.names[0].text, "a.mp3");
+  EXPECT_EQ(again.names[1].text, "gone.mp3");
+  EXPECT_EQ(again.names[2].record, 40);
+  EXPECT_EQ(again.names[2].text, "forty.mp3");
+}
+
 TEST_F(JukeboxFile, MembersOfOtherNamesArePassedOver) {
   const std::string more =
       R"(,"later":{"a":[1,[2,{"b":null}],true,1.5,"x"],"folders":[{"key":9}]},"also":3)";

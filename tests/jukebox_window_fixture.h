@@ -29,7 +29,7 @@ class JukeboxWindowTest : public LibraryTest {
     QObject::connect(&window, &frmMain::PlaySongs,
                      [this](const Songs& songs) { played.push_back(songs); });
     QObject::connect(&window, &frmMain::Problem,
-                     [this](const QString& text) { problems.append(text); });
+                     [this](const QStringList& lines) { problems += lines; });
   }
 
   FolderTreeView& Tree() { return TreeOf(window); }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -15,6 +16,7 @@ class RecordedMessages {
   ShowMessage Shower() {
     return [this](const Message& message) {
       shown.push_back(message);
+      if (on_show) on_show();
       return answer;
     };
   }
@@ -28,6 +30,7 @@ class RecordedMessages {
 
   std::vector<Message> shown;
   MessageAnswer answer = MessageAnswer::kOk;
+  std::function<void()> on_show;  ///< may set the answer
 };
 
 }  // namespace tallow

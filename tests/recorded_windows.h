@@ -32,6 +32,10 @@ class RecordedWindows : public StartUpWindows {
     asked.push_back(text);
     return answer;
   }
+  std::optional<bool> AskUnlessLeft(const std::string& text) override {
+    asked.push_back(text);
+    return leaves_questions ? std::nullopt : std::optional(answer);
+  }
   void Notice(const std::vector<std::string>& lines) override {
     notices.insert(notices.end(), lines.begin(), lines.end());
   }
@@ -46,6 +50,7 @@ class RecordedWindows : public StartUpWindows {
   std::vector<std::string> asked;
   std::vector<std::string> notices;
   bool answer = true;
+  bool leaves_questions = false;
 
  private:
   void Log(std::string what) { log.push_back(std::move(what)); }

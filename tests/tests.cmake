@@ -58,6 +58,7 @@ else()
   target_sources(tallow_core_tests PRIVATE
     app/jukebox_kill_linux_test.cpp
     app/mount_table_linux_test.cpp
+    jukebox/jukebox_save_linux_test.cpp
     app/save_kill_linux_test.cpp
     player/player_link_linux_test.cpp
     player/substitute/request_server_linux_test.cpp

@@ -8,6 +8,7 @@
 
 #include "app/data_paths.h"
 #include "app/initial_jukebox.h"
+#include "jukebox/window/pv_explorer.h"
 #include "player/frm_main_winamp.h"
 #include "tests/frame_fixture.h"
 #include "util/file_system.h"
@@ -142,6 +143,57 @@ TEST_F(Closing, ARefusalByOneKeepsTheProgramAndItsMusicRunning) {
   EXPECT_EQ(Area().currentSubWindow(), &SubOf(one));
   EXPECT_NE(frame.PlayerPanel(), nullptr);
   EXPECT_EQ(link.Take(), Texts{});
+}
+
+TEST_F(Closing, ARefusalByTheSecondKeepsTheFirstOpenToo) {
+  frmMain& one = ChangedJukebox("ONE");
+  frmMain& two = ChangedJukebox("TWO");
+  frame.KeepUnsavedChanges();
+  int asked = 0;
+  messages.on_show = [&] {
+    messages.answer = ++asked == 1 ? MessageAnswer::kNo : MessageAnswer::kCancel;
+  };
+  EXPECT_FALSE(frame.close());
+  LetClosedWindowsGo();
+  EXPECT_EQ(frame.OpenJukeboxes(), (std::vector<Jukebox*>{&one.Jukebox(), &two.Jukebox()}));
+  EXPECT_TRUE(FileExists(SystemFolder(application.path()) + "Jukebox-1.unsaved"));
+  // The first one asks again.
+  messages.on_show = {};
+  messages.Take();
+  CloseWith(one, MessageAnswer::kNo);
+  EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to ONE"});
+}
+
+TEST_F(Closing, WhatIsBeingTypedIsAChangeAndIsSaved) {
+  frmMain& window = ShowJukebox();
+  Jukebox& jukebox = window.Jukebox();
+  jukebox.Caption("MIX");
+  jukebox.FileLocation(application / "Grouping/");
+  ASSERT_TRUE(jukebox.Save(FileOf("MIX"), library));
+  const auto type = [&](const QString& text) {
+    LetClosedWindowsGo();
+    window.PVExplorer1().EditText(jukebox.Nodes().ChildAt(0));
+    auto* const editor = window.findChild<QTreeView*>()->findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    editor->setText(text);
+  };
+  type("typed");
+  frame.SaveDatForm();
+  Jukebox saved;
+  ASSERT_TRUE(saved.Load(FileOf("MIX"), library));
+  EXPECT_NE(saved.Nodes().Find("typed"), nullptr);
+  type("typed again");
+  CloseWith(window, MessageAnswer::kYes);
+  EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to MIX"});
+  ASSERT_TRUE(saved.Load(FileOf("MIX"), library));
+  EXPECT_NE(saved.Nodes().Find("typed again"), nullptr);
+}
+
+TEST_F(Closing, ADisabledFrameDoesNotClose) {
+  ShowJukebox();
+  frame.setEnabled(false);
+  EXPECT_FALSE(frame.close());
+  EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);
 }
 
 class Unsaved : public Closing {

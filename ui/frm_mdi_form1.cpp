@@ -2,6 +2,7 @@
 #include "ui/frm_mdi_form1.h"
 
 #include <algorithm>
+#include <exception>
 #include <utility>
 
 #include <QCloseEvent>
@@ -35,8 +36,9 @@ namespace {
 constexpr QSize kFirstSize(1000, 680);
 constexpr QSize kLeastSize(480, 320);
 
-/// Of a jukebox window that no longer fills the frame.
+/// Of a jukebox window that no longer fills the frame, and how far it lies from the one before, in pixels.
 constexpr QSize kJukeboxSize(760, 480);
+constexpr int kCascadeStep = 28;
 
 /// How often unsaved changes are kept, in ms.
 constexpr int kKeepUnsavedEvery = 60 * 1000;
@@ -57,7 +59,10 @@ class frmMDIForm1::Documents : public DocumentWindows {
       active = frame_.LastActiveJukebox();
     }
     auto* const window = active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
-    return window != nullptr ? &window->Jukebox() : nullptr;
+    if (window == nullptr) return nullptr;
+    // What is being typed is to be saved as well.
+    window->PVExplorer1().CommitEditing();
+    return &window->Jukebox();
   }
   std::span<Jukebox* const> OpenJukeboxes() override {
     open_ = frame_.OpenJukeboxes();
@@ -71,12 +76,16 @@ class frmMDIForm1::Documents : public DocumentWindows {
         return true;
     return false;
   }
-  Jukebox& NewJukebox() override { return frame_.NewJukeboxWindow().Jukebox(); }
+  Jukebox& NewJukebox() override {
+    active_before_ = frame_.area_->currentSubWindow();
+    return frame_.NewJukeboxWindow().Jukebox();
+  }
   void ShowJukebox(Jukebox& jukebox) override {
     if (frmMain* const window = frame_.WindowOf(jukebox)) frame_.ShowJukeboxWindow(*window);
   }
   void DropJukebox(Jukebox& jukebox) override {
     if (frmMain* const window = frame_.WindowOf(jukebox)) delete window->parentWidget();
+    if (active_before_ != nullptr) frame_.area_->setActiveSubWindow(active_before_);
   }
   std::optional<std::string> AskForFileToOpen(const std::string& folder) override {
     return AskForFile(&frame_, folder, kJukeboxFilter, FileDialogPurpose::kOpen);
@@ -90,6 +99,7 @@ class frmMDIForm1::Documents : public DocumentWindows {
  private:
   frmMDIForm1& frame_;
   std::vector<Jukebox*> open_;
+  QPointer<QMdiSubWindow> active_before_;  ///< when a window was made
 };
 
 frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWidget* parent)
@@ -172,17 +182,29 @@ void frmMDIForm1::NewJukebox() {
                           [&] { ShowJukeboxWindow(window); });
     } catch (const FilingError& error) {
       Notice(error.problems());
+    } catch (const std::exception& error) {
+      Notice({std::string("The songs could not be filed. ") + error.what()});
     }
     return;
   }
   frmMain& window = NewJukeboxWindow();
   Jukebox& jukebox = window.Jukebox();
-  jukebox.Caption("JukeBox" + std::to_string(jukebox_windows_));
+  // A recovered jukebox may have the number of one that was made in an earlier run.
+  do {
+    jukebox.Caption("JukeBox" + std::to_string(jukebox_windows_));
+  } while (IsOpenTwice(jukebox) && ++jukebox_windows_ > 0);
   jukebox.AddColumnHeader(kNameHeader);
   jukebox.AddColumnHeader(kKeyHeader);
   jukebox.Nodes().AddChild(nullptr, "All Songs");
   jukebox.RememberContent();
   ShowJukeboxWindow(window);
+}
+
+bool frmMDIForm1::IsOpenTwice(const Jukebox& jukebox) const {
+  const std::vector<Jukebox*> open = OpenJukeboxes();
+  return std::count_if(open.begin(), open.end(), [&](const Jukebox* other) {
+           return other->Caption() == jukebox.Caption();
+         }) > 1;
 }
 
 frmMain& frmMDIForm1::NewJukeboxWindow() {
@@ -191,8 +213,17 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   QMdiSubWindow* const sub = area_->addSubWindow(window);
   sub->resize(kJukeboxSize);
   sub->hide();
-  connect(window, &frmMain::Problem, this,
-          [this](const QString& text) { Notice({text.toStdString()}); });
+  connect(sub, &QMdiSubWindow::windowStateChanged, this,
+          [this](Qt::WindowStates before, Qt::WindowStates now) {
+            if (before.testFlag(Qt::WindowMaximized) && !now.testFlag(Qt::WindowMaximized) &&
+                !now.testFlag(Qt::WindowMinimized))
+              RestoreJukeboxes();
+          });
+  connect(window, &frmMain::Problem, this, [this](const QStringList& lines) {
+    std::vector<std::string> texts;
+    for (const QString& line : lines) texts.push_back(line.toStdString());
+    Notice(texts);
+  });
   window->OnSaveBeforeClosing([this, sub] {
     area_->setActiveSubWindow(sub);
     return documents_->SaveDatForm();
@@ -213,6 +244,28 @@ void frmMDIForm1::ChangeBackgroundPicture() {
       },
       {}, this);
   dialog.exec();
+}
+
+void frmMDIForm1::PlaceInside(QMdiSubWindow& sub, int number) const {
+  const QRect space = area_->viewport()->rect();
+  if (space.contains(sub.geometry())) return;
+  const QSize size = kJukeboxSize.boundedTo(space.size() * 4 / 5);
+  const int steps = std::max(1, std::min((space.width() - size.width()) / kCascadeStep,
+                                         (space.height() - size.height()) / kCascadeStep));
+  const int step = number % steps * kCascadeStep;
+  sub.setGeometry(QRect(QPoint(step, step), size));
+}
+
+void frmMDIForm1::RestoreJukeboxes() {
+  // All or none fill the frame: one that did behind the others would lend it its name and its buttons.
+  QMdiSubWindow* const active = area_->currentSubWindow();
+  int number = 0;
+  for (QMdiSubWindow* const sub : area_->subWindowList()) {
+    if (qobject_cast<frmMain*>(sub->widget()) == nullptr || sub->isMinimized()) continue;
+    if (sub->isMaximized()) sub->showNormal();
+    PlaceInside(*sub, number++);
+  }
+  if (active != nullptr) area_->setActiveSubWindow(active);
 }
 
 void frmMDIForm1::ShowJukeboxWindow(frmMain& window) {
@@ -322,18 +375,24 @@ bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmMDIForm1::closeEvent(QCloseEvent* event) {
-  // One that is not to be closed keeps the program open, music and all.
-  for (QMdiSubWindow* const sub : area_->subWindowList())
-    if (qobject_cast<frmMain*>(sub->widget()) != nullptr && !CloseJukebox(*sub))
-      return event->ignore();
+  // A disabled frame is in the middle of something.
+  if (!isEnabled()) return event->ignore();
+  // One that is not to be closed keeps the program open, music and all, and so the others as well: none is
+  // closed before all have been asked.
+  const QList<QMdiSubWindow*> windows = area_->subWindowList();
+  for (QMdiSubWindow* const sub : windows) {
+    auto* const window = qobject_cast<frmMain*>(sub->widget());
+    if (window == nullptr) continue;
+    // The question is about what is in front.
+    area_->setActiveSubWindow(sub);
+    if (window->AskBeforeClosing()) continue;
+    for (const Jukebox* const jukebox : OpenJukeboxes()) WindowOf(*jukebox)->KeepOpen();
+    return event->ignore();
+  }
+  for (QMdiSubWindow* const sub : windows)
+    if (qobject_cast<frmMain*>(sub->widget()) != nullptr) sub->close();
   ClosePlayerPanel();
   event->accept();
-}
-
-bool frmMDIForm1::CloseJukebox(QMdiSubWindow& sub) {
-  // The question is about what is in front.
-  area_->setActiveSubWindow(&sub);
-  return sub.close();
 }
 
 void frmMDIForm1::ClosePlayerPanel() {

@@ -70,7 +70,9 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
 
   void SetUpFileMenu();
   void NewJukebox();
-  bool CloseJukebox(QMdiSubWindow& sub);
+  bool IsOpenTwice(const Jukebox& jukebox) const;
+  void PlaceInside(QMdiSubWindow& sub, int number) const;
+  void RestoreJukeboxes();
   void ChangeBackgroundPicture();
   QMdiSubWindow* LastActiveJukebox() const;
 

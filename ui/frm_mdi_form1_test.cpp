@@ -9,6 +9,7 @@
 #include <QTest>
 
 #include "app/initial_jukebox.h"
+#include "jukebox/window/pv_explorer.h"
 #include "player/frm_main_winamp.h"
 #include "tests/frame_fixture.h"
 
@@ -270,6 +271,61 @@ TEST_F(FrmMdiForm1, ANewJukeboxIsTheSampleFirstAndNumberedLater) {
   EXPECT_EQ(jukebox.Nodes().Count(), 1);
   EXPECT_EQ(jukebox.Nodes().ChildAt(0).Text(), "All Songs");
   EXPECT_EQ(jukebox.ColumnHeaders(), (Texts{"Name    --        (click to sort)", "Key"}));
+}
+
+TEST_F(FrmMdiForm1, TheControlFillsItsWindowWhateverItsState) {
+  frmMain& window = ShowJukebox();
+  const auto expect_filled = [&] {
+    QCoreApplication::processEvents();
+    const QRect control = window.PVExplorer1().geometry();
+    EXPECT_EQ(control.topLeft(), QPoint(0, 0));
+    EXPECT_GE(control.width(), window.width());
+    // The rule leaves some pixels for a frame that a style may have, and no more.
+    EXPECT_GE(control.bottom(), window.height() - 12);
+    const auto* const list = window.findChild<QTableView*>();
+    EXPECT_TRUE(window.rect().contains(list->mapTo(&window, list->rect().bottomRight())))
+        << window.width() << "x" << window.height() << " control " << control.width() << "x"
+        << control.height() << " list to " << list->mapTo(&window, list->rect().bottomRight()).x()
+        << " " << list->mapTo(&window, list->rect().bottomRight()).y();
+  };
+  expect_filled();
+  frame.resize(700, 500);
+  expect_filled();
+  frame.resize(1100, 800);
+  expect_filled();
+  SubOf(window).showNormal();
+  expect_filled();
+  SubOf(window).showMaximized();
+  expect_filled();
+}
+
+TEST_F(FrmMdiForm1, RestoredJukeboxesLieInsideTheFrameAndAllOfThem) {
+  std::vector<frmMain*> windows;
+  for (int k = 0; k < 8; ++k) windows.push_back(&ShowJukebox());
+  for (const frmMain* const window : windows) EXPECT_TRUE(SubOf(*window).isMaximized());
+  SubOf(*windows.back()).showNormal();
+  for (const frmMain* const window : windows) {
+    EXPECT_FALSE(SubOf(*window).isMaximized());
+    EXPECT_TRUE(Area().viewport()->rect().contains(SubOf(*window).geometry()));
+  }
+  EXPECT_EQ(Area().currentSubWindow(), &SubOf(*windows.back()));
+}
+
+TEST_F(FrmMdiForm1, AFileThatCannotBeOpenedLeavesTheActiveJukeboxActive) {
+  ShowJukebox();
+  frmMain& two = ShowJukebox();
+  ShowJukebox();
+  Area().setActiveSubWindow(&SubOf(two));
+  tallow.settings.LocOfLastSavedJukeBox(application / "gone.juk");
+  Item("mnuTheFiles1").trigger();
+  EXPECT_EQ(messages.Take().size(), 1U);
+  EXPECT_EQ(Area().currentSubWindow(), &SubOf(two));
+}
+
+TEST_F(FrmMdiForm1, ANewJukeboxTakesNoNumberThatIsOpen) {
+  ShowJukebox().Jukebox().Caption("JukeBox2");
+  Item("mnuNew").trigger();
+  EXPECT_EQ(frame.OpenJukeboxes()[1]->Caption(), "JukeBox3");
 }
 
 TEST_F(FrmMdiForm1, SavingPutsAnActivePanelOutOfTheWay) {

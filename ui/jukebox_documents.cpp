@@ -2,6 +2,7 @@
 #include "ui/jukebox_documents.h"
 
 #include <cstddef>
+#include <exception>
 #include <vector>
 
 #include "app/data_paths.h"
@@ -68,6 +69,10 @@ std::string ShortenedCaption(std::string_view text) {
 }
 
 void JukeboxDocuments::Remember(const std::string& path) {
+  // The settings keep paths one a line.
+  if (HasLineBreak(path))
+    return windows_.Notice(
+        {path + " cannot be among the recent files: its path has a line break."});
   tallow_.settings.LocOfLastSavedJukeBox(path);
   tallow_.SaveSettings();
 }
@@ -88,22 +93,29 @@ void JukeboxDocuments::OpenRecent(int element) {
 }
 
 void JukeboxDocuments::OpenUnlessOpen(const std::string& path) {
-  if (windows_.IsOpen(CaptionOfFile(path)))
+  const std::string trimmed(Trim(path));
+  bool is_open = windows_.IsOpen(CaptionOfFile(path));
+  for (const Jukebox* const jukebox : windows_.OpenJukeboxes())
+    is_open = is_open || jukebox->FilePath() == trimmed;
+  if (is_open)
     windows_.Show({.text = "This file is already open"});
   else
-    OpenFile(std::string(Trim(path)));
+    OpenFile(trimmed);
 }
 
 void JukeboxDocuments::OpenFile(const std::string& path) {
   Jukebox& jukebox = windows_.NewJukebox();
   try {
-    if (!OpenJukeboxFile(path, jukebox, tallow_.library, windows_.OpenJukeboxes())) {
+    if (!OpenJukeboxFile(path, CaptionOfFile(path), jukebox, tallow_.library,
+                         windows_.OpenJukeboxes())) {
       windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});
       windows_.DropJukebox(jukebox);
       return;
     }
   } catch (const FilingError& error) {
     windows_.Notice(error.problems());
+  } catch (const std::exception& error) {
+    windows_.Notice({std::string("The new songs could not be filed. ") + error.what()});
   }
   Remember(path);
   windows_.ShowJukebox(jukebox);
@@ -124,11 +136,12 @@ bool JukeboxDocuments::SaveDatForm() {
   Jukebox* const jukebox = windows_.ActiveJukebox();
   if (jukebox == nullptr) return false;
   if (jukebox->Caption() == kSampleCaption || jukebox->FileLocation().empty()) return SaveAs();
-  const std::string path =
-      jukebox->FileLocation() + ToLower(jukebox->Caption()) + std::string(kJukeboxExtension);
-  // The file that it was opened from, though its name has capitals.
-  const bool has_own_file = EqualsIgnoringCase(jukebox->FilePath(), path);
-  return SaveTo(*jukebox, has_own_file ? jukebox->FilePath() : ExistingPath(path));
+  // The file that it was opened from, which the caption only hints at: it is in capitals and has lost
+  // blanks and extension.
+  const std::string& own = jukebox->FilePath();
+  if (!own.empty() && FolderOfPath(own) == jukebox->FileLocation()) return SaveTo(*jukebox, own);
+  return SaveTo(*jukebox, ExistingPath(jukebox->FileLocation() + ToLower(jukebox->Caption()) +
+                                       std::string(kJukeboxExtension)));
 }
 
 bool JukeboxDocuments::SaveAs() {
@@ -136,14 +149,15 @@ bool JukeboxDocuments::SaveAs() {
   if (jukebox == nullptr) return false;
   const auto chosen = windows_.AskForFileToSave(GroupingFolder(tallow_.application_folder));
   if (!chosen || Trim(*chosen).empty()) return false;
-  const std::string name = CaptionOfFile(*chosen);
-  if (!EqualsIgnoringCase(jukebox->Caption(), name) && windows_.IsOpen(name)) {
+  const std::string path = ExistingPath(PathForChoice(*chosen));
+  // The extension may be there several times in what was chosen, and once in the end.
+  for (const std::string& name : {CaptionOfFile(*chosen), CaptionOfFile(path)}) {
+    if (EqualsIgnoringCase(jukebox->Caption(), name) || !windows_.IsOpen(name)) continue;
     windows_.Show({.text = name +
                            " is already open.  Close the file then you can save this Juke box with "
                            "that file name."});
     return false;
   }
-  const std::string path = ExistingPath(PathForChoice(*chosen));
   if (FileExists(path) &&
       windows_.Show({.text = "File already exists, do you wish to replace this file?",
                      .icon = MessageIcon::kQuestion,

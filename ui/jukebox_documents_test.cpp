@@ -50,7 +50,7 @@ class Documents : public LibraryTest, protected DocumentWindows {
     said.push_back(message.text);
     return answer;
   }
-  void Notice(const std::vector<std::string>& /*lines*/) override {}
+  void Notice(const std::vector<std::string>& lines) override { noticed = lines; }
 
   /// A jukebox window with a folder, active.
   Jukebox& Window(const std::string& caption) {
@@ -76,6 +76,7 @@ class Documents : public LibraryTest, protected DocumentWindows {
   int asked_to_save = 0;
   MessageAnswer answer = MessageAnswer::kYes;
   Texts said;
+  Texts noticed;
 };
 
 TEST_F(Documents, SaveAsGivesTheJukeboxItsName) {
@@ -293,6 +294,82 @@ TEST_F(Documents, LongMenuCaptionsAreShortened) {
   for (int k = 0; k < 45; ++k) umlauts += "ü";
   EXPECT_EQ(ShortenedCaption(umlauts), umlauts);
   EXPECT_EQ(ShortenedCaption(umlauts + "ü").size(), 45U * 2 + 6);
+}
+
+TEST_F(Documents, AJukeboxIsSavedBackToTheFileItWasOpenedFrom) {
+  // A caption in capitals does not lead back to these names.
+  for (const std::string name : {"\xCF\x83\xCF\x82.juk", "mix.old", " blank .juk", "x.juk.bak"}) {
+    const std::string path = own + name;
+    Jukebox made;
+    made.Nodes().AddChild(nullptr, "All Songs");
+    ASSERT_TRUE(made.Save(path, library));
+    chosen = path;
+    documents.Open();
+    ASSERT_NE(active, nullptr) << name;
+    active->Nodes().AddChild(nullptr, "changed");
+    EXPECT_TRUE(documents.SaveDatForm());
+    Jukebox saved;
+    ASSERT_TRUE(saved.Load(path, library));
+    EXPECT_NE(saved.Nodes().Find("changed"), nullptr) << name;
+    RemoveFile(path);
+    RemoveFile(path + ".bak");
+    DropJukebox(*active);
+  }
+  EXPECT_TRUE(ListFolder(own, {.pattern = "*.juk"}).files.empty());
+}
+
+TEST_F(Documents, AFileIsNotOpenedTwiceUnderTwoNames) {
+  Jukebox made;
+  made.Nodes().AddChild(nullptr, "All Songs");
+  for (const char* const name : {"a .juk", ".juk", "mixtape"}) {
+    ASSERT_TRUE(made.Save(own + name, library));
+    chosen = own + name;
+    const std::size_t before = jukeboxes.size();
+    documents.Open();
+    documents.Open();
+    EXPECT_EQ(jukeboxes.size(), before + 1) << name;
+    EXPECT_NE(jukeboxes.back()->Caption(), "");
+    EXPECT_EQ(said, Texts{"This file is already open"}) << name;
+    said.clear();
+  }
+}
+
+TEST_F(Documents, TheNameThatIsLeftOfARepeatedExtensionMayNotBeOpen) {
+  Window("MIX").FileLocation(own);
+  ASSERT_TRUE(documents.SaveDatForm());
+  Window("OTHER");
+  chosen = own + "mix.juk.juk";
+  answer = MessageAnswer::kYes;
+  EXPECT_FALSE(documents.SaveAs());
+  EXPECT_EQ(said, Texts{"MIX is already open.  Close the file then you can save this Juke box with "
+                        "that file name."});
+}
+
+TEST_F(Documents, APathWithALineBreakIsNotRemembered) {
+  if (kSeparator == '\\') GTEST_SKIP() << "no path of this system has line breaks";
+  Window("MIX");
+  chosen = own + "a\nb.juk";
+  EXPECT_TRUE(documents.SaveAs());
+  EXPECT_EQ(tallow.settings.LocOfLastSavedJukeBox(), "");
+  EXPECT_EQ(noticed,
+            Texts{own + "a\nb.juk cannot be among the recent files: its path has a line break."});
+}
+
+TEST_F(Documents, AnOldFileStandsWhenTheOneToReplaceItCannotBeWritten) {
+  Jukebox& jukebox = Window("MIX");
+  jukebox.FileLocation(own);
+  ASSERT_TRUE(documents.SaveDatForm());
+  const auto before = ReadWholeFile(own + "mix.juk");
+  jukebox.Nodes().AddChild(nullptr, "changed");
+  // Where the new one is to be written there is something else.
+  CreateFolders(own + "mix.juk.new" + kSep + "x");
+  chosen = own + "mix.juk";
+  answer = MessageAnswer::kYes;
+  EXPECT_FALSE(documents.SaveAs());
+  EXPECT_EQ(ReadWholeFile(own + "mix.juk"), before);
+  ASSERT_EQ(said.size(), 2U);
+  EXPECT_EQ(said[0], "File already exists, do you wish to replace this file?");
+  EXPECT_TRUE(said[1].starts_with("The jukebox could not be saved. "));
 }
 
 }  // namespace

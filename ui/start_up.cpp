@@ -84,6 +84,21 @@ bool StartUp::Ask(const std::string& text) {
              ParentOfMessages()) == MessageAnswer::kYes;
 }
 
+std::optional<bool> StartUp::AskUnlessLeft(const std::string& text) {
+  if (silent_) {
+    PrintError(text);
+    return std::nullopt;
+  }
+  Message question;
+  question.text = text;
+  question.icon = MessageIcon::kQuestion;
+  question.buttons = MessageButtons::kYesNo;
+  question.can_be_dismissed = true;
+  const MessageAnswer answer = ShowMessageBox(question, ParentOfMessages());
+  if (answer == MessageAnswer::kCancel) return std::nullopt;
+  return answer == MessageAnswer::kYes;
+}
+
 void StartUp::Notice(const std::vector<std::string>& lines) {
   if (silent_)
     for (const std::string& line : lines) PrintError(line);

@@ -29,6 +29,7 @@ class StartUp : public StartUpWindows {
   std::span<Jukebox* const> OpenJukeboxes() override;
   void Tell(const std::string& text) override;
   bool Ask(const std::string& text) override;
+  std::optional<bool> AskUnlessLeft(const std::string& text) override;
   void Notice(const std::vector<std::string>& lines) override;
   void OpenInTextEditor(const std::string& path) override;
   void ShowTip() override;

@@ -135,5 +135,10 @@ TEST_F(StartUpTest, ADamagedSettingsFileIsOfferedToBeMadeAnew) {
   EXPECT_FALSE(frame.isVisible());
 }
 
+TEST_F(StartUpTest, ASilentStartLeavesQuestionsThatCanBeLeft) {
+  StartUp silent(tallow, frame, true);
+  EXPECT_EQ(silent.AskUnlessLeft("Recover?"), std::nullopt);
+}
+
 }  // namespace
 }  // namespace tallow

@@ -19,6 +19,7 @@ add_library(tallow_ui OBJECT
   jukebox/window/pop_up_menus.cpp
   jukebox/window/pv_explorer.cpp
   jukebox/window/pv_explorer_edits.cpp
+  jukebox/window/rank_action.cpp
   jukebox/window/rank_picture.cpp
   jukebox/window/song_list_model.cpp
   jukebox/window/song_list_view.cpp

@@ -1,17 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/window/explorer_drag.h"
 
+#include <algorithm>
 #include <utility>
 
-#include <QUrl>
-
+#include "jukebox/folder_tree.h"
 #include "jukebox/window/pv_explorer.h"
+#include "ui/display_text.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {
 
 /// Without any format a drag would not be offered at all.
 constexpr const char* kOwnFormat = "application/x-tallow-jukebox";
+
+constexpr QByteArrayView kFileScheme = "file://";
 
 }  // namespace
 
@@ -20,11 +24,38 @@ ExplorerDrag::ExplorerDrag(PVExplorer& source, Folder& from, bool songs, std::ve
   setData(QLatin1String(kOwnFormat), QByteArray());
 }
 
-QStringList DraggedFiles(const QMimeData& data) {
-  QStringList files;
-  for (const QUrl& url : data.urls())
-    if (url.isLocalFile()) files.append(url.toLocalFile());
+QString ExplorerDrag::Description() const {
+  if (!songs_) return DisplayText(from_->Text());
+  const int count = static_cast<int>(rows_.size());
+  return count == 1 ? tr("1 song") : tr("%1 songs").arg(count);
+}
+
+std::vector<std::string> DraggedFiles(const QMimeData& data) {
+  std::vector<std::string> files;
+  const QByteArray list = data.data(QStringLiteral("text/uri-list"));
+  for (const QByteArray& line : list.split('\n')) {
+    const QByteArray uri = line.trimmed();
+    if (!uri.startsWith(kFileScheme)) continue;
+    // Behind the scheme there may be the name of this machine.
+    const qsizetype begin = uri.indexOf('/', static_cast<qsizetype>(kFileScheme.size()));
+    if (begin < 0) continue;
+    std::string path = QByteArray::fromPercentEncoding(uri.mid(begin)).toStdString();
+    if (kSeparator != '/') {
+      path.erase(0, 1);
+      std::replace(path.begin(), path.end(), '/', kSeparator);
+    }
+    files.push_back(std::move(path));
+  }
   return files;
+}
+
+QByteArray UriOfPath(const std::string& path) {
+  std::string generic = path;
+  if (kSeparator != '/') {
+    std::replace(generic.begin(), generic.end(), kSeparator, '/');
+    generic.insert(generic.begin(), '/');
+  }
+  return kFileScheme.toByteArray() + QByteArray::fromStdString(generic).toPercentEncoding("/:");
 }
 
 }  // namespace tallow

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include <QMimeData>
 #include <QPointer>
-#include <QStringList>
+#include <QString>
 
 namespace tallow {
 
@@ -28,6 +29,8 @@ class ExplorerDrag : public QMimeData {
   Folder& From() const { return *from_; }
   bool IsSongs() const { return songs_; }
   const std::vector<int>& Rows() const { return rows_; }
+  /// In a few words: "3 songs", or the folder's text.
+  QString Description() const;
 
  private:
   QPointer<PVExplorer> source_;
@@ -36,7 +39,11 @@ class ExplorerDrag : public QMimeData {
   std::vector<int> rows_;
 };
 
-/// The files that are dragged in from another program; none when it drags something else.
-QStringList DraggedFiles(const QMimeData& data);
+/// The files that are dragged in from another program, in the bytes of the disk; none when it drags
+/// something else.
+std::vector<std::string> DraggedFiles(const QMimeData& data);
+
+/// A path as other programs are told of it, whatever its bytes are: "file:///music/caf%E9.mp3".
+QByteArray UriOfPath(const std::string& path);
 
 }  // namespace tallow

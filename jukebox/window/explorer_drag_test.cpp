@@ -120,6 +120,54 @@ TEST_F(Dragging, AFolderMovesOrIsCopied) {
   EXPECT_EQ(FoldersIn(), (Texts{"two", "one"}));
 }
 
+TEST_F(Dragging, TheFolderOnShowStaysOnShowWhenItMoves) {
+  AddSongs(1);
+  Folder& one = AddFolder("one", {1});
+  AddFolder("two");
+  AddFolder("three");
+  Show();
+  EXPECT_TRUE(DropOn("three", FolderAt(one).get()));
+  EXPECT_EQ(Box().selectednode(), &one);
+  EXPECT_EQ(Tree().currentIndex(), IndexOf(Tree(), "three/one"));
+  EXPECT_EQ(RowsOf(List()), QStringList{"1.  1.mp3"});
+}
+
+TEST_F(Dragging, CopyingLeavesTheSelectionAsItIs) {
+  AddSongs(3);
+  AddFolder("one", {1, 2, 3});
+  AddFolder("two");
+  Show();
+  EXPECT_TRUE(DropOn("two", SongsAt({0, 2}).get(), Qt::ControlModifier));
+  EXPECT_EQ(Selected(), (std::vector<int>{0, 2}));
+}
+
+TEST_F(Dragging, NamesOfAnyBytesGoOutAndComeIn) {
+  if (kSeparator == '\\') GTEST_SKIP() << "names of this system are text";
+  const std::string path = music.File("caf\xE9 %.mp3");
+  AddSong(music.path(), "caf\xE9 %.mp3");
+  Folder& one = AddFolder("one", {1});
+  AddFolder("two");
+  Show();
+  const auto drag = SongsAt({0});
+  const QByteArray uri = drag->data("text/uri-list");
+  EXPECT_TRUE(uri.contains("/caf%E9%20%25.mp3\r\n")) << uri.toStdString();
+  QMimeData from_outside;
+  from_outside.setData("text/uri-list", uri);
+  EXPECT_EQ(DraggedFiles(from_outside), Texts{path});
+  EXPECT_TRUE(DropOn("two", &from_outside));
+  EXPECT_EQ(SongsIn(*Nodes().Find("two")), Songs{1});
+  EXPECT_EQ(SongsIn(one), Songs{1});
+  EXPECT_EQ(library.UBoundOfMp3Array(), 1);
+}
+
+TEST_F(Dragging, EveryProblemOfADropIsTold) {
+  AddFolder("one");
+  Show();
+  QMimeData data;
+  DropOn("one", Files(data, {music.File("a.txt"), music.File("b.txt")}));
+  EXPECT_EQ(problems.size(), 2);
+}
+
 TEST_F(Dragging, AFolderIsNotDroppedIntoItselfOrBelow) {
   Folder& one = AddFolder("one");
   AddFolder("inner", {}, &one);

@@ -55,7 +55,8 @@ int FolderTreeModel::columnCount(const QModelIndex& /*parent*/) const { return 1
 QVariant FolderTreeModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid()) return {};
   const Folder& folder = *FolderOf(index);
-  if (role == Qt::DisplayRole || role == Qt::EditRole) return DisplayText(folder.Text());
+  if (role == Qt::DisplayRole || role == Qt::EditRole || role == Qt::ToolTipRole)
+    return DisplayText(folder.Text());
   if (role == Qt::DecorationRole)
     return images_[(&folder == shown_ ? folder.SelectedImage() : folder.Image()) == kOpenFolder];
   return {};
@@ -115,6 +116,15 @@ void FolderTreeModel::BeforeReorder(const Folder* above) {
       reordered_folders_.append(FolderOf(held));
     }
 }
+
+void FolderTreeModel::BeforeReorderAll() {
+  emit layoutAboutToBeChanged();
+  reordered_ = persistentIndexList();
+  reordered_folders_.clear();
+  for (const QModelIndex& held : reordered_) reordered_folders_.append(FolderOf(held));
+}
+
+void FolderTreeModel::AfterReorderAll() { AfterReorder(); }
 
 void FolderTreeModel::AfterReorder() {
   QModelIndexList now;

@@ -45,6 +45,8 @@ class FolderTreeModel : public QAbstractItemModel, private FolderTreeObserver {
   void AfterReset() override;
   void BeforeReorder(const Folder* parent) override;
   void AfterReorder() override;
+  void BeforeReorderAll() override;
+  void AfterReorderAll() override;
 
   FolderTree& tree_;
   std::function<bool(Folder&, const std::string&)> rename_;

@@ -45,10 +45,15 @@ void FolderTreeView::dragMoveEvent(QDragMoveEvent* event) { DragTo(event); }
 
 void FolderTreeView::DragTo(QDropEvent* event) {
   pointer_ = event->position().toPoint();
-  const QModelIndex index = indexAt(pointer_);
   emit DragsOver(event, FolderAt(pointer_));
-  if (target_ != index) ticks_ = 0;
-  target_ = event->isAccepted() ? index : QModelIndex();
+  takes_ = event->isAccepted();
+  FrameTarget();
+}
+
+void FolderTreeView::FrameTarget() {
+  const QModelIndex index = indexAt(pointer_);
+  if (under_ != index) ticks_ = 0;
+  under_ = index;
   viewport()->update();
 }
 
@@ -62,21 +67,41 @@ void FolderTreeView::dropEvent(QDropEvent* event) {
 
 void FolderTreeView::EndDrag() {
   hover_.stop();
-  target_ = QModelIndex();
+  under_ = QModelIndex();
   viewport()->update();
 }
 
 void FolderTreeView::Hover() {
   QScrollBar& bar = *verticalScrollBar();
-  if (pointer_.y() < kEdge) bar.setValue(bar.value() - bar.singleStep());
-  if (pointer_.y() > viewport()->height() - kEdge) bar.setValue(bar.value() + bar.singleStep());
-  if (target_.isValid() && ++ticks_ == kTicksToOpen) expand(target_);
+  const int before = bar.value();
+  if (pointer_.y() < kEdge) bar.setValue(before - bar.singleStep());
+  if (pointer_.y() > viewport()->height() - kEdge) bar.setValue(before + bar.singleStep());
+  if (bar.value() != before) {
+    // Another folder is under the pointer now; whether it takes the drag is asked when it is dropped.
+    takes_ = takes_ && indexAt(pointer_).isValid();
+    FrameTarget();
+  }
+  // One that does not take it may have one below that does.
+  if (under_.isValid() && ++ticks_ == kTicksToOpen) expand(under_);
+}
+
+void FolderTreeView::CommitEditing() {
+  QWidget* const editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+  if (editor == nullptr) return;
+  commitData(editor);
+  closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
+QItemSelectionModel::SelectionFlags FolderTreeView::selectionCommand(const QModelIndex& index,
+                                                                     const QEvent* event) const {
+  if (!index.isValid()) return QItemSelectionModel::NoUpdate;
+  return QTreeView::selectionCommand(index, event);
 }
 
 void FolderTreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
   QTreeView::drawRow(painter, option, index);
-  if (target_ != index) return;
+  if (!takes_ || under_ != index) return;
   painter->save();
   painter->setPen(QPen(palette().color(QPalette::Highlight), 2));
   painter->drawRect(visualRect(index).adjusted(1, 1, -1, -1));

@@ -20,6 +20,9 @@ class FolderTreeView : public QTreeView {
  public:
   explicit FolderTreeView(QWidget* parent);
 
+  /// Takes over the text of a folder that is being changed, if there is one, and ends that.
+  void CommitEditing();
+
   /// The folder at a place of the viewport; null where there is none.
   Folder* FolderAt(const QPoint& place) const;
 
@@ -37,17 +40,22 @@ class FolderTreeView : public QTreeView {
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dragLeaveEvent(QDragLeaveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
+  /// A click beside the folders leaves the selection as it is.
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override;
   void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override;
 
  private:
   void DragTo(QDropEvent* event);
+  void FrameTarget();
   void Hover();
   void EndDrag();
 
-  QPersistentModelIndex target_;  ///< framed
-  QPoint pointer_;                ///< of what is dragged over the tree
-  int ticks_ = 0;                 ///< of the timer, over the same folder
+  QPersistentModelIndex under_;  ///< the pointer
+  bool takes_ = false;           ///< what is under the pointer takes what is dragged, and is framed
+  QPoint pointer_;               ///< of what is dragged over the tree
+  int ticks_ = 0;                ///< of the timer, over the same folder
   QTimer hover_;
 };
 

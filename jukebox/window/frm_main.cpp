@@ -34,8 +34,11 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
       explorer_(new PVExplorer(jukebox_, tallow.library, tallow.clipboard, this)),
       list_menu_(MakeListMenu(
           this, [this](int item) { ActOnPopUpClick(item, kListPane, jukebox_.selectednode()); })),
-      tree_menu_(MakeTreeMenu(
-          this, [this](int item) { ActOnPopUpClick(item, kTreePane, menu_folder_); })) {
+      tree_menu_(MakeTreeMenu(this, [this](int item) {
+        // It may have gone while the menu was open.
+        Folder* const folder = menu_folder_ != 0 ? jukebox_.Nodes().FindKey(menu_folder_) : nullptr;
+        if (folder != nullptr || menu_folder_ == 0) ActOnPopUpClick(item, kTreePane, folder);
+      })) {
   setObjectName(QStringLiteral("frmMain"));
   setFocusProxy(explorer_);
   ConnectExplorer();
@@ -59,7 +62,7 @@ void frmMain::ConnectExplorer() {
   });
   connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,
           [this](Folder* folder, const QPoint& position) {
-            menu_folder_ = folder;
+            menu_folder_ = folder != nullptr ? folder->Key() : 0;
             tree_menu_->popup(position);
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,
@@ -68,7 +71,7 @@ void frmMain::ConnectExplorer() {
           [this](int pane, int item) { ActOnPopUpClick(item, pane, jukebox_.selectednode()); });
   connect(explorer_, &PVExplorer::BeforeCut, this, &frmMain::BeforeCut);
   connect(explorer_, &PVExplorer::FilesDropped, this,
-          [this](const QStringList& paths, Folder* to) { TakeFiles(paths, *to); });
+          [this](const std::vector<std::string>& paths, Folder* to) { TakeFiles(paths, *to); });
   connect(explorer_, &PVExplorer::Problem, this, &frmMain::Problem);
 }
 
@@ -89,8 +92,8 @@ void frmMain::SortList() {
   try {
     jukebox_.ColumnClick(tallow_.library);
   } catch (const std::exception& error) {
-    emit Problem(tr("The list could not be sorted: a rank is not a number (%1).")
-                     .arg(DisplayMessage(error.what())));
+    emit Problem({tr("The list could not be sorted: a rank is not a number (%1).")
+                      .arg(DisplayMessage(error.what()))});
   }
 }
 
@@ -192,10 +195,8 @@ void frmMain::BeforeCut(BeforeCutEvent& event) {
   show_({.text = std::move(text), .icon = MessageIcon::kInformation});
 }
 
-void frmMain::TakeFiles(const QStringList& paths, Folder& to) {
-  std::vector<std::string> names;
-  for (const QString& path : paths) names.push_back(QFile::encodeName(path).toStdString());
-  const TakenFiles taken = tallow::TakeFiles(names, tallow_.library);
+void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
+  const TakenFiles taken = tallow::TakeFiles(paths, tallow_.library);
   std::vector<std::string> problems = taken.problems;
   if (taken.has_new_songs) {
     tallow::Jukebox* const own[] = {&jukebox_};
@@ -203,14 +204,25 @@ void frmMain::TakeFiles(const QStringList& paths, Folder& to) {
       FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own);
     } catch (const FilingError& error) {
       problems.insert(problems.end(), error.problems().begin(), error.problems().end());
+    } catch (const std::exception& error) {
+      problems.push_back(std::string("The new songs could not be filed. ") + error.what());
     }
   }
   explorer_->AddSongs(to, taken.songs);
-  for (const std::string& problem : problems) emit Problem(DisplayMessage(problem));
+  QStringList lines;
+  for (const std::string& problem : problems) lines.append(DisplayMessage(problem));
+  if (!lines.isEmpty()) emit Problem(lines);
 }
 
 void frmMain::PlaySong(int row) {
   if (const Folder* const folder = jukebox_.selectednode()) emit PlaySongs(SongsOf(*folder, {row}));
+}
+
+bool frmMain::AskBeforeClosing() {
+  // What is being typed is a change as well.
+  explorer_->CommitEditing();
+  may_close_ = may_close_ || MayClose();
+  return may_close_;
 }
 
 bool frmMain::MayClose() {
@@ -235,7 +247,7 @@ bool frmMain::MayClose() {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
-  if (!MayClose()) return event->ignore();
+  if (!AskBeforeClosing()) return event->ignore();
   tallow_.unsaved.Forget(jukebox_);
   event->accept();
 }
@@ -243,11 +255,10 @@ void frmMain::closeEvent(QCloseEvent* event) {
 QSize frmMain::WholeSize() const {
   auto* const sub = qobject_cast<QMdiSubWindow*>(parentWidget());
   if (sub == nullptr) return size();
-  if (!sub->isMaximized()) return sub->size();
   // A window that fills the frame window has left its own frame outside.
   const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, sub);
   const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, sub);
-  return size() + QSize(2 * border, title + border);
+  return sub->size().expandedTo(size() + QSize(2 * border, title + border));
 }
 
 void frmMain::resizeEvent(QResizeEvent* event) {

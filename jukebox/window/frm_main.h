@@ -46,6 +46,13 @@ class frmMain : public QWidget {
   /// \param node the folder concerned; null for none
   void ActOnPopUpClick(int item, int pane, Folder* node);
 
+  /// Asks whether the changes are to be saved, and saves them. After a yes to closing the window closes without
+  /// asking again.
+  /// \returns whether it may close
+  bool AskBeforeClosing();
+  /// The window is not to be closed after all: it asks again.
+  void KeepOpen() noexcept { may_close_ = false; }
+
   /// Sets what saves this window's jukebox when it is closed and the user wants that.
   /// \param save returns whether it is saved now
   void OnSaveBeforeClosing(std::function<bool()> save) { save_ = std::move(save); }
@@ -54,7 +61,7 @@ class frmMain : public QWidget {
   /// These songs, by their record numbers, are to be played in this order.
   void PlaySongs(std::vector<std::int32_t> songs);
   /// Something went wrong that the user should read.
-  void Problem(const QString& text);
+  void Problem(const QStringList& lines);
   /// The dialog of the background picture is wanted.
   void ChangeBackgroundPicture();
 
@@ -71,7 +78,7 @@ class frmMain : public QWidget {
   void RankSelectedSongs(int item);
   void DeleteFolder(Folder& node);
   void BeforeCut(BeforeCutEvent& event);
-  void TakeFiles(const QStringList& paths, Folder& to);
+  void TakeFiles(const std::vector<std::string>& paths, Folder& to);
   void PlaySong(int row);
   bool MayClose();
   QSize WholeSize() const;
@@ -82,7 +89,9 @@ class frmMain : public QWidget {
   PVExplorer* explorer_;
   QMenu* list_menu_;
   QMenu* tree_menu_;
-  Folder* menu_folder_ = nullptr;  ///< that the tree's menu was opened on
+  std::uint32_t menu_folder_ =
+      0;                    ///< key of the folder that the tree's menu was opened on; 0 for none
+  bool may_close_ = false;  ///< the user was asked already
   int pane_with_focus_ = 0;
   std::function<bool()> save_;
 };

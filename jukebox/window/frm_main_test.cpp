@@ -66,6 +66,29 @@ TEST_F(FrmMain, TheModelsKeepTheirPromises) {
   EXPECT_EQ(Tree().model()->rowCount(), 1);
 }
 
+TEST_F(FrmMain, TheListKeepsItsPromisesWhenAShorterFolderIsShown) {
+  AddSongs(3);
+  const QAbstractItemModelTester songs(List().model(),
+                                       QAbstractItemModelTester::FailureReportingMode::Fatal);
+  // Whoever hears of a change looks at once.
+  QObject::connect(List().model(), &QAbstractItemModel::headerDataChanged, [this] {
+    for (int row = 0; row < List().model()->rowCount(); ++row)
+      EXPECT_TRUE(List().model()->index(row, 0).data().isValid());
+  });
+  Folder& one = AddFolder("one", {1, 2, 3});
+  Folder& two = AddFolder("two");
+  Show();
+  Click("two");
+  Click("one");
+  SelectRow(0);
+  window.ActOnPopUpClick(4, 2, &one);
+  window.PVExplorer1().Undo();
+  window.PVExplorer1().Redo();
+  Click("two");
+  window.ActOnPopUpClick(6, 1, &two);
+  EXPECT_EQ(List().model()->rowCount(), 2);
+}
+
 TEST_F(FrmMain, TheCaptionIsTheWindowsTitle) {
   window.Jukebox().Caption("MIX");
   EXPECT_EQ(window.windowTitle(), "MIX");

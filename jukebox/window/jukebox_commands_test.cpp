@@ -2,6 +2,7 @@
 // The commands of both pop-up menus, through the real widgets.
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QLineEdit>
@@ -71,6 +72,19 @@ TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {
     EXPECT_EQ(item.toolTip(), QStringLiteral("rank %1 of 7").arg(rank));
     EXPECT_TRUE(item.isIconVisibleInMenu());
   }
+}
+
+TEST_F(Commands, AScreenReaderHearsTheRankOfAnItemWithoutAText) {
+  QMenu& ranks = Menu("RankMenu");
+  QAccessibleInterface* const menu = QAccessible::queryAccessibleInterface(&ranks);
+  ASSERT_NE(menu, nullptr);
+  ASSERT_EQ(menu->childCount(), 6);
+  QStringList names;
+  for (int k = 0; k < 6; ++k) names.append(menu->child(k)->text(QAccessible::Name));
+  EXPECT_EQ(names, (QStringList{"Rank it - Best, rank 7 of 7", "rank 6 of 7", "rank 5 of 7",
+                                "rank 4 of 7", "rank 3 of 7", ".  .  .   to worst, rank 2 of 7"}));
+  EXPECT_EQ(menu->child(1)->role(), QAccessible::MenuItem);
+  EXPECT_TRUE(menu->child(1)->isValid());
 }
 
 TEST_F(Commands, TheSixRankItemsStoreTheirRanks) {

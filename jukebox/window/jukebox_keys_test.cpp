@@ -187,6 +187,75 @@ TEST_F(Keys, ATextThatIsMendedForDisplayStaysUnlessItIsChanged) {
   EXPECT_FALSE(Box().IsFormDirty());
 }
 
+TEST_F(Keys, TheKeypadDeletesToo) {
+  AddSongs(2);
+  Folder& one = AddFolder("one", {1, 2});
+  Show();
+  SelectRow(0);
+  Type(List(), Qt::Key_Delete, Qt::KeypadModifier);
+  EXPECT_EQ(SongsIn(one), Songs{2});
+}
+
+TEST_F(Keys, UndoWithNothingToUndoLeavesTheListAlone) {
+  AddSongs(3);
+  AddFolder("one", {1, 2, 3});
+  Show();
+  ClickHeader();
+  SelectRow(1);
+  Type(List(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(Box().SortState(), 2);
+  EXPECT_EQ(Selected(), std::vector<int>{1});
+}
+
+TEST_F(Keys, AListThatWasOnlyEnteredSelectsWithTheFirstKey) {
+  AddSongs(3);
+  AddFolder("one", {1, 2, 3});
+  Show();
+  for (const auto& [key, row] :
+       {std::pair(Qt::Key_Home, 0), std::pair(Qt::Key_Down, 0), std::pair(Qt::Key_End, 2)}) {
+    List().clearSelection();
+    List().setCurrentIndex(QModelIndex());
+    Type(List(), key);
+    EXPECT_EQ(Selected(), std::vector<int>{row});
+  }
+}
+
+TEST_F(Keys, AClickBesideTheFoldersSelectsNothingElse) {
+  Folder& one = AddFolder("one");
+  Show();
+  QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {},
+                    QPoint(20, Tree().viewport()->height() - 5));
+  EXPECT_EQ(Box().selectednode(), &one);
+  EXPECT_TRUE(Tree().selectionModel()->isSelected(IndexOf(Tree(), "one")));
+}
+
+TEST_F(Keys, AClickThatComesBackToTheTreeDoesNotRename) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  List().setFocus();
+  Click("one");
+  EXPECT_EQ(Tree().editTriggers(), QAbstractItemView::EditKeyPressed);
+  // The next one is a second click.
+  Tree().setFocus();
+  Click("one");
+  EXPECT_TRUE(Tree().editTriggers().testFlag(QAbstractItemView::SelectedClicked));
+}
+
+TEST_F(Keys, TheHalfWithoutTheKeyboardIsPale) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  const QColor full = window.palette().color(QPalette::Highlight);
+  const auto color = [](const QWidget& view) { return view.palette().color(QPalette::Highlight); };
+  List().setFocus();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return color(Tree()) != full && color(List()) == full; }));
+  Tree().setFocus();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return color(Tree()) == full && color(List()) != full; }));
+}
+
 TEST_F(Keys, HomeAndEndGoToTheEndsOfTheList) {
   AddSongs(50);
   Songs all(50);

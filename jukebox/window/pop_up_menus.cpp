@@ -6,6 +6,7 @@
 #include <QKeySequence>
 #include <QMenu>
 
+#include "jukebox/window/rank_action.h"
 #include "jukebox/window/rank_picture.h"
 
 namespace tallow {
@@ -22,7 +23,10 @@ class Builder {
   QMenu* Menu() { return menu_; }
   QAction* Add(const QString& caption, int command) { return Add(*menu_, caption, command); }
   QAction* Add(QMenu& to, const QString& caption, int command) {
-    QAction* const action = to.addAction(caption);
+    return Add(to, new QAction(caption, &to), command);
+  }
+  QAction* Add(QMenu& to, QAction* action, int command) {
+    to.addAction(action);
     action->setData(command);
     QObject::connect(action, &QAction::triggered, menu_, [act = act_, command] { act(command); });
     return action;
@@ -66,13 +70,7 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act
     const QString caption = command == kRankBest    ? Tr("Rank it - Best")
                             : command == kRankWorst ? Tr(".  .  .   to worst")
                                                     : QString();
-    QAction* const action = builder.Add(*ranks, caption, command);
-    action->setIcon(RankPicture(rank));
-    action->setIconVisibleInMenu(true);
-    // An item without a text would take the icon's name for one.
-    action->setIconText(QString());
-    action->setToolTip(RankPictureText(rank));
-    action->setWhatsThis(RankPictureText(rank));
+    builder.Add(*ranks, new RankAction(caption, rank, ranks), command);
   }
   builder.Add(Tr("Change Background Picture . . ."), kChangeBackgroundPicture);
   return builder.Menu();

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QEvent>
 #include <QHeaderView>
@@ -28,6 +29,9 @@ constexpr int kRowPadding = 6;
 
 /// Of a rank's picture, in pixels.
 constexpr int kLeastPicture = 16;
+
+constexpr auto kRenameByKey = QAbstractItemView::EditTriggers(QAbstractItemView::EditKeyPressed);
+constexpr auto kRenameByKeyOrClick = kRenameByKey | QAbstractItemView::SelectedClicked;
 
 template <typename Act>
 void ForEachFolder(Folder& folder, const Act& act) {
@@ -72,7 +76,7 @@ void PVExplorer::SetUpTree() {
   tree_->setModel(folders_);
   tree_->setHeaderHidden(true);
   tree_->setUniformRowHeights(true);
-  tree_->setEditTriggers(QAbstractItemView::EditKeyPressed | QAbstractItemView::SelectedClicked);
+  tree_->setEditTriggers(kRenameByKeyOrClick);
   tree_->installEventFilter(this);
   tree_->viewport()->installEventFilter(this);
   folders_->SetRename(
@@ -105,7 +109,12 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
   switch (event->type()) {
     case QEvent::MouseButtonPress:
       // A click that moves the selection is told when it does; one on the folder on show, when it is over.
-      if (watched == tree_->viewport()) told_ = false;
+      if (watched == tree_->viewport()) {
+        told_ = false;
+        // One that only comes back to the tree is no second click on the folder.
+        tree_->setEditTriggers(came_by_click_ ? kRenameByKey : kRenameByKeyOrClick);
+        came_by_click_ = false;
+      }
       break;
     case QEvent::KeyPress:
       if (watched == list_ || watched == tree_)
@@ -116,6 +125,14 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
       return true;
     case QEvent::FocusIn:
       if (watched == list_ || watched == tree_) emit FocusChanged(in_list ? kListPane : kTreePane);
+      // The focus comes before the click that brings it.
+      if (watched == tree_)
+        came_by_click_ = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason;
+      [[fallthrough]];
+    case QEvent::FocusOut:
+      // The view itself has to have seen it first.
+      if (watched == list_ || watched == tree_)
+        QMetaObject::invokeMethod(this, &PVExplorer::ShowFocus, Qt::QueuedConnection);
       break;
     default:
       break;
@@ -124,7 +141,9 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool PVExplorer::IsEditKey(const QKeyEvent& key, bool in_list) {
-  const auto is = [&](QKeyCombination combination) { return key.keyCombination() == combination; };
+  // The keys of the keypad are the same keys.
+  const QKeyCombination pressed(key.modifiers() & ~Qt::KeypadModifier, Qt::Key(key.key()));
+  const auto is = [&](QKeyCombination combination) { return pressed == combination; };
   const auto command = [&](TreeCommand of_tree, ListCommand of_list) {
     emit CommandKey(in_list ? kListPane : kTreePane,
                     in_list ? static_cast<int>(of_list) : static_cast<int>(of_tree));
@@ -156,10 +175,52 @@ bool PVExplorer::KeyPressed(const QKeyEvent& key, bool in_list) {
     if (folder != nullptr && folder->Parent() != nullptr) Select(*folder->Parent());
     return true;
   }
-  if (!in_list || (key.key() != Qt::Key_Return && key.key() != Qt::Key_Enter)) return false;
-  if (list_->currentIndex().isValid() && !key.isAutoRepeat())
-    emit ItemOpened(list_->currentIndex().row());
-  return true;
+  return in_list && ListKeyPressed(key);
+}
+
+bool PVExplorer::ListKeyPressed(const QKeyEvent& key) {
+  const int last = list_->model()->rowCount() - 1;
+  switch (key.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (list_->currentIndex().isValid() && !key.isAutoRepeat())
+        emit ItemOpened(list_->currentIndex().row());
+      return true;
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_Up:
+    case Qt::Key_Down: {
+      // A list that was only entered has a current row, but none that is selected.
+      if (last < 0 || list_->selectionModel()->hasSelection()) return false;
+      const int current = std::max(0, list_->currentIndex().row());
+      const int row = key.key() == Qt::Key_Home ? 0 : key.key() == Qt::Key_End ? last : current;
+      list_->SelectRows(row, row);
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
+void PVExplorer::ShowFocus() {
+  // Which half the keys act on is seen by its selection: that of the other one is pale.
+  for (QAbstractItemView* const view :
+       {static_cast<QAbstractItemView*>(tree_), static_cast<QAbstractItemView*>(list_)}) {
+    QPalette colors = palette();
+    const QWidget* const focus = QApplication::focusWidget();
+    const bool has_focus = focus != nullptr && (focus == view || view->isAncestorOf(focus));
+    const bool other_has_focus = focus != nullptr && !has_focus && isAncestorOf(focus);
+    if (other_has_focus) {
+      const QColor base = colors.color(QPalette::Base);
+      const QColor mark = colors.color(QPalette::Highlight);
+      const auto mix = [](int a, int b) { return (a + 2 * b) / 3; };
+      colors.setColor(QPalette::Highlight,
+                      QColor(mix(mark.red(), base.red()), mix(mark.green(), base.green()),
+                             mix(mark.blue(), base.blue())));
+      colors.setColor(QPalette::HighlightedText, colors.color(QPalette::Text));
+    }
+    view->setPalette(colors);
+  }
 }
 
 void PVExplorer::MenuWanted(const QContextMenuEvent& event, bool in_list) {
@@ -227,7 +288,10 @@ void PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
   list_->SetBackgroundImage(address, tiled);
 }
 
-void PVExplorer::KeepFree(int width, int height) { setContentsMargins(0, 0, width, height); }
+void PVExplorer::KeepFree(int width, int height) {
+  setContentsMargins(0, 0, width, height);
+  refresh();
+}
 
 void PVExplorer::MarkOpen(const Folder& folder) {
   for (std::int32_t k = 0; k < folder.Children(); ++k) MarkOpen(folder.ChildAt(k));

@@ -92,6 +92,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void AddSongs(Folder& to, const std::vector<SongEntry>& songs);
   void Undo();
   void Redo();
+  /// Takes over the text of a folder that is being changed.
+  void CommitEditing();
 
   /// What a drag of the selected songs, or of a folder, carries; null for none.
   std::unique_ptr<ExplorerDrag> SongsToDrag();
@@ -122,9 +124,10 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// \param command see TreeCommand and ListCommand
   void CommandKey(int pane, int command);
   /// Files were dropped from another program.
-  void FilesDropped(const QStringList& paths, tallow::Folder* to);
+  /// \param paths in the bytes of the disk
+  void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
   /// Something could not be done, and why.
-  void Problem(const QString& text);
+  void Problem(const QStringList& lines);
 
  private:
   void CaptionChanged() override;
@@ -141,15 +144,18 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void MenuWanted(const QContextMenuEvent& event, bool in_list);
   void MenuAtSelection(bool in_list);
 
+  bool ListKeyPressed(const QKeyEvent& key);
+  void ShowFocus();
   bool MayCut(const Folder& folder, bool songs);
   void RefillList();
+  void AfterStep(const Jukebox::StepResult& result);
   void SongsAdded(const Folder& to, std::size_t before);
-  void ShowConcerned(Folder* folder);
   void Tell(JukeboxEdits::Result result);
   void MarkOpen(const Folder& folder);
   void DragOver(QDropEvent& event, Folder* to);
   void Drop(QDropEvent& event, Folder* to);
   bool CanDrop(const ExplorerDrag& drag, const Folder* to, bool copy) const;
+  Folder* FolderOfKey(std::uint32_t key) const;
   void TakeDrop(PVExplorer& source, Folder& from, bool songs, const std::vector<int>& rows,
                 Folder* to, bool copy);
 
@@ -160,8 +166,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
   SongListModel* songs_;
   FolderTreeView* tree_;
   SongListView* list_;
-  bool told_ = false;        ///< a folder has been told since a mouse button was last pressed
-  bool keep_place_ = false;  ///< the list is filled again where it is
+  bool told_ = false;           ///< a folder has been told since a mouse button was last pressed
+  bool came_by_click_ = false;  ///< a click has just brought the focus to the tree
+  bool keep_place_ = false;     ///< the list is filled again where it is
 };
 
 }  // namespace tallow

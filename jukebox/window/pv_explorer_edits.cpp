@@ -4,10 +4,9 @@
 
 #include <QDrag>
 #include <QDropEvent>
-#include <QFile>
+#include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
-#include <QUrl>
 
 #include "jukebox/special_folders.h"
 #include "jukebox/window/explorer_drag.h"
@@ -18,6 +17,35 @@
 #include "library/cls_main.h"
 
 namespace tallow {
+namespace {
+
+/// What hangs at the pointer during a drag: a few words.
+QPixmap PictureOfDrag(const QString& text, const QWidget& of) {
+  constexpr int kPadding = 6;
+  const QSize size =
+      of.fontMetrics().size(Qt::TextSingleLine, text) + QSize(2 * kPadding, kPadding);
+  QPixmap picture(size * of.devicePixelRatio());
+  picture.setDevicePixelRatio(of.devicePixelRatio());
+  picture.fill(of.palette().color(QPalette::Highlight));
+  QPainter painter(&picture);
+  painter.setFont(of.font());
+  painter.setPen(of.palette().color(QPalette::HighlightedText));
+  painter.drawText(QRect(QPoint(), size), Qt::AlignCenter, text);
+  return picture;
+}
+
+/// An arrow without a sign beside it, which would speak of a copy or a link.
+QPixmap PlainCursor() {
+  QPixmap cursor(16, 20);
+  cursor.fill(Qt::transparent);
+  QPainter painter(&cursor);
+  painter.setPen(Qt::white);
+  painter.setBrush(Qt::black);
+  painter.drawPolygon(QPolygon({{0, 0}, {0, 15}, {4, 11}, {7, 18}, {9, 17}, {6, 10}, {11, 10}}));
+  return cursor;
+}
+
+}  // namespace
 
 bool PVExplorer::MayCut(const Folder& folder, bool songs) {
   BeforeCutEvent event{folder, songs};
@@ -41,7 +69,7 @@ void PVExplorer::SongsAdded(const Folder& to, std::size_t before) {
 
 void PVExplorer::Tell(JukeboxEdits::Result result) {
   if (result == JukeboxEdits::Result::kTooDeep)
-    emit Problem(tr("Folders may lie at most %1 deep. Put this one further up.").arg(kMostLevel));
+    emit Problem({tr("Folders may lie at most %1 deep. Put this one further up.").arg(kMostLevel)});
 }
 
 void PVExplorer::CutSongs() {
@@ -100,33 +128,37 @@ void PVExplorer::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
   if (edits_.AddSongs(to, songs) == JukeboxEdits::Result::kDone) SongsAdded(to, before);
 }
 
-void PVExplorer::Undo() { ShowConcerned(jukebox_.Undo()); }
+void PVExplorer::Undo() { AfterStep(jukebox_.Undo()); }
 
-void PVExplorer::Redo() { ShowConcerned(jukebox_.Redo()); }
+void PVExplorer::Redo() { AfterStep(jukebox_.Redo()); }
 
-void PVExplorer::ShowConcerned(Folder* folder) {
-  if (folder != nullptr && folder != selectednode())
-    Select(*folder);
-  else if (selectednode() != nullptr)
+void PVExplorer::AfterStep(const Jukebox::StepResult& result) {
+  if (result.list_changed) {
     RefillList();
-  else if (jukebox_.Nodes().Children() > 0)
+    jukebox_.CountAsUnsorted();
+  }
+  if (result.concerned != nullptr && result.concerned != selectednode())
+    Select(*result.concerned);
+  else if (selectednode() == nullptr && jukebox_.Nodes().Children() > 0)
     Select(jukebox_.Nodes().ChildAt(0));
 }
+
+void PVExplorer::CommitEditing() { tree_->CommitEditing(); }
 
 std::unique_ptr<ExplorerDrag> PVExplorer::SongsToDrag() {
   Folder* const folder = selectednode();
   std::vector<int> rows = SelectedRows();
   if (folder == nullptr || rows.empty()) return nullptr;
-  QList<QUrl> files;
+  QByteArray files;
   for (const int row : rows) {
     const std::int32_t record = folder->Items()[static_cast<std::size_t>(row)].SubItem();
     if (record < 1 || record > library_.UBoundOfMp3Array()) continue;
     std::string path(library_.Mp3Info(kFileLocation, record));
     path += library_.Mp3Info(kFileName, record);
-    files.append(QUrl::fromLocalFile(QFile::decodeName(path.c_str())));
+    files += UriOfPath(path) + "\r\n";
   }
   auto drag = std::make_unique<ExplorerDrag>(*this, *folder, true, std::move(rows));
-  drag->setUrls(files);
+  drag->setData(QStringLiteral("text/uri-list"), files);
   return drag;
 }
 
@@ -142,13 +174,15 @@ void PVExplorer::SetUpDragging() {
                         Qt::DropActions actions) {
     if (carried == nullptr) return;
     auto* const drag = new QDrag(from);
+    drag->setPixmap(PictureOfDrag(carried->Description(), *from));
+    drag->setDragCursor(PlainCursor(), Qt::LinkAction);
     drag->setMimeData(carried.release());
     drag->exec(actions);
   };
-  // To another program songs are only ever copied: it would take the files away. Whether they move
-  // between folders is decided where they are dropped.
+  // To another program songs are only ever copied: it would take the files away. So inside the program a
+  // link stands for a move.
   connect(list_, &SongListView::DragWanted, this,
-          [=, this] { start(list_, SongsToDrag(), Qt::CopyAction); });
+          [=, this] { start(list_, SongsToDrag(), Qt::CopyAction | Qt::LinkAction); });
   connect(tree_, &FolderTreeView::DragWanted, this,
           [=, this] { start(tree_, FolderToDrag(), Qt::CopyAction | Qt::MoveAction); });
   connect(tree_, &FolderTreeView::DragsOver, this,
@@ -175,9 +209,12 @@ void PVExplorer::DragOver(QDropEvent& event, Folder* to) {
   bool takes = false;
   if (const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData())) {
     takes = CanDrop(*drag, to, copy);
-    event.setDropAction(copy || drag->IsSongs() ? Qt::CopyAction : Qt::MoveAction);
+    const bool copies = copy || (drag->IsSongs() && IsAllSongs(drag->From()));
+    event.setDropAction(copies            ? Qt::CopyAction
+                        : drag->IsSongs() ? Qt::LinkAction
+                                          : Qt::MoveAction);
   } else {
-    takes = to != nullptr && !DraggedFiles(*event.mimeData()).isEmpty();
+    takes = to != nullptr && !DraggedFiles(*event.mimeData()).empty();
     event.setDropAction(Qt::CopyAction);
   }
   event.setAccepted(takes);
@@ -187,18 +224,28 @@ void PVExplorer::Drop(QDropEvent& event, Folder* to) {
   DragOver(event, to);
   if (!event.isAccepted()) return;
   const bool copy = event.modifiers().testFlag(Qt::ControlModifier);
-  // Messages have to wait until the drag is over: it holds the mouse, here or in another program.
+  // Messages have to wait until the drag is over: it holds the mouse, here or in another program. What
+  // becomes of the folders meanwhile is not known, so they are looked for again.
+  const std::uint32_t to_key = to != nullptr ? to->Key() : 0;
   if (const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData())) {
-    QTimer::singleShot(0, this,
-                       [this, source = QPointer<PVExplorer>(drag->Source()), from = &drag->From(),
-                        songs = drag->IsSongs(), rows = drag->Rows(), to, copy] {
-                         if (source != nullptr) TakeDrop(*source, *from, songs, rows, to, copy);
-                       });
+    QTimer::singleShot(
+        0, this,
+        [this, source = QPointer<PVExplorer>(drag->Source()), from_key = drag->From().Key(),
+         songs = drag->IsSongs(), rows = drag->Rows(), to_key, copy] {
+          Folder* const from = source != nullptr ? source->FolderOfKey(from_key) : nullptr;
+          Folder* const to = FolderOfKey(to_key);
+          if (from != nullptr && (to != nullptr || to_key == 0))
+            TakeDrop(*source, *from, songs, rows, to, copy);
+        });
     return;
   }
-  QTimer::singleShot(0, this, [this, files = DraggedFiles(*event.mimeData()), to] {
-    emit FilesDropped(files, to);
+  QTimer::singleShot(0, this, [this, files = DraggedFiles(*event.mimeData()), to_key] {
+    if (Folder* const to = FolderOfKey(to_key)) emit FilesDropped(files, to);
   });
+}
+
+Folder* PVExplorer::FolderOfKey(std::uint32_t key) const {
+  return key != 0 ? jukebox_.Nodes().FindKey(key) : nullptr;
 }
 
 void PVExplorer::TakeDrop(PVExplorer& source, Folder& from, bool songs,
@@ -214,11 +261,16 @@ void PVExplorer::TakeDrop(PVExplorer& source, Folder& from, bool songs,
     const bool leaves = &source != this && !copy;
     if (leaves && shown != nullptr && beside != nullptr && from.Holds(*shown))
       source.Select(*beside);
+    const bool moves_shown = &source == this && !copy && shown != nullptr && from.Holds(*shown);
     Tell(edits_.DropFolder(source.edits_, from, to, copy));
     if (to != nullptr) tree_->expand(folders_->IndexOf(*to));
+    // The tree has lost it from sight on the way.
+    if (moves_shown) Select(*shown);
+    return;
   }
-  RefillList();
-  if (&source != this) source.RefillList();
+  // Only lists that have changed lose their selection.
+  if (selectednode() == to) RefillList();
+  if (!copy) source.RefillList();
 }
 
 }  // namespace tallow

@@ -38,8 +38,12 @@ int SongListModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant SongListModel::data(const QModelIndex& index, int role) const {
-  if (!index.isValid() || index.row() >= rows_) return {};
-  const SongEntry& entry = jukebox_.selectednode()->Items()[static_cast<std::size_t>(index.row())];
+  // The folder on show may hold fewer songs than the view was last told.
+  const Folder* const shown = jukebox_.selectednode();
+  if (!index.isValid() || shown == nullptr || index.row() >= rows_ ||
+      static_cast<std::size_t>(index.row()) >= shown->Items().size())
+    return {};
+  const SongEntry& entry = shown->Items()[static_cast<std::size_t>(index.row())];
   const auto rank = static_cast<std::size_t>(entry.Icon());
   if (index.column() == kKey)
     return role == Qt::DisplayRole ? QString::number(entry.SubItem()) : QVariant();

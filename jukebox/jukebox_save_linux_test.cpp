@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Saving where the system does not let it.
+#include <csignal>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+#include "jukebox/jukebox.h"
+#include "tests/as_nobody_linux.h"
+#include "tests/library_fixture.h"
+#include "util/file_system.h"
+
+namespace tallow {
+namespace {
+
+class FailingSave : public LibraryTest {
+ protected:
+  FailingSave() {
+    AddSong("/m/", "a.mp3");
+    Folder& folder = jukebox.Nodes().AddChild(nullptr, "a");
+    for (int k = 0; k < 5000; ++k) folder.Items().emplace_back(1, 2);
+    EXPECT_TRUE(jukebox.Save(Path(), library));
+    before = *ReadWholeFile(Path());
+    jukebox.Nodes().AddChild(nullptr, "changed");
+  }
+  std::string Path() const { return music / "mix.juk"; }
+
+  Jukebox jukebox;
+  std::string before;
+};
+
+TEST_F(FailingSave, AFolderThatMayNotBeWrittenIsSaid) {
+  std::filesystem::permissions(music.path(), std::filesystem::perms(0555));
+  {
+    const AsNobody nobody;
+    EXPECT_FALSE(jukebox.Save(Path(), library));
+  }
+  std::filesystem::permissions(music.path(), std::filesystem::perms(0755));
+  EXPECT_TRUE(jukebox.FileProblem().starts_with("The jukebox could not be saved. " + Path()))
+      << jukebox.FileProblem();
+  EXPECT_TRUE(
+      jukebox.FileProblem().ends_with(". Save it in another folder, or mend this and save again."));
+  EXPECT_EQ(ReadWholeFile(Path()), before);
+}
+
+/// No file may grow beyond a limit, which stops a writer half way as a full disk does.
+class FileSizeLimit {
+ public:
+  explicit FileSizeLimit(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &was_);
+    rlimit limit = was_;
+    limit.rlim_cur = bytes;
+    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    old_handler_ = std::signal(SIGXFSZ, SIG_IGN);
+  }
+  FileSizeLimit(const FileSizeLimit&) = delete;
+  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+  ~FileSizeLimit() {
+    setrlimit(RLIMIT_FSIZE, &was_);
+    std::signal(SIGXFSZ, old_handler_);
+  }
+
+ private:
+  rlimit was_{};
+  void (*old_handler_)(int);
+};
+
+TEST_F(FailingSave, ADiskThatIsFullHalfWayLeavesTheOldFile) {
+  for (const rlim_t room : {0, 1, 100, 5000}) {
+    {
+      const FileSizeLimit limit(room);
+      EXPECT_FALSE(jukebox.Save(Path(), library)) << room;
+    }
+    EXPECT_TRUE(jukebox.FileProblem().starts_with("The jukebox could not be saved. "));
+    EXPECT_EQ(ReadWholeFile(Path()), before);
+    EXPECT_TRUE(jukebox.DiffersFromFile());
+  }
+  // With room again it is saved.
+  EXPECT_TRUE(jukebox.Save(Path(), library));
+  Jukebox saved;
+  EXPECT_TRUE(saved.Load(Path(), library));
+  EXPECT_NE(saved.Nodes().Find("changed"), nullptr);
+}
+
+}  // namespace
+}  // namespace tallow
