@@ -57,6 +57,8 @@ CommandLine ParseCommandLine(std::span<const std::string> arguments) {
       line.help = true;
     } else if (argument == "--version") {
       line.version = true;
+    } else if (!argument.empty() && !argument.starts_with("-")) {
+      line.files.push_back(AbsolutePath(argument));
     } else {
       line.error = "'" + argument + "' is not an option of Tallow. tallow --help lists them.";
     }
@@ -65,9 +67,12 @@ CommandLine ParseCommandLine(std::span<const std::string> arguments) {
 }
 
 std::string HelpText() {
-  return "Usage: tallow [OPTION]...\n"
+  return "Usage: tallow [OPTION]... [FILE.juk]...\n"
          "Finds the MP3 files of this computer and arranges them in jukeboxes.\n"
          "\n"
+         "  FILE.juk               open this jukebox after the start; where Tallow runs already "
+         "with the\n"
+         "                         same application folder, there\n"
          "  --app-folder DIR       keep library, settings and jukeboxes in DIR; without this, in "
          "the\n"
          "                         program's own folder when it is writable, else in the user's "

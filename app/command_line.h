@@ -12,6 +12,7 @@ struct CommandLine {
   std::string
       application_folder;  ///< given folder, absolute, ends in a separator; empty: the usual one
   std::vector<std::string> drives;  ///< given folders, absolute; empty: the system's drives
+  std::vector<std::string> files;   ///< jukeboxes to open, absolute
   bool exit_after_startup = false;  ///< do the whole start-up without asking anything, then leave
   bool help = false;
   bool version = false;

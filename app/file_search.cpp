@@ -43,13 +43,13 @@ bool FileSearch::PauseAndTestForCancel() {
   return true;
 }
 
-void FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
+bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
   FileSearchRequest request{
       .AddToLibrary = true, .Folder = {}, .Pattern = std::string(kSongPattern)};
   if (!all_drives) {
     request.Folder = folder;
     WalkFolderTree(request);
-    return;
+    return true;
   }
   tallow_.found_tags.Clear();
   request.Recurse = true;
@@ -57,7 +57,7 @@ void FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
   while (!IsEndOfDriveList(list)) {
     const std::string root = NextDriveFromList(list);
     const std::string_view type = DescribeDriveType(drives_.TypeOf(root), root);
-    if (PauseAndTestForCancel()) return;
+    if (PauseAndTestForCancel()) return false;
     if (IsSplashLoaded()) {
       Report("Looking for Mp3s in " + root);
       progress_->Repaint();
@@ -67,10 +67,10 @@ void FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
       WalkFolderTree(request);
     }
   }
-  WalkLinkedFolders(request);
+  return WalkLinkedFolders(request);
 }
 
-void FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
+bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
   // A linked folder may hold further links, which join the end of the list.
   for (std::size_t k = 0; k < linked_.size(); ++k) {
     if (!drives_.MayFollow(linked_[k])) continue;
@@ -78,7 +78,7 @@ void FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
     if (!identity || visited_.contains(*identity)) continue;
     // It may be a whole disk, so it is announced and can be cancelled as one.
     const std::string folder = EnsureTrailingBackslash(RealPathOfFolder(linked_[k]));
-    if (PauseAndTestForCancel()) return;
+    if (PauseAndTestForCancel()) return false;
     if (IsSplashLoaded()) {
       Report("Looking for Mp3s in " + folder);
       progress_->Repaint();
@@ -86,6 +86,7 @@ void FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
     request.Folder = folder;
     WalkFolderTree(request);
   }
+  return true;
 }
 
 bool FileSearch::Visit(const TreeFolder& folder) {
@@ -115,6 +116,7 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
     reader.Take(*folder);
     if (!Visit(*folder)) return;
     reader.Enter(*folder);
+    if (IsSplashLoaded()) progress_->VisitFolder(folder->path);
     for (const SubfolderEntry& entry : folder->listing.subfolders)
       if (entry.linked) linked_.push_back(folder->path + entry.name);
     const auto total = static_cast<double>(AddListedFiles(request, folder->path, folder->listing));

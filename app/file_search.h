@@ -47,7 +47,8 @@ class FileSearch {
   /// \param all_drives true: walk every fixed disk, then the folders that were only met as links.
   ///                   False: search the folder without its subfolders
   /// \param folder     ignored when all drives are searched
-  void SearchDrivesForMp3s(bool all_drives, std::string_view folder);
+  /// \returns false when it was cancelled
+  bool SearchDrivesForMp3s(bool all_drives, std::string_view folder);
 
   /// The player search: beside the program and on the path where the platform has that, then in the
   /// tree of each fixed disk. The first find goes to the settings, which are saved; without a find,
@@ -83,7 +84,7 @@ class FileSearch {
   std::int64_t AddListedFiles(FileSearchRequest& request, const std::string& folder,
                               const FolderListing& listing);
   bool Visit(const TreeFolder& folder);
-  void WalkLinkedFolders(FileSearchRequest& request);
+  bool WalkLinkedFolders(FileSearchRequest& request);
   void StorePlayer(const std::string& path);
 
   Tallow& tallow_;

@@ -5,7 +5,9 @@
 
 #include <QGuiApplication>
 #include <QLabel>
+#include <QPushButton>
 #include <QScreen>
+#include <QTest>
 
 namespace tallow {
 namespace {
@@ -13,7 +15,31 @@ namespace {
 TEST(FrmSearching, SaysWhatGoesOn) {
   frmSearching window;
   EXPECT_EQ(window.objectName(), "frmSearching");
-  EXPECT_EQ(window.findChild<QLabel*>()->text(), "Searching to add new songs  . . . ");
+  EXPECT_EQ(window.findChild<QLabel*>("Label1")->text(), "Searching to add new songs  . . . ");
+  window.VisitFolder("/music/a/");
+  EXPECT_EQ(window.findChild<QLabel*>("lStatus")->text(), "/music/a/");
+  window.SetFound("Found 12 Mp3s");
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    window.YieldAfterSong();
+    return window.findChild<QLabel*>("lNoOfMP3Found")->text() == "Found 12 Mp3s";
+  }));
+  // Work without a folder leaves the last one there.
+  window.VisitFolder({});
+  EXPECT_EQ(window.findChild<QLabel*>("lStatus")->text(), "/music/a/");
+}
+
+TEST(FrmSearching, CancelIsToldOnceAndTheWindowStaysUntilTheSearchStops) {
+  int cancelled = 0;
+  frmSearching window([&] { ++cancelled; });
+  window.Load();
+  window.show();
+  auto* const button = window.findChild<QPushButton*>("cmdCancel");
+  EXPECT_EQ(button->text(), "Cancel");
+  button->click();
+  button->click();
+  EXPECT_EQ(cancelled, 1);
+  EXPECT_EQ(button->text(), "Stopping . . .");
+  EXPECT_TRUE(window.isVisible());
 }
 
 TEST(FrmSearching, StandsInTheMiddleOfTheScreen) {

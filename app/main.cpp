@@ -16,6 +16,8 @@
 #include "player/player_link.h"
 #include "ui/end_signals.h"
 #include "ui/frm_mdi_form1.h"
+#include "ui/message_box.h"
+#include "ui/single_program.h"
 #include "ui/start_up.h"
 
 namespace tallow {
@@ -28,6 +30,21 @@ bool HasDisplay() {
          !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
 }
 
+/// Leaves the work to the Tallow that runs already.
+int HandOver(SingleProgram& running, const std::string& folder, const CommandLine& line) {
+  // A start that is only to be tried has nothing to hand over.
+  if (!line.exit_after_startup && running.HandOver(line.files)) return 0;
+  const std::string text =
+      "The song library in " + folder + " is in use by another Tallow" +
+      (line.exit_after_startup ? "" : " that does not answer") +
+      ".\n\nClose that one, or wait until it has finished, and start Tallow again.";
+  if (line.exit_after_startup)
+    std::fprintf(stderr, "%s\n", text.c_str());
+  else
+    ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, nullptr);
+  return 1;
+}
+
 int Run(int argc, char** argv, const CommandLine& line) {
   if (!HasDisplay()) {
     if (!line.exit_after_startup) {
@@ -38,7 +55,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
   }
   QApplication application(argc, argv);
-  QApplication::setApplicationName(QStringLiteral("Tallow"));
+  QApplication::setOrganizationName(QStringLiteral("Tallow"));
+  QApplication::setApplicationName(QStringLiteral("tallow"));
   QApplication::setApplicationVersion(
       QStringLiteral("%1.%2").arg(kMajorVersion).arg(kMinorVersion));
   QApplication::setWindowIcon(QIcon(QStringLiteral(":/Custom/101")));
@@ -47,6 +65,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
 
   Tallow tallow(line.application_folder.empty() ? UsualApplicationFolder()
                                                 : line.application_folder);
+  SingleProgram single(tallow.application_folder);
+  if (!single.Lock()) return HandOver(single, tallow.application_folder, line);
   const std::unique_ptr<DriveList> drives =
       line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
   const std::unique_ptr<PlayerLink> player = SystemPlayerLink();
@@ -64,6 +84,9 @@ int Run(int argc, char** argv, const CommandLine& line) {
     // Not quit(), which would close the windows and so ask after all.
     QApplication::exit();
   });
+  QObject::connect(&single, &SingleProgram::FilesWanted, &frame,
+                   [&frame](const std::vector<std::string>& files) { frame.OpenFiles(files); });
+  frame.OpenFiles(line.files);
   return QApplication::exec();
 }
 

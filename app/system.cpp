@@ -39,8 +39,9 @@ bool Contains(const std::vector<std::string>& paths, const std::string& path) {
 System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
                std::function<std::string()> nearby)
     : tallow_(tallow), drives_(drives), windows_(windows), nearby_(std::move(nearby)) {
-  tallow_.search_all_drives = [this] {
-    FileSearch(tallow_, drives_, windows_.LoadedSplash()).SearchDrivesForMp3s(true, {});
+  tallow_.search_all_drives = [this](SearchProgress* progress) {
+    FileSearch search(tallow_, drives_, progress != nullptr ? progress : windows_.LoadedSplash());
+    return search.SearchDrivesForMp3s(true, {});
   };
   tallow_.search_for_player = [this] {
     windows_.ShowSplash();
@@ -232,7 +233,7 @@ void System::SearchForSongs() {
     library.CheckToSeeIfFilesAreMissingAndMakeFalse();
     old_count = library.UBoundOfMp3Array();
   }
-  tallow_.search_all_drives();
+  tallow_.search_all_drives(nullptr);
   windows_.ShowCancelButton(false);
   if (library.Mp3MainHasSomeMembers()) {
     bool sorted = false;

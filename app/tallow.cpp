@@ -12,7 +12,7 @@ Tallow::Tallow(std::string application_folder_)
       settings_path(SettingsPath(application_folder)),
       library(library_settings_,
               [this] {
-                if (search_all_drives) search_all_drives();
+                if (search_all_drives) search_all_drives(nullptr);
               }),
       unsaved(SystemFolder(application_folder)) {}
 

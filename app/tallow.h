@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/cls_ini.h"
+#include "app/search_progress.h"
 #include "app/unsaved_jukeboxes.h"
 #include "jukebox/jukebox_clipboard.h"
 #include "library/cls_main.h"
@@ -46,8 +47,9 @@ class Tallow {
 
  public:
   clsMain library;
-  /// Runs the song search over all fixed disks; set by whoever knows the drives.
-  std::function<void()> search_all_drives;
+  /// Runs the song search over all fixed disks; set by whoever knows the drives. Takes where to report, null
+  /// for the splash window, and returns false when it was cancelled.
+  std::function<bool(SearchProgress*)> search_all_drives;
   /// Runs the player search in a splash window of its own; set by whoever knows the drives.
   std::function<void()> search_for_player;
 

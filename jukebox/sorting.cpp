@@ -116,7 +116,7 @@ class Filing {
 /// Files the songs that one jukebox does not have yet; returns false when the library has no songs
 /// at all.
 bool FillJukebox(int mode, Jukebox& jukebox, const clsMain& library, const TagCache* found_tags,
-                 std::vector<std::string>& problems) {
+                 const std::function<void()>& filed, std::vector<std::string>& problems) {
   FolderTree& tree = jukebox.Nodes();
   Folder* const all_songs = tree.Find(kAllSongs);
   jukebox.IsFormDirty(true);
@@ -138,7 +138,10 @@ bool FillJukebox(int mode, Jukebox& jukebox, const clsMain& library, const TagCa
   Filing filing(jukebox, library, problems);
   ReadAhead(
       rows.size(), kTagsAtOnce, [&](std::size_t k) { return TagOf(library, rows[k], found_tags); },
-      [&](std::size_t k, const TagBlock& block) { filing.File(rows[k], block); });
+      [&](std::size_t k, const TagBlock& block) {
+        filing.File(rows[k], block);
+        if (filed) filed();
+      });
   jukebox.ListRefilled(library);
   return true;
 }
@@ -149,7 +152,8 @@ FilingError::FilingError(std::vector<std::string> problems)
     : std::runtime_error(problems.front()), problems_(std::move(problems)) {}
 
 void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
-                          std::span<Jukebox* const> windows, const TagCache* found_tags) {
+                          std::span<Jukebox* const> windows, const TagCache* found_tags,
+                          const std::function<void()>& filed) {
   if (!skip_sort) {
     bool sorted = false;
     library.Sort(true, false, kRecordNumber, sorted);
@@ -157,7 +161,7 @@ void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, cl
   std::vector<std::string> problems;
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
     if (!caption.empty() && (*window)->Caption() != caption) continue;
-    if (!FillJukebox(mode, **window, library, found_tags, problems)) break;
+    if (!FillJukebox(mode, **window, library, found_tags, filed, problems)) break;
   }
   if (!problems.empty()) throw FilingError(std::move(problems));
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -48,11 +49,13 @@ enum FillMode : int {
 /// \param windows   the open jukeboxes, in the order they were opened; the last is visited first
 /// \param found_tags tags that are known already, sealed; null for none. The others are read from
 ///         the files
+/// \param filed     is called after each song; may be empty
 /// \throws FilingError after all songs are filed: songs whose tag has a year that is no number
 ///         (they lie in no year and no decade folder), entries of "All Songs" whose number the
 ///         library has not
 void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
-                          std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr);
+                          std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr,
+                          const std::function<void()>& filed = {});
 
 /// Marks the songs to be filed: those present whose number no entry of a folder has.
 ///

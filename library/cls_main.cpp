@@ -65,7 +65,8 @@ std::string clsMain::LibraryPath() const {
   return settings_.LocOfGroupingDir() + std::string(kLibraryFileName);
 }
 
-void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse() {
+void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(
+    const std::function<void(std::string_view folder)>& visit) {
   std::vector<FolderRows> folders;
   std::unordered_map<std::string_view, std::size_t> index;
   std::vector<char> present(static_cast<std::size_t>(table_.rows()), 0);
@@ -81,6 +82,7 @@ void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse() {
       [&](std::size_t k, const std::vector<char>& found) {
         for (std::size_t s = 0; s < found.size(); ++s)
           present[static_cast<std::size_t>(folders[k].rows[s] - 1)] = found[s];
+        if (visit) visit(folders[k].folder);
       });
   for (std::int32_t row = 1; row <= table_.rows(); ++row) {
     if (present[static_cast<std::size_t>(row - 1)]) continue;
@@ -89,7 +91,8 @@ void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse() {
   }
 }
 
-bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories() {
+bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(
+    const std::function<bool(std::string_view folder)>& go_on) {
   std::int32_t old_count = UBoundOfMp3Array();
   if (settings_.NumerOfRecordsInTheMain() < 1) {
     search_all_drives_();
@@ -106,6 +109,7 @@ bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories() {
     return false;
   }
   const std::vector<std::string> folders = RememberedFolders();
+  bool stopped = false;
   // A file that is known and present would only be taken out again as the copy of itself. Where names
   // differ in case alone, copies can hide from each other and stay, so they are not added at all.
   KnownSongs known;
@@ -116,7 +120,9 @@ bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories() {
       folders.size(), kFoldersAtOnce,
       [&](std::size_t k) { return ListFolder(folders[k], {.pattern = kSongPattern}); },
       [&](std::size_t k, const FolderListing& listing) {
+        if (stopped) return;
         AddMp3FilesOfOneFolder(folders[k], listing, known);
+        stopped = go_on && !go_on(folders[k]);
       });
   DeleteIdenticalFileNamesAndPaths(old_count);
   return false;

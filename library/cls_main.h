@@ -48,7 +48,10 @@ class clsMain {
   /// Blanks every row whose file is gone: flag, folder and name become "0". A row whose flag is not
   /// "1" is blanked too, so a song once missing stays missing for good; its file, come back, is
   /// found as a new song.
-  void CheckToSeeIfFilesAreMissingAndMakeFalse();
+  ///
+  /// \param visit is told each folder that has been looked at; may be empty
+  void CheckToSeeIfFilesAreMissingAndMakeFalse(
+      const std::function<void(std::string_view folder)>& visit = {});
 
   /// Adds every MP3 file of the remembered folders that is not known as present as a new song of rank
   /// "2", then takes the copies of known songs out again. With no library yet, searches all drives instead.
@@ -56,8 +59,10 @@ class clsMain {
   /// A list of folders that cannot be read is written anew from the library; where that fails too, the
   /// songs' own folders serve as the list.
   ///
+  /// \param go_on is told each folder that has been looked at, and whether to look at more; may be empty
   /// \returns always false
-  bool AddAnyAdditionalMp3FromTheNormalDirectories();
+  bool AddAnyAdditionalMp3FromTheNormalDirectories(
+      const std::function<bool(std::string_view folder)>& go_on = {});
 
   /// Removes every song whose name a song with a lower record number has (see RemoveDuplicates),
   /// sorts by record number, and when rows were added, numbers the added ones by their row and

@@ -128,11 +128,12 @@ TEST_F(ClsMain, AFolderListThatIsGoneIsWrittenAnew) {
 
 TEST_F(ClsMain, WithoutALibraryAllDrivesAreSearched) {
   int searches = 0;
-  tallow.search_all_drives = [&] {
+  tallow.search_all_drives = [&](SearchProgress*) {
     ++searches;
     AddSong("/b/", "two.mp3");
     AddSong("/a/", "one.mp3");
     AddSong("/c/", "one.mp3");
+    return true;
   };
   tallow.settings.NumerOfRecordsInTheMain(0);
   EXPECT_FALSE(library.AddAnyAdditionalMp3FromTheNormalDirectories());
@@ -145,7 +146,7 @@ TEST_F(ClsMain, WithoutALibraryAllDrivesAreSearched) {
 }
 
 TEST_F(ClsMain, ASearchWithoutAFindChangesNothing) {
-  tallow.search_all_drives = [] {};
+  tallow.search_all_drives = [](SearchProgress*) { return true; };
   library.AddAnyAdditionalMp3FromTheNormalDirectories();
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
   EXPECT_FALSE(FileExists(LibraryPath()));

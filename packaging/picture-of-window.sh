@@ -10,6 +10,11 @@ picture=$1
 shift
 . "$(dirname "$0")/virtual-display.sh"
 unset QT_QPA_PLATFORM
+# No tip at start, which would lie before the window.
+XDG_CONFIG_HOME=$(mktemp -d)
+export XDG_CONFIG_HOME
+mkdir -p "$XDG_CONFIG_HOME/Tallow"
+printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$XDG_CONFIG_HOME/Tallow/tallow.conf"
 openbox > /dev/null 2>&1 &
 processes+=($!)
 # A window that is opened while the window manager starts may never be shown.

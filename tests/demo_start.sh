@@ -13,7 +13,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 
 mkdir -p "$folder"
 "$here/../packaging/make-demo-collection.sh" "$folder/music"
-rm -rf "$folder/app"
+rm -rf "$folder/app" "$folder/config"
 mkdir -p "$folder/app"
 
 # The program with a player beside it that makes no noise.
@@ -29,6 +29,10 @@ program=$folder/bin/tallow
 XDG_RUNTIME_DIR=$(mktemp -d)
 trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
 export XDG_RUNTIME_DIR DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
+# No tip at start, which would wait for its user; options of nobody else.
+export XDG_CONFIG_HOME=$folder/config
+mkdir -p "$XDG_CONFIG_HOME/Tallow"
+printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$XDG_CONFIG_HOME/Tallow/tallow.conf"
 export QT_QPA_PLATFORM=xcb QT_PLUGIN_PATH="$plugins" QT_QPA_GENERIC_PLUGINS=tallowprobe
 
 for start in first second; do

@@ -7,11 +7,13 @@ add_executable(tallow_core_tests
   app/drive_list_test.cpp
   app/file_search_test.cpp
   app/initial_jukebox_test.cpp
+  app/new_songs_test.cpp
   app/runtime_file_test.cpp
   app/system_opening_test.cpp
   app/system_recovery_test.cpp
   app/system_test.cpp
   app/take_files_test.cpp
+  app/tip_list_test.cpp
   app/unsaved_jukeboxes_test.cpp
   jukebox/category_index_test.cpp
   jukebox/edit_history_test.cpp

@@ -12,9 +12,14 @@ add_executable(tallow_window_tests
   player/frm_main_winamp_test.cpp
   ui/closing_test.cpp
   ui/display_text_test.cpp
+  ui/frame_menus_test.cpp
+  ui/frm_find_test.cpp
+  ui/frm_help_test.cpp
   ui/frm_mdi_form1_test.cpp
   ui/frm_picture_test.cpp
+  ui/frm_tip_test.cpp
   ui/message_box_test.cpp
+  ui/single_program_test.cpp
   ui/start_up_test.cpp)
 target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
 if(NOT WIN32)

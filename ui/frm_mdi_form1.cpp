@@ -5,16 +5,19 @@
 #include <exception>
 #include <utility>
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QMenuBar>
 #include <QScreen>
+#include <QSettings>
 #include <QStatusBar>
 #include <QStringList>
 #include <QTimer>
 
+#include "app/frm_searching.h"
 #include "app/initial_jukebox.h"
 #include "app/tallow.h"
 #include "jukebox/sorting.h"
@@ -24,6 +27,9 @@
 #include "ui/common_dialog.h"
 #include "ui/display_text.h"
 #include "ui/file_menu.h"
+#include "ui/frame_menus.h"
+#include "ui/frame_toolbar.h"
+#include "ui/frm_help.h"
 #include "ui/frm_picture.h"
 #include "ui/jukebox_documents.h"
 #include "ui/message_box.h"
@@ -39,6 +45,10 @@ constexpr QSize kLeastSize(480, 320);
 /// Of a jukebox window that no longer fills the frame, and how far it lies from the one before, in pixels.
 constexpr QSize kJukeboxSize(760, 480);
 constexpr int kCascadeStep = 28;
+
+/// Where the window stood and how its toolbar lay, among the user's options.
+const QString kGeometryOption = QStringLiteral("Window/Geometry");
+const QString kStateOption = QStringLiteral("Window/State");
 
 /// How often unsaved changes are kept, in ms.
 constexpr int kKeepUnsavedEvery = 60 * 1000;
@@ -115,7 +125,6 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
           link, [this] { return tallow_.settings.LocOfWinAmpExe(); }, show_),
       play_commands_(tallow, *this),
       area_(new QMdiArea(this)),
-      file_menu_(new FileMenu(this)),
       document_windows_(std::make_unique<Documents>(*this)),
       documents_(std::make_unique<JukeboxDocuments>(tallow, *document_windows_)) {
   setObjectName(QStringLiteral("frmMDIForm1"));
@@ -130,27 +139,31 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   setMinimumSize(kLeastSize);
   // A large scale makes a screen small.
   resize(kFirstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
-  SetUpFileMenu();
+  SetUpMenus();
+  setProperty(kHelpPage, QStringLiteral("windows"));
+  qApp->installEventFilter(this);
+  const QSettings options;
+  restoreGeometry(options.value(kGeometryOption).toByteArray());
+  restoreState(options.value(kStateOption).toByteArray());
   auto* const keep = new QTimer(this);
   keep->setObjectName(QStringLiteral("KeepUnsavedTimer"));
   connect(keep, &QTimer::timeout, this, &frmMDIForm1::KeepUnsavedChanges);
   keep->start(kKeepUnsavedEvery);
 }
 
-frmMDIForm1::~frmMDIForm1() { tallow_.settings.SetMenuUpdate({}); }
+frmMDIForm1::~frmMDIForm1() {
+  qApp->removeEventFilter(this);
+  tallow_.settings.SetMenuUpdate({});
+}
 
-void frmMDIForm1::SetUpFileMenu() {
-  menuBar()->addMenu(file_menu_);
-  connect(file_menu_, &FileMenu::New, this, &frmMDIForm1::NewJukebox);
-  connect(file_menu_, &FileMenu::Open, this, [this] { documents_->Open(); });
-  connect(file_menu_, &FileMenu::CloseChild, this, [this] {
-    if (QMdiSubWindow* const active = area_->currentSubWindow()) active->close();
-  });
-  connect(file_menu_, &FileMenu::Save, this, &frmMDIForm1::SaveDatForm);
-  connect(file_menu_, &FileMenu::SaveAs, this, [this] { documents_->SaveAs(); });
-  connect(file_menu_, &FileMenu::Exit, this, &QWidget::close);
+void frmMDIForm1::SetUpMenus() {
+  file_menu_ = AddFrameMenus(*menuBar(), [this](FrameCommand command) { Run(command); });
   connect(file_menu_, &FileMenu::OpenRecent, this,
           [this](int element) { documents_->OpenRecent(element); });
+  KeepWindowList(*menuBar()->findChild<QMenu*>(QStringLiteral("mnuWindowList")), *area_);
+  toolbar_ = AddFrameToolbar(*this, [this](FrameCommand command, bool checks) {
+    if (!checks || play_commands_.CheckPlayer()) Run(command);
+  });
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
   UpdateTheMenuControlArray();
 }
@@ -219,6 +232,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
                 !now.testFlag(Qt::WindowMinimized))
               RestoreJukeboxes();
           });
+  window->setProperty(kHelpPage, QStringLiteral("jukebox"));
   connect(window, &frmMain::Problem, this, [this](const QStringList& lines) {
     std::vector<std::string> texts;
     for (const QString& line : lines) texts.push_back(line.toStdString());
@@ -243,6 +257,7 @@ void frmMDIForm1::ChangeBackgroundPicture() {
           WindowOf(**jukebox)->PVExplorer1().SetBackgroundImage(address, tiled);
       },
       {}, this);
+  dialog.setProperty(kHelpPage, QStringLiteral("picture"));
   dialog.exec();
 }
 
@@ -342,6 +357,7 @@ void frmMDIForm1::OpenPanel() {
   auto* const panel = new frmMainWinamp(tallow_, player_, show_);
   panel_ = area_->addSubWindow(panel);
   panel_->setAttribute(Qt::WA_DeleteOnClose);
+  panel->setProperty(kHelpPage, QStringLiteral("playing"));
   // Jukeboxes fill the frame; the panel would be lost behind them.
   panel_->setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                          Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
@@ -369,6 +385,12 @@ void frmMDIForm1::KeepPanelInside(QSize before) {
 }
 
 bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
+  // F1 is asked for in whatever window has the keyboard, dialogs too.
+  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1 &&
+      watched == QApplication::focusWidget()) {
+    ShowHelpPage(HelpPageOf(QApplication::focusWidget()));
+    return true;
+  }
   if (watched == area_->viewport() && event->type() == QEvent::Resize)
     KeepPanelInside(static_cast<QResizeEvent*>(event)->oldSize());
   return QMainWindow::eventFilter(watched, event);
@@ -392,6 +414,9 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
   for (QMdiSubWindow* const sub : windows)
     if (qobject_cast<frmMain*>(sub->widget()) != nullptr) sub->close();
   ClosePlayerPanel();
+  QSettings options;
+  options.setValue(kGeometryOption, saveGeometry());
+  options.setValue(kStateOption, saveState());
   event->accept();
 }
 

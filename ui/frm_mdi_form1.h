@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,11 +9,15 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include "app/new_songs.h"
 #include "jukebox/play_commands.h"
+#include "jukebox/window/pop_up_menus.h"
 #include "player/winamp_control.h"
+#include "ui/frame_commands.h"
 
 class QMdiArea;
 class QMdiSubWindow;
+class QToolBar;
 
 namespace tallow {
 
@@ -20,11 +25,14 @@ class FileMenu;
 class Jukebox;
 class JukeboxDocuments;
 class Tallow;
+class frmFind;
+class frmHelp;
 class frmMain;
 class frmMainWinamp;
+class frmSearching;
 
 /// The frame window: holds the window of each open jukebox and the player panel.
-class frmMDIForm1 : public QMainWindow, private PlayWindows {
+class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWindows {
   Q_OBJECT
 
  public:
@@ -49,7 +57,13 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
   frmMain* WindowOf(const Jukebox& jukebox) const;
 
   /// Says something in the status bar: the first line, with all of them as its tool tip.
-  void Notice(const std::vector<std::string>& lines);
+  void Notice(const std::vector<std::string>& lines) override;
+
+  /// Opens jukebox files, and brings the window to the front.
+  void OpenFiles(const std::vector<std::string>& paths);
+
+  /// Shows the tip window, which may decide to stay away unless it was asked for.
+  void ShowTip(bool asked_for);
 
   /// Keeps what is not saved of the open jukeboxes, in case the program does not come to its end. The frame
   /// does so itself every minute.
@@ -68,15 +82,29 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
   /// The frame as the commands on jukebox files see it.
   class Documents;
 
-  void SetUpFileMenu();
+  void SetUpMenus();
+  void Run(FrameCommand command);
+  frmMain* ActiveJukeboxWindow() const;
+  void SendNodeCommand(int pane, int item);
+  void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
+  void ShowFind();
+  void ShowAbout();
+  void ShowHelp();
+  void ShowHelpPage(const QString& page);
   void NewJukebox();
   bool IsOpenTwice(const Jukebox& jukebox) const;
   void PlaceInside(QMdiSubWindow& sub, int number) const;
   void RestoreJukeboxes();
+  void ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange);
   void ChangeBackgroundPicture();
   QMdiSubWindow* LastActiveJukebox() const;
 
+  // Both kinds of commands need some of these.
   MessageAnswer Show(const Message& message) override;
+  SearchProgress& ShowSearching() override;
+  void UnloadSearching() override;
+  Jukebox* ActiveJukebox() override;
+  std::span<Jukebox* const> AllJukeboxes() override;
   void ShowStatus(const std::string& text) override;
   void EnableFrame(bool enabled) override;
   void PlayOnPanel() override;
@@ -91,7 +119,12 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows {
   PlayCommands play_commands_;
   QMdiArea* area_;
   QPointer<QMdiSubWindow> panel_;  ///< holds the player panel
-  FileMenu* file_menu_;
+  FileMenu* file_menu_ = nullptr;
+  QToolBar* toolbar_ = nullptr;
+  frmFind* find_ = nullptr;  ///< once it was shown
+  QPointer<frmHelp> help_;
+  std::unique_ptr<frmSearching> searching_;
+  std::vector<Jukebox*> open_;
   std::unique_ptr<Documents> document_windows_;
   std::unique_ptr<JukeboxDocuments> documents_;
   int jukebox_windows_ = 0;  ///< made so far

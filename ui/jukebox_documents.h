@@ -58,6 +58,8 @@ class JukeboxDocuments {
 
   /// Asks for a file and opens it in a new window.
   void Open();
+  /// Opens a file in a new window, unless it is open.
+  void OpenUnlessOpen(const std::string& path);
   /// Opens a recent file.
   /// \param element 1 last, 2 second to last, 3 third to last; others do nothing
   void OpenRecent(int element);
@@ -70,7 +72,6 @@ class JukeboxDocuments {
 
  private:
   void OpenFile(const std::string& path);
-  void OpenUnlessOpen(const std::string& path);
   bool SaveTo(Jukebox& jukebox, const std::string& path);
   void Remember(const std::string& path);
 

@@ -110,7 +110,7 @@ void StartUp::OpenInTextEditor(const std::string& path) {
 }
 
 void StartUp::ShowTip() {
-  // The tip window comes with its own menu command; until then there is no tip to show.
+  if (!silent_) frame_.ShowTip(false);
 }
 
 RuntimeFile QtsRuntimeFile() {

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The windows, the program itself, and their tests.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Test)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Svg Network Test)
 
 set(CMAKE_AUTOMOC ON)
 set(CMAKE_AUTORCC ON)
@@ -11,6 +11,7 @@ add_library(tallow_ui OBJECT
   app/frm_splash.cpp
   app/picture_resource.cpp
   app/resources/custom.qrc
+  docs/manual/manual.qrc
   jukebox/window/explorer_drag.cpp
   jukebox/window/folder_tree_model.cpp
   jukebox/window/folder_tree_view.cpp
@@ -26,18 +27,31 @@ add_library(tallow_ui OBJECT
   player/frm_main_winamp.cpp
   ui/common_dialog.cpp
   ui/display_text.cpp
+  ui/edit_in_text.cpp
   ui/end_signals_${platform}.cpp
   ui/file_menu.cpp
+  ui/frame_menus.cpp
+  ui/frame_pictures.cpp
+  ui/frame_toolbar.cpp
+  ui/frm_find.cpp
+  ui/frm_help.cpp
   ui/frm_mdi_form1.cpp
+  ui/frm_mdi_form1_commands.cpp
   ui/frm_picture.cpp
+  ui/frm_tip.cpp
+  ui/local_server_folder_${platform}.cpp
   ui/message_box.cpp
-  ui/start_up.cpp)
-target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets)
+  ui/pictures/pictures.qrc
+  ui/single_program.cpp
+  ui/start_up.cpp
+  ui/window_arrangement.cpp)
+target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets Qt6::Svg Qt6::Network)
 
 add_executable(tallow app/main.cpp)
 target_link_libraries(tallow PRIVATE tallow_ui)
 # What the check for a runtime file opens when the file is missing.
 configure_file(README.md ${CMAKE_BINARY_DIR}/readme.txt COPYONLY)
+configure_file(TIPOFDAY.TXT ${CMAKE_BINARY_DIR}/TIPOFDAY.TXT COPYONLY)
 # The player is looked for beside the program.
 if(NOT WIN32)
   add_dependencies(tallow tallow-player)

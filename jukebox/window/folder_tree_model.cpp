@@ -3,18 +3,16 @@
 
 #include <utility>
 
-#include <QApplication>
-#include <QStyle>
-
 #include "jukebox/special_folders.h"
 #include "ui/display_text.h"
+#include "ui/frame_pictures.h"
 
 namespace tallow {
 
 FolderTreeModel::FolderTreeModel(FolderTree& tree, QObject* parent)
     : QAbstractItemModel(parent), tree_(tree) {
-  images_[kClosedFolder] = QApplication::style()->standardIcon(QStyle::SP_DirClosedIcon);
-  images_[kOpenFolder] = QApplication::style()->standardIcon(QStyle::SP_DirOpenIcon);
+  images_[kClosedFolder] = FramePicture("folder-closed");
+  images_[kOpenFolder] = FramePicture("folder-open");
   tree_.SetObserver(this);
 }
 

@@ -98,6 +98,7 @@ void frmMain::SortList() {
 }
 
 void frmMain::ActOnPopUpClick(int item, int pane, Folder* node) {
+  emit PopUpClick(item, pane);
   if (pane == kTreePane) ActOnTree(item, node);
   if (pane == kListPane && node != nullptr) ActOnList(item, *node);
 }

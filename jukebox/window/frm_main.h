@@ -62,6 +62,8 @@ class frmMain : public QWidget {
   void PlaySongs(std::vector<std::int32_t> songs);
   /// Something went wrong that the user should read.
   void Problem(const QStringList& lines);
+  /// A command of a pop-up menu is about to run, wherever it came from.
+  void PopUpClick(int item, int pane);
   /// The dialog of the background picture is wanted.
   void ChangeBackgroundPicture();
 

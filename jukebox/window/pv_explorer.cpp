@@ -65,6 +65,7 @@ PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboar
   setChildrenCollapsible(false);
   const int character = fontMetrics().averageCharWidth();
   setSizes({kTreeCharacters * character, 2 * kTreeCharacters * character});
+  setFocusProxy(tree_);
   jukebox_.SetView(this);
 }
 
@@ -278,6 +279,12 @@ void PVExplorer::SetUpList() {
 void PVExplorer::Select(const Folder& folder) {
   tree_->setCurrentIndex(folders_->IndexOf(folder));
   tree_->scrollTo(folders_->IndexOf(folder));
+}
+
+void PVExplorer::SelectSong(const Folder& folder, int row) {
+  if (&folder != selectednode()) Select(folder);
+  // Showing the folder may have taken out songs whose files are gone.
+  if (row < list_->model()->rowCount()) list_->SelectRows(row, row);
 }
 
 void PVExplorer::EditText(const Folder& folder) { tree_->edit(folders_->IndexOf(folder)); }

@@ -50,6 +50,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
 
   /// Selects a folder in the tree, as a click on it does.
   void Select(const Folder& folder);
+  /// Shows a folder, selects one of its songs and scrolls it into view.
+  /// \param row its place in the list, from 0
+  void SelectSong(const Folder& folder, int row);
   /// Lets the user type another text for a folder.
   void EditText(const Folder& folder);
   /// Opens all folders of the tree.

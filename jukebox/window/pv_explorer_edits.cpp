@@ -209,7 +209,8 @@ void PVExplorer::DragOver(QDropEvent& event, Folder* to) {
   bool takes = false;
   if (const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData())) {
     takes = CanDrop(*drag, to, copy);
-    const bool copies = copy || (drag->IsSongs() && IsAllSongs(drag->From()));
+    // Only a drag that can be dropped has folders that are there for sure.
+    const bool copies = copy || (takes && drag->IsSongs() && IsAllSongs(drag->From()));
     event.setDropAction(copies            ? Qt::CopyAction
                         : drag->IsSongs() ? Qt::LinkAction
                                           : Qt::MoveAction);

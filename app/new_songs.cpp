@@ -1,0 +1,162 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/new_songs.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include "app/tallow.h"
+#include "jukebox/jukebox.h"
+#include "jukebox/sorting.h"
+#include "util/number.h"
+
+namespace tallow {
+namespace {
+
+std::int32_t MissingSongs(const clsMain& library) {
+  std::int32_t missing = 0;
+  for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
+    if (NumericValue(library.Mp3Info(kFileIsThere, row)) == 0) ++missing;
+  return missing;
+}
+
+/// One run of the command.
+class Search {
+ public:
+  Search(Tallow& tallow, NewSongsWindows& windows)
+      : tallow_(tallow), library_(tallow.library), windows_(windows) {}
+
+  void Run(NewSongsPlace place) {
+    tallow_.SearchCancelled = false;
+    progress_ = &windows_.ShowSearching();
+    windows_.EnableFrame(false);
+    const std::int32_t missing = MissingSongs(library_);
+    const std::int32_t before = library_.UBoundOfMp3Array();
+    try {
+      if (place == NewSongsPlace::kUsualFolders)
+        SearchUsualFolders();
+      else
+        SearchWholeComputer();
+    } catch (const std::exception& error) {
+      failure_ = error.what();
+    }
+    End();
+    Tell(std::max(0, library_.UBoundOfMp3Array() - before), MissingSongs(library_) - missing);
+  }
+
+ private:
+  /// Says what is being looked at and lets the windows live.
+  /// \returns whether to go on
+  bool GoOn(std::string_view folder) {
+    progress_->VisitFolder(folder);
+    if (!tallow_.SearchCancelled) return true;
+    was_cancelled_ = true;
+    return false;
+  }
+
+  void MarkMissing() {
+    library_.CheckToSeeIfFilesAreMissingAndMakeFalse(
+        [this](std::string_view folder) { progress_->VisitFolder(folder); });
+  }
+
+  void SearchUsualFolders() {
+    const std::int32_t before = library_.UBoundOfMp3Array();
+    if (tallow_.settings.NumerOfRecordsInTheMain() == 0) {
+      SearchWholeComputer();
+    } else {
+      MarkMissing();
+      library_.AddAnyAdditionalMp3FromTheNormalDirectories(
+          [this](std::string_view folder) { return GoOn(folder); });
+    }
+    FileSongsFrom(before);
+  }
+
+  void SearchWholeComputer() {
+    const std::int32_t before = library_.UBoundOfMp3Array();
+    if (tallow_.settings.NumerOfRecordsInTheMain() != 0) {
+      MarkMissing();
+      std::int32_t known = library_.UBoundOfMp3Array();
+      SearchDrives();
+      library_.DeleteIdenticalFileNamesAndPaths(known);
+      library_.WriteOutMp3DirectoryLocations();
+    } else {
+      SearchDrives();
+      if (library_.Mp3MainHasSomeMembers()) {
+        bool sorted = false;
+        library_.Sort(true, true, kFileName, sorted);
+        std::int32_t none = 0;
+        library_.DeleteIdenticalFileNamesAndPaths(none);
+        library_.RenumberBasedOnArrayNumber();
+        // What could not be saved must not be loaded over what was found.
+        if (library_.Save()) library_.LoadMain();
+        library_.WriteOutMp3DirectoryLocations();
+      }
+    }
+    FileSongsFrom(before);
+  }
+
+  void SearchDrives() {
+    if (tallow_.search_all_drives) was_cancelled_ = !tallow_.search_all_drives(progress_);
+  }
+
+  void FileSongsFrom(std::int32_t before) {
+    Jukebox* const jukebox = windows_.ActiveJukebox();
+    if (library_.UBoundOfMp3Array() > before && jukebox != nullptr) {
+      tallow_.found_tags.Seal();
+      try {
+        FillAutomaticFolders(kFillNewToo, false, jukebox->Caption(), library_,
+                             windows_.AllJukeboxes(), &tallow_.found_tags,
+                             [this] { progress_->VisitFolder({}); });
+      } catch (const FilingError& error) {
+        problems_ = error.problems();
+      }
+    }
+    tallow_.found_tags.Clear();
+    bool sorted = false;
+    library_.Sort(true, false, kRecordNumber, sorted);
+  }
+
+  void End() {
+    windows_.UnloadSearching();
+    windows_.EnableFrame(true);
+    tallow_.SearchCancelled = false;
+    tallow_.found_tags.Clear();
+  }
+
+  void Tell(std::int32_t new_songs, std::int32_t missing) {
+    // What has gone is no longer shown.
+    if (missing != 0)
+      for (Jukebox* const jukebox : windows_.AllJukeboxes()) jukebox->ListRefilled(library_);
+    std::string line = std::to_string(new_songs) +
+                       (new_songs == 1 ? " new song, " : " new songs, ") + std::to_string(missing) +
+                       " missing";
+    if (was_cancelled_) line += ". The search was cancelled; what it had looked at is complete.";
+    std::vector<std::string> lines{std::move(line)};
+    lines.insert(lines.end(), problems_.begin(), problems_.end());
+    if (!library_.SaveError().empty())
+      lines.insert(lines.begin(), "The song library could not be saved: " + library_.SaveError());
+    windows_.Notice(lines);
+    if (!failure_.empty())
+      windows_.Show(
+          {.text = "The search for new songs could not be finished. " + failure_ +
+                   "\n\nWhat was found until then is kept. Look whether the disks are all "
+                   "there, and search again.",
+           .icon = MessageIcon::kCritical});
+  }
+
+  Tallow& tallow_;
+  clsMain& library_;
+  NewSongsWindows& windows_;
+  SearchProgress* progress_ = nullptr;
+  bool was_cancelled_ = false;
+  std::string failure_;
+  std::vector<std::string> problems_;
+};
+
+}  // namespace
+
+void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows) {
+  Search(tallow, windows).Run(place);
+}
+
+}  // namespace tallow

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/new_songs.h"
+
+#include <filesystem>
+#include <stdexcept>
+
+#include "app/file_search.h"
+#include "jukebox/jukebox.h"
+#include "tests/recorded_progress.h"
+#include "tests/system_fixture.h"
+
+namespace tallow {
+namespace {
+
+/// A program that has started on real files, and its commands for new songs.
+class NewSongs : public SystemTest, protected NewSongsWindows {
+ protected:
+  NewSongs() { Start(); }
+
+  SearchProgress& ShowSearching() override {
+    log.push_back("show");
+    return progress;
+  }
+  void UnloadSearching() override { log.push_back("unload"); }
+  void EnableFrame(bool enabled) override { log.push_back(enabled ? "enable" : "disable"); }
+  Jukebox* ActiveJukebox() override { return has_active ? windows->open[0] : nullptr; }
+  std::span<Jukebox* const> AllJukeboxes() override { return windows->open; }
+  MessageAnswer Show(const Message& message) override {
+    said.push_back(message.text);
+    return MessageAnswer::kOk;
+  }
+  void Notice(const std::vector<std::string>& lines) override { noticed = lines; }
+
+  void BringIn(NewSongsPlace place) {
+    log.clear();
+    BringInNewSongs(place, *tallow, *this);
+    EXPECT_EQ(log, (Texts{"show", "disable", "unload", "enable"}));
+  }
+  Jukebox& Box() { return *windows->open[0]; }
+  bool HasArtist(const char* artist) {
+    return Box().Nodes().Find(artist, Box().Nodes().Find("Artist")) != nullptr;
+  }
+
+  class Progress : public RecordedProgress {
+   public:
+    void VisitFolder(std::string_view folder) override {
+      visited.emplace_back(folder);
+      if (on_visit) on_visit();
+    }
+    Texts visited;
+    std::function<void()> on_visit;
+  } progress;
+  bool has_active = true;
+  Texts log;
+  Texts said;
+  Texts noticed;
+};
+
+TEST_F(NewSongs, OfTheUsualFoldersAreFoundFiledAndCounted) {
+  MakeSong("a/four.mp3", {.artist = "Zappa"});
+  MakeSong("elsewhere/five.mp3", {.artist = "Yes"});
+  std::filesystem::remove(std::filesystem::path(music / "a/one.mp3"));
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"1 new song, 1 missing"});
+  EXPECT_TRUE(HasArtist("Zappa"));
+  EXPECT_FALSE(HasArtist("Yes"));
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 4);
+  // The folder on show has lost the song that is gone.
+  EXPECT_EQ(SongsOnShow("New"), 4U);
+  EXPECT_NE(std::find(progress.visited.begin(), progress.visited.end(), music / "a/"),
+            progress.visited.end());
+}
+
+TEST_F(NewSongs, OfTheWholeComputerAreFoundEverywhere) {
+  MakeSong("elsewhere/five.mp3", {.artist = "Yes"});
+  MakeSong("elsewhere/deeper/six.mp3", {.artist = "Zappa"});
+  BringIn(NewSongsPlace::kWholeComputer);
+  EXPECT_EQ(noticed, Texts{"2 new songs, 0 missing"});
+  EXPECT_TRUE(HasArtist("Yes"));
+  EXPECT_TRUE(HasArtist("Zappa"));
+  EXPECT_EQ(SongsOnShow(), 5U);
+  // And from now on they are in usual folders.
+  MakeSong("elsewhere/seven.mp3", {.artist = "Genesis"});
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"1 new song, 0 missing"});
+}
+
+TEST_F(NewSongs, WithNothingNewTheFoldersAreNotTouched) {
+  const std::uint64_t before = ContentOf(Box().Nodes());
+  Box().IsFormDirty(false);
+  for (const NewSongsPlace place : {NewSongsPlace::kUsualFolders, NewSongsPlace::kWholeComputer}) {
+    BringIn(place);
+    EXPECT_EQ(noticed, Texts{"0 new songs, 0 missing"});
+    EXPECT_EQ(ContentOf(Box().Nodes()), before);
+    EXPECT_FALSE(Box().IsFormDirty());
+  }
+}
+
+TEST_F(NewSongs, ARenamedFileIsMissingAndNew) {
+  std::filesystem::rename(std::filesystem::path(music / "a/one.mp3"),
+                          std::filesystem::path(music / "a/uno.mp3"));
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"1 new song, 1 missing"});
+}
+
+TEST_F(NewSongs, AFolderThatIsGoneHasAllItsSongsMissing) {
+  std::filesystem::remove_all(std::filesystem::path(music / "a"));
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"0 new songs, 2 missing"});
+}
+
+TEST_F(NewSongs, ALibraryThatWasNeverFilledIsFilledFromTheWholeComputer) {
+  std::filesystem::remove(std::filesystem::path(Library()));
+  std::filesystem::remove(std::filesystem::path(Settings()));
+  TempFolder empty;
+  windows.emplace();
+  tallow.emplace(application.path());
+  const TestDrives nothing({{empty.path()}});
+  System(*tallow, nothing, *windows).Main(runtime_file);
+  ASSERT_EQ(tallow->library.UBoundOfMp3Array(), 0);
+  tallow->search_all_drives = [this](SearchProgress* shown) {
+    return FileSearch(*tallow, drives, shown).SearchDrivesForMp3s(true, {});
+  };
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"3 new songs, 0 missing"});
+  EXPECT_EQ(SongsOnShow(), 3U);
+  EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 3);
+}
+
+TEST_F(NewSongs, WithoutAnActiveJukeboxNothingIsFiled) {
+  MakeSong("a/four.mp3", {.artist = "Zappa"});
+  has_active = false;
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"1 new song, 0 missing"});
+  EXPECT_FALSE(HasArtist("Zappa"));
+}
+
+TEST_F(NewSongs, ACancelStopsAfterTheFolderAndWhatWasLookedAtIsComplete) {
+  MakeSong("a/four.mp3", {.artist = "Zappa"});
+  MakeSong("b/five.mp3", {.artist = "Yes"});
+  // The folders are looked at twice: for what is gone, then for what is new.
+  int visits = 0;
+  progress.on_visit = [&] { tallow->SearchCancelled = ++visits == 3; };
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed,
+            Texts{"1 new song, 0 missing. The search was cancelled; what it had looked at is "
+                  "complete."});
+  EXPECT_NE(HasArtist("Zappa"), HasArtist("Yes"));
+  EXPECT_FALSE(tallow->SearchCancelled);
+  progress.on_visit = {};
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"1 new song, 0 missing"});
+}
+
+TEST_F(NewSongs, ASearchThatFailsLeavesTheFrameEnabled) {
+  tallow->search_all_drives = [](SearchProgress*) -> bool {
+    throw std::runtime_error("The drive is gone.");
+  };
+  BringIn(NewSongsPlace::kWholeComputer);
+  EXPECT_EQ(said,
+            Texts{"The search for new songs could not be finished. The drive is gone.\n\nWhat was "
+                  "found until then is kept. Look whether the disks are all there, and search "
+                  "again."});
+}
+
+TEST_F(NewSongs, ManyNewFilesAreFiled) {
+  constexpr int kSongs = 2000;
+  for (int k = 0; k < kSongs; ++k)
+    MakeSong("a/many " + std::to_string(k) + ".mp3",
+             {.artist = "Artist " + std::to_string(k % 50)});
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"2000 new songs, 0 missing"});
+  EXPECT_EQ(SongsOnShow(), kSongs + 3U);
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+namespace tallow {
+
+/// What the frame window's menus and its toolbar can do, beside the recent files.
+enum class FrameCommand {
+  kNew,
+  kOpen,
+  kClose,
+  kSave,
+  kSaveAs,
+  kExit,
+  kCut,
+  kCopy,
+  kPaste,
+  kDelete,
+  kFind,
+  kAddFolderToRoot,
+  kAddFolderToSelectedFolder,
+  kNewSongsNormalLocations,
+  kNewSongsWholeComputerSearch,
+  kPlaySelectedSongs,
+  kPlayAllSongsInFolder,
+  kNextTrack,
+  kPreviousTrack,
+  kPause,
+  kPlay,
+  kStop,
+  kStopAfterTrack,
+  kCloseWinAmp,
+  kChangeBackgroundPicture,
+  kCascade,
+  kTile,
+  kArrangeIcons,
+  kHelp,
+  kTip,
+  kAbout,
+};
+
+}  // namespace tallow

@@ -1,0 +1,308 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Every item of the frame's menus and every button of its toolbar, through the real actions.
+#include "ui/frame_menus.h"
+
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QSet>
+#include <QSettings>
+#include <QTest>
+#include <QToolBar>
+
+#include "jukebox/window/pv_explorer.h"
+#include "player/frm_main_winamp.h"
+#include "tests/frame_fixture.h"
+
+namespace tallow {
+namespace {
+
+class FrameMenus : public FrameTest {
+ protected:
+  QStringList ItemsOf(const char* menu) {
+    QStringList items;
+    for (const QAction* const action : frame.findChild<QMenu*>(QLatin1String(menu))->actions())
+      items.append(action->isSeparator() ? QStringLiteral("-")
+                                         : action->objectName() + "|" + action->text() + "|" +
+                                               action->shortcut().toString());
+    return items;
+  }
+  QAction& Button(int index) { return Item(QByteArray("Button" + QByteArray::number(index))); }
+  /// A jukebox window whose commands are written down as "pane item", and of which one half was used.
+  frmMain& Watched(int pane) {
+    frmMain& window = ShowJukebox();
+    QObject::connect(&window, &frmMain::PopUpClick, [this](int item, int in) {
+      commands.append(QStringLiteral("%1 %2").arg(in).arg(item));
+    });
+    if (pane != 0) emit window.PVExplorer1().FocusChanged(pane);
+    return window;
+  }
+  QStringList TakeCommands() { return std::exchange(commands, {}); }
+
+  QStringList commands;
+};
+
+TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
+  QStringList menus;
+  for (const QAction* const action : frame.menuBar()->actions())
+    menus.append(action->menu()->objectName() + "|" + action->text());
+  EXPECT_EQ(menus,
+            (QStringList{"mnuFile|&File", "mnuEdit|&Edit", "mnuSongs|&Songs", "mnuPicture|&Picture",
+                         "mnuWindowList|&WindowList", "mnuHelp|&Help"}));
+  EXPECT_EQ(ItemsOf("mnuEdit"),
+            (QStringList{"mnuCut|Cu&t|Ctrl+X", "mnuCopy|&Copy|Ctrl+C", "mnuPaste|&Paste|Ctrl+V",
+                         "mnuDelete|Delete|Del", "-", "mnuFind|&Find|Ctrl+F", "-",
+                         "mnuAddFolderToRoot|&Add Folder To Root|",
+                         "mnuAddFolderToSelectedFolder|A&dd Folder To Selected Folder|"}));
+  EXPECT_EQ(ItemsOf("mnuSongs"),
+            (QStringList{
+                "mnuNewSongsNormalLocations|&Bring In New Songs (Look where I normally keep them)|",
+                "mnuNewSongsWholeComputerSearch|B&ring In New Songs (Search my whole computer)|",
+                "-", "mnuPlaySeletedSongs|&Play Selected Songs|Ctrl+P",
+                "mnuPlayAllTheSongInNode|P&lay All Songs In Folder|Ctrl+L", "-",
+                "mnuNextTrack|&Next Track|Ctrl+T", "mnuPreviousTrack|P&revious Track|Ctrl+R",
+                "mnuPause|P&ause|Ctrl+U", "mnuPlay|Pla&y|Ctrl+Y", "mnuStop|&Stop|",
+                "mnuStopAfterTrack|S&top After Track|", "mnuCloseWinAmp|&Close WinAmp|"}));
+  EXPECT_EQ(ItemsOf("mnuPicture"), QStringList{"mnuChangeBackgroup|Change Backgroup Picture|"});
+  EXPECT_EQ(ItemsOf("mnuWindowList"),
+            (QStringList{"mnuCascade|&Cascade|Shift+F4", "mnuTile|&Tile|Shift+F5",
+                         "mnuArrageIcons|&Arrange Icons|"}));
+  EXPECT_EQ(ItemsOf("mnuHelp"),
+            (QStringList{"mnuHelpp|&Help|", "mnuTip|&Tip|", "mnuAbout|&About|"}));
+}
+
+TEST_F(FrameMenus, TheToolbarHasItsButtonsAndTooltips) {
+  const auto* const bar = frame.findChild<QToolBar*>(QStringLiteral("Toolbar1"));
+  ASSERT_NE(bar, nullptr);
+  QStringList tips;
+  for (const QAction* const action : bar->actions()) {
+    tips.append(action->isSeparator() ? QStringLiteral("-") : action->toolTip());
+    if (!action->isSeparator()) {
+      EXPECT_FALSE(action->icon().pixmap(24).isNull());
+    }
+  }
+  EXPECT_EQ(tips, (QStringList{"Play Selected Songs", "Play All Songs in Folder", "Play Next Track",
+                               "Play Previous Track", "Pause", "Play", "Stop After Current Track",
+                               "-", "Add Folder To Root", "Add Folder To Current", "New Juke Box",
+                               "Find Song", "-", "Bring In New Songs (Search Normal Directories)",
+                               "Bring In New Songs (Search entire computer)", "Background Picture",
+                               "Help"}));
+}
+
+TEST_F(FrameMenus, EditCommandsGoToTheHalfThatWasUsedLast) {
+  frmMain& window = Watched(0);
+  messages.answer = MessageAnswer::kNo;
+  const auto expect = [&](int pane, const QStringList& numbers) {
+    emit window.PVExplorer1().FocusChanged(pane);
+    for (const char* const item : {"mnuCopy", "mnuPaste", "mnuDelete", "mnuCut"})
+      Item(item).trigger();
+    EXPECT_EQ(TakeCommands(), numbers);
+  };
+  expect(2, {"2 5", "2 6", "2 7", "2 4"});
+  expect(1, {"1 7", "1 8", "1 9", "1 6"});
+}
+
+TEST_F(FrameMenus, AHalfThatWasNeverUsedGetsNoEditCommand) {
+  frmMain& window = Watched(0);
+  emit window.PVExplorer1().FocusChanged(0);
+  for (const char* const item : {"mnuCut", "mnuCopy", "mnuPaste", "mnuDelete"})
+    Item(item).trigger();
+  EXPECT_EQ(TakeCommands(), QStringList());
+}
+
+TEST_F(FrameMenus, NodeCommandsHaveTheirPaneAndNumber) {
+  Watched(1);
+  Item("mnuAddFolderToRoot").trigger();
+  EXPECT_EQ(TakeCommands(), QStringList{"1 5"});
+  Item("mnuAddFolderToSelectedFolder").trigger();
+  EXPECT_EQ(TakeCommands(), QStringList{"1 4"});
+  Item("mnuPlaySeletedSongs").trigger();
+  EXPECT_EQ(TakeCommands(), QStringList{"2 2"});
+  Item("mnuPlayAllTheSongInNode").trigger();
+  EXPECT_EQ(TakeCommands(), QStringList{"2 1"});
+  Button(1).trigger();
+  EXPECT_EQ(TakeCommands(), QStringList{"2 2"});
+  Button(2).trigger();
+  EXPECT_EQ(TakeCommands(), QStringList{"2 1"});
+  Button(9).trigger();
+  EXPECT_EQ(TakeCommands(), QStringList{"1 5"});
+  Button(10).trigger();
+  EXPECT_EQ(TakeCommands(), QStringList{"1 4"});
+}
+
+TEST_F(FrameMenus, WithOnlyThePanelOpenNodeCommandsDoNothing) {
+  frmMain& window = ShowJukebox();
+  Item("mnuPlayAllTheSongInNode").trigger();
+  ASSERT_NE(frame.PlayerPanel(), nullptr);
+  SubOf(window).close();
+  LetClosedWindowsGo();
+  messages.Take();
+  link.Take();
+  for (const char* const item :
+       {"mnuCut", "mnuCopy", "mnuPaste", "mnuDelete", "mnuAddFolderToRoot",
+        "mnuAddFolderToSelectedFolder", "mnuPlaySeletedSongs", "mnuPlayAllTheSongInNode"})
+    Item(item).trigger();
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_EQ(link.Take(), Texts{});
+}
+
+TEST_F(FrameMenus, PlayerCommandsAreThePlayersNumbers) {
+  ShowJukebox();
+  Item("mnuPlayAllTheSongInNode").trigger();
+  link.Take();
+  const std::pair<const char*, const char*> expected[] = {
+      {"mnuNextTrack", "273 40048 0"},   {"mnuPreviousTrack", "273 40044 0"},
+      {"mnuPause", "273 40046 0"},       {"mnuPlay", "273 40045 0"},
+      {"mnuStop", "273 40047 0"},        {"mnuStopAfterTrack", "273 40157 0"},
+      {"mnuCloseWinAmp", "273 40001 0"}, {"Button3", "273 40048 0"},
+      {"Button4", "273 40044 0"},        {"Button5", "273 40046 0"},
+      {"Button6", "273 40045 0"},        {"Button7", "273 40157 0"}};
+  for (const auto& [item, message] : expected) {
+    Item(item).trigger();
+    EXPECT_EQ(link.Take(), Texts{message}) << item;
+  }
+}
+
+TEST_F(FrameMenus, SomeButtonsAskForThePlayerAndTheirMenuItemsDoNot) {
+  frmMain& window = Watched(1);
+  tallow.settings.LocOfWinAmpExe("");
+  messages.answer = MessageAnswer::kNo;
+  for (const int button : {6, 9, 10}) {
+    Button(button).trigger();
+    EXPECT_EQ(messages.Take().size(), 1U) << button;
+  }
+  EXPECT_EQ(TakeCommands(), QStringList());
+  EXPECT_EQ(window.Jukebox().Nodes().Count(), 1);
+  Item("mnuAddFolderToRoot").trigger();
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_EQ(window.Jukebox().Nodes().Count(), 2);
+}
+
+TEST_F(FrameMenus, SeparatorsDoNothing) {
+  Watched(1);
+  for (const int button : {8, 13}) {
+    EXPECT_TRUE(Button(button).isSeparator());
+    Button(button).trigger();
+  }
+  EXPECT_EQ(TakeCommands(), QStringList());
+}
+
+TEST_F(FrameMenus, WhileATextIsBeingTypedEditCommandsAreForIt) {
+  frmMain& window = Watched(1);
+  frame.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  window.PVExplorer1().EditText(window.Jukebox().Nodes().ChildAt(0));
+  auto* const editor = window.findChild<QTreeView*>()->findChild<QLineEdit*>();
+  ASSERT_NE(editor, nullptr);
+  editor->setFocus();
+  editor->selectAll();
+  Item("mnuCut").trigger();
+  EXPECT_EQ(editor->text(), "");
+  Item("mnuPaste").trigger();
+  EXPECT_EQ(editor->text(), "one");
+  editor->selectAll();
+  Item("mnuDelete").trigger();
+  EXPECT_EQ(editor->text(), "");
+  EXPECT_EQ(TakeCommands(), QStringList());
+}
+
+TEST_F(FrameMenus, NoKeyIsThereTwice) {
+  QStringList keys;
+  for (const QAction* const action : frame.findChildren<QAction*>())
+    if (!action->shortcut().isEmpty() && action->shortcutContext() != Qt::WidgetShortcut)
+      keys.append(action->shortcut().toString());
+  const QSet<QString> different(keys.begin(), keys.end());
+  EXPECT_EQ(different.size(), keys.size());
+}
+
+TEST_F(FrameMenus, TheWindowListShowsTheOpenWindowsWithACheckAtTheActiveOne) {
+  ShowJukebox().Jukebox().Caption("ONE & A");
+  frmMain& two = ShowJukebox();
+  two.Jukebox().Caption("TWO");
+  auto* const menu = frame.findChild<QMenu*>(QStringLiteral("mnuWindowList"));
+  const auto list = [&] {
+    emit menu->aboutToShow();
+    QStringList items;
+    for (const QAction* const action : menu->actions().mid(3))
+      items.append(action->isSeparator() ? QStringLiteral("-")
+                                         : action->text() + (action->isChecked() ? " x" : ""));
+    return items;
+  };
+  EXPECT_EQ(list(), (QStringList{"-", "&1 ONE && A", "&2 TWO x"}));
+  Item("WindowList1").trigger();
+  EXPECT_EQ(list(), (QStringList{"-", "&1 ONE && A x", "&2 TWO"}));
+  SubOf(two).close();
+  LetClosedWindowsGo();
+  EXPECT_EQ(list(), (QStringList{"-", "&1 ONE && A x"}));
+}
+
+TEST_F(FrameMenus, ArrangingPutsThePanelAside) {
+  frmMain& window = ShowJukebox();
+  for (const char* const item : {"mnuCascade", "mnuTile"}) {
+    Item("mnuPlayAllTheSongInNode").trigger();
+    EXPECT_FALSE(SubOf(*frame.PlayerPanel()).isMinimized());
+    Item(item).trigger();
+    EXPECT_TRUE(SubOf(*frame.PlayerPanel()).isMinimized()) << item;
+    EXPECT_FALSE(SubOf(window).isMaximized());
+  }
+}
+
+TEST_F(FrameMenus, TilingIsHorizontalWithAnyNumberOfWindows) {
+  Item("mnuTile").trigger();
+  std::vector<frmMain*> windows;
+  for (const int count : {1, 2, 3, 20}) {
+    while (static_cast<int>(windows.size()) < count) windows.push_back(&ShowJukebox());
+    Item("mnuTile").trigger();
+    QCoreApplication::processEvents();
+    const QRect space = Area().viewport()->rect();
+    QRegion covered;
+    for (const frmMain* const window : windows) {
+      const QRect place = SubOf(*window).geometry();
+      EXPECT_TRUE(space.contains(place)) << count;
+      EXPECT_FALSE(covered.intersects(place)) << count;
+      covered += place;
+      if (count <= 3) {
+        EXPECT_EQ(place.width(), space.width());
+      }
+    }
+    EXPECT_EQ(covered.boundingRect(), space);
+    EXPECT_EQ(Area().currentSubWindow(), &SubOf(*windows.back()));
+  }
+}
+
+TEST_F(FrameMenus, IconsAreArrangedAtTheBottom) {
+  std::vector<frmMain*> windows;
+  for (int k = 0; k < 7; ++k) {
+    windows.push_back(&ShowJukebox());
+    SubOf(*windows.back()).showMinimized();
+    SubOf(*windows.back()).move(k * 13, k * 17);
+  }
+  Item("mnuArrageIcons").trigger();
+  const QRect space = Area().viewport()->rect();
+  QRegion covered;
+  for (const frmMain* const window : windows) {
+    const QRect place = SubOf(*window).geometry();
+    EXPECT_TRUE(space.contains(place));
+    EXPECT_FALSE(covered.intersects(place));
+    covered += place;
+  }
+  EXPECT_EQ(SubOf(*windows[0]).geometry().bottomLeft(), space.bottomLeft());
+}
+
+TEST_F(FrameMenus, WhereTheWindowStoodIsRemembered) {
+  ShowJukebox();
+  frame.resize(888, 555);
+  frame.addToolBar(Qt::LeftToolBarArea, frame.findChild<QToolBar*>());
+  EXPECT_TRUE(frame.close());
+  RecordedLink other_link;
+  frmMDIForm1 next(tallow, other_link, messages.Shower());
+  EXPECT_EQ(next.size(), QSize(888, 555));
+  EXPECT_EQ(next.toolBarArea(next.findChild<QToolBar*>()), Qt::LeftToolBarArea);
+  // For the other tests.
+  QSettings().remove(QStringLiteral("Window"));
+}
+
+}  // namespace
+}  // namespace tallow

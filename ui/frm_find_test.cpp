@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frm_find.h"
+
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QPushButton>
+
+#include "tests/jukebox_window_fixture.h"
+
+namespace tallow {
+namespace {
+
+class FrmFind : public JukeboxWindowTest {
+ protected:
+  FrmFind() {
+    for (const char* const name : {"Apple.mp3", "banana.mp3", "Pineapple.mp3"})
+      AddSong(music.path(), name);
+    active = &window;
+    dialog.Begin();
+    dialog.show();
+  }
+  void Type(const QString& text) { dialog.findChild<QLineEdit*>("Text1")->setText(text); }
+  void Press() { dialog.findChild<QPushButton*>("Command1")->click(); }
+  /// "folder song" of what is selected.
+  std::string Found() {
+    return Selected().size() != 1
+               ? ""
+               : Box().selectednode()->Text() + " " +
+                     List().model()->index(Selected()[0], 0).data().toString().toStdString();
+  }
+
+  frmMain* active = nullptr;
+  frmFind dialog{[this] { return active; }, library, messages.Shower()};
+};
+
+TEST_F(FrmFind, GoesFromSongToSongThroughTheFolders) {
+  AddFolder("one", {2, 1});
+  AddFolder("two", {3});
+  Show();
+  Type("APPLE");
+  EXPECT_TRUE(dialog.FirstRun());
+  Press();
+  EXPECT_EQ(Found(), "one 2.  Apple.mp3");
+  EXPECT_FALSE(dialog.FirstRun());
+  EXPECT_EQ(dialog.LastLookedFor(), "apple");
+  Press();
+  EXPECT_EQ(Found(), "two 1.  Pineapple.mp3");
+  EXPECT_TRUE(dialog.LookingForTheLastNode());
+  EXPECT_EQ(Tree().currentIndex().data().toString(), "two");
+}
+
+TEST_F(FrmFind, WhatIsNotThereIsSaid) {
+  AddFolder("one", {1});
+  Show();
+  Type("No SUCH");
+  Press();
+  EXPECT_EQ(messages.Take(), Texts{"Can't find 'No SUCH'"});
+  EXPECT_TRUE(dialog.FirstRun());
+}
+
+TEST_F(FrmFind, TypingBeginsANewSearch) {
+  AddFolder("one", {1, 3});
+  Show();
+  Type("apple");
+  Press();
+  Type("app");
+  EXPECT_TRUE(dialog.FirstRun());
+  Press();
+  EXPECT_EQ(Found(), "one 1.  Apple.mp3");
+}
+
+TEST_F(FrmFind, EnterAndF3FindAndEscCloses) {
+  AddFolder("one", {1, 3, 1});
+  Show();
+  Type("apple");
+  QTest::keyClick(dialog.findChild<QLineEdit*>("Text1"), Qt::Key_Return);
+  EXPECT_EQ(Found(), "one 1.  Apple.mp3");
+  QTest::keyClick(&dialog, Qt::Key_F3);
+  EXPECT_EQ(Found(), "one 2.  Pineapple.mp3");
+  QTest::keyClick(&dialog, Qt::Key_Enter);
+  EXPECT_EQ(Found(), "one 3.  Apple.mp3");
+  QTest::keyClick(&dialog, Qt::Key_Escape);
+  EXPECT_FALSE(dialog.isVisible());
+  // The text is there again, and selected.
+  dialog.Begin();
+  EXPECT_EQ(dialog.findChild<QLineEdit*>("Text1")->selectedText(), "apple");
+  EXPECT_TRUE(dialog.FirstRun());
+}
+
+TEST_F(FrmFind, WithoutAJukeboxOrAFolderItDoesNothing) {
+  Type("apple");
+  Press();
+  active = nullptr;
+  Press();
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_EQ(dialog.LastLookedFor(), "");
+}
+
+}  // namespace
+}  // namespace tallow

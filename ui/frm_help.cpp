@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frm_help.h"
+
+#include <algorithm>
+
+#include <QFile>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTextBrowser>
+#include <QToolButton>
+#include <QUrl>
+#include <QVBoxLayout>
+
+namespace tallow {
+namespace {
+
+constexpr QSize kFirstSize(860, 620);
+
+/// Of the list of pages, in average characters.
+constexpr int kContentsCharacters = 28;
+
+QString TextOf(const QString& page) {
+  QFile file(QStringLiteral(":/manual/%1.md").arg(page));
+  return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// The first line of a page is its heading.
+QString TitleOf(const QString& page) {
+  return TextOf(page).section(QLatin1Char('\n'), 0, 0).remove(QLatin1Char('#')).trimmed();
+}
+
+}  // namespace
+
+QStringList frmHelp::Pages() {
+  // The order of the list is that of the first page's own.
+  QStringList pages{QStringLiteral("index")};
+  const QString index = TextOf(pages.front());
+  const QString mark = QStringLiteral(".md)");
+  for (qsizetype end = index.indexOf(mark); end >= 0; end = index.indexOf(mark, end + 1)) {
+    const qsizetype begin = index.lastIndexOf(QLatin1Char('('), end) + 1;
+    const QString page = index.mid(begin, end - begin);
+    if (!pages.contains(page)) pages.append(page);
+  }
+  return pages;
+}
+
+frmHelp::frmHelp(QWidget* parent)
+    : QWidget(parent, Qt::Window),
+      search_(new QLineEdit(this)),
+      contents_(new QListWidget(this)),
+      text_(new QTextBrowser(this)) {
+  setObjectName(QStringLiteral("frmHelp"));
+  setWindowTitle(tr("Tallow Help"));
+  search_->setObjectName(QStringLiteral("Search"));
+  search_->setPlaceholderText(tr("Search all pages"));
+  search_->setAccessibleName(tr("Search all pages"));
+  search_->setClearButtonEnabled(true);
+  contents_->setObjectName(QStringLiteral("Contents"));
+  contents_->setAccessibleName(tr("Pages"));
+  text_->setObjectName(QStringLiteral("Page"));
+  text_->setAccessibleName(tr("Page"));
+  text_->setOpenExternalLinks(true);
+  for (const QString& page : Pages()) {
+    auto* const item = new QListWidgetItem(TitleOf(page), contents_);
+    item->setData(Qt::UserRole, page);
+  }
+  auto* const back = new QToolButton(this);
+  back->setText(tr("&Back"));
+  back->setEnabled(false);
+  connect(text_, &QTextBrowser::backwardAvailable, back, &QWidget::setEnabled);
+  connect(back, &QToolButton::clicked, text_, &QTextBrowser::backward);
+
+  auto* const left = new QWidget(this);
+  auto* const left_layout = new QVBoxLayout(left);
+  left_layout->setContentsMargins(0, 0, 0, 0);
+  left_layout->addWidget(search_);
+  left_layout->addWidget(contents_, 1);
+  left_layout->addWidget(back);
+  auto* const splitter = new QSplitter(this);
+  splitter->addWidget(left);
+  splitter->addWidget(text_);
+  splitter->setStretchFactor(1, 1);
+  splitter->setChildrenCollapsible(false);
+  const int character = fontMetrics().averageCharWidth();
+  splitter->setSizes({kContentsCharacters * character, kFirstSize.width()});
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(splitter);
+  connect(contents_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
+    if (item != nullptr) ShowPage(item->data(Qt::UserRole).toString());
+  });
+  // The browser tells before the page is its own.
+  connect(text_, &QTextBrowser::sourceChanged, this, &frmHelp::PageOpened, Qt::QueuedConnection);
+  connect(search_, &QLineEdit::textChanged, this, &frmHelp::Search);
+  resize(kFirstSize);
+  ShowPage({});
+}
+
+void frmHelp::ShowPage(const QString& page) {
+  const QString shown = Pages().contains(page) ? page : Pages().front();
+  if (Page() != shown) text_->setSource(QUrl(QStringLiteral("qrc:/manual/%1.md").arg(shown)));
+  MarkWords();
+}
+
+QString frmHelp::Page() const { return text_->source().fileName().section(QLatin1Char('.'), 0, 0); }
+
+void frmHelp::PageOpened() {
+  // A link was followed: the list goes along.
+  for (int row = 0; row < contents_->count(); ++row)
+    if (contents_->item(row)->data(Qt::UserRole).toString() == Page())
+      contents_->setCurrentRow(row);
+  MarkWords();
+}
+
+void frmHelp::Search(const QString& words) {
+  const QStringList wanted = words.split(QLatin1Char(' '), Qt::SkipEmptyParts);
+  QListWidgetItem* first = nullptr;
+  for (int row = 0; row < contents_->count(); ++row) {
+    QListWidgetItem* const item = contents_->item(row);
+    const QString text = TextOf(item->data(Qt::UserRole).toString());
+    const bool has_all = std::all_of(wanted.begin(), wanted.end(), [&](const QString& word) {
+      return text.contains(word, Qt::CaseInsensitive);
+    });
+    item->setHidden(!has_all);
+    if (has_all && first == nullptr) first = item;
+  }
+  const QListWidgetItem* const current = contents_->currentItem();
+  if (first != nullptr && (current == nullptr || current->isHidden()))
+    contents_->setCurrentItem(first);
+  MarkWords();
+}
+
+void frmHelp::MarkWords() {
+  QList<QTextEdit::ExtraSelection> marks;
+  for (const QString& word : search_->text().split(QLatin1Char(' '), Qt::SkipEmptyParts)) {
+    QTextCursor place(text_->document());
+    for (place = text_->document()->find(word, place); !place.isNull();
+         place = text_->document()->find(word, place)) {
+      QTextEdit::ExtraSelection mark;
+      mark.cursor = place;
+      mark.format.setBackground(palette().color(QPalette::Highlight));
+      mark.format.setForeground(palette().color(QPalette::HighlightedText));
+      marks.append(mark);
+    }
+  }
+  text_->setExtraSelections(marks);
+}
+
+QString HelpPageOf(const QWidget* widget) {
+  for (; widget != nullptr; widget = widget->parentWidget()) {
+    const QString page = widget->property(kHelpPage).toString();
+    if (!page.isEmpty()) return page;
+  }
+  return {};
+}
+
+}  // namespace tallow

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frm_help.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QRegularExpression>
+#include <QTest>
+#include <QTextBrowser>
+
+#include "jukebox/window/pv_explorer.h"
+#include "tests/frame_fixture.h"
+
+namespace tallow {
+namespace {
+
+class FrmHelp : public FrameTest {
+ protected:
+  static QString Text(const QString& page) {
+    QFile file(QStringLiteral(":/manual/%1.md").arg(page));
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << page.toStdString();
+    return QString::fromUtf8(file.readAll());
+  }
+  static QStringList ShownPages(const frmHelp& help) {
+    QStringList shown;
+    const auto* const list = help.findChild<QListWidget*>("Contents");
+    for (int row = 0; row < list->count(); ++row)
+      if (!list->item(row)->isHidden())
+        shown.append(list->item(row)->data(Qt::UserRole).toString());
+    return shown;
+  }
+};
+
+TEST_F(FrmHelp, EveryPageHasAHeadingAndIsInTheList) {
+  const QStringList pages = frmHelp::Pages();
+  EXPECT_EQ(pages.front(), "index");
+  EXPECT_GE(pages.size(), 14);
+  for (const QString& page : pages) EXPECT_TRUE(Text(page).startsWith("# ")) << page.toStdString();
+}
+
+TEST_F(FrmHelp, EveryLinkLeadsToAPage) {
+  const QRegularExpression link(QStringLiteral("\\]\\(([^)]*)\\)"));
+  for (const QString& page : frmHelp::Pages()) {
+    auto match = link.globalMatch(Text(page));
+    while (match.hasNext()) {
+      QString to = match.next().captured(1);
+      EXPECT_TRUE(to.endsWith(".md") && frmHelp::Pages().contains(to.chopped(3)))
+          << page.toStdString() << ": " << to.toStdString();
+    }
+  }
+}
+
+TEST_F(FrmHelp, ShowsPagesAndFollowsTheirList) {
+  frmHelp help;
+  EXPECT_EQ(help.Page(), "index");
+  help.ShowPage("playing");
+  EXPECT_EQ(help.Page(), "playing");
+  EXPECT_TRUE(help.findChild<QTextBrowser*>()->toPlainText().startsWith("Playing songs"));
+  auto* const list = help.findChild<QListWidget*>();
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    return list->currentItem() != nullptr && list->currentItem()->text() == "Playing songs";
+  }));
+  help.ShowPage("no such page");
+  EXPECT_EQ(help.Page(), "index");
+  QCoreApplication::processEvents();
+  list->setCurrentRow(3);
+  EXPECT_EQ(help.Page(), frmHelp::Pages()[3]);
+}
+
+TEST_F(FrmHelp, TheSearchLeavesThePagesWithAllWords) {
+  frmHelp help;
+  auto* const search = help.findChild<QLineEdit*>("Search");
+  search->setText("gapless nowhere-to-be-found");
+  EXPECT_EQ(ShownPages(help), QStringList());
+  search->setText("KEYPAD ctrl+t");
+  EXPECT_EQ(ShownPages(help), QStringList());
+  search->setText("ctrl+t ctrl+r");
+  EXPECT_EQ(ShownPages(help), QStringList{"keys"});
+  EXPECT_EQ(help.Page(), "keys");
+  EXPECT_FALSE(help.findChild<QTextBrowser*>()->extraSelections().isEmpty());
+  search->clear();
+  EXPECT_EQ(ShownPages(help), frmHelp::Pages());
+  EXPECT_TRUE(help.findChild<QTextBrowser*>()->extraSelections().isEmpty());
+}
+
+TEST_F(FrmHelp, F1OpensThePageOfTheWindowThatHasTheKeyboard) {
+  frmMain& window = ShowJukebox();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  window.findChild<QTreeView*>()->setFocus();
+  QTest::keyClick(window.findChild<QTreeView*>(), Qt::Key_F1);
+  frmHelp* help = nullptr;
+  const auto opened = [&] {
+    for (QWidget* const top : QApplication::topLevelWidgets())
+      if (auto* const found = qobject_cast<frmHelp*>(top)) help = found;
+    return help != nullptr;
+  };
+  ASSERT_TRUE(opened());
+  EXPECT_EQ(help->Page(), "jukebox");
+  help->close();
+  LetClosedWindowsGo();
+  help = nullptr;
+  Item("mnuHelpp").trigger();
+  ASSERT_TRUE(opened());
+  EXPECT_EQ(help->Page(), "index");
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,202 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the frame window's menus and toolbar do.
+#include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+#include "app/data_paths.h"
+#include "app/frm_searching.h"
+#include "app/frm_splash.h"
+#include "app/help_file.h"
+#include "app/tallow.h"
+#include "app/tip_list.h"
+#include "jukebox/window/frm_main.h"
+#include "player/frm_main_winamp.h"
+#include "player/player_messages.h"
+#include "ui/edit_in_text.h"
+#include "ui/frm_find.h"
+#include "ui/frm_help.h"
+#include "ui/frm_mdi_form1.h"
+#include "ui/frm_tip.h"
+#include "ui/jukebox_documents.h"
+#include "ui/window_arrangement.h"
+#include "util/path_text.h"
+#include "util/user_folders.h"
+
+namespace tallow {
+
+frmMain* frmMDIForm1::ActiveJukeboxWindow() const {
+  const QMdiSubWindow* const active = area_->currentSubWindow();
+  return active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
+}
+
+void frmMDIForm1::SendNodeCommand(int pane, int item) {
+  frmMain* const window = ActiveJukeboxWindow();
+  if (window == nullptr) return;
+  if (Folder* const node = window->Jukebox().selectednode())
+    window->ActOnPopUpClick(item, pane, node);
+}
+
+void frmMDIForm1::SendEditCommand(TreeCommand of_tree, ListCommand of_list) {
+  const frmMain* const window = ActiveJukeboxWindow();
+  if (window == nullptr) return;
+  if (window->CurrentPaneWFocus() == kTreePane) SendNodeCommand(kTreePane, of_tree);
+  if (window->CurrentPaneWFocus() == kListPane) SendNodeCommand(kListPane, of_list);
+}
+
+void frmMDIForm1::Run(FrameCommand command) {
+  switch (command) {
+    case FrameCommand::kNew:
+      return NewJukebox();
+    case FrameCommand::kOpen:
+      return documents_->Open();
+    case FrameCommand::kClose:
+      if (QMdiSubWindow* const active = area_->currentSubWindow()) active->close();
+      return;
+    case FrameCommand::kSave:
+      return SaveDatForm();
+    case FrameCommand::kSaveAs:
+      documents_->SaveAs();
+      return;
+    case FrameCommand::kExit:
+      close();
+      return;
+    case FrameCommand::kCut:
+      if (!EditInText(TextEdit::kCut)) SendEditCommand(kCutFolder, kCutSongs);
+      return;
+    case FrameCommand::kCopy:
+      if (!EditInText(TextEdit::kCopy)) SendEditCommand(kCopyFolder, kCopySongs);
+      return;
+    case FrameCommand::kPaste:
+      if (!EditInText(TextEdit::kPaste)) SendEditCommand(kPasteFolder, kPasteSongs);
+      return;
+    case FrameCommand::kDelete:
+      if (!EditInText(TextEdit::kDelete)) SendEditCommand(kDeleteFolder, kDeleteSongs);
+      return;
+    case FrameCommand::kAddFolderToRoot:
+      return SendNodeCommand(kTreePane, kAddFolderToRoot);
+    case FrameCommand::kAddFolderToSelectedFolder:
+      return SendNodeCommand(kTreePane, kAddFolderToSelected);
+    case FrameCommand::kPlaySelectedSongs:
+      return SendNodeCommand(kListPane, kPlaySelectedSongs);
+    case FrameCommand::kPlayAllSongsInFolder:
+      return SendNodeCommand(kListPane, kPlayAllSongsInFolder);
+    case FrameCommand::kNextTrack:
+      return player_.SendWinampCommand(kNextTrack);
+    case FrameCommand::kPreviousTrack:
+      return player_.SendWinampCommand(kPreviousTrack);
+    case FrameCommand::kPause:
+      return player_.SendWinampCommand(kPause);
+    case FrameCommand::kPlay:
+      return player_.SendWinampCommand(kPlay);
+    case FrameCommand::kStop:
+      return player_.SendWinampCommand(kStop);
+    case FrameCommand::kStopAfterTrack:
+      return player_.SendWinampCommand(kStopAfterTrack);
+    case FrameCommand::kCloseWinAmp:
+      return player_.SendWinampCommand(kClosePlayer);
+    case FrameCommand::kNewSongsNormalLocations:
+      return BringInNewSongs(NewSongsPlace::kUsualFolders, tallow_, *this);
+    case FrameCommand::kNewSongsWholeComputerSearch:
+      return BringInNewSongs(NewSongsPlace::kWholeComputer, tallow_, *this);
+    case FrameCommand::kFind:
+      return ShowFind();
+    case FrameCommand::kChangeBackgroundPicture:
+      return ChangeBackgroundPicture();
+    case FrameCommand::kCascade:
+      return ArrangeJukeboxes([](QMdiArea& area) { area.cascadeSubWindows(); });
+    case FrameCommand::kTile:
+      return ArrangeJukeboxes(TileHorizontally);
+    case FrameCommand::kArrangeIcons:
+      return ArrangeIcons(*area_);
+    case FrameCommand::kHelp:
+      return ShowHelp();
+    case FrameCommand::kTip:
+      return ShowTip(true);
+    case FrameCommand::kAbout:
+      return ShowAbout();
+  }
+}
+
+void frmMDIForm1::OpenFiles(const std::vector<std::string>& paths) {
+  if (isMinimized()) showNormal();
+  raise();
+  activateWindow();
+  // A disabled frame is in the middle of something that a new window would disturb.
+  if (!isEnabled() || QApplication::activeModalWidget() != nullptr) {
+    if (!paths.empty())
+      Notice({"Finish what is open here, then open " + paths.front() + " again."});
+    return;
+  }
+  for (const std::string& path : paths) documents_->OpenUnlessOpen(path);
+}
+
+void frmMDIForm1::ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange) {
+  // It would take a place among them.
+  if (panel_) panel_->showMinimized();
+  QMdiSubWindow* const active = area_->currentSubWindow();
+  arrange(*area_);
+  if (active != nullptr) area_->setActiveSubWindow(active);
+}
+
+void frmMDIForm1::ShowFind() {
+  if (find_ == nullptr)
+    find_ = new frmFind([this] { return ActiveJukeboxWindow(); }, tallow_.library, show_, this);
+  find_->Begin();
+  find_->exec();
+}
+
+void frmMDIForm1::ShowTip(bool asked_for) {
+  frmTip tip(TipFilePath(tallow_.application_folder, std::string(FolderOfPath(ExecutablePath()))),
+             isVisible() ? this : nullptr);
+  tip.setProperty(kHelpPage, QStringLiteral("windows"));
+  tip.ShowFlag(asked_for);
+  if (tip.Load()) tip.exec();
+}
+
+void frmMDIForm1::ShowAbout() {
+  frmSplash about({}, this);
+  about.ShowOKButton(true);
+  about.Load();
+  about.exec();
+}
+
+void frmMDIForm1::ShowHelp() {
+  if (!OpenHelpFile(HelpFilePath(tallow_.application_folder))) ShowHelpPage({});
+}
+
+void frmMDIForm1::ShowHelpPage(const QString& page) {
+  // What stands behind a modal dialog could not be used, so there the help belongs to the dialog.
+  QWidget* const modal = QApplication::activeModalWidget();
+  if (help_ == nullptr || modal != nullptr) {
+    delete help_;
+    help_ = new frmHelp(modal);
+    help_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  help_->ShowPage(page);
+  help_->show();
+  help_->raise();
+  help_->activateWindow();
+}
+
+SearchProgress& frmMDIForm1::ShowSearching() {
+  searching_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; });
+  searching_->Load();
+  searching_->show();
+  searching_->Redraw();
+  return *searching_;
+}
+
+void frmMDIForm1::UnloadSearching() { searching_.reset(); }
+
+Jukebox* frmMDIForm1::ActiveJukebox() {
+  frmMain* const window = ActiveJukeboxWindow();
+  return window != nullptr ? &window->Jukebox() : nullptr;
+}
+
+std::span<Jukebox* const> frmMDIForm1::AllJukeboxes() {
+  open_ = OpenJukeboxes();
+  return open_;
+}
+
+}  // namespace tallow

@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/local_server_folder.h"
+
+namespace tallow {
+
+QString LocalServerFolder() { return {}; }
+
+}  // namespace tallow

@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/single_program.h"
+
+#include <vector>
+
+#include <QByteArrayList>
+#include <QCryptographicHash>
+#include <QDataStream>
+#include <QFile>
+#include <QLocalServer>
+#include <QLocalSocket>
+#include <QLockFile>
+
+#include "app/data_paths.h"
+#include "ui/local_server_folder.h"
+#include "util/file_system.h"
+
+namespace tallow {
+namespace {
+
+constexpr char kTaken = '+';
+
+/// More than any command line holds; what is longer is no request of ours.
+constexpr qint64 kMostBytes = 8 << 20;
+
+}  // namespace
+
+SingleProgram::SingleProgram(const std::string& application_folder)
+    : lock_path_(QFile::decodeName(SystemFolder(application_folder).c_str()) +
+                 QStringLiteral("tallow.lock")) {
+  CreateFolders(SystemFolder(application_folder));
+  // Different paths to one folder have to meet at one place.
+  const QByteArray real =
+      QByteArray::fromStdString(RealPathOfFolder(SystemFolder(application_folder)));
+  const QByteArray digest = QCryptographicHash::hash(real, QCryptographicHash::Sha256).toHex();
+  server_name_ =
+      LocalServerFolder() + QStringLiteral("tallow-") + QString::fromLatin1(digest.left(16));
+}
+
+SingleProgram::~SingleProgram() = default;
+
+bool SingleProgram::Lock() {
+  lock_ = std::make_unique<QLockFile>(lock_path_);
+  // However old it is, a lock holds as long as its program lives.
+  lock_->setStaleLockTime(0);
+  if (!lock_->tryLock(0)) {
+    // A folder that cannot be written has no lock, and no library to be lost either.
+    if (lock_->error() != QLockFile::LockFailedError) return true;
+    lock_.reset();
+    return false;
+  }
+  QLocalServer::removeServer(server_name_);
+  server_ = new QLocalServer(this);
+  server_->setSocketOptions(QLocalServer::UserAccessOption);
+  connect(server_, &QLocalServer::newConnection, this, &SingleProgram::Answer);
+  server_->listen(server_name_);
+  return true;
+}
+
+void SingleProgram::Answer() {
+  QLocalSocket* const socket = server_->nextPendingConnection();
+  connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
+  const auto read = [this, socket] {
+    if (socket->bytesAvailable() > kMostBytes) return socket->abort();
+    QDataStream stream(socket);
+    stream.startTransaction();
+    QByteArrayList files;
+    stream >> files;
+    if (!stream.commitTransaction()) return;
+    socket->write(&kTaken, 1);
+    socket->flush();
+    std::vector<std::string> paths;
+    for (const QByteArray& file : files) paths.push_back(file.toStdString());
+    emit FilesWanted(paths);
+  };
+  connect(socket, &QLocalSocket::readyRead, socket, read);
+  // It may have written before this was connected.
+  if (socket->bytesAvailable() > 0) read();
+}
+
+bool SingleProgram::HandOver(const std::vector<std::string>& files) {
+  QLocalSocket socket;
+  socket.connectToServer(server_name_);
+  if (!socket.waitForConnected(kMostWait)) return false;
+  QByteArrayList list;
+  for (const std::string& file : files) list.append(QByteArray::fromStdString(file));
+  QByteArray request;
+  QDataStream stream(&request, QIODevice::WriteOnly);
+  stream << list;
+  socket.write(request);
+  char answer = 0;
+  return socket.waitForBytesWritten(kMostWait) && socket.waitForReadyRead(kMostWait) &&
+         socket.read(&answer, 1) == 1 && answer == kTaken;
+}
+
+}  // namespace tallow
