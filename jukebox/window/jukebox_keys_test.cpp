@@ -11,6 +11,7 @@
 #include "jukebox/window/rank_picture.h"
 #include "jukebox/window/resize_rule.h"
 #include "tests/jukebox_window_fixture.h"
+#include "util/file_system.h"
 
 namespace tallow {
 namespace {
@@ -410,6 +411,31 @@ TEST_F(Keys, APictureLiesBehindTheSongsInTheMiddleOrTiled) {
   EXPECT_EQ(color_at(middle), plain);
   window.PVExplorer1().SetBackgroundImage("file:\\\\" + path + "x", true);
   EXPECT_EQ(color_at(middle), plain);
+}
+
+TEST_F(Keys, AHugeOrDamagedPictureDoesNoHarm) {
+  QImage blue(64, 48, QImage::Format_RGB32);
+  blue.fill(Qt::blue);
+  const QString path = QString::fromStdString(music / "blue.jpg");
+  ASSERT_TRUE(blue.save(path));
+  std::string jpeg = *ReadWholeFile(path.toStdString());
+  const auto show = [&](const std::string& bytes) {
+    const std::string other = music.File("other.jpg", bytes);
+    window.PVExplorer1().SetBackgroundImage("file:\\\\" + QString::fromStdString(other), false);
+    List().viewport()->grab();
+    return List().BackgroundSize();
+  };
+  EXPECT_EQ(show(jpeg), QSize(64, 48));
+  EXPECT_EQ(show("no picture at all"), QSize(0, 0));
+  EXPECT_EQ(show(""), QSize(0, 0));
+  for (std::size_t length = 1; length < jpeg.size(); length += 37) show(jpeg.substr(0, length));
+  // The frame header, FF C0, has the height and the width at its sixth byte: 20,000 each.
+  const std::size_t frame = jpeg.find("\xFF\xC0");
+  ASSERT_NE(frame, std::string::npos);
+  jpeg.replace(frame + 5, 4, "\x4E\x20\x4E\x20");
+  const QSize huge = show(jpeg);
+  EXPECT_LE(huge.width(), 4096);
+  EXPECT_LE(huge.height(), 4096);
 }
 
 TEST_F(Keys, AWindowIsMadeWithTheStoredPicture) {

@@ -3,6 +3,7 @@
 
 #include <QApplication>
 #include <QDropEvent>
+#include <QImageReader>
 #include <QItemSelectionModel>
 #include <QPainter>
 
@@ -13,6 +14,18 @@ namespace {
 
 /// How much of the background's colour lies over a picture behind the rows, of 255.
 constexpr int kVeil = 176;
+
+/// The longest side of a picture, in pixels: more than a screen has. A larger picture is made smaller while
+/// it is read, so that none takes more than some dozen MB.
+constexpr int kMostPixels = 4096;
+
+QPixmap ReadPicture(const QString& path) {
+  QImageReader reader(path);
+  const QSize size = reader.size();
+  if (std::max(size.width(), size.height()) > kMostPixels)
+    reader.setScaledSize(size.scaled(kMostPixels, kMostPixels, Qt::KeepAspectRatio));
+  return QPixmap::fromImageReader(&reader);
+}
 
 }  // namespace
 
@@ -26,7 +39,7 @@ void SongListView::SetBackgroundImage(const QString& address, bool tiled) {
   QString path = address;
   for (const QLatin1String prefix : {QLatin1String("file:\\\\"), QLatin1String("file://")})
     if (path.startsWith(prefix)) path.remove(0, prefix.size());
-  background_ = path.isEmpty() ? QPixmap() : QPixmap(path);
+  background_ = path.isEmpty() ? QPixmap() : ReadPicture(path);
   tiled_ = tiled;
   viewport()->update();
 }

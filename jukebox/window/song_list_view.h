@@ -22,6 +22,7 @@ class SongListView : public QTableView {
   ///        be read: none
   void SetBackgroundImage(const QString& address, bool tiled);
   bool HasBackgroundImage() const { return !background_.isNull(); }
+  QSize BackgroundSize() const { return background_.size(); }
 
   /// Selects some rows and nothing else, whatever keys are held down. The first one is current then.
   void SelectRows(int first, int last);
