@@ -105,6 +105,7 @@ for what in save load; do
   row 100000 $what "$(figure $what)" "$(divide "$(figure $what)" "$floor")" 2.0 ""
 done
 row 100000 "bytes an entry" "$(figure bytes_an_entry)" "" 12 "$(figure bytes_an_entry 3) entries"
+row 100000 "find nothing" "$(figure find)" "$(divide "$(figure find)" 0.1)" 1.0 "ratio to 100 ms"
 for state in 1 2 3 4; do
   row 100000 "click $state" "$(figure "click_$state")" \
     "$(divide "$(figure "click_$state")" "$(figure "sort_$state")")" 3.0 "ratio to std::sort of the same keys"

@@ -15,6 +15,7 @@
 
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
+#include "jukebox/song_search.h"
 #include "util/atomic_file.h"
 #include "util/file_system.h"
 #include "util/text.h"
@@ -140,12 +141,25 @@ void MeasureSorting(Jukebox& jukebox, const clsMain& library) {
   }
 }
 
+/// Looks for a text that is nowhere, which goes through every folder.
+void MeasureFinding(const Jukebox& jukebox, const clsMain& library) {
+  bool found = false;
+  std::printf("find %.6f\n", Best([&] {
+                SongSearch search;
+                const Folder& first = jukebox.Nodes().ChildAt(0);
+                found =
+                    search.FindNext("nowhere", jukebox.Nodes(), first, library).folder != nullptr;
+              }));
+  if (found) std::printf("it was found\n");
+}
+
 int Run(const std::string& folder) {
   Tallow tallow(folder);
   FillLibrary(tallow.library);
   Jukebox jukebox;
   FillJukebox(jukebox);
   MeasureFile(jukebox, folder, tallow.library);
+  MeasureFinding(jukebox, tallow.library);
   MeasureSorting(jukebox, tallow.library);
   return 0;
 }
