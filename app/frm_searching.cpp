@@ -59,7 +59,8 @@ void frmSearching::Load() {
 }
 
 void frmSearching::Redraw() {
-  QCoreApplication::processEvents();
+  // Clicks have to wait: the frame window is not disabled yet.
+  QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   repaint();
   since_shown_.start();
 }
@@ -78,7 +79,8 @@ void frmSearching::Repaint() {
 }
 
 void frmSearching::Live() {
-  if (since_shown_.isValid() && !since_shown_.hasExpired(kShowEvery)) return;
+  if (since_lived_.isValid() && !since_lived_.hasExpired(kShowEvery)) return;
+  since_lived_.start();
   Repaint();
   QCoreApplication::processEvents();
 }

@@ -49,7 +49,8 @@ class frmSearching : public QWidget, public SearchProgress {
   std::function<void()> cancel_;
   std::string status_;
   std::string found_;
-  QElapsedTimer since_shown_;
+  QElapsedTimer since_shown_;  ///< since the lines were put on the screen
+  QElapsedTimer since_lived_;  ///< since the windows had a moment
   QLabel* label_;
   QLabel* status_label_;
   QLabel* found_label_;

@@ -71,12 +71,16 @@ int Run(int argc, char** argv, const CommandLine& line) {
       line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
   const std::unique_ptr<PlayerLink> player = SystemPlayerLink();
   frmMDIForm1 frame(tallow, *player);
+  QObject::connect(&single, &SingleProgram::FilesWanted, &frame,
+                   [&frame](const std::vector<std::string>& files) { frame.OpenFiles(files); });
   StartUp windows(tallow, frame, line.exit_after_startup);
   System system(tallow, *drives, windows);
   if (!system.Main(QtsRuntimeFile())) return 1;
   if (line.exit_after_startup) return 0;
   QApplication::setQuitOnLastWindowClosed(true);
-  const EndSignals end_signals([&frame] {
+  const EndSignals end_signals([&frame, &tallow] {
+    // A search that is on its way is to end as well.
+    tallow.SearchCancelled = true;
     // Nobody can be asked now; the next start does.
     frame.KeepUnsavedChanges();
     // The music does not outlive the program that steers it.
@@ -84,9 +88,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
     // Not quit(), which would close the windows and so ask after all.
     QApplication::exit();
   });
-  QObject::connect(&single, &SingleProgram::FilesWanted, &frame,
-                   [&frame](const std::vector<std::string>& files) { frame.OpenFiles(files); });
-  frame.OpenFiles(line.files);
+  if (!line.files.empty()) frame.OpenFiles(line.files);
   return QApplication::exec();
 }
 

@@ -48,6 +48,7 @@ class Search {
   /// Says what is being looked at and lets the windows live.
   /// \returns whether to go on
   bool GoOn(std::string_view folder) {
+    progress_->SetFound("Found " + std::to_string(library_.UBoundOfMp3Array()) + " Mp3s");
     progress_->VisitFolder(folder);
     if (!tallow_.SearchCancelled) return true;
     was_cancelled_ = true;
@@ -56,7 +57,7 @@ class Search {
 
   void MarkMissing() {
     library_.CheckToSeeIfFilesAreMissingAndMakeFalse(
-        [this](std::string_view folder) { progress_->VisitFolder(folder); });
+        [this](std::string_view folder) { return GoOn(folder); });
   }
 
   void SearchUsualFolders() {
@@ -65,8 +66,9 @@ class Search {
       SearchWholeComputer();
     } else {
       MarkMissing();
-      library_.AddAnyAdditionalMp3FromTheNormalDirectories(
-          [this](std::string_view folder) { return GoOn(folder); });
+      if (!was_cancelled_)
+        library_.AddAnyAdditionalMp3FromTheNormalDirectories(
+            [this](std::string_view folder) { return GoOn(folder); });
     }
     FileSongsFrom(before);
   }
@@ -75,6 +77,7 @@ class Search {
     const std::int32_t before = library_.UBoundOfMp3Array();
     if (tallow_.settings.NumerOfRecordsInTheMain() != 0) {
       MarkMissing();
+      if (was_cancelled_) return;
       std::int32_t known = library_.UBoundOfMp3Array();
       SearchDrives();
       library_.DeleteIdenticalFileNamesAndPaths(known);
@@ -96,7 +99,12 @@ class Search {
   }
 
   void SearchDrives() {
-    if (tallow_.search_all_drives) was_cancelled_ = !tallow_.search_all_drives(progress_);
+    // What was found before a failure is kept, without the copies that would be left of it.
+    try {
+      if (tallow_.search_all_drives) was_cancelled_ = !tallow_.search_all_drives(progress_);
+    } catch (const std::exception& error) {
+      failure_ = error.what();
+    }
   }
 
   void FileSongsFrom(std::int32_t before) {

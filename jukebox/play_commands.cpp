@@ -20,9 +20,17 @@ bool PlayCommands::CheckPlayer() {
 void PlayCommands::SearchForPlayer() {
   windows_.ShowStatus("Searching for Winamp  . . . ");
   windows_.EnableFrame(false);
-  if (tallow_.search_for_player) tallow_.search_for_player();
-  windows_.EnableFrame(true);
-  windows_.ShowStatus({});
+  const auto end = [this] {
+    windows_.EnableFrame(true);
+    windows_.ShowStatus({});
+  };
+  try {
+    if (tallow_.search_for_player) tallow_.search_for_player();
+  } catch (...) {
+    end();
+    throw;
+  }
+  end();
 }
 
 void PlayCommands::OfferInstaller() {

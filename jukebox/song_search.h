@@ -24,6 +24,10 @@ class SongSearch {
   /// What the last step looked for, in lower case.
   const std::string& LastLookedFor() const noexcept { return last_looked_for_; }
 
+  /// The song found last lies elsewhere in its folder now.
+  /// \param row its place, from 0; -1 when it is gone
+  void FoundAt(std::int32_t row) noexcept { last_ = row; }
+
   /// How a step ended.
   struct Result {
     Folder* folder = nullptr;  ///< the folder of the song; null when none was found

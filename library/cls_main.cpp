@@ -34,6 +34,9 @@ std::int16_t ColumnOf(std::int32_t column) {
   return static_cast<std::int16_t>(column);
 }
 
+/// Ends reading ahead before its end.
+struct Stopped {};
+
 /// The rows whose songs lie in one folder.
 struct FolderRows {
   std::string_view folder;
@@ -66,7 +69,7 @@ std::string clsMain::LibraryPath() const {
 }
 
 void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(
-    const std::function<void(std::string_view folder)>& visit) {
+    const std::function<bool(std::string_view folder)>& go_on) {
   std::vector<FolderRows> folders;
   std::unordered_map<std::string_view, std::size_t> index;
   std::vector<char> present(static_cast<std::size_t>(table_.rows()), 0);
@@ -77,13 +80,21 @@ void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(
     if (added) folders.push_back({folder, {}});
     folders[at->second].rows.push_back(row);
   }
-  ReadAhead(
-      folders.size(), kFoldersAtOnce, [&](std::size_t k) { return FindSongs(table_, folders[k]); },
-      [&](std::size_t k, const std::vector<char>& found) {
-        for (std::size_t s = 0; s < found.size(); ++s)
-          present[static_cast<std::size_t>(folders[k].rows[s] - 1)] = found[s];
-        if (visit) visit(folders[k].folder);
-      });
+  std::size_t looked_at = 0;
+  try {
+    ReadAhead(
+        folders.size(), kFoldersAtOnce,
+        [&](std::size_t k) { return FindSongs(table_, folders[k]); },
+        [&](std::size_t k, const std::vector<char>& found) {
+          for (std::size_t s = 0; s < found.size(); ++s)
+            present[static_cast<std::size_t>(folders[k].rows[s] - 1)] = found[s];
+          looked_at = k + 1;
+          if (go_on && !go_on(folders[k].folder)) throw Stopped();
+        });
+  } catch (const Stopped&) {
+    for (std::size_t k = looked_at; k < folders.size(); ++k)
+      for (const std::int32_t row : folders[k].rows) present[static_cast<std::size_t>(row - 1)] = 1;
+  }
   for (std::int32_t row = 1; row <= table_.rows(); ++row) {
     if (present[static_cast<std::size_t>(row - 1)]) continue;
     for (const std::int16_t column : {kFileIsThere, kFileLocation, kFileName})
@@ -109,21 +120,23 @@ bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(
     return false;
   }
   const std::vector<std::string> folders = RememberedFolders();
-  bool stopped = false;
   // A file that is known and present would only be taken out again as the copy of itself. Where names
   // differ in case alone, copies can hide from each other and stay, so they are not added at all.
   KnownSongs known;
   for (std::int32_t row = 1; row <= table_.rows(); ++row)
     if (table_.Cell(kFileIsThere, row) == kPresent)
       known[table_.Cell(kFileLocation, row)].insert(table_.Cell(kFileName, row));
-  ReadAhead(
-      folders.size(), kFoldersAtOnce,
-      [&](std::size_t k) { return ListFolder(folders[k], {.pattern = kSongPattern}); },
-      [&](std::size_t k, const FolderListing& listing) {
-        if (stopped) return;
-        AddMp3FilesOfOneFolder(folders[k], listing, known);
-        stopped = go_on && !go_on(folders[k]);
-      });
+  try {
+    ReadAhead(
+        folders.size(), kFoldersAtOnce,
+        [&](std::size_t k) { return ListFolder(folders[k], {.pattern = kSongPattern}); },
+        [&](std::size_t k, const FolderListing& listing) {
+          AddMp3FilesOfOneFolder(folders[k], listing, known);
+          if (go_on && !go_on(folders[k])) throw Stopped();
+        });
+  } catch (const Stopped&) {
+    // What was found until now is complete.
+  }
   DeleteIdenticalFileNamesAndPaths(old_count);
   return false;
 }

@@ -49,9 +49,10 @@ class clsMain {
   /// "1" is blanked too, so a song once missing stays missing for good; its file, come back, is
   /// found as a new song.
   ///
-  /// \param visit is told each folder that has been looked at; may be empty
+  /// \param go_on is told each folder that has been looked at, and whether to look at more; may be empty. The
+  ///        songs of folders that were not looked at stay as they are
   void CheckToSeeIfFilesAreMissingAndMakeFalse(
-      const std::function<void(std::string_view folder)>& visit = {});
+      const std::function<bool(std::string_view folder)>& go_on = {});
 
   /// Adds every MP3 file of the remembered folders that is not known as present as a new song of rank
   /// "2", then takes the copies of known songs out again. With no library yet, searches all drives instead.

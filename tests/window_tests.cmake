@@ -42,7 +42,10 @@ set_target_properties(tallow_probe PROPERTIES
 add_test(NAME program.starts_on_the_demo_collection
   COMMAND ${CMAKE_SOURCE_DIR}/tests/demo_start.sh
     $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/plugins ${CMAKE_BINARY_DIR}/tests/demo)
+add_test(NAME program.lives
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/life.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/life)
 add_test(NAME program.obeys_its_command_line
   COMMAND ${CMAKE_SOURCE_DIR}/tests/command_line.sh $<TARGET_FILE:tallow>)
-set_tests_properties(program.starts_on_the_demo_collection program.obeys_its_command_line
+set_tests_properties(program.starts_on_the_demo_collection program.lives
+  program.obeys_its_command_line
   PROPERTIES TIMEOUT 300)

@@ -249,6 +249,20 @@ TEST_F(FrameMenus, ArrangingPutsThePanelAside) {
   }
 }
 
+TEST_F(FrameMenus, CascadedWindowsAreLargeEnoughToUse) {
+  Item("mnuCascade").trigger();
+  std::vector<frmMain*> windows;
+  for (const int count : {1, 3, 20}) {
+    while (static_cast<int>(windows.size()) < count) windows.push_back(&ShowJukebox());
+    Item("mnuCascade").trigger();
+    for (const frmMain* const window : windows) {
+      EXPECT_GE(SubOf(*window).width(), 400) << count;
+      EXPECT_GE(SubOf(*window).height(), 250) << count;
+    }
+    EXPECT_EQ(Area().currentSubWindow(), &SubOf(*windows.back()));
+  }
+}
+
 TEST_F(FrameMenus, TilingIsHorizontalWithAnyNumberOfWindows) {
   Item("mnuTile").trigger();
   std::vector<frmMain*> windows;

@@ -73,12 +73,16 @@ void frmFind::FindNext() {
   const Folder* const selected = window != nullptr ? window->Jukebox().selectednode() : nullptr;
   if (selected == nullptr) return;
   const std::string text = text_->text().toStdString();
-  const SongSearch::Result found =
-      search_.FindNext(text, window->Jukebox().Nodes(), *selected, library_);
-  if (found.folder != nullptr)
-    window->PVExplorer1().SelectSong(*found.folder, found.row);
-  else
-    show_({.text = "Can't find '" + text + "'"});
+  for (;;) {
+    const SongSearch::Result found =
+        search_.FindNext(text, window->Jukebox().Nodes(), *selected, library_);
+    if (found.folder == nullptr) break;
+    const int row = window->PVExplorer1().SelectSong(*found.folder, found.row);
+    search_.FoundAt(row);
+    // One that went as its folder was shown is none.
+    if (row >= 0) return;
+  }
+  show_({.text = "Can't find '" + text + "'"});
 }
 
 }  // namespace tallow

@@ -50,6 +50,26 @@ TEST_F(FrmFind, GoesFromSongToSongThroughTheFolders) {
   EXPECT_EQ(Tree().currentIndex().data().toString(), "two");
 }
 
+TEST_F(FrmFind, SongsThatAreGoneAreNoHitsAndDoNotShiftTheOthers) {
+  AddSong("0", "0", "0");
+  AddFolder("one", {2});
+  // 4 is gone, and shown as such until its folder is shown.
+  AddFolder("two", {4, 1, 4, 2, 3, 3});
+  Show();
+  Type("apple");
+  Press();
+  EXPECT_EQ(Found(), "two 1.  Apple.mp3");
+  Press();
+  EXPECT_EQ(Found(), "two 3.  Pineapple.mp3");
+  Press();
+  EXPECT_EQ(Found(), "two 4.  Pineapple.mp3");
+  Press();
+  EXPECT_EQ(messages.Take(), Texts{"Can't find 'apple'"});
+  Type("0");
+  Press();
+  EXPECT_EQ(messages.Take(), Texts{"Can't find '0'"});
+}
+
 TEST_F(FrmFind, WhatIsNotThereIsSaid) {
   AddFolder("one", {1});
   Show();

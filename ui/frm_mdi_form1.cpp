@@ -157,12 +157,17 @@ frmMDIForm1::~frmMDIForm1() {
 }
 
 void frmMDIForm1::SetUpMenus() {
-  file_menu_ = AddFrameMenus(*menuBar(), [this](FrameCommand command) { Run(command); });
+  file_menu_ = AddFrameMenus(*menuBar(), [this](FrameCommand command) {
+    Run(command);
+    // A menu may have left the keyboard with nobody.
+    FocusJukebox();
+  });
   connect(file_menu_, &FileMenu::OpenRecent, this,
           [this](int element) { documents_->OpenRecent(element); });
   KeepWindowList(*menuBar()->findChild<QMenu*>(QStringLiteral("mnuWindowList")), *area_);
   toolbar_ = AddFrameToolbar(*this, [this](FrameCommand command, bool checks) {
     if (!checks || play_commands_.CheckPlayer()) Run(command);
+    FocusJukebox();
   });
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
   UpdateTheMenuControlArray();
@@ -287,7 +292,7 @@ void frmMDIForm1::ShowJukeboxWindow(frmMain& window) {
   window.ShowJukebox();
   window.show();
   window.parentWidget()->showMaximized();
-  window.setFocus();
+  window.TakeFocus();
 }
 
 std::vector<Jukebox*> frmMDIForm1::OpenJukeboxes() const {
@@ -327,7 +332,11 @@ void frmMDIForm1::ShowStatus(const std::string& text) {
   statusBar()->showMessage(DisplayText(text));
 }
 
-void frmMDIForm1::EnableFrame(bool enabled) { setEnabled(enabled); }
+void frmMDIForm1::EnableFrame(bool enabled) {
+  setEnabled(enabled);
+  // A window that was disabled has lost the keyboard.
+  if (enabled) FocusJukebox();
+}
 
 bool frmMDIForm1::Start(const std::string& program) {
   return StartProgram(program, FirstWindow::kNormal);
@@ -336,8 +345,9 @@ bool frmMDIForm1::Start(const std::string& program) {
 void frmMDIForm1::PlayOnPanel() {
   if (PlayerPanel() == nullptr) OpenPanel();
   panel_->showNormal();
-  // The next command is for the jukebox again.
+  // The next command is for the jukebox again, and so are the keys.
   ActivateJukebox();
+  if (frmMain* const window = ActiveJukeboxWindow()) window->TakeFocus();
   // A panel without a player would only be in the way.
   if (!PlayerPanel()->Play()) delete panel_;
 }
@@ -351,6 +361,22 @@ QMdiSubWindow* frmMDIForm1::LastActiveJukebox() const {
 
 void frmMDIForm1::ActivateJukebox() {
   if (QMdiSubWindow* const jukebox = LastActiveJukebox()) area_->setActiveSubWindow(jukebox);
+}
+
+void frmMDIForm1::changeEvent(QEvent* event) {
+  QMainWindow::changeEvent(event);
+  // Once everybody else has seen it.
+  if (event->type() == QEvent::ActivationChange && isActiveWindow())
+    QMetaObject::invokeMethod(this, &frmMDIForm1::FocusJukebox, Qt::QueuedConnection);
+}
+
+void frmMDIForm1::FocusJukebox() {
+  // After a dialog the keyboard may be with the area or a window's frame, where it does nothing.
+  frmMain* const window = ActiveJukeboxWindow();
+  const QWidget* const focus = QApplication::focusWidget();
+  if (window == nullptr || !isActiveWindow()) return;
+  if (focus == nullptr || focus == this || focus == area_ || focus == window->parentWidget())
+    window->TakeFocus();
 }
 
 void frmMDIForm1::OpenPanel() {
@@ -387,6 +413,7 @@ void frmMDIForm1::KeepPanelInside(QSize before) {
 bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
   // F1 is asked for in whatever window has the keyboard, dialogs too.
   if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1 &&
+      static_cast<QKeyEvent*>(event)->modifiers() == Qt::NoModifier &&
       watched == QApplication::focusWidget()) {
     ShowHelpPage(HelpPageOf(QApplication::focusWidget()));
     return true;
@@ -414,6 +441,8 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
   for (QMdiSubWindow* const sub : windows)
     if (qobject_cast<frmMain*>(sub->widget()) != nullptr) sub->close();
   ClosePlayerPanel();
+  // The program ends with its last window.
+  delete help_;
   QSettings options;
   options.setValue(kGeometryOption, saveGeometry());
   options.setValue(kStateOption, saveState());

@@ -59,7 +59,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   /// Says something in the status bar: the first line, with all of them as its tool tip.
   void Notice(const std::vector<std::string>& lines) override;
 
-  /// Opens jukebox files, and brings the window to the front.
+  /// Opens jukebox files, or shows those that are open, and brings the window to the front. Files that come
+  /// while something else has to end first wait for that.
   void OpenFiles(const std::vector<std::string>& paths);
 
   /// Shows the tip window, which may decide to stay away unless it was asked for.
@@ -77,6 +78,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
  protected:
   void closeEvent(QCloseEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
 
  private:
   /// The frame as the commands on jukebox files see it.
@@ -87,6 +89,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   frmMain* ActiveJukeboxWindow() const;
   void SendNodeCommand(int pane, int item);
   void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
+  void OpenWaitingFiles();
   void ShowFind();
   void ShowAbout();
   void ShowHelp();
@@ -111,6 +114,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   bool Start(const std::string& program) override;
   void OpenPanel();
   void ActivateJukebox();
+  void FocusJukebox();
   void KeepPanelInside(QSize before);
 
   Tallow& tallow_;
@@ -125,6 +129,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   QPointer<frmHelp> help_;
   std::unique_ptr<frmSearching> searching_;
   std::vector<Jukebox*> open_;
+  std::vector<std::string> waiting_files_;  ///< to be opened
   std::unique_ptr<Documents> document_windows_;
   std::unique_ptr<JukeboxDocuments> documents_;
   int jukebox_windows_ = 0;  ///< made so far

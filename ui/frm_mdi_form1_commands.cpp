@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What the frame window's menus and toolbar do.
+#include <utility>
+
 #include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QTimer>
 
 #include "app/data_paths.h"
 #include "app/frm_searching.h"
@@ -11,6 +14,7 @@
 #include "app/tallow.h"
 #include "app/tip_list.h"
 #include "jukebox/window/frm_main.h"
+#include "jukebox/window/pv_explorer.h"
 #include "player/frm_main_winamp.h"
 #include "player/player_messages.h"
 #include "ui/edit_in_text.h"
@@ -24,6 +28,12 @@
 #include "util/user_folders.h"
 
 namespace tallow {
+namespace {
+
+/// How long files wait until it is looked again whether they can be opened, in ms.
+constexpr int kLookAgain = 200;
+
+}  // namespace
 
 frmMain* frmMDIForm1::ActiveJukeboxWindow() const {
   const QMdiSubWindow* const active = area_->currentSubWindow();
@@ -96,9 +106,11 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kCloseWinAmp:
       return player_.SendWinampCommand(kClosePlayer);
     case FrameCommand::kNewSongsNormalLocations:
-      return BringInNewSongs(NewSongsPlace::kUsualFolders, tallow_, *this);
+      if (!searching_) BringInNewSongs(NewSongsPlace::kUsualFolders, tallow_, *this);
+      return;
     case FrameCommand::kNewSongsWholeComputerSearch:
-      return BringInNewSongs(NewSongsPlace::kWholeComputer, tallow_, *this);
+      if (!searching_) BringInNewSongs(NewSongsPlace::kWholeComputer, tallow_, *this);
+      return;
     case FrameCommand::kFind:
       return ShowFind();
     case FrameCommand::kChangeBackgroundPicture:
@@ -119,16 +131,29 @@ void frmMDIForm1::Run(FrameCommand command) {
 }
 
 void frmMDIForm1::OpenFiles(const std::vector<std::string>& paths) {
-  if (isMinimized()) showNormal();
-  raise();
-  activateWindow();
-  // A disabled frame is in the middle of something that a new window would disturb.
-  if (!isEnabled() || QApplication::activeModalWidget() != nullptr) {
-    if (!paths.empty())
-      Notice({"Finish what is open here, then open " + paths.front() + " again."});
+  waiting_files_.insert(waiting_files_.end(), paths.begin(), paths.end());
+  OpenWaitingFiles();
+}
+
+void frmMDIForm1::OpenWaitingFiles() {
+  // A dialog, a search or the start has to come to its end first.
+  if (!isVisible() || !isEnabled() || QApplication::activeModalWidget() != nullptr) {
+    QTimer::singleShot(kLookAgain, this, &frmMDIForm1::OpenWaitingFiles);
     return;
   }
-  for (const std::string& path : paths) documents_->OpenUnlessOpen(path);
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  activateWindow();
+  for (const std::string& path : std::exchange(waiting_files_, {})) {
+    QMdiSubWindow* open = nullptr;
+    for (const Jukebox* const jukebox : OpenJukeboxes())
+      if (jukebox->FilePath() == path)
+        open = qobject_cast<QMdiSubWindow*>(WindowOf(*jukebox)->parentWidget());
+    if (open != nullptr)
+      area_->setActiveSubWindow(open);
+    else
+      documents_->OpenUnlessOpen(path);
+  }
 }
 
 void frmMDIForm1::ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange) {
@@ -144,6 +169,10 @@ void frmMDIForm1::ShowFind() {
     find_ = new frmFind([this] { return ActiveJukeboxWindow(); }, tallow_.library, show_, this);
   find_->Begin();
   find_->exec();
+  // What was found is what the keys are for next.
+  frmMain* const window = ActiveJukeboxWindow();
+  if (window != nullptr && !window->PVExplorer1().SelectedRows().empty())
+    window->PVExplorer1().TakeFocus(true);
 }
 
 void frmMDIForm1::ShowTip(bool asked_for) {
@@ -168,8 +197,9 @@ void frmMDIForm1::ShowHelp() {
 void frmMDIForm1::ShowHelpPage(const QString& page) {
   // What stands behind a modal dialog could not be used, so there the help belongs to the dialog.
   QWidget* const modal = QApplication::activeModalWidget();
-  if (help_ == nullptr || modal != nullptr) {
-    delete help_;
+  const bool is_usable = help_ != nullptr && (modal == nullptr || modal == help_->parentWidget());
+  if (!is_usable) {
+    if (help_ != nullptr) help_->deleteLater();
     help_ = new frmHelp(modal);
     help_->setAttribute(Qt::WA_DeleteOnClose);
   }
@@ -181,6 +211,7 @@ void frmMDIForm1::ShowHelpPage(const QString& page) {
 
 SearchProgress& frmMDIForm1::ShowSearching() {
   searching_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; });
+  searching_->setProperty(kHelpPage, QStringLiteral("new-songs"));
   searching_->Load();
   searching_->show();
   searching_->Redraw();

@@ -9,6 +9,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSettings>
 #include <QVBoxLayout>
 
@@ -40,8 +41,6 @@ frmTip::frmTip(std::string tips, QWidget* parent)
   tip_->setTextFormat(Qt::PlainText);
   tip_->setWordWrap(true);
   tip_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
-  tip_->setMinimumSize(kTipCharacters * fontMetrics().averageCharWidth(),
-                       kTipLines * fontMetrics().lineSpacing());
   at_startup_->setObjectName(QStringLiteral("chkLoadTipsAtStartup"));
   auto* const picture = new QLabel(this);
   picture->setPixmap(FramePicture("tip").pixmap(kPictureSize));
@@ -53,9 +52,16 @@ frmTip::frmTip(std::string tips, QWidget* parent)
   ok->setDefault(true);
   ok->setFocus();
 
+  // A tip may be of any length.
+  auto* const scroll = new QScrollArea(this);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setWidgetResizable(true);
+  scroll->setWidget(tip_);
+  scroll->setMinimumSize(kTipCharacters * fontMetrics().averageCharWidth(),
+                         kTipLines * fontMetrics().lineSpacing());
   auto* const text = new QHBoxLayout;
   text->addWidget(picture, 0, Qt::AlignTop);
-  text->addWidget(tip_, 1);
+  text->addWidget(scroll, 1);
   auto* const buttons = new QHBoxLayout;
   buttons->addWidget(at_startup_);
   buttons->addStretch(1);

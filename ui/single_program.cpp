@@ -6,10 +6,12 @@
 #include <QByteArrayList>
 #include <QCryptographicHash>
 #include <QDataStream>
+#include <QDeadlineTimer>
 #include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
 #include <QLockFile>
+#include <QThread>
 
 #include "app/data_paths.h"
 #include "ui/local_server_folder.h"
@@ -45,7 +47,7 @@ bool SingleProgram::Lock() {
   lock_->setStaleLockTime(0);
   if (!lock_->tryLock(0)) {
     // A folder that cannot be written has no lock, and no library to be lost either.
-    if (lock_->error() != QLockFile::LockFailedError) return true;
+    if (lock_->error() == QLockFile::PermissionError) return true;
     lock_.reset();
     return false;
   }
@@ -79,9 +81,17 @@ void SingleProgram::Answer() {
 }
 
 bool SingleProgram::HandOver(const std::vector<std::string>& files) {
+  const QDeadlineTimer end(kMostWait);
+  const auto left = [&] { return static_cast<int>(end.remainingTime()); };
   QLocalSocket socket;
-  socket.connectToServer(server_name_);
-  if (!socket.waitForConnected(kMostWait)) return false;
+  // The other one may have locked a moment ago and not listen yet.
+  for (;;) {
+    socket.connectToServer(server_name_);
+    if (socket.waitForConnected(left())) break;
+    if (end.hasExpired()) return false;
+    constexpr unsigned long kPause = 50;  // ms
+    QThread::msleep(kPause);
+  }
   QByteArrayList list;
   for (const std::string& file : files) list.append(QByteArray::fromStdString(file));
   QByteArray request;
@@ -89,7 +99,7 @@ bool SingleProgram::HandOver(const std::vector<std::string>& files) {
   stream << list;
   socket.write(request);
   char answer = 0;
-  return socket.waitForBytesWritten(kMostWait) && socket.waitForReadyRead(kMostWait) &&
+  return socket.waitForBytesWritten(left()) && socket.waitForReadyRead(left()) &&
          socket.read(&answer, 1) == 1 && answer == kTaken;
 }
 

@@ -57,6 +57,8 @@ void StartUp::ShowJukebox(Jukebox& jukebox) {
   if (window == nullptr) return;
   frame_.ShowJukeboxWindow(*window);
   frame_.show();
+  // Only a window on the screen keeps the focus.
+  window->TakeFocus();
 }
 
 std::span<Jukebox* const> StartUp::OpenJukeboxes() {

@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
 
 #include "app/initial_jukebox.h"
@@ -133,6 +134,22 @@ TEST_F(StartUpTest, ADamagedSettingsFileIsOfferedToBeMadeAnew) {
   EXPECT_TRUE(box_text.contains("TallowOrganizer.ini, line 3: 'abc' is not a number"))
       << box_text.toStdString();
   EXPECT_FALSE(frame.isVisible());
+}
+
+TEST_F(StartUpTest, TheFirstJukeboxHasTheKeyboard) {
+  StartUp windows(tallow, frame, false);
+  Jukebox& jukebox = windows.NewJukebox();
+  jukebox.AddColumnHeader(kNameHeader);
+  jukebox.Nodes().AddChild(nullptr, "a");
+  windows.ShowJukebox(jukebox);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  const auto tree_has_focus = [] {
+    const QWidget* const focus = QApplication::focusWidget();
+    return focus != nullptr && focus->objectName() == QLatin1String("TreeView");
+  };
+  ASSERT_TRUE(QTest::qWaitFor(tree_has_focus));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget()->objectName(), "ListView");
 }
 
 TEST_F(StartUpTest, ASilentStartLeavesQuestionsThatCanBeLeft) {

@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QSettings>
 #include <QStyle>
 
 #include "app/initial_jukebox.h"
@@ -25,6 +26,15 @@
 #include "ui/message_box.h"
 
 namespace tallow {
+namespace {
+
+/// In pixels.
+constexpr QSize kUsualSize(760, 480);
+
+/// Where the splitter was moved to last, among the user's options.
+const QString kSplitterOption = QStringLiteral("Jukebox/Splitter");
+
+}  // namespace
 
 frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
     : QWidget(parent),
@@ -40,8 +50,8 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
         if (folder != nullptr || menu_folder_ == 0) ActOnPopUpClick(item, kTreePane, folder);
       })) {
   setObjectName(QStringLiteral("frmMain"));
-  setFocusProxy(explorer_);
   ConnectExplorer();
+  explorer_->restoreState(QSettings().value(kSplitterOption).toByteArray());
   explorer_->SetBackgroundImage(PictureAddress(tallow.settings), tallow.settings.IsItTiled());
 }
 
@@ -73,7 +83,13 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::FilesDropped, this,
           [this](const std::vector<std::string>& paths, Folder* to) { TakeFiles(paths, *to); });
   connect(explorer_, &PVExplorer::Problem, this, &frmMain::Problem);
+  connect(explorer_, &QSplitter::splitterMoved, this,
+          [this] { QSettings().setValue(kSplitterOption, explorer_->saveState()); });
 }
+
+QSize frmMain::sizeHint() const { return kUsualSize; }
+
+void frmMain::TakeFocus() { explorer_->TakeFocus(pane_with_focus_ == kListPane); }
 
 void frmMain::ShowJukebox() {
   if (jukebox_.Expanded())

@@ -35,6 +35,12 @@ class frmMain : public QWidget {
   /// Which half had the keyboard focus last, see PopUpPane; 0 for none yet.
   int CurrentPaneWFocus() const noexcept { return pane_with_focus_; }
 
+  /// Of a window that no longer fills the frame.
+  QSize sizeHint() const override;
+
+  /// Gives the keyboard to the half that had it last, or to the tree.
+  void TakeFocus();
+
   /// Brings the tree into the state its jukebox asks for and, when no folder is on show yet, shows
   /// the first one.
   void ShowJukebox();

@@ -434,8 +434,8 @@ TEST_F(Keys, AHugeOrDamagedPictureDoesNoHarm) {
   ASSERT_NE(frame, std::string::npos);
   jpeg.replace(frame + 5, 4, "\x4E\x20\x4E\x20");
   const QSize huge = show(jpeg);
-  EXPECT_LE(huge.width(), 4096);
-  EXPECT_LE(huge.height(), 4096);
+  EXPECT_LE(huge.width(), 2560);
+  EXPECT_LE(huge.height(), 2560);
 }
 
 TEST_F(Keys, AWindowIsMadeWithTheStoredPicture) {

@@ -65,7 +65,6 @@ PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboar
   setChildrenCollapsible(false);
   const int character = fontMetrics().averageCharWidth();
   setSizes({kTreeCharacters * character, 2 * kTreeCharacters * character});
-  setFocusProxy(tree_);
   jukebox_.SetView(this);
 }
 
@@ -276,15 +275,35 @@ void PVExplorer::SetUpList() {
           [this](const QModelIndex& index) { emit ItemOpened(index.row()); });
 }
 
+void PVExplorer::TakeFocus(bool list) {
+  if (list)
+    list_->setFocus();
+  else
+    tree_->setFocus();
+}
+
 void PVExplorer::Select(const Folder& folder) {
   tree_->setCurrentIndex(folders_->IndexOf(folder));
   tree_->scrollTo(folders_->IndexOf(folder));
 }
 
-void PVExplorer::SelectSong(const Folder& folder, int row) {
-  if (&folder != selectednode()) Select(folder);
-  // Showing the folder may have taken out songs whose files are gone.
-  if (row < list_->model()->rowCount()) list_->SelectRows(row, row);
+int PVExplorer::SelectSong(const Folder& folder, int row) {
+  // Showing the folder takes out songs whose files are gone, so the song is looked for again: the same one of
+  // those with its number.
+  const auto& items = folder.Items();
+  const std::int32_t record = items.at(static_cast<std::size_t>(row)).SubItem();
+  const auto is_song = [record](const SongEntry& entry) { return entry.SubItem() == record; };
+  auto nth = std::count_if(items.begin(), items.begin() + row, is_song);
+  if (&folder != selectednode())
+    Select(folder);
+  else
+    RefillList();
+  for (int now = 0; now < list_->model()->rowCount(); ++now) {
+    if (!is_song(items[static_cast<std::size_t>(now)]) || nth-- > 0) continue;
+    list_->SelectRows(now, now);
+    return now;
+  }
+  return -1;
 }
 
 void PVExplorer::EditText(const Folder& folder) { tree_->edit(folders_->IndexOf(folder)); }

@@ -48,11 +48,14 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// The folder on show; null for none.
   Folder* selectednode() const noexcept { return jukebox_.selectednode(); }
 
+  /// Gives the keyboard to one of the halves.
+  void TakeFocus(bool list);
   /// Selects a folder in the tree, as a click on it does.
   void Select(const Folder& folder);
   /// Shows a folder, selects one of its songs and scrolls it into view.
-  /// \param row its place in the list, from 0
-  void SelectSong(const Folder& folder, int row);
+  /// \param row its place in the list, from 0, before the folder is shown
+  /// \returns its place then; -1 when it has gone, because its file is missing
+  int SelectSong(const Folder& folder, int row);
   /// Lets the user type another text for a folder.
   void EditText(const Folder& folder);
   /// Opens all folders of the tree.

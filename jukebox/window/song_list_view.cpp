@@ -17,7 +17,7 @@ constexpr int kVeil = 176;
 
 /// The longest side of a picture, in pixels: more than a screen has. A larger picture is made smaller while
 /// it is read, so that none takes more than some dozen MB.
-constexpr int kMostPixels = 4096;
+constexpr int kMostPixels = 2560;
 
 QPixmap ReadPicture(const QString& path) {
   QImageReader reader(path);

@@ -1,0 +1,144 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Goes through the life of a jukebox as a user would, on a virtual display, with keyboard and mouse only:
+# first start, ranking, a folder, saving, playing, closing, second start, new songs, finding, two jukeboxes,
+# exit. Looks at the files that are left, and keeps a picture of each station.
+#
+# Usage: life.sh PROGRAM FOLDER
+set -euo pipefail
+
+program=$1
+folder=$2
+here=$(cd "$(dirname "$0")" && pwd)
+
+rm -rf "$folder"
+mkdir -p "$folder/app" "$folder/bin" "$folder/config" "$folder/pictures"
+"$here/../packaging/make-demo-collection.sh" "$folder/music"
+cp "$program" "$folder/bin/tallow"
+cp "$(dirname "$program")/TIPOFDAY.TXT" "$folder/bin/"
+printf '#!/bin/sh\nexec "%s/tallow-player" --silent "$@"\n' "$(dirname "$program")" \
+  > "$folder/bin/tallow-player"
+chmod +x "$folder/bin/tallow-player"
+. "$here/../packaging/virtual-display.sh"
+XDG_RUNTIME_DIR=$(mktemp -d)
+trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
+export XDG_RUNTIME_DIR XDG_CONFIG_HOME=$folder/config DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
+export QT_QPA_PLATFORM=xcb
+openbox > /dev/null 2>&1 &
+processes+=($!)
+for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
+
+library=$folder/app/Grouping/FileLocNames.lmz
+jukebox=$folder/app/Grouping/mix.juk
+
+fail() {
+  echo "$1"
+  import -window root "$folder/pictures/failed.png" || :
+  exit 1
+}
+# until SECONDS WHAT COMMAND...: waits until the command succeeds
+until_true() {
+  local seconds=$1 what=$2
+  shift 2
+  for _ in $(seq $((seconds * 10))); do
+    "$@" > /dev/null 2>&1 && return
+    sleep 0.1
+  done
+  fail "Not seen within $seconds seconds: $what"
+}
+window_named() { xdotool search --onlyvisible --name "$1"; }
+no_window_named() { ! window_named "$1"; }
+# Keys, each with a moment for its menu or window.
+keys() {
+  local key
+  for key in "$@"; do
+    xdotool key "$key"
+    sleep 0.25
+  done
+}
+picture() { import -window root "$folder/pictures/$1.png"; }
+start() {
+  "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" 2>> "$folder/errors.txt" &
+  tallow=$!
+  processes+=("$tallow")
+}
+has_ended() { ! kill -0 "$tallow"; }
+
+# The first start: the tip is read, another one too, and is not wanted again.
+start
+until_true 60 "the tip at the start" window_named '^Tip of the Day$'
+picture 1-tip
+keys alt+n alt+s Return
+until_true 10 "the end of the tip" no_window_named '^Tip of the Day$'
+until_true 10 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+grep -q 'Show%20Tips%20at%20Startup=0' "$folder/config/Tallow/tallow.conf" || fail "The tip's option is not kept."
+
+# Three songs get the best rank.
+before=$(cksum "$library")
+keys Tab Home shift+Down shift+Down shift+F10 r
+picture 2-ranks
+keys Return
+library_has_changed() { [ "$(cksum "$library")" != "$before" ]; }
+until_true 10 "the saved ranks" library_has_changed
+
+# They are copied into a folder of their own.
+keys ctrl+c alt+e a
+xdotool type --delay 40 'Road trip'
+keys Return ctrl+v
+picture 3-folder
+
+# Saved under a name.
+keys ctrl+s
+until_true 10 "the file dialog" window_named '^Save'
+xdotool type --delay 40 'Mix'
+keys Return
+until_true 10 "the saved jukebox" test -s "$jukebox"
+until_true 10 "its name" window_named '^Tallow - \[MIX\]$'
+grep -q '"text":"Road trip"[^]]*"songs":\[[0-9]*,[0-9]*,[0-9]*\]' "$jukebox" || fail "The folder is not in the file."
+
+# Played, until the panel is there and the player too.
+keys ctrl+l
+until_true 20 "the player" test -S "$XDG_RUNTIME_DIR/tallow/player"
+sleep 2
+picture 4-playing
+
+# Closed without a question: everything is saved.
+keys alt+F4
+until_true 20 "the end of the program" has_ended
+
+# The second start opens it, without a tip.
+start
+until_true 30 "the saved jukebox at the start" window_named '^Tallow - \[MIX\]$'
+no_window_named '^Tip of the Day$' || fail "The tip is there again."
+
+# A new song is brought in.
+cp "$folder/music"/*/*.mp3 "$folder/" 2> /dev/null || cp "$(find "$folder/music" -name '*.mp3' | head -n 1)" "$folder/"
+first=$(find "$folder" -maxdepth 1 -name '*.mp3' | sort | head -n 1)
+target=$(dirname "$(find "$folder/music" -name '*.mp3' | sort | head -n 1)")
+cp "$first" "$target/Zebra crossing.mp3"
+keys alt+s b
+sleep 1
+keys ctrl+s
+until_true 10 "the new song in the jukebox" grep -q 'Zebra crossing.mp3' "$jukebox"
+picture 5-new-song
+
+# And found.
+keys ctrl+f
+until_true 10 "the find dialog" window_named '^Find$'
+xdotool type --delay 40 'zebra'
+keys Return
+picture 6-found
+keys Escape
+
+# A second jukebox beside it.
+keys ctrl+n shift+F4
+picture 7-cascade
+
+# A second start comes to this one.
+"$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" || fail "The second start did not hand over."
+
+# Exit. Nothing is unsaved but the new, empty jukebox, which is not asked about.
+keys alt+f x
+until_true 20 "the end of the program" has_ended
+picture 8-end
+[ -z "$(find "$folder/app/Grouping/System" -name '*.unsaved')" ] || fail "Something counts as unsaved."
