@@ -244,7 +244,7 @@ TEST_F(Keys, AClickThatComesBackToTheTreeDoesNotRename) {
   EXPECT_TRUE(Tree().editTriggers().testFlag(QAbstractItemView::SelectedClicked));
 }
 
-TEST_F(Keys, TheHalfWithoutTheKeyboardIsPale) {
+TEST_F(Keys, TheSelectionOfTheHalfWithoutTheKeyboardIsGrey) {
   AddSongs(1);
   AddFolder("one", {1});
   Show();

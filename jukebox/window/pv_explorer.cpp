@@ -203,7 +203,7 @@ bool PVExplorer::ListKeyPressed(const QKeyEvent& key) {
 }
 
 void PVExplorer::ShowFocus() {
-  // Which half the keys act on is seen by its selection: that of the other one is pale.
+  // Which half the keys act on is seen by its selection: that of the other one is grey.
   for (QAbstractItemView* const view :
        {static_cast<QAbstractItemView*>(tree_), static_cast<QAbstractItemView*>(list_)}) {
     QPalette colors = palette();
@@ -211,13 +211,12 @@ void PVExplorer::ShowFocus() {
     const bool has_focus = focus != nullptr && (focus == view || view->isAncestorOf(focus));
     const bool other_has_focus = focus != nullptr && !has_focus && isAncestorOf(focus);
     if (other_has_focus) {
-      const QColor base = colors.color(QPalette::Base);
+      // Grey of the same lightness on light and dark: text and rank pictures stay white on it.
+      constexpr int kGrey = 0x80;
       const QColor mark = colors.color(QPalette::Highlight);
-      const auto mix = [](int a, int b) { return (a + 2 * b) / 3; };
+      const auto mute = [](int part) { return (part + 2 * kGrey) / 3; };
       colors.setColor(QPalette::Highlight,
-                      QColor(mix(mark.red(), base.red()), mix(mark.green(), base.green()),
-                             mix(mark.blue(), base.blue())));
-      colors.setColor(QPalette::HighlightedText, colors.color(QPalette::Text));
+                      QColor(mute(mark.red()), mute(mark.green()), mute(mark.blue())));
     }
     view->setPalette(colors);
   }
