@@ -8,17 +8,24 @@
 
 #include "app/cls_ini.h"
 #include "ui/display_text.h"
+#include "ui/frame_pictures.h"
 #include "ui/jukebox_documents.h"
 
 namespace tallow {
 
 FileMenu::FileMenu(QWidget* parent) : QMenu(tr("&File"), parent) {
   setObjectName(QStringLiteral("mnuFile"));
-  Add("mnuNew", tr("&New Jukebox"), &FileMenu::New)->setShortcut(QKeySequence(tr("Ctrl+N")));
-  Add("mnuOpen", tr("&Open..."), &FileMenu::Open)->setShortcut(QKeySequence(tr("Ctrl+O")));
+  QAction* const new_jukebox = Add("mnuNew", tr("&New Jukebox"), &FileMenu::New);
+  new_jukebox->setShortcut(QKeySequence(tr("Ctrl+N")));
+  new_jukebox->setIcon(FramePicture("new"));
+  QAction* const open = Add("mnuOpen", tr("&Open..."), &FileMenu::Open);
+  open->setShortcut(QKeySequence(tr("Ctrl+O")));
+  open->setIcon(FramePicture("open"));
   Add("mnuClose", tr("&Close"), &FileMenu::CloseChild);
   addSeparator();
-  Add("mnuSave", tr("&Save"), &FileMenu::Save)->setShortcut(QKeySequence(tr("Ctrl+S")));
+  QAction* const save = Add("mnuSave", tr("&Save"), &FileMenu::Save);
+  save->setShortcut(QKeySequence(tr("Ctrl+S")));
+  save->setIcon(FramePicture("save"));
   Add("mnuSaveAs", tr("Save &As..."), &FileMenu::SaveAs);
   Add("mnuExit", tr("E&xit"), &FileMenu::Exit);
   recent_separator_ = addSeparator();

@@ -4,11 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include <QDialog>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 #include <QSet>
 #include <QSettings>
+#include <QStatusBar>
 #include <QTest>
 #include <QToolBar>
 
@@ -178,6 +180,89 @@ TEST_F(FrameMenus, SomeButtonsAskForThePlayerAndTheirMenuItemsDoNot) {
   Item("mnuAddFolderToRoot").trigger();
   EXPECT_EQ(messages.Take(), Texts{});
   EXPECT_EQ(window.Jukebox().Nodes().Count(), 2);
+}
+
+TEST_F(FrameMenus, DialogsAreOpenedByMenuAndButton) {
+  ShowJukebox();
+  QSettings().setValue(QStringLiteral("Options/Show Tips at Startup"), 0);
+  const std::pair<const char*, const char*> expected[] = {
+      {"mnuFind", "frmFind"},     {"Button12", "frmFind"},
+      {"mnuTip", "frmTip"},       {"mnuChangeBackgroup", "frmPicture"},
+      {"Button16", "frmPicture"}, {"mnuAbout", "frmSplash"}};
+  for (const auto& [item, name] : expected) {
+    QString opened;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      if (dialog == nullptr) return;
+      opened = dialog->objectName();
+      dialog->reject();
+    });
+    timer.start(5);
+    Item(item).trigger();
+    EXPECT_EQ(opened, name) << item;
+  }
+}
+
+TEST_F(FrameMenus, NewSongsAreBroughtInWhileTheFrameIsDisabledAndToldInTheStatusBar) {
+  frmMain& window = ShowJukebox();
+  window.Jukebox().Nodes().AddChild(nullptr, "All Songs");
+  library.Save();
+  library.WriteOutMp3DirectoryLocations();
+  bool enabled = true;
+  bool told = false;
+  tallow.search_all_drives = [&](SearchProgress* progress) {
+    enabled = frame.isEnabled();
+    for (QWidget* const top : QApplication::topLevelWidgets())
+      told = told || (top->objectName() == QLatin1String("frmSearching") && top->isVisible());
+    EXPECT_FALSE(frame.close());
+    progress->VisitFolder("/music/");
+    return true;
+  };
+  const auto run = [&](const char* item) {
+    music.File(std::string(item) + ".mp3");
+    Item(item).trigger();
+    EXPECT_TRUE(frame.isEnabled());
+    return frame.statusBar()->currentMessage();
+  };
+  EXPECT_EQ(run("mnuNewSongsNormalLocations"), "1 new song, 0 missing");
+  EXPECT_EQ(run("Button14"), "1 new song, 0 missing");
+  EXPECT_EQ(window.Jukebox().Nodes().Find("All Songs")->Items().size(), 4U);
+  for (const char* const item : {"mnuNewSongsWholeComputerSearch", "Button15"}) {
+    enabled = true;
+    told = false;
+    EXPECT_EQ(run(item), "0 new songs, 0 missing");
+    EXPECT_FALSE(enabled);
+    EXPECT_TRUE(told);
+  }
+  for (QWidget* const top : QApplication::topLevelWidgets())
+    EXPECT_NE(top->objectName(), "frmSearching");
+}
+
+TEST_F(FrameMenus, AButtonMakesANewJukebox) {
+  ShowJukebox();
+  Button(11).trigger();
+  EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
+}
+
+TEST_F(FrameMenus, FilesThatComeAreOpenedOrShownOnceNothingIsInTheWay) {
+  frmMain& one = ShowJukebox();
+  one.Jukebox().Caption("ONE");
+  const std::string first = application / "Grouping/one.juk";
+  const std::string second = application / "Grouping/two.juk";
+  ASSERT_TRUE(one.Jukebox().Save(second, library));
+  ASSERT_TRUE(one.Jukebox().Save(first, library));
+  ShowJukebox();
+  // One that is open is only shown.
+  frame.OpenFiles({first});
+  EXPECT_EQ(Area().currentSubWindow(), &SubOf(one));
+  EXPECT_EQ(messages.Take(), Texts{});
+  frame.setEnabled(false);
+  frame.OpenFiles({second});
+  EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
+  frame.setEnabled(true);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return frame.OpenJukeboxes().size() == 3; }));
+  EXPECT_EQ(frame.OpenJukeboxes()[2]->Caption(), "TWO");
 }
 
 TEST_F(FrameMenus, SeparatorsDoNothing) {
