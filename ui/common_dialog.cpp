@@ -5,6 +5,7 @@
 #include <QFileDialog>
 
 #include "ui/display_text.h"
+#include "ui/frm_help.h"
 
 namespace tallow {
 
@@ -13,6 +14,10 @@ std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder
   const bool opens = purpose == FileDialogPurpose::kOpen;
   QFileDialog dialog(parent);
   dialog.setObjectName(QStringLiteral("CommonDialog1"));
+  // A dialog of a dialog is about the same thing.
+  const QString page = parent != nullptr ? parent->property(kHelpPage).toString() : QString();
+  dialog.setProperty(kHelpPage,
+                     qobject_cast<QDialog*>(parent) != nullptr ? page : QStringLiteral("files"));
   dialog.setAcceptMode(opens ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
   dialog.setFileMode(opens ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontConfirmOverwrite);

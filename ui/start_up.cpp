@@ -12,6 +12,9 @@
 
 #include "jukebox/window/frm_main.h"
 #include "ui/message_box.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+#include "util/user_folders.h"
 
 namespace tallow {
 namespace {
@@ -108,7 +111,12 @@ void StartUp::Notice(const std::vector<std::string>& lines) {
 }
 
 void StartUp::OpenInTextEditor(const std::string& path) {
-  if (!silent_) QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(path.c_str())));
+  if (silent_) return;
+  // The file comes with the program, whose folder need not be the application folder.
+  std::string shipped(FolderOfPath(ExecutablePath()));
+  shipped += NameOfPath(path);
+  const std::string& opened = FileExists(path) ? path : shipped;
+  QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(opened.c_str())));
 }
 
 void StartUp::ShowTip() {
