@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include <QFile>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
@@ -83,8 +84,8 @@ frmHelp::frmHelp(QWidget* parent)
   splitter->addWidget(text_);
   splitter->setStretchFactor(1, 1);
   splitter->setChildrenCollapsible(false);
-  const int character = fontMetrics().averageCharWidth();
-  splitter->setSizes({kContentsCharacters * character, kFirstSize.width()});
+  const int contents = kContentsCharacters * fontMetrics().averageCharWidth();
+  splitter->setSizes({contents, kFirstSize.width() - contents});
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(splitter);
   connect(contents_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
@@ -95,6 +96,13 @@ frmHelp::frmHelp(QWidget* parent)
   connect(search_, &QLineEdit::textChanged, this, &frmHelp::Search);
   resize(kFirstSize);
   ShowPage({});
+}
+
+void frmHelp::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape)
+    close();
+  else
+    QWidget::keyPressEvent(event);
 }
 
 void frmHelp::ShowPage(const QString& page) {

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <QWidget>
 
+class QKeyEvent;
 class QLineEdit;
 class QListWidget;
 class QTextBrowser;
@@ -26,6 +27,9 @@ class frmHelp : public QWidget {
 
   /// The pages by their names, in the order of the list.
   static QStringList Pages();
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void Search(const QString& words);

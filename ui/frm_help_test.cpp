@@ -71,6 +71,13 @@ TEST_F(FrmHelp, ShowsPagesAndFollowsTheirList) {
   EXPECT_EQ(help.Page(), frmHelp::Pages()[3]);
 }
 
+TEST_F(FrmHelp, EscCloses) {
+  frmHelp help;
+  help.show();
+  QTest::keyClick(help.findChild<QTextBrowser*>(), Qt::Key_Escape);
+  EXPECT_FALSE(help.isVisible());
+}
+
 TEST_F(FrmHelp, TheSearchLeavesThePagesWithAllWords) {
   frmHelp help;
   auto* const search = help.findChild<QLineEdit*>("Search");
