@@ -22,6 +22,7 @@ add_executable(tallow_core_tests
   jukebox/jukebox_file_test.cpp
   jukebox/jukebox_test.cpp
   jukebox/play_commands_test.cpp
+  jukebox/random_editing_test.cpp
   jukebox/ranking_test.cpp
   jukebox/song_search_test.cpp
   jukebox/sorting_test.cpp

@@ -1,0 +1,458 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Random editing of a jukebox, with undo, filing and pruning, against a literal twin.
+#include <algorithm>
+#include <memory>
+#include <random>
+#include <unordered_map>
+
+#include "jukebox/edit_history.h"
+#include "jukebox/jukebox.h"
+#include "jukebox/jukebox_edits.h"
+#include "jukebox/jukebox_file.h"
+#include "tests/library_fixture.h"
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+using Songs = std::vector<std::int32_t>;
+
+Songs SongsIn(const Folder& folder) {
+  Songs songs;
+  for (const SongEntry& entry : folder.Items()) songs.push_back(entry.SubItem());
+  return songs;
+}
+
+/// The same commands on a tree of copies: each step keeps the whole tree before it.
+class LiteralHistory {
+ public:
+  struct Node {
+    std::int32_t number = 0;  ///< of the folder; stays with it
+    std::string text;
+    std::vector<std::pair<std::int32_t, std::int32_t>> songs;  ///< number of the entry, song
+    std::vector<std::shared_ptr<Node>> children;
+  };
+  using NodePtr = std::shared_ptr<Node>;
+
+  LiteralHistory() : now_(std::make_shared<Node>()) {}
+
+  Node& Now() { return *now_; }
+  static Node* Find(Node& above, std::int32_t number) {
+    if (above.number == number) return &above;
+    for (const NodePtr& child : above.children)
+      if (Node* const found = Find(*child, number)) return found;
+    return nullptr;
+  }
+  Node* Find(std::int32_t number) { return Find(*now_, number); }
+  /// The list of folders that one is in.
+  static std::vector<NodePtr>* ListOf(Node& above, std::int32_t number) {
+    for (const NodePtr& child : above.children) {
+      if (child->number == number) return &above.children;
+      if (auto* const found = ListOf(*child, number)) return found;
+    }
+    return nullptr;
+  }
+  NodePtr Take(std::int32_t number) {
+    auto& list = *ListOf(*now_, number);
+    const auto place = std::find_if(list.begin(), list.end(),
+                                    [&](const NodePtr& n) { return n->number == number; });
+    NodePtr taken = *place;
+    list.erase(place);
+    return taken;
+  }
+  NodePtr CopyOf(const Node& from, bool same) {
+    auto copy = std::make_shared<Node>(from);
+    if (!same) {
+      copy->number = ++last_;
+      for (auto& song : copy->songs) song.first = ++last_;
+    }
+    for (NodePtr& child : copy->children) child = CopyOf(*child, same);
+    return copy;
+  }
+  std::int32_t NewNumber() { return ++last_; }
+
+  void Step() {
+    undo_.push_back(CopyOf(*now_, true));
+    redo_.clear();
+  }
+  void Undo() {
+    redo_.push_back(now_);
+    now_ = undo_.back();
+    undo_.pop_back();
+  }
+  void Redo() {
+    undo_.push_back(now_);
+    now_ = redo_.back();
+    redo_.pop_back();
+  }
+  /// Runs something on the tree now and on all that are kept.
+  template <typename Act>
+  void OnAll(const Act& act) {
+    act(*now_);
+    for (auto* const list : {&undo_, &redo_})
+      for (const NodePtr& root : *list) act(*root);
+  }
+
+  std::vector<NodePtr> undo_;
+  std::vector<NodePtr> redo_;
+
+ private:
+  NodePtr now_;
+  std::int32_t last_ = 0;
+};
+
+/// Runs random commands on a jukebox and on its literal twin.
+class RandomEditing : public LibraryTest {
+ protected:
+  using Node = LiteralHistory::Node;
+
+  int Random(int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); }
+
+  std::vector<Folder*> AllFolders() {
+    std::vector<Folder*> all;
+    const auto collect = [&](const auto& self, Folder& folder) -> void {
+      all.push_back(&folder);
+      for (std::int32_t k = 0; k < folder.Children(); ++k) self(self, folder.ChildAt(k));
+    };
+    for (std::int32_t k = 0; k < jukebox.Nodes().Children(); ++k)
+      collect(collect, jukebox.Nodes().ChildAt(k));
+    return all;
+  }
+  Folder* AnyFolder() {
+    const auto all = AllFolders();
+    return all.empty() ? nullptr
+                       : all[static_cast<std::size_t>(Random(static_cast<int>(all.size())))];
+  }
+  std::int32_t NumberOf(const Folder& folder) { return numbers.at(&folder); }
+  Node& NodeOf(const Folder* folder) {
+    return folder == nullptr ? literal.Now() : *literal.Find(NumberOf(*folder));
+  }
+  /// Gives a folder and those below it the numbers of their twins.
+  void Number(const Folder& folder, const Node& node) {
+    numbers[&folder] = node.number;
+    for (std::int32_t k = 0; k < folder.Children(); ++k)
+      Number(folder.ChildAt(k), *node.children[static_cast<std::size_t>(k)]);
+  }
+  std::vector<int> SomeRows(const Folder& folder) {
+    std::vector<int> rows;
+    for (std::size_t k = 0; k < folder.Items().size(); ++k)
+      if (Random(2) == 0) rows.push_back(static_cast<int>(k));
+    return rows;
+  }
+
+  void ExpectSame(const Folder& folder, const Node& node) {
+    ASSERT_EQ(folder.Text(), node.text);
+    Songs songs;
+    for (const auto& song : node.songs) songs.push_back(song.second);
+    ASSERT_EQ(SongsIn(folder), songs) << folder.Text();
+    ASSERT_EQ(folder.Children(), static_cast<std::int32_t>(node.children.size()));
+    for (std::int32_t k = 0; k < folder.Children(); ++k) {
+      ASSERT_EQ(folder.ChildAt(k).Parent(), &folder);
+      ASSERT_EQ(folder.ChildAt(k).Level(), folder.Level() + 1);
+      ASSERT_EQ(folder.ChildAt(k).Index(), k);
+      ExpectSame(folder.ChildAt(k), *node.children[static_cast<std::size_t>(k)]);
+    }
+  }
+  void ExpectSame(const FolderTree& tree) {
+    const Node& root = literal.Now();
+    ASSERT_EQ(tree.Children(), static_cast<std::int32_t>(root.children.size()));
+    for (std::int32_t k = 0; k < tree.Children(); ++k)
+      ExpectSame(tree.ChildAt(k), *root.children[static_cast<std::size_t>(k)]);
+  }
+
+  void AddFolder(Folder* parent) {
+    literal.Step();
+    auto node = std::make_shared<Node>();
+    node->number = literal.NewNumber();
+    node->text = "New Folder";
+    NodeOf(parent).children.push_back(node);
+    numbers[edits.AddFolder(parent)] = node->number;
+  }
+  void AddLiterally(Node& to, const std::vector<std::int32_t>& songs) {
+    for (const std::int32_t song : songs)
+      if (std::none_of(to.songs.begin(), to.songs.end(),
+                       [&](const auto& held) { return held.second == song; }))
+        to.songs.emplace_back(literal.NewNumber(), song);
+  }
+  static Songs SongsAt(const Node& node, const std::vector<int>& rows) {
+    Songs songs;
+    for (const int row : rows) songs.push_back(node.songs[static_cast<std::size_t>(row)].second);
+    return songs;
+  }
+  static void RemoveLiterally(Node& node, const std::vector<int>& rows) {
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+      node.songs.erase(node.songs.begin() + *row);
+  }
+  bool PasteChanges(const Node& to) {
+    return std::any_of(copied_songs.begin(), copied_songs.end(), [&](std::int32_t song) {
+      return std::none_of(to.songs.begin(), to.songs.end(),
+                          [&](const auto& held) { return held.second == song; });
+    });
+  }
+  void SortLiterally(Node& above) {
+    std::stable_sort(
+        above.children.begin(), above.children.end(),
+        [](const auto& a, const auto& b) { return ToLower(a->text) < ToLower(b->text); });
+    for (const auto& child : above.children) SortLiterally(*child);
+  }
+  static bool IsSortedLiterally(const Node& above) {
+    return std::is_sorted(
+               above.children.begin(), above.children.end(),
+               [](const auto& a, const auto& b) { return ToLower(a->text) < ToLower(b->text); }) &&
+           std::all_of(above.children.begin(), above.children.end(),
+                       [](const auto& child) { return IsSortedLiterally(*child); });
+  }
+
+  void Paste(Folder* into) {
+    if (copied_folder != nullptr) {
+      literal.Step();
+      const auto node = literal.CopyOf(*copied_folder, false);
+      NodeOf(into).children.push_back(node);
+      edits.Paste(into);
+      Number(into != nullptr ? into->ChildAt(into->Children() - 1)
+                             : jukebox.Nodes().ChildAt(jukebox.Nodes().Children() - 1),
+             *node);
+      return;
+    }
+    if (into != nullptr && PasteChanges(NodeOf(into))) {
+      literal.Step();
+      AddLiterally(NodeOf(into), copied_songs);
+    }
+    edits.Paste(into);
+  }
+
+  /// Songs are filed: into a folder, and into a new one below it.
+  void FileSongs(Folder& folder) {
+    const std::int32_t song = Random(kSongs) + 1;
+    const std::int32_t entry = literal.NewNumber();
+    const std::int32_t inner_entry = literal.NewNumber();
+    const std::int32_t inner = literal.NewNumber();
+    folder.Items().emplace_back(song, 2);
+    Folder& added = jukebox.Nodes().AddChild(&folder, "filed");
+    added.Items().emplace_back(song, 2);
+    numbers[&added] = inner;
+    literal.OnAll([&](Node& root) {
+      Node* const node = LiteralHistory::Find(root, NumberOf(folder));
+      if (node == nullptr) return;
+      node->songs.emplace_back(entry, song);
+      auto child = std::make_shared<Node>();
+      child->number = inner;
+      child->text = "filed";
+      child->songs.emplace_back(inner_entry, song);
+      node->children.push_back(child);
+    });
+  }
+  /// Files are found missing while a folder is shown.
+  void Prune(Folder& folder) {
+    std::vector<std::int32_t> rows;
+    for (const int row : SomeRows(folder)) rows.push_back(row);
+    Node& node = NodeOf(&folder);
+    std::vector<std::int32_t> gone;
+    for (const std::int32_t row : rows)
+      gone.push_back(node.songs[static_cast<std::size_t>(row)].first);
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+      folder.Items().erase(folder.Items().begin() + *row);
+    jukebox.History().SongsPruned(folder, rows);
+    literal.OnAll([&](Node& root) {
+      if (Node* const kept = LiteralHistory::Find(root, NumberOf(folder)))
+        std::erase_if(kept->songs, [&](const auto& song) {
+          return std::find(gone.begin(), gone.end(), song.first) != gone.end();
+        });
+    });
+  }
+  /// The folder is sorted by a click.
+  void SortSongs(Folder& folder) {
+    jukebox.ShowFolder(folder, library, changes);
+    auto sorted = NodeOf(&folder).songs;
+    std::sort(sorted.begin(), sorted.end(),
+              [](const auto& a, const auto& b) { return a.second < b.second; });
+    const bool has_equal =
+        std::adjacent_find(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) {
+          return a.second == b.second;
+        }) != sorted.end();
+    // Which of two entries of one song comes first cannot be seen, and so not be followed here.
+    if (has_equal) return;
+    if (sorted != NodeOf(&folder).songs) {
+      literal.Step();
+      NodeOf(&folder).songs = sorted;
+    }
+    jukebox.ColumnClick(library);
+  }
+
+  void Act() {
+    Folder* const folder = AnyFolder();
+    Folder* const other = AnyFolder();
+    const int command = Random(20);
+    if (folder == nullptr || command == 0) return AddFolder(nullptr);
+    Node& node = NodeOf(folder);
+    switch (command) {
+      case 1:
+        return AddFolder(folder);
+      case 2: {
+        const std::string text = "t" + std::to_string(Random(5));
+        if (text != folder->Text()) {
+          literal.Step();
+          NodeOf(folder).text = text;
+        }
+        edits.Rename(*folder, text);
+        return;
+      }
+      case 3:
+      case 4: {
+        const auto rows = SomeRows(*folder);
+        if (rows.empty()) return;
+        copied_songs = SongsAt(node, rows);
+        copied_folder = nullptr;
+        if (command == 3) return edits.CopySongs(*folder, rows);
+        literal.Step();
+        RemoveLiterally(NodeOf(folder), rows);
+        return edits.CutSongs(*folder, rows);
+      }
+      case 5:
+      case 6:
+        copied_folder = literal.CopyOf(node, true);
+        if (command == 5) return edits.CopyFolder(*folder);
+        literal.Step();
+        literal.Take(NumberOf(*folder));
+        return edits.CutFolder(*folder);
+      case 7:
+      case 8:
+        // Copies of copies double; a large tree would only be slow.
+        if (jukebox.Nodes().Count() < 60) Paste(command == 7 ? folder : nullptr);
+        return;
+      case 9:
+        literal.Step();
+        literal.Take(NumberOf(*folder));
+        return edits.DeleteFolder(*folder);
+      case 10: {
+        if (folder == other || SongsAt(node, SomeRows(*folder)).empty()) return;
+        const auto rows = SomeRows(*folder);
+        const bool copy = Random(2) == 0;
+        copied_songs_kept = copied_songs;
+        copied_songs = SongsAt(node, rows);
+        if (!rows.empty() && (!copy || PasteChanges(NodeOf(other)))) {
+          literal.Step();
+          AddLiterally(NodeOf(other), copied_songs);
+          if (!copy) RemoveLiterally(NodeOf(folder), rows);
+        }
+        copied_songs = copied_songs_kept;
+        edits.DropSongs(edits, *folder, rows, *other, copy);
+        return;
+      }
+      case 11: {
+        Folder* const to = Random(4) == 0 ? nullptr : other;
+        const bool moves = to == nullptr ? folder->Parent() != nullptr
+                                         : !folder->Holds(*to) && folder->Parent() != to;
+        if (moves) {
+          literal.Step();
+          const auto taken = literal.Take(NumberOf(*folder));
+          NodeOf(to).children.push_back(taken);
+        }
+        edits.DropFolder(edits, *folder, to, false);
+        return;
+      }
+      case 12: {
+        Folder* const above = Random(2) == 0 ? nullptr : folder;
+        if (!IsSortedLiterally(NodeOf(above))) {
+          literal.Step();
+          SortLiterally(NodeOf(above));
+        }
+        return edits.SortNodes(above);
+      }
+      case 13:
+        return SortSongs(*folder);
+      case 14:
+        return FileSongs(*folder);
+      case 15:
+        return Prune(*folder);
+      case 16:
+      case 17:
+      case 18:
+        if (!jukebox.History().CanUndo()) return;
+        literal.Undo();
+        jukebox.Undo();
+        return;
+      default:
+        if (!jukebox.History().CanRedo()) return;
+        literal.Redo();
+        jukebox.Redo();
+        return;
+    }
+  }
+
+  void ExpectSameAfterSaveAndLoad() {
+    const JukeboxContent content =
+        DecodeJukebox(EncodeJukebox(jukebox.Nodes(), jukebox.ColumnHeaders(), library));
+    FolderTree loaded;
+    FillTree(content, library, loaded);
+    ExpectSame(loaded);
+    EXPECT_EQ(ContentOf(loaded), ContentOf(jukebox.Nodes()));
+  }
+
+  static constexpr int kSongs = 30;
+  std::mt19937 random;
+  Jukebox jukebox;
+  JukeboxClipboard clipboard;
+  JukeboxEdits edits{jukebox, clipboard};
+  LiteralHistory literal;
+  std::unordered_map<const Folder*, std::int32_t> numbers;
+  std::vector<std::int32_t> copied_songs;
+  std::vector<std::int32_t> copied_songs_kept;
+  std::shared_ptr<Node> copied_folder;
+  std::int64_t changes = 0;
+};
+
+TEST_F(RandomEditing, IsThatOfALiteralTree) {
+  for (int k = 1; k <= kSongs; ++k)
+    AddSong("/m/", (k < 10 ? "0" : "") + std::to_string(k) + ".mp3");
+  for (unsigned seed = 1; seed <= 12; ++seed) {
+    SCOPED_TRACE("seed " + std::to_string(seed));
+    random.seed(seed);
+    // What a tree holds that the user has not filled.
+    for (int k = 0; k < 2; ++k) {
+      auto node = std::make_shared<Node>();
+      node->number = literal.NewNumber();
+      Folder& folder = jukebox.Nodes().AddChild(nullptr, "t" + std::to_string(k));
+      node->text = folder.Text();
+      for (int song = 1; song <= kSongs; song += 1 + k) {
+        folder.Items().emplace_back(song, 2);
+        node->songs.emplace_back(literal.NewNumber(), song);
+      }
+      numbers[&folder] = node->number;
+      literal.OnAll([&](Node& root) { root.children.push_back(literal.CopyOf(*node, true)); });
+    }
+    for (int command = 0; command < 1000; ++command) {
+      SCOPED_TRACE("command " + std::to_string(command));
+      Act();
+      ExpectSame(jukebox.Nodes());
+      if (HasFatalFailure()) return;
+      if (command % 25 == 0) ExpectSameAfterSaveAndLoad();
+      ASSERT_EQ(jukebox.History().CanUndo(), !literal.undo_.empty());
+      ASSERT_EQ(jukebox.History().CanRedo(), !literal.redo_.empty());
+      // The history forgets at a bound that the twin has not.
+      ASSERT_LT(literal.undo_.size(), EditHistory::kMostSteps);
+    }
+    // All the way back, and forth again.
+    while (jukebox.History().CanUndo()) {
+      jukebox.Undo();
+      literal.Undo();
+      ExpectSame(jukebox.Nodes());
+      if (HasFatalFailure()) return;
+    }
+    while (jukebox.History().CanRedo()) {
+      jukebox.Redo();
+      literal.Redo();
+      ExpectSame(jukebox.Nodes());
+      if (HasFatalFailure()) return;
+    }
+    while (jukebox.History().CanUndo()) {
+      jukebox.Undo();
+      literal.Undo();
+    }
+    jukebox.History().Clear();
+    literal.redo_.clear();
+  }
+}
+
+}  // namespace
+}  // namespace tallow
