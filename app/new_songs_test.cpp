@@ -2,6 +2,7 @@
 #include "app/new_songs.h"
 
 #include <filesystem>
+#include <fstream>
 #include <stdexcept>
 
 #include "app/file_search.h"
@@ -163,13 +164,61 @@ TEST_F(NewSongs, ASearchThatFailsLeavesTheFrameEnabled) {
                   "again."});
 }
 
-TEST_F(NewSongs, ManyNewFilesAreFiled) {
-  constexpr int kSongs = 2000;
-  for (int k = 0; k < kSongs; ++k)
-    MakeSong("a/many " + std::to_string(k) + ".mp3",
-             {.artist = "Artist " + std::to_string(k % 50)});
+TEST_F(NewSongs, ASearchThatFailsHalfWayLeavesNoSongTwice) {
+  MakeSong("elsewhere/five.mp3", {.artist = "Yes"});
+  tallow->search_all_drives = [this](SearchProgress* shown) -> bool {
+    FileSearch(*tallow, drives, shown).SearchDrivesForMp3s(true, {});
+    throw std::runtime_error("The drive is gone.");
+  };
+  BringIn(NewSongsPlace::kWholeComputer);
+  EXPECT_EQ(said.size(), 1U);
+  EXPECT_EQ(noticed, Texts{"1 new song, 0 missing"});
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 4);
+  EXPECT_TRUE(HasArtist("Yes"));
+}
+
+TEST_F(NewSongs, OnTheWholeComputerACancelStopsAfterTheDrive) {
+  TempFolder second;
+  second.File("six.mp3", Audio(400) + Tag({.artist = "Zappa"}));
+  MakeSong("elsewhere/five.mp3", {.artist = "Yes"});
+  const TestDrives two({{music.path()}, {second.path()}});
+  tallow->search_all_drives = [&](SearchProgress* shown) {
+    return FileSearch(*tallow, two, shown).SearchDrivesForMp3s(true, {});
+  };
+  progress.on_visit = [&] {
+    if (progress.visited.back().starts_with(music / "elsewhere")) tallow->SearchCancelled = true;
+  };
+  BringIn(NewSongsPlace::kWholeComputer);
+  EXPECT_EQ(noticed,
+            Texts{"1 new song, 0 missing. The search was cancelled; what it had looked at is "
+                  "complete."});
+  EXPECT_TRUE(HasArtist("Yes"));
+  EXPECT_FALSE(HasArtist("Zappa"));
+}
+
+TEST_F(NewSongs, ACancelWhileMissingSongsAreLookedForLeavesTheOthersAsTheyAre) {
+  std::filesystem::remove(std::filesystem::path(music / "a/one.mp3"));
+  std::filesystem::remove(std::filesystem::path(music / "b/three.mp3"));
+  int visits = 0;
+  progress.on_visit = [&] { tallow->SearchCancelled = ++visits == 1; };
   BringIn(NewSongsPlace::kUsualFolders);
-  EXPECT_EQ(noticed, Texts{"2000 new songs, 0 missing"});
+  EXPECT_EQ(noticed,
+            Texts{"0 new songs, 1 missing. The search was cancelled; what it had looked at is "
+                  "complete."});
+  progress.on_visit = {};
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"0 new songs, 1 missing"});
+}
+
+TEST_F(NewSongs, ManyNewFilesAreFiled) {
+  constexpr int kSongs = 20000;
+  for (int k = 0; k < kSongs; ++k) {
+    // Without waiting for the disk, file by file.
+    std::ofstream(music / ("a/many " + std::to_string(k) + ".mp3"), std::ios::binary)
+        << Audio(400) + Tag({.artist = "Artist " + std::to_string(k % 50)});
+  }
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_EQ(noticed, Texts{"20000 new songs, 0 missing"});
   EXPECT_EQ(SongsOnShow(), kSongs + 3U);
 }
 
