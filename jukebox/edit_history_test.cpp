@@ -3,18 +3,13 @@
 
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
+#include "jukebox/play_commands.h"
 #include "tests/library_fixture.h"
 
 namespace tallow {
 namespace {
 
 using Songs = std::vector<std::int32_t>;
-
-Songs SongsIn(const Folder& folder) {
-  Songs songs;
-  for (const SongEntry& entry : folder.Items()) songs.push_back(entry.SubItem());
-  return songs;
-}
 
 class History : public LibraryTest {
  protected:
@@ -97,7 +92,7 @@ TEST_F(History, AFolderThatComesBackIsTheSame) {
   for (int k = 0; k < 2; ++k) jukebox.Undo();
   EXPECT_EQ(&jukebox.Nodes().ChildAt(0), &a);
   EXPECT_EQ(a.Text(), "A");
-  EXPECT_EQ(SongsIn(a), (Songs{1, 2}));
+  EXPECT_EQ(SongsOf(a), (Songs{1, 2}));
 }
 
 TEST_F(History, TheFolderOnShowIsLeftWhenItGoes) {
@@ -118,16 +113,16 @@ TEST_F(History, TheSortOfAColumnIsUndone) {
   std::int64_t changes = 0;
   jukebox.ShowFolder(folder, library, changes);
   jukebox.ColumnClick(library);
-  EXPECT_EQ(SongsIn(folder), (Songs{2, 3, 1}));
+  EXPECT_EQ(SongsOf(folder), (Songs{2, 3, 1}));
   EXPECT_TRUE(jukebox.IsFormDirty());
   // The same order again is no change.
   jukebox.ShowFolder(folder, library, changes);
   jukebox.ColumnClick(library);
   EXPECT_EQ(history.Steps(), 1U);
   jukebox.Undo();
-  EXPECT_EQ(SongsIn(folder), (Songs{1, 2, 3}));
+  EXPECT_EQ(SongsOf(folder), (Songs{1, 2, 3}));
   jukebox.Redo();
-  EXPECT_EQ(SongsIn(folder), (Songs{2, 3, 1}));
+  EXPECT_EQ(SongsOf(folder), (Songs{2, 3, 1}));
 }
 
 TEST_F(History, AStepThatIsNotThereTouchesNothing) {
@@ -152,13 +147,13 @@ TEST_F(History, ASortThatStopsHalfWayIsUndoneToo) {
   std::int64_t changes = 0;
   jukebox.ShowFolder(folder, library, changes);
   for (int click = 1; click <= 2; ++click) jukebox.ColumnClick(library);
-  const Songs before = SongsIn(folder);
+  const Songs before = SongsOf(folder);
   const std::size_t steps = history.Steps();
   EXPECT_ANY_THROW(jukebox.ColumnClick(library));
   while (history.Steps() > steps && jukebox.Undo().concerned != nullptr &&
-         SongsIn(folder) != before) {
+         SongsOf(folder) != before) {
   }
-  EXPECT_EQ(SongsIn(folder), before);
+  EXPECT_EQ(SongsOf(folder), before);
 }
 
 TEST_F(History, KeepsAThousandSmallSteps) {

@@ -2,6 +2,7 @@
 #include "jukebox/jukebox_edits.h"
 
 #include "jukebox/jukebox.h"
+#include "jukebox/play_commands.h"
 #include "tests/library_fixture.h"
 
 namespace tallow {
@@ -23,11 +24,6 @@ class Edits : public LibraryTest {
   }
   Folder& Add(Folder* parent, const char* text, const Songs& songs = {}) {
     return Add(jukebox, parent, text, songs);
-  }
-  static Songs SongsIn(const Folder& folder) {
-    Songs songs;
-    for (const SongEntry& entry : folder.Items()) songs.push_back(entry.SubItem());
-    return songs;
   }
   /// The texts of the folders below one, or at top level.
   Texts Children(const Folder* above = nullptr) const {
@@ -88,12 +84,12 @@ TEST_F(Edits, CutSongsLieOnTheClipboard) {
   Folder& from = Add(nullptr, "from", {1, 2, 3, 4, 5});
   Folder& to = Add(nullptr, "to", {9});
   edits.CutSongs(from, {0, 2, 3});
-  EXPECT_EQ(SongsIn(from), (Songs{2, 5}));
+  EXPECT_EQ(SongsOf(from), (Songs{2, 5}));
   EXPECT_EQ(edits.Paste(&to), Result::kDone);
-  EXPECT_EQ(SongsIn(to), (Songs{9, 1, 3, 4}));
+  EXPECT_EQ(SongsOf(to), (Songs{9, 1, 3, 4}));
   // They can be pasted again.
   EXPECT_EQ(edits.Paste(&from), Result::kDone);
-  EXPECT_EQ(SongsIn(from), (Songs{2, 5, 1, 3, 4}));
+  EXPECT_EQ(SongsOf(from), (Songs{2, 5, 1, 3, 4}));
 }
 
 TEST_F(Edits, ASongIsNotAddedTwice) {
@@ -101,7 +97,7 @@ TEST_F(Edits, ASongIsNotAddedTwice) {
   Folder& to = Add(nullptr, "to", {3, 3, 7});
   edits.CopySongs(from, {0, 1, 2, 3});
   edits.Paste(&to);
-  EXPECT_EQ(SongsIn(to), (Songs{3, 3, 7, 1, 2}));
+  EXPECT_EQ(SongsOf(to), (Songs{3, 3, 7, 1, 2}));
   EXPECT_EQ(edits.Paste(&to), Result::kNothing);
   EXPECT_EQ(jukebox.History().Steps(), 1U);
 }
@@ -114,7 +110,7 @@ TEST_F(Edits, NothingSelectedLeavesTheClipboardAsItIs) {
   edits.CutSongs(from, {-1, 2, 99});
   EXPECT_FALSE(jukebox.IsFormDirty());
   edits.Paste(&to);
-  EXPECT_EQ(SongsIn(to), Songs{2});
+  EXPECT_EQ(SongsOf(to), Songs{2});
 }
 
 TEST_F(Edits, AtTopLevelThereAreNoSongs) {
@@ -136,9 +132,9 @@ TEST_F(Edits, AFolderIsPastedWithAllBelowItBesideOneOfTheSameText) {
   edits.Rename(inner, "renamed later");
   EXPECT_EQ(edits.Paste(&b), Result::kDone);
   EXPECT_EQ(Children(&b), (Texts{"A", "A"}));
-  EXPECT_EQ(SongsIn(b.ChildAt(1)), Songs{1});
+  EXPECT_EQ(SongsOf(b.ChildAt(1)), Songs{1});
   EXPECT_EQ(b.ChildAt(1).ChildAt(0).Text(), "inner");
-  EXPECT_EQ(SongsIn(b.ChildAt(1).ChildAt(0)), (Songs{2, 3}));
+  EXPECT_EQ(SongsOf(b.ChildAt(1).ChildAt(0)), (Songs{2, 3}));
   edits.Paste(nullptr);
   EXPECT_EQ(Children(), (Texts{"A", "B", "A"}));
 }
@@ -159,7 +155,7 @@ TEST_F(Edits, TheClipboardHoldsSongsOrAFolder) {
   edits.CopySongs(a, {0});
   edits.Paste(&to);
   EXPECT_EQ(to.Children(), 0);
-  EXPECT_EQ(SongsIn(to), Songs{1});
+  EXPECT_EQ(SongsOf(to), Songs{1});
   edits.CopyFolder(a);
   edits.Paste(&to);
   EXPECT_EQ(to.Children(), 1);
@@ -174,7 +170,7 @@ TEST_F(Edits, ACutFolderIsInTheTreeNoMoreAndCanBePasted) {
   EXPECT_EQ(jukebox.selectednode(), nullptr);
   EXPECT_EQ(Children(), Texts{"B"});
   edits.Paste(&b);
-  EXPECT_EQ(SongsIn(b.ChildAt(0)), Songs{1});
+  EXPECT_EQ(SongsOf(b.ChildAt(0)), Songs{1});
 }
 
 TEST_F(Edits, TheClipboardIsSharedByJukeboxes) {
@@ -183,7 +179,7 @@ TEST_F(Edits, TheClipboardIsSharedByJukeboxes) {
   Folder& there = Add(other, nullptr, "there");
   edits.CopySongs(Add(nullptr, "A", {4, 5}), {0, 1});
   other_edits.Paste(&there);
-  EXPECT_EQ(SongsIn(there), (Songs{4, 5}));
+  EXPECT_EQ(SongsOf(there), (Songs{4, 5}));
   EXPECT_FALSE(jukebox.IsFormDirty());
   EXPECT_TRUE(other.IsFormDirty());
 }
@@ -192,19 +188,19 @@ TEST_F(Edits, DroppedSongsMoveOrAreCopied) {
   Folder& from = Add(nullptr, "from", {1, 2, 3});
   Folder& to = Add(nullptr, "to", {2});
   EXPECT_EQ(edits.DropSongs(edits, from, {0, 1}, to, false), Result::kDone);
-  EXPECT_EQ(SongsIn(from), Songs{3});
-  EXPECT_EQ(SongsIn(to), (Songs{2, 1}));
+  EXPECT_EQ(SongsOf(from), Songs{3});
+  EXPECT_EQ(SongsOf(to), (Songs{2, 1}));
   EXPECT_EQ(edits.DropSongs(edits, from, {0}, to, true), Result::kDone);
-  EXPECT_EQ(SongsIn(from), Songs{3});
-  EXPECT_EQ(SongsIn(to), (Songs{2, 1, 3}));
+  EXPECT_EQ(SongsOf(from), Songs{3});
+  EXPECT_EQ(SongsOf(to), (Songs{2, 1, 3}));
   EXPECT_EQ(edits.DropSongs(edits, from, {0}, from, false), Result::kNothing);
   EXPECT_EQ(edits.DropSongs(edits, from, {}, to, false), Result::kNothing);
   // Each was one step.
   EXPECT_EQ(jukebox.History().Steps(), 2U);
   jukebox.Undo();
   jukebox.Undo();
-  EXPECT_EQ(SongsIn(from), (Songs{1, 2, 3}));
-  EXPECT_EQ(SongsIn(to), Songs{2});
+  EXPECT_EQ(SongsOf(from), (Songs{1, 2, 3}));
+  EXPECT_EQ(SongsOf(to), Songs{2});
 }
 
 TEST_F(Edits, SongsMoveToAnotherJukebox) {
@@ -213,13 +209,13 @@ TEST_F(Edits, SongsMoveToAnotherJukebox) {
   Folder& there = Add(other, nullptr, "there", {1});
   Folder& from = Add(nullptr, "from", {1, 2, 3});
   EXPECT_EQ(other_edits.DropSongs(edits, from, {0, 2}, there, false), Result::kDone);
-  EXPECT_EQ(SongsIn(from), Songs{2});
-  EXPECT_EQ(SongsIn(there), (Songs{1, 3}));
+  EXPECT_EQ(SongsOf(from), Songs{2});
+  EXPECT_EQ(SongsOf(there), (Songs{1, 3}));
   jukebox.Undo();
-  EXPECT_EQ(SongsIn(from), (Songs{1, 2, 3}));
-  EXPECT_EQ(SongsIn(there), (Songs{1, 3}));
+  EXPECT_EQ(SongsOf(from), (Songs{1, 2, 3}));
+  EXPECT_EQ(SongsOf(there), (Songs{1, 3}));
   other.Undo();
-  EXPECT_EQ(SongsIn(there), Songs{1});
+  EXPECT_EQ(SongsOf(there), Songs{1});
 }
 
 TEST_F(Edits, ADroppedFolderMovesOrIsCopied) {

@@ -9,6 +9,7 @@
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
 #include "jukebox/jukebox_file.h"
+#include "jukebox/play_commands.h"
 #include "tests/library_fixture.h"
 #include "util/text.h"
 
@@ -16,12 +17,6 @@ namespace tallow {
 namespace {
 
 using Songs = std::vector<std::int32_t>;
-
-Songs SongsIn(const Folder& folder) {
-  Songs songs;
-  for (const SongEntry& entry : folder.Items()) songs.push_back(entry.SubItem());
-  return songs;
-}
 
 /// The same commands on a tree of copies: each step keeps the whole tree before it.
 class LiteralHistory {
@@ -144,7 +139,7 @@ class RandomEditing : public LibraryTest {
     ASSERT_EQ(folder.Text(), node.text);
     Songs songs;
     for (const auto& song : node.songs) songs.push_back(song.second);
-    ASSERT_EQ(SongsIn(folder), songs) << folder.Text();
+    ASSERT_EQ(SongsOf(folder), songs) << folder.Text();
     ASSERT_EQ(folder.Children(), static_cast<std::int32_t>(node.children.size()));
     for (std::int32_t k = 0; k < folder.Children(); ++k) {
       ASSERT_EQ(folder.ChildAt(k).Parent(), &folder);

@@ -8,6 +8,7 @@
 #include <QHeaderView>
 #include <QTest>
 
+#include "jukebox/play_commands.h"
 #include "jukebox/window/folder_tree_view.h"
 #include "jukebox/window/frm_main.h"
 #include "jukebox/window/pv_explorer.h"
@@ -72,11 +73,6 @@ class JukeboxWindowTest : public LibraryTest {
   }
   std::vector<int> Selected() { return window.PVExplorer1().SelectedRows(); }
 
-  static Songs SongsIn(const Folder& folder) {
-    Songs songs;
-    for (const SongEntry& entry : folder.Items()) songs.push_back(entry.SubItem());
-    return songs;
-  }
   /// The texts of the folders below one, or at top level.
   Texts FoldersIn(const Folder* above = nullptr) {
     Texts texts;

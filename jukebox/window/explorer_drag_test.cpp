@@ -67,12 +67,12 @@ TEST_F(Dragging, SongsMoveToTheFolderTheyAreDroppedOn) {
   Folder& two = AddFolder("two", {3});
   Show();
   EXPECT_TRUE(DropOn("two", SongsAt({0, 2}).get()));
-  EXPECT_EQ(SongsIn(one), Songs{2});
-  EXPECT_EQ(SongsIn(two), (Songs{3, 1}));
+  EXPECT_EQ(SongsOf(one), Songs{2});
+  EXPECT_EQ(SongsOf(two), (Songs{3, 1}));
   EXPECT_EQ(RowsOf(List()), QStringList{"1.  2.mp3"});
   window.PVExplorer1().Undo();
-  EXPECT_EQ(SongsIn(one), (Songs{1, 2, 3}));
-  EXPECT_EQ(SongsIn(two), Songs{3});
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2, 3}));
+  EXPECT_EQ(SongsOf(two), Songs{3});
 }
 
 TEST_F(Dragging, WithCtrlSongsAreCopied) {
@@ -81,8 +81,8 @@ TEST_F(Dragging, WithCtrlSongsAreCopied) {
   Folder& two = AddFolder("two");
   Show();
   EXPECT_TRUE(DropOn("two", SongsAt({1}).get(), Qt::ControlModifier));
-  EXPECT_EQ(SongsIn(one), (Songs{1, 2}));
-  EXPECT_EQ(SongsIn(two), Songs{2});
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2}));
+  EXPECT_EQ(SongsOf(two), Songs{2});
 }
 
 TEST_F(Dragging, OutOfAllSongsTheyAreAlwaysCopied) {
@@ -91,8 +91,8 @@ TEST_F(Dragging, OutOfAllSongsTheyAreAlwaysCopied) {
   Folder& two = AddFolder("two");
   Show();
   EXPECT_TRUE(DropOn("two", SongsAt({0}).get()));
-  EXPECT_EQ(SongsIn(all), (Songs{1, 2}));
-  EXPECT_EQ(SongsIn(two), Songs{1});
+  EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
+  EXPECT_EQ(SongsOf(two), Songs{1});
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
@@ -103,7 +103,7 @@ TEST_F(Dragging, SongsStayWhereTheyAreOnTheirOwnFolderAndBesideTheFolders) {
   EXPECT_FALSE(DropOn("one", SongsAt({0}).get()));
   EXPECT_FALSE(DropBesideTheFolders(SongsAt({0}).get()));
   EXPECT_FALSE(DropAt(List(), QPoint(10, 10), *SongsAt({0})));
-  EXPECT_EQ(SongsIn(one), (Songs{1, 2}));
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2}));
   EXPECT_FALSE(Box().IsFormDirty());
 }
 
@@ -155,8 +155,8 @@ TEST_F(Dragging, NamesOfAnyBytesGoOutAndComeIn) {
   from_outside.setData("text/uri-list", uri);
   EXPECT_EQ(DraggedFiles(from_outside), Texts{path});
   EXPECT_TRUE(DropOn("two", &from_outside));
-  EXPECT_EQ(SongsIn(*Nodes().Find("two")), Songs{1});
-  EXPECT_EQ(SongsIn(one), Songs{1});
+  EXPECT_EQ(SongsOf(*Nodes().Find("two")), Songs{1});
+  EXPECT_EQ(SongsOf(one), Songs{1});
   EXPECT_EQ(library.UBoundOfMp3Array(), 1);
 }
 
@@ -205,12 +205,12 @@ TEST_F(Dragging, SongsAndFoldersGoToAnotherJukeboxWindow) {
   FolderTreeView& tree = TreeOf(other);
   const QPoint place = tree.visualRect(IndexOf(tree, "there")).center();
   EXPECT_TRUE(DropAt(tree, place, *SongsAt({1})));
-  EXPECT_EQ(SongsIn(one), Songs{1});
-  EXPECT_EQ(SongsIn(there), Songs{2});
+  EXPECT_EQ(SongsOf(one), Songs{1});
+  EXPECT_EQ(SongsOf(there), Songs{2});
   EXPECT_EQ(RowsOf(ListOf(other)), QStringList{"1.  2.mp3"});
   // On the list it is for the folder on show.
   EXPECT_TRUE(DropAt(ListOf(other), QPoint(10, 60), *SongsAt({0})));
-  EXPECT_EQ(SongsIn(there), (Songs{2, 1}));
+  EXPECT_EQ(SongsOf(there), (Songs{2, 1}));
   EXPECT_TRUE(DropAt(tree, place, *FolderAt(one)));
   EXPECT_EQ(Nodes().Count(), 0);
   EXPECT_EQ(there.ChildAt(0).Text(), "one");
@@ -262,16 +262,16 @@ TEST_F(Dragging, FilesJoinTheLibraryAndTheFolder) {
   EXPECT_EQ(library.UBoundOfMp3Array(), 2);
   EXPECT_EQ(Cells(1)[1], music / "new/");
   EXPECT_EQ(Cells(5), (Texts{"5", "2"}));
-  EXPECT_EQ(SongsIn(mine), (Songs{2, 1}));
+  EXPECT_EQ(SongsOf(mine), (Songs{2, 1}));
   // New songs are filed as a search does it.
-  EXPECT_EQ(SongsIn(all), (Songs{1, 2}));
+  EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
   EXPECT_EQ(FoldersIn(Nodes().Find("Artist")), Texts{"ABBA"});
   EXPECT_EQ(problems, QStringList{QString::fromStdString(music / "x.txt") +
                                   " is no MP3 file and was left out."});
   // Dropping is undone, filing is not.
   window.PVExplorer1().Undo();
-  EXPECT_EQ(SongsIn(mine), Songs{});
-  EXPECT_EQ(SongsIn(all), (Songs{1, 2}));
+  EXPECT_EQ(SongsOf(mine), Songs{});
+  EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
 }
 
 TEST_F(Dragging, FilesBesideTheFoldersAndOtherThingsAreRefused) {

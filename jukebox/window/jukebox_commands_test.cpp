@@ -164,8 +164,8 @@ TEST_F(Commands, CutAndDeleteOfSongsAreTheSame) {
     EXPECT_EQ(Selected(), std::vector<int>{1});
     window.ActOnPopUpClick(6, 2, &two);
   }
-  EXPECT_EQ(SongsIn(one), (Songs{1, 4}));
-  EXPECT_EQ(SongsIn(two), (Songs{2, 3}));
+  EXPECT_EQ(SongsOf(one), (Songs{1, 4}));
+  EXPECT_EQ(SongsOf(two), (Songs{2, 3}));
   EXPECT_EQ(RowsOf(List()), (QStringList{"1.  1.mp3", "2.  4.mp3"}));
   EXPECT_EQ(Selected(), std::vector<int>{1});
   EXPECT_TRUE(Box().IsFormDirty());
@@ -199,13 +199,13 @@ TEST_F(Commands, SongsAreNotCutOutOfAllSongs) {
     EXPECT_EQ(messages.Take(),
               Texts{"Can not cut a song from 'All Songs.'  You can copy a song if you wish."});
   }
-  EXPECT_EQ(SongsIn(all), (Songs{1, 2}));
+  EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
   // A folder of this name elsewhere is like any other.
   Folder& inner = AddFolder("All Songs", {1}, &two);
   window.PVExplorer1().Select(inner);
   SelectRow(0);
   window.ActOnPopUpClick(4, 2, &inner);
-  EXPECT_EQ(SongsIn(inner), Songs{});
+  EXPECT_EQ(SongsOf(inner), Songs{});
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
@@ -224,7 +224,7 @@ TEST_F(Commands, OnlyTheFolderOnShowHasSelectedSongs) {
   Show();
   SelectRow(0);
   for (const int command : {4, 7, 8, 13}) window.ActOnPopUpClick(command, 2, &two);
-  EXPECT_EQ(SongsIn(two), (Songs{1, 2}));
+  EXPECT_EQ(SongsOf(two), (Songs{1, 2}));
   EXPECT_EQ(Cells(5), (Texts{"2", "2"}));
 }
 
@@ -269,7 +269,7 @@ TEST_F(Commands, FoldersAreCutCopiedAndPasted) {
   EXPECT_EQ(Box().selectednode(), &two);
   window.ActOnPopUpClick(8, 1, nullptr);
   EXPECT_EQ(FoldersIn(), (Texts{"two", "one"}));
-  EXPECT_EQ(SongsIn(Nodes().ChildAt(1)), Songs{1});
+  EXPECT_EQ(SongsOf(Nodes().ChildAt(1)), Songs{1});
 }
 
 TEST_F(Commands, SongsCanBePastedIntoAFolderOfTheTreeAndFoldersBesideSongs) {
@@ -280,7 +280,7 @@ TEST_F(Commands, SongsCanBePastedIntoAFolderOfTheTreeAndFoldersBesideSongs) {
   SelectRow(1);
   window.ActOnPopUpClick(5, 2, &one);
   window.ActOnPopUpClick(8, 1, &two);
-  EXPECT_EQ(SongsIn(two), Songs{2});
+  EXPECT_EQ(SongsOf(two), Songs{2});
   window.ActOnPopUpClick(7, 1, &one);
   window.ActOnPopUpClick(6, 2, &two);
   EXPECT_EQ(FoldersIn(&two), Texts{"one"});
@@ -390,7 +390,7 @@ TEST_F(Commands, OtherNumbersDoNothing) {
   for (const int item : {1, 2, 3}) window.ActOnPopUpClick(item, 1, &one);
   for (const int pane : {0, 3}) window.ActOnPopUpClick(4, pane, &one);
   EXPECT_EQ(Nodes().Count(), 1);
-  EXPECT_EQ(SongsIn(one), Songs{1});
+  EXPECT_EQ(SongsOf(one), Songs{1});
   EXPECT_EQ(Rank(1), "2");
   EXPECT_TRUE(played.empty());
   EXPECT_TRUE(messages.shown.empty());

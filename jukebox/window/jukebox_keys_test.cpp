@@ -31,18 +31,18 @@ TEST_F(Keys, TheKeysOfTheListCutCopyPasteAndDelete) {
   Show();
   SelectRow(0);
   Type(List(), Qt::Key_X, Qt::ControlModifier);
-  EXPECT_EQ(SongsIn(one), (Songs{2, 3, 4}));
+  EXPECT_EQ(SongsOf(one), (Songs{2, 3, 4}));
   Click("two");
   Type(List(), Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(SongsIn(two), Songs{1});
+  EXPECT_EQ(SongsOf(two), Songs{1});
   Click("one");
   SelectRow(2);
   Type(List(), Qt::Key_C, Qt::ControlModifier);
   Type(List(), Qt::Key_Delete);
-  EXPECT_EQ(SongsIn(one), (Songs{2, 3}));
+  EXPECT_EQ(SongsOf(one), (Songs{2, 3}));
   Click("two");
   Type(List(), Qt::Key_V, Qt::ControlModifier);
-  EXPECT_EQ(SongsIn(two), (Songs{1, 4}));
+  EXPECT_EQ(SongsOf(two), (Songs{1, 4}));
 }
 
 TEST_F(Keys, TheKeysOfTheTreeCutCopyPasteAndDelete) {
@@ -73,13 +73,13 @@ TEST_F(Keys, CtrlZUndoesAndCtrlShiftZRedoesInBothHalves) {
   EXPECT_EQ(RowsOf(List()), (QStringList{"1.  1.mp3", "2.  2.mp3", "3.  3.mp3"}));
   EXPECT_FALSE(Box().IsFormDirty());
   Type(Tree(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-  EXPECT_EQ(SongsIn(one), (Songs{1, 3}));
+  EXPECT_EQ(SongsOf(one), (Songs{1, 3}));
   EXPECT_TRUE(Box().IsFormDirty());
   Type(Tree(), Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(SongsIn(one), (Songs{1, 2, 3}));
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2, 3}));
   // Ctrl+Y is the player's.
   Type(List(), Qt::Key_Y, Qt::ControlModifier);
-  EXPECT_EQ(SongsIn(one), (Songs{1, 2, 3}));
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2, 3}));
 }
 
 TEST_F(Keys, UndoShowsTheFolderThatItIsAbout) {
@@ -194,7 +194,7 @@ TEST_F(Keys, TheKeypadDeletesToo) {
   Show();
   SelectRow(0);
   Type(List(), Qt::Key_Delete, Qt::KeypadModifier);
-  EXPECT_EQ(SongsIn(one), Songs{2});
+  EXPECT_EQ(SongsOf(one), Songs{2});
 }
 
 TEST_F(Keys, UndoWithNothingToUndoLeavesTheListAlone) {
