@@ -41,6 +41,7 @@ add_executable(tallow_core_tests
   ui/jukebox_documents_test.cpp
   util/atomic_file_test.cpp
   util/comm_dlgs_test.cpp
+  util/file_lock_test.cpp
   util/file_system_test.cpp
   util/like_test.cpp
   util/natural_order_test.cpp

@@ -10,11 +10,11 @@
 #include <QFile>
 #include <QLocalServer>
 #include <QLocalSocket>
-#include <QLockFile>
 #include <QThread>
 
 #include "app/data_paths.h"
 #include "ui/local_server_folder.h"
+#include "util/file_lock.h"
 #include "util/file_system.h"
 
 namespace tallow {
@@ -28,8 +28,7 @@ constexpr qint64 kMostBytes = 8 << 20;
 }  // namespace
 
 SingleProgram::SingleProgram(const std::string& application_folder)
-    : lock_path_(QFile::decodeName(SystemFolder(application_folder).c_str()) +
-                 QStringLiteral("tallow.lock")) {
+    : lock_path_(SystemFolder(application_folder) + "tallow.lock") {
   CreateFolders(SystemFolder(application_folder));
   // Different paths to one folder have to meet at one place.
   const QByteArray real =
@@ -42,19 +41,14 @@ SingleProgram::SingleProgram(const std::string& application_folder)
 SingleProgram::~SingleProgram() = default;
 
 bool SingleProgram::Lock() {
-  lock_ = std::make_unique<QLockFile>(lock_path_);
-  // However old it is, a lock holds as long as its program lives.
-  lock_->setStaleLockTime(0);
-  if (!lock_->tryLock(0)) {
-    // A folder that cannot be written has no lock, and no library to be lost either.
-    if (lock_->error() == QLockFile::PermissionError) return true;
-    lock_.reset();
-    return false;
-  }
+  lock_ = std::make_unique<FileLock>();
+  // A folder that cannot be written has no lock, and no library to be lost either.
+  if (lock_->Take(lock_path_) == FileLock::Answer::kInUse) return false;
   QLocalServer::removeServer(server_name_);
   server_ = new QLocalServer(this);
   server_->setSocketOptions(QLocalServer::UserAccessOption);
   connect(server_, &QLocalServer::newConnection, this, &SingleProgram::Answer);
+  // Where it cannot listen, a later program says that this one does not answer.
   server_->listen(server_name_);
   return true;
 }
@@ -68,7 +62,10 @@ void SingleProgram::Answer() {
     stream.startTransaction();
     QByteArrayList files;
     stream >> files;
-    if (!stream.commitTransaction()) return;
+    if (!stream.commitTransaction()) {
+      if (stream.status() == QDataStream::ReadCorruptData) socket->abort();
+      return;
+    }
     socket->write(&kTaken, 1);
     socket->flush();
     std::vector<std::string> paths;

@@ -10,9 +10,10 @@
 #include <QString>
 
 class QLocalServer;
-class QLockFile;
 
 namespace tallow {
+
+class FileLock;
 
 /// Sees to it that only one Tallow works on an application folder: two would write over each other's library.
 ///
@@ -45,9 +46,9 @@ class SingleProgram : public QObject {
  private:
   void Answer();
 
-  QString lock_path_;
+  std::string lock_path_;
   QString server_name_;
-  std::unique_ptr<QLockFile> lock_;
+  std::unique_ptr<FileLock> lock_;
   QLocalServer* server_ = nullptr;
 };
 

@@ -67,10 +67,8 @@ TEST(SingleProgramTest, OneThatIsClosedIsNoObstacle) {
 TEST(SingleProgramTest, ALockThatACrashHasLeftIsNoObstacle) {
   TempFolder folder;
   CreateFolders(SystemFolder(folder.path()));
-  // As the lock's file has it: process, program, machine. No process has this number.
   QFile lock(QString::fromStdString(SystemFolder(folder.path()) + "tallow.lock"));
   ASSERT_TRUE(lock.open(QIODevice::WriteOnly));
-  lock.write("2147483646\ntallow\n" + QSysInfo::machineHostName().toUtf8() + "\n");
   lock.close();
   SingleProgram program(folder.path());
   EXPECT_TRUE(program.Lock());

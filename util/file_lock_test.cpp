@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "util/file_lock.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/temp_folder.h"
+
+namespace tallow {
+namespace {
+
+using Answer = FileLock::Answer;
+
+TEST(FileLockTest, IsHeldByOneAtATime) {
+  TempFolder folder;
+  const std::string path = folder / "it.lock";
+  FileLock second;
+  {
+    FileLock first;
+    EXPECT_EQ(first.Take(path), Answer::kHeld);
+    EXPECT_EQ(second.Take(path), Answer::kInUse);
+    EXPECT_EQ(second.Take(folder / "other.lock"), Answer::kHeld);
+  }
+  EXPECT_EQ(second.Take(path), Answer::kHeld);
+}
+
+TEST(FileLockTest, AFileThatIsThereAlreadyIsNoObstacle) {
+  TempFolder folder;
+  folder.File("it.lock");
+  FileLock lock;
+  EXPECT_EQ(lock.Take(folder / "it.lock"), Answer::kHeld);
+}
+
+TEST(FileLockTest, WhereNoFileCanBeMadeItSaysSo) {
+  TempFolder folder;
+  FileLock lock;
+  EXPECT_EQ(lock.Take(folder / "none/it.lock"), Answer::kImpossible);
+}
+
+}  // namespace
+}  // namespace tallow
