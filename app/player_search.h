@@ -14,6 +14,9 @@ namespace tallow {
 /// The name of the player's program.
 std::string_view PlayerProgramName();
 
+/// How a user comes by the player where no installer of it can be run, as whole sentences.
+std::string_view HowToInstallPlayer();
+
 /// The player where it can be without a search of a disk: on Linux beside the program, then in the
 /// folders of PATH; nowhere on Windows. Empty when it is not there.
 std::string FindPlayerNearby();

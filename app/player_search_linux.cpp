@@ -32,6 +32,12 @@ std::string PlayerIn(const std::string& folder) {
 
 std::string_view PlayerProgramName() { return kPlayerName; }
 
+std::string_view HowToInstallPlayer() {
+  return "The player is the program tallow-player, which comes with Tallow and needs the package "
+         "libmpv2. Install that package, and put tallow-player beside Tallow or into a folder of "
+         "PATH.";
+}
+
 std::string FindPlayerNearby() {
   const std::string program = ExecutablePath();
   if (!program.empty()) {

@@ -12,6 +12,8 @@ namespace tallow {
 
 std::string_view PlayerProgramName() { return "winamp.exe"; }
 
+std::string_view HowToInstallPlayer() { return "Install the player, winamp.exe, yourself."; }
+
 std::string FindPlayerNearby() { return {}; }
 std::string FindPlayerOnPath() { return {}; }
 

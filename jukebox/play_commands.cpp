@@ -50,8 +50,8 @@ void PlayCommands::OfferInstaller() {
   if (windows_.Start(installer)) return;
   const std::string reason = FileExists(installer) ? "It cannot be run" : "It is not there";
   windows_.Show({.text = "The installer " + installer + " could not be started. " + reason +
-                         ".\n\nInstall the player, " + std::string(PlayerProgramName()) +
-                         ", yourself, then close Tallow and open it again.",
+                         ".\n\n" + std::string(HowToInstallPlayer()) +
+                         " Then close Tallow and open it again.",
                  .icon = MessageIcon::kCritical});
 }
 
