@@ -128,7 +128,7 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   const std::shared_ptr<TreeFolder> root = reader.Root(request.Folder);
   enter(root);
   double total = 0;
-  while (!levels.empty()) {
+  while (!levels.empty() && !tallow_.is_ending) {
     Level& level = levels.back();
     if (level.next < level.folder->subfolders.size()) {
       std::shared_ptr<TreeFolder> subfolder = std::move(level.folder->subfolders[level.next++]);

@@ -59,7 +59,7 @@ class FileSearch {
   /// Walks a folder depth first, its files before its subfolders, each in the order of the system.
   /// Folders that cannot be read are skipped, and so is one that was visited before. Links to
   /// folders and junctions are kept for SearchDrivesForMp3s to enter at its end; what is mounted
-  /// below is left to its own walk.
+  /// below is left to its own walk. The end of the program (is_ending) stops it after the folder.
   ///
   /// \returns the bytes of the matching files
   double WalkFolderTree(FileSearchRequest& request);

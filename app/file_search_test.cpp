@@ -115,6 +115,15 @@ TEST_F(FileSearchTest, ACancelTakesEffectAtTheNextDrive) {
   EXPECT_FALSE(tallow.SearchCancelled);
 }
 
+TEST_F(FileSearchTest, TheEndOfTheProgramStopsItWhereItIs) {
+  music.File("c/a/a.mp3");
+  music.File("c/b/b.mp3");
+  music.File("d/c.mp3");
+  progress.on_song = [this] { tallow.SearchCancelled = tallow.is_ending = true; };
+  Search(TestDrives({{music / "c/"}, {music / "d/"}}));
+  EXPECT_EQ(library.UBoundOfMp3Array(), 1);
+}
+
 TEST_F(FileSearchTest, ACancelDuringTheYieldsStopsBeforeTheDrive) {
   music.File("c/a.mp3");
   progress.on_yield = [this] { tallow.SearchCancelled = progress.yields == 1999; };

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include <QApplication>
-#include <QIcon>
 
 #include "app/command_line.h"
 #include "app/drive_list.h"
@@ -15,6 +14,7 @@
 #include "app/version.h"
 #include "player/player_link.h"
 #include "ui/end_signals.h"
+#include "ui/frame_pictures.h"
 #include "ui/frm_mdi_form1.h"
 #include "ui/message_box.h"
 #include "ui/single_program.h"
@@ -59,7 +59,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
   QApplication::setApplicationName(QStringLiteral("tallow"));
   QApplication::setApplicationVersion(
       QStringLiteral("%1.%2").arg(kMajorVersion).arg(kMinorVersion));
-  QApplication::setWindowIcon(QIcon(QStringLiteral(":/Custom/101")));
+  QApplication::setWindowIcon(FramePicture("tallow"));
   // The splash window is the only one at times; its end is not the program's.
   QApplication::setQuitOnLastWindowClosed(false);
 
@@ -81,6 +81,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
   const EndSignals end_signals([&frame, &tallow] {
     // A search that is on its way is to end as well.
     tallow.SearchCancelled = true;
+    tallow.is_ending = true;
     // Nobody can be asked now; the next start does.
     frame.KeepUnsavedChanges();
     // The music does not outlive the program that steers it.

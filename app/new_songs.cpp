@@ -109,7 +109,9 @@ class Search {
 
   void FileSongsFrom(std::int32_t before) {
     Jukebox* const jukebox = windows_.ActiveJukebox();
-    if (library_.UBoundOfMp3Array() > before && jukebox != nullptr) {
+    const bool has_new = library_.UBoundOfMp3Array() > before;
+    had_no_jukebox_ = has_new && jukebox == nullptr;
+    if (has_new && jukebox != nullptr) {
       tallow_.found_tags.Seal();
       try {
         FillAutomaticFolders(kFillNewToo, false, jukebox->Caption(), library_,
@@ -117,6 +119,8 @@ class Search {
                              [this] { progress_->VisitFolder({}); });
       } catch (const FilingError& error) {
         problems_ = error.problems();
+      } catch (const std::exception& error) {
+        failure_ = error.what();
       }
     }
     tallow_.found_tags.Clear();
@@ -139,6 +143,7 @@ class Search {
                        (new_songs == 1 ? " new song, " : " new songs, ") + std::to_string(missing) +
                        " missing";
     if (was_cancelled_) line += ". The search was cancelled; what it had looked at is complete.";
+    if (had_no_jukebox_) line += ". No jukebox was the active window, so nothing was filed.";
     std::vector<std::string> lines{std::move(line)};
     lines.insert(lines.end(), problems_.begin(), problems_.end());
     if (!library_.SaveError().empty())
@@ -157,6 +162,7 @@ class Search {
   NewSongsWindows& windows_;
   SearchProgress* progress_ = nullptr;
   bool was_cancelled_ = false;
+  bool had_no_jukebox_ = false;
   std::string failure_;
   std::vector<std::string> problems_;
 };

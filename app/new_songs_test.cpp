@@ -132,7 +132,9 @@ TEST_F(NewSongs, WithoutAnActiveJukeboxNothingIsFiled) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   has_active = false;
   BringIn(NewSongsPlace::kUsualFolders);
-  EXPECT_EQ(noticed, Texts{"1 new song, 0 missing"});
+  EXPECT_EQ(noticed,
+            Texts{"1 new song, 0 missing. No jukebox was the active window, so nothing was "
+                  "filed."});
   EXPECT_FALSE(HasArtist("Zappa"));
 }
 

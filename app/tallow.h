@@ -69,6 +69,8 @@ class Tallow {
   /// Set by the Cancel button, cleared by the search that stops because of it. A click that comes
   /// after the last drive stays set and stops the next search at its first drive.
   bool SearchCancelled = false;
+  /// The program is being ended from outside: what is under way stops where it is.
+  bool is_ending = false;
   /// Record numbers of the songs to hand to the player, in play order.
   std::vector<std::int32_t> SongsToPlay;
   /// How often a folder was shown, in any jukebox.
