@@ -10,6 +10,7 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QTextBrowser>
+#include <QTextDocument>
 #include <QToolButton>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -22,9 +23,19 @@ constexpr QSize kFirstSize(860, 620);
 /// Of the list of pages, in average characters.
 constexpr int kContentsCharacters = 28;
 
+/// Of a page in the list of pages: its text, to be searched.
+constexpr int kTextRole = Qt::UserRole + 1;
+
 QString TextOf(const QString& page) {
   QFile file(QStringLiteral(":/manual/%1.md").arg(page));
   return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+/// What a reader sees of a page, without its marks and the targets of its links.
+QString PlainTextOf(const QString& page) {
+  QTextDocument document;
+  document.setMarkdown(TextOf(page));
+  return document.toPlainText();
 }
 
 /// The first line of a page is its heading.
@@ -66,6 +77,7 @@ frmHelp::frmHelp(QWidget* parent)
   for (const QString& page : Pages()) {
     auto* const item = new QListWidgetItem(TitleOf(page), contents_);
     item->setData(Qt::UserRole, page);
+    item->setData(kTextRole, PlainTextOf(page));
   }
   auto* const back = new QToolButton(this);
   back->setText(tr("&Back"));
@@ -126,7 +138,7 @@ void frmHelp::Search(const QString& words) {
   QListWidgetItem* first = nullptr;
   for (int row = 0; row < contents_->count(); ++row) {
     QListWidgetItem* const item = contents_->item(row);
-    const QString text = TextOf(item->data(Qt::UserRole).toString());
+    const QString text = item->data(kTextRole).toString();
     const bool has_all = std::all_of(wanted.begin(), wanted.end(), [&](const QString& word) {
       return text.contains(word, Qt::CaseInsensitive);
     });

@@ -7,9 +7,12 @@
 #include <QImage>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
+#include <QMenuBar>
 #include <QRegularExpression>
 #include <QTest>
 #include <QTextBrowser>
+#include <QTextDocument>
 
 #include "jukebox/window/pv_explorer.h"
 #include "tests/frame_fixture.h"
@@ -71,6 +74,20 @@ TEST_F(FrmHelp, ShowsPagesAndFollowsTheirList) {
   EXPECT_EQ(help.Page(), frmHelp::Pages()[3]);
 }
 
+TEST_F(FrmHelp, HasEveryItemOfTheMenus) {
+  QTextDocument page;
+  page.setMarkdown(Text("menus"));
+  const QString text = page.toPlainText();
+  for (const QAction* const menu : frame.menuBar()->actions()) {
+    EXPECT_TRUE(text.contains(menu->text().remove('&'))) << menu->text().toStdString();
+    if (menu->text() == "&WindowList") continue;
+    for (const QAction* const item : menu->menu()->actions()) {
+      const QString caption = item->text().remove('&').section(QStringLiteral(" ("), 0, 0);
+      EXPECT_TRUE(text.contains(caption)) << caption.toStdString();
+    }
+  }
+}
+
 TEST_F(FrmHelp, EscCloses) {
   frmHelp help;
   help.show();
@@ -85,6 +102,9 @@ TEST_F(FrmHelp, TheSearchLeavesThePagesWithAllWords) {
   EXPECT_EQ(ShownPages(help), QStringList());
   search->setText("KEYPAD ctrl+t");
   EXPECT_EQ(ShownPages(help), QStringList());
+  // Only what a reader sees is searched, not the targets of links.
+  search->setText("new-songs.md");
+  EXPECT_EQ(ShownPages(help), QStringList());
   search->setText("ctrl+t ctrl+r");
   EXPECT_EQ(ShownPages(help), QStringList{"keys"});
   EXPECT_EQ(help.Page(), "keys");
@@ -92,6 +112,48 @@ TEST_F(FrmHelp, TheSearchLeavesThePagesWithAllWords) {
   search->clear();
   EXPECT_EQ(ShownPages(help), frmHelp::Pages());
   EXPECT_TRUE(help.findChild<QTextBrowser*>()->extraSelections().isEmpty());
+}
+
+TEST_F(FrmHelp, F1InADialogOpensItsPageOverIt) {
+  frmMain& window = ShowJukebox();
+  window.Jukebox().Nodes().AddChild(nullptr, "two");
+  const std::pair<const char*, const char*> expected[] = {
+      {"mnuFind", "find"}, {"mnuTip", "windows"}, {"mnuChangeBackgroup", "picture"}};
+  for (const auto& [item, page] : expected) {
+    QString opened;
+    bool is_over_it = false;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+      QWidget* const dialog = QApplication::activeModalWidget();
+      if (dialog == nullptr || QApplication::focusWidget() == nullptr) return;
+      timer.stop();
+      QTest::keyClick(QApplication::focusWidget(), Qt::Key_F1);
+      if (const auto* const help = dialog->findChild<frmHelp*>()) {
+        opened = help->Page();
+        is_over_it = help->isVisible();
+      }
+      static_cast<QDialog*>(dialog)->reject();
+    });
+    timer.start(5);
+    Item(item).trigger();
+    EXPECT_EQ(opened, page);
+    EXPECT_TRUE(is_over_it) << item;
+  }
+}
+
+TEST_F(FrmHelp, DoesNotOutliveTheFrame) {
+  ShowJukebox();
+  Item("mnuHelpp").trigger();
+  const auto is_open = [] {
+    const QWidgetList all = QApplication::topLevelWidgets();
+    return std::any_of(all.begin(), all.end(), [](const QWidget* top) {
+      return top->objectName() == QLatin1String("frmHelp") && top->isVisible();
+    });
+  };
+  ASSERT_TRUE(is_open());
+  Item("mnuExit").trigger();
+  EXPECT_FALSE(frame.isVisible());
+  EXPECT_FALSE(is_open());
 }
 
 TEST_F(FrmHelp, F1OpensThePageOfTheWindowThatHasTheKeyboard) {
