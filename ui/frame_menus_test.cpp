@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
+#include <QPushButton>
 #include <QSet>
 #include <QSettings>
 #include <QStatusBar>
@@ -239,6 +240,113 @@ TEST_F(FrameMenus, NewSongsAreBroughtInWhileTheFrameIsDisabledAndToldInTheStatus
     EXPECT_NE(top->objectName(), "frmSearching");
 }
 
+TEST_F(FrameMenus, ASearchIsCancelledWithTheMouseThoughTheFrameIsDisabled) {
+  ShowJukebox();
+  library.Save();
+  bool was_clicked = false;
+  tallow.search_all_drives = [&](SearchProgress* progress) {
+    for (QWidget* const top : QApplication::topLevelWidgets()) {
+      if (top->objectName() != QLatin1String("frmSearching")) continue;
+      auto* const button = top->findChild<QPushButton*>("cmdCancel");
+      // The click waits among the events until the search lets the windows live.
+      QMetaObject::invokeMethod(
+          button, [button] { QTest::mouseClick(button, Qt::LeftButton); }, Qt::QueuedConnection);
+      EXPECT_FALSE(tallow.SearchCancelled);
+      QTest::qWait(50);
+      progress->VisitFolder("/music/");
+      was_clicked = tallow.SearchCancelled;
+    }
+    return !tallow.SearchCancelled;
+  };
+  Item("mnuNewSongsWholeComputerSearch").trigger();
+  EXPECT_TRUE(was_clicked);
+  EXPECT_TRUE(frame.isEnabled());
+  EXPECT_TRUE(frame.statusBar()->currentMessage().startsWith(
+      "0 new songs, 0 missing. The search was cancelled"));
+}
+
+TEST_F(FrameMenus, KeysDoTheirWorkInEitherHalfOfAJukebox) {
+  frmMain& window = Watched(0);
+  messages.answer = MessageAnswer::kNo;
+  Item("mnuPlayAllTheSongInNode").trigger();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  // One that stays when it is cut.
+  window.Jukebox().Nodes().AddChild(nullptr, "New");
+  auto* const tree = window.findChild<QTreeView*>();
+  tree->setCurrentIndex(tree->model()->index(1, 0));
+  TakeCommands();
+  link.Take();
+  struct Expected {
+    QWidget* focus;
+    QStringList edits;  ///< of copy, paste, cut, delete
+  };
+  const Expected halves[] = {{tree, {"1 7", "1 8", "1 6", "1 9"}},
+                             {window.findChild<QTableView*>(), {"2 5", "2 6", "2 4", "2 7"}}};
+  for (const Expected& half : halves) {
+    const auto press = [&](int key, Qt::KeyboardModifiers with = Qt::ControlModifier) {
+      half.focus->setFocus();
+      QTest::keyClick(half.focus, static_cast<Qt::Key>(key), with);
+    };
+    press(Qt::Key_C);
+    press(Qt::Key_V);
+    press(Qt::Key_X);
+    press(Qt::Key_Delete, Qt::NoModifier);
+    EXPECT_EQ(TakeCommands(), half.edits);
+    link.Take();
+    for (const auto& [key, message] : {std::pair{Qt::Key_T, "273 40048 0"},
+                                       {Qt::Key_R, "273 40044 0"},
+                                       {Qt::Key_U, "273 40046 0"},
+                                       {Qt::Key_Y, "273 40045 0"}}) {
+      press(key);
+      EXPECT_EQ(link.Take(), Texts{message});
+    }
+    press(Qt::Key_L);
+    EXPECT_EQ(TakeCommands(), QStringList{"2 1"});
+    press(Qt::Key_P);
+    EXPECT_EQ(TakeCommands(), QStringList{"2 2"});
+    press(Qt::Key_F5, Qt::ShiftModifier);
+    EXPECT_FALSE(SubOf(window).isMaximized());
+    SubOf(window).showMaximized();
+    press(Qt::Key_F4, Qt::ShiftModifier);
+    EXPECT_FALSE(SubOf(window).isMaximized());
+    SubOf(window).showMaximized();
+  }
+  QTest::keyClick(tree, Qt::Key_N, Qt::ControlModifier);
+  EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
+}
+
+TEST_F(FrameMenus, KeysOfThePlayerWorkInThePanelAndThoseOfTheJukeboxDoNothing) {
+  Watched(1);
+  Item("mnuPlayAllTheSongInNode").trigger();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));
+  QWidget* const focus = frame.PlayerPanel()->findChild<QPushButton*>();
+  ASSERT_NE(focus, nullptr);
+  focus->setFocus();
+  TakeCommands();
+  link.Take();
+  for (const Qt::Key key : {Qt::Key_X, Qt::Key_C, Qt::Key_V, Qt::Key_P, Qt::Key_L})
+    QTest::keyClick(focus, key, Qt::ControlModifier);
+  QTest::keyClick(focus, Qt::Key_Delete);
+  EXPECT_EQ(TakeCommands(), QStringList());
+  EXPECT_EQ(link.Take(), Texts{});
+  QTest::keyClick(focus, Qt::Key_T, Qt::ControlModifier);
+  EXPECT_EQ(link.Take(), Texts{"273 40048 0"});
+}
+
+TEST_F(FrameMenus, NothingOffersToHideTheToolbar) {
+  ShowJukebox();
+  QSettings().setValue(QStringLiteral("Window/State"), [this] {
+    frame.findChild<QToolBar*>()->hide();
+    return frame.saveState();
+  }());
+  RecordedLink other_link;
+  frmMDIForm1 next(tallow, other_link, messages.Shower());
+  EXPECT_FALSE(next.findChild<QToolBar*>()->isHidden());
+  EXPECT_EQ(static_cast<QMainWindow&>(next).createPopupMenu(), nullptr);
+  QSettings().remove(QStringLiteral("Window"));
+}
+
 TEST_F(FrameMenus, AButtonMakesANewJukebox) {
   ShowJukebox();
   Button(11).trigger();
@@ -332,6 +440,19 @@ TEST_F(FrameMenus, ArrangingPutsThePanelAside) {
     EXPECT_TRUE(SubOf(*frame.PlayerPanel()).isMinimized()) << item;
     EXPECT_FALSE(SubOf(window).isMaximized());
   }
+}
+
+TEST_F(FrameMenus, MinimizedWindowsStayAsideWhenTheOthersAreCascaded) {
+  frmMain& aside = ShowJukebox();
+  frmMain& one = ShowJukebox();
+  Item("mnuPlayAllTheSongInNode").trigger();
+  SubOf(*frame.PlayerPanel()).showMinimized();
+  SubOf(aside).showMinimized();
+  Area().setActiveSubWindow(&SubOf(one));
+  Item("mnuCascade").trigger();
+  EXPECT_TRUE(SubOf(*frame.PlayerPanel()).isMinimized());
+  EXPECT_TRUE(SubOf(aside).isMinimized());
+  EXPECT_EQ(SubOf(one).pos(), QPoint(0, 0));
 }
 
 TEST_F(FrameMenus, CascadedWindowsAreLargeEnoughToUse) {

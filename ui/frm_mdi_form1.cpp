@@ -16,6 +16,7 @@
 #include <QStatusBar>
 #include <QStringList>
 #include <QTimer>
+#include <QToolBar>
 
 #include "app/frm_searching.h"
 #include "app/initial_jukebox.h"
@@ -118,9 +119,12 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
       show_(
           show
               ? std::move(show)
-              : [this](
-                    const Message&
-                        message) { return ShowMessageBox(message, isVisible() ? this : nullptr); }),
+              : [this](const Message& message) {
+                  // Over the dialog that it comes from, if there is one.
+                  QWidget* const modal = QApplication::activeModalWidget();
+                  if (modal != nullptr) return ShowMessageBox(message, modal);
+                  return ShowMessageBox(message, isVisible() ? this : nullptr);
+                }),
       player_(
           link, [this] { return tallow_.settings.LocOfWinAmpExe(); }, show_),
       play_commands_(tallow, *this),
@@ -145,9 +149,13 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   const QSettings options;
   restoreGeometry(options.value(kGeometryOption).toByteArray());
   restoreState(options.value(kStateOption).toByteArray());
+  toolbar_->show();
   auto* const keep = new QTimer(this);
   keep->setObjectName(QStringLiteral("KeepUnsavedTimer"));
-  connect(keep, &QTimer::timeout, this, &frmMDIForm1::KeepUnsavedChanges);
+  connect(keep, &QTimer::timeout, this, [this] {
+    // While songs are filed, the trees are not yet what they are to be.
+    if (isEnabled()) KeepUnsavedChanges();
+  });
   keep->start(kKeepUnsavedEvery);
 }
 
@@ -171,6 +179,11 @@ void frmMDIForm1::SetUpMenus() {
   });
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
   UpdateTheMenuControlArray();
+}
+
+QMenu* frmMDIForm1::createPopupMenu() {
+  // It could only hide the toolbar, and nothing would bring that back.
+  return nullptr;
 }
 
 void frmMDIForm1::KeepUnsavedChanges() {

@@ -17,6 +17,7 @@
 
 class QMdiArea;
 class QMdiSubWindow;
+class QMenu;
 class QToolBar;
 
 namespace tallow {
@@ -79,6 +80,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void closeEvent(QCloseEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void changeEvent(QEvent* event) override;
+  QMenu* createPopupMenu() override;
 
  private:
   /// The frame as the commands on jukebox files see it.
