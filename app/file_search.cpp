@@ -112,8 +112,10 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
     double total = 0;      ///< bytes of its own files and of the subfolders that are done
   };
   std::vector<Level> levels;
+  std::function<void()> live;
+  if (IsSplashLoaded()) live = [this] { progress_->VisitFolder({}); };
   const auto enter = [&](std::shared_ptr<TreeFolder> folder) {
-    reader.Take(*folder);
+    reader.Take(*folder, live);
     if (!Visit(*folder)) return;
     reader.Enter(*folder);
     if (IsSplashLoaded()) progress_->VisitFolder(folder->path);
@@ -199,6 +201,8 @@ bool FileSearch::SearchDrivesForWinamp() {
 
 void FileSearch::StorePlayer(const std::string& path) {
   if (IsSplashLoaded()) Report("Found WinAmp!!");
+  // The settings keep paths one a line.
+  if (HasLineBreak(path)) return;
   tallow_.settings.LocOfWinAmpExe(path);
   tallow_.SaveSettings();
 }

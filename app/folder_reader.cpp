@@ -7,6 +7,7 @@
 
 #include "library/mp3_tag_editor.h"
 #include "util/path_text.h"
+#include "util/read_ahead.h"
 
 namespace tallow {
 
@@ -18,8 +19,7 @@ FolderReader::FolderReader(std::string pattern, bool recurse,
       enter_(std::move(enter)),
       tails_(std::move(tails)) {
   if (!recurse_) return;
-  // The walk itself keeps one core busy.
-  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U) - 1;
+  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 4U);
   try {
     for (unsigned k = 0; k < threads; ++k) workers_.emplace_back([this] { Work(); });
   } catch (const std::system_error&) {
@@ -42,10 +42,35 @@ std::shared_ptr<TreeFolder> FolderReader::Root(std::string_view folder) const {
   return root;
 }
 
-void FolderReader::Take(TreeFolder& folder) {
+void FolderReader::WaitFor(TreeFolder& folder, const std::function<void()>& live,
+                           std::unique_lock<std::mutex>& lock) {
+  while (!done_.wait_for(lock, kLiveEvery,
+                         [&] { return folder.state_ == TreeFolder::State::kDone; })) {
+    lock.unlock();
+    live();
+    lock.lock();
+  }
+}
+
+void FolderReader::Take(TreeFolder& folder, const std::function<void()>& live) {
   std::unique_lock lock(mutex_);
   if (folder.state_ == TreeFolder::State::kWaiting) {
-    ReadOne(folder, lock);
+    if (!live) return ReadOne(folder, lock);
+    folder.state_ = TreeFolder::State::kReading;
+    std::thread reader([&] {
+      List(folder);
+      const std::lock_guard reader_lock(mutex_);
+      folder.state_ = TreeFolder::State::kDone;
+      done_.notify_one();
+    });
+    WaitFor(folder, live, lock);
+    lock.unlock();
+    reader.join();
+    return;
+  }
+  if (live) {
+    WaitFor(folder, live, lock);
+    if (ahead_-- == kMostAhead) work_.notify_all();
     return;
   }
   // Another thread has it. Until that one is done there is other work to do.

@@ -32,7 +32,7 @@ struct TreeFolder {
 /// Lists the folders of a tree ahead of a walk that goes through it depth first.
 ///
 /// The walk takes its folders in its own order and on its own thread; other threads list meanwhile
-/// what it will come to next. What the walk needs and nobody has begun, it lists itself, so nothing
+/// what it will come to next. What the walk needs and nobody has begun is listed at once, so nothing
 /// depends on how many threads there are.
 class FolderReader {
  public:
@@ -54,7 +54,9 @@ class FolderReader {
   std::shared_ptr<TreeFolder> Root(std::string_view folder) const;
 
   /// Returns when a folder is listed.
-  void Take(TreeFolder& folder);
+  /// \param live called again and again until then, so that a disk that does not answer does not keep a
+  ///             window from living; without it the walk helps listing
+  void Take(TreeFolder& folder, const std::function<void()>& live = {});
 
   /// Tells that the walk goes on into a taken folder: its subfolders are listed ahead from now on.
   void Enter(TreeFolder& folder);
@@ -68,6 +70,8 @@ class FolderReader {
   // All of these need the lock, which ReadOne gives up while it reads.
   void Queue(TreeFolder& folder);
   std::shared_ptr<TreeFolder> NextWaiting();
+  void WaitFor(TreeFolder& folder, const std::function<void()>& live,
+               std::unique_lock<std::mutex>& lock);
   void ReadAheadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock);
   void ReadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock);
 

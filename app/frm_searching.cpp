@@ -6,6 +6,7 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
 #include <QScreen>
@@ -43,6 +44,8 @@ frmSearching::frmSearching(std::function<void()> cancel, QWidget* parent)
     label->setTextFormat(Qt::PlainText);
   status_label_->setFixedWidth(kStatusCharacters * fontMetrics().averageCharWidth());
   cancel_button_->setObjectName(QStringLiteral("cmdCancel"));
+  cancel_button_->setAccessibleDescription(
+      tr("Stops after the folder or disk that is being searched"));
   connect(cancel_button_, &QPushButton::clicked, this, &frmSearching::Cancel);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -95,9 +98,17 @@ void frmSearching::VisitFolder(std::string_view folder) {
 }
 
 void frmSearching::Cancel() {
+  if (!cancel_button_->isEnabled()) return;
   cancel_button_->setEnabled(false);
   cancel_button_->setText(tr("Stopping . . ."));
   if (cancel_) cancel_();
+}
+
+void frmSearching::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Escape)
+    Cancel();
+  else
+    QWidget::keyPressEvent(event);
 }
 
 void frmSearching::closeEvent(QCloseEvent* event) {

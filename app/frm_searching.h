@@ -41,6 +41,7 @@ class frmSearching : public QWidget, public SearchProgress {
 
  protected:
   void closeEvent(QCloseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void Cancel();

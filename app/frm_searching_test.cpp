@@ -42,6 +42,17 @@ TEST(FrmSearching, CancelIsToldOnceAndTheWindowStaysUntilTheSearchStops) {
   EXPECT_TRUE(window.isVisible());
 }
 
+TEST(FrmSearching, EscCancelsOnceToo) {
+  int cancelled = 0;
+  frmSearching window([&] { ++cancelled; });
+  window.Load();
+  window.show();
+  QTest::keyClick(&window, Qt::Key_Escape);
+  QTest::keyClick(&window, Qt::Key_Escape);
+  EXPECT_EQ(cancelled, 1);
+  EXPECT_EQ(window.findChild<QPushButton*>("cmdCancel")->text(), "Stopping . . .");
+}
+
 TEST(FrmSearching, StandsInTheMiddleOfTheScreen) {
   frmSearching window;
   window.Load();

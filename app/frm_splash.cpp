@@ -67,6 +67,8 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
   setWindowTitle(tr("Tallow"));
   ok_->setObjectName(QStringLiteral("cmdOK"));
   cancel_button_->setObjectName(QStringLiteral("cmdCancel"));
+  ok_->setAccessibleDescription(tr("Closes the window"));
+  cancel_button_->setAccessibleDescription(tr("Stops after the disk that is being searched"));
   connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
   connect(cancel_button_, &QPushButton::clicked, this, [this] {
     if (cancel_) cancel_();
@@ -210,6 +212,11 @@ void frmSplash::YieldAfterSong() {
   if (!painted_) return;
   painted_ = false;
   QCoreApplication::processEvents();
+}
+
+void frmSplash::VisitFolder(std::string_view folder) {
+  // The line names the drive; folders go by too fast.
+  if (folder.empty()) Yield();
 }
 
 void frmSplash::done(int result) {

@@ -45,6 +45,7 @@ class frmSplash : public QDialog, public SearchProgress {
   void Repaint() override;
   void Yield() override;
   void YieldAfterSong() override;
+  void VisitFolder(std::string_view folder) override;
 
   void done(int result) override;
   void reject() override;

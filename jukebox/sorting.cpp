@@ -141,7 +141,8 @@ bool FillJukebox(int mode, Jukebox& jukebox, const clsMain& library, const TagCa
       [&](std::size_t k, const TagBlock& block) {
         filing.File(rows[k], block);
         if (filed) filed();
-      });
+      },
+      filed);
   jukebox.ListRefilled(library);
   return true;
 }

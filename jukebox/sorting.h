@@ -49,7 +49,7 @@ enum FillMode : int {
 /// \param windows   the open jukeboxes, in the order they were opened; the last is visited first
 /// \param found_tags tags that are known already, sealed; null for none. The others are read from
 ///         the files
-/// \param filed     is called after each song; may be empty
+/// \param filed     is called after each song, and while one is waited for; may be empty
 /// \throws FilingError after all songs are filed: songs whose tag has a year that is no number
 ///         (they lie in no year and no decade folder), entries of "All Songs" whose number the
 ///         library has not

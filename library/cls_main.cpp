@@ -37,6 +37,14 @@ std::int16_t ColumnOf(std::int32_t column) {
 /// Ends reading ahead before its end.
 struct Stopped {};
 
+/// What lets a window live while a folder is waited for; nothing where nobody is to be told.
+std::function<void()> LiveWhile(const std::function<bool(std::string_view folder)>& go_on) {
+  if (!go_on) return {};
+  return [&go_on] {
+    if (!go_on({})) throw Stopped();
+  };
+}
+
 /// The rows whose songs lie in one folder.
 struct FolderRows {
   std::string_view folder;
@@ -90,7 +98,8 @@ void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(
             present[static_cast<std::size_t>(folders[k].rows[s] - 1)] = found[s];
           looked_at = k + 1;
           if (go_on && !go_on(folders[k].folder)) throw Stopped();
-        });
+        },
+        LiveWhile(go_on));
   } catch (const Stopped&) {
     for (std::size_t k = looked_at; k < folders.size(); ++k)
       for (const std::int32_t row : folders[k].rows) present[static_cast<std::size_t>(row - 1)] = 1;
@@ -133,7 +142,8 @@ bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(
         [&](std::size_t k, const FolderListing& listing) {
           AddMp3FilesOfOneFolder(folders[k], listing, known);
           if (go_on && !go_on(folders[k])) throw Stopped();
-        });
+        },
+        LiveWhile(go_on));
   } catch (const Stopped&) {
     // What was found until now is complete.
   }

@@ -49,7 +49,8 @@ class clsMain {
   /// "1" is blanked too, so a song once missing stays missing for good; its file, come back, is
   /// found as a new song.
   ///
-  /// \param go_on is told each folder that has been looked at, and whether to look at more; may be empty. The
+  /// \param go_on is told each folder that has been looked at (an empty text while one is waited for), and says
+  /// whether to look at more; may be empty. The
   ///        songs of folders that were not looked at stay as they are
   void CheckToSeeIfFilesAreMissingAndMakeFalse(
       const std::function<bool(std::string_view folder)>& go_on = {});
@@ -60,7 +61,8 @@ class clsMain {
   /// A list of folders that cannot be read is written anew from the library; where that fails too, the
   /// songs' own folders serve as the list.
   ///
-  /// \param go_on is told each folder that has been looked at, and whether to look at more; may be empty
+  /// \param go_on is told each folder that has been looked at (an empty text while one is waited for), and says
+  /// whether to look at more; may be empty
   /// \returns always false
   bool AddAnyAdditionalMp3FromTheNormalDirectories(
       const std::function<bool(std::string_view folder)>& go_on = {});

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <cstddef>
 #include <exception>
+#include <functional>
 #include <mutex>
 #include <thread>
 #include <utility>
@@ -15,6 +18,9 @@ namespace tallow {
 /// Most threads that ReadAhead starts, and the fewest: reading waits even on a machine of one core.
 inline constexpr unsigned kMostReaders = 8;
 inline constexpr unsigned kFewestReaders = 2;
+
+/// How long a thread that has windows waits before it lets them live.
+inline constexpr std::chrono::milliseconds kLiveEvery{40};
 
 /// Makes things on several cores and uses them one after another.
 ///
@@ -27,15 +33,20 @@ inline constexpr unsigned kFewestReaders = 2;
 /// \param run     how many a thread takes at once; fewer than two runs in all start no thread
 /// \param produce called from several threads at once, so it may only read what they share
 /// \param consume called from the calling thread only
+/// \param live    called from the calling thread again and again while there is nothing to consume yet, so
+///                that a disk that does not answer does not keep a window from living. Without it this
+///                thread just waits, and few things are made on it.
 ///
-/// An exception of either ends the work and comes out of this call.
+/// An exception of any of them ends the work and comes out of this call.
 template <typename Produce, typename Consume>
-void ReadAhead(std::size_t count, std::size_t run, const Produce& produce, const Consume& consume) {
+void ReadAhead(std::size_t count, std::size_t run, const Produce& produce, const Consume& consume,
+               const std::function<void()>& live = {}) {
   using Result = decltype(produce(std::size_t{0}));
   const std::size_t runs = (count + run - 1) / run;
   const std::size_t threads =
       std::clamp(std::thread::hardware_concurrency(), kFewestReaders, kMostReaders);
-  if (runs < 2) {
+  if (count == 0) return;
+  if (runs < 2 && !live) {
     for (std::size_t i = 0; i < count; ++i) consume(i, produce(i));
     return;
   }
@@ -50,7 +61,7 @@ void ReadAhead(std::size_t count, std::size_t run, const Produce& produce, const
   std::condition_variable changed;
   std::size_t next_run = 0;
   std::size_t consumed_runs = 0;
-  bool stop = false;
+  std::atomic<bool> stop = false;
   std::exception_ptr failure;
 
   const auto work = [&] {
@@ -67,7 +78,7 @@ void ReadAhead(std::size_t count, std::size_t run, const Produce& produce, const
       std::exception_ptr error;
       try {
         results.reserve(run);
-        for (std::size_t i = taken * run; i < std::min(count, (taken + 1) * run); ++i)
+        for (std::size_t i = taken * run; i < std::min(count, (taken + 1) * run) && !stop; ++i)
           results.push_back(produce(i));
       } catch (...) {
         error = std::current_exception();
@@ -98,7 +109,13 @@ void ReadAhead(std::size_t count, std::size_t run, const Produce& produce, const
       {
         std::unique_lock lock(mutex);
         Slot& slot = slots[r % ahead];
-        changed.wait(lock, [&] { return slot.ready || failure; });
+        const auto has_come = [&] { return slot.ready || failure; };
+        while (live && !changed.wait_for(lock, kLiveEvery, has_come)) {
+          lock.unlock();
+          live();
+          lock.lock();
+        }
+        changed.wait(lock, has_come);
         if (failure) break;
         results = std::move(slot.results);
         slot.ready = false;

@@ -27,6 +27,39 @@ TEST(ReadAhead, EveryThingIsConsumedOnceInOrder) {
   }
 }
 
+TEST(ReadAhead, AThreadThatWaitsLives) {
+  for (const std::size_t count : {1U, 3U, 100U}) {
+    std::atomic<int> lived = 0;
+    std::size_t consumed = 0;
+    ReadAhead(
+        count, 8,
+        [&](std::size_t i) {
+          // As a disk that first has to start: until the one who waits has lived twice.
+          while (i == 0 && lived < 2) std::this_thread::yield();
+          return i;
+        },
+        [&](std::size_t, std::size_t) { ++consumed; }, [&] { ++lived; });
+    EXPECT_EQ(consumed, count);
+    EXPECT_GE(lived, 2);
+  }
+}
+
+TEST(ReadAhead, WhoWaitsMayEndTheWork) {
+  std::atomic<bool> ended = false;
+  EXPECT_THROW(ReadAhead(
+                   100, 8,
+                   [&](std::size_t i) {
+                     while (!ended) std::this_thread::yield();
+                     return i;
+                   },
+                   [](std::size_t, std::size_t) {},
+                   [&] {
+                     ended = true;
+                     throw std::runtime_error("cancelled");
+                   }),
+               std::runtime_error);
+}
+
 TEST(ReadAhead, AFailingProducerEndsTheWork) {
   EXPECT_THROW(ReadAhead(
                    1000, 4,
