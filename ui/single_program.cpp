@@ -70,7 +70,9 @@ void SingleProgram::Answer() {
     socket->flush();
     std::vector<std::string> paths;
     for (const QByteArray& file : files) paths.push_back(file.toStdString());
-    emit FilesWanted(paths);
+    // Not from here: what opens the files may ask the user, and the socket is gone before the answer.
+    QMetaObject::invokeMethod(
+        this, [this, paths] { emit FilesWanted(paths); }, Qt::QueuedConnection);
   };
   connect(socket, &QLocalSocket::readyRead, socket, read);
   // It may have written before this was connected.

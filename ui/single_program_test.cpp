@@ -42,7 +42,23 @@ TEST(SingleProgramTest, ASecondOneHandsItsFilesOver) {
   const Texts files{"/m/a.juk", "/m/caf\xE9\n.juk"};
   EXPECT_TRUE(HandOverWhileRunning(folder.path(), files));
   EXPECT_TRUE(HandOverWhileRunning(folder.path(), {}));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return wanted.size() == 2; }));
   EXPECT_EQ(wanted, (std::vector<Texts>{files, {}}));
+}
+
+TEST(SingleProgramTest, WhatOpensTheFilesMayTakeItsTime) {
+  TempFolder folder;
+  SingleProgram first(folder.path());
+  ASSERT_TRUE(first.Lock());
+  bool was_asked = false;
+  // As a message box does; the one that hands over has gone meanwhile.
+  QObject::connect(&first, &SingleProgram::FilesWanted, [&] {
+    QTest::qWait(200);
+    was_asked = true;
+  });
+  EXPECT_TRUE(HandOverWhileRunning(folder.path(), {"/m/a.juk"}));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return was_asked; }));
+  EXPECT_TRUE(HandOverWhileRunning(folder.path(), {}));
 }
 
 TEST(SingleProgramTest, OtherFoldersHaveTheirOwn) {
