@@ -4,6 +4,7 @@
 
 #include <QContextMenuEvent>
 #include <QImage>
+#include <QImageWriter>
 #include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
@@ -436,6 +437,25 @@ TEST_F(Keys, AHugeOrDamagedPictureDoesNoHarm) {
   const QSize huge = show(jpeg);
   EXPECT_LE(huge.width(), 2560);
   EXPECT_LE(huge.height(), 2560);
+}
+
+TEST_F(Keys, AHugeProgressivePictureIsNotReadWhole) {
+  const auto show = [&](int side) {
+    QImage gray(side, side, QImage::Format_Grayscale8);
+    gray.fill(Qt::gray);
+    const QString path = QString::fromStdString(music / "progressive.jpg");
+    // What limits the reading limits the writing as well.
+    qunsetenv("JPEGMEM");
+    QImageWriter writer(path);
+    writer.setProgressiveScanWrite(true);
+    EXPECT_TRUE(writer.write(gray));
+    EXPECT_NE(ReadWholeFile(path.toStdString())->find("\xFF\xC2"), std::string::npos);
+    window.PVExplorer1().SetBackgroundImage("file:\\\\" + path, false);
+    return List().BackgroundSize();
+  };
+  EXPECT_EQ(show(3000), QSize(2560, 2560));
+  // Two bytes a point would have to be kept until its end.
+  EXPECT_EQ(show(12000), QSize(0, 0));
 }
 
 TEST_F(Keys, AWindowIsMadeWithTheStoredPicture) {

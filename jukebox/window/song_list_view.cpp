@@ -19,7 +19,13 @@ constexpr int kVeil = 176;
 /// it is read, so that none takes more than some dozen MB.
 constexpr int kMostPixels = 2560;
 
+/// What libjpeg, which reads this from the environment, may take for one picture, in thousands of bytes. A
+/// progressive picture is held whole whatever size it is wanted in: this is one of 40 million pixels. A
+/// larger one is not read.
+constexpr const char* kMostMemory = "256000";
+
 QPixmap ReadPicture(const QString& path) {
+  qputenv("JPEGMEM", kMostMemory);
   QImageReader reader(path);
   const QSize size = reader.size();
   if (std::max(size.width(), size.height()) > kMostPixels)
