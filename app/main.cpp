@@ -13,22 +13,17 @@
 #include "app/tallow.h"
 #include "app/version.h"
 #include "player/player_link.h"
+#include "ui/display.h"
 #include "ui/end_signals.h"
 #include "ui/frame_pictures.h"
 #include "ui/frm_mdi_form1.h"
 #include "ui/message_box.h"
 #include "ui/single_program.h"
 #include "ui/start_up.h"
+#include "util/program_start.h"
 
 namespace tallow {
 namespace {
-
-/// Whether a window can be opened. Qt itself only says so by ending the process.
-bool HasDisplay() {
-  return !qEnvironmentVariableIsEmpty("DISPLAY") ||
-         !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY") ||
-         !qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM");
-}
 
 /// Leaves the work to the Tallow that runs already.
 int HandOver(SingleProgram& running, const std::string& folder, const CommandLine& line) {
@@ -90,7 +85,10 @@ int Run(int argc, char** argv, const CommandLine& line) {
     QApplication::exit();
   });
   if (!line.files.empty()) frame.OpenFiles(line.files);
-  return QApplication::exec();
+  const int code = QApplication::exec();
+  // The end may have come in the middle of filing, which is complete now.
+  if (tallow.is_ending) frame.KeepUnsavedChanges();
+  return code;
 }
 
 }  // namespace
@@ -99,8 +97,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
 int main(int argc, char** argv) {
   using tallow::CommandLine;
   try {
-    const std::vector<std::string> arguments(argv + 1, argv + argc);
-    const CommandLine line = tallow::ParseCommandLine(arguments);
+    tallow::UseTerminal();
+    const CommandLine line = tallow::ParseCommandLine(tallow::ProgramArguments(argc, argv));
     if (!line.error.empty()) {
       std::fprintf(stderr, "%s\n", line.error.c_str());
       return tallow::kUsageError;

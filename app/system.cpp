@@ -253,7 +253,8 @@ void System::SearchForSongs() {
 
 void System::OpenFirstJukebox() {
   tallow_.found_tags.Seal();
-  const std::vector<std::string> recovered = RecoverUnsaved();
+  Jukebox* last_recovered = nullptr;
+  const std::vector<std::string> recovered = RecoverUnsaved(last_recovered);
   const std::string& last = tallow_.settings.LocOfLastSavedJukeBox();
   // With a jukebox open there is no need for the sample, nor for another window of the same file.
   const bool is_open = !recovered.empty() && (!FileExists(last) || Contains(recovered, last));
@@ -268,10 +269,12 @@ void System::OpenFirstJukebox() {
       windows_.Notice(error.problems());
     }
   }
+  // What the user has just asked for is in front.
+  if (last_recovered != nullptr) windows_.ShowJukebox(*last_recovered);
   tallow_.found_tags.Clear();
 }
 
-std::vector<std::string> System::RecoverUnsaved() {
+std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
   std::vector<std::string> problems;
   std::vector<std::string> recovered;
   for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
@@ -305,6 +308,7 @@ std::vector<std::string> System::RecoverUnsaved() {
       windows_.Notice(error.problems());
     }
     windows_.ShowJukebox(jukebox);
+    last = &jukebox;
     recovered.push_back(unsaved.file);
   }
   if (!problems.empty()) windows_.Notice(problems);

@@ -85,7 +85,9 @@ class System {
   void SearchForSongs();
   void OpenFirstJukebox();
   bool OpenLastJukebox(Jukebox& jukebox);
-  std::vector<std::string> RecoverUnsaved();
+  /// \param last gets the one that was recovered last, if any
+  /// \returns the files of those that were recovered
+  std::vector<std::string> RecoverUnsaved(Jukebox*& last);
   void DropVanishedPlayer();
 
   Tallow& tallow_;

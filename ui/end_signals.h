@@ -7,8 +7,7 @@
 namespace tallow {
 
 /// Takes the system's requests to end (SIGTERM, SIGINT and SIGHUP: the end of a session, Ctrl+C, a closed
-/// terminal) as part of the event loop. On Windows, where windows are asked themselves, there is nothing
-/// to take.
+/// terminal) as part of the event loop; on Windows the message that the user is being logged off.
 class EndSignals {
  public:
   /// \param end called with the first of them; only one object at a time

@@ -1,0 +1,12 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "util/program_start.h"
+
+namespace tallow {
+
+std::vector<std::string> ProgramArguments(int argc, const char* const* argv) {
+  return {argv + (argc > 0 ? 1 : 0), argv + argc};
+}
+
+void UseTerminal() {}
+
+}  // namespace tallow
