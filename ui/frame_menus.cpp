@@ -13,6 +13,7 @@
 
 #include "ui/file_menu.h"
 #include "ui/frame_pictures.h"
+#include "ui/window_arrangement.h"
 
 namespace tallow {
 namespace {
@@ -129,10 +130,8 @@ void ListWindows(QMenu& menu, QMdiArea& area) {
     action->setProperty("of_window", true);
     action->setCheckable(true);
     action->setChecked(window == area.currentSubWindow());
-    QObject::connect(action, &QAction::triggered, window, [&area, window] {
-      if (window->isMinimized()) window->showNormal();
-      area.setActiveSubWindow(window);
-    });
+    QObject::connect(action, &QAction::triggered, window,
+                     [&area, window] { BringToFront(area, *window); });
   }
 }
 

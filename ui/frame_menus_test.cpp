@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAccessible>
 #include <QDialog>
 #include <QLineEdit>
 #include <QMenu>
@@ -15,9 +16,11 @@
 #include <QTest>
 #include <QToolBar>
 
+#include "app/frm_searching.h"
 #include "jukebox/window/pv_explorer.h"
 #include "player/frm_main_winamp.h"
 #include "tests/frame_fixture.h"
+#include "ui/frm_help.h"
 
 namespace tallow {
 namespace {
@@ -208,6 +211,7 @@ TEST_F(FrameMenus, DialogsAreOpenedByMenuAndButton) {
 TEST_F(FrameMenus, NewSongsAreBroughtInWhileTheFrameIsDisabledAndToldInTheStatusBar) {
   frmMain& window = ShowJukebox();
   window.Jukebox().Nodes().AddChild(nullptr, "All Songs");
+  window.Jukebox().Caption("ONE");
   library.Save();
   library.WriteOutMp3DirectoryLocations();
   bool enabled = true;
@@ -440,6 +444,104 @@ TEST_F(FrameMenus, ArrangingPutsThePanelAside) {
     EXPECT_TRUE(SubOf(*frame.PlayerPanel()).isMinimized()) << item;
     EXPECT_FALSE(SubOf(window).isMaximized());
   }
+}
+
+TEST_F(FrameMenus, CascadedWindowsLieOneBeforeTheOther) {
+  std::vector<frmMain*> windows;
+  for (int k = 0; k < 4; ++k) windows.push_back(&ShowJukebox());
+  Area().setActiveSubWindow(&SubOf(*windows[1]));
+  Item("mnuCascade").trigger();
+  const QList<QMdiSubWindow*> stack = Area().subWindowList(QMdiArea::StackingOrder);
+  EXPECT_EQ(stack.back(), &SubOf(*windows[1]));
+  for (int k = 1; k < stack.size(); ++k) EXPECT_GT(stack[k]->y(), stack[k - 1]->y());
+  EXPECT_EQ(Area().activationOrder(), QMdiArea::CreationOrder);
+}
+
+TEST_F(FrameMenus, TilesLeaveMinimizedWindowsTheirRoom) {
+  frmMain& one = ShowJukebox();
+  frmMain& two = ShowJukebox();
+  frmMain& aside = ShowJukebox();
+  SubOf(aside).showMinimized();
+  Item("mnuTile").trigger();
+  for (const frmMain* const window : {&one, &two})
+    EXPECT_FALSE(SubOf(*window).geometry().intersects(SubOf(aside).geometry()));
+}
+
+TEST_F(FrameMenus, CommandsAreNotForAJukeboxThatIsMinimized) {
+  frmMain& one = ShowJukebox();
+  frmMain& two = ShowJukebox();
+  SubOf(two).showMinimized();
+  EXPECT_EQ(Area().currentSubWindow(), &SubOf(one));
+  const std::int32_t before = two.Jukebox().Nodes().Count();
+  Item("mnuAddFolderToRoot").trigger();
+  EXPECT_EQ(two.Jukebox().Nodes().Count(), before);
+  EXPECT_EQ(one.Jukebox().Nodes().Count(), before + 1);
+}
+
+TEST_F(FrameMenus, NewSongsLeaveTheUserWhereTheyWereInTheList) {
+  frmMain& window = ShowJukebox();
+  window.Jukebox().Nodes().AddChild(nullptr, "All Songs");
+  window.Jukebox().Caption("ONE");
+  library.Save();
+  library.WriteOutMp3DirectoryLocations();
+  music.File("c.mp3");
+  Item("mnuNewSongsNormalLocations").trigger();
+  auto* const tree = window.findChild<QTreeView*>();
+  auto* const list = window.findChild<QTableView*>();
+  tree->setCurrentIndex(tree->model()->index(1, 0));
+  ASSERT_EQ(list->model()->rowCount(), 3);
+  frame.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  list->setFocus();
+  list->selectRow(1);
+  const auto selected = [&] {
+    return window.Jukebox()
+        .selectednode()
+        ->Items()
+        .at(static_cast<std::size_t>(window.PVExplorer1().SelectedRows().at(0)))
+        .SubItem();
+  };
+  const std::int32_t song = selected();
+  music.File("Aa.mp3");
+  Item("mnuNewSongsNormalLocations").trigger();
+  EXPECT_EQ(list->model()->rowCount(), 4);
+  EXPECT_EQ(selected(), song);
+  EXPECT_EQ(frame.focusWidget(), list);
+}
+
+TEST_F(FrameMenus, EveryControlHasANameAndADescription) {
+  const auto expect_all = [](const QWidget& window) {
+    for (const QWidget* const control : window.findChildren<QWidget*>()) {
+      if (control->focusPolicy() == Qt::NoFocus || !control->isVisibleTo(&window)) continue;
+      // Parts of others, and frames around them.
+      if (control->objectName().isEmpty() || control->objectName().startsWith("qt_")) continue;
+      auto* const spoken = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(control));
+      ASSERT_NE(spoken, nullptr);
+      EXPECT_FALSE(spoken->text(QAccessible::Name).isEmpty())
+          << control->objectName().toStdString();
+      EXPECT_FALSE(spoken->text(QAccessible::Description).isEmpty())
+          << window.objectName().toStdString() << " " << control->objectName().toStdString();
+    }
+  };
+  expect_all(ShowJukebox());
+  Item("mnuPlayAllTheSongInNode").trigger();
+  expect_all(*frame.PlayerPanel());
+  for (const char* const item : {"mnuFind", "mnuTip", "mnuChangeBackgroup", "mnuAbout"}) {
+    QTimer::singleShot(50, [&] {
+      auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+      ASSERT_NE(dialog, nullptr);
+      expect_all(*dialog);
+      dialog->reject();
+    });
+    Item(item).trigger();
+  }
+  expect_all(frmHelp());
+  expect_all(frmSearching());
+}
+
+TEST_F(FrameMenus, TheStatusBarIsThereFromTheStart) {
+  frame.show();
+  EXPECT_TRUE(frame.statusBar()->isVisible());
 }
 
 TEST_F(FrameMenus, MinimizedWindowsStayAsideWhenTheOthersAreCascaded) {

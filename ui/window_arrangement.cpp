@@ -20,7 +20,38 @@ QList<QMdiSubWindow*> ShownWindows(const QMdiArea& area, bool minimized) {
   return windows;
 }
 
+/// How much of the area minimized windows take at its bottom, in pixels.
+int StripOfIcons(const QMdiArea& area) {
+  int top = area.viewport()->height();
+  for (const QMdiSubWindow* const window : ShownWindows(area, true))
+    top = std::min(top, window->y());
+  return area.viewport()->height() - top;
+}
+
 }  // namespace
+
+void BringToFront(QMdiArea& area, QMdiSubWindow& window) {
+  if (window.isMinimized()) window.showNormal();
+  area.setActiveSubWindow(&window);
+}
+
+void Cascade(QMdiArea& area) {
+  // A window that no longer fills the area comes to the front, so they are put back before each other.
+  QMdiSubWindow* const active = area.currentSubWindow();
+  const QList<QMdiSubWindow*> stack = area.subWindowList(QMdiArea::StackingOrder);
+  for (QMdiSubWindow* const window : stack)
+    if (window->isMaximized()) window->showNormal();
+  const auto put_back = [&stack] {
+    for (QMdiSubWindow* const window : stack) window->raise();
+  };
+  put_back();
+  const QMdiArea::WindowOrder order = area.activationOrder();
+  area.setActivationOrder(QMdiArea::StackingOrder);
+  area.cascadeSubWindows();
+  area.setActivationOrder(order);
+  if (active != nullptr) area.setActiveSubWindow(active);
+  put_back();
+}
 
 void TileHorizontally(QMdiArea& area) {
   const QList<QMdiSubWindow*> windows = ShownWindows(area, false);
@@ -29,7 +60,12 @@ void TileHorizontally(QMdiArea& area) {
   const int columns =
       count <= kMostInOneColumn ? 1 : static_cast<int>(std::sqrt(static_cast<double>(count)));
   for (QMdiSubWindow* const window : windows) window->showNormal();
-  const QRect space = area.viewport()->rect();
+  ArrangeIcons(area);
+  // On a small area they lie over the windows rather than leave them no room.
+  constexpr int kMostOfArea = 3;
+  QRect space = area.viewport()->rect();
+  const int strip = StripOfIcons(area);
+  if (strip < space.height() / kMostOfArea) space.setHeight(space.height() - strip);
   int next = 0;
   for (int column = 0; column < columns; ++column) {
     // The last columns take the ones that are left over.
@@ -56,6 +92,7 @@ void ArrangeIcons(QMdiArea& area) {
       tallest = 0;
     }
     window->move(left, std::max(0, bottom - window->height()));
+    window->raise();
     left += window->width();
     tallest = std::max(tallest, window->height());
   }
