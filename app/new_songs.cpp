@@ -108,7 +108,9 @@ class Search {
   }
 
   void FileSongsFrom(std::int32_t before) {
-    Jukebox* const jukebox = windows_.ActiveJukebox();
+    Jukebox* jukebox = windows_.ActiveJukebox();
+    // Without a caption all jukeboxes would be meant.
+    if (jukebox != nullptr && jukebox->Caption().empty()) jukebox = nullptr;
     const bool has_new = library_.UBoundOfMp3Array() > before;
     had_no_jukebox_ = has_new && jukebox == nullptr;
     if (has_new && jukebox != nullptr) {

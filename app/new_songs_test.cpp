@@ -138,6 +138,13 @@ TEST_F(NewSongs, WithoutAnActiveJukeboxNothingIsFiled) {
   EXPECT_FALSE(HasArtist("Zappa"));
 }
 
+TEST_F(NewSongs, AJukeboxWithoutACaptionDoesNotStandForAll) {
+  MakeSong("a/four.mp3", {.artist = "Zappa"});
+  Box().Caption("");
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_FALSE(HasArtist("Zappa"));
+}
+
 TEST_F(NewSongs, ACancelStopsAfterTheFolderAndWhatWasLookedAtIsComplete) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   MakeSong("b/five.mp3", {.artist = "Yes"});

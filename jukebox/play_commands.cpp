@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/play_commands.h"
 
+#include <exception>
 #include <utility>
 
 #include "app/player_search.h"
@@ -20,17 +21,13 @@ bool PlayCommands::CheckPlayer() {
 void PlayCommands::SearchForPlayer() {
   windows_.ShowStatus("Searching for Winamp  . . . ");
   windows_.EnableFrame(false);
-  const auto end = [this] {
-    windows_.EnableFrame(true);
-    windows_.ShowStatus({});
-  };
   try {
     if (tallow_.search_for_player) tallow_.search_for_player();
-  } catch (...) {
-    end();
-    throw;
+  } catch (const std::exception&) {
+    // A search that fails has found no player, and the next step says so.
   }
-  end();
+  windows_.EnableFrame(true);
+  windows_.ShowStatus({});
 }
 
 void PlayCommands::OfferInstaller() {

@@ -42,9 +42,11 @@ SongSearch::Result SongSearch::EndOfWalk() {
   return {};
 }
 
+void SongSearch::LookFor(std::string_view text) { last_looked_for_ = ToLower(text); }
+
 SongSearch::Result SongSearch::FindNext(std::string_view text, const FolderTree& tree,
                                         const Folder& selected, const clsMain& library) {
-  last_looked_for_ = ToLower(text);
+  LookFor(text);
   const std::vector<Folder*> folders = FoldersOf(tree);
   known_.assign(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1, Match::kUnknown);
   // Folders may have gone since the last step, and then there is no place to go on at.

@@ -23,6 +23,8 @@ class SongSearch {
   void FirstRun(bool first_run) noexcept { first_run_ = first_run; }
   /// What the last step looked for, in lower case.
   const std::string& LastLookedFor() const noexcept { return last_looked_for_; }
+  /// Remembers a search text, in lower case. A step does so itself.
+  void LookFor(std::string_view text);
 
   /// The song found last lies elsewhere in its folder now.
   /// \param row its place, from 0; -1 when it is gone

@@ -66,10 +66,12 @@ class PanelBar : public QScrollBar {
   static constexpr int kFocusWidth = 2;
 };
 
-QScrollBar* NewBar(const char* name, const QString& label, QWidget* parent) {
+QScrollBar* NewBar(const char* name, const QString& label, const QString& description,
+                   QWidget* parent) {
   auto* const bar = new PanelBar(parent);
   bar->setObjectName(QLatin1String(name));
   bar->setAccessibleName(label);
+  bar->setAccessibleDescription(description);
   bar->setMinimumWidth(kBarCharacters * parent->fontMetrics().averageCharWidth());
   return bar;
 }
@@ -83,9 +85,12 @@ frmMainWinamp::frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage
   setWindowTitle(tr("WinAMP"));
   cmdPlayPause = new QPushButton(tr("&Play"), this);
   cmdPlayPause->setObjectName(QStringLiteral("cmdPlayPause"));
-  hscrlTrackPos = NewBar("hscrlTrackPos", tr("Track Position"), this);
-  hscrlVolume = NewBar("hscrlVolume", tr("Volume"), this);
-  hscrlBalance = NewBar("hscrlBalance", tr("Balance"), this);
+  cmdPlayPause->setAccessibleDescription(tr("Pauses, and goes on"));
+  hscrlTrackPos =
+      NewBar("hscrlTrackPos", tr("Track Position"), tr("Where the song is, in seconds"), this);
+  hscrlVolume = NewBar("hscrlVolume", tr("Volume"), tr("From silent at the left to full"), this);
+  hscrlBalance =
+      NewBar("hscrlBalance", tr("Balance"), tr("Between the left and the right loudspeaker"), this);
   lblStatus = new QLabel(tr("No File Open"), this);
   lblStatus->setObjectName(QStringLiteral("lblStatus"));
   times_ = new QLabel(this);

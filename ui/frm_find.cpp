@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frm_find.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QGridLayout>
@@ -34,15 +35,18 @@ frmFind::frmFind(std::function<frmMain*()> active, const clsMain& library, ShowM
   setWindowTitle(tr("Find"));
   text_->setObjectName(QStringLiteral("Text1"));
   text_->setAccessibleName(tr("Part of the file name"));
+  text_->setAccessibleDescription(tr("Capital and small letters are the same"));
   text_->setMinimumWidth(kTextCharacters * fontMetrics().averageCharWidth());
   auto* const label = new QLabel(tr("&Song:"), this);
   label->setBuddy(text_);
   auto* const find = new QPushButton(tr("&Find"), this);
   find->setObjectName(QStringLiteral("Command1"));
   find->setDefault(true);
+  find->setAccessibleDescription(tr("Goes to the next song whose file name holds the text"));
   auto* const close = new QPushButton(tr("&Close"), this);
   close->setObjectName(QStringLiteral("Command3"));
   close->setAutoDefault(false);
+  close->setAccessibleDescription(tr("Closes the dialog and leaves the song selected"));
   auto* const layout = new QGridLayout(this);
   layout->addWidget(label, 0, 0);
   layout->addWidget(text_, 0, 1);
@@ -55,6 +59,7 @@ frmFind::frmFind(std::function<frmMain*()> active, const clsMain& library, ShowM
 }
 
 void frmFind::Begin() {
+  has_found_ = false;
   search_.FirstRun(true);
   text_->selectAll();
   text_->setFocus();
@@ -69,10 +74,11 @@ void frmFind::keyPressEvent(QKeyEvent* event) {
 }
 
 void frmFind::FindNext() {
+  const std::string text = text_->text().toStdString();
+  search_.LookFor(text);
   frmMain* const window = active_();
   const Folder* const selected = window != nullptr ? window->Jukebox().selectednode() : nullptr;
   if (selected == nullptr) return;
-  const std::string text = text_->text().toStdString();
   for (;;) {
     const SongSearch::Result found =
         search_.FindNext(text, window->Jukebox().Nodes(), *selected, library_);
@@ -80,9 +86,22 @@ void frmFind::FindNext() {
     const int row = window->PVExplorer1().SelectSong(*found.folder, found.row);
     search_.FoundAt(row);
     // One that went as its folder was shown is none.
-    if (row >= 0) return;
+    if (row < 0) continue;
+    has_found_ = true;
+    StandAsideOf(window->PVExplorer1().PlaceOfRow(row));
+    return;
   }
   show_({.text = "Can't find '" + text + "'"});
+}
+
+void frmFind::StandAsideOf(const QRect& row) {
+  if (!frameGeometry().intersects(row)) return;
+  constexpr int kGap = 8;  // pixels
+  const QRect space = screen()->availableGeometry();
+  const int below = row.bottom() + kGap;
+  const int above = row.top() - kGap - frameGeometry().height();
+  move(x(),
+       below + frameGeometry().height() <= space.bottom() ? below : std::max(space.top(), above));
 }
 
 }  // namespace tallow

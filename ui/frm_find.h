@@ -26,6 +26,9 @@ class frmFind : public QDialog {
   frmFind(std::function<frmMain*()> active, const clsMain& library, ShowMessage show,
           QWidget* parent = nullptr);
 
+  /// Whether a song was found since Begin().
+  bool HasFound() const { return has_found_; }
+
   /// Makes the dialog ready to be shown: a new search, with the text of the last one selected.
   void Begin();
 
@@ -38,11 +41,13 @@ class frmFind : public QDialog {
 
  private:
   void FindNext();
+  void StandAsideOf(const QRect& row);
 
   std::function<frmMain*()> active_;
   const clsMain& library_;
   ShowMessage show_;
   SongSearch search_;
+  bool has_found_ = false;
   QLineEdit* text_;
 };
 

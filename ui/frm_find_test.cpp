@@ -108,13 +108,31 @@ TEST_F(FrmFind, EnterAndF3FindAndEscCloses) {
   EXPECT_TRUE(dialog.FirstRun());
 }
 
+TEST_F(FrmFind, ItStandsAsideOfWhatItHasFound) {
+  AddFolder("one", {1, 3});
+  Show();
+  Type("apple");
+  Press();
+  EXPECT_TRUE(dialog.HasFound());
+  const QRect row = active->PVExplorer1().PlaceOfRow(0);
+  EXPECT_FALSE(row.isEmpty());
+  // Laid over the next one, which is the same place in a list of one row more.
+  dialog.move(active->PVExplorer1().PlaceOfRow(1).topLeft());
+  Press();
+  EXPECT_FALSE(dialog.frameGeometry().intersects(active->PVExplorer1().PlaceOfRow(1)));
+  dialog.Begin();
+  EXPECT_FALSE(dialog.HasFound());
+}
+
 TEST_F(FrmFind, WithoutAJukeboxOrAFolderItDoesNothing) {
   Type("apple");
   Press();
   active = nullptr;
   Press();
   EXPECT_EQ(messages.Take(), Texts{});
-  EXPECT_EQ(dialog.LastLookedFor(), "");
+  // The text is stored all the same.
+  EXPECT_EQ(dialog.LastLookedFor(), "apple");
+  EXPECT_FALSE(dialog.HasFound());
 }
 
 }  // namespace

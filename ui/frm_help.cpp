@@ -5,9 +5,11 @@
 
 #include <QFile>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
 #include <QTextBrowser>
 #include <QTextDocument>
@@ -18,10 +20,8 @@
 namespace tallow {
 namespace {
 
-constexpr QSize kFirstSize(860, 620);
-
-/// Of the list of pages, in average characters.
-constexpr int kContentsCharacters = 28;
+/// Of the text, and the list's height.
+constexpr QSize kFirstSize(640, 620);
 
 /// Of a page in the list of pages: its text, to be searched.
 constexpr int kTextRole = Qt::UserRole + 1;
@@ -61,6 +61,7 @@ QStringList frmHelp::Pages() {
 frmHelp::frmHelp(QWidget* parent)
     : QWidget(parent, Qt::Window),
       search_(new QLineEdit(this)),
+      nothing_found_(new QLabel(this)),
       contents_(new QListWidget(this)),
       text_(new QTextBrowser(this)) {
   setObjectName(QStringLiteral("frmHelp"));
@@ -68,20 +69,28 @@ frmHelp::frmHelp(QWidget* parent)
   search_->setObjectName(QStringLiteral("Search"));
   search_->setPlaceholderText(tr("Search all pages"));
   search_->setAccessibleName(tr("Search all pages"));
+  search_->setAccessibleDescription(tr("Leaves those pages in the list that have all the words"));
   search_->setClearButtonEnabled(true);
   contents_->setObjectName(QStringLiteral("Contents"));
   contents_->setAccessibleName(tr("Pages"));
+  contents_->setAccessibleDescription(tr("The page that is chosen here is shown beside"));
   text_->setObjectName(QStringLiteral("Page"));
   text_->setAccessibleName(tr("Page"));
+  text_->setAccessibleDescription(tr("Tab goes to its links, Enter follows them"));
   text_->setOpenExternalLinks(true);
   for (const QString& page : Pages()) {
     auto* const item = new QListWidgetItem(TitleOf(page), contents_);
     item->setData(Qt::UserRole, page);
     item->setData(kTextRole, PlainTextOf(page));
   }
+  nothing_found_->setObjectName(QStringLiteral("NothingFound"));
+  nothing_found_->setText(tr("No page has all these words."));
+  nothing_found_->setWordWrap(true);
+  nothing_found_->hide();
   auto* const back = new QToolButton(this);
   back->setText(tr("&Back"));
   back->setEnabled(false);
+  back->setAccessibleDescription(tr("Goes to the page before"));
   connect(text_, &QTextBrowser::backwardAvailable, back, &QWidget::setEnabled);
   connect(back, &QToolButton::clicked, text_, &QTextBrowser::backward);
 
@@ -89,6 +98,7 @@ frmHelp::frmHelp(QWidget* parent)
   auto* const left_layout = new QVBoxLayout(left);
   left_layout->setContentsMargins(0, 0, 0, 0);
   left_layout->addWidget(search_);
+  left_layout->addWidget(nothing_found_);
   left_layout->addWidget(contents_, 1);
   left_layout->addWidget(back);
   auto* const splitter = new QSplitter(this);
@@ -96,8 +106,10 @@ frmHelp::frmHelp(QWidget* parent)
   splitter->addWidget(text_);
   splitter->setStretchFactor(1, 1);
   splitter->setChildrenCollapsible(false);
-  const int contents = kContentsCharacters * fontMetrics().averageCharWidth();
-  splitter->setSizes({contents, kFirstSize.width() - contents});
+  // As wide as the longest title.
+  const int contents = contents_->sizeHintForColumn(0) + 2 * contents_->frameWidth() +
+                       style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  splitter->setSizes({contents, kFirstSize.width()});
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(splitter);
   connect(contents_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
@@ -106,15 +118,18 @@ frmHelp::frmHelp(QWidget* parent)
   // The browser tells before the page is its own.
   connect(text_, &QTextBrowser::sourceChanged, this, &frmHelp::PageOpened, Qt::QueuedConnection);
   connect(search_, &QLineEdit::textChanged, this, &frmHelp::Search);
-  resize(kFirstSize);
+  // Large letters need more, a small screen has less.
+  resize((kFirstSize + QSize(contents, 0)).boundedTo(screen()->availableSize() * 9 / 10));
   ShowPage({});
 }
 
 void frmHelp::keyPressEvent(QKeyEvent* event) {
-  if (event->key() == Qt::Key_Escape)
-    close();
+  if (event->key() != Qt::Key_Escape) return QWidget::keyPressEvent(event);
+  // The first one ends the search.
+  if (search_->hasFocus() && !search_->text().isEmpty())
+    search_->clear();
   else
-    QWidget::keyPressEvent(event);
+    close();
 }
 
 void frmHelp::ShowPage(const QString& page) {
@@ -145,6 +160,7 @@ void frmHelp::Search(const QString& words) {
     item->setHidden(!has_all);
     if (has_all && first == nullptr) first = item;
   }
+  nothing_found_->setVisible(first == nullptr);
   const QListWidgetItem* const current = contents_->currentItem();
   if (first != nullptr && (current == nullptr || current->isHidden()))
     contents_->setCurrentItem(first);

@@ -5,6 +5,7 @@
 #include <QWidget>
 
 class QKeyEvent;
+class QLabel;
 class QLineEdit;
 class QListWidget;
 class QTextBrowser;
@@ -37,6 +38,7 @@ class frmHelp : public QWidget {
   void PageOpened();
 
   QLineEdit* search_;
+  QLabel* nothing_found_;
   QListWidget* contents_;
   QTextBrowser* text_;
 };

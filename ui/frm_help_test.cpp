@@ -5,17 +5,20 @@
 
 #include <QFile>
 #include <QImage>
+#include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QRegularExpression>
+#include <QScreen>
 #include <QTest>
 #include <QTextBrowser>
 #include <QTextDocument>
 
 #include "jukebox/window/pv_explorer.h"
 #include "tests/frame_fixture.h"
+#include "ui/message_box.h"
 
 namespace tallow {
 namespace {
@@ -88,9 +91,25 @@ TEST_F(FrmHelp, HasEveryItemOfTheMenus) {
   }
 }
 
-TEST_F(FrmHelp, EscCloses) {
+TEST_F(FrmHelp, FitsTheScreen) {
+  const frmHelp help;
+  const QSize screen = help.screen()->availableSize();
+  EXPECT_LT(help.width(), screen.width());
+  EXPECT_LT(help.height(), screen.height());
+}
+
+TEST_F(FrmHelp, EscEndsTheSearchFirstAndCloses) {
   frmHelp help;
   help.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&help));
+  auto* const search = help.findChild<QLineEdit*>("Search");
+  search->setFocus();
+  search->setText("qqqq");
+  EXPECT_TRUE(help.findChild<QLabel*>("NothingFound")->isVisible());
+  QTest::keyClick(search, Qt::Key_Escape);
+  EXPECT_EQ(search->text(), "");
+  EXPECT_FALSE(help.findChild<QLabel*>("NothingFound")->isVisible());
+  EXPECT_TRUE(help.isVisible());
   QTest::keyClick(help.findChild<QTextBrowser*>(), Qt::Key_Escape);
   EXPECT_FALSE(help.isVisible());
 }
@@ -139,6 +158,35 @@ TEST_F(FrmHelp, F1InADialogOpensItsPageOverIt) {
     EXPECT_EQ(opened, page);
     EXPECT_TRUE(is_over_it) << item;
   }
+}
+
+TEST_F(FrmHelp, F1InAMenuAMessageAndTheHelpItself) {
+  frmMain& window = ShowJukebox();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  auto* const menu = frame.findChild<QMenu*>(QStringLiteral("mnuSongs"));
+  menu->popup(frame.pos());
+  ASSERT_EQ(QApplication::activePopupWidget(), menu);
+  QTest::keyClick(menu, Qt::Key_F1);
+  EXPECT_EQ(QApplication::activePopupWidget(), nullptr);
+  frmHelp* help = nullptr;
+  for (QWidget* const top : QApplication::topLevelWidgets())
+    if (auto* const found = qobject_cast<frmHelp*>(top)) help = found;
+  ASSERT_NE(help, nullptr);
+  EXPECT_EQ(help->Page(), "menus");
+  QTest::keyClick(help->findChild<QTextBrowser*>(), Qt::Key_F1);
+  EXPECT_EQ(help->Page(), "menus");
+  help->close();
+
+  QString opened;
+  QTimer::singleShot(50, [&] {
+    QWidget* const box = QApplication::activeModalWidget();
+    ASSERT_NE(box, nullptr);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F1);
+    if (const auto* const over = box->findChild<frmHelp*>()) opened = over->Page();
+    static_cast<QDialog*>(box)->reject();
+  });
+  ShowMessageBox({.text = "This is said."}, &window);
+  EXPECT_EQ(opened, "trouble");
 }
 
 TEST_F(FrmHelp, DoesNotOutliveTheFrame) {

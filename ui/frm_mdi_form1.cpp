@@ -10,6 +10,7 @@
 #include <QGuiApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
 #include <QScreen>
 #include <QSettings>
@@ -56,6 +57,22 @@ constexpr int kKeepUnsavedEvery = 60 * 1000;
 
 /// Lines of a tool tip; more do not fit a screen.
 constexpr std::size_t kMostTipLines = 20;
+
+}  // namespace
+
+namespace {
+
+/// Who gets the keys: an open menu, or who has the keyboard, or else the window in front.
+QWidget* KeyReceiver() {
+  if (QWidget* const popup = QApplication::activePopupWidget()) return popup;
+  if (QWidget* const focus = QApplication::focusWidget()) return focus;
+  return QApplication::activeWindow();
+}
+
+void CloseMenus() {
+  while (QWidget* const popup = QApplication::activePopupWidget())
+    if (!popup->close()) break;
+}
 
 }  // namespace
 
@@ -140,6 +157,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
   area_->viewport()->installEventFilter(this);
   setCentralWidget(area_);
+  // There from the start, so that the first message moves nothing.
+  statusBar()->show();
   setMinimumSize(kLeastSize);
   // A large scale makes a screen small.
   resize(kFirstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
@@ -246,8 +265,8 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   sub->hide();
   connect(sub, &QMdiSubWindow::windowStateChanged, this,
           [this](Qt::WindowStates before, Qt::WindowStates now) {
-            if (before.testFlag(Qt::WindowMaximized) && !now.testFlag(Qt::WindowMaximized) &&
-                !now.testFlag(Qt::WindowMinimized))
+            if (now.testFlag(Qt::WindowMinimized)) return LeaveMinimized();
+            if (before.testFlag(Qt::WindowMaximized) && !now.testFlag(Qt::WindowMaximized))
               RestoreJukeboxes();
           });
   window->setProperty(kHelpPage, QStringLiteral("jukebox"));
@@ -301,6 +320,17 @@ void frmMDIForm1::RestoreJukeboxes() {
   if (active != nullptr) area_->setActiveSubWindow(active);
 }
 
+void frmMDIForm1::LeaveMinimized() {
+  // Commands would change a jukebox that nobody sees.
+  const QList<QMdiSubWindow*> windows = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
+  for (auto sub = windows.rbegin(); sub != windows.rend(); ++sub) {
+    if (!(*sub)->isVisible() || (*sub)->isMinimized()) continue;
+    if (qobject_cast<frmMain*>((*sub)->widget()) == nullptr) continue;
+    area_->setActiveSubWindow(*sub);
+    return;
+  }
+}
+
 void frmMDIForm1::ShowJukeboxWindow(frmMain& window) {
   window.ShowJukebox();
   window.show();
@@ -343,12 +373,16 @@ MessageAnswer frmMDIForm1::Show(const Message& message) { return show_(message);
 
 void frmMDIForm1::ShowStatus(const std::string& text) {
   statusBar()->showMessage(DisplayText(text));
+  statusBar()->setToolTip({});
 }
 
 void frmMDIForm1::EnableFrame(bool enabled) {
+  // A window that is disabled loses the keyboard.
+  if (!enabled) focus_before_ = focusWidget();
   setEnabled(enabled);
-  // A window that was disabled has lost the keyboard.
-  if (enabled) FocusJukebox();
+  if (!enabled) return;
+  if (focus_before_ != nullptr && focus_before_->isVisible()) focus_before_->setFocus();
+  FocusJukebox();
 }
 
 bool frmMDIForm1::Start(const std::string& program) {
@@ -426,9 +460,13 @@ void frmMDIForm1::KeepPanelInside(QSize before) {
 bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
   // F1 is asked for in whatever window has the keyboard, dialogs too.
   if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1 &&
-      static_cast<QKeyEvent*>(event)->modifiers() == Qt::NoModifier &&
-      watched == QApplication::focusWidget()) {
-    ShowHelpPage(HelpPageOf(QApplication::focusWidget()));
+      static_cast<QKeyEvent*>(event)->modifiers() == Qt::NoModifier && watched == KeyReceiver()) {
+    auto* const menu = qobject_cast<QMenu*>(watched);
+    const QWidget* const asked = menu != nullptr ? nullptr : static_cast<QWidget*>(watched);
+    if (menu != nullptr) CloseMenus();
+    // Who reads the help has it.
+    if (asked == nullptr || help_ == nullptr || asked->window() != help_)
+      ShowHelpPage(asked != nullptr ? HelpPageOf(asked) : QStringLiteral("menus"));
     return true;
   }
   if (watched == area_->viewport() && event->type() == QEvent::Resize)

@@ -92,6 +92,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void SendNodeCommand(int pane, int item);
   void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
   void OpenWaitingFiles();
+  void BringIn(NewSongsPlace place);
   void ShowFind();
   void ShowAbout();
   void ShowHelp();
@@ -100,6 +101,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   bool IsOpenTwice(const Jukebox& jukebox) const;
   void PlaceInside(QMdiSubWindow& sub, int number) const;
   void RestoreJukeboxes();
+  void LeaveMinimized();
   void ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange);
   void ChangeBackgroundPicture();
   QMdiSubWindow* LastActiveJukebox() const;
@@ -129,6 +131,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   QToolBar* toolbar_ = nullptr;
   frmFind* find_ = nullptr;  ///< once it was shown
   QPointer<frmHelp> help_;
+  QPointer<QWidget> focus_before_;  ///< the frame was disabled
   std::unique_ptr<frmSearching> searching_;
   std::vector<Jukebox*> open_;
   std::vector<std::string> waiting_files_;  ///< to be opened

@@ -5,6 +5,7 @@
 #include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QScreen>
 #include <QTimer>
 
 #include "app/data_paths.h"
@@ -24,6 +25,7 @@
 #include "ui/frm_tip.h"
 #include "ui/jukebox_documents.h"
 #include "ui/window_arrangement.h"
+#include "util/file_system.h"
 #include "util/path_text.h"
 #include "util/user_folders.h"
 
@@ -106,17 +108,15 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kCloseWinAmp:
       return player_.SendWinampCommand(kClosePlayer);
     case FrameCommand::kNewSongsNormalLocations:
-      if (!searching_) BringInNewSongs(NewSongsPlace::kUsualFolders, tallow_, *this);
-      return;
+      return BringIn(NewSongsPlace::kUsualFolders);
     case FrameCommand::kNewSongsWholeComputerSearch:
-      if (!searching_) BringInNewSongs(NewSongsPlace::kWholeComputer, tallow_, *this);
-      return;
+      return BringIn(NewSongsPlace::kWholeComputer);
     case FrameCommand::kFind:
       return ShowFind();
     case FrameCommand::kChangeBackgroundPicture:
       return ChangeBackgroundPicture();
     case FrameCommand::kCascade:
-      return ArrangeJukeboxes([](QMdiArea& area) { area.cascadeSubWindows(); });
+      return ArrangeJukeboxes(Cascade);
     case FrameCommand::kTile:
       return ArrangeJukeboxes(TileHorizontally);
     case FrameCommand::kArrangeIcons:
@@ -128,6 +128,18 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kAbout:
       return ShowAbout();
   }
+}
+
+void frmMDIForm1::BringIn(NewSongsPlace place) {
+  if (searching_) return;
+  // The lists are filled anew, but whoever looks at one stays where they are.
+  std::vector<std::pair<PVExplorer*, PVExplorer::Place>> places;
+  for (const Jukebox* const jukebox : OpenJukeboxes()) {
+    PVExplorer& explorer = WindowOf(*jukebox)->PVExplorer1();
+    places.emplace_back(&explorer, explorer.CurrentPlace());
+  }
+  BringInNewSongs(place, tallow_, *this);
+  for (const auto& [explorer, before] : places) explorer->GoTo(before);
 }
 
 void frmMDIForm1::OpenFiles(const std::vector<std::string>& paths) {
@@ -147,10 +159,10 @@ void frmMDIForm1::OpenWaitingFiles() {
   for (const std::string& path : std::exchange(waiting_files_, {})) {
     QMdiSubWindow* open = nullptr;
     for (const Jukebox* const jukebox : OpenJukeboxes())
-      if (jukebox->FilePath() == path)
+      if (AbsolutePath(jukebox->FilePath()) == AbsolutePath(path))
         open = qobject_cast<QMdiSubWindow*>(WindowOf(*jukebox)->parentWidget());
     if (open != nullptr)
-      area_->setActiveSubWindow(open);
+      BringToFront(*area_, *open);
     else
       documents_->OpenUnlessOpen(path);
   }
@@ -161,7 +173,7 @@ void frmMDIForm1::ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange
   if (panel_) panel_->showMinimized();
   QMdiSubWindow* const active = area_->currentSubWindow();
   arrange(*area_);
-  if (active != nullptr) area_->setActiveSubWindow(active);
+  if (active != area_->currentSubWindow()) area_->setActiveSubWindow(active);
 }
 
 void frmMDIForm1::ShowFind() {
@@ -171,8 +183,7 @@ void frmMDIForm1::ShowFind() {
   find_->exec();
   // What was found is what the keys are for next.
   frmMain* const window = ActiveJukeboxWindow();
-  if (window != nullptr && !window->PVExplorer1().SelectedRows().empty())
-    window->PVExplorer1().TakeFocus(true);
+  if (window != nullptr && find_->HasFound()) window->PVExplorer1().TakeFocus(true);
 }
 
 void frmMDIForm1::ShowTip(bool asked_for) {
@@ -180,11 +191,16 @@ void frmMDIForm1::ShowTip(bool asked_for) {
              isVisible() ? this : nullptr);
   tip.setProperty(kHelpPage, QStringLiteral("windows"));
   tip.ShowFlag(asked_for);
-  if (tip.Load()) tip.exec();
+  if (!tip.Load()) return;
+  // The frame may not have come to its place yet.
+  tip.adjustSize();
+  tip.move(QGuiApplication::primaryScreen()->availableGeometry().center() - tip.rect().center());
+  tip.exec();
 }
 
 void frmMDIForm1::ShowAbout() {
   frmSplash about({}, this);
+  about.setProperty(kHelpPage, QStringLiteral("menus"));
   about.ShowOKButton(true);
   about.Load();
   about.exec();

@@ -17,6 +17,7 @@
 #include "jukebox/window/picture_address.h"
 #include "ui/common_dialog.h"
 #include "ui/display_text.h"
+#include "ui/message_box.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
 
@@ -59,9 +60,17 @@ frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask, QWid
     return made;
   };
   auto* const browse = button("Command1", tr("Browse . . ."), &frmPicture::Browse);
+  browse->setAutoDefault(false);
   auto* const ok = button("Command2", tr("OK"), &frmPicture::Apply);
   auto* const cancel = button("Command3", tr("Cancel"), &frmPicture::Cancel);
   ok->setDefault(true);
+
+  show_picture_->setAccessibleDescription(
+      tr("Shows the picture behind the songs of every jukebox"));
+  tile_picture_->setAccessibleDescription(tr("Repeats the picture over the whole list"));
+  browse->setAccessibleDescription(tr("Chooses the picture file"));
+  ok->setAccessibleDescription(tr("Takes the settings over"));
+  cancel->setAccessibleDescription(tr("Leaves everything as it was"));
 
   auto* const file = new QHBoxLayout;
   file->addWidget(path_, 1);
@@ -98,6 +107,14 @@ void frmPicture::Browse() {
   const auto chosen = ask_(exists ? std::string(FolderOfPath(location))
                                   : GroupingFolder(tallow_.application_folder));
   if (!chosen) return;
+  if (HasLineBreak(*chosen)) {
+    ShowMessageBox(
+        {.text = *chosen + " cannot be the picture: its path has a line break. Rename the "
+                           "file or its folder.",
+         .icon = MessageIcon::kCritical},
+        this);
+    return;
+  }
   tallow_.settings.PictureLocation(*chosen);
   ShowPath();
 }

@@ -42,14 +42,17 @@ frmTip::frmTip(std::string tips, QWidget* parent)
   tip_->setWordWrap(true);
   tip_->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   at_startup_->setObjectName(QStringLiteral("chkLoadTipsAtStartup"));
+  at_startup_->setAccessibleDescription(tr("Shows a tip whenever Tallow starts"));
   auto* const picture = new QLabel(this);
   picture->setPixmap(FramePicture("tip").pixmap(kPictureSize));
   auto* const next = new QPushButton(tr("&Next Tip"), this);
   next->setObjectName(QStringLiteral("cmdNextTip"));
   next->setAutoDefault(false);
+  next->setAccessibleDescription(tr("Shows another tip"));
   auto* const ok = new QPushButton(tr("OK"), this);
   ok->setObjectName(QStringLiteral("cmdOK"));
   ok->setDefault(true);
+  ok->setAccessibleDescription(tr("Closes the tip"));
   ok->setFocus();
 
   // A tip may be of any length.

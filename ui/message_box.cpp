@@ -7,6 +7,7 @@
 #include <QMessageBox>
 
 #include "ui/display_text.h"
+#include "ui/frm_help.h"
 
 namespace tallow {
 namespace {
@@ -57,6 +58,7 @@ class DismissibleBox : public QMessageBox {
 
 MessageAnswer Run(QMessageBox& box) {
   box.setTextFormat(Qt::PlainText);
+  box.setProperty(kHelpPage, QStringLiteral("trouble"));
   switch (box.exec()) {
     case QMessageBox::Yes:
       return MessageAnswer::kYes;

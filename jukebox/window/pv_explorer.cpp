@@ -2,6 +2,7 @@
 #include "jukebox/window/pv_explorer.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -11,6 +12,7 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 
+#include "jukebox/play_commands.h"
 #include "jukebox/window/folder_tree_model.h"
 #include "jukebox/window/folder_tree_view.h"
 #include "jukebox/window/pop_up_menus.h"
@@ -73,6 +75,7 @@ PVExplorer::~PVExplorer() { jukebox_.SetView(nullptr); }
 void PVExplorer::SetUpTree() {
   tree_->setObjectName(QStringLiteral("TreeView"));
   tree_->setAccessibleName(tr("Folders"));
+  tree_->setAccessibleDescription(tr("The songs of the chosen folder are in the list beside"));
   tree_->setModel(folders_);
   tree_->setHeaderHidden(true);
   tree_->setUniformRowHeights(true);
@@ -248,6 +251,7 @@ void PVExplorer::MenuAtSelection(bool in_list) {
 void PVExplorer::SetUpList() {
   list_->setObjectName(QStringLiteral("ListView"));
   list_->setAccessibleName(tr("Songs"));
+  list_->setAccessibleDescription(tr("Enter plays the song, Shift+F10 opens its menu"));
   list_->setModel(songs_);
   list_->setShowGrid(false);
   list_->setSelectionBehavior(QAbstractItemView::SelectRows);
@@ -308,6 +312,43 @@ int PVExplorer::SelectSong(const Folder& folder, int row) {
 void PVExplorer::EditText(const Folder& folder) { tree_->edit(folders_->IndexOf(folder)); }
 
 void PVExplorer::EnsureVisible(int row) { list_->scrollTo(songs_->index(row, 0)); }
+
+QRect PVExplorer::PlaceOfRow(int row) const {
+  const QRect place = list_->visualRect(songs_->index(row, SongListModel::kText));
+  return {list_->viewport()->mapToGlobal(place.topLeft()), place.size()};
+}
+
+PVExplorer::Place PVExplorer::CurrentPlace() const {
+  const Folder* const folder = selectednode();
+  if (folder == nullptr) return {};
+  const std::vector<int> rows = SelectedRows();
+  Place place{folder->Key(), SongsOf(*folder, rows), 0, list_->verticalScrollBar()->value()};
+  const std::vector<std::int32_t> current = SongsOf(*folder, {list_->currentIndex().row()});
+  if (!current.empty()) place.current = current.front();
+  return place;
+}
+
+void PVExplorer::GoTo(const Place& place) {
+  const Folder* const folder = selectednode();
+  if (folder == nullptr || folder->Key() != place.folder) return;
+  const std::unordered_set<std::int32_t> wanted(place.selected.begin(), place.selected.end());
+  QItemSelection selection;
+  QModelIndex current;
+  const int rows = list_->model()->rowCount();
+  const auto record = [&](int row) {
+    return folder->Items()[static_cast<std::size_t>(row)].SubItem();
+  };
+  for (int row = 0; row < rows; ++row) {
+    if (!current.isValid() && record(row) == place.current) current = songs_->index(row, 0);
+    if (!wanted.contains(record(row))) continue;
+    const int first = row;
+    while (row + 1 < rows && wanted.contains(record(row + 1))) ++row;
+    selection.select(songs_->index(first, 0), songs_->index(row, songs_->columnCount() - 1));
+  }
+  list_->selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+  list_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+  list_->verticalScrollBar()->setValue(place.scrolled);
+}
 
 void PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
   list_->SetBackgroundImage(address, tiled);

@@ -68,6 +68,19 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// Scrolls the list so that a song can be seen.
   /// \param row its place, from 0
   void EnsureVisible(int row);
+  /// Where a song of the list lies on the screen.
+  QRect PlaceOfRow(int row) const;
+
+  /// Where the user is in the list, by songs and not by places.
+  struct Place {
+    std::uint32_t folder = 0;            ///< key of the folder on show; 0 for none
+    std::vector<std::int32_t> selected;  ///< record numbers
+    std::int32_t current = 0;            ///< record number; 0 for none
+    int scrolled = 0;
+  };
+  Place CurrentPlace() const;
+  /// Goes back to a place, as far as its songs are still there.
+  void GoTo(const Place& place);
 
   /// See SongListView.
   void SetBackgroundImage(const QString& address, bool tiled);
