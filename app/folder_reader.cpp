@@ -19,7 +19,8 @@ FolderReader::FolderReader(std::string pattern, bool recurse,
       enter_(std::move(enter)),
       tails_(std::move(tails)) {
   if (!recurse_) return;
-  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 4U);
+  // The walk itself keeps one core busy.
+  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U) - 1;
   try {
     for (unsigned k = 0; k < threads; ++k) workers_.emplace_back([this] { Work(); });
   } catch (const std::system_error&) {
@@ -46,6 +47,7 @@ void FolderReader::WaitFor(TreeFolder& folder, const std::function<void()>& live
                            std::unique_lock<std::mutex>& lock) {
   while (!done_.wait_for(lock, kLiveEvery,
                          [&] { return folder.state_ == TreeFolder::State::kDone; })) {
+    is_quick_ = false;
     lock.unlock();
     live();
     lock.lock();
@@ -55,7 +57,8 @@ void FolderReader::WaitFor(TreeFolder& folder, const std::function<void()>& live
 void FolderReader::Take(TreeFolder& folder, const std::function<void()>& live) {
   std::unique_lock lock(mutex_);
   if (folder.state_ == TreeFolder::State::kWaiting) {
-    if (!live) return ReadOne(folder, lock);
+    // The first folder of a disk may have to wait until that runs.
+    if (!live || (is_quick_ && folder.is_below_another_)) return ReadOne(folder, lock);
     folder.state_ = TreeFolder::State::kReading;
     std::thread reader([&] {
       List(folder);
@@ -68,16 +71,13 @@ void FolderReader::Take(TreeFolder& folder, const std::function<void()>& live) {
     reader.join();
     return;
   }
-  if (live) {
-    WaitFor(folder, live, lock);
-    if (ahead_-- == kMostAhead) work_.notify_all();
-    return;
-  }
   // Another thread has it. Until that one is done there is other work to do.
   while (folder.state_ != TreeFolder::State::kDone) {
-    const std::shared_ptr<TreeFolder> other = NextWaiting();
+    const std::shared_ptr<TreeFolder> other = live && !is_quick_ ? nullptr : NextWaiting();
     if (other)
       ReadAheadOne(*other, lock);
+    else if (live)
+      WaitFor(folder, live, lock);
     else
       done_.wait(lock, [&] { return folder.state_ == TreeFolder::State::kDone; });
   }
@@ -127,6 +127,7 @@ void FolderReader::List(TreeFolder& folder) const {
     for (const SubfolderEntry& entry : folder.listing.subfolders) {
       if (entry.linked) continue;
       auto subfolder = std::make_shared<TreeFolder>();
+      subfolder->is_below_another_ = true;
       subfolder->path.append(folder.path).append(entry.name).push_back(kSeparator);
       if (enter_(subfolder->path)) folder.subfolders.push_back(std::move(subfolder));
     }

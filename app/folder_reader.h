@@ -27,6 +27,7 @@ struct TreeFolder {
   enum class State { kWaiting, kReading, kDone };
   State state_ = State::kWaiting;
   bool queued_ = false;  ///< its subfolders are, or were, waiting to be listed
+  bool is_below_another_ = false;
 };
 
 /// Lists the folders of a tree ahead of a walk that goes through it depth first.
@@ -55,7 +56,7 @@ class FolderReader {
 
   /// Returns when a folder is listed.
   /// \param live called again and again until then, so that a disk that does not answer does not keep a
-  ///             window from living; without it the walk helps listing
+  ///             window from living: the walk helps listing only as long as that is quick; may be empty
   void Take(TreeFolder& folder, const std::function<void()>& live = {});
 
   /// Tells that the walk goes on into a taken folder: its subfolders are listed ahead from now on.
@@ -85,6 +86,7 @@ class FolderReader {
   std::vector<std::shared_ptr<TreeFolder>> waiting_;  ///< the one the walk comes to first is last
   std::size_t ahead_ = 0;
   bool stop_ = false;
+  bool is_quick_ = true;  ///< nothing had to be waited for long yet
   std::vector<std::thread> workers_;
 };
 
