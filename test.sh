@@ -4,19 +4,29 @@
 # a Windows program under Wine.
 #
 #   ./test.sh             all tests
+#   ./test.sh --windows   the whole Windows program under Wine, windows and setup included; builds what
+#                         ./build-windows.sh builds
 #   ./test.sh --sanitize  all tests under the address and undefined behaviour sanitizers, and those of
 #                         the code without windows under the thread sanitizer
 set -euo pipefail
 cd "$(dirname "$0")"
 
 sanitize=false
+windows=false
 case "${1:-}" in
   "") ;;
   --sanitize) sanitize=true ;;
-  *) echo "Usage: ./test.sh [--sanitize]" >&2; exit 2 ;;
+  --windows) windows=true ;;
+  *) echo "Usage: ./test.sh [--sanitize|--windows]" >&2; exit 2 ;;
 esac
 
 packaging/install-dependencies.sh run demo test
+
+if $windows; then
+  ./build-windows.sh
+  ctest --test-dir build/windows --output-on-failure
+  exit
+fi
 
 # build PRESET [CMake's options]
 build() {
@@ -43,8 +53,8 @@ if $sanitize; then
 fi
 
 libraries=$(packaging/windows-libraries.sh)
-build windows -DTALLOW_WINDOWS_LIBRARIES="$libraries"
+build windows-core -DTALLOW_WINDOWS_LIBRARIES="$libraries"
 build fuzz
-build release -DTALLOW_WINDOWS_TESTS="$PWD/build/windows/tallow_core_tests.exe" \
+build release -DTALLOW_WINDOWS_TESTS="$PWD/build/windows-core/tallow_core_tests.exe" \
   -DTALLOW_LOAD_FUZZER="$PWD/build/fuzz/tallow_load_fuzzer"
 ctest --test-dir build/release --output-on-failure -j "$(nproc)"

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/file_search.h"
 
+#include <future>
 #include <utility>
 
 #include "app/folder_reader.h"
 #include "app/player_search.h"
 #include "app/recycle_bin.h"
 #include "util/path_text.h"
+#include "util/read_ahead.h"
 #include "util/text.h"
 
 namespace tallow {
@@ -190,13 +192,21 @@ bool FileSearch::SearchDrivesForWinamp() {
     const std::string_view type = DescribeDriveType(drives_.TypeOf(root), root);
     if (progress_ != nullptr) Report("Looking for WinAmp in " + root);
     if (IsSearched(type)) {
-      found = FindWinampUnder(root, drives_);
+      found = FindWinampWhileLiving(root);
       if (!found.empty()) break;
     }
     if (PauseAndTestForCancel()) return false;
   }
   if (!found.empty()) StorePlayer(found);
   return true;
+}
+
+std::string FileSearch::FindWinampWhileLiving(const std::string& root) {
+  // A disk takes minutes, and its search does not stop in between.
+  auto search = std::async(std::launch::async, [&] { return FindWinampUnder(root, drives_); });
+  while (search.wait_for(kLiveEvery) == std::future_status::timeout)
+    if (progress_ != nullptr) progress_->VisitFolder({});
+  return search.get();
 }
 
 void FileSearch::StorePlayer(const std::string& path) {

@@ -85,6 +85,7 @@ class FileSearch {
                               const FolderListing& listing);
   bool Visit(const TreeFolder& folder);
   bool WalkLinkedFolders(FileSearchRequest& request);
+  std::string FindWinampWhileLiving(const std::string& root);
   void StorePlayer(const std::string& path);
 
   Tallow& tallow_;

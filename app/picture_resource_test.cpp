@@ -9,6 +9,8 @@
 #include <QImageReader>
 #include <QLabel>
 
+#include "util/path_text.h"
+
 namespace tallow {
 namespace {
 
@@ -37,16 +39,17 @@ TEST(PictureResource, ThePictureIsShownAndItsFileIsGone) {
 }
 
 TEST(PictureResource, APictureThatCannotBeWrittenLeavesTheLabelEmpty) {
-  // Nobody can make a file there, root included.
-  const QByteArray before = qgetenv("TMPDIR");
-  qputenv("TMPDIR", "/proc");
+  // The variable that this system looks at, and where nobody can make a file, root included.
+  const char* const variable = kSeparator == '/' ? "TMPDIR" : "TMP";
+  const QByteArray before = qgetenv(variable);
+  qputenv(variable, kSeparator == '/' ? "/proc" : "C:\\no such folder");
   QLabel label;
   LoadPictureFromResource(101, label, "jpg");
   EXPECT_TRUE(label.pixmap().isNull());
   if (before.isNull())
-    qunsetenv("TMPDIR");
+    qunsetenv(variable);
   else
-    qputenv("TMPDIR", before);
+    qputenv(variable, before);
 }
 
 TEST(PictureResource, APictureThatIsNotThereLeavesTheLabelEmpty) {

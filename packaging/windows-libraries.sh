@@ -3,6 +3,7 @@
 # Builds utf8proc and GoogleTest for Windows from Debian's own sources and prints the folder they are in.
 # They are kept in the user's cache folder under their versions, so a second call only prints.
 set -euo pipefail
+. "$(dirname "$0")/debian-source.sh"
 
 sources=/usr/src/googletest
 compiler=x86_64-w64-mingw32-g++-posix
@@ -10,7 +11,7 @@ archiver=x86_64-w64-mingw32-ar
 
 version() { dpkg-query -W -f='${Version}' "$1"; }
 key="utf8proc-$(version libutf8proc-dev)_googletest-$(version googletest)_$($compiler -dumpfullversion)"
-folder="${XDG_CACHE_HOME:-${HOME:-/tmp}/.cache}/tallow/windows-libraries/$key"
+folder=$(cache_folder windows-libraries "$key")
 if [ -f "$folder/complete" ]; then
   printf '%s\n' "$folder"
   exit 0
@@ -18,21 +19,9 @@ fi
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-mkdir -p "$work/out/lib" "$work/out/include" "$work/lists/partial" "$work/parts"
+mkdir -p "$work/out/lib" "$work/out/include"
 
-# Debian's source packages, listed for this call only: the system's own lists with "deb" read as
-# "deb-src".
-for list in /etc/apt/sources.list.d/*.sources; do
-  [ -f "$list" ] && sed 's/^Types:.*/Types: deb-src/' "$list" > "$work/parts/$(basename "$list")"
-done
-for list in /etc/apt/sources.list /etc/apt/sources.list.d/*.list; do
-  [ -f "$list" ] && sed -n 's/^deb /deb-src /p' "$list" > "$work/parts/$(basename "$list")"
-done
-apt=(apt-get -qq -o Dir::Etc::SourceList=/dev/null -o "Dir::Etc::SourceParts=$work/parts"
-  -o "Dir::State::Lists=$work/lists" -o APT::Sandbox::User=root -o Debug::NoLocking=1
-  -o "Dir::Cache=$work")
-echo "Fetching the sources of utf8proc" >&2
-(cd "$work" && "${apt[@]}" update >&2 && "${apt[@]}" source utf8proc >&2)
+fetch_source "$work" utf8proc
 
 echo "Building utf8proc and GoogleTest for Windows" >&2
 flags=(-O2 -std=c++17 -Wa,-mbig-obj)

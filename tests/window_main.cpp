@@ -2,8 +2,19 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QDir>
+#include <QFontDatabase>
 #include <QSettings>
 #include <QTemporaryDir>
+
+/// The display in memory has no letters on Windows; a folder of them is given there.
+void UseTestFonts() {
+  const QDir folder(qEnvironmentVariable("TALLOW_TEST_FONTS", QStringLiteral(":/none")));
+  for (const QString& file : folder.entryList({QStringLiteral("*.ttf")}, QDir::Files))
+    QFontDatabase::addApplicationFont(folder.filePath(file));
+  if (QFontDatabase::hasFamily(QStringLiteral("DejaVu Sans")) && folder.exists())
+    QApplication::setFont(QFont(QStringLiteral("DejaVu Sans"), 9));
+}
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
@@ -13,6 +24,7 @@ int main(int argc, char** argv) {
   const QTemporaryDir configuration;
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, configuration.path());
   const QApplication application(argc, argv);
+  UseTestFonts();
   QApplication::setOrganizationName(QStringLiteral("Tallow"));
   QApplication::setApplicationName(QStringLiteral("tallow-tests"));
   QApplication::setQuitOnLastWindowClosed(false);

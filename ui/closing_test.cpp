@@ -101,7 +101,7 @@ TEST_F(Closing, ACancelledFileDialogKeepsTheWindowOpen) {
 TEST_F(Closing, AFailedSaveKeepsTheWindowOpen) {
   frmMain& window = ChangedJukebox("MIX");
   RemoveFile(FileOf("MIX"));
-  CreateFolders(FileOf("MIX") + "/x");
+  CreateFolders(FileOf("MIX") + kSep + "x");
   CloseWith(window, MessageAnswer::kYes);
   EXPECT_EQ(messages.shown.size(), 2U);
   EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);
@@ -256,7 +256,7 @@ TEST_F(Unsaved, ANewJukeboxHasNothingToKeep) {
 
 TEST_F(Unsaved, WhatCannotBeKeptIsSaidInTheStatusBar) {
   ChangedJukebox("ONE");
-  CreateFolders(SystemFolder(application.path()) + "Jukebox-1.unsaved.new/x");
+  CreateFolders(SystemFolder(application.path()) + "Jukebox-1.unsaved.new" + kSep + "x");
   frame.KeepUnsavedChanges();
   const QString said = frame.statusBar()->currentMessage();
   EXPECT_TRUE(

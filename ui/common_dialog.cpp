@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/common_dialog.h"
 
-#include <QFile>
 #include <QFileDialog>
 
 #include "ui/display_text.h"
 #include "ui/frm_help.h"
+#include "ui/qt_path.h"
 
 namespace tallow {
 
@@ -21,10 +21,10 @@ std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder
   dialog.setAcceptMode(opens ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
   dialog.setFileMode(opens ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontConfirmOverwrite);
-  dialog.setDirectory(QFile::decodeName(folder.c_str()));
+  dialog.setDirectory(QtPath(folder));
   dialog.setNameFilter(DisplayText(filter.substr(0, filter.find('|'))).trimmed());
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  return QFile::encodeName(dialog.selectedFiles().front()).toStdString();
+  return PathOfQt(dialog.selectedFiles().front());
 }
 
 }  // namespace tallow

@@ -144,7 +144,8 @@ TEST_F(FrmHelp, F1InADialogOpensItsPageOverIt) {
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, [&] {
       QWidget* const dialog = QApplication::activeModalWidget();
-      if (dialog == nullptr || QApplication::focusWidget() == nullptr) return;
+      QWidget* const focus = QApplication::focusWidget();
+      if (dialog == nullptr || focus == nullptr || !dialog->isAncestorOf(focus)) return;
       timer.stop();
       QTest::keyClick(QApplication::focusWidget(), Qt::Key_F1);
       if (const auto* const help = dialog->findChild<frmHelp*>()) {

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
 #include <QEvent>
 #include <QMenu>
 #include <QStatusBar>
@@ -227,8 +228,7 @@ TEST_F(FrmMdiForm1, AJukeboxIsSavedClosedAndOpenedFromTheMenu) {
   const auto choose = [&](const char* item, const QString& file) {
     WithFileDialog(Item(item), [&](QFileDialog& dialog) {
       EXPECT_EQ(dialog.objectName(), "CommonDialog1");
-      EXPECT_EQ(dialog.directory().absolutePath() + "/",
-                QString::fromStdString(application / "Grouping/"));
+      EXPECT_EQ(dialog.directory(), QDir(QString::fromStdString(application / "Grouping/")));
       EXPECT_EQ(dialog.nameFilters(), QStringList{"Juke Box Files (*.juk)"});
       Choose(dialog, file);
     });

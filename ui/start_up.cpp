@@ -4,7 +4,6 @@
 #include <cstdio>
 
 #include <QDesktopServices>
-#include <QFile>
 #include <QGuiApplication>
 #include <QLibraryInfo>
 #include <QScreen>
@@ -12,6 +11,7 @@
 
 #include "jukebox/window/frm_main.h"
 #include "ui/message_box.h"
+#include "ui/qt_path.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
 #include "util/user_folders.h"
@@ -116,7 +116,7 @@ void StartUp::OpenInTextEditor(const std::string& path) {
   std::string shipped(FolderOfPath(ExecutablePath()));
   shipped += NameOfPath(path);
   const std::string& opened = FileExists(path) ? path : shipped;
-  QDesktopServices::openUrl(QUrl::fromLocalFile(QFile::decodeName(opened.c_str())));
+  QDesktopServices::openUrl(QUrl::fromLocalFile(QtPath(opened)));
 }
 
 void StartUp::ShowTip() {
@@ -125,7 +125,7 @@ void StartUp::ShowTip() {
 
 RuntimeFile QtsRuntimeFile() {
   const QString folder = QLibraryInfo::path(QLibraryInfo::PluginsPath);
-  return RequiredRuntimeFile(QFile::encodeName(folder).toStdString());
+  return RequiredRuntimeFile(PathOfQt(folder));
 }
 
 }  // namespace tallow

@@ -1,6 +1,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The windows, the program itself, and their tests.
-find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Svg Network Test)
+find_package(Qt6 6.4 REQUIRED COMPONENTS Widgets Network Test)
+# Where Qt has no SVG, the pictures are drawn into PNG files while Tallow is built.
+find_package(Qt6 6.4 QUIET COMPONENTS Svg)
 
 set(CMAKE_AUTOMOC ON)
 set(CMAKE_AUTORCC ON)
@@ -26,6 +28,7 @@ add_library(tallow_ui OBJECT
   jukebox/window/song_list_view.cpp
   player/frm_main_winamp.cpp
   ui/common_dialog.cpp
+  ui/display_${platform}.cpp
   ui/display_text.cpp
   ui/edit_in_text.cpp
   ui/end_signals_${platform}.cpp
@@ -41,14 +44,24 @@ add_library(tallow_ui OBJECT
   ui/frm_tip.cpp
   ui/local_server_folder_${platform}.cpp
   ui/message_box.cpp
-  ui/pictures/pictures.qrc
+  ui/qt_path_${platform}.cpp
   ui/single_program.cpp
   ui/start_up.cpp
   ui/window_arrangement.cpp)
-target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets Qt6::Svg Qt6::Network)
-
+target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets Qt6::Network)
+if(TARGET Qt6::Svg)
+  target_sources(tallow_ui PRIVATE ui/pictures/pictures.qrc)
+  target_link_libraries(tallow_ui PUBLIC Qt6::Svg)
+else()
+  include(ui/pictures/drawn_pictures.cmake)
+endif()
 add_executable(tallow app/main.cpp)
 target_link_libraries(tallow PRIVATE tallow_ui)
+if(WIN32)
+  set_target_properties(tallow PROPERTIES WIN32_EXECUTABLE ON)
+  configure_file(packaging/windows/tallow.rc.in tallow.rc @ONLY)
+  target_sources(tallow PRIVATE ${CMAKE_BINARY_DIR}/tallow.rc packaging/windows/tallow.manifest)
+endif()
 # What the check for a runtime file opens when the file is missing.
 configure_file(README.md ${CMAKE_BINARY_DIR}/readme.txt COPYONLY)
 configure_file(TIPOFDAY.TXT ${CMAKE_BINARY_DIR}/TIPOFDAY.TXT COPYONLY)

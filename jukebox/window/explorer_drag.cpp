@@ -41,7 +41,13 @@ std::vector<std::string> DraggedFiles(const QMimeData& data) {
     if (begin < 0) continue;
     std::string path = QByteArray::fromPercentEncoding(uri.mid(begin)).toStdString();
     if (kSeparator != '/') {
-      path.erase(0, 1);
+      // Another machine's name stands for its share, no name for a drive of this one.
+      const qsizetype scheme = static_cast<qsizetype>(kFileScheme.size());
+      const QByteArray machine = uri.mid(scheme, begin - scheme);
+      if (machine.isEmpty() || machine == "localhost")
+        path.erase(0, 1);
+      else
+        path.insert(0, "//" + machine.toStdString());
       std::replace(path.begin(), path.end(), '/', kSeparator);
     }
     files.push_back(std::move(path));

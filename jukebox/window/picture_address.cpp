@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/window/picture_address.h"
 
-#include <QFile>
-
 #include "app/cls_ini.h"
+#include "ui/qt_path.h"
 #include "util/file_system.h"
 
 namespace tallow {
@@ -11,7 +10,7 @@ namespace tallow {
 QString PictureAddress(const clsINI& settings) {
   const std::string& path = settings.PictureLocation();
   if (!settings.IsThereAPicture() || !FileExists(path)) return {};
-  return QStringLiteral("file:\\\\") + QFile::decodeName(path.c_str());
+  return QStringLiteral("file:\\\\") + QtPath(path);
 }
 
 }  // namespace tallow

@@ -1,0 +1,16 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Builds Tallow and its tests for Windows in build/windows, with the libraries that the scripts beside
+# this one make.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+libraries=$(packaging/windows-libraries.sh)
+qt=$(packaging/windows-qt.sh)
+echo "Building the preset windows"
+cmake --preset windows -DTALLOW_WINDOWS_LIBRARIES="$libraries" -DTALLOW_WINDOWS_QT="$qt" \
+  -DCMAKE_PREFIX_PATH="$qt" -DQT_HOST_PATH=/usr \
+  -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" \
+  > build-windows.log 2>&1 || { cat build-windows.log; rm build-windows.log; exit 1; }
+rm build-windows.log
+cmake --build --preset windows -- --quiet

@@ -1,0 +1,57 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Builds the part of Qt that Tallow needs for Windows, static, from Debian's own source of the Qt that is
+# installed here, and prints the folder it is in. It is kept in the user's cache folder under its version
+# and options, so a second call only prints. The first takes about a quarter of an hour.
+set -euo pipefail
+here=$(cd "$(dirname "$0")" && pwd)
+. "$here/debian-source.sh"
+
+# What is built of it: the tools are those of this system, the libraries those that come with the source.
+# Left out is what Tallow does not use, and what the source package or the compiler has no headers for:
+# tablets, DirectWrite 3.
+options=(
+  -DCMAKE_BUILD_TYPE=MinSizeRel
+  -DBUILD_SHARED_LIBS=OFF
+  -DQT_HOST_PATH=/usr
+  -DQT_QMAKE_TARGET_MKSPEC=win32-g++
+  -DQT_BUILD_EXAMPLES=OFF
+  -DQT_BUILD_TESTS=OFF
+  -DINPUT_opengl=dynamic
+)
+bundled=(zlib jpeg png freetype harfbuzz pcre2 doubleconversion)
+left_out=(concurrent dbus direct2d direct2d1_1 directwrite3 glib icu pkg_config printsupport schannel sql ssl
+  tabletevent vulkan xml zstd brotli)
+for feature in "${bundled[@]}"; do options+=("-DFEATURE_system_$feature=OFF"); done
+for feature in "${left_out[@]}"; do options+=("-DFEATURE_$feature=OFF"); done
+
+version=$(dpkg-query -W -f='${source:Version}' qt6-base-dev)
+compiler=$(x86_64-w64-mingw32-g++-posix -dumpfullversion)
+key="qt-${version}_${compiler}_$(cat "$here/mingw-toolchain.cmake" <(echo "${options[*]}") |
+  sha256sum | head -c 12)"
+folder=$(cache_folder windows-qt "$key")
+if [ -f "$folder/complete" ]; then
+  printf '%s\n' "$folder"
+  exit 0
+fi
+
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+fetch_source "$work" "qt6-base=$version"
+source=$(find "$work" -mindepth 1 -maxdepth 1 -type d -name 'qt6-base-*' | head -n 1)
+
+echo "Building Qt $version for Windows" >&2
+rm -rf "$folder"
+# said FILE COMMAND...: shows what a command has said only when it fails.
+said() {
+  local file=$1
+  shift
+  "$@" > "$file" 2>&1 || { tail -n 60 "$file" >&2; exit 1; }
+}
+said "$work/configure.log" cmake -S "$source" -B "$work/build" -G Ninja \
+  -DCMAKE_TOOLCHAIN_FILE="$here/mingw-toolchain.cmake" -DCMAKE_INSTALL_PREFIX="$folder" \
+  -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" "${options[@]}"
+said "$work/build.log" cmake --build "$work/build"
+said "$work/install.log" cmake --install "$work/build"
+touch "$folder/complete"
+printf '%s\n' "$folder"
