@@ -15,22 +15,13 @@ namespace {
 
 constexpr std::string_view kPlayerName = "tallow-player";
 
-/// The player in one folder; empty when it is not there.
-std::string PlayerIn(const std::string& folder, const FolderListing& listing) {
-  for (const FileEntry& file : listing.files) {
-    const std::string path = folder + file.name;
-    if (faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0) return path;
-  }
-  return {};
-}
-
-std::string PlayerIn(const std::string& folder) {
-  return PlayerIn(folder, ListFolder(folder, {.pattern = kPlayerName}));
-}
-
 }  // namespace
 
 std::string_view PlayerProgramName() { return kPlayerName; }
+
+std::string PlayerAt(const std::string& path) {
+  return faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0 ? path : std::string();
+}
 
 std::string_view HowToInstallPlayer() {
   return "The player is the program tallow-player, which comes with Tallow and needs the package "
@@ -58,23 +49,6 @@ std::string FindPlayerOnPath() {
       if (!found.empty()) return found;
     }
     path.remove_prefix(end == std::string_view::npos ? path.size() : end + 1);
-  }
-  return {};
-}
-
-std::string FindWinampUnder(const std::string& root, const DriveList& drives) {
-  std::vector<std::string> waiting{EnsureTrailingBackslash(root)};  // the next one is last
-  while (!waiting.empty()) {
-    const std::string folder = std::move(waiting.back());
-    waiting.pop_back();
-    const FolderListing listing = ListFolder(folder, {.pattern = kPlayerName, .subfolders = true});
-    std::string found = PlayerIn(folder, listing);
-    if (!found.empty()) return found;
-    for (auto entry = listing.subfolders.rbegin(); entry != listing.subfolders.rend(); ++entry) {
-      std::string subfolder = folder + entry->name + kSeparator;
-      if (!entry->linked && !drives.IsMountPoint(subfolder))
-        waiting.push_back(std::move(subfolder));
-    }
   }
   return {};
 }

@@ -36,6 +36,12 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
   add_test(NAME windows.window_tests
     COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh $<TARGET_FILE:tallow_window_tests>)
   set_tests_properties(windows.window_tests PROPERTIES TIMEOUT 900)
+  # The setup program is what ./build-windows.sh leaves.
+  add_test(NAME windows.life
+    COMMAND ${CMAKE_SOURCE_DIR}/tests/windows_life.sh
+      ${CMAKE_BINARY_DIR}/Tallow-${PROJECT_VERSION}-setup.exe $<TARGET_FILE:winamp_stand_in>
+      $<TARGET_FILE:hold_file> ${CMAKE_BINARY_DIR}/tests/life)
+  set_tests_properties(windows.life PROPERTIES TIMEOUT 600)
   return()
 endif()
 gtest_discover_tests(tallow_window_tests

@@ -14,6 +14,7 @@ std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder
   const bool opens = purpose == FileDialogPurpose::kOpen;
   QFileDialog dialog(parent);
   dialog.setObjectName(QStringLiteral("CommonDialog1"));
+  dialog.setWindowTitle(opens ? QFileDialog::tr("Open") : QFileDialog::tr("Save As"));
   // A dialog of a dialog is about the same thing.
   const QString page = parent != nullptr ? parent->property(kHelpPage).toString() : QString();
   dialog.setProperty(kHelpPage,

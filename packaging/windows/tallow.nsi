@@ -3,7 +3,8 @@
 ;
 ; makensis -DVERSION=0.1 -DPROGRAM=folder -DOUTPUT=file tallow.nsi
 ;   PROGRAM  the folder of what is installed: tallow.exe and its data files
-Unicode True
+; A 64-bit program, as Tallow is; it implies Unicode.
+Target amd64-unicode
 SetCompressor /SOLID lzma
 !include "MUI2.nsh"
 

@@ -1,0 +1,257 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Installs Tallow in a Windows of its own, on a virtual display, and uses it there as a user would: first
+# start, playing, ranking, saving, tips, a second start, two at once, what can go wrong with files, and
+# taking it off again. Looks at the files, the registry and what the player was told, and keeps a picture
+# of each station.
+#
+# Usage: windows_life.sh SETUP STAND_IN HOLD_FILE FOLDER
+set -euo pipefail
+
+setup=$(realpath "$1")
+stand_in=$(realpath "$2")
+hold_file=$(realpath "$3")
+here=$(cd "$(dirname "$0")" && pwd)
+rm -rf "$4"
+mkdir -p "$4/pictures"
+folder=$(realpath "$4")
+
+. "$here/wine_prefix.sh"
+. "$here/../packaging/virtual-display.sh"
+trap 'end_processes; end_windows' EXIT
+openbox > /dev/null 2>&1 &
+processes+=($!)
+for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
+
+fail() {
+  echo "$1"
+  import -window root "$folder/pictures/failed.png" || :
+  exit 1
+}
+until_true() {
+  local seconds=$1 what=$2
+  shift 2
+  for _ in $(seq $((seconds * 10))); do
+    "$@" > /dev/null 2>&1 && return
+    sleep 0.1
+  done
+  fail "Not seen within $seconds seconds: $what"
+}
+window_named() { xdotool search --onlyvisible --name "$1"; }
+no_window_named() { ! window_named "$1"; }
+keys() {
+  local key
+  for key in "$@"; do
+    xdotool key "$key"
+    sleep 0.3
+  done
+}
+# The display's window manager does not give the keyboard back when a dialog of the system has closed.
+activate() {
+  xdotool search --onlyvisible --name '^Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
+  sleep 0.3
+}
+picture() { import -window root "$folder/pictures/$1.png"; }
+# value KEY [NAME]: of the user's registry; without a name the key's own.
+value() {
+  local which=(/ve)
+  [ $# -eq 1 ] || which=(/v "$2")
+  "$wine" reg query "HKCU\\$1" "${which[@]}" 2> /dev/null | tr -d '\r' | sed -n 's/^ .*REG_[A-Z]* *//p'
+}
+is_in() { grep -qaF -- "$1" "$2"; }
+
+# The drives: C: with the system, D: with most of the music. There is no Z:.
+make_windows
+"$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v 'Tahoma' /d 'DejaVu Sans' /f > /dev/null
+"$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v 'MS Shell Dlg' /d 'DejaVu Sans' /f > /dev/null
+"$wine" reg add 'HKLM\Software\Wine\Drives' /v 'd:' /d hd /f > /dev/null
+"$wineserver" -w
+c=$WINEPREFIX/drive_c
+d=$folder/d
+mkdir -p "$c/Music" "$d/Winamp" "$c/bin"
+ln -s "$d" "$WINEPREFIX/dosdevices/d:"
+cp "$setup" "$c/bin/setup.exe"
+cp "$hold_file" "$c/bin/hold_file.exe"
+# Its name is found in any letter case and stored in small letters.
+cp "$stand_in" "$d/Winamp/WINAMP.EXE"
+printf '1024 0 0=0x2081\n1024 0 104=1\n' > "$c/bin/answers.txt"
+export TALLOW_STAND_IN_LOG='C:\bin\player.txt' TALLOW_STAND_IN_ANSWERS='C:\bin\answers.txt'
+
+# song FILE [lame's options]
+song() {
+  mkdir -p "$(dirname "$1")"
+  sox -q -n -r 44100 -c 2 -t wav - synth 1 sine 440 2> /dev/null |
+    lame --quiet -b 64 --id3v1-only "${@:2}" - "$1"
+}
+long=$(printf 'a folder with a long name, %.0s' 1 2 3 4 5)end
+song "$c/Music/On C.mp3" --ta 'Ada Quill' --ty 1968 --tg Jazz
+song "$d/Musik/one.mp3" --ta 'Ada Quill' --ty 1971
+song "$d/Musik/two.mp3" --ta 'The Lanterns' --ty 1983
+song "$d/Ελλάδα/песня 日本語.mp3" --ta 'Copper Rails'
+song "$d/$long/$long/$long/far down.mp3" --ta 'Copper Rails'
+# Stands for a junction that points at its parent.
+ln -s .. "$d/Musik/loop"
+[ ${#long} -gt 100 ] || fail "The long path is not long."
+
+# Installed for one user, without questions.
+cd "$c/bin"
+"$wine" 'C:\bin\setup.exe' /S || fail "The setup left with $?."
+installed=$c/users/$(id -un)/AppData/Local/Programs/Tallow
+program='C:\users\'$(id -un)'\AppData\Local\Programs\Tallow\tallow.exe'
+for file in tallow.exe readme.txt license.txt TIPOFDAY.TXT uninstall.exe; do
+  [ -s "$installed/$file" ] || fail "$file is not installed."
+done
+[ -s "$c/users/$(id -un)/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tallow.lnk" ] ||
+  fail "Tallow is not in the start menu."
+[ "$(value 'Software\Classes\Tallow.Jukebox\shell\open\command')" = "\"$program\" \"%1\"" ] ||
+  fail "A double click does not open jukeboxes."
+
+start() {
+  "$wine" "$program" "$@" 2>> "$folder/errors.txt" &
+  tallow=$!
+  processes+=("$tallow")
+}
+has_ended() { ! kill -0 "$tallow"; }
+grouping=$installed/Grouping
+library=$grouping/FileLocNames.lmz
+settings=$grouping/System/TallowOrganizer.ini
+
+# The first start searches both drives and finds the player.
+start
+until_true 120 "the tip at the start" window_named '^Tip of the Day$'
+sleep 0.5
+picture 1-first-start
+keys alt+s
+[ "$(value 'Software\Tallow\tallow\Options' 'Show Tips at Startup')" = 0x0 ] ||
+  fail "The tip's option is not in the registry."
+keys Return
+until_true 10 "the end of the tip" no_window_named '^Tip of the Day$'
+until_true 10 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+sleep 0.5
+picture 2-sample
+
+# The settings, byte for byte.
+own=${program%tallow.exe}
+printf '%s\r\n' "$own"'Grouping\System\LocOfMainTargetFiles.lmz' "$own"'Grouping\' ' 5 ' \
+  'd:\winamp\winamp.exe' '' '' '' False False '' > "$folder/expected.ini"
+cmp "$folder/expected.ini" "$settings" || fail "The settings are not as they should be."
+# The library, record for record and nothing else: name, folder, number, there, rank, seven empty texts.
+perl -e '
+  local $/; my $bytes = <STDIN>; my $number = 0;
+  while (length $bytes) {
+    my @texts = unpack("(v/a)12", $bytes);
+    substr($bytes, 0, 24 + length join("", @texts)) = "";
+    ++$number;
+    die "record $number\n" unless $texts[2] eq $number && $texts[3] eq "1" && $texts[4] eq "2"
+      && join("", @texts[5 .. 11]) eq "";
+    print "$texts[1]$texts[0]\n";
+  }' < "$library" | sort > "$folder/songs.txt" || fail "The library is damaged."
+printf '%s\n' 'C:\Music\On C.mp3' 'D:\Musik\one.mp3' 'D:\Musik\two.mp3' 'D:\Ελλάδα\песня 日本語.mp3' \
+  "D:\\$long\\$long\\$long\\far down.mp3" | sort | diff - "$folder/songs.txt" ||
+  fail "Other songs were found."
+
+# A selection is played. The player is started, but its window is not waited for; it is there when the
+# user plays again, and is told what to play, with whole paths.
+keys Tab Home shift+Down ctrl+p
+until_true 20 "the message that the player has no window yet" window_named '^Tallow$'
+until_true 20 "the player" is_in started "$c/bin/player.txt"
+keys Return ctrl+p
+until_true 20 "the player" is_in '273 40045 0' "$c/bin/player.txt"
+picture 3-playing
+sleep 1
+tr -d '\r' < "$c/bin/player.txt" > "$folder/player.txt"
+head -n 1 "$folder/player.txt" | grep -qx 'started 7' || fail "The player was not started minimized."
+grep -v '^1024 0 10[45]\|^1024 1 105\|^started' "$folder/player.txt" | sed -n '/40047/,$p' > "$folder/told.txt"
+first=$(perl -e 'local $/; my @t = unpack("(v/a)12", <STDIN>); print "$t[1]$t[0]"' < "$library")
+grep -qxF "74 0 100 \"$first\\0\"" "$folder/told.txt" || fail "The player was not given $first."
+sed -n 's/^\(273 40047 0\|1024 0 101\|74 0 100\|273 40045 0\).*/\1/p' "$folder/told.txt" > "$folder/order.txt"
+printf '%s\n' '273 40047 0' '1024 0 101' '74 0 100' '273 40045 0' '74 0 100' |
+  diff - <(head -n 5 "$folder/order.txt") || fail "The player was told otherwise."
+# The panel's keys of the menu, and an own name beyond the code page is not handed over cut.
+keys ctrl+t
+until_true 10 "the next track" is_in '273 40048 0' "$c/bin/player.txt"
+keys ctrl+u
+until_true 10 "the pause" is_in '273 40046 0' "$c/bin/player.txt"
+
+# A rank is saved; while another program holds the library it is not, which is said, and nothing is lost.
+keys Tab Tab Home
+before=$(cksum "$library")
+library_has_changed() { [ "$(cksum "$library")" != "$before" ]; }
+"$wine" 'C:\bin\hold_file.exe' "${own}Grouping\\FileLocNames.lmz" 'C:\bin\release.txt' &
+processes+=($!)
+sleep 1
+keys shift+F10 r Return
+until_true 20 "the message that the ranks could not be saved" window_named '^Tallow$'
+picture 4-held
+library_has_changed && fail "The library was replaced under another program."
+touch "$c/bin/release.txt"
+sleep 1
+keys Return shift+F10 r Return
+until_true 20 "the saved rank" library_has_changed
+[ -z "$(find "$installed" -name '*.new')" ] || fail "A file that was being written is left."
+
+# Saved, under a name of another alphabet; a file that may only be read is not written over.
+keys ctrl+s
+until_true 20 "the file dialog" window_named '^Save'
+xdotool type --delay 60 'Mix'
+keys Return
+until_true 20 "its name" window_named '^Tallow - \[MIX\]$'
+[ -s "$grouping/mix.juk" ] || fail "The jukebox is not saved."
+activate
+chmod a-w "$grouping/mix.juk"
+before_juk=$(cksum "$grouping/mix.juk")
+keys alt+e a
+xdotool type --delay 60 'Road trip'
+keys Return ctrl+s
+until_true 20 "the message that the file cannot be written" window_named '^Tallow$'
+picture 5-read-only
+keys Return
+activate
+[ "$(cksum "$grouping/mix.juk")" = "$before_juk" ] || fail "A file that may only be read was written over."
+chmod u+w "$grouping/mix.juk"
+keys ctrl+s
+sleep 1
+grep -q '"text":"Road trip"' "$grouping/mix.juk" || fail "The folder is not saved."
+
+# A second one hands its file over and ends.
+cp "$grouping/mix.juk" "$d/other.juk"
+timeout 30 "$wine" "$program" 'D:\other.juk' || fail "The second start left with $?."
+until_true 20 "the file of the second start" window_named '^Tallow - \[OTHER\]$'
+picture 6-handed-over
+activate
+xdotool key --delay 100 alt+F4
+# A jukebox that was opened has been filed into, and asks.
+until_true 20 "the question whether to save" window_named '^Tallow$'
+keys alt+n
+until_true 30 "the end of the program" has_ended
+until_true 10 "the end of the player" is_in '273 40001 0' "$c/bin/player.txt"
+
+# The second start opens the last jukebox, without a search, a tip or a change of a file.
+song "$d/Elsewhere/never.mp3"
+before=$(cksum "$library")
+start
+until_true 60 "the jukebox of before at the start" window_named '^Tallow - \[OTHER\]$'
+no_window_named '^Tip of the Day$' || fail "The tip is there again."
+library_has_changed && fail "The second start has changed the library."
+is_in 'never.mp3' "$library" && fail "The second start has searched the drives."
+sleep 0.5
+picture 7-second-start
+activate
+xdotool key --delay 100 alt+F4
+# A jukebox that was opened has been filed into, and asks.
+until_true 20 "the question whether to save" window_named '^Tallow$'
+keys alt+n
+until_true 30 "the end of the program" has_ended
+
+# Taken off: the program goes, what the user has made stays.
+"$wine" "${own}uninstall.exe" /S || fail "Taking it off left with $?."
+until_true 30 "the end of the program file" test ! -e "$installed/tallow.exe"
+until_true 10 "the end of the start menu's entry" \
+  test ! -e "$c/users/$(id -un)/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tallow.lnk"
+[ -s "$library" ] && [ -s "$grouping/mix.juk" ] || fail "The library or the jukebox has gone with the program."
+[ -z "$(value 'Software\Classes\Tallow.Jukebox\shell\open\command')" ] ||
+  fail "The file type is still there."
+for file in readme.txt license.txt TIPOFDAY.TXT; do
+  [ ! -e "$installed/$file" ] || fail "$file is still there."
+done
+echo "Everything was as it should be; the pictures are in $folder/pictures."
