@@ -5,6 +5,7 @@
 #
 #   ./bench.sh            20,000 and 100,000 files
 #   ./bench.sh --million  1,000,000 files too (needs about 8 GB of disk)
+#   ./bench.sh --windows  the Windows program under Wine against the Linux program, 20,000 files
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -12,7 +13,8 @@ sizes=(20000 100000)
 case "${1:-}" in
   "") ;;
   --million) sizes+=(1000000) ;;
-  *) echo "Usage: ./bench.sh [--million]" >&2; exit 2 ;;
+  --windows) exec benchmarks/windows.sh ;;
+  *) echo "Usage: ./bench.sh [--million|--windows]" >&2; exit 2 ;;
 esac
 
 packaging/install-dependencies.sh run demo bench

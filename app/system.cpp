@@ -270,7 +270,7 @@ void System::OpenFirstJukebox() {
     }
   }
   // What the user has just asked for is in front.
-  if (last_recovered != nullptr) windows_.ShowJukebox(*last_recovered);
+  if (last_recovered != nullptr && !is_open) windows_.ShowJukebox(*last_recovered);
   tallow_.found_tags.Clear();
 }
 

@@ -54,6 +54,19 @@ TEST_F(Recovery, TheUnsavedSampleIsOfferedInPlaceOfANewOne) {
   EXPECT_TRUE(HasUnsaved(0));
 }
 
+TEST_F(Recovery, WhatWasRecoveredIsInFrontOfTheLastJukebox) {
+  Change();
+  tallow->settings.LocOfLastSavedJukeBox(application / "Grouping/last.juk");
+  tallow->SaveSettings();
+  Jukebox last;
+  last.Nodes().AddChild(nullptr, "All Songs");
+  ASSERT_TRUE(last.Save(application / "Grouping/last.juk", tallow->library));
+  Start(true);
+  ASSERT_EQ(windows->open.size(), 2U);
+  EXPECT_EQ(windows->log, (Texts{"splash", "jukebox", "jukebox", "jukebox", "splash off", "tip"}));
+  EXPECT_EQ(windows->last_shown, windows->open[0]);
+}
+
 TEST_F(Recovery, NoKeepsTheFileAsideAndDoesNotAskAgain) {
   Change();
   Start(false);

@@ -1,4 +1,16 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
+add_executable(tallow_startup_benchmark
+  benchmarks/startup_benchmark.cpp
+  benchmarks/process_memory_${platform}.cpp)
+target_link_libraries(tallow_startup_benchmark PRIVATE tallow_core)
+
+add_executable(tallow_jukebox_benchmark benchmarks/jukebox_benchmark.cpp)
+target_link_libraries(tallow_jukebox_benchmark PRIVATE tallow_core)
+target_include_directories(tallow_jukebox_benchmark SYSTEM PRIVATE ${CMAKE_BINARY_DIR}/json)
+if(WIN32)
+  return()
+endif()
+
 find_package(benchmark REQUIRED)
 
 # The floor is a program of its own, so that nothing of Tallow helps it.
@@ -8,18 +20,13 @@ target_link_libraries(tallow_floor PRIVATE tallow_options)
 add_executable(tallow_collection benchmarks/collection.cpp)
 target_link_libraries(tallow_collection PRIVATE tallow_core)
 
-add_executable(tallow_startup_benchmark benchmarks/startup_benchmark.cpp)
-target_link_libraries(tallow_startup_benchmark PRIVATE tallow_core)
-
 add_executable(tallow_sort_benchmark benchmarks/sort_benchmark.cpp)
 target_link_libraries(tallow_sort_benchmark PRIVATE tallow_core benchmark::benchmark)
 
-add_executable(tallow_jukebox_benchmark benchmarks/jukebox_benchmark.cpp)
-target_link_libraries(tallow_jukebox_benchmark PRIVATE tallow_core)
-target_include_directories(tallow_jukebox_benchmark SYSTEM PRIVATE ${CMAKE_BINARY_DIR}/json)
-
 if(TALLOW_WINDOWS)
-  add_executable(tallow_window_benchmark benchmarks/window_benchmark.cpp)
+  add_executable(tallow_window_benchmark
+    benchmarks/window_benchmark.cpp
+    benchmarks/process_memory_${platform}.cpp)
   target_link_libraries(tallow_window_benchmark PRIVATE tallow_ui)
 endif()
 

@@ -18,6 +18,7 @@
 #include "jukebox/song_search.h"
 #include "util/atomic_file.h"
 #include "util/file_system.h"
+#include "util/path_text.h"
 #include "util/text.h"
 
 namespace tallow {
@@ -167,4 +168,4 @@ int Run(const std::string& folder) {
 }  // namespace
 }  // namespace tallow
 
-int main(int argc, char** argv) { return argc == 2 ? tallow::Run(std::string(argv[1]) + "/") : 2; }
+int main(int argc, char** argv) { return argc == 2 ? tallow::Run(tallow::EnsureTrailingBackslash(argv[1])) : 2; }

@@ -5,15 +5,15 @@
 // Usage: tallow_startup_benchmark MUSIC APPLICATION_FOLDER first|second
 #include <chrono>
 #include <cstdio>
-#include <fstream>
 #include <memory>
 #include <string>
-#include <unistd.h>
 #include <vector>
 
 #include "app/drive_list.h"
 #include "app/system.h"
+#include "benchmarks/process_memory.h"
 #include "jukebox/jukebox.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {
@@ -53,23 +53,15 @@ class NoWindows : public StartUpWindows, private SearchProgress {
   Jukebox* const open_[1] = {&jukebox};
 };
 
-/// Resident memory of this process, KiB.
-long Memory() {
-  std::ifstream status("/proc/self/statm");
-  long pages = 0;
-  status >> pages >> pages;
-  return pages * (sysconf(_SC_PAGESIZE) / 1024);
-}
-
 int Run(const std::string& music, const std::string& application, const char* what) {
-  const long before = Memory();
+  const long before = ProcessMemory();
   const auto begin = std::chrono::steady_clock::now();
-  Tallow tallow(application + "/");
+  Tallow tallow(EnsureTrailingBackslash(application));
   const auto drives = GivenDrives({music});
   NoWindows windows;
   if (!System(tallow, *drives, windows).Main({})) return 1;
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
-  std::printf("%s %.6f %ld %d\n", what, took.count(), Memory() - before,
+  std::printf("%s %.6f %ld %d\n", what, took.count(), ProcessMemory() - before,
               tallow.library.UBoundOfMp3Array());
   return 0;
 }

@@ -7,9 +7,7 @@
 //   JUKEBOX is saved, and opened by the starts that follow
 #include <chrono>
 #include <cstdio>
-#include <fstream>
 #include <string>
-#include <unistd.h>
 
 #include <QApplication>
 #include <QScrollBar>
@@ -18,6 +16,7 @@
 #include "app/drive_list.h"
 #include "app/system.h"
 #include "app/tallow.h"
+#include "benchmarks/process_memory.h"
 #include "jukebox/window/frm_main.h"
 #include "jukebox/window/pv_explorer.h"
 #include "jukebox/window/song_list_view.h"
@@ -32,13 +31,6 @@ using Clock = std::chrono::steady_clock;
 
 double SecondsSince(Clock::time_point begin) {
   return std::chrono::duration<double>(Clock::now() - begin).count();
-}
-
-long Memory() {
-  std::ifstream status("/proc/self/statm");
-  long pages = 0;
-  status >> pages >> pages;
-  return pages * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
 /// Cuts, pastes and undoes in a folder like "All Songs" that the user may change.
@@ -84,12 +76,12 @@ int Run(int argc, char** argv) {
   const auto drives = GivenDrives({argv[1]});
   const auto player = SystemPlayerLink();
   frmMDIForm1 frame(tallow, *player, [](const Message&) { return MessageAnswer::kNo; });
-  const long before = Memory();
+  const long before = ProcessMemory();
   StartUp windows(tallow, frame, true);
   if (!System(tallow, *drives, windows).Main(QtsRuntimeFile())) return 1;
   QApplication::processEvents();
   frame.grab();
-  std::printf("start %.6f %ld\n", SecondsSince(begin), Memory() - before);
+  std::printf("start %.6f %ld\n", SecondsSince(begin), ProcessMemory() - before);
 
   if (argc == 4) {
     Jukebox& jukebox = *frame.OpenJukeboxes().front();

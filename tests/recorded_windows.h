@@ -25,7 +25,10 @@ class RecordedWindows : public StartUpWindows {
     open.push_back(jukeboxes.back().get());
     return *jukeboxes.back();
   }
-  void ShowJukebox(Jukebox& /*jukebox*/) override { Log("jukebox"); }
+  void ShowJukebox(Jukebox& jukebox) override {
+    Log("jukebox");
+    last_shown = &jukebox;
+  }
   std::span<Jukebox* const> OpenJukeboxes() override { return open; }
   void Tell(const std::string& text) override { told.push_back(text); }
   bool Ask(const std::string& text) override {
@@ -43,6 +46,7 @@ class RecordedWindows : public StartUpWindows {
   void ShowTip() override { Log("tip"); }
 
   RecordedProgress progress;
+  Jukebox* last_shown = nullptr;
   std::vector<std::unique_ptr<Jukebox>> jukeboxes;
   std::vector<Jukebox*> open;
   std::vector<std::string> log;
