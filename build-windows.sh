@@ -15,6 +15,21 @@ name=Tallow-$version
 rm -rf "$build/$name"
 mkdir "$build/$name"
 x86_64-w64-mingw32-strip -o "$build/$name/tallow.exe" "$build/tallow.exe"
+# The notices of what is linked into it, and where all of its source is.
+qt=$(sed -n 's/^TALLOW_WINDOWS_QT:[A-Z]*=//p' "$build/CMakeCache.txt")
+{
+  echo "tallow.exe $version holds the libraries below. Its own source, and the scripts that build all of it,"
+  echo "are what readme.txt describes. The libraries are those of Debian $(. /etc/os-release; echo "$VERSION_ID"), whose source packages are public:"
+  for package in qt6-base-dev libutf8proc-dev nlohmann-json3-dev g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev; do
+    dpkg-query -W -f='  ${source:Package} ${source:Version}\n' "$package"
+  done
+  echo "Portions of this software are copyright The FreeType Project (www.freetype.org). All rights reserved."
+  echo "This software is based in part on the work of the Independent JPEG Group."
+  for notice in "$qt"/notices/*.txt /usr/share/doc/{libutf8proc-dev,nlohmann-json3-dev,g++-mingw-w64-x86-64-posix,mingw-w64-x86-64-dev}/copyright; do
+    printf '\n\n======== %s\n\n' "$(sed 's|.*/notices/||; s|/usr/share/doc/||; s|/copyright$||; s|\.txt$||' <<< "$notice")"
+    cat "$notice"
+  done
+} | sed 's/\r$//; s/$/\r/' > "$build/$name/third-party.txt"
 # Windows' own editors know lines by both characters.
 sed 's/$/\r/' README.md > "$build/$name/readme.txt"
 sed 's/$/\r/' LICENSE > "$build/$name/license.txt"
@@ -22,7 +37,9 @@ sed 's/$/\r/' TIPOFDAY.TXT > "$build/$name/TIPOFDAY.TXT"
 
 rm -f "$build/$name-win64.zip" "$build/$name-setup.exe"
 (cd "$build" && cmake -E tar cf "$name-win64.zip" --format=zip "$name")
-makensis -V2 -DVERSION="$version" -DPROGRAM="$PWD/$build/$name" \
+# Versions have four numbers there.
+four=$(awk -F. '{ printf "%d.%d.%d.%d", $1, $2, $3, $4 }' <<< "$version")
+makensis -V2 -DVERSION="$version" -DFOUR_NUMBERS="$four" -DPROGRAM="$PWD/$build/$name" \
   -DOUTPUT="$PWD/$build/$name-setup.exe" packaging/windows/tallow.nsi
 ls -l "$build/$name/tallow.exe" "$build/$name-win64.zip" "$build/$name-setup.exe" |
   awk '{ printf "%s: %.1f MB\n", $NF, $5 / 1e6 }'

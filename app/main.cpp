@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -70,10 +71,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
                    [&frame](const std::vector<std::string>& files) { frame.OpenFiles(files); });
   StartUp windows(tallow, frame, line.exit_after_startup);
   System system(tallow, *drives, windows);
-  if (!system.Main(QtsRuntimeFile())) return 1;
-  if (line.exit_after_startup) return 0;
-  QApplication::setQuitOnLastWindowClosed(true);
-  const EndSignals end_signals([&frame, &tallow] {
+  std::optional<EndSignals> end_signals;
+  const auto end = [&frame, &tallow] {
     // A search that is on its way is to end as well.
     tallow.SearchCancelled = true;
     tallow.is_ending = true;
@@ -83,7 +82,12 @@ int Run(int argc, char** argv, const CommandLine& line) {
     frame.ClosePlayerPanel();
     // Not quit(), which would close the windows and so ask after all.
     QApplication::exit();
-  });
+  };
+  // From here on there is something to keep; what a search has not found yet is found by the next start.
+  windows.BeforeTip([&] { end_signals.emplace(end); });
+  if (!system.Main(QtsRuntimeFile())) return 1;
+  if (line.exit_after_startup || tallow.is_ending) return 0;
+  QApplication::setQuitOnLastWindowClosed(true);
   if (!line.files.empty()) frame.OpenFiles(line.files);
   const int code = QApplication::exec();
   // The end may have come in the middle of filing, which is complete now.
@@ -100,7 +104,7 @@ int main(int argc, char** argv) {
     tallow::UseTerminal();
     const CommandLine line = tallow::ParseCommandLine(tallow::ProgramArguments(argc, argv));
     if (!line.error.empty()) {
-      std::fprintf(stderr, "%s\n", line.error.c_str());
+      tallow::TellBeforeWindows(line.error);
       return tallow::kUsageError;
     }
     if (line.help) {
@@ -113,7 +117,7 @@ int main(int argc, char** argv) {
     }
     return tallow::Run(argc, argv, line);
   } catch (const std::exception& error) {
-    std::fprintf(stderr, "Tallow cannot go on. %s\n", error.what());
+    tallow::TellBeforeWindows(std::string("Tallow cannot go on. ") + error.what());
     return 1;
   }
 }

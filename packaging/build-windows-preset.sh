@@ -7,6 +7,11 @@ cd "$(dirname "$0")/.."
 
 libraries=$(packaging/windows-libraries.sh)
 qt=$(packaging/windows-qt.sh)
+# Where a library was found is remembered, even when another one is to be used.
+if ! grep -qsxF "TALLOW_WINDOWS_QT:UNINITIALIZED=$qt" build/windows/CMakeCache.txt &&
+  ! grep -qsxF "TALLOW_WINDOWS_QT:PATH=$qt" build/windows/CMakeCache.txt; then
+  rm -f build/windows/CMakeCache.txt
+fi
 echo "Building the preset windows"
 cmake --preset windows -DTALLOW_WINDOWS_LIBRARIES="$libraries" -DTALLOW_WINDOWS_QT="$qt" \
   -DCMAKE_PREFIX_PATH="$qt" -DQT_HOST_PATH=/usr \

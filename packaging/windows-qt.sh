@@ -22,12 +22,13 @@ options=(
 bundled=(zlib jpeg png freetype harfbuzz pcre2 doubleconversion)
 left_out=(concurrent dbus direct2d direct2d1_1 directwrite3 glib icu pkg_config printsupport schannel sql ssl
   tabletevent vulkan xml zstd brotli)
+bundled_folders=(zlib libjpeg libpng freetype harfbuzz-ng pcre2 double-conversion md4c)
 for feature in "${bundled[@]}"; do options+=("-DFEATURE_system_$feature=OFF"); done
 for feature in "${left_out[@]}"; do options+=("-DFEATURE_$feature=OFF"); done
 
 version=$(dpkg-query -W -f='${source:Version}' qt6-base-dev)
 compiler=$(x86_64-w64-mingw32-g++-posix -dumpfullversion)
-key="qt-${version}_${compiler}_$(cat "$here/mingw-toolchain.cmake" <(echo "${options[*]}") |
+key="qt-${version}_${compiler}_$(cat "$here/mingw-toolchain.cmake" <(echo "${options[*]} notices") |
   sha256sum | head -c 12)"
 folder=$(cache_folder windows-qt "$key")
 if [ -f "$folder/complete" ]; then
@@ -37,7 +38,11 @@ fi
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-fetch_source "$work" "qt6-base=$version"
+if ! fetch_source "$work" "qt6-base=$version"; then
+  echo "There is no source of Qt $version, the one that is installed. Bring the packages of Qt up to date" \
+    "(apt-get install --only-upgrade qt6-base-dev) and try again." >&2
+  exit 1
+fi
 source=$(find "$work" -mindepth 1 -maxdepth 1 -type d -name 'qt6-base-*' | head -n 1)
 
 echo "Building Qt $version for Windows" >&2
@@ -53,5 +58,12 @@ said "$work/configure.log" cmake -S "$source" -B "$work/build" -G Ninja \
   -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" "${options[@]}"
 said "$work/build.log" cmake --build "$work/build"
 said "$work/install.log" cmake --install "$work/build"
+# The notices that belong to a program which holds it.
+mkdir -p "$folder/notices"
+cp "$source/debian/copyright" "$folder/notices/qt6-base.txt"
+for part in "${bundled_folders[@]}"; do
+  find "$source/src/3rdparty/$part" -maxdepth 1 -iname '*licen[cs]e*' -o -maxdepth 1 -name COPYING |
+    sort | xargs -d '\n' cat > "$folder/notices/$part.txt"
+done
 touch "$folder/complete"
 printf '%s\n' "$folder"

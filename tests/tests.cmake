@@ -60,7 +60,9 @@ if(WIN32)
   add_dependencies(tallow_core_tests winamp_stand_in)
   add_executable(hold_file tests/hold_file_windows.cpp)
   target_link_libraries(hold_file PRIVATE tallow_options)
-  target_link_options(hold_file PRIVATE -municode)
+  if(MINGW)
+    target_link_options(hold_file PRIVATE -municode)
+  endif()
 else()
   target_sources(tallow_core_tests PRIVATE
     app/jukebox_kill_linux_test.cpp

@@ -30,5 +30,8 @@ int main(int argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   // A tip at start waits for its user.
   QSettings().setValue(QStringLiteral("Options/Show Tips at Startup"), 0);
-  return RUN_ALL_TESTS();
+  const int code = RUN_ALL_TESTS();
+  // Where options are no file, the path of above says nothing.
+  QSettings().clear();
+  return code;
 }

@@ -30,6 +30,10 @@ if(NOT WIN32)
     TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
   add_dependencies(tallow_window_tests tallow-player)
 endif()
+if(WIN32)
+  # The same code page and controls as the program.
+  target_sources(tallow_window_tests PRIVATE ${CMAKE_BINARY_DIR}/tallow.rc)
+endif()
 if(WIN32 AND CMAKE_CROSSCOMPILING)
   # A static Qt has only those plug-ins that are linked; this one is the display in memory.
   qt6_import_plugins(tallow_window_tests INCLUDE Qt6::QOffscreenIntegrationPlugin)

@@ -98,7 +98,7 @@ cd "$c/bin"
 "$wine" 'C:\bin\setup.exe' /S || fail "The setup left with $?."
 installed=$c/users/$(id -un)/AppData/Local/Programs/Tallow
 program='C:\users\'$(id -un)'\AppData\Local\Programs\Tallow\tallow.exe'
-for file in tallow.exe readme.txt license.txt TIPOFDAY.TXT uninstall.exe; do
+for file in tallow.exe readme.txt license.txt third-party.txt TIPOFDAY.TXT uninstall.exe; do
   [ -s "$installed/$file" ] || fail "$file is not installed."
 done
 [ -s "$c/users/$(id -un)/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tallow.lnk" ] ||
@@ -243,6 +243,25 @@ until_true 20 "the question whether to save" window_named '^Tallow$'
 keys alt+n
 until_true 30 "the end of the program" has_ended
 
+# Installed once more over itself while it runs: nothing is changed. Then after it was closed: tips of one's
+# own stay.
+start
+until_true 60 "the jukebox of before" window_named '^Tallow - '
+if "$wine" 'C:\bin\setup.exe' /S; then fail "The setup went on over a program that runs."; fi
+if "$wine" "${own}uninstall.exe" /S _?="${own%\\}"; then fail "A program that runs was taken off."; fi
+[ -s "$installed/tallow.exe" ] || fail "A program that runs was taken off."
+# The user logs off: nobody is asked, and what was changed is kept.
+activate
+keys alt+e a Return
+"$wine" wineboot --end-session > /dev/null 2>&1 &
+until_true 30 "the end of the program as the user logs off" has_ended
+wait $! || :
+ls "$grouping"/System/Jukebox-*.unsaved > /dev/null || fail "What was changed before the user logged off is lost."
+rm "$grouping"/System/Jukebox-*.unsaved
+printf 'A tip of my own.\r\n' >> "$installed/TIPOFDAY.TXT"
+"$wine" 'C:\bin\setup.exe' /S || fail "The setup over an older one left with $?."
+grep -q 'A tip of my own' "$installed/TIPOFDAY.TXT" || fail "A tip of the user's own is gone."
+
 # Taken off: the program goes, what the user has made stays.
 "$wine" "${own}uninstall.exe" /S || fail "Taking it off left with $?."
 until_true 30 "the end of the program file" test ! -e "$installed/tallow.exe"
@@ -251,7 +270,8 @@ until_true 10 "the end of the start menu's entry" \
 [ -s "$library" ] && [ -s "$grouping/mix.juk" ] || fail "The library or the jukebox has gone with the program."
 [ -z "$(value 'Software\Classes\Tallow.Jukebox\shell\open\command')" ] ||
   fail "The file type is still there."
-for file in readme.txt license.txt TIPOFDAY.TXT; do
+grep -q 'A tip of my own' "$installed/TIPOFDAY.TXT" || fail "A tip of the user's own is gone."
+for file in readme.txt license.txt third-party.txt uninstall.exe; do
   [ ! -e "$installed/$file" ] || fail "$file is still there."
 done
 echo "Everything was as it should be; the pictures are in $folder/pictures."

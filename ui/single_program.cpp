@@ -13,6 +13,7 @@
 #include <QThread>
 
 #include "app/data_paths.h"
+#include "ui/foreground.h"
 #include "ui/local_server_folder.h"
 #include "util/file_lock.h"
 #include "util/file_system.h"
@@ -91,6 +92,7 @@ bool SingleProgram::HandOver(const std::vector<std::string>& files) {
     constexpr unsigned long kPause = 50;  // ms
     QThread::msleep(kPause);
   }
+  LetComeToFront(socket);
   QByteArrayList list;
   for (const std::string& file : files) list.append(QByteArray::fromStdString(file));
   QByteArray request;

@@ -3,14 +3,13 @@
 
 #include <cstdio>
 
-#include <QDesktopServices>
 #include <QGuiApplication>
 #include <QLibraryInfo>
 #include <QScreen>
-#include <QUrl>
 
 #include "jukebox/window/frm_main.h"
 #include "ui/message_box.h"
+#include "ui/open_text.h"
 #include "ui/qt_path.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
@@ -116,10 +115,11 @@ void StartUp::OpenInTextEditor(const std::string& path) {
   std::string shipped(FolderOfPath(ExecutablePath()));
   shipped += NameOfPath(path);
   const std::string& opened = FileExists(path) ? path : shipped;
-  QDesktopServices::openUrl(QUrl::fromLocalFile(QtPath(opened)));
+  OpenText(opened);
 }
 
 void StartUp::ShowTip() {
+  if (before_tip_) before_tip_();
   if (!silent_) frame_.ShowTip(false);
 }
 

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "app/frm_splash.h"
@@ -32,6 +34,8 @@ class StartUp : public StartUpWindows {
   std::optional<bool> AskUnlessLeft(const std::string& text) override;
   void Notice(const std::vector<std::string>& lines) override;
   void OpenInTextEditor(const std::string& path) override;
+  /// Has something done at the end of the start, before the tip waits for its user.
+  void BeforeTip(std::function<void()> act) { before_tip_ = std::move(act); }
   void ShowTip() override;
 
  private:
@@ -41,6 +45,7 @@ class StartUp : public StartUpWindows {
   Tallow& tallow_;
   frmMDIForm1& frame_;
   bool silent_;
+  std::function<void()> before_tip_;
   std::unique_ptr<frmSplash> splash_;
   std::vector<Jukebox*> open_;
 };

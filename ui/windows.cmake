@@ -33,6 +33,7 @@ add_library(tallow_ui OBJECT
   ui/edit_in_text.cpp
   ui/end_signals_${platform}.cpp
   ui/file_menu.cpp
+  ui/foreground_${platform}.cpp
   ui/frame_menus.cpp
   ui/frame_pictures.cpp
   ui/frame_toolbar.cpp
@@ -44,6 +45,7 @@ add_library(tallow_ui OBJECT
   ui/frm_tip.cpp
   ui/local_server_folder_${platform}.cpp
   ui/message_box.cpp
+  ui/open_text_${platform}.cpp
   ui/qt_path_${platform}.cpp
   ui/single_program.cpp
   ui/start_up.cpp
@@ -61,8 +63,17 @@ target_link_libraries(tallow PRIVATE tallow_ui)
 if(WIN32)
   target_link_libraries(tallow_ui PUBLIC uxtheme)
   set_target_properties(tallow PROPERTIES WIN32_EXECUTABLE ON)
+  configure_file(packaging/windows/tallow.manifest.in tallow.manifest @ONLY)
+  set(manifest_resource "1 24 \"${CMAKE_BINARY_DIR}/tallow.manifest\"")
+  if(MSVC)
+    # Its linker puts the manifest in.
+    set(manifest_resource "")
+    target_sources(tallow PRIVATE ${CMAKE_BINARY_DIR}/tallow.manifest)
+  endif()
   configure_file(packaging/windows/tallow.rc.in tallow.rc @ONLY)
-  target_sources(tallow PRIVATE ${CMAKE_BINARY_DIR}/tallow.rc packaging/windows/tallow.manifest)
+  set_source_files_properties(${CMAKE_BINARY_DIR}/tallow.rc PROPERTIES
+    OBJECT_DEPENDS "${CMAKE_BINARY_DIR}/tallow.manifest;${CMAKE_SOURCE_DIR}/packaging/windows/tallow.ico")
+  target_sources(tallow PRIVATE ${CMAKE_BINARY_DIR}/tallow.rc)
 endif()
 # What the check for a runtime file opens when the file is missing.
 configure_file(README.md ${CMAKE_BINARY_DIR}/readme.txt COPYONLY)

@@ -37,6 +37,15 @@ bool MayPass(DWORD error) noexcept {
          error == ERROR_LOCK_VIOLATION;
 }
 
+HANDLE CreateBeside(const std::wstring& path) noexcept {
+  for (int tried = 1;; ++tried) {
+    const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
+                                    CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file != INVALID_HANDLE_VALUE || tried >= kTries || !MayPass(GetLastError())) return file;
+    Sleep(kPause);
+  }
+}
+
 }  // namespace
 
 void WriteFileAtomically(const std::string& path, std::string_view content) {
@@ -47,8 +56,7 @@ void WriteFileAtomically(const std::string& path, std::string_view content) {
       (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0)
     Fail(path, ERROR_ACCESS_DENIED);
   {
-    const OpenHandle file(CreateFileW(beside.c_str(), GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
-                                      CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr));
+    const OpenHandle file(CreateBeside(beside));
     if (!file) Fail(path, GetLastError());
     const DWORD error = WriteAll(file.get(), content);
     if (error != ERROR_SUCCESS) {

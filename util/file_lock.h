@@ -20,7 +20,7 @@ class FileLock {
   ~FileLock();
 
   /// Tries to hold the file, which is made when it is not there. Does not wait.
-  /// \param path of a file whose content does not matter; it stays there on Linux, and goes with the lock on Windows
+  /// \param path of a file whose content does not matter; it stays there
   Answer Take(const std::string& path);
 
  private:

@@ -16,9 +16,8 @@ FileLock::~FileLock() = default;
 
 FileLock::Answer FileLock::Take(const std::string& path) {
   // What is opened without sharing nobody else can open.
-  const HANDLE handle =
-      CreateFileW(ToWidePath(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS,
-                  FILE_ATTRIBUTE_NORMAL | FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+  const HANDLE handle = CreateFileW(ToWidePath(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                                    nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE)
     return GetLastError() == ERROR_SHARING_VIOLATION ? Answer::kInUse : Answer::kImpossible;
   file_ = std::make_unique<File>(handle);

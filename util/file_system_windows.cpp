@@ -80,7 +80,11 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
   const FindHandle search(FindFirstFileExW((ToWidePath(base) + L"*").c_str(), FindExInfoBasic,
                                            &found, FindExSearchNameMatch, nullptr,
                                            FIND_FIRST_EX_LARGE_FETCH));
-  if (search.get() == INVALID_HANDLE_VALUE) return listing;
+  // The root of an empty disk has not even an entry for itself.
+  if (search.get() == INVALID_HANDLE_VALUE) {
+    listing.opened = GetLastError() == ERROR_FILE_NOT_FOUND;
+    return listing;
+  }
   listing.opened = true;
   if (request.subfolders) listing.identity = IdentityOfFolder(base).value_or(FolderIdentity());
   do {
@@ -139,7 +143,9 @@ std::optional<FileStamp> StampOf(const std::string& path) {
 bool FolderIsWritable(const std::string& path) {
   if (!FolderExists(path)) return false;
   // The attribute says nothing about folders here; making a file is the only honest test.
-  const std::wstring probe = ToWidePath(EnsureTrailingBackslash(path) + "tallow-write-test.new");
+  // Of a name of its own: another program may be making its own test.
+  const std::wstring probe = ToWidePath(EnsureTrailingBackslash(path) + "tallow-write-test-" +
+                                        std::to_string(GetCurrentProcessId()) + ".new");
   const OpenHandle handle(CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                       FILE_ATTRIBUTE_TEMPORARY | FILE_FLAG_DELETE_ON_CLOSE,
                                       nullptr));

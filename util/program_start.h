@@ -14,4 +14,8 @@ std::vector<std::string> ProgramArguments(int argc, const char* const* argv);
 /// program with windows does not have it by itself; one whose output goes to a file or a pipe keeps that.
 void UseTerminal();
 
+/// Says why the program ends before it has a window: on standard error, or where a Windows program has
+/// none, in a message box.
+void TellBeforeWindows(const std::string& text);
+
 }  // namespace tallow

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <cstdio>
+
 #include "util/program_start.h"
 
 namespace tallow {
@@ -8,5 +10,7 @@ std::vector<std::string> ProgramArguments(int argc, const char* const* argv) {
 }
 
 void UseTerminal() {}
+
+void TellBeforeWindows(const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); }
 
 }  // namespace tallow

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cstdio>
+#include <cstdlib>
+#include <io.h>
 #include <windows.h>
 // The one below needs what the one above declares.
 #include <shellapi.h>
@@ -10,13 +12,15 @@
 namespace tallow {
 namespace {
 
-void UseConsoleFor(DWORD output, std::FILE* stream) {
-  const HANDLE given = GetStdHandle(output);
-  const bool goes_elsewhere =
-      given != nullptr && given != INVALID_HANDLE_VALUE && GetFileType(given) != FILE_TYPE_UNKNOWN;
-  if (!goes_elsewhere && std::freopen("CONOUT$", "w", stream) != nullptr)
-    std::setvbuf(stream, nullptr, _IONBF, 0);
+/// Whether a stream of the C library was given somewhere to go when the program started.
+bool IsConnected(std::FILE* stream) {
+  const int descriptor = _fileno(stream);
+  return descriptor >= 0 && _get_osfhandle(descriptor) >= 0;
 }
+
+UINT page_before = 0;
+
+void GiveBackCodePage() { SetConsoleOutputCP(page_before); }
 
 }  // namespace
 
@@ -30,9 +34,23 @@ std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*arg
 }
 
 void UseTerminal() {
-  if (!AttachConsole(ATTACH_PARENT_PROCESS)) return;
-  UseConsoleFor(STD_OUTPUT_HANDLE, stdout);
-  UseConsoleFor(STD_ERROR_HANDLE, stderr);
+  // Asked first: with a console attached, every handle looks as if it led somewhere.
+  std::FILE* const streams[] = {stdout, stderr};
+  const bool connected[] = {IsConnected(stdout), IsConnected(stderr)};
+  if ((connected[0] && connected[1]) || !AttachConsole(ATTACH_PARENT_PROCESS)) return;
+  for (int k = 0; k < 2; ++k)
+    if (!connected[k] && std::freopen("CONOUT$", "w", streams[k]) != nullptr)
+      std::setvbuf(streams[k], nullptr, _IONBF, 0);
+  // Texts are UTF-8, whatever the console was set to.
+  page_before = GetConsoleOutputCP();
+  if (page_before != 0 && SetConsoleOutputCP(CP_UTF8)) std::atexit(GiveBackCodePage);
+}
+
+void TellBeforeWindows(const std::string& text) {
+  if (IsConnected(stderr))
+    std::fprintf(stderr, "%s\n", text.c_str());
+  else
+    MessageBoxW(nullptr, ToWide(text).c_str(), L"Tallow", MB_OK | MB_ICONERROR);
 }
 
 }  // namespace tallow

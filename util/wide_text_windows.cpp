@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "util/wide_text_windows.h"
 
+#include <algorithm>
 #include <windows.h>
 
 #include "util/path_text.h"
@@ -73,7 +74,9 @@ std::string FromWide(std::wstring_view wide) {
 }
 
 std::wstring ToWidePath(std::string_view path) {
-  const std::wstring wide = ToWide(path);
+  std::wstring wide = ToWide(path);
+  // With the prefix the system takes the path as it stands.
+  std::replace(wide.begin(), wide.end(), L'/', L'\\');
   if (wide.starts_with(L"\\\\?\\") || !IsAbsolutePath(path)) return wide;
   if (wide.starts_with(L"\\\\")) return L"\\\\?\\UNC" + wide.substr(1);
   if (wide.starts_with(L"\\")) return wide;
