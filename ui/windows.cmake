@@ -49,7 +49,6 @@ add_library(tallow_ui OBJECT
   ui/qt_path_${platform}.cpp
   ui/single_program.cpp
   ui/start_up.cpp
-  ui/theme_${platform}.cpp
   ui/window_arrangement.cpp)
 target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets Qt6::Network)
 if(TARGET Qt6::Svg)
@@ -61,7 +60,6 @@ endif()
 add_executable(tallow app/main.cpp)
 target_link_libraries(tallow PRIVATE tallow_ui)
 if(WIN32)
-  target_link_libraries(tallow_ui PUBLIC uxtheme)
   set_target_properties(tallow PROPERTIES WIN32_EXECUTABLE ON)
   configure_file(packaging/windows/tallow.manifest.in tallow.manifest @ONLY)
   set(manifest_resource "1 24 \"${CMAKE_BINARY_DIR}/tallow.manifest\"")

@@ -250,6 +250,11 @@ TEST_F(Keys, TheSelectionOfTheHalfWithoutTheKeyboardIsGrey) {
   AddFolder("one", {1});
   Show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  const QPalette colors = List().palette();
+  EXPECT_EQ(colors.color(QPalette::Inactive, QPalette::HighlightedText),
+            colors.color(QPalette::Active, QPalette::HighlightedText));
+  EXPECT_NE(colors.color(QPalette::Inactive, QPalette::Highlight),
+            window.palette().color(QPalette::Active, QPalette::Highlight));
   const QColor full = window.palette().color(QPalette::Highlight);
   const auto color = [](const QWidget& view) { return view.palette().color(QPalette::Highlight); };
   List().setFocus();

@@ -68,6 +68,7 @@ PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboar
   const int character = fontMetrics().averageCharWidth();
   setSizes({kTreeCharacters * character, 2 * kTreeCharacters * character});
   jukebox_.SetView(this);
+  ShowFocus();
 }
 
 PVExplorer::~PVExplorer() { jukebox_.SetView(nullptr); }
@@ -213,14 +214,16 @@ void PVExplorer::ShowFocus() {
     const QWidget* const focus = QApplication::focusWidget();
     const bool has_focus = focus != nullptr && (focus == view || view->isAncestorOf(focus));
     const bool other_has_focus = focus != nullptr && !has_focus && isAncestorOf(focus);
-    if (other_has_focus) {
-      // Grey of the same lightness on light and dark: text and rank pictures stay white on it.
-      constexpr int kGrey = 0x80;
-      const QColor mark = colors.color(QPalette::Highlight);
-      const auto mute = [](int part) { return (part + 2 * kGrey) / 3; };
-      colors.setColor(QPalette::Highlight,
-                      QColor(mute(mark.red()), mute(mark.green()), mute(mark.blue())));
-    }
+    // Grey of the same lightness on light and dark: text and rank pictures stay white on it. It is that of
+    // a window in the background as well, for which some desktops have a selection of black on white.
+    constexpr int kGrey = 0x80;
+    const QColor mark = colors.color(QPalette::Active, QPalette::Highlight);
+    const auto mute = [](int part) { return (part + 2 * kGrey) / 3; };
+    const QColor muted(mute(mark.red()), mute(mark.green()), mute(mark.blue()));
+    colors.setColor(QPalette::Inactive, QPalette::Highlight, muted);
+    colors.setColor(QPalette::Inactive, QPalette::HighlightedText,
+                    colors.color(QPalette::Active, QPalette::HighlightedText));
+    if (other_has_focus) colors.setColor(QPalette::Active, QPalette::Highlight, muted);
     view->setPalette(colors);
   }
 }

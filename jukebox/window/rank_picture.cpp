@@ -8,8 +8,6 @@
 #include <QIconEngine>
 #include <QPainter>
 
-#include "ui/theme.h"
-
 namespace tallow {
 namespace {
 
@@ -46,7 +44,7 @@ class RankIconEngine : public QIconEngine {
       const qreal height = filled ? std::round(tallest * (bar + 2) / (kBars + 1))
                                   : std::max(1.0, std::round(side / 8));
       QColor color = QColor::fromRgba(filled ? kColors[filled_] : kEmptyBar);
-      if (mode == QIcon::Selected && !SelectionsAreLight()) color = Qt::white;
+      if (mode == QIcon::Selected) color = Qt::white;
       if (mode == QIcon::Disabled) color = QColor::fromRgba(kEmptyBar);
       painter->fillRect(QRectF(left + bar * step, bottom - height, width, height), color);
     }
