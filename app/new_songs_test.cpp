@@ -104,6 +104,37 @@ TEST_F(NewSongs, ARenamedFileIsMissingAndNew) {
   EXPECT_EQ(noticed, Texts{"1 new song, 1 missing"});
 }
 
+TEST_F(NewSongs, TheWholeComputerShowsWhatIsMissingAndRenamedToo) {
+  std::filesystem::rename(std::filesystem::path(music / "a/one.mp3"),
+                          std::filesystem::path(music / "a/uno.mp3"));
+  std::filesystem::remove_all(std::filesystem::path(music / "b"));
+  BringIn(NewSongsPlace::kWholeComputer);
+  EXPECT_EQ(noticed, Texts{"1 new song, 2 missing"});
+}
+
+TEST_F(NewSongs, TheLibraryEndsInTheOrderOfItsNumbers) {
+  MakeSong("a/aaa.mp3", {});
+  MakeSong("b/zzz.mp3", {});
+  for (const NewSongsPlace place : {NewSongsPlace::kWholeComputer, NewSongsPlace::kUsualFolders}) {
+    bool sorted = false;
+    tallow->library.Sort(false, true, kFileName, sorted);
+    BringIn(place);
+    for (std::int32_t row = 1; row <= tallow->library.UBoundOfMp3Array(); ++row)
+      EXPECT_EQ(tallow->library.Mp3Info(kRecordNumber, row), std::to_string(row));
+  }
+}
+
+TEST_F(NewSongs, ATagThatCannotBeFiledIsSaidAndEverythingElseDone) {
+  MakeSong("a/four.mp3", {.artist = "Zappa", .year = "198x"});
+  MakeSong("a/six.mp3", {.artist = "Yes"});
+  BringIn(NewSongsPlace::kUsualFolders);
+  ASSERT_GE(noticed.size(), 2U);
+  EXPECT_EQ(noticed[0], "2 new songs, 0 missing");
+  EXPECT_NE(noticed[1].find("198x"), std::string::npos);
+  EXPECT_TRUE(HasArtist("Zappa"));
+  EXPECT_TRUE(HasArtist("Yes"));
+}
+
 TEST_F(NewSongs, AFolderThatIsGoneHasAllItsSongsMissing) {
   std::filesystem::remove_all(std::filesystem::path(music / "a"));
   BringIn(NewSongsPlace::kUsualFolders);

@@ -48,6 +48,13 @@ TEST(TipList, WithoutAFileThereIsNoTip) {
   EXPECT_EQ(tips.Current(), nullptr);
 }
 
+TEST(TipList, WhatCannotBeReadIsNoFile) {
+  TempFolder folder;
+  TipList tips(1);
+  EXPECT_FALSE(tips.Load(folder.Folder("a folder")));
+  EXPECT_EQ(tips.Current(), nullptr);
+}
+
 TEST(TipList, LinesMayBeOfAnyLength) {
   TempFolder folder;
   TipList tips(1);

@@ -32,5 +32,11 @@ expect 2 "needs a folder" --app-folder
 expect 1 "needs a display" --app-folder "$folder/app" --drive "$folder/music"
 expect 0 "" "${usual[@]}"
 expect 0 "" "${usual[@]}"
+# What comes with the program lies beside it.
+beside=$(dirname "$program")
+if [ "$(grep -c . "$beside/TIPOFDAY.TXT")" -lt 30 ] || [ ! -s "$beside/readme.txt" ]; then
+  echo "There are fewer than 30 tips beside the program, or no readme.txt."
+  exit 1
+fi
 printf 'a\r\nb\r\nabc\r\n' > "$folder/app/Grouping/System/TallowOrganizer.ini"
 expect 1 "TallowOrganizer.ini, line 3: 'abc' is not a number" "${usual[@]}"

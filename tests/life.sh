@@ -134,11 +134,20 @@ keys Escape
 keys ctrl+n shift+F4
 picture 7-cascade
 
-# A second start comes to this one.
-"$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" || fail "The second start did not hand over."
+# A second start comes to this one, with its files.
+cp "$jukebox" "$folder/handed over.juk"
+"$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" "$folder/handed over.juk" ||
+  fail "The second start did not hand over."
+until_true 10 "the file of the second start" window_named '^Tallow - .*HANDED OVER'
+picture 8-handed-over
+keys alt+f c
+# It was filed into as it was opened, and asks.
+until_true 10 "the question whether to save" window_named '^Tallow$'
+keys alt+n
+until_true 10 "the end of the question" no_window_named '^Tallow$'
 
 # Exit. Nothing is unsaved but the new, empty jukebox, which is not asked about.
 keys alt+f x
 until_true 20 "the end of the program" has_ended
-picture 8-end
+picture 9-end
 [ -z "$(find "$folder/app/Grouping/System" -name '*.unsaved')" ] || fail "Something counts as unsaved."

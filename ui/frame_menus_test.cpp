@@ -186,6 +186,56 @@ TEST_F(FrameMenus, SomeButtonsAskForThePlayerAndTheirMenuItemsDoNot) {
   EXPECT_EQ(window.Jukebox().Nodes().Count(), 2);
 }
 
+TEST_F(FrameMenus, NoOtherButtonAsksForThePlayer) {
+  Watched(1);
+  library.Save();
+  tallow.settings.LocOfWinAmpExe("");
+  const auto dismiss = [] {
+    if (auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget()))
+      dialog->reject();
+  };
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, dismiss);
+  timer.start(5);
+  for (const int button : {11, 12, 14, 15, 16, 17}) {
+    Button(button).trigger();
+    EXPECT_EQ(messages.Take(), Texts{}) << button;
+  }
+  // Those for the player ask it, which says that it has no window; nothing is said of installing one.
+  for (const int button : {3, 4, 5, 7}) {
+    Button(button).trigger();
+    EXPECT_EQ(messages.Take(), Texts{"WinAMP window not found yet..."}) << button;
+  }
+  Item("mnuPlay").trigger();
+  EXPECT_EQ(messages.Take(), Texts{"WinAMP window not found yet..."});
+  EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
+}
+
+TEST_F(FrameMenus, AButtonOpensTheHelpAndTheMenuSaves) {
+  frmMain& window = ShowJukebox();
+  Button(17).trigger();
+  const QWidgetList all = QApplication::topLevelWidgets();
+  EXPECT_TRUE(std::any_of(all.begin(), all.end(), [](const QWidget* top) {
+    return top->objectName() == QLatin1String("frmHelp") && top->isVisible();
+  }));
+  ASSERT_TRUE(window.Jukebox().Save(application / "Grouping/one.juk", library));
+  window.Jukebox().Caption("ONE");
+  window.Jukebox().FileLocation(application / "Grouping/");
+  window.Jukebox().IsFormDirty(true);
+  Item("mnuSave").trigger();
+  EXPECT_FALSE(window.Jukebox().IsFormDirty());
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(FrameMenus, ArrangingIconsLeavesThePanelAlone) {
+  ShowJukebox();
+  Item("mnuPlayAllTheSongInNode").trigger();
+  const QRect place = SubOf(*frame.PlayerPanel()).geometry();
+  Item("mnuArrageIcons").trigger();
+  EXPECT_FALSE(SubOf(*frame.PlayerPanel()).isMinimized());
+  EXPECT_EQ(SubOf(*frame.PlayerPanel()).geometry(), place);
+}
+
 TEST_F(FrameMenus, DialogsAreOpenedByMenuAndButton) {
   ShowJukebox();
   QSettings().setValue(QStringLiteral("Options/Show Tips at Startup"), 0);

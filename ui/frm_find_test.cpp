@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#include <QGuiApplication>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 
 #include "tests/jukebox_window_fixture.h"
 
@@ -106,6 +108,24 @@ TEST_F(FrmFind, EnterAndF3FindAndEscCloses) {
   dialog.Begin();
   EXPECT_EQ(dialog.findChild<QLineEdit*>("Text1")->selectedText(), "apple");
   EXPECT_TRUE(dialog.FirstRun());
+}
+
+TEST_F(FrmFind, EnterAndF3FindWhateverHasTheKeyboard) {
+  AddFolder("one", {1, 3});
+  Show();
+  Type("apple");
+  auto* const close = dialog.findChild<QPushButton*>("Command3");
+  close->setFocus();
+  QTest::keyClick(close, Qt::Key_Return);
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(Found(), "one 1.  Apple.mp3");
+  QTest::keyClick(close, Qt::Key_F3);
+  EXPECT_EQ(Found(), "one 2.  Pineapple.mp3");
+}
+
+TEST_F(FrmFind, ItComesInTheMiddleOfTheScreen) {
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  EXPECT_LE((dialog.geometry().center() - screen.center()).manhattanLength(), 8);
 }
 
 TEST_F(FrmFind, ItStandsAsideOfWhatItHasFound) {

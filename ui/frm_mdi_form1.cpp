@@ -180,6 +180,9 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
 
 frmMDIForm1::~frmMDIForm1() {
   qApp->removeEventFilter(this);
+  delete help_;
+  // They change their states once more as they go, when this is no frame any longer.
+  for (QMdiSubWindow* const sub : area_->subWindowList()) sub->disconnect(this);
   tallow_.settings.SetMenuUpdate({});
 }
 

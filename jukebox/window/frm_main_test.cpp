@@ -6,6 +6,7 @@
 #include <QAbstractItemModelTester>
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QSettings>
 
 #include "app/initial_jukebox.h"
 #include "tests/jukebox_window_fixture.h"
@@ -294,6 +295,21 @@ TEST_F(FrmMain, CommandsAreNumberedByPane) {
   window.ActOnPopUpClick(2, 2, &two);
   EXPECT_EQ(played[2], Songs{2});
   EXPECT_EQ(played[3], Songs{});
+}
+
+TEST_F(FrmMain, WhereTheSplitterStoodIsRemembered) {
+  window.resize(900, 500);
+  window.show();
+  PVExplorer& explorer = window.PVExplorer1();
+  explorer.setSizes({350, 500});
+  const int left = explorer.sizes().at(0);
+  // As a drag of the handle tells.
+  emit explorer.splitterMoved(left, 1);
+  frmMain other(tallow);
+  other.resize(900, 500);
+  other.show();
+  EXPECT_NEAR(other.PVExplorer1().sizes().at(0), left, 5);
+  QSettings().remove(QStringLiteral("Jukebox"));
 }
 
 TEST_F(FrmMain, AnyHeaderSortsTheList) {
