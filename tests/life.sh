@@ -31,32 +31,7 @@ for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; slee
 library=$folder/app/Grouping/FileLocNames.lmz
 jukebox=$folder/app/Grouping/mix.juk
 
-fail() {
-  echo "$1"
-  import -window root "$folder/pictures/failed.png" || :
-  exit 1
-}
-# until SECONDS WHAT COMMAND...: waits until the command succeeds
-until_true() {
-  local seconds=$1 what=$2
-  shift 2
-  for _ in $(seq $((seconds * 10))); do
-    "$@" > /dev/null 2>&1 && return
-    sleep 0.1
-  done
-  fail "Not seen within $seconds seconds: $what"
-}
-window_named() { xdotool search --onlyvisible --name "$1"; }
-no_window_named() { ! window_named "$1"; }
-# Keys, each with a moment for its menu or window.
-keys() {
-  local key
-  for key in "$@"; do
-    xdotool key "$key"
-    sleep 0.25
-  done
-}
-picture() { import -window root "$folder/pictures/$1.png"; }
+. "$here/screen_user.sh"
 start() {
   "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" 2>> "$folder/errors.txt" &
   tallow=$!

@@ -20,7 +20,8 @@ add_executable(tallow_window_tests
   ui/frm_tip_test.cpp
   ui/message_box_test.cpp
   ui/single_program_test.cpp
-  ui/start_up_test.cpp)
+  ui/start_up_test.cpp
+  ui/window_arrangement_test.cpp)
 target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
 if(NOT WIN32)
   target_sources(tallow_window_tests PRIVATE

@@ -23,35 +23,12 @@ openbox > /dev/null 2>&1 &
 processes+=($!)
 for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
 
-fail() {
-  echo "$1"
-  import -window root "$folder/pictures/failed.png" || :
-  exit 1
-}
-until_true() {
-  local seconds=$1 what=$2
-  shift 2
-  for _ in $(seq $((seconds * 10))); do
-    "$@" > /dev/null 2>&1 && return
-    sleep 0.1
-  done
-  fail "Not seen within $seconds seconds: $what"
-}
-window_named() { xdotool search --onlyvisible --name "$1"; }
-no_window_named() { ! window_named "$1"; }
-keys() {
-  local key
-  for key in "$@"; do
-    xdotool key "$key"
-    sleep 0.3
-  done
-}
+. "$here/screen_user.sh"
 # The display's window manager does not give the keyboard back when a dialog of the system has closed.
 activate() {
   xdotool search --onlyvisible --name '^Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
   sleep 0.3
 }
-picture() { import -window root "$folder/pictures/$1.png"; }
 # value KEY [NAME]: of the user's registry; without a name the key's own.
 value() {
   local which=(/ve)

@@ -1,0 +1,30 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# To be sourced: what a script needs to use a program on the virtual display as a user does, with keys and
+# eyes. Pictures go to $folder/pictures.
+
+fail() {
+  echo "$1"
+  import -window root "$folder/pictures/failed.png" || :
+  exit 1
+}
+# until_true SECONDS WHAT COMMAND...: waits until the command succeeds.
+until_true() {
+  local seconds=$1 what=$2
+  shift 2
+  for _ in $(seq $((seconds * 10))); do
+    "$@" > /dev/null 2>&1 && return
+    sleep 0.1
+  done
+  fail "Not seen within $seconds seconds: $what"
+}
+window_named() { xdotool search --onlyvisible --name "$1"; }
+no_window_named() { ! window_named "$1"; }
+# Keys, each with a moment for its menu or window.
+keys() {
+  local key
+  for key in "$@"; do
+    xdotool key "$key"
+    sleep 0.3
+  done
+}
+picture() { import -window root "$folder/pictures/$1.png"; }

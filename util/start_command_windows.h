@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+namespace tallow {
+
+/// Runs a command line with a normal window and does not wait for it.
+/// \param command the program's name, which is looked for as the system does, and its arguments
+/// \returns false when it could not be started
+bool StartCommand(const std::string& command);
+
+}  // namespace tallow
