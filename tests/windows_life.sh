@@ -42,11 +42,14 @@ make_windows
 "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v 'Tahoma' /d 'DejaVu Sans' /f > /dev/null
 "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v 'MS Shell Dlg' /d 'DejaVu Sans' /f > /dev/null
 "$wine" reg add 'HKLM\Software\Wine\Drives' /v 'd:' /d hd /f > /dev/null
+# A disk that cannot be written and is not searched.
+"$wine" reg add 'HKLM\Software\Wine\Drives' /v 'e:' /d cdrom /f > /dev/null
 "$wineserver" -w
 c=$WINEPREFIX/drive_c
 d=$folder/d
 mkdir -p "$c/Music" "$d/Winamp" "$c/bin"
 ln -s "$d" "$WINEPREFIX/dosdevices/d:"
+ln -s /proc "$WINEPREFIX/dosdevices/e:"
 cp "$setup" "$c/bin/setup.exe"
 cp "$hold_file" "$c/bin/hold_file.exe"
 # Its name is found in any letter case and stored in small letters.
@@ -190,11 +193,22 @@ keys ctrl+s
 sleep 1
 grep -q '"text":"Road trip"' "$grouping/mix.juk" || fail "The folder is not saved."
 
+# A folder in which nobody can make a file.
+keys alt+f a
+until_true 20 "the file dialog" window_named '^Save'
+xdotool type --delay 60 'E:\mix.juk'
+keys Return
+until_true 20 "the message that no file can be made there" window_named '^Tallow$'
+picture 6-no-folder-for-files
+keys Return
+activate
+window_named '^Tallow - \[MIX\]$' > /dev/null || fail "The jukebox is called after a file that was not made."
+
 # A second one hands its file over and ends.
 cp "$grouping/mix.juk" "$d/other.juk"
 timeout 30 "$wine" "$program" 'D:\other.juk' || fail "The second start left with $?."
 until_true 20 "the file of the second start" window_named '^Tallow - \[OTHER\]$'
-picture 6-handed-over
+picture 7-handed-over
 activate
 xdotool key --delay 100 alt+F4
 # A jukebox that was opened has been filed into, and asks.
@@ -212,7 +226,7 @@ no_window_named '^Tip of the Day$' || fail "The tip is there again."
 library_has_changed && fail "The second start has changed the library."
 is_in 'never.mp3' "$library" && fail "The second start has searched the drives."
 sleep 0.5
-picture 7-second-start
+picture 8-second-start
 activate
 xdotool key --delay 100 alt+F4
 # A jukebox that was opened has been filed into, and asks.

@@ -89,8 +89,9 @@ std::string SystemErrorText(unsigned long error) {
       FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
                      buffer, sizeof buffer / sizeof buffer[0], nullptr);
   std::string text = FromWide({buffer, length});
-  while (!text.empty() && (text.back() == '\n' || text.back() == '\r' || text.back() == ' '))
-    text.pop_back();
+  // It stands inside a sentence.
+  const std::size_t end = text.find_last_not_of(". \r\n");
+  text.resize(end == std::string::npos ? 0 : end + 1);
   return text.empty() ? "error " + std::to_string(error) : text;
 }
 

@@ -17,7 +17,7 @@ std::string FromWide(std::wstring_view wide);
 /// characters.
 std::wstring ToWidePath(std::string_view path);
 
-/// The system's own text for an error number, without the line break at its end.
+/// The system's own text for an error number, without the full stop and the line break at its end.
 std::string SystemErrorText(unsigned long error);
 
 }  // namespace tallow
