@@ -21,7 +21,7 @@ namespace tallow {
 namespace {
 
 /// Of the text, and the list's height.
-constexpr QSize kFirstSize(640, 620);
+constexpr QSize kFirstSize(860, 620);
 
 /// Of a page in the list of pages: its text, to be searched.
 constexpr int kTextRole = Qt::UserRole + 1;

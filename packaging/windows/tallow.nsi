@@ -150,6 +150,8 @@ Section "Uninstall"
     Delete "$INSTDIR\TIPOFDAY.TXT"
   ${EndIf}
   Delete "$INSTDIR\uninstall.exe"
+  ; It only says that nobody runs.
+  Delete "$INSTDIR\Grouping\System\tallow.lock"
   Delete "$SMPROGRAMS\Tallow.lnk"
   ; Only when it is empty: the library and the jukeboxes lie in it.
   RMDir "$INSTDIR"
