@@ -30,8 +30,17 @@ std::string KeptAs(const std::string& path) {
 }
 
 bool Contains(const std::vector<std::string>& paths, const std::string& path) {
-  return std::any_of(paths.begin(), paths.end(),
-                     [&](const std::string& other) { return EqualsIgnoringCase(other, path); });
+  return std::any_of(paths.begin(), paths.end(), [&](const std::string& other) {
+    return !other.empty() && IsSamePath(other, path);
+  });
+}
+
+/// An unsaved jukebox whose own file another one has: it is saved under a new name.
+UnsavedJukebox WithoutFile(UnsavedJukebox unsaved) {
+  unsaved.caption += " (recovered)";
+  unsaved.location.clear();
+  unsaved.file.clear();
+  return unsaved;
 }
 
 }  // namespace
@@ -257,7 +266,8 @@ void System::OpenFirstJukebox() {
   const std::vector<std::string> recovered = RecoverUnsaved(last_recovered);
   const std::string& last = tallow_.settings.LocOfLastSavedJukeBox();
   // With a jukebox open there is no need for the sample, nor for another window of the same file.
-  const bool is_open = !recovered.empty() && (!FileExists(last) || Contains(recovered, last));
+  const bool is_open =
+      !recovered.empty() && (last.empty() || IsGone(last) || Contains(recovered, last));
   if (!is_open) {
     Jukebox& jukebox = windows_.NewJukebox();
     try {
@@ -294,12 +304,13 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
     // Looked into before it gets a window, which could not be taken back here.
     Jukebox probe;
     if (!probe.TakeUnsaved(unsaved.bytes, unsaved.path, tallow_.library)) {
-      windows_.Tell(probe.FileProblem());
+      windows_.Tell(UnreadableChanges(unsaved.path, probe.FileProblem()));
       UnsavedJukeboxes::Decline(unsaved);
       continue;
     }
     Jukebox& jukebox = windows_.NewJukebox();
-    tallow_.unsaved.Recover(unsaved, jukebox, tallow_.library);
+    tallow_.unsaved.Recover(Contains(recovered, unsaved.file) ? WithoutFile(unsaved) : unsaved,
+                            jukebox, tallow_.library);
     jukebox.Tag(std::to_string(windows_.OpenJukeboxes().size()));
     try {
       FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), tallow_.library,
@@ -317,7 +328,12 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
 
 bool System::OpenLastJukebox(Jukebox& jukebox) {
   const std::string& path = tallow_.settings.LocOfLastSavedJukeBox();
-  if (path.empty() || !FileExists(path)) return false;
+  if (path.empty()) return false;
+  if (IsGone(path)) {
+    windows_.Notice({path + " is gone, so this is the sample jukebox. Other jukeboxes are in the "
+                            "File menu."});
+    return false;
+  }
   std::optional<FilingError> unfiled;
   try {
     if (!OpenJukeboxFile(path, ToUpper(FileTitleWithoutExtension(path)), jukebox, tallow_.library,

@@ -42,8 +42,25 @@ TEST_F(SystemTest, ADeletedJukeboxGivesTheSampleAndKeepsTheRecentList) {
   tallow->SaveSettings();
   EXPECT_TRUE(Start());
   EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  EXPECT_EQ(windows->notices, Texts{application / "gone.juk" +
+                                    " is gone, so this is the sample jukebox. Other jukeboxes are "
+                                    "in the File menu."});
+  EXPECT_EQ(windows->told, Texts{});
   EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), application / "gone.juk");
   EXPECT_EQ(tallow->settings.LocSecToLastSavedJukeBox(), "older.juk");
+}
+
+TEST_F(SystemTest, ALastJukeboxThatIsAFolderIsSaid) {
+  Start();
+  CreateFolders(application / "folder.juk/x");
+  tallow->settings.LocOfLastSavedJukeBox(application / "folder.juk");
+  tallow->SaveSettings();
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
+  ASSERT_EQ(windows->told.size(), 1U);
+  EXPECT_TRUE(windows->told[0].starts_with("The jukebox could not be opened. " +
+                                           (application / "folder.juk")))
+      << windows->told[0];
 }
 
 TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsThatHaveComeSince) {

@@ -137,6 +137,31 @@ TEST_F(Recovery, WhatWasSavedInTheEndIsNotAskedAbout) {
   EXPECT_TRUE(HasUnsaved(0));
 }
 
+TEST_F(Recovery, TwoUnsavedStatesOfOneFileAreTwoJukeboxes) {
+  SaveAs("mix.juk");
+  Change();
+  // It was left for later, and the jukebox was opened and changed again.
+  const std::string first = application / "Grouping/System/Jukebox-1.unsaved";
+  application.File("Grouping/System/Jukebox-2.unsaved", *ReadWholeFile(first));
+  Start(true);
+  EXPECT_EQ(windows->asked.size(), 2U);
+  ASSERT_EQ(windows->open.size(), 2U);
+  EXPECT_EQ(windows->open[0]->Caption(), "MIX");
+  EXPECT_EQ(windows->open[0]->FilePath(), Path("mix.juk"));
+  // Saving the second does not replace what the first saves.
+  EXPECT_EQ(windows->open[1]->Caption(), "MIX (recovered)");
+  EXPECT_EQ(windows->open[1]->FileLocation(), "");
+  EXPECT_EQ(windows->open[1]->FilePath(), "");
+  EXPECT_TRUE(HasUnsaved(0));
+  EXPECT_TRUE(HasUnsaved(1));
+}
+
+TEST_F(Recovery, AFolderOfTheNameDoesNotStopTheKeeping) {
+  CreateFolders(application / "Grouping/System/Jukebox-1.unsaved/x");
+  Change();
+  EXPECT_TRUE(FileExists(application / "Grouping/System/Jukebox-2.unsaved"));
+}
+
 TEST_F(Recovery, AFileThatHoldsNoJukeboxIsSaidAndKeptAside) {
   application.File("Grouping/System/Jukebox-7.unsaved",
                    "{\"format\":\"Tallow unsaved jukebox\",\"version\":1,\"caption\":\"X\","
@@ -145,8 +170,10 @@ TEST_F(Recovery, AFileThatHoldsNoJukeboxIsSaidAndKeptAside) {
   Start(true);
   EXPECT_EQ(windows->asked.size(), 1U);
   ASSERT_EQ(windows->told.size(), 1U);
-  EXPECT_TRUE(
-      windows->told[0].starts_with("The jukebox could not be opened. " + application.path()));
+  EXPECT_EQ(windows->told[0],
+            Path("System/Jukebox-7.unsaved") +
+                ": the unsaved changes in this file cannot be read (at byte 2 it is damaged or cut "
+                "off). It is kept with .bak behind its name.");
   EXPECT_EQ(windows->notices.size(), 1U);
   ASSERT_EQ(windows->open.size(), 1U);
   EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);

@@ -64,11 +64,17 @@ void KeepAside(const std::string& path) noexcept {
 
 }  // namespace
 
+std::string UnreadableChanges(const std::string& path, std::string_view reason) {
+  return (path + ": the unsaved changes in this file cannot be read (")
+      .append(reason)
+      .append("). It is kept with .bak behind its name.");
+}
+
 std::string UnsavedJukeboxes::FreePath() const {
   for (int number = 1;; ++number) {
     std::string path = folder_ + "Jukebox-" + std::to_string(number) + ".unsaved";
     const auto is_used = [&](const auto& kept) { return kept.second.path == path; };
-    if (!FileExists(path) && std::none_of(kept_.begin(), kept_.end(), is_used)) return path;
+    if (IsGone(path) && std::none_of(kept_.begin(), kept_.end(), is_used)) return path;
   }
 }
 
@@ -101,8 +107,7 @@ std::vector<UnsavedJukebox> UnsavedJukeboxes::Find(std::vector<std::string>& pro
     try {
       found.push_back(Decode(path));
     } catch (const std::exception& error) {
-      problems.push_back(path + ": the unsaved changes in this file cannot be read (" +
-                         error.what() + "). It is kept with .bak behind its name.");
+      problems.push_back(UnreadableChanges(path, error.what()));
       KeepAside(path);
     }
   }

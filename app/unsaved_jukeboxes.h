@@ -30,6 +30,11 @@ struct UnsavedJukebox {
   std::string bytes;     ///< what it holds, as a jukebox file
 };
 
+/// What is said of unsaved changes that cannot be read.
+/// \param path   of their file
+/// \param reason in a few words
+std::string UnreadableChanges(const std::string& path, std::string_view reason);
+
 /// Keeps what is not saved of the open jukeboxes.
 class UnsavedJukeboxes {
  public:

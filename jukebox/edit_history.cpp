@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <unordered_set>
 #include <utility>
 
 namespace tallow {
@@ -232,15 +233,43 @@ void EditHistory::ToggleAll(Step& step, bool back) {
     toggle();
 }
 
-bool EditHistory::LastStepTouchesSongsOf(const Folder& folder) const noexcept {
-  if (last_was_undo_ ? redo_.empty() : undo_.empty()) return false;
+EditHistory::SongChange EditHistory::LastSongChange(const Folder& folder) const {
+  SongChange result;
+  if (last_was_undo_ ? redo_.empty() : undo_.empty()) return result;
   const Step& step = last_was_undo_ ? redo_.back() : undo_.back();
-  return std::any_of(step.changes.begin(), step.changes.end(), [&](const Change& change) {
+  for (const Change& change : step.changes) {
+    if (const auto* const order = std::get_if<SongOrder>(&change))
+      result.any = result.any || order->folder == &folder;
     const auto* const songs = std::get_if<SongPresence>(&change);
-    const auto* const order = std::get_if<SongOrder>(&change);
-    return (songs != nullptr && songs->folder == &folder) ||
-           (order != nullptr && order->folder == &folder);
-  });
+    if (songs == nullptr || songs->folder != &folder) continue;
+    result.any = true;
+    if (songs->present)
+      result.brought.assign(songs->rows.begin(), songs->rows.end());
+    else if (!songs->rows.empty())
+      result.taken = songs->rows.front();
+  }
+  return result;
+}
+
+void EditHistory::DropDoubles(Step& step) {
+  for (Change& change : step.changes) {
+    auto* const songs = std::get_if<SongPresence>(&change);
+    if (songs == nullptr || !songs->present) continue;
+    std::vector<SongEntry>& entries = songs->folder->Items();
+    std::unordered_set<std::int32_t> others;
+    auto next = songs->rows.begin();
+    for (std::size_t k = 0; k < entries.size(); ++k)
+      if (next != songs->rows.end() && static_cast<std::size_t>(*next) == k)
+        ++next;
+      else
+        others.insert(entries[k].SubItem());
+    Rows doubles;
+    for (const std::int32_t row : songs->rows)
+      if (others.contains(entries[static_cast<std::size_t>(row)].SubItem())) doubles.push_back(row);
+    if (doubles.empty()) continue;
+    TakeOut(entries, doubles);
+    SongsPruned(*songs->folder, std::move(doubles));
+  }
 }
 
 Folder* EditHistory::Undo() {
@@ -260,6 +289,7 @@ Folder* EditHistory::Redo() {
   redo_.pop_back();
   ToggleAll(step, false);
   undo_.push_back(std::move(step));
+  DropDoubles(undo_.back());
   last_was_undo_ = false;
   Folder* const concerned = undo_.back().concerned;
   return concerned != nullptr && tree_.Contains(*concerned) ? concerned : nullptr;

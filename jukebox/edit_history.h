@@ -29,7 +29,8 @@ namespace tallow {
 /// that names it has gone before.
 class EditHistory {
  public:
-  /// How many steps can be taken back at least, however much they hold.
+  /// How many steps can be taken back at least, however much they hold. One that sorts or takes out every
+  /// song of a folder holds 4 to 16 bytes for each.
   static constexpr std::size_t kLeastSteps = 100;
   /// How many can be at most.
   static constexpr std::size_t kMostSteps = 1000;
@@ -75,13 +76,26 @@ class EditHistory {
   /// Takes back the latest step; nothing when there is none.
   /// \returns the folder to show; null for none
   Folder* Undo();
-  /// Does again the step that was taken back last; nothing when there is none.
+  /// Does again the step that was taken back last; nothing when there is none. Songs that have been filed
+  /// into a folder meanwhile are not added to it a second time.
   /// \returns the folder to show; null for none
   Folder* Redo();
 
-  /// Whether the step that was taken back or done again last changed which songs a folder holds, or their
-  /// order.
-  bool LastStepTouchesSongsOf(const Folder& folder) const noexcept;
+  /// What a step did to the songs of a folder.
+  struct SongChange {
+    bool any = false;          ///< to which songs there are, or to their order
+    std::vector<int> brought;  ///< the places, from 0 and rising, of songs that came
+    int taken = -1;            ///< the place of the first of the songs that went; -1 for none
+  };
+  /// What the step that was taken back or done again last did to the songs of a folder.
+  SongChange LastSongChange(const Folder& folder) const;
+
+  /// Makes the latest step one half of a change to two jukeboxes.
+  /// \param pair the same number, from 1, for both halves and for no others
+  void PairLastStep(std::uint64_t pair) { undo_.back().pair = pair; }
+  /// The pair that the next step to be taken back, or to be done again, is half of; 0 for none.
+  std::uint64_t PairToUndo() const noexcept { return undo_.empty() ? 0 : undo_.back().pair; }
+  std::uint64_t PairToRedo() const noexcept { return redo_.empty() ? 0 : redo_.back().pair; }
 
   /// The tree now is the one that is saved.
   void MarkSaved() noexcept;
@@ -135,6 +149,7 @@ class EditHistory {
     Folder* concerned;
     std::vector<Change> changes;
     std::size_t bytes = 0;
+    std::uint64_t pair = 0;
   };
 
   void Toggle(FolderPresence& change);
@@ -145,6 +160,7 @@ class EditHistory {
   static void Toggle(SongOrder& change);
   void ToggleAny(Change& change);
   void ToggleAll(Step& step, bool back);
+  void DropDoubles(Step& step);
   void Keep(Change change);
 
   static void Carry(Change& change, const Folder& folder, std::vector<std::int32_t>& rows);

@@ -184,5 +184,38 @@ TEST_F(History, KeepsAHundredLargeStepsAndThenForgetsForTheSakeOfMemory) {
   EXPECT_EQ(folder.Items().size(), std::size_t{kSongs});
 }
 
+TEST_F(History, ASongThatWasFiledMeanwhileIsNotAddedAgainByARedo) {
+  for (const char* name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) AddSong("/m/", name);
+  Folder& latest = Add("New", {1});
+  edits.AddSongs(latest, {{2, 2}, {3, 2}, {4, 2}});
+  edits.CutSongs(latest, {0});
+  jukebox.Undo();
+  jukebox.Undo();
+  // The filing brings one of them.
+  latest.Items().emplace_back(3, 2);
+  jukebox.Redo();
+  EXPECT_EQ(SongsOf(latest), (Songs{1, 2, 4, 3}));
+  jukebox.Redo();
+  EXPECT_EQ(SongsOf(latest), (Songs{2, 4, 3}));
+  // What was filed is not taken back.
+  jukebox.Undo();
+  jukebox.Undo();
+  EXPECT_EQ(SongsOf(latest), (Songs{1, 3}));
+}
+
+TEST_F(History, TellsWhatAStepDidToTheSongsOfAFolder) {
+  Folder& folder = Add("A", {1, 2, 3, 4});
+  Folder& other = Add("B");
+  edits.DropSongs(edits, folder, {1, 3}, other, false);
+  EXPECT_FALSE(history.LastSongChange(Add("C")).any);
+  jukebox.Undo();
+  EXPECT_EQ(history.LastSongChange(folder).brought, (std::vector<int>{1, 3}));
+  EXPECT_EQ(history.LastSongChange(folder).taken, -1);
+  EXPECT_EQ(history.LastSongChange(other).taken, 0);
+  jukebox.Redo();
+  EXPECT_EQ(history.LastSongChange(folder).taken, 1);
+  EXPECT_EQ(history.LastSongChange(other).brought, (std::vector<int>{0, 1}));
+}
+
 }  // namespace
 }  // namespace tallow

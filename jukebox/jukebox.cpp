@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/jukebox.h"
 
+#include <new>
 #include <numeric>
+#include <optional>
 #include <span>
 #include <utility>
 
@@ -11,6 +13,7 @@
 #include "util/atomic_file.h"
 #include "util/errors.h"
 #include "util/file_system.h"
+#include "util/path_text.h"
 #include "util/quicksort.h"
 
 namespace tallow {
@@ -22,6 +25,9 @@ struct ListOrder {
   SongColumn key;
   void (*sort)(TextTable&, std::int32_t, std::int32_t, std::int16_t, std::int16_t);
 };
+
+/// A file of more bytes is no jukebox: one of a million songs in all its folders has less than a tenth of it.
+constexpr std::uint64_t kMostFileBytes = std::uint64_t{1} << 30U;
 
 constexpr int kFirstOrder = 1;
 constexpr int kLastOrder = 4;
@@ -110,17 +116,21 @@ std::string Jukebox::Encode(const clsMain& library) const {
 }
 
 bool Jukebox::Save(const std::string& path, const clsMain& library) {
-  const std::string bytes = Encode(library);
-  try {
-    const auto before = ReadWholeFile(path);
-    if (!before || *before != bytes) {
-      if (before) KeepBackup(path);
-      WriteFileAtomically(path, bytes);
-    }
-  } catch (const FileError& error) {
-    file_problem_ = "The jukebox could not be saved. " + std::string(error.what()) +
+  const auto fail = [this](const std::string& reason) {
+    file_problem_ = "The jukebox could not be saved. " + reason +
                     ". Save it in another folder, or mend this and save again.";
     return false;
+  };
+  try {
+    const std::string bytes = Encode(library);
+    const auto before = StampOf(path);
+    // Only one of the same size can be the same.
+    if (!before || before->size != bytes.size() || ReadWholeFile(path) != bytes)
+      WriteFileAtomically(path, bytes, [&] { KeepBackup(path); });
+  } catch (const FileError& error) {
+    return fail(error.what());
+  } catch (const std::bad_alloc&) {
+    return fail(path + ": there is not enough memory");
   }
   file_path_ = path;
   RememberContent();
@@ -128,36 +138,51 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
 }
 
 bool Jukebox::Load(const std::string& path, const clsMain& library) {
+  const auto fail = [this](const std::string& reason) {
+    file_problem_ = "The jukebox could not be opened. " + reason + ".";
+    return false;
+  };
   try {
+    const auto stamp = StampOf(path);
+    if (stamp && stamp->size > kMostFileBytes)
+      throw FileError(path, "the file is too large for a jukebox");
     const auto bytes = ReadWholeFile(path);
     if (!bytes) throw FileError(path, "the file is gone");
-    if (!Take(*bytes, path, library)) return false;
+    Take(*bytes, path, library);
   } catch (const FileError& error) {
-    file_problem_ = "The jukebox could not be opened. " + std::string(error.what()) + ".";
-    return false;
+    return fail(error.what());
+  } catch (const JukeboxFileError& error) {
+    return fail(path + ": " + error.what() +
+                (FileExists(path + std::string(kBackupSuffix))
+                     ? ". The jukebox as it was saved before is in " +
+                           std::string(NameOfPath(path)) + std::string(kBackupSuffix) +
+                           " beside it; give that a name that ends in .juk"
+                     : std::string()));
+  } catch (const std::bad_alloc&) {
+    return fail(path + ": there is not enough memory");
   }
   RememberContent();
   return true;
 }
 
 bool Jukebox::TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library) {
-  if (!Take(bytes, file, library)) return false;
+  try {
+    Take(bytes, file, library);
+  } catch (const JukeboxFileError& error) {
+    file_problem_ = error.what();
+    return false;
+  } catch (const std::bad_alloc&) {
+    file_problem_ = "there is not enough memory";
+    return false;
+  }
   is_form_dirty_ = true;
   // No content has this number but by an accident of one in 2^64.
   remembered_content_ = ~ContentOf(tree_);
   return true;
 }
 
-bool Jukebox::Take(std::string_view bytes, const std::string& path, const clsMain& library) {
-  JukeboxContent content;
-  try {
-    content = DecodeJukebox(bytes);
-  } catch (const JukeboxFileError& error) {
-    file_problem_ = "The jukebox could not be opened. " + path + ": " + error.what() +
-                    ". The jukebox as it was saved before may be in the file of the same name with "
-                    ".bak behind it.";
-    return false;
-  }
+void Jukebox::Take(std::string_view bytes, const std::string& path, const clsMain& library) {
+  JukeboxContent content = DecodeJukebox(bytes);
   RelinkSongs(content, library);
   absent_names_ = AbsentNames(content, library);
   FolderTree loaded;
@@ -172,7 +197,6 @@ bool Jukebox::Take(std::string_view bytes, const std::string& path, const clsMai
     view_->HeadersChanged();
     view_->ListChanged();
   }
-  return true;
 }
 
 void Jukebox::IsFormDirty(bool dirty) noexcept {
@@ -190,7 +214,7 @@ Jukebox::StepResult Jukebox::Redo() {
 
 Jukebox::StepResult Jukebox::AfterStep(Folder* concerned) {
   ForgetLostFolder();
-  return {concerned, selected_ != nullptr && history_.LastStepTouchesSongsOf(*selected_)};
+  return {true, concerned, selected_ != nullptr && history_.LastSongChange(*selected_).any};
 }
 
 void Jukebox::CountAsUnsorted() {
@@ -245,6 +269,7 @@ void Jukebox::ColumnClick(const clsMain& library) {
   } catch (...) {
     // Some songs have changed places.
     keep();
+    ListRefilled(library);
     throw;
   }
   keep();

@@ -65,6 +65,7 @@ class Jukebox {
 
   /// What a step back or forth was about.
   struct StepResult {
+    bool done = false;            ///< there was one
     Folder* concerned = nullptr;  ///< the folder to show; null for none
     bool list_changed =
         false;  ///< the songs of the folder on show are others now; not labelled yet
@@ -111,12 +112,14 @@ class Jukebox {
 
   /// Like Load, from the bytes of a jukebox that was never saved as it is. It counts as changed.
   /// \param file the jukebox's own file; empty for none
+  /// \returns true on success; else FileProblem() says in a few words what is wrong with the bytes
   bool TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library);
 
   /// The file that was loaded or saved last; empty for none.
   const std::string& FilePath() const noexcept { return file_path_; }
 
-  /// Why the last Save or Load failed: the file, what is the matter and what to do.
+  /// Why the last Save, Load or TakeUnsaved failed; of the first two the file, what is the matter and what
+  /// to do.
   const std::string& FileProblem() const noexcept { return file_problem_; }
 
   /// The folder on show; null when none is.
@@ -150,7 +153,8 @@ class Jukebox {
 
  private:
   void NameColumnHeader(std::string_view text);
-  bool Take(std::string_view bytes, const std::string& path, const clsMain& library);
+  /// \throws JukeboxFileError; nothing has changed then
+  void Take(std::string_view bytes, const std::string& path, const clsMain& library);
   void LabelSongs(const clsMain& library);
   StepResult AfterStep(Folder* concerned);
 

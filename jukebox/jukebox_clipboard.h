@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <utility>
 #include <vector>
 
@@ -9,7 +10,7 @@
 namespace tallow {
 
 /// What was cut or copied last in any jukebox window: songs, or a folder. It holds copies, so it stays
-/// whatever becomes of the originals.
+/// whatever becomes of the originals. What is dragged from one window to another gets its number here.
 class JukeboxClipboard {
  public:
   void PutSongs(std::vector<SongEntry> songs) {
@@ -30,6 +31,9 @@ class JukeboxClipboard {
     return folders_.Children() > 0 ? &folders_.ChildAt(0) : nullptr;
   }
 
+  /// A number for a move between two jukeboxes, see EditHistory::PairLastStep.
+  std::uint64_t NextMove() noexcept { return ++last_move_; }
+
  private:
   void Clear() {
     songs_.clear();
@@ -39,6 +43,7 @@ class JukeboxClipboard {
 
   std::vector<SongEntry> songs_;
   FolderTree folders_;
+  std::uint64_t last_move_ = 0;
 };
 
 }  // namespace tallow

@@ -138,8 +138,9 @@ JukeboxEdits::Result JukeboxEdits::DropSongs(JukeboxEdits& source, Folder& from,
   if (songs.empty()) return Result::kNothing;
   if (copy) return AddSongs(to, songs);
   if (&source != this) {
-    AddSongs(to, songs);
+    const Result added = AddSongs(to, songs);
     source.RemoveSongs(from, rows);
+    if (added == Result::kDone) PairSteps(source);
     return Result::kDone;
   }
   EditHistory& history = jukebox_.History();
@@ -148,6 +149,12 @@ JukeboxEdits::Result JukeboxEdits::DropSongs(JukeboxEdits& source, Folder& from,
   history.RemoveSongs(from, ValidRows(from, rows));
   history.End();
   return Result::kDone;
+}
+
+void JukeboxEdits::PairSteps(const JukeboxEdits& source) {
+  const std::uint64_t pair = clipboard_.NextMove();
+  jukebox_.History().PairLastStep(pair);
+  source.jukebox_.History().PairLastStep(pair);
 }
 
 bool JukeboxEdits::CanDropFolder(const Folder& folder, const Folder* to, bool copy) noexcept {
@@ -161,7 +168,10 @@ JukeboxEdits::Result JukeboxEdits::DropFolder(JukeboxEdits& source, Folder& fold
   if (same_jukebox && !CanDropFolder(folder, to, copy)) return Result::kNothing;
   if (copy || !same_jukebox) {
     const Result result = AddCopy(folder, to);
-    if (result == Result::kDone && !copy) source.DeleteFolder(folder);
+    if (result == Result::kDone && !copy) {
+      source.DeleteFolder(folder);
+      PairSteps(source);
+    }
     return result;
   }
   if (!FolderTree::HasRoomBelow(to, folder)) return Result::kTooDeep;

@@ -60,7 +60,8 @@ class JukeboxEdits {
   /// Adds songs behind those of a folder, each that it does not hold yet.
   Result AddSongs(Folder& to, const std::vector<SongEntry>& songs);
 
-  /// Songs of a folder go to another one, of this jukebox or of another one.
+  /// Songs of a folder go to another one, of this jukebox or of another one. A move between two jukeboxes is
+  /// a step of each, and these are a pair.
   /// \param copy they stay where they are, too
   Result DropSongs(JukeboxEdits& source, Folder& from, const std::vector<int>& rows, Folder& to,
                    bool copy);
@@ -82,6 +83,7 @@ class JukeboxEdits {
   static std::vector<std::int32_t> ValidRows(const Folder& folder, const std::vector<int>& rows);
   void RemoveSongs(Folder& folder, const std::vector<int>& rows);
   Result AddCopy(const Folder& folder, Folder* parent);
+  void PairSteps(const JukeboxEdits& source);
   void SortBelow(Folder* above);
 
   Jukebox& jukebox_;

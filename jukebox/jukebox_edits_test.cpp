@@ -211,7 +211,14 @@ TEST_F(Edits, SongsMoveToAnotherJukebox) {
   EXPECT_EQ(other_edits.DropSongs(edits, from, {0, 2}, there, false), Result::kDone);
   EXPECT_EQ(SongsOf(from), Songs{2});
   EXPECT_EQ(SongsOf(there), (Songs{1, 3}));
+  // Both steps are known to be one move.
+  const std::uint64_t pair = jukebox.History().PairToUndo();
+  EXPECT_NE(pair, 0U);
+  EXPECT_EQ(other.History().PairToUndo(), pair);
+  EXPECT_EQ(other.History().PairToRedo(), 0U);
   jukebox.Undo();
+  EXPECT_EQ(jukebox.History().PairToUndo(), 0U);
+  EXPECT_EQ(jukebox.History().PairToRedo(), pair);
   EXPECT_EQ(SongsOf(from), (Songs{1, 2, 3}));
   EXPECT_EQ(SongsOf(there), (Songs{1, 3}));
   other.Undo();
@@ -255,6 +262,8 @@ TEST_F(Edits, AFolderMovesToAnotherJukebox) {
   EXPECT_EQ(other_edits.DropFolder(edits, a, nullptr, false), Result::kDone);
   EXPECT_EQ(Children(), Texts{});
   EXPECT_EQ(other.Nodes().ChildAt(0).ChildAt(0).Text(), "inner");
+  EXPECT_NE(jukebox.History().PairToUndo(), 0U);
+  EXPECT_EQ(jukebox.History().PairToUndo(), other.History().PairToUndo());
   jukebox.Undo();
   EXPECT_EQ(Children(), Texts{"A"});
   other.Undo();
@@ -294,6 +303,17 @@ TEST_F(Edits, WhatIsShownInAFoldersPlaceIsTheNextThePreviousOrTheOneAbove) {
   Folder& b = Add(nullptr, "B");
   EXPECT_EQ(FolderBeside(a), &b);
   EXPECT_EQ(FolderBeside(b), &a);
+}
+
+TEST_F(Edits, WhatIsThereAlreadyMovesWithoutAStepThere) {
+  Jukebox other;
+  JukeboxEdits other_edits(other, clipboard);
+  Folder& there = Add(other, nullptr, "there", {1});
+  Folder& from = Add(nullptr, "from", {1, 2});
+  other_edits.DropSongs(edits, from, {0}, there, false);
+  EXPECT_EQ(SongsOf(from), Songs{2});
+  EXPECT_FALSE(other.History().CanUndo());
+  EXPECT_EQ(jukebox.History().PairToUndo(), 0U);
 }
 
 }  // namespace

@@ -36,6 +36,14 @@ bool IsPresent(const clsMain& library, std::int32_t record) {
          NumericValue(library.Mp3Info(kFileIsThere, record)) != 0;
 }
 
+/// The record number that a member is named after; no value when it is anything else.
+std::optional<std::int32_t> RecordNumber(std::string_view name) {
+  std::int32_t record = 0;
+  const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), record);
+  if (error != std::errc() || end != name.data() + name.size()) return std::nullopt;
+  return record;
+}
+
 /// Which record numbers a jukebox uses.
 struct UsedRecords {
   std::vector<bool> rows;            ///< by the row of the library
@@ -98,7 +106,7 @@ class Reader : public nlohmann::json_sax<Json> {
   bool number_integer(Json::number_integer_t value) override { return Number(value); }
   bool number_unsigned(Json::number_unsigned_t value) override {
     if (value > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max()))
-      return Fail("a number is too large");
+      return IsPassedOver() || Fail("a number is too large");
     return Number(static_cast<std::int64_t>(value));
   }
   bool number_float(Json::number_float_t, const std::string&) override { return Unexpected(); }
@@ -118,7 +126,7 @@ class Reader : public nlohmann::json_sax<Json> {
         Last().text = BytesOfJsonText(std::move(value));
         return true;
       case Place::kNames:
-        if (const auto record = TryConvertToInt32(name_))
+        if (const auto record = RecordNumber(name_))
           content.names.Add(*record, BytesOfJsonText(std::move(value)));
         else
           return Fail(Quoted(name_) + " is no record number");
@@ -218,18 +226,21 @@ class Reader : public nlohmann::json_sax<Json> {
     problem_ = std::move(problem);
     return false;
   }
+  /// Whether what comes next belongs to a member that this version does not know.
+  bool IsPassedOver() const {
+    return !places_.empty() &&
+           (Here() == Place::kPassedOver || (Here() == Place::kRoot && !IsOfRoot(name_)) ||
+            (Here() == Place::kFolder && !IsOfFolder(name_)));
+  }
   /// A value of a kind that has no meaning here: fine in what is passed over.
   bool Unexpected() {
     if (places_.empty()) return Fail("it is no jukebox");
-    const bool unknown = Here() == Place::kPassedOver ||
-                         (Here() == Place::kRoot && !IsOfRoot(name_)) ||
-                         (Here() == Place::kFolder && !IsOfFolder(name_));
-    return unknown || Fail(Quoted(name_) + " has a value that it cannot have");
+    return IsPassedOver() || Fail(Quoted(name_) + " has a value that it cannot have");
   }
 
   bool Number(std::int64_t value) {
-    if (Here() == Place::kPassedOver || Here() == Place::kColumns || Here() == Place::kNames ||
-        Here() == Place::kFolders)
+    if (IsPassedOver()) return true;
+    if (Here() == Place::kColumns || Here() == Place::kNames || Here() == Place::kFolders)
       return Unexpected();
     if (Here() == Place::kRoot) {
       if (name_ != "version") return Unexpected();
@@ -348,6 +359,9 @@ SongNames AbsentNames(const JukeboxContent& content, const clsMain& library) {
 }
 
 JukeboxContent DecodeJukebox(std::string_view bytes) {
+  // In a text a NUL is written as six characters. One that stands for itself would be taken for the end.
+  if (const std::size_t nul = bytes.find('\0'); nul != std::string_view::npos)
+    throw JukeboxFileError("at byte " + std::to_string(nul + 1) + " it is damaged or cut off");
   Reader reader;
   Json::sax_parse(bytes, &reader);
   const std::string problem = reader.Problem();

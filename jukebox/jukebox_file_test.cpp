@@ -289,5 +289,42 @@ TEST_F(JukeboxFile, ASongWithAnotherNumberIsFoundByItsName) {
   EXPECT_EQ(content.folders[0].songs, (std::vector<std::int32_t>{2, 2, 3, 4, 5, 6, 99, 2, -1}));
 }
 
+TEST_F(JukeboxFile, NumbersOfOtherMembersMayBeOfAnySize) {
+  EXPECT_EQ(ProblemOf(File("", R"(,"later":9300000000000000000,"added":[1732200000000])")), "");
+  EXPECT_EQ(ProblemOf(File(R"({"key":1,"text":"x","parent":0,"open":true,"songs":[],)"
+                           R"("added":1732200000000,"size":9300000000000000000})")),
+            "");
+  EXPECT_EQ(ProblemOf(File(R"({"key":9300000000000000000})")), "a number is too large");
+}
+
+TEST_F(JukeboxFile, NothingFollowsItsEnd) {
+  const std::string whole = File(FolderText(1, 0));
+  ASSERT_EQ(ProblemOf(whole), "");
+  EXPECT_EQ(ProblemOf(whole + " \n\t"), "");
+  EXPECT_NE(ProblemOf(whole + "x"), "");
+  EXPECT_NE(ProblemOf(whole + whole), "");
+  EXPECT_EQ(ProblemOf(whole + std::string("\0garbage", 8)),
+            "at byte " + std::to_string(whole.size() + 1) + " it is damaged or cut off");
+}
+
+TEST_F(JukeboxFile, SongsAreNamedByWholeNumbersOnly) {
+  const auto named = [](const std::string& record) {
+    return R"({"format":"Tallow jukebox","version":1,"folders":[],"names":{")" + record +
+           R"(":"a.mp3"}})";
+  };
+  EXPECT_EQ(ProblemOf(named("17")), "");
+  EXPECT_EQ(ProblemOf(named("-1")), "");
+  EXPECT_EQ(ProblemOf(named("1.5")), "'1.5' is no record number");
+  for (const char* const other : {"", " 1", "1 ", "+1", "1e1", "0x1", "2147483648"})
+    EXPECT_EQ(ProblemOf(named(other)), "'" + std::string(other) + "' is no record number");
+}
+
+TEST_F(JukeboxFile, TextsThatAreNoUtf8AreRefused) {
+  EXPECT_NE(ProblemOf(File(FolderText(1, 0), ",\"x\":\"\xFF\"")), "");
+  EXPECT_NE(ProblemOf(File(FolderText(1, 0), R"(,"x":"\uD800")")), "");
+  // A mark of the byte order, which some editors put before it, does no harm.
+  EXPECT_EQ(ProblemOf("\xEF\xBB\xBF" + File(FolderText(1, 0))), "");
+}
+
 }  // namespace
 }  // namespace tallow

@@ -224,13 +224,47 @@ TEST_F(SavedJukebox, AFailedLoadSaysWhyAndChangesNothing) {
             "The jukebox could not be opened. " + path + ": the file is gone.");
   folder.File("mix.juk", "no jukebox");
   EXPECT_FALSE(jukebox.Load(path, library));
-  EXPECT_EQ(
-      jukebox.FileProblem(),
-      "The jukebox could not be opened. " + path +
-          ": at byte 2 it is damaged or cut off. The jukebox as it was saved before may be in the "
-          "file of the same name with .bak behind it.");
+  EXPECT_EQ(jukebox.FileProblem(),
+            "The jukebox could not be opened. " + path + ": at byte 2 it is damaged or cut off.");
+  folder.File("mix.juk.bak", "the one before");
+  EXPECT_FALSE(jukebox.Load(path, library));
+  EXPECT_EQ(jukebox.FileProblem(),
+            "The jukebox could not be opened. " + path +
+                ": at byte 2 it is damaged or cut off. The jukebox as it was saved before is in "
+                "mix.juk.bak beside it; give that a name that ends in .juk.");
   EXPECT_EQ(jukebox.Nodes().Count(), 2);
   EXPECT_EQ(jukebox.ColumnHeaders().size(), 2U);
+}
+
+TEST_F(SavedJukebox, AFileThatIsTooLargeIsNotRead) {
+  folder.File("mix.juk", "{");
+  // A file with a hole takes no room on the disk.
+  std::filesystem::resize_file(path, (std::uintmax_t{1} << 30U) + 1);
+  EXPECT_FALSE(jukebox.Load(path, library));
+  EXPECT_EQ(jukebox.FileProblem(),
+            "The jukebox could not be opened. " + path + ": the file is too large for a jukebox.");
+  EXPECT_EQ(jukebox.Nodes().Count(), 2);
+}
+
+TEST_F(SavedJukebox, TheFileBeforeIsKeptOnlyOnceTheNewOneIsWritten) {
+  ASSERT_TRUE(jukebox.Save(path, library));
+  folder.File("mix.juk.bak", "older");
+  folder.Folder("mix.juk.new");  // nothing can be written beside it
+  jukebox.Nodes().AddChild(nullptr, "two");
+  EXPECT_FALSE(jukebox.Save(path, library));
+  EXPECT_EQ(ReadWholeFile(path + ".bak"), "older");
+}
+
+TEST_F(SavedJukebox, WithoutRoomForTheFileBeforeNothingIsReplaced) {
+  ASSERT_TRUE(jukebox.Save(path, library));
+  const auto first = ReadWholeFile(path);
+  folder.Folder("mix.juk.bak");
+  jukebox.Nodes().AddChild(nullptr, "two");
+  EXPECT_FALSE(jukebox.Save(path, library));
+  EXPECT_TRUE(jukebox.FileProblem().starts_with("The jukebox could not be saved. " + path + ".bak"))
+      << jukebox.FileProblem();
+  EXPECT_EQ(ReadWholeFile(path), first);
+  EXPECT_FALSE(FileExists(path + ".new"));
 }
 
 }  // namespace

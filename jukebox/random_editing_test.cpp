@@ -79,6 +79,33 @@ class LiteralHistory {
     undo_.push_back(now_);
     now_ = redo_.back();
     redo_.pop_back();
+    DropDoubles(*now_);
+  }
+  /// A song that a step has brought again to a folder where it was filed meanwhile goes.
+  void DropDoubles(const Node& folder) {
+    if (const Node* const before = Find(*undo_.back(), folder.number)) {
+      std::vector<std::int32_t> gone;
+      for (const auto& [entry, song] : folder.songs) {
+        if (HasEntry(*before, entry)) continue;
+        for (const auto& other : folder.songs)
+          if (other.second == song && HasEntry(*before, other.first)) gone.push_back(entry);
+      }
+      Drop(folder.number, gone);
+    }
+    for (const NodePtr& child : folder.children) DropDoubles(*child);
+  }
+  static bool HasEntry(const Node& folder, std::int32_t entry) {
+    return std::any_of(folder.songs.begin(), folder.songs.end(),
+                       [entry](const auto& song) { return song.first == entry; });
+  }
+  /// Takes entries out of a folder, now and in all that is kept.
+  void Drop(std::int32_t folder, const std::vector<std::int32_t>& entries) {
+    OnAll([&](Node& root) {
+      if (Node* const kept = Find(root, folder))
+        std::erase_if(kept->songs, [&](const auto& song) {
+          return std::find(entries.begin(), entries.end(), song.first) != entries.end();
+        });
+    });
   }
   /// Runs something on the tree now and on all that are kept.
   template <typename Act>
@@ -248,12 +275,7 @@ class RandomEditing : public LibraryTest {
     for (auto row = rows.rbegin(); row != rows.rend(); ++row)
       folder.Items().erase(folder.Items().begin() + *row);
     jukebox.History().SongsPruned(folder, rows);
-    literal.OnAll([&](Node& root) {
-      if (Node* const kept = LiteralHistory::Find(root, NumberOf(folder)))
-        std::erase_if(kept->songs, [&](const auto& song) {
-          return std::find(gone.begin(), gone.end(), song.first) != gone.end();
-        });
-    });
+    literal.Drop(NumberOf(folder), gone);
   }
   /// The folder is sorted by a click.
   void SortSongs(Folder& folder) {

@@ -26,6 +26,9 @@ constexpr std::size_t kTagsAtOnce = 64;
 constexpr std::array<std::string_view, 10> kDecades = {"00's", "",     "20's", "30's", "40's",
                                                        "50's", "60's", "70's", "80's", "90's"};
 
+/// How many entries without a song are named one by one; a damaged jukebox may have millions.
+constexpr std::size_t kMostNamed = 100;
+
 /// Which character of a year tells the decade, from 0.
 constexpr std::size_t kDecadeDigit = 2;
 
@@ -175,15 +178,20 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
   for (std::int32_t row = 1; row <= count; ++row)
     if (NumericValue(library.Mp3Info(kFileIsThere, row)) == 0)
       flags[static_cast<std::size_t>(row - 1)] = 0;
+  std::size_t strangers = 0;
   for (const SongEntry& entry : folder.Items()) {
     const std::int32_t record = entry.SubItem();
     if (record >= 1 && record <= count)
       flags[static_cast<std::size_t>(record - 1)] = 0;
-    else
+    else if (++strangers <= kMostNamed)
       problems.push_back("'" + folder.Text() + "' holds an entry for song number " +
                          std::to_string(record) + ", but the library holds songs 1 to " +
                          std::to_string(count) + ". The entry was left out of the filing.");
   }
+  if (strangers > kMostNamed)
+    problems.push_back("'" + folder.Text() + "' holds " + std::to_string(strangers - kMostNamed) +
+                       " more entries for songs that the library does not hold. They were left out "
+                       "of the filing.");
 }
 
 std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& library) {

@@ -555,5 +555,19 @@ TEST_F(SortingTest, AgreesWithTheLiteralStepsOnRandomTags) {
     EXPECT_EQ(Describe(jukebox.Nodes().ChildAt(k)), Describe(literal.Nodes().ChildAt(k)));
 }
 
+TEST_F(SortingTest, OfManyEntriesWithoutASongAHundredAreNamed) {
+  AddSong("/m/", "a.mp3");
+  Folder& all = Add(jukebox, "All Songs");
+  for (int k = 0; k < 1000; ++k) all.Items().emplace_back(0, 2);
+  std::vector<char> flags;
+  Texts problems;
+  MarkSongsToFile(all, library, flags, problems);
+  ASSERT_EQ(problems.size(), 101U);
+  EXPECT_EQ(problems[100],
+            "'All Songs' holds 900 more entries for songs that the library does not hold. They "
+            "were left out "
+            "of the filing.");
+}
+
 }  // namespace
 }  // namespace tallow

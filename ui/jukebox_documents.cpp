@@ -37,10 +37,10 @@ std::vector<std::size_t> CharacterPositions(std::string_view text) {
 }  // namespace
 
 std::string CaptionOfFile(std::string_view path) {
-  std::string_view name = NameOfPath(path);
-  const std::size_t point = name.rfind('.');
-  if (point != std::string_view::npos) name = name.substr(0, point);
-  return ToUpper(Trim(name));
+  const std::string_view name = NameOfPath(path);
+  const std::string_view title = Trim(name.substr(0, name.rfind('.')));
+  // A window without a caption could not be told from others.
+  return ToUpper(title.empty() ? Trim(name) : title);
 }
 
 std::string PathForChoice(std::string_view chosen) {
@@ -94,13 +94,16 @@ void JukeboxDocuments::OpenRecent(int element) {
 
 void JukeboxDocuments::OpenUnlessOpen(const std::string& path) {
   const std::string trimmed(Trim(path));
-  bool is_open = windows_.IsOpen(CaptionOfFile(path));
-  for (const Jukebox* const jukebox : windows_.OpenJukeboxes())
-    is_open = is_open || jukebox->FilePath() == trimmed;
-  if (is_open)
+  if (windows_.IsOpen(CaptionOfFile(path)) || OpenedFrom(trimmed) != nullptr)
     windows_.Show({.text = "This file is already open"});
   else
     OpenFile(trimmed);
+}
+
+const Jukebox* JukeboxDocuments::OpenedFrom(const std::string& path) {
+  for (const Jukebox* const jukebox : windows_.OpenJukeboxes())
+    if (!jukebox->FilePath().empty() && IsSamePath(jukebox->FilePath(), path)) return jukebox;
+  return nullptr;
 }
 
 void JukeboxDocuments::OpenFile(const std::string& path) {
@@ -134,38 +137,48 @@ bool JukeboxDocuments::SaveTo(Jukebox& jukebox, const std::string& path) {
 
 bool JukeboxDocuments::SaveDatForm() {
   Jukebox* const jukebox = windows_.ActiveJukebox();
-  if (jukebox == nullptr) return false;
-  if (jukebox->Caption() == kSampleCaption || jukebox->FileLocation().empty()) return SaveAs();
+  return jukebox != nullptr && Save(*jukebox);
+}
+
+bool JukeboxDocuments::Save(Jukebox& jukebox) {
+  if (jukebox.Caption() == kSampleCaption || jukebox.FileLocation().empty()) return SaveAs(jukebox);
   // The file that it was opened from, which the caption only hints at: it is in capitals and has lost
   // blanks and extension.
-  const std::string& own = jukebox->FilePath();
-  if (!own.empty() && FolderOfPath(own) == jukebox->FileLocation()) return SaveTo(*jukebox, own);
-  return SaveTo(*jukebox, ExistingPath(jukebox->FileLocation() + ToLower(jukebox->Caption()) +
-                                       std::string(kJukeboxExtension)));
+  const std::string& own = jukebox.FilePath();
+  if (!own.empty() && FolderOfPath(own) == jukebox.FileLocation()) return SaveTo(jukebox, own);
+  return SaveTo(jukebox, ExistingPath(jukebox.FileLocation() + ToLower(jukebox.Caption()) +
+                                      std::string(kJukeboxExtension)));
 }
 
 bool JukeboxDocuments::SaveAs() {
   Jukebox* const jukebox = windows_.ActiveJukebox();
-  if (jukebox == nullptr) return false;
+  return jukebox != nullptr && SaveAs(*jukebox);
+}
+
+bool JukeboxDocuments::SaveAs(Jukebox& jukebox) {
   const auto chosen = windows_.AskForFileToSave(GroupingFolder(tallow_.application_folder));
   if (!chosen || Trim(*chosen).empty()) return false;
   const std::string path = ExistingPath(PathForChoice(*chosen));
-  // The extension may be there several times in what was chosen, and once in the end.
-  for (const std::string& name : {CaptionOfFile(*chosen), CaptionOfFile(path)}) {
-    if (EqualsIgnoringCase(jukebox->Caption(), name) || !windows_.IsOpen(name)) continue;
+  const auto refuse = [this](const std::string& name) {
     windows_.Show({.text = name +
                            " is already open.  Close the file then you can save this Juke box with "
                            "that file name."});
     return false;
-  }
+  };
+  // The extension may be there several times in what was chosen, and once in the end.
+  for (const std::string& name : {CaptionOfFile(*chosen), CaptionOfFile(path)})
+    if (!EqualsIgnoringCase(jukebox.Caption(), name) && windows_.IsOpen(name)) return refuse(name);
+  // A file may be open under another caption: by a link, or once it has been recovered.
+  const Jukebox* const other = OpenedFrom(path);
+  if (other != nullptr && other != &jukebox) return refuse(other->Caption());
   if (FileExists(path) &&
       windows_.Show({.text = "File already exists, do you wish to replace this file?",
                      .icon = MessageIcon::kQuestion,
                      .buttons = MessageButtons::kYesNoCancel}) != MessageAnswer::kYes)
     return false;
-  if (!SaveTo(*jukebox, path)) return false;
-  jukebox->Caption(CaptionOfFile(path));
-  jukebox->FileLocation(FolderOfPath(path));
+  if (!SaveTo(jukebox, path)) return false;
+  jukebox.Caption(CaptionOfFile(path));
+  jukebox.FileLocation(FolderOfPath(path));
   return true;
 }
 

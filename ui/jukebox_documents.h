@@ -66,11 +66,16 @@ class JukeboxDocuments {
   /// Saves the active jukebox to its file; the sample, and one that has none, under a new name.
   /// \returns whether it is saved now
   bool SaveDatForm();
+  /// SaveDatForm for a jukebox whose window need not be the active one.
+  bool Save(Jukebox& jukebox);
   /// Asks for a name and saves the active jukebox under it.
   /// \returns whether it is saved now
   bool SaveAs();
 
  private:
+  bool SaveAs(Jukebox& jukebox);
+  /// The jukebox whose file a path leads to; null for none.
+  const Jukebox* OpenedFrom(const std::string& path);
   void OpenFile(const std::string& path);
   bool SaveTo(Jukebox& jukebox, const std::string& path);
   void Remember(const std::string& path);
@@ -79,7 +84,8 @@ class JukeboxDocuments {
   DocumentWindows& windows_;
 };
 
-/// The name of a jukebox's file as a caption: without folder and extension, trimmed, in upper case.
+/// The name of a jukebox's file as a caption: without folder and extension, trimmed, in upper case. A name
+/// that is nothing but an extension stays whole.
 std::string CaptionOfFile(std::string_view path);
 
 /// The path that a jukebox is saved under when this one was chosen: trimmed, the file's own name in lower

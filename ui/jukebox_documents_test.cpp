@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox_documents.h"
 
+#include <filesystem>
 #include <memory>
 
 #include "app/initial_jukebox.h"
@@ -345,6 +346,39 @@ TEST_F(Documents, TheNameThatIsLeftOfARepeatedExtensionMayNotBeOpen) {
                         "that file name."});
 }
 
+#ifndef _WIN32
+TEST_F(Documents, ALinkToAnOpenFileIsThatFile) {
+  Jukebox& jukebox = Window("MIX");
+  jukebox.FileLocation(own);
+  ASSERT_TRUE(documents.SaveDatForm());
+  std::filesystem::create_symlink(own + "mix.juk", own + "link.juk");
+  chosen = own + "link.juk";
+  documents.Open();
+  EXPECT_EQ(Said(), Texts{"This file is already open"});
+  Window("OTHER");
+  EXPECT_FALSE(documents.SaveAs());
+  EXPECT_EQ(Said(), Texts{"MIX is already open.  Close the file then you can save this Juke box "
+                          "with that file name."});
+  EXPECT_EQ(jukeboxes.size(), 2U);
+}
+
+TEST_F(Documents, SavingThroughALinkReplacesWhatItLeadsTo) {
+  Jukebox made;
+  made.Nodes().AddChild(nullptr, "All Songs");
+  ASSERT_TRUE(made.Save(own + "real.juk", library));
+  std::filesystem::create_symlink(own + "real.juk", own + "link.juk");
+  chosen = own + "link.juk";
+  documents.Open();
+  ASSERT_NE(active, nullptr);
+  active->Nodes().AddChild(nullptr, "changed");
+  EXPECT_TRUE(documents.SaveDatForm());
+  EXPECT_TRUE(std::filesystem::is_symlink(own + "link.juk"));
+  Jukebox saved;
+  ASSERT_TRUE(saved.Load(own + "real.juk", library));
+  EXPECT_NE(saved.Nodes().Find("changed"), nullptr);
+}
+#endif
+
 TEST_F(Documents, APathWithALineBreakIsNotRemembered) {
   if (kSeparator == '\\') GTEST_SKIP() << "no path of this system has line breaks";
   Window("MIX");
@@ -370,6 +404,67 @@ TEST_F(Documents, AnOldFileStandsWhenTheOneToReplaceItCannotBeWritten) {
   ASSERT_EQ(said.size(), 2U);
   EXPECT_EQ(said[0], "File already exists, do you wish to replace this file?");
   EXPECT_TRUE(said[1].starts_with("The jukebox could not be saved. "));
+}
+
+TEST_F(Documents, ANameThatIsOnlyAnExtensionIsOne) {
+  Window("MIX");
+  chosen = own + ".juk";
+  EXPECT_TRUE(documents.SaveAs());
+  EXPECT_EQ(active->Caption(), ".JUK");
+  EXPECT_EQ(CaptionOfFile("/m/.juk"), ".JUK");
+  EXPECT_EQ(CaptionOfFile("/m/ .juk"), ".JUK");
+}
+
+TEST_F(Documents, AFileThatAnotherWindowHasIsNotReplaced) {
+  Jukebox& one = Window("MIX");
+  one.FileLocation(own);
+  ASSERT_TRUE(documents.SaveDatForm());
+  const auto before = ReadWholeFile(own + "mix.juk");
+  // Two windows may have one caption, so this is not its own name.
+  Window("MIX").Nodes().AddChild(nullptr, "of the other");
+  chosen = own + "mix.juk";
+  answer = MessageAnswer::kYes;
+  EXPECT_FALSE(documents.SaveAs());
+  EXPECT_EQ(said, Texts{"MIX is already open.  Close the file then you can save this Juke box with "
+                        "that file name."});
+  EXPECT_EQ(ReadWholeFile(own + "mix.juk"), before);
+}
+
+TEST_F(Documents, AJukeboxCanBeSavedThatIsNotTheActiveOne) {
+  Jukebox& one = Window("ONE");
+  one.FileLocation(own);
+  Window("TWO").FileLocation(own);
+  EXPECT_TRUE(documents.Save(one));
+  EXPECT_TRUE(FileExists(own + "one.juk"));
+  EXPECT_FALSE(FileExists(own + "two.juk"));
+  EXPECT_FALSE(one.IsFormDirty());
+  EXPECT_TRUE(active->IsFormDirty());
+}
+
+TEST_F(Documents, AFileThatIsTooLargeLeavesNoWindow) {
+  application.File("Grouping/huge.juk", "{");
+  std::filesystem::resize_file(own + "huge.juk", std::uintmax_t{1} << 32U);
+  chosen = own + "huge.juk";
+  documents.Open();
+  EXPECT_TRUE(jukeboxes.empty());
+  EXPECT_EQ(said, Texts{"The jukebox could not be opened. " + own +
+                        "huge.juk: the file is too large for a jukebox."});
+  EXPECT_EQ(tallow.settings.LocOfLastSavedJukeBox(), "");
+}
+
+TEST_F(Documents, TheFileMayBeGoneOrAnotherWhenItIsSavedAgain) {
+  Jukebox& jukebox = Window("MIX");
+  jukebox.FileLocation(own);
+  ASSERT_TRUE(documents.SaveDatForm());
+  RemoveFile(own + "mix.juk");
+  jukebox.Nodes().AddChild(nullptr, "later");
+  EXPECT_TRUE(documents.SaveDatForm());
+  // Somebody else has written it meanwhile; that is kept.
+  application.File("Grouping/mix.juk", "of somebody else");
+  EXPECT_TRUE(documents.SaveDatForm());
+  EXPECT_EQ(ReadWholeFile(own + "mix.juk.bak"), "of somebody else");
+  Jukebox saved;
+  EXPECT_TRUE(saved.Load(own + "mix.juk", library));
 }
 
 }  // namespace

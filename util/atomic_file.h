@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -20,9 +21,12 @@ inline constexpr std::string_view kBackupSuffix = ".bak";
 /// a link to a file is followed, so that the file is replaced and not the link, and permissions are
 /// kept where the disk keeps any.
 ///
+/// \param before_replacing is called once the new content is on the disk beside the old one; what it
+///        throws leaves the old one. May be empty
 /// \throws FileError when anything fails, a read-only file included; the old content is then
 /// untouched
-void WriteFileAtomically(const std::string& path, std::string_view content);
+void WriteFileAtomically(const std::string& path, std::string_view content,
+                         const std::function<void()>& before_replacing = {});
 
 /// Keeps a copy of a file under its name followed by ".bak", in place of an earlier one. A file
 /// that does not exist is left alone.

@@ -30,25 +30,27 @@ void WriteAll(int descriptor, std::string_view content, const std::string& path)
 
 }  // namespace
 
-void WriteFileAtomically(const std::string& path, std::string_view content) {
+void WriteFileAtomically(const std::string& path, std::string_view content,
+                         const std::function<void()>& before_replacing) {
   struct stat old {};
   const bool exists = stat(path.c_str(), &old) == 0;
   const std::string target = exists ? AbsolutePath(path) : path;
   if (exists && !S_ISREG(old.st_mode)) throw FileError(path, "is not a regular file");
   if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) Fail(path, errno);
   const std::string beside = target + std::string(kUnfinishedSuffix);
-  {
-    const OpenFile file(open(beside.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666));
+  // What an earlier writer has left goes; were it a link, another file would be written.
+  if (unlink(beside.c_str()) != 0 && errno != ENOENT) Fail(path, errno);
+  try {
+    const OpenFile file(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
     if (!file) Fail(path, errno);
-    try {
-      // A file system that keeps no permissions refuses; the content matters more.
-      if (exists && fchmod(file.descriptor(), old.st_mode & 07777) != 0) errno = 0;
-      WriteAll(file.descriptor(), content, path);
-      if (fsync(file.descriptor()) != 0) Fail(path, errno);
-    } catch (const FileError&) {
-      unlink(beside.c_str());
-      throw;
-    }
+    // A file system that keeps no permissions refuses; the content matters more.
+    if (exists && fchmod(file.descriptor(), old.st_mode & 07777) != 0) errno = 0;
+    WriteAll(file.descriptor(), content, path);
+    if (fsync(file.descriptor()) != 0) Fail(path, errno);
+    if (before_replacing) before_replacing();
+  } catch (...) {
+    unlink(beside.c_str());
+    throw;
   }
   if (std::rename(beside.c_str(), target.c_str()) != 0) {
     const int error = errno;

@@ -66,6 +66,15 @@ TEST(AtomicFile, ALinkStaysAndItsFileIsReplaced) {
   EXPECT_EQ(ReadWholeFile(real), "new");
 }
 
+TEST(AtomicFile, ALinkWithTheNameOfAnUnfinishedFileIsNotFollowed) {
+  const TempFolder folder;
+  const std::string other = folder.File("other.txt", "of somebody else");
+  std::filesystem::create_symlink(other, folder / "a.juk.new");
+  WriteFileAtomically(folder / "a.juk", "new");
+  EXPECT_EQ(ReadWholeFile(folder / "a.juk"), "new");
+  EXPECT_EQ(ReadWholeFile(other), "of somebody else");
+}
+
 TEST(AtomicFile, PermissionsAreKept) {
   const TempFolder folder;
   const std::string path = folder.File("a.lmz", "old");
@@ -85,6 +94,21 @@ TEST(AtomicFile, MovingAsideNeedsNoReading) {
   EXPECT_FALSE(FileExists(path));
   EXPECT_EQ(ReadWholeFile(path + ".bak"), "damaged");
   EXPECT_THROW(MoveToBackup(path), FileError);
+}
+
+TEST(AtomicFile, WhatThrowsBeforeTheReplacingLeavesTheOldContent) {
+  const TempFolder folder;
+  const std::string path = folder.File("a.juk", "old");
+  bool was_written = false;
+  EXPECT_THROW(WriteFileAtomically(path, "new",
+                                   [&] {
+                                     was_written = ReadWholeFile(path + ".new") == "new";
+                                     throw FileError(path, "no");
+                                   }),
+               FileError);
+  EXPECT_TRUE(was_written);
+  EXPECT_EQ(ReadWholeFile(path), "old");
+  EXPECT_FALSE(FileExists(path + ".new"));
 }
 
 }  // namespace

@@ -48,7 +48,8 @@ HANDLE CreateBeside(const std::wstring& path) noexcept {
 
 }  // namespace
 
-void WriteFileAtomically(const std::string& path, std::string_view content) {
+void WriteFileAtomically(const std::string& path, std::string_view content,
+                         const std::function<void()>& before_replacing) {
   const std::wstring target = ToWidePath(path);
   const std::wstring beside = target + ToWide(kUnfinishedSuffix);
   const DWORD attributes = GetFileAttributesW(target.c_str());
@@ -65,6 +66,12 @@ void WriteFileAtomically(const std::string& path, std::string_view content) {
       DeleteFileW(beside.c_str());
       Fail(path, error);
     }
+  }
+  try {
+    if (before_replacing) before_replacing();
+  } catch (...) {
+    DeleteFileW(beside.c_str());
+    throw;
   }
   for (int tried = 1;; ++tried) {
     if (MoveFileExW(beside.c_str(), target.c_str(),

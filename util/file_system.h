@@ -65,6 +65,14 @@ std::optional<FolderIdentity> IdentityOfFolder(const std::string& path);
 /// Whether a path leads to a regular file.
 bool FileExists(const std::string& path);
 
+/// Whether there is nothing at a path. One that cannot be looked at (a folder without permission, a disk
+/// that does not answer) may hold something.
+bool IsGone(const std::string& path);
+
+/// Whether two paths lead to one place, which need not exist: the same path once links are followed, or
+/// on Windows once letter case is left out.
+bool IsSamePath(const std::string& path, const std::string& other);
+
 /// Whether a path leads to a folder.
 bool FolderExists(const std::string& path);
 

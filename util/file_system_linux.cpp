@@ -136,6 +136,15 @@ bool FileExists(const std::string& path) {
   return status && S_ISREG(status->st_mode);
 }
 
+bool IsGone(const std::string& path) {
+  struct stat status {};
+  return lstat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+}
+
+bool IsSamePath(const std::string& path, const std::string& other) {
+  return path == other || AbsolutePath(path) == AbsolutePath(other);
+}
+
 bool FolderExists(const std::string& path) {
   const auto status = StatusOf(path);
   return status && S_ISDIR(status->st_mode);

@@ -130,6 +130,8 @@ TEST(FileSystem, OnlyRegularFilesAndLinksToThemAreFiles) {
   ASSERT_EQ(listing.subfolders.size(), 1U);
   EXPECT_TRUE(listing.subfolders[0].linked);
   EXPECT_FALSE(FileExists(folder / "pipe.mp3"));
+  EXPECT_FALSE(IsGone(folder / "broken.mp3"));
+  EXPECT_TRUE(IsSamePath(folder / "link.mp3", folder / "real.mp3"));
   char bytes[1];
   EXPECT_EQ(ReadTail(folder / "pipe.mp3", bytes), TailResult::kFailed);
 }
@@ -150,6 +152,25 @@ TEST(FileSystem, TailsComeWithAListingWhereAskedFor) {
     EXPECT_EQ(file.size, file.name == "long.mp3" ? 6U : 3U);
     EXPECT_TRUE(file.tail.empty() || (file.name == "long.mp3" && file.tail == "456"));
   }
+}
+
+TEST(FileSystem, OnlyWhatIsNotThereIsGone) {
+  const TempFolder folder;
+  EXPECT_TRUE(IsGone(folder / "none"));
+  EXPECT_TRUE(IsGone(folder / "none/a.juk"));
+  EXPECT_FALSE(IsGone(folder.path()));
+  EXPECT_FALSE(IsGone(folder.File("a.juk")));
+}
+
+TEST(FileSystem, PathsToOnePlaceAreTheSame) {
+  const TempFolder folder;
+  const std::string path = folder.File("b/a.juk");
+  EXPECT_TRUE(IsSamePath(path, path));
+  EXPECT_TRUE(IsSamePath(path, folder / "b/../b/a.juk"));
+  EXPECT_FALSE(IsSamePath(path, folder.File("b/c.juk")));
+  EXPECT_TRUE(IsSamePath(folder / "none", folder / "none"));
+  // Letter case tells files apart where the disk does.
+  EXPECT_EQ(IsSamePath(path, folder / "b/A.juk"), kSeparator == '\\');
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include "util/like.h"
 #include "util/open_file_windows.h"
 #include "util/path_text.h"
+#include "util/text.h"
 #include "util/wide_text_windows.h"
 
 namespace tallow {
@@ -124,6 +125,15 @@ bool FileExists(const std::string& path) {
     return information && (information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
   }
   return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
+}
+
+bool IsGone(const std::string& path) {
+  return GetFileAttributesW(ToWidePath(path).c_str()) == INVALID_FILE_ATTRIBUTES &&
+         IsMissing(GetLastError());
+}
+
+bool IsSamePath(const std::string& path, const std::string& other) {
+  return EqualsIgnoringCase(AbsolutePath(path), AbsolutePath(other));
 }
 
 bool FolderExists(const std::string& path) {
