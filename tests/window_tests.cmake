@@ -6,6 +6,7 @@ add_executable(tallow_window_tests
   app/frm_splash_test.cpp
   app/picture_resource_test.cpp
   jukebox/window/explorer_drag_test.cpp
+  jukebox/window/selection_test.cpp
   jukebox/window/frm_main_test.cpp
   jukebox/window/jukebox_commands_test.cpp
   jukebox/window/jukebox_keys_test.cpp
@@ -16,6 +17,7 @@ add_executable(tallow_window_tests
   ui/frm_find_test.cpp
   ui/frm_help_test.cpp
   ui/frm_mdi_form1_test.cpp
+  ui/several_jukeboxes_test.cpp
   ui/frm_picture_test.cpp
   ui/frm_tip_test.cpp
   ui/message_box_test.cpp

@@ -118,6 +118,49 @@ TEST_F(Closing, TheOneThatClosesIsSavedThoughAnotherIsActive) {
   EXPECT_EQ(frame.OpenJukeboxes(), std::vector<Jukebox*>{&two.Jukebox()});
 }
 
+TEST_F(Closing, AMinimizedOneIsTheOneThatIsSaved) {
+  frmMain& one = ChangedJukebox("ONE");
+  frmMain& two = ChangedJukebox("TWO");
+  SubOf(one).showMinimized();
+  CloseWith(one, MessageAnswer::kYes);
+  EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to ONE"});
+  EXPECT_TRUE(IsSaved("ONE"));
+  EXPECT_FALSE(IsSaved("TWO"));
+  EXPECT_EQ(frame.OpenJukeboxes(), std::vector<Jukebox*>{&two.Jukebox()});
+}
+
+TEST_F(Closing, TheFrameSavesEachOfItsWindowsMinimizedOrNot) {
+  frmMain& one = ChangedJukebox("ONE");
+  ChangedJukebox("TWO");
+  frmMain& three = ChangedJukebox("THREE");
+  SubOf(one).showMinimized();
+  SubOf(three).showMinimized();
+  frame.showMinimized();
+  messages.answer = MessageAnswer::kYes;
+  bool is_minimized = false;
+  messages.on_show = [&] { is_minimized = is_minimized || frame.isMinimized(); };
+  EXPECT_TRUE(frame.close());
+  EXPECT_EQ(messages.Take(),
+            (Texts{"Do you want to save changes to ONE", "Do you want to save changes to TWO",
+                   "Do you want to save changes to THREE"}));
+  // What is asked about can be seen.
+  EXPECT_FALSE(is_minimized);
+  for (const char* const caption : {"ONE", "TWO", "THREE"}) EXPECT_TRUE(IsSaved(caption));
+}
+
+TEST_F(Closing, ASaveThatFailsOnTheWayKeepsAllOpen) {
+  frmMain& one = ChangedJukebox("ONE");
+  frmMain& two = ChangedJukebox("TWO");
+  RemoveFile(FileOf("TWO"));
+  CreateFolders(FileOf("TWO") + kSep + "x");
+  messages.answer = MessageAnswer::kYes;
+  EXPECT_FALSE(frame.close());
+  LetClosedWindowsGo();
+  EXPECT_TRUE(IsSaved("ONE"));
+  EXPECT_EQ(frame.OpenJukeboxes(), (std::vector<Jukebox*>{&one.Jukebox(), &two.Jukebox()}));
+  EXPECT_TRUE(two.Jukebox().IsFormDirty());
+}
+
 TEST_F(Closing, TheFrameClosesItsWindowsFirstAndThenThePlayer) {
   frmMain& one = ChangedJukebox("ONE");
   ChangedJukebox("TWO");
@@ -233,6 +276,13 @@ TEST_F(Unsaved, ThereIsAFileForEachChangedJukeboxUntilItIsSavedOrClosed) {
   EXPECT_EQ(Files(), Texts{"Jukebox-1.unsaved"});
   CloseWith(one, MessageAnswer::kNo);
   EXPECT_EQ(Files(), Texts{});
+}
+
+TEST_F(Unsaved, ChangesAreKeptBeforeASearchForNewSongs) {
+  ChangedJukebox("ONE");
+  // No songs are found: there are no folders to look into.
+  Item("mnuNewSongsNormalLocations").trigger();
+  EXPECT_EQ(Files(), Texts{"Jukebox-1.unsaved"});
 }
 
 TEST_F(Unsaved, AWindowThatGoesWithoutBeingClosedLeavesItsFile) {

@@ -35,8 +35,10 @@
 #include "ui/frm_picture.h"
 #include "ui/jukebox_documents.h"
 #include "ui/message_box.h"
+#include "ui/window_arrangement.h"
 #include "util/errors.h"
 #include "util/start_program.h"
+#include "util/text.h"
 
 namespace tallow {
 namespace {
@@ -57,10 +59,6 @@ constexpr int kKeepUnsavedEvery = 60 * 1000;
 
 /// Lines of a tool tip; more do not fit a screen.
 constexpr std::size_t kMostTipLines = 20;
-
-}  // namespace
-
-namespace {
 
 /// Who gets the keys: an open menu, or who has the keyboard, or else the window in front.
 QWidget* KeyReceiver() {
@@ -97,11 +95,14 @@ class frmMDIForm1::Documents : public DocumentWindows {
     return open_;
   }
   bool IsOpen(std::string_view caption) override {
-    const QString wanted = DisplayText(caption);
-    for (const QMdiSubWindow* const sub : frame_.area_->subWindowList())
-      if (sub->isVisible() &&
-          sub->widget()->windowTitle().compare(wanted, Qt::CaseInsensitive) == 0)
-        return true;
+    for (const QMdiSubWindow* const sub : frame_.area_->subWindowList()) {
+      if (!sub->isVisible()) continue;
+      // A title is the caption as far as it can be shown; two captions may have one title.
+      auto* const window = qobject_cast<frmMain*>(sub->widget());
+      const std::string own = window != nullptr ? window->Jukebox().Caption()
+                                                : sub->widget()->windowTitle().toStdString();
+      if (EqualsIgnoringCase(own, caption)) return true;
+    }
     return false;
   }
   Jukebox& NewJukebox() override {
@@ -237,6 +238,7 @@ void frmMDIForm1::NewJukebox() {
       Notice(error.problems());
     } catch (const std::exception& error) {
       Notice({std::string("The songs could not be filed. ") + error.what()});
+      if (!window.isVisible()) delete window.parentWidget();
     }
     return;
   }
@@ -278,14 +280,30 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
     for (const QString& line : lines) texts.push_back(line.toStdString());
     Notice(texts);
   });
-  window->OnSaveBeforeClosing([this, sub] {
+  window->OnSaveBeforeClosing([this, sub, window] {
+    // It does not become the active one where it, or the frame, is minimized.
     area_->setActiveSubWindow(sub);
-    return documents_->SaveDatForm();
+    return documents_->Save(window->Jukebox());
   });
+  connect(window, &frmMain::HalfAStep, this,
+          [this, window](std::uint64_t pair, bool back) { StepOtherHalf(*window, pair, back); });
   connect(window, &frmMain::ChangeBackgroundPicture, this, &frmMDIForm1::ChangeBackgroundPicture);
   connect(window, &frmMain::PlaySongs, this,
           [this](std::vector<std::int32_t> songs) { play_commands_.Play(std::move(songs)); });
   return *window;
+}
+
+void frmMDIForm1::StepOtherHalf(const frmMain& window, std::uint64_t pair, bool back) {
+  for (const Jukebox* const jukebox : OpenJukeboxes()) {
+    frmMain* const other = WindowOf(*jukebox);
+    if (other != &window && other->PVExplorer1().StepOtherHalf(pair, back)) return;
+  }
+  Notice(
+      {std::string("Of this move between two jukeboxes only the half in ") +
+       DisplayText(window.windowTitle().toStdString()).toStdString() + " was " +
+       (back ? "undone" : "done again") +
+       ": the other jukebox was closed or has changed since. Undo and redo there act on the other "
+       "half."});
 }
 
 void frmMDIForm1::ChangeBackgroundPicture() {
@@ -380,6 +398,8 @@ void frmMDIForm1::ShowStatus(const std::string& text) {
 }
 
 void frmMDIForm1::EnableFrame(bool enabled) {
+  // Nothing is kept until it is enabled again, and a search may take long.
+  if (!enabled) KeepUnsavedChanges();
   // A window that is disabled loses the keyboard.
   if (!enabled) focus_before_ = focusWidget();
   setEnabled(enabled);
@@ -487,7 +507,10 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
     auto* const window = qobject_cast<frmMain*>(sub->widget());
     if (window == nullptr) continue;
     // The question is about what is in front.
-    area_->setActiveSubWindow(sub);
+    if (window->Jukebox().IsFormDirty()) {
+      ComeToFront();
+      BringToFront(*area_, *sub);
+    }
     if (window->AskBeforeClosing()) continue;
     for (const Jukebox* const jukebox : OpenJukeboxes()) WindowOf(*jukebox)->KeepOpen();
     return event->ignore();

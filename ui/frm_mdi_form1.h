@@ -92,6 +92,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void SendNodeCommand(int pane, int item);
   void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
   void OpenWaitingFiles();
+  void ComeToFront();
+  void StepOtherHalf(const frmMain& window, std::uint64_t pair, bool back);
   void BringIn(NewSongsPlace place);
   void ShowFind();
   void ShowAbout();

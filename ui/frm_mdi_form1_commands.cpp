@@ -147,19 +147,23 @@ void frmMDIForm1::OpenFiles(const std::vector<std::string>& paths) {
   OpenWaitingFiles();
 }
 
+void frmMDIForm1::ComeToFront() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  activateWindow();
+}
+
 void frmMDIForm1::OpenWaitingFiles() {
   // A dialog, a search or the start has to come to its end first.
   if (!isVisible() || !isEnabled() || QApplication::activeModalWidget() != nullptr) {
     QTimer::singleShot(kLookAgain, this, &frmMDIForm1::OpenWaitingFiles);
     return;
   }
-  setWindowState(windowState() & ~Qt::WindowMinimized);
-  raise();
-  activateWindow();
+  ComeToFront();
   for (const std::string& path : std::exchange(waiting_files_, {})) {
     QMdiSubWindow* open = nullptr;
     for (const Jukebox* const jukebox : OpenJukeboxes())
-      if (AbsolutePath(jukebox->FilePath()) == AbsolutePath(path))
+      if (!jukebox->FilePath().empty() && IsSamePath(jukebox->FilePath(), path))
         open = qobject_cast<QMdiSubWindow*>(WindowOf(*jukebox)->parentWidget());
     if (open != nullptr)
       BringToFront(*area_, *open);

@@ -4,6 +4,8 @@
 #include <algorithm>
 #include <utility>
 
+#include <QSysInfo>
+
 #include "jukebox/folder_tree.h"
 #include "jukebox/window/pv_explorer.h"
 #include "ui/display_text.h"
@@ -36,15 +38,20 @@ std::vector<std::string> DraggedFiles(const QMimeData& data) {
   for (const QByteArray& line : list.split('\n')) {
     const QByteArray uri = line.trimmed();
     if (!uri.startsWith(kFileScheme)) continue;
-    // Behind the scheme there may be the name of this machine.
-    const qsizetype begin = uri.indexOf('/', static_cast<qsizetype>(kFileScheme.size()));
+    // Behind the scheme there may be the name of a machine.
+    const qsizetype scheme = static_cast<qsizetype>(kFileScheme.size());
+    const qsizetype begin = uri.indexOf('/', scheme);
     if (begin < 0) continue;
+    const QByteArray machine = uri.mid(scheme, begin - scheme);
+    const bool is_here = machine.isEmpty() || machine == "localhost" ||
+                         machine == QSysInfo::machineHostName().toUtf8();
     std::string path = QByteArray::fromPercentEncoding(uri.mid(begin)).toStdString();
-    if (kSeparator != '/') {
+    if (path.find('\0') != std::string::npos) continue;
+    if (kSeparator == '/') {
+      if (!is_here) continue;
+    } else {
       // Another machine's name stands for its share, no name for a drive of this one.
-      const qsizetype scheme = static_cast<qsizetype>(kFileScheme.size());
-      const QByteArray machine = uri.mid(scheme, begin - scheme);
-      if (machine.isEmpty() || machine == "localhost")
+      if (is_here)
         path.erase(0, 1);
       else
         path.insert(0, "//" + machine.toStdString());

@@ -8,6 +8,7 @@
 #include <QDropEvent>
 #include <QUrl>
 
+#include "tests/drag_and_drop.h"
 #include "tests/jukebox_window_fixture.h"
 #include "tests/tagged_file.h"
 
@@ -16,22 +17,6 @@ namespace {
 
 class Dragging : public JukeboxWindowTest {
  protected:
-  /// Drags something over a place of a view and drops it there, and waits until what follows is done.
-  /// \returns whether it was taken
-  bool DropAt(QAbstractItemView& view, const QPoint& place, const QMimeData& data,
-              Qt::KeyboardModifiers keys = {}) {
-    constexpr Qt::DropActions kActions = Qt::CopyAction | Qt::MoveAction;
-    QDragEnterEvent enter(place, kActions, &data, Qt::LeftButton, keys);
-    QApplication::sendEvent(view.viewport(), &enter);
-    QDragMoveEvent move(place, kActions, &data, Qt::LeftButton, keys);
-    QApplication::sendEvent(view.viewport(), &move);
-    const bool taken = move.isAccepted();
-    QDropEvent drop(place, kActions, &data, Qt::LeftButton, keys);
-    QApplication::sendEvent(view.viewport(), &drop);
-    EXPECT_EQ(drop.isAccepted(), taken);
-    QApplication::processEvents();
-    return taken;
-  }
   bool DropOn(const QString& folder, const QMimeData* data, Qt::KeyboardModifiers keys = {}) {
     const QModelIndex index = IndexOf(Tree(), folder);
     Tree().scrollTo(index);

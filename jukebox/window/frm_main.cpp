@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QMdiSubWindow>
 #include <QMenu>
+#include <QPointer>
 #include <QSettings>
 #include <QStyle>
 
@@ -73,6 +74,7 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,
           [this](Folder* folder, const QPoint& position) {
             menu_folder_ = folder != nullptr ? folder->Key() : 0;
+            EnableForFolder(*tree_menu_, folder != nullptr);
             tree_menu_->popup(position);
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,
@@ -83,6 +85,7 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::FilesDropped, this,
           [this](const std::vector<std::string>& paths, Folder* to) { TakeFiles(paths, *to); });
   connect(explorer_, &PVExplorer::Problem, this, &frmMain::Problem);
+  connect(explorer_, &PVExplorer::HalfAStep, this, &frmMain::HalfAStep);
   connect(explorer_, &QSplitter::splitterMoved, this,
           [this] { QSettings().setValue(kSplitterOption, explorer_->saveState()); });
 }
@@ -195,10 +198,15 @@ void frmMain::RankSelectedSongs(int item) {
 
 void frmMain::DeleteFolder(Folder& node) {
   if (!OkToDelete(node)) return;
+  // The folder, and this window, may have gone when the answer comes.
+  const std::uint32_t key = node.Key();
+  const QPointer<frmMain> here(this);
   if (show_({.text = "Are you sure you want to delete this folder and all it's contents?",
              .icon = MessageIcon::kQuestion,
-             .buttons = MessageButtons::kYesNoCancel}) == MessageAnswer::kYes)
-    explorer_->DeleteFolder(node);
+             .buttons = MessageButtons::kYesNoCancel}) != MessageAnswer::kYes ||
+      here == nullptr)
+    return;
+  if (Folder* const folder = jukebox_.Nodes().FindKey(key)) explorer_->DeleteFolder(*folder);
 }
 
 void frmMain::BeforeCut(BeforeCutEvent& event) {
@@ -213,18 +221,21 @@ void frmMain::BeforeCut(BeforeCutEvent& event) {
 }
 
 void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
-  const TakenFiles taken = tallow::TakeFiles(paths, tallow_.library);
-  std::vector<std::string> problems = taken.problems;
-  if (taken.has_new_songs) {
+  TakenFiles taken;
+  std::vector<std::string> problems;
+  // The list is filled anew, but whoever looks at another folder stays where they are.
+  const PVExplorer::Place place = explorer_->CurrentPlace();
+  try {
+    taken = tallow::TakeFiles(paths, tallow_.library);
+    problems = taken.problems;
     tallow::Jukebox* const own[] = {&jukebox_};
-    try {
-      FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own);
-    } catch (const FilingError& error) {
-      problems.insert(problems.end(), error.problems().begin(), error.problems().end());
-    } catch (const std::exception& error) {
-      problems.push_back(std::string("The new songs could not be filed. ") + error.what());
-    }
+    if (taken.has_new_songs) FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own);
+  } catch (const FilingError& error) {
+    problems.insert(problems.end(), error.problems().begin(), error.problems().end());
+  } catch (const std::exception& error) {
+    problems.push_back(std::string("The new songs could not be filed. ") + error.what());
   }
+  explorer_->GoTo(place);
   explorer_->AddSongs(to, taken.songs);
   QStringList lines;
   for (const std::string& problem : problems) lines.append(DisplayMessage(problem));

@@ -90,4 +90,13 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act
   return builder.Menu();
 }
 
+void EnableForFolder(QMenu& tree_menu, bool folder) {
+  for (QAction* const action : tree_menu.findChildren<QAction*>()) {
+    const int command = action->data().toInt();
+    if (command == kAddFolderToSelected || command == kCutFolder || command == kCopyFolder ||
+        command == kDeleteFolder)
+      action->setEnabled(folder);
+  }
+}
+
 }  // namespace tallow

@@ -45,4 +45,7 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act
 /// Makes the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act);
 
+/// Greys those items of the tree's pop-up menu that need a folder, when it is opened beside the folders.
+void EnableForFolder(QMenu& tree_menu, bool folder);
+
 }  // namespace tallow

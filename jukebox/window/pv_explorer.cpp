@@ -29,6 +29,9 @@ constexpr int kKeyCharacters = 10;
 
 constexpr int kRowPadding = 6;
 
+/// How far inside a row a menu opens that was asked for by key, in average characters.
+constexpr int kMenuInset = 16;
+
 /// Of a rank's picture, in pixels.
 constexpr int kLeastPicture = 16;
 
@@ -120,6 +123,12 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
         came_by_click_ = false;
       }
       break;
+    case QEvent::MouseButtonDblClick:
+      // The view would take that of any button for one that opens the song.
+      if (watched == list_->viewport() &&
+          static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton)
+        return true;
+      break;
     case QEvent::KeyPress:
       if (watched == list_ || watched == tree_)
         return KeyPressed(*static_cast<QKeyEvent*>(event), in_list);
@@ -174,7 +183,8 @@ bool PVExplorer::KeyPressed(const QKeyEvent& key, bool in_list) {
     MenuAtSelection(in_list);
     return true;
   }
-  if (key.key() == Qt::Key_Backspace) {
+  const bool is_plain = (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+  if (key.key() == Qt::Key_Backspace && is_plain) {
     const Folder* const folder = selectednode();
     if (folder != nullptr && folder->Parent() != nullptr) Select(*folder->Parent());
     return true;
@@ -187,6 +197,7 @@ bool PVExplorer::ListKeyPressed(const QKeyEvent& key) {
   switch (key.key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
+      if ((key.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return false;
       if (list_->currentIndex().isValid() && !key.isAutoRepeat())
         emit ItemOpened(list_->currentIndex().row());
       return true;
@@ -241,10 +252,11 @@ void PVExplorer::MenuAtSelection(bool in_list) {
   QAbstractItemView& view = in_list ? static_cast<QAbstractItemView&>(*list_) : *tree_;
   const QModelIndex index = view.currentIndex();
   if (index.isValid()) view.scrollTo(index);
-  const QPoint place = index.isValid() ? view.visualRect(index).center() : QPoint();
-  // Of a long row only the beginning may be on show.
-  const QPoint shown(std::min(place.x(), view.viewport()->width() / 2), place.y());
-  const QPoint position = view.viewport()->mapToGlobal(shown);
+  const QRect row = index.isValid() ? view.visualRect(index) : QRect();
+  // Near the beginning of its text: a row may be as long as the window.
+  const int inside = kMenuInset * view.fontMetrics().averageCharWidth();
+  const QPoint place(row.x() + std::min(row.width() / 2, inside), row.center().y());
+  const QPoint position = view.viewport()->mapToGlobal(index.isValid() ? place : QPoint());
   if (in_list)
     emit ListPopUp(position);
   else
@@ -335,21 +347,15 @@ void PVExplorer::GoTo(const Place& place) {
   const Folder* const folder = selectednode();
   if (folder == nullptr || folder->Key() != place.folder) return;
   const std::unordered_set<std::int32_t> wanted(place.selected.begin(), place.selected.end());
-  QItemSelection selection;
+  std::vector<int> selected;
   QModelIndex current;
-  const int rows = list_->model()->rowCount();
-  const auto record = [&](int row) {
-    return folder->Items()[static_cast<std::size_t>(row)].SubItem();
-  };
-  for (int row = 0; row < rows; ++row) {
-    if (!current.isValid() && record(row) == place.current) current = songs_->index(row, 0);
-    if (!wanted.contains(record(row))) continue;
-    const int first = row;
-    while (row + 1 < rows && wanted.contains(record(row + 1))) ++row;
-    selection.select(songs_->index(first, 0), songs_->index(row, songs_->columnCount() - 1));
+  for (int row = 0; row < list_->model()->rowCount(); ++row) {
+    const std::int32_t record = folder->Items()[static_cast<std::size_t>(row)].SubItem();
+    if (!current.isValid() && record == place.current) current = songs_->index(row, 0);
+    if (wanted.contains(record)) selected.push_back(row);
   }
   list_->selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
-  list_->selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+  list_->selectionModel()->select(list_->RangesOf(selected), QItemSelectionModel::ClearAndSelect);
   list_->verticalScrollBar()->setValue(place.scrolled);
 }
 

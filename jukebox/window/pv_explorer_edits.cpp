@@ -4,6 +4,7 @@
 
 #include <QDrag>
 #include <QDropEvent>
+#include <QItemSelectionModel>
 #include <QPainter>
 #include <QScrollBar>
 #include <QTimer>
@@ -77,11 +78,18 @@ void PVExplorer::CutSongs() {
   const std::vector<int> rows = SelectedRows();
   if (folder == nullptr || rows.empty() || !MayCut(*folder, true)) return;
   edits_.CutSongs(*folder, rows);
+  SongsTaken(rows.front());
+}
+
+void PVExplorer::SongsTaken(int first) {
   RefillList();
+  SelectNear(first);
+}
+
+void PVExplorer::SelectNear(int row) {
   // What came next takes the selection.
   const int left = list_->model()->rowCount();
-  const int next = std::min(rows.front(), left - 1);
-  if (left > 0) list_->SelectRows(next, next);
+  if (left > 0) list_->SelectRows(std::min(row, left - 1), std::min(row, left - 1));
 }
 
 void PVExplorer::CopySongs() {
@@ -128,19 +136,53 @@ void PVExplorer::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
   if (edits_.AddSongs(to, songs) == JukeboxEdits::Result::kDone) SongsAdded(to, before);
 }
 
-void PVExplorer::Undo() { AfterStep(jukebox_.Undo()); }
+void PVExplorer::Undo() {
+  const std::uint64_t pair = jukebox_.History().PairToUndo();
+  AfterStep(jukebox_.Undo());
+  if (pair != 0) emit HalfAStep(pair, true);
+}
 
-void PVExplorer::Redo() { AfterStep(jukebox_.Redo()); }
+void PVExplorer::Redo() {
+  const std::uint64_t pair = jukebox_.History().PairToRedo();
+  AfterStep(jukebox_.Redo());
+  if (pair != 0) emit HalfAStep(pair, false);
+}
+
+bool PVExplorer::StepOtherHalf(std::uint64_t pair, bool back) {
+  const EditHistory& history = jukebox_.History();
+  if ((back ? history.PairToUndo() : history.PairToRedo()) != pair) return false;
+  AfterStep(back ? jukebox_.Undo() : jukebox_.Redo());
+  return true;
+}
 
 void PVExplorer::AfterStep(const Jukebox::StepResult& result) {
+  if (!result.done) return;
+  const std::vector<int> selected = SelectedRows();
+  const int current = list_->currentIndex().row();
   if (result.list_changed) {
     RefillList();
     jukebox_.CountAsUnsorted();
   }
+  bool other_folder = true;
   if (result.concerned != nullptr && result.concerned != selectednode())
     Select(*result.concerned);
   else if (selectednode() == nullptr && jukebox_.Nodes().Children() > 0)
     Select(jukebox_.Nodes().ChildAt(0));
+  else
+    other_folder = false;
+  if (selectednode() == nullptr) return;
+  // Now that the list is filled: songs whose files are gone have left it, and the step.
+  const EditHistory::SongChange change = jukebox_.History().LastSongChange(*selectednode());
+  if (!change.brought.empty()) {
+    list_->SelectRows(change.brought);
+  } else if (change.taken >= 0) {
+    SelectNear(change.taken);
+  } else if (change.any && !other_folder && current < list_->model()->rowCount()) {
+    // A sort moves songs under the entries, and so does taking it back.
+    list_->selectionModel()->setCurrentIndex(list_->model()->index(current, 0),
+                                             QItemSelectionModel::NoUpdate);
+    list_->selectionModel()->select(list_->RangesOf(selected), QItemSelectionModel::ClearAndSelect);
+  }
 }
 
 void PVExplorer::CommitEditing() { tree_->CommitEditing(); }
@@ -254,7 +296,12 @@ void PVExplorer::TakeDrop(PVExplorer& source, Folder& from, bool songs,
   if (songs && IsAllSongs(from)) copy = true;
   if (!copy && !source.MayCut(from, songs)) return;
   if (songs) {
+    const std::size_t before = to->Items().size();
     edits_.DropSongs(source.edits_, from, rows, *to, copy);
+    if (to->Items().size() > before) SongsAdded(*to, before);
+    if (!copy && &from == source.selectednode()) source.SongsTaken(rows.front());
+  } else if (!FolderTree::HasRoomBelow(to, from)) {
+    Tell(JukeboxEdits::Result::kTooDeep);
   } else {
     // What is on show there goes away.
     const Folder* const shown = source.selectednode();
@@ -267,11 +314,7 @@ void PVExplorer::TakeDrop(PVExplorer& source, Folder& from, bool songs,
     if (to != nullptr) tree_->expand(folders_->IndexOf(*to));
     // The tree has lost it from sight on the way.
     if (moves_shown) Select(*shown);
-    return;
   }
-  // Only lists that have changed lose their selection.
-  if (selectednode() == to) RefillList();
-  if (!copy) source.RefillList();
 }
 
 }  // namespace tallow

@@ -89,6 +89,25 @@ void SongListView::SelectRows(int first, int last) {
   scrollTo(begin);
 }
 
+void SongListView::SelectRows(const std::vector<int>& rows) {
+  const QModelIndex first = model()->index(rows.front(), 0);
+  selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+  selectionModel()->select(RangesOf(rows), QItemSelectionModel::ClearAndSelect);
+  scrollTo(first);
+}
+
+QItemSelection SongListView::RangesOf(const std::vector<int>& rows) const {
+  QItemSelection ranges;
+  const int last_column = model()->columnCount() - 1;
+  for (std::size_t k = 0; k < rows.size(); ++k) {
+    const int first = rows[k];
+    while (k + 1 < rows.size() && rows[k + 1] == rows[k] + 1) ++k;
+    ranges.append(
+        QItemSelectionRange(model()->index(first, 0), model()->index(rows[k], last_column)));
+  }
+  return ranges;
+}
+
 int SongListView::FindRow(const QString& beginning, int from, int role) const {
   const int rows = model()->rowCount();
   for (int k = 0; k < rows; ++k) {

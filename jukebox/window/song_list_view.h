@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <vector>
+
 #include <QElapsedTimer>
+#include <QItemSelection>
 #include <QPixmap>
 #include <QTableView>
 
@@ -26,6 +29,10 @@ class SongListView : public QTableView {
 
   /// Selects some rows and nothing else, whatever keys are held down. The first one is current then.
   void SelectRows(int first, int last);
+  /// \param rows from 0, rising; not empty
+  void SelectRows(const std::vector<int>& rows);
+  /// Some rows, from 0 and rising, as ranges.
+  QItemSelection RangesOf(const std::vector<int>& rows) const;
 
   void keyboardSearch(const QString& search) override;
 
