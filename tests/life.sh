@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Goes through the life of a jukebox as a user would, on a virtual display, with keyboard and mouse only:
 # first start, ranking, a folder, saving, playing, closing, second start, new songs, finding, two jukeboxes,
-# exit. Looks at the files that are left, and keeps a picture of each station.
+# exit, and closing while minimized. Looks at the files that are left, and keeps a picture of each station.
 #
 # Usage: life.sh PROGRAM FOLDER
 set -euo pipefail
@@ -33,7 +33,7 @@ jukebox=$folder/app/Grouping/mix.juk
 
 . "$here/screen_user.sh"
 start() {
-  "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" 2>> "$folder/errors.txt" &
+  "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" "$@" 2>> "$folder/errors.txt" &
   tallow=$!
   processes+=("$tallow")
 }
@@ -126,3 +126,24 @@ keys alt+f x
 until_true 20 "the end of the program" has_ended
 picture 9-end
 [ -z "$(find "$folder/app/Grouping/System" -name '*.unsaved')" ] || fail "Something counts as unsaved."
+
+# Closed while it is minimized, with a new song in each of two jukeboxes: it comes back to ask, and each Yes saves
+# the jukebox that it is about.
+cp "$first" "$target/Yellow bricks.mp3"
+start "$jukebox"
+# The last jukebox is the one that was handed over; behind it comes the one that was named.
+until_true 30 "both jukeboxes" window_named '^Tallow - \[MIX\]$'
+frame=$(window_named '^Tallow - ' | tail -n 1)
+xdotool windowminimize "$frame"
+until_true 10 "the minimized window" no_window_named '^Tallow - '
+wmctrl -i -c "$frame"
+for question in first second; do
+  until_true 10 "the $question question" window_named '^Tallow$'
+  picture "10-$question-question"
+  keys alt+y
+  sleep 1
+done
+until_true 20 "the end of the program" has_ended
+for saved in "$jukebox" "$folder/handed over.juk"; do
+  grep -q 'Yellow bricks.mp3' "$saved" || fail "Not saved: $saved"
+done
