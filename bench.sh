@@ -41,7 +41,7 @@ best() {
   for _ in $(seq "$times"); do "$@"; done | grep "^$what" | sort -k2,2g | head -n 1
 }
 divide() { awk -v a="$1" -v b="$2" -v f="${3:-%.2f}" 'BEGIN { printf f, a / b }'; }
-row() { printf '%-9s %-15s %10s %8s %6s   %s\n' "$@"; }
+row() { printf '%-9s %-20s %10s %8s %6s   %s\n' "$@"; }
 first_run() {
   rm -rf "$folder/app"
   mkdir -p "$folder/app"
@@ -85,11 +85,15 @@ for size in "${sizes[@]}"; do
   row "$size" "start, saved" "$seconds" "$(divide "$seconds" "$floor")" 1.5 \
     "$(divide "$memory" 1024 %.1f) MB (goal: $most)"
   edits=$("${window[@]}")
-  for what in cut paste undo; do
-    half=$(awk -v w="${what}_half" '$1 == w { print $2 }' <<< "$edits")
-    quarter=$(awk -v w="${what}_quarter" '$1 == w { print $2 }' <<< "$edits")
-    row "$size" "$what half" "$half" "$(divide "$half" 0.1)" 1.0 \
-      "ratio to 100 ms; to half as many songs: $(divide "$half" "$quarter")"
+  for what in cut paste undo_paste undo_cut; do
+    for parts in "half quarter" "every_2nd every_4th"; do
+      read -r half quarter <<< "$parts"
+      name="$what $half"
+      half=$(awk -v w="${what}_$half" '$1 == w { print $2 }' <<< "$edits")
+      quarter=$(awk -v w="${what}_$quarter" '$1 == w { print $2 }' <<< "$edits")
+      row "$size" "${name//_/ }" "$half" "$(divide "$half" 0.1)" 1.0 \
+        "ratio to 100 ms; to half as many songs: $(divide "$half" "$quarter")"
+    done
   done
 done
 if [ -n "${a_song[1000000]:-}" ]; then
