@@ -6,10 +6,11 @@ add_executable(tallow_window_tests
   app/frm_splash_test.cpp
   app/picture_resource_test.cpp
   jukebox/window/explorer_drag_test.cpp
-  jukebox/window/selection_test.cpp
   jukebox/window/frm_main_test.cpp
   jukebox/window/jukebox_commands_test.cpp
   jukebox/window/jukebox_keys_test.cpp
+  jukebox/window/random_widgets_test.cpp
+  jukebox/window/selection_test.cpp
   player/frm_main_winamp_test.cpp
   ui/closing_test.cpp
   ui/display_text_test.cpp

@@ -270,6 +270,10 @@ TEST_F(Dragging, FilesBesideTheFoldersAndOtherThingsAreRefused) {
   QMimeData web;
   web.setUrls({QUrl("https://example.org/a.mp3")});
   EXPECT_FALSE(DropOn("one", &web));
+  QMimeData elsewhere;
+  elsewhere.setData("text/uri-list", "file://another-machine/m/a.mp3\r\nfile:///m/a%00b.mp3\r\n");
+  // Only Windows has names for the files of another machine.
+  EXPECT_EQ(DraggedFiles(elsewhere).empty(), kSeparator == '/');
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
 }
 

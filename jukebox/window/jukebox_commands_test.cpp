@@ -451,5 +451,44 @@ TEST_F(Commands, AColumnSortLeavesTheSelectionAtItsPlace) {
   EXPECT_TRUE(Box().IsFormDirty());
 }
 
+TEST_F(Commands, AnEmptyJukeboxTakesEveryKeyAndCommand) {
+  Show();
+  messages.answer = MessageAnswer::kYes;
+  for (QWidget* const half : {static_cast<QWidget*>(&Tree()), static_cast<QWidget*>(&List())}) {
+    half->setFocus();
+    for (const Qt::Key key : {Qt::Key_X, Qt::Key_C, Qt::Key_V, Qt::Key_A, Qt::Key_Z})
+      QTest::keyClick(half, key, Qt::ControlModifier);
+    for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_F2, Qt::Key_Return, Qt::Key_Backspace,
+                              Qt::Key_Home, Qt::Key_End, Qt::Key_Down, Qt::Key_B})
+      QTest::keyClick(half, key);
+    QTest::keyClick(half, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QTest::keyClick(half, Qt::Key_F10, Qt::ShiftModifier);
+    window.findChild<QMenu*>(QStringLiteral("TreeMenu"))->close();
+  }
+  ClickHeader();
+  for (const int pane : {kTreePane, kListPane})
+    for (int item = 0; item <= 15; ++item)
+      if (pane != kTreePane || item != kAddFolderToRoot)
+        window.ActOnPopUpClick(item, pane, nullptr);
+  EXPECT_EQ(Nodes().Count(), 0);
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_EQ(problems, QStringList{});
+  EXPECT_FALSE(Box().IsFormDirty());
+}
+
+TEST_F(Commands, SortNodesBesideTheFoldersSortsTheWholeTreeSpecialFoldersToo) {
+  AddFolder("New");
+  Folder& decades = AddFolder("Decades");
+  AddFolder("30's", {}, &decades);
+  AddFolder("00's", {}, &decades);
+  AddFolder("Disc 10");
+  AddFolder("disc 2");
+  AddFolder("All Songs");
+  Show();
+  window.ActOnPopUpClick(kSortNodes, kTreePane, nullptr);
+  EXPECT_EQ(FoldersIn(), (Texts{"All Songs", "Decades", "disc 2", "Disc 10", "New"}));
+  EXPECT_EQ(FoldersIn(&decades), (Texts{"00's", "30's"}));
+}
+
 }  // namespace
 }  // namespace tallow
