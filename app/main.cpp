@@ -17,6 +17,7 @@
 #include "ui/display.h"
 #include "ui/end_signals.h"
 #include "ui/frame_pictures.h"
+#include "ui/frame_style.h"
 #include "ui/frm_mdi_form1.h"
 #include "ui/message_box.h"
 #include "ui/single_program.h"
@@ -58,6 +59,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
   QApplication::setWindowIcon(FramePicture("tallow"));
   // The splash window is the only one at times; its end is not the program's.
   QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setStyle(new FrameStyle);
 
   Tallow tallow(line.application_folder.empty() ? UsualApplicationFolder()
                                                 : line.application_folder);

@@ -15,6 +15,7 @@ add_executable(tallow_window_tests
   ui/closing_test.cpp
   ui/display_text_test.cpp
   ui/frame_menus_test.cpp
+  ui/frame_style_test.cpp
   ui/frm_find_test.cpp
   ui/frm_help_test.cpp
   ui/frm_mdi_form1_test.cpp

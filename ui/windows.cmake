@@ -36,6 +36,7 @@ add_library(tallow_ui OBJECT
   ui/foreground_${platform}.cpp
   ui/frame_menus.cpp
   ui/frame_pictures.cpp
+  ui/frame_style.cpp
   ui/frame_toolbar.cpp
   ui/frm_find.cpp
   ui/frm_help.cpp
