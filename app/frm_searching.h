@@ -7,7 +7,7 @@
 #include <QElapsedTimer>
 #include <QWidget>
 
-#include "app/search_progress.h"
+#include "app/search/search_progress.h"
 
 class QLabel;
 class QPushButton;

@@ -7,7 +7,7 @@
 #include <QDialog>
 #include <QElapsedTimer>
 
-#include "app/search_progress.h"
+#include "app/search/search_progress.h"
 
 class QLabel;
 class QPushButton;

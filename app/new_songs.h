@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "app/search_progress.h"
+#include "app/search/search_progress.h"
 #include "util/message.h"
 
 namespace tallow {

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <stdexcept>
 
-#include "app/file_search.h"
+#include "app/search/file_search.h"
 #include "jukebox/jukebox.h"
 #include "tests/recorded_progress.h"
 #include "tests/system_fixture.h"

@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "app/data_paths.h"
-#include "app/file_search.h"
 #include "app/initial_jukebox.h"
 #include "app/open_jukebox.h"
+#include "app/search/file_search.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/sorting.h"
 #include "util/atomic_file.h"

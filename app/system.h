@@ -8,10 +8,10 @@
 #include <string_view>
 #include <vector>
 
-#include "app/drive_list.h"
-#include "app/player_search.h"
 #include "app/runtime_file.h"
-#include "app/search_progress.h"
+#include "app/search/drive_list.h"
+#include "app/search/player_search.h"
+#include "app/search/search_progress.h"
 #include "app/tallow.h"
 
 namespace tallow {

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "app/initial_jukebox.h"
-#include "app/player_search.h"
+#include "app/search/player_search.h"
 #include "app/system.h"
 #include "jukebox/jukebox.h"
 #include "tests/system_fixture.h"

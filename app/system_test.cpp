@@ -6,7 +6,7 @@
 
 #include "app/data_paths.h"
 #include "app/initial_jukebox.h"
-#include "app/player_search.h"
+#include "app/search/player_search.h"
 #include "jukebox/jukebox.h"
 #include "tests/system_fixture.h"
 #ifndef _WIN32

@@ -5,7 +5,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "app/file_search.h"
+#include "app/search/file_search.h"
 #include "library/cls_main.h"
 #include "util/file_system.h"
 #include "util/like.h"

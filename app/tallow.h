@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/cls_ini.h"
-#include "app/search_progress.h"
+#include "app/search/search_progress.h"
 #include "app/unsaved_jukeboxes.h"
 #include "jukebox/jukebox_clipboard.h"
 #include "library/cls_main.h"

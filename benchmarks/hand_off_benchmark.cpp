@@ -14,8 +14,8 @@
 #include <unistd.h>
 #include <vector>
 
-#include "app/drive_list.h"
-#include "app/file_search.h"
+#include "app/search/drive_list.h"
+#include "app/search/file_search.h"
 #include "app/tallow.h"
 #include "player/player_messages.h"
 #include "player/playfile.h"

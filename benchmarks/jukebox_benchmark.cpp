@@ -168,4 +168,6 @@ int Run(const std::string& folder) {
 }  // namespace
 }  // namespace tallow
 
-int main(int argc, char** argv) { return argc == 2 ? tallow::Run(tallow::EnsureTrailingBackslash(argv[1])) : 2; }
+int main(int argc, char** argv) {
+  return argc == 2 ? tallow::Run(tallow::EnsureTrailingBackslash(argv[1])) : 2;
+}

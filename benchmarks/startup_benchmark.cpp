@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "app/drive_list.h"
+#include "app/search/drive_list.h"
 #include "app/system.h"
 #include "benchmarks/process_memory.h"
 #include "jukebox/jukebox.h"

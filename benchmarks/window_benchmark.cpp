@@ -15,7 +15,7 @@
 #include <QScrollBar>
 #include <QTreeView>
 
-#include "app/drive_list.h"
+#include "app/search/drive_list.h"
 #include "app/system.h"
 #include "app/tallow.h"
 #include "benchmarks/process_memory.h"
@@ -23,7 +23,7 @@
 #include "jukebox/window/pv_explorer.h"
 #include "jukebox/window/song_list_view.h"
 #include "player/player_link.h"
-#include "ui/frm_mdi_form1.h"
+#include "ui/frame/frm_mdi_form1.h"
 #include "ui/start_up.h"
 
 namespace tallow {

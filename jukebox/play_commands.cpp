@@ -4,7 +4,7 @@
 #include <exception>
 #include <utility>
 
-#include "app/player_search.h"
+#include "app/search/player_search.h"
 #include "app/tallow.h"
 #include "jukebox/folder_tree.h"
 #include "util/file_system.h"

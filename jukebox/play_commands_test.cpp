@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/play_commands.h"
 
-#include "app/player_search.h"
+#include "app/search/player_search.h"
 #include "jukebox/folder_tree.h"
 #include "tests/library_fixture.h"
 

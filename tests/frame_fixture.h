@@ -15,7 +15,7 @@
 #include "tests/recorded_link.h"
 #include "tests/recorded_messages.h"
 #include "tests/window_fixture.h"
-#include "ui/frm_mdi_form1.h"
+#include "ui/frame/frm_mdi_form1.h"
 
 namespace tallow {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "app/drive_list.h"
-#include "app/search_progress.h"
+#include "app/search/drive_list.h"
+#include "app/search/search_progress.h"
 #include "util/file_system.h"
 
 namespace tallow {

@@ -4,8 +4,8 @@ add_executable(tallow_core_tests
   tests/main.cpp
   app/cls_ini_test.cpp
   app/command_line_test.cpp
-  app/drive_list_test.cpp
-  app/file_search_test.cpp
+  app/search/drive_list_test.cpp
+  app/search/file_search_test.cpp
   app/initial_jukebox_test.cpp
   app/new_songs_test.cpp
   app/runtime_file_test.cpp
@@ -38,7 +38,7 @@ add_executable(tallow_core_tests
   player/player_operations_test.cpp
   player/playfile_test.cpp
   player/winamp_control_test.cpp
-  ui/jukebox_documents_test.cpp
+  ui/frame/jukebox_documents_test.cpp
   util/atomic_file_test.cpp
   util/comm_dlgs_test.cpp
   util/file_lock_test.cpp
@@ -66,7 +66,7 @@ if(WIN32)
 else()
   target_sources(tallow_core_tests PRIVATE
     app/jukebox_kill_linux_test.cpp
-    app/mount_table_linux_test.cpp
+    app/search/mount_table_linux_test.cpp
     jukebox/jukebox_save_linux_test.cpp
     app/save_kill_linux_test.cpp
     player/player_link_linux_test.cpp

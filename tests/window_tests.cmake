@@ -12,20 +12,20 @@ add_executable(tallow_window_tests
   jukebox/window/random_widgets_test.cpp
   jukebox/window/selection_test.cpp
   player/frm_main_winamp_test.cpp
-  ui/closing_test.cpp
+  ui/frame/closing_test.cpp
   ui/display_text_test.cpp
-  ui/frame_menus_test.cpp
-  ui/frame_style_test.cpp
-  ui/frm_find_test.cpp
-  ui/frm_help_test.cpp
-  ui/frm_mdi_form1_test.cpp
-  ui/several_jukeboxes_test.cpp
-  ui/frm_picture_test.cpp
-  ui/frm_tip_test.cpp
-  ui/message_box_test.cpp
+  ui/frame/frame_menus_test.cpp
+  ui/frame/frame_style_test.cpp
+  ui/dialogs/frm_find_test.cpp
+  ui/dialogs/frm_help_test.cpp
+  ui/frame/frm_mdi_form1_test.cpp
+  ui/frame/several_jukeboxes_test.cpp
+  ui/dialogs/frm_picture_test.cpp
+  ui/dialogs/frm_tip_test.cpp
+  ui/dialogs/message_box_test.cpp
   ui/single_program_test.cpp
   ui/start_up_test.cpp
-  ui/window_arrangement_test.cpp)
+  ui/frame/window_arrangement_test.cpp)
 target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
 if(NOT WIN32)
   target_sources(tallow_window_tests PRIVATE

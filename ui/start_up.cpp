@@ -8,7 +8,7 @@
 #include <QScreen>
 
 #include "jukebox/window/frm_main.h"
-#include "ui/message_box.h"
+#include "ui/dialogs/message_box.h"
 #include "ui/open_text.h"
 #include "ui/qt_path.h"
 #include "util/file_system.h"

@@ -8,7 +8,7 @@
 
 #include "app/frm_splash.h"
 #include "app/system.h"
-#include "ui/frm_mdi_form1.h"
+#include "ui/frame/frm_mdi_form1.h"
 
 namespace tallow {
 

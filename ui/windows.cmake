@@ -27,30 +27,32 @@ add_library(tallow_ui OBJECT
   jukebox/window/song_list_model.cpp
   jukebox/window/song_list_view.cpp
   player/frm_main_winamp.cpp
-  ui/common_dialog.cpp
+  ui/dialogs/common_dialog.cpp
   ui/display_${platform}.cpp
   ui/display_text.cpp
-  ui/edit_in_text.cpp
+  ui/frame/edit_in_text.cpp
   ui/end_signals_${platform}.cpp
-  ui/file_menu.cpp
+  ui/frame/file_menu.cpp
   ui/foreground_${platform}.cpp
-  ui/frame_menus.cpp
-  ui/frame_pictures.cpp
-  ui/frame_style.cpp
-  ui/frame_toolbar.cpp
-  ui/frm_find.cpp
-  ui/frm_help.cpp
-  ui/frm_mdi_form1.cpp
-  ui/frm_mdi_form1_commands.cpp
-  ui/frm_picture.cpp
-  ui/frm_tip.cpp
+  ui/frame/frame_menus.cpp
+  ui/frame/frame_pictures.cpp
+  ui/frame/frame_style.cpp
+  ui/frame/frame_toolbar.cpp
+  ui/dialogs/frm_find.cpp
+  ui/dialogs/frm_help.cpp
+  ui/frame/frm_mdi_form1.cpp
+  ui/frame/frm_mdi_form1_commands.cpp
+  ui/frame/frm_mdi_form1_documents.cpp
+  ui/frame/frm_mdi_form1_jukeboxes.cpp
+  ui/dialogs/frm_picture.cpp
+  ui/dialogs/frm_tip.cpp
   ui/local_server_folder_${platform}.cpp
-  ui/message_box.cpp
+  ui/dialogs/message_box.cpp
   ui/open_text_${platform}.cpp
   ui/qt_path_${platform}.cpp
   ui/single_program.cpp
   ui/start_up.cpp
-  ui/window_arrangement.cpp)
+  ui/frame/window_arrangement.cpp)
 target_link_libraries(tallow_ui PUBLIC tallow_core Qt6::Widgets Qt6::Network)
 if(TARGET Qt6::Svg)
   target_sources(tallow_ui PRIVATE ui/pictures/pictures.qrc)

@@ -5,7 +5,7 @@
 
 #include "jukebox/special_folders.h"
 #include "ui/display_text.h"
-#include "ui/frame_pictures.h"
+#include "ui/frame/frame_pictures.h"
 
 namespace tallow {
 

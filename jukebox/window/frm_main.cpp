@@ -23,8 +23,8 @@
 #include "jukebox/window/picture_address.h"
 #include "jukebox/window/pv_explorer.h"
 #include "jukebox/window/resize_rule.h"
+#include "ui/dialogs/message_box.h"
 #include "ui/display_text.h"
-#include "ui/message_box.h"
 
 namespace tallow {
 namespace {

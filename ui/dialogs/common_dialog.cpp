@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/dialogs/common_dialog.h"
+
+#include <QFileDialog>
+
+#include "ui/dialogs/frm_help.h"
+#include "ui/display_text.h"
+#include "ui/qt_path.h"
+
+namespace tallow {
+
+std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder,
+                                      std::string_view filter, FileDialogPurpose purpose) {
+  const bool opens = purpose == FileDialogPurpose::kOpen;
+  QFileDialog dialog(parent);
+  dialog.setObjectName(QStringLiteral("CommonDialog1"));
+  dialog.setWindowTitle(opens ? QFileDialog::tr("Open") : QFileDialog::tr("Save As"));
+  // A dialog of a dialog is about the same thing.
+  const QString page = parent != nullptr ? parent->property(kHelpPage).toString() : QString();
+  dialog.setProperty(kHelpPage,
+                     qobject_cast<QDialog*>(parent) != nullptr ? page : QStringLiteral("files"));
+  dialog.setAcceptMode(opens ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
+  dialog.setFileMode(opens ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
+  dialog.setOption(QFileDialog::DontConfirmOverwrite);
+  dialog.setDirectory(QtPath(folder));
+  dialog.setNameFilter(DisplayText(filter.substr(0, filter.find('|'))).trimmed());
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return PathOfQt(dialog.selectedFiles().front());
+}
+
+}  // namespace tallow

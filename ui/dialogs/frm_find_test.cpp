@@ -1,0 +1,159 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/dialogs/frm_find.h"
+
+#include <gtest/gtest.h>
+
+#include <QGuiApplication>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+
+#include "tests/jukebox_window_fixture.h"
+
+namespace tallow {
+namespace {
+
+class FrmFind : public JukeboxWindowTest {
+ protected:
+  FrmFind() {
+    for (const char* const name : {"Apple.mp3", "banana.mp3", "Pineapple.mp3"})
+      AddSong(music.path(), name);
+    active = &window;
+    dialog.Begin();
+    dialog.show();
+  }
+  void Type(const QString& text) { dialog.findChild<QLineEdit*>("Text1")->setText(text); }
+  void Press() { dialog.findChild<QPushButton*>("Command1")->click(); }
+  /// "folder song" of what is selected.
+  std::string Found() {
+    return Selected().size() != 1
+               ? ""
+               : Box().selectednode()->Text() + " " +
+                     List().model()->index(Selected()[0], 0).data().toString().toStdString();
+  }
+
+  frmMain* active = nullptr;
+  frmFind dialog{[this] { return active; }, library, messages.Shower()};
+};
+
+TEST_F(FrmFind, GoesFromSongToSongThroughTheFolders) {
+  AddFolder("one", {2, 1});
+  AddFolder("two", {3});
+  Show();
+  Type("APPLE");
+  EXPECT_TRUE(dialog.FirstRun());
+  Press();
+  EXPECT_EQ(Found(), "one 2.  Apple.mp3");
+  EXPECT_FALSE(dialog.FirstRun());
+  EXPECT_EQ(dialog.LastLookedFor(), "apple");
+  Press();
+  EXPECT_EQ(Found(), "two 1.  Pineapple.mp3");
+  EXPECT_TRUE(dialog.LookingForTheLastNode());
+  EXPECT_EQ(Tree().currentIndex().data().toString(), "two");
+}
+
+TEST_F(FrmFind, SongsThatAreGoneAreNoHitsAndDoNotShiftTheOthers) {
+  AddSong("0", "0", "0");
+  AddFolder("one", {2});
+  // 4 is gone, and shown as such until its folder is shown.
+  AddFolder("two", {4, 1, 4, 2, 3, 3});
+  Show();
+  Type("apple");
+  Press();
+  EXPECT_EQ(Found(), "two 1.  Apple.mp3");
+  Press();
+  EXPECT_EQ(Found(), "two 3.  Pineapple.mp3");
+  Press();
+  EXPECT_EQ(Found(), "two 4.  Pineapple.mp3");
+  Press();
+  EXPECT_EQ(messages.Take(), Texts{"Can't find 'apple'"});
+  Type("0");
+  Press();
+  EXPECT_EQ(messages.Take(), Texts{"Can't find '0'"});
+}
+
+TEST_F(FrmFind, WhatIsNotThereIsSaid) {
+  AddFolder("one", {1});
+  Show();
+  Type("No SUCH");
+  Press();
+  EXPECT_EQ(messages.Take(), Texts{"Can't find 'No SUCH'"});
+  EXPECT_TRUE(dialog.FirstRun());
+}
+
+TEST_F(FrmFind, TypingBeginsANewSearch) {
+  AddFolder("one", {1, 3});
+  Show();
+  Type("apple");
+  Press();
+  Type("app");
+  EXPECT_TRUE(dialog.FirstRun());
+  Press();
+  EXPECT_EQ(Found(), "one 1.  Apple.mp3");
+}
+
+TEST_F(FrmFind, EnterAndF3FindAndEscCloses) {
+  AddFolder("one", {1, 3, 1});
+  Show();
+  Type("apple");
+  QTest::keyClick(dialog.findChild<QLineEdit*>("Text1"), Qt::Key_Return);
+  EXPECT_EQ(Found(), "one 1.  Apple.mp3");
+  QTest::keyClick(&dialog, Qt::Key_F3);
+  EXPECT_EQ(Found(), "one 2.  Pineapple.mp3");
+  QTest::keyClick(&dialog, Qt::Key_Enter);
+  EXPECT_EQ(Found(), "one 3.  Apple.mp3");
+  QTest::keyClick(&dialog, Qt::Key_Escape);
+  EXPECT_FALSE(dialog.isVisible());
+  // The text is there again, and selected.
+  dialog.Begin();
+  EXPECT_EQ(dialog.findChild<QLineEdit*>("Text1")->selectedText(), "apple");
+  EXPECT_TRUE(dialog.FirstRun());
+}
+
+TEST_F(FrmFind, EnterAndF3FindWhateverHasTheKeyboard) {
+  AddFolder("one", {1, 3});
+  Show();
+  Type("apple");
+  auto* const close = dialog.findChild<QPushButton*>("Command3");
+  close->setFocus();
+  QTest::keyClick(close, Qt::Key_Return);
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(Found(), "one 1.  Apple.mp3");
+  QTest::keyClick(close, Qt::Key_F3);
+  EXPECT_EQ(Found(), "one 2.  Pineapple.mp3");
+}
+
+TEST_F(FrmFind, ItComesInTheMiddleOfTheScreen) {
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  EXPECT_LE((dialog.geometry().center() - screen.center()).manhattanLength(), 8);
+}
+
+TEST_F(FrmFind, ItStandsAsideOfWhatItHasFound) {
+  AddFolder("one", {1, 3});
+  Show();
+  Type("apple");
+  Press();
+  EXPECT_TRUE(dialog.HasFound());
+  const QRect row = active->PVExplorer1().PlaceOfRow(0);
+  EXPECT_FALSE(row.isEmpty());
+  // Laid over the next one, which is the same place in a list of one row more.
+  dialog.move(active->PVExplorer1().PlaceOfRow(1).topLeft());
+  Press();
+  EXPECT_FALSE(dialog.frameGeometry().intersects(active->PVExplorer1().PlaceOfRow(1)));
+  dialog.Begin();
+  EXPECT_FALSE(dialog.HasFound());
+}
+
+TEST_F(FrmFind, WithoutAJukeboxOrAFolderItDoesNothing) {
+  Type("apple");
+  Press();
+  active = nullptr;
+  Press();
+  EXPECT_EQ(messages.Take(), Texts{});
+  // The text is stored all the same.
+  EXPECT_EQ(dialog.LastLookedFor(), "apple");
+  EXPECT_FALSE(dialog.HasFound());
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frame_style.h"
+
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QImage>
+#include <QPalette>
+
+namespace tallow {
+namespace {
+
+/// How light what is drawn of a picture is on the whole, from 0 to 255.
+int LightnessOf(const QIcon& icon) {
+  const QImage image = icon.pixmap(QSize(16, 16), 1.0).toImage();
+  int sum = 0;
+  int count = 0;
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x) {
+      const QColor color = image.pixelColor(x, y);
+      if (color.alpha() < 128) continue;
+      sum += color.lightness();
+      ++count;
+    }
+  return count > 0 ? sum / count : -1;
+}
+
+TEST(FrameStyle, TheButtonsOfInnerWindowsAreSeenOnLightAndDark) {
+  const QPalette before = QApplication::palette();
+  const FrameStyle style;
+  for (const QStyle::StandardPixmap which :
+       {QStyle::SP_TitleBarMinButton, QStyle::SP_TitleBarNormalButton,
+        QStyle::SP_TitleBarCloseButton}) {
+    QApplication::setPalette(QPalette(QColor(0xF0, 0xF0, 0xF0)));
+    const int on_light = LightnessOf(style.standardIcon(which, nullptr, nullptr));
+    QApplication::setPalette(QPalette(QColor(0x20, 0x20, 0x20)));
+    const int on_dark = LightnessOf(style.standardIcon(which, nullptr, nullptr));
+    EXPECT_GE(on_light, 0);
+    EXPECT_LT(on_light, 140);
+    EXPECT_GT(on_dark, 200);
+  }
+  QApplication::setPalette(before);
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include "app/new_songs.h"
+#include "jukebox/play_commands.h"
+#include "jukebox/window/pop_up_menus.h"
+#include "player/winamp_control.h"
+#include "ui/frame/frame_commands.h"
+
+class QMdiArea;
+class QMdiSubWindow;
+class QMenu;
+class QToolBar;
+
+namespace tallow {
+
+class FileMenu;
+class Jukebox;
+class JukeboxDocuments;
+class Tallow;
+class frmFind;
+class frmHelp;
+class frmMain;
+class frmMainWinamp;
+class frmSearching;
+
+/// The frame window: holds the window of each open jukebox and the player panel.
+class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWindows {
+  Q_OBJECT
+
+ public:
+  /// \param tallow, link have to outlive the window
+  /// \param show shows message boxes; without it they are real ones over this window
+  frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show = {}, QWidget* parent = nullptr);
+  ~frmMDIForm1() override;
+
+  /// Saves the active jukebox, see JukeboxDocuments.
+  void SaveDatForm();
+  /// Brings the recent files of the File menu into step with the settings.
+  void UpdateTheMenuControlArray();
+
+  /// Makes a jukebox window, not shown yet. It belongs to the frame.
+  frmMain& NewJukeboxWindow();
+  /// Shows a jukebox window, filling the frame.
+  void ShowJukeboxWindow(frmMain& window);
+
+  /// The open jukeboxes, in the order they were opened.
+  std::vector<Jukebox*> OpenJukeboxes() const;
+  /// The window of an open jukebox; null when it is none of this frame.
+  frmMain* WindowOf(const Jukebox& jukebox) const;
+
+  /// Says something in the status bar: the first line, with all of them as its tool tip.
+  void Notice(const std::vector<std::string>& lines) override;
+
+  /// Opens jukebox files, or shows those that are open, and brings the window to the front. Files that come
+  /// while something else has to end first wait for that.
+  void OpenFiles(const std::vector<std::string>& paths);
+
+  /// Shows the tip window, which may decide to stay away unless it was asked for.
+  void ShowTip(bool asked_for);
+
+  /// Keeps what is not saved of the open jukeboxes, in case the program does not come to its end. The frame
+  /// does so itself every minute.
+  void KeepUnsavedChanges();
+
+  /// The player panel; null when it is not open.
+  frmMainWinamp* PlayerPanel() const;
+  /// Closes the player panel, and with it the player.
+  void ClosePlayerPanel();
+
+ protected:
+  void closeEvent(QCloseEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void changeEvent(QEvent* event) override;
+  QMenu* createPopupMenu() override;
+
+ private:
+  class Documents;
+
+  void SetUpMenus();
+  void Run(FrameCommand command);
+  frmMain* ActiveJukeboxWindow() const;
+  void SendNodeCommand(int pane, int item);
+  void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
+  void OpenWaitingFiles();
+  void ComeToFront();
+  void StepOtherHalf(const frmMain& window, std::uint64_t pair, bool back);
+  void BringIn(NewSongsPlace place);
+  void ShowFind();
+  void ShowAbout();
+  void ShowHelp();
+  void ShowHelpPage(const QString& page);
+  void NewJukebox();
+  bool IsOpenTwice(const Jukebox& jukebox) const;
+  void PlaceInside(QMdiSubWindow& sub, int number) const;
+  void RestoreJukeboxes();
+  void LeaveMinimized();
+  void ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange);
+  void ChangeBackgroundPicture();
+  QMdiSubWindow* LastActiveJukebox() const;
+
+  // Both kinds of commands need some of these.
+  MessageAnswer Show(const Message& message) override;
+  SearchProgress& ShowSearching() override;
+  void UnloadSearching() override;
+  Jukebox* ActiveJukebox() override;
+  std::span<Jukebox* const> AllJukeboxes() override;
+  void ShowStatus(const std::string& text) override;
+  void EnableFrame(bool enabled) override;
+  void PlayOnPanel() override;
+  bool Start(const std::string& program) override;
+  void OpenPanel();
+  void ActivateJukebox();
+  void FocusJukebox();
+  void KeepPanelInside(QSize before);
+
+  Tallow& tallow_;
+  ShowMessage show_;
+  WinAMP_Control player_;
+  PlayCommands play_commands_;
+  QMdiArea* area_;
+  QPointer<QMdiSubWindow> panel_;  ///< holds the player panel
+  FileMenu* file_menu_ = nullptr;
+  QToolBar* toolbar_ = nullptr;
+  frmFind* find_ = nullptr;  ///< once it was shown
+  QPointer<frmHelp> help_;
+  QPointer<QWidget> focus_before_;  ///< the frame was disabled
+  std::unique_ptr<frmSearching> searching_;
+  std::vector<Jukebox*> open_;
+  std::vector<std::string> waiting_files_;  ///< to be opened
+  std::unique_ptr<Documents> document_windows_;
+  std::unique_ptr<JukeboxDocuments> documents_;
+  int jukebox_windows_ = 0;  ///< made so far
+};
+
+}  // namespace tallow

@@ -1,0 +1,253 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the frame window's menus and toolbar do.
+#include <utility>
+
+#include <QApplication>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QScreen>
+#include <QTimer>
+
+#include "app/data_paths.h"
+#include "app/frm_searching.h"
+#include "app/frm_splash.h"
+#include "app/help_file.h"
+#include "app/tallow.h"
+#include "app/tip_list.h"
+#include "jukebox/window/frm_main.h"
+#include "jukebox/window/pv_explorer.h"
+#include "player/frm_main_winamp.h"
+#include "player/player_messages.h"
+#include "ui/dialogs/frm_find.h"
+#include "ui/dialogs/frm_help.h"
+#include "ui/dialogs/frm_tip.h"
+#include "ui/frame/edit_in_text.h"
+#include "ui/frame/frm_mdi_form1.h"
+#include "ui/frame/jukebox_documents.h"
+#include "ui/frame/window_arrangement.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+#include "util/user_folders.h"
+
+namespace tallow {
+namespace {
+
+/// How long files wait until it is looked again whether they can be opened, in ms.
+constexpr int kLookAgain = 200;
+
+}  // namespace
+
+frmMain* frmMDIForm1::ActiveJukeboxWindow() const {
+  const QMdiSubWindow* const active = area_->currentSubWindow();
+  return active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
+}
+
+void frmMDIForm1::SendNodeCommand(int pane, int item) {
+  frmMain* const window = ActiveJukeboxWindow();
+  if (window == nullptr) return;
+  if (Folder* const node = window->Jukebox().selectednode())
+    window->ActOnPopUpClick(item, pane, node);
+}
+
+void frmMDIForm1::SendEditCommand(TreeCommand of_tree, ListCommand of_list) {
+  const frmMain* const window = ActiveJukeboxWindow();
+  if (window == nullptr) return;
+  if (window->CurrentPaneWFocus() == kTreePane) SendNodeCommand(kTreePane, of_tree);
+  if (window->CurrentPaneWFocus() == kListPane) SendNodeCommand(kListPane, of_list);
+}
+
+void frmMDIForm1::Run(FrameCommand command) {
+  switch (command) {
+    case FrameCommand::kNew:
+      return NewJukebox();
+    case FrameCommand::kOpen:
+      return documents_->Open();
+    case FrameCommand::kClose:
+      if (QMdiSubWindow* const active = area_->currentSubWindow()) active->close();
+      return;
+    case FrameCommand::kSave:
+      return SaveDatForm();
+    case FrameCommand::kSaveAs:
+      documents_->SaveAs();
+      return;
+    case FrameCommand::kExit:
+      close();
+      return;
+    case FrameCommand::kCut:
+      if (!EditInText(TextEdit::kCut)) SendEditCommand(kCutFolder, kCutSongs);
+      return;
+    case FrameCommand::kCopy:
+      if (!EditInText(TextEdit::kCopy)) SendEditCommand(kCopyFolder, kCopySongs);
+      return;
+    case FrameCommand::kPaste:
+      if (!EditInText(TextEdit::kPaste)) SendEditCommand(kPasteFolder, kPasteSongs);
+      return;
+    case FrameCommand::kDelete:
+      if (!EditInText(TextEdit::kDelete)) SendEditCommand(kDeleteFolder, kDeleteSongs);
+      return;
+    case FrameCommand::kAddFolderToRoot:
+      return SendNodeCommand(kTreePane, kAddFolderToRoot);
+    case FrameCommand::kAddFolderToSelectedFolder:
+      return SendNodeCommand(kTreePane, kAddFolderToSelected);
+    case FrameCommand::kPlaySelectedSongs:
+      return SendNodeCommand(kListPane, kPlaySelectedSongs);
+    case FrameCommand::kPlayAllSongsInFolder:
+      return SendNodeCommand(kListPane, kPlayAllSongsInFolder);
+    case FrameCommand::kNextTrack:
+      return player_.SendWinampCommand(kNextTrack);
+    case FrameCommand::kPreviousTrack:
+      return player_.SendWinampCommand(kPreviousTrack);
+    case FrameCommand::kPause:
+      return player_.SendWinampCommand(kPause);
+    case FrameCommand::kPlay:
+      return player_.SendWinampCommand(kPlay);
+    case FrameCommand::kStop:
+      return player_.SendWinampCommand(kStop);
+    case FrameCommand::kStopAfterTrack:
+      return player_.SendWinampCommand(kStopAfterTrack);
+    case FrameCommand::kCloseWinAmp:
+      return player_.SendWinampCommand(kClosePlayer);
+    case FrameCommand::kNewSongsNormalLocations:
+      return BringIn(NewSongsPlace::kUsualFolders);
+    case FrameCommand::kNewSongsWholeComputerSearch:
+      return BringIn(NewSongsPlace::kWholeComputer);
+    case FrameCommand::kFind:
+      return ShowFind();
+    case FrameCommand::kChangeBackgroundPicture:
+      return ChangeBackgroundPicture();
+    case FrameCommand::kCascade:
+      return ArrangeJukeboxes(Cascade);
+    case FrameCommand::kTile:
+      return ArrangeJukeboxes(TileHorizontally);
+    case FrameCommand::kArrangeIcons:
+      return ArrangeIcons(*area_);
+    case FrameCommand::kHelp:
+      return ShowHelp();
+    case FrameCommand::kTip:
+      return ShowTip(true);
+    case FrameCommand::kAbout:
+      return ShowAbout();
+  }
+}
+
+void frmMDIForm1::BringIn(NewSongsPlace place) {
+  if (searching_) return;
+  // The lists are filled anew, but whoever looks at one stays where they are.
+  std::vector<std::pair<PVExplorer*, PVExplorer::Place>> places;
+  for (const Jukebox* const jukebox : OpenJukeboxes()) {
+    PVExplorer& explorer = WindowOf(*jukebox)->PVExplorer1();
+    places.emplace_back(&explorer, explorer.CurrentPlace());
+  }
+  BringInNewSongs(place, tallow_, *this);
+  for (const auto& [explorer, before] : places) explorer->GoTo(before);
+}
+
+void frmMDIForm1::OpenFiles(const std::vector<std::string>& paths) {
+  waiting_files_.insert(waiting_files_.end(), paths.begin(), paths.end());
+  OpenWaitingFiles();
+}
+
+void frmMDIForm1::ComeToFront() {
+  setWindowState(windowState() & ~Qt::WindowMinimized);
+  raise();
+  activateWindow();
+}
+
+void frmMDIForm1::OpenWaitingFiles() {
+  // A dialog, a search or the start has to come to its end first.
+  if (!isVisible() || !isEnabled() || QApplication::activeModalWidget() != nullptr) {
+    QTimer::singleShot(kLookAgain, this, &frmMDIForm1::OpenWaitingFiles);
+    return;
+  }
+  ComeToFront();
+  for (const std::string& path : std::exchange(waiting_files_, {})) {
+    QMdiSubWindow* open = nullptr;
+    for (const Jukebox* const jukebox : OpenJukeboxes())
+      if (!jukebox->FilePath().empty() && IsSamePath(jukebox->FilePath(), path))
+        open = qobject_cast<QMdiSubWindow*>(WindowOf(*jukebox)->parentWidget());
+    if (open != nullptr)
+      BringToFront(*area_, *open);
+    else
+      documents_->OpenUnlessOpen(path);
+  }
+}
+
+void frmMDIForm1::ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange) {
+  // It would take a place among them.
+  if (panel_) panel_->showMinimized();
+  QMdiSubWindow* const active = area_->currentSubWindow();
+  arrange(*area_);
+  if (active != area_->currentSubWindow()) area_->setActiveSubWindow(active);
+}
+
+void frmMDIForm1::ShowFind() {
+  if (find_ == nullptr)
+    find_ = new frmFind([this] { return ActiveJukeboxWindow(); }, tallow_.library, show_, this);
+  find_->Begin();
+  find_->exec();
+  // What was found is what the keys are for next.
+  frmMain* const window = ActiveJukeboxWindow();
+  if (window != nullptr && find_->HasFound()) window->PVExplorer1().TakeFocus(true);
+}
+
+void frmMDIForm1::ShowTip(bool asked_for) {
+  frmTip tip(TipFilePath(tallow_.application_folder, std::string(FolderOfPath(ExecutablePath()))),
+             isVisible() ? this : nullptr);
+  tip.setProperty(kHelpPage, QStringLiteral("windows"));
+  tip.ShowFlag(asked_for);
+  if (!tip.Load()) return;
+  // The frame may not have come to its place yet.
+  tip.adjustSize();
+  tip.move(QGuiApplication::primaryScreen()->availableGeometry().center() - tip.rect().center());
+  tip.exec();
+}
+
+void frmMDIForm1::ShowAbout() {
+  frmSplash about({}, this);
+  about.setProperty(kHelpPage, QStringLiteral("menus"));
+  about.ShowOKButton(true);
+  about.Load();
+  about.exec();
+}
+
+void frmMDIForm1::ShowHelp() {
+  if (!OpenHelpFile(HelpFilePath(tallow_.application_folder))) ShowHelpPage({});
+}
+
+void frmMDIForm1::ShowHelpPage(const QString& page) {
+  // What stands behind a modal dialog could not be used, so there the help belongs to the dialog.
+  QWidget* const modal = QApplication::activeModalWidget();
+  const bool is_usable = help_ != nullptr && (modal == nullptr || modal == help_->parentWidget());
+  if (!is_usable) {
+    if (help_ != nullptr) help_->deleteLater();
+    help_ = new frmHelp(modal);
+    help_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  help_->ShowPage(page);
+  help_->show();
+  help_->raise();
+  help_->activateWindow();
+}
+
+SearchProgress& frmMDIForm1::ShowSearching() {
+  searching_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; });
+  searching_->setProperty(kHelpPage, QStringLiteral("new-songs"));
+  searching_->Load();
+  searching_->show();
+  searching_->Redraw();
+  return *searching_;
+}
+
+void frmMDIForm1::UnloadSearching() { searching_.reset(); }
+
+Jukebox* frmMDIForm1::ActiveJukebox() {
+  frmMain* const window = ActiveJukeboxWindow();
+  return window != nullptr ? &window->Jukebox() : nullptr;
+}
+
+std::span<Jukebox* const> frmMDIForm1::AllJukeboxes() {
+  open_ = OpenJukeboxes();
+  return open_;
+}
+
+}  // namespace tallow

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frm_mdi_form1_documents.h"
+
+#include <QMdiArea>
+
+#include "jukebox/window/frm_main.h"
+#include "jukebox/window/pv_explorer.h"
+#include "ui/dialogs/common_dialog.h"
+#include "util/text.h"
+
+namespace tallow {
+
+Jukebox* frmMDIForm1::Documents::ActiveJukebox() {
+  QMdiSubWindow* active = frame_.area_->currentSubWindow();
+  if (active != nullptr && active == frame_.panel_) {
+    active->showMinimized();
+    active = frame_.LastActiveJukebox();
+  }
+  auto* const window = active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
+  if (window == nullptr) return nullptr;
+  // What is being typed is to be saved as well.
+  window->PVExplorer1().CommitEditing();
+  return &window->Jukebox();
+}
+
+std::span<Jukebox* const> frmMDIForm1::Documents::OpenJukeboxes() {
+  open_ = frame_.OpenJukeboxes();
+  return open_;
+}
+
+bool frmMDIForm1::Documents::IsOpen(std::string_view caption) {
+  for (const QMdiSubWindow* const sub : frame_.area_->subWindowList()) {
+    if (!sub->isVisible()) continue;
+    // A title is the caption as far as it can be shown; two captions may have one title.
+    auto* const window = qobject_cast<frmMain*>(sub->widget());
+    const std::string own = window != nullptr ? window->Jukebox().Caption()
+                                              : sub->widget()->windowTitle().toStdString();
+    if (EqualsIgnoringCase(own, caption)) return true;
+  }
+  return false;
+}
+
+Jukebox& frmMDIForm1::Documents::NewJukebox() {
+  active_before_ = frame_.area_->currentSubWindow();
+  return frame_.NewJukeboxWindow().Jukebox();
+}
+
+void frmMDIForm1::Documents::ShowJukebox(Jukebox& jukebox) {
+  if (frmMain* const window = frame_.WindowOf(jukebox)) frame_.ShowJukeboxWindow(*window);
+}
+
+void frmMDIForm1::Documents::DropJukebox(Jukebox& jukebox) {
+  if (frmMain* const window = frame_.WindowOf(jukebox)) delete window->parentWidget();
+  if (active_before_ != nullptr) frame_.area_->setActiveSubWindow(active_before_);
+}
+
+std::optional<std::string> frmMDIForm1::Documents::AskForFileToOpen(const std::string& folder) {
+  return AskForFile(&frame_, folder, kJukeboxFilter, FileDialogPurpose::kOpen);
+}
+
+std::optional<std::string> frmMDIForm1::Documents::AskForFileToSave(const std::string& folder) {
+  return AskForFile(&frame_, folder, kJukeboxFilter, FileDialogPurpose::kSave);
+}
+
+MessageAnswer frmMDIForm1::Documents::Show(const Message& message) { return frame_.Show(message); }
+
+void frmMDIForm1::Documents::Notice(const std::vector<std::string>& lines) { frame_.Notice(lines); }
+
+}  // namespace tallow

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <vector>
+
+#include <QMdiSubWindow>
+#include <QPointer>
+
+#include "ui/frame/frm_mdi_form1.h"
+#include "ui/frame/jukebox_documents.h"
+
+namespace tallow {
+
+/// The frame as the commands on jukebox files see it.
+class frmMDIForm1::Documents : public DocumentWindows {
+ public:
+  explicit Documents(frmMDIForm1& frame) : frame_(frame) {}
+
+  Jukebox* ActiveJukebox() override;
+  std::span<Jukebox* const> OpenJukeboxes() override;
+  bool IsOpen(std::string_view caption) override;
+  Jukebox& NewJukebox() override;
+  void ShowJukebox(Jukebox& jukebox) override;
+  void DropJukebox(Jukebox& jukebox) override;
+  std::optional<std::string> AskForFileToOpen(const std::string& folder) override;
+  std::optional<std::string> AskForFileToSave(const std::string& folder) override;
+  MessageAnswer Show(const Message& message) override;
+  void Notice(const std::vector<std::string>& lines) override;
+
+ private:
+  frmMDIForm1& frame_;
+  std::vector<Jukebox*> open_;
+  QPointer<QMdiSubWindow> active_before_;  ///< when a window was made
+};
+
+}  // namespace tallow

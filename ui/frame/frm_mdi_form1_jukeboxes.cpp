@@ -1,0 +1,187 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The jukebox windows of the frame window.
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+#include "app/initial_jukebox.h"
+#include "app/tallow.h"
+#include "jukebox/sorting.h"
+#include "jukebox/window/frm_main.h"
+#include "jukebox/window/pv_explorer.h"
+#include "ui/dialogs/frm_help.h"
+#include "ui/display_text.h"
+#include "ui/frame/frm_mdi_form1.h"
+#include "ui/frame/jukebox_documents.h"
+#include "util/errors.h"
+
+namespace tallow {
+namespace {
+
+/// Of a jukebox window that no longer fills the frame, and how far it lies from the one before, in pixels.
+constexpr QSize kJukeboxSize(760, 480);
+constexpr int kCascadeStep = 28;
+
+}  // namespace
+
+void frmMDIForm1::NewJukebox() {
+  if (OpenJukeboxes().empty()) {
+    frmMain& window = NewJukeboxWindow();
+    const std::vector<Jukebox*> open = OpenJukeboxes();
+    try {
+      BuildInitialJukebox(tallow_.library, window.Jukebox(), open,
+                          [&] { ShowJukeboxWindow(window); });
+    } catch (const FilingError& error) {
+      Notice(error.problems());
+    } catch (const std::exception& error) {
+      Notice({std::string("The songs could not be filed. ") + error.what()});
+      if (!window.isVisible()) delete window.parentWidget();
+    }
+    return;
+  }
+  frmMain& window = NewJukeboxWindow();
+  Jukebox& jukebox = window.Jukebox();
+  // A recovered jukebox may have the number of one that was made in an earlier run.
+  do {
+    jukebox.Caption("JukeBox" + std::to_string(jukebox_windows_));
+  } while (IsOpenTwice(jukebox) && ++jukebox_windows_ > 0);
+  jukebox.AddColumnHeader(kNameHeader);
+  jukebox.AddColumnHeader(kKeyHeader);
+  jukebox.Nodes().AddChild(nullptr, "All Songs");
+  jukebox.RememberContent();
+  ShowJukeboxWindow(window);
+}
+
+bool frmMDIForm1::IsOpenTwice(const Jukebox& jukebox) const {
+  const std::vector<Jukebox*> open = OpenJukeboxes();
+  return std::count_if(open.begin(), open.end(), [&](const Jukebox* other) {
+           return other->Caption() == jukebox.Caption();
+         }) > 1;
+}
+
+frmMain& frmMDIForm1::NewJukeboxWindow() {
+  ++jukebox_windows_;
+  auto* const window = new frmMain(tallow_, show_);
+  QMdiSubWindow* const sub = area_->addSubWindow(window);
+  sub->resize(kJukeboxSize);
+  sub->hide();
+  connect(sub, &QMdiSubWindow::windowStateChanged, this,
+          [this](Qt::WindowStates before, Qt::WindowStates now) {
+            if (now.testFlag(Qt::WindowMinimized)) return LeaveMinimized();
+            if (before.testFlag(Qt::WindowMaximized) && !now.testFlag(Qt::WindowMaximized))
+              RestoreJukeboxes();
+          });
+  window->setProperty(kHelpPage, QStringLiteral("jukebox"));
+  connect(window, &frmMain::Problem, this, [this](const QStringList& lines) {
+    std::vector<std::string> texts;
+    for (const QString& line : lines) texts.push_back(line.toStdString());
+    Notice(texts);
+  });
+  window->OnSaveBeforeClosing([this, sub, window] {
+    // It does not become the active one where it, or the frame, is minimized.
+    area_->setActiveSubWindow(sub);
+    return documents_->Save(window->Jukebox());
+  });
+  connect(window, &frmMain::HalfAStep, this,
+          [this, window](std::uint64_t pair, bool back) { StepOtherHalf(*window, pair, back); });
+  connect(window, &frmMain::ChangeBackgroundPicture, this, &frmMDIForm1::ChangeBackgroundPicture);
+  connect(window, &frmMain::PlaySongs, this,
+          [this](std::vector<std::int32_t> songs) { play_commands_.Play(std::move(songs)); });
+  return *window;
+}
+
+void frmMDIForm1::StepOtherHalf(const frmMain& window, std::uint64_t pair, bool back) {
+  for (const Jukebox* const jukebox : OpenJukeboxes()) {
+    frmMain* const other = WindowOf(*jukebox);
+    if (other != &window && other->PVExplorer1().StepOtherHalf(pair, back)) return;
+  }
+  Notice(
+      {std::string("Of this move between two jukeboxes only the half in ") +
+       DisplayText(window.windowTitle().toStdString()).toStdString() + " was " +
+       (back ? "undone" : "done again") +
+       ": the other jukebox was closed or has changed since. Undo and redo there act on the other "
+       "half."});
+}
+
+void frmMDIForm1::PlaceInside(QMdiSubWindow& sub, int number) const {
+  const QRect space = area_->viewport()->rect();
+  if (space.contains(sub.geometry())) return;
+  const QSize size = kJukeboxSize.boundedTo(space.size() * 4 / 5);
+  const int steps = std::max(1, std::min((space.width() - size.width()) / kCascadeStep,
+                                         (space.height() - size.height()) / kCascadeStep));
+  const int step = number % steps * kCascadeStep;
+  sub.setGeometry(QRect(QPoint(step, step), size));
+}
+
+void frmMDIForm1::RestoreJukeboxes() {
+  // All or none fill the frame: one that did behind the others would lend it its name and its buttons.
+  QMdiSubWindow* const active = area_->currentSubWindow();
+  int number = 0;
+  for (QMdiSubWindow* const sub : area_->subWindowList()) {
+    if (qobject_cast<frmMain*>(sub->widget()) == nullptr || sub->isMinimized()) continue;
+    if (sub->isMaximized()) sub->showNormal();
+    PlaceInside(*sub, number++);
+  }
+  if (active != nullptr) area_->setActiveSubWindow(active);
+}
+
+void frmMDIForm1::LeaveMinimized() {
+  // Commands would change a jukebox that nobody sees.
+  const QList<QMdiSubWindow*> windows = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
+  for (auto sub = windows.rbegin(); sub != windows.rend(); ++sub) {
+    if (!(*sub)->isVisible() || (*sub)->isMinimized()) continue;
+    if (qobject_cast<frmMain*>((*sub)->widget()) == nullptr) continue;
+    area_->setActiveSubWindow(*sub);
+    return;
+  }
+}
+
+void frmMDIForm1::ShowJukeboxWindow(frmMain& window) {
+  window.ShowJukebox();
+  window.show();
+  window.parentWidget()->showMaximized();
+  window.TakeFocus();
+}
+
+std::vector<Jukebox*> frmMDIForm1::OpenJukeboxes() const {
+  std::vector<Jukebox*> jukeboxes;
+  for (const QMdiSubWindow* const sub : area_->subWindowList(QMdiArea::CreationOrder))
+    if (auto* const window = qobject_cast<frmMain*>(sub->widget()))
+      jukeboxes.push_back(&window->Jukebox());
+  return jukeboxes;
+}
+
+frmMain* frmMDIForm1::WindowOf(const Jukebox& jukebox) const {
+  for (const QMdiSubWindow* const sub : area_->subWindowList())
+    if (auto* const window = qobject_cast<frmMain*>(sub->widget()))
+      if (&window->Jukebox() == &jukebox) return window;
+  return nullptr;
+}
+
+QMdiSubWindow* frmMDIForm1::LastActiveJukebox() const {
+  QMdiSubWindow* jukebox = nullptr;
+  for (QMdiSubWindow* const sub : area_->subWindowList(QMdiArea::ActivationHistoryOrder))
+    if (qobject_cast<frmMain*>(sub->widget()) != nullptr) jukebox = sub;
+  return jukebox;
+}
+
+void frmMDIForm1::ActivateJukebox() {
+  if (QMdiSubWindow* const jukebox = LastActiveJukebox()) area_->setActiveSubWindow(jukebox);
+}
+
+void frmMDIForm1::KeepUnsavedChanges() {
+  for (const Jukebox* const jukebox : OpenJukeboxes()) {
+    try {
+      tallow_.unsaved.Keep(*jukebox, tallow_.library);
+    } catch (const FileError& error) {
+      Notice({"The unsaved changes of " + jukebox->Caption() +
+              " could not be kept for the case of a crash. " + error.what() +
+              ". Save the jukebox."});
+    }
+  }
+}
+
+}  // namespace tallow

@@ -1,0 +1,354 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frm_mdi_form1.h"
+
+#include <gtest/gtest.h>
+
+#include <QDir>
+#include <QEvent>
+#include <QMenu>
+#include <QStatusBar>
+#include <QTest>
+
+#include "app/initial_jukebox.h"
+#include "jukebox/window/pv_explorer.h"
+#include "player/frm_main_winamp.h"
+#include "tests/frame_fixture.h"
+
+namespace tallow {
+namespace {
+
+using FrmMdiForm1 = FrameTest;
+
+TEST_F(FrmMdiForm1, HoldsTheOpenJukeboxesInTheirOrder) {
+  EXPECT_EQ(frame.objectName(), "frmMDIForm1");
+  EXPECT_TRUE(frame.OpenJukeboxes().empty());
+  frmMain& one = frame.NewJukeboxWindow();
+  frmMain& two = frame.NewJukeboxWindow();
+  EXPECT_EQ(frame.OpenJukeboxes(), (std::vector<Jukebox*>{&one.Jukebox(), &two.Jukebox()}));
+  EXPECT_EQ(frame.WindowOf(two.Jukebox()), &two);
+  Jukebox stranger;
+  EXPECT_EQ(frame.WindowOf(stranger), nullptr);
+}
+
+TEST_F(FrmMdiForm1, AShownJukeboxFillsTheFrame) {
+  frmMain& window = frame.NewJukeboxWindow();
+  window.Jukebox().Caption("MIX");
+  frame.show();
+  EXPECT_FALSE(window.isVisible());
+  frame.ShowJukeboxWindow(window);
+  EXPECT_TRUE(window.isVisible());
+  auto* const area = frame.findChild<QMdiArea*>();
+  ASSERT_EQ(area->subWindowList().size(), 1);
+  EXPECT_TRUE(area->subWindowList()[0]->isMaximized());
+  EXPECT_EQ(area->subWindowList()[0]->windowTitle(), "MIX");
+}
+
+TEST_F(FrmMdiForm1, AClosedJukeboxIsNoLongerOpen) {
+  frmMain& window = frame.NewJukeboxWindow();
+  frame.show();
+  frame.ShowJukeboxWindow(window);
+  frame.findChild<QMdiArea*>()->closeAllSubWindows();
+  LetClosedWindowsGo();
+  EXPECT_TRUE(frame.OpenJukeboxes().empty());
+}
+
+TEST_F(FrmMdiForm1, PlayingOpensThePanelBesideTheJukebox) {
+  frmMain& jukebox = ShowJukebox();
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  ASSERT_NE(frame.PlayerPanel(), nullptr);
+  EXPECT_EQ(HandOvers(), 1);
+  EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{1, 2}));
+  EXPECT_EQ(frame.PlayerPanel()->windowTitle(), "WinAMP Version# 2.081");
+  const QMdiSubWindow& panel = SubOf(*frame.PlayerPanel());
+  EXPECT_TRUE(panel.isVisible());
+  EXPECT_FALSE(panel.isMaximized());
+  EXPECT_TRUE(SubOf(jukebox).isMaximized());
+  EXPECT_TRUE(Area().viewport()->rect().contains(panel.geometry()));
+  // The next command is for the jukebox.
+  EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
+  // Jukeboxes are counted without it.
+  EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);
+}
+
+TEST_F(FrmMdiForm1, AnOpenPanelIsHandedTheListOnceMore) {
+  frmMain& jukebox = ShowJukebox();
+  Folder& folder = *jukebox.Jukebox().selectednode();
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  const frmMainWinamp* const panel = frame.PlayerPanel();
+  HandOvers();
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  EXPECT_EQ(HandOvers(), 1);
+  EXPECT_EQ(frame.PlayerPanel(), panel);
+}
+
+TEST_F(FrmMdiForm1, AMinimizedPanelComesBackForTheNextSongs) {
+  frmMain& jukebox = ShowJukebox();
+  Folder& folder = *jukebox.Jukebox().selectednode();
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));
+  SubOf(*frame.PlayerPanel()).showMinimized();
+  EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  EXPECT_FALSE(SubOf(*frame.PlayerPanel()).isMinimized());
+  EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
+}
+
+TEST_F(FrmMdiForm1, ThePanelStaysInsideAFrameThatGetsSmaller) {
+  frmMain& jukebox = ShowJukebox();
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  frame.resize(700, 420);
+  const auto in_the_corner = [&] {
+    return Area().viewport()->rect().bottomRight() ==
+           SubOf(*frame.PlayerPanel()).geometry().bottomRight();
+  };
+  EXPECT_TRUE(QTest::qWaitFor(in_the_corner));
+  frame.resize(1000, 700);
+  EXPECT_TRUE(QTest::qWaitFor(in_the_corner));
+  // Where the user has put it, it stays as long as there is room.
+  SubOf(*frame.PlayerPanel()).move(100, 150);
+  frame.resize(900, 600);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(SubOf(*frame.PlayerPanel()).pos(), QPoint(100, 150));
+  frame.resize(500, 330);
+  EXPECT_TRUE(QTest::qWaitFor(
+      [&] { return Area().viewport()->rect().contains(SubOf(*frame.PlayerPanel()).geometry()); }));
+}
+
+TEST_F(FrmMdiForm1, AnEmptySelectionDoesNothing) {
+  frmMain& jukebox = ShowJukebox();
+  jukebox.ActOnPopUpClick(kPlaySelectedSongs, kListPane, jukebox.Jukebox().selectednode());
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+  EXPECT_EQ(link.Take(), Texts{});
+}
+
+TEST_F(FrmMdiForm1, APanelWhosePlayerIsNotThereDoesNotStay) {
+  frmMain& jukebox = ShowJukebox();
+  Folder& folder = *jukebox.Jukebox().selectednode();
+  link.starts = false;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  EXPECT_EQ(messages.Take(), Texts{"Couldn't start WinAMP"});
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+  link.starts = true;
+  link.found = 0;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+  // Once it was open it stays, whatever becomes of the player.
+  link.found = 7;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  link.found = 0;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  EXPECT_NE(frame.PlayerPanel(), nullptr);
+}
+
+TEST_F(FrmMdiForm1, WithoutAPlayerTheQuestionComesAndNoPanel) {
+  frmMain& jukebox = ShowJukebox();
+  tallow.settings.LocOfWinAmpExe("");
+  messages.answer = MessageAnswer::kNo;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  EXPECT_EQ(messages.shown.size(), 1U);
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+}
+
+TEST_F(FrmMdiForm1, ThePendingSearchIsSaidInTheStatusBarWhileTheFrameIsDisabled) {
+  frmMain& jukebox = ShowJukebox();
+  tallow.settings.LocOfWinAmpExe("");
+  tallow.player_search_is_pending = true;
+  QString status;
+  bool enabled = true;
+  tallow.search_for_player = [&] {
+    status = frame.statusBar()->currentMessage();
+    enabled = frame.isEnabled();
+    tallow.settings.LocOfWinAmpExe("/opt/player");
+  };
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  EXPECT_EQ(status, "Searching for Winamp  . . . ");
+  EXPECT_FALSE(enabled);
+  EXPECT_TRUE(frame.isEnabled());
+  EXPECT_EQ(frame.statusBar()->currentMessage(), "");
+  EXPECT_EQ(HandOvers(), 1);
+}
+
+TEST_F(FrmMdiForm1, ClosingThePanelClosesThePlayerAndTheNextSongsOpenItAnew) {
+  frmMain& jukebox = ShowJukebox();
+  Folder& folder = *jukebox.Jukebox().selectednode();
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  link.Take();
+  SubOf(*frame.PlayerPanel()).close();
+  EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
+  LetClosedWindowsGo();
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  EXPECT_EQ(HandOvers(), 1);
+}
+
+TEST_F(FrmMdiForm1, ClosingTheFrameClosesThePanel) {
+  frmMain& jukebox = ShowJukebox();
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  link.Take();
+  frame.close();
+  EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
+}
+
+TEST_F(FrmMdiForm1, TheFileMenuHasItsItemsInTheirOrder) {
+  auto* const menu = frame.findChild<QMenu*>(QStringLiteral("mnuFile"));
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->title(), "&File");
+  QStringList items;
+  for (const QAction* const action : menu->actions())
+    items.append(action->isSeparator() ? QStringLiteral("-")
+                                       : action->objectName() + " " + action->text() + " " +
+                                             action->shortcut().toString());
+  EXPECT_EQ(items, (QStringList{"mnuNew &New Jukebox Ctrl+N", "mnuOpen &Open... Ctrl+O",
+                                "mnuClose &Close ", "-", "mnuSave &Save Ctrl+S",
+                                "mnuSaveAs Save &As... ", "mnuExit E&xit ", "-"}));
+  EXPECT_FALSE(menu->actions().back()->isVisible());
+}
+
+TEST_F(FrmMdiForm1, RecentFilesAppearInTheFileMenuAsTheyAreSaved) {
+  const auto item = [&](int element) {
+    return frame.findChild<QAction*>(QStringLiteral("mnuTheFiles%1").arg(element));
+  };
+  EXPECT_EQ(item(1), nullptr);
+  tallow.settings.LocOfLastSavedJukeBox("/F/one & two.juk");
+  ASSERT_NE(item(1), nullptr);
+  EXPECT_TRUE(item(0)->isVisible());
+  EXPECT_EQ(item(1)->text(), "&1.  /F/one && two.juk");
+  EXPECT_EQ(item(2), nullptr);
+  tallow.settings.LocOfLastSavedJukeBox(
+      "/F/abcdefghijklmnopqrstuvwxyz/abcdefghijklmnopqrstuvwxyz.juk");
+  EXPECT_EQ(item(1)->text(), "&1.  /F/abcdefghijkl .... fghijklmnopqrstuvwxyz.juk");
+  EXPECT_EQ(item(2)->text(), "&2.  /F/one && two.juk");
+}
+
+TEST_F(FrmMdiForm1, AJukeboxIsSavedClosedAndOpenedFromTheMenu) {
+  frmMain& jukebox = ShowJukebox();
+  jukebox.Jukebox().Caption("SAMPLE");
+  const auto choose = [&](const char* item, const QString& file) {
+    WithFileDialog(Item(item), [&](QFileDialog& dialog) {
+      EXPECT_EQ(dialog.objectName(), "CommonDialog1");
+      EXPECT_EQ(dialog.directory(), QDir(QString::fromStdString(application / "Grouping/")));
+      EXPECT_EQ(dialog.nameFilters(), QStringList{"Juke Box Files (*.juk)"});
+      Choose(dialog, file);
+    });
+  };
+  choose("mnuSaveAs", "Mix");
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_TRUE(FileExists(application / "Grouping/mix.juk"));
+  EXPECT_EQ(jukebox.windowTitle(), "MIX");
+  Item("mnuClose").trigger();
+  LetClosedWindowsGo();
+  ASSERT_TRUE(frame.OpenJukeboxes().empty());
+  choose("mnuOpen", QString::fromStdString(application / "Grouping/mix.juk"));
+  ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
+  EXPECT_EQ(frame.OpenJukeboxes()[0]->Caption(), "MIX");
+  EXPECT_TRUE(SubOf(*frame.WindowOf(*frame.OpenJukeboxes()[0])).isVisible());
+  Item("mnuTheFiles1").trigger();
+  EXPECT_EQ(messages.Take(), Texts{"This file is already open"});
+  RemoveFile(application / "Grouping/mix.juk");
+  messages.answer = MessageAnswer::kNo;
+  Item("mnuClose").trigger();
+  LetClosedWindowsGo();
+  EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to MIX"});
+  Item("mnuTheFiles1").trigger();
+  EXPECT_EQ(messages.Take().size(), 1U);
+  EXPECT_TRUE(frame.OpenJukeboxes().empty());
+}
+
+TEST_F(FrmMdiForm1, ANewJukeboxIsTheSampleFirstAndNumberedLater) {
+  frame.show();
+  QAction* const item = frame.findChild<QAction*>(QStringLiteral("mnuNew"));
+  item->trigger();
+  ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
+  EXPECT_EQ(frame.OpenJukeboxes()[0]->Caption(), kSampleCaption);
+  item->trigger();
+  item->trigger();
+  ASSERT_EQ(frame.OpenJukeboxes().size(), 3U);
+  EXPECT_EQ(frame.OpenJukeboxes()[1]->Caption(), "JukeBox2");
+  EXPECT_EQ(frame.OpenJukeboxes()[2]->Caption(), "JukeBox3");
+  const Jukebox& jukebox = *frame.OpenJukeboxes()[2];
+  EXPECT_EQ(jukebox.Nodes().Count(), 1);
+  EXPECT_EQ(jukebox.Nodes().ChildAt(0).Text(), "All Songs");
+  EXPECT_EQ(jukebox.ColumnHeaders(), (Texts{"Name    --        (click to sort)", "Key"}));
+}
+
+TEST_F(FrmMdiForm1, TheControlFillsItsWindowWhateverItsState) {
+  frmMain& window = ShowJukebox();
+  const auto expect_filled = [&] {
+    QCoreApplication::processEvents();
+    const QRect control = window.PVExplorer1().geometry();
+    EXPECT_EQ(control.topLeft(), QPoint(0, 0));
+    EXPECT_GE(control.width(), window.width());
+    // The rule leaves some pixels for a frame that a style may have, and no more.
+    EXPECT_GE(control.bottom(), window.height() - 12);
+    const auto* const list = window.findChild<QTableView*>();
+    EXPECT_TRUE(window.rect().contains(list->mapTo(&window, list->rect().bottomRight())))
+        << window.width() << "x" << window.height() << " control " << control.width() << "x"
+        << control.height() << " list to " << list->mapTo(&window, list->rect().bottomRight()).x()
+        << " " << list->mapTo(&window, list->rect().bottomRight()).y();
+  };
+  expect_filled();
+  frame.resize(700, 500);
+  expect_filled();
+  frame.resize(1100, 800);
+  expect_filled();
+  SubOf(window).showNormal();
+  expect_filled();
+  SubOf(window).showMaximized();
+  expect_filled();
+}
+
+TEST_F(FrmMdiForm1, RestoredJukeboxesLieInsideTheFrameAndAllOfThem) {
+  std::vector<frmMain*> windows;
+  for (int k = 0; k < 8; ++k) windows.push_back(&ShowJukebox());
+  for (const frmMain* const window : windows) EXPECT_TRUE(SubOf(*window).isMaximized());
+  SubOf(*windows.back()).showNormal();
+  for (const frmMain* const window : windows) {
+    EXPECT_FALSE(SubOf(*window).isMaximized());
+    EXPECT_TRUE(Area().viewport()->rect().contains(SubOf(*window).geometry()));
+  }
+  EXPECT_EQ(Area().currentSubWindow(), &SubOf(*windows.back()));
+}
+
+TEST_F(FrmMdiForm1, AFileThatCannotBeOpenedLeavesTheActiveJukeboxActive) {
+  ShowJukebox();
+  frmMain& two = ShowJukebox();
+  ShowJukebox();
+  Area().setActiveSubWindow(&SubOf(two));
+  tallow.settings.LocOfLastSavedJukeBox(application / "gone.juk");
+  Item("mnuTheFiles1").trigger();
+  EXPECT_EQ(messages.Take().size(), 1U);
+  EXPECT_EQ(Area().currentSubWindow(), &SubOf(two));
+}
+
+TEST_F(FrmMdiForm1, ANewJukeboxTakesNoNumberThatIsOpen) {
+  ShowJukebox().Jukebox().Caption("JukeBox2");
+  Item("mnuNew").trigger();
+  EXPECT_EQ(frame.OpenJukeboxes()[1]->Caption(), "JukeBox3");
+}
+
+TEST_F(FrmMdiForm1, SavingPutsAnActivePanelOutOfTheWay) {
+  frmMain& jukebox = ShowJukebox();
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  jukebox.Jukebox().Caption("MIX");
+  jukebox.Jukebox().FileLocation(application / "Grouping/");
+  Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));
+  frame.SaveDatForm();
+  EXPECT_TRUE(SubOf(*frame.PlayerPanel()).isMinimized());
+  EXPECT_TRUE(FileExists(application / "Grouping/mix.juk"));
+}
+
+TEST_F(FrmMdiForm1, ANoticeIsInTheStatusBarWithAllLinesInItsTip) {
+  frame.Notice({});
+  EXPECT_EQ(frame.statusBar()->currentMessage(), "");
+  frame.Notice({"first", "second", "third"});
+  EXPECT_EQ(frame.statusBar()->currentMessage(), "first  (and 2 more)");
+  EXPECT_EQ(frame.statusBar()->toolTip(), "first\nsecond\nthird");
+  frame.Notice(std::vector<std::string>(50, "line"));
+  EXPECT_EQ(frame.statusBar()->toolTip().count(u'\n'), 20);
+  EXPECT_TRUE(frame.statusBar()->toolTip().endsWith(". . ."));
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/window_arrangement.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+namespace tallow {
+namespace {
+
+/// This many windows still come below each other; more would be too low to show anything.
+constexpr int kMostInOneColumn = 3;
+
+QList<QMdiSubWindow*> ShownWindows(const QMdiArea& area, bool minimized) {
+  QList<QMdiSubWindow*> windows;
+  for (QMdiSubWindow* const window : area.subWindowList(QMdiArea::CreationOrder))
+    if (window->isVisible() && window->isMinimized() == minimized) windows.append(window);
+  return windows;
+}
+
+/// How much of the area minimized windows take at its bottom, in pixels.
+int StripOfIcons(const QMdiArea& area) {
+  int top = area.viewport()->height();
+  for (const QMdiSubWindow* const window : ShownWindows(area, true))
+    top = std::min(top, window->y());
+  return area.viewport()->height() - top;
+}
+
+}  // namespace
+
+void BringToFront(QMdiArea& area, QMdiSubWindow& window) {
+  if (window.isMinimized()) window.showNormal();
+  area.setActiveSubWindow(&window);
+}
+
+void Cascade(QMdiArea& area) {
+  // A window that no longer fills the area comes to the front, so they are put back before each other.
+  QMdiSubWindow* const active = area.currentSubWindow();
+  const QList<QMdiSubWindow*> stack = area.subWindowList(QMdiArea::StackingOrder);
+  for (QMdiSubWindow* const window : stack)
+    if (window->isMaximized()) window->showNormal();
+  const auto put_back = [&stack] {
+    for (QMdiSubWindow* const window : stack) window->raise();
+  };
+  put_back();
+  const QMdiArea::WindowOrder order = area.activationOrder();
+  area.setActivationOrder(QMdiArea::StackingOrder);
+  area.cascadeSubWindows();
+  area.setActivationOrder(order);
+  if (active != nullptr) area.setActiveSubWindow(active);
+  put_back();
+}
+
+void TileHorizontally(QMdiArea& area) {
+  const QList<QMdiSubWindow*> windows = ShownWindows(area, false);
+  const int count = static_cast<int>(windows.size());
+  if (count == 0) return;
+  const int columns =
+      count <= kMostInOneColumn ? 1 : static_cast<int>(std::sqrt(static_cast<double>(count)));
+  for (QMdiSubWindow* const window : windows) window->showNormal();
+  ArrangeIcons(area);
+  // On a small area they lie over the windows rather than leave them no room.
+  constexpr int kMostOfArea = 3;
+  QRect space = area.viewport()->rect();
+  const int strip = StripOfIcons(area);
+  if (strip < space.height() / kMostOfArea) space.setHeight(space.height() - strip);
+  int next = 0;
+  for (int column = 0; column < columns; ++column) {
+    // The last columns take the ones that are left over.
+    const int rows = count / columns + (column >= columns - count % columns ? 1 : 0);
+    const int left = space.width() * column / columns;
+    const int right = space.width() * (column + 1) / columns;
+    for (int row = 0; row < rows; ++row) {
+      const int top = space.height() * row / rows;
+      const int bottom = space.height() * (row + 1) / rows;
+      windows[next++]->setGeometry(left, top, right - left, bottom - top);
+    }
+  }
+}
+
+void ArrangeIcons(QMdiArea& area) {
+  const QRect space = area.viewport()->rect();
+  int left = 0;
+  int bottom = space.height();
+  int tallest = 0;
+  for (QMdiSubWindow* const window : ShownWindows(area, true)) {
+    if (left > 0 && left + window->width() > space.width()) {
+      left = 0;
+      bottom -= tallest;
+      tallest = 0;
+    }
+    window->move(left, std::max(0, bottom - window->height()));
+    window->raise();
+    left += window->width();
+    tallest = std::max(tallest, window->height());
+  }
+}
+
+}  // namespace tallow
