@@ -100,6 +100,7 @@ class LiteralHistory {
   }
   /// Takes entries out of a folder, now and in all that is kept.
   void Drop(std::int32_t folder, const std::vector<std::int32_t>& entries) {
+    if (entries.empty()) return;
     OnAll([&](Node& root) {
       if (Node* const kept = Find(root, folder))
         std::erase_if(kept->songs, [&](const auto& song) {
