@@ -171,7 +171,7 @@ TEST_F(Recovery, AFileThatHoldsNoJukeboxIsSaidAndKeptAside) {
   EXPECT_EQ(windows->asked.size(), 1U);
   ASSERT_EQ(windows->told.size(), 1U);
   EXPECT_EQ(windows->told[0],
-            Path("System/Jukebox-7.unsaved") +
+            SystemFolder(application.path()) + "Jukebox-7.unsaved" +
                 ": the unsaved changes in this file cannot be read (at byte 2 it is damaged or cut "
                 "off). It is kept with .bak behind its name.");
   EXPECT_EQ(windows->notices.size(), 1U);

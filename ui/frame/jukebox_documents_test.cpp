@@ -411,8 +411,8 @@ TEST_F(Documents, ANameThatIsOnlyAnExtensionIsOne) {
   chosen = own + ".juk";
   EXPECT_TRUE(documents.SaveAs());
   EXPECT_EQ(active->Caption(), ".JUK");
-  EXPECT_EQ(CaptionOfFile("/m/.juk"), ".JUK");
-  EXPECT_EQ(CaptionOfFile("/m/ .juk"), ".JUK");
+  EXPECT_EQ(CaptionOfFile(own + ".juk"), ".JUK");
+  EXPECT_EQ(CaptionOfFile(own + " .juk"), ".JUK");
 }
 
 TEST_F(Documents, AFileThatAnotherWindowHasIsNotReplaced) {

@@ -120,7 +120,7 @@ TEST_F(SeveralJukeboxes, OnlyAWindowThatIsSeenCountsAsOpen) {
   frame.OpenFiles({path});
   EXPECT_EQ(messages.Take(), Texts{});
   EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
-  frame.OpenFiles({GroupingFolder(application.path()) + "x/MIX.juk"});
+  frame.OpenFiles({GroupingFolder(application.path()) + "x" + kSep + "MIX.juk"});
   EXPECT_EQ(messages.Take(), Texts{"This file is already open"});
 }
 
