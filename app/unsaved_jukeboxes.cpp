@@ -74,7 +74,9 @@ std::string UnsavedJukeboxes::FreePath() const {
   for (int number = 1;; ++number) {
     std::string path = folder_ + "Jukebox-" + std::to_string(number) + ".unsaved";
     const auto is_used = [&](const auto& kept) { return kept.second.path == path; };
-    if (IsGone(path) && std::none_of(kept_.begin(), kept_.end(), is_used)) return path;
+    // Where the folder cannot be looked into, writing says why.
+    const bool is_there = FileExists(path) || FolderExists(path);
+    if (!is_there && std::none_of(kept_.begin(), kept_.end(), is_used)) return path;
   }
 }
 

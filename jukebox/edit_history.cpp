@@ -251,6 +251,13 @@ EditHistory::SongChange EditHistory::LastSongChange(const Folder& folder) const 
   return result;
 }
 
+EditHistory::HalfState EditHistory::StateOfHalf(std::uint64_t pair) const noexcept {
+  const auto is_half = [pair](const Step& step) { return step.half.pair == pair; };
+  if (std::any_of(undo_.begin(), undo_.end(), is_half)) return HalfState::kDone;
+  if (std::any_of(redo_.begin(), redo_.end(), is_half)) return HalfState::kUndone;
+  return HalfState::kForgotten;
+}
+
 void EditHistory::DropDoubles(Step& step) {
   for (Change& change : step.changes) {
     auto* const songs = std::get_if<SongPresence>(&change);

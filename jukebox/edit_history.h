@@ -90,12 +90,21 @@ class EditHistory {
   /// What the step that was taken back or done again last did to the songs of a folder.
   SongChange LastSongChange(const Folder& folder) const;
 
-  /// Makes the latest step one half of a change to two jukeboxes.
-  /// \param pair the same number, from 1, for both halves and for no others
-  void PairLastStep(std::uint64_t pair) { undo_.back().pair = pair; }
-  /// The pair that the next step to be taken back, or to be done again, is half of; 0 for none.
-  std::uint64_t PairToUndo() const noexcept { return undo_.empty() ? 0 : undo_.back().pair; }
-  std::uint64_t PairToRedo() const noexcept { return redo_.empty() ? 0 : redo_.back().pair; }
+  /// A step that is one half of a move between two jukeboxes.
+  struct Half {
+    std::uint64_t pair =
+        0;               ///< the same number, from 1, for both halves and for no others; 0 for none
+    bool takes = false;  ///< what moves leaves this jukebox
+  };
+  /// Makes the latest step one half of a move.
+  void PairLastStep(Half half) { undo_.back().half = half; }
+  /// The half that the next step to be taken back, or to be done again, is.
+  Half HalfToUndo() const noexcept { return undo_.empty() ? Half() : undo_.back().half; }
+  Half HalfToRedo() const noexcept { return redo_.empty() ? Half() : redo_.back().half; }
+
+  /// Where a half of a pair is.
+  enum class HalfState { kForgotten, kDone, kUndone };
+  HalfState StateOfHalf(std::uint64_t pair) const noexcept;
 
   /// The tree now is the one that is saved.
   void MarkSaved() noexcept;
@@ -149,7 +158,7 @@ class EditHistory {
     Folder* concerned;
     std::vector<Change> changes;
     std::size_t bytes = 0;
-    std::uint64_t pair = 0;
+    Half half;
   };
 
   void Toggle(FolderPresence& change);

@@ -123,6 +123,8 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
   };
   try {
     const std::string bytes = Encode(library);
+    if (bytes.size() > kMostFileBytes)
+      return fail(path + ": there are more songs than a file holds");
     const auto before = StampOf(path);
     // Only one of the same size can be the same.
     if (!before || before->size != bytes.size() || ReadWholeFile(path) != bytes)
@@ -184,7 +186,7 @@ bool Jukebox::TakeUnsaved(std::string_view bytes, const std::string& file, const
 void Jukebox::Take(std::string_view bytes, const std::string& path, const clsMain& library) {
   JukeboxContent content = DecodeJukebox(bytes);
   RelinkSongs(content, library);
-  absent_names_ = AbsentNames(content, library);
+  SongNames absent_names = AbsentNames(content, library);
   FolderTree loaded;
   FillTree(content, library, loaded);
   selected_ = nullptr;
@@ -192,6 +194,7 @@ void Jukebox::Take(std::string_view bytes, const std::string& path, const clsMai
   history_.Clear();
   tree_.Swap(loaded);
   headers_ = std::move(content.columns);
+  absent_names_ = std::move(absent_names);
   file_path_ = path;
   if (view_ != nullptr) {
     view_->HeadersChanged();

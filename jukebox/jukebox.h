@@ -153,7 +153,7 @@ class Jukebox {
 
  private:
   void NameColumnHeader(std::string_view text);
-  /// \throws JukeboxFileError; nothing has changed then
+  /// \throws JukeboxFileError, std::bad_alloc; nothing has changed then
   void Take(std::string_view bytes, const std::string& path, const clsMain& library);
   void LabelSongs(const clsMain& library);
   StepResult AfterStep(Folder* concerned);

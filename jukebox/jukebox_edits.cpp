@@ -153,8 +153,8 @@ JukeboxEdits::Result JukeboxEdits::DropSongs(JukeboxEdits& source, Folder& from,
 
 void JukeboxEdits::PairSteps(const JukeboxEdits& source) {
   const std::uint64_t pair = clipboard_.NextMove();
-  jukebox_.History().PairLastStep(pair);
-  source.jukebox_.History().PairLastStep(pair);
+  jukebox_.History().PairLastStep({pair, false});
+  source.jukebox_.History().PairLastStep({pair, true});
 }
 
 bool JukeboxEdits::CanDropFolder(const Folder& folder, const Folder* to, bool copy) noexcept {

@@ -212,13 +212,19 @@ TEST_F(Edits, SongsMoveToAnotherJukebox) {
   EXPECT_EQ(SongsOf(from), Songs{2});
   EXPECT_EQ(SongsOf(there), (Songs{1, 3}));
   // Both steps are known to be one move.
-  const std::uint64_t pair = jukebox.History().PairToUndo();
+  using State = EditHistory::HalfState;
+  const std::uint64_t pair = jukebox.History().HalfToUndo().pair;
   EXPECT_NE(pair, 0U);
-  EXPECT_EQ(other.History().PairToUndo(), pair);
-  EXPECT_EQ(other.History().PairToRedo(), 0U);
+  EXPECT_TRUE(jukebox.History().HalfToUndo().takes);
+  EXPECT_EQ(other.History().HalfToUndo().pair, pair);
+  EXPECT_FALSE(other.History().HalfToUndo().takes);
+  EXPECT_EQ(other.History().HalfToRedo().pair, 0U);
+  EXPECT_EQ(jukebox.History().StateOfHalf(pair), State::kDone);
+  EXPECT_EQ(jukebox.History().StateOfHalf(pair + 1), State::kForgotten);
   jukebox.Undo();
-  EXPECT_EQ(jukebox.History().PairToUndo(), 0U);
-  EXPECT_EQ(jukebox.History().PairToRedo(), pair);
+  EXPECT_EQ(jukebox.History().StateOfHalf(pair), State::kUndone);
+  EXPECT_EQ(jukebox.History().HalfToUndo().pair, 0U);
+  EXPECT_EQ(jukebox.History().HalfToRedo().pair, pair);
   EXPECT_EQ(SongsOf(from), (Songs{1, 2, 3}));
   EXPECT_EQ(SongsOf(there), (Songs{1, 3}));
   other.Undo();
@@ -262,8 +268,8 @@ TEST_F(Edits, AFolderMovesToAnotherJukebox) {
   EXPECT_EQ(other_edits.DropFolder(edits, a, nullptr, false), Result::kDone);
   EXPECT_EQ(Children(), Texts{});
   EXPECT_EQ(other.Nodes().ChildAt(0).ChildAt(0).Text(), "inner");
-  EXPECT_NE(jukebox.History().PairToUndo(), 0U);
-  EXPECT_EQ(jukebox.History().PairToUndo(), other.History().PairToUndo());
+  EXPECT_NE(jukebox.History().HalfToUndo().pair, 0U);
+  EXPECT_EQ(jukebox.History().HalfToUndo().pair, other.History().HalfToUndo().pair);
   jukebox.Undo();
   EXPECT_EQ(Children(), Texts{"A"});
   other.Undo();
@@ -313,7 +319,7 @@ TEST_F(Edits, WhatIsThereAlreadyMovesWithoutAStepThere) {
   other_edits.DropSongs(edits, from, {0}, there, false);
   EXPECT_EQ(SongsOf(from), Songs{2});
   EXPECT_FALSE(other.History().CanUndo());
-  EXPECT_EQ(jukebox.History().PairToUndo(), 0U);
+  EXPECT_EQ(jukebox.History().HalfToUndo().pair, 0U);
 }
 
 }  // namespace

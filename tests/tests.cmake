@@ -69,6 +69,7 @@ else()
     app/search/mount_table_linux_test.cpp
     jukebox/jukebox_save_linux_test.cpp
     app/save_kill_linux_test.cpp
+    app/unsaved_jukeboxes_linux_test.cpp
     player/player_link_linux_test.cpp
     player/substitute/request_server_linux_test.cpp
     player/substitute/sound_linux_test.cpp

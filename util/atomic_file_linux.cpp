@@ -39,10 +39,11 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
   if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) Fail(path, errno);
   const std::string beside = target + std::string(kUnfinishedSuffix);
   // What an earlier writer has left goes; were it a link, another file would be written.
-  if (unlink(beside.c_str()) != 0 && errno != ENOENT) Fail(path, errno);
+  if (unlink(beside.c_str()) != 0 && errno != ENOENT)
+    Fail(errno == EISDIR || errno == EPERM ? beside : path, errno);
+  const OpenFile file(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  if (!file) Fail(path, errno);
   try {
-    const OpenFile file(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (!file) Fail(path, errno);
     // A file system that keeps no permissions refuses; the content matters more.
     if (exists && fchmod(file.descriptor(), old.st_mode & 07777) != 0) errno = 0;
     WriteAll(file.descriptor(), content, path);

@@ -52,6 +52,8 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
                          const std::function<void()>& before_replacing) {
   const std::wstring target = ToWidePath(path);
   const std::wstring beside = target + ToWide(kUnfinishedSuffix);
+  // What an earlier writer has left goes; were it a link, another file would be written.
+  DeleteFileW(beside.c_str());
   const DWORD attributes = GetFileAttributesW(target.c_str());
   if (attributes != INVALID_FILE_ATTRIBUTES &&
       (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0)

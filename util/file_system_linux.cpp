@@ -12,6 +12,7 @@
 #include "util/file_system.h"
 #include "util/like.h"
 #include "util/open_file_linux.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {
@@ -201,11 +202,15 @@ std::optional<std::string> ReadWholeFile(const std::string& path) {
 }
 
 std::string AbsolutePath(const std::string& path) {
-  const std::unique_ptr<char, decltype(&std::free)> real(realpath(path.c_str(), nullptr),
-                                                         &std::free);
+  using Text = std::unique_ptr<char, decltype(&std::free)>;
+  const Text real(realpath(path.c_str(), nullptr), &std::free);
   if (real) return real.get();
+  // A file that is not there may still have a folder.
+  const std::string folder(FolderOfPath(path));
+  const Text real_folder(realpath(folder.empty() ? "." : folder.c_str(), nullptr), &std::free);
+  if (real_folder) return EnsureTrailingBackslash(real_folder.get()).append(NameOfPath(path));
   if (!path.empty() && path.front() == '/') return path;
-  const std::unique_ptr<char, decltype(&std::free)> here(getcwd(nullptr, 0), &std::free);
+  const Text here(getcwd(nullptr, 0), &std::free);
   return here ? std::string(here.get()) + "/" + path : path;
 }
 

@@ -128,12 +128,20 @@ bool FileExists(const std::string& path) {
 }
 
 bool IsGone(const std::string& path) {
-  return GetFileAttributesW(ToWidePath(path).c_str()) == INVALID_FILE_ATTRIBUTES &&
-         IsMissing(GetLastError());
+  if (GetFileAttributesW(ToWidePath(path).c_str()) != INVALID_FILE_ATTRIBUTES) return false;
+  const DWORD error = GetLastError();
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND;
 }
 
 bool IsSamePath(const std::string& path, const std::string& other) {
-  return EqualsIgnoringCase(AbsolutePath(path), AbsolutePath(other));
+  const auto real = [](const std::string& of) {
+    const std::string absolute = AbsolutePath(of);
+    if (FileExists(absolute)) return RealPathOfFolder(absolute);
+    // A file that is not there may still have a folder.
+    return EnsureTrailingBackslash(RealPathOfFolder(std::string(FolderOfPath(absolute))))
+        .append(NameOfPath(absolute));
+  };
+  return EqualsIgnoringCase(path, other) || EqualsIgnoringCase(real(path), real(other));
 }
 
 bool FolderExists(const std::string& path) {
@@ -209,6 +217,7 @@ std::string AbsolutePath(const std::string& path) {
 }
 
 std::string RealPathOfFolder(const std::string& path) {
+  // Works for files as well.
   const OpenHandle handle(OpenForQuery(ToWidePath(path)));
   if (!handle) return path;
   const DWORD needed = GetFinalPathNameByHandleW(handle.get(), nullptr, 0, FILE_NAME_NORMALIZED);

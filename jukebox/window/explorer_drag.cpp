@@ -19,6 +19,15 @@ constexpr const char* kOwnFormat = "application/x-tallow-jukebox";
 
 constexpr QByteArrayView kFileScheme = "file://";
 
+/// Whether a name is that of this machine, alone or with its domain.
+bool IsThisMachine(const QString& name) {
+  const QString own = QSysInfo::machineHostName();
+  const auto is = [&](const QString& other) {
+    return !other.isEmpty() && name.compare(other, Qt::CaseInsensitive) == 0;
+  };
+  return is(own) || is(own.section('.', 0, 0)) || name.startsWith(own + '.', Qt::CaseInsensitive);
+}
+
 }  // namespace
 
 ExplorerDrag::ExplorerDrag(PVExplorer& source, Folder& from, bool songs, std::vector<int> rows)
@@ -44,7 +53,7 @@ std::vector<std::string> DraggedFiles(const QMimeData& data) {
     if (begin < 0) continue;
     const QByteArray machine = uri.mid(scheme, begin - scheme);
     const bool is_here = machine.isEmpty() || machine == "localhost" ||
-                         machine == QSysInfo::machineHostName().toUtf8();
+                         (kSeparator == '/' && IsThisMachine(QString::fromUtf8(machine)));
     std::string path = QByteArray::fromPercentEncoding(uri.mid(begin)).toStdString();
     if (path.find('\0') != std::string::npos) continue;
     if (kSeparator == '/') {

@@ -270,6 +270,15 @@ TEST_F(Dragging, FilesBesideTheFoldersAndOtherThingsAreRefused) {
   QMimeData web;
   web.setUrls({QUrl("https://example.org/a.mp3")});
   EXPECT_FALSE(DropOn("one", &web));
+  // This machine may be named, however it is written.
+  QMimeData here;
+  const QByteArray own = QSysInfo::machineHostName().toUtf8();
+  here.setData("text/uri-list", "file://" + own.toUpper() + "/m/a.mp3\r\nfile://" + own +
+                                    ".example/m/a.mp3\r\nfile://localhost/m/a.mp3\r\n");
+  EXPECT_EQ(DraggedFiles(here).size(), 3U);
+  if (kSeparator == '/') {
+    EXPECT_EQ(DraggedFiles(here), Texts(3, "/m/a.mp3"));
+  }
   QMimeData elsewhere;
   elsewhere.setData("text/uri-list", "file://another-machine/m/a.mp3\r\nfile:///m/a%00b.mp3\r\n");
   // Only Windows has names for the files of another machine.

@@ -74,7 +74,10 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,
           [this](Folder* folder, const QPoint& position) {
             menu_folder_ = folder != nullptr ? folder->Key() : 0;
-            EnableForFolder(*tree_menu_, folder != nullptr);
+            const JukeboxClipboard& clipboard = tallow_.clipboard;
+            EnableTreeItems(*tree_menu_, folder != nullptr,
+                            clipboard.CopiedFolder() != nullptr ||
+                                (folder != nullptr && !clipboard.Songs().empty()));
             tree_menu_->popup(position);
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,
@@ -85,7 +88,7 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::FilesDropped, this,
           [this](const std::vector<std::string>& paths, Folder* to) { TakeFiles(paths, *to); });
   connect(explorer_, &PVExplorer::Problem, this, &frmMain::Problem);
-  connect(explorer_, &PVExplorer::HalfAStep, this, &frmMain::HalfAStep);
+  connect(explorer_, &PVExplorer::HalfStepped, this, &frmMain::HalfStepped);
   connect(explorer_, &QSplitter::splitterMoved, this,
           [this] { QSettings().setValue(kSplitterOption, explorer_->saveState()); });
 }
@@ -235,7 +238,7 @@ void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
   } catch (const std::exception& error) {
     problems.push_back(std::string("The new songs could not be filed. ") + error.what());
   }
-  explorer_->GoTo(place);
+  if (taken.has_new_songs) explorer_->GoTo(place);
   explorer_->AddSongs(to, taken.songs);
   QStringList lines;
   for (const std::string& problem : problems) lines.append(DisplayMessage(problem));

@@ -70,8 +70,8 @@ class frmMain : public QWidget {
   void Problem(const QStringList& lines);
   /// A command of a pop-up menu is about to run, wherever it came from.
   void PopUpClick(int item, int pane);
-  /// See PVExplorer::HalfAStep.
-  void HalfAStep(std::uint64_t pair, bool back);
+  /// See PVExplorer::HalfStepped.
+  void HalfStepped(tallow::EditHistory::Half half, bool back);
   /// The dialog of the background picture is wanted.
   void ChangeBackgroundPicture();
 

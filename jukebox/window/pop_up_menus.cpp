@@ -90,12 +90,13 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act
   return builder.Menu();
 }
 
-void EnableForFolder(QMenu& tree_menu, bool folder) {
+void EnableTreeItems(QMenu& tree_menu, bool folder, bool paste) {
   for (QAction* const action : tree_menu.findChildren<QAction*>()) {
     const int command = action->data().toInt();
     if (command == kAddFolderToSelected || command == kCutFolder || command == kCopyFolder ||
         command == kDeleteFolder)
       action->setEnabled(folder);
+    if (command == kPasteFolder) action->setEnabled(paste);
   }
 }
 

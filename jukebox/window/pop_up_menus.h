@@ -45,7 +45,9 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act
 /// Makes the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act);
 
-/// Greys those items of the tree's pop-up menu that need a folder, when it is opened beside the folders.
-void EnableForFolder(QMenu& tree_menu, bool folder);
+/// Greys those items of the tree's pop-up menu that could do nothing.
+/// \param folder the menu is opened on a folder, not beside the folders
+/// \param paste  what is on the clipboard can go there
+void EnableTreeItems(QMenu& tree_menu, bool folder, bool paste);
 
 }  // namespace tallow

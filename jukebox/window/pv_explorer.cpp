@@ -124,8 +124,8 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
       }
       break;
     case QEvent::MouseButtonDblClick:
-      // The view would take that of any button for one that opens the song.
-      if (watched == list_->viewport() &&
+      // The views would take that of any button for one that opens a song or a folder.
+      if ((watched == list_->viewport() || watched == tree_->viewport()) &&
           static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton)
         return true;
       break;
@@ -137,7 +137,9 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
       MenuWanted(*static_cast<QContextMenuEvent*>(event), in_list);
       return true;
     case QEvent::FocusIn:
-      if (watched == list_ || watched == tree_) emit FocusChanged(in_list ? kListPane : kTreePane);
+      // What is being hidden passes the focus on once more, which is nobody's wish.
+      if ((watched == list_ || watched == tree_) && isVisible())
+        emit FocusChanged(in_list ? kListPane : kTreePane);
       // The focus comes before the click that brings it.
       if (watched == tree_)
         came_by_click_ = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason;

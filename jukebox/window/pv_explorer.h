@@ -111,9 +111,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void AddSongs(Folder& to, const std::vector<SongEntry>& songs);
   void Undo();
   void Redo();
-  /// Takes back, or does again, the other half of a step that was made in another window.
-  /// \returns false when that is not the next one here
-  bool StepOtherHalf(std::uint64_t pair, bool back);
+  /// Takes back, or does again, a half of a move between two windows, and tells nobody.
+  /// \returns false when that is not the next step here
+  bool StepHalf(std::uint64_t pair, bool back);
   /// Takes over the text of a folder that is being changed.
   void CommitEditing();
 
@@ -148,8 +148,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// Files were dropped from another program.
   /// \param paths in the bytes of the disk
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
-  /// A step was taken back, or done again, whose other half is another window's.
-  void HalfAStep(std::uint64_t pair, bool back);
+  /// One half of a move between two windows was taken back, or done again.
+  void HalfStepped(tallow::EditHistory::Half half, bool back);
   /// Something could not be done, and why.
   void Problem(const QStringList& lines);
 

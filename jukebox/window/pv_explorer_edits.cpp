@@ -137,27 +137,27 @@ void PVExplorer::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
 }
 
 void PVExplorer::Undo() {
-  const std::uint64_t pair = jukebox_.History().PairToUndo();
+  const EditHistory::Half half = jukebox_.History().HalfToUndo();
   AfterStep(jukebox_.Undo());
-  if (pair != 0) emit HalfAStep(pair, true);
+  if (half.pair != 0) emit HalfStepped(half, true);
 }
 
 void PVExplorer::Redo() {
-  const std::uint64_t pair = jukebox_.History().PairToRedo();
+  const EditHistory::Half half = jukebox_.History().HalfToRedo();
   AfterStep(jukebox_.Redo());
-  if (pair != 0) emit HalfAStep(pair, false);
+  if (half.pair != 0) emit HalfStepped(half, false);
 }
 
-bool PVExplorer::StepOtherHalf(std::uint64_t pair, bool back) {
+bool PVExplorer::StepHalf(std::uint64_t pair, bool back) {
   const EditHistory& history = jukebox_.History();
-  if ((back ? history.PairToUndo() : history.PairToRedo()) != pair) return false;
+  if ((back ? history.HalfToUndo() : history.HalfToRedo()).pair != pair) return false;
   AfterStep(back ? jukebox_.Undo() : jukebox_.Redo());
   return true;
 }
 
 void PVExplorer::AfterStep(const Jukebox::StepResult& result) {
   if (!result.done) return;
-  const std::vector<int> selected = SelectedRows();
+  std::vector<int> selected = SelectedRows();
   const int current = list_->currentIndex().row();
   if (result.list_changed) {
     RefillList();
@@ -177,9 +177,11 @@ void PVExplorer::AfterStep(const Jukebox::StepResult& result) {
     list_->SelectRows(change.brought);
   } else if (change.taken >= 0) {
     SelectNear(change.taken);
-  } else if (change.any && !other_folder && current < list_->model()->rowCount()) {
+  } else if (change.any && !other_folder) {
     // A sort moves songs under the entries, and so does taking it back.
-    list_->selectionModel()->setCurrentIndex(list_->model()->index(current, 0),
+    const int rows = list_->model()->rowCount();
+    std::erase_if(selected, [rows](int row) { return row >= rows; });
+    list_->selectionModel()->setCurrentIndex(list_->model()->index(std::min(current, rows - 1), 0),
                                              QItemSelectionModel::NoUpdate);
     list_->selectionModel()->select(list_->RangesOf(selected), QItemSelectionModel::ClearAndSelect);
   }

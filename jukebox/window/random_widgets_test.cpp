@@ -3,6 +3,7 @@
 // jukeboxes hold.
 #include <gtest/gtest.h>
 #include <random>
+#include <utility>
 
 #include <QAbstractItemModelTester>
 
@@ -14,7 +15,7 @@
 namespace tallow {
 namespace {
 
-class RandomWidgets : public JukeboxWindowTest {
+class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterface<unsigned> {
  protected:
   static constexpr int kSongs = 25;
   static constexpr int kLeastFolders = 8;
@@ -22,6 +23,12 @@ class RandomWidgets : public JukeboxWindowTest {
 
   RandomWidgets() {
     AddSongs(kSongs);
+    // As the frame does it.
+    for (const auto& [each, its_other] : {std::pair(&window, &other), std::pair(&other, &window)})
+      QObject::connect(each, &frmMain::HalfStepped,
+                       [this, into = its_other](EditHistory::Half half, bool back) {
+                         halves += into->PVExplorer1().StepHalf(half.pair, back) ? 1 : 0;
+                       });
     other.Jukebox().AddColumnHeader(kNameHeader);
     other.Jukebox().AddColumnHeader(kKeyHeader);
     for (frmMain* const each : {&window, &other}) {
@@ -173,31 +180,32 @@ class RandomWidgets : public JukeboxWindowTest {
             << folder->Text();
   }
 
-  std::mt19937 random;
+  std::mt19937 random{GetParam()};
   frmMain other{tallow, messages.Shower()};
   int drops = 0;
+  int halves = 0;
 };
 
-TEST_F(RandomWidgets, ShowWhatTheirJukeboxesHold) {
+TEST_P(RandomWidgets, ShowWhatTheirJukeboxesHold) {
   constexpr auto kFatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
   const QAbstractItemModelTester tree_tester(Tree().model(), kFatal);
   const QAbstractItemModelTester list_tester(List().model(), kFatal);
-  for (unsigned seed = 1; seed <= 4; ++seed) {
-    random.seed(seed);
-    for (int command = 0; command < 400; ++command) {
-      SCOPED_TRACE("seed " + std::to_string(seed) + ", command " + std::to_string(command));
-      frmMain& one = OneOf(2) ? window : other;
-      frmMain& two = OneOf(2) ? window : other;
-      Act(one, two);
-      one.PVExplorer1().CommitEditing();
-      two.PVExplorer1().CommitEditing();
-      ExpectShown(window);
-      ExpectShown(other);
-      if (HasFatalFailure()) return;
-    }
+  for (int command = 0; command < 800; ++command) {
+    SCOPED_TRACE("command " + std::to_string(command));
+    frmMain& one = OneOf(2) ? window : other;
+    frmMain& two = OneOf(2) ? window : other;
+    Act(one, two);
+    one.PVExplorer1().CommitEditing();
+    two.PVExplorer1().CommitEditing();
+    ExpectShown(window);
+    ExpectShown(other);
+    if (HasFatalFailure()) return;
   }
   EXPECT_GT(drops, 0);
+  EXPECT_GT(halves, 0);
 }
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomWidgets, testing::Range(1U, 7U));
 
 }  // namespace
 }  // namespace tallow

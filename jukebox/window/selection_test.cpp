@@ -104,6 +104,17 @@ TEST_F(Selection, StaysWithThePlacesWhenASortIsUndone) {
   EXPECT_EQ(Box().SortState(), 2);
 }
 
+TEST_F(Selection, IsCutWhereAnUndoneSortFindsSongsMissing) {
+  LongList();
+  ClickHeader();
+  ClickHeader();
+  List().SelectRows(kSongs - 8, kSongs - 1);
+  library.Mp3Info(kFileIsThere, 7, "0");
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(List().model()->rowCount(), kSongs - 1);
+  EXPECT_EQ(Selected().size(), 7U);
+}
+
 TEST_F(Selection, NewFilesForAnotherFolderLeaveTheListWhereItIs) {
   LongList();
   List().SelectRows({kFar, kFar + 2});
@@ -207,7 +218,7 @@ TEST_F(Selection, ASortThatStopsLeavesTheListAsItsSongsAre) {
   }
 }
 
-TEST_F(Selection, BesideTheFoldersTheMenuOffersWhatNeedsNone) {
+TEST_F(Selection, TheMenuOffersWhatCanBeDoneThere) {
   AddFolder("one");
   Show();
   auto& menu = *window.findChild<QMenu*>(QStringLiteral("TreeMenu"));
@@ -222,9 +233,18 @@ TEST_F(Selection, BesideTheFoldersTheMenuOffersWhatNeedsNone) {
     std::sort(grey.begin(), grey.end());
     return grey;
   };
-  EXPECT_EQ(open(QPoint(5, Tree().viewport()->height() - 3)),
-            (QList<int>{kAddFolderToSelected, kCutFolder, kCopyFolder, kDeleteFolder}));
-  EXPECT_EQ(open(Tree().visualRect(IndexOf(Tree(), "one")).center()), QList<int>{});
+  const auto beside = [&] { return open(QPoint(5, Tree().viewport()->height() - 3)); };
+  const auto on_folder = [&] { return open(Tree().visualRect(IndexOf(Tree(), "one")).center()); };
+  EXPECT_EQ(beside(), (QList<int>{kAddFolderToSelected, kCutFolder, kCopyFolder, kPasteFolder,
+                                  kDeleteFolder}));
+  EXPECT_EQ(on_folder(), QList<int>{kPasteFolder});
+  // Songs go into folders only.
+  tallow.clipboard.PutSongs({{1, 2}});
+  EXPECT_TRUE(beside().contains(kPasteFolder));
+  EXPECT_EQ(on_folder(), QList<int>{});
+  tallow.clipboard.PutFolder(Nodes().ChildAt(0));
+  EXPECT_FALSE(beside().contains(kPasteFolder));
+  EXPECT_EQ(on_folder(), QList<int>{});
 }
 
 TEST_F(Selection, TheMenuKeyOpensTheMenuNearTheNameOfTheSong) {
@@ -238,8 +258,13 @@ TEST_F(Selection, TheMenuKeyOpensTheMenuNearTheNameOfTheSong) {
   Press(Qt::Key_F10, Qt::ShiftModifier);
   const QRect row = List().visualRect(List().model()->index(1, 0));
   const QPoint place = List().viewport()->mapFromGlobal(menu.pos());
+  EXPECT_TRUE(menu.isVisible());
   menu.close();
-  EXPECT_LT(place.x(), row.x() + 24 * List().fontMetrics().averageCharWidth());
+  const int character = List().fontMetrics().averageCharWidth();
+  EXPECT_GT(place.x(), row.x());
+  EXPECT_LT(place.x(), row.x() + 24 * character);
+  EXPECT_GE(place.y(), row.top());
+  EXPECT_LE(place.y(), row.bottom() + 1);
 }
 
 TEST_F(Selection, TheFolderThatWentWhileItWasAskedAboutIsLeftAlone) {

@@ -93,6 +93,8 @@ void SongListView::SelectRows(const std::vector<int>& rows) {
   const QModelIndex first = model()->index(rows.front(), 0);
   selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
   selectionModel()->select(RangesOf(rows), QItemSelectionModel::ClearAndSelect);
+  // All of them where there is room, and the first one in any case.
+  scrollTo(model()->index(rows.back(), 0));
   scrollTo(first);
 }
 

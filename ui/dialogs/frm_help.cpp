@@ -68,6 +68,12 @@ frmHelp::frmHelp(QWidget* parent)
   setWindowTitle(tr("Tallow Help"));
   search_->setObjectName(QStringLiteral("Search"));
   search_->setPlaceholderText(tr("Search all pages"));
+  // Some dark desktops leave this colour black.
+  QPalette colors = search_->palette();
+  QColor hint = colors.color(QPalette::Text);
+  hint.setAlpha(160);
+  colors.setColor(QPalette::PlaceholderText, hint);
+  search_->setPalette(colors);
   search_->setAccessibleName(tr("Search all pages"));
   search_->setAccessibleDescription(tr("Leaves those pages in the list that have all the words"));
   search_->setClearButtonEnabled(true);

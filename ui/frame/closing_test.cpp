@@ -2,6 +2,7 @@
 // What becomes of changes when windows are closed, and when they are not.
 #include <gtest/gtest.h>
 
+#include <QDialog>
 #include <QMdiSubWindow>
 #include <QStatusBar>
 #include <QTest>
@@ -239,6 +240,30 @@ TEST_F(Closing, ADisabledFrameDoesNotClose) {
   EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);
 }
 
+TEST_F(Closing, AFileThatComesWhileItIsAskedKeepsTheProgram) {
+  ChangedJukebox("ONE");
+  Jukebox made;
+  made.Nodes().AddChild(nullptr, "All Songs");
+  ASSERT_TRUE(made.Save(FileOf("OTHER"), library));
+  messages.answer = MessageAnswer::kNo;
+  // A second start hands it over; what is modal makes it wait.
+  QDialog question(&frame);
+  question.setModal(true);
+  messages.on_show = [&] {
+    question.show();
+    frame.OpenFiles({FileOf("OTHER")});
+    question.hide();
+  };
+  EXPECT_FALSE(frame.close());
+  EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to ONE"});
+  LetClosedWindowsGo();
+  EXPECT_TRUE(frame.isVisible());
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    const auto open = frame.OpenJukeboxes();
+    return open.size() == 1 && open[0]->Caption() == "OTHER";
+  }));
+}
+
 class Unsaved : public Closing {
  protected:
   Texts Files() const {
@@ -280,9 +305,13 @@ TEST_F(Unsaved, ThereIsAFileForEachChangedJukeboxUntilItIsSavedOrClosed) {
 
 TEST_F(Unsaved, ChangesAreKeptBeforeASearchForNewSongs) {
   ChangedJukebox("ONE");
-  // No songs are found: there are no folders to look into.
-  Item("mnuNewSongsNormalLocations").trigger();
-  EXPECT_EQ(Files(), Texts{"Jukebox-1.unsaved"});
+  Texts during_search;
+  tallow.search_all_drives = [&](SearchProgress*) {
+    during_search = Files();
+    return true;
+  };
+  Item("mnuNewSongsWholeComputerSearch").trigger();
+  EXPECT_EQ(during_search, Texts{"Jukebox-1.unsaved"});
 }
 
 TEST_F(Unsaved, AWindowThatGoesWithoutBeingClosedLeavesItsFile) {

@@ -13,6 +13,8 @@ class FrameStyle : public QProxyStyle {
  public:
   QIcon standardIcon(StandardPixmap which, const QStyleOption* option,
                      const QWidget* widget) const override;
+  void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                          QPainter* painter, const QWidget* widget) const override;
 };
 
 }  // namespace tallow

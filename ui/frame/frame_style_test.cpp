@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frame/frame_style.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QImage>
+#include <QPainter>
 #include <QPalette>
+#include <QStyleFactory>
+#include <QStyleOptionTitleBar>
 
 namespace tallow {
 namespace {
@@ -40,6 +44,29 @@ TEST(FrameStyle, TheButtonsOfInnerWindowsAreSeenOnLightAndDark) {
     EXPECT_GT(on_dark, 200);
   }
   QApplication::setPalette(before);
+}
+
+TEST(FrameStyle, TheButtonsOfAWindowInTheBackgroundAreSeenOnDark) {
+  FrameStyle style;
+  style.setBaseStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QStyleOptionTitleBar bar;
+  bar.palette = QPalette(QColor(0x20, 0x20, 0x20));
+  bar.rect = QRect(0, 0, 200, 24);
+  bar.titleBarFlags = Qt::Window | Qt::WindowCloseButtonHint | Qt::WindowSystemMenuHint;
+  bar.subControls = QStyle::SC_TitleBarCloseButton;
+  QImage image(bar.rect.size(), QImage::Format_ARGB32);
+  image.fill(Qt::black);
+  QPainter painter(&image);
+  style.drawComplexControl(QStyle::CC_TitleBar, &bar, &painter, nullptr);
+  painter.end();
+  const QRect button =
+      style.subControlRect(QStyle::CC_TitleBar, &bar, QStyle::SC_TitleBarCloseButton, nullptr);
+  ASSERT_FALSE(button.isEmpty());
+  int lightest = 0;
+  for (int y = button.top(); y <= button.bottom(); ++y)
+    for (int x = button.left(); x <= button.right(); ++x)
+      lightest = std::max(lightest, image.pixelColor(x, y).lightness());
+  EXPECT_GT(lightest, 200);
 }
 
 }  // namespace

@@ -294,6 +294,8 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
   }
   for (QMdiSubWindow* const sub : windows)
     if (qobject_cast<frmMain*>(sub->widget()) != nullptr) sub->close();
+  // Somebody has asked for a jukebox meanwhile, of this program since it was still there.
+  if (!waiting_files_.empty()) return event->ignore();
   ClosePlayerPanel();
   // The program ends with its last window.
   delete help_;

@@ -10,6 +10,7 @@
 #include <QPointer>
 
 #include "app/new_songs.h"
+#include "jukebox/edit_history.h"
 #include "jukebox/play_commands.h"
 #include "jukebox/window/pop_up_menus.h"
 #include "player/winamp_control.h"
@@ -92,7 +93,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
   void OpenWaitingFiles();
   void ComeToFront();
-  void StepOtherHalf(const frmMain& window, std::uint64_t pair, bool back);
+  void StepOtherHalf(frmMain& window, EditHistory::Half half, bool back);
   void BringIn(NewSongsPlace place);
   void ShowFind();
   void ShowAbout();

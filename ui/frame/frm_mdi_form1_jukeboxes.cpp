@@ -6,6 +6,7 @@
 
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QStatusBar>
 
 #include "app/initial_jukebox.h"
 #include "app/tallow.h"
@@ -69,8 +70,20 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   sub->resize(kJukeboxSize);
   sub->hide();
   connect(sub, &QMdiSubWindow::windowStateChanged, this,
-          [this](Qt::WindowStates before, Qt::WindowStates now) {
-            if (now.testFlag(Qt::WindowMinimized)) return LeaveMinimized();
+          [this, window, pane = 0](Qt::WindowStates before, Qt::WindowStates now) mutable {
+            if (now.testFlag(Qt::WindowMinimized)) {
+              if (!before.testFlag(Qt::WindowMinimized)) pane = window->CurrentPaneWFocus();
+              return LeaveMinimized();
+            }
+            // One that comes back gives the keyboard to its frame, or to its first half.
+            if (before.testFlag(Qt::WindowMinimized))
+              QMetaObject::invokeMethod(
+                  window,
+                  [this, window, pane] {
+                    if (ActiveJukeboxWindow() == window)
+                      window->PVExplorer1().TakeFocus(pane == kListPane);
+                  },
+                  Qt::QueuedConnection);
             if (before.testFlag(Qt::WindowMaximized) && !now.testFlag(Qt::WindowMaximized))
               RestoreJukeboxes();
           });
@@ -85,25 +98,46 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
     area_->setActiveSubWindow(sub);
     return documents_->Save(window->Jukebox());
   });
-  connect(window, &frmMain::HalfAStep, this,
-          [this, window](std::uint64_t pair, bool back) { StepOtherHalf(*window, pair, back); });
+  connect(window, &frmMain::HalfStepped, this, [this, window](EditHistory::Half half, bool back) {
+    StepOtherHalf(*window, half, back);
+  });
   connect(window, &frmMain::ChangeBackgroundPicture, this, &frmMDIForm1::ChangeBackgroundPicture);
   connect(window, &frmMain::PlaySongs, this,
           [this](std::vector<std::int32_t> songs) { play_commands_.Play(std::move(songs)); });
   return *window;
 }
 
-void frmMDIForm1::StepOtherHalf(const frmMain& window, std::uint64_t pair, bool back) {
-  for (const Jukebox* const jukebox : OpenJukeboxes()) {
+void frmMDIForm1::StepOtherHalf(frmMain& window, EditHistory::Half half, bool back) {
+  using State = EditHistory::HalfState;
+  State other_half = State::kForgotten;
+  statusBar()->clearMessage();
+  for (Jukebox* const jukebox : OpenJukeboxes()) {
     frmMain* const other = WindowOf(*jukebox);
-    if (other != &window && other->PVExplorer1().StepOtherHalf(pair, back)) return;
+    if (other == &window) continue;
+    if (other->PVExplorer1().StepHalf(half.pair, back)) return;
+    const State state = jukebox->History().StateOfHalf(half.pair);
+    if (state != State::kForgotten) other_half = state;
   }
-  Notice(
-      {std::string("Of this move between two jukeboxes only the half in ") +
-       DisplayText(window.windowTitle().toStdString()).toStdString() + " was " +
-       (back ? "undone" : "done again") +
-       ": the other jukebox was closed or has changed since. Undo and redo there act on the other "
-       "half."});
+  if (other_half == (back ? State::kUndone : State::kDone)) return;
+  const std::string step = back ? "undone" : "done again";
+  // What is taken away here would be nowhere. But a step whose other half is forgotten must not bar those
+  // before it.
+  const bool takes_away = half.takes != back;
+  const bool bars = other_half == State::kForgotten && back;
+  const auto tell = [this](const std::string& text) {
+    // It is about this step only, and the next one may follow at once.
+    constexpr int kShown = 20 * 1000;
+    statusBar()->showMessage(DisplayText(text), kShown);
+    statusBar()->setToolTip({});
+  };
+  if (!takes_away || bars)
+    return tell("Only the half of this move that is in " + window.Jukebox().Caption() + " was " +
+                step + ": the other jukebox has changed since, or was closed.");
+  window.PVExplorer1().StepHalf(half.pair, !back);
+  tell("The move between two jukeboxes was not " + step +
+       (other_half == State::kForgotten
+            ? ": the other jukebox has changed since, or was closed."
+            : ": the other jukebox has changed since. Go back there first."));
 }
 
 void frmMDIForm1::PlaceInside(QMdiSubWindow& sub, int number) const {

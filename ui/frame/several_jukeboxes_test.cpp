@@ -17,6 +17,8 @@
 namespace tallow {
 namespace {
 
+using std::string_literals::operator""s;
+
 class SeveralJukeboxes : public FrameTest {
  protected:
   using Songs = std::vector<std::int32_t>;
@@ -67,22 +69,93 @@ TEST_F(SeveralJukeboxes, AFolderThatMovesIsUndoneInBothToo) {
   EXPECT_EQ(frame.statusBar()->currentMessage(), "");
 }
 
-TEST_F(SeveralJukeboxes, AHalfThatIsNotTheLastStepStaysAndIsTold) {
+/// A song has moved from ONE to TWO, which has changed since.
+class HalfMoves : public SeveralJukeboxes {
+ protected:
+  HalfMoves() {
+    one.Jukebox().Caption("ONE");
+    two.Jukebox().Caption("TWO");
+    ListOf(one).SelectRows(0, 0);
+    Drop(two, *one.PVExplorer1().SongsToDrag());
+    ChangeTwo();
+  }
+  void ChangeTwo() {
+    two.PVExplorer1().AddFolder(nullptr);
+    two.PVExplorer1().CommitEditing();
+  }
+  void ExpectSongs(const Songs& in_one, const Songs& in_two) {
+    EXPECT_EQ(SongsOf(First(one)), in_one);
+    EXPECT_EQ(SongsOf(First(two)), in_two);
+  }
+  QString Status() {
+    const QString text = frame.statusBar()->currentMessage();
+    frame.statusBar()->clearMessage();
+    return text;
+  }
+
   frmMain& one = ShowJukebox();
   frmMain& two = EmptyJukebox();
-  one.Jukebox().Caption("ONE");
-  ListOf(one).SelectRows(0, 0);
-  Drop(two, *one.PVExplorer1().SongsToDrag());
-  two.PVExplorer1().AddFolder(nullptr);
-  two.PVExplorer1().CommitEditing();
+};
+
+TEST_F(HalfMoves, WhatComesBackAloneIsTold) {
   one.PVExplorer1().Undo();
-  EXPECT_EQ(SongsOf(First(one)), (Songs{1, 2}));
-  EXPECT_EQ(SongsOf(First(two)), Songs{1});
-  EXPECT_EQ(frame.statusBar()->currentMessage(),
-            "Of this move between two jukeboxes only the half in ONE was undone: the other jukebox "
-            "was closed or has changed since. Undo and redo there act on the other half.");
+  ExpectSongs({1, 2}, {1});
+  EXPECT_EQ(Status(),
+            "Only the half of this move that is in ONE was undone: the other jukebox has changed "
+            "since, or was closed.");
+  // The other half follows when it is its turn, and then all is as it was.
+  two.PVExplorer1().Undo();
+  two.PVExplorer1().Undo();
+  ExpectSongs({1, 2}, {});
+  EXPECT_EQ(Status(), "");
+}
+
+TEST_F(HalfMoves, WhatIsDoneInTheOtherAnywayIsNotTold) {
+  one.PVExplorer1().Undo();
+  Status();
   one.PVExplorer1().Redo();
-  EXPECT_TRUE(frame.statusBar()->currentMessage().contains("in ONE was done again: "));
+  ExpectSongs({2}, {1});
+  EXPECT_EQ(Status(), "");
+}
+
+TEST_F(HalfMoves, NothingIsTakenAwayThatWouldBeNowhere) {
+  // The other half has a later step before it.
+  two.PVExplorer1().Undo();
+  one.PVExplorer1().AddFolder(nullptr);
+  one.PVExplorer1().CommitEditing();
+  two.PVExplorer1().Undo();
+  ExpectSongs({2}, {1});
+  EXPECT_EQ(
+      Status(),
+      "The move between two jukeboxes was not undone: the other jukebox has changed since. Go "
+      "back there first.");
+  one.PVExplorer1().Undo();
+  two.PVExplorer1().Undo();
+  ExpectSongs({1, 2}, {});
+  EXPECT_EQ(Status(), "");
+}
+
+TEST_F(HalfMoves, AMoveThatTheOtherHasForgottenIsNotDoneAgain) {
+  two.PVExplorer1().Undo();
+  one.PVExplorer1().Undo();
+  ExpectSongs({1, 2}, {});
+  ChangeTwo();
+  one.PVExplorer1().Redo();
+  ExpectSongs({1, 2}, {});
+  EXPECT_EQ(
+      Status(),
+      "The move between two jukeboxes was not done again: the other jukebox has changed since, "
+      "or was closed.");
+}
+
+TEST_F(HalfMoves, AWindowThatWasClosedDoesNotBarTheStepsBefore) {
+  delete &SubOf(one);
+  two.PVExplorer1().Undo();
+  two.PVExplorer1().Undo();
+  EXPECT_EQ(SongsOf(First(two)), Songs{});
+  EXPECT_EQ(Status(),
+            "Only the half of this move that is in TWO was undone: the other jukebox has changed "
+            "since, or was closed.");
 }
 
 TEST_F(SeveralJukeboxes, WhatIsCutInOneIsPastedInTheOther) {
@@ -122,6 +195,43 @@ TEST_F(SeveralJukeboxes, OnlyAWindowThatIsSeenCountsAsOpen) {
   EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
   frame.OpenFiles({GroupingFolder(application.path()) + "x" + kSep + "MIX.juk"});
   EXPECT_EQ(messages.Take(), Texts{"This file is already open"});
+}
+
+TEST_F(SeveralJukeboxes, TheHalfThatHadTheKeyboardHasItAgain) {
+  frmMain& one = ShowJukebox();
+  frmMain& two = EmptyJukebox();
+  QApplication::setActiveWindow(&frame);
+  const auto focus_of = [](frmMain& of) {
+    QCoreApplication::processEvents();
+    const QWidget* const focus = QApplication::focusWidget();
+    return focus == &ListOf(of) ? "list" : focus == &TreeOf(of) ? "tree" : "neither";
+  };
+  EXPECT_EQ(focus_of(two), "tree"s);
+  for (QMdiSubWindow* const sub : {&SubOf(one), &SubOf(two), &SubOf(one)})
+    Area().setActiveSubWindow(sub);
+  EXPECT_EQ(focus_of(one), "tree"s);
+  one.PVExplorer1().TakeFocus(true);
+  EXPECT_EQ(focus_of(one), "list"s);
+  Area().setActiveSubWindow(&SubOf(two));
+  EXPECT_EQ(focus_of(two), "tree"s);
+  Area().setActiveSubWindow(&SubOf(one));
+  EXPECT_EQ(focus_of(one), "list"s);
+  // A new one begins with its tree, wherever the keyboard was.
+  frmMain& three = EmptyJukebox();
+  EXPECT_EQ(focus_of(three), "tree"s);
+  // With the list in another window, too, and once that is empty.
+  Area().setActiveSubWindow(&SubOf(two));
+  two.PVExplorer1().TakeFocus(true);
+  EXPECT_EQ(focus_of(two), "list"s);
+  SubOf(two).showMinimized();
+  SubOf(three).showMinimized();
+  EXPECT_EQ(Area().currentSubWindow(), &SubOf(one));
+  EXPECT_EQ(focus_of(one), "list"s);
+  SubOf(two).showNormal();
+  Area().setActiveSubWindow(&SubOf(two));
+  EXPECT_EQ(focus_of(two), "list"s);
+  frmMain& four = EmptyJukebox();
+  EXPECT_EQ(focus_of(four), "tree"s);
 }
 
 }  // namespace
