@@ -176,6 +176,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void SongsAdded(const Folder& to, std::size_t before);
   void SongsTaken(int first);
   void SelectNear(int row);
+  void ShowBeside(const Folder& folder);
   void Tell(JukeboxEdits::Result result);
   void MarkOpen(const Folder& folder);
   void DragOver(QDropEvent& event, Folder* to);

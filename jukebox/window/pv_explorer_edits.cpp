@@ -98,16 +98,20 @@ void PVExplorer::CopySongs() {
 
 void PVExplorer::CutFolder(Folder& folder) {
   if (!MayCut(folder, false)) return;
-  edits_.CopyFolder(folder);
-  DeleteFolder(folder);
+  ShowBeside(folder);
+  edits_.CutFolder(folder);
 }
 
 void PVExplorer::DeleteFolder(Folder& folder) {
+  ShowBeside(folder);
+  edits_.DeleteFolder(folder);
+}
+
+void PVExplorer::ShowBeside(const Folder& folder) {
   // The tree would choose another one itself, and perhaps one that goes as well.
   const Folder* const shown = selectednode();
   const Folder* const beside = FolderBeside(folder);
   if (shown != nullptr && beside != nullptr && folder.Holds(*shown)) Select(*beside);
-  edits_.DeleteFolder(folder);
 }
 
 void PVExplorer::Paste(Folder* into) {
@@ -305,12 +309,8 @@ void PVExplorer::TakeDrop(PVExplorer& source, Folder& from, bool songs,
   } else if (!FolderTree::HasRoomBelow(to, from)) {
     Tell(JukeboxEdits::Result::kTooDeep);
   } else {
-    // What is on show there goes away.
-    const Folder* const shown = source.selectednode();
-    const Folder* const beside = FolderBeside(from);
-    const bool leaves = &source != this && !copy;
-    if (leaves && shown != nullptr && beside != nullptr && from.Holds(*shown))
-      source.Select(*beside);
+    const Folder* const shown = selectednode();
+    if (&source != this && !copy) source.ShowBeside(from);
     const bool moves_shown = &source == this && !copy && shown != nullptr && from.Holds(*shown);
     Tell(edits_.DropFolder(source.edits_, from, to, copy));
     if (to != nullptr) tree_->expand(folders_->IndexOf(*to));
