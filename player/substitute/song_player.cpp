@@ -397,6 +397,8 @@ void SongPlayer::PositionTold(double position) {
   // that it stands a little before the place, for as long as it is paused.
   constexpr double kMostBefore = 0.5;
   const bool just_before = position < sought_ && position > sought_ - kMostBefore;
+  // Nothing goes back while it is paused: that is what was before the seek, told late.
+  if (status_ == kPaused && position <= sought_ - kMostBefore) return;
   position_ = just_before ? sought_ : position;
 }
 
