@@ -22,13 +22,16 @@ std::string ProblemOfApplicationFolder(const std::string& folder) {
   return {};
 }
 
-std::string ProblemOfDrive(const std::string& folder) {
-  if (!FolderExists(folder)) return "The drive folder " + folder + " does not exist.";
-  if (!ListFolder(folder, {}).opened) return "The drive folder " + folder + " cannot be read.";
-  return {};
-}
-
 }  // namespace
+
+std::string ProblemOfDrive(const std::string& folder,
+                           const std::function<bool(const std::string&)>& is_known) {
+  const FolderState state = StateOfFolder(folder);
+  if (state != FolderState::kNotThere && state != FolderState::kUnreadable) return {};
+  if (is_known(folder)) return {};
+  return "The drive folder " + folder +
+         (state == FolderState::kNotThere ? " does not exist." : " cannot be read.");
+}
 
 CommandLine ParseCommandLine(std::span<const std::string> arguments) {
   CommandLine line;
@@ -45,12 +48,10 @@ CommandLine ParseCommandLine(std::span<const std::string> arguments) {
       const std::string given = folder();
       if (!line.error.empty()) break;
       line.application_folder = EnsureTrailingBackslash(AbsolutePath(given));
-      line.error = ProblemOfApplicationFolder(line.application_folder);
     } else if (argument == "--drive") {
       const std::string given = folder();
       if (!line.error.empty()) break;
       line.drives.push_back(EnsureTrailingBackslash(AbsolutePath(given)));
-      line.error = ProblemOfDrive(line.drives.back());
     } else if (argument == "--exit-after-startup") {
       line.exit_after_startup = true;
     } else if (argument == "--help") {
@@ -62,6 +63,10 @@ CommandLine ParseCommandLine(std::span<const std::string> arguments) {
     } else {
       line.error = "'" + argument + "' is not an option of Tallow. tallow --help lists them.";
     }
+  }
+  if (line.error.empty() && !line.application_folder.empty()) {
+    line.error = ProblemOfApplicationFolder(line.application_folder);
+    line.is_folder_error = !line.error.empty();
   }
   return line;
 }

@@ -13,6 +13,27 @@ namespace {
 
 CommandLine Parse(const std::vector<std::string>& arguments) { return ParseCommandLine(arguments); }
 
+bool NoDrive(const std::string& /*root*/) { return false; }
+bool AnyDrive(const std::string& /*root*/) { return true; }
+
+TEST(CommandLine, ADriveThatIsNotThereIsAnErrorUnlessItIsKnown) {
+  const TempFolder folder;
+  const std::string none = folder / "none/";
+  EXPECT_EQ(ProblemOfDrive(none, NoDrive), "The drive folder " + none + " does not exist.");
+  EXPECT_EQ(ProblemOfDrive(none, AnyDrive), "");
+  EXPECT_EQ(ProblemOfDrive(folder.path(), NoDrive), "");
+  // What is known of a drive is looked up once the application folder is there.
+  EXPECT_EQ(Parse({"--drive", none}).error, "");
+}
+
+TEST(CommandLine, AnApplicationFolderThatCannotBeHadIsToldApart) {
+  const TempFolder folder;
+  const CommandLine line = Parse({"--app-folder", folder / "none", "--exit-after-startup"});
+  EXPECT_TRUE(line.is_folder_error);
+  EXPECT_TRUE(line.exit_after_startup);
+  EXPECT_FALSE(Parse({"--fast"}).is_folder_error);
+}
+
 TEST(CommandLine, NothingGivenIsTheUsualStart) {
   const CommandLine line = Parse({});
   EXPECT_EQ(line.error, "");
@@ -41,8 +62,6 @@ TEST(CommandLine, WrongOnesAreNamed) {
             "'--fast' is not an option of Tallow. tallow --help lists them.");
   EXPECT_EQ(Parse({"--drive"}).error, "--drive needs a folder behind it.");
   EXPECT_EQ(Parse({"--app-folder", ""}).error, "--app-folder needs a folder behind it.");
-  EXPECT_EQ(Parse({"--drive", folder / "none"}).error,
-            "The drive folder " + (folder / "none/") + " does not exist.");
   EXPECT_EQ(Parse({"--app-folder", folder / "none"}).error,
             "The application folder " + (folder / "none/") + " does not exist.");
 }
@@ -77,7 +96,7 @@ TEST(CommandLine, FoldersWithoutPermissionAreNamed) {
   const std::string closed = folder.Folder("closed");
   std::filesystem::permissions(closed, std::filesystem::perms::none);
   const AsNobody nobody;
-  EXPECT_EQ(Parse({"--drive", closed}).error, "The drive folder " + closed + " cannot be read.");
+  EXPECT_EQ(ProblemOfDrive(closed, NoDrive), "The drive folder " + closed + " cannot be read.");
   EXPECT_EQ(Parse({"--app-folder", folder.path()}).error,
             "No file can be made in the application folder " + folder.path() + ".");
 }

@@ -10,6 +10,7 @@
 
 #include "app/command_line.h"
 #include "app/search/drive_list.h"
+#include "app/search/system_volumes.h"
 #include "app/system.h"
 #include "app/tallow.h"
 #include "app/version.h"
@@ -17,6 +18,7 @@
 #include "ui/dialogs/message_box.h"
 #include "ui/display.h"
 #include "ui/end_signals.h"
+#include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_pictures.h"
 #include "ui/frame/frame_style.h"
 #include "ui/frame/frm_mdi_form1.h"
@@ -42,8 +44,18 @@ int HandOver(SingleProgram& running, const std::string& folder, const CommandLin
   return 1;
 }
 
+/// Says why the program ends: in a message box, or where nobody is to be asked on standard error.
+int TellUsageError(const std::string& text, bool silent) {
+  if (silent)
+    std::fprintf(stderr, "%s\n", text.c_str());
+  else
+    ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, nullptr);
+  return kUsageError;
+}
+
 int Run(int argc, char** argv, const CommandLine& line) {
   if (!HasDisplay()) {
+    if (!line.error.empty()) return TellUsageError(line.error, true);
     if (!line.exit_after_startup) {
       std::fputs("Tallow needs a display to open its windows on, and DISPLAY is not set.\n",
                  stderr);
@@ -61,10 +73,17 @@ int Run(int argc, char** argv, const CommandLine& line) {
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setStyle(new FrameStyle);
 
+  if (!line.error.empty()) return TellUsageError(line.error, line.exit_after_startup);
   Tallow tallow(line.application_folder.empty() ? UsualApplicationFolder()
                                                 : line.application_folder);
   SingleProgram single(tallow.application_folder);
   if (!single.Lock()) return HandOver(single, tallow.application_folder, line);
+  tallow.library.UseDrives(SystemVolumes, line.drives);
+  for (const std::string& drive : line.drives) {
+    const auto is_known = [&](const std::string& root) { return tallow.library.KnowsDrive(root); };
+    if (const std::string problem = ProblemOfDrive(drive, is_known); !problem.empty())
+      return TellUsageError(problem, line.exit_after_startup);
+  }
   const std::unique_ptr<DriveList> drives =
       line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
   const std::unique_ptr<PlayerLink> player = SystemPlayerLink();
@@ -90,6 +109,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
   if (!system.Main(QtsRuntimeFile())) return 1;
   if (line.exit_after_startup || tallow.is_ending) return 0;
   QApplication::setQuitOnLastWindowClosed(true);
+  frame.Findings().FindSizes();
   if (!line.files.empty()) frame.OpenFiles(line.files);
   const int code = QApplication::exec();
   // The end may have come in the middle of filing, which is complete now.
@@ -105,7 +125,7 @@ int main(int argc, char** argv) {
   try {
     tallow::UseTerminal();
     const CommandLine line = tallow::ParseCommandLine(tallow::ProgramArguments(argc, argv));
-    if (!line.error.empty()) {
+    if (!line.error.empty() && !line.is_folder_error) {
       tallow::TellBeforeWindows(line.error);
       return tallow::kUsageError;
     }

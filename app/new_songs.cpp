@@ -1,24 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/new_songs.h"
 
-#include <algorithm>
 #include <exception>
 #include <utility>
 
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
+#include "jukebox/returned_songs.h"
 #include "jukebox/sorting.h"
-#include "util/number.h"
 
 namespace tallow {
 namespace {
-
-std::int32_t MissingSongs(const clsMain& library) {
-  std::int32_t missing = 0;
-  for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
-    if (NumericValue(library.Mp3Info(kFileIsThere, row)) == 0) ++missing;
-  return missing;
-}
 
 /// One run of the command.
 class Search {
@@ -30,8 +22,8 @@ class Search {
     tallow_.SearchCancelled = false;
     progress_ = &windows_.ShowSearching();
     windows_.EnableFrame(false);
-    const std::int32_t missing = MissingSongs(library_);
-    const std::int32_t before = library_.UBoundOfMp3Array();
+    library_.BeginScan(place == NewSongsPlace::kUsualFolders ? ScanKind::kFolderList
+                                                             : ScanKind::kComputer);
     try {
       if (place == NewSongsPlace::kUsualFolders)
         SearchUsualFolders();
@@ -41,7 +33,7 @@ class Search {
       failure_ = error.what();
     }
     End();
-    Tell(std::max(0, library_.UBoundOfMp3Array() - before), MissingSongs(library_) - missing);
+    Tell(library_.FinishScan(!was_cancelled_ && failure_.empty()));
   }
 
  private:
@@ -84,16 +76,7 @@ class Search {
       library_.WriteOutMp3DirectoryLocations();
     } else {
       SearchDrives();
-      if (library_.Mp3MainHasSomeMembers()) {
-        bool sorted = false;
-        library_.Sort(true, true, kFileName, sorted);
-        std::int32_t none = 0;
-        library_.DeleteIdenticalFileNamesAndPaths(none);
-        library_.RenumberBasedOnArrayNumber();
-        // What could not be saved must not be loaded over what was found.
-        if (library_.Save()) library_.LoadMain();
-        library_.WriteOutMp3DirectoryLocations();
-      }
+      library_.TakeSearchedSongs(0);
     }
     FileSongsFrom(before);
   }
@@ -108,6 +91,8 @@ class Search {
   }
 
   void FileSongsFrom(std::int32_t before) {
+    // Songs that came back have their places, and are not filed as new ones.
+    FollowReturnedSongs(library_.TakeReturned(), windows_.AllJukeboxes(), tallow_.clipboard);
     Jukebox* jukebox = windows_.ActiveJukebox();
     // Without a caption all jukeboxes would be meant.
     if (jukebox != nullptr && jukebox->Caption().empty()) jukebox = nullptr;
@@ -137,20 +122,18 @@ class Search {
     tallow_.found_tags.Clear();
   }
 
-  void Tell(std::int32_t new_songs, std::int32_t missing) {
-    // What has gone is no longer shown.
-    if (missing != 0)
-      for (Jukebox* const jukebox : windows_.AllJukeboxes()) jukebox->ListRefilled(library_);
-    std::string line = std::to_string(new_songs) +
-                       (new_songs == 1 ? " new song, " : " new songs, ") + std::to_string(missing) +
-                       " missing";
+  void Tell(const ScanReport& report) {
+    // Songs have gone, come back, or gone away.
+    for (Jukebox* const jukebox : windows_.AllJukeboxes()) jukebox->ListRefilled(library_);
+    std::string line = TextOf(report, true);
     if (was_cancelled_) line += ". The search was cancelled; what it had looked at is complete.";
     if (had_no_jukebox_) line += ". No jukebox was the active window, so nothing was filed.";
     std::vector<std::string> lines{std::move(line)};
     lines.insert(lines.end(), problems_.begin(), problems_.end());
+    for (const std::string& problem : library_.TakeProblems()) lines.push_back(problem);
     if (!library_.SaveError().empty())
       lines.insert(lines.begin(), "The song library could not be saved: " + library_.SaveError());
-    windows_.Notice(lines);
+    windows_.NoticeScan(lines);
     if (!failure_.empty())
       windows_.Show(
           {.text = "The search for new songs could not be finished. " + failure_ +

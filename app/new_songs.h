@@ -29,6 +29,8 @@ class NewSongsWindows {
   virtual MessageAnswer Show(const Message& message) = 0;
   /// Says something that does not stop anything, where it does not get in the way.
   virtual void Notice(const std::vector<std::string>& lines) = 0;
+  /// Notice of what a search came to; a click on it shows which files were left out, and what is away.
+  virtual void NoticeScan(const std::vector<std::string>& lines) = 0;
 };
 
 /// Where new songs are looked for.

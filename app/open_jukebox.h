@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "app/confused_songs.h"
+
 namespace tallow {
 
 class Jukebox;
@@ -17,11 +19,12 @@ class clsMain;
 /// \param caption    what it is called: the file's name in upper case, as the caller makes it; where nothing
 ///                   is left of that, the whole name
 /// \param windows    the open jukeboxes, this one among them
+/// \param ask        asks about songs whose numbers were confused; may be empty
 /// \param found_tags tags that are known already, sealed; null for none
 /// \returns false when the file cannot be used; jukebox.FileProblem() says why, and nothing has changed
 /// \throws FilingError after everything else is done, see FillAutomaticFolders
 bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
-                     clsMain& library, std::span<Jukebox* const> windows,
+                     clsMain& library, std::span<Jukebox* const> windows, const AskQuestion& ask,
                      const TagCache* found_tags = nullptr);
 
 }  // namespace tallow

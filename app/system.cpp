@@ -70,26 +70,41 @@ bool System::Main(const RuntimeFile& runtime_file) {
       return false;
     }
     FindPlayer();
+    tallow_.library.BeginScan(ScanKind::kFolderList);
     if (!LoadOrBuildLibrary()) {
       windows_.UnloadSplash();
       return false;
     }
+    const ScanReport report = tallow_.library.FinishScan(!was_cancelled_);
+    for (std::string& problem : tallow_.library.TakeProblems())
+      notices_.push_back(std::move(problem));
     OpenFirstJukebox();
     DropVanishedPlayer();
     bool sorted = false;
     tallow_.library.Sort(true, false, kRecordNumber, sorted);
     tallow_.help_file = HelpFilePath(tallow_.application_folder);
     windows_.UnloadSplash();
+    if (!tallow_.library.SaveError().empty())
+      notices_.push_back("A file of the song library could not be saved: " +
+                         tallow_.library.SaveError());
+    Notice(report);
   } catch (const std::exception& error) {
     windows_.UnloadSplash();
     windows_.Tell(std::string("Tallow cannot start.\n\n") + error.what());
     return false;
   }
-  if (!tallow_.library.SaveError().empty())
-    windows_.Notice(
-        {"A file of the song library could not be saved: " + tallow_.library.SaveError()});
   windows_.ShowTip();
   return true;
+}
+
+void System::Notice(const ScanReport& report) {
+  if (!notices_.empty()) windows_.Notice(notices_);
+  const std::string line = TextOf(report, false);
+  if (line.empty()) return;
+  // What is the matter comes first, and hides nothing.
+  std::vector<std::string> lines = std::exchange(notices_, {});
+  lines.push_back(line);
+  windows_.NoticeScan(lines);
 }
 
 bool System::CheckRuntimeFile(const RuntimeFile& file) {
@@ -227,12 +242,18 @@ bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
 void System::LoadLibrary() {
   clsMain& library = tallow_.library;
   library.LoadMain();
+  if (library.RepairRecordNumbers())
+    notices_.push_back(
+        "An earlier Tallow had confused the numbers of songs in the song library. They were put "
+        "right; the library as it was is kept as " +
+        std::string(kLibraryFileName) + std::string(kBackupSuffix) + " beside it.");
   library.CheckToSeeIfFilesAreMissingAndMakeFalse();
   library.AddAnyAdditionalMp3FromTheNormalDirectories();
 }
 
 void System::SearchForSongs() {
   clsMain& library = tallow_.library;
+  library.BeginScan(ScanKind::kComputer);
   windows_.ShowCancelButton(true);
   windows_.ShowFoundLine(true);
   std::int32_t old_count = 0;
@@ -242,17 +263,10 @@ void System::SearchForSongs() {
     library.CheckToSeeIfFilesAreMissingAndMakeFalse();
     old_count = library.UBoundOfMp3Array();
   }
-  tallow_.search_all_drives(nullptr);
+  was_cancelled_ = !tallow_.search_all_drives(nullptr);
   windows_.ShowCancelButton(false);
-  if (library.Mp3MainHasSomeMembers()) {
-    bool sorted = false;
-    library.Sort(true, true, kFileName, sorted);
-    library.DeleteIdenticalFileNamesAndPaths(old_count);
-    library.RenumberBasedOnArrayNumber();
-    // What could not be saved must not be loaded over what was found.
-    if (library.Save()) library.LoadMain();
-    library.WriteOutMp3DirectoryLocations();
-  } else if (rebuild_) {
+  library.TakeSearchedSongs(old_count);
+  if (rebuild_ && !library.Mp3MainHasSomeMembers()) {
     // Nothing is left and nothing was found: the next start must not come here again.
     library.Save();
     library.WriteOutMp3DirectoryLocations();
@@ -276,7 +290,7 @@ void System::OpenFirstJukebox() {
             tallow_.library, jukebox, windows_.OpenJukeboxes(),
             [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags);
     } catch (const FilingError& error) {
-      windows_.Notice(error.problems());
+      notices_.insert(notices_.end(), error.problems().begin(), error.problems().end());
     }
   }
   // What the user has just asked for is in front.
@@ -285,6 +299,7 @@ void System::OpenFirstJukebox() {
 }
 
 std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
+  const AskQuestion ask = [this](const std::string& text) { return windows_.AskUnlessLeft(text); };
   std::vector<std::string> problems;
   std::vector<std::string> recovered;
   for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
@@ -310,19 +325,20 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
     }
     Jukebox& jukebox = windows_.NewJukebox();
     tallow_.unsaved.Recover(Contains(recovered, unsaved.file) ? WithoutFile(unsaved) : unsaved,
-                            jukebox, tallow_.library);
+                            jukebox, tallow_.library,
+                            AskAboutConfusedSongs(unsaved.path, tallow_.library, ask));
     jukebox.Tag(std::to_string(windows_.OpenJukeboxes().size()));
     try {
       FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), tallow_.library,
                            windows_.OpenJukeboxes(), &tallow_.found_tags);
     } catch (const FilingError& error) {
-      windows_.Notice(error.problems());
+      notices_.insert(notices_.end(), error.problems().begin(), error.problems().end());
     }
     windows_.ShowJukebox(jukebox);
     last = &jukebox;
     recovered.push_back(unsaved.file);
   }
-  if (!problems.empty()) windows_.Notice(problems);
+  notices_.insert(notices_.end(), problems.begin(), problems.end());
   return recovered;
 }
 
@@ -330,14 +346,18 @@ bool System::OpenLastJukebox(Jukebox& jukebox) {
   const std::string& path = tallow_.settings.LocOfLastSavedJukeBox();
   if (path.empty()) return false;
   if (IsGone(path)) {
-    windows_.Notice({path + " is gone, so this is the sample jukebox. Other jukeboxes are in the "
-                            "File menu."});
+    notices_.push_back(path +
+                       " is gone, so this is the sample jukebox. Other jukeboxes are in the "
+                       "File menu.");
     return false;
   }
   std::optional<FilingError> unfiled;
   try {
-    if (!OpenJukeboxFile(path, ToUpper(FileTitleWithoutExtension(path)), jukebox, tallow_.library,
-                         windows_.OpenJukeboxes(), &tallow_.found_tags)) {
+    if (!OpenJukeboxFile(
+            path, ToUpper(FileTitleWithoutExtension(path)), jukebox, tallow_.library,
+            windows_.OpenJukeboxes(),
+            [this](const std::string& text) { return windows_.AskUnlessLeft(text); },
+            &tallow_.found_tags)) {
       windows_.Tell(jukebox.FileProblem() +
                     "\n\nTallow goes on with the sample jukebox. The file stays as it is.");
       return false;

@@ -49,6 +49,9 @@ class StartUpWindows {
   virtual std::optional<bool> AskUnlessLeft(const std::string& text) = 0;
   /// Says something that does not stop anything, where it does not get in the way.
   virtual void Notice(const std::vector<std::string>& lines) = 0;
+  /// Notice of what the start came to; a click on it shows which files were left out, and what is away.
+  /// The last line is the counts, which are no problem.
+  virtual void NoticeScan(const std::vector<std::string>& lines) = 0;
   /// Opens a text file in the system's text editor; a failure is ignored.
   virtual void OpenInTextEditor(const std::string& path) = 0;
   /// Shows the tip window, modal; it decides itself whether it stays.
@@ -89,12 +92,15 @@ class System {
   /// \returns the files of those that were recovered
   std::vector<std::string> RecoverUnsaved(Jukebox*& last);
   void DropVanishedPlayer();
+  void Notice(const ScanReport& report);
 
   Tallow& tallow_;
   const DriveList& drives_;
   StartUpWindows& windows_;
   std::function<std::string()> nearby_;
   bool settings_are_new_ = false;
+  bool was_cancelled_ = false;        ///< the search for songs
+  std::vector<std::string> notices_;  ///< to be said once the windows are there
   bool rebuild_ = false;  ///< the user wants what the library file still shows, and a new search
 };
 

@@ -18,13 +18,15 @@ namespace {
 
 constexpr std::string_view kSongPattern = "*.mp3";
 
-/// The rows of the present songs by their names in lower case. Of two of a name the first counts.
+/// The rows of the songs by their names in lower case. Of two of a name the first counts, and one that is
+/// there before one that is away.
 std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library) {
   std::unordered_map<std::string, std::int32_t> rows;
   rows.reserve(static_cast<std::size_t>(library.UBoundOfMp3Array()));
-  for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
-    if (NumericValue(library.Mp3Info(kFileIsThere, row)) != 0)
-      rows.emplace(ToLower(library.Mp3Info(kFileName, row)), row);
+  for (const bool away : {false, true})
+    for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
+      if (library.IsPresent(row) && library.IsAway(row) == away)
+        rows.emplace(ToLower(library.Mp3Info(kFileName, row)), row);
   return rows;
 }
 
@@ -55,6 +57,7 @@ std::vector<std::string> FilesOf(std::span<const std::string> paths,
 
 TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library) {
   TakenFiles taken;
+  library.BeginScan(ScanKind::kFiles);
   const std::vector<std::string> files = FilesOf(paths, taken.problems);
   std::int32_t old_count = library.UBoundOfMp3Array();
   auto known = RowsByName(library);
@@ -66,24 +69,29 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library) {
           path + " lies in a folder of unfinished or deleted files and was left out.");
       continue;
     }
-    const std::string_view name = NameOfPath(path);
-    names.push_back(ToLower(name));
-    const std::int32_t row = library.UBoundOfMp3Array() + 1;
-    if (!known.emplace(names.back(), row).second) continue;
-    library.Mp3Info(kFileLocation, row, folder);
-    library.Mp3Info(kFileName, row, name);
-    library.Mp3Info(kFileIsThere, row, "1");
-    library.Mp3Info(kRecordNumber, row, std::to_string(row));
-    library.Mp3Info(kSongRank, row, "2");
+    names.push_back(ToLower(NameOfPath(path)));
+    const auto found = known.find(names.back());
+    // Of one that is away its size decides, once all have been added.
+    const bool counts = found != known.end() && !library.IsAway(found->second) &&
+                        (found->second > old_count || library.CheckOneSong(found->second) ||
+                         library.IsPresent(found->second));
+    if (counts) continue;
+    const FileLook look = LookAtFile(path);
+    known[names.back()] =
+        library.AddSong(folder, NameOfPath(path), static_cast<std::int64_t>(look.size));
     taken.has_new_songs = true;
   }
   if (taken.has_new_songs) {
     library.DeleteIdenticalFileNamesAndPaths(old_count);
+    taken.has_new_songs = library.UBoundOfMp3Array() > old_count;
     library.WriteOutMp3DirectoryLocations();
     if (!library.SaveError().empty())
       taken.problems.push_back("The new songs could not be saved. " + library.SaveError() + ".");
     known = RowsByName(library);
   }
+  taken.returned = library.TakeReturned();
+  taken.report = library.FinishScan(false);
+  for (const std::string& problem : library.TakeProblems()) taken.problems.push_back(problem);
   for (const std::string& name : names)
     if (const auto found = known.find(name); found != known.end())
       taken.songs.emplace_back(found->second,

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/data_paths.h"
+#include "app/search/system_volumes.h"
 
 namespace tallow {
 
@@ -14,10 +15,16 @@ Tallow::Tallow(std::string application_folder_)
               [this] {
                 if (search_all_drives) search_all_drives(nullptr);
               }),
-      unsaved(SystemFolder(application_folder)) {}
+      unsaved(SystemFolder(application_folder)) {
+  library.UseDrives(SystemVolumes, {});
+}
 
 std::string Tallow::SettingsOfLibrary::LocOfGroupingDir() const {
   return tallow_.settings.LocOfGroupingDir();
+}
+
+std::string Tallow::SettingsOfLibrary::SystemFolder() const {
+  return tallow::SystemFolder(tallow_.application_folder);
 }
 
 std::string Tallow::SettingsOfLibrary::FileContainingTargetDirectories() const {

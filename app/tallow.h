@@ -35,6 +35,7 @@ class Tallow {
    public:
     explicit SettingsOfLibrary(Tallow& tallow) : tallow_(tallow) {}
     std::string LocOfGroupingDir() const override;
+    std::string SystemFolder() const override;
     std::string FileContainingTargetDirectories() const override;
     std::int32_t NumerOfRecordsInTheMain() const override;
     void NumerOfRecordsInTheMain(std::int32_t rows) override;

@@ -7,12 +7,12 @@
 #include <stdexcept>
 #include <utility>
 
-#include "jukebox/json_text.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_file.h"
 #include "util/atomic_file.h"
 #include "util/errors.h"
 #include "util/file_system.h"
+#include "util/json_text.h"
 
 namespace tallow {
 namespace {
@@ -127,8 +127,8 @@ bool UnsavedJukeboxes::IsSaved(const UnsavedJukebox& unsaved, const clsMain& lib
 void UnsavedJukeboxes::Decline(const UnsavedJukebox& unsaved) noexcept { KeepAside(unsaved.path); }
 
 bool UnsavedJukeboxes::Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox,
-                               const clsMain& library) {
-  if (!jukebox.TakeUnsaved(unsaved.bytes, unsaved.file, library)) return false;
+                               const clsMain& library, const AskWhichSongs& ask) {
+  if (!jukebox.TakeUnsaved(unsaved.bytes, unsaved.file, library, ask)) return false;
   jukebox.Caption(unsaved.caption);
   jukebox.FileLocation(unsaved.location);
   kept_[&jukebox] = {unsaved.path, ContentOf(jukebox.Nodes())};

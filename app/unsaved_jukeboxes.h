@@ -7,6 +7,8 @@
 #include <unordered_map>
 #include <vector>
 
+#include "jukebox/jukebox_file.h"
+
 namespace tallow {
 
 class Jukebox;
@@ -69,7 +71,9 @@ class UnsavedJukeboxes {
   /// Fills a new jukebox with an unsaved one, whose file is the new one's from then on.
   ///
   /// \returns false when it holds no jukebox after all; Jukebox::FileProblem tells why
-  bool Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox, const clsMain& library);
+  /// \param ask see RelinkSongs; may be empty
+  bool Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox, const clsMain& library,
+               const AskWhichSongs& ask = {});
 
  private:
   struct Kept {

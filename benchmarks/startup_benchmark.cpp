@@ -37,6 +37,7 @@ class NoWindows : public StartUpWindows, private SearchProgress {
   }
   std::optional<bool> AskUnlessLeft(const std::string&) override { return std::nullopt; }
   void Notice(const std::vector<std::string>& lines) override { Tell(lines.front()); }
+  void NoticeScan(const std::vector<std::string>&) override {}
   void OpenInTextEditor(const std::string&) override {}
   void ShowTip() override {}
 

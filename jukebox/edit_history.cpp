@@ -363,6 +363,20 @@ void EditHistory::SongsPruned(const Folder& folder, std::vector<std::int32_t> ro
     for (Change& change : step->changes) Carry(change, folder, carried);
 }
 
+void EditHistory::Renumber(Step& step, const NewNumbers& numbers) {
+  for (Change& change : step.changes) {
+    if (auto* const songs = std::get_if<SongPresence>(&change))
+      tallow::Renumber(songs->entries, numbers);
+    else if (auto* const presence = std::get_if<FolderPresence>(&change))
+      if (presence->detached != nullptr) tallow::Renumber(*presence->detached, numbers);
+  }
+}
+
+void EditHistory::Renumber(const NewNumbers& numbers) {
+  for (Step& step : undo_) Renumber(step, numbers);
+  for (Step& step : redo_) Renumber(step, numbers);
+}
+
 void EditHistory::MarkSaved() noexcept { saved_ = static_cast<std::ptrdiff_t>(undo_.size()); }
 
 bool EditHistory::IsAsSaved() const noexcept {

@@ -111,6 +111,10 @@ class EditHistory {
   /// Whether the user's changes since MarkSaved, or since the beginning, come to nothing.
   bool IsAsSaved() const noexcept;
 
+  /// Lets the songs that steps hold be meant by the numbers that they have now. Those in the tree are the
+  /// caller's.
+  void Renumber(const NewNumbers& numbers);
+
   /// Forgets all steps. The tree counts as saved.
   void Clear();
 
@@ -172,6 +176,7 @@ class EditHistory {
   void DropDoubles(Step& step);
   void Keep(Change change);
 
+  static void Renumber(Step& step, const NewNumbers& numbers);
   static void Carry(Change& change, const Folder& folder, std::vector<std::int32_t>& rows);
   static std::size_t BytesOf(const Step& step);
   void DropOldSteps();

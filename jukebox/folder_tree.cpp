@@ -6,6 +6,17 @@
 
 namespace tallow {
 
+void Renumber(std::vector<SongEntry>& entries, const NewNumbers& numbers) {
+  for (SongEntry& entry : entries)
+    if (const auto found = numbers.find(entry.SubItem()); found != numbers.end())
+      entry.SubItem(found->second);
+}
+
+void Renumber(Folder& folder, const NewNumbers& numbers) {
+  Renumber(folder.Items(), numbers);
+  for (std::int32_t k = 0; k < folder.Children(); ++k) Renumber(folder.ChildAt(k), numbers);
+}
+
 Folder* Folder::Sibling(std::int32_t index) const noexcept {
   const Folder& above = parent_ != nullptr ? *parent_ : *tree_->root_;
   const auto place = static_cast<std::size_t>(index);

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -54,6 +55,12 @@ class SongEntry {
   std::uint32_t icon_ : 8 = 0;
 };
 static_assert(sizeof(SongEntry) == 8);
+
+/// Record numbers that songs had, and those that they have now.
+using NewNumbers = std::unordered_map<std::int32_t, std::int32_t>;
+
+/// Lets entries mean songs by the numbers that they have now.
+void Renumber(std::vector<SongEntry>& entries, const NewNumbers& numbers);
 
 /// The pictures of a folder, as numbers of the tree's images.
 enum FolderImage : std::int32_t {
@@ -154,6 +161,9 @@ class FolderTreeObserver {
 /// How deep a folder may lie: one at top level is at level 0. It bounds what a file of a jukebox may ask
 /// for, so no tree may get any deeper.
 inline constexpr std::int32_t kMostLevel = 1000;
+
+/// Renumber for the songs of a folder and of all below it.
+void Renumber(Folder& folder, const NewNumbers& numbers);
 
 /// A folder, with all below it, that is in no tree.
 using DetachedFolder = std::unique_ptr<Folder>;

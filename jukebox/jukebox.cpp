@@ -7,7 +7,6 @@
 #include <span>
 #include <utility>
 
-#include "jukebox/jukebox_file.h"
 #include "jukebox/sorting.h"
 #include "library/cls_main.h"
 #include "util/atomic_file.h"
@@ -39,22 +38,39 @@ constexpr ListOrder kOrders[kLastOrder] = {
     {"By Rank -- worst to best", kSongRank, &SortCity::QuickSortNumericAscending},
 };
 
-/// The list of a folder as a table of two columns: the key, and the record number.
+/// The places of a folder's songs that are shown in its list.
+std::vector<std::size_t> ShownPlaces(const std::vector<SongEntry>& entries,
+                                     const clsMain& library) {
+  std::vector<std::size_t> places;
+  places.reserve(entries.size());
+  for (std::size_t k = 0; k < entries.size(); ++k)
+    if (!library.IsHidden(entries[k].SubItem())) places.push_back(k);
+  return places;
+}
+
+/// The shown songs of a folder as a table of two columns: the key, and the record number. Songs that are
+/// not shown keep their places.
 class KeyTable : public TextTable {
  public:
   static constexpr std::int16_t kKey = 1;
   static constexpr std::int16_t kColumns = 2;
 
   KeyTable(std::vector<SongEntry>& entries, const clsMain& library, SongColumn key)
-      : entries_(entries), library_(library), key_(key), origins_(entries.size()) {
+      : entries_(entries),
+        library_(library),
+        key_(key),
+        places_(ShownPlaces(entries, library)),
+        origins_(entries.size()) {
     std::iota(origins_.begin(), origins_.end(), 0);
   }
+
+  std::int32_t Rows() const noexcept { return static_cast<std::int32_t>(places_.size()); }
 
   /// For each place the one that its song came from, both from 0.
   std::vector<std::int32_t>& Origins() noexcept { return origins_; }
 
   std::string_view Cell(std::int16_t /*column*/, std::int32_t row) const override {
-    const std::int32_t record = entries_[static_cast<std::size_t>(row - 1)].SubItem();
+    const std::int32_t record = entries_[PlaceOf(row)].SubItem();
     // An entry that the labelling passed over may still belong to no song.
     if (record < 1 || record > library_.UBoundOfMp3Array()) return "0";
     return library_.Mp3Info(key_, record);
@@ -65,21 +81,24 @@ class KeyTable : public TextTable {
     std::vector<std::int32_t> records(order.size());
     std::vector<std::int32_t> origins(order.size());
     for (std::size_t k = 0; k < order.size(); ++k) {
-      const auto from = static_cast<std::size_t>(order[k] - 1);
+      const std::size_t from = PlaceOf(order[k]);
       records[k] = entries_[from].SubItem();
       origins[k] = origins_[from];
     }
     for (std::size_t k = 0; k < order.size(); ++k) {
-      const std::size_t to = static_cast<std::size_t>(first - 1) + k;
+      const std::size_t to = PlaceOf(first + static_cast<std::int32_t>(k));
       entries_[to].SubItem(records[k]);
       origins_[to] = origins[k];
     }
   }
 
  private:
+  std::size_t PlaceOf(std::int32_t row) const { return places_[static_cast<std::size_t>(row - 1)]; }
+
   std::vector<SongEntry>& entries_;
   const clsMain& library_;
   SongColumn key_;
+  std::vector<std::size_t> places_;
   std::vector<std::int32_t> origins_;
 };
 
@@ -139,7 +158,7 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
   return true;
 }
 
-bool Jukebox::Load(const std::string& path, const clsMain& library) {
+bool Jukebox::Load(const std::string& path, const clsMain& library, const AskWhichSongs& ask) {
   const auto fail = [this](const std::string& reason) {
     file_problem_ = "The jukebox could not be opened. " + reason + ".";
     return false;
@@ -150,7 +169,7 @@ bool Jukebox::Load(const std::string& path, const clsMain& library) {
       throw FileError(path, "the file is too large for a jukebox");
     const auto bytes = ReadWholeFile(path);
     if (!bytes) throw FileError(path, "the file is gone");
-    Take(*bytes, path, library);
+    Take(*bytes, path, library, ask);
   } catch (const FileError& error) {
     return fail(error.what());
   } catch (const JukeboxFileError& error) {
@@ -167,9 +186,10 @@ bool Jukebox::Load(const std::string& path, const clsMain& library) {
   return true;
 }
 
-bool Jukebox::TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library) {
+bool Jukebox::TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library,
+                          const AskWhichSongs& ask) {
   try {
-    Take(bytes, file, library);
+    Take(bytes, file, library, ask);
   } catch (const JukeboxFileError& error) {
     file_problem_ = error.what();
     return false;
@@ -183,9 +203,10 @@ bool Jukebox::TakeUnsaved(std::string_view bytes, const std::string& file, const
   return true;
 }
 
-void Jukebox::Take(std::string_view bytes, const std::string& path, const clsMain& library) {
+void Jukebox::Take(std::string_view bytes, const std::string& path, const clsMain& library,
+                   const AskWhichSongs& ask) {
   JukeboxContent content = DecodeJukebox(bytes);
-  RelinkSongs(content, library);
+  RelinkSongs(content, library, ask);
   SongNames absent_names = AbsentNames(content, library);
   FolderTree loaded;
   FillTree(content, library, loaded);
@@ -200,6 +221,25 @@ void Jukebox::Take(std::string_view bytes, const std::string& path, const clsMai
     view_->HeadersChanged();
     view_->ListChanged();
   }
+}
+
+void Jukebox::Renumber(const NewNumbers& numbers) {
+  const std::uint64_t before = ContentOf(tree_);
+  for (std::int32_t k = 0; k < tree_.Children(); ++k) tallow::Renumber(tree_.ChildAt(k), numbers);
+  history_.Renumber(numbers);
+  const std::uint64_t after = ContentOf(tree_);
+  if (before == remembered_content_)
+    remembered_content_ = after;
+  else
+    remembered_is_stale_ = true;
+}
+
+bool Jukebox::HasUnsavedChanges(const clsMain& library) const {
+  if (file_path_.empty() || IsGone(file_path_)) return true;
+  if (!DiffersFromFile()) return false;
+  if (!remembered_is_stale_) return true;
+  Jukebox file;
+  return !file.Load(file_path_, library) || ContentOf(file.tree_) != ContentOf(tree_);
 }
 
 void Jukebox::IsFormDirty(bool dirty) noexcept {
@@ -267,8 +307,7 @@ void Jukebox::ColumnClick(const clsMain& library) {
     history_.End();
   };
   try {
-    order.sort(table, 1, static_cast<std::int32_t>(entries.size()), KeyTable::kKey,
-               KeyTable::kColumns);
+    order.sort(table, 1, table.Rows(), KeyTable::kKey, KeyTable::kColumns);
   } catch (...) {
     // Some songs have changed places.
     keep();

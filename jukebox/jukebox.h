@@ -9,6 +9,7 @@
 
 #include "jukebox/edit_history.h"
 #include "jukebox/folder_tree.h"
+#include "jukebox/jukebox_file.h"
 
 namespace tallow {
 
@@ -84,11 +85,21 @@ class Jukebox {
   /// To be called when folders may have left the tree: a folder on show that has is no longer on show.
   void ForgetLostFolder();
 
+  /// Lets songs be meant by the numbers that they have now, in folders and in steps. The songs of the
+  /// folder on show have no labels until ListRefilled.
+  void Renumber(const NewNumbers& numbers);
+
   /// Whether folders or songs differ from those of the file that was loaded or saved last, or from those
   /// at the time of RememberContent. Unlike IsFormDirty this looks.
   bool DiffersFromFile() const { return ContentOf(tree_) != remembered_content_; }
+  /// Whether closing the jukebox would lose something: it was never saved, its file is gone, or it
+  /// differs from its file.
+  bool HasUnsavedChanges(const clsMain& library) const;
   /// Takes what the jukebox holds now for that of its file. Save and Load do so themselves.
-  void RememberContent() { remembered_content_ = ContentOf(tree_); }
+  void RememberContent() {
+    remembered_content_ = ContentOf(tree_);
+    remembered_is_stale_ = false;
+  }
 
   /// Whether the tree is shown with all its folders open.
   bool Expanded() const noexcept { return expanded_; }
@@ -108,12 +119,15 @@ class Jukebox {
   /// that have got another number in the library, see RelinkSongs.
   ///
   /// \returns true on success; else FileProblem() says why not, and nothing has changed
-  bool Load(const std::string& path, const clsMain& library);
+  ///
+  /// \param ask see RelinkSongs; may be empty
+  bool Load(const std::string& path, const clsMain& library, const AskWhichSongs& ask = {});
 
   /// Like Load, from the bytes of a jukebox that was never saved as it is. It counts as changed.
   /// \param file the jukebox's own file; empty for none
   /// \returns true on success; else FileProblem() says in a few words what is wrong with the bytes
-  bool TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library);
+  bool TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library,
+                   const AskWhichSongs& ask = {});
 
   /// The file that was loaded or saved last; empty for none.
   const std::string& FilePath() const noexcept { return file_path_; }
@@ -154,7 +168,8 @@ class Jukebox {
  private:
   void NameColumnHeader(std::string_view text);
   /// \throws JukeboxFileError, std::bad_alloc; nothing has changed then
-  void Take(std::string_view bytes, const std::string& path, const clsMain& library);
+  void Take(std::string_view bytes, const std::string& path, const clsMain& library,
+            const AskWhichSongs& ask);
   void LabelSongs(const clsMain& library);
   StepResult AfterStep(Folder* concerned);
 
@@ -174,6 +189,8 @@ class Jukebox {
   /// The names in the file of songs that the library did not have when it was loaded, by record number.
   std::unordered_map<std::int32_t, std::string> absent_names_;
   std::uint64_t remembered_content_ = ContentOf(FolderTree());
+  /// Songs have got other numbers since, so the file has to be read to tell whether it is the same.
+  bool remembered_is_stale_ = false;
 };
 
 /// The file name of an entry's song; empty when the library has no such song.

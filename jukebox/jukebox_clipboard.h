@@ -31,6 +31,13 @@ class JukeboxClipboard {
     return folders_.Children() > 0 ? &folders_.ChildAt(0) : nullptr;
   }
 
+  /// Lets the songs be meant by the numbers that they have now.
+  void Renumber(const NewNumbers& numbers) {
+    tallow::Renumber(songs_, numbers);
+    for (std::int32_t k = 0; k < folders_.Children(); ++k)
+      tallow::Renumber(folders_.ChildAt(k), numbers);
+  }
+
   /// A number for a move between two jukeboxes, see EditHistory::PairLastStep.
   std::uint64_t NextMove() noexcept { return ++last_move_; }
 

@@ -11,10 +11,11 @@
 #include <utility>
 
 #include "jukebox/folder_tree.h"
-#include "jukebox/json_text.h"
 #include "library/cls_main.h"
 #include "util/errors.h"
+#include "util/json_text.h"
 #include "util/number.h"
+#include "util/path_text.h"
 #include "util/text.h"
 
 namespace tallow {
@@ -28,12 +29,6 @@ void AppendNumber(std::string& to, std::int64_t number) {
   char digits[24];
   const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
   to.append(digits, end);
-}
-
-/// Whether a record number is a row of the library whose song is there.
-bool IsPresent(const clsMain& library, std::int32_t record) {
-  return record >= 1 && record <= library.UBoundOfMp3Array() &&
-         NumericValue(library.Mp3Info(kFileIsThere, record)) != 0;
 }
 
 /// The record number that a member is named after; no value when it is anything else.
@@ -338,10 +333,13 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
     if (!used.rows[row]) continue;
     const auto record = static_cast<std::int32_t>(row);
     const auto known = absent.find(record);
-    if (IsPresent(library, record) || known == absent.end())
+    const MissingSong* const missing = library.Missing().Find(record);
+    if (library.IsPresent(record))
       add(record, library.Mp3Info(kFileName, record));
+    else if (missing != nullptr)
+      add(record, missing->name);
     else
-      add(record, known->second);
+      add(record, known != absent.end() ? known->second : library.Mp3Info(kFileName, record));
   }
   for (const std::int32_t record : used.strangers)
     if (const auto known = absent.find(record); known != absent.end()) add(record, known->second);
@@ -353,7 +351,7 @@ SongNames AbsentNames(const JukeboxContent& content, const clsMain& library) {
   SongNames absent;
   for (std::size_t k = 0; k < content.names.size(); ++k) {
     const auto [record, name] = content.names[k];
-    if (!IsPresent(library, record)) absent[record] = name;
+    if (!library.IsPresent(record)) absent[record] = name;
   }
   return absent;
 }
@@ -371,28 +369,92 @@ JukeboxContent DecodeJukebox(std::string_view bytes) {
   return std::move(reader.content);
 }
 
-void RelinkSongs(JukeboxContent& content, const clsMain& library) {
-  std::unordered_map<std::int32_t, std::string_view> others;  // songs that are not the ones meant
-  for (std::size_t k = 0; k < content.names.size(); ++k) {
-    const auto [record, name] = content.names[k];
-    // Of two names of one number the last one counts.
-    others.erase(record);
-    if (IsPresent(library, record) && library.Mp3Info(kFileName, record) != name)
-      others[record] = name;
-  }
-  if (others.empty()) return;
+namespace {
 
-  std::unordered_map<std::string_view, std::int32_t> rows;  // 0 for a name of several songs
-  for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
-    if (IsPresent(library, row)) {
-      const auto [place, is_new] = rows.emplace(library.Mp3Info(kFileName, row), row);
+/// Finds the songs that a jukebox means.
+class SongLinks {
+ public:
+  explicit SongLinks(const clsMain& library) : library_(library) {}
+
+  /// Whether the song of a number, there or remembered, has a file name.
+  bool IsNamed(std::int32_t record, std::string_view name) const {
+    if (library_.IsPresent(record))
+      return IsSamePathText(library_.Mp3Info(kFileName, record), name);
+    const MissingSong* const song = library_.Missing().Find(record);
+    if (song == nullptr || song->now != 0 || !IsSamePathText(song->name, name)) return false;
+    // Without a size it cannot be known again by itself, so a song of the name will do.
+    return song->size != kUnknownSize || OnlyPresent(name) == 0;
+  }
+
+  /// The number of the only song of a name; the given one where there is none, or are several.
+  std::int32_t ByName(std::string_view name, std::int32_t otherwise) const {
+    if (const std::int32_t row = OnlyPresent(name)) return row;
+    if (IsPresentOften(name)) return otherwise;
+    const MissingSong* const song = library_.Missing().OnlyOfName(name);
+    return song != nullptr ? song->number : otherwise;
+  }
+
+ private:
+  /// 0 for none, or for several.
+  std::int32_t OnlyPresent(std::string_view name) const {
+    const auto found = Rows().find(PathKey(name));
+    return found != Rows().end() ? found->second : 0;
+  }
+  bool IsPresentOften(std::string_view name) const { return Rows().contains(PathKey(name)); }
+
+  /// The rows of the present songs by PathKey of their names; 0 for a name of several.
+  const std::unordered_map<std::string, std::int32_t>& Rows() const {
+    if (!rows_.empty()) return rows_;
+    for (std::int32_t row = 1; row <= library_.UBoundOfMp3Array(); ++row) {
+      if (!library_.IsPresent(row)) continue;
+      const auto [place, is_new] = rows_.emplace(PathKey(library_.Mp3Info(kFileName, row)), row);
       if (!is_new) place->second = 0;
     }
-  std::unordered_map<std::int32_t, std::int32_t> moved;
-  for (const auto& [record, name] : others) {
-    const auto found = rows.find(name);
-    moved[record] = found != rows.end() && found->second != 0 ? found->second : record;
+    return rows_;
   }
+
+  const clsMain& library_;
+  mutable std::unordered_map<std::string, std::int32_t> rows_;  ///< made when they are needed
+};
+
+/// Asks about the songs that had the number of another one when the jukebox was saved.
+/// \returns whether its numbers count, not its names
+bool NumbersCount(const JukeboxContent::Names& names, const clsMain& library,
+                  const AskWhichSongs& ask) {
+  if (!ask || library.Repaired().IsEmpty()) return false;
+  ConfusedSongs confused;
+  for (std::size_t k = 0; k < names.size(); ++k) {
+    const auto [record, name] = names[k];
+    const ConfusedNumber* const number = library.Repaired().Find(record);
+    if (number == nullptr || number->held != name) continue;
+    if (confused.count++ == 0) confused = {record, number->held, number->named, 1};
+  }
+  return confused.count > 0 && !ask(confused).value_or(true);
+}
+
+}  // namespace
+
+void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhichSongs& ask) {
+  const bool numbers_count = NumbersCount(content.names, library, ask);
+  const SongLinks links(library);
+  std::unordered_map<std::int32_t, std::int32_t> moved;
+  for (std::size_t k = 0; k < content.names.size(); ++k) {
+    const auto [record, name] = content.names[k];
+    const std::int32_t now = library.Missing().NumberNow(record);
+    const ConfusedNumber* const confused = library.Repaired().Find(record);
+    std::int32_t linked = now;
+    if (confused != nullptr && confused->held == name)
+      linked = library.Missing().NumberNow(numbers_count ? record : confused->held_now);
+    else if (!links.IsNamed(now, name))
+      linked = links.ByName(name, now);
+    // Of two names of one number the last one counts.
+    moved.erase(record);
+    if (linked != record) moved[record] = linked;
+  }
+  // An entry without a name may have come back all the same.
+  for (const MissingSong& song : library.Missing().Songs())
+    if (song.now != 0) moved.emplace(song.number, library.Missing().NumberNow(song.number));
+  if (moved.empty()) return;
   for (JukeboxContent::Folder& folder : content.folders)
     for (std::int32_t& song : folder.songs)
       if (const auto found = moved.find(song); found != moved.end()) song = found->second;

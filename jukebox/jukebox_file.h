@@ -2,6 +2,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
@@ -108,9 +110,29 @@ SongNames AbsentNames(const JukeboxContent& content, const clsMain& library);
 /// \throws JukeboxFileError
 JukeboxContent DecodeJukebox(std::string_view bytes);
 
-/// Follows songs that have got another number: a record number whose song is present under another file
-/// name becomes that of the only present song of the right name. All others stay.
-void RelinkSongs(JukeboxContent& content, const clsMain& library);
+/// Songs of a jukebox that was saved while numbers were confused: its names say one song, its numbers
+/// another.
+struct ConfusedSongs {
+  std::int32_t number = 0;  ///< of the first of them
+  std::string by_name;      ///< file name of the song that the jukebox names
+  std::string by_number;    ///< file name of the song that has the number
+  std::size_t count = 0;    ///< how many there are in all
+};
+
+/// Asks whether confused songs are those that the names say (true) or those that the numbers say (false);
+/// no value where nobody answers.
+using AskWhichSongs = std::function<std::optional<bool>(const ConfusedSongs&)>;
+
+/// Links songs to the library by their numbers and file names.
+///
+/// A number whose song came back under another number becomes that one. A number whose song is there, or is
+/// missing and remembered, stays when the file name is that of the song. Every other one becomes that of the
+/// only song of the name that is there, or else of the only missing one that is remembered; where there is
+/// none, or are several, it stays.
+///
+/// \param ask is called once when numbers were put right since the jukebox was saved and it names songs that
+///        stood at the place of another one's number; may be empty. Without an answer the names count.
+void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhichSongs& ask = {});
 
 /// Puts folders and songs into a tree, which has to be empty. The songs have no labels yet, and the
 /// pictures of their ranks.

@@ -53,15 +53,37 @@ void PlayCommands::OfferInstaller() {
 }
 
 void PlayCommands::Play(std::vector<std::int32_t> songs) {
-  if (!CheckPlayer() || songs.empty()) return;
+  if (!CheckPlayer()) return;
+  const std::string away = LeaveOutAway(songs);
+  if (!away.empty()) windows_.ShowStatus(away);
+  if (songs.empty()) return;
   tallow_.SongsToPlay = std::move(songs);
   windows_.PlayOnPanel();
+}
+
+std::string PlayCommands::LeaveOutAway(std::vector<std::int32_t>& songs) {
+  clsMain& library = tallow_.library;
+  std::string first;
+  const auto left_out = std::erase_if(songs, [&](std::int32_t song) {
+    if (!library.IsAway(song) || library.LookAgain(song)) return false;
+    if (first.empty()) first = library.AwayText(song);
+    return true;
+  });
+  if (left_out == 0) return {};
+  if (left_out == 1) return "1 song was left out: " + first;
+  return std::to_string(left_out) + " songs were left out that are away. The first: " + first;
 }
 
 std::vector<std::int32_t> SongsOf(const Folder& folder) {
   std::vector<std::int32_t> songs;
   songs.reserve(folder.Items().size());
   for (const SongEntry& entry : folder.Items()) songs.push_back(entry.SubItem());
+  return songs;
+}
+
+std::vector<std::int32_t> ShownSongsOf(const Folder& folder, const clsMain& library) {
+  std::vector<std::int32_t> songs = SongsOf(folder);
+  std::erase_if(songs, [&library](std::int32_t song) { return library.IsHidden(song); });
   return songs;
 }
 

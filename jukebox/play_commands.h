@@ -11,6 +11,7 @@ namespace tallow {
 
 class Folder;
 class Tallow;
+class clsMain;
 
 /// What the play commands need of windows.
 class PlayWindows {
@@ -39,13 +40,15 @@ class PlayCommands {
   /// known then, offers to install one.
   bool CheckPlayer();
 
-  /// Plays songs in their order; nothing for no songs.
+  /// Plays songs in their order; nothing for no songs. Those that are away are looked at again, and left
+  /// out where that shows nothing new.
   /// \param songs record numbers
   void Play(std::vector<std::int32_t> songs);
 
  private:
   void SearchForPlayer();
   void OfferInstaller();
+  std::string LeaveOutAway(std::vector<std::int32_t>& songs);
 
   Tallow& tallow_;
   PlayWindows& windows_;
@@ -56,6 +59,9 @@ inline constexpr const char* kPlayerInstaller = "winamp265_lite.exe";
 
 /// The record numbers of all songs of a folder, in list order.
 std::vector<std::int32_t> SongsOf(const Folder& folder);
+
+/// Those of the songs that its list shows.
+std::vector<std::int32_t> ShownSongsOf(const Folder& folder, const clsMain& library);
 
 /// The record numbers of some entries of a folder.
 /// \param rows places in the list, from 0, in list order; others than there are entries are passed over

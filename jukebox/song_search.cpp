@@ -26,7 +26,7 @@ std::vector<Folder*> FoldersOf(const FolderTree& tree) {
 }  // namespace
 
 bool SongSearch::IsHit(std::int32_t record, const clsMain& library) {
-  if (record < 1 || record > library.UBoundOfMp3Array()) return false;
+  if (!library.IsPresent(record)) return false;
   Match& match = known_[static_cast<std::size_t>(record)];
   if (match == Match::kUnknown)
     match = ToLower(library.Mp3Info(kFileName, record)).find(last_looked_for_) != std::string::npos

@@ -176,7 +176,7 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
   flags.assign(static_cast<std::size_t>(count), 1);
   if (count == 0) return;
   for (std::int32_t row = 1; row <= count; ++row)
-    if (NumericValue(library.Mp3Info(kFileIsThere, row)) == 0)
+    if (!library.IsPresent(row) || library.IsAway(row))
       flags[static_cast<std::size_t>(row - 1)] = 0;
   std::size_t strangers = 0;
   for (const SongEntry& entry : folder.Items()) {
@@ -198,9 +198,9 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
   std::vector<std::int32_t> removed;
   const std::int32_t count = library.UBoundOfMp3Array();
   std::vector<SongEntry>& entries = folder.Items();
-  // Removing shifts what follows; here what stays moves up once, to the place `kept`, which is also
-  // the entry's index at the moment it is labelled.
+  // Removing shifts what follows; here what stays moves up once, to the place `kept`.
   std::size_t kept = 0;
+  std::int32_t position = 0;
   bool skip = false;
   for (std::size_t k = 0; k < entries.size(); ++k) {
     SongEntry entry = entries[k];
@@ -212,13 +212,16 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
       removed.push_back(static_cast<std::int32_t>(k));
       continue;
     }
-    if (!skip && NumericValue(library.Mp3Info(kFileIsThere, record)) == 0) {
+    const bool present = library.IsPresent(record);
+    const bool hidden = !present && library.Missing().IsMissing(record);
+    if (!skip && !present && !hidden) {
       removed.push_back(static_cast<std::int32_t>(k));
       continue;
     }
+    if (!hidden) ++position;
     if (!skip) {
-      entry.LabelPosition(static_cast<std::int32_t>(kept) + 1);
-      entry.Icon(NumericValue(library.Mp3Info(kSongRank, record)));
+      entry.LabelPosition(hidden ? 0 : position);
+      if (!hidden) entry.Icon(NumericValue(library.Mp3Info(kSongRank, record)));
     }
     skip = false;
     entries[kept++] = entry;

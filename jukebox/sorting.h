@@ -57,7 +57,7 @@ void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, cl
                           std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr,
                           const std::function<void()>& filed = {});
 
-/// Marks the songs to be filed: those present whose number no entry of a folder has.
+/// Marks the songs to be filed: those that are there, not missing and not away, whose number no entry of a folder has.
 ///
 /// \param flags    one element for each row of the library, element 0 being row 1
 /// \param problems is told each entry whose number is no row of the library
@@ -65,8 +65,9 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
                      std::vector<std::string>& problems);
 
 /// Gives the songs of a folder their labels (position, full stop, two blanks, file name) and rank
-/// pictures. Removes the songs whose file is missing, and the entries whose number the library has
-/// not; behind each of the latter one entry is left unlabelled in this pass.
+/// pictures. Removes the songs whose file is missing and that nothing is remembered of, and the entries whose number the library has
+/// not; behind each of the latter one entry is left unlabelled in this pass. A missing song that is
+/// remembered keeps its entry, without a label (clsMain::IsHidden): it may come back.
 ///
 /// Cost: O(entries), without touching a file.
 ///

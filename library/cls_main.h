@@ -10,8 +10,16 @@
 #include <unordered_set>
 #include <vector>
 
+#include "library/duplicate_removal.h"
+#include "library/known_drives.h"
+#include "library/library_companion.h"
 #include "library/library_file.h"
+#include "library/missing_songs.h"
+#include "library/mounted_volumes.h"
+#include "library/record_repair.h"
+#include "library/scan_report.h"
 #include "library/song_table.h"
+#include "library/state_file.h"
 #include "util/file_system.h"
 
 namespace tallow {
@@ -22,6 +30,8 @@ class LibrarySettings {
   virtual ~LibrarySettings() = default;
   /// The program's data folder, ending in a separator; the library file lies there.
   virtual std::string LocOfGroupingDir() const = 0;
+  /// The folder of the program's own files, ending in a separator.
+  virtual std::string SystemFolder() const = 0;
   /// The path of the list of folders that hold songs.
   virtual std::string FileContainingTargetDirectories() const = 0;
   /// How many rows the library file held when it was last saved.
@@ -35,7 +45,12 @@ class LibrarySettings {
 ///
 /// Rows and columns count from 1, see SongColumn. A row keeps its record number for good, because
 /// jukeboxes refer to songs by it; a song whose file is gone is therefore blanked ("0"), never
-/// removed.
+/// removed. After every operation but a sort, row i carries the number i.
+///
+/// A song is missing only when the disk answered that its file is not there. Where nobody can tell (its
+/// drive is away, its folder cannot be read) the song is away: its row stays as it is, and it counts as
+/// present but for filing, playing and the removal of duplicates. What was known of a missing song is
+/// remembered (MissingSongs), so that it is known again when it comes back.
 ///
 /// The library shows no message. What can fail says so in its result or in its \throws line.
 class clsMain {
@@ -45,9 +60,17 @@ class clsMain {
   /// library
   clsMain(LibrarySettings& settings, std::function<void()> search_all_drives);
 
-  /// Blanks every row whose file is gone: flag, folder and name become "0". A row whose flag is not
+  /// How the library learns what is mounted where; without this it knows of no drives.
+  ///
+  /// \param given roots that were given as drives, each ending in a separator
+  void UseDrives(LookAtVolumes look, std::vector<std::string> given);
+
+  /// Finds out of every song whether it is there, missing or away.
+  ///
+  /// A missing song's row is blanked: flag, folder and name become "0". A row whose flag is not
   /// "1" is blanked too, so a song once missing stays missing for good; its file, come back, is
-  /// found as a new song.
+  /// found as a new song, which takes over rank and places (see Returned). A drive that is shown at another
+  /// root now takes its rows along.
   ///
   /// \param go_on is told each folder that has been looked at (an empty text while one is waited for), and says
   /// whether to look at more; may be empty. The
@@ -67,15 +90,31 @@ class clsMain {
   bool AddAnyAdditionalMp3FromTheNormalDirectories(
       const std::function<bool(std::string_view folder)>& go_on = {});
 
-  /// Removes every song whose name a song with a lower record number has (see RemoveDuplicates),
-  /// sorts by record number, and when rows were added, numbers the added ones by their row and
-  /// saves.
+  /// Removes every added song whose name a song with a lower record number has (see RemoveDuplicates),
+  /// sorts by record number, and when rows were added, numbers the added ones by their row, gives those
+  /// that come back their ranks, and saves. What is removed is in LeftOut().
+  ///
+  /// Of a song whose drive is away, a file of the same name and size is a copy; where a size is not known,
+  /// one of the same name.
   ///
   /// \param old_count how many rows there were before rows were added
   void DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count);
 
   /// Sets the record number of every row to its row.
   void RenumberBasedOnArrayNumber();
+
+  /// Makes a library of what a search has added: sorts, removes duplicates, renumbers, saves, loads, and
+  /// writes the folder list. Nothing where there are no rows.
+  ///
+  /// \param old_count rows that were there before the search, which keep their numbers; 0: numbers begin
+  ///        anew, and what was remembered of the old ones is forgotten
+  void TakeSearchedSongs(std::int32_t old_count);
+
+  /// Appends a song of rank "2" that was added today.
+  ///
+  /// \param size of its file, in bytes; kUnknownSize where it is not known
+  /// \returns its row
+  std::int32_t AddSong(std::string_view folder, std::string_view name, std::int64_t size);
 
   /// Sorts whole rows by one column, see SortCity.
   ///
@@ -137,6 +176,71 @@ class clsMain {
   /// \throws FileError when the file cannot be read
   std::int32_t Salvage();
 
+  /// Puts every row to the place of its number, where an earlier Tallow has left them elsewhere. The
+  /// library file as it was is kept as "FileLocNames.lmz.bak", and the library is saved.
+  ///
+  /// \returns whether anything had to be put right
+  bool RepairRecordNumbers();
+
+  /// Whether the song of a record number is there or away; false for a number that is no row.
+  bool IsPresent(std::int32_t record) const;
+  /// Whether nobody can tell if the song of a record number is there.
+  bool IsAway(std::int32_t record) const {
+    return record >= 1 && record <= table_.rows() && table_.Facts(record).away != 0;
+  }
+  /// Whether the song of a record number is missing, and remembered: its entries are kept, and not shown.
+  bool IsHidden(std::int32_t record) const {
+    return missing_.size() > 0 && !IsPresent(record) && missing_.IsMissing(record);
+  }
+  /// Why a song is away, as it is said of its entries: "NAME is on a drive that is away: ROOT". Empty when
+  /// it is not.
+  std::string AwayText(std::int32_t record) const;
+
+  /// Looks again whether the song of a record number is there.
+  ///
+  /// \returns whether it is; its row is no longer away then
+  bool LookAgain(std::int32_t record);
+  /// LookAgain, and blanks the row where the disk answers that the file is not there.
+  bool CheckOneSong(std::int32_t record);
+
+  /// The places that songs are away with, each with how many of them, in the order of the places.
+  std::vector<AwayPlace> AwayPlaces() const;
+  /// Makes the songs missing that are away with a place, forgets its drive, and saves.
+  /// \returns how many songs
+  std::int32_t ForgetAwayPlace(const std::string& place);
+
+  /// What is remembered of missing songs.
+  const MissingSongs& Missing() const noexcept { return missing_; }
+  /// What is known of numbers that meant two songs.
+  RepairedNumbers& Repaired() noexcept { return repaired_; }
+  const RepairedNumbers& Repaired() const noexcept { return repaired_; }
+  /// Writes what is known of them; a failure is not reported.
+  void SaveRepaired();
+
+  /// Whether what was remembered of a drive, or of folders below it, has this root.
+  bool KnowsDrive(std::string_view root);
+
+  /// The songs that came back since the last call: each number that was missing, and the one it has now.
+  std::vector<ReturnedSong> TakeReturned();
+
+  /// Begins to count what a start, a search or a drop of files comes to.
+  void BeginScan(ScanKind kind);
+  /// Ends that: remembers the drives where songs are, and what was left out.
+  /// \param complete false when the scan was cancelled
+  ScanReport FinishScan(bool complete);
+  /// The files that the last scans have left out because a song of their name is there.
+  const std::vector<LeftOutFile>& LeftOut() const noexcept { return left_out_; }
+
+  /// What is known of a song's file: size and the day it was added.
+  const SongFacts& Facts(std::int32_t row) const { return table_.Facts(row); }
+  /// Sets the size of a song's file, if the row is still that of the path.
+  void SetSize(std::int32_t row, std::string_view folder, std::string_view name, std::int64_t size);
+  /// Writes the companion of the library file as it lies on the disk; a failure is not reported.
+  void SaveFacts();
+
+  /// Why files that the library remembers things in could not be read or written, since the last call.
+  std::vector<std::string> TakeProblems();
+
   /// The path of the library file.
   std::string LibraryPath() const;
 
@@ -147,8 +251,10 @@ class clsMain {
   }
 
  private:
-  /// The names of the present songs of each folder.
-  using KnownSongs = std::unordered_map<std::string_view, std::unordered_set<std::string_view>>;
+  class KnownSongs;
+  struct FolderRows;
+  struct FolderFindings;
+  class PresenceCheck;
 
   /// The folders of the folder list, each ending in a separator.
   std::vector<std::string> RememberedFolders();
@@ -161,11 +267,50 @@ class clsMain {
   bool IsDimensioned() const noexcept { return table_.rows() > 0; }
   /// Whether the table's rows are those of the library file as it lies on the disk now.
   bool IsOnDisk() const;
-  void RememberOnDisk();
+  void RememberOnDisk(std::uint64_t checksum);
+  void WriteLibrary(const std::string& path);
+  void LoadFacts(std::uint64_t checksum);
+
+  void LookAtDrives();
+  void LoadMemory();
+  void DropUntrueMemories();
+  void SaveMemory();
+  void BlankRow(std::int32_t row);
+  std::uint32_t AwayReason(bool drive, std::string_view place, std::string_view problem);
+  void LeaveOutRespelled(std::int32_t old_count);
+  void LeaveOutCopiesOfAwaySongs(std::int32_t old_count);
+  std::vector<char> RowsThatCount() const;
+  bool IsOnAwayDrive(std::int32_t row) const;
+  void RecognizeReturned(std::int32_t old_count);
+  std::vector<std::string> FoldersOf(bool away) const;
 
   LibrarySettings& settings_;
   std::function<void()> search_all_drives_;
   SongTable table_;
+  LookAtVolumes look_at_volumes_;
+  KnownDrives drives_;
+  MissingSongs missing_;
+  RepairedNumbers repaired_;
+  StateFile drives_file_;
+  StateFile missing_file_;
+  StateFile repaired_file_;
+  bool memory_is_loaded_ = false;
+  bool list_is_stale_ = false;  ///< the folder list has roots that drives no longer have
+
+  /// Why songs are away, by SongFacts::away less one.
+  struct Reason {
+    bool drive;           ///< its drive is away; else its folder cannot be read
+    std::string place;    ///< the drive's root, or the folder
+    std::string problem;  ///< what the system says of the folder
+    bool operator==(const Reason&) const = default;
+  };
+  std::vector<Reason> reasons_;
+
+  std::vector<ReturnedSong> returned_;
+  std::vector<LeftOutFile> left_out_;
+  ScanReport scan_;
+  CompanionHeader companion_;
+  std::vector<std::string> problems_;
   bool main_is_dirty_ = false;
   bool backup_first_ = false;  ///< the file on disk holds more than the table came to know
   std::string save_error_;     ///< of the last Save
@@ -174,6 +319,7 @@ class clsMain {
       saved_stamp_;  ///< of the library file when table and file were last alike
   std::string saved_path_;
   std::uint64_t saved_version_ = 0;  ///< of the table at that time
+  std::size_t loaded_bytes_ = 0;     ///< of the library file at the last LoadMain
 };
 
 }  // namespace tallow

@@ -2,129 +2,237 @@
 #include "library/duplicate_removal.h"
 
 #include <algorithm>
-#include <functional>
+#include <limits>
+#include <numeric>
+#include <optional>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "util/like.h"
 #include "util/number.h"
+#include "util/path_text.h"
+#include "util/quicksort.h"
 
 namespace tallow {
 namespace {
 
-/// The order and the names of the table's rows while duplicates are taken out. Carries out on the
-/// table what it came to when it goes out of scope.
+using Row = std::int32_t;
+
+/// Rows whose names are equal in the order of names, rising.
+struct NameRun {
+  std::size_t begin;  ///< in the list of all rows by name
+  std::size_t end;
+};
+
+/// How many rows of a run are compared each with each though no name of theirs has wildcards.
+constexpr std::size_t kMostCompared = 16;
+
+/// Which rows go. What was decided is carried out on the table when it goes out of scope.
 class Removal {
  public:
-  explicit Removal(SongTable& table) : table_(table) {
-    const auto rows = static_cast<std::size_t>(table.rows());
-    std::vector<std::string_view> names(rows);
-    for (std::size_t k = 0; k < rows; ++k)
-      names[k] = table.Cell(kFileName, static_cast<std::int32_t>(k + 1));
-    const std::vector<std::int32_t> ranks = RankText(names);
-    order_.resize(rows);
-    songs_.resize(rows);
-    for (std::size_t k = 0; k < rows; ++k) {
-      const auto row = static_cast<std::int32_t>(k + 1);
-      // An emptied name ranks before all others, with the names that were empty from the start.
-      order_[k] = {names[k].empty() ? kEmptyRank : ranks[k] + 1, row};
-      songs_[k] = {names[k], HasWildcards(names[k]), table.Cell(kFileIsThere, row) == "1"};
-    }
+  Removal(SongTable& table, std::int32_t old_count, const std::vector<char>& takes_part,
+          std::vector<LeftOutFile>& left_out)
+      : table_(table), old_count_(old_count), takes_part_(takes_part), left_out_(left_out) {
+    const auto count = static_cast<std::size_t>(table.rows());
+    goes_.resize(count);
+    names_.resize(count);
+    for (std::size_t k = 0; k < count; ++k)
+      names_[k] = table.Cell(kFileName, static_cast<Row>(k + 1));
+    SortByName(RankText(names_));
   }
   Removal(const Removal&) = delete;
   Removal& operator=(const Removal&) = delete;
-
-  ~Removal() {
-    std::vector<std::int32_t> order;
-    order.reserve(order_.size() + cut_.size());
-    for (const Place& place : order_) order.push_back(place.row);
-    order.insert(order.end(), cut_.begin(), cut_.end());
-    for (const Place& place : order_)
-      if (Song(place).name.empty()) table_.SetCell(kFileName, place.row, {});
-    table_.MoveRows(1, order, kSongColumns);
-    table_.Resize(static_cast<std::int32_t>(order_.size()));
-  }
+  ~Removal() { table_.Remove(goes_); }
 
   void Run() {
     bool again = true;
-    while (again && !order_.empty()) {
-      Sort(std::less<>());
-      for (std::size_t i = 1; i < order_.size(); ++i) CompareNeighbours(order_[i - 1], order_[i]);
-      Sort(std::greater<>());
-      again = CutEmptied();
+    while (again) {
+      again = false;
+      for (std::size_t k = 0; k < runs_.size(); ++k) {
+        again = CompareInside(runs_[k]) || again;
+        if (k > 0) again = CompareNeighbours(runs_[k - 1], runs_[k]) || again;
+      }
+      // A run that has gone lets those beside it stand beside each other.
+      const std::size_t before = runs_.size();
+      std::erase_if(runs_, [this](const NameRun& run) {
+        return std::all_of(rows_.begin() + Offset(run.begin), rows_.begin() + Offset(run.end),
+                           [this](Row row) { return Goes(row); });
+      });
+      again = again && runs_.size() < before;
     }
   }
 
  private:
-  static constexpr std::int32_t kEmptyRank = 0;
-
-  /// What stands at one place of the sorted table.
-  struct Place {
-    std::int32_t rank;  ///< of the name, see RankText
-    std::int32_t row;   ///< in the table, which does not move meanwhile
-  };
-  struct SongState {
-    std::string_view name;
-    bool wildcards = false;
-    bool there = false;
-  };
-
-  SongState& Song(const Place& place) noexcept {
-    return songs_[static_cast<std::size_t>(place.row - 1)];
+  static std::ptrdiff_t Offset(std::size_t place) { return static_cast<std::ptrdiff_t>(place); }
+  bool Goes(Row row) const { return goes_[static_cast<std::size_t>(row - 1)] != 0; }
+  std::string_view Name(Row row) const { return names_[static_cast<std::size_t>(row - 1)]; }
+  bool IsOld(Row row) const { return row <= old_count_; }
+  bool IsPresent(Row row) const {
+    return !Goes(row) && takes_part_[static_cast<std::size_t>(row - 1)] != 0;
   }
 
-  template <typename Less>
-  void Sort(Less less) {
-    const auto at = [this](std::int32_t place) -> Place& {
-      return order_[static_cast<std::size_t>(place - 1)];
-    };
-    QuickSortPlaces(
-        1, static_cast<std::int32_t>(order_.size()),
-        [&](std::int32_t place) { return at(place).rank; },
-        [&](std::int32_t a, std::int32_t b) { std::swap(at(a), at(b)); }, less);
+  /// Lists the rows by the ranks of their names, those of one rank in their order, and finds the runs.
+  void SortByName(const std::vector<std::int32_t>& ranks) {
+    const auto most = ranks.empty() ? 0 : *std::max_element(ranks.begin(), ranks.end());
+    std::vector<std::size_t> begins(static_cast<std::size_t>(most) + 2);
+    for (const std::int32_t rank : ranks) ++begins[static_cast<std::size_t>(rank) + 1];
+    std::partial_sum(begins.begin(), begins.end(), begins.begin());
+    rows_.resize(ranks.size());
+    std::vector<std::size_t> next(begins.begin(), begins.end() - 1);
+    for (std::size_t k = 0; k < ranks.size(); ++k)
+      rows_[next[static_cast<std::size_t>(ranks[k])]++] = static_cast<Row>(k + 1);
+    for (std::size_t rank = 0; rank + 1 < begins.size(); ++rank) {
+      if (begins[rank] == begins[rank + 1]) continue;
+      const NameRun run{begins[rank], begins[rank + 1]};
+      if (Name(rows_[run.begin]).empty())
+        RemoveNameless(run);
+      else
+        runs_.push_back(run);
+    }
   }
 
-  void CompareNeighbours(Place& first, Place& second) {
-    // Names of different rank can only be the same by a pattern.
-    if (first.rank != second.rank && !Song(second).wildcards) return;
-    if (!Song(first).there || !Song(second).there || !SameName(Song(first).name, Song(second).name))
-      return;
-    const bool first_stays = Number(first) <= Number(second);
-    Empty(first_stays ? second : first);
+  void RemoveNameless(const NameRun& run) {
+    for (std::size_t k = run.begin; k < run.end; ++k)
+      if (!IsOld(rows_[k])) goes_[static_cast<std::size_t>(rows_[k] - 1)] = 1;
   }
 
-  std::int32_t Number(const Place& place) const {
-    return ConvertToInt32(table_.Cell(kRecordNumber, place.row));
+  /// The present rows of a run, by their numbers. One without a number is last.
+  std::vector<Row> PresentOf(const NameRun& run) const {
+    std::vector<Row> present;
+    for (std::size_t k = run.begin; k < run.end; ++k)
+      if (IsPresent(rows_[k])) present.push_back(rows_[k]);
+    if (present.size() > 1) SortByNumber(present);
+    return present;
+  }
+  void SortByNumber(std::vector<Row>& rows) const {
+    std::vector<std::pair<std::int32_t, Row>> keys;
+    keys.reserve(rows.size());
+    for (const Row row : rows)
+      keys.emplace_back(TryConvertToInt32(table_.Cell(kRecordNumber, row))
+                            .value_or(std::numeric_limits<std::int32_t>::max()),
+                        row);
+    std::stable_sort(keys.begin(), keys.end(),
+                     [](const auto& a, const auto& b) { return a.first < b.first; });
+    for (std::size_t k = 0; k < rows.size(); ++k) rows[k] = keys[k].second;
   }
 
-  void Empty(Place& place) {
-    Song(place).name = {};
-    Song(place).wildcards = false;
-    place.rank = kEmptyRank;
+  /// \returns whether anything went
+  bool CompareInside(const NameRun& run) {
+    if (run.end - run.begin < 2) return false;
+    const std::vector<Row> present = PresentOf(run);
+    if (present.size() < 2) return false;
+    const bool patterns = std::any_of(present.begin(), present.end(),
+                                      [this](Row row) { return HasWildcards(Name(row)); });
+    if (!patterns && present.size() > kMostCompared) return CompareManyInside(present);
+    bool any = false;
+    std::vector<Row> left;  // rows of other names that stay
+    for (const Row row : present) {
+      const auto same = FindMatch(left, [&](Row other) { return Name(other) == Name(row); });
+      auto original = same;
+      if (!original && patterns)
+        original = FindMatch(left, [&](Row other) {
+          return Like(Name(other), Name(row)) || Like(Name(row), Name(other));
+        });
+      if (original) any = RemoveCopy(row, *original) || any;
+      if (!same && !Goes(row)) left.push_back(row);
+    }
+    return any;
   }
 
-  /// Cuts the emptied rows, which a descending sort has put last; returns whether there were any.
-  bool CutEmptied() {
-    if (order_.empty() || order_.back().rank != kEmptyRank) return false;
-    const auto first = std::find_if(order_.begin(), order_.end(),
-                                    [](const Place& place) { return place.rank == kEmptyRank; });
-    for (auto place = first; place != order_.end(); ++place) cut_.push_back(place->row);
-    order_.erase(first, order_.end());
+  /// CompareInside for many rows without patterns, which need not be compared each with each.
+  bool CompareManyInside(const std::vector<Row>& present) {
+    bool any = false;
+    std::unordered_map<std::string_view, Row> left;
+    for (const Row row : present) {
+      const auto [original, is_other] = left.emplace(Name(row), row);
+      if (!is_other) any = RemoveCopy(row, original->second) || any;
+    }
+    return any;
+  }
+
+  /// \returns whether anything went
+  bool CompareNeighbours(const NameRun& first, const NameRun& second) {
+    const bool patterns =
+        std::any_of(rows_.begin() + Offset(second.begin), rows_.begin() + Offset(second.end),
+                    [this](Row row) { return IsPresent(row) && HasWildcards(Name(row)); });
+    // Names of two runs can only be the same by a pattern.
+    if (!patterns) return false;
+    std::vector<Row> both = PresentOf(first);
+    const std::vector<Row> second_rows = PresentOf(second);
+    const std::size_t firsts = both.size();
+    if (firsts == 0 || second_rows.empty()) return false;
+    both.insert(both.end(), second_rows.begin(), second_rows.end());
+    std::unordered_map<Row, bool> is_first;
+    for (std::size_t k = 0; k < both.size(); ++k) is_first[both[k]] = k < firsts;
+    SortByNumber(both);
+    bool any = false;
+    std::vector<Row> left[2];  // rows of other names that stay, of the first run and the second
+    std::unordered_map<std::string_view, Row> names;
+    for (const Row row : both) {
+      const bool in_first = is_first[row];
+      const auto original = FindMatch(left[in_first ? 1 : 0], [&](Row other) {
+        return in_first ? Like(Name(row), Name(other)) : Like(Name(other), Name(row));
+      });
+      if (original) any = RemoveCopy(row, *original) || any;
+      if (!Goes(row) && names.emplace(Name(row), row).second) left[in_first ? 0 : 1].push_back(row);
+    }
+    return any;
+  }
+
+  template <typename Matches>
+  static std::optional<Row> FindMatch(const std::vector<Row>& rows, const Matches& matches) {
+    const auto found = std::find_if(rows.begin(), rows.end(), matches);
+    return found != rows.end() ? std::optional(*found) : std::nullopt;
+  }
+
+  /// Lets a row go, unless it is an old one.
+  bool RemoveCopy(Row row, Row original) {
+    // Which of them has the lower number cannot be told of a text that is none.
+    for (const Row one : {row, original}) ConvertToInt32(table_.Cell(kRecordNumber, one));
+    if (IsOld(row)) return false;
+    goes_[static_cast<std::size_t>(row - 1)] = 1;
+    if (!table_.SameStoredText(kFileLocation, row, original) || Name(row) != Name(original))
+      left_out_.push_back({PathOf(row), PathOf(original)});
     return true;
+  }
+  std::string PathOf(Row row) const {
+    return std::string(table_.Cell(kFileLocation, row)).append(Name(row));
   }
 
   SongTable& table_;
-  std::vector<Place> order_;
-  std::vector<SongState> songs_;   ///< by row of the table, from 0
-  std::vector<std::int32_t> cut_;  ///< rows that are gone
+  const std::int32_t old_count_;
+  const std::vector<char>& takes_part_;
+  std::vector<LeftOutFile>& left_out_;
+  std::vector<std::string_view> names_;  ///< by row
+  std::vector<char> goes_;               ///< by row
+  std::vector<Row> rows_;                ///< in the order of names
+  std::vector<NameRun> runs_;            ///< of which some row stays
 };
+
+/// Takes those files out that are songs of the table themselves, found once more.
+void DropKnownFiles(const SongTable& table, std::vector<LeftOutFile>& files) {
+  if (files.empty()) return;
+  std::unordered_map<std::string_view, std::vector<LeftOutFile*>> by_name;
+  for (LeftOutFile& file : files) by_name[NameOfPath(file.path)].push_back(&file);
+  for (Row row = 1; row <= table.rows(); ++row) {
+    const auto found = by_name.find(table.Cell(kFileName, row));
+    if (found == by_name.end()) continue;
+    for (LeftOutFile* const file : found->second)
+      if (FolderOfPath(file->path) == table.Cell(kFileLocation, row)) file->stands_for_it.clear();
+  }
+  std::erase_if(files, [](const LeftOutFile& file) { return file.stands_for_it.empty(); });
+}
 
 }  // namespace
 
-void RemoveDuplicates(SongTable& table) {
-  if (table.rows() == 0) return;
-  Removal(table).Run();
+std::vector<LeftOutFile> RemoveDuplicates(SongTable& table, std::int32_t old_count,
+                                          const std::vector<char>& takes_part) {
+  std::vector<LeftOutFile> left_out;
+  if (table.rows() == 0) return left_out;
+  Removal(table, old_count, takes_part, left_out).Run();
+  DropKnownFiles(table, left_out);
+  return left_out;
 }
 
 }  // namespace tallow

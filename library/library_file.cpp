@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "library/record_repair.h"
 #include "util/errors.h"
 #include "util/file_system.h"
 #include "util/number.h"
@@ -75,6 +76,10 @@ LibraryReader::Result LibraryReader::Next(LibraryRecord& record) noexcept {
   return Result::kRecord;
 }
 
+std::int32_t MostRecords(std::size_t bytes) noexcept {
+  return static_cast<std::int32_t>(bytes / (kLengthBytes * kSongColumns) + 1);
+}
+
 std::string EncodeLibrary(const SongTable& table) {
   std::string bytes;
   bytes.reserve(static_cast<std::size_t>(table.rows()) * 96);
@@ -131,27 +136,20 @@ std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table) {
       at = NextPlausible(bytes, at + 1);
     }
   }
-  // A number far beyond what the file can hold is damaged too and must not blow the table up: such
-  // a song, and one whose number is taken, gets a row at the end.
-  const auto most = static_cast<std::int32_t>(bytes.size() / (kLengthBytes * kSongColumns) + 1);
-  std::int32_t rows = 0;
+  std::vector<std::int32_t> numbers;
+  std::vector<char> present;
   for (const LibraryRecord& record : found) {
-    const std::int32_t number = ConvertToInt32(record[kNumberField]);
-    if (number <= most) rows = std::max(rows, number);
+    numbers.push_back(ConvertToInt32(record[kNumberField]));
+    present.push_back(NumericValue(record[kThereField]) != 0);
   }
-  std::vector<const LibraryRecord*> by_row(static_cast<std::size_t>(rows), nullptr);
-  for (const LibraryRecord& record : found) {
-    const std::int32_t number = ConvertToInt32(record[kNumberField]);
-    const auto place = static_cast<std::size_t>(number - 1);
-    if (number <= rows && by_row[place] == nullptr)
-      by_row[place] = &record;
-    else
-      by_row.push_back(&record);
-  }
+  // A number far beyond what the file can hold is damaged too and must not blow the table up.
+  const std::vector<std::size_t> by_row =
+      PlacesByNumber(numbers, present, MostRecords(bytes.size()));
   table = SongTable();
   table.Resize(static_cast<std::int32_t>(by_row.size()));
   for (std::int32_t row = 1; row <= table.rows(); ++row) {
-    const LibraryRecord* const record = by_row[static_cast<std::size_t>(row - 1)];
+    const std::size_t place = by_row[static_cast<std::size_t>(row - 1)];
+    const LibraryRecord* const record = place != kNobody ? &found[place] : nullptr;
     table.SetCell(kFileLocation, row, record ? (*record)[kLocationField] : "0");
     table.SetCell(kFileName, row, record ? (*record)[kNameField] : "0");
     table.SetCell(kFileIsThere, row, record ? (*record)[kThereField] : "0");

@@ -79,6 +79,10 @@ class LibraryReader {
   std::size_t position_;
 };
 
+/// A number that no record of a file of so many bytes can have: it holds fewer records than this, plus one.
+/// \param bytes of the file
+std::int32_t MostRecords(std::size_t bytes) noexcept;
+
 /// The bytes of the library file of a table.
 ///
 /// \throws FileError naming the song when a text is longer than kMostFieldBytes
@@ -101,7 +105,8 @@ LibraryInspection InspectLibrary(const std::string& path);
 
 /// Fills a table with every song that a damaged library file still shows.
 ///
-/// Behind a damage the next place is looked for from which plausible records follow. A song comes
+/// Of two songs with one number the present one has its row, or else the first; the other one, and one
+/// whose number the file cannot hold, gets a row at the end. Behind a damage the next place is looked for from which plausible records follow. A song comes
 /// to the row of its record number, because jukeboxes know it by that; rows whose record is lost
 /// become missing songs ("0", "0", "0", number, "2").
 ///

@@ -48,10 +48,33 @@ void SongTable::SetCell(std::int16_t column, std::int32_t row, std::string_view 
     cell = Repeats(column) ? pool_->Share(text) : pool_->Add(text);
 }
 
+const SongFacts& SongTable::Facts(std::int32_t row) const {
+  Check(kFileName, row);
+  return facts_[static_cast<std::size_t>(row - 1)];
+}
+
+SongFacts& SongTable::Facts(std::int32_t row) {
+  Check(kFileName, row);
+  return facts_[static_cast<std::size_t>(row - 1)];
+}
+
+void SongTable::Remove(const std::vector<char>& goes) {
+  const auto stays = std::count(goes.begin(), goes.end(), 0);
+  if (stays == static_cast<std::ptrdiff_t>(goes.size())) return;
+  std::vector<std::int32_t> order;
+  order.reserve(goes.size());
+  for (const bool gone : {false, true})
+    for (std::size_t k = 0; k < goes.size(); ++k)
+      if ((goes[k] != 0) == gone) order.push_back(static_cast<std::int32_t>(k + 1));
+  MoveRows(1, order, kSongColumns);
+  Resize(static_cast<std::int32_t>(stays));
+}
+
 void SongTable::Resize(std::int32_t rows) {
   if (rows == rows_) return;
   ++version_;
   rows_ = rows;
+  facts_.resize(static_cast<std::size_t>(rows));
   for (std::vector<TextHandle>& cells : columns_)
     if (!cells.empty()) cells.resize(static_cast<std::size_t>(rows));
 }
@@ -82,6 +105,10 @@ void SongTable::MoveRows(std::int32_t first, std::span<const std::int32_t> order
       moved[k] = cells[static_cast<std::size_t>(order[k] - 1)];
     std::copy(moved.begin(), moved.end(), cells.begin() + (first - 1));
   }
+  std::vector<SongFacts> facts(order.size());
+  for (std::size_t k = 0; k < order.size(); ++k)
+    facts[k] = facts_[static_cast<std::size_t>(order[k] - 1)];
+  std::copy(facts.begin(), facts.end(), facts_.begin() + (first - 1));
 }
 
 bool SongTable::SameStoredText(std::int16_t column, std::int32_t a, std::int32_t b) const noexcept {

@@ -26,10 +26,21 @@ enum SongColumn : std::int16_t {
 /// Columns of a song record.
 inline constexpr std::int16_t kSongColumns = 12;
 
+/// A size that is not known.
+inline constexpr std::int64_t kUnknownSize = -1;
+
+/// What is known of a song beside its record.
+struct SongFacts {
+  std::int64_t size = kUnknownSize;  ///< of its file, in bytes
+  std::int32_t added = 0;            ///< the day it came to the library, see Today(); 0: not known
+  std::uint32_t away = 0;  ///< why nobody can tell whether its file is there; 0: that is known
+};
+
 /// The rows of the song library, twelve texts each, without any rule about them.
 ///
 /// Cells are handles into a pool, one array a column; a column in which nothing was ever written
-/// costs nothing. At 100,000 songs a row is about 60 bytes.
+/// costs nothing. At 100,000 songs a row is about 75 bytes. Each row has facts beside its texts, which move
+/// with it and are no part of its record.
 ///
 /// Cost: a cell is O(1); a sort moves handles only.
 class SongTable : public TextTable {
@@ -48,6 +59,17 @@ class SongTable : public TextTable {
   ///
   /// \throws SubscriptError
   void SetCell(std::int16_t column, std::int32_t row, std::string_view text);
+
+  /// The facts of a row, from 1. They are no part of version().
+  ///
+  /// \throws SubscriptError
+  const SongFacts& Facts(std::int32_t row) const;
+  SongFacts& Facts(std::int32_t row);
+
+  /// Takes rows out; the others keep their order.
+  ///
+  /// \param goes one element a row, element 0 being row 1
+  void Remove(const std::vector<char>& goes);
 
   /// Keeps the contents and sets the number of rows; new cells are empty.
   void Resize(std::int32_t rows);
@@ -78,6 +100,7 @@ class SongTable : public TextTable {
 
   std::unique_ptr<TextPool> pool_;
   std::array<std::vector<TextHandle>, kSongColumns> columns_;
+  std::vector<SongFacts> facts_;
   std::int32_t rows_ = 0;
   std::uint64_t version_ = 0;
 };

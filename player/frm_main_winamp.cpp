@@ -16,6 +16,7 @@
 #include "app/tallow.h"
 #include "player/player_messages.h"
 #include "ui/display_text.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {
@@ -184,6 +185,10 @@ void frmMainWinamp::PlayerFound() {
 
 void frmMainWinamp::Playstuff() {
   HandOver(tallow_.SongsToPlay, tallow_.library, player_, show_, *this);
+}
+
+void frmMainWinamp::FirstSongIsGone(const std::string& path) {
+  emit Said(tr("%1 is gone, so nothing is played.").arg(DisplayText(NameOfPath(path))));
 }
 
 void frmMainWinamp::TrackStarted(std::int32_t length) {

@@ -33,6 +33,10 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   /// Hands the songs in SongsToPlay over to the player that runs, or is started for it.
   void Playstuff();
 
+ signals:
+  /// Something that the user should read, but that stops nothing.
+  void Said(const QString& text);
+
  protected:
   void closeEvent(QCloseEvent* event) override;
 
@@ -40,6 +44,7 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   void Open();
   void SendVolumeAndBalance();
   void PlayerFound() override;
+  void FirstSongIsGone(const std::string& path) override;
   void TrackStarted(std::int32_t length) override;
   void HandedOver() override;
 

@@ -18,6 +18,8 @@ class HandOffPanel {
   virtual ~HandOffPanel() = default;
   /// The player was found; not always the same as last time.
   virtual void PlayerFound() {}
+  /// The file of the first song is not there, so nothing is played.
+  virtual void FirstSongIsGone(const std::string& /*path*/) {}
   /// The first song plays: the position bar starts at 0.
   /// \param length of the first track, in seconds; -1 when the player does not know
   virtual void TrackStarted(std::int32_t length) = 0;
@@ -30,7 +32,8 @@ bool ReachPlayer(WinAMP_Control& player, const ShowMessage& show);
 
 /// Replaces the player's list by songs and starts the first one.
 ///
-/// Songs whose files are missing are left out; when the first one is missing nothing is done at all.
+/// Songs whose files are missing are left out; when the first one is missing nothing is done at all. Songs
+/// that cannot be looked at for another reason are handed over, and one message names the first five.
 /// \param songs record numbers, in play order
 void HandOver(std::span<const std::int32_t> songs, const clsMain& library, WinAMP_Control& player,
               const ShowMessage& show, HandOffPanel& panel);

@@ -26,8 +26,9 @@ usual=(--app-folder "$folder/app" --drive "$folder/music" --exit-after-startup)
 expect 0 "--exit-after-startup" --help
 expect 0 "tallow 0." --version
 expect 2 "'--fast' is not an option of Tallow." --fast
-expect 2 "does not exist" --drive "$folder/none"
+expect 2 "does not exist" --app-folder "$folder/app" --drive "$folder/none" --exit-after-startup
 expect 2 "does not exist" --app-folder "$folder/none"
+expect 2 "does not exist" --app-folder "$folder/none" --exit-after-startup
 expect 2 "needs a folder" --app-folder
 expect 1 "needs a display" --app-folder "$folder/app" --drive "$folder/music"
 expect 0 "" "${usual[@]}"

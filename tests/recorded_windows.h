@@ -42,6 +42,7 @@ class RecordedWindows : public StartUpWindows {
   void Notice(const std::vector<std::string>& lines) override {
     notices.insert(notices.end(), lines.begin(), lines.end());
   }
+  void NoticeScan(const std::vector<std::string>& lines) override { scan = lines.back(); }
   void OpenInTextEditor(const std::string& path) override { Log("editor " + path); }
   void ShowTip() override { Log("tip"); }
 
@@ -53,6 +54,7 @@ class RecordedWindows : public StartUpWindows {
   std::vector<std::string> told;
   std::vector<std::string> asked;
   std::vector<std::string> notices;
+  std::string scan;  ///< the counts of the start
   bool answer = true;
   bool leaves_questions = false;
 

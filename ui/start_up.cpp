@@ -109,6 +109,8 @@ void StartUp::Notice(const std::vector<std::string>& lines) {
   frame_.Notice(lines);
 }
 
+void StartUp::NoticeScan(const std::vector<std::string>& lines) { frame_.NoticeScan(lines); }
+
 void StartUp::OpenInTextEditor(const std::string& path) {
   if (silent_) return;
   // The file comes with the program, whose folder need not be the application folder.

@@ -33,6 +33,7 @@ class StartUp : public StartUpWindows {
   bool Ask(const std::string& text) override;
   std::optional<bool> AskUnlessLeft(const std::string& text) override;
   void Notice(const std::vector<std::string>& lines) override;
+  void NoticeScan(const std::vector<std::string>& lines) override;
   void OpenInTextEditor(const std::string& path) override;
   /// Has something done at the end of the start, before the tip waits for its user.
   void BeforeTip(std::function<void()> act) { before_tip_ = std::move(act); }

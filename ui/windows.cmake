@@ -34,11 +34,13 @@ add_library(tallow_ui OBJECT
   ui/end_signals_${platform}.cpp
   ui/frame/file_menu.cpp
   ui/foreground_${platform}.cpp
+  ui/frame/frame_findings.cpp
   ui/frame/frame_menus.cpp
   ui/frame/frame_pictures.cpp
   ui/frame/frame_style.cpp
   ui/frame/frame_toolbar.cpp
   ui/dialogs/frm_find.cpp
+  ui/dialogs/frm_findings.cpp
   ui/dialogs/frm_help.cpp
   ui/frame/frm_mdi_form1.cpp
   ui/frame/frm_mdi_form1_commands.cpp

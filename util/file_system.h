@@ -39,8 +39,11 @@ struct FileEntry {
 
 /// What one pass over a folder found. "." and ".." are left out.
 struct FolderListing {
-  bool opened =
-      false;  ///< false when the folder does not exist or cannot be read; all else is empty
+  bool opened = false;     ///< false when the folder does not exist or cannot be read
+  bool not_there = false;  ///< the system answered that there is no such folder
+  /// Why the folder, or the rest of it, cannot be read; empty when all of it was read, and when there is
+  /// no such folder.
+  std::string problem;
   FolderIdentity identity;                 ///< of the folder itself
   std::vector<FileEntry> files;            ///< in the order the system returned them
   std::vector<SubfolderEntry> subfolders;  ///< in the order the system returned them
@@ -64,6 +67,34 @@ std::optional<FolderIdentity> IdentityOfFolder(const std::string& path);
 
 /// Whether a path leads to a regular file.
 bool FileExists(const std::string& path);
+
+/// What the system says of a file.
+enum class FilePresence {
+  kThere,
+  kNotThere,  ///< the system answered that there is no regular file at the path
+  kUnknown,   ///< it did not answer that: no permission, a read error, a share without connection
+};
+
+/// What a look at a file tells.
+struct FileLook {
+  FilePresence presence = FilePresence::kUnknown;
+  std::uint64_t size = 0;  ///< bytes, of a file that is there
+  std::string problem;     ///< of an unknown one: what the system says instead
+};
+
+/// Looks at a file, telling one that is not there from one that cannot be asked for.
+FileLook LookAtFile(const std::string& path);
+
+/// What the system says of a folder.
+enum class FolderState {
+  kNotThere,    ///< there is no folder at the path
+  kUnreadable,  ///< it cannot be listed
+  kEmpty,       ///< it holds neither files nor folders
+  kHasEntries,
+};
+
+/// Looks into a folder as far as its first entry.
+FolderState StateOfFolder(const std::string& path);
 
 /// Whether there is nothing at a path. One that cannot be looked at (a folder without permission, a disk
 /// that does not answer) may hold something.

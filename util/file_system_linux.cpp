@@ -73,6 +73,12 @@ bool IsDotOrDotDot(const char* name) noexcept {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
+/// Whether an error says that there is no such file or folder. A path that is too long for the system
+/// cannot be that of one.
+bool IsNotThere(int error) noexcept {
+  return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
+}
+
 std::optional<struct stat> StatusOf(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) return std::nullopt;
@@ -84,12 +90,22 @@ std::optional<struct stat> StatusOf(const std::string& path) {
 FolderListing ListFolder(const std::string& folder, const ListRequest& request) {
   FolderListing listing;
   const Directory directory(opendir(folder.c_str()));
-  if (!directory) return listing;
+  if (!directory) {
+    listing.not_there = IsNotThere(errno);
+    if (!listing.not_there) listing.problem = std::strerror(errno);
+    return listing;
+  }
   const int descriptor = dirfd(directory.get());
   struct stat status {};
   if (request.subfolders && fstat(descriptor, &status) == 0) listing.identity = IdentityOf(status);
   listing.opened = true;
-  while (const dirent* entry = readdir(directory.get())) {
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = readdir(directory.get());
+    if (entry == nullptr) {
+      if (errno != 0) listing.problem = std::strerror(errno);
+      break;
+    }
     if (IsDotOrDotDot(entry->d_name)) continue;
     const std::string_view name(entry->d_name);
     const bool matches = MatchesFilePattern(name, request.pattern);
@@ -135,6 +151,25 @@ std::optional<FolderIdentity> IdentityOfFolder(const std::string& path) {
 bool FileExists(const std::string& path) {
   const auto status = StatusOf(path);
   return status && S_ISREG(status->st_mode);
+}
+
+FileLook LookAtFile(const std::string& path) {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) {
+    if (IsNotThere(errno)) return {FilePresence::kNotThere, 0, {}};
+    return {FilePresence::kUnknown, 0, std::strerror(errno)};
+  }
+  if (!S_ISREG(status.st_mode)) return {FilePresence::kNotThere, 0, {}};
+  return {FilePresence::kThere, static_cast<std::uint64_t>(status.st_size), {}};
+}
+
+FolderState StateOfFolder(const std::string& path) {
+  const Directory directory(opendir(path.c_str()));
+  if (!directory) return IsNotThere(errno) ? FolderState::kNotThere : FolderState::kUnreadable;
+  errno = 0;
+  while (const dirent* const entry = readdir(directory.get()))
+    if (!IsDotOrDotDot(entry->d_name)) return FolderState::kHasEntries;
+  return errno != 0 ? FolderState::kUnreadable : FolderState::kEmpty;
 }
 
 bool IsGone(const std::string& path) {

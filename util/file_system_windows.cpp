@@ -22,6 +22,13 @@ bool IsMissing(DWORD error) noexcept {
          error == ERROR_INVALID_DRIVE || error == ERROR_NOT_READY || error == ERROR_BAD_NET_NAME;
 }
 
+/// Whether an error says that there is no such file or folder, while the drive or the share has answered.
+bool IsNotThere(DWORD error) noexcept {
+  return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
+         error == ERROR_INVALID_NAME || error == ERROR_BAD_PATHNAME || error == ERROR_DIRECTORY ||
+         error == ERROR_FILENAME_EXCED_RANGE;
+}
+
 /// Opens a file or folder only to ask about it; links are followed.
 HANDLE OpenForQuery(const std::wstring& path) noexcept {
   return CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
@@ -83,7 +90,10 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
                                            FIND_FIRST_EX_LARGE_FETCH));
   // The root of an empty disk has not even an entry for itself.
   if (search.get() == INVALID_HANDLE_VALUE) {
-    listing.opened = GetLastError() == ERROR_FILE_NOT_FOUND;
+    const DWORD error = GetLastError();
+    listing.opened = error == ERROR_FILE_NOT_FOUND;
+    listing.not_there = !listing.opened && IsNotThere(error);
+    if (!listing.opened && !listing.not_there) listing.problem = SystemErrorText(error);
     return listing;
   }
   listing.opened = true;
@@ -105,6 +115,8 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     }
     listing.files.push_back({name, request.sizes ? size : 0, {}});
   } while (FindNextFileW(search.get(), &found));
+  if (const DWORD error = GetLastError(); error != ERROR_NO_MORE_FILES)
+    listing.problem = SystemErrorText(error);
   return listing;
 }
 
@@ -125,6 +137,44 @@ bool FileExists(const std::string& path) {
     return information && (information->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
   }
   return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
+}
+
+FileLook LookAtFile(const std::string& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (!GetFileAttributesExW(ToWidePath(path).c_str(), GetFileExInfoStandard, &data)) {
+    const DWORD error = GetLastError();
+    if (IsNotThere(error)) return {FilePresence::kNotThere, 0, {}};
+    return {FilePresence::kUnknown, 0, SystemErrorText(error)};
+  }
+  DWORD attributes = data.dwFileAttributes;
+  std::uint64_t size = (std::uint64_t{data.nFileSizeHigh} << 32U) | data.nFileSizeLow;
+  if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
+    const auto target = InformationOf(path);
+    if (!target) return {FilePresence::kNotThere, 0, {}};
+    attributes = target->dwFileAttributes;
+    size = (std::uint64_t{target->nFileSizeHigh} << 32U) | target->nFileSizeLow;
+  }
+  if ((attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) != 0)
+    return {FilePresence::kNotThere, 0, {}};
+  return {FilePresence::kThere, size, {}};
+}
+
+FolderState StateOfFolder(const std::string& path) {
+  WIN32_FIND_DATAW found{};
+  const FindHandle search(
+      FindFirstFileExW((ToWidePath(EnsureTrailingBackslash(path)) + L"*").c_str(), FindExInfoBasic,
+                       &found, FindExSearchNameMatch, nullptr, 0));
+  if (search.get() == INVALID_HANDLE_VALUE) {
+    const DWORD error = GetLastError();
+    // The root of an empty disk has not even an entry for itself.
+    if (error == ERROR_FILE_NOT_FOUND) return FolderState::kEmpty;
+    return IsNotThere(error) ? FolderState::kNotThere : FolderState::kUnreadable;
+  }
+  do {
+    const std::wstring_view name(found.cFileName);
+    if (name != L"." && name != L"..") return FolderState::kHasEntries;
+  } while (FindNextFileW(search.get(), &found));
+  return GetLastError() == ERROR_NO_MORE_FILES ? FolderState::kEmpty : FolderState::kUnreadable;
 }
 
 bool IsGone(const std::string& path) {

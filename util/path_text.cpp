@@ -7,6 +7,14 @@
 
 namespace tallow {
 
+std::string PathKey(std::string_view path) {
+  return kPathsIgnoreCase ? ToLower(path) : std::string(path);
+}
+
+bool IsSamePathText(std::string_view path, std::string_view other) {
+  return path == other || (kPathsIgnoreCase && EqualsIgnoringCase(path, other));
+}
+
 std::string EnsureTrailingBackslash(std::string_view path) {
   std::string result(path);
   if (result.empty() || result.back() != kSeparator) result += kSeparator;
@@ -25,6 +33,15 @@ std::string FileTitleWithoutExtension(std::string_view path) {
 std::string_view FolderOfPath(std::string_view path) noexcept {
   const std::size_t last = path.rfind(kSeparator);
   return last == std::string_view::npos ? std::string_view() : path.substr(0, last + 1);
+}
+
+std::string_view ShareOfPath(std::string_view path) noexcept {
+  constexpr std::string_view kBeginning = "\\\\";
+  if (!path.starts_with(kBeginning)) return {};
+  const std::size_t server_end = path.find('\\', kBeginning.size());
+  if (server_end == std::string_view::npos) return {};
+  const std::size_t share_end = path.find('\\', server_end + 1);
+  return share_end == std::string_view::npos ? std::string_view() : path.substr(0, share_end + 1);
 }
 
 std::string_view NameOfPath(std::string_view path) noexcept {

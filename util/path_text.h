@@ -13,6 +13,20 @@ inline constexpr char kSeparator = '\\';
 inline constexpr char kSeparator = '/';
 #endif
 
+/// Whether two names that differ in letter case alone name one file.
+#ifdef _WIN32
+inline constexpr bool kPathsIgnoreCase = true;
+#else
+inline constexpr bool kPathsIgnoreCase = false;
+#endif
+
+/// A path or a part of one as it is compared: in lower case where the system's file systems ignore case.
+std::string PathKey(std::string_view path);
+
+/// Whether two paths, or parts of paths, are one and the same as texts of this system. Links are not
+/// followed, see IsSamePath.
+bool IsSamePathText(std::string_view path, std::string_view other);
+
 /// Appends the separator unless it is the last character already. An empty text becomes the
 /// separator.
 std::string EnsureTrailingBackslash(std::string_view path);
@@ -24,6 +38,9 @@ std::string FileTitleWithoutExtension(std::string_view path);
 
 /// The folder of a path, up to and including the last separator; empty when there is none.
 std::string_view FolderOfPath(std::string_view path) noexcept;
+
+/// The share that a Windows path begins with, as in "\\server\music\"; empty for other paths.
+std::string_view ShareOfPath(std::string_view path) noexcept;
 
 /// What follows the last separator of a path.
 std::string_view NameOfPath(std::string_view path) noexcept;

@@ -166,16 +166,11 @@ std::int64_t FileSearch::AddListedFiles(FileSearchRequest& request, const std::s
     ++request.FilesFound;
     total += static_cast<std::int64_t>(file.size);
     if (!add) continue;
-    const std::int32_t row = library.UBoundOfMp3Array() + 1;
-    const std::string number = std::to_string(row);
-    library.Mp3Info(kFileLocation, row, folder);
-    library.Mp3Info(kFileName, row, file.name);
-    library.Mp3Info(kFileIsThere, row, "1");
-    library.Mp3Info(kRecordNumber, row, number);
-    library.Mp3Info(kSongRank, row, "2");
+    const std::int32_t row =
+        library.AddSong(folder, file.name, static_cast<std::int64_t>(file.size));
     tallow_.found_tags.Add(folder, file.name, file.tail);
     if (IsSplashLoaded()) {
-      progress_->SetFound("Found " + number + " Mp3s");
+      progress_->SetFound("Found " + std::to_string(row) + " Mp3s");
       progress_->Repaint();
       progress_->Repaint();
       progress_->YieldAfterSong();

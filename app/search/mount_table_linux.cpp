@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/search/drive_list.h"
+#include "util/path_text.h"
 #include "util/text_lines.h"
 
 namespace tallow {
@@ -118,6 +119,26 @@ int TypeOfMount(const Mount& mount, const BlockDevice& device) noexcept {
   if (device.removable) return kRemovableDrive;
   if (device.exists || IsOneOf(mount.type, kLocal)) return kFixedDrive;
   return kUnknownDrive;
+}
+
+MountedVolumes VolumesOf(const std::vector<Mount>& table,
+                         const std::function<std::string(const Mount&)>& uuid_of) {
+  MountedVolumes volumes;
+  for (const Mount& mount : table) {
+    const bool automounter = mount.type == "autofs";
+    if (IsPseudoFileSystem(mount.type) && !automounter) continue;
+    MountedVolume& volume = volumes.emplace_back();
+    volume.root = EnsureTrailingBackslash(mount.point);
+    volume.automounter = automounter;
+    if (automounter) continue;
+    std::string name;
+    if (const std::string uuid = uuid_of(mount); !uuid.empty())
+      name = "uuid " + uuid;
+    else if (IsOneOf(mount.type, kRemote))
+      name = "source " + mount.source;
+    if (!name.empty()) volume.folder = {std::move(name), EnsureTrailingBackslash(mount.root)};
+  }
+  return volumes;
 }
 
 bool AnswersAtOnce(int drive_type) noexcept {

@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+#include "library/mounted_volumes.h"
+
 namespace tallow {
 
 /// One line of the kernel's mount table.
@@ -40,6 +42,16 @@ int TypeOfMount(const Mount& mount, const BlockDevice& device) noexcept;
 ///        the server of another one may not answer
 std::vector<Mount> DrivesOf(const std::vector<Mount>& table,
                             const std::function<bool(const std::string&)>& is_folder);
+
+/// The number of a block device, "8:1"; empty where the path leads to none.
+std::string DeviceNumberOf(const std::string& path);
+
+/// What is mounted where, with the identities of the file systems: the UUID, else of a network file system
+/// its source. The names of devices are none, since another stick gets the same name.
+///
+/// \param uuid_of the UUID of a mount's file system; empty where it is not known
+MountedVolumes VolumesOf(const std::vector<Mount>& table,
+                         const std::function<std::string(const Mount&)>& uuid_of);
 
 /// Whether a drive of this type answers at once when it is asked whether its root is there.
 bool AnswersAtOnce(int drive_type) noexcept;

@@ -251,8 +251,8 @@ TEST_F(Dragging, FilesJoinTheLibraryAndTheFolder) {
   // New songs are filed as a search does it.
   EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
   EXPECT_EQ(FoldersIn(Nodes().Find("Artist")), Texts{"ABBA"});
-  EXPECT_EQ(problems, QStringList{QString::fromStdString(music / "x.txt") +
-                                  " is no MP3 file and was left out."});
+  EXPECT_EQ(problems, (QStringList{"1 new song", QString::fromStdString(music / "x.txt") +
+                                                     " is no MP3 file and was left out."}));
   // Dropping is undone, filing is not.
   window.PVExplorer1().Undo();
   EXPECT_EQ(SongsOf(mine), Songs{});

@@ -18,6 +18,7 @@
 #include "app/tallow.h"
 #include "jukebox/play_commands.h"
 #include "jukebox/ranking.h"
+#include "jukebox/returned_songs.h"
 #include "jukebox/sorting.h"
 #include "jukebox/special_folders.h"
 #include "jukebox/window/picture_address.h"
@@ -165,11 +166,9 @@ void frmMain::ActOnList(int item, Folder& node) {
   }
   switch (item) {
     case kPlayAllSongsInFolder:
-      emit PlaySongs(SongsOf(node));
-      return;
+      return Play(ShownSongsOf(node, tallow_.library), tr("This folder holds no songs to play."));
     case kPlaySelectedSongs:
-      emit PlaySongs(tallow_.SongsToPlay);
-      return;
+      return Play(tallow_.SongsToPlay, tr("No song is selected, so none is played."));
     case kCutSongs:
     case kDeleteSongs:
       if (on_show) explorer_->CutSongs();
@@ -186,6 +185,11 @@ void frmMain::ActOnList(int item, Folder& node) {
     default:
       return;
   }
+}
+
+void frmMain::Play(const std::vector<std::int32_t>& songs, const QString& if_none) {
+  emit PlaySongs(songs);
+  if (songs.empty()) emit Problem({if_none});
 }
 
 void frmMain::RankSelectedSongs(int item) {
@@ -232,6 +236,8 @@ void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
     taken = tallow::TakeFiles(paths, tallow_.library);
     problems = taken.problems;
     tallow::Jukebox* const own[] = {&jukebox_};
+    FollowReturnedSongs(taken.returned, own, tallow_.clipboard);
+    emit SongsReturned(taken.returned);
     if (taken.has_new_songs) FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own);
   } catch (const FilingError& error) {
     problems.insert(problems.end(), error.problems().begin(), error.problems().end());
@@ -241,12 +247,18 @@ void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
   if (taken.has_new_songs) explorer_->GoTo(place);
   explorer_->AddSongs(to, taken.songs);
   QStringList lines;
+  const std::string counts = TextOf(taken.report, false);
+  if (!counts.empty()) lines.append(DisplayText(counts));
   for (const std::string& problem : problems) lines.append(DisplayMessage(problem));
   if (!lines.isEmpty()) emit Problem(lines);
 }
 
 void frmMain::PlaySong(int row) {
   if (const Folder* const folder = jukebox_.selectednode()) emit PlaySongs(SongsOf(*folder, {row}));
+}
+
+bool frmMain::WillAsk() const {
+  return jukebox_.IsFormDirty() && jukebox_.HasUnsavedChanges(tallow_.library);
 }
 
 bool frmMain::AskBeforeClosing() {
@@ -257,7 +269,7 @@ bool frmMain::AskBeforeClosing() {
 }
 
 bool frmMain::MayClose() {
-  if (!jukebox_.IsFormDirty()) return true;
+  if (!WillAsk()) return true;
   Message question;
   question.icon = MessageIcon::kQuestion;
   question.buttons = MessageButtons::kYesNo;

@@ -9,6 +9,7 @@
 
 #include "jukebox/jukebox.h"
 #include "jukebox/window/pop_up_menus.h"
+#include "library/scan_report.h"
 #include "util/message.h"
 
 class QMenu;
@@ -56,6 +57,8 @@ class frmMain : public QWidget {
   /// asking again.
   /// \returns whether it may close
   bool AskBeforeClosing();
+  /// Whether closing asks: something would be lost.
+  bool WillAsk() const;
   /// The window is not to be closed after all: it asks again.
   void KeepOpen() noexcept { may_close_ = false; }
 
@@ -68,6 +71,8 @@ class frmMain : public QWidget {
   void PlaySongs(std::vector<std::int32_t> songs);
   /// Something went wrong that the user should read.
   void Problem(const QStringList& lines);
+  /// Songs came back under other numbers; this window's jukebox and the clipboard follow them already.
+  void SongsReturned(const std::vector<tallow::ReturnedSong>& songs);
   /// A command of a pop-up menu is about to run, wherever it came from.
   void PopUpClick(int item, int pane);
   /// See PVExplorer::HalfStepped.
@@ -85,6 +90,7 @@ class frmMain : public QWidget {
   void SortList();
   void ActOnTree(int item, Folder* node);
   void ActOnList(int item, Folder& node);
+  void Play(const std::vector<std::int32_t>& songs, const QString& if_none);
   void RankSelectedSongs(int item);
   void DeleteFolder(Folder& node);
   void BeforeCut(BeforeCutEvent& event);

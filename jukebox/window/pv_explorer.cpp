@@ -201,7 +201,7 @@ bool PVExplorer::ListKeyPressed(const QKeyEvent& key) {
     case Qt::Key_Enter:
       if ((key.modifiers() & ~Qt::KeypadModifier) != Qt::NoModifier) return false;
       if (list_->currentIndex().isValid() && !key.isAutoRepeat())
-        emit ItemOpened(list_->currentIndex().row());
+        emit ItemOpened(songs_->PlaceOf(list_->currentIndex().row()));
       return true;
     case Qt::Key_Home:
     case Qt::Key_End:
@@ -292,7 +292,7 @@ void PVExplorer::SetUpList() {
   list_->installEventFilter(this);
   list_->viewport()->installEventFilter(this);
   connect(list_, &QTableView::doubleClicked, this,
-          [this](const QModelIndex& index) { emit ItemOpened(index.row()); });
+          [this](const QModelIndex& index) { emit ItemOpened(songs_->PlaceOf(index.row())); });
 }
 
 void PVExplorer::TakeFocus(bool list) {
@@ -318,9 +318,10 @@ int PVExplorer::SelectSong(const Folder& folder, int row) {
     Select(folder);
   else
     RefillList();
-  for (int now = 0; now < list_->model()->rowCount(); ++now) {
+  for (int shown = 0; shown < songs_->rowCount(); ++shown) {
+    const int now = songs_->PlaceOf(shown);
     if (!is_song(items[static_cast<std::size_t>(now)]) || nth-- > 0) continue;
-    list_->SelectRows(now, now);
+    list_->SelectRows(shown, shown);
     return now;
   }
   return -1;
@@ -328,10 +329,10 @@ int PVExplorer::SelectSong(const Folder& folder, int row) {
 
 void PVExplorer::EditText(const Folder& folder) { tree_->edit(folders_->IndexOf(folder)); }
 
-void PVExplorer::EnsureVisible(int row) { list_->scrollTo(songs_->index(row, 0)); }
+void PVExplorer::EnsureVisible(int row) { list_->scrollTo(songs_->index(songs_->RowAt(row), 0)); }
 
 QRect PVExplorer::PlaceOfRow(int row) const {
-  const QRect place = list_->visualRect(songs_->index(row, SongListModel::kText));
+  const QRect place = list_->visualRect(songs_->index(songs_->RowAt(row), SongListModel::kText));
   return {list_->viewport()->mapToGlobal(place.topLeft()), place.size()};
 }
 
@@ -340,7 +341,8 @@ PVExplorer::Place PVExplorer::CurrentPlace() const {
   if (folder == nullptr) return {};
   const std::vector<int> rows = SelectedRows();
   Place place{folder->Key(), SongsOf(*folder, rows), 0, list_->verticalScrollBar()->value()};
-  const std::vector<std::int32_t> current = SongsOf(*folder, {list_->currentIndex().row()});
+  const std::vector<std::int32_t> current =
+      SongsOf(*folder, {songs_->PlaceOf(list_->currentIndex().row())});
   if (!current.empty()) place.current = current.front();
   return place;
 }
@@ -351,8 +353,9 @@ void PVExplorer::GoTo(const Place& place) {
   const std::unordered_set<std::int32_t> wanted(place.selected.begin(), place.selected.end());
   std::vector<int> selected;
   QModelIndex current;
-  for (int row = 0; row < list_->model()->rowCount(); ++row) {
-    const std::int32_t record = folder->Items()[static_cast<std::size_t>(row)].SubItem();
+  for (int row = 0; row < songs_->rowCount(); ++row) {
+    const std::int32_t record =
+        folder->Items()[static_cast<std::size_t>(songs_->PlaceOf(row))].SubItem();
     if (!current.isValid() && record == place.current) current = songs_->index(row, 0);
     if (wanted.contains(record)) selected.push_back(row);
   }
@@ -393,6 +396,7 @@ std::vector<int> PVExplorer::SelectedRows() const {
     for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
   std::sort(rows.begin(), rows.end());
   rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  for (int& row : rows) row = songs_->PlaceOf(row);
   return rows;
 }
 

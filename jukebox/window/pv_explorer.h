@@ -63,7 +63,10 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// Opens the folders that are marked as open, and closes the others.
   void ExpandMarked();
 
-  /// The places of the selected songs in the list, from 0, in list order.
+  // Songs are named by their places in the folder, from 0. Those that are missing and remembered have one,
+  // though the list does not show them.
+
+  /// The places of the selected songs, in list order.
   std::vector<int> SelectedRows() const;
   /// Scrolls the list so that a song can be seen.
   /// \param row its place, from 0

@@ -14,6 +14,7 @@
 #include "jukebox/window/folder_tree_model.h"
 #include "jukebox/window/folder_tree_view.h"
 #include "jukebox/window/pv_explorer.h"
+#include "jukebox/window/song_list_model.h"
 #include "jukebox/window/song_list_view.h"
 #include "library/cls_main.h"
 
@@ -64,8 +65,8 @@ void PVExplorer::RefillList() {
 void PVExplorer::SongsAdded(const Folder& to, std::size_t before) {
   if (&to != selectednode()) return;
   RefillList();
-  const int rows = list_->model()->rowCount();
-  if (rows > static_cast<int>(before)) list_->SelectRows(static_cast<int>(before), rows - 1);
+  const int first = songs_->RowAt(static_cast<int>(before));
+  if (first < songs_->rowCount()) list_->SelectRows(first, songs_->rowCount() - 1);
 }
 
 void PVExplorer::Tell(JukeboxEdits::Result result) {
@@ -88,8 +89,9 @@ void PVExplorer::SongsTaken(int first) {
 
 void PVExplorer::SelectNear(int row) {
   // What came next takes the selection.
-  const int left = list_->model()->rowCount();
-  if (left > 0) list_->SelectRows(std::min(row, left - 1), std::min(row, left - 1));
+  const int last = songs_->rowCount() - 1;
+  const int next = std::min(songs_->RowAt(row), last);
+  if (last >= 0) list_->SelectRows(next, next);
 }
 
 void PVExplorer::CopySongs() {
@@ -177,13 +179,17 @@ void PVExplorer::AfterStep(const Jukebox::StepResult& result) {
   if (selectednode() == nullptr) return;
   // Now that the list is filled: songs whose files are gone have left it, and the step.
   const EditHistory::SongChange change = jukebox_.History().LastSongChange(*selectednode());
-  if (!change.brought.empty()) {
-    list_->SelectRows(change.brought);
+  std::vector<int> brought;
+  for (const int place : change.brought)
+    if (const int row = songs_->RowAt(place); songs_->PlaceOf(row) == place) brought.push_back(row);
+  if (!brought.empty()) {
+    list_->SelectRows(brought);
   } else if (change.taken >= 0) {
     SelectNear(change.taken);
   } else if (change.any && !other_folder) {
     // A sort moves songs under the entries, and so does taking it back.
-    const int rows = list_->model()->rowCount();
+    const int rows = songs_->rowCount();
+    for (int& place : selected) place = songs_->RowAt(place);
     std::erase_if(selected, [rows](int row) { return row >= rows; });
     list_->selectionModel()->setCurrentIndex(list_->model()->index(std::min(current, rows - 1), 0),
                                              QItemSelectionModel::NoUpdate);

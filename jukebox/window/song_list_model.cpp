@@ -1,6 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/window/song_list_model.h"
 
+#include <algorithm>
+
+#include <QGuiApplication>
+#include <QPalette>
+
+#include "library/cls_main.h"
 #include "ui/display_text.h"
 
 namespace tallow {
@@ -15,9 +21,30 @@ SongListModel::SongListModel(const Jukebox& jukebox, const clsMain& library, QOb
 void SongListModel::Refill() {
   beginResetModel();
   const Folder* const shown = jukebox_.selectednode();
+  places_.clear();
   rows_ = shown == nullptr ? 0 : static_cast<int>(shown->Items().size());
+  if (shown != nullptr && library_.Missing().size() > 0) ListPlaces(shown->Items());
   columns_ = static_cast<int>(jukebox_.ColumnHeaders().size());
   endResetModel();
+}
+
+void SongListModel::ListPlaces(const std::vector<SongEntry>& entries) {
+  places_.reserve(entries.size());
+  for (std::size_t k = 0; k < entries.size(); ++k)
+    if (!library_.IsHidden(entries[k].SubItem())) places_.push_back(static_cast<int>(k));
+  rows_ = static_cast<int>(places_.size());
+  if (places_.size() == entries.size()) places_.clear();
+}
+
+int SongListModel::PlaceOf(int row) const {
+  if (row < 0 || row >= rows_) return -1;
+  return places_.empty() ? row : places_[static_cast<std::size_t>(row)];
+}
+
+int SongListModel::RowAt(int place) const {
+  if (places_.empty()) return std::min(place, rows_);
+  return static_cast<int>(std::lower_bound(places_.begin(), places_.end(), place) -
+                          places_.begin());
 }
 
 void SongListModel::Relabel() {
@@ -40,10 +67,12 @@ int SongListModel::columnCount(const QModelIndex& parent) const {
 QVariant SongListModel::data(const QModelIndex& index, int role) const {
   // The folder on show may hold fewer songs than the view was last told.
   const Folder* const shown = jukebox_.selectednode();
-  if (!index.isValid() || shown == nullptr || index.row() >= rows_ ||
-      static_cast<std::size_t>(index.row()) >= shown->Items().size())
+  const int place = index.isValid() ? PlaceOf(index.row()) : -1;
+  if (shown == nullptr || place < 0 || static_cast<std::size_t>(place) >= shown->Items().size())
     return {};
-  const SongEntry& entry = shown->Items()[static_cast<std::size_t>(index.row())];
+  const SongEntry& entry = shown->Items()[static_cast<std::size_t>(place)];
+  if (role == Qt::ForegroundRole && library_.IsAway(entry.SubItem()))
+    return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
   const auto rank = static_cast<std::size_t>(entry.Icon());
   if (index.column() == kKey)
     return role == Qt::DisplayRole ? QString::number(entry.SubItem()) : QVariant();
@@ -55,7 +84,9 @@ QVariant SongListModel::data(const QModelIndex& index, int role) const {
       // The picture in words.
       const QString text = DisplayText(EntryText(entry, library_));
       const QString picture = RankPictureText(entry.Icon());
-      return picture.isEmpty() ? text : text + QStringLiteral(", ") + picture;
+      const QString ranked = picture.isEmpty() ? text : text + QStringLiteral(", ") + picture;
+      const std::string away = library_.AwayText(entry.SubItem());
+      return away.empty() ? ranked : ranked + QLatin1Char('\n') + DisplayText(away);
     }
     case Qt::DecorationRole:
       return rank < ranks_.size() ? ranks_[rank] : QIcon();

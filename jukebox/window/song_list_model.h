@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <vector>
 
 #include <QAbstractTableModel>
 #include <QIcon>
@@ -32,6 +33,13 @@ class SongListModel : public QAbstractTableModel {
   void Relabel();
   void ChangeHeaders();
 
+  /// The place in the folder of the song that a row shows, both from 0; -1 for no row. Songs that are
+  /// missing and remembered are in the folder, but in no row.
+  int PlaceOf(int row) const;
+  /// The row of the song at a place in the folder, or where it is not shown the next one that is; the number
+  /// of rows for none.
+  int RowAt(int place) const;
+
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
@@ -39,9 +47,13 @@ class SongListModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  void ListPlaces(const std::vector<SongEntry>& entries);
+
   const Jukebox& jukebox_;
   const clsMain& library_;
   std::array<QIcon, kBestRankPicture + 1> ranks_;
+  /// The places of the songs that have rows; empty when all have.
+  std::vector<int> places_;
   int rows_ = 0;     ///< as the view was last told
   int columns_ = 0;  ///< as the view was last told
 };

@@ -28,6 +28,7 @@
 #include "ui/dialogs/message_box.h"
 #include "ui/display_text.h"
 #include "ui/frame/file_menu.h"
+#include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_menus.h"
 #include "ui/frame/frame_toolbar.h"
 #include "ui/frame/frm_mdi_form1_documents.h"
@@ -92,6 +93,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
   area_->viewport()->installEventFilter(this);
   setCentralWidget(area_);
+  findings_ = new FrameFindings(*statusBar(), tallow_, show_, [this] { return OpenJukeboxes(); });
+  findings_->setParent(this);
   // There from the start, so that the first message moves nothing.
   statusBar()->show();
   setMinimumSize(kLeastSize);
@@ -174,6 +177,11 @@ void frmMDIForm1::Notice(const std::vector<std::string>& lines) {
   statusBar()->setToolTip(tip.join(QLatin1Char('\n')));
 }
 
+void frmMDIForm1::NoticeScan(const std::vector<std::string>& lines) {
+  Notice(lines);
+  findings_->Changed();
+}
+
 frmMainWinamp* frmMDIForm1::PlayerPanel() const {
   return panel_ ? qobject_cast<frmMainWinamp*>(panel_->widget()) : nullptr;
 }
@@ -231,6 +239,8 @@ void frmMDIForm1::OpenPanel() {
   panel_ = area_->addSubWindow(panel);
   panel_->setAttribute(Qt::WA_DeleteOnClose);
   panel->setProperty(kHelpPage, QStringLiteral("playing"));
+  connect(panel, &frmMainWinamp::Said, this,
+          [this](const QString& text) { ShowStatus(text.toStdString()); });
   // Jukeboxes fill the frame; the panel would be lost behind them.
   panel_->setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                          Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
@@ -284,7 +294,7 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
     auto* const window = qobject_cast<frmMain*>(sub->widget());
     if (window == nullptr) continue;
     // The question is about what is in front.
-    if (window->Jukebox().IsFormDirty()) {
+    if (window->WillAsk()) {
       ComeToFront();
       BringToFront(*area_, *sub);
     }

@@ -13,6 +13,7 @@
 #include "jukebox/edit_history.h"
 #include "jukebox/play_commands.h"
 #include "jukebox/window/pop_up_menus.h"
+#include "library/scan_report.h"
 #include "player/winamp_control.h"
 #include "ui/frame/frame_commands.h"
 
@@ -24,6 +25,7 @@ class QToolBar;
 namespace tallow {
 
 class FileMenu;
+class FrameFindings;
 class Jukebox;
 class JukeboxDocuments;
 class Tallow;
@@ -60,6 +62,11 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
 
   /// Says something in the status bar: the first line, with all of them as its tool tip.
   void Notice(const std::vector<std::string>& lines) override;
+  /// Notice of what a start or a search came to; a click on it opens the list of what was not taken.
+  void NoticeScan(const std::vector<std::string>& lines) override;
+
+  /// What is left to tell after a start or a search.
+  FrameFindings& Findings() noexcept { return *findings_; }
 
   /// Opens jukebox files, or shows those that are open, and brings the window to the front. Files that come
   /// while something else has to end first wait for that.
@@ -89,12 +96,15 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void SetUpMenus();
   void Run(FrameCommand command);
   frmMain* ActiveJukeboxWindow() const;
+  /// The active jukebox window; where there is none, says so.
+  frmMain* JukeboxWindowForCommand();
   void SendNodeCommand(int pane, int item);
   void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
   void OpenWaitingFiles();
   void ComeToFront();
   void StepOtherHalf(frmMain& window, EditHistory::Half half, bool back);
   void BringIn(NewSongsPlace place);
+  void FollowSongs(const std::vector<ReturnedSong>& songs);
   void ShowFind();
   void ShowAbout();
   void ShowHelp();
@@ -132,6 +142,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   FileMenu* file_menu_ = nullptr;
   QToolBar* toolbar_ = nullptr;
   frmFind* find_ = nullptr;  ///< once it was shown
+  FrameFindings* findings_;
   QPointer<frmHelp> help_;
   QPointer<QWidget> focus_before_;  ///< the frame was disabled
   std::unique_ptr<frmSearching> searching_;

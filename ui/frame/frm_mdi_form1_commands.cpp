@@ -14,6 +14,7 @@
 #include "app/help_file.h"
 #include "app/tallow.h"
 #include "app/tip_list.h"
+#include "jukebox/returned_songs.h"
 #include "jukebox/window/frm_main.h"
 #include "jukebox/window/pv_explorer.h"
 #include "player/frm_main_winamp.h"
@@ -22,6 +23,7 @@
 #include "ui/dialogs/frm_help.h"
 #include "ui/dialogs/frm_tip.h"
 #include "ui/frame/edit_in_text.h"
+#include "ui/frame/frame_findings.h"
 #include "ui/frame/frm_mdi_form1.h"
 #include "ui/frame/jukebox_documents.h"
 #include "ui/frame/window_arrangement.h"
@@ -42,15 +44,22 @@ frmMain* frmMDIForm1::ActiveJukeboxWindow() const {
   return active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
 }
 
-void frmMDIForm1::SendNodeCommand(int pane, int item) {
+frmMain* frmMDIForm1::JukeboxWindowForCommand() {
   frmMain* const window = ActiveJukeboxWindow();
+  if (window == nullptr)
+    ShowStatus("No jukebox is the active window. Open one, or click into one, and try again.");
+  return window;
+}
+
+void frmMDIForm1::SendNodeCommand(int pane, int item) {
+  frmMain* const window = JukeboxWindowForCommand();
   if (window == nullptr) return;
   if (Folder* const node = window->Jukebox().selectednode())
     window->ActOnPopUpClick(item, pane, node);
 }
 
 void frmMDIForm1::SendEditCommand(TreeCommand of_tree, ListCommand of_list) {
-  const frmMain* const window = ActiveJukeboxWindow();
+  const frmMain* const window = JukeboxWindowForCommand();
   if (window == nullptr) return;
   if (window->CurrentPaneWFocus() == kTreePane) SendNodeCommand(kTreePane, of_tree);
   if (window->CurrentPaneWFocus() == kListPane) SendNodeCommand(kListPane, of_list);
@@ -66,8 +75,10 @@ void frmMDIForm1::Run(FrameCommand command) {
       if (QMdiSubWindow* const active = area_->currentSubWindow()) active->close();
       return;
     case FrameCommand::kSave:
+      if (LastActiveJukebox() == nullptr) return (void)JukeboxWindowForCommand();
       return SaveDatForm();
     case FrameCommand::kSaveAs:
+      if (LastActiveJukebox() == nullptr) return (void)JukeboxWindowForCommand();
       documents_->SaveAs();
       return;
     case FrameCommand::kExit:
@@ -139,7 +150,15 @@ void frmMDIForm1::BringIn(NewSongsPlace place) {
     places.emplace_back(&explorer, explorer.CurrentPlace());
   }
   BringInNewSongs(place, tallow_, *this);
+  findings_->FindSizes();
   for (const auto& [explorer, before] : places) explorer->GoTo(before);
+}
+
+void frmMDIForm1::FollowSongs(const std::vector<ReturnedSong>& songs) {
+  std::vector<Jukebox*> others = OpenJukeboxes();
+  FollowReturnedSongs(songs, others, tallow_.clipboard);
+  for (Jukebox* const jukebox : others) jukebox->ListRefilled(tallow_.library);
+  findings_->Changed();
 }
 
 void frmMDIForm1::OpenFiles(const std::vector<std::string>& paths) {

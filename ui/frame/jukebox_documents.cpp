@@ -110,7 +110,8 @@ void JukeboxDocuments::OpenFile(const std::string& path) {
   Jukebox& jukebox = windows_.NewJukebox();
   try {
     if (!OpenJukeboxFile(path, CaptionOfFile(path), jukebox, tallow_.library,
-                         windows_.OpenJukeboxes())) {
+                         windows_.OpenJukeboxes(),
+                         [this](const std::string& text) { return AskUnlessLeft(text); })) {
       windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});
       windows_.DropJukebox(jukebox);
       return;
@@ -122,6 +123,15 @@ void JukeboxDocuments::OpenFile(const std::string& path) {
   }
   Remember(path);
   windows_.ShowJukebox(jukebox);
+}
+
+std::optional<bool> JukeboxDocuments::AskUnlessLeft(const std::string& text) {
+  const MessageAnswer answer = windows_.Show({.text = text,
+                                              .icon = MessageIcon::kQuestion,
+                                              .buttons = MessageButtons::kYesNo,
+                                              .can_be_dismissed = true});
+  if (answer == MessageAnswer::kCancel) return std::nullopt;
+  return answer == MessageAnswer::kYes;
 }
 
 bool JukeboxDocuments::SaveTo(Jukebox& jukebox, const std::string& path) {

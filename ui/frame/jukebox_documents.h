@@ -77,6 +77,7 @@ class JukeboxDocuments {
   /// The jukebox whose file a path leads to; null for none.
   const Jukebox* OpenedFrom(const std::string& path);
   void OpenFile(const std::string& path);
+  std::optional<bool> AskUnlessLeft(const std::string& text);
   bool SaveTo(Jukebox& jukebox, const std::string& path);
   void Remember(const std::string& path);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "jukebox/json_text.h"
+#include "util/json_text.h"
 
 #include <algorithm>
 #include <cstddef>

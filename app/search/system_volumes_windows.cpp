@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <array>
+#include <cstdio>
+#include <string>
+#include <windows.h>
+#include <winnetwk.h>
+
+#include "app/search/system_volumes.h"
+#include "util/text.h"
+#include "util/wide_text_windows.h"
+
+namespace tallow {
+namespace {
+
+/// Keeps the system from asking for a medium in a drive that has none.
+class NoQuestions {
+ public:
+  NoQuestions() noexcept { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before_); }
+  NoQuestions(const NoQuestions&) = delete;
+  NoQuestions& operator=(const NoQuestions&) = delete;
+  ~NoQuestions() { SetThreadErrorMode(before_, nullptr); }
+
+ private:
+  DWORD before_ = 0;
+};
+
+/// The share that a drive letter stands for; empty where it stands for none.
+std::string ShareOf(const std::wstring& root) {
+  std::array<wchar_t, 1024> share{};
+  auto length = static_cast<DWORD>(share.size());
+  const std::wstring letter = root.substr(0, 2);
+  if (WNetGetConnectionW(letter.c_str(), share.data(), &length) != NO_ERROR) return {};
+  return FromWide(share.data());
+}
+
+std::string VolumeAt(const std::wstring& root) {
+  if (GetDriveTypeW(root.c_str()) == DRIVE_REMOTE) {
+    const std::string share = ShareOf(root);
+    return share.empty() ? share : "source " + ToLower(share);
+  }
+  DWORD serial = 0;
+  if (!GetVolumeInformationW(root.c_str(), nullptr, 0, &serial, nullptr, nullptr, nullptr, 0) ||
+      serial == 0)
+    return {};
+  std::array<char, 16> text{};
+  std::snprintf(text.data(), text.size(), "%08lX", serial);
+  return std::string("serial ") + text.data();
+}
+
+bool IsThere(const std::wstring& root) {
+  return GetFileAttributesW(root.c_str()) != INVALID_FILE_ATTRIBUTES;
+}
+
+}  // namespace
+
+MountedVolumes SystemVolumes() {
+  const NoQuestions no_questions;
+  MountedVolumes volumes;
+  const DWORD letters = GetLogicalDrives();
+  for (int k = 0; k < 26; ++k) {
+    if ((letters >> k & 1U) == 0) continue;
+    const std::wstring root = {static_cast<wchar_t>(L'A' + k), L':', L'\\'};
+    if (!IsThere(root)) continue;
+    volumes.push_back({FromWide(root), {VolumeAt(root), "\\"}, false});
+  }
+  return volumes;
+}
+
+}  // namespace tallow

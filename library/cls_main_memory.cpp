@@ -1,0 +1,237 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the library remembers beside the songs: drives, missing songs, repaired numbers, facts.
+#include <algorithm>
+#include <map>
+#include <unordered_set>
+#include <utility>
+
+#include "library/cls_main.h"
+#include "util/atomic_file.h"
+#include "util/errors.h"
+#include "util/number.h"
+#include "util/path_text.h"
+
+namespace tallow {
+
+void clsMain::UseDrives(LookAtVolumes look, std::vector<std::string> given) {
+  look_at_volumes_ = std::move(look);
+  drives_ = KnownDrives(std::move(given));
+  memory_is_loaded_ = false;
+}
+
+void clsMain::LookAtDrives() {
+  if (look_at_volumes_) drives_.LookAtDrives(look_at_volumes_);
+}
+
+void clsMain::LoadMemory() {
+  if (std::exchange(memory_is_loaded_, true)) return;
+  const std::string folder = settings_.SystemFolder();
+  drives_file_.Load(
+      folder + "Drives.json", [this](const std::string& bytes) { drives_.Decode(bytes); },
+      problems_);
+  missing_file_.Load(
+      folder + "Missing.json", [this](const std::string& bytes) { missing_.Decode(bytes); },
+      problems_);
+  repaired_file_.Load(
+      folder + "Repaired.json", [this](const std::string& bytes) { repaired_.Decode(bytes); },
+      problems_);
+  DropUntrueMemories();
+}
+
+void clsMain::DropUntrueMemories() {
+  // A kill may have come between writing these and writing the library.
+  const std::int32_t rows = table_.rows();
+  missing_.Forget([&](const MissingSong& song) {
+    return song.number < 1 || song.number > rows || IsPresent(song.number);
+  });
+  missing_.ForgetReturns([&](const MissingSong& song) {
+    if (song.now <= song.number || song.now > rows) return true;
+    return IsPresent(song.now) ? !IsSamePathText(table_.Cell(kFileName, song.now), song.name)
+                               : missing_.Find(song.now) == nullptr;
+  });
+}
+
+void clsMain::SaveMemory() {
+  const auto save = [this](auto& memory, const StateFile& file) {
+    if (!memory.IsDirty()) return;
+    try {
+      file.Save(memory.Encode());
+      memory.MarkSaved();
+    } catch (const FileError& error) {
+      problems_.push_back(std::string(error.what()) + ". Make room for it, or make it writable.");
+    }
+  };
+  save(drives_, drives_file_);
+  save(repaired_, repaired_file_);
+}
+
+void clsMain::SaveRepaired() { SaveMemory(); }
+
+bool clsMain::KnowsDrive(std::string_view root) {
+  LoadMemory();
+  return drives_.Knows(root);
+}
+
+std::vector<std::string> clsMain::TakeProblems() { return std::exchange(problems_, {}); }
+
+bool clsMain::RepairRecordNumbers() {
+  const auto confused = tallow::RepairNumbers(table_, MostRecords(loaded_bytes_));
+  if (!confused) return false;
+  repaired_.Set(*confused);
+  // The jukeboxes need to know before the library is right.
+  SaveMemory();
+  backup_first_ = true;
+  saved_stamp_.reset();
+  Save();
+  return true;
+}
+
+bool clsMain::IsPresent(std::int32_t record) const {
+  return record >= 1 && record <= table_.rows() &&
+         NumericValue(table_.Cell(kFileIsThere, record)) != 0;
+}
+
+std::uint32_t clsMain::AwayReason(bool drive, std::string_view place, std::string_view problem) {
+  Reason reason{drive, std::string(place), std::string(problem)};
+  const auto found = std::find(reasons_.begin(), reasons_.end(), reason);
+  const auto index = static_cast<std::uint32_t>(found - reasons_.begin());
+  if (found == reasons_.end()) reasons_.push_back(std::move(reason));
+  return index + 1;
+}
+
+std::string clsMain::AwayText(std::int32_t record) const {
+  if (!IsAway(record)) return {};
+  const Reason& reason = reasons_[table_.Facts(record).away - 1];
+  const std::string name(table_.Cell(kFileName, record));
+  return reason.drive ? name + " is on a drive that is away: " + reason.place
+                      : name + "'s folder cannot be read: " + reason.problem;
+}
+
+bool clsMain::LookAgain(std::int32_t record) {
+  if (!IsPresent(record)) return false;
+  const FileLook look = LookAtFile(
+      std::string(table_.Cell(kFileLocation, record)).append(table_.Cell(kFileName, record)));
+  if (look.presence != FilePresence::kThere) return false;
+  table_.Facts(record).away = 0;
+  return true;
+}
+
+bool clsMain::CheckOneSong(std::int32_t record) {
+  if (LookAgain(record)) return true;
+  if (!IsPresent(record) || IsAway(record)) return false;
+  const std::string folder(table_.Cell(kFileLocation, record));
+  const FileLook look = LookAtFile(folder + std::string(table_.Cell(kFileName, record)));
+  if (look.presence != FilePresence::kNotThere) return false;
+  LookAtDrives();
+  const KnownDrives::FolderVerdict verdict = drives_.VerdictOf(folder);
+  if (verdict.verdict == KnownDrives::Verdict::kMissing && verdict.moved_to.empty())
+    BlankRow(record);
+  return false;
+}
+
+std::vector<AwayPlace> clsMain::AwayPlaces() const {
+  std::vector<std::int32_t> songs(reasons_.size());
+  for (std::int32_t row = 1; row <= table_.rows(); ++row)
+    if (table_.Facts(row).away != 0) ++songs[table_.Facts(row).away - 1];
+  std::map<std::string, AwayPlace> places;
+  for (std::size_t k = 0; k < songs.size(); ++k)
+    if (songs[k] > 0)
+      places
+          .emplace(reasons_[k].place,
+                   AwayPlace{reasons_[k].place, reasons_[k].drive, reasons_[k].problem, 0})
+          .first->second.songs += songs[k];
+  std::vector<AwayPlace> result;
+  for (auto& [name, place] : places) result.push_back(std::move(place));
+  return result;
+}
+
+std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
+  std::int32_t forgotten = 0;
+  for (std::int32_t row = 1; row <= table_.rows(); ++row) {
+    const std::uint32_t away = table_.Facts(row).away;
+    if (away == 0 || reasons_[away - 1].place != place) continue;
+    BlankRow(row);
+    ++forgotten;
+  }
+  drives_.Forget(place);
+  WriteOutMp3DirectoryLocations();
+  SaveMemory();
+  return forgotten;
+}
+
+void clsMain::BeginScan(ScanKind kind) {
+  scan_ = {};
+  scan_.kind = kind;
+}
+
+std::vector<std::string> clsMain::FoldersOf(bool away) const {
+  std::vector<std::string> folders;
+  std::unordered_set<std::string_view> seen;
+  for (std::int32_t row = 1; row <= table_.rows(); ++row) {
+    if ((table_.Facts(row).away != 0) != away || !IsPresent(row)) continue;
+    // Nearly all songs lie in the folder of the one before.
+    if (row > 1 && table_.SameStoredText(kFileLocation, row - 1, row) &&
+        (table_.Facts(row - 1).away != 0) == away && IsPresent(row - 1))
+      continue;
+    const std::string_view folder = table_.Cell(kFileLocation, row);
+    if (seen.insert(folder).second) folders.emplace_back(folder);
+  }
+  return folders;
+}
+
+ScanReport clsMain::FinishScan(bool complete) {
+  LoadMemory();
+  // New songs may lie on drives that were not there before.
+  LookAtDrives();
+  if (look_at_volumes_) drives_.SongsSeen(FoldersOf(false), FoldersOf(true), complete);
+  SaveMemory();
+  ScanReport report = std::exchange(scan_, {});
+  report.away = AwayPlaces();
+  report.left_out = static_cast<std::int32_t>(left_out_.size());
+  if (report.kind == ScanKind::kFiles || !complete) {
+    report.left_out_grew = report.kind == ScanKind::kFiles && report.left_out > 0;
+    return report;
+  }
+  std::int32_t& counted = report.kind == ScanKind::kComputer ? companion_.left_out_of_computer
+                                                             : companion_.left_out_of_list;
+  const std::int32_t before = counted >= 0 ? counted : std::max(0, companion_.left_out_of_computer);
+  report.left_out_grew = report.left_out > before;
+  if (std::exchange(counted, report.left_out) != report.left_out) SaveFacts();
+  return report;
+}
+
+void clsMain::LoadFacts(std::uint64_t checksum) {
+  companion_ = {};
+  companion_.library = checksum;
+  try {
+    const auto bytes =
+        ReadWholeFile(settings_.LocOfGroupingDir() + std::string(kCompanionFileName));
+    if (!bytes) return;
+    if (const auto header = DecodeCompanion(*bytes, checksum, table_)) {
+      companion_ = *header;
+      companion_.library = checksum;
+    }
+  } catch (const FileError&) {
+    // As one that is lost.
+  }
+}
+
+void clsMain::SetSize(std::int32_t row, std::string_view folder, std::string_view name,
+                      std::int64_t size) {
+  if (row < 1 || row > table_.rows() || table_.Cell(kFileLocation, row) != folder ||
+      table_.Cell(kFileName, row) != name)
+    return;
+  table_.Facts(row).size = size;
+}
+
+void clsMain::SaveFacts() {
+  if (!IsOnDisk()) return;
+  try {
+    WriteFileAtomically(settings_.LocOfGroupingDir() + std::string(kCompanionFileName),
+                        EncodeCompanion(companion_, table_));
+  } catch (const FileError&) {
+    // The companion is made again when it is lost.
+  }
+}
+
+}  // namespace tallow

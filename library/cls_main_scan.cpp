@@ -1,0 +1,440 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the library finds out which of its songs are there, and which are new.
+#include <algorithm>
+#include <deque>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "library/cls_main.h"
+#include "util/day.h"
+#include "util/errors.h"
+#include "util/number.h"
+#include "util/path_text.h"
+#include "util/read_ahead.h"
+#include "util/text_lines.h"
+
+namespace tallow {
+namespace {
+
+constexpr std::string_view kSongPattern = "*.mp3";
+constexpr std::string_view kPresent = "1";
+
+/// How many folders a thread lists at once, see ReadAhead.
+constexpr std::size_t kFoldersAtOnce = 16;
+
+/// Ends reading ahead before its end.
+struct Stopped {};
+
+using GoOn = std::function<bool(std::string_view folder)>;
+
+/// Processes window events while a folder is being read; empty where nobody is to be told.
+std::function<void()> IdleCallback(const GoOn& go_on) {
+  if (!go_on) return {};
+  return [&go_on] {
+    if (!go_on({})) throw Stopped();
+  };
+}
+
+/// The part of a folder's path that is not there: up to the first folder that is not, or is empty.
+std::string PartNotThere(std::string_view folder) {
+  std::string place(folder);
+  for (;;) {
+    const std::string_view above =
+        FolderOfPath(std::string_view(place).substr(0, std::max<std::size_t>(place.size(), 1) - 1));
+    if (above.empty() || above.size() >= place.size()) return place;
+    const FolderState state = StateOfFolder(std::string(above));
+    if (state == FolderState::kHasEntries || state == FolderState::kUnreadable) return place;
+    place = above;
+  }
+}
+
+}  // namespace
+
+/// The rows whose songs lie in one folder.
+struct clsMain::FolderRows {
+  std::string_view folder;
+  std::vector<std::int32_t> rows;
+};
+
+/// What a look at the songs of a folder has shown.
+struct clsMain::FolderFindings {
+  std::vector<FilePresence> songs;
+  std::string problem;  ///< why songs are unknown
+};
+
+/// One run of CheckToSeeIfFilesAreMissingAndMakeFalse.
+class clsMain::PresenceCheck {
+ public:
+  explicit PresenceCheck(clsMain& library) : library_(library), table_(library.table_) {}
+
+  void Run(const GoOn& go_on) {
+    ListFolders();
+    bool complete = true;
+    try {
+      ReadAhead(
+          folders_.size(), kFoldersAtOnce, [&](std::size_t k) { return FindSongs(folders_[k]); },
+          [&](std::size_t k, FolderFindings findings) {
+            Judge(folders_[k], findings);
+            if (go_on && !go_on(folders_[k].folder)) throw Stopped();
+          },
+          IdleCallback(go_on));
+    } catch (const Stopped&) {
+      // The songs of the folders that were not looked at stay as they are.
+      complete = false;
+    }
+    for (const std::int32_t row : missing_) library_.BlankRow(row);
+    for (const auto& [row, folder] : moved_) table_.SetCell(kFileLocation, row, folder);
+    library_.list_is_stale_ = library_.list_is_stale_ || !moved_.empty();
+    if (complete) library_.drives_.TakeNewRoots();
+  }
+
+ private:
+  void ListFolders() {
+    std::unordered_map<std::string_view, std::size_t> index;
+    for (std::int32_t row = 1; row <= table_.rows(); ++row) {
+      if (table_.Cell(kFileIsThere, row) != kPresent) {
+        missing_.push_back(row);
+        continue;
+      }
+      const std::string_view folder = table_.Cell(kFileLocation, row);
+      const auto [at, added] = index.try_emplace(folder, folders_.size());
+      if (added) folders_.push_back({folder, {}});
+      folders_[at->second].rows.push_back(row);
+    }
+  }
+
+  /// Looks at each song of a folder. One listing answers for nearly all; what it does not show (a name
+  /// stored in another letter case, for one) is asked for singly. Called from several threads.
+  FolderFindings FindSongs(const FolderRows& songs) const {
+    FolderFindings findings;
+    findings.songs.resize(songs.rows.size(), FilePresence::kNotThere);
+    FolderListing listing;
+    const bool listed =
+        !songs.folder.empty() && songs.folder.back() == kSeparator && songs.rows.size() > 1;
+    if (listed) listing = ListFolder(std::string(songs.folder), {.pattern = kSongPattern});
+    if (listed && listing.not_there) return findings;
+    findings.problem = listing.problem;
+    std::unordered_set<std::string_view> names(listing.files.size());
+    for (const FileEntry& file : listing.files) names.insert(file.name);
+    bool ask = true;
+    for (std::size_t k = 0; k < songs.rows.size(); ++k) {
+      const std::string_view name = table_.Cell(kFileName, songs.rows[k]);
+      FilePresence& presence = findings.songs[k];
+      if (names.contains(name)) {
+        presence = FilePresence::kThere;
+      } else if (ask) {
+        const FileLook look = LookAtFile(std::string(songs.folder).append(name));
+        presence = look.presence;
+        if (presence == FilePresence::kUnknown) findings.problem = look.problem;
+        // A folder that can be entered but not listed answers for each file, others for none.
+        ask = presence != FilePresence::kUnknown || listing.opened;
+      } else {
+        presence = FilePresence::kUnknown;
+      }
+      // What a folder that cannot be read whole does not show may be there.
+      if (presence == FilePresence::kNotThere && !listing.problem.empty())
+        presence = FilePresence::kUnknown;
+    }
+    return findings;
+  }
+
+  void Judge(const FolderRows& songs, const FolderFindings& findings) {
+    std::vector<std::int32_t> gone;
+    for (std::size_t k = 0; k < songs.rows.size(); ++k) {
+      const std::int32_t row = songs.rows[k];
+      table_.Facts(row).away = 0;
+      if (findings.songs[k] == FilePresence::kNotThere) gone.push_back(row);
+      if (findings.songs[k] == FilePresence::kUnknown)
+        table_.Facts(row).away = library_.AwayReason(false, songs.folder, findings.problem);
+    }
+    if (!gone.empty()) JudgeGone(songs.folder, gone);
+    // Of a drive that is away the system may say anything.
+    if (gone.size() < songs.rows.size()) PreferDrive(songs);
+  }
+
+  void PreferDrive(const FolderRows& songs) {
+    std::optional<KnownDrives::FolderVerdict> verdict;
+    for (const std::int32_t row : songs.rows) {
+      if (table_.Facts(row).away == 0) continue;
+      if (!verdict) verdict = library_.drives_.VerdictOf(songs.folder);
+      if (verdict->verdict == KnownDrives::Verdict::kAway)
+        table_.Facts(row).away = library_.AwayReason(true, verdict->away_root, {});
+    }
+  }
+
+  void JudgeGone(std::string_view folder, std::vector<std::int32_t> gone) {
+    const KnownDrives::FolderVerdict verdict = library_.drives_.VerdictOf(folder);
+    for (const std::string& place : verdict.moved_to)
+      std::erase_if(gone, [&](std::int32_t row) { return IsAt(place, row); });
+    if (gone.empty()) return;
+    std::uint32_t reason = 0;
+    if (verdict.verdict == KnownDrives::Verdict::kAway) {
+      reason = library_.AwayReason(true, verdict.away_root, {});
+    } else if (verdict.verdict == KnownDrives::Verdict::kUnremembered) {
+      const FolderState state = StateOfFolder(std::string(folder));
+      if (state != FolderState::kHasEntries)
+        reason = library_.AwayReason(true, PartNotThere(folder), {});
+    }
+    for (const std::int32_t row : gone)
+      if (reason != 0)
+        table_.Facts(row).away = reason;
+      else
+        missing_.push_back(row);
+  }
+
+  /// Whether a song's file is where its drive is shown now, or nobody can tell.
+  bool IsAt(const std::string& place, std::int32_t row) {
+    const FileLook look = LookAtFile(place + std::string(table_.Cell(kFileName, row)));
+    if (look.presence == FilePresence::kNotThere) return false;
+    if (look.presence == FilePresence::kUnknown)
+      table_.Facts(row).away = library_.AwayReason(false, place, look.problem);
+    moved_.emplace_back(row, place);
+    return true;
+  }
+
+  clsMain& library_;
+  SongTable& table_;
+  std::vector<FolderRows> folders_;
+  std::vector<std::int32_t> missing_;
+  std::vector<std::pair<std::int32_t, std::string>> moved_;  ///< rows and their folders now
+};
+
+/// The songs that are there or away, by their paths as the system compares them.
+class clsMain::KnownSongs {
+ public:
+  using Rows = std::unordered_map<std::string_view, std::int32_t>;
+
+  explicit KnownSongs(const SongTable& table) {
+    for (std::int32_t row = 1; row <= table.rows(); ++row)
+      if (table.Cell(kFileIsThere, row) == kPresent)
+        OfFolder(table.Cell(kFileLocation, row)).emplace(Key(table.Cell(kFileName, row)), row);
+  }
+  Rows& OfFolder(std::string_view folder) { return folders_[Key(folder)]; }
+  /// A text as the system compares it. It holds as long as this and the text do.
+  std::string_view Key(std::string_view text) {
+    if (!kPathsIgnoreCase) return text;
+    return keys_.emplace_back(PathKey(text));
+  }
+
+ private:
+  std::unordered_map<std::string_view, Rows> folders_;
+  std::deque<std::string> keys_;
+};
+
+void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on) {
+  LoadMemory();
+  LookAtDrives();
+  PresenceCheck(*this).Run(go_on);
+}
+
+void clsMain::BlankRow(std::int32_t row) {
+  if (table_.Cell(kFileIsThere, row) == kPresent) {
+    missing_.Add({.number = NumericValue(table_.Cell(kRecordNumber, row)),
+                  .name = std::string(table_.Cell(kFileName, row)),
+                  .folder = std::string(table_.Cell(kFileLocation, row)),
+                  .size = table_.Facts(row).size,
+                  .rank = std::string(table_.Cell(kSongRank, row)),
+                  .day = Today(),
+                  .now = 0});
+    ++scan_.missing;
+  }
+  for (const std::int16_t column : {kFileIsThere, kFileLocation, kFileName})
+    table_.SetCell(column, row, "0");
+  table_.Facts(row) = {.size = kUnknownSize, .added = table_.Facts(row).added, .away = 0};
+}
+
+bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(const GoOn& go_on) {
+  std::int32_t old_count = UBoundOfMp3Array();
+  if (settings_.NumerOfRecordsInTheMain() < 1) {
+    search_all_drives_();
+    TakeSearchedSongs(0);
+    return false;
+  }
+  const std::vector<std::string> folders = RememberedFolders();
+  // A file that is known and present would only be taken out again as the copy of itself.
+  KnownSongs known(table_);
+  try {
+    ReadAhead(
+        folders.size(), kFoldersAtOnce,
+        [&](std::size_t k) { return ListFolder(folders[k], {.pattern = kSongPattern}); },
+        [&](std::size_t k, const FolderListing& listing) {
+          AddMp3FilesOfOneFolder(folders[k], listing, known);
+          if (go_on && !go_on(folders[k])) throw Stopped();
+        },
+        IdleCallback(go_on));
+  } catch (const Stopped&) {
+    // What was found until now is complete.
+  }
+  DeleteIdenticalFileNamesAndPaths(old_count);
+  return false;
+}
+
+std::vector<std::string> clsMain::RememberedFolders() {
+  const auto read = [this]() -> std::optional<std::string> {
+    try {
+      return ReadWholeFile(settings_.FileContainingTargetDirectories());
+    } catch (const FileError&) {
+      return std::nullopt;
+    }
+  };
+  auto content = list_is_stale_ ? std::nullopt : read();
+  if (!content) {
+    // The folders are known from the songs as well.
+    WriteOutMp3DirectoryLocations();
+    list_is_stale_ = !list_error_.empty();
+    if (!list_is_stale_) content = read();
+  }
+  std::vector<std::string> folders;
+  // The line "0" stands for the missing songs; in no other folder than a whole path are songs.
+  const auto add = [&folders](std::string_view folder) {
+    if (IsAbsolutePath(folder)) folders.push_back(EnsureTrailingBackslash(folder));
+  };
+  if (content) {
+    for (const std::string_view line : SplitLines(*content)) add(line);
+  } else {
+    // Neither read nor written: the songs' folders serve without a list.
+    std::unordered_set<std::string_view> seen;
+    for (std::int32_t row = 1; row <= table_.rows(); ++row)
+      if (seen.insert(table_.Cell(kFileLocation, row)).second) add(table_.Cell(kFileLocation, row));
+  }
+  return folders;
+}
+
+void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
+                                     KnownSongs& known) {
+  if (listing.files.empty()) return;
+  KnownSongs::Rows& rows = known.OfFolder(folder);
+  for (const FileEntry& file : listing.files) {
+    if (const auto found = rows.find(known.Key(file.name)); found != rows.end()) {
+      // A file system that ignores case shows the name as it is spelled now.
+      if (kPathsIgnoreCase) table_.SetCell(kFileName, found->second, file.name);
+      continue;
+    }
+    const std::int32_t row = AddSong(folder, file.name, kUnknownSize);
+    // The table's own text outlives the listing.
+    rows.emplace(known.Key(Mp3Info(kFileName, row)), row);
+  }
+}
+
+void clsMain::LeaveOutRespelled(std::int32_t old_count) {
+  if (!kPathsIgnoreCase || table_.rows() <= old_count) return;
+  std::unordered_map<std::string, std::int32_t> rows;
+  const auto path = [this](std::int32_t row) {
+    return PathKey(
+        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
+  };
+  for (std::int32_t row = 1; row <= old_count; ++row)
+    if (IsPresent(row)) rows.emplace(path(row), row);
+  std::vector<char> goes(static_cast<std::size_t>(table_.rows()));
+  for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
+    const auto found = rows.find(path(row));
+    if (found == rows.end()) continue;
+    for (const std::int16_t column : {kFileLocation, kFileName})
+      table_.SetCell(column, found->second, table_.Cell(column, row));
+    table_.Facts(found->second).size = table_.Facts(row).size;
+    goes[static_cast<std::size_t>(row - 1)] = 1;
+  }
+  table_.Remove(goes);
+}
+
+bool clsMain::IsOnAwayDrive(std::int32_t row) const {
+  const std::uint32_t away = table_.Facts(row).away;
+  return away != 0 && reasons_[away - 1].drive;
+}
+
+void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
+  std::unordered_map<std::string_view, std::vector<std::int32_t>> away;
+  for (std::int32_t row = 1; row <= old_count; ++row)
+    if (IsOnAwayDrive(row)) away[table_.Cell(kFileName, row)].push_back(row);
+  if (away.empty()) return;
+  std::vector<char> goes(static_cast<std::size_t>(table_.rows()));
+  for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
+    const auto found = away.find(table_.Cell(kFileName, row));
+    if (found == away.end()) continue;
+    const std::string path =
+        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row));
+    std::int64_t& size = table_.Facts(row).size;
+    if (size == kUnknownSize) {
+      const FileLook look = LookAtFile(path);
+      if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
+    }
+    const auto same =
+        std::find_if(found->second.begin(), found->second.end(), [&](std::int32_t other) {
+          const std::int64_t other_size = table_.Facts(other).size;
+          return size == kUnknownSize || other_size == kUnknownSize || size == other_size;
+        });
+    if (same == found->second.end()) continue;
+    goes[static_cast<std::size_t>(row - 1)] = 1;
+    left_out_.push_back(
+        {path,
+         std::string(table_.Cell(kFileLocation, *same)).append(table_.Cell(kFileName, *same))});
+  }
+  table_.Remove(goes);
+}
+
+std::vector<char> clsMain::RowsThatCount() const {
+  std::vector<char> counts(static_cast<std::size_t>(table_.rows()));
+  for (std::int32_t row = 1; row <= table_.rows(); ++row)
+    counts[static_cast<std::size_t>(row - 1)] =
+        table_.Cell(kFileIsThere, row) == kPresent && !IsOnAwayDrive(row);
+  return counts;
+}
+
+void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
+  if (scan_.kind != ScanKind::kFiles) left_out_.clear();
+  LeaveOutRespelled(old_count);
+  LeaveOutCopiesOfAwaySongs(old_count);
+  std::vector<LeftOutFile> left_out = RemoveDuplicates(table_, old_count, RowsThatCount());
+  left_out_.insert(left_out_.end(), std::make_move_iterator(left_out.begin()),
+                   std::make_move_iterator(left_out.end()));
+  bool sorted = false;
+  Sort(true, false, kRecordNumber, sorted);
+  table_.Pack();
+  if (table_.rows() <= old_count) return;
+  for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row)
+    table_.SetCell(kRecordNumber, row, std::to_string(row));
+  scan_.new_songs += table_.rows() - old_count;
+  RecognizeReturned(old_count);
+  Save();
+}
+
+void clsMain::RecognizeReturned(std::int32_t old_count) {
+  for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
+    std::int64_t& size = table_.Facts(row).size;
+    if (size == kUnknownSize) {
+      const FileLook look = LookAtFile(
+          std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
+      if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
+    }
+    const MissingSong* const song = missing_.Only(table_.Cell(kFileName, row), size);
+    if (song == nullptr) continue;
+    const std::int32_t number = song->number;
+    table_.SetCell(kSongRank, row, song->rank);
+    missing_.CameBack(number, row);
+    returned_.push_back({number, row});
+    ++scan_.back;
+    --scan_.new_songs;
+  }
+}
+
+void clsMain::TakeSearchedSongs(std::int32_t old_count) {
+  if (!Mp3MainHasSomeMembers()) return;
+  if (old_count == 0) {
+    LoadMemory();
+    missing_.Clear();
+    repaired_.Clear();
+    bool sorted = false;
+    Sort(true, true, kFileName, sorted);
+  }
+  DeleteIdenticalFileNamesAndPaths(old_count);
+  RenumberBasedOnArrayNumber();
+  // What could not be saved must not be loaded over what was found.
+  if (Save()) LoadMain();
+  WriteOutMp3DirectoryLocations();
+}
+
+std::vector<ReturnedSong> clsMain::TakeReturned() { return std::exchange(returned_, {}); }
+
+}  // namespace tallow

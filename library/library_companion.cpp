@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/library_companion.h"
+
+#include <algorithm>
+#include <cstddef>
+#include <type_traits>
+
+#define XXH_INLINE_ALL
+#include <xxhash.h>
+
+namespace tallow {
+namespace {
+
+constexpr std::string_view kMagic = "TALLOW+1";
+constexpr std::size_t kHeaderBytes = 36;
+constexpr std::size_t kRowBytes = 12;
+constexpr std::size_t kChecksumBytes = 8;
+
+template <typename Integer>
+void Append(std::string& to, Integer value) {
+  const auto bits = static_cast<std::make_unsigned_t<Integer>>(value);
+  for (std::size_t k = 0; k < sizeof bits; ++k)
+    to += static_cast<char>(static_cast<unsigned char>(bits >> (8 * k)));
+}
+
+/// \param at where the number begins; the bytes have to be there
+template <typename Integer>
+Integer Read(std::string_view bytes, std::size_t at) {
+  std::make_unsigned_t<Integer> bits = 0;
+  for (std::size_t k = 0; k < sizeof bits; ++k)
+    bits = static_cast<std::make_unsigned_t<Integer>>(
+        bits | static_cast<std::make_unsigned_t<Integer>>(
+                   std::uint64_t{static_cast<unsigned char>(bytes[at + k])} << (8 * k)));
+  return static_cast<Integer>(bits);
+}
+
+}  // namespace
+
+std::uint64_t ChecksumOf(std::string_view bytes) noexcept {
+  return XXH64(bytes.data(), bytes.size(), 0);
+}
+
+std::string EncodeCompanion(const CompanionHeader& header, const SongTable& table) {
+  std::string bytes(kMagic);
+  bytes.reserve(kHeaderBytes + kRowBytes * static_cast<std::size_t>(table.rows()) + kChecksumBytes);
+  Append(bytes, header.library);
+  Append(bytes, header.before);
+  Append(bytes, header.left_out_of_list);
+  Append(bytes, header.left_out_of_computer);
+  Append(bytes, table.rows());
+  for (std::int32_t row = 1; row <= table.rows(); ++row) {
+    const SongFacts& facts = table.Facts(row);
+    Append(bytes, facts.size);
+    Append(bytes, facts.added);
+  }
+  Append(bytes, ChecksumOf(bytes));
+  return bytes;
+}
+
+std::optional<CompanionHeader> DecodeCompanion(std::string_view bytes, std::uint64_t library,
+                                               SongTable& table) {
+  if (bytes.size() < kHeaderBytes + kChecksumBytes || !bytes.starts_with(kMagic)) return {};
+  const std::string_view body = bytes.substr(0, bytes.size() - kChecksumBytes);
+  if (Read<std::uint64_t>(bytes, body.size()) != ChecksumOf(body)) return {};
+  const CompanionHeader header{Read<std::uint64_t>(bytes, 8), Read<std::uint64_t>(bytes, 16),
+                               Read<std::int32_t>(bytes, 24), Read<std::int32_t>(bytes, 28)};
+  const auto rows = Read<std::int32_t>(bytes, 32);
+  if (rows < 0 || body.size() != kHeaderBytes + kRowBytes * static_cast<std::size_t>(rows))
+    return {};
+  if (header.library != library && header.before != library) return {};
+  for (std::int32_t row = 1; row <= std::min(rows, table.rows()); ++row) {
+    const std::size_t at = kHeaderBytes + kRowBytes * static_cast<std::size_t>(row - 1);
+    table.Facts(row).size = Read<std::int64_t>(bytes, at);
+    table.Facts(row).added = Read<std::int32_t>(bytes, at + sizeof(std::int64_t));
+  }
+  return header;
+}
+
+}  // namespace tallow

@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/missing_songs.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <stdexcept>
+#include <utility>
+
+#include "util/json_text.h"
+#include "util/path_text.h"
+
+namespace tallow {
+namespace {
+
+constexpr std::string_view kFormat = "Tallow missing songs";
+constexpr int kVersion = 1;
+
+}  // namespace
+
+void MissingSongs::Index() {
+  by_number_.clear();
+  by_name_.clear();
+  for (std::size_t k = 0; k < songs_.size(); ++k) {
+    by_number_[songs_[k].number] = k;
+    if (songs_[k].now == 0) by_name_.emplace(PathKey(songs_[k].name), k);
+  }
+}
+
+void MissingSongs::Add(MissingSong song) {
+  is_dirty_ = true;
+  if (by_number_.contains(song.number)) {
+    std::erase_if(songs_, [&](const MissingSong& other) { return other.number == song.number; });
+    songs_.push_back(std::move(song));
+    Index();
+    return;
+  }
+  by_number_[song.number] = songs_.size();
+  if (song.now == 0) by_name_.emplace(PathKey(song.name), songs_.size());
+  songs_.push_back(std::move(song));
+}
+
+const MissingSong* MissingSongs::Find(std::int32_t number) const {
+  const auto found = by_number_.find(number);
+  return found != by_number_.end() ? &songs_[found->second] : nullptr;
+}
+
+bool MissingSongs::IsMissing(std::int32_t number) const {
+  const MissingSong* const song = Find(number);
+  return song != nullptr && song->now == 0;
+}
+
+std::int32_t MissingSongs::NumberNow(std::int32_t number) const {
+  // A song may have gone and come back several times. Numbers only rise, so this ends.
+  const MissingSong* song = Find(number);
+  while (song != nullptr && song->now > number) {
+    number = song->now;
+    song = Find(number);
+  }
+  return number;
+}
+
+const MissingSong* MissingSongs::OnlyOf(std::string_view name, const std::int64_t* size) const {
+  const MissingSong* only = nullptr;
+  const auto [begin, end] = by_name_.equal_range(PathKey(name));
+  for (auto place = begin; place != end; ++place) {
+    const MissingSong& song = songs_[place->second];
+    if (size != nullptr && song.size != *size) continue;
+    if (only != nullptr) return nullptr;
+    only = &song;
+  }
+  return only;
+}
+
+const MissingSong* MissingSongs::Only(std::string_view name, std::int64_t size) const {
+  return size < 0 ? nullptr : OnlyOf(name, &size);
+}
+
+const MissingSong* MissingSongs::OnlyOfName(std::string_view name) const {
+  return OnlyOf(name, nullptr);
+}
+
+void MissingSongs::CameBack(std::int32_t number, std::int32_t now) {
+  const auto found = by_number_.find(number);
+  if (found == by_number_.end()) return;
+  songs_[found->second].now = now;
+  const auto [begin, end] = by_name_.equal_range(PathKey(songs_[found->second].name));
+  for (auto place = begin; place != end; ++place) {
+    if (place->second != found->second) continue;
+    by_name_.erase(place);
+    break;
+  }
+  is_dirty_ = true;
+}
+
+void MissingSongs::Forget(const std::function<bool(const MissingSong&)>& whether) {
+  if (std::erase_if(songs_, whether) == 0) return;
+  is_dirty_ = true;
+  Index();
+}
+
+void MissingSongs::ForgetReturns(const std::function<bool(const MissingSong&)>& whether) {
+  for (MissingSong& song : songs_) {
+    if (song.now == 0 || !whether(song)) continue;
+    song.now = 0;
+    is_dirty_ = true;
+  }
+  if (is_dirty_) Index();
+}
+
+void MissingSongs::Shrink(std::size_t most) {
+  if (songs_.size() <= most) return;
+  songs_.erase(songs_.begin(), songs_.end() - static_cast<std::ptrdiff_t>(most));
+  is_dirty_ = true;
+  Index();
+}
+
+std::string MissingSongs::Encode() const {
+  std::string bytes = "{\"format\":";
+  AppendJsonText(bytes, kFormat);
+  bytes += ",\"version\":" + std::to_string(kVersion) + ",\"songs\":[";
+  const char* separator = "\n";
+  for (const MissingSong& song : songs_) {
+    bytes += std::exchange(separator, ",\n");
+    bytes += "{\"number\":" + std::to_string(song.number) + ",\"name\":";
+    AppendJsonText(bytes, song.name);
+    bytes += ",\"folder\":";
+    AppendJsonText(bytes, song.folder);
+    bytes += ",\"size\":" + std::to_string(song.size) + ",\"rank\":";
+    AppendJsonText(bytes, song.rank);
+    bytes += ",\"day\":" + std::to_string(song.day) + ",\"now\":" + std::to_string(song.now) + "}";
+  }
+  return bytes + "]}\n";
+}
+
+void MissingSongs::Decode(const std::string& bytes) {
+  const auto root = nlohmann::json::parse(bytes);
+  if (root.at("format") != kFormat || root.at("version") != kVersion)
+    throw std::runtime_error("it is of another program or a newer Tallow");
+  std::vector<MissingSong> songs;
+  for (const auto& member : root.at("songs")) {
+    const auto text = [&](const char* name) {
+      return BytesOfJsonText(member.at(name).get<std::string>());
+    };
+    songs.push_back({member.at("number").get<std::int32_t>(), text("name"), text("folder"),
+                     member.at("size").get<std::int64_t>(), text("rank"),
+                     member.at("day").get<std::int32_t>(), member.at("now").get<std::int32_t>()});
+  }
+  songs_ = std::move(songs);
+  Index();
+  is_dirty_ = false;
+}
+
+}  // namespace tallow

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/mounted_volumes.h"
+
+#include "util/file_system.h"
+#include "util/path_text.h"
+
+namespace tallow {
+
+bool LiesBelow(std::string_view path, std::string_view folder) {
+  return path.size() >= folder.size() && IsSamePathText(path.substr(0, folder.size()), folder);
+}
+
+const MountedVolume* VolumeOf(const MountedVolumes& volumes, std::string_view path) {
+  const MountedVolume* longest = nullptr;
+  for (const MountedVolume& volume : volumes)
+    if ((longest == nullptr || volume.root.size() > longest->root.size()) &&
+        LiesBelow(path, volume.root))
+      longest = &volume;
+  return longest;
+}
+
+VolumeFolder VolumeFolderOf(const MountedVolumes& volumes, std::string_view folder) {
+  const MountedVolume* const volume = VolumeOf(volumes, folder);
+  if (volume == nullptr || volume->folder.volume.empty()) return {};
+  return {volume->folder.volume,
+          volume->folder.inside + std::string(folder.substr(volume->root.size()))};
+}
+
+std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFolder& folder) {
+  if (folder.volume.empty()) return std::nullopt;
+  for (const MountedVolume& volume : volumes) {
+    if (volume.folder.volume != folder.volume || !LiesBelow(folder.inside, volume.folder.inside))
+      continue;
+    std::string place = volume.root + folder.inside.substr(volume.folder.inside.size());
+    // What is mounted over it hides it.
+    if (VolumeFolderOf(volumes, place) == folder && FolderExists(place)) return place;
+  }
+  return std::nullopt;
+}
+
+}  // namespace tallow

@@ -1,0 +1,36 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/scan_report.h"
+
+namespace tallow {
+namespace {
+
+/// How many places are named; a line has no room for more.
+constexpr std::size_t kMostPlaces = 3;
+
+std::string NamesOf(const std::vector<AwayPlace>& places) {
+  std::string names;
+  for (std::size_t k = 0; k < places.size() && k < kMostPlaces; ++k)
+    names += (k > 0 ? ", " : "") + places[k].place;
+  return places.size() > kMostPlaces ? names + ", . . ." : names;
+}
+
+}  // namespace
+
+std::string TextOf(const ScanReport& report, bool always_new) {
+  std::string text;
+  const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
+  const auto count = [](std::int32_t number, const char* one, const char* many) {
+    return std::to_string(number) + (number == 1 ? one : many);
+  };
+  if (report.new_songs > 0 || always_new) add(count(report.new_songs, " new song", " new songs"));
+  if (report.back > 0) add(count(report.back, " back with its rank", " back with their ranks"));
+  if (report.missing > 0) add(std::to_string(report.missing) + " missing");
+  std::int32_t away = 0;
+  for (const AwayPlace& place : report.away) away += place.songs;
+  if (away > 0) add(std::to_string(away) + " away (" + NamesOf(report.away) + ")");
+  if (report.left_out_grew)
+    add(std::to_string(report.left_out) + " left out because a song of that file name is there");
+  return text;
+}
+
+}  // namespace tallow

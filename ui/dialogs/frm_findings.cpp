@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/dialogs/frm_findings.h"
+
+#include <string>
+#include <utility>
+
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "library/cls_main.h"
+#include "ui/display_text.h"
+
+namespace tallow {
+namespace {
+
+/// Of the list, in average characters and lines.
+constexpr int kListCharacters = 100;
+constexpr int kListLines = 18;
+
+/// Holds the bytes of a place that is away.
+constexpr int kPlaceRole = Qt::UserRole;
+
+std::string SongCount(std::int32_t songs) {
+  return std::to_string(songs) + (songs == 1 ? " song" : " songs");
+}
+
+}  // namespace
+
+frmFindings::frmFindings(clsMain& library, ShowMessage show, std::function<void()> forgotten,
+                         QWidget* parent)
+    : QDialog(parent),
+      library_(library),
+      show_(std::move(show)),
+      forgotten_(std::move(forgotten)),
+      list_(new QTreeWidget(this)),
+      forget_(new QPushButton(tr("&Forget Songs of This Drive..."), this)) {
+  setObjectName(QStringLiteral("frmFindings"));
+  setWindowTitle(tr("Away and Left Out"));
+  list_->setObjectName(QStringLiteral("lstFindings"));
+  list_->setAccessibleName(tr("Places that are away, and files that were left out"));
+  list_->setColumnCount(2);
+  list_->setUniformRowHeights(true);
+  list_->setTextElideMode(Qt::ElideMiddle);
+  list_->header()->hide();
+  list_->setMinimumSize(kListCharacters * fontMetrics().averageCharWidth(),
+                        kListLines * fontMetrics().lineSpacing());
+  forget_->setObjectName(QStringLiteral("cmdForget"));
+  forget_->setAutoDefault(false);
+  forget_->setAccessibleDescription(tr("Makes the songs of the selected drive missing"));
+  auto* const close = new QPushButton(tr("&Close"), this);
+  close->setObjectName(QStringLiteral("cmdClose"));
+  close->setDefault(true);
+  close->setAccessibleDescription(tr("Closes the list"));
+  auto* const buttons = new QHBoxLayout;
+  buttons->addWidget(forget_);
+  buttons->addStretch(1);
+  buttons->addWidget(close);
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(list_, 1);
+  layout->addLayout(buttons);
+  connect(list_, &QTreeWidget::itemSelectionChanged, this,
+          [this] { forget_->setEnabled(!SelectedPlace().isNull()); });
+  connect(forget_, &QPushButton::clicked, this, &frmFindings::Forget);
+  connect(close, &QPushButton::clicked, this, &QDialog::accept);
+  Fill();
+}
+
+void frmFindings::Fill() {
+  list_->clear();
+  const auto heading = [this](const QString& text) {
+    auto* const item = new QTreeWidgetItem(list_, {text});
+    item->setFirstColumnSpanned(true);
+    item->setFlags(Qt::ItemIsEnabled);
+    QFont bold = list_->font();
+    bold.setBold(true);
+    item->setFont(0, bold);
+    return item;
+  };
+  const auto add = [](QTreeWidgetItem* above, const QString& first, const QString& second) {
+    auto* const item = new QTreeWidgetItem(above, {first, second});
+    item->setToolTip(0, first);
+    item->setToolTip(1, second);
+    return item;
+  };
+  const std::vector<AwayPlace> places = library_.AwayPlaces();
+  if (!places.empty()) {
+    QTreeWidgetItem* const away = heading(tr("Away: their songs keep ranks and places"));
+    for (const AwayPlace& place : places) {
+      const std::string why = place.drive ? "" : ", cannot be read: " + place.problem;
+      QTreeWidgetItem* const item =
+          add(away, DisplayText(place.place), DisplayText(SongCount(place.songs) + why));
+      item->setData(0, kPlaceRole, QByteArray::fromStdString(place.place));
+    }
+  }
+  const std::vector<LeftOutFile>& files = library_.LeftOut();
+  if (!files.empty()) {
+    QTreeWidgetItem* const left_out =
+        heading(tr("Left out because a song of that file name is there"));
+    for (const LeftOutFile& file : files)
+      add(left_out, DisplayText(file.path),
+          tr("stands for it: ") + DisplayText(file.stands_for_it));
+  }
+  if (places.empty() && files.empty()) heading(tr("Nothing is away, and nothing was left out."));
+  list_->expandAll();
+  list_->header()->resizeSection(0, list_->minimumWidth() / 2);
+  forget_->setEnabled(false);
+  // What can be acted on is selected, so that the keyboard is enough.
+  if (!places.empty()) list_->setCurrentItem(list_->topLevelItem(0)->child(0));
+}
+
+QString frmFindings::SelectedPlace() const {
+  const QTreeWidgetItem* const item = list_->currentItem();
+  if (item == nullptr || !item->isSelected()) return {};
+  const QVariant place = item->data(0, kPlaceRole);
+  return place.isValid() ? item->text(0) : QString();
+}
+
+void frmFindings::Forget() {
+  if (SelectedPlace().isNull()) return;
+  const std::string place = list_->currentItem()->data(0, kPlaceRole).toByteArray().toStdString();
+  std::int32_t songs = 0;
+  for (const AwayPlace& away : library_.AwayPlaces())
+    if (away.place == place) songs = away.songs;
+  if (show_({.text = "Forget the " + SongCount(songs) + " of " + place +
+                     "?\n\nThey count as missing then and leave the lists. Should their files come "
+                     "back, a search finds them with their ranks.",
+             .icon = MessageIcon::kQuestion,
+             .buttons = MessageButtons::kYesNo}) != MessageAnswer::kYes)
+    return;
+  library_.ForgetAwayPlace(place);
+  if (!library_.SaveError().empty())
+    show_({.text = "The song library could not be saved. " + library_.SaveError() + ".",
+           .icon = MessageIcon::kCritical});
+  forgotten_();
+  Fill();
+}
+
+}  // namespace tallow

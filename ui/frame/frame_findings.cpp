@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frame_findings.h"
+
+#include <utility>
+
+#include <QEvent>
+#include <QMouseEvent>
+#include <QStatusBar>
+#include <QTimer>
+
+#include "app/tallow.h"
+#include "jukebox/jukebox.h"
+#include "library/size_finder.h"
+#include "ui/dialogs/frm_findings.h"
+#include "ui/dialogs/frm_help.h"
+
+namespace tallow {
+namespace {
+
+/// How often sizes that were found are taken over, in ms.
+constexpr int kTakeEvery = 200;
+
+}  // namespace
+
+FrameFindings::FrameFindings(QStatusBar& bar, Tallow& tallow, ShowMessage show,
+                             std::function<std::vector<Jukebox*>()> jukeboxes)
+    : bar_(bar), tallow_(tallow), show_(std::move(show)), jukeboxes_(std::move(jukeboxes)) {
+  bar_.installEventFilter(this);
+}
+
+FrameFindings::~FrameFindings() = default;
+
+bool FrameFindings::HasAny() const {
+  return !tallow_.library.LeftOut().empty() || !tallow_.library.AwayPlaces().empty();
+}
+
+void FrameFindings::Changed() {
+  bar_.setCursor(HasAny() ? Qt::PointingHandCursor : Qt::ArrowCursor);
+}
+
+bool FrameFindings::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == &bar_ && event->type() == QEvent::MouseButtonRelease &&
+      static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && HasAny()) {
+    // The bar has to be done with the click before the list keeps it waiting.
+    QMetaObject::invokeMethod(this, &FrameFindings::ShowList, Qt::QueuedConnection);
+    return true;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+void FrameFindings::ShowList() {
+  frmFindings list(
+      tallow_.library, show_,
+      [this] {
+        for (Jukebox* const jukebox : jukeboxes_()) jukebox->ListRefilled(tallow_.library);
+      },
+      bar_.window());
+  list.setProperty(kHelpPage, QStringLiteral("away"));
+  list.exec();
+  Changed();
+}
+
+void FrameFindings::FindSizes() {
+  sizes_ = std::make_unique<SizeFinder>(tallow_.library);
+  TakeSizes();
+}
+
+void FrameFindings::TakeSizes() {
+  if (sizes_ == nullptr) return;
+  if (sizes_->TakeSizes(tallow_.library)) {
+    QTimer::singleShot(kTakeEvery, this, &FrameFindings::TakeSizes);
+    return;
+  }
+  sizes_.reset();
+  tallow_.library.SaveFacts();
+}
+
+}  // namespace tallow
