@@ -225,7 +225,7 @@ class clsMain {
 
   /// Begins to count what a start, a search or a drop of files comes to.
   void BeginScan(ScanKind kind);
-  /// Ends that: remembers the drives where songs are, and what was left out.
+  /// Ends that: saves what went missing, and remembers the drives where songs are and what was left out.
   /// \param complete false when the scan was cancelled
   ScanReport FinishScan(bool complete);
   /// The files that the last scans have left out because a song of their name is there.

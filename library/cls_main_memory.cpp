@@ -181,6 +181,8 @@ std::vector<std::string> clsMain::FoldersOf(bool away) const {
 
 ScanReport clsMain::FinishScan(bool complete) {
   LoadMemory();
+  // What went missing is said once.
+  if (scan_.missing > 0) Save();
   // New songs may lie on drives that were not there before.
   LookAtDrives();
   if (look_at_volumes_) drives_.SongsSeen(FoldersOf(false), FoldersOf(true), complete);
@@ -225,7 +227,8 @@ void clsMain::SetSize(std::int32_t row, std::string_view folder, std::string_vie
 }
 
 void clsMain::SaveFacts() {
-  if (!IsOnDisk()) return;
+  // Rows keep their places, so the facts are those of the file though the table may hold more.
+  if (companion_.library == 0) return;
   try {
     WriteFileAtomically(settings_.LocOfGroupingDir() + std::string(kCompanionFileName),
                         EncodeCompanion(companion_, table_));

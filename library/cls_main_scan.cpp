@@ -242,7 +242,8 @@ void clsMain::BlankRow(std::int32_t row) {
   }
   for (const std::int16_t column : {kFileIsThere, kFileLocation, kFileName})
     table_.SetCell(column, row, "0");
-  table_.Facts(row) = {.size = kUnknownSize, .added = table_.Facts(row).added, .away = 0};
+  // Its size stays: the companion is the library's of before as well, should this one not be saved.
+  table_.Facts(row).away = 0;
 }
 
 bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(const GoOn& go_on) {

@@ -2,6 +2,7 @@
 # The tests of everything that is not a window. They lie beside what they test.
 add_executable(tallow_core_tests
   tests/main.cpp
+  app/changing_collection_test.cpp
   app/cls_ini_test.cpp
   app/command_line_test.cpp
   app/search/drive_list_test.cpp
@@ -27,11 +28,17 @@ add_executable(tallow_core_tests
   jukebox/song_search_test.cpp
   jukebox/sorting_test.cpp
   jukebox/special_folders_test.cpp
+  library/away_songs_test.cpp
   library/cls_main_test.cpp
   library/duplicate_removal_test.cpp
+  library/known_drives_test.cpp
+  library/library_companion_test.cpp
   library/library_file_test.cpp
+  library/missing_songs_test.cpp
   library/mp3_genra_test.cpp
   library/mp3_tag_editor_test.cpp
+  library/record_repair_test.cpp
+  library/scan_report_test.cpp
   library/song_table_test.cpp
   library/tag_cache_test.cpp
   library/tag_text_test.cpp

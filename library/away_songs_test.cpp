@@ -1,0 +1,536 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Songs that are away, missing, and back: what the library makes of drives and folders.
+#include <filesystem>
+#include <fstream>
+
+#include "library/size_finder.h"
+#include "tests/library_fixture.h"
+#include "tests/row_numbers.h"
+#include "tests/wait_until.h"
+#ifndef _WIN32
+#include "tests/as_nobody_linux.h"
+#endif
+
+namespace tallow {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// A library over two folders that stand for drives, "one" and "two".
+class AwaySongs : public LibraryTest {
+ protected:
+  AwaySongs() {
+    library.UseDrives([this] { return mounted; }, {});
+    Mount(one, "uuid A");
+  }
+
+  void Mount(const std::string& root, const std::string& volume) {
+    Unmount(root);
+    mounted.push_back({root, {volume, volume.empty() ? "" : kSep}, false});
+  }
+  void Unmount(const std::string& root) {
+    std::erase_if(mounted, [&](const MountedVolume& volume) { return volume.root == root; });
+  }
+  /// A file of a size.
+  void MakeFile(const std::string& path, std::size_t size = 10) {
+    CreateFolders(std::string(FolderOfPath(path)));
+    WriteFileAtomically(path, std::string(size, 'x'));
+  }
+  /// The drive of a root goes, and takes its files along; what is left is an empty folder.
+  void TakeAway(const std::string& root, const std::string& to) {
+    Unmount(root);
+    fs::rename(fs::path(root), fs::path(to));
+    CreateFolders(root);
+  }
+  void BringBack(const std::string& root, const std::string& from, const std::string& volume) {
+    fs::remove(fs::path(root));
+    fs::rename(fs::path(from), fs::path(root));
+    Mount(root, volume);
+  }
+
+  /// A first search of all drives.
+  void Search() {
+    library.BeginScan(ScanKind::kComputer);
+    std::vector<fs::path> files;
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(music.path())))
+      if (entry.is_regular_file() && !entry.path().string().starts_with(away)) {
+        files.push_back(entry.path());
+      }
+    std::sort(files.begin(), files.end());
+    for (const fs::path& file : files)
+      library.AddSong(EnsureTrailingBackslash(file.parent_path().string()),
+                      file.filename().string(), static_cast<std::int64_t>(fs::file_size(file)));
+    library.TakeSearchedSongs(0);
+    report = library.FinishScan(true);
+  }
+  /// What a start does, or looking in the usual folders.
+  void Scan() {
+    library.BeginScan(ScanKind::kFolderList);
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+    library.AddAnyAdditionalMp3FromTheNormalDirectories();
+    report = library.FinishScan(true);
+    ExpectRowsAreNumbers(library);
+  }
+  /// The program ends and starts again.
+  void StartAgain() {
+    again = std::make_unique<Tallow>(application.path());
+    again->settings.GetandLoadIniInfo(again->settings_path);
+    again->library.UseDrives([this] { return mounted; }, {});
+    again->library.BeginScan(ScanKind::kFolderList);
+    EXPECT_TRUE(again->library.LoadMain());
+    again->library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+    again->library.AddAnyAdditionalMp3FromTheNormalDirectories();
+    report = again->library.FinishScan(true);
+    ExpectRowsAreNumbers(again->library);
+  }
+
+  const std::string one = music.Folder("one");
+  const std::string two = music.Folder("two");
+  const std::string away = music / "away";
+  MountedVolumes mounted;
+  ScanReport report;
+  std::unique_ptr<Tallow> again;
+};
+
+TEST_F(AwaySongs, AStartWithoutTheDriveChangesNothing) {
+  MakeFile(one + "abba" + kSep + "a.mp3");
+  MakeFile(two + "b.mp3");
+  Search();
+  EXPECT_EQ(report.new_songs, 2);
+  library.Mp3Info(kSongRank, 1, "7");
+  library.Save();
+  TakeAway(one, away);
+  const auto file = ReadWholeFile(LibraryPath());
+  const auto list = ReadWholeFile(ListPath());
+  StartAgain();
+  EXPECT_EQ(ReadWholeFile(LibraryPath()), file);
+  EXPECT_EQ(ReadWholeFile(ListPath()), list);
+  EXPECT_TRUE(again->library.IsPresent(1));
+  EXPECT_TRUE(again->library.IsAway(1));
+  EXPECT_FALSE(again->library.IsAway(2));
+  EXPECT_EQ(again->library.AwayText(1), "a.mp3 is on a drive that is away: " + one);
+  EXPECT_EQ(TextOf(report, false), "1 away (" + one + ")");
+  BringBack(one, away, "uuid A");
+  StartAgain();
+  EXPECT_FALSE(again->library.IsAway(1));
+  EXPECT_EQ(again->library.AwayText(1), "");
+  EXPECT_EQ(again->library.Mp3Info(kSongRank, 1), "7");
+  EXPECT_EQ(TextOf(report, false), "");
+}
+
+TEST_F(AwaySongs, ASongOfADriveThatIsThereIsMissing) {
+  MakeFile(one + "a.mp3");
+  MakeFile(one + "b.mp3");
+  MakeFile(one + "deep" + kSep + "c.mp3");
+  Search();
+  RemoveFile(one + "a.mp3");
+  fs::remove_all(fs::path(one + "deep"));
+  Scan();
+  EXPECT_EQ(report.missing, 2);
+  EXPECT_FALSE(library.IsPresent(1));
+  EXPECT_TRUE(library.IsPresent(2));
+  EXPECT_FALSE(library.IsPresent(3));
+}
+
+TEST_F(AwaySongs, AFileThatIsFoundIsThereWhateverItsVolumeIs) {
+  MakeFile(one + "a.mp3");
+  MakeFile(one + "b.mp3");
+  Search();
+  RemoveFile(one + "b.mp3");
+  Mount(one, "uuid B");
+  Scan();
+  EXPECT_FALSE(library.IsAway(1));
+  EXPECT_TRUE(library.IsAway(2));
+}
+
+TEST_F(AwaySongs, ADriveThatTurnsUpElsewhereTakesItsRowsAlong) {
+  MakeFile(one + "abba" + kSep + "a.mp3");
+  MakeFile(one + "abba" + kSep + "b.mp3");
+  Search();
+  library.Mp3Info(kSongRank, 2, "6");
+  library.Save();
+  Unmount(one);
+  fs::remove_all(fs::path(two));
+  fs::rename(fs::path(one), fs::path(two));
+  Mount(two, "uuid A");
+  MakeFile(two + "abba" + kSep + "new.mp3");
+  Scan();
+  EXPECT_EQ(report.new_songs, 1);
+  EXPECT_EQ(report.missing, 0);
+  EXPECT_EQ(library.Mp3Info(kFileLocation, 2), two + "abba" + kSep);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 2), "6");
+  EXPECT_EQ(library.UBoundOfMp3Array(), 3);
+  EXPECT_EQ(ReadWholeFile(ListPath()), two + "abba" + kSep + "\r\n");
+  StartAgain();
+  EXPECT_EQ(TextOf(report, false), "");
+  // Now it is known there.
+  Unmount(two);
+  TakeAway(two, away);
+  StartAgain();
+  EXPECT_EQ(TextOf(report, false), "3 away (" + two + ")");
+}
+
+TEST_F(AwaySongs, WhereNoDriveIsRememberedAFolderThatIsEmptyOrGoneIsAway) {
+  MakeFile(one + "a.mp3");
+  MakeFile(two + "b.mp3");
+  MakeFile(two + "c.mp3");
+  Search();
+  // As an earlier version has left it.
+  RemoveFile(SystemFolder(application.path()) + "Drives.json");
+  TakeAway(one, away);
+  RemoveFile(two + "b.mp3");
+  StartAgain();
+  EXPECT_TRUE(again->library.IsAway(1));
+  EXPECT_FALSE(again->library.IsPresent(2));
+  EXPECT_TRUE(again->library.IsPresent(3));
+  // Nor is it lost at the start after that.
+  StartAgain();
+  EXPECT_TRUE(again->library.IsAway(1));
+  BringBack(one, away, "");
+  StartAgain();
+  EXPECT_EQ(TextOf(report, false), "");
+}
+
+#ifndef _WIN32
+TEST_F(AwaySongs, AFolderThatCannotBeReadIsAway) {
+  MakeFile(one + "abba" + kSep + "a.mp3");
+  MakeFile(one + "abba" + kSep + "b.mp3");
+  MakeFile(one + "queen" + kSep + "c.mp3");
+  Search();
+  fs::permissions(fs::path(one + "abba"), fs::perms::none);
+  fs::permissions(fs::path(one + "queen"), fs::perms::none);
+  {
+    const AsNobody nobody;
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  }
+  for (const std::int32_t row : {1, 2, 3}) EXPECT_TRUE(library.IsAway(row)) << row;
+  EXPECT_EQ(library.AwayText(1), "a.mp3's folder cannot be read: Permission denied");
+  const std::vector<AwayPlace> places = library.AwayPlaces();
+  ASSERT_EQ(places.size(), 2U);
+  EXPECT_EQ(places[0].place, one + "abba/");
+  EXPECT_FALSE(places[0].drive);
+  EXPECT_EQ(places[0].problem, "Permission denied");
+  EXPECT_EQ(places[0].songs, 2);
+  fs::permissions(fs::path(one + "abba"), fs::perms::owner_all);
+  fs::permissions(fs::path(one + "queen"), fs::perms::owner_all);
+  Scan();
+  EXPECT_EQ(TextOf(report, false), "");
+}
+
+TEST_F(AwaySongs, AFolderThatCanBeEnteredButNotListedAnswersForItsSongs) {
+  MakeFile(one + "abba" + kSep + "a.mp3");
+  MakeFile(one + "abba" + kSep + "b.mp3");
+  Search();
+  RemoveFile(one + "abba/b.mp3");
+  fs::permissions(fs::path(one + "abba"),
+                  fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec);
+  for (const char* const above : {"one", ""})
+    fs::permissions(fs::path(music / above), fs::perms::all);
+  {
+    const AsNobody nobody;
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  }
+  fs::permissions(fs::path(one + "abba"), fs::perms::owner_all);
+  EXPECT_FALSE(library.IsAway(1));
+  EXPECT_TRUE(library.IsAway(2));
+}
+#endif
+
+TEST_F(AwaySongs, ACopyOfAnAwaySongIsLeftOutAndAnotherSongOfItsNameIsNot) {
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(one + "b.mp3", 200);
+  MakeFile(two + "c.mp3", 300);
+  Search();
+  TakeAway(one, away);
+  MakeFile(two + "a.mp3", 100);
+  MakeFile(two + "b.mp3", 201);
+  Scan();
+  EXPECT_EQ(report.new_songs, 1);
+  EXPECT_EQ(report.left_out, 1);
+  ASSERT_EQ(library.LeftOut().size(), 1U);
+  EXPECT_EQ(library.LeftOut()[0].path, two + "a.mp3");
+  EXPECT_EQ(library.LeftOut()[0].stands_for_it, one + "a.mp3");
+  EXPECT_EQ(library.Mp3Info(kFileLocation, 4), two);
+  EXPECT_EQ(library.Mp3Info(kFileName, 4), "b.mp3");
+  // Both are there once the drive is back; none is cut.
+  BringBack(one, away, "uuid A");
+  Scan();
+  EXPECT_EQ(library.UBoundOfMp3Array(), 4);
+  EXPECT_TRUE(library.IsPresent(2));
+  EXPECT_TRUE(library.IsPresent(4));
+}
+
+TEST_F(AwaySongs, WhereASizeIsNotKnownTheNameDecides) {
+  AddSong(one, "a.mp3");
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(two + "c.mp3");
+  AddSong(two, "c.mp3");
+  library.Save();
+  library.WriteOutMp3DirectoryLocations();
+  Scan();
+  ASSERT_EQ(library.Facts(1).size, kUnknownSize);
+  TakeAway(one, away);
+  MakeFile(two + "a.mp3", 77);
+  Scan();
+  EXPECT_EQ(report.left_out, 1);
+  EXPECT_EQ(library.UBoundOfMp3Array(), 2);
+}
+
+TEST_F(AwaySongs, OnceItsDriveIsForgottenTheFoundFileTakesOverTheRank) {
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(two + "c.mp3", 300);
+  Search();
+  library.Mp3Info(kSongRank, 1, "7");
+  library.Save();
+  TakeAway(one, away);
+  MakeFile(two + "a.mp3", 100);
+  Scan();
+  ASSERT_EQ(library.AwayPlaces().size(), 1U);
+  EXPECT_EQ(library.AwayPlaces()[0].place, one);
+  EXPECT_TRUE(library.AwayPlaces()[0].drive);
+  EXPECT_EQ(library.ForgetAwayPlace(one), 1);
+  EXPECT_FALSE(library.IsPresent(1));
+  EXPECT_TRUE(library.IsHidden(1));
+  EXPECT_TRUE(library.AwayPlaces().empty());
+  Scan();
+  EXPECT_EQ(report.back, 1);
+  EXPECT_EQ(report.new_songs, 0);
+  ASSERT_EQ(library.UBoundOfMp3Array(), 3);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 3), "7");
+  EXPECT_EQ(library.Missing().NumberNow(1), 3);
+  // And the drive is not remembered any more.
+  EXPECT_FALSE(library.KnowsDrive(one));
+}
+
+TEST_F(AwaySongs, AMovedFileKeepsItsRankAcrossAStart) {
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(one + "b.mp3", 200);
+  MakeFile(two + "c.mp3");
+  Search();
+  library.Mp3Info(kSongRank, 1, "6");
+  library.Save();
+  fs::rename(fs::path(one + "a.mp3"), fs::path(two + "a.mp3"));
+  StartAgain();
+  EXPECT_EQ(report.missing, 1);
+  EXPECT_EQ(report.back, 1);
+  EXPECT_EQ(TextOf(report, false), "1 back with its rank, 1 missing");
+  EXPECT_EQ(again->library.Mp3Info(kSongRank, 4), "6");
+  EXPECT_EQ(again->library.TakeReturned().size(), 1U);
+  StartAgain();
+  EXPECT_EQ(again->library.Missing().NumberNow(1), 4);
+  EXPECT_FALSE(again->library.IsHidden(1));
+}
+
+TEST_F(AwaySongs, ASongOfAnotherSizeIsAnotherSong) {
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(one + "b.mp3");
+  MakeFile(two + "c.mp3");
+  Search();
+  library.Mp3Info(kSongRank, 1, "6");
+  RemoveFile(one + "a.mp3");
+  MakeFile(two + "a.mp3", 101);
+  Scan();
+  EXPECT_EQ(report.back, 0);
+  EXPECT_EQ(report.new_songs, 1);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 4), "2");
+}
+
+TEST_F(AwaySongs, SizesComeFromTheWalkAndOthersAreAskedForLater) {
+  MakeFile(one + "a.mp3", 123);
+  Search();
+  EXPECT_EQ(library.Facts(1).size, 123);
+  EXPECT_GT(library.Facts(1).added, 20000);
+  StartAgain();
+  EXPECT_EQ(again->library.Facts(1).size, 123);
+  // A companion that is lost is made again without a word.
+  const std::string companion = GroupingFolder(application.path()) + "FileLocNames.more";
+  ASSERT_TRUE(RemoveFile(companion));
+  StartAgain();
+  EXPECT_EQ(again->library.Facts(1).size, kUnknownSize);
+  EXPECT_TRUE(again->library.TakeProblems().empty());
+  SizeFinder finder(again->library);
+  EXPECT_TRUE(WaitUntil([&] { return !finder.TakeSizes(again->library); }));
+  EXPECT_EQ(again->library.Facts(1).size, 123);
+  again->library.SaveFacts();
+  StartAgain();
+  EXPECT_EQ(again->library.Facts(1).size, 123);
+}
+
+TEST_F(AwaySongs, ASizeOfAnotherFileIsNotTaken) {
+  MakeFile(one + "a.mp3", 123);
+  Search();
+  library.SetSize(1, one, "b.mp3", 9);
+  library.SetSize(1, two, "a.mp3", 9);
+  library.SetSize(0, one, "a.mp3", 9);
+  library.SetSize(2, one, "a.mp3", 9);
+  EXPECT_EQ(library.Facts(1).size, 123);
+  library.SetSize(1, one, "a.mp3", 9);
+  EXPECT_EQ(library.Facts(1).size, 9);
+}
+
+TEST_F(AwaySongs, AKillBetweenLedgerAndLibraryLeavesWhatWas) {
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(one + "b.mp3", 200);
+  Search();
+  const std::string library_file = ReadWholeFile(LibraryPath()).value();
+  RemoveFile(one + "a.mp3");
+  MakeFile(one + "c.mp3");
+  Scan();
+  EXPECT_FALSE(library.IsPresent(1));
+  ASSERT_TRUE(FileExists(SystemFolder(application.path()) + "Missing.json"));
+  // The library of before, with the ledger of after: the file comes back to its row.
+  WriteFileAtomically(LibraryPath(), library_file);
+  tallow.settings.NumerOfRecordsInTheMain(2);
+  tallow.SaveSettings();
+  MakeFile(one + "a.mp3", 100);
+  StartAgain();
+  EXPECT_TRUE(again->library.IsPresent(1));
+  EXPECT_EQ(again->library.Missing().size(), 0U);
+  EXPECT_EQ(again->library.Facts(1).size, 100);
+}
+
+TEST_F(AwaySongs, AReturnThatTheLibraryDoesNotHoldIsNone) {
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(one + "b.mp3", 200);
+  MakeFile(two + "c.mp3");
+  Search();
+  RemoveFile(one + "a.mp3");
+  MakeFile(two + "d.mp3");
+  Scan();
+  const std::string library_file = ReadWholeFile(LibraryPath()).value();
+  const auto rows = library.UBoundOfMp3Array();
+  MakeFile(two + "a.mp3", 100);
+  Scan();
+  ASSERT_EQ(library.Missing().NumberNow(1), rows + 1);
+  WriteFileAtomically(LibraryPath(), library_file);
+  tallow.settings.NumerOfRecordsInTheMain(rows);
+  tallow.SaveSettings();
+  RemoveFile(two + "a.mp3");
+  StartAgain();
+  EXPECT_EQ(again->library.Missing().NumberNow(1), 1);
+  EXPECT_TRUE(again->library.IsHidden(1));
+}
+
+TEST_F(AwaySongs, ADamagedMemoryIsKeptAsideAndSaid) {
+  MakeFile(one + "a.mp3");
+  Search();
+  const std::string folder = SystemFolder(application.path());
+  for (const char* const name : {"Drives.json", "Missing.json", "Repaired.json"}) {
+    WriteFileAtomically(folder + name, "damaged");
+    StartAgain();
+    EXPECT_EQ(again->library.TakeProblems(),
+              Texts{folder + name + " is damaged. It is kept with .bak behind its name."});
+    EXPECT_EQ(ReadWholeFile(folder + name + ".bak"), "damaged");
+  }
+}
+
+TEST_F(AwaySongs, AMemoryThatCannotBeReadIsNotReplaced) {
+  MakeFile(one + "a.mp3");
+  MakeFile(one + "b.mp3");
+  Search();
+  const std::string path = SystemFolder(application.path()) + "Missing.json";
+  RemoveFile(path);
+  CreateFolder(path);
+  RemoveFile(one + "a.mp3");
+  MakeFile(one + "c.mp3");
+  StartAgain();
+  const Texts problems = again->library.TakeProblems();
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_TRUE(problems[0].starts_with(path + " cannot be read (")) << problems[0];
+  EXPECT_TRUE(
+      problems[0].ends_with("), so it stays as it is. Make it readable and start Tallow again."));
+  EXPECT_TRUE(FolderExists(path));
+}
+
+TEST_F(AwaySongs, NumbersThatBeginAnewForgetWhatWasMissing) {
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(one + "b.mp3");
+  Search();
+  RemoveFile(one + "a.mp3");
+  MakeFile(one + "c.mp3");
+  Scan();
+  ASSERT_EQ(library.Missing().size(), 1U);
+  again = std::make_unique<Tallow>(application.path());
+  again->settings.CreateNewIniFile(again->settings_path, application.path());
+  again->library.UseDrives([this] { return mounted; }, {});
+  again->library.AddSong(one, "b.mp3", 10);
+  again->library.TakeSearchedSongs(0);
+  EXPECT_EQ(again->library.Missing().size(), 0U);
+  EXPECT_EQ(ReadWholeFile(SystemFolder(application.path()) + "Missing.json")->find("a.mp3"),
+            std::string::npos);
+}
+
+TEST_F(AwaySongs, LeftOutFilesAreSaidWhenTheirNumberGrows) {
+  MakeFile(one + "a.mp3");
+  MakeFile(two + "a.mp3");
+  MakeFile(two + "b.mp3");
+  Search();
+  EXPECT_EQ(report.left_out, 1);
+  EXPECT_TRUE(report.left_out_grew);
+  StartAgain();
+  EXPECT_EQ(report.left_out, 1);
+  EXPECT_FALSE(report.left_out_grew);
+  MakeFile(one + "b.mp3");
+  StartAgain();
+  EXPECT_EQ(report.left_out, 2);
+  EXPECT_TRUE(report.left_out_grew);
+  StartAgain();
+  EXPECT_FALSE(report.left_out_grew);
+  EXPECT_EQ(again->library.LeftOut().size(), 2U);
+}
+
+TEST_F(AwaySongs, LookingAgainFindsASongThatIsBack) {
+  MakeFile(one + "a.mp3");
+  MakeFile(two + "b.mp3");
+  Search();
+  TakeAway(one, away);
+  Scan();
+  EXPECT_FALSE(library.LookAgain(1));
+  BringBack(one, away, "uuid A");
+  EXPECT_TRUE(library.IsAway(1));
+  EXPECT_TRUE(library.LookAgain(1));
+  EXPECT_FALSE(library.IsAway(1));
+  EXPECT_FALSE(library.LookAgain(99));
+}
+
+TEST_F(AwaySongs, ACancelledCheckTakesNoNewRoots) {
+  MakeFile(one + "abba" + kSep + "a.mp3");
+  Search();
+  Unmount(one);
+  fs::remove_all(fs::path(two));
+  fs::rename(fs::path(one), fs::path(two));
+  Mount(two, "uuid A");
+  library.BeginScan(ScanKind::kFolderList);
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse([](std::string_view) { return false; });
+  library.FinishScan(false);
+  Scan();
+  EXPECT_EQ(report.missing, 0);
+  EXPECT_EQ(library.Mp3Info(kFileLocation, 1), two + "abba" + kSep);
+}
+
+TEST_F(AwaySongs, AnEarlierLibraryWithConfusedNumbersIsPutRight) {
+  MakeFile(one + "a.mp3");
+  MakeFile(one + "b.mp3");
+  MakeFile(one + "c.mp3");
+  AddSong(one, "a.mp3", "1", "7");
+  AddSong(one, "b.mp3", "1", "6");
+  AddSong(one, "c.mp3", "1", "5");
+  library.Mp3Info(kRecordNumber, 2, "3");
+  library.Mp3Info(kRecordNumber, 3, "4");
+  library.Save();
+  const auto before = ReadWholeFile(LibraryPath());
+  ASSERT_TRUE(library.LoadMain());
+  EXPECT_TRUE(library.RepairRecordNumbers());
+  ExpectRowsAreNumbers(library);
+  EXPECT_EQ(Cells(2), (Texts{"a.mp3", "0", "b.mp3", "c.mp3"}));
+  EXPECT_EQ(Cells(5), (Texts{"7", "2", "6", "5"}));
+  EXPECT_EQ(ReadWholeFile(LibraryPath() + ".bak"), before);
+  EXPECT_EQ(tallow.settings.NumerOfRecordsInTheMain(), 4);
+  EXPECT_TRUE(library.LoadMain());
+  EXPECT_FALSE(library.RepairRecordNumbers());
+  ASSERT_NE(library.Repaired().Find(3), nullptr);
+  EXPECT_EQ(library.Repaired().Find(3)->held, "c.mp3");
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,268 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/known_drives.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "tests/temp_folder.h"
+
+namespace tallow {
+namespace {
+
+using Verdict = KnownDrives::Verdict;
+
+/// Two folders that stand for mount points, with whatever is said to be mounted there.
+class KnownDrivesTest : public testing::Test {
+ protected:
+  KnownDrivesTest() { MakeSong(one); }
+
+  void MakeSong(const std::string& root) {
+    CreateFolders(root + "abba" + kSep);
+    WriteFileAtomically(root + "abba" + kSep + "a.mp3", "x");
+  }
+  void Mount(const std::string& root, const std::string& volume) {
+    Unmount(root);
+    mounted.push_back({root, {volume, volume.empty() ? "" : kSep}, false});
+  }
+  void Unmount(const std::string& root) {
+    std::erase_if(mounted, [&](const MountedVolume& volume) { return volume.root == root; });
+  }
+  void Clear(const std::string& root) {
+    std::filesystem::remove_all(std::filesystem::path(root));
+    CreateFolders(root);
+  }
+  void Look() {
+    drives.LookAtDrives([this] {
+      ++looks;
+      return mounted;
+    });
+  }
+  void Remember(const std::string& root) {
+    Look();
+    drives.SongsSeen({root + "abba" + kSep}, {}, true);
+  }
+  Verdict VerdictOf(const std::string& root) {
+    Look();
+    return drives.VerdictOf(root + "abba" + kSep).verdict;
+  }
+
+  TempFolder folder;
+  const std::string one = folder.Folder("one");
+  const std::string two = folder.Folder("two");
+  MountedVolumes mounted{{folder.path(), {"uuid root", kSep}, false}};
+  KnownDrives drives;
+  int looks = 0;
+};
+
+TEST_F(KnownDrivesTest, AFolderOfNoDriveIsUnremembered) {
+  EXPECT_EQ(VerdictOf(one), Verdict::kUnremembered);
+  Mount(one, "uuid A");
+  Remember(one);
+  EXPECT_EQ(VerdictOf(two), Verdict::kUnremembered);
+}
+
+TEST_F(KnownDrivesTest, OnADriveThatIsThereASongIsMissing) {
+  Mount(one, "uuid A");
+  Remember(one);
+  EXPECT_EQ(VerdictOf(one), Verdict::kMissing);
+  ASSERT_EQ(drives.Drives().size(), 1U);
+  EXPECT_EQ(drives.Drives()[0].root, one);
+  EXPECT_TRUE(drives.Drives()[0].mount_point);
+  EXPECT_EQ(drives.Drives()[0].folder, (VolumeFolder{"uuid A", kSep}));
+}
+
+TEST_F(KnownDrivesTest, ARootThatIsNotThereIsAway) {
+  Mount(one, "uuid A");
+  Remember(one);
+  std::filesystem::remove_all(std::filesystem::path(one));
+  EXPECT_EQ(VerdictOf(one), Verdict::kAway);
+  EXPECT_EQ(drives.VerdictOf(one + "abba" + kSep).away_root, one);
+}
+
+TEST_F(KnownDrivesTest, AMountPointThatIsNoneNowIsAway) {
+  Mount(one, "");
+  Remember(one);
+  EXPECT_EQ(VerdictOf(one), Verdict::kMissing);
+  Unmount(one);
+  EXPECT_EQ(VerdictOf(one), Verdict::kAway);
+}
+
+TEST_F(KnownDrivesTest, AnEmptyFolderWhereSongsWereIsAway) {
+  Mount(one, "");
+  Remember(one);
+  Clear(one);
+  EXPECT_EQ(VerdictOf(one), Verdict::kAway);
+}
+
+TEST_F(KnownDrivesTest, AnotherKnownVolumeMeansAway) {
+  Mount(one, "uuid A");
+  Remember(one);
+  Mount(one, "uuid B");
+  EXPECT_EQ(VerdictOf(one), Verdict::kAway);
+  Mount(one, "uuid A");
+  EXPECT_EQ(VerdictOf(one), Verdict::kMissing);
+}
+
+TEST_F(KnownDrivesTest, AnotherPartOfAVolumeIsAnother) {
+  mounted.push_back({one, {"uuid A", kSep + "music" + kSep}, false});
+  Remember(one);
+  Unmount(one);
+  mounted.push_back({one, {"uuid A", kSep + "films" + kSep}, false});
+  EXPECT_EQ(VerdictOf(one), Verdict::kAway);
+}
+
+TEST_F(KnownDrivesTest, WhatHasNoIdentityIsNeverAnother) {
+  Mount(one, "");
+  Remember(one);
+  Mount(one, "uuid B");
+  EXPECT_EQ(VerdictOf(one), Verdict::kMissing);
+  Remember(one);
+  EXPECT_EQ(drives.Drives().size(), 1U);
+  Mount(one, "");
+  EXPECT_EQ(VerdictOf(one), Verdict::kMissing);
+  Remember(one);
+  // What was known of it stays.
+  EXPECT_EQ(drives.Drives()[0].folder.volume, "uuid B");
+}
+
+TEST_F(KnownDrivesTest, AnAutomounterIsOpenedOnceBeforeItCountsAsAway) {
+  Mount(one, "uuid A");
+  Remember(one);
+  Unmount(one);
+  mounted.push_back({one, {}, true});
+  looks = 0;
+  EXPECT_EQ(VerdictOf(one), Verdict::kAway);
+  EXPECT_EQ(looks, 2);
+  // Opening it has mounted the drive.
+  looks = 0;
+  drives.LookAtDrives([this] {
+    if (++looks == 2) mounted.back() = {one, {"uuid A", kSep}, false};
+    return mounted;
+  });
+  EXPECT_EQ(drives.VerdictOf(one + "abba" + kSep).verdict, Verdict::kMissing);
+}
+
+TEST_F(KnownDrivesTest, OfTwoSticksAtOneRootASongIsAwayWhenOneOfThemIs) {
+  Mount(one, "uuid A");
+  Remember(one);
+  Mount(one, "uuid B");
+  Remember(one);
+  ASSERT_EQ(drives.Drives().size(), 2U);
+  EXPECT_EQ(VerdictOf(one), Verdict::kAway);
+  Mount(one, "uuid A");
+  EXPECT_EQ(VerdictOf(one), Verdict::kAway);
+}
+
+TEST_F(KnownDrivesTest, AVolumeAtAnotherRootIsBack) {
+  Mount(one, "uuid A");
+  Remember(one);
+  Unmount(one);
+  MakeSong(two);
+  Mount(two, "uuid A");
+  Look();
+  const auto verdict = drives.VerdictOf(one + "abba" + kSep);
+  EXPECT_EQ(verdict.verdict, Verdict::kMissing);
+  EXPECT_EQ(verdict.moved_to, std::vector<std::string>{two + "abba" + kSep});
+  drives.TakeNewRoots();
+  EXPECT_EQ(drives.Drives()[0].root, two);
+  EXPECT_EQ(VerdictOf(two), Verdict::kMissing);
+  EXPECT_EQ(VerdictOf(one), Verdict::kUnremembered);
+}
+
+TEST_F(KnownDrivesTest, AGivenFolderIsADriveWithItsPlaceOnTheVolume) {
+  Mount(one, "uuid A");
+  const std::string given = one + "abba" + kSep;
+  drives = KnownDrives({given});
+  Look();
+  drives.SongsSeen({given}, {}, true);
+  ASSERT_EQ(drives.Drives().size(), 1U);
+  EXPECT_EQ(drives.Drives()[0].root, given);
+  EXPECT_FALSE(drives.Drives()[0].mount_point);
+  EXPECT_EQ(drives.Drives()[0].folder, (VolumeFolder{"uuid A", kSep + "abba" + kSep}));
+  // The stick comes back elsewhere.
+  Unmount(one);
+  Clear(one);
+  MakeSong(two);
+  Mount(two, "uuid A");
+  Look();
+  EXPECT_EQ(drives.VerdictOf(given).moved_to, std::vector<std::string>{two + "abba" + kSep});
+}
+
+TEST_F(KnownDrivesTest, AGivenFolderThatIsNotThereIsKnown) {
+  Mount(one, "uuid A");
+  Remember(one);
+  EXPECT_TRUE(drives.Knows(one));
+  EXPECT_TRUE(drives.Knows(one + "abba" + kSep));
+  EXPECT_FALSE(drives.Knows(one + "queen" + kSep));
+  EXPECT_FALSE(drives.Knows(two));
+}
+
+TEST_F(KnownDrivesTest, ADriveThatIsThereKeepsTheFoldersWithSongsOnly) {
+  Mount(one, "");
+  Look();
+  drives.SongsSeen({one + "abba" + kSep, one + "queen" + kSep}, {}, true);
+  drives.SongsSeen({one + "abba" + kSep}, {}, true);
+  EXPECT_EQ(drives.Drives()[0].folders, (std::set<std::string>{"abba" + kSep}));
+  // Of those that cannot be read nobody knows.
+  drives.SongsSeen({one + "abba" + kSep}, {one + "queen" + kSep}, true);
+  EXPECT_EQ(drives.Drives()[0].folders, (std::set<std::string>{"abba" + kSep}));
+  drives.SongsSeen({one + "abba" + kSep, one + "queen" + kSep}, {}, true);
+  drives.SongsSeen({one + "abba" + kSep}, {one + "queen" + kSep}, true);
+  EXPECT_EQ(drives.Drives()[0].folders.size(), 2U);
+  // A search that was cancelled has not seen all.
+  drives.SongsSeen({}, {}, false);
+  EXPECT_EQ(drives.Drives()[0].folders.size(), 2U);
+  drives.SongsSeen({}, {}, true);
+  EXPECT_TRUE(drives.Drives().empty());
+}
+
+TEST_F(KnownDrivesTest, ADriveThatIsAwayKeepsItsFolders) {
+  Mount(one, "uuid A");
+  Remember(one);
+  Unmount(one);
+  MakeSong(two);
+  Look();
+  drives.SongsSeen({two + "abba" + kSep}, {one + "abba" + kSep}, true);
+  EXPECT_EQ(VerdictOf(one), Verdict::kAway);
+}
+
+TEST_F(KnownDrivesTest, ForgettingTakesTheAwayDriveOfARootOnly) {
+  Mount(one, "uuid A");
+  Remember(one);
+  Mount(one, "uuid B");
+  Remember(one);
+  Look();
+  drives.Forget(one);
+  ASSERT_EQ(drives.Drives().size(), 1U);
+  EXPECT_EQ(drives.Drives()[0].folder.volume, "uuid B");
+}
+
+TEST_F(KnownDrivesTest, TheFileHoldsEverything) {
+  Mount(one, "uuid A");
+  Remember(one);
+  EXPECT_TRUE(drives.IsDirty());
+  drives.MarkSaved();
+  Remember(one);
+  EXPECT_FALSE(drives.IsDirty());
+  KnownDrives read;
+  read.Decode(drives.Encode());
+  EXPECT_FALSE(read.IsDirty());
+  EXPECT_EQ(read.Encode(), drives.Encode());
+  EXPECT_EQ(read.Drives()[0].folders, (std::set<std::string>{"abba" + kSep}));
+  EXPECT_THROW(read.Decode("{}"), std::exception);
+  EXPECT_THROW(read.Decode("{\"format\":\"Tallow drives\",\"version\":2,\"drives\":[]}"),
+               std::exception);
+  EXPECT_EQ(read.Encode(), drives.Encode());
+}
+
+TEST_F(KnownDrivesTest, ADriveWithoutAnyTableIsTheShareOrTheFolderItself) {
+  mounted.clear();
+  Look();
+  drives.SongsSeen({"\\\\server\\music\\abba\\", one}, {}, true);
+  ASSERT_EQ(drives.Drives().size(), 2U);
+  EXPECT_EQ(drives.Drives()[0].root, "\\\\server\\music\\");
+  EXPECT_EQ(drives.Drives()[1].root, one);
+}
+
+}  // namespace
+}  // namespace tallow

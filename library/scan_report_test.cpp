@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/scan_report.h"
+
+#include <gtest/gtest.h>
+
+namespace tallow {
+namespace {
+
+TEST(ScanReport, SaysTheCountsThatApply) {
+  ScanReport report;
+  EXPECT_EQ(TextOf(report, false), "");
+  EXPECT_EQ(TextOf(report, true), "0 new songs");
+  report.new_songs = 12;
+  report.back = 3;
+  report.missing = 2;
+  report.left_out = 5;
+  report.away = {{"/media/stick/", true, "", 40}};
+  EXPECT_EQ(TextOf(report, false),
+            "12 new songs, 3 back with their ranks, 2 missing, 40 away (/media/stick/)");
+  report.left_out_grew = true;
+  EXPECT_EQ(TextOf(report, false),
+            "12 new songs, 3 back with their ranks, 2 missing, 40 away (/media/stick/), 5 left out "
+            "because a song of that file name is there");
+}
+
+TEST(ScanReport, OneIsNotMany) {
+  ScanReport report;
+  report.new_songs = 1;
+  report.back = 1;
+  EXPECT_EQ(TextOf(report, false), "1 new song, 1 back with its rank");
+}
+
+TEST(ScanReport, NamesThreePlaces) {
+  ScanReport report;
+  report.away = {{"/a/", true, "", 1}, {"/b/", true, "", 2}, {"/c/", false, "x", 3}};
+  EXPECT_EQ(TextOf(report, false), "6 away (/a/, /b/, /c/)");
+  report.away.push_back({"/d/", true, "", 4});
+  EXPECT_EQ(TextOf(report, false), "10 away (/a/, /b/, /c/, . . .)");
+}
+
+}  // namespace
+}  // namespace tallow
