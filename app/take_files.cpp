@@ -75,7 +75,10 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library) {
     const bool counts = found != known.end() && !library.IsAway(found->second) &&
                         (found->second > old_count || library.CheckOneSong(found->second) ||
                          library.IsPresent(found->second));
-    if (counts) continue;
+    if (counts) {
+      library.LeaveOut(path, found->second);
+      continue;
+    }
     const FileLook look = LookAtFile(path);
     known[names.back()] =
         library.AddSong(folder, NameOfPath(path), static_cast<std::int64_t>(look.size));

@@ -43,6 +43,40 @@ TEST_F(PlayCommandsTest, TheSongsLieInTheListAsThePanelIsToldToPlay) {
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{3, 1, 2}));
 }
 
+TEST_F(PlayCommandsTest, SongsThatAreAwayAreLookedAtAgainAndLeftOut) {
+  MountedVolumes mounted{{music.path() + "one" + kSep, {"uuid A", kSep}, false}};
+  library.UseDrives([&] { return mounted; }, {});
+  const std::string a = music.File("one/a.mp3");
+  const std::string b = music.File("one/b.mp3");
+  const std::string c = music.File("c.mp3");
+  for (const std::string& path : {a, b, c})
+    library.AddSong(FolderOfPath(path), NameOfPath(path), 1);
+  library.TakeSearchedSongs(0);
+  library.FinishScan(true);
+  RemoveFile(a);
+  RemoveFile(b);
+  mounted.clear();
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  commands.Play({1, 2, 3});
+  EXPECT_EQ(log,
+            (Texts{"status 2 songs were left out that are away. The first: a.mp3 is on a drive "
+                   "that is away: " +
+                       std::string(FolderOfPath(a)),
+                   "play"}));
+  EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{3}));
+  // One is back.
+  music.File("one/b.mp3");
+  log.clear();
+  commands.Play({1, 2});
+  EXPECT_EQ(log, (Texts{"status 1 song was left out: a.mp3 is on a drive that is away: " +
+                            std::string(FolderOfPath(a)),
+                        "play"}));
+  EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{2}));
+  log.clear();
+  commands.Play({1});
+  EXPECT_EQ(log.size(), 1U);
+}
+
 TEST_F(PlayCommandsTest, NoSongsDoNothing) {
   tallow.SongsToPlay = {9};
   commands.Play({});

@@ -228,6 +228,8 @@ class clsMain {
   /// Ends that: saves what went missing, and remembers the drives where songs are and what was left out.
   /// \param complete false when the scan was cancelled
   ScanReport FinishScan(bool complete);
+  /// A file is left out because a song of its name is there; nothing when it is that song's own.
+  void LeaveOut(const std::string& path, std::int32_t record);
   /// The files that the last scans have left out because a song of their name is there.
   const std::vector<LeftOutFile>& LeftOut() const noexcept { return left_out_; }
 

@@ -164,6 +164,17 @@ void clsMain::BeginScan(ScanKind kind) {
   scan_.kind = kind;
 }
 
+void clsMain::LeaveOut(const std::string& path, std::int32_t record) {
+  const std::string song =
+      std::string(table_.Cell(kFileLocation, record)).append(table_.Cell(kFileName, record));
+  const bool is_known = IsSamePathText(path, song) ||
+                        std::any_of(left_out_.begin(), left_out_.end(),
+                                    [&](const LeftOutFile& file) { return file.path == path; });
+  if (is_known) return;
+  left_out_.push_back({path, song});
+  ++scan_.left_out;
+}
+
 std::vector<std::string> clsMain::FoldersOf(bool away) const {
   std::vector<std::string> folders;
   std::unordered_set<std::string_view> seen;
@@ -189,11 +200,9 @@ ScanReport clsMain::FinishScan(bool complete) {
   SaveMemory();
   ScanReport report = std::exchange(scan_, {});
   report.away = AwayPlaces();
+  if (report.kind == ScanKind::kFiles) report.left_out_grew = report.left_out > 0;
+  if (report.kind == ScanKind::kFiles || !complete) return report;
   report.left_out = static_cast<std::int32_t>(left_out_.size());
-  if (report.kind == ScanKind::kFiles || !complete) {
-    report.left_out_grew = report.kind == ScanKind::kFiles && report.left_out > 0;
-    return report;
-  }
   std::int32_t& counted = report.kind == ScanKind::kComputer ? companion_.left_out_of_computer
                                                              : companion_.left_out_of_list;
   const std::int32_t before = counted >= 0 ? counted : std::max(0, companion_.left_out_of_computer);

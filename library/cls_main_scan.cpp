@@ -385,11 +385,14 @@ std::vector<char> clsMain::RowsThatCount() const {
 
 void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
   if (scan_.kind != ScanKind::kFiles) left_out_.clear();
+  const std::size_t before = left_out_.size();
   LeaveOutRespelled(old_count);
   LeaveOutCopiesOfAwaySongs(old_count);
   std::vector<LeftOutFile> left_out = RemoveDuplicates(table_, old_count, RowsThatCount());
   left_out_.insert(left_out_.end(), std::make_move_iterator(left_out.begin()),
                    std::make_move_iterator(left_out.end()));
+  if (scan_.kind == ScanKind::kFiles)
+    scan_.left_out += static_cast<std::int32_t>(left_out_.size() - before);
   bool sorted = false;
   Sort(true, false, kRecordNumber, sorted);
   table_.Pack();

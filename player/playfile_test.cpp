@@ -34,11 +34,13 @@ class Playfile : public LibraryTest, protected HandOffPanel {
     return "copy 100 " + std::to_string(file.size() + 1) + " " + file + "\\0";
   }
 
+  void FirstSongIsGone(const std::string& gone) override { first_gone = gone; }
   void TrackStarted(std::int32_t length) override {
     link.log.push_back("panel starts " + std::to_string(length));
   }
   void HandedOver() override { link.log.push_back("panel done"); }
 
+  std::string first_gone;
   RecordedLink link;
   RecordedMessages messages;
   std::string path = "/opt/player";
@@ -73,11 +75,12 @@ TEST_F(Playfile, TheThirdOfFiveIsMissing) {
 }
 
 TEST_F(Playfile, WithoutTheFirstSongThePlayerIsLeftAlone) {
-  Song("a.mp3", false);
+  const std::string a = Song("a.mp3", false);
   Song("b.mp3");
   Play({1, 2});
   ExpectSent({});
   EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_EQ(first_gone, a);
 }
 
 TEST_F(Playfile, ASongWithoutAPathIsMissing) {
@@ -135,6 +138,27 @@ TEST_F(Playfile, AFileThatCannotBeLookedAtIsHandedOnAll) {
   EXPECT_EQ(log[8], Added(music.path() + kImpossibleName));
   ASSERT_EQ(messages.shown.size(), 1U);
   EXPECT_EQ(messages.shown[0].title, "Error");
+  EXPECT_TRUE(messages.shown[0].text.starts_with("Error Number: "));
+}
+
+TEST_F(Playfile, ManyFilesThatCannotBeLookedAtAreOneMessage) {
+  Song("b.mp3");
+  for (int k = 0; k < 7; ++k) AddSong(music.path(), std::to_string(k) + kImpossibleName);
+  Play({1, 2, 3, 4, 5, 6, 7, 8});
+  ASSERT_EQ(messages.shown.size(), 1U);
+  const std::string& text = messages.shown[0].text;
+  EXPECT_EQ(messages.shown[0].title, "Error");
+  EXPECT_TRUE(
+      text.starts_with("7 songs cannot be read:\n\n" + music.path() + "0" + kImpossibleName + ": "))
+      << text;
+  EXPECT_TRUE(text.ends_with("\nand 2 more")) << text;
+  EXPECT_NE(text.find(music.path() + "4" + kImpossibleName), std::string::npos);
+  EXPECT_EQ(text.find(music.path() + "5" + kImpossibleName), std::string::npos);
+  messages.Take();
+  Play({1, 2, 3});
+  ASSERT_EQ(messages.shown.size(), 1U);
+  EXPECT_TRUE(messages.shown[0].text.starts_with("2 songs cannot be read:\n"));
+  EXPECT_EQ(messages.shown[0].text.find("more"), std::string::npos);
 }
 
 }  // namespace

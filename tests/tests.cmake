@@ -25,6 +25,7 @@ add_executable(tallow_core_tests
   jukebox/play_commands_test.cpp
   jukebox/random_editing_test.cpp
   jukebox/ranking_test.cpp
+  jukebox/returned_songs_test.cpp
   jukebox/song_search_test.cpp
   jukebox/sorting_test.cpp
   jukebox/special_folders_test.cpp

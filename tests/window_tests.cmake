@@ -5,6 +5,7 @@ add_executable(tallow_window_tests
   app/frm_searching_test.cpp
   app/frm_splash_test.cpp
   app/picture_resource_test.cpp
+  jukebox/window/away_list_test.cpp
   jukebox/window/explorer_drag_test.cpp
   jukebox/window/frm_main_test.cpp
   jukebox/window/jukebox_commands_test.cpp
@@ -14,9 +15,11 @@ add_executable(tallow_window_tests
   player/frm_main_winamp_test.cpp
   ui/frame/closing_test.cpp
   ui/display_text_test.cpp
+  ui/frame/frame_findings_test.cpp
   ui/frame/frame_menus_test.cpp
   ui/frame/frame_style_test.cpp
   ui/dialogs/frm_find_test.cpp
+  ui/dialogs/frm_findings_test.cpp
   ui/dialogs/frm_help_test.cpp
   ui/frame/frm_mdi_form1_test.cpp
   ui/frame/several_jukeboxes_test.cpp

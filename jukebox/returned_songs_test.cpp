@@ -1,0 +1,355 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Songs of a jukebox that go missing, are away, and come back.
+#include "jukebox/returned_songs.h"
+
+#include <filesystem>
+
+#include "app/confused_songs.h"
+#include "app/take_files.h"
+#include "app/unsaved_jukeboxes.h"
+#include "jukebox/jukebox.h"
+#include "jukebox/jukebox_edits.h"
+#include "jukebox/play_commands.h"
+#include "jukebox/song_search.h"
+#include "jukebox/sorting.h"
+#include "tests/library_fixture.h"
+
+namespace tallow {
+namespace {
+
+namespace fs = std::filesystem;
+using Songs = std::vector<std::int32_t>;
+
+/// A jukebox with a folder "mine" over a library of real files, of which some can go.
+class ReturnedSongs : public LibraryTest {
+ protected:
+  ReturnedSongs() {
+    for (const char* const name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) {
+      music.File(std::string("m/") + name, std::string(100 + library.UBoundOfMp3Array(), 'x'));
+      library.AddSong(music / "m/", name, 100 + library.UBoundOfMp3Array());
+    }
+    library.TakeSearchedSongs(0);
+    library.FinishScan(true);
+    for (std::int32_t row = 1; row <= 4; ++row) mine.Items().emplace_back(row, 2);
+    Show();
+  }
+
+  void Show() {
+    std::int64_t changes = 0;
+    jukebox.ShowFolder(mine, library, changes);
+  }
+  void Scan() {
+    library.BeginScan(ScanKind::kFolderList);
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+    library.AddAnyAdditionalMp3FromTheNormalDirectories();
+    Jukebox* const open[] = {&jukebox};
+    FollowReturnedSongs(library.TakeReturned(), open, tallow.clipboard);
+    library.FinishScan(true);
+    jukebox.ListRefilled(library);
+  }
+  void MoveAway(const char* name) {
+    CreateFolders(music / "n/");
+    fs::rename(fs::path(music / (std::string("m/") + name)),
+               fs::path(music / (std::string("n/") + name)));
+  }
+  void MoveBack(const char* name) {
+    fs::rename(fs::path(music / (std::string("n/") + name)),
+               fs::path(music / (std::string("m/") + name)));
+  }
+  Texts Labels() {
+    Texts labels;
+    for (const SongEntry& entry : mine.Items())
+      if (!library.IsHidden(entry.SubItem())) labels.push_back(EntryText(entry, library));
+    return labels;
+  }
+
+  Jukebox jukebox;
+  Folder& mine = jukebox.Nodes().AddChild(nullptr, "mine");
+  JukeboxEdits edits{jukebox, tallow.clipboard};
+};
+
+TEST_F(ReturnedSongs, AMissingSongKeepsItsEntryUnseen) {
+  MoveAway("b.mp3");
+  Scan();
+  EXPECT_EQ(SongsOf(mine), (Songs{1, 2, 3, 4}));
+  EXPECT_EQ(ShownSongsOf(mine, library), (Songs{1, 3, 4}));
+  EXPECT_EQ(Labels(), (Texts{"1.  a.mp3", "2.  c.mp3", "3.  d.mp3"}));
+}
+
+TEST_F(ReturnedSongs, ASongThatNothingIsRememberedOfIsPrunedAsEver) {
+  for (const std::int16_t column : {kFileLocation, kFileName, kFileIsThere})
+    library.Mp3Info(column, 2, "0");
+  jukebox.ListRefilled(library);
+  EXPECT_EQ(SongsOf(mine), (Songs{1, 3, 4}));
+}
+
+TEST_F(ReturnedSongs, ASongThatComesBackHasItsPlaceItsRankAndNoOtherEntry) {
+  Folder& all = jukebox.Nodes().AddChild(nullptr, "All Songs");
+  Folder& latest = jukebox.Nodes().AddChild(nullptr, "New");
+  for (std::int32_t row = 1; row <= 4; ++row) all.Items().emplace_back(row, 2);
+  library.Mp3Info(kSongRank, 2, "6");
+  MoveAway("b.mp3");
+  Scan();
+  MoveBack("b.mp3");
+  Scan();
+  EXPECT_EQ(SongsOf(mine), (Songs{1, 5, 3, 4}));
+  EXPECT_EQ(Labels()[1], "2.  b.mp3");
+  EXPECT_EQ(mine.Items()[1].Icon(), 6);
+  Jukebox* const open[] = {&jukebox};
+  FillAutomaticFolders(kFillNewToo, true, {}, library, open);
+  EXPECT_EQ(SongsOf(all), (Songs{1, 5, 3, 4}));
+  EXPECT_EQ(SongsOf(latest), Songs{});
+}
+
+TEST_F(ReturnedSongs, StepsAndTheClipboardMeanTheSongByItsNewNumber) {
+  edits.CopySongs(mine, {1, 2});
+  Folder& other = jukebox.Nodes().AddChild(nullptr, "other");
+  edits.AddSongs(other, {{2, 2}, {3, 2}});
+  edits.CutSongs(mine, {1, 3});
+  edits.CopySongs(other, {0, 1});
+  Folder& gone = jukebox.Nodes().AddChild(nullptr, "gone");
+  gone.Items().emplace_back(2, 2);
+  edits.DeleteFolder(gone);
+  MoveAway("b.mp3");
+  Scan();
+  MoveBack("b.mp3");
+  Scan();
+  EXPECT_EQ(SongsOf(other), (Songs{5, 3}));
+  ASSERT_EQ(tallow.clipboard.Songs().size(), 2U);
+  EXPECT_EQ(tallow.clipboard.Songs()[0].SubItem(), 5);
+  jukebox.Undo();
+  EXPECT_EQ(SongsOf(*jukebox.Nodes().Find("gone")), Songs{5});
+  jukebox.Undo();
+  EXPECT_EQ(SongsOf(mine), (Songs{1, 5, 3, 4}));
+  jukebox.Undo();
+  EXPECT_EQ(SongsOf(other), Songs{});
+  jukebox.Redo();
+  EXPECT_EQ(SongsOf(other), (Songs{5, 3}));
+}
+
+TEST_F(ReturnedSongs, AStepThatNamesAMissingSongStaysValid) {
+  Folder& other = jukebox.Nodes().AddChild(nullptr, "other");
+  edits.AddSongs(other, {{2, 2}, {3, 2}});
+  std::int64_t changes = 0;
+  MoveAway("b.mp3");
+  Scan();
+  jukebox.ShowFolder(other, library, changes);
+  jukebox.Undo();
+  EXPECT_EQ(SongsOf(other), Songs{});
+  jukebox.Redo();
+  EXPECT_EQ(SongsOf(other), (Songs{2, 3}));
+}
+
+TEST_F(ReturnedSongs, AFolderOnTheClipboardFollowsToo) {
+  edits.CopyFolder(mine);
+  MoveAway("b.mp3");
+  Scan();
+  MoveBack("b.mp3");
+  Scan();
+  ASSERT_NE(tallow.clipboard.CopiedFolder(), nullptr);
+  EXPECT_EQ(SongsOf(*tallow.clipboard.CopiedFolder()), (Songs{1, 5, 3, 4}));
+}
+
+TEST_F(ReturnedSongs, ASortMovesTheShownSongsOnly) {
+  MoveAway("b.mp3");
+  Scan();
+  jukebox.ColumnClick(library);
+  EXPECT_EQ(SongsOf(mine), (Songs{1, 2, 3, 4}));
+  jukebox.ColumnClick(library);
+  EXPECT_EQ(SongsOf(mine), (Songs{4, 2, 3, 1}));
+  jukebox.Undo();
+  EXPECT_EQ(SongsOf(mine), (Songs{1, 2, 3, 4}));
+}
+
+TEST_F(ReturnedSongs, AMissingSongIsNotFound) {
+  MoveAway("b.mp3");
+  Scan();
+  SongSearch search;
+  EXPECT_EQ(search.FindNext("0", jukebox.Nodes(), mine, library).folder, nullptr);
+}
+
+TEST_F(ReturnedSongs, TheNameOfASongThatWentIsWritten) {
+  MoveAway("b.mp3");
+  Scan();
+  const std::string bytes = jukebox.Encode(library);
+  EXPECT_NE(bytes.find("\"2\":\"b.mp3\""), std::string::npos) << bytes;
+  EXPECT_NE(bytes.find("\"songs\":[1,2,3,4]"), std::string::npos) << bytes;
+}
+
+TEST_F(ReturnedSongs, AFileThatWasSavedBeforeMeansTheSong) {
+  const std::string path = application / "Grouping/mix.juk";
+  ASSERT_TRUE(jukebox.Save(path, library));
+  MoveAway("b.mp3");
+  Scan();
+  Jukebox meanwhile;
+  ASSERT_TRUE(meanwhile.Load(path, library));
+  EXPECT_EQ(SongsOf(meanwhile.Nodes().ChildAt(0)), (Songs{1, 2, 3, 4}));
+  MoveBack("b.mp3");
+  Scan();
+  Jukebox loaded;
+  ASSERT_TRUE(loaded.Load(path, library));
+  EXPECT_EQ(SongsOf(loaded.Nodes().ChildAt(0)), (Songs{1, 5, 3, 4}));
+}
+
+TEST_F(ReturnedSongs, UnsavedChangesMeanTheSongToo) {
+  UnsavedJukeboxes unsaved(SystemFolder(application.path()));
+  jukebox.RememberContent();
+  mine.Items().emplace_back(2, 2);
+  unsaved.Keep(jukebox, library);
+  MoveAway("b.mp3");
+  Scan();
+  MoveBack("b.mp3");
+  Scan();
+  Texts problems;
+  const auto found = unsaved.Find(problems);
+  ASSERT_EQ(found.size(), 1U);
+  Jukebox recovered;
+  ASSERT_TRUE(
+      UnsavedJukeboxes(SystemFolder(application.path())).Recover(found[0], recovered, library));
+  EXPECT_EQ(SongsOf(recovered.Nodes().ChildAt(0)), (Songs{1, 5, 3, 4, 5}));
+}
+
+TEST_F(ReturnedSongs, ClosingLosesNothingWhereOnlyNumbersHaveChanged) {
+  const std::string path = application / "Grouping/mix.juk";
+  EXPECT_TRUE(jukebox.HasUnsavedChanges(library));
+  ASSERT_TRUE(jukebox.Save(path, library));
+  EXPECT_FALSE(jukebox.HasUnsavedChanges(library));
+  MoveAway("b.mp3");
+  Scan();
+  MoveBack("b.mp3");
+  Scan();
+  EXPECT_FALSE(jukebox.HasUnsavedChanges(library));
+  edits.CutSongs(mine, {0});
+  EXPECT_TRUE(jukebox.HasUnsavedChanges(library));
+  // Numbers change once more while the jukebox differs from its file, and the change is taken back.
+  MoveAway("c.mp3");
+  Scan();
+  MoveBack("c.mp3");
+  Scan();
+  EXPECT_TRUE(jukebox.HasUnsavedChanges(library));
+  jukebox.Undo();
+  EXPECT_FALSE(jukebox.HasUnsavedChanges(library));
+  RemoveFile(path);
+  EXPECT_TRUE(jukebox.HasUnsavedChanges(library));
+}
+
+TEST_F(ReturnedSongs, DroppedFilesThatWereMovedAreTheSongsThatTheyWere) {
+  MoveAway("b.mp3");
+  library.Mp3Info(kSongRank, 2, "7");
+  library.Save();
+  const TakenFiles taken = TakeFiles(Texts{music / "n/b.mp3"}, library);
+  ASSERT_EQ(taken.returned.size(), 1U);
+  EXPECT_EQ(taken.returned[0].number, 2);
+  EXPECT_EQ(taken.returned[0].now, 5);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 5), "7");
+  ASSERT_EQ(taken.songs.size(), 1U);
+  EXPECT_EQ(taken.songs[0].SubItem(), 5);
+  EXPECT_EQ(TextOf(taken.report, false), "1 back with its rank, 1 missing");
+}
+
+TEST_F(ReturnedSongs, ADropThatIsACopySaysSo) {
+  music.File("n/b.mp3", "another song");
+  const TakenFiles taken = TakeFiles(Texts{music / "n/b.mp3"}, library);
+  EXPECT_TRUE(taken.returned.empty());
+  EXPECT_FALSE(taken.has_new_songs);
+  ASSERT_EQ(taken.songs.size(), 1U);
+  EXPECT_EQ(taken.songs[0].SubItem(), 2);
+  EXPECT_EQ(TextOf(taken.report, false), "1 left out because a song of that file name is there");
+  ASSERT_EQ(library.LeftOut().size(), 1U);
+  EXPECT_EQ(library.LeftOut()[0].path, music / "n/b.mp3");
+  EXPECT_EQ(library.LeftOut()[0].stands_for_it, music / "m/b.mp3");
+}
+
+/// How a jukebox's entries are linked that name songs otherwise than the library does.
+class Links : public ReturnedSongs {
+ protected:
+  Songs Linked(const std::vector<std::pair<std::int32_t, std::string>>& entries,
+               const AskWhichSongs& ask = {}) {
+    JukeboxContent content;
+    content.folders.emplace_back();
+    for (const auto& [number, name] : entries) {
+      content.names.Add(number, name);
+      content.folders[0].songs.push_back(number);
+    }
+    RelinkSongs(content, library, ask);
+    return content.folders[0].songs;
+  }
+};
+
+TEST_F(Links, AMissingAnOutOfRangeAndAnotherSongsNumberFollowTheName) {
+  MoveAway("b.mp3");
+  Scan();
+  EXPECT_EQ(Linked({{2, "c.mp3"}, {99, "a.mp3"}, {4, "a.mp3"}, {-3, "d.mp3"}}),
+            (Songs{3, 1, 1, 4}));
+}
+
+TEST_F(Links, AMissingSongIsLinkedByItsNameWhereNoneIsThere) {
+  MoveAway("b.mp3");
+  Scan();
+  EXPECT_EQ(Linked({{2, "b.mp3"}, {99, "b.mp3"}, {3, "b.mp3"}}), (Songs{2, 2, 2}));
+}
+
+TEST_F(Links, ARememberedSongIsNotReplacedByAnotherOfItsName) {
+  MoveAway("b.mp3");
+  Scan();
+  music.File("m/b.mp3", "another song of this name");
+  Scan();
+  ASSERT_EQ(library.Mp3Info(kFileName, 5), "b.mp3");
+  EXPECT_EQ(Linked({{2, "b.mp3"}}), Songs{2});
+}
+
+TEST_F(Links, ConfusedNumbersAreAskedForOnce) {
+  library.Repaired().Set({{2, "b.mp3", "d.mp3", 4}, {3, "c.mp3", "a.mp3", 1}});
+  std::vector<ConfusedSongs> asked;
+  const auto answer = [&](std::optional<bool> names) -> AskWhichSongs {
+    return [&asked, names](const ConfusedSongs& songs) {
+      asked.push_back(songs);
+      return names;
+    };
+  };
+  const std::vector<std::pair<std::int32_t, std::string>> entries{
+      {1, "a.mp3"}, {2, "d.mp3"}, {3, "a.mp3"}};
+  EXPECT_EQ(Linked(entries, answer(true)), (Songs{1, 4, 1}));
+  ASSERT_EQ(asked.size(), 1U);
+  EXPECT_EQ(asked[0].number, 2);
+  EXPECT_EQ(asked[0].by_name, "d.mp3");
+  EXPECT_EQ(asked[0].by_number, "b.mp3");
+  EXPECT_EQ(asked[0].count, 2U);
+  EXPECT_EQ(Linked(entries, answer(false)), (Songs{1, 2, 3}));
+  EXPECT_EQ(Linked(entries, answer(std::nullopt)), (Songs{1, 4, 1}));
+  EXPECT_EQ(Linked(entries), (Songs{1, 4, 1}));
+  // What was saved since is not asked about.
+  asked.clear();
+  EXPECT_EQ(Linked({{2, "b.mp3"}, {3, "c.mp3"}}, answer(false)), (Songs{2, 3}));
+  EXPECT_TRUE(asked.empty());
+}
+
+TEST_F(Links, TheAnswerIsKeptForTheFile) {
+  std::vector<std::string> texts;
+  const AskQuestion ask = [&](const std::string& text) -> std::optional<bool> {
+    texts.push_back(text);
+    return false;
+  };
+  library.Repaired().Set({{2, "b.mp3", "d.mp3", 4}, {3, "c.mp3", "a.mp3", 1}});
+  const ConfusedSongs songs{2, "d.mp3", "b.mp3", 2};
+  EXPECT_EQ(AskAboutConfusedSongs(kSep + "mix.juk", library, ask)(songs), false);
+  EXPECT_EQ(AskAboutConfusedSongs(kSep + "mix.juk", library, ask)(songs), false);
+  ASSERT_EQ(texts.size(), 1U);
+  EXPECT_EQ(texts[0],
+            "mix.juk was saved by an earlier Tallow, which had confused the numbers of songs. It "
+            "calls song number 2\n\n    d.mp3\n\nbut the song with this number is\n\n    "
+            "b.mp3\n\nIn the same way it has 1 more song.\n\nDoes it mean the songs that it names? "
+            "(No: the songs with these numbers.)");
+  EXPECT_EQ(AskAboutConfusedSongs(kSep + "other.juk", library, ask)({2, "d.mp3", "b.mp3", 3}),
+            false);
+  EXPECT_NE(texts[1].find("it has 2 more songs."), std::string::npos);
+  EXPECT_EQ(AskAboutConfusedSongs(kSep + "one.juk", library, ask)({2, "d.mp3", "b.mp3", 1}), false);
+  EXPECT_EQ(texts[2].find("In the same way"), std::string::npos);
+  // Nobody has answered: it is asked again.
+  const AskQuestion left = [&](const std::string&) { return std::optional<bool>(); };
+  EXPECT_EQ(AskAboutConfusedSongs(kSep + "left.juk", library, left)(songs), std::nullopt);
+  EXPECT_FALSE(library.Repaired().AnswerFor(kSep + "left.juk"));
+}
+
+}  // namespace
+}  // namespace tallow
