@@ -10,11 +10,13 @@ namespace tallow {
 namespace {
 
 std::string TextOf(const std::string& file, const ConfusedSongs& songs) {
-  std::string text = std::string(NameOfPath(file)) +
-                     " was saved by an earlier Tallow, which had confused the numbers of songs. It "
-                     "calls song number " +
-                     std::to_string(songs.number) + "\n\n    " + songs.by_name +
-                     "\n\nbut the song with this number is\n\n    " + songs.by_number;
+  std::string text =
+      std::string(NameOfPath(file)) +
+      " was saved by an earlier Tallow, which had confused the numbers of songs. It "
+      "calls song number " +
+      std::to_string(songs.number) + "\n\n    " + songs.by_name +
+      "\n\nbut the song with this number is\n\n    " +
+      (songs.by_number.empty() ? "(a song that is no longer in the library)" : songs.by_number);
   if (songs.count > 1)
     text += "\n\nIn the same way it has " + std::to_string(songs.count - 1) +
             (songs.count == 2 ? " more song." : " more songs.");

@@ -24,6 +24,7 @@
 #include "ui/frame/frm_mdi_form1.h"
 #include "ui/single_program.h"
 #include "ui/start_up.h"
+#include "util/errors.h"
 #include "util/program_start.h"
 
 namespace tallow {
@@ -76,7 +77,14 @@ int Run(int argc, char** argv, const CommandLine& line) {
   if (!line.error.empty()) return TellUsageError(line.error, line.exit_after_startup);
   Tallow tallow(line.application_folder.empty() ? UsualApplicationFolder()
                                                 : line.application_folder);
-  SingleProgram single(tallow.application_folder);
+  std::optional<SingleProgram> made;
+  try {
+    made.emplace(tallow.application_folder);
+  } catch (const FileError& error) {
+    return TellUsageError(std::string("The application folder cannot be used. ") + error.what(),
+                          line.exit_after_startup);
+  }
+  SingleProgram& single = *made;
   if (!single.Lock()) return HandOver(single, tallow.application_folder, line);
   tallow.library.UseDrives(SystemVolumes, line.drives);
   for (const std::string& drive : line.drives) {

@@ -24,6 +24,7 @@ class Search {
     windows_.EnableFrame(false);
     library_.BeginScan(place == NewSongsPlace::kUsualFolders ? ScanKind::kFolderList
                                                              : ScanKind::kComputer);
+    away_before_ = AwaySongs();
     try {
       if (place == NewSongsPlace::kUsualFolders)
         SearchUsualFolders();
@@ -45,6 +46,12 @@ class Search {
     if (!tallow_.SearchCancelled) return true;
     was_cancelled_ = true;
     return false;
+  }
+
+  std::int32_t AwaySongs() const {
+    std::int32_t songs = 0;
+    for (const AwayPlace& place : library_.AwayPlaces()) songs += place.songs;
+    return songs;
   }
 
   void MarkMissing() {
@@ -96,7 +103,8 @@ class Search {
     Jukebox* jukebox = windows_.ActiveJukebox();
     // Without a caption all jukeboxes would be meant.
     if (jukebox != nullptr && jukebox->Caption().empty()) jukebox = nullptr;
-    const bool has_new = library_.UBoundOfMp3Array() > before;
+    // A song that was away when its jukebox was opened has not been filed either.
+    const bool has_new = library_.UBoundOfMp3Array() > before || AwaySongs() < away_before_;
     had_no_jukebox_ = has_new && jukebox == nullptr;
     if (has_new && jukebox != nullptr) {
       tallow_.found_tags.Seal();
@@ -146,6 +154,7 @@ class Search {
   clsMain& library_;
   NewSongsWindows& windows_;
   SearchProgress* progress_ = nullptr;
+  std::int32_t away_before_ = 0;  ///< how many songs were away
   bool was_cancelled_ = false;
   bool had_no_jukebox_ = false;
   std::string failure_;

@@ -241,7 +241,11 @@ bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
 
 void System::LoadLibrary() {
   clsMain& library = tallow_.library;
-  library.LoadMain();
+  // It was sound a moment ago; what cannot be read now must not be replaced.
+  if (!library.LoadMain())
+    throw FileError(library.LibraryPath(),
+                    "the song library cannot be read. Make it readable, or move it away, and start "
+                    "Tallow again.");
   if (library.RepairRecordNumbers())
     notices_.push_back(
         "An earlier Tallow had confused the numbers of songs in the song library. They were put "
@@ -345,6 +349,11 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
 bool System::OpenLastJukebox(Jukebox& jukebox) {
   const std::string& path = tallow_.settings.LocOfLastSavedJukeBox();
   if (path.empty()) return false;
+  if (const std::string root = tallow_.library.AwayRootOf(path); IsGone(path) && !root.empty()) {
+    notices_.push_back(path + " is on a drive that is away: " + root +
+                       ". So this is the sample jukebox.");
+    return false;
+  }
   if (IsGone(path)) {
     notices_.push_back(path +
                        " is gone, so this is the sample jukebox. Other jukeboxes are in the "

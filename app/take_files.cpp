@@ -63,7 +63,9 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library) {
   auto known = RowsByName(library);
   std::vector<std::string> names;
   for (const std::string& path : files) {
-    const std::string folder(FolderOfPath(path));
+    // As a search finds it: a link may lead to a drive that goes.
+    const std::string folder =
+        EnsureTrailingBackslash(AbsolutePath(std::string(FolderOfPath(path))));
     if (IsExcludedFolder(folder)) {
       taken.problems.push_back(
           path + " lies in a folder of unfinished or deleted files and was left out.");
@@ -71,12 +73,13 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library) {
     }
     names.push_back(ToLower(NameOfPath(path)));
     const auto found = known.find(names.back());
-    // Of one that is away its size decides, once all have been added.
-    const bool counts = found != known.end() && !library.IsAway(found->second) &&
-                        (found->second > old_count || library.CheckOneSong(found->second) ||
-                         library.IsPresent(found->second));
+    // A song of the name may have gone since the last search. Of one that is away the size decides, once
+    // all files have been added.
+    const bool counts = found != known.end() &&
+                        (found->second > old_count || library.CheckSong(found->second) ||
+                         (library.IsPresent(found->second) && !library.IsAway(found->second)));
     if (counts) {
-      library.LeaveOut(path, found->second);
+      library.LeaveOut(folder + std::string(NameOfPath(path)), found->second);
       continue;
     }
     const FileLook look = LookAtFile(path);

@@ -386,12 +386,12 @@ class SongLinks {
     return song->size != kUnknownSize || OnlyPresent(name) == 0;
   }
 
-  /// The number of the only song of a name; the given one where there is none, or are several.
-  std::int32_t ByName(std::string_view name, std::int32_t otherwise) const {
+  /// The number of the only song of a name; 0 where there is none, or are several.
+  std::int32_t ByName(std::string_view name) const {
     if (const std::int32_t row = OnlyPresent(name)) return row;
-    if (IsPresentOften(name)) return otherwise;
+    if (IsPresentOften(name)) return 0;
     const MissingSong* const song = library_.Missing().OnlyOfName(name);
-    return song != nullptr ? song->number : otherwise;
+    return song != nullptr ? song->number : 0;
   }
 
  private:
@@ -432,13 +432,30 @@ bool NumbersCount(const JukeboxContent::Names& names, const clsMain& library,
   return confused.count > 0 && !ask(confused).value_or(true);
 }
 
+/// The lowest of the numbers that stand for names in a jukebox; kFirstNumberOfName plus one for none.
+std::int32_t LastNumberOfName(const JukeboxContent& content) {
+  std::int32_t last = kFirstNumberOfName + 1;
+  for (std::size_t k = 0; k < content.names.size(); ++k)
+    last = std::min(last, content.names[k].record);
+  return last;
+}
+
+/// Whether an entry that no song has the name of may keep its number: no other song has it.
+bool StaysWithItsNumber(std::int32_t record, const clsMain& library) {
+  if (IsNumberOfName(record)) return true;
+  return record >= 1 && record <= library.UBoundOfMp3Array() && !library.IsPresent(record);
+}
+
 }  // namespace
 
 void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhichSongs& ask) {
   const bool numbers_count = NumbersCount(content.names, library, ask);
   const SongLinks links(library);
   std::unordered_map<std::int32_t, std::int32_t> moved;
-  for (std::size_t k = 0; k < content.names.size(); ++k) {
+  std::vector<std::pair<std::int32_t, std::string>> named;
+  std::int32_t last_of_name = LastNumberOfName(content);
+  const std::size_t count = content.names.size();
+  for (std::size_t k = 0; k < count; ++k) {
     const auto [record, name] = content.names[k];
     const std::int32_t now = library.Missing().NumberNow(record);
     const ConfusedNumber* const confused = library.Repaired().Find(record);
@@ -446,7 +463,9 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhich
     if (confused != nullptr && confused->held == name)
       linked = library.Missing().NumberNow(numbers_count ? record : confused->held_now);
     else if (!links.IsNamed(now, name))
-      linked = links.ByName(name, now);
+      linked = links.ByName(name);
+    if (linked == 0) linked = StaysWithItsNumber(now, library) ? now : --last_of_name;
+    if (IsNumberOfName(linked) && linked != record) named.emplace_back(linked, name);
     // Of two names of one number the last one counts.
     moved.erase(record);
     if (linked != record) moved[record] = linked;
@@ -455,6 +474,7 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhich
   for (const MissingSong& song : library.Missing().Songs())
     if (song.now != 0) moved.emplace(song.number, library.Missing().NumberNow(song.number));
   if (moved.empty()) return;
+  for (const auto& [record, name] : named) content.names.Add(record, name);
   for (JukeboxContent::Folder& folder : content.folders)
     for (std::int32_t& song : folder.songs)
       if (const auto found = moved.find(song); found != moved.end()) song = found->second;

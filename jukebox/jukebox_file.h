@@ -10,10 +10,11 @@
 #include <unordered_map>
 #include <vector>
 
+#include "library/cls_main.h"
+
 namespace tallow {
 
 class FolderTree;
-class clsMain;
 
 // A jukebox file (*.juk) is JSON in UTF-8:
 //
@@ -123,12 +124,18 @@ struct ConfusedSongs {
 /// no value where nobody answers.
 using AskWhichSongs = std::function<std::optional<bool>(const ConfusedSongs&)>;
 
+/// The first of the numbers, going down, that an entry has of which only the file name is known: neither its
+/// number nor its name is that of a song of the library. Nothing is shown of it until there is one.
+inline constexpr std::int32_t kFirstNumberOfName = clsMain::kFirstNumberOfName;
+inline constexpr bool IsNumberOfName(std::int32_t record) { return record <= kFirstNumberOfName; }
+
 /// Links songs to the library by their numbers and file names.
 ///
 /// A number whose song came back under another number becomes that one. A number whose song is there, or is
 /// missing and remembered, stays when the file name is that of the song. Every other one becomes that of the
-/// only song of the name that is there, or else of the only missing one that is remembered; where there is
-/// none, or are several, it stays.
+/// only song of the name that is there, or else of the only missing one that is remembered. Where there is
+/// none, or are several, it stays if no other song has it, and else becomes a number that stands for the
+/// name alone.
 ///
 /// \param ask is called once when numbers were put right since the jukebox was saved and it names songs that
 ///        stood at the place of another one's number; may be empty. Without an answer the names count.

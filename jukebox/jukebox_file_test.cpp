@@ -285,8 +285,18 @@ TEST_F(JukeboxFile, ASongWithAnotherNumberIsFoundByItsName) {
     content.names.Add(record, name);
   content.folders.emplace_back().songs = {1, 2, 3, 4, 5, 6, 99, 1, -1};
   RelinkSongs(content, library);
-  // 2 could be either, 3 is nowhere. The row of 5 is missing and 99 has none, so the names count.
-  EXPECT_EQ(content.folders[0].songs, (std::vector<std::int32_t>{2, 2, 3, 4, 2, 6, 2, 2, -1}));
+  // The row of 5 is missing and 99 has none, so the names count. 2 could be either and 3 is nowhere, but
+  // their numbers are other songs': they stand for their names alone.
+  EXPECT_EQ(content.folders[0].songs,
+            (std::vector<std::int32_t>{2, -1000000001, -1000000002, 4, 2, 6, 2, 2, -1}));
+  EXPECT_EQ(AbsentNames(content, library).at(-1000000002), "nowhere.mp3");
+  EXPECT_TRUE(library.IsHidden(-1000000001));
+  // They keep their numbers when they are read again, and are songs once there is one.
+  RelinkSongs(content, library);
+  EXPECT_EQ(content.folders[0].songs[2], -1000000002);
+  AddSong("/m/", "nowhere.mp3");
+  RelinkSongs(content, library);
+  EXPECT_EQ(content.folders[0].songs[2], 7);
 }
 
 TEST_F(JukeboxFile, NumbersOfOtherMembersMayBeOfAnySize) {

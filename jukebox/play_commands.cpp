@@ -63,6 +63,8 @@ void PlayCommands::Play(std::vector<std::int32_t> songs) {
 
 std::string PlayCommands::LeaveOutAway(std::vector<std::int32_t>& songs) {
   clsMain& library = tallow_.library;
+  // Its drive may have gone since the last search.
+  library.MarkAwaySongs(songs);
   std::string first;
   const auto left_out = std::erase_if(songs, [&](std::int32_t song) {
     if (!library.IsAway(song) || library.LookAgain(song)) return false;

@@ -181,6 +181,7 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
   std::size_t strangers = 0;
   for (const SongEntry& entry : folder.Items()) {
     const std::int32_t record = entry.SubItem();
+    if (library.IsHidden(record) && record < 1) continue;
     if (record >= 1 && record <= count)
       flags[static_cast<std::size_t>(record - 1)] = 0;
     else if (++strangers <= kMostNamed)
@@ -205,7 +206,8 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
   for (std::size_t k = 0; k < entries.size(); ++k) {
     SongEntry entry = entries[k];
     const std::int32_t record = entry.SubItem();
-    const bool known = record >= 1 && record <= count;
+    const bool hidden = library.IsHidden(record);
+    const bool known = hidden || (record >= 1 && record <= count);
     if (!skip && !known) {
       // The one that moves up into this place is passed over.
       skip = true;
@@ -213,7 +215,6 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
       continue;
     }
     const bool present = library.IsPresent(record);
-    const bool hidden = !present && library.Missing().IsMissing(record);
     if (!skip && !present && !hidden) {
       removed.push_back(static_cast<std::int32_t>(k));
       continue;

@@ -290,17 +290,132 @@ TEST_F(AwaySongs, OnceItsDriveIsForgottenTheFoundFileTakesOverTheRank) {
   EXPECT_TRUE(library.AwayPlaces()[0].drive);
   EXPECT_EQ(library.ForgetAwayPlace(one), 1);
   EXPECT_FALSE(library.IsPresent(1));
-  EXPECT_TRUE(library.IsHidden(1));
   EXPECT_TRUE(library.AwayPlaces().empty());
-  Scan();
-  EXPECT_EQ(report.back, 1);
-  EXPECT_EQ(report.new_songs, 0);
+  EXPECT_TRUE(library.LeftOut().empty());
+  EXPECT_EQ(library.TakeReturned().size(), 1U);
+  ExpectRowsAreNumbers(library);
   ASSERT_EQ(library.UBoundOfMp3Array(), 3);
   EXPECT_EQ(library.Mp3Info(kSongRank, 3), "7");
   EXPECT_EQ(library.Missing().NumberNow(1), 3);
   // And the drive is not remembered any more.
   EXPECT_FALSE(library.KnowsDrive(one));
 }
+
+TEST_F(AwaySongs, ASongThatIsBackMeanwhileIsNotForgotten) {
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(two + "c.mp3", 300);
+  Search();
+  TakeAway(one, away);
+  Scan();
+  BringBack(one, away, "uuid A");
+  EXPECT_EQ(library.ForgetAwayPlace(one), 0);
+  EXPECT_TRUE(library.IsPresent(1));
+  EXPECT_FALSE(library.IsAway(1));
+}
+
+TEST_F(AwaySongs, AskingForADriveBeforeTheLibraryIsReadForgetsNothing) {
+  MakeFile(one + "a.mp3", 100);
+  MakeFile(one + "b.mp3");
+  MakeFile(two + "c.mp3");
+  Search();
+  RemoveFile(one + "a.mp3");
+  Scan();
+  ASSERT_TRUE(library.IsHidden(1));
+  again = std::make_unique<Tallow>(application.path());
+  again->settings.GetandLoadIniInfo(again->settings_path);
+  again->library.UseDrives([this] { return mounted; }, {one});
+  EXPECT_TRUE(again->library.KnowsDrive(one));
+  EXPECT_TRUE(again->library.LoadMain());
+  EXPECT_TRUE(again->library.IsHidden(1));
+}
+
+TEST_F(AwaySongs, AnEmptyFolderOfAKnownVolumeIsAwayToo) {
+  MakeFile(one + "a.mp3");
+  MakeFile(two + "b.mp3");
+  Search();
+  fs::rename(fs::path(one + "a.mp3"), fs::path(music / "a.mp3"));
+  Scan();
+  EXPECT_TRUE(library.IsAway(1));
+}
+
+TEST_F(AwaySongs, AFolderThatWasGivenOnceStaysADrive) {
+  const std::string given = one + "music" + kSep;
+  MakeFile(given + "abba" + kSep + "a.mp3");
+  MakeFile(one + "b.mp3");
+  library.UseDrives([this] { return mounted; }, {given});
+  Search();
+  // A start without it, and one for which it is given and gone.
+  library.UseDrives([this] { return mounted; }, {});
+  StartAgain();
+  EXPECT_TRUE(library.KnowsDrive(given));
+  fs::remove_all(fs::path(given));
+  StartAgain();
+  EXPECT_EQ(again->library.AwayText(2), "a.mp3 is on a drive that is away: " + given);
+}
+
+TEST_F(AwaySongs, AGivenFolderThatIsGoneIsAwayThoughItsSongsWereFoundWithoutIt) {
+  const std::string given = one + "music" + kSep;
+  MakeFile(given + "abba" + kSep + "a.mp3");
+  MakeFile(one + "b.mp3");
+  Search();
+  fs::remove_all(fs::path(given));
+  library.UseDrives([this] { return mounted; }, {given});
+  EXPECT_TRUE(library.KnowsDrive(given));
+  Scan();
+  EXPECT_TRUE(library.IsAway(2));
+}
+
+TEST_F(AwaySongs, ASongThatIsSeenAgainIsNotAwayAnyMore) {
+  MakeFile(one + "abba" + kSep + "a.mp3", 100);
+  MakeFile(two + "b.mp3");
+  Search();
+  TakeAway(one, away);
+  Scan();
+  ASSERT_TRUE(library.IsAway(1));
+  BringBack(one, away, "uuid A");
+  library.AddAnyAdditionalMp3FromTheNormalDirectories();
+  EXPECT_FALSE(library.IsAway(1));
+  TakeAway(one, away);
+  Scan();
+  BringBack(one, away, "uuid A");
+  std::int32_t old_count = library.UBoundOfMp3Array();
+  library.AddSong(one + "abba" + kSep, "a.mp3", 100);
+  library.DeleteIdenticalFileNamesAndPaths(old_count);
+  EXPECT_FALSE(library.IsAway(1));
+  EXPECT_EQ(library.UBoundOfMp3Array(), 2);
+  EXPECT_TRUE(library.LeftOut().empty());
+}
+
+TEST_F(AwaySongs, ADriveThatGoesDuringARunIsFoundOutByLookingAgain) {
+  MakeFile(one + "a.mp3");
+  MakeFile(one + "b.mp3");
+  MakeFile(two + "c.mp3");
+  Search();
+  TakeAway(one, away);
+  EXPECT_FALSE(library.IsAway(1));
+  library.MarkAwaySongs({3, 1});
+  EXPECT_FALSE(library.IsAway(1));
+  library.MarkAwaySongs({1, 2, 3});
+  EXPECT_TRUE(library.IsAway(1));
+  EXPECT_TRUE(library.IsAway(2));
+  EXPECT_FALSE(library.IsAway(3));
+}
+
+#ifndef _WIN32
+TEST_F(AwaySongs, ALinkThatLeadsNowhereIsAway) {
+  MakeFile(two + "real.song");
+  MakeFile(one + "b.mp3");
+  fs::create_symlink(fs::path(two + "real.song"), fs::path(one + "a.mp3"));
+  library.AddSong(one, "a.mp3", 10);
+  library.AddSong(one, "b.mp3", 10);
+  library.TakeSearchedSongs(0);
+  library.FinishScan(true);
+  RemoveFile(two + "real.song");
+  Scan();
+  EXPECT_TRUE(library.IsAway(1));
+  EXPECT_EQ(library.AwayText(1), "a.mp3's folder cannot be read: A link leads to nothing");
+}
+#endif
 
 TEST_F(AwaySongs, AMovedFileKeepsItsRankAcrossAStart) {
   MakeFile(one + "a.mp3", 100);

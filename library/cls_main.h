@@ -55,6 +55,10 @@ class LibrarySettings {
 /// The library shows no message. What can fail says so in its result or in its \throws line.
 class clsMain {
  public:
+  /// The first of the numbers, going down, by which a jukebox names a song of which it knows the file name
+  /// alone. No row has such a number.
+  static constexpr std::int32_t kFirstNumberOfName = -1'000'000'000;
+
   /// \param settings          has to outlive the library
   /// \param search_all_drives runs the song search over all fixed disks, which adds rows to this
   /// library
@@ -188,8 +192,10 @@ class clsMain {
   bool IsAway(std::int32_t record) const {
     return record >= 1 && record <= table_.rows() && table_.Facts(record).away != 0;
   }
-  /// Whether the song of a record number is missing, and remembered: its entries are kept, and not shown.
+  /// Whether the song of a record number is missing, and remembered, or nothing but its name is known: its
+  /// entries are kept, and not shown.
   bool IsHidden(std::int32_t record) const {
+    if (record <= kFirstNumberOfName) return true;
     return missing_.size() > 0 && !IsPresent(record) && missing_.IsMissing(record);
   }
   /// Why a song is away, as it is said of its entries: "NAME is on a drive that is away: ROOT". Empty when
@@ -200,12 +206,18 @@ class clsMain {
   ///
   /// \returns whether it is; its row is no longer away then
   bool LookAgain(std::int32_t record);
-  /// LookAgain, and blanks the row where the disk answers that the file is not there.
-  bool CheckOneSong(std::int32_t record);
+  /// LookAgain, which also finds out whether the song is away, and blanks its row where it is missing.
+  bool CheckSong(std::int32_t record);
+  /// Where the first of some songs is found to be away, finds out of each of them whether it is.
+  void MarkAwaySongs(const std::vector<std::int32_t>& records);
+  /// The root of a drive that is away on which a path lies; empty for none.
+  std::string AwayRootOf(std::string_view path) const;
 
   /// The places that songs are away with, each with how many of them, in the order of the places.
   std::vector<AwayPlace> AwayPlaces() const;
-  /// Makes the songs missing that are away with a place, forgets its drive, and saves.
+  /// Makes the songs missing that are away with a place, but for those that are found now, forgets its
+  /// drive, and saves. Files that were left out for one of them become songs, with their ranks: see
+  /// TakeReturned.
   /// \returns how many songs
   std::int32_t ForgetAwayPlace(const std::string& place);
 
@@ -274,6 +286,8 @@ class clsMain {
   void LoadFacts(std::uint64_t checksum);
 
   void LookAtDrives();
+  void LoadDrives();
+  bool MarkIfAway(std::int32_t record);
   void LoadMemory();
   void DropUntrueMemories();
   void SaveMemory();
@@ -284,7 +298,7 @@ class clsMain {
   std::vector<char> RowsThatCount() const;
   bool IsOnAwayDrive(std::int32_t row) const;
   void RecognizeReturned(std::int32_t old_count);
-  std::vector<std::string> FoldersOf(bool away) const;
+  std::vector<std::string> FoldersOf(bool away, std::int32_t first_row) const;
 
   LibrarySettings& settings_;
   std::function<void()> search_all_drives_;
@@ -296,7 +310,10 @@ class clsMain {
   StateFile drives_file_;
   StateFile missing_file_;
   StateFile repaired_file_;
+  bool drives_are_loaded_ = false;
   bool memory_is_loaded_ = false;
+  bool drives_were_looked_at_ = false;  ///< in this scan
+  std::int32_t rows_before_scan_ = 0;
   bool list_is_stale_ = false;  ///< the folder list has roots that drives no longer have
 
   /// Why songs are away, by SongFacts::away less one.

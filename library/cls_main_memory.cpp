@@ -16,19 +16,27 @@ namespace tallow {
 void clsMain::UseDrives(LookAtVolumes look, std::vector<std::string> given) {
   look_at_volumes_ = std::move(look);
   drives_ = KnownDrives(std::move(given));
-  memory_is_loaded_ = false;
+  drives_are_loaded_ = false;
 }
 
 void clsMain::LookAtDrives() {
   if (look_at_volumes_) drives_.LookAtDrives(look_at_volumes_);
+  drives_were_looked_at_ = true;
+}
+
+std::string clsMain::AwayRootOf(std::string_view path) const { return drives_.AwayRootOf(path); }
+
+void clsMain::LoadDrives() {
+  if (std::exchange(drives_are_loaded_, true)) return;
+  drives_file_.Load(
+      settings_.SystemFolder() + "Drives.json",
+      [this](const std::string& bytes) { drives_.Decode(bytes); }, problems_);
 }
 
 void clsMain::LoadMemory() {
+  LoadDrives();
   if (std::exchange(memory_is_loaded_, true)) return;
   const std::string folder = settings_.SystemFolder();
-  drives_file_.Load(
-      folder + "Drives.json", [this](const std::string& bytes) { drives_.Decode(bytes); },
-      problems_);
   missing_file_.Load(
       folder + "Missing.json", [this](const std::string& bytes) { missing_.Decode(bytes); },
       problems_);
@@ -68,7 +76,7 @@ void clsMain::SaveMemory() {
 void clsMain::SaveRepaired() { SaveMemory(); }
 
 bool clsMain::KnowsDrive(std::string_view root) {
-  LoadMemory();
+  LoadDrives();
   return drives_.Knows(root);
 }
 
@@ -93,10 +101,11 @@ bool clsMain::IsPresent(std::int32_t record) const {
 
 std::uint32_t clsMain::AwayReason(bool drive, std::string_view place, std::string_view problem) {
   Reason reason{drive, std::string(place), std::string(problem)};
-  const auto found = std::find(reasons_.begin(), reasons_.end(), reason);
-  const auto index = static_cast<std::uint32_t>(found - reasons_.begin());
-  if (found == reasons_.end()) reasons_.push_back(std::move(reason));
-  return index + 1;
+  // The songs of a folder have one reason, and come one after another.
+  for (auto index = static_cast<std::uint32_t>(reasons_.size()); index > 0; --index)
+    if (reasons_[index - 1] == reason) return index;
+  reasons_.push_back(std::move(reason));
+  return static_cast<std::uint32_t>(reasons_.size());
 }
 
 std::string clsMain::AwayText(std::int32_t record) const {
@@ -116,17 +125,39 @@ bool clsMain::LookAgain(std::int32_t record) {
   return true;
 }
 
-bool clsMain::CheckOneSong(std::int32_t record) {
-  if (LookAgain(record)) return true;
-  if (!IsPresent(record) || IsAway(record)) return false;
+bool clsMain::MarkIfAway(std::int32_t record) {
+  if (!IsPresent(record)) return false;
   const std::string folder(table_.Cell(kFileLocation, record));
   const FileLook look = LookAtFile(folder + std::string(table_.Cell(kFileName, record)));
-  if (look.presence != FilePresence::kNotThere) return false;
-  LookAtDrives();
+  std::uint32_t& away = table_.Facts(record).away;
+  if (look.presence == FilePresence::kThere) {
+    away = 0;
+    return false;
+  }
   const KnownDrives::FolderVerdict verdict = drives_.VerdictOf(folder);
+  if (verdict.verdict == KnownDrives::Verdict::kAway)
+    away = AwayReason(true, verdict.away_root, {});
+  else if (look.presence == FilePresence::kUnknown)
+    away = AwayReason(false, folder, look.problem);
+  return away != 0;
+}
+
+bool clsMain::CheckSong(std::int32_t record) {
+  if (LookAgain(record)) return true;
+  if (!IsPresent(record)) return false;
+  LookAtDrives();
+  if (MarkIfAway(record) || IsAway(record)) return false;
+  const KnownDrives::FolderVerdict verdict = drives_.VerdictOf(table_.Cell(kFileLocation, record));
   if (verdict.verdict == KnownDrives::Verdict::kMissing && verdict.moved_to.empty())
     BlankRow(record);
   return false;
+}
+
+void clsMain::MarkAwaySongs(const std::vector<std::int32_t>& records) {
+  if (records.empty() || IsAway(records.front()) || LookAgain(records.front())) return;
+  LookAtDrives();
+  if (!MarkIfAway(records.front())) return;
+  for (const std::int32_t record : records) MarkIfAway(record);
 }
 
 std::vector<AwayPlace> clsMain::AwayPlaces() const {
@@ -146,22 +177,38 @@ std::vector<AwayPlace> clsMain::AwayPlaces() const {
 }
 
 std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
-  std::int32_t forgotten = 0;
+  BeginScan(ScanKind::kFiles);
+  std::unordered_set<std::string> forgotten;
   for (std::int32_t row = 1; row <= table_.rows(); ++row) {
     const std::uint32_t away = table_.Facts(row).away;
-    if (away == 0 || reasons_[away - 1].place != place) continue;
+    // One that is back meanwhile is not forgotten.
+    if (away == 0 || reasons_[away - 1].place != place || LookAgain(row)) continue;
+    forgotten.insert(
+        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
     BlankRow(row);
-    ++forgotten;
   }
   drives_.Forget(place);
+  // A file that was left out for one of them is that song now.
+  std::int32_t old_count = table_.rows();
+  for (const LeftOutFile& file : left_out_) {
+    if (!forgotten.contains(file.stands_for_it)) continue;
+    const FileLook look = LookAtFile(file.path);
+    if (look.presence == FilePresence::kThere)
+      AddSong(FolderOfPath(file.path), NameOfPath(file.path), static_cast<std::int64_t>(look.size));
+  }
+  std::erase_if(left_out_,
+                [&](const LeftOutFile& file) { return forgotten.contains(file.stands_for_it); });
+  DeleteIdenticalFileNamesAndPaths(old_count);
   WriteOutMp3DirectoryLocations();
-  SaveMemory();
-  return forgotten;
+  FinishScan(false);
+  return static_cast<std::int32_t>(forgotten.size());
 }
 
 void clsMain::BeginScan(ScanKind kind) {
   scan_ = {};
   scan_.kind = kind;
+  rows_before_scan_ = table_.rows();
+  drives_were_looked_at_ = false;
 }
 
 void clsMain::LeaveOut(const std::string& path, std::int32_t record) {
@@ -175,13 +222,13 @@ void clsMain::LeaveOut(const std::string& path, std::int32_t record) {
   ++scan_.left_out;
 }
 
-std::vector<std::string> clsMain::FoldersOf(bool away) const {
+std::vector<std::string> clsMain::FoldersOf(bool away, std::int32_t first_row) const {
   std::vector<std::string> folders;
   std::unordered_set<std::string_view> seen;
-  for (std::int32_t row = 1; row <= table_.rows(); ++row) {
+  for (std::int32_t row = first_row; row <= table_.rows(); ++row) {
     if ((table_.Facts(row).away != 0) != away || !IsPresent(row)) continue;
     // Nearly all songs lie in the folder of the one before.
-    if (row > 1 && table_.SameStoredText(kFileLocation, row - 1, row) &&
+    if (row > first_row && table_.SameStoredText(kFileLocation, row - 1, row) &&
         (table_.Facts(row - 1).away != 0) == away && IsPresent(row - 1))
       continue;
     const std::string_view folder = table_.Cell(kFileLocation, row);
@@ -195,9 +242,16 @@ ScanReport clsMain::FinishScan(bool complete) {
   // What went missing is said once.
   if (scan_.missing > 0) Save();
   // New songs may lie on drives that were not there before.
-  LookAtDrives();
-  if (look_at_volumes_) drives_.SongsSeen(FoldersOf(false), FoldersOf(true), complete);
+  if (!drives_were_looked_at_) LookAtDrives();
+  // Of rows that this scan has neither added nor looked at, nobody knows whether they are there now.
+  if (look_at_volumes_)
+    drives_.SongsSeen(FoldersOf(false, complete ? 1 : rows_before_scan_ + 1), FoldersOf(true, 1),
+                      complete);
   SaveMemory();
+  if (list_is_stale_) {
+    WriteOutMp3DirectoryLocations();
+    list_is_stale_ = !list_error_.empty();
+  }
   ScanReport report = std::exchange(scan_, {});
   report.away = AwayPlaces();
   if (report.kind == ScanKind::kFiles) report.left_out_grew = report.left_out > 0;

@@ -93,12 +93,19 @@ class clsMain::PresenceCheck {
  private:
   void ListFolders() {
     std::unordered_map<std::string_view, std::size_t> index;
+    const std::vector<KnownDrive>& drives = library_.drives_.Drives();
+    const bool behind_automounter = std::any_of(
+        drives.begin(), drives.end(), [](const KnownDrive& drive) { return drive.automounter; });
     for (std::int32_t row = 1; row <= table_.rows(); ++row) {
       if (table_.Cell(kFileIsThere, row) != kPresent) {
         missing_.push_back(row);
         continue;
       }
       const std::string_view folder = table_.Cell(kFileLocation, row);
+      if (behind_automounter && library_.drives_.IsBehindAutomounter(folder)) {
+        table_.Facts(row).away = library_.AwayReason(true, library_.drives_.AwayRootOf(folder), {});
+        continue;
+      }
       const auto [at, added] = index.try_emplace(folder, folders_.size());
       if (added) folders_.push_back({folder, {}});
       folders_[at->second].rows.push_back(row);
@@ -289,8 +296,9 @@ std::vector<std::string> clsMain::RememberedFolders() {
   }
   std::vector<std::string> folders;
   // The line "0" stands for the missing songs; in no other folder than a whole path are songs.
-  const auto add = [&folders](std::string_view folder) {
-    if (IsAbsolutePath(folder)) folders.push_back(EnsureTrailingBackslash(folder));
+  const auto add = [&](std::string_view folder) {
+    if (IsAbsolutePath(folder) && !drives_.IsBehindAutomounter(folder))
+      folders.push_back(EnsureTrailingBackslash(folder));
   };
   if (content) {
     for (const std::string_view line : SplitLines(*content)) add(line);
@@ -311,6 +319,7 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
     if (const auto found = rows.find(known.Key(file.name)); found != rows.end()) {
       // A file system that ignores case shows the name as it is spelled now.
       if (kPathsIgnoreCase) table_.SetCell(kFileName, found->second, file.name);
+      table_.Facts(found->second).away = 0;
       continue;
     }
     const std::int32_t row = AddSong(folder, file.name, kUnknownSize);
@@ -320,21 +329,25 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
 }
 
 void clsMain::LeaveOutRespelled(std::int32_t old_count) {
-  if (!kPathsIgnoreCase || table_.rows() <= old_count) return;
+  if (table_.rows() <= old_count) return;
   std::unordered_map<std::string, std::int32_t> rows;
   const auto path = [this](std::int32_t row) {
     return PathKey(
         std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
   };
   for (std::int32_t row = 1; row <= old_count; ++row)
-    if (IsPresent(row)) rows.emplace(path(row), row);
+    if (IsPresent(row) && (kPathsIgnoreCase || table_.Facts(row).away != 0))
+      rows.emplace(path(row), row);
+  if (rows.empty()) return;
   std::vector<char> goes(static_cast<std::size_t>(table_.rows()));
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     const auto found = rows.find(path(row));
     if (found == rows.end()) continue;
     for (const std::int16_t column : {kFileLocation, kFileName})
       table_.SetCell(column, found->second, table_.Cell(column, row));
-    table_.Facts(found->second).size = table_.Facts(row).size;
+    SongFacts& facts = table_.Facts(found->second);
+    if (table_.Facts(row).size != kUnknownSize) facts.size = table_.Facts(row).size;
+    facts.away = 0;
     goes[static_cast<std::size_t>(row - 1)] = 1;
   }
   table_.Remove(goes);
@@ -405,7 +418,10 @@ void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
 }
 
 void clsMain::RecognizeReturned(std::int32_t old_count) {
+  if (missing_.size() == 0) return;
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
+    // The sizes of other files are asked for once there is a window.
+    if (!missing_.HasName(table_.Cell(kFileName, row))) continue;
     std::int64_t& size = table_.Facts(row).size;
     if (size == kUnknownSize) {
       const FileLook look = LookAtFile(
@@ -434,8 +450,10 @@ void clsMain::TakeSearchedSongs(std::int32_t old_count) {
   }
   DeleteIdenticalFileNamesAndPaths(old_count);
   RenumberBasedOnArrayNumber();
-  // What could not be saved must not be loaded over what was found.
-  if (Save()) LoadMain();
+  // What could not be saved must not be loaded over what was found, either.
+  const bool saved = Save();
+  // Loading forgets which of the songs that were there before are away.
+  if (saved && old_count == 0) LoadMain();
   WriteOutMp3DirectoryLocations();
 }
 

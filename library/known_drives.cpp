@@ -50,6 +50,12 @@ std::string Below(std::string_view folder, std::string_view root) {
   return std::string(folder.substr(std::min(root.size(), folder.size())));
 }
 
+/// Whether a root is not there, or holds nothing.
+bool IsAbsent(const std::string& root) {
+  const FolderState state = StateOfFolder(root);
+  return state == FolderState::kNotThere || state == FolderState::kEmpty;
+}
+
 bool IsSameDrive(const KnownDrive& drive, const KnownDrive& other) {
   if (!IsSamePathText(drive.root, other.root)) return false;
   return drive.folder == other.folder || drive.folder.volume.empty() || other.folder.volume.empty();
@@ -67,21 +73,38 @@ void KnownDrives::LookAtDrives(const LookAtVolumes& look) {
   }
   if (opened) volumes_ = look();
   for (KnownDrive& drive : drives_) {
+    drive.automounter = ShowsAutomounter(volumes_, drive.root);
     drive.away = IsAway(drive);
     drive.moved_to.clear();
     if (drive.away) drive.moved_to = PlaceOf(volumes_, drive.folder).value_or(std::string());
   }
+  absent_given_.clear();
+  for (const std::string& root : given_)
+    if (IsAbsent(root)) absent_given_.push_back(root);
 }
 
 bool KnownDrives::IsAway(const KnownDrive& drive) const {
-  if (ShowsAutomounter(volumes_, drive.root)) return true;
+  if (drive.automounter) return true;
   const MountedVolume* const place = VolumeOf(volumes_, drive.root);
   if (drive.mount_point && (place == nullptr || !IsSamePathText(place->root, drive.root)))
     return true;
   const VolumeFolder now = VolumeFolderOf(volumes_, drive.root);
   if (!drive.folder.volume.empty() && !now.volume.empty() && now != drive.folder) return true;
-  const FolderState state = StateOfFolder(drive.root);
-  return state == FolderState::kNotThere || state == FolderState::kEmpty;
+  return IsAbsent(drive.root);
+}
+
+std::string KnownDrives::AwayRootOf(std::string_view path) const {
+  for (const KnownDrive& drive : drives_)
+    if (drive.away && drive.moved_to.empty() && LiesBelow(path, drive.root)) return drive.root;
+  for (const std::string& root : absent_given_)
+    if (LiesBelow(path, root)) return root;
+  return {};
+}
+
+bool KnownDrives::IsBehindAutomounter(std::string_view folder) const {
+  return std::any_of(drives_.begin(), drives_.end(), [&](const KnownDrive& drive) {
+    return drive.automounter && drive.moved_to.empty() && LiesBelow(folder, drive.root);
+  });
 }
 
 KnownDrives::FolderVerdict KnownDrives::VerdictOf(std::string_view folder) const {
@@ -99,6 +122,11 @@ KnownDrives::FolderVerdict KnownDrives::VerdictOf(std::string_view folder) const
     result.verdict = Verdict::kAway;
     result.away_root = drive.root;
   }
+  for (const std::string& root : absent_given_) {
+    if (!LiesBelow(folder, root) || !result.moved_to.empty()) continue;
+    result.verdict = Verdict::kAway;
+    result.away_root = root;
+  }
   return result;
 }
 
@@ -108,6 +136,10 @@ KnownDrive KnownDrives::DriveAt(std::string_view folder) const {
   if (place != nullptr) drive.root = place->root;
   for (const std::string& given : given_)
     if (given.size() > drive.root.size() && LiesBelow(folder, given)) drive.root = given;
+  // What was given as a drive once stays one.
+  for (const KnownDrive& known : drives_)
+    if (!known.away && known.root.size() > drive.root.size() && LiesBelow(folder, known.root))
+      drive.root = known.root;
   // Where the system tells of no drive, a share is one, or else the folder itself.
   if (drive.root.empty()) drive.root = ShareOfPath(folder);
   if (drive.root.empty()) drive.root = folder;
@@ -131,13 +163,14 @@ void KnownDrives::SongsSeen(const std::vector<std::string>& seen,
         return IsSameDrive(drive, at);
       });
       last = static_cast<std::size_t>(same - drives_.begin());
-      if (same == drives_.end()) {
+      const bool is_new = same == drives_.end();
+      if (is_new) {
         drives_.push_back(at);
         folders.emplace_back();
       }
       KnownDrive& drive = drives_[*last];
       if (at.folder.volume.empty()) at.folder = drive.folder;
-      is_dirty_ = is_dirty_ || same == drives_.end() || drive.folder != at.folder ||
+      is_dirty_ = is_dirty_ || is_new || drive.folder != at.folder ||
                   drive.mount_point != at.mount_point || drive.root != at.root;
       drive.folder = at.folder;
       drive.mount_point = at.mount_point;
@@ -148,7 +181,7 @@ void KnownDrives::SongsSeen(const std::vector<std::string>& seen,
   }
   for (std::size_t k = 0; k < drives_.size(); ++k) {
     std::set<std::string>& known = drives_[k].folders;
-    if (drives_[k].away || !complete) folders[k].insert(known.begin(), known.end());
+    if (!complete) folders[k].insert(known.begin(), known.end());
     if (known == folders[k]) continue;
     known = std::move(folders[k]);
     is_dirty_ = true;

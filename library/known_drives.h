@@ -31,8 +31,9 @@ struct KnownDrive {
   std::set<std::string>
       folders;  ///< below the root, each ending in a separator, or empty: the root itself
 
-  bool away = false;     ///< at the last LookAtDrives
-  std::string moved_to;  ///< where it is shown now instead of at its root; empty: nowhere else
+  bool away = false;         ///< at the last LookAtDrives
+  bool automounter = false;  ///< and of it only an automounter is there
+  std::string moved_to;      ///< where it is shown now instead of at its root; empty: nowhere else
 };
 
 /// The drives on which songs were found, and whether they are there.
@@ -63,12 +64,19 @@ class KnownDrives {
   };
   FolderVerdict VerdictOf(std::string_view folder) const;
 
-  /// Songs were found in these folders, and in `kept` are songs of which nobody can tell. Drives that
-  /// are there keep no other folders.
+  /// Songs were found in these folders, and in `kept` are songs of which nobody can tell. Drives keep no
+  /// other folders.
   ///
   /// \param complete false: more folders than these hold songs, so none is dropped
   void SongsSeen(const std::vector<std::string>& seen, const std::vector<std::string>& kept,
                  bool complete);
+
+  /// The root of a drive that is away on which a path lies; empty for none.
+  std::string AwayRootOf(std::string_view path) const;
+
+  /// Whether a folder lies on a drive of which only an automounter is there: looking into it may take long,
+  /// and tells nothing.
+  bool IsBehindAutomounter(std::string_view folder) const;
 
   /// A drive that has moved is at its new root from now on.
   void TakeNewRoots();
@@ -93,6 +101,7 @@ class KnownDrives {
   KnownDrive DriveAt(std::string_view folder) const;
 
   std::vector<std::string> given_;
+  std::vector<std::string> absent_given_;  ///< that are not there, or are empty
   std::vector<KnownDrive> drives_;
   MountedVolumes volumes_;  ///< at the last LookAtDrives
   /// Places in drives_ by PathKey of the folder's full path.

@@ -37,9 +37,12 @@ class KnownDrivesTest : public testing::Test {
       return mounted;
     });
   }
-  void Remember(const std::string& root) {
+  /// \param kept whether songs of the same folder were not found
+  void Remember(const std::string& root, bool kept = false) {
     Look();
-    drives.SongsSeen({root + "abba" + kSep}, {}, true);
+    const std::string abba = root + "abba" + kSep;
+    drives.SongsSeen({abba}, kept ? std::vector<std::string>{abba} : std::vector<std::string>(),
+                     true);
   }
   Verdict VerdictOf(const std::string& root) {
     Look();
@@ -146,7 +149,7 @@ TEST_F(KnownDrivesTest, OfTwoSticksAtOneRootASongIsAwayWhenOneOfThemIs) {
   Mount(one, "uuid A");
   Remember(one);
   Mount(one, "uuid B");
-  Remember(one);
+  Remember(one, true);
   ASSERT_EQ(drives.Drives().size(), 2U);
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
   Mount(one, "uuid A");
@@ -216,6 +219,15 @@ TEST_F(KnownDrivesTest, ADriveThatIsThereKeepsTheFoldersWithSongsOnly) {
   EXPECT_TRUE(drives.Drives().empty());
 }
 
+TEST_F(KnownDrivesTest, AVolumeWhoseSongsAreAllOnAnotherOneIsForgotten) {
+  Mount(one, "uuid A");
+  Remember(one);
+  Mount(one, "uuid B");
+  Remember(one);
+  ASSERT_EQ(drives.Drives().size(), 1U);
+  EXPECT_EQ(drives.Drives()[0].folder.volume, "uuid B");
+}
+
 TEST_F(KnownDrivesTest, ADriveThatIsAwayKeepsItsFolders) {
   Mount(one, "uuid A");
   Remember(one);
@@ -230,7 +242,7 @@ TEST_F(KnownDrivesTest, ForgettingTakesTheAwayDriveOfARootOnly) {
   Mount(one, "uuid A");
   Remember(one);
   Mount(one, "uuid B");
-  Remember(one);
+  Remember(one, true);
   Look();
   drives.Forget(one);
   ASSERT_EQ(drives.Drives().size(), 1U);

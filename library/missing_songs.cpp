@@ -71,6 +71,10 @@ const MissingSong* MissingSongs::OnlyOf(std::string_view name, const std::int64_
   return only;
 }
 
+bool MissingSongs::HasName(std::string_view name) const {
+  return !by_name_.empty() && by_name_.contains(PathKey(name));
+}
+
 const MissingSong* MissingSongs::Only(std::string_view name, std::int64_t size) const {
   return size < 0 ? nullptr : OnlyOf(name, &size);
 }

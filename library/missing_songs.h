@@ -51,6 +51,9 @@ class MissingSongs {
   /// back.
   std::int32_t NumberNow(std::int32_t number) const;
 
+  /// Whether a song of a name has not come back.
+  bool HasName(std::string_view name) const;
+
   /// The only song of a name and size that has not come back; null when there is none, or are several.
   /// Names are compared as IsSamePathText does.
   const MissingSong* Only(std::string_view name, std::int64_t size) const;

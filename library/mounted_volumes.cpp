@@ -3,6 +3,7 @@
 
 #include "util/file_system.h"
 #include "util/path_text.h"
+#include "util/text.h"
 
 namespace tallow {
 
@@ -21,6 +22,9 @@ const MountedVolume* VolumeOf(const MountedVolumes& volumes, std::string_view pa
 
 VolumeFolder VolumeFolderOf(const MountedVolumes& volumes, std::string_view folder) {
   const MountedVolume* const volume = VolumeOf(volumes, folder);
+  if (const std::string_view share = ShareOfPath(folder); volume == nullptr && !share.empty())
+    return {"source " + ToLower(share.substr(0, share.size() - 1)),
+            std::string(folder.substr(share.size() - 1))};
   if (volume == nullptr || volume->folder.volume.empty()) return {};
   return {volume->folder.volume,
           volume->folder.inside + std::string(folder.substr(volume->root.size()))};
@@ -33,7 +37,9 @@ std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFo
       continue;
     std::string place = volume.root + folder.inside.substr(volume.folder.inside.size());
     // What is mounted over it hides it.
-    if (VolumeFolderOf(volumes, place) == folder && FolderExists(place)) return place;
+    if (VolumeFolderOf(volumes, place) == folder &&
+        StateOfFolder(place) == FolderState::kHasEntries)
+      return place;
   }
   return std::nullopt;
 }

@@ -39,7 +39,7 @@ const MountedVolume* VolumeOf(const MountedVolumes& volumes, std::string_view pa
 VolumeFolder VolumeFolderOf(const MountedVolumes& volumes, std::string_view folder);
 
 /// Where a folder of a file system is shown now.
-/// \returns the path, ending in a separator; no value when it is shown nowhere
+/// \returns the path, ending in a separator; no value when it is shown nowhere, or holds nothing
 std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFolder& folder);
 
 /// Whether a path begins with a folder, which ends in a separator, as texts of this system.

@@ -99,9 +99,9 @@ std::optional<std::vector<ConfusedNumber>> RepairNumbers(SongTable& table, std::
   for (std::int32_t row = 1; row <= std::min(table.rows(), repaired.rows()); ++row) {
     const std::string_view held = table.Cell(kFileName, row);
     const std::string_view named = repaired.Cell(kFileName, row);
-    if (held == named || IsMissingRow(table, row) || IsMissingRow(repaired, row)) continue;
-    confused.push_back(
-        {row, std::string(named), std::string(held), now[static_cast<std::size_t>(row)]});
+    if (held == named || IsMissingRow(table, row)) continue;
+    confused.push_back({row, IsMissingRow(repaired, row) ? std::string() : std::string(named),
+                        std::string(held), now[static_cast<std::size_t>(row)]});
   }
   table = std::move(repaired);
   return confused;

@@ -54,12 +54,16 @@ TEST(RecordRepair, EachRowGoesToThePlaceOfItsNumberAndNobodysPlaceIsAMissingSong
   EXPECT_EQ(table.Cell(kSongRank, 2), "2");
   EXPECT_EQ(table.Cell(kSongRank, 3), "7");
   EXPECT_EQ(table.Facts(3).size, 333);
-  // Number 3 meant d, which stood there, and number 2 nobody.
-  ASSERT_EQ(confused->size(), 1U);
-  EXPECT_EQ((*confused)[0].number, 3);
-  EXPECT_EQ((*confused)[0].held, "d");
-  EXPECT_EQ((*confused)[0].held_now, 4);
-  EXPECT_EQ((*confused)[0].named, "c");
+  // At place 2 stood c, whose number is 3; nobody has the number 2. At place 3 stood d.
+  ASSERT_EQ(confused->size(), 2U);
+  EXPECT_EQ((*confused)[0].number, 2);
+  EXPECT_EQ((*confused)[0].held, "c");
+  EXPECT_EQ((*confused)[0].held_now, 3);
+  EXPECT_EQ((*confused)[0].named, "");
+  EXPECT_EQ((*confused)[1].number, 3);
+  EXPECT_EQ((*confused)[1].held, "d");
+  EXPECT_EQ((*confused)[1].held_now, 4);
+  EXPECT_EQ((*confused)[1].named, "c");
 }
 
 TEST(RecordRepair, OfTwoWithOneNumberThePresentOneStaysThenTheFirst) {

@@ -70,6 +70,7 @@ bool SizeFinder::TakeSizes(clsMain& library) {
     found = std::exchange(work_->found, {});
     is_done = work_->is_done;
   }
+  has_found_ = has_found_ || !found.empty();
   for (const Song& song : found) library.SetSize(song.row, song.folder, song.name, song.size);
   return !is_done;
 }

@@ -24,10 +24,13 @@ class SizeFinder {
   /// Gives the library the sizes found since the last call. The library may have changed meanwhile.
   /// \returns false when all are found
   bool TakeSizes(clsMain& library);
+  /// Whether any size was found so far.
+  bool HasFound() const noexcept { return has_found_; }
 
  private:
   struct Work;
   std::shared_ptr<Work> work_;
+  bool has_found_ = false;
 };
 
 }  // namespace tallow

@@ -73,8 +73,11 @@ add_test(NAME program.starts_on_the_demo_collection
     $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/plugins ${CMAKE_BINARY_DIR}/tests/demo)
 add_test(NAME program.lives
   COMMAND ${CMAKE_SOURCE_DIR}/tests/life.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/life)
+add_test(NAME program.keeps_songs_of_drives_that_are_away
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/away.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/away)
 add_test(NAME program.obeys_its_command_line
   COMMAND ${CMAKE_SOURCE_DIR}/tests/command_line.sh $<TARGET_FILE:tallow>)
 set_tests_properties(program.starts_on_the_demo_collection program.lives
+  program.keeps_songs_of_drives_that_are_away
   program.obeys_its_command_line
   PROPERTIES TIMEOUT 300)

@@ -4,8 +4,10 @@
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
+#include <filesystem>
 #include <memory>
 #include <sys/stat.h>
+#include <system_error>
 #include <unistd.h>
 
 #include "util/errors.h"
@@ -156,8 +158,11 @@ bool FileExists(const std::string& path) {
 FileLook LookAtFile(const std::string& path) {
   struct stat status {};
   if (stat(path.c_str(), &status) != 0) {
-    if (IsNotThere(errno)) return {FilePresence::kNotThere, 0, {}};
-    return {FilePresence::kUnknown, 0, std::strerror(errno)};
+    if (!IsNotThere(errno)) return {FilePresence::kUnknown, 0, std::strerror(errno)};
+    // What a link leads to may lie on a drive that is away.
+    if (lstat(path.c_str(), &status) == 0)
+      return {FilePresence::kUnknown, 0, "A link leads to nothing"};
+    return {FilePresence::kNotThere, 0, {}};
   }
   if (!S_ISREG(status.st_mode)) return {FilePresence::kNotThere, 0, {}};
   return {FilePresence::kThere, static_cast<std::uint64_t>(status.st_size), {}};
@@ -240,6 +245,20 @@ std::string AbsolutePath(const std::string& path) {
   using Text = std::unique_ptr<char, decltype(&std::free)>;
   const Text real(realpath(path.c_str(), nullptr), &std::free);
   if (real) return real.get();
+  // A link may lead to something that is not there today.
+  constexpr int kMostLinks = 40;
+  static thread_local int links = 0;
+  const std::string link =
+      path.size() > 1 && path.back() == '/' ? path.substr(0, path.size() - 1) : path;
+  std::error_code error;
+  const std::string target = std::filesystem::read_symlink(link, error).string();
+  if (!error && links < kMostLinks) {
+    ++links;
+    const std::string resolved =
+        AbsolutePath(target.starts_with('/') ? target : std::string(FolderOfPath(link)) + target);
+    --links;
+    return resolved;
+  }
   // A file that is not there may still have a folder.
   const std::string folder(FolderOfPath(path));
   const Text real_folder(realpath(folder.empty() ? "." : folder.c_str(), nullptr), &std::free);

@@ -150,7 +150,7 @@ FileLook LookAtFile(const std::string& path) {
   std::uint64_t size = (std::uint64_t{data.nFileSizeHigh} << 32U) | data.nFileSizeLow;
   if ((attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0) {
     const auto target = InformationOf(path);
-    if (!target) return {FilePresence::kNotThere, 0, {}};
+    if (!target) return {FilePresence::kUnknown, 0, SystemErrorText(GetLastError())};
     attributes = target->dwFileAttributes;
     size = (std::uint64_t{target->nFileSizeHigh} << 32U) | target->nFileSizeLow;
   }

@@ -2,6 +2,7 @@
 #include <array>
 #include <cstdio>
 #include <string>
+#include <string_view>
 #include <windows.h>
 #include <winnetwk.h>
 
@@ -33,11 +34,21 @@ std::string ShareOf(const std::wstring& root) {
   return FromWide(share.data());
 }
 
+/// Whether a drive letter is another name of a folder.
+bool IsSubstitute(const std::wstring& root) {
+  std::array<wchar_t, 1024> target{};
+  const std::wstring letter = root.substr(0, 2);
+  return QueryDosDeviceW(letter.c_str(), target.data(), static_cast<DWORD>(target.size())) != 0 &&
+         std::wstring_view(target.data()).starts_with(L"\\??\\");
+}
+
 std::string VolumeAt(const std::wstring& root) {
   if (GetDriveTypeW(root.c_str()) == DRIVE_REMOTE) {
     const std::string share = ShareOf(root);
     return share.empty() ? share : "source " + ToLower(share);
   }
+  // It has the serial number of another letter.
+  if (IsSubstitute(root)) return {};
   DWORD serial = 0;
   if (!GetVolumeInformationW(root.c_str(), nullptr, 0, &serial, nullptr, nullptr, nullptr, 0) ||
       serial == 0)

@@ -4,6 +4,7 @@
 
 #include <QAbstractItemModel>
 
+#include "jukebox/window/song_list_model.h"
 #include "tests/jukebox_window_fixture.h"
 
 namespace tallow {
@@ -48,8 +49,8 @@ TEST_F(AwayList, ASongOfADriveThatIsAwayIsGreyAndSaysWhy) {
   mounted.erase(mounted.begin());
   Check();
   EXPECT_EQ(Rows(), (QStringList{"1.  a.mp3", "2.  b.mp3", "3.  c.mp3"}));
-  const QBrush grey = QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
-  EXPECT_EQ(Model().index(0, 0).data(Qt::ForegroundRole).value<QBrush>(), grey);
+  EXPECT_EQ(Model().index(0, 0).data(Qt::ForegroundRole).value<QBrush>(), GreyText());
+  EXPECT_NE(GreyText().color(), QGuiApplication::palette().color(QPalette::Text));
   EXPECT_FALSE(Model().index(2, 0).data(Qt::ForegroundRole).isValid());
   const QString why = QString::fromStdString("a.mp3 is on a drive that is away: " + one);
   for (const int role : {int(Qt::ToolTipRole), int(Qt::AccessibleTextRole)})

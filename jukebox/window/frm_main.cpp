@@ -160,6 +160,10 @@ void frmMain::ActOnList(int item, Folder& node) {
   // Every command of the list has its songs from here.
   tallow_.SongsToPlay.clear();
   if (on_show) tallow_.SongsToPlay = SongsOf(node, explorer_->SelectedRows());
+  const bool acts_on_selection = (item >= kRankBest && item <= kRankWorst) || item == kCutSongs ||
+                                 item == kDeleteSongs || item == kCopySongs;
+  if (acts_on_selection && tallow_.SongsToPlay.empty())
+    return emit Problem({tr("No song is selected.")});
   if (item >= kRankBest && item <= kRankWorst) {
     if (on_show) RankSelectedSongs(item - kRankBest + 1);
     return;
@@ -237,7 +241,7 @@ void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
     problems = taken.problems;
     tallow::Jukebox* const own[] = {&jukebox_};
     FollowReturnedSongs(taken.returned, own, tallow_.clipboard);
-    emit SongsReturned(taken.returned);
+    if (!taken.returned.empty() || taken.report.missing > 0) emit SongsReturned(taken.returned);
     if (taken.has_new_songs) FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own);
   } catch (const FilingError& error) {
     problems.insert(problems.end(), error.problems().begin(), error.problems().end());

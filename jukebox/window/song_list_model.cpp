@@ -11,6 +11,21 @@
 
 namespace tallow {
 
+QBrush GreyText() {
+  // Between the text and its background, and nearer to the text: the grey of what is disabled is too pale
+  // to be read on some desktops.
+  constexpr int kText = 5;
+  constexpr int kBase = 4;
+  const QPalette palette = QGuiApplication::palette();
+  const QColor text = palette.color(QPalette::Active, QPalette::Text);
+  const QColor base = palette.color(QPalette::Active, QPalette::Base);
+  const auto mix = [](int one, int other) {
+    return (kText * one + kBase * other) / (kText + kBase);
+  };
+  return QColor(mix(text.red(), base.red()), mix(text.green(), base.green()),
+                mix(text.blue(), base.blue()));
+}
+
 SongListModel::SongListModel(const Jukebox& jukebox, const clsMain& library, QObject* parent)
     : QAbstractTableModel(parent), jukebox_(jukebox), library_(library) {
   for (int rank = kLeastRankPicture; rank <= kBestRankPicture; ++rank)
@@ -22,27 +37,31 @@ void SongListModel::Refill() {
   beginResetModel();
   const Folder* const shown = jukebox_.selectednode();
   places_.clear();
+  has_hidden_ = false;
   rows_ = shown == nullptr ? 0 : static_cast<int>(shown->Items().size());
-  if (shown != nullptr && library_.Missing().size() > 0) ListPlaces(shown->Items());
+  if (shown != nullptr) ListPlaces(shown->Items());
   columns_ = static_cast<int>(jukebox_.ColumnHeaders().size());
   endResetModel();
 }
 
 void SongListModel::ListPlaces(const std::vector<SongEntry>& entries) {
-  places_.reserve(entries.size());
+  const bool any = std::any_of(entries.begin(), entries.end(), [this](const SongEntry& entry) {
+    return library_.IsHidden(entry.SubItem());
+  });
+  if (!any) return;
   for (std::size_t k = 0; k < entries.size(); ++k)
     if (!library_.IsHidden(entries[k].SubItem())) places_.push_back(static_cast<int>(k));
+  has_hidden_ = true;
   rows_ = static_cast<int>(places_.size());
-  if (places_.size() == entries.size()) places_.clear();
 }
 
 int SongListModel::PlaceOf(int row) const {
   if (row < 0 || row >= rows_) return -1;
-  return places_.empty() ? row : places_[static_cast<std::size_t>(row)];
+  return !has_hidden_ ? row : places_[static_cast<std::size_t>(row)];
 }
 
 int SongListModel::RowAt(int place) const {
-  if (places_.empty()) return std::min(place, rows_);
+  if (!has_hidden_) return std::min(place, rows_);
   return static_cast<int>(std::lower_bound(places_.begin(), places_.end(), place) -
                           places_.begin());
 }
@@ -71,8 +90,7 @@ QVariant SongListModel::data(const QModelIndex& index, int role) const {
   if (shown == nullptr || place < 0 || static_cast<std::size_t>(place) >= shown->Items().size())
     return {};
   const SongEntry& entry = shown->Items()[static_cast<std::size_t>(place)];
-  if (role == Qt::ForegroundRole && library_.IsAway(entry.SubItem()))
-    return QGuiApplication::palette().brush(QPalette::Disabled, QPalette::Text);
+  if (role == Qt::ForegroundRole && library_.IsAway(entry.SubItem())) return GreyText();
   const auto rank = static_cast<std::size_t>(entry.Icon());
   if (index.column() == kKey)
     return role == Qt::DisplayRole ? QString::number(entry.SubItem()) : QVariant();

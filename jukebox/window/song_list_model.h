@@ -5,12 +5,16 @@
 #include <vector>
 
 #include <QAbstractTableModel>
+#include <QBrush>
 #include <QIcon>
 
 #include "jukebox/jukebox.h"
 #include "jukebox/window/rank_picture.h"
 
 namespace tallow {
+
+/// The colour of a song that is away.
+QBrush GreyText();
 
 /// The songs of the folder on show for a list view: the entry's text, and its record number. Texts
 /// are made for the rows that are painted, so a folder of a million songs costs no more than one of
@@ -52,8 +56,8 @@ class SongListModel : public QAbstractTableModel {
   const Jukebox& jukebox_;
   const clsMain& library_;
   std::array<QIcon, kBestRankPicture + 1> ranks_;
-  /// The places of the songs that have rows; empty when all have.
-  std::vector<int> places_;
+  bool has_hidden_ = false;  ///< some songs have no rows
+  std::vector<int> places_;  ///< then the places of those that have
   int rows_ = 0;     ///< as the view was last told
   int columns_ = 0;  ///< as the view was last told
 };

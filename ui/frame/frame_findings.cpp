@@ -10,6 +10,7 @@
 
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
+#include "jukebox/returned_songs.h"
 #include "library/size_finder.h"
 #include "ui/dialogs/frm_findings.h"
 #include "ui/dialogs/frm_help.h"
@@ -28,7 +29,17 @@ FrameFindings::FrameFindings(QStatusBar& bar, Tallow& tallow, ShowMessage show,
   bar_.installEventFilter(this);
 }
 
-FrameFindings::~FrameFindings() = default;
+FrameFindings::~FrameFindings() {
+  // What was found until now need not be asked for again.
+  if (sizes_ != nullptr) {
+    sizes_->TakeSizes(tallow_.library);
+    SaveSizes();
+  }
+}
+
+void FrameFindings::SaveSizes() {
+  if (sizes_->HasFound()) tallow_.library.SaveFacts();
+}
 
 bool FrameFindings::HasAny() const {
   return !tallow_.library.LeftOut().empty() || !tallow_.library.AwayPlaces().empty();
@@ -52,6 +63,7 @@ void FrameFindings::ShowList() {
   frmFindings list(
       tallow_.library, show_,
       [this] {
+        FollowReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_.clipboard);
         for (Jukebox* const jukebox : jukeboxes_()) jukebox->ListRefilled(tallow_.library);
       },
       bar_.window());
@@ -71,8 +83,8 @@ void FrameFindings::TakeSizes() {
     QTimer::singleShot(kTakeEvery, this, &FrameFindings::TakeSizes);
     return;
   }
+  SaveSizes();
   sizes_.reset();
-  tallow_.library.SaveFacts();
 }
 
 }  // namespace tallow

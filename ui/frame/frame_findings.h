@@ -44,6 +44,7 @@ class FrameFindings : public QObject {
  private:
   bool HasAny() const;
   void TakeSizes();
+  void SaveSizes();
 
   QStatusBar& bar_;
   Tallow& tallow_;

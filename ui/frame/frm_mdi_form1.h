@@ -103,6 +103,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void OpenWaitingFiles();
   void ComeToFront();
   void StepOtherHalf(frmMain& window, EditHistory::Half half, bool back);
+  /// Does what fills the lists of all jukeboxes anew; whoever looks at one stays where they are.
+  void KeepPlaces(const std::function<void()>& act);
   void BringIn(NewSongsPlace place);
   void FollowSongs(const std::vector<ReturnedSong>& songs);
   void ShowFind();

@@ -141,23 +141,28 @@ void frmMDIForm1::Run(FrameCommand command) {
   }
 }
 
-void frmMDIForm1::BringIn(NewSongsPlace place) {
-  if (searching_) return;
-  // The lists are filled anew, but whoever looks at one stays where they are.
+void frmMDIForm1::KeepPlaces(const std::function<void()>& act) {
   std::vector<std::pair<PVExplorer*, PVExplorer::Place>> places;
   for (const Jukebox* const jukebox : OpenJukeboxes()) {
     PVExplorer& explorer = WindowOf(*jukebox)->PVExplorer1();
     places.emplace_back(&explorer, explorer.CurrentPlace());
   }
-  BringInNewSongs(place, tallow_, *this);
-  findings_->FindSizes();
+  act();
   for (const auto& [explorer, before] : places) explorer->GoTo(before);
 }
 
+void frmMDIForm1::BringIn(NewSongsPlace place) {
+  if (searching_) return;
+  KeepPlaces([&] { BringInNewSongs(place, tallow_, *this); });
+  findings_->FindSizes();
+}
+
 void frmMDIForm1::FollowSongs(const std::vector<ReturnedSong>& songs) {
-  std::vector<Jukebox*> others = OpenJukeboxes();
-  FollowReturnedSongs(songs, others, tallow_.clipboard);
-  for (Jukebox* const jukebox : others) jukebox->ListRefilled(tallow_.library);
+  KeepPlaces([&] {
+    const std::vector<Jukebox*> open = OpenJukeboxes();
+    FollowReturnedSongs(songs, open, tallow_.clipboard);
+    for (Jukebox* const jukebox : open) jukebox->ListRefilled(tallow_.library);
+  });
   findings_->Changed();
 }
 
@@ -200,6 +205,7 @@ void frmMDIForm1::ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange
 }
 
 void frmMDIForm1::ShowFind() {
+  if (JukeboxWindowForCommand() == nullptr) return;
   if (find_ == nullptr)
     find_ = new frmFind([this] { return ActiveJukeboxWindow(); }, tallow_.library, show_, this);
   find_->Begin();

@@ -1,0 +1,202 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Takes a drive away and brings it back, as a user would, on a virtual display: across a start, during a run,
+# before looking for new songs both ways, before No and before Yes on the closing question, with two jukeboxes
+# open. In the end every rank and every entry has to be there.
+#
+# Where root is at hand the drive is a real mount in a mount name space of its own; else it is a folder that is
+# moved away, which is given as a drive.
+#
+# Usage: away.sh PROGRAM FOLDER
+set -euo pipefail
+
+if [ "${TALLOW_OWN_MOUNTS:-}" = "" ]; then
+  if [ "$(id -u)" -eq 0 ] && unshare -m true 2> /dev/null; then
+    TALLOW_OWN_MOUNTS=yes exec unshare -m "$0" "$@"
+  fi
+  export TALLOW_OWN_MOUNTS=no
+fi
+
+program=$1
+folder=$2
+here=$(cd "$(dirname "$0")" && pwd)
+
+rm -rf "$folder"
+mkdir -p "$folder/app" "$folder/config/Tallow" "$folder/pictures" "$folder/stick" "$folder/content"
+folder=$(cd "$folder" && pwd -P)
+# The tips are not wanted.
+printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"
+"$here/../packaging/make-demo-collection.sh" "$folder/all"
+mv "$folder/all" "$folder/home"
+# Half of the folders are on the stick.
+find "$folder/home" -mindepth 1 -maxdepth 1 -type d | sort | awk 'NR % 2' | while read -r part; do
+  mv "$part" "$folder/content/"
+done
+
+if [ "$TALLOW_OWN_MOUNTS" = yes ]; then
+  echo "The drive is a real mount."
+  plug_in() { mount --bind "$folder/content" "$folder/stick"; }
+  pull_out() { umount "$folder/stick"; }
+else
+  echo "The drive is a folder that is moved away."
+  plug_in() { rmdir "$folder/stick" && mv "$folder/content" "$folder/stick"; }
+  pull_out() { mv "$folder/stick" "$folder/content" && mkdir "$folder/stick"; }
+fi
+
+. "$here/../packaging/virtual-display.sh"
+XDG_RUNTIME_DIR=$(mktemp -d)
+trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
+export XDG_RUNTIME_DIR XDG_CONFIG_HOME=$folder/config DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
+export QT_QPA_PLATFORM=xcb
+openbox > /dev/null 2>&1 &
+processes+=($!)
+for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
+. "$here/screen_user.sh"
+
+library=$folder/app/Grouping/FileLocNames.lmz
+mix=$folder/app/Grouping/mix.juk
+second=$folder/app/Grouping/second.juk
+start() {
+  "$program" --app-folder "$folder/app" --drive "$folder/home" --drive "$folder/stick" "$@" \
+    2>> "$folder/errors.txt" &
+  tallow=$!
+  processes+=("$tallow")
+}
+has_ended() { ! kill -0 "$tallow"; }
+# Number, rank, flag and name of every song of the library, a line each.
+songs() {
+  perl -e '
+    local $/; open my $file, "<:raw", $ARGV[0] or die; my $bytes = <$file>;
+    for (my $at = 0; $at < length $bytes;) {
+      my @text;
+      for (1 .. 12) { my $n = unpack "v", substr $bytes, $at, 2; push @text, substr $bytes, $at + 2, $n; $at += 2 + $n }
+      print "$text[2] $text[4] $text[3] $text[0]\n";
+    }' "$library"
+}
+# The songs of the folder that was made by hand, in a jukebox file.
+entries() { grep -o '"text":"Road trip".*' "$1" | grep -o '"songs":\[[0-9,]*\]'; }
+# Whether all songs of before are in the library as they were.
+expect_songs() {
+  songs > "$folder/now.txt"
+  head -n "$(wc -l < "$folder/before.txt")" "$folder/now.txt" | diff "$folder/before.txt" - ||
+    fail "Songs of the library are others $1."
+}
+expect_entries() {
+  for jukebox in "$mix" "$second"; do
+    [ "$(entries "$jukebox")" = "$folder_songs" ] || fail "Songs of $jukebox are others $1."
+  done
+}
+exit_with() { # exit_with [KEY...]: keys for the questions
+  keys alt+f x
+  local key
+  for key in "$@"; do
+    until_true 10 "a question at the end" window_named '^Tallow$'
+    keys "$key"
+    sleep 0.5
+  done
+  until_true 20 "the end of the program" has_ended
+}
+new_song() { # beside songs that are known
+  local like
+  like=$(find "$folder/home" -name '*.mp3' | sort | head -n 1)
+  cp "$like" "$(dirname "$like")/$1.mp3"
+}
+two_jukeboxes() { # the first one opens by itself
+  until_true 30 "the first jukebox" window_named '^Tallow - \['
+}
+
+# Songs get ranks and are put into a folder of their own, in two jukeboxes.
+plug_in
+start
+until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+before=$(cksum "$library")
+keys Tab Home shift+End shift+F10 r Return
+library_has_changed() { [ "$(cksum "$library")" != "$before" ]; }
+until_true 10 "the saved ranks" library_has_changed
+keys ctrl+c alt+e a
+xdotool type --delay 40 'Road trip'
+keys Return ctrl+v
+keys ctrl+s
+until_true 10 "the file dialog" window_named '^Save'
+xdotool type --delay 40 'second'
+keys Return
+until_true 10 "the saved jukebox" test -s "$second"
+keys alt+f a
+until_true 10 "the file dialog" window_named '^Save'
+xdotool type --delay 40 'mix'
+keys Return
+until_true 10 "the saved jukebox" test -s "$mix"
+exit_with
+songs > "$folder/before.txt"
+folder_songs=$(entries "$mix")
+grep -q ' 7 1 ' "$folder/before.txt" || fail "No song has a rank."
+[ "$(grep -o '[0-9]*' <<< "$folder_songs" | wc -l)" -eq "$(wc -l < "$folder/before.txt")" ] ||
+  fail "The folder does not hold every song."
+
+# A start without the drive, with both jukeboxes: nothing has changed, and nothing is asked.
+pull_out
+before=$(cksum "$library" "$mix" "$second")
+start "$second"
+two_jukeboxes
+until_true 10 "the second jukebox" window_named 'SECOND'
+keys Tab End
+picture 1-away
+# The list of what is away opens by a click on the status bar.
+frame=$(window_named '^Tallow - ' | tail -n 1)
+height=$(xdotool getwindowgeometry --shell "$frame" | sed -n 's/^HEIGHT=//p')
+xdotool mousemove --window "$frame" 200 $((height - 12)) click 1
+until_true 10 "the list of what is away" window_named '^Away and Left Out$'
+picture 2-list
+keys Escape
+exit_with
+[ "$(cksum "$library" "$mix" "$second")" = "$before" ] || fail "A start without the drive has changed a file."
+
+# New songs are looked for both ways without it; No to what has changed.
+new_song "Zebra crossing"
+start "$second"
+two_jukeboxes
+until_true 10 "the second jukebox" window_named 'SECOND'
+keys alt+s b
+sleep 1
+keys alt+s r
+sleep 2
+exit_with alt+n alt+n
+expect_songs "after a search without the drive"
+expect_entries "after a search without the drive"
+
+# It goes during a run, before both searches; Yes to what has changed.
+plug_in
+new_song "Yellow bricks"
+start "$second"
+two_jukeboxes
+until_true 10 "the second jukebox" window_named 'SECOND'
+pull_out
+keys alt+s b
+sleep 1
+keys alt+s r
+sleep 2
+picture 3-gone-during-a-run
+exit_with alt+y alt+y
+expect_songs "after the drive went during a run"
+expect_entries "after the drive went during a run"
+
+# It comes back during a run, and across a start.
+start
+two_jukeboxes
+plug_in
+keys alt+s b
+sleep 1
+picture 4-back
+exit_with
+expect_songs "after the drive came back"
+start
+two_jukeboxes
+keys Tab Home
+picture 5-as-before
+exit_with
+expect_songs "in the end"
+expect_entries "in the end"
+for song in "Zebra crossing" "Yellow bricks"; do
+  [ "$(grep -c " 1 $song.mp3" "$folder/now.txt")" -eq 1 ] || fail "$song is not in the library once."
+done
+[ "$TALLOW_OWN_MOUNTS" = no ] || pull_out
