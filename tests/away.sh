@@ -136,7 +136,7 @@ grep -q ' 7 1 ' "$folder/before.txt" || fail "No song has a rank."
 # A start without the drive, with both jukeboxes: nothing has changed, and nothing is asked.
 pull_out
 before=$(cksum "$library" "$mix" "$second")
-start "$second"
+start "$mix" "$second"
 two_jukeboxes
 until_true 10 "the second jukebox" window_named 'SECOND'
 keys Tab End
@@ -153,13 +153,14 @@ exit_with
 
 # New songs are looked for both ways without it; No to what has changed.
 new_song "Zebra crossing"
-start "$second"
+start "$mix" "$second"
 two_jukeboxes
 until_true 10 "the second jukebox" window_named 'SECOND'
 keys alt+s b
 sleep 1
-keys alt+s r
+keys alt+s r Return
 sleep 2
+picture 2b-searched
 exit_with alt+n alt+n
 expect_songs "after a search without the drive"
 expect_entries "after a search without the drive"
@@ -167,13 +168,13 @@ expect_entries "after a search without the drive"
 # It goes during a run, before both searches; Yes to what has changed.
 plug_in
 new_song "Yellow bricks"
-start "$second"
+start "$mix" "$second"
 two_jukeboxes
 until_true 10 "the second jukebox" window_named 'SECOND'
 pull_out
 keys alt+s b
 sleep 1
-keys alt+s r
+keys alt+s r Return
 sleep 2
 picture 3-gone-during-a-run
 exit_with alt+y alt+y
