@@ -32,7 +32,8 @@ std::vector<std::size_t> PlacesByNumber(std::span<const std::int32_t> numbers,
 /// stood at the place of that number and so was shown and played.
 struct ConfusedNumber {
   std::int32_t number = 0;
-  std::string named;          ///< file name of the song that had the number, and has it now; empty: it is gone
+  std::string
+      named;  ///< file name of the song that had the number, and has it now; empty: it is gone
   std::string held;           ///< file name of the song that stood at its place
   std::int32_t held_now = 0;  ///< the number of that song now
 };

@@ -58,8 +58,8 @@ class SongListModel : public QAbstractTableModel {
   std::array<QIcon, kBestRankPicture + 1> ranks_;
   bool has_hidden_ = false;  ///< some songs have no rows
   std::vector<int> places_;  ///< then the places of those that have
-  int rows_ = 0;     ///< as the view was last told
-  int columns_ = 0;  ///< as the view was last told
+  int rows_ = 0;             ///< as the view was last told
+  int columns_ = 0;          ///< as the view was last told
 };
 
 }  // namespace tallow
