@@ -206,7 +206,8 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
   for (std::size_t k = 0; k < entries.size(); ++k) {
     SongEntry entry = entries[k];
     const std::int32_t record = entry.SubItem();
-    const bool hidden = library.IsHidden(record);
+    const bool present = library.IsPresent(record);
+    const bool hidden = !present && library.IsHidden(record);
     const bool known = hidden || (record >= 1 && record <= count);
     if (!skip && !known) {
       // The one that moves up into this place is passed over.
@@ -214,7 +215,6 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
       removed.push_back(static_cast<std::int32_t>(k));
       continue;
     }
-    const bool present = library.IsPresent(record);
     if (!skip && !present && !hidden) {
       removed.push_back(static_cast<std::int32_t>(k));
       continue;

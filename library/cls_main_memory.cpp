@@ -95,8 +95,9 @@ bool clsMain::RepairRecordNumbers() {
 }
 
 bool clsMain::IsPresent(std::int32_t record) const {
-  return record >= 1 && record <= table_.rows() &&
-         NumericValue(table_.Cell(kFileIsThere, record)) != 0;
+  if (record < 1 || record > table_.rows()) return false;
+  const std::string_view flag = table_.Cell(kFileIsThere, record);
+  return flag == "1" || NumericValue(flag) != 0;
 }
 
 std::uint32_t clsMain::AwayReason(bool drive, std::string_view place, std::string_view problem) {
@@ -161,6 +162,8 @@ void clsMain::MarkAwaySongs(const std::vector<std::int32_t>& records) {
 }
 
 std::vector<AwayPlace> clsMain::AwayPlaces() const {
+  // Nothing was away since the start.
+  if (reasons_.empty()) return {};
   std::vector<std::int32_t> songs(reasons_.size());
   for (std::int32_t row = 1; row <= table_.rows(); ++row)
     if (table_.Facts(row).away != 0) ++songs[table_.Facts(row).away - 1];
@@ -224,13 +227,15 @@ void clsMain::LeaveOut(const std::string& path, std::int32_t record) {
 
 std::vector<std::string> clsMain::FoldersOf(bool away, std::int32_t first_row) const {
   std::vector<std::string> folders;
+  if (away && reasons_.empty()) return folders;
   std::unordered_set<std::string_view> seen;
   for (std::int32_t row = first_row; row <= table_.rows(); ++row) {
-    if ((table_.Facts(row).away != 0) != away || !IsPresent(row)) continue;
-    // Nearly all songs lie in the folder of the one before.
+    if ((table_.Facts(row).away != 0) != away) continue;
+    // Nearly all songs lie in the folder of the one before; a missing one lies in none.
     if (row > first_row && table_.SameStoredText(kFileLocation, row - 1, row) &&
-        (table_.Facts(row - 1).away != 0) == away && IsPresent(row - 1))
+        (table_.Facts(row - 1).away != 0) == away)
       continue;
+    if (!IsPresent(row)) continue;
     const std::string_view folder = table_.Cell(kFileLocation, row);
     if (seen.insert(folder).second) folders.emplace_back(folder);
   }

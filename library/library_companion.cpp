@@ -19,8 +19,10 @@ constexpr std::size_t kChecksumBytes = 8;
 template <typename Integer>
 void Append(std::string& to, Integer value) {
   const auto bits = static_cast<std::make_unsigned_t<Integer>>(value);
+  char bytes[sizeof bits];
   for (std::size_t k = 0; k < sizeof bits; ++k)
-    to += static_cast<char>(static_cast<unsigned char>(bits >> (8 * k)));
+    bytes[k] = static_cast<char>(static_cast<unsigned char>(bits >> (8 * k)));
+  to.append(bytes, sizeof bits);
 }
 
 /// \param at where the number begins; the bytes have to be there

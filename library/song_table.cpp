@@ -48,16 +48,6 @@ void SongTable::SetCell(std::int16_t column, std::int32_t row, std::string_view 
     cell = Repeats(column) ? pool_->Share(text) : pool_->Add(text);
 }
 
-const SongFacts& SongTable::Facts(std::int32_t row) const {
-  Check(kFileName, row);
-  return facts_[static_cast<std::size_t>(row - 1)];
-}
-
-SongFacts& SongTable::Facts(std::int32_t row) {
-  Check(kFileName, row);
-  return facts_[static_cast<std::size_t>(row - 1)];
-}
-
 void SongTable::Remove(const std::vector<char>& goes) {
   const auto stays = std::count(goes.begin(), goes.end(), 0);
   if (stays == static_cast<std::ptrdiff_t>(goes.size())) return;

@@ -63,8 +63,14 @@ class SongTable : public TextTable {
   /// The facts of a row, from 1. They are no part of version().
   ///
   /// \throws SubscriptError
-  const SongFacts& Facts(std::int32_t row) const;
-  SongFacts& Facts(std::int32_t row);
+  const SongFacts& Facts(std::int32_t row) const {
+    if (row < 1 || row > rows_) Check(kFileName, row);
+    return facts_[static_cast<std::size_t>(row - 1)];
+  }
+  SongFacts& Facts(std::int32_t row) {
+    if (row < 1 || row > rows_) Check(kFileName, row);
+    return facts_[static_cast<std::size_t>(row - 1)];
+  }
 
   /// Takes rows out; the others keep their order.
   ///
