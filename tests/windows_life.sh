@@ -49,6 +49,8 @@ c=$WINEPREFIX/drive_c
 d=$folder/d
 mkdir -p "$c/Music" "$d/Winamp" "$c/bin"
 ln -s "$d" "$WINEPREFIX/dosdevices/d:"
+# Wine takes the serial number of a folder that stands for a disk from here.
+printf '1A2B3C4D\n' > "$d/.windows-serial"
 ln -s /proc "$WINEPREFIX/dosdevices/e:"
 cp "$setup" "$c/bin/setup.exe"
 cp "$hold_file" "$c/bin/hold_file.exe"
@@ -211,9 +213,6 @@ until_true 20 "the file of the second start" window_named '^Tallow - \[OTHER\]$'
 picture 7-handed-over
 activate
 xdotool key --delay 100 alt+F4
-# A jukebox that was opened has been filed into, and asks.
-until_true 20 "the question whether to save" window_named '^Tallow$'
-keys alt+n
 until_true 30 "the end of the program" has_ended
 until_true 10 "the end of the player" is_in '273 40001 0' "$c/bin/player.txt"
 
@@ -229,9 +228,49 @@ sleep 0.5
 picture 8-second-start
 activate
 xdotool key --delay 100 alt+F4
-# A jukebox that was opened has been filed into, and asks.
+until_true 30 "the end of the program" has_ended
+
+# The letter D: goes: no song is taken for missing, and the jukebox that lies there is not taken for gone.
+letter_goes() {
+  "$wineserver" -k || :
+  "$wineserver" -w
+  rm "$WINEPREFIX/dosdevices/$1"
+}
+before=$(cksum "$library")
+letter_goes d:
+start
+until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+sleep 1
+picture 9-away
+library_has_changed && fail "A start without D: has changed the library."
+grep -q '"root":"D:' "$grouping/System/Drives.json" || fail "D: is not remembered."
+activate
+xdotool key --delay 100 alt+F4
 until_true 20 "the question whether to save" window_named '^Tallow$'
 keys alt+n
+until_true 30 "the end of the program" has_ended
+# It comes back as F:, and is known by its serial number.
+"$wine" reg add 'HKLM\Software\Wine\Drives' /v 'f:' /d hd /f > /dev/null
+"$wineserver" -w
+ln -s "$d" "$WINEPREFIX/dosdevices/f:"
+start
+until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 20 "the songs of D: on F:" is_in 'F:\Musik\' "$library"
+is_in 'D:\Musik\' "$library" && fail "Songs of D: were left behind."
+picture 10-another-letter
+activate
+xdotool key --delay 100 alt+F4
+until_true 20 "the question whether to save" window_named '^Tallow$'
+keys alt+n
+until_true 30 "the end of the program" has_ended
+# And as D: again.
+letter_goes f:
+ln -s "$d" "$WINEPREFIX/dosdevices/d:"
+start
+until_true 60 "the jukebox of before at the start" window_named '^Tallow - \[OTHER\]$'
+until_true 20 "the songs of F: on D:" is_in 'D:\Musik\' "$library"
+activate
+xdotool key --delay 100 alt+F4
 until_true 30 "the end of the program" has_ended
 
 # Installed once more over itself while it runs: nothing is changed. Then after it was closed: tips of one's
