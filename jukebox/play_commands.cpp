@@ -72,8 +72,8 @@ std::string PlayCommands::LeaveOutAway(std::vector<std::int32_t>& songs) {
     return true;
   });
   if (left_out == 0) return {};
-  if (left_out == 1) return "1 song was left out: " + first;
-  return std::to_string(left_out) + " songs were left out that are away. The first: " + first;
+  if (left_out == 1) return "1 song was not played: " + first;
+  return std::to_string(left_out) + " songs were not played. The first: " + first;
 }
 
 std::vector<std::int32_t> SongsOf(const Folder& folder) {

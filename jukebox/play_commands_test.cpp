@@ -58,17 +58,16 @@ TEST_F(PlayCommandsTest, SongsThatAreAwayAreLookedAtAgainAndLeftOut) {
   mounted.clear();
   library.CheckToSeeIfFilesAreMissingAndMakeFalse();
   commands.Play({1, 2, 3});
-  EXPECT_EQ(log,
-            (Texts{"status 2 songs were left out that are away. The first: a.mp3 is on a drive "
-                   "that is away: " +
-                       std::string(FolderOfPath(a)),
-                   "play"}));
+  EXPECT_EQ(log, (Texts{"status 2 songs were not played. The first: a.mp3 is on a drive "
+                        "that is away: " +
+                            std::string(FolderOfPath(a)),
+                        "play"}));
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{3}));
   // One is back.
   music.File("one/b.mp3");
   log.clear();
   commands.Play({1, 2});
-  EXPECT_EQ(log, (Texts{"status 1 song was left out: a.mp3 is on a drive that is away: " +
+  EXPECT_EQ(log, (Texts{"status 1 song was not played: a.mp3 is on a drive that is away: " +
                             std::string(FolderOfPath(a)),
                         "play"}));
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{2}));

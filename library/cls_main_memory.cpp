@@ -264,7 +264,9 @@ ScanReport clsMain::FinishScan(bool complete) {
   report.left_out = static_cast<std::int32_t>(left_out_.size());
   std::int32_t& counted = report.kind == ScanKind::kComputer ? companion_.left_out_of_computer
                                                              : companion_.left_out_of_list;
-  const std::int32_t before = counted >= 0 ? counted : std::max(0, companion_.left_out_of_computer);
+  // What either kind of search has said is not said again.
+  const std::int32_t before =
+      std::max({0, companion_.left_out_of_list, companion_.left_out_of_computer});
   report.left_out_grew = report.left_out > before;
   if (std::exchange(counted, report.left_out) != report.left_out) SaveFacts();
   return report;

@@ -17,7 +17,7 @@ namespace tallow {
 namespace {
 
 /// Of the list, in average characters and lines.
-constexpr int kListCharacters = 100;
+constexpr int kListCharacters = 120;
 constexpr int kListLines = 18;
 
 /// Holds the bytes of a place that is away.

@@ -63,6 +63,8 @@ void FrameFindings::ShowList() {
   frmFindings list(
       tallow_.library, show_,
       [this] {
+        bar_.showMessage(tr("The songs of the drive were forgotten."));
+        bar_.setToolTip({});
         FollowReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_.clipboard);
         for (Jukebox* const jukebox : jukeboxes_()) jukebox->ListRefilled(tallow_.library);
       },
