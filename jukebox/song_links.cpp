@@ -1,0 +1,124 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the entries of a jukebox file find their songs in the library.
+#include <algorithm>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "jukebox/jukebox_file.h"
+#include "util/path_text.h"
+
+namespace tallow {
+namespace {
+
+/// Finds the songs that a jukebox means.
+class SongLinks {
+ public:
+  explicit SongLinks(const clsMain& library) : library_(library) {}
+
+  /// Whether the song of a number, there or remembered, has a file name.
+  bool IsNamed(std::int32_t record, std::string_view name) const {
+    if (library_.IsPresent(record))
+      return IsSamePathText(library_.Mp3Info(kFileName, record), name);
+    const MissingSong* const song = library_.Missing().Find(record);
+    if (song == nullptr || song->now != 0 || !IsSamePathText(song->name, name)) return false;
+    // Without a size it cannot be known again by itself, so a song of the name will do.
+    return song->size != kUnknownSize || OnlyPresent(name) == 0;
+  }
+
+  /// The number of the only song of a name; 0 where there is none, or are several.
+  std::int32_t ByName(std::string_view name) const {
+    if (const std::int32_t row = OnlyPresent(name)) return row;
+    if (IsPresentOften(name)) return 0;
+    const MissingSong* const song = library_.Missing().OnlyOfName(name);
+    return song != nullptr ? song->number : 0;
+  }
+
+ private:
+  /// 0 for none, or for several.
+  std::int32_t OnlyPresent(std::string_view name) const {
+    const auto found = Rows().find(PathKey(name));
+    return found != Rows().end() ? found->second : 0;
+  }
+  bool IsPresentOften(std::string_view name) const { return Rows().contains(PathKey(name)); }
+
+  /// The rows of the present songs by PathKey of their names; 0 for a name of several.
+  const std::unordered_map<std::string, std::int32_t>& Rows() const {
+    if (!rows_.empty()) return rows_;
+    for (std::int32_t row = 1; row <= library_.UBoundOfMp3Array(); ++row) {
+      if (!library_.IsPresent(row)) continue;
+      const auto [place, is_new] = rows_.emplace(PathKey(library_.Mp3Info(kFileName, row)), row);
+      if (!is_new) place->second = 0;
+    }
+    return rows_;
+  }
+
+  const clsMain& library_;
+  mutable std::unordered_map<std::string, std::int32_t> rows_;  ///< made when they are needed
+};
+
+/// Asks about the songs that had the number of another one when the jukebox was saved.
+/// \returns whether its numbers count, not its names
+bool NumbersCount(const JukeboxContent::Names& names, const clsMain& library,
+                  const AskWhichSongs& ask) {
+  if (!ask || library.Repaired().IsEmpty()) return false;
+  ConfusedSongs confused;
+  for (std::size_t k = 0; k < names.size(); ++k) {
+    const auto [record, name] = names[k];
+    const ConfusedNumber* const number = library.Repaired().Find(record);
+    if (number == nullptr || number->held != name) continue;
+    if (confused.count++ == 0) confused = {record, number->held, number->named, 1};
+  }
+  return confused.count > 0 && !ask(confused).value_or(true);
+}
+
+/// The lowest of the numbers that stand for names in a jukebox; kFirstNumberOfName plus one for none.
+std::int32_t LastNumberOfName(const JukeboxContent& content) {
+  std::int32_t last = kFirstNumberOfName + 1;
+  for (std::size_t k = 0; k < content.names.size(); ++k)
+    last = std::min(last, content.names[k].record);
+  return last;
+}
+
+/// Whether an entry that no song has the name of may keep its number: no other song has it.
+bool StaysWithItsNumber(std::int32_t record, const clsMain& library) {
+  if (IsNumberOfName(record)) return true;
+  return record >= 1 && record <= library.UBoundOfMp3Array() && !library.IsPresent(record);
+}
+
+}  // namespace
+
+void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhichSongs& ask) {
+  const bool numbers_count = NumbersCount(content.names, library, ask);
+  const SongLinks links(library);
+  std::unordered_map<std::int32_t, std::int32_t> moved;
+  std::vector<std::pair<std::int32_t, std::string>> named;
+  std::int32_t last_of_name = LastNumberOfName(content);
+  const std::size_t count = content.names.size();
+  for (std::size_t k = 0; k < count; ++k) {
+    const auto [record, name] = content.names[k];
+    const std::int32_t now = library.Missing().NumberNow(record);
+    const ConfusedNumber* const confused = library.Repaired().Find(record);
+    std::int32_t linked = now;
+    if (confused != nullptr && confused->held == name)
+      linked = library.Missing().NumberNow(numbers_count ? record : confused->held_now);
+    else if (!links.IsNamed(now, name))
+      linked = links.ByName(name);
+    if (linked == 0) linked = StaysWithItsNumber(now, library) ? now : --last_of_name;
+    if (IsNumberOfName(linked) && linked != record) named.emplace_back(linked, name);
+    // Of two names of one number the last one counts.
+    moved.erase(record);
+    if (linked != record) moved[record] = linked;
+  }
+  // An entry without a name may have come back all the same.
+  for (const MissingSong& song : library.Missing().Songs())
+    if (song.now != 0) moved.emplace(song.number, library.Missing().NumberNow(song.number));
+  if (moved.empty()) return;
+  for (const auto& [record, name] : named) content.names.Add(record, name);
+  for (JukeboxContent::Folder& folder : content.folders)
+    for (std::int32_t& song : folder.songs)
+      if (const auto found = moved.find(song); found != moved.end()) song = found->second;
+}
+
+}  // namespace tallow

@@ -1,0 +1,195 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How the library finds out which of its songs are there.
+#include <algorithm>
+#include <functional>
+#include <optional>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "library/cls_main.h"
+#include "library/folder_scan.h"
+#include "util/path_text.h"
+#include "util/read_ahead.h"
+
+namespace tallow {
+namespace {
+
+/// The part of a folder's path that is not there: up to the first folder that is not, or is empty.
+std::string PartNotThere(std::string_view folder) {
+  std::string place(folder);
+  for (;;) {
+    const std::string_view above =
+        FolderOfPath(std::string_view(place).substr(0, std::max<std::size_t>(place.size(), 1) - 1));
+    if (above.empty() || above.size() >= place.size()) return place;
+    const FolderState state = StateOfFolder(std::string(above));
+    if (state == FolderState::kHasEntries || state == FolderState::kUnreadable) return place;
+    place = above;
+  }
+}
+
+}  // namespace
+
+/// The rows whose songs lie in one folder.
+struct clsMain::FolderRows {
+  std::string_view folder;
+  std::vector<std::int32_t> rows;
+};
+
+/// What a look at the songs of a folder has shown.
+struct clsMain::FolderFindings {
+  std::vector<FilePresence> songs;
+  std::string problem;  ///< why songs are unknown
+};
+
+/// One run of CheckToSeeIfFilesAreMissingAndMakeFalse.
+class clsMain::PresenceCheck {
+ public:
+  explicit PresenceCheck(clsMain& library) : library_(library), table_(library.table_) {}
+
+  void Run(const GoOn& go_on) {
+    ListFolders();
+    bool complete = true;
+    try {
+      ReadAhead(
+          folders_.size(), kFoldersAtOnce, [&](std::size_t k) { return FindSongs(folders_[k]); },
+          [&](std::size_t k, FolderFindings findings) {
+            Judge(folders_[k], findings);
+            if (go_on && !go_on(folders_[k].folder)) throw Stopped();
+          },
+          IdleCallback(go_on));
+    } catch (const Stopped&) {
+      // The songs of the folders that were not looked at stay as they are.
+      complete = false;
+    }
+    for (const std::int32_t row : missing_) library_.BlankRow(row);
+    for (const auto& [row, folder] : moved_) table_.SetCell(kFileLocation, row, folder);
+    library_.list_is_stale_ = library_.list_is_stale_ || !moved_.empty();
+    if (complete) library_.drives_.TakeNewRoots();
+  }
+
+ private:
+  void ListFolders() {
+    std::unordered_map<std::string_view, std::size_t> index;
+    const std::vector<KnownDrive>& drives = library_.drives_.Drives();
+    const bool behind_automounter = std::any_of(
+        drives.begin(), drives.end(), [](const KnownDrive& drive) { return drive.automounter; });
+    for (std::int32_t row = 1; row <= table_.rows(); ++row) {
+      if (table_.Cell(kFileIsThere, row) != kPresent) {
+        missing_.push_back(row);
+        continue;
+      }
+      const std::string_view folder = table_.Cell(kFileLocation, row);
+      if (behind_automounter && library_.drives_.IsBehindAutomounter(folder)) {
+        table_.Facts(row).away = library_.AwayReason(true, library_.drives_.AwayRootOf(folder), {});
+        continue;
+      }
+      const auto [at, added] = index.try_emplace(folder, folders_.size());
+      if (added) folders_.push_back({folder, {}});
+      folders_[at->second].rows.push_back(row);
+    }
+  }
+
+  /// Looks at each song of a folder. One listing answers for nearly all; what it does not show (a name
+  /// stored in another letter case, for one) is asked for singly. Called from several threads.
+  FolderFindings FindSongs(const FolderRows& songs) const {
+    FolderFindings findings;
+    findings.songs.resize(songs.rows.size(), FilePresence::kNotThere);
+    FolderListing listing;
+    const bool listed =
+        !songs.folder.empty() && songs.folder.back() == kSeparator && songs.rows.size() > 1;
+    if (listed) listing = ListFolder(std::string(songs.folder), {.pattern = kSongPattern});
+    if (listed && listing.not_there) return findings;
+    findings.problem = listing.problem;
+    std::unordered_set<std::string_view> names(listing.files.size());
+    for (const FileEntry& file : listing.files) names.insert(file.name);
+    bool ask = true;
+    for (std::size_t k = 0; k < songs.rows.size(); ++k) {
+      const std::string_view name = table_.Cell(kFileName, songs.rows[k]);
+      FilePresence& presence = findings.songs[k];
+      if (names.contains(name)) {
+        presence = FilePresence::kThere;
+      } else if (ask) {
+        const FileLook look = LookAtFile(std::string(songs.folder).append(name));
+        presence = look.presence;
+        if (presence == FilePresence::kUnknown) findings.problem = look.problem;
+        // A folder that can be entered but not listed answers for each file, others for none.
+        ask = presence != FilePresence::kUnknown || listing.opened;
+      } else {
+        presence = FilePresence::kUnknown;
+      }
+      // What a folder that cannot be read whole does not show may be there.
+      if (presence == FilePresence::kNotThere && !listing.problem.empty())
+        presence = FilePresence::kUnknown;
+    }
+    return findings;
+  }
+
+  void Judge(const FolderRows& songs, const FolderFindings& findings) {
+    std::vector<std::int32_t> gone;
+    for (std::size_t k = 0; k < songs.rows.size(); ++k) {
+      const std::int32_t row = songs.rows[k];
+      table_.Facts(row).away = 0;
+      if (findings.songs[k] == FilePresence::kNotThere) gone.push_back(row);
+      if (findings.songs[k] == FilePresence::kUnknown)
+        table_.Facts(row).away = library_.AwayReason(false, songs.folder, findings.problem);
+    }
+    if (!gone.empty()) JudgeGone(songs.folder, gone);
+    // Of a drive that is away the system may say anything.
+    if (gone.size() < songs.rows.size()) PreferDrive(songs);
+  }
+
+  void PreferDrive(const FolderRows& songs) {
+    std::optional<KnownDrives::FolderVerdict> verdict;
+    for (const std::int32_t row : songs.rows) {
+      if (table_.Facts(row).away == 0) continue;
+      if (!verdict) verdict = library_.drives_.VerdictOf(songs.folder);
+      if (verdict->verdict == KnownDrives::Verdict::kAway)
+        table_.Facts(row).away = library_.AwayReason(true, verdict->away_root, {});
+    }
+  }
+
+  void JudgeGone(std::string_view folder, std::vector<std::int32_t> gone) {
+    const KnownDrives::FolderVerdict verdict = library_.drives_.VerdictOf(folder);
+    for (const std::string& place : verdict.moved_to)
+      std::erase_if(gone, [&](std::int32_t row) { return IsAt(place, row); });
+    if (gone.empty()) return;
+    std::uint32_t reason = 0;
+    if (verdict.verdict == KnownDrives::Verdict::kAway) {
+      reason = library_.AwayReason(true, verdict.away_root, {});
+    } else if (verdict.verdict == KnownDrives::Verdict::kUnremembered) {
+      const FolderState state = StateOfFolder(std::string(folder));
+      if (state != FolderState::kHasEntries)
+        reason = library_.AwayReason(true, PartNotThere(folder), {});
+    }
+    for (const std::int32_t row : gone)
+      if (reason != 0)
+        table_.Facts(row).away = reason;
+      else
+        missing_.push_back(row);
+  }
+
+  /// Whether a song's file is where its drive is shown now, or nobody can tell.
+  bool IsAt(const std::string& place, std::int32_t row) {
+    const FileLook look = LookAtFile(place + std::string(table_.Cell(kFileName, row)));
+    if (look.presence == FilePresence::kNotThere) return false;
+    if (look.presence == FilePresence::kUnknown)
+      table_.Facts(row).away = library_.AwayReason(false, place, look.problem);
+    moved_.emplace_back(row, place);
+    return true;
+  }
+
+  clsMain& library_;
+  SongTable& table_;
+  std::vector<FolderRows> folders_;
+  std::vector<std::int32_t> missing_;
+  std::vector<std::pair<std::int32_t, std::string>> moved_;  ///< rows and their folders now
+};
+
+void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on) {
+  LoadMemory();
+  LookAtDrives();
+  PresenceCheck(*this).Run(go_on);
+}
+
+}  // namespace tallow
