@@ -7,6 +7,7 @@
 #include "app/search/player_search.h"
 #include "app/system.h"
 #include "jukebox/jukebox.h"
+#include "tests/row_numbers.h"
 #include "tests/system_fixture.h"
 
 namespace tallow {
@@ -154,6 +155,59 @@ TEST_F(SystemTest, APlayerThatIsNowhereLeavesAnEmptyPath) {
   clsINI saved;
   saved.GetandLoadIniInfo(Settings());
   EXPECT_EQ(saved.LocOfWinAmpExe(), "");
+}
+
+TEST_F(SystemTest, TheFirstStartSaysWhatItFoundAndALaterOneOnlyWhatHasChanged) {
+  ASSERT_TRUE(Start());
+  EXPECT_EQ(windows->scan, "3 new songs");
+  ASSERT_TRUE(Start());
+  EXPECT_EQ(windows->scan, "");
+  MakeSong("a/four.mp3", {});
+  RemoveFile(music / "b/three.mp3");
+  ASSERT_TRUE(Start());
+  EXPECT_EQ(windows->scan, "1 new song, 1 missing");
+  EXPECT_TRUE(windows->notices.empty());
+  ASSERT_TRUE(Start());
+  EXPECT_EQ(windows->scan, "");
+}
+
+TEST_F(SystemTest, ConfusedNumbersArePutRightAndSaid) {
+  ASSERT_TRUE(Start());
+  Rank();
+  clsMain& library = tallow->library;
+  library.Mp3Info(kRecordNumber, 2, "3");
+  library.Mp3Info(kRecordNumber, 3, "4");
+  ASSERT_TRUE(library.Save());
+  const auto before = ReadWholeFile(Library());
+  ASSERT_TRUE(Start());
+  ExpectRowsAreNumbers(tallow->library);
+  ExpectRanks();
+  EXPECT_EQ(ReadWholeFile(Library() + ".bak"), before);
+  EXPECT_EQ(
+      windows->notices,
+      Texts{"An earlier Tallow had confused the numbers of songs in the song library. They "
+            "were put right; the library as it was is kept as FileLocNames.lmz.bak beside it."});
+  ASSERT_TRUE(Start());
+  EXPECT_TRUE(windows->notices.empty());
+}
+
+TEST_F(SystemTest, ALastJukeboxOnADriveThatIsAwayIsNotCalledGone) {
+  ASSERT_TRUE(Start());
+  // A drive that was there once.
+  KnownDrives drives({music / "stick/"});
+  const std::string root = music.Folder("stick");
+  music.File("stick/abba/a.mp3");
+  drives.LookAtDrives([] { return MountedVolumes(); });
+  drives.SongsSeen({root + "abba" + kSep}, {}, true);
+  WriteFileAtomically(SystemFolder(application.path()) + "Drives.json", drives.Encode());
+  tallow->library.AddSong(root + "abba" + kSep, "a.mp3", 1);
+  ASSERT_TRUE(tallow->library.Save());
+  std::filesystem::remove_all(std::filesystem::path(root));
+  tallow->settings.LocOfLastSavedJukeBox(root + "mix.juk");
+  tallow->SaveSettings();
+  ASSERT_TRUE(Start());
+  EXPECT_EQ(windows->notices, Texts{root + "mix.juk is on a drive that is away: " + root +
+                                    ". So this is the sample jukebox."});
 }
 
 }  // namespace
