@@ -338,8 +338,8 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
       add(record, library.Mp3Info(kFileName, record));
     else if (missing != nullptr)
       add(record, missing->name);
-    else
-      add(record, known != absent.end() ? known->second : library.Mp3Info(kFileName, record));
+    else if (known != absent.end())
+      add(record, known->second);
   }
   for (const std::int32_t record : used.strangers)
     if (const auto known = absent.find(record); known != absent.end()) add(record, known->second);
