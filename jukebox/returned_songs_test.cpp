@@ -3,6 +3,7 @@
 #include "jukebox/returned_songs.h"
 
 #include <filesystem>
+#include <limits>
 
 #include "app/confused_songs.h"
 #include "app/take_files.h"
@@ -296,6 +297,20 @@ TEST_F(Links, ARememberedSongIsNotReplacedByAnotherOfItsName) {
   Scan();
   ASSERT_EQ(library.Mp3Info(kFileName, 5), "b.mp3");
   EXPECT_EQ(Linked({{2, "b.mp3"}}), Songs{2});
+}
+
+TEST_F(Links, NumbersThatStandForNamesAreNobodyElses) {
+  constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
+  constexpr std::int32_t kFirst = kFirstNumberOfName;
+  // The first two free ones are taken by an entry with a name and one without.
+  JukeboxContent content;
+  content.names.Add(kLowest, "x.mp3");
+  content.names.Add(kFirst, "y.mp3");
+  content.names.Add(1, "z.mp3");
+  content.folders.emplace_back().songs = {kLowest, kFirst, kFirst - 1, 1};
+  RelinkSongs(content, library);
+  EXPECT_EQ(content.folders[0].songs, (Songs{kLowest, kFirst, kFirst - 1, kFirst - 2}));
+  EXPECT_EQ(AbsentNames(content, library).at(kFirst - 2), "z.mp3");
 }
 
 TEST_F(Links, ConfusedNumbersAreAskedForOnce) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -73,13 +74,33 @@ bool NumbersCount(const JukeboxContent::Names& names, const clsMain& library,
   return confused.count > 0 && !ask(confused).value_or(true);
 }
 
-/// The lowest of the numbers that stand for names in a jukebox; kFirstNumberOfName plus one for none.
-std::int32_t LastNumberOfName(const JukeboxContent& content) {
-  std::int32_t last = kFirstNumberOfName + 1;
-  for (std::size_t k = 0; k < content.names.size(); ++k)
-    last = std::min(last, content.names[k].record);
-  return last;
-}
+/// Gives numbers that stand for names and that a jukebox does not use yet, going down.
+class NumbersOfNames {
+ public:
+  explicit NumbersOfNames(const JukeboxContent& content) : content_(content) {}
+
+  std::int32_t Next() {
+    if (last_ > kFirstNumberOfName) FindUsed();
+    do {
+      --last_;
+    } while (used_.contains(last_));
+    return last_;
+  }
+
+ private:
+  void FindUsed() {
+    for (std::size_t k = 0; k < content_.names.size(); ++k) Use(content_.names[k].record);
+    for (const JukeboxContent::Folder& folder : content_.folders)
+      for (const std::int32_t song : folder.songs) Use(song);
+  }
+  void Use(std::int32_t record) {
+    if (IsNumberOfName(record)) used_.insert(record);
+  }
+
+  const JukeboxContent& content_;
+  std::unordered_set<std::int32_t> used_;
+  std::int32_t last_ = kFirstNumberOfName + 1;
+};
 
 /// Whether an entry that no song has the name of may keep its number: no other song has it.
 bool StaysWithItsNumber(std::int32_t record, const clsMain& library) {
@@ -94,7 +115,7 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhich
   const SongLinks links(library);
   std::unordered_map<std::int32_t, std::int32_t> moved;
   std::vector<std::pair<std::int32_t, std::string>> named;
-  std::int32_t last_of_name = LastNumberOfName(content);
+  NumbersOfNames numbers_of_names(content);
   const std::size_t count = content.names.size();
   for (std::size_t k = 0; k < count; ++k) {
     const auto [record, name] = content.names[k];
@@ -105,7 +126,7 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhich
       linked = library.Missing().NumberNow(numbers_count ? record : confused->held_now);
     else if (!links.IsNamed(now, name))
       linked = links.ByName(name);
-    if (linked == 0) linked = StaysWithItsNumber(now, library) ? now : --last_of_name;
+    if (linked == 0) linked = StaysWithItsNumber(now, library) ? now : numbers_of_names.Next();
     if (IsNumberOfName(linked) && linked != record) named.emplace_back(linked, name);
     // Of two names of one number the last one counts.
     moved.erase(record);
