@@ -360,6 +360,9 @@ TEST_F(Links, TheAnswerIsKeptForTheFile) {
   EXPECT_NE(texts[1].find("it has 2 more songs."), std::string::npos);
   EXPECT_EQ(AskAboutConfusedSongs(kSep + "one.juk", library, ask)({2, "d.mp3", "b.mp3", 1}), false);
   EXPECT_EQ(texts[2].find("In the same way"), std::string::npos);
+  AskAboutConfusedSongs(kSep + "gone.juk", library, ask)({2, "d.mp3", "", 1});
+  EXPECT_NE(texts[3].find("is\n\n    (a song that is no longer in the library)\n\n"),
+            std::string::npos);
   // Nobody has answered: it is asked again.
   const AskQuestion left = [&](const std::string&) { return std::optional<bool>(); };
   EXPECT_EQ(AskAboutConfusedSongs(kSep + "left.juk", library, left)(songs), std::nullopt);

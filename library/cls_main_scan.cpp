@@ -17,6 +17,7 @@
 #include "util/text_lines.h"
 
 namespace tallow {
+
 /// The songs that are there or away, by their paths as the system compares them.
 class clsMain::KnownSongs {
  public:

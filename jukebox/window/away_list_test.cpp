@@ -102,6 +102,19 @@ TEST_F(AwayList, OpeningARowPlaysItsSong) {
   EXPECT_EQ(played.back(), (Songs{1, 3}));
 }
 
+TEST_F(AwayList, ACommandOnAnEmptySelectionIsSaid) {
+  AddFolder("mine", {1, 2});
+  Show();
+  List().clearSelection();
+  Folder* const mine = window.Jukebox().selectednode();
+  for (const ListCommand item : {kCutSongs, kCopySongs, kDeleteSongs, kRankBest}) {
+    problems.clear();
+    window.ActOnPopUpClick(item, kListPane, mine);
+    EXPECT_EQ(problems, QStringList{"No song is selected."}) << item;
+  }
+  EXPECT_EQ(SongsOf(*mine), (Songs{1, 2}));
+}
+
 TEST_F(AwayList, NothingToPlayIsSaid) {
   AddFolder("mine", {});
   Show();
