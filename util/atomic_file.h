@@ -19,7 +19,8 @@ inline constexpr std::string_view kBackupSuffix = ".bak";
 /// The content goes to a file beside it (the name followed by ".new"), is flushed to the disk, and
 /// takes the name over. On Linux
 /// a link to a file is followed, so that the file is replaced and not the link, and permissions are
-/// kept where the disk keeps any.
+/// kept where the disk keeps any. A link that leads to nothing is not replaced: its file may be on a disk
+/// that is away.
 ///
 /// \param before_replacing is called once the new content is on the disk beside the old one; what it
 ///        throws leaves the old one. May be empty
@@ -33,6 +34,15 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
 ///
 /// \throws FileError
 void KeepBackup(const std::string& path);
+
+/// KeepBackup of a file that is about to be replaced by WriteFileAtomically. Where the file system knows
+/// hard links, nothing is copied. On Linux a link to a file is followed; the backup lies beside the link.
+///
+/// \param suffix of the name that it is kept under
+/// \throws FileError
+void KeepReplaced(const std::string& path, std::string_view suffix = kBackupSuffix);
+/// KeepReplaced under any name.
+void KeepReplacedAs(const std::string& path, const std::string& other);
 
 /// Gives a file the name followed by ".bak", in place of an earlier one. Unlike KeepBackup this works on
 /// a file that cannot be read.

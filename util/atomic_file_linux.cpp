@@ -1,14 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
+#include <exception>
 #include <fcntl.h>
+#include <memory>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include "util/atomic_file.h"
 #include "util/errors.h"
-#include "util/file_system.h"
+#include "util/link_backup.h"
 #include "util/open_file_linux.h"
 #include "util/path_text.h"
 
@@ -17,6 +20,43 @@ namespace {
 
 [[noreturn]] void Fail(const std::string& path, int error) {
   throw FileError(path, std::strerror(error));
+}
+
+/// Whether there is something at a path that is to be written.
+///
+/// \param status of what is there
+/// \throws FileError when nobody can tell, and of a link that leads to nothing
+bool IsThere(const std::string& path, struct stat& status) {
+  if (Retry([&] { return stat(path.c_str(), &status); }) == 0) return true;
+  if (errno != ENOENT) Fail(path, errno);
+  if (Retry([&] { return lstat(path.c_str(), &status); }) == 0)
+    throw FileError(path, "is a link that leads to nothing");
+  if (errno != ENOENT) Fail(path, errno);
+  return false;
+}
+
+/// The path of an existing file with every link followed.
+std::string RealPath(const std::string& path) {
+  using Text = std::unique_ptr<char, decltype(&std::free)>;
+  for (;;) {
+    const Text real(realpath(path.c_str(), nullptr), &std::free);
+    if (real) return real.get();
+    if (errno != EINTR) Fail(path, errno);
+  }
+}
+
+int Rename(const std::string& from, const std::string& to) noexcept {
+  return Retry([&] { return std::rename(from.c_str(), to.c_str()); });
+}
+
+int Unlink(const std::string& path) noexcept {
+  return Retry([&] { return unlink(path.c_str()); });
+}
+
+/// Whether a file system that keeps no permissions, or lets only the owner change them, has refused.
+bool KeepsNoPermissions(int error) noexcept {
+  return error == EPERM || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS ||
+         error == EINVAL;
 }
 
 void WriteAll(int descriptor, std::string_view content, const std::string& path) {
@@ -33,42 +73,64 @@ void WriteAll(int descriptor, std::string_view content, const std::string& path)
 void WriteFileAtomically(const std::string& path, std::string_view content,
                          const std::function<void()>& before_replacing) {
   struct stat old {};
-  const bool exists = stat(path.c_str(), &old) == 0;
-  const std::string target = exists ? AbsolutePath(path) : path;
+  const bool exists = IsThere(path, old);
+  const std::string target = exists ? RealPath(path) : path;
   if (exists && !S_ISREG(old.st_mode)) throw FileError(path, "is not a regular file");
-  if (exists && faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0) Fail(path, errno);
+  if (exists && Retry([&] { return faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS); }) != 0)
+    Fail(path, errno);
   const std::string beside = target + std::string(kUnfinishedSuffix);
   // What an earlier writer has left goes; were it a link, another file would be written.
-  if (unlink(beside.c_str()) != 0 && errno != ENOENT)
+  if (Unlink(beside) != 0 && errno != ENOENT)
     Fail(errno == EISDIR || errno == EPERM ? beside : path, errno);
-  const OpenFile file(open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
+  const OpenFile file(
+      Retry([&] { return open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666); }));
   if (!file) Fail(path, errno);
   try {
-    // A file system that keeps no permissions refuses; the content matters more.
-    if (exists && fchmod(file.descriptor(), old.st_mode & 07777) != 0) errno = 0;
+    // Where there are no permissions to keep, the content matters more.
+    const mode_t permissions = old.st_mode & 07777;
+    if (exists && Retry([&] { return fchmod(file.descriptor(), permissions); }) != 0 &&
+        !KeepsNoPermissions(errno))
+      Fail(path, errno);
     WriteAll(file.descriptor(), content, path);
-    if (fsync(file.descriptor()) != 0) Fail(path, errno);
+    if (Retry([&] { return fsync(file.descriptor()); }) != 0) Fail(path, errno);
     if (before_replacing) before_replacing();
   } catch (...) {
-    unlink(beside.c_str());
+    Unlink(beside);
     throw;
   }
-  if (std::rename(beside.c_str(), target.c_str()) != 0) {
+  if (Rename(beside, target) != 0) {
     const int error = errno;
-    unlink(beside.c_str());
+    Unlink(beside);
     Fail(path, error);
   }
   // The name itself is on the disk only once the folder is. A file system that cannot flush a
   // folder has done what it can.
   const std::string folder(FolderOfPath(target));
-  const OpenFile directory(
-      open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-  if (directory) fsync(directory.descriptor());
+  const OpenFile directory(Retry([&] {
+    return open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  }));
+  if (directory) Retry([&] { return fsync(directory.descriptor()); });
+}
+
+bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
+  try {
+    const std::string beside = backup + std::string(kUnfinishedSuffix);
+    if (Unlink(beside) != 0 && errno != ENOENT) return false;
+    // The link itself would be linked, so what it leads to is named.
+    const std::string target = RealPath(path);
+    if (Retry([&] { return link(target.c_str(), beside.c_str()); }) != 0) return false;
+    const bool renamed = Rename(beside, backup) == 0;
+    // Two links to one file are not renamed over each other.
+    Unlink(beside);
+    return renamed;
+  } catch (const std::exception&) {
+    return false;
+  }
 }
 
 void MoveToBackup(const std::string& path) {
-  if (std::rename(path.c_str(), (path + std::string(kBackupSuffix)).c_str()) != 0)
-    Fail(path, errno);
+  const std::string backup = path + std::string(kBackupSuffix);
+  if (Rename(path, backup) != 0) Fail(errno == EISDIR ? backup : path, errno);
 }
 
 }  // namespace tallow

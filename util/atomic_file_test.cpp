@@ -66,6 +66,33 @@ TEST(AtomicFile, ALinkStaysAndItsFileIsReplaced) {
   EXPECT_EQ(ReadWholeFile(real), "new");
 }
 
+TEST(AtomicFile, ALinkThatLeadsToNothingIsNotReplaced) {
+  const TempFolder folder;
+  const std::string link = folder / "link.lmz";
+  std::filesystem::create_symlink(folder / "away/real.lmz", link);
+  try {
+    WriteFileAtomically(link, "new");
+    ADD_FAILURE();
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.path(), link);
+    EXPECT_EQ(error.reason(), "is a link that leads to nothing");
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(link));
+  EXPECT_THROW(ReadWholeFile(link), FileError);
+}
+
+TEST(AtomicFile, OfALinkTheFileIsKeptBesideTheLink) {
+  const TempFolder folder;
+  const std::string real = folder.File("elsewhere/real.lmz", "old");
+  const std::string link = folder / "link.lmz";
+  std::filesystem::create_symlink(real, link);
+  KeepReplaced(link);
+  WriteFileAtomically(link, "new");
+  EXPECT_EQ(ReadWholeFile(link + ".bak"), "old");
+  EXPECT_FALSE(std::filesystem::is_symlink(link + ".bak"));
+  EXPECT_EQ(ReadWholeFile(real), "new");
+}
+
 TEST(AtomicFile, ALinkWithTheNameOfAnUnfinishedFileIsNotFollowed) {
   const TempFolder folder;
   const std::string other = folder.File("other.txt", "of somebody else");
@@ -85,6 +112,28 @@ TEST(AtomicFile, PermissionsAreKept) {
             std::filesystem::perms::owner_read | std::filesystem::perms::owner_write);
 }
 #endif
+
+TEST(AtomicFile, WhatIsReplacedIsKeptWithoutACopy) {
+  const TempFolder folder;
+  const std::string path = folder.File("a.lmz", "one");
+  for (const char* next : {"two", "three"}) {
+    const auto before = ReadWholeFile(path);
+    KeepReplaced(path);
+    EXPECT_EQ(std::filesystem::hard_link_count(path), 2U);
+    WriteFileAtomically(path, next);
+    EXPECT_EQ(ReadWholeFile(path + ".bak"), before);
+    EXPECT_EQ(ReadWholeFile(path), next);
+    EXPECT_EQ(std::filesystem::hard_link_count(path), 1U);
+  }
+  EXPECT_FALSE(FileExists(path + ".bak.new"));
+  KeepReplaced(path, ".damaged");
+  EXPECT_EQ(ReadWholeFile(path + ".damaged"), "three");
+  // The link is there already; nothing is left over.
+  KeepReplaced(path, ".damaged");
+  EXPECT_FALSE(FileExists(path + ".damaged.new"));
+  KeepReplaced(folder / "none");
+  EXPECT_FALSE(FileExists(folder / "none.bak"));
+}
 
 TEST(AtomicFile, MovingAsideNeedsNoReading) {
   const TempFolder folder;

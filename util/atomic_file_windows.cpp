@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
+#include <exception>
 #include <windows.h>
 
 #include "util/atomic_file.h"
 #include "util/errors.h"
+#include "util/link_backup.h"
 #include "util/open_file_windows.h"
 #include "util/wide_text_windows.h"
 
@@ -55,6 +57,8 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
   // What an earlier writer has left goes; were it a link, another file would be written.
   DeleteFileW(beside.c_str());
   const DWORD attributes = GetFileAttributesW(target.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES && GetLastError() != ERROR_FILE_NOT_FOUND)
+    Fail(path, GetLastError());
   if (attributes != INVALID_FILE_ATTRIBUTES &&
       (attributes & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) != 0)
     Fail(path, ERROR_ACCESS_DENIED);
@@ -85,6 +89,21 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
       Fail(path, error);
     }
     Sleep(kPause);
+  }
+}
+
+bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
+  try {
+    const std::wstring beside = ToWidePath(backup) + ToWide(kUnfinishedSuffix);
+    DeleteFileW(beside.c_str());
+    if (!CreateHardLinkW(beside.c_str(), ToWidePath(path).c_str(), nullptr)) return false;
+    if (MoveFileExW(beside.c_str(), ToWidePath(backup).c_str(),
+                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
+      return true;
+    DeleteFileW(beside.c_str());
+    return false;
+  } catch (const std::exception&) {
+    return false;
   }
 }
 

@@ -66,4 +66,10 @@ class FileError : public std::runtime_error {
   std::string reason_;
 };
 
+/// A file is larger than any of its kind can be, so it is not read.
+class FileTooLargeError : public FileError {
+ public:
+  using FileError::FileError;
+};
+
 }  // namespace tallow

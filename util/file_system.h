@@ -4,6 +4,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -14,6 +15,9 @@ namespace tallow {
 
 // Every path is bytes (UTF-8 on Windows; on Linux whatever the disk holds). Links are followed
 // unless a line says otherwise.
+
+/// For a file of any size.
+inline constexpr std::uint64_t kNoLimit = std::numeric_limits<std::uint64_t>::max();
 
 /// Which folder this is on disk, whatever the path that led to it. Two paths to one folder give
 /// equal identities.
@@ -47,6 +51,8 @@ struct FolderListing {
   FolderIdentity identity;                 ///< of the folder itself
   std::vector<FileEntry> files;            ///< in the order the system returned them
   std::vector<SubfolderEntry> subfolders;  ///< in the order the system returned them
+  /// Names of folders, pipes, devices and links that lead nowhere, where they were asked for.
+  std::vector<std::string> others;
 };
 
 /// What ListFolder has to find out.
@@ -54,6 +60,7 @@ struct ListRequest {
   std::string_view pattern = "*";  ///< of the files, see MatchesFilePattern
   bool subfolders = false;
   bool sizes = false;
+  bool others = false;  ///< of the entries that match the pattern, those that are no files
   /// How many of the last bytes of each file to read along with its size; a file that is no longer
   /// than that has no tail. A platform may leave all tails out; then ReadTail gives them.
   std::size_t tail_bytes = 0;
@@ -133,10 +140,14 @@ void CreateFolders(const std::string& path);
 /// \returns whether it is gone now (one that did not exist is)
 bool RemoveFile(const std::string& path) noexcept;
 
-/// The content of a file; no value when there is none at that path.
+/// The content of a file; no value when there is none at that path. A pipe or device is never waited for.
 ///
-/// \throws FileError when it exists but cannot be read
-std::optional<std::string> ReadWholeFile(const std::string& path);
+/// \param most_bytes a file that has more is not read
+/// \throws FileError when it exists but cannot be read, and of a link that leads to nothing: what it led to
+///         may come back
+/// \throws FileTooLargeError
+std::optional<std::string> ReadWholeFile(const std::string& path,
+                                         std::uint64_t most_bytes = kNoLimit);
 
 /// The absolute path that a path has now. On Linux links are followed; on Windows they stay, because a
 /// drive letter may be one.

@@ -29,7 +29,34 @@ FolderIdentity IdentityOf(const struct stat& status) noexcept {
 }
 
 /// What an entry turned out to be.
-enum class EntryKind { kFile, kFolder, kLinkedFolder, kOther };
+enum class EntryKind {
+  kFile,
+  kFolder,
+  kLinkedFolder,
+  kOther,
+  kUnknown,  ///< it cannot be read what it is
+};
+
+/// Whether an error is that of a disk or of a shortage. A link that leads nowhere, or to where the user may
+/// not look, is no such error.
+bool IsReadError(int error) noexcept {
+  switch (error) {
+    case ENOENT:
+    case ENOTDIR:
+    case ENAMETOOLONG:
+    case ELOOP:
+    case EACCES:
+    case EPERM:
+      return false;
+    default:
+      return true;
+  }
+}
+
+/// The kind of an entry whose status cannot be had, by errno.
+EntryKind UnlessReadError(EntryKind kind) noexcept {
+  return IsReadError(errno) ? EntryKind::kUnknown : kind;
+}
 
 /// An entry's kind, from the directory itself where it says so; links and file systems that do not
 /// say cost a look at the inode, and so does the size of a file.
@@ -39,14 +66,15 @@ EntryKind KindOf(int directory, const dirent& entry, bool size_wanted, std::uint
   struct stat status {};
   unsigned char type = entry.d_type;
   if (type == DT_UNKNOWN) {
-    if (fstatat(directory, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
-      return EntryKind::kOther;
+    if (Retry([&] { return fstatat(directory, entry.d_name, &status, AT_SYMLINK_NOFOLLOW); }) != 0)
+      return UnlessReadError(EntryKind::kOther);
     type = static_cast<unsigned char>(IFTODT(status.st_mode));
   }
   if (type == DT_DIR) return EntryKind::kFolder;
   if (type != DT_REG && type != DT_LNK) return EntryKind::kOther;
   if (type == DT_REG && !size_wanted) return EntryKind::kFile;
-  if (fstatat(directory, entry.d_name, &status, 0) != 0) return EntryKind::kOther;
+  if (Retry([&] { return fstatat(directory, entry.d_name, &status, 0); }) != 0)
+    return UnlessReadError(EntryKind::kOther);
   if (S_ISDIR(status.st_mode)) return EntryKind::kLinkedFolder;
   if (!S_ISREG(status.st_mode)) return EntryKind::kOther;
   size = static_cast<std::uint64_t>(status.st_size);
@@ -55,8 +83,10 @@ EntryKind KindOf(int directory, const dirent& entry, bool size_wanted, std::uint
 
 /// ReadTail of a file in an open folder, or by its path; tells the file's size as well.
 TailResult ReadTailAt(int directory, const char* name, std::span<char> bytes, struct stat& status) {
-  const OpenFile file(openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY));
-  if (!file || fstat(file.descriptor(), &status) != 0 || !S_ISREG(status.st_mode))
+  const OpenFile file(
+      Retry([&] { return openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
+  if (!file || Retry([&] { return fstat(file.descriptor(), &status); }) != 0 ||
+      !S_ISREG(status.st_mode))
     return TailResult::kFailed;
   const auto wanted = static_cast<off_t>(bytes.size());
   if (status.st_size <= wanted) return TailResult::kTooShort;
@@ -83,15 +113,32 @@ bool IsNotThere(int error) noexcept {
 
 std::optional<struct stat> StatusOf(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) return std::nullopt;
+  if (Retry([&] { return stat(path.c_str(), &status); }) != 0) return std::nullopt;
   return status;
+}
+
+/// Opens a folder for listing; null with errno set where it cannot be opened.
+Directory OpenDirectory(const std::string& path) {
+  for (;;) {
+    Directory directory(opendir(path.c_str()));
+    if (directory || errno != EINTR) return directory;
+  }
+}
+
+/// The next entry of a folder; null at its end, and with errno set when the rest cannot be read.
+const dirent* NextEntry(DIR* directory) {
+  for (;;) {
+    errno = 0;
+    const dirent* const entry = readdir(directory);
+    if (entry != nullptr || errno != EINTR) return entry;
+  }
 }
 
 }  // namespace
 
 FolderListing ListFolder(const std::string& folder, const ListRequest& request) {
   FolderListing listing;
-  const Directory directory(opendir(folder.c_str()));
+  const Directory directory = OpenDirectory(folder);
   if (!directory) {
     listing.not_there = IsNotThere(errno);
     if (!listing.not_there) listing.problem = std::strerror(errno);
@@ -102,8 +149,7 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
   if (request.subfolders && fstat(descriptor, &status) == 0) listing.identity = IdentityOf(status);
   listing.opened = true;
   for (;;) {
-    errno = 0;
-    const dirent* const entry = readdir(directory.get());
+    const dirent* const entry = NextEntry(directory.get());
     if (entry == nullptr) {
       if (errno != 0) listing.problem = std::strerror(errno);
       break;
@@ -127,7 +173,10 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
       continue;
     }
     std::uint64_t size = 0;
-    switch (KindOf(descriptor, *entry, request.sizes && matches, size)) {
+    const EntryKind kind = KindOf(descriptor, *entry, request.sizes && matches, size);
+    if (request.others && matches && kind != EntryKind::kFile && kind != EntryKind::kUnknown)
+      listing.others.emplace_back(name);
+    switch (kind) {
       case EntryKind::kFile:
         if (matches) listing.files.push_back({std::string(name), size, {}});
         break;
@@ -138,6 +187,9 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
         if (request.subfolders) listing.subfolders.push_back({std::string(name), true});
         break;
       case EntryKind::kOther:
+        break;
+      case EntryKind::kUnknown:
+        listing.problem = std::strerror(errno);
         break;
     }
   }
@@ -157,7 +209,7 @@ bool FileExists(const std::string& path) {
 
 FileLook LookAtFile(const std::string& path) {
   struct stat status {};
-  if (stat(path.c_str(), &status) != 0) {
+  if (Retry([&] { return stat(path.c_str(), &status); }) != 0) {
     if (!IsNotThere(errno)) return {FilePresence::kUnknown, 0, std::strerror(errno)};
     // What a link leads to may lie on a drive that is away.
     if (lstat(path.c_str(), &status) == 0)
@@ -169,17 +221,17 @@ FileLook LookAtFile(const std::string& path) {
 }
 
 FolderState StateOfFolder(const std::string& path) {
-  const Directory directory(opendir(path.c_str()));
+  const Directory directory = OpenDirectory(path);
   if (!directory) return IsNotThere(errno) ? FolderState::kNotThere : FolderState::kUnreadable;
-  errno = 0;
-  while (const dirent* const entry = readdir(directory.get()))
+  while (const dirent* const entry = NextEntry(directory.get()))
     if (!IsDotOrDotDot(entry->d_name)) return FolderState::kHasEntries;
   return errno != 0 ? FolderState::kUnreadable : FolderState::kEmpty;
 }
 
 bool IsGone(const std::string& path) {
   struct stat status {};
-  return lstat(path.c_str(), &status) != 0 && (errno == ENOENT || errno == ENOTDIR);
+  return Retry([&] { return lstat(path.c_str(), &status); }) != 0 &&
+         (errno == ENOENT || errno == ENOTDIR);
 }
 
 bool IsSamePath(const std::string& path, const std::string& other) {
@@ -204,25 +256,31 @@ bool FolderIsWritable(const std::string& path) {
 }
 
 void CreateFolder(const std::string& path) {
-  if (mkdir(path.c_str(), 0777) == 0) return;
+  if (Retry([&] { return mkdir(path.c_str(), 0777); }) == 0) return;
   const int error = errno;
   if (error == EEXIST && FolderExists(path)) return;
   throw FileError(path, std::strerror(error));
 }
 
 bool RemoveFile(const std::string& path) noexcept {
-  return unlink(path.c_str()) == 0 || errno == ENOENT || errno == ENOTDIR;
+  return Retry([&] { return unlink(path.c_str()); }) == 0 || errno == ENOENT || errno == ENOTDIR;
 }
 
-std::optional<std::string> ReadWholeFile(const std::string& path) {
-  const OpenFile file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t most_bytes) {
+  const OpenFile file(
+      Retry([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
   if (!file) {
-    if (errno == ENOENT || errno == ENOTDIR) return std::nullopt;
-    throw FileError(path, std::strerror(errno));
+    const int error = errno;
+    if (error != ENOENT && error != ENOTDIR) throw FileError(path, std::strerror(error));
+    if (IsGone(path)) return std::nullopt;
+    throw FileError(path, "is a link that leads to nothing");
   }
   struct stat status {};
-  if (fstat(file.descriptor(), &status) != 0) throw FileError(path, std::strerror(errno));
+  if (Retry([&] { return fstat(file.descriptor(), &status); }) != 0)
+    throw FileError(path, std::strerror(errno));
   if (!S_ISREG(status.st_mode)) throw FileError(path, "is not a regular file");
+  if (static_cast<std::uint64_t>(status.st_size) > most_bytes)
+    throw FileTooLargeError(path, "has more than " + std::to_string(most_bytes) + " bytes");
   std::string content(static_cast<std::size_t>(status.st_size), '\0');
   std::size_t filled = 0;
   for (;;) {

@@ -176,5 +176,29 @@ TEST(FileSystem, PathsToOnePlaceAreTheSame) {
   EXPECT_EQ(IsSamePath(path, folder / "b/A.juk"), kSeparator == '\\');
 }
 
+TEST(FileSystem, AFileThatIsTooLargeIsNotRead) {
+  const TempFolder folder;
+  const std::string path = folder.File("a.txt", "12345");
+  EXPECT_EQ(ReadWholeFile(path, 5), "12345");
+  try {
+    ReadWholeFile(path, 4);
+    FAIL();
+  } catch (const FileTooLargeError& error) {
+    EXPECT_EQ(error.path(), path);
+    EXPECT_EQ(error.reason(), "has more than 4 bytes");
+  }
+}
+
+TEST(FileSystem, EntriesThatAreNoFilesAreListedWhereAskedFor) {
+  const TempFolder folder;
+  folder.File("Jukebox-1.unsaved");
+  folder.Folder("Jukebox-2.unsaved");
+  folder.Folder("other");
+  const ListRequest request{.pattern = "Jukebox-*.unsaved", .others = true};
+  EXPECT_EQ(ListFolder(folder.path(), request).others,
+            std::vector<std::string>{"Jukebox-2.unsaved"});
+  EXPECT_TRUE(ListFolder(folder.path(), {.pattern = "Jukebox-*.unsaved"}).others.empty());
+}
+
 }  // namespace
 }  // namespace tallow

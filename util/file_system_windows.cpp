@@ -103,6 +103,8 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     if (wide == L"." || wide == L"..") continue;
     const std::string name = FromWide(wide);
     if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+      if (request.others && MatchesFilePattern(name, request.pattern))
+        listing.others.push_back(name);
       if (request.subfolders) listing.subfolders.push_back({name, IsLink(found)});
       continue;
     }
@@ -110,7 +112,10 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     std::uint64_t size = (std::uint64_t{found.nFileSizeHigh} << 32U) | found.nFileSizeLow;
     if (IsLink(found)) {
       const auto target = InformationOf(base + name);
-      if (!target || (target->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) continue;
+      if (!target || (target->dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
+        if (request.others) listing.others.push_back(name);
+        continue;
+      }
       size = (std::uint64_t{target->nFileSizeHigh} << 32U) | target->nFileSizeLow;
     }
     listing.files.push_back({name, request.sizes ? size : 0, {}});
@@ -231,15 +236,19 @@ bool RemoveFile(const std::string& path) noexcept {
   return DeleteFileW(ToWidePath(path).c_str()) || IsMissing(GetLastError());
 }
 
-std::optional<std::string> ReadWholeFile(const std::string& path) {
+std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t most_bytes) {
   const OpenHandle file(OpenForReading(ToWidePath(path)));
   if (!file) {
     const DWORD error = GetLastError();
-    if (IsMissing(error)) return std::nullopt;
-    throw FileError(path, SystemErrorText(error));
+    if (!IsNotThere(error)) throw FileError(path, SystemErrorText(error));
+    if (IsGone(path)) return std::nullopt;
+    throw FileError(path, "is a link that leads to nothing");
   }
+  if (GetFileType(file.get()) != FILE_TYPE_DISK) throw FileError(path, "is not a regular file");
   LARGE_INTEGER size{};
   if (!GetFileSizeEx(file.get(), &size)) throw FileError(path, SystemErrorText(GetLastError()));
+  if (static_cast<std::uint64_t>(size.QuadPart) > most_bytes)
+    throw FileTooLargeError(path, "has more than " + std::to_string(most_bytes) + " bytes");
   std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
   std::size_t filled = 0;
   while (filled < content.size()) {

@@ -1,9 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cerrno>
 #include <unistd.h>
 
 namespace tallow {
+
+/// Repeats a system call for as long as a signal interrupts it.
+///
+/// \param call returns a number below 0, with errno set, when it fails
+template <typename Call>
+auto Retry(Call call) {
+  for (;;) {
+    const auto result = call();
+    if (result >= 0 || errno != EINTR) return result;
+  }
+}
 
 /// A file descriptor that is closed when it goes out of scope.
 class OpenFile {

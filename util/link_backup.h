@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+
+namespace tallow {
+
+/// Makes a hard link to a file under another name, in place of what has that name.
+///
+/// \returns false where that cannot be done; what has the name is as it was then
+bool LinkBackup(const std::string& path, const std::string& backup) noexcept;
+
+}  // namespace tallow
