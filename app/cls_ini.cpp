@@ -18,6 +18,11 @@ namespace {
 
 std::string_view BooleanText(bool value) noexcept { return value ? "True" : "False"; }
 
+/// The lines of a text that have their end.
+std::string_view WholeLinesOf(std::string_view text) {
+  return text.substr(0, text.find_last_of("\r\n") + 1);
+}
+
 /// A number as the settings file has it: the sign's place, the digits, a blank.
 std::string NumberText(std::int32_t number) {
   return (number < 0 ? "" : " ") + std::to_string(number) + " ";
@@ -62,26 +67,26 @@ void clsINI::LocOfLastSavedJukeBox(std::string_view path) {
   UpdateMenu();
 }
 
-void clsINI::Save(const std::string& path) const noexcept {
+std::string clsINI::Save(const std::string& path) const {
+  std::string text;
+  const auto line = [&text](std::string_view value) { text.append(value).append(kLineEnd); };
+  line(FileContainingTargetDirectories());
+  line(LocOfGroupingDir());
+  line(NumberText(NumerOfRecordsInTheMain()));
+  line(LocOfWinAmpExe());
+  line(LocOfLastSavedJukeBox());
+  line(LocSecToLastSavedJukeBox());
+  line(LocOfThirdToLastSaveJukeBox());
+  line(BooleanText(IsThereAPicture()));
+  line(BooleanText(IsItTiled()));
+  line(PictureLocation());
   try {
-    std::string text;
-    const auto line = [&text](std::string_view value) { text.append(value).append(kLineEnd); };
-    line(FileContainingTargetDirectories());
-    line(LocOfGroupingDir());
-    line(NumberText(NumerOfRecordsInTheMain()));
-    line(LocOfWinAmpExe());
-    line(LocOfLastSavedJukeBox());
-    line(LocSecToLastSavedJukeBox());
-    line(LocOfThirdToLastSaveJukeBox());
-    line(BooleanText(IsThereAPicture()));
-    line(BooleanText(IsItTiled()));
-    line(PictureLocation());
     // Most saves follow a save of the library that changed nothing here.
-    if (ReadWholeFile(path) == text) return;
-    WriteFileAtomically(path, text);
-  } catch (const std::exception&) {
-    // A locked file, a read-only one or a missing folder leaves what was there; see the header.
+    if (ReadWholeFile(path, kMostBytes) != text) WriteFileAtomically(path, text);
+  } catch (const FileError& error) {
+    return error.what();
   }
+  return {};
 }
 
 bool clsINI::CreateNewIniFile(const std::string& path, const std::string& application_folder) {
@@ -89,7 +94,17 @@ bool clsINI::CreateNewIniFile(const std::string& path, const std::string& applic
   LocOfGroupingDir(GroupingFolder(application_folder));
   const LibraryInspection library =
       InspectLibrary(LocOfGroupingDir() + std::string(kLibraryFileName));
-  NumerOfRecordsInTheMain(library.exists ? ConvertToInt32(library.last_number) : 0);
+  const std::int32_t records = library.exists ? ConvertToInt32(library.last_number) : 0;
+  SetDefaults(application_folder);
+  NumerOfRecordsInTheMain(records);
+  Save(path);
+  return true;
+}
+
+void clsINI::SetDefaults(const std::string& application_folder) {
+  FileContainingTargetDirectories(FolderListPath(application_folder));
+  LocOfGroupingDir(GroupingFolder(application_folder));
+  NumerOfRecordsInTheMain(0);
   LocOfWinAmpExe({});
   LocOfLastSavedJukeBox({});
   LocSecToLastSavedJukeBox({});
@@ -97,15 +112,26 @@ bool clsINI::CreateNewIniFile(const std::string& path, const std::string& applic
   IsThereAPicture(false);
   IsItTiled(false);
   PictureLocation({});
-  Save(path);
-  return true;
+}
+
+void clsINI::CompleteSettings(const std::string& path, const std::string& application_folder) {
+  const auto content = ReadWholeFile(path, kMostBytes);
+  SetDefaults(application_folder);
+  if (!content) return;
+  TakeLines(path, WholeLinesOf(*content));
 }
 
 bool clsINI::GetandLoadIniInfo(const std::string& path) {
-  const auto content = ReadWholeFile(path);
+  const auto content = ReadWholeFile(path, kMostBytes);
   if (!content) throw FileError(path, "the file does not exist");
+  lines_read_ = SplitLines(WholeLinesOf(*content)).size();
+  TakeLines(path, *content);
+  return true;
+}
+
+void clsINI::TakeLines(const std::string& path, std::string_view content) {
   std::size_t line = 0;
-  for (const std::string_view text : SplitLines(*content)) {
+  for (const std::string_view text : SplitLines(content)) {
     ++line;
     try {
       TakeLine(line, Trim(text));
@@ -115,7 +141,6 @@ bool clsINI::GetandLoadIniInfo(const std::string& path) {
       throw SettingsError(path, line, error.what());
     }
   }
-  return true;
 }
 
 void clsINI::TakeLine(std::size_t line, std::string_view text) {

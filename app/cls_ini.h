@@ -47,6 +47,11 @@ class SettingsError : public std::runtime_error {
 /// The program's settings. Nothing is written by itself: whoever changes a setting calls Save.
 class clsINI {
  public:
+  /// Lines of the file.
+  static constexpr std::size_t kLines = 10;
+  /// A larger file is none. Ten paths of the longest kind have less than 1 MB.
+  static constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20U;
+
   /// \param update_the_menu_control_array rebuilds the recent-file entries of the main window's
   ///         menu; called whenever one of the three jukebox settings is set; may be empty
   explicit clsINI(std::function<void()> update_the_menu_control_array = {});
@@ -100,9 +105,11 @@ class clsINI {
   const std::string& LocOfGroupingDir() const noexcept { return grouping_folder_; }
   void LocOfGroupingDir(std::string_view path) { grouping_folder_ = path; }
 
-  /// Writes the settings file, replacing it atomically. A failure is not reported: the old file
-  /// stands.
-  void Save(const std::string& path) const noexcept;
+  /// Writes the settings file, replacing it atomically.
+  ///
+  /// \returns what kept it from being written, the old file standing then: "PATH: REASON"; empty when
+  ///          nothing did
+  std::string Save(const std::string& path) const;
 
   /// Sets every setting to its default and saves. The number of records comes from the last song of
   /// the library file, if there is one.
@@ -114,15 +121,26 @@ class clsINI {
   /// \throws FileError when the library file cannot be read
   bool CreateNewIniFile(const std::string& path, const std::string& application_folder);
 
+  /// Whether the file that was read last had all ten lines, each with its end.
+  bool IsWhole() const noexcept { return lines_read_ >= kLines; }
+
+  /// Makes settings of a file that was cut: the lines that have their end count, every other setting
+  /// gets its default.
+  ///
+  /// \throws FileError, SettingsError as GetandLoadIniInfo
+  void CompleteSettings(const std::string& path, const std::string& application_folder);
+
   /// Reads a settings file. Lines that are not there leave their settings alone; lines past the
   /// tenth are ignored.
   ///
   /// \returns true
-  /// \throws FileError when the file cannot be read
+  /// \throws FileError when the file cannot be read, or has more than kMostBytes
   /// \throws SettingsError when a number or a boolean is none; the lines before it have been taken
   bool GetandLoadIniInfo(const std::string& path);
 
  private:
+  void SetDefaults(const std::string& application_folder);
+  void TakeLines(const std::string& path, std::string_view content);
   void UpdateMenu() const;
   void TakeLine(std::size_t line, std::string_view text);
 
@@ -137,6 +155,7 @@ class clsINI {
   std::int32_t records_ = 0;
   std::string folder_list_;
   std::string grouping_folder_;
+  std::size_t lines_read_ = 0;  ///< that had their end
 };
 
 }  // namespace tallow

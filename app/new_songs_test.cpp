@@ -143,8 +143,8 @@ TEST_F(NewSongs, AFolderThatIsGoneHasAllItsSongsMissing) {
 }
 
 TEST_F(NewSongs, ALibraryThatWasNeverFilledIsFilledFromTheWholeComputer) {
-  std::filesystem::remove(std::filesystem::path(Library()));
-  std::filesystem::remove(std::filesystem::path(Settings()));
+  for (const std::string& path : {Library(), Library() + ".bak", Settings()})
+    std::filesystem::remove(std::filesystem::path(path));
   TempFolder empty;
   windows.emplace();
   tallow.emplace(application.path());

@@ -52,6 +52,12 @@ System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
     FileSearch search(tallow_, drives_, progress != nullptr ? progress : windows_.LoadedSplash());
     return search.SearchDrivesForMp3s(true, {});
   };
+  tallow_.tell_problem = [this](const std::string& text) {
+    if (is_starting_)
+      notices_.push_back(text);
+    else
+      windows_.Notice({text});
+  };
   tallow_.search_for_player = [this] {
     windows_.ShowSplash();
     SearchForPlayer();
@@ -88,6 +94,7 @@ bool System::Main(const RuntimeFile& runtime_file) {
       notices_.push_back("A file of the song library could not be saved: " +
                          tallow_.library.SaveError());
     Notice(report);
+    is_starting_ = false;
   } catch (const std::exception& error) {
     windows_.UnloadSplash();
     windows_.Tell(std::string("Tallow cannot start.\n\n") + error.what());
@@ -124,7 +131,7 @@ void System::CreateDataFolders() {
 
 bool System::LoadSettings() {
   const std::string& path = tallow_.settings_path;
-  if (!FileExists(path)) {
+  if (IsGone(path)) {
     settings_are_new_ = true;
     try {
       return tallow_.settings.CreateNewIniFile(path, tallow_.application_folder);
@@ -143,13 +150,29 @@ bool System::LoadSettings() {
   } catch (const FileError& error) {
     return RebuildSettings(error.what());
   }
+  if (!tallow_.settings.IsWhole()) MendCutSettings();
   // The program was moved with its data: the folders of the settings are where it was before.
   const std::string own = GroupingFolder(tallow_.application_folder);
-  if (!FolderExists(tallow_.settings.LocOfGroupingDir()) &&
-      (FileExists(own + std::string(kLibraryFileName)) ||
-       tallow_.settings.NumerOfRecordsInTheMain() == 0))
+  const std::string folder = tallow_.settings.LocOfGroupingDir();
+  if (IsGone(folder) && (FileExists(own + std::string(kLibraryFileName)) ||
+                         tallow_.settings.NumerOfRecordsInTheMain() == 0)) {
+    KeepBackup(path);
     UseOwnFolders();
+    notices_.push_back("The folder " + folder + " of the settings is gone, so Tallow uses " + own +
+                       ". The settings as they were are kept as " + std::string(NameOfPath(path)) +
+                       std::string(kBackupSuffix) + " beside them.");
+  }
   return true;
+}
+
+void System::MendCutSettings() {
+  const std::string& path = tallow_.settings_path;
+  KeepBackup(path);
+  tallow_.settings.CompleteSettings(path, tallow_.application_folder);
+  tallow_.SaveSettings();
+  notices_.push_back(path + " was cut short. It is kept as " + std::string(NameOfPath(path)) +
+                     std::string(kBackupSuffix) +
+                     "; the settings that it lacked are those of a new one.");
 }
 
 void System::UseOwnFolders() {
@@ -196,20 +219,22 @@ bool System::LoadOrBuildLibrary() {
 bool System::CheckLibraryFile() {
   clsINI& settings = tallow_.settings;
   const std::string path = tallow_.library.LibraryPath();
-  LibraryInspection file;
+  LibraryCheck check;
   try {
-    file = InspectLibrary(path);
+    check = CheckLibrary(path);
   } catch (const FileError& error) {
     // It may be readable tomorrow (a disk not mounted, a permission), so it is not to be replaced.
     throw FileError(path, "the song library cannot be read (" + error.reason() +
                               "). Make it readable, or move it away, and start Tallow again.");
   }
+  const LibraryInspection& file = check.file;
+  if ((check.is_changed && file.sound) || (check.last_good && !(file.exists && file.sound)))
+    return ChooseLibrary(check);
   if (file.exists && !file.sound)
     return RebuildLibrary("The song library " + path + " is damaged: " + file.problem + ".", true);
   const std::int32_t counted = settings.NumerOfRecordsInTheMain();
-  if (file.usable > counted || (settings_are_new_ && file.usable != counted)) {
-    settings.NumerOfRecordsInTheMain(file.usable);
-    tallow_.SaveSettings();
+  if (file.usable > counted || settings_are_new_ || check.is_whole) {
+    UseCount(file.usable);
     return true;
   }
   if (file.usable == counted) return true;
@@ -220,6 +245,75 @@ bool System::CheckLibraryFile() {
   return RebuildLibrary("The song library " + path + " holds " + std::to_string(file.usable) +
                             " songs, but the settings count " + std::to_string(counted) + ".",
                         true);
+}
+
+void System::UseCount(std::int32_t songs) {
+  if (tallow_.settings.NumerOfRecordsInTheMain() == songs) return;
+  tallow_.settings.NumerOfRecordsInTheMain(songs);
+  tallow_.SaveSettings();
+}
+
+bool System::ChooseLibrary(const LibraryCheck& check) {
+  const std::string path = tallow_.library.LibraryPath();
+  const std::string name(NameOfPath(path));
+  const bool can_be_used = check.file.exists && check.file.sound;
+  std::string text = "The song library " + path;
+  if (!check.file.exists)
+    text += " is gone.";
+  else if (!check.file.sound)
+    text += " is damaged: " + check.file.problem + ".";
+  else
+    text +=
+        " is not as Tallow has written it. A disk error or another program has changed it, or a "
+        "backup was put back.";
+  text += '\n';
+
+  enum class Choice { kAsItIs, kLastGood, kSearch };
+  std::vector<Choice> meanings;
+  std::vector<std::string> choices;
+  const auto offer = [&](Choice meaning, const char* choice, const std::string& explanation) {
+    meanings.push_back(meaning);
+    choices.emplace_back(choice);
+    text += "\n" + std::string(choice) + ": " + explanation;
+  };
+  if (can_be_used)
+    offer(Choice::kAsItIs, "Use It As It Is",
+          "it holds " + std::to_string(check.file.usable) +
+              " songs. Right for a backup that was put back.");
+  if (check.last_good)
+    offer(Choice::kLastGood, "Use the Last Good One",
+          name + std::string(kBackupSuffix) + " beside it, with " +
+              std::to_string(*check.last_good) + " songs.");
+  if (check.file.exists)
+    offer(Choice::kSearch, "Salvage It",
+          "Tallow searches the drives anew. Songs that the library still shows keep their ranks.");
+  else
+    offer(Choice::kSearch, "Search Anew", "Tallow searches the drives. All ranks are lost.");
+  if (check.file.exists)
+    text += "\n\nUnless it is used as it is, it is kept as " + name +
+            std::string(check.last_good ? kSetAsideSuffix : kBackupSuffix) + " beside it.";
+  text += "\nClosing this leaves Tallow and changes nothing.";
+
+  const std::optional<std::size_t> choice = windows_.Choose(text, choices);
+  if (!choice) return false;
+  switch (meanings.at(*choice)) {
+    case Choice::kAsItIs:
+      trusts_library_ = true;
+      UseCount(check.file.usable);
+      return true;
+    case Choice::kLastGood:
+      UseLastGood(path);
+      UseCount(*check.last_good);
+      return true;
+    case Choice::kSearch:
+      if (check.last_good && check.file.exists) {
+        KeepReplaced(path, kSetAsideSuffix);
+        is_set_aside_ = true;
+      }
+      rebuild_ = true;
+      return true;
+  }
+  return false;
 }
 
 bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
@@ -246,13 +340,24 @@ void System::LoadLibrary() {
     throw FileError(library.LibraryPath(),
                     "the song library cannot be read. Make it readable, or move it away, and start "
                     "Tallow again.");
-  if (library.RepairRecordNumbers())
+  if (trusts_library_) library.TrustLibrary();
+  if (library.RepairRecordNumbers() && library.SaveError().empty())
     notices_.push_back(
         "An earlier Tallow had confused the numbers of songs in the song library. They were put "
         "right; the library as it was is kept as " +
         std::string(kLibraryFileName) + std::string(kBackupSuffix) + " beside it.");
   library.CheckToSeeIfFilesAreMissingAndMakeFalse();
   library.AddAnyAdditionalMp3FromTheNormalDirectories();
+  SearchUnreadFolders();
+}
+
+void System::SearchUnreadFolders() {
+  clsMain& library = tallow_.library;
+  std::int32_t old_count = library.UBoundOfMp3Array();
+  FileSearch(tallow_, drives_, nullptr).SearchUnreadFolders();
+  if (library.UBoundOfMp3Array() == old_count) return;
+  library.DeleteIdenticalFileNamesAndPaths(old_count);
+  library.WriteOutMp3DirectoryLocations();
 }
 
 void System::SearchForSongs() {
@@ -263,7 +368,7 @@ void System::SearchForSongs() {
   std::int32_t old_count = 0;
   if (rebuild_) {
     // Songs that the damaged file still shows keep their numbers and ranks.
-    library.Salvage();
+    library.Salvage(is_set_aside_);
     library.CheckToSeeIfFilesAreMissingAndMakeFalse();
     old_count = library.UBoundOfMp3Array();
   }

@@ -13,6 +13,7 @@
 #include "app/search/player_search.h"
 #include "app/search/search_progress.h"
 #include "app/tallow.h"
+#include "library/library_check.h"
 
 namespace tallow {
 
@@ -47,6 +48,13 @@ class StartUpWindows {
   virtual bool Ask(const std::string& text) = 0;
   /// Asks with Yes and No buttons; no value when the user leaves the question, or nobody can answer.
   virtual std::optional<bool> AskUnlessLeft(const std::string& text) = 0;
+  /// Asks which of several things to do.
+  ///
+  /// \param choices what is written on the buttons
+  /// \returns the place of the choice, from 0; no value when the user leaves the question, or nobody can
+  ///          answer
+  virtual std::optional<std::size_t> Choose(const std::string& text,
+                                            const std::vector<std::string>& choices) = 0;
   /// Says something that does not stop anything, where it does not get in the way.
   virtual void Notice(const std::vector<std::string>& lines) = 0;
   /// Notice of what the start came to; a click on it shows which files were left out, and what is away.
@@ -79,12 +87,16 @@ class System {
   bool LoadSettings();
   void UseOwnFolders();
   bool RebuildSettings(const std::string& problem);
+  void MendCutSettings();
   void FindPlayer();
   bool SearchForPlayer();
   bool LoadOrBuildLibrary();
   bool CheckLibraryFile();
+  bool ChooseLibrary(const LibraryCheck& check);
+  void UseCount(std::int32_t songs);
   bool RebuildLibrary(const std::string& problem, bool file_exists);
   void LoadLibrary();
+  void SearchUnreadFolders();
   void SearchForSongs();
   void OpenFirstJukebox();
   bool OpenLastJukebox(Jukebox& jukebox);
@@ -99,9 +111,12 @@ class System {
   StartUpWindows& windows_;
   std::function<std::string()> nearby_;
   bool settings_are_new_ = false;
+  bool is_starting_ = true;           ///< notices wait for the windows
   bool was_cancelled_ = false;        ///< the search for songs
   std::vector<std::string> notices_;  ///< to be said once the windows are there
   bool rebuild_ = false;  ///< the user wants what the library file still shows, and a new search
+  bool is_set_aside_ = false;    ///< the damaged library is kept under another name already
+  bool trusts_library_ = false;  ///< the user wants the library file as it is
 };
 
 }  // namespace tallow

@@ -111,6 +111,7 @@ TEST_F(SystemTest, ADamagedLibraryIsKeptAndWhatItShowsSurvives) {
   const std::string whole = ReadWholeFile(Library()).value();
   const std::string damaged = whole.substr(0, whole.size() - 5);
   WriteFileAtomically(Library(), damaged);
+  RemoveFile(Library() + ".bak");
   EXPECT_TRUE(Start());
   ASSERT_EQ(windows->asked.size(), 1U);
   EXPECT_TRUE(windows->asked[0].starts_with("The song library " + Library() +
@@ -129,6 +130,7 @@ TEST_F(SystemTest, ADamagedLibraryIsKeptAndWhatItShowsSurvives) {
 
 TEST_F(SystemTest, ADamagedLibraryStaysWhenTheOfferIsRefused) {
   Start();
+  RemoveFile(Library() + ".bak");
   WriteFileAtomically(Library(), "garbage");
   EXPECT_FALSE(Start(false));
   EXPECT_EQ(ReadWholeFile(Library()), "garbage");
@@ -137,6 +139,7 @@ TEST_F(SystemTest, ADamagedLibraryStaysWhenTheOfferIsRefused) {
 TEST_F(SystemTest, ALibraryThatIsGoneIsOfferedToBeRebuilt) {
   Start();
   RemoveFile(Library());
+  RemoveFile(Library() + ".bak");
   EXPECT_FALSE(Start(false));
   EXPECT_EQ(
       windows->asked,
@@ -147,7 +150,6 @@ TEST_F(SystemTest, ALibraryThatIsGoneIsOfferedToBeRebuilt) {
   EXPECT_TRUE(Start());
   EXPECT_TRUE(Searched());
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
-  EXPECT_FALSE(FileExists(Library() + ".bak"));
 }
 
 TEST_F(SystemTest, AShortLibraryIsKeptAndItsRanksSurvive) {
@@ -156,6 +158,8 @@ TEST_F(SystemTest, AShortLibraryIsKeptAndItsRanksSurvive) {
   const auto whole = ReadWholeFile(Library());
   tallow->settings.NumerOfRecordsInTheMain(7);
   tallow->SaveSettings();
+  // Without its checksum nobody knows whether the library is whole.
+  RemoveFile(application / "Grouping/FileLocNames.more");
   EXPECT_TRUE(Start());
   ASSERT_EQ(windows->asked.size(), 1U);
   EXPECT_TRUE(windows->asked[0].starts_with("The song library " + Library() +
@@ -331,6 +335,7 @@ TEST_F(SystemTest, ADriveRootThatVanishedIsNoError) {
 TEST_F(SystemTest, ARebuildThatCannotBeSavedShowsWhatItFound) {
   Start();
   RemoveFile(Library());
+  RemoveFile(Library() + ".bak");
   CreateFolder(Library() + ".new");
   EXPECT_TRUE(Start());
   EXPECT_EQ(SongsOnShow(), 3U);
@@ -350,8 +355,7 @@ TEST_F(SystemTest, AFolderListThatIsAFolderIsNoObstacle) {
   EXPECT_TRUE(windows->told.empty());
   EXPECT_EQ(RankOf("four.mp3"), "2");
   ASSERT_EQ(windows->notices.size(), 1U);
-  EXPECT_TRUE(
-      windows->notices[0].starts_with("A file of the song library could not be saved: " + list));
+  EXPECT_TRUE(windows->notices[0].starts_with(list + " cannot be read ("));
 }
 
 TEST_F(SystemTest, AFolderListWhoseFolderIsGoneIsNoObstacle) {

@@ -40,11 +40,17 @@ std::vector<std::string> FilesOf(std::span<const std::string> paths,
       FolderListing listing = ListFolder(folder, {.pattern = kSongPattern});
       std::sort(listing.files.begin(), listing.files.end(),
                 [](const FileEntry& a, const FileEntry& b) { return a.name < b.name; });
-      if (listing.files.empty()) problems.push_back(path + " holds no MP3 file.");
+      if (!listing.problem.empty())
+        problems.push_back(path + " cannot be read (" + listing.problem +
+                           "), so songs in it may be left out. Make it readable and add it again.");
+      else if (listing.files.empty())
+        problems.push_back(path + " holds no MP3 file.");
       for (const FileEntry& file : listing.files) files.push_back(folder + file.name);
     } else if (!MatchesFilePattern(NameOfPath(path), kSongPattern)) {
       problems.push_back(path + " is no MP3 file and was left out.");
-    } else if (!FileExists(path)) {
+    } else if (const FileLook look = LookAtFile(path); look.presence == FilePresence::kUnknown) {
+      problems.push_back(path + " cannot be read (" + look.problem + ") and was left out.");
+    } else if (look.presence == FilePresence::kNotThere) {
       problems.push_back(path + " cannot be found and was left out.");
     } else {
       files.push_back(path);
@@ -84,7 +90,9 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library) {
     }
     const FileLook look = LookAtFile(path);
     known[names.back()] =
-        library.AddSong(folder, NameOfPath(path), static_cast<std::int64_t>(look.size));
+        library.AddSong(folder, NameOfPath(path),
+                        look.presence == FilePresence::kThere ? static_cast<std::int64_t>(look.size)
+                                                              : kUnknownSize);
     taken.has_new_songs = true;
   }
   if (taken.has_new_songs) {

@@ -19,6 +19,14 @@ Tallow::Tallow(std::string application_folder_)
   library.UseDrives(SystemVolumes, {});
 }
 
+void Tallow::SaveSettings() {
+  const std::string problem = settings.Save(settings_path);
+  if (std::exchange(settings_problem_, problem) == problem || problem.empty() || !tell_problem)
+    return;
+  tell_problem("The settings could not be saved. " + problem +
+               ". Make room for them, or make the file writable.");
+}
+
 std::string Tallow::SettingsOfLibrary::LocOfGroupingDir() const {
   return tallow_.settings.LocOfGroupingDir();
 }

@@ -79,8 +79,14 @@ class Tallow {
   /// Set at the end of start-up: what the help key opens.
   std::string help_file;
 
-  /// Writes the settings to their file.
-  void SaveSettings() const { settings.Save(settings_path); }
+  /// Tells something that does not stop anything, a sentence; set by whoever has windows. May be empty.
+  std::function<void(const std::string&)> tell_problem;
+
+  /// Writes the settings to their file. A failure is told, the same one once.
+  void SaveSettings();
+
+ private:
+  std::string settings_problem_;  ///< that was told last
 };
 
 }  // namespace tallow

@@ -19,6 +19,9 @@ namespace {
 
 constexpr std::string_view kFormat = "Tallow unsaved jukebox";
 constexpr int kVersion = 1;
+/// A file of more bytes is none: a jukebox file has at most 1 GiB, and the line before it a few paths.
+constexpr std::uint64_t kMostUnsavedBytes = (std::uint64_t{1} << 30U) + (std::uint64_t{1} << 20U);
+
 constexpr std::string_view kNamePattern = "Jukebox-*.unsaved";
 
 std::string HeaderOf(const Jukebox& jukebox) {
@@ -39,9 +42,10 @@ std::string HeaderOf(const Jukebox& jukebox) {
 }
 
 /// Reads a file.
+/// \throws FileError when it cannot be read
 /// \throws std::exception when it is none
 UnsavedJukebox Decode(const std::string& path) {
-  const auto content = ReadWholeFile(path);
+  const auto content = ReadWholeFile(path, kMostUnsavedBytes);
   const std::size_t end = content ? content->find('\n') : std::string::npos;
   if (end == std::string::npos) throw std::runtime_error("it is cut off");
   const auto header = nlohmann::json::parse(content->substr(0, end));
@@ -71,11 +75,12 @@ std::string UnreadableChanges(const std::string& path, std::string_view reason) 
 }
 
 std::string UnsavedJukeboxes::FreePath() const {
+  const bool can_look = IsGone(folder_ + "Jukebox-0.unsaved");
   for (int number = 1;; ++number) {
     std::string path = folder_ + "Jukebox-" + std::to_string(number) + ".unsaved";
     const auto is_used = [&](const auto& kept) { return kept.second.path == path; };
     // Where the folder cannot be looked into, writing says why.
-    const bool is_there = FileExists(path) || FolderExists(path);
+    const bool is_there = can_look && !IsGone(path);
     if (!is_there && std::none_of(kept_.begin(), kept_.end(), is_used)) return path;
   }
 }
@@ -100,14 +105,23 @@ void UnsavedJukeboxes::Forget(const Jukebox& jukebox) noexcept {
 
 std::vector<UnsavedJukebox> UnsavedJukeboxes::Find(std::vector<std::string>& problems) const {
   std::vector<std::string> names;
-  for (const FileEntry& file : ListFolder(folder_, {.pattern = kNamePattern}).files)
-    names.push_back(file.name);
+  const FolderListing listing = ListFolder(folder_, {.pattern = kNamePattern, .others = true});
+  for (const std::string& other : listing.others)
+    problems.push_back(folder_ + other +
+                       " has the name of unsaved changes and is no file. Move it away.");
+  if (!listing.problem.empty())
+    problems.push_back(folder_ + " cannot be read (" + listing.problem +
+                       "), so unsaved changes in it are not offered. The next start looks again.");
+  for (const FileEntry& file : listing.files) names.push_back(file.name);
   std::sort(names.begin(), names.end());
   std::vector<UnsavedJukebox> found;
   for (const std::string& name : names) {
     const std::string path = folder_ + name;
     try {
       found.push_back(Decode(path));
+    } catch (const FileError& error) {
+      problems.push_back(path + ": the unsaved changes in this file cannot be read (" +
+                         error.reason() + "). The next start offers them again.");
     } catch (const std::exception& error) {
       problems.push_back(UnreadableChanges(path, error.what()));
       KeepAside(path);

@@ -164,12 +164,11 @@ bool Jukebox::Load(const std::string& path, const clsMain& library, const AskWhi
     return false;
   };
   try {
-    const auto stamp = StampOf(path);
-    if (stamp && stamp->size > kMostFileBytes)
-      throw FileError(path, "the file is too large for a jukebox");
-    const auto bytes = ReadWholeFile(path);
+    const auto bytes = ReadWholeFile(path, kMostFileBytes);
     if (!bytes) throw FileError(path, "the file is gone");
     Take(*bytes, path, library, ask);
+  } catch (const FileTooLargeError&) {
+    return fail(FileError(path, "the file is too large for a jukebox").what());
   } catch (const FileError& error) {
     return fail(error.what());
   } catch (const JukeboxFileError& error) {

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "library/library_check.h"
 #include "util/atomic_file.h"
 #include "util/day.h"
 #include "util/errors.h"
@@ -21,6 +22,18 @@ std::int16_t ColumnOf(std::int32_t column) {
     throw SubscriptError("Column " + std::to_string(column) + " is outside the song table (1 to " +
                          std::to_string(kSongColumns) + ").");
   return static_cast<std::int16_t>(column);
+}
+
+/// Gives the backup of a library another name, unless it is one that was saved here: a damaged library was
+/// kept in it.
+void SetDamagedBackupAside(const std::string& path, const CompanionHeader& companion) {
+  const std::string backup = path + std::string(kBackupSuffix);
+  if (IsGone(backup)) return;
+  const LibraryInspection file = InspectLibrary(backup);
+  if (file.checksum != 0 &&
+      (file.checksum == companion.library || file.checksum == companion.before))
+    return;
+  KeepReplacedAs(backup, path + std::string(kSetAsideSuffix));
 }
 
 }  // namespace
@@ -87,25 +100,52 @@ void clsMain::WriteLibrary(const std::string& path) {
     missing_file_.Save(missing_.Encode());
     missing_.MarkSaved();
   }
-  if (backup_first_) {
-    const auto stamp = StampOf(path);
-    if (stamp && stamp->size > 0) KeepBackup(path);
+  // The jukeboxes need to know which numbers were confused before the library is right.
+  if (repaired_.IsDirty()) {
+    if (repaired_file_.IsUnreadable()) throw FileError(repaired_file_.path(), "cannot be read");
+    repaired_file_.Save(repaired_.Encode());
+    repaired_.MarkSaved();
+  }
+  // With a library, the next start looks nowhere else for the songs of these.
+  if (unread_.IsDirty()) {
+    unread_file_.Save(unread_.Encode());
+    unread_.MarkSaved();
   }
   const std::string bytes = EncodeLibrary(table_);
   const std::uint64_t checksum = ChecksumOf(bytes);
   CompanionHeader companion = companion_;
   companion.before = companion_.library;
   companion.library = checksum;
-  try {
-    WriteFileAtomically(settings_.LocOfGroupingDir() + std::string(kCompanionFileName),
-                        EncodeCompanion(companion, table_));
-  } catch (const FileError&) {
-    // The companion is made again when it is lost; the library is not.
-  }
+  WriteCompanion(companion);
+  const bool had_backup = KeepLibraryAsBackup(path);
   WriteFileAtomically(path, bytes);
+  is_set_aside_ = false;
+  if (const std::string backup = path + std::string(kBackupSuffix); !had_backup && IsGone(backup)) {
+    try {
+      WriteFileAtomically(backup, bytes);
+    } catch (const FileError&) {
+      // The library itself is written; the next save makes a backup of it.
+    }
+  }
   companion_ = companion;
   backup_first_ = false;
   RememberOnDisk(checksum);
+}
+
+bool clsMain::KeepLibraryAsBackup(const std::string& path) {
+  if (is_set_aside_) return backup_is_good_ = true;
+  try {
+    const auto stamp = StampOf(path);
+    if (IsGone(path) || (stamp && stamp->size == 0)) return false;
+    if (!backup_first_ && !backup_is_good_) SetDamagedBackupAside(path, companion_);
+    KeepReplaced(path);
+    backup_is_good_ = !backup_first_;
+    return true;
+  } catch (const FileError&) {
+    // What the table does not know must be kept; a good library only ought to be.
+    if (backup_first_) throw;
+    return true;
+  }
 }
 
 bool clsMain::Save() {
@@ -127,13 +167,14 @@ bool clsMain::Save() {
 bool clsMain::LoadMain() {
   const std::int32_t rows = settings_.NumerOfRecordsInTheMain();
   backup_first_ = true;
+  is_set_aside_ = false;
   saved_stamp_.reset();
   if (rows < 1) return false;
   table_ = SongTable();
   try {
     table_.Resize(rows);
     const std::string path = LibraryPath();
-    auto content = ReadWholeFile(path);
+    auto content = ReadWholeFile(path, kMostLibraryBytes);
     if (!content) {
       WriteFileAtomically(path, {});
       content.emplace();
@@ -189,7 +230,10 @@ void clsMain::WriteOutMp3DirectoryLocations() {
         lines.append(folder).append(kLineEnd);
       previous = folder;
     }
-    WriteFileAtomically(settings_.FileContainingTargetDirectories(), lines);
+    const std::string path = settings_.FileContainingTargetDirectories();
+    // What could not be read may name folders that nothing else does.
+    if (!list_is_unread_ && ReadWholeFile(path, kMostListBytes) != lines)
+      WriteFileAtomically(path, lines);
   } catch (const FileError& error) {
     list_error_ = error.what();
   }
@@ -203,9 +247,15 @@ void clsMain::WriteOutMp3DirectoryLocations() {
   }
 }
 
-std::int32_t clsMain::Salvage() {
-  const auto content = ReadWholeFile(LibraryPath());
-  backup_first_ = true;
+std::int32_t clsMain::Salvage(bool is_set_aside) {
+  std::optional<std::string> content;
+  try {
+    content = ReadWholeFile(LibraryPath(), kMostLibraryBytes);
+  } catch (const FileTooLargeError&) {
+    // No library is that large, so no songs are in it.
+  }
+  backup_first_ = !is_set_aside;
+  is_set_aside_ = is_set_aside;
   saved_stamp_.reset();
   table_ = SongTable();
   const std::int32_t found = content ? SalvageLibrary(*content, table_) : 0;

@@ -20,6 +20,7 @@
 #include "library/scan_report.h"
 #include "library/song_table.h"
 #include "library/state_file.h"
+#include "library/unread_folders.h"
 #include "util/file_system.h"
 
 namespace tallow {
@@ -55,6 +56,9 @@ class LibrarySettings {
 /// The library shows no message. What can fail says so in its result or in its \throws line.
 class clsMain {
  public:
+  /// A list of folders that has more bytes is not read.
+  static constexpr std::uint64_t kMostListBytes = std::uint64_t{256} << 20U;
+
   /// The first of the numbers, going down, by which a jukebox names a song of which it knows the file name
   /// alone. No row has such a number.
   static constexpr std::int32_t kFirstNumberOfName = -1'000'000'000;
@@ -85,8 +89,8 @@ class clsMain {
   /// Adds every MP3 file of the remembered folders that is not known as present as a new song of rank
   /// "2", then takes the copies of known songs out again. With no library yet, searches all drives instead.
   ///
-  /// A list of folders that cannot be read is written anew from the library; where that fails too, the
-  /// songs' own folders serve as the list.
+  /// A list of folders that is not there is written anew from the library. One that cannot be read, or is a
+  /// link that leads to nothing, stays as it is; the songs' own folders serve as the list then.
   ///
   /// \param go_on is told each folder that has been looked at (an empty text while one is waited for), and says
   /// whether to look at more; may be empty
@@ -151,9 +155,9 @@ class clsMain {
 
   /// Writes the library file, then the number of its rows to the settings and those to their file.
   ///
-  /// The file is replaced atomically. A file that the last load could not read whole is first kept
-  /// as "FileLocNames.lmz.bak". When the bytes on disk are already those of the table, nothing is
-  /// written.
+  /// The file is replaced atomically. The file that is replaced is first kept as
+  /// "FileLocNames.lmz.bak"; where that cannot be done and the last load could not read it whole, it is
+  /// not replaced. When the bytes on disk are already those of the table, nothing is written.
   /// \returns false when the file could not be written; the old file and the count in the settings
   ///         then stand, and SaveError() tells why
   bool Save();
@@ -176,9 +180,11 @@ class clsMain {
   /// Fills the table with what a damaged library file still shows (SalvageLibrary). The next save
   /// keeps the damaged file as "FileLocNames.lmz.bak" first.
   ///
+  /// \param is_set_aside the damaged file is kept under another name already, and the backup beside it
+  ///        stays
   /// \returns how many songs were found
   /// \throws FileError when the file cannot be read
-  std::int32_t Salvage();
+  std::int32_t Salvage(bool is_set_aside = false);
 
   /// Puts every row to the place of its number, where an earlier Tallow has left them elsewhere. The
   /// library file as it was is kept as "FileLocNames.lmz.bak", and the library is saved.
@@ -245,12 +251,25 @@ class clsMain {
   /// The files that the last scans have left out because a song of their name is there.
   const std::vector<LeftOutFile>& LeftOut() const noexcept { return left_out_; }
 
+  /// A folder could not be read, or not all of it: it is said, and looked at again at the next start.
+  ///
+  /// \param below   whether the folders below it are to be searched too
+  /// \param problem what the system says
+  void RememberUnread(std::string_view folder, bool below, std::string_view problem);
+  /// A folder that could not be read before was read, or is no longer there.
+  void ForgetUnread(std::string_view folder) { unread_.Remove(folder); }
+  /// The folders that could not be read.
+  std::vector<UnreadFolder> UnreadFoldersNow() const { return unread_.Folders(); }
+
   /// What is known of a song's file: size and the day it was added.
   const SongFacts& Facts(std::int32_t row) const { return table_.Facts(row); }
   /// Sets the size of a song's file, if the row is still that of the path.
   void SetSize(std::int32_t row, std::string_view folder, std::string_view name, std::int64_t size);
   /// Writes the companion of the library file as it lies on the disk; a failure is not reported.
   void SaveFacts();
+  /// Makes the library file as it was loaded the good one, whatever the companion's checksums say. What
+  /// the companion of the other one knew is kept with ".bak" behind its name.
+  void TrustLibrary();
 
   /// Why files that the library remembers things in could not be read or written, since the last call.
   std::vector<std::string> TakeProblems();
@@ -283,12 +302,19 @@ class clsMain {
   bool IsOnDisk() const;
   void RememberOnDisk(std::uint64_t checksum);
   void WriteLibrary(const std::string& path);
+  /// Keeps the library file that is about to be replaced.
+  /// \returns false where there is none
+  bool KeepLibraryAsBackup(const std::string& path);
+  void LoadWhatWasSaved();
   void LoadFacts(std::uint64_t checksum);
+  std::string CompanionPath() const;
+  void WriteCompanion(const CompanionHeader& header);
 
   void LookAtDrives();
   void LoadDrives();
   bool MarkIfAway(std::int32_t record);
   void LoadMemory();
+  bool CanRemember();
   void DropUntrueMemories();
   void SaveMemory();
   void BlankRow(std::int32_t row);
@@ -298,6 +324,8 @@ class clsMain {
   std::vector<char> RowsThatCount() const;
   bool IsOnAwayDrive(std::int32_t row) const;
   void RecognizeReturned(std::int32_t old_count);
+  void RecognizeLate();
+  std::int64_t SizeOf(std::int32_t row);
   std::vector<std::string> FoldersOf(bool away, std::int32_t first_row) const;
 
   LibrarySettings& settings_;
@@ -310,11 +338,14 @@ class clsMain {
   StateFile drives_file_;
   StateFile missing_file_;
   StateFile repaired_file_;
+  UnreadFolders unread_;
+  StateFile unread_file_;
   bool drives_are_loaded_ = false;
   bool memory_is_loaded_ = false;
   bool drives_were_looked_at_ = false;  ///< in this scan
   std::int32_t rows_before_scan_ = 0;
-  bool list_is_stale_ = false;  ///< the folder list has roots that drives no longer have
+  bool list_is_stale_ = false;   ///< the folder list has roots that drives no longer have
+  bool list_is_unread_ = false;  ///< the folder list could not be read, so it is not replaced
 
   /// Why songs are away, by SongFacts::away less one.
   struct Reason {
@@ -329,11 +360,15 @@ class clsMain {
   std::vector<LeftOutFile> left_out_;
   ScanReport scan_;
   CompanionHeader companion_;
+  bool companion_is_unread_ =
+      false;  ///< the companion on the disk could not be read at the last load
   std::vector<std::string> problems_;
   bool main_is_dirty_ = false;
-  bool backup_first_ = false;  ///< the file on disk holds more than the table came to know
-  std::string save_error_;     ///< of the last Save
-  std::string list_error_;     ///< of the last WriteOutMp3DirectoryLocations
+  bool backup_first_ = false;    ///< the file on disk holds more than the table came to know
+  bool backup_is_good_ = false;  ///< the library's backup is a library that was saved here
+  bool is_set_aside_ = false;    ///< the file on disk is kept under another name already
+  std::string save_error_;       ///< of the last Save
+  std::string list_error_;       ///< of the last WriteOutMp3DirectoryLocations
   std::optional<FileStamp>
       saved_stamp_;  ///< of the library file when table and file were last alike
   std::string saved_path_;

@@ -43,7 +43,27 @@ void clsMain::LoadMemory() {
   repaired_file_.Load(
       folder + "Repaired.json", [this](const std::string& bytes) { repaired_.Decode(bytes); },
       problems_);
+  unread_file_.Load(
+      folder + "Unread.json", [this](const std::string& bytes) { unread_.Decode(bytes); },
+      problems_);
   DropUntrueMemories();
+}
+
+bool clsMain::CanRemember() {
+  LoadMemory();
+  if (!missing_file_.IsUnreadable()) return true;
+  // It may be readable by now. What is the matter with it has been said.
+  std::vector<std::string> said;
+  missing_file_.Load(
+      missing_file_.path(), [this](const std::string& bytes) { missing_.Decode(bytes); }, said);
+  if (missing_file_.IsUnreadable()) return false;
+  DropUntrueMemories();
+  return true;
+}
+
+void clsMain::RememberUnread(std::string_view folder, bool below, std::string_view problem) {
+  LoadMemory();
+  unread_.Add({std::string(folder), below, std::string(problem)});
 }
 
 void clsMain::DropUntrueMemories() {
@@ -71,6 +91,7 @@ void clsMain::SaveMemory() {
   };
   save(drives_, drives_file_);
   save(repaired_, repaired_file_);
+  save(unread_, unread_file_);
 }
 
 void clsMain::SaveRepaired() { SaveMemory(); }
@@ -86,8 +107,6 @@ bool clsMain::RepairRecordNumbers() {
   const auto confused = tallow::RepairNumbers(table_, MostRecords(loaded_bytes_));
   if (!confused) return false;
   repaired_.Set(*confused);
-  // The jukeboxes need to know before the library is right.
-  SaveMemory();
   backup_first_ = true;
   saved_stamp_.reset();
   Save();
@@ -259,6 +278,7 @@ ScanReport clsMain::FinishScan(bool complete) {
   }
   ScanReport report = std::exchange(scan_, {});
   report.away = AwayPlaces();
+  report.unread_folders = static_cast<std::int32_t>(unread_.size());
   if (report.kind == ScanKind::kFiles) report.left_out_grew = report.left_out > 0;
   if (report.kind == ScanKind::kFiles || !complete) return report;
   report.left_out = static_cast<std::int32_t>(left_out_.size());
@@ -275,17 +295,47 @@ ScanReport clsMain::FinishScan(bool complete) {
 void clsMain::LoadFacts(std::uint64_t checksum) {
   companion_ = {};
   companion_.library = checksum;
+  companion_is_unread_ = false;
+  const std::string path = CompanionPath();
   try {
-    const auto bytes =
-        ReadWholeFile(settings_.LocOfGroupingDir() + std::string(kCompanionFileName));
+    const auto bytes = ReadWholeFile(path, kMostLibraryBytes);
     if (!bytes) return;
     if (const auto header = DecodeCompanion(*bytes, checksum, table_)) {
       companion_ = *header;
       companion_.library = checksum;
+    } else if (!HeaderOfCompanion(*bytes)) {
+      KeepReplaced(path);
+      problems_.push_back(path + " is damaged. It is kept with .bak behind its name.");
     }
-  } catch (const FileError&) {
-    // As one that is lost.
+  } catch (const FileTooLargeError&) {
+    companion_is_unread_ = true;
+    problems_.push_back(
+        path + " is damaged. It is kept with .bak behind its name once there is a new one.");
+  } catch (const FileError& error) {
+    companion_is_unread_ = true;
+    problems_.push_back(path + " cannot be read (" + error.reason() +
+                        "), so the sizes of the songs' files are not known. Make it readable and "
+                        "start Tallow again.");
   }
+}
+
+std::string clsMain::CompanionPath() const {
+  return settings_.LocOfGroupingDir() + std::string(kCompanionFileName);
+}
+
+void clsMain::WriteCompanion(const CompanionHeader& header) {
+  const std::string path = CompanionPath();
+  if (companion_is_unread_) {
+    // It may be readable by now; what it knows of the songs is not to be lost.
+    try {
+      const auto bytes = ReadWholeFile(path, kMostLibraryBytes);
+      if (bytes) DecodeCompanion(*bytes, companion_.library, table_);
+    } catch (const FileError&) {
+      MoveToBackup(path);
+    }
+    companion_is_unread_ = false;
+  }
+  WriteFileAtomically(path, EncodeCompanion(header, table_));
 }
 
 void clsMain::SetSize(std::int32_t row, std::string_view folder, std::string_view name,
@@ -300,10 +350,18 @@ void clsMain::SaveFacts() {
   // Rows keep their places, so the facts are those of the file though the table may hold more.
   if (companion_.library == 0) return;
   try {
-    WriteFileAtomically(settings_.LocOfGroupingDir() + std::string(kCompanionFileName),
-                        EncodeCompanion(companion_, table_));
+    WriteCompanion(companion_);
   } catch (const FileError&) {
     // The companion is made again when it is lost.
+  }
+}
+
+void clsMain::TrustLibrary() {
+  try {
+    if (!companion_is_unread_) KeepReplaced(CompanionPath());
+    SaveFacts();
+  } catch (const FileError&) {
+    // The next start asks once more.
   }
 }
 

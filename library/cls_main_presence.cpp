@@ -190,6 +190,7 @@ void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on) {
   LoadMemory();
   LookAtDrives();
   PresenceCheck(*this).Run(go_on);
+  RecognizeLate();
 }
 
 }  // namespace tallow

@@ -9,6 +9,7 @@
 
 #include "library/cls_main.h"
 #include "library/folder_scan.h"
+#include "util/atomic_file.h"
 #include "util/day.h"
 #include "util/errors.h"
 #include "util/number.h"
@@ -42,6 +43,12 @@ class clsMain::KnownSongs {
 
 void clsMain::BlankRow(std::int32_t row) {
   if (table_.Cell(kFileIsThere, row) == kPresent) {
+    if (!CanRemember()) {
+      // Its rank would be lost with the row.
+      table_.Facts(row).away = AwayReason(false, table_.Cell(kFileLocation, row),
+                                          missing_file_.path() + " cannot be read");
+      return;
+    }
     missing_.Add({.number = NumericValue(table_.Cell(kRecordNumber, row)),
                   .name = std::string(table_.Cell(kFileName, row)),
                   .folder = std::string(table_.Cell(kFileLocation, row)),
@@ -84,39 +91,63 @@ bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(const GoOn& go_on) {
 }
 
 std::vector<std::string> clsMain::RememberedFolders() {
-  const auto read = [this]() -> std::optional<std::string> {
+  const std::string path = settings_.FileContainingTargetDirectories();
+  std::optional<std::string> content;
+  list_is_unread_ = false;
+  const auto read = [&] {
     try {
-      return ReadWholeFile(settings_.FileContainingTargetDirectories());
-    } catch (const FileError&) {
-      return std::nullopt;
+      content = ReadWholeFile(path, kMostListBytes);
+    } catch (const FileError& error) {
+      list_is_unread_ = true;
+      problems_.push_back(path + " cannot be read (" + error.reason() +
+                          "), so it stays as it is, and folders that only it names are not "
+                          "looked at. Make it readable and start Tallow again.");
     }
   };
-  auto content = list_is_stale_ ? std::nullopt : read();
-  if (!content) {
+  if (!list_is_stale_) read();
+  if (!content && !list_is_unread_) {
     // The folders are known from the songs as well.
     WriteOutMp3DirectoryLocations();
     list_is_stale_ = !list_error_.empty();
-    if (!list_is_stale_) content = read();
+    if (!list_is_stale_) read();
   }
   std::vector<std::string> folders;
+  bool is_damaged = content && (content->empty() ? !FoldersOf(false, 1).empty()
+                                                 : content->back() != kLineEnd.back());
   // The line "0" stands for the missing songs; in no other folder than a whole path are songs.
   const auto add = [&](std::string_view folder) {
     if (IsAbsolutePath(folder) && !drives_.IsBehindAutomounter(folder))
       folders.push_back(EnsureTrailingBackslash(folder));
   };
   if (content) {
-    for (const std::string_view line : SplitLines(*content)) add(line);
-  } else {
-    // Neither read nor written: the songs' folders serve without a list.
-    std::unordered_set<std::string_view> seen;
-    for (std::int32_t row = 1; row <= table_.rows(); ++row)
-      if (seen.insert(table_.Cell(kFileLocation, row)).second) add(table_.Cell(kFileLocation, row));
+    for (const std::string_view line : SplitLines(*content)) {
+      add(line);
+      is_damaged = is_damaged || (line != "0" && !IsAbsolutePath(line));
+    }
   }
+  if (is_damaged) {
+    KeepReplaced(path);
+    problems_.push_back(path + " is damaged. It is kept with .bak behind its name.");
+    list_is_stale_ = true;
+  }
+  // A list that was not read, or is damaged, lacks folders that songs lie in.
+  std::unordered_set<std::string> listed(folders.begin(), folders.end());
+  const auto add_unless_listed = [&](const std::string& folder) {
+    if (listed.insert(folder).second) add(folder);
+  };
+  for (const bool away : {false, true})
+    for (const std::string& folder : FoldersOf(away, 1)) add_unless_listed(folder);
+  for (const UnreadFolder& folder : unread_.Folders())
+    if (!folder.below) add_unless_listed(folder.path);
   return folders;
 }
 
 void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
                                      KnownSongs& known) {
+  if (listing.problem.empty())
+    ForgetUnread(folder);
+  else
+    RememberUnread(folder, false, listing.problem);
   if (listing.files.empty()) return;
   KnownSongs::Rows& rows = known.OfFolder(folder);
   for (const FileEntry& file : listing.files) {
@@ -226,13 +257,7 @@ void clsMain::RecognizeReturned(std::int32_t old_count) {
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     // The sizes of other files are asked for once there is a window.
     if (!missing_.HasName(table_.Cell(kFileName, row))) continue;
-    std::int64_t& size = table_.Facts(row).size;
-    if (size == kUnknownSize) {
-      const FileLook look = LookAtFile(
-          std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
-      if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
-    }
-    const MissingSong* const song = missing_.Only(table_.Cell(kFileName, row), size);
+    const MissingSong* const song = missing_.Only(table_.Cell(kFileName, row), SizeOf(row));
     if (song == nullptr) continue;
     const std::int32_t number = song->number;
     table_.SetCell(kSongRank, row, song->rank);
@@ -241,6 +266,35 @@ void clsMain::RecognizeReturned(std::int32_t old_count) {
     ++scan_.back;
     --scan_.new_songs;
   }
+}
+
+std::int64_t clsMain::SizeOf(std::int32_t row) {
+  std::int64_t& size = table_.Facts(row).size;
+  if (size == kUnknownSize) {
+    const FileLook look = LookAtFile(
+        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
+    if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
+  }
+  return size;
+}
+
+void clsMain::RecognizeLate() {
+  if (missing_.size() == 0) return;
+  bool has_any = false;
+  for (std::int32_t row = 1; row <= table_.rows(); ++row) {
+    if (!missing_.HasName(table_.Cell(kFileName, row)) || !IsPresent(row) || IsAway(row)) continue;
+    const MissingSong* const song = missing_.Only(table_.Cell(kFileName, row), SizeOf(row));
+    // A song of a lower number was there before that one went.
+    if (song == nullptr || song->number >= row) continue;
+    const std::int32_t number = song->number;
+    // The user may have ranked it meanwhile.
+    if (table_.Cell(kSongRank, row) == "2") table_.SetCell(kSongRank, row, song->rank);
+    missing_.CameBack(number, row);
+    returned_.push_back({number, row});
+    ++scan_.back;
+    has_any = true;
+  }
+  if (has_any) Save();
 }
 
 void clsMain::TakeSearchedSongs(std::int32_t old_count) {
@@ -257,8 +311,20 @@ void clsMain::TakeSearchedSongs(std::int32_t old_count) {
   // What could not be saved must not be loaded over what was found, either.
   const bool saved = Save();
   // Loading forgets which of the songs that were there before are away.
-  if (saved && old_count == 0) LoadMain();
+  if (saved && old_count == 0) LoadWhatWasSaved();
   WriteOutMp3DirectoryLocations();
+}
+
+void clsMain::LoadWhatWasSaved() {
+  SongTable found = std::move(table_);
+  const auto stamp = saved_stamp_;
+  const CompanionHeader companion = companion_;
+  if (LoadMain()) return;
+  // The songs are those of the file, which was written a moment ago and cannot be read now.
+  table_ = std::move(found);
+  saved_stamp_ = stamp;
+  companion_ = companion;
+  backup_first_ = false;
 }
 
 std::vector<ReturnedSong> clsMain::TakeReturned() { return std::exchange(returned_, {}); }

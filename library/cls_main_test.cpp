@@ -338,10 +338,14 @@ TEST_F(ClsMain, ASaveAfterAFailedLoadKeepsTheOldFile) {
   library.LoadMain();
   library.Save();
   EXPECT_EQ(ReadWholeFile(LibraryPath() + ".bak"), damaged);
-  // Once kept, it is not overwritten by what follows.
-  AddSong("/a/", "c");
-  library.Save();
-  EXPECT_EQ(ReadWholeFile(LibraryPath() + ".bak"), damaged);
+  // What follows gives it another name, and keeps it.
+  const auto saved = ReadWholeFile(LibraryPath());
+  for (const char* name : {"c", "d", "e"}) {
+    AddSong("/a/", name);
+    library.Save();
+    EXPECT_EQ(ReadWholeFile(LibraryPath() + ".damaged"), damaged);
+  }
+  EXPECT_NE(ReadWholeFile(LibraryPath() + ".bak"), saved);
 }
 
 TEST_F(ClsMain, ASaveAfterAShortLoadKeepsTheOldFile) {
@@ -354,13 +358,15 @@ TEST_F(ClsMain, ASaveAfterAShortLoadKeepsTheOldFile) {
   EXPECT_EQ(ReadWholeFile(LibraryPath() + ".bak"), whole);
 }
 
-TEST_F(ClsMain, ASaveAfterASoundLoadKeepsNothing) {
+TEST_F(ClsMain, ASaveAfterASoundLoadKeepsTheLibraryBefore) {
   AddSong("/a/", "a");
   library.Save();
+  const auto before = ReadWholeFile(LibraryPath());
   library.LoadMain();
   AddSong("/a/", "b");
   library.Save();
-  EXPECT_FALSE(FileExists(LibraryPath() + ".bak"));
+  EXPECT_EQ(ReadWholeFile(LibraryPath() + ".bak"), before);
+  EXPECT_FALSE(FileExists(LibraryPath() + ".damaged"));
 }
 
 TEST_F(ClsMain, TheFolderListHasEachFolderOnceInOrder) {

@@ -12,6 +12,7 @@ namespace tallow {
 namespace {
 
 constexpr std::string_view kMagic = "TALLOW+1";
+constexpr std::size_t kRowsOffset = 32;
 constexpr std::size_t kHeaderBytes = 36;
 constexpr std::size_t kRowBytes = 12;
 constexpr std::size_t kChecksumBytes = 8;
@@ -59,17 +60,23 @@ std::string EncodeCompanion(const CompanionHeader& header, const SongTable& tabl
   return bytes;
 }
 
-std::optional<CompanionHeader> DecodeCompanion(std::string_view bytes, std::uint64_t library,
-                                               SongTable& table) {
+std::optional<CompanionHeader> HeaderOfCompanion(std::string_view bytes) {
   if (bytes.size() < kHeaderBytes + kChecksumBytes || !bytes.starts_with(kMagic)) return {};
   const std::string_view body = bytes.substr(0, bytes.size() - kChecksumBytes);
   if (Read<std::uint64_t>(bytes, body.size()) != ChecksumOf(body)) return {};
   const CompanionHeader header{Read<std::uint64_t>(bytes, 8), Read<std::uint64_t>(bytes, 16),
                                Read<std::int32_t>(bytes, 24), Read<std::int32_t>(bytes, 28)};
-  const auto rows = Read<std::int32_t>(bytes, 32);
+  const auto rows = Read<std::int32_t>(bytes, kRowsOffset);
   if (rows < 0 || body.size() != kHeaderBytes + kRowBytes * static_cast<std::size_t>(rows))
     return {};
-  if (header.library != library && header.before != library) return {};
+  return header;
+}
+
+std::optional<CompanionHeader> DecodeCompanion(std::string_view bytes, std::uint64_t library,
+                                               SongTable& table) {
+  const auto header = HeaderOfCompanion(bytes);
+  if (!header || (header->library != library && header->before != library)) return {};
+  const auto rows = Read<std::int32_t>(bytes, kRowsOffset);
   for (std::int32_t row = 1; row <= std::min(rows, table.rows()); ++row) {
     const std::size_t at = kHeaderBytes + kRowBytes * static_cast<std::size_t>(row - 1);
     table.Facts(row).size = Read<std::int64_t>(bytes, at);

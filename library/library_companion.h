@@ -29,7 +29,9 @@ inline constexpr std::string_view kCompanionFileName = "FileLocNames.more";
 //
 // Numbers are little-endian, checksums are XXH64 with the seed 0. The companion is written before the
 // library. A program that ends between the two leaves the earlier library, whose checksum is here too.
-// One that is lost, damaged or of another library is as none, and made again.
+// One that is lost, damaged or of another library is as none, and made again; a damaged one is kept with
+// ".bak" behind its name. A library that has neither checksum was changed by something else, see
+// CheckLibrary.
 
 /// What a companion holds beside the facts of the rows.
 struct CompanionHeader {
@@ -44,6 +46,9 @@ std::uint64_t ChecksumOf(std::string_view bytes) noexcept;
 
 /// The bytes of a companion.
 std::string EncodeCompanion(const CompanionHeader& header, const SongTable& table);
+
+/// Reads what a companion holds beside the facts of the rows; no value when it is none, or damaged.
+std::optional<CompanionHeader> HeaderOfCompanion(std::string_view bytes);
 
 /// Reads a companion and gives the rows of the table their facts, as far as it has any.
 ///

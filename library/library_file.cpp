@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "library/library_companion.h"
 #include "library/record_repair.h"
 #include "util/errors.h"
 #include "util/file_system.h"
@@ -98,9 +99,17 @@ std::string EncodeLibrary(const SongTable& table) {
 
 LibraryInspection InspectLibrary(const std::string& path) {
   LibraryInspection result;
-  const auto bytes = ReadWholeFile(path);
+  std::optional<std::string> bytes;
+  try {
+    bytes = ReadWholeFile(path, kMostLibraryBytes);
+  } catch (const FileTooLargeError& error) {
+    result.exists = true;
+    result.problem = "it " + error.reason();
+    return result;
+  }
   if (!bytes) return result;
   result.exists = true;
+  result.checksum = ChecksumOf(*bytes);
   LibraryReader reader(*bytes);
   LibraryRecord record;
   std::string_view last;

@@ -88,6 +88,9 @@ std::int32_t MostRecords(std::size_t bytes) noexcept;
 /// \throws FileError naming the song when a text is longer than kMostFieldBytes
 std::string EncodeLibrary(const SongTable& table);
 
+/// Most bytes of a library file, as many as a signed 32-bit number counts. A larger file is none.
+inline constexpr std::uint64_t kMostLibraryBytes = 0x7FFFFFFF;
+
 /// What a library file is worth, without loading it.
 struct LibraryInspection {
   bool exists = false;
@@ -96,9 +99,10 @@ struct LibraryInspection {
   std::int32_t usable = 0;  ///< records before the damage whose first text is not empty
   std::string last_number;  ///< the third text of the last usable record; empty when there is none
   std::string problem;      ///< when not sound: what is wrong, and at which byte or record
+  std::uint64_t checksum = 0;  ///< of its bytes, see ChecksumOf; 0 of one that is too large
 };
 
-/// Inspects a library file.
+/// Inspects a library file. One of more than kMostLibraryBytes is not sound.
 ///
 /// \throws FileError when it exists but cannot be read
 LibraryInspection InspectLibrary(const std::string& path);

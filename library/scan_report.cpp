@@ -28,6 +28,8 @@ std::string TextOf(const ScanReport& report, bool always_new) {
   std::int32_t away = 0;
   for (const AwayPlace& place : report.away) away += place.songs;
   if (away > 0) add(std::to_string(away) + " away (" + NamesOf(report.away) + ")");
+  if (report.unread_folders > 0)
+    add(count(report.unread_folders, " folder could not be read", " folders could not be read"));
   if (report.left_out_grew)
     add(std::to_string(report.left_out) + " left out because a song of that file name is there");
   return text;

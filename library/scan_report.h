@@ -37,6 +37,7 @@ struct ScanReport {
   std::int32_t left_out = 0;   ///< files, because a song of their name is there
   bool left_out_grew = false;  ///< more than the last time
   std::vector<AwayPlace> away;
+  std::int32_t unread_folders = 0;  ///< folders that could not be read
 };
 
 /// The report as a line: the counts that apply, "12 new songs, 2 missing". Empty when none does.

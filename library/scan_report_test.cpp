@@ -38,5 +38,13 @@ TEST(ScanReport, NamesThreePlaces) {
   EXPECT_EQ(TextOf(report, false), "10 away (/a/, /b/, /c/, . . .)");
 }
 
+TEST(ScanReport, FoldersThatCouldNotBeReadAreCounted) {
+  ScanReport report;
+  report.unread_folders = 1;
+  EXPECT_EQ(TextOf(report, false), "1 folder could not be read");
+  report.unread_folders = 12;
+  EXPECT_EQ(TextOf(report, true), "0 new songs, 12 folders could not be read");
+}
+
 }  // namespace
 }  // namespace tallow

@@ -13,10 +13,13 @@ void StateFile::Load(const std::string& path, const std::function<void(const std
   is_unreadable_ = true;
   std::string content;
   try {
-    const auto read = ReadWholeFile(path);
+    auto read = ReadWholeFile(path, kMostBytes);
     is_unreadable_ = false;
     if (!read) return;
-    content = *read;
+    content = *std::move(read);
+  } catch (const FileTooLargeError&) {
+    // Nothing that was written here: damaged, as the empty text is.
+    is_unreadable_ = false;
   } catch (const FileError& error) {
     problems.push_back(path + " cannot be read (" + error.reason() +
                        "), so it stays as it is. Make it readable and start Tallow again.");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 #include <vector>
@@ -13,6 +14,9 @@ namespace tallow {
 /// another day, so it is not replaced.
 class StateFile {
  public:
+  /// A file of more bytes is damaged. A million missing songs with long paths have less than half of it.
+  static constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 30U;
+
   /// Reads the file; nothing where there is none.
   ///
   /// \param decode   takes over the content; what it throws says that the file is damaged, and why
@@ -23,6 +27,10 @@ class StateFile {
   /// Replaces the file atomically; nothing where it could not be read.
   /// \throws FileError
   void Save(const std::string& bytes) const;
+
+  /// Whether the last Load could not read the file. It may hold what is needed, and is not replaced.
+  bool IsUnreadable() const noexcept { return is_unreadable_; }
+  const std::string& path() const noexcept { return path_; }
 
  private:
   std::string path_;

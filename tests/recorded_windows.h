@@ -39,6 +39,12 @@ class RecordedWindows : public StartUpWindows {
     asked.push_back(text);
     return leaves_questions ? std::nullopt : std::optional(answer);
   }
+  std::optional<std::size_t> Choose(const std::string& text,
+                                    const std::vector<std::string>& of) override {
+    asked.push_back(text);
+    choices = of;
+    return choice;
+  }
   void Notice(const std::vector<std::string>& lines) override {
     notices.insert(notices.end(), lines.begin(), lines.end());
   }
@@ -56,6 +62,8 @@ class RecordedWindows : public StartUpWindows {
   std::vector<std::string> notices;
   std::string scan;  ///< the counts of the start
   bool answer = true;
+  std::vector<std::string> choices;       ///< that were offered last
+  std::optional<std::size_t> choice = 0;  ///< which of them to take
   bool leaves_questions = false;
 
  private:

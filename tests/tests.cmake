@@ -12,6 +12,7 @@ add_executable(tallow_core_tests
   app/runtime_file_test.cpp
   app/system_opening_test.cpp
   app/system_recovery_test.cpp
+  app/system_faults_test.cpp
   app/system_test.cpp
   app/take_files_test.cpp
   app/tip_list_test.cpp
@@ -33,6 +34,7 @@ add_executable(tallow_core_tests
   library/cls_main_test.cpp
   library/duplicate_removal_test.cpp
   library/known_drives_test.cpp
+  library/library_check_test.cpp
   library/library_companion_test.cpp
   library/library_file_test.cpp
   library/missing_songs_test.cpp
@@ -42,6 +44,7 @@ add_executable(tallow_core_tests
   library/scan_report_test.cpp
   library/song_table_test.cpp
   library/tag_cache_test.cpp
+  library/unread_folders_test.cpp
   library/tag_text_test.cpp
   player/player_operations_test.cpp
   player/playfile_test.cpp

@@ -103,6 +103,15 @@ std::optional<bool> StartUp::AskUnlessLeft(const std::string& text) {
   return answer == MessageAnswer::kYes;
 }
 
+std::optional<std::size_t> StartUp::Choose(const std::string& text,
+                                           const std::vector<std::string>& choices) {
+  if (silent_) {
+    PrintError(text);
+    return std::nullopt;
+  }
+  return ChooseInMessageBox(text, choices, ParentOfMessages());
+}
+
 void StartUp::Notice(const std::vector<std::string>& lines) {
   if (silent_)
     for (const std::string& line : lines) PrintError(line);

@@ -32,6 +32,8 @@ class StartUp : public StartUpWindows {
   void Tell(const std::string& text) override;
   bool Ask(const std::string& text) override;
   std::optional<bool> AskUnlessLeft(const std::string& text) override;
+  std::optional<std::size_t> Choose(const std::string& text,
+                                    const std::vector<std::string>& choices) override;
   void Notice(const std::vector<std::string>& lines) override;
   void NoticeScan(const std::vector<std::string>& lines) override;
   void OpenInTextEditor(const std::string& path) override;

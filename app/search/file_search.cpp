@@ -97,6 +97,27 @@ bool FileSearch::Visit(const TreeFolder& folder) {
   return folder.listing.opened && (identity.number == 0 || visited_.insert(identity).second);
 }
 
+void FileSearch::RememberIfUnread(const FileSearchRequest& request, const TreeFolder& folder) {
+  if (folder.listing.problem.empty())
+    tallow_.library.ForgetUnread(folder.path);
+  else
+    tallow_.library.RememberUnread(folder.path, request.Recurse, folder.listing.problem);
+}
+
+void FileSearch::SearchUnreadFolders() {
+  FileSearchRequest request{
+      .Recurse = true, .AddToLibrary = true, .Folder = {}, .Pattern = std::string(kSongPattern)};
+  for (const UnreadFolder& folder : tallow_.library.UnreadFoldersNow()) {
+    if (!folder.below) continue;
+    // What is on a drive that is away is looked at once that is there.
+    if (IsGone(folder.path) && tallow_.library.AwayRootOf(folder.path).empty())
+      tallow_.library.ForgetUnread(folder.path);
+    if (IsGone(folder.path)) continue;
+    request.Folder = folder.path;
+    WalkFolderTree(request);
+  }
+}
+
 double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   FolderReader reader(
       request.Pattern, request.Recurse,
@@ -118,6 +139,7 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   if (IsSplashLoaded()) live = [this] { progress_->VisitFolder({}); };
   const auto enter = [&](std::shared_ptr<TreeFolder> folder) {
     reader.Take(*folder, live);
+    if (request.AddToLibrary && !IsExcludedFolder(folder->path)) RememberIfUnread(request, *folder);
     if (!Visit(*folder)) return;
     reader.Enter(*folder);
     if (IsSplashLoaded()) progress_->VisitFolder(folder->path);

@@ -50,6 +50,9 @@ class FileSearch {
   /// \returns false when it was cancelled
   bool SearchDrivesForMp3s(bool all_drives, std::string_view folder);
 
+  /// Walks the folders that an earlier search could not read.
+  void SearchUnreadFolders();
+
   /// The player search: beside the program and on the path where the platform has that, then in the
   /// tree of each fixed disk. The first find goes to the settings, which are saved; without a find,
   /// or when cancelled, nothing is stored.
@@ -84,6 +87,7 @@ class FileSearch {
   std::int64_t AddListedFiles(FileSearchRequest& request, const std::string& folder,
                               const FolderListing& listing);
   bool Visit(const TreeFolder& folder);
+  void RememberIfUnread(const FileSearchRequest& request, const TreeFolder& folder);
   bool WalkLinkedFolders(FileSearchRequest& request);
   std::string FindWinampWhileLiving(const std::string& root);
   void StorePlayer(const std::string& path);

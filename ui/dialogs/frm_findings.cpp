@@ -95,6 +95,12 @@ void frmFindings::Fill() {
       item->setData(0, kPlaceRole, QByteArray::fromStdString(place.place));
     }
   }
+  const std::vector<UnreadFolder> unread = library_.UnreadFoldersNow();
+  if (!unread.empty()) {
+    QTreeWidgetItem* const above = heading(tr("Could not be read: the next start looks again"));
+    for (const UnreadFolder& folder : unread)
+      add(above, DisplayText(folder.path), DisplayText(folder.problem));
+  }
   const std::vector<LeftOutFile>& files = library_.LeftOut();
   if (!files.empty()) {
     QTreeWidgetItem* const left_out =
@@ -103,7 +109,8 @@ void frmFindings::Fill() {
       add(left_out, DisplayText(file.path),
           tr("stands for it: ") + DisplayText(file.stands_for_it));
   }
-  if (places.empty() && files.empty()) heading(tr("Nothing is away, and nothing was left out."));
+  if (places.empty() && files.empty() && unread.empty())
+    heading(tr("Nothing is away, and nothing was left out."));
   list_->expandAll();
   list_->header()->resizeSection(0, list_->minimumWidth() / 2);
   forget_->setEnabled(false);

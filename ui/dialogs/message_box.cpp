@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/dialogs/message_box.h"
 
+#include <algorithm>
+
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QKeySequence>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include "ui/dialogs/frm_help.h"
 #include "ui/display_text.h"
@@ -87,6 +90,24 @@ MessageAnswer ShowMessageBox(const Message& message, QWidget* parent) {
   QMessageBox box(icon, title, text, buttons, parent);
   if (message.buttons == MessageButtons::kYesNo) box.setEscapeButton(QMessageBox::No);
   return Run(box);
+}
+
+std::optional<std::size_t> ChooseInMessageBox(const std::string& text,
+                                              const std::vector<std::string>& choices,
+                                              QWidget* parent) {
+  DismissibleBox box(QMessageBox::Question, DisplayText(std::string(kOwnTitle)),
+                     DisplayMessage(text), QMessageBox::NoButton, parent);
+  box.setTextFormat(Qt::PlainText);
+  box.setProperty(kHelpPage, QStringLiteral("trouble"));
+  std::vector<QPushButton*> buttons;
+  // One role for all, so that every desktop keeps their order.
+  for (const std::string& choice : choices)
+    buttons.push_back(box.addButton(DisplayText(choice), QMessageBox::ActionRole));
+  box.setDefaultButton(buttons.front());
+  box.exec();
+  const auto chosen = std::find(buttons.begin(), buttons.end(), box.clickedButton());
+  if (chosen == buttons.end()) return std::nullopt;
+  return static_cast<std::size_t>(chosen - buttons.begin());
 }
 
 }  // namespace tallow

@@ -62,6 +62,31 @@ TEST(MessageBox, EveryIconHasItsPicture) {
     });
 }
 
+TEST(MessageBox, AChoiceIsTheButtonPressedAndLeavingIsNone) {
+  const auto choose = [](const std::function<void(QMessageBox&)>& act) {
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return;
+      timer.stop();
+      act(*box);
+    });
+    timer.start(5);
+    return ChooseInMessageBox("Which one?", {"Use It As It Is", "Salvage It"}, nullptr);
+  };
+  EXPECT_EQ(choose([](QMessageBox& box) {
+              EXPECT_EQ(box.text(), "Which one?");
+              EXPECT_EQ(box.windowTitle(), "Tallow");
+              ASSERT_EQ(box.buttons().size(), 2);
+              EXPECT_EQ(box.buttons()[1]->text(), "Salvage It");
+              box.buttons()[1]->click();
+            }),
+            1U);
+  EXPECT_EQ(choose([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); }), 0U);
+  EXPECT_EQ(choose([](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); }), std::nullopt);
+  EXPECT_EQ(choose([](QMessageBox& box) { box.close(); }), std::nullopt);
+}
+
 TEST(MessageBox, TheButtonPressedIsTheAnswer) {
   const std::pair<QMessageBox::StandardButton, MessageAnswer> answers[] = {
       {QMessageBox::Yes, MessageAnswer::kYes},

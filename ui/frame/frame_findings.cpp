@@ -42,7 +42,8 @@ void FrameFindings::SaveSizes() {
 }
 
 bool FrameFindings::HasAny() const {
-  return !tallow_.library.LeftOut().empty() || !tallow_.library.AwayPlaces().empty();
+  return !tallow_.library.LeftOut().empty() || !tallow_.library.AwayPlaces().empty() ||
+         !tallow_.library.UnreadFoldersNow().empty();
 }
 
 void FrameFindings::Changed() {

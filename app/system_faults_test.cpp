@@ -1,0 +1,256 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What a start makes of files that something has damaged, cut or replaced.
+#include <filesystem>
+#include <gtest/gtest.h>
+
+#include "tests/system_fixture.h"
+#include "util/file_system.h"
+
+namespace tallow {
+namespace {
+
+class SystemFaults : public SystemTest {
+ protected:
+  SystemFaults() {
+    Start();
+    Rank();
+  }
+
+  std::string System(const std::string& name) const {
+    return SystemFolder(application.path()) + name;
+  }
+  std::string List() const { return FolderListPath(application.path()); }
+  static std::string Read(const std::string& path) { return ReadWholeFile(path).value_or("none"); }
+  static void Change(const std::string& path, const std::string& from, const std::string& to) {
+    std::string bytes = Read(path);
+    const std::size_t at = bytes.find(from);
+    ASSERT_NE(at, std::string::npos) << from;
+    WriteFileAtomically(path, bytes.replace(at, from.size(), to));
+  }
+  static bool Contains(const std::vector<std::string>& lines, const std::string& text) {
+    for (const std::string& line : lines)
+      if (line.find(text) != std::string::npos) return true;
+    return false;
+  }
+  bool StartChoosing(std::optional<std::size_t> choice) {
+    windows.emplace();
+    windows->choice = choice;
+    tallow.emplace(application.path());
+    system.emplace(*tallow, drives, *windows);
+    return system->Main(runtime_file);
+  }
+};
+
+TEST_F(SystemFaults, AChangedByteOfTheLibraryIsToldWithThreeChoices) {
+  Change(Library(), "two.mp3", "twp.mp3");
+  const std::string changed = Read(Library());
+  EXPECT_FALSE(StartChoosing(std::nullopt));
+  EXPECT_EQ(
+      windows->asked,
+      Texts{"The song library " + Library() +
+            " is not as Tallow has written it. A disk error or another program has changed it, "
+            "or a backup was put back.\n\n"
+            "Use It As It Is: it holds 3 songs. Right for a backup that was put back.\n"
+            "Use the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs.\n"
+            "Salvage It: Tallow searches the drives anew. Songs that the library still shows "
+            "keep their ranks.\n\n"
+            "Unless it is used as it is, it is kept as FileLocNames.lmz.damaged beside it.\n"
+            "Closing this leaves Tallow and changes nothing."});
+  EXPECT_EQ(windows->choices, (Texts{"Use It As It Is", "Use the Last Good One", "Salvage It"}));
+  EXPECT_EQ(Read(Library()), changed);
+}
+
+TEST_F(SystemFaults, ALibraryThatIsUsedAsItIsIsNotAskedAboutAgain) {
+  // A backup of another day, with other ranks.
+  Change(Library(),
+         std::string("\1\0"
+                     "4",
+                     3),
+         std::string("\1\0"
+                     "9",
+                     3));
+  ASSERT_TRUE(StartChoosing(0));
+  EXPECT_EQ(windows->asked.size(), 1U);
+  EXPECT_FALSE(Searched());
+  ASSERT_TRUE(StartChoosing(std::nullopt));
+  EXPECT_TRUE(windows->asked.empty());
+  bool found = false;
+  for (std::int32_t row = 1; row <= 3; ++row)
+    found = found || tallow->library.Mp3Info(kSongRank, row) == "9";
+  EXPECT_TRUE(found);
+}
+
+TEST_F(SystemFaults, TheLastGoodLibraryCanBeUsed) {
+  // Another save, so that the last good one has the ranks.
+  tallow->library.MainIsDirty(true);
+  tallow->library.Mp3Info(kSongRank, 1, "9");
+  tallow->library.Save();
+  Change(Library(), "two.mp3", "twp.mp3");
+  const std::string changed = Read(Library());
+  ASSERT_TRUE(StartChoosing(1));
+  ExpectRanks();
+  EXPECT_FALSE(Searched());
+  EXPECT_EQ(Read(Library() + ".damaged"), changed);
+  ASSERT_TRUE(Start());
+  EXPECT_TRUE(windows->asked.empty());
+  ExpectRanks();
+}
+
+TEST_F(SystemFaults, AChangedLibraryCanBeSalvaged) {
+  Change(Library(), "two.mp3", "twp.mp3");
+  const std::string changed = Read(Library());
+  const std::string good = Read(Library() + ".bak");
+  ASSERT_TRUE(StartChoosing(2));
+  EXPECT_TRUE(Searched());
+  EXPECT_EQ(RankOf("one.mp3"), ranked[0].second);
+  EXPECT_EQ(RankOf("three.mp3"), ranked[2].second);
+  EXPECT_NE(RankOf("two.mp3"), "no such song");
+  EXPECT_EQ(Read(Library() + ".damaged"), changed);
+  ASSERT_TRUE(Start());
+  EXPECT_TRUE(windows->asked.empty());
+}
+
+TEST_F(SystemFaults, OfALibraryThatDoesNotParseTheLastGoodOneIsOffered) {
+  WriteFileAtomically(Library(), Read(Library()).substr(0, 50));
+  ASSERT_TRUE(StartChoosing(0));
+  EXPECT_EQ(windows->choices, (Texts{"Use the Last Good One", "Salvage It"}));
+  EXPECT_TRUE(windows->asked.at(0).starts_with("The song library " + Library() + " is damaged: "));
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
+  EXPECT_FALSE(Searched());
+}
+
+TEST_F(SystemFaults, OfALibraryThatIsGoneTheLastGoodOneIsOffered) {
+  RemoveFile(Library());
+  ASSERT_TRUE(StartChoosing(0));
+  EXPECT_EQ(
+      windows->asked.at(0),
+      "The song library " + Library() +
+          " is gone.\n\nUse the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs.\n"
+          "Search Anew: Tallow searches the drives. All ranks are lost.\n"
+          "Closing this leaves Tallow and changes nothing.");
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
+}
+
+TEST_F(SystemFaults, ACountThatIsWrongDoesNotMatterWhereTheLibraryIsWhole) {
+  tallow->settings.NumerOfRecordsInTheMain(9);
+  tallow->SaveSettings();
+  ASSERT_TRUE(Start());
+  EXPECT_TRUE(windows->asked.empty());
+  EXPECT_FALSE(Searched());
+  EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 3);
+  ExpectRanks();
+}
+
+TEST_F(SystemFaults, ADamagedCompanionIsKeptAndSaid) {
+  const std::string companion = application / "Grouping/FileLocNames.more";
+  Change(companion, "TALLOW", "TOLLOW");
+  const std::string damaged = Read(companion);
+  ASSERT_TRUE(Start());
+  EXPECT_TRUE(
+      Contains(windows->notices, companion + " is damaged. It is kept with .bak behind its name."));
+  EXPECT_EQ(Read(companion + ".bak"), damaged);
+  ExpectRanks();
+}
+
+TEST_F(SystemFaults, AFolderInThePlaceOfTheCompanionIsSaidAndDoesNotKeepFromSaving) {
+  const std::string companion = application / "Grouping/FileLocNames.more";
+  RemoveFile(companion);
+  CreateFolder(companion);
+  ASSERT_TRUE(Start());
+  EXPECT_TRUE(Contains(windows->notices, companion + " cannot be read ("));
+  tallow->library.Mp3Info(kSongRank, 1, "9");
+  EXPECT_TRUE(tallow->library.Save()) << tallow->library.SaveError();
+  EXPECT_TRUE(FolderExists(companion + ".bak"));
+  EXPECT_TRUE(FileExists(companion));
+}
+
+TEST_F(SystemFaults, SettingsThatWereCutAreKeptAndCompleted) {
+  const std::string whole = Read(Settings());
+  for (const std::size_t length :
+       {std::size_t{0}, whole.find("Grouping") + 3, whole.find("\r\n") + 9, whole.find(" 3 ") + 2,
+        whole.size() - 2}) {
+    WriteFileAtomically(Settings(), whole.substr(0, length));
+    ASSERT_TRUE(Start()) << length;
+    EXPECT_EQ(windows->notices.at(0),
+              Settings() +
+                  " was cut short. It is kept as TallowOrganizer.ini.bak; the settings that "
+                  "it lacked are those of a new one.")
+        << length;
+    EXPECT_TRUE(windows->asked.empty()) << length;
+    EXPECT_EQ(Read(Settings() + ".bak"), whole.substr(0, length));
+    EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3) << length;
+    EXPECT_FALSE(Searched() && length > 0 && length != whole.find("Grouping") + 3) << length;
+    ExpectRanks();
+    ASSERT_TRUE(Start());
+    EXPECT_TRUE(windows->notices.empty()) << windows->notices.at(0);
+  }
+}
+
+TEST_F(SystemFaults, AWriteOfTheSettingsThatFailsIsSaidOnce) {
+  RemoveFile(Settings());
+  CreateFolder(Settings());
+  tallow->settings.IsItTiled(true);
+  windows->notices.clear();
+  tallow->SaveSettings();
+  tallow->SaveSettings();
+  ASSERT_EQ(windows->notices.size(), 1U);
+  EXPECT_TRUE(
+      windows->notices[0].starts_with("The settings could not be saved. " + Settings() + ": "));
+  EXPECT_TRUE(windows->notices[0].ends_with(". Make room for them, or make the file writable."));
+}
+
+TEST_F(SystemFaults, AFileOfMoreThan16MegabytesIsNoSettings) {
+  std::filesystem::resize_file(Settings(), (std::uintmax_t{16} << 20U) + 1);
+  ASSERT_TRUE(Start());
+  ASSERT_EQ(windows->asked.size(), 1U);
+  EXPECT_NE(windows->asked[0].find("has more than 16777216 bytes"), std::string::npos);
+  EXPECT_EQ(std::filesystem::file_size(Settings() + ".bak"), (std::uintmax_t{16} << 20U) + 1);
+  ExpectRanks();
+}
+
+TEST_F(SystemFaults, FoldersOfSettingsThatAreGoneAreSaidAndTheSettingsKept) {
+  const std::string before = Read(Settings());
+  tallow->settings.LocOfGroupingDir(application / "Grouqing/");
+  tallow->SaveSettings();
+  const std::string wrong = Read(Settings());
+  ASSERT_TRUE(Start());
+  EXPECT_EQ(windows->notices.at(0), "The folder " + (application / "Grouqing/") +
+                                        " of the settings is gone, so Tallow uses " +
+                                        (application / "Grouping/") +
+                                        ". The settings as they were are kept as "
+                                        "TallowOrganizer.ini.bak beside them.");
+  EXPECT_EQ(Read(Settings() + ".bak"), wrong);
+  EXPECT_EQ(Read(Settings()), before);
+  ExpectRanks();
+}
+
+TEST_F(SystemFaults, AFolderListThatCannotBeReadStaysAndIsSaid) {
+  RemoveFile(List());
+  CreateFolder(List());
+  MakeSong("a/new.mp3", {});
+  ASSERT_TRUE(Start());
+  EXPECT_TRUE(Contains(windows->notices, List() + " cannot be read ("));
+  EXPECT_TRUE(
+      Contains(windows->notices,
+               "), so it stays as it is, and folders that only it names are not looked at. Make "
+               "it readable and start Tallow again."));
+  EXPECT_TRUE(FolderExists(List()));
+  ExpectRanks();
+  // The folders are known from the songs.
+  EXPECT_NE(RankOf("new.mp3"), "no such song");
+}
+
+TEST_F(SystemFaults, UnsavedChangesThatCannotBeReadStay) {
+  // Longer than any such file; nothing of it is on the disk.
+  const std::string path = application.File("Grouping/System/Jukebox-1.unsaved");
+  std::filesystem::resize_file(path, std::uintmax_t{2} << 30U);
+  ASSERT_TRUE(Start());
+  ASSERT_EQ(windows->notices.size(), 1U);
+  EXPECT_TRUE(windows->notices[0].starts_with(
+      path + ": the unsaved changes in this file cannot be read (has more than "));
+  EXPECT_TRUE(windows->notices[0].ends_with("). The next start offers them again."));
+  EXPECT_TRUE(FileExists(path));
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/library_check.h"
+
+#include "library/library_companion.h"
+#include "util/atomic_file.h"
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+
+namespace tallow {
+namespace {
+
+/// The header of the companion beside a library file; no value where there is none that can be used.
+std::optional<CompanionHeader> CompanionBeside(const std::string& path) {
+  try {
+    const auto bytes = ReadWholeFile(std::string(FolderOfPath(path)).append(kCompanionFileName),
+                                     kMostLibraryBytes);
+    return bytes ? HeaderOfCompanion(*bytes) : std::nullopt;
+  } catch (const FileError&) {
+    // Said when its facts are read.
+    return std::nullopt;
+  }
+}
+
+bool IsOf(const CompanionHeader& companion, std::uint64_t checksum) {
+  return checksum != 0 && (checksum == companion.library || checksum == companion.before);
+}
+
+}  // namespace
+
+LibraryCheck CheckLibrary(const std::string& path) {
+  LibraryCheck check;
+  check.file = InspectLibrary(path);
+  const auto companion = CompanionBeside(path);
+  if (!companion) return check;
+  check.is_whole = check.file.exists && IsOf(*companion, check.file.checksum);
+  check.is_changed = check.file.exists && !check.is_whole;
+  if (check.is_whole) return check;
+  try {
+    const LibraryInspection backup = InspectLibrary(path + std::string(kBackupSuffix));
+    if (backup.sound && IsOf(*companion, backup.checksum)) check.last_good = backup.usable;
+  } catch (const FileError&) {
+    // One that cannot be read is no help.
+  }
+  return check;
+}
+
+void UseLastGood(const std::string& path) {
+  const std::string backup = path + std::string(kBackupSuffix);
+  const auto bytes = ReadWholeFile(backup, kMostLibraryBytes);
+  if (!bytes) throw FileError(backup, "is gone");
+  if (!IsGone(path)) KeepReplaced(path, kSetAsideSuffix);
+  WriteFileAtomically(path, *bytes);
+}
+
+}  // namespace tallow
