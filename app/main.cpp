@@ -9,6 +9,7 @@
 #include <QApplication>
 
 #include "app/command_line.h"
+#include "app/data_paths.h"
 #include "app/search/drive_list.h"
 #include "app/search/system_volumes.h"
 #include "app/system.h"
@@ -24,6 +25,7 @@
 #include "ui/frame/frm_mdi_form1.h"
 #include "ui/single_program.h"
 #include "ui/start_up.h"
+#include "ui/window_options.h"
 #include "util/errors.h"
 #include "util/program_start.h"
 
@@ -86,6 +88,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
   }
   SingleProgram& single = *made;
   if (!single.Lock()) return HandOver(single, tallow.application_folder, line);
+  const std::string options_problem = PrepareWindowOptions(SystemFolder(tallow.application_folder));
   tallow.library.UseDrives(SystemVolumes, line.drives);
   for (const std::string& drive : line.drives) {
     const auto is_known = [&](const std::string& root) { return tallow.library.KnowsDrive(root); };
@@ -100,6 +103,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
                    [&frame](const std::vector<std::string>& files) { frame.OpenFiles(files); });
   StartUp windows(tallow, frame, line.exit_after_startup);
   System system(tallow, *drives, windows);
+  if (!options_problem.empty()) tallow.tell_problem(options_problem);
   std::optional<EndSignals> end_signals;
   const auto end = [&frame, &tallow] {
     // A search that is on its way is to end as well.

@@ -52,6 +52,7 @@ add_library(tallow_ui OBJECT
   ui/dialogs/message_box.cpp
   ui/open_text_${platform}.cpp
   ui/qt_path_${platform}.cpp
+  ui/window_options_${platform}.cpp
   ui/single_program.cpp
   ui/start_up.cpp
   ui/frame/window_arrangement.cpp)
