@@ -57,6 +57,7 @@ add_executable(tallow_core_tests
   util/like_test.cpp
   util/natural_order_test.cpp
   util/number_test.cpp
+  util/owner_file_test.cpp
   util/path_text_test.cpp
   util/quicksort_test.cpp
   util/read_ahead_test.cpp
@@ -84,7 +85,8 @@ else()
     player/player_link_linux_test.cpp
     player/substitute/request_server_linux_test.cpp
     player/substitute/sound_linux_test.cpp
-    util/comm_dlgs_linux_test.cpp)
+    util/comm_dlgs_linux_test.cpp
+    util/owner_file_linux_test.cpp)
   # The real player is played with.
   target_compile_definitions(tallow_core_tests PRIVATE
     TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")

@@ -13,7 +13,7 @@ class FileLock {
   enum class Answer {
     kHeld,        ///< by this object from now on
     kInUse,       ///< by another one, of this program or of another
-    kImpossible,  ///< the file cannot be made, or its file system knows no locks
+    kImpossible,  ///< it is no file, cannot be made or opened, or its file system knows no locks
   };
 
   FileLock();

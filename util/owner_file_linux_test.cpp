@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What processes, links and rights do to the file that names a process.
+#include <csignal>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include "tests/as_nobody_linux.h"
+#include "tests/temp_folder.h"
+#include "tests/wait_until.h"
+#include "util/file_lock.h"
+#include "util/owner_file.h"
+
+namespace tallow {
+namespace {
+
+using Answer = OwnerFile::Answer;
+using Unknown = OwnerFile::Unknown;
+
+/// A process that takes a file and holds it until it is killed.
+class Holder {
+ public:
+  explicit Holder(const std::string& path) {
+    int told[2];
+    EXPECT_EQ(pipe(told), 0);
+    child_ = fork();
+    if (child_ == 0) {
+      OwnerFile owner;
+      const char held = owner.Take(path, Unknown::kStays) == Answer::kHeld ? 'y' : 'n';
+      if (write(told[1], &held, 1) == 1) pause();
+      _exit(1);
+    }
+    char held = 0;
+    EXPECT_EQ(read(told[0], &held, 1), 1);
+    EXPECT_EQ(held, 'y');
+    close(told[0]);
+    close(told[1]);
+  }
+  ~Holder() { waitpid(child_, nullptr, 0); }
+  void Kill() const { kill(child_, SIGKILL); }
+
+ private:
+  pid_t child_ = 0;
+};
+
+TEST(OwnerFileLinux, AProcessThatWasKilledIsNoObstacleEvenBeforeItsParentHasNoticed) {
+  TempFolder folder;
+  const std::string path = folder / "it.owner";
+  const Holder holder(path);
+  OwnerFile owner;
+  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kInUse);
+  EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kInUse);
+  holder.Kill();
+  EXPECT_TRUE(WaitUntil([&] { return owner.Take(path, Unknown::kStays) == Answer::kHeld; }));
+}
+
+TEST(OwnerFileLinux, AnEarlierRunOfTheSystemHasLeftNothingThatRuns) {
+  ProcessName before = ThisProcess();
+  before.run = "another";
+  EXPECT_EQ(StateOf(before), ProcessState::kGone);
+}
+
+TEST(OwnerFileLinux, OfAnotherSetOfProcessesAndOfAnotherSystemNothingIsKnown) {
+  ProcessName contained = ThisProcess();
+  contained.process_set = "pid:[1]";
+  EXPECT_EQ(StateOf(contained), ProcessState::kUnknown);
+  ProcessName other = ThisProcess();
+  other.run = "windows";
+  EXPECT_EQ(StateOf(other), ProcessState::kUnknown);
+}
+
+TEST(OwnerFileLinux, ANumberThatNoProcessHasIsOfOneThatHasEnded) {
+  const pid_t child = fork();
+  if (child == 0) _exit(0);
+  ProcessName ended = ThisProcess();
+  ended.process = static_cast<std::uint64_t>(child);
+  waitpid(child, nullptr, 0);
+  EXPECT_EQ(StateOf(ended), ProcessState::kGone);
+  EXPECT_EQ(StateOf(ThisProcess()), ProcessState::kRuns);
+}
+
+TEST(OwnerFileLinux, LinksAndFifosInItsPlaceAreNeitherFollowedNorWaitedFor) {
+  TempFolder folder;
+  const std::string path = folder / "it.owner";
+  const auto make = [&](int kind) {
+    RemoveFile(path);
+    if (kind == 0) return symlink("nowhere", path.c_str());
+    if (kind == 1) return symlink("it.owner", path.c_str());
+    return mkfifo(path.c_str(), 0600);
+  };
+  for (int kind = 0; kind < 3; ++kind) {
+    ASSERT_EQ(make(kind), 0);
+    OwnerFile owner;
+    EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kUnknown) << kind;
+    EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kHeld) << kind;
+    EXPECT_EQ(ReadOwner(path), ThisProcess());
+  }
+  EXPECT_FALSE(FileExists(folder / "nowhere"));
+}
+
+TEST(OwnerFileLinux, InAFolderThatCannotBeWrittenAnOldFileLocksNobodyOut) {
+  TempFolder folder;
+  ProcessName far = ThisProcess();
+  far.host += "2";
+  const std::string path = folder.File("it.owner", OwnerText(far));
+  ASSERT_EQ(chmod(folder.path().c_str(), 0555), 0);
+  {
+    const AsNobody nobody;
+    OwnerFile owner;
+    EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kImpossible);
+  }
+  chmod(folder.path().c_str(), 0700);
+}
+
+TEST(FileLockLinux, WhatIsNoFileIsNeitherLockedNorWaitedFor) {
+  TempFolder folder;
+  FileLock lock;
+  ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);
+  EXPECT_EQ(lock.Take(folder / "fifo"), FileLock::Answer::kImpossible);
+  ASSERT_EQ(symlink("/dev/null", (folder / "device").c_str()), 0);
+  EXPECT_EQ(lock.Take(folder / "device"), FileLock::Answer::kImpossible);
+  folder.Folder("folder");
+  EXPECT_EQ(lock.Take(folder / "folder"), FileLock::Answer::kImpossible);
+  ASSERT_EQ(symlink("loop", (folder / "loop").c_str()), 0);
+  EXPECT_EQ(lock.Take(folder / "loop"), FileLock::Answer::kImpossible);
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,176 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "util/owner_file.h"
+
+#include <algorithm>
+#include <atomic>
+#include <gtest/gtest.h>
+#include <memory>
+#include <thread>
+#include <vector>
+
+#include "tests/temp_folder.h"
+
+namespace tallow {
+namespace {
+
+using Answer = OwnerFile::Answer;
+using Unknown = OwnerFile::Unknown;
+
+class OwnerFileTest : public testing::Test {
+ protected:
+  /// A process of this computer that has ended: this one's number, but another start.
+  static ProcessName EndedProcess() {
+    ProcessName ended = ThisProcess();
+    ++ended.started;
+    return ended;
+  }
+  std::vector<std::string> Files() const {
+    std::vector<std::string> names;
+    for (const FileEntry& file : ListFolder(folder.path(), {.pattern = "*"}).files)
+      names.push_back(file.name);
+    return names;
+  }
+
+  TempFolder folder;
+  const std::string path = folder / "it.owner";
+};
+
+TEST_F(OwnerFileTest, NamesThisProcessAndIsRemovedAtTheEnd) {
+  {
+    OwnerFile owner;
+    EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
+    EXPECT_EQ(ReadOwner(path), ThisProcess());
+    EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
+  }
+  EXPECT_TRUE(Files().empty());
+}
+
+TEST_F(OwnerFileTest, IsHeldByOneAtATime) {
+  OwnerFile second;
+  {
+    OwnerFile first;
+    EXPECT_EQ(first.Take(path, Unknown::kStays), Answer::kHeld);
+    EXPECT_EQ(second.Take(path, Unknown::kStays), Answer::kInUse);
+    EXPECT_EQ(second.Take(path, Unknown::kIsReplaced), Answer::kInUse);
+  }
+  EXPECT_EQ(second.Take(path, Unknown::kStays), Answer::kHeld);
+}
+
+TEST_F(OwnerFileTest, ThatOfAProcessThatHasEndedIsReplaced) {
+  folder.File("it.owner", OwnerText(EndedProcess()));
+  OwnerFile owner;
+  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
+  EXPECT_EQ(ReadOwner(path), ThisProcess());
+  EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
+}
+
+TEST_F(OwnerFileTest, OfManyThatReplaceItAtOnceOneDoes) {
+  for (int round = 0; round < 100; ++round) {
+    folder.File("it.owner", OwnerText(EndedProcess()));
+    constexpr std::size_t kMany = 8;
+    std::atomic<std::size_t> ready{0};
+    std::vector<Answer> answers(kMany);
+    std::vector<OwnerFile> owners(kMany);
+    std::vector<std::thread> threads;
+    for (std::size_t k = 0; k < kMany; ++k)
+      threads.emplace_back([&, k] {
+        ++ready;
+        while (ready < kMany) std::this_thread::yield();
+        answers[k] = owners[k].Take(path, Unknown::kStays);
+      });
+    for (std::thread& thread : threads) thread.join();
+    EXPECT_EQ(std::count(answers.begin(), answers.end(), Answer::kHeld), 1);
+    EXPECT_EQ(std::count(answers.begin(), answers.end(), Answer::kInUse), 7);
+  }
+}
+
+TEST_F(OwnerFileTest, AClaimThatAKilledProcessHasLeftIsNoObstacle) {
+  folder.File("it.owner", OwnerText(EndedProcess()));
+  folder.File("it.owner.claim", OwnerText(EndedProcess()));
+  folder.File("it.owner.new", "Tall");
+  OwnerFile owner;
+  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
+  EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
+}
+
+TEST_F(OwnerFileTest, AClaimOfOneThatRunsIsLeftToIt) {
+  folder.File("it.owner", OwnerText(EndedProcess()));
+  OwnerFile claim;
+  ASSERT_EQ(claim.Take(path + ".claim", Unknown::kStays), Answer::kHeld);
+  OwnerFile owner;
+  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kInUse);
+  EXPECT_EQ(ReadOwner(path), EndedProcess());
+}
+
+TEST_F(OwnerFileTest, ThatOfAnotherComputerStaysUnlessItIsKnownBetter) {
+  ProcessName far = ThisProcess();
+  far.host += "2";
+  folder.File("it.owner", OwnerText(far));
+  {
+    OwnerFile owner;
+    EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kUnknown);
+  }
+  EXPECT_EQ(ReadOwner(path), far);
+  EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
+  OwnerFile owner;
+  EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kHeld);
+  EXPECT_EQ(ReadOwner(path), ThisProcess());
+}
+
+TEST_F(OwnerFileTest, WhatCannotBeReadStaysUnlessItIsKnownBetter) {
+  const std::string whole = OwnerText(EndedProcess());
+  const std::string contents[] = {"",
+                                  "x",
+                                  std::string(100000, 'x'),
+                                  whole.substr(0, whole.size() - 1),
+                                  whole + "more\n",
+                                  whole.substr(0, 20)};
+  for (const std::string& content : contents) {
+    folder.File("it.owner", content);
+    {
+      OwnerFile owner;
+      EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kUnknown);
+    }
+    EXPECT_EQ(ReadWholeFile(path), content);
+    OwnerFile owner;
+    EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kHeld);
+  }
+}
+
+TEST_F(OwnerFileTest, AFolderInItsPlaceStays) {
+  folder.Folder("it.owner");
+  OwnerFile owner;
+  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kUnknown);
+  EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kImpossible);
+  EXPECT_TRUE(Files().empty());
+}
+
+TEST_F(OwnerFileTest, WhereNoFileCanBeMadeItSaysSo) {
+  OwnerFile owner;
+  EXPECT_EQ(owner.Take(folder / "none/it.owner", Unknown::kStays), Answer::kImpossible);
+}
+
+TEST_F(OwnerFileTest, OneThatSomebodyElseHasMadeMeanwhileIsNotRemoved) {
+  ProcessName far = ThisProcess();
+  far.host += "2";
+  {
+    OwnerFile owner;
+    ASSERT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
+    folder.File("it.owner", OwnerText(far));
+  }
+  EXPECT_EQ(ReadOwner(path), far);
+}
+
+TEST_F(OwnerFileTest, ItsTextIsReadAsItWasWritten) {
+  const ProcessName odd{"a b", "", "run", "pid:[1]", 18446744073709551615U, 1};
+  EXPECT_EQ(OwnerOf(OwnerText(odd)), odd);
+  ProcessName broken = odd;
+  broken.host = "a\nb";
+  EXPECT_EQ(OwnerOf(OwnerText(broken)), odd);
+  EXPECT_EQ(OwnerText({"anna", "6e", "0b", "pid:[4026531836]", 4711, 883214}),
+            "Tallow 1\nhost anna\nmachine 6e\nrun 0b\nset pid:[4026531836]\nprocess "
+            "4711\nstarted 883214\n");
+}
+
+}  // namespace
+}  // namespace tallow
