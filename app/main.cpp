@@ -32,27 +32,32 @@
 namespace tallow {
 namespace {
 
-/// Leaves the work to the Tallow that runs already.
+/// Says why the program ends: in a message box, or where nobody is to be asked on standard error.
+void Tell(const std::string& text, bool silent) {
+  if (silent)
+    std::fprintf(stderr, "%s\n", text.c_str());
+  else
+    ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, nullptr);
+}
+
+/// Leaves the work to the Tallow that runs already, or says why none can begin it.
 int HandOver(SingleProgram& running, const std::string& folder, const CommandLine& line) {
+  if (!running.Problem().empty()) {
+    Tell(running.Problem(), line.exit_after_startup);
+    return 1;
+  }
   // A start that is only to be tried has nothing to hand over.
   if (!line.exit_after_startup && running.HandOver(line.files)) return 0;
   const std::string text =
       "The song library in " + folder + " is in use by another Tallow" +
       (line.exit_after_startup ? "" : " that does not answer") +
       ".\n\nClose that one, or wait until it has finished, and start Tallow again.";
-  if (line.exit_after_startup)
-    std::fprintf(stderr, "%s\n", text.c_str());
-  else
-    ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, nullptr);
+  Tell(text, line.exit_after_startup);
   return 1;
 }
 
-/// Says why the program ends: in a message box, or where nobody is to be asked on standard error.
 int TellUsageError(const std::string& text, bool silent) {
-  if (silent)
-    std::fprintf(stderr, "%s\n", text.c_str());
-  else
-    ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, nullptr);
+  Tell(text, silent);
   return kUsageError;
 }
 

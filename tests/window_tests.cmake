@@ -26,6 +26,7 @@ add_executable(tallow_window_tests
   ui/dialogs/frm_picture_test.cpp
   ui/dialogs/frm_tip_test.cpp
   ui/dialogs/message_box_test.cpp
+  ui/hand_over_request_test.cpp
   ui/single_program_test.cpp
   ui/start_up_test.cpp
   ui/frame/window_arrangement_test.cpp)
@@ -33,7 +34,8 @@ target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gte
 if(NOT WIN32)
   target_sources(tallow_window_tests PRIVATE
     player/frm_main_winamp_linux_test.cpp
-    ui/end_signals_linux_test.cpp)
+    ui/end_signals_linux_test.cpp
+    ui/single_program_linux_test.cpp)
   target_compile_definitions(tallow_window_tests PRIVATE
     TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
   add_dependencies(tallow_window_tests tallow-player)
@@ -77,7 +79,10 @@ add_test(NAME program.keeps_songs_of_drives_that_are_away
   COMMAND ${CMAKE_SOURCE_DIR}/tests/away.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/away)
 add_test(NAME program.obeys_its_command_line
   COMMAND ${CMAKE_SOURCE_DIR}/tests/command_line.sh $<TARGET_FILE:tallow>)
+add_test(NAME program.shares_no_folder
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/two_programs.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/two)
 set_tests_properties(program.starts_on_the_demo_collection program.lives
   program.keeps_songs_of_drives_that_are_away
   program.obeys_its_command_line
+  program.shares_no_folder
   PROPERTIES TIMEOUT 300)

@@ -9,4 +9,7 @@ namespace tallow {
 /// folder, on Windows nothing.
 QString LocalServerFolder();
 
+/// Whether nobody but the user can listen under such a name.
+bool LocalServersArePrivate();
+
 }  // namespace tallow

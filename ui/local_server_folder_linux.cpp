@@ -8,4 +8,6 @@ namespace tallow {
 
 QString LocalServerFolder() { return QFile::decodeName(RuntimeFolder().c_str()); }
 
+bool LocalServersArePrivate() { return true; }
+
 }  // namespace tallow

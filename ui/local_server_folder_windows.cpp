@@ -5,4 +5,6 @@ namespace tallow {
 
 QString LocalServerFolder() { return {}; }
 
+bool LocalServersArePrivate() { return false; }
+
 }  // namespace tallow

@@ -1,35 +1,63 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/single_program.h"
 
-#include <vector>
+#include <utility>
 
-#include <QByteArrayList>
 #include <QCryptographicHash>
-#include <QDataStream>
 #include <QDeadlineTimer>
-#include <QFile>
-#include <QLocalServer>
 #include <QLocalSocket>
 #include <QThread>
 
 #include "app/data_paths.h"
 #include "ui/foreground.h"
+#include "ui/hand_over_request.h"
+#include "ui/hand_over_server.h"
 #include "ui/local_server_folder.h"
 #include "util/file_lock.h"
 #include "util/file_system.h"
+#include "util/owner_file.h"
 
 namespace tallow {
 namespace {
 
-constexpr char kTaken = '+';
+/// How long to wait between two tries to hand over, in ms.
+constexpr unsigned long kPause = 50;
 
-/// More than any command line holds; what is longer is no request of ours.
-constexpr qint64 kMostBytes = 8 << 20;
+/// Sends a request to the running program.
+/// \returns whether it was taken; of one that was not, nothing was
+bool Send(const QString& server, const QByteArray& request, const QDeadlineTimer& end) {
+  const auto left = [&] { return static_cast<int>(end.remainingTime()); };
+  QLocalSocket socket;
+  socket.connectToServer(server);
+  if (!socket.waitForConnected(left())) return false;
+  LetComeToFront(socket);
+  socket.write(request);
+  while (socket.bytesToWrite() > 0)
+    if (!socket.waitForBytesWritten(left())) return false;
+  char answer = 0;
+  return socket.waitForReadyRead(left()) && socket.read(&answer, 1) == 1 &&
+         answer == HandOverServer::kTaken;
+}
+
+/// What to say of a file that nobody can judge.
+std::string ProblemOfOwner(const std::string& path) {
+  std::string text = "The song library cannot be locked, and another Tallow may be using it. ";
+  if (const auto owner = ReadOwner(path))
+    text += "The file " + path + " says that it is process " + std::to_string(owner->process) +
+            " on the computer \"" + owner->host +
+            "\", and from here nobody can tell whether it runs.";
+  else
+    text += "The file " + path + " would say which one, but it cannot be read.";
+  return text +
+         "\n\nClose Tallow wherever it uses this library. When none does, delete the file and "
+         "start Tallow again.";
+}
 
 }  // namespace
 
 SingleProgram::SingleProgram(const std::string& application_folder)
-    : lock_path_(SystemFolder(application_folder) + "tallow.lock") {
+    : lock_path_(SystemFolder(application_folder) + "tallow.lock"),
+      owner_path_(SystemFolder(application_folder) + "tallow.owner") {
   CreateFolders(SystemFolder(application_folder));
   // Different paths to one folder have to meet at one place.
   const QByteArray real =
@@ -39,69 +67,54 @@ SingleProgram::SingleProgram(const std::string& application_folder)
       LocalServerFolder() + QStringLiteral("tallow-") + QString::fromLatin1(digest.left(16));
 }
 
-SingleProgram::~SingleProgram() = default;
+SingleProgram::~SingleProgram() {
+  // As long as it listens, the next program would hand over to it.
+  delete server_;
+}
 
 bool SingleProgram::Lock() {
-  lock_ = std::make_unique<FileLock>();
-  // A folder that cannot be written has no lock, and no library to be lost either.
-  if (lock_->Take(lock_path_) == FileLock::Answer::kInUse) return false;
-  QLocalServer::removeServer(server_name_);
-  server_ = new QLocalServer(this);
-  server_->setSocketOptions(QLocalServer::UserAccessOption);
-  connect(server_, &QLocalServer::newConnection, this, &SingleProgram::Answer);
-  // Where it cannot listen, a later program says that this one does not answer.
-  server_->listen(server_name_);
+  problem_.clear();
+  auto lock = std::make_unique<FileLock>();
+  const FileLock::Answer locked = lock->Take(lock_path_);
+  if (locked == FileLock::Answer::kInUse) return false;
+  // The lock's file may have been taken away, so it is not enough. With it, no other computer's program counts:
+  // that of a disk that was unplugged there would lock everybody out.
+  const bool has_lock = locked == FileLock::Answer::kHeld;
+  auto owner = std::make_unique<OwnerFile>();
+  const OwnerFile::Answer owned = owner->Take(
+      owner_path_, has_lock ? OwnerFile::Unknown::kIsReplaced : OwnerFile::Unknown::kStays);
+  if (owned == OwnerFile::Answer::kInUse) return false;
+  // A folder that cannot be written has neither, and no library to be lost.
+  const bool is_writable = has_lock || owned != OwnerFile::Answer::kImpossible;
+  if (is_writable && LocalServersArePrivate() && SomebodyListens()) return false;
+  if (owned == OwnerFile::Answer::kUnknown) {
+    problem_ = ProblemOfOwner(owner_path_);
+    return false;
+  }
+  lock_ = std::move(lock);
+  owner_ = std::move(owner);
+  server_ = new HandOverServer(this);
+  connect(server_, &HandOverServer::FilesWanted, this, &SingleProgram::FilesWanted);
+  server_->Listen(server_name_);
   return true;
 }
 
-void SingleProgram::Answer() {
-  QLocalSocket* const socket = server_->nextPendingConnection();
-  connect(socket, &QLocalSocket::disconnected, socket, &QObject::deleteLater);
-  const auto read = [this, socket] {
-    if (socket->bytesAvailable() > kMostBytes) return socket->abort();
-    QDataStream stream(socket);
-    stream.startTransaction();
-    QByteArrayList files;
-    stream >> files;
-    if (!stream.commitTransaction()) {
-      if (stream.status() == QDataStream::ReadCorruptData) socket->abort();
-      return;
-    }
-    socket->write(&kTaken, 1);
-    socket->flush();
-    std::vector<std::string> paths;
-    for (const QByteArray& file : files) paths.push_back(file.toStdString());
-    // Not from here: what opens the files may ask the user, and the socket is gone before the answer.
-    QMetaObject::invokeMethod(
-        this, [this, paths] { emit FilesWanted(paths); }, Qt::QueuedConnection);
-  };
-  connect(socket, &QLocalSocket::readyRead, socket, read);
-  // It may have written before this was connected.
-  if (socket->bytesAvailable() > 0) read();
+bool SingleProgram::SomebodyListens() const {
+  QLocalSocket socket;
+  socket.connectToServer(server_name_);
+  // One that has more to do than it can is not connected at once.
+  return socket.state() != QLocalSocket::UnconnectedState;
 }
 
 bool SingleProgram::HandOver(const std::vector<std::string>& files) {
+  const QByteArray request = QByteArray::fromStdString(HandOverRequest::BytesOf(files));
   const QDeadlineTimer end(kMostWait);
-  const auto left = [&] { return static_cast<int>(end.remainingTime()); };
-  QLocalSocket socket;
-  // The other one may have locked a moment ago and not listen yet.
+  // The other one may have locked a moment ago and not listen yet, or have more connections than it takes.
   for (;;) {
-    socket.connectToServer(server_name_);
-    if (socket.waitForConnected(left())) break;
+    if (Send(server_name_, request, end)) return true;
     if (end.hasExpired()) return false;
-    constexpr unsigned long kPause = 50;  // ms
     QThread::msleep(kPause);
   }
-  LetComeToFront(socket);
-  QByteArrayList list;
-  for (const std::string& file : files) list.append(QByteArray::fromStdString(file));
-  QByteArray request;
-  QDataStream stream(&request, QIODevice::WriteOnly);
-  stream << list;
-  socket.write(request);
-  char answer = 0;
-  return socket.waitForBytesWritten(left()) && socket.waitForReadyRead(left()) &&
-         socket.read(&answer, 1) == 1 && answer == kTaken;
 }
 
 }  // namespace tallow

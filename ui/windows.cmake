@@ -48,6 +48,8 @@ add_library(tallow_ui OBJECT
   ui/frame/frm_mdi_form1_jukeboxes.cpp
   ui/dialogs/frm_picture.cpp
   ui/dialogs/frm_tip.cpp
+  ui/hand_over_request.cpp
+  ui/hand_over_server.cpp
   ui/local_server_folder_${platform}.cpp
   ui/dialogs/message_box.cpp
   ui/open_text_${platform}.cpp

@@ -150,8 +150,9 @@ Section "Uninstall"
     Delete "$INSTDIR\TIPOFDAY.TXT"
   ${EndIf}
   Delete "$INSTDIR\uninstall.exe"
-  ; It only says that nobody runs.
+  ; They only say that nobody runs.
   Delete "$INSTDIR\Grouping\System\tallow.lock"
+  Delete "$INSTDIR\Grouping\System\tallow.owner"
   Delete "$SMPROGRAMS\Tallow.lnk"
   ; Only when it is empty: the library and the jukeboxes lie in it.
   RMDir "$INSTDIR"

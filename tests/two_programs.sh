@@ -1,0 +1,93 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Starts the built program twice on one application folder whose lock is broken in some way, before the first one
+# starts or while it runs: the second one leaves the library alone, and nothing is lost.
+#
+# Usage: two_programs.sh PROGRAM FOLDER
+set -euo pipefail
+
+program=$1
+folder=$2
+here=$(cd "$(dirname "$0")" && pwd)
+rm -rf "$folder"
+mkdir -p "$folder/config/Tallow" "$folder/app" "$folder/music"
+printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"
+for song in a b c; do head -c 5000 /dev/zero > "$folder/music/$song.mp3"; done
+export XDG_CONFIG_HOME=$folder/config QT_QPA_PLATFORM=offscreen DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
+# A socket's path is short.
+XDG_RUNTIME_DIR=$(mktemp -d)
+export XDG_RUNTIME_DIR
+first=
+trap '[ -z "$first" ] || kill -KILL "$first" 2> /dev/null; rm -rf "$XDG_RUNTIME_DIR"' EXIT
+
+fail() {
+  echo "$1" >&2
+  exit 1
+}
+system=$folder/app/Grouping/System
+arguments=(--app-folder "$folder/app" --drive "$folder/music")
+"$program" "${arguments[@]}" --exit-after-startup || fail "The first start failed."
+before=$(cd "$folder/app/Grouping" && cksum FileLocNames.lmz)
+
+break_file() {
+  rm -rf "$1"
+  case $2 in
+    folder) mkdir "$1" ;;
+    mode) : > "$1"; chmod 000 "$1" ;;
+    dangling) ln -s no/where "$1" ;;
+    loop) ln -s "$1" "$1" ;;
+    fifo) mkfifo "$1" ;;
+    device) ln -s /dev/zero "$1" ;;
+    removed) ;;
+  esac
+}
+# Starts the first program and waits until it listens, which it does once it has its locks.
+start_first() {
+  rm -rf "$XDG_RUNTIME_DIR/tallow"
+  "$program" "${arguments[@]}" 2>> "$folder/errors.txt" &
+  first=$!
+  for _ in $(seq 200); do
+    [ -z "$(find "$XDG_RUNTIME_DIR/tallow" -type s 2> /dev/null)" ] || return 0
+    sleep 0.1
+  done
+  fail "The first program does not listen."
+}
+hand_over() { timeout 10 "$program" "${arguments[@]}" > /dev/null 2>&1; }
+
+for how in folder mode dangling loop fifo device removed; do
+  for when in before meanwhile both; do
+    what="lock: $how, $when"
+    rm -rf "$system/tallow.lock" "$system"/tallow.owner*
+    [ "$when" != before ] || break_file "$system/tallow.lock" "$how"
+    start_first
+    for tried in 1 2 3 4 5 6; do
+      [ "$tried" -lt 6 ] || fail "$what: the first program does not answer"
+      ! hand_over || break
+    done
+    [ "$when" = before ] || break_file "$system/tallow.lock" "$how"
+    [ "$when" != both ] || break_file "$system/tallow.owner" "$how"
+    got=0
+    timeout 20 "$program" "${arguments[@]}" --exit-after-startup > "$folder/out" 2>&1 || got=$?
+    [ "$got" = 1 ] || fail "$what: the second program left with $got"
+    grep -q 'is in use by another Tallow' "$folder/out" || fail "$what: the second program said: $(cat "$folder/out")"
+    hand_over || fail "$what: the first program does not answer any more"
+    kill -TERM "$first"
+    wait "$first" || fail "$what: the first program ended with $?"
+    first=
+    [ "$(cd "$folder/app/Grouping" && cksum FileLocNames.lmz)" = "$before" ] || fail "$what: the library is another one"
+    [ "$when" = both ] || [ ! -e "$system/tallow.owner" ] || fail "$what: the owner's file is still there"
+  done
+done
+
+# A program that was killed is no obstacle, with a lock or without one.
+for how in removed folder; do
+  rm -rf "$system/tallow.lock" "$system"/tallow.owner*
+  break_file "$system/tallow.lock" "$how"
+  start_first
+  kill -KILL "$first"
+  wait "$first" 2> /dev/null || :
+  first=
+  [ -s "$system/tallow.owner" ] || fail "A killed program has left no owner's file."
+  timeout 20 "$program" "${arguments[@]}" --exit-after-startup || fail "After a kill ($how) nothing starts."
+done
+[ "$(cd "$folder/app/Grouping" && cksum FileLocNames.lmz)" = "$before" ] || fail "The library is another one."
