@@ -33,7 +33,8 @@ class PlayerLink {
 
   /// Sends a copy-data record.
   /// \param code what the data is, see kAddFile
-  virtual void SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) = 0;
+  /// \returns false when the player says that it has no room for it
+  virtual bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) = 0;
 
   /// A path as the player reads it: on Windows in the system's ANSI code page, by its short (8.3) form
   /// when it has no other there; on Linux as it is.

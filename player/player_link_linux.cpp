@@ -4,10 +4,12 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <optional>
 #include <poll.h>
 #include <string>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
 
@@ -51,6 +53,9 @@ class PlayerConnection {
     return !dead_;
   }
 
+  /// Whether the other end has closed it: the player has ended, or needs the room for others.
+  bool WasClosed() const noexcept { return was_closed_; }
+
   /// Sends a request and waits for its answer; 0 when there is none.
   PlayerAnswer Exchange(const PlayerRequestHead& head, std::string_view payload) {
     TakeLateAnswers();
@@ -61,6 +66,7 @@ class PlayerConnection {
     std::string request(reinterpret_cast<const char*>(&head), sizeof head);
     request += payload;
     if (!Write(request, deadline)) {
+      was_closed_ = errno == EPIPE || errno == ECONNRESET;
       dead_ = true;
       return 0;
     }
@@ -110,6 +116,7 @@ class PlayerConnection {
       if (got < 0 && errno == EINTR) continue;
       if (got < 0 && errno == EAGAIN) return;
       // Nobody speaks unasked.
+      was_closed_ = got <= 0;
       dead_ = got <= 0 || owed_ == 0;
       if (dead_) return;
       filled_ += static_cast<std::size_t>(got);
@@ -128,14 +135,46 @@ class PlayerConnection {
   int owed_ = 0;  ///< answers that have not come yet
   bool starting_;
   bool dead_ = false;
+  bool was_closed_ = false;
 };
+
+/// Tells the socket of one player from that of any other.
+struct SocketFile {
+  dev_t device = 0;
+  ino_t number = 0;
+  timespec changed{};
+
+  friend bool operator==(const SocketFile& a, const SocketFile& b) noexcept {
+    return a.device == b.device && a.number == b.number && a.changed.tv_sec == b.changed.tv_sec &&
+           a.changed.tv_nsec == b.changed.tv_nsec;
+  }
+};
+
+SocketFile SocketFileOf(const std::string& path) noexcept {
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) return {};
+  return {status.st_dev, status.st_ino, status.st_ctim};
+}
+
+/// Connects, and tries again for a while where more wait for the player than its socket allows.
+int ConnectPatiently(const std::string& path) {
+  const Clock::time_point deadline = Clock::now() + kPatience;
+  for (;;) {
+    const int descriptor = ConnectToPlayer(path);
+    if (descriptor >= 0 || errno != EAGAIN || Clock::now() >= deadline) return descriptor;
+    constexpr timespec kPause{0, 5'000'000};
+    nanosleep(&kPause, nullptr);
+  }
+}
 
 class SocketLink : public PlayerLink {
  public:
   PlayerHandle Find() override {
     if (connection_ && connection_->IsAlive()) return handle_;
     try {
-      const int descriptor = ConnectToPlayer(PlayerSocketPath());
+      const std::string path = PlayerSocketPath();
+      socket_file_ = SocketFileOf(path);
+      const int descriptor = ConnectPatiently(path);
       if (descriptor < 0) return 0;
       connection_.emplace(descriptor, std::exchange(just_started_, false));
     } catch (const FileError&) {
@@ -171,10 +210,11 @@ class SocketLink : public PlayerLink {
     return answer;
   }
 
-  void SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
-    // The player would take more for an attack. No path is that long.
-    if (data.size() > kMostPayload) return;
-    Exchange(player, {kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code}, data);
+  bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
+    // The player would take more for an attack. No path is that long, so there is no such file.
+    if (data.size() > kMostPayload) return true;
+    return Exchange(player, {kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code},
+                    data) != kListIsFull;
   }
 
   std::string TextOfPath(const std::string& path) const override { return path; }
@@ -183,10 +223,24 @@ class SocketLink : public PlayerLink {
   PlayerAnswer Exchange(PlayerHandle player, const PlayerRequestHead& head,
                         std::string_view payload) {
     if (player != handle_ || !connection_) return 0;
+    if (!connection_->IsAlive() && connection_->WasClosed()) ConnectAgain();
     return connection_->Exchange(head, payload);
   }
 
+  /// Connects to the same player once more, which closes connections when it has too many.
+  void ConnectAgain() {
+    try {
+      const std::string path = PlayerSocketPath();
+      if (SocketFileOf(path) != socket_file_) return;
+      const int descriptor = ConnectToPlayer(path);
+      if (descriptor >= 0) connection_.emplace(descriptor, false);
+    } catch (const FileError&) {
+      // It stays closed.
+    }
+  }
+
   std::optional<PlayerConnection> connection_;
+  SocketFile socket_file_;   ///< that it leads to
   PlayerHandle handle_ = 0;  ///< of the connection; another one for each
   bool just_started_ = false;
 };

@@ -92,13 +92,15 @@ class WindowLink : public PlayerLink {
                         static_cast<LPARAM>(lParam));
   }
 
-  void SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
+  bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
     std::string bytes(data);
     COPYDATASTRUCT record{};
     record.dwData = code;
     record.cbData = static_cast<DWORD>(bytes.size());
     record.lpData = bytes.data();
     SendMessageA(reinterpret_cast<HWND>(player), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&record));
+    // It says nothing of that.
+    return true;
   }
 
   std::string TextOfPath(const std::string& path) const override {

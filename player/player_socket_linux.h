@@ -22,7 +22,8 @@ namespace tallow {
 // | 16 | 8 | lParam, signed; of kWmCopyData the record's code |
 //
 // Only kWmCopyData has a payload: the record's data. Every request gets an answer of 8 bytes, a signed
-// number, before the next one is looked at. What is no such request, or asks for something the player
+// number, before the next one is looked at. A file that is added to a full list is answered with kListIsFull, and
+// the list stays as it is. What is no such request, or asks for something the player
 // does not know, ends the connection without an answer and changes nothing.
 //
 // For example "where is the track" (1024, 0, 105) on a little-endian machine, and the answer 61,999 ms:
@@ -41,6 +42,13 @@ static_assert(sizeof(PlayerRequestHead) == 24);
 using PlayerAnswer = std::int64_t;
 
 inline constexpr std::size_t kMostPayload = std::size_t{64} * 1024;
+
+/// What the player's list may take up, in bytes: its paths, and what each entry costs besides. A million songs with
+/// paths of 200 bytes fit in. Without a bound, 5,000 paths of 64 KiB would cost 320 MB, and there could be more.
+inline constexpr std::size_t kMostListBytes = std::size_t{256} << 20;
+
+/// The answer to a file that has no room in the list. What there is of other players answers 0 always.
+inline constexpr PlayerAnswer kListIsFull = 1;
 
 /// The path of the socket.
 /// \throws FileError see RuntimeFolder

@@ -67,6 +67,13 @@ class FileChecks {
   std::vector<std::pair<std::string, FileProblem>> problems_;
 };
 
+void TellListIsFull(std::size_t taken, std::size_t all, const ShowMessage& show) {
+  show({.text = "The player's list is full: it took " + std::to_string(taken) + " of the " +
+                std::to_string(all) +
+                " songs. Play fewer songs at once, and the others after them.",
+        .title = "Error"});
+}
+
 }  // namespace
 
 void HandOver(std::span<const std::int32_t> songs, const clsMain& library, WinAMP_Control& player,
@@ -79,15 +86,17 @@ void HandOver(std::span<const std::int32_t> songs, const clsMain& library, WinAM
   if (!checks.IsPlayable(first)) return panel.FirstSongIsGone(first);
   player.SendWinampCommand(kStop);
   player.ClearWinampPlaylist();
-  player.AddFileToWinamp(first);
+  if (!player.AddFileToWinamp(first)) return TellListIsFull(0, songs.size(), show);
   player.SendWinampCommand(kPlay);
   panel.TrackStarted(player.GetTrackLength());
-  for (const std::int32_t song : songs.subspan(1)) {
-    const std::string path = PathOfSong(library, song);
-    if (checks.IsPlayable(path)) player.AddFileToWinamp(path);
+  std::size_t done = 1;
+  for (; done < songs.size(); ++done) {
+    const std::string path = PathOfSong(library, songs[done]);
+    if (checks.IsPlayable(path) && !player.AddFileToWinamp(path)) break;
   }
   panel.HandedOver();
   checks.Tell(show);
+  if (done < songs.size()) TellListIsFull(done, songs.size(), show);
 }
 
 }  // namespace tallow

@@ -33,7 +33,8 @@ bool ReachPlayer(WinAMP_Control& player, const ShowMessage& show);
 /// Replaces the player's list by songs and starts the first one.
 ///
 /// Songs whose files are missing are left out; when the first one is missing nothing is done at all. Songs
-/// that cannot be looked at for another reason are handed over, and one message names the first five.
+/// that cannot be looked at for another reason are handed over, and one message names the first five. Where the
+/// player's list has no room for all, those up to the first that does not fit are played, and a message says so.
 /// \param songs record numbers, in play order
 void HandOver(std::span<const std::int32_t> songs, const clsMain& library, WinAMP_Control& player,
               const ShowMessage& show, HandOffPanel& panel);

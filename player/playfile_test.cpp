@@ -55,6 +55,33 @@ TEST_F(Playfile, OneSongIsStoppedClearedAddedAndPlayed) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
+TEST_F(Playfile, AListWithoutRoomForAllPlaysWhatItHasAndSaysSo) {
+  Song("a.mp3");
+  Song("gone.mp3", false);
+  Song("c.mp3");
+  Song("d.mp3");
+  Song("e.mp3");
+  link.most_files = 2;
+  Play({1, 2, 3, 4, 5});
+  // The first one that does not fit ends the list, so none is left out in between.
+  EXPECT_EQ(link.files, 3U);
+  EXPECT_EQ(link.Take().back(), "panel done");
+  EXPECT_EQ(messages.Take(),
+            Texts{"The player's list is full: it took 3 of the 5 songs. Play fewer songs at once, "
+                  "and the others after them."});
+}
+
+TEST_F(Playfile, AListWithoutAnyRoomPlaysNothingAndSaysSo) {
+  Song("a.mp3");
+  Song("b.mp3");
+  link.most_files = 0;
+  Play({1, 2});
+  EXPECT_EQ(link.files, 1U);
+  EXPECT_EQ(messages.Take(),
+            Texts{"The player's list is full: it took 0 of the 2 songs. Play fewer songs at once, "
+                  "and the others after them."});
+}
+
 TEST_F(Playfile, FurtherSongsFollowInTheirOrder) {
   const std::string a = Song("a.mp3");
   const std::string b = Song("b.mp3");

@@ -52,11 +52,11 @@ void WinAMP_Control::ClearWinampPlaylist() {
   if (HasWindow()) Ask(0, kClearList);
 }
 
-void WinAMP_Control::AddFileToWinamp(const std::string& path) {
-  if (!HasWindow()) return;
+bool WinAMP_Control::AddFileToWinamp(const std::string& path) {
+  if (!HasWindow()) return true;
   std::string data = link_.TextOfPath(path);
   data.push_back('\0');
-  link_.SendCopyData(window_, kAddFile, data);
+  return link_.SendCopyData(window_, kAddFile, data);
 }
 
 std::string WinAMP_Control::GetWinampStatus() {

@@ -35,7 +35,8 @@ class WinAMP_Control {
   void SendWinampCommand(std::int32_t id);
   void ClearWinampPlaylist();
   /// Appends a file to the player's list.
-  void AddFileToWinamp(const std::string& path);
+  /// \returns false when the list has no room for it
+  bool AddFileToWinamp(const std::string& path);
 
   /// "PLAYING", "PAUSED" or "STOPPED".
   std::string GetWinampStatus();

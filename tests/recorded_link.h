@@ -30,11 +30,12 @@ class RecordedLink : public PlayerLink {
     const auto answer = answers.find(text);
     return answer == answers.end() ? 0 : answer->second;
   }
-  void SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
+  bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
     log.push_back("copy " + std::to_string(code) + " " + std::to_string(data.size()) + " " +
                   std::string(data.substr(0, data.size() - 1)) +
                   (data.back() == '\0' ? "\\0" : "?"));
     handles.push_back(player);
+    return files++ < most_files;
   }
   std::string TextOfPath(const std::string& path) const override { return path; }
 
@@ -43,6 +44,8 @@ class RecordedLink : public PlayerLink {
 
   PlayerHandle found = 7;
   bool starts = true;
+  std::size_t files = 0;                          ///< that were added
+  std::size_t most_files = std::size_t{1} << 30;  ///< that it takes
   std::map<std::string, std::int64_t> answers;
   std::vector<std::string> log;
   std::vector<PlayerHandle> handles;

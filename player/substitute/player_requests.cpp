@@ -31,8 +31,7 @@ bool PlayerRequests::CarryOut(const PlayerRequestHead& head, const std::string& 
       if (!Command(head)) return false;
       break;
     case kWmCopyData:
-      if (!AddFile(head, payload)) return false;
-      break;
+      return AddFile(head, payload, answer);
     case kWmUser:
       return User(head, answer);
     default:
@@ -71,12 +70,13 @@ bool PlayerRequests::Command(const PlayerRequestHead& head) {
   }
 }
 
-bool PlayerRequests::AddFile(const PlayerRequestHead& head, const std::string& payload) {
+bool PlayerRequests::AddFile(const PlayerRequestHead& head, const std::string& payload,
+                             const std::function<void(PlayerAnswer)>& answer) {
   // A full path, and its NUL as the only one.
   if (head.lParam != kAddFile || head.wParam != 0 || payload.size() < 2 || payload.front() != '/' ||
       payload.find('\0') != payload.size() - 1)
     return false;
-  player_.Add(payload.substr(0, payload.size() - 1));
+  answer(player_.Add(payload.substr(0, payload.size() - 1)) ? 0 : kListIsFull);
   return true;
 }
 

@@ -25,7 +25,8 @@ class PlayerRequests {
  private:
   bool Command(const PlayerRequestHead& head);
   bool User(const PlayerRequestHead& head, const std::function<void(PlayerAnswer)>& answer);
-  bool AddFile(const PlayerRequestHead& head, const std::string& payload);
+  bool AddFile(const PlayerRequestHead& head, const std::string& payload,
+               const std::function<void(PlayerAnswer)>& answer);
 
   SongPlayer& player_;
   std::function<void()> close_;

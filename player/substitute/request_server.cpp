@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <utility>
 
@@ -14,6 +16,21 @@ namespace {
 /// More do not help anybody. The one that has been quiet for longest makes room, or one that has not
 /// asked for anything yet.
 constexpr std::size_t kMostConnections = 256;
+constexpr std::size_t kLeastConnections = 4;
+
+/// How long to wait for descriptors that others of this process hold, in µs.
+constexpr std::uint64_t kWaitForDescriptors = 100'000;
+
+/// A quarter of the descriptors at most, for the songs and the sound need some as well.
+std::size_t MostConnections() noexcept {
+  rlimit limit{};
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return kMostConnections;
+  return std::clamp<std::size_t>(limit.rlim_cur / 4, kLeastConnections, kMostConnections);
+}
+
+std::unique_ptr<OpenFile> SpareDescriptor() {
+  return std::make_unique<OpenFile>(open("/dev/null", O_RDONLY | O_CLOEXEC));
+}
 
 bool IsSound(const PlayerRequestHead& head) noexcept {
   return head.payload <= kMostPayload && (head.payload == 0 || head.message == kWmCopyData);
@@ -22,7 +39,11 @@ bool IsSound(const PlayerRequestHead& head) noexcept {
 }  // namespace
 
 RequestServer::RequestServer(sd_event* loop, int listening, Handler handler)
-    : loop_(loop), handler_(std::move(handler)), listening_(std::make_unique<OpenFile>(listening)) {
+    : loop_(loop),
+      handler_(std::move(handler)),
+      listening_(std::make_unique<OpenFile>(listening)),
+      spare_(SpareDescriptor()),
+      most_connections_(MostConnections()) {
   sd_event_source* source = nullptr;
   Require(sd_event_add_io(
               loop, &source, listening, EPOLLIN,
@@ -36,17 +57,52 @@ RequestServer::RequestServer(sd_event* loop, int listening, Handler handler)
 }
 
 void RequestServer::StopListening() {
+  again_.reset();
   accepting_.reset();
   listening_.reset();
 }
 
+int RequestServer::AcceptOne() const noexcept {
+  return accept4(listening_->descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+}
+
+bool RequestServer::MakeRoom() {
+  if (!connections_.empty())
+    DropTheQuietest();
+  else if (spare_)
+    spare_.reset();
+  else
+    return false;
+  return true;
+}
+
+void RequestServer::AcceptLater() {
+  // The socket stays ready, so the loop would do nothing else.
+  sd_event_source_set_enabled(accepting_.get(), SD_EVENT_OFF);
+  sd_event_source* timer = nullptr;
+  const int added = sd_event_add_time_relative(
+      loop_, &timer, CLOCK_MONOTONIC, kWaitForDescriptors, 0,
+      [](sd_event_source*, std::uint64_t, void* self) {
+        auto& server = *static_cast<RequestServer*>(self);
+        sd_event_source_set_enabled(server.accepting_.get(), SD_EVENT_ON);
+        return 0;
+      },
+      this);
+  if (added >= 0) again_.reset(timer);
+}
+
 void RequestServer::Accept() {
-  const int descriptor =
-      accept4(listening_->descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
+  if (!spare_ || !*spare_) spare_ = SpareDescriptor();
+  if (!*spare_) spare_.reset();
+  int descriptor = AcceptOne();
+  while (descriptor < 0 && (errno == EMFILE || errno == ENFILE)) {
+    if (!MakeRoom()) return AcceptLater();
+    descriptor = AcceptOne();
+  }
   if (descriptor < 0) return;
   auto connection = std::make_unique<Connection>(*this, ++last_number_, descriptor);
   if (!PeerIsSameUser(descriptor)) return;
-  if (connections_.size() >= kMostConnections) DropTheQuietest();
+  if (connections_.size() >= most_connections_) DropTheQuietest();
   sd_event_source* source = nullptr;
   const int added = sd_event_add_io(
       loop_, &source, descriptor, EPOLLIN,

@@ -16,7 +16,8 @@ namespace tallow {
 /// Takes requests on the player's socket and gives their answers, see player_socket_linux.h.
 ///
 /// A connection has one request under way at a time. One that breaks a rule is closed; the others do
-/// not notice.
+/// not notice. Where there are too many connections, or no descriptor is left for a new one, the one that has been
+/// quiet for longest makes room; whoever it was connects again.
 class RequestServer {
  public:
   /// Gives the answer to a request; once, now or later.
@@ -61,6 +62,9 @@ class RequestServer {
   };
 
   void Accept();
+  int AcceptOne() const noexcept;
+  bool MakeRoom();
+  void AcceptLater();
   void DropTheQuietest();
   void Ready(Connection& connection);
   bool Receive(Connection& connection);
@@ -72,6 +76,9 @@ class RequestServer {
   Handler handler_;
   std::unique_ptr<OpenFile> listening_;
   EventSource accepting_;
+  EventSource again_;                ///< the wait for descriptors
+  std::unique_ptr<OpenFile> spare_;  ///< a descriptor for a connection when there is no other
+  std::size_t most_connections_;
   /// By numbers that are never used again.
   std::map<std::uint64_t, std::unique_ptr<Connection>> connections_;
   std::uint64_t last_number_ = 0;

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cerrno>
 #include <cstring>
+#include <deque>
 #include <filesystem>
 #include <memory>
 #include <poll.h>
 #include <random>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 #include <sys/wait.h>
@@ -39,6 +41,12 @@ class HostileBytes : public RealPlayer {
 
   static Socket Connect() {
     return std::make_unique<OpenFile>(ConnectToPlayer(PlayerSocketPath()));
+  }
+  /// Connects once there is room among those that wait.
+  static Socket ConnectPatiently() {
+    Socket socket;
+    EXPECT_TRUE(WaitUntil([&] { return static_cast<bool>(*(socket = Connect())); }));
+    return socket;
   }
   static bool Send(const Socket& socket, std::string_view bytes) {
     return send(socket->descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL) ==
@@ -221,6 +229,134 @@ TEST_F(HostileBytes, MoreThanEnoughConnectionsCostTheQuietestOnly) {
   EXPECT_LT(OpenDescriptors(), 400U);
   ASSERT_TRUE(Send(sockets.back(), Bytes({1024, 0, 0, 104})));
   EXPECT_EQ(Receive(sockets.back()).size(), sizeof(PlayerAnswer));
+}
+
+TEST_F(HostileBytes, AfterTenThousandConnectionsItAnswers) {
+  std::deque<Socket> idle;
+  for (int k = 0; k < 10'000; ++k) {
+    idle.push_back(ConnectPatiently());
+    if (idle.size() > 300) idle.pop_front();
+  }
+  // The last ones stay.
+  EXPECT_TRUE(IsAnswered(Bytes({1024, 0, 0, 104})));
+  EXPECT_LT(OpenDescriptors(), 400U);
+}
+
+TEST_F(HostileBytes, AfterTenThousandHostileMessagesItAnswersAndHasNotGrown) {
+  const long before = ResidentKib();
+  std::mt19937 random(2);
+  std::deque<Socket> slow;
+  for (int k = 0; k < 10'000; ++k) {
+    std::string bytes(1 + random() % 200, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(random());
+    const Socket socket = ConnectPatiently();
+    switch (k % 4) {
+      case 0:
+        Send(socket, bytes);
+        break;
+      case 1:
+        Send(socket, Bytes({kWmCopyData, static_cast<std::uint32_t>(random()), 0, 100}) + bytes);
+        break;
+      case 2:
+        Send(socket, Bytes({kWmCommand, 0, kStop, 0}).substr(0, random() % 24));
+        break;
+      default:
+        // A byte now and then, and never the last one.
+        slow.push_back(ConnectPatiently());
+        for (const Socket& one : slow) Send(one, std::string(1, '\0'));
+        if (slow.size() > 20) slow.pop_front();
+    }
+  }
+  EXPECT_TRUE(IsAnswered(Bytes({1024, 0, 0, 104})));
+  // Each of the connections may have cost its 64 KiB.
+  EXPECT_LT(ResidentKib() - before, 30000);
+}
+
+TEST_F(HostileBytes, AConnectionThatMadeRoomIsMadeAgainByTheNextCommand) {
+  const std::unique_ptr<PlayerLink> quiet_link = SystemPlayerLink();
+  WinAMP_Control quiet{*quiet_link, [this] { return path; }, messages.Shower()};
+  ASSERT_TRUE(quiet.FindWinamp());
+  std::vector<Socket> sockets;
+  for (int k = 0; k < 300; ++k) {
+    sockets.push_back(ConnectPatiently());
+    ASSERT_TRUE(Send(sockets.back(), Bytes({1024, 0, 0, 104})));
+    ASSERT_EQ(Receive(sockets.back()).size(), sizeof(PlayerAnswer));
+  }
+  const PlayerHandle before = quiet.Window();
+  EXPECT_EQ(quiet.GetWinampStatus(), "PLAYING");
+  quiet.SendWinampCommand(kPause);
+  EXPECT_TRUE(WaitForStatus("PAUSED"));
+  EXPECT_EQ(quiet.Window(), before);
+  player.SendWinampCommand(kPlay);
+}
+
+/// A player that may have few files open.
+class FewDescriptors : public RealPlayer {
+ protected:
+  /// \param number of descriptors that it may have
+  void StartWith(int number) {
+    UseScript("echo $$ >> " + Quote(folder / "pids") + "\nulimit -n " + std::to_string(number) +
+              "\nexec " + Quote(TALLOW_PLAYER) + " --silent \"$@\"\n");
+    StartPlayer();
+    EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  }
+};
+
+TEST_F(FewDescriptors, ItsOwnUsersTallowIsAnsweredAndPlaysWhenOthersHaveUsedThemUp) {
+  StartWith(64);
+  MakeMp3(folder / "a.mp3", "60 sine 440", 2, "-b 64");
+  std::vector<std::unique_ptr<OpenFile>> idle;
+  for (int k = 0; k < 1000; ++k)
+    idle.push_back(std::make_unique<OpenFile>(ConnectToPlayer(PlayerSocketPath())));
+  const std::unique_ptr<PlayerLink> other_link = SystemPlayerLink();
+  WinAMP_Control other{*other_link, [this] { return path; }, messages.Shower()};
+  ASSERT_TRUE(other.FindWinamp());
+  EXPECT_NE(other.GetWinampVersion(), "UNKNOWN");
+  Play({folder / "a.mp3"});
+  EXPECT_TRUE(WaitForStatus("PLAYING"));
+  EXPECT_EQ(other.GetWinampStatus(), "PLAYING");
+}
+
+TEST_F(FewDescriptors, WhereThereIsNoneAtAllTheQuietestConnectionMakesRoom) {
+  StartWith(64);
+  // What is open now and four connections are all that it may have.
+  std::size_t open = 0;
+  const auto fds = "/proc/" + std::to_string(LastPid()) + "/fd";
+  for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(fds)) ++open;
+  rlimit few{open + 2, open + 2};
+  ASSERT_EQ(prlimit(LastPid(), RLIMIT_NOFILE, &few, nullptr), 0);
+  std::vector<std::unique_ptr<OpenFile>> idle;
+  for (int k = 0; k < 20; ++k) {
+    idle.push_back(std::make_unique<OpenFile>(ConnectToPlayer(PlayerSocketPath())));
+    const std::unique_ptr<PlayerLink> other_link = SystemPlayerLink();
+    WinAMP_Control other{*other_link, [this] { return path; }, messages.Shower()};
+    ASSERT_TRUE(other.FindWinamp());
+    EXPECT_EQ(other.GetWinampStatus(), "STOPPED");
+    EXPECT_NE(other.GetWinampVersion(), "UNKNOWN");
+  }
+  // The one that was there first has made room as well, and is not kept from anything.
+  EXPECT_NE(player.GetWinampVersion(), "UNKNOWN");
+}
+
+TEST_F(HostileBytes, AListOfPathsOfFullLengthIsRefusedOnceItIsFull) {
+  const long before = ResidentKib();
+  std::string data = "/" + std::string(kMostPayload - 2, 'a');
+  data.push_back('\0');
+  int taken = 0;
+  int refused = 0;
+  for (int k = 0; k < 5000; ++k) {
+    const bool is_taken = link->SendCopyData(player.Window(), kAddFile, data);
+    ++(is_taken ? taken : refused);
+  }
+  EXPECT_EQ(static_cast<std::size_t>(taken), kMostListBytes / (kMostPayload + 39));
+  EXPECT_EQ(refused, 5000 - taken);
+  EXPECT_LT(ResidentKib() - before, 300'000);
+  EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+  // A new list has room again.
+  player.ClearWinampPlaylist();
+  EXPECT_TRUE(player.AddFileToWinamp(song));
+  player.SendWinampCommand(kPlay);
+  EXPECT_TRUE(WaitForStatus("PLAYING"));
 }
 
 TEST_F(HostileBytes, AnotherUserIsRefused) {

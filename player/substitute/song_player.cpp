@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "library/tag_text.h"
+#include "player/player_socket_linux.h"
 #include "util/text.h"
 
 namespace tallow {
@@ -169,7 +170,9 @@ void SongPlayer::StopAfterCurrent() {
 }
 
 void SongPlayer::Clear() {
-  list_.clear();
+  // Not clear(), which would keep the memory of a long list.
+  list_ = {};
+  list_bytes_ = 0;
   current_ = 0;
   ran_out_ = false;
   if (status_ != kStopped) {
@@ -180,7 +183,10 @@ void SongPlayer::Clear() {
   }
 }
 
-void SongPlayer::Add(std::string path) {
+bool SongPlayer::Add(std::string path) {
+  const std::size_t bytes = path.size() + sizeof(ListEntry);
+  if (bytes > kMostListBytes - list_bytes_) return false;
+  list_bytes_ += bytes;
   list_.push_back({std::move(path), ++last_number_});
   if (list_.size() == 1) ShowTrack();
   if (ran_out_)
@@ -188,6 +194,7 @@ void SongPlayer::Add(std::string path) {
   else
     FeedFollowing();
   Changed(PlayerChange::kList);
+  return true;
 }
 
 bool SongPlayer::Seek(std::int64_t ms) {

@@ -61,7 +61,8 @@ class SongPlayer {
   /// Ends the playing and empties the list.
   void Clear();
   /// Appends a file to the list.
-  void Add(std::string path);
+  /// \returns false when it has no room, see kMostListBytes; nothing has changed then
+  bool Add(std::string path);
   /// \param ms   from the beginning of the track
   /// \returns whether there is such a place; else nothing happens
   bool Seek(std::int64_t ms);
@@ -131,7 +132,8 @@ class SongPlayer {
   };
 
   std::vector<ListEntry> list_;
-  std::size_t current_ = 0;  ///< place in the list
+  std::size_t list_bytes_ = 0;  ///< see kMostListBytes
+  std::size_t current_ = 0;     ///< place in the list
   PlayerStatus status_ = kStopped;
   Track track_;
   std::uint64_t last_number_ = 0;
