@@ -130,10 +130,14 @@ void frmMainWinamp::SetUpBars() {
   hscrlBalance->setRange(-kMostBalance, kMostBalance);
   hscrlBalance->setSingleStep(kBalanceStep);
   hscrlBalance->setPageStep(kBalancePage);
-  connect(hscrlVolume, &QScrollBar::valueChanged, this,
-          [this](int value) { player_.SetVolume(value); });
-  connect(hscrlBalance, &QScrollBar::valueChanged, this,
-          [this](int value) { player_.SetBalance(value); });
+  connect(hscrlVolume, &QScrollBar::valueChanged, this, [this](int value) {
+    player_.SetVolume(value);
+    PlayerFound();
+  });
+  connect(hscrlBalance, &QScrollBar::valueChanged, this, [this](int value) {
+    player_.SetBalance(value);
+    PlayerFound();
+  });
 }
 
 void frmMainWinamp::SetUpTrackBar() {
@@ -159,8 +163,6 @@ bool frmMainWinamp::Play() {
 
 void frmMainWinamp::Open() {
   if (!ReachPlayer(player_, show_)) return;
-  opened_ = true;
-  setWindowTitle(DisplayText("WinAMP Version# " + player_.GetWinampVersion()));
   {
     // Each is sent once, whether the bar has moved or not.
     const QSignalBlocker volume(hscrlVolume);
@@ -168,19 +170,21 @@ void frmMainWinamp::Open() {
     hscrlVolume->setValue(kFirstVolume);
     hscrlBalance->setValue(0);
   }
-  SendVolumeAndBalance();
+  SetUpPlayer();
   Playstuff();
 }
 
-void frmMainWinamp::SendVolumeAndBalance() {
+void frmMainWinamp::SetUpPlayer() {
+  opened_ = true;
   set_up_ = player_.Window();
+  setWindowTitle(DisplayText("WinAMP Version# " + player_.GetWinampVersion()));
   player_.SetVolume(hscrlVolume->value());
   player_.SetBalance(hscrlBalance->value());
 }
 
 void frmMainWinamp::PlayerFound() {
-  // A player that has been replaced behind the panel's back would be as loud as it can.
-  if (player_.Window() != set_up_) SendVolumeAndBalance();
+  // One that has been replaced behind the panel's back, or has come after the panel, would be as loud as it can.
+  if (player_.Window() != 0 && player_.Window() != set_up_) SetUpPlayer();
 }
 
 void frmMainWinamp::Playstuff() {
@@ -217,6 +221,7 @@ void frmMainWinamp::ClickPlayPause() {
   const bool play = cmdPlayPause->text() == tr("&Play");
   player_.SendWinampCommand(play ? kPlay : kPause);
   cmdPlayPause->setText(play ? tr("&Pause") : tr("&Play"));
+  PlayerFound();
 }
 
 void frmMainWinamp::UserScrolls() {
@@ -233,6 +238,8 @@ void frmMainWinamp::TrackBarChanged(int seconds) {
 void frmMainWinamp::Update() {
   // A message box every time would be the end of all work.
   if (player_.Window() == 0) return;
+  // A command of the menus may have found another one.
+  PlayerFound();
   const int position = player_.GetTrackPosition();
   const int length = player_.GetTrackLength();
   // The bar is not torn out of the user's hand.
@@ -260,10 +267,12 @@ void frmMainWinamp::ShowTimes(int position) {
 
 void frmMainWinamp::closeEvent(QCloseEvent* event) {
   tmrScrollUpdate->stop();
+  event->accept();
+  // A message box about a player that is gone would keep the program from ending.
+  if (player_.Window() == 0 && !player_.FindWinamp()) return;
   player_.SendWinampCommand(kStop);
   player_.ClearWinampPlaylist();
   player_.SendWinampCommand(kClosePlayer);
-  event->accept();
 }
 
 }  // namespace tallow

@@ -42,7 +42,7 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
 
  private:
   void Open();
-  void SendVolumeAndBalance();
+  void SetUpPlayer();
   void PlayerFound() override;
   void FirstSongIsGone(const std::string& path) override;
   void TrackStarted(std::int32_t length) override;
@@ -62,8 +62,9 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   Tallow& tallow_;
   WinAMP_Control& player_;
   ShowMessage show_;
-  bool opened_ = false;          ///< the player was found and set up
-  PlayerHandle set_up_ = 0;      ///< the player that has the volume and balance of the bars
+  bool opened_ = false;  ///< the player was found and set up
+  PlayerHandle set_up_ =
+      0;  ///< the player that the title names and that has the volume and balance
   bool UserIsScrolling = false;  ///< the user has hold of the position bar
 
   QPushButton* cmdPlayPause;

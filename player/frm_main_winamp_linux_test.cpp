@@ -75,5 +75,31 @@ TEST_F(PanelAndPlayer, APlayerThatIsKilledStopsThePanelAndTheNextSongsStartAnoth
   EXPECT_EQ(std::count(log.begin(), log.end(), "1024 77 122"), 2);
 }
 
+TEST_F(PanelAndPlayer, APanelWhosePlayerWasKilledClosesWithoutAMessage) {
+  ASSERT_TRUE(QTest::qWaitFor([&] { return Status() == "PLAYING"; }));
+  ASSERT_EQ(kill(LastPid(), SIGKILL), 0);
+  UseScript("exit 1\n");
+  // Until it is noticed that no other one comes up.
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    panel.Play();
+    return player.Window() == 0;
+  }));
+  messages.Take();
+  panel.close();
+  EXPECT_EQ(messages.Take(), std::vector<std::string>{});
+  EXPECT_FALSE(panel.isVisible());
+}
+
+TEST_F(PanelAndPlayer, AnotherTallowPausesAndStopsWhatOneThatWasKilledHasLeft) {
+  ASSERT_TRUE(QTest::qWaitFor([&] { return Status() == "PLAYING"; }));
+  const std::unique_ptr<PlayerLink> other_link = SystemPlayerLink();
+  WinAMP_Control other{*other_link, [this] { return path; }, messages.Shower()};
+  other.SendWinampCommand(kPause);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Status() == "PAUSED"; }));
+  other.SendWinampCommand(kStop);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Status() == "STOPPED"; }));
+  EXPECT_TRUE(messages.shown.empty());
+}
+
 }  // namespace
 }  // namespace tallow

@@ -150,10 +150,11 @@ TEST_F(FrmMainWinamp, AnotherPlayerGetsTheVolumeAndBalanceOfTheBars) {
   link.found = 8;
   panel.Play();
   const Texts sent = link.Take();
-  ASSERT_EQ(sent.size(), 9U);
-  EXPECT_EQ(sent[2], "1024 40 122");
-  EXPECT_EQ(sent[3], "1024 235 123");
-  EXPECT_EQ(sent[4], "273 40047 0");
+  ASSERT_EQ(sent.size(), 10U);
+  EXPECT_EQ(sent[2], "1024 0 0");
+  EXPECT_EQ(sent[3], "1024 40 122");
+  EXPECT_EQ(sent[4], "1024 235 123");
+  EXPECT_EQ(sent[5], "273 40047 0");
   panel.Play();
   EXPECT_EQ(link.Take().size(), 7U);
 }
@@ -477,8 +478,96 @@ TEST_F(FrmMainWinamp, WithoutAPlayerEveryOperationSaysSo) {
   Volume().setValue(3);
   Balance().setValue(3);
   EXPECT_EQ(messages.Take(), (Texts{missing, missing, missing}));
+}
+
+TEST_F(FrmMainWinamp, ClosingSendsAndSaysNothingWhereThereIsNoPlayer) {
+  Open();
+  link.found = 0;
+  panel.Play();
+  messages.Take();
+  link.Take();
   panel.close();
-  EXPECT_EQ(messages.Take(), (Texts{missing, missing, missing}));
+  EXPECT_EQ(link.Take(), Texts{"find"});
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_FALSE(panel.isVisible());
+  EXPECT_FALSE(Timer().isActive());
+}
+
+TEST_F(FrmMainWinamp, ClosingClosesAPlayerThatHasComeLater) {
+  Open();
+  link.found = 0;
+  panel.Play();
+  link.Take();
+  link.found = 8;
+  panel.close();
+  EXPECT_EQ(link.Take(), (Texts{"find", "273 40047 0", "1024 0 101", "273 40001 0"}));
+}
+
+/// A panel whose player was not there when it was opened, and is there now.
+class AfterAFailedOpening : public FrmMainWinamp {
+ protected:
+  AfterAFailedOpening() {
+    link.found = 0;
+    panel.show();
+    panel.Play();
+    EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
+    EXPECT_EQ(panel.windowTitle(), "WinAMP");
+    link.Take();
+    link.found = 7;
+  }
+  /// Whether a command that sends something has found the player and set it up.
+  void ExpectSetUpBehind(const std::string& sent) {
+    EXPECT_EQ(link.Take(),
+              (Texts{"find", sent, "1024 0 0", "1024 " + std::to_string(Volume().value()) + " 122",
+                     "1024 " + std::to_string(Balance().value()) + " 123"}));
+    EXPECT_EQ(panel.windowTitle(), "WinAMP Version# 2.081");
+    EXPECT_EQ(messages.Take(), Texts{});
+  }
+};
+
+TEST_F(AfterAFailedOpening, TheButtonSetsUpThePlayer) {
+  Click();
+  ExpectSetUpBehind("273 40045 0");
+}
+
+TEST_F(AfterAFailedOpening, TheVolumeSetsUpThePlayer) {
+  Volume().setValue(40);
+  ExpectSetUpBehind("1024 40 122");
+  EXPECT_EQ(Volume().value(), 40);
+  // The bars are the user's now.
+  panel.Play();
+  EXPECT_EQ(Volume().value(), 40);
+}
+
+TEST_F(AfterAFailedOpening, TheBalanceSetsUpThePlayer) {
+  Balance().setValue(2);
+  ExpectSetUpBehind("1024 2 123");
+}
+
+TEST_F(FrmMainWinamp, AnotherPlayerIsNamedInTheTitle) {
+  link.answers["1024 0 0"] = 0;
+  Open();
+  EXPECT_EQ(panel.windowTitle(), "WinAMP Version# UNKNOWN");
+  // That one was gone at once; the next one is there.
+  link.answers["1024 0 0"] = 0x2081;
+  link.found = 8;
+  panel.Play();
+  EXPECT_EQ(panel.windowTitle(), "WinAMP Version# 2.081");
+}
+
+TEST_F(FrmMainWinamp, APlayerThatACommandOfTheMenusHasFoundIsSetUp) {
+  Open();
+  Volume().setValue(40);
+  link.found = 0;
+  panel.Play();
+  link.found = 8;
+  player.SendWinampCommand(40045);
+  const Texts sent = Tick();
+  ASSERT_EQ(sent.size(), 6U);
+  EXPECT_EQ(sent[0], "1024 0 0");
+  EXPECT_EQ(sent[1], "1024 40 122");
+  EXPECT_EQ(sent[2], "1024 0 123");
+  EXPECT_EQ(Tick().size(), 3U);
 }
 
 TEST_F(FrmMainWinamp, TheTimerRunsByItself) {

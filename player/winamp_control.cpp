@@ -33,7 +33,7 @@ bool WinAMP_Control::StartWinamp() {
 }
 
 bool WinAMP_Control::HasWindow() {
-  if (window_ != 0) return true;
+  if (window_ != 0 || FindWinamp()) return true;
   show_({.text = "WinAMP window not found yet...",
          .title = "WinAMP Not Found",
          .icon = MessageIcon::kCritical});

@@ -12,9 +12,10 @@ namespace tallow {
 
 /// Remote control of the player: every operation is one message.
 ///
-/// An operation before the player was found sends nothing and says "WinAMP window not found yet..."; a
-/// query then gives the empty text or 0. A player that has been closed since is not noticed: the
-/// messages go nowhere.
+/// An operation before the player was found looks for it; one that runs already, of an earlier Tallow maybe, is
+/// found at once. Where there is none, nothing is sent, "WinAMP window not found yet..." is said, and a query
+/// gives the empty text or 0. A player that has been closed since it was found is not noticed: the messages go
+/// nowhere.
 class WinAMP_Control {
  public:
   /// \param link        has to outlive the object
@@ -55,6 +56,7 @@ class WinAMP_Control {
   std::string GetWinampVersion();
 
  private:
+  /// Whether there is a player to send to; says so where there is none.
   bool HasWindow();
   std::int64_t Ask(std::int64_t wParam, std::int64_t lParam);
 

@@ -49,8 +49,17 @@ TEST_F(WinampControl, WithoutAPathNothingIsStarted) {
 
 TEST_F(WinampControl, StartingDoesNotLookForTheWindow) {
   player.StartWinamp();
-  player.ClearWinampPlaylist();
-  EXPECT_EQ(messages.Take(), Texts{"WinAMP window not found yet..."});
+  EXPECT_EQ(link.Take(), Texts{"start /opt/winamp.exe"});
+  EXPECT_EQ(player.Window(), 0U);
+}
+
+TEST_F(WinampControl, TheFirstCommandFindsAPlayerThatRunsAlready) {
+  player.SendWinampCommand(40046);
+  EXPECT_EQ(link.Take(), (Texts{"find", "273 40046 0"}));
+  EXPECT_EQ(link.handles, std::vector<PlayerHandle>{7});
+  player.SendWinampCommand(40047);
+  EXPECT_EQ(link.Take(), Texts{"273 40047 0"});
+  EXPECT_EQ(messages.Take(), Texts{});
 }
 
 TEST_F(WinampControl, ACommandIsItsNumber) {
@@ -145,7 +154,8 @@ TEST_F(WinampControl, TheVersionIsReadFromHexadecimalDigits) {
   }
 }
 
-TEST_F(WinampControl, BeforeTheWindowIsFoundEveryOperationSaysSo) {
+TEST_F(WinampControl, WithoutAWindowEveryOperationLooksForItAndSaysSo) {
+  link.found = 0;
   const std::pair<const char*, std::function<void()>> operations[] = {
       {"command", [&] { player.SendWinampCommand(40045); }},
       {"clear", [&] { player.ClearWinampPlaylist(); }},
@@ -168,8 +178,8 @@ TEST_F(WinampControl, BeforeTheWindowIsFoundEveryOperationSaysSo) {
     EXPECT_EQ(message.icon, MessageIcon::kCritical);
     EXPECT_EQ(message.buttons, MessageButtons::kOk);
     messages.shown.clear();
+    EXPECT_EQ(link.Take(), Texts{"find"}) << name;
   }
-  EXPECT_EQ(link.Take(), Texts{});
 }
 
 TEST_F(WinampControl, AStaleWindowIsNotNoticed) {

@@ -81,8 +81,11 @@ add_test(NAME program.obeys_its_command_line
   COMMAND ${CMAKE_SOURCE_DIR}/tests/command_line.sh $<TARGET_FILE:tallow>)
 add_test(NAME program.shares_no_folder
   COMMAND ${CMAKE_SOURCE_DIR}/tests/two_programs.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/two)
+add_test(NAME program.ends_without_its_player
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/ending.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/ending)
 set_tests_properties(program.starts_on_the_demo_collection program.lives
   program.keeps_songs_of_drives_that_are_away
   program.obeys_its_command_line
   program.shares_no_folder
+  program.ends_without_its_player
   PROPERTIES TIMEOUT 300)

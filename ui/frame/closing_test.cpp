@@ -176,6 +176,27 @@ TEST_F(Closing, TheFrameClosesItsWindowsFirstAndThenThePlayer) {
   EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
 }
 
+TEST_F(Closing, APlayerThatIsGoneIsNoObstacle) {
+  for (const bool told_to_end : {true, false}) {
+    frmMain& window = ShowJukebox();
+    window.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, window.Jukebox().selectednode());
+    link.found = 0;
+    window.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, window.Jukebox().selectednode());
+    EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
+    ASSERT_NE(frame.PlayerPanel(), nullptr);
+    link.Take();
+    if (told_to_end)
+      frame.ClosePlayerPanel();
+    else
+      EXPECT_TRUE(frame.close());
+    EXPECT_EQ(messages.Take(), Texts{});
+    EXPECT_EQ(link.Take(), Texts{"find"});
+    LetClosedWindowsGo();
+    EXPECT_EQ(frame.PlayerPanel(), nullptr);
+    link.found = 7;
+  }
+}
+
 TEST_F(Closing, ARefusalByOneKeepsTheProgramAndItsMusicRunning) {
   frmMain& one = ChangedJukebox("ONE");
   one.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, one.Jukebox().selectednode());

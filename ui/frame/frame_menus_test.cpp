@@ -201,7 +201,8 @@ TEST_F(FrameMenus, NoOtherButtonAsksForThePlayer) {
     Button(button).trigger();
     EXPECT_EQ(messages.Take(), Texts{}) << button;
   }
-  // Those for the player ask it, which says that it has no window; nothing is said of installing one.
+  // Those for the player look for it, and say that it has no window; nothing is said of installing one.
+  link.found = 0;
   for (const int button : {3, 4, 5, 7}) {
     Button(button).trigger();
     EXPECT_EQ(messages.Take(), Texts{"WinAMP window not found yet..."}) << button;
@@ -209,6 +210,15 @@ TEST_F(FrameMenus, NoOtherButtonAsksForThePlayer) {
   Item("mnuPlay").trigger();
   EXPECT_EQ(messages.Take(), Texts{"WinAMP window not found yet..."});
   EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
+}
+
+TEST_F(FrameMenus, PauseAndStopFindAPlayerThatAnEarlierTallowHasLeft) {
+  ShowJukebox();
+  Item("mnuPause").trigger();
+  Item("mnuStop").trigger();
+  Button(4).trigger();
+  EXPECT_EQ(link.Take(), (Texts{"find", "273 40046 0", "273 40047 0", "273 40044 0"}));
+  EXPECT_EQ(messages.Take(), Texts{});
 }
 
 TEST_F(FrameMenus, AButtonOpensTheHelpAndTheMenuSaves) {

@@ -1,0 +1,94 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Tells the built program to end after its player has died and no other one comes up, on a virtual display: by
+# SIGTERM, with and without a message box that is open, and by closing the window with its panel. It ends, and waits
+# for nobody. Then one that is killed and started again stops the player that plays on.
+#
+# Usage: ending.sh PROGRAM FOLDER
+set -euo pipefail
+
+program=$1
+folder=$2
+here=$(cd "$(dirname "$0")" && pwd)
+rm -rf "$folder"
+mkdir -p "$folder/app" "$folder/bin" "$folder/config/Tallow" "$folder/pictures"
+"$here/../packaging/make-demo-collection.sh" "$folder/music"
+printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"
+cp "$program" "$folder/bin/tallow"
+cp "$(dirname "$program")/TIPOFDAY.TXT" "$folder/bin/"
+. "$here/../packaging/virtual-display.sh"
+XDG_RUNTIME_DIR=$(mktemp -d)
+trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
+export XDG_RUNTIME_DIR XDG_CONFIG_HOME=$folder/config DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
+export QT_QPA_PLATFORM=xcb
+openbox > /dev/null 2>&1 &
+processes+=($!)
+for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
+. "$here/screen_user.sh"
+
+start() {
+  "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" 2>> "$folder/errors.txt" &
+  tallow=$!
+  processes+=("$tallow")
+  until_true 60 "the window" window_named '^Tallow - '
+}
+has_ended() { ! kill -0 "$tallow"; }
+player_runs() { [ -s "$folder/log" ]; }
+# A player that writes down its number and every message.
+make_player() {
+  rm -f "$folder/log" "$folder/pid"
+  printf '#!/bin/sh\necho $$ > "%s"\nexec "%s/tallow-player" --silent --log "%s" "$@"\n' \
+    "$folder/pid" "$(dirname "$program")" "$folder/log" > "$folder/bin/tallow-player"
+  chmod +x "$folder/bin/tallow-player"
+}
+# Plays, kills the player, and plays once more when no other one can come up.
+lose_player() {
+  make_player
+  start
+  keys ctrl+l
+  until_true 20 "the player" player_runs
+  printf '#!/bin/sh\nexit 1\n' > "$folder/bin/tallow-player"
+  kill -KILL "$(cat "$folder/pid")"
+  sleep 1
+  for _ in $(seq 20); do
+    keys ctrl+l
+    ! window_named '^Tallow$' > /dev/null || return 0
+  done
+  fail "No message about a player that is gone."
+}
+
+lose_player
+picture 1-no-player
+keys Return
+until_true 10 "the end of the message" no_window_named '^Tallow$'
+kill -TERM "$tallow"
+until_true 10 "the end after SIGTERM" has_ended
+picture 2-after-sigterm
+
+lose_player
+kill -TERM "$tallow"
+until_true 10 "the end after SIGTERM with a message open" has_ended
+
+lose_player
+keys Return
+until_true 10 "the end of the message" no_window_named '^Tallow$'
+keys alt+F4
+until_true 10 "the question about the sample jukebox" window_named '^Tallow$'
+keys alt+n
+until_true 10 "the end after the window was closed" has_ended
+
+# Killed: the music goes on, and Stop of the next start is heard.
+make_player
+start
+keys ctrl+l
+until_true 20 "the player" player_runs
+until_true 20 "the songs" grep -q '^273 40045 0$' "$folder/log"
+kill -KILL "$tallow"
+until_true 10 "the kill" has_ended
+start
+keys alt+s s
+stopped() { [ "$(grep -c '^273 40047 0$' "$folder/log")" -ge 2 ]; }
+until_true 10 "Stop at the player" stopped
+no_window_named '^WinAMP Not Found$' || fail "The player was not found."
+picture 3-stopped
+kill "$(cat "$folder/pid")"
