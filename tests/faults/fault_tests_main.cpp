@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Shows that no fault of a disk, and no damage to a file, loses what a user has; see docs/reliability.md.
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <filesystem>
+#include <stdexcept>
+#include <string>
+#include <thread>
+#include <unistd.h>
+
+#include "tests/faults/fault_matrix.h"
+
+namespace tallow {
+namespace {
+
+constexpr const char* kUsage =
+    "Usage: tallow_fault_tests [--every N] [--scenario NAME] [--case TEXT] [--jobs N] "
+    "[--markdown]\n";
+
+/// Where the worlds are made: in memory where the system has a folder for that, since each case writes many
+/// files, and flushes none.
+std::filesystem::path PlaceForWorlds() {
+  const std::filesystem::path memory = "/dev/shm";
+  if (std::getenv("TMPDIR") == nullptr && access(memory.c_str(), W_OK | X_OK) == 0) return memory;
+  return std::filesystem::canonical(std::filesystem::temp_directory_path());
+}
+
+/// A folder for the worlds, and no rights but those of any user: what a file without permissions does is
+/// hidden from root.
+class TestFolder {
+ public:
+  TestFolder()
+      : path_((PlaceForWorlds() / ("tallow-faults-" + std::to_string(getpid()))).string() + "/") {
+    std::filesystem::create_directories(path_);
+    constexpr uid_t kNobody = 65534;
+    if (geteuid() == 0 && (chown(path_.c_str(), kNobody, kNobody) != 0 || setgid(kNobody) != 0 ||
+                           setuid(kNobody) != 0))
+      throw std::runtime_error("the rights of root cannot be given up");
+  }
+  TestFolder(const TestFolder&) = delete;
+  TestFolder& operator=(const TestFolder&) = delete;
+  ~TestFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  }
+  const std::string& path() const noexcept { return path_; }
+
+ private:
+  std::string path_;
+};
+
+int Run(int argc, char** argv) {
+  MatrixChoice choice;
+  choice.jobs = static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
+  for (int k = 1; k < argc; ++k) {
+    const std::string option = argv[k];
+    if (option == "--markdown") {
+      choice.markdown = true;
+      continue;
+    }
+    const char* const value = k + 1 < argc ? argv[++k] : nullptr;
+    if (value == nullptr) throw std::runtime_error(kUsage);
+    if (option == "--every")
+      choice.every = std::atoi(value);
+    else if (option == "--jobs")
+      choice.jobs = std::atoi(value);
+    else if (option == "--scenario")
+      choice.scenario = value;
+    else if (option == "--case")
+      choice.of_case = value;
+    else
+      throw std::runtime_error(kUsage);
+  }
+  const TestFolder folder;
+  return RunFaultMatrix(folder.path(), choice) ? 0 : 1;
+}
+
+}  // namespace
+}  // namespace tallow
+
+int main(int argc, char** argv) {
+  try {
+    return tallow::Run(argc, argv);
+  } catch (const std::exception& error) {
+    std::fprintf(stderr, "%s\n", error.what());
+    return 2;
+  }
+}

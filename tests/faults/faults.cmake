@@ -1,0 +1,15 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
+# What shows that faults of a disk and damaged files lose nothing; see docs/reliability.md. Not with
+# sanitizers: these stand in front of the same calls.
+add_library(fail_call MODULE tests/faults/fail_call.cpp)
+target_link_libraries(fail_call PRIVATE tallow_options ${CMAKE_DL_LIBS})
+set_target_properties(fail_call PROPERTIES PREFIX "")
+
+add_executable(tallow_fault_tests
+  tests/faults/child_process.cpp
+  tests/faults/fault_matrix.cpp
+  tests/faults/fault_tests_main.cpp
+  tests/faults/scenarios.cpp
+  tests/faults/test_world.cpp)
+target_link_libraries(tallow_fault_tests PRIVATE tallow_core ${CMAKE_DL_LIBS})
+add_dependencies(tallow_fault_tests fail_call)
