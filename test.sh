@@ -6,18 +6,23 @@
 #   ./test.sh             all tests
 #   ./test.sh --windows   the whole Windows program under Wine, windows and setup included; builds what
 #                         ./build-windows.sh builds
+#   ./test.sh --faults    every call that a save makes fails once, in every way, and more files are damaged
+#                         than a test without option does; docs/reliability.md
 #   ./test.sh --sanitize  all tests under the address and undefined behaviour sanitizers, and those of
-#                         the code without windows under the thread sanitizer
+#                         the code without windows under the thread sanitizer; without those of faults,
+#                         which stand in front of the same calls as the sanitizers
 set -euo pipefail
 cd "$(dirname "$0")"
 
+faults=false
 sanitize=false
 windows=false
 case "${1:-}" in
   "") ;;
+  --faults) faults=true ;;
   --sanitize) sanitize=true ;;
   --windows) windows=true ;;
-  *) echo "Usage: ./test.sh [--sanitize|--windows]" >&2; exit 2 ;;
+  *) echo "Usage: ./test.sh [--faults|--sanitize|--windows]" >&2; exit 2 ;;
 esac
 
 packaging/install-dependencies.sh run demo test
@@ -38,6 +43,15 @@ build() {
   rm "build-$preset.log"
   cmake --build --preset "$preset" -- --quiet
 }
+
+if $faults; then
+  build release
+  failed=false
+  LD_PRELOAD=$PWD/build/release/fail_call.so build/release/tallow_fault_tests faults || failed=true
+  build/release/tallow_fault_tests damage --big || failed=true
+  ! $failed
+  exit
+fi
 
 if $sanitize; then
   suppressions=$PWD/tests/sanitizers

@@ -46,6 +46,11 @@ void Leave(Shared& shared, const std::string& text) {
   std::memcpy(shared.text, text.data(), shared.bytes);
 }
 
+double Seconds(const timeval& time) {
+  constexpr double kMicro = 1e-6;
+  return static_cast<double>(time.tv_sec) + kMicro * static_cast<double>(time.tv_usec);
+}
+
 [[noreturn]] void RunAndEnd(Shared& shared, const std::function<std::string()>& act) {
   const rlimit no_core{0, 0};
   setrlimit(RLIMIT_CORE, &no_core);
@@ -82,10 +87,12 @@ ChildEnd RunInChild(const std::function<std::string()>& act) {
   if (child < 0) throw std::runtime_error("no process can be made");
   if (child == 0) RunAndEnd(shared, act);
   int status = 0;
-  while (waitpid(child, &status, 0) < 0)
+  rusage usage{};
+  while (wait4(child, &status, 0, &usage) < 0)
     if (errno != EINTR) throw std::runtime_error("a process is lost");
   ChildEnd end;
   end.text.assign(shared.text, shared.bytes);
+  end.seconds = Seconds(usage.ru_utime) + Seconds(usage.ru_stime);
   if (WIFSIGNALED(status)) {
     end.signal = WTERMSIG(status);
     end.kind = end.signal == SIGALRM ? ChildEnd::Kind::kHang : ChildEnd::Kind::kSignal;

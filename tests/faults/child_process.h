@@ -11,7 +11,8 @@ struct ChildEnd {
   enum class Kind { kDone, kException, kSignal, kHang };
   Kind kind = Kind::kDone;
   int signal = 0;
-  std::string text;  ///< what it returned, or of an exception what it says
+  double seconds = 0;  ///< how long it has used a processor
+  std::string text;    ///< what it returned, or of an exception what it says
 
   bool IsDone() const noexcept { return kind == Kind::kDone; }
   /// How it ended, in a few words.

@@ -10,16 +10,16 @@
 #include <fcntl.h>
 #include <fstream>
 #include <map>
+#include <memory>
 #include <signal.h>
-#include <sstream>
 #include <stdexcept>
-#include <sys/wait.h>
 #include <unistd.h>
 #include <vector>
 
 #include "tests/faults/child_process.h"
 #include "tests/faults/fail_call.h"
 #include "tests/faults/scenarios.h"
+#include "tests/faults/worker_pool.h"
 
 namespace tallow {
 namespace {
@@ -179,70 +179,24 @@ class Stage {
   json new_;
 };
 
-/// What a case came to.
-struct Result {
-  std::size_t number = 0;
-  bool has_come = false;
-  std::vector<std::string> wrong;
-};
+/// The scenarios in the world of one worker.
+class Stages {
+ public:
+  Stages(const std::string& root, const std::vector<Scenario>& scenarios)
+      : world_(root), scenarios_(scenarios) {}
 
-/// Runs each case whose number leaves a rest, in a process that is one of several.
-void Work(const std::string& folder, const std::vector<Scenario>& scenarios,
-          const std::vector<Case>& cases, std::size_t rest, std::size_t jobs) {
-  const World world(folder + "world-" + std::to_string(rest) + "/");
-  std::ofstream results(folder + "results-" + std::to_string(rest));
-  std::map<std::size_t, Stage> stages;
-  for (std::size_t number = rest; number < cases.size(); number += jobs) {
-    const Case& one = cases[number];
-    const auto stage = stages.try_emplace(one.scenario, world, scenarios[one.scenario]).first;
+  json Run(const Case& one) {
+    const auto stage = stages_.try_emplace(one.scenario, world_, scenarios_[one.scenario]).first;
     bool has_come = false;
     const std::vector<std::string> wrong = stage->second.Run(one, has_come);
-    results << json{{"number", number}, {"has come", has_come}, {"wrong", wrong}}.dump(
-                   -1, ' ', false, json::error_handler_t::replace)
-            << '\n';
+    return {{"has come", has_come}, {"wrong", wrong}};
   }
-  world.Restore({});
-}
 
-std::vector<Result> RunAll(const std::string& folder, const std::vector<Scenario>& scenarios,
-                           const std::vector<Case>& cases, std::size_t jobs) {
-  std::fflush(nullptr);
-  std::vector<pid_t> workers;
-  for (std::size_t rest = 0; rest < jobs; ++rest) {
-    const pid_t worker = fork();
-    if (worker < 0) throw std::runtime_error("no process can be made");
-    if (worker == 0) {
-      try {
-        Work(folder, scenarios, cases, rest, jobs);
-      } catch (const std::exception& error) {
-        std::fprintf(stderr, "%s\n", error.what());
-        _exit(1);
-      }
-      _exit(0);
-    }
-    workers.push_back(worker);
-  }
-  bool whole = true;
-  for (const pid_t worker : workers) {
-    int status = 0;
-    waitpid(worker, &status, 0);
-    whole = whole && WIFEXITED(status) && WEXITSTATUS(status) == 0;
-  }
-  std::vector<Result> results;
-  for (std::size_t rest = 0; rest < jobs; ++rest) {
-    std::ifstream lines(folder + "results-" + std::to_string(rest));
-    for (std::string line; std::getline(lines, line);) {
-      const json one = json::parse(line);
-      results.push_back({one.at("number"), one.at("has come"), one.at("wrong")});
-    }
-  }
-  if (!whole || results.size() != cases.size())
-    throw std::runtime_error("only " + std::to_string(results.size()) + " of " +
-                             std::to_string(cases.size()) + " cases were run");
-  std::sort(results.begin(), results.end(),
-            [](const Result& a, const Result& b) { return a.number < b.number; });
-  return results;
-}
+ private:
+  World world_;
+  const std::vector<Scenario>& scenarios_;
+  std::map<std::size_t, Stage> stages_;
+};
 
 /// Cases and losses.
 struct Count {
@@ -319,7 +273,11 @@ bool RunFaultMatrix(const std::string& folder, const MatrixChoice& choice) {
     std::printf("%zu of %zu cases\n", cases.size(), all.size());
   }
   const auto jobs = static_cast<std::size_t>(std::max(choice.jobs, 1));
-  const std::vector<Result> results = RunAll(folder, scenarios, cases, jobs);
+  const std::vector<json> results = DoCases(folder, cases.size(), jobs, [&](std::size_t worker) {
+    const auto stages =
+        std::make_shared<Stages>(folder + "world-" + std::to_string(worker) + "/", scenarios);
+    return [stages, &cases](std::size_t number) { return stages->Run(cases[number]); };
+  });
 
   std::map<std::string, std::map<std::string, Count>> rows;
   std::map<std::string, std::map<std::string, Count>> sums;
@@ -327,16 +285,18 @@ bool RunFaultMatrix(const std::string& folder, const MatrixChoice& choice) {
   std::vector<std::string> names;
   int losses = 0;
   int missed = 0;
-  for (const Result& result : results) {
-    const Case& one = cases[result.number];
+  for (std::size_t number = 0; number < cases.size(); ++number) {
+    const Case& one = cases[number];
+    const std::vector<std::string> wrongs = results[number].at("wrong");
+    const bool has_come = results[number].at("has come");
     const std::string& scenario = scenarios[one.scenario].name;
     const std::string row =
         scenario + ": " + std::string(kSystemCalls[static_cast<std::size_t>(one.call)]);
     if (!rows.contains(row)) order.push_back(row);
     if (!sums.contains(scenario)) names.push_back(scenario);
-    const bool lost = !result.wrong.empty();
+    const bool lost = !wrongs.empty();
     losses += lost ? 1 : 0;
-    missed += result.has_come ? 0 : 1;
+    missed += has_come ? 0 : 1;
     for (auto* const table : {&rows[row], &sums[scenario], &sums["all"]})
       for (const char* const column : {kWays[one.way].name, "all"}) {
         Count& count = (*table)[column];
@@ -344,8 +304,8 @@ bool RunFaultMatrix(const std::string& folder, const MatrixChoice& choice) {
         count.losses += lost ? 1 : 0;
       }
     if (lost) std::printf("LOST  %s\n", NameOf(one, scenarios).c_str());
-    for (const std::string& wrong : result.wrong) std::printf("      %s\n", wrong.c_str());
-    if (!result.has_come) std::printf("NOT REACHED  %s\n", NameOf(one, scenarios).c_str());
+    for (const std::string& wrong : wrongs) std::printf("      %s\n", wrong.c_str());
+    if (!has_come) std::printf("NOT REACHED  %s\n", NameOf(one, scenarios).c_str());
   }
   std::sort(order.begin(), order.end());
   if (!choice.markdown) PrintTable(rows, order, "scenario: call, cases (losses)", false);

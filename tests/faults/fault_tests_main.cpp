@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Shows that no fault of a disk, and no damage to a file, loses what a user has; see docs/reliability.md.
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <stdexcept>
@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include "tests/faults/fault_matrix.h"
+#include "tests/faults/mutations.h"
 
 namespace tallow {
 namespace {
@@ -52,29 +53,36 @@ class TestFolder {
 };
 
 int Run(int argc, char** argv) {
-  MatrixChoice choice;
-  choice.jobs = static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
-  for (int k = 1; k < argc; ++k) {
+  const std::string command = argc > 1 ? argv[1] : "";
+  MatrixChoice matrix;
+  MutationChoice mutations;
+  matrix.jobs = mutations.jobs =
+      static_cast<int>(std::max(std::thread::hardware_concurrency(), 1U));
+  for (int k = 2; k < argc; ++k) {
     const std::string option = argv[k];
-    if (option == "--markdown") {
-      choice.markdown = true;
+    if (option == "--markdown" || option == "--big") {
+      matrix.markdown = mutations.big = true;
       continue;
     }
     const char* const value = k + 1 < argc ? argv[++k] : nullptr;
     if (value == nullptr) throw std::runtime_error(kUsage);
     if (option == "--every")
-      choice.every = std::atoi(value);
+      matrix.every = std::atoi(value);
+    else if (option == "--of-each")
+      mutations.of_each = std::atoi(value);
     else if (option == "--jobs")
-      choice.jobs = std::atoi(value);
+      matrix.jobs = mutations.jobs = std::atoi(value);
     else if (option == "--scenario")
-      choice.scenario = value;
+      matrix.scenario = value;
     else if (option == "--case")
-      choice.of_case = value;
+      matrix.of_case = mutations.of_case = value;
     else
       throw std::runtime_error(kUsage);
   }
   const TestFolder folder;
-  return RunFaultMatrix(folder.path(), choice) ? 0 : 1;
+  if (command == "faults") return RunFaultMatrix(folder.path(), matrix) ? 0 : 1;
+  if (command == "damage") return RunMutations(folder.path(), mutations) ? 0 : 1;
+  throw std::runtime_error(kUsage);
 }
 
 }  // namespace

@@ -9,7 +9,17 @@ add_executable(tallow_fault_tests
   tests/faults/child_process.cpp
   tests/faults/fault_matrix.cpp
   tests/faults/fault_tests_main.cpp
+  tests/faults/mutations.cpp
   tests/faults/scenarios.cpp
-  tests/faults/test_world.cpp)
+  tests/faults/test_world.cpp
+  tests/faults/worker_pool.cpp)
 target_link_libraries(tallow_fault_tests PRIVATE tallow_core ${CMAKE_DL_LIBS})
 add_dependencies(tallow_fault_tests fail_call)
+
+# Every 23rd case of the matrix, so that all ways of failing have their turn; all of them are run by
+# ./test.sh --faults.
+add_test(NAME faults.sample COMMAND tallow_fault_tests faults --every 23)
+set_tests_properties(faults.sample PROPERTIES TIMEOUT 600
+  ENVIRONMENT "LD_PRELOAD=$<TARGET_FILE:fail_call>")
+add_test(NAME faults.damaged_files COMMAND tallow_fault_tests damage)
+set_tests_properties(faults.damaged_files PROPERTIES TIMEOUT 600)

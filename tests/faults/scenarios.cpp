@@ -79,10 +79,10 @@ std::unique_ptr<RunningProgram> Started(const World& world) {
   return program;
 }
 
-/// The user's own folder of the jukebox MIX.
+/// The user's own folder of the first jukebox.
 Folder& MineOf(RunningProgram& program) {
-  Folder* const mine = program.First().Nodes().Find("Mine");
-  if (mine == nullptr) throw std::runtime_error("the jukebox has no folder Mine");
+  Folder* const mine = program.First().Nodes().Find(kOwnFolder);
+  if (mine == nullptr) throw std::runtime_error("the jukebox has lost the folder of the user");
   return *mine;
 }
 
@@ -182,7 +182,7 @@ void MakeCollection(const World& world) {
     SizeFinder finder(program->tallow.library);
     while (finder.TakeSizes(program->tallow.library)) std::this_thread::yield();
     program->tallow.library.SaveFacts();
-    Folder& mine = program->First().Nodes().AddChild(nullptr, "Mine");
+    Folder& mine = program->First().Nodes().AddChild(nullptr, std::string(kOwnFolder));
     for (const char* const name : {"one.mp3", "three.mp3", "gone.mp3", "away.mp3"})
       AddTo(mine, *program, name);
     program->tallow.settings.PictureLocation("/pictures/mine.png");

@@ -2,12 +2,15 @@
 #include "tests/faults/test_world.h"
 
 #include <algorithm>
+#include <fcntl.h>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <map>
 #include <stdexcept>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 #include <utility>
 
 #include "app/data_paths.h"
@@ -32,12 +35,20 @@ std::uint64_t NumberAt(const std::string& bytes, std::size_t at, std::size_t len
   return number;
 }
 
+/// The songs of a folder of a jukebox. In the user's own folder their order counts; the others are filled
+/// in the order in which songs were found.
+json InOrder(const std::string& folder, std::vector<std::string> songs) {
+  if (folder != kOwnFolder) std::sort(songs.begin(), songs.end());
+  return songs;
+}
+
 /// The folders of an open jukebox with the names of their songs.
 void AddFolders(const Folder& folder, const std::string& above, const clsMain& library,
                 json& folders) {
   const std::string name = above + folder.Text();
-  json& songs = folders[name] = json::array();
-  for (const SongEntry& entry : folder.Items()) songs.push_back(FileNameOf(entry, library));
+  std::vector<std::string> songs;
+  for (const SongEntry& entry : folder.Items()) songs.emplace_back(FileNameOf(entry, library));
+  folders[name] = InOrder(name, std::move(songs));
   for (std::int32_t k = 0; k < folder.Children(); ++k)
     AddFolders(folder.ChildAt(k), name + "/", library, folders);
 }
@@ -64,7 +75,7 @@ json SongsOf(const World& world, const clsMain& library) {
   return songs;
 }
 
-/// Size and day of every song in the companion, by name.
+/// The day on which each song was added, by name, from the companion.
 json FactsOfCompanion(const World& world, const clsMain& library) {
   constexpr std::size_t kRowsAt = 32;
   constexpr std::size_t kFirstRowAt = 36;
@@ -130,7 +141,8 @@ void World::Move(const std::string& from, const std::string& to) const {
 }
 
 std::string World::Read(const std::string& path) const {
-  if (!fs::is_regular_file(root_ + path)) return {};
+  std::error_code ignored;
+  if (!fs::is_regular_file(root_ + path, ignored)) return {};
   std::ifstream file(root_ + path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), {}};
 }
@@ -168,7 +180,9 @@ void World::Restore(const SavedFiles& files) const {
 
 MountedVolumes World::Volumes() const {
   MountedVolumes volumes{{"/", {"uuid system", "/"}, false}, {Music(), {"uuid music", "/"}, false}};
-  if (fs::exists(Stick())) volumes.push_back({Stick(), {"uuid stick", "/"}, false});
+  // What is mounted is no question to the disk, so it never fails.
+  if (syscall(SYS_faccessat, AT_FDCWD, Stick().c_str(), F_OK) == 0)
+    volumes.push_back({Stick(), {"uuid stick", "/"}, false});
   return volumes;
 }
 
@@ -233,33 +247,41 @@ json FoldersOfJukeboxFile(const World& world, const std::string& path) {
     const std::string text = folder.at("text").get<std::string>();
     std::string& name = names_by_key[folder.at("key").get<int>()];
     name = parent == 0 ? text : names_by_key.at(parent) + "/" + text;
-    json& songs = folders[name] = json::array();
+    std::vector<std::string> songs;
     for (const json& song : folder.at("songs"))
       songs.push_back(file.at("names").at(std::to_string(song.get<int>())));
+    folders[name] = InOrder(name, std::move(songs));
   }
   return folders;
 }
 
-json FindBelongings(const World& world, const std::function<void()>& put_back) {
+json FindInMemory(const World& world) {
   json found;
+  RunningProgram program(world);
+  found["start"] = {
+      {"goes on", program.Start()}, {"asks", program.user.asked}, {"tells", program.user.told}};
+  found["songs"] = SongsOf(world, program.tallow.library);
+  found["open"] = OpenJukeboxesOf(program);
+  found["days"] = FactsOfCompanion(world, program.tallow.library);
+  found["settings"] = SettingsOf(world);
+  json& files = found["jukeboxes"] = json::object();
+  for (const auto& entry : fs::directory_iterator(world.Grouping())) {
+    if (entry.path().extension() != ".juk") continue;
+    json& file = files[entry.path().filename().string()];
+    try {
+      file = FoldersOfJukeboxFile(world, world.Below(entry.path().string()));
+    } catch (const std::exception&) {
+      file = "damaged";
+    }
+  }
+  return found;
+}
+
+json FindBelongings(const World& world, const std::function<void()>& put_back) {
   // Before the program may mend anything, what is on the disk is whole.
   SongsOfLibraryFile(world, kLibrary, false);
-  {
-    RunningProgram program(world);
-    found["start"] = {
-        {"goes on", program.Start()}, {"asks", program.user.asked}, {"tells", program.user.told}};
-    for (json& text : found["start"]["asks"]) text = text.get<std::string>();
-    found["songs"] = SongsOf(world, program.tallow.library);
-    found["open"] = OpenJukeboxesOf(program);
-    found["days"] = FactsOfCompanion(world, program.tallow.library);
-  }
+  json found = FindInMemory(world);
   found["songs on disk"] = SongsOfLibraryFile(world, kLibrary, true);
-  json& files = found["jukeboxes"] = json::object();
-  for (const auto& entry : fs::directory_iterator(world.Grouping()))
-    if (entry.path().extension() == ".juk")
-      files[entry.path().filename().string()] =
-          FoldersOfJukeboxFile(world, world.Below(entry.path().string()));
-  found["settings"] = SettingsOf(world);
   found["links"] = LinksOf(world);
   if (put_back) {
     put_back();

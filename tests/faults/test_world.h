@@ -23,6 +23,9 @@ struct SavedEntry {
 };
 using SavedFiles = std::vector<SavedEntry>;
 
+/// The folder of a jukebox that is the user's own; the others are filled by the program.
+inline constexpr std::string_view kOwnFolder = "Mine";
+
 /// A folder with all that a program under test has: its application folder, a drive of songs, and a stick
 /// that can be taken away.
 class World {
@@ -100,6 +103,9 @@ nlohmann::json SongsOfLibraryFile(const World& world, const std::string& path, b
 /// The folders of a jukebox file with the names of their songs, read by its description alone.
 /// \throws std::exception when the file is damaged
 nlohmann::json FoldersOfJukeboxFile(const World& world, const std::string& path);
+
+/// The part of FindBelongings that one start tells, whatever lies on the disk, and the settings.
+nlohmann::json FindInMemory(const World& world);
 
 /// What a user has after the next start: songs, ranks, jukeboxes, unsaved changes, settings; and once songs
 /// that have gone are put back, at the start after that. Nothing that is compared has a place in the
