@@ -28,12 +28,19 @@ std::filesystem::path PlaceForWorlds() {
   return std::filesystem::canonical(std::filesystem::temp_directory_path());
 }
 
+/// The number of this process in ten digits: files hold the path, and the same bytes of them are damaged in
+/// each run.
+std::string ProcessNumber() {
+  constexpr std::size_t kDigits = 10;
+  const std::string number = std::to_string(getpid());
+  return std::string(kDigits - std::min(kDigits, number.size()), '0') + number;
+}
+
 /// A folder for the worlds, and no rights but those of any user: what a file without permissions does is
 /// hidden from root.
 class TestFolder {
  public:
-  TestFolder()
-      : path_((PlaceForWorlds() / ("tallow-faults-" + std::to_string(getpid()))).string() + "/") {
+  TestFolder() : path_((PlaceForWorlds() / ("tallow-faults-" + ProcessNumber())).string() + "/") {
     std::filesystem::create_directories(path_);
     constexpr uid_t kNobody = 65534;
     if (geteuid() == 0 && (chown(path_.c_str(), kNobody, kNobody) != 0 || setgid(kNobody) != 0 ||

@@ -1,0 +1,72 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Starts the built program with something else in the place of the file of its options, which tells the
+# places of the windows and whether tips are shown. It has to start each time, without waiting, and to leave
+# what is no file of options as it is.
+#
+# Usage: damaged_options.sh PROGRAM
+set -euo pipefail
+
+program=$1
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+mkdir -p "$folder/app" "$folder/music" "$folder/config/Tallow"
+options=$folder/config/Tallow/tallow.conf
+export XDG_CONFIG_HOME=$folder/config QT_QPA_PLATFORM=offscreen
+failed=0
+
+# start NAME: the program starts and ends by itself. It may use a processor for two seconds, and wait for half
+# a minute, which is generous on a busy machine.
+start() {
+  local got=0
+  (
+    ulimit -t 2
+    exec timeout --signal=KILL 30 "$program" --app-folder "$folder/app" --drive "$folder/music" \
+      --exit-after-startup
+  ) > "$folder/out" 2>&1 || got=$?
+  if [ "$got" -ne 0 ]; then
+    echo "With $1 as file of options the program left with $got and said:"
+    cat "$folder/out"
+    failed=1
+  fi
+}
+# keeps NAME TEST: what was there is still there, or beside it
+keeps() {
+  if ! test "$2" "$options" && ! test "$2" "$options.bak"; then
+    echo "$1 as file of options is gone."
+    failed=1
+  fi
+  rm -rf "$options" "$options.bak"
+}
+
+printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$options"
+start "a sound file"
+keeps "a sound file" -s
+mkfifo "$options"
+start "a FIFO"
+keeps "a FIFO" -p
+mkdir "$options"
+start "a folder"
+keeps "a folder" -d
+for target in /dev/zero /dev/full "$options" "$folder/nowhere"; do
+  ln -s "$target" "$options"
+  start "a link to $target"
+  keeps "a link to $target" -L
+done
+: > "$options"
+start "an empty file"
+keeps "an empty file" -e
+printf '[Options]\nShow%%20Tips' > "$options"
+start "a file that is cut off"
+keeps "a file that is cut off" -s
+head -c 5000 /dev/urandom > "$options"
+start "random bytes"
+keeps "random bytes" -s
+printf '[Options]\n' > "$options"
+chmod 000 "$options"
+start "a file without permissions"
+keeps "a file without permissions" -e
+truncate -s 2G "$options"
+start "2 GiB of nothing"
+keeps "2 GiB of nothing" -s
+exit "$failed"
