@@ -25,7 +25,12 @@ namespace {
 struct Verdict {
   int error = 0;         ///< 0: it is passed on
   bool shorten = false;  ///< it is passed on with half of its bytes
+  bool kill = false;     ///< and the process is killed then
 };
+
+[[noreturn]] void Kill() {
+  for (;;) syscall(SYS_kill, getpid(), SIGKILL);
+}
 
 /// What is to fail in this process.
 class Faults {
@@ -67,14 +72,15 @@ class Faults {
       if (call != fault_.call || below != path_ || ++seen_ != fault_.occurrence) return {};
       has_come_ = true;
       if (fault_.action == kKillProcess) Kill();
+      if (fault_.action == kKillHalfway) return {0, true, true};
       // A disk that becomes full takes what there is room for.
       const bool half = fault_.action == kShorten ||
                         (fault_.reach == FaultReach::kWrites && call == SystemCall::kWrite);
-      return half ? Verdict{0, true} : Verdict{fault_.action, false};
+      return half ? Verdict{0, true, false} : Verdict{fault_.action, false, false};
     }
     const bool again = (fault_.reach == FaultReach::kPath && below == path_) ||
                        (fault_.reach == FaultReach::kWrites && needs_room);
-    return again ? Verdict{fault_.action, false} : Verdict{};
+    return again ? Verdict{fault_.action, false, false} : Verdict{};
   }
 
  private:
@@ -85,10 +91,6 @@ class Faults {
                                  .append("\n");
     syscall(SYS_write, descriptor_, line.data(), line.size());
   }
-  [[noreturn]] static void Kill() {
-    for (;;) syscall(SYS_kill, getpid(), SIGKILL);
-  }
-
   std::mutex mutex_;
   std::atomic<bool> armed_ = false;
   std::string root_;
@@ -159,8 +161,10 @@ ssize_t TryTransfer(SystemCall call, int descriptor, std::size_t bytes, const Re
     return -1;
   }
   errno = before;
-  return real(verdict.shorten ? std::max<std::size_t>(bytes / 2, std::min<std::size_t>(bytes, 1))
-                              : bytes);
+  if (!verdict.shorten) return real(bytes);
+  const ssize_t done = real(std::max<std::size_t>(bytes / 2, std::min<std::size_t>(bytes, 1)));
+  if (verdict.kill) Kill();
+  return done;
 }
 
 /// The mode that an open call has when it may make a file.

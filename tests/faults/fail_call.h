@@ -37,6 +37,7 @@ inline constexpr std::array<std::string_view, 17> kSystemCalls = {
 enum FaultAction : int {
   kKillProcess = -1,  ///< the process is killed in place of the call
   kShorten = -2,      ///< a read or a write does half of what it was asked for
+  kKillHalfway = -3,  ///< a write does half, then the process is killed
 };
 
 /// How far a fault reaches.

@@ -33,18 +33,20 @@ struct Way {
   FaultReach reach;
 };
 
-constexpr std::array<Way, 9> kWays = {{{"ENOSPC", ENOSPC, FaultReach::kOneCall},
-                                       {"EIO", EIO, FaultReach::kOneCall},
-                                       {"EINTR", EINTR, FaultReach::kOneCall},
-                                       {"EMFILE", EMFILE, FaultReach::kOneCall},
-                                       {"EACCES", EACCES, FaultReach::kOneCall},
-                                       {"short", kShorten, FaultReach::kOneCall},
-                                       {"killed", kKillProcess, FaultReach::kOneCall},
-                                       {"EIO on", EIO, FaultReach::kPath},
-                                       {"full", ENOSPC, FaultReach::kWrites}}};
+constexpr std::array<Way, 10> kWays = {{{"ENOSPC", ENOSPC, FaultReach::kOneCall},
+                                        {"EIO", EIO, FaultReach::kOneCall},
+                                        {"EINTR", EINTR, FaultReach::kOneCall},
+                                        {"EMFILE", EMFILE, FaultReach::kOneCall},
+                                        {"EACCES", EACCES, FaultReach::kOneCall},
+                                        {"short", kShorten, FaultReach::kOneCall},
+                                        {"killed", kKillProcess, FaultReach::kOneCall},
+                                        {"half", kKillHalfway, FaultReach::kOneCall},
+                                        {"EIO on", EIO, FaultReach::kPath},
+                                        {"full", ENOSPC, FaultReach::kWrites}}};
 
 bool IsPossible(const Way& way, SystemCall call) {
   if (way.action == kShorten) return call == SystemCall::kRead || call == SystemCall::kWrite;
+  if (way.action == kKillHalfway) return call == SystemCall::kWrite;
   if (way.reach != FaultReach::kWrites) return true;
   return call == SystemCall::kWrite || call == SystemCall::kSync || call == SystemCall::kRename ||
          call == SystemCall::kMakeFolder;
@@ -119,8 +121,8 @@ class Stage {
     const ChildEnd end = RunInChild([&] {
       return Act([&] { Loaded<FailCall>(kFailCallName)(world_.root().c_str(), fault); });
     });
-    const bool was_killed =
-        end.kind == ChildEnd::Kind::kSignal && end.signal == SIGKILL && way.action == kKillProcess;
+    const bool was_killed = end.kind == ChildEnd::Kind::kSignal && end.signal == SIGKILL &&
+                            (way.action == kKillProcess || way.action == kKillHalfway);
     std::vector<std::string> wrong;
     if (!end.IsDone() && !was_killed) wrong.push_back("while it fails: " + end.Words());
     const json said = end.IsDone() ? json::parse(end.text) : json();

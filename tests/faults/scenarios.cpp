@@ -25,6 +25,9 @@ constexpr const char* kMix = "app/Grouping/mix.juk";
 constexpr const char* kOther = "app/Grouping/other.juk";
 constexpr const char* kLibrary = "app/Grouping/FileLocNames.lmz";
 constexpr const char* kCompanion = "app/Grouping/FileLocNames.more";
+constexpr const char* kDrives = "app/Grouping/System/Drives.json";
+constexpr const char* kMissing = "app/Grouping/System/Missing.json";
+constexpr const char* kFolderList = "app/Grouping/System/LocOfMainTargetFiles.lmz";
 constexpr const char* kSettings = "app/Grouping/System/TallowOrganizer.ini";
 
 /// The windows of the commands on jukebox files and songs; the first jukebox of a program is the active one.
@@ -128,6 +131,19 @@ void PutBack(const World& world) {
   world.MakeSong("stick/s/far.mp3", "Queen");
 }
 
+/// A song is new, one has gone, and one is back.
+void Change(const World& world) {
+  world.MakeSong("music/a/new.mp3", "Queen");
+  world.Remove("music/a/two.mp3");
+  world.MakeSong("music/b/gone.mp3", "Abba");
+}
+
+/// PutBack after Change.
+void PutBackAll(const World& world) {
+  world.MakeSong("music/a/two.mp3", "Abba");
+  PutBack(world);
+}
+
 /// Replaces a file by a link to it, with rights of its own.
 void MakeLink(const World& world, const std::string& path) {
   const std::string real = "elsewhere/" + fs::path(path).filename().string();
@@ -210,18 +226,17 @@ std::vector<Scenario> AllScenarios() {
                  },
                  StartIt,
                  {}});
-  all.push_back({"start with changes",
-                 [](const World& world) {
-                   MakeCollection(world);
-                   world.MakeSong("music/a/new.mp3", "Queen");
-                   world.Remove("music/a/two.mp3");
-                   world.MakeSong("music/b/gone.mp3", "Abba");
-                 },
-                 StartIt,
-                 [](const World& world) {
-                   world.MakeSong("music/a/two.mp3", "Abba");
-                   PutBack(world);
-                 }});
+  for (const bool links : {false, true})
+    all.push_back({links ? "start with changes over links" : "start with changes",
+                   [links](const World& world) {
+                     MakeCollection(world);
+                     Change(world);
+                     if (!links) return;
+                     for (const char* const path :
+                          {kLibrary, kCompanion, kSettings, kFolderList, kDrives, kMissing})
+                       MakeLink(world, path);
+                   },
+                   StartIt, PutBackAll});
   all.push_back({"start without settings",
                  [](const World& world) {
                    MakeCollection(world);
