@@ -283,6 +283,7 @@ bool RunFaultMatrix(const std::string& folder, const MatrixChoice& choice) {
 
   std::map<std::string, std::map<std::string, Count>> rows;
   std::map<std::string, std::map<std::string, Count>> sums;
+  std::map<std::string, std::map<std::string, Count>> calls;
   std::vector<std::string> order;
   std::vector<std::string> names;
   int losses = 0;
@@ -299,7 +300,8 @@ bool RunFaultMatrix(const std::string& folder, const MatrixChoice& choice) {
     const bool lost = !wrongs.empty();
     losses += lost ? 1 : 0;
     missed += has_come ? 0 : 1;
-    for (auto* const table : {&rows[row], &sums[scenario], &sums["all"]})
+    auto& of_call = calls[std::string(kSystemCalls[static_cast<std::size_t>(one.call)])];
+    for (auto* const table : {&rows[row], &sums[scenario], &sums["all"], &of_call})
       for (const char* const column : {kWays[one.way].name, "all"}) {
         Count& count = (*table)[column];
         ++count.cases;
@@ -313,6 +315,9 @@ bool RunFaultMatrix(const std::string& folder, const MatrixChoice& choice) {
   if (!choice.markdown) PrintTable(rows, order, "scenario: call, cases (losses)", false);
   names.emplace_back("all");
   PrintTable(sums, names, "scenario, cases (losses)", choice.markdown);
+  std::vector<std::string> call_names;
+  for (const auto& call : calls) call_names.push_back(call.first);
+  PrintTable(calls, call_names, "call, cases (losses)", choice.markdown);
   std::printf("\n%zu cases, %d with a loss, %d whose call did not come\n", results.size(), losses,
               missed);
   return losses == 0 && missed == 0 && !results.empty();
