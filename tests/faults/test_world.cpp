@@ -199,10 +199,10 @@ std::optional<bool> CarefulUser::AskUnlessLeft(const std::string& text) {
 
 RunningProgram::RunningProgram(const World& world)
     : tallow(world.Application()),
-      drives({{world.Music()}, {world.Stick()}}),
+      drives(GivenDrives({world.Music(), world.Stick()})),
       // Any program will do; none is started.
-      system(tallow, drives, user, [] { return std::string("/bin/sh"); }) {
-  tallow.library.UseDrives([&world] { return world.Volumes(); }, {});
+      system(tallow, *drives, user, [] { return std::string("/bin/sh"); }) {
+  tallow.library.UseDrives([&world] { return world.Volumes(); }, {world.Music(), world.Stick()});
 }
 
 std::int32_t RunningProgram::RowOf(std::string_view name) const {

@@ -2,11 +2,13 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "app/search/drive_list.h"
 #include "app/system.h"
 #include "app/tallow.h"
 #include "tests/recorded_windows.h"
@@ -89,7 +91,7 @@ class RunningProgram {
 
   CarefulUser user;
   Tallow tallow;
-  TestDrives drives;
+  std::unique_ptr<DriveList> drives;
   System system;
 };
 
