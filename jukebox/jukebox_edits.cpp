@@ -70,10 +70,23 @@ Folder* JukeboxEdits::AddFolder(Folder* parent) {
 bool JukeboxEdits::Rename(Folder& folder, std::string_view text) {
   if (IsSpecialFolder(folder) || Trim(text).empty()) return false;
   if (folder.Text() == text) return true;
+  const Folder* const same = jukebox_.Nodes().Find(text, folder.Parent());
+  const bool is_before_special =
+      same != nullptr && same->Index() > folder.Index() && IsSpecialFolder(*same);
   jukebox_.History().Begin(&folder);
   jukebox_.History().RenameFolder(folder, text);
+  if (is_before_special) PutBehind(folder, *same);
   jukebox_.History().End();
   return true;
+}
+
+void JukeboxEdits::PutBehind(const Folder& folder, const Folder& other) {
+  std::vector<std::int32_t> order(
+      static_cast<std::size_t>(ChildrenOf(jukebox_.Nodes(), folder.Parent())));
+  std::iota(order.begin(), order.end(), 0);
+  const auto first = order.begin() + folder.Index();
+  std::rotate(first, first + 1, order.begin() + other.Index() + 1);
+  jukebox_.History().ReorderFolders(folder.Parent(), std::move(order));
 }
 
 void JukeboxEdits::RemoveSongs(Folder& folder, const std::vector<int>& rows) {
@@ -102,7 +115,7 @@ void JukeboxEdits::CopyFolder(const Folder& folder) { clipboard_.PutFolder(folde
 
 JukeboxEdits::Result JukeboxEdits::Paste(Folder* into) {
   if (const Folder* const folder = clipboard_.CopiedFolder()) return AddCopy(*folder, into);
-  if (into == nullptr) return Result::kNothing;
+  if (into == nullptr) return clipboard_.Songs().empty() ? Result::kNothing : Result::kNeedsFolder;
   return AddSongs(*into, clipboard_.Songs());
 }
 

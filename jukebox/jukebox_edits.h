@@ -31,7 +31,8 @@ class JukeboxEdits {
   /// \returns the folder; null when it would lie too deep
   Folder* AddFolder(Folder* parent);
 
-  /// Gives a folder another text. A special folder keeps its own, and a text of blanks is none.
+  /// Gives a folder another text. A special folder keeps its own, and a text of blanks is none. A folder
+  /// that gets the text of a special one behind it goes behind that, which so stays the special one.
   /// \returns whether the folder has the text now
   bool Rename(Folder& folder, std::string_view text);
 
@@ -45,8 +46,9 @@ class JukeboxEdits {
   /// How a paste or a drop ended.
   enum class Result {
     kDone,
-    kNothing,  ///< there was nothing that could go there
-    kTooDeep,  ///< folders would lie deeper than kMostLevel
+    kNothing,      ///< there was nothing that could go there
+    kTooDeep,      ///< folders would lie deeper than kMostLevel
+    kNeedsFolder,  ///< songs, and no folder for them
   };
 
   /// Adds what is on the clipboard behind what a folder holds: songs that it does not hold yet, or the
@@ -82,6 +84,7 @@ class JukeboxEdits {
   static std::vector<SongEntry> EntriesAt(const Folder& folder, const std::vector<int>& rows);
   static std::vector<std::int32_t> ValidRows(const Folder& folder, const std::vector<int>& rows);
   void RemoveSongs(Folder& folder, const std::vector<int>& rows);
+  void PutBehind(const Folder& folder, const Folder& other);
   Result AddCopy(const Folder& folder, Folder* parent);
   void PairSteps(const JukeboxEdits& source);
   void SortBelow(Folder* above);

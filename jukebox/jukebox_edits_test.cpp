@@ -3,6 +3,7 @@
 
 #include "jukebox/jukebox.h"
 #include "jukebox/play_commands.h"
+#include "jukebox/special_folders.h"
 #include "tests/library_fixture.h"
 
 namespace tallow {
@@ -115,7 +116,7 @@ TEST_F(Edits, NothingSelectedLeavesTheClipboardAsItIs) {
 
 TEST_F(Edits, AtTopLevelThereAreNoSongs) {
   edits.CopySongs(Add(nullptr, "from", {1}), {0});
-  EXPECT_EQ(edits.Paste(nullptr), Result::kNothing);
+  EXPECT_EQ(edits.Paste(nullptr), Result::kNeedsFolder);
 }
 
 TEST_F(Edits, AnEmptyClipboardPastesNothing) {
@@ -320,6 +321,62 @@ TEST_F(Edits, WhatIsThereAlreadyMovesWithoutAStepThere) {
   EXPECT_EQ(SongsOf(from), Songs{2});
   EXPECT_FALSE(other.History().CanUndo());
   EXPECT_EQ(jukebox.History().HalfToUndo().pair, 0U);
+}
+
+TEST_F(Edits, AFolderThatGetsTheTextOfASpecialOneGoesBehindItAndIsOrdinary) {
+  Folder& mine = Add(nullptr, "mine");
+  Folder& other = Add(nullptr, "other");
+  Folder& artist = Add(nullptr, "Artist");
+  Add(nullptr, "last");
+  EXPECT_TRUE(edits.Rename(mine, "Artist"));
+  EXPECT_EQ(Children(), (Texts{"other", "Artist", "Artist", "last"}));
+  EXPECT_EQ(mine.Index(), 2);
+  EXPECT_TRUE(IsSpecialFolder(artist));
+  EXPECT_FALSE(IsSpecialFolder(mine));
+  // It can get another name, and one that is behind keeps its place.
+  EXPECT_TRUE(edits.Rename(mine, "mine"));
+  EXPECT_TRUE(edits.Rename(mine, "Artist"));
+  EXPECT_EQ(mine.Index(), 2);
+  for (int k = 1; k <= 3; ++k) jukebox.Undo();
+  EXPECT_EQ(Children(), (Texts{"mine", "other", "Artist", "last"}));
+  jukebox.Redo();
+  EXPECT_EQ(Children(), (Texts{"other", "Artist", "Artist", "last"}));
+  EXPECT_TRUE(IsSpecialFolder(artist));
+  EXPECT_TRUE(edits.Rename(other, "Others"));
+}
+
+TEST_F(Edits, ADecadeStaysTheFirstOfItsText) {
+  Folder& decades = Add(nullptr, "Decades");
+  Folder& mine = Add(&decades, "mine");
+  Folder& eighties = Add(&decades, "80's");
+  EXPECT_TRUE(edits.Rename(mine, "80's"));
+  EXPECT_EQ(mine.Index(), 1);
+  EXPECT_TRUE(IsSpecialFolder(eighties));
+  EXPECT_FALSE(IsSpecialFolder(mine));
+}
+
+TEST_F(Edits, AFolderWithTheTextOfAnOrdinaryOneKeepsItsPlace) {
+  Folder& mine = Add(nullptr, "mine");
+  Add(nullptr, "By Mood");
+  EXPECT_TRUE(edits.Rename(mine, "By Mood"));
+  EXPECT_EQ(mine.Index(), 0);
+}
+
+TEST_F(Edits, APastedFolderWithTheTextOfASpecialOneIsOrdinary) {
+  Folder& artist = Add(nullptr, "Artist", {1});
+  edits.CopyFolder(artist);
+  EXPECT_EQ(edits.Paste(nullptr), Result::kDone);
+  Folder& pasted = *artist.Next();
+  EXPECT_TRUE(IsSpecialFolder(artist));
+  EXPECT_FALSE(IsSpecialFolder(pasted));
+  EXPECT_TRUE(edits.Rename(pasted, "mine"));
+}
+
+TEST_F(Edits, SongsNeedAFolderToBePastedInto) {
+  Folder& one = Add(nullptr, "one", {1});
+  EXPECT_EQ(edits.Paste(nullptr), Result::kNothing);
+  edits.CopySongs(one, {0});
+  EXPECT_EQ(edits.Paste(nullptr), Result::kNeedsFolder);
 }
 
 }  // namespace

@@ -21,16 +21,30 @@ bool IsOneOf(const Texts& texts, std::string_view text) noexcept {
   return std::find(std::begin(texts), std::end(texts), text) != std::end(texts);
 }
 
+/// Whether no folder before this one, under the same parent, has its text.
+bool IsFirstOfItsText(const Folder& folder) noexcept {
+  for (const Folder* before = folder.Previous(); before != nullptr; before = before->Previous())
+    if (before->Text() == folder.Text()) return false;
+  return true;
+}
+
 }  // namespace
 
 bool IsSpecialFolder(const Folder& folder) noexcept {
-  if (folder.Level() == 0) return IsOneOf(kTopLevel, folder.Text());
-  return folder.Level() == 1 && folder.Parent()->Text() == kDecades &&
-         IsOneOf(kBelowDecades, folder.Text());
+  if (folder.Level() == 0) return IsOneOf(kTopLevel, folder.Text()) && IsFirstOfItsText(folder);
+  return folder.Level() == 1 && IsOneOf(kBelowDecades, folder.Text()) &&
+         folder.Parent()->Text() == kDecades && IsFirstOfItsText(*folder.Parent()) &&
+         IsFirstOfItsText(folder);
 }
 
 bool IsAllSongs(const Folder& folder) noexcept {
-  return folder.Level() == 0 && folder.Text() == kAllSongs;
+  return folder.Level() == 0 && folder.Text() == kAllSongs && IsFirstOfItsText(folder);
+}
+
+bool IsAutomaticFolder(const Folder& folder) noexcept {
+  const Folder* top = &folder;
+  while (top->Parent() != nullptr) top = top->Parent();
+  return IsSpecialFolder(*top);
 }
 
 }  // namespace tallow

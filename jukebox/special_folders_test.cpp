@@ -49,5 +49,39 @@ TEST(SpecialFolders, AllSongsIsTheOneAtTopLevel) {
   EXPECT_FALSE(IsAllSongs(tree.AddChild(&mine, "All Songs")));
 }
 
+TEST(SpecialFolders, OfSeveralOfATextTheFirstIsSpecial) {
+  FolderTree tree;
+  for (const char* const text : kTopLevel) {
+    Folder& first = tree.AddChild(nullptr, text);
+    Folder& second = tree.AddChild(nullptr, text);
+    EXPECT_TRUE(IsSpecialFolder(first)) << text;
+    EXPECT_FALSE(IsSpecialFolder(second)) << text;
+    EXPECT_TRUE(OkToDelete(second)) << text;
+  }
+  Folder& decades = *tree.Find("Decades");
+  EXPECT_TRUE(IsSpecialFolder(tree.AddChild(&decades, "80's")));
+  EXPECT_FALSE(IsSpecialFolder(tree.AddChild(&decades, "80's")));
+  EXPECT_FALSE(IsSpecialFolder(tree.AddChild(decades.Next(), "80's")));
+  EXPECT_FALSE(IsAllSongs(*tree.Find("All Songs")->Next()));
+}
+
+TEST(SpecialFolders, WhatLiesBelowOneIsAutomaticToo) {
+  FolderTree tree;
+  for (const char* const text : kTopLevel) {
+    Folder& folder = tree.AddChild(nullptr, text);
+    EXPECT_TRUE(IsAutomaticFolder(folder)) << text;
+    Folder& below = tree.AddChild(&folder, "ABBA");
+    EXPECT_TRUE(IsAutomaticFolder(below)) << text;
+    EXPECT_TRUE(IsAutomaticFolder(tree.AddChild(&below, "live"))) << text;
+  }
+  EXPECT_TRUE(IsAutomaticFolder(tree.AddChild(tree.Find("Decades"), "80's")));
+  Folder& mine = tree.AddChild(nullptr, "Mine");
+  EXPECT_FALSE(IsAutomaticFolder(mine));
+  EXPECT_FALSE(IsAutomaticFolder(tree.AddChild(&mine, "Artist")));
+  Folder& second = tree.AddChild(nullptr, "Artist");
+  EXPECT_FALSE(IsAutomaticFolder(second));
+  EXPECT_FALSE(IsAutomaticFolder(tree.AddChild(&second, "ABBA")));
+}
+
 }  // namespace
 }  // namespace tallow

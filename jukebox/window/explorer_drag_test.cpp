@@ -8,6 +8,7 @@
 #include <QDropEvent>
 #include <QUrl>
 
+#include "jukebox/window/folder_tree_model.h"
 #include "tests/drag_and_drop.h"
 #include "tests/jukebox_window_fixture.h"
 #include "tests/tagged_file.h"
@@ -70,14 +71,78 @@ TEST_F(Dragging, WithCtrlSongsAreCopied) {
   EXPECT_EQ(SongsOf(two), Songs{2});
 }
 
-TEST_F(Dragging, OutOfAllSongsTheyAreAlwaysCopied) {
+TEST_F(Dragging, OutOfAFolderThatFillsItselfTheyAreAlwaysCopied) {
   AddSongs(2);
-  Folder& all = AddFolder("All Songs", {1, 2});
-  Folder& two = AddFolder("two");
+  const Texts paths = {"All Songs",        "New",     "Artist",       "Artist/ABBA",
+                       "Artist/ABBA/live", "Genre",   "Genre/Rock",   "Year",
+                       "Year/1985",        "Decades", "Decades/80's", "Decades/x"};
+  for (const std::string& path : paths) {
+    Folder* above = nullptr;
+    std::string_view rest = path;
+    while (!rest.empty()) {
+      const std::string text(rest.substr(0, rest.find('/')));
+      rest.remove_prefix(std::min(rest.size(), text.size() + 1));
+      Folder* found = Nodes().Find(text, above);
+      if (found == nullptr) found = &AddFolder(text.c_str(), {1, 2}, above);
+      above = found;
+    }
+  }
+  Folder& mine = AddFolder("mine");
+  Folder& second = AddFolder("Artist", {1, 2});
   Show();
-  EXPECT_TRUE(DropOn("two", SongsAt({0}).get()));
-  EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
-  EXPECT_EQ(SongsOf(two), Songs{1});
+  window.PVExplorer1().ExpandAll();
+  frmMain other(tallow, messages.Shower());
+  other.Jukebox().AddColumnHeader(kNameHeader);
+  Folder& there = other.Jukebox().Nodes().AddChild(nullptr, "there");
+  other.resize(600, 400);
+  other.show();
+  other.ShowJukebox();
+  for (const std::string& path : paths) {
+    const QModelIndex index = IndexOf(Tree(), QString::fromStdString(path));
+    const Folder& from = *FolderTreeModel::FolderOf(index);
+    window.PVExplorer1().Select(from);
+    mine.Items().clear();
+    EXPECT_TRUE(DropOn("mine", SongsAt({0}).get())) << path;
+    EXPECT_EQ(SongsOf(from), (Songs{1, 2})) << path;
+    EXPECT_EQ(SongsOf(mine), Songs{1}) << path;
+    there.Items().clear();
+    EXPECT_TRUE(DropAt(ListOf(other), QPoint(10, 60), *SongsAt({1}))) << path;
+    EXPECT_EQ(SongsOf(from), (Songs{1, 2})) << path;
+    EXPECT_EQ(SongsOf(there), Songs{2}) << path;
+  }
+  EXPECT_EQ(messages.Take(), Texts{});
+  // One that only has the text of such a folder is the user's.
+  window.PVExplorer1().Select(second);
+  mine.Items().clear();
+  EXPECT_TRUE(DropOn("mine", SongsAt({0}).get()));
+  EXPECT_EQ(SongsOf(second), Songs{2});
+}
+
+TEST_F(Dragging, TheCursorSaysThatSongsOfAnArtistAreCopied) {
+  AddSongs(1);
+  Folder& artist = AddFolder("Artist");
+  Folder& abba = AddFolder("ABBA", {1}, &artist);
+  AddFolder("mine");
+  Show();
+  window.PVExplorer1().Select(abba);
+  const auto drag = SongsAt({0});
+  const QPoint place = Tree().visualRect(IndexOf(Tree(), "mine")).center();
+  QDragEnterEvent enter(place, Qt::CopyAction | Qt::LinkAction, drag.get(), Qt::LeftButton, {});
+  QApplication::sendEvent(Tree().viewport(), &enter);
+  QDragMoveEvent move(place, Qt::CopyAction | Qt::LinkAction, drag.get(), Qt::LeftButton, {});
+  QApplication::sendEvent(Tree().viewport(), &move);
+  EXPECT_TRUE(move.isAccepted());
+  EXPECT_EQ(move.dropAction(), Qt::CopyAction);
+}
+
+TEST_F(Dragging, ACutTakesSongsOutOfAnArtistsFolder) {
+  AddSongs(2);
+  Folder& abba = AddFolder("ABBA", {1, 2}, &AddFolder("Artist"));
+  Show();
+  window.PVExplorer1().Select(abba);
+  SelectRow(0);
+  QTest::keyClick(&List(), Qt::Key_X, Qt::ControlModifier);
+  EXPECT_EQ(SongsOf(abba), Songs{2});
   EXPECT_EQ(messages.Take(), Texts{});
 }
 

@@ -86,8 +86,12 @@ void PVExplorer::SetUpTree() {
   tree_->setEditTriggers(kRenameByKeyOrClick);
   tree_->installEventFilter(this);
   tree_->viewport()->installEventFilter(this);
-  folders_->SetRename(
-      [this](Folder& folder, const std::string& text) { return edits_.Rename(folder, text); });
+  folders_->SetRename([this](Folder& folder, const std::string& text) {
+    const std::int32_t place = folder.Index();
+    const bool renamed = edits_.Rename(folder, text);
+    if (folder.Index() != place) tree_->scrollTo(folders_->IndexOf(folder));
+    return renamed;
+  });
   // A folder that comes back is open as it was.
   connect(folders_, &QAbstractItemModel::rowsInserted, this,
           [this](const QModelIndex& parent, int first, int last) {

@@ -72,6 +72,9 @@ void PVExplorer::SongsAdded(const Folder& to, std::size_t before) {
 void PVExplorer::Tell(JukeboxEdits::Result result) {
   if (result == JukeboxEdits::Result::kTooDeep)
     emit Problem({tr("Folders may lie at most %1 deep. Put this one further up.").arg(kMostLevel)});
+  if (result == JukeboxEdits::Result::kNeedsFolder)
+    emit Problem(
+        {tr("Songs go into a folder. Click the folder that they are for, and paste again.")});
 }
 
 void PVExplorer::CutSongs() {
@@ -264,7 +267,7 @@ void PVExplorer::DragOver(QDropEvent& event, Folder* to) {
   if (const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData())) {
     takes = CanDrop(*drag, to, copy);
     // Only a drag that can be dropped has folders that are there for sure.
-    const bool copies = copy || (takes && drag->IsSongs() && IsAllSongs(drag->From()));
+    const bool copies = copy || (takes && drag->IsSongs() && IsAutomaticFolder(drag->From()));
     event.setDropAction(copies            ? Qt::CopyAction
                         : drag->IsSongs() ? Qt::LinkAction
                                           : Qt::MoveAction);
@@ -305,7 +308,8 @@ Folder* PVExplorer::FolderOfKey(std::uint32_t key) const {
 
 void PVExplorer::TakeDrop(PVExplorer& source, Folder& from, bool songs,
                           const std::vector<int>& rows, Folder* to, bool copy) {
-  if (songs && IsAllSongs(from)) copy = true;
+  // What the program has filed stays where it was filed; only a cut takes it away.
+  if (songs && IsAutomaticFolder(from)) copy = true;
   if (!copy && !source.MayCut(from, songs)) return;
   if (songs) {
     const std::size_t before = to->Items().size();
