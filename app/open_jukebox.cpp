@@ -9,11 +9,9 @@
 namespace tallow {
 
 bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
-                     clsMain& library, std::span<Jukebox* const> windows, const AskQuestion& ask,
-                     const TagCache* found_tags) {
-  if (!jukebox.Load(path, library,
-                    ask ? AskAboutConfusedSongs(path, library, ask) : AskWhichSongs()))
-    return false;
+                     clsMain& library, std::span<Jukebox* const> windows, const LoadFromFile& load,
+                     const AskQuestion& ask, const TagCache* found_tags) {
+  if (!load(path, ask ? AskAboutConfusedSongs(path, library, ask) : AskWhichSongs())) return false;
   if (jukebox.ColumnHeaders().empty()) jukebox.AddColumnHeader(kNameHeader);
   // A window without a caption could not be told from all of them.
   jukebox.Caption(caption.empty() ? NameOfPath(path) : caption);

@@ -45,6 +45,11 @@ UnsavedJukebox WithoutFile(UnsavedJukebox unsaved) {
 
 }  // namespace
 
+bool StartUpWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
+                                 const AskWhichSongs& ask) {
+  return jukebox.Load(path, library, ask);
+}
+
 System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
                std::function<std::string()> nearby)
     : tallow_(tallow), drives_(drives), windows_(windows), nearby_(std::move(nearby)) {
@@ -470,6 +475,9 @@ bool System::OpenLastJukebox(Jukebox& jukebox) {
     if (!OpenJukeboxFile(
             path, ToUpper(FileTitleWithoutExtension(path)), jukebox, tallow_.library,
             windows_.OpenJukeboxes(),
+            [&](const std::string& file, const AskWhichSongs& ask) {
+              return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
+            },
             [this](const std::string& text) { return windows_.AskUnlessLeft(text); },
             &tallow_.found_tags)) {
       windows_.Tell(jukebox.FileProblem() +

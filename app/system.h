@@ -39,6 +39,9 @@ class StartUpWindows {
   /// Makes the first document of the frame window, not shown yet.
   virtual Jukebox& NewJukebox() = 0;
   virtual void ShowJukebox(Jukebox& jukebox) = 0;
+  /// Loads a jukebox from its file; a window that has a control for it lets that do it. See Jukebox::Load.
+  virtual bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
+                           const AskWhichSongs& ask);
   /// The open jukeboxes, in the order they were opened.
   virtual std::span<Jukebox* const> OpenJukeboxes() = 0;
 

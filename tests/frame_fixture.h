@@ -24,6 +24,7 @@ class FrameTest : public LibraryTest {
  protected:
   FrameTest() {
     tallow.settings.LocOfWinAmpExe("/opt/player");
+    tallow.player_path = "/opt/player";
     AddSong(music.path(), "a.mp3");
     AddSong(music.path(), "b.mp3");
     music.File("a.mp3");

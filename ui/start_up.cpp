@@ -8,6 +8,7 @@
 #include <QScreen>
 
 #include "jukebox/window/frm_main.h"
+#include "jukebox/window/pv_explorer.h"
 #include "ui/dialogs/message_box.h"
 #include "ui/open_text.h"
 #include "ui/qt_path.h"
@@ -61,6 +62,12 @@ void StartUp::ShowJukebox(Jukebox& jukebox) {
   frame_.show();
   // Only a window on the screen keeps the focus.
   window->TakeFocus();
+}
+
+bool StartUp::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& /*library*/,
+                          const AskWhichSongs& ask) {
+  frmMain* const window = frame_.WindowOf(jukebox);
+  return window != nullptr && window->PVExplorer1().Load(path, ask);
 }
 
 std::span<Jukebox* const> StartUp::OpenJukeboxes() {

@@ -28,6 +28,8 @@ class StartUp : public StartUpWindows {
   void UnloadSplash() override;
   Jukebox& NewJukebox() override;
   void ShowJukebox(Jukebox& jukebox) override;
+  bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
+                   const AskWhichSongs& ask) override;
   std::span<Jukebox* const> OpenJukeboxes() override;
   void Tell(const std::string& text) override;
   bool Ask(const std::string& text) override;

@@ -92,8 +92,12 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// \param width, height of what is left free, in pixels
   void KeepFree(int width, int height);
 
-  bool Save(const std::string& path) { return jukebox_.Save(path, library_); }
-  bool Load(const std::string& path) { return jukebox_.Load(path, library_); }
+  /// Saves the tree, with the text of a folder that is being typed. See Jukebox::Save.
+  bool Save(const std::string& path);
+  /// See Jukebox::Load.
+  bool Load(const std::string& path, const AskWhichSongs& ask = {}) {
+    return jukebox_.Load(path, library_, ask);
+  }
 
   /// Cuts or copies the selected songs.
   void CutSongs();

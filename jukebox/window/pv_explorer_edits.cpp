@@ -200,6 +200,11 @@ void PVExplorer::AfterStep(const Jukebox::StepResult& result) {
   }
 }
 
+bool PVExplorer::Save(const std::string& path) {
+  CommitEditing();
+  return jukebox_.Save(path, library_);
+}
+
 void PVExplorer::CommitEditing() { tree_->CommitEditing(); }
 
 std::unique_ptr<ExplorerDrag> PVExplorer::SongsToDrag() {

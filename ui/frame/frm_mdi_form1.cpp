@@ -19,6 +19,7 @@
 #include <QToolBar>
 
 #include "app/frm_searching.h"
+#include "app/help_file.h"
 #include "app/tallow.h"
 #include "jukebox/window/frm_main.h"
 #include "jukebox/window/pv_explorer.h"
@@ -79,8 +80,9 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
                   return ShowMessageBox(message, isVisible() ? this : nullptr);
                 }),
       player_(
-          link, [this] { return tallow_.settings.LocOfWinAmpExe(); }, show_),
+          link, [this] { return tallow_.player_path; }, show_),
       play_commands_(tallow, *this),
+      open_help_(OpenHelpFile),
       area_(new QMdiArea(this)),
       document_windows_(std::make_unique<Documents>(*this)),
       documents_(std::make_unique<JukeboxDocuments>(tallow, *document_windows_)) {
@@ -276,7 +278,7 @@ bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
     if (menu != nullptr) CloseMenus();
     // Who reads the help has it.
     if (asked == nullptr || help_ == nullptr || asked->window() != help_)
-      ShowHelpPage(asked != nullptr ? HelpPageOf(asked) : QStringLiteral("menus"));
+      ShowHelp(asked != nullptr ? HelpPageOf(asked) : QStringLiteral("menus"));
     return true;
   }
   if (watched == area_->viewport() && event->type() == QEvent::Resize)

@@ -4,6 +4,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <QMainWindow>
@@ -79,6 +80,11 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   /// does so itself every minute.
   void KeepUnsavedChanges();
 
+  /// Sets what opens the help file for the help key and the help commands, in place of OpenHelpFile.
+  void OnOpenHelp(std::function<bool(const std::string& path)> open) {
+    open_help_ = std::move(open);
+  }
+
   /// The player panel; null when it is not open.
   frmMainWinamp* PlayerPanel() const;
   /// Closes the player panel, and with it the player.
@@ -109,7 +115,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void FollowSongs(const std::vector<ReturnedSong>& songs);
   void ShowFind();
   void ShowAbout();
-  void ShowHelp();
+  /// Opens the help file, or where that cannot be, a page of the manual.
+  void ShowHelp(const QString& page);
   void ShowHelpPage(const QString& page);
   void NewJukebox();
   bool IsOpenTwice(const Jukebox& jukebox) const;
@@ -139,6 +146,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   ShowMessage show_;
   WinAMP_Control player_;
   PlayCommands play_commands_;
+  std::function<bool(const std::string& path)> open_help_;
   QMdiArea* area_;
   QPointer<QMdiSubWindow> panel_;  ///< holds the player panel
   FileMenu* file_menu_ = nullptr;

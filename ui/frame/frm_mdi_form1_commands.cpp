@@ -11,7 +11,6 @@
 #include "app/data_paths.h"
 #include "app/frm_searching.h"
 #include "app/frm_splash.h"
-#include "app/help_file.h"
 #include "app/tallow.h"
 #include "app/tip_list.h"
 #include "jukebox/returned_songs.h"
@@ -133,7 +132,7 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kArrangeIcons:
       return ArrangeIcons(*area_);
     case FrameCommand::kHelp:
-      return ShowHelp();
+      return ShowHelp({});
     case FrameCommand::kTip:
       return ShowTip(true);
     case FrameCommand::kAbout:
@@ -235,8 +234,8 @@ void frmMDIForm1::ShowAbout() {
   about.exec();
 }
 
-void frmMDIForm1::ShowHelp() {
-  if (!OpenHelpFile(HelpFilePath(tallow_.application_folder))) ShowHelpPage({});
+void frmMDIForm1::ShowHelp(const QString& page) {
+  if (!open_help_(tallow_.help_file)) ShowHelpPage(page);
 }
 
 void frmMDIForm1::ShowHelpPage(const QString& page) {

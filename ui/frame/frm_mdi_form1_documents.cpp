@@ -17,10 +17,7 @@ Jukebox* frmMDIForm1::Documents::ActiveJukebox() {
     active = frame_.LastActiveJukebox();
   }
   auto* const window = active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
-  if (window == nullptr) return nullptr;
-  // What is being typed is to be saved as well.
-  window->PVExplorer1().CommitEditing();
-  return &window->Jukebox();
+  return window != nullptr ? &window->Jukebox() : nullptr;
 }
 
 std::span<Jukebox* const> frmMDIForm1::Documents::OpenJukeboxes() {
@@ -47,6 +44,18 @@ Jukebox& frmMDIForm1::Documents::NewJukebox() {
 
 void frmMDIForm1::Documents::ShowJukebox(Jukebox& jukebox) {
   if (frmMain* const window = frame_.WindowOf(jukebox)) frame_.ShowJukeboxWindow(*window);
+}
+
+bool frmMDIForm1::Documents::SaveJukebox(Jukebox& jukebox, const std::string& path,
+                                         const clsMain& /*library*/) {
+  frmMain* const window = frame_.WindowOf(jukebox);
+  return window != nullptr && window->PVExplorer1().Save(path);
+}
+
+bool frmMDIForm1::Documents::LoadJukebox(Jukebox& jukebox, const std::string& path,
+                                         const clsMain& /*library*/, const AskWhichSongs& ask) {
+  frmMain* const window = frame_.WindowOf(jukebox);
+  return window != nullptr && window->PVExplorer1().Load(path, ask);
 }
 
 void frmMDIForm1::Documents::DropJukebox(Jukebox& jukebox) {

@@ -21,6 +21,9 @@ class frmMDIForm1::Documents : public DocumentWindows {
   bool IsOpen(std::string_view caption) override;
   Jukebox& NewJukebox() override;
   void ShowJukebox(Jukebox& jukebox) override;
+  bool SaveJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library) override;
+  bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
+                   const AskWhichSongs& ask) override;
   void DropJukebox(Jukebox& jukebox) override;
   std::optional<std::string> AskForFileToOpen(const std::string& folder) override;
   std::optional<std::string> AskForFileToSave(const std::string& folder) override;

@@ -350,5 +350,45 @@ TEST_F(FrmMdiForm1, ANoticeIsInTheStatusBarWithAllLinesInItsTip) {
   EXPECT_TRUE(frame.statusBar()->toolTip().endsWith(". . ."));
 }
 
+TEST_F(FrmMdiForm1, ThePlayerOfTheStartIsThePlayerThatIsStarted) {
+  frmMain& jukebox = ShowJukebox();
+  tallow.player_path = "/opt/player of the start";
+  link.found = 0;
+  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  const Texts sent = link.Take();
+  EXPECT_EQ(std::count(sent.begin(), sent.end(), "start /opt/player of the start"), 1);
+}
+
+TEST_F(FrmMdiForm1, TheHelpKeyAndTheHelpCommandsOpenTheHelpFileOfTheStart) {
+  ShowJukebox();
+  tallow.help_file = "/opt/tallowhelp.hlp";
+  Texts opened;
+  bool opens = true;
+  frame.OnOpenHelp([&](const std::string& path) {
+    opened.push_back(path);
+    return opens;
+  });
+  const auto shown = [] {
+    const QWidgetList all = QApplication::topLevelWidgets();
+    return std::any_of(all.begin(), all.end(), [](const QWidget* top) {
+      return top->objectName() == QLatin1String("frmHelp") && top->isVisible();
+    });
+  };
+  frame.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  const auto ask_three_times = [&] {
+    Item("mnuHelpp").trigger();
+    Item("Button17").trigger();
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_F1);
+  };
+  ask_three_times();
+  EXPECT_EQ(opened, Texts(3, "/opt/tallowhelp.hlp"));
+  EXPECT_FALSE(shown());
+  // Where it cannot be opened there is the manual.
+  opens = false;
+  Item("mnuHelpp").trigger();
+  EXPECT_TRUE(shown());
+}
+
 }  // namespace
 }  // namespace tallow

@@ -36,6 +36,16 @@ std::vector<std::size_t> CharacterPositions(std::string_view text) {
 
 }  // namespace
 
+bool DocumentWindows::SaveJukebox(Jukebox& jukebox, const std::string& path,
+                                  const clsMain& library) {
+  return jukebox.Save(path, library);
+}
+
+bool DocumentWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
+                                  const AskWhichSongs& ask) {
+  return jukebox.Load(path, library, ask);
+}
+
 std::string CaptionOfFile(std::string_view path) {
   const std::string_view name = NameOfPath(path);
   const std::string_view title = Trim(name.substr(0, name.rfind('.')));
@@ -109,9 +119,12 @@ const Jukebox* JukeboxDocuments::OpenedFrom(const std::string& path) {
 void JukeboxDocuments::OpenFile(const std::string& path) {
   Jukebox& jukebox = windows_.NewJukebox();
   try {
-    if (!OpenJukeboxFile(path, CaptionOfFile(path), jukebox, tallow_.library,
-                         windows_.OpenJukeboxes(),
-                         [this](const std::string& text) { return AskUnlessLeft(text); })) {
+    if (!OpenJukeboxFile(
+            path, CaptionOfFile(path), jukebox, tallow_.library, windows_.OpenJukeboxes(),
+            [&](const std::string& file, const AskWhichSongs& ask) {
+              return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
+            },
+            [this](const std::string& text) { return AskUnlessLeft(text); })) {
       windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});
       windows_.DropJukebox(jukebox);
       return;
@@ -135,7 +148,7 @@ std::optional<bool> JukeboxDocuments::AskUnlessLeft(const std::string& text) {
 }
 
 bool JukeboxDocuments::SaveTo(Jukebox& jukebox, const std::string& path) {
-  if (!jukebox.Save(path, tallow_.library)) {
+  if (!windows_.SaveJukebox(jukebox, path, tallow_.library)) {
     windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});
     return false;
   }

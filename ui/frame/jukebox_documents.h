@@ -6,12 +6,14 @@
 #include <string>
 #include <string_view>
 
+#include "jukebox/jukebox_file.h"
 #include "util/message.h"
 
 namespace tallow {
 
 class Jukebox;
 class Tallow;
+class clsMain;
 
 /// What the commands on jukebox files need of windows.
 class DocumentWindows {
@@ -19,7 +21,7 @@ class DocumentWindows {
   virtual ~DocumentWindows() = default;
 
   /// The jukebox of the active window, once a player panel that is active is out of the way; null when
-  /// the active window is no jukebox.
+  /// there is none.
   virtual Jukebox* ActiveJukebox() = 0;
   /// The open jukeboxes, in the order they were opened.
   virtual std::span<Jukebox* const> OpenJukeboxes() = 0;
@@ -29,6 +31,10 @@ class DocumentWindows {
   /// Makes a jukebox window, not shown yet.
   virtual Jukebox& NewJukebox() = 0;
   virtual void ShowJukebox(Jukebox& jukebox) = 0;
+  /// Saves or loads a jukebox; a window that has a control for it lets that do it. See Jukebox.
+  virtual bool SaveJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library);
+  virtual bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
+                           const AskWhichSongs& ask);
   /// Takes away a window that was made and not shown.
   virtual void DropJukebox(Jukebox& jukebox) = 0;
 

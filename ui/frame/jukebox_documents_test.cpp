@@ -467,5 +467,44 @@ TEST_F(Documents, TheFileMayBeGoneOrAnotherWhenItIsSavedAgain) {
   EXPECT_TRUE(saved.Load(own + "mix.juk", library));
 }
 
+/// The windows save and load, as a control that shows the jukebox does.
+class DocumentsOfWindows : public Documents {
+ protected:
+  bool SaveJukebox(Jukebox& jukebox, const std::string& path, const clsMain& songs) override {
+    done.push_back("save " + path);
+    return works && Documents::SaveJukebox(jukebox, path, songs);
+  }
+  bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& songs,
+                   const AskWhichSongs& ask) override {
+    done.push_back("load " + path);
+    return works && Documents::LoadJukebox(jukebox, path, songs, ask);
+  }
+
+  bool works = true;
+  Texts done;
+};
+
+TEST_F(DocumentsOfWindows, AreSavedAndLoadedByTheirWindows) {
+  Jukebox& jukebox = Window("ONE");
+  chosen = own + "mix";
+  EXPECT_TRUE(documents.SaveAs());
+  EXPECT_TRUE(documents.SaveDatForm());
+  std::erase_if(jukeboxes, [&](const auto& held) { return held.get() == &jukebox; });
+  documents.OpenUnlessOpen(own + "mix.juk");
+  const std::string path = own + "mix.juk";
+  EXPECT_EQ(done, (Texts{"save " + path, "save " + path, "load " + path}));
+  EXPECT_EQ(active->Caption(), "MIX");
+}
+
+TEST_F(DocumentsOfWindows, KeepEverythingWhenAWindowCannotSave) {
+  Jukebox& jukebox = Window("ONE");
+  works = false;
+  chosen = own + "mix";
+  EXPECT_FALSE(documents.SaveAs());
+  EXPECT_EQ(jukebox.Caption(), "ONE");
+  EXPECT_TRUE(jukebox.IsFormDirty());
+  EXPECT_EQ(Recent(), (Texts{"", "", ""}));
+}
+
 }  // namespace
 }  // namespace tallow
