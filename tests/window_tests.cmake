@@ -83,7 +83,10 @@ add_test(NAME program.shares_no_folder
   COMMAND ${CMAKE_SOURCE_DIR}/tests/two_programs.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/two)
 add_test(NAME program.ends_without_its_player
   COMMAND ${CMAKE_SOURCE_DIR}/tests/ending.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/ending)
+add_test(NAME windows.find_under_desktop_themes
+  COMMAND ${CMAKE_SOURCE_DIR}/tests/desktop_themes.sh $<TARGET_FILE:tallow_window_tests>)
 set_tests_properties(program.starts_on_the_demo_collection program.lives
+  windows.find_under_desktop_themes
   program.keeps_songs_of_drives_that_are_away
   program.obeys_its_command_line
   program.shares_no_folder

@@ -22,6 +22,10 @@ namespace {
 /// How wide the search text is at least, in average characters.
 constexpr int kTextCharacters = 36;
 
+bool IsFindKey(const QKeyEvent& event) {
+  return event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter || event.key() == Qt::Key_F3;
+}
+
 }  // namespace
 
 frmFind::frmFind(std::function<frmMain*()> active, const clsMain& library, ShowMessage show,
@@ -41,6 +45,7 @@ frmFind::frmFind(std::function<frmMain*()> active, const clsMain& library, ShowM
   label->setBuddy(text_);
   auto* const find = new QPushButton(tr("&Find"), this);
   find->setObjectName(QStringLiteral("Command1"));
+  find->setAutoDefault(true);
   find->setDefault(true);
   find->setAccessibleDescription(tr("Goes to the next song whose file name holds the text"));
   auto* const close = new QPushButton(tr("&Close"), this);
@@ -52,6 +57,10 @@ frmFind::frmFind(std::function<frmMain*()> active, const clsMain& library, ShowM
   layout->addWidget(text_, 0, 1);
   layout->addWidget(find, 0, 2);
   layout->addWidget(close, 1, 2);
+  // On some desktops Enter presses the button that has the keyboard.
+  for (QWidget* const control :
+       {static_cast<QWidget*>(text_), static_cast<QWidget*>(find), static_cast<QWidget*>(close)})
+    control->installEventFilter(this);
   connect(text_, &QLineEdit::textChanged, this, [this] { search_.FirstRun(true); });
   connect(find, &QPushButton::clicked, this, &frmFind::FindNext);
   connect(close, &QPushButton::clicked, this, &QDialog::reject);
@@ -67,9 +76,15 @@ void frmFind::Begin() {
   move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
 }
 
+bool frmFind::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() != QEvent::KeyPress || !IsFindKey(*static_cast<QKeyEvent*>(event)))
+    return QDialog::eventFilter(watched, event);
+  FindNext();
+  return true;
+}
+
 void frmFind::keyPressEvent(QKeyEvent* event) {
-  const int key = event->key();
-  if (key == Qt::Key_Return || key == Qt::Key_Enter || key == Qt::Key_F3) return FindNext();
+  if (IsFindKey(*event)) return FindNext();
   QDialog::keyPressEvent(event);
 }
 

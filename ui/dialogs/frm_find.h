@@ -37,6 +37,7 @@ class frmFind : public QDialog {
   const std::string& LastLookedFor() const { return search_.LastLookedFor(); }
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
 
  private:

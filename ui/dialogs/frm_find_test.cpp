@@ -5,8 +5,10 @@
 
 #include <QGuiApplication>
 #include <QLineEdit>
+#include <QProxyStyle>
 #include <QPushButton>
 #include <QScreen>
+#include <QStyleFactory>
 
 #include "tests/jukebox_window_fixture.h"
 
@@ -153,6 +155,55 @@ TEST_F(FrmFind, WithoutAJukeboxOrAFolderItDoesNothing) {
   // The text is stored all the same.
   EXPECT_EQ(dialog.LastLookedFor(), "apple");
   EXPECT_FALSE(dialog.HasFound());
+}
+
+/// A style that wants no button to be the default one.
+class NoDefaultButton : public QProxyStyle {
+ public:
+  using QProxyStyle::QProxyStyle;
+  int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                QStyleHintReturn* more) const override {
+    return hint == SH_DialogButtons_DefaultButton
+               ? -1
+               : QProxyStyle::styleHint(hint, option, widget, more);
+  }
+};
+
+TEST_F(FrmFind, EnterFindsUnderEveryStyleWhateverHasTheKeyboard) {
+  AddFolder("one", {1, 3});
+  Show();
+  const QString before = QApplication::style()->name();
+  QStringList styles = QStyleFactory::keys();
+  styles.append("without a default button");
+  for (const QString& style : styles) {
+    QApplication::setStyle(QStyleFactory::keys().contains(style)
+                               ? QStyleFactory::create(style)
+                               : new NoDefaultButton(QStyleFactory::create("Fusion")));
+    for (const char* const name : {"Text1", "Command1", "Command3"})
+      for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+        Type("pine");
+        Type("apple");
+        auto* const focus = dialog.findChild<QWidget*>(QLatin1String(name));
+        focus->setFocus();
+        QTest::keyClick(focus, key);
+        EXPECT_EQ(Found(), "one 1.  Apple.mp3") << style.toStdString() << " " << name;
+        QTest::keyClick(focus, key);
+        EXPECT_EQ(Found(), "one 2.  Pineapple.mp3") << style.toStdString() << " " << name;
+        EXPECT_TRUE(dialog.isVisible());
+        window.PVExplorer1().Select(Nodes().ChildAt(0));
+      }
+  }
+  QApplication::setStyle(before);
+}
+
+TEST_F(FrmFind, OnlyTheFindButtonIsADefaultButton) {
+  const auto button = [this](const char* name) {
+    return dialog.findChild<QPushButton*>(QLatin1String(name));
+  };
+  EXPECT_TRUE(button("Command1")->isDefault());
+  EXPECT_TRUE(button("Command1")->autoDefault());
+  EXPECT_FALSE(button("Command3")->isDefault());
+  EXPECT_FALSE(button("Command3")->autoDefault());
 }
 
 }  // namespace
