@@ -139,7 +139,7 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
 void frmSplash::Load() {
   // At start-up there is nothing to close, move or minimize.
   if (!show_ok_button_) setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
-  website_->setText(tr("https://tallow.example"));
+  website_->setText(tr("Written by the Tallow developers. The manual is in the Help menu."));
   copyright_->setText(tr(
       "Copyright 2026 the Tallow developers. Free software under the GNU General Public License, "
       "version 3 or later."));

@@ -169,5 +169,13 @@ TEST_F(FrmSplash, ACancelClickIsNoticedWhileItYields) {
   EXPECT_EQ(cancels, 1);
 }
 
+TEST_F(FrmSplash, NoAddressIsNamedThatDoesNotExist) {
+  splash.Load();
+  for (const QLabel* const label : splash.findChildren<QLabel*>())
+    for (const char* const sign : {"://", "www.", "@", ".example", ".com", ".org"})
+      EXPECT_FALSE(label->text().contains(QLatin1String(sign), Qt::CaseInsensitive))
+          << label->text().toStdString();
+}
+
 }  // namespace
 }  // namespace tallow
