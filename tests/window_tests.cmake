@@ -33,6 +33,7 @@ add_executable(tallow_window_tests
 target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
 if(NOT WIN32)
   target_sources(tallow_window_tests PRIVATE
+    jukebox/window/picture_file_linux_test.cpp
     player/frm_main_winamp_linux_test.cpp
     ui/end_signals_linux_test.cpp
     ui/single_program_linux_test.cpp)

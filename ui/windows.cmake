@@ -19,6 +19,7 @@ add_library(tallow_ui OBJECT
   jukebox/window/folder_tree_view.cpp
   jukebox/window/frm_main.cpp
   jukebox/window/picture_address.cpp
+  jukebox/window/picture_file.cpp
   jukebox/window/pop_up_menus.cpp
   jukebox/window/pv_explorer.cpp
   jukebox/window/pv_explorer_edits.cpp

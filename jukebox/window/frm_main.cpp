@@ -54,7 +54,10 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
   setObjectName(QStringLiteral("frmMain"));
   ConnectExplorer();
   explorer_->restoreState(QSettings().value(kSplitterOption).toByteArray());
-  explorer_->SetBackgroundImage(PictureAddress(tallow.settings), tallow.settings.IsItTiled());
+  picture_problem_ = PictureAddressProblem(tallow.settings);
+  std::string problem =
+      explorer_->SetBackgroundImage(PictureAddress(tallow.settings), tallow.settings.IsItTiled());
+  if (picture_problem_.empty()) picture_problem_ = std::move(problem);
 }
 
 frmMain::~frmMain() {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include <QWidget>
@@ -38,6 +39,9 @@ class frmMain : public QWidget {
 
   /// Of a window that no longer fills the frame.
   QSize sizeHint() const override;
+
+  /// Why the window was made without the picture that the settings want; empty for no reason.
+  const std::string& PictureProblem() const noexcept { return picture_problem_; }
 
   /// Gives the keyboard to the half that had it last, or to the tree.
   void TakeFocus();
@@ -110,6 +114,7 @@ class frmMain : public QWidget {
   bool may_close_ = false;  ///< the user was asked already
   int pane_with_focus_ = 0;
   std::function<bool()> save_;
+  std::string picture_problem_;
 };
 
 }  // namespace tallow

@@ -2,6 +2,7 @@
 #include "jukebox/window/picture_address.h"
 
 #include "app/cls_ini.h"
+#include "jukebox/window/picture_file.h"
 #include "ui/qt_path.h"
 #include "util/file_system.h"
 
@@ -11,6 +12,12 @@ QString PictureAddress(const clsINI& settings) {
   const std::string& path = settings.PictureLocation();
   if (!settings.IsThereAPicture() || !FileExists(path)) return {};
   return QStringLiteral("file:\\\\") + QtPath(path);
+}
+
+std::string PictureAddressProblem(const clsINI& settings) {
+  const std::string& path = settings.PictureLocation();
+  if (!settings.IsThereAPicture() || path.empty() || IsGone(path)) return {};
+  return ProblemOfPicturePath(path);
 }
 
 }  // namespace tallow

@@ -368,8 +368,8 @@ void PVExplorer::GoTo(const Place& place) {
   list_->verticalScrollBar()->setValue(place.scrolled);
 }
 
-void PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
-  list_->SetBackgroundImage(address, tiled);
+std::string PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
+  return list_->SetBackgroundImage(address, tiled);
 }
 
 void PVExplorer::KeepFree(int width, int height) {

@@ -86,7 +86,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void GoTo(const Place& place);
 
   /// See SongListView.
-  void SetBackgroundImage(const QString& address, bool tiled);
+  std::string SetBackgroundImage(const QString& address, bool tiled);
 
   /// Keeps the right and the lower edge of the control free of its parts, where they could not be seen.
   /// \param width, height of what is left free, in pixels

@@ -3,35 +3,18 @@
 
 #include <QApplication>
 #include <QDropEvent>
-#include <QImageReader>
 #include <QItemSelectionModel>
 #include <QPainter>
 
+#include "jukebox/window/picture_file.h"
 #include "jukebox/window/song_list_model.h"
+#include "ui/qt_path.h"
 
 namespace tallow {
 namespace {
 
 /// How much of the background's colour lies over a picture behind the rows, of 255.
 constexpr int kVeil = 176;
-
-/// The longest side of a picture, in pixels: more than a screen has. A larger picture is made smaller while
-/// it is read, so that none takes more than some dozen MB.
-constexpr int kMostPixels = 2560;
-
-/// What libjpeg, which reads this from the environment, may take for one picture, in thousands of bytes. A
-/// progressive picture is held whole whatever size it is wanted in: this is one of 40 million pixels. A
-/// larger one is not read.
-constexpr const char* kMostMemory = "256000";
-
-QPixmap ReadPicture(const QString& path) {
-  qputenv("JPEGMEM", kMostMemory);
-  QImageReader reader(path);
-  const QSize size = reader.size();
-  if (std::max(size.width(), size.height()) > kMostPixels)
-    reader.setScaledSize(size.scaled(kMostPixels, kMostPixels, Qt::KeepAspectRatio));
-  return QPixmap::fromImageReader(&reader);
-}
 
 }  // namespace
 
@@ -41,13 +24,16 @@ SongListView::SongListView(QWidget* parent) : QTableView(parent) {
   setDropIndicatorShown(false);
 }
 
-void SongListView::SetBackgroundImage(const QString& address, bool tiled) {
+std::string SongListView::SetBackgroundImage(const QString& address, bool tiled) {
   QString path = address;
   for (const QLatin1String prefix : {QLatin1String("file:\\\\"), QLatin1String("file://")})
     if (path.startsWith(prefix)) path.remove(0, prefix.size());
-  background_ = path.isEmpty() ? QPixmap() : ReadPicture(path);
+  PictureFile picture;
+  if (!path.isEmpty()) picture = ReadPicture(PathOfQt(path));
+  background_ = picture.pixmap;
   tiled_ = tiled;
   viewport()->update();
+  return picture.problem;
 }
 
 void SongListView::paintEvent(QPaintEvent* event) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include <QElapsedTimer>
@@ -23,7 +24,8 @@ class SongListView : public QTableView {
   ///
   /// \param address "file:\\" or "file://" and the path of the picture; empty, or of a picture that cannot
   ///        be read: none
-  void SetBackgroundImage(const QString& address, bool tiled);
+  /// \returns why the picture cannot be read; empty otherwise
+  std::string SetBackgroundImage(const QString& address, bool tiled);
   bool HasBackgroundImage() const { return !background_.isNull(); }
   QSize BackgroundSize() const { return background_.size(); }
 

@@ -8,6 +8,17 @@
 #include "ui/qt_path.h"
 
 namespace tallow {
+namespace {
+
+/// The texts of a filter, which have their patterns in them once more.
+QStringList NameFilters(std::string_view filter) {
+  QStringList texts;
+  const QStringList parts = DisplayText(filter).split(QLatin1Char('|'));
+  for (qsizetype k = 0; k < parts.size(); k += 2) texts.append(parts[k].trimmed());
+  return texts;
+}
+
+}  // namespace
 
 std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder,
                                       std::string_view filter, FileDialogPurpose purpose) {
@@ -23,7 +34,7 @@ std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder
   dialog.setFileMode(opens ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontConfirmOverwrite);
   dialog.setDirectory(QtPath(folder));
-  dialog.setNameFilter(DisplayText(filter.substr(0, filter.find('|'))).trimmed());
+  dialog.setNameFilters(NameFilters(filter));
   if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
   return PathOfQt(dialog.selectedFiles().front());
 }

@@ -15,7 +15,8 @@ enum class FileDialogPurpose { kOpen, kSave };
 /// not asked: that is for whoever saves.
 ///
 /// \param folder what is shown first
-/// \param filter what is offered: text, bar, pattern, such as "Pictures (*.jpg) |*.jpg"
+/// \param filter what is offered: text, bar, pattern, such as "Pictures (*.jpg) |*.jpg", and behind a bar the
+///        next text, bar, pattern; the first one is chosen at first
 /// \returns the path; no value when the user cancels
 std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder,
                                       std::string_view filter, FileDialogPurpose purpose);

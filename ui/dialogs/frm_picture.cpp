@@ -15,6 +15,7 @@
 #include "app/data_paths.h"
 #include "app/tallow.h"
 #include "jukebox/window/picture_address.h"
+#include "jukebox/window/picture_file.h"
 #include "ui/dialogs/common_dialog.h"
 #include "ui/dialogs/message_box.h"
 #include "ui/display_text.h"
@@ -24,14 +25,16 @@
 namespace tallow {
 namespace {
 
-constexpr std::string_view kPictureFilter = "JPEG (*.jpg) |*.jpg";
+constexpr std::string_view kPictureFilter =
+    "JPEG (*.jpg) |*.jpg|JPEG (*.jpeg) |*.jpeg|PNG (*.png) |*.png";
 
 /// How wide the path of the picture may be, in average characters; the middle of a longer one is left out.
 constexpr int kPathCharacters = 48;
 
 }  // namespace
 
-frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask, QWidget* parent)
+frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask, ShowMessage tell,
+                       QWidget* parent)
     : QDialog(parent),
       tallow_(tallow),
       show_(std::move(show)),
@@ -39,6 +42,8 @@ frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask, QWid
                : [this](const std::string& folder) {
                    return AskForFile(this, folder, kPictureFilter, FileDialogPurpose::kOpen);
                  }),
+      tell_(tell ? std::move(tell)
+                 : [this](const Message& message) { return ShowMessageBox(message, this); }),
       picture_location_(tallow.settings.PictureLocation()),
       path_(new QLabel(this)),
       show_picture_(new QCheckBox(tr("Show Picture"), this)),
@@ -108,14 +113,17 @@ void frmPicture::Browse() {
                                   : GroupingFolder(tallow_.application_folder));
   if (!chosen) return;
   if (HasLineBreak(*chosen)) {
-    ShowMessageBox(
-        {.text = *chosen + " cannot be the picture: its path has a line break. Rename the "
-                           "file or its folder.",
-         .icon = MessageIcon::kCritical},
-        this);
+    tell_({.text = *chosen + " cannot be the picture: its path has a line break. Rename the "
+                             "file or its folder.",
+           .icon = MessageIcon::kCritical});
+    return;
+  }
+  if (std::string problem = ReadPicture(*chosen).problem; !problem.empty()) {
+    tell_({.text = std::move(problem), .icon = MessageIcon::kCritical});
     return;
   }
   tallow_.settings.PictureLocation(*chosen);
+  show_picture_->setChecked(true);
   ShowPath();
 }
 
@@ -123,7 +131,10 @@ void frmPicture::Apply() {
   tallow_.settings.IsItTiled(tile_picture_->isChecked());
   tallow_.settings.IsThereAPicture(show_picture_->isChecked());
   tallow_.SaveSettings();
-  show_(PictureAddress(tallow_.settings), tallow_.settings.IsItTiled());
+  std::string problem = PictureAddressProblem(tallow_.settings);
+  std::string unread = show_(PictureAddress(tallow_.settings), tallow_.settings.IsItTiled());
+  if (problem.empty()) problem = std::move(unread);
+  if (!problem.empty()) tell_({.text = std::move(problem), .icon = MessageIcon::kCritical});
   accept();
 }
 

@@ -7,6 +7,8 @@
 
 #include <QDialog>
 
+#include "util/message.h"
+
 class QCheckBox;
 class QLabel;
 
@@ -16,20 +18,24 @@ class Tallow;
 
 /// The dialog of the picture behind the song lists.
 ///
-/// A file that is browsed for is the picture at once; Cancel brings back the one before.
+/// A file that is browsed for is the picture at once, and "Show Picture" is ticked; Cancel brings back the
+/// picture before. A file that is no picture is refused.
 class frmPicture : public QDialog {
   Q_OBJECT
 
  public:
   /// Shows a picture behind every song list.
   /// \param address "file:\\" and the path; empty for no picture
-  using ShowPicture = std::function<void(const QString& address, bool tiled)>;
+  /// \returns why it cannot be shown; empty otherwise
+  using ShowPicture = std::function<std::string(const QString& address, bool tiled)>;
   /// Asks for a picture in a folder; no value when the user cancels.
   using AskForPicture = std::function<std::optional<std::string>(const std::string& folder)>;
 
   /// \param tallow has to outlive the dialog
   /// \param ask    without it the file dialog
-  frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask = {}, QWidget* parent = nullptr);
+  /// \param tell   shows message boxes; without it they are real ones over the dialog
+  frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask = {}, ShowMessage tell = {},
+             QWidget* parent = nullptr);
 
  private:
   void Browse();
@@ -40,6 +46,7 @@ class frmPicture : public QDialog {
   Tallow& tallow_;
   ShowPicture show_;
   AskForPicture ask_;
+  ShowMessage tell_;
   const std::string picture_location_;  ///< as it was when the dialog opened
   QLabel* path_;
   QCheckBox* show_picture_;

@@ -3,13 +3,18 @@
 
 #include <gtest/gtest.h>
 
+#include <QBuffer>
 #include <QCheckBox>
+#include <QFileDialog>
 #include <QGuiApplication>
 #include <QImage>
 #include <QPushButton>
 #include <QScreen>
+#include <QStatusBar>
 #include <QTest>
 
+#include "jukebox/window/picture_file.h"
+#include "jukebox/window/pv_explorer.h"
 #include "jukebox/window/song_list_view.h"
 #include "tests/frame_fixture.h"
 
@@ -31,11 +36,13 @@ class FrmPicture : public FrameTest {
         tallow,
         [this](const QString& address, bool tiled) {
           applied.append(address + (tiled ? " tiled" : ""));
+          return std::string();
         },
         [this](const std::string& folder) {
           asked_in = folder;
           return chosen;
-        });
+        },
+        messages.Shower());
     dialog->show();
     return *dialog;
   }
@@ -47,6 +54,9 @@ class FrmPicture : public FrameTest {
     clsINI saved;
     saved.GetandLoadIniInfo(tallow.settings_path);
     return saved;
+  }
+  static QString PictureOf(const std::string& path) {
+    return "file:\\\\" + QString::fromStdString(path);
   }
   QString Address() const { return "file:\\\\" + QString::fromStdString(picture); }
 
@@ -172,6 +182,151 @@ TEST_F(FrmPicture, TheListsMenuOpensItAndEveryJukeboxWindowShowsThePicture) {
   open_and(false);
   EXPECT_FALSE(has_picture(one));
   EXPECT_FALSE(has_picture(two));
+}
+
+TEST_F(FrmPicture, ChoosingAPictureTicksShowPicture) {
+  Open();
+  EXPECT_FALSE(Box("ChkNoPicture").isChecked());
+  Click("Command1");
+  EXPECT_FALSE(Box("ChkNoPicture").isChecked());
+  chosen = picture;
+  Click("Command1");
+  EXPECT_TRUE(Box("ChkNoPicture").isChecked());
+  Click("Command2");
+  EXPECT_EQ(applied, QStringList{Address()});
+  EXPECT_TRUE(Saved().IsThereAPicture());
+}
+
+TEST_F(FrmPicture, TheFileDialogOffersThreeEndingsTheClassicOneFirst) {
+  frmPicture real(tallow, [](const QString&, bool) { return std::string(); });
+  real.show();
+  QStringList filters;
+  QString selected;
+  QTimer timer;
+  QObject::connect(&timer, &QTimer::timeout, [&] {
+    auto* const files = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+    if (files == nullptr) return;
+    timer.stop();
+    filters = files->nameFilters();
+    selected = files->selectedNameFilter();
+    files->reject();
+  });
+  timer.start(5);
+  real.findChild<QPushButton*>(QStringLiteral("Command1"))->click();
+  EXPECT_EQ(filters, (QStringList{"JPEG (*.jpg)", "JPEG (*.jpeg)", "PNG (*.png)"}));
+  EXPECT_EQ(selected, "JPEG (*.jpg)");
+}
+
+TEST_F(FrmPicture, JpegAndPngPicturesOfAnyEndingCanBeShown) {
+  frmMain& window = ShowJukebox();
+  QImage image(20, 10, QImage::Format_RGB32);
+  image.fill(Qt::green);
+  for (const char* const name : {"a.jpeg", "a.png", "a.JPG"}) {
+    const std::string path = music / name;
+    ASSERT_TRUE(image.save(QString::fromStdString(path)));
+    Open();
+    chosen = path;
+    Click("Command1");
+    EXPECT_EQ(messages.Take(), Texts{}) << name;
+    EXPECT_EQ(tallow.settings.PictureLocation(), path);
+    EXPECT_EQ(window.PVExplorer1().SetBackgroundImage(PictureOf(path), false), "") << name;
+    EXPECT_EQ(window.findChild<SongListView*>()->BackgroundSize(), QSize(20, 10)) << name;
+  }
+}
+
+TEST_F(FrmPicture, WhatIsNoPictureIsRefusedAndSaid) {
+  const std::string text = music.File("text.jpg", "this is no picture");
+  const std::string folder = music.Folder("folder.jpg");
+  const auto refuse = [&](const std::string& path, const std::string& reason) {
+    tallow.settings.PictureLocation("before.jpg");
+    Open();
+    chosen = path;
+    Click("Command1");
+    EXPECT_EQ(messages.Take(),
+              Texts{path + " cannot be shown behind the songs: " + reason +
+                    ". Choose a JPEG or PNG file with \"Change Backgroup Picture\"."});
+    EXPECT_EQ(tallow.settings.PictureLocation(), "before.jpg");
+    EXPECT_FALSE(Box("ChkNoPicture").isChecked());
+  };
+  refuse(text, "Unsupported image format");
+  refuse(folder, "it is a folder");
+  refuse(music / "gone.jpg", "it is gone");
+}
+
+TEST_F(FrmPicture, APictureThatHasBecomeSomethingElseIsSaidWhenItIsApplied) {
+  const std::string folder = music.Folder("folder.jpg");
+  tallow.settings.PictureLocation(folder);
+  tallow.settings.IsThereAPicture(true);
+  Open();
+  Click("Command2");
+  EXPECT_EQ(applied, QStringList{""});
+  EXPECT_EQ(messages.Take(),
+            Texts{folder + " cannot be shown behind the songs: it is a folder. Choose a JPEG or "
+                           "PNG file with \"Change Backgroup Picture\"."});
+  EXPECT_EQ(Saved().PictureLocation(), folder);
+}
+
+TEST_F(FrmPicture, AJukeboxWhosePictureCannotBeReadSaysSoWithTheStart) {
+  const std::string text = music.File("text.jpg", "this is no picture");
+  tallow.settings.PictureLocation(text);
+  tallow.settings.IsThereAPicture(true);
+  ShowJukebox();
+  const std::string problem =
+      text +
+      " cannot be shown behind the songs: Unsupported image format. Choose a JPEG or PNG "
+      "file with \"Change Backgroup Picture\".";
+  EXPECT_EQ(frame.statusBar()->currentMessage().toStdString(), problem);
+  frame.NoticeScan({"2 songs"});
+  EXPECT_EQ(frame.statusBar()->currentMessage().toStdString(), problem + "  (and 1 more)");
+  frame.NoticeScan({"2 songs"});
+  EXPECT_EQ(frame.statusBar()->currentMessage(), "2 songs");
+}
+
+/// A JPEG picture, red on the left and blue on the right, with the note of a camera how it was held.
+/// \param orientation 1 to 8, as the camera writes it
+std::string PictureOfCamera(int orientation) {
+  QImage image(64, 32, QImage::Format_RGB32);
+  for (int y = 0; y < image.height(); ++y)
+    for (int x = 0; x < image.width(); ++x)
+      image.setPixelColor(x, y, x < image.width() / 2 ? Qt::red : Qt::blue);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, "JPEG", 100);
+  // One entry: tag 0x0112, a 16-bit number, one of them, the number itself.
+  std::string note("Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0", 24);
+  note += static_cast<char>(orientation);
+  note += std::string(7, '\0');
+  std::string segment("\xFF\xE1\0", 3);
+  segment += static_cast<char>(note.size() + 2);
+  std::string picture = bytes.toStdString();
+  picture.insert(2, segment + note);
+  return picture;
+}
+
+TEST_F(FrmPicture, APictureIsTurnedAsTheCameraWasHeld) {
+  struct Expected {
+    int orientation;
+    QSize size;
+    QPoint red;
+    QPoint blue;
+  };
+  const Expected all[] = {
+      {1, {64, 32}, {8, 16}, {56, 16}},
+      {3, {64, 32}, {56, 16}, {8, 16}},
+      {6, {32, 64}, {16, 8}, {16, 56}},
+      {8, {32, 64}, {16, 56}, {16, 8}},
+  };
+  frmMain& window = ShowJukebox();
+  for (const auto& [orientation, size, red, blue] : all) {
+    const std::string path = music.File("camera.jpg", PictureOfCamera(orientation));
+    const QImage image = ReadPicture(path).pixmap.toImage();
+    ASSERT_EQ(image.size(), size) << orientation;
+    EXPECT_GT(image.pixelColor(red).red(), 200) << orientation;
+    EXPECT_GT(image.pixelColor(blue).blue(), 200) << orientation;
+    window.PVExplorer1().SetBackgroundImage(PictureOf(path), false);
+    EXPECT_EQ(window.findChild<SongListView*>()->BackgroundSize(), size) << orientation;
+  }
 }
 
 }  // namespace

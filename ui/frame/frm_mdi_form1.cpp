@@ -155,14 +155,17 @@ void frmMDIForm1::UpdateTheMenuControlArray() {
 }
 
 void frmMDIForm1::ChangeBackgroundPicture() {
+  picture_problem_.clear();
   frmPicture dialog(
       tallow_,
       [this](const QString& address, bool tiled) {
+        std::string problem;
         const std::vector<Jukebox*> open = OpenJukeboxes();
         for (auto jukebox = open.rbegin(); jukebox != open.rend(); ++jukebox)
-          WindowOf(**jukebox)->PVExplorer1().SetBackgroundImage(address, tiled);
+          problem = WindowOf(**jukebox)->PVExplorer1().SetBackgroundImage(address, tiled);
+        return problem;
       },
-      {}, this);
+      {}, show_, this);
   dialog.setProperty(kHelpPage, QStringLiteral("picture"));
   dialog.exec();
 }
@@ -180,7 +183,10 @@ void frmMDIForm1::Notice(const std::vector<std::string>& lines) {
 }
 
 void frmMDIForm1::NoticeScan(const std::vector<std::string>& lines) {
-  Notice(lines);
+  std::vector<std::string> all = lines;
+  // The first jukebox is there before a start tells what it came to.
+  if (!picture_problem_.empty()) all.insert(all.begin(), std::exchange(picture_problem_, {}));
+  Notice(all);
   findings_->Changed();
 }
 

@@ -161,6 +161,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   std::unique_ptr<Documents> document_windows_;
   std::unique_ptr<JukeboxDocuments> documents_;
   int jukebox_windows_ = 0;  ///< made so far
+  std::string
+      picture_problem_;  ///< of the first of them, until it has been told with a start's notice
 };
 
 }  // namespace tallow

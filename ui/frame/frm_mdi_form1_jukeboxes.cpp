@@ -176,6 +176,11 @@ void frmMDIForm1::LeaveMinimized() {
 
 void frmMDIForm1::ShowJukeboxWindow(frmMain& window) {
   window.ShowJukebox();
+  // All windows have the same picture.
+  if (OpenJukeboxes().size() == 1 && !window.PictureProblem().empty()) {
+    picture_problem_ = window.PictureProblem();
+    Notice({picture_problem_});
+  }
   window.show();
   window.parentWidget()->showMaximized();
   window.TakeFocus();
