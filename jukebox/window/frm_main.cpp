@@ -79,7 +79,7 @@ void frmMain::ConnectExplorer() {
           [this](Folder* folder, const QPoint& position) {
             menu_folder_ = folder != nullptr ? folder->Key() : 0;
             const JukeboxClipboard& clipboard = tallow_.clipboard;
-            EnableTreeItems(*tree_menu_, folder != nullptr,
+            EnableTreeItems(*tree_menu_, folder,
                             clipboard.CopiedFolder() != nullptr ||
                                 (folder != nullptr && !clipboard.Songs().empty()));
             tree_menu_->popup(position);
@@ -87,7 +87,7 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::FocusChanged, this,
           [this](int pane) { pane_with_focus_ = pane; });
   connect(explorer_, &PVExplorer::CommandKey, this,
-          [this](int pane, int item) { ActOnPopUpClick(item, pane, jukebox_.selectednode()); });
+          [this](int pane, int item) { ActOnPopUpClick(item, pane, FolderOfPane(pane)); });
   connect(explorer_, &PVExplorer::BeforeCut, this, &frmMain::BeforeCut);
   connect(explorer_, &PVExplorer::FilesDropped, this,
           [this](const std::vector<std::string>& paths, Folder* to) { TakeFiles(paths, *to); });
@@ -115,18 +115,27 @@ void frmMain::ShowFolder(Folder& folder) {
 }
 
 void frmMain::SortList() {
+  // The entries change their songs; the user goes on with the songs.
+  const PVExplorer::Place place = explorer_->CurrentPlace();
   try {
     jukebox_.ColumnClick(tallow_.library);
   } catch (const std::exception& error) {
     emit Problem({tr("The list could not be sorted: a rank is not a number (%1).")
                       .arg(DisplayMessage(error.what()))});
   }
+  explorer_->FollowSongs(place);
 }
 
 void frmMain::ActOnPopUpClick(int item, int pane, Folder* node) {
   emit PopUpClick(item, pane);
   if (pane == kTreePane) ActOnTree(item, node);
   if (pane == kListPane && node != nullptr) ActOnList(item, *node);
+  // Without any folder there is still the root to paste into.
+  if (pane == kListPane && node == nullptr && item == kPasteSongs) explorer_->Paste(nullptr);
+}
+
+Folder* frmMain::FolderOfPane(int pane) const {
+  return pane == kTreePane ? explorer_->FolderForCommands() : jukebox_.selectednode();
 }
 
 void frmMain::ActOnTree(int item, Folder* node) {
@@ -151,6 +160,9 @@ void frmMain::ActOnTree(int item, Folder* node) {
       return;
     case kSortNodes:
       explorer_->SortNodes(node);
+      return;
+    case kMoveToRoot:
+      if (node != nullptr) explorer_->MoveToRoot(*node);
       return;
     default:
       return;

@@ -50,6 +50,11 @@ class frmMain : public QWidget {
   /// the first one.
   void ShowJukebox();
 
+  /// The folder that a half's keys act on, and the frame's commands for that half; null for none, and for
+  /// the root in the tree.
+  /// \param pane see PopUpPane
+  Folder* FolderOfPane(int pane) const;
+
   /// Runs a command of a pop-up menu.
   ///
   /// \param item the command's number, see TreeCommand and ListCommand

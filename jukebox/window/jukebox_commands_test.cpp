@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMenu>
 
+#include "jukebox/sorting.h"
 #include "jukebox/window/rank_picture.h"
 #include "tests/jukebox_window_fixture.h"
 #include "util/file_system.h"
@@ -58,10 +59,10 @@ TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
 }
 
 TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {
-  EXPECT_EQ(
-      ItemsOf(Menu("TreeMenu")),
-      (QStringList{"New Folder >", "> Add Folder to Selected Folder 4", "> Add Folder to Root 5",
-                   "Cu&t 6", "&Copy 7", "&Paste 8", "&Delete 9", "Sort Nodes 10"}));
+  EXPECT_EQ(ItemsOf(Menu("TreeMenu")),
+            (QStringList{"New Folder >", "> Add Folder to Selected Folder 4",
+                         "> Add Folder to Root 5", "Cu&t 6", "&Copy 7", "&Paste 8", "&Delete 9",
+                         "Sort Nodes 10", "Move To Root 11"}));
 }
 
 TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {
@@ -440,13 +441,13 @@ TEST_F(Commands, AMissingFolderHasNoListMenu) {
   EXPECT_FALSE(Menu("ListMenu").isVisible());
 }
 
-TEST_F(Commands, AColumnSortLeavesTheSelectionAtItsPlace) {
+TEST_F(Commands, AColumnSortTakesTheSelectionAlongWithItsSong) {
   AddSongs(3);
   AddFolder("one", {3, 1, 2});
   Show();
   SelectRow(0);
   ClickHeader();
-  EXPECT_EQ(Selected(), std::vector<int>{0});
+  EXPECT_EQ(Selected(), std::vector<int>{2});
   EXPECT_EQ(RowsOf(List()), (QStringList{"1.  1.mp3", "2.  2.mp3", "3.  3.mp3"}));
   EXPECT_TRUE(Box().IsFormDirty());
 }
@@ -488,6 +489,93 @@ TEST_F(Commands, SortNodesBesideTheFoldersSortsTheWholeTreeSpecialFoldersToo) {
   window.ActOnPopUpClick(kSortNodes, kTreePane, nullptr);
   EXPECT_EQ(FoldersIn(), (Texts{"All Songs", "Decades", "disc 2", "Disc 10", "New"}));
   EXPECT_EQ(FoldersIn(&decades), (Texts{"00's", "30's"}));
+}
+
+TEST_F(Commands, MoveToRootPutsAFolderBehindThoseOfTheTopLevel) {
+  AddSongs(1);
+  Folder& one = AddFolder("one");
+  Folder& inner = AddFolder("inner", {1}, &one);
+  AddFolder("below", {}, &inner);
+  AddFolder("two");
+  Show();
+  window.PVExplorer1().Select(inner);
+  QMenu& menu = Menu("TreeMenu");
+  emit window.PVExplorer1().TreePopUp(&inner, QPoint(10, 10));
+  menu.close();
+  EXPECT_TRUE(menu.actions().back()->isEnabled());
+  menu.actions().back()->trigger();
+  EXPECT_EQ(FoldersIn(), (Texts{"one", "two", "inner"}));
+  EXPECT_EQ(FoldersIn(&inner), Texts{"below"});
+  EXPECT_EQ(Box().selectednode(), &inner);
+  EXPECT_EQ(RowsOf(List()), QStringList{"1.  1.mp3"});
+  // There already.
+  for (const Folder* const folder : {&inner, static_cast<Folder*>(nullptr)}) {
+    emit window.PVExplorer1().TreePopUp(const_cast<Folder*>(folder), QPoint(10, 10));
+    menu.close();
+    EXPECT_FALSE(menu.actions().back()->isEnabled());
+  }
+  window.ActOnPopUpClick(kMoveToRoot, kTreePane, &one);
+  EXPECT_EQ(FoldersIn(), (Texts{"one", "two", "inner"}));
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(FoldersIn(), (Texts{"one", "two"}));
+  EXPECT_EQ(FoldersIn(&one), Texts{"inner"});
+}
+
+TEST_F(Commands, ADecadeIsNotMovedToTheRoot) {
+  Folder& decades = AddFolder("Decades");
+  Folder& eighties = AddFolder("80's", {}, &decades);
+  Show();
+  window.ActOnPopUpClick(kMoveToRoot, kTreePane, &eighties);
+  EXPECT_EQ(messages.Take(),
+            Texts{"This is a special node that can not be cut.  It can be copied if you wish."});
+  EXPECT_EQ(FoldersIn(&decades), Texts{"80's"});
+}
+
+TEST_F(Commands, AFolderRenamedToTheNameOfASpecialOneIsDeletedAfterAQuestion) {
+  Folder& mine = AddFolder("mine");
+  Folder& artist = AddFolder("Artist");
+  Show();
+  window.PVExplorer1().Select(mine);
+  window.PVExplorer1().EditText(mine);
+  auto* const editor = Tree().findChild<QLineEdit*>();
+  ASSERT_NE(editor, nullptr);
+  editor->setText("Artist");
+  QTest::keyClick(editor, Qt::Key_Return);
+  // The editor goes when the program comes to it.
+  QApplication::processEvents();
+  EXPECT_EQ(FoldersIn(), (Texts{"Artist", "Artist"}));
+  EXPECT_EQ(mine.Index(), 1);
+  EXPECT_EQ(Box().selectednode(), &mine);
+  EXPECT_EQ(Tree().currentIndex(), Tree().model()->index(1, 0));
+  EXPECT_TRUE(Tree().currentIndex().flags().testFlag(Qt::ItemIsEditable));
+  EXPECT_FALSE(Tree().model()->index(0, 0).flags().testFlag(Qt::ItemIsEditable));
+  messages.answer = MessageAnswer::kYes;
+  window.ActOnPopUpClick(kDeleteFolder, kTreePane, &artist);
+  EXPECT_EQ(messages.Take(), Texts{});
+  window.ActOnPopUpClick(kDeleteFolder, kTreePane, &mine);
+  EXPECT_EQ(messages.Take(),
+            Texts{"Are you sure you want to delete this folder and all it's contents?"});
+  EXPECT_EQ(FoldersIn(), Texts{"Artist"});
+}
+
+TEST_F(Commands, SongsAreFiledIntoTheFirstOfTwoFoldersOfAName) {
+  AddSongs(1);
+  Folder& mine = AddFolder("mine");
+  Folder& all = AddFolder("All Songs");
+  Show();
+  window.PVExplorer1().Select(mine);
+  window.PVExplorer1().EditText(mine);
+  auto* const editor = Tree().findChild<QLineEdit*>();
+  ASSERT_NE(editor, nullptr);
+  editor->setText("All Songs");
+  QTest::keyClick(editor, Qt::Key_Return);
+  // The editor goes when the program comes to it.
+  QApplication::processEvents();
+  ASSERT_EQ(mine.Text(), "All Songs");
+  tallow::Jukebox* const own[] = {&Box()};
+  FillAutomaticFolders(kFillNewToo, true, {}, library, own);
+  EXPECT_EQ(SongsOf(all), Songs{1});
+  EXPECT_EQ(SongsOf(mine), Songs{});
 }
 
 }  // namespace

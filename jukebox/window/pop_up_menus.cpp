@@ -6,6 +6,7 @@
 #include <QKeySequence>
 #include <QMenu>
 
+#include "jukebox/folder_tree.h"
 #include "jukebox/window/rank_action.h"
 #include "jukebox/window/rank_picture.h"
 
@@ -87,15 +88,17 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act
   builder.Add(Tr("&Paste"), kPasteFolder, kPasteKey);
   builder.Add(Tr("&Delete"), kDeleteFolder, kDeleteKey);
   builder.Add(Tr("Sort Nodes"), kSortNodes);
+  builder.Add(Tr("Move To Root"), kMoveToRoot);
   return builder.Menu();
 }
 
-void EnableTreeItems(QMenu& tree_menu, bool folder, bool paste) {
+void EnableTreeItems(QMenu& tree_menu, const Folder* folder, bool paste) {
   for (QAction* const action : tree_menu.findChildren<QAction*>()) {
     const int command = action->data().toInt();
     if (command == kAddFolderToSelected || command == kCutFolder || command == kCopyFolder ||
         command == kDeleteFolder)
-      action->setEnabled(folder);
+      action->setEnabled(folder != nullptr);
+    if (command == kMoveToRoot) action->setEnabled(folder != nullptr && folder->Level() > 0);
     if (command == kPasteFolder) action->setEnabled(paste);
   }
 }

@@ -8,6 +8,8 @@ class QWidget;
 
 namespace tallow {
 
+class Folder;
+
 /// The halves of a jukebox window, as its pop-up menus are numbered.
 enum PopUpPane : int {
   kTreePane = 1,
@@ -23,6 +25,7 @@ enum TreeCommand : int {
   kPasteFolder = 8,
   kDeleteFolder = 9,
   kSortNodes = 10,
+  kMoveToRoot = 11,
 };
 
 /// The commands of the list's pop-up menu, by their numbers.
@@ -46,8 +49,8 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act);
 
 /// Greys those items of the tree's pop-up menu that could do nothing.
-/// \param folder the menu is opened on a folder, not beside the folders
+/// \param folder the folder that the menu is opened on; null beside the folders
 /// \param paste  what is on the clipboard can go there
-void EnableTreeItems(QMenu& tree_menu, bool folder, bool paste);
+void EnableTreeItems(QMenu& tree_menu, const Folder* folder, bool paste);
 
 }  // namespace tallow

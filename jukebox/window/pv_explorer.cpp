@@ -2,7 +2,8 @@
 #include "jukebox/window/pv_explorer.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <unordered_map>
+#include <utility>
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -37,6 +38,29 @@ constexpr int kLeastPicture = 16;
 
 constexpr auto kRenameByKey = QAbstractItemView::EditTriggers(QAbstractItemView::EditKeyPressed);
 constexpr auto kRenameByKeyOrClick = kRenameByKey | QAbstractItemView::SelectedClicked;
+
+/// Whether the keyboard has come by a key.
+bool IsByKey(const QFocusEvent& event) {
+  return event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason ||
+         event.reason() == Qt::ShortcutFocusReason;
+}
+
+/// Whether a key goes from folder to folder.
+bool MovesInTree(const QKeyEvent& key) {
+  switch (key.key()) {
+    case Qt::Key_Up:
+    case Qt::Key_Down:
+    case Qt::Key_Left:
+    case Qt::Key_Right:
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_PageUp:
+    case Qt::Key_PageDown:
+      return true;
+    default:
+      return false;
+  }
+}
 
 template <typename Act>
 void ForEachFolder(Folder& folder, const Act& act) {
@@ -106,6 +130,7 @@ void PVExplorer::SetUpTree() {
           [this](const QModelIndex& current) {
             if (!current.isValid()) return;
             told_ = true;
+            ActBeside(false);
             Folder* const folder = FolderTreeModel::FolderOf(current);
             folders_->SetShown(folder);
             emit NodeClick(folder);
@@ -125,6 +150,8 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
         // One that only comes back to the tree is no second click on the folder.
         tree_->setEditTriggers(came_by_click_ ? kRenameByKey : kRenameByKeyOrClick);
         came_by_click_ = false;
+        const auto& click = *static_cast<QMouseEvent*>(event);
+        ActBeside(tree_->FolderAt(click.position().toPoint()) == nullptr);
       }
       break;
     case QEvent::MouseButtonDblClick:
@@ -147,6 +174,9 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
       // The focus comes before the click that brings it.
       if (watched == tree_)
         came_by_click_ = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason;
+      // A menu that closes, or a window that comes to the front, only gives the keyboard back.
+      if (watched == list_ || (watched == tree_ && IsByKey(*static_cast<QFocusEvent*>(event))))
+        ActBeside(false);
       [[fallthrough]];
     case QEvent::FocusOut:
       // The view itself has to have seen it first.
@@ -189,6 +219,7 @@ bool PVExplorer::KeyPressed(const QKeyEvent& key, bool in_list) {
     MenuAtSelection(in_list);
     return true;
   }
+  if (!in_list && MovesInTree(key)) ActBeside(false);
   const bool is_plain = (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
   if (key.key() == Qt::Key_Backspace && is_plain) {
     const Folder* const folder = selectednode();
@@ -240,9 +271,14 @@ void PVExplorer::ShowFocus() {
     colors.setColor(QPalette::Inactive, QPalette::Highlight, muted);
     colors.setColor(QPalette::Inactive, QPalette::HighlightedText,
                     colors.color(QPalette::Active, QPalette::HighlightedText));
-    if (other_has_focus) colors.setColor(QPalette::Active, QPalette::Highlight, muted);
+    if (other_has_focus || (view == tree_ && beside_))
+      colors.setColor(QPalette::Active, QPalette::Highlight, muted);
     view->setPalette(colors);
   }
+}
+
+void PVExplorer::ActBeside(bool beside) {
+  if (std::exchange(beside_, beside) != beside) ShowFocus();
 }
 
 void PVExplorer::MenuWanted(const QContextMenuEvent& event, bool in_list) {
@@ -354,18 +390,31 @@ PVExplorer::Place PVExplorer::CurrentPlace() const {
 void PVExplorer::GoTo(const Place& place) {
   const Folder* const folder = selectednode();
   if (folder == nullptr || folder->Key() != place.folder) return;
-  const std::unordered_set<std::int32_t> wanted(place.selected.begin(), place.selected.end());
+  // A song may be in the folder several times; as many of its entries are selected as were.
+  std::unordered_map<std::int32_t, int> wanted;
+  for (const std::int32_t record : place.selected) ++wanted[record];
   std::vector<int> selected;
   QModelIndex current;
   for (int row = 0; row < songs_->rowCount(); ++row) {
     const std::int32_t record =
         folder->Items()[static_cast<std::size_t>(songs_->PlaceOf(row))].SubItem();
     if (!current.isValid() && record == place.current) current = songs_->index(row, 0);
-    if (wanted.contains(record)) selected.push_back(row);
+    if (const auto found = wanted.find(record); found != wanted.end() && found->second-- > 0)
+      selected.push_back(row);
   }
-  list_->selectionModel()->setCurrentIndex(current, QItemSelectionModel::NoUpdate);
-  list_->selectionModel()->select(list_->RangesOf(selected), QItemSelectionModel::ClearAndSelect);
+  QItemSelectionModel& selection = *list_->selectionModel();
+  // Told in two steps: the difference of two selections takes the product of their numbers of ranges.
+  selection.clearSelection();
+  selection.setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+  selection.select(list_->RangesOf(selected), QItemSelectionModel::Select);
   list_->verticalScrollBar()->setValue(place.scrolled);
+}
+
+void PVExplorer::FollowSongs(const Place& place) {
+  // The view would extend a selection from the row where the last click was.
+  songs_->Refill();
+  GoTo(place);
+  if (!place.selected.empty()) list_->scrollTo(list_->currentIndex());
 }
 
 std::string PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {

@@ -84,6 +84,13 @@ class PVExplorer : public QSplitter, private JukeboxView {
   Place CurrentPlace() const;
   /// Goes back to a place, as far as its songs are still there.
   void GoTo(const Place& place);
+  /// GoTo after the songs have come into another order. The current song is in sight then, if any is
+  /// selected.
+  void FollowSongs(const Place& place);
+
+  /// The folder that the keys and the menus act on while the tree has the keyboard: the one on show; null
+  /// after a click beside the folders, as for the pop-up menu there.
+  Folder* FolderForCommands() const noexcept { return beside_ ? nullptr : selectednode(); }
 
   /// See SongListView.
   std::string SetBackgroundImage(const QString& address, bool tiled);
@@ -112,6 +119,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// Adds a folder "New Folder" and lets the user type its text.
   /// \param parent null for top level
   void AddFolder(Folder* parent);
+  /// Moves a folder, with all below it, behind the folders of the top level. One that must not be cut, or
+  /// is there already, stays where it is.
+  void MoveToRoot(Folder& folder);
   /// \param above null for the whole tree
   void SortNodes(Folder* above);
   /// Adds songs to a folder that does not hold them yet.
@@ -179,7 +189,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void ShowFocus();
   bool MayCut(const Folder& folder, bool songs);
   void RefillList();
-  void AfterStep(const Jukebox::StepResult& result);
+  void AfterStep(const Jukebox::StepResult& result, const Place& before);
+  void ActBeside(bool beside);
   void SongsAdded(const Folder& to, std::size_t before);
   void SongsTaken(int first);
   void SelectNear(int row);
@@ -203,6 +214,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   bool told_ = false;           ///< a folder has been told since a mouse button was last pressed
   bool came_by_click_ = false;  ///< a click has just brought the focus to the tree
   bool keep_place_ = false;     ///< the list is filled again where it is
+  bool beside_ = false;         ///< the last click into the tree was beside the folders
 };
 
 }  // namespace tallow

@@ -138,6 +138,10 @@ void PVExplorer::AddFolder(Folder* parent) {
   EditText(*folder);
 }
 
+void PVExplorer::MoveToRoot(Folder& folder) {
+  if (folder.Level() > 0) TakeDrop(*this, folder, false, {}, nullptr, false);
+}
+
 void PVExplorer::SortNodes(Folder* above) { edits_.SortNodes(above); }
 
 void PVExplorer::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
@@ -147,27 +151,28 @@ void PVExplorer::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
 
 void PVExplorer::Undo() {
   const EditHistory::Half half = jukebox_.History().HalfToUndo();
-  AfterStep(jukebox_.Undo());
+  const Place before = CurrentPlace();
+  AfterStep(jukebox_.Undo(), before);
   if (half.pair != 0) emit HalfStepped(half, true);
 }
 
 void PVExplorer::Redo() {
   const EditHistory::Half half = jukebox_.History().HalfToRedo();
-  AfterStep(jukebox_.Redo());
+  const Place before = CurrentPlace();
+  AfterStep(jukebox_.Redo(), before);
   if (half.pair != 0) emit HalfStepped(half, false);
 }
 
 bool PVExplorer::StepHalf(std::uint64_t pair, bool back) {
   const EditHistory& history = jukebox_.History();
   if ((back ? history.HalfToUndo() : history.HalfToRedo()).pair != pair) return false;
-  AfterStep(back ? jukebox_.Undo() : jukebox_.Redo());
+  const Place before = CurrentPlace();
+  AfterStep(back ? jukebox_.Undo() : jukebox_.Redo(), before);
   return true;
 }
 
-void PVExplorer::AfterStep(const Jukebox::StepResult& result) {
+void PVExplorer::AfterStep(const Jukebox::StepResult& result, const Place& before) {
   if (!result.done) return;
-  std::vector<int> selected = SelectedRows();
-  const int current = list_->currentIndex().row();
   if (result.list_changed) {
     RefillList();
     jukebox_.CountAsUnsorted();
@@ -190,13 +195,8 @@ void PVExplorer::AfterStep(const Jukebox::StepResult& result) {
   } else if (change.taken >= 0) {
     SelectNear(change.taken);
   } else if (change.any && !other_folder) {
-    // A sort moves songs under the entries, and so does taking it back.
-    const int rows = songs_->rowCount();
-    for (int& place : selected) place = songs_->RowAt(place);
-    std::erase_if(selected, [rows](int row) { return row >= rows; });
-    list_->selectionModel()->setCurrentIndex(list_->model()->index(std::min(current, rows - 1), 0),
-                                             QItemSelectionModel::NoUpdate);
-    list_->selectionModel()->select(list_->RangesOf(selected), QItemSelectionModel::ClearAndSelect);
+    // A sort, or its undoing: the songs are others under the entries.
+    FollowSongs(before);
   }
 }
 

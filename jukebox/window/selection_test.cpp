@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Where the user is in the list of songs after it has changed, and what opens a song.
+#include <algorithm>
 #include <gtest/gtest.h>
+#include <random>
 
 #include <QMenu>
 #include <QMouseEvent>
@@ -89,30 +91,33 @@ TEST_F(Selection, AnUndonePasteSelectsWhatComesNext) {
   EXPECT_EQ(Selected(), std::vector<int>{0});
 }
 
-TEST_F(Selection, StaysWithThePlacesWhenASortIsUndone) {
-  LongList();
+TEST_F(Selection, StaysWithTheSongsWhenASortIsUndone) {
+  Folder& one = LongList();
   ClickHeader();
   ClickHeader();
   List().SelectRows({kFar, kFar + 2});
+  const Songs songs = SongsOf(one, Selected());
   Press(Qt::Key_Z, Qt::ControlModifier);
-  EXPECT_EQ(Selected(), (std::vector<int>{kFar, kFar + 2}));
-  EXPECT_EQ(List().currentIndex().row(), kFar);
-  EXPECT_TRUE(IsOnShow(kFar));
+  EXPECT_TRUE(std::ranges::is_permutation(SongsOf(one, Selected()), songs));
+  EXPECT_EQ(SongsOf(one, {List().currentIndex().row()}), Songs{songs[0]});
+  EXPECT_TRUE(IsOnShow(List().currentIndex().row()));
   // The next click begins with the first order again.
   ClickHeader();
   EXPECT_EQ(Header(), "Name    --   ");
   EXPECT_EQ(Box().SortState(), 2);
 }
 
-TEST_F(Selection, IsCutWhereAnUndoneSortFindsSongsMissing) {
-  LongList();
+TEST_F(Selection, IsWithoutSongsThatAnUndoneSortFindsMissing) {
+  Folder& one = LongList();
   ClickHeader();
   ClickHeader();
   List().SelectRows(kSongs - 8, kSongs - 1);
-  library.Mp3Info(kFileIsThere, 7, "0");
+  Songs songs = SongsOf(one, Selected());
+  library.Mp3Info(kFileIsThere, songs[3], "0");
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_EQ(List().model()->rowCount(), kSongs - 1);
-  EXPECT_EQ(Selected().size(), 7U);
+  songs.erase(songs.begin() + 3);
+  EXPECT_TRUE(std::ranges::is_permutation(SongsOf(one, Selected()), songs));
 }
 
 TEST_F(Selection, NewFilesForAnotherFolderLeaveTheListWhereItIs) {
@@ -236,15 +241,15 @@ TEST_F(Selection, TheMenuOffersWhatCanBeDoneThere) {
   const auto beside = [&] { return open(QPoint(5, Tree().viewport()->height() - 3)); };
   const auto on_folder = [&] { return open(Tree().visualRect(IndexOf(Tree(), "one")).center()); };
   EXPECT_EQ(beside(), (QList<int>{kAddFolderToSelected, kCutFolder, kCopyFolder, kPasteFolder,
-                                  kDeleteFolder}));
-  EXPECT_EQ(on_folder(), QList<int>{kPasteFolder});
+                                  kDeleteFolder, kMoveToRoot}));
+  EXPECT_EQ(on_folder(), (QList<int>{kPasteFolder, kMoveToRoot}));
   // Songs go into folders only.
   tallow.clipboard.PutSongs({{1, 2}});
   EXPECT_TRUE(beside().contains(kPasteFolder));
-  EXPECT_EQ(on_folder(), QList<int>{});
+  EXPECT_EQ(on_folder(), QList<int>{kMoveToRoot});
   tallow.clipboard.PutFolder(Nodes().ChildAt(0));
   EXPECT_FALSE(beside().contains(kPasteFolder));
-  EXPECT_EQ(on_folder(), QList<int>{});
+  EXPECT_EQ(on_folder(), QList<int>{kMoveToRoot});
 }
 
 TEST_F(Selection, TheMenuKeyOpensTheMenuNearTheNameOfTheSong) {
@@ -276,6 +281,128 @@ TEST_F(Selection, TheFolderThatWentWhileItWasAskedAboutIsLeftAlone) {
   window.ActOnPopUpClick(kDeleteFolder, kTreePane, &one);
   EXPECT_EQ(FoldersIn(), Texts{"two"});
 }
+
+/// The songs that are selected, and the current one, before and after the songs of the list move.
+class SortedSelection : public Selection, public testing::WithParamInterface<unsigned> {
+ protected:
+  static constexpr int kMostSongs = 60;
+
+  int Random(int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); }
+  /// A list in which songs have the same names and ranks, and some are there twice.
+  Folder& RandomList() {
+    const int count = 2 + Random(kMostSongs);
+    Songs records;
+    for (int k = 1; k <= count; ++k) {
+      AddSong(music.path(), "n" + std::to_string(Random(count)) + ".mp3", "1",
+              std::to_string(2 + Random(6)));
+      for (int times = 1 + (Random(5) == 0 ? 1 : 0); times > 0; --times) records.push_back(k);
+    }
+    std::shuffle(records.begin(), records.end(), random);
+    Folder& one = AddFolder("one", records);
+    AddFolder("two");
+    Show();
+    List().setFocus();
+    return one;
+  }
+  void SelectSomeRows() {
+    std::vector<int> rows;
+    for (int row = 0; row < List().model()->rowCount(); ++row)
+      if (Random(3) == 0) rows.push_back(row);
+    if (rows.empty()) rows.push_back(0);
+    List().SelectRows(rows);
+    const int current = rows[static_cast<std::size_t>(Random(static_cast<int>(rows.size())))];
+    List().selectionModel()->setCurrentIndex(List().model()->index(current, 0),
+                                             QItemSelectionModel::NoUpdate);
+  }
+  Songs SelectedSongs() {
+    Songs songs = SongsOf(*Box().selectednode(), Selected());
+    std::sort(songs.begin(), songs.end());
+    return songs;
+  }
+  Songs CurrentSong() { return SongsOf(*Box().selectednode(), {List().currentIndex().row()}); }
+
+  std::mt19937 random{GetParam()};
+};
+
+TEST_P(SortedSelection, HasTheSameSongs) {
+  RandomList();
+  SelectSomeRows();
+  const Songs songs = SelectedSongs();
+  const Songs current = CurrentSong();
+  const auto expect_same = [&](const std::string& after) {
+    EXPECT_EQ(SelectedSongs(), songs) << after;
+    EXPECT_EQ(CurrentSong(), current) << after;
+    EXPECT_TRUE(List().selectionModel()->isRowSelected(List().currentIndex().row(), {})) << after;
+    EXPECT_TRUE(IsOnShow(List().currentIndex().row())) << after;
+  };
+  for (int click = 1; click <= 5; ++click) {
+    ClickHeader();
+    expect_same("click " + std::to_string(click));
+  }
+  for (int step = 1; step <= 5; ++step) {
+    Press(Qt::Key_Z, Qt::ControlModifier);
+    expect_same("undo " + std::to_string(step));
+  }
+  for (int step = 1; step <= 5; ++step) {
+    Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    expect_same("redo " + std::to_string(step));
+  }
+  window.ActOnPopUpClick(kSortNodes, kTreePane, nullptr);
+  expect_same("sorting the folders");
+}
+
+TEST_P(SortedSelection, IsWhatDelTakesAway) {
+  const Folder& one = RandomList();
+  SelectSomeRows();
+  Songs left;
+  const std::vector<int> rows = Selected();
+  for (int row = 0; row < List().model()->rowCount(); ++row)
+    if (std::find(rows.begin(), rows.end(), row) == rows.end())
+      left.push_back(SongsOf(one, {row}).front());
+  for (int clicks = 1 + Random(4); clicks > 0; --clicks) ClickHeader();
+  Press(Qt::Key_Delete);
+  EXPECT_TRUE(std::ranges::is_permutation(SongsOf(one), left));
+}
+
+TEST_P(SortedSelection, LosesOnlySongsThatTheSortFindsMissing) {
+  RandomList();
+  SelectSomeRows();
+  Songs songs = SelectedSongs();
+  const std::int32_t gone = songs[songs.size() / 2];
+  library.Mp3Info(kFileIsThere, gone, "0");
+  std::erase(songs, gone);
+  ClickHeader();
+  EXPECT_EQ(SelectedSongs(), songs);
+}
+
+TEST_P(SortedSelection, HasTheSameSongsWhenASortStops) {
+  const Folder& one = RandomList();
+  ClickHeader();
+  ClickHeader();
+  library.Mp3Info(kSongRank, SongsOf(one).back(), "x");
+  SelectSomeRows();
+  const Songs songs = SelectedSongs();
+  const Songs current = CurrentSong();
+  ClickHeader();
+  EXPECT_EQ(problems.size(), 1);
+  EXPECT_EQ(SelectedSongs(), songs);
+  EXPECT_EQ(CurrentSong(), current);
+}
+
+TEST_P(SortedSelection, IsExtendedFromTheCurrentSong) {
+  RandomList();
+  List().SelectRows(0, 0);
+  ClickHeader();
+  ClickHeader();
+  const int current = List().currentIndex().row();
+  Press(Qt::Key_Down, Qt::ShiftModifier);
+  const int last = std::min(current + 1, List().model()->rowCount() - 1);
+  std::vector<int> expected{current};
+  if (last != current) expected.push_back(last);
+  EXPECT_EQ(Selected(), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, SortedSelection, testing::Range(1U, 13U));
 
 }  // namespace
 }  // namespace tallow

@@ -58,10 +58,12 @@ void frmMDIForm1::SendNodeCommand(int pane, int item) {
 }
 
 void frmMDIForm1::SendEditCommand(TreeCommand of_tree, ListCommand of_list) {
-  const frmMain* const window = JukeboxWindowForCommand();
+  frmMain* const window = JukeboxWindowForCommand();
   if (window == nullptr) return;
-  if (window->CurrentPaneWFocus() == kTreePane) SendNodeCommand(kTreePane, of_tree);
-  if (window->CurrentPaneWFocus() == kListPane) SendNodeCommand(kListPane, of_list);
+  const int pane = window->CurrentPaneWFocus();
+  Folder* const folder = window->FolderOfPane(pane);
+  if (pane == kTreePane) window->ActOnPopUpClick(of_tree, pane, folder);
+  if (pane == kListPane) window->ActOnPopUpClick(of_list, pane, folder);
 }
 
 void frmMDIForm1::Run(FrameCommand command) {
