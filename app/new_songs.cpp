@@ -135,7 +135,7 @@ class Search {
     for (Jukebox* const jukebox : windows_.AllJukeboxes()) jukebox->ListRefilled(library_);
     std::string line = TextOf(report, true);
     if (was_cancelled_) line += ". The search was cancelled; what it had looked at is complete.";
-    if (had_no_jukebox_) line += ". No jukebox was the active window, so nothing was filed.";
+    if (had_no_jukebox_) line += ". No jukebox is open, so nothing was filed.";
     std::vector<std::string> lines{std::move(line)};
     lines.insert(lines.end(), problems_.begin(), problems_.end());
     for (const std::string& problem : library_.TakeProblems()) lines.push_back(problem);

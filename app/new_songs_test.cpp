@@ -164,8 +164,7 @@ TEST_F(NewSongs, WithoutAnActiveJukeboxNothingIsFiled) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   has_active = false;
   BringIn(NewSongsPlace::kUsualFolders);
-  EXPECT_EQ(noticed, Texts{"1 new song. No jukebox was the active window, so nothing was "
-                           "filed."});
+  EXPECT_EQ(noticed, Texts{"1 new song. No jukebox is open, so nothing was filed."});
   EXPECT_FALSE(HasArtist("Zappa"));
 }
 

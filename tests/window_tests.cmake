@@ -22,6 +22,7 @@ add_executable(tallow_window_tests
   ui/dialogs/frm_findings_test.cpp
   ui/dialogs/frm_help_test.cpp
   ui/frame/frm_mdi_form1_test.cpp
+  ui/frame/panel_and_jukebox_test.cpp
   ui/frame/paste_places_test.cpp
   ui/frame/several_jukeboxes_test.cpp
   ui/dialogs/frm_picture_test.cpp

@@ -66,7 +66,7 @@ TEST_F(FrameFindingsTest, ACommandWithoutAJukeboxIsSaid) {
     ASSERT_NE(action, nullptr) << item;
     action->trigger();
     EXPECT_EQ(frame.statusBar()->currentMessage(),
-              "No jukebox is the active window. Open one, or click into one, and try again.")
+              "No jukebox is open. Open one, or make a new one, and try again.")
         << item;
   }
 }

@@ -370,25 +370,6 @@ TEST_F(FrameMenus, KeysDoTheirWorkInEitherHalfOfAJukebox) {
   EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
 }
 
-TEST_F(FrameMenus, KeysOfThePlayerWorkInThePanelAndThoseOfTheJukeboxDoNothing) {
-  Watched(1);
-  Item("mnuPlayAllTheSongInNode").trigger();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
-  Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));
-  QWidget* const focus = frame.PlayerPanel()->findChild<QPushButton*>();
-  ASSERT_NE(focus, nullptr);
-  focus->setFocus();
-  TakeCommands();
-  link.Take();
-  for (const Qt::Key key : {Qt::Key_X, Qt::Key_C, Qt::Key_V, Qt::Key_P, Qt::Key_L})
-    QTest::keyClick(focus, key, Qt::ControlModifier);
-  QTest::keyClick(focus, Qt::Key_Delete);
-  EXPECT_EQ(TakeCommands(), QStringList());
-  EXPECT_EQ(link.Take(), Texts{});
-  QTest::keyClick(focus, Qt::Key_T, Qt::ControlModifier);
-  EXPECT_EQ(link.Take(), Texts{"273 40048 0"});
-}
-
 TEST_F(FrameMenus, AButtonMakesANewJukebox) {
   ShowJukebox();
   Button(11).trigger();

@@ -237,7 +237,7 @@ void frmMDIForm1::FocusJukebox() {
   // After a dialog the keyboard may be with the area or a window's frame, where it does nothing.
   frmMain* const window = ActiveJukeboxWindow();
   const QWidget* const focus = QApplication::focusWidget();
-  if (window == nullptr || !isActiveWindow()) return;
+  if (window == nullptr || !IsActive(*window) || !isActiveWindow()) return;
   if (focus == nullptr || focus == this || focus == area_ || focus == window->parentWidget())
     window->TakeFocus();
 }

@@ -101,7 +101,10 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
 
   void SetUpMenus();
   void Run(FrameCommand command);
+  /// The jukebox that commands are for: the active window, or the last jukebox that was it while another
+  /// one is; null for none.
   frmMain* ActiveJukeboxWindow() const;
+  bool IsActive(const frmMain& window) const;
   /// The active jukebox window; where there is none, says so.
   frmMain* JukeboxWindowForCommand();
   void SendNodeCommand(int pane, int item);

@@ -40,13 +40,17 @@ constexpr int kLookAgain = 200;
 
 frmMain* frmMDIForm1::ActiveJukeboxWindow() const {
   const QMdiSubWindow* const active = area_->currentSubWindow();
-  return active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
+  frmMain* const window = active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
+  if (window != nullptr) return window;
+  // The player panel steers the player; everything else is still for the jukebox used before it.
+  const QMdiSubWindow* const last = LastActiveJukebox();
+  return last != nullptr ? qobject_cast<frmMain*>(last->widget()) : nullptr;
 }
 
 frmMain* frmMDIForm1::JukeboxWindowForCommand() {
   frmMain* const window = ActiveJukeboxWindow();
   if (window == nullptr)
-    ShowStatus("No jukebox is the active window. Open one, or click into one, and try again.");
+    ShowStatus("No jukebox is open. Open one, or make a new one, and try again.");
   return window;
 }
 
@@ -213,7 +217,9 @@ void frmMDIForm1::ShowFind() {
   find_->exec();
   // What was found is what the keys are for next.
   frmMain* const window = ActiveJukeboxWindow();
-  if (window != nullptr && find_->HasFound()) window->PVExplorer1().TakeFocus(true);
+  if (window == nullptr || !find_->HasFound()) return;
+  area_->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(window->parentWidget()));
+  window->PVExplorer1().TakeFocus(true);
 }
 
 void frmMDIForm1::ShowTip(bool asked_for) {

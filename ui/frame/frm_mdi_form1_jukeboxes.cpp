@@ -80,8 +80,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
               QMetaObject::invokeMethod(
                   window,
                   [this, window, pane] {
-                    if (ActiveJukeboxWindow() == window)
-                      window->PVExplorer1().TakeFocus(pane == kListPane);
+                    if (IsActive(*window)) window->PVExplorer1().TakeFocus(pane == kListPane);
                   },
                   Qt::QueuedConnection);
             if (before.testFlag(Qt::WindowMaximized) && !now.testFlag(Qt::WindowMaximized))
@@ -202,10 +201,19 @@ frmMain* frmMDIForm1::WindowOf(const Jukebox& jukebox) const {
 }
 
 QMdiSubWindow* frmMDIForm1::LastActiveJukebox() const {
-  QMdiSubWindow* jukebox = nullptr;
-  for (QMdiSubWindow* const sub : area_->subWindowList(QMdiArea::ActivationHistoryOrder))
-    if (qobject_cast<frmMain*>(sub->widget()) != nullptr) jukebox = sub;
-  return jukebox;
+  const QList<QMdiSubWindow*> windows = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
+  QMdiSubWindow* minimized = nullptr;
+  for (auto sub = windows.rbegin(); sub != windows.rend(); ++sub) {
+    // One that is being made, or is closed and about to go, is none.
+    if (qobject_cast<frmMain*>((*sub)->widget()) == nullptr || (*sub)->isHidden()) continue;
+    if (!(*sub)->isMinimized()) return *sub;
+    if (minimized == nullptr) minimized = *sub;
+  }
+  return minimized;
+}
+
+bool frmMDIForm1::IsActive(const frmMain& window) const {
+  return area_->currentSubWindow() != nullptr && area_->currentSubWindow() == window.parentWidget();
 }
 
 void frmMDIForm1::ActivateJukebox() {
