@@ -197,6 +197,15 @@ std::optional<bool> CarefulUser::AskUnlessLeft(const std::string& text) {
   return agrees ? std::optional(true) : std::nullopt;
 }
 
+std::optional<std::size_t> CarefulUser::Choose(const std::string& text,
+                                               const std::vector<std::string>& of) {
+  RecordedWindows::Choose(text, of);
+  const auto last_good = std::find(of.begin(), of.end(), "Use the Last Good One");
+  if (last_good != of.end()) return static_cast<std::size_t>(last_good - of.begin());
+  // What is there changes least; nothing is searched without being asked for.
+  return agrees ? std::optional<std::size_t>(0) : std::nullopt;
+}
+
 RunningProgram::RunningProgram(const World& world)
     : tallow(world.Application()),
       drives(GivenDrives({world.Music(), world.Stick()})),

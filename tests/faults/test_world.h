@@ -70,6 +70,8 @@ class CarefulUser : public RecordedWindows {
  public:
   bool Ask(const std::string& text) override;
   std::optional<bool> AskUnlessLeft(const std::string& text) override;
+  std::optional<std::size_t> Choose(const std::string& text,
+                                    const std::vector<std::string>& of) override;
 
   /// Says Yes to everything instead.
   bool agrees = false;
