@@ -26,9 +26,10 @@ std::string ProblemOfApplicationFolder(const std::string& folder) {
 
 std::string ProblemOfDrive(const std::string& folder,
                            const std::function<bool(const std::string&)>& is_known) {
+  // One that songs were found on may be a share that does not answer; the start waits for that.
+  if (is_known(folder)) return {};
   const FolderState state = StateOfFolder(folder);
   if (state != FolderState::kNotThere && state != FolderState::kUnreadable) return {};
-  if (is_known(folder)) return {};
   return "The drive folder " + folder +
          (state == FolderState::kNotThere ? " does not exist." : " cannot be read.");
 }

@@ -27,11 +27,11 @@ constexpr int kStatusCharacters = 60;
 
 }  // namespace
 
-frmSearching::frmSearching(std::function<void()> cancel, QWidget* parent)
+frmSearching::frmSearching(std::function<void()> cancel, const QString& text, QWidget* parent)
     : QWidget(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                           Qt::WindowStaysOnTopHint),
       cancel_(std::move(cancel)),
-      label_(new QLabel(QStringLiteral("Searching to add new songs  . . . "), this)),
+      label_(new QLabel(text, this)),
       status_label_(new QLabel(this)),
       found_label_(new QLabel(this)),
       cancel_button_(new QPushButton(tr("Cancel"), this)) {
@@ -44,8 +44,7 @@ frmSearching::frmSearching(std::function<void()> cancel, QWidget* parent)
     label->setTextFormat(Qt::PlainText);
   status_label_->setFixedWidth(kStatusCharacters * fontMetrics().averageCharWidth());
   cancel_button_->setObjectName(QStringLiteral("cmdCancel"));
-  cancel_button_->setAccessibleDescription(
-      tr("Stops after the folder or disk that is being searched"));
+  cancel_button_->setAccessibleDescription(tr("Stops after the folder that is being searched"));
   connect(cancel_button_, &QPushButton::clicked, this, &frmSearching::Cancel);
   auto* const layout = new QVBoxLayout(this);
   layout->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
@@ -102,6 +101,11 @@ void frmSearching::Cancel() {
   cancel_button_->setEnabled(false);
   cancel_button_->setText(tr("Stopping . . ."));
   if (cancel_) cancel_();
+}
+
+void frmSearching::MayCancelAgain() {
+  cancel_button_->setText(tr("Cancel"));
+  cancel_button_->setEnabled(true);
 }
 
 void frmSearching::keyPressEvent(QKeyEvent* event) {

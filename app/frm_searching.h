@@ -14,8 +14,8 @@ class QPushButton;
 
 namespace tallow {
 
-/// The notice that is shown while new songs are searched for from the main window: what is looked at, how
-/// many songs there are, and a button to cancel.
+/// The notice that is shown while new songs are searched for from the main window, or other work takes long:
+/// what is looked at, how many songs there are, and a button to cancel.
 ///
 /// It has no window above it: the frame window is disabled meanwhile, and its children with it. The lines
 /// are put on the screen no more often than a screen can show.
@@ -24,7 +24,10 @@ class frmSearching : public QWidget, public SearchProgress {
 
  public:
   /// \param cancel what the Cancel button does
-  explicit frmSearching(std::function<void()> cancel = {}, QWidget* parent = nullptr);
+  /// \param text   what is being done
+  explicit frmSearching(std::function<void()> cancel = {},
+                        const QString& text = QStringLiteral("Searching to add new songs  . . . "),
+                        QWidget* parent = nullptr);
 
   /// Puts the window in the middle of the screen.
   void Load();
@@ -37,6 +40,7 @@ class frmSearching : public QWidget, public SearchProgress {
   void Repaint() override;
   void Yield() override;
   void YieldAfterSong() override;
+  void MayCancelAgain() override;
   void VisitFolder(std::string_view folder) override;
 
  protected:

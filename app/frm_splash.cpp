@@ -68,7 +68,8 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
   ok_->setObjectName(QStringLiteral("cmdOK"));
   cancel_button_->setObjectName(QStringLiteral("cmdCancel"));
   ok_->setAccessibleDescription(tr("Closes the window"));
-  cancel_button_->setAccessibleDescription(tr("Stops after the disk that is being searched"));
+  cancel_button_->setAccessibleDescription(
+      tr("Stops before the next folder, or goes on without the disk that does not answer"));
   connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
   connect(cancel_button_, &QPushButton::clicked, this, [this] {
     if (cancel_) cancel_();
@@ -214,9 +215,9 @@ void frmSplash::YieldAfterSong() {
   QCoreApplication::processEvents();
 }
 
-void frmSplash::VisitFolder(std::string_view folder) {
-  // The line names the drive; folders go by too fast.
-  if (folder.empty()) Yield();
+void frmSplash::VisitFolder(std::string_view /*folder*/) {
+  // The line names the drive; folders go by too fast. But a click on Cancel is for the next of them.
+  if (IsDue()) Yield();
 }
 
 void frmSplash::done(int result) {

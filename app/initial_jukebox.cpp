@@ -25,7 +25,8 @@ void AddWithChildren(Jukebox& jukebox, std::string_view text,
 }  // namespace
 
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,
-                         const std::function<void()>& show, const TagCache* found_tags) {
+                         const std::function<void()>& show, const TagCache* found_tags,
+                         const FilingProgress& progress) {
   jukebox.Tag("1");
   jukebox.Caption(kBuildingCaption);
   jukebox.AddColumnHeader(kNameHeader);
@@ -38,7 +39,8 @@ void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* 
   std::optional<FilingError> unfiled;
   if (any_songs) {
     try {
-      FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags);
+      FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags,
+                           progress);
     } catch (const FilingError& error) {
       unfiled = error;
     }

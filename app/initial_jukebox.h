@@ -5,6 +5,8 @@
 #include <span>
 #include <string_view>
 
+#include "jukebox/sorting.h"
+
 namespace tallow {
 
 class Jukebox;
@@ -27,8 +29,10 @@ inline constexpr std::string_view kBuildingCaption =
 /// \param windows the open jukeboxes, this one among them
 /// \param show    shows the window, at the end
 /// \param found_tags see FillAutomaticFolders
+/// \param progress   see FillAutomaticFolders; all else is built when this ends the filing
 /// \throws FilingError once all is built and shown, see FillAutomaticFolders
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,
-                         const std::function<void()>& show, const TagCache* found_tags = nullptr);
+                         const std::function<void()>& show, const TagCache* found_tags = nullptr,
+                         const FilingProgress& progress = {});
 
 }  // namespace tallow

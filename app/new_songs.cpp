@@ -48,6 +48,12 @@ class Search {
     return false;
   }
 
+  /// A cancel is for the whole search, so a drive that does not answer is waited for until it is given up.
+  bool WaitForDrive(std::string_view root) {
+    progress_->SetStatus(WaitingLine(root));
+    return true;
+  }
+
   std::int32_t AwaySongs() const {
     std::int32_t songs = 0;
     for (const AwayPlace& place : library_.AwayPlaces()) songs += place.songs;
@@ -56,7 +62,8 @@ class Search {
 
   void MarkMissing() {
     library_.CheckToSeeIfFilesAreMissingAndMakeFalse(
-        [this](std::string_view folder) { return GoOn(folder); });
+        [this](std::string_view folder) { return GoOn(folder); },
+        [this](std::string_view root) { return WaitForDrive(root); });
   }
 
   void SearchUsualFolders() {
@@ -67,7 +74,8 @@ class Search {
       MarkMissing();
       if (!was_cancelled_)
         library_.AddAnyAdditionalMp3FromTheNormalDirectories(
-            [this](std::string_view folder) { return GoOn(folder); });
+            [this](std::string_view folder) { return GoOn(folder); },
+            [this](std::string_view root) { return WaitForDrive(root); });
     }
     FileSongsFrom(before);
   }
@@ -104,14 +112,23 @@ class Search {
     // Without a caption all jukeboxes would be meant.
     if (jukebox != nullptr && jukebox->Caption().empty()) jukebox = nullptr;
     // A song that was away when its jukebox was opened has not been filed either.
-    const bool has_new = library_.UBoundOfMp3Array() > before || AwaySongs() < away_before_;
+    const bool has_new = library_.UBoundOfMp3Array() > before || AwaySongs() < away_before_ ||
+                         tallow_.filing_is_pending;
     had_no_jukebox_ = has_new && jukebox == nullptr;
     if (has_new && jukebox != nullptr) {
+      // What was found before a cancel is filed, unless that is cancelled, too.
+      tallow_.SearchCancelled = false;
+      progress_->MayCancelAgain();
       tallow_.found_tags.Seal();
       try {
-        FillAutomaticFolders(kFillNewToo, false, jukebox->Caption(), library_,
-                             windows_.AllJukeboxes(), &tallow_.found_tags,
-                             [this] { progress_->VisitFolder({}); });
+        is_filed_ = FillAutomaticFolders(kFillNewToo, false, jukebox->Caption(), library_,
+                                         windows_.AllJukeboxes(), &tallow_.found_tags,
+                                         [this](std::size_t filed, std::size_t songs) {
+                                           progress_->SetFound(FilingLine(filed, songs));
+                                           progress_->VisitFolder({});
+                                           return !tallow_.SearchCancelled && !tallow_.is_ending;
+                                         });
+        tallow_.filing_is_pending = !is_filed_;
       } catch (const FilingError& error) {
         problems_ = error.problems();
       } catch (const std::exception& error) {
@@ -135,6 +152,7 @@ class Search {
     for (Jukebox* const jukebox : windows_.AllJukeboxes()) jukebox->ListRefilled(library_);
     std::string line = TextOf(report, true);
     if (was_cancelled_) line += ". The search was cancelled; what it had looked at is complete.";
+    if (!is_filed_) line += ". " + FilingCancelledLine() + ".";
     if (had_no_jukebox_) line += ". No jukebox is open, so nothing was filed.";
     std::vector<std::string> lines{std::move(line)};
     lines.insert(lines.end(), problems_.begin(), problems_.end());
@@ -157,6 +175,7 @@ class Search {
   std::int32_t away_before_ = 0;  ///< how many songs were away
   bool was_cancelled_ = false;
   bool had_no_jukebox_ = false;
+  bool is_filed_ = true;
   std::string failure_;
   std::vector<std::string> problems_;
 };

@@ -215,7 +215,7 @@ TEST_F(NewSongs, ASearchThatFailsHalfWayLeavesNoSongTwice) {
   EXPECT_TRUE(HasArtist("Yes"));
 }
 
-TEST_F(NewSongs, OnTheWholeComputerACancelStopsAfterTheDrive) {
+TEST_F(NewSongs, OnTheWholeComputerACancelStopsBeforeTheNextFolder) {
   TempFolder second;
   second.File("six.mp3", Audio(400) + Tag({.artist = "Zappa"}));
   MakeSong("elsewhere/five.mp3", {.artist = "Yes"});

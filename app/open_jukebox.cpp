@@ -10,13 +10,15 @@ namespace tallow {
 
 bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
                      clsMain& library, std::span<Jukebox* const> windows, const LoadFromFile& load,
-                     const AskQuestion& ask, const TagCache* found_tags) {
+                     const AskQuestion& ask, const TagCache* found_tags,
+                     const FilingProgress& progress) {
   if (!load(path, ask ? AskAboutConfusedSongs(path, library, ask) : AskWhichSongs())) return false;
   if (jukebox.ColumnHeaders().empty()) jukebox.AddColumnHeader(kNameHeader);
   // A window without a caption could not be told from all of them.
   jukebox.Caption(caption.empty() ? NameOfPath(path) : caption);
   jukebox.FileLocation(FolderOfPath(path));
-  FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags);
+  FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags,
+                       progress);
   return true;
 }
 

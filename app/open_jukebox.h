@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "app/confused_songs.h"
+#include "jukebox/sorting.h"
 
 namespace tallow {
 
@@ -26,10 +27,13 @@ using LoadFromFile = std::function<bool(const std::string& path, const AskWhichS
 /// \param load       loads this jukebox
 /// \param ask        asks about songs whose numbers were confused; may be empty
 /// \param found_tags tags that are known already, sealed; null for none
+/// \param progress   see FillAutomaticFolders; the jukebox is open with the songs that have been filed when this
+///                   ends the filing
 /// \returns false when the file cannot be used; jukebox.FileProblem() says why, and nothing has changed
 /// \throws FilingError after everything else is done, see FillAutomaticFolders
 bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
                      clsMain& library, std::span<Jukebox* const> windows, const LoadFromFile& load,
-                     const AskQuestion& ask, const TagCache* found_tags = nullptr);
+                     const AskQuestion& ask, const TagCache* found_tags = nullptr,
+                     const FilingProgress& progress = {});
 
 }  // namespace tallow

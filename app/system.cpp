@@ -2,16 +2,19 @@
 #include "app/system.h"
 
 #include <algorithm>
+#include <chrono>
 #include <exception>
 #include <optional>
 #include <utility>
 
 #include "app/data_paths.h"
 #include "app/initial_jukebox.h"
+#include "app/long_work.h"
 #include "app/open_jukebox.h"
 #include "app/search/file_search.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/sorting.h"
+#include "library/scan_report.h"
 #include "util/atomic_file.h"
 #include "util/errors.h"
 #include "util/file_system.h"
@@ -20,6 +23,9 @@
 
 namespace tallow {
 namespace {
+
+/// Filing that takes longer is shown, and can be cancelled.
+constexpr std::chrono::milliseconds kShowFilingAfter{500};
 
 constexpr std::string_view kGoOn = "\n\nGo on? (No leaves Tallow and changes nothing.)";
 
@@ -208,7 +214,17 @@ bool System::SearchForPlayer() {
 
 void System::FindPlayer() {
   const std::string& player = tallow_.settings.LocOfWinAmpExe();
-  if (!player.empty() && FileExists(player)) return;
+  // Nobody can tell of one on a share that does not answer.
+  if (!player.empty() && LookAt(player).presence == FilePresence::kThere) return;
+  if (tallow_.library.Unanswered()->Covers(player)) return;
+  if (!player.empty()) {
+    // The path may be damaged, and another one with it.
+    try {
+      KeepBackup(tallow_.settings_path);
+    } catch (const FileError&) {
+      // Nothing but the player's path is replaced.
+    }
+  }
   tallow_.player_search_is_pending = !SearchForPlayer();
 }
 
@@ -351,18 +367,81 @@ void System::LoadLibrary() {
         "An earlier Tallow had confused the numbers of songs in the song library. They were put "
         "right; the library as it was is kept as " +
         std::string(kLibraryFileName) + std::string(kBackupSuffix) + " beside it.");
-  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
-  library.AddAnyAdditionalMp3FromTheNormalDirectories();
+  const GoOn live = [this](std::string_view folder) { return Live(folder); };
+  const tallow::WaitForDrive wait = [this](std::string_view root) { return WaitsFor(root); };
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse(live, wait);
+  library.AddAnyAdditionalMp3FromTheNormalDirectories(live, wait);
   SearchUnreadFolders();
+  // Nothing is waited for any longer.
+  Live(library.LibraryPath());
 }
 
 void System::SearchUnreadFolders() {
   clsMain& library = tallow_.library;
   std::int32_t old_count = library.UBoundOfMp3Array();
-  FileSearch(tallow_, drives_, nullptr).SearchUnreadFolders();
+  FileSearch(tallow_, drives_, windows_.LoadedSplash()).SearchUnreadFolders();
   if (library.UBoundOfMp3Array() == old_count) return;
   library.DeleteIdenticalFileNamesAndPaths(old_count);
   library.WriteOutMp3DirectoryLocations();
+}
+
+bool System::Live(std::string_view folder) {
+  if (!folder.empty() && !slow_drive_.empty()) {
+    slow_drive_.clear();
+    windows_.ShowCancelButton(false);
+    if (SearchProgress* const splash = windows_.LoadedSplash()) splash->SetStatus({});
+  }
+  if (SearchProgress* const splash = windows_.LoadedSplash()) splash->VisitFolder({});
+  return !tallow_.is_ending;
+}
+
+bool System::WaitsFor(std::string_view root) {
+  if (slow_drive_ != root) {
+    tallow_.SearchCancelled = false;
+    slow_drive_ = root;
+    if (SearchProgress* const splash = windows_.LoadedSplash())
+      splash->SetStatus(WaitingLine(root));
+    windows_.ShowCancelButton(true);
+  }
+  // A cancel is for this drive alone.
+  return !std::exchange(tallow_.SearchCancelled, false);
+}
+
+FileLook System::LookAt(const std::string& path) {
+  const FileLook look = tallow_.library.LookAt(
+      path, [this](std::string_view folder) { return Live(folder); },
+      [this](std::string_view root) { return WaitsFor(root); });
+  Live(path);
+  return look;
+}
+
+FilingProgress System::WhileFiling() {
+  return [this, begun = std::chrono::steady_clock::now()](std::size_t filed, std::size_t songs) {
+    SearchProgress* const splash = windows_.LoadedSplash();
+    if (splash == nullptr) return true;
+    if (!shows_filing_ && std::chrono::steady_clock::now() - begun >= kShowFilingAfter) {
+      shows_filing_ = true;
+      tallow_.SearchCancelled = false;
+      splash->SetStatus(kFilingSongs);
+      windows_.ShowFoundLine(true);
+      windows_.ShowCancelButton(true);
+    }
+    if (shows_filing_) splash->SetFound(FilingLine(filed, songs));
+    splash->VisitFolder({});
+    filing_was_cancelled_ = shows_filing_ && tallow_.SearchCancelled;
+    return !filing_was_cancelled_;
+  };
+}
+
+void System::EndFiling() {
+  if (std::exchange(shows_filing_, false)) {
+    windows_.ShowCancelButton(false);
+    windows_.ShowFoundLine(false);
+  }
+  if (!std::exchange(filing_was_cancelled_, false)) return;
+  tallow_.SearchCancelled = false;
+  tallow_.filing_is_pending = true;
+  notices_.push_back(FilingCancelledLine() + ".");
 }
 
 void System::SearchForSongs() {
@@ -374,7 +453,10 @@ void System::SearchForSongs() {
   if (rebuild_) {
     // Songs that the damaged file still shows keep their numbers and ranks.
     library.Salvage(is_set_aside_);
-    library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse(
+        [this](std::string_view folder) { return Live(folder); },
+        [this](std::string_view root) { return WaitsFor(root); });
+    windows_.ShowCancelButton(true);
     old_count = library.UBoundOfMp3Array();
   }
   was_cancelled_ = !tallow_.search_all_drives(nullptr);
@@ -402,11 +484,12 @@ void System::OpenFirstJukebox() {
       if (!OpenLastJukebox(jukebox))
         BuildInitialJukebox(
             tallow_.library, jukebox, windows_.OpenJukeboxes(),
-            [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags);
+            [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags, WhileFiling());
     } catch (const FilingError& error) {
       notices_.insert(notices_.end(), error.problems().begin(), error.problems().end());
     }
   }
+  EndFiling();
   // What the user has just asked for is in front.
   if (last_recovered != nullptr && !is_open) windows_.ShowJukebox(*last_recovered);
   tallow_.found_tags.Clear();
@@ -416,6 +499,8 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
   const AskQuestion ask = [this](const std::string& text) { return windows_.AskUnlessLeft(text); };
   std::vector<std::string> problems;
   std::vector<std::string> recovered;
+  // The windows live while a jukebox is filed, and nobody is to use them yet.
+  std::vector<Jukebox*> to_show;
   for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
     // The program ended between saving and taking this away.
     if (UnsavedJukeboxes::IsSaved(unsaved, tallow_.library)) {
@@ -444,14 +529,16 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
     jukebox.Tag(std::to_string(windows_.OpenJukeboxes().size()));
     try {
       FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), tallow_.library,
-                           windows_.OpenJukeboxes(), &tallow_.found_tags);
+                           windows_.OpenJukeboxes(), &tallow_.found_tags, WhileFiling());
     } catch (const FilingError& error) {
       notices_.insert(notices_.end(), error.problems().begin(), error.problems().end());
     }
-    windows_.ShowJukebox(jukebox);
+    EndFiling();
     last = &jukebox;
+    to_show.push_back(last);
     recovered.push_back(unsaved.file);
   }
+  for (Jukebox* const jukebox : to_show) windows_.ShowJukebox(*jukebox);
   notices_.insert(notices_.end(), problems.begin(), problems.end());
   return recovered;
 }
@@ -459,7 +546,10 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
 bool System::OpenLastJukebox(Jukebox& jukebox) {
   const std::string& path = tallow_.settings.LocOfLastSavedJukeBox();
   if (path.empty()) return false;
-  if (const std::string root = tallow_.library.AwayRootOf(path); IsGone(path) && !root.empty()) {
+  LookAt(path);
+  std::string root = tallow_.library.Unanswered()->RootOf(path);
+  if (root.empty() && IsGone(path)) root = tallow_.library.AwayRootOf(path);
+  if (!root.empty()) {
     notices_.push_back(path + " is on a drive that is away: " + root +
                        ". So this is the sample jukebox.");
     return false;
@@ -479,7 +569,7 @@ bool System::OpenLastJukebox(Jukebox& jukebox) {
               return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
             },
             [this](const std::string& text) { return windows_.AskUnlessLeft(text); },
-            &tallow_.found_tags)) {
+            &tallow_.found_tags, WhileFiling())) {
       windows_.Tell(jukebox.FileProblem() +
                     "\n\nTallow goes on with the sample jukebox. The file stays as it is.");
       return false;
@@ -495,7 +585,8 @@ bool System::OpenLastJukebox(Jukebox& jukebox) {
 
 void System::DropVanishedPlayer() {
   clsINI& settings = tallow_.settings;
-  if (!FileExists(settings.LocOfWinAmpExe())) {
+  const std::string path = settings.LocOfWinAmpExe();
+  if (!tallow_.library.Unanswered()->Covers(path) && !FileExists(path)) {
     settings.LocOfWinAmpExe({});
     tallow_.SaveSettings();
   }

@@ -13,7 +13,10 @@
 #include "app/search/player_search.h"
 #include "app/search/search_progress.h"
 #include "app/tallow.h"
+#include "jukebox/sorting.h"
+#include "library/folder_scan.h"
 #include "library/library_check.h"
+#include "util/file_system.h"
 
 namespace tallow {
 
@@ -107,6 +110,11 @@ class System {
   /// \returns the files of those that were recovered
   std::vector<std::string> RecoverUnsaved(Jukebox*& last);
   void DropVanishedPlayer();
+  FilingProgress WhileFiling();
+  void EndFiling();
+  bool Live(std::string_view folder);
+  bool WaitsFor(std::string_view root);
+  FileLook LookAt(const std::string& path);
   void Notice(const ScanReport& report);
 
   Tallow& tallow_;
@@ -114,8 +122,11 @@ class System {
   StartUpWindows& windows_;
   std::function<std::string()> nearby_;
   bool settings_are_new_ = false;
-  bool is_starting_ = true;           ///< notices wait for the windows
-  bool was_cancelled_ = false;        ///< the search for songs
+  bool is_starting_ = true;     ///< notices wait for the windows
+  bool was_cancelled_ = false;  ///< the search for songs
+  std::string slow_drive_;      ///< is said to be waited for
+  bool shows_filing_ = false;   ///< it takes a while
+  bool filing_was_cancelled_ = false;
   std::vector<std::string> notices_;  ///< to be said once the windows are there
   bool rebuild_ = false;  ///< the user wants what the library file still shows, and a new search
   bool is_set_aside_ = false;    ///< the damaged library is kept under another name already

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "jukebox/folder_tree.h"
+#include "library/folder_scan.h"
 #include "library/scan_report.h"
 
 namespace tallow {
@@ -31,6 +32,8 @@ struct TakenFiles {
 /// songs are among those that are looked into from then on. The library is saved once.
 ///
 /// \param paths of files, and of folders, of which the MP3 files directly in them are taken
-TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library);
+/// \param go_on is told each file before it is taken, and says whether to go on; what was taken until then
+///              is kept. May be empty
+TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on = {});
 
 }  // namespace tallow

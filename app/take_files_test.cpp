@@ -70,11 +70,10 @@ TEST_F(TakingFiles, OfAFolderItsFilesAreTaken) {
 TEST_F(TakingFiles, WhatIsLeftOutIsSaid) {
   const std::string partial = music.File("Incomplete/a.mp3");
   const TakenFiles taken = Take({music.File("a.wav"), music / "gone.mp3", partial});
-  EXPECT_EQ(
-      taken.problems,
-      (Texts{music / "a.wav" + " is no MP3 file and was left out.",
-             music / "gone.mp3" + " cannot be found and was left out.",
-             partial + " lies in a folder of unfinished or deleted files and was left out."}));
+  EXPECT_EQ(taken.problems, (Texts{music / "a.wav" + " is no MP3 file and was left out.",
+                                   music / "gone.mp3" + " cannot be found and was left out.",
+                                   partial + " lies in a folder of unfinished or deleted files, or "
+                                             "in a snapshot, and was left out."}));
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
 }
 

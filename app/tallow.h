@@ -67,6 +67,8 @@ class Tallow {
   /// The user has cancelled the player search at start-up: it is made up for when a song is to be
   /// played.
   bool player_search_is_pending = false;
+  /// The user has cancelled a filing: bringing in new songs makes up for it.
+  bool filing_is_pending = false;
   /// Set by the Cancel button, cleared by the search that stops because of it. A click that comes
   /// after the last drive stays set and stops the next search at its first drive.
   bool SearchCancelled = false;

@@ -7,6 +7,7 @@
 #include "app/search/player_search.h"
 #include "app/tallow.h"
 #include "jukebox/folder_tree.h"
+#include "library/folder_scan.h"
 #include "util/file_system.h"
 
 namespace tallow {
@@ -62,18 +63,48 @@ void PlayCommands::Play(std::vector<std::int32_t> songs) {
 }
 
 std::string PlayCommands::LeaveOutAway(std::vector<std::int32_t>& songs) {
-  clsMain& library = tallow_.library;
-  // Its drive may have gone since the last search.
-  library.MarkAwaySongs(songs);
+  const clsMain& library = tallow_.library;
+  std::vector<char> is_there;
+  if (!LookForSongs(songs, is_there)) {
+    songs.clear();
+    return "Nothing was played: the search for the songs was cancelled";
+  }
   std::string first;
+  std::size_t k = 0;
   const auto left_out = std::erase_if(songs, [&](std::int32_t song) {
-    if (!library.IsAway(song) || library.LookAgain(song)) return false;
+    if (is_there[k++]) return false;
     if (first.empty()) first = library.AwayText(song);
     return true;
   });
   if (left_out == 0) return {};
   if (left_out == 1) return "1 song was not played: " + first;
   return std::to_string(left_out) + " songs were not played. The first: " + first;
+}
+
+bool PlayCommands::LookForSongs(const std::vector<std::int32_t>& songs,
+                                std::vector<char>& is_there) {
+  clsMain& library = tallow_.library;
+  is_there.assign(songs.size(), 1);
+  const std::unique_ptr<LongWork> work = windows_.BeginWork(kLookingForSongs);
+  GoOn go_on;
+  if (work) go_on = [&](std::string_view) { return work->GoOn([] { return std::string(); }); };
+  try {
+    library.LookWhileLiving(go_on, [&] {
+      // Its drive may have gone since the last search.
+      library.MarkAwaySongs(songs);
+      std::vector<std::int32_t> away;
+      for (const std::int32_t song : songs)
+        if (library.IsAway(song)) away.push_back(song);
+      const std::vector<char> back = library.LookAgain(away);
+      std::size_t next = 0;
+      // A song that is there several times may be back since it was listed.
+      for (std::size_t k = 0; k < songs.size() && next < away.size(); ++k)
+        if (songs[k] == away[next]) is_there[k] = back[next++];
+    });
+  } catch (const Stopped&) {
+    return false;
+  }
+  return true;
 }
 
 std::vector<std::int32_t> SongsOf(const Folder& folder) {

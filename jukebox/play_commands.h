@@ -2,9 +2,12 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "app/long_work.h"
 #include "util/message.h"
 
 namespace tallow {
@@ -26,6 +29,8 @@ class PlayWindows {
   /// Shows the player panel and hands it the songs in SongsToPlay: a panel that has to be opened for
   /// this plays them as it opens.
   virtual void PlayOnPanel() = 0;
+  /// Begins work that may take long, see LongWork; null where nobody is to see it.
+  virtual std::unique_ptr<LongWork> BeginWork(std::string_view /*text*/) { return nullptr; }
   /// Starts a program in a normal window.
   virtual bool Start(const std::string& program) = 0;
 };
@@ -49,6 +54,7 @@ class PlayCommands {
   void SearchForPlayer();
   void OfferInstaller();
   std::string LeaveOutAway(std::vector<std::int32_t>& songs);
+  bool LookForSongs(const std::vector<std::int32_t>& songs, std::vector<char>& is_there);
 
   Tallow& tallow_;
   PlayWindows& windows_;

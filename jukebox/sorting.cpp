@@ -8,6 +8,7 @@
 #include "jukebox/category_index.h"
 #include "jukebox/jukebox.h"
 #include "library/cls_main.h"
+#include "library/folder_scan.h"
 #include "library/mp3_tag_editor.h"
 #include "library/tag_cache.h"
 #include "util/number.h"
@@ -36,12 +37,18 @@ std::string PathOf(const clsMain& library, std::int32_t row) {
   return std::string(library.Mp3Info(kFileLocation, row)).append(library.Mp3Info(kFileName, row));
 }
 
-TagBlock TagOf(const clsMain& library, std::int32_t row, const TagCache* found_tags) {
+/// A question for the tag of a song.
+struct TagQuestion {
+  std::optional<TagBlock> known;
+  std::string path;
+};
+
+TagQuestion TagQuestionOf(const clsMain& library, std::int32_t row, const TagCache* found_tags) {
   if (found_tags != nullptr)
     if (const auto found =
             found_tags->Find(library.Mp3Info(kFileLocation, row), library.Mp3Info(kFileName, row)))
-      return *found;
-  return ReadTagBlock(PathOf(library, row));
+      return {found, {}};
+  return {std::nullopt, PathOf(library, row)};
 }
 
 /// The entry of a song as it is added: its record number, and its rank as the picture.
@@ -116,38 +123,67 @@ class Filing {
   std::optional<CategoryIndex> year_;
 };
 
-/// Files the songs that one jukebox does not have yet; returns false when the library has no songs
-/// at all.
-bool FillJukebox(int mode, Jukebox& jukebox, const clsMain& library, const TagCache* found_tags,
-                 const std::function<void()>& filed, std::vector<std::string>& problems) {
+/// What filing into one jukebox has come to.
+enum class Filed {
+  kAll,
+  kNoSongs,  ///< the library has none at all
+  kEnded,    ///< before the last song
+};
+
+/// Files the songs that one jukebox does not have yet.
+Filed FillJukebox(int mode, Jukebox& jukebox, clsMain& library, const TagCache* found_tags,
+                  const FilingProgress& progress, std::vector<std::string>& problems) {
   FolderTree& tree = jukebox.Nodes();
   Folder* const all_songs = tree.Find(kAllSongs);
   jukebox.IsFormDirty(true);
   std::vector<std::int32_t> rows;
+  // A song enters all its folders at once, so that the filing can end behind any of them.
+  std::vector<Folder*> for_all;
   if (all_songs != nullptr) {
     std::vector<char> flags;
     MarkSongsToFile(*all_songs, library, flags, problems);
-    if (flags.empty()) return false;
+    if (flags.empty()) return Filed::kNoSongs;
     for (std::size_t k = 0; k < flags.size(); ++k)
       if (flags[k]) rows.push_back(static_cast<std::int32_t>(k + 1));
-    const auto add = [&](Folder& folder) {
-      folder.Items().reserve(folder.Items().size() + rows.size());
-      for (const std::int32_t row : rows) folder.Items().push_back(EntryOf(library, row));
-    };
-    add(*all_songs);
+    for_all.push_back(all_songs);
     Folder* const latest = tree.Find("New");
-    if (mode != kFillAllButNew && latest != nullptr) add(*latest);
+    if (mode != kFillAllButNew && latest != nullptr) for_all.push_back(latest);
   }
+  for (Folder* const folder : for_all)
+    folder->Items().reserve(folder->Items().size() + rows.size());
   Filing filing(jukebox, library, problems);
-  ReadAhead(
-      rows.size(), kTagsAtOnce, [&](std::size_t k) { return TagOf(library, rows[k], found_tags); },
-      [&](std::size_t k, const TagBlock& block) {
-        filing.File(rows[k], block);
-        if (filed) filed();
-      },
-      filed);
+  std::size_t filed = 0;
+  GoOn go_on;
+  if (progress) go_on = [&](std::string_view) { return progress(filed, rows.size()); };
+  // No value for a song whose drive does not answer.
+  using Tag = std::optional<TagBlock>;
+  Filed result = Filed::kAll;
+  try {
+    ReadAhead(
+        rows.size(), kTagsAtOnce,
+        [&](std::size_t k) { return TagQuestionOf(library, rows[k], found_tags); },
+        [unanswered = library.Unanswered()](const TagQuestion& question) -> Tag {
+          if (question.known) return question.known;
+          if (unanswered->Covers(question.path)) return std::nullopt;
+          return ReadTagBlock(question.path);
+        },
+        [&](std::size_t k, const Tag& tag) {
+          if (tag) {
+            for (Folder* const folder : for_all)
+              folder->Items().push_back(EntryOf(library, rows[k]));
+            filing.File(rows[k], *tag);
+            ++filed;
+          }
+          if (go_on && !go_on({})) throw Stopped();
+        },
+        go_on ? library.WaitingFor([&](std::size_t k) { return PathOf(library, rows[k]); }, go_on)
+              : WhileWaiting(),
+        [](std::size_t) { return Tag(); });
+  } catch (const Stopped&) {
+    result = Filed::kEnded;
+  }
   jukebox.ListRefilled(library);
-  return true;
+  return result;
 }
 
 }  // namespace
@@ -155,19 +191,31 @@ bool FillJukebox(int mode, Jukebox& jukebox, const clsMain& library, const TagCa
 FilingError::FilingError(std::vector<std::string> problems)
     : std::runtime_error(problems.front()), problems_(std::move(problems)) {}
 
-void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
+std::string FilingLine(std::size_t filed, std::size_t songs) {
+  return "Filed " + std::to_string(filed) + " of " + std::to_string(songs) + " songs";
+}
+
+std::string FilingCancelledLine() {
+  return "The filing was cancelled; the other songs are filed when the jukebox is opened the next "
+         "time";
+}
+
+bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
                           std::span<Jukebox* const> windows, const TagCache* found_tags,
-                          const std::function<void()>& filed) {
+                          const FilingProgress& progress) {
   if (!skip_sort) {
     bool sorted = false;
     library.Sort(true, false, kRecordNumber, sorted);
   }
   std::vector<std::string> problems;
+  Filed filed = Filed::kAll;
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
     if (!caption.empty() && (*window)->Caption() != caption) continue;
-    if (!FillJukebox(mode, **window, library, found_tags, filed, problems)) break;
+    filed = FillJukebox(mode, **window, library, found_tags, progress, problems);
+    if (filed != Filed::kAll) break;
   }
   if (!problems.empty()) throw FilingError(std::move(problems));
+  return filed != Filed::kEnded;
 }
 
 void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<char>& flags,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -28,6 +29,15 @@ class FilingError : public std::runtime_error {
   std::vector<std::string> problems_;
 };
 
+/// Is told how many of the songs to be filed have been, again and again, and says whether to go on.
+using FilingProgress = std::function<bool(std::size_t filed, std::size_t songs)>;
+
+/// "Filed 12 of 50 songs".
+std::string FilingLine(std::size_t filed, std::size_t songs);
+
+/// What is said of songs that were not filed because the user did not want to wait: "The filing was cancelled . . ."
+std::string FilingCancelledLine();
+
 /// Which folders FillAutomaticFolders fills beside the others.
 enum FillMode : int {
   kFillAllButNew = 1,  ///< leaves "New" as it is
@@ -49,13 +59,16 @@ enum FillMode : int {
 /// \param windows   the open jukeboxes, in the order they were opened; the last is visited first
 /// \param found_tags tags that are known already, sealed; null for none. The others are read from
 ///         the files
-/// \param filed     is called after each song, and while one is waited for; may be empty
+/// \param progress  is called after each song, and while one is waited for; may be empty. A song that is not
+///                  filed when it ends the filing is in no folder, so the next filing takes it, as it does
+///                  with songs of a drive that does not answer
+/// \returns false when `progress` ended the filing
 /// \throws FilingError after all songs are filed: songs whose tag has a year that is no number
 ///         (they lie in no year and no decade folder), entries of "All Songs" whose number the
 ///         library has not
-void FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
+bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
                           std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr,
-                          const std::function<void()>& filed = {});
+                          const FilingProgress& progress = {});
 
 /// Marks the songs to be filed: those that are there, not missing and not away, whose number no entry of a folder has.
 ///

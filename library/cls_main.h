@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -11,6 +12,7 @@
 #include <vector>
 
 #include "library/duplicate_removal.h"
+#include "library/folder_scan.h"
 #include "library/known_drives.h"
 #include "library/library_companion.h"
 #include "library/library_file.h"
@@ -20,8 +22,10 @@
 #include "library/scan_report.h"
 #include "library/song_table.h"
 #include "library/state_file.h"
+#include "library/unanswered_places.h"
 #include "library/unread_folders.h"
 #include "util/file_system.h"
+#include "util/patience.h"
 
 namespace tallow {
 
@@ -83,8 +87,9 @@ class clsMain {
   /// \param go_on is told each folder that has been looked at (an empty text while one is waited for), and says
   /// whether to look at more; may be empty. The
   ///        songs of folders that were not looked at stay as they are
-  void CheckToSeeIfFilesAreMissingAndMakeFalse(
-      const std::function<bool(std::string_view folder)>& go_on = {});
+  /// \param wait  see WaitForDrive; without it a drive is given up after half a minute
+  void CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on = {},
+                                               const WaitForDrive& wait = {});
 
   /// Adds every MP3 file of the remembered folders that is not known as present as a new song of rank
   /// "2", then takes the copies of known songs out again. With no library yet, searches all drives instead.
@@ -94,9 +99,10 @@ class clsMain {
   ///
   /// \param go_on is told each folder that has been looked at (an empty text while one is waited for), and says
   /// whether to look at more; may be empty
+  /// \param wait  see WaitForDrive
   /// \returns always false
-  bool AddAnyAdditionalMp3FromTheNormalDirectories(
-      const std::function<bool(std::string_view folder)>& go_on = {});
+  bool AddAnyAdditionalMp3FromTheNormalDirectories(const GoOn& go_on = {},
+                                                   const WaitForDrive& wait = {});
 
   /// Removes every added song whose name a song with a lower record number has (see RemoveDuplicates),
   /// sorts by record number, and when rows were added, numbers the added ones by their row, gives those
@@ -212,12 +218,34 @@ class clsMain {
   ///
   /// \returns whether it is; its row is no longer away then
   bool LookAgain(std::int32_t record);
+  /// LookAgain for each of some songs. Of a folder in which nobody can tell one song, the others are not
+  /// asked for.
+  /// \returns for each whether it is there
+  std::vector<char> LookAgain(const std::vector<std::int32_t>& records);
   /// LookAgain, which also finds out whether the song is away, and blanks its row where it is missing.
   bool CheckSong(std::int32_t record);
   /// Where the first of some songs is found to be away, finds out of each of them whether it is.
   void MarkAwaySongs(const std::vector<std::int32_t>& records);
   /// The root of a drive that is away on which a path lies; empty for none.
   std::string AwayRootOf(std::string_view path) const;
+
+  /// What ReadAhead does while files are waited for: it lets the windows live, and gives drives up that do
+  /// not answer; their files are not asked for (see Unanswered) until the next scan.
+  ///
+  /// \param path_of the path of the file or folder of a question
+  /// \param go_on   throws Stopped out of ReadAhead where it returns false; may be empty
+  /// \param wait    see WaitForDrive; may be empty
+  WhileWaiting WaitingFor(std::function<std::string(std::size_t)> path_of, GoOn go_on,
+                          WaitForDrive wait = {});
+  /// Runs something that looks at songs. Drives that were given up before are asked again.
+  ///
+  /// \param go_on see WaitingFor; Stopped comes out of this call
+  void LookWhileLiving(const GoOn& go_on, const std::function<void()>& act);
+  /// Looks at a file of whatever kind, which may lie on a drive that does not answer: then it is unknown, and
+  /// Unanswered() covers it.
+  FileLook LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait);
+  /// The drives that were given up since the last scan began.
+  std::shared_ptr<const UnansweredPlaces> Unanswered() const { return unanswered_; }
 
   /// The places that songs are away with, each with how many of them, in the order of the places.
   std::vector<AwayPlace> AwayPlaces() const;
@@ -268,7 +296,7 @@ class clsMain {
   /// Writes the companion of the library file as it lies on the disk; a failure is not reported.
   void SaveFacts();
   /// Makes the library file as it was loaded the good one, whatever the companion's checksums say. What
-  /// the companion of the other one knew is kept with ".bak" behind its name.
+  /// the companion of the other one knew is kept with ".damaged" behind its name.
   void TrustLibrary();
 
   /// Why files that the library remembers things in could not be read or written, since the last call.
@@ -286,8 +314,24 @@ class clsMain {
  private:
   class KnownSongs;
   struct FolderRows;
-  struct FolderFindings;
   class PresenceCheck;
+  class Asking;
+
+  void CheckPresence();
+  void AddFromRememberedFolders();
+  // Looks that give up a drive that does not answer.
+  template <typename Answer>
+  Answer Ask(const std::string& path, Answer (*ask)(const std::string&), const Answer& unanswered);
+  template <typename Answer>
+  Answer AskBeside(const std::string& path, Answer (*ask)(const std::string&),
+                   const Answer& unanswered);
+  FileLook Look(const std::string& path);
+  FolderState StateOf(const std::string& folder);
+  std::vector<std::optional<FolderState>> StatesOf(const std::vector<std::string>& folders);
+  WhileWaiting WaitingFor(std::function<std::string(std::size_t)> path_of);
+  /// Whether looking into a folder would take long and tell nothing.
+  bool IsNotAsked(std::string_view folder) const;
+  std::uint32_t UnaskedReason(std::string_view folder);
 
   /// The folders of the folder list, each ending in a separator.
   std::vector<std::string> RememberedFolders();
@@ -308,11 +352,17 @@ class clsMain {
   void LoadWhatWasSaved();
   void LoadFacts(std::uint64_t checksum);
   std::string CompanionPath() const;
+  bool ReadCompanionAgain();
+  void TakeFactsOfBackup();
   void WriteCompanion(const CompanionHeader& header);
 
   void LookAtDrives();
   void LoadDrives();
   bool MarkIfAway(std::int32_t record);
+  bool MarkIfAway(std::int32_t record, const FileLook& look);
+  FileLook LookAtSong(std::int32_t record);
+  class FolderMemory;
+  void Live();
   void LoadMemory();
   bool CanRemember();
   void DropUntrueMemories();
@@ -320,6 +370,10 @@ class clsMain {
   void BlankRow(std::int32_t row);
   std::uint32_t AwayReason(bool drive, std::string_view place, std::string_view problem);
   void LeaveOutRespelled(std::int32_t old_count);
+  /// Whether the song of a row lies in a folder that searches take no songs from.
+  bool IsInExcludedFolder(std::int32_t row) const;
+  /// A song of such a folder that is found elsewhere lies there from now on, with its rank and its places.
+  void MoveOutOfExcludedFolders(std::int32_t old_count);
   void LeaveOutCopiesOfAwaySongs(std::int32_t old_count);
   std::vector<char> RowsThatCount() const;
   bool IsOnAwayDrive(std::int32_t row) const;
@@ -332,6 +386,9 @@ class clsMain {
   std::function<void()> search_all_drives_;
   SongTable table_;
   LookAtVolumes look_at_volumes_;
+  GoOn go_on_;                   ///< of the scan that runs
+  WaitForDrive wait_for_drive_;  ///< of the scan that runs
+  std::shared_ptr<UnansweredPlaces> unanswered_ = std::make_shared<UnansweredPlaces>();
   KnownDrives drives_;
   MissingSongs missing_;
   RepairedNumbers repaired_;

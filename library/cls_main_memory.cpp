@@ -2,10 +2,13 @@
 // What the library remembers beside the songs: drives, missing songs, repaired numbers, facts.
 #include <algorithm>
 #include <map>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
 #include "library/cls_main.h"
+#include "library/folder_scan.h"
+#include "library/library_check.h"
 #include "util/atomic_file.h"
 #include "util/errors.h"
 #include "util/number.h"
@@ -17,11 +20,6 @@ void clsMain::UseDrives(LookAtVolumes look, std::vector<std::string> given) {
   look_at_volumes_ = std::move(look);
   drives_ = KnownDrives(std::move(given));
   drives_are_loaded_ = false;
-}
-
-void clsMain::LookAtDrives() {
-  if (look_at_volumes_) drives_.LookAtDrives(look_at_volumes_);
-  drives_were_looked_at_ = true;
 }
 
 std::string clsMain::AwayRootOf(std::string_view path) const { return drives_.AwayRootOf(path); }
@@ -51,6 +49,8 @@ void clsMain::LoadMemory() {
 
 bool clsMain::CanRemember() {
   LoadMemory();
+  // Without its size a song is not known again.
+  if (!ReadCompanionAgain()) return false;
   if (!missing_file_.IsUnreadable()) return true;
   // It may be readable by now. What is the matter with it has been said.
   std::vector<std::string> said;
@@ -136,19 +136,59 @@ std::string clsMain::AwayText(std::int32_t record) const {
                       : name + "'s folder cannot be read: " + reason.problem;
 }
 
-bool clsMain::LookAgain(std::int32_t record) {
-  if (!IsPresent(record)) return false;
-  const FileLook look = LookAtFile(
+/// What the looks at songs have shown of their folders: one in which nobody can tell a song is not asked for
+/// the others.
+class clsMain::FolderMemory {
+ public:
+  explicit FolderMemory(clsMain& library) : library_(library) {}
+
+  FileLook LookAt(std::int32_t record) {
+    library_.Live();
+    const std::string_view folder = library_.table_.Cell(kFileLocation, record);
+    if (const auto known = unknown_.find(folder); known != unknown_.end()) return known->second;
+    FileLook look = library_.LookAtSong(record);
+    if (look.presence == FilePresence::kUnknown) unknown_.emplace(folder, look);
+    return look;
+  }
+
+ private:
+  clsMain& library_;
+  std::unordered_map<std::string_view, FileLook> unknown_;
+};
+
+void clsMain::Live() {
+  if (go_on_ && !go_on_({})) throw Stopped();
+}
+
+FileLook clsMain::LookAtSong(std::int32_t record) {
+  return Look(
       std::string(table_.Cell(kFileLocation, record)).append(table_.Cell(kFileName, record)));
-  if (look.presence != FilePresence::kThere) return false;
+}
+
+bool clsMain::LookAgain(std::int32_t record) {
+  if (!IsPresent(record) || LookAtSong(record).presence != FilePresence::kThere) return false;
   table_.Facts(record).away = 0;
   return true;
 }
 
+std::vector<char> clsMain::LookAgain(const std::vector<std::int32_t>& records) {
+  FolderMemory folders(*this);
+  std::vector<char> there(records.size());
+  for (std::size_t k = 0; k < records.size(); ++k) {
+    if (!IsPresent(records[k]) || folders.LookAt(records[k]).presence != FilePresence::kThere)
+      continue;
+    table_.Facts(records[k]).away = 0;
+    there[k] = 1;
+  }
+  return there;
+}
+
 bool clsMain::MarkIfAway(std::int32_t record) {
-  if (!IsPresent(record)) return false;
+  return IsPresent(record) && MarkIfAway(record, LookAtSong(record));
+}
+
+bool clsMain::MarkIfAway(std::int32_t record, const FileLook& look) {
   const std::string folder(table_.Cell(kFileLocation, record));
-  const FileLook look = LookAtFile(folder + std::string(table_.Cell(kFileName, record)));
   std::uint32_t& away = table_.Facts(record).away;
   if (look.presence == FilePresence::kThere) {
     away = 0;
@@ -158,7 +198,8 @@ bool clsMain::MarkIfAway(std::int32_t record) {
   if (verdict.verdict == KnownDrives::Verdict::kAway)
     away = AwayReason(true, verdict.away_root, {});
   else if (look.presence == FilePresence::kUnknown)
-    away = AwayReason(false, folder, look.problem);
+    away = unanswered_->Covers(folder) ? UnaskedReason(folder)
+                                       : AwayReason(false, folder, look.problem);
   return away != 0;
 }
 
@@ -177,7 +218,9 @@ void clsMain::MarkAwaySongs(const std::vector<std::int32_t>& records) {
   if (records.empty() || IsAway(records.front()) || LookAgain(records.front())) return;
   LookAtDrives();
   if (!MarkIfAway(records.front())) return;
-  for (const std::int32_t record : records) MarkIfAway(record);
+  FolderMemory folders(*this);
+  for (const std::int32_t record : records)
+    if (IsPresent(record)) MarkIfAway(record, folders.LookAt(record));
 }
 
 std::vector<AwayPlace> clsMain::AwayPlaces() const {
@@ -200,11 +243,16 @@ std::vector<AwayPlace> clsMain::AwayPlaces() const {
 
 std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
   BeginScan(ScanKind::kFiles);
+  std::vector<std::int32_t> rows;
+  for (std::int32_t row = 1; row <= table_.rows(); ++row)
+    if (table_.Facts(row).away != 0 && reasons_[table_.Facts(row).away - 1].place == place)
+      rows.push_back(row);
+  // One that is back meanwhile is not forgotten.
+  const std::vector<char> is_back = LookAgain(rows);
   std::unordered_set<std::string> forgotten;
-  for (std::int32_t row = 1; row <= table_.rows(); ++row) {
-    const std::uint32_t away = table_.Facts(row).away;
-    // One that is back meanwhile is not forgotten.
-    if (away == 0 || reasons_[away - 1].place != place || LookAgain(row)) continue;
+  for (std::size_t k = 0; k < rows.size(); ++k) {
+    if (is_back[k]) continue;
+    const std::int32_t row = rows[k];
     forgotten.insert(
         std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
     BlankRow(row);
@@ -214,7 +262,7 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
   std::int32_t old_count = table_.rows();
   for (const LeftOutFile& file : left_out_) {
     if (!forgotten.contains(file.stands_for_it)) continue;
-    const FileLook look = LookAtFile(file.path);
+    const FileLook look = Look(file.path);
     if (look.presence == FilePresence::kThere)
       AddSong(FolderOfPath(file.path), NameOfPath(file.path), static_cast<std::int64_t>(look.size));
   }
@@ -231,6 +279,7 @@ void clsMain::BeginScan(ScanKind kind) {
   scan_.kind = kind;
   rows_before_scan_ = table_.rows();
   drives_were_looked_at_ = false;
+  unanswered_->Clear();
 }
 
 void clsMain::LeaveOut(const std::string& path, std::int32_t record) {
@@ -303,6 +352,7 @@ void clsMain::LoadFacts(std::uint64_t checksum) {
     if (const auto header = DecodeCompanion(*bytes, checksum, table_)) {
       companion_ = *header;
       companion_.library = checksum;
+      TakeFactsOfBackup();
     } else if (!HeaderOfCompanion(*bytes)) {
       KeepReplaced(path);
       problems_.push_back(path + " is damaged. It is kept with .bak behind its name.");
@@ -323,16 +373,38 @@ std::string clsMain::CompanionPath() const {
   return settings_.LocOfGroupingDir() + std::string(kCompanionFileName);
 }
 
+bool clsMain::ReadCompanionAgain() {
+  if (!companion_is_unread_) return true;
+  try {
+    const auto bytes = ReadWholeFile(CompanionPath(), kMostLibraryBytes);
+    if (bytes) DecodeCompanion(*bytes, companion_.library, table_);
+    companion_is_unread_ = false;
+  } catch (const FileError&) {
+    // Still the same.
+  }
+  return !companion_is_unread_;
+}
+
+void clsMain::TakeFactsOfBackup() {
+  const std::string backup = CompanionPath() + std::string(kBackupSuffix);
+  if (IsGone(backup)) return;
+  try {
+    const auto bytes = ReadWholeFile(backup, kMostLibraryBytes);
+    if (bytes) CompleteFacts(*bytes, table_);
+  } catch (const FileError&) {
+    // Nothing is lost that was known.
+  }
+}
+
 void clsMain::WriteCompanion(const CompanionHeader& header) {
   const std::string path = CompanionPath();
-  if (companion_is_unread_) {
-    // It may be readable by now; what it knows of the songs is not to be lost.
-    try {
-      const auto bytes = ReadWholeFile(path, kMostLibraryBytes);
-      if (bytes) DecodeCompanion(*bytes, companion_.library, table_);
-    } catch (const FileError&) {
-      MoveToBackup(path);
-    }
+  if (!ReadCompanionAgain()) {
+    // A disk that does not answer may do so later; a link leads to one. Anything else makes room.
+    const bool is_link = AbsolutePath(path) != AbsolutePath(settings_.LocOfGroupingDir() + ".") +
+                                                   kSeparator + std::string(kCompanionFileName);
+    if (is_link || LookAtFile(path).presence == FilePresence::kUnknown)
+      throw FileError(path, "cannot be read");
+    MoveToBackup(path);
     companion_is_unread_ = false;
   }
   WriteFileAtomically(path, EncodeCompanion(header, table_));
@@ -358,7 +430,7 @@ void clsMain::SaveFacts() {
 
 void clsMain::TrustLibrary() {
   try {
-    if (!companion_is_unread_) KeepReplaced(CompanionPath());
+    if (!companion_is_unread_) KeepReplaced(CompanionPath(), kSetAsideSuffix);
     SaveFacts();
   } catch (const FileError&) {
     // The next start asks once more.

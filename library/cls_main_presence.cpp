@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "library/cls_main.h"
+#include "library/excluded_folders.h"
 #include "library/folder_scan.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"
@@ -15,17 +16,55 @@
 namespace tallow {
 namespace {
 
-/// The part of a folder's path that is not there: up to the first folder that is not, or is empty.
-std::string PartNotThere(std::string_view folder) {
-  std::string place(folder);
-  for (;;) {
-    const std::string_view above =
-        FolderOfPath(std::string_view(place).substr(0, std::max<std::size_t>(place.size(), 1) - 1));
-    if (above.empty() || above.size() >= place.size()) return place;
-    const FolderState state = StateOfFolder(std::string(above));
-    if (state == FolderState::kHasEntries || state == FolderState::kUnreadable) return place;
-    place = above;
+/// A question to the disk: which songs of a folder are there.
+struct FolderQuestion {
+  std::string folder;
+  std::vector<std::string> names;
+};
+
+/// What a look at the songs of a folder has shown.
+struct FolderFindings {
+  std::vector<FilePresence> songs;
+  std::string problem;  ///< why songs are unknown
+};
+
+FolderFindings AllUnknown(std::size_t songs) {
+  return {std::vector<FilePresence>(songs, FilePresence::kUnknown), std::string(kDoesNotAnswer)};
+}
+
+/// Looks at each song of a folder. One listing answers for nearly all; what it does not show (a name
+/// stored in another letter case, for one) is asked for singly. Called from several threads.
+FolderFindings FindSongs(const FolderQuestion& songs) {
+  FolderFindings findings;
+  findings.songs.resize(songs.names.size(), FilePresence::kNotThere);
+  FolderListing listing;
+  const bool listed =
+      !songs.folder.empty() && songs.folder.back() == kSeparator && songs.names.size() > 1;
+  if (listed) listing = ListFolder(songs.folder, {.pattern = kSongPattern});
+  if (listed && listing.not_there) return findings;
+  findings.problem = listing.problem;
+  std::unordered_set<std::string_view> names(listing.files.size());
+  for (const FileEntry& file : listing.files) names.insert(file.name);
+  bool ask = true;
+  for (std::size_t k = 0; k < songs.names.size(); ++k) {
+    FilePresence& presence = findings.songs[k];
+    if (names.contains(songs.names[k])) {
+      presence = FilePresence::kThere;
+    } else if (ask) {
+      const FileLook look = LookAtFile(songs.folder + songs.names[k]);
+      presence = look.presence;
+      if (presence == FilePresence::kUnknown) findings.problem = look.problem;
+      // A folder that can be entered but not listed answers for each file, and one that was read to its end
+      // fails for single ones. Others are not asked once for each song.
+      ask = presence != FilePresence::kUnknown || (listing.opened && listing.problem.empty());
+    } else {
+      presence = FilePresence::kUnknown;
+    }
+    // What a folder that cannot be read whole does not show may be there.
+    if (presence == FilePresence::kNotThere && !listing.problem.empty())
+      presence = FilePresence::kUnknown;
   }
+  return findings;
 }
 
 }  // namespace
@@ -36,28 +75,27 @@ struct clsMain::FolderRows {
   std::vector<std::int32_t> rows;
 };
 
-/// What a look at the songs of a folder has shown.
-struct clsMain::FolderFindings {
-  std::vector<FilePresence> songs;
-  std::string problem;  ///< why songs are unknown
-};
-
 /// One run of CheckToSeeIfFilesAreMissingAndMakeFalse.
 class clsMain::PresenceCheck {
  public:
   explicit PresenceCheck(clsMain& library) : library_(library), table_(library.table_) {}
 
-  void Run(const GoOn& go_on) {
+  void Run() {
     ListFolders();
     bool complete = true;
     try {
       ReadAhead(
-          folders_.size(), kFoldersAtOnce, [&](std::size_t k) { return FindSongs(folders_[k]); },
-          [&](std::size_t k, FolderFindings findings) {
-            Judge(folders_[k], findings);
-            if (go_on && !go_on(folders_[k].folder)) throw Stopped();
+          folders_.size(), kFoldersAtOnce, [&](std::size_t k) { return QuestionOf(folders_[k]); },
+          [unanswered = library_.unanswered_](const FolderQuestion& songs) {
+            return unanswered->Covers(songs.folder) ? AllUnknown(songs.names.size())
+                                                    : FindSongs(songs);
           },
-          IdleCallback(go_on));
+          [&](std::size_t k, const FolderFindings& findings) {
+            Judge(folders_[k], findings);
+            if (library_.go_on_ && !library_.go_on_(folders_[k].folder)) throw Stopped();
+          },
+          library_.WaitingFor([&](std::size_t k) { return std::string(folders_[k].folder); }),
+          [&](std::size_t k) { return AllUnknown(folders_[k].rows.size()); });
     } catch (const Stopped&) {
       // The songs of the folders that were not looked at stay as they are.
       complete = false;
@@ -71,58 +109,44 @@ class clsMain::PresenceCheck {
  private:
   void ListFolders() {
     std::unordered_map<std::string_view, std::size_t> index;
-    const std::vector<KnownDrive>& drives = library_.drives_.Drives();
-    const bool behind_automounter = std::any_of(
-        drives.begin(), drives.end(), [](const KnownDrive& drive) { return drive.automounter; });
     for (std::int32_t row = 1; row <= table_.rows(); ++row) {
-      if (table_.Cell(kFileIsThere, row) != kPresent) {
+      // An earlier version has taken files for songs that hold no music.
+      if (table_.Cell(kFileIsThere, row) != kPresent || !MayBeSong(table_.Cell(kFileName, row))) {
         missing_.push_back(row);
         continue;
       }
       const std::string_view folder = table_.Cell(kFileLocation, row);
-      if (behind_automounter && library_.drives_.IsBehindAutomounter(folder)) {
-        table_.Facts(row).away = library_.AwayReason(true, library_.drives_.AwayRootOf(folder), {});
-        continue;
-      }
       const auto [at, added] = index.try_emplace(folder, folders_.size());
       if (added) folders_.push_back({folder, {}});
       folders_[at->second].rows.push_back(row);
     }
+    std::erase_if(folders_, [this](const FolderRows& songs) {
+      if (!library_.IsNotAsked(songs.folder)) return false;
+      const std::uint32_t reason = library_.UnaskedReason(songs.folder);
+      for (const std::int32_t row : songs.rows) table_.Facts(row).away = reason;
+      return true;
+    });
   }
 
-  /// Looks at each song of a folder. One listing answers for nearly all; what it does not show (a name
-  /// stored in another letter case, for one) is asked for singly. Called from several threads.
-  FolderFindings FindSongs(const FolderRows& songs) const {
-    FolderFindings findings;
-    findings.songs.resize(songs.rows.size(), FilePresence::kNotThere);
-    FolderListing listing;
-    const bool listed =
-        !songs.folder.empty() && songs.folder.back() == kSeparator && songs.rows.size() > 1;
-    if (listed) listing = ListFolder(std::string(songs.folder), {.pattern = kSongPattern});
-    if (listed && listing.not_there) return findings;
-    findings.problem = listing.problem;
-    std::unordered_set<std::string_view> names(listing.files.size());
-    for (const FileEntry& file : listing.files) names.insert(file.name);
-    bool ask = true;
-    for (std::size_t k = 0; k < songs.rows.size(); ++k) {
-      const std::string_view name = table_.Cell(kFileName, songs.rows[k]);
-      FilePresence& presence = findings.songs[k];
-      if (names.contains(name)) {
-        presence = FilePresence::kThere;
-      } else if (ask) {
-        const FileLook look = LookAtFile(std::string(songs.folder).append(name));
-        presence = look.presence;
-        if (presence == FilePresence::kUnknown) findings.problem = look.problem;
-        // A folder that can be entered but not listed answers for each file, others for none.
-        ask = presence != FilePresence::kUnknown || listing.opened;
-      } else {
-        presence = FilePresence::kUnknown;
-      }
-      // What a folder that cannot be read whole does not show may be there.
-      if (presence == FilePresence::kNotThere && !listing.problem.empty())
-        presence = FilePresence::kUnknown;
+  FolderQuestion QuestionOf(const FolderRows& songs) const {
+    FolderQuestion question{std::string(songs.folder), {}};
+    question.names.reserve(songs.rows.size());
+    for (const std::int32_t row : songs.rows)
+      question.names.emplace_back(table_.Cell(kFileName, row));
+    return question;
+  }
+
+  /// The part of a folder's path that is not there: up to the first folder that is not, or is empty.
+  std::string PartNotThere(std::string_view folder) {
+    std::string place(folder);
+    for (;;) {
+      const std::string_view above = FolderOfPath(
+          std::string_view(place).substr(0, std::max<std::size_t>(place.size(), 1) - 1));
+      if (above.empty() || above.size() >= place.size()) return place;
+      const FolderState state = library_.StateOf(std::string(above));
+      if (state == FolderState::kHasEntries || state == FolderState::kUnreadable) return place;
+      place = above;
     }
-    return findings;
   }
 
   void Judge(const FolderRows& songs, const FolderFindings& findings) {
@@ -132,7 +156,9 @@ class clsMain::PresenceCheck {
       table_.Facts(row).away = 0;
       if (findings.songs[k] == FilePresence::kNotThere) gone.push_back(row);
       if (findings.songs[k] == FilePresence::kUnknown)
-        table_.Facts(row).away = library_.AwayReason(false, songs.folder, findings.problem);
+        table_.Facts(row).away = library_.IsNotAsked(songs.folder)
+                                     ? library_.UnaskedReason(songs.folder)
+                                     : library_.AwayReason(false, songs.folder, findings.problem);
     }
     if (!gone.empty()) JudgeGone(songs.folder, gone);
     // Of a drive that is away the system may say anything.
@@ -158,7 +184,7 @@ class clsMain::PresenceCheck {
     if (verdict.verdict == KnownDrives::Verdict::kAway) {
       reason = library_.AwayReason(true, verdict.away_root, {});
     } else if (verdict.verdict == KnownDrives::Verdict::kUnremembered) {
-      const FolderState state = StateOfFolder(std::string(folder));
+      const FolderState state = library_.StateOf(std::string(folder));
       if (state != FolderState::kHasEntries)
         reason = library_.AwayReason(true, PartNotThere(folder), {});
     }
@@ -171,7 +197,7 @@ class clsMain::PresenceCheck {
 
   /// Whether a song's file is where its drive is shown now, or nobody can tell.
   bool IsAt(const std::string& place, std::int32_t row) {
-    const FileLook look = LookAtFile(place + std::string(table_.Cell(kFileName, row)));
+    const FileLook look = library_.Look(place + std::string(table_.Cell(kFileName, row)));
     if (look.presence == FilePresence::kNotThere) return false;
     if (look.presence == FilePresence::kUnknown)
       table_.Facts(row).away = library_.AwayReason(false, place, look.problem);
@@ -186,10 +212,8 @@ class clsMain::PresenceCheck {
   std::vector<std::pair<std::int32_t, std::string>> moved_;  ///< rows and their folders now
 };
 
-void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on) {
-  LoadMemory();
-  LookAtDrives();
-  PresenceCheck(*this).Run(go_on);
+void clsMain::CheckPresence() {
+  PresenceCheck(*this).Run();
   RecognizeLate();
 }
 

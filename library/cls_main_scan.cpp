@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "library/cls_main.h"
+#include "library/excluded_folders.h"
 #include "library/folder_scan.h"
 #include "util/atomic_file.h"
 #include "util/day.h"
@@ -45,8 +46,9 @@ void clsMain::BlankRow(std::int32_t row) {
   if (table_.Cell(kFileIsThere, row) == kPresent) {
     if (!CanRemember()) {
       // Its rank would be lost with the row.
-      table_.Facts(row).away = AwayReason(false, table_.Cell(kFileLocation, row),
-                                          missing_file_.path() + " cannot be read");
+      table_.Facts(row).away = AwayReason(
+          false, table_.Cell(kFileLocation, row),
+          (companion_is_unread_ ? CompanionPath() : missing_file_.path()) + " cannot be read");
       return;
     }
     missing_.Add({.number = NumericValue(table_.Cell(kRecordNumber, row)),
@@ -64,30 +66,33 @@ void clsMain::BlankRow(std::int32_t row) {
   table_.Facts(row).away = 0;
 }
 
-bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(const GoOn& go_on) {
+void clsMain::AddFromRememberedFolders() {
   std::int32_t old_count = UBoundOfMp3Array();
   if (settings_.NumerOfRecordsInTheMain() < 1) {
     search_all_drives_();
     TakeSearchedSongs(0);
-    return false;
+    return;
   }
   const std::vector<std::string> folders = RememberedFolders();
   // A file that is known and present would only be taken out again as the copy of itself.
   KnownSongs known(table_);
   try {
     ReadAhead(
-        folders.size(), kFoldersAtOnce,
-        [&](std::size_t k) { return ListFolder(folders[k], {.pattern = kSongPattern}); },
+        folders.size(), kFoldersAtOnce, [&](std::size_t k) { return folders[k]; },
+        [unanswered = unanswered_](const std::string& folder) {
+          return unanswered->Covers(folder) ? FolderListing()
+                                            : ListFolder(folder, {.pattern = kSongPattern});
+        },
         [&](std::size_t k, const FolderListing& listing) {
           AddMp3FilesOfOneFolder(folders[k], listing, known);
-          if (go_on && !go_on(folders[k])) throw Stopped();
+          if (go_on_ && !go_on_(folders[k])) throw Stopped();
         },
-        IdleCallback(go_on));
+        WaitingFor([&](std::size_t k) { return folders[k]; }),
+        [](std::size_t) { return FolderListing(); });
   } catch (const Stopped&) {
     // What was found until now is complete.
   }
   DeleteIdenticalFileNamesAndPaths(old_count);
-  return false;
 }
 
 std::vector<std::string> clsMain::RememberedFolders() {
@@ -116,7 +121,7 @@ std::vector<std::string> clsMain::RememberedFolders() {
                                                  : content->back() != kLineEnd.back());
   // The line "0" stands for the missing songs; in no other folder than a whole path are songs.
   const auto add = [&](std::string_view folder) {
-    if (IsAbsolutePath(folder) && !drives_.IsBehindAutomounter(folder))
+    if (IsAbsolutePath(folder) && !IsNotAsked(folder))
       folders.push_back(EnsureTrailingBackslash(folder));
   };
   if (content) {
@@ -144,12 +149,13 @@ std::vector<std::string> clsMain::RememberedFolders() {
 
 void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
                                      KnownSongs& known) {
-  if (listing.problem.empty())
-    ForgetUnread(folder);
-  else
+  if (!listing.problem.empty())
     RememberUnread(folder, false, listing.problem);
+  else if (listing.opened || listing.not_there)
+    ForgetUnread(folder);
   if (listing.files.empty()) return;
   KnownSongs::Rows& rows = known.OfFolder(folder);
+  const bool takes_new = !HoldsNoSongs(folder);
   for (const FileEntry& file : listing.files) {
     if (const auto found = rows.find(known.Key(file.name)); found != rows.end()) {
       // A file system that ignores case shows the name as it is spelled now.
@@ -157,6 +163,7 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
       table_.Facts(found->second).away = 0;
       continue;
     }
+    if (!takes_new || !MayBeSong(file.name)) continue;
     const std::int32_t row = AddSong(folder, file.name, kUnknownSize);
     // The table's own text outlives the listing.
     rows.emplace(known.Key(Mp3Info(kFileName, row)), row);
@@ -206,7 +213,7 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
         std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row));
     std::int64_t& size = table_.Facts(row).size;
     if (size == kUnknownSize) {
-      const FileLook look = LookAtFile(path);
+      const FileLook look = Look(path);
       if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
     }
     const auto same =
@@ -235,6 +242,7 @@ void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
   if (scan_.kind != ScanKind::kFiles) left_out_.clear();
   const std::size_t before = left_out_.size();
   LeaveOutRespelled(old_count);
+  MoveOutOfExcludedFolders(old_count);
   LeaveOutCopiesOfAwaySongs(old_count);
   std::vector<LeftOutFile> left_out = RemoveDuplicates(table_, old_count, RowsThatCount());
   left_out_.insert(left_out_.end(), std::make_move_iterator(left_out.begin()),
@@ -271,8 +279,8 @@ void clsMain::RecognizeReturned(std::int32_t old_count) {
 std::int64_t clsMain::SizeOf(std::int32_t row) {
   std::int64_t& size = table_.Facts(row).size;
   if (size == kUnknownSize) {
-    const FileLook look = LookAtFile(
-        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
+    const FileLook look =
+        Look(std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
     if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
   }
   return size;

@@ -20,16 +20,15 @@ inline constexpr std::size_t kFoldersAtOnce = 16;
 /// Ends reading ahead before its end.
 struct Stopped {};
 
+/// What is said of a file or folder on a disk that does not answer.
+inline constexpr std::string_view kDoesNotAnswer = "The disk does not answer";
+
 /// Is told each folder that has been looked at (an empty text while one is waited for), and says whether to
 /// look at more.
 using GoOn = std::function<bool(std::string_view folder)>;
 
-/// Processes window events while a folder is being read; empty where nobody is to be told.
-inline std::function<void()> IdleCallback(const GoOn& go_on) {
-  if (!go_on) return {};
-  return [&go_on] {
-    if (!go_on({})) throw Stopped();
-  };
-}
+/// Is told again and again of a drive that has not answered for a second, by its root, and says whether to
+/// go on waiting for it. One that is not waited for is away.
+using WaitForDrive = std::function<bool(std::string_view root)>;
 
 }  // namespace tallow

@@ -2,14 +2,10 @@
 #include "library/known_drives.h"
 
 #include <algorithm>
-#include <chrono>
-#include <future>
-#include <memory>
+#include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
 #include <stdexcept>
-#include <system_error>
-#include <thread>
 #include <utility>
 
 #include "util/file_system.h"
@@ -22,24 +18,6 @@ namespace {
 constexpr std::string_view kFormat = "Tallow drives";
 constexpr int kVersion = 1;
 
-/// How long an automounter may take to mount what it stands for.
-constexpr std::chrono::seconds kMountTime{5};
-
-/// Opens a folder on a thread of its own, which is left alone when the system does not answer in time.
-void OpenInTime(const std::string& folder) {
-  auto opened = std::make_shared<std::promise<void>>();
-  const std::future<void> done = opened->get_future();
-  try {
-    std::thread([folder, opened] {
-      StateOfFolder(folder);
-      opened->set_value();
-    }).detach();
-  } catch (const std::system_error&) {
-    return;
-  }
-  done.wait_for(kMountTime);
-}
-
 bool ShowsAutomounter(const MountedVolumes& volumes, const std::string& root) {
   const MountedVolume* const place = VolumeOf(volumes, root);
   return place != nullptr && place->automounter;
@@ -50,10 +28,9 @@ std::string Below(std::string_view folder, std::string_view root) {
   return std::string(folder.substr(std::min(root.size(), folder.size())));
 }
 
-/// Whether a root is not there, or holds nothing.
-bool IsAbsent(const std::string& root) {
-  const FolderState state = StateOfFolder(root);
-  return state == FolderState::kNotThere || state == FolderState::kEmpty;
+/// Whether a root is not there, or holds nothing, or does not answer.
+bool IsAbsent(const std::optional<FolderState>& root) {
+  return !root || *root == FolderState::kNotThere || *root == FolderState::kEmpty;
 }
 
 bool IsSameDrive(const KnownDrive& drive, const KnownDrive& other) {
@@ -63,34 +40,81 @@ bool IsSameDrive(const KnownDrive& drive, const KnownDrive& other) {
 
 }  // namespace
 
-void KnownDrives::LookAtDrives(const LookAtVolumes& look) {
+std::vector<std::optional<FolderState>> KnownDrives::AskAtOnce(
+    const std::vector<std::string>& folders) {
+  std::vector<std::optional<FolderState>> states;
+  for (const std::string& folder : folders) states.emplace_back(StateOfFolder(folder));
+  return states;
+}
+
+void KnownDrives::LookAtDrives(const LookAtVolumes& look, const AskFolders& ask) {
   volumes_ = look();
-  bool opened = false;
-  for (const KnownDrive& drive : drives_) {
-    if (!ShowsAutomounter(volumes_, drive.root)) continue;
-    OpenInTime(drive.root);
-    opened = true;
+  std::vector<std::string> asked;
+  for (const KnownDrive& drive : drives_)
+    if (ShowsAutomounter(volumes_, drive.root)) asked.push_back(drive.root);
+  if (!asked.empty()) {
+    ask(asked);
+    volumes_ = look();
   }
-  if (opened) volumes_ = look();
+  // Two drives may have one root, which is asked once.
+  std::map<std::string, std::optional<FolderState>> states;
   for (KnownDrive& drive : drives_) {
     drive.automounter = ShowsAutomounter(volumes_, drive.root);
-    drive.away = IsAway(drive);
+    if (!drive.automounter) states.try_emplace(drive.root);
+  }
+  for (const std::string& root : given_)
+    if (!ShowsAutomounter(volumes_, root)) states.try_emplace(root);
+  asked.clear();
+  for (const auto& [root, state] : states) asked.push_back(root);
+  const std::vector<std::optional<FolderState>> answers = ask(asked);
+  for (std::size_t k = 0; k < asked.size(); ++k) states[asked[k]] = answers[k];
+  const auto holds_something = [&](const std::string& folder) {
+    return ask({folder}).front() == FolderState::kHasEntries;
+  };
+  for (KnownDrive& drive : drives_) {
+    drive.away = drive.automounter || IsAway(drive, states[drive.root]);
     drive.moved_to.clear();
-    if (drive.away) drive.moved_to = PlaceOf(volumes_, drive.folder).value_or(std::string());
+    if (drive.away)
+      drive.moved_to = PlaceOf(volumes_, drive.folder, holds_something).value_or(std::string());
   }
   absent_given_.clear();
   for (const std::string& root : given_)
-    if (IsAbsent(root)) absent_given_.push_back(root);
+    if (IsAbsent(states[root])) absent_given_.push_back(root);
 }
 
-bool KnownDrives::IsAway(const KnownDrive& drive) const {
-  if (drive.automounter) return true;
+bool KnownDrives::IsAway(const KnownDrive& drive, const std::optional<FolderState>& root) const {
   const MountedVolume* const place = VolumeOf(volumes_, drive.root);
   if (drive.mount_point && (place == nullptr || !IsSamePathText(place->root, drive.root)))
     return true;
   const VolumeFolder now = VolumeFolderOf(volumes_, drive.root);
   if (!drive.folder.volume.empty() && !now.volume.empty() && now != drive.folder) return true;
-  return IsAbsent(drive.root);
+  return IsAbsent(root);
+}
+
+bool KnownDrives::IsOnNetwork(std::string_view path) const {
+  const MountedVolume* const place = VolumeOf(volumes_, path);
+  return place != nullptr ? place->network : !ShareOfPath(path).empty();
+}
+
+std::string KnownDrives::RootToSkip(std::string_view path) const {
+  std::string root(ShareOfPath(path));
+  const MountedVolume* const place = VolumeOf(volumes_, path);
+  // The file system of all programs and settings has answered.
+  if (place != nullptr && place->root != std::string_view(&kSeparator, 1)) root = place->root;
+  const auto prefer = [&](const std::string& other) {
+    if (other.size() > std::max<std::size_t>(root.size(), 1) && LiesBelow(path, other))
+      root = other;
+  };
+  for (const std::string& given : given_) prefer(given);
+  for (const KnownDrive& drive : drives_) prefer(drive.root);
+  return root.empty() ? std::string(FolderOfPath(path)) : root;
+}
+
+void KnownDrives::MarkAway(std::string_view root) {
+  for (KnownDrive& drive : drives_)
+    if (LiesBelow(drive.root, root)) drive.away = true;
+  for (const std::string& given : given_)
+    if (LiesBelow(given, root)) absent_given_.push_back(given);
 }
 
 std::string KnownDrives::AwayRootOf(std::string_view path) const {

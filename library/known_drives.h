@@ -3,6 +3,8 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <optional>
 #include <set>
 #include <string>
 #include <string_view>
@@ -10,6 +12,7 @@
 #include <vector>
 
 #include "library/mounted_volumes.h"
+#include "util/file_system.h"
 
 namespace tallow {
 
@@ -48,8 +51,25 @@ class KnownDrives {
 
   const std::vector<KnownDrive>& Drives() const noexcept { return drives_; }
 
-  /// Finds out which drives are away. A root that shows only an automounter is opened once first.
-  void LookAtDrives(const LookAtVolumes& look);
+  /// Looks into folders as StateOfFolder does. No value for one that does not answer.
+  using AskFolders =
+      std::function<std::vector<std::optional<FolderState>>(const std::vector<std::string>&)>;
+
+  /// Finds out which drives are away. A root that shows only an automounter is opened once first. A drive
+  /// that does not answer is away.
+  void LookAtDrives(const LookAtVolumes& look, const AskFolders& ask = AskAtOnce);
+  /// An AskFolders that waits as long as it takes.
+  static std::vector<std::optional<FolderState>> AskAtOnce(const std::vector<std::string>& folders);
+
+  /// Whether a path lies on a drive of the network.
+  bool IsOnNetwork(std::string_view path) const;
+
+  /// What is given up when a path does not answer: the drive that it lies on, or of the file system that
+  /// holds everything else the folder. Ends in a separator.
+  std::string RootToSkip(std::string_view path) const;
+
+  /// The drives at a root, and those below it, are away until the next LookAtDrives.
+  void MarkAway(std::string_view root);
 
   /// What is known of a song that was not found in a folder.
   enum class Verdict {
@@ -96,7 +116,7 @@ class KnownDrives {
 
  private:
   void Index();
-  bool IsAway(const KnownDrive& drive) const;
+  bool IsAway(const KnownDrive& drive, const std::optional<FolderState>& root) const;
   /// The drive of a folder where songs were found: its root, and what is shown there.
   KnownDrive DriveAt(std::string_view folder) const;
 

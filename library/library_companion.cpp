@@ -37,6 +37,24 @@ Integer Read(std::string_view bytes, std::size_t at) {
   return static_cast<Integer>(bits);
 }
 
+/// What a companion holds of a row.
+struct RowFacts {
+  std::int64_t size;
+  std::int32_t added;
+};
+
+/// \param bytes of a sound companion
+/// \param row   from 1; the companion has to have it
+RowFacts FactsOf(std::string_view bytes, std::int32_t row) {
+  const std::size_t at = kHeaderBytes + kRowBytes * static_cast<std::size_t>(row - 1);
+  return {Read<std::int64_t>(bytes, at), Read<std::int32_t>(bytes, at + sizeof(std::int64_t))};
+}
+
+/// How many rows of a table a sound companion knows.
+std::int32_t RowsIn(std::string_view bytes, const SongTable& table) {
+  return std::min(Read<std::int32_t>(bytes, kRowsOffset), table.rows());
+}
+
 }  // namespace
 
 std::uint64_t ChecksumOf(std::string_view bytes) noexcept {
@@ -76,13 +94,21 @@ std::optional<CompanionHeader> DecodeCompanion(std::string_view bytes, std::uint
                                                SongTable& table) {
   const auto header = HeaderOfCompanion(bytes);
   if (!header || (header->library != library && header->before != library)) return {};
-  const auto rows = Read<std::int32_t>(bytes, kRowsOffset);
-  for (std::int32_t row = 1; row <= std::min(rows, table.rows()); ++row) {
-    const std::size_t at = kHeaderBytes + kRowBytes * static_cast<std::size_t>(row - 1);
-    table.Facts(row).size = Read<std::int64_t>(bytes, at);
-    table.Facts(row).added = Read<std::int32_t>(bytes, at + sizeof(std::int64_t));
+  for (std::int32_t row = 1; row <= RowsIn(bytes, table); ++row) {
+    const RowFacts facts = FactsOf(bytes, row);
+    table.Facts(row).size = facts.size;
+    table.Facts(row).added = facts.added;
   }
   return header;
+}
+
+void CompleteFacts(std::string_view bytes, SongTable& table) {
+  if (!HeaderOfCompanion(bytes)) return;
+  for (std::int32_t row = 1; row <= RowsIn(bytes, table); ++row) {
+    const RowFacts facts = FactsOf(bytes, row);
+    if (table.Facts(row).size == kUnknownSize) table.Facts(row).size = facts.size;
+    if (table.Facts(row).added == 0) table.Facts(row).added = facts.added;
+  }
 }
 
 }  // namespace tallow

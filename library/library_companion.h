@@ -57,4 +57,8 @@ std::optional<CompanionHeader> HeaderOfCompanion(std::string_view bytes);
 std::optional<CompanionHeader> DecodeCompanion(std::string_view bytes, std::uint64_t library,
                                                SongTable& table);
 
+/// Gives the rows of a table the facts that they lack, from another companion of the same rows: one that could
+/// not be read for a while. Nothing where it is none.
+void CompleteFacts(std::string_view bytes, SongTable& table);
+
 }  // namespace tallow

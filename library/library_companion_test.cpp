@@ -30,6 +30,22 @@ TEST(LibraryCompanion, GivesTheFactsBack) {
   EXPECT_EQ(table.Facts(3).away, 0U);
 }
 
+TEST(LibraryCompanion, AnotherOneGivesTheFactsThatRowsLack) {
+  const std::string bytes = EncodeCompanion({11, 22, 0, 0}, TableOf(2));
+  SongTable table;
+  table.Resize(3);
+  table.Facts(1) = {.size = 7, .added = 0, .away = 0};
+  CompleteFacts(bytes, table);
+  EXPECT_EQ(table.Facts(1).size, 7);
+  EXPECT_EQ(table.Facts(1).added, 20001);
+  EXPECT_EQ(table.Facts(2).size, 10'000'000'000);
+  EXPECT_EQ(table.Facts(3).size, kUnknownSize);
+  SongTable none;
+  none.Resize(1);
+  CompleteFacts(bytes.substr(1), none);
+  EXPECT_EQ(none.Facts(1).added, 0);
+}
+
 TEST(LibraryCompanion, BelongsToTheLibraryBeforeToo) {
   const std::string bytes = EncodeCompanion({11, 22, 0, 0}, TableOf(3));
   SongTable before;

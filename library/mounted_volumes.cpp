@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/mounted_volumes.h"
 
-#include "util/file_system.h"
 #include "util/path_text.h"
 #include "util/text.h"
 
@@ -30,16 +29,15 @@ VolumeFolder VolumeFolderOf(const MountedVolumes& volumes, std::string_view fold
           volume->folder.inside + std::string(folder.substr(volume->root.size()))};
 }
 
-std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFolder& folder) {
+std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFolder& folder,
+                                   const std::function<bool(const std::string&)>& holds_something) {
   if (folder.volume.empty()) return std::nullopt;
   for (const MountedVolume& volume : volumes) {
     if (volume.folder.volume != folder.volume || !LiesBelow(folder.inside, volume.folder.inside))
       continue;
     std::string place = volume.root + folder.inside.substr(volume.folder.inside.size());
     // What is mounted over it hides it.
-    if (VolumeFolderOf(volumes, place) == folder &&
-        StateOfFolder(place) == FolderState::kHasEntries)
-      return place;
+    if (VolumeFolderOf(volumes, place) == folder && holds_something(place)) return place;
   }
   return std::nullopt;
 }

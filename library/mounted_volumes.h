@@ -24,6 +24,7 @@ struct MountedVolume {
   std::string root;          ///< ends in a separator
   VolumeFolder folder;       ///< what is shown there
   bool automounter = false;  ///< nothing is shown yet: the first look at the place mounts it
+  bool network = false;      ///< a server is asked, which may not answer
 };
 
 /// What is mounted where.
@@ -39,8 +40,11 @@ const MountedVolume* VolumeOf(const MountedVolumes& volumes, std::string_view pa
 VolumeFolder VolumeFolderOf(const MountedVolumes& volumes, std::string_view folder);
 
 /// Where a folder of a file system is shown now.
+///
+/// \param holds_something asks whether a folder has entries
 /// \returns the path, ending in a separator; no value when it is shown nowhere, or holds nothing
-std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFolder& folder);
+std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFolder& folder,
+                                   const std::function<bool(const std::string&)>& holds_something);
 
 /// Whether a path begins with a folder, which ends in a separator, as texts of this system.
 bool LiesBelow(std::string_view path, std::string_view folder);

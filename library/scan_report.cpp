@@ -16,6 +16,10 @@ std::string NamesOf(const std::vector<AwayPlace>& places) {
 
 }  // namespace
 
+std::string WaitingLine(std::string_view root) {
+  return "Waiting for " + std::string(root) + ", which does not answer";
+}
+
 std::string TextOf(const ScanReport& report, bool always_new) {
   std::string text;
   const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };

@@ -45,4 +45,7 @@ struct ScanReport {
 /// \param always_new says "0 new songs" too
 std::string TextOf(const ScanReport& report, bool always_new);
 
+/// What is said while a drive is waited for: "Waiting for ROOT, which does not answer".
+std::string WaitingLine(std::string_view root);
+
 }  // namespace tallow

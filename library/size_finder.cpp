@@ -2,12 +2,12 @@
 #include "library/size_finder.h"
 
 #include <mutex>
-#include <system_error>
 #include <thread>
 #include <utility>
 
 #include "library/cls_main.h"
 #include "util/file_system.h"
+#include "util/threads.h"
 
 namespace tallow {
 namespace {
@@ -23,11 +23,27 @@ struct Song {
 }  // namespace
 
 struct SizeFinder::Work {
-  std::vector<Song> songs;  ///< the thread's own
+  std::vector<Song> songs;  ///< of whoever calls Find
+  std::size_t next = 0;     ///< of the songs
   std::mutex mutex;         ///< guards all below
   std::vector<Song> found;
   bool is_done = false;
   bool stop = false;
+
+  /// Looks at the next songs, and no more than a number of them.
+  void Find(std::size_t most) {
+    for (std::size_t k = 0; k < most && next < songs.size(); ++k) {
+      Song& song = songs[next++];
+      const FileLook look = LookAtFile(song.folder + song.name);
+      const std::lock_guard lock(mutex);
+      if (stop) return;
+      if (look.presence != FilePresence::kThere) continue;
+      song.size = static_cast<std::int64_t>(look.size);
+      found.push_back(std::move(song));
+    }
+    const std::lock_guard lock(mutex);
+    is_done = next == songs.size();
+  }
 };
 
 SizeFinder::SizeFinder(const clsMain& library) : work_(std::make_shared<Work>()) {
@@ -37,24 +53,9 @@ SizeFinder::SizeFinder(const clsMain& library) : work_(std::make_shared<Work>())
                               std::string(library.Mp3Info(kFileName, row)), kUnknownSize});
   work_->is_done = work_->songs.empty();
   if (work_->is_done) return;
-  const auto run = [work = work_] {
-    for (Song& song : work->songs) {
-      const FileLook look = LookAtFile(song.folder + song.name);
-      const std::lock_guard lock(work->mutex);
-      if (work->stop) return;
-      if (look.presence != FilePresence::kThere) continue;
-      song.size = static_cast<std::int64_t>(look.size);
-      work->found.push_back(std::move(song));
-    }
-    const std::lock_guard lock(work->mutex);
-    work->is_done = true;
-  };
-  try {
-    std::thread(run).detach();
-  } catch (const std::system_error&) {
-    // The system gives no more threads.
-    run();
-  }
+  std::thread thread = StartThread([work = work_] { work->Find(work->songs.size()); });
+  has_thread_ = thread.joinable();
+  if (has_thread_) thread.detach();
 }
 
 SizeFinder::~SizeFinder() {
@@ -63,6 +64,9 @@ SizeFinder::~SizeFinder() {
 }
 
 bool SizeFinder::TakeSizes(clsMain& library) {
+  // The one who takes them finds them, a few at a time.
+  constexpr std::size_t kAtOnce = 200;
+  if (!has_thread_ && !work_->is_done) work_->Find(kAtOnce);
   std::vector<Song> found;
   bool is_done = false;
   {

@@ -11,7 +11,7 @@ namespace tallow {
 class clsMain;
 
 /// Finds out the sizes of songs' files that are not known, on a thread of its own, so that a disk that is
-/// slow keeps nobody waiting.
+/// slow keeps nobody waiting. Where the system gives no thread, each TakeSizes looks at a few songs.
 class SizeFinder {
  public:
   /// Begins with the songs of a library that are there and whose size is not known.
@@ -30,6 +30,7 @@ class SizeFinder {
  private:
   struct Work;
   std::shared_ptr<Work> work_;
+  bool has_thread_ = false;
   bool has_found_ = false;
 };
 

@@ -188,7 +188,31 @@ void frmMainWinamp::PlayerFound() {
 }
 
 void frmMainWinamp::Playstuff() {
-  HandOver(tallow_.SongsToPlay, tallow_.library, player_, show_, *this);
+  if (begin_work_) work_ = begin_work_(kHandingOver);
+  HandOverProgress progress;
+  if (work_)
+    progress = [this](std::size_t done, std::size_t songs) {
+      return work_->GoOn([=] {
+        return "Handed over " + std::to_string(done) + " of " + std::to_string(songs) + " songs";
+      });
+    };
+  HandOver(tallow_.SongsToPlay, tallow_.library, player_, show_, *this, progress);
+  work_.reset();
+}
+
+void frmMainWinamp::Cancelled(std::size_t songs, std::size_t of) {
+  emit Said(tr("Handing songs to the player was cancelled: it has %1 of the %2 songs.")
+                .arg(songs)
+                .arg(of));
+}
+
+void frmMainWinamp::DoNotAnswer(std::size_t songs, const std::string& first) {
+  emit Said(songs == 1
+                ? tr("1 song was not played, because its disk does not answer: %1")
+                      .arg(DisplayText(first))
+                : tr("%1 songs were not played, because their disk does not answer. The first: %2")
+                      .arg(songs)
+                      .arg(DisplayText(first)));
 }
 
 void frmMainWinamp::FirstSongIsGone(const std::string& path) {
@@ -207,6 +231,7 @@ void frmMainWinamp::TrackStarted(std::int32_t length) {
 }
 
 void frmMainWinamp::HandedOver() {
+  work_.reset();
   cmdPlayPause->setText(tr("&Pause"));
   cmdPlayPause->setEnabled(true);
   tmrScrollUpdate->start();

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <memory>
+#include <utility>
+
 #include <QWidget>
 
+#include "app/long_work.h"
 #include "player/playfile.h"
 #include "util/message.h"
 
@@ -30,6 +34,9 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   /// \returns whether the player was opened, now or before
   bool Play();
 
+  /// Sets how handing over many songs is shown.
+  void OnLongWork(BeginLongWork begin) { begin_work_ = std::move(begin); }
+
   /// Hands the songs in SongsToPlay over to the player that runs, or is started for it.
   void Playstuff();
 
@@ -47,6 +54,8 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   void FirstSongIsGone(const std::string& path) override;
   void TrackStarted(std::int32_t length) override;
   void HandedOver() override;
+  void Cancelled(std::size_t songs, std::size_t of) override;
+  void DoNotAnswer(std::size_t songs, const std::string& first) override;
 
   void SetUpBars();
   void SetUpTrackBar();
@@ -62,9 +71,11 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   Tallow& tallow_;
   WinAMP_Control& player_;
   ShowMessage show_;
-  bool opened_ = false;  ///< the player was found and set up
-  PlayerHandle set_up_ =
-      0;  ///< the player that the title names and that has the volume and balance
+  BeginLongWork begin_work_;
+  std::unique_ptr<LongWork> work_;  ///< while songs are handed over
+  bool opened_ = false;             ///< the player was found and set up
+  /// The player that the title names and that has the volume and balance.
+  PlayerHandle set_up_ = 0;
   bool UserIsScrolling = false;  ///< the user has hold of the position bar
 
   QPushButton* cmdPlayPause;

@@ -7,8 +7,10 @@
 #include <vector>
 
 #include "library/cls_main.h"
+#include "library/folder_scan.h"
 #include "player/player_messages.h"
 #include "util/comm_dlgs.h"
+#include "util/read_ahead.h"
 
 namespace tallow {
 
@@ -32,6 +34,15 @@ std::string PathOfSong(const clsMain& library, std::int32_t record) {
 
 namespace {
 
+/// How many files are looked at at once, see ReadAhead.
+constexpr std::size_t kFilesAtOnce = 64;
+
+/// What a look at a file has come to.
+struct FileAnswer {
+  bool came = true;  ///< false: the disk does not answer
+  std::optional<FileProblem> problem;
+};
+
 /// How many songs that cannot be read are named.
 constexpr std::size_t kMostNamed = 5;
 
@@ -39,13 +50,21 @@ constexpr std::size_t kMostNamed = 5;
 class FileChecks {
  public:
   /// Whether a song is to be handed over: one that cannot be read may only be so at this moment.
-  bool IsPlayable(const std::string& path) {
+  bool IsPlayable(const std::string& path, const FileAnswer& answer) {
     if (path.empty()) return false;
-    const std::optional<FileProblem> problem = ProblemOfFileDate(path);
+    if (!answer.came) {
+      if (unanswered_++ == 0) first_unanswered_ = path;
+      return false;
+    }
+    const std::optional<FileProblem>& problem = answer.problem;
     if (!problem) return true;
     if (problem->absent) return false;
     if (count_++ < kMostNamed) problems_.emplace_back(path, *problem);
     return true;
+  }
+
+  void TellUnanswered(HandOffPanel& panel) const {
+    if (unanswered_ > 0) panel.DoNotAnswer(unanswered_, first_unanswered_);
   }
 
   /// Says what was the matter, in one message.
@@ -63,6 +82,8 @@ class FileChecks {
   }
 
  private:
+  std::size_t unanswered_ = 0;
+  std::string first_unanswered_;
   std::size_t count_ = 0;
   std::vector<std::pair<std::string, FileProblem>> problems_;
 };
@@ -74,29 +95,74 @@ void TellListIsFull(std::size_t taken, std::size_t all, const ShowMessage& show)
         .title = "Error"});
 }
 
+/// Looks at the files of songs, and uses what it sees in their order.
+template <typename Use>
+void LookAtFiles(std::span<const std::int32_t> songs, clsMain& library, const GoOn& go_on,
+                 const Use& use) {
+  const auto path_of = [&](std::size_t k) { return PathOfSong(library, songs[k]); };
+  ReadAhead(
+      songs.size(), kFilesAtOnce, path_of,
+      [unanswered = library.Unanswered()](const std::string& path) -> FileAnswer {
+        if (unanswered->Covers(path)) return {false, std::nullopt};
+        return {true, path.empty() ? std::nullopt : ProblemOfFileDate(path)};
+      },
+      [&](std::size_t k, const FileAnswer& answer) { use(path_of(k), answer); },
+      go_on ? library.WaitingFor(path_of, go_on) : WhileWaiting(),
+      [](std::size_t) {
+        return FileAnswer{false, std::nullopt};
+      });
+}
+
 }  // namespace
 
-void HandOver(std::span<const std::int32_t> songs, const clsMain& library, WinAMP_Control& player,
-              const ShowMessage& show, HandOffPanel& panel) {
+void HandOver(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Control& player,
+              const ShowMessage& show, HandOffPanel& panel, const HandOverProgress& progress) {
   if (!ReachPlayer(player, show)) return;
   panel.PlayerFound();
   if (songs.empty()) return;
   FileChecks checks;
-  const std::string first = PathOfSong(library, songs.front());
-  if (!checks.IsPlayable(first)) return panel.FirstSongIsGone(first);
-  player.SendWinampCommand(kStop);
-  player.ClearWinampPlaylist();
-  if (!player.AddFileToWinamp(first)) return TellListIsFull(0, songs.size(), show);
-  player.SendWinampCommand(kPlay);
-  panel.TrackStarted(player.GetTrackLength());
-  std::size_t done = 1;
-  for (; done < songs.size(); ++done) {
-    const std::string path = PathOfSong(library, songs[done]);
-    if (checks.IsPlayable(path) && !player.AddFileToWinamp(path)) break;
+  std::size_t done = 0;
+  std::size_t handed = 0;
+  bool is_full = false;
+  GoOn go_on;
+  if (progress) go_on = [&](std::string_view) { return progress(done, songs.size()); };
+  const auto add = [&](const std::string& path) {
+    is_full = !player.AddFileToWinamp(path);
+    if (is_full) throw Stopped();
+    ++handed;
+  };
+  try {
+    bool plays = false;
+    LookAtFiles(songs.first(1), library, go_on,
+                [&](const std::string& first, const FileAnswer& answer) {
+                  plays = checks.IsPlayable(first, answer);
+                  if (!answer.came) return panel.DoNotAnswer(1, first);
+                  if (!plays) return panel.FirstSongIsGone(first);
+                  player.SendWinampCommand(kStop);
+                  player.ClearWinampPlaylist();
+                  add(first);
+                  player.SendWinampCommand(kPlay);
+                  panel.TrackStarted(player.GetTrackLength());
+                });
+    if (!plays) return;
+    ++done;
+    if (go_on && !go_on({})) throw Stopped();
+    LookAtFiles(songs.subspan(1), library, go_on,
+                [&](const std::string& path, const FileAnswer& answer) {
+                  if (checks.IsPlayable(path, answer)) add(path);
+                  ++done;
+                  if (go_on && done < songs.size() && !go_on({})) throw Stopped();
+                });
+  } catch (const Stopped&) {
+    if (is_full)
+      TellListIsFull(done, songs.size(), show);
+    else
+      panel.Cancelled(handed, songs.size());
+    if (handed == 0) return;
   }
+  checks.TellUnanswered(panel);
   panel.HandedOver();
   checks.Tell(show);
-  if (done < songs.size()) TellListIsFull(done, songs.size(), show);
 }
 
 }  // namespace tallow

@@ -26,6 +26,9 @@ class RecordedProgress : public SearchProgress {
     ++song_yields;
     if (on_song) on_song();
   }
+  void VisitFolder(std::string_view /*folder*/) override {
+    if (on_live) on_live();
+  }
 
   bool loaded = true;
   std::vector<std::string> status;
@@ -35,6 +38,7 @@ class RecordedProgress : public SearchProgress {
   int song_yields = 0;
   std::function<void()> on_yield;
   std::function<void()> on_song;
+  std::function<void()> on_live;
 };
 
 /// Drives of any kind, each a folder. What is mounted where can be said.

@@ -19,6 +19,7 @@ add_executable(tallow_core_tests
   app/unsaved_jukeboxes_test.cpp
   jukebox/category_index_test.cpp
   jukebox/edit_history_test.cpp
+  jukebox/filing_progress_test.cpp
   jukebox/folder_tree_test.cpp
   jukebox/jukebox_edits_test.cpp
   jukebox/jukebox_file_test.cpp
@@ -33,6 +34,7 @@ add_executable(tallow_core_tests
   library/away_songs_test.cpp
   library/cls_main_test.cpp
   library/duplicate_removal_test.cpp
+  library/excluded_folders_test.cpp
   library/known_drives_test.cpp
   library/library_check_test.cpp
   library/library_companion_test.cpp
@@ -46,6 +48,7 @@ add_executable(tallow_core_tests
   library/tag_cache_test.cpp
   library/unread_folders_test.cpp
   library/tag_text_test.cpp
+  player/hand_over_progress_test.cpp
   player/player_operations_test.cpp
   player/playfile_test.cpp
   player/winamp_control_test.cpp
@@ -78,6 +81,9 @@ if(WIN32)
 else()
   target_sources(tallow_core_tests PRIVATE
     app/jukebox_kill_linux_test.cpp
+    app/dead_share_linux_test.cpp
+    tests/dead_folder_linux.cpp
+    util/threads_linux_test.cpp
     app/search/mount_table_linux_test.cpp
     jukebox/jukebox_save_linux_test.cpp
     app/save_kill_linux_test.cpp

@@ -40,6 +40,7 @@ add_library(tallow_ui OBJECT
   ui/frame/frame_pictures.cpp
   ui/frame/frame_style.cpp
   ui/frame/frame_toolbar.cpp
+  ui/frame/frame_work.cpp
   ui/dialogs/frm_find.cpp
   ui/dialogs/frm_findings.cpp
   ui/dialogs/frm_help.cpp

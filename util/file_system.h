@@ -36,9 +36,10 @@ struct SubfolderEntry {
 
 /// A regular file inside a listed folder, or a link to one.
 struct FileEntry {
-  std::string name;        ///< without folder and separator
-  std::uint64_t size = 0;  ///< bytes; 0 when the listing was made without sizes
-  std::string tail;        ///< the last bytes, where they were asked for and read; else empty
+  std::string name;  ///< without folder and separator
+  /// Bytes; 0 when the listing was made without sizes, kNoLimit where it cannot be told.
+  std::uint64_t size = 0;
+  std::string tail;  ///< the last bytes, where they were asked for and read; else empty
 };
 
 /// What one pass over a folder found. "." and ".." are left out.

@@ -168,8 +168,10 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
       status = {};
       if (ReadTailAt(descriptor, entry->d_name, file.tail, status) != TailResult::kRead)
         file.tail.clear();
-      if (status.st_mode == 0) fstatat(descriptor, entry->d_name, &status, 0);
-      file.size = static_cast<std::uint64_t>(status.st_size);
+      if (status.st_mode == 0 &&
+          Retry([&] { return fstatat(descriptor, entry->d_name, &status, 0); }) != 0)
+        listing.problem = std::strerror(errno);
+      file.size = status.st_mode != 0 ? static_cast<std::uint64_t>(status.st_size) : kNoLimit;
       continue;
     }
     std::uint64_t size = 0;

@@ -4,14 +4,15 @@
 #include <algorithm>
 #include <cstring>
 #include <functional>
-#include <future>
 #include <numeric>
 #include <optional>
 #include <string>
+#include <thread>
 #include <tuple>
 
 #include "util/number.h"
 #include "util/text.h"
+#include "util/threads.h"
 
 namespace tallow {
 namespace {
@@ -128,9 +129,9 @@ void SortOnTwoCores(std::vector<RankEntry>& entries, const Before& before) {
     std::sort(entries.begin(), entries.end(), before);
     return;
   }
-  auto upper = std::async(std::launch::async, [&] { std::sort(middle, entries.end(), before); });
+  std::thread upper = StartThreadOrRun([&] { std::sort(middle, entries.end(), before); });
   std::sort(entries.begin(), middle, before);
-  upper.get();
+  Join(upper);
   std::inplace_merge(entries.begin(), middle, entries.end(), before);
 }
 

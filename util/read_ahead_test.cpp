@@ -3,17 +3,22 @@
 
 #include <atomic>
 #include <gtest/gtest.h>
+#include <memory>
 #include <stdexcept>
 
 namespace tallow {
 namespace {
+
+using Milliseconds = std::chrono::milliseconds;
+
+std::size_t Number(std::size_t i) { return i; }
 
 TEST(ReadAhead, EveryThingIsConsumedOnceInOrder) {
   for (const std::size_t count : {0U, 1U, 7U, 8U, 9U, 1000U, 5003U}) {
     std::vector<std::atomic<int>> produced(count);
     std::size_t next = 0;
     ReadAhead(
-        count, 8,
+        count, 8, Number,
         [&](std::size_t i) {
           ++produced[i];
           return i * 3;
@@ -27,18 +32,35 @@ TEST(ReadAhead, EveryThingIsConsumedOnceInOrder) {
   }
 }
 
+TEST(ReadAhead, QuestionsAreMadeOnTheCallersThread) {
+  const auto caller = std::this_thread::get_id();
+  ReadAhead(
+      1000, 8,
+      [&](std::size_t i) {
+        EXPECT_EQ(std::this_thread::get_id(), caller);
+        return i;
+      },
+      Number, [&](std::size_t, std::size_t) { EXPECT_EQ(std::this_thread::get_id(), caller); });
+}
+
 TEST(ReadAhead, AThreadThatWaitsLives) {
   for (const std::size_t count : {1U, 3U, 100U}) {
     std::atomic<int> lived = 0;
     std::size_t consumed = 0;
     ReadAhead(
-        count, 8,
+        count, 8, Number,
         [&](std::size_t i) {
           // As a disk that first has to start: until the one who waits has lived twice.
           while (i == 0 && lived < 2) std::this_thread::yield();
           return i;
         },
-        [&](std::size_t, std::size_t) { ++consumed; }, [&] { ++lived; });
+        [&](std::size_t, std::size_t) { ++consumed; },
+        [&](std::size_t i, Milliseconds) {
+          EXPECT_EQ(i, lived < 2 ? 0U : i);
+          ++lived;
+          return Patience::kWait;
+        },
+        Number);
     EXPECT_EQ(consumed, count);
     EXPECT_GE(lived, 2);
   }
@@ -47,40 +69,130 @@ TEST(ReadAhead, AThreadThatWaitsLives) {
 TEST(ReadAhead, WhoWaitsMayEndTheWork) {
   std::atomic<bool> ended = false;
   EXPECT_THROW(ReadAhead(
-                   100, 8,
+                   100, 8, Number,
                    [&](std::size_t i) {
                      while (!ended) std::this_thread::yield();
                      return i;
                    },
                    [](std::size_t, std::size_t) {},
-                   [&] {
+                   [&](std::size_t, Milliseconds) -> Patience {
                      ended = true;
                      throw std::runtime_error("cancelled");
-                   }),
+                   },
+                   Number),
                std::runtime_error);
 }
 
-TEST(ReadAhead, AFailingProducerEndsTheWork) {
+TEST(ReadAhead, AFailingAnswerEndsTheWork) {
+  std::size_t consumed = 0;
+  EXPECT_THROW(ReadAhead(
+                   1000, 4, Number,
+                   [](std::size_t i) {
+                     if (i == 501) throw std::runtime_error("501");
+                     return i;
+                   },
+                   [&](std::size_t, std::size_t) { ++consumed; }),
+               std::runtime_error);
+  EXPECT_EQ(consumed, 501U);
+}
+
+TEST(ReadAhead, AFailingQuestionEndsTheWork) {
   EXPECT_THROW(ReadAhead(
                    1000, 4,
                    [](std::size_t i) {
                      if (i == 500) throw std::runtime_error("500");
                      return i;
                    },
-                   [](std::size_t, std::size_t) {}),
+                   Number, [](std::size_t, std::size_t) {}),
                std::runtime_error);
 }
 
 TEST(ReadAhead, AFailingConsumerEndsTheWork) {
   std::size_t last = 0;
-  EXPECT_THROW(ReadAhead(
-                   1000, 4, [](std::size_t i) { return i; },
-                   [&](std::size_t i, std::size_t) {
-                     last = i;
-                     if (i == 300) throw std::runtime_error("300");
-                   }),
+  EXPECT_THROW(ReadAhead(1000, 4, Number, Number,
+                         [&](std::size_t i, std::size_t) {
+                           last = i;
+                           if (i == 300) throw std::runtime_error("300");
+                         }),
                std::runtime_error);
   EXPECT_EQ(last, 300U);
+}
+
+/// A disk that answers nothing that is divisible by a number until it is let go, which outlives a test.
+struct DeadDisk {
+  std::mutex mutex;
+  std::condition_variable changed;
+  bool is_back = false;
+  int waiting = 0;
+
+  void Wait() {
+    std::unique_lock lock(mutex);
+    ++waiting;
+    changed.wait(lock, [this] { return is_back; });
+    --waiting;
+    changed.notify_all();
+  }
+  void ComeBack() {
+    std::unique_lock lock(mutex);
+    is_back = true;
+    changed.notify_all();
+    changed.wait(lock, [this] { return waiting == 0; });
+  }
+};
+
+TEST(ReadAhead, AnAnswerThatNeverComesIsGivenUpAndTheOthersAreThere) {
+  const auto disk = std::make_shared<DeadDisk>();
+  std::vector<std::size_t> consumed;
+  ReadAhead(
+      200, 4, Number,
+      [disk](std::size_t i) {
+        if (i % 50 == 1) disk->Wait();
+        return i;
+      },
+      [&](std::size_t, std::size_t value) { consumed.push_back(value); },
+      [](std::size_t i, Milliseconds) { return i % 50 == 1 ? Patience::kGiveUp : Patience::kWait; },
+      [](std::size_t i) { return i + 1000; });
+  ASSERT_EQ(consumed.size(), 200U);
+  for (std::size_t i = 0; i < 200; ++i) EXPECT_EQ(consumed[i], i % 50 == 1 ? i + 1000 : i);
+  disk->ComeBack();
+}
+
+TEST(ReadAhead, AnEndDoesNotWaitForAnswersThatNeverCome) {
+  const auto disk = std::make_shared<DeadDisk>();
+  EXPECT_THROW(
+      ReadAhead(
+          100, 2, Number,
+          [disk](std::size_t i) {
+            disk->Wait();
+            return i;
+          },
+          [](std::size_t, std::size_t) {},
+          [](std::size_t, Milliseconds) -> Patience { throw std::runtime_error("cancelled"); },
+          Number),
+      std::runtime_error);
+  disk->ComeBack();
+}
+
+TEST(ReadAhead, WhoWaitsIsToldForHowLong) {
+  const auto disk = std::make_shared<DeadDisk>();
+  Milliseconds before(0);
+  int calls = 0;
+  ReadAhead(
+      1, 1, Number,
+      [disk](std::size_t i) {
+        disk->Wait();
+        return i;
+      },
+      [](std::size_t, std::size_t) {},
+      [&](std::size_t, Milliseconds waited) {
+        EXPECT_GE(waited, before);
+        before = waited;
+        return ++calls == 3 ? Patience::kGiveUp : Patience::kWait;
+      },
+      Number);
+  EXPECT_EQ(calls, 3);
+  EXPECT_GT(before, Milliseconds(0));
+  disk->ComeBack();
 }
 
 }  // namespace

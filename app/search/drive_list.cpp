@@ -21,7 +21,8 @@ class GivenDriveList : public DriveList {
 
   std::string GetLogicalDriveList() const override { return list_; }
   int TypeOf(const std::string& root) const override {
-    return FolderExists(root) ? kFixedDrive : kNoDrive;
+    // One that cannot be looked at is searched, which says so.
+    return StateOfFolder(root) != FolderState::kNotThere ? kFixedDrive : kNoDrive;
   }
   bool IsMountPoint(const std::string& folder) const override {
     return system_->IsMountPoint(folder);

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/search/file_search.h"
 
-#include <future>
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <optional>
 #include <utility>
 
-#include "app/recycle_bin.h"
 #include "app/search/folder_reader.h"
 #include "app/search/player_search.h"
+#include "library/excluded_folders.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"
 #include "util/text.h"
@@ -14,17 +18,19 @@
 namespace tallow {
 namespace {
 
-constexpr std::string_view kSongPattern = "*.mp3";
-
 /// How often a loop over the drives yields at each drive: a counter runs from 1 up to here, not
 /// included.
 constexpr int kYieldLimit = 2000;
 
-}  // namespace
+/// What a link to a folder leads to.
+struct LinkTarget {
+  std::optional<FolderIdentity> identity;
+  std::string path;
+};
 
-bool IsExcludedFolder(std::string_view folder) {
-  return ToLower(folder).find("incomplete") != std::string::npos || IsInRecycleBin(folder);
-}
+struct Cancelled {};
+
+}  // namespace
 
 FileSearch::FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress,
                        std::function<std::string()> nearby)
@@ -40,9 +46,33 @@ void FileSearch::Report(std::string_view status) {
 bool FileSearch::PauseAndTestForCancel() {
   if (progress_ != nullptr)
     for (int k = 1; k < kYieldLimit; ++k) progress_->Yield();
+  return TakeCancel();
+}
+
+bool FileSearch::TakeCancel() {
   if (!tallow_.SearchCancelled) return false;
   tallow_.SearchCancelled = false;
   return true;
+}
+
+template <typename Answer>
+std::optional<Answer> FileSearch::AskWhileLiving(std::function<Answer()> ask) {
+  std::optional<Answer> result;
+  const auto waiting = [this](std::size_t, std::chrono::milliseconds) {
+    progress_->VisitFolder({});
+    if (tallow_.SearchCancelled || tallow_.is_ending) throw Cancelled();
+    return Patience::kWait;
+  };
+  try {
+    ReadAhead(
+        1, 1, [&](std::size_t) { return 0; }, [ask = std::move(ask)](int) { return ask(); },
+        [&](std::size_t, Answer answer) { result = std::move(answer); },
+        progress_ != nullptr ? WhileWaiting(waiting) : WhileWaiting(),
+        [](std::size_t) { return Answer(); });
+  } catch (const Cancelled&) {
+    return std::nullopt;
+  }
+  return result;
 }
 
 bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
@@ -58,16 +88,19 @@ bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
   std::string list = drives_.GetLogicalDriveList();
   while (!IsEndOfDriveList(list)) {
     const std::string root = NextDriveFromList(list);
-    const std::string_view type = DescribeDriveType(drives_.TypeOf(root), root);
     if (PauseAndTestForCancel()) return false;
     if (IsSplashLoaded()) {
       Report("Looking for Mp3s in " + root);
       progress_->Repaint();
     }
-    if (IsSearched(type)) {
-      request.Folder = root;
-      WalkFolderTree(request);
+    // The kind of a drive is asked for here that may not answer.
+    if (!IsSearchedAndAnswers(root)) {
+      if (was_stopped_) return EndStopped();
+      continue;
     }
+    request.Folder = root;
+    WalkFolderTree(request);
+    if (was_stopped_) return EndStopped();
   }
   return WalkLinkedFolders(request);
 }
@@ -75,11 +108,17 @@ bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
 bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
   // A linked folder may hold further links, which join the end of the list.
   for (std::size_t k = 0; k < linked_.size(); ++k) {
+    // It may lead to a share that does not answer.
+    const auto target = AskWhileLiving<LinkTarget>([link = linked_[k]]() -> LinkTarget {
+      const auto identity = IdentityOfFolder(link);
+      return {identity, identity ? RealPathOfFolder(link) : std::string()};
+    });
+    if (!target) return EndStopped();
+    if (!target->identity || visited_.contains(*target->identity)) continue;
     if (!drives_.MayFollow(linked_[k])) continue;
-    const auto identity = IdentityOfFolder(linked_[k]);
-    if (!identity || visited_.contains(*identity)) continue;
     // It may be a whole disk, so it is announced and can be cancelled as one.
-    const std::string folder = EnsureTrailingBackslash(RealPathOfFolder(linked_[k]));
+    const std::string folder = EnsureTrailingBackslash(target->path);
+    if (LiesInSkippedFolder(folder)) continue;
     if (PauseAndTestForCancel()) return false;
     if (IsSplashLoaded()) {
       Report("Looking for Mp3s in " + folder);
@@ -87,8 +126,21 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
     }
     request.Folder = folder;
     WalkFolderTree(request);
+    if (was_stopped_) return EndStopped();
   }
   return true;
+}
+
+bool FileSearch::IsSearchedAndAnswers(const std::string& root) {
+  const bool answers =
+      AskWhileLiving<bool>([root] { return FolderExists(root), true; }).has_value();
+  was_stopped_ = !answers;
+  return answers && IsSearched(DescribeDriveType(drives_.TypeOf(root), root));
+}
+
+bool FileSearch::EndStopped() {
+  TakeCancel();
+  return false;
 }
 
 bool FileSearch::Visit(const TreeFolder& folder) {
@@ -98,21 +150,18 @@ bool FileSearch::Visit(const TreeFolder& folder) {
 }
 
 void FileSearch::RememberIfUnread(const FileSearchRequest& request, const TreeFolder& folder) {
-  if (folder.listing.problem.empty())
-    tallow_.library.ForgetUnread(folder.path);
-  else
+  if (!folder.listing.problem.empty())
     tallow_.library.RememberUnread(folder.path, request.Recurse, folder.listing.problem);
+  else if (folder.listing.opened || folder.listing.not_there)
+    tallow_.library.ForgetUnread(folder.path);
 }
 
 void FileSearch::SearchUnreadFolders() {
   FileSearchRequest request{
       .Recurse = true, .AddToLibrary = true, .Folder = {}, .Pattern = std::string(kSongPattern)};
   for (const UnreadFolder& folder : tallow_.library.UnreadFoldersNow()) {
-    if (!folder.below) continue;
     // What is on a drive that is away is looked at once that is there.
-    if (IsGone(folder.path) && tallow_.library.AwayRootOf(folder.path).empty())
-      tallow_.library.ForgetUnread(folder.path);
-    if (IsGone(folder.path)) continue;
+    if (!folder.below || !tallow_.library.AwayRootOf(folder.path).empty()) continue;
     request.Folder = folder.path;
     WalkFolderTree(request);
   }
@@ -121,7 +170,11 @@ void FileSearch::SearchUnreadFolders() {
 double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   FolderReader reader(
       request.Pattern, request.Recurse,
-      [this](const std::string& folder) { return !drives_.IsMountPoint(folder); },
+      [this](const std::string& folder) {
+        const std::string_view path(folder);
+        return !IsSkippedFolderName(NameOfPath(path.substr(0, path.size() - 1))) &&
+               !drives_.IsMountPoint(folder);
+      },
       // Songs that join the library are filed next; their tags are best read while the folder is
       // open.
       [add = request.AddToLibrary](const std::string& folder) {
@@ -135,11 +188,17 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
     double total = 0;      ///< bytes of its own files and of the subfolders that are done
   };
   std::vector<Level> levels;
-  std::function<void()> live;
-  if (IsSplashLoaded()) live = [this] { progress_->VisitFolder({}); };
+  was_stopped_ = false;
+  std::function<bool()> live;
+  if (IsSplashLoaded())
+    live = [this] {
+      progress_->VisitFolder({});
+      was_stopped_ = tallow_.SearchCancelled || tallow_.is_ending;
+      return !was_stopped_;
+    };
   const auto enter = [&](std::shared_ptr<TreeFolder> folder) {
-    reader.Take(*folder, live);
-    if (request.AddToLibrary && !IsExcludedFolder(folder->path)) RememberIfUnread(request, *folder);
+    if (!reader.Take(folder, live)) return;
+    if (request.AddToLibrary && !HoldsNoSongs(folder->path)) RememberIfUnread(request, *folder);
     if (!Visit(*folder)) return;
     reader.Enter(*folder);
     if (IsSplashLoaded()) progress_->VisitFolder(folder->path);
@@ -154,9 +213,12 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   const std::shared_ptr<TreeFolder> root = reader.Root(request.Folder);
   enter(root);
   double total = 0;
-  while (!levels.empty() && !tallow_.is_ending) {
+  while (!levels.empty() && !was_stopped_) {
     Level& level = levels.back();
     if (level.next < level.folder->subfolders.size()) {
+      // A cancel that comes in the last folder of the last drive stops the next search.
+      was_stopped_ = tallow_.is_ending || tallow_.SearchCancelled;
+      if (was_stopped_) break;
       std::shared_ptr<TreeFolder> subfolder = std::move(level.folder->subfolders[level.next++]);
       request.Folder = subfolder->path.substr(0, subfolder->path.size() - 1);
       enter(std::move(subfolder));
@@ -186,10 +248,11 @@ std::int64_t FileSearch::AddListedFiles(FileSearchRequest& request, const std::s
   std::int64_t total = 0;
   for (const FileEntry& file : listing.files) {
     ++request.FilesFound;
-    total += static_cast<std::int64_t>(file.size);
-    if (!add) continue;
-    const std::int32_t row =
-        library.AddSong(folder, file.name, static_cast<std::int64_t>(file.size));
+    const std::int64_t size =
+        file.size != kNoLimit ? static_cast<std::int64_t>(file.size) : kUnknownSize;
+    total += std::max<std::int64_t>(size, 0);
+    if (!add || !MayBeSong(file.name)) continue;
+    const std::int32_t row = library.AddSong(folder, file.name, size);
     tallow_.found_tags.Add(folder, file.name, file.tail);
     if (IsSplashLoaded()) {
       progress_->SetFound("Found " + std::to_string(row) + " Mp3s");
@@ -206,12 +269,12 @@ bool FileSearch::SearchDrivesForWinamp() {
   std::string list = found.empty() ? drives_.GetLogicalDriveList() : std::string();
   while (found.empty() && !IsEndOfDriveList(list)) {
     const std::string root = NextDriveFromList(list);
-    const std::string_view type = DescribeDriveType(drives_.TypeOf(root), root);
     if (progress_ != nullptr) Report("Looking for WinAmp in " + root);
-    if (IsSearched(type)) {
+    if (IsSearchedAndAnswers(root)) {
       found = FindWinampWhileLiving(root);
       if (!found.empty()) break;
     }
+    if (was_stopped_) return EndStopped();
     if (PauseAndTestForCancel()) return false;
   }
   if (!found.empty()) StorePlayer(found);
@@ -219,11 +282,14 @@ bool FileSearch::SearchDrivesForWinamp() {
 }
 
 std::string FileSearch::FindWinampWhileLiving(const std::string& root) {
-  // A disk takes minutes, and its search does not stop in between.
-  auto search = std::async(std::launch::async, [&] { return FindWinampUnder(root, drives_); });
-  while (search.wait_for(kLiveEvery) == std::future_status::timeout)
-    if (progress_ != nullptr) progress_->VisitFolder({});
-  return search.get();
+  // A disk takes minutes.
+  const auto go_on = std::make_shared<std::atomic<bool>>(true);
+  const auto found = AskWhileLiving<std::string>([go_on, root, drives = &drives_] {
+    return FindWinampUnder(root, *drives, [&go_on] { return go_on->load(); });
+  });
+  *go_on = false;
+  was_stopped_ = !found;
+  return found.value_or(std::string());
 }
 
 void FileSearch::StorePlayer(const std::string& path) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
@@ -62,15 +63,16 @@ class FileSearch {
   /// Walks a folder depth first, its files before its subfolders, each in the order of the system.
   /// Folders that cannot be read are skipped, and so is one that was visited before. Links to
   /// folders and junctions are kept for SearchDrivesForMp3s to enter at its end; what is mounted
-  /// below is left to its own walk. The end of the program (is_ending) stops it after the folder.
+  /// below is left to its own walk, and snapshots are left out. A cancel (SearchCancelled) and the end of the
+  /// program (is_ending) stop it before the next folder.
   ///
   /// \returns the bytes of the matching files
   double WalkFolderTree(FileSearchRequest& request);
 
   /// Counts, and if asked for adds, the matching files of one folder.
   ///
-  /// A file in a folder whose path holds "incomplete" in any case, or in a recycle bin, is counted
-  /// but not added.
+  /// A file in an excluded folder (IsExcludedFolder), or whose name is that of no song (MayBeSong), is
+  /// counted but not added.
   /// \returns the bytes of the matching files
   std::int64_t AddFilesInFolder(FileSearchRequest& request);
 
@@ -84,6 +86,13 @@ class FileSearch {
   bool IsSplashLoaded() const { return progress_ != nullptr && progress_->IsLoaded(); }
   void Report(std::string_view status);
   bool PauseAndTestForCancel();
+  /// Whether the search was cancelled; clears the flag.
+  bool TakeCancel();
+  /// Asks the file system on another thread. No value when the search is to end before there is an answer.
+  template <typename Answer>
+  std::optional<Answer> AskWhileLiving(std::function<Answer()> ask);
+  bool IsSearchedAndAnswers(const std::string& root);
+  bool EndStopped();
   std::int64_t AddListedFiles(FileSearchRequest& request, const std::string& folder,
                               const FolderListing& listing);
   bool Visit(const TreeFolder& folder);
@@ -98,9 +107,7 @@ class FileSearch {
   std::function<std::string()> nearby_;
   std::unordered_set<FolderIdentity, HashIdentity> visited_;
   std::vector<std::string> linked_;  ///< folders met as links, in the order met
+  bool was_stopped_ = false;         ///< by a cancel or the end of the program, before its end
 };
-
-/// Whether a folder's path is one whose songs are not added: partial downloads and recycle bins.
-bool IsExcludedFolder(std::string_view folder);
 
 }  // namespace tallow

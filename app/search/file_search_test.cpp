@@ -8,8 +8,8 @@
 #include <random>
 #include <set>
 
-#include "app/recycle_bin.h"
 #include "app/search/player_search.h"
+#include "library/recycle_bin.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_progress.h"
 #include "util/text.h"

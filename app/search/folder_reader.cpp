@@ -2,40 +2,223 @@
 #include "app/search/folder_reader.h"
 
 #include <algorithm>
-#include <system_error>
+#include <condition_variable>
+#include <mutex>
+#include <new>
+#include <thread>
 #include <utility>
 
 #include "library/mp3_tag_editor.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"
+#include "util/threads.h"
 
 namespace tallow {
+
+/// What the walk and the threads share; the last of them takes it away.
+class FolderReader::Shared {
+ public:
+  using FolderPointer = std::shared_ptr<TreeFolder>;
+
+  Shared(std::string pattern, bool recurse, std::function<bool(const std::string&)> enter,
+         std::function<bool(const std::string&)> tails)
+      : pattern_(std::move(pattern)),
+        recurse_(recurse),
+        enter_(std::move(enter)),
+        tails_(std::move(tails)) {}
+
+  /// \returns false when the system gives no more threads
+  static bool Start(const std::shared_ptr<Shared>& shared, std::function<void()> work) {
+    {
+      const std::lock_guard lock(shared->mutex_);
+      ++shared->threads_;
+    }
+    std::thread thread = StartThread([shared, work = std::move(work)] {
+      work();
+      const std::lock_guard lock(shared->mutex_);
+      --shared->threads_;
+      shared->ended_.notify_one();
+    });
+    if (thread.joinable()) {
+      thread.detach();
+      return true;
+    }
+    const std::lock_guard lock(shared->mutex_);
+    --shared->threads_;
+    return false;
+  }
+
+  void Stop() {
+    std::unique_lock lock(mutex_);
+    stop_ = true;
+    work_.notify_all();
+    // Who still waits for a disk touches nothing but this when it is answered.
+    ended_.wait_for(lock, kLeaveAfter, [this] { return threads_ == 0; });
+  }
+
+  void Work() {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+      work_.wait(lock,
+                 [this] { return stop_ || wanted_ || (!waiting_.empty() && ahead_ < kMostAhead); });
+      if (stop_) return;
+      if (const FolderPointer folder = NextWaiting()) ReadAheadOne(*folder, lock);
+    }
+  }
+
+  bool Take(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
+            const std::function<bool()>& live) {
+    std::unique_lock lock(mutex_);
+    if (live) {
+      if (!WaitFor(self, folder, live, lock)) return false;
+    } else {
+      if (folder->state_ == TreeFolder::State::kWaiting) ReadOne(*folder, lock);
+      // Where another thread has it, there is other work to do until that one is done.
+      while (folder->state_ != TreeFolder::State::kDone)
+        if (const FolderPointer other = NextWaiting())
+          ReadAheadOne(*other, lock);
+        else
+          done_.wait(lock, [&] { return folder->state_ == TreeFolder::State::kDone; });
+    }
+    if (std::exchange(folder->is_ahead_, false) && ahead_-- == kMostAhead) work_.notify_all();
+    return true;
+  }
+
+  void Enter(TreeFolder& folder) {
+    const std::lock_guard lock(mutex_);
+    if (!folder.queued_) Queue(folder);
+  }
+
+ private:
+  /// Listed folders that the walk has not come to; bounds the memory of a walk that cannot keep up.
+  static constexpr std::size_t kMostAhead = 4096;
+
+  // All of these need the lock, which ReadOne gives up while it reads.
+
+  void Queue(TreeFolder& folder) {
+    folder.queued_ = true;
+    waiting_.insert(waiting_.end(), folder.subfolders.rbegin(), folder.subfolders.rend());
+    if (!folder.subfolders.empty()) work_.notify_all();
+  }
+
+  FolderPointer NextWaiting() {
+    if (const FolderPointer wanted = std::exchange(wanted_, nullptr);
+        wanted && wanted->state_ == TreeFolder::State::kWaiting)
+      return wanted;
+    while (!waiting_.empty() && ahead_ < kMostAhead) {
+      FolderPointer folder = std::move(waiting_.back());
+      waiting_.pop_back();
+      if (folder->state_ == TreeFolder::State::kWaiting) return folder;
+    }
+    return nullptr;
+  }
+
+  /// Waits for a folder without listing anything here: a disk that does not answer would hold the window.
+  bool WaitFor(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
+               const std::function<bool()>& live, std::unique_lock<std::mutex>& lock) {
+    const auto is_done = [&] { return folder->state_ == TreeFolder::State::kDone; };
+    if (folder->state_ == TreeFolder::State::kWaiting) {
+      wanted_ = folder;
+      work_.notify_one();
+      if (threads_ == 0) ReadBeside(self, folder, lock);
+    }
+    while (!done_.wait_for(lock, kLiveEvery, is_done)) {
+      // All threads wait for a disk.
+      if (folder->state_ == TreeFolder::State::kWaiting) ReadBeside(self, folder, lock);
+      lock.unlock();
+      const bool go_on = live();
+      lock.lock();
+      if (!go_on && !is_done()) break;
+    }
+    wanted_.reset();
+    return is_done();
+  }
+
+  void ReadBeside(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
+                  std::unique_lock<std::mutex>& lock) {
+    folder->state_ = TreeFolder::State::kReading;
+    lock.unlock();
+    const auto read = [self, folder] {
+      std::unique_lock own(self->mutex_);
+      self->ReadOne(*folder, own);
+    };
+    if (!Start(self, read)) read();
+    lock.lock();
+  }
+
+  void ReadAheadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock) {
+    ++ahead_;
+    folder.is_ahead_ = true;
+    ReadOne(folder, lock);
+    Queue(folder);
+  }
+
+  void ReadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock) {
+    folder.state_ = TreeFolder::State::kReading;
+    lock.unlock();
+    FolderListing listing = List(folder.path);
+    lock.lock();
+    if (!stop_) TakeListing(folder, std::move(listing));
+    folder.state_ = TreeFolder::State::kDone;
+    done_.notify_one();
+  }
+
+  void TakeListing(TreeFolder& folder, FolderListing listing) const {
+    folder.listing = std::move(listing);
+    try {
+      for (const SubfolderEntry& entry : folder.listing.subfolders) {
+        if (entry.linked) continue;
+        auto subfolder = std::make_shared<TreeFolder>();
+        subfolder->path.append(folder.path).append(entry.name).push_back(kSeparator);
+        if (enter_(subfolder->path)) folder.subfolders.push_back(std::move(subfolder));
+      }
+    } catch (const std::bad_alloc&) {
+      folder.listing = {};
+      folder.subfolders.clear();
+    }
+  }
+
+  FolderListing List(const std::string& path) const {
+    if (path.size() > kMostPathBytes) return {};
+    try {
+      return ListFolder(path, {.pattern = pattern_,
+                               .subfolders = recurse_,
+                               .sizes = true,
+                               .tail_bytes = tails_(path) ? kTagBytes : 0});
+    } catch (const std::bad_alloc&) {
+      // A folder that does not fit in memory counts as one that cannot be read.
+      return {};
+    }
+  }
+
+  const std::string pattern_;
+  const bool recurse_;
+  const std::function<bool(const std::string&)> enter_;
+  const std::function<bool(const std::string&)> tails_;
+  std::mutex mutex_;
+  std::condition_variable work_;        ///< there is something to list ahead
+  std::condition_variable done_;        ///< a folder has been listed; only the walk waits for it
+  std::condition_variable ended_;       ///< a thread has ended
+  std::vector<FolderPointer> waiting_;  ///< the one the walk comes to first is last
+  FolderPointer wanted_;                ///< the one that the walk waits for
+  std::size_t ahead_ = 0;
+  unsigned threads_ = 0;
+  bool stop_ = false;
+};
 
 FolderReader::FolderReader(std::string pattern, bool recurse,
                            std::function<bool(const std::string&)> enter,
                            std::function<bool(const std::string&)> tails)
-    : pattern_(std::move(pattern)),
-      recurse_(recurse),
-      enter_(std::move(enter)),
-      tails_(std::move(tails)) {
-  if (!recurse_) return;
-  // The walk itself keeps one core busy.
-  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U) - 1;
-  try {
-    for (unsigned k = 0; k < threads; ++k) workers_.emplace_back([this] { Work(); });
-  } catch (const std::system_error&) {
-    // The system gives no more threads: the walk lists what nobody has listed.
-  }
+    : shared_(std::make_shared<Shared>(std::move(pattern), recurse, std::move(enter),
+                                       std::move(tails))) {
+  if (!recurse) return;
+  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U);
+  for (unsigned k = 0; k < threads; ++k)
+    // Without more threads the walk lists what nobody has listed.
+    if (!Shared::Start(shared_, [shared = shared_.get()] { shared->Work(); })) break;
 }
 
-FolderReader::~FolderReader() {
-  {
-    const std::lock_guard lock(mutex_);
-    stop_ = true;
-    work_.notify_all();
-  }
-  for (std::thread& worker : workers_) worker.join();
-}
+FolderReader::~FolderReader() { shared_->Stop(); }
 
 std::shared_ptr<TreeFolder> FolderReader::Root(std::string_view folder) const {
   auto root = std::make_shared<TreeFolder>();
@@ -43,110 +226,11 @@ std::shared_ptr<TreeFolder> FolderReader::Root(std::string_view folder) const {
   return root;
 }
 
-void FolderReader::WaitFor(TreeFolder& folder, const std::function<void()>& live,
-                           std::unique_lock<std::mutex>& lock) {
-  while (!done_.wait_for(lock, kLiveEvery,
-                         [&] { return folder.state_ == TreeFolder::State::kDone; })) {
-    is_quick_ = false;
-    lock.unlock();
-    live();
-    lock.lock();
-  }
+bool FolderReader::Take(const std::shared_ptr<TreeFolder>& folder,
+                        const std::function<bool()>& live) {
+  return shared_->Take(shared_, folder, live);
 }
 
-void FolderReader::Take(TreeFolder& folder, const std::function<void()>& live) {
-  std::unique_lock lock(mutex_);
-  if (folder.state_ == TreeFolder::State::kWaiting) {
-    // The first folder of a disk may have to wait until that runs.
-    if (!live || (is_quick_ && folder.is_below_another_)) return ReadOne(folder, lock);
-    folder.state_ = TreeFolder::State::kReading;
-    std::thread reader([&] {
-      List(folder);
-      const std::lock_guard reader_lock(mutex_);
-      folder.state_ = TreeFolder::State::kDone;
-      done_.notify_one();
-    });
-    WaitFor(folder, live, lock);
-    lock.unlock();
-    reader.join();
-    return;
-  }
-  // Another thread has it. Until that one is done there is other work to do.
-  while (folder.state_ != TreeFolder::State::kDone) {
-    const std::shared_ptr<TreeFolder> other = live && !is_quick_ ? nullptr : NextWaiting();
-    if (other)
-      ReadAheadOne(*other, lock);
-    else if (live)
-      WaitFor(folder, live, lock);
-    else
-      done_.wait(lock, [&] { return folder.state_ == TreeFolder::State::kDone; });
-  }
-  if (ahead_-- == kMostAhead) work_.notify_all();
-}
-
-void FolderReader::Work() {
-  std::unique_lock lock(mutex_);
-  for (;;) {
-    work_.wait(lock, [this] { return stop_ || (!waiting_.empty() && ahead_ < kMostAhead); });
-    if (stop_) return;
-    if (const std::shared_ptr<TreeFolder> folder = NextWaiting()) ReadAheadOne(*folder, lock);
-  }
-}
-
-std::shared_ptr<TreeFolder> FolderReader::NextWaiting() {
-  while (!waiting_.empty() && ahead_ < kMostAhead) {
-    std::shared_ptr<TreeFolder> folder = std::move(waiting_.back());
-    waiting_.pop_back();
-    if (folder->state_ == TreeFolder::State::kWaiting) return folder;
-  }
-  return nullptr;
-}
-
-void FolderReader::ReadAheadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock) {
-  ++ahead_;
-  ReadOne(folder, lock);
-  Queue(folder);
-}
-
-void FolderReader::ReadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock) {
-  folder.state_ = TreeFolder::State::kReading;
-  lock.unlock();
-  List(folder);
-  lock.lock();
-  folder.state_ = TreeFolder::State::kDone;
-  done_.notify_one();
-}
-
-void FolderReader::List(TreeFolder& folder) const {
-  if (folder.path.size() > kMostPathBytes) return;
-  try {
-    folder.listing = ListFolder(folder.path, {.pattern = pattern_,
-                                              .subfolders = recurse_,
-                                              .sizes = true,
-                                              .tail_bytes = tails_(folder.path) ? kTagBytes : 0});
-    for (const SubfolderEntry& entry : folder.listing.subfolders) {
-      if (entry.linked) continue;
-      auto subfolder = std::make_shared<TreeFolder>();
-      subfolder->is_below_another_ = true;
-      subfolder->path.append(folder.path).append(entry.name).push_back(kSeparator);
-      if (enter_(subfolder->path)) folder.subfolders.push_back(std::move(subfolder));
-    }
-  } catch (const std::bad_alloc&) {
-    // A folder that does not fit in memory counts as one that cannot be read.
-    folder.listing = {};
-    folder.subfolders.clear();
-  }
-}
-
-void FolderReader::Enter(TreeFolder& folder) {
-  const std::lock_guard lock(mutex_);
-  if (!folder.queued_) Queue(folder);
-}
-
-void FolderReader::Queue(TreeFolder& folder) {
-  folder.queued_ = true;
-  waiting_.insert(waiting_.end(), folder.subfolders.rbegin(), folder.subfolders.rend());
-  if (!folder.subfolders.empty()) work_.notify_all();
-}
+void FolderReader::Enter(TreeFolder& folder) { shared_->Enter(folder); }
 
 }  // namespace tallow

@@ -121,6 +121,12 @@ int TypeOfMount(const Mount& mount, const BlockDevice& device) noexcept {
   return kUnknownDrive;
 }
 
+bool IsOnNetwork(const Mount& mount) noexcept {
+  // What else a program shows by FUSE mostly comes from a network, too.
+  return IsOneOf(mount.type, kRemote) ||
+         (mount.type.starts_with("fuse.") && !IsOneOf(mount.type, kLocal));
+}
+
 MountedVolumes VolumesOf(const std::vector<Mount>& table,
                          const std::function<std::string(const Mount&)>& uuid_of) {
   MountedVolumes volumes;
@@ -130,6 +136,7 @@ MountedVolumes VolumesOf(const std::vector<Mount>& table,
     MountedVolume& volume = volumes.emplace_back();
     volume.root = EnsureTrailingBackslash(mount.point);
     volume.automounter = automounter;
+    volume.network = IsOnNetwork(mount);
     if (automounter) continue;
     std::string name;
     if (const std::string uuid = uuid_of(mount); !uuid.empty())

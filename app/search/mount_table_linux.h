@@ -46,6 +46,9 @@ std::vector<Mount> DrivesOf(const std::vector<Mount>& table,
 /// The number of a block device, "8:1"; empty where the path leads to none.
 std::string DeviceNumberOf(const std::string& path);
 
+/// Whether a server is asked for what lies on a mount.
+bool IsOnNetwork(const Mount& mount) noexcept;
+
 /// What is mounted where, with the identities of the file systems: the UUID, else of a network file system
 /// its source. The names of devices are none, since another stick gets the same name.
 ///

@@ -28,7 +28,8 @@ std::string PlayerIn(const std::string& folder) {
 
 // Not by SearchTreeForFile where that is: it follows junctions to their parents, and what it does with
 // paths of more than 260 characters is anybody's guess.
-std::string FindWinampUnder(const std::string& root, const DriveList& drives) {
+std::string FindWinampUnder(const std::string& root, const DriveList& drives,
+                            const std::function<bool()>& go_on) {
   std::vector<std::string> waiting{EnsureTrailingBackslash(root)};  // the next one is last
   std::set<std::tuple<std::uint64_t, std::uint64_t, std::uint64_t>> visited;
   while (!waiting.empty()) {
@@ -36,6 +37,7 @@ std::string FindWinampUnder(const std::string& root, const DriveList& drives) {
     waiting.pop_back();
     const FolderListing listing =
         ListFolder(folder, {.pattern = PlayerProgramName(), .subfolders = true});
+    if (go_on && !go_on()) return {};
     // A file system without numbers for its folders gives 0 for each.
     const auto& [device, number, number_high] = listing.identity;
     if (number != 0 && !visited.emplace(device, number, number_high).second) continue;

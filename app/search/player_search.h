@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -33,6 +34,9 @@ std::string FindPlayerOnPath();
 
 /// The full path of the first player in the tree below a root, as it is stored; empty when there is none.
 /// Links to folders and junctions are not followed.
-std::string FindWinampUnder(const std::string& root, const DriveList& drives);
+///
+/// \param go_on asked after each folder is read whether to go on; may be empty
+std::string FindWinampUnder(const std::string& root, const DriveList& drives,
+                            const std::function<bool()>& go_on = {});
 
 }  // namespace tallow

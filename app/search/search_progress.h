@@ -25,6 +25,8 @@ class SearchProgress {
   /// Yield for the place where one song was added: may do nothing while the screen is still up to
   /// date.
   virtual void YieldAfterSong() = 0;
+  /// Lets the user cancel what follows, too, once a cancel has been obeyed.
+  virtual void MayCancelAgain() {}
   /// A folder is being looked at, or with the empty text other work has gone on: a moment for the window
   /// to say so and to live.
   virtual void VisitFolder(std::string_view /*folder*/) {}

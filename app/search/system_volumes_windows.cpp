@@ -71,8 +71,10 @@ MountedVolumes SystemVolumes() {
   for (int k = 0; k < 26; ++k) {
     if ((letters >> k & 1U) == 0) continue;
     const std::wstring root = {static_cast<wchar_t>(L'A' + k), L':', L'\\'};
-    if (!IsThere(root)) continue;
-    volumes.push_back({FromWide(root), {VolumeAt(root), "\\"}, false});
+    // Whether a server answers is asked where it can be waited for.
+    const bool network = GetDriveTypeW(root.c_str()) == DRIVE_REMOTE;
+    if (!network && !IsThere(root)) continue;
+    volumes.push_back({FromWide(root), {VolumeAt(root), "\\"}, false, network});
   }
   return volumes;
 }

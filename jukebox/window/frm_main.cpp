@@ -251,20 +251,40 @@ void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
   std::vector<std::string> problems;
   // The list is filled anew, but whoever looks at another folder stays where they are.
   const PVExplorer::Place place = explorer_->CurrentPlace();
+  std::unique_ptr<LongWork> work;
+  bool is_filed = true;
   try {
-    taken = tallow::TakeFiles(paths, tallow_.library);
+    if (begin_work_) work = begin_work_(kTakingFiles);
+    taken = tallow::TakeFiles(paths, tallow_.library, [&work](std::string_view path) {
+      return work == nullptr || work->GoOn([&] { return std::string(path); });
+    });
+    work.reset();
     problems = taken.problems;
     tallow::Jukebox* const own[] = {&jukebox_};
     FollowReturnedSongs(taken.returned, own, tallow_.clipboard);
     if (!taken.returned.empty() || taken.report.missing > 0) emit SongsReturned(taken.returned);
-    if (taken.has_new_songs) FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own);
+    if (taken.has_new_songs) {
+      if (begin_work_) work = begin_work_(kFilingSongs);
+      FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own, nullptr,
+                           [&](std::size_t filed, std::size_t songs) {
+                             is_filed = work == nullptr ||
+                                        work->GoOn([=] { return FilingLine(filed, songs); });
+                             return is_filed;
+                           });
+    }
   } catch (const FilingError& error) {
     problems.insert(problems.end(), error.problems().begin(), error.problems().end());
   } catch (const std::exception& error) {
     problems.push_back(std::string("The new songs could not be filed. ") + error.what());
   }
+  work.reset();
   if (taken.has_new_songs) explorer_->GoTo(place);
-  explorer_->AddSongs(to, taken.songs);
+  // A song that is in "All Songs" would not be filed any more.
+  if (is_filed || !IsAllSongs(to)) explorer_->AddSongs(to, taken.songs);
+  if (!is_filed) {
+    tallow_.filing_is_pending = true;
+    problems.push_back(FilingCancelledLine() + ".");
+  }
   QStringList lines;
   const std::string counts = TextOf(taken.report, false);
   if (!counts.empty()) lines.append(DisplayText(counts));

@@ -8,6 +8,7 @@
 
 #include <QWidget>
 
+#include "app/long_work.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/window/pop_up_menus.h"
 #include "library/scan_report.h"
@@ -74,6 +75,8 @@ class frmMain : public QWidget {
   /// Sets what saves this window's jukebox when it is closed and the user wants that.
   /// \param save returns whether it is saved now
   void OnSaveBeforeClosing(std::function<bool()> save) { save_ = std::move(save); }
+  /// Sets how taking many files is shown.
+  void OnLongWork(BeginLongWork begin) { begin_work_ = std::move(begin); }
 
  signals:
   /// These songs, by their record numbers, are to be played in this order.
@@ -120,6 +123,7 @@ class frmMain : public QWidget {
   int pane_with_focus_ = 0;
   std::function<bool()> save_;
   std::string picture_problem_;
+  BeginLongWork begin_work_;
 };
 
 }  // namespace tallow

@@ -175,6 +175,7 @@ Texts SaveIt(RunningProgram& program, const std::string& as) {
   JukeboxDocuments documents(program.tallow, windows);
   const bool saved = as.empty() ? documents.SaveDatForm() : documents.SaveAs();
   if (!saved) windows.said.push_back("The jukebox is not saved.");
+  for (const std::string& text : program.Said()) windows.said.push_back(text);
   return windows.said;
 }
 

@@ -32,6 +32,7 @@
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_menus.h"
 #include "ui/frame/frame_toolbar.h"
+#include "ui/frame/frame_work.h"
 #include "ui/frame/frm_mdi_form1_documents.h"
 #include "ui/frame/jukebox_documents.h"
 #include "ui/frame/window_arrangement.h"
@@ -204,12 +205,21 @@ void frmMDIForm1::ShowStatus(const std::string& text) {
 void frmMDIForm1::EnableFrame(bool enabled) {
   // Nothing is kept until it is enabled again, and a search may take long.
   if (!enabled) KeepUnsavedChanges();
+  SetFrameEnabled(enabled);
+}
+
+void frmMDIForm1::SetFrameEnabled(bool enabled) {
   // A window that is disabled loses the keyboard.
   if (!enabled) focus_before_ = focusWidget();
   setEnabled(enabled);
   if (!enabled) return;
   if (focus_before_ != nullptr && focus_before_->isVisible()) focus_before_->setFocus();
   FocusJukebox();
+}
+
+std::unique_ptr<LongWork> frmMDIForm1::BeginWork(std::string_view text) {
+  return std::make_unique<FrameWork>(tallow_, DisplayText(text),
+                                     [this](bool enabled) { SetFrameEnabled(enabled); });
 }
 
 bool frmMDIForm1::Start(const std::string& program) {
@@ -223,7 +233,11 @@ void frmMDIForm1::PlayOnPanel() {
   ActivateJukebox();
   if (frmMain* const window = ActiveJukeboxWindow()) window->TakeFocus();
   // A panel without a player would only be in the way.
-  if (!PlayerPanel()->Play()) delete panel_;
+  hands_over_ = true;
+  const bool is_open = PlayerPanel()->Play();
+  hands_over_ = false;
+  if (!is_open) delete panel_;
+  if (std::exchange(panel_is_to_close_, false)) ClosePlayerPanel();
 }
 
 void frmMDIForm1::changeEvent(QEvent* event) {
@@ -247,6 +261,7 @@ void frmMDIForm1::OpenPanel() {
   panel_ = area_->addSubWindow(panel);
   panel_->setAttribute(Qt::WA_DeleteOnClose);
   panel->setProperty(kHelpPage, QStringLiteral("playing"));
+  panel->OnLongWork([this](std::string_view text) { return BeginWork(text); });
   connect(panel, &frmMainWinamp::Said, this,
           [this](const QString& text) { ShowStatus(text.toStdString()); });
   // Jukeboxes fill the frame; the panel would be lost behind them.
@@ -293,8 +308,11 @@ bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmMDIForm1::closeEvent(QCloseEvent* event) {
-  // A disabled frame is in the middle of something.
-  if (!isEnabled()) return event->ignore();
+  // A disabled frame is in the middle of something, which ends as soon as it can.
+  if (!isEnabled()) {
+    tallow_.SearchCancelled = true;
+    return event->ignore();
+  }
   // One that is not to be closed keeps the program open, music and all, and so the others as well: none is
   // closed before all have been asked.
   const QList<QMdiSubWindow*> windows = area_->subWindowList();
@@ -324,7 +342,8 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
 }
 
 void frmMDIForm1::ClosePlayerPanel() {
-  if (panel_) panel_->close();
+  panel_is_to_close_ = hands_over_;
+  if (panel_ && !hands_over_) panel_->close();
 }
 
 }  // namespace tallow

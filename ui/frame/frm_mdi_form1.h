@@ -138,8 +138,10 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   std::span<Jukebox* const> AllJukeboxes() override;
   void ShowStatus(const std::string& text) override;
   void EnableFrame(bool enabled) override;
+  std::unique_ptr<LongWork> BeginWork(std::string_view text) override;
   void PlayOnPanel() override;
   bool Start(const std::string& program) override;
+  void SetFrameEnabled(bool enabled);
   void OpenPanel();
   void ActivateJukebox();
   void FocusJukebox();
@@ -152,6 +154,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   std::function<bool(const std::string& path)> open_help_;
   QMdiArea* area_;
   QPointer<QMdiSubWindow> panel_;  ///< holds the player panel
+  bool hands_over_ = false;        ///< the panel does, and must not go meanwhile
+  bool panel_is_to_close_ = false;
   FileMenu* file_menu_ = nullptr;
   QToolBar* toolbar_ = nullptr;
   frmFind* find_ = nullptr;  ///< once it was shown

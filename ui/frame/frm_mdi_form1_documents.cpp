@@ -71,6 +71,10 @@ std::optional<std::string> frmMDIForm1::Documents::AskForFileToSave(const std::s
   return AskForFile(&frame_, folder, kJukeboxFilter, FileDialogPurpose::kSave);
 }
 
+std::unique_ptr<LongWork> frmMDIForm1::Documents::BeginWork(std::string_view text) {
+  return frame_.BeginWork(text);
+}
+
 MessageAnswer frmMDIForm1::Documents::Show(const Message& message) { return frame_.Show(message); }
 
 void frmMDIForm1::Documents::Notice(const std::vector<std::string>& lines) { frame_.Notice(lines); }

@@ -27,6 +27,7 @@ class frmMDIForm1::Documents : public DocumentWindows {
   void DropJukebox(Jukebox& jukebox) override;
   std::optional<std::string> AskForFileToOpen(const std::string& folder) override;
   std::optional<std::string> AskForFileToSave(const std::string& folder) override;
+  std::unique_ptr<LongWork> BeginWork(std::string_view text) override;
   MessageAnswer Show(const Message& message) override;
   void Notice(const std::vector<std::string>& lines) override;
 

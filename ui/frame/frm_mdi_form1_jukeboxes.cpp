@@ -32,9 +32,20 @@ void frmMDIForm1::NewJukebox() {
   if (OpenJukeboxes().empty()) {
     frmMain& window = NewJukeboxWindow();
     const std::vector<Jukebox*> open = OpenJukeboxes();
+    std::unique_ptr<LongWork> work = BeginWork(kFilingSongs);
+    bool is_filed = true;
+    const auto show = [&] {
+      work.reset();
+      ShowJukeboxWindow(window);
+      if (!is_filed) Notice({FilingCancelledLine() + "."});
+    };
     try {
-      BuildInitialJukebox(tallow_.library, window.Jukebox(), open,
-                          [&] { ShowJukeboxWindow(window); });
+      BuildInitialJukebox(tallow_.library, window.Jukebox(), open, show, nullptr,
+                          [&](std::size_t filed, std::size_t songs) {
+                            is_filed = work->GoOn([=] { return FilingLine(filed, songs); });
+                            tallow_.filing_is_pending = tallow_.filing_is_pending || !is_filed;
+                            return is_filed;
+                          });
     } catch (const FilingError& error) {
       Notice(error.problems());
     } catch (const std::exception& error) {
@@ -92,6 +103,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
     for (const QString& line : lines) texts.push_back(line.toStdString());
     Notice(texts);
   });
+  window->OnLongWork([this](std::string_view text) { return BeginWork(text); });
   window->OnSaveBeforeClosing([this, sub, window] {
     // It does not become the active one where it, or the frame, is minimized.
     area_->setActiveSubWindow(sub);

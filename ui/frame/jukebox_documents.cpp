@@ -118,13 +118,23 @@ const Jukebox* JukeboxDocuments::OpenedFrom(const std::string& path) {
 
 void JukeboxDocuments::OpenFile(const std::string& path) {
   Jukebox& jukebox = windows_.NewJukebox();
+  std::unique_ptr<LongWork> work = windows_.BeginWork(kFilingSongs);
+  bool is_filed = true;
+  FilingProgress progress;
+  if (work)
+    progress = [&](std::size_t filed, std::size_t songs) {
+      is_filed = work->GoOn([=] { return FilingLine(filed, songs); });
+      return is_filed;
+    };
   try {
-    if (!OpenJukeboxFile(
-            path, CaptionOfFile(path), jukebox, tallow_.library, windows_.OpenJukeboxes(),
-            [&](const std::string& file, const AskWhichSongs& ask) {
-              return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
-            },
-            [this](const std::string& text) { return AskUnlessLeft(text); })) {
+    const bool is_open = OpenJukeboxFile(
+        path, CaptionOfFile(path), jukebox, tallow_.library, windows_.OpenJukeboxes(),
+        [&](const std::string& file, const AskWhichSongs& ask) {
+          return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
+        },
+        [this](const std::string& text) { return AskUnlessLeft(text); }, nullptr, progress);
+    work.reset();
+    if (!is_open) {
       windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});
       windows_.DropJukebox(jukebox);
       return;
@@ -133,6 +143,11 @@ void JukeboxDocuments::OpenFile(const std::string& path) {
     windows_.Notice(error.problems());
   } catch (const std::exception& error) {
     windows_.Notice({std::string("The new songs could not be filed. ") + error.what()});
+  }
+  work.reset();
+  if (!is_filed) {
+    tallow_.filing_is_pending = true;
+    windows_.Notice({FilingCancelledLine() + "."});
   }
   Remember(path);
   windows_.ShowJukebox(jukebox);

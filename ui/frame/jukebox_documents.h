@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "app/long_work.h"
 #include "jukebox/jukebox_file.h"
 #include "util/message.h"
 
@@ -43,6 +45,8 @@ class DocumentWindows {
   /// Asks for a file to save to, without asking whether one that exists may be replaced.
   virtual std::optional<std::string> AskForFileToSave(const std::string& folder) = 0;
 
+  /// Begins work that may take long, see LongWork; null where nobody is to see it.
+  virtual std::unique_ptr<LongWork> BeginWork(std::string_view /*text*/) { return nullptr; }
   virtual MessageAnswer Show(const Message& message) = 0;
   /// Says something that does not stop anything, where it does not get in the way.
   virtual void Notice(const std::vector<std::string>& lines) = 0;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
 
-#include "app/recycle_bin_platform.h"
+#include "library/recycle_bin_platform.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
 #include "util/user_folders.h"

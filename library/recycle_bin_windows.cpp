@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/recycle_bin_platform.h"
+#include "library/recycle_bin_platform.h"
 
 namespace tallow {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/recycle_bin.h"
+#include "library/recycle_bin.h"
 
 #include <string>
 
-#include "app/recycle_bin_platform.h"
+#include "library/recycle_bin_platform.h"
 #include "util/path_text.h"
 #include "util/text.h"
 

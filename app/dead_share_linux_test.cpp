@@ -1,0 +1,229 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Disks that do not answer, from the start to the hand-over to the player.
+#include <cerrno>
+
+#include "app/search/file_search.h"
+#include "jukebox/play_commands.h"
+#include "jukebox/sorting.h"
+#include "player/playfile.h"
+#include "tests/dead_folder_linux.h"
+#include "tests/recorded_link.h"
+#include "tests/recorded_messages.h"
+#include "tests/system_fixture.h"
+
+namespace tallow {
+namespace {
+
+/// Starts over a collection whose folder "b" is a share.
+class DeadShare : public SystemTest {
+ protected:
+  DeadShare() { StartAgain(); }
+
+  bool StartAgain() {
+    windows.emplace();
+    tallow.emplace(application.path());
+    tallow->library.UseDrives([this] { return mounted; }, {});
+    system.emplace(*tallow, drives, *windows);
+    windows->progress.on_live = [this] {
+      if (on_live) on_live();
+    };
+    return system->Main(runtime_file);
+  }
+  std::int32_t Row(const std::string& name) const {
+    for (std::int32_t row = 1; row <= tallow->library.UBoundOfMp3Array(); ++row)
+      if (tallow->library.Mp3Info(kFileName, row) == name) return row;
+    return 0;
+  }
+  std::string Waiting() const { return "Waiting for " + share + ", which does not answer"; }
+  bool IsSaid(const std::string& status) const {
+    const Texts& said = windows->progress.status;
+    return std::find(said.begin(), said.end(), status) != said.end();
+  }
+  /// The user cancels as soon as it is said that the share is waited for.
+  void CancelWhenAsked() {
+    on_live = [this] {
+      if (!windows->progress.status.empty() && windows->progress.status.back() == Waiting())
+        tallow->SearchCancelled = true;
+    };
+  }
+
+  const std::string share = music / "b/";
+  MountedVolumes mounted{{music.path(), {"uuid A", "/"}, false, false},
+                         {share, {"source server:/b", "/"}, false, true}};
+  std::function<void()> on_live;
+};
+
+TEST_F(DeadShare, AStartSaysItAndCancelSkipsItsDrive) {
+  Rank();
+  const DeadFolder dead(share);
+  CancelWhenAsked();
+  ASSERT_TRUE(StartAgain());
+  EXPECT_TRUE(IsSaid(Waiting()));
+  const auto& log = windows->log;
+  EXPECT_NE(std::find(log.begin(), log.end(), "cancel on"), log.end());
+  EXPECT_EQ(std::find(log.rbegin(), log.rend(), "cancel off") <
+                std::find(log.rbegin(), log.rend(), "cancel on"),
+            true);
+  EXPECT_EQ(tallow->library.AwayText(Row("three.mp3")),
+            "three.mp3 is on a drive that is away: " + share);
+  EXPECT_FALSE(tallow->library.IsAway(Row("one.mp3")));
+  EXPECT_EQ(windows->scan, "1 away (" + share + ")");
+  EXPECT_FALSE(tallow->SearchCancelled);
+  ExpectRanks();
+}
+
+TEST_F(DeadShare, OnceItAnswersItsSongsAreThereAgain) {
+  Rank();
+  {
+    const DeadFolder dead(share);
+    CancelWhenAsked();
+    ASSERT_TRUE(StartAgain());
+  }
+  ASSERT_TRUE(StartAgain());
+  EXPECT_FALSE(IsSaid(Waiting()));
+  EXPECT_FALSE(tallow->library.IsAway(Row("three.mp3")));
+  ExpectRanks();
+}
+
+TEST_F(DeadShare, AnAnswerThatComesLateIsWaitedFor) {
+  std::optional<DeadFolder> dead(share);
+  on_live = [&] {
+    if (!windows->progress.status.empty() && windows->progress.status.back() == Waiting())
+      dead.reset();
+  };
+  ASSERT_TRUE(StartAgain());
+  EXPECT_TRUE(IsSaid(Waiting()));
+  EXPECT_EQ(windows->progress.status.back(), "");
+  EXPECT_FALSE(tallow->library.IsAway(Row("three.mp3")));
+}
+
+TEST_F(DeadShare, AFolderOfALocalDriveThatDoesNotAnswerIsSkippedToo) {
+  mounted = {{"/", {"uuid root", "/"}, false, false}};
+  ASSERT_TRUE(StartAgain());
+  const DeadFolder dead(share);
+  CancelWhenAsked();
+  ASSERT_TRUE(StartAgain());
+  EXPECT_TRUE(tallow->library.IsAway(Row("three.mp3")));
+  EXPECT_FALSE(tallow->library.IsAway(Row("one.mp3")));
+}
+
+TEST_F(DeadShare, ACheckThatIsEndedLeavesItsSongsAsTheyAre) {
+  const DeadFolder dead(share);
+  tallow->library.BeginScan(ScanKind::kFolderList);
+  tallow->library.CheckToSeeIfFilesAreMissingAndMakeFalse(
+      [](std::string_view folder) { return !folder.empty(); });
+  EXPECT_TRUE(tallow->library.IsPresent(Row("three.mp3")));
+}
+
+TEST_F(DeadShare, ItsSongsAreFiledWhenItAnswersAgain) {
+  MakeSong("b/four.mp3", {.artist = "Zappa"});
+  MakeSong("a/five.mp3", {.artist = "Yes"});
+  clsMain& library = tallow->library;
+  library.AddSong(share, "four.mp3", kUnknownSize);
+  library.AddSong(music / "a/", "five.mp3", kUnknownSize);
+  library.RenumberBasedOnArrayNumber();
+  Jukebox& box = *windows->open[0];
+  const auto file = [&](const FilingProgress& progress) {
+    return FillAutomaticFolders(kFillNewToo, false, {}, library, windows->open, nullptr, progress);
+  };
+  {
+    const DeadFolder dead(share);
+    library.LookAt(share, {}, [](std::string_view) { return false; });
+    EXPECT_TRUE(file([](std::size_t, std::size_t) { return true; }));
+  }
+  EXPECT_EQ(SongsOnShow(), 4U);
+  EXPECT_EQ(box.Nodes().Find("Zappa", box.Nodes().Find("Artist")), nullptr);
+  library.BeginScan(ScanKind::kFolderList);
+  EXPECT_TRUE(file({}));
+  EXPECT_EQ(SongsOnShow(), 5U);
+  EXPECT_NE(box.Nodes().Find("Zappa", box.Nodes().Find("Artist")), nullptr);
+}
+
+TEST_F(DeadShare, ASearchEndsWithACancelThoughAFolderDoesNotAnswer) {
+  music.File("a/six.mp3");
+  const DeadFolder dead(share);
+  RecordedProgress progress;
+  progress.on_live = [this, &dead] { tallow->SearchCancelled = dead.Asked() > 0; };
+  const std::int32_t before = tallow->library.UBoundOfMp3Array();
+  EXPECT_FALSE(
+      FileSearch(*tallow, TestDrives({{music.path()}}), &progress).SearchDrivesForMp3s(true, {}));
+  EXPECT_FALSE(tallow->SearchCancelled);
+  EXPECT_GE(tallow->library.UBoundOfMp3Array(), before);
+}
+
+TEST_F(DeadShare, TheSearchForThePlayerEndsWithACancelToo) {
+  const DeadFolder dead(share);
+  RecordedProgress progress;
+  progress.on_live = [this, &dead] { tallow->SearchCancelled = dead.Asked() > 0; };
+  EXPECT_FALSE(FileSearch(*tallow, TestDrives({{share}}), &progress, [] {
+                 return std::string();
+               }).SearchDrivesForWinamp());
+  EXPECT_FALSE(tallow->SearchCancelled);
+}
+
+/// A hand-over to a player that is only written down.
+class DeadShareInPlay : public DeadShare, protected HandOffPanel {
+ protected:
+  void TrackStarted(std::int32_t) override {}
+  void HandedOver() override { handed_over = true; }
+  void Cancelled(std::size_t songs, std::size_t of) override {
+    cancelled = std::to_string(songs) + " of " + std::to_string(of);
+  }
+  void DoNotAnswer(std::size_t songs, const std::string& first) override {
+    unanswered = std::to_string(songs) + " " + first;
+  }
+  void Play(const std::vector<std::int32_t>& songs, const HandOverProgress& progress) {
+    HandOver(songs, tallow->library, player, messages.Shower(), *this, progress);
+  }
+
+  RecordedLink link;
+  RecordedMessages messages;
+  WinAMP_Control player{link, [] { return std::string("/opt/player"); }, messages.Shower()};
+  bool handed_over = false;
+  std::string cancelled;
+  std::string unanswered;
+};
+
+TEST_F(DeadShareInPlay, TheHandOverIsCancelledWhileItIsWaitedFor) {
+  const DeadFolder dead(share);
+  Play({Row("one.mp3"), Row("three.mp3")},
+       [&](std::size_t, std::size_t) { return dead.Asked() == 0; });
+  EXPECT_EQ(cancelled, "1 of 2");
+  EXPECT_TRUE(handed_over);
+}
+
+TEST_F(DeadShareInPlay, SongsOfADriveThatWasGivenUpAreLeftOutAndSaid) {
+  const DeadFolder dead(share);
+  tallow->library.LookAt(share, {}, [](std::string_view) { return false; });
+  Play({Row("one.mp3"), Row("three.mp3"), Row("two.mp3")}, {});
+  EXPECT_EQ(unanswered, "1 " + share + "three.mp3");
+  EXPECT_TRUE(handed_over);
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(DeadShare, AFolderThatCannotBeOpenedIsAskedOnceNotOncePerSong) {
+  constexpr int kSongs = 50;
+  for (int k = 0; k < kSongs; ++k) MakeSong("c/" + std::to_string(k) + ".mp3", {});
+  clsMain& library = tallow->library;
+  std::vector<std::int32_t> songs;
+  for (int k = 0; k < kSongs; ++k)
+    songs.push_back(library.AddSong(music / "c/", std::to_string(k) + ".mp3", kUnknownSize));
+  library.RenumberBasedOnArrayNumber();
+  library.BeginScan(ScanKind::kFolderList);
+  const FailingFolder failing(music / "c/", EIO);
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  EXPECT_TRUE(library.IsAway(songs[0]));
+  EXPECT_TRUE(library.IsAway(songs[kSongs - 1]));
+  EXPECT_LE(failing.Asked(), 2);
+  const int before = failing.Asked();
+  library.LookWhileLiving({}, [&] {
+    library.MarkAwaySongs(songs);
+    const std::vector<char> there = library.LookAgain(songs);
+    EXPECT_EQ(std::count(there.begin(), there.end(), 0), kSongs);
+  });
+  EXPECT_LE(failing.Asked() - before, 3);
+  EXPECT_TRUE(library.IsPresent(songs[0]));
+}
+
+}  // namespace
+}  // namespace tallow

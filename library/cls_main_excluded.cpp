@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What the library does with songs that an earlier version took from folders that hold none.
+#include <string>
+#include <unordered_map>
+
+#include "library/cls_main.h"
+#include "library/excluded_folders.h"
+#include "util/text.h"
+
+namespace tallow {
+
+bool clsMain::IsInExcludedFolder(std::int32_t row) const {
+  return HoldsNoSongs(table_.Cell(kFileLocation, row));
+}
+
+void clsMain::MoveOutOfExcludedFolders(std::int32_t old_count) {
+  if (table_.rows() <= old_count) return;
+  std::unordered_map<std::string, std::int32_t> excluded;
+  bool is_excluded = false;
+  for (std::int32_t row = 1; row <= old_count; ++row) {
+    // Nearly all songs lie in the folder of the one before.
+    if (row == 1 || !table_.SameStoredText(kFileLocation, row - 1, row))
+      is_excluded = IsInExcludedFolder(row);
+    if (is_excluded && IsPresent(row)) excluded.emplace(ToLower(table_.Cell(kFileName, row)), row);
+  }
+  if (excluded.empty()) return;
+  std::vector<char> goes(static_cast<std::size_t>(table_.rows()));
+  for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
+    const auto found = excluded.find(ToLower(table_.Cell(kFileName, row)));
+    if (found == excluded.end()) continue;
+    for (const std::int16_t column : {kFileLocation, kFileName})
+      table_.SetCell(column, found->second, table_.Cell(column, row));
+    table_.Facts(found->second).size = table_.Facts(row).size;
+    table_.Facts(found->second).away = 0;
+    goes[static_cast<std::size_t>(row - 1)] = 1;
+    // A second file of the name is a copy of this one.
+    excluded.erase(found);
+    list_is_stale_ = true;
+  }
+  table_.Remove(goes);
+}
+
+}  // namespace tallow

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace tallow {
+
+/// The folders below which nothing is asked for the present, because a disk did not answer there. May be used
+/// from several threads.
+class UnansweredPlaces {
+ public:
+  /// \param root ends in a separator
+  void Add(std::string_view root);
+  void Clear();
+
+  /// The root that a path lies below; empty for none.
+  std::string RootOf(std::string_view path) const;
+  bool Covers(std::string_view path) const { return !RootOf(path).empty(); }
+
+ private:
+  mutable std::mutex mutex_;
+  std::vector<std::string> roots_;
+};
+
+}  // namespace tallow

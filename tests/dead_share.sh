@@ -1,0 +1,33 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Starts the built program while a drive does not answer: the start gives it up, and loses nothing.
+#
+# Usage: dead_share.sh PROGRAM INTERPOSED_LIBRARY FOLDER
+set -euo pipefail
+
+program=$1 library=$2 folder=$3
+rm -rf "$folder"
+mkdir -p "$folder"/{app,local,share}
+unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM
+for k in 1 2 3; do
+  head -c 400 /dev/zero > "$folder/local/local $k.mp3"
+  head -c 400 /dev/zero > "$folder/share/share $k.mp3"
+done
+start=("$program" --app-folder "$folder/app" --drive "$folder/local" --drive "$folder/share"
+  --exit-after-startup)
+"${start[@]}"
+songs=$folder/app/Grouping/FileLocNames.lmz
+cp "$songs" "$folder/before"
+
+# Half a minute is what a start waits for a drive that nobody cancels.
+TALLOW_DEAD_FOLDER="$folder/share/" LD_PRELOAD="$library" timeout 120 "${start[@]}" \
+  2> "$folder/said"
+cmp "$songs" "$folder/before"
+
+# And when it answers again, nothing is missing.
+"${start[@]}" 2> "$folder/said"
+cmp "$songs" "$folder/before"
+if grep -q missing "$folder/said"; then
+  cat "$folder/said"
+  exit 1
+fi

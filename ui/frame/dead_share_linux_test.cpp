@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The windows, while a disk does not answer.
+#include <QLabel>
+#include <QPushButton>
+#include <QStatusBar>
+
+#include "app/frm_searching.h"
+#include "app/frm_splash.h"
+#include "jukebox/window/pv_explorer.h"
+#include "tests/dead_folder_linux.h"
+#include "tests/frame_fixture.h"
+#include "tests/tagged_file.h"
+#include "ui/start_up.h"
+
+namespace tallow {
+namespace {
+
+/// Clicks a button once it can be seen, and keeps what a label beside it says then.
+template <typename Window>
+class ClickOnceSeen {
+ public:
+  ClickOnceSeen(const char* button, const char* label) {
+    QObject::connect(&timer_, &QTimer::timeout, [this, button, label] {
+      ++ticks;
+      for (QWidget* const widget : QApplication::topLevelWidgets()) {
+        auto* const window = qobject_cast<Window*>(widget);
+        auto* const found = window != nullptr
+                                ? window->template findChild<QPushButton*>(QLatin1String(button))
+                                : nullptr;
+        if (found == nullptr || !found->isVisible() || !found->isEnabled()) continue;
+        text = window->template findChild<QLabel*>(QLatin1String(label))->text();
+        if (on_click) on_click();
+        found->click();
+      }
+    });
+    timer_.start(5);
+  }
+  QString text;
+  int ticks = 0;  ///< how often the windows lived
+  std::function<void()> on_click;
+
+ private:
+  QTimer timer_;
+};
+
+class DeadShareWindows : public FrameTest {
+ protected:
+  /// A jukebox file with empty automatic folders.
+  std::string MakeJukeboxFile() {
+    Jukebox jukebox;
+    for (const char* const text : {"All Songs", "Artist", "New"})
+      jukebox.Nodes().AddChild(nullptr, text);
+    const std::string path = application / "box.juk";
+    EXPECT_TRUE(jukebox.Save(path, library));
+    return path;
+  }
+  void AddSongOfShare() {
+    music.File("share/c.mp3", Audio(300) + Tag({.artist = "Zappa"}));
+    AddSong(share, "c.mp3");
+  }
+  std::size_t SongsOf(const char* folder) {
+    return frame.OpenJukeboxes().at(0)->Nodes().Find(folder)->Items().size();
+  }
+
+  const std::string share = music.Folder("share");
+};
+
+TEST_F(DeadShareWindows, AJukeboxWhoseFilingIsCancelledIsOpenWithWhatWasFiled) {
+  AddSongOfShare();
+  const std::string path = MakeJukeboxFile();
+  frame.show();
+  {
+    const DeadFolder dead(share);
+    ClickOnceSeen<frmSearching> cancel("cmdCancel", "Label1");
+    cancel.on_click = [&] { EXPECT_FALSE(frame.isEnabled()); };
+    frame.OpenFiles({path});
+    EXPECT_EQ(cancel.text, QStringLiteral("Filing songs  . . . "));
+    EXPECT_GT(cancel.ticks, 5);
+  }
+  EXPECT_TRUE(frame.isEnabled());
+  EXPECT_EQ(frame.statusBar()->currentMessage(),
+            QStringLiteral("The filing was cancelled; the other songs are filed when the jukebox "
+                           "is opened the next time."));
+  ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
+  EXPECT_EQ(SongsOf("All Songs"), 2U);
+  EXPECT_EQ(SongsOf("New"), 2U);
+  // Bringing in new songs makes up for it.
+  tallow.settings.NumerOfRecordsInTheMain(3);
+  Item("mnuNewSongsNormalLocations").trigger();
+  EXPECT_EQ(SongsOf("All Songs"), 3U);
+  EXPECT_FALSE(tallow.filing_is_pending);
+}
+
+TEST_F(DeadShareWindows, AHandOverThatIsCancelledLeavesThePlayerWhatItHas) {
+  AddSongOfShare();
+  frmMain& window = ShowJukebox();
+  const DeadFolder dead(share);
+  ClickOnceSeen<frmSearching> cancel("cmdCancel", "Label1");
+  emit window.PlaySongs({1, 2, 3});
+  EXPECT_EQ(cancel.text, QStringLiteral("Handing songs to the player  . . . "));
+  EXPECT_EQ(frame.statusBar()->currentMessage(),
+            QStringLiteral("Handing songs to the player was cancelled: it has 2 of the 3 songs."));
+  EXPECT_TRUE(frame.isEnabled());
+}
+
+TEST_F(DeadShareWindows, AStartLivesAndItsCancelButtonSkipsTheDrive) {
+  AddSongOfShare();
+  ASSERT_TRUE(library.Save());
+  library.UseDrives([] { return MountedVolumes(); }, {share});
+  library.FinishScan(true);
+  Tallow again(application.path());
+  again.library.UseDrives([] { return MountedVolumes(); }, {share});
+  RecordedLink player;
+  frmMDIForm1 other(again, player, messages.Shower());
+  StartUp windows(again, other, false);
+  const auto drives = GivenDrives({share});
+  System system(again, *drives, windows, [] { return std::string("/opt/player"); });
+  const DeadFolder dead(share);
+  ClickOnceSeen<frmSplash> cancel("cmdCancel", "lStatus");
+  QTimer tip;
+  QObject::connect(&tip, &QTimer::timeout, [] {
+    if (QWidget* const modal = QApplication::activeModalWidget()) modal->close();
+  });
+  tip.start(5);
+  ASSERT_TRUE(system.Main({}));
+  EXPECT_TRUE(cancel.text.startsWith(QStringLiteral("Waiting for "))) << cancel.text.toStdString();
+  EXPECT_GT(cancel.ticks, 5);
+  EXPECT_TRUE(again.library.IsAway(3));
+  EXPECT_FALSE(again.library.IsAway(1));
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frame_work.h"
+
+#include <utility>
+
+#include <QCoreApplication>
+
+#include "app/frm_searching.h"
+#include "app/tallow.h"
+#include "ui/dialogs/frm_help.h"
+
+namespace tallow {
+namespace {
+
+/// How often the windows live, in ms.
+constexpr qint64 kLiveAfter = 40;
+
+/// What takes longer is shown, in ms.
+constexpr qint64 kShowAfter = 500;
+
+}  // namespace
+
+FrameWork::FrameWork(Tallow& tallow, QString text, std::function<void(bool)> enable)
+    : tallow_(tallow), text_(std::move(text)), enable_(std::move(enable)) {
+  tallow_.SearchCancelled = false;
+  begun_.start();
+  lived_.start();
+}
+
+FrameWork::~FrameWork() {
+  window_.reset();
+  if (is_disabled_) enable_(true);
+  tallow_.SearchCancelled = false;
+}
+
+bool FrameWork::GoOn(const std::function<std::string()>& line) {
+  if (lived_.hasExpired(kLiveAfter)) {
+    if (!std::exchange(is_disabled_, true)) enable_(false);
+    if (!window_ && begun_.hasExpired(kShowAfter)) {
+      window_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; }, text_);
+      window_->setProperty(kHelpPage, QStringLiteral("new-songs"));
+      window_->Load();
+      window_->show();
+    }
+    if (window_) {
+      window_->SetFound(line());
+      window_->Repaint();
+    }
+    QCoreApplication::processEvents();
+    // What the events took does not count.
+    lived_.start();
+  }
+  return !tallow_.SearchCancelled && !tallow_.is_ending;
+}
+
+}  // namespace tallow

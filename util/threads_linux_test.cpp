@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// What is done where the system gives no threads.
+#include <algorithm>
+#include <random>
+#include <sys/stat.h>
+
+#include "app/search/file_search.h"
+#include "library/size_finder.h"
+#include "tests/library_fixture.h"
+#include "tests/no_threads_linux.h"
+#include "tests/recorded_progress.h"
+#include "util/quicksort.h"
+#include "util/read_ahead.h"
+#include "util/threads.h"
+
+namespace tallow {
+namespace {
+
+class WithoutThreads : public LibraryTest {};
+
+TEST_F(WithoutThreads, NoneIsStartedAndTheWorkIsStillTheCallers) {
+  const NoThreads none;
+  bool done = false;
+  EXPECT_FALSE(StartThread([&] { done = true; }).joinable());
+  EXPECT_FALSE(done);
+  EXPECT_FALSE(StartThreadOrRun([&] { done = true; }).joinable());
+  EXPECT_TRUE(done);
+}
+
+TEST_F(WithoutThreads, WithThreadsTheWorkIsDoneOnAnotherOne) {
+  std::thread::id other;
+  std::thread thread = StartThreadOrRun([&] { other = std::this_thread::get_id(); });
+  Join(thread);
+  EXPECT_NE(other, std::this_thread::get_id());
+}
+
+TEST_F(WithoutThreads, TextsAreRankedAllTheSame) {
+  std::mt19937 random(1);
+  std::vector<std::string> texts(20000);
+  for (std::string& text : texts) text = "song " + std::to_string(random() % 5000);
+  const std::vector<std::string_view> views(texts.begin(), texts.end());
+  const std::vector<std::int32_t> expected = RankText(views);
+  const NoThreads none;
+  EXPECT_EQ(RankText(views), expected);
+}
+
+TEST_F(WithoutThreads, ReadingAheadAnswersOnTheCallersThread) {
+  const NoThreads none;
+  const auto caller = std::this_thread::get_id();
+  std::size_t next = 0;
+  for (const std::size_t count : {1U, 500U}) {
+    next = 0;
+    ReadAhead(
+        count, 8, [](std::size_t i) { return i; },
+        [&](std::size_t i) {
+          EXPECT_EQ(std::this_thread::get_id(), caller);
+          return i;
+        },
+        [&](std::size_t i, std::size_t value) {
+          EXPECT_EQ(i, next++);
+          EXPECT_EQ(value, i);
+        },
+        [](std::size_t, std::chrono::milliseconds) { return Patience::kWait; },
+        [](std::size_t i) { return i; });
+    EXPECT_EQ(next, count);
+  }
+}
+
+TEST_F(WithoutThreads, ASearchFindsSongsAndThePlayer) {
+  music.File("a/one.mp3");
+  music.File("b/c/two.mp3");
+  music.File("b/" + std::string(PlayerProgramName()));
+  EXPECT_EQ(chmod((music / "b/tallow-player").c_str(), 0755), 0);
+  const NoThreads none;
+  RecordedProgress progress;
+  const TestDrives drives({{music.path()}});
+  const auto nowhere = [] { return std::string(); };
+  FileSearch(tallow, drives, &progress, nowhere).SearchDrivesForMp3s(true, {});
+  EXPECT_EQ(library.UBoundOfMp3Array(), 2);
+  FileSearch(tallow, drives, &progress, nowhere).SearchDrivesForWinamp();
+  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), music / "b/tallow-player");
+}
+
+TEST_F(WithoutThreads, AStartFindsWhatIsThereMissingAndNew) {
+  AddSong(music.path(), "there.mp3");
+  AddSong(music.path(), "gone.mp3");
+  music.File("there.mp3");
+  ASSERT_TRUE(library.Save());
+  library.WriteOutMp3DirectoryLocations();
+  music.File("new.mp3");
+  const NoThreads none;
+  library.UseDrives([] { return MountedVolumes(); }, {});
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse([](std::string_view) { return true; });
+  library.AddAnyAdditionalMp3FromTheNormalDirectories([](std::string_view) { return true; });
+  EXPECT_EQ(Cells(2), (Texts{"there.mp3", "0", "new.mp3"}));
+}
+
+TEST_F(WithoutThreads, SizesAreFoundAFewAtATime) {
+  constexpr std::int32_t kSongs = 500;
+  for (std::int32_t k = 1; k <= kSongs; ++k) {
+    const std::string name = std::to_string(k) + ".mp3";
+    AddSong(music.path(), name);
+    if (k == 1 || k == kSongs) music.File(name, "12345");
+  }
+  const NoThreads none;
+  SizeFinder finder(library);
+  int calls = 1;
+  EXPECT_TRUE(finder.TakeSizes(library));
+  EXPECT_EQ(library.Facts(1).size, 5);
+  EXPECT_EQ(library.Facts(kSongs).size, kUnknownSize);
+  while (finder.TakeSizes(library)) ++calls;
+  EXPECT_GT(calls, 1);
+  EXPECT_EQ(library.Facts(kSongs).size, 5);
+}
+
+}  // namespace
+}  // namespace tallow
