@@ -131,6 +131,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
   const int code = QApplication::exec();
   // The end may have come in the middle of filing, which is complete now.
   if (tallow.is_ending) frame.KeepUnsavedChanges();
+  // There may be room by now for what could not be saved.
+  if (!tallow.library.SaveError().empty()) tallow.library.Save();
   return code;
 }
 

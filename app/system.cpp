@@ -167,23 +167,36 @@ bool System::LoadSettings() {
   const std::string folder = tallow_.settings.LocOfGroupingDir();
   if (IsGone(folder) && (FileExists(own + std::string(kLibraryFileName)) ||
                          tallow_.settings.NumerOfRecordsInTheMain() == 0)) {
-    KeepBackup(path);
+    KeepSettings();
     UseOwnFolders();
     notices_.push_back("The folder " + folder + " of the settings is gone, so Tallow uses " + own +
-                       ". The settings as they were are kept as " + std::string(NameOfPath(path)) +
-                       std::string(kBackupSuffix) + " beside them.");
+                       "." + kept_as_);
   }
   return true;
 }
 
 void System::MendCutSettings() {
   const std::string& path = tallow_.settings_path;
-  KeepBackup(path);
+  KeepSettings();
   tallow_.settings.CompleteSettings(path, tallow_.application_folder);
   tallow_.SaveSettings();
-  notices_.push_back(path + " was cut short. It is kept as " + std::string(NameOfPath(path)) +
-                     std::string(kBackupSuffix) +
-                     "; the settings that it lacked are those of a new one.");
+  notices_.push_back(
+      path + " was cut short. The settings that it lacks are those of a first start." + kept_as_);
+}
+
+void System::KeepSettings() {
+  if (std::exchange(settings_are_kept_, true)) return;
+  const std::string& path = tallow_.settings_path;
+  for (const std::string_view suffix : {kBackupSuffix, kSetAsideSuffix}) {
+    try {
+      KeepReplaced(path, suffix);
+      kept_as_ = " The settings as they were are kept as " +
+                 std::string(NameOfPath(path)).append(suffix) + " beside them.";
+      return;
+    } catch (const FileError& error) {
+      kept_as_ = " The settings as they were could not be kept: " + std::string(error.what()) + ".";
+    }
+  }
 }
 
 void System::UseOwnFolders() {
@@ -218,12 +231,8 @@ void System::FindPlayer() {
   if (!player.empty() && LookAt(player).presence == FilePresence::kThere) return;
   if (tallow_.library.Unanswered()->Covers(player)) return;
   if (!player.empty()) {
-    // The path may be damaged, and another one with it.
-    try {
-      KeepBackup(tallow_.settings_path);
-    } catch (const FileError&) {
-      // Nothing but the player's path is replaced.
-    }
+    // The path may be damaged, and others with it.
+    KeepSettings();
   }
   tallow_.player_search_is_pending = !SearchForPlayer();
 }
@@ -270,6 +279,7 @@ bool System::CheckLibraryFile() {
 
 void System::UseCount(std::int32_t songs) {
   if (tallow_.settings.NumerOfRecordsInTheMain() == songs) return;
+  KeepSettings();
   tallow_.settings.NumerOfRecordsInTheMain(songs);
   tallow_.SaveSettings();
 }
@@ -277,6 +287,7 @@ void System::UseCount(std::int32_t songs) {
 bool System::ChooseLibrary(const LibraryCheck& check) {
   const std::string path = tallow_.library.LibraryPath();
   const std::string name(NameOfPath(path));
+  const std::string set_aside = FreeSetAsidePath(path);
   const bool can_be_used = check.file.exists && check.file.sound;
   std::string text = "The song library " + path;
   if (!check.file.exists)
@@ -311,8 +322,10 @@ bool System::ChooseLibrary(const LibraryCheck& check) {
   else
     offer(Choice::kSearch, "Search Anew", "Tallow searches the drives. All ranks are lost.");
   if (check.file.exists)
-    text += "\n\nUnless it is used as it is, it is kept as " + name +
-            std::string(check.last_good ? kSetAsideSuffix : kBackupSuffix) + " beside it.";
+    text +=
+        "\n\nUnless it is used as it is, it is kept as " +
+        (check.last_good ? std::string(NameOfPath(set_aside)) : name + std::string(kBackupSuffix)) +
+        " beside it.";
   text += "\nClosing this leaves Tallow and changes nothing.";
 
   const std::optional<std::size_t> choice = windows_.Choose(text, choices);
@@ -323,12 +336,12 @@ bool System::ChooseLibrary(const LibraryCheck& check) {
       UseCount(check.file.usable);
       return true;
     case Choice::kLastGood:
-      UseLastGood(path);
+      UseLastGood(path, set_aside);
       UseCount(*check.last_good);
       return true;
     case Choice::kSearch:
       if (check.last_good && check.file.exists) {
-        KeepReplaced(path, kSetAsideSuffix);
+        KeepReplacedAs(path, set_aside);
         is_set_aside_ = true;
       }
       rebuild_ = true;
@@ -346,9 +359,9 @@ bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
           std::string(kGoOn)))
     return false;
   rebuild_ = true;
-  if (!FolderExists(tallow_.settings.LocOfGroupingDir())) {
+  if (IsGone(tallow_.settings.LocOfGroupingDir())) {
     // The folder may come back (a disk not mounted today); the old settings still name it.
-    KeepBackup(tallow_.settings_path);
+    KeepSettings();
     UseOwnFolders();
   }
   return true;
@@ -357,7 +370,10 @@ bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
 void System::LoadLibrary() {
   clsMain& library = tallow_.library;
   // It was sound a moment ago; what cannot be read now must not be replaced.
-  if (!library.LoadMain())
+  const bool is_loaded = library.LoadMain();
+  const std::int32_t last = library.UBoundOfMp3Array();
+  // A file that became shorter meanwhile leaves rows without a number.
+  if (!is_loaded || library.Mp3Info(kRecordNumber, last).empty())
     throw FileError(library.LibraryPath(),
                     "the song library cannot be read. Make it readable, or move it away, and start "
                     "Tallow again.");
@@ -379,7 +395,11 @@ void System::LoadLibrary() {
 void System::SearchUnreadFolders() {
   clsMain& library = tallow_.library;
   std::int32_t old_count = library.UBoundOfMp3Array();
-  FileSearch(tallow_, drives_, windows_.LoadedSplash()).SearchUnreadFolders();
+  FileSearch(tallow_, drives_, windows_.LoadedSplash())
+      .SearchUnreadFolders([this](const std::string& folder) {
+        LookAt(folder);
+        return !tallow_.library.Unanswered()->Covers(folder);
+      });
   if (library.UBoundOfMp3Array() == old_count) return;
   library.DeleteIdenticalFileNamesAndPaths(old_count);
   library.WriteOutMp3DirectoryLocations();
@@ -586,7 +606,9 @@ bool System::OpenLastJukebox(Jukebox& jukebox) {
 void System::DropVanishedPlayer() {
   clsINI& settings = tallow_.settings;
   const std::string path = settings.LocOfWinAmpExe();
-  if (!tallow_.library.Unanswered()->Covers(path) && !FileExists(path)) {
+  const bool is_gone = !tallow_.library.Unanswered()->Covers(path) &&
+                       (path.empty() || LookAtFile(path).presence == FilePresence::kNotThere);
+  if (is_gone) {
     settings.LocOfWinAmpExe({});
     tallow_.SaveSettings();
   }

@@ -94,6 +94,7 @@ class System {
   void UseOwnFolders();
   bool RebuildSettings(const std::string& problem);
   void MendCutSettings();
+  void KeepSettings();
   void FindPlayer();
   bool SearchForPlayer();
   bool LoadOrBuildLibrary();
@@ -122,10 +123,12 @@ class System {
   StartUpWindows& windows_;
   std::function<std::string()> nearby_;
   bool settings_are_new_ = false;
-  bool is_starting_ = true;     ///< notices wait for the windows
-  bool was_cancelled_ = false;  ///< the search for songs
-  std::string slow_drive_;      ///< is said to be waited for
-  bool shows_filing_ = false;   ///< it takes a while
+  bool settings_are_kept_ = false;  ///< as they were before this start
+  std::string kept_as_;             ///< says where, a sentence with a blank before it
+  bool is_starting_ = true;         ///< notices wait for the windows
+  bool was_cancelled_ = false;      ///< the search for songs
+  std::string slow_drive_;          ///< is said to be waited for
+  bool shows_filing_ = false;       ///< it takes a while
   bool filing_was_cancelled_ = false;
   std::vector<std::string> notices_;  ///< to be said once the windows are there
   bool rebuild_ = false;  ///< the user wants what the library file still shows, and a new search

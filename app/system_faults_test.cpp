@@ -106,8 +106,47 @@ TEST_F(SystemFaults, AChangedLibraryCanBeSalvaged) {
   EXPECT_EQ(RankOf("three.mp3"), ranked[2].second);
   EXPECT_NE(RankOf("two.mp3"), "no such song");
   EXPECT_EQ(Read(Library() + ".damaged"), changed);
+  tallow->library.Mp3Info(kSongRank, 1, "9");
+  tallow->library.Save();
+  // Until the next start it can still be had.
+  EXPECT_EQ(Read(Library() + ".bak"), good);
   ASSERT_TRUE(Start());
   EXPECT_TRUE(windows->asked.empty());
+}
+
+TEST_F(SystemFaults, FoldersThatCouldNotBeReadAreSearchedAtTheNextStart) {
+  MakeSong("deep/er/four.mp3", {});
+  tallow->library.RememberUnread(music / "deep/", true, "Input/output error");
+  tallow->library.RememberUnread(music / "gone/", true, "Input/output error");
+  tallow->library.FinishScan(false);
+  ASSERT_TRUE(Start());
+  EXPECT_NE(RankOf("four.mp3"), "no such song");
+  EXPECT_TRUE(tallow->library.UnreadFoldersNow().empty());
+  ExpectRanks();
+}
+
+TEST_F(SystemFaults, ADamagedFolderListThatCannotBeKeptStaysAsItIs) {
+  Change(List(), music.path(), "somewhere");
+  CreateFolder(List() + ".bak");
+  application.File("Grouping/System/LocOfMainTargetFiles.lmz.bak/x");
+  const std::string damaged = Read(List());
+  ASSERT_TRUE(Start());
+  EXPECT_TRUE(Contains(windows->notices,
+                       List() + " is damaged, and cannot be kept with .bak behind its name ("));
+  EXPECT_EQ(Read(List()), damaged);
+  ExpectRanks();
+}
+
+TEST_F(SystemFaults, TheSettingsOfBeforeTheStartAreKept) {
+  const std::string before = Read(Settings());
+  RemoveFile(tallow->settings.LocOfWinAmpExe());
+  tallow->settings.LocOfGroupingDir(application / "Grouqing/");
+  tallow->SaveSettings();
+  const std::string wrong = Read(Settings());
+  // Both the folder and the player are replaced.
+  ASSERT_TRUE(Start());
+  EXPECT_EQ(Read(Settings() + ".bak"), wrong);
+  EXPECT_NE(Read(Settings()), before);
 }
 
 TEST_F(SystemFaults, OfALibraryThatDoesNotParseTheLastGoodOneIsOffered) {
@@ -173,8 +212,8 @@ TEST_F(SystemFaults, SettingsThatWereCutAreKeptAndCompleted) {
     ASSERT_TRUE(Start()) << length;
     EXPECT_EQ(windows->notices.at(0),
               Settings() +
-                  " was cut short. It is kept as TallowOrganizer.ini.bak; the settings that "
-                  "it lacked are those of a new one.")
+                  " was cut short. The settings that it lacks are those of a first start. "
+                  "The settings as they were are kept as TallowOrganizer.ini.bak beside them.")
         << length;
     EXPECT_TRUE(windows->asked.empty()) << length;
     EXPECT_EQ(Read(Settings() + ".bak"), whole.substr(0, length));

@@ -75,12 +75,15 @@ std::string UnreadableChanges(const std::string& path, std::string_view reason) 
 }
 
 std::string UnsavedJukeboxes::FreePath() const {
-  const bool can_look = IsGone(folder_ + "Jukebox-0.unsaved");
+  const std::string first = folder_ + "Jukebox-1.unsaved";
+  const FileLook look = LookAtFile(first);
+  // One that is there and cannot be seen would be replaced.
+  if (look.presence == FilePresence::kUnknown && StateOfFolder(folder_) == FolderState::kUnreadable)
+    throw FileError(first, look.problem);
   for (int number = 1;; ++number) {
     std::string path = folder_ + "Jukebox-" + std::to_string(number) + ".unsaved";
     const auto is_used = [&](const auto& kept) { return kept.second.path == path; };
-    // Where the folder cannot be looked into, writing says why.
-    const bool is_there = can_look && !IsGone(path);
+    const bool is_there = !IsGone(path);
     if (!is_there && std::none_of(kept_.begin(), kept_.end(), is_used)) return path;
   }
 }

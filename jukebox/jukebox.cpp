@@ -147,7 +147,7 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
     const auto before = StampOf(path);
     // Only one of the same size can be the same.
     if (!before || before->size != bytes.size() || ReadWholeFile(path) != bytes)
-      WriteFileAtomically(path, bytes, [&] { KeepBackup(path); });
+      WriteFileAtomically(path, bytes, [&] { KeepReplaced(path); });
   } catch (const FileError& error) {
     return fail(error.what());
   } catch (const std::bad_alloc&) {

@@ -24,16 +24,16 @@ std::int16_t ColumnOf(std::int32_t column) {
   return static_cast<std::int16_t>(column);
 }
 
-/// Gives the backup of a library another name, unless it is one that was saved here: a damaged library was
-/// kept in it.
-void SetDamagedBackupAside(const std::string& path, const CompanionHeader& companion) {
+/// Gives the backup of a library another name, unless it is the library before this one: it may be the only
+/// good one, or a damaged one that was to be kept.
+void SetBackupAside(const std::string& path, const CompanionHeader& companion) {
   const std::string backup = path + std::string(kBackupSuffix);
   if (IsGone(backup)) return;
   const LibraryInspection file = InspectLibrary(backup);
   if (file.checksum != 0 &&
       (file.checksum == companion.library || file.checksum == companion.before))
     return;
-  KeepReplacedAs(backup, path + std::string(kSetAsideSuffix));
+  KeepReplacedAs(backup, FreeSetAsidePath(path));
 }
 
 }  // namespace
@@ -108,7 +108,11 @@ void clsMain::WriteLibrary(const std::string& path) {
   }
   // With a library, the next start looks nowhere else for the songs of these.
   if (unread_.IsDirty()) {
-    unread_file_.Save(unread_.Encode());
+    try {
+      unread_file_.Save(unread_.Encode());
+    } catch (const FileError& error) {
+      problems_.push_back(std::string(error.what()) + ". Make room for it, or make it writable.");
+    }
     unread_.MarkSaved();
   }
   const std::string bytes = EncodeLibrary(table_);
@@ -117,9 +121,8 @@ void clsMain::WriteLibrary(const std::string& path) {
   companion.before = companion_.library;
   companion.library = checksum;
   WriteCompanion(companion);
-  const bool had_backup = KeepLibraryAsBackup(path);
-  WriteFileAtomically(path, bytes);
-  is_set_aside_ = false;
+  bool had_backup = false;
+  WriteFileAtomically(path, bytes, [&] { had_backup = KeepLibraryAsBackup(path); });
   if (const std::string backup = path + std::string(kBackupSuffix); !had_backup && IsGone(backup)) {
     try {
       WriteFileAtomically(backup, bytes);
@@ -133,11 +136,12 @@ void clsMain::WriteLibrary(const std::string& path) {
 }
 
 bool clsMain::KeepLibraryAsBackup(const std::string& path) {
-  if (is_set_aside_) return backup_is_good_ = true;
+  // The last good library stays until the next start, should this one turn out worse.
+  if (is_set_aside_) return true;
   try {
     const auto stamp = StampOf(path);
     if (IsGone(path) || (stamp && stamp->size == 0)) return false;
-    if (!backup_first_ && !backup_is_good_) SetDamagedBackupAside(path, companion_);
+    if (backup_first_ || !backup_is_good_) SetBackupAside(path, companion_);
     KeepReplaced(path);
     backup_is_good_ = !backup_first_;
     return true;

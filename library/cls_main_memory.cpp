@@ -253,9 +253,11 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
   for (std::size_t k = 0; k < rows.size(); ++k) {
     if (is_back[k]) continue;
     const std::int32_t row = rows[k];
-    forgotten.insert(
-        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
+    std::string path =
+        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row));
     BlankRow(row);
+    // Its row stays while it cannot be remembered.
+    if (!IsPresent(row)) forgotten.insert(std::move(path));
   }
   drives_.Forget(place);
   // A file that was left out for one of them is that song now.
@@ -430,7 +432,12 @@ void clsMain::SaveFacts() {
 
 void clsMain::TrustLibrary() {
   try {
-    if (!companion_is_unread_) KeepReplaced(CompanionPath(), kSetAsideSuffix);
+    if (!companion_is_unread_) {
+      const auto bytes = ReadWholeFile(CompanionPath(), kMostLibraryBytes);
+      // Of a changed byte the rows are the same; of a backup they may be fewer, or others.
+      if (bytes && RowsOfCompanion(*bytes) == table_.rows()) CompleteFacts(*bytes, table_);
+      KeepReplaced(CompanionPath(), kSetAsideSuffix);
+    }
     SaveFacts();
   } catch (const FileError&) {
     // The next start asks once more.

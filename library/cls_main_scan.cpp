@@ -92,6 +92,9 @@ void clsMain::AddFromRememberedFolders() {
   } catch (const Stopped&) {
     // What was found until now is complete.
   }
+  // It is taken in whole, whatever the callback says from here on.
+  go_on_ = {};
+  wait_for_drive_ = {};
   DeleteIdenticalFileNamesAndPaths(old_count);
 }
 
@@ -131,9 +134,15 @@ std::vector<std::string> clsMain::RememberedFolders() {
     }
   }
   if (is_damaged) {
-    KeepReplaced(path);
-    problems_.push_back(path + " is damaged. It is kept with .bak behind its name.");
-    list_is_stale_ = true;
+    try {
+      KeepReplaced(path);
+      problems_.push_back(path + " is damaged. It is kept with .bak behind its name.");
+      list_is_stale_ = true;
+    } catch (const FileError& error) {
+      problems_.push_back(path + " is damaged, and cannot be kept with .bak behind its name (" +
+                          error.reason() + "), so it stays as it is.");
+      list_is_unread_ = true;
+    }
   }
   // A list that was not read, or is damaged, lacks folders that songs lie in.
   std::unordered_set<std::string> listed(folders.begin(), folders.end());
@@ -151,7 +160,7 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
                                      KnownSongs& known) {
   if (!listing.problem.empty())
     RememberUnread(folder, false, listing.problem);
-  else if (listing.opened || listing.not_there)
+  else if ((listing.opened || listing.not_there) && !unread_.HasBelow(folder))
     ForgetUnread(folder);
   if (listing.files.empty()) return;
   KnownSongs::Rows& rows = known.OfFolder(folder);

@@ -45,11 +45,20 @@ LibraryCheck CheckLibrary(const std::string& path) {
   return check;
 }
 
-void UseLastGood(const std::string& path) {
+std::string FreeSetAsidePath(const std::string& path) {
+  // More are not worth keeping: the last one is replaced.
+  constexpr int kMaxSetAside = 9;
+  std::string free = path + std::string(kSetAsideSuffix);
+  for (int number = 2; number <= kMaxSetAside && !IsGone(free); ++number)
+    free = path + std::string(kSetAsideSuffix) + "-" + std::to_string(number);
+  return free;
+}
+
+void UseLastGood(const std::string& path, const std::string& set_aside) {
   const std::string backup = path + std::string(kBackupSuffix);
   const auto bytes = ReadWholeFile(backup, kMostLibraryBytes);
   if (!bytes) throw FileError(backup, "is gone");
-  if (!IsGone(path)) KeepReplaced(path, kSetAsideSuffix);
+  if (!IsGone(path)) KeepReplacedAs(path, set_aside);
   WriteFileAtomically(path, *bytes);
 }
 

@@ -34,9 +34,14 @@ struct LibraryCheck {
 /// \throws FileError when the library exists but cannot be read
 LibraryCheck CheckLibrary(const std::string& path);
 
-/// Puts the backup in the place of a library file, which is kept with kSetAsideSuffix behind its name.
+/// The name under which a library file is set aside: kSetAsideSuffix behind its own, and a number where that
+/// is taken.
+std::string FreeSetAsidePath(const std::string& path);
+
+/// Puts the backup in the place of a library file.
 ///
+/// \param set_aside where the library file is kept, see FreeSetAsidePath
 /// \throws FileError; the library file is as it was then
-void UseLastGood(const std::string& path);
+void UseLastGood(const std::string& path, const std::string& set_aside);
 
 }  // namespace tallow

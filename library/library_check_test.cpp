@@ -101,12 +101,15 @@ TEST_F(LibraryCheckTest, UsingTheLastGoodOneKeepsTheOther) {
   SaveTwice();
   const std::string good = *ReadWholeFile(Backup());
   Write(LibraryPath(), "damaged");
-  UseLastGood(LibraryPath());
+  const std::string set_aside = FreeSetAsidePath(LibraryPath());
+  EXPECT_EQ(set_aside, LibraryPath() + ".damaged");
+  UseLastGood(LibraryPath(), set_aside);
+  EXPECT_EQ(FreeSetAsidePath(LibraryPath()), LibraryPath() + ".damaged-2");
   EXPECT_EQ(ReadWholeFile(LibraryPath()), good);
   EXPECT_EQ(ReadWholeFile(LibraryPath() + ".damaged"), "damaged");
   EXPECT_EQ(ReadWholeFile(Backup()), good);
   RemoveFile(Backup());
-  EXPECT_THROW(UseLastGood(LibraryPath()), FileError);
+  EXPECT_THROW(UseLastGood(LibraryPath(), set_aside), FileError);
 }
 
 TEST_F(LibraryCheckTest, AFileBeyondTwoGiBIsNoLibrary) {

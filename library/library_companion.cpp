@@ -102,6 +102,10 @@ std::optional<CompanionHeader> DecodeCompanion(std::string_view bytes, std::uint
   return header;
 }
 
+std::int32_t RowsOfCompanion(std::string_view bytes) {
+  return HeaderOfCompanion(bytes) ? Read<std::int32_t>(bytes, kRowsOffset) : 0;
+}
+
 void CompleteFacts(std::string_view bytes, SongTable& table) {
   if (!HeaderOfCompanion(bytes)) return;
   for (std::int32_t row = 1; row <= RowsIn(bytes, table); ++row) {

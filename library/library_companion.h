@@ -57,6 +57,9 @@ std::optional<CompanionHeader> HeaderOfCompanion(std::string_view bytes);
 std::optional<CompanionHeader> DecodeCompanion(std::string_view bytes, std::uint64_t library,
                                                SongTable& table);
 
+/// How many rows a companion knows; 0 where it is none.
+std::int32_t RowsOfCompanion(std::string_view bytes);
+
 /// Gives the rows of a table the facts that they lack, from another companion of the same rows: one that could
 /// not be read for a while. Nothing where it is none.
 void CompleteFacts(std::string_view bytes, SongTable& table);

@@ -18,6 +18,8 @@ constexpr int kVersion = 1;
 void UnreadFolders::Add(UnreadFolder folder) {
   const auto found = folders_.find(folder.path);
   if (found != folders_.end()) {
+    // Nobody has searched the folders below it meanwhile.
+    folder.below = folder.below || found->second.below;
     is_dirty_ = is_dirty_ || found->second.below != folder.below;
     found->second = std::move(folder);
     return;
@@ -26,6 +28,11 @@ void UnreadFolders::Add(UnreadFolder folder) {
   std::string path = folder.path;
   folders_.emplace(std::move(path), std::move(folder));
   is_dirty_ = true;
+}
+
+bool UnreadFolders::HasBelow(std::string_view path) const {
+  const auto found = folders_.find(path);
+  return found != folders_.end() && found->second.below;
 }
 
 void UnreadFolders::Remove(std::string_view path) {

@@ -32,6 +32,8 @@ class UnreadFolders {
   static constexpr std::size_t kMost = 10'000;
 
   void Add(UnreadFolder folder);
+  /// Whether a folder is remembered with the folders below it.
+  bool HasBelow(std::string_view path) const;
   /// Forgets a folder.
   void Remove(std::string_view path);
 

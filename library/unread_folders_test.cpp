@@ -41,6 +41,14 @@ TEST(UnreadFolders, TheSameProblemAgainIsNoChange) {
   EXPECT_EQ(folders.Folders()[0].problem, "Permission denied");
 }
 
+TEST(UnreadFolders, TheFoldersBelowAreNotForgotten) {
+  UnreadFolders folders;
+  folders.Add({"/m/a/", true, "Input/output error"});
+  folders.Add({"/m/a/", false, "Input/output error"});
+  EXPECT_TRUE(folders.HasBelow("/m/a/"));
+  EXPECT_FALSE(folders.HasBelow("/m/b/"));
+}
+
 TEST(UnreadFolders, OfTooManyTheFirstAreRemembered) {
   UnreadFolders folders;
   for (std::size_t k = 0; k <= UnreadFolders::kMost; ++k)

@@ -1,15 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "util/atomic_file.h"
 
+#include "util/errors.h"
 #include "util/file_system.h"
 #include "util/link_backup.h"
 
 namespace tallow {
+namespace {
+
+/// A larger file is given the other name, and is not copied into memory for it.
+constexpr std::uint64_t kMostCopied = std::uint64_t{1} << 30U;
+
+}  // namespace
 
 void KeepBackup(const std::string& path) {
   if (const auto content = ReadWholeFile(path))
     WriteFileAtomically(path + std::string(kBackupSuffix), *content);
 }
+
+void MoveToBackup(const std::string& path) { MoveFileTo(path, path + std::string(kBackupSuffix)); }
 
 void KeepReplaced(const std::string& path, std::string_view suffix) {
   KeepReplacedAs(path, path + std::string(suffix));
@@ -17,7 +26,11 @@ void KeepReplaced(const std::string& path, std::string_view suffix) {
 
 void KeepReplacedAs(const std::string& path, const std::string& other) {
   if (LinkBackup(path, other)) return;
-  if (const auto content = ReadWholeFile(path)) WriteFileAtomically(other, *content);
+  try {
+    if (const auto content = ReadWholeFile(path, kMostCopied)) WriteFileAtomically(other, *content);
+  } catch (const FileTooLargeError&) {
+    MoveFileTo(path, other);
+  }
 }
 
 }  // namespace tallow

@@ -128,9 +128,8 @@ bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
   }
 }
 
-void MoveToBackup(const std::string& path) {
-  const std::string backup = path + std::string(kBackupSuffix);
-  if (Rename(path, backup) != 0) Fail(errno == EISDIR ? backup : path, errno);
+void MoveFileTo(const std::string& path, const std::string& other) {
+  if (Rename(path, other) != 0) Fail(errno == EISDIR ? other : path, errno);
 }
 
 }  // namespace tallow

@@ -107,9 +107,8 @@ bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
   }
 }
 
-void MoveToBackup(const std::string& path) {
-  const std::wstring from = ToWidePath(path);
-  if (!MoveFileExW(from.c_str(), (from + ToWide(kBackupSuffix)).c_str(),
+void MoveFileTo(const std::string& path, const std::string& other) {
+  if (!MoveFileExW(ToWidePath(path).c_str(), ToWidePath(other).c_str(),
                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
     Fail(path, GetLastError());
 }

@@ -169,8 +169,15 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
       if (ReadTailAt(descriptor, entry->d_name, file.tail, status) != TailResult::kRead)
         file.tail.clear();
       if (status.st_mode == 0 &&
-          Retry([&] { return fstatat(descriptor, entry->d_name, &status, 0); }) != 0)
-        listing.problem = std::strerror(errno);
+          Retry([&] { return fstatat(descriptor, entry->d_name, &status, 0); }) != 0) {
+        const int error = errno;
+        // Somebody may have deleted it since it was listed.
+        if (IsNotThere(error)) {
+          listing.files.pop_back();
+          continue;
+        }
+        listing.problem = std::strerror(error);
+      }
       file.size = status.st_mode != 0 ? static_cast<std::uint64_t>(status.st_size) : kNoLimit;
       continue;
     }

@@ -10,4 +10,8 @@ namespace tallow {
 /// \returns false where that cannot be done; what has the name is as it was then
 bool LinkBackup(const std::string& path, const std::string& backup) noexcept;
 
+/// Gives a file another name, in place of what has that name.
+/// \throws FileError
+void MoveFileTo(const std::string& path, const std::string& other);
+
 }  // namespace tallow

@@ -152,18 +152,29 @@ bool FileSearch::Visit(const TreeFolder& folder) {
 void FileSearch::RememberIfUnread(const FileSearchRequest& request, const TreeFolder& folder) {
   if (!folder.listing.problem.empty())
     tallow_.library.RememberUnread(folder.path, request.Recurse, folder.listing.problem);
-  else if (folder.listing.opened || folder.listing.not_there)
-    tallow_.library.ForgetUnread(folder.path);
 }
 
-void FileSearch::SearchUnreadFolders() {
+void FileSearch::SearchUnreadFolders(const std::function<bool(const std::string&)>& answers) {
   FileSearchRequest request{
       .Recurse = true, .AddToLibrary = true, .Folder = {}, .Pattern = std::string(kSongPattern)};
   for (const UnreadFolder& folder : tallow_.library.UnreadFoldersNow()) {
+    clsMain& library = tallow_.library;
     // What is on a drive that is away is looked at once that is there.
-    if (!folder.below || !tallow_.library.AwayRootOf(folder.path).empty()) continue;
+    if (!folder.below || !library.AwayRootOf(folder.path).empty() || !answers(folder.path))
+      continue;
+    if (IsGone(folder.path)) {
+      const std::string_view path(folder.path);
+      const std::string above(FolderOfPath(path.substr(0, path.size() - 1)));
+      // An empty folder may be that of a disk that is not mounted.
+      if (StateOfFolder(above) == FolderState::kHasEntries) library.ForgetUnread(folder.path);
+      continue;
+    }
+    library.ForgetUnread(folder.path);
     request.Folder = folder.path;
     WalkFolderTree(request);
+    if (!was_stopped_) continue;
+    library.RememberUnread(folder.path, true, folder.problem);
+    return;
   }
 }
 

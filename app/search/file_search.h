@@ -51,8 +51,10 @@ class FileSearch {
   /// \returns false when it was cancelled
   bool SearchDrivesForMp3s(bool all_drives, std::string_view folder);
 
-  /// Walks the folders that an earlier search could not read.
-  void SearchUnreadFolders();
+  /// Walks the folders that an earlier search could not read. Each is forgotten once all of it was walked.
+  ///
+  /// \param answers whether the disk of a folder answers
+  void SearchUnreadFolders(const std::function<bool(const std::string& folder)>& answers);
 
   /// The player search: beside the program and on the path where the platform has that, then in the
   /// tree of each fixed disk. The first find goes to the settings, which are saved; without a find,

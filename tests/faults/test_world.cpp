@@ -94,7 +94,12 @@ json FactsOfCompanion(const World& world, const clsMain& library) {
 
 json SettingsOf(const World& world) {
   json lines = json::array();
-  const std::string text = world.Read("app/Grouping/System/TallowOrganizer.ini");
+  const std::string path = "app/Grouping/System/TallowOrganizer.ini";
+  std::error_code ignored;
+  // No settings have so many bytes, and these would be read for long.
+  constexpr std::uintmax_t kMaxBytes = std::uintmax_t{16} << 20U;
+  if (fs::file_size(world.root() + path, ignored) > kMaxBytes && !ignored) return lines;
+  const std::string text = world.Read(path);
   std::size_t number = 0;
   for (const std::string_view line : SplitLines(text))
     // The count is the library's, and the player is found anew.
