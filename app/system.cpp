@@ -172,6 +172,14 @@ bool System::LoadSettings() {
     notices_.push_back("The folder " + folder + " of the settings is gone, so Tallow uses " + own +
                        "." + kept_as_);
   }
+  const std::string list_folder(FolderOfPath(tallow_.settings.FileContainingTargetDirectories()));
+  if (IsGone(list_folder)) {
+    KeepSettings();
+    tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
+    tallow_.SaveSettings();
+    notices_.push_back("The folder " + list_folder + " of the settings is gone, so Tallow uses " +
+                       SystemFolder(tallow_.application_folder) + "." + kept_as_);
+  }
   return true;
 }
 

@@ -137,6 +137,21 @@ TEST_F(SystemFaults, ADamagedFolderListThatCannotBeKeptStaysAsItIs) {
   ExpectRanks();
 }
 
+TEST_F(SystemFaults, TheFolderOfTheFolderListThatIsGoneIsReplacedAndSaid) {
+  tallow->settings.FileContainingTargetDirectories(application / "Grouqing/list.lmz");
+  tallow->SaveSettings();
+  const std::string wrong = Read(Settings());
+  ASSERT_TRUE(Start());
+  EXPECT_EQ(windows->notices,
+            Texts{"The folder " + (application / "Grouqing/") +
+                  " of the settings is gone, so Tallow uses " + (application / "Grouping/System/") +
+                  ". The settings as they were are kept as "
+                  "TallowOrganizer.ini.bak beside them."});
+  EXPECT_EQ(Read(Settings() + ".bak"), wrong);
+  EXPECT_EQ(tallow->settings.FileContainingTargetDirectories(), List());
+  ExpectRanks();
+}
+
 TEST_F(SystemFaults, TheSettingsOfBeforeTheStartAreKept) {
   const std::string before = Read(Settings());
   RemoveFile(tallow->settings.LocOfWinAmpExe());
