@@ -35,6 +35,10 @@ class NoWindows : public StartUpWindows, private SearchProgress {
     Tell(text);
     return false;
   }
+  std::optional<std::size_t> Choose(const std::string& /*text*/,
+                                    const std::vector<std::string>& /*choices*/) override {
+    return std::nullopt;
+  }
   std::optional<bool> AskUnlessLeft(const std::string&) override { return std::nullopt; }
   void Notice(const std::vector<std::string>& lines) override { Tell(lines.front()); }
   void NoticeScan(const std::vector<std::string>&) override {}
