@@ -81,8 +81,6 @@ if(WIN32)
 else()
   target_sources(tallow_core_tests PRIVATE
     app/jukebox_kill_linux_test.cpp
-    app/dead_share_linux_test.cpp
-    tests/dead_folder_linux.cpp
     util/threads_linux_test.cpp
     app/search/mount_table_linux_test.cpp
     jukebox/jukebox_save_linux_test.cpp
@@ -93,6 +91,11 @@ else()
     player/substitute/sound_linux_test.cpp
     util/comm_dlgs_linux_test.cpp
     util/owner_file_linux_test.cpp)
+  if(NOT TALLOW_SANITIZE)
+    # They stand between the program and the system, where sanitizers stand too.
+    target_sources(tallow_core_tests PRIVATE
+      app/dead_share_linux_test.cpp tests/dead_folder_linux.cpp)
+  endif()
   # The real player is played with.
   target_compile_definitions(tallow_core_tests PRIVATE
     TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")

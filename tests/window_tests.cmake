@@ -38,10 +38,13 @@ if(NOT WIN32)
   target_sources(tallow_window_tests PRIVATE
     jukebox/window/picture_file_linux_test.cpp
     player/frm_main_winamp_linux_test.cpp
-    tests/dead_folder_linux.cpp
     ui/end_signals_linux_test.cpp
-    ui/frame/dead_share_linux_test.cpp
     ui/single_program_linux_test.cpp)
+  if(NOT TALLOW_SANITIZE)
+    # They stand between the program and the system, where sanitizers stand too.
+    target_sources(tallow_window_tests PRIVATE
+      tests/dead_folder_linux.cpp ui/frame/dead_share_linux_test.cpp)
+  endif()
   target_compile_definitions(tallow_window_tests PRIVATE
     TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
   add_dependencies(tallow_window_tests tallow-player)
@@ -91,21 +94,21 @@ add_test(NAME program.ends_without_its_player
   COMMAND ${CMAKE_SOURCE_DIR}/tests/ending.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/ending)
 add_test(NAME windows.find_under_desktop_themes
   COMMAND ${CMAKE_SOURCE_DIR}/tests/desktop_themes.sh $<TARGET_FILE:tallow_window_tests>)
-# The calls of the whole program on a folder are not answered.
-add_library(tallow_dead_folder MODULE tests/dead_folder_linux.cpp)
-target_link_libraries(tallow_dead_folder PRIVATE tallow_options)
-add_test(NAME program.starts_while_a_drive_does_not_answer
-  COMMAND ${CMAKE_SOURCE_DIR}/tests/dead_share.sh $<TARGET_FILE:tallow>
-    $<TARGET_FILE:tallow_dead_folder> ${CMAKE_BINARY_DIR}/tests/dead_share)
 set_tests_properties(program.starts_on_the_demo_collection program.lives
   windows.find_under_desktop_themes
   program.keeps_songs_of_drives_that_are_away
-  program.starts_while_a_drive_does_not_answer
   program.obeys_its_command_line
   program.shares_no_folder
   program.ends_without_its_player
   PROPERTIES TIMEOUT 300)
 if(NOT TALLOW_SANITIZE)
+  # The calls of the whole program on a folder are not answered.
+  add_library(tallow_dead_folder MODULE tests/dead_folder_linux.cpp)
+  target_link_libraries(tallow_dead_folder PRIVATE tallow_options)
+  add_test(NAME program.starts_while_a_drive_does_not_answer
+    COMMAND ${CMAKE_SOURCE_DIR}/tests/dead_share.sh $<TARGET_FILE:tallow>
+      $<TARGET_FILE:tallow_dead_folder> ${CMAKE_BINARY_DIR}/tests/dead_share)
+  set_tests_properties(program.starts_while_a_drive_does_not_answer PROPERTIES TIMEOUT 300)
   # How long a start uses a processor counts, and sanitizers take a multiple.
   add_test(NAME program.starts_whatever_its_options_are
     COMMAND ${CMAKE_SOURCE_DIR}/tests/damaged_options.sh $<TARGET_FILE:tallow>)

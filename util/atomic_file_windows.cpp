@@ -97,11 +97,11 @@ bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
     const std::wstring beside = ToWidePath(backup) + ToWide(kUnfinishedSuffix);
     DeleteFileW(beside.c_str());
     if (!CreateHardLinkW(beside.c_str(), ToWidePath(path).c_str(), nullptr)) return false;
-    if (MoveFileExW(beside.c_str(), ToWidePath(backup).c_str(),
-                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH))
-      return true;
+    const bool renamed = MoveFileExW(beside.c_str(), ToWidePath(backup).c_str(),
+                                     MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
+    // Two links to one file may not be renamed over each other.
     DeleteFileW(beside.c_str());
-    return false;
+    return renamed;
   } catch (const std::exception&) {
     return false;
   }

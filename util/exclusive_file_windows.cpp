@@ -6,12 +6,44 @@
 #include "util/wide_text_windows.h"
 
 namespace tallow {
+namespace {
+
+/// How often a file that another process is writing or deleting is tried again, and the pause between, in ms.
+constexpr int kMaxTries = 20;
+constexpr DWORD kPause = 10;
+
+/// Opens a file, again while another process has it for itself.
+/// \param open gives the handle, or INVALID_HANDLE_VALUE with the last error set
+/// \param is_busy whether an error may pass
+template <typename Open, typename IsBusy>
+HANDLE OpenOnceFree(const Open& open, const IsBusy& is_busy) {
+  for (int tried = 1;; ++tried) {
+    const HANDLE file = open();
+    if (file != INVALID_HANDLE_VALUE) return file;
+    const DWORD error = GetLastError();
+    if (tried >= kMaxTries || !is_busy(error)) {
+      SetLastError(error);
+      return file;
+    }
+    Sleep(kPause);
+  }
+}
+
+}  // namespace
 
 MadeFile MakeExclusiveFile(const std::string& path, std::string_view content) {
   const std::wstring wide = ToWidePath(path);
   {
-    const OpenHandle file(CreateFileW(wide.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
-                                      FILE_ATTRIBUTE_NORMAL, nullptr));
+    const OpenHandle file(OpenOnceFree(
+        [&] {
+          return CreateFileW(wide.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                             FILE_ATTRIBUTE_NORMAL, nullptr);
+        },
+        [&](DWORD error) {
+          // The name of a file that is being deleted is taken, and nothing is there.
+          return error == ERROR_ACCESS_DENIED &&
+                 GetFileAttributesW(wide.c_str()) == INVALID_FILE_ATTRIBUTES;
+        }));
     if (!file) {
       const DWORD error = GetLastError();
       // A folder of that name is refused with its own error.
@@ -30,7 +62,9 @@ MadeFile MakeExclusiveFile(const std::string& path, std::string_view content) {
 }
 
 std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t most_bytes) {
-  const OpenHandle file(OpenForReading(ToWidePath(path)));
+  const std::wstring wide = ToWidePath(path);
+  const OpenHandle file(OpenOnceFree([&] { return OpenForReading(wide); },
+                                     [](DWORD error) { return error == ERROR_SHARING_VIOLATION; }));
   if (!file || GetFileType(file.get()) != FILE_TYPE_DISK) return std::nullopt;
   std::string content(most_bytes + 1, '\0');
   DWORD got = 0;
