@@ -63,19 +63,17 @@ TEST_F(ExcludedFolders, FilesInRecycleBinsAreCountedAndSnapshotsAreNotEntered) {
   EXPECT_EQ(Cells(2), Texts{"c.mp3"});
 }
 
+#ifndef _WIN32
 TEST_F(ExcludedFolders, AreNotEnteredThroughALinkEither) {
   const TempFolder elsewhere;
   elsewhere.File(".snapshots/1/a.mp3");
   elsewhere.File("plain/b.mp3");
-  std::error_code error;
-  for (const char* name : {".snapshots/1", "plain"})
-    std::filesystem::create_directory_symlink(
-        elsewhere / name, music / (std::string("to ") + (name[0] == 'p' ? "plain" : "snapshot")),
-        error);
-  if (error) GTEST_SKIP() << "This system makes no links.";
+  std::filesystem::create_directory_symlink(elsewhere / ".snapshots/1", music / "to snapshot");
+  std::filesystem::create_directory_symlink(elsewhere / "plain", music / "to plain");
   SearchAll();
   EXPECT_EQ(Cells(2), Texts{"b.mp3"});
 }
+#endif
 
 TEST_F(ExcludedFolders, AppleDoubleFilesAreNoSongs) {
   EXPECT_FALSE(MayBeSong("._a.mp3"));

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <utility>
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -13,16 +14,27 @@
 namespace tallow {
 namespace {
 
+/// Does something with the message box that is shown next, once it is there.
+class BoxVisitor {
+ public:
+  explicit BoxVisitor(std::function<void(QMessageBox&)> act) : act_(std::move(act)) {
+    QObject::connect(&timer_, &QTimer::timeout, [this] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return;
+      timer_.stop();
+      act_(*box);
+    });
+    timer_.start(5);
+  }
+
+ private:
+  std::function<void(QMessageBox&)> act_;
+  QTimer timer_;
+};
+
 /// Shows a message, does something with its box once it is there, and gives the answer.
 MessageAnswer Shown(const Message& message, const std::function<void(QMessageBox&)>& act) {
-  QTimer timer;
-  QObject::connect(&timer, &QTimer::timeout, [&] {
-    auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-    if (box == nullptr) return;
-    timer.stop();
-    act(*box);
-  });
-  timer.start(5);
+  const BoxVisitor visitor(act);
   return ShowMessageBox(message, nullptr);
 }
 
@@ -64,14 +76,7 @@ TEST(MessageBox, EveryIconHasItsPicture) {
 
 TEST(MessageBox, AChoiceIsTheButtonPressedAndLeavingIsNone) {
   const auto choose = [](const std::function<void(QMessageBox&)>& act) {
-    QTimer timer;
-    QObject::connect(&timer, &QTimer::timeout, [&] {
-      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
-      if (box == nullptr) return;
-      timer.stop();
-      act(*box);
-    });
-    timer.start(5);
+    const BoxVisitor visitor(act);
     return ChooseInMessageBox("Which one?", {"Use It As It Is", "Salvage It"}, nullptr);
   };
   EXPECT_EQ(choose([](QMessageBox& box) {
