@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/substitute/player_requests.h"
 
+#include <algorithm>
+#include <string_view>
 #include <utility>
 
 #include "app/version.h"
@@ -18,6 +20,9 @@ static_assert(kMajorVersion < 0x10 && kMinorVersion < 100);
 
 /// Seek answers this where there is no such place in the track.
 constexpr PlayerAnswer kNoSuchPlace = 1;
+
+/// The bytes that a line of the log cannot hold as they are.
+constexpr std::string_view kWrittenOut{"\0\n", 2};
 
 }  // namespace
 
@@ -131,13 +136,11 @@ std::string DescribeRequest(const PlayerRequestHead& head, const std::string& pa
   if (head.message != kWmCopyData) return line;
   // The NUL at the end, and any other, is written out.
   line += " \"";
-  for (const char c : payload) {
-    if (c == '\0')
-      line += "\\0";
-    else if (c == '\n')
-      line += "\\n";
-    else
-      line += c;
+  for (std::size_t from = 0; from < payload.size();) {
+    const std::size_t to = std::min(payload.find_first_of(kWrittenOut, from), payload.size());
+    line.append(payload, from, to - from);
+    if (to < payload.size()) line += payload[to] == '\0' ? "\\0" : "\\n";
+    from = to + 1;
   }
   return line + "\"";
 }

@@ -20,7 +20,9 @@ namespace tallow {
 namespace {
 
 /// What a full list may add to the player's memory, in KiB.
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_THREAD__)
+constexpr long kMaxListKib = 2'500'000;  // with four bytes that the sanitizer keeps for each
+#elif defined(__SANITIZE_ADDRESS__)
 constexpr long kMaxListKib = 700'000;  // with what the sanitizer keeps beside each allocation
 #else
 constexpr long kMaxListKib = 300'000;

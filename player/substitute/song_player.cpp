@@ -17,8 +17,12 @@ namespace {
 /// How long a question for the length waits for the track to open, in µs.
 constexpr std::uint64_t kLengthPatience = 2'000'000;
 
-/// A path for a line on the terminal.
+/// The bytes of a path that are shown on the terminal at most.
+constexpr std::size_t kMaxShownPath = 4096;
+
+/// A path for a line on the terminal. The end of one that is longer than any file's is left out.
 std::string Printable(std::string path) {
+  if (path.size() > kMaxShownPath) path.replace(kMaxShownPath, std::string::npos, "...");
   std::replace_if(
       path.begin(), path.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, '?');
   return path;
