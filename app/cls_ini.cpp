@@ -97,8 +97,7 @@ bool clsINI::CreateNewIniFile(const std::string& path, const std::string& applic
   const std::int32_t records = library.exists ? ConvertToInt32(library.last_number) : 0;
   SetDefaults(application_folder);
   NumerOfRecordsInTheMain(records);
-  Save(path);
-  return true;
+  return Save(path).empty();
 }
 
 void clsINI::SetDefaults(const std::string& application_folder) {

@@ -115,7 +115,7 @@ class clsINI {
   /// the library file, if there is one.
   ///
   /// \param application_folder the program's folder, ending in a separator
-  /// \returns true
+  /// \returns whether they could be saved
   /// \throws TypeMismatchError when there is a library file whose last song has no number, or that
   ///         holds no song; nothing is saved then
   /// \throws FileError when the library file cannot be read

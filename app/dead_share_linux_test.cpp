@@ -3,6 +3,7 @@
 #include <cerrno>
 
 #include "app/search/file_search.h"
+#include "app/take_files.h"
 #include "jukebox/play_commands.h"
 #include "jukebox/sorting.h"
 #include "player/playfile.h"
@@ -151,6 +152,17 @@ TEST_F(DeadShare, ASearchEndsWithACancelThoughAFolderDoesNotAnswer) {
   EXPECT_GE(tallow->library.UBoundOfMp3Array(), before);
 }
 
+TEST_F(DeadShare, ASearchDoesNotWaitForADriveThatIsNotSearched) {
+  const std::int32_t before = tallow->library.UBoundOfMp3Array();
+  music.File("a/six.mp3");
+  const DeadFolder dead(share);
+  const TestDrives with_share({{share, kRemoteDrive}, {music / "a/"}});
+  RecordedProgress progress;
+  EXPECT_TRUE(FileSearch(*tallow, with_share, &progress).SearchDrivesForMp3s(true, {}));
+  EXPECT_EQ(dead.Asked(), 0);
+  EXPECT_GT(tallow->library.UBoundOfMp3Array(), before);
+}
+
 TEST_F(DeadShare, TheSearchForThePlayerEndsWithACancelToo) {
   const DeadFolder dead(share);
   RecordedProgress progress;
@@ -199,6 +211,50 @@ TEST_F(DeadShareInPlay, SongsOfADriveThatWasGivenUpAreLeftOutAndSaid) {
   EXPECT_EQ(unanswered, "1 " + share + "three.mp3");
   EXPECT_TRUE(handed_over);
   EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(DeadShare, ADropOfItsFilesIsCancelledWhileItIsWaitedFor) {
+  const DeadFolder dead(share);
+  const Texts files{music / "a/one.mp3", share + "three.mp3", share + "four.mp3"};
+  const TakenFiles taken =
+      TakeFiles(files, tallow->library, [&](std::string_view) { return dead.Asked() == 0; });
+  EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 3 files were not looked at."});
+  EXPECT_TRUE(taken.songs.empty());
+}
+
+TEST_F(DeadShare, FilesOfADriveThatWasGivenUpAreLeftOutOfADropAndSaid) {
+  tallow->library.BeginScan(ScanKind::kFiles);
+  const DeadFolder dead(share);
+  bool is_said = false;
+  const Texts files{share + "three.mp3", music / "a/one.mp3", share + "four.mp3"};
+  const TakenFiles taken = TakeFiles(files, tallow->library, [&](std::string_view path) {
+    // As a cancel of the user gives a drive up.
+    if (dead.Asked() > 0 && !std::exchange(is_said, true))
+      tallow->library.LookAt(share, {}, [](std::string_view) { return false; });
+    return !path.empty();
+  });
+  EXPECT_EQ(taken.problems,
+            (Texts{share + "three.mp3 is on a drive that does not answer, and was left out.",
+                   share + "four.mp3 is on a drive that does not answer, and was left out."}));
+  EXPECT_EQ(taken.songs.size(), 1U);
+}
+
+TEST_F(DeadShare, TheChangesOfAJukeboxOnItAreOfferedAllTheSame) {
+  Jukebox& jukebox = *windows->open[0];
+  ASSERT_TRUE(jukebox.Save(share + "Mix.juk", tallow->library));
+  jukebox.Caption("MIX");
+  jukebox.FileLocation(share);
+  jukebox.Nodes().AddChild(nullptr, "unsaved");
+  tallow->unsaved.Keep(jukebox, tallow->library);
+  tallow->settings.LocOfLastSavedJukeBox(share + "Mix.juk");
+  tallow->SaveSettings();
+  const DeadFolder dead(share);
+  CancelWhenAsked();
+  ASSERT_TRUE(StartAgain());
+  EXPECT_EQ(windows->asked,
+            Texts{"Tallow was not closed properly. Recover the unsaved changes of MIX?"});
+  ASSERT_EQ(windows->open.size(), 1U);
+  EXPECT_NE(windows->open[0]->Nodes().Find("unsaved"), nullptr);
 }
 
 TEST_F(DeadShare, AFolderThatCannotBeOpenedIsAskedOnceNotOncePerSong) {

@@ -88,7 +88,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
   try {
     made.emplace(tallow.application_folder);
   } catch (const FileError& error) {
-    return TellUsageError(std::string("The application folder cannot be used. ") + error.what(),
+    return TellUsageError(std::string("The application folder cannot be used. ") + error.what() +
+                              ". Make it readable and writable, and start Tallow again.",
                           line.exit_after_startup);
   }
   SingleProgram& single = *made;
@@ -128,7 +129,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
   QApplication::setQuitOnLastWindowClosed(true);
   frame.Findings().FindSizes();
   if (!line.files.empty()) frame.OpenFiles(line.files);
-  const int code = QApplication::exec();
+  // An end that came while the files were opened has ended no loop of events.
+  const int code = tallow.is_ending ? 0 : QApplication::exec();
   // The end may have come in the middle of filing, which is complete now.
   if (tallow.is_ending) frame.KeepUnsavedChanges();
   // There may be room by now for what could not be saved.

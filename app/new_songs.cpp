@@ -33,8 +33,17 @@ class Search {
     } catch (const std::exception& error) {
       failure_ = error.what();
     }
+    ScanReport report;
+    try {
+      report = library_.FinishScan(!was_cancelled_ && failure_.empty(), [this](std::string_view) {
+        progress_->VisitFolder({});
+        return !tallow_.SearchCancelled;
+      });
+    } catch (const std::exception& error) {
+      failure_ = error.what();
+    }
     End();
-    Tell(library_.FinishScan(!was_cancelled_ && failure_.empty()));
+    Tell(report);
   }
 
  private:
@@ -121,19 +130,22 @@ class Search {
       progress_->MayCancelAgain();
       tallow_.found_tags.Seal();
       try {
-        is_filed_ = FillAutomaticFolders(kFillNewToo, false, jukebox->Caption(), library_,
-                                         windows_.AllJukeboxes(), &tallow_.found_tags,
-                                         [this](std::size_t filed, std::size_t songs) {
-                                           progress_->SetFound(FilingLine(filed, songs));
-                                           progress_->VisitFolder({});
-                                           return !tallow_.SearchCancelled && !tallow_.is_ending;
-                                         });
-        tallow_.filing_is_pending = !is_filed_;
+        // A cancel counts where songs could not be filed as well.
+        is_filed_ = true;
+        FillAutomaticFolders(kFillNewToo, false, jukebox->Caption(), library_,
+                             windows_.AllJukeboxes(), &tallow_.found_tags,
+                             [this](std::size_t filed, std::size_t songs) {
+                               progress_->SetFound(FilingLine(filed, songs));
+                               progress_->VisitFolder({});
+                               is_filed_ = !tallow_.SearchCancelled && !tallow_.is_ending;
+                               return is_filed_;
+                             });
       } catch (const FilingError& error) {
         problems_ = error.problems();
       } catch (const std::exception& error) {
         failure_ = error.what();
       }
+      tallow_.filing_is_pending = !is_filed_;
     }
     tallow_.found_tags.Clear();
     bool sorted = false;

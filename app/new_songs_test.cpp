@@ -136,6 +136,17 @@ TEST_F(NewSongs, ATagThatCannotBeFiledIsSaidAndEverythingElseDone) {
   EXPECT_TRUE(HasArtist("Yes"));
 }
 
+TEST_F(NewSongs, ACancelOfTheFilingCountsWhereATagCannotBeFiledToo) {
+  MakeSong("a/bad.mp3", {.artist = "Zappa", .year = "abcd"});
+  MakeSong("a/six.mp3", {.artist = "Yes"});
+  progress.on_visit = [this] {
+    if (!progress.found.empty() && progress.found.back().starts_with("Filed "))
+      tallow->SearchCancelled = true;
+  };
+  BringIn(NewSongsPlace::kUsualFolders);
+  EXPECT_TRUE(tallow->filing_is_pending);
+}
+
 TEST_F(NewSongs, AFolderThatIsGoneHasAllItsSongsMissing) {
   std::filesystem::remove_all(std::filesystem::path(music / "a"));
   BringIn(NewSongsPlace::kUsualFolders);

@@ -88,11 +88,15 @@ class System {
   bool Main(const RuntimeFile& runtime_file);
 
  private:
+  /// Adds what the library has to say to the notices.
+  void TakeProblems();
   bool CheckRuntimeFile(const RuntimeFile& file);
   void CreateDataFolders();
   bool LoadSettings();
   void UseOwnFolders();
   bool RebuildSettings(const std::string& problem);
+  /// Makes the settings of a first start.
+  void MakeSettings();
   void MendCutSettings();
   void KeepSettings();
   void FindPlayer();
@@ -106,6 +110,8 @@ class System {
   void SearchUnreadFolders();
   void SearchForSongs();
   void OpenFirstJukebox();
+  /// Whether a path lies on a drive that was given up because it does not answer.
+  bool IsUnanswered(const std::string& path) const;
   bool OpenLastJukebox(Jukebox& jukebox);
   /// \param last gets the one that was recovered last, if any
   /// \returns the files of those that were recovered

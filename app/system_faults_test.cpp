@@ -51,7 +51,8 @@ TEST_F(SystemFaults, AChangedByteOfTheLibraryIsToldWithThreeChoices) {
             " is not as Tallow has written it. A disk error or another program has changed it, "
             "or a backup was put back.\n\n"
             "Use It As It Is: it holds 3 songs. Right for a backup that was put back.\n"
-            "Use the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs.\n"
+            "Use the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs. It may lack "
+            "what was changed last.\n"
             "Salvage It: Tallow searches the drives anew. Songs that the library still shows "
             "keep their ranks.\n\n"
             "Unless it is used as it is, it is kept as FileLocNames.lmz.damaged beside it.\n"
@@ -171,15 +172,71 @@ TEST_F(SystemFaults, OfALibraryThatDoesNotParseTheLastGoodOneIsOffered) {
   EXPECT_FALSE(Searched());
 }
 
+TEST_F(SystemFaults, DamagedSettingsStayKeptThoughTheLibraryIsDamagedToo) {
+  const std::string wrong = "list\r\ngrouping\r\nabc\r\n";
+  WriteFileAtomically(Settings(), wrong);
+  RemoveFile(Library());
+  ASSERT_TRUE(StartChoosing(0));
+  EXPECT_EQ(windows->asked.size(), 2U);
+  EXPECT_EQ(Read(Settings() + ".bak"), wrong);
+  EXPECT_EQ(windows->notices.at(0),
+            "New settings were made. Saved jukeboxes are opened with Open in the File menu.");
+}
+
+TEST_F(SystemFaults, UnreadFoldersThatCannotBeWrittenAreTriedAgain) {
+  const std::string path = SystemFolder(application.path()) + "Unread.json";
+  CreateFolder(path + ".new");
+  clsMain& library = tallow->library;
+  library.RememberUnread(music / "deep/", true, "Input/output error");
+  const auto rank = [&](const char* rank) {
+    library.Mp3Info(kSongRank, 1, rank);
+    library.Save();
+  };
+  rank("8");
+  rank("9");
+  const Texts problems = library.TakeProblems();
+  EXPECT_EQ(
+      std::count_if(problems.begin(), problems.end(),
+                    [&](const std::string& text) {
+                      return text.starts_with(path) &&
+                             text.ends_with(
+                                 ". Until it is written, folders that could not be read are "
+                                 "not looked at again. Make room for it, or make it writable.");
+                    }),
+      1);
+  std::filesystem::remove(std::filesystem::path(path + ".new"));
+  rank("8");
+  EXPECT_TRUE(FileExists(path));
+}
+
+TEST_F(SystemFaults, AnEmptyLibraryIsNotOfferedBesideAGoodOne) {
+  const std::string good = Read(Library());
+  WriteFileAtomically(Library(), {});
+  EXPECT_FALSE(StartChoosing(std::nullopt));
+  EXPECT_EQ(windows->choices, (Texts{"Use the Last Good One", "Salvage It"}));
+  ASSERT_TRUE(StartChoosing(0));
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
+}
+
+TEST_F(SystemFaults, AGoodLibraryWithMoreSongsIsOfferedFirst) {
+  const std::string whole = Read(Library());
+  LibraryReader reader(whole);
+  LibraryRecord record;
+  for (int k = 0; k < 2; ++k) ASSERT_EQ(reader.Next(record), LibraryReader::Result::kRecord);
+  WriteFileAtomically(Library(), whole.substr(0, reader.position()));
+  EXPECT_FALSE(StartChoosing(std::nullopt));
+  EXPECT_EQ(windows->choices, (Texts{"Use the Last Good One", "Use It As It Is", "Salvage It"}));
+}
+
 TEST_F(SystemFaults, OfALibraryThatIsGoneTheLastGoodOneIsOffered) {
   RemoveFile(Library());
   ASSERT_TRUE(StartChoosing(0));
-  EXPECT_EQ(
-      windows->asked.at(0),
-      "The song library " + Library() +
-          " is gone.\n\nUse the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs.\n"
-          "Search Anew: Tallow searches the drives. All ranks are lost.\n"
-          "Closing this leaves Tallow and changes nothing.");
+  EXPECT_EQ(windows->asked.at(0),
+            "The song library " + Library() +
+                " is gone.\n\nUse the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs. "
+                "It may lack what was changed last.\n"
+                "Search Anew: Tallow searches the drives. All ranks are lost.\n"
+                "Closing this leaves Tallow and changes nothing.");
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
 }
 
@@ -226,7 +283,8 @@ TEST_F(SystemFaults, SettingsThatWereCutAreKeptAndCompleted) {
     EXPECT_EQ(windows->notices.at(0),
               Settings() +
                   " was cut short. The settings that it lacks are those of a first start. "
-                  "The settings as they were are kept as TallowOrganizer.ini.bak beside them.")
+                  "The settings as they were are kept as TallowOrganizer.ini.bak beside them. "
+                  "Saved jukeboxes are opened with Open in the File menu.")
         << length;
     EXPECT_TRUE(windows->asked.empty()) << length;
     EXPECT_EQ(Read(Settings() + ".bak"), whole.substr(0, length));

@@ -95,6 +95,29 @@ TEST_F(SystemTest, DamagedSettingsAreKeptAndMadeAnew) {
   EXPECT_TRUE(windows->asked.empty());
 }
 
+TEST_F(SystemTest, DamagedSettingsAreKeptUnderAnotherNameWhereTheirsIsTaken) {
+  Start();
+  Rank();
+  const std::string damaged = "list\r\ngrouping\r\nabc\r\n";
+  WriteFileAtomically(Settings(), damaged);
+  CreateFolder(Settings() + ".bak");
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(ReadWholeFile(Settings() + ".damaged"), damaged);
+  EXPECT_TRUE(FolderExists(Settings() + ".bak"));
+  ExpectRanks();
+}
+
+TEST_F(SystemTest, SettingsThatCannotBeMadeAreSaid) {
+  CreateFolder(GroupingFolder(application.path()));
+  CreateFolder(SystemFolder(application.path()));
+  CreateFolder(Settings() + ".new");
+  EXPECT_TRUE(Start());
+  ASSERT_FALSE(windows->notices.empty());
+  EXPECT_TRUE(windows->notices[0].starts_with("The settings could not be saved. " + Settings()))
+      << windows->notices[0];
+  EXPECT_FALSE(tallow->settings.CreateNewIniFile(Settings(), application.path()));
+}
+
 TEST_F(SystemTest, ARefusedOfferEndsTheStartAndChangesNothing) {
   Start();
   WriteFileAtomically(Settings(), "list\r\ngrouping\r\nabc\r\n");

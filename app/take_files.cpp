@@ -2,6 +2,7 @@
 #include "app/take_files.h"
 
 #include <algorithm>
+#include <string_view>
 #include <unordered_map>
 #include <utility>
 
@@ -28,59 +29,97 @@ std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library)
   return rows;
 }
 
-/// The files that are meant, and what cannot be meant.
-std::vector<std::string> FilesOf(std::span<const std::string> paths,
-                                 std::vector<std::string>& problems, const GoOn& go_on) {
-  std::vector<std::string> files;
-  for (const std::string& path : paths) {
-    // The files of the folders until here are taken as far as that is wanted.
-    if (go_on && !go_on(path)) break;
-    if (FolderExists(path)) {
-      const std::string folder = EnsureTrailingBackslash(path);
-      FolderListing listing = ListFolder(folder, {.pattern = kSongPattern});
-      std::erase_if(listing.files, [](const FileEntry& file) { return !MayBeSong(file.name); });
-      std::sort(listing.files.begin(), listing.files.end(),
-                [](const FileEntry& a, const FileEntry& b) { return a.name < b.name; });
-      if (!listing.problem.empty())
-        problems.push_back(path + " cannot be read (" + listing.problem +
-                           "), so songs in it may be left out. Make it readable and add it again.");
-      else if (listing.files.empty())
-        problems.push_back(path + " holds no MP3 file.");
-      for (const FileEntry& file : listing.files) files.push_back(folder + file.name);
-    } else if (!MatchesFilePattern(NameOfPath(path), kSongPattern)) {
-      problems.push_back(path + " is no MP3 file and was left out.");
-    } else if (!MayBeSong(NameOfPath(path))) {
-      problems.push_back(path +
-                         " holds no music but what macOS keeps beside a file, and was left out.");
-    } else if (const FileLook look = LookAtFile(path); look.presence == FilePresence::kUnknown) {
-      problems.push_back(path + " cannot be read (" + look.problem + ") and was left out.");
-    } else if (look.presence == FilePresence::kNotThere) {
-      problems.push_back(path + " cannot be found and was left out.");
-    } else {
-      files.push_back(path);
+/// Finds the files that are meant, and asks no disk that does not answer twice.
+class MeantFiles {
+ public:
+  MeantFiles(clsMain& library, TakenFiles& taken, const GoOn& go_on)
+      : library_(library), taken_(taken), go_on_(go_on) {}
+
+  /// \returns the files until the user cancels
+  std::vector<std::string> Of(std::span<const std::string> paths) {
+    for (std::size_t k = 0; k < paths.size(); ++k) {
+      if (GoesOn(paths[k])) Add(paths[k]);
+      if (!is_cancelled_) continue;
+      left_ = paths.size() - k;
+      break;
     }
+    return std::move(files_);
   }
-  return files;
-}
+  /// How many of the paths were not looked at.
+  std::size_t left() const { return left_; }
+
+  bool GoesOn(const std::string& path) {
+    is_cancelled_ = is_cancelled_ || (go_on_ && !go_on_(path));
+    return !is_cancelled_;
+  }
+  /// On a local disk that has answered in a folder, the others of the folder are asked in this thread.
+  FileLook LookAt(const std::string& path) {
+    const std::string_view folder = FolderOfPath(path);
+    if (folder == answered_ && !library_.IsOnNetwork(path)) return LookAtFile(path);
+    const FileLook look = library_.LookAt(path, [&](std::string_view) { return GoesOn(path); }, {});
+    if (!library_.Unanswered()->Covers(path)) answered_ = folder;
+    return look;
+  }
+
+ private:
+  void Add(const std::string& path) {
+    const FileLook look = LookAt(path);
+    if (is_cancelled_) return;
+    const auto leave_out = [&](const std::string& why) { taken_.problems.push_back(path + why); };
+    if (library_.Unanswered()->Covers(path))
+      leave_out(" is on a drive that does not answer, and was left out.");
+    else if (FolderExists(path))
+      AddFolder(path);
+    else if (!MatchesFilePattern(NameOfPath(path), kSongPattern))
+      leave_out(" is no MP3 file and was left out.");
+    else if (!MayBeSong(NameOfPath(path)))
+      leave_out(" holds no music but what macOS keeps beside a file, and was left out.");
+    else if (look.presence == FilePresence::kUnknown)
+      leave_out(" cannot be read (" + look.problem + ") and was left out.");
+    else if (look.presence == FilePresence::kNotThere)
+      leave_out(" cannot be found and was left out.");
+    else
+      files_.push_back(path);
+  }
+
+  void AddFolder(const std::string& path) {
+    const std::string folder = EnsureTrailingBackslash(path);
+    FolderListing listing = ListFolder(folder, {.pattern = kSongPattern});
+    std::erase_if(listing.files, [](const FileEntry& file) { return !MayBeSong(file.name); });
+    std::sort(listing.files.begin(), listing.files.end(),
+              [](const FileEntry& a, const FileEntry& b) { return a.name < b.name; });
+    if (!listing.problem.empty())
+      taken_.problems.push_back(
+          path + " cannot be read (" + listing.problem +
+          "), so songs in it may be left out. Make it readable and add it again.");
+    else if (listing.files.empty())
+      taken_.problems.push_back(path + " holds no MP3 file.");
+    for (const FileEntry& file : listing.files) files_.push_back(folder + file.name);
+  }
+
+  clsMain& library_;
+  TakenFiles& taken_;
+  const GoOn& go_on_;
+  std::vector<std::string> files_;
+  std::string answered_;  ///< the folder in which a disk has answered last
+  std::size_t left_ = 0;
+  bool is_cancelled_ = false;
+};
 
 }  // namespace
 
 TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on) {
   TakenFiles taken;
   library.BeginScan(ScanKind::kFiles);
-  const std::vector<std::string> files = FilesOf(paths, taken.problems, go_on);
+  MeantFiles meant(library, taken, go_on);
+  const std::vector<std::string> files = meant.Of(paths);
   std::int32_t old_count = library.UBoundOfMp3Array();
   auto known = RowsByName(library);
   std::vector<std::string> names;
-  std::size_t looked_at = 0;
+  std::size_t left = meant.left() + files.size();
   for (const std::string& path : files) {
-    if (go_on && !go_on(path)) {
-      taken.problems.push_back(
-          "The drop was cancelled: " + std::to_string(files.size() - looked_at) +
-          " files were not looked at.");
-      break;
-    }
-    ++looked_at;
+    if (!meant.GoesOn(path)) break;
+    --left;
     // As a search finds it: a link may lead to a drive that goes.
     const std::string folder =
         EnsureTrailingBackslash(AbsolutePath(std::string(FolderOfPath(path))));
@@ -103,13 +142,16 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const
       library.LeaveOut(folder + std::string(NameOfPath(path)), found->second);
       continue;
     }
-    const FileLook look = LookAtFile(path);
+    const FileLook look = meant.LookAt(path);
     known[names.back()] =
         library.AddSong(folder, NameOfPath(path),
                         look.presence == FilePresence::kThere ? static_cast<std::int64_t>(look.size)
                                                               : kUnknownSize);
     taken.has_new_songs = true;
   }
+  if (left > 0)
+    taken.problems.push_back("The drop was cancelled: " + std::to_string(left) +
+                             (left == 1 ? " file was" : " files were") + " not looked at.");
   if (taken.has_new_songs) {
     library.DeleteIdenticalFileNamesAndPaths(old_count);
     taken.has_new_songs = library.UBoundOfMp3Array() > old_count;
@@ -119,7 +161,7 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const
     known = RowsByName(library);
   }
   taken.returned = library.TakeReturned();
-  taken.report = library.FinishScan(false);
+  taken.report = library.FinishScan(false, go_on);
   for (const std::string& problem : library.TakeProblems()) taken.problems.push_back(problem);
   for (const std::string& name : names)
     if (const auto found = known.find(name); found != known.end())

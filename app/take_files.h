@@ -32,8 +32,8 @@ struct TakenFiles {
 /// songs are among those that are looked into from then on. The library is saved once.
 ///
 /// \param paths of files, and of folders, of which the MP3 files directly in them are taken
-/// \param go_on is told each file before it is taken, and says whether to go on; what was taken until then
-///              is kept. May be empty
+/// \param go_on is told each file before it is taken, and again and again while its disk does not answer; says
+///              whether to go on. What was taken until then is kept. May be empty
 TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on = {});
 
 }  // namespace tallow

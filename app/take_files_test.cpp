@@ -53,6 +53,21 @@ TEST_F(TakingFiles, ASongThatIsMissingIsNotMeant) {
   EXPECT_EQ(SongsOf(Take({music.File("a.mp3")})), Songs{2});
 }
 
+TEST_F(TakingFiles, ACancelKeepsWhatWasTakenAndSaysWhatWasNotLookedAt) {
+  Texts files;
+  for (const char* const name : {"a.mp3", "b.mp3", "c.mp3"}) files.push_back(music.File(name));
+  const auto cancel_after = [&](int calls) {
+    return TakeFiles(files, library, [calls](std::string_view) mutable { return --calls > 0; });
+  };
+  // While the files are looked for.
+  TakenFiles taken = cancel_after(1);
+  EXPECT_TRUE(taken.songs.empty());
+  EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 3 files were not looked at."});
+  // While they are taken. Each was asked about once before.
+  for (int calls = 2; calls < 50 && taken.songs.size() != 2; ++calls) taken = cancel_after(calls);
+  EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 1 file was not looked at."});
+}
+
 TEST_F(TakingFiles, TwoFilesOfANameAreOneSong) {
   EXPECT_EQ(SongsOf(Take({music.File("a.mp3"), music.File("b/a.mp3")})), (Songs{1, 1}));
   EXPECT_EQ(library.UBoundOfMp3Array(), 1);

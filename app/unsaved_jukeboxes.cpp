@@ -22,6 +22,8 @@ constexpr int kVersion = 1;
 /// A file of more bytes is none: a jukebox file has at most 1 GiB, and the line before it a few paths.
 constexpr std::uint64_t kMostUnsavedBytes = (std::uint64_t{1} << 30U) + (std::uint64_t{1} << 20U);
 
+/// The files that one folder holds at most.
+constexpr int kMaxNumber = 10'000;
 constexpr std::string_view kNamePattern = "Jukebox-*.unsaved";
 
 std::string HeaderOf(const Jukebox& jukebox) {
@@ -80,12 +82,13 @@ std::string UnsavedJukeboxes::FreePath() const {
   // One that is there and cannot be seen would be replaced.
   if (look.presence == FilePresence::kUnknown && StateOfFolder(folder_) == FolderState::kUnreadable)
     throw FileError(first, look.problem);
-  for (int number = 1;; ++number) {
+  for (int number = 1; number <= kMaxNumber; ++number) {
     std::string path = folder_ + "Jukebox-" + std::to_string(number) + ".unsaved";
     const auto is_used = [&](const auto& kept) { return kept.second.path == path; };
     const bool is_there = !IsGone(path);
     if (!is_there && std::none_of(kept_.begin(), kept_.end(), is_used)) return path;
   }
+  throw FileError(first, look.problem.empty() ? "no number is free for another one" : look.problem);
 }
 
 void UnsavedJukeboxes::Keep(const Jukebox& jukebox, const clsMain& library) {

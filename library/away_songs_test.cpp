@@ -208,7 +208,7 @@ TEST_F(AwaySongs, AFolderThatCannotBeReadIsAway) {
   const std::vector<AwayPlace> places = library.AwayPlaces();
   ASSERT_EQ(places.size(), 2U);
   EXPECT_EQ(places[0].place, one + "abba/");
-  EXPECT_FALSE(places[0].drive);
+  EXPECT_EQ(places[0].kind, AwayKind::kFolder);
   EXPECT_EQ(places[0].problem, "Permission denied");
   EXPECT_EQ(places[0].songs, 2);
   fs::permissions(fs::path(one + "abba"), fs::perms::owner_all);
@@ -287,7 +287,7 @@ TEST_F(AwaySongs, OnceItsDriveIsForgottenTheFoundFileTakesOverTheRank) {
   Scan();
   ASSERT_EQ(library.AwayPlaces().size(), 1U);
   EXPECT_EQ(library.AwayPlaces()[0].place, one);
-  EXPECT_TRUE(library.AwayPlaces()[0].drive);
+  EXPECT_EQ(library.AwayPlaces()[0].kind, AwayKind::kDrive);
   EXPECT_EQ(library.ForgetAwayPlace(one), 1);
   EXPECT_FALSE(library.IsPresent(1));
   EXPECT_TRUE(library.AwayPlaces().empty());
@@ -555,6 +555,10 @@ TEST_F(AwaySongs, AMemoryThatCannotBeReadIsNotReplaced) {
   EXPECT_TRUE(
       problems[0].ends_with("), so it stays as it is. Make it readable and start Tallow again."));
   EXPECT_TRUE(FolderExists(path));
+  EXPECT_EQ(again->library.AwayText(1),
+            "a.mp3 is gone. Its entries and rank stay, because " + path + " cannot be read.");
+  ASSERT_EQ(again->library.AwayPlaces().size(), 1U);
+  EXPECT_EQ(again->library.AwayPlaces()[0].kind, AwayKind::kKept);
 }
 
 TEST_F(AwaySongs, NumbersThatBeginAnewForgetWhatWasMissing) {

@@ -110,10 +110,16 @@ void clsMain::WriteLibrary(const std::string& path) {
   if (unread_.IsDirty()) {
     try {
       unread_file_.Save(unread_.Encode());
+      unread_.MarkSaved();
+      unread_error_.clear();
     } catch (const FileError& error) {
-      problems_.push_back(std::string(error.what()) + ". Make room for it, or make it writable.");
+      // Said once; the next save tries again.
+      if (std::exchange(unread_error_, error.what()) != error.what())
+        problems_.push_back(
+            unread_error_ +
+            ". Until it is written, folders that could not be read are not looked at "
+            "again. Make room for it, or make it writable.");
     }
-    unread_.MarkSaved();
   }
   const std::string bytes = EncodeLibrary(table_);
   const std::uint64_t checksum = ChecksumOf(bytes);

@@ -244,6 +244,8 @@ class clsMain {
   /// Looks at a file of whatever kind, which may lie on a drive that does not answer: then it is unknown, and
   /// Unanswered() covers it.
   FileLook LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait);
+  /// Whether a path lies on a drive of another computer, as the drives were looked at last.
+  bool IsOnNetwork(std::string_view path) const { return drives_.IsOnNetwork(path); }
   /// The drives that were given up since the last scan began.
   std::shared_ptr<const UnansweredPlaces> Unanswered() const { return unanswered_; }
 
@@ -273,7 +275,8 @@ class clsMain {
   void BeginScan(ScanKind kind);
   /// Ends that: saves what went missing, and remembers the drives where songs are and what was left out.
   /// \param complete false when the scan was cancelled
-  ScanReport FinishScan(bool complete);
+  /// \param go_on    is called while a drive is waited for; false gives the drive up. May be empty
+  ScanReport FinishScan(bool complete, const GoOn& go_on = {});
   /// A file is left out because a song of its name is there; nothing when it is that song's own.
   void LeaveOut(const std::string& path, std::int32_t record);
   /// The files that the last scans have left out because a song of their name is there.
@@ -368,7 +371,7 @@ class clsMain {
   void DropUntrueMemories();
   void SaveMemory();
   void BlankRow(std::int32_t row);
-  std::uint32_t AwayReason(bool drive, std::string_view place, std::string_view problem);
+  std::uint32_t AwayReason(AwayKind kind, std::string_view place, std::string_view problem = {});
   void LeaveOutRespelled(std::int32_t old_count);
   /// Whether the song of a row lies in a folder that searches take no songs from.
   bool IsInExcludedFolder(std::int32_t row) const;
@@ -397,6 +400,7 @@ class clsMain {
   StateFile repaired_file_;
   UnreadFolders unread_;
   StateFile unread_file_;
+  std::string unread_error_;  ///< why it could not be saved
   bool drives_are_loaded_ = false;
   bool memory_is_loaded_ = false;
   bool drives_were_looked_at_ = false;  ///< in this scan
@@ -406,9 +410,9 @@ class clsMain {
 
   /// Why songs are away, by SongFacts::away less one.
   struct Reason {
-    bool drive;           ///< its drive is away; else its folder cannot be read
+    AwayKind kind;
     std::string place;    ///< the drive's root, or the folder
-    std::string problem;  ///< what the system says of the folder
+    std::string problem;  ///< see AwayPlace
     bool operator==(const Reason&) const = default;
   };
   std::vector<Reason> reasons_;

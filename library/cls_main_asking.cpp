@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How the library asks disks that may not answer.
+#include "library/cls_main_asking.h"
+
 #include <algorithm>
 #include <optional>
 #include <utility>
 
-#include "library/cls_main.h"
 #include "library/folder_scan.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"
@@ -24,23 +25,6 @@ constexpr std::chrono::milliseconds kSilentPatience{5000};
 FileLook NoAnswer() { return {FilePresence::kUnknown, 0, std::string(kDoesNotAnswer)}; }
 
 }  // namespace
-
-class clsMain::Asking {
- public:
-  Asking(clsMain& library, const GoOn& go_on, const WaitForDrive& wait) : library_(library) {
-    library_.go_on_ = go_on;
-    library_.wait_for_drive_ = wait;
-  }
-  Asking(const Asking&) = delete;
-  Asking& operator=(const Asking&) = delete;
-  ~Asking() {
-    library_.go_on_ = {};
-    library_.wait_for_drive_ = {};
-  }
-
- private:
-  clsMain& library_;
-};
 
 void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on, const WaitForDrive& wait) {
   const Asking asking(*this, go_on, wait);
@@ -156,7 +140,7 @@ bool clsMain::IsNotAsked(std::string_view folder) const {
 std::uint32_t clsMain::UnaskedReason(std::string_view folder) {
   std::string root = drives_.AwayRootOf(folder);
   if (root.empty()) root = unanswered_->RootOf(folder);
-  return AwayReason(true, root, {});
+  return AwayReason(AwayKind::kDrive, root);
 }
 
 }  // namespace tallow

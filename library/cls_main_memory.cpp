@@ -6,7 +6,7 @@
 #include <unordered_set>
 #include <utility>
 
-#include "library/cls_main.h"
+#include "library/cls_main_asking.h"
 #include "library/folder_scan.h"
 #include "library/library_check.h"
 #include "util/atomic_file.h"
@@ -119,8 +119,8 @@ bool clsMain::IsPresent(std::int32_t record) const {
   return flag == "1" || NumericValue(flag) != 0;
 }
 
-std::uint32_t clsMain::AwayReason(bool drive, std::string_view place, std::string_view problem) {
-  Reason reason{drive, std::string(place), std::string(problem)};
+std::uint32_t clsMain::AwayReason(AwayKind kind, std::string_view place, std::string_view problem) {
+  Reason reason{kind, std::string(place), std::string(problem)};
   // The songs of a folder have one reason, and come one after another.
   for (auto index = static_cast<std::uint32_t>(reasons_.size()); index > 0; --index)
     if (reasons_[index - 1] == reason) return index;
@@ -132,8 +132,16 @@ std::string clsMain::AwayText(std::int32_t record) const {
   if (!IsAway(record)) return {};
   const Reason& reason = reasons_[table_.Facts(record).away - 1];
   const std::string name(table_.Cell(kFileName, record));
-  return reason.drive ? name + " is on a drive that is away: " + reason.place
-                      : name + "'s folder cannot be read: " + reason.problem;
+  switch (reason.kind) {
+    case AwayKind::kDrive:
+      return name + " is on a drive that is away: " + reason.place;
+    case AwayKind::kFolder:
+      return name + "'s folder cannot be read: " + reason.problem;
+    case AwayKind::kKept:
+      break;
+  }
+  return name + " is gone. Its entries and rank stay, because " + reason.problem +
+         " cannot be read.";
 }
 
 /// What the looks at songs have shown of their folders: one in which nobody can tell a song is not asked for
@@ -196,10 +204,10 @@ bool clsMain::MarkIfAway(std::int32_t record, const FileLook& look) {
   }
   const KnownDrives::FolderVerdict verdict = drives_.VerdictOf(folder);
   if (verdict.verdict == KnownDrives::Verdict::kAway)
-    away = AwayReason(true, verdict.away_root, {});
+    away = AwayReason(AwayKind::kDrive, verdict.away_root);
   else if (look.presence == FilePresence::kUnknown)
     away = unanswered_->Covers(folder) ? UnaskedReason(folder)
-                                       : AwayReason(false, folder, look.problem);
+                                       : AwayReason(AwayKind::kFolder, folder, look.problem);
   return away != 0;
 }
 
@@ -234,7 +242,7 @@ std::vector<AwayPlace> clsMain::AwayPlaces() const {
     if (songs[k] > 0)
       places
           .emplace(reasons_[k].place,
-                   AwayPlace{reasons_[k].place, reasons_[k].drive, reasons_[k].problem, 0})
+                   AwayPlace{reasons_[k].place, reasons_[k].kind, reasons_[k].problem, 0})
           .first->second.songs += songs[k];
   std::vector<AwayPlace> result;
   for (auto& [name, place] : places) result.push_back(std::move(place));
@@ -312,7 +320,11 @@ std::vector<std::string> clsMain::FoldersOf(bool away, std::int32_t first_row) c
   return folders;
 }
 
-ScanReport clsMain::FinishScan(bool complete) {
+ScanReport clsMain::FinishScan(bool complete, const GoOn& go_on) {
+  const auto living = [&go_on](std::string_view folder) { return go_on(folder), true; };
+  const auto wait = [&go_on](std::string_view root) { return go_on(root); };
+  const Asking asking(*this, go_on ? GoOn(living) : GoOn(),
+                      go_on ? tallow::WaitForDrive(wait) : tallow::WaitForDrive());
   LoadMemory();
   // What went missing is said once.
   if (scan_.missing > 0) Save();

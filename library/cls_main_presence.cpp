@@ -156,9 +156,10 @@ class clsMain::PresenceCheck {
       table_.Facts(row).away = 0;
       if (findings.songs[k] == FilePresence::kNotThere) gone.push_back(row);
       if (findings.songs[k] == FilePresence::kUnknown)
-        table_.Facts(row).away = library_.IsNotAsked(songs.folder)
-                                     ? library_.UnaskedReason(songs.folder)
-                                     : library_.AwayReason(false, songs.folder, findings.problem);
+        table_.Facts(row).away =
+            library_.IsNotAsked(songs.folder)
+                ? library_.UnaskedReason(songs.folder)
+                : library_.AwayReason(AwayKind::kFolder, songs.folder, findings.problem);
     }
     if (!gone.empty()) JudgeGone(songs.folder, gone);
     // Of a drive that is away the system may say anything.
@@ -171,7 +172,7 @@ class clsMain::PresenceCheck {
       if (table_.Facts(row).away == 0) continue;
       if (!verdict) verdict = library_.drives_.VerdictOf(songs.folder);
       if (verdict->verdict == KnownDrives::Verdict::kAway)
-        table_.Facts(row).away = library_.AwayReason(true, verdict->away_root, {});
+        table_.Facts(row).away = library_.AwayReason(AwayKind::kDrive, verdict->away_root);
     }
   }
 
@@ -182,11 +183,11 @@ class clsMain::PresenceCheck {
     if (gone.empty()) return;
     std::uint32_t reason = 0;
     if (verdict.verdict == KnownDrives::Verdict::kAway) {
-      reason = library_.AwayReason(true, verdict.away_root, {});
+      reason = library_.AwayReason(AwayKind::kDrive, verdict.away_root);
     } else if (verdict.verdict == KnownDrives::Verdict::kUnremembered) {
       const FolderState state = library_.StateOf(std::string(folder));
       if (state != FolderState::kHasEntries)
-        reason = library_.AwayReason(true, PartNotThere(folder), {});
+        reason = library_.AwayReason(AwayKind::kDrive, PartNotThere(folder));
     }
     for (const std::int32_t row : gone)
       if (reason != 0)
@@ -200,7 +201,7 @@ class clsMain::PresenceCheck {
     const FileLook look = library_.Look(place + std::string(table_.Cell(kFileName, row)));
     if (look.presence == FilePresence::kNotThere) return false;
     if (look.presence == FilePresence::kUnknown)
-      table_.Facts(row).away = library_.AwayReason(false, place, look.problem);
+      table_.Facts(row).away = library_.AwayReason(AwayKind::kFolder, place, look.problem);
     moved_.emplace_back(row, place);
     return true;
   }

@@ -46,9 +46,9 @@ void clsMain::BlankRow(std::int32_t row) {
   if (table_.Cell(kFileIsThere, row) == kPresent) {
     if (!CanRemember()) {
       // Its rank would be lost with the row.
-      table_.Facts(row).away = AwayReason(
-          false, table_.Cell(kFileLocation, row),
-          (companion_is_unread_ ? CompanionPath() : missing_file_.path()) + " cannot be read");
+      table_.Facts(row).away =
+          AwayReason(AwayKind::kKept, table_.Cell(kFileLocation, row),
+                     companion_is_unread_ ? CompanionPath() : missing_file_.path());
       return;
     }
     missing_.Add({.number = NumericValue(table_.Cell(kRecordNumber, row)),
@@ -206,7 +206,7 @@ void clsMain::LeaveOutRespelled(std::int32_t old_count) {
 
 bool clsMain::IsOnAwayDrive(std::int32_t row) const {
   const std::uint32_t away = table_.Facts(row).away;
-  return away != 0 && reasons_[away - 1].drive;
+  return away != 0 && reasons_[away - 1].kind == AwayKind::kDrive;
 }
 
 void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {

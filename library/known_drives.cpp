@@ -88,7 +88,8 @@ bool KnownDrives::IsAway(const KnownDrive& drive, const std::optional<FolderStat
     return true;
   const VolumeFolder now = VolumeFolderOf(volumes_, drive.root);
   if (!drive.folder.volume.empty() && !now.volume.empty() && now != drive.folder) return true;
-  return IsAbsent(root);
+  // Of a share whose server is down the system may say anything.
+  return IsAbsent(root) || (place != nullptr && place->network && root == FolderState::kUnreadable);
 }
 
 bool KnownDrives::IsOnNetwork(std::string_view path) const {

@@ -97,6 +97,23 @@ TEST_F(KnownDrivesTest, AnEmptyFolderWhereSongsWereIsAway) {
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
 }
 
+TEST_F(KnownDrivesTest, AShareOfWhichNobodyCanTellIsAway) {
+  Mount(one, "source server");
+  mounted.back().network = true;
+  Remember(one);
+  FolderState state = FolderState::kUnreadable;
+  const auto verdict = [&] {
+    drives.LookAtDrives([&] { return mounted; },
+                        [&](const std::vector<std::string>& folders) {
+                          return std::vector<std::optional<FolderState>>(folders.size(), state);
+                        });
+    return drives.VerdictOf(one + "abba" + kSep).verdict;
+  };
+  EXPECT_EQ(verdict(), Verdict::kAway);
+  state = FolderState::kHasEntries;
+  EXPECT_EQ(verdict(), Verdict::kMissing);
+}
+
 TEST_F(KnownDrivesTest, AnotherKnownVolumeMeansAway) {
   Mount(one, "uuid A");
   Remember(one);

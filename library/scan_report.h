@@ -14,11 +14,18 @@ enum class ScanKind {
   kFiles,       ///< in files that the user has given
 };
 
-/// A place that songs are away with: the root of a drive, or a folder that cannot be read.
+/// Why songs are away.
+enum class AwayKind {
+  kDrive,   ///< their drive is away
+  kFolder,  ///< their folder cannot be read
+  kKept,    ///< they are gone, but the file that would remember them cannot be read
+};
+
+/// A place that songs are away with: the root of a drive, or a folder.
 struct AwayPlace {
-  std::string place;    ///< ends in a separator
-  bool drive = false;   ///< it is a drive
-  std::string problem;  ///< of a folder: what the system says
+  std::string place;  ///< ends in a separator
+  AwayKind kind = AwayKind::kDrive;
+  std::string problem;  ///< what the system says of a folder; of kKept the file's path
   std::int32_t songs = 0;
 };
 

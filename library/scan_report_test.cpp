@@ -14,7 +14,7 @@ TEST(ScanReport, SaysTheCountsThatApply) {
   report.back = 3;
   report.missing = 2;
   report.left_out = 5;
-  report.away = {{"/media/stick/", true, "", 40}};
+  report.away = {{"/media/stick/", AwayKind::kDrive, "", 40}};
   EXPECT_EQ(TextOf(report, false),
             "12 new songs, 3 back with their ranks, 2 missing, 40 away (/media/stick/)");
   report.left_out_grew = true;
@@ -32,9 +32,11 @@ TEST(ScanReport, OneIsNotMany) {
 
 TEST(ScanReport, NamesThreePlaces) {
   ScanReport report;
-  report.away = {{"/a/", true, "", 1}, {"/b/", true, "", 2}, {"/c/", false, "x", 3}};
+  report.away = {{"/a/", AwayKind::kDrive, "", 1},
+                 {"/b/", AwayKind::kDrive, "", 2},
+                 {"/c/", AwayKind::kFolder, "x", 3}};
   EXPECT_EQ(TextOf(report, false), "6 away (/a/, /b/, /c/)");
-  report.away.push_back({"/d/", true, "", 4});
+  report.away.push_back({"/d/", AwayKind::kDrive, "", 4});
   EXPECT_EQ(TextOf(report, false), "10 away (/a/, /b/, /c/, . . .)");
 }
 

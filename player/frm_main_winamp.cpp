@@ -244,6 +244,7 @@ void frmMainWinamp::FitTrackBar(int length) {
 
 void frmMainWinamp::ClickPlayPause() {
   const bool play = cmdPlayPause->text() == tr("&Play");
+  player_.FindAgainIfEnded();
   player_.SendWinampCommand(play ? kPlay : kPause);
   cmdPlayPause->setText(play ? tr("&Pause") : tr("&Play"));
   PlayerFound();
@@ -294,7 +295,7 @@ void frmMainWinamp::closeEvent(QCloseEvent* event) {
   tmrScrollUpdate->stop();
   event->accept();
   // A message box about a player that is gone would keep the program from ending.
-  if (player_.Window() == 0 && !player_.FindWinamp()) return;
+  if (!player_.IsThere() && !player_.FindWinamp()) return;
   player_.SendWinampCommand(kStop);
   player_.ClearWinampPlaylist();
   player_.SendWinampCommand(kClosePlayer);

@@ -36,6 +36,9 @@ class PlayerLink {
   /// \returns false when the player says that it has no room for it
   virtual bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) = 0;
 
+  /// Whether a player that was found is still there.
+  virtual bool IsThere(PlayerHandle player) = 0;
+
   /// A path as the player reads it: on Windows in the system's ANSI code page, by its short (8.3) form
   /// when it has no other there; on Linux as it is.
   virtual std::string TextOfPath(const std::string& path) const = 0;

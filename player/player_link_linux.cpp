@@ -213,8 +213,16 @@ class SocketLink : public PlayerLink {
   bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
     // The player would take more for an attack. No path is that long, so there is no such file.
     if (data.size() > kMostPayload) return true;
-    return Exchange(player, {kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code},
-                    data) != kListIsFull;
+    const PlayerRequestHead head{kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code};
+    PlayerAnswer answer = Exchange(player, head, data);
+    // The player may have closed the connection just then for the sake of others.
+    if (connection_ && !connection_->IsAlive() && connection_->WasClosed())
+      answer = Exchange(player, head, data);
+    return answer != kListIsFull;
+  }
+
+  bool IsThere(PlayerHandle player) override {
+    return player == handle_ && connection_ && connection_->IsAlive();
   }
 
   std::string TextOfPath(const std::string& path) const override { return path; }

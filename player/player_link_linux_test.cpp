@@ -274,13 +274,21 @@ TEST_F(LinuxPlayer, AListOfSongsFindsAPlayerThatExitsAtOnceOrIsKilled) {
   Panel quiet([] {});
   UseScript("exit 0\n");
   HandOver(songs, tallow.library, player, messages.Shower(), quiet);
-  for (const std::string& said : messages.Take()) EXPECT_EQ(said, "Couldn't find WinAMP's Window");
+  // It depends on when it ends.
+  for (const std::string& said : messages.Take())
+    EXPECT_TRUE(said == "Couldn't find WinAMP's Window" ||
+                said ==
+                    "The player has ended: it took 0 of the 3 songs. Play them again to start it "
+                    "anew.")
+        << said;
   ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
   UseOptions("--silent");
   Panel killer([&] { kill(LastPid(), SIGKILL); });
   HandOver(songs, tallow.library, player, messages.Shower(), killer);
   EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
-  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_EQ(messages.Take(),
+            Texts{"The player has ended: it took 1 of the 3 songs. Play them again to "
+                  "start it anew."});
   ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
   HandOver(songs, tallow.library, player, messages.Shower(), quiet);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");

@@ -103,6 +103,10 @@ class WindowLink : public PlayerLink {
     return true;
   }
 
+  bool IsThere(PlayerHandle player) override {
+    return IsWindow(reinterpret_cast<HWND>(player)) != FALSE;
+  }
+
   std::string TextOfPath(const std::string& path) const override {
     return PathInCodePage(path, SystemCodePage());
   }

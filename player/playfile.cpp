@@ -95,6 +95,12 @@ void TellListIsFull(std::size_t taken, std::size_t all, const ShowMessage& show)
         .title = "Error"});
 }
 
+void TellPlayerHasEnded(std::size_t taken, std::size_t all, const ShowMessage& show) {
+  show({.text = "The player has ended: it took " + std::to_string(taken) + " of the " +
+                std::to_string(all) + " songs. Play them again to start it anew.",
+        .title = "Error"});
+}
+
 /// Looks at the files of songs, and uses what it sees in their order.
 template <typename Use>
 void LookAtFiles(std::span<const std::int32_t> songs, clsMain& library, const GoOn& go_on,
@@ -124,11 +130,13 @@ void HandOver(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Cont
   std::size_t done = 0;
   std::size_t handed = 0;
   bool is_full = false;
+  bool has_ended = false;
   GoOn go_on;
   if (progress) go_on = [&](std::string_view) { return progress(done, songs.size()); };
   const auto add = [&](const std::string& path) {
     is_full = !player.AddFileToWinamp(path);
-    if (is_full) throw Stopped();
+    has_ended = !is_full && !player.IsThere();
+    if (is_full || has_ended) throw Stopped();
     ++handed;
   };
   try {
@@ -154,6 +162,7 @@ void HandOver(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Cont
                   if (go_on && done < songs.size() && !go_on({})) throw Stopped();
                 });
   } catch (const Stopped&) {
+    if (has_ended) return TellPlayerHasEnded(handed, songs.size(), show);
     if (is_full)
       TellListIsFull(done, songs.size(), show);
     else

@@ -82,6 +82,16 @@ TEST_F(Playfile, AListWithoutAnyRoomPlaysNothingAndSaysSo) {
                   "and the others after them."});
 }
 
+TEST_F(Playfile, APlayerThatEndsIsSaidAndNothingMoreIsSent) {
+  for (const char* const name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) Song(name);
+  link.ends_at = 3;
+  Play({1, 2, 3, 4});
+  EXPECT_EQ(link.files, 3U);
+  EXPECT_EQ(messages.Take(),
+            Texts{"The player has ended: it took 2 of the 4 songs. Play them again to start it "
+                  "anew."});
+}
+
 TEST_F(Playfile, FurtherSongsFollowInTheirOrder) {
   const std::string a = Song("a.mp3");
   const std::string b = Song("b.mp3");

@@ -35,6 +35,12 @@ class WinAMP_Control {
   /// \param id see PlayerCommand
   void SendWinampCommand(std::int32_t id);
   void ClearWinampPlaylist();
+  /// Whether the player that was found last is still there.
+  bool IsThere() { return window_ != 0 && link_.IsThere(window_); }
+  /// Looks for a player anew where the one that was found last has ended: before a command of the user.
+  void FindAgainIfEnded() {
+    if (window_ != 0 && !IsThere()) FindWinamp();
+  }
   /// Appends a file to the player's list.
   /// \returns false when the list has no room for it
   bool AddFileToWinamp(const std::string& path);

@@ -37,6 +37,7 @@ class RecordedLink : public PlayerLink {
     handles.push_back(player);
     return files++ < most_files;
   }
+  bool IsThere(PlayerHandle /*player*/) override { return files < ends_at; }
   std::string TextOfPath(const std::string& path) const override { return path; }
 
   /// What has been sent since the last call.
@@ -46,6 +47,7 @@ class RecordedLink : public PlayerLink {
   bool starts = true;
   std::size_t files = 0;                          ///< that were added
   std::size_t most_files = std::size_t{1} << 30;  ///< that it takes
+  std::size_t ends_at = std::size_t{1} << 30;     ///< the file with which it ends, from 1
   std::map<std::string, std::int64_t> answers;
   std::vector<std::string> log;
   std::vector<PlayerHandle> handles;

@@ -64,6 +64,11 @@ class TestDrives : public DriveList {
       if (drive.root == root) return FolderExists(root) ? drive.type : kNoDrive;
     return kUnknownDrive;
   }
+  int ListedTypeOf(const std::string& root) const override {
+    for (const Drive& drive : drives)
+      if (drive.root == root) return drive.type;
+    return kUnknownDrive;
+  }
   bool IsMountPoint(const std::string& folder) const override { return folder == mount_point; }
   bool MayFollow(const std::string& folder) const override { return folder != forbidden_link; }
 

@@ -18,7 +18,13 @@ void KeepBackup(const std::string& path) {
     WriteFileAtomically(path + std::string(kBackupSuffix), *content);
 }
 
-void MoveToBackup(const std::string& path) { MoveFileTo(path, path + std::string(kBackupSuffix)); }
+void MoveToBackup(const std::string& path, std::string_view suffix) {
+  const std::string other = path + std::string(suffix);
+  if (IsLinkToFile(path))
+    KeepReplacedAs(path, other);
+  else
+    MoveFileTo(path, other);
+}
 
 void KeepReplaced(const std::string& path, std::string_view suffix) {
   KeepReplacedAs(path, path + std::string(suffix));

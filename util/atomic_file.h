@@ -17,9 +17,9 @@ inline constexpr std::string_view kBackupSuffix = ".bak";
 /// leaves either the old content or the new one under its name.
 ///
 /// The content goes to a file beside it (the name followed by ".new"), is flushed to the disk, and
-/// takes the name over. On Linux
-/// a link to a file is followed, so that the file is replaced and not the link, and permissions are
-/// kept where the disk keeps any. A link that leads to nothing is not replaced: its file may be on a disk
+/// takes the name over. A link to a
+/// file is followed, so that the file is replaced and not the link; on Linux permissions are kept where the
+/// disk keeps any. A link that leads to nothing is not replaced: its file may be on a disk
 /// that is away.
 ///
 /// \param before_replacing is called once the new content is on the disk beside the old one; what it
@@ -45,9 +45,10 @@ void KeepReplaced(const std::string& path, std::string_view suffix = kBackupSuff
 void KeepReplacedAs(const std::string& path, const std::string& other);
 
 /// Gives a file the name followed by ".bak", in place of an earlier one. Unlike KeepBackup this works on
-/// a file that cannot be read.
+/// a file that cannot be read. A link to a file stays, and a copy of the file is kept.
 ///
+/// \param suffix of the name that it gets
 /// \throws FileError
-void MoveToBackup(const std::string& path);
+void MoveToBackup(const std::string& path, std::string_view suffix = kBackupSuffix);
 
 }  // namespace tallow

@@ -63,7 +63,8 @@ void WriteAll(int descriptor, std::string_view content, const std::string& path)
   while (!content.empty()) {
     const ssize_t written = write(descriptor, content.data(), content.size());
     if (written < 0 && errno == EINTR) continue;
-    if (written < 0) Fail(path, errno);
+    // A file that takes nothing any more would be written to for ever.
+    if (written <= 0) Fail(path, written < 0 ? errno : EIO);
     content.remove_prefix(static_cast<std::size_t>(written));
   }
 }
@@ -126,6 +127,12 @@ bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
   } catch (const std::exception&) {
     return false;
   }
+}
+
+bool IsLinkToFile(const std::string& path) noexcept {
+  struct stat status {};
+  return Retry([&] { return lstat(path.c_str(), &status); }) == 0 && S_ISLNK(status.st_mode) &&
+         Retry([&] { return stat(path.c_str(), &status); }) == 0 && S_ISREG(status.st_mode);
 }
 
 void MoveFileTo(const std::string& path, const std::string& other) {

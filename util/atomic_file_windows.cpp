@@ -39,6 +39,23 @@ bool MayPass(DWORD error) noexcept {
          error == ERROR_LOCK_VIOLATION;
 }
 
+bool IsLink(DWORD attributes) noexcept {
+  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+/// The path of a file with every link followed; empty, and GetLastError, when a link leads to nothing.
+std::wstring TargetOf(const std::wstring& path) {
+  constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+  const OpenHandle file(
+      CreateFileW(path.c_str(), 0, kShareAll, nullptr, OPEN_EXISTING, 0, nullptr));
+  if (!file) return {};
+  std::wstring target(GetFinalPathNameByHandleW(file.get(), nullptr, 0, FILE_NAME_NORMALIZED), 0);
+  const DWORD length = GetFinalPathNameByHandleW(
+      file.get(), target.data(), static_cast<DWORD>(target.size()), FILE_NAME_NORMALIZED);
+  target.resize(std::min<std::size_t>(length, target.size()));
+  return target;
+}
+
 HANDLE CreateBeside(const std::wstring& path) noexcept {
   for (int tried = 1;; ++tried) {
     const HANDLE file = CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_DELETE, nullptr,
@@ -52,7 +69,11 @@ HANDLE CreateBeside(const std::wstring& path) noexcept {
 
 void WriteFileAtomically(const std::string& path, std::string_view content,
                          const std::function<void()>& before_replacing) {
-  const std::wstring target = ToWidePath(path);
+  std::wstring target = ToWidePath(path);
+  if (IsLink(GetFileAttributesW(target.c_str()))) {
+    target = TargetOf(target);
+    if (target.empty()) Fail(path, GetLastError());
+  }
   const std::wstring beside = target + ToWide(kUnfinishedSuffix);
   // What an earlier writer has left goes; were it a link, another file would be written.
   DeleteFileW(beside.c_str());
@@ -102,6 +123,15 @@ bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
     // Two links to one file may not be renamed over each other.
     DeleteFileW(beside.c_str());
     return renamed;
+  } catch (const std::exception&) {
+    return false;
+  }
+}
+
+bool IsLinkToFile(const std::string& path) noexcept {
+  try {
+    const std::wstring wide = ToWidePath(path);
+    return IsLink(GetFileAttributesW(wide.c_str())) && !TargetOf(wide).empty();
   } catch (const std::exception&) {
     return false;
   }

@@ -21,15 +21,17 @@ FileLock::Answer FileLock::Take(const std::string& path) {
   constexpr int kMostTries = 10;
   for (int tried = 0; tried < kMostTries; ++tried) {
     // What is no file is not waited for.
-    auto file = std::make_unique<File>(open(
-        path.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    auto file = std::make_unique<File>(Retry([&] {
+      return open(path.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC,
+                  S_IRUSR | S_IWUSR);
+    }));
     struct stat opened {};
     if (!*file || fstat(file->descriptor(), &opened) != 0 || !S_ISREG(opened.st_mode))
       return Answer::kImpossible;
-    if (flock(file->descriptor(), LOCK_EX | LOCK_NB) != 0)
+    if (Retry([&] { return flock(file->descriptor(), LOCK_EX | LOCK_NB); }) != 0)
       return errno == EWOULDBLOCK ? Answer::kInUse : Answer::kImpossible;
     struct stat there {};
-    if (stat(path.c_str(), &there) != 0 || there.st_dev != opened.st_dev ||
+    if (Retry([&] { return stat(path.c_str(), &there); }) != 0 || there.st_dev != opened.st_dev ||
         there.st_ino != opened.st_ino)
       continue;
     file_ = std::move(file);

@@ -29,8 +29,9 @@ inline constexpr unsigned kFewestReaders = 2;
 /// How long a thread that has windows waits before it lets them live.
 inline constexpr std::chrono::milliseconds kLiveEvery{40};
 
-/// How long the end of ReadAhead waits for threads that are still being answered before it leaves them.
-inline constexpr std::chrono::milliseconds kLeaveAfter{500};
+/// How long the end of ReadAhead waits for threads that are still being answered before it leaves them. The
+/// windows stand still meanwhile.
+inline constexpr std::chrono::milliseconds kLeaveAfter{80};
 
 /// What the threads of a ReadAhead share. It outlives the call when threads have to be left alone.
 template <typename Question, typename Answer>

@@ -24,6 +24,7 @@ class GivenDriveList : public DriveList {
     // One that cannot be looked at is searched, which says so.
     return StateOfFolder(root) != FolderState::kNotThere ? kFixedDrive : kNoDrive;
   }
+  int ListedTypeOf(const std::string& /*root*/) const override { return kFixedDrive; }
   bool IsMountPoint(const std::string& folder) const override {
     return system_->IsMountPoint(folder);
   }

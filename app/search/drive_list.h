@@ -31,6 +31,9 @@ class DriveList {
   /// What kind of drive a root is.
   virtual int TypeOf(const std::string& root) const = 0;
 
+  /// What kind of drive a root is as the system lists it, without a look at the drive, which may not answer.
+  virtual int ListedTypeOf(const std::string& root) const = 0;
+
   /// Whether another file system begins at a folder, so that a walk from above must not enter it.
   virtual bool IsMountPoint(const std::string& folder) const = 0;
 

@@ -83,11 +83,15 @@ class MountedDrives : public DriveList {
   }
 
   int TypeOf(const std::string& root) const override {
+    const int type = ListedTypeOf(root);
+    return AnswersAtOnce(type) && !FolderExists(root) ? kNoDrive : type;
+  }
+
+  int ListedTypeOf(const std::string& root) const override {
     const auto drive = std::find_if(drives_.begin(), drives_.end(), [&](const Mount& mount) {
       return EnsureTrailingBackslash(mount.point) == root;
     });
-    const int type = drive == drives_.end() ? kUnknownDrive : TypeOfMount(*drive, DeviceOf(*drive));
-    return AnswersAtOnce(type) && !FolderExists(root) ? kNoDrive : type;
+    return drive == drives_.end() ? kUnknownDrive : TypeOfMount(*drive, DeviceOf(*drive));
   }
 
   bool IsMountPoint(const std::string& folder) const override { return points_.contains(folder); }

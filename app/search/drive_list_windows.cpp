@@ -23,6 +23,8 @@ class LetteredDrives : public DriveList {
     return static_cast<int>(GetDriveTypeW(ToWide(root).c_str()));
   }
 
+  int ListedTypeOf(const std::string& root) const override { return TypeOf(root); }
+
   // A volume mounted in a folder is a junction here, which a walk leaves for later as any link.
   bool IsMountPoint(const std::string& /*folder*/) const override { return false; }
   bool MayFollow(const std::string& /*linked_folder*/) const override { return true; }

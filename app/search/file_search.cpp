@@ -11,6 +11,8 @@
 #include "app/search/folder_reader.h"
 #include "app/search/player_search.h"
 #include "library/excluded_folders.h"
+#include "library/folder_scan.h"
+#include "library/scan_report.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"
 #include "util/text.h"
@@ -28,7 +30,9 @@ struct LinkTarget {
   std::string path;
 };
 
-struct Cancelled {};
+/// How long a drive is waited for before that is said, and how long before it is given up.
+constexpr std::chrono::milliseconds kSlowAfter{1000};
+constexpr std::chrono::milliseconds kMaxWait{30000};
 
 }  // namespace
 
@@ -56,20 +60,25 @@ bool FileSearch::TakeCancel() {
 }
 
 template <typename Answer>
-std::optional<Answer> FileSearch::AskWhileLiving(std::function<Answer()> ask) {
-  std::optional<Answer> result;
-  const auto waiting = [this](std::size_t, std::chrono::milliseconds) {
+std::optional<Answer> FileSearch::AskWhileLiving(std::function<Answer()> ask,
+                                                 const std::string& place) {
+  using Reply = std::optional<Answer>;
+  Reply result;
+  const auto waiting = [this, &place](std::size_t, std::chrono::milliseconds waited) {
     progress_->VisitFolder({});
-    if (tallow_.SearchCancelled || tallow_.is_ending) throw Cancelled();
-    return Patience::kWait;
+    was_stopped_ = tallow_.SearchCancelled || tallow_.is_ending;
+    if (was_stopped_) throw Stopped();
+    if (place.empty() || waited < kSlowAfter) return Patience::kWait;
+    if (IsSplashLoaded()) Report(WaitingLine(place));
+    return waited < kMaxWait ? Patience::kWait : Patience::kGiveUp;
   };
   try {
     ReadAhead(
-        1, 1, [&](std::size_t) { return 0; }, [ask = std::move(ask)](int) { return ask(); },
-        [&](std::size_t, Answer answer) { result = std::move(answer); },
+        1, 1, [&](std::size_t) { return 0; }, [ask = std::move(ask)](int) { return Reply(ask()); },
+        [&](std::size_t, Reply answer) { result = std::move(answer); },
         progress_ != nullptr ? WhileWaiting(waiting) : WhileWaiting(),
-        [](std::size_t) { return Answer(); });
-  } catch (const Cancelled&) {
+        [](std::size_t) { return Reply(); });
+  } catch (const Stopped&) {
     return std::nullopt;
   }
   return result;
@@ -94,7 +103,7 @@ bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
       progress_->Repaint();
     }
     // The kind of a drive is asked for here that may not answer.
-    if (!IsSearchedAndAnswers(root)) {
+    if (!IsSearchedAndAnswers(root, true)) {
       if (was_stopped_) return EndStopped();
       continue;
     }
@@ -109,12 +118,15 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
   // A linked folder may hold further links, which join the end of the list.
   for (std::size_t k = 0; k < linked_.size(); ++k) {
     // It may lead to a share that does not answer.
-    const auto target = AskWhileLiving<LinkTarget>([link = linked_[k]]() -> LinkTarget {
-      const auto identity = IdentityOfFolder(link);
-      return {identity, identity ? RealPathOfFolder(link) : std::string()};
-    });
-    if (!target) return EndStopped();
-    if (!target->identity || visited_.contains(*target->identity)) continue;
+    const auto target = AskWhileLiving<LinkTarget>(
+        [link = linked_[k]]() -> LinkTarget {
+          const auto identity = IdentityOfFolder(link);
+          return {identity, identity ? RealPathOfFolder(link) : std::string()};
+        },
+        linked_[k]);
+    if (was_stopped_) return EndStopped();
+    if (!target) RememberSilent(linked_[k]);
+    if (!target || !target->identity || visited_.contains(*target->identity)) continue;
     if (!drives_.MayFollow(linked_[k])) continue;
     // It may be a whole disk, so it is announced and can be cancelled as one.
     const std::string folder = EnsureTrailingBackslash(target->path);
@@ -131,10 +143,16 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
   return true;
 }
 
-bool FileSearch::IsSearchedAndAnswers(const std::string& root) {
+void FileSearch::RememberSilent(const std::string& place) {
+  tallow_.library.RememberUnread(EnsureTrailingBackslash(place), true, std::string(kDoesNotAnswer));
+}
+
+bool FileSearch::IsSearchedAndAnswers(const std::string& root, bool for_songs) {
+  // Shares are not searched, and may not answer.
+  if (!IsSearched(DescribeDriveType(drives_.ListedTypeOf(root), root))) return false;
   const bool answers =
-      AskWhileLiving<bool>([root] { return FolderExists(root), true; }).has_value();
-  was_stopped_ = !answers;
+      AskWhileLiving<bool>([root] { return FolderExists(root), true; }, root).has_value();
+  if (!answers && !was_stopped_ && for_songs) RememberSilent(root);
   return answers && IsSearched(DescribeDriveType(drives_.TypeOf(root), root));
 }
 
@@ -281,7 +299,7 @@ bool FileSearch::SearchDrivesForWinamp() {
   while (found.empty() && !IsEndOfDriveList(list)) {
     const std::string root = NextDriveFromList(list);
     if (progress_ != nullptr) Report("Looking for WinAmp in " + root);
-    if (IsSearchedAndAnswers(root)) {
+    if (IsSearchedAndAnswers(root, false)) {
       found = FindWinampWhileLiving(root);
       if (!found.empty()) break;
     }
@@ -299,7 +317,6 @@ std::string FileSearch::FindWinampWhileLiving(const std::string& root) {
     return FindWinampUnder(root, *drives, [&go_on] { return go_on->load(); });
   });
   *go_on = false;
-  was_stopped_ = !found;
   return found.value_or(std::string());
 }
 

@@ -90,10 +90,15 @@ class FileSearch {
   bool PauseAndTestForCancel();
   /// Whether the search was cancelled; clears the flag.
   bool TakeCancel();
-  /// Asks the file system on another thread. No value when the search is to end before there is an answer.
+  /// Asks the file system on another thread.
+  ///
+  /// \param place is given up after a while if it does not answer; empty where the work may take long
+  /// \returns no value when the place was given up, or when the search is to end first (was_stopped_)
   template <typename Answer>
-  std::optional<Answer> AskWhileLiving(std::function<Answer()> ask);
-  bool IsSearchedAndAnswers(const std::string& root);
+  std::optional<Answer> AskWhileLiving(std::function<Answer()> ask, const std::string& place = {});
+  bool IsSearchedAndAnswers(const std::string& root, bool for_songs);
+  /// The next start looks again at a drive or link that was given up.
+  void RememberSilent(const std::string& place);
   bool EndStopped();
   std::int64_t AddListedFiles(FileSearchRequest& request, const std::string& folder,
                               const FolderListing& listing);

@@ -173,21 +173,27 @@ class FolderReader::Shared {
         if (enter_(subfolder->path)) folder.subfolders.push_back(std::move(subfolder));
       }
     } catch (const std::bad_alloc&) {
-      folder.listing = {};
       folder.subfolders.clear();
+      folder.listing = Unlisted("there is not enough memory");
     }
   }
 
+  /// A folder that cannot be listed.
+  static FolderListing Unlisted(const char* problem) {
+    FolderListing listing;
+    listing.problem = problem;
+    return listing;
+  }
+
   FolderListing List(const std::string& path) const {
-    if (path.size() > kMostPathBytes) return {};
+    if (path.size() > kMostPathBytes) return Unlisted("its path is too long");
     try {
       return ListFolder(path, {.pattern = pattern_,
                                .subfolders = recurse_,
                                .sizes = true,
                                .tail_bytes = tails_(path) ? kTagBytes : 0});
     } catch (const std::bad_alloc&) {
-      // A folder that does not fit in memory counts as one that cannot be read.
-      return {};
+      return Unlisted("there is not enough memory");
     }
   }
 

@@ -54,9 +54,20 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
   setObjectName(QStringLiteral("frmMain"));
   ConnectExplorer();
   explorer_->restoreState(QSettings().value(kSplitterOption).toByteArray());
-  picture_problem_ = PictureAddressProblem(tallow.settings);
+  ShowPicture();
+}
+
+void frmMain::ShowPicture() {
+  const clsINI& settings = tallow_.settings;
+  if (settings.IsThereAPicture() &&
+      tallow_.library.Unanswered()->Covers(settings.PictureLocation())) {
+    picture_problem_ =
+        settings.PictureLocation() + " cannot be read: " + std::string(kDoesNotAnswer);
+    return;
+  }
+  picture_problem_ = PictureAddressProblem(settings);
   std::string problem =
-      explorer_->SetBackgroundImage(PictureAddress(tallow.settings), tallow.settings.IsItTiled());
+      explorer_->SetBackgroundImage(PictureAddress(settings), settings.IsItTiled());
   if (picture_problem_.empty()) picture_problem_ = std::move(problem);
 }
 

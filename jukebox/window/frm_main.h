@@ -98,6 +98,7 @@ class frmMain : public QWidget {
 
  private:
   void ConnectExplorer();
+  void ShowPicture();
   void ShowFolder(Folder& folder);
   void SortList();
   void ActOnTree(int item, Folder* node);

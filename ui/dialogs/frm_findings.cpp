@@ -89,7 +89,10 @@ void frmFindings::Fill() {
   if (!places.empty()) {
     QTreeWidgetItem* const away = heading(tr("Away: their songs keep ranks and places"));
     for (const AwayPlace& place : places) {
-      const std::string why = place.drive ? "" : ", cannot be read: " + place.problem;
+      std::string why;
+      if (place.kind == AwayKind::kFolder) why = ", cannot be read: " + place.problem;
+      if (place.kind == AwayKind::kKept)
+        why = ", gone, but kept because " + place.problem + " cannot be read";
       QTreeWidgetItem* const item =
           add(away, DisplayText(place.place), DisplayText(SongCount(place.songs) + why));
       item->setData(0, kPlaceRole, QByteArray::fromStdString(place.place));

@@ -91,6 +91,18 @@ TEST_F(DeadShareWindows, AJukeboxWhoseFilingIsCancelledIsOpenWithWhatWasFiled) {
   EXPECT_FALSE(tallow.filing_is_pending);
 }
 
+TEST_F(DeadShareWindows, APictureOnItIsNotWaitedFor) {
+  tallow.settings.IsThereAPicture(true);
+  tallow.settings.PictureLocation(share + "back.png");
+  const DeadFolder dead(share);
+  library.LookAt(share, {}, [](std::string_view) { return false; });
+  frame.show();
+  ShowJukebox();
+  frame.NoticeScan({});
+  EXPECT_EQ(frame.statusBar()->currentMessage().toStdString(),
+            share + "back.png cannot be read: The disk does not answer");
+}
+
 TEST_F(DeadShareWindows, AHandOverThatIsCancelledLeavesThePlayerWhatItHas) {
   AddSongOfShare();
   frmMain& window = ShowJukebox();

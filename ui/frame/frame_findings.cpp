@@ -46,15 +46,40 @@ bool FrameFindings::HasAny() const {
          !tallow_.library.UnreadFoldersNow().empty();
 }
 
+QString FrameFindings::WholeText() const {
+  return bar_.toolTip().isEmpty() ? bar_.currentMessage() : bar_.toolTip();
+}
+
+bool FrameFindings::HidesText() const {
+  const QString text = WholeText();
+  if (bar_.currentMessage().isEmpty() || text == opened_) return false;
+  // What the size grip and the frame take.
+  constexpr int kMargin = 24;
+  return text.contains(QLatin1Char('\n')) ||
+         bar_.fontMetrics().horizontalAdvance(text) > bar_.width() - kMargin;
+}
+
+void FrameFindings::ShowText() {
+  opened_ = WholeText();
+  show_({.text = opened_.toStdString(), .icon = MessageIcon::kInformation});
+  Changed();
+}
+
 void FrameFindings::Changed() {
-  bar_.setCursor(HasAny() ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  bar_.setCursor(HasAny() || HidesText() ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
 bool FrameFindings::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == &bar_ && (event->type() == QEvent::Enter || event->type() == QEvent::Resize ||
+                           event->type() == QEvent::ToolTipChange))
+    Changed();
   if (watched == &bar_ && event->type() == QEvent::MouseButtonRelease &&
-      static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && HasAny()) {
-    // The bar has to be done with the click before the list keeps it waiting.
-    QMetaObject::invokeMethod(this, &FrameFindings::ShowList, Qt::QueuedConnection);
+      static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && (HasAny() || HidesText())) {
+    // The bar has to be done with the click before the list keeps it waiting. A text that is cut comes first,
+    // and the list with the next click.
+    QMetaObject::invokeMethod(this,
+                              HidesText() ? &FrameFindings::ShowText : &FrameFindings::ShowList,
+                              Qt::QueuedConnection);
     return true;
   }
   return QObject::eventFilter(watched, event);

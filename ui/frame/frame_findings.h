@@ -43,6 +43,11 @@ class FrameFindings : public QObject {
 
  private:
   bool HasAny() const;
+  /// What the bar says, with all lines.
+  QString WholeText() const;
+  /// Whether the bar shows less than that, and the user has not opened it.
+  bool HidesText() const;
+  void ShowText();
   void TakeSizes();
   void SaveSizes();
 
@@ -51,6 +56,7 @@ class FrameFindings : public QObject {
   ShowMessage show_;
   std::function<std::vector<Jukebox*>()> jukeboxes_;
   std::unique_ptr<SizeFinder> sizes_;
+  QString opened_;  ///< the text that was opened last
 };
 
 }  // namespace tallow

@@ -46,6 +46,23 @@ TEST_F(FrameFindingsTest, AClickOnTheStatusBarOpensTheListWhenThereIsOne) {
   EXPECT_EQ(ClickStatusBar(), "frmFindings");
 }
 
+TEST_F(FrameFindingsTest, AClickOpensATextThatTheStatusBarCannotShowWhole) {
+  frame.resize(700, 500);
+  frame.show();
+  const std::string text = "The settings were cut. " + std::string(200, 'x') + ". Do this.";
+  frame.Notice({text});
+  EXPECT_EQ(frame.statusBar()->cursor().shape(), Qt::PointingHandCursor);
+  ClickStatusBar();
+  EXPECT_EQ(messages.Take(), Texts{text});
+  EXPECT_EQ(frame.statusBar()->cursor().shape(), Qt::ArrowCursor);
+  frame.Notice({"first", "second"});
+  ClickStatusBar();
+  EXPECT_EQ(messages.Take(), Texts{"first\nsecond"});
+  frame.Notice({"short"});
+  ClickStatusBar();
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
 TEST_F(FrameFindingsTest, SizesAreFoundOnceTheWindowIsThere) {
   music.File("a.mp3", "12345");
   AddSong(music.path(), "a.mp3");

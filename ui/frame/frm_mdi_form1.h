@@ -108,6 +108,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   /// The active jukebox window; where there is none, says so.
   frmMain* JukeboxWindowForCommand();
   void SendNodeCommand(int pane, int item);
+  void CommandPlayer(std::int32_t command);
   void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
   void OpenWaitingFiles();
   void ComeToFront();

@@ -54,6 +54,11 @@ frmMain* frmMDIForm1::JukeboxWindowForCommand() {
   return window;
 }
 
+void frmMDIForm1::CommandPlayer(std::int32_t command) {
+  player_.FindAgainIfEnded();
+  player_.SendWinampCommand(command);
+}
+
 void frmMDIForm1::SendNodeCommand(int pane, int item) {
   frmMain* const window = JukeboxWindowForCommand();
   if (window == nullptr) return;
@@ -110,19 +115,19 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kPlayAllSongsInFolder:
       return SendNodeCommand(kListPane, kPlayAllSongsInFolder);
     case FrameCommand::kNextTrack:
-      return player_.SendWinampCommand(kNextTrack);
+      return CommandPlayer(kNextTrack);
     case FrameCommand::kPreviousTrack:
-      return player_.SendWinampCommand(kPreviousTrack);
+      return CommandPlayer(kPreviousTrack);
     case FrameCommand::kPause:
-      return player_.SendWinampCommand(kPause);
+      return CommandPlayer(kPause);
     case FrameCommand::kPlay:
-      return player_.SendWinampCommand(kPlay);
+      return CommandPlayer(kPlay);
     case FrameCommand::kStop:
-      return player_.SendWinampCommand(kStop);
+      return CommandPlayer(kStop);
     case FrameCommand::kStopAfterTrack:
-      return player_.SendWinampCommand(kStopAfterTrack);
+      return CommandPlayer(kStopAfterTrack);
     case FrameCommand::kCloseWinAmp:
-      return player_.SendWinampCommand(kClosePlayer);
+      return CommandPlayer(kClosePlayer);
     case FrameCommand::kNewSongsNormalLocations:
       return BringIn(NewSongsPlace::kUsualFolders);
     case FrameCommand::kNewSongsWholeComputerSearch:

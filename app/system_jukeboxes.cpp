@@ -1,0 +1,155 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Which jukeboxes a start opens.
+#include <algorithm>
+#include <optional>
+
+#include "app/initial_jukebox.h"
+#include "app/open_jukebox.h"
+#include "app/system.h"
+#include "jukebox/jukebox.h"
+#include "jukebox/sorting.h"
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+bool Contains(const std::vector<std::string>& paths, const std::string& path) {
+  return std::any_of(paths.begin(), paths.end(), [&](const std::string& other) {
+    return !other.empty() && IsSamePath(other, path);
+  });
+}
+
+/// An unsaved jukebox whose own file another one has: it is saved under a new name.
+UnsavedJukebox WithoutFile(UnsavedJukebox unsaved) {
+  unsaved.caption += " (recovered)";
+  unsaved.location.clear();
+  unsaved.file.clear();
+  return unsaved;
+}
+
+}  // namespace
+
+void System::OpenFirstJukebox() {
+  tallow_.found_tags.Seal();
+  // Each window shows it.
+  if (tallow_.settings.IsThereAPicture()) LookAt(tallow_.settings.PictureLocation());
+  Jukebox* last_recovered = nullptr;
+  const std::vector<std::string> recovered = RecoverUnsaved(last_recovered);
+  const std::string& last = tallow_.settings.LocOfLastSavedJukeBox();
+  // With a jukebox open there is no need for the sample, nor for another window of the same file.
+  if (!last.empty()) LookAt(last);
+  const bool is_unanswered = IsUnanswered(last);
+  const bool is_open = !recovered.empty() &&
+                       (last.empty() || Contains(recovered, last) || is_unanswered || IsGone(last));
+  if (is_open && is_unanswered && !Contains(recovered, last))
+    notices_.push_back(last + " is on a drive that does not answer, so it is not open.");
+  if (!is_open) {
+    Jukebox& jukebox = windows_.NewJukebox();
+    try {
+      if (!OpenLastJukebox(jukebox))
+        BuildInitialJukebox(
+            tallow_.library, jukebox, windows_.OpenJukeboxes(),
+            [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags, WhileFiling());
+    } catch (const FilingError& error) {
+      notices_.insert(notices_.end(), error.problems().begin(), error.problems().end());
+    }
+  }
+  EndFiling();
+  // What the user has just asked for is in front.
+  if (last_recovered != nullptr && !is_open) windows_.ShowJukebox(*last_recovered);
+  tallow_.found_tags.Clear();
+}
+
+std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
+  const AskQuestion ask = [this](const std::string& text) { return windows_.AskUnlessLeft(text); };
+  std::vector<std::string> problems;
+  std::vector<std::string> recovered;
+  // The windows live while a jukebox is filed, and nobody is to use them yet.
+  std::vector<Jukebox*> to_show;
+  for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
+    if (!unsaved.file.empty()) LookAt(unsaved.file);
+    // The program ended between saving and taking this away.
+    if (!IsUnanswered(unsaved.file) && UnsavedJukeboxes::IsSaved(unsaved, tallow_.library)) {
+      RemoveFile(unsaved.path);
+      continue;
+    }
+    const std::optional<bool> wanted = windows_.AskUnlessLeft(
+        "Tallow was not closed properly. Recover the unsaved changes of " + unsaved.caption + "?");
+    // Without an answer it stays for the next start.
+    if (!wanted) continue;
+    if (!*wanted) {
+      UnsavedJukeboxes::Decline(unsaved);
+      continue;
+    }
+    // Looked into before it gets a window, which could not be taken back here.
+    Jukebox probe;
+    if (!probe.TakeUnsaved(unsaved.bytes, unsaved.path, tallow_.library)) {
+      windows_.Tell(UnreadableChanges(unsaved.path, probe.FileProblem()));
+      UnsavedJukeboxes::Decline(unsaved);
+      continue;
+    }
+    Jukebox& jukebox = windows_.NewJukebox();
+    tallow_.unsaved.Recover(Contains(recovered, unsaved.file) ? WithoutFile(unsaved) : unsaved,
+                            jukebox, tallow_.library,
+                            AskAboutConfusedSongs(unsaved.path, tallow_.library, ask));
+    jukebox.Tag(std::to_string(windows_.OpenJukeboxes().size()));
+    try {
+      FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), tallow_.library,
+                           windows_.OpenJukeboxes(), &tallow_.found_tags, WhileFiling());
+    } catch (const FilingError& error) {
+      notices_.insert(notices_.end(), error.problems().begin(), error.problems().end());
+    }
+    EndFiling();
+    last = &jukebox;
+    to_show.push_back(last);
+    recovered.push_back(unsaved.file);
+  }
+  for (Jukebox* const jukebox : to_show) windows_.ShowJukebox(*jukebox);
+  notices_.insert(notices_.end(), problems.begin(), problems.end());
+  return recovered;
+}
+
+bool System::OpenLastJukebox(Jukebox& jukebox) {
+  const std::string& path = tallow_.settings.LocOfLastSavedJukeBox();
+  if (path.empty()) return false;
+  LookAt(path);
+  std::string root = tallow_.library.Unanswered()->RootOf(path);
+  if (root.empty() && IsGone(path)) root = tallow_.library.AwayRootOf(path);
+  if (!root.empty()) {
+    notices_.push_back(path + " is on a drive that is away: " + root +
+                       ". So this is the sample jukebox.");
+    return false;
+  }
+  if (IsGone(path)) {
+    notices_.push_back(path +
+                       " is gone, so this is the sample jukebox. Other jukeboxes are in the "
+                       "File menu.");
+    return false;
+  }
+  std::optional<FilingError> unfiled;
+  try {
+    if (!OpenJukeboxFile(
+            path, ToUpper(FileTitleWithoutExtension(path)), jukebox, tallow_.library,
+            windows_.OpenJukeboxes(),
+            [&](const std::string& file, const AskWhichSongs& ask) {
+              return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
+            },
+            [this](const std::string& text) { return windows_.AskUnlessLeft(text); },
+            &tallow_.found_tags, WhileFiling())) {
+      windows_.Tell(jukebox.FileProblem() +
+                    "\n\nTallow goes on with the sample jukebox. The file stays as it is.");
+      return false;
+    }
+  } catch (const FilingError& error) {
+    unfiled = error;
+  }
+  jukebox.Tag("1");
+  windows_.ShowJukebox(jukebox);
+  if (unfiled) throw FilingError(*unfiled);
+  return true;
+}
+
+}  // namespace tallow

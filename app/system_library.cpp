@@ -1,0 +1,216 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How a start checks and loads the song library, or builds it.
+#include <optional>
+
+#include "app/data_paths.h"
+#include "app/search/file_search.h"
+#include "app/system.h"
+#include "app/system_texts.h"
+#include "library/library_check.h"
+#include "util/atomic_file.h"
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+
+namespace tallow {
+
+bool System::LoadOrBuildLibrary() {
+  if (!CheckLibraryFile()) return false;
+  if (rebuild_ || tallow_.settings.NumerOfRecordsInTheMain() == 0)
+    SearchForSongs();
+  else
+    LoadLibrary();
+  return true;
+}
+
+bool System::CheckLibraryFile() {
+  clsINI& settings = tallow_.settings;
+  const std::string path = tallow_.library.LibraryPath();
+  LibraryCheck check;
+  try {
+    check = CheckLibrary(path);
+  } catch (const FileError& error) {
+    // It may be readable tomorrow (a disk not mounted, a permission), so it is not to be replaced.
+    const std::string backup = path + std::string(kBackupSuffix);
+    throw FileError(path,
+                    "the song library cannot be read (" + error.reason() +
+                        "). Make it readable, or move it away, and start Tallow again." +
+                        (FileExists(backup)
+                             ? " Once it is moved away, Tallow offers to go on with " + backup + "."
+                             : std::string()));
+  }
+  const LibraryInspection& file = check.file;
+  if ((check.is_changed && file.sound) || (check.last_good && !(file.exists && file.sound)))
+    return ChooseLibrary(check);
+  if (file.exists && !file.sound)
+    return RebuildLibrary("The song library " + path + " is damaged: " + file.problem + ".", true);
+  const std::int32_t counted = settings.NumerOfRecordsInTheMain();
+  if (file.usable > counted || settings_are_new_ || check.is_whole) {
+    UseCount(file.usable);
+    return true;
+  }
+  if (file.usable == counted) return true;
+  if (!file.exists)
+    return RebuildLibrary("The song library " + path + " is gone. The settings count " +
+                              std::to_string(counted) + " songs in it.",
+                          false);
+  return RebuildLibrary("The song library " + path + " holds " + std::to_string(file.usable) +
+                            " songs, but the settings count " + std::to_string(counted) + ".",
+                        true);
+}
+
+bool System::ChooseLibrary(const LibraryCheck& check) {
+  const std::string path = tallow_.library.LibraryPath();
+  const std::string name(NameOfPath(path));
+  const std::string set_aside = FreeSetAsidePath(path);
+  // Nobody means an empty library where there is a good one.
+  const bool can_be_used =
+      check.file.exists && check.file.sound && (check.file.usable > 0 || !check.last_good);
+  std::string text = "The song library " + path;
+  if (!check.file.exists)
+    text += " is gone.";
+  else if (!check.file.sound)
+    text += " is damaged: " + check.file.problem + ".";
+  else
+    text +=
+        " is not as Tallow has written it. A disk error or another program has changed it, or a "
+        "backup was put back.";
+  text += '\n';
+
+  enum class Choice { kAsItIs, kLastGood, kSearch };
+  std::vector<Choice> meanings;
+  std::vector<std::string> choices;
+  const auto offer = [&](Choice meaning, const char* choice, const std::string& explanation) {
+    meanings.push_back(meaning);
+    choices.emplace_back(choice);
+    text += "\n" + std::string(choice) + ": " + explanation;
+  };
+  const auto offer_as_it_is = [&] {
+    offer(Choice::kAsItIs, "Use It As It Is",
+          "it holds " + std::to_string(check.file.usable) +
+              " songs. Right for a backup that was put back.");
+  };
+  // The first one is what Enter takes.
+  const bool has_lost_songs = check.last_good && check.file.usable < *check.last_good;
+  if (can_be_used && !has_lost_songs) offer_as_it_is();
+  if (check.last_good)
+    offer(Choice::kLastGood, "Use the Last Good One",
+          name + std::string(kBackupSuffix) + " beside it, with " +
+              std::to_string(*check.last_good) + " songs. It may lack what was changed last.");
+  if (can_be_used && has_lost_songs) offer_as_it_is();
+  if (check.file.exists)
+    offer(Choice::kSearch, "Salvage It",
+          "Tallow searches the drives anew. Songs that the library still shows keep their ranks.");
+  else
+    offer(Choice::kSearch, "Search Anew", "Tallow searches the drives. All ranks are lost.");
+  if (check.file.exists)
+    text +=
+        "\n\nUnless it is used as it is, it is kept as " +
+        (check.last_good ? std::string(NameOfPath(set_aside)) : name + std::string(kBackupSuffix)) +
+        " beside it.";
+  text += "\nClosing this leaves Tallow and changes nothing.";
+
+  const std::optional<std::size_t> choice = windows_.Choose(text, choices);
+  if (!choice) return false;
+  switch (meanings.at(*choice)) {
+    case Choice::kAsItIs:
+      trusts_library_ = true;
+      UseCount(check.file.usable);
+      return true;
+    case Choice::kLastGood:
+      UseLastGood(path, set_aside);
+      UseCount(*check.last_good);
+      return true;
+    case Choice::kSearch:
+      if (check.last_good && check.file.exists) {
+        KeepReplacedAs(path, set_aside);
+        is_set_aside_ = true;
+      }
+      rebuild_ = true;
+      return true;
+  }
+  return false;
+}
+
+bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
+  if (!windows_.Ask(
+          problem +
+          "\n\nTallow can search the drives anew. Songs that the library still shows keep "
+          "their ranks." +
+          (file_exists ? KeptAs(tallow_.library.LibraryPath()) : std::string()) +
+          std::string(kGoOn)))
+    return false;
+  rebuild_ = true;
+  if (IsGone(tallow_.settings.LocOfGroupingDir())) {
+    // The folder may come back (a disk not mounted today); the old settings still name it.
+    KeepSettings();
+    UseOwnFolders();
+  }
+  return true;
+}
+
+void System::LoadLibrary() {
+  clsMain& library = tallow_.library;
+  // It was sound a moment ago; what cannot be read now must not be replaced.
+  const bool is_loaded = library.LoadMain();
+  const std::int32_t last = library.UBoundOfMp3Array();
+  // A file that became shorter meanwhile leaves rows without a number.
+  if (!is_loaded || library.Mp3Info(kRecordNumber, last).empty())
+    throw FileError(library.LibraryPath(),
+                    "the song library cannot be read. Make it readable, or move it away, and start "
+                    "Tallow again.");
+  if (trusts_library_) library.TrustLibrary();
+  if (library.RepairRecordNumbers() && library.SaveError().empty())
+    notices_.push_back(
+        "An earlier Tallow had confused the numbers of songs in the song library. They were put "
+        "right; the library as it was is kept as " +
+        std::string(kLibraryFileName) + std::string(kBackupSuffix) + " beside it.");
+  const GoOn live = [this](std::string_view folder) { return Live(folder); };
+  const tallow::WaitForDrive wait = [this](std::string_view root) { return WaitsFor(root); };
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse(live, wait);
+  library.AddAnyAdditionalMp3FromTheNormalDirectories(live, wait);
+  SearchUnreadFolders();
+  // Nothing is waited for any longer.
+  Live(library.LibraryPath());
+}
+
+void System::SearchUnreadFolders() {
+  clsMain& library = tallow_.library;
+  std::int32_t old_count = library.UBoundOfMp3Array();
+  FileSearch(tallow_, drives_, windows_.LoadedSplash())
+      .SearchUnreadFolders([this](const std::string& folder) {
+        LookAt(folder);
+        return !IsUnanswered(folder);
+      });
+  if (library.UBoundOfMp3Array() == old_count) return;
+  library.DeleteIdenticalFileNamesAndPaths(old_count);
+  library.WriteOutMp3DirectoryLocations();
+}
+
+void System::SearchForSongs() {
+  clsMain& library = tallow_.library;
+  library.BeginScan(ScanKind::kComputer);
+  windows_.ShowCancelButton(true);
+  windows_.ShowFoundLine(true);
+  std::int32_t old_count = 0;
+  if (rebuild_) {
+    // Songs that the damaged file still shows keep their numbers and ranks.
+    library.Salvage(is_set_aside_);
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse(
+        [this](std::string_view folder) { return Live(folder); },
+        [this](std::string_view root) { return WaitsFor(root); });
+    windows_.ShowCancelButton(true);
+    old_count = library.UBoundOfMp3Array();
+  }
+  was_cancelled_ = !tallow_.search_all_drives(nullptr);
+  windows_.ShowCancelButton(false);
+  library.TakeSearchedSongs(old_count);
+  if (rebuild_ && !library.Mp3MainHasSomeMembers()) {
+    // Nothing is left and nothing was found: the next start must not come here again.
+    library.Save();
+    library.WriteOutMp3DirectoryLocations();
+  }
+  windows_.ShowFoundLine(false);
+}
+
+}  // namespace tallow

@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// How a start reads the settings, and makes those that are missing, cut or damaged anew.
+#include <utility>
+
+#include "app/data_paths.h"
+#include "app/system.h"
+#include "app/system_texts.h"
+#include "library/library_check.h"
+#include "util/atomic_file.h"
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+
+namespace tallow {
+
+namespace {
+
+/// What is left to the user where the settings no longer name the last jukebox.
+constexpr std::string_view kOpenSaved = " Saved jukeboxes are opened with Open in the File menu.";
+
+}  // namespace
+
+bool System::LoadSettings() {
+  const std::string& path = tallow_.settings_path;
+  if (IsGone(path)) {
+    MakeSettings();
+    return true;
+  }
+  try {
+    tallow_.settings.GetandLoadIniInfo(path);
+  } catch (const SettingsError& error) {
+    return RebuildSettings(error.what());
+  } catch (const FileError& error) {
+    const std::string folder(FolderOfPath(path));
+    if (StateOfFolder(folder) == FolderState::kUnreadable)
+      throw FileError(folder, "the folder cannot be read (" + error.reason() +
+                                  "). Make it readable and start Tallow again.");
+    return RebuildSettings(
+        std::string(error.what()) +
+        ". Answer No, make the file readable and start Tallow again, if you can.");
+  }
+  if (!tallow_.settings.IsWhole()) MendCutSettings();
+  // The program was moved with its data: the folders of the settings are where it was before.
+  const std::string own = GroupingFolder(tallow_.application_folder);
+  const std::string folder = tallow_.settings.LocOfGroupingDir();
+  if (IsGone(folder) && (FileExists(own + std::string(kLibraryFileName)) ||
+                         tallow_.settings.NumerOfRecordsInTheMain() == 0)) {
+    KeepSettings();
+    UseOwnFolders();
+    notices_.push_back("The folder " + folder + " of the settings is gone, so Tallow uses " + own +
+                       "." + kept_as_);
+  }
+  const std::string list_folder(FolderOfPath(tallow_.settings.FileContainingTargetDirectories()));
+  if (IsGone(list_folder)) {
+    KeepSettings();
+    tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
+    tallow_.SaveSettings();
+    notices_.push_back("The folder " + list_folder + " of the settings is gone, so Tallow uses " +
+                       SystemFolder(tallow_.application_folder) + "." + kept_as_);
+  }
+  return true;
+}
+
+void System::MakeSettings() {
+  settings_are_new_ = true;
+  try {
+    // Says why, where they cannot be written.
+    if (!tallow_.settings.CreateNewIniFile(tallow_.settings_path, tallow_.application_folder))
+      tallow_.SaveSettings();
+  } catch (const TypeMismatchError&) {
+    // The library file shows no number to go on with; CheckLibraryFile says what is wrong with it.
+  } catch (const OverflowError&) {
+  } catch (const FileError&) {
+    // Nor can it be read.
+  }
+}
+
+void System::MendCutSettings() {
+  const std::string& path = tallow_.settings_path;
+  KeepSettings();
+  tallow_.settings.CompleteSettings(path, tallow_.application_folder);
+  tallow_.SaveSettings();
+  notices_.push_back(
+      path + " was cut short. The settings that it lacks are those of a first start." + kept_as_ +
+      std::string(tallow_.settings.LocOfLastSavedJukeBox().empty() ? kOpenSaved : ""));
+}
+
+void System::KeepSettings() {
+  if (std::exchange(settings_are_kept_, true)) return;
+  const std::string& path = tallow_.settings_path;
+  for (const std::string_view suffix : {kBackupSuffix, kSetAsideSuffix}) {
+    try {
+      KeepReplaced(path, suffix);
+      kept_as_ = " The settings as they were are kept as " +
+                 std::string(NameOfPath(path)).append(suffix) + " beside them.";
+      return;
+    } catch (const FileError& error) {
+      kept_as_ = " The settings as they were could not be kept: " + std::string(error.what()) + ".";
+    }
+  }
+}
+
+void System::UseOwnFolders() {
+  tallow_.settings.LocOfGroupingDir(GroupingFolder(tallow_.application_folder));
+  tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
+  tallow_.SaveSettings();
+}
+
+bool System::RebuildSettings(const std::string& problem) {
+  const std::string& path = tallow_.settings_path;
+  if (!windows_.Ask("The settings cannot be read.\n\n" + problem +
+                    "\n\nTallow can make new settings: it takes the songs and ranks from the song "
+                    "library, and searches the drives anew for what is not there." +
+                    KeptAs(path) + std::string(kGoOn)))
+    return false;
+  try {
+    MoveToBackup(path);
+  } catch (const FileError&) {
+    // That name may be a folder's.
+    MoveToBackup(path, kSetAsideSuffix);
+  }
+  // What this start makes of them is not kept in their place.
+  settings_are_kept_ = true;
+  tallow_.settings.Clear();
+  MakeSettings();
+  notices_.push_back("New settings were made." + std::string(kOpenSaved));
+  return true;
+}
+
+void System::UseCount(std::int32_t songs) {
+  if (tallow_.settings.NumerOfRecordsInTheMain() == songs) return;
+  KeepSettings();
+  tallow_.settings.NumerOfRecordsInTheMain(songs);
+  tallow_.SaveSettings();
+}
+
+}  // namespace tallow
