@@ -2,9 +2,9 @@
 // Disks that do not answer, from the start to the hand-over to the player.
 #include <cerrno>
 
+#include "app/play_commands.h"
 #include "app/search/file_search.h"
 #include "app/take_files.h"
-#include "jukebox/play_commands.h"
 #include "jukebox/sorting.h"
 #include "player/playfile.h"
 #include "tests/dead_folder_linux.h"

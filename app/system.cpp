@@ -8,11 +8,11 @@
 #include <utility>
 
 #include "app/data_paths.h"
-#include "app/initial_jukebox.h"
 #include "app/long_work.h"
-#include "app/open_jukebox.h"
 #include "app/search/file_search.h"
+#include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
+#include "jukebox/open_jukebox.h"
 #include "jukebox/sorting.h"
 #include "library/scan_report.h"
 #include "util/atomic_file.h"

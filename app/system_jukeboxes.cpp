@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <optional>
 
-#include "app/initial_jukebox.h"
-#include "app/open_jukebox.h"
 #include "app/system.h"
+#include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
+#include "jukebox/open_jukebox.h"
 #include "jukebox/sorting.h"
 #include "util/errors.h"
 #include "util/file_system.h"

@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-#include "app/initial_jukebox.h"
 #include "app/search/player_search.h"
 #include "app/system.h"
+#include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
 #include "tests/row_numbers.h"
 #include "tests/system_fixture.h"

@@ -2,8 +2,8 @@
 // What a start makes of changes that an earlier run could not save.
 #include <gtest/gtest.h>
 
-#include "app/initial_jukebox.h"
 #include "app/system.h"
+#include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
 #include "tests/system_fixture.h"
 #include "util/file_system.h"

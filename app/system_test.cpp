@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "app/data_paths.h"
-#include "app/initial_jukebox.h"
 #include "app/search/player_search.h"
+#include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
 #include "tests/system_fixture.h"
 #ifndef _WIN32

@@ -8,8 +8,8 @@
 
 #include "app/cls_ini.h"
 #include "app/search/search_progress.h"
-#include "app/unsaved_jukeboxes.h"
 #include "jukebox/jukebox_clipboard.h"
+#include "jukebox/unsaved_jukeboxes.h"
 #include "library/cls_main.h"
 #include "library/tag_cache.h"
 

@@ -2,11 +2,10 @@
 add_executable(tallow_startup_benchmark
   benchmarks/startup_benchmark.cpp
   benchmarks/process_memory_${platform}.cpp)
-target_link_libraries(tallow_startup_benchmark PRIVATE tallow_core)
+target_link_libraries(tallow_startup_benchmark PRIVATE tallow_app)
 
 add_executable(tallow_jukebox_benchmark benchmarks/jukebox_benchmark.cpp)
-target_link_libraries(tallow_jukebox_benchmark PRIVATE tallow_core)
-target_include_directories(tallow_jukebox_benchmark SYSTEM PRIVATE ${CMAKE_BINARY_DIR}/json)
+target_link_libraries(tallow_jukebox_benchmark PRIVATE tallow_app tallow_json)
 if(WIN32)
   return()
 endif()
@@ -18,10 +17,10 @@ add_executable(tallow_floor benchmarks/floor.cpp)
 target_link_libraries(tallow_floor PRIVATE tallow_options)
 
 add_executable(tallow_collection benchmarks/collection.cpp)
-target_link_libraries(tallow_collection PRIVATE tallow_core)
+target_link_libraries(tallow_collection PRIVATE tallow_app)
 
 add_executable(tallow_sort_benchmark benchmarks/sort_benchmark.cpp)
-target_link_libraries(tallow_sort_benchmark PRIVATE tallow_core benchmark::benchmark)
+target_link_libraries(tallow_sort_benchmark PRIVATE tallow_app benchmark::benchmark)
 
 if(TALLOW_WINDOWS)
   add_executable(tallow_window_benchmark
@@ -31,5 +30,5 @@ if(TALLOW_WINDOWS)
 endif()
 
 add_executable(tallow_hand_off_benchmark benchmarks/hand_off_benchmark.cpp)
-target_link_libraries(tallow_hand_off_benchmark PRIVATE tallow_core)
+target_link_libraries(tallow_hand_off_benchmark PRIVATE tallow_app)
 add_dependencies(tallow_hand_off_benchmark tallow-player)

@@ -19,12 +19,12 @@
 #include "app/system.h"
 #include "app/tallow.h"
 #include "benchmarks/process_memory.h"
-#include "jukebox/window/frm_main.h"
-#include "jukebox/window/pv_explorer.h"
-#include "jukebox/window/song_list_view.h"
 #include "player/player_link.h"
 #include "ui/frame/frm_mdi_form1.h"
-#include "ui/start_up.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/song_list_view.h"
+#include "ui/start/start_up.h"
 
 namespace tallow {
 namespace {

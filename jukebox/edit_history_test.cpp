@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/edit_history.h"
 
+#include "app/play_commands.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
-#include "jukebox/play_commands.h"
 #include "tests/library_fixture.h"
 
 namespace tallow {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/jukebox_edits.h"
 
+#include "app/play_commands.h"
 #include "jukebox/jukebox.h"
-#include "jukebox/play_commands.h"
 #include "jukebox/special_folders.h"
 #include "tests/library_fixture.h"
 

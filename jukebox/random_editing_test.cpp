@@ -5,11 +5,11 @@
 #include <random>
 #include <unordered_map>
 
+#include "app/play_commands.h"
 #include "jukebox/edit_history.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
 #include "jukebox/jukebox_file.h"
-#include "jukebox/play_commands.h"
 #include "tests/library_fixture.h"
 #include "util/text.h"
 

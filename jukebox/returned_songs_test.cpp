@@ -5,14 +5,14 @@
 #include <filesystem>
 #include <limits>
 
-#include "app/confused_songs.h"
+#include "app/play_commands.h"
 #include "app/take_files.h"
-#include "app/unsaved_jukeboxes.h"
+#include "jukebox/confused_songs.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
-#include "jukebox/play_commands.h"
 #include "jukebox/song_search.h"
 #include "jukebox/sorting.h"
+#include "jukebox/unsaved_jukeboxes.h"
 #include "tests/library_fixture.h"
 
 namespace tallow {

@@ -6,7 +6,7 @@
 #include <optional>
 #include <random>
 
-#include "app/initial_jukebox.h"
+#include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
 #include "library/mp3_tag_editor.h"
 #include "tests/library_fixture.h"

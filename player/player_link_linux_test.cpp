@@ -5,7 +5,6 @@
 #include <fcntl.h>
 #include <thread>
 
-#include "app/version.h"
 #include "library/cls_main.h"
 #include "player/player_link.h"
 #include "player/playfile.h"
@@ -13,6 +12,7 @@
 #include "tests/real_player_linux.h"
 #include "tests/sound_linux.h"
 #include "util/runtime_folder_linux.h"
+#include "util/version.h"
 
 namespace tallow {
 namespace {

@@ -11,11 +11,11 @@
 #include <QMdiSubWindow>
 #include <QTimer>
 
-#include "jukebox/window/frm_main.h"
 #include "tests/recorded_link.h"
 #include "tests/recorded_messages.h"
 #include "tests/window_fixture.h"
 #include "ui/frame/frm_mdi_form1.h"
+#include "ui/jukebox/frm_main.h"
 
 namespace tallow {
 

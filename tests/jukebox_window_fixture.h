@@ -8,13 +8,13 @@
 #include <QHeaderView>
 #include <QTest>
 
-#include "jukebox/play_commands.h"
-#include "jukebox/window/folder_tree_view.h"
-#include "jukebox/window/frm_main.h"
-#include "jukebox/window/pv_explorer.h"
-#include "jukebox/window/song_list_view.h"
+#include "app/play_commands.h"
 #include "tests/recorded_messages.h"
 #include "tests/window_fixture.h"
+#include "ui/jukebox/folder_tree_view.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/song_list_view.h"
 
 namespace tallow {
 

@@ -1,49 +1,12 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # The tests of the windows, with the real widgets on a display in memory.
-add_executable(tallow_window_tests
-  tests/window_main.cpp
-  app/frm_searching_test.cpp
-  app/frm_splash_test.cpp
-  app/picture_resource_test.cpp
-  jukebox/window/away_list_test.cpp
-  jukebox/window/explorer_drag_test.cpp
-  jukebox/window/frm_main_test.cpp
-  jukebox/window/jukebox_commands_test.cpp
-  jukebox/window/jukebox_keys_test.cpp
-  jukebox/window/random_widgets_test.cpp
-  jukebox/window/selection_test.cpp
-  player/frm_main_winamp_test.cpp
-  ui/frame/closing_test.cpp
-  ui/display_text_test.cpp
-  ui/frame/frame_findings_test.cpp
-  ui/frame/frame_menus_test.cpp
-  ui/frame/frame_style_test.cpp
-  ui/dialogs/frm_find_test.cpp
-  ui/dialogs/frm_findings_test.cpp
-  ui/dialogs/frm_help_test.cpp
-  ui/frame/frm_mdi_form1_test.cpp
-  ui/frame/long_work_test.cpp
-  ui/frame/panel_and_jukebox_test.cpp
-  ui/frame/paste_places_test.cpp
-  ui/frame/several_jukeboxes_test.cpp
-  ui/dialogs/frm_picture_test.cpp
-  ui/dialogs/frm_tip_test.cpp
-  ui/dialogs/message_box_test.cpp
-  ui/hand_over_request_test.cpp
-  ui/single_program_test.cpp
-  ui/start_up_test.cpp
-  ui/frame/window_arrangement_test.cpp)
+get_property(sources GLOBAL PROPERTY tallow_window_tests)
+add_executable(tallow_window_tests tests/window_main.cpp ${sources})
+set_target_properties(tallow_window_tests PROPERTIES AUTOMOC ON)
 target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
 if(NOT WIN32)
-  target_sources(tallow_window_tests PRIVATE
-    jukebox/window/picture_file_linux_test.cpp
-    player/frm_main_winamp_linux_test.cpp
-    ui/end_signals_linux_test.cpp
-    ui/single_program_linux_test.cpp)
   if(NOT TALLOW_SANITIZE)
-    # They stand between the program and the system, where sanitizers stand too.
-    target_sources(tallow_window_tests PRIVATE
-      tests/dead_folder_linux.cpp ui/frame/dead_share_linux_test.cpp)
+    target_sources(tallow_window_tests PRIVATE tests/dead_folder_linux.cpp)
   endif()
   target_compile_definitions(tallow_window_tests PRIVATE
     TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
@@ -76,6 +39,7 @@ endif()
 # The built program itself, on a virtual display, over a real collection. The probe is a plug-in that Qt
 # loads into it.
 add_library(tallow_probe MODULE tests/probe.cpp)
+set_target_properties(tallow_probe PROPERTIES AUTOMOC ON)
 target_link_libraries(tallow_probe PRIVATE tallow_options Qt6::Widgets Qt6::Test)
 set_target_properties(tallow_probe PROPERTIES
   LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/plugins/generic)

@@ -5,9 +5,9 @@
 #include <string_view>
 #include <utility>
 
-#include "app/version.h"
 #include "player/player_messages.h"
 #include "player/substitute/song_player.h"
+#include "util/version.h"
 
 namespace tallow {
 namespace {

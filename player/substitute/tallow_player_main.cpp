@@ -10,7 +10,6 @@
 #include <sys/signalfd.h>
 #include <utility>
 
-#include "app/version.h"
 #include "player/player_socket_linux.h"
 #include "player/substitute/mpris.h"
 #include "player/substitute/player_requests.h"
@@ -18,6 +17,7 @@
 #include "player/substitute/song_player.h"
 #include "util/errors.h"
 #include "util/spawn_linux.h"
+#include "util/version.h"
 
 namespace tallow {
 namespace {

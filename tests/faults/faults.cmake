@@ -13,7 +13,7 @@ add_executable(tallow_fault_tests
   tests/faults/scenarios.cpp
   tests/faults/test_world.cpp
   tests/faults/worker_pool.cpp)
-target_link_libraries(tallow_fault_tests PRIVATE tallow_core ${CMAKE_DL_LIBS})
+target_link_libraries(tallow_fault_tests PRIVATE tallow_app tallow_json ${CMAKE_DL_LIBS})
 add_dependencies(tallow_fault_tests fail_call)
 
 # Every fifth case of the matrix, so that all ways of failing have their turn; all of them are run by

@@ -6,13 +6,13 @@
 #include <stdexcept>
 #include <thread>
 
+#include "app/jukebox_documents.h"
 #include "app/new_songs.h"
 #include "app/take_files.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/ranking.h"
 #include "library/library_companion.h"
 #include "library/size_finder.h"
-#include "ui/frame/jukebox_documents.h"
 #include "util/errors.h"
 
 namespace tallow {

@@ -3,9 +3,9 @@
 
 #include <QFileDialog>
 
-#include "ui/dialogs/frm_help.h"
-#include "ui/display_text.h"
-#include "ui/qt_path.h"
+#include "ui/support/display_text.h"
+#include "ui/support/help_page.h"
+#include "ui/support/qt_path.h"
 
 namespace tallow {
 namespace {

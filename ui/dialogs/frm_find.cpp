@@ -12,9 +12,9 @@
 #include <QPushButton>
 #include <QScreen>
 
-#include "jukebox/window/frm_main.h"
-#include "jukebox/window/pv_explorer.h"
-#include "ui/dialogs/frm_help.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/support/help_page.h"
 
 namespace tallow {
 namespace {

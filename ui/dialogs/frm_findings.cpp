@@ -11,7 +11,7 @@
 #include <QVBoxLayout>
 
 #include "library/cls_main.h"
-#include "ui/display_text.h"
+#include "ui/support/display_text.h"
 
 namespace tallow {
 namespace {

@@ -189,12 +189,4 @@ void frmHelp::MarkWords() {
   text_->setExtraSelections(marks);
 }
 
-QString HelpPageOf(const QWidget* widget) {
-  for (; widget != nullptr; widget = widget->parentWidget()) {
-    const QString page = widget->property(kHelpPage).toString();
-    if (!page.isEmpty()) return page;
-  }
-  return {};
-}
-
 }  // namespace tallow

@@ -16,9 +16,9 @@
 #include <QTextBrowser>
 #include <QTextDocument>
 
-#include "jukebox/window/pv_explorer.h"
 #include "tests/frame_fixture.h"
-#include "ui/dialogs/message_box.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/support/message_box.h"
 
 namespace tallow {
 namespace {

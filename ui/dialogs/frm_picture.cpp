@@ -14,11 +14,11 @@
 
 #include "app/data_paths.h"
 #include "app/tallow.h"
-#include "jukebox/window/picture_address.h"
-#include "jukebox/window/picture_file.h"
 #include "ui/dialogs/common_dialog.h"
-#include "ui/dialogs/message_box.h"
-#include "ui/display_text.h"
+#include "ui/jukebox/picture_address.h"
+#include "ui/jukebox/picture_file.h"
+#include "ui/support/display_text.h"
+#include "ui/support/message_box.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
 

@@ -13,10 +13,10 @@
 #include <QStatusBar>
 #include <QTest>
 
-#include "jukebox/window/picture_file.h"
-#include "jukebox/window/pv_explorer.h"
-#include "jukebox/window/song_list_view.h"
 #include "tests/frame_fixture.h"
+#include "ui/jukebox/picture_file.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/song_list_view.h"
 
 namespace tallow {
 namespace {

@@ -13,8 +13,8 @@
 #include <QSettings>
 #include <QVBoxLayout>
 
-#include "ui/display_text.h"
-#include "ui/frame/frame_pictures.h"
+#include "ui/support/display_text.h"
+#include "ui/support/frame_pictures.h"
 
 namespace tallow {
 namespace {

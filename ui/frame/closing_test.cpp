@@ -8,10 +8,10 @@
 #include <QTest>
 
 #include "app/data_paths.h"
-#include "app/initial_jukebox.h"
-#include "jukebox/window/pv_explorer.h"
-#include "player/frm_main_winamp.h"
+#include "jukebox/initial_jukebox.h"
 #include "tests/frame_fixture.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/player/frm_main_winamp.h"
 #include "util/file_system.h"
 
 namespace tallow {

@@ -4,13 +4,13 @@
 #include <QPushButton>
 #include <QStatusBar>
 
-#include "app/frm_searching.h"
-#include "app/frm_splash.h"
-#include "jukebox/window/pv_explorer.h"
 #include "tests/dead_folder_linux.h"
 #include "tests/frame_fixture.h"
 #include "tests/tagged_file.h"
-#include "ui/start_up.h"
+#include "ui/dialogs/frm_searching.h"
+#include "ui/dialogs/frm_splash.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/start/start_up.h"
 
 namespace tallow {
 namespace {

@@ -7,9 +7,9 @@
 #include <QKeySequence>
 
 #include "app/cls_ini.h"
-#include "ui/display_text.h"
-#include "ui/frame/frame_pictures.h"
-#include "ui/frame/jukebox_documents.h"
+#include "app/jukebox_documents.h"
+#include "ui/support/display_text.h"
+#include "ui/support/frame_pictures.h"
 
 namespace tallow {
 

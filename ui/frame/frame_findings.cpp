@@ -13,7 +13,7 @@
 #include "jukebox/returned_songs.h"
 #include "library/size_finder.h"
 #include "ui/dialogs/frm_findings.h"
-#include "ui/dialogs/frm_help.h"
+#include "ui/support/help_page.h"
 
 namespace tallow {
 namespace {

@@ -12,8 +12,8 @@
 #include <QMenuBar>
 
 #include "ui/frame/file_menu.h"
-#include "ui/frame/frame_pictures.h"
 #include "ui/frame/window_arrangement.h"
+#include "ui/support/frame_pictures.h"
 
 namespace tallow {
 namespace {

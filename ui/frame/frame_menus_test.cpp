@@ -16,11 +16,11 @@
 #include <QTest>
 #include <QToolBar>
 
-#include "app/frm_searching.h"
-#include "jukebox/window/pv_explorer.h"
-#include "player/frm_main_winamp.h"
 #include "tests/frame_fixture.h"
 #include "ui/dialogs/frm_help.h"
+#include "ui/dialogs/frm_searching.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/player/frm_main_winamp.h"
 
 namespace tallow {
 namespace {

@@ -6,7 +6,7 @@
 #include <QMainWindow>
 #include <QToolBar>
 
-#include "ui/frame/frame_pictures.h"
+#include "ui/support/frame_pictures.h"
 
 namespace tallow {
 namespace {

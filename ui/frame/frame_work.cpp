@@ -5,9 +5,9 @@
 
 #include <QCoreApplication>
 
-#include "app/frm_searching.h"
 #include "app/tallow.h"
-#include "ui/dialogs/frm_help.h"
+#include "ui/dialogs/frm_searching.h"
+#include "ui/support/help_page.h"
 
 namespace tallow {
 namespace {

@@ -18,24 +18,24 @@
 #include <QTimer>
 #include <QToolBar>
 
-#include "app/frm_searching.h"
 #include "app/help_file.h"
+#include "app/jukebox_documents.h"
 #include "app/tallow.h"
-#include "jukebox/window/frm_main.h"
-#include "jukebox/window/pv_explorer.h"
-#include "player/frm_main_winamp.h"
-#include "ui/dialogs/frm_help.h"
 #include "ui/dialogs/frm_picture.h"
-#include "ui/dialogs/message_box.h"
-#include "ui/display_text.h"
+#include "ui/dialogs/frm_searching.h"
 #include "ui/frame/file_menu.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_menus.h"
 #include "ui/frame/frame_toolbar.h"
 #include "ui/frame/frame_work.h"
 #include "ui/frame/frm_mdi_form1_documents.h"
-#include "ui/frame/jukebox_documents.h"
 #include "ui/frame/window_arrangement.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/player/frm_main_winamp.h"
+#include "ui/support/display_text.h"
+#include "ui/support/help_page.h"
+#include "ui/support/message_box.h"
 #include "util/start_program.h"
 
 namespace tallow {

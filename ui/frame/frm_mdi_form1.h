@@ -11,12 +11,12 @@
 #include <QPointer>
 
 #include "app/new_songs.h"
+#include "app/play_commands.h"
 #include "jukebox/edit_history.h"
-#include "jukebox/play_commands.h"
-#include "jukebox/window/pop_up_menus.h"
 #include "library/scan_report.h"
 #include "player/winamp_control.h"
 #include "ui/frame/frame_commands.h"
+#include "ui/jukebox/pop_up_menus.h"
 
 class QMdiArea;
 class QMdiSubWindow;

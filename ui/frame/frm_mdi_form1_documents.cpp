@@ -3,9 +3,9 @@
 
 #include <QMdiArea>
 
-#include "jukebox/window/frm_main.h"
-#include "jukebox/window/pv_explorer.h"
 #include "ui/dialogs/common_dialog.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
 #include "util/text.h"
 
 namespace tallow {

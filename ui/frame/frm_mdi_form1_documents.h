@@ -6,8 +6,8 @@
 #include <QMdiSubWindow>
 #include <QPointer>
 
+#include "app/jukebox_documents.h"
 #include "ui/frame/frm_mdi_form1.h"
-#include "ui/frame/jukebox_documents.h"
 
 namespace tallow {
 

@@ -8,15 +8,15 @@
 #include <QMdiSubWindow>
 #include <QStatusBar>
 
-#include "app/initial_jukebox.h"
+#include "app/jukebox_documents.h"
 #include "app/tallow.h"
+#include "jukebox/initial_jukebox.h"
 #include "jukebox/sorting.h"
-#include "jukebox/window/frm_main.h"
-#include "jukebox/window/pv_explorer.h"
-#include "ui/dialogs/frm_help.h"
-#include "ui/display_text.h"
 #include "ui/frame/frm_mdi_form1.h"
-#include "ui/frame/jukebox_documents.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/support/display_text.h"
+#include "ui/support/help_page.h"
 #include "util/errors.h"
 
 namespace tallow {

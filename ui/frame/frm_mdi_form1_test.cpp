@@ -9,10 +9,10 @@
 #include <QStatusBar>
 #include <QTest>
 
-#include "app/initial_jukebox.h"
-#include "jukebox/window/pv_explorer.h"
-#include "player/frm_main_winamp.h"
+#include "jukebox/initial_jukebox.h"
 #include "tests/frame_fixture.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/player/frm_main_winamp.h"
 
 namespace tallow {
 namespace {

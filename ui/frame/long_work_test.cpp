@@ -4,9 +4,9 @@
 #include <QPushButton>
 #include <QStatusBar>
 
-#include "app/frm_searching.h"
 #include "tests/frame_fixture.h"
 #include "tests/wait_until.h"
+#include "ui/dialogs/frm_searching.h"
 #include "ui/frame/frame_work.h"
 
 namespace tallow {

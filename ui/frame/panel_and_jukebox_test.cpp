@@ -7,13 +7,13 @@
 #include <QTest>
 #include <QToolBar>
 
-#include "jukebox/play_commands.h"
-#include "jukebox/window/folder_tree_view.h"
-#include "jukebox/window/pv_explorer.h"
-#include "jukebox/window/song_list_view.h"
-#include "player/frm_main_winamp.h"
+#include "app/play_commands.h"
 #include "tests/frame_fixture.h"
 #include "ui/dialogs/frm_find.h"
+#include "ui/jukebox/folder_tree_view.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/song_list_view.h"
+#include "ui/player/frm_main_winamp.h"
 
 namespace tallow {
 namespace {

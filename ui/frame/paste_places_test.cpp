@@ -8,10 +8,10 @@
 #include <QTest>
 #include <QToolBar>
 
-#include "jukebox/window/folder_tree_view.h"
-#include "jukebox/window/pv_explorer.h"
-#include "jukebox/window/song_list_view.h"
 #include "tests/frame_fixture.h"
+#include "ui/jukebox/folder_tree_view.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/song_list_view.h"
 
 namespace tallow {
 namespace {

@@ -6,13 +6,13 @@
 #include <QTest>
 
 #include "app/data_paths.h"
-#include "jukebox/play_commands.h"
-#include "jukebox/window/explorer_drag.h"
-#include "jukebox/window/folder_tree_view.h"
-#include "jukebox/window/pv_explorer.h"
-#include "jukebox/window/song_list_view.h"
+#include "app/play_commands.h"
 #include "tests/drag_and_drop.h"
 #include "tests/frame_fixture.h"
+#include "ui/jukebox/explorer_drag.h"
+#include "ui/jukebox/folder_tree_view.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/song_list_view.h"
 
 namespace tallow {
 namespace {

@@ -11,8 +11,8 @@
 #include <QTest>
 #include <QToolBar>
 
-#include "player/frm_main_winamp.h"
 #include "tests/frame_fixture.h"
+#include "ui/player/frm_main_winamp.h"
 
 namespace tallow {
 namespace {

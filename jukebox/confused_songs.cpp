@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/confused_songs.h"
+
+#include <utility>
+
+#include "library/cls_main.h"
+#include "util/path_text.h"
+
+namespace tallow {
+namespace {
+
+std::string TextOf(const std::string& file, const ConfusedSongs& songs) {
+  std::string text =
+      std::string(NameOfPath(file)) +
+      " was saved by an earlier Tallow, which had confused the numbers of songs. It "
+      "calls song number " +
+      std::to_string(songs.number) + "\n\n    " + songs.by_name +
+      "\n\nbut the song with this number is\n\n    " +
+      (songs.by_number.empty() ? "(a song that is no longer in the library)" : songs.by_number);
+  if (songs.count > 1)
+    text += "\n\nIn the same way it has " + std::to_string(songs.count - 1) +
+            (songs.count == 2 ? " more song." : " more songs.");
+  return text + "\n\nDoes it mean the songs that it names? (No: the songs with these numbers.)";
+}
+
+}  // namespace
+
+AskWhichSongs AskAboutConfusedSongs(const std::string& file, clsMain& library, AskQuestion ask) {
+  return [file, &library, ask = std::move(ask)](const ConfusedSongs& songs) -> std::optional<bool> {
+    using Meant = RepairedNumbers::Meant;
+    if (const auto known = library.Repaired().AnswerFor(file)) return *known == Meant::kNames;
+    const std::optional<bool> names = ask(TextOf(file, songs));
+    if (names) {
+      library.Repaired().Answer(file, *names ? Meant::kNames : Meant::kNumbers);
+      library.SaveRepaired();
+    }
+    return names;
+  };
+}
+
+}  // namespace tallow

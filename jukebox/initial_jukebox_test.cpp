@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/initial_jukebox.h"
+
+#include <gtest/gtest.h>
+
+#include "jukebox/jukebox.h"
+#include "jukebox/sorting.h"
+#include "tests/library_fixture.h"
+#include "tests/tagged_file.h"
+
+namespace tallow {
+namespace {
+
+class InitialJukebox : public LibraryTest {
+ protected:
+  void Build() {
+    Jukebox* const windows[] = {&jukebox};
+    BuildInitialJukebox(library, jukebox, windows, [this] {
+      ++shown;
+      caption_when_shown = jukebox.Caption();
+    });
+  }
+
+  /// All folders as lines, two blanks a level.
+  Texts Outline(const FolderTree& tree) {
+    Texts lines;
+    for (std::int32_t k = 0; k < tree.Children(); ++k) Outline(tree.ChildAt(k), lines);
+    return lines;
+  }
+  void Outline(const Folder& folder, Texts& lines) {
+    lines.push_back(std::string(static_cast<std::size_t>(folder.Level()) * 2, ' ') + folder.Text());
+    for (std::int32_t k = 0; k < folder.Children(); ++k) Outline(folder.ChildAt(k), lines);
+  }
+
+  Jukebox jukebox;
+  int shown = 0;
+  std::string caption_when_shown;
+};
+
+const Texts kTemplate = {"All Songs",
+                         "Artist",
+                         "Year",
+                         "Genre",
+                         "New",
+                         "Decades",
+                         "  20's",
+                         "  30's",
+                         "  40's",
+                         "  50's",
+                         "  60's",
+                         "  70's",
+                         "  80's",
+                         "  90's",
+                         "  00's",
+                         "By Mood",
+                         "  Happy",
+                         "  Sad",
+                         "  Smokey",
+                         "  Romantic",
+                         "  New Age/ Spiritual",
+                         "  Powerful",
+                         "  Soothing",
+                         "  Up Lifting",
+                         "My Favorite Play Lists",
+                         "  Super Hits 1",
+                         "  Super Hits 2",
+                         "Dad's",
+                         "Seasonal",
+                         "  Christmas",
+                         "  Valentines Day",
+                         "  Hanukah",
+                         "  Halloween",
+                         "My Sweetie's favorites",
+                         "Best friend's favorites"};
+
+TEST_F(InitialJukebox, WithAnEmptyLibraryAllFoldersAreMadeAndEmpty) {
+  Build();
+  EXPECT_EQ(Outline(jukebox.Nodes()), kTemplate);
+  EXPECT_TRUE(jukebox.Nodes().Find("All Songs")->Items().empty());
+  EXPECT_FALSE(jukebox.IsFormDirty());
+}
+
+TEST_F(InitialJukebox, TheWindowIsDescribedAndShown) {
+  Build();
+  EXPECT_EQ(jukebox.Tag(), "1");
+  EXPECT_EQ(jukebox.Caption(), "Jukebox One  (sample Jukebox you can use as a starting point)");
+  EXPECT_EQ(jukebox.ColumnHeaders(), (Texts{"Name    --        (click to sort)", "Key"}));
+  EXPECT_TRUE(jukebox.Expanded());
+  EXPECT_EQ(shown, 1);
+  EXPECT_EQ(caption_when_shown, jukebox.Caption());
+}
+
+TEST_F(InitialJukebox, SongsAreFiledOnceTheDecadesAreThere) {
+  music.File("a.mp3", Audio(300) + Tag({.artist = "ABBA", .year = "1976", .genra = 13}));
+  AddSong(music.path(), "a.mp3");
+  struct View : JukeboxView {
+    explicit View(Jukebox& jukebox) : jukebox(jukebox) {}
+    void CaptionChanged() override { captions.push_back(jukebox.Caption()); }
+    void ListChanged() override {}
+    void LabelsChanged() override {}
+    void HeadersChanged() override {}
+    Jukebox& jukebox;
+    Texts captions;
+  } view(jukebox);
+  jukebox.SetView(&view);
+  Build();
+  jukebox.SetView(nullptr);
+  EXPECT_EQ(view.captions,
+            (Texts{"No saved Jukebox found, building initial Jukebox - may take a while. . . ",
+                   "Jukebox One  (sample Jukebox you can use as a starting point)"}));
+  FolderTree& tree = jukebox.Nodes();
+  EXPECT_EQ(tree.Find("All Songs")->Items().size(), 1U);
+  EXPECT_EQ(tree.Find("New")->Items().size(), 1U);
+  EXPECT_EQ(tree.Find("70's", tree.Find("Decades"))->Items().size(), 1U);
+  EXPECT_EQ(tree.Find("ABBA", tree.Find("Artist"))->Items().size(), 1U);
+  EXPECT_TRUE(jukebox.IsFormDirty());
+}
+
+TEST_F(InitialJukebox, ABadYearIsRaisedOnceAllIsBuilt) {
+  music.File("a.mp3", Audio(300) + Tag({.year = "x"}));
+  AddSong(music.path(), "a.mp3");
+  EXPECT_THROW(Build(), FilingError);
+  EXPECT_EQ(shown, 1);
+  EXPECT_NE(jukebox.Nodes().Find("Best friend's favorites"), nullptr);
+}
+
+TEST_F(InitialJukebox, TheSettingsAreNotTouched) {
+  tallow.settings.LocOfLastSavedJukeBox("gone.juk");
+  Build();
+  EXPECT_EQ(tallow.settings.LocOfLastSavedJukeBox(), "gone.juk");
+}
+
+}  // namespace
+}  // namespace tallow

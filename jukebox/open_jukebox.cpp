@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/open_jukebox.h"
+
+#include "jukebox/jukebox.h"
+#include "jukebox/sorting.h"
+#include "util/path_text.h"
+#include "util/text.h"
+
+namespace tallow {
+
+bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
+                     clsMain& library, std::span<Jukebox* const> windows, const LoadFromFile& load,
+                     const AskQuestion& ask, const TagCache* found_tags,
+                     const FilingProgress& progress) {
+  if (!load(path, ask ? AskAboutConfusedSongs(path, library, ask) : AskWhichSongs())) return false;
+  if (jukebox.ColumnHeaders().empty()) jukebox.AddColumnHeader(kNameHeader);
+  // A window without a caption could not be told from all of them.
+  jukebox.Caption(caption.empty() ? NameOfPath(path) : caption);
+  jukebox.FileLocation(FolderOfPath(path));
+  FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags,
+                       progress);
+  return true;
+}
+
+}  // namespace tallow

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/unsaved_jukeboxes.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <optional>
+#include <stdexcept>
+#include <utility>
+
+#include "jukebox/jukebox.h"
+#include "jukebox/jukebox_file.h"
+#include "util/atomic_file.h"
+#include "util/errors.h"
+#include "util/file_system.h"
+#include "util/json_text.h"
+
+namespace tallow {
+namespace {
+
+constexpr std::string_view kFormat = "Tallow unsaved jukebox";
+constexpr int kVersion = 1;
+/// A file of more bytes is none: a jukebox file has at most 1 GiB, and the line before it a few paths.
+constexpr std::uint64_t kMostUnsavedBytes = (std::uint64_t{1} << 30U) + (std::uint64_t{1} << 20U);
+
+/// The files that one folder holds at most.
+constexpr int kMaxNumber = 10'000;
+constexpr std::string_view kNamePattern = "Jukebox-*.unsaved";
+
+std::string HeaderOf(const Jukebox& jukebox) {
+  std::string header = "{\"format\":";
+  AppendJsonText(header, kFormat);
+  header += ",\"version\":" + std::to_string(kVersion);
+  const std::pair<std::string_view, std::string_view> members[] = {
+      {"caption", jukebox.Caption()},
+      {"location", jukebox.FileLocation()},
+      {"file", jukebox.FilePath()}};
+  for (const auto& [name, text] : members) {
+    header += ',';
+    AppendJsonText(header, name);
+    header += ':';
+    AppendJsonText(header, text);
+  }
+  return header + "}\n";
+}
+
+/// Reads a file.
+/// \throws FileError when it cannot be read
+/// \throws std::exception when it is none
+UnsavedJukebox Decode(const std::string& path) {
+  const auto content = ReadWholeFile(path, kMostUnsavedBytes);
+  const std::size_t end = content ? content->find('\n') : std::string::npos;
+  if (end == std::string::npos) throw std::runtime_error("it is cut off");
+  const auto header = nlohmann::json::parse(content->substr(0, end));
+  if (header.at("format") != kFormat || header.at("version") != kVersion)
+    throw std::runtime_error("it is of another program or a newer Tallow");
+  const auto text = [&](const char* name) {
+    return BytesOfJsonText(header.at(name).get<std::string>());
+  };
+  return {path, text("caption"), text("location"), text("file"), content->substr(end + 1)};
+}
+
+/// Moves a file out of the way; where that fails it stays.
+void KeepAside(const std::string& path) noexcept {
+  try {
+    MoveToBackup(path);
+  } catch (const std::exception&) {
+    // The next start asks about it again.
+  }
+}
+
+}  // namespace
+
+std::string UnreadableChanges(const std::string& path, std::string_view reason) {
+  return (path + ": the unsaved changes in this file cannot be read (")
+      .append(reason)
+      .append("). It is kept with .bak behind its name.");
+}
+
+std::string UnsavedJukeboxes::FreePath() const {
+  const std::string first = folder_ + "Jukebox-1.unsaved";
+  const FileLook look = LookAtFile(first);
+  // One that is there and cannot be seen would be replaced.
+  if (look.presence == FilePresence::kUnknown && StateOfFolder(folder_) == FolderState::kUnreadable)
+    throw FileError(first, look.problem);
+  for (int number = 1; number <= kMaxNumber; ++number) {
+    std::string path = folder_ + "Jukebox-" + std::to_string(number) + ".unsaved";
+    const auto is_used = [&](const auto& kept) { return kept.second.path == path; };
+    const bool is_there = !IsGone(path);
+    if (!is_there && std::none_of(kept_.begin(), kept_.end(), is_used)) return path;
+  }
+  throw FileError(first, look.problem.empty() ? "no number is free for another one" : look.problem);
+}
+
+void UnsavedJukeboxes::Keep(const Jukebox& jukebox, const clsMain& library) {
+  if (!jukebox.DiffersFromFile()) return Forget(jukebox);
+  const std::uint64_t content = ContentOf(jukebox.Nodes());
+  const auto found = kept_.find(&jukebox);
+  if (found != kept_.end() && found->second.content == content) return;
+  Kept kept = found != kept_.end() ? found->second : Kept{FreePath(), 0};
+  WriteFileAtomically(kept.path, HeaderOf(jukebox) + jukebox.Encode(library));
+  kept.content = content;
+  kept_[&jukebox] = std::move(kept);
+}
+
+void UnsavedJukeboxes::Forget(const Jukebox& jukebox) noexcept {
+  const auto found = kept_.find(&jukebox);
+  if (found == kept_.end()) return;
+  RemoveFile(found->second.path);
+  kept_.erase(found);
+}
+
+std::vector<UnsavedJukebox> UnsavedJukeboxes::Find(std::vector<std::string>& problems) const {
+  std::vector<std::string> names;
+  const FolderListing listing = ListFolder(folder_, {.pattern = kNamePattern, .others = true});
+  for (const std::string& other : listing.others)
+    problems.push_back(folder_ + other +
+                       " has the name of unsaved changes and is no file. Move it away.");
+  if (!listing.problem.empty())
+    problems.push_back(folder_ + " cannot be read (" + listing.problem +
+                       "), so unsaved changes in it are not offered. The next start looks again.");
+  for (const FileEntry& file : listing.files) names.push_back(file.name);
+  std::sort(names.begin(), names.end());
+  std::vector<UnsavedJukebox> found;
+  for (const std::string& name : names) {
+    const std::string path = folder_ + name;
+    try {
+      found.push_back(Decode(path));
+    } catch (const FileError& error) {
+      problems.push_back(path + ": the unsaved changes in this file cannot be read (" +
+                         error.reason() + "). The next start offers them again.");
+    } catch (const std::exception& error) {
+      problems.push_back(UnreadableChanges(path, error.what()));
+      KeepAside(path);
+    }
+  }
+  return found;
+}
+
+bool UnsavedJukeboxes::IsSaved(const UnsavedJukebox& unsaved, const clsMain& library) {
+  Jukebox own;
+  Jukebox other;
+  return !unsaved.file.empty() && own.Load(unsaved.file, library) &&
+         other.TakeUnsaved(unsaved.bytes, unsaved.file, library) &&
+         ContentOf(own.Nodes()) == ContentOf(other.Nodes());
+}
+
+void UnsavedJukeboxes::Decline(const UnsavedJukebox& unsaved) noexcept { KeepAside(unsaved.path); }
+
+bool UnsavedJukeboxes::Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox,
+                               const clsMain& library, const AskWhichSongs& ask) {
+  if (!jukebox.TakeUnsaved(unsaved.bytes, unsaved.file, library, ask)) return false;
+  jukebox.Caption(unsaved.caption);
+  jukebox.FileLocation(unsaved.location);
+  kept_[&jukebox] = {unsaved.path, ContentOf(jukebox.Nodes())};
+  return true;
+}
+
+}  // namespace tallow

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include <QApplication>
+
+#include "app/command_line.h"
+#include "app/data_paths.h"
+#include "app/search/drive_list.h"
+#include "app/search/system_volumes.h"
+#include "app/system.h"
+#include "app/tallow.h"
+#include "player/player_link.h"
+#include "ui/frame/frame_findings.h"
+#include "ui/frame/frame_style.h"
+#include "ui/frame/frm_mdi_form1.h"
+#include "ui/start/start_up.h"
+#include "ui/support/display.h"
+#include "ui/support/end_signals.h"
+#include "ui/support/frame_pictures.h"
+#include "ui/support/message_box.h"
+#include "ui/support/single_program.h"
+#include "ui/support/window_options.h"
+#include "util/errors.h"
+#include "util/program_start.h"
+#include "util/version.h"
+
+namespace tallow {
+namespace {
+
+/// Says why the program ends: in a message box, or where nobody is to be asked on standard error.
+void Tell(const std::string& text, bool silent) {
+  if (silent)
+    std::fprintf(stderr, "%s\n", text.c_str());
+  else
+    ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, nullptr);
+}
+
+/// Leaves the work to the Tallow that runs already, or says why none can begin it.
+int HandOver(SingleProgram& running, const std::string& folder, const CommandLine& line) {
+  if (!running.Problem().empty()) {
+    Tell(running.Problem(), line.exit_after_startup);
+    return 1;
+  }
+  // A start that is only to be tried has nothing to hand over.
+  if (!line.exit_after_startup && running.HandOver(line.files)) return 0;
+  const std::string text =
+      "The song library in " + folder + " is in use by another Tallow" +
+      (line.exit_after_startup ? "" : " that does not answer") +
+      ".\n\nClose that one, or wait until it has finished, and start Tallow again.";
+  Tell(text, line.exit_after_startup);
+  return 1;
+}
+
+int TellUsageError(const std::string& text, bool silent) {
+  Tell(text, silent);
+  return kUsageError;
+}
+
+int Run(int argc, char** argv, const CommandLine& line) {
+  if (!HasDisplay()) {
+    if (!line.error.empty()) return TellUsageError(line.error, true);
+    if (!line.exit_after_startup) {
+      std::fputs("Tallow needs a display to open its windows on, and DISPLAY is not set.\n",
+                 stderr);
+      return 1;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  QApplication application(argc, argv);
+  QApplication::setOrganizationName(QStringLiteral("Tallow"));
+  QApplication::setApplicationName(QStringLiteral("tallow"));
+  QApplication::setApplicationVersion(
+      QStringLiteral("%1.%2").arg(kMajorVersion).arg(kMinorVersion));
+  QApplication::setWindowIcon(FramePicture("tallow"));
+  // The splash window is the only one at times; its end is not the program's.
+  QApplication::setQuitOnLastWindowClosed(false);
+  QApplication::setStyle(new FrameStyle);
+
+  if (!line.error.empty()) return TellUsageError(line.error, line.exit_after_startup);
+  Tallow tallow(line.application_folder.empty() ? UsualApplicationFolder()
+                                                : line.application_folder);
+  std::optional<SingleProgram> made;
+  try {
+    made.emplace(tallow.application_folder);
+  } catch (const FileError& error) {
+    return TellUsageError(std::string("The application folder cannot be used. ") + error.what() +
+                              ". Make it readable and writable, and start Tallow again.",
+                          line.exit_after_startup);
+  }
+  SingleProgram& single = *made;
+  if (!single.Lock()) return HandOver(single, tallow.application_folder, line);
+  const std::string options_problem = PrepareWindowOptions(SystemFolder(tallow.application_folder));
+  tallow.library.UseDrives(SystemVolumes, line.drives);
+  for (const std::string& drive : line.drives) {
+    const auto is_known = [&](const std::string& root) { return tallow.library.KnowsDrive(root); };
+    if (const std::string problem = ProblemOfDrive(drive, is_known); !problem.empty())
+      return TellUsageError(problem, line.exit_after_startup);
+  }
+  const std::unique_ptr<DriveList> drives =
+      line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
+  const std::unique_ptr<PlayerLink> player = SystemPlayerLink();
+  frmMDIForm1 frame(tallow, *player);
+  QObject::connect(&single, &SingleProgram::FilesWanted, &frame,
+                   [&frame](const std::vector<std::string>& files) { frame.OpenFiles(files); });
+  StartUp windows(tallow, frame, line.exit_after_startup);
+  System system(tallow, *drives, windows);
+  if (!options_problem.empty()) tallow.tell_problem(options_problem);
+  std::optional<EndSignals> end_signals;
+  const auto end = [&frame, &tallow] {
+    // A search that is on its way is to end as well.
+    tallow.SearchCancelled = true;
+    tallow.is_ending = true;
+    // Nobody can be asked now; the next start does.
+    frame.KeepUnsavedChanges();
+    // The music does not outlive the program that steers it.
+    frame.ClosePlayerPanel();
+    // Not quit(), which would close the windows and so ask after all.
+    QApplication::exit();
+  };
+  // From here on there is something to keep; what a search has not found yet is found by the next start.
+  windows.BeforeTip([&] { end_signals.emplace(end); });
+  if (!system.Main(QtsRuntimeFile())) return 1;
+  if (line.exit_after_startup || tallow.is_ending) return 0;
+  QApplication::setQuitOnLastWindowClosed(true);
+  frame.Findings().FindSizes();
+  if (!line.files.empty()) frame.OpenFiles(line.files);
+  // An end that came while the files were opened has ended no loop of events.
+  const int code = tallow.is_ending ? 0 : QApplication::exec();
+  // The end may have come in the middle of filing, which is complete now.
+  if (tallow.is_ending) frame.KeepUnsavedChanges();
+  // There may be room by now for what could not be saved.
+  if (!tallow.library.SaveError().empty()) tallow.library.Save();
+  return code;
+}
+
+}  // namespace
+}  // namespace tallow
+
+int main(int argc, char** argv) {
+  using tallow::CommandLine;
+  try {
+    tallow::UseTerminal();
+    const CommandLine line = tallow::ParseCommandLine(tallow::ProgramArguments(argc, argv));
+    if (!line.error.empty() && !line.is_folder_error) {
+      tallow::TellBeforeWindows(line.error);
+      return tallow::kUsageError;
+    }
+    if (line.help) {
+      std::fputs(tallow::HelpText().c_str(), stdout);
+      return 0;
+    }
+    if (line.version) {
+      std::printf("tallow %d.%d\n", tallow::kMajorVersion, tallow::kMinorVersion);
+      return 0;
+    }
+    return tallow::Run(argc, argv, line);
+  } catch (const std::exception& error) {
+    tallow::TellBeforeWindows(std::string("Tallow cannot go on. ") + error.what());
+    return 1;
+  }
+}

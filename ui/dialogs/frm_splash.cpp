@@ -1,0 +1,233 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/dialogs/frm_splash.h"
+
+#include <utility>
+
+#include <QColor>
+#include <QCoreApplication>
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPalette>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <QWindow>
+
+#include "ui/support/display_text.h"
+#include "ui/support/picture_resource.h"
+#include "util/version.h"
+
+namespace tallow {
+namespace {
+
+/// A screen shows about sixty pictures a second; lines that change faster are not seen. In ms.
+constexpr qint64 kShownAgainAfter = 16;
+
+/// Numbers of the picture resources.
+constexpr int kHeart = 101;
+constexpr int kMom = 102;
+constexpr int kMan = 103;
+
+constexpr int kMargin = 24;
+
+/// The colour that the pictures are drawn on.
+constexpr QColor kPaper(0xF6, 0xEF, 0xE2);
+
+QLabel* NewLabel(const char* name, QWidget* parent) {
+  auto* const label = new QLabel(parent);
+  label->setObjectName(QString::fromLatin1(name));
+  label->setTextFormat(Qt::PlainText);
+  return label;
+}
+
+void Enlarge(QLabel* label, double factor, bool bold) {
+  QFont font = label->font();
+  font.setPointSizeF(font.pointSizeF() * factor);
+  font.setBold(bold);
+  label->setFont(font);
+}
+
+}  // namespace
+
+frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
+    : QDialog(parent, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint),
+      cancel_(std::move(cancel)),
+      label_(NewLabel("Label1", this)),
+      version_(NewLabel("lblVersion", this)),
+      status_label_(NewLabel("lStatus", this)),
+      found_label_(NewLabel("lNoOfMP3Found", this)),
+      website_(NewLabel("lWebsite", this)),
+      copyright_(NewLabel("lCopyright", this)),
+      heart_(NewLabel("ImageHeart", this)),
+      mom_(NewLabel("ImageMom", this)),
+      man_(NewLabel("ImageMan", this)),
+      ok_(new QPushButton(tr("OK"), this)),
+      cancel_button_(new QPushButton(tr("Cancel Search"), this)) {
+  setObjectName(QStringLiteral("frmSplash"));
+  setWindowTitle(tr("Tallow"));
+  ok_->setObjectName(QStringLiteral("cmdOK"));
+  cancel_button_->setObjectName(QStringLiteral("cmdCancel"));
+  ok_->setAccessibleDescription(tr("Closes the window"));
+  cancel_button_->setAccessibleDescription(
+      tr("Stops before the next folder, or goes on without the disk that does not answer"));
+  connect(ok_, &QPushButton::clicked, this, &QDialog::accept);
+  connect(cancel_button_, &QPushButton::clicked, this, [this] {
+    if (cancel_) cancel_();
+  });
+  // Enter must not cancel a search that the user only watches.
+  cancel_button_->setAutoDefault(false);
+
+  label_->setText(tr("Tallow"));
+  Enlarge(label_, 2.4, true);
+  Enlarge(version_, 1.1, false);
+  Enlarge(copyright_, 0.85, false);
+  Enlarge(website_, 0.85, false);
+  copyright_->setWordWrap(true);
+  website_->setWordWrap(true);
+  status_label_->setMinimumWidth(fontMetrics().averageCharWidth() * 48);
+  for (QLabel* const label : {status_label_, found_label_}) {
+    // A line keeps its place while it is empty or hidden, so that nothing jumps.
+    QSizePolicy policy = label->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    policy.setHorizontalPolicy(QSizePolicy::Ignored);
+    label->setSizePolicy(policy);
+    label->setMinimumHeight(fontMetrics().height());
+  }
+  QSizePolicy button_policy = cancel_button_->sizePolicy();
+  button_policy.setRetainSizeWhenHidden(true);
+  cancel_button_->setSizePolicy(button_policy);
+
+  // The pictures stand on a panel of their own paper's colour, whatever the desktop's colours are.
+  auto* const panel = new QFrame(this);
+  panel->setAutoFillBackground(true);
+  QPalette paper = panel->palette();
+  paper.setColor(QPalette::Window, kPaper);
+  panel->setPalette(paper);
+  auto* const couple = new QHBoxLayout;
+  couple->addWidget(mom_);
+  couple->addStretch(1);
+  couple->addWidget(heart_);
+  auto* const pictures = new QVBoxLayout(panel);
+  pictures->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  pictures->addWidget(man_);
+  pictures->addLayout(couple);
+
+  auto* const buttons = new QHBoxLayout;
+  buttons->addStretch(1);
+  buttons->addWidget(cancel_button_);
+  buttons->addWidget(ok_);
+
+  auto* const side = new QVBoxLayout;
+  side->setContentsMargins(kMargin, kMargin, kMargin, kMargin);
+  side->addWidget(label_);
+  side->addWidget(version_);
+  side->addSpacing(kMargin);
+  side->addWidget(status_label_);
+  side->addWidget(found_label_);
+  side->addStretch(1);
+  side->addWidget(website_);
+  side->addWidget(copyright_);
+  side->addSpacing(kMargin / 2);
+  side->addLayout(buttons);
+
+  auto* const all = new QHBoxLayout(this);
+  all->setContentsMargins(0, 0, 0, 0);
+  all->setSpacing(0);
+  all->addWidget(panel);
+  all->addLayout(side, 1);
+}
+
+void frmSplash::Load() {
+  // At start-up there is nothing to close, move or minimize.
+  if (!show_ok_button_) setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
+  website_->setText(tr("Written by the Tallow developers. The manual is in the Help menu."));
+  copyright_->setText(tr(
+      "Copyright 2026 the Tallow developers. Free software under the GNU General Public License, "
+      "version 3 or later."));
+  version_->setText(QStringLiteral("Version  %1.%2").arg(kMajorVersion).arg(kMinorVersion));
+  ok_->setVisible(show_ok_button_);
+  cancel_button_->setVisible(false);
+  found_label_->setVisible(false);
+  LoadPictureFromResource(kHeart, *heart_, "jpg");
+  LoadPictureFromResource(kMom, *mom_, "jpg");
+  LoadPictureFromResource(kMan, *man_, "gif");
+  loaded_ = true;
+  since_shown_.start();
+  setFixedSize(sizeHint());
+}
+
+void frmSplash::WaitUntilPainted() {
+  constexpr qint64 kMostWait = 500;  // ms
+  QElapsedTimer waited;
+  waited.start();
+  do {
+    QCoreApplication::processEvents(QEventLoop::AllEvents, kShownAgainAfter);
+  } while (waited.elapsed() < kMostWait && !(windowHandle() && windowHandle()->isExposed()));
+  repaint();
+  QCoreApplication::processEvents();
+}
+
+void frmSplash::ShowCancelButton(bool visible) {
+  cancel_button_->setVisible(visible);
+  ShowLines();
+  repaint();
+}
+
+void frmSplash::ShowFoundLine(bool visible) { found_label_->setVisible(visible); }
+
+void frmSplash::SetStatus(std::string_view text) {
+  status_ = text;
+  ShowLines();
+  status_is_new_ = true;
+}
+
+void frmSplash::SetFound(std::string_view text) { found_ = text; }
+
+bool frmSplash::IsDue() const { return since_shown_.elapsed() >= kShownAgainAfter; }
+
+void frmSplash::ShowLines() {
+  const QString status = DisplayText(status_);
+  status_label_->setText(status_label_->fontMetrics().elidedText(
+      status, Qt::ElideMiddle, qMax(status_label_->width(), status_label_->minimumWidth())));
+  status_label_->setToolTip(status);
+  found_label_->setText(DisplayText(found_));
+  status_is_new_ = false;
+  since_shown_.restart();
+}
+
+void frmSplash::Repaint() {
+  // A new drive is rare and what follows may take long, so its line is shown at once.
+  if (!IsDue() && !status_is_new_) return;
+  ShowLines();
+  repaint();
+  painted_ = true;
+}
+
+void frmSplash::Yield() {
+  if (IsDue() || status_is_new_) ShowLines();
+  QCoreApplication::processEvents();
+}
+
+void frmSplash::YieldAfterSong() {
+  // Events are as often due as painting is.
+  if (!painted_) return;
+  painted_ = false;
+  QCoreApplication::processEvents();
+}
+
+void frmSplash::VisitFolder(std::string_view /*folder*/) {
+  // The line names the drive; folders go by too fast. But a click on Cancel is for the next of them.
+  if (IsDue()) Yield();
+}
+
+void frmSplash::done(int result) {
+  loaded_ = false;
+  QDialog::done(result);
+}
+
+void frmSplash::reject() {
+  // Esc closes the about box; a search goes on until it is cancelled with its button.
+  if (show_ok_button_) QDialog::reject();
+}
+
+}  // namespace tallow

@@ -1,8 +1,0 @@
-// SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/foreground.h"
-
-namespace tallow {
-
-void LetComeToFront(const QLocalSocket& /*other*/) {}
-
-}  // namespace tallow

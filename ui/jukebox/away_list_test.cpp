@@ -1,0 +1,129 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Songs that are away or missing in the list of a jukebox window.
+#include <filesystem>
+
+#include <QAbstractItemModel>
+
+#include "tests/jukebox_window_fixture.h"
+#include "ui/jukebox/song_list_model.h"
+
+namespace tallow {
+namespace {
+
+namespace fs = std::filesystem;
+/// A jukebox window over four songs on a drive that can go, two of them in a folder of their own.
+class AwayList : public JukeboxWindowTest {
+ protected:
+  AwayList() {
+    library.UseDrives([this] { return mounted; }, {});
+    for (const char* const name : {"one/a.mp3", "one/b.mp3", "two/c.mp3", "two/d.mp3"}) {
+      const std::string path = music.File(name);
+      library.AddSong(FolderOfPath(path), NameOfPath(path), 1);
+    }
+    library.TakeSearchedSongs(0);
+    library.FinishScan(true);
+  }
+  void Check() {
+    library.BeginScan(ScanKind::kFolderList);
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+    library.FinishScan(true);
+    window.Jukebox().ListRefilled(library);
+  }
+  QAbstractItemModel& Model() { return *List().model(); }
+  QStringList Rows() {
+    QStringList rows;
+    for (int row = 0; row < Model().rowCount(); ++row)
+      rows.append(Model().index(row, 0).data().toString());
+    return rows;
+  }
+
+  MountedVolumes mounted{{music.path() + "one" + kSep, {"uuid A", kSep}, false},
+                         {music.path() + "two" + kSep, {"uuid B", kSep}, false}};
+};
+
+TEST_F(AwayList, ASongOfADriveThatIsAwayIsGreyAndSaysWhy) {
+  AddFolder("mine", {1, 2, 3});
+  Show();
+  const std::string one = music.path() + "one" + kSep;
+  fs::remove_all(fs::path(one));
+  mounted.erase(mounted.begin());
+  Check();
+  EXPECT_EQ(Rows(), (QStringList{"1.  a.mp3", "2.  b.mp3", "3.  c.mp3"}));
+  EXPECT_EQ(Model().index(0, 0).data(Qt::ForegroundRole).value<QBrush>(), GreyText());
+  EXPECT_NE(GreyText().color(), QGuiApplication::palette().color(QPalette::Text));
+  EXPECT_FALSE(Model().index(2, 0).data(Qt::ForegroundRole).isValid());
+  const QString why = QString::fromStdString("a.mp3 is on a drive that is away: " + one);
+  for (const int role : {int(Qt::ToolTipRole), int(Qt::AccessibleTextRole)})
+    EXPECT_TRUE(Model().index(0, 0).data(role).toString().endsWith(why));
+}
+
+TEST_F(AwayList, AMissingSongHasNoRowAndTheOthersKeepTheirs) {
+  Folder& mine = AddFolder("mine", {1, 2, 3, 4});
+  Show();
+  RemoveFile(music / "one/b.mp3");
+  Check();
+  EXPECT_EQ(SongsOf(mine), (Songs{1, 2, 3, 4}));
+  EXPECT_EQ(Rows(), (QStringList{"1.  a.mp3", "2.  c.mp3", "3.  d.mp3"}));
+  // What is selected is what is acted on.
+  SelectRow(1);
+  EXPECT_EQ(window.PVExplorer1().SelectedRows(), std::vector<int>{2});
+  window.PVExplorer1().CutSongs();
+  EXPECT_EQ(SongsOf(mine), (Songs{1, 2, 4}));
+  EXPECT_EQ(Rows(), (QStringList{"1.  a.mp3", "2.  d.mp3"}));
+  // What came next takes the selection.
+  EXPECT_EQ(window.PVExplorer1().SelectedRows(), std::vector<int>{2});
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Rows(), (QStringList{"1.  a.mp3", "2.  c.mp3", "3.  d.mp3"}));
+  EXPECT_EQ(window.PVExplorer1().SelectedRows(), std::vector<int>{2});
+  // A song that is looked for is shown at its row.
+  EXPECT_EQ(window.PVExplorer1().SelectSong(mine, 3), 3);
+  EXPECT_EQ(List().currentIndex().row(), 2);
+  EXPECT_EQ(window.PVExplorer1().SelectSong(mine, 1), -1);
+}
+
+TEST_F(AwayList, PastedSongsAreSelectedBehindMissingOnes) {
+  Folder& mine = AddFolder("mine", {1, 2});
+  Show();
+  RemoveFile(music / "one/b.mp3");
+  Check();
+  window.PVExplorer1().AddSongs(mine, {{3, 2}, {4, 2}});
+  EXPECT_EQ(Rows(), (QStringList{"1.  a.mp3", "2.  c.mp3", "3.  d.mp3"}));
+  EXPECT_EQ(window.PVExplorer1().SelectedRows(), (std::vector<int>{2, 3}));
+}
+
+TEST_F(AwayList, OpeningARowPlaysItsSong) {
+  AddFolder("mine", {1, 2, 3});
+  Show();
+  RemoveFile(music / "one/b.mp3");
+  Check();
+  emit List().doubleClicked(Model().index(1, 0));
+  EXPECT_EQ(played.back(), Songs{3});
+  window.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, window.Jukebox().selectednode());
+  EXPECT_EQ(played.back(), (Songs{1, 3}));
+}
+
+TEST_F(AwayList, ACommandOnAnEmptySelectionIsSaid) {
+  AddFolder("mine", {1, 2});
+  Show();
+  List().clearSelection();
+  Folder* const mine = window.Jukebox().selectednode();
+  for (const ListCommand item : {kCutSongs, kCopySongs, kDeleteSongs, kRankBest}) {
+    problems.clear();
+    window.ActOnPopUpClick(item, kListPane, mine);
+    EXPECT_EQ(problems, QStringList{"No song is selected."}) << item;
+  }
+  EXPECT_EQ(SongsOf(*mine), (Songs{1, 2}));
+}
+
+TEST_F(AwayList, NothingToPlayIsSaid) {
+  AddFolder("mine", {});
+  Show();
+  Folder* const mine = window.Jukebox().selectednode();
+  window.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, mine);
+  window.ActOnPopUpClick(kPlaySelectedSongs, kListPane, mine);
+  EXPECT_EQ(problems, (QStringList{"This folder holds no songs to play.",
+                                   "No song is selected, so none is played."}));
+}
+
+}  // namespace
+}  // namespace tallow

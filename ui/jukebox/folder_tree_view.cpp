@@ -1,0 +1,111 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/folder_tree_view.h"
+
+#include <QDropEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+#include "ui/jukebox/folder_tree_model.h"
+
+namespace tallow {
+namespace {
+
+/// While something is dragged over the tree, in ms.
+constexpr int kTick = 100;
+/// How long the pointer has to rest on a folder to open it, in ticks.
+constexpr int kTicksToOpen = 8;
+/// How close to an edge the tree scrolls, in pixels.
+constexpr int kEdge = 20;
+
+}  // namespace
+
+FolderTreeView::FolderTreeView(QWidget* parent) : QTreeView(parent) {
+  setDragEnabled(true);
+  setAcceptDrops(true);
+  setDropIndicatorShown(false);
+  hover_.setInterval(kTick);
+  connect(&hover_, &QTimer::timeout, this, &FolderTreeView::Hover);
+}
+
+Folder* FolderTreeView::FolderAt(const QPoint& place) const {
+  const QModelIndex index = indexAt(place);
+  return index.isValid() ? FolderTreeModel::FolderOf(index) : nullptr;
+}
+
+void FolderTreeView::startDrag(Qt::DropActions /*actions*/) { emit DragWanted(); }
+
+void FolderTreeView::dragEnterEvent(QDragEnterEvent* event) {
+  hover_.start();
+  DragTo(event);
+  // Beside the first folder there may be one that takes it.
+  event->accept();
+}
+
+void FolderTreeView::dragMoveEvent(QDragMoveEvent* event) { DragTo(event); }
+
+void FolderTreeView::DragTo(QDropEvent* event) {
+  pointer_ = event->position().toPoint();
+  emit DragsOver(event, FolderAt(pointer_));
+  takes_ = event->isAccepted();
+  FrameTarget();
+}
+
+void FolderTreeView::FrameTarget() {
+  const QModelIndex index = indexAt(pointer_);
+  if (under_ != index) ticks_ = 0;
+  under_ = index;
+  viewport()->update();
+}
+
+void FolderTreeView::dragLeaveEvent(QDragLeaveEvent* /*event*/) { EndDrag(); }
+
+void FolderTreeView::dropEvent(QDropEvent* event) {
+  Folder* const folder = FolderAt(event->position().toPoint());
+  EndDrag();
+  emit Drops(event, folder);
+}
+
+void FolderTreeView::EndDrag() {
+  hover_.stop();
+  under_ = QModelIndex();
+  viewport()->update();
+}
+
+void FolderTreeView::Hover() {
+  QScrollBar& bar = *verticalScrollBar();
+  const int before = bar.value();
+  if (pointer_.y() < kEdge) bar.setValue(before - bar.singleStep());
+  if (pointer_.y() > viewport()->height() - kEdge) bar.setValue(before + bar.singleStep());
+  if (bar.value() != before) {
+    // Another folder is under the pointer now; whether it takes the drag is asked when it is dropped.
+    takes_ = takes_ && indexAt(pointer_).isValid();
+    FrameTarget();
+  }
+  // One that does not take it may have one below that does.
+  if (under_.isValid() && ++ticks_ == kTicksToOpen) expand(under_);
+}
+
+void FolderTreeView::CommitEditing() {
+  QWidget* const editor = state() == EditingState ? indexWidget(currentIndex()) : nullptr;
+  if (editor == nullptr) return;
+  commitData(editor);
+  closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
+QItemSelectionModel::SelectionFlags FolderTreeView::selectionCommand(const QModelIndex& index,
+                                                                     const QEvent* event) const {
+  if (!index.isValid()) return QItemSelectionModel::NoUpdate;
+  return QTreeView::selectionCommand(index, event);
+}
+
+void FolderTreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
+                             const QModelIndex& index) const {
+  QTreeView::drawRow(painter, option, index);
+  if (!takes_ || under_ != index) return;
+  painter->save();
+  painter->setPen(QPen(palette().color(QPalette::Highlight), 2));
+  painter->drawRect(visualRect(index).adjusted(1, 1, -1, -1));
+  painter->restore();
+}
+
+}  // namespace tallow

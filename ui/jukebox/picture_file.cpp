@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/picture_file.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QImageReader>
+
+#include "ui/support/qt_path.h"
+#include "util/file_system.h"
+
+namespace tallow {
+namespace {
+
+/// The longest side of a picture, in pixels: more than a screen has. A larger picture is made smaller while
+/// it is read.
+constexpr int kMostPixels = 2560;
+
+/// What libjpeg, which reads this from the environment, may take for one picture, in thousands of bytes. A
+/// progressive picture is held whole whatever size it is wanted in: this is one of 40 million pixels. A
+/// larger one is not read.
+constexpr const char* kMostMemory = "256000";
+
+std::string Problem(const std::string& path, const std::string& reason) {
+  return path + " cannot be shown behind the songs: " + reason +
+         ". Choose a JPEG or PNG file with \"Change Backgroup Picture\".";
+}
+
+}  // namespace
+
+std::string ProblemOfPicturePath(const std::string& path) {
+  const FileLook look = LookAtFile(path);
+  if (look.presence == FilePresence::kThere) return {};
+  if (FolderExists(path)) return Problem(path, "it is a folder");
+  if (look.presence == FilePresence::kUnknown) return Problem(path, look.problem);
+  return Problem(path, IsGone(path) ? "it is gone" : "it is a pipe or a device");
+}
+
+PictureFile ReadPicture(const std::string& path) {
+  if (std::string problem = ProblemOfPicturePath(path); !problem.empty())
+    return {{}, std::move(problem)};
+  qputenv("JPEGMEM", kMostMemory);
+  QImageReader reader(QtPath(path));
+  reader.setAutoTransform(true);
+  reader.setDecideFormatFromContent(true);
+  const QSize size = reader.size();
+  if (std::max(size.width(), size.height()) > kMostPixels)
+    reader.setScaledSize(size.scaled(kMostPixels, kMostPixels, Qt::KeepAspectRatio));
+  PictureFile read{QPixmap::fromImageReader(&reader), {}};
+  if (read.pixmap.isNull()) read.problem = Problem(path, reader.errorString().toStdString());
+  return read;
+}
+
+}  // namespace tallow

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/pop_up_menus.h"
+
+#include <QAction>
+#include <QCoreApplication>
+#include <QKeySequence>
+#include <QMenu>
+
+#include "jukebox/folder_tree.h"
+#include "ui/jukebox/rank_action.h"
+#include "ui/jukebox/rank_picture.h"
+
+namespace tallow {
+namespace {
+
+/// Builds one pop-up menu.
+class Builder {
+ public:
+  Builder(QWidget* parent, const char* name, std::function<void(int)> act)
+      : menu_(new QMenu(parent)), act_(std::move(act)) {
+    menu_->setObjectName(QLatin1String(name));
+  }
+
+  QMenu* Menu() { return menu_; }
+  QAction* Add(const QString& caption, int command) { return Add(*menu_, caption, command); }
+  QAction* Add(QMenu& to, const QString& caption, int command) {
+    return Add(to, new QAction(caption, &to), command);
+  }
+  QAction* Add(QMenu& to, QAction* action, int command) {
+    to.addAction(action);
+    action->setData(command);
+    QObject::connect(action, &QAction::triggered, menu_, [act = act_, command] { act(command); });
+    return action;
+  }
+  /// Adds an item that shows its key. The key itself is pressed in the control, which knows the pane.
+  void Add(const QString& caption, int command, const QKeySequence& key) {
+    QAction* const action = Add(caption, command);
+    action->setShortcut(key);
+    action->setShortcutContext(Qt::WidgetShortcut);
+    action->setShortcutVisibleInContextMenu(true);
+  }
+
+ private:
+  QMenu* menu_;
+  std::function<void(int)> act_;
+};
+
+QString Tr(const char* text) { return QCoreApplication::translate("PopUpMenus", text); }
+
+const QKeySequence kCutKey(Qt::CTRL | Qt::Key_X);
+const QKeySequence kCopyKey(Qt::CTRL | Qt::Key_C);
+const QKeySequence kPasteKey(Qt::CTRL | Qt::Key_V);
+const QKeySequence kDeleteKey(Qt::Key_Delete);
+
+}  // namespace
+
+QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act) {
+  Builder builder(parent, "ListMenu", act);
+  builder.Add(Tr("Play All Songs in Folder"), kPlayAllSongsInFolder);
+  builder.Add(Tr("Play Selected Songs"), kPlaySelectedSongs);
+  builder.Menu()->addSeparator();
+  builder.Add(Tr("Cu&t"), kCutSongs, kCutKey);
+  builder.Add(Tr("&Copy"), kCopySongs, kCopyKey);
+  builder.Add(Tr("&Paste"), kPasteSongs, kPasteKey);
+  builder.Add(Tr("&Delete"), kDeleteSongs, kDeleteKey);
+  QMenu* const ranks = builder.Menu()->addMenu(Tr("&Rank"));
+  ranks->setObjectName(QStringLiteral("RankMenu"));
+  ranks->setToolTipsVisible(true);
+  for (int command = kRankBest; command <= kRankWorst; ++command) {
+    const int rank = kBestRankPicture - (command - kRankBest);
+    const QString caption = command == kRankBest    ? Tr("Rank it - Best")
+                            : command == kRankWorst ? Tr(".  .  .   to worst")
+                                                    : QString();
+    builder.Add(*ranks, new RankAction(caption, rank, ranks), command);
+  }
+  builder.Add(Tr("Change Background Picture . . ."), kChangeBackgroundPicture);
+  return builder.Menu();
+}
+
+QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act) {
+  Builder builder(parent, "TreeMenu", act);
+  QMenu* const folders = builder.Menu()->addMenu(Tr("New Folder"));
+  folders->setObjectName(QStringLiteral("NewFolderMenu"));
+  builder.Add(*folders, Tr("Add Folder to Selected Folder"), kAddFolderToSelected);
+  builder.Add(*folders, Tr("Add Folder to Root"), kAddFolderToRoot);
+  builder.Add(Tr("Cu&t"), kCutFolder, kCutKey);
+  builder.Add(Tr("&Copy"), kCopyFolder, kCopyKey);
+  builder.Add(Tr("&Paste"), kPasteFolder, kPasteKey);
+  builder.Add(Tr("&Delete"), kDeleteFolder, kDeleteKey);
+  builder.Add(Tr("Sort Nodes"), kSortNodes);
+  builder.Add(Tr("Move To Root"), kMoveToRoot);
+  return builder.Menu();
+}
+
+void EnableTreeItems(QMenu& tree_menu, const Folder* folder, bool paste) {
+  for (QAction* const action : tree_menu.findChildren<QAction*>()) {
+    const int command = action->data().toInt();
+    if (command == kAddFolderToSelected || command == kCutFolder || command == kCopyFolder ||
+        command == kDeleteFolder)
+      action->setEnabled(folder != nullptr);
+    if (command == kMoveToRoot) action->setEnabled(folder != nullptr && folder->Level() > 0);
+    if (command == kPasteFolder) action->setEnabled(paste);
+  }
+}
+
+}  // namespace tallow

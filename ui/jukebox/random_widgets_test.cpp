@@ -1,0 +1,211 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Random commands, drags and undos in two jukebox windows: whatever was done, the widgets show what the
+// jukeboxes hold.
+#include <gtest/gtest.h>
+#include <random>
+#include <utility>
+
+#include <QAbstractItemModelTester>
+
+#include "tests/drag_and_drop.h"
+#include "tests/jukebox_window_fixture.h"
+#include "ui/jukebox/explorer_drag.h"
+#include "ui/jukebox/folder_tree_model.h"
+
+namespace tallow {
+namespace {
+
+class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterface<unsigned> {
+ protected:
+  static constexpr int kSongs = 25;
+  static constexpr int kLeastFolders = 8;
+  static constexpr int kMostFolders = 40;
+
+  RandomWidgets() {
+    AddSongs(kSongs);
+    // As the frame does it.
+    for (const auto& [each, its_other] : {std::pair(&window, &other), std::pair(&other, &window)})
+      QObject::connect(each, &frmMain::HalfStepped,
+                       [this, into = its_other](EditHistory::Half half, bool back) {
+                         halves += into->PVExplorer1().StepHalf(half.pair, back) ? 1 : 0;
+                       });
+    other.Jukebox().AddColumnHeader(kNameHeader);
+    other.Jukebox().AddColumnHeader(kKeyHeader);
+    for (frmMain* const each : {&window, &other}) {
+      FolderTree& tree = each->Jukebox().Nodes();
+      for (const char* const text : {"All Songs", "Decades", "Artist", "mine", "mine too"}) {
+        Folder& folder = tree.AddChild(nullptr, text);
+        for (int song = 1; song <= kSongs; song += 1 + Random(2))
+          folder.Items().emplace_back(song, 2);
+      }
+      tree.AddChild(tree.Find("Decades"), "80's");
+      each->resize(700, 500);
+      each->show();
+      each->ShowJukebox();
+    }
+  }
+
+  int Random(int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); }
+  bool OneOf(int count) { return Random(count) == 0; }
+
+  static void Collect(Folder& folder, std::vector<Folder*>& to) {
+    to.push_back(&folder);
+    for (std::int32_t k = 0; k < folder.Children(); ++k) Collect(folder.ChildAt(k), to);
+  }
+  static std::vector<Folder*> AllFolders(frmMain& of) {
+    std::vector<Folder*> all;
+    FolderTree& tree = of.Jukebox().Nodes();
+    for (std::int32_t k = 0; k < tree.Children(); ++k) Collect(tree.ChildAt(k), all);
+    return all;
+  }
+  Folder* AnyFolder(frmMain& of) {
+    const std::vector<Folder*> all = AllFolders(of);
+    return all.empty() ? nullptr
+                       : all[static_cast<std::size_t>(Random(static_cast<int>(all.size())))];
+  }
+  void SelectSomeRows(frmMain& of) {
+    std::vector<int> rows;
+    for (int row = 0; row < ListOf(of).model()->rowCount(); ++row)
+      if (OneOf(2)) rows.push_back(row);
+    if (!rows.empty()) ListOf(of).SelectRows(rows);
+  }
+  void Drop(frmMain& on, const Folder* to, const QMimeData* data) {
+    if (data == nullptr) return;
+    FolderTreeView& tree = TreeOf(on);
+    QPoint place(5, tree.viewport()->height() - 3);
+    if (to != nullptr) {
+      const QModelIndex index = static_cast<FolderTreeModel*>(tree.model())->IndexOf(*to);
+      tree.scrollTo(index);
+      place = tree.visualRect(index).center();
+    }
+    drops += DropAt(tree, place, *data, OneOf(3) ? Qt::ControlModifier : Qt::NoModifier) ? 1 : 0;
+  }
+  /// A song is filed, as the categorizer does it.
+  void File(frmMain& in, Folder& folder) {
+    folder.Items().emplace_back(1 + Random(kSongs), 2);
+    in.Jukebox().Nodes().AddChild(&folder, "filed");
+    in.Jukebox().ListRefilled(library);
+  }
+  /// The file of a song is found missing while the list is filled.
+  void Prune(frmMain& in) {
+    const int song = 1 + Random(kSongs);
+    library.Mp3Info(kFileIsThere, song, "0");
+    in.Jukebox().ListRefilled(library);
+    library.Mp3Info(kFileIsThere, song, "1");
+  }
+
+  void ActOnTreeOf(frmMain& one, Folder* folder) {
+    const int count = static_cast<int>(AllFolders(one).size());
+    switch (Random(7)) {
+      case 0:
+        return one.ActOnPopUpClick(kAddFolderToRoot, kTreePane, folder);
+      case 1:
+        return one.ActOnPopUpClick(kAddFolderToSelected, kTreePane, folder);
+      case 2:
+        if (count > kLeastFolders) one.ActOnPopUpClick(kCutFolder, kTreePane, folder);
+        return;
+      case 3:
+        return one.ActOnPopUpClick(kCopyFolder, kTreePane, folder);
+      case 4:
+        if (count < kMostFolders)
+          one.ActOnPopUpClick(kPasteFolder, kTreePane, OneOf(4) ? nullptr : folder);
+        return;
+      case 5:
+        if (count > kLeastFolders) one.ActOnPopUpClick(kDeleteFolder, kTreePane, folder);
+        return;
+      default:
+        return one.ActOnPopUpClick(kSortNodes, kTreePane, OneOf(3) ? nullptr : folder);
+    }
+  }
+  void ActOnListOf(frmMain& one, Folder* folder) {
+    SelectSomeRows(one);
+    Folder* const shown = one.Jukebox().selectednode();
+    switch (Random(4)) {
+      case 0:
+        return one.ActOnPopUpClick(OneOf(2) ? kCutSongs : kDeleteSongs, kListPane, shown);
+      case 1:
+        return one.ActOnPopUpClick(kCopySongs, kListPane, shown);
+      case 2:
+        return one.ActOnPopUpClick(kPasteSongs, kListPane, OneOf(2) ? shown : folder);
+      default:
+        return one.Jukebox().ColumnClick(library);
+    }
+  }
+  void Act(frmMain& one, frmMain& two) {
+    Folder* const folder = AnyFolder(one);
+    PVExplorer& explorer = one.PVExplorer1();
+    messages.answer = OneOf(3) ? MessageAnswer::kNo : MessageAnswer::kYes;
+    switch (Random(12)) {
+      case 0:
+      case 1:
+      case 2:
+        return ActOnTreeOf(one, folder);
+      case 3:
+      case 4:
+        return ActOnListOf(one, folder);
+      case 5:
+        if (folder != nullptr) explorer.Select(*folder);
+        return;
+      case 6:
+        return explorer.Undo();
+      case 7:
+        return explorer.Redo();
+      case 8:
+        SelectSomeRows(one);
+        return Drop(two, AnyFolder(two), explorer.SongsToDrag().get());
+      case 9:
+        return Drop(two, OneOf(4) ? nullptr : AnyFolder(two), explorer.FolderToDrag().get());
+      case 10:
+        if (folder != nullptr) File(one, *folder);
+        return;
+      default:
+        return Prune(one);
+    }
+  }
+
+  void ExpectShown(frmMain& one) {
+    const Folder* const shown = one.Jukebox().selectednode();
+    const QModelIndex current = TreeOf(one).currentIndex();
+    ASSERT_EQ(shown == nullptr, one.Jukebox().Nodes().Children() == 0);
+    ASSERT_EQ(current.isValid(), shown != nullptr);
+    if (shown == nullptr) return;
+    ASSERT_TRUE(one.Jukebox().Nodes().Contains(*shown));
+    ASSERT_EQ(FolderTreeModel::FolderOf(current), shown);
+    ASSERT_TRUE(TreeOf(one).selectionModel()->isSelected(current));
+    ASSERT_EQ(ListOf(one).model()->rowCount(), static_cast<int>(shown->Items().size()));
+    for (const Folder* const folder : AllFolders(one))
+      for (std::size_t k = 0; k < folder->Items().size(); ++k)
+        ASSERT_EQ(folder->Items()[k].LabelPosition(),
+                  folder == shown ? static_cast<std::int32_t>(k) + 1 : 0)
+            << folder->Text();
+  }
+
+  std::mt19937 random{GetParam()};
+  frmMain other{tallow, messages.Shower()};
+  int drops = 0;
+  int halves = 0;
+};
+
+TEST_P(RandomWidgets, ShowWhatTheirJukeboxesHold) {
+  constexpr auto kFatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
+  const QAbstractItemModelTester tree_tester(Tree().model(), kFatal);
+  const QAbstractItemModelTester list_tester(List().model(), kFatal);
+  for (int command = 0; command < 800; ++command) {
+    SCOPED_TRACE("command " + std::to_string(command));
+    frmMain& one = OneOf(2) ? window : other;
+    frmMain& two = OneOf(2) ? window : other;
+    Act(one, two);
+    one.PVExplorer1().CommitEditing();
+    two.PVExplorer1().CommitEditing();
+    ExpectShown(window);
+    ExpectShown(other);
+    if (HasFatalFailure()) return;
+  }
+  EXPECT_GT(drops, 0);
+  EXPECT_GT(halves, 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Seeds, RandomWidgets, testing::Range(1U, 7U));
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/rank_picture.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <QCoreApplication>
+#include <QIconEngine>
+#include <QPainter>
+
+namespace tallow {
+namespace {
+
+constexpr int kBars = kBestRankPicture - kLeastRankPicture;
+
+/// Chosen to stand out from white and from a dark background alike.
+constexpr QRgb kColors[kBars + 1] = {0xFF8A8A8A, 0xFFD1462F, 0xFFD9762B,
+                                     0xFFB38600, 0xFF5E9A1E, 0xFF1E9E4A};
+constexpr QRgb kEmptyBar = 0xFF8A8A8A;
+
+bool HasPicture(int rank) { return rank >= kLeastRankPicture && rank <= kBestRankPicture; }
+
+class RankIconEngine : public QIconEngine {
+ public:
+  explicit RankIconEngine(int rank) : filled_(rank - kLeastRankPicture) {}
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
+             QIcon::State /*state*/) override {
+    // A grid of whole pixels, or the bars would be blurred: five bars and the gaps between them.
+    const qreal ratio = painter->device() != nullptr ? painter->device()->devicePixelRatioF() : 1;
+    const qreal side = std::min(rect.width(), rect.height()) * ratio;
+    const qreal step = std::max(1.0, std::floor(side / kBars));
+    const qreal width = std::max(1.0, std::round(step * 0.7));
+    const qreal left = rect.x() * ratio + std::floor((rect.width() * ratio - step * kBars) / 2);
+    const qreal bottom = std::round((rect.y() + rect.height()) * ratio - side / 16);
+    const qreal tallest = side - side / 8;
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing, false);
+    painter->setPen(Qt::NoPen);
+    painter->scale(1 / ratio, 1 / ratio);
+    for (int bar = 0; bar < kBars; ++bar) {
+      const bool filled = bar < filled_;
+      // An empty bar leaves its foot only.
+      const qreal height = filled ? std::round(tallest * (bar + 2) / (kBars + 1))
+                                  : std::max(1.0, std::round(side / 8));
+      QColor color = QColor::fromRgba(filled ? kColors[filled_] : kEmptyBar);
+      if (mode == QIcon::Selected) color = Qt::white;
+      if (mode == QIcon::Disabled) color = QColor::fromRgba(kEmptyBar);
+      painter->fillRect(QRectF(left + bar * step, bottom - height, width, height), color);
+    }
+    painter->restore();
+  }
+
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    paint(&painter, pixmap.rect(), mode, state);
+    return pixmap;
+  }
+
+  QIconEngine* clone() const override { return new RankIconEngine(*this); }
+
+ private:
+  int filled_;
+};
+
+}  // namespace
+
+QIcon RankPicture(int rank) { return HasPicture(rank) ? QIcon(new RankIconEngine(rank)) : QIcon(); }
+
+QString RankPictureText(int rank) {
+  if (!HasPicture(rank)) return {};
+  return QCoreApplication::translate("RankPicture", "rank %1 of %2")
+      .arg(rank)
+      .arg(kBestRankPicture);
+}
+
+}  // namespace tallow

@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/song_list_model.h"
+
+#include <algorithm>
+
+#include <QGuiApplication>
+#include <QPalette>
+
+#include "library/cls_main.h"
+#include "ui/support/display_text.h"
+
+namespace tallow {
+
+QBrush GreyText() {
+  // Between the text and its background, and nearer to the text: the grey of what is disabled is too pale
+  // to be read on some desktops.
+  constexpr int kText = 5;
+  constexpr int kBase = 4;
+  const QPalette palette = QGuiApplication::palette();
+  const QColor text = palette.color(QPalette::Active, QPalette::Text);
+  const QColor base = palette.color(QPalette::Active, QPalette::Base);
+  const auto mix = [](int one, int other) {
+    return (kText * one + kBase * other) / (kText + kBase);
+  };
+  return QColor(mix(text.red(), base.red()), mix(text.green(), base.green()),
+                mix(text.blue(), base.blue()));
+}
+
+SongListModel::SongListModel(const Jukebox& jukebox, const clsMain& library, QObject* parent)
+    : QAbstractTableModel(parent), jukebox_(jukebox), library_(library) {
+  for (int rank = kLeastRankPicture; rank <= kBestRankPicture; ++rank)
+    ranks_[static_cast<std::size_t>(rank)] = RankPicture(rank);
+  Refill();
+}
+
+void SongListModel::Refill() {
+  beginResetModel();
+  const Folder* const shown = jukebox_.selectednode();
+  places_.clear();
+  has_hidden_ = false;
+  rows_ = shown == nullptr ? 0 : static_cast<int>(shown->Items().size());
+  if (shown != nullptr) ListPlaces(shown->Items());
+  columns_ = static_cast<int>(jukebox_.ColumnHeaders().size());
+  endResetModel();
+}
+
+void SongListModel::ListPlaces(const std::vector<SongEntry>& entries) {
+  const bool any = std::any_of(entries.begin(), entries.end(), [this](const SongEntry& entry) {
+    return library_.IsHidden(entry.SubItem());
+  });
+  if (!any) return;
+  for (std::size_t k = 0; k < entries.size(); ++k)
+    if (!library_.IsHidden(entries[k].SubItem())) places_.push_back(static_cast<int>(k));
+  has_hidden_ = true;
+  rows_ = static_cast<int>(places_.size());
+}
+
+int SongListModel::PlaceOf(int row) const {
+  if (row < 0 || row >= rows_) return -1;
+  return !has_hidden_ ? row : places_[static_cast<std::size_t>(row)];
+}
+
+int SongListModel::RowAt(int place) const {
+  if (!has_hidden_) return std::min(place, rows_);
+  return static_cast<int>(std::lower_bound(places_.begin(), places_.end(), place) -
+                          places_.begin());
+}
+
+void SongListModel::Relabel() {
+  if (rows_ > 0) emit dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+}
+
+void SongListModel::ChangeHeaders() {
+  if (columns_ != static_cast<int>(jukebox_.ColumnHeaders().size())) Refill();
+  if (columns_ > 0) emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
+}
+
+int SongListModel::rowCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : rows_;
+}
+
+int SongListModel::columnCount(const QModelIndex& parent) const {
+  return parent.isValid() ? 0 : columns_;
+}
+
+QVariant SongListModel::data(const QModelIndex& index, int role) const {
+  // The folder on show may hold fewer songs than the view was last told.
+  const Folder* const shown = jukebox_.selectednode();
+  const int place = index.isValid() ? PlaceOf(index.row()) : -1;
+  if (shown == nullptr || place < 0 || static_cast<std::size_t>(place) >= shown->Items().size())
+    return {};
+  const SongEntry& entry = shown->Items()[static_cast<std::size_t>(place)];
+  if (role == Qt::ForegroundRole && library_.IsAway(entry.SubItem())) return GreyText();
+  const auto rank = static_cast<std::size_t>(entry.Icon());
+  if (index.column() == kKey)
+    return role == Qt::DisplayRole ? QString::number(entry.SubItem()) : QVariant();
+  switch (role) {
+    case Qt::DisplayRole:
+      return DisplayText(EntryText(entry, library_));
+    case Qt::ToolTipRole:
+    case Qt::AccessibleTextRole: {
+      // The picture in words.
+      const QString text = DisplayText(EntryText(entry, library_));
+      const QString picture = RankPictureText(entry.Icon());
+      const QString ranked = picture.isEmpty() ? text : text + QStringLiteral(", ") + picture;
+      const std::string away = library_.AwayText(entry.SubItem());
+      return away.empty() ? ranked : ranked + QLatin1Char('\n') + DisplayText(away);
+    }
+    case Qt::DecorationRole:
+      return rank < ranks_.size() ? ranks_[rank] : QIcon();
+    case kNameRole:
+      return DisplayText(FileNameOf(entry, library_));
+    default:
+      return {};
+  }
+}
+
+Qt::ItemFlags SongListModel::flags(const QModelIndex& index) const {
+  const Qt::ItemFlags flags = QAbstractTableModel::flags(index);
+  return index.isValid() ? flags | Qt::ItemIsDragEnabled : flags;
+}
+
+QVariant SongListModel::headerData(int section, Qt::Orientation orientation, int role) const {
+  if (orientation == Qt::Horizontal && section < columns_) {
+    if (role == Qt::DisplayRole)
+      return DisplayText(jukebox_.ColumnHeaders()[static_cast<std::size_t>(section)]);
+    if (role == Qt::TextAlignmentRole) return int(Qt::AlignLeft | Qt::AlignVCenter);
+  }
+  return {};
+}
+
+}  // namespace tallow

@@ -1,0 +1,134 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/song_list_view.h"
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QItemSelectionModel>
+#include <QPainter>
+
+#include "ui/jukebox/picture_file.h"
+#include "ui/jukebox/song_list_model.h"
+#include "ui/support/qt_path.h"
+
+namespace tallow {
+namespace {
+
+/// How much of the background's colour lies over a picture behind the rows, of 255.
+constexpr int kVeil = 176;
+
+}  // namespace
+
+SongListView::SongListView(QWidget* parent) : QTableView(parent) {
+  setDragEnabled(true);
+  setAcceptDrops(true);
+  setDropIndicatorShown(false);
+}
+
+std::string SongListView::SetBackgroundImage(const QString& address, bool tiled) {
+  QString path = address;
+  for (const QLatin1String prefix : {QLatin1String("file:\\\\"), QLatin1String("file://")})
+    if (path.startsWith(prefix)) path.remove(0, prefix.size());
+  PictureFile picture;
+  if (!path.isEmpty()) picture = ReadPicture(PathOfQt(path));
+  background_ = picture.pixmap;
+  tiled_ = tiled;
+  viewport()->update();
+  return picture.problem;
+}
+
+void SongListView::paintEvent(QPaintEvent* event) {
+  if (!background_.isNull()) {
+    QPainter painter(viewport());
+    const QRect area = viewport()->rect();
+    if (tiled_) {
+      painter.drawTiledPixmap(area, background_);
+    } else {
+      QRect place = background_.rect();
+      place.moveCenter(area.center());
+      painter.drawPixmap(place, background_);
+    }
+    QColor veil = palette().color(QPalette::Base);
+    veil.setAlpha(kVeil);
+    painter.fillRect(area, veil);
+  }
+  QTableView::paintEvent(event);
+}
+
+void SongListView::scrollContentsBy(int dx, int dy) {
+  QTableView::scrollContentsBy(dx, dy);
+  // The rows move, the picture does not.
+  if (!background_.isNull()) viewport()->update();
+}
+
+QModelIndex SongListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+  const int rows = model()->rowCount();
+  if (rows > 0 && action == MoveHome) return model()->index(0, 0);
+  if (rows > 0 && action == MoveEnd) return model()->index(rows - 1, 0);
+  return QTableView::moveCursor(action, modifiers);
+}
+
+void SongListView::SelectRows(int first, int last) {
+  const QModelIndex begin = model()->index(first, 0);
+  selectionModel()->setCurrentIndex(begin, QItemSelectionModel::NoUpdate);
+  selectionModel()->select(QItemSelection(begin, model()->index(last, model()->columnCount() - 1)),
+                           QItemSelectionModel::ClearAndSelect);
+  scrollTo(begin);
+}
+
+void SongListView::SelectRows(const std::vector<int>& rows) {
+  const QModelIndex first = model()->index(rows.front(), 0);
+  selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+  selectionModel()->select(RangesOf(rows), QItemSelectionModel::ClearAndSelect);
+  // All of them where there is room, and the first one in any case.
+  scrollTo(model()->index(rows.back(), 0));
+  scrollTo(first);
+}
+
+QItemSelection SongListView::RangesOf(const std::vector<int>& rows) const {
+  QItemSelection ranges;
+  const int last_column = model()->columnCount() - 1;
+  for (std::size_t k = 0; k < rows.size(); ++k) {
+    const int first = rows[k];
+    while (k + 1 < rows.size() && rows[k + 1] == rows[k] + 1) ++k;
+    ranges.append(
+        QItemSelectionRange(model()->index(first, 0), model()->index(rows[k], last_column)));
+  }
+  return ranges;
+}
+
+int SongListView::FindRow(const QString& beginning, int from, int role) const {
+  const int rows = model()->rowCount();
+  for (int k = 0; k < rows; ++k) {
+    const int row = (from + k) % rows;
+    if (model()->index(row, 0).data(role).toString().startsWith(beginning, Qt::CaseInsensitive))
+      return row;
+  }
+  return -1;
+}
+
+void SongListView::keyboardSearch(const QString& search) {
+  const int rows = model()->rowCount();
+  if (rows == 0 || search.isEmpty()) return;
+  if (!since_typed_.isValid() || since_typed_.hasExpired(QApplication::keyboardInputInterval()))
+    typed_.clear();
+  since_typed_.start();
+  typed_ += search;
+  // One letter again and again goes from song to song.
+  const bool repeats = typed_.count(typed_.front()) == typed_.size();
+  const QString beginning = repeats ? typed_.left(1) : typed_;
+  const int current = currentIndex().isValid() ? currentIndex().row() : -1;
+  const int from = (repeats ? current + 1 : std::max(current, 0)) % rows;
+  int row = FindRow(beginning, from, SongListModel::kNameRole);
+  if (row < 0 && repeats) row = FindRow(typed_, from, SongListModel::kNameRole);
+  // The label begins with the position in the list.
+  if (row < 0) row = FindRow(typed_, 0, Qt::DisplayRole);
+  if (row >= 0) SelectRows(row, row);
+}
+
+void SongListView::startDrag(Qt::DropActions /*actions*/) { emit DragWanted(); }
+
+void SongListView::dragEnterEvent(QDragEnterEvent* event) { emit DragsOver(event); }
+void SongListView::dragMoveEvent(QDragMoveEvent* event) { emit DragsOver(event); }
+void SongListView::dropEvent(QDropEvent* event) { emit Drops(event); }
+
+}  // namespace tallow

@@ -1,9 +1,0 @@
-// SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/open_text.h"
-#include "util/start_command_windows.h"
-
-namespace tallow {
-
-void OpenText(const std::string& path) { StartCommand("notepad.exe " + path); }
-
-}  // namespace tallow

@@ -1,0 +1,304 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/player/frm_main_winamp.h"
+
+#include <algorithm>
+#include <utility>
+
+#include <QCloseEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QPainter>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QTimer>
+
+#include "app/tallow.h"
+#include "player/player_messages.h"
+#include "ui/support/display_text.h"
+#include "util/path_text.h"
+
+namespace tallow {
+namespace {
+
+constexpr int kUpdateInterval = 150;  ///< ms
+constexpr int kFirstVolume = 128;
+
+/// What a click beside the thumb moves: about a tenth of each bar.
+constexpr int kPages = 10;
+constexpr int kVolumePage = 25;
+constexpr int kBalancePage = 25;
+constexpr int kVolumeStep = 5;
+/// Small enough to come back to the middle.
+constexpr int kBalanceStep = 1;
+
+/// The least length of the bars, in average characters.
+constexpr int kBarCharacters = 44;
+
+/// A time of a track as "1:05", or "1:02:05" from an hour on.
+QString TimeText(int seconds) {
+  const int hours = seconds / 3600;
+  const int minutes = seconds / 60 % 60;
+  const QString tail = QStringLiteral(":%1").arg(seconds % 60, 2, 10, QLatin1Char('0'));
+  if (hours == 0) return QString::number(minutes) + tail;
+  return QStringLiteral("%1:%2").arg(hours).arg(minutes, 2, 10, QLatin1Char('0')) + tail;
+}
+
+/// A scroll bar that shows when the keyboard is on it.
+class PanelBar : public QScrollBar {
+ public:
+  explicit PanelBar(QWidget* parent) : QScrollBar(Qt::Horizontal, parent) {
+    setFocusPolicy(Qt::StrongFocus);
+    // Right, up and page up are more, as on a slider.
+    setInvertedControls(false);
+    setContextMenuPolicy(Qt::NoContextMenu);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    QScrollBar::paintEvent(event);
+    if (!hasFocus()) return;
+    QPainter painter(this);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), kFocusWidth));
+    painter.drawRect(rect().adjusted(1, 1, -1, -1));
+  }
+
+ private:
+  static constexpr int kFocusWidth = 2;
+};
+
+QScrollBar* NewBar(const char* name, const QString& label, const QString& description,
+                   QWidget* parent) {
+  auto* const bar = new PanelBar(parent);
+  bar->setObjectName(QLatin1String(name));
+  bar->setAccessibleName(label);
+  bar->setAccessibleDescription(description);
+  bar->setMinimumWidth(kBarCharacters * parent->fontMetrics().averageCharWidth());
+  return bar;
+}
+
+}  // namespace
+
+frmMainWinamp::frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage show,
+                             QWidget* parent)
+    : QWidget(parent), tallow_(tallow), player_(player), show_(std::move(show)) {
+  setObjectName(QStringLiteral("frmMainWinamp"));
+  setWindowTitle(tr("WinAMP"));
+  cmdPlayPause = new QPushButton(tr("&Play"), this);
+  cmdPlayPause->setObjectName(QStringLiteral("cmdPlayPause"));
+  cmdPlayPause->setAccessibleDescription(tr("Pauses, and goes on"));
+  hscrlTrackPos =
+      NewBar("hscrlTrackPos", tr("Track Position"), tr("Where the song is, in seconds"), this);
+  hscrlVolume = NewBar("hscrlVolume", tr("Volume"), tr("From silent at the left to full"), this);
+  hscrlBalance =
+      NewBar("hscrlBalance", tr("Balance"), tr("Between the left and the right loudspeaker"), this);
+  lblStatus = new QLabel(tr("No File Open"), this);
+  lblStatus->setObjectName(QStringLiteral("lblStatus"));
+  times_ = new QLabel(this);
+  times_->setObjectName(QStringLiteral("lblTimes"));
+  times_->setMinimumWidth(times_->fontMetrics().horizontalAdvance(tr("000:00 / 000:00")));
+  tmrScrollUpdate = new QTimer(this);
+  tmrScrollUpdate->setObjectName(QStringLiteral("tmrScrollUpdate"));
+  tmrScrollUpdate->setInterval(kUpdateInterval);
+
+  auto* const grid = new QGridLayout(this);
+  grid->addWidget(cmdPlayPause, 0, 0);
+  auto* const status = new QHBoxLayout;
+  status->addWidget(new QLabel(tr("Status:"), this));
+  status->addWidget(lblStatus, 1);
+  grid->addLayout(status, 0, 1);
+  const std::pair<QScrollBar*, QString> bars[] = {{hscrlTrackPos, tr("Track Position")},
+                                                  {hscrlVolume, tr("Volume")},
+                                                  {hscrlBalance, tr("Balance")}};
+  for (int row = 0; row < 3; ++row) {
+    grid->addWidget(new QLabel(bars[row].second, this), row + 1, 0);
+    grid->addWidget(bars[row].first, row + 1, 1);
+  }
+  grid->addWidget(times_, 1, 2);
+  grid->setColumnStretch(1, 1);
+  SetUpBars();
+  SetUpTrackBar();
+  connect(cmdPlayPause, &QPushButton::clicked, this, &frmMainWinamp::ClickPlayPause);
+  connect(tmrScrollUpdate, &QTimer::timeout, this, &frmMainWinamp::Update);
+}
+
+void frmMainWinamp::SetUpBars() {
+  hscrlVolume->setRange(0, kMostVolume);
+  hscrlVolume->setValue(kFirstVolume);
+  hscrlVolume->setSingleStep(kVolumeStep);
+  hscrlVolume->setPageStep(kVolumePage);
+  hscrlBalance->setRange(-kMostBalance, kMostBalance);
+  hscrlBalance->setSingleStep(kBalanceStep);
+  hscrlBalance->setPageStep(kBalancePage);
+  connect(hscrlVolume, &QScrollBar::valueChanged, this, [this](int value) {
+    player_.SetVolume(value);
+    PlayerFound();
+  });
+  connect(hscrlBalance, &QScrollBar::valueChanged, this, [this](int value) {
+    player_.SetBalance(value);
+    PlayerFound();
+  });
+}
+
+void frmMainWinamp::SetUpTrackBar() {
+  hscrlTrackPos->setRange(0, 0);
+  // While it is dragged the bar keeps its value; the player jumps once, when it is let go.
+  hscrlTrackPos->setTracking(false);
+  connect(hscrlTrackPos, &QScrollBar::actionTriggered, this, &frmMainWinamp::UserScrolls);
+  connect(hscrlTrackPos, &QScrollBar::sliderReleased, this, &frmMainWinamp::UserScrolls);
+  connect(hscrlTrackPos, &QScrollBar::sliderMoved, this, [this](int position) {
+    UserScrolls();
+    ShowTimes(position);
+  });
+  connect(hscrlTrackPos, &QScrollBar::valueChanged, this, &frmMainWinamp::TrackBarChanged);
+}
+
+bool frmMainWinamp::Play() {
+  if (opened_)
+    Playstuff();
+  else
+    Open();
+  return opened_;
+}
+
+void frmMainWinamp::Open() {
+  if (!ReachPlayer(player_, show_)) return;
+  {
+    // Each is sent once, whether the bar has moved or not.
+    const QSignalBlocker volume(hscrlVolume);
+    const QSignalBlocker balance(hscrlBalance);
+    hscrlVolume->setValue(kFirstVolume);
+    hscrlBalance->setValue(0);
+  }
+  SetUpPlayer();
+  Playstuff();
+}
+
+void frmMainWinamp::SetUpPlayer() {
+  opened_ = true;
+  set_up_ = player_.Window();
+  setWindowTitle(DisplayText("WinAMP Version# " + player_.GetWinampVersion()));
+  player_.SetVolume(hscrlVolume->value());
+  player_.SetBalance(hscrlBalance->value());
+}
+
+void frmMainWinamp::PlayerFound() {
+  // One that has been replaced behind the panel's back, or has come after the panel, would be as loud as it can.
+  if (player_.Window() != 0 && player_.Window() != set_up_) SetUpPlayer();
+}
+
+void frmMainWinamp::Playstuff() {
+  if (begin_work_) work_ = begin_work_(kHandingOver);
+  HandOverProgress progress;
+  if (work_)
+    progress = [this](std::size_t done, std::size_t songs) {
+      return work_->GoOn([=] {
+        return "Handed over " + std::to_string(done) + " of " + std::to_string(songs) + " songs";
+      });
+    };
+  HandOver(tallow_.SongsToPlay, tallow_.library, player_, show_, *this, progress);
+  work_.reset();
+}
+
+void frmMainWinamp::Cancelled(std::size_t songs, std::size_t of) {
+  emit Said(tr("Handing songs to the player was cancelled: it has %1 of the %2 songs.")
+                .arg(songs)
+                .arg(of));
+}
+
+void frmMainWinamp::DoNotAnswer(std::size_t songs, const std::string& first) {
+  emit Said(songs == 1
+                ? tr("1 song was not played, because its disk does not answer: %1")
+                      .arg(DisplayText(first))
+                : tr("%1 songs were not played, because their disk does not answer. The first: %2")
+                      .arg(songs)
+                      .arg(DisplayText(first)));
+}
+
+void frmMainWinamp::FirstSongIsGone(const std::string& path) {
+  emit Said(tr("%1 is gone, so nothing is played.").arg(DisplayText(NameOfPath(path))));
+}
+
+void frmMainWinamp::TrackStarted(std::int32_t length) {
+  UserIsScrolling = false;
+  {
+    const QSignalBlocker quiet(hscrlTrackPos);
+    hscrlTrackPos->setMinimum(0);
+    if (length >= 0) FitTrackBar(length);
+    hscrlTrackPos->setValue(0);
+  }
+  ShowTimes(0);
+}
+
+void frmMainWinamp::HandedOver() {
+  work_.reset();
+  cmdPlayPause->setText(tr("&Pause"));
+  cmdPlayPause->setEnabled(true);
+  tmrScrollUpdate->start();
+}
+
+void frmMainWinamp::FitTrackBar(int length) {
+  hscrlTrackPos->setPageStep(std::max(1, length / kPages));
+  hscrlTrackPos->setMaximum(length);
+}
+
+void frmMainWinamp::ClickPlayPause() {
+  const bool play = cmdPlayPause->text() == tr("&Play");
+  player_.FindAgainIfEnded();
+  player_.SendWinampCommand(play ? kPlay : kPause);
+  cmdPlayPause->setText(play ? tr("&Pause") : tr("&Play"));
+  PlayerFound();
+}
+
+void frmMainWinamp::UserScrolls() {
+  // A bar that stands at its end, or was put back, will not change.
+  UserIsScrolling =
+      hscrlTrackPos->isSliderDown() || hscrlTrackPos->sliderPosition() != hscrlTrackPos->value();
+}
+
+void frmMainWinamp::TrackBarChanged(int seconds) {
+  if (std::exchange(UserIsScrolling, false)) player_.SetTrackPosition(seconds);
+  ShowTimes(seconds);
+}
+
+void frmMainWinamp::Update() {
+  // A message box every time would be the end of all work.
+  if (player_.Window() == 0) return;
+  // A command of the menus may have found another one.
+  PlayerFound();
+  const int position = player_.GetTrackPosition();
+  const int length = player_.GetTrackLength();
+  // The bar is not torn out of the user's hand.
+  if (!UserIsScrolling) ShowPosition(position, length);
+  ShowStatus(DisplayText(player_.GetWinampStatus()));
+}
+
+void frmMainWinamp::ShowPosition(int position, int length) {
+  const QSignalBlocker quiet(hscrlTrackPos);
+  if (length > 0) FitTrackBar(length);
+  if (position >= hscrlTrackPos->minimum() && position <= hscrlTrackPos->maximum())
+    hscrlTrackPos->setValue(position);
+  ShowTimes(hscrlTrackPos->value());
+}
+
+void frmMainWinamp::ShowStatus(const QString& status) {
+  // Media keys and menus steer the player too, and a list ends by itself; the caption follows.
+  cmdPlayPause->setText(status == QLatin1String("PLAYING") ? tr("&Pause") : tr("&Play"));
+  lblStatus->setText(status);
+}
+
+void frmMainWinamp::ShowTimes(int position) {
+  times_->setText(TimeText(position) + tr(" / ") + TimeText(hscrlTrackPos->maximum()));
+}
+
+void frmMainWinamp::closeEvent(QCloseEvent* event) {
+  tmrScrollUpdate->stop();
+  event->accept();
+  // A message box about a player that is gone would keep the program from ending.
+  if (!player_.IsThere() && !player_.FindWinamp()) return;
+  player_.SendWinampCommand(kStop);
+  player_.ClearWinampPlaylist();
+  player_.SendWinampCommand(kClosePlayer);
+}
+
+}  // namespace tallow

@@ -1,0 +1,149 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/start/start_up.h"
+
+#include <cstdio>
+
+#include <QGuiApplication>
+#include <QLibraryInfo>
+#include <QScreen>
+
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/support/message_box.h"
+#include "ui/support/open_text.h"
+#include "ui/support/qt_path.h"
+#include "util/file_system.h"
+#include "util/path_text.h"
+#include "util/user_folders.h"
+
+namespace tallow {
+namespace {
+
+void PrintError(const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); }
+
+}  // namespace
+
+StartUp::StartUp(Tallow& tallow, frmMDIForm1& frame, bool silent)
+    : tallow_(tallow), frame_(frame), silent_(silent) {}
+
+frmSplash& StartUp::SplashWindow() {
+  if (!splash_) {
+    splash_ = std::make_unique<frmSplash>([this] { tallow_.SearchCancelled = true; });
+    splash_->ShowOKButton(false);
+    splash_->Load();
+  }
+  return *splash_;
+}
+
+void StartUp::ShowSplash() {
+  frmSplash& splash = SplashWindow();
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  splash.move(screen.center() - splash.rect().center());
+  splash.show();
+  splash.WaitUntilPainted();
+}
+
+SearchProgress& StartUp::Splash() { return SplashWindow(); }
+
+SearchProgress* StartUp::LoadedSplash() { return splash_.get(); }
+
+void StartUp::ShowCancelButton(bool visible) { SplashWindow().ShowCancelButton(visible); }
+
+void StartUp::ShowFoundLine(bool visible) { SplashWindow().ShowFoundLine(visible); }
+
+void StartUp::UnloadSplash() { splash_.reset(); }
+
+Jukebox& StartUp::NewJukebox() { return frame_.NewJukeboxWindow().Jukebox(); }
+
+void StartUp::ShowJukebox(Jukebox& jukebox) {
+  frmMain* const window = frame_.WindowOf(jukebox);
+  if (window == nullptr) return;
+  frame_.ShowJukeboxWindow(*window);
+  frame_.show();
+  // Only a window on the screen keeps the focus.
+  window->TakeFocus();
+}
+
+bool StartUp::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& /*library*/,
+                          const AskWhichSongs& ask) {
+  frmMain* const window = frame_.WindowOf(jukebox);
+  return window != nullptr && window->PVExplorer1().Load(path, ask);
+}
+
+std::span<Jukebox* const> StartUp::OpenJukeboxes() {
+  open_ = frame_.OpenJukeboxes();
+  return open_;
+}
+
+QWidget* StartUp::ParentOfMessages() {
+  if (splash_) return splash_.get();
+  return frame_.isVisible() ? &frame_ : nullptr;
+}
+
+void StartUp::Tell(const std::string& text) {
+  if (silent_) return PrintError(text);
+  ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, ParentOfMessages());
+}
+
+bool StartUp::Ask(const std::string& text) {
+  if (silent_) {
+    PrintError(text);
+    return false;
+  }
+  return ShowMessageBox(
+             {.text = text, .icon = MessageIcon::kQuestion, .buttons = MessageButtons::kYesNo},
+             ParentOfMessages()) == MessageAnswer::kYes;
+}
+
+std::optional<bool> StartUp::AskUnlessLeft(const std::string& text) {
+  if (silent_) {
+    PrintError(text);
+    return std::nullopt;
+  }
+  Message question;
+  question.text = text;
+  question.icon = MessageIcon::kQuestion;
+  question.buttons = MessageButtons::kYesNo;
+  question.can_be_dismissed = true;
+  const MessageAnswer answer = ShowMessageBox(question, ParentOfMessages());
+  if (answer == MessageAnswer::kCancel) return std::nullopt;
+  return answer == MessageAnswer::kYes;
+}
+
+std::optional<std::size_t> StartUp::Choose(const std::string& text,
+                                           const std::vector<std::string>& choices) {
+  if (silent_) {
+    PrintError(text);
+    return std::nullopt;
+  }
+  return ChooseInMessageBox(text, choices, ParentOfMessages());
+}
+
+void StartUp::Notice(const std::vector<std::string>& lines) {
+  if (silent_)
+    for (const std::string& line : lines) PrintError(line);
+  frame_.Notice(lines);
+}
+
+void StartUp::NoticeScan(const std::vector<std::string>& lines) { frame_.NoticeScan(lines); }
+
+void StartUp::OpenInTextEditor(const std::string& path) {
+  if (silent_) return;
+  // The file comes with the program, whose folder need not be the application folder.
+  std::string shipped(FolderOfPath(ExecutablePath()));
+  shipped += NameOfPath(path);
+  const std::string& opened = FileExists(path) ? path : shipped;
+  OpenText(opened);
+}
+
+void StartUp::ShowTip() {
+  if (before_tip_) before_tip_();
+  if (!silent_) frame_.ShowTip(false);
+}
+
+RuntimeFile QtsRuntimeFile() {
+  const QString folder = QLibraryInfo::path(QLibraryInfo::PluginsPath);
+  return RequiredRuntimeFile(PathOfQt(folder));
+}
+
+}  // namespace tallow

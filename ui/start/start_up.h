@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "app/system.h"
+#include "ui/dialogs/frm_splash.h"
+#include "ui/frame/frm_mdi_form1.h"
+
+namespace tallow {
+
+/// The windows of a start-up, for real.
+class StartUp : public StartUpWindows {
+ public:
+  /// \param frame  the frame window, shown with its first jukebox; has to outlive this
+  /// \param silent nothing is asked: what would be shown goes to standard error, and the answer is
+  /// No
+  StartUp(Tallow& tallow, frmMDIForm1& frame, bool silent);
+
+  void ShowSplash() override;
+  SearchProgress& Splash() override;
+  SearchProgress* LoadedSplash() override;
+  void ShowCancelButton(bool visible) override;
+  void ShowFoundLine(bool visible) override;
+  void UnloadSplash() override;
+  Jukebox& NewJukebox() override;
+  void ShowJukebox(Jukebox& jukebox) override;
+  bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
+                   const AskWhichSongs& ask) override;
+  std::span<Jukebox* const> OpenJukeboxes() override;
+  void Tell(const std::string& text) override;
+  bool Ask(const std::string& text) override;
+  std::optional<bool> AskUnlessLeft(const std::string& text) override;
+  std::optional<std::size_t> Choose(const std::string& text,
+                                    const std::vector<std::string>& choices) override;
+  void Notice(const std::vector<std::string>& lines) override;
+  void NoticeScan(const std::vector<std::string>& lines) override;
+  void OpenInTextEditor(const std::string& path) override;
+  /// Has something done at the end of the start, before the tip waits for its user.
+  void BeforeTip(std::function<void()> act) { before_tip_ = std::move(act); }
+  void ShowTip() override;
+
+ private:
+  frmSplash& SplashWindow();
+  QWidget* ParentOfMessages();
+
+  Tallow& tallow_;
+  frmMDIForm1& frame_;
+  bool silent_;
+  std::function<void()> before_tip_;
+  std::unique_ptr<frmSplash> splash_;
+  std::vector<Jukebox*> open_;
+};
+
+/// The file that start-up looks for first, with Qt where this program finds it.
+RuntimeFile QtsRuntimeFile();
+
+}  // namespace tallow

@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/start/start_up.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include "jukebox/initial_jukebox.h"
+#include "tests/recorded_link.h"
+#include "tests/recorded_progress.h"
+#include "tests/tagged_file.h"
+#include "tests/window_fixture.h"
+#include "ui/jukebox/frm_main.h"
+
+namespace tallow {
+namespace {
+
+class StartUpTest : public testing::Test {
+ protected:
+  StartUpTest() {
+    music.File("a.mp3", Audio(300) + Tag({.artist = "ABBA", .year = "1976", .genra = 13}));
+    music.File("b/b.mp3", Audio(300) + Tag({.artist = "Queen", .year = "1985", .genra = 17}));
+  }
+
+  template <typename View>
+  View& Child(const char* name) {
+    return *frame.findChild<View*>(QLatin1String(name));
+  }
+
+  /// Answers the next message box with a button and keeps what it said.
+  void AnswerNextBox(QMessageBox::StandardButton button) {
+    auto* const timer = new QTimer(&frame);
+    QObject::connect(timer, &QTimer::timeout, [this, timer, button] {
+      auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      if (box == nullptr) return;
+      timer->deleteLater();
+      box_text = box->text();
+      box_icon = box->icon();
+      box_buttons = box->standardButtons();
+      box->button(button)->click();
+    });
+    timer->start(5);
+  }
+
+  TempFolder application;
+  TempFolder music;
+  Tallow tallow{application.path()};
+  TestDrives drives{{{music.path()}}};
+  RecordedLink link;
+  frmMDIForm1 frame{tallow, link};
+  StartUp windows{tallow, frame, false};
+  QString box_text;
+  QMessageBox::Icon box_icon = QMessageBox::NoIcon;
+  QMessageBox::StandardButtons box_buttons;
+};
+
+TEST_F(StartUpTest, TheFirstStartEndsWithTheSampleJukeboxOnScreen) {
+  EXPECT_TRUE(System(tallow, drives, windows).Main(QtsRuntimeFile()));
+  EXPECT_TRUE(frame.isVisible());
+  EXPECT_EQ(frame.findChild<frmMain*>()->windowTitle(), QString::fromLatin1(kSampleCaption.data()));
+  auto& tree = Child<QTreeView>("TreeView");
+  EXPECT_EQ(tree.model()->rowCount(), 12);
+  EXPECT_TRUE(IndexOf(tree, "Artist/Queen").isValid());
+  EXPECT_TRUE(IndexOf(tree, "Decades/80's").isValid());
+  QStringList songs = RowsOf(Child<QTableView>("ListView"));
+  EXPECT_EQ(songs, (QStringList{"1.  a.mp3", "2.  b.mp3"}));
+  for (const QWidget* const window : QApplication::topLevelWidgets())
+    EXPECT_NE(window->objectName(), "frmSplash");
+}
+
+TEST_F(StartUpTest, TheJpegPluginIsWhereItHasToBe) {
+  EXPECT_TRUE(FileExists(QtsRuntimeFile().path)) << QtsRuntimeFile().path;
+}
+
+TEST_F(StartUpTest, TheSplashWindowFollowsTheSearches) {
+  windows.ShowSplash();
+  const auto splash = [] {
+    for (QWidget* const window : QApplication::topLevelWidgets())
+      if (window->objectName() == QLatin1String("frmSplash")) return window;
+    return static_cast<QWidget*>(nullptr);
+  };
+  ASSERT_NE(splash(), nullptr);
+  EXPECT_TRUE(splash()->isVisible());
+  EXPECT_FALSE(static_cast<QDialog*>(splash())->isModal());
+  auto* const cancel = splash()->findChild<QPushButton*>(QStringLiteral("cmdCancel"));
+  EXPECT_FALSE(cancel->isVisible());
+  windows.ShowCancelButton(true);
+  EXPECT_TRUE(cancel->isVisible());
+  cancel->click();
+  EXPECT_TRUE(tallow.SearchCancelled);
+  windows.Splash().SetStatus("Looking for Mp3s in /");
+  EXPECT_EQ(splash()->findChild<QLabel*>(QStringLiteral("lStatus"))->text(),
+            "Looking for Mp3s in /");
+  windows.UnloadSplash();
+  EXPECT_EQ(splash(), nullptr);
+}
+
+TEST_F(StartUpTest, AnOfferIsAQuestionWithYesAndNo) {
+  AnswerNextBox(QMessageBox::Yes);
+  EXPECT_TRUE(windows.Ask("Go on?"));
+  EXPECT_EQ(box_text, "Go on?");
+  EXPECT_EQ(box_icon, QMessageBox::Question);
+  EXPECT_EQ(box_buttons, QMessageBox::Yes | QMessageBox::No);
+  AnswerNextBox(QMessageBox::No);
+  EXPECT_FALSE(windows.Ask("Go on?"));
+}
+
+TEST_F(StartUpTest, AnEndIsToldWithAnOkButtonOnly) {
+  AnswerNextBox(QMessageBox::Ok);
+  windows.Tell("It is <b>over</b>.");
+  EXPECT_EQ(box_text, "It is <b>over</b>.");
+  EXPECT_EQ(box_buttons, QMessageBox::Ok);
+}
+
+TEST_F(StartUpTest, ASilentStartAsksNothing) {
+  StartUp silent(tallow, frame, true);
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(silent.Ask("a question"));
+  silent.Tell("a message");
+  silent.Notice({"a notice"});
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "a question\na message\na notice\n");
+}
+
+TEST_F(StartUpTest, ADamagedSettingsFileIsOfferedToBeMadeAnew) {
+  application.File("Grouping/System/TallowOrganizer.ini", "x\r\ny\r\nabc\r\n");
+  AnswerNextBox(QMessageBox::No);
+  EXPECT_FALSE(System(tallow, drives, windows).Main(QtsRuntimeFile()));
+  EXPECT_TRUE(box_text.contains("TallowOrganizer.ini, line 3: 'abc' is not a number"))
+      << box_text.toStdString();
+  EXPECT_FALSE(frame.isVisible());
+}
+
+TEST_F(StartUpTest, TheFirstJukeboxHasTheKeyboard) {
+  StartUp windows(tallow, frame, false);
+  Jukebox& jukebox = windows.NewJukebox();
+  jukebox.AddColumnHeader(kNameHeader);
+  jukebox.Nodes().AddChild(nullptr, "a");
+  windows.ShowJukebox(jukebox);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  const auto tree_has_focus = [] {
+    const QWidget* const focus = QApplication::focusWidget();
+    return focus != nullptr && focus->objectName() == QLatin1String("TreeView");
+  };
+  ASSERT_TRUE(QTest::qWaitFor(tree_has_focus));
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(QApplication::focusWidget()->objectName(), "ListView");
+}
+
+TEST_F(StartUpTest, ASilentStartLeavesQuestionsThatCanBeLeft) {
+  StartUp silent(tallow, frame, true);
+  EXPECT_EQ(silent.AskUnlessLeft("Recover?"), std::nullopt);
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/support/display.h"
+
+namespace tallow {
+
+bool HasDisplay() { return true; }
+
+}  // namespace tallow

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <csignal>
+#include <gtest/gtest.h>
+
+#include <QTest>
+
+#include "ui/support/end_signals.h"
+
+namespace tallow {
+namespace {
+
+TEST(EndSignals, EachOfThemIsTakenByTheEventLoopOnce) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    int ends = 0;
+    const EndSignals signals_taken([&] { ++ends; });
+    raise(signal);
+    raise(signal);
+    // Not in the middle of something else.
+    EXPECT_EQ(ends, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ends > 0; }));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(ends, 1);
+  }
+}
+
+TEST(EndSignals, AfterwardsTheyAreAsTheyWere) {
+  struct sigaction before {};
+  struct sigaction after {};
+  sigaction(SIGTERM, nullptr, &before);
+  {
+    const EndSignals signals_taken([] {});
+  }
+  sigaction(SIGTERM, nullptr, &after);
+  EXPECT_EQ(after.sa_handler, before.sa_handler);
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <utility>
+#include <windows.h>
+
+#include <QAbstractNativeEventFilter>
+#include <QCoreApplication>
+
+#include "ui/support/end_signals.h"
+
+namespace tallow {
+
+/// Sees the messages of all windows before they do. Every window gets one; the first is enough.
+struct EndSignals::Taken : QAbstractNativeEventFilter {
+  explicit Taken(std::function<void()> on_end) : end(std::move(on_end)) {
+    QCoreApplication::instance()->installNativeEventFilter(this);
+  }
+  ~Taken() override {
+    if (QCoreApplication::instance() != nullptr)
+      QCoreApplication::instance()->removeNativeEventFilter(this);
+  }
+
+  bool nativeEventFilter(const QByteArray& /*type*/, void* message, qintptr* /*result*/) override {
+    const MSG& got = *static_cast<const MSG*>(message);
+    // Windows ends the process once the message was answered, so everything is done at once.
+    if (got.message == WM_ENDSESSION && got.wParam != FALSE && end) std::exchange(end, {})();
+    return false;
+  }
+
+  std::function<void()> end;
+};
+
+EndSignals::EndSignals(std::function<void()> end)
+    : taken_(std::make_unique<Taken>(std::move(end))) {}
+
+EndSignals::~EndSignals() = default;
+
+}  // namespace tallow

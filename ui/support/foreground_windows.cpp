@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <windows.h>
+
+#include <QLocalSocket>
+
+#include "ui/support/foreground.h"
+
+namespace tallow {
+
+void LetComeToFront(const QLocalSocket& other) {
+  ULONG process = 0;
+  if (GetNamedPipeServerProcessId(reinterpret_cast<HANDLE>(other.socketDescriptor()), &process))
+    AllowSetForegroundWindow(process);
+}
+
+}  // namespace tallow

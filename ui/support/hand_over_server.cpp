@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/support/hand_over_server.h"
+
+#include <memory>
+
+#include <QLocalSocket>
+
+#include "ui/support/hand_over_request.h"
+
+namespace tallow {
+namespace {
+
+/// How often to look whether the server still listens, in ms.
+constexpr int kLookAgain = 1000;
+
+/// What Qt may read of a connection ahead of the request, in bytes.
+constexpr qint64 kReadBuffer = 64 * 1024;
+
+}  // namespace
+
+HandOverServer::HandOverServer(QObject* parent) : QObject(parent) {
+  server_.setSocketOptions(QLocalServer::UserAccessOption);
+  connect(&server_, &QLocalServer::newConnection, this, &HandOverServer::Accept);
+  // QLocalServer closes itself for good when the program has no descriptor left for a connection.
+  connect(&look_again_, &QTimer::timeout, this, [this] {
+    if (!server_.isListening()) ListenAgain();
+  });
+}
+
+HandOverServer::~HandOverServer() {
+  // They tell of their end, when this is no server any longer.
+  for (QLocalSocket* const socket : connections_) socket->disconnect(this);
+}
+
+void HandOverServer::Listen(const QString& name) {
+  name_ = name;
+  ListenAgain();
+  look_again_.start(kLookAgain);
+}
+
+void HandOverServer::ListenAgain() {
+  QLocalServer::removeServer(name_);
+  // Where it cannot listen, a later program says that this one does not answer.
+  server_.listen(name_);
+}
+
+void HandOverServer::Accept() {
+  while (QLocalSocket* const socket = server_.nextPendingConnection()) {
+    if (connections_.size() >= kMostConnections) Drop(*connections_.first());
+    connections_.append(socket);
+    Serve(*socket);
+  }
+}
+
+void HandOverServer::Serve(QLocalSocket& socket) {
+  socket.setReadBufferSize(kReadBuffer);
+  connect(&socket, &QLocalSocket::disconnected, this, [this, &socket] { Drop(socket); });
+  QTimer::singleShot(kMostTime, &socket, [this, &socket] { Drop(socket); });
+  const auto request = std::make_shared<HandOverRequest>();
+  const auto read = [this, &socket, request] {
+    while (socket.bytesAvailable() > 0) {
+      const QByteArray bytes = socket.read(kReadBuffer);
+      const auto state = request->Add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+      if (state == HandOverRequest::State::kBroken) return Drop(socket);
+      if (state == HandOverRequest::State::kPartial) continue;
+      // Nothing more is read of it.
+      disconnect(&socket, &QLocalSocket::readyRead, this, nullptr);
+      socket.write(&kTaken, 1);
+      socket.flush();
+      // Not from here: what opens the files may ask the user, and the socket is gone before the answer.
+      QMetaObject::invokeMethod(
+          this, [this, files = request->Files()] { emit FilesWanted(files); },
+          Qt::QueuedConnection);
+      return;
+    }
+  };
+  connect(&socket, &QLocalSocket::readyRead, this, read);
+  // It may have written before this was connected.
+  read();
+}
+
+void HandOverServer::Drop(QLocalSocket& socket) {
+  if (!connections_.removeOne(&socket)) return;
+  socket.disconnect(this);
+  socket.abort();
+  socket.deleteLater();
+}
+
+}  // namespace tallow

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/support/picture_resource.h"
+
+#include <QFile>
+#include <QLabel>
+#include <QPixmap>
+#include <QTemporaryDir>
+
+namespace tallow {
+
+void LoadPictureFromResource(int number, QLabel& image, const char* extension) {
+  // A folder of its own: nobody else's "myfile" is in the way, and nobody can put a link there.
+  const QTemporaryDir folder;
+  QFile resource(QStringLiteral(":/Custom/%1").arg(number));
+  QFile file(folder.filePath(QStringLiteral("myfile.") + QString::fromLatin1(extension)));
+  image.setPixmap({});
+  if (!folder.isValid() || !resource.open(QIODevice::ReadOnly) || !file.open(QIODevice::WriteOnly))
+    return;
+  const QByteArray bytes = resource.readAll();
+  const bool written = file.write(bytes) == bytes.size();
+  file.close();
+  QPixmap picture;
+  if (written && picture.load(file.fileName())) image.setPixmap(picture);
+  file.remove();
+}
+
+}  // namespace tallow

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <QDir>
+
+#include "ui/support/qt_path.h"
+#include "util/wide_text_windows.h"
+
+namespace tallow {
+
+// Not by way of the code page, which may lack letters of the name.
+QString QtPath(const std::string& path) { return QString::fromStdWString(ToWide(path)); }
+
+std::string PathOfQt(const QString& path) {
+  return FromWide(QDir::toNativeSeparators(path).toStdWString());
+}
+
+}  // namespace tallow

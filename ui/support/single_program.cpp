@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/support/single_program.h"
+
+#include <utility>
+
+#include <QCryptographicHash>
+#include <QDeadlineTimer>
+#include <QLocalSocket>
+#include <QThread>
+
+#include "app/data_paths.h"
+#include "ui/support/foreground.h"
+#include "ui/support/hand_over_request.h"
+#include "ui/support/hand_over_server.h"
+#include "ui/support/local_server_folder.h"
+#include "util/file_lock.h"
+#include "util/file_system.h"
+#include "util/owner_file.h"
+
+namespace tallow {
+namespace {
+
+/// How long to wait between two tries to hand over, in ms.
+constexpr unsigned long kPause = 50;
+
+/// Sends a request to the running program.
+/// \returns whether it was taken; of one that was not, nothing was
+bool Send(const QString& server, const QByteArray& request, const QDeadlineTimer& end) {
+  const auto left = [&] { return static_cast<int>(end.remainingTime()); };
+  QLocalSocket socket;
+  socket.connectToServer(server);
+  if (!socket.waitForConnected(left())) return false;
+  LetComeToFront(socket);
+  socket.write(request);
+  while (socket.bytesToWrite() > 0)
+    if (!socket.waitForBytesWritten(left())) return false;
+  char answer = 0;
+  return socket.waitForReadyRead(left()) && socket.read(&answer, 1) == 1 &&
+         answer == HandOverServer::kTaken;
+}
+
+/// What to say of a file that nobody can judge.
+std::string ProblemOfOwner(const std::string& path) {
+  std::string text = "The song library cannot be locked, and another Tallow may be using it. ";
+  if (const auto owner = ReadOwner(path))
+    text += "The file " + path + " says that it is process " + std::to_string(owner->process) +
+            " on the computer \"" + owner->host +
+            "\", and from here nobody can tell whether it runs.";
+  else
+    text += "The file " + path + " would say which one, but it cannot be read.";
+  return text +
+         "\n\nClose Tallow wherever it uses this library. When none does, delete the file and "
+         "start Tallow again.";
+}
+
+}  // namespace
+
+SingleProgram::SingleProgram(const std::string& application_folder)
+    : lock_path_(SystemFolder(application_folder) + "tallow.lock"),
+      owner_path_(SystemFolder(application_folder) + "tallow.owner") {
+  CreateFolders(SystemFolder(application_folder));
+  // Different paths to one folder have to meet at one place.
+  const QByteArray real =
+      QByteArray::fromStdString(RealPathOfFolder(SystemFolder(application_folder)));
+  const QByteArray digest = QCryptographicHash::hash(real, QCryptographicHash::Sha256).toHex();
+  server_name_ =
+      LocalServerFolder() + QStringLiteral("tallow-") + QString::fromLatin1(digest.left(16));
+}
+
+SingleProgram::~SingleProgram() {
+  // As long as it listens, the next program would hand over to it.
+  delete server_;
+}
+
+bool SingleProgram::Lock() {
+  problem_.clear();
+  auto lock = std::make_unique<FileLock>();
+  const FileLock::Answer locked = lock->Take(lock_path_);
+  if (locked == FileLock::Answer::kInUse) return false;
+  // The lock's file may have been taken away, so it is not enough. With it, no other computer's program counts:
+  // that of a disk that was unplugged there would lock everybody out.
+  const bool has_lock = locked == FileLock::Answer::kHeld;
+  auto owner = std::make_unique<OwnerFile>();
+  const OwnerFile::Answer owned = owner->Take(
+      owner_path_, has_lock ? OwnerFile::Unknown::kIsReplaced : OwnerFile::Unknown::kStays);
+  if (owned == OwnerFile::Answer::kInUse) return false;
+  // A folder that cannot be written has neither, and no library to be lost.
+  const bool is_writable = has_lock || owned != OwnerFile::Answer::kImpossible;
+  if (is_writable && LocalServersArePrivate() && SomebodyListens()) return false;
+  if (owned == OwnerFile::Answer::kUnknown) {
+    problem_ = ProblemOfOwner(owner_path_);
+    return false;
+  }
+  lock_ = std::move(lock);
+  owner_ = std::move(owner);
+  server_ = new HandOverServer(this);
+  connect(server_, &HandOverServer::FilesWanted, this, &SingleProgram::FilesWanted);
+  server_->Listen(server_name_);
+  return true;
+}
+
+bool SingleProgram::SomebodyListens() const {
+  QLocalSocket socket;
+  socket.connectToServer(server_name_);
+  // One that has more to do than it can is not connected at once.
+  return socket.state() != QLocalSocket::UnconnectedState;
+}
+
+bool SingleProgram::HandOver(const std::vector<std::string>& files) {
+  const QByteArray request = QByteArray::fromStdString(HandOverRequest::BytesOf(files));
+  const QDeadlineTimer end(kMostWait);
+  // The other one may have locked a moment ago and not listen yet, or have more connections than it takes.
+  for (;;) {
+    if (Send(server_name_, request, end)) return true;
+    if (end.hasExpired()) return false;
+    QThread::msleep(kPause);
+  }
+}
+
+}  // namespace tallow

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <cstdint>
+
+#include <QCoreApplication>
+#include <QSettings>
+#include <QStandardPaths>
+
+#include "ui/support/qt_path.h"
+#include "ui/support/window_options.h"
+#include "util/file_system.h"
+
+namespace tallow {
+namespace {
+
+/// Larger files take Qt seconds to read. The places of a few windows have some thousand bytes.
+constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20U;
+
+}  // namespace
+
+std::string PrepareWindowOptions(const std::string& folder) {
+  const QString organization =
+      QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + '/' +
+      QCoreApplication::organizationName();
+  const QString own = organization + '/' + QCoreApplication::applicationName() + ".conf";
+  // The file of the organization is read as well, and the lock is opened like a file.
+  for (const QString& file : {own, own + ".lock", QString(organization + ".conf")}) {
+    const std::string path = PathOfQt(file);
+    const auto stamp = StampOf(path);
+    if (IsGone(path) || (FileExists(path) && stamp && stamp->size <= kMostBytes)) continue;
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QtPath(folder));
+    return path + " is no file of options, so the places of the windows are kept in " + folder +
+           ". Move it away and start Tallow again.";
+  }
+  return {};
+}
+
+}  // namespace tallow
