@@ -82,7 +82,7 @@ std::string clsINI::Save(const std::string& path) const {
   line(PictureLocation());
   try {
     // Most saves follow a save of the library that changed nothing here.
-    if (ReadWholeFile(path, kMostBytes) != text) WriteFileAtomically(path, text);
+    if (ReadWholeFile(path, kMaxBytes) != text) WriteFileAtomically(path, text);
   } catch (const FileError& error) {
     return error.what();
   }
@@ -114,14 +114,14 @@ void clsINI::SetDefaults(const std::string& application_folder) {
 }
 
 void clsINI::CompleteSettings(const std::string& path, const std::string& application_folder) {
-  const auto content = ReadWholeFile(path, kMostBytes);
+  const auto content = ReadWholeFile(path, kMaxBytes);
   SetDefaults(application_folder);
   if (!content) return;
   TakeLines(path, WholeLinesOf(*content));
 }
 
 bool clsINI::GetandLoadIniInfo(const std::string& path) {
-  const auto content = ReadWholeFile(path, kMostBytes);
+  const auto content = ReadWholeFile(path, kMaxBytes);
   if (!content) throw FileError(path, "the file does not exist");
   lines_read_ = SplitLines(WholeLinesOf(*content)).size();
   TakeLines(path, *content);

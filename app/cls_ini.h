@@ -50,7 +50,7 @@ class clsINI {
   /// Lines of the file.
   static constexpr std::size_t kLines = 10;
   /// A larger file is none. Ten paths of the longest kind have less than 1 MB.
-  static constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20U;
+  static constexpr std::uint64_t kMaxBytes = std::uint64_t{16} << 20U;
 
   /// \param update_the_menu_control_array rebuilds the recent-file entries of the main window's
   ///         menu; called whenever one of the three jukebox settings is set; may be empty
@@ -134,7 +134,7 @@ class clsINI {
   /// tenth are ignored.
   ///
   /// \returns true
-  /// \throws FileError when the file cannot be read, or has more than kMostBytes
+  /// \throws FileError when the file cannot be read, or has more than kMaxBytes
   /// \throws SettingsError when a number or a boolean is none; the lines before it have been taken
   bool GetandLoadIniInfo(const std::string& path);
 

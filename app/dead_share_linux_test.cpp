@@ -25,8 +25,8 @@ class DeadShare : public SystemTest {
     tallow.emplace(application.path());
     tallow->library.UseDrives([this] { return mounted; }, {});
     system.emplace(*tallow, drives, *windows);
-    windows->progress.on_live = [this] {
-      if (on_live) on_live();
+    windows->progress.on_events = [this] {
+      if (on_events) on_events();
     };
     return system->Main(runtime_file);
   }
@@ -42,7 +42,7 @@ class DeadShare : public SystemTest {
   }
   /// The user cancels as soon as it is said that the share is waited for.
   void CancelWhenAsked() {
-    on_live = [this] {
+    on_events = [this] {
       if (!windows->progress.status.empty() && windows->progress.status.back() == Waiting())
         tallow->SearchCancelled = true;
     };
@@ -51,7 +51,7 @@ class DeadShare : public SystemTest {
   const std::string share = music / "b/";
   MountedVolumes mounted{{music.path(), {"uuid A", "/"}, false, false},
                          {share, {"source server:/b", "/"}, false, true}};
-  std::function<void()> on_live;
+  std::function<void()> on_events;
 };
 
 TEST_F(DeadShare, AStartSaysItAndCancelSkipsItsDrive) {
@@ -88,7 +88,7 @@ TEST_F(DeadShare, OnceItAnswersItsSongsAreThereAgain) {
 
 TEST_F(DeadShare, AnAnswerThatComesLateIsWaitedFor) {
   std::optional<DeadFolder> dead(share);
-  on_live = [&] {
+  on_events = [&] {
     if (!windows->progress.status.empty() && windows->progress.status.back() == Waiting())
       dead.reset();
   };
@@ -144,7 +144,7 @@ TEST_F(DeadShare, ASearchEndsWithACancelThoughAFolderDoesNotAnswer) {
   music.File("a/six.mp3");
   const DeadFolder dead(share);
   RecordedProgress progress;
-  progress.on_live = [this, &dead] { tallow->SearchCancelled = dead.Asked() > 0; };
+  progress.on_events = [this, &dead] { tallow->SearchCancelled = dead.Asked() > 0; };
   const std::int32_t before = tallow->library.UBoundOfMp3Array();
   EXPECT_FALSE(
       FileSearch(*tallow, TestDrives({{music.path()}}), &progress).SearchDrivesForMp3s(true, {}));
@@ -166,7 +166,7 @@ TEST_F(DeadShare, ASearchDoesNotWaitForADriveThatIsNotSearched) {
 TEST_F(DeadShare, TheSearchForThePlayerEndsWithACancelToo) {
   const DeadFolder dead(share);
   RecordedProgress progress;
-  progress.on_live = [this, &dead] { tallow->SearchCancelled = dead.Asked() > 0; };
+  progress.on_events = [this, &dead] { tallow->SearchCancelled = dead.Asked() > 0; };
   EXPECT_FALSE(FileSearch(*tallow, TestDrives({{share}}), &progress, [] {
                  return std::string();
                }).SearchDrivesForWinamp());
@@ -272,7 +272,7 @@ TEST_F(DeadShare, AFolderThatCannotBeOpenedIsAskedOnceNotOncePerSong) {
   EXPECT_TRUE(library.IsAway(songs[kSongs - 1]));
   EXPECT_LE(failing.Asked(), 2);
   const int before = failing.Asked();
-  library.LookWhileLiving({}, [&] {
+  library.LookWithProgress({}, [&] {
     library.MarkAwaySongs(songs);
     const std::vector<char> there = library.LookAgain(songs);
     EXPECT_EQ(std::count(there.begin(), there.end(), 0), kSongs);

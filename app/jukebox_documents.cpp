@@ -19,7 +19,7 @@ namespace tallow {
 namespace {
 
 // Of a menu's captions, in characters.
-constexpr std::size_t kMostShown = 45;
+constexpr std::size_t kMaxShown = 45;
 constexpr std::size_t kShownFirst = 20;
 constexpr std::size_t kShownLast = 25;
 
@@ -73,7 +73,7 @@ std::string ExistingPath(const std::string& path) {
 std::string ShortenedCaption(std::string_view text) {
   const std::vector<std::size_t> positions = CharacterPositions(text);
   const std::size_t count = positions.size() - 1;
-  if (count <= kMostShown) return std::string(text);
+  if (count <= kMaxShown) return std::string(text);
   return std::string(text.substr(0, positions[kShownFirst])) + " .... " +
          std::string(text.substr(positions[count - kShownLast]));
 }

@@ -89,7 +89,7 @@ bool PlayCommands::LookForSongs(const std::vector<std::int32_t>& songs,
   GoOn go_on;
   if (work) go_on = [&](std::string_view) { return work->GoOn([] { return std::string(); }); };
   try {
-    library.LookWhileLiving(go_on, [&] {
+    library.LookWithProgress(go_on, [&] {
       // Its drive may have gone since the last search.
       library.MarkAwaySongs(songs);
       std::vector<std::int32_t> away;

@@ -71,7 +71,7 @@ bool System::Main(const RuntimeFile& runtime_file) {
       return false;
     }
     const ScanReport report = tallow_.library.FinishScan(
-        !was_cancelled_, [this](std::string_view folder) { return Live(folder); });
+        !was_cancelled_, [this](std::string_view folder) { return ProcessEvents(folder); });
     TakeProblems();
     OpenFirstJukebox();
     DropVanishedPlayer();
@@ -144,7 +144,7 @@ void System::FindPlayer() {
   tallow_.player_search_is_pending = !SearchForPlayer();
 }
 
-bool System::Live(std::string_view folder) {
+bool System::ProcessEvents(std::string_view folder) {
   if (!folder.empty() && !slow_drive_.empty()) {
     slow_drive_.clear();
     windows_.ShowCancelButton(false);
@@ -168,9 +168,9 @@ bool System::WaitsFor(std::string_view root) {
 
 FileLook System::LookAt(const std::string& path) {
   const FileLook look = tallow_.library.LookAt(
-      path, [this](std::string_view folder) { return Live(folder); },
+      path, [this](std::string_view folder) { return ProcessEvents(folder); },
       [this](std::string_view root) { return WaitsFor(root); });
-  Live(path);
+  ProcessEvents(path);
   return look;
 }
 

@@ -119,7 +119,7 @@ class System {
   void DropVanishedPlayer();
   FilingProgress WhileFiling();
   void EndFiling();
-  bool Live(std::string_view folder);
+  bool ProcessEvents(std::string_view folder);
   bool WaitsFor(std::string_view root);
   FileLook LookAt(const std::string& path);
   void Notice(const ScanReport& report);

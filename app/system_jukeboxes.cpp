@@ -67,7 +67,7 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
   const AskQuestion ask = [this](const std::string& text) { return windows_.AskUnlessLeft(text); };
   std::vector<std::string> problems;
   std::vector<std::string> recovered;
-  // The windows live while a jukebox is filed, and nobody is to use them yet.
+  // The windows go_on while a jukebox is filed, and nobody is to use them yet.
   std::vector<Jukebox*> to_show;
   for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
     if (!unsaved.file.empty()) LookAt(unsaved.file);

@@ -165,13 +165,13 @@ void System::LoadLibrary() {
         "An earlier Tallow had confused the numbers of songs in the song library. They were put "
         "right; the library as it was is kept as " +
         std::string(kLibraryFileName) + std::string(kBackupSuffix) + " beside it.");
-  const GoOn live = [this](std::string_view folder) { return Live(folder); };
+  const GoOn go_on = [this](std::string_view folder) { return ProcessEvents(folder); };
   const tallow::WaitForDrive wait = [this](std::string_view root) { return WaitsFor(root); };
-  library.CheckToSeeIfFilesAreMissingAndMakeFalse(live, wait);
-  library.AddAnyAdditionalMp3FromTheNormalDirectories(live, wait);
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse(go_on, wait);
+  library.AddAnyAdditionalMp3FromTheNormalDirectories(go_on, wait);
   SearchUnreadFolders();
   // Nothing is waited for any longer.
-  Live(library.LibraryPath());
+  ProcessEvents(library.LibraryPath());
 }
 
 void System::SearchUnreadFolders() {
@@ -197,7 +197,7 @@ void System::SearchForSongs() {
     // Songs that the damaged file still shows keep their numbers and ranks.
     library.Salvage(is_set_aside_);
     library.CheckToSeeIfFilesAreMissingAndMakeFalse(
-        [this](std::string_view folder) { return Live(folder); },
+        [this](std::string_view folder) { return ProcessEvents(folder); },
         [this](std::string_view root) { return WaitsFor(root); });
     windows_.ShowCancelButton(true);
     old_count = library.UBoundOfMp3Array();

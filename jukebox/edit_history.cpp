@@ -85,7 +85,7 @@ void EditHistory::DropRedo() {
 }
 
 void EditHistory::DropOldSteps() {
-  while (undo_.size() > kLeastSteps && (undo_.size() > kMostSteps || bytes_ > kMostBytes)) {
+  while (undo_.size() > kMinSteps && (undo_.size() > kMaxSteps || bytes_ > kMaxBytes)) {
     bytes_ -= undo_.front().bytes;
     undo_.pop_front();
     if (saved_ != kNever) --saved_;

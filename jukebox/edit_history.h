@@ -31,11 +31,11 @@ class EditHistory {
  public:
   /// How many steps can be taken back at least, however much they hold. One that sorts or takes out every
   /// song of a folder holds 4 to 16 bytes for each.
-  static constexpr std::size_t kLeastSteps = 100;
+  static constexpr std::size_t kMinSteps = 100;
   /// How many can be at most.
-  static constexpr std::size_t kMostSteps = 1000;
-  /// What steps beyond kLeastSteps may hold, in bytes.
-  static constexpr std::size_t kMostBytes = 64U << 20;
+  static constexpr std::size_t kMaxSteps = 1000;
+  /// What steps beyond kMinSteps may hold, in bytes.
+  static constexpr std::size_t kMaxBytes = 64U << 20;
 
   /// \param tree has to outlive the history
   explicit EditHistory(FolderTree& tree) : tree_(tree) {}

@@ -159,7 +159,7 @@ TEST_F(History, ASortThatStopsHalfWayIsUndoneToo) {
 TEST_F(History, KeepsAThousandSmallSteps) {
   Folder& folder = Add("A");
   for (int k = 1; k <= 1500; ++k) edits.Rename(folder, std::to_string(k));
-  EXPECT_EQ(history.Steps(), EditHistory::kMostSteps);
+  EXPECT_EQ(history.Steps(), EditHistory::kMaxSteps);
   while (history.CanUndo()) jukebox.Undo();
   EXPECT_EQ(folder.Text(), "500");
   EXPECT_TRUE(jukebox.IsFormDirty());
@@ -176,8 +176,8 @@ TEST_F(History, KeepsAHundredLargeStepsAndThenForgetsForTheSakeOfMemory) {
     edits.CutSongs(folder, rows);
     edits.Paste(&folder);
   }
-  EXPECT_EQ(history.Steps(), EditHistory::kLeastSteps);
-  for (std::size_t k = 0; k < EditHistory::kLeastSteps; ++k) {
+  EXPECT_EQ(history.Steps(), EditHistory::kMinSteps);
+  for (std::size_t k = 0; k < EditHistory::kMinSteps; ++k) {
     EXPECT_TRUE(history.CanUndo());
     jukebox.Undo();
   }

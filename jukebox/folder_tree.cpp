@@ -155,7 +155,7 @@ void FolderTree::Reorder(Folder* parent, const std::vector<std::int32_t>& order)
 
 bool FolderTree::HasRoomBelow(const Folder* parent, const Folder& folder) noexcept {
   const std::int32_t level = parent != nullptr ? parent->level_ + 1 : 0;
-  return level + folder.Height() <= kMostLevel;
+  return level + folder.Height() <= kMaxLevel;
 }
 
 bool FolderTree::Contains(const Folder& folder) const noexcept {

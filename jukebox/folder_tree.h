@@ -36,19 +36,19 @@ class SongEntry {
   /// The number of the rank picture, 0 to 255; what is outside shows as the nearest.
   std::int32_t Icon() const noexcept { return icon_; }
   void Icon(std::int32_t icon) noexcept {
-    icon_ = static_cast<std::uint8_t>(icon < 0 ? 0 : icon > kMostIcon ? kMostIcon : icon);
+    icon_ = static_cast<std::uint8_t>(icon < 0 ? 0 : icon > kMaxIcon ? kMaxIcon : icon);
   }
 
   /// The position, from 1, that the label shows; 0 while the text is the record number.
   std::int32_t LabelPosition() const noexcept { return static_cast<std::int32_t>(label_); }
   /// \param position 1 to 16,777,215; 0 turns the label back into the record number
   void LabelPosition(std::int32_t position) noexcept {
-    label_ = static_cast<std::uint32_t>(position) & kMostLabel;
+    label_ = static_cast<std::uint32_t>(position) & kMaxLabel;
   }
 
  private:
-  static constexpr std::int32_t kMostIcon = 0xFF;
-  static constexpr std::uint32_t kMostLabel = 0xFFFFFF;
+  static constexpr std::int32_t kMaxIcon = 0xFF;
+  static constexpr std::uint32_t kMaxLabel = 0xFFFFFF;
 
   std::int32_t record_ = 0;
   std::uint32_t label_ : 24 = 0;
@@ -160,7 +160,7 @@ class FolderTreeObserver {
 
 /// How deep a folder may lie: one at top level is at level 0. It bounds what a file of a jukebox may ask
 /// for, so no tree may get any deeper.
-inline constexpr std::int32_t kMostLevel = 1000;
+inline constexpr std::int32_t kMaxLevel = 1000;
 
 /// Renumber for the songs of a folder and of all below it.
 void Renumber(Folder& folder, const NewNumbers& numbers);
@@ -227,7 +227,7 @@ class FolderTree {
   /// The folder of a key; null when there is none. Cost: O(folders).
   Folder* FindKey(std::uint32_t key) const noexcept;
 
-  /// Whether a folder may be put below another one without lying deeper than kMostLevel.
+  /// Whether a folder may be put below another one without lying deeper than kMaxLevel.
   /// \param parent null for top level
   static bool HasRoomBelow(const Folder* parent, const Folder& folder) noexcept;
 

@@ -200,10 +200,10 @@ TEST(FolderTree, AFolderHoldsItselfAndWhatIsBelow) {
 TEST(FolderTree, ThereIsRoomForAThousandLevels) {
   FolderTree tree;
   Folder* deepest = nullptr;
-  for (std::int32_t level = 0; level <= kMostLevel; ++level) deepest = &tree.AddChild(deepest, "x");
+  for (std::int32_t level = 0; level <= kMaxLevel; ++level) deepest = &tree.AddChild(deepest, "x");
   Folder& two = tree.AddChild(nullptr, "two");
   tree.AddChild(&two, "below");
-  EXPECT_EQ(deepest->Level(), kMostLevel);
+  EXPECT_EQ(deepest->Level(), kMaxLevel);
   EXPECT_FALSE(FolderTree::HasRoomBelow(deepest, two));
   EXPECT_FALSE(FolderTree::HasRoomBelow(deepest->Parent(), two));
   EXPECT_TRUE(FolderTree::HasRoomBelow(deepest->Parent()->Parent(), two));

@@ -26,7 +26,7 @@ struct ListOrder {
 };
 
 /// A file of more bytes is no jukebox: one of a million songs in all its folders has less than a tenth of it.
-constexpr std::uint64_t kMostFileBytes = std::uint64_t{1} << 30U;
+constexpr std::uint64_t kMaxFileBytes = std::uint64_t{1} << 30U;
 
 constexpr int kFirstOrder = 1;
 constexpr int kLastOrder = 4;
@@ -142,7 +142,7 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
   };
   try {
     const std::string bytes = Encode(library);
-    if (bytes.size() > kMostFileBytes)
+    if (bytes.size() > kMaxFileBytes)
       return fail(path + ": there are more songs than a file holds");
     const auto before = StampOf(path);
     // Only one of the same size can be the same.
@@ -164,7 +164,7 @@ bool Jukebox::Load(const std::string& path, const clsMain& library, const AskWhi
     return false;
   };
   try {
-    const auto bytes = ReadWholeFile(path, kMostFileBytes);
+    const auto bytes = ReadWholeFile(path, kMaxFileBytes);
     if (!bytes) throw FileError(path, "the file is gone");
     Take(*bytes, path, library, ask);
   } catch (const FileTooLargeError&) {

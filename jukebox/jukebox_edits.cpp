@@ -58,7 +58,7 @@ std::vector<SongEntry> JukeboxEdits::EntriesAt(const Folder& folder, const std::
 }
 
 Folder* JukeboxEdits::AddFolder(Folder* parent) {
-  if (parent != nullptr && parent->Level() >= kMostLevel) return nullptr;
+  if (parent != nullptr && parent->Level() >= kMaxLevel) return nullptr;
   FolderTree& tree = jukebox_.Nodes();
   jukebox_.History().Begin(parent != nullptr ? parent : jukebox_.selectednode());
   Folder& folder =

@@ -47,7 +47,7 @@ class JukeboxEdits {
   enum class Result {
     kDone,
     kNothing,      ///< there was nothing that could go there
-    kTooDeep,      ///< folders would lie deeper than kMostLevel
+    kTooDeep,      ///< folders would lie deeper than kMaxLevel
     kNeedsFolder,  ///< songs, and no folder for them
   };
 

@@ -54,7 +54,7 @@ TEST_F(Edits, ANewFolderComesBehindTheOthers) {
 
 TEST_F(Edits, NoFolderLiesDeeperThanAThousand) {
   Folder* folder = nullptr;
-  for (int level = 0; level <= kMostLevel; ++level) folder = &Add(folder, "x");
+  for (int level = 0; level <= kMaxLevel; ++level) folder = &Add(folder, "x");
   EXPECT_EQ(edits.AddFolder(folder), nullptr);
   Folder& other = Add(nullptr, "other");
   edits.CopyFolder(other);

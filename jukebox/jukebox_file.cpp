@@ -48,12 +48,12 @@ struct UsedRecords {
 /// Appends record numbers with commas between, and marks them as used. There may be hundreds of thousands,
 /// so room for all is made once.
 void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, UsedRecords& used) {
-  constexpr std::size_t kMostDigits = 11;  // "-2147483648"
+  constexpr std::size_t kMaxDigits = 11;  // "-2147483648"
   const std::size_t before = to.size();
-  to.resize(before + songs.size() * (kMostDigits + 1));
+  to.resize(before + songs.size() * (kMaxDigits + 1));
   char* end = to.data() + before;
   for (const SongEntry& entry : songs) {
-    end = std::to_chars(end, end + kMostDigits, entry.SubItem()).ptr;
+    end = std::to_chars(end, end + kMaxDigits, entry.SubItem()).ptr;
     *end++ = ',';
     const auto record = static_cast<std::size_t>(entry.SubItem());
     if (entry.SubItem() >= 1 && record < used.rows.size())
@@ -286,7 +286,7 @@ void RequireTree(const JukeboxContent& content) {
                                " lies in one that is not there before it");
       level = above->second + 1;
     }
-    if (level > kMostLevel)
+    if (level > kMaxLevel)
       throw JukeboxFileError("the folder " + Quoted(folder.text) + " lies too deep");
     if (!levels.emplace(folder.key, level).second)
       throw JukeboxFileError("the folder " + Quoted(folder.text) + " has the key of another one");

@@ -448,7 +448,7 @@ TEST_F(RandomEditing, IsThatOfALiteralTree) {
       ASSERT_EQ(jukebox.History().CanUndo(), !literal.undo_.empty());
       ASSERT_EQ(jukebox.History().CanRedo(), !literal.redo_.empty());
       // The history forgets at a bound that the twin has not.
-      ASSERT_LT(literal.undo_.size(), EditHistory::kMostSteps);
+      ASSERT_LT(literal.undo_.size(), EditHistory::kMaxSteps);
     }
     // All the way back, and forth again.
     while (jukebox.History().CanUndo()) {

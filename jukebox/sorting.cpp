@@ -28,7 +28,7 @@ constexpr std::array<std::string_view, 10> kDecades = {"00's", "",     "20's", "
                                                        "50's", "60's", "70's", "80's", "90's"};
 
 /// How many entries without a song are named one by one; a damaged jukebox may have millions.
-constexpr std::size_t kMostNamed = 100;
+constexpr std::size_t kMaxNamed = 100;
 
 /// Which character of a year tells the decade, from 0.
 constexpr std::size_t kDecadeDigit = 2;
@@ -232,13 +232,13 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
     if (library.IsHidden(record) && record < 1) continue;
     if (record >= 1 && record <= count)
       flags[static_cast<std::size_t>(record - 1)] = 0;
-    else if (++strangers <= kMostNamed)
+    else if (++strangers <= kMaxNamed)
       problems.push_back("'" + folder.Text() + "' holds an entry for song number " +
                          std::to_string(record) + ", but the library holds songs 1 to " +
                          std::to_string(count) + ". The entry was left out of the filing.");
   }
-  if (strangers > kMostNamed)
-    problems.push_back("'" + folder.Text() + "' holds " + std::to_string(strangers - kMostNamed) +
+  if (strangers > kMaxNamed)
+    problems.push_back("'" + folder.Text() + "' holds " + std::to_string(strangers - kMaxNamed) +
                        " more entries for songs that the library does not hold. They were left out "
                        "of the filing.");
 }

@@ -20,7 +20,7 @@ namespace {
 constexpr std::string_view kFormat = "Tallow unsaved jukebox";
 constexpr int kVersion = 1;
 /// A file of more bytes is none: a jukebox file has at most 1 GiB, and the line before it a few paths.
-constexpr std::uint64_t kMostUnsavedBytes = (std::uint64_t{1} << 30U) + (std::uint64_t{1} << 20U);
+constexpr std::uint64_t kMaxUnsavedBytes = (std::uint64_t{1} << 30U) + (std::uint64_t{1} << 20U);
 
 /// The files that one folder holds at most.
 constexpr int kMaxNumber = 10'000;
@@ -47,7 +47,7 @@ std::string HeaderOf(const Jukebox& jukebox) {
 /// \throws FileError when it cannot be read
 /// \throws std::exception when it is none
 UnsavedJukebox Decode(const std::string& path) {
-  const auto content = ReadWholeFile(path, kMostUnsavedBytes);
+  const auto content = ReadWholeFile(path, kMaxUnsavedBytes);
   const std::size_t end = content ? content->find('\n') : std::string::npos;
   if (end == std::string::npos) throw std::runtime_error("it is cut off");
   const auto header = nlohmann::json::parse(content->substr(0, end));

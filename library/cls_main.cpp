@@ -184,7 +184,7 @@ bool clsMain::LoadMain() {
   try {
     table_.Resize(rows);
     const std::string path = LibraryPath();
-    auto content = ReadWholeFile(path, kMostLibraryBytes);
+    auto content = ReadWholeFile(path, kMaxLibraryBytes);
     if (!content) {
       WriteFileAtomically(path, {});
       content.emplace();
@@ -242,7 +242,7 @@ void clsMain::WriteOutMp3DirectoryLocations() {
     }
     const std::string path = settings_.FileContainingTargetDirectories();
     // What could not be read may name folders that nothing else does.
-    if (!list_is_unread_ && ReadWholeFile(path, kMostListBytes) != lines)
+    if (!list_is_unread_ && ReadWholeFile(path, kMaxListBytes) != lines)
       WriteFileAtomically(path, lines);
   } catch (const FileError& error) {
     list_error_ = error.what();
@@ -260,7 +260,7 @@ void clsMain::WriteOutMp3DirectoryLocations() {
 std::int32_t clsMain::Salvage(bool is_set_aside) {
   std::optional<std::string> content;
   try {
-    content = ReadWholeFile(LibraryPath(), kMostLibraryBytes);
+    content = ReadWholeFile(LibraryPath(), kMaxLibraryBytes);
   } catch (const FileTooLargeError&) {
     // No library is that large, so no songs are in it.
   }

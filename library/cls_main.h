@@ -25,7 +25,7 @@
 #include "library/unanswered_places.h"
 #include "library/unread_folders.h"
 #include "util/file_system.h"
-#include "util/patience.h"
+#include "util/wait_decision.h"
 
 namespace tallow {
 
@@ -61,7 +61,7 @@ class LibrarySettings {
 class clsMain {
  public:
   /// A list of folders that has more bytes is not read.
-  static constexpr std::uint64_t kMostListBytes = std::uint64_t{256} << 20U;
+  static constexpr std::uint64_t kMaxListBytes = std::uint64_t{256} << 20U;
 
   /// The first of the numbers, going down, by which a jukebox names a song of which it knows the file name
   /// alone. No row has such a number.
@@ -240,7 +240,7 @@ class clsMain {
   /// Runs something that looks at songs. Drives that were given up before are asked again.
   ///
   /// \param go_on see WaitingFor; Stopped comes out of this call
-  void LookWhileLiving(const GoOn& go_on, const std::function<void()>& act);
+  void LookWithProgress(const GoOn& go_on, const std::function<void()>& act);
   /// Looks at a file of whatever kind, which may lie on a drive that does not answer: then it is unknown, and
   /// Unanswered() covers it.
   FileLook LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait);
@@ -365,7 +365,7 @@ class clsMain {
   bool MarkIfAway(std::int32_t record, const FileLook& look);
   FileLook LookAtSong(std::int32_t record);
   class FolderMemory;
-  void Live();
+  void GoOnOrStop();
   void LoadMemory();
   bool CanRemember();
   void DropUntrueMemories();

@@ -17,10 +17,10 @@ namespace {
 constexpr std::chrono::milliseconds kSlowAfter{1000};
 
 /// After this it is given up, should nobody have done so.
-constexpr std::chrono::milliseconds kMostPatience{30000};
+constexpr std::chrono::milliseconds kMaxWait{30000};
 
 /// The same where nothing is said meanwhile.
-constexpr std::chrono::milliseconds kSilentPatience{5000};
+constexpr std::chrono::milliseconds kMaxQuietWait{5000};
 
 FileLook NoAnswer() { return {FilePresence::kUnknown, 0, std::string(kDoesNotAnswer)}; }
 
@@ -47,18 +47,18 @@ bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(const GoOn& go_on,
 
 WhileWaiting clsMain::WaitingFor(std::function<std::string(std::size_t)> path_of, GoOn go_on,
                                  WaitForDrive wait) {
-  const auto most = wait || go_on ? kMostPatience : kSilentPatience;
+  const auto most = wait || go_on ? kMaxWait : kMaxQuietWait;
   return [this, path_of = std::move(path_of), go_on = std::move(go_on), wait = std::move(wait),
           most](std::size_t i, std::chrono::milliseconds waited) {
     if (go_on && !go_on({})) throw Stopped();
     const std::string path = path_of(i);
-    if (unanswered_->Covers(path)) return Patience::kGiveUp;
-    if (waited < kSlowAfter) return Patience::kWait;
+    if (unanswered_->Covers(path)) return WaitDecision::kGiveUp;
+    if (waited < kSlowAfter) return WaitDecision::kWait;
     const std::string root = drives_.RootToSkip(path);
-    if (waited < most && (!wait || wait(root))) return Patience::kWait;
+    if (waited < most && (!wait || wait(root))) return WaitDecision::kWait;
     unanswered_->Add(root);
     drives_.MarkAway(root);
-    return Patience::kGiveUp;
+    return WaitDecision::kGiveUp;
   };
 }
 
@@ -96,7 +96,7 @@ FileLook clsMain::LookAt(const std::string& path, const GoOn& go_on, const WaitF
   }
 }
 
-void clsMain::LookWhileLiving(const GoOn& go_on, const std::function<void()>& act) {
+void clsMain::LookWithProgress(const GoOn& go_on, const std::function<void()>& act) {
   const Asking asking(*this, go_on, {});
   unanswered_->Clear();
   act();

@@ -104,7 +104,7 @@ bool clsMain::KnowsDrive(std::string_view root) {
 std::vector<std::string> clsMain::TakeProblems() { return std::exchange(problems_, {}); }
 
 bool clsMain::RepairRecordNumbers() {
-  const auto confused = tallow::RepairNumbers(table_, MostRecords(loaded_bytes_));
+  const auto confused = tallow::RepairNumbers(table_, MaxRecords(loaded_bytes_));
   if (!confused) return false;
   repaired_.Set(*confused);
   backup_first_ = true;
@@ -151,7 +151,7 @@ class clsMain::FolderMemory {
   explicit FolderMemory(clsMain& library) : library_(library) {}
 
   FileLook LookAt(std::int32_t record) {
-    library_.Live();
+    library_.GoOnOrStop();
     const std::string_view folder = library_.table_.Cell(kFileLocation, record);
     if (const auto known = unknown_.find(folder); known != unknown_.end()) return known->second;
     FileLook look = library_.LookAtSong(record);
@@ -164,7 +164,7 @@ class clsMain::FolderMemory {
   std::unordered_map<std::string_view, FileLook> unknown_;
 };
 
-void clsMain::Live() {
+void clsMain::GoOnOrStop() {
   if (go_on_ && !go_on_({})) throw Stopped();
 }
 
@@ -361,7 +361,7 @@ void clsMain::LoadFacts(std::uint64_t checksum) {
   companion_is_unread_ = false;
   const std::string path = CompanionPath();
   try {
-    const auto bytes = ReadWholeFile(path, kMostLibraryBytes);
+    const auto bytes = ReadWholeFile(path, kMaxLibraryBytes);
     if (!bytes) return;
     if (const auto header = DecodeCompanion(*bytes, checksum, table_)) {
       companion_ = *header;
@@ -390,7 +390,7 @@ std::string clsMain::CompanionPath() const {
 bool clsMain::ReadCompanionAgain() {
   if (!companion_is_unread_) return true;
   try {
-    const auto bytes = ReadWholeFile(CompanionPath(), kMostLibraryBytes);
+    const auto bytes = ReadWholeFile(CompanionPath(), kMaxLibraryBytes);
     if (bytes) DecodeCompanion(*bytes, companion_.library, table_);
     companion_is_unread_ = false;
   } catch (const FileError&) {
@@ -403,7 +403,7 @@ void clsMain::TakeFactsOfBackup() {
   const std::string backup = CompanionPath() + std::string(kBackupSuffix);
   if (IsGone(backup)) return;
   try {
-    const auto bytes = ReadWholeFile(backup, kMostLibraryBytes);
+    const auto bytes = ReadWholeFile(backup, kMaxLibraryBytes);
     if (bytes) CompleteFacts(*bytes, table_);
   } catch (const FileError&) {
     // Nothing is lost that was known.
@@ -445,7 +445,7 @@ void clsMain::SaveFacts() {
 void clsMain::TrustLibrary() {
   try {
     if (!companion_is_unread_) {
-      const auto bytes = ReadWholeFile(CompanionPath(), kMostLibraryBytes);
+      const auto bytes = ReadWholeFile(CompanionPath(), kMaxLibraryBytes);
       // Of a changed byte the rows are the same; of a backup they may be fewer, or others.
       if (bytes && RowsOfCompanion(*bytes) == table_.rows()) CompleteFacts(*bytes, table_);
       KeepReplaced(CompanionPath(), kSetAsideSuffix);

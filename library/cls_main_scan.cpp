@@ -104,7 +104,7 @@ std::vector<std::string> clsMain::RememberedFolders() {
   list_is_unread_ = false;
   const auto read = [&] {
     try {
-      content = ReadWholeFile(path, kMostListBytes);
+      content = ReadWholeFile(path, kMaxListBytes);
     } catch (const FileError& error) {
       list_is_unread_ = true;
       problems_.push_back(path + " cannot be read (" + error.reason() +

@@ -26,7 +26,7 @@ struct NameRun {
 };
 
 /// How many rows of a run are compared each with each though no name of theirs has wildcards.
-constexpr std::size_t kMostCompared = 16;
+constexpr std::size_t kMaxCompared = 16;
 
 /// Which rows go. What was decided is carried out on the table when it goes out of scope.
 class Removal {
@@ -124,7 +124,7 @@ class Removal {
     if (present.size() < 2) return false;
     const bool patterns = std::any_of(present.begin(), present.end(),
                                       [this](Row row) { return HasWildcards(Name(row)); });
-    if (!patterns && present.size() > kMostCompared) return CompareManyInside(present);
+    if (!patterns && present.size() > kMaxCompared) return CompareManyInside(present);
     bool any = false;
     std::vector<Row> left;  // rows of other names that stay
     for (const Row row : present) {

@@ -13,8 +13,8 @@ namespace {
 /// The header of the companion beside a library file; no value where there is none that can be used.
 std::optional<CompanionHeader> CompanionBeside(const std::string& path) {
   try {
-    const auto bytes = ReadWholeFile(std::string(FolderOfPath(path)).append(kCompanionFileName),
-                                     kMostLibraryBytes);
+    const auto bytes =
+        ReadWholeFile(std::string(FolderOfPath(path)).append(kCompanionFileName), kMaxLibraryBytes);
     return bytes ? HeaderOfCompanion(*bytes) : std::nullopt;
   } catch (const FileError&) {
     // Said when its facts are read.
@@ -56,7 +56,7 @@ std::string FreeSetAsidePath(const std::string& path) {
 
 void UseLastGood(const std::string& path, const std::string& set_aside) {
   const std::string backup = path + std::string(kBackupSuffix);
-  const auto bytes = ReadWholeFile(backup, kMostLibraryBytes);
+  const auto bytes = ReadWholeFile(backup, kMaxLibraryBytes);
   if (!bytes) throw FileError(backup, "is gone");
   if (!IsGone(path)) KeepReplacedAs(path, set_aside);
   WriteFileAtomically(path, *bytes);

@@ -25,10 +25,10 @@ constexpr std::array<std::int16_t, kSongColumns> kColumnOfField = {
 /// with a NUL, so a text that swallowed the lengths behind it is recognized.
 bool IsSong(const LibraryRecord& record) noexcept {
   // The cheap tests come first: a search asks this of every byte of a damaged file.
-  constexpr std::size_t kMostDigits = 11;
+  constexpr std::size_t kMaxDigits = 11;
   if (record[kNameField].empty()) return false;
   for (const std::size_t field : {kNumberField, kThereField, kRankField})
-    if (record[field].size() > kMostDigits) return false;
+    if (record[field].size() > kMaxDigits) return false;
   const auto number = TryConvertToInt32(record[kNumberField]);
   if (!number || *number <= 0) return false;
   return std::none_of(record.begin(), record.end(), [](std::string_view text) {
@@ -77,7 +77,7 @@ LibraryReader::Result LibraryReader::Next(LibraryRecord& record) noexcept {
   return Result::kRecord;
 }
 
-std::int32_t MostRecords(std::size_t bytes) noexcept {
+std::int32_t MaxRecords(std::size_t bytes) noexcept {
   return static_cast<std::int32_t>(bytes / (kLengthBytes * kSongColumns) + 1);
 }
 
@@ -87,7 +87,7 @@ std::string EncodeLibrary(const SongTable& table) {
   for (std::int32_t row = 1; row <= table.rows(); ++row) {
     for (const std::int16_t column : kColumnOfField) {
       const std::string_view text = table.Cell(column, row);
-      if (text.size() > kMostFieldBytes)
+      if (text.size() > kMaxFieldBytes)
         throw FileError(text.substr(0, 200), "is too long for the song library");
       bytes += static_cast<char>(text.size() & 0xFFU);
       bytes += static_cast<char>(text.size() >> 8U);
@@ -101,7 +101,7 @@ LibraryInspection InspectLibrary(const std::string& path) {
   LibraryInspection result;
   std::optional<std::string> bytes;
   try {
-    bytes = ReadWholeFile(path, kMostLibraryBytes);
+    bytes = ReadWholeFile(path, kMaxLibraryBytes);
   } catch (const FileTooLargeError& error) {
     result.exists = true;
     result.problem = "it " + error.reason();
@@ -153,7 +153,7 @@ std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table) {
   }
   // A number far beyond what the file can hold is damaged too and must not blow the table up.
   const std::vector<std::size_t> by_row =
-      PlacesByNumber(numbers, present, MostRecords(bytes.size()));
+      PlacesByNumber(numbers, present, MaxRecords(bytes.size()));
   table = SongTable();
   table.Resize(static_cast<std::int32_t>(by_row.size()));
   for (std::int32_t row = 1; row <= table.rows(); ++row) {

@@ -41,7 +41,7 @@ inline constexpr std::string_view kLibraryFileName = "FileLocNames.lmz";
 // A record whose first text is empty stands for no song: readers skip it.
 
 /// Most bytes of one text of a record.
-inline constexpr std::size_t kMostFieldBytes = 0xFFFF;
+inline constexpr std::size_t kMaxFieldBytes = 0xFFFF;
 
 /// The twelve texts of a record in the file's order, as views of the file's bytes.
 using LibraryRecord = std::array<std::string_view, kSongColumns>;
@@ -81,15 +81,15 @@ class LibraryReader {
 
 /// A number that no record of a file of so many bytes can have: it holds fewer records than this, plus one.
 /// \param bytes of the file
-std::int32_t MostRecords(std::size_t bytes) noexcept;
+std::int32_t MaxRecords(std::size_t bytes) noexcept;
 
 /// The bytes of the library file of a table.
 ///
-/// \throws FileError naming the song when a text is longer than kMostFieldBytes
+/// \throws FileError naming the song when a text is longer than kMaxFieldBytes
 std::string EncodeLibrary(const SongTable& table);
 
 /// Most bytes of a library file, as many as a signed 32-bit number counts. A larger file is none.
-inline constexpr std::uint64_t kMostLibraryBytes = 0x7FFFFFFF;
+inline constexpr std::uint64_t kMaxLibraryBytes = 0x7FFFFFFF;
 
 /// What a library file is worth, without loading it.
 struct LibraryInspection {
@@ -102,7 +102,7 @@ struct LibraryInspection {
   std::uint64_t checksum = 0;  ///< of its bytes, see ChecksumOf; 0 of one that is too large
 };
 
-/// Inspects a library file. One of more than kMostLibraryBytes is not sound.
+/// Inspects a library file. One of more than kMaxLibraryBytes is not sound.
 ///
 /// \throws FileError when it exists but cannot be read
 LibraryInspection InspectLibrary(const std::string& path);

@@ -65,7 +65,7 @@ TEST(LibraryFile, LengthsAreLowByteFirst) {
 
 TEST(LibraryFile, ATextThatIsTooLongIsRefused) {
   SongTable table;
-  AddRow(table, {"", std::string(kMostFieldBytes + 1, 'n')});
+  AddRow(table, {"", std::string(kMaxFieldBytes + 1, 'n')});
   EXPECT_THROW(EncodeLibrary(table), FileError);
 }
 

@@ -7,7 +7,7 @@
 namespace tallow {
 namespace {
 
-constexpr std::int32_t kMost = 100;
+constexpr std::int32_t kMax = 100;
 
 void Add(SongTable& table, const std::string& name, const std::string& number,
          const std::string& there = "1", const std::string& rank = "2") {
@@ -36,7 +36,7 @@ TEST(RecordRepair, ATableWhoseRowsAreRightIsLeftAlone) {
   Add(table, "a", "1");
   Add(table, "0", "2", "0");
   const std::uint64_t version = table.version();
-  EXPECT_FALSE(RepairNumbers(table, kMost));
+  EXPECT_FALSE(RepairNumbers(table, kMax));
   EXPECT_EQ(table.version(), version);
 }
 
@@ -46,7 +46,7 @@ TEST(RecordRepair, EachRowGoesToThePlaceOfItsNumberAndNobodysPlaceIsAMissingSong
   Add(table, "c", "3", "1", "7");
   Add(table, "d", "4");
   table.Facts(2).size = 333;
-  const auto confused = RepairNumbers(table, kMost);
+  const auto confused = RepairNumbers(table, kMax);
   ASSERT_TRUE(confused);
   EXPECT_EQ(Names(table), (Texts{"a", "0", "c", "d"}));
   for (const std::int16_t column : {kFileLocation, kFileName, kFileIsThere})
@@ -72,7 +72,7 @@ TEST(RecordRepair, OfTwoWithOneNumberThePresentOneStaysThenTheFirst) {
   Add(table, "a", "1");
   Add(table, "b", "2");
   Add(table, "c", "2");
-  RepairNumbers(table, kMost);
+  RepairNumbers(table, kMax);
   EXPECT_EQ(Names(table), (Texts{"a", "b", "0", "c"}));
 }
 
@@ -82,7 +82,7 @@ TEST(RecordRepair, ANumberThatTheFileCannotHoldCountsAsNone) {
   Add(table, "b", "101");
   Add(table, "c", "no number");
   Add(table, "d", "-4");
-  RepairNumbers(table, kMost);
+  RepairNumbers(table, kMax);
   EXPECT_EQ(Names(table), (Texts{"0", "a", "b", "c", "d"}));
 }
 
@@ -90,7 +90,7 @@ TEST(RecordRepair, ARowWithoutNameAndNumberIsNoSong) {
   SongTable table;
   Add(table, "a", "1");
   Add(table, "", "");
-  RepairNumbers(table, kMost);
+  RepairNumbers(table, kMax);
   EXPECT_EQ(Names(table), Texts{"a"});
 }
 
@@ -103,13 +103,13 @@ TEST(RecordRepair, KeepsEverySongOfRandomTables) {
       before.push_back("song " + std::to_string(n));
       Add(table, before.back(), std::to_string(random() % 25), "1", std::to_string(random() % 8));
     }
-    RepairNumbers(table, kMost);
+    RepairNumbers(table, kMax);
     std::vector<std::string> after = Names(table);
     std::erase(after, "0");
     std::sort(after.begin(), after.end());
     std::sort(before.begin(), before.end());
     ASSERT_EQ(after, before);
-    EXPECT_FALSE(RepairNumbers(table, kMost));
+    EXPECT_FALSE(RepairNumbers(table, kMax));
   }
 }
 

@@ -5,13 +5,13 @@ namespace tallow {
 namespace {
 
 /// How many places are named; a line has no room for more.
-constexpr std::size_t kMostPlaces = 3;
+constexpr std::size_t kMaxPlaces = 3;
 
 std::string NamesOf(const std::vector<AwayPlace>& places) {
   std::string names;
-  for (std::size_t k = 0; k < places.size() && k < kMostPlaces; ++k)
+  for (std::size_t k = 0; k < places.size() && k < kMaxPlaces; ++k)
     names += (k > 0 ? ", " : "") + places[k].place;
-  return places.size() > kMostPlaces ? names + ", . . ." : names;
+  return places.size() > kMaxPlaces ? names + ", . . ." : names;
 }
 
 }  // namespace

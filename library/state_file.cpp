@@ -13,7 +13,7 @@ void StateFile::Load(const std::string& path, const std::function<void(const std
   is_unreadable_ = true;
   std::string content;
   try {
-    auto read = ReadWholeFile(path, kMostBytes);
+    auto read = ReadWholeFile(path, kMaxBytes);
     is_unreadable_ = false;
     if (!read) return;
     content = *std::move(read);

@@ -15,7 +15,7 @@ namespace tallow {
 class StateFile {
  public:
   /// A file of more bytes is damaged. A million missing songs with long paths have less than half of it.
-  static constexpr std::uint64_t kMostBytes = std::uint64_t{1} << 30U;
+  static constexpr std::uint64_t kMaxBytes = std::uint64_t{1} << 30U;
 
   /// Reads the file; nothing where there is none.
   ///

@@ -8,7 +8,7 @@
 namespace tallow {
 namespace {
 
-constexpr std::size_t kMostLengthBytes = 10;
+constexpr std::size_t kMaxLengthBytes = 10;
 
 std::size_t EncodeLength(std::size_t length, char* bytes) noexcept {
   std::size_t count = 0;
@@ -29,12 +29,12 @@ TextPool::TextPool() : shared_(0, Hash{this}, Equal{this}) {
 
 TextHandle TextPool::Add(std::string_view text) {
   if (text.empty()) return 0;
-  char length[kMostLengthBytes];
+  char length[kMaxLengthBytes];
   const std::size_t length_bytes = EncodeLength(text.size(), length);
   const std::size_t needed = length_bytes + text.size();
   const std::size_t end_of_block = blocks_.size() << kBlockBits;
   if (used_ + needed > end_of_block) {
-    if (end_of_block + needed > kMostBytes) throw std::length_error("The text pool is full.");
+    if (end_of_block + needed > kMaxBytes) throw std::length_error("The text pool is full.");
     used_ = end_of_block;
     blocks_.push_back(std::make_unique_for_overwrite<char[]>(std::max(needed, kBlockSize)));
     // A block of more than the usual size also takes the numbers of the blocks it overlaps.

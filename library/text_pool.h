@@ -22,7 +22,7 @@ using TextHandle = std::uint32_t;
 class TextPool {
  public:
   /// Most bytes that a pool can hold, lengths included.
-  static constexpr std::size_t kMostBytes = std::size_t{1} << 32U;
+  static constexpr std::size_t kMaxBytes = std::size_t{1} << 32U;
 
   TextPool();
 

@@ -24,7 +24,7 @@ void UnreadFolders::Add(UnreadFolder folder) {
     found->second = std::move(folder);
     return;
   }
-  if (folders_.size() >= kMost) return;
+  if (folders_.size() >= kMax) return;
   std::string path = folder.path;
   folders_.emplace(std::move(path), std::move(folder));
   is_dirty_ = true;

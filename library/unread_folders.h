@@ -29,7 +29,7 @@ struct UnreadFolder {
 class UnreadFolders {
  public:
   /// How many are remembered. Somebody who has no permission for more searches a disk that is not his.
-  static constexpr std::size_t kMost = 10'000;
+  static constexpr std::size_t kMax = 10'000;
 
   void Add(UnreadFolder folder);
   /// Whether a folder is remembered with the folders below it.

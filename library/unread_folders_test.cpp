@@ -51,9 +51,9 @@ TEST(UnreadFolders, TheFoldersBelowAreNotForgotten) {
 
 TEST(UnreadFolders, OfTooManyTheFirstAreRemembered) {
   UnreadFolders folders;
-  for (std::size_t k = 0; k <= UnreadFolders::kMost; ++k)
+  for (std::size_t k = 0; k <= UnreadFolders::kMax; ++k)
     folders.Add({"/m/" + std::to_string(k) + "/", true, "Permission denied"});
-  EXPECT_EQ(folders.size(), UnreadFolders::kMost);
+  EXPECT_EQ(folders.size(), UnreadFolders::kMax);
 }
 
 TEST(UnreadFolders, WhatIsNoSuchFileIsRefused) {

@@ -26,9 +26,9 @@ using Clock = std::chrono::steady_clock;
 
 /// How long to wait for an answer: of a player that was just started, of one that ran already, and of
 /// one that is asked how long a track is, which may take itself two seconds to find out.
-constexpr std::chrono::seconds kFirstPatience{10};
-constexpr std::chrono::seconds kPatience{2};
-constexpr std::chrono::seconds kLengthPatience{4};
+constexpr std::chrono::seconds kFirstTimeout{10};
+constexpr std::chrono::seconds kTimeout{2};
+constexpr std::chrono::seconds kLengthTimeout{4};
 
 /// Whether a message only asks.
 bool IsQuestion(const PlayerRequestHead& head) noexcept {
@@ -61,8 +61,7 @@ class PlayerConnection {
     TakeLateAnswers();
     const bool late = owed_ > 0;
     if (dead_ || (late && IsQuestion(head))) return 0;
-    const Clock::time_point deadline =
-        Clock::now() + (late ? Clock::duration() : PatienceFor(head));
+    const Clock::time_point deadline = Clock::now() + (late ? Clock::duration() : TimeoutFor(head));
     std::string request(reinterpret_cast<const char*>(&head), sizeof head);
     request += payload;
     if (!Write(request, deadline)) {
@@ -79,11 +78,11 @@ class PlayerConnection {
   }
 
  private:
-  Clock::duration PatienceFor(const PlayerRequestHead& head) const noexcept {
-    if (starting_) return kFirstPatience;
+  Clock::duration TimeoutFor(const PlayerRequestHead& head) const noexcept {
+    if (starting_) return kFirstTimeout;
     return head.message == kWmUser && head.lParam == kTrackTime && head.wParam == kAskLength
-               ? kLengthPatience
-               : kPatience;
+               ? kLengthTimeout
+               : kTimeout;
   }
 
   bool WaitFor(short events, Clock::time_point deadline) const noexcept {
@@ -158,7 +157,7 @@ SocketFile SocketFileOf(const std::string& path) noexcept {
 
 /// Connects, and tries again for a while where more wait for the player than its socket allows.
 int ConnectPatiently(const std::string& path) {
-  const Clock::time_point deadline = Clock::now() + kPatience;
+  const Clock::time_point deadline = Clock::now() + kTimeout;
   for (;;) {
     const int descriptor = ConnectToPlayer(path);
     if (descriptor >= 0 || errno != EAGAIN || Clock::now() >= deadline) return descriptor;
@@ -212,7 +211,7 @@ class SocketLink : public PlayerLink {
 
   bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
     // The player would take more for an attack. No path is that long, so there is no such file.
-    if (data.size() > kMostPayload) return true;
+    if (data.size() > kMaxPayload) return true;
     const PlayerRequestHead head{kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code};
     PlayerAnswer answer = Exchange(player, head, data);
     // The player may have closed the connection just then for the sake of others.

@@ -50,8 +50,8 @@ enum TrackTime : std::int32_t {
 /// The code of kWmCopyData that adds a file to the list. Its data is the path, ended by a NUL.
 inline constexpr std::uint32_t kAddFile = 100;
 
-inline constexpr std::int32_t kMostVolume = 255;
-inline constexpr std::int32_t kMostBalance = 127;
+inline constexpr std::int32_t kMaxVolume = 255;
+inline constexpr std::int32_t kMaxBalance = 127;
 /// What is added to a balance left of the middle.
 inline constexpr std::int32_t kLeftBalance = 255;
 

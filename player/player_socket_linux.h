@@ -41,11 +41,11 @@ static_assert(sizeof(PlayerRequestHead) == 24);
 
 using PlayerAnswer = std::int64_t;
 
-inline constexpr std::size_t kMostPayload = std::size_t{64} * 1024;
+inline constexpr std::size_t kMaxPayload = std::size_t{64} * 1024;
 
 /// What the player's list may take up, in bytes: its paths, and what each entry costs besides. A million songs with
 /// paths of 200 bytes fit in. Without a bound, 5,000 paths of 64 KiB would cost 320 MB, and there could be more.
-inline constexpr std::size_t kMostListBytes = std::size_t{256} << 20;
+inline constexpr std::size_t kMaxListBytes = std::size_t{256} << 20;
 
 /// The answer to a file that has no room in the list. What there is of other players answers 0 always.
 inline constexpr PlayerAnswer kListIsFull = 1;

@@ -44,7 +44,7 @@ struct FileAnswer {
 };
 
 /// How many songs that cannot be read are named.
-constexpr std::size_t kMostNamed = 5;
+constexpr std::size_t kMaxNamed = 5;
 
 /// Looks whether the files of songs are there, and keeps what else is the matter with them.
 class FileChecks {
@@ -59,7 +59,7 @@ class FileChecks {
     const std::optional<FileProblem>& problem = answer.problem;
     if (!problem) return true;
     if (problem->absent) return false;
-    if (count_++ < kMostNamed) problems_.emplace_back(path, *problem);
+    if (count_++ < kMaxNamed) problems_.emplace_back(path, *problem);
     return true;
   }
 
@@ -76,7 +76,7 @@ class FileChecks {
       text = std::to_string(count_) + " songs cannot be read:\n";
       for (const auto& [path, problem] : problems_)
         text += "\n" + path + ": " + problem.text + " (" + std::to_string(problem.number) + ")";
-      if (count_ > kMostNamed) text += "\nand " + std::to_string(count_ - kMostNamed) + " more";
+      if (count_ > kMaxNamed) text += "\nand " + std::to_string(count_ - kMaxNamed) + " more";
     }
     show({.text = std::move(text), .title = "Error"});
   }

@@ -61,7 +61,7 @@ TEST_F(Playfile, AListWithoutRoomForAllPlaysWhatItHasAndSaysSo) {
   Song("c.mp3");
   Song("d.mp3");
   Song("e.mp3");
-  link.most_files = 2;
+  link.max_files = 2;
   Play({1, 2, 3, 4, 5});
   // The first one that does not fit ends the list, so none is left out in between.
   EXPECT_EQ(link.files, 3U);
@@ -74,7 +74,7 @@ TEST_F(Playfile, AListWithoutRoomForAllPlaysWhatItHasAndSaysSo) {
 TEST_F(Playfile, AListWithoutAnyRoomPlaysNothingAndSaysSo) {
   Song("a.mp3");
   Song("b.mp3");
-  link.most_files = 0;
+  link.max_files = 0;
   Play({1, 2});
   EXPECT_EQ(link.files, 1U);
   EXPECT_EQ(messages.Take(),

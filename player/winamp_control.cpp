@@ -89,12 +89,12 @@ void WinAMP_Control::SetTrackPosition(std::int32_t seconds) {
 
 void WinAMP_Control::SetVolume(std::int32_t volume) {
   if (!HasWindow()) return;
-  if (volume >= 0 && volume <= kMostVolume) Ask(volume, kSetVolume);
+  if (volume >= 0 && volume <= kMaxVolume) Ask(volume, kSetVolume);
 }
 
 void WinAMP_Control::SetBalance(std::int32_t balance) {
   if (!HasWindow()) return;
-  if (balance < -kMostBalance || balance > kMostBalance) return;
+  if (balance < -kMaxBalance || balance > kMaxBalance) return;
   Ask(balance < 0 ? balance + kLeftBalance : balance, kSetBalance);
 }
 

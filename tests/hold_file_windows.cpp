@@ -9,9 +9,9 @@ int wmain(int argc, wchar_t** argv) {
   const HANDLE file =
       CreateFileW(argv[1], GENERIC_READ, 0, nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return 1;
-  constexpr int kMostTimes = 600;
+  constexpr int kMaxTimes = 600;
   constexpr DWORD kPause = 100;  // ms
-  for (int k = 0; k < kMostTimes && GetFileAttributesW(argv[2]) == INVALID_FILE_ATTRIBUTES; ++k)
+  for (int k = 0; k < kMaxTimes && GetFileAttributesW(argv[2]) == INVALID_FILE_ATTRIBUTES; ++k)
     Sleep(kPause);
   CloseHandle(file);
   return 0;

@@ -35,7 +35,7 @@ class RecordedLink : public PlayerLink {
                   std::string(data.substr(0, data.size() - 1)) +
                   (data.back() == '\0' ? "\\0" : "?"));
     handles.push_back(player);
-    return files++ < most_files;
+    return files++ < max_files;
   }
   bool IsThere(PlayerHandle /*player*/) override { return files < ends_at; }
   std::string TextOfPath(const std::string& path) const override { return path; }
@@ -45,9 +45,9 @@ class RecordedLink : public PlayerLink {
 
   PlayerHandle found = 7;
   bool starts = true;
-  std::size_t files = 0;                          ///< that were added
-  std::size_t most_files = std::size_t{1} << 30;  ///< that it takes
-  std::size_t ends_at = std::size_t{1} << 30;     ///< the file with which it ends, from 1
+  std::size_t files = 0;                         ///< that were added
+  std::size_t max_files = std::size_t{1} << 30;  ///< that it takes
+  std::size_t ends_at = std::size_t{1} << 30;    ///< the file with which it ends, from 1
   std::map<std::string, std::int64_t> answers;
   std::vector<std::string> log;
   std::vector<PlayerHandle> handles;

@@ -27,7 +27,7 @@ class RecordedProgress : public SearchProgress {
     if (on_song) on_song();
   }
   void VisitFolder(std::string_view /*folder*/) override {
-    if (on_live) on_live();
+    if (on_events) on_events();
   }
 
   bool loaded = true;
@@ -38,7 +38,7 @@ class RecordedProgress : public SearchProgress {
   int song_yields = 0;
   std::function<void()> on_yield;
   std::function<void()> on_song;
-  std::function<void()> on_live;
+  std::function<void()> on_events;
 };
 
 /// Drives of any kind, each a folder. What is mounted where can be said.

@@ -9,7 +9,7 @@ namespace tallow {
 namespace {
 
 /// A larger file is given the other name, and is not copied into memory for it.
-constexpr std::uint64_t kMostCopied = std::uint64_t{1} << 30U;
+constexpr std::uint64_t kMaxCopied = std::uint64_t{1} << 30U;
 
 }  // namespace
 
@@ -33,7 +33,7 @@ void KeepReplaced(const std::string& path, std::string_view suffix) {
 void KeepReplacedAs(const std::string& path, const std::string& other) {
   if (LinkBackup(path, other)) return;
   try {
-    if (const auto content = ReadWholeFile(path, kMostCopied)) WriteFileAtomically(other, *content);
+    if (const auto content = ReadWholeFile(path, kMaxCopied)) WriteFileAtomically(other, *content);
   } catch (const FileTooLargeError&) {
     MoveFileTo(path, other);
   }

@@ -23,10 +23,10 @@ constexpr DWORD kPause = 10;
 
 /// Writes and flushes everything; returns the error number of what failed, or ERROR_SUCCESS.
 DWORD WriteAll(HANDLE file, std::string_view content) {
-  constexpr std::size_t kMostAtOnce = std::size_t{1} << 30U;
+  constexpr std::size_t kMaxAtOnce = std::size_t{1} << 30U;
   while (!content.empty()) {
     DWORD written = 0;
-    if (!WriteFile(file, content.data(), static_cast<DWORD>(std::min(content.size(), kMostAtOnce)),
+    if (!WriteFile(file, content.data(), static_cast<DWORD>(std::min(content.size(), kMaxAtOnce)),
                    &written, nullptr))
       return GetLastError();
     content.remove_prefix(written);

@@ -10,11 +10,11 @@ namespace tallow {
 /// A value as a message shows it: in single quotes, what cannot be printed as a question mark, and no
 /// longer than a line.
 inline std::string Quoted(std::string_view value) {
-  constexpr std::size_t kMostShown = 60;
-  std::string shown(value.substr(0, kMostShown));
+  constexpr std::size_t kMaxShown = 60;
+  std::string shown(value.substr(0, kMaxShown));
   for (char& c : shown)
     if (static_cast<unsigned char>(c) < ' ' || c == '\x7F') c = '?';
-  return "'" + shown + (value.size() > kMostShown ? " . . .'" : "'");
+  return "'" + shown + (value.size() > kMaxShown ? " . . .'" : "'");
 }
 
 /// A text that had to be a number (or a boolean) is none.

@@ -19,7 +19,7 @@ MadeFile MakeExclusiveFile(const std::string& path, std::string_view content);
 
 /// The content of a regular file of at most so many bytes. Does not wait, and follows no link.
 /// \returns no value when it is something else, or cannot be read
-std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t most_bytes);
+std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t max_bytes);
 
 /// Whether there is anything of that name, be it a link that leads nowhere.
 bool NameIsTaken(const std::string& path);

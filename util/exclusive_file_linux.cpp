@@ -40,12 +40,12 @@ MadeFile MakeExclusiveFile(const std::string& path, std::string_view content) {
   return MadeFile::kImpossible;
 }
 
-std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t most_bytes) {
+std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t max_bytes) {
   const OpenFile file(Open(path, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY));
   struct stat status {};
   if (!file || fstat(file.descriptor(), &status) != 0 || !S_ISREG(status.st_mode))
     return std::nullopt;
-  std::string content(most_bytes + 1, '\0');
+  std::string content(max_bytes + 1, '\0');
   std::size_t filled = 0;
   while (filled < content.size()) {
     const ssize_t got = read(file.descriptor(), content.data() + filled, content.size() - filled);
@@ -54,7 +54,7 @@ std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t mo
     if (got == 0) break;
     filled += static_cast<std::size_t>(got);
   }
-  if (filled > most_bytes) return std::nullopt;
+  if (filled > max_bytes) return std::nullopt;
   content.resize(filled);
   return content;
 }

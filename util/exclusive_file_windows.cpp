@@ -61,15 +61,15 @@ MadeFile MakeExclusiveFile(const std::string& path, std::string_view content) {
   return MadeFile::kImpossible;
 }
 
-std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t most_bytes) {
+std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t max_bytes) {
   const std::wstring wide = ToWidePath(path);
   const OpenHandle file(OpenOnceFree([&] { return OpenForReading(wide); },
                                      [](DWORD error) { return error == ERROR_SHARING_VIOLATION; }));
   if (!file || GetFileType(file.get()) != FILE_TYPE_DISK) return std::nullopt;
-  std::string content(most_bytes + 1, '\0');
+  std::string content(max_bytes + 1, '\0');
   DWORD got = 0;
   if (!ReadFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &got, nullptr) ||
-      got > most_bytes)
+      got > max_bytes)
     return std::nullopt;
   content.resize(got);
   return content;

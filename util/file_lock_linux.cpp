@@ -18,8 +18,8 @@ FileLock::~FileLock() = default;
 
 FileLock::Answer FileLock::Take(const std::string& path) {
   // One that is taken away between the two calls is made again.
-  constexpr int kMostTries = 10;
-  for (int tried = 0; tried < kMostTries; ++tried) {
+  constexpr int kMaxTries = 10;
+  for (int tried = 0; tried < kMaxTries; ++tried) {
     // What is no file is not waited for.
     auto file = std::make_unique<File>(Retry([&] {
       return open(path.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC,

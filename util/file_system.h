@@ -143,12 +143,12 @@ bool RemoveFile(const std::string& path) noexcept;
 
 /// The content of a file; no value when there is none at that path. A pipe or device is never waited for.
 ///
-/// \param most_bytes a file that has more is not read
+/// \param max_bytes a file that has more is not read
 /// \throws FileError when it exists but cannot be read, and of a link that leads to nothing: what it led to
 ///         may come back
 /// \throws FileTooLargeError
 std::optional<std::string> ReadWholeFile(const std::string& path,
-                                         std::uint64_t most_bytes = kNoLimit);
+                                         std::uint64_t max_bytes = kNoLimit);
 
 /// The absolute path that a path has now. On Linux links are followed; on Windows they stay, because a
 /// drive letter may be one.

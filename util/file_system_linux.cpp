@@ -275,7 +275,7 @@ bool RemoveFile(const std::string& path) noexcept {
   return Retry([&] { return unlink(path.c_str()); }) == 0 || errno == ENOENT || errno == ENOTDIR;
 }
 
-std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t most_bytes) {
+std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t max_bytes) {
   const OpenFile file(
       Retry([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
   if (!file) {
@@ -288,8 +288,8 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t 
   if (Retry([&] { return fstat(file.descriptor(), &status); }) != 0)
     throw FileError(path, std::strerror(errno));
   if (!S_ISREG(status.st_mode)) throw FileError(path, "is not a regular file");
-  if (static_cast<std::uint64_t>(status.st_size) > most_bytes)
-    throw FileTooLargeError(path, "has more than " + std::to_string(most_bytes) + " bytes");
+  if (static_cast<std::uint64_t>(status.st_size) > max_bytes)
+    throw FileTooLargeError(path, "has more than " + std::to_string(max_bytes) + " bytes");
   std::string content(static_cast<std::size_t>(status.st_size), '\0');
   std::size_t filled = 0;
   for (;;) {
@@ -313,13 +313,13 @@ std::string AbsolutePath(const std::string& path) {
   const Text real(realpath(path.c_str(), nullptr), &std::free);
   if (real) return real.get();
   // A link may lead to something that is not there today.
-  constexpr int kMostLinks = 40;
+  constexpr int kMaxLinks = 40;
   static thread_local int links = 0;
   const std::string link =
       path.size() > 1 && path.back() == '/' ? path.substr(0, path.size() - 1) : path;
   std::error_code error;
   const std::string target = std::filesystem::read_symlink(link, error).string();
-  if (!error && links < kMostLinks) {
+  if (!error && links < kMaxLinks) {
     ++links;
     const std::string resolved =
         AbsolutePath(target.starts_with('/') ? target : std::string(FolderOfPath(link)) + target);

@@ -236,7 +236,7 @@ bool RemoveFile(const std::string& path) noexcept {
   return DeleteFileW(ToWidePath(path).c_str()) || IsMissing(GetLastError());
 }
 
-std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t most_bytes) {
+std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t max_bytes) {
   const OpenHandle file(OpenForReading(ToWidePath(path)));
   if (!file) {
     const DWORD error = GetLastError();
@@ -247,16 +247,15 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t 
   if (GetFileType(file.get()) != FILE_TYPE_DISK) throw FileError(path, "is not a regular file");
   LARGE_INTEGER size{};
   if (!GetFileSizeEx(file.get(), &size)) throw FileError(path, SystemErrorText(GetLastError()));
-  if (static_cast<std::uint64_t>(size.QuadPart) > most_bytes)
-    throw FileTooLargeError(path, "has more than " + std::to_string(most_bytes) + " bytes");
+  if (static_cast<std::uint64_t>(size.QuadPart) > max_bytes)
+    throw FileTooLargeError(path, "has more than " + std::to_string(max_bytes) + " bytes");
   std::string content(static_cast<std::size_t>(size.QuadPart), '\0');
   std::size_t filled = 0;
   while (filled < content.size()) {
-    constexpr std::size_t kMostAtOnce = std::numeric_limits<std::int32_t>::max();
+    constexpr std::size_t kMaxAtOnce = std::numeric_limits<std::int32_t>::max();
     DWORD got = 0;
     if (!ReadFile(file.get(), content.data() + filled,
-                  static_cast<DWORD>(std::min(content.size() - filled, kMostAtOnce)), &got,
-                  nullptr))
+                  static_cast<DWORD>(std::min(content.size() - filled, kMaxAtOnce)), &got, nullptr))
       throw FileError(path, SystemErrorText(GetLastError()));
     if (got == 0) break;
     filled += got;

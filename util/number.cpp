@@ -9,9 +9,9 @@
 namespace tallow {
 namespace {
 
-constexpr std::int64_t kMost = std::numeric_limits<std::int32_t>::max();
+constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
 /// Where the magnitude stops growing: past it the number does not fit whatever follows.
-constexpr std::int64_t kTooLarge = kMost + 2;
+constexpr std::int64_t kTooLarge = kMax + 2;
 
 bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
@@ -61,7 +61,7 @@ Reading Read(std::string_view text, std::int32_t& result) noexcept {
     if (RoundsUp(fraction, magnitude)) ++magnitude;
   }
   if (!any_digit || !text.empty()) return Reading::kMismatch;
-  if (magnitude > kMost + (sign.negative ? 1 : 0)) return Reading::kOverflow;
+  if (magnitude > kMax + (sign.negative ? 1 : 0)) return Reading::kOverflow;
   result = static_cast<std::int32_t>(sign.negative ? -magnitude : magnitude);
   return Reading::kNumber;
 }
@@ -102,7 +102,7 @@ std::int32_t NumericValue(std::string_view text) noexcept {
   while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
   const Sign sign = TakeSign(text);
   std::int64_t magnitude = TakeDigits(text);
-  if (magnitude > kMost + (sign.negative ? 1 : 0)) magnitude = kMost + (sign.negative ? 1 : 0);
+  if (magnitude > kMax + (sign.negative ? 1 : 0)) magnitude = kMax + (sign.negative ? 1 : 0);
   return static_cast<std::int32_t>(sign.negative ? -magnitude : magnitude);
 }
 

@@ -14,15 +14,15 @@ namespace {
 constexpr std::string_view kFirstLine = "Tallow 1";
 
 /// More than the longest names need.
-constexpr std::size_t kMostBytes = 4096;
+constexpr std::size_t kMaxBytes = 4096;
 
 /// How often to look again at a file that was gone by the time it was looked at, or that somebody is just
 /// writing, and how long to wait between two looks.
-constexpr int kMostTries = 10;
+constexpr int kMaxTries = 10;
 constexpr std::chrono::milliseconds kPause{10};
 
 /// How many claims may lie on claims; each is left by a process that was killed while it replaced a file.
-constexpr int kMostClaims = 4;
+constexpr int kMaxClaims = 4;
 
 /// A line's value may hold anything but a line break.
 std::string Line(std::string_view name, std::string_view value) {
@@ -81,12 +81,12 @@ std::optional<ProcessName> OwnerOf(std::string_view content) {
 }
 
 std::optional<ProcessName> ReadOwner(const std::string& path) {
-  const std::optional<std::string> content = ReadSmallFile(path, kMostBytes);
+  const std::optional<std::string> content = ReadSmallFile(path, kMaxBytes);
   return content ? OwnerOf(*content) : std::nullopt;
 }
 
 OwnerFile::~OwnerFile() {
-  if (path_.empty() || ReadSmallFile(path_, kMostBytes) != content_) return;
+  if (path_.empty() || ReadSmallFile(path_, kMaxBytes) != content_) return;
   RemoveFile(path_);
 }
 
@@ -99,14 +99,14 @@ OwnerFile::Answer OwnerFile::Take(const std::string& path, Unknown unknown) {
 }
 
 OwnerFile::Answer OwnerFile::TakeAt(const std::string& path, int claims) {
-  for (int tried = 0; tried < kMostTries; ++tried) {
+  for (int tried = 0; tried < kMaxTries; ++tried) {
     const MadeFile made = MakeExclusiveFile(path, content_);
     if (made == MadeFile::kMade) return Answer::kHeld;
     if (made == MadeFile::kImpossible) return Answer::kImpossible;
-    const std::optional<std::string> seen = ReadSmallFile(path, kMostBytes);
+    const std::optional<std::string> seen = ReadSmallFile(path, kMaxBytes);
     // Its process has ended in between.
     if (!seen && !NameIsTaken(path)) continue;
-    if (seen && !OwnerOf(*seen) && tried + 1 < kMostTries) {
+    if (seen && !OwnerOf(*seen) && tried + 1 < kMaxTries) {
       std::this_thread::sleep_for(kPause);
       continue;
     }
@@ -120,7 +120,7 @@ OwnerFile::Answer OwnerFile::TakeAt(const std::string& path, int claims) {
 OwnerFile::Answer OwnerFile::Replace(const std::string& path,
                                      const std::optional<std::string>& seen, ProcessState state,
                                      int claims) {
-  if (claims == kMostClaims) return Answer::kUnknown;
+  if (claims == kMaxClaims) return Answer::kUnknown;
   const std::string claim = path + ".claim";
   // Where no claim can be made, no other file could be either.
   const Answer claimed = TakeAt(claim, claims + 1);
@@ -128,7 +128,7 @@ OwnerFile::Answer OwnerFile::Replace(const std::string& path,
   Answer answer = Answer::kInUse;
   if (state == ProcessState::kUnknown && unknown_ == Unknown::kStays) {
     answer = Answer::kUnknown;
-  } else if (ReadSmallFile(path, kMostBytes) == seen) {
+  } else if (ReadSmallFile(path, kMaxBytes) == seen) {
     const std::string beside = path + ".new";
     RemoveFile(beside);
     const bool replaced =

@@ -17,17 +17,17 @@
 #include <utility>
 #include <vector>
 
-#include "util/patience.h"
 #include "util/threads.h"
+#include "util/wait_decision.h"
 
 namespace tallow {
 
 /// Most threads that ReadAhead starts, and the fewest: reading waits even on a machine of one core.
-inline constexpr unsigned kMostReaders = 8;
-inline constexpr unsigned kFewestReaders = 2;
+inline constexpr unsigned kMaxReaders = 8;
+inline constexpr unsigned kMinReaders = 2;
 
 /// How long a thread that has windows waits before it lets them live.
-inline constexpr std::chrono::milliseconds kLiveEvery{40};
+inline constexpr std::chrono::milliseconds kEventInterval{40};
 
 /// How long the end of ReadAhead waits for threads that are still being answered before it leaves them. The
 /// windows stand still meanwhile.
@@ -161,7 +161,7 @@ void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& 
     return;
   }
   const std::size_t threads = std::min<std::size_t>(
-      std::clamp(std::thread::hardware_concurrency(), kFewestReaders, kMostReaders), runs);
+      std::clamp(std::thread::hardware_concurrency(), kMinReaders, kMaxReaders), runs);
   const std::size_t ahead = threads * 4;
   const auto shared = std::make_shared<Shared>(answer, ahead);
   std::size_t started = 0;
@@ -209,16 +209,16 @@ void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& 
         shared->changed_.wait(lock, [&] { return slot.IsDone(); });
         break;
       }
-      if (shared->changed_.wait_for(lock, kLiveEvery, [&] { return slot.IsDone(); })) break;
+      if (shared->changed_.wait_for(lock, kEventInterval, [&] { return slot.IsDone(); })) break;
       if (slot.answers.size() > used) break;
       const std::size_t done = slot.answers.size();
       const auto waited = slot.is_put ? std::chrono::duration_cast<std::chrono::milliseconds>(
                                             Shared::Clock::now() - slot.put_at)
                                       : std::chrono::milliseconds(0);
       lock.unlock();
-      const Patience patience = waiting(number * run + done, waited);
+      const WaitDecision decision = waiting(number * run + done, waited);
       lock.lock();
-      if (patience == Patience::kWait || !slot.is_put || slot.answers.size() != done) continue;
+      if (decision == WaitDecision::kWait || !slot.is_put || slot.answers.size() != done) continue;
       // The thread is left alone, another one takes its place.
       ++slot.thread;
       slot.is_put = false;

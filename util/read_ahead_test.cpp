@@ -58,7 +58,7 @@ TEST(ReadAhead, AThreadThatWaitsLives) {
         [&](std::size_t i, Milliseconds) {
           EXPECT_EQ(i, lived < 2 ? 0U : i);
           ++lived;
-          return Patience::kWait;
+          return WaitDecision::kWait;
         },
         Number);
     EXPECT_EQ(consumed, count);
@@ -75,7 +75,7 @@ TEST(ReadAhead, WhoWaitsMayEndTheWork) {
                      return i;
                    },
                    [](std::size_t, std::size_t) {},
-                   [&](std::size_t, Milliseconds) -> Patience {
+                   [&](std::size_t, Milliseconds) -> WaitDecision {
                      ended = true;
                      throw std::runtime_error("cancelled");
                    },
@@ -150,7 +150,9 @@ TEST(ReadAhead, AnAnswerThatNeverComesIsGivenUpAndTheOthersAreThere) {
         return i;
       },
       [&](std::size_t, std::size_t value) { consumed.push_back(value); },
-      [](std::size_t i, Milliseconds) { return i % 50 == 1 ? Patience::kGiveUp : Patience::kWait; },
+      [](std::size_t i, Milliseconds) {
+        return i % 50 == 1 ? WaitDecision::kGiveUp : WaitDecision::kWait;
+      },
       [](std::size_t i) { return i + 1000; });
   ASSERT_EQ(consumed.size(), 200U);
   for (std::size_t i = 0; i < 200; ++i) EXPECT_EQ(consumed[i], i % 50 == 1 ? i + 1000 : i);
@@ -167,7 +169,7 @@ TEST(ReadAhead, AnEndDoesNotWaitForAnswersThatNeverCome) {
             return i;
           },
           [](std::size_t, std::size_t) {},
-          [](std::size_t, Milliseconds) -> Patience { throw std::runtime_error("cancelled"); },
+          [](std::size_t, Milliseconds) -> WaitDecision { throw std::runtime_error("cancelled"); },
           Number),
       std::runtime_error);
   disk->ComeBack();
@@ -187,7 +189,7 @@ TEST(ReadAhead, WhoWaitsIsToldForHowLong) {
       [&](std::size_t, Milliseconds waited) {
         EXPECT_GE(waited, before);
         before = waited;
-        return ++calls == 3 ? Patience::kGiveUp : Patience::kWait;
+        return ++calls == 3 ? WaitDecision::kGiveUp : WaitDecision::kWait;
       },
       Number);
   EXPECT_EQ(calls, 3);

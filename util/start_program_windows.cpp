@@ -16,9 +16,9 @@ constexpr DWORD kElevationRequired = 740;
 
 bool StartFromShell(const std::string& path, int show) {
   // The call says success with a number above this one.
-  constexpr INT_PTR kMostErrors = 32;
+  constexpr INT_PTR kMaxErrors = 32;
   return reinterpret_cast<INT_PTR>(ShellExecuteW(nullptr, nullptr, ToWide(path).c_str(), nullptr,
-                                                 nullptr, show)) > kMostErrors;
+                                                 nullptr, show)) > kMaxErrors;
 }
 
 }  // namespace

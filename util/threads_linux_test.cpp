@@ -60,7 +60,7 @@ TEST_F(WithoutThreads, ReadingAheadAnswersOnTheCallersThread) {
           EXPECT_EQ(i, next++);
           EXPECT_EQ(value, i);
         },
-        [](std::size_t, std::chrono::milliseconds) { return Patience::kWait; },
+        [](std::size_t, std::chrono::milliseconds) { return WaitDecision::kWait; },
         [](std::size_t i) { return i; });
     EXPECT_EQ(next, count);
   }

@@ -49,11 +49,11 @@ bool IsRemovable(std::string folder, int depth) {
 }
 
 bool IsRemovable(dev_t device) {
-  constexpr int kMostLayers = 4;
+  constexpr int kMaxLayers = 4;
   const std::string link =
       "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device));
   const std::string folder = AbsolutePath(link);
-  return folder != link && IsRemovable(folder, kMostLayers);
+  return folder != link && IsRemovable(folder, kMaxLayers);
 }
 
 BlockDevice DeviceOf(const Mount& mount) {

@@ -60,17 +60,17 @@ bool FileSearch::TakeCancel() {
 }
 
 template <typename Answer>
-std::optional<Answer> FileSearch::AskWhileLiving(std::function<Answer()> ask,
-                                                 const std::string& place) {
+std::optional<Answer> FileSearch::AskInBackground(std::function<Answer()> ask,
+                                                  const std::string& place) {
   using Reply = std::optional<Answer>;
   Reply result;
   const auto waiting = [this, &place](std::size_t, std::chrono::milliseconds waited) {
     progress_->VisitFolder({});
     was_stopped_ = tallow_.SearchCancelled || tallow_.is_ending;
     if (was_stopped_) throw Stopped();
-    if (place.empty() || waited < kSlowAfter) return Patience::kWait;
+    if (place.empty() || waited < kSlowAfter) return WaitDecision::kWait;
     if (IsSplashLoaded()) Report(WaitingLine(place));
-    return waited < kMaxWait ? Patience::kWait : Patience::kGiveUp;
+    return waited < kMaxWait ? WaitDecision::kWait : WaitDecision::kGiveUp;
   };
   try {
     ReadAhead(
@@ -118,7 +118,7 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
   // A linked folder may hold further links, which join the end of the list.
   for (std::size_t k = 0; k < linked_.size(); ++k) {
     // It may lead to a share that does not answer.
-    const auto target = AskWhileLiving<LinkTarget>(
+    const auto target = AskInBackground<LinkTarget>(
         [link = linked_[k]]() -> LinkTarget {
           const auto identity = IdentityOfFolder(link);
           return {identity, identity ? RealPathOfFolder(link) : std::string()};
@@ -151,7 +151,7 @@ bool FileSearch::IsSearchedAndAnswers(const std::string& root, bool for_songs) {
   // Shares are not searched, and may not answer.
   if (!IsSearched(DescribeDriveType(drives_.ListedTypeOf(root), root))) return false;
   const bool answers =
-      AskWhileLiving<bool>([root] { return FolderExists(root), true; }, root).has_value();
+      AskInBackground<bool>([root] { return FolderExists(root), true; }, root).has_value();
   if (!answers && !was_stopped_ && for_songs) RememberSilent(root);
   return answers && IsSearched(DescribeDriveType(drives_.TypeOf(root), root));
 }
@@ -218,15 +218,15 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   };
   std::vector<Level> levels;
   was_stopped_ = false;
-  std::function<bool()> live;
+  std::function<bool()> go_on;
   if (IsSplashLoaded())
-    live = [this] {
+    go_on = [this] {
       progress_->VisitFolder({});
       was_stopped_ = tallow_.SearchCancelled || tallow_.is_ending;
       return !was_stopped_;
     };
   const auto enter = [&](std::shared_ptr<TreeFolder> folder) {
-    if (!reader.Take(folder, live)) return;
+    if (!reader.Take(folder, go_on)) return;
     if (request.AddToLibrary && !HoldsNoSongs(folder->path)) RememberIfUnread(request, *folder);
     if (!Visit(*folder)) return;
     reader.Enter(*folder);
@@ -300,7 +300,7 @@ bool FileSearch::SearchDrivesForWinamp() {
     const std::string root = NextDriveFromList(list);
     if (progress_ != nullptr) Report("Looking for WinAmp in " + root);
     if (IsSearchedAndAnswers(root, false)) {
-      found = FindWinampWhileLiving(root);
+      found = FindWinampInBackground(root);
       if (!found.empty()) break;
     }
     if (was_stopped_) return EndStopped();
@@ -310,10 +310,10 @@ bool FileSearch::SearchDrivesForWinamp() {
   return true;
 }
 
-std::string FileSearch::FindWinampWhileLiving(const std::string& root) {
+std::string FileSearch::FindWinampInBackground(const std::string& root) {
   // A disk takes minutes.
   const auto go_on = std::make_shared<std::atomic<bool>>(true);
-  const auto found = AskWhileLiving<std::string>([go_on, root, drives = &drives_] {
+  const auto found = AskInBackground<std::string>([go_on, root, drives = &drives_] {
     return FindWinampUnder(root, *drives, [&go_on] { return go_on->load(); });
   });
   *go_on = false;

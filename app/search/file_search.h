@@ -95,7 +95,7 @@ class FileSearch {
   /// \param place is given up after a while if it does not answer; empty where the work may take long
   /// \returns no value when the place was given up, or when the search is to end first (was_stopped_)
   template <typename Answer>
-  std::optional<Answer> AskWhileLiving(std::function<Answer()> ask, const std::string& place = {});
+  std::optional<Answer> AskInBackground(std::function<Answer()> ask, const std::string& place = {});
   bool IsSearchedAndAnswers(const std::string& root, bool for_songs);
   /// The next start looks again at a drive or link that was given up.
   void RememberSilent(const std::string& place);
@@ -105,7 +105,7 @@ class FileSearch {
   bool Visit(const TreeFolder& folder);
   void RememberIfUnread(const FileSearchRequest& request, const TreeFolder& folder);
   bool WalkLinkedFolders(FileSearchRequest& request);
-  std::string FindWinampWhileLiving(const std::string& root);
+  std::string FindWinampInBackground(const std::string& root);
   void StorePlayer(const std::string& path);
 
   Tallow& tallow_;

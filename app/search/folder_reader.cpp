@@ -60,17 +60,17 @@ class FolderReader::Shared {
     std::unique_lock lock(mutex_);
     for (;;) {
       work_.wait(lock,
-                 [this] { return stop_ || wanted_ || (!waiting_.empty() && ahead_ < kMostAhead); });
+                 [this] { return stop_ || wanted_ || (!waiting_.empty() && ahead_ < kMaxAhead); });
       if (stop_) return;
       if (const FolderPointer folder = NextWaiting()) ReadAheadOne(*folder, lock);
     }
   }
 
   bool Take(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
-            const std::function<bool()>& live) {
+            const std::function<bool()>& process_events) {
     std::unique_lock lock(mutex_);
-    if (live) {
-      if (!WaitFor(self, folder, live, lock)) return false;
+    if (process_events) {
+      if (!WaitFor(self, folder, process_events, lock)) return false;
     } else {
       if (folder->state_ == TreeFolder::State::kWaiting) ReadOne(*folder, lock);
       // Where another thread has it, there is other work to do until that one is done.
@@ -80,7 +80,7 @@ class FolderReader::Shared {
         else
           done_.wait(lock, [&] { return folder->state_ == TreeFolder::State::kDone; });
     }
-    if (std::exchange(folder->is_ahead_, false) && ahead_-- == kMostAhead) work_.notify_all();
+    if (std::exchange(folder->is_ahead_, false) && ahead_-- == kMaxAhead) work_.notify_all();
     return true;
   }
 
@@ -91,7 +91,7 @@ class FolderReader::Shared {
 
  private:
   /// Listed folders that the walk has not come to; bounds the memory of a walk that cannot keep up.
-  static constexpr std::size_t kMostAhead = 4096;
+  static constexpr std::size_t kMaxAhead = 4096;
 
   // All of these need the lock, which ReadOne gives up while it reads.
 
@@ -105,7 +105,7 @@ class FolderReader::Shared {
     if (const FolderPointer wanted = std::exchange(wanted_, nullptr);
         wanted && wanted->state_ == TreeFolder::State::kWaiting)
       return wanted;
-    while (!waiting_.empty() && ahead_ < kMostAhead) {
+    while (!waiting_.empty() && ahead_ < kMaxAhead) {
       FolderPointer folder = std::move(waiting_.back());
       waiting_.pop_back();
       if (folder->state_ == TreeFolder::State::kWaiting) return folder;
@@ -115,18 +115,18 @@ class FolderReader::Shared {
 
   /// Waits for a folder without listing anything here: a disk that does not answer would hold the window.
   bool WaitFor(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
-               const std::function<bool()>& live, std::unique_lock<std::mutex>& lock) {
+               const std::function<bool()>& process_events, std::unique_lock<std::mutex>& lock) {
     const auto is_done = [&] { return folder->state_ == TreeFolder::State::kDone; };
     if (folder->state_ == TreeFolder::State::kWaiting) {
       wanted_ = folder;
       work_.notify_one();
       if (threads_ == 0) ReadBeside(self, folder, lock);
     }
-    while (!done_.wait_for(lock, kLiveEvery, is_done)) {
+    while (!done_.wait_for(lock, kEventInterval, is_done)) {
       // All threads wait for a disk.
       if (folder->state_ == TreeFolder::State::kWaiting) ReadBeside(self, folder, lock);
       lock.unlock();
-      const bool go_on = live();
+      const bool go_on = process_events();
       lock.lock();
       if (!go_on && !is_done()) break;
     }
@@ -186,7 +186,7 @@ class FolderReader::Shared {
   }
 
   FolderListing List(const std::string& path) const {
-    if (path.size() > kMostPathBytes) return Unlisted("its path is too long");
+    if (path.size() > kMaxPathBytes) return Unlisted("its path is too long");
     try {
       return ListFolder(path, {.pattern = pattern_,
                                .subfolders = recurse_,
@@ -233,8 +233,8 @@ std::shared_ptr<TreeFolder> FolderReader::Root(std::string_view folder) const {
 }
 
 bool FolderReader::Take(const std::shared_ptr<TreeFolder>& folder,
-                        const std::function<bool()>& live) {
-  return shared_->Take(shared_, folder, live);
+                        const std::function<bool()>& process_events) {
+  return shared_->Take(shared_, folder, process_events);
 }
 
 void FolderReader::Enter(TreeFolder& folder) { shared_->Enter(folder); }

@@ -36,7 +36,7 @@ struct TreeFolder {
 class FolderReader {
  public:
   /// Longest path of a folder, in bytes. A song's folder has to fit a text of the library file.
-  static constexpr std::size_t kMostPathBytes = 0xFFFF;
+  static constexpr std::size_t kMaxPathBytes = 0xFFFF;
 
   /// \param pattern of the files to list, with their sizes
   /// \param recurse list subfolders too
@@ -55,11 +55,11 @@ class FolderReader {
 
   /// Returns when a folder is listed.
   ///
-  /// \param live called again and again until then, so that a disk that does not answer does not keep a
+  /// \param go_on called again and again until then, so that a disk that does not answer does not keep a
   ///             window from living: then the walk lists nothing itself. Returns whether to go on waiting.
   ///             May be empty
-  /// \returns false when it is not listed, because `live` did not want to wait for it
-  bool Take(const std::shared_ptr<TreeFolder>& folder, const std::function<bool()>& live = {});
+  /// \returns false when it is not listed, because `process_events` did not want to wait for it
+  bool Take(const std::shared_ptr<TreeFolder>& folder, const std::function<bool()>& go_on = {});
 
   /// Tells that the walk goes on into a taken folder: its subfolders are listed ahead from now on.
   void Enter(TreeFolder& folder);

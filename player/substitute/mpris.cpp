@@ -177,7 +177,7 @@ struct MprisCalls {
   static int GetVolume(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,
                        void* data, sd_bus_error*) {
     return sd_bus_message_append(reply, "d",
-                                 static_cast<double>(PlayerOf(data).Volume()) / kMostVolume);
+                                 static_cast<double>(PlayerOf(data).Volume()) / kMaxVolume);
   }
   static int SetVolume(sd_bus*, const char*, const char*, const char*, sd_bus_message* value,
                        void* data, sd_bus_error*) {
@@ -186,7 +186,7 @@ struct MprisCalls {
     if (result < 0) return result;
     if (!(volume > 0)) volume = 0;
     PlayerOf(data).SetVolume(
-        static_cast<std::int32_t>(std::lround(std::min(volume, 1.0) * kMostVolume)));
+        static_cast<std::int32_t>(std::lround(std::min(volume, 1.0) * kMaxVolume)));
     return 0;
   }
   static int GetPosition(sd_bus*, const char*, const char*, const char*, sd_bus_message* reply,

@@ -41,7 +41,7 @@ class Mpris {
   struct Shown {
     PlayerStatus status = kStopped;
     std::string track;  ///< all of its metadata
-    std::int32_t volume = kMostVolume;
+    std::int32_t volume = kMaxVolume;
     bool has_next = false;
     bool has_previous = false;
     bool can_play = false;

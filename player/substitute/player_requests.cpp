@@ -106,13 +106,13 @@ bool PlayerRequests::User(const PlayerRequestHead& head,
         result = kNoSuchPlace;
       break;
     case kSetVolume:
-      if (value < 0 || value > kMostVolume) return false;
+      if (value < 0 || value > kMaxVolume) return false;
       player_.SetVolume(static_cast<std::int32_t>(value));
       break;
     case kSetBalance: {
       if (value < 0 || value >= kLeftBalance) return false;
       const auto balance = static_cast<std::int32_t>(value);
-      player_.SetBalance(balance > kMostBalance ? balance - kLeftBalance : balance);
+      player_.SetBalance(balance > kMaxBalance ? balance - kLeftBalance : balance);
       break;
     }
     case kVersion:

@@ -15,17 +15,17 @@ namespace {
 
 /// More do not help anybody. The one that has been quiet for longest makes room, or one that has not
 /// asked for anything yet.
-constexpr std::size_t kMostConnections = 256;
-constexpr std::size_t kLeastConnections = 4;
+constexpr std::size_t kMaxConnections = 256;
+constexpr std::size_t kMinConnections = 4;
 
 /// How long to wait for descriptors that others of this process hold, in µs.
 constexpr std::uint64_t kWaitForDescriptors = 100'000;
 
 /// A quarter of the descriptors at most, for the songs and the sound need some as well.
-std::size_t MostConnections() noexcept {
+std::size_t MaxConnections() noexcept {
   rlimit limit{};
-  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return kMostConnections;
-  return std::clamp<std::size_t>(limit.rlim_cur / 4, kLeastConnections, kMostConnections);
+  if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return kMaxConnections;
+  return std::clamp<std::size_t>(limit.rlim_cur / 4, kMinConnections, kMaxConnections);
 }
 
 std::unique_ptr<OpenFile> SpareDescriptor() {
@@ -33,7 +33,7 @@ std::unique_ptr<OpenFile> SpareDescriptor() {
 }
 
 bool IsSound(const PlayerRequestHead& head) noexcept {
-  return head.payload <= kMostPayload && (head.payload == 0 || head.message == kWmCopyData);
+  return head.payload <= kMaxPayload && (head.payload == 0 || head.message == kWmCopyData);
 }
 
 }  // namespace
@@ -43,7 +43,7 @@ RequestServer::RequestServer(sd_event* loop, int listening, Handler handler)
       handler_(std::move(handler)),
       listening_(std::make_unique<OpenFile>(listening)),
       spare_(SpareDescriptor()),
-      most_connections_(MostConnections()) {
+      max_connections_(MaxConnections()) {
   sd_event_source* source = nullptr;
   Require(sd_event_add_io(
               loop, &source, listening, EPOLLIN,
@@ -102,7 +102,7 @@ void RequestServer::Accept() {
   if (descriptor < 0) return;
   auto connection = std::make_unique<Connection>(*this, ++last_number_, descriptor);
   if (!PeerIsSameUser(descriptor)) return;
-  if (connections_.size() >= most_connections_) DropTheQuietest();
+  if (connections_.size() >= max_connections_) DropTheQuietest();
   sd_event_source* source = nullptr;
   const int added = sd_event_add_io(
       loop_, &source, descriptor, EPOLLIN,

@@ -78,7 +78,7 @@ class RequestServer {
   EventSource accepting_;
   EventSource again_;                ///< the wait for descriptors
   std::unique_ptr<OpenFile> spare_;  ///< a descriptor for a connection when there is no other
-  std::size_t most_connections_;
+  std::size_t max_connections_;
   /// By numbers that are never used again.
   std::map<std::uint64_t, std::unique_ptr<Connection>> connections_;
   std::uint64_t last_number_ = 0;

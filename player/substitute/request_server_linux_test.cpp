@@ -131,9 +131,9 @@ TEST_F(HostileBytes, ABrokenCopyDataEndsTheConnectionAndAddsNothing) {
 }
 
 TEST_F(HostileBytes, APayloadOfTheFullSizeIsTaken) {
-  const std::string path = "/" + std::string(kMostPayload - 2, 'a');
+  const std::string path = "/" + std::string(kMaxPayload - 2, 'a');
   const Socket socket = Connect();
-  std::string bytes = Bytes({kWmCopyData, kMostPayload, 0, 100}) + path;
+  std::string bytes = Bytes({kWmCopyData, kMaxPayload, 0, 100}) + path;
   bytes.push_back('\0');
   std::string_view rest = bytes;
   ASSERT_TRUE(WaitUntil([&] {
@@ -349,7 +349,7 @@ TEST_F(FewDescriptors, WhereThereIsNoneAtAllTheQuietestConnectionMakesRoom) {
 
 TEST_F(HostileBytes, AListOfPathsOfFullLengthIsRefusedOnceItIsFull) {
   const long before = ResidentKib();
-  std::string data = "/" + std::string(kMostPayload - 2, 'a');
+  std::string data = "/" + std::string(kMaxPayload - 2, 'a');
   data.push_back('\0');
   int taken = 0;
   int refused = 0;
@@ -357,7 +357,7 @@ TEST_F(HostileBytes, AListOfPathsOfFullLengthIsRefusedOnceItIsFull) {
     const bool is_taken = link->SendCopyData(player.Window(), kAddFile, data);
     ++(is_taken ? taken : refused);
   }
-  EXPECT_EQ(static_cast<std::size_t>(taken), kMostListBytes / (kMostPayload + 39));
+  EXPECT_EQ(static_cast<std::size_t>(taken), kMaxListBytes / (kMaxPayload + 39));
   EXPECT_EQ(refused, 5000 - taken);
   EXPECT_LT(ResidentKib() - before, kMaxListKib);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");

@@ -15,7 +15,7 @@ namespace tallow {
 namespace {
 
 /// How long a question for the length waits for the track to open, in µs.
-constexpr std::uint64_t kLengthPatience = 2'000'000;
+constexpr std::uint64_t kLengthTimeout = 2'000'000;
 
 /// The bytes of a path that are shown on the terminal at most.
 constexpr std::size_t kMaxShownPath = 4096;
@@ -90,7 +90,7 @@ void SongPlayer::StartTrack(std::size_t index, bool paused) {
 
 void SongPlayer::FeedFollowing() {
   if (playing_.number == kNoEntry) return;
-  while (!stop_after_current_ && following_.size() < kMostFollowing &&
+  while (!stop_after_current_ && following_.size() < kMaxFollowing &&
          current_ + 1 + following_.size() < list_.size()) {
     const std::string& path = list_[current_ + 1 + following_.size()].path;
     const std::uint64_t reply = engine_.Command({"loadfile", path.c_str(), "append"});
@@ -189,7 +189,7 @@ void SongPlayer::Clear() {
 
 bool SongPlayer::Add(std::string path) {
   const std::size_t bytes = path.size() + sizeof(ListEntry);
-  if (bytes > kMostListBytes - list_bytes_) return false;
+  if (bytes > kMaxListBytes - list_bytes_) return false;
   list_bytes_ += bytes;
   list_.push_back({std::move(path), ++last_number_});
   if (list_.size() == 1) ShowTrack();
@@ -219,13 +219,13 @@ bool SongPlayer::Seek(std::int64_t ms) {
 }
 
 void SongPlayer::SetVolume(std::int32_t volume) {
-  volume_ = std::clamp(volume, 0, kMostVolume);
+  volume_ = std::clamp(volume, 0, kMaxVolume);
   engine_.SetVolume(volume_);
   Changed(PlayerChange::kVolume);
 }
 
 void SongPlayer::SetBalance(std::int32_t balance) {
-  engine_.SetBalance(std::clamp(balance, -kMostBalance, kMostBalance));
+  engine_.SetBalance(std::clamp(balance, -kMaxBalance, kMaxBalance));
 }
 
 std::int64_t SongPlayer::Position() const noexcept {
@@ -252,7 +252,7 @@ void SongPlayer::WhenLengthIsKnown(std::function<void(std::int64_t)> tell) {
   if (length_timer_) return;
   sd_event_source* timer = nullptr;
   const int added = sd_event_add_time_relative(
-      loop_, &timer, CLOCK_MONOTONIC, kLengthPatience, 0,
+      loop_, &timer, CLOCK_MONOTONIC, kLengthTimeout, 0,
       [](sd_event_source*, std::uint64_t, void* self) {
         static_cast<SongPlayer*>(self)->TellLength();
         return 0;
@@ -406,10 +406,10 @@ void SongPlayer::TakeProperty(const mpv_event_property& property) {
 void SongPlayer::PositionTold(double position) {
   // Right behind a seek mpv counts what the device holds but has not begun to play as played back, so
   // that it stands a little before the place, for as long as it is paused.
-  constexpr double kMostBefore = 0.5;
-  const bool just_before = position < sought_ && position > sought_ - kMostBefore;
+  constexpr double kMaxBefore = 0.5;
+  const bool just_before = position < sought_ && position > sought_ - kMaxBefore;
   // Nothing goes back while it is paused: that is what was before the seek, told late.
-  if (status_ == kPaused && position <= sought_ - kMostBefore) return;
+  if (status_ == kPaused && position <= sought_ - kMaxBefore) return;
   position_ = just_before ? sought_ : position;
 }
 

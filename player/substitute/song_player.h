@@ -61,7 +61,7 @@ class SongPlayer {
   /// Ends the playing and empties the list.
   void Clear();
   /// Appends a file to the list.
-  /// \returns false when it has no room, see kMostListBytes; nothing has changed then
+  /// \returns false when it has no room, see kMaxListBytes; nothing has changed then
   bool Add(std::string path);
   /// \param ms   from the beginning of the track
   /// \returns whether there is such a place; else nothing happens
@@ -132,12 +132,12 @@ class SongPlayer {
   };
 
   std::vector<ListEntry> list_;
-  std::size_t list_bytes_ = 0;  ///< see kMostListBytes
+  std::size_t list_bytes_ = 0;  ///< see kMaxListBytes
   std::size_t current_ = 0;     ///< place in the list
   PlayerStatus status_ = kStopped;
   Track track_;
   std::uint64_t last_number_ = 0;
-  std::int32_t volume_ = kMostVolume;
+  std::int32_t volume_ = kMaxVolume;
   bool stop_after_current_ = false;
   /// Playing came to the end of the list over a file that could not be played. A file that is added
   /// now is its next one.
@@ -152,7 +152,7 @@ class SongPlayer {
 
   /// How many tracks mpv knows of in advance: files that cannot be played are passed over without
   /// closing the device as long as a playable one is among them.
-  static constexpr std::size_t kMostFollowing = 8;
+  static constexpr std::size_t kMaxFollowing = 8;
 
   Entry playing_;
   std::deque<Entry> following_;  ///< the tracks behind the current one, in order

@@ -62,7 +62,7 @@ constexpr const char* kNeedless[] = {
 /// How far the balance is from the middle, -1 to 1, as text.
 std::string BalanceText(std::int32_t balance) {
   char text[32];
-  std::snprintf(text, sizeof text, "%.6f", static_cast<double>(balance) / kMostBalance);
+  std::snprintf(text, sizeof text, "%.6f", static_cast<double>(balance) / kMaxBalance);
   return text;
 }
 
@@ -156,7 +156,7 @@ void SoundEngine::Pause(bool paused) {
 
 void SoundEngine::SetVolume(std::int32_t volume) {
   // mpv's scale goes with the cube root of the amplitude.
-  double percent = 100 * std::cbrt(static_cast<double>(volume) / kMostVolume);
+  double percent = 100 * std::cbrt(static_cast<double>(volume) / kMaxVolume);
   mpv_set_property_async(mpv_.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
 }
 

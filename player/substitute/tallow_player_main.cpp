@@ -35,7 +35,7 @@ constexpr std::string_view kUsage =
 constexpr int kUsageError = 2;
 
 /// A player that neither plays nor is connected to ends after this many looks.
-constexpr int kMostIdleLooks = 5;
+constexpr int kMaxIdleLooks = 5;
 constexpr std::uint64_t kLookInterval = 60'000'000;  ///< in µs
 
 constexpr int kEndSignals[] = {SIGTERM, SIGINT, SIGHUP};
@@ -122,7 +122,7 @@ class IdleEnd {
  private:
   int Look() {
     idle_looks_ = player_.Status() == kStopped && server_.Connections() == 0 ? idle_looks_ + 1 : 0;
-    if (idle_looks_ >= kMostIdleLooks) end_();
+    if (idle_looks_ >= kMaxIdleLooks) end_();
     return sd_event_source_set_time_relative(timer_.get(), kLookInterval);
   }
 

@@ -15,13 +15,13 @@
 namespace tallow {
 namespace {
 
-constexpr std::size_t kMostBytes = std::size_t{4} << 20U;
+constexpr std::size_t kMaxBytes = std::size_t{4} << 20U;
 constexpr int kExceptionCode = 3;
 
 /// What a child and its parent both see.
 struct Shared {
   std::size_t bytes;
-  char text[kMostBytes];
+  char text[kMaxBytes];
 };
 
 /// Memory that a process shares with those it makes from then on.
@@ -42,7 +42,7 @@ class SharedMemory {
 };
 
 void Leave(Shared& shared, const std::string& text) {
-  shared.bytes = std::min(text.size(), kMostBytes);
+  shared.bytes = std::min(text.size(), kMaxBytes);
   std::memcpy(shared.text, text.data(), shared.bytes);
 }
 

@@ -170,8 +170,8 @@ class Stage {
   }
 
   static std::string Difference(const json& expected, const json& found) {
-    constexpr std::size_t kMostShown = 300;
-    return json::diff(expected, found).dump().substr(0, kMostShown);
+    constexpr std::size_t kMaxShown = 300;
+    return json::diff(expected, found).dump().substr(0, kMaxShown);
   }
 
   const World& world_;

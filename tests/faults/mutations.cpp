@@ -28,7 +28,7 @@ using nlohmann::json;
 
 /// How much of a processor a start may use, in seconds. The time on the clock says nothing on a machine that
 /// is busy; a start that waits for something is found by kHangSeconds.
-constexpr double kMostSeconds = 2;
+constexpr double kMaxSeconds = 2;
 
 /// A kind of file that the program reads.
 struct Kind {
@@ -203,8 +203,8 @@ json LookAt(const std::string& path) {
   if (S_ISLNK(status.st_mode)) return {"link", fs::read_symlink(path).string()};
   if (S_ISDIR(status.st_mode)) return {"folder"};
   if (!S_ISREG(status.st_mode)) return {"other"};
-  constexpr off_t kMostRead = off_t{1} << 20U;
-  if (status.st_size > kMostRead) return {"long file", status.st_size};
+  constexpr off_t kMaxRead = off_t{1} << 20U;
+  if (status.st_size > kMaxRead) return {"long file", status.st_size};
   if ((status.st_mode & S_IRUSR) == 0) return {"closed file", status.st_size};
   std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
   std::FILE* const file = std::fopen(path.c_str(), "rb");
@@ -291,7 +291,7 @@ class Ground {
         kind.is_sound != nullptr && damaged.at(0) == "file" && kind.is_sound(world_, kind.path);
     std::vector<std::string> wrong;
     const ChildEnd end = RunInChild([&] { return Use(world_, one.user_agrees); });
-    if (end.seconds > kMostSeconds) wrong.push_back("takes " + std::to_string(end.seconds) + " s");
+    if (end.seconds > kMaxSeconds) wrong.push_back("takes " + std::to_string(end.seconds) + " s");
     if (!end.IsDone()) {
       wrong.push_back(end.Words());
       return {{"wrong", wrong}, {"seconds", end.seconds}};
@@ -327,8 +327,8 @@ class Ground {
       const json part = OfUser(name, found);
       const json wanted = OfUser(name, new_);
       if (part == wanted || part == OfUser(name, old_)) continue;
-      constexpr std::size_t kMostShown = 200;
-      lost += std::string(name) + " " + Text(json::diff(wanted, part)).substr(0, kMostShown) + " ";
+      constexpr std::size_t kMaxShown = 200;
+      lost += std::string(name) + " " + Text(json::diff(wanted, part)).substr(0, kMaxShown) + " ";
     }
     return lost;
   }

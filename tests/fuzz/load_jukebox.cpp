@@ -55,7 +55,7 @@ void Require(bool condition) {
 }
 
 void RequireLevels(const Folder& folder, std::int32_t level) {
-  Require(folder.Level() == level && level <= kMostLevel);
+  Require(folder.Level() == level && level <= kMaxLevel);
   for (std::int32_t k = 0; k < folder.Children(); ++k) {
     Require(folder.ChildAt(k).Parent() == &folder && folder.ChildAt(k).Index() == k);
     RequireLevels(folder.ChildAt(k), level + 1);

@@ -80,20 +80,20 @@ void frmSearching::Repaint() {
   repaint();
 }
 
-void frmSearching::Live() {
-  if (since_lived_.isValid() && !since_lived_.hasExpired(kShowEvery)) return;
-  since_lived_.start();
+void frmSearching::ProcessEvents() {
+  if (since_events_.isValid() && !since_events_.hasExpired(kShowEvery)) return;
+  since_events_.start();
   Repaint();
   QCoreApplication::processEvents();
 }
 
-void frmSearching::Yield() { Live(); }
+void frmSearching::Yield() { ProcessEvents(); }
 
-void frmSearching::YieldAfterSong() { Live(); }
+void frmSearching::YieldAfterSong() { ProcessEvents(); }
 
 void frmSearching::VisitFolder(std::string_view folder) {
   if (!folder.empty()) SetStatus(folder);
-  Live();
+  ProcessEvents();
 }
 
 void frmSearching::Cancel() {

@@ -49,13 +49,13 @@ class frmSearching : public QWidget, public SearchProgress {
 
  private:
   void Cancel();
-  void Live();
+  void ProcessEvents();
 
   std::function<void()> cancel_;
   std::string status_;
   std::string found_;
-  QElapsedTimer since_shown_;  ///< since the lines were put on the screen
-  QElapsedTimer since_lived_;  ///< since the windows had a moment
+  QElapsedTimer since_shown_;   ///< since the lines were put on the screen
+  QElapsedTimer since_events_;  ///< since the windows had a moment
   QLabel* label_;
   QLabel* status_label_;
   QLabel* found_label_;

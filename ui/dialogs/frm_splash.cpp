@@ -157,12 +157,12 @@ void frmSplash::Load() {
 }
 
 void frmSplash::WaitUntilPainted() {
-  constexpr qint64 kMostWait = 500;  // ms
+  constexpr qint64 kMaxWait = 500;  // ms
   QElapsedTimer waited;
   waited.start();
   do {
     QCoreApplication::processEvents(QEventLoop::AllEvents, kShownAgainAfter);
-  } while (waited.elapsed() < kMostWait && !(windowHandle() && windowHandle()->isExposed()));
+  } while (waited.elapsed() < kMaxWait && !(windowHandle() && windowHandle()->isExposed()));
   repaint();
   QCoreApplication::processEvents();
 }

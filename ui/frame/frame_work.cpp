@@ -13,7 +13,7 @@ namespace tallow {
 namespace {
 
 /// How often the windows live, in ms.
-constexpr qint64 kLiveAfter = 40;
+constexpr qint64 kEventInterval = 40;
 
 /// What takes longer is shown, in ms.
 constexpr qint64 kShowAfter = 500;
@@ -24,7 +24,7 @@ FrameWork::FrameWork(Tallow& tallow, QString text, std::function<void(bool)> ena
     : tallow_(tallow), text_(std::move(text)), enable_(std::move(enable)) {
   tallow_.SearchCancelled = false;
   begun_.start();
-  lived_.start();
+  since_events_.start();
 }
 
 FrameWork::~FrameWork() {
@@ -34,7 +34,7 @@ FrameWork::~FrameWork() {
 }
 
 bool FrameWork::GoOn(const std::function<std::string()>& line) {
-  if (lived_.hasExpired(kLiveAfter)) {
+  if (since_events_.hasExpired(kEventInterval)) {
     if (!std::exchange(is_disabled_, true)) enable_(false);
     if (!window_ && begun_.hasExpired(kShowAfter)) {
       window_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; }, text_);
@@ -48,7 +48,7 @@ bool FrameWork::GoOn(const std::function<std::string()>& line) {
     }
     QCoreApplication::processEvents();
     // What the events took does not count.
-    lived_.start();
+    since_events_.start();
   }
   return !tallow_.SearchCancelled && !tallow_.is_ending;
 }

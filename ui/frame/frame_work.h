@@ -32,7 +32,7 @@ class FrameWork : public LongWork {
   const QString text_;
   const std::function<void(bool)> enable_;
   QElapsedTimer begun_;
-  QElapsedTimer lived_;
+  QElapsedTimer since_events_;
   bool is_disabled_ = false;
   std::unique_ptr<frmSearching> window_;  ///< once it has taken a while
 };

@@ -42,7 +42,7 @@ namespace tallow {
 namespace {
 
 constexpr QSize kFirstSize(1000, 680);
-constexpr QSize kLeastSize(480, 320);
+constexpr QSize kMinSize(480, 320);
 
 /// Where the window stood and how its toolbar lay, among the user's options.
 const QString kGeometryOption = QStringLiteral("Window/Geometry");
@@ -52,7 +52,7 @@ const QString kStateOption = QStringLiteral("Window/State");
 constexpr int kKeepUnsavedEvery = 60 * 1000;
 
 /// Lines of a tool tip; more do not fit a screen.
-constexpr std::size_t kMostTipLines = 20;
+constexpr std::size_t kMaxTipLines = 20;
 
 /// Who gets the keys: an open menu, or who has the keyboard, or else the window in front.
 QWidget* KeyReceiver() {
@@ -100,7 +100,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   findings_->setParent(this);
   // There from the start, so that the first message moves nothing.
   statusBar()->show();
-  setMinimumSize(kLeastSize);
+  setMinimumSize(kMinSize);
   // A large scale makes a screen small.
   resize(kFirstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
   SetUpMenus();
@@ -176,9 +176,9 @@ void frmMDIForm1::Notice(const std::vector<std::string>& lines) {
   QString text = DisplayText(lines.front());
   if (lines.size() > 1) text += tr("  (and %n more)", nullptr, static_cast<int>(lines.size() - 1));
   QStringList tip;
-  for (std::size_t k = 0; k < lines.size() && k < kMostTipLines; ++k)
+  for (std::size_t k = 0; k < lines.size() && k < kMaxTipLines; ++k)
     tip.append(DisplayText(lines[k]));
-  if (lines.size() > kMostTipLines) tip.append(QStringLiteral(". . ."));
+  if (lines.size() > kMaxTipLines) tip.append(QStringLiteral(". . ."));
   statusBar()->showMessage(text);
   statusBar()->setToolTip(tip.join(QLatin1Char('\n')));
 }

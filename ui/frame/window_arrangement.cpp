@@ -11,7 +11,7 @@ namespace tallow {
 namespace {
 
 /// This many windows still come below each other; more would be too low to show anything.
-constexpr int kMostInOneColumn = 3;
+constexpr int kMaxInOneColumn = 3;
 
 QList<QMdiSubWindow*> ShownWindows(const QMdiArea& area, bool minimized) {
   QList<QMdiSubWindow*> windows;
@@ -58,14 +58,14 @@ void TileHorizontally(QMdiArea& area) {
   const int count = static_cast<int>(windows.size());
   if (count == 0) return;
   const int columns =
-      count <= kMostInOneColumn ? 1 : static_cast<int>(std::sqrt(static_cast<double>(count)));
+      count <= kMaxInOneColumn ? 1 : static_cast<int>(std::sqrt(static_cast<double>(count)));
   for (QMdiSubWindow* const window : windows) window->showNormal();
   ArrangeIcons(area);
   // On a small area they lie over the windows rather than leave them no room.
-  constexpr int kMostOfArea = 3;
+  constexpr int kMaxOfArea = 3;
   QRect space = area.viewport()->rect();
   const int strip = StripOfIcons(area);
-  if (strip < space.height() / kMostOfArea) space.setHeight(space.height() - strip);
+  if (strip < space.height() / kMaxOfArea) space.setHeight(space.height() - strip);
   int next = 0;
   for (int column = 0; column < columns; ++column) {
     // The last columns take the ones that are left over.

@@ -251,7 +251,7 @@ TEST_F(Commands, ANewFolderIsAddedToTheFolderConcernedOrToTheRootAndStartsInRena
 
 TEST_F(Commands, AFolderThatWouldLieTooDeepIsSaid) {
   Folder* folder = nullptr;
-  for (int level = 0; level <= kMostLevel; ++level) folder = &AddFolder("x", {}, folder);
+  for (int level = 0; level <= kMaxLevel; ++level) folder = &AddFolder("x", {}, folder);
   Show();
   window.ActOnPopUpClick(4, 1, folder);
   EXPECT_EQ(problems, QStringList{"Folders may lie at most 1000 deep. Put this one further up."});

@@ -498,7 +498,7 @@ TEST_F(Keys, RankPicturesAreTheEntriesOwn) {
 TEST_F(Keys, RankPicturesDifferInFormAndAreDrawnAtEverySize) {
   for (const int size : {16, 24, 32, 64}) {
     QList<QImage> forms;
-    for (int rank = kLeastRankPicture; rank <= kBestRankPicture; ++rank) {
+    for (int rank = kMinRankPicture; rank <= kBestRankPicture; ++rank) {
       const QImage picture = RankPicture(rank).pixmap(size).toImage();
       EXPECT_EQ(picture.size(), QSize(size, size));
       // What is left without the colours.

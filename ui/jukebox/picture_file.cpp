@@ -14,12 +14,12 @@ namespace {
 
 /// The longest side of a picture, in pixels: more than a screen has. A larger picture is made smaller while
 /// it is read.
-constexpr int kMostPixels = 2560;
+constexpr int kMaxPixels = 2560;
 
 /// What libjpeg, which reads this from the environment, may take for one picture, in thousands of bytes. A
 /// progressive picture is held whole whatever size it is wanted in: this is one of 40 million pixels. A
 /// larger one is not read.
-constexpr const char* kMostMemory = "256000";
+constexpr const char* kMaxMemory = "256000";
 
 std::string Problem(const std::string& path, const std::string& reason) {
   return path + " cannot be shown behind the songs: " + reason +
@@ -39,13 +39,13 @@ std::string ProblemOfPicturePath(const std::string& path) {
 PictureFile ReadPicture(const std::string& path) {
   if (std::string problem = ProblemOfPicturePath(path); !problem.empty())
     return {{}, std::move(problem)};
-  qputenv("JPEGMEM", kMostMemory);
+  qputenv("JPEGMEM", kMaxMemory);
   QImageReader reader(QtPath(path));
   reader.setAutoTransform(true);
   reader.setDecideFormatFromContent(true);
   const QSize size = reader.size();
-  if (std::max(size.width(), size.height()) > kMostPixels)
-    reader.setScaledSize(size.scaled(kMostPixels, kMostPixels, Qt::KeepAspectRatio));
+  if (std::max(size.width(), size.height()) > kMaxPixels)
+    reader.setScaledSize(size.scaled(kMaxPixels, kMaxPixels, Qt::KeepAspectRatio));
   PictureFile read{QPixmap::fromImageReader(&reader), {}};
   if (read.pixmap.isNull()) read.problem = Problem(path, reader.errorString().toStdString());
   return read;

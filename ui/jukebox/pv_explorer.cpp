@@ -34,7 +34,7 @@ constexpr int kRowPadding = 6;
 constexpr int kMenuInset = 16;
 
 /// Of a rank's picture, in pixels.
-constexpr int kLeastPicture = 16;
+constexpr int kMinPicture = 16;
 
 constexpr auto kRenameByKey = QAbstractItemView::EditTriggers(QAbstractItemView::EditKeyPressed);
 constexpr auto kRenameByKeyOrClick = kRenameByKey | QAbstractItemView::SelectedClicked;
@@ -322,7 +322,7 @@ void PVExplorer::SetUpList() {
   list_->verticalHeader()->hide();
   list_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   list_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + kRowPadding);
-  const int picture = std::max(kLeastPicture, fontMetrics().height());
+  const int picture = std::max(kMinPicture, fontMetrics().height());
   list_->setIconSize(QSize(picture, picture));
   QHeaderView* const header = list_->horizontalHeader();
   header->setHighlightSections(false);

@@ -18,8 +18,8 @@ namespace {
 class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterface<unsigned> {
  protected:
   static constexpr int kSongs = 25;
-  static constexpr int kLeastFolders = 8;
-  static constexpr int kMostFolders = 40;
+  static constexpr int kMinFolders = 8;
+  static constexpr int kMaxFolders = 40;
 
   RandomWidgets() {
     AddSongs(kSongs);
@@ -102,16 +102,16 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
       case 1:
         return one.ActOnPopUpClick(kAddFolderToSelected, kTreePane, folder);
       case 2:
-        if (count > kLeastFolders) one.ActOnPopUpClick(kCutFolder, kTreePane, folder);
+        if (count > kMinFolders) one.ActOnPopUpClick(kCutFolder, kTreePane, folder);
         return;
       case 3:
         return one.ActOnPopUpClick(kCopyFolder, kTreePane, folder);
       case 4:
-        if (count < kMostFolders)
+        if (count < kMaxFolders)
           one.ActOnPopUpClick(kPasteFolder, kTreePane, OneOf(4) ? nullptr : folder);
         return;
       case 5:
-        if (count > kLeastFolders) one.ActOnPopUpClick(kDeleteFolder, kTreePane, folder);
+        if (count > kMinFolders) one.ActOnPopUpClick(kDeleteFolder, kTreePane, folder);
         return;
       default:
         return one.ActOnPopUpClick(kSortNodes, kTreePane, OneOf(3) ? nullptr : folder);

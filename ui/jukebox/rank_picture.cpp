@@ -11,18 +11,18 @@
 namespace tallow {
 namespace {
 
-constexpr int kBars = kBestRankPicture - kLeastRankPicture;
+constexpr int kBars = kBestRankPicture - kMinRankPicture;
 
 /// Chosen to stand out from white and from a dark background alike.
 constexpr QRgb kColors[kBars + 1] = {0xFF8A8A8A, 0xFFD1462F, 0xFFD9762B,
                                      0xFFB38600, 0xFF5E9A1E, 0xFF1E9E4A};
 constexpr QRgb kEmptyBar = 0xFF8A8A8A;
 
-bool HasPicture(int rank) { return rank >= kLeastRankPicture && rank <= kBestRankPicture; }
+bool HasPicture(int rank) { return rank >= kMinRankPicture && rank <= kBestRankPicture; }
 
 class RankIconEngine : public QIconEngine {
  public:
-  explicit RankIconEngine(int rank) : filled_(rank - kLeastRankPicture) {}
+  explicit RankIconEngine(int rank) : filled_(rank - kMinRankPicture) {}
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
              QIcon::State /*state*/) override {

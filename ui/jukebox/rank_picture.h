@@ -8,12 +8,12 @@ namespace tallow {
 
 /// The best rank that a song can have, and the one of a song that was never ranked.
 inline constexpr int kBestRankPicture = 7;
-inline constexpr int kLeastRankPicture = 2;
+inline constexpr int kMinRankPicture = 2;
 
 /// The picture of a rank: five bars, rising, of which the rank fills from none (2) to all (7). The number
 /// of bars tells the rank; the colour only helps. Drawn, so crisp at every size and on every background.
 ///
-/// \param rank kLeastRankPicture to kBestRankPicture; an empty icon for others
+/// \param rank kMinRankPicture to kBestRankPicture; an empty icon for others
 QIcon RankPicture(int rank);
 
 /// What a screen reader says for the picture: "rank 7 of 7"; empty for what has no picture.

@@ -7,7 +7,7 @@ namespace tallow {
 inline constexpr int kTwipsPerPixel = 15;
 
 /// A window no larger than this in a dimension, in twips, leaves its control alone in that dimension.
-inline constexpr int kLeastResized = 600;
+inline constexpr int kMinResized = 600;
 
 /// What the control of a jukebox window is wider and higher than the window, in twips.
 inline constexpr int kMoreWidth = 39;
@@ -21,7 +21,7 @@ inline constexpr int kMoreHeight = -378;
 /// \returns pixels, rounded to the nearest
 constexpr int ControlExtent(int window, int now, int more) noexcept {
   const int twips = window * kTwipsPerPixel;
-  if (twips <= kLeastResized) return now;
+  if (twips <= kMinResized) return now;
   return (twips + more + kTwipsPerPixel / 2) / kTwipsPerPixel;
 }
 

@@ -153,7 +153,7 @@ TEST_F(Selection, SongsDroppedOnTheFolderOnShowAreSelected) {
 
 TEST_F(Selection, AFolderThatLiesTooDeepLeavesTheOtherWindowAsItIs) {
   Folder* deep = &AddFolder("top");
-  while (deep->Level() < kMostLevel) deep = &AddFolder("x", {}, deep);
+  while (deep->Level() < kMaxLevel) deep = &AddFolder("x", {}, deep);
   Show();
   window.PVExplorer1().Select(*deep);
   frmMain other(tallow, messages.Shower());
@@ -285,12 +285,12 @@ TEST_F(Selection, TheFolderThatWentWhileItWasAskedAboutIsLeftAlone) {
 /// The songs that are selected, and the current one, before and after the songs of the list move.
 class SortedSelection : public Selection, public testing::WithParamInterface<unsigned> {
  protected:
-  static constexpr int kMostSongs = 60;
+  static constexpr int kMaxSongs = 60;
 
   int Random(int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); }
   /// A list in which songs have the same names and ranks, and some are there twice.
   Folder& RandomList() {
-    const int count = 2 + Random(kMostSongs);
+    const int count = 2 + Random(kMaxSongs);
     Songs records;
     for (int k = 1; k <= count; ++k) {
       AddSong(music.path(), "n" + std::to_string(Random(count)) + ".mp3", "1",

@@ -28,7 +28,7 @@ QBrush GreyText() {
 
 SongListModel::SongListModel(const Jukebox& jukebox, const clsMain& library, QObject* parent)
     : QAbstractTableModel(parent), jukebox_(jukebox), library_(library) {
-  for (int rank = kLeastRankPicture; rank <= kBestRankPicture; ++rank)
+  for (int rank = kMinRankPicture; rank <= kBestRankPicture; ++rank)
     ranks_[static_cast<std::size_t>(rank)] = RankPicture(rank);
   Refill();
 }

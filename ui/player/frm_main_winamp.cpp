@@ -123,11 +123,11 @@ frmMainWinamp::frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage
 }
 
 void frmMainWinamp::SetUpBars() {
-  hscrlVolume->setRange(0, kMostVolume);
+  hscrlVolume->setRange(0, kMaxVolume);
   hscrlVolume->setValue(kFirstVolume);
   hscrlVolume->setSingleStep(kVolumeStep);
   hscrlVolume->setPageStep(kVolumePage);
-  hscrlBalance->setRange(-kMostBalance, kMostBalance);
+  hscrlBalance->setRange(-kMaxBalance, kMaxBalance);
   hscrlBalance->setSingleStep(kBalanceStep);
   hscrlBalance->setPageStep(kBalancePage);
   connect(hscrlVolume, &QScrollBar::valueChanged, this, [this](int value) {

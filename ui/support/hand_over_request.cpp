@@ -24,7 +24,7 @@ void AppendNumber(std::string& bytes, std::size_t number) {
 HandOverRequest::State HandOverRequest::Add(std::string_view bytes) {
   if (state_ != State::kPartial) return state_;
   come_ += bytes.size();
-  if (come_ > kMostBytes) return state_ = State::kBroken;
+  if (come_ > kMaxBytes) return state_ = State::kBroken;
   bytes_ += bytes;
   TakeFiles();
   // What has become files is there twice otherwise.
@@ -39,7 +39,7 @@ void HandOverRequest::TakeFiles() {
     missing_ = NumberAt(left());
     has_count_ = true;
     taken_ += kNumberBytes;
-    if (missing_ > kMostFiles) {
+    if (missing_ > kMaxFiles) {
       state_ = State::kBroken;
       return;
     }
@@ -47,7 +47,7 @@ void HandOverRequest::TakeFiles() {
   while (missing_ > 0) {
     if (left().size() < kNumberBytes) return;
     const std::size_t length = NumberAt(left());
-    if (length > kMostBytes) {
+    if (length > kMaxBytes) {
       state_ = State::kBroken;
       return;
     }

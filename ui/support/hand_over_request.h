@@ -18,9 +18,9 @@ namespace tallow {
 class HandOverRequest {
  public:
   /// The longest request, in bytes. Linux allows a command line of 6 MiB, Windows one of 64 KiB.
-  static constexpr std::size_t kMostBytes = std::size_t{6} << 20;
+  static constexpr std::size_t kMaxBytes = std::size_t{6} << 20;
   /// The most files. Each costs memory of its own, however short its path is.
-  static constexpr std::size_t kMostFiles = 100'000;
+  static constexpr std::size_t kMaxFiles = 100'000;
 
   enum class State {
     kPartial,  ///< more has to come

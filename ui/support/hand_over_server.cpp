@@ -46,7 +46,7 @@ void HandOverServer::ListenAgain() {
 
 void HandOverServer::Accept() {
   while (QLocalSocket* const socket = server_.nextPendingConnection()) {
-    if (connections_.size() >= kMostConnections) Drop(*connections_.first());
+    if (connections_.size() >= kMaxConnections) Drop(*connections_.first());
     connections_.append(socket);
     Serve(*socket);
   }
@@ -55,7 +55,7 @@ void HandOverServer::Accept() {
 void HandOverServer::Serve(QLocalSocket& socket) {
   socket.setReadBufferSize(kReadBuffer);
   connect(&socket, &QLocalSocket::disconnected, this, [this, &socket] { Drop(socket); });
-  QTimer::singleShot(kMostTime, &socket, [this, &socket] { Drop(socket); });
+  QTimer::singleShot(kMaxTime, &socket, [this, &socket] { Drop(socket); });
   const auto request = std::make_shared<HandOverRequest>();
   const auto read = [this, &socket, request] {
     while (socket.bytesAvailable() > 0) {

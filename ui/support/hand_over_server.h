@@ -25,9 +25,9 @@ class HandOverServer : public QObject {
   static constexpr char kTaken = '+';
 
   /// An honest program has one, for some milliseconds. Eight of the longest requests need some 100 MiB.
-  static constexpr int kMostConnections = 8;
+  static constexpr int kMaxConnections = 8;
   /// How long a connection may last, in ms; who hands over does not wait longer for its answer.
-  static constexpr int kMostTime = 2000;
+  static constexpr int kMaxTime = 2000;
 
   explicit HandOverServer(QObject* parent = nullptr);
   ~HandOverServer() override;

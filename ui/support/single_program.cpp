@@ -108,7 +108,7 @@ bool SingleProgram::SomebodyListens() const {
 
 bool SingleProgram::HandOver(const std::vector<std::string>& files) {
   const QByteArray request = QByteArray::fromStdString(HandOverRequest::BytesOf(files));
-  const QDeadlineTimer end(kMostWait);
+  const QDeadlineTimer end(kMaxWait);
   // The other one may have locked a moment ago and not listen yet, or have more connections than it takes.
   for (;;) {
     if (Send(server_name_, request, end)) return true;

@@ -29,7 +29,7 @@ class SingleProgram : public QObject {
 
  public:
   /// How long the running program has to answer, in ms.
-  static constexpr int kMostWait = 2000;
+  static constexpr int kMaxWait = 2000;
 
   /// \param application_folder ends in a separator
   explicit SingleProgram(const std::string& application_folder);

@@ -28,7 +28,7 @@ bool HandOverWhileRunning(const std::string& folder, const Texts& files) {
     taken = SingleProgram(folder).HandOver(files);
     done = true;
   });
-  const bool ended = QTest::qWaitFor([&] { return done; }, 3 * SingleProgram::kMostWait);
+  const bool ended = QTest::qWaitFor([&] { return done; }, 3 * SingleProgram::kMaxWait);
   other.join();
   return ended && taken;
 }
@@ -201,13 +201,13 @@ TEST(SingleProgramTest, ManyIdleConnectionsKeepNoHonestOneOut) {
   SingleProgram first(folder.path());
   ASSERT_TRUE(first.Lock());
   std::vector<std::unique_ptr<QLocalSocket>> idle;
-  for (int k = 0; k < 5 * HandOverServer::kMostConnections; ++k) {
+  for (int k = 0; k < 5 * HandOverServer::kMaxConnections; ++k) {
     idle.push_back(std::make_unique<QLocalSocket>());
     idle.back()->connectToServer(first.ServerName());
     QCoreApplication::processEvents();
   }
   EXPECT_TRUE(HandOverWhileRunning(folder.path(), {}));
-  EXPECT_LE(first.findChild<HandOverServer*>()->Connections(), HandOverServer::kMostConnections);
+  EXPECT_LE(first.findChild<HandOverServer*>()->Connections(), HandOverServer::kMaxConnections);
   // Their time is over by and by.
   EXPECT_TRUE(QTest::qWaitFor(
       [&] { return first.findChild<HandOverServer*>()->Connections() == 0; }, 20000));

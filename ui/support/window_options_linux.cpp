@@ -13,7 +13,7 @@ namespace tallow {
 namespace {
 
 /// Larger files take Qt seconds to read. The places of a few windows have some thousand bytes.
-constexpr std::uint64_t kMostBytes = std::uint64_t{16} << 20U;
+constexpr std::uint64_t kMaxBytes = std::uint64_t{16} << 20U;
 
 }  // namespace
 
@@ -26,7 +26,7 @@ std::string PrepareWindowOptions(const std::string& folder) {
   for (const QString& file : {own, own + ".lock", QString(organization + ".conf")}) {
     const std::string path = PathOfQt(file);
     const auto stamp = StampOf(path);
-    if (IsGone(path) || (FileExists(path) && stamp && stamp->size <= kMostBytes)) continue;
+    if (IsGone(path) || (FileExists(path) && stamp && stamp->size <= kMaxBytes)) continue;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QtPath(folder));
     return path + " is no file of options, so the places of the windows are kept in " + folder +
            ". Move it away and start Tallow again.";

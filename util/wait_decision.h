@@ -8,7 +8,7 @@
 namespace tallow {
 
 /// What to do about an answer of the disk that has not come yet.
-enum class Patience {
+enum class WaitDecision {
   kWait,
   kGiveUp,  ///< go on without it; the thread that waits for it is left alone
 };
@@ -17,6 +17,6 @@ enum class Patience {
 ///
 /// \param i      the number of the question
 /// \param waited since the question was put
-using WhileWaiting = std::function<Patience(std::size_t i, std::chrono::milliseconds waited)>;
+using WhileWaiting = std::function<WaitDecision(std::size_t i, std::chrono::milliseconds waited)>;
 
 }  // namespace tallow
