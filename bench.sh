@@ -31,7 +31,8 @@ fi
 
 if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
   export XDG_RUNTIME_DIR=$PWD/$folder/run
-  mkdir -p -m 700 "$XDG_RUNTIME_DIR"
+  mkdir -p "$XDG_RUNTIME_DIR"
+  chmod 700 "$XDG_RUNTIME_DIR"
 fi
 
 # best TIMES WHAT COMMAND...: of the output lines that begin with WHAT, the one with the fewest seconds

@@ -12,7 +12,7 @@ packaging/build-windows-preset.sh
 build=build/windows
 version=$(sed -n 's/^CMAKE_PROJECT_VERSION:STATIC=//p' "$build/CMakeCache.txt")
 name=Tallow-$version
-rm -rf "$build/$name"
+rm -rf "${build:?}/$name"
 mkdir "$build/$name"
 x86_64-w64-mingw32-strip -o "$build/$name/tallow.exe" "$build/tallow.exe"
 # The notices of what is linked into it, and where all of its source is.
@@ -41,5 +41,5 @@ rm -f "$build/$name-win64.zip" "$build/$name-setup.exe"
 four=$(awk -F. '{ printf "%d.%d.%d.%d", $1, $2, $3, $4 }' <<< "$version")
 makensis -V2 -DVERSION="$version" -DFOUR_NUMBERS="$four" -DPROGRAM="$PWD/$build/$name" \
   -DOUTPUT="$PWD/$build/$name-setup.exe" packaging/windows/tallow.nsi
-ls -l "$build/$name/tallow.exe" "$build/$name-win64.zip" "$build/$name-setup.exe" |
-  awk '{ printf "%s: %.1f MB\n", $NF, $5 / 1e6 }'
+stat --format='%s %n' "$build/$name/tallow.exe" "$build/$name-win64.zip" "$build/$name-setup.exe" |
+  awk '{ printf "%s: %.1f MB\n", $2, $1 / 1e6 }'

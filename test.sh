@@ -49,7 +49,7 @@ if $faults; then
   failed=false
   LD_PRELOAD=$PWD/build/release/fail_call.so build/release/tallow_fault_tests faults || failed=true
   build/release/tallow_fault_tests damage --big || failed=true
-  ! $failed
+  if $failed; then exit 1; fi
   exit
 fi
 

@@ -26,7 +26,9 @@ if [ ! -e "$music.complete" ]; then
   touch "$music.complete"
 fi
 
+# shellcheck source=tests/wine_prefix.sh
 . tests/wine_prefix.sh
+# shellcheck source=packaging/virtual-display.sh
 . packaging/virtual-display.sh
 trap 'end_processes; end_windows' EXIT
 openbox > /dev/null 2>&1 &
@@ -63,7 +65,7 @@ timed() {
 }
 
 cd "$c"
-run=("$wine" 'C:\tallow_startup_benchmark.exe' 'D:\music-'$size 'D:\app')
+run=("$wine" 'C:\tallow_startup_benchmark.exe' "D:\\music-$size" 'D:\app')
 native=("$OLDPWD/build/release/tallow_startup_benchmark" "$music" "$folder/app")
 printf '%-28s %10s %10s %8s\n' "$size files" Linux Wine ratio
 "${native[@]}" first > /dev/null 2>&1 || :
@@ -75,7 +77,7 @@ row "second run, no windows" "$linux" "$(best 3 second "${run[@]}" second)"
 program=("$OLDPWD/build/release/tallow" --app-folder "$folder/app" --drive "$music" --exit-after-startup)
 fresh timed "${program[@]}" > /dev/null
 linux=$(best 3 time timed "${program[@]}")
-program=("$wine" 'C:\tallow.exe' --app-folder 'D:\app' --drive 'D:\music-'$size --exit-after-startup)
+program=("$wine" 'C:\tallow.exe' --app-folder 'D:\app' --drive "D:\\music-$size" --exit-after-startup)
 fresh timed "${program[@]}" > /dev/null
 row "start to the window" "$linux" "$(best 3 time timed "${program[@]}")"
 

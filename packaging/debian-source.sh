@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # To be sourced: fetch_source FOLDER PACKAGE... unpacks Debian's source packages, patches and all, into a
 # folder. They are listed for this call only: the system's own lists with "deb" read as "deb-src".

@@ -8,6 +8,7 @@ set -euo pipefail
 
 picture=$1
 shift
+# shellcheck source=packaging/virtual-display.sh
 . "$(dirname "$0")/virtual-display.sh"
 unset QT_QPA_PLATFORM
 # No tip at start, which would lie before the window.

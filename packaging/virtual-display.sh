@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # To be sourced: starts a virtual display that lives as long as the script, and sets DISPLAY. What the
 # script adds to the array `processes` ends with it.

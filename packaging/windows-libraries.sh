@@ -3,6 +3,7 @@
 # Builds utf8proc and GoogleTest for Windows from Debian's own sources and prints the folder they are in.
 # They are kept in the user's cache folder under their versions, so a second call only prints.
 set -euo pipefail
+# shellcheck source=packaging/debian-source.sh
 . "$(dirname "$0")/debian-source.sh"
 
 sources=/usr/src/googletest
@@ -24,7 +25,7 @@ mkdir -p "$work/out/lib" "$work/out/include"
 fetch_source "$work" utf8proc
 
 echo "Building utf8proc and GoogleTest for Windows" >&2
-flags=(-O2 -std=c++17 -Wa,-mbig-obj)
+flags=(-O2 -std=c++17 '-Wa,-mbig-obj')
 utf8proc=$(find "$work" -mindepth 1 -maxdepth 1 -type d -name 'utf8proc-*' | head -n 1)
 x86_64-w64-mingw32-gcc-posix -O2 -DUTF8PROC_STATIC -c "$utf8proc/utf8proc.c" -o "$work/utf8proc.o"
 "$archiver" rcs "$work/out/lib/libutf8proc.a" "$work/utf8proc.o"

@@ -5,6 +5,7 @@
 # and options, so a second call only prints. The first takes about a quarter of an hour.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
+# shellcheck source=packaging/debian-source.sh
 . "$here/debian-source.sh"
 
 # What is built of it: the tools are those of this system, the libraries those that come with the source.

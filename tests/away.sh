@@ -43,6 +43,7 @@ else
   pull_out() { mv "$folder/stick" "$folder/content" && mkdir "$folder/stick"; }
 fi
 
+# shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
 XDG_RUNTIME_DIR=$(mktemp -d)
 trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
@@ -51,6 +52,7 @@ export QT_QPA_PLATFORM=xcb
 openbox > /dev/null 2>&1 &
 processes+=($!)
 for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
+# shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
 
 library=$folder/app/Grouping/FileLocNames.lmz

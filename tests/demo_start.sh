@@ -17,13 +17,14 @@ rm -rf "$folder/app" "$folder/config"
 mkdir -p "$folder/app"
 
 # The program with a player beside it that makes no noise.
-rm -rf "$folder/bin"
+rm -rf "${folder:?}/bin"
 mkdir -p "$folder/bin"
 cp "$program" "$folder/bin/tallow"
 printf '#!/bin/sh\nexec "%s" --silent "$@"\n' "$(dirname "$program")/tallow-player" \
   > "$folder/bin/tallow-player"
 chmod +x "$folder/bin/tallow-player"
 program=$folder/bin/tallow
+# shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
 # A folder of its own for the player's socket, and no session bus.
 XDG_RUNTIME_DIR=$(mktemp -d)

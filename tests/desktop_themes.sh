@@ -6,6 +6,7 @@
 set -euo pipefail
 tests=$1
 here=$(dirname "$(readlink -f "$0")")
+# shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
 export QT_QPA_PLATFORM=xcb DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
 unset KDE_FULL_SESSION KDE_SESSION_VERSION

@@ -16,6 +16,7 @@ mkdir -p "$folder/app" "$folder/bin" "$folder/config/Tallow" "$folder/pictures"
 printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"
 cp "$program" "$folder/bin/tallow"
 cp "$(dirname "$program")/TIPOFDAY.TXT" "$folder/bin/"
+# shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
 XDG_RUNTIME_DIR=$(mktemp -d)
 trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
@@ -24,6 +25,7 @@ export QT_QPA_PLATFORM=xcb
 openbox > /dev/null 2>&1 &
 processes+=($!)
 for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
+# shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
 
 start() {

@@ -19,6 +19,7 @@ cp "$(dirname "$program")/TIPOFDAY.TXT" "$folder/bin/"
 printf '#!/bin/sh\nexec "%s/tallow-player" --silent "$@"\n' "$(dirname "$program")" \
   > "$folder/bin/tallow-player"
 chmod +x "$folder/bin/tallow-player"
+# shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
 XDG_RUNTIME_DIR=$(mktemp -d)
 trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
@@ -31,6 +32,7 @@ for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; slee
 library=$folder/app/Grouping/FileLocNames.lmz
 jukebox=$folder/app/Grouping/mix.juk
 
+# shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
 start() {
   "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" "$@" 2>> "$folder/errors.txt" &

@@ -77,6 +77,7 @@ expect 'boolean false' get CanPlay
 dbus-monitor --session --monitor \
   "type='signal',sender='org.mpris.MediaPlayer2.tallow',path='/org/mpris/MediaPlayer2'" \
   > "$work/signals" 2> /dev/null & processes+=($!)
+# shellcheck disable=SC2016 # The inner shell expands them.
 # told TEXT: waits until a signal has this in it.
 told() { expect "told $1" sh -c 'grep -qF -- "$1" "$2" && echo "told $1"' sh "$1" "$work/signals"; }
 for _ in $(seq 100); do [ -s "$work/signals" ] && break; sleep 0.05; done

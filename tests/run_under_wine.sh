@@ -6,6 +6,7 @@ set -euo pipefail
 program=$(realpath "$1")
 shift
 export DISPLAY=
+# shellcheck source=tests/wine_prefix.sh
 . "$(dirname "$0")/wine_prefix.sh"
 make_windows
 # The program has to lie on a drive that exists.

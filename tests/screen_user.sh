@@ -1,6 +1,10 @@
+# shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # To be sourced: what a script needs to use a program on the virtual display as a user does, with keys and
 # eyes. Pictures go to $folder/pictures.
+
+# The script that sources this sets it.
+: "${folder:?}"
 
 fail() {
   echo "$1"

@@ -8,7 +8,6 @@ set -euo pipefail
 
 program=$1
 folder=$2
-here=$(cd "$(dirname "$0")" && pwd)
 rm -rf "$folder"
 mkdir -p "$folder/config/Tallow" "$folder/app" "$folder/music"
 printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"

@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
+# shellcheck disable=SC2119 # Tallow is started without files, too.
 # Installs Tallow in a Windows of its own, on a virtual display, and uses it there as a user would: first
 # start, playing, ranking, saving, tips, a second start, two at once, what can go wrong with files, and
 # taking it off again. Looks at the files, the registry and what the player was told, and keeps a picture
@@ -16,13 +17,16 @@ rm -rf "$4"
 mkdir -p "$4/pictures"
 folder=$(realpath "$4")
 
+# shellcheck source=tests/wine_prefix.sh
 . "$here/wine_prefix.sh"
+# shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
 trap 'end_processes; end_windows' EXIT
 openbox > /dev/null 2>&1 &
 processes+=($!)
 for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
 
+# shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
 # The display's window manager does not give the keyboard back when a dialog of the system has closed.
 activate() {
@@ -88,6 +92,8 @@ done
 [ "$(value 'Software\Classes\Tallow.Jukebox\shell\open\command')" = "\"$program\" \"%1\"" ] ||
   fail "A double click does not open jukeboxes."
 
+# start [FILE...]: starts Tallow.
+# shellcheck disable=SC2120 # Files are optional.
 start() {
   "$wine" "$program" "$@" 2>> "$folder/errors.txt" &
   tallow=$!
@@ -297,7 +303,9 @@ grep -q 'A tip of my own' "$installed/TIPOFDAY.TXT" || fail "A tip of the user's
 until_true 30 "the end of the program file" test ! -e "$installed/tallow.exe"
 until_true 10 "the end of the start menu's entry" \
   test ! -e "$c/users/$(id -un)/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tallow.lnk"
-[ -s "$library" ] && [ -s "$grouping/mix.juk" ] || fail "The library or the jukebox has gone with the program."
+if ! [ -s "$library" ] || ! [ -s "$grouping/mix.juk" ]; then
+  fail "The library or the jukebox has gone with the program."
+fi
 [ -z "$(value 'Software\Classes\Tallow.Jukebox\shell\open\command')" ] ||
   fail "The file type is still there."
 grep -q 'A tip of my own' "$installed/TIPOFDAY.TXT" || fail "A tip of the user's own is gone."

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # To be sourced: a Windows of its own for a script, made by Wine in $WINEPREFIX, without the drive Z: that
 # would stand for the whole machine and with a home folder of its own. It ends with the script, which may
@@ -5,9 +6,8 @@
 
 # Wine names files on the disk in the locale's encoding, and the tests use all alphabets.
 export LC_ALL=C.UTF-8
-wine=$(command -v wine64 || command -v wine || ls /usr/lib/wine/wine64)
-wineserver=$(command -v wineserver || ls /usr/lib/wine/wineserver64 /usr/lib/wine/wineserver \
-  2> /dev/null | head -n 1)
+wine=$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)
+wineserver=$(command -v wineserver || find /usr/lib/wine -name 'wineserver*' | sort -r | head -n 1)
 windows=$(mktemp -d)
 export WINEPREFIX="$windows/prefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=,winemenubuilder.exe="
 # Its folders for documents and the like are links into the home folder.
