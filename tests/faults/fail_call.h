@@ -44,7 +44,7 @@ enum FaultAction : int {
 /// Which calls fail.
 enum class FaultReach {
   kOneCall,
-  kPath,  ///< from that call on, all calls on the same path fail
+  kPath,   ///< from that call on, all calls on the same path fail
   kWrites  ///< from that call on, all calls that need disk space fail; the first write does half
 };
 

@@ -229,7 +229,7 @@ bool frmMDIForm1::Start(const std::string& program) {
 void frmMDIForm1::PlayOnPanel() {
   if (PlayerPanel() == nullptr) OpenPanel();
   panel_->showNormal();
-  // The next command and the keyboard are for the jukebox again.
+  // Commands and keys go to the jukebox again.
   ActivateJukebox();
   if (frmMain* const window = ActiveJukeboxWindow()) window->TakeFocus();
   // A panel without a player is useless, so it is closed.

@@ -65,7 +65,7 @@ TEST_F(FrmMdiForm1, PlayingOpensThePanelBesideTheJukebox) {
   EXPECT_FALSE(panel.isMaximized());
   EXPECT_TRUE(SubOf(jukebox).isMaximized());
   EXPECT_TRUE(Area().viewport()->rect().contains(panel.geometry()));
-  // The next command is for the jukebox.
+  // The next command acts on the jukebox.
   EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
   // The panel is no jukebox.
   EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);

@@ -169,7 +169,7 @@ TEST_F(SeveralJukeboxes, WhatIsCutInOneIsPastedInTheOther) {
 }
 
 #ifndef _WIN32
-// On Windows names are text, and each can be shown.
+// On Windows file names are Unicode text, which can always be displayed.
 TEST_F(SeveralJukeboxes, CaptionsThatLookAlikeAreNotTheSame) {
   // Both names are shown with a replacement character for the byte that cannot be shown.
   for (const char* const name : {"caf\xE8.juk", "caf\xE9.juk"}) {
