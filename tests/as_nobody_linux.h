@@ -6,8 +6,8 @@
 
 namespace tallow {
 
-/// Within its scope the process has no more rights than any user. Root may read and write everything,
-/// which would hide what a test is about.
+/// Drops the rights of root within its scope. Root may read and write every file, which would hide
+/// the permission errors that a test checks.
 class AsNobody {
  public:
   AsNobody() {

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Takes a drive away and brings it back, as a user would, on a virtual display: across a start, during a run,
-# before looking for new songs both ways, before No and before Yes on the closing question, with two jukeboxes
-# open. In the end every rank and every entry has to be there.
+# Removes a drive and brings it back, as a user would, on a virtual display: between two starts,
+# during a run, before both searches for new songs, and before answering No or Yes to the closing
+# question, with two jukeboxes open. In the end every rank and every entry must be unchanged.
 #
-# Where root is at hand the drive is a real mount in a mount name space of its own; else it is a folder that is
-# moved away, which is given as a drive.
+# When run as root, the drive is a real mount in a separate mount namespace. Otherwise it is a
+# folder that is moved away, passed to the program as a drive.
 #
 # Usage: away.sh PROGRAM FOLDER
 set -euo pipefail
@@ -24,7 +24,7 @@ here=$(cd "$(dirname "$0")" && pwd)
 rm -rf "$folder"
 mkdir -p "$folder/app" "$folder/config/Tallow" "$folder/pictures" "$folder/stick" "$folder/content"
 folder=$(cd "$folder" && pwd -P)
-# The tips are not wanted.
+# Turns off the tips at start.
 printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"
 "$here/../packaging/make-demo-collection.sh" "$folder/all"
 mv "$folder/all" "$folder/home"
@@ -65,7 +65,7 @@ start() {
   processes+=("$tallow")
 }
 has_ended() { ! kill -0 "$tallow"; }
-# Number, rank, flag and name of every song of the library, a line each.
+# Prints number, rank, flag and name of every song of the library, one song per line.
 songs() {
   perl -e '
     local $/; open my $file, "<:raw", $ARGV[0] or die; my $bytes = <$file>;
@@ -75,9 +75,9 @@ songs() {
       print "$text[2] $text[4] $text[3] $text[0]\n";
     }' "$library"
 }
-# The songs of the folder that was made by hand, in a jukebox file.
+# Prints the songs of the folder "Road trip", which this script makes, in a jukebox file.
 entries() { grep -o '"text":"Road trip".*' "$1" | grep -o '"songs":\[[0-9,]*\]'; }
-# Whether all songs of before are in the library as they were.
+# Checks that all songs of before.txt are still in the library, unchanged. $1 names the step.
 expect_songs() {
   songs > "$folder/now.txt"
   head -n "$(wc -l < "$folder/before.txt")" "$folder/now.txt" | diff "$folder/before.txt" - ||
@@ -88,7 +88,7 @@ expect_entries() {
     [ "$(entries "$jukebox")" = "$folder_songs" ] || fail "Songs of $jukebox are others $1."
   done
 }
-exit_with() { # exit_with [KEY...]: keys for the questions
+exit_with() { # exit_with [KEY...]: exits the program and answers each question with a KEY
   keys alt+f x
   local key
   for key in "$@"; do
@@ -98,16 +98,16 @@ exit_with() { # exit_with [KEY...]: keys for the questions
   done
   until_true 20 "the end of the program" has_ended
 }
-new_song() { # beside songs that are known
+new_song() { # new_song NAME: adds a song to a folder that has known songs
   local like
   like=$(find "$folder/home" -name '*.mp3' | sort | head -n 1)
   cp "$like" "$(dirname "$like")/$1.mp3"
 }
-two_jukeboxes() { # the first one opens by itself
+two_jukeboxes() { # the start opens the first jukebox itself
   until_true 30 "the first jukebox" window_named '^Tallow - \['
 }
 
-# Songs get ranks and are put into a folder of their own, in two jukeboxes.
+# Songs get ranks and are copied into a new folder, in two jukeboxes.
 plug_in
 start
 until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
@@ -135,7 +135,7 @@ grep -q ' 7 1 ' "$folder/before.txt" || fail "No song has a rank."
 [ "$(grep -o '[0-9]*' <<< "$folder_songs" | wc -l)" -eq "$(wc -l < "$folder/before.txt")" ] ||
   fail "The folder does not hold every song."
 
-# A start without the drive, with both jukeboxes: nothing has changed, and nothing is asked.
+# A start without the drive, with both jukeboxes: no file changes, and no question is asked.
 pull_out
 before=$(cksum "$library" "$mix" "$second")
 start "$mix" "$second"
@@ -143,7 +143,7 @@ two_jukeboxes
 until_true 10 "the second jukebox" window_named 'SECOND'
 keys Tab End
 picture 1-away
-# The list of what is away opens by a click on the status bar.
+# A click on the status bar opens the list of unavailable places.
 frame=$(window_named '^Tallow - ' | tail -n 1)
 height=$(xdotool getwindowgeometry --shell "$frame" | sed -n 's/^HEIGHT=//p')
 xdotool mousemove --window "$frame" 200 $((height - 12)) click 1
@@ -153,7 +153,7 @@ keys Escape
 exit_with
 [ "$(cksum "$library" "$mix" "$second")" = "$before" ] || fail "A start without the drive has changed a file."
 
-# New songs are looked for both ways without it; No to what has changed.
+# Both searches for new songs run without the drive; both questions about changes are answered No.
 new_song "Zebra crossing"
 start "$mix" "$second"
 two_jukeboxes
@@ -167,7 +167,7 @@ exit_with alt+n alt+n
 expect_songs "after a search without the drive"
 expect_entries "after a search without the drive"
 
-# It goes during a run, before both searches; Yes to what has changed.
+# The drive disappears during a run, before both searches; both questions are answered Yes.
 plug_in
 new_song "Yellow bricks"
 start "$mix" "$second"
@@ -183,7 +183,7 @@ exit_with alt+y alt+y
 expect_songs "after the drive went during a run"
 expect_entries "after the drive went during a run"
 
-# It comes back during a run, and across a start.
+# The drive comes back during a run, and the program starts again.
 start
 two_jukeboxes
 plug_in

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Checks what the built program answers to its command line.
+# Checks the exit codes and the output of the built program's command line.
 #
 # Usage: command_line.sh PROGRAM
 set -euo pipefail
@@ -11,7 +11,7 @@ trap 'rm -rf "$folder"' EXIT
 mkdir "$folder/app" "$folder/music"
 unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM
 
-# expect CODE PATTERN ARGUMENT...: the exit code, and a line that the output holds
+# expect CODE PATTERN ARGUMENT...: checks the exit code, and that the output has a line with PATTERN
 expect() {
   local code=$1 pattern=$2 got=0
   shift 2
@@ -33,7 +33,7 @@ expect 2 "needs a folder" --app-folder
 expect 1 "needs a display" --app-folder "$folder/app" --drive "$folder/music"
 expect 0 "" "${usual[@]}"
 expect 0 "" "${usual[@]}"
-# What comes with the program lies beside it.
+# The files shipped with the program are in its folder.
 beside=$(dirname "$program")
 if [ "$(grep -c . "$beside/TIPOFDAY.TXT")" -lt 30 ] || [ ! -s "$beside/readme.txt" ]; then
   echo "There are fewer than 30 tips beside the program, or no readme.txt."

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Starts the built program with something else in the place of the file of its options, which tells the
-# places of the windows and whether tips are shown. It has to start each time, without waiting, and to leave
-# what is no file of options as it is.
+# Replaces the program's options file, which holds the window geometry and whether tips are shown,
+# by something else and starts the built program. Each start must succeed without delay and must
+# keep whatever was there in place of an options file.
 #
 # Usage: damaged_options.sh PROGRAM
 set -euo pipefail
@@ -15,8 +15,8 @@ options=$folder/config/Tallow/tallow.conf
 export XDG_CONFIG_HOME=$folder/config QT_QPA_PLATFORM=offscreen
 failed=0
 
-# start NAME: the program starts and ends by itself. It may use a processor for two seconds, and wait for half
-# a minute, which is generous on a busy machine.
+# start NAME: checks that the program starts and ends by itself. At most 2 s of processor time and
+# 30 s of waiting are allowed, which is generous on a busy machine.
 start() {
   local got=0
   (
@@ -30,7 +30,7 @@ start() {
     failed=1
   fi
 }
-# keeps NAME TEST: what was there is still there, or beside it
+# keeps NAME TEST: checks that the replaced file is still there, or in its backup
 keeps() {
   if ! test "$2" "$options" && ! test "$2" "$options.bak"; then
     echo "$1 as file of options is gone."

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stands between the program and the system's calls on files. Linked into the tests; as a library of its own
-// (LD_PRELOAD) it makes the folder in TALLOW_DEAD_FOLDER dead for a whole program.
+// Interposes the system's file calls. Linked into the tests; loaded as a separate library
+// (LD_PRELOAD), it blocks the folder in TALLOW_DEAD_FOLDER for a whole program.
 #include "tests/dead_folder_linux.h"
 
 #include <atomic>
@@ -19,7 +19,8 @@
 namespace tallow {
 namespace {
 
-/// What is done to calls. Never destroyed: threads may still wait when the program ends.
+/// What happens to calls. Never destroyed, because threads may still be blocked when the program
+/// ends.
 struct Gate {
   Gate() {
     if (const char* const dead = std::getenv("TALLOW_DEAD_FOLDER")) {
@@ -32,7 +33,7 @@ struct Gate {
   std::mutex mutex;
   std::condition_variable changed;
   std::string folder;
-  int error = 0;  ///< 0: nobody is answered
+  int error = 0;  ///< errno for every call; 0: calls block
   int waiting = 0;
   int asked = 0;
 };
@@ -42,7 +43,7 @@ Gate& TheGate() {
   return *gate;
 }
 
-/// \returns the error number that a call ends with; 0 to let it through
+/// \returns the errno value that the call fails with; 0 to pass the call on
 int Pass(const char* path) {
   Gate& gate = TheGate();
   if (!gate.is_set || path == nullptr) return 0;

@@ -5,23 +5,23 @@
 
 namespace tallow {
 
-/// Within its scope a folder lies on a disk that does not answer: whoever looks at something in it waits until
-/// the end of the scope. The calls of the whole program to the system pass through here, see
-/// dead_folder_linux.cpp. One at a time.
+/// Within its scope a folder lies on a disk that does not answer: calls on paths in the folder
+/// block until the end of the scope. All file calls of the program are interposed, see
+/// dead_folder_linux.cpp. Only one such object may exist at a time.
 class DeadFolder {
  public:
   /// \param folder ends in a separator
   explicit DeadFolder(const std::string& folder);
   DeadFolder(const DeadFolder&) = delete;
   DeadFolder& operator=(const DeadFolder&) = delete;
-  /// Returns when nobody waits any longer.
+  /// Returns when no call is blocked any longer.
   ~DeadFolder();
 
-  /// How often something in it was asked for.
+  /// Number of calls on paths in the folder.
   int Asked() const;
 };
 
-/// Within its scope every look at something in a folder fails with an error number of the system.
+/// Within its scope all calls on paths in a folder fail with an errno value.
 class FailingFolder {
  public:
   FailingFolder(const std::string& folder, int error);

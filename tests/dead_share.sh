@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Starts the built program while a drive does not answer: the start gives it up, and loses nothing.
+# Starts the built program while a drive does not answer: the start gives up the drive and loses
+# nothing.
 #
 # Usage: dead_share.sh PROGRAM INTERPOSED_LIBRARY FOLDER
 set -euo pipefail
@@ -19,12 +20,12 @@ start=("$program" --app-folder "$folder/app" --drive "$folder/local" --drive "$f
 songs=$folder/app/Grouping/FileLocNames.lmz
 cp "$songs" "$folder/before"
 
-# Half a minute is what a start waits for a drive that nobody cancels.
+# The start waits at most 30 s for a drive unless the user cancels.
 TALLOW_DEAD_FOLDER="$folder/share/" LD_PRELOAD="$library" timeout 120 "${start[@]}" \
   2> "$folder/said"
 cmp "$songs" "$folder/before"
 
-# And when it answers again, nothing is missing.
+# When the drive answers again, no song is missing.
 "${start[@]}" 2> "$folder/said"
 cmp "$songs" "$folder/before"
 if grep -q missing "$folder/said"; then

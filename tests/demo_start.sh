@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Starts the built program twice on a virtual display over the demo collection, each time with the probe
-# in it, and compares what the probe saw. Keeps a picture of each start.
+# Starts the built program twice on a virtual display over the demo collection, each time with the
+# probe loaded, and compares the reports of the probe. Keeps a picture of each start.
 #
 # Usage: demo_start.sh PROGRAM PLUGINS FOLDER
 set -euo pipefail
@@ -16,7 +16,7 @@ mkdir -p "$folder"
 rm -rf "$folder/app" "$folder/config"
 mkdir -p "$folder/app"
 
-# The program with a player beside it that makes no noise.
+# A copy of the program with a silent player in its folder.
 rm -rf "${folder:?}/bin"
 mkdir -p "$folder/bin"
 cp "$program" "$folder/bin/tallow"
@@ -26,11 +26,11 @@ chmod +x "$folder/bin/tallow-player"
 program=$folder/bin/tallow
 # shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
-# A folder of its own for the player's socket, and no session bus.
+# A temporary runtime folder for the player's socket, and no session bus.
 XDG_RUNTIME_DIR=$(mktemp -d)
 trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
 export XDG_RUNTIME_DIR DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
-# No tip at start, which would wait for its user; options of nobody else.
+# Options in the test's folder, without the tip at start, which would wait for the user.
 export XDG_CONFIG_HOME=$folder/config
 mkdir -p "$XDG_CONFIG_HOME/Tallow"
 printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$XDG_CONFIG_HOME/Tallow/tallow.conf"
@@ -49,7 +49,7 @@ for start in first second; do
   fi
 done
 
-# Told to end by the system, it asks nothing, though the sample jukebox is not saved.
+# On SIGTERM the program asks no question, although the sample jukebox is not saved.
 env -u QT_QPA_GENERIC_PLUGINS "$program" --app-folder "$folder/app" --drive "$folder/music" &
 tallow=$!
 for _ in $(seq 300); do

@@ -1,8 +1,9 @@
 #!/bin/bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Runs the tests of the find dialog's keys under the themes of several desktops, on a virtual display: on some
-# of them Enter presses the button that has the keyboard.
-# usage: desktop_themes.sh WINDOW_TESTS
+# Runs the tests of the find dialog's keys under the platform themes of several desktops, on a
+# virtual display: under some themes Enter presses the focused button.
+#
+# Usage: desktop_themes.sh WINDOW_TESTS
 set -euo pipefail
 tests=$1
 here=$(dirname "$(readlink -f "$0")")

@@ -10,9 +10,9 @@
 
 namespace tallow {
 
-/// Drags something over a place of a view and drops it there, with the events that a real drag sends, and
-/// waits until what follows is done.
-/// \returns whether it was taken
+/// Drags data over a position of a view and drops it there, with the events that a real drag sends,
+/// and processes the events that follow.
+/// \returns whether the view accepted the data
 inline bool DropAt(QAbstractItemView& view, const QPoint& place, const QMimeData& data,
                    Qt::KeyboardModifiers keys = {}) {
   constexpr Qt::DropActions kActions = Qt::CopyAction | Qt::MoveAction;

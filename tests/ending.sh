@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Tells the built program to end after its player has died and no other one comes up, on a virtual display: by
-# SIGTERM, with and without a message box that is open, and by closing the window with its panel. It ends, and waits
-# for nobody. Then one that is killed and started again stops the player that plays on.
+# Ends the built program after its player has died and no other player can start, on a virtual
+# display: by SIGTERM, with and without an open message box, and by closing the window with its
+# panel. The program must end without waiting. Finally a program is killed and started again; it
+# must be able to stop the player that kept playing.
 #
 # Usage: ending.sh PROGRAM FOLDER
 set -euo pipefail
@@ -36,14 +37,14 @@ start() {
 }
 has_ended() { ! kill -0 "$tallow"; }
 player_runs() { [ -s "$folder/log" ]; }
-# A player that writes down its number and every message.
+# Makes a player that records its process ID and every message.
 make_player() {
   rm -f "$folder/log" "$folder/pid"
   printf '#!/bin/sh\necho $$ > "%s"\nexec "%s/tallow-player" --silent --log "%s" "$@"\n' \
     "$folder/pid" "$(dirname "$program")" "$folder/log" > "$folder/bin/tallow-player"
   chmod +x "$folder/bin/tallow-player"
 }
-# Plays, kills the player, and plays once more when no other one can come up.
+# Plays, kills the player, and plays again when no other player can start.
 lose_player() {
   make_player
   start
@@ -54,7 +55,7 @@ lose_player() {
   sleep 1
   for _ in $(seq 20); do
     keys ctrl+l
-    # The player may seem to come up, and end.
+    # The player may seem to start, and then end.
     if window_named '^(Tallow|Error)$' > /dev/null; then return 0; fi
   done
   fail "No message about a player that is gone."
@@ -80,7 +81,7 @@ until_true 10 "the question about the sample jukebox" window_named '^Tallow$'
 keys alt+n
 until_true 10 "the end after the window was closed" has_ended
 
-# Killed: the music goes on, and Stop of the next start is heard.
+# After a kill of the program the music continues, and Stop of the next start reaches the player.
 make_player
 start
 keys ctrl+l

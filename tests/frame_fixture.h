@@ -19,7 +19,7 @@
 
 namespace tallow {
 
-/// A frame window over a player that is only written down.
+/// A frame window whose messages to the player are recorded.
 class FrameTest : public LibraryTest {
  protected:
   FrameTest() {
@@ -42,13 +42,13 @@ class FrameTest : public LibraryTest {
     frame.ShowJukeboxWindow(window);
     return window;
   }
-  /// How often songs were handed over since the last call.
+  /// How often songs were handed to the player since the last call.
   std::ptrdiff_t HandOvers() {
     const Texts sent = link.Take();
     return std::count(sent.begin(), sent.end(), "1024 0 101");
   }
   QAction& Item(const char* name) { return *frame.findChild<QAction*>(QLatin1String(name)); }
-  /// Triggers something that opens the file dialog, and does something with that once it is there.
+  /// Triggers an action that opens the file dialog, and calls `act` when the dialog is open.
   template <typename Act>
   static void WithFileDialog(QAction& item, const Act& act) {
     QTimer timer;
@@ -65,7 +65,7 @@ class FrameTest : public LibraryTest {
     dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))->setText(file);
     QMetaObject::invokeMethod(&dialog, "accept");
   }
-  /// Closed windows go when the program comes to it.
+  /// Runs the deferred deletion of closed windows.
   static void LetClosedWindowsGo() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Holds a file as another program may: nobody else can open, replace or delete it.
+// Holds a file open without sharing, so that no other program can open, replace or delete it.
 //
-// Usage: hold_file FILE UNTIL     ends when there is a file UNTIL, or after a minute
+// Usage: hold_file FILE UNTIL     ends when the file UNTIL exists, or after a minute
 #include <windows.h>
 
 int wmain(int argc, wchar_t** argv) {

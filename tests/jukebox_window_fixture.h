@@ -18,7 +18,7 @@
 
 namespace tallow {
 
-/// A jukebox window with nothing in it yet.
+/// A jukebox window without folders.
 class JukeboxWindowTest : public LibraryTest {
  protected:
   using Songs = std::vector<std::int32_t>;
@@ -44,7 +44,7 @@ class JukeboxWindowTest : public LibraryTest {
   Jukebox& Box() { return window.Jukebox(); }
   FolderTree& Nodes() { return window.Jukebox().Nodes(); }
 
-  /// Songs "1.mp3" and so on.
+  /// Adds the songs "1.mp3", "2.mp3" and so on.
   void AddSongs(int count) {
     for (int k = 1; k <= count; ++k) AddSong(music.path(), std::to_string(k) + ".mp3");
   }
@@ -73,7 +73,7 @@ class JukeboxWindowTest : public LibraryTest {
   }
   std::vector<int> Selected() { return window.PVExplorer1().SelectedRows(); }
 
-  /// The texts of the folders below one, or at top level.
+  /// The texts of the folders below `above`, or at top level.
   Texts FoldersIn(const Folder* above = nullptr) {
     Texts texts;
     const std::int32_t count = above != nullptr ? above->Children() : Nodes().Children();

@@ -11,8 +11,8 @@
 
 namespace tallow {
 
-/// A program's shared state over a folder of its own, with its data folders made and its settings
-/// at their defaults.
+/// The program's shared state over a temporary folder, with the data folders created and the
+/// default settings.
 class LibraryTest : public testing::Test {
  protected:
   LibraryTest() {
@@ -31,7 +31,7 @@ class LibraryTest : public testing::Test {
     library.Mp3Info(5, row, rank);
   }
 
-  /// One column of all rows.
+  /// The cells of one column in all rows.
   std::vector<std::string> Cells(int column) const {
     std::vector<std::string> cells;
     for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)

@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Goes through the life of a jukebox as a user would, on a virtual display, with keyboard and mouse only:
-# first start, ranking, a folder, saving, playing, closing, second start, new songs, finding, two jukeboxes,
-# exit, and closing while minimized. Looks at the files that are left, and keeps a picture of each station.
+# Runs a jukebox through its whole life as a user would, on a virtual display, with keyboard and
+# mouse only: first start, ranking, a folder, saving, playing, closing, second start, new songs,
+# finding, two jukeboxes, exit, and closing while minimized. Checks the resulting files, and keeps a
+# picture of each step.
 #
 # Usage: life.sh PROGRAM FOLDER
 set -euo pipefail
@@ -41,7 +42,7 @@ start() {
 }
 has_ended() { ! kill -0 "$tallow"; }
 
-# The first start: the tip is read, another one too, and is not wanted again.
+# First start: the user reads the tip and the next tip, and turns the tips off.
 start
 until_true 60 "the tip at the start" window_named '^Tip of the Day$'
 picture 1-tip
@@ -50,7 +51,7 @@ until_true 10 "the end of the tip" no_window_named '^Tip of the Day$'
 until_true 10 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
 grep -q 'Show%20Tips%20at%20Startup=0' "$folder/config/Tallow/tallow.conf" || fail "The tip's option is not kept."
 
-# Three songs get the best rank.
+# Three songs get the highest rank.
 before=$(cksum "$library")
 keys Tab Home shift+Down shift+Down shift+F10 r
 picture 2-ranks
@@ -58,13 +59,13 @@ keys Return
 library_has_changed() { [ "$(cksum "$library")" != "$before" ]; }
 until_true 10 "the saved ranks" library_has_changed
 
-# They are copied into a folder of their own.
+# The three songs are copied into a new folder.
 keys ctrl+c alt+e a
 xdotool type --delay 40 'Road trip'
 keys Return ctrl+v
 picture 3-folder
 
-# Saved under a name.
+# The jukebox is saved under a name.
 keys ctrl+s
 until_true 10 "the file dialog" window_named '^Save'
 xdotool type --delay 40 'Mix'
@@ -73,17 +74,17 @@ until_true 10 "the saved jukebox" test -s "$jukebox"
 until_true 10 "its name" window_named '^Tallow - \[MIX\]$'
 grep -q '"text":"Road trip"[^]]*"songs":\[[0-9]*,[0-9]*,[0-9]*\]' "$jukebox" || fail "The folder is not in the file."
 
-# Played, until the panel is there and the player too.
+# Songs are played until the panel and the player are there.
 keys ctrl+l
 until_true 20 "the player" test -S "$XDG_RUNTIME_DIR/tallow/player"
 sleep 2
 picture 4-playing
 
-# Closed without a question: everything is saved.
+# Closing asks no question, because everything is saved.
 keys alt+F4
 until_true 20 "the end of the program" has_ended
 
-# The second start opens it, without a tip.
+# The second start opens the saved jukebox, without a tip.
 start
 until_true 30 "the saved jukebox at the start" window_named '^Tallow - \[MIX\]$'
 no_window_named '^Tip of the Day$' || fail "The tip is there again."
@@ -99,7 +100,7 @@ keys ctrl+s
 until_true 10 "the new song in the jukebox" grep -q 'Zebra crossing.mp3' "$jukebox"
 picture 5-new-song
 
-# And found.
+# The new song is found.
 keys ctrl+f
 until_true 10 "the find dialog" window_named '^Find$'
 xdotool type --delay 40 'zebra'
@@ -107,31 +108,31 @@ keys Return
 picture 6-found
 keys Escape
 
-# A second jukebox beside it.
+# A second jukebox is opened and both are cascaded.
 keys ctrl+n shift+F4
 picture 7-cascade
 
-# A second start comes to this one, with its files.
+# A second program hands its files over to the running program.
 cp "$jukebox" "$folder/handed over.juk"
 "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" "$folder/handed over.juk" ||
   fail "The second start did not hand over."
 until_true 10 "the file of the second start" window_named '^Tallow - .*HANDED OVER'
 picture 8-handed-over
-# It is as its file has it, so nothing is asked.
+# The jukebox is unchanged since it was loaded, so closing it asks no question.
 keys alt+f c
 until_true 10 "the end of the handed-over jukebox" no_window_named 'HANDED OVER'
 
-# Exit. Nothing is unsaved but the new, empty jukebox, which is not asked about.
+# Exit. Only the new, empty jukebox is unsaved, which asks no question.
 keys alt+f x
 until_true 20 "the end of the program" has_ended
 picture 9-end
 [ -z "$(find "$folder/app/Grouping/System" -name '*.unsaved')" ] || fail "Something counts as unsaved."
 
-# Closed while it is minimized, with a new song in each of two jukeboxes: it comes back to ask, and each Yes saves
-# the jukebox that it is about.
+# Closing the minimized window, with a new song in each of two jukeboxes: the window is restored for
+# the questions, and each Yes saves the jukebox that the question names.
 cp "$first" "$target/Yellow bricks.mp3"
 start "$jukebox"
-# The last jukebox is the one that was handed over; behind it comes the one that was named.
+# The start opens the last jukebox, which was handed over, and then the jukebox on its command line.
 until_true 30 "both jukeboxes" window_named '^Tallow - \[MIX\]$'
 frame=$(window_named '^Tallow - ' | tail -n 1)
 xdotool windowminimize "$frame"

@@ -11,8 +11,8 @@
 
 namespace tallow {
 
-/// The quicksort step by step, recursive, on whole rows, each key computed wherever it is asked
-/// for. The slow twin of SortCity. Rows and columns count from 1.
+/// The slow reference implementation of SortCity: recursive, moves whole rows, and computes each
+/// key at every comparison. Rows and columns count from 1.
 class LiteralQuicksort {
  public:
   using Rows = std::vector<std::vector<std::string>>;

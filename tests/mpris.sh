@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Drives the player over a session bus of its own, with a standard remote control.
+# Controls the player over a private session bus, with a standard remote control.
 #
 # Usage: mpris.sh PLAYER
 set -euo pipefail
@@ -9,7 +9,7 @@ player=$1
 if [ -z "${TALLOW_BUS:-}" ]; then
   exec env TALLOW_BUS=own dbus-run-session -- "$0" "$player"
 fi
-# lame turns the texts of a tag from the locale's encoding into the tag's own.
+# lame converts the tag texts from the locale's encoding to the encoding of the tag.
 export LC_ALL=C.UTF-8
 
 work=$(mktemp -d)
@@ -23,7 +23,7 @@ trap end EXIT
 chmod 700 "$work"
 export XDG_RUNTIME_DIR=$work
 
-# song FILE [lame's options for the tag]
+# song FILE [OPTION...]: makes a song; the options of lame set the tag
 song() {
   local file=$1
   shift
@@ -33,11 +33,11 @@ song() {
 song 'one & two.mp3' --tt 'Grüne Straße' --ta 'Étienne Duval' --id3v1-only
 song 'two.mp3' --tt 'Second' --ta 'Ada Quill' --id3v2-only
 song 'no tag.mp3'
-# A name with a code point that is set aside for no character, which the bus does not take.
+# A name with a noncharacter code point, which the bus does not accept.
 song $'odd \xEF\xBF\xBF.mp3'
 
 failed=false
-# expect WHAT COMMAND... : waits until the command's output is what is expected.
+# expect TEXT COMMAND...: waits until the command's output is TEXT
 expect() {
   local expected=$1 got=
   shift
@@ -50,13 +50,13 @@ expect() {
   failed=true
 }
 control() { playerctl --player=tallow "$@" 2> /dev/null || :; }
-# get PROPERTY: of the player, as the bus gives it.
+# get PROPERTY [NAME [INTERFACE]]: prints a property of the player from the bus
 get() {
   dbus-send --session --print-reply=literal --dest="${2:-org.mpris.MediaPlayer2.tallow}" \
     /org/mpris/MediaPlayer2 org.freedesktop.DBus.Properties.Get \
     string:"${3:-org.mpris.MediaPlayer2.Player}" string:"$1" | sed 's/^ *variant *//; s/ *$//'
 }
-# tell MESSAGE WPARAM LPARAM [PATH]: what Tallow sends.
+# tell MESSAGE WPARAM LPARAM [PATH]: sends a message as Tallow does, and prints the answer
 tell() {
   perl -MSocket -e '
     my ($socket, $message, $w, $l, $path) = @ARGV;
@@ -73,12 +73,12 @@ expect tallow playerctl --list-all
 expect Stopped control status
 expect Tallow get Identity org.mpris.MediaPlayer2.tallow org.mpris.MediaPlayer2
 expect 'boolean false' get CanPlay
-# What is told on the bus goes to a file.
+# All signals of the player go to a file.
 dbus-monitor --session --monitor \
   "type='signal',sender='org.mpris.MediaPlayer2.tallow',path='/org/mpris/MediaPlayer2'" \
   > "$work/signals" 2> /dev/null & processes+=($!)
 # shellcheck disable=SC2016 # The inner shell expands them.
-# told TEXT: waits until a signal has this in it.
+# told TEXT: waits until a signal contains TEXT
 told() { expect "told $1" sh -c 'grep -qF -- "$1" "$2" && echo "told $1"' sh "$1" "$work/signals"; }
 for _ in $(seq 100); do [ -s "$work/signals" ] && break; sleep 0.05; done
 for file in 'one & two.mp3' two.mp3 'no tag.mp3' $'odd \xEF\xBF\xBF.mp3'; do tell 74 0 100 "$work/$file" > /dev/null; done
@@ -132,7 +132,7 @@ for property in PlaybackStatus Metadata CanGoNext CanGoPrevious CanPlay CanPause
 done
 told 'string "odd ?.mp3"'
 
-# call METHOD ARGUMENT...: of the player.
+# call METHOD ARGUMENT...: calls a method of the player
 call() {
   dbus-send --session --print-reply --dest=org.mpris.MediaPlayer2.tallow /org/mpris/MediaPlayer2 \
     "org.mpris.MediaPlayer2.Player.$1" "${@:2}" > /dev/null
@@ -143,7 +143,7 @@ call SetPosition objpath:"$track" int64:7000000
 tell 273 40046 0 > /dev/null
 expect Paused control status
 [ "$(tell 1024 0 105)" -ge 7000 ] || { echo "SetPosition was not heard"; failed=true; }
-# Where it was paused is known only once the pause has come, so the others go from a position of their own.
+# The exact position of the pause is unknown, so the following calls start from a fixed position.
 call SetPosition objpath:"$track" int64:9000000
 expect 9000 tell 1024 0 105
 call SetPosition objpath:/org/other/track int64:1000000
@@ -173,7 +173,7 @@ expect 'double 1' get Volume
 tell 1024 51 122 > /dev/null
 expect 'double 0.2' get Volume
 
-# Who listens is told.
+# A listener gets every change of the status.
 playerctl --player=tallow --follow status > "$work/followed" & processes+=($!)
 expect Playing cat "$work/followed"
 tell 273 40046 0 > /dev/null
@@ -184,13 +184,13 @@ expect 0 tell 1024 0 104
 expect -1 tell 1024 0 105
 expect $'Playing\nPaused\nStopped' cat "$work/followed"
 
-# Where the name is taken, there is a second one.
+# If the bus name is taken, the player uses a second name.
 mkdir -m 700 "$work/other"
 XDG_RUNTIME_DIR=$work/other "$player" --silent & processes+=($!)
 second=$!
 expect "tallow tallow.instance$second" sh -c 'playerctl --list-all | sort | tr "\n" " " | sed "s/ $//"'
 
-# Anybody on the bus may end it.
+# Any program on the bus can end the player.
 dbus-send --session --print-reply --dest=org.mpris.MediaPlayer2.tallow /org/mpris/MediaPlayer2 \
   org.mpris.MediaPlayer2.Quit > /dev/null
 expect "tallow.instance$second" playerctl --list-all

@@ -7,8 +7,8 @@
 
 namespace tallow {
 
-/// Within its scope the system gives the process no threads: each would need a stack for which there is no
-/// room in the address space.
+/// Within its scope no thread can be created: the default stack size does not fit in the address
+/// space.
 class NoThreads {
  public:
   NoThreads() {

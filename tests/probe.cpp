@@ -16,8 +16,9 @@
 
 namespace {
 
-/// Lives in the program under test, waits for its frame window, uses it as a user would, and writes
-/// what it saw to the file named by TALLOW_PROBE_REPORT, a line each. Ends the program.
+/// Runs inside the program under test: waits for the frame window, uses it as a user would, and
+/// writes what it shows to the file named by TALLOW_PROBE_REPORT, one item per line. Then ends the
+/// program.
 class Probe : public QObject {
  public:
   Probe() {
@@ -56,7 +57,7 @@ class Probe : public QObject {
     }
   }
 
-  /// The sample jukebox was not saved: its question is to come.
+  /// Answers No to the question about the unsaved sample jukebox, and reports the question's text.
   static void AnswerNoAndReport() {
     auto* const wait = new QTimer(qApp);
     QObject::connect(wait, &QTimer::timeout, wait, [wait] {
@@ -78,7 +79,7 @@ class Probe : public QObject {
     QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
   }
 
-  /// Whether the panel shows a song that plays and has moved on; says so in the report.
+  /// Whether the panel shows that a song is playing and its position advances; if so, reports it.
   static bool HearsASong(QMainWindow& frame) {
     auto* const panel = Find<QWidget>(&frame, "frmMainWinamp");
     if (panel == nullptr || Find<QLabel>(panel, "lblStatus")->text() != QLatin1String("PLAYING") ||

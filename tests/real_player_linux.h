@@ -17,8 +17,8 @@
 
 namespace tallow {
 
-/// The built tallow-player in a runtime folder of its own, away from the session bus and, unless told
-/// otherwise, without sound in real time.
+/// Runs the built tallow-player with a temporary runtime folder and without a session bus. By
+/// default it plays without sound, in real time.
 class RealPlayer : public testing::Test {
  protected:
   RealPlayer() {
@@ -29,12 +29,12 @@ class RealPlayer : public testing::Test {
   }
   ~RealPlayer() override { EndPlayer(); }
 
-  /// What the next player is started with. Everything it hears goes to a log.
+  /// Sets the options of the next player. The player logs every message.
   void UseOptions(const std::string& options) {
     UseScript("echo $$ >> " + Quote(folder / "pids") + "\nexec " + Quote(TALLOW_PLAYER) +
               " --log " + Quote(folder / "log") + " " + options + " \"$@\"\n");
   }
-  /// What runs in place of the player.
+  /// Sets the script that runs in place of the player.
   void UseScript(const std::string& lines) {
     path = folder.File("tallow-player", "#!/bin/sh\n" + lines);
     chmod(path.c_str(), S_IRWXU);
@@ -53,14 +53,14 @@ class RealPlayer : public testing::Test {
     return WaitUntil([&] { return player.GetWinampStatus() == status; });
   }
   bool IsRunning() { return PlayerRuns(PlayerSocketPath()); }
-  /// The lines of a file in the folder.
+  /// The lines of a file in `folder`.
   std::vector<std::string> Lines(const std::string& name) {
     std::vector<std::string> lines;
     std::istringstream text(ReadWholeFile(folder / name).value_or(""));
     for (std::string line; std::getline(text, line);) lines.push_back(line);
     return lines;
   }
-  /// The process that was started last.
+  /// The player process that was started last.
   pid_t LastPid() { return static_cast<pid_t>(std::stol(Lines("pids").back())); }
 
   void EndPlayer() {

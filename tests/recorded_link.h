@@ -10,7 +10,7 @@
 
 namespace tallow {
 
-/// A way to a player that is not there: messages are kept as text, and answered from a list.
+/// A link without a player: records messages as text and answers them from a list.
 class RecordedLink : public PlayerLink {
  public:
   PlayerHandle Find() override {
@@ -40,14 +40,14 @@ class RecordedLink : public PlayerLink {
   bool IsThere(PlayerHandle /*player*/) override { return files < ends_at; }
   std::string TextOfPath(const std::string& path) const override { return path; }
 
-  /// What has been sent since the last call.
+  /// The messages since the last call.
   std::vector<std::string> Take() { return std::exchange(log, {}); }
 
   PlayerHandle found = 7;
   bool starts = true;
-  std::size_t files = 0;                         ///< that were added
-  std::size_t max_files = std::size_t{1} << 30;  ///< that it takes
-  std::size_t ends_at = std::size_t{1} << 30;    ///< the file with which it ends, from 1
+  std::size_t files = 0;                         ///< number of files added so far
+  std::size_t max_files = std::size_t{1} << 30;  ///< number of files that the player accepts
+  std::size_t ends_at = std::size_t{1} << 30;    ///< the player ends at this file, from 1
   std::map<std::string, std::int64_t> answers;
   std::vector<std::string> log;
   std::vector<PlayerHandle> handles;

@@ -10,7 +10,7 @@
 
 namespace tallow {
 
-/// Message boxes that nobody sees: they are kept, and answered as told.
+/// Records message boxes instead of showing them, and answers with `answer`.
 class RecordedMessages {
  public:
   ShowMessage Shower() {
@@ -21,7 +21,7 @@ class RecordedMessages {
     };
   }
 
-  /// What was shown since the last call, each as its text.
+  /// The texts of the messages since the last call.
   std::vector<std::string> Take() {
     std::vector<std::string> texts;
     for (const Message& message : std::exchange(shown, {})) texts.push_back(message.text);
@@ -30,7 +30,7 @@ class RecordedMessages {
 
   std::vector<Message> shown;
   MessageAnswer answer = MessageAnswer::kOk;
-  std::function<void()> on_show;  ///< may set the answer
+  std::function<void()> on_show;  ///< called for each message; may set `answer`
 };
 
 }  // namespace tallow

@@ -11,7 +11,7 @@
 
 namespace tallow {
 
-/// A splash window without a screen: keeps what it was told.
+/// A splash window without a screen that records its texts.
 class RecordedProgress : public SearchProgress {
  public:
   bool IsLoaded() const override { return loaded; }
@@ -41,7 +41,7 @@ class RecordedProgress : public SearchProgress {
   std::function<void()> on_events;
 };
 
-/// Drives of any kind, each a folder. What is mounted where can be said.
+/// Drives of any type, each in a folder. Mount points and forbidden links can be set.
 class TestDrives : public DriveList {
  public:
   struct Drive {

@@ -11,7 +11,8 @@
 
 namespace tallow {
 
-/// The windows of a start-up without a screen: they keep what happened to them and answer as told.
+/// The windows of a start-up without a screen: record the calls and return the answers set by the
+/// test.
 class RecordedWindows : public StartUpWindows {
  public:
   void ShowSplash() override { Log("splash"); }
@@ -60,10 +61,10 @@ class RecordedWindows : public StartUpWindows {
   std::vector<std::string> told;
   std::vector<std::string> asked;
   std::vector<std::string> notices;
-  std::string scan;  ///< the counts of the start
+  std::string scan;  ///< the last line of the start's notice, with the counts
   bool answer = true;
-  std::vector<std::string> choices;       ///< that were offered last
-  std::optional<std::size_t> choice = 0;  ///< which of them to take
+  std::vector<std::string> choices;       ///< of the last Choose()
+  std::optional<std::size_t> choice = 0;  ///< index into `choices` that Choose() returns
   bool leaves_questions = false;
 
  private:

@@ -8,8 +8,8 @@
 
 namespace tallow {
 
-/// States that row i carries the number i, which holds after every start, search, drop of files and
-/// recovery.
+/// Asserts that row i has the record number i, which holds after every start, search, drop of files
+/// and recovery.
 inline void ExpectRowsAreNumbers(const clsMain& library) {
   for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
     ASSERT_EQ(library.Mp3Info(kRecordNumber, row), std::to_string(row));

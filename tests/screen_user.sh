@@ -1,7 +1,7 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# To be sourced: what a script needs to use a program on the virtual display as a user does, with keys and
-# eyes. Pictures go to $folder/pictures.
+# To be sourced: functions that use a program on the virtual display as a user does, with keys and
+# pictures. Pictures go to $folder/pictures.
 
 # The script that sources this sets it.
 : "${folder:?}"
@@ -11,7 +11,8 @@ fail() {
   import -window root "$folder/pictures/failed.png" || :
   exit 1
 }
-# until_true SECONDS WHAT COMMAND...: waits until the command succeeds.
+# until_true SECONDS WHAT COMMAND...: waits until the command succeeds; fails with WHAT in the
+# message
 until_true() {
   local seconds=$1 what=$2
   shift 2
@@ -23,7 +24,7 @@ until_true() {
 }
 window_named() { xdotool search --onlyvisible --name "$1"; }
 no_window_named() { ! window_named "$1"; }
-# Keys, each with a moment for its menu or window.
+# Presses keys, with a delay after each for a menu or a window to open.
 keys() {
   local key
   for key in "$@"; do

@@ -15,9 +15,9 @@
 
 namespace tallow {
 
-/// Makes a real MP3 file.
+/// Makes a real MP3 file with sox and lame.
 ///
-/// \param synth what sox is to make, e.g. "3 sine 440"
+/// \param synth the synth effect of sox, e.g. "3 sine 440"
 /// \param lame  further options for the encoder
 inline void MakeMp3(const std::string& path, const std::string& synth, int channels = 2,
                     const std::string& lame = "-b 128") {
@@ -27,11 +27,11 @@ inline void MakeMp3(const std::string& path, const std::string& synth, int chann
   ASSERT_EQ(std::system(command.c_str()), 0) << command;
 }
 
-/// What a sine of MakeMp3 has as root mean square, of full scale 1: 6 dB less than full, and the
-/// encoder takes another 5 %.
+/// The root mean square of a sine of MakeMp3, with full scale 1: 6 dB below full scale, minus 5 %
+/// that the encoder loses.
 inline const double kToneLevel = 0.5012 * 0.95 / std::sqrt(2.0);
 
-/// The sound of a WAV file of two channels and 16 bits.
+/// The samples of a WAV file with two channels and 16 bits.
 struct Sound {
   static constexpr double kRate = 44100;
 
@@ -72,7 +72,7 @@ inline double Level(std::span<const double> piece) {
   return std::sqrt(sum / static_cast<double>(std::max<std::size_t>(piece.size(), 1)));
 }
 
-/// The pitch of a sine in Hz, from where it crosses zero upwards.
+/// The pitch of a sine in Hz, measured at the upward zero crossings.
 inline double Pitch(std::span<const double> piece) {
   double first = -1;
   double last = -1;

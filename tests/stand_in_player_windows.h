@@ -18,7 +18,8 @@
 
 namespace tallow {
 
-/// Winamp's stand-in as a process of its own: it writes down what it hears and answers from a list.
+/// Runs the stand-in for Winamp as a separate process; it logs its messages and answers them from a
+/// list.
 class OtherPlayer : public testing::Test {
  protected:
   OtherPlayer() {
@@ -33,7 +34,7 @@ class OtherPlayer : public testing::Test {
   }
   ~OtherPlayer() override { EndPlayer(); }
 
-  /// Starts the player, waits for its window, and gives it a song of 60 seconds to play.
+  /// Starts the player, waits for its window, and plays a song of 60 seconds.
   void StartSong() {
     ASSERT_TRUE(player.StartWinamp());
     ASSERT_TRUE(WaitUntil([&] { return player.FindWinamp(); }));
@@ -43,7 +44,7 @@ class OtherPlayer : public testing::Test {
     EXPECT_EQ(player.GetTrackLength(), 60);
     Heard();
   }
-  /// The messages that the player has got since the last call, in order.
+  /// The messages that the player received since the last call, in order.
   std::vector<std::string> Heard() {
     std::vector<std::string> lines;
     std::istringstream text(ReadWholeFile(folder / "log").value_or(""));

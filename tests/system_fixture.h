@@ -16,14 +16,14 @@
 
 namespace tallow {
 
-/// Starts the program again and again over one application folder and one drive of real files.
+/// Starts the program repeatedly on one application folder and one drive of real files.
 class SystemTest : public testing::Test {
  protected:
   SystemTest() {
     MakeSong("a/one.mp3", {.artist = "ABBA", .year = "1976", .genra = 13});
     MakeSong("a/two.mp3", {.artist = "Queen", .year = "1985", .genra = 17});
     MakeSong("b/three.mp3", {.artist = "Queen", .year = "2005", .genra = 17});
-    // The player of Windows is looked for on the drives.
+    // On Windows the start searches the drives for the player.
     music.File("z/winamp.exe");
   }
 
@@ -31,7 +31,7 @@ class SystemTest : public testing::Test {
     music.File(inside, Audio(400) + Tag(texts));
   }
 
-  /// One whole start-up; what it left can be looked at until the next one.
+  /// Runs one whole start-up. Its objects remain available until the next call.
   bool Start(bool answer = true) {
     windows.emplace();
     windows->answer = answer;
@@ -47,7 +47,7 @@ class SystemTest : public testing::Test {
     return "no such song";
   }
 
-  /// Gives the three songs ranks of their own, as ranking does.
+  /// Gives each of the three songs a different rank, and saves them as ranking does.
   void Rank() {
     for (std::int32_t row = 1; row <= tallow->library.UBoundOfMp3Array(); ++row)
       tallow->library.Mp3Info(5, row, std::to_string(2 + row));

@@ -6,7 +6,7 @@
 
 namespace tallow {
 
-/// The texts of an ID3v1 tag and what fills them up.
+/// The texts of an ID3v1 tag, and the byte that pads them.
 struct TagTexts {
   std::string title = {};
   std::string artist = {};
@@ -17,7 +17,7 @@ struct TagTexts {
   char padding = ' ';
 };
 
-/// The 128 bytes of a tag, put together by hand.
+/// The 128 bytes of an ID3v1 tag.
 inline std::string Tag(const TagTexts& texts) {
   std::string tag = "TAG";
   const auto add = [&](std::string field, std::size_t length) {
@@ -33,7 +33,7 @@ inline std::string Tag(const TagTexts& texts) {
   return tag;
 }
 
-/// Bytes that look like the frames of an MP3 file and hold no tag.
+/// Bytes that look like MP3 frames and hold no tag.
 inline std::string Audio(std::size_t length) {
   constexpr std::string_view kFrame("\xFF\xFB\x90\x64\x55\x55\x55\x55", 8);
   std::string audio;

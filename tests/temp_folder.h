@@ -14,7 +14,7 @@
 
 namespace tallow {
 
-/// An empty folder that is gone, with all in it, at the end of its scope.
+/// A temporary folder, deleted with its content at the end of the scope.
 class TempFolder {
  public:
   TempFolder() {
@@ -36,7 +36,7 @@ class TempFolder {
   /// Ends in a separator.
   const std::string& path() const { return path_; }
 
-  /// The path of something inside; slashes of the argument become the system's separator.
+  /// The path of a file or folder inside; slashes in the argument become the system's separator.
   std::string operator/(std::string_view inside) const {
     std::string path = path_ + std::string(inside);
     if (kSeparator != '/')
@@ -56,7 +56,7 @@ class TempFolder {
   std::string File(std::string_view inside, std::string_view content = "x") const {
     std::string path = *this / inside;
     CreateFolders(std::string(FolderOfPath(path)));
-    // A name of full length leaves no room for the one that a file is written under first.
+    // A file name of maximum length is too long for the temporary name of the atomic write.
     if (NameOfPath(path).size() > 200)
       std::ofstream(std::filesystem::path(path), std::ios::binary) << content;
     else
@@ -68,7 +68,7 @@ class TempFolder {
   std::string path_;
 };
 
-/// A name that no file can have, so that the system can neither find such a file nor say that it is
+/// A name that no file can have, so the system can neither find such a file nor report that it is
 /// absent.
 #ifdef _WIN32
 inline const std::string kImpossibleName = "a?.mp3";
@@ -76,7 +76,7 @@ inline const std::string kImpossibleName = "a?.mp3";
 inline const std::string kImpossibleName = std::string(5000, 'x') + ".mp3";
 #endif
 
-/// The system's separator as a text, to write paths that read the same everywhere.
+/// The system's separator as a text, for paths in portable tests.
 inline const std::string kSep(1, kSeparator);
 
 }  // namespace tallow

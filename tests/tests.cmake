@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The tests of everything that is not a window. They lie beside what they test.
+# The tests of the code without windows. The sources lie beside the code they test.
 get_property(sources GLOBAL PROPERTY tallow_core_tests)
 add_executable(tallow_core_tests tests/main.cpp ${sources})
 if(WIN32)
-  # What is played with in place of Winamp lies beside the tests.
+  # The stand-in for Winamp must lie beside the tests.
   add_executable(winamp_stand_in WIN32 tests/winamp_stand_in_windows.cpp)
   target_link_libraries(winamp_stand_in PRIVATE tallow_options)
   add_dependencies(tallow_core_tests winamp_stand_in)
@@ -16,7 +16,7 @@ else()
   if(NOT TALLOW_SANITIZE)
     target_sources(tallow_core_tests PRIVATE tests/dead_folder_linux.cpp)
   endif()
-  # The real player is played with.
+  # The player tests run the real player.
   target_compile_definitions(tallow_core_tests PRIVATE
     TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
   add_dependencies(tallow_core_tests tallow-player)
@@ -24,7 +24,7 @@ endif()
 target_link_libraries(tallow_core_tests PRIVATE tallow_app GTest::gtest)
 
 if(WIN32 AND CMAKE_CROSSCOMPILING)
-  # A Windows program cannot be asked for its tests while it is built here, so all are one test.
+  # The tests of a cross-compiled program cannot be listed at build time, so all are one CTest test.
   add_test(NAME windows.core_tests
     COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh $<TARGET_FILE:tallow_core_tests>)
   set_tests_properties(windows.core_tests PROPERTIES TIMEOUT 900)
@@ -39,7 +39,7 @@ else()
     COMMAND ${CMAKE_SOURCE_DIR}/tests/mpris.sh $<TARGET_FILE:tallow-player>)
   set_tests_properties(player.on_the_session_bus PROPERTIES TIMEOUT 120)
 
-  # Half a minute of random jukebox files, once the preset "fuzz" has been built.
+  # Fuzzes jukebox files for 30 s, if the preset "fuzz" has been built.
   set(TALLOW_LOAD_FUZZER "" CACHE FILEPATH "tallow_load_fuzzer, to run it as a test")
   if(TALLOW_LOAD_FUZZER)
     add_test(NAME fuzz.load_jukebox
@@ -48,7 +48,7 @@ else()
     set_tests_properties(fuzz.load_jukebox PROPERTIES TIMEOUT 300)
   endif()
 
-  # The same tests as a Windows program, once the preset "windows-core" has been built.
+  # The same tests as a Windows program under Wine, if the preset "windows-core" has been built.
   set(TALLOW_WINDOWS_TESTS "" CACHE FILEPATH "tallow_core_tests.exe, to run it under Wine")
   if(TALLOW_WINDOWS_TESTS)
     add_test(NAME windows.core_tests

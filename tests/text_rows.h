@@ -12,7 +12,7 @@
 
 namespace tallow {
 
-/// A table of plain strings, the simplest there is.
+/// A minimal TextTable of strings.
 class TextRows : public TextTable {
  public:
   TextRows() = default;

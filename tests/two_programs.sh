@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Starts the built program twice on one application folder whose lock is broken in some way, before the first one
-# starts or while it runs: the second one leaves the library alone, and nothing is lost.
+# Starts the built program twice on one application folder whose lock file is broken in some way,
+# before the first program starts or while it runs. The second program must not touch the library,
+# and nothing may be lost.
 #
 # Usage: two_programs.sh PROGRAM FOLDER
 set -euo pipefail
@@ -13,7 +14,7 @@ mkdir -p "$folder/config/Tallow" "$folder/app" "$folder/music"
 printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"
 for song in a b c; do head -c 5000 /dev/zero > "$folder/music/$song.mp3"; done
 export XDG_CONFIG_HOME=$folder/config QT_QPA_PLATFORM=offscreen DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
-# A socket's path is short.
+# A short folder, because the length of a socket path is limited.
 XDG_RUNTIME_DIR=$(mktemp -d)
 export XDG_RUNTIME_DIR
 first=
@@ -40,7 +41,8 @@ break_file() {
     removed) ;;
   esac
 }
-# Starts the first program and waits until it listens, which it does once it has its locks.
+# Starts the first program and waits until it listens on its socket, which happens after it has
+# locked the folder.
 start_first() {
   rm -rf "$XDG_RUNTIME_DIR/tallow"
   "$program" "${arguments[@]}" 2>> "$folder/errors.txt" &
@@ -78,7 +80,7 @@ for how in folder mode dangling loop fifo device removed; do
   done
 done
 
-# A program that was killed is no obstacle, with a lock or without one.
+# A killed program must not block the next start, with or without a lock file.
 for how in removed folder; do
   rm -rf "$system/tallow.lock" "$system"/tallow.owner*
   break_file "$system/tallow.lock" "$how"

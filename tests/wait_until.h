@@ -7,7 +7,8 @@
 
 namespace tallow {
 
-/// Waits until something is so, for 20 seconds at most.
+/// Waits at most 20 seconds for a condition.
+/// \returns whether the condition became true
 inline bool WaitUntil(const std::function<bool()>& condition) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(20);
   while (!condition()) {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Stands in for Winamp on Windows: a window of its class that writes down every message it gets and
-// answers from a list. It plays nothing.
+// A stand-in for Winamp on Windows: a window of the same class that logs every message and answers
+// from a list. It plays nothing.
 //
-// TALLOW_STAND_IN_LOG names the file it writes to, a message a line: its three numbers, and of a
-// copy-data record the data in quotes. The first line tells how the program was started.
-// TALLOW_STAND_IN_ANSWERS names a file of answers, "1024 1 105=60" a line.
+// TALLOW_STAND_IN_LOG names the log file. Each line is a message: its three numbers, and for a
+// copy-data record also the data in quotes. The first line tells how the program was started.
+// TALLOW_STAND_IN_ANSWERS names a file of answers, one per line: "1024 1 105=60".
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>

@@ -11,7 +11,7 @@
 
 namespace tallow {
 
-/// The rows of one column of a list, as they are painted.
+/// The displayed texts of one column of a list or tree.
 inline QStringList RowsOf(const QAbstractItemView& view, int column = 0) {
   QStringList rows;
   for (int row = 0; row < view.model()->rowCount(); ++row)
@@ -19,7 +19,7 @@ inline QStringList RowsOf(const QAbstractItemView& view, int column = 0) {
   return rows;
 }
 
-/// The index of a path of texts, "Artist/ABBA"; invalid when there is none.
+/// The index of an item by its path of texts, "Artist/ABBA"; invalid if there is none.
 inline QModelIndex IndexOf(const QTreeView& tree, const QString& path) {
   QModelIndex index;
   for (const QString& text : path.split(u'/')) {

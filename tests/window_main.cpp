@@ -7,7 +7,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 
-/// The display in memory has no letters on Windows; a folder of them is given there.
+/// The offscreen platform has no fonts on Windows; TALLOW_TEST_FONTS names a folder of fonts.
 void UseTestFonts() {
   const QDir folder(qEnvironmentVariable("TALLOW_TEST_FONTS", QStringLiteral(":/none")));
   for (const QString& file : folder.entryList({QStringLiteral("*.ttf")}, QDir::Files))
@@ -18,9 +18,9 @@ void UseTestFonts() {
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
-  // The tests open many windows; a display in memory shows them to nobody.
+  // Tests run on the offscreen platform, so that no windows appear on the screen.
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
-  // The user's own options are not touched.
+  // A temporary configuration folder protects the user's own options.
   const QTemporaryDir configuration;
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, configuration.path());
   const QApplication application(argc, argv);
@@ -28,10 +28,10 @@ int main(int argc, char** argv) {
   QApplication::setOrganizationName(QStringLiteral("Tallow"));
   QApplication::setApplicationName(QStringLiteral("tallow-tests"));
   QApplication::setQuitOnLastWindowClosed(false);
-  // A tip at start waits for its user.
+  // The tip window at start would wait for the user.
   QSettings().setValue(QStringLiteral("Options/Show Tips at Startup"), 0);
   const int code = RUN_ALL_TESTS();
-  // Where options are no file, the path of above says nothing.
+  // On Windows options are in the registry, where setPath has no effect.
   QSettings().clear();
   return code;
 }

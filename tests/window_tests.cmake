@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The tests of the windows, with the real widgets on a display in memory.
+# The tests of the windows, with the real widgets on the offscreen platform.
 get_property(sources GLOBAL PROPERTY tallow_window_tests)
 add_executable(tallow_window_tests tests/window_main.cpp ${sources})
 set_target_properties(tallow_window_tests PROPERTIES AUTOMOC ON)
@@ -17,12 +17,12 @@ if(WIN32)
   target_sources(tallow_window_tests PRIVATE ${CMAKE_BINARY_DIR}/tallow.rc)
 endif()
 if(WIN32 AND CMAKE_CROSSCOMPILING)
-  # A static Qt has only those plug-ins that are linked; this one is the display in memory.
+  # A static Qt has only plug-ins that are linked; this plug-in is the offscreen platform.
   qt6_import_plugins(tallow_window_tests INCLUDE Qt6::QOffscreenIntegrationPlugin)
   add_test(NAME windows.window_tests
     COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh $<TARGET_FILE:tallow_window_tests>)
   set_tests_properties(windows.window_tests PROPERTIES TIMEOUT 900)
-  # The setup program is what ./build-windows.sh leaves.
+  # ./build-windows.sh makes the setup program.
   add_test(NAME windows.life
     COMMAND ${CMAKE_SOURCE_DIR}/tests/windows_life.sh
       ${CMAKE_BINARY_DIR}/Tallow-${PROJECT_VERSION}-setup.exe $<TARGET_FILE:winamp_stand_in>
@@ -36,8 +36,8 @@ if(WIN32)
   return()
 endif()
 
-# The built program itself, on a virtual display, over a real collection. The probe is a plug-in that Qt
-# loads into it.
+# The built program on a virtual display, with a real collection. Qt loads the probe into the
+# program as a plug-in.
 add_library(tallow_probe MODULE tests/probe.cpp)
 set_target_properties(tallow_probe PROPERTIES AUTOMOC ON)
 target_link_libraries(tallow_probe PRIVATE tallow_options Qt6::Widgets Qt6::Test)
@@ -66,14 +66,14 @@ set_tests_properties(program.starts_on_the_demo_collection program.lives
   program.ends_without_its_player
   PROPERTIES TIMEOUT 300)
 if(NOT TALLOW_SANITIZE)
-  # The calls of the whole program on a folder are not answered.
+  # Blocks all calls of the program on one folder.
   add_library(tallow_dead_folder MODULE tests/dead_folder_linux.cpp)
   target_link_libraries(tallow_dead_folder PRIVATE tallow_options)
   add_test(NAME program.starts_while_a_drive_does_not_answer
     COMMAND ${CMAKE_SOURCE_DIR}/tests/dead_share.sh $<TARGET_FILE:tallow>
       $<TARGET_FILE:tallow_dead_folder> ${CMAKE_BINARY_DIR}/tests/dead_share)
   set_tests_properties(program.starts_while_a_drive_does_not_answer PROPERTIES TIMEOUT 300)
-  # How long a start uses a processor counts, and sanitizers take a multiple.
+  # The test limits processor time, which sanitizers multiply.
   add_test(NAME program.starts_whatever_its_options_are
     COMMAND ${CMAKE_SOURCE_DIR}/tests/damaged_options.sh $<TARGET_FILE:tallow>)
   set_tests_properties(program.starts_whatever_its_options_are PROPERTIES TIMEOUT 600)

@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # shellcheck disable=SC2119 # Tallow is started without files, too.
-# Installs Tallow in a Windows of its own, on a virtual display, and uses it there as a user would: first
-# start, playing, ranking, saving, tips, a second start, two at once, what can go wrong with files, and
-# taking it off again. Looks at the files, the registry and what the player was told, and keeps a picture
-# of each station.
+# Installs Tallow in a temporary Windows installation, on a virtual display, and uses it as a user
+# would: first start, playing, ranking, saving, tips, a second start, two programs at once, file
+# errors, and uninstalling. Checks the files, the registry and the messages to the player, and keeps
+# a picture of each step.
 #
 # Usage: windows_life.sh SETUP STAND_IN HOLD_FILE FOLDER
 set -euo pipefail
@@ -28,12 +28,12 @@ for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; slee
 
 # shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
-# The display's window manager does not give the keyboard back when a dialog of the system has closed.
+# The window manager does not restore the focus after a system dialog closes.
 activate() {
   xdotool search --onlyvisible --name '^Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
   sleep 0.3
 }
-# value KEY [NAME]: of the user's registry; without a name the key's own.
+# value KEY [NAME]: prints a value from the user's registry; without NAME the key's default value
 value() {
   local which=(/ve)
   [ $# -eq 1 ] || which=(/v "$2")
@@ -41,29 +41,29 @@ value() {
 }
 is_in() { grep -qaF -- "$1" "$2"; }
 
-# The drives: C: with the system, D: with most of the music. There is no Z:.
+# The drives: C: with the system, D: with most of the music; no Z:.
 make_windows
 "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v 'Tahoma' /d 'DejaVu Sans' /f > /dev/null
 "$wine" reg add 'HKCU\Software\Wine\Fonts\Replacements' /v 'MS Shell Dlg' /d 'DejaVu Sans' /f > /dev/null
 "$wine" reg add 'HKLM\Software\Wine\Drives' /v 'd:' /d hd /f > /dev/null
-# A disk that cannot be written and is not searched.
+# E: is a disk that is read-only and not searched.
 "$wine" reg add 'HKLM\Software\Wine\Drives' /v 'e:' /d cdrom /f > /dev/null
 "$wineserver" -w
 c=$WINEPREFIX/drive_c
 d=$folder/d
 mkdir -p "$c/Music" "$d/Winamp" "$c/bin"
 ln -s "$d" "$WINEPREFIX/dosdevices/d:"
-# Wine takes the serial number of a folder that stands for a disk from here.
+# Wine reads the serial number of a folder that is mounted as a disk from this file.
 printf '1A2B3C4D\n' > "$d/.windows-serial"
 ln -s /proc "$WINEPREFIX/dosdevices/e:"
 cp "$setup" "$c/bin/setup.exe"
 cp "$hold_file" "$c/bin/hold_file.exe"
-# Its name is found in any letter case and stored in small letters.
+# The player's name is found in any letter case and is stored in lower case.
 cp "$stand_in" "$d/Winamp/WINAMP.EXE"
 printf '1024 0 0=0x2081\n1024 0 104=1\n' > "$c/bin/answers.txt"
 export TALLOW_STAND_IN_LOG='C:\bin\player.txt' TALLOW_STAND_IN_ANSWERS='C:\bin\answers.txt'
 
-# song FILE [lame's options]
+# song FILE [OPTION...]: makes a song; the options are passed to lame
 song() {
   mkdir -p "$(dirname "$1")"
   sox -q -n -r 44100 -c 2 -t wav - synth 1 sine 440 2> /dev/null |
@@ -75,11 +75,11 @@ song "$d/Musik/one.mp3" --ta 'Ada Quill' --ty 1971
 song "$d/Musik/two.mp3" --ta 'The Lanterns' --ty 1983
 song "$d/Ελλάδα/песня 日本語.mp3" --ta 'Copper Rails'
 song "$d/$long/$long/$long/far down.mp3" --ta 'Copper Rails'
-# Stands for a junction that points at its parent.
+# A stand-in for a junction that points at its parent.
 ln -s .. "$d/Musik/loop"
 [ ${#long} -gt 100 ] || fail "The long path is not long."
 
-# Installed for one user, without questions.
+# Silent installation for one user.
 cd "$c/bin"
 "$wine" 'C:\bin\setup.exe' /S || fail "The setup left with $?."
 installed=$c/users/$(id -un)/AppData/Local/Programs/Tallow
@@ -118,12 +118,13 @@ until_true 10 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
 sleep 0.5
 picture 2-sample
 
-# The settings, byte for byte.
+# Compares the settings byte for byte.
 own=${program%tallow.exe}
 printf '%s\r\n' "$own"'Grouping\System\LocOfMainTargetFiles.lmz' "$own"'Grouping\' ' 5 ' \
   'd:\winamp\winamp.exe' '' '' '' False False '' > "$folder/expected.ini"
 cmp "$folder/expected.ini" "$settings" || fail "The settings are not as they should be."
-# The library, record for record and nothing else: name, folder, number, there, rank, seven empty texts.
+# Checks every record of the library: name, folder, number, flag, rank, and seven empty texts;
+# nothing else.
 perl -e '
   local $/; my $bytes = <STDIN>; my $number = 0;
   while (length $bytes) {
@@ -138,8 +139,8 @@ printf '%s\n' 'C:\Music\On C.mp3' 'D:\Musik\one.mp3' 'D:\Musik\two.mp3' 'D:\Ελ
   "D:\\$long\\$long\\$long\\far down.mp3" | sort | diff - "$folder/songs.txt" ||
   fail "Other songs were found."
 
-# A selection is played. The player is started, but its window is not waited for; it is there when the
-# user plays again, and is told what to play, with whole paths.
+# A selection is played. The program starts the player but does not wait for its window. When the
+# user plays again, the window is there and gets the songs, with full paths.
 keys Tab Home shift+Down ctrl+p
 until_true 20 "the message that the player has no window yet" window_named '^Tallow$'
 until_true 20 "the player" is_in started "$c/bin/player.txt"
@@ -155,13 +156,14 @@ grep -qxF "74 0 100 \"$first\\0\"" "$folder/told.txt" || fail "The player was no
 sed -n 's/^\(273 40047 0\|1024 0 101\|74 0 100\|273 40045 0\).*/\1/p' "$folder/told.txt" > "$folder/order.txt"
 printf '%s\n' '273 40047 0' '1024 0 101' '74 0 100' '273 40045 0' '74 0 100' |
   diff - <(head -n 5 "$folder/order.txt") || fail "The player was told otherwise."
-# The panel's keys of the menu, and an own name beyond the code page is not handed over cut.
+# The player's menu keys.
 keys ctrl+t
 until_true 10 "the next track" is_in '273 40048 0' "$c/bin/player.txt"
 keys ctrl+u
 until_true 10 "the pause" is_in '273 40046 0' "$c/bin/player.txt"
 
-# A rank is saved; while another program holds the library it is not, which is said, and nothing is lost.
+# A rank is saved. While another program holds the library, saving fails with a message, and nothing
+# is lost.
 keys Tab Tab Home
 before=$(cksum "$library")
 library_has_changed() { [ "$(cksum "$library")" != "$before" ]; }
@@ -178,7 +180,7 @@ keys Return shift+F10 r Return
 until_true 20 "the saved rank" library_has_changed
 [ -z "$(find "$installed" -name '*.new')" ] || fail "A file that was being written is left."
 
-# Saved, under a name of another alphabet; a file that may only be read is not written over.
+# The jukebox is saved under a name; a read-only file is not overwritten.
 keys ctrl+s
 until_true 20 "the file dialog" window_named '^Save'
 xdotool type --delay 60 'Mix'
@@ -201,7 +203,7 @@ keys ctrl+s
 sleep 1
 grep -q '"text":"Road trip"' "$grouping/mix.juk" || fail "The folder is not saved."
 
-# A folder in which nobody can make a file.
+# Saving in a folder where no file can be created.
 keys alt+f a
 until_true 20 "the file dialog" window_named '^Save'
 xdotool type --delay 60 'E:\mix.juk'
@@ -212,7 +214,7 @@ keys Return
 activate
 window_named '^Tallow - \[MIX\]$' > /dev/null || fail "The jukebox is called after a file that was not made."
 
-# A second one hands its file over and ends.
+# A second program hands its file over and ends.
 cp "$grouping/mix.juk" "$d/other.juk"
 timeout 30 "$wine" "$program" 'D:\other.juk' || fail "The second start left with $?."
 until_true 20 "the file of the second start" window_named '^Tallow - \[OTHER\]$'
@@ -222,7 +224,7 @@ xdotool key --delay 100 alt+F4
 until_true 30 "the end of the program" has_ended
 until_true 10 "the end of the player" is_in '273 40001 0' "$c/bin/player.txt"
 
-# The second start opens the last jukebox, without a search, a tip or a change of a file.
+# The second start opens the last jukebox, without a search or a tip, and changes no file.
 song "$d/Elsewhere/never.mp3"
 before=$(cksum "$library")
 start
@@ -236,7 +238,7 @@ activate
 xdotool key --delay 100 alt+F4
 until_true 30 "the end of the program" has_ended
 
-# The letter D: goes: no song is taken for missing, and the jukebox that lies there is not taken for gone.
+# Drive D: disappears: no song becomes missing, and the jukebox file on it is not forgotten.
 letter_goes() {
   "$wineserver" -k || :
   "$wineserver" -w
@@ -255,7 +257,7 @@ xdotool key --delay 100 alt+F4
 until_true 20 "the question whether to save" window_named '^Tallow$'
 keys alt+n
 until_true 30 "the end of the program" has_ended
-# It comes back as F:, and is known by its serial number.
+# The drive comes back as F: and is recognised by its serial number.
 "$wine" reg add 'HKLM\Software\Wine\Drives' /v 'f:' /d hd /f > /dev/null
 "$wineserver" -w
 ln -s "$d" "$WINEPREFIX/dosdevices/f:"
@@ -269,7 +271,7 @@ xdotool key --delay 100 alt+F4
 until_true 20 "the question whether to save" window_named '^Tallow$'
 keys alt+n
 until_true 30 "the end of the program" has_ended
-# And as D: again.
+# The drive comes back as D:.
 letter_goes f:
 ln -s "$d" "$WINEPREFIX/dosdevices/d:"
 start
@@ -279,14 +281,14 @@ activate
 xdotool key --delay 100 alt+F4
 until_true 30 "the end of the program" has_ended
 
-# Installed once more over itself while it runs: nothing is changed. Then after it was closed: tips of one's
-# own stay.
+# The setup and the uninstaller change nothing while the program runs. A setup after the program has
+# ended keeps tips that the user added.
 start
 until_true 60 "the jukebox of before" window_named '^Tallow - '
 if "$wine" 'C:\bin\setup.exe' /S; then fail "The setup went on over a program that runs."; fi
 if "$wine" "${own}uninstall.exe" /S _?="${own%\\}"; then fail "A program that runs was taken off."; fi
 [ -s "$installed/tallow.exe" ] || fail "A program that runs was taken off."
-# The user logs off: nobody is asked, and what was changed is kept.
+# When the user logs off, no question is asked, and unsaved changes are kept.
 activate
 keys alt+e a Return
 "$wine" wineboot --end-session > /dev/null 2>&1 &
@@ -298,7 +300,7 @@ printf 'A tip of my own.\r\n' >> "$installed/TIPOFDAY.TXT"
 "$wine" 'C:\bin\setup.exe' /S || fail "The setup over an older one left with $?."
 grep -q 'A tip of my own' "$installed/TIPOFDAY.TXT" || fail "A tip of the user's own is gone."
 
-# Taken off: the program goes, what the user has made stays.
+# Uninstalling removes the program and keeps the user's files.
 "$wine" "${own}uninstall.exe" /S || fail "Taking it off left with $?."
 until_true 30 "the end of the program file" test ! -e "$installed/tallow.exe"
 until_true 10 "the end of the start menu's entry" \

@@ -1,16 +1,17 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# To be sourced: a Windows of its own for a script, made by Wine in $WINEPREFIX, without the drive Z: that
-# would stand for the whole machine and with a home folder of its own. It ends with the script, which may
-# add to `at_end`. Sets wine and wineserver, the programs.
+# To be sourced: a temporary Windows installation, made by Wine in $WINEPREFIX, with its own home
+# folder and without the drive Z:, which would expose the whole machine. It is removed when the
+# script ends; the script may redefine `at_end` for more cleanup. Sets wine and wineserver, the
+# paths of the programs.
 
-# Wine names files on the disk in the locale's encoding, and the tests use all alphabets.
+# Wine encodes file names in the locale's encoding, and the tests use all alphabets.
 export LC_ALL=C.UTF-8
 wine=$(command -v wine64 || command -v wine || echo /usr/lib/wine/wine64)
 wineserver=$(command -v wineserver || find /usr/lib/wine -name 'wineserver*' | sort -r | head -n 1)
 windows=$(mktemp -d)
 export WINEPREFIX="$windows/prefix" WINEDEBUG=-all WINEDLLOVERRIDES="mscoree,mshtml=,winemenubuilder.exe="
-# Its folders for documents and the like are links into the home folder.
+# Windows' folders for documents and the like are links into the home folder.
 export HOME="$windows/home"
 mkdir -p "$WINEPREFIX" "$HOME"
 at_end() { :; }

@@ -18,13 +18,13 @@ namespace {
 constexpr std::size_t kMaxBytes = std::size_t{4} << 20U;
 constexpr int kExceptionCode = 3;
 
-/// What a child and its parent both see.
+/// Memory that the child writes and the parent reads.
 struct Shared {
   std::size_t bytes;
   char text[kMaxBytes];
 };
 
-/// Memory that a process shares with those it makes from then on.
+/// Memory that this process shares with the child processes it forks later.
 class SharedMemory {
  public:
   SharedMemory()

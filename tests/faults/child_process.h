@@ -11,19 +11,20 @@ struct ChildEnd {
   enum class Kind { kDone, kException, kSignal, kHang };
   Kind kind = Kind::kDone;
   int signal = 0;
-  double seconds = 0;  ///< how long it has used a processor
-  std::string text;    ///< what it returned, or of an exception what it says
+  double seconds = 0;  ///< processor time
+  std::string text;    ///< result of the function, or the message of the exception
 
   bool IsDone() const noexcept { return kind == Kind::kDone; }
-  /// How it ended, in a few words.
+  /// A short description of the end.
   std::string Words() const;
 };
 
-/// Seconds after which a process that does not end hangs; a machine may be busy with much else.
+/// A process that does not end within this many seconds hangs; long, because the machine may be
+/// busy.
 inline constexpr unsigned int kHangSeconds = 30;
 
-/// Does something in a process of its own. The caller must have no other threads.
-/// \param act its result may have some 4 MB
+/// Runs a function in a child process. The caller must have no other threads.
+/// \param act returns at most 4 MB
 ChildEnd RunInChild(const std::function<std::string()>& act);
 
 }  // namespace tallow

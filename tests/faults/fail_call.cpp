@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A library to be loaded before all others: it stands between a program and the C library, counts the calls
-// on files of a test, and fails one of them.
+// A library for LD_PRELOAD that interposes calls of the C library: it counts the file calls of a
+// test, and fails one of them.
 #include "tests/faults/fail_call.h"
 
 #include <algorithm>
@@ -21,18 +21,18 @@
 namespace tallow {
 namespace {
 
-/// What is to become of one call.
+/// What happens to a call.
 struct Verdict {
-  int error = 0;         ///< 0: it is passed on
-  bool shorten = false;  ///< it is passed on with half of its bytes
-  bool kill = false;     ///< and the process is killed then
+  int error = 0;         ///< 0: the call is passed on
+  bool shorten = false;  ///< the call is passed on with half of its bytes
+  bool kill = false;     ///< the process is killed after the call
 };
 
 [[noreturn]] void Kill() {
   for (;;) syscall(SYS_kill, getpid(), SIGKILL);
 }
 
-/// What is to fail in this process.
+/// The fault of this process.
 class Faults {
  public:
   void Arm(const char* root, const Fault* fault, int descriptor) {
@@ -57,7 +57,7 @@ class Faults {
 
   bool Counts(const std::string& path) const { return armed_ && path.starts_with(root_); }
 
-  /// \param needs_room whether a full disk refuses the call
+  /// \param needs_room whether the call fails on a full disk
   Verdict Judge(SystemCall call, const std::string& path, bool needs_room) {
     if (!Counts(path)) return {};
     const std::lock_guard lock(mutex_);
@@ -73,7 +73,7 @@ class Faults {
       has_come_ = true;
       if (fault_.action == kKillProcess) Kill();
       if (fault_.action == kKillHalfway) return {0, true, true};
-      // A disk that becomes full takes what there is room for.
+      // The first write to a full disk writes as much as fits.
       const bool half = fault_.action == kShorten ||
                         (fault_.reach == FaultReach::kWrites && call == SystemCall::kWrite);
       return half ? Verdict{0, true, false} : Verdict{fault_.action, false, false};
@@ -102,19 +102,19 @@ class Faults {
   int descriptor_ = -1;
 };
 
-/// Never destroyed: other libraries close files while the process ends.
+/// Never destroyed, because other libraries close files while the process ends.
 Faults& FaultsOfProcess() {
   static Faults& faults = *new Faults;
   return faults;
 }
 
-/// The function that this library stands in front of.
+/// The next definition of a function, which this library interposes.
 template <typename Function>
 Function Next(const char* name) {
   return reinterpret_cast<Function>(dlsym(RTLD_NEXT, name));
 }
 
-/// What a descriptor was opened as; empty when nothing is armed.
+/// The path of an open descriptor; empty when no fault is armed.
 std::string PathOf(int descriptor) {
   if (!FaultsOfProcess().IsArmed()) return {};
   const std::string link = "/proc/self/fd/" + std::to_string(descriptor);
@@ -126,7 +126,7 @@ std::string PathOf(int descriptor) {
   return path;
 }
 
-/// The path that a call means; empty when nothing is armed.
+/// The path of a call relative to a folder descriptor; empty when no fault is armed.
 std::string PathAt(int folder, const char* path) {
   if (!FaultsOfProcess().IsArmed() || path == nullptr) return {};
   if (path[0] == '/' || folder == AT_FDCWD) return path;
@@ -135,8 +135,8 @@ std::string PathAt(int folder, const char* path) {
 
 /// Passes a call on, or fails it.
 ///
-/// \param needs_room whether a full disk refuses the call
-/// \param failed     what the call returns when it fails
+/// \param needs_room whether the call fails on a full disk
+/// \param failed     the result of a failed call
 template <typename Result, typename Real>
 Result Try(SystemCall call, const std::string& path, bool needs_room, Result failed,
            const Real& real) {
@@ -150,7 +150,7 @@ Result Try(SystemCall call, const std::string& path, bool needs_room, Result fai
   return real();
 }
 
-/// Passes a read or a write on, whole or half, or fails it.
+/// Passes a read or write on, with all or half of its bytes, or fails it.
 template <typename Real>
 ssize_t TryTransfer(SystemCall call, int descriptor, std::size_t bytes, const Real& real) {
   const int before = errno;
@@ -167,7 +167,7 @@ ssize_t TryTransfer(SystemCall call, int descriptor, std::size_t bytes, const Re
   return done;
 }
 
-/// The mode that an open call has when it may make a file.
+/// The mode argument of an open call, which exists only if the call may create a file.
 mode_t ModeOf(int flags, va_list& arguments) {
   return (flags & (O_CREAT | __O_TMPFILE)) != 0 ? va_arg(arguments, mode_t) : 0;
 }
@@ -316,7 +316,7 @@ int statx(int folder, const char* path, int flags, unsigned int mask,
 
 int fsync(int descriptor) {
   static const auto real = Next<int (*)(int)>("fsync");
-  // What a cut of the power leaves is not tested, and flushing takes most of the time.
+  // Loss of power is not tested, and flushing would take most of the test's time.
   const std::string path = PathOf(descriptor);
   return Try(SystemCall::kSync, path, true, -1,
              [&] { return FaultsOfProcess().Counts(path) ? 0 : real(descriptor); });
@@ -359,7 +359,7 @@ int unlinkat(int folder, const char* path, int flags) noexcept {
 int close(int descriptor) {
   static const auto real = Next<int (*)(int)>("close");
   const std::string path = PathOf(descriptor);
-  // The descriptor is gone even when the call fails.
+  // Like the system, closes the descriptor even when the call fails.
   bool closed = false;
   const auto close_it = [&] {
     closed = true;

@@ -26,7 +26,7 @@ namespace {
 
 using nlohmann::json;
 
-/// One way in which a call fails.
+/// A way in which a call can fail.
 struct Way {
   const char* name;
   int action;
@@ -52,7 +52,7 @@ bool IsPossible(const Way& way, SystemCall call) {
          call == SystemCall::kMakeFolder;
 }
 
-/// One call of a scenario, failed in one way.
+/// A call of a scenario that fails in one way.
 struct Case {
   std::size_t scenario;
   SystemCall call;
@@ -75,7 +75,7 @@ Function Loaded(const char* name) {
   return function;
 }
 
-/// A scenario in a world of its own: what is there before it, and what may be found after it.
+/// A scenario in its own world, with the state before it and the expected state after it.
 class Stage {
  public:
   Stage(const World& world, const Scenario& scenario) : world_(world), scenario_(scenario) {
@@ -92,7 +92,7 @@ class Stage {
     new_ = Find();
   }
 
-  /// The calls of the scenario, in their order.
+  /// Records the calls of the scenario, in their order.
   std::vector<std::pair<SystemCall, std::string>> Calls(const std::string& record) const {
     world_.Restore(files_);
     Demand(
@@ -112,8 +112,8 @@ class Stage {
     return calls;
   }
 
-  /// Runs the scenario with a fault, and looks what the next start finds.
-  /// \returns what is wrong with that, a line each
+  /// Runs the scenario with a fault, and checks the state that the next start finds.
+  /// \returns the differences from the expected state, one per line
   std::vector<std::string> Run(const Case& one, bool& has_come) const {
     world_.Restore(files_);
     const Way& way = kWays[one.way];
@@ -181,7 +181,7 @@ class Stage {
   json new_;
 };
 
-/// The scenarios in the world of one worker.
+/// The scenarios in the world of one worker, prepared on first use.
 class Stages {
  public:
   Stages(const std::string& root, const std::vector<Scenario>& scenarios)
@@ -200,7 +200,7 @@ class Stages {
   std::map<std::size_t, Stage> stages_;
 };
 
-/// Cases and losses.
+/// Number of cases, and of cases with a loss.
 struct Count {
   int cases = 0;
   int losses = 0;
@@ -236,7 +236,7 @@ void PrintTable(const std::map<std::string, std::map<std::string, Count>>& rows,
   }
 }
 
-/// The calls of all scenarios, each failed in every way that it can.
+/// All calls of all scenarios, in every way that each can fail.
 std::vector<Case> AllCases(const std::string& folder, const std::vector<Scenario>& scenarios,
                            const MatrixChoice& choice) {
   std::vector<Case> cases;
@@ -244,7 +244,7 @@ std::vector<Case> AllCases(const std::string& folder, const std::vector<Scenario
   for (std::size_t number = 0; number < scenarios.size(); ++number) {
     if (!choice.scenario.empty() && scenarios[number].name != choice.scenario) continue;
     const auto calls = Stage(world, scenarios[number]).Calls(folder + "calls");
-    // A library that is not loaded, or not called, would fail nothing.
+    // A fail_call library that is not loaded or not called would fail nothing.
     if (calls.size() < 4)
       throw std::runtime_error(scenarios[number].name + " makes no calls that are counted");
     std::map<std::pair<SystemCall, std::string>, int> seen;

@@ -7,17 +7,17 @@ namespace tallow {
 
 /// Which cases of the fault matrix are run.
 struct MatrixChoice {
-  int every = 1;          ///< every so-manieth case
-  std::string scenario;   ///< only this one; empty: all
-  std::string of_case;    ///< only cases whose names contain this
-  int jobs = 2;           ///< processes at a time
-  bool markdown = false;  ///< the tables are printed for docs/reliability.md
+  int every = 1;          ///< runs only every n-th case
+  std::string scenario;   ///< runs only this scenario; empty: all
+  std::string of_case;    ///< runs only cases whose names contain this
+  int jobs = 2;           ///< maximum number of processes
+  bool markdown = false;  ///< prints the tables in the form of docs/reliability.md
 };
 
-/// Fails every call of every scenario once, in every way, and looks after each what the next start finds.
-/// Prints what was lost, and a table.
+/// Fails every call of every scenario once in every way, and checks after each failure what the
+/// next start finds. Prints the losses and a table.
 ///
-/// \param folder where the worlds are made; ends in a separator
+/// \param folder for the worlds; ends in a separator
 /// \returns whether nothing was lost
 bool RunFaultMatrix(const std::string& folder, const MatrixChoice& choice);
 

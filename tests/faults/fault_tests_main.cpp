@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Shows that no fault of a disk, and no damage to a file, loses what a user has; see docs/reliability.md.
+// Tests that no disk fault and no damaged file loses user data; see docs/reliability.md.
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
@@ -20,24 +20,24 @@ constexpr const char* kUsage =
     "Usage: tallow_fault_tests [--every N] [--scenario NAME] [--case TEXT] [--jobs N] "
     "[--markdown]\n";
 
-/// Where the worlds are made: in memory where the system has a folder for that, since each case writes many
-/// files, and flushes none.
+/// The folder for the worlds: in memory if the system has such a folder, because each case writes
+/// many files.
 std::filesystem::path PlaceForWorlds() {
   const std::filesystem::path memory = "/dev/shm";
   if (std::getenv("TMPDIR") == nullptr && access(memory.c_str(), W_OK | X_OK) == 0) return memory;
   return std::filesystem::canonical(std::filesystem::temp_directory_path());
 }
 
-/// The number of this process in ten digits: files hold the path, and the same bytes of them are damaged in
-/// each run.
+/// The process ID in ten digits: files contain the path, and equal lengths put the damage at the
+/// same bytes in each run.
 std::string ProcessNumber() {
   constexpr std::size_t kDigits = 10;
   const std::string number = std::to_string(getpid());
   return std::string(kDigits - std::min(kDigits, number.size()), '0') + number;
 }
 
-/// A folder for the worlds, and no rights but those of any user: what a file without permissions does is
-/// hidden from root.
+/// A temporary folder for the worlds. Also drops the rights of root, which would ignore file
+/// permissions.
 class TestFolder {
  public:
   TestFolder() : path_((PlaceForWorlds() / ("tallow-faults-" + ProcessNumber())).string() + "/") {

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What shows that faults of a disk and damaged files lose nothing; see docs/reliability.md. Not with
-# sanitizers: these stand in front of the same calls.
+# Tests that disk faults and damaged files lose no data; see docs/reliability.md. Not built with
+# sanitizers, which interpose the same calls.
 add_library(fail_call MODULE tests/faults/fail_call.cpp)
 target_link_libraries(fail_call PRIVATE tallow_options ${CMAKE_DL_LIBS})
 set_target_properties(fail_call PROPERTIES PREFIX "")
@@ -16,8 +16,8 @@ add_executable(tallow_fault_tests
 target_link_libraries(tallow_fault_tests PRIVATE tallow_app tallow_json ${CMAKE_DL_LIBS})
 add_dependencies(tallow_fault_tests fail_call)
 
-# Every fifth case of the matrix, so that all ways of failing have their turn; all of them are run by
-# ./test.sh --faults.
+# Every fifth case of the matrix, which covers all ways of failing; ./test.sh --faults runs all
+# cases.
 add_test(NAME faults.sample COMMAND tallow_fault_tests faults --every 5)
 set_tests_properties(faults.sample PROPERTIES TIMEOUT 600
   ENVIRONMENT "LD_PRELOAD=$<TARGET_FILE:fail_call>")

@@ -26,16 +26,16 @@ namespace {
 namespace fs = std::filesystem;
 using nlohmann::json;
 
-/// How much of a processor a start may use, in seconds. The time on the clock says nothing on a machine that
-/// is busy; a start that waits for something is found by kHangSeconds.
+/// Maximum processor time of a start, in seconds. Elapsed time is meaningless on a busy machine; a
+/// start that blocks is found by kHangSeconds.
 constexpr double kMaxSeconds = 2;
 
 /// A kind of file that the program reads.
 struct Kind {
   const char* name;
   const char* path;
-  /// Whether bytes are a file of this kind as its description has it, so that nobody can tell that they are
-  /// not what was written; null: a checksum tells.
+  /// Whether a damaged file still has the correct format, so that the damage cannot be detected;
+  /// null if the file has a checksum, which detects all damage.
   bool (*is_sound)(const World& world, const std::string& path);
 };
 
@@ -96,7 +96,7 @@ constexpr std::array<Kind, 9> kKinds = {
      {"unsaved changes", "app/Grouping/System/Jukebox-1.unsaved", IsSoundUnsaved},
      {"jukebox", "app/Grouping/mix.juk", IsSoundJukebox}}};
 
-/// What is done to a file.
+/// How a file is damaged or replaced.
 enum class Damage {
   kFlipped,
   kCut,
@@ -104,8 +104,8 @@ enum class Damage {
   kEmpty,
   kFolder,
   kPipe,
-  kZeroes,  ///< a link to a device that never ends
-  kFull,    ///< a link to a device that takes nothing
+  kZeroes,  ///< a symbolic link to a device that never ends
+  kFull,    ///< a symbolic link to a device that accepts no bytes
   kNoRights,
   kLoop,
   kNowhere,
@@ -138,7 +138,7 @@ std::string NameOf(const Mutation& one) {
          (one.user_agrees ? ", user says Yes" : "");
 }
 
-/// Of each ten two are things in the file's place, the others are damaged bytes.
+/// Of every ten cases, eight damage the bytes and two put something else in the file's place.
 Damage DamageOf(int number, bool big) {
   const int place = number % 10;
   if (place < 4) return Damage::kFlipped;
@@ -196,7 +196,7 @@ void Apply(const World& world, const Mutation& one) {
   }
 }
 
-/// What can be told from outside of what lies at a path: its type, and its content, length or target.
+/// Describes the entry at a path: its type, and its content, length or link target.
 json LookAt(const std::string& path) {
   struct stat status {};
   if (lstat(path.c_str(), &status) != 0) return nullptr;
@@ -211,17 +211,16 @@ json LookAt(const std::string& path) {
   if (file == nullptr) return {"unreadable"};
   bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file));
   std::fclose(file);
-  // Bytes that are no text cannot stand in JSON.
+  // A hash, because arbitrary bytes are no valid JSON text.
   return {"file", std::hash<std::string>()(bytes), bytes.size()};
 }
 
-/// JSON as text; what is no UTF-8 is replaced.
+/// JSON as text, with invalid UTF-8 replaced.
 std::string Text(const json& value) {
   return value.dump(-1, ' ', false, json::error_handler_t::replace);
 }
 
-/// A program is started, and used for a while: a song is ranked, the settings change, the jukeboxes are
-/// saved.
+/// Starts and uses a program: ranks a song, changes the settings, and saves the jukeboxes.
 std::string Use(const World& world, bool user_agrees) {
   RunningProgram program(world);
   program.user.agrees = user_agrees;
@@ -243,7 +242,7 @@ std::string Use(const World& world, bool user_agrees) {
   return Text(used);
 }
 
-/// All files that can be damaged, in a world of their own.
+/// A world with all kinds of files that can be damaged.
 class Ground {
  public:
   explicit Ground(const std::string& root) : world_(root) {
@@ -252,7 +251,8 @@ class Ground {
       MakeCollection(world_);
       RunningProgram program(world_);
       program.Start();
-      // The unsaved changes are another jukebox's, so that the last saved one is read as well.
+      // The unsaved changes belong to another jukebox, so that the start also reads the last saved
+      // jukebox.
       Jukebox other;
       if (!other.Load(world_.Grouping() + "other.juk", program.tallow.library))
         throw std::runtime_error(other.FileProblem());
@@ -268,7 +268,7 @@ class Ground {
                  "{\"format\":\"Tallow repaired numbers\",\"version\":1,\n \"numbers\":[\n"
                  "{\"number\":900,\"named\":\"a.mp3\",\"held\":\"b.mp3\",\"heldNow\":901}],\n"
                  " \"answers\":{\"/none.juk\":\"names\"}}\n");
-    // It is to be found in a folder of the list.
+    // A new song in a folder of the folder list.
     world_.MakeSong("music/b/late.mp3", "Queen");
     files_ = world_.Save();
     for (const Kind& kind : kKinds)
@@ -303,8 +303,9 @@ class Ground {
     const std::string lost = Lost(found);
     if (!lost.empty() && !said && !is_sound) wrong.push_back("lost silently: " + lost);
     if (!lost.empty() && !is_sound && !IsKept(damaged)) wrong.push_back("not kept: " + lost);
-    // With the good file back, all is there: nothing else has suffered meanwhile. That does not hold of what
-    // the user has agreed to be made anew, nor of the library and its companion once they have changed.
+    // With the good file restored, nothing may be lost, which shows that no other file was changed.
+    // This does not hold if the user agreed to make the file again, nor for the library and its
+    // companion after they have changed.
     const bool is_pair = kind.is_sound == nullptr && used.at("started").get<bool>();
     if (is_pair || (one.user_agrees && used.at("asked") != 0))
       return {{"wrong", wrong}, {"seconds", end.seconds}};
@@ -320,7 +321,7 @@ class Ground {
   void Clear() const { world_.Restore({}); }
 
  private:
-  /// What is not as it was before the program was used, nor as it is after that without damage.
+  /// The parts that differ both from before the use of the program and from a use without damage.
   std::string Lost(const json& found) const {
     std::string lost;
     for (const char* const name : {"songs", "jukeboxes", "settings", "days"}) {
@@ -333,8 +334,8 @@ class Ground {
     return lost;
   }
 
-  /// A part of what was found. Jukeboxes are those on the disk and those that are open, which are recovered
-  /// where they are not saved; the user's own folders of them count, the others are filled anew.
+  /// A part of what was found. "jukeboxes" compares the files on disk and the open jukeboxes, which
+  /// hold recovered changes. Only the user's own folder counts; the program fills the others.
   static json OfUser(const std::string& name, const json& found) {
     if (name != "jukeboxes") return found.value(name, json());
     json both;
@@ -346,7 +347,8 @@ class Ground {
     return both;
   }
 
-  /// Whether what was damaged is still there, in its place or aside. An empty file holds nothing to keep.
+  /// Whether the damaged file still exists, in its place or as a backup. An empty file needs no
+  /// backup.
   bool IsKept(const json& damaged) const {
     if (damaged.at(0) == "file" && damaged.at(2) == 0) return true;
     for (const auto& entry : fs::recursive_directory_iterator(world_.Grouping()))

@@ -5,18 +5,18 @@
 
 namespace tallow {
 
-/// Which damaged files are tried.
+/// Which damaged files are tested.
 struct MutationChoice {
-  int of_each = 100;    ///< how many of each kind of file
-  bool big = false;     ///< also files of 2 GiB, which are sparse
-  std::string of_case;  ///< only cases whose names contain this
-  int jobs = 2;         ///< processes at a time
+  int of_each = 100;    ///< number of damaged files of each kind
+  bool big = false;     ///< also tests files of 2 GiB, which are sparse
+  std::string of_case;  ///< runs only cases whose names contain this
+  int jobs = 2;         ///< maximum number of processes
 };
 
-/// Damages each kind of file that the program reads at random, uses the program, and looks what became of
-/// it. Prints what was lost, and a table.
+/// Randomly damages each kind of file that the program reads, uses the program, and checks what
+/// happens to the file. Prints the losses and a table.
 ///
-/// \param folder where the worlds are made; ends in a separator
+/// \param folder for the worlds; ends in a separator
 /// \returns whether nothing was lost
 bool RunMutations(const std::string& folder, const MutationChoice& choice);
 

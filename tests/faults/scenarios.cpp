@@ -30,7 +30,8 @@ constexpr const char* kMissing = "app/Grouping/System/Missing.json";
 constexpr const char* kFolderList = "app/Grouping/System/LocOfMainTargetFiles.lmz";
 constexpr const char* kSettings = "app/Grouping/System/TallowOrganizer.ini";
 
-/// The windows of the commands on jukebox files and songs; the first jukebox of a program is the active one.
+/// The windows that the commands on jukebox files and songs need; the first jukebox is the active
+/// one.
 class CommandWindows : public DocumentWindows, public NewSongsWindows {
  public:
   explicit CommandWindows(RunningProgram& program) : program_(program) {}
@@ -58,7 +59,7 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
   }
   void Notice(const Texts& lines) override { said.insert(said.end(), lines.begin(), lines.end()); }
   void NoticeScan(const Texts& lines) override {
-    // One line is the counts.
+    // A single line holds only the counts.
     if (lines.size() > 1) Notice(lines);
   }
   SearchProgress& ShowSearching() override { return progress_; }
@@ -73,7 +74,7 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
   RecordedProgress progress_;
 };
 
-/// Starts a program, which has to succeed.
+/// Starts a program, and throws if the start fails or shows a message.
 std::unique_ptr<RunningProgram> Started(const World& world) {
   auto program = std::make_unique<RunningProgram>(world);
   if (!program->Start() || !program->Said().empty())
@@ -82,7 +83,7 @@ std::unique_ptr<RunningProgram> Started(const World& world) {
   return program;
 }
 
-/// The user's own folder of the first jukebox.
+/// The user's own folder in the first jukebox.
 Folder& MineOf(RunningProgram& program) {
   Folder* const mine = program.First().Nodes().Find(kOwnFolder);
   if (mine == nullptr) throw std::runtime_error("the jukebox has lost the folder of the user");
@@ -100,7 +101,7 @@ void Rank(RunningProgram& program, const std::string& name, const std::string& r
   program.tallow.library.Mp3Info(kSongRank, program.RowOf(name), rank);
 }
 
-/// Every song was added on a day of its own, long ago.
+/// Sets a different date of addition for every song, all long ago.
 void SetDays(const World& world) {
   constexpr std::size_t kFirstDayAt = 36 + 8;
   constexpr std::size_t kRowBytes = 12;
@@ -131,20 +132,21 @@ void PutBack(const World& world) {
   world.MakeSong("stick/s/far.mp3", "Queen");
 }
 
-/// A song is new, one has gone, and one is back.
+/// Adds a song, removes one, and restores one.
 void Change(const World& world) {
   world.MakeSong("music/a/new.mp3", "Queen");
   world.Remove("music/a/two.mp3");
   world.MakeSong("music/b/gone.mp3", "Abba");
 }
 
-/// PutBack after Change.
+/// Restores all songs after Change.
 void PutBackAll(const World& world) {
   world.MakeSong("music/a/two.mp3", "Abba");
   PutBack(world);
 }
 
-/// Replaces a file by a link to it, with rights of its own.
+/// Replaces a file by a symbolic link to it, and sets permissions that the program would not
+/// choose.
 void MakeLink(const World& world, const std::string& path) {
   const std::string real = "elsewhere/" + fs::path(path).filename().string();
   world.Move(path, real);
@@ -152,7 +154,8 @@ void MakeLink(const World& world, const std::string& path) {
   fs::create_symlink(world.root() + real, world.root() + path);
 }
 
-/// A library as an earlier version has left it: the first two songs have each other's numbers.
+/// Makes a library as an earlier version left it: the record numbers of the first two songs are
+/// swapped.
 void ConfuseNumbers(const World& world) {
   constexpr int kFields = 12;
   constexpr int kNumberField = 2;
@@ -165,7 +168,7 @@ void ConfuseNumbers(const World& world) {
   }
   std::swap(bytes.at(numbers[0]), bytes.at(numbers[1]));
   world.Write(kLibrary, bytes);
-  // That version had no companion.
+  // The earlier version had no companion file.
   world.Remove(kCompanion);
 }
 
@@ -195,7 +198,7 @@ void MakeCollection(const World& world) {
     Rank(*program, "gone.mp3", "6");
     Rank(*program, "away.mp3", "7");
     program->tallow.library.Save();
-    // The sizes are known, so a song that comes back is known too.
+    // With known sizes, a song that comes back is recognised.
     SizeFinder finder(program->tallow.library);
     while (finder.TakeSizes(program->tallow.library)) std::this_thread::yield();
     program->tallow.library.SaveFacts();
@@ -211,7 +214,7 @@ void MakeCollection(const World& world) {
   SetDays(world);
   world.Remove("music/b/gone.mp3");
   world.Remove("stick");
-  // What is missing and away is known from here on.
+  // This start records which songs are missing and which are on the removed stick.
   Started(world);
 }
 

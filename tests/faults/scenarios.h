@@ -9,23 +9,23 @@
 
 namespace tallow {
 
-/// What a user does while the disk fails.
+/// Actions of a user during which the disk fails.
 struct Scenario {
   std::string name;
-  /// Makes the files of the moment before, in a new world.
+  /// Makes the files that exist before the action, in a new world.
   std::function<void(const World&)> prepare;
-  /// Does it. Calls `from_here` where faults may begin.
-  /// \returns what was said to the user, and all that did not succeed
+  /// Performs the action. Calls `from_here` at the point from which faults may occur.
+  /// \returns the messages to the user, and everything that did not succeed
   std::function<std::vector<std::string>(const World&, const std::function<void()>& from_here)> act;
-  /// Puts back songs that have gone, in the end; may be empty.
+  /// Restores missing songs at the end; may be empty.
   std::function<void(const World&)> put_back;
 };
 
-/// Makes a world of six ranked songs, two of them away with a stick and one missing, two jukeboxes, and
-/// settings.
+/// Makes a world of seven songs, five of which are ranked: two songs are on the removed stick and
+/// one is missing. Also makes two jukeboxes and settings.
 void MakeCollection(const World& world);
 
-/// Every scenario, in the order of the report.
+/// All scenarios, in the order of the report.
 std::vector<Scenario> AllScenarios();
 
 }  // namespace tallow

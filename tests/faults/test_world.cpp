@@ -27,7 +27,7 @@ using nlohmann::json;
 constexpr const char* kLibrary = "app/Grouping/FileLocNames.lmz";
 constexpr std::string_view kRecover = "Tallow was not closed properly. Recover";
 
-/// A little-endian number of a file.
+/// Reads a little-endian number.
 std::uint64_t NumberAt(const std::string& bytes, std::size_t at, std::size_t length) {
   std::uint64_t number = 0;
   for (std::size_t k = length; k-- > 0;)
@@ -35,14 +35,14 @@ std::uint64_t NumberAt(const std::string& bytes, std::size_t at, std::size_t len
   return number;
 }
 
-/// The songs of a folder of a jukebox. In the user's own folder their order counts; the others are filled
-/// in the order in which songs were found.
+/// The songs of a jukebox folder. The user's own folder keeps its order; the others are sorted,
+/// because the program fills them in the order of the search.
 json InOrder(const std::string& folder, std::vector<std::string> songs) {
   if (folder != kOwnFolder) std::sort(songs.begin(), songs.end());
   return songs;
 }
 
-/// The folders of an open jukebox with the names of their songs.
+/// Adds a folder of an open jukebox, and the folders below it, with the names of their songs.
 void AddFolders(const Folder& folder, const std::string& above, const clsMain& library,
                 json& folders) {
   const std::string name = above + folder.Text();
@@ -53,7 +53,7 @@ void AddFolders(const Folder& folder, const std::string& above, const clsMain& l
     AddFolders(folder.ChildAt(k), name + "/", library, folders);
 }
 
-/// What a program has open in memory.
+/// The folders of all open jukeboxes, with the names of their songs.
 json OpenJukeboxesOf(RunningProgram& program) {
   json open = json::object();
   for (const Jukebox* const jukebox : program.user.open) {
@@ -75,7 +75,7 @@ json SongsOf(const World& world, const clsMain& library) {
   return songs;
 }
 
-/// The day on which each song was added, by name, from the companion.
+/// The day on which each song was added, by file name, read from the companion file.
 json FactsOfCompanion(const World& world, const clsMain& library) {
   constexpr std::size_t kRowsAt = 32;
   constexpr std::size_t kFirstRowAt = 36;
@@ -96,18 +96,18 @@ json SettingsOf(const World& world) {
   json lines = json::array();
   const std::string path = "app/Grouping/System/TallowOrganizer.ini";
   std::error_code ignored;
-  // No settings have so many bytes, and these would be read for long.
+  // Settings are never that long, and reading such a file would take long.
   constexpr std::uintmax_t kMaxBytes = std::uintmax_t{16} << 20U;
   if (fs::file_size(world.root() + path, ignored) > kMaxBytes && !ignored) return lines;
   const std::string text = world.Read(path);
   std::size_t number = 0;
   for (const std::string_view line : SplitLines(text))
-    // The count is the library's, and the player is found anew.
+    // Skips the count, which depends on the library, and the player, which is searched again.
     if (++number != 3 && number != 4) lines.push_back(world.Below(line));
   return lines;
 }
 
-/// Which files are links, and the rights of what they lead to.
+/// All symbolic links, with the permissions of their targets.
 json LinksOf(const World& world) {
   json links = json::object();
   for (const auto& entry : fs::recursive_directory_iterator(world.Application())) {
@@ -134,7 +134,7 @@ void World::Write(const std::string& path, std::string_view content) const {
 }
 
 void World::MakeSong(const std::string& path, const std::string& artist) const {
-  // Songs that differ in size are not taken for each other.
+  // Songs of different sizes are never mistaken for each other.
   Write(path, Audio(400 + 8 * path.size()) + Tag({.artist = artist, .year = "1985", .genra = 17}));
 }
 
@@ -185,7 +185,7 @@ void World::Restore(const SavedFiles& files) const {
 
 MountedVolumes World::Volumes() const {
   MountedVolumes volumes{{"/", {"uuid system", "/"}, false}, {Music(), {"uuid music", "/"}, false}};
-  // What is mounted is no question to the disk, so it never fails.
+  // Uses the system call directly, so that the fault library cannot fail it.
   if (syscall(SYS_faccessat, AT_FDCWD, Stick().c_str(), F_OK) == 0)
     volumes.push_back({Stick(), {"uuid stick", "/"}, false});
   return volumes;
@@ -207,14 +207,14 @@ std::optional<std::size_t> CarefulUser::Choose(const std::string& text,
   RecordedWindows::Choose(text, of);
   const auto last_good = std::find(of.begin(), of.end(), "Use the Last Good One");
   if (last_good != of.end()) return static_cast<std::size_t>(last_good - of.begin());
-  // What is there changes least; nothing is searched without being asked for.
+  // The first choice keeps the existing files; declining the question starts no search.
   return agrees ? std::optional<std::size_t>(0) : std::nullopt;
 }
 
 RunningProgram::RunningProgram(const World& world)
     : tallow(world.Application()),
       drives(GivenDrives({world.Music(), world.Stick()})),
-      // Any program will do; none is started.
+      // Any existing program serves as the player; none is started.
       system(tallow, *drives, user, [] { return std::string("/bin/sh"); }) {
   tallow.library.UseDrives([&world] { return world.Volumes(); }, {world.Music(), world.Stick()});
 }
@@ -292,7 +292,7 @@ json FindInMemory(const World& world) {
 }
 
 json FindBelongings(const World& world, const std::function<void()>& put_back) {
-  // Before the program may mend anything, what is on the disk is whole.
+  // Checks the library file before a start may repair it.
   SongsOfLibraryFile(world, kLibrary, false);
   json found = FindInMemory(world);
   found["songs on disk"] = SongsOfLibraryFile(world, kLibrary, true);

@@ -15,24 +15,24 @@
 
 namespace tallow {
 
-/// A file, a folder or a link of a world, as it was at one moment.
+/// A file, a folder or a symbolic link of a world, as saved by World::Save().
 struct SavedEntry {
   std::string path;  ///< below the root
   bool is_folder = false;
-  std::string link;  ///< what a link leads to; empty for all others
+  std::string link;  ///< target of a symbolic link; empty for all others
   std::string content;
   unsigned int mode = 0;
 };
 using SavedFiles = std::vector<SavedEntry>;
 
-/// The folder of a jukebox that is the user's own; the others are filled by the program.
+/// The folder of a jukebox that the user fills; the program fills the others.
 inline constexpr std::string_view kOwnFolder = "Mine";
 
-/// A folder with all that a program under test has: its application folder, a drive of songs, and a stick
-/// that can be taken away.
+/// The root folder of a program under test: contains its application folder, a drive of songs, and
+/// a removable stick.
 class World {
  public:
-  /// \param root made if it is not there; ends in a separator
+  /// \param root created if necessary; ends in a separator
   explicit World(std::string root);
 
   const std::string& root() const noexcept { return root_; }
@@ -42,30 +42,32 @@ class World {
   std::string Grouping() const { return Application() + "Grouping/"; }
   std::string SystemFiles() const { return Grouping() + "System/"; }
 
-  /// A path below the root; the whole path when it is not below.
+  /// The path relative to the root; unchanged if it is not below the root.
   std::string Below(std::string_view path) const;
 
-  /// Makes or replaces a file, and the folders above it. All paths are below the root.
+  /// Creates or replaces a file, and creates the folders above it. All path parameters are relative
+  /// to the root.
   void Write(const std::string& path, std::string_view content) const;
-  /// Makes an MP3 file with the name of an artist.
+  /// Makes an MP3 file with an artist in its tag.
   void MakeSong(const std::string& path, const std::string& artist) const;
   void Remove(const std::string& path) const;
   void Move(const std::string& from, const std::string& to) const;
-  /// The content; an empty text when there is no regular file.
+  /// The content of a file; empty if there is no regular file.
   std::string Read(const std::string& path) const;
 
   SavedFiles Save() const;
-  /// Brings everything back, whatever is there now.
+  /// Deletes everything below the root, and restores saved files.
   void Restore(const SavedFiles& files) const;
 
-  /// What is mounted where: the songs' drive, and the stick while its folder is there.
+  /// The mounted volumes: the drive of songs, and the stick if its folder exists.
   MountedVolumes Volumes() const;
 
  private:
   std::string root_;
 };
 
-/// A user who is asked only what cannot do harm: unsaved changes are recovered, all else is left as it is.
+/// A user whose answers can do no harm: recovers unsaved changes, uses the last good library, and
+/// declines all other questions.
 class CarefulUser : public RecordedWindows {
  public:
   bool Ask(const std::string& text) override;
@@ -73,22 +75,22 @@ class CarefulUser : public RecordedWindows {
   std::optional<std::size_t> Choose(const std::string& text,
                                     const std::vector<std::string>& of) override;
 
-  /// Says Yes to everything instead.
+  /// Answers Yes to every question instead.
   bool agrees = false;
 };
 
-/// A program that runs in a world, without windows.
+/// The program running in a world, without windows.
 class RunningProgram {
  public:
   explicit RunningProgram(const World& world);
 
   bool Start() { return system.Main(RuntimeFile{}); }
 
-  /// The row of a song, by its file name; 0 for none.
+  /// The row of a song by its file name; 0 if there is none.
   std::int32_t RowOf(std::string_view name) const;
-  /// The jukebox that a start has opened first.
+  /// The first jukebox that a start has opened.
   Jukebox& First() { return *user.open.at(0); }
-  /// What was said to the user: messages, questions, notices.
+  /// All messages, questions and notices to the user.
   std::vector<std::string> Said() const;
 
   CarefulUser user;
@@ -97,25 +99,26 @@ class RunningProgram {
   System system;
 };
 
-/// The songs of a library file that are there, with their ranks, read by its description alone. Paths are
-/// below the root of the world. A file that is not there has none.
+/// The present songs of a library file with their ranks, parsed from the file format alone. Paths
+/// are relative to the root of the world. A missing file has no songs.
 ///
-/// \param in_order each row has to have the number of its place
+/// \param in_order requires each row to have its place as its record number
 /// \throws std::runtime_error when the file is damaged
 nlohmann::json SongsOfLibraryFile(const World& world, const std::string& path, bool in_order);
 
-/// The folders of a jukebox file with the names of their songs, read by its description alone.
+/// The folders of a jukebox file with the names of their songs, parsed from the file format alone.
 /// \throws std::exception when the file is damaged
 nlohmann::json FoldersOfJukeboxFile(const World& world, const std::string& path);
 
-/// The part of FindBelongings that one start tells, whatever lies on the disk, and the settings.
+/// The part of FindBelongings that one start shows, regardless of the library file, and the
+/// settings.
 nlohmann::json FindInMemory(const World& world);
 
-/// What a user has after the next start: songs, ranks, jukeboxes, unsaved changes, settings; and once songs
-/// that have gone are put back, at the start after that. Nothing that is compared has a place in the
-/// library or a time in it.
+/// What the user has after the next start: songs, ranks, jukeboxes, unsaved changes, settings. If
+/// `put_back` is given, also the songs and jukeboxes after another start with the missing songs
+/// restored. The result contains no record numbers and no times.
 ///
-/// \param put_back puts back what has gone; may be empty
+/// \param put_back restores missing songs; may be empty
 nlohmann::json FindBelongings(const World& world, const std::function<void()>& put_back);
 
 }  // namespace tallow

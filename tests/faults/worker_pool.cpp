@@ -13,7 +13,7 @@ namespace {
 
 using nlohmann::json;
 
-/// Does each case whose number leaves a rest. Ends the process.
+/// Runs every `jobs`-th case, starting with case `worker`. Ends the process.
 [[noreturn]] void Work(const std::string& results, std::size_t cases, std::size_t jobs,
                        std::size_t worker, const std::function<DoCase(std::size_t)>& begin) {
   try {

@@ -9,15 +9,16 @@
 
 namespace tallow {
 
-/// Does one case in the world of a worker, and says what it came to.
+/// Runs one case in the world of a worker, and returns its result.
 using DoCase = std::function<nlohmann::json(std::size_t number)>;
 
-/// Does cases in several processes. The caller must have no other threads.
+/// Runs cases in several processes. The caller must have no other threads.
 ///
-/// \param folder  where the workers leave their results; ends in a separator
-/// \param begin   makes what a worker does, once in each; takes the number of the worker, from 0
-/// \returns what each case came to, in their order
-/// \throws std::runtime_error when a worker does not come to its end
+/// \param folder  for the result files of the workers; ends in a separator
+/// \param begin   called once in each worker with its number, from 0; makes the function that runs
+///        its cases
+/// \returns the results of the cases, in their order
+/// \throws std::runtime_error when a worker fails
 std::vector<nlohmann::json> DoCases(const std::string& folder, std::size_t cases, std::size_t jobs,
                                     const std::function<DoCase(std::size_t worker)>& begin);
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Feeds a jukebox file of any bytes to Jukebox::Load, with libFuzzer. Whatever the bytes are, nothing may
-// crash; a file that is refused leaves the jukebox as it was; one that is taken can be shown, saved and
-// loaded again, and holds the same then.
+// Passes arbitrary bytes as a jukebox file to Jukebox::Load, with libFuzzer. Nothing may crash. A
+// rejected file must leave the jukebox unchanged. An accepted file must be showable and saveable,
+// and loading it again must give the same content.
 //
-// tests/fuzz/run.sh runs it.
+// Run by tests/fuzz/run.sh.
 #include <cstddef>
 #include <cstdint>
 #include <cstdlib>
@@ -20,7 +20,7 @@
 namespace tallow {
 namespace {
 
-/// What is the same in every run: a library of a few songs, and a folder for the files.
+/// The state that all runs share: a library of a few songs, and a folder for the files.
 struct World {
   World() : folder(MakeFolder()), tallow(folder), path(folder + "fuzz.juk") {
     for (int row = 1; row <= 9; ++row) {
@@ -34,7 +34,7 @@ struct World {
   ~World() { std::filesystem::remove_all(folder); }
 
   static std::string MakeFolder() {
-    // In memory where that can be had: each run writes files.
+    // In memory if possible, because each run writes files.
     const char* const base = access("/dev/shm", W_OK) == 0 ? "/dev/shm" : "/tmp";
     std::string name = std::string(base) + "/tallow-fuzz-XXXXXX";
     if (mkdtemp(name.data()) == nullptr) std::abort();

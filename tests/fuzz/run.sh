@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Runs the fuzzer of jukebox files over a copy of its corpus.
+# Runs the fuzzer for jukebox files on a copy of its corpus.
 #
 # Usage: run.sh FUZZER FOLDER SECONDS
-#   FOLDER gets the copy, which grows, and the input of a failure
+#   FOLDER gets the copy, to which the fuzzer adds files, and the input of a failure
 set -euo pipefail
 
 fuzzer=$1

@@ -1,11 +1,13 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Reads every #include of the program's sources and fails where one goes up or sideways between their folders.
+# Checks every #include of the program's sources and fails if an include goes up or sideways between
+# the folders.
 #
 #   cmake -DSOURCES=FOLDER -DLAYERS=FILE -P tests/layers/check.cmake
 #
-# SOURCES holds the folders. LAYERS has a line for each, "ui/frame: ui/dialogs ui/player", as the build writes it from
-# what the folders' libraries are linked to: a folder may include what it links, and what that links in turn. A
-# file in place of a folder behind the colon allows that file alone. Tests may include anything.
+# SOURCES contains the folders. LAYERS has one line per folder, "ui/frame: ui/dialogs ui/player",
+# which the build writes from the link dependencies of the folders' libraries. A folder may include
+# what it links to, directly or indirectly. A file in place of a folder after the colon allows that
+# file only. Tests may include anything.
 cmake_minimum_required(VERSION 3.23)
 
 file(STRINGS ${LAYERS} lines)
@@ -17,7 +19,7 @@ foreach(line ${lines})
   string(REPLACE " " ";" linked_${name} "${CMAKE_MATCH_2}")
 endforeach()
 
-# What a folder reaches over any number of links.
+# The folders that each folder links to, directly or indirectly.
 foreach(folder ${folders})
   string(REPLACE "/" "_" name ${folder})
   set(reached_${name} ${folder})
@@ -32,7 +34,8 @@ foreach(folder ${folders})
   endwhile()
 endforeach()
 
-# The folder of the table that a file belongs to: the longest one that its path begins with.
+# Returns the folder of LAYERS that contains a file: the longest folder that is a prefix of its
+# path.
 function(folder_of file result)
   set(found "")
   foreach(folder ${folders})

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Holds the folders to the order in which their libraries are linked.
+# Tests that the includes between the folders follow the link order of their libraries.
 get_property(layers GLOBAL PROPERTY tallow_layers)
 string(REPLACE ";" "\n" layers "${layers}")
 file(WRITE ${CMAKE_BINARY_DIR}/layers.txt "${layers}\n")
@@ -7,7 +7,7 @@ file(WRITE ${CMAKE_BINARY_DIR}/layers.txt "${layers}\n")
 add_test(NAME layers.includes_go_down
   COMMAND ${CMAKE_COMMAND} -DSOURCES=${CMAKE_SOURCE_DIR} -DLAYERS=${CMAKE_BINARY_DIR}/layers.txt
     -P ${CMAKE_SOURCE_DIR}/tests/layers/check.cmake)
-# The test itself is tested: a folder that includes from above it.
+# Tests the check itself: a folder with an include of a higher folder must be reported.
 add_test(NAME layers.an_include_upwards_is_found
   COMMAND ${CMAKE_COMMAND} -DSOURCES=${CMAKE_SOURCE_DIR}/tests/layers/upward
     -DLAYERS=${CMAKE_SOURCE_DIR}/tests/layers/upward/layers.txt

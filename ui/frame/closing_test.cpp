@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What becomes of changes when windows are closed, and when they are not.
+// What happens to changes when windows are closed, and when closing is cancelled.
 #include <gtest/gtest.h>
 
 #include <QDialog>
@@ -19,7 +19,7 @@ namespace {
 
 class Closing : public FrameTest {
  protected:
-  /// A jukebox with a file of its own and a change that is not in it.
+  /// A jukebox window with a file and a change that is not saved in it.
   frmMain& ChangedJukebox(const std::string& caption) {
     frmMain& window = ShowJukebox();
     window.Jukebox().Caption(caption);
@@ -50,7 +50,7 @@ TEST_F(Closing, AnUnchangedJukeboxClosesWithoutAQuestion) {
   EXPECT_TRUE(frame.OpenJukeboxes().empty());
 }
 
-TEST_F(Closing, AChangedOneAsksWithYesAndNoOnly) {
+TEST_F(Closing, AChangedJukeboxAsksWithYesAndNoOnly) {
   CloseWith(ChangedJukebox("MIX"), MessageAnswer::kNo);
   ASSERT_EQ(messages.shown.size(), 1U);
   EXPECT_EQ(messages.shown[0].text, "Do you want to save changes to MIX");
@@ -68,7 +68,7 @@ TEST_F(Closing, YesSavesFirst) {
   EXPECT_EQ(tallow.settings.LocOfLastSavedJukeBox(), FileOf("MIX"));
 }
 
-TEST_F(Closing, LeavingTheQuestionKeepsTheWindowOpen) {
+TEST_F(Closing, DismissingTheQuestionKeepsTheWindowOpen) {
   frmMain& window = ChangedJukebox("MIX");
   CloseWith(window, MessageAnswer::kCancel);
   EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);
@@ -109,7 +109,7 @@ TEST_F(Closing, AFailedSaveKeepsTheWindowOpen) {
   EXPECT_TRUE(window.Jukebox().IsFormDirty());
 }
 
-TEST_F(Closing, TheOneThatClosesIsSavedThoughAnotherIsActive) {
+TEST_F(Closing, TheClosedJukeboxIsSavedThoughAnotherIsActive) {
   frmMain& one = ChangedJukebox("ONE");
   frmMain& two = ChangedJukebox("TWO");
   Area().setActiveSubWindow(&SubOf(two));
@@ -119,7 +119,7 @@ TEST_F(Closing, TheOneThatClosesIsSavedThoughAnotherIsActive) {
   EXPECT_EQ(frame.OpenJukeboxes(), std::vector<Jukebox*>{&two.Jukebox()});
 }
 
-TEST_F(Closing, AMinimizedOneIsTheOneThatIsSaved) {
+TEST_F(Closing, AMinimizedJukeboxIsSavedWhenItIsClosed) {
   frmMain& one = ChangedJukebox("ONE");
   frmMain& two = ChangedJukebox("TWO");
   SubOf(one).showMinimized();
@@ -144,12 +144,12 @@ TEST_F(Closing, TheFrameSavesEachOfItsWindowsMinimizedOrNot) {
   EXPECT_EQ(messages.Take(),
             (Texts{"Do you want to save changes to ONE", "Do you want to save changes to TWO",
                    "Do you want to save changes to THREE"}));
-  // What is asked about can be seen.
+  // The window that a question is about is visible.
   EXPECT_FALSE(is_minimized);
   for (const char* const caption : {"ONE", "TWO", "THREE"}) EXPECT_TRUE(IsSaved(caption));
 }
 
-TEST_F(Closing, ASaveThatFailsOnTheWayKeepsAllOpen) {
+TEST_F(Closing, AFailedSaveWhileTheFrameClosesKeepsAllOpen) {
   frmMain& one = ChangedJukebox("ONE");
   frmMain& two = ChangedJukebox("TWO");
   RemoveFile(FileOf("TWO"));
@@ -176,7 +176,7 @@ TEST_F(Closing, TheFrameClosesItsWindowsFirstAndThenThePlayer) {
   EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
 }
 
-TEST_F(Closing, APlayerThatIsGoneIsNoObstacle) {
+TEST_F(Closing, APlayerThatHasEndedDoesNotPreventClosing) {
   for (const bool told_to_end : {true, false}) {
     frmMain& window = ShowJukebox();
     window.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, window.Jukebox().selectednode());
@@ -197,7 +197,7 @@ TEST_F(Closing, APlayerThatIsGoneIsNoObstacle) {
   }
 }
 
-TEST_F(Closing, ARefusalByOneKeepsTheProgramAndItsMusicRunning) {
+TEST_F(Closing, CancellingTheQuestionKeepsTheProgramAndItsMusicRunning) {
   frmMain& one = ChangedJukebox("ONE");
   one.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, one.Jukebox().selectednode());
   link.Take();
@@ -210,7 +210,7 @@ TEST_F(Closing, ARefusalByOneKeepsTheProgramAndItsMusicRunning) {
   EXPECT_EQ(link.Take(), Texts{});
 }
 
-TEST_F(Closing, ARefusalByTheSecondKeepsTheFirstOpenToo) {
+TEST_F(Closing, CancellingTheSecondQuestionKeepsTheFirstJukeboxOpenToo) {
   frmMain& one = ChangedJukebox("ONE");
   frmMain& two = ChangedJukebox("TWO");
   frame.KeepUnsavedChanges();
@@ -222,7 +222,7 @@ TEST_F(Closing, ARefusalByTheSecondKeepsTheFirstOpenToo) {
   LetClosedWindowsGo();
   EXPECT_EQ(frame.OpenJukeboxes(), (std::vector<Jukebox*>{&one.Jukebox(), &two.Jukebox()}));
   EXPECT_TRUE(FileExists(SystemFolder(application.path()) + "Jukebox-1.unsaved"));
-  // The first one asks again.
+  // The first jukebox asks again.
   messages.on_show = {};
   messages.Take();
   CloseWith(one, MessageAnswer::kNo);
@@ -261,13 +261,13 @@ TEST_F(Closing, ADisabledFrameDoesNotClose) {
   EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);
 }
 
-TEST_F(Closing, AFileThatComesWhileItIsAskedKeepsTheProgram) {
+TEST_F(Closing, AFileHandedOverDuringTheQuestionKeepsTheProgramOpen) {
   ChangedJukebox("ONE");
   Jukebox made;
   made.Nodes().AddChild(nullptr, "All Songs");
   ASSERT_TRUE(made.Save(FileOf("OTHER"), library));
   messages.answer = MessageAnswer::kNo;
-  // A second start hands it over; what is modal makes it wait.
+  // A second start hands over the file; the modal dialog makes the file wait.
   QDialog question(&frame);
   question.setModal(true);
   messages.on_show = [&] {
@@ -305,7 +305,7 @@ TEST_F(Unsaved, ChangesAreKeptEveryMinute) {
   ChangedJukebox("MIX");
   ChangedJukebox("OTHER");
   EXPECT_EQ(Files(), Texts{});
-  // A minute passes.
+  // Stands for the minute that passes.
   auto& clock = const_cast<QTimer&>(*timer);
   clock.start(1);
   EXPECT_TRUE(QTest::qWaitFor([&] { return Files().size() == 2; }));
@@ -335,7 +335,7 @@ TEST_F(Unsaved, ChangesAreKeptBeforeASearchForNewSongs) {
   EXPECT_EQ(during_search, Texts{"Jukebox-1.unsaved"});
 }
 
-TEST_F(Unsaved, AWindowThatGoesWithoutBeingClosedLeavesItsFile) {
+TEST_F(Unsaved, AWindowDeletedWithoutBeingClosedLeavesItsFile) {
   delete &SubOf(ChangedJukebox("ONE"));
   frmMain& two = ChangedJukebox("TWO");
   frame.KeepUnsavedChanges();
@@ -354,7 +354,7 @@ TEST_F(Unsaved, ANewJukeboxHasNothingToKeep) {
   EXPECT_EQ(Files(), Texts{"Jukebox-1.unsaved"});
 }
 
-TEST_F(Unsaved, WhatCannotBeKeptIsSaidInTheStatusBar) {
+TEST_F(Unsaved, AFailureToKeepChangesIsReportedInTheStatusBar) {
   ChangedJukebox("ONE");
   CreateFolders(SystemFolder(application.path()) + "Jukebox-1.unsaved.new" + kSep + "x");
   frame.KeepUnsavedChanges();

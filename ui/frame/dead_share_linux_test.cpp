@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The windows, while a disk does not answer.
+// The windows while a disk does not answer.
 #include <QLabel>
 #include <QPushButton>
 #include <QStatusBar>
@@ -15,7 +15,7 @@
 namespace tallow {
 namespace {
 
-/// Clicks a button once it can be seen, and keeps what a label beside it says then.
+/// Clicks a button as soon as it is visible, and records the text of a label in the same window.
 template <typename Window>
 class ClickOnceSeen {
  public:
@@ -36,7 +36,7 @@ class ClickOnceSeen {
     timer_.start(5);
   }
   QString text;
-  int ticks = 0;  ///< how often the windows lived
+  int ticks = 0;  ///< how often events were processed
   std::function<void()> on_click;
 
  private:
@@ -65,7 +65,7 @@ class DeadShareWindows : public FrameTest {
   const std::string share = music.Folder("share");
 };
 
-TEST_F(DeadShareWindows, AJukeboxWhoseFilingIsCancelledIsOpenWithWhatWasFiled) {
+TEST_F(DeadShareWindows, AfterCancelledFilingTheJukeboxHoldsTheSongsFiledSoFar) {
   AddSongOfShare();
   const std::string path = MakeJukeboxFile();
   frame.show();
@@ -84,14 +84,14 @@ TEST_F(DeadShareWindows, AJukeboxWhoseFilingIsCancelledIsOpenWithWhatWasFiled) {
   ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
   EXPECT_EQ(SongsOf("All Songs"), 2U);
   EXPECT_EQ(SongsOf("New"), 2U);
-  // Bringing in new songs makes up for it.
+  // Bringing in new songs also files the songs that were skipped.
   tallow.settings.NumerOfRecordsInTheMain(3);
   Item("mnuNewSongsNormalLocations").trigger();
   EXPECT_EQ(SongsOf("All Songs"), 3U);
   EXPECT_FALSE(tallow.filing_is_pending);
 }
 
-TEST_F(DeadShareWindows, APictureOnItIsNotWaitedFor) {
+TEST_F(DeadShareWindows, APictureOnADeadShareIsNotWaitedFor) {
   tallow.settings.IsThereAPicture(true);
   tallow.settings.PictureLocation(share + "back.png");
   const DeadFolder dead(share);
@@ -103,7 +103,7 @@ TEST_F(DeadShareWindows, APictureOnItIsNotWaitedFor) {
             share + "back.png cannot be read: The disk does not answer");
 }
 
-TEST_F(DeadShareWindows, AHandOverThatIsCancelledLeavesThePlayerWhatItHas) {
+TEST_F(DeadShareWindows, ACancelledHandOverLeavesThePlayerTheSongsItHas) {
   AddSongOfShare();
   frmMain& window = ShowJukebox();
   const DeadFolder dead(share);
@@ -115,7 +115,7 @@ TEST_F(DeadShareWindows, AHandOverThatIsCancelledLeavesThePlayerWhatItHas) {
   EXPECT_TRUE(frame.isEnabled());
 }
 
-TEST_F(DeadShareWindows, AStartLivesAndItsCancelButtonSkipsTheDrive) {
+TEST_F(DeadShareWindows, AStartProcessesEventsAndItsCancelButtonSkipsTheDrive) {
   AddSongOfShare();
   ASSERT_TRUE(library.Save());
   library.UseDrives([] { return MountedVolumes(); }, {share});

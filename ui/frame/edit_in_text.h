@@ -5,10 +5,11 @@ namespace tallow {
 
 enum class TextEdit { kCut, kCopy, kPaste, kDelete };
 
-/// Carries out an edit command in the text field that has the keyboard focus: a folder's text that is being
-/// changed, or a text box. Without it the command would act on what lies behind the field.
+/// Runs an edit command in the text field that has the keyboard focus: the editor of a folder's
+/// text, or a text box. Callers try this first; otherwise the command would act on the tree or the
+/// list behind the field.
 ///
-/// \returns whether there is such a field
+/// \returns whether a text field has the focus
 bool EditInText(TextEdit edit);
 
 }  // namespace tallow

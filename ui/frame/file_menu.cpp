@@ -58,7 +58,7 @@ void FileMenu::UpdateTheMenuControlArray(const clsINI& settings) {
     recent_separator_->setVisible(true);
     QAction* const action = recent_[element - 1];
     const std::string caption = ShortenedCaption("&" + std::to_string(element) + ".  " + path);
-    // Only the first mark is one for a key; those of the path are letters of it.
+    // Only the first "&" marks a shortcut key; those in the path are literal characters.
     QString text = DisplayText(caption);
     text = text.left(1) + text.mid(1).replace(QLatin1Char('&'), QLatin1String("&&"));
     action->setText(text);

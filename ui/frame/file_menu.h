@@ -8,16 +8,16 @@ namespace tallow {
 
 class clsINI;
 
-/// The frame window's File menu. Its items carry their names as object names, the recent files as
-/// "mnuTheFiles1" to "mnuTheFiles3" below the separator "mnuTheFiles0".
+/// The frame window's File menu. Its items carry their names as object names; the recent files are
+/// "mnuTheFiles1" to "mnuTheFiles3", below the separator "mnuTheFiles0".
 class FileMenu : public QMenu {
   Q_OBJECT
 
  public:
   explicit FileMenu(QWidget* parent);
 
-  /// Brings the recent files into step with the settings. Items are made once there is a file for them,
-  /// and never taken away.
+  /// Updates the recent files from the settings. An item is created when there is a file for it and
+  /// is never removed.
   void UpdateTheMenuControlArray(const clsINI& settings);
 
  signals:
@@ -34,7 +34,7 @@ class FileMenu : public QMenu {
   QAction* Add(const char* name, const QString& caption, void (FileMenu::*told)());
 
   QAction* recent_separator_;
-  QList<QAction*> recent_;  ///< as far as they are made, from element 1
+  QList<QAction*> recent_;  ///< the items created so far, from element 1
 };
 
 }  // namespace tallow

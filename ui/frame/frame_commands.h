@@ -3,7 +3,7 @@
 
 namespace tallow {
 
-/// What the frame window's menus and its toolbar can do, beside the recent files.
+/// The commands of the frame window's menus and toolbar, without the recent files.
 enum class FrameCommand {
   kNew,
   kOpen,

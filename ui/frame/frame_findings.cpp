@@ -18,7 +18,7 @@
 namespace tallow {
 namespace {
 
-/// How often sizes that were found are taken over, in ms.
+/// How often sizes that were found are copied to the library, in ms.
 constexpr int kTakeEvery = 200;
 
 }  // namespace
@@ -30,7 +30,7 @@ FrameFindings::FrameFindings(QStatusBar& bar, Tallow& tallow, ShowMessage show,
 }
 
 FrameFindings::~FrameFindings() {
-  // What was found until now need not be asked for again.
+  // Saves the sizes found so far, so that the next start need not determine them again.
   if (sizes_ != nullptr) {
     sizes_->TakeSizes(tallow_.library);
     SaveSizes();
@@ -53,7 +53,7 @@ QString FrameFindings::WholeText() const {
 bool FrameFindings::HidesText() const {
   const QString text = WholeText();
   if (bar_.currentMessage().isEmpty() || text == opened_) return false;
-  // What the size grip and the frame take.
+  // Width of the size grip and the bar's frame, in pixels.
   constexpr int kMargin = 24;
   return text.contains(QLatin1Char('\n')) ||
          bar_.fontMetrics().horizontalAdvance(text) > bar_.width() - kMargin;
@@ -75,8 +75,8 @@ bool FrameFindings::eventFilter(QObject* watched, QEvent* event) {
     Changed();
   if (watched == &bar_ && event->type() == QEvent::MouseButtonRelease &&
       static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && (HasAny() || HidesText())) {
-    // The bar has to be done with the click before the list keeps it waiting. A text that is cut comes first,
-    // and the list with the next click.
+    // Queued, because the bar must finish handling the click before the modal list opens. A
+    // truncated text is shown first; the next click opens the list.
     QMetaObject::invokeMethod(this,
                               HidesText() ? &FrameFindings::ShowText : &FrameFindings::ShowList,
                               Qt::QueuedConnection);

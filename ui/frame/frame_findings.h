@@ -17,25 +17,27 @@ class Jukebox;
 class SizeFinder;
 class Tallow;
 
-/// What is left to tell after a start or a search: a click on the status bar opens the list of files that
-/// were left out and of places that are away. Asks for the sizes of files as well, once there is a window.
+/// The findings of a start or a search: a click on the status bar opens the list of left-out files
+/// and unavailable places. Also determines the sizes of files in the background, once the window is
+/// open.
 class FrameFindings : public QObject {
   Q_OBJECT
 
  public:
-  /// \param bar, tallow have to outlive the object
-  /// \param jukeboxes gives the open ones
+  /// \param bar, tallow have to outlive this object
+  /// \param jukeboxes returns the open jukeboxes
   FrameFindings(QStatusBar& bar, Tallow& tallow, ShowMessage show,
                 std::function<std::vector<Jukebox*>()> jukeboxes);
   ~FrameFindings() override;
 
-  /// The counts may be others now: the pointer over the bar shows whether a click opens anything.
+  /// Call when the findings may have changed: updates the bar's cursor, which shows whether a click
+  /// opens anything.
   void Changed();
 
-  /// Opens the list.
+  /// Opens the list of findings.
   void ShowList();
 
-  /// Begins to ask for the sizes of files that are not known, without keeping anybody waiting.
+  /// Starts to determine unknown file sizes, without blocking the windows.
   void FindSizes();
 
  protected:
@@ -43,9 +45,9 @@ class FrameFindings : public QObject {
 
  private:
   bool HasAny() const;
-  /// What the bar says, with all lines.
+  /// The full text of the status bar, with all lines.
   QString WholeText() const;
-  /// Whether the bar shows less than that, and the user has not opened it.
+  /// Whether the bar shows only a part of WholeText() that the user has not opened yet.
   bool HidesText() const;
   void ShowText();
   void TakeSizes();

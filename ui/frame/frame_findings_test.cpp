@@ -15,8 +15,8 @@ namespace {
 
 class FrameFindingsTest : public FrameTest {
  protected:
-  /// Clicks the status bar.
-  /// \returns the name of the dialog that came, which is closed again; empty for none
+  /// Clicks the status bar, and closes the dialog that opens.
+  /// \returns the name of the dialog; empty for none
   QString ClickStatusBar() {
     QString name;
     const auto close = [&name] {
@@ -75,7 +75,7 @@ TEST_F(FrameFindingsTest, SizesAreFoundOnceTheWindowIsThere) {
   }));
 }
 
-TEST_F(FrameFindingsTest, ACommandWithoutAJukeboxIsSaid) {
+TEST_F(FrameFindingsTest, ACommandWithoutAJukeboxIsReported) {
   frame.show();
   for (const char* const item : {"mnuCut", "mnuPlayAllTheSongInNode", "mnuSave", "mnuSaveAs"}) {
     frame.statusBar()->clearMessage();

@@ -20,7 +20,7 @@ namespace {
 
 struct MenuItem {
   const char* name;     ///< null for a separator
-  const char* caption;  ///< kept as it is, with its misspellings
+  const char* caption;  ///< the original text, with its misspellings
   const char* key;      ///< null for none
   FrameCommand command;
   const char* picture;  ///< null for none
@@ -113,7 +113,7 @@ FileMenu* AddFileMenu(QMenuBar& bar, const std::function<void(FrameCommand)>& ac
   return menu;
 }
 
-/// The windows of the area, in the order they were opened, as they are listed.
+/// Lists the windows of the area in the menu, in the order they were opened.
 void ListWindows(QMenu& menu, QMdiArea& area) {
   for (QAction* const action : menu.actions())
     if (action->property("of_window").toBool()) delete action;

@@ -13,15 +13,15 @@ namespace tallow {
 
 class FileMenu;
 
-/// Adds the frame window's menus to its menu bar. Menus and items carry their names as object names, and
-/// the items their keys, which are defined nowhere else.
+/// Adds the frame window's menus to its menu bar. Menus and items carry their names as object
+/// names. The shortcut keys of the items are defined only here.
 ///
 /// \param act runs a command
-/// \returns the File menu, whose recent files are its own business
+/// \returns the File menu, which manages its recent files itself
 FileMenu* AddFrameMenus(QMenuBar& bar, const std::function<void(FrameCommand)>& act);
 
-/// Adds the open windows below the items of the window list menu, with a check at the active one, each time
-/// the menu is about to be shown.
+/// Lists the open windows below the items of the window list menu, each time before the menu is
+/// shown. The active window has a check mark.
 ///
 /// \param area has to outlive the menu
 void KeepWindowList(QMenu& menu, QMdiArea& area);

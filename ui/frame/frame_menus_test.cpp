@@ -36,7 +36,8 @@ class FrameMenus : public FrameTest {
     return items;
   }
   QAction& Button(int index) { return Item(QByteArray("Button" + QByteArray::number(index))); }
-  /// A jukebox window whose commands are written down as "pane item", and of which one half was used.
+  /// Shows a jukebox window whose commands are recorded in `commands` as "pane item".
+  /// \param pane the half that was used last; 0 for none
   frmMain& Watched(int pane) {
     frmMain& window = ShowJukebox();
     QObject::connect(&window, &frmMain::PopUpClick, [this](int item, int in) {
@@ -201,7 +202,8 @@ TEST_F(FrameMenus, NoOtherButtonAsksForThePlayer) {
     Button(button).trigger();
     EXPECT_EQ(messages.Take(), Texts{}) << button;
   }
-  // Those for the player look for it, and say that it has no window; nothing is said of installing one.
+  // The buttons for the player search for it and report that it has no window. None offers to
+  // install a player.
   link.found = 0;
   for (const int button : {3, 4, 5, 7}) {
     Button(button).trigger();
@@ -259,7 +261,7 @@ TEST_F(FrameMenus, DialogsAreOpenedByMenuAndButton) {
   }
 }
 
-TEST_F(FrameMenus, NewSongsAreBroughtInWhileTheFrameIsDisabledAndToldInTheStatusBar) {
+TEST_F(FrameMenus, NewSongsAreBroughtInWhileTheFrameIsDisabledAndThenReported) {
   frmMain& window = ShowJukebox();
   window.Jukebox().Nodes().AddChild(nullptr, "All Songs");
   window.Jukebox().Caption("ONE");
@@ -303,7 +305,7 @@ TEST_F(FrameMenus, ASearchIsCancelledWithTheMouseThoughTheFrameIsDisabled) {
     for (QWidget* const top : QApplication::topLevelWidgets()) {
       if (top->objectName() != QLatin1String("frmSearching")) continue;
       auto* const button = top->findChild<QPushButton*>("cmdCancel");
-      // The click waits among the events until the search lets the windows live.
+      // The click stays in the event queue until the search processes events.
       QMetaObject::invokeMethod(
           button, [button] { QTest::mouseClick(button, Qt::LeftButton); }, Qt::QueuedConnection);
       EXPECT_FALSE(tallow.SearchCancelled);
@@ -320,12 +322,12 @@ TEST_F(FrameMenus, ASearchIsCancelledWithTheMouseThoughTheFrameIsDisabled) {
       frame.statusBar()->currentMessage().startsWith("0 new songs. The search was cancelled"));
 }
 
-TEST_F(FrameMenus, KeysDoTheirWorkInEitherHalfOfAJukebox) {
+TEST_F(FrameMenus, ShortcutKeysWorkInEitherHalfOfAJukebox) {
   frmMain& window = Watched(0);
   messages.answer = MessageAnswer::kNo;
   Item("mnuPlayAllTheSongInNode").trigger();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
-  // One that stays when it is cut.
+  // A folder that the program keeps when it is cut.
   window.Jukebox().Nodes().AddChild(nullptr, "New");
   auto* const tree = window.findChild<QTreeView*>();
   tree->setCurrentIndex(tree->model()->index(1, 0));
@@ -333,7 +335,7 @@ TEST_F(FrameMenus, KeysDoTheirWorkInEitherHalfOfAJukebox) {
   link.Take();
   struct Expected {
     QWidget* focus;
-    QStringList edits;  ///< of copy, paste, cut, delete
+    QStringList edits;  ///< commands for copy, paste, cut, delete
   };
   const Expected halves[] = {{tree, {"1 7", "1 8", "1 6", "1 9"}},
                              {window.findChild<QTableView*>(), {"2 5", "2 6", "2 4", "2 7"}}};
@@ -376,7 +378,7 @@ TEST_F(FrameMenus, AButtonMakesANewJukebox) {
   EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
 }
 
-TEST_F(FrameMenus, FilesThatComeAreOpenedOrShownOnceNothingIsInTheWay) {
+TEST_F(FrameMenus, HandedOverFilesAreOpenedOrShownOnceTheFrameIsEnabled) {
   frmMain& one = ShowJukebox();
   one.Jukebox().Caption("ONE");
   const std::string first = application / "Grouping/one.juk";
@@ -384,7 +386,7 @@ TEST_F(FrameMenus, FilesThatComeAreOpenedOrShownOnceNothingIsInTheWay) {
   ASSERT_TRUE(one.Jukebox().Save(second, library));
   ASSERT_TRUE(one.Jukebox().Save(first, library));
   ShowJukebox();
-  // One that is open is only shown.
+  // A file that is already open is only shown.
   frame.OpenFiles({first});
   EXPECT_EQ(Area().currentSubWindow(), &SubOf(one));
   EXPECT_EQ(messages.Take(), Texts{});
@@ -424,7 +426,7 @@ TEST_F(FrameMenus, WhileATextIsBeingTypedEditCommandsAreForIt) {
   EXPECT_EQ(TakeCommands(), QStringList());
 }
 
-TEST_F(FrameMenus, NoKeyIsThereTwice) {
+TEST_F(FrameMenus, NoShortcutKeyIsUsedTwice) {
   QStringList keys;
   for (const QAction* const action : frame.findChildren<QAction*>())
     if (!action->shortcut().isEmpty() && action->shortcutContext() != Qt::WidgetShortcut)
@@ -433,7 +435,7 @@ TEST_F(FrameMenus, NoKeyIsThereTwice) {
   EXPECT_EQ(different.size(), keys.size());
 }
 
-TEST_F(FrameMenus, NewSongsLeaveTheUserWhereTheyWereInTheList) {
+TEST_F(FrameMenus, NewSongsKeepTheSelectionAndTheFocus) {
   frmMain& window = ShowJukebox();
   window.Jukebox().Nodes().AddChild(nullptr, "All Songs");
   window.Jukebox().Caption("ONE");
@@ -468,7 +470,7 @@ TEST_F(FrameMenus, EveryControlHasANameAndADescription) {
   const auto expect_all = [](const QWidget& window) {
     for (const QWidget* const control : window.findChildren<QWidget*>()) {
       if (control->focusPolicy() == Qt::NoFocus || !control->isVisibleTo(&window)) continue;
-      // Parts of others, and frames around them.
+      // Skips inner parts of other controls, and frames around controls.
       if (control->objectName().isEmpty() || control->objectName().startsWith("qt_")) continue;
       auto* const spoken = QAccessible::queryAccessibleInterface(const_cast<QWidget*>(control));
       ASSERT_NE(spoken, nullptr);

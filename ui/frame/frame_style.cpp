@@ -9,7 +9,7 @@
 namespace tallow {
 namespace {
 
-/// How light what is drawn of a picture is on the whole, from 0 to 255.
+/// Average lightness of the visible pixels of a picture, from 0 to 255.
 int LightnessOf(const QImage& picture) {
   int sum = 0;
   int count = 0;
@@ -22,7 +22,7 @@ int LightnessOf(const QImage& picture) {
   return count > 0 ? sum / count : 0;
 }
 
-/// Of the pictures that are made, in pixels: for scales of 100 and 200 %.
+/// Sizes of the icons that are made, in pixels: for scales of 100 and 200 %.
 constexpr int kSizes[] = {10, 16, 20, 32};
 
 bool IsDark(const QPalette& palette) {
@@ -61,8 +61,8 @@ void FrameStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
   if (control != CC_TitleBar || bar == nullptr || !IsDark(bar->palette) ||
       (bar->titleBarState & State_Active) != 0)
     return QProxyStyle::drawComplexControl(control, option, painter, widget);
-  // That of a window in the background has black buttons. So it is drawn as an active one, which has white
-  // ones, in grey.
+  // The title bar of an inactive window has black buttons. So it is drawn as the title bar of an
+  // active window, which has white buttons, on grey.
   QStyleOptionTitleBar grey(*bar);
   grey.titleBarState |= State_Active;
   grey.state |= State_Active;

@@ -5,8 +5,8 @@
 
 namespace tallow {
 
-/// The desktop's style, whose buttons of inner windows can be seen on a dark desktop too: Qt's own pictures
-/// of them are dark grey, whatever they are drawn on.
+/// The desktop's style, with buttons of inner windows that are also visible on a dark desktop. Qt's
+/// own button icons are dark grey on any background.
 class FrameStyle : public QProxyStyle {
   Q_OBJECT
 

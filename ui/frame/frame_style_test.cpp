@@ -14,7 +14,7 @@
 namespace tallow {
 namespace {
 
-/// How light what is drawn of a picture is on the whole, from 0 to 255.
+/// Average lightness of the visible pixels of an icon, from 0 to 255.
 int LightnessOf(const QIcon& icon) {
   const QImage image = icon.pixmap(QSize(16, 16), 1.0).toImage();
   int sum = 0;

@@ -15,12 +15,12 @@ struct Button {
   const char* tooltip;  ///< null for a separator
   const char* picture;
   FrameCommand command;
-  bool checks;  ///< the player
+  bool checks;  ///< whether the player's path must be set first
 };
 
 constexpr Button kSeparator{nullptr, nullptr, FrameCommand::kExit, false};
 
-/// In the order of their indexes, from 1.
+/// In the order of the button indexes, from 1.
 constexpr Button kButtons[] = {
     {"Play Selected Songs", "play-selected", FrameCommand::kPlaySelectedSongs, false},
     {"Play All Songs in Folder", "play-all", FrameCommand::kPlayAllSongsInFolder, false},
@@ -43,7 +43,7 @@ constexpr Button kButtons[] = {
     {"Help", "help", FrameCommand::kHelp, false},
 };
 
-/// In pixels.
+/// Width and height of an icon, in pixels.
 constexpr int kPictureSize = 24;
 
 }  // namespace

@@ -12,10 +12,10 @@
 namespace tallow {
 namespace {
 
-/// How often the windows live, in ms.
+/// How often window events are processed, in ms.
 constexpr qint64 kEventInterval = 40;
 
-/// What takes longer is shown, in ms.
+/// Work that takes longer than this gets a progress window, in ms.
 constexpr qint64 kShowAfter = 500;
 
 }  // namespace
@@ -47,7 +47,7 @@ bool FrameWork::GoOn(const std::function<std::string()>& line) {
       window_->Repaint();
     }
     QCoreApplication::processEvents();
-    // What the events took does not count.
+    // The interval starts after the events, so that slow event handlers do not use it up.
     since_events_.start();
   }
   return !tallow_.SearchCancelled && !tallow_.is_ending;

@@ -14,11 +14,11 @@ namespace tallow {
 class Tallow;
 class frmSearching;
 
-/// Work that may take long, under the frame window. Nothing is to be seen of work that is done at once.
+/// Progress of long work under the frame window. Work that finishes quickly shows nothing.
 class FrameWork : public LongWork {
  public:
-  /// \param tallow its SearchCancelled is what the Cancel button sets; has to outlive this
-  /// \param text   what is being done
+  /// \param tallow the Cancel button sets its SearchCancelled; has to outlive this object
+  /// \param text   names the work in the progress window
   /// \param enable enables and disables the frame window
   FrameWork(Tallow& tallow, QString text, std::function<void(bool)> enable);
   FrameWork(const FrameWork&) = delete;
@@ -34,7 +34,7 @@ class FrameWork : public LongWork {
   QElapsedTimer begun_;
   QElapsedTimer since_events_;
   bool is_disabled_ = false;
-  std::unique_ptr<frmSearching> window_;  ///< once it has taken a while
+  std::unique_ptr<frmSearching> window_;  ///< created when the work takes long
 };
 
 }  // namespace tallow

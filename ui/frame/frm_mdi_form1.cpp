@@ -44,17 +44,17 @@ namespace {
 constexpr QSize kFirstSize(1000, 680);
 constexpr QSize kMinSize(480, 320);
 
-/// Where the window stood and how its toolbar lay, among the user's options.
+/// The user's options that hold the geometry of the window and the state of its toolbar.
 const QString kGeometryOption = QStringLiteral("Window/Geometry");
 const QString kStateOption = QStringLiteral("Window/State");
 
-/// How often unsaved changes are kept, in ms.
+/// How often unsaved changes are saved for recovery, in ms.
 constexpr int kKeepUnsavedEvery = 60 * 1000;
 
-/// Lines of a tool tip; more do not fit a screen.
+/// Maximum lines of a tool tip; more do not fit a screen.
 constexpr std::size_t kMaxTipLines = 20;
 
-/// Who gets the keys: an open menu, or who has the keyboard, or else the window in front.
+/// The widget that gets key events: an open menu, else the focus widget, else the active window.
 QWidget* KeyReceiver() {
   if (QWidget* const popup = QApplication::activePopupWidget()) return popup;
   if (QWidget* const focus = QApplication::focusWidget()) return focus;
@@ -75,7 +75,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
           show
               ? std::move(show)
               : [this](const Message& message) {
-                  // Over the dialog that it comes from, if there is one.
+                  // The parent is the modal dialog that the message comes from, if there is one.
                   QWidget* const modal = QApplication::activeModalWidget();
                   if (modal != nullptr) return ShowMessageBox(message, modal);
                   return ShowMessageBox(message, isVisible() ? this : nullptr);
@@ -92,16 +92,16 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   area_->setObjectName(QStringLiteral("MDIArea"));
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  // Or a panel that is shown beside a jukebox that fills the frame would fill it too.
+  // Otherwise the panel would be maximized when shown beside a maximized jukebox.
   area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
   area_->viewport()->installEventFilter(this);
   setCentralWidget(area_);
   findings_ = new FrameFindings(*statusBar(), tallow_, show_, [this] { return OpenJukeboxes(); });
   findings_->setParent(this);
-  // There from the start, so that the first message moves nothing.
+  // Visible from the start, so that the first message does not change the layout.
   statusBar()->show();
   setMinimumSize(kMinSize);
-  // A large scale makes a screen small.
+  // With a large scale factor a screen is small in logical pixels.
   resize(kFirstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
   SetUpMenus();
   setProperty(kHelpPage, QStringLiteral("windows"));
@@ -113,7 +113,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   auto* const keep = new QTimer(this);
   keep->setObjectName(QStringLiteral("KeepUnsavedTimer"));
   connect(keep, &QTimer::timeout, this, [this] {
-    // While songs are filed, the trees are not yet what they are to be.
+    // While songs are being filed, the trees are incomplete.
     if (isEnabled()) KeepUnsavedChanges();
   });
   keep->start(kKeepUnsavedEvery);
@@ -122,7 +122,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
 frmMDIForm1::~frmMDIForm1() {
   qApp->removeEventFilter(this);
   delete help_;
-  // They change their states once more as they go, when this is no frame any longer.
+  // Subwindows emit state changes while they are destroyed, which is after this destructor.
   for (QMdiSubWindow* const sub : area_->subWindowList()) sub->disconnect(this);
   tallow_.settings.SetMenuUpdate({});
 }
@@ -130,7 +130,7 @@ frmMDIForm1::~frmMDIForm1() {
 void frmMDIForm1::SetUpMenus() {
   file_menu_ = AddFrameMenus(*menuBar(), [this](FrameCommand command) {
     Run(command);
-    // A menu may have left the keyboard with nobody.
+    // A menu may have left the focus on no widget.
     FocusJukebox();
   });
   connect(file_menu_, &FileMenu::OpenRecent, this,
@@ -145,7 +145,7 @@ void frmMDIForm1::SetUpMenus() {
 }
 
 QMenu* frmMDIForm1::createPopupMenu() {
-  // It could only hide the toolbar, and nothing would bring that back.
+  // The default menu could only hide the toolbar, and nothing could show it again.
   return nullptr;
 }
 
@@ -185,7 +185,7 @@ void frmMDIForm1::Notice(const std::vector<std::string>& lines) {
 
 void frmMDIForm1::NoticeScan(const std::vector<std::string>& lines) {
   std::vector<std::string> all = lines;
-  // The first jukebox is there before a start tells what it came to.
+  // The first jukebox window is made before the start reports its result.
   if (!picture_problem_.empty()) all.insert(all.begin(), std::exchange(picture_problem_, {}));
   Notice(all);
   findings_->Changed();
@@ -203,13 +203,13 @@ void frmMDIForm1::ShowStatus(const std::string& text) {
 }
 
 void frmMDIForm1::EnableFrame(bool enabled) {
-  // Nothing is kept until it is enabled again, and a search may take long.
+  // Unsaved changes are not saved while the frame is disabled, and a search may take long.
   if (!enabled) KeepUnsavedChanges();
   SetFrameEnabled(enabled);
 }
 
 void frmMDIForm1::SetFrameEnabled(bool enabled) {
-  // A window that is disabled loses the keyboard.
+  // A disabled window loses its focus widget.
   if (!enabled) focus_before_ = focusWidget();
   setEnabled(enabled);
   if (!enabled) return;
@@ -229,10 +229,10 @@ bool frmMDIForm1::Start(const std::string& program) {
 void frmMDIForm1::PlayOnPanel() {
   if (PlayerPanel() == nullptr) OpenPanel();
   panel_->showNormal();
-  // The next command is for the jukebox again, and so are the keys.
+  // Commands and keys go to the jukebox again.
   ActivateJukebox();
   if (frmMain* const window = ActiveJukeboxWindow()) window->TakeFocus();
-  // A panel without a player would only be in the way.
+  // A panel without a player is useless, so it is closed.
   hands_over_ = true;
   const bool is_open = PlayerPanel()->Play();
   hands_over_ = false;
@@ -242,13 +242,13 @@ void frmMDIForm1::PlayOnPanel() {
 
 void frmMDIForm1::changeEvent(QEvent* event) {
   QMainWindow::changeEvent(event);
-  // Once everybody else has seen it.
+  // Queued, so that all other handlers of the event run first.
   if (event->type() == QEvent::ActivationChange && isActiveWindow())
     QMetaObject::invokeMethod(this, &frmMDIForm1::FocusJukebox, Qt::QueuedConnection);
 }
 
 void frmMDIForm1::FocusJukebox() {
-  // After a dialog the keyboard may be with the area or a window's frame, where it does nothing.
+  // After a dialog the focus may be on the area or on a window's frame, where keys do nothing.
   frmMain* const window = ActiveJukeboxWindow();
   const QWidget* const focus = QApplication::focusWidget();
   if (window == nullptr || !IsActive(*window) || !isActiveWindow()) return;
@@ -264,7 +264,7 @@ void frmMDIForm1::OpenPanel() {
   panel->OnLongWork([this](std::string_view text) { return BeginWork(text); });
   connect(panel, &frmMainWinamp::Said, this,
           [this](const QString& text) { ShowStatus(text.toStdString()); });
-  // Jukeboxes fill the frame; the panel would be lost behind them.
+  // Jukebox windows are maximized; the panel would be hidden behind them.
   panel_->setWindowFlags(Qt::SubWindow | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
                          Qt::WindowSystemMenuHint | Qt::WindowMinimizeButtonHint |
                          Qt::WindowCloseButtonHint | Qt::WindowStaysOnTopHint);
@@ -281,7 +281,7 @@ void frmMDIForm1::OpenPanel() {
 void frmMDIForm1::KeepPanelInside(QSize before) {
   if (!panel_ || panel_->isMinimized()) return;
   const auto place = [](int at, int length, int old_space, int space) {
-    // What touched the far side goes on touching it.
+    // A panel that touched the far edge keeps touching it.
     if (at + length >= old_space) at = space - length;
     return std::max(0, std::min(at, space - length));
   };
@@ -291,13 +291,13 @@ void frmMDIForm1::KeepPanelInside(QSize before) {
 }
 
 bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
-  // F1 is asked for in whatever window has the keyboard, dialogs too.
+  // F1 works in whatever window has the focus, including dialogs.
   if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1 &&
       static_cast<QKeyEvent*>(event)->modifiers() == Qt::NoModifier && watched == KeyReceiver()) {
     auto* const menu = qobject_cast<QMenu*>(watched);
     const QWidget* const asked = menu != nullptr ? nullptr : static_cast<QWidget*>(watched);
     if (menu != nullptr) CloseMenus();
-    // Who reads the help has it.
+    // In the help window itself, F1 does nothing.
     if (asked == nullptr || help_ == nullptr || asked->window() != help_)
       ShowHelp(asked != nullptr ? HelpPageOf(asked) : QStringLiteral("menus"));
     return true;
@@ -308,18 +308,18 @@ bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void frmMDIForm1::closeEvent(QCloseEvent* event) {
-  // A disabled frame is in the middle of something, which ends as soon as it can.
+  // A disabled frame has work in progress, which is cancelled and ends as soon as it can.
   if (!isEnabled()) {
     tallow_.SearchCancelled = true;
     return event->ignore();
   }
-  // One that is not to be closed keeps the program open, music and all, and so the others as well: none is
-  // closed before all have been asked.
+  // If one jukebox must stay open, so do the program, its music and the other jukeboxes: no window
+  // closes before every question has been answered.
   const QList<QMdiSubWindow*> windows = area_->subWindowList();
   for (QMdiSubWindow* const sub : windows) {
     auto* const window = qobject_cast<frmMain*>(sub->widget());
     if (window == nullptr) continue;
-    // The question is about what is in front.
+    // The question is about the window in front.
     if (window->WillAsk()) {
       ComeToFront();
       BringToFront(*area_, *sub);
@@ -330,10 +330,10 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
   }
   for (QMdiSubWindow* const sub : windows)
     if (qobject_cast<frmMain*>(sub->widget()) != nullptr) sub->close();
-  // Somebody has asked for a jukebox meanwhile, of this program since it was still there.
+  // Another start has handed over a jukebox file in the meantime, so this program stays open.
   if (!waiting_files_.empty()) return event->ignore();
   ClosePlayerPanel();
-  // The program ends with its last window.
+  // The program ends with its last window, so the help window is deleted too.
   delete help_;
   QSettings options;
   options.setValue(kGeometryOption, saveGeometry());

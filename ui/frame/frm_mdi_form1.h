@@ -42,52 +42,55 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
 
  public:
   /// \param tallow, link have to outlive the window
-  /// \param show shows message boxes; without it they are real ones over this window
+  /// \param show shows message boxes; the default shows real message boxes over this window
   frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show = {}, QWidget* parent = nullptr);
   ~frmMDIForm1() override;
 
   /// Saves the active jukebox, see JukeboxDocuments.
   void SaveDatForm();
-  /// Brings the recent files of the File menu into step with the settings.
+  /// Updates the recent files of the File menu from the settings.
   void UpdateTheMenuControlArray();
 
-  /// Makes a jukebox window, not shown yet. It belongs to the frame.
+  /// Makes a jukebox window, which is not shown yet. The frame owns it.
   frmMain& NewJukeboxWindow();
-  /// Shows a jukebox window, filling the frame.
+  /// Shows a jukebox window maximized in the frame.
   void ShowJukeboxWindow(frmMain& window);
 
   /// The open jukeboxes, in the order they were opened.
   std::vector<Jukebox*> OpenJukeboxes() const;
-  /// The window of an open jukebox; null when it is none of this frame.
+  /// The window of an open jukebox; null when the jukebox is not open in this frame.
   frmMain* WindowOf(const Jukebox& jukebox) const;
 
-  /// Says something in the status bar: the first line, with all of them as its tool tip.
+  /// Shows a notice in the status bar: the first line as its text, all lines as its tool tip.
   void Notice(const std::vector<std::string>& lines) override;
-  /// Notice of what a start or a search came to; a click on it opens the list of what was not taken.
+  /// Shows the result of a start or a search as a notice; a click on it opens the list of left-out
+  /// files.
   void NoticeScan(const std::vector<std::string>& lines) override;
 
-  /// What is left to tell after a start or a search.
+  /// The findings of a start or a search.
   FrameFindings& Findings() noexcept { return *findings_; }
 
-  /// Opens jukebox files, or shows those that are open, and brings the window to the front. Files that come
-  /// while something else has to end first wait for that.
+  /// Opens jukebox files, or activates the windows of those already open, and brings the frame to
+  /// the front. While a dialog is open or the frame is disabled, the files wait.
   void OpenFiles(const std::vector<std::string>& paths);
 
-  /// Shows the tip window, which may decide to stay away unless it was asked for.
+  /// Shows the tip window. Unless the user asked for the tip, it stays closed when tips are turned
+  /// off.
   void ShowTip(bool asked_for);
 
-  /// Keeps what is not saved of the open jukeboxes, in case the program does not come to its end. The frame
-  /// does so itself every minute.
+  /// Saves the unsaved changes of the open jukeboxes for recovery after a crash. The frame calls
+  /// this itself every minute.
   void KeepUnsavedChanges();
 
-  /// Sets what opens the help file for the help key and the help commands, in place of OpenHelpFile.
+  /// Sets the function that opens the help file for the help key and the help commands, in place of
+  /// OpenHelpFile.
   void OnOpenHelp(std::function<bool(const std::string& path)> open) {
     open_help_ = std::move(open);
   }
 
   /// The player panel; null when it is not open.
   frmMainWinamp* PlayerPanel() const;
-  /// Closes the player panel, and with it the player.
+  /// Closes the player panel, which also closes the player.
   void ClosePlayerPanel();
 
  protected:
@@ -101,11 +104,11 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
 
   void SetUpMenus();
   void Run(FrameCommand command);
-  /// The jukebox that commands are for: the active window, or the last jukebox that was it while another
-  /// one is; null for none.
+  /// The jukebox window that commands act on: the active window or, while the player panel is
+  /// active, the jukebox window that was active last; null for none.
   frmMain* ActiveJukeboxWindow() const;
   bool IsActive(const frmMain& window) const;
-  /// The active jukebox window; where there is none, says so.
+  /// Like ActiveJukeboxWindow(), but reports in the status bar when there is none.
   frmMain* JukeboxWindowForCommand();
   void SendNodeCommand(int pane, int item);
   void CommandPlayer(std::int32_t command);
@@ -113,13 +116,14 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void OpenWaitingFiles();
   void ComeToFront();
   void StepOtherHalf(frmMain& window, EditHistory::Half half, bool back);
-  /// Does what fills the lists of all jukeboxes anew; whoever looks at one stays where they are.
+  /// Calls `act`, which refills the lists of all jukeboxes, and then restores each list's selection
+  /// and scroll position.
   void KeepPlaces(const std::function<void()>& act);
   void BringIn(NewSongsPlace place);
   void FollowSongs(const std::vector<ReturnedSong>& songs);
   void ShowFind();
   void ShowAbout();
-  /// Opens the help file, or where that cannot be, a page of the manual.
+  /// Opens the help file or, if it cannot be opened, a page of the manual.
   void ShowHelp(const QString& page);
   void ShowHelpPage(const QString& page);
   void NewJukebox();
@@ -131,7 +135,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void ChangeBackgroundPicture();
   QMdiSubWindow* LastActiveJukebox() const;
 
-  // Both kinds of commands need some of these.
+  // Overrides of PlayWindows and NewSongsWindows, which share some functions.
   MessageAnswer Show(const Message& message) override;
   SearchProgress& ShowSearching() override;
   void UnloadSearching() override;
@@ -154,23 +158,23 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   PlayCommands play_commands_;
   std::function<bool(const std::string& path)> open_help_;
   QMdiArea* area_;
-  QPointer<QMdiSubWindow> panel_;  ///< holds the player panel
-  bool hands_over_ = false;        ///< the panel does, and must not go meanwhile
+  QPointer<QMdiSubWindow> panel_;  ///< the subwindow of the player panel
+  bool hands_over_ = false;        ///< the panel is handing songs over and must not close
   bool panel_is_to_close_ = false;
   FileMenu* file_menu_ = nullptr;
   QToolBar* toolbar_ = nullptr;
-  frmFind* find_ = nullptr;  ///< once it was shown
+  frmFind* find_ = nullptr;  ///< created when first shown
   FrameFindings* findings_;
   QPointer<frmHelp> help_;
-  QPointer<QWidget> focus_before_;  ///< the frame was disabled
+  QPointer<QWidget> focus_before_;  ///< the focus widget before the frame was disabled
   std::unique_ptr<frmSearching> searching_;
   std::vector<Jukebox*> open_;
-  std::vector<std::string> waiting_files_;  ///< to be opened
+  std::vector<std::string> waiting_files_;  ///< jukebox files that are to be opened
   std::unique_ptr<Documents> document_windows_;
   std::unique_ptr<JukeboxDocuments> documents_;
-  int jukebox_windows_ = 0;  ///< made so far
+  int jukebox_windows_ = 0;  ///< number of jukebox windows made so far
   std::string
-      picture_problem_;  ///< of the first of them, until it has been told with a start's notice
+      picture_problem_;  ///< of the first window: why it has no picture; cleared by NoticeScan
 };
 
 }  // namespace tallow

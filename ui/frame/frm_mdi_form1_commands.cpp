@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the frame window's menus and toolbar do.
+// The commands of the frame window's menus and toolbar.
 #include <utility>
 
 #include <QApplication>
@@ -34,7 +34,7 @@
 namespace tallow {
 namespace {
 
-/// How long files wait until it is looked again whether they can be opened, in ms.
+/// How often the program retries to open waiting files, in ms.
 constexpr int kLookAgain = 200;
 
 }  // namespace
@@ -43,7 +43,7 @@ frmMain* frmMDIForm1::ActiveJukeboxWindow() const {
   const QMdiSubWindow* const active = area_->currentSubWindow();
   frmMain* const window = active != nullptr ? qobject_cast<frmMain*>(active->widget()) : nullptr;
   if (window != nullptr) return window;
-  // The player panel steers the player; everything else is still for the jukebox used before it.
+  // While the player panel is active, commands still act on the jukebox that was used before it.
   const QMdiSubWindow* const last = LastActiveJukebox();
   return last != nullptr ? qobject_cast<frmMain*>(last->widget()) : nullptr;
 }
@@ -189,7 +189,7 @@ void frmMDIForm1::ComeToFront() {
 }
 
 void frmMDIForm1::OpenWaitingFiles() {
-  // A dialog, a search or the start has to come to its end first.
+  // A dialog, a search or the start has to end first.
   if (!isVisible() || !isEnabled() || QApplication::activeModalWidget() != nullptr) {
     QTimer::singleShot(kLookAgain, this, &frmMDIForm1::OpenWaitingFiles);
     return;
@@ -208,7 +208,7 @@ void frmMDIForm1::OpenWaitingFiles() {
 }
 
 void frmMDIForm1::ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange) {
-  // It would take a place among them.
+  // Minimized, because otherwise the panel would get a place among the jukeboxes.
   if (panel_) panel_->showMinimized();
   QMdiSubWindow* const active = area_->currentSubWindow();
   arrange(*area_);
@@ -221,7 +221,7 @@ void frmMDIForm1::ShowFind() {
     find_ = new frmFind([this] { return ActiveJukeboxWindow(); }, tallow_.library, show_, this);
   find_->Begin();
   find_->exec();
-  // What was found is what the keys are for next.
+  // The keyboard goes to the song that was found.
   frmMain* const window = ActiveJukeboxWindow();
   if (window == nullptr || !find_->HasFound()) return;
   area_->setActiveSubWindow(qobject_cast<QMdiSubWindow*>(window->parentWidget()));
@@ -234,7 +234,7 @@ void frmMDIForm1::ShowTip(bool asked_for) {
   tip.setProperty(kHelpPage, QStringLiteral("windows"));
   tip.ShowFlag(asked_for);
   if (!tip.Load()) return;
-  // The frame may not have come to its place yet.
+  // Centered on the screen, because the frame may not have its final position yet.
   tip.adjustSize();
   tip.move(QGuiApplication::primaryScreen()->availableGeometry().center() - tip.rect().center());
   tip.exec();
@@ -253,7 +253,7 @@ void frmMDIForm1::ShowHelp(const QString& page) {
 }
 
 void frmMDIForm1::ShowHelpPage(const QString& page) {
-  // What stands behind a modal dialog could not be used, so there the help belongs to the dialog.
+  // A modal dialog blocks all other windows, so the help becomes a child of the dialog.
   QWidget* const modal = QApplication::activeModalWidget();
   const bool is_usable = help_ != nullptr && (modal == nullptr || modal == help_->parentWidget());
   if (!is_usable) {

@@ -28,7 +28,8 @@ std::span<Jukebox* const> frmMDIForm1::Documents::OpenJukeboxes() {
 bool frmMDIForm1::Documents::IsOpen(std::string_view caption) {
   for (const QMdiSubWindow* const sub : frame_.area_->subWindowList()) {
     if (!sub->isVisible()) continue;
-    // A title is the caption as far as it can be shown; two captions may have one title.
+    // The window title is the caption with undisplayable bytes replaced, so two captions may have
+    // the same title.
     auto* const window = qobject_cast<frmMain*>(sub->widget());
     const std::string own = window != nullptr ? window->Jukebox().Caption()
                                               : sub->widget()->windowTitle().toStdString();

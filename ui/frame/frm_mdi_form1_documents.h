@@ -11,7 +11,7 @@
 
 namespace tallow {
 
-/// The frame as the commands on jukebox files see it.
+/// The frame's implementation of the windows that the commands on jukebox files need.
 class frmMDIForm1::Documents : public DocumentWindows {
  public:
   explicit Documents(frmMDIForm1& frame) : frame_(frame) {}
@@ -34,7 +34,7 @@ class frmMDIForm1::Documents : public DocumentWindows {
  private:
   frmMDIForm1& frame_;
   std::vector<Jukebox*> open_;
-  QPointer<QMdiSubWindow> active_before_;  ///< when a window was made
+  QPointer<QMdiSubWindow> active_before_;  ///< before NewJukebox()
 };
 
 }  // namespace tallow

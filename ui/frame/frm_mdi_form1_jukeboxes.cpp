@@ -22,7 +22,8 @@
 namespace tallow {
 namespace {
 
-/// Of a jukebox window that no longer fills the frame, and how far it lies from the one before, in pixels.
+/// Size of a jukebox window that is no longer maximized, and its offset from the previous window,
+/// in pixels.
 constexpr QSize kJukeboxSize(760, 480);
 constexpr int kCascadeStep = 28;
 
@@ -56,7 +57,7 @@ void frmMDIForm1::NewJukebox() {
   }
   frmMain& window = NewJukeboxWindow();
   Jukebox& jukebox = window.Jukebox();
-  // A recovered jukebox may have the number of one that was made in an earlier run.
+  // A recovered jukebox may already have the caption with this number, from an earlier run.
   do {
     jukebox.Caption("JukeBox" + std::to_string(jukebox_windows_));
   } while (IsOpenTwice(jukebox) && ++jukebox_windows_ > 0);
@@ -86,7 +87,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
               if (!before.testFlag(Qt::WindowMinimized)) pane = window->CurrentPaneWFocus();
               return LeaveMinimized();
             }
-            // One that comes back gives the keyboard to its frame, or to its first half.
+            // A restored window gives the focus to its frame, or to its tree.
             if (before.testFlag(Qt::WindowMinimized))
               QMetaObject::invokeMethod(
                   window,
@@ -105,7 +106,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   });
   window->OnLongWork([this](std::string_view text) { return BeginWork(text); });
   window->OnSaveBeforeClosing([this, sub, window] {
-    // It does not become the active one where it, or the frame, is minimized.
+    // The subwindow does not become active if it, or the frame, is minimized.
     area_->setActiveSubWindow(sub);
     return documents_->Save(window->Jukebox());
   });
@@ -132,12 +133,12 @@ void frmMDIForm1::StepOtherHalf(frmMain& window, EditHistory::Half half, bool ba
   }
   if (other_half == (back ? State::kUndone : State::kDone)) return;
   const std::string step = back ? "undone" : "done again";
-  // What is taken away here would be nowhere. But a step whose other half is forgotten must not bar those
-  // before it.
+  // A step that removes content here is reverted, because the content would be in neither jukebox.
+  // But a step whose other half is forgotten must not block the undo of earlier steps.
   const bool takes_away = half.takes != back;
   const bool bars = other_half == State::kForgotten && back;
   const auto tell = [this](const std::string& text) {
-    // It is about this step only, and the next one may follow at once.
+    // The message is about this step only, and the next step may follow at once.
     constexpr int kShown = 20 * 1000;
     statusBar()->showMessage(DisplayText(text), kShown);
     statusBar()->setToolTip({});
@@ -163,7 +164,8 @@ void frmMDIForm1::PlaceInside(QMdiSubWindow& sub, int number) const {
 }
 
 void frmMDIForm1::RestoreJukeboxes() {
-  // All or none fill the frame: one that did behind the others would lend it its name and its buttons.
+  // Either all jukebox windows are maximized or none: a maximized window behind the others would
+  // put its title and buttons into the frame.
   QMdiSubWindow* const active = area_->currentSubWindow();
   int number = 0;
   for (QMdiSubWindow* const sub : area_->subWindowList()) {
@@ -175,7 +177,7 @@ void frmMDIForm1::RestoreJukeboxes() {
 }
 
 void frmMDIForm1::LeaveMinimized() {
-  // Commands would change a jukebox that nobody sees.
+  // Otherwise commands would change a minimized jukebox, which the user does not see.
   const QList<QMdiSubWindow*> windows = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
   for (auto sub = windows.rbegin(); sub != windows.rend(); ++sub) {
     if (!(*sub)->isVisible() || (*sub)->isMinimized()) continue;
@@ -187,7 +189,7 @@ void frmMDIForm1::LeaveMinimized() {
 
 void frmMDIForm1::ShowJukeboxWindow(frmMain& window) {
   window.ShowJukebox();
-  // All windows have the same picture.
+  // All windows have the same picture, so only the first reports a problem.
   if (OpenJukeboxes().size() == 1 && !window.PictureProblem().empty()) {
     picture_problem_ = window.PictureProblem();
     Notice({picture_problem_});
@@ -216,7 +218,7 @@ QMdiSubWindow* frmMDIForm1::LastActiveJukebox() const {
   const QList<QMdiSubWindow*> windows = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
   QMdiSubWindow* minimized = nullptr;
   for (auto sub = windows.rbegin(); sub != windows.rend(); ++sub) {
-    // One that is being made, or is closed and about to go, is none.
+    // Skips windows that are being made, or are closed and waiting for deletion.
     if (qobject_cast<frmMain*>((*sub)->widget()) == nullptr || (*sub)->isHidden()) continue;
     if (!(*sub)->isMinimized()) return *sub;
     if (minimized == nullptr) minimized = *sub;

@@ -65,13 +65,13 @@ TEST_F(FrmMdiForm1, PlayingOpensThePanelBesideTheJukebox) {
   EXPECT_FALSE(panel.isMaximized());
   EXPECT_TRUE(SubOf(jukebox).isMaximized());
   EXPECT_TRUE(Area().viewport()->rect().contains(panel.geometry()));
-  // The next command is for the jukebox.
+  // The next command acts on the jukebox.
   EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
-  // Jukeboxes are counted without it.
+  // The panel is no jukebox.
   EXPECT_EQ(frame.OpenJukeboxes().size(), 1U);
 }
 
-TEST_F(FrmMdiForm1, AnOpenPanelIsHandedTheListOnceMore) {
+TEST_F(FrmMdiForm1, PlayingAgainHandsTheListToTheOpenPanel) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
@@ -105,7 +105,7 @@ TEST_F(FrmMdiForm1, ThePanelStaysInsideAFrameThatGetsSmaller) {
   EXPECT_TRUE(QTest::qWaitFor(in_the_corner));
   frame.resize(1000, 700);
   EXPECT_TRUE(QTest::qWaitFor(in_the_corner));
-  // Where the user has put it, it stays as long as there is room.
+  // A panel that the user has moved stays in place while it fits in the frame.
   SubOf(*frame.PlayerPanel()).move(100, 150);
   frame.resize(900, 600);
   QCoreApplication::processEvents();
@@ -122,7 +122,7 @@ TEST_F(FrmMdiForm1, AnEmptySelectionDoesNothing) {
   EXPECT_EQ(link.Take(), Texts{});
 }
 
-TEST_F(FrmMdiForm1, APanelWhosePlayerIsNotThereDoesNotStay) {
+TEST_F(FrmMdiForm1, APanelWhosePlayerDoesNotStartIsClosed) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
   link.starts = false;
@@ -134,7 +134,7 @@ TEST_F(FrmMdiForm1, APanelWhosePlayerIsNotThereDoesNotStay) {
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
-  // Once it was open it stays, whatever becomes of the player.
+  // A panel that has played once stays open, even when the player is gone.
   link.found = 7;
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   link.found = 0;
@@ -142,7 +142,7 @@ TEST_F(FrmMdiForm1, APanelWhosePlayerIsNotThereDoesNotStay) {
   EXPECT_NE(frame.PlayerPanel(), nullptr);
 }
 
-TEST_F(FrmMdiForm1, WithoutAPlayerTheQuestionComesAndNoPanel) {
+TEST_F(FrmMdiForm1, WithoutAPlayerTheUserIsAskedAndNoPanelOpens) {
   frmMain& jukebox = ShowJukebox();
   tallow.settings.LocOfWinAmpExe("");
   messages.answer = MessageAnswer::kNo;
@@ -151,7 +151,7 @@ TEST_F(FrmMdiForm1, WithoutAPlayerTheQuestionComesAndNoPanel) {
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
 }
 
-TEST_F(FrmMdiForm1, ThePendingSearchIsSaidInTheStatusBarWhileTheFrameIsDisabled) {
+TEST_F(FrmMdiForm1, ThePendingSearchIsReportedWhileTheFrameIsDisabled) {
   frmMain& jukebox = ShowJukebox();
   tallow.settings.LocOfWinAmpExe("");
   tallow.player_search_is_pending = true;
@@ -280,7 +280,7 @@ TEST_F(FrmMdiForm1, TheControlFillsItsWindowWhateverItsState) {
     const QRect control = window.PVExplorer1().geometry();
     EXPECT_EQ(control.topLeft(), QPoint(0, 0));
     EXPECT_GE(control.width(), window.width());
-    // The rule leaves some pixels for a frame that a style may have, and no more.
+    // The layout may leave up to 12 pixels for a frame that a style may draw.
     EXPECT_GE(control.bottom(), window.height() - 12);
     const auto* const list = window.findChild<QTableView*>();
     EXPECT_TRUE(window.rect().contains(list->mapTo(&window, list->rect().bottomRight())))
@@ -299,7 +299,7 @@ TEST_F(FrmMdiForm1, TheControlFillsItsWindowWhateverItsState) {
   expect_filled();
 }
 
-TEST_F(FrmMdiForm1, RestoredJukeboxesLieInsideTheFrameAndAllOfThem) {
+TEST_F(FrmMdiForm1, RestoringOneJukeboxRestoresAllInsideTheFrame) {
   std::vector<frmMain*> windows;
   for (int k = 0; k < 8; ++k) windows.push_back(&ShowJukebox());
   for (const frmMain* const window : windows) EXPECT_TRUE(SubOf(*window).isMaximized());
@@ -322,13 +322,13 @@ TEST_F(FrmMdiForm1, AFileThatCannotBeOpenedLeavesTheActiveJukeboxActive) {
   EXPECT_EQ(Area().currentSubWindow(), &SubOf(two));
 }
 
-TEST_F(FrmMdiForm1, ANewJukeboxTakesNoNumberThatIsOpen) {
+TEST_F(FrmMdiForm1, ANewJukeboxSkipsTheNumbersOfOpenJukeboxes) {
   ShowJukebox().Jukebox().Caption("JukeBox2");
   Item("mnuNew").trigger();
   EXPECT_EQ(frame.OpenJukeboxes()[1]->Caption(), "JukeBox3");
 }
 
-TEST_F(FrmMdiForm1, SavingPutsAnActivePanelOutOfTheWay) {
+TEST_F(FrmMdiForm1, SavingMinimizesAnActivePanel) {
   frmMain& jukebox = ShowJukebox();
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
   jukebox.Jukebox().Caption("MIX");
@@ -350,7 +350,7 @@ TEST_F(FrmMdiForm1, ANoticeIsInTheStatusBarWithAllLinesInItsTip) {
   EXPECT_TRUE(frame.statusBar()->toolTip().endsWith(". . ."));
 }
 
-TEST_F(FrmMdiForm1, ThePlayerOfTheStartIsThePlayerThatIsStarted) {
+TEST_F(FrmMdiForm1, ThePlayerFoundAtStartUpIsTheOneStarted) {
   frmMain& jukebox = ShowJukebox();
   tallow.player_path = "/opt/player of the start";
   link.found = 0;
@@ -384,7 +384,7 @@ TEST_F(FrmMdiForm1, TheHelpKeyAndTheHelpCommandsOpenTheHelpFileOfTheStart) {
   ask_three_times();
   EXPECT_EQ(opened, Texts(3, "/opt/tallowhelp.hlp"));
   EXPECT_FALSE(shown());
-  // Where it cannot be opened there is the manual.
+  // If the help file cannot be opened, the manual is shown.
   opens = false;
   Item("mnuHelpp").trigger();
   EXPECT_TRUE(shown());

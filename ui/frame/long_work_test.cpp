@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Work that takes long, under the frame window.
+// Long work under the frame window.
 #include <QLabel>
 #include <QPushButton>
 #include <QStatusBar>
@@ -29,14 +29,14 @@ class LongWorkTest : public FrameTest {
   static std::string Line() { return "Filed 3 of 5 songs"; }
 };
 
-TEST_F(LongWorkTest, NothingIsSeenOfWorkThatIsDoneAtOnce) {
+TEST_F(LongWorkTest, QuickWorkShowsNothing) {
   const auto work = Begin();
   EXPECT_TRUE(work->GoOn(Line));
   EXPECT_TRUE(frame.isEnabled());
   EXPECT_EQ(Notice(), nullptr);
 }
 
-TEST_F(LongWorkTest, WhatTakesLongerIsShownAndTheFrameTakesNoCommands) {
+TEST_F(LongWorkTest, SlowWorkIsShownAndDisablesTheFrame) {
   auto work = Begin();
   int painted = 0;
   QTimer timer;
@@ -49,14 +49,14 @@ TEST_F(LongWorkTest, WhatTakesLongerIsShownAndTheFrameTakesNoCommands) {
   auto* const line = Notice()->findChild<QLabel*>(QStringLiteral("lNoOfMP3Found"));
   EXPECT_TRUE(WaitUntil(
       [&] { return work->GoOn(Line), line->text() == QStringLiteral("Filed 3 of 5 songs"); }));
-  // The windows live meanwhile.
+  // Window events are processed during the work.
   EXPECT_GT(painted, 1);
   work.reset();
   EXPECT_EQ(Notice(), nullptr);
   EXPECT_TRUE(frame.isEnabled());
 }
 
-TEST_F(LongWorkTest, ItsButtonCancelsIt) {
+TEST_F(LongWorkTest, TheCancelButtonCancelsTheWork) {
   auto work = Begin();
   ASSERT_TRUE(WaitUntil([&] { return work->GoOn(Line), Notice() != nullptr; }));
   Notice()->findChild<QPushButton*>(QStringLiteral("cmdCancel"))->click();
@@ -65,7 +65,7 @@ TEST_F(LongWorkTest, ItsButtonCancelsIt) {
   EXPECT_FALSE(tallow.SearchCancelled);
 }
 
-TEST_F(LongWorkTest, ClosingTheFrameCancelsItAndTheFrameStays) {
+TEST_F(LongWorkTest, ClosingTheFrameCancelsTheWorkAndKeepsTheFrame) {
   auto work = Begin();
   ASSERT_TRUE(WaitUntil([&] { return work->GoOn(Line), Notice() != nullptr; }));
   frame.close();
@@ -73,7 +73,7 @@ TEST_F(LongWorkTest, ClosingTheFrameCancelsItAndTheFrameStays) {
   EXPECT_FALSE(work->GoOn(Line));
 }
 
-TEST_F(LongWorkTest, TheEndOfTheProgramEndsIt) {
+TEST_F(LongWorkTest, TheEndOfTheProgramEndsTheWork) {
   const auto work = Begin();
   tallow.is_ending = true;
   EXPECT_FALSE(work->GoOn(Line));

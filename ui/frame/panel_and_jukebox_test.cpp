@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What menus and toolbar act on after a click into the player panel: the jukebox that was used last.
+// What the menus and the toolbar act on after a click into the player panel: the jukebox that was
+// used last.
 #include <gtest/gtest.h>
 
 #include <QPushButton>
@@ -29,7 +30,7 @@ class BesideThePanel : public FrameTest {
     EXPECT_NE(frame.PlayerPanel(), nullptr);
     frame.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&frame));
-    // The last one used is not the one that was opened last.
+    // The jukebox used last is not the jukebox opened last.
     QTest::mouseClick(TreeOf(two).viewport(), Qt::LeftButton, {}, QPoint(60, 8));
     Area().setActiveSubWindow(&SubOf(one));
     QTest::mouseClick(ListOf(one).viewport(), Qt::LeftButton, {}, QPoint(60, 8));
@@ -46,13 +47,13 @@ class BesideThePanel : public FrameTest {
   static FolderTreeView& TreeOf(frmMain& of) { return *of.findChild<FolderTreeView*>(); }
   static SongListView& ListOf(frmMain& of) { return *of.findChild<SongListView*>(); }
   void ClickIntoPanel() {
-    // After a dialog the frame comes to the front again.
+    // Brings the frame back to the front after a dialog.
     frame.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
     QCoreApplication::processEvents();
     auto* const button = frame.PlayerPanel()->findChild<QPushButton*>();
     QTest::mousePress(button, Qt::LeftButton);
-    // Let go of beside it, so that it is not pressed.
+    // Released outside the button, so that the button is not triggered.
     QTest::mouseRelease(button, Qt::LeftButton, {}, QPoint(-20, -20));
     ASSERT_EQ(Area().activeSubWindow(), &SubOf(*frame.PlayerPanel()));
   }
@@ -134,7 +135,7 @@ TEST_F(BesideThePanel, FindLooksThroughIt) {
       Item("mnuFind").trigger();
     EXPECT_EQ(one.PVExplorer1().SelectedRows(), std::vector<int>{1});
     EXPECT_EQ(two.PVExplorer1().SelectedRows(), std::vector<int>{});
-    // The keys are for what was found.
+    // The keyboard goes to the jukebox with the song that was found.
     EXPECT_EQ(Area().activeSubWindow(), &SubOf(one));
   }
 }
@@ -153,7 +154,7 @@ TEST_F(BesideThePanel, NewSongsAreFiledIntoIt) {
   EXPECT_EQ(SongsOf(*one.Jukebox().Nodes().Find("All Songs")), (Songs{1, 2, 3, 4}));
 }
 
-TEST_F(BesideThePanel, EditCommandsAndTheirKeysAreForTheHalfThatWasUsedLast) {
+TEST_F(BesideThePanel, EditCommandsAndTheirKeysActOnTheHalfThatWasUsedLast) {
   Item("mnuCopy").trigger();
   EXPECT_EQ(tallow.clipboard.Songs().size(), 1U);
   Item("mnuDelete").trigger();
@@ -164,13 +165,13 @@ TEST_F(BesideThePanel, EditCommandsAndTheirKeysAreForTheHalfThatWasUsedLast) {
   QTest::keyClick(focus, Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(SongsOf(FirstOf(one)), (Songs{2, 1}));
   EXPECT_EQ(SongsOf(FirstOf(two)), (Songs{1, 2}));
-  // Those of the player are for the player.
+  // The player's keys still go to the player.
   link.Take();
   QTest::keyClick(focus, Qt::Key_T, Qt::ControlModifier);
   EXPECT_EQ(link.Take(), Texts{"273 40048 0"});
 }
 
-TEST_F(BesideThePanel, AMinimizedJukeboxIsNotMeantWhileAnotherIsOpen) {
+TEST_F(BesideThePanel, CommandsSkipAMinimizedJukeboxWhileAnotherIsOpen) {
   SubOf(one).showMinimized();
   ClickIntoPanel();
   Item("mnuAddFolderToRoot").trigger();
@@ -179,7 +180,7 @@ TEST_F(BesideThePanel, AMinimizedJukeboxIsNotMeantWhileAnotherIsOpen) {
   EXPECT_EQ(FoldersOf(two).size(), 3U);
 }
 
-TEST_F(BesideThePanel, AClosedJukeboxIsNotMeant) {
+TEST_F(BesideThePanel, CommandsSkipAClosedJukebox) {
   one.Jukebox().RememberContent();
   SubOf(one).close();
   ClickIntoPanel();
@@ -188,7 +189,7 @@ TEST_F(BesideThePanel, AClosedJukeboxIsNotMeant) {
   EXPECT_EQ(FoldersOf(two).size(), 3U);
 }
 
-TEST_F(BesideThePanel, CloseIsForThePanel) {
+TEST_F(BesideThePanel, CloseActsOnThePanel) {
   Item("mnuClose").trigger();
   LetClosedWindowsGo();
   EXPECT_EQ(frame.PlayerPanel(), nullptr);

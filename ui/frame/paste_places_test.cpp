@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Pasting by key, by the Edit menu and by the pop-up menu, in each place where the keyboard can be.
+// Pasting by key, by the Edit menu and by the pop-up menu, for each place that can have the
+// keyboard focus.
 #include <gtest/gtest.h>
 
 #include <QContextMenuEvent>
@@ -18,16 +19,16 @@ namespace {
 
 enum class Place {
   kFolder,       ///< a folder of the tree
-  kBeside,       ///< in the tree, beside the folders
+  kBeside,       ///< in the tree, on the empty area beside the folders
   kSongs,        ///< a song of the list
-  kBesideSongs,  ///< in the list, below the songs
-  kEmptyTree,    ///< a jukebox without folders
-  kEmptyList,    ///< its list
-  kToolbar,      ///< after the tree
+  kBesideSongs,  ///< in the list, on the empty area below the songs
+  kEmptyTree,    ///< the tree of a jukebox without folders
+  kEmptyList,    ///< the list of a jukebox without folders
+  kToolbar,      ///< a toolbar button, after a click into the tree
 };
 enum class Way { kKey, kEditItem, kPopUpItem };
 
-/// What is pasted.
+/// What is on the clipboard.
 enum class Carried { kSongs, kFolder };
 
 class PastePlaces : public FrameTest {
@@ -49,7 +50,7 @@ class PastePlaces : public FrameTest {
     Jukebox other;
     tallow.clipboard.PutFolder(other.Nodes().AddChild(nullptr, "copied"));
   }
-  /// A jukebox window, filling the frame; with two folders, or none.
+  /// A jukebox window that fills the frame, with two folders or none.
   frmMain& NewWindow(bool with_folders) {
     frmMain& window = frame.NewJukeboxWindow();
     window.Jukebox().AddColumnHeader(kNameHeader);
@@ -63,7 +64,7 @@ class PastePlaces : public FrameTest {
     return window;
   }
   /// Clicks into a place.
-  /// \returns the widget that was clicked, and where
+  /// \returns the widget that was clicked, and the position
   std::pair<QWidget*, QPoint> GoTo(Place place, frmMain& window) {
     auto& tree = *window.findChild<FolderTreeView*>();
     auto& list = *window.findChild<SongListView*>();
@@ -86,7 +87,7 @@ class PastePlaces : public FrameTest {
     QContextMenuEvent wanted(QContextMenuEvent::Mouse, at, clicked->mapToGlobal(at));
     QApplication::sendEvent(clicked, &wanted);
     auto* const menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
-    // Without a folder there is no menu of the list.
+    // Without a folder the list has no pop-up menu.
     if (menu == nullptr) return;
     for (QAction* const action : menu->actions())
       if (action->text() == "&Paste") action->trigger();
@@ -137,7 +138,7 @@ TEST_F(PastePlaces, EveryWayDoesTheSameInTheSamePlace) {
     EXPECT_EQ(ContentAfter(Place::kEmptyList, way, Carried::kFolder), "copied()");
 }
 
-TEST_F(PastePlaces, SongsWithoutAFolderAreSaid) {
+TEST_F(PastePlaces, PastingSongsWithoutAFolderIsReported) {
   frmMain& window = NewWindow(true);
   Copy(Carried::kSongs);
   GoTo(Place::kBeside, window);
@@ -146,7 +147,7 @@ TEST_F(PastePlaces, SongsWithoutAFolderAreSaid) {
             "Songs go into a folder. Click the folder that they are for, and paste again.");
 }
 
-TEST_F(PastePlaces, BesideTheFoldersTheOtherKeysDoNothingAndAFolderBringsThemBack) {
+TEST_F(PastePlaces, BesideTheFoldersOtherKeysDoNothingUntilAFolderIsCurrent) {
   frmMain& window = NewWindow(true);
   FolderTree& tree = window.Jukebox().Nodes();
   GoTo(Place::kBeside, window);
@@ -158,7 +159,8 @@ TEST_F(PastePlaces, BesideTheFoldersTheOtherKeysDoNothingAndAFolderBringsThemBac
   EXPECT_EQ(messages.Take(), Texts{});
   EXPECT_EQ(ContentOf(tree), "one(1 )two(1 )");
   EXPECT_EQ(tallow.clipboard.CopiedFolder(), nullptr);
-  // The folder on show stays on show, and any key that goes through the tree is about folders again.
+  // The shown folder stays shown, and after any key that moves through the tree, commands act on
+  // folders again.
   EXPECT_EQ(window.Jukebox().selectednode(), &tree.ChildAt(0));
   QTest::keyClick(focus, Qt::Key_Up);
   QTest::keyClick(focus, Qt::Key_C, Qt::ControlModifier);

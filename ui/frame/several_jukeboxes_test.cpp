@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What several jukebox windows of one frame have to do with each other.
+// Actions between several jukebox windows of one frame.
 #include <gtest/gtest.h>
 
 #include <QStatusBar>
@@ -26,7 +26,7 @@ class SeveralJukeboxes : public FrameTest {
   static FolderTreeView& TreeOf(frmMain& of) { return *of.findChild<FolderTreeView*>(); }
   static SongListView& ListOf(frmMain& of) { return *of.findChild<SongListView*>(); }
   static Folder& First(frmMain& of) { return of.Jukebox().Nodes().ChildAt(0); }
-  /// A jukebox with an empty folder "there" before the others.
+  /// Shows a jukebox whose first folder is "there" and empty.
   frmMain& EmptyJukebox() {
     frmMain& window = frame.NewJukeboxWindow();
     window.Jukebox().Nodes().AddChild(nullptr, "there");
@@ -39,7 +39,7 @@ class SeveralJukeboxes : public FrameTest {
   }
 };
 
-TEST_F(SeveralJukeboxes, AMoveFromOneToTheOtherIsUndoneAsOne) {
+TEST_F(SeveralJukeboxes, AMoveBetweenJukeboxesIsUndoneAsOneStep) {
   frmMain& one = ShowJukebox();
   frmMain& two = EmptyJukebox();
   ListOf(one).SelectRows(0, 0);
@@ -56,7 +56,7 @@ TEST_F(SeveralJukeboxes, AMoveFromOneToTheOtherIsUndoneAsOne) {
   }
 }
 
-TEST_F(SeveralJukeboxes, AFolderThatMovesIsUndoneInBothToo) {
+TEST_F(SeveralJukeboxes, AMoveOfAFolderIsUndoneInBothJukeboxes) {
   frmMain& one = ShowJukebox();
   frmMain& two = EmptyJukebox();
   one.PVExplorer1().Select(First(one));
@@ -69,7 +69,7 @@ TEST_F(SeveralJukeboxes, AFolderThatMovesIsUndoneInBothToo) {
   EXPECT_EQ(frame.statusBar()->currentMessage(), "");
 }
 
-/// A song has moved from ONE to TWO, which has changed since.
+/// A song has moved from ONE to TWO, and TWO has changed since.
 class HalfMoves : public SeveralJukeboxes {
  protected:
   HalfMoves() {
@@ -97,20 +97,20 @@ class HalfMoves : public SeveralJukeboxes {
   frmMain& two = EmptyJukebox();
 };
 
-TEST_F(HalfMoves, WhatComesBackAloneIsTold) {
+TEST_F(HalfMoves, AnUndoOfOneHalfIsReported) {
   one.PVExplorer1().Undo();
   ExpectSongs({1, 2}, {1});
   EXPECT_EQ(Status(),
             "Only the half of this move that is in ONE was undone: the other jukebox has changed "
             "since, or was closed.");
-  // The other half follows when it is its turn, and then all is as it was.
+  // Undoing in TWO reaches the other half, after which everything is as before the move.
   two.PVExplorer1().Undo();
   two.PVExplorer1().Undo();
   ExpectSongs({1, 2}, {});
   EXPECT_EQ(Status(), "");
 }
 
-TEST_F(HalfMoves, WhatIsDoneInTheOtherAnywayIsNotTold) {
+TEST_F(HalfMoves, ARedoAfterWhichBothHalvesAreDoneIsNotReported) {
   one.PVExplorer1().Undo();
   Status();
   one.PVExplorer1().Redo();
@@ -118,8 +118,8 @@ TEST_F(HalfMoves, WhatIsDoneInTheOtherAnywayIsNotTold) {
   EXPECT_EQ(Status(), "");
 }
 
-TEST_F(HalfMoves, NothingIsTakenAwayThatWouldBeNowhere) {
-  // The other half has a later step before it.
+TEST_F(HalfMoves, AnUndoNeverRemovesASongFromBothJukeboxes) {
+  // Gives ONE a later step after its half of the move.
   two.PVExplorer1().Undo();
   one.PVExplorer1().AddFolder(nullptr);
   one.PVExplorer1().CommitEditing();
@@ -135,7 +135,7 @@ TEST_F(HalfMoves, NothingIsTakenAwayThatWouldBeNowhere) {
   EXPECT_EQ(Status(), "");
 }
 
-TEST_F(HalfMoves, AMoveThatTheOtherHasForgottenIsNotDoneAgain) {
+TEST_F(HalfMoves, AMoveForgottenByTheOtherJukeboxIsNotRedone) {
   two.PVExplorer1().Undo();
   one.PVExplorer1().Undo();
   ExpectSongs({1, 2}, {});
@@ -148,7 +148,7 @@ TEST_F(HalfMoves, AMoveThatTheOtherHasForgottenIsNotDoneAgain) {
       "or was closed.");
 }
 
-TEST_F(HalfMoves, AWindowThatWasClosedDoesNotBarTheStepsBefore) {
+TEST_F(HalfMoves, AClosedWindowDoesNotBlockEarlierUndoSteps) {
   delete &SubOf(one);
   two.PVExplorer1().Undo();
   two.PVExplorer1().Undo();
@@ -169,9 +169,9 @@ TEST_F(SeveralJukeboxes, WhatIsCutInOneIsPastedInTheOther) {
 }
 
 #ifndef _WIN32
-// On Windows names are text, and each can be shown.
+// On Windows file names are Unicode text, which can always be displayed.
 TEST_F(SeveralJukeboxes, CaptionsThatLookAlikeAreNotTheSame) {
-  // Both are shown with a mark in place of what cannot be shown.
+  // Both names are shown with a replacement character for the byte that cannot be shown.
   for (const char* const name : {"caf\xE8.juk", "caf\xE9.juk"}) {
     Jukebox made;
     made.Nodes().AddChild(nullptr, "All Songs");
@@ -184,7 +184,7 @@ TEST_F(SeveralJukeboxes, CaptionsThatLookAlikeAreNotTheSame) {
 }
 #endif
 
-TEST_F(SeveralJukeboxes, OnlyAWindowThatIsSeenCountsAsOpen) {
+TEST_F(SeveralJukeboxes, AHiddenWindowIsNotAnOpenJukebox) {
   Jukebox made;
   made.Nodes().AddChild(nullptr, "All Songs");
   const std::string path = GroupingFolder(application.path()) + "mix.juk";
@@ -199,7 +199,7 @@ TEST_F(SeveralJukeboxes, OnlyAWindowThatIsSeenCountsAsOpen) {
   EXPECT_EQ(messages.Take(), Texts{"This file is already open"});
 }
 
-TEST_F(SeveralJukeboxes, TheHalfThatHadTheKeyboardHasItAgain) {
+TEST_F(SeveralJukeboxes, AReactivatedWindowFocusesTheHalfThatHadTheFocus) {
   frmMain& one = ShowJukebox();
   frmMain& two = EmptyJukebox();
   QApplication::setActiveWindow(&frame);
@@ -218,10 +218,10 @@ TEST_F(SeveralJukeboxes, TheHalfThatHadTheKeyboardHasItAgain) {
   EXPECT_EQ(focus_of(two), "tree"s);
   Area().setActiveSubWindow(&SubOf(one));
   EXPECT_EQ(focus_of(one), "list"s);
-  // A new one begins with its tree, wherever the keyboard was.
+  // A new jukebox focuses its tree, whatever had the focus before.
   frmMain& three = EmptyJukebox();
   EXPECT_EQ(focus_of(three), "tree"s);
-  // With the list in another window, too, and once that is empty.
+  // Also when the list of another window has the focus, and that list is empty.
   Area().setActiveSubWindow(&SubOf(two));
   two.PVExplorer1().TakeFocus(true);
   EXPECT_EQ(focus_of(two), "list"s);

@@ -10,7 +10,7 @@
 namespace tallow {
 namespace {
 
-/// This many windows still come below each other; more would be too low to show anything.
+/// Maximum windows in one column; more would be too low to show anything.
 constexpr int kMaxInOneColumn = 3;
 
 QList<QMdiSubWindow*> ShownWindows(const QMdiArea& area, bool minimized) {
@@ -20,7 +20,7 @@ QList<QMdiSubWindow*> ShownWindows(const QMdiArea& area, bool minimized) {
   return windows;
 }
 
-/// How much of the area minimized windows take at its bottom, in pixels.
+/// Height of the strip that minimized windows occupy at the bottom of the area, in pixels.
 int StripOfIcons(const QMdiArea& area) {
   int top = area.viewport()->height();
   for (const QMdiSubWindow* const window : ShownWindows(area, true))
@@ -36,7 +36,7 @@ void BringToFront(QMdiArea& area, QMdiSubWindow& window) {
 }
 
 void Cascade(QMdiArea& area) {
-  // A window that no longer fills the area comes to the front, so they are put back before each other.
+  // A window that is restored from maximized comes to the front, so the stacking order is restored.
   QMdiSubWindow* const active = area.currentSubWindow();
   const QList<QMdiSubWindow*> stack = area.subWindowList(QMdiArea::StackingOrder);
   for (QMdiSubWindow* const window : stack)
@@ -61,14 +61,14 @@ void TileHorizontally(QMdiArea& area) {
       count <= kMaxInOneColumn ? 1 : static_cast<int>(std::sqrt(static_cast<double>(count)));
   for (QMdiSubWindow* const window : windows) window->showNormal();
   ArrangeIcons(area);
-  // On a small area they lie over the windows rather than leave them no room.
+  // On a small area the minimized windows overlap the others instead of leaving them no space.
   constexpr int kMaxOfArea = 3;
   QRect space = area.viewport()->rect();
   const int strip = StripOfIcons(area);
   if (strip < space.height() / kMaxOfArea) space.setHeight(space.height() - strip);
   int next = 0;
   for (int column = 0; column < columns; ++column) {
-    // The last columns take the ones that are left over.
+    // The last columns get the remaining windows, one each.
     const int rows = count / columns + (column >= columns - count % columns ? 1 : 0);
     const int left = space.width() * column / columns;
     const int right = space.width() * (column + 1) / columns;

@@ -6,18 +6,18 @@ class QMdiSubWindow;
 
 namespace tallow {
 
-/// Makes a window the active one, restored if it was minimized.
+/// Activates a window, and restores it first if it is minimized.
 void BringToFront(QMdiArea& area, QMdiSubWindow& window);
 
-/// Cascades the open windows as they lie before each other, the active one last: each leaves the titles of
-/// those behind it free. Minimized ones stay as they are.
+/// Cascades the open windows in their stacking order, the active one last; the titles of the
+/// windows behind stay visible. Minimized windows are left alone.
 void Cascade(QMdiArea& area);
 
-/// Tiles the open windows horizontally: up to three below each other, more in columns of such. Minimized
-/// ones get a strip at the bottom.
+/// Tiles the open windows horizontally: up to three in one column, more in several columns.
+/// Minimized windows get a strip at the bottom.
 void TileHorizontally(QMdiArea& area);
 
-/// Puts the minimized windows in rows at the bottom, from the left, before all others.
+/// Puts the minimized windows in rows at the bottom, from the left, in front of all others.
 void ArrangeIcons(QMdiArea& area);
 
 }  // namespace tallow

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the windows lie in the frame, and the frame on the screen.
+// The positions of the windows in the frame, and of the frame on the screen.
 #include "ui/frame/window_arrangement.h"
 
 #include <gtest/gtest.h>
@@ -62,7 +62,7 @@ TEST_F(WindowArrangement, TheWindowListShowsTheOpenWindowsWithACheckAtTheActiveO
   EXPECT_EQ(list(), (QStringList{"-", "&1 ONE && A x"}));
 }
 
-TEST_F(WindowArrangement, ArrangingPutsThePanelAside) {
+TEST_F(WindowArrangement, ArrangingMinimizesThePanel) {
   frmMain& window = ShowJukebox();
   for (const char* const item : {"mnuCascade", "mnuTile"}) {
     Item("mnuPlayAllTheSongInNode").trigger();
@@ -84,7 +84,7 @@ TEST_F(WindowArrangement, CascadedWindowsLieOneBeforeTheOther) {
   EXPECT_EQ(Area().activationOrder(), QMdiArea::CreationOrder);
 }
 
-TEST_F(WindowArrangement, TilesLeaveMinimizedWindowsTheirRoom) {
+TEST_F(WindowArrangement, TilingLeavesAStripForMinimizedWindows) {
   frmMain& one = ShowJukebox();
   frmMain& two = ShowJukebox();
   frmMain& aside = ShowJukebox();
@@ -94,7 +94,7 @@ TEST_F(WindowArrangement, TilesLeaveMinimizedWindowsTheirRoom) {
     EXPECT_FALSE(SubOf(*window).geometry().intersects(SubOf(aside).geometry()));
 }
 
-TEST_F(WindowArrangement, CommandsAreNotForAJukeboxThatIsMinimized) {
+TEST_F(WindowArrangement, CommandsSkipAMinimizedJukebox) {
   frmMain& one = ShowJukebox();
   frmMain& two = ShowJukebox();
   SubOf(two).showMinimized();
@@ -110,7 +110,7 @@ TEST_F(WindowArrangement, TheStatusBarIsThereFromTheStart) {
   EXPECT_TRUE(frame.statusBar()->isVisible());
 }
 
-TEST_F(WindowArrangement, MinimizedWindowsStayAsideWhenTheOthersAreCascaded) {
+TEST_F(WindowArrangement, CascadingLeavesMinimizedWindowsMinimized) {
   frmMain& aside = ShowJukebox();
   frmMain& one = ShowJukebox();
   Item("mnuPlayAllTheSongInNode").trigger();
@@ -179,7 +179,7 @@ TEST_F(WindowArrangement, IconsAreArrangedAtTheBottom) {
   EXPECT_EQ(SubOf(*windows[0]).geometry().bottomLeft(), space.bottomLeft());
 }
 
-TEST_F(WindowArrangement, WhereTheWindowStoodIsRemembered) {
+TEST_F(WindowArrangement, TheGeometryOfTheWindowIsRemembered) {
   ShowJukebox();
   frame.resize(888, 555);
   frame.addToolBar(Qt::LeftToolBarArea, frame.findChild<QToolBar*>());
@@ -188,7 +188,7 @@ TEST_F(WindowArrangement, WhereTheWindowStoodIsRemembered) {
   frmMDIForm1 next(tallow, other_link, messages.Shower());
   EXPECT_EQ(next.size(), QSize(888, 555));
   EXPECT_EQ(next.toolBarArea(next.findChild<QToolBar*>()), Qt::LeftToolBarArea);
-  // For the other tests.
+  // So that the other tests start without a stored geometry.
   QSettings().remove(QStringLiteral("Window"));
 }
 
