@@ -39,7 +39,7 @@ if ! $opened; then
   exit 1
 fi
 # Waits until the splash window is gone and the list is painted, then plays a song of the list, and
-# waits until it sounds.
+# waits until the song is playing.
 sleep 2
 xdotool mousemove --window "$window" 500 230 click --repeat 2 --delay 60 1 mousemove 20 740
 sleep 4
