@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Measures Tallow on collections of real MP3 files against a floor that is measured in the same run: one
-# thread that walks the tree and reads the last 128 bytes of every MP3 file. All with a warm cache.
+# Measures Tallow on collections of real MP3 files against a floor that is measured in the same run:
+# one thread that walks the tree and reads the last 128 bytes of every MP3 file. The cache is warm
+# in every run.
 #
 #   ./bench.sh            20,000 and 100,000 files
 #   ./bench.sh --million  1,000,000 files too (needs about 8 GB of disk)
@@ -35,7 +36,8 @@ if [ -z "${XDG_RUNTIME_DIR:-}" ]; then
   chmod 700 "$XDG_RUNTIME_DIR"
 fi
 
-# best TIMES WHAT COMMAND...: of the output lines that begin with WHAT, the one with the fewest seconds
+# best TIMES WHAT COMMAND...: runs the command TIMES times and prints, of the output lines that
+# begin with WHAT, the line with the fewest seconds.
 best() {
   local times=$1 what=$2
   shift 2
@@ -77,7 +79,8 @@ for size in "${sizes[@]}"; do
     row "$size" "$what" "$seconds" "$(divide "$seconds" 0.016)" 1.0 "ratio to one frame, 16 ms"
   done
 
-  # With the jukebox saved and opened again; floor: walking, one look at each file, reading the jukebox.
+  # The same with the jukebox saved and reopened. Floor: walk the tree, stat each file, read the
+  # jukebox.
   jukebox=$PWD/$folder/app/Grouping/bench.juk
   "${window[@]}" "$jukebox" > /dev/null
   read -r _ floor _ < <(best 5 "" "$programs/tallow_floor" "$music" "$jukebox")
@@ -118,7 +121,7 @@ for state in 1 2 3 4; do
     "$(divide "$(figure "click_$state")" "$(figure "sort_$state")")" 3.0 "ratio to std::sort of the same keys"
 done
 
-# Through a player without sound, which a script in its place asks for.
+# The player is this script, which starts tallow-player without sound.
 printf '#!/bin/sh\nexec "%s/tallow-player" --silent "$@"\n' "$PWD/$programs" > "$folder/player"
 chmod +x "$folder/player"
 hand_off=("$programs/tallow_hand_off_benchmark" "$PWD/$folder/player" "$PWD/$folder/music-20000" 10000)

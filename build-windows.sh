@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Builds Tallow for Windows on a Debian machine, and packs it: build/windows/Tallow-VERSION-win64.zip to
-# be unpacked, and build/windows/Tallow-VERSION-setup.exe to be installed. The first call builds Qt for
-# Windows, which takes a quarter of an hour.
+# Builds Tallow for Windows on a Debian machine and packages it: a zip archive
+# build/windows/Tallow-VERSION-win64.zip and an installer build/windows/Tallow-VERSION-setup.exe.
+# The first run builds Qt for Windows, which takes a quarter of an hour.
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -15,7 +15,7 @@ name=Tallow-$version
 rm -rf "${build:?}/$name"
 mkdir "$build/$name"
 x86_64-w64-mingw32-strip -o "$build/$name/tallow.exe" "$build/tallow.exe"
-# The notices of what is linked into it, and where all of its source is.
+# The license notices of the linked libraries, and where their source code is.
 qt=$(sed -n 's/^TALLOW_WINDOWS_QT:[A-Z]*=//p' "$build/CMakeCache.txt")
 {
   echo "tallow.exe $version holds the libraries below. Its own source, and the scripts that build all of it,"
@@ -30,14 +30,14 @@ qt=$(sed -n 's/^TALLOW_WINDOWS_QT:[A-Z]*=//p' "$build/CMakeCache.txt")
     cat "$notice"
   done
 } | sed 's/\r$//; s/$/\r/' > "$build/$name/third-party.txt"
-# Windows' own editors know lines by both characters.
+# Text editors of Windows expect CR LF at the end of a line.
 sed 's/$/\r/' README.md > "$build/$name/readme.txt"
 sed 's/$/\r/' LICENSE > "$build/$name/license.txt"
 sed 's/$/\r/' TIPOFDAY.TXT > "$build/$name/TIPOFDAY.TXT"
 
 rm -f "$build/$name-win64.zip" "$build/$name-setup.exe"
 (cd "$build" && cmake -E tar cf "$name-win64.zip" --format=zip "$name")
-# Versions have four numbers there.
+# Windows versions have four numbers.
 four=$(awk -F. '{ printf "%d.%d.%d.%d", $1, $2, $3, $4 }' <<< "$version")
 makensis -V2 -DVERSION="$version" -DFOUR_NUMBERS="$four" -DPROGRAM="$PWD/$build/$name" \
   -DOUTPUT="$PWD/$build/$name-setup.exe" packaging/windows/tallow.nsi

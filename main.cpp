@@ -32,7 +32,7 @@
 namespace tallow {
 namespace {
 
-/// Says why the program ends: in a message box, or where nobody is to be asked on standard error.
+/// Reports why the program ends: on standard error when `silent`, otherwise in a message box.
 void Tell(const std::string& text, bool silent) {
   if (silent)
     std::fprintf(stderr, "%s\n", text.c_str());
@@ -40,13 +40,13 @@ void Tell(const std::string& text, bool silent) {
     ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, nullptr);
 }
 
-/// Leaves the work to the Tallow that runs already, or says why none can begin it.
+/// Hands the files over to the running Tallow, or reports why this instance cannot start.
 int HandOver(SingleProgram& running, const std::string& folder, const CommandLine& line) {
   if (!running.Problem().empty()) {
     Tell(running.Problem(), line.exit_after_startup);
     return 1;
   }
-  // A start that is only to be tried has nothing to hand over.
+  // With --exit-after-startup there are no files to hand over.
   if (!line.exit_after_startup && running.HandOver(line.files)) return 0;
   const std::string text =
       "The song library in " + folder + " is in use by another Tallow" +
@@ -77,7 +77,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
   QApplication::setApplicationVersion(
       QStringLiteral("%1.%2").arg(kMajorVersion).arg(kMinorVersion));
   QApplication::setWindowIcon(FramePicture("tallow"));
-  // The splash window is the only one at times; its end is not the program's.
+  // The splash window is at times the only window. Closing it must not quit the program.
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setStyle(new FrameStyle);
 
@@ -112,28 +112,29 @@ int Run(int argc, char** argv, const CommandLine& line) {
   if (!options_problem.empty()) tallow.tell_problem(options_problem);
   std::optional<EndSignals> end_signals;
   const auto end = [&frame, &tallow] {
-    // A search that is on its way is to end as well.
+    // Cancels a running search, too.
     tallow.SearchCancelled = true;
     tallow.is_ending = true;
-    // Nobody can be asked now; the next start does.
+    // No question can be asked now; the next start asks.
     frame.KeepUnsavedChanges();
-    // The music does not outlive the program that steers it.
+    // The music must not play on after the program that controls it has ended.
     frame.ClosePlayerPanel();
-    // Not quit(), which would close the windows and so ask after all.
+    // Not quit(): it would close the windows, and they would ask about unsaved changes.
     QApplication::exit();
   };
-  // From here on there is something to keep; what a search has not found yet is found by the next start.
+  // From here on there are changes to keep. The next start finds the songs that an interrupted
+  // search has not found.
   windows.BeforeTip([&] { end_signals.emplace(end); });
   if (!system.Main(QtsRuntimeFile())) return 1;
   if (line.exit_after_startup || tallow.is_ending) return 0;
   QApplication::setQuitOnLastWindowClosed(true);
   frame.Findings().FindSizes();
   if (!line.files.empty()) frame.OpenFiles(line.files);
-  // An end that came while the files were opened has ended no loop of events.
+  // A request to end that arrived while the files were opened found no event loop to quit.
   const int code = tallow.is_ending ? 0 : QApplication::exec();
-  // The end may have come in the middle of filing, which is complete now.
+  // The request may have arrived in the middle of filing, which is complete now.
   if (tallow.is_ending) frame.KeepUnsavedChanges();
-  // There may be room by now for what could not be saved.
+  // Retries a failed save: the disk may have room by now.
   if (!tallow.library.SaveError().empty()) tallow.library.Save();
   return code;
 }

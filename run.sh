@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Builds Tallow and starts it. Arguments go to the program.
+# Builds Tallow and starts it. Arguments are passed on to the program.
 #
 #   ./run.sh          searches the drives of this computer at the first start
-#   ./run.sh --demo   uses a small collection that it makes, in a folder of its own
+#   ./run.sh --demo   makes a small demo collection and uses it, with a separate data folder
 set -euo pipefail
 cd "$(dirname "$0")"
 

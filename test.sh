@@ -1,16 +1,16 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Installs what is missing, builds Tallow, and runs every test: on Linux, and the code without windows as
-# a Windows program under Wine.
+# Installs missing packages, builds Tallow, and runs every test: on Linux, and the code without
+# windows as a Windows program under Wine.
 #
 #   ./test.sh             all tests
-#   ./test.sh --windows   the whole Windows program under Wine, windows and setup included; builds what
-#                         ./build-windows.sh builds
-#   ./test.sh --faults    every call that a save makes fails once, in every way, and more files are damaged
-#                         than a test without option does; docs/reliability.md
-#   ./test.sh --sanitize  all tests under the address and undefined behaviour sanitizers, and those of
-#                         the code without windows under the thread sanitizer; without those of faults,
-#                         which stand in front of the same calls as the sanitizers
+#   ./test.sh --windows   the whole Windows program under Wine, including its windows and its
+#                         installer; builds what ./build-windows.sh builds
+#   ./test.sh --faults    every system call of a save fails once, in every way, and more files are
+#                         damaged than in a test without option; docs/reliability.md
+#   ./test.sh --sanitize  all tests under the address and undefined behaviour sanitizers, and the
+#                         tests of the code without windows under the thread sanitizer; without the
+#                         fault tests, which intercept the same calls as the sanitizers
 set -euo pipefail
 cd "$(dirname "$0")"
 
@@ -33,7 +33,7 @@ if $windows; then
   exit
 fi
 
-# build PRESET [CMake's options]
+# build PRESET [CMake options]
 build() {
   local preset=$1
   shift
@@ -59,7 +59,7 @@ if $sanitize; then
   TSAN_OPTIONS="halt_on_error=1:suppressions=$suppressions/tsan.txt" \
     ctest --test-dir build/tsan --output-on-failure -j "$(nproc)"
   build asan
-  # The leak check of this compiler trips over the thread-local data of plug-ins when it follows it.
+  # With TLS interception on, this compiler's leak check fails on the thread-local data of plug-ins.
   ASAN_OPTIONS="detect_stack_use_after_return=1:intercept_tls_get_addr=0" \
     LSAN_OPTIONS="suppressions=$suppressions/lsan.txt" UBSAN_OPTIONS="print_stacktrace=1" \
     ctest --test-dir build/asan --output-on-failure -j "$(nproc)"

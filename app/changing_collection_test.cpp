@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A collection that changes from start to start: whatever becomes of files and names, every song of a
-// jukebox is the song that was put there, with the rank it was given.
+// A collection that changes between starts: whatever happens to files and names, every entry of a
+// jukebox stays the song that was added, and keeps the rank that was given.
 #include <algorithm>
 #include <filesystem>
 #include <map>
@@ -16,12 +16,12 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// The collection: files in folders, each with a content of its own. Its size tells which one it is.
+/// The collection: files in folders, each with a unique content that its size identifies.
 class Collection {
  public:
   Collection(const TempFolder& folder, std::mt19937& random) : folder_(folder), random_(random) {
     for (int k = 0; k < kFolders; ++k) {
-      // One name in two letter cases, and names of which some are in several folders too.
+      // One name in two letter cases, and new names, some of which occur in several folders.
       Add(k, random_() % 2 == 0 ? "Intro.mp3" : "intro.mp3");
       for (int n = 0; n < kOthers; ++n) Add(k, NewName());
     }
@@ -29,7 +29,7 @@ class Collection {
 
   std::size_t size() const { return files_.size(); }
 
-  /// Adds, removes, renames and moves some files, and puts removed ones back.
+  /// Adds, removes, renames and moves some files, and restores some removed files.
   void Change() {
     for (auto n = 3 + random_() % 6; n > 0; --n) {
       switch (random_() % 6) {
@@ -60,7 +60,7 @@ class Collection {
 
   int RandomFolder() { return static_cast<int>(random_() % kFolders); }
   std::string NewName() {
-    // Some names are there several times.
+    // Some names repeat.
     const auto number = random_() % 8 == 0 ? random_() % 20 : ++names_ + 100;
     return (number % 3 == 0 ? "Song " : "song ") + std::to_string(number) + ".mp3";
   }
@@ -105,11 +105,11 @@ class Collection {
   std::mt19937& random_;
   std::size_t last_ = 0;
   unsigned names_ = 0;
-  std::map<std::string, std::string> files_;  ///< paths by how the system compares them
+  std::map<std::string, std::string> files_;  ///< paths, keyed by the form that the system compares
   std::vector<std::pair<std::string, std::string>> removed_;
 };
 
-/// A song as the user knows it: its name, and its content, which the size stands for.
+/// A song as the user knows it: its name and its content, which the file size identifies.
 struct KnownSong {
   std::string name;
   std::uint64_t content = 0;
@@ -139,8 +139,8 @@ class ChangingCollection : public SystemTest, protected NewSongsWindows {
     return {std::string(tallow->library.Mp3Info(2, row)), ContentOfRow(row)};
   }
 
-  /// Every entry is the song that was put there, or is not shown; no song is away from its place; every
-  /// rank is the one that was given.
+  /// Every entry is the song that was added, or is hidden; every song is in its place; every song
+  /// has the rank that was given.
   void ExpectAllIsWell() {
     ExpectRowsAreNumbers(tallow->library);
     const clsMain& library = tallow->library;
@@ -195,7 +195,7 @@ class ChangingCollection : public SystemTest, protected NewSongsWindows {
 };
 
 TEST_F(ChangingCollection, EverySongStaysTheSongThatItWas) {
-  // Under Wine each look at a file takes its time.
+  // Under Wine, each file access is slow.
   const unsigned seeds = kPathsIgnoreCase ? 2 : 30;
   for (unsigned seed = 1; seed <= seeds; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));

@@ -18,12 +18,12 @@ namespace {
 
 std::string_view BooleanText(bool value) noexcept { return value ? "True" : "False"; }
 
-/// The lines of a text that have their end.
+/// The lines of a text that have a line end.
 std::string_view WholeLinesOf(std::string_view text) {
   return text.substr(0, text.find_last_of("\r\n") + 1);
 }
 
-/// A number as the settings file has it: the sign's place, the digits, a blank.
+/// A number in the format of the settings file: the sign's place, the digits, a blank.
 std::string NumberText(std::int32_t number) {
   return (number < 0 ? "" : " ") + std::to_string(number) + " ";
 }
@@ -59,7 +59,7 @@ void clsINI::LocSecToLastSavedJukeBox(std::string_view path) {
 
 void clsINI::LocOfLastSavedJukeBox(std::string_view path) {
   if (path == last_) return;
-  // The path may be one of the entries that are about to move.
+  // Copies the path: it may refer to one of the entries that move below.
   std::string new_last(path);
   LocOfThirdToLastSaveJukeBox(second_to_last_);
   LocSecToLastSavedJukeBox(last_);
@@ -81,7 +81,8 @@ std::string clsINI::Save(const std::string& path) const {
   line(BooleanText(IsItTiled()));
   line(PictureLocation());
   try {
-    // Most saves follow a save of the library that changed nothing here.
+    // Skips the write if nothing changed: most calls come from library saves that change no
+    // setting.
     if (ReadWholeFile(path, kMaxBytes) != text) WriteFileAtomically(path, text);
   } catch (const FileError& error) {
     return error.what();

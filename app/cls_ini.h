@@ -10,21 +10,21 @@
 
 namespace tallow {
 
-/// A line of the settings file cannot be what it has to be.
+/// A line of the settings file has an invalid value.
 class SettingsError : public std::runtime_error {
  public:
-  /// \param file    the settings file's path
+  /// \param file    path of the settings file
   /// \param line    from 1
   /// \param problem what is wrong with the value, e.g. "'abc' is not a number"
   SettingsError(std::string_view file, std::size_t line, std::string_view problem);
 };
 
-// The settings file "TallowOrganizer.ini" is ten lines of text, each ended by CR LF. The meaning of a
-// line is its number, and nothing is quoted:
+// The settings file "TallowOrganizer.ini" is ten lines of text, each ended by CR LF. A line's
+// number determines its meaning, and nothing is quoted:
 //
 // |  1 | FileContainingTargetDirectories |
 // |  2 | LocOfGroupingDir |
-// |  3 | NumerOfRecordsInTheMain, one blank before the digits (a sign's place) and one behind |
+// |  3 | NumerOfRecordsInTheMain, one blank before the digits (the sign's place), one after |
 // |  4 | LocOfWinAmpExe |
 // |  5 | LocOfLastSavedJukeBox |
 // |  6 | LocSecToLastSavedJukeBox |
@@ -44,29 +44,30 @@ class SettingsError : public std::runtime_error {
 //   False
 //   (an empty line)
 
-/// The program's settings. Nothing is written by itself: whoever changes a setting calls Save.
+/// The program's settings. No setter writes the file: the caller changes settings and then calls
+/// Save.
 class clsINI {
  public:
-  /// Lines of the file.
+  /// Number of lines in the file.
   static constexpr std::size_t kLines = 10;
-  /// A larger file is none. Ten paths of the longest kind have less than 1 MB.
+  /// A larger file is rejected as no settings file. Ten paths of maximum length are less than 1 MB.
   static constexpr std::uint64_t kMaxBytes = std::uint64_t{16} << 20U;
 
-  /// \param update_the_menu_control_array rebuilds the recent-file entries of the main window's
-  ///         menu; called whenever one of the three jukebox settings is set; may be empty
+  /// \param update_the_menu_control_array callback that rebuilds the recent-file entries of the
+  ///        main window's menu; called when one of the three jukebox settings is set; may be empty
   explicit clsINI(std::function<void()> update_the_menu_control_array = {});
 
-  /// Takes every setting back to what it is before a file is read: empty, 0 and false.
+  /// Resets every setting to its value before a file is read: empty, 0 or false.
   void Clear();
 
-  /// Sets what is to rebuild the recent-file menu from now on.
+  /// Sets the callback that rebuilds the recent-file menu from now on.
   void SetMenuUpdate(std::function<void()> update_the_menu_control_array);
 
   /// Full path of the background picture of the jukebox list.
   const std::string& PictureLocation() const noexcept { return picture_location_; }
   void PictureLocation(std::string_view path) { picture_location_ = path; }
 
-  /// Whether the background picture is tiled; else centred.
+  /// Whether the background picture is tiled; if not, it is centred.
   bool IsItTiled() const noexcept { return is_it_tiled_; }
   void IsItTiled(bool tiled) noexcept { is_it_tiled_ = tiled; }
 
@@ -83,17 +84,17 @@ class clsINI {
 
   /// The jukebox file saved last; it is opened at start-up.
   ///
-  /// Setting it to another value moves the last one to second and the second one to third, and
-  /// rebuilds the menu each time; setting it to the value it has does nothing. Saving A, B and A
-  /// again gives A, B, A: nothing is taken out further down.
+  /// Setting another value moves the current value to second and the second to third, and rebuilds
+  /// the menu each time. Setting the current value again does nothing. Duplicates are not removed:
+  /// saving A, B and A again gives A, B, A.
   const std::string& LocOfLastSavedJukeBox() const noexcept { return last_; }
   void LocOfLastSavedJukeBox(std::string_view path);
 
-  /// Full path of the player's executable; empty when it is not known.
+  /// Full path of the player's executable; empty when unknown.
   const std::string& LocOfWinAmpExe() const noexcept { return player_; }
   void LocOfWinAmpExe(std::string_view path) { player_ = path; }
 
-  /// Rows of the library file.
+  /// Number of rows of the library file.
   std::int32_t NumerOfRecordsInTheMain() const noexcept { return records_; }
   void NumerOfRecordsInTheMain(std::int32_t records) noexcept { records_ = records; }
 
@@ -107,35 +108,36 @@ class clsINI {
 
   /// Writes the settings file, replacing it atomically.
   ///
-  /// \returns what kept it from being written, the old file standing then: "PATH: REASON"; empty when
-  ///          nothing did
+  /// \returns why the file could not be written, as "PATH: REASON"; the old file is unchanged then.
+  ///          Empty on success
   std::string Save(const std::string& path) const;
 
   /// Sets every setting to its default and saves. The number of records comes from the last song of
-  /// the library file, if there is one.
+  /// the library file, if the file exists.
   ///
   /// \param application_folder the program's folder, ending in a separator
-  /// \returns whether they could be saved
-  /// \throws TypeMismatchError when there is a library file whose last song has no number, or that
-  ///         holds no song; nothing is saved then
+  /// \returns whether the settings could be saved
+  /// \throws TypeMismatchError when a library file exists but holds no song, or its last song has
+  ///         no number; nothing is saved then
   /// \throws FileError when the library file cannot be read
   bool CreateNewIniFile(const std::string& path, const std::string& application_folder);
 
-  /// Whether the file that was read last had all ten lines, each with its end.
+  /// Whether the last file that was read had all ten lines, each with its line end.
   bool IsWhole() const noexcept { return lines_read_ >= kLines; }
 
-  /// Makes settings of a file that was cut: the lines that have their end count, every other setting
-  /// gets its default.
+  /// Reads the settings from a truncated file: uses the lines that have a line end; every other
+  /// setting gets its default.
   ///
   /// \throws FileError, SettingsError as GetandLoadIniInfo
   void CompleteSettings(const std::string& path, const std::string& application_folder);
 
-  /// Reads a settings file. Lines that are not there leave their settings alone; lines past the
-  /// tenth are ignored.
+  /// Reads a settings file. Missing lines leave their settings unchanged; lines after the tenth are
+  /// ignored.
   ///
   /// \returns true
   /// \throws FileError when the file cannot be read, or has more than kMaxBytes
-  /// \throws SettingsError when a number or a boolean is none; the lines before it have been taken
+  /// \throws SettingsError when a value is not the number or boolean it must be; the lines before
+  ///         it have been applied
   bool GetandLoadIniInfo(const std::string& path);
 
  private:
@@ -155,7 +157,7 @@ class clsINI {
   std::int32_t records_ = 0;
   std::string folder_list_;
   std::string grouping_folder_;
-  std::size_t lines_read_ = 0;  ///< that had their end
+  std::size_t lines_read_ = 0;  ///< number of lines that had a line end
 };
 
 }  // namespace tallow

@@ -12,7 +12,7 @@ namespace {
 
 class ClsIni : public testing::Test {
  protected:
-  /// Loads settings from a text.
+  /// Loads settings from the given file content.
   clsINI Load(const std::string& text) {
     clsINI settings;
     settings.GetandLoadIniInfo(folder.File("ini", text));
@@ -48,14 +48,14 @@ TEST_F(ClsIni, TheFileIsTheseTenLines) {
             "picture\r\n");
 }
 
-TEST_F(ClsIni, ANegativeNumberHasItsSignInTheBlanksPlace) {
+TEST_F(ClsIni, ANegativeNumberHasItsSignInPlaceOfTheBlank) {
   clsINI settings;
   settings.NumerOfRecordsInTheMain(-5);
   settings.Save(path);
   EXPECT_EQ(ReadWholeFile(path), "\r\n\r\n-5 \r\n\r\n\r\n\r\n\r\nFalse\r\nFalse\r\n\r\n");
 }
 
-TEST_F(ClsIni, BlanksAroundTheCountAreNoMatter) {
+TEST_F(ClsIni, BlanksAroundTheCountAreIgnored) {
   EXPECT_EQ(Load("a\r\nb\r\n 1234 \r\n").NumerOfRecordsInTheMain(), 1234);
 }
 
@@ -124,7 +124,7 @@ TEST_F(ClsIni, ThreeLinesChangeThreeProperties) {
   EXPECT_TRUE(settings.IsItTiled());
 }
 
-TEST_F(ClsIni, ALineThatIsNoNumberIsNamed) {
+TEST_F(ClsIni, AnInvalidNumberIsReportedWithItsLine) {
   clsINI settings;
   const std::string file = folder.File("TallowOrganizer.ini", "list\r\ng\r\nabc\r\nplayer\r\n");
   try {
@@ -137,7 +137,7 @@ TEST_F(ClsIni, ALineThatIsNoNumberIsNamed) {
   EXPECT_EQ(settings.LocOfWinAmpExe(), "");
 }
 
-TEST_F(ClsIni, AFlagThatIsNoneIsNamed) {
+TEST_F(ClsIni, AnInvalidFlagIsReportedWithItsLine) {
   clsINI settings;
   try {
     settings.GetandLoadIniInfo(
@@ -149,7 +149,7 @@ TEST_F(ClsIni, AFlagThatIsNoneIsNamed) {
   EXPECT_TRUE(settings.IsThereAPicture());
 }
 
-TEST_F(ClsIni, ANumberThatDoesNotFitIsNamed) {
+TEST_F(ClsIni, ANumberOutOfRangeIsReportedWithItsLine) {
   try {
     Load("\r\n\r\n99999999999\r\n");
     FAIL();
@@ -158,13 +158,13 @@ TEST_F(ClsIni, ANumberThatDoesNotFitIsNamed) {
   }
 }
 
-TEST_F(ClsIni, AFileThatCannotBeOpenedGoesToTheCaller) {
+TEST_F(ClsIni, AFileThatCannotBeOpenedThrows) {
   clsINI settings;
   EXPECT_THROW(settings.GetandLoadIniInfo(folder / "none"), FileError);
   EXPECT_THROW(settings.GetandLoadIniInfo(folder.path()), FileError);
 }
 
-TEST_F(ClsIni, SavingIntoNoFolderIsSilent) {
+TEST_F(ClsIni, SavingIntoAMissingFolderDoesNotThrow) {
   const clsINI settings;
   settings.Save(folder / "none/x.ini");
   EXPECT_FALSE(FileExists(folder / "none/x.ini"));
@@ -201,11 +201,11 @@ TEST_F(ClsIni, TheSameLastJukeboxChangesNothing) {
   settings.LocOfLastSavedJukeBox("b");
   EXPECT_EQ(updates, 0);
   EXPECT_EQ(settings.LocSecToLastSavedJukeBox(), "a");
-  settings.LocOfLastSavedJukeBox("B");  // case counts
+  settings.LocOfLastSavedJukeBox("B");  // the comparison is case-sensitive
   EXPECT_EQ(settings.LocSecToLastSavedJukeBox(), "b");
 }
 
-TEST_F(ClsIni, NothingIsTakenOutFurtherDown) {
+TEST_F(ClsIni, DuplicatesAmongTheRecentFilesAreKept) {
   clsINI settings;
   for (const char* file : {"A", "B", "A"}) settings.LocOfLastSavedJukeBox(file);
   EXPECT_EQ(settings.LocOfLastSavedJukeBox(), "A");

@@ -11,12 +11,12 @@
 namespace tallow {
 namespace {
 
-/// What keeps a folder from being the application folder; empty when nothing does.
+/// Why a folder cannot be the application folder; empty when it can.
 std::string ProblemOfApplicationFolder(const std::string& folder) {
   if (!FolderExists(folder)) return "The application folder " + folder + " does not exist.";
   if (!FolderIsWritable(folder))
     return "No file can be made in the application folder " + folder + ".";
-  // The settings keep paths one a line.
+  // The settings file holds one path per line.
   if (HasLineBreak(folder))
     return "The application folder " + folder + " has a line break in its path.";
   return {};
@@ -26,7 +26,7 @@ std::string ProblemOfApplicationFolder(const std::string& folder) {
 
 std::string ProblemOfDrive(const std::string& folder,
                            const std::function<bool(const std::string&)>& is_known) {
-  // One that songs were found on may be a share that does not answer; the start waits for that.
+  // A drive on which songs were found may be a share that does not respond; start-up waits for it.
   if (is_known(folder)) return {};
   const FolderState state = StateOfFolder(folder);
   if (state != FolderState::kNotThere && state != FolderState::kUnreadable) return {};

@@ -8,26 +8,28 @@
 
 namespace tallow {
 
-/// What the user asked for on the command line.
+/// The options and files given on the command line.
 struct CommandLine {
-  std::string
-      application_folder;  ///< given folder, absolute, ends in a separator; empty: the usual one
+  /// the given folder, absolute, ends in a separator; empty: the default folder
+  std::string application_folder;
   std::vector<std::string> drives;  ///< given folders, absolute; empty: the system's drives
   std::vector<std::string> files;   ///< jukeboxes to open, absolute
-  bool exit_after_startup = false;  ///< do the whole start-up without asking anything, then leave
+  bool exit_after_startup = false;  ///< run the whole start-up without any question, then exit
   bool help = false;
   bool version = false;
-  std::string error;             ///< what is wrong with the command line; empty when nothing is
-  bool is_folder_error = false;  ///< the error is that the application folder cannot be had
+  std::string error;  ///< what is wrong with the command line; empty when valid
+  /// the error is that the application folder cannot be used
+  bool is_folder_error = false;
 };
 
-/// The exit code for a command line that cannot be carried out.
+/// The exit code for an invalid command line.
 inline constexpr int kUsageError = 2;
 
-/// Reads the arguments behind the program's name. The first error ends the reading.
+/// Parses the arguments after the program's name. Stops at the first error.
 CommandLine ParseCommandLine(std::span<const std::string> arguments);
 
-/// Why a given drive cannot be searched; empty when it can, and when it is one that is only away.
+/// Why a given drive cannot be searched; empty when the drive can be searched, or is known and may
+/// only be away.
 ///
 /// \param is_known whether songs were found on the drive before
 std::string ProblemOfDrive(const std::string& folder,
@@ -36,10 +38,10 @@ std::string ProblemOfDrive(const std::string& folder,
 /// What --help prints.
 std::string HelpText();
 
-/// The folder that the data paths begin with: the executable's own when files can be made there,
-/// else a folder "Tallow" among the user's program data, which is made when it is missing.
+/// The folder that the data paths begin with: the executable's folder when it is writable, else a
+/// folder "Tallow" in the user's program data, which is created when it is missing.
 ///
-/// \throws FileError when there is no folder that files can be made in
+/// \throws FileError when there is no writable folder
 std::string UsualApplicationFolder();
 
 }  // namespace tallow

@@ -16,17 +16,17 @@ CommandLine Parse(const std::vector<std::string>& arguments) { return ParseComma
 bool NoDrive(const std::string& /*root*/) { return false; }
 bool AnyDrive(const std::string& /*root*/) { return true; }
 
-TEST(CommandLine, ADriveThatIsNotThereIsAnErrorUnlessItIsKnown) {
+TEST(CommandLine, AMissingDriveIsAnErrorUnlessItIsKnown) {
   const TempFolder folder;
   const std::string none = folder / "none/";
   EXPECT_EQ(ProblemOfDrive(none, NoDrive), "The drive folder " + none + " does not exist.");
   EXPECT_EQ(ProblemOfDrive(none, AnyDrive), "");
   EXPECT_EQ(ProblemOfDrive(folder.path(), NoDrive), "");
-  // What is known of a drive is looked up once the application folder is there.
+  // The parser does not check drives: known drives are looked up later, in the application folder.
   EXPECT_EQ(Parse({"--drive", none}).error, "");
 }
 
-TEST(CommandLine, AnApplicationFolderThatCannotBeHadIsToldApart) {
+TEST(CommandLine, AnUnusableApplicationFolderIsAFolderError) {
   const TempFolder folder;
   const CommandLine line = Parse({"--app-folder", folder / "none", "--exit-after-startup"});
   EXPECT_TRUE(line.is_folder_error);
@@ -34,7 +34,7 @@ TEST(CommandLine, AnApplicationFolderThatCannotBeHadIsToldApart) {
   EXPECT_FALSE(Parse({"--fast"}).is_folder_error);
 }
 
-TEST(CommandLine, NothingGivenIsTheUsualStart) {
+TEST(CommandLine, WithoutArgumentsTheDefaultsApply) {
   const CommandLine line = Parse({});
   EXPECT_EQ(line.error, "");
   EXPECT_EQ(line.application_folder, "");
@@ -56,7 +56,7 @@ TEST(CommandLine, TakesEveryOption) {
   EXPECT_TRUE(Parse({"--version"}).version);
 }
 
-TEST(CommandLine, WrongOnesAreNamed) {
+TEST(CommandLine, InvalidArgumentsAreNamed) {
   const TempFolder folder;
   EXPECT_EQ(Parse({"--fast"}).error,
             "'--fast' is not an option of Tallow. tallow --help lists them.");
@@ -86,7 +86,7 @@ TEST(ApplicationFolder, IsAFolderThatCanBeWritten) {
   EXPECT_TRUE(FolderIsWritable(UsualApplicationFolder()));
 }
 
-TEST(CommandLine, AnOptionIsNoFolder) {
+TEST(CommandLine, AnOptionIsNotReadAsAFolder) {
   EXPECT_EQ(Parse({"--drive", "--app-folder", "x"}).error, "--drive needs a folder behind it.");
 }
 

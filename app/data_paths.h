@@ -7,15 +7,15 @@
 
 namespace tallow {
 
-// Where the program keeps its data, each path a plain addition to the application folder, which
+// Where the program keeps its data. Each path is a suffix appended to the application folder, which
 // ends in a separator.
 
-/// The data folder, where the library and, as a rule, the jukeboxes lie; ends in a separator.
+/// The data folder, which holds the library and by default the jukeboxes; ends in a separator.
 inline std::string GroupingFolder(const std::string& application_folder) {
   return application_folder + "Grouping" + kSeparator;
 }
 
-/// The folder of the files that are the program's own business; ends in a separator.
+/// The folder of the program's internal files; ends in a separator.
 inline std::string SystemFolder(const std::string& application_folder) {
   return GroupingFolder(application_folder) + "System" + kSeparator;
 }
@@ -25,7 +25,7 @@ inline std::string SettingsPath(const std::string& application_folder) {
   return SystemFolder(application_folder) + "TallowOrganizer.ini";
 }
 
-/// The list of folders that hold songs, unless the settings say otherwise.
+/// The default path of the list of folders that hold songs; the settings may name another path.
 inline std::string FolderListPath(const std::string& application_folder) {
   return SystemFolder(application_folder) + "LocOfMainTargetFiles.lmz";
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Disks that do not answer, from the start to the hand-over to the player.
+// Disks that do not respond, from the start to the hand-over to the player.
 #include <cerrno>
 
 #include "app/play_commands.h"
@@ -15,7 +15,7 @@
 namespace tallow {
 namespace {
 
-/// Starts over a collection whose folder "b" is a share.
+/// Starts with a collection whose folder "b" is a network share.
 class DeadShare : public SystemTest {
  protected:
   DeadShare() { StartAgain(); }
@@ -40,7 +40,7 @@ class DeadShare : public SystemTest {
     const Texts& said = windows->progress.status;
     return std::find(said.begin(), said.end(), status) != said.end();
   }
-  /// The user cancels as soon as it is said that the share is waited for.
+  /// Cancels as soon as the status line shows that the program is waiting for the share.
   void CancelWhenAsked() {
     on_events = [this] {
       if (!windows->progress.status.empty() && windows->progress.status.back() == Waiting())
@@ -54,7 +54,7 @@ class DeadShare : public SystemTest {
   std::function<void()> on_events;
 };
 
-TEST_F(DeadShare, AStartSaysItAndCancelSkipsItsDrive) {
+TEST_F(DeadShare, AStartShowsTheWaitAndCancelSkipsTheDrive) {
   Rank();
   const DeadFolder dead(share);
   CancelWhenAsked();
@@ -73,7 +73,7 @@ TEST_F(DeadShare, AStartSaysItAndCancelSkipsItsDrive) {
   ExpectRanks();
 }
 
-TEST_F(DeadShare, OnceItAnswersItsSongsAreThereAgain) {
+TEST_F(DeadShare, SongsComeBackOnceTheShareResponds) {
   Rank();
   {
     const DeadFolder dead(share);
@@ -86,7 +86,7 @@ TEST_F(DeadShare, OnceItAnswersItsSongsAreThereAgain) {
   ExpectRanks();
 }
 
-TEST_F(DeadShare, AnAnswerThatComesLateIsWaitedFor) {
+TEST_F(DeadShare, ALateResponseIsWaitedFor) {
   std::optional<DeadFolder> dead(share);
   on_events = [&] {
     if (!windows->progress.status.empty() && windows->progress.status.back() == Waiting())
@@ -98,7 +98,7 @@ TEST_F(DeadShare, AnAnswerThatComesLateIsWaitedFor) {
   EXPECT_FALSE(tallow->library.IsAway(Row("three.mp3")));
 }
 
-TEST_F(DeadShare, AFolderOfALocalDriveThatDoesNotAnswerIsSkippedToo) {
+TEST_F(DeadShare, AnUnresponsiveFolderOfALocalDriveIsSkippedToo) {
   mounted = {{"/", {"uuid root", "/"}, false, false}};
   ASSERT_TRUE(StartAgain());
   const DeadFolder dead(share);
@@ -108,7 +108,7 @@ TEST_F(DeadShare, AFolderOfALocalDriveThatDoesNotAnswerIsSkippedToo) {
   EXPECT_FALSE(tallow->library.IsAway(Row("one.mp3")));
 }
 
-TEST_F(DeadShare, ACheckThatIsEndedLeavesItsSongsAsTheyAre) {
+TEST_F(DeadShare, ACancelledCheckLeavesTheSongsUnchanged) {
   const DeadFolder dead(share);
   tallow->library.BeginScan(ScanKind::kFolderList);
   tallow->library.CheckToSeeIfFilesAreMissingAndMakeFalse(
@@ -116,7 +116,7 @@ TEST_F(DeadShare, ACheckThatIsEndedLeavesItsSongsAsTheyAre) {
   EXPECT_TRUE(tallow->library.IsPresent(Row("three.mp3")));
 }
 
-TEST_F(DeadShare, ItsSongsAreFiledWhenItAnswersAgain) {
+TEST_F(DeadShare, ItsSongsAreFiledWhenTheShareRespondsAgain) {
   MakeSong("b/four.mp3", {.artist = "Zappa"});
   MakeSong("a/five.mp3", {.artist = "Yes"});
   clsMain& library = tallow->library;
@@ -140,7 +140,7 @@ TEST_F(DeadShare, ItsSongsAreFiledWhenItAnswersAgain) {
   EXPECT_NE(box.Nodes().Find("Zappa", box.Nodes().Find("Artist")), nullptr);
 }
 
-TEST_F(DeadShare, ASearchEndsWithACancelThoughAFolderDoesNotAnswer) {
+TEST_F(DeadShare, ACancelEndsASearchWhoseFolderDoesNotRespond) {
   music.File("a/six.mp3");
   const DeadFolder dead(share);
   RecordedProgress progress;
@@ -163,7 +163,7 @@ TEST_F(DeadShare, ASearchDoesNotWaitForADriveThatIsNotSearched) {
   EXPECT_GT(tallow->library.UBoundOfMp3Array(), before);
 }
 
-TEST_F(DeadShare, TheSearchForThePlayerEndsWithACancelToo) {
+TEST_F(DeadShare, ACancelEndsThePlayerSearchToo) {
   const DeadFolder dead(share);
   RecordedProgress progress;
   progress.on_events = [this, &dead] { tallow->SearchCancelled = dead.Asked() > 0; };
@@ -173,7 +173,7 @@ TEST_F(DeadShare, TheSearchForThePlayerEndsWithACancelToo) {
   EXPECT_FALSE(tallow->SearchCancelled);
 }
 
-/// A hand-over to a player that is only written down.
+/// A hand-over to a player that only records the commands.
 class DeadShareInPlay : public DeadShare, protected HandOffPanel {
  protected:
   void TrackStarted(std::int32_t) override {}
@@ -196,7 +196,7 @@ class DeadShareInPlay : public DeadShare, protected HandOffPanel {
   std::string unanswered;
 };
 
-TEST_F(DeadShareInPlay, TheHandOverIsCancelledWhileItIsWaitedFor) {
+TEST_F(DeadShareInPlay, TheHandOverCanBeCancelledDuringTheWait) {
   const DeadFolder dead(share);
   Play({Row("one.mp3"), Row("three.mp3")},
        [&](std::size_t, std::size_t) { return dead.Asked() == 0; });
@@ -204,7 +204,7 @@ TEST_F(DeadShareInPlay, TheHandOverIsCancelledWhileItIsWaitedFor) {
   EXPECT_TRUE(handed_over);
 }
 
-TEST_F(DeadShareInPlay, SongsOfADriveThatWasGivenUpAreLeftOutAndSaid) {
+TEST_F(DeadShareInPlay, SongsOfAGivenUpDriveAreLeftOutAndReported) {
   const DeadFolder dead(share);
   tallow->library.LookAt(share, {}, [](std::string_view) { return false; });
   Play({Row("one.mp3"), Row("three.mp3"), Row("two.mp3")}, {});
@@ -213,7 +213,7 @@ TEST_F(DeadShareInPlay, SongsOfADriveThatWasGivenUpAreLeftOutAndSaid) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(DeadShare, ADropOfItsFilesIsCancelledWhileItIsWaitedFor) {
+TEST_F(DeadShare, ADropCanBeCancelledDuringTheWait) {
   const DeadFolder dead(share);
   const Texts files{music / "a/one.mp3", share + "three.mp3", share + "four.mp3"};
   const TakenFiles taken =
@@ -222,13 +222,13 @@ TEST_F(DeadShare, ADropOfItsFilesIsCancelledWhileItIsWaitedFor) {
   EXPECT_TRUE(taken.songs.empty());
 }
 
-TEST_F(DeadShare, FilesOfADriveThatWasGivenUpAreLeftOutOfADropAndSaid) {
+TEST_F(DeadShare, FilesOfAGivenUpDriveAreLeftOutOfADropAndReported) {
   tallow->library.BeginScan(ScanKind::kFiles);
   const DeadFolder dead(share);
   bool is_said = false;
   const Texts files{share + "three.mp3", music / "a/one.mp3", share + "four.mp3"};
   const TakenFiles taken = TakeFiles(files, tallow->library, [&](std::string_view path) {
-    // As a cancel of the user gives a drive up.
+    // Gives the drive up, as a cancel by the user does.
     if (dead.Asked() > 0 && !std::exchange(is_said, true))
       tallow->library.LookAt(share, {}, [](std::string_view) { return false; });
     return !path.empty();
@@ -239,7 +239,7 @@ TEST_F(DeadShare, FilesOfADriveThatWasGivenUpAreLeftOutOfADropAndSaid) {
   EXPECT_EQ(taken.songs.size(), 1U);
 }
 
-TEST_F(DeadShare, TheChangesOfAJukeboxOnItAreOfferedAllTheSame) {
+TEST_F(DeadShare, UnsavedChangesOfAJukeboxOnTheShareAreStillOffered) {
   Jukebox& jukebox = *windows->open[0];
   ASSERT_TRUE(jukebox.Save(share + "Mix.juk", tallow->library));
   jukebox.Caption("MIX");
@@ -257,7 +257,7 @@ TEST_F(DeadShare, TheChangesOfAJukeboxOnItAreOfferedAllTheSame) {
   EXPECT_NE(windows->open[0]->Nodes().Find("unsaved"), nullptr);
 }
 
-TEST_F(DeadShare, AFolderThatCannotBeOpenedIsAskedOnceNotOncePerSong) {
+TEST_F(DeadShare, AFolderThatCannotBeOpenedIsReadOnceNotOncePerSong) {
   constexpr int kSongs = 50;
   for (int k = 0; k < kSongs; ++k) MakeSong("c/" + std::to_string(k) + ".mp3", {});
   clsMain& library = tallow->library;

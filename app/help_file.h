@@ -5,10 +5,10 @@
 
 namespace tallow {
 
-/// Opens a help file with the system's own help program.
+/// Opens a help file with the system's help program.
 ///
-/// \param path of the file
-/// \returns false where there is no such file or program; Linux has none
+/// \param path path of the file
+/// \returns false when the file or the program does not exist; Linux has no such program
 bool OpenHelpFile(const std::string& path);
 
 }  // namespace tallow

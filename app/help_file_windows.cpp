@@ -8,7 +8,7 @@
 namespace tallow {
 
 bool OpenHelpFile(const std::string& path) {
-  // Newer systems have left the program out.
+  // Newer versions of Windows do not include WinHelp.exe.
   return FileExists(path) &&
          SearchPathW(nullptr, L"WinHelp.exe", nullptr, 0, nullptr, nullptr) != 0 &&
          StartCommand("WinHelp.exe " + path);

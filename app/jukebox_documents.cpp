@@ -18,12 +18,12 @@
 namespace tallow {
 namespace {
 
-// Of a menu's captions, in characters.
+// Lengths of shortened menu captions, in characters.
 constexpr std::size_t kMaxShown = 45;
 constexpr std::size_t kShownFirst = 20;
 constexpr std::size_t kShownLast = 25;
 
-/// Where each character of a text begins, and its end.
+/// The byte offset of each character of a text, and the length of the text at the end.
 std::vector<std::size_t> CharacterPositions(std::string_view text) {
   std::vector<std::size_t> positions;
   for (std::size_t position = 0; position < text.size();) {
@@ -49,7 +49,7 @@ bool DocumentWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, con
 std::string CaptionOfFile(std::string_view path) {
   const std::string_view name = NameOfPath(path);
   const std::string_view title = Trim(name.substr(0, name.rfind('.')));
-  // A window without a caption could not be told from others.
+  // Without a caption, the window could not be told from others.
   return ToUpper(title.empty() ? Trim(name) : title);
 }
 
@@ -79,7 +79,7 @@ std::string ShortenedCaption(std::string_view text) {
 }
 
 void JukeboxDocuments::Remember(const std::string& path) {
-  // The settings keep paths one a line.
+  // The settings file holds one path per line.
   if (HasLineBreak(path))
     return windows_.Notice(
         {path + " cannot be among the recent files: its path has a line break."});
@@ -94,7 +94,7 @@ void JukeboxDocuments::Open() {
 
 void JukeboxDocuments::OpenRecent(int element) {
   const clsINI& settings = tallow_.settings;
-  // A copy: opening changes the settings.
+  // Copies the path, because opening changes the settings.
   const std::string path = element == 1   ? settings.LocOfLastSavedJukeBox()
                            : element == 2 ? settings.LocSecToLastSavedJukeBox()
                            : element == 3 ? settings.LocOfThirdToLastSaveJukeBox()
@@ -180,8 +180,8 @@ bool JukeboxDocuments::SaveDatForm() {
 
 bool JukeboxDocuments::Save(Jukebox& jukebox) {
   if (jukebox.Caption() == kSampleCaption || jukebox.FileLocation().empty()) return SaveAs(jukebox);
-  // The file that it was opened from, which the caption only hints at: it is in capitals and has lost
-  // blanks and extension.
+  // Prefers the path that the jukebox was opened from. The caption does not give it: it is in upper
+  // case and lacks blanks and extension.
   const std::string& own = jukebox.FilePath();
   if (!own.empty() && FolderOfPath(own) == jukebox.FileLocation()) return SaveTo(jukebox, own);
   return SaveTo(jukebox, ExistingPath(jukebox.FileLocation() + ToLower(jukebox.Caption()) +
@@ -203,10 +203,10 @@ bool JukeboxDocuments::SaveAs(Jukebox& jukebox) {
                            "that file name."});
     return false;
   };
-  // The extension may be there several times in what was chosen, and once in the end.
+  // Checks two names: the chosen name may end in several extensions, the final path ends in one.
   for (const std::string& name : {CaptionOfFile(*chosen), CaptionOfFile(path)})
     if (!EqualsIgnoringCase(jukebox.Caption(), name) && windows_.IsOpen(name)) return refuse(name);
-  // A file may be open under another caption: by a link, or once it has been recovered.
+  // A file may be open under another caption: through a link, or after a recovery.
   const Jukebox* const other = OpenedFrom(path);
   if (other != nullptr && other != &jukebox) return refuse(other->Caption());
   if (FileExists(path) &&

@@ -17,13 +17,13 @@ class Jukebox;
 class Tallow;
 class clsMain;
 
-/// What the commands on jukebox files need of windows.
+/// The windows that the commands on jukebox files use.
 class DocumentWindows {
  public:
   virtual ~DocumentWindows() = default;
 
-  /// The jukebox of the active window, once a player panel that is active is out of the way; null when
-  /// there is none.
+  /// The jukebox of the active window; null for none. If the player panel is active, minimizes it
+  /// and returns the jukebox that was active before it.
   virtual Jukebox* ActiveJukebox() = 0;
   /// The open jukeboxes, in the order they were opened.
   virtual std::span<Jukebox* const> OpenJukeboxes() = 0;
@@ -33,26 +33,27 @@ class DocumentWindows {
   /// Makes a jukebox window, not shown yet.
   virtual Jukebox& NewJukebox() = 0;
   virtual void ShowJukebox(Jukebox& jukebox) = 0;
-  /// Saves or loads a jukebox; a window that has a control for it lets that do it. See Jukebox.
+  /// Saves or loads a jukebox; a window with a control for the jukebox may delegate to the control.
+  /// See Jukebox.
   virtual bool SaveJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library);
   virtual bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
                            const AskWhichSongs& ask);
-  /// Takes away a window that was made and not shown.
+  /// Discards a window that was made but not shown.
   virtual void DropJukebox(Jukebox& jukebox) = 0;
 
   /// Asks for a file to open; no value when the user cancels.
   virtual std::optional<std::string> AskForFileToOpen(const std::string& folder) = 0;
-  /// Asks for a file to save to, without asking whether one that exists may be replaced.
+  /// Asks for a file to save to, without asking whether an existing file may be replaced.
   virtual std::optional<std::string> AskForFileToSave(const std::string& folder) = 0;
 
-  /// Begins work that may take long, see LongWork; null where nobody is to see it.
+  /// Begins work that may take long, see LongWork; null where the work is not to be shown.
   virtual std::unique_ptr<LongWork> BeginWork(std::string_view /*text*/) { return nullptr; }
   virtual MessageAnswer Show(const Message& message) = 0;
-  /// Says something that does not stop anything, where it does not get in the way.
+  /// Shows information without blocking, in an unobtrusive place.
   virtual void Notice(const std::vector<std::string>& lines) = 0;
 };
 
-/// What the file dialogs offer, as the settings of a file dialog have it: text, bar, pattern.
+/// The filter of the file dialogs, in the format of a file dialog's setting: text, bar, pattern.
 inline constexpr std::string_view kJukeboxFilter = "Juke Box Files (*.juk) |*.juk";
 
 /// The extension of a jukebox file.
@@ -60,31 +61,32 @@ inline constexpr std::string_view kJukeboxExtension = ".juk";
 
 /// Opening and saving jukeboxes.
 ///
-/// Every successful one moves its file to the top of the recent files in the settings.
+/// Every successful open or save moves its file to the top of the recent files in the settings.
 class JukeboxDocuments {
  public:
-  /// \param tallow, windows have to outlive the object
+  /// \param tallow, windows must outlive the object
   JukeboxDocuments(Tallow& tallow, DocumentWindows& windows) : tallow_(tallow), windows_(windows) {}
 
   /// Asks for a file and opens it in a new window.
   void Open();
-  /// Opens a file in a new window, unless it is open.
+  /// Opens a file in a new window, unless the file is open already.
   void OpenUnlessOpen(const std::string& path);
   /// Opens a recent file.
-  /// \param element 1 last, 2 second to last, 3 third to last; others do nothing
+  /// \param element 1 last, 2 second to last, 3 third to last; other values do nothing
   void OpenRecent(int element);
-  /// Saves the active jukebox to its file; the sample, and one that has none, under a new name.
-  /// \returns whether it is saved now
+  /// Saves the active jukebox to its file. The sample, and a jukebox without a file, are saved
+  /// under a new name.
+  /// \returns whether the jukebox is saved now
   bool SaveDatForm();
   /// SaveDatForm for a jukebox whose window need not be the active one.
   bool Save(Jukebox& jukebox);
   /// Asks for a name and saves the active jukebox under it.
-  /// \returns whether it is saved now
+  /// \returns whether the jukebox is saved now
   bool SaveAs();
 
  private:
   bool SaveAs(Jukebox& jukebox);
-  /// The jukebox whose file a path leads to; null for none.
+  /// The open jukebox whose file is the file at `path`; null for none.
   const Jukebox* OpenedFrom(const std::string& path);
   void OpenFile(const std::string& path);
   std::optional<bool> AskUnlessLeft(const std::string& text);
@@ -95,19 +97,20 @@ class JukeboxDocuments {
   DocumentWindows& windows_;
 };
 
-/// The name of a jukebox's file as a caption: without folder and extension, trimmed, in upper case. A name
-/// that is nothing but an extension stays whole.
+/// The caption for a jukebox file: the file name without folder and extension, trimmed, in upper
+/// case. A name that consists of an extension only is kept whole.
 std::string CaptionOfFile(std::string_view path);
 
-/// The path that a jukebox is saved under when this one was chosen: trimmed, the file's own name in lower
-/// case and ending in one ".juk".
+/// The path to save a jukebox under when the user chose `chosen`: trimmed, with the file name in
+/// lower case and ending in exactly one ".juk".
 std::string PathForChoice(std::string_view chosen);
 
-/// A path, or that of the file of the same name in another letter case that lies there in its place.
+/// The path itself, or, where only a file whose name differs in letter case exists, that file's
+/// path.
 std::string ExistingPath(const std::string& path);
 
-/// A text as a menu shows it: at most 45 characters as they are; of a longer one the first 20 and the last
-/// 25 with " .... " between.
+/// Shortens a text for a menu: a text of at most 45 characters stays as it is; a longer text
+/// becomes its first 20 and its last 25 characters with " .... " between.
 std::string ShortenedCaption(std::string_view text);
 
 }  // namespace tallow

@@ -53,7 +53,7 @@ class Documents : public LibraryTest, protected DocumentWindows {
   }
   void Notice(const std::vector<std::string>& lines) override { noticed = lines; }
 
-  /// A jukebox window with a folder, active.
+  /// Makes a jukebox window with a folder, and makes the window active.
   Jukebox& Window(const std::string& caption) {
     Jukebox& jukebox = NewJukebox();
     jukebox.Caption(caption);
@@ -95,12 +95,12 @@ TEST_F(Documents, SaveAsGivesTheJukeboxItsName) {
   EXPECT_EQ(Said(), Texts{});
 }
 
-TEST_F(Documents, TheExtensionIsThereOnce) {
+TEST_F(Documents, TheSavedNameHasOneExtension) {
   EXPECT_EQ(PathForChoice(own + "Mix"), own + "mix.juk");
   EXPECT_EQ(PathForChoice("  " + own + "Mix.Juk "), own + "mix.juk");
   EXPECT_EQ(PathForChoice(own + "a.juk.juk.juk"), own + "a.juk");
   EXPECT_EQ(PathForChoice(own + "a.txt"), own + "a.txt.juk");
-  // A folder keeps its letters.
+  // Only the file name changes to lower case, not its folder.
   const std::string folder = kSep + "My.JUK.JUK" + kSep;
   EXPECT_EQ(PathForChoice(folder + "A"), folder + "a.juk");
 }
@@ -113,7 +113,7 @@ TEST_F(Documents, ACancelledDialogSavesNothing) {
   EXPECT_EQ(Said(), Texts{});
 }
 
-TEST_F(Documents, TheSampleAndTheUnsavedAreSavedUnderANewName) {
+TEST_F(Documents, TheSampleAndANewJukeboxAreSavedUnderANewName) {
   chosen = own + "one.juk";
   Window(std::string(kSampleCaption));
   EXPECT_TRUE(documents.SaveDatForm());
@@ -124,7 +124,7 @@ TEST_F(Documents, TheSampleAndTheUnsavedAreSavedUnderANewName) {
   EXPECT_EQ(Recent(), (Texts{own + "two.juk", own + "one.juk", ""}));
 }
 
-TEST_F(Documents, ASavedJukeboxGoesToItsFile) {
+TEST_F(Documents, ASavedJukeboxIsSavedToItsFileAgain) {
   Jukebox& jukebox = Window(std::string(kSampleCaption));
   chosen = own + "mix";
   documents.SaveAs();
@@ -138,7 +138,7 @@ TEST_F(Documents, ASavedJukeboxGoesToItsFile) {
   EXPECT_EQ(Recent(), (Texts{own + "mix.juk", "", ""}));
 }
 
-TEST_F(Documents, ReplacingAFileNeedsAYes) {
+TEST_F(Documents, ReplacingAFileNeedsConfirmation) {
   for (const MessageAnswer no : {MessageAnswer::kNo, MessageAnswer::kCancel}) {
     application.File("Grouping/mix.juk", "old");
     Jukebox& jukebox = Window(std::string(kSampleCaption));
@@ -164,13 +164,13 @@ TEST_F(Documents, TheNameOfAnotherOpenJukeboxIsRefused) {
             Texts{"MIX is already open.  Close the file then you can save this Juke box with "
                   "that file name."});
   EXPECT_FALSE(FileExists(own + "mix.juk"));
-  // Its own name is allowed.
+  // The jukebox may be saved under its own current name.
   chosen = own + "other.juk";
   EXPECT_TRUE(documents.SaveAs());
   EXPECT_EQ(jukebox.Caption(), "OTHER");
 }
 
-TEST_F(Documents, AFailedSaveIsSaidAndChangesNothing) {
+TEST_F(Documents, AFailedSaveIsReportedAndChangesNothing) {
   Jukebox& jukebox = Window(std::string(kSampleCaption));
   chosen = application / "gone/mix.juk";
   EXPECT_FALSE(documents.SaveAs());
@@ -209,7 +209,7 @@ TEST_F(Documents, OpeningShowsTheJukeboxWithTheSongsOfTheLibrary) {
   EXPECT_EQ(jukeboxes.size(), 1U);
 }
 
-TEST_F(Documents, AFileThatCannotBeOpenedIsSaidAndLeavesNoWindow) {
+TEST_F(Documents, AFileThatCannotBeOpenedIsReportedAndLeavesNoWindow) {
   chosen = own + "gone.juk";
   documents.Open();
   EXPECT_EQ(Said(), Texts{"The jukebox could not be opened. " + *chosen + ": the file is gone."});
@@ -220,7 +220,7 @@ TEST_F(Documents, AFileThatCannotBeOpenedIsSaidAndLeavesNoWindow) {
   EXPECT_EQ(Said(), Texts{});
 }
 
-TEST_F(Documents, RecentFilesAreOpenedByTheirPlace) {
+TEST_F(Documents, RecentFilesAreOpenedByTheirNumber) {
   for (const char* const name : {"one", "two", "three"}) {
     Window(std::string(kSampleCaption));
     chosen = own + name;
@@ -266,7 +266,7 @@ TEST_F(Documents, AFileWithCapitalsIsSavedBackToItself) {
   for (const FileEntry& file : ListFolder(own, {.pattern = "*.juk"}).files)
     names.push_back(file.name);
   EXPECT_EQ(names.size(), 2U);
-  // Another jukebox that is to get this name is asked about this file.
+  // Saving another jukebox under this name asks whether to replace the file.
   Window(std::string(kSampleCaption)).Caption("X");
   jukeboxes.erase(jukeboxes.begin());
   chosen = own + "MY MIX";
@@ -290,7 +290,7 @@ TEST_F(Documents, LongMenuCaptionsAreShortened) {
   const std::string shortened = ShortenedCaption(prefix + path);
   EXPECT_EQ(shortened, "&1.  /home/ann/Tallo .... /Grouping/abcdefghijk.juk");
   EXPECT_EQ(shortened.size(), 51U);
-  // Characters, not bytes.
+  // The limit counts characters, not bytes.
   std::string umlauts;
   for (int k = 0; k < 45; ++k) umlauts += "ü";
   EXPECT_EQ(ShortenedCaption(umlauts), umlauts);
@@ -298,7 +298,7 @@ TEST_F(Documents, LongMenuCaptionsAreShortened) {
 }
 
 TEST_F(Documents, AJukeboxIsSavedBackToTheFileItWasOpenedFrom) {
-  // A caption in capitals does not lead back to these names.
+  // These names cannot be derived from the upper-case caption.
   for (const std::string name : {"\xCF\x83\xCF\x82.juk", "mix.old", " blank .juk", "x.juk.bak"}) {
     const std::string path = own + name;
     Jukebox made;
@@ -335,7 +335,7 @@ TEST_F(Documents, AFileIsNotOpenedTwiceUnderTwoNames) {
   }
 }
 
-TEST_F(Documents, TheNameThatIsLeftOfARepeatedExtensionMayNotBeOpen) {
+TEST_F(Documents, ANameWithoutItsRepeatedExtensionMustNotBeOpen) {
   Window("MIX").FileLocation(own);
   ASSERT_TRUE(documents.SaveDatForm());
   Window("OTHER");
@@ -362,7 +362,7 @@ TEST_F(Documents, ALinkToAnOpenFileIsThatFile) {
   EXPECT_EQ(jukeboxes.size(), 2U);
 }
 
-TEST_F(Documents, SavingThroughALinkReplacesWhatItLeadsTo) {
+TEST_F(Documents, SavingThroughALinkReplacesItsTarget) {
   Jukebox made;
   made.Nodes().AddChild(nullptr, "All Songs");
   ASSERT_TRUE(made.Save(own + "real.juk", library));
@@ -379,7 +379,7 @@ TEST_F(Documents, SavingThroughALinkReplacesWhatItLeadsTo) {
 }
 #endif
 
-TEST_F(Documents, APathWithALineBreakIsNotRemembered) {
+TEST_F(Documents, APathWithALineBreakIsNotAddedToTheRecentFiles) {
   if (kSeparator == '\\') GTEST_SKIP() << "no path of this system has line breaks";
   Window("MIX");
   chosen = own + "a\nb.juk";
@@ -389,13 +389,13 @@ TEST_F(Documents, APathWithALineBreakIsNotRemembered) {
             Texts{own + "a\nb.juk cannot be among the recent files: its path has a line break."});
 }
 
-TEST_F(Documents, AnOldFileStandsWhenTheOneToReplaceItCannotBeWritten) {
+TEST_F(Documents, TheOldFileIsKeptWhenTheNewOneCannotBeWritten) {
   Jukebox& jukebox = Window("MIX");
   jukebox.FileLocation(own);
   ASSERT_TRUE(documents.SaveDatForm());
   const auto before = ReadWholeFile(own + "mix.juk");
   jukebox.Nodes().AddChild(nullptr, "changed");
-  // Where the new one is to be written there is something else.
+  // A folder is in the place of the new file.
   CreateFolders(own + "mix.juk.new" + kSep + "x");
   chosen = own + "mix.juk";
   answer = MessageAnswer::kYes;
@@ -406,7 +406,7 @@ TEST_F(Documents, AnOldFileStandsWhenTheOneToReplaceItCannotBeWritten) {
   EXPECT_TRUE(said[1].starts_with("The jukebox could not be saved. "));
 }
 
-TEST_F(Documents, ANameThatIsOnlyAnExtensionIsOne) {
+TEST_F(Documents, ANameThatIsOnlyAnExtensionIsKeptWhole) {
   Window("MIX");
   chosen = own + ".juk";
   EXPECT_TRUE(documents.SaveAs());
@@ -415,12 +415,12 @@ TEST_F(Documents, ANameThatIsOnlyAnExtensionIsOne) {
   EXPECT_EQ(CaptionOfFile(own + " .juk"), ".JUK");
 }
 
-TEST_F(Documents, AFileThatAnotherWindowHasIsNotReplaced) {
+TEST_F(Documents, AFileOpenInAnotherWindowIsNotReplaced) {
   Jukebox& one = Window("MIX");
   one.FileLocation(own);
   ASSERT_TRUE(documents.SaveDatForm());
   const auto before = ReadWholeFile(own + "mix.juk");
-  // Two windows may have one caption, so this is not its own name.
+  // Two windows may have the same caption, so MIX is not this jukebox's own file.
   Window("MIX").Nodes().AddChild(nullptr, "of the other");
   chosen = own + "mix.juk";
   answer = MessageAnswer::kYes;
@@ -430,7 +430,7 @@ TEST_F(Documents, AFileThatAnotherWindowHasIsNotReplaced) {
   EXPECT_EQ(ReadWholeFile(own + "mix.juk"), before);
 }
 
-TEST_F(Documents, AJukeboxCanBeSavedThatIsNotTheActiveOne) {
+TEST_F(Documents, AnInactiveJukeboxCanBeSaved) {
   Jukebox& one = Window("ONE");
   one.FileLocation(own);
   Window("TWO").FileLocation(own);
@@ -452,14 +452,14 @@ TEST_F(Documents, AFileThatIsTooLargeLeavesNoWindow) {
   EXPECT_EQ(tallow.settings.LocOfLastSavedJukeBox(), "");
 }
 
-TEST_F(Documents, TheFileMayBeGoneOrAnotherWhenItIsSavedAgain) {
+TEST_F(Documents, TheFileMayBeMissingOrReplacedWhenSavedAgain) {
   Jukebox& jukebox = Window("MIX");
   jukebox.FileLocation(own);
   ASSERT_TRUE(documents.SaveDatForm());
   RemoveFile(own + "mix.juk");
   jukebox.Nodes().AddChild(nullptr, "later");
   EXPECT_TRUE(documents.SaveDatForm());
-  // Somebody else has written it meanwhile; that is kept.
+  // Another program has written the file meanwhile; the backup keeps that version.
   application.File("Grouping/mix.juk", "of somebody else");
   EXPECT_TRUE(documents.SaveDatForm());
   EXPECT_EQ(ReadWholeFile(own + "mix.juk.bak"), "of somebody else");
@@ -467,7 +467,7 @@ TEST_F(Documents, TheFileMayBeGoneOrAnotherWhenItIsSavedAgain) {
   EXPECT_TRUE(saved.Load(own + "mix.juk", library));
 }
 
-/// The windows save and load, as a control that shows the jukebox does.
+/// Windows that save and load, as the control that shows a jukebox does.
 class DocumentsOfWindows : public Documents {
  protected:
   bool SaveJukebox(Jukebox& jukebox, const std::string& path, const clsMain& songs) override {

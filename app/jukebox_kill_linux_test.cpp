@@ -16,7 +16,7 @@
 namespace tallow {
 namespace {
 
-/// Kills a process that edits a jukebox, saves it, and keeps what is not saved, over and over.
+/// Kills a process that repeatedly edits a jukebox, saves it and keeps its unsaved changes.
 class JukeboxKill : public LibraryTest {
  protected:
   static constexpr int kSongs = 2000;
@@ -33,8 +33,8 @@ class JukeboxKill : public LibraryTest {
 
   std::string Path() const { return application / "mix.juk"; }
 
-  /// Does something over and over in a process of its own, and kills that at some moment once it was done
-  /// at least once.
+  /// Runs `act` in a loop in a child process, and kills the process at some moment after the first
+  /// pass.
   template <typename Act>
   void RunAndKill(int kill_number, const Act& act) {
     int done[2];
@@ -59,14 +59,14 @@ class JukeboxKill : public LibraryTest {
     ASSERT_TRUE(WIFSIGNALED(status)) << "it ended by itself";
   }
 
-  /// Each round the first folder has another text and the second one holds other songs.
+  /// Each round changes the text of the first folder and replaces the songs of the second.
   void Edit(int round) {
     FolderTree& tree = jukebox.Nodes();
     tree.Rename(tree.ChildAt(0), std::to_string(round));
     for (SongEntry& entry : tree.ChildAt(1).Items())
       entry.SubItem((entry.SubItem() + round) % kSongs + 1);
   }
-  /// Whether a jukebox is one of those that the rounds make, whole.
+  /// Whether a jukebox is complete and equals the result of one of the rounds.
   bool IsWhole(const Jukebox& found) const {
     const FolderTree& tree = found.Nodes();
     if (tree.Children() != 2 || tree.ChildAt(0).Items().size() != kSongs) return false;
@@ -91,17 +91,17 @@ TEST_F(JukeboxKill, AKillWhileSavingLeavesAWholeJukebox) {
     ASSERT_TRUE(IsWhole(found));
     seen.insert(found.Nodes().ChildAt(0).Text());
   }
-  // Each process had saved something of its own.
+  // Each process saved a different state.
   EXPECT_EQ(seen.size(), std::size_t{kKills});
 }
 
-TEST_F(JukeboxKill, AfterAKillWithUnsavedChangesTheyAreThereWhole) {
+TEST_F(JukeboxKill, AfterAKillTheUnsavedChangesAreComplete) {
   ASSERT_TRUE(jukebox.Save(Path(), library));
   int kept = 0;
   for (int kill_number = 0; kill_number < kKills; ++kill_number) {
     RunAndKill(kill_number, [&] { tallow.unsaved.Keep(jukebox, library); });
     if (HasFatalFailure()) return;
-    // The saved one is not touched.
+    // The saved file is not changed.
     Jukebox saved;
     ASSERT_TRUE(saved.Load(Path(), library));
     EXPECT_EQ(saved.Nodes().ChildAt(0).Text(), "a");

@@ -8,24 +8,26 @@
 
 namespace tallow {
 
-/// Work that may take long, as the windows see it: they live meanwhile, show it when it takes longer than half
-/// a second, and let the user cancel it. Nobody can give a command until it has ended, which is when this goes.
+/// Progress of work that may take long. While the work runs, the windows process events; when it
+/// takes longer than half a second, they show it and let the user cancel it. The user cannot give
+/// commands until the object is destroyed, which ends the work.
 class LongWork {
  public:
   virtual ~LongWork() = default;
 
-  /// To be called again and again, at least every few milliseconds.
+  /// To be called repeatedly, at least every few milliseconds.
   ///
-  /// \param line how far the work has come, "Filed 12 of 50 songs"; called when it is shown
-  /// \returns whether to go on
+  /// \param line returns the progress text, "Filed 12 of 50 songs"; called only when the text is
+  ///             shown
+  /// \returns whether to continue
   virtual bool GoOn(const std::function<std::string()>& line) = 0;
 };
 
 /// Begins work that may take long.
-/// \param text what is done: "Filing songs  . . . "
+/// \param text what is being done: "Filing songs  . . . "
 using BeginLongWork = std::function<std::unique_ptr<LongWork>(std::string_view text)>;
 
-/// What is shown of the work.
+/// The texts shown for the work.
 inline constexpr std::string_view kFilingSongs = "Filing songs  . . . ";
 inline constexpr std::string_view kTakingFiles = "Taking files  . . . ";
 inline constexpr std::string_view kLookingForSongs = "Looking for the songs  . . . ";

@@ -47,8 +47,8 @@ class Search {
   }
 
  private:
-  /// Says what is being looked at and lets the windows live.
-  /// \returns whether to go on
+  /// Shows what is being searched and processes window events.
+  /// \returns whether to continue
   bool GoOn(std::string_view folder) {
     progress_->SetFound("Found " + std::to_string(library_.UBoundOfMp3Array()) + " Mp3s");
     progress_->VisitFolder(folder);
@@ -57,7 +57,8 @@ class Search {
     return false;
   }
 
-  /// A cancel is for the whole search, so a drive that does not answer is waited for until it is given up.
+  /// Keeps waiting for a drive that does not respond until the drive is given up. A cancel would
+  /// stop the whole search, not only this drive.
   bool WaitForDrive(std::string_view root) {
     progress_->SetStatus(WaitingLine(root));
     return true;
@@ -106,7 +107,8 @@ class Search {
   }
 
   void SearchDrives() {
-    // What was found before a failure is kept, without the copies that would be left of it.
+    // Catches failures, so that the songs found before are kept and the caller still removes
+    // duplicates.
     try {
       if (tallow_.search_all_drives) was_cancelled_ = !tallow_.search_all_drives(progress_);
     } catch (const std::exception& error) {
@@ -115,22 +117,22 @@ class Search {
   }
 
   void FileSongsFrom(std::int32_t before) {
-    // Songs that came back have their places, and are not filed as new ones.
+    // Songs that came back are in jukebox folders already; they are not filed as new songs.
     FollowReturnedSongs(library_.TakeReturned(), windows_.AllJukeboxes(), tallow_.clipboard);
     Jukebox* jukebox = windows_.ActiveJukebox();
-    // Without a caption all jukeboxes would be meant.
+    // An empty caption would address all jukeboxes.
     if (jukebox != nullptr && jukebox->Caption().empty()) jukebox = nullptr;
-    // A song that was away when its jukebox was opened has not been filed either.
+    // A song that was away when its jukebox was opened has not been filed yet.
     const bool has_new = library_.UBoundOfMp3Array() > before || AwaySongs() < away_before_ ||
                          tallow_.filing_is_pending;
     had_no_jukebox_ = has_new && jukebox == nullptr;
     if (has_new && jukebox != nullptr) {
-      // What was found before a cancel is filed, unless that is cancelled, too.
+      // Songs found before the cancel are filed, unless the user cancels the filing, too.
       tallow_.SearchCancelled = false;
       progress_->MayCancelAgain();
       tallow_.found_tags.Seal();
       try {
-        // A cancel counts where songs could not be filed as well.
+        // The callback sets this, so that a cancel is recorded even if FillAutomaticFolders throws.
         is_filed_ = true;
         FillAutomaticFolders(kFillNewToo, false, jukebox->Caption(), library_,
                              windows_.AllJukeboxes(), &tallow_.found_tags,
@@ -160,7 +162,7 @@ class Search {
   }
 
   void Tell(const ScanReport& report) {
-    // Songs have gone, come back, or gone away.
+    // Refreshes the lists: songs were removed, came back, or are away now.
     for (Jukebox* const jukebox : windows_.AllJukeboxes()) jukebox->ListRefilled(library_);
     std::string line = TextOf(report, true);
     if (was_cancelled_) line += ". The search was cancelled; what it had looked at is complete.";
@@ -184,7 +186,7 @@ class Search {
   clsMain& library_;
   NewSongsWindows& windows_;
   SearchProgress* progress_ = nullptr;
-  std::int32_t away_before_ = 0;  ///< how many songs were away
+  std::int32_t away_before_ = 0;  ///< number of songs that were away at the start
   bool was_cancelled_ = false;
   bool had_no_jukebox_ = false;
   bool is_filed_ = true;

@@ -13,7 +13,7 @@
 namespace tallow {
 namespace {
 
-/// A program that has started on real files, and its commands for new songs.
+/// Start-up with real files, and the commands for new songs.
 class NewSongs : public SystemTest, protected NewSongsWindows {
  protected:
   NewSongs() { Start(); }
@@ -58,7 +58,7 @@ class NewSongs : public SystemTest, protected NewSongsWindows {
   Texts noticed;
 };
 
-TEST_F(NewSongs, OfTheUsualFoldersAreFoundFiledAndCounted) {
+TEST_F(NewSongs, InTheUsualFoldersAreFoundFiledAndCounted) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   MakeSong("elsewhere/five.mp3", {.artist = "Yes"});
   std::filesystem::remove(std::filesystem::path(music / "a/one.mp3"));
@@ -67,13 +67,13 @@ TEST_F(NewSongs, OfTheUsualFoldersAreFoundFiledAndCounted) {
   EXPECT_TRUE(HasArtist("Zappa"));
   EXPECT_FALSE(HasArtist("Yes"));
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 4);
-  // The folder on show has lost the song that is gone.
+  // The missing song is no longer in the folder on show.
   EXPECT_EQ(SongsOnShow("New"), 4U);
   EXPECT_NE(std::find(progress.visited.begin(), progress.visited.end(), music / "a/"),
             progress.visited.end());
 }
 
-TEST_F(NewSongs, OfTheWholeComputerAreFoundEverywhere) {
+TEST_F(NewSongs, OnTheWholeComputerAreFoundEverywhere) {
   MakeSong("elsewhere/five.mp3", {.artist = "Yes"});
   MakeSong("elsewhere/deeper/six.mp3", {.artist = "Zappa"});
   BringIn(NewSongsPlace::kWholeComputer);
@@ -81,7 +81,7 @@ TEST_F(NewSongs, OfTheWholeComputerAreFoundEverywhere) {
   EXPECT_TRUE(HasArtist("Yes"));
   EXPECT_TRUE(HasArtist("Zappa"));
   EXPECT_EQ(SongsOnShow(), 5U);
-  // And from now on they are in usual folders.
+  // The folder is a usual folder from now on.
   MakeSong("elsewhere/seven.mp3", {.artist = "Genesis"});
   BringIn(NewSongsPlace::kUsualFolders);
   EXPECT_EQ(noticed, Texts{"1 new song"});
@@ -105,7 +105,7 @@ TEST_F(NewSongs, ARenamedFileIsMissingAndNew) {
   EXPECT_EQ(noticed, Texts{"1 new song, 1 missing"});
 }
 
-TEST_F(NewSongs, TheWholeComputerShowsWhatIsMissingAndRenamedToo) {
+TEST_F(NewSongs, AWholeComputerSearchFindsMissingAndRenamedFilesToo) {
   std::filesystem::rename(std::filesystem::path(music / "a/one.mp3"),
                           std::filesystem::path(music / "a/uno.mp3"));
   std::filesystem::remove_all(std::filesystem::path(music / "b"));
@@ -113,7 +113,7 @@ TEST_F(NewSongs, TheWholeComputerShowsWhatIsMissingAndRenamedToo) {
   EXPECT_EQ(noticed, Texts{"1 new song, 2 missing"});
 }
 
-TEST_F(NewSongs, TheLibraryEndsInTheOrderOfItsNumbers) {
+TEST_F(NewSongs, TheLibraryIsSortedByRecordNumberAfterwards) {
   MakeSong("a/aaa.mp3", {});
   MakeSong("b/zzz.mp3", {});
   for (const NewSongsPlace place : {NewSongsPlace::kWholeComputer, NewSongsPlace::kUsualFolders}) {
@@ -125,7 +125,7 @@ TEST_F(NewSongs, TheLibraryEndsInTheOrderOfItsNumbers) {
   }
 }
 
-TEST_F(NewSongs, ATagThatCannotBeFiledIsSaidAndEverythingElseDone) {
+TEST_F(NewSongs, ATagThatCannotBeFiledIsReportedAndTheRestIsFiled) {
   MakeSong("a/four.mp3", {.artist = "Zappa", .year = "198x"});
   MakeSong("a/six.mp3", {.artist = "Yes"});
   BringIn(NewSongsPlace::kUsualFolders);
@@ -136,7 +136,7 @@ TEST_F(NewSongs, ATagThatCannotBeFiledIsSaidAndEverythingElseDone) {
   EXPECT_TRUE(HasArtist("Yes"));
 }
 
-TEST_F(NewSongs, ACancelOfTheFilingCountsWhereATagCannotBeFiledToo) {
+TEST_F(NewSongs, ACancelOfTheFilingIsRecordedThoughATagCannotBeFiled) {
   MakeSong("a/bad.mp3", {.artist = "Zappa", .year = "abcd"});
   MakeSong("a/six.mp3", {.artist = "Yes"});
   progress.on_visit = [this] {
@@ -179,17 +179,17 @@ TEST_F(NewSongs, WithoutAnActiveJukeboxNothingIsFiled) {
   EXPECT_FALSE(HasArtist("Zappa"));
 }
 
-TEST_F(NewSongs, AJukeboxWithoutACaptionDoesNotStandForAll) {
+TEST_F(NewSongs, AJukeboxWithoutACaptionDoesNotMeanAllJukeboxes) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   Box().Caption("");
   BringIn(NewSongsPlace::kUsualFolders);
   EXPECT_FALSE(HasArtist("Zappa"));
 }
 
-TEST_F(NewSongs, ACancelStopsAfterTheFolderAndWhatWasLookedAtIsComplete) {
+TEST_F(NewSongs, ACancelStopsAfterTheFolderAndSearchedFoldersAreComplete) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   MakeSong("b/five.mp3", {.artist = "Yes"});
-  // The folders are looked at twice: for what is gone, then for what is new.
+  // The folders are visited twice: for missing songs, then for new songs.
   int visits = 0;
   progress.on_visit = [&] { tallow->SearchCancelled = ++visits == 3; };
   BringIn(NewSongsPlace::kUsualFolders);
@@ -244,7 +244,7 @@ TEST_F(NewSongs, OnTheWholeComputerACancelStopsBeforeTheNextFolder) {
   EXPECT_FALSE(HasArtist("Zappa"));
 }
 
-TEST_F(NewSongs, ACancelWhileMissingSongsAreLookedForLeavesTheOthersAsTheyAre) {
+TEST_F(NewSongs, ACancelDuringTheMissingCheckLeavesOtherSongsUnchanged) {
   std::filesystem::remove(std::filesystem::path(music / "a/one.mp3"));
   std::filesystem::remove(std::filesystem::path(music / "b/three.mp3"));
   int visits = 0;
@@ -261,7 +261,7 @@ TEST_F(NewSongs, ACancelWhileMissingSongsAreLookedForLeavesTheOthersAsTheyAre) {
 TEST_F(NewSongs, ManyNewFilesAreFiled) {
   constexpr int kSongs = 20000;
   for (int k = 0; k < kSongs; ++k) {
-    // Without waiting for the disk, file by file.
+    // Writes the files without a flush for each.
     std::ofstream(music / ("a/many " + std::to_string(k) + ".mp3"), std::ios::binary)
         << Audio(400) + Tag({.artist = "Artist " + std::to_string(k % 50)});
   }

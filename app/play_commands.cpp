@@ -25,7 +25,7 @@ void PlayCommands::SearchForPlayer() {
   try {
     if (tallow_.search_for_player) tallow_.search_for_player();
   } catch (const std::exception&) {
-    // A search that fails has found no player, and the next step says so.
+    // A failed search found no player; the next step reports that.
   }
   windows_.EnableFrame(true);
   windows_.ShowStatus({});
@@ -90,14 +90,14 @@ bool PlayCommands::LookForSongs(const std::vector<std::int32_t>& songs,
   if (work) go_on = [&](std::string_view) { return work->GoOn([] { return std::string(); }); };
   try {
     library.LookWithProgress(go_on, [&] {
-      // Its drive may have gone since the last search.
+      // The songs' drive may have been disconnected since the last search.
       library.MarkAwaySongs(songs);
       std::vector<std::int32_t> away;
       for (const std::int32_t song : songs)
         if (library.IsAway(song)) away.push_back(song);
       const std::vector<char> back = library.LookAgain(away);
       std::size_t next = 0;
-      // A song that is there several times may be back since it was listed.
+      // A song that occurs several times may have come back after it was added to `away`.
       for (std::size_t k = 0; k < songs.size() && next < away.size(); ++k)
         if (songs[k] == away[next]) is_there[k] = back[next++];
     });

@@ -16,37 +16,37 @@ class Folder;
 class Tallow;
 class clsMain;
 
-/// What the play commands need of windows.
+/// The windows that the play commands use.
 class PlayWindows {
  public:
   virtual ~PlayWindows() = default;
   /// Shows a message box.
   virtual MessageAnswer Show(const Message& message) = 0;
-  /// Says in the frame window's status bar what is going on; the empty text ends it.
+  /// Shows a text in the frame window's status bar; the empty text clears it.
   virtual void ShowStatus(const std::string& text) = 0;
-  /// A frame window that is disabled takes neither clicks nor keys.
+  /// A disabled frame window accepts neither clicks nor keys.
   virtual void EnableFrame(bool enabled) = 0;
-  /// Shows the player panel and hands it the songs in SongsToPlay: a panel that has to be opened for
-  /// this plays them as it opens.
+  /// Shows the player panel and passes it the songs in SongsToPlay. A panel that has to be opened
+  /// first plays the songs as it opens.
   virtual void PlayOnPanel() = 0;
-  /// Begins work that may take long, see LongWork; null where nobody is to see it.
+  /// Begins work that may take long, see LongWork; null where the work is not to be shown.
   virtual std::unique_ptr<LongWork> BeginWork(std::string_view /*text*/) { return nullptr; }
   /// Starts a program in a normal window.
   virtual bool Start(const std::string& program) = 0;
 };
 
-/// The way from a jukebox to the player.
+/// Commands that hand the songs of a jukebox to the player.
 class PlayCommands {
  public:
-  /// \param tallow, windows have to outlive the object
+  /// \param tallow, windows must outlive the object
   PlayCommands(Tallow& tallow, PlayWindows& windows) : tallow_(tallow), windows_(windows) {}
 
-  /// Whether a player is known. Makes up for a search that was cancelled at start-up; where none is
-  /// known then, offers to install one.
+  /// Whether a player is known. If the player search was cancelled at start-up, runs it now; if no
+  /// player is found, offers to install it.
   bool CheckPlayer();
 
-  /// Plays songs in their order; nothing for no songs. Those that are away are looked at again, and left
-  /// out where that shows nothing new.
+  /// Plays songs in the given order; does nothing when there are none. Songs that are away are
+  /// checked again, and left out when they are still away.
   /// \param songs record numbers
   void Play(std::vector<std::int32_t> songs);
 
@@ -66,11 +66,11 @@ inline constexpr const char* kPlayerInstaller = "winamp265_lite.exe";
 /// The record numbers of all songs of a folder, in list order.
 std::vector<std::int32_t> SongsOf(const Folder& folder);
 
-/// Those of the songs that its list shows.
+/// The record numbers of the songs that the folder's list shows.
 std::vector<std::int32_t> ShownSongsOf(const Folder& folder, const clsMain& library);
 
 /// The record numbers of some entries of a folder.
-/// \param rows places in the list, from 0, in list order; others than there are entries are passed over
+/// \param rows positions in the list, from 0, in list order; positions past the end are ignored
 std::vector<std::int32_t> SongsOf(const Folder& folder, const std::vector<int>& rows);
 
 }  // namespace tallow

@@ -37,13 +37,13 @@ constexpr const char* kQuestion =
     "have "
     "a free copy of WinAmp installed on you system now?";
 
-TEST_F(PlayCommandsTest, TheSongsLieInTheListAsThePanelIsToldToPlay) {
+TEST_F(PlayCommandsTest, SongsToPlayIsSetBeforeThePanelPlays) {
   commands.Play({3, 1, 2});
   EXPECT_EQ(log, Texts{"play"});
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{3, 1, 2}));
 }
 
-TEST_F(PlayCommandsTest, SongsThatAreAwayAreLookedAtAgainAndLeftOut) {
+TEST_F(PlayCommandsTest, AwaySongsAreCheckedAgainAndLeftOut) {
   MountedVolumes mounted{{music.path() + "one" + kSep, {"uuid A", kSep}, false}};
   library.UseDrives([&] { return mounted; }, {});
   const std::string a = music.File("one/a.mp3");
@@ -63,7 +63,7 @@ TEST_F(PlayCommandsTest, SongsThatAreAwayAreLookedAtAgainAndLeftOut) {
                             std::string(FolderOfPath(a)),
                         "play"}));
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{3}));
-  // One is back.
+  // One song comes back.
   music.File("one/b.mp3");
   log.clear();
   commands.Play({1, 2});
@@ -99,7 +99,7 @@ TEST_F(PlayCommandsTest, APendingSearchComesFirst) {
   EXPECT_EQ(log, Texts{"play"});
 }
 
-TEST_F(PlayCommandsTest, APendingSearchThatFindsNothingEndsInTheQuestion) {
+TEST_F(PlayCommandsTest, APendingSearchThatFindsNothingOffersTheInstaller) {
   tallow.settings.LocOfWinAmpExe("");
   tallow.player_search_is_pending = true;
   tallow.search_for_player = [this] { log.push_back("search"); };
@@ -123,7 +123,7 @@ TEST_F(PlayCommandsTest, WithoutAPlayerTheUserIsAsked) {
   EXPECT_TRUE(tallow.SongsToPlay.empty());
 }
 
-TEST_F(PlayCommandsTest, YesTellsWhatToDoAndStartsTheInstaller) {
+TEST_F(PlayCommandsTest, YesExplainsAndStartsTheInstaller) {
   tallow.settings.LocOfWinAmpExe("");
   answer = MessageAnswer::kYes;
   commands.Play({1});
@@ -136,7 +136,7 @@ TEST_F(PlayCommandsTest, YesTellsWhatToDoAndStartsTheInstaller) {
   EXPECT_EQ(shown[1].buttons, MessageButtons::kOk);
 }
 
-TEST_F(PlayCommandsTest, AnInstallerThatIsNotThereIsSaid) {
+TEST_F(PlayCommandsTest, AMissingInstallerIsReported) {
   tallow.settings.LocOfWinAmpExe("");
   answer = MessageAnswer::kYes;
   starts = false;
@@ -153,7 +153,7 @@ TEST_F(PlayCommandsTest, AnInstallerThatIsNotThereIsSaid) {
   EXPECT_NE(shown[2].text.find("It cannot be run."), std::string::npos);
 }
 
-TEST_F(PlayCommandsTest, TheCheckAloneTellsWhetherThereIsAPlayer) {
+TEST_F(PlayCommandsTest, TheCheckReturnsWhetherAPlayerIsKnown) {
   EXPECT_TRUE(commands.CheckPlayer());
   tallow.settings.LocOfWinAmpExe("");
   EXPECT_FALSE(commands.CheckPlayer());

@@ -5,16 +5,17 @@
 
 namespace tallow {
 
-/// A file without which the program would not run right.
+/// A file that the program needs to run correctly.
 struct RuntimeFile {
-  std::string path;     ///< where it has to be; empty for none
-  std::string package;  ///< what brings it, to be read behind "It belongs to"
+  std::string path;     ///< where the file has to be; empty when no file is needed
+  std::string package;  ///< what installs the file, phrased to follow "It belongs to"
 };
 
-/// The file that start-up looks for first: on Linux the part of Qt that reads JPEG pictures, on Windows
-/// the system's library of common controls in the system folder.
+/// The file that start-up checks first: on Linux the Qt plug-in that reads JPEG pictures, on
+/// Windows the system's library of common controls in the system folder.
 ///
-/// \param qt_plugin_folder where Qt's plug-ins are, without a separator at the end; only Linux uses it
+/// \param qt_plugin_folder folder of Qt's plug-ins, without a separator at the end; used on Linux
+///                         only
 RuntimeFile RequiredRuntimeFile(const std::string& qt_plugin_folder);
 
 }  // namespace tallow

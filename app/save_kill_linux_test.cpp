@@ -31,13 +31,12 @@ class SaveKill : public LibraryTest {
     library.WriteOutMp3DirectoryLocations();
   }
 
-  /// Stamps of the library file and of the one written beside it.
+  /// Stamps of the library file and of its new version written beside it.
   std::pair<std::optional<FileStamp>, std::optional<FileStamp>> Stamps() const {
     return {StampOf(LibraryPath()), StampOf(LibraryPath() + ".new")};
   }
 
-  /// What a user does all day: ranks everything and saves, over and over. Now and then songs come
-  /// in.
+  /// Simulates a user: ranks every song and saves in a loop; adds songs from time to time.
   [[noreturn]] void RankForever() {
     tallow.settings.GetandLoadIniInfo(tallow.settings_path);
     tallow.settings.NumerOfRecordsInTheMain(InspectLibrary(LibraryPath()).usable);
@@ -63,8 +62,8 @@ TEST_F(SaveKill, AfterAKillAtAnyMomentEverySongAndRankIsThere) {
     const pid_t child = fork();
     ASSERT_GE(child, 0);
     if (child == 0) RankForever();
-    // Two thirds of the kills wait until the child has begun to save, however slow this build is; the
-    // rest come at any moment of its start.
+    // Two thirds of the kills wait until the child has begun to save, even in a slow build; the
+    // others happen at any moment of its start.
     for (int wait = 0; kill_number % 3 != 0 && Stamps() == stamps && wait < 10000; ++wait)
       std::this_thread::sleep_for(std::chrono::milliseconds(1));
     std::this_thread::sleep_for(std::chrono::microseconds(random() % 12000));

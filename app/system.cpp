@@ -24,7 +24,7 @@
 namespace tallow {
 namespace {
 
-/// Filing that takes longer is shown, and can be cancelled.
+/// Filing that takes longer than this is shown and can be cancelled.
 constexpr std::chrono::milliseconds kShowFilingAfter{500};
 
 }  // namespace
@@ -103,7 +103,7 @@ void System::Notice(const ScanReport& report) {
   if (!notices_.empty()) windows_.Notice(notices_);
   const std::string line = TextOf(report, false);
   if (line.empty()) return;
-  // What is the matter comes first, and hides nothing.
+  // Problems come first; the counts must not hide them.
   std::vector<std::string> lines = std::exchange(notices_, {});
   lines.push_back(line);
   windows_.NoticeScan(lines);
@@ -134,11 +134,11 @@ bool System::SearchForPlayer() {
 
 void System::FindPlayer() {
   const std::string& player = tallow_.settings.LocOfWinAmpExe();
-  // Nobody can tell of one on a share that does not answer.
+  // A player on a share that does not respond may still exist.
   if (!player.empty() && LookAt(player).presence == FilePresence::kThere) return;
   if (IsUnanswered(player)) return;
   if (!player.empty()) {
-    // The path may be damaged, and others with it.
+    // The path may be damaged, and other settings with it.
     KeepSettings();
   }
   tallow_.player_search_is_pending = !SearchForPlayer();
@@ -162,7 +162,7 @@ bool System::WaitsFor(std::string_view root) {
       splash->SetStatus(WaitingLine(root));
     windows_.ShowCancelButton(true);
   }
-  // A cancel is for this drive alone.
+  // The cancel applies to this drive only.
   return !std::exchange(tallow_.SearchCancelled, false);
 }
 

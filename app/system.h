@@ -22,14 +22,14 @@ namespace tallow {
 
 class Jukebox;
 
-/// What start-up needs of windows. The real ones are Qt's; tests have theirs.
+/// The windows that start-up uses. The program implements them with Qt; tests have test doubles.
 class StartUpWindows {
  public:
   virtual ~StartUpWindows() = default;
 
   /// Loads the splash window without its OK button and shows it, not modal.
   virtual void ShowSplash() = 0;
-  /// The splash window, loaded for this when it is not.
+  /// The splash window; loaded by this call if it is not loaded.
   virtual SearchProgress& Splash() = 0;
   /// The splash window; null when it is not loaded.
   virtual SearchProgress* LoadedSplash() = 0;
@@ -39,63 +39,65 @@ class StartUpWindows {
   virtual void ShowFoundLine(bool visible) = 0;
   virtual void UnloadSplash() = 0;
 
-  /// Makes the first document of the frame window, not shown yet.
+  /// Creates the first document of the frame window, not shown yet.
   virtual Jukebox& NewJukebox() = 0;
   virtual void ShowJukebox(Jukebox& jukebox) = 0;
-  /// Loads a jukebox from its file; a window that has a control for it lets that do it. See Jukebox::Load.
+  /// Loads a jukebox from its file; a window with a control for the jukebox may delegate to the
+  /// control. See Jukebox::Load.
   virtual bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
                            const AskWhichSongs& ask);
   /// The open jukeboxes, in the order they were opened.
   virtual std::span<Jukebox* const> OpenJukeboxes() = 0;
 
-  /// Tells something that the user has to know, mostly the end of the program; only an OK button.
+  /// Shows a message that the user has to know, usually why the program ends; only an OK button.
   virtual void Tell(const std::string& text) = 0;
-  /// Asks whether to go on, with Yes and No buttons.
+  /// Asks whether to continue, with Yes and No buttons.
   virtual bool Ask(const std::string& text) = 0;
-  /// Asks with Yes and No buttons; no value when the user leaves the question, or nobody can answer.
+  /// Asks with Yes and No buttons; no value when the user dismisses the question, or no user can
+  /// answer.
   virtual std::optional<bool> AskUnlessLeft(const std::string& text) = 0;
-  /// Asks which of several things to do.
+  /// Asks the user to choose one of several actions.
   ///
-  /// \param choices what is written on the buttons
-  /// \returns the place of the choice, from 0; no value when the user leaves the question, or nobody can
-  ///          answer
+  /// \param choices the labels of the buttons
+  /// \returns index of the choice, from 0; no value when the user dismisses the question, or no
+  ///          user can answer
   virtual std::optional<std::size_t> Choose(const std::string& text,
                                             const std::vector<std::string>& choices) = 0;
-  /// Says something that does not stop anything, where it does not get in the way.
+  /// Shows information without blocking, in an unobtrusive place.
   virtual void Notice(const std::vector<std::string>& lines) = 0;
-  /// Notice of what the start came to; a click on it shows which files were left out, and what is away.
-  /// The last line is the counts, which are no problem.
+  /// Notice of the result of the start; a click on the notice lists the files that were left out
+  /// and the songs that are away. The last line holds the counts; the other lines are problems.
   virtual void NoticeScan(const std::vector<std::string>& lines) = 0;
   /// Opens a text file in the system's text editor; a failure is ignored.
   virtual void OpenInTextEditor(const std::string& path) = 0;
-  /// Shows the tip window, modal; it decides itself whether it stays.
+  /// Shows the tip window, modal; the tip window itself decides whether to stay open.
   virtual void ShowTip() = 0;
 };
 
 /// The program's start-up.
 class System {
  public:
-  /// \param nearby finds the player where no disk has to be searched
+  /// \param nearby finds the player without searching a disk
   System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
          std::function<std::string()> nearby = FindPlayerNearby);
 
   /// Runs the whole start-up: folders, settings, player, library, first jukebox.
   ///
-  /// Whatever ends it is told, with the thing it is about and what to do. Where the program can go
-  /// on by rebuilding what is damaged, it offers to, keeping the damaged file with ".bak" behind
-  /// its name.
-  /// \returns false when the program is to end; no window is open then
+  /// An error that ends the start-up is reported with the file, folder or drive that it concerns
+  /// and with what to do. Where the program can continue by rebuilding damaged data, it offers to
+  /// do so, and keeps the damaged file with ".bak" appended to its name.
+  /// \returns false when the program is to exit; no window is open then
   bool Main(const RuntimeFile& runtime_file);
 
  private:
-  /// Adds what the library has to say to the notices.
+  /// Moves the library's pending problems to the notices.
   void TakeProblems();
   bool CheckRuntimeFile(const RuntimeFile& file);
   void CreateDataFolders();
   bool LoadSettings();
   void UseOwnFolders();
   bool RebuildSettings(const std::string& problem);
-  /// Makes the settings of a first start.
+  /// Creates the settings of a first start.
   void MakeSettings();
   void MendCutSettings();
   void KeepSettings();
@@ -110,11 +112,11 @@ class System {
   void SearchUnreadFolders();
   void SearchForSongs();
   void OpenFirstJukebox();
-  /// Whether a path lies on a drive that was given up because it does not answer.
+  /// Whether a path lies on a drive that was given up because it does not respond.
   bool IsUnanswered(const std::string& path) const;
   bool OpenLastJukebox(Jukebox& jukebox);
-  /// \param last gets the one that was recovered last, if any
-  /// \returns the files of those that were recovered
+  /// \param last gets the jukebox that was recovered last, if any
+  /// \returns the files of the recovered jukeboxes
   std::vector<std::string> RecoverUnsaved(Jukebox*& last);
   void DropVanishedPlayer();
   FilingProgress WhileFiling();
@@ -129,17 +131,20 @@ class System {
   StartUpWindows& windows_;
   std::function<std::string()> nearby_;
   bool settings_are_new_ = false;
-  bool settings_are_kept_ = false;  ///< as they were before this start
-  std::string kept_as_;             ///< says where, a sentence with a blank before it
-  bool is_starting_ = true;         ///< notices wait for the windows
-  bool was_cancelled_ = false;      ///< the search for songs
-  std::string slow_drive_;          ///< is said to be waited for
-  bool shows_filing_ = false;       ///< it takes a while
+  bool settings_are_kept_ = false;  ///< this start has backed up the old settings
+  std::string kept_as_;             ///< sentence on where the backup is, with a leading blank
+  bool is_starting_ = true;         ///< notices are queued until the windows exist
+  bool was_cancelled_ = false;      ///< the user cancelled the song search
+  std::string slow_drive_;          ///< the drive that the splash window says it is waiting for
+  bool shows_filing_ = false;       ///< filing takes long enough to be shown
   bool filing_was_cancelled_ = false;
-  std::vector<std::string> notices_;  ///< to be said once the windows are there
-  bool rebuild_ = false;  ///< the user wants what the library file still shows, and a new search
-  bool is_set_aside_ = false;    ///< the damaged library is kept under another name already
-  bool trusts_library_ = false;  ///< the user wants the library file as it is
+  std::vector<std::string> notices_;  ///< shown once the windows exist
+  /// the user chose to salvage the library file and to search again
+  bool rebuild_ = false;
+  /// the damaged library has been renamed already
+  bool is_set_aside_ = false;
+  /// the user chose to use the library file as it is
+  bool trusts_library_ = false;
 };
 
 }  // namespace tallow

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a start makes of files that something has damaged, cut or replaced.
+// How start-up handles files that were damaged, truncated or replaced.
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ class SystemFaults : public SystemTest {
   }
 };
 
-TEST_F(SystemFaults, AChangedByteOfTheLibraryIsToldWithThreeChoices) {
+TEST_F(SystemFaults, AChangedByteOfTheLibraryIsReportedWithThreeChoices) {
   Change(Library(), "two.mp3", "twp.mp3");
   const std::string changed = Read(Library());
   EXPECT_FALSE(StartChoosing(std::nullopt));
@@ -62,7 +62,7 @@ TEST_F(SystemFaults, AChangedByteOfTheLibraryIsToldWithThreeChoices) {
 }
 
 TEST_F(SystemFaults, ALibraryThatIsUsedAsItIsIsNotAskedAboutAgain) {
-  // A backup of another day, with other ranks.
+  // Replaces the library with an older backup that has other ranks.
   Change(Library(),
          std::string("\1\0"
                      "4",
@@ -82,7 +82,7 @@ TEST_F(SystemFaults, ALibraryThatIsUsedAsItIsIsNotAskedAboutAgain) {
 }
 
 TEST_F(SystemFaults, TheLastGoodLibraryCanBeUsed) {
-  // Another save, so that the last good one has the ranks.
+  // Saves twice, so that the last good library has the ranks.
   tallow->library.MainIsDirty(true);
   tallow->library.Mp3Info(kSongRank, 1, "9");
   tallow->library.Save();
@@ -109,7 +109,7 @@ TEST_F(SystemFaults, AChangedLibraryCanBeSalvaged) {
   EXPECT_EQ(Read(Library() + ".damaged"), changed);
   tallow->library.Mp3Info(kSongRank, 1, "9");
   tallow->library.Save();
-  // Until the next start it can still be had.
+  // The last good library is kept until the next start.
   EXPECT_EQ(Read(Library() + ".bak"), good);
   ASSERT_TRUE(Start());
   EXPECT_TRUE(windows->asked.empty());
@@ -126,7 +126,7 @@ TEST_F(SystemFaults, FoldersThatCouldNotBeReadAreSearchedAtTheNextStart) {
   ExpectRanks();
 }
 
-TEST_F(SystemFaults, ADamagedFolderListThatCannotBeKeptStaysAsItIs) {
+TEST_F(SystemFaults, ADamagedFolderListThatCannotBeBackedUpIsUnchanged) {
   Change(List(), music.path(), "somewhere");
   CreateFolder(List() + ".bak");
   application.File("Grouping/System/LocOfMainTargetFiles.lmz.bak/x");
@@ -138,7 +138,7 @@ TEST_F(SystemFaults, ADamagedFolderListThatCannotBeKeptStaysAsItIs) {
   ExpectRanks();
 }
 
-TEST_F(SystemFaults, TheFolderOfTheFolderListThatIsGoneIsReplacedAndSaid) {
+TEST_F(SystemFaults, AMissingFolderOfTheFolderListIsReplacedAndReported) {
   tallow->settings.FileContainingTargetDirectories(application / "Grouqing/list.lmz");
   tallow->SaveSettings();
   const std::string wrong = Read(Settings());
@@ -153,17 +153,17 @@ TEST_F(SystemFaults, TheFolderOfTheFolderListThatIsGoneIsReplacedAndSaid) {
   ExpectRanks();
 }
 
-TEST_F(SystemFaults, TheSettingsOfBeforeTheStartAreKept) {
+TEST_F(SystemFaults, TheSettingsFromBeforeTheStartAreBackedUp) {
   tallow->settings.LocOfWinAmpExe(application / "gone/player");
   tallow->settings.LocOfGroupingDir(application / "Grouqing/");
   tallow->SaveSettings();
   const std::string wrong = Read(Settings());
-  // Both the folder and the player are replaced.
+  // The start replaces both the folder and the player.
   ASSERT_TRUE(Start());
   EXPECT_EQ(Read(Settings() + ".bak"), wrong);
 }
 
-TEST_F(SystemFaults, OfALibraryThatDoesNotParseTheLastGoodOneIsOffered) {
+TEST_F(SystemFaults, ForALibraryThatDoesNotParseTheLastGoodOneIsOffered) {
   WriteFileAtomically(Library(), Read(Library()).substr(0, 50));
   ASSERT_TRUE(StartChoosing(0));
   EXPECT_EQ(windows->choices, (Texts{"Use the Last Good One", "Salvage It"}));
@@ -172,7 +172,7 @@ TEST_F(SystemFaults, OfALibraryThatDoesNotParseTheLastGoodOneIsOffered) {
   EXPECT_FALSE(Searched());
 }
 
-TEST_F(SystemFaults, DamagedSettingsStayKeptThoughTheLibraryIsDamagedToo) {
+TEST_F(SystemFaults, DamagedSettingsStayBackedUpThoughTheLibraryIsDamagedToo) {
   const std::string wrong = "list\r\ngrouping\r\nabc\r\n";
   WriteFileAtomically(Settings(), wrong);
   RemoveFile(Library());
@@ -228,7 +228,7 @@ TEST_F(SystemFaults, AGoodLibraryWithMoreSongsIsOfferedFirst) {
   EXPECT_EQ(windows->choices, (Texts{"Use the Last Good One", "Use It As It Is", "Salvage It"}));
 }
 
-TEST_F(SystemFaults, OfALibraryThatIsGoneTheLastGoodOneIsOffered) {
+TEST_F(SystemFaults, ForAMissingLibraryTheLastGoodOneIsOffered) {
   RemoveFile(Library());
   ASSERT_TRUE(StartChoosing(0));
   EXPECT_EQ(windows->asked.at(0),
@@ -240,7 +240,7 @@ TEST_F(SystemFaults, OfALibraryThatIsGoneTheLastGoodOneIsOffered) {
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
 }
 
-TEST_F(SystemFaults, ACountThatIsWrongDoesNotMatterWhereTheLibraryIsWhole) {
+TEST_F(SystemFaults, AWrongCountIsCorrectedWhenTheLibraryIsComplete) {
   tallow->settings.NumerOfRecordsInTheMain(9);
   tallow->SaveSettings();
   ASSERT_TRUE(Start());
@@ -250,7 +250,7 @@ TEST_F(SystemFaults, ACountThatIsWrongDoesNotMatterWhereTheLibraryIsWhole) {
   ExpectRanks();
 }
 
-TEST_F(SystemFaults, ADamagedCompanionIsKeptAndSaid) {
+TEST_F(SystemFaults, ADamagedCompanionIsBackedUpAndReported) {
   const std::string companion = application / "Grouping/FileLocNames.more";
   Change(companion, "TALLOW", "TOLLOW");
   const std::string damaged = Read(companion);
@@ -261,7 +261,7 @@ TEST_F(SystemFaults, ADamagedCompanionIsKeptAndSaid) {
   ExpectRanks();
 }
 
-TEST_F(SystemFaults, AFolderInThePlaceOfTheCompanionIsSaidAndDoesNotKeepFromSaving) {
+TEST_F(SystemFaults, AFolderInPlaceOfTheCompanionIsReportedAndSavingWorks) {
   const std::string companion = application / "Grouping/FileLocNames.more";
   RemoveFile(companion);
   CreateFolder(companion);
@@ -273,7 +273,7 @@ TEST_F(SystemFaults, AFolderInThePlaceOfTheCompanionIsSaidAndDoesNotKeepFromSavi
   EXPECT_TRUE(FileExists(companion));
 }
 
-TEST_F(SystemFaults, SettingsThatWereCutAreKeptAndCompleted) {
+TEST_F(SystemFaults, TruncatedSettingsAreBackedUpAndCompleted) {
   const std::string whole = Read(Settings());
   for (const std::size_t length :
        {std::size_t{0}, whole.find("Grouping") + 3, whole.find("\r\n") + 9, whole.find(" 3 ") + 2,
@@ -296,7 +296,7 @@ TEST_F(SystemFaults, SettingsThatWereCutAreKeptAndCompleted) {
   }
 }
 
-TEST_F(SystemFaults, AWriteOfTheSettingsThatFailsIsSaidOnce) {
+TEST_F(SystemFaults, AFailedWriteOfTheSettingsIsReportedOnce) {
   RemoveFile(Settings());
   CreateFolder(Settings());
   tallow->settings.IsItTiled(true);
@@ -309,7 +309,7 @@ TEST_F(SystemFaults, AWriteOfTheSettingsThatFailsIsSaidOnce) {
   EXPECT_TRUE(windows->notices[0].ends_with(". Make room for them, or make the file writable."));
 }
 
-TEST_F(SystemFaults, AFileOfMoreThan16MegabytesIsNoSettings) {
+TEST_F(SystemFaults, ASettingsFileOfMoreThan16MegabytesIsRejected) {
   std::filesystem::resize_file(Settings(), (std::uintmax_t{16} << 20U) + 1);
   ASSERT_TRUE(Start());
   ASSERT_EQ(windows->asked.size(), 1U);
@@ -318,7 +318,7 @@ TEST_F(SystemFaults, AFileOfMoreThan16MegabytesIsNoSettings) {
   ExpectRanks();
 }
 
-TEST_F(SystemFaults, FoldersOfSettingsThatAreGoneAreSaidAndTheSettingsKept) {
+TEST_F(SystemFaults, MissingFoldersInTheSettingsAreReportedAndTheSettingsBackedUp) {
   const std::string before = Read(Settings());
   tallow->settings.LocOfGroupingDir(application / "Grouqing/");
   tallow->SaveSettings();
@@ -334,7 +334,7 @@ TEST_F(SystemFaults, FoldersOfSettingsThatAreGoneAreSaidAndTheSettingsKept) {
   ExpectRanks();
 }
 
-TEST_F(SystemFaults, AFolderListThatCannotBeReadStaysAndIsSaid) {
+TEST_F(SystemFaults, AnUnreadableFolderListIsUnchangedAndReported) {
   RemoveFile(List());
   CreateFolder(List());
   MakeSong("a/new.mp3", {});
@@ -346,12 +346,12 @@ TEST_F(SystemFaults, AFolderListThatCannotBeReadStaysAndIsSaid) {
                "it readable and start Tallow again."));
   EXPECT_TRUE(FolderExists(List()));
   ExpectRanks();
-  // The folders are known from the songs.
+  // The folders are known from the songs in the library.
   EXPECT_NE(RankOf("new.mp3"), "no such song");
 }
 
-TEST_F(SystemFaults, UnsavedChangesThatCannotBeReadStay) {
-  // Longer than any such file; nothing of it is on the disk.
+TEST_F(SystemFaults, UnreadableUnsavedChangesAreKept) {
+  // Larger than any valid file; a sparse file, so it occupies no disk space.
   const std::string path = application.File("Grouping/System/Jukebox-1.unsaved");
   std::filesystem::resize_file(path, std::uintmax_t{2} << 30U);
   ASSERT_TRUE(Start());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Which jukeboxes a start opens.
+// Start-up: which jukeboxes are opened.
 #include <algorithm>
 #include <optional>
 
@@ -22,7 +22,8 @@ bool Contains(const std::vector<std::string>& paths, const std::string& path) {
   });
 }
 
-/// An unsaved jukebox whose own file another one has: it is saved under a new name.
+/// A copy of an unsaved jukebox without its file, because another jukebox has that file: it is
+/// saved under a new name.
 UnsavedJukebox WithoutFile(UnsavedJukebox unsaved) {
   unsaved.caption += " (recovered)";
   unsaved.location.clear();
@@ -34,12 +35,13 @@ UnsavedJukebox WithoutFile(UnsavedJukebox unsaved) {
 
 void System::OpenFirstJukebox() {
   tallow_.found_tags.Seal();
-  // Each window shows it.
+  // Checks the drive of the background picture, which each jukebox window shows.
   if (tallow_.settings.IsThereAPicture()) LookAt(tallow_.settings.PictureLocation());
   Jukebox* last_recovered = nullptr;
   const std::vector<std::string> recovered = RecoverUnsaved(last_recovered);
   const std::string& last = tallow_.settings.LocOfLastSavedJukeBox();
-  // With a jukebox open there is no need for the sample, nor for another window of the same file.
+  // With a recovered jukebox open, neither the sample nor a second window of the same file is
+  // needed.
   if (!last.empty()) LookAt(last);
   const bool is_unanswered = IsUnanswered(last);
   const bool is_open = !recovered.empty() &&
@@ -58,7 +60,7 @@ void System::OpenFirstJukebox() {
     }
   }
   EndFiling();
-  // What the user has just asked for is in front.
+  // The recovered jukebox goes in front, because the user has just asked for it.
   if (last_recovered != nullptr && !is_open) windows_.ShowJukebox(*last_recovered);
   tallow_.found_tags.Clear();
 }
@@ -67,24 +69,25 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
   const AskQuestion ask = [this](const std::string& text) { return windows_.AskUnlessLeft(text); };
   std::vector<std::string> problems;
   std::vector<std::string> recovered;
-  // The windows go_on while a jukebox is filed, and nobody is to use them yet.
+  // The windows are shown later: they process events while a jukebox is filed, and the user must
+  // not use them yet.
   std::vector<Jukebox*> to_show;
   for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
     if (!unsaved.file.empty()) LookAt(unsaved.file);
-    // The program ended between saving and taking this away.
+    // The program ended after saving the jukebox and before removing this file.
     if (!IsUnanswered(unsaved.file) && UnsavedJukeboxes::IsSaved(unsaved, tallow_.library)) {
       RemoveFile(unsaved.path);
       continue;
     }
     const std::optional<bool> wanted = windows_.AskUnlessLeft(
         "Tallow was not closed properly. Recover the unsaved changes of " + unsaved.caption + "?");
-    // Without an answer it stays for the next start.
+    // Without an answer the file stays for the next start.
     if (!wanted) continue;
     if (!*wanted) {
       UnsavedJukeboxes::Decline(unsaved);
       continue;
     }
-    // Looked into before it gets a window, which could not be taken back here.
+    // Validates the file before a window is created, because the window could not be removed here.
     Jukebox probe;
     if (!probe.TakeUnsaved(unsaved.bytes, unsaved.path, tallow_.library)) {
       windows_.Tell(UnreadableChanges(unsaved.path, probe.FileProblem()));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How a start checks and loads the song library, or builds it.
+// Start-up: how the song library is checked and loaded, or built.
 #include <optional>
 
 #include "app/data_paths.h"
@@ -30,7 +30,7 @@ bool System::CheckLibraryFile() {
   try {
     check = CheckLibrary(path);
   } catch (const FileError& error) {
-    // It may be readable tomorrow (a disk not mounted, a permission), so it is not to be replaced.
+    // The file may become readable (a disk not mounted, a permission), so it must not be replaced.
     const std::string backup = path + std::string(kBackupSuffix);
     throw FileError(path,
                     "the song library cannot be read (" + error.reason() +
@@ -63,7 +63,7 @@ bool System::ChooseLibrary(const LibraryCheck& check) {
   const std::string path = tallow_.library.LibraryPath();
   const std::string name(NameOfPath(path));
   const std::string set_aside = FreeSetAsidePath(path);
-  // Nobody means an empty library where there is a good one.
+  // An empty library is not offered when there is a good one.
   const bool can_be_used =
       check.file.exists && check.file.sound && (check.file.usable > 0 || !check.last_good);
   std::string text = "The song library " + path;
@@ -90,7 +90,7 @@ bool System::ChooseLibrary(const LibraryCheck& check) {
           "it holds " + std::to_string(check.file.usable) +
               " songs. Right for a backup that was put back.");
   };
-  // The first one is what Enter takes.
+  // The first choice is the default for the Enter key.
   const bool has_lost_songs = check.last_good && check.file.usable < *check.last_good;
   if (can_be_used && !has_lost_songs) offer_as_it_is();
   if (check.last_good)
@@ -142,7 +142,8 @@ bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
     return false;
   rebuild_ = true;
   if (IsGone(tallow_.settings.LocOfGroupingDir())) {
-    // The folder may come back (a disk not mounted today); the old settings still name it.
+    // The folder may come back (its disk is not mounted now); the old settings still contain its
+    // path.
     KeepSettings();
     UseOwnFolders();
   }
@@ -151,10 +152,10 @@ bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
 
 void System::LoadLibrary() {
   clsMain& library = tallow_.library;
-  // It was sound a moment ago; what cannot be read now must not be replaced.
+  // The file was sound a moment ago. If it cannot be read now, it must not be replaced.
   const bool is_loaded = library.LoadMain();
   const std::int32_t last = library.UBoundOfMp3Array();
-  // A file that became shorter meanwhile leaves rows without a number.
+  // If the file was truncated meanwhile, rows have no number.
   if (!is_loaded || library.Mp3Info(kRecordNumber, last).empty())
     throw FileError(library.LibraryPath(),
                     "the song library cannot be read. Make it readable, or move it away, and start "
@@ -170,7 +171,7 @@ void System::LoadLibrary() {
   library.CheckToSeeIfFilesAreMissingAndMakeFalse(go_on, wait);
   library.AddAnyAdditionalMp3FromTheNormalDirectories(go_on, wait);
   SearchUnreadFolders();
-  // Nothing is waited for any longer.
+  // Ends the display of the drive that start-up was waiting for.
   ProcessEvents(library.LibraryPath());
 }
 
@@ -194,7 +195,7 @@ void System::SearchForSongs() {
   windows_.ShowFoundLine(true);
   std::int32_t old_count = 0;
   if (rebuild_) {
-    // Songs that the damaged file still shows keep their numbers and ranks.
+    // Songs that are readable in the damaged file keep their numbers and ranks.
     library.Salvage(is_set_aside_);
     library.CheckToSeeIfFilesAreMissingAndMakeFalse(
         [this](std::string_view folder) { return ProcessEvents(folder); },
@@ -206,7 +207,8 @@ void System::SearchForSongs() {
   windows_.ShowCancelButton(false);
   library.TakeSearchedSongs(old_count);
   if (rebuild_ && !library.Mp3MainHasSomeMembers()) {
-    // Nothing is left and nothing was found: the next start must not come here again.
+    // The library is empty and nothing was found. Saves that, so that the next start does not
+    // rebuild again.
     library.Save();
     library.WriteOutMp3DirectoryLocations();
   }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a start finds and opens once the library is there: the player and the first jukebox.
+// What start-up finds and opens after loading the library: the player and the first jukebox.
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -22,7 +22,7 @@ TEST_F(SystemTest, TheFirstRunFindsThePlayer) {
   EXPECT_EQ(saved.LocOfWinAmpExe(), tallow->player_path);
 }
 
-TEST_F(SystemTest, AVanishedPlayerIsSearchedAndItsPathDropped) {
+TEST_F(SystemTest, AMissingPlayerIsSearchedAndItsPathReplaced) {
   Start();
   tallow->settings.LocOfWinAmpExe(music / "gone/player");
   tallow->SaveSettings();
@@ -51,7 +51,7 @@ TEST_F(SystemTest, ADeletedJukeboxGivesTheSampleAndKeepsTheRecentList) {
   EXPECT_EQ(tallow->settings.LocSecToLastSavedJukeBox(), "older.juk");
 }
 
-TEST_F(SystemTest, ALastJukeboxThatIsAFolderIsSaid) {
+TEST_F(SystemTest, ALastJukeboxThatIsAFolderIsReported) {
   Start();
   CreateFolders(application / "folder.juk/x");
   tallow->settings.LocOfLastSavedJukeBox(application / "folder.juk");
@@ -64,7 +64,7 @@ TEST_F(SystemTest, ALastJukeboxThatIsAFolderIsSaid) {
       << windows->told[0];
 }
 
-TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsThatHaveComeSince) {
+TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsAddedSince) {
   Start();
   const std::string path = application / "Grouping/my mix.juk";
   {
@@ -92,7 +92,7 @@ TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsThatHaveComeSince) {
   EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), path);
 }
 
-TEST_F(SystemTest, ALastJukeboxThatCannotBeLoadedIsSaidAndTheSampleIsBuilt) {
+TEST_F(SystemTest, ALastJukeboxThatCannotBeLoadedIsReportedAndTheSampleIsBuilt) {
   Start();
   const std::string path = application.File("Grouping/mix.juk", "no jukebox");
   tallow->settings.LocOfLastSavedJukeBox(path);
@@ -126,7 +126,7 @@ TEST_F(SystemTest, APlayerSearchCancelledAtTheStartIsPending) {
   EXPECT_TRUE(tallow->player_search_is_pending);
   EXPECT_EQ(tallow->player_path, "");
 
-  // Made up for with a splash window of its own.
+  // The pending search runs later with its own splash window.
   windows->progress.on_yield = {};
   windows->log.clear();
   tallow->search_for_player();
@@ -141,7 +141,7 @@ TEST_F(SystemTest, APlayerSearchCancelledAtTheStartIsPending) {
   EXPECT_EQ(saved.LocOfWinAmpExe(), "/opt/player");
 }
 
-TEST_F(SystemTest, APlayerThatIsNowhereLeavesAnEmptyPath) {
+TEST_F(SystemTest, WithoutAPlayerThePathIsEmpty) {
   Start();
   tallow->settings.LocOfWinAmpExe(music / "gone/player");
   tallow->SaveSettings();
@@ -157,7 +157,7 @@ TEST_F(SystemTest, APlayerThatIsNowhereLeavesAnEmptyPath) {
   EXPECT_EQ(saved.LocOfWinAmpExe(), "");
 }
 
-TEST_F(SystemTest, TheFirstStartSaysWhatItFoundAndALaterOneOnlyWhatHasChanged) {
+TEST_F(SystemTest, TheFirstStartReportsAllSongsAndALaterOneOnlyChanges) {
   ASSERT_TRUE(Start());
   EXPECT_EQ(windows->scan, "3 new songs");
   ASSERT_TRUE(Start());
@@ -171,7 +171,7 @@ TEST_F(SystemTest, TheFirstStartSaysWhatItFoundAndALaterOneOnlyWhatHasChanged) {
   EXPECT_EQ(windows->scan, "");
 }
 
-TEST_F(SystemTest, ConfusedNumbersArePutRightAndSaid) {
+TEST_F(SystemTest, ConfusedNumbersAreRepairedAndReported) {
   ASSERT_TRUE(Start());
   Rank();
   clsMain& library = tallow->library;
@@ -191,9 +191,9 @@ TEST_F(SystemTest, ConfusedNumbersArePutRightAndSaid) {
   EXPECT_TRUE(windows->notices.empty());
 }
 
-TEST_F(SystemTest, ALastJukeboxOnADriveThatIsAwayIsNotCalledGone) {
+TEST_F(SystemTest, ALastJukeboxOnAnAwayDriveIsNotReportedAsGone) {
   ASSERT_TRUE(Start());
-  // A drive that was there once.
+  // A drive that was connected before.
   KnownDrives drives({music / "stick/"});
   const std::string root = music.Folder("stick");
   music.File("stick/abba/a.mp3");

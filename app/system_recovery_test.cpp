@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What a start makes of changes that an earlier run could not save.
+// How start-up handles changes that an earlier run did not save.
 #include <gtest/gtest.h>
 
 #include "app/system.h"
@@ -16,7 +16,7 @@ class Recovery : public SystemTest {
   Recovery() { Start(); }
 
   std::string Path(const std::string& name) const { return application / "Grouping/" + name; }
-  /// Keeps a change of the jukebox on screen, as the program does every minute.
+  /// Keeps a change of the open jukebox, as the program does every minute.
   void Change() {
     windows->open[0]->Nodes().AddChild(nullptr, "unsaved");
     tallow->unsaved.Keep(*windows->open[0], tallow->library);
@@ -48,13 +48,13 @@ TEST_F(Recovery, TheUnsavedSampleIsOfferedInPlaceOfANewOne) {
   EXPECT_TRUE(HasUnsaved(0));
   EXPECT_TRUE(windows->open[0]->IsFormDirty());
   EXPECT_EQ(windows->log, (Texts{"splash", "jukebox", "splash off", "tip"}));
-  // It is kept until it is saved or closed.
+  // The file is kept until the jukebox is saved or closed.
   EXPECT_EQ(Kept(), 1U);
   Start(true);
   EXPECT_TRUE(HasUnsaved(0));
 }
 
-TEST_F(Recovery, WhatWasRecoveredIsInFrontOfTheLastJukebox) {
+TEST_F(Recovery, ARecoveredJukeboxIsInFrontOfTheLastJukebox) {
   Change();
   tallow->settings.LocOfLastSavedJukeBox(application / "Grouping/last.juk");
   tallow->SaveSettings();
@@ -67,7 +67,7 @@ TEST_F(Recovery, WhatWasRecoveredIsInFrontOfTheLastJukebox) {
   EXPECT_EQ(windows->last_shown, windows->open[0]);
 }
 
-TEST_F(Recovery, NoKeepsTheFileAsideAndDoesNotAskAgain) {
+TEST_F(Recovery, NoBacksUpTheFileAndDoesNotAskAgain) {
   Change();
   Start(false);
   EXPECT_EQ(windows->asked.size(), 1U);
@@ -79,7 +79,7 @@ TEST_F(Recovery, NoKeepsTheFileAsideAndDoesNotAskAgain) {
   EXPECT_EQ(windows->asked, Texts{});
 }
 
-TEST_F(Recovery, AQuestionThatIsLeftIsAskedAgain) {
+TEST_F(Recovery, ADismissedQuestionIsAskedAgain) {
   Change();
   windows.emplace();
   windows->leaves_questions = true;
@@ -89,14 +89,14 @@ TEST_F(Recovery, AQuestionThatIsLeftIsAskedAgain) {
   EXPECT_EQ(windows->asked.size(), 1U);
   EXPECT_FALSE(HasUnsaved(0));
   EXPECT_EQ(Kept(), 1U);
-  // What this run keeps does not write over it.
+  // Changes kept by this run do not overwrite that file.
   Change();
   EXPECT_EQ(Kept(), 2U);
   Start(true);
   EXPECT_EQ(windows->open.size(), 2U);
 }
 
-TEST_F(Recovery, TheLastJukeboxIsNotOpenedBesideItsUnsavedSelf) {
+TEST_F(Recovery, TheLastJukeboxIsNotOpenedBesideItsRecoveredState) {
   SaveAs("mix.juk");
   Change();
   MakeSong("b/four.mp3", {.artist = "Zappa"});
@@ -110,7 +110,7 @@ TEST_F(Recovery, TheLastJukeboxIsNotOpenedBesideItsUnsavedSelf) {
   EXPECT_EQ(jukebox.FileLocation(), application / "Grouping/");
   EXPECT_EQ(jukebox.FilePath(), Path("mix.juk"));
   EXPECT_EQ(jukebox.Tag(), "1");
-  // With the songs that have come since.
+  // The jukebox contains the songs added since.
   EXPECT_EQ(SongsOnShow(), 4U);
 }
 
@@ -126,10 +126,10 @@ TEST_F(Recovery, AnotherLastJukeboxIsOpenedAsWell) {
   EXPECT_EQ(windows->open[1]->Caption(), "OTHER");
 }
 
-TEST_F(Recovery, WhatWasSavedInTheEndIsNotAskedAbout) {
+TEST_F(Recovery, ChangesThatWereSavedAreNotOffered) {
   SaveAs("mix.juk");
   Change();
-  // The program ends between saving and taking the file away.
+  // The program ended after saving and before removing the file.
   ASSERT_TRUE(windows->open[0]->Save(Path("mix.juk"), tallow->library));
   Start(false);
   EXPECT_EQ(windows->asked, Texts{});
@@ -140,7 +140,7 @@ TEST_F(Recovery, WhatWasSavedInTheEndIsNotAskedAbout) {
 TEST_F(Recovery, TwoUnsavedStatesOfOneFileAreTwoJukeboxes) {
   SaveAs("mix.juk");
   Change();
-  // It was left for later, and the jukebox was opened and changed again.
+  // The question was dismissed once, and the jukebox was opened and changed again.
   const std::string first = application / "Grouping/System/Jukebox-1.unsaved";
   application.File("Grouping/System/Jukebox-2.unsaved", *ReadWholeFile(first));
   Start(true);
@@ -148,7 +148,7 @@ TEST_F(Recovery, TwoUnsavedStatesOfOneFileAreTwoJukeboxes) {
   ASSERT_EQ(windows->open.size(), 2U);
   EXPECT_EQ(windows->open[0]->Caption(), "MIX");
   EXPECT_EQ(windows->open[0]->FilePath(), Path("mix.juk"));
-  // Saving the second does not replace what the first saves.
+  // Saving the second jukebox does not overwrite the file of the first.
   EXPECT_EQ(windows->open[1]->Caption(), "MIX (recovered)");
   EXPECT_EQ(windows->open[1]->FileLocation(), "");
   EXPECT_EQ(windows->open[1]->FilePath(), "");
@@ -156,13 +156,13 @@ TEST_F(Recovery, TwoUnsavedStatesOfOneFileAreTwoJukeboxes) {
   EXPECT_TRUE(HasUnsaved(1));
 }
 
-TEST_F(Recovery, AFolderOfTheNameDoesNotStopTheKeeping) {
+TEST_F(Recovery, AFolderOfThatNameDoesNotPreventKeepingChanges) {
   CreateFolders(application / "Grouping/System/Jukebox-1.unsaved/x");
   Change();
   EXPECT_TRUE(FileExists(application / "Grouping/System/Jukebox-2.unsaved"));
 }
 
-TEST_F(Recovery, AFileThatHoldsNoJukeboxIsSaidAndKeptAside) {
+TEST_F(Recovery, AFileWithoutAJukeboxIsReportedAndBackedUp) {
   application.File("Grouping/System/Jukebox-7.unsaved",
                    "{\"format\":\"Tallow unsaved jukebox\",\"version\":1,\"caption\":\"X\","
                    "\"location\":\"\",\"file\":\"\"}\nno jukebox");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How a start reads the settings, and makes those that are missing, cut or damaged anew.
+// Start-up: how the settings are read, and rebuilt where they are missing, truncated or damaged.
 #include <utility>
 
 #include "app/data_paths.h"
@@ -15,7 +15,7 @@ namespace tallow {
 
 namespace {
 
-/// What is left to the user where the settings no longer name the last jukebox.
+/// What the user can do when the settings no longer name the last jukebox.
 constexpr std::string_view kOpenSaved = " Saved jukeboxes are opened with Open in the File menu.";
 
 }  // namespace
@@ -40,7 +40,7 @@ bool System::LoadSettings() {
         ". Answer No, make the file readable and start Tallow again, if you can.");
   }
   if (!tallow_.settings.IsWhole()) MendCutSettings();
-  // The program was moved with its data: the folders of the settings are where it was before.
+  // The program was moved with its data: the settings still contain the old folders.
   const std::string own = GroupingFolder(tallow_.application_folder);
   const std::string folder = tallow_.settings.LocOfGroupingDir();
   if (IsGone(folder) && (FileExists(own + std::string(kLibraryFileName)) ||
@@ -64,14 +64,14 @@ bool System::LoadSettings() {
 void System::MakeSettings() {
   settings_are_new_ = true;
   try {
-    // Says why, where they cannot be written.
+    // Reports the reason when the settings cannot be written.
     if (!tallow_.settings.CreateNewIniFile(tallow_.settings_path, tallow_.application_folder))
       tallow_.SaveSettings();
   } catch (const TypeMismatchError&) {
-    // The library file shows no number to go on with; CheckLibraryFile says what is wrong with it.
+    // The library file contains no usable number; CheckLibraryFile reports what is wrong with it.
   } catch (const OverflowError&) {
   } catch (const FileError&) {
-    // Nor can it be read.
+    // The library file cannot be read; CheckLibraryFile reports it, too.
   }
 }
 
@@ -116,10 +116,10 @@ bool System::RebuildSettings(const std::string& problem) {
   try {
     MoveToBackup(path);
   } catch (const FileError&) {
-    // That name may be a folder's.
+    // The backup name may be the name of a folder.
     MoveToBackup(path, kSetAsideSuffix);
   }
-  // What this start makes of them is not kept in their place.
+  // Settings made by this start must not overwrite the backup.
   settings_are_kept_ = true;
   tallow_.settings.Clear();
   MakeSettings();

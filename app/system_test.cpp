@@ -53,7 +53,7 @@ TEST_F(SystemTest, TheSecondRunSearchesNothing) {
   EXPECT_EQ(ReadWholeFile(Settings()), settings);
 }
 
-TEST_F(SystemTest, FilesAddedAndRemovedBetweenRunsAreNoticed) {
+TEST_F(SystemTest, FilesAddedAndRemovedBetweenRunsAreDetected) {
   Start();
   Rank();
   MakeSong("b/four.mp3", {.artist = "ABBA"});
@@ -77,7 +77,7 @@ TEST_F(SystemTest, LostSettingsTakeTheirCountFromTheLibrary) {
   ExpectRanks();
 }
 
-TEST_F(SystemTest, DamagedSettingsAreKeptAndMadeAnew) {
+TEST_F(SystemTest, DamagedSettingsAreBackedUpAndRebuilt) {
   Start();
   Rank();
   const std::string damaged = "list\r\ngrouping\r\nabc\r\n";
@@ -95,7 +95,7 @@ TEST_F(SystemTest, DamagedSettingsAreKeptAndMadeAnew) {
   EXPECT_TRUE(windows->asked.empty());
 }
 
-TEST_F(SystemTest, DamagedSettingsAreKeptUnderAnotherNameWhereTheirsIsTaken) {
+TEST_F(SystemTest, DamagedSettingsAreKeptUnderAnotherNameIfBakIsTaken) {
   Start();
   Rank();
   const std::string damaged = "list\r\ngrouping\r\nabc\r\n";
@@ -107,7 +107,7 @@ TEST_F(SystemTest, DamagedSettingsAreKeptUnderAnotherNameWhereTheirsIsTaken) {
   ExpectRanks();
 }
 
-TEST_F(SystemTest, SettingsThatCannotBeMadeAreSaid) {
+TEST_F(SystemTest, SettingsThatCannotBeWrittenAreReported) {
   CreateFolder(GroupingFolder(application.path()));
   CreateFolder(SystemFolder(application.path()));
   CreateFolder(Settings() + ".new");
@@ -128,7 +128,7 @@ TEST_F(SystemTest, ARefusedOfferEndsTheStartAndChangesNothing) {
   EXPECT_FALSE(FileExists(Settings() + ".bak"));
 }
 
-TEST_F(SystemTest, ADamagedLibraryIsKeptAndWhatItShowsSurvives) {
+TEST_F(SystemTest, ADamagedLibraryIsBackedUpAndItsReadableSongsSurvive) {
   Start();
   Rank();
   const std::string whole = ReadWholeFile(Library()).value();
@@ -151,7 +151,7 @@ TEST_F(SystemTest, ADamagedLibraryIsKeptAndWhatItShowsSurvives) {
   EXPECT_TRUE(windows->asked.empty());
 }
 
-TEST_F(SystemTest, ADamagedLibraryStaysWhenTheOfferIsRefused) {
+TEST_F(SystemTest, ADamagedLibraryIsUnchangedWhenTheOfferIsRefused) {
   Start();
   RemoveFile(Library() + ".bak");
   WriteFileAtomically(Library(), "garbage");
@@ -159,7 +159,7 @@ TEST_F(SystemTest, ADamagedLibraryStaysWhenTheOfferIsRefused) {
   EXPECT_EQ(ReadWholeFile(Library()), "garbage");
 }
 
-TEST_F(SystemTest, ALibraryThatIsGoneIsOfferedToBeRebuilt) {
+TEST_F(SystemTest, ARebuildOfAMissingLibraryIsOffered) {
   Start();
   RemoveFile(Library());
   RemoveFile(Library() + ".bak");
@@ -175,13 +175,13 @@ TEST_F(SystemTest, ALibraryThatIsGoneIsOfferedToBeRebuilt) {
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
 }
 
-TEST_F(SystemTest, AShortLibraryIsKeptAndItsRanksSurvive) {
+TEST_F(SystemTest, AShortLibraryIsBackedUpAndItsRanksSurvive) {
   Start();
   Rank();
   const auto whole = ReadWholeFile(Library());
   tallow->settings.NumerOfRecordsInTheMain(7);
   tallow->SaveSettings();
-  // Without its checksum nobody knows whether the library is whole.
+  // Without its checksum, the library cannot be verified.
   RemoveFile(application / "Grouping/FileLocNames.more");
   EXPECT_TRUE(Start());
   ASSERT_EQ(windows->asked.size(), 1U);
@@ -221,7 +221,7 @@ TEST_F(SystemTest, AFolderListThatIsGoneIsWrittenAnew) {
   EXPECT_FALSE(Searched());
 }
 
-TEST_F(SystemTest, ARebuildThatFindsNothingDoesNotComeBack) {
+TEST_F(SystemTest, ARebuildThatFindsNothingIsNotRepeated) {
   Start();
   RemoveFile(Library());
   for (const char* song : {"a/one.mp3", "a/two.mp3", "b/three.mp3"}) RemoveFile(music / song);
@@ -231,7 +231,7 @@ TEST_F(SystemTest, ARebuildThatFindsNothingDoesNotComeBack) {
   EXPECT_TRUE(windows->asked.empty());
 }
 
-TEST_F(SystemTest, NoSongsAtAllIsAStartToo) {
+TEST_F(SystemTest, AStartWithoutAnySongsSucceeds) {
   drives = TestDrives({});
   EXPECT_TRUE(Start());
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 0);
@@ -263,7 +263,7 @@ TEST_F(SystemTest, DataThatWasMovedWithTheProgramIsFound) {
   EXPECT_EQ(tallow->settings.LocOfGroupingDir(), GroupingFolder(elsewhere.path()));
 }
 
-TEST_F(SystemTest, AMissingRuntimeFileIsToldAndEndsTheStart) {
+TEST_F(SystemTest, AMissingRuntimeFileIsReportedAndEndsTheStart) {
   runtime_file = {music / "libqjpeg.so", "the package libqt6gui6"};
   EXPECT_FALSE(Start());
   EXPECT_EQ(
@@ -286,7 +286,7 @@ TEST_F(SystemTest, ADataFolderThatCannotBeMadeIsNamed) {
   EXPECT_EQ(windows->log, (Texts{"splash", "splash off"}));
 }
 
-TEST_F(SystemTest, ATagWithABadYearIsNamedAndEndsNothing) {
+TEST_F(SystemTest, ATagWithABadYearIsReportedAndTheStartContinues) {
   MakeSong("a/bad.mp3", {.artist = "Who", .year = "198x"});
   EXPECT_TRUE(Start());
   ASSERT_EQ(windows->notices.size(), 1U);
@@ -368,7 +368,7 @@ TEST_F(SystemTest, ARebuildThatCannotBeSavedShowsWhatItFound) {
   EXPECT_EQ(SongsOnShow(), 3U);
 }
 
-TEST_F(SystemTest, AFolderListThatIsAFolderIsNoObstacle) {
+TEST_F(SystemTest, AFolderListThatIsAFolderDoesNotPreventTheStart) {
   Start();
   const std::string list = tallow->settings.FileContainingTargetDirectories();
   RemoveFile(list);
@@ -381,7 +381,7 @@ TEST_F(SystemTest, AFolderListThatIsAFolderIsNoObstacle) {
   EXPECT_TRUE(windows->notices[0].starts_with(list + " cannot be read ("));
 }
 
-TEST_F(SystemTest, AFolderListWhoseFolderIsGoneIsNoObstacle) {
+TEST_F(SystemTest, AFolderListInAMissingFolderDoesNotPreventTheStart) {
   Start();
   tallow->settings.FileContainingTargetDirectories(music / "gone/list.lmz");
   tallow->SaveSettings();
@@ -391,7 +391,7 @@ TEST_F(SystemTest, AFolderListWhoseFolderIsGoneIsNoObstacle) {
   EXPECT_EQ(RankOf("four.mp3"), "2");
 }
 
-TEST_F(SystemTest, ADataFolderThatIsNotThereTodayIsAskedFor) {
+TEST_F(SystemTest, AMissingDataFolderIsAskedAbout) {
   Start();
   tallow->settings.LocOfGroupingDir(music / "disk/Grouping/");
   tallow->SaveSettings();
@@ -408,7 +408,7 @@ TEST_F(SystemTest, ADataFolderThatIsNotThereTodayIsAskedFor) {
   EXPECT_TRUE(windows->asked.empty());
 }
 
-TEST_F(SystemTest, ADamagedValueWithoutLettersIsStillNamed) {
+TEST_F(SystemTest, ADamagedValueWithoutLettersIsStillReported) {
   Start();
   WriteFileAtomically(Settings(), std::string("list\r\ngrouping\r\n\0\0\0\r\n", 19));
   EXPECT_FALSE(Start(false));
@@ -421,7 +421,7 @@ TEST_F(SystemTest, ADamagedValueWithoutLettersIsStillNamed) {
 }
 
 #ifndef _WIN32
-TEST_F(SystemTest, NamesThatDifferInCaseAloneDoNotLetTheLibraryGrow) {
+TEST_F(SystemTest, NamesThatDifferOnlyInCaseDoNotGrowTheLibrary) {
   for (const char* song : {"a/song.mp3", "b/Song.mp3", "c/SONG.mp3", "c/song.mp3"})
     MakeSong(song, {});
   Start();
@@ -434,7 +434,7 @@ TEST_F(SystemTest, NamesThatDifferInCaseAloneDoNotLetTheLibraryGrow) {
   }
 }
 
-TEST_F(SystemTest, SettingsThatCannotBeReadAreKeptAndMadeAnew) {
+TEST_F(SystemTest, UnreadableSettingsAreBackedUpAndRebuilt) {
   Start();
   Rank();
   for (const std::string& folder :
@@ -450,7 +450,7 @@ TEST_F(SystemTest, SettingsThatCannotBeReadAreKeptAndMadeAnew) {
   EXPECT_TRUE(windows->asked.empty());
 }
 
-TEST_F(SystemTest, ALibraryThatCannotBeReadIsLeftAloneAndNamed) {
+TEST_F(SystemTest, AnUnreadableLibraryIsUnchangedAndNamed) {
   Start();
   std::filesystem::permissions(Library(), std::filesystem::perms::none);
   const AsNobody nobody;

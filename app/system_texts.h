@@ -9,10 +9,10 @@
 
 namespace tallow {
 
-/// How every offer to make a file anew ends.
+/// The end of every offer to create a file anew.
 inline constexpr std::string_view kGoOn = "\n\nGo on? (No leaves Tallow and changes nothing.)";
 
-/// What an offer to make a file anew says about the damaged one.
+/// The sentence in such an offer that says where the damaged file is kept.
 inline std::string KeptAs(const std::string& path) {
   return " The damaged file is kept as " + std::string(NameOfPath(path)) +
          std::string(kBackupSuffix) + " beside it.";

@@ -17,8 +17,8 @@
 namespace tallow {
 namespace {
 
-/// The rows of the songs by their names in lower case. Of two of a name the first counts, and one that is
-/// there before one that is away.
+/// Maps the songs' names in lower case to their rows. Of two songs with the same name the first is
+/// used, and a song that is there is preferred to a song that is away.
 std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library) {
   std::unordered_map<std::string, std::int32_t> rows;
   rows.reserve(static_cast<std::size_t>(library.UBoundOfMp3Array()));
@@ -29,13 +29,13 @@ std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library)
   return rows;
 }
 
-/// Finds the files that are meant, and asks no disk that does not answer twice.
+/// Collects the files for the given paths; never queries an unresponsive disk twice.
 class MeantFiles {
  public:
   MeantFiles(clsMain& library, TakenFiles& taken, const GoOn& go_on)
       : library_(library), taken_(taken), go_on_(go_on) {}
 
-  /// \returns the files until the user cancels
+  /// \returns the files; after a cancel, those found before it
   std::vector<std::string> Of(std::span<const std::string> paths) {
     for (std::size_t k = 0; k < paths.size(); ++k) {
       if (GoesOn(paths[k])) Add(paths[k]);
@@ -45,14 +45,14 @@ class MeantFiles {
     }
     return std::move(files_);
   }
-  /// How many of the paths were not looked at.
+  /// Number of paths that were not checked.
   std::size_t left() const { return left_; }
 
   bool GoesOn(const std::string& path) {
     is_cancelled_ = is_cancelled_ || (go_on_ && !go_on_(path));
     return !is_cancelled_;
   }
-  /// On a local disk that has answered in a folder, the others of the folder are asked in this thread.
+  /// Once a local disk has responded for a folder, checks the folder's other files on this thread.
   FileLook LookAt(const std::string& path) {
     const std::string_view folder = FolderOfPath(path);
     if (folder == answered_ && !library_.IsOnNetwork(path)) return LookAtFile(path);
@@ -101,7 +101,7 @@ class MeantFiles {
   TakenFiles& taken_;
   const GoOn& go_on_;
   std::vector<std::string> files_;
-  std::string answered_;  ///< the folder in which a disk has answered last
+  std::string answered_;  ///< the last folder for which its disk has responded
   std::size_t left_ = 0;
   bool is_cancelled_ = false;
 };
@@ -120,7 +120,7 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const
   for (const std::string& path : files) {
     if (!meant.GoesOn(path)) break;
     --left;
-    // As a search finds it: a link may lead to a drive that goes.
+    // Resolves links as a search does: a link may point to a removable drive.
     const std::string folder =
         EnsureTrailingBackslash(AbsolutePath(std::string(FolderOfPath(path))));
     if (IsExcludedFolder(folder)) {
@@ -131,9 +131,10 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const
     }
     names.push_back(ToLower(NameOfPath(path)));
     const auto found = known.find(names.back());
-    // A song of the name may have gone since the last search. Of one that is away the size decides, once
-    // all files have been added.
-    // What was found in a recycle bin gives way to what is dropped.
+    // Checks the song with that name, because its file may have disappeared since the last search.
+    // If the song is away, adds the file as new; the size decides, once all files have been added,
+    // whether both are the same song. A song found in a recycle bin is replaced by the dropped
+    // file.
     const bool counts = found != known.end() &&
                         !HoldsNoSongs(library.Mp3Info(kFileLocation, found->second)) &&
                         (found->second > old_count || library.CheckSong(found->second) ||

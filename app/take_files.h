@@ -13,27 +13,28 @@ namespace tallow {
 
 class clsMain;
 
-/// What became of files that were to be taken into the library.
+/// The result of adding files to the library.
 struct TakenFiles {
-  /// An entry for each file that the library holds now, in the files' order.
+  /// An entry for each file that the library contains now, in the order of the files.
   std::vector<SongEntry> songs;
   bool has_new_songs = false;
-  /// Songs that came back; every jukebox has to follow them before it is filed into, see
-  /// FollowReturnedSongs.
+  /// Songs that came back. Every jukebox has to update its references to them before songs are
+  /// filed into it, see FollowReturnedSongs.
   std::vector<ReturnedSong> returned;
   ScanReport report;
-  /// Why the others were left out, a sentence each, and why the library could not be saved.
+  /// One sentence for each file that was left out, and for a library that could not be saved.
   std::vector<std::string> problems;
 };
 
-/// Takes MP3 files into the library, as a search does that finds them: a file whose name a song that is
-/// there has already counts as that song, others become new songs of rank "2". A song whose file has been
-/// moved is found to be missing here, and so is known again. The folders of the new
-/// songs are among those that are looked into from then on. The library is saved once.
+/// Adds MP3 files to the library with the rules of a search: a file with the same name as a present
+/// song is that song; any other file becomes a new song of rank "2". A moved song is detected here:
+/// the song is found to be missing, and the new file is recognized as the same song. Later searches
+/// include the folders of the new songs. The library is saved once.
 ///
-/// \param paths of files, and of folders, of which the MP3 files directly in them are taken
-/// \param go_on is told each file before it is taken, and again and again while its disk does not answer; says
-///              whether to go on. What was taken until then is kept. May be empty
+/// \param paths paths of files, and of folders; of a folder, the MP3 files directly in it are added
+/// \param go_on called with each file before the file is added, and repeatedly while its disk does
+///              not respond; returns whether to continue. Files added before a cancel are kept. May
+///              be empty
 TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on = {});
 
 }  // namespace tallow

@@ -39,7 +39,7 @@ TEST_F(TakingFiles, TheLibraryIsSavedAndTheFolderRemembered) {
   EXPECT_EQ(ReadWholeFile(ListPath()), music / "in/" + "\r\n");
 }
 
-TEST_F(TakingFiles, AFileOfAKnownNameCountsAsThatSong) {
+TEST_F(TakingFiles, AFileWithAKnownNameIsThatSong) {
   AddSong(music.path(), "known.mp3", "1", "6");
   const TakenFiles taken = Take({music.File("elsewhere/Known.MP3")});
   EXPECT_EQ(SongsOf(taken), Songs{1});
@@ -48,32 +48,32 @@ TEST_F(TakingFiles, AFileOfAKnownNameCountsAsThatSong) {
   EXPECT_EQ(library.UBoundOfMp3Array(), 1);
 }
 
-TEST_F(TakingFiles, ASongThatIsMissingIsNotMeant) {
+TEST_F(TakingFiles, AMissingSongIsNotMatched) {
   AddSong("0", "0", "0", "6");
   EXPECT_EQ(SongsOf(Take({music.File("a.mp3")})), Songs{2});
 }
 
-TEST_F(TakingFiles, ACancelKeepsWhatWasTakenAndSaysWhatWasNotLookedAt) {
+TEST_F(TakingFiles, ACancelKeepsAddedFilesAndReportsTheRest) {
   Texts files;
   for (const char* const name : {"a.mp3", "b.mp3", "c.mp3"}) files.push_back(music.File(name));
   const auto cancel_after = [&](int calls) {
     return TakeFiles(files, library, [calls](std::string_view) mutable { return --calls > 0; });
   };
-  // While the files are looked for.
+  // Cancels while the files are collected.
   TakenFiles taken = cancel_after(1);
   EXPECT_TRUE(taken.songs.empty());
   EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 3 files were not looked at."});
-  // While they are taken. Each was asked about once before.
+  // Cancels while the files are added. The callback was called once for each file before.
   for (int calls = 2; calls < 50 && taken.songs.size() != 2; ++calls) taken = cancel_after(calls);
   EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 1 file was not looked at."});
 }
 
-TEST_F(TakingFiles, TwoFilesOfANameAreOneSong) {
+TEST_F(TakingFiles, TwoFilesWithTheSameNameAreOneSong) {
   EXPECT_EQ(SongsOf(Take({music.File("a.mp3"), music.File("b/a.mp3")})), (Songs{1, 1}));
   EXPECT_EQ(library.UBoundOfMp3Array(), 1);
 }
 
-TEST_F(TakingFiles, OfAFolderItsFilesAreTaken) {
+TEST_F(TakingFiles, TheFilesOfAFolderAreAdded) {
   for (const char* const name : {"in/b.mp3", "in/a.mp3", "in/c.txt", "in/deeper/d.mp3"})
     music.File(name);
   Take({music / "in"});
@@ -82,7 +82,7 @@ TEST_F(TakingFiles, OfAFolderItsFilesAreTaken) {
   EXPECT_EQ(Take({music / "empty"}).problems, Texts{music / "empty" + " holds no MP3 file."});
 }
 
-TEST_F(TakingFiles, WhatIsLeftOutIsSaid) {
+TEST_F(TakingFiles, FilesThatAreLeftOutAreReported) {
   const std::string partial = music.File("Incomplete/a.mp3");
   const TakenFiles taken = Take({music.File("a.wav"), music / "gone.mp3", partial});
   EXPECT_EQ(taken.problems, (Texts{music / "a.wav" + " is no MP3 file and was left out.",
@@ -92,7 +92,7 @@ TEST_F(TakingFiles, WhatIsLeftOutIsSaid) {
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
 }
 
-TEST_F(TakingFiles, ALibraryThatCannotBeSavedIsSaid) {
+TEST_F(TakingFiles, ALibraryThatCannotBeSavedIsReported) {
   CreateFolders(LibraryPath() + kSep + "x");
   const TakenFiles taken = Take({music.File("a.mp3")});
   ASSERT_EQ(taken.problems.size(), 1U);

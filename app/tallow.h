@@ -15,7 +15,7 @@
 
 namespace tallow {
 
-/// What the whole program shares. Made once in main and passed on; there is no other shared state.
+/// The program's shared state. Created once in main and passed on; there is no other shared state.
 class Tallow {
  public:
   /// \param application_folder_ the program's folder, ending in a separator
@@ -30,7 +30,7 @@ class Tallow {
   clsINI settings;
 
  private:
-  /// The settings as the library sees them.
+  /// Adapter that gives the library access to the settings.
   class SettingsOfLibrary : public LibrarySettings {
    public:
     explicit SettingsOfLibrary(Tallow& tallow) : tallow_(tallow) {}
@@ -48,47 +48,47 @@ class Tallow {
 
  public:
   clsMain library;
-  /// Runs the song search over all fixed disks; set by whoever knows the drives. Takes where to report, null
-  /// for the splash window, and returns false when it was cancelled.
+  /// Runs the song search over all fixed disks; set by the object that knows the drives. The
+  /// argument receives the progress (null: the splash window); returns false when the search was
+  /// cancelled.
   std::function<bool(SearchProgress*)> search_all_drives;
-  /// Runs the player search in a splash window of its own; set by whoever knows the drives.
+  /// Runs the player search with its own splash window; set by the object that knows the drives.
   std::function<void()> search_for_player;
 
-  /// Tags that the searches have read along the way, until the songs are filed.
+  /// Cache of tags that the searches have read; kept until the songs are filed.
   TagCache found_tags;
 
-  /// What is not saved of the open jukeboxes.
+  /// The unsaved changes of the open jukeboxes.
   UnsavedJukeboxes unsaved;
-  /// What was cut or copied in any jukebox window.
+  /// The songs cut or copied in any jukebox window.
   JukeboxClipboard clipboard;
 
-  /// Full path of the player's executable after start-up; empty when there is none.
+  /// Full path of the player's executable, set by start-up; empty when no player was found.
   std::string player_path;
-  /// The user has cancelled the player search at start-up: it is made up for when a song is to be
-  /// played.
+  /// The user cancelled the player search at start-up: the next play command runs it again.
   bool player_search_is_pending = false;
-  /// The user has cancelled a filing: bringing in new songs makes up for it.
+  /// The user cancelled filing: the next search for new songs completes it.
   bool filing_is_pending = false;
-  /// Set by the Cancel button, cleared by the search that stops because of it. A click that comes
-  /// after the last drive stays set and stops the next search at its first drive.
+  /// Set by the Cancel button; the search that it stops clears it. A click after the last drive
+  /// leaves it set, and so stops the next search at its first drive.
   bool SearchCancelled = false;
-  /// The program is being ended from outside: what is under way stops where it is.
+  /// The system has asked the program to end (EndSignals): running work stops where it is.
   bool is_ending = false;
   /// Record numbers of the songs to hand to the player, in play order.
   std::vector<std::int32_t> SongsToPlay;
-  /// How often a folder was shown, in any jukebox.
+  /// How many times a folder was shown, in any jukebox.
   std::int64_t folder_changes = 0;
-  /// Set at the end of start-up: what the help key opens.
+  /// Set at the end of start-up: the file that the help key opens.
   std::string help_file;
 
-  /// Tells something that does not stop anything, a sentence; set by whoever has windows. May be empty.
+  /// Shows one sentence without blocking; set by the object that knows the windows. May be empty.
   std::function<void(const std::string&)> tell_problem;
 
-  /// Writes the settings to their file. A failure is told, the same one once.
+  /// Writes the settings to their file. Reports a failure, but not the same failure twice in a row.
   void SaveSettings();
 
  private:
-  std::string settings_problem_;  ///< that was told last
+  std::string settings_problem_;  ///< the failure reported last
 };
 
 }  // namespace tallow

@@ -8,26 +8,26 @@
 
 namespace tallow {
 
-/// The name of the file that holds the tips, a tip a line.
+/// The name of the file that holds the tips, one per line.
 inline constexpr const char* kTipFile = "TIPOFDAY.TXT";
 
-/// The tips of the tip window. They count from 1.
+/// The tips of the tip window, numbered from 1.
 class TipList {
  public:
   /// \param seed of the random choice
   explicit TipList(std::mt19937::result_type seed) : random_(seed) {}
 
-  /// Adds every line of a file, blank ones too, and chooses a tip.
+  /// Adds every line of a file, including blank lines, and chooses a tip.
   ///
-  /// \returns false for an empty path and for a file that is not there or cannot be read
+  /// \returns false when the path is empty, or the file does not exist or cannot be read
   bool Load(const std::string& path);
 
   std::size_t Count() const noexcept { return tips_.size(); }
 
-  /// Chooses a tip at random, each with the same chance; the same may come twice.
+  /// Chooses a tip at random with equal probability; the same tip may be chosen twice in a row.
   void Next();
 
-  /// The chosen tip; null when there is none.
+  /// The chosen tip; null when there are no tips.
   const std::string* Current() const noexcept {
     return current_ == 0 ? nullptr : &tips_[current_ - 1];
   }
@@ -38,12 +38,12 @@ class TipList {
   std::mt19937 random_;
 };
 
-/// Where the tips are read from: the application folder, or else the folder of the program.
+/// The file to read the tips from: in the application folder, else in the folder of the program.
 /// \param program_folder ends in a separator
-/// \returns the path in the application folder where neither has the file
+/// \returns the path in the application folder when neither folder has the file
 std::string TipFilePath(const std::string& application_folder, const std::string& program_folder);
 
-/// What is shown where there is no file of tips.
+/// The text shown when there is no tip file.
 std::string NoTipsText();
 
 }  // namespace tallow

@@ -25,7 +25,8 @@ TEST(TipList, EveryLineIsATipAndEachHasTheSameChance) {
     before = *tips.Current();
   }
   EXPECT_EQ(drawn.size(), 10U);
-  // A fair draw of 1,000 each has a standard deviation of 30; five of them are never passed.
+  // Each count of a fair draw is 1,000 with a standard deviation of 30; the tolerance is five of
+  // them.
   for (const auto& [tip, times] : drawn) EXPECT_NEAR(times, 1000, 150) << tip;
   EXPECT_NEAR(same, 1000, 150);
 }
@@ -48,7 +49,7 @@ TEST(TipList, WithoutAFileThereIsNoTip) {
   EXPECT_EQ(tips.Current(), nullptr);
 }
 
-TEST(TipList, WhatCannotBeReadIsNoFile) {
+TEST(TipList, AnUnreadableFileIsTreatedAsMissing) {
   TempFolder folder;
   TipList tips(1);
   EXPECT_FALSE(tips.Load(folder.Folder("a folder")));
@@ -63,7 +64,7 @@ TEST(TipList, LinesMayBeOfAnyLength) {
   EXPECT_EQ(*tips.Current(), tip);
 }
 
-TEST(TipList, TheFileIsTheUsersOwnOrTheOneBesideTheProgram) {
+TEST(TipList, TheFileIsInTheApplicationFolderOrBesideTheProgram) {
   TempFolder own;
   TempFolder program;
   EXPECT_EQ(TipFilePath(own.path(), program.path()), own / "TIPOFDAY.TXT");
@@ -73,7 +74,7 @@ TEST(TipList, TheFileIsTheUsersOwnOrTheOneBesideTheProgram) {
   EXPECT_EQ(TipFilePath(own.path(), program.path()), own / "TIPOFDAY.TXT");
 }
 
-TEST(TipList, TheTextForNoTipsIsItsOwn) {
+TEST(TipList, WithoutTipsAnExplanationIsShown) {
   EXPECT_EQ(
       NoTipsText(),
       "That the TIPOFDAY.TXT file was not found? \r\n\r\nCreate a text file named "

@@ -12,7 +12,7 @@ endif()
 
 find_package(benchmark REQUIRED)
 
-# The floor is a program of its own, so that nothing of Tallow helps it.
+# The floor is a separate program, so that no code of Tallow speeds it up.
 add_executable(tallow_floor benchmarks/floor.cpp)
 target_link_libraries(tallow_floor PRIVATE tallow_options)
 

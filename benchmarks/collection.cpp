@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Makes a collection for the benchmarks: copies of one encoded MP3 file, each with a tag of its
-// own, in artist and album folders, ten songs an album.
+// Creates a collection for the benchmarks: copies of one encoded MP3 file, each with a different
+// tag, in artist and album folders, ten songs per album.
 //
 // Usage: tallow_collection MP3 FOLDER COUNT
 #include <cstdio>

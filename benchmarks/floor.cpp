@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The floor that start-ups are measured against: one thread that walks a tree and reads the last
-// 128 bytes of every "*.mp3". With a file named, it looks at every "*.mp3" only (stat), and reads that file
-// whole. Prints the number of files and the seconds it took.
+// The baseline ("floor") for start-up times: one thread that walks a tree and reads the last 128
+// bytes of every "*.mp3". With FILE given, it only stats every "*.mp3", and reads FILE whole.
+// Prints the number of files and the seconds it took.
 //
 // Usage: tallow_floor MUSIC [FILE]
 #include <chrono>
@@ -20,7 +20,7 @@ namespace {
 constexpr off_t kTagBytes = 128;
 
 long files = 0;
-unsigned long sum = 0;  // of the bytes read, so that reading cannot be left out
+unsigned long sum = 0;  // of the bytes read, so that the compiler cannot remove the reads
 
 void ReadTail(const std::string& path) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);

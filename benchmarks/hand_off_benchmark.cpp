@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the hand-off of songs to the real player, against a floor: looking at each file and sending
-// its path back and forth through a socket to another process, one after another.
-// Prints lines of: what, seconds, songs.
+// Measures the hand-off of songs to the real player, against a floor: stat each file and send its
+// path through a socket to another process and back, one after another.
+// Prints per line: what, seconds, songs.
 //
 // Usage: hand_off_benchmark PLAYER MUSIC SONGS
 #include <chrono>
@@ -35,7 +35,7 @@ struct NoPanel : HandOffPanel {
   void HandedOver() override {}
 };
 
-/// Sends back eight bytes for whatever comes.
+/// Replies with eight bytes to every message.
 [[noreturn]] void Answer(int socket) {
   char bytes[8192];
   while (read(socket, bytes, sizeof bytes) > 0)

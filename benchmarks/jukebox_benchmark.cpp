@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the jukebox file and the sorting of a list, with 100,000 songs filed in all automatic folders.
-// Prints a line each: what, seconds, and for the floors the same.
+// Measures the jukebox file and the sorting of a list, with 100,000 songs filed in all automatic
+// folders.
+// Prints one line per measurement, and one per floor: what, seconds.
 //
 // Usage: tallow_jukebox_benchmark FOLDER
 #include <algorithm>
@@ -29,8 +30,8 @@ using Clock = std::chrono::steady_clock;
 constexpr int kSongs = 100000;
 constexpr int kTimes = 7;
 
-/// The shortest of several runs.
-/// \param before is run before each and not measured
+/// The shortest time of several runs.
+/// \param before runs before each run and is not measured
 double Best(const std::function<void()>& act, const std::function<void()>& before = {}) {
   double best = 1e9;
   for (int k = 0; k < kTimes; ++k) {
@@ -55,7 +56,7 @@ void FillLibrary(clsMain& library) {
   }
 }
 
-/// Files every song as the tags of a real collection would.
+/// Files every song under the values that tags of a real collection have.
 void FillJukebox(Jukebox& jukebox) {
   FolderTree& tree = jukebox.Nodes();
   jukebox.AddColumnHeader(kNameHeader);
@@ -107,7 +108,8 @@ void MeasureSorting(Jukebox& jukebox, const clsMain& library) {
     const auto before = [&] {
       all.Items() = unsorted;
       jukebox.ShowFolder(all, library, changes);
-      // The clicks before this one are not measured; each is on the order that the last one left.
+      // Earlier clicks are not measured. Each click sorts the order that the previous click
+      // produced.
       for (int click = 1; click < state; ++click) jukebox.ColumnClick(library);
       jukebox.History().Clear();
     };
@@ -119,7 +121,7 @@ void MeasureSorting(Jukebox& jukebox, const clsMain& library) {
       texts.clear();
       numbers.clear();
     };
-    // What the clicks have to do as well: read the keys, sort, write the songs back.
+    // The floor does the same work as the clicks: read the keys, sort, write the songs back.
     const auto sort = [&](auto& table, const auto& key) {
       for (const SongEntry& entry : all.Items())
         table.emplace_back(key(entry.SubItem()), entry.SubItem());
@@ -142,7 +144,7 @@ void MeasureSorting(Jukebox& jukebox, const clsMain& library) {
   }
 }
 
-/// Looks for a text that is nowhere, which goes through every folder.
+/// Searches for a text that does not occur, which visits every folder.
 void MeasureFinding(const Jukebox& jukebox, const clsMain& library) {
   bool found = false;
   std::printf("find %.6f\n", Best([&] {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <windows.h>
-// The one below needs what the one above declares.
+// psapi.h needs the declarations of windows.h.
 #include <psapi.h>
 
 #include "benchmarks/process_memory.h"

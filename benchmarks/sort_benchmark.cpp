@@ -15,7 +15,7 @@ namespace {
 
 constexpr int kRows = 100000;
 
-/// The cells of a column of a library of real looking songs, in no order.
+/// The cells of one column of a library of realistic songs, in random order.
 std::vector<std::string> Keys(int column) {
   std::mt19937 random(4);
   std::vector<std::string> keys(kRows);
@@ -59,7 +59,7 @@ void StandardSort(benchmark::State& state) {
   const auto column = static_cast<std::int16_t>(state.range(0));
   const std::vector<std::string> keys = Keys(column);
   for (auto _ : state) {
-    // The same keys: lower-cased text, or integers, made from the cells.
+    // Uses the same keys as Sort: lower-cased text or integers, made from the cells.
     if (AsText(column)) {
       std::vector<std::string> lower;
       lower.reserve(keys.size());

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures the start-up without windows over a real collection: the first run, and runs after it.
-// Prints one line a run: what, seconds, KiB of memory more than before the library was made.
+// Measures the start-up without windows on a real collection: the first run, and later runs.
+// Prints one line per run: what, seconds, increase of memory since before the library was created
+// in KiB.
 //
 // Usage: tallow_startup_benchmark MUSIC APPLICATION_FOLDER first|second
 #include <chrono>
@@ -18,7 +19,7 @@
 namespace tallow {
 namespace {
 
-/// No windows: what a start-up costs by itself.
+/// Windows that do nothing, to measure the start-up alone.
 class NoWindows : public StartUpWindows, private SearchProgress {
  public:
   void ShowSplash() override {}

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Measures what the user sees, on a display in memory: the second start of the whole program to the
-// moment the jukebox is painted; showing "All Songs"; scrolling to its end; cutting half of its songs,
-// pasting them and undoing both, and the same with a quarter, in a row and scattered. Prints a line each:
-// what, seconds, KiB or rows.
+// Measures what the user sees, on an in-memory display: the second start of the whole program until
+// the jukebox is painted; showing "All Songs"; scrolling to its end; cutting half of its songs,
+// pasting them and undoing both, and the same with a quarter, in a row and scattered. Prints per
+// line: what, seconds, KiB or rows.
 //
 // Usage: tallow_window_benchmark MUSIC APPLICATION_FOLDER [JUKEBOX]
-//   JUKEBOX is saved, and opened by the starts that follow
+//   JUKEBOX is saved, and opened by later starts
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -35,16 +35,16 @@ double SecondsSince(Clock::time_point begin) {
   return std::chrono::duration<double>(Clock::now() - begin).count();
 }
 
-/// Some of the rows of a list.
+/// A subset of the rows of a list.
 struct Part {
   const char* name;
-  int of;    ///< one of so many
-  int step;  ///< 1 for rows one behind the other
+  int of;    ///< selects one row of this many
+  int step;  ///< 1 selects consecutive rows
 };
 constexpr Part kParts[] = {
     {"half", 2, 1}, {"quarter", 4, 1}, {"every_2nd", 2, 2}, {"every_4th", 4, 4}};
 
-/// Cuts, pastes and undoes in folders like "All Songs" that the user may change, with the list on show.
+/// Cuts, pastes and undoes in a user folder like "All Songs", with its list on show.
 void Edit(frmMDIForm1& frame, SongListView& list) {
   frmMain& window = *frame.WindowOf(*frame.OpenJukeboxes().front());
   PVExplorer& explorer = window.PVExplorer1();

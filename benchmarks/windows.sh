@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Measures the Windows program under Wine against the Linux program, both over the same folders: the code
-# without windows, and a start to the jukebox on screen. Only the ratios say something: what is measured is
-# Wine as well. See ../bench.sh --windows.
+# Compares the Windows program under Wine with the Linux program on the same folders: the code
+# without windows, and a start until the jukebox is on screen. Only the ratios are meaningful,
+# because the times include Wine itself. See ../bench.sh --windows.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -41,7 +41,8 @@ XDG_RUNTIME_DIR=$windows/run
 export XDG_RUNTIME_DIR
 mkdir -m 700 "$XDG_RUNTIME_DIR"
 
-# best TIMES WHAT COMMAND...: the fewest seconds of the output lines that begin with WHAT.
+# best TIMES WHAT COMMAND...: runs the command TIMES times and prints the fewest seconds of the
+# output lines that begin with WHAT.
 best() {
   local times=$1 what=$2
   shift 2
@@ -55,7 +56,7 @@ fresh() {
   rm -rf "$folder/app" && mkdir -p "$folder/app"
   "$@"
 }
-# The time of a whole program.
+# timed COMMAND...: prints the run time of a command.
 timed() {
   local before after
   before=$(date +%s.%N)

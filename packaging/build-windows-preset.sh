@@ -1,13 +1,13 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Builds Tallow and its tests for Windows in build/windows, with the libraries that the scripts beside
-# this one make.
+# Builds Tallow and its tests for Windows in build/windows, with the libraries that
+# windows-libraries.sh and windows-qt.sh build.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
 libraries=$(packaging/windows-libraries.sh)
 qt=$(packaging/windows-qt.sh)
-# Where a library was found is remembered, even when another one is to be used.
+# CMake caches where it found a library, so the cache is deleted when Qt's folder has changed.
 if ! grep -qsxF "TALLOW_WINDOWS_QT:UNINITIALIZED=$qt" build/windows/CMakeCache.txt &&
   ! grep -qsxF "TALLOW_WINDOWS_QT:PATH=$qt" build/windows/CMakeCache.txt; then
   rm -f build/windows/CMakeCache.txt

@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# To be sourced: fetch_source FOLDER PACKAGE... unpacks Debian's source packages, patches and all, into a
-# folder. They are listed for this call only: the system's own lists with "deb" read as "deb-src".
+# To be sourced. fetch_source FOLDER PACKAGE... unpacks Debian's source packages, with Debian's
+# patches applied, into FOLDER. Uses temporary package lists for this call only: the system's own
+# lists with "deb" replaced by "deb-src".
 
 fetch_source() {
   local folder=$1
@@ -21,7 +22,7 @@ fetch_source() {
   (cd "$folder" && "${apt[@]}" update >&2 && "${apt[@]}" source "$@" >&2)
 }
 
-# cache_folder KIND KEY: where what is built from sources is kept for the user.
+# cache_folder KIND KEY: prints the user's cache folder for libraries built from source.
 cache_folder() {
   printf '%s\n' "${XDG_CACHE_HOME:-${HOME:-/tmp}/.cache}/tallow/$1/$2"
 }

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Installs the packages that are missing, saying which and what for.
+# Installs the missing packages, and prints each package with its purpose.
 #
-# Usage: install-dependencies.sh PURPOSE...   (run, demo, test, bench)
+# Usage: install-dependencies.sh PURPOSE...   (run, demo, test, bench, windows)
 set -euo pipefail
 
 list="$(dirname "$0")/dependencies.txt"

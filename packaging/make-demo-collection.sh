@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Makes a small collection of really encoded MP3 files: 60 short melodies by many artists, of all decades
-# and many genres, a few without a tag, a few with awkward names.
+# Creates a small collection of encoded MP3 files: 60 short melodies by many artists, from all
+# decades and many genres, some without a tag, some with awkward names.
 #
 # Usage: make-demo-collection.sh FOLDER
 set -euo pipefail
-# lame turns the texts of a tag from the locale's encoding into the tag's own.
+# lame converts the tag texts from the encoding of the locale to the encoding of the tag.
 export LC_ALL=C.UTF-8
 
 folder=$1
@@ -14,16 +14,16 @@ mkdir -p "$folder"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 count=0
-# The steps of the scale over its first note, in 24ths.
+# The steps of the scale relative to its first note, in 24ths.
 scale=(24 27 30 36 40 48)
 
-# encode PITCH FILE [lame's options for the tag]
+# encode PITCH FILE [lame options for the tag]
 encode() {
   local pitch=$1 file=$2
   shift 2
   count=$((count + 1))
   mkdir -p "$(dirname "$folder/$file")"
-  # Eight plucked notes of a pentatonic scale, another tune for each song.
+  # Eight plucked notes of a pentatonic scale, a different melody for each song.
   local notes=() step
   for step in 0 1 2 3 4 5 6 7; do
     notes+=("|sox -n -p synth 1.1 pluck $((pitch * ${scale[(count * 7 + step * (count % 4 + 1)) % 6]} / 24)) fade q 0 1.1 0.2")
@@ -52,7 +52,7 @@ for a in "${!artists[@]}"; do
   done
 done
 
-# Without a tag.
+# Songs without a tag.
 for t in 1 2 3 4; do encode $((300 + t * 40)) "Tapes/side A take $t.mp3"; done
 
 # Awkward names.

@@ -1,12 +1,12 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# To be sourced: starts a virtual display that lives as long as the script, and sets DISPLAY. What the
-# script adds to the array `processes` ends with it.
+# To be sourced. Starts a virtual display that runs until the script ends, and sets DISPLAY.
+# Processes whose ids the script adds to the array `processes` are killed when it ends.
 
 processes=()
 display_number=$(mktemp)
 end_processes() {
-  # The last one first, so that nothing loses the display it is on.
+  # In reverse order, so that no process loses its display.
   local k
   for ((k = ${#processes[@]} - 1; k >= 0; --k)); do
     kill "${processes[k]}" 2> /dev/null || :
@@ -16,7 +16,7 @@ end_processes() {
 }
 trap end_processes EXIT
 
-# The server picks a free number and writes it down once it can be connected to.
+# The server picks a free display number and writes it to fd 3 once it accepts connections.
 Xvfb -displayfd 3 -screen 0 1100x760x24 -nolisten tcp 3> "$display_number" 2> /dev/null &
 processes+=($!)
 for _ in $(seq 100); do [ -s "$display_number" ] && break; sleep 0.1; done

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Builds utf8proc and GoogleTest for Windows from Debian's own sources and prints the folder they are in.
-# They are kept in the user's cache folder under their versions, so a second call only prints.
+# Builds utf8proc and GoogleTest for Windows from Debian's sources and prints their folder. The
+# result is cached in the user's cache folder by version, so a second call only prints the folder.
 set -euo pipefail
 # shellcheck source=packaging/debian-source.sh
 . "$(dirname "$0")/debian-source.sh"

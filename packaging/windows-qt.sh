@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Builds the part of Qt that Tallow needs for Windows, static, from Debian's own source of the Qt that is
-# installed here, and prints the folder it is in. It is kept in the user's cache folder under its version
-# and options, so a second call only prints. The first takes about a quarter of an hour.
+# Builds the part of Qt that Tallow needs for Windows, statically, from Debian's source of the
+# installed Qt version, and prints its folder. The result is cached in the user's cache folder by
+# version and options, so a second call only prints the folder. The first call takes about a quarter
+# of an hour.
 set -euo pipefail
 here=$(cd "$(dirname "$0")" && pwd)
 # shellcheck source=packaging/debian-source.sh
 . "$here/debian-source.sh"
 
-# What is built of it: the tools are those of this system, the libraries those that come with the source.
-# Left out is what Tallow does not use, and what the source package or the compiler has no headers for:
+# Build options: host tools come from this system, third-party libraries from the Qt source. Leaves
+# out what Tallow does not use, and what lacks headers in the source package or the compiler:
 # tablets, DirectWrite 3.
 options=(
   -DCMAKE_BUILD_TYPE=MinSizeRel
@@ -48,7 +49,7 @@ source=$(find "$work" -mindepth 1 -maxdepth 1 -type d -name 'qt6-base-*' | head 
 
 echo "Building Qt $version for Windows" >&2
 rm -rf "$folder"
-# said FILE COMMAND...: shows what a command has said only when it fails.
+# said FILE COMMAND...: writes the output of a command to FILE; shows it only on failure.
 said() {
   local file=$1
   shift
@@ -59,7 +60,7 @@ said "$work/configure.log" cmake -S "$source" -B "$work/build" -G Ninja \
   -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" "${options[@]}"
 said "$work/build.log" cmake --build "$work/build"
 said "$work/install.log" cmake --install "$work/build"
-# The notices that belong to a program which holds it.
+# The license notices for programs that contain Qt.
 mkdir -p "$folder/notices"
 cp "$source/debian/copyright" "$folder/notices/qt6-base.txt"
 for part in "${bundled_folders[@]}"; do

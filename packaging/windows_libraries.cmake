@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The libraries that the Qt-free code and its tests need on Windows, as packaging/windows-libraries.sh
-# has built them.
+# The libraries for Windows that the Qt-free code and its tests use, built by
+# packaging/windows-libraries.sh.
 set(TALLOW_WINDOWS_LIBRARIES "" CACHE PATH "Folder that packaging/windows-libraries.sh prints")
 if(NOT EXISTS "${TALLOW_WINDOWS_LIBRARIES}/lib/libutf8proc.a")
   message(FATAL_ERROR

@@ -21,7 +21,7 @@ class GivenDriveList : public DriveList {
 
   std::string GetLogicalDriveList() const override { return list_; }
   int TypeOf(const std::string& root) const override {
-    // One that cannot be looked at is searched, which says so.
+    // A drive that cannot be accessed is kept as fixed: the search then reports the problem.
     return StateOfFolder(root) != FolderState::kNotThere ? kFixedDrive : kNoDrive;
   }
   int ListedTypeOf(const std::string& /*root*/) const override { return kFixedDrive; }
@@ -52,7 +52,7 @@ std::string NextDriveFromList(std::string& list) {
 }
 
 bool IsEndOfDriveList(std::string_view list) noexcept {
-  // A list without any NUL would never come to its end.
+  // Without this check, the loop over a list without any NUL would not end.
   return list.find('\0') == std::string_view::npos || list == std::string_view("\0", 1);
 }
 

@@ -8,7 +8,7 @@
 
 namespace tallow {
 
-/// What kind of drive a root is, in the numbering of the Windows call for it.
+/// The kind of a drive; the numbers are the results of the Windows function GetDriveType.
 enum DriveType : int {
   kUnknownDrive = 0,
   kNoDrive = 1,  ///< the root is not there
@@ -19,54 +19,56 @@ enum DriveType : int {
   kRamDisk = 6,
 };
 
-/// The drives of the machine. Every folder it takes or gives ends in a separator.
+/// The drives of the machine. Every folder passed or returned ends in a separator.
 class DriveList {
  public:
   virtual ~DriveList() = default;
 
-  /// The roots in the order they are searched in, each followed by a NUL, and one more NUL; the
-  /// empty text when the system does not tell.
+  /// The roots in search order, each followed by a NUL, and one more NUL; the empty text when the
+  /// system does not report its drives.
   virtual std::string GetLogicalDriveList() const = 0;
 
-  /// What kind of drive a root is.
+  /// The kind of the drive with this root, see DriveType.
   virtual int TypeOf(const std::string& root) const = 0;
 
-  /// What kind of drive a root is as the system lists it, without a look at the drive, which may not answer.
+  /// The kind of the drive as the system lists it; does not access the drive, which may not
+  /// respond.
   virtual int ListedTypeOf(const std::string& root) const = 0;
 
-  /// Whether another file system begins at a folder, so that a walk from above must not enter it.
+  /// Whether another file system is mounted at a folder, so that a walk from above must not enter
+  /// it.
   virtual bool IsMountPoint(const std::string& folder) const = 0;
 
-  /// Whether what a linked folder leads to may be walked: anything but the kernel's own file
-  /// systems. A link says that the user wants what it leads to, so the kind of drive it is on does
-  /// not matter.
+  /// Whether the target of a linked folder may be walked: anything but the kernel's pseudo file
+  /// systems. A link shows that the user wants its target searched, so the kind of the target's
+  /// drive does not matter.
   virtual bool MayFollow(const std::string& linked_folder) const = 0;
 };
 
-/// The drives the system has.
+/// The drives of the system.
 ///
-/// Windows: its drive letters. Linux: the mount table, in order of mount point; the kernel's pseudo
-/// file systems are no drives, and what is mounted twice is one drive.
+/// Windows: the drive letters. Linux: the mount table, in order of mount point, without the
+/// kernel's pseudo file systems; a file system that is mounted twice is one drive.
 std::unique_ptr<DriveList> SystemDrives();
 
-/// Some folders, in their order, as the only drives, all of them fixed; what is mounted in them is
-/// known from the system's own list.
+/// The given folders, in their order, as the only drives, all of kind kFixedDrive. What is mounted
+/// below them is read from the system's mount table.
 std::unique_ptr<DriveList> GivenDrives(const std::vector<std::string>& folders);
 
-/// Removes the first root from a drive list and returns it. A list without a NUL stays as it is and
-/// gives the empty text.
+/// Removes the first root from a drive list and returns it. A list without a NUL is left unchanged,
+/// and the empty text is returned.
 std::string NextDriveFromList(std::string& list);
 
-/// Whether nothing is left of a drive list but its final NUL (or not even that).
+/// Whether a drive list contains no more roots: only its final NUL is left, or not even the NUL.
 bool IsEndOfDriveList(std::string_view list) noexcept;
 
-/// The words for the kind of a drive: "Hard drive; can not be removed" for a fixed one.
+/// The description of a drive's kind: "Hard drive; can not be removed" for a fixed drive.
 ///
-/// \param type as DriveList::TypeOf gives it
-/// \param root a removable drive whose root begins with a small a or b is a floppy drive
+/// \param type result of DriveList::TypeOf
+/// \param root a removable drive whose root begins with a lower-case a or b is a floppy drive
 std::string_view DescribeDriveType(int type, std::string_view root) noexcept;
 
-/// Whether a drive of these words is searched: only hard drives are.
+/// Whether a drive with this description is searched: only hard drives are.
 bool IsSearched(std::string_view drive_type_text);
 
 }  // namespace tallow

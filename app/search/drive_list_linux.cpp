@@ -23,17 +23,18 @@ std::string ReadMountTable() {
   }
 }
 
-/// Whether the device of a folder of /sys, or the disk that it is a part of, is removable or on a USB
-/// port. A device made of others (encrypted, joined) is when one of them is.
+/// Whether a device, or the disk that it is a partition of, is removable or on a USB port. A
+/// composite device (encrypted, joined) is removable when one of its parts is.
 ///
-/// \param depth how many devices may still lie below each other
+/// \param folder the device's folder in /sys
+/// \param depth  maximum number of further device layers to descend
 bool IsRemovable(std::string folder, int depth) {
   if (folder.find("/usb") != std::string::npos) return true;
   if (depth == 0) return false;
   for (const SubfolderEntry& below :
        ListFolder(folder + "/slaves", {.subfolders = true}).subfolders)
     if (IsRemovable(AbsolutePath(folder + "/slaves/" + below.name), depth - 1)) return true;
-  // A partition's own folder lies in its disk's; only the disk's has the mark.
+  // A partition's folder lies in its disk's folder; only the disk's folder contains the flag.
   for (int level = 0; level < 2; ++level) {
     try {
       const auto mark = ReadWholeFile(folder + "/removable");
@@ -60,8 +61,8 @@ BlockDevice DeviceOf(const Mount& mount) {
   struct stat status {};
   if (!mount.source.starts_with('/') || stat(mount.source.c_str(), &status) != 0 ||
       !S_ISBLK(status.st_mode)) {
-    // The root's source may be a name that nothing in /dev has; the number of the device still
-    // tells.
+    // The source of the root mount may be a name without an entry in /dev. The device number still
+    // identifies the device.
     const bool numbered = FolderExists("/sys/dev/block/" + mount.device);
     return {numbered, false};
   }

@@ -17,7 +17,7 @@ TEST(DriveList, RootsAreTakenFromTheFront) {
   EXPECT_TRUE(IsEndOfDriveList(list));
 }
 
-TEST(DriveList, AListWithoutNulGivesNothingAndStays) {
+TEST(DriveList, AListWithoutNulGivesNothingAndIsUnchanged) {
   std::string list = "C:\\";
   EXPECT_EQ(NextDriveFromList(list), "");
   EXPECT_EQ(list, "C:\\");
@@ -25,7 +25,7 @@ TEST(DriveList, AListWithoutNulGivesNothingAndStays) {
   EXPECT_TRUE(IsEndOfDriveList(""));
 }
 
-TEST(DriveList, EveryTypeHasItsWords) {
+TEST(DriveList, EveryTypeHasADescription) {
   EXPECT_EQ(DescribeDriveType(0, "C:\\"), "The drive type cannot be determined");
   EXPECT_EQ(DescribeDriveType(1, "C:\\"), "The root directory does not exist");
   EXPECT_EQ(DescribeDriveType(2, "a:\\"), "Floppy drive");

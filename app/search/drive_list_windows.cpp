@@ -14,7 +14,7 @@ class LetteredDrives : public DriveList {
     std::wstring buffer(needed, L'\0');
     const DWORD length = GetLogicalDriveStringsW(needed, buffer.data());
     if (length == 0 || length > needed) return {};
-    // Each root ends with a NUL, and the length leaves the final one out.
+    // Each root ends with a NUL. The length does not include the final NUL.
     buffer.resize(length);
     return FromWide(buffer) + '\0';
   }
@@ -25,7 +25,8 @@ class LetteredDrives : public DriveList {
 
   int ListedTypeOf(const std::string& root) const override { return TypeOf(root); }
 
-  // A volume mounted in a folder is a junction here, which a walk leaves for later as any link.
+  // A volume mounted in a folder is a junction on Windows, which a walk leaves for later like a
+  // link.
   bool IsMountPoint(const std::string& /*folder*/) const override { return false; }
   bool MayFollow(const std::string& /*linked_folder*/) const override { return true; }
 };

@@ -20,17 +20,16 @@
 namespace tallow {
 namespace {
 
-/// How often a loop over the drives yields at each drive: a counter runs from 1 up to here, not
-/// included.
+/// Limit of the loop that yields at each drive: the counter runs from 1 to below this limit.
 constexpr int kYieldLimit = 2000;
 
-/// What a link to a folder leads to.
+/// The target of a link to a folder.
 struct LinkTarget {
   std::optional<FolderIdentity> identity;
   std::string path;
 };
 
-/// How long a drive is waited for before that is said, and how long before it is given up.
+/// How long to wait for a drive until the wait is shown, and until the drive is given up.
 constexpr std::chrono::milliseconds kSlowAfter{1000};
 constexpr std::chrono::milliseconds kMaxWait{30000};
 
@@ -102,7 +101,7 @@ bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
       Report("Looking for Mp3s in " + root);
       progress_->Repaint();
     }
-    // The kind of a drive is asked for here that may not answer.
+    // Checks the kind of the drive here, because the drive may not respond.
     if (!IsSearchedAndAnswers(root, true)) {
       if (was_stopped_) return EndStopped();
       continue;
@@ -115,9 +114,9 @@ bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
 }
 
 bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
-  // A linked folder may hold further links, which join the end of the list.
+  // A linked folder may hold further links, which are appended to the list.
   for (std::size_t k = 0; k < linked_.size(); ++k) {
-    // It may lead to a share that does not answer.
+    // The target may be on a share that does not respond.
     const auto target = AskInBackground<LinkTarget>(
         [link = linked_[k]]() -> LinkTarget {
           const auto identity = IdentityOfFolder(link);
@@ -128,7 +127,8 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
     if (!target) RememberSilent(linked_[k]);
     if (!target || !target->identity || visited_.contains(*target->identity)) continue;
     if (!drives_.MayFollow(linked_[k])) continue;
-    // It may be a whole disk, so it is announced and can be cancelled as one.
+    // The target may be a whole disk, so its search is announced and can be cancelled like a
+    // disk's.
     const std::string folder = EnsureTrailingBackslash(target->path);
     if (LiesInSkippedFolder(folder)) continue;
     if (PauseAndTestForCancel()) return false;
@@ -148,7 +148,7 @@ void FileSearch::RememberSilent(const std::string& place) {
 }
 
 bool FileSearch::IsSearchedAndAnswers(const std::string& root, bool for_songs) {
-  // Shares are not searched, and may not answer.
+  // Network shares are not searched; they may not respond.
   if (!IsSearched(DescribeDriveType(drives_.ListedTypeOf(root), root))) return false;
   const bool answers =
       AskInBackground<bool>([root] { return FolderExists(root), true; }, root).has_value();
@@ -162,7 +162,7 @@ bool FileSearch::EndStopped() {
 }
 
 bool FileSearch::Visit(const TreeFolder& folder) {
-  // A file system without numbers for its folders gives 0 for each.
+  // A file system without folder numbers reports 0 for every folder.
   const FolderIdentity& identity = folder.listing.identity;
   return folder.listing.opened && (identity.number == 0 || visited_.insert(identity).second);
 }
@@ -177,13 +177,13 @@ void FileSearch::SearchUnreadFolders(const std::function<bool(const std::string&
       .Recurse = true, .AddToLibrary = true, .Folder = {}, .Pattern = std::string(kSongPattern)};
   for (const UnreadFolder& folder : tallow_.library.UnreadFoldersNow()) {
     clsMain& library = tallow_.library;
-    // What is on a drive that is away is looked at once that is there.
+    // Folders on a drive that is away are searched once the drive is back.
     if (!folder.below || !library.AwayRootOf(folder.path).empty() || !answers(folder.path))
       continue;
     if (IsGone(folder.path)) {
       const std::string_view path(folder.path);
       const std::string above(FolderOfPath(path.substr(0, path.size() - 1)));
-      // An empty folder may be that of a disk that is not mounted.
+      // If the folder above is empty, it may be the mount point of a disk that is not mounted.
       if (StateOfFolder(above) == FolderState::kHasEntries) library.ForgetUnread(folder.path);
       continue;
     }
@@ -204,16 +204,16 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
         return !IsSkippedFolderName(NameOfPath(path.substr(0, path.size() - 1))) &&
                !drives_.IsMountPoint(folder);
       },
-      // Songs that join the library are filed next; their tags are best read while the folder is
-      // open.
+      // Reads the tags of songs along with the folder, because songs added to the library are filed
+      // next.
       [add = request.AddToLibrary](const std::string& folder) {
         return add && !IsExcludedFolder(folder);
       });
 
-  /// A folder whose files are done and whose subfolders are being gone through.
+  /// A folder whose files are done and whose subfolders are being walked.
   struct Level {
     std::shared_ptr<TreeFolder> folder;
-    std::size_t next = 0;  ///< of the subfolders
+    std::size_t next = 0;  ///< index of the next subfolder
     double total = 0;      ///< bytes of its own files and of the subfolders that are done
   };
   std::vector<Level> levels;
@@ -245,7 +245,7 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   while (!levels.empty() && !was_stopped_) {
     Level& level = levels.back();
     if (level.next < level.folder->subfolders.size()) {
-      // A cancel that comes in the last folder of the last drive stops the next search.
+      // A cancel during the last folder of the last drive stops the next search.
       was_stopped_ = tallow_.is_ending || tallow_.SearchCancelled;
       if (was_stopped_) break;
       std::shared_ptr<TreeFolder> subfolder = std::move(level.folder->subfolders[level.next++]);
@@ -311,7 +311,7 @@ bool FileSearch::SearchDrivesForWinamp() {
 }
 
 std::string FileSearch::FindWinampInBackground(const std::string& root) {
-  // A disk takes minutes.
+  // Runs on another thread, because searching a disk takes minutes.
   const auto go_on = std::make_shared<std::atomic<bool>>(true);
   const auto found = AskInBackground<std::string>([go_on, root, drives = &drives_] {
     return FindWinampUnder(root, *drives, [&go_on] { return go_on->load(); });
@@ -322,7 +322,7 @@ std::string FileSearch::FindWinampInBackground(const std::string& root) {
 
 void FileSearch::StorePlayer(const std::string& path) {
   if (IsSplashLoaded()) Report("Found WinAmp!!");
-  // The settings keep paths one a line.
+  // The settings file holds one path per line.
   if (HasLineBreak(path)) return;
   tallow_.settings.LocOfWinAmpExe(path);
   tallow_.SaveSettings();

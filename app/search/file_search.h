@@ -21,61 +21,62 @@ namespace tallow {
 class FolderReader;
 struct TreeFolder;
 
-/// What a walk is to do, and what it has found so far.
+/// Input and running totals of a walk.
 struct FileSearchRequest {
-  bool Recurse = false;       ///< descend into subfolders
-  bool AddToLibrary = false;  ///< append matching files to the library and report them
-  std::string Folder;         ///< where to search; the walk leaves the last folder it visited here
-  std::string Pattern;        ///< of the files' names, "*.mp3"
-  std::int32_t FilesFound = 0;  ///< matching files, added or not
-  double TotalBytes = 0;        ///< their sizes, as far as the walk has come
+  bool Recurse = false;         ///< descend into subfolders
+  bool AddToLibrary = false;    ///< append matching files to the library and report them
+  std::string Folder;           ///< where to search; the walk leaves the last visited folder here
+  std::string Pattern;          ///< of the file names, "*.mp3"
+  std::int32_t FilesFound = 0;  ///< number of matching files, added or not
+  double TotalBytes = 0;        ///< sum of their sizes so far
 };
 
 /// Finds songs and the player on the drives.
 ///
-/// One object is one search: what it has visited is not visited again. Songs go to the library of
-/// the Tallow it works for; they are not saved here.
+/// One object is one search: it never visits a folder twice. Songs are added to the library of the
+/// Tallow passed in; the search does not save the library.
 class FileSearch {
  public:
   /// \param progress may be null when there is no window to report to
-  /// \param nearby   finds the player where no disk has to be searched, see FindPlayerNearby
+  /// \param nearby   finds the player without searching a disk, see FindPlayerNearby
   FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress,
              std::function<std::string()> nearby = FindPlayerNearby);
   ~FileSearch();
 
   /// The song search.
   ///
-  /// \param all_drives true: walk every fixed disk, then the folders that were only met as links.
+  /// \param all_drives true: walk every fixed disk, then the folders that were only found as links.
   ///                   False: search the folder without its subfolders
   /// \param folder     ignored when all drives are searched
-  /// \returns false when it was cancelled
+  /// \returns false when the search was cancelled
   bool SearchDrivesForMp3s(bool all_drives, std::string_view folder);
 
-  /// Walks the folders that an earlier search could not read. Each is forgotten once all of it was walked.
+  /// Walks the folders that an earlier search could not read. Removes each folder from that list
+  /// once the walk has read all of it.
   ///
-  /// \param answers whether the disk of a folder answers
+  /// \param answers whether the disk of a folder responds
   void SearchUnreadFolders(const std::function<bool(const std::string& folder)>& answers);
 
-  /// The player search: beside the program and on the path where the platform has that, then in the
-  /// tree of each fixed disk. The first find goes to the settings, which are saved; without a find,
-  /// or when cancelled, nothing is stored.
-  /// \returns false when it was cancelled
+  /// The player search: beside the program and on the PATH where the platform has one, then in the
+  /// tree of each fixed disk. The first match is stored in the settings, which are saved; without a
+  /// match, or after a cancel, nothing is stored.
+  /// \returns false when the search was cancelled
   bool SearchDrivesForWinamp();
 
   /// Walks a folder depth first, its files before its subfolders, each in the order of the system.
-  /// Folders that cannot be read are skipped, and so is one that was visited before. Links to
-  /// folders and junctions are kept for SearchDrivesForMp3s to enter at its end; what is mounted
-  /// below is left to its own walk, and snapshots are left out. A cancel (SearchCancelled) and the end of the
-  /// program (is_ending) stop it before the next folder.
+  /// Skips folders that cannot be read, folders that were visited before, and snapshots. Does not
+  /// enter mount points, which have their own walk. Collects links to folders and junctions, which
+  /// SearchDrivesForMp3s enters at its end. A cancel (SearchCancelled) and the end of the program
+  /// (is_ending) stop the walk before the next folder.
   ///
-  /// \returns the bytes of the matching files
+  /// \returns the total size of the matching files in bytes
   double WalkFolderTree(FileSearchRequest& request);
 
-  /// Counts, and if asked for adds, the matching files of one folder.
+  /// Counts the matching files of one folder, and adds them to the library if AddToLibrary is set.
   ///
-  /// A file in an excluded folder (IsExcludedFolder), or whose name is that of no song (MayBeSong), is
-  /// counted but not added.
-  /// \returns the bytes of the matching files
+  /// A file in an excluded folder (IsExcludedFolder), or whose name cannot be a song's (MayBeSong),
+  /// is counted but not added.
+  /// \returns the total size of the matching files in bytes
   std::int64_t AddFilesInFolder(FileSearchRequest& request);
 
  private:
@@ -88,16 +89,17 @@ class FileSearch {
   bool IsSplashLoaded() const { return progress_ != nullptr && progress_->IsLoaded(); }
   void Report(std::string_view status);
   bool PauseAndTestForCancel();
-  /// Whether the search was cancelled; clears the flag.
+  /// Whether the search was cancelled; resets the flag.
   bool TakeCancel();
-  /// Asks the file system on another thread.
+  /// Runs a file system query on another thread and waits for the result.
   ///
-  /// \param place is given up after a while if it does not answer; empty where the work may take long
-  /// \returns no value when the place was given up, or when the search is to end first (was_stopped_)
+  /// \param place path that the query accesses, given up when it does not respond for kMaxWait;
+  ///              empty: the query may take any time
+  /// \returns no value when the place was given up, or the search was stopped (was_stopped_)
   template <typename Answer>
   std::optional<Answer> AskInBackground(std::function<Answer()> ask, const std::string& place = {});
   bool IsSearchedAndAnswers(const std::string& root, bool for_songs);
-  /// The next start looks again at a drive or link that was given up.
+  /// Records a drive or link that was given up, so that the next start tries it again.
   void RememberSilent(const std::string& place);
   bool EndStopped();
   std::int64_t AddListedFiles(FileSearchRequest& request, const std::string& folder,
@@ -113,8 +115,8 @@ class FileSearch {
   SearchProgress* progress_;
   std::function<std::string()> nearby_;
   std::unordered_set<FolderIdentity, HashIdentity> visited_;
-  std::vector<std::string> linked_;  ///< folders met as links, in the order met
-  bool was_stopped_ = false;         ///< by a cancel or the end of the program, before its end
+  std::vector<std::string> linked_;  ///< folders found as links, in the order found
+  bool was_stopped_ = false;         ///< ended early by a cancel or by the end of the program
 };
 
 }  // namespace tallow

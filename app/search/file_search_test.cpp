@@ -115,7 +115,7 @@ TEST_F(FileSearchTest, ACancelTakesEffectAtTheNextDrive) {
   EXPECT_FALSE(tallow.SearchCancelled);
 }
 
-TEST_F(FileSearchTest, TheEndOfTheProgramStopsItWhereItIs) {
+TEST_F(FileSearchTest, TheEndOfTheProgramStopsTheSearch) {
   music.File("c/a/a.mp3");
   music.File("c/b/b.mp3");
   music.File("d/c.mp3");
@@ -155,7 +155,7 @@ TEST_F(FileSearchTest, AnEmptyDriveListEndsAtOnce) {
   EXPECT_EQ(progress.yields, 0);
 }
 
-TEST_F(FileSearchTest, TwentySixAndMoreDrivesAreNoMatter) {
+TEST_F(FileSearchTest, MoreThanTwentySixDrivesAreSearched) {
   std::vector<TestDrives::Drive> many;
   for (int k = 10; k < 50; ++k) {
     music.File(std::to_string(k) + "/" + std::to_string(k) + ".mp3");
@@ -208,7 +208,7 @@ TEST_F(FileSearchTest, DeletedFilesAreCountedButNotAdded) {
   EXPECT_EQ(Cells(2), (Texts{"b.mp3"}));
 }
 
-TEST_F(FileSearchTest, SizesBeyondTwoGibibytesEndNothing) {
+TEST_F(FileSearchTest, TotalSizesBeyondTwoGibibytesAreCounted) {
   for (const char* name : {"a.mp3", "b.mp3"}) {
     const std::string path = music.File(name);
     std::filesystem::resize_file(path, 1'500'000'000);
@@ -264,7 +264,7 @@ TEST_F(FileSearchTest, PipesAndDevicesAreNeverOpened) {
   EXPECT_EQ(Songs(), (Texts{"a.mp3"}));
 }
 
-TEST_F(FileSearchTest, NamesOfAnyBytesComeThrough) {
+TEST_F(FileSearchTest, NamesOfAnyBytesAreKept) {
   const std::string invalid = "caf\xE9 \xFF.mp3";
   const std::string broken = "line\nbreak.mp3";
   const std::string longest = std::string(251, 'x') + ".mp3";
@@ -276,7 +276,7 @@ TEST_F(FileSearchTest, NamesOfAnyBytesComeThrough) {
 }
 #endif
 
-TEST_F(FileSearchTest, WhatIsMountedBelowIsLeftToItsOwnWalk) {
+TEST_F(FileSearchTest, MountPointsBelowAreNotEntered) {
   music.File("a.mp3");
   music.File("mnt/b.mp3");
   TestDrives drives({{music.path()}, {music / "mnt/"}});
@@ -308,7 +308,8 @@ TEST_F(FileSearchTest, TheWalkIsDepthFirstFilesBeforeSubfolders) {
   EXPECT_NE(request.Folder, music.path());
 }
 
-/// The walk by plain recursion, one enumeration for files and one for folders.
+/// Reference implementation of the walk: plain recursion, one enumeration for files and one for
+/// folders.
 void LiteralWalk(const std::string& folder, Texts& found) {
   const FolderListing files = ListFolder(folder, {.pattern = "*.mp3"});
   for (const FileEntry& file : files.files) found.push_back(folder + file.name);
@@ -345,7 +346,7 @@ constexpr const char* kPlayer = "WinAmp.exe";
 constexpr const char* kPlayer = "Tallow-Player";
 #endif
 
-/// Makes a file that counts as the player.
+/// Makes an executable file with the player's name.
 std::string MakePlayer(const TempFolder& folder, const std::string& inside) {
   const std::string path = folder.File(inside + kPlayer);
   std::filesystem::permissions(path, std::filesystem::perms::owner_all);
@@ -364,7 +365,7 @@ TEST_F(FileSearchTest, ThePlayerIsFoundInATree) {
   EXPECT_EQ(FindWinampUnder(music / "none/", drives), "");
 }
 
-// On Linux the player lies beside the program as it is built, and is found there first.
+// On Linux, tests find the player that was built beside the program first.
 #ifdef _WIN32
 TEST_F(FileSearchTest, ThePlayerOfTheFirstHardDriveIsStoredAndSaved) {
   MakePlayer(music, "cd/");
@@ -413,7 +414,7 @@ TEST_F(FileSearchTest, ThePlayerBesideTheProgramComesFirst) {
   EXPECT_EQ(saved.LocOfWinAmpExe(), FindPlayerNearby());
 }
 
-TEST_F(FileSearchTest, AFileThatCannotBeRunIsNoPlayer) {
+TEST_F(FileSearchTest, AFileThatIsNotExecutableIsNotThePlayer) {
   std::filesystem::permissions(MakePlayer(music, "a/"), std::filesystem::perms::owner_read);
   EXPECT_EQ(FindWinampUnder(music.path(), TestDrives({})), "");
 }

@@ -15,7 +15,7 @@
 
 namespace tallow {
 
-/// What the walk and the threads share; the last of them takes it away.
+/// State shared by the walk and the worker threads; the last owner destroys it.
 class FolderReader::Shared {
  public:
   using FolderPointer = std::shared_ptr<TreeFolder>;
@@ -27,7 +27,7 @@ class FolderReader::Shared {
         enter_(std::move(enter)),
         tails_(std::move(tails)) {}
 
-  /// \returns false when the system gives no more threads
+  /// \returns false when the system cannot create another thread
   static bool Start(const std::shared_ptr<Shared>& shared, std::function<void()> work) {
     {
       const std::lock_guard lock(shared->mutex_);
@@ -52,7 +52,7 @@ class FolderReader::Shared {
     std::unique_lock lock(mutex_);
     stop_ = true;
     work_.notify_all();
-    // Who still waits for a disk touches nothing but this when it is answered.
+    // A thread that still waits for a disk accesses nothing but this object when the disk responds.
     ended_.wait_for(lock, kLeaveAfter, [this] { return threads_ == 0; });
   }
 
@@ -73,7 +73,7 @@ class FolderReader::Shared {
       if (!WaitFor(self, folder, process_events, lock)) return false;
     } else {
       if (folder->state_ == TreeFolder::State::kWaiting) ReadOne(*folder, lock);
-      // Where another thread has it, there is other work to do until that one is done.
+      // If another thread is listing the folder, lists other folders until that thread is done.
       while (folder->state_ != TreeFolder::State::kDone)
         if (const FolderPointer other = NextWaiting())
           ReadAheadOne(*other, lock);
@@ -90,10 +90,11 @@ class FolderReader::Shared {
   }
 
  private:
-  /// Listed folders that the walk has not come to; bounds the memory of a walk that cannot keep up.
+  /// Maximum number of folders listed before the walk reaches them; bounds the memory of a slow
+  /// walk.
   static constexpr std::size_t kMaxAhead = 4096;
 
-  // All of these need the lock, which ReadOne gives up while it reads.
+  // The caller of all functions below holds the lock; ReadOne releases it while it reads.
 
   void Queue(TreeFolder& folder) {
     folder.queued_ = true;
@@ -113,7 +114,8 @@ class FolderReader::Shared {
     return nullptr;
   }
 
-  /// Waits for a folder without listing anything here: a disk that does not answer would hold the window.
+  /// Waits for a folder without listing anything on this thread: a disk that does not respond would
+  /// block the window.
   bool WaitFor(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
                const std::function<bool()>& process_events, std::unique_lock<std::mutex>& lock) {
     const auto is_done = [&] { return folder->state_ == TreeFolder::State::kDone; };
@@ -123,7 +125,7 @@ class FolderReader::Shared {
       if (threads_ == 0) ReadBeside(self, folder, lock);
     }
     while (!done_.wait_for(lock, kEventInterval, is_done)) {
-      // All threads wait for a disk.
+      // All worker threads are waiting for a disk.
       if (folder->state_ == TreeFolder::State::kWaiting) ReadBeside(self, folder, lock);
       lock.unlock();
       const bool go_on = process_events();
@@ -178,7 +180,7 @@ class FolderReader::Shared {
     }
   }
 
-  /// A folder that cannot be listed.
+  /// The listing of a folder that cannot be listed.
   static FolderListing Unlisted(const char* problem) {
     FolderListing listing;
     listing.problem = problem;
@@ -205,8 +207,8 @@ class FolderReader::Shared {
   std::condition_variable work_;        ///< there is something to list ahead
   std::condition_variable done_;        ///< a folder has been listed; only the walk waits for it
   std::condition_variable ended_;       ///< a thread has ended
-  std::vector<FolderPointer> waiting_;  ///< the one the walk comes to first is last
-  FolderPointer wanted_;                ///< the one that the walk waits for
+  std::vector<FolderPointer> waiting_;  ///< stack: the folder that the walk reaches first is last
+  FolderPointer wanted_;                ///< the folder that the walk waits for
   std::size_t ahead_ = 0;
   unsigned threads_ = 0;
   bool stop_ = false;
@@ -220,7 +222,7 @@ FolderReader::FolderReader(std::string pattern, bool recurse,
   if (!recurse) return;
   const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U);
   for (unsigned k = 0; k < threads; ++k)
-    // Without more threads the walk lists what nobody has listed.
+    // With fewer threads, the walk lists the folders that no thread has listed.
     if (!Shared::Start(shared_, [shared = shared_.get()] { shared->Work(); })) break;
 }
 

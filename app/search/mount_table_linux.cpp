@@ -13,7 +13,7 @@
 namespace tallow {
 namespace {
 
-/// The fields of a line, split at single blanks.
+/// Splits a line into fields at single blanks.
 std::vector<std::string_view> Split(std::string_view line) {
   std::vector<std::string_view> fields;
   while (true) {
@@ -24,7 +24,7 @@ std::vector<std::string_view> Split(std::string_view line) {
   }
 }
 
-/// A field as it was before the kernel wrote blanks, tabs, line breaks and backslashes as \ooo.
+/// Decodes the kernel's escapes \ooo for blanks, tabs, line breaks and backslashes.
 std::string Unescape(std::string_view field) {
   const auto is_octal = [](char c) { return c >= '0' && c <= '7'; };
   std::string text;
@@ -78,14 +78,14 @@ constexpr std::array<std::string_view, 24> kRemote = {"nfs",
                                                       "davfs",
                                                       "virtiofs"};
 
-/// File systems that lie on local disks although the kernel's table does not always name a block device
-/// as their source: those of several devices, and those that show a folder of another one anew
+/// File systems on local disks whose source in the kernel's table is not always a block device:
+/// file systems of several devices, and those that present a folder of another file system
 /// (decrypted, joined).
 constexpr std::array<std::string_view, 10> kLocal = {
     "btrfs",      "zfs",        "bcachefs",      "ecryptfs",    "fuse.gocryptfs",
     "fuse.encfs", "fuse.cryfs", "fuse.mergerfs", "fuse.bindfs", "fuse.ntfs-3g"};
 
-/// Disc images, and the compressed images that programs are shipped in: nothing can be put there.
+/// Disc images, and the compressed images that programs are distributed in: read-only.
 constexpr std::array<std::string_view, 5> kReadOnlyMedia = {"iso9660", "udf", "squashfs", "erofs",
                                                             "cramfs"};
 
@@ -93,7 +93,7 @@ constexpr std::array<std::string_view, 5> kReadOnlyMedia = {"iso9660", "udf", "s
 
 std::vector<Mount> ParseMountTable(std::string_view text) {
   // 36 35 98:0 /mnt1 /mnt2 rw,noatime master:1 - ext3 /dev/root rw,errors=continue
-  // Up to the sixth the fields are fixed, then come optional ones up to a lone hyphen.
+  // The first six fields are fixed; optional fields follow up to a lone hyphen.
   constexpr std::size_t kFixedFields = 6;
   std::vector<Mount> mounts;
   for (const std::string_view line : SplitLines(text)) {
@@ -122,7 +122,7 @@ int TypeOfMount(const Mount& mount, const BlockDevice& device) noexcept {
 }
 
 bool IsOnNetwork(const Mount& mount) noexcept {
-  // What else a program shows by FUSE mostly comes from a network, too.
+  // Other FUSE file systems mostly access a network, too.
   return IsOneOf(mount.type, kRemote) ||
          (mount.type.starts_with("fuse.") && !IsOneOf(mount.type, kLocal));
 }

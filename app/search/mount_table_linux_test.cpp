@@ -9,7 +9,7 @@
 namespace tallow {
 namespace {
 
-/// A table in the kernel's form, as a desktop has it.
+/// A typical desktop's mount table in the kernel's format.
 constexpr std::string_view kTable =
     "22 27 0:21 / /proc rw,relatime - proc proc rw\n"
     "27 1 8:2 / / rw,relatime shared:1 - ext4 /dev/sda2 rw\n"

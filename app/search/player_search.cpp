@@ -26,11 +26,11 @@ std::string PlayerIn(const std::string& folder) {
   return PlayerIn(folder, ListFolder(folder, {.pattern = PlayerProgramName()}));
 }
 
-// Not by SearchTreeForFile where that is: it follows junctions to their parents, and what it does with
-// paths of more than 260 characters is anybody's guess.
+// Does not use the Windows function SearchTreeForFile: it follows junctions to their parents, and
+// its behaviour with paths of more than 260 characters is undefined.
 std::string FindWinampUnder(const std::string& root, const DriveList& drives,
                             const std::function<bool()>& go_on) {
-  std::vector<std::string> waiting{EnsureTrailingBackslash(root)};  // the next one is last
+  std::vector<std::string> waiting{EnsureTrailingBackslash(root)};  // stack: the next folder last
   std::set<std::tuple<std::uint64_t, std::uint64_t, std::uint64_t>> visited;
   while (!waiting.empty()) {
     const std::string folder = std::move(waiting.back());
@@ -38,7 +38,7 @@ std::string FindWinampUnder(const std::string& root, const DriveList& drives,
     const FolderListing listing =
         ListFolder(folder, {.pattern = PlayerProgramName(), .subfolders = true});
     if (go_on && !go_on()) return {};
-    // A file system without numbers for its folders gives 0 for each.
+    // A file system without folder numbers reports 0 for every folder.
     const auto& [device, number, number_high] = listing.identity;
     if (number != 0 && !visited.emplace(device, number, number_high).second) continue;
     std::string found = PlayerIn(folder, listing);

@@ -8,7 +8,7 @@ namespace tallow {
 std::string_view PlayerProgramName() { return "winamp.exe"; }
 
 std::string PlayerAt(const std::string& path) {
-  // Some letters have a small form that is another letter on the disk.
+  // The lower-case form of some letters is a different letter to the file system.
   std::string lower = ToLower(path);
   return FileExists(lower) ? lower : path;
 }

@@ -5,8 +5,9 @@
 
 namespace tallow {
 
-/// What the system shows where now: on Linux the mount table, each file system known by its UUID or, on a
-/// network, by its source; on Windows the drive letters, known by the share or the volume's serial number.
+/// The volumes that are mounted now: on Linux the mount table, each file system identified by its
+/// UUID or, on a network, by its source; on Windows the drive letters, identified by the share or
+/// by the volume's serial number.
 MountedVolumes SystemVolumes();
 
 }  // namespace tallow

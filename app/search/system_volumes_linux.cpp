@@ -14,7 +14,7 @@
 namespace tallow {
 namespace {
 
-/// The UUIDs of file systems by the numbers of their devices, "8:1".
+/// Maps device numbers, "8:1", to the UUIDs of their file systems.
 std::map<std::string, std::string> UuidsByDevice() {
   std::map<std::string, std::string> uuids;
   std::error_code error;
@@ -38,12 +38,13 @@ MountedVolumes SystemVolumes() {
   try {
     table = ReadWholeFile("/proc/self/mountinfo").value_or(std::string());
   } catch (const FileError&) {
-    // Without a table nothing is known of drives.
+    // Without a mount table no drives are known.
   }
   const std::map<std::string, std::string> uuids = UuidsByDevice();
   return VolumesOf(ParseMountTable(table), [&](const Mount& mount) -> std::string {
     auto found = uuids.find(mount.device);
-    // A file system of several devices has a number of its own, which is none of theirs.
+    // A file system of several devices has its own device number, different from the devices'
+    // numbers.
     if (found == uuids.end() && mount.source.starts_with('/'))
       found = uuids.find(DeviceNumberOf(mount.source));
     return found != uuids.end() ? found->second : std::string();

@@ -13,7 +13,7 @@
 namespace tallow {
 namespace {
 
-/// Keeps the system from asking for a medium in a drive that has none.
+/// Suppresses the system's dialog that asks for a medium in an empty drive.
 class NoQuestions {
  public:
   NoQuestions() noexcept { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before_); }
@@ -25,7 +25,7 @@ class NoQuestions {
   DWORD before_ = 0;
 };
 
-/// The share that a drive letter stands for; empty where it stands for none.
+/// The network share mapped to a drive letter; empty when the letter is not mapped.
 std::string ShareOf(const std::wstring& root) {
   std::array<wchar_t, 1024> share{};
   auto length = static_cast<DWORD>(share.size());
@@ -34,7 +34,7 @@ std::string ShareOf(const std::wstring& root) {
   return FromWide(share.data());
 }
 
-/// Whether a drive letter is another name of a folder.
+/// Whether a drive letter is an alias of a folder.
 bool IsSubstitute(const std::wstring& root) {
   std::array<wchar_t, 1024> target{};
   const std::wstring letter = root.substr(0, 2);
@@ -47,7 +47,7 @@ std::string VolumeAt(const std::wstring& root) {
     const std::string share = ShareOf(root);
     return share.empty() ? share : "source " + ToLower(share);
   }
-  // It has the serial number of another letter.
+  // A substituted drive letter has the serial number of another drive letter.
   if (IsSubstitute(root)) return {};
   DWORD serial = 0;
   if (!GetVolumeInformationW(root.c_str(), nullptr, 0, &serial, nullptr, nullptr, nullptr, 0) ||
@@ -71,7 +71,7 @@ MountedVolumes SystemVolumes() {
   for (int k = 0; k < 26; ++k) {
     if ((letters >> k & 1U) == 0) continue;
     const std::wstring root = {static_cast<wchar_t>(L'A' + k), L':', L'\\'};
-    // Whether a server answers is asked where it can be waited for.
+    // A network drive is checked later, where the program can wait for the server.
     const bool network = GetDriveTypeW(root.c_str()) == DRIVE_REMOTE;
     if (!network && !IsThere(root)) continue;
     volumes.push_back({FromWide(root), {VolumeAt(root), "\\"}, false, network});

@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What a Windows program says of itself: version, icon, code page and controls.
+# Resources of a Windows program: version, icon, code page and controls.
 configure_file(packaging/windows/tallow.manifest.in tallow.manifest @ONLY)
 set(manifest_resource "1 24 \"${CMAKE_BINARY_DIR}/tallow.manifest\"")
 if(MSVC)
-  # Its linker puts the manifest in.
+  # The linker of MSVC embeds the manifest itself.
   set(manifest_resource "")
   target_sources(tallow PRIVATE ${CMAKE_BINARY_DIR}/tallow.manifest)
 endif()
