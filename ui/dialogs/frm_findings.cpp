@@ -20,7 +20,7 @@ namespace {
 constexpr int kListCharacters = 120;
 constexpr int kListLines = 18;
 
-/// Item data: the path of a place that is away, in bytes.
+/// Item data: the path of a place that is away, as raw bytes.
 constexpr int kPlaceRole = Qt::UserRole;
 
 std::string SongCount(std::int32_t songs) {

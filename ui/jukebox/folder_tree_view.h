@@ -11,7 +11,7 @@ namespace tallow {
 
 class Folder;
 
-/// The tree half of the explorer control. Folders can be dragged; songs, folders and files can be
+/// The tree pane of the explorer control. Folders can be dragged; songs, folders and files can be
 /// dropped on folders. During a drag over the tree, the folder under the pointer is framed and is
 /// expanded after a delay, and the tree scrolls near its edges.
 class FolderTreeView : public QTreeView {

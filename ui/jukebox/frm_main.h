@@ -35,7 +35,7 @@ class frmMain : public QWidget {
   tallow::Jukebox& Jukebox() noexcept { return jukebox_; }
   PVExplorer& PVExplorer1() noexcept { return *explorer_; }
 
-  /// The half that last had the keyboard focus, see PopUpPane; 0 if neither had it yet.
+  /// The pane that last had the keyboard focus, see PopUpPane; 0 if neither had it yet.
   int CurrentPaneWFocus() const noexcept { return pane_with_focus_; }
 
   /// The preferred size, used when the window is no longer maximized.
@@ -45,14 +45,14 @@ class frmMain : public QWidget {
   /// problem.
   const std::string& PictureProblem() const noexcept { return picture_problem_; }
 
-  /// Sets the keyboard focus to the half that last had it, or to the tree.
+  /// Sets the keyboard focus to the pane that last had it, or to the tree.
   void TakeFocus();
 
   /// Expands and collapses the tree's folders as marked in the jukebox and, if no folder is on show
   /// yet, shows the first folder.
   void ShowJukebox();
 
-  /// Returns the folder that a half's keys, and the frame's commands for that half, act on; null if
+  /// Returns the folder that a pane's keys, and the frame's commands for that pane, act on; null if
   /// there is none, and null for the root in the tree.
   /// \param pane see PopUpPane
   Folder* FolderOfPane(int pane) const;
@@ -60,7 +60,7 @@ class frmMain : public QWidget {
   /// Runs a command of a pop-up menu.
   ///
   /// \param item the command, see TreeCommand and ListCommand
-  /// \param pane the half that the menu belongs to, see PopUpPane
+  /// \param pane the pane that the menu belongs to, see PopUpPane
   /// \param node the folder to act on; null for none
   void ActOnPopUpClick(int item, int pane, Folder* node);
 

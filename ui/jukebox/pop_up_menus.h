@@ -10,7 +10,7 @@ namespace tallow {
 
 class Folder;
 
-/// The halves of a jukebox window, numbered as the pop-up menus number them.
+/// The panes of a jukebox window, numbered as the pop-up menus number them.
 enum PopUpPane : int {
   kTreePane = 1,
   kListPane = 2,

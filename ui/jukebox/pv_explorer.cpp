@@ -257,7 +257,7 @@ bool PVExplorer::ListKeyPressed(const QKeyEvent& key) {
 }
 
 void PVExplorer::ShowFocus() {
-  // The half without the focus shows its selection in grey.
+  // The pane without the focus shows its selection in grey.
   for (QAbstractItemView* const view :
        {static_cast<QAbstractItemView*>(tree_), static_cast<QAbstractItemView*>(list_)}) {
     QPalette colors = palette();

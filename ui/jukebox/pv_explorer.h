@@ -152,7 +152,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void BeforeCut(tallow::BeforeCutEvent& event);
   /// The list was refilled with the songs of the folder on show.
   void ListRefilled();
-  /// A half has received the keyboard focus.
+  /// A pane has received the keyboard focus.
   /// \param pane see PopUpPane
   void FocusChanged(int pane);
   void CaptionChanged(const QString& caption);

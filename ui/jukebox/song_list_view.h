@@ -11,7 +11,7 @@
 
 namespace tallow {
 
-/// The list half of the explorer control, which behaves like a list of files: Home and End move to
+/// The list pane of the explorer control, which behaves like a list of files: Home and End move to
 /// the first and the last row, typing finds a name, rows can be dragged, and a picture can be shown
 /// behind the rows.
 class SongListView : public QTableView {

@@ -15,10 +15,9 @@ namespace tallow {
 /// Implements the windows of start-up with real windows.
 class StartUp : public StartUpWindows {
  public:
-  /// \param frame  the frame window, shown together with the first jukebox; must outlive this
-  /// object
-  /// \param silent shows no dialogs: messages go to standard error; questions are answered No or left
-  ///               unanswered
+  /// \param frame  the frame window, shown with its first jukebox; must outlive this object
+  /// \param silent shows no dialogs: messages go to standard error; questions are answered No or
+  ///               left unanswered
   StartUp(Tallow& tallow, frmMDIForm1& frame, bool silent);
 
   void ShowSplash() override;
