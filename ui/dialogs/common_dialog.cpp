@@ -10,7 +10,7 @@
 namespace tallow {
 namespace {
 
-/// The texts of a filter, which have their patterns in them once more.
+/// Returns the display texts of a filter; the texts repeat the patterns in parentheses.
 QStringList NameFilters(std::string_view filter) {
   QStringList texts;
   const QStringList parts = DisplayText(filter).split(QLatin1Char('|'));
@@ -26,7 +26,7 @@ std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder
   QFileDialog dialog(parent);
   dialog.setObjectName(QStringLiteral("CommonDialog1"));
   dialog.setWindowTitle(opens ? QFileDialog::tr("Open") : QFileDialog::tr("Save As"));
-  // A dialog of a dialog is about the same thing.
+  // A file dialog opened by another dialog uses the help page of that dialog.
   const QString page = parent != nullptr ? parent->property(kHelpPage).toString() : QString();
   dialog.setProperty(kHelpPage,
                      qobject_cast<QDialog*>(parent) != nullptr ? page : QStringLiteral("files"));

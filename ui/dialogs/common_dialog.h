@@ -11,13 +11,13 @@ namespace tallow {
 
 enum class FileDialogPurpose { kOpen, kSave };
 
-/// Shows the file dialog, named "CommonDialog1", and waits for a choice. Whether a file may be replaced is
-/// not asked: that is for whoever saves.
+/// Shows the modal file dialog, named "CommonDialog1". The dialog does not ask before an existing
+/// file is replaced; the caller that saves does.
 ///
-/// \param folder what is shown first
-/// \param filter what is offered: text, bar, pattern, such as "Pictures (*.jpg) |*.jpg", and behind a bar the
-///        next text, bar, pattern; the first one is chosen at first
-/// \returns the path; no value when the user cancels
+/// \param folder the folder that the dialog shows first
+/// \param filter the file types on offer: pairs of text and pattern, all separated by "|", such as
+/// "JPEG (*.jpg) |*.jpg|PNG (*.png) |*.png"; the first type is preselected
+/// \returns the chosen path; no value when the user cancels
 std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder,
                                       std::string_view filter, FileDialogPurpose purpose);
 

@@ -19,7 +19,7 @@
 namespace tallow {
 namespace {
 
-/// How wide the search text is at least, in average characters.
+/// Minimum width of the search text box, in average characters.
 constexpr int kTextCharacters = 36;
 
 bool IsFindKey(const QKeyEvent& event) {
@@ -57,7 +57,7 @@ frmFind::frmFind(std::function<frmMain*()> active, const clsMain& library, ShowM
   layout->addWidget(text_, 0, 1);
   layout->addWidget(find, 0, 2);
   layout->addWidget(close, 1, 2);
-  // On some desktops Enter presses the button that has the keyboard.
+  // On some desktops Enter clicks the button that has the keyboard focus.
   for (QWidget* const control :
        {static_cast<QWidget*>(text_), static_cast<QWidget*>(find), static_cast<QWidget*>(close)})
     control->installEventFilter(this);
@@ -100,7 +100,7 @@ void frmFind::FindNext() {
     if (found.folder == nullptr) break;
     const int row = window->PVExplorer1().SelectSong(*found.folder, found.row);
     search_.FoundAt(row);
-    // One that went as its folder was shown is none.
+    // SelectSong showed the folder, which pruned the song; continue with the next match.
     if (row < 0) continue;
     has_found_ = true;
     StandAsideOf(window->PVExplorer1().PlaceOfRow(row));

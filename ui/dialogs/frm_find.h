@@ -15,21 +15,21 @@ namespace tallow {
 class clsMain;
 class frmMain;
 
-/// The find dialog: each press of its button goes to the next song of the active jukebox whose file name
-/// holds the text.
+/// The find dialog. Each click on Find selects the next song of the active jukebox whose file name
+/// contains the text.
 class frmFind : public QDialog {
   Q_OBJECT
 
  public:
-  /// \param active gives the active jukebox window; null for none
-  /// \param library has to outlive the dialog
+  /// \param active  returns the active jukebox window; null when there is none
+  /// \param library must outlive the dialog
   frmFind(std::function<frmMain*()> active, const clsMain& library, ShowMessage show,
           QWidget* parent = nullptr);
 
-  /// Whether a song was found since Begin().
+  /// Returns whether a song has been found since Begin().
   bool HasFound() const { return has_found_; }
 
-  /// Makes the dialog ready to be shown: a new search, with the text of the last one selected.
+  /// Prepares the dialog for a new search, with the text of the last search selected.
   void Begin();
 
   bool LookingForTheLastNode() const { return search_.LookingForTheLastNode(); }

@@ -26,7 +26,7 @@ class FrmFind : public JukeboxWindowTest {
   }
   void Type(const QString& text) { dialog.findChild<QLineEdit*>("Text1")->setText(text); }
   void Press() { dialog.findChild<QPushButton*>("Command1")->click(); }
-  /// "folder song" of what is selected.
+  /// Returns "folder song" for the selected row; empty unless exactly one row is selected.
   std::string Found() {
     return Selected().size() != 1
                ? ""
@@ -54,10 +54,10 @@ TEST_F(FrmFind, GoesFromSongToSongThroughTheFolders) {
   EXPECT_EQ(Tree().currentIndex().data().toString(), "two");
 }
 
-TEST_F(FrmFind, SongsThatAreGoneAreNoHitsAndDoNotShiftTheOthers) {
+TEST_F(FrmFind, MissingSongsAreSkippedAndDoNotShiftOtherRows) {
   AddSong("0", "0", "0");
   AddFolder("one", {2});
-  // 4 is gone, and shown as such until its folder is shown.
+  // Song 4 is missing; its row is removed only when its folder is shown.
   AddFolder("two", {4, 1, 4, 2, 3, 3});
   Show();
   Type("apple");
@@ -74,7 +74,7 @@ TEST_F(FrmFind, SongsThatAreGoneAreNoHitsAndDoNotShiftTheOthers) {
   EXPECT_EQ(messages.Take(), Texts{"Can't find '0'"});
 }
 
-TEST_F(FrmFind, WhatIsNotThereIsSaid) {
+TEST_F(FrmFind, AnUnsuccessfulSearchIsReported) {
   AddFolder("one", {1});
   Show();
   Type("No SUCH");
@@ -106,13 +106,13 @@ TEST_F(FrmFind, EnterAndF3FindAndEscCloses) {
   EXPECT_EQ(Found(), "one 3.  Apple.mp3");
   QTest::keyClick(&dialog, Qt::Key_Escape);
   EXPECT_FALSE(dialog.isVisible());
-  // The text is there again, and selected.
+  // The dialog still holds the text, selected.
   dialog.Begin();
   EXPECT_EQ(dialog.findChild<QLineEdit*>("Text1")->selectedText(), "apple");
   EXPECT_TRUE(dialog.FirstRun());
 }
 
-TEST_F(FrmFind, EnterAndF3FindWhateverHasTheKeyboard) {
+TEST_F(FrmFind, EnterAndF3FindWhicheverControlHasTheFocus) {
   AddFolder("one", {1, 3});
   Show();
   Type("apple");
@@ -125,12 +125,12 @@ TEST_F(FrmFind, EnterAndF3FindWhateverHasTheKeyboard) {
   EXPECT_EQ(Found(), "one 2.  Pineapple.mp3");
 }
 
-TEST_F(FrmFind, ItComesInTheMiddleOfTheScreen) {
+TEST_F(FrmFind, ItOpensInTheMiddleOfTheScreen) {
   const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
   EXPECT_LE((dialog.geometry().center() - screen.center()).manhattanLength(), 8);
 }
 
-TEST_F(FrmFind, ItStandsAsideOfWhatItHasFound) {
+TEST_F(FrmFind, ItMovesAwayFromTheFoundRow) {
   AddFolder("one", {1, 3});
   Show();
   Type("apple");
@@ -138,7 +138,7 @@ TEST_F(FrmFind, ItStandsAsideOfWhatItHasFound) {
   EXPECT_TRUE(dialog.HasFound());
   const QRect row = active->PVExplorer1().PlaceOfRow(0);
   EXPECT_FALSE(row.isEmpty());
-  // Laid over the next one, which is the same place in a list of one row more.
+  // Covers the next match, which is one row below.
   dialog.move(active->PVExplorer1().PlaceOfRow(1).topLeft());
   Press();
   EXPECT_FALSE(dialog.frameGeometry().intersects(active->PVExplorer1().PlaceOfRow(1)));
@@ -152,12 +152,12 @@ TEST_F(FrmFind, WithoutAJukeboxOrAFolderItDoesNothing) {
   active = nullptr;
   Press();
   EXPECT_EQ(messages.Take(), Texts{});
-  // The text is stored all the same.
+  // The text is remembered nevertheless.
   EXPECT_EQ(dialog.LastLookedFor(), "apple");
   EXPECT_FALSE(dialog.HasFound());
 }
 
-/// A style that wants no button to be the default one.
+/// A style that reports no default button.
 class NoDefaultButton : public QProxyStyle {
  public:
   using QProxyStyle::QProxyStyle;
@@ -169,7 +169,7 @@ class NoDefaultButton : public QProxyStyle {
   }
 };
 
-TEST_F(FrmFind, EnterFindsUnderEveryStyleWhateverHasTheKeyboard) {
+TEST_F(FrmFind, EnterFindsUnderEveryStyleWhicheverControlHasTheFocus) {
   AddFolder("one", {1, 3});
   Show();
   const QString before = QApplication::style()->name();

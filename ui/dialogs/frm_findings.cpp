@@ -16,11 +16,11 @@
 namespace tallow {
 namespace {
 
-/// Of the list, in average characters and lines.
+/// Minimum size of the list, in average characters and lines.
 constexpr int kListCharacters = 120;
 constexpr int kListLines = 18;
 
-/// Holds the bytes of a place that is away.
+/// Item data: the path of a place that is away, as raw bytes.
 constexpr int kPlaceRole = Qt::UserRole;
 
 std::string SongCount(std::int32_t songs) {
@@ -117,7 +117,7 @@ void frmFindings::Fill() {
   list_->expandAll();
   list_->header()->resizeSection(0, list_->minimumWidth() / 2);
   forget_->setEnabled(false);
-  // What can be acted on is selected, so that the keyboard is enough.
+  // Selects the first place that is away, so that it can be forgotten using only the keyboard.
   if (!places.empty()) list_->setCurrentItem(list_->topLevelItem(0)->child(0));
 }
 

@@ -15,21 +15,22 @@ namespace tallow {
 
 class clsMain;
 
-/// The list of what a start or a search did not take: the drives and folders that are away, which can be
-/// forgotten, and the files that were left out, each with the song that stands for it.
+/// The list of what the last start or search did not read or add: drives and folders that are away,
+/// whose songs the user can forget; folders that could not be read; and files that were left out,
+/// each with the song that was kept instead.
 class frmFindings : public QDialog {
   Q_OBJECT
 
  public:
-  /// \param library has to outlive the dialog
-  /// \param forgotten is called after songs were made missing
+  /// \param library   must outlive the dialog
+  /// \param forgotten called after songs were made missing
   frmFindings(clsMain& library, ShowMessage show, std::function<void()> forgotten,
               QWidget* parent = nullptr);
 
  private:
   void Fill();
   void Forget();
-  /// The selected place that is away; empty for none.
+  /// The selected place that is away; null when none is selected.
   QString SelectedPlace() const;
 
   clsMain& library_;

@@ -46,7 +46,7 @@ class FrmFindings : public LibraryTest {
   int forgotten = 0;
 };
 
-TEST_F(FrmFindings, ListsWhatIsAwayAndWhatWasLeftOut) {
+TEST_F(FrmFindings, ListsPlacesThatAreAwayAndFilesThatWereLeftOut) {
   frmFindings dialog(library, messages.Shower(), [this] { ++forgotten; });
   EXPECT_EQ(Texts(dialog),
             (QStringList{"Away: their songs keep ranks and places", Text(one) + " | 2 songs",
@@ -77,7 +77,7 @@ TEST_F(FrmFindings, ForgettingAsksWithTheNumberAndOnlyYesForgets) {
   EXPECT_FALSE(forget->isEnabled());
 }
 
-TEST_F(FrmFindings, SaysWhenThereIsNothing) {
+TEST_F(FrmFindings, AnEmptyListSaysSo) {
   for (const char* const name : {"one/a.mp3", "one/b.mp3"}) music.File(name);
   RemoveFile(two + "a.mp3");
   library.BeginScan(ScanKind::kFolderList);

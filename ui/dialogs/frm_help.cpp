@@ -20,10 +20,10 @@
 namespace tallow {
 namespace {
 
-/// Of the text, and the list's height.
+/// Initial size in pixels: width of the text, height of the window.
 constexpr QSize kFirstSize(860, 620);
 
-/// Of a page in the list of pages: its text, to be searched.
+/// Item data in the list of pages: the plain text of the page, used by the search.
 constexpr int kTextRole = Qt::UserRole + 1;
 
 QString TextOf(const QString& page) {
@@ -31,14 +31,14 @@ QString TextOf(const QString& page) {
   return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-/// What a reader sees of a page, without its marks and the targets of its links.
+/// Returns the text of a page without Markdown syntax and link targets.
 QString PlainTextOf(const QString& page) {
   QTextDocument document;
   document.setMarkdown(TextOf(page));
   return document.toPlainText();
 }
 
-/// The first line of a page is its heading.
+/// Returns the title of a page, which is its first line.
 QString TitleOf(const QString& page) {
   return TextOf(page).section(QLatin1Char('\n'), 0, 0).remove(QLatin1Char('#')).trimmed();
 }
@@ -46,7 +46,7 @@ QString TitleOf(const QString& page) {
 }  // namespace
 
 QStringList frmHelp::Pages() {
-  // The order of the list is that of the first page's own.
+  // The pages are listed in the order of the links in the index page.
   QStringList pages{QStringLiteral("index")};
   const QString index = TextOf(pages.front());
   const QString mark = QStringLiteral(".md)");
@@ -68,7 +68,7 @@ frmHelp::frmHelp(QWidget* parent)
   setWindowTitle(tr("Tallow Help"));
   search_->setObjectName(QStringLiteral("Search"));
   search_->setPlaceholderText(tr("Search all pages"));
-  // Some dark desktops leave this colour black.
+  // Some dark desktops leave the placeholder text black.
   QPalette colors = search_->palette();
   QColor hint = colors.color(QPalette::Text);
   hint.setAlpha(160);
@@ -112,7 +112,7 @@ frmHelp::frmHelp(QWidget* parent)
   splitter->addWidget(text_);
   splitter->setStretchFactor(1, 1);
   splitter->setChildrenCollapsible(false);
-  // As wide as the longest title.
+  // The list of pages is as wide as the longest title.
   const int contents = contents_->sizeHintForColumn(0) + 2 * contents_->frameWidth() +
                        style()->pixelMetric(QStyle::PM_ScrollBarExtent);
   splitter->setSizes({contents, kFirstSize.width()});
@@ -121,17 +121,18 @@ frmHelp::frmHelp(QWidget* parent)
   connect(contents_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
     if (item != nullptr) ShowPage(item->data(Qt::UserRole).toString());
   });
-  // The browser tells before the page is its own.
+  // Queued, because QTextBrowser emits sourceChanged before source() returns the new page.
   connect(text_, &QTextBrowser::sourceChanged, this, &frmHelp::PageOpened, Qt::QueuedConnection);
   connect(search_, &QLineEdit::textChanged, this, &frmHelp::Search);
-  // Large letters need more, a small screen has less.
+  // Limits the size to 90 % of the screen, because with large fonts the window may be larger than a
+  // small screen.
   resize((kFirstSize + QSize(contents, 0)).boundedTo(screen()->availableSize() * 9 / 10));
   ShowPage({});
 }
 
 void frmHelp::keyPressEvent(QKeyEvent* event) {
   if (event->key() != Qt::Key_Escape) return QWidget::keyPressEvent(event);
-  // The first one ends the search.
+  // While a search is active, Esc clears the search; otherwise Esc closes the window.
   if (search_->hasFocus() && !search_->text().isEmpty())
     search_->clear();
   else
@@ -147,7 +148,7 @@ void frmHelp::ShowPage(const QString& page) {
 QString frmHelp::Page() const { return text_->source().fileName().section(QLatin1Char('.'), 0, 0); }
 
 void frmHelp::PageOpened() {
-  // A link was followed: the list goes along.
+  // Selects the page in the list, for a page that was opened by a link.
   for (int row = 0; row < contents_->count(); ++row)
     if (contents_->item(row)->data(Qt::UserRole).toString() == Page())
       contents_->setCurrentRow(row);

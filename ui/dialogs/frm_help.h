@@ -12,8 +12,8 @@ class QTextBrowser;
 
 namespace tallow {
 
-/// The help window: the pages of the manual, their list on the left, and a search over all of them. The
-/// pages are part of the program.
+/// The help window: the list of the manual's pages on the left, the current page on the right, and
+/// a search over all pages. The pages are built into the program.
 class frmHelp : public QWidget {
   Q_OBJECT
 
@@ -21,12 +21,13 @@ class frmHelp : public QWidget {
   explicit frmHelp(QWidget* parent = nullptr);
 
   /// Opens a page.
-  /// \param page its name without extension, "playing"; the first page for one that there is not
+  /// \param page name of the page without extension, such as "playing"; an unknown name opens the
+  /// first page
   void ShowPage(const QString& page);
-  /// The page that is shown, by its name.
+  /// The name of the current page.
   QString Page() const;
 
-  /// The pages by their names, in the order of the list.
+  /// The names of all pages, in the order of the list.
   static QStringList Pages();
 
  protected:

@@ -77,7 +77,7 @@ TEST_F(FrmHelp, ShowsPagesAndFollowsTheirList) {
   EXPECT_EQ(help.Page(), frmHelp::Pages()[3]);
 }
 
-TEST_F(FrmHelp, HasEveryItemOfTheMenus) {
+TEST_F(FrmHelp, TheMenuPageNamesEveryMenuItem) {
   QTextDocument page;
   page.setMarkdown(Text("menus"));
   const QString text = page.toPlainText();
@@ -98,7 +98,7 @@ TEST_F(FrmHelp, FitsTheScreen) {
   EXPECT_LT(help.height(), screen.height());
 }
 
-TEST_F(FrmHelp, EscEndsTheSearchFirstAndCloses) {
+TEST_F(FrmHelp, EscClearsTheSearchFirstAndThenCloses) {
   frmHelp help;
   help.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&help));
@@ -114,14 +114,14 @@ TEST_F(FrmHelp, EscEndsTheSearchFirstAndCloses) {
   EXPECT_FALSE(help.isVisible());
 }
 
-TEST_F(FrmHelp, TheSearchLeavesThePagesWithAllWords) {
+TEST_F(FrmHelp, TheSearchListsOnlyPagesWithAllWords) {
   frmHelp help;
   auto* const search = help.findChild<QLineEdit*>("Search");
   search->setText("gapless nowhere-to-be-found");
   EXPECT_EQ(ShownPages(help), QStringList());
   search->setText("KEYPAD ctrl+t");
   EXPECT_EQ(ShownPages(help), QStringList());
-  // Only what a reader sees is searched, not the targets of links.
+  // Only the visible text is searched, not the targets of links.
   search->setText("new-songs.md");
   EXPECT_EQ(ShownPages(help), QStringList());
   search->setText("ctrl+t ctrl+r");
@@ -133,7 +133,7 @@ TEST_F(FrmHelp, TheSearchLeavesThePagesWithAllWords) {
   EXPECT_TRUE(help.findChild<QTextBrowser*>()->extraSelections().isEmpty());
 }
 
-TEST_F(FrmHelp, F1InADialogOpensItsPageOverIt) {
+TEST_F(FrmHelp, F1InADialogOpensTheHelpPageOfTheDialogOnTopOfIt) {
   frmMain& window = ShowJukebox();
   window.Jukebox().Nodes().AddChild(nullptr, "two");
   const std::pair<const char*, const char*> expected[] = {
@@ -161,7 +161,7 @@ TEST_F(FrmHelp, F1InADialogOpensItsPageOverIt) {
   }
 }
 
-TEST_F(FrmHelp, F1InAMenuAMessageAndTheHelpItself) {
+TEST_F(FrmHelp, F1WorksInAMenuInAMessageAndInTheHelpWindow) {
   frmMain& window = ShowJukebox();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
   auto* const menu = frame.findChild<QMenu*>(QStringLiteral("mnuSongs"));
@@ -205,7 +205,7 @@ TEST_F(FrmHelp, DoesNotOutliveTheFrame) {
   EXPECT_FALSE(is_open());
 }
 
-TEST_F(FrmHelp, F1OpensThePageOfTheWindowThatHasTheKeyboard) {
+TEST_F(FrmHelp, F1OpensThePageOfTheFocusedWindow) {
   frmMain& window = ShowJukebox();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
   window.findChild<QTreeView*>()->setFocus();

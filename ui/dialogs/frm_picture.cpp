@@ -28,7 +28,8 @@ namespace {
 constexpr std::string_view kPictureFilter =
     "JPEG (*.jpg) |*.jpg|JPEG (*.jpeg) |*.jpeg|PNG (*.png) |*.png";
 
-/// How wide the path of the picture may be, in average characters; the middle of a longer one is left out.
+/// Maximum width of the picture's path, in average characters; a longer path is elided in the
+/// middle.
 constexpr int kPathCharacters = 48;
 
 }  // namespace

@@ -16,24 +16,25 @@ namespace tallow {
 
 class Tallow;
 
-/// The dialog of the picture behind the song lists.
+/// The dialog for the background picture of the song lists.
 ///
-/// A file that is browsed for is the picture at once, and "Show Picture" is ticked; Cancel brings back the
-/// picture before. A file that is no picture is refused.
+/// A file chosen with Browse becomes the picture immediately, and "Show Picture" is checked; Cancel
+/// restores the previous picture. A file that is not a picture is rejected.
 class frmPicture : public QDialog {
   Q_OBJECT
 
  public:
-  /// Shows a picture behind every song list.
+  /// Callback that shows a picture behind every song list.
   /// \param address "file:\\" and the path; empty for no picture
-  /// \returns why it cannot be shown; empty otherwise
+  /// \returns why the picture cannot be shown; empty on success
   using ShowPicture = std::function<std::string(const QString& address, bool tiled)>;
-  /// Asks for a picture in a folder; no value when the user cancels.
+  /// Callback that asks the user for a picture file in a folder; returns no value when the user
+  /// cancels.
   using AskForPicture = std::function<std::optional<std::string>(const std::string& folder)>;
 
-  /// \param tallow has to outlive the dialog
-  /// \param ask    without it the file dialog
-  /// \param tell   shows message boxes; without it they are real ones over the dialog
+  /// \param tallow must outlive the dialog
+  /// \param ask    asks for the picture file; if empty, the file dialog is used
+  /// \param tell   shows messages; if empty, message boxes over this dialog are used
   frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask = {}, ShowMessage tell = {},
              QWidget* parent = nullptr);
 
@@ -47,7 +48,7 @@ class frmPicture : public QDialog {
   ShowPicture show_;
   AskForPicture ask_;
   ShowMessage tell_;
-  const std::string picture_location_;  ///< as it was when the dialog opened
+  const std::string picture_location_;  ///< when the dialog opened
   QLabel* path_;
   QCheckBox* show_picture_;
   QCheckBox* tile_picture_;

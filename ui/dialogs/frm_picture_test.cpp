@@ -30,7 +30,7 @@ class FrmPicture : public FrameTest {
     EXPECT_TRUE(image.save(QString::fromStdString(picture)));
   }
 
-  /// A dialog that is shown without waiting for its end.
+  /// Shows a dialog without running a modal loop.
   frmPicture& Open() {
     dialog = std::make_unique<frmPicture>(
         tallow,
@@ -67,7 +67,7 @@ class FrmPicture : public FrameTest {
   std::string asked_in;
 };
 
-TEST_F(FrmPicture, HasItsCaptionsAndTheSettings) {
+TEST_F(FrmPicture, ShowsTheCaptionsAndTheSettings) {
   tallow.settings.IsItTiled(true);
   frmPicture& opened = Open();
   EXPECT_EQ(opened.objectName(), "frmPicture");
@@ -92,12 +92,12 @@ TEST_F(FrmPicture, BrowsingBeginsInTheDataFolderAndChangesThePictureAtOnce) {
   EXPECT_EQ(applied, QStringList());
 }
 
-TEST_F(FrmPicture, BrowsingBeginsInTheFolderOfAPictureThatIsThere) {
+TEST_F(FrmPicture, BrowsingBeginsInTheFolderOfAnExistingPicture) {
   tallow.settings.PictureLocation(picture);
   Open();
   Click("Command1");
   EXPECT_EQ(asked_in, music.path());
-  // Nothing was chosen.
+  // The user cancelled, so the picture is unchanged.
   EXPECT_EQ(tallow.settings.PictureLocation(), picture);
   tallow.settings.PictureLocation(music / "gone.jpg");
   Open();
@@ -119,7 +119,7 @@ TEST_F(FrmPicture, ApplyingSavesAndShows) {
   EXPECT_EQ(Saved().PictureLocation(), picture);
 }
 
-TEST_F(FrmPicture, WithoutShowPictureThereIsNone) {
+TEST_F(FrmPicture, WithoutShowPictureNoPictureIsShown) {
   tallow.settings.PictureLocation(picture);
   tallow.settings.IsThereAPicture(true);
   Open();
@@ -129,7 +129,7 @@ TEST_F(FrmPicture, WithoutShowPictureThereIsNone) {
   EXPECT_FALSE(Saved().IsThereAPicture());
 }
 
-TEST_F(FrmPicture, APictureThatIsGoneIsTakenAwayAndTheSettingsStay) {
+TEST_F(FrmPicture, AMissingPictureIsNotShownAndTheSettingsStay) {
   tallow.settings.PictureLocation(music / "gone.jpg");
   Open();
   Box("ChkNoPicture").setChecked(true);
@@ -139,7 +139,7 @@ TEST_F(FrmPicture, APictureThatIsGoneIsTakenAwayAndTheSettingsStay) {
   EXPECT_EQ(Saved().PictureLocation(), music / "gone.jpg");
 }
 
-TEST_F(FrmPicture, CancelBringsBackThePathAndTouchesNothingElse) {
+TEST_F(FrmPicture, CancelRestoresThePathAndChangesNothingElse) {
   tallow.settings.PictureLocation("before.jpg");
   for (const bool by_key : {false, true}) {
     Open();
@@ -184,7 +184,7 @@ TEST_F(FrmPicture, TheListsMenuOpensItAndEveryJukeboxWindowShowsThePicture) {
   EXPECT_FALSE(has_picture(two));
 }
 
-TEST_F(FrmPicture, ChoosingAPictureTicksShowPicture) {
+TEST_F(FrmPicture, ChoosingAPictureChecksShowPicture) {
   Open();
   EXPECT_FALSE(Box("ChkNoPicture").isChecked());
   Click("Command1");
@@ -197,7 +197,7 @@ TEST_F(FrmPicture, ChoosingAPictureTicksShowPicture) {
   EXPECT_TRUE(Saved().IsThereAPicture());
 }
 
-TEST_F(FrmPicture, TheFileDialogOffersThreeEndingsTheClassicOneFirst) {
+TEST_F(FrmPicture, TheFileDialogOffersThreeExtensionsJpgFirst) {
   frmPicture real(tallow, [](const QString&, bool) { return std::string(); });
   real.show();
   QStringList filters;
@@ -217,7 +217,7 @@ TEST_F(FrmPicture, TheFileDialogOffersThreeEndingsTheClassicOneFirst) {
   EXPECT_EQ(selected, "JPEG (*.jpg)");
 }
 
-TEST_F(FrmPicture, JpegAndPngPicturesOfAnyEndingCanBeShown) {
+TEST_F(FrmPicture, JpegAndPngPicturesWithAnyExtensionCanBeShown) {
   frmMain& window = ShowJukebox();
   QImage image(20, 10, QImage::Format_RGB32);
   image.fill(Qt::green);
@@ -234,7 +234,7 @@ TEST_F(FrmPicture, JpegAndPngPicturesOfAnyEndingCanBeShown) {
   }
 }
 
-TEST_F(FrmPicture, WhatIsNoPictureIsRefusedAndSaid) {
+TEST_F(FrmPicture, AFileThatIsNoPictureIsRejectedWithAMessage) {
   const std::string text = music.File("text.jpg", "this is no picture");
   const std::string folder = music.Folder("folder.jpg");
   const auto refuse = [&](const std::string& path, const std::string& reason) {
@@ -253,7 +253,7 @@ TEST_F(FrmPicture, WhatIsNoPictureIsRefusedAndSaid) {
   refuse(music / "gone.jpg", "it is gone");
 }
 
-TEST_F(FrmPicture, APictureThatHasBecomeSomethingElseIsSaidWhenItIsApplied) {
+TEST_F(FrmPicture, AFileThatIsNoLongerAPictureIsReportedOnApply) {
   const std::string folder = music.Folder("folder.jpg");
   tallow.settings.PictureLocation(folder);
   tallow.settings.IsThereAPicture(true);
@@ -266,7 +266,7 @@ TEST_F(FrmPicture, APictureThatHasBecomeSomethingElseIsSaidWhenItIsApplied) {
   EXPECT_EQ(Saved().PictureLocation(), folder);
 }
 
-TEST_F(FrmPicture, AJukeboxWhosePictureCannotBeReadSaysSoWithTheStart) {
+TEST_F(FrmPicture, AnUnreadablePictureIsReportedAtStartUp) {
   const std::string text = music.File("text.jpg", "this is no picture");
   tallow.settings.PictureLocation(text);
   tallow.settings.IsThereAPicture(true);
@@ -282,8 +282,9 @@ TEST_F(FrmPicture, AJukeboxWhosePictureCannotBeReadSaysSoWithTheStart) {
   EXPECT_EQ(frame.statusBar()->currentMessage(), "2 songs");
 }
 
-/// A JPEG picture, red on the left and blue on the right, with the note of a camera how it was held.
-/// \param orientation 1 to 8, as the camera writes it
+/// Builds a JPEG picture, red on the left and blue on the right, with the Exif orientation that a
+/// camera writes.
+/// \param orientation Exif orientation, 1 to 8
 std::string PictureOfCamera(int orientation) {
   QImage image(64, 32, QImage::Format_RGB32);
   for (int y = 0; y < image.height(); ++y)
@@ -293,7 +294,7 @@ std::string PictureOfCamera(int orientation) {
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
   image.save(&buffer, "JPEG", 100);
-  // One entry: tag 0x0112, a 16-bit number, one of them, the number itself.
+  // One directory entry: tag 0x0112 (orientation), type 16-bit integer, count 1, the value.
   std::string note("Exif\0\0II*\0\x08\0\0\0\x01\0\x12\x01\x03\0\x01\0\0\0", 24);
   note += static_cast<char>(orientation);
   note += std::string(7, '\0');
@@ -304,7 +305,7 @@ std::string PictureOfCamera(int orientation) {
   return picture;
 }
 
-TEST_F(FrmPicture, APictureIsTurnedAsTheCameraWasHeld) {
+TEST_F(FrmPicture, APictureIsRotatedByItsExifOrientation) {
   struct Expected {
     int orientation;
     QSize size;

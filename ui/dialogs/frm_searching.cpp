@@ -17,12 +17,12 @@
 namespace tallow {
 namespace {
 
-/// How often the lines are put on the screen at most, in ms.
+/// Minimum interval between two repaints of the lines, in ms.
 constexpr qint64 kShowEvery = 40;
 
 constexpr int kMargin = 24;
 
-/// How wide the line of a folder is, in average characters; the middle of a longer one is left out.
+/// Width of the folder line, in average characters; a longer path is elided in the middle.
 constexpr int kStatusCharacters = 60;
 
 }  // namespace
@@ -61,7 +61,7 @@ void frmSearching::Load() {
 }
 
 void frmSearching::Redraw() {
-  // Clicks have to wait: the frame window is not disabled yet.
+  // User input is excluded, because the frame window is not disabled yet.
   QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
   repaint();
   since_shown_.start();
@@ -116,7 +116,7 @@ void frmSearching::keyPressEvent(QKeyEvent* event) {
 }
 
 void frmSearching::closeEvent(QCloseEvent* event) {
-  // The search goes on until it can stop.
+  // Closing the window only requests cancellation; the search hides the window when it has stopped.
   if (!event->spontaneous()) return QWidget::closeEvent(event);
   Cancel();
   event->ignore();

@@ -14,24 +14,24 @@ class QPushButton;
 
 namespace tallow {
 
-/// The notice that is shown while new songs are searched for from the main window, or other work takes long:
-/// what is looked at, how many songs there are, and a button to cancel.
+/// The progress window of a search for new songs that was started from the main window, and of
+/// other long work: shows the current folder, the number of songs found, and a Cancel button.
 ///
-/// It has no window above it: the frame window is disabled meanwhile, and its children with it. The lines
-/// are put on the screen no more often than a screen can show.
+/// The window has no parent window: the frame window and its children are disabled meanwhile. The
+/// lines are repainted at a limited rate.
 class frmSearching : public QWidget, public SearchProgress {
   Q_OBJECT
 
  public:
-  /// \param cancel what the Cancel button does
-  /// \param text   what is being done
+  /// \param cancel called by the Cancel button
+  /// \param text   describes the work in progress
   explicit frmSearching(std::function<void()> cancel = {},
                         const QString& text = QStringLiteral("Searching to add new songs  . . . "),
                         QWidget* parent = nullptr);
 
-  /// Puts the window in the middle of the screen.
+  /// Moves the window to the centre of the screen.
   void Load();
-  /// Draws the window now, before work begins that does not yield.
+  /// Draws the window now, before work that does not process events.
   void Redraw();
 
   bool IsLoaded() const override { return true; }
@@ -54,8 +54,8 @@ class frmSearching : public QWidget, public SearchProgress {
   std::function<void()> cancel_;
   std::string status_;
   std::string found_;
-  QElapsedTimer since_shown_;   ///< since the lines were put on the screen
-  QElapsedTimer since_events_;  ///< since the windows had a moment
+  QElapsedTimer since_shown_;   ///< time since the lines were last repainted
+  QElapsedTimer since_events_;  ///< time since events were last processed
   QLabel* label_;
   QLabel* status_label_;
   QLabel* found_label_;

@@ -12,7 +12,7 @@
 namespace tallow {
 namespace {
 
-TEST(FrmSearching, SaysWhatGoesOn) {
+TEST(FrmSearching, ShowsTheFolderAndTheNumberFound) {
   frmSearching window;
   EXPECT_EQ(window.objectName(), "frmSearching");
   EXPECT_EQ(window.findChild<QLabel*>("Label1")->text(), "Searching to add new songs  . . . ");
@@ -23,12 +23,12 @@ TEST(FrmSearching, SaysWhatGoesOn) {
     window.YieldAfterSong();
     return window.findChild<QLabel*>("lNoOfMP3Found")->text() == "Found 12 Mp3s";
   }));
-  // Work without a folder leaves the last one there.
+  // Work without a folder keeps the last folder on display.
   window.VisitFolder({});
   EXPECT_EQ(window.findChild<QLabel*>("lStatus")->text(), "/music/a/");
 }
 
-TEST(FrmSearching, CancelIsToldOnceAndTheWindowStaysUntilTheSearchStops) {
+TEST(FrmSearching, CancelIsCalledOnceAndTheWindowStaysUntilTheSearchStops) {
   int cancelled = 0;
   frmSearching window([&] { ++cancelled; });
   window.Load();
@@ -53,7 +53,7 @@ TEST(FrmSearching, EscCancelsOnceToo) {
   EXPECT_EQ(window.findChild<QPushButton*>("cmdCancel")->text(), "Stopping . . .");
 }
 
-TEST(FrmSearching, StandsInTheMiddleOfTheScreen) {
+TEST(FrmSearching, OpensInTheMiddleOfTheScreen) {
   frmSearching window;
   window.Load();
   const QRect screen = QGuiApplication::primaryScreen()->geometry();

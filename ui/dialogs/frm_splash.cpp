@@ -20,7 +20,8 @@
 namespace tallow {
 namespace {
 
-/// A screen shows about sixty pictures a second; lines that change faster are not seen. In ms.
+/// Minimum interval between two repaints, in ms. A screen shows about sixty frames per second, so
+/// faster changes are not visible.
 constexpr qint64 kShownAgainAfter = 16;
 
 /// Numbers of the picture resources.
@@ -30,7 +31,7 @@ constexpr int kMan = 103;
 
 constexpr int kMargin = 24;
 
-/// The colour that the pictures are drawn on.
+/// The background colour of the pictures.
 constexpr QColor kPaper(0xF6, 0xEF, 0xE2);
 
 QLabel* NewLabel(const char* name, QWidget* parent) {
@@ -74,7 +75,7 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
   connect(cancel_button_, &QPushButton::clicked, this, [this] {
     if (cancel_) cancel_();
   });
-  // Enter must not cancel a search that the user only watches.
+  // Enter must not cancel a search by accident.
   cancel_button_->setAutoDefault(false);
 
   label_->setText(tr("Tallow"));
@@ -86,7 +87,7 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
   website_->setWordWrap(true);
   status_label_->setMinimumWidth(fontMetrics().averageCharWidth() * 48);
   for (QLabel* const label : {status_label_, found_label_}) {
-    // A line keeps its place while it is empty or hidden, so that nothing jumps.
+    // A label keeps its space while it is empty or hidden, so that the layout does not jump.
     QSizePolicy policy = label->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     policy.setHorizontalPolicy(QSizePolicy::Ignored);
@@ -97,7 +98,8 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
   button_policy.setRetainSizeWhenHidden(true);
   cancel_button_->setSizePolicy(button_policy);
 
-  // The pictures stand on a panel of their own paper's colour, whatever the desktop's colours are.
+  // The panel behind the pictures has the pictures' background colour, whatever the desktop's
+  // colours are.
   auto* const panel = new QFrame(this);
   panel->setAutoFillBackground(true);
   QPalette paper = panel->palette();
@@ -138,7 +140,7 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
 }
 
 void frmSplash::Load() {
-  // At start-up there is nothing to close, move or minimize.
+  // At start-up the window has no frame, because it cannot be closed, moved or minimized.
   if (!show_ok_button_) setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
   website_->setText(tr("Written by the Tallow developers. The manual is in the Help menu."));
   copyright_->setText(tr(
@@ -196,7 +198,8 @@ void frmSplash::ShowLines() {
 }
 
 void frmSplash::Repaint() {
-  // A new drive is rare and what follows may take long, so its line is shown at once.
+  // A new status line (a new drive) is rare, and the work after it may take long, so it is shown
+  // immediately.
   if (!IsDue() && !status_is_new_) return;
   ShowLines();
   repaint();
@@ -209,14 +212,16 @@ void frmSplash::Yield() {
 }
 
 void frmSplash::YieldAfterSong() {
-  // Events are as often due as painting is.
+  // Processes events only if Repaint() has painted, so events are processed no more often than
+  // that.
   if (!painted_) return;
   painted_ = false;
   QCoreApplication::processEvents();
 }
 
 void frmSplash::VisitFolder(std::string_view /*folder*/) {
-  // The line names the drive; folders go by too fast. But a click on Cancel is for the next of them.
+  // The line shows only the drive, because folders change too fast to read. Events are still
+  // processed, so that Cancel takes effect before the next folder.
   if (IsDue()) Yield();
 }
 
@@ -226,7 +231,7 @@ void frmSplash::done(int result) {
 }
 
 void frmSplash::reject() {
-  // Esc closes the about box; a search goes on until it is cancelled with its button.
+  // Esc closes the about box. At start-up Esc does nothing; only the button cancels the search.
   if (show_ok_button_) QDialog::reject();
 }
 

@@ -14,26 +14,26 @@ class QPushButton;
 
 namespace tallow {
 
-/// The splash window: shows at start-up how far the searches are and lets the user cancel them.
+/// The splash window: shows the progress of the searches at start-up and lets the user cancel them.
 /// With an OK button it is the about box.
 ///
-/// The lines are set for every song, but put on the screen no more often than a screen can show.
+/// The lines are set for every song but repainted at a limited rate.
 class frmSplash : public QDialog, public SearchProgress {
   Q_OBJECT
 
  public:
-  /// \param cancel what the Cancel button does
+  /// \param cancel called by the Cancel button
   explicit frmSplash(std::function<void()> cancel, QWidget* parent = nullptr);
 
-  /// Whether the window is an about box. To be set before Load.
+  /// Whether the window is the about box. Must be set before Load().
   bool ShowOKButton() const noexcept { return show_ok_button_; }
   void ShowOKButton(bool show) noexcept { show_ok_button_ = show; }
 
-  /// Sets the window up for its use: texts, buttons, pictures.
+  /// Prepares the window: sets texts, buttons and pictures.
   void Load();
 
-  /// Lets the window come onto the screen before work begins that does not yield; for half a second at
-  /// most.
+  /// Waits until the window is visible, at most half a second. For use before work that does not
+  /// process events.
   void WaitUntilPainted();
 
   void ShowCancelButton(bool visible);
@@ -59,9 +59,9 @@ class frmSplash : public QDialog, public SearchProgress {
   bool loaded_ = false;
   std::string status_;
   std::string found_;
-  bool status_is_new_ = false;  ///< and not on the screen yet
-  bool painted_ = false;        ///< since the last YieldAfterSong
-  QElapsedTimer since_shown_;   ///< since the lines were last put on the screen
+  bool status_is_new_ = false;  ///< whether status_ has changed and is not on the screen yet
+  bool painted_ = false;        ///< whether the window was painted since the last YieldAfterSong
+  QElapsedTimer since_shown_;   ///< time since the lines were last updated
 
   QLabel* label_;
   QLabel* version_;

@@ -47,7 +47,7 @@ TEST_F(FrmSplash, AsAnAboutBoxItHasAnOkButtonThatClosesIt) {
   EXPECT_FALSE(splash.isVisible());
 }
 
-TEST_F(FrmSplash, CancelOnlyTells) {
+TEST_F(FrmSplash, CancelCallsTheCallbackAndKeepsTheWindowOpen) {
   splash.Load();
   splash.show();
   splash.ShowCancelButton(true);
@@ -72,7 +72,7 @@ TEST_F(FrmSplash, TheVersionHasTwoBlanks) {
             QStringLiteral("Version  %1.%2").arg(kMajorVersion).arg(kMinorVersion));
 }
 
-TEST_F(FrmSplash, EveryTextAndPictureIsThere) {
+TEST_F(FrmSplash, LoadSetsEveryTextAndPicture) {
   EXPECT_FALSE(splash.IsLoaded());
   splash.Load();
   EXPECT_TRUE(splash.IsLoaded());
@@ -83,7 +83,7 @@ TEST_F(FrmSplash, EveryTextAndPictureIsThere) {
     EXPECT_FALSE(Label(picture)->pixmap().isNull()) << picture;
 }
 
-TEST_F(FrmSplash, TheLinesShowWhatTheyAreTold) {
+TEST_F(FrmSplash, TheLinesShowTheTextsThatWereSet) {
   splash.Load();
   splash.show();
   splash.ShowFoundLine(true);
@@ -110,7 +110,7 @@ TEST_F(FrmSplash, ANewDriveIsPaintedAtOnce) {
   splash.show();
   splash.WaitUntilPainted();
   Label("lStatus")->installEventFilter(&paints);
-  // Nothing yields here: a search of a whole disk may follow.
+  // Events are not processed here, because a search of a whole disk may follow.
   splash.SetStatus("Looking for WinAmp in D:\\");
   splash.Repaint();
   EXPECT_EQ(paints.count, 1);
@@ -152,14 +152,14 @@ TEST_F(FrmSplash, PaintingIsBoundedHoweverManySongsAreFound) {
     }
   }
   EXPECT_LE(changes, clock.elapsed() / 16 + 1);
-  // The last line is on show once the loop over the drives yields again.
+  // The last line is shown at the latest when Yield is called again.
   ASSERT_TRUE(QTest::qWaitFor([this] {
     splash.Yield();
     return Label("lNoOfMP3Found")->text() == QLatin1String("Found 100000 Mp3s");
   }));
 }
 
-TEST_F(FrmSplash, ACancelClickIsNoticedWhileItYields) {
+TEST_F(FrmSplash, YieldProcessesAClickOnCancel) {
   splash.Load();
   splash.show();
   splash.ShowCancelButton(true);
@@ -169,7 +169,7 @@ TEST_F(FrmSplash, ACancelClickIsNoticedWhileItYields) {
   EXPECT_EQ(cancels, 1);
 }
 
-TEST_F(FrmSplash, NoAddressIsNamedThatDoesNotExist) {
+TEST_F(FrmSplash, NoWebOrMailAddressIsShown) {
   splash.Load();
   for (const QLabel* const label : splash.findChildren<QLabel*>())
     for (const char* const sign : {"://", "www.", "@", ".example", ".com", ".org"})

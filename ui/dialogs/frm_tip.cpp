@@ -21,7 +21,7 @@ namespace {
 
 const QString kOption = QStringLiteral("Options/Show Tips at Startup");
 
-/// Of the text, in average characters and lines.
+/// Minimum size of the text, in average characters and lines.
 constexpr int kTipCharacters = 52;
 constexpr int kTipLines = 7;
 
@@ -55,7 +55,7 @@ frmTip::frmTip(std::string tips, QWidget* parent)
   ok->setAccessibleDescription(tr("Closes the tip"));
   ok->setFocus();
 
-  // A tip may be of any length.
+  // The text scrolls, because a tip can have any length.
   auto* const scroll = new QScrollArea(this);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setWidgetResizable(true);

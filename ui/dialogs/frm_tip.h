@@ -13,23 +13,23 @@ class QLabel;
 
 namespace tallow {
 
-/// The tip window: shows a short hint, and another one for each press of "Next Tip".
+/// The tip window: shows a short hint, and another hint on each click on "Next Tip".
 ///
-/// Whether it comes up at start is an option of the user's own: "Options/Show Tips at Startup", 1 or 0, in
-/// the registry on Windows, in the user's configuration on Linux.
+/// Whether the window opens at start-up is a per-user option: "Options/Show Tips at Startup", 1 or
+/// 0, stored in the registry on Windows and in the user's configuration file on Linux.
 class frmTip : public QDialog {
   Q_OBJECT
 
  public:
-  /// \param tips the file of tips
+  /// \param tips path of the file of tips
   explicit frmTip(std::string tips, QWidget* parent = nullptr);
 
-  /// Whether the user has asked for the window; else the option decides.
+  /// Whether the user has asked for the window; if false, the option decides whether it opens.
   bool ShowFlag() const noexcept { return show_flag_; }
   void ShowFlag(bool show) noexcept { show_flag_ = show; }
 
-  /// Makes the window ready, and clears the flag.
-  /// \returns whether it is to be shown
+  /// Prepares the window and clears the flag.
+  /// \returns whether the window must be shown
   bool Load();
 
  private:

@@ -24,7 +24,7 @@ class FrmTip : public testing::Test {
   TempFolder folder;
 };
 
-TEST_F(FrmTip, AtTheStartTheOptionDecidesAndWithoutOneItIsShown) {
+TEST_F(FrmTip, AtStartUpTheOptionDecidesAndDefaultsToShown) {
   const std::string path = folder.File("tips", "a tip");
   const std::pair<QVariant, bool> states[] = {{QVariant(), true}, {1, true}, {0, false}, {2, true}};
   for (const auto& [option, shown] : states) {
@@ -64,7 +64,7 @@ TEST_F(FrmTip, NextTipShowsAnother) {
   EXPECT_EQ(seen, (QSet<QString>{"a", "b"}));
 }
 
-TEST_F(FrmTip, AMissingFileIsSaidAndTheWindowStaysUsable) {
+TEST_F(FrmTip, AMissingFileIsReportedAndTheWindowStaysUsable) {
   frmTip tip(folder / "none");
   tip.ShowFlag(true);
   ASSERT_TRUE(tip.Load());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Songs that are away or missing in the list of a jukebox window.
+// Songs that are away or missing, in the list of a jukebox window.
 #include <filesystem>
 
 #include <QAbstractItemModel>
@@ -11,7 +11,8 @@ namespace tallow {
 namespace {
 
 namespace fs = std::filesystem;
-/// A jukebox window over four songs on a drive that can go, two of them in a folder of their own.
+/// A jukebox window over four songs on a drive that can be unmounted; two of the songs are in a
+/// second folder.
 class AwayList : public JukeboxWindowTest {
  protected:
   AwayList() {
@@ -64,18 +65,18 @@ TEST_F(AwayList, AMissingSongHasNoRowAndTheOthersKeepTheirs) {
   Check();
   EXPECT_EQ(SongsOf(mine), (Songs{1, 2, 3, 4}));
   EXPECT_EQ(Rows(), (QStringList{"1.  a.mp3", "2.  c.mp3", "3.  d.mp3"}));
-  // What is selected is what is acted on.
+  // Commands act on the song of the selected row.
   SelectRow(1);
   EXPECT_EQ(window.PVExplorer1().SelectedRows(), std::vector<int>{2});
   window.PVExplorer1().CutSongs();
   EXPECT_EQ(SongsOf(mine), (Songs{1, 2, 4}));
   EXPECT_EQ(Rows(), (QStringList{"1.  a.mp3", "2.  d.mp3"}));
-  // What came next takes the selection.
+  // The song after the removed song is selected.
   EXPECT_EQ(window.PVExplorer1().SelectedRows(), std::vector<int>{2});
   window.PVExplorer1().Undo();
   EXPECT_EQ(Rows(), (QStringList{"1.  a.mp3", "2.  c.mp3", "3.  d.mp3"}));
   EXPECT_EQ(window.PVExplorer1().SelectedRows(), std::vector<int>{2});
-  // A song that is looked for is shown at its row.
+  // SelectSong selects the row that shows the song.
   EXPECT_EQ(window.PVExplorer1().SelectSong(mine, 3), 3);
   EXPECT_EQ(List().currentIndex().row(), 2);
   EXPECT_EQ(window.PVExplorer1().SelectSong(mine, 1), -1);
@@ -102,7 +103,7 @@ TEST_F(AwayList, OpeningARowPlaysItsSong) {
   EXPECT_EQ(played.back(), (Songs{1, 3}));
 }
 
-TEST_F(AwayList, ACommandOnAnEmptySelectionIsSaid) {
+TEST_F(AwayList, ACommandWithoutASelectionReportsThat) {
   AddFolder("mine", {1, 2});
   Show();
   List().clearSelection();
@@ -115,7 +116,7 @@ TEST_F(AwayList, ACommandOnAnEmptySelectionIsSaid) {
   EXPECT_EQ(SongsOf(*mine), (Songs{1, 2}));
 }
 
-TEST_F(AwayList, NothingToPlayIsSaid) {
+TEST_F(AwayList, PlayingAnEmptyFolderReportsThat) {
   AddFolder("mine", {});
   Show();
   Folder* const mine = window.Jukebox().selectednode();

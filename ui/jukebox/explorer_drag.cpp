@@ -14,12 +14,12 @@
 namespace tallow {
 namespace {
 
-/// Without any format a drag would not be offered at all.
+/// The MIME format of drags inside Tallow; Qt does not start a drag without any format.
 constexpr const char* kOwnFormat = "application/x-tallow-jukebox";
 
 constexpr QByteArrayView kFileScheme = "file://";
 
-/// Whether a name is that of this machine, alone or with its domain.
+/// Returns whether a name is the host name of this computer, with or without its domain.
 bool IsThisMachine(const QString& name) {
   const QString own = QSysInfo::machineHostName();
   const auto is = [&](const QString& other) {
@@ -47,7 +47,7 @@ std::vector<std::string> DraggedFiles(const QMimeData& data) {
   for (const QByteArray& line : list.split('\n')) {
     const QByteArray uri = line.trimmed();
     if (!uri.startsWith(kFileScheme)) continue;
-    // Behind the scheme there may be the name of a machine.
+    // A host name may follow the scheme.
     const qsizetype scheme = static_cast<qsizetype>(kFileScheme.size());
     const qsizetype begin = uri.indexOf('/', scheme);
     if (begin < 0) continue;
@@ -59,7 +59,8 @@ std::vector<std::string> DraggedFiles(const QMimeData& data) {
     if (kSeparator == '/') {
       if (!is_here) continue;
     } else {
-      // Another machine's name stands for its share, no name for a drive of this one.
+      // On Windows another host name means a share on that computer; no host name means a local
+      // drive.
       if (is_here)
         path.erase(0, 1);
       else

@@ -13,23 +13,23 @@ namespace tallow {
 class Folder;
 class PVExplorer;
 
-/// What is being dragged out of a jukebox window: songs of a folder, or a folder. Other programs see the
-/// files of the songs.
+/// The data of a drag out of a jukebox window: songs of a folder, or a folder. Other programs
+/// receive the files of the songs.
 class ExplorerDrag : public QMimeData {
   Q_OBJECT
 
  public:
-  /// \param from   the folder of the songs, or the one dragged
+  /// \param from   the folder that holds the songs, or the dragged folder
   /// \param songs  whether songs are dragged
-  /// \param rows   their places in the list, from 0, rising
+  /// \param rows   indexes of the songs in the folder, from 0, ascending
   ExplorerDrag(PVExplorer& source, Folder& from, bool songs, std::vector<int> rows);
 
-  /// The control that it comes from; null once that is gone.
+  /// The control that the drag started from; null once the control is destroyed.
   PVExplorer* Source() const { return source_; }
   Folder& From() const { return *from_; }
   bool IsSongs() const { return songs_; }
   const std::vector<int>& Rows() const { return rows_; }
-  /// In a few words: "3 songs", or the folder's text.
+  /// A short description: "3 songs", or the folder's text.
   QString Description() const;
 
  private:
@@ -39,11 +39,12 @@ class ExplorerDrag : public QMimeData {
   std::vector<int> rows_;
 };
 
-/// The files that are dragged in from another program, in the bytes of the disk; none when it drags
-/// something else.
+/// Returns the paths of files dragged in from another program, in the encoding of the file system;
+/// empty when other data is dragged.
 std::vector<std::string> DraggedFiles(const QMimeData& data);
 
-/// A path as other programs are told of it, whatever its bytes are: "file:///music/caf%E9.mp3".
+/// Returns the URI under which other programs see a path; works for any bytes:
+/// "file:///music/caf%E9.mp3".
 QByteArray UriOfPath(const std::string& path);
 
 }  // namespace tallow

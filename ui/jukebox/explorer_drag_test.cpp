@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Dragging and dropping, with the events that a real drag sends.
+// Dragging and dropping, with the same events as in a real drag.
 #include "ui/jukebox/explorer_drag.h"
 
 #include <gtest/gtest.h>
@@ -71,7 +71,7 @@ TEST_F(Dragging, WithCtrlSongsAreCopied) {
   EXPECT_EQ(SongsOf(two), Songs{2});
 }
 
-TEST_F(Dragging, OutOfAFolderThatFillsItselfTheyAreAlwaysCopied) {
+TEST_F(Dragging, SongsOfAnAutomaticFolderAreAlwaysCopied) {
   AddSongs(2);
   const Texts paths = {"All Songs",        "New",     "Artist",       "Artist/ABBA",
                        "Artist/ABBA/live", "Genre",   "Genre/Rock",   "Year",
@@ -111,14 +111,14 @@ TEST_F(Dragging, OutOfAFolderThatFillsItselfTheyAreAlwaysCopied) {
     EXPECT_EQ(SongsOf(there), Songs{2}) << path;
   }
   EXPECT_EQ(messages.Take(), Texts{});
-  // One that only has the text of such a folder is the user's.
+  // A folder of the user may have the same text as an automatic folder.
   window.PVExplorer1().Select(second);
   mine.Items().clear();
   EXPECT_TRUE(DropOn("mine", SongsAt({0}).get()));
   EXPECT_EQ(SongsOf(second), Songs{2});
 }
 
-TEST_F(Dragging, TheCursorSaysThatSongsOfAnArtistAreCopied) {
+TEST_F(Dragging, TheCursorShowsThatSongsOfAnArtistAreCopied) {
   AddSongs(1);
   Folder& artist = AddFolder("Artist");
   Folder& abba = AddFolder("ABBA", {1}, &artist);
@@ -135,7 +135,7 @@ TEST_F(Dragging, TheCursorSaysThatSongsOfAnArtistAreCopied) {
   EXPECT_EQ(move.dropAction(), Qt::CopyAction);
 }
 
-TEST_F(Dragging, ACutTakesSongsOutOfAnArtistsFolder) {
+TEST_F(Dragging, ACutRemovesSongsFromAnArtistsFolder) {
   AddSongs(2);
   Folder& abba = AddFolder("ABBA", {1, 2}, &AddFolder("Artist"));
   Show();
@@ -146,7 +146,7 @@ TEST_F(Dragging, ACutTakesSongsOutOfAnArtistsFolder) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(Dragging, SongsStayWhereTheyAreOnTheirOwnFolderAndBesideTheFolders) {
+TEST_F(Dragging, DropsOnTheSourceFolderOrTheEmptyAreaAreRejected) {
   AddSongs(2);
   Folder& one = AddFolder("one", {1, 2});
   Show();
@@ -191,7 +191,7 @@ TEST_F(Dragging, CopyingLeavesTheSelectionAsItIs) {
   EXPECT_EQ(Selected(), (std::vector<int>{0, 2}));
 }
 
-TEST_F(Dragging, NamesOfAnyBytesGoOutAndComeIn) {
+TEST_F(Dragging, NamesOfAnyBytesCanBeDraggedOutAndIn) {
   if (kSeparator == '\\') GTEST_SKIP() << "names of this system are text";
   const std::string path = music.File("caf\xE9 %.mp3");
   AddSong(music.path(), "caf\xE9 %.mp3");
@@ -210,7 +210,7 @@ TEST_F(Dragging, NamesOfAnyBytesGoOutAndComeIn) {
   EXPECT_EQ(library.UBoundOfMp3Array(), 1);
 }
 
-TEST_F(Dragging, EveryProblemOfADropIsTold) {
+TEST_F(Dragging, EveryProblemOfADropIsReported) {
   AddFolder("one");
   Show();
   QMimeData data;
@@ -242,7 +242,7 @@ TEST_F(Dragging, ASpecialFolderIsNotMovedButCopied) {
   EXPECT_EQ(FoldersIn(&two), Texts{"Artist"});
 }
 
-TEST_F(Dragging, SongsAndFoldersGoToAnotherJukeboxWindow) {
+TEST_F(Dragging, SongsAndFoldersCanBeDroppedOnAnotherJukeboxWindow) {
   AddSongs(2);
   Folder& one = AddFolder("one", {1, 2});
   Show();
@@ -258,7 +258,7 @@ TEST_F(Dragging, SongsAndFoldersGoToAnotherJukeboxWindow) {
   EXPECT_EQ(SongsOf(one), Songs{1});
   EXPECT_EQ(SongsOf(there), Songs{2});
   EXPECT_EQ(RowsOf(ListOf(other)), QStringList{"1.  2.mp3"});
-  // On the list it is for the folder on show.
+  // A drop on the list goes to the folder on show.
   EXPECT_TRUE(DropAt(ListOf(other), QPoint(10, 60), *SongsAt({0})));
   EXPECT_EQ(SongsOf(there), (Songs{2, 1}));
   EXPECT_TRUE(DropAt(tree, place, *FolderAt(one)));
@@ -267,7 +267,7 @@ TEST_F(Dragging, SongsAndFoldersGoToAnotherJukeboxWindow) {
   EXPECT_EQ(List().model()->rowCount(), 0);
 }
 
-TEST_F(Dragging, ADragWhoseWindowIsGoneIsRefused) {
+TEST_F(Dragging, ADragFromAClosedWindowIsRejected) {
   AddSongs(1);
   AddFolder("two");
   Show();
@@ -294,12 +294,12 @@ TEST_F(Dragging, OtherProgramsGetTheFilesOfTheSongs) {
   EXPECT_EQ(FolderAt(Nodes().ChildAt(0))->urls(), QList<QUrl>());
 }
 
-TEST_F(Dragging, NothingSelectedIsNothingToDrag) {
+TEST_F(Dragging, WithoutASelectionNothingCanBeDragged) {
   EXPECT_EQ(window.PVExplorer1().SongsToDrag(), nullptr);
   EXPECT_EQ(window.PVExplorer1().FolderToDrag(), nullptr);
 }
 
-TEST_F(Dragging, FilesJoinTheLibraryAndTheFolder) {
+TEST_F(Dragging, DroppedFilesAreAddedToTheLibraryAndTheFolder) {
   AddSong(music.path(), "known.mp3", "1", "5");
   music.File("known.mp3");
   const std::string fresh = music.File("new/fresh.mp3", Audio(300) + Tag({.artist = "ABBA"}));
@@ -313,18 +313,18 @@ TEST_F(Dragging, FilesJoinTheLibraryAndTheFolder) {
   EXPECT_EQ(Cells(1)[1], music / "new/");
   EXPECT_EQ(Cells(5), (Texts{"5", "2"}));
   EXPECT_EQ(SongsOf(mine), (Songs{2, 1}));
-  // New songs are filed as a search does it.
+  // New songs are filed into automatic folders, as after a search.
   EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
   EXPECT_EQ(FoldersIn(Nodes().Find("Artist")), Texts{"ABBA"});
   EXPECT_EQ(problems, (QStringList{"1 new song", QString::fromStdString(music / "x.txt") +
                                                      " is no MP3 file and was left out."}));
-  // Dropping is undone, filing is not.
+  // Undo reverts the drop but not the filing.
   window.PVExplorer1().Undo();
   EXPECT_EQ(SongsOf(mine), Songs{});
   EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
 }
 
-TEST_F(Dragging, FilesBesideTheFoldersAndOtherThingsAreRefused) {
+TEST_F(Dragging, FilesOnTheEmptyAreaAndOtherDataAreRejected) {
   AddFolder("one");
   Show();
   QMimeData files;
@@ -335,7 +335,7 @@ TEST_F(Dragging, FilesBesideTheFoldersAndOtherThingsAreRefused) {
   QMimeData web;
   web.setUrls({QUrl("https://example.org/a.mp3")});
   EXPECT_FALSE(DropOn("one", &web));
-  // This machine may be named, however it is written.
+  // A URI may name this computer, in any spelling.
   QMimeData here;
   const QByteArray own = QSysInfo::machineHostName().toUtf8();
   here.setData("text/uri-list", "file://" + own.toUpper() + "/m/a.mp3\r\nfile://" + own +
@@ -346,12 +346,12 @@ TEST_F(Dragging, FilesBesideTheFoldersAndOtherThingsAreRefused) {
   }
   QMimeData elsewhere;
   elsewhere.setData("text/uri-list", "file://another-machine/m/a.mp3\r\nfile:///m/a%00b.mp3\r\n");
-  // Only Windows has names for the files of another machine.
+  // Only Windows can open files of another computer by its name.
   EXPECT_EQ(DraggedFiles(elsewhere).empty(), kSeparator == '/');
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
 }
 
-TEST_F(Dragging, AFolderUnderThePointerIsOpenedAfterAWhile) {
+TEST_F(Dragging, HoveringOverAFolderExpandsItAfterADelay) {
   Folder& one = AddFolder("one");
   AddFolder("inner", {}, &one);
   AddFolder("two");

@@ -63,7 +63,8 @@ QVariant FolderTreeModel::data(const QModelIndex& index, int role) const {
 bool FolderTreeModel::setData(const QModelIndex& index, const QVariant& value, int role) {
   if (role != Qt::EditRole || !index.isValid() || !rename_) return false;
   Folder& folder = *FolderOf(index);
-  // A text that is mended for display stays as it is unless it is changed.
+  // The displayed text may differ from the stored bytes; if the user has not edited it, the stored
+  // text is kept.
   if (value.toString() == DisplayText(folder.Text())) return true;
   return rename_(folder, value.toString().toStdString());
 }

@@ -11,20 +11,21 @@
 
 namespace tallow {
 
-/// The folders of a jukebox for a tree view. An index carries its folder.
+/// Item model of a jukebox's folders for a tree view. An index points to its folder.
 class FolderTreeModel : public QAbstractItemModel, private FolderTreeObserver {
   Q_OBJECT
 
  public:
-  /// \param tree has to outlive the model
+  /// \param tree must outlive the model
   FolderTreeModel(FolderTree& tree, QObject* parent);
   ~FolderTreeModel() override;
 
   static Folder* FolderOf(const QModelIndex& index);
   QModelIndex IndexOf(const Folder& folder) const;
-  /// Which folder is drawn with the picture of an open one; null for none.
+  /// Sets the folder that is drawn with the open-folder icon; null for none.
   void SetShown(const Folder* folder);
-  /// Sets what gives a folder the text that the user has typed. Returns whether it has it now.
+  /// Sets the callback that renames a folder to the text that the user has typed; the callback
+  /// returns whether the folder now has that text.
   void SetRename(std::function<bool(Folder&, const std::string&)> rename);
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -51,9 +52,9 @@ class FolderTreeModel : public QAbstractItemModel, private FolderTreeObserver {
   FolderTree& tree_;
   std::function<bool(Folder&, const std::string&)> rename_;
   const Folder* shown_ = nullptr;
-  QModelIndexList reordered_;  ///< what views hold of the folders that are being reordered
-  QList<const Folder*> reordered_folders_;  ///< the folders of these
-  QIcon images_[2];                         ///< by FolderImage
+  QModelIndexList reordered_;  ///< persistent indexes of the folders that are being reordered
+  QList<const Folder*> reordered_folders_;  ///< the folders of reordered_
+  QIcon images_[2];                         ///< indexed by FolderImage
 };
 
 }  // namespace tallow

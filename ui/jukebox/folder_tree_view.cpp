@@ -10,11 +10,11 @@
 namespace tallow {
 namespace {
 
-/// While something is dragged over the tree, in ms.
+/// Interval of the timer that runs during a drag over the tree, in ms.
 constexpr int kTick = 100;
-/// How long the pointer has to rest on a folder to open it, in ticks.
+/// How long the pointer must hover over a folder to expand it, in ticks.
 constexpr int kTicksToOpen = 8;
-/// How close to an edge the tree scrolls, in pixels.
+/// Distance from the edge within which the tree scrolls, in pixels.
 constexpr int kEdge = 20;
 
 }  // namespace
@@ -37,7 +37,7 @@ void FolderTreeView::startDrag(Qt::DropActions /*actions*/) { emit DragWanted();
 void FolderTreeView::dragEnterEvent(QDragEnterEvent* event) {
   hover_.start();
   DragTo(event);
-  // Beside the first folder there may be one that takes it.
+  // Accepts the drag even if this folder rejects it, because another folder may accept it.
   event->accept();
 }
 
@@ -77,11 +77,12 @@ void FolderTreeView::Hover() {
   if (pointer_.y() < kEdge) bar.setValue(before - bar.singleStep());
   if (pointer_.y() > viewport()->height() - kEdge) bar.setValue(before + bar.singleStep());
   if (bar.value() != before) {
-    // Another folder is under the pointer now; whether it takes the drag is asked when it is dropped.
+    // After scrolling, the pointer is over another folder; whether that folder accepts the drag is
+    // checked on drop.
     takes_ = takes_ && indexAt(pointer_).isValid();
     FrameTarget();
   }
-  // One that does not take it may have one below that does.
+  // Expands also a folder that rejects the drag, because a subfolder may accept it.
   if (under_.isValid() && ++ticks_ == kTicksToOpen) expand(under_);
 }
 

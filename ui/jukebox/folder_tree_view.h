@@ -11,26 +11,27 @@ namespace tallow {
 
 class Folder;
 
-/// The tree half of the explorer control: folders can be dragged, and songs, folders and files dropped on
-/// them. While something is dragged over it, the folder under the pointer is framed and opens after a
-/// while, and the tree scrolls at its edges.
+/// The tree pane of the explorer control. Folders can be dragged; songs, folders and files can be
+/// dropped on folders. During a drag over the tree, the folder under the pointer is framed and is
+/// expanded after a delay, and the tree scrolls near its edges.
 class FolderTreeView : public QTreeView {
   Q_OBJECT
 
  public:
   explicit FolderTreeView(QWidget* parent);
 
-  /// Takes over the text of a folder that is being changed, if there is one, and ends that.
+  /// If a folder is being renamed, applies the typed text and closes the editor.
   void CommitEditing();
 
-  /// The folder at a place of the viewport; null where there is none.
+  /// Returns the folder at a position in the viewport; null if no folder is there.
   Folder* FolderAt(const QPoint& place) const;
 
  signals:
-  /// The current folder is being dragged. Whoever starts the drag does it before returning.
+  /// The user has started to drag the current folder. The receiver runs the drag before it returns.
   void DragWanted();
-  /// Something is dragged over a folder, or dropped on it; to be accepted or ignored.
-  /// \param folder null beside the folders
+  /// The user drags something over a folder, or drops something on it. The receiver accepts or
+  /// ignores the event.
+  /// \param folder null in the empty area of the tree
   void DragsOver(QDropEvent* event, tallow::Folder* folder);
   void Drops(QDropEvent* event, tallow::Folder* folder);
 
@@ -40,7 +41,7 @@ class FolderTreeView : public QTreeView {
   void dragMoveEvent(QDragMoveEvent* event) override;
   void dragLeaveEvent(QDragLeaveEvent* event) override;
   void dropEvent(QDropEvent* event) override;
-  /// A click beside the folders leaves the selection as it is.
+  /// A click in the empty area of the tree keeps the selection.
   QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                        const QEvent* event) const override;
   void drawRow(QPainter* painter, const QStyleOptionViewItem& option,
@@ -52,10 +53,10 @@ class FolderTreeView : public QTreeView {
   void Hover();
   void EndDrag();
 
-  QPersistentModelIndex under_;  ///< the pointer
-  bool takes_ = false;           ///< what is under the pointer takes what is dragged, and is framed
-  QPoint pointer_;               ///< of what is dragged over the tree
-  int ticks_ = 0;                ///< of the timer, over the same folder
+  QPersistentModelIndex under_;  ///< the row under the pointer during a drag
+  bool takes_ = false;           ///< whether that row accepts the drag; such a row is framed
+  QPoint pointer_;               ///< position of the pointer during a drag
+  int ticks_ = 0;                ///< timer ticks since the pointer entered the row
   QTimer hover_;
 };
 

@@ -30,10 +30,10 @@
 namespace tallow {
 namespace {
 
-/// In pixels.
+/// Initial size, in pixels.
 constexpr QSize kUsualSize(760, 480);
 
-/// Where the splitter was moved to last, among the user's options.
+/// Settings key of the last position of the splitter.
 const QString kSplitterOption = QStringLiteral("Jukebox/Splitter");
 
 }  // namespace
@@ -47,7 +47,7 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
       list_menu_(MakeListMenu(
           this, [this](int item) { ActOnPopUpClick(item, kListPane, jukebox_.selectednode()); })),
       tree_menu_(MakeTreeMenu(this, [this](int item) {
-        // It may have gone while the menu was open.
+        // The folder may have been deleted while the menu was open.
         Folder* const folder = menu_folder_ != 0 ? jukebox_.Nodes().FindKey(menu_folder_) : nullptr;
         if (folder != nullptr || menu_folder_ == 0) ActOnPopUpClick(item, kTreePane, folder);
       })) {
@@ -73,7 +73,7 @@ void frmMain::ShowPicture() {
 
 frmMain::~frmMain() {
   tallow_.unsaved.Release(jukebox_);
-  // The control shows the jukebox, which goes before the widgets do.
+  // The control uses jukebox_, which is destroyed before the child widgets are.
   delete explorer_;
 }
 
@@ -126,7 +126,7 @@ void frmMain::ShowFolder(Folder& folder) {
 }
 
 void frmMain::SortList() {
-  // The entries change their songs; the user goes on with the songs.
+  // Sorting reassigns the songs of the entries; the selection follows the songs.
   const PVExplorer::Place place = explorer_->CurrentPlace();
   try {
     jukebox_.ColumnClick(tallow_.library);
@@ -141,7 +141,7 @@ void frmMain::ActOnPopUpClick(int item, int pane, Folder* node) {
   emit PopUpClick(item, pane);
   if (pane == kTreePane) ActOnTree(item, node);
   if (pane == kListPane && node != nullptr) ActOnList(item, *node);
-  // Without any folder there is still the root to paste into.
+  // Without any folder, songs and folders can still be pasted into the root.
   if (pane == kListPane && node == nullptr && item == kPasteSongs) explorer_->Paste(nullptr);
 }
 
@@ -181,9 +181,9 @@ void frmMain::ActOnTree(int item, Folder* node) {
 }
 
 void frmMain::ActOnList(int item, Folder& node) {
-  // Only songs on show can be selected.
+  // Songs can be selected only in the folder on show.
   const bool on_show = &node == jukebox_.selectednode();
-  // Every command of the list has its songs from here.
+  // All commands of the list act on these songs.
   tallow_.SongsToPlay.clear();
   if (on_show) tallow_.SongsToPlay = SongsOf(node, explorer_->SelectedRows());
   const bool acts_on_selection = (item >= kRankBest && item <= kRankWorst) || item == kCutSongs ||
@@ -235,7 +235,7 @@ void frmMain::RankSelectedSongs(int item) {
 
 void frmMain::DeleteFolder(Folder& node) {
   if (!OkToDelete(node)) return;
-  // The folder, and this window, may have gone when the answer comes.
+  // The folder and this window may be deleted while the message box is open.
   const std::uint32_t key = node.Key();
   const QPointer<frmMain> here(this);
   if (show_({.text = "Are you sure you want to delete this folder and all it's contents?",
@@ -260,7 +260,7 @@ void frmMain::BeforeCut(BeforeCutEvent& event) {
 void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
   TakenFiles taken;
   std::vector<std::string> problems;
-  // The list is filled anew, but whoever looks at another folder stays where they are.
+  // Restores selection and scroll position after the list was refilled.
   const PVExplorer::Place place = explorer_->CurrentPlace();
   std::unique_ptr<LongWork> work;
   bool is_filed = true;
@@ -290,7 +290,8 @@ void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
   }
   work.reset();
   if (taken.has_new_songs) explorer_->GoTo(place);
-  // A song that is in "All Songs" would not be filed any more.
+  // If filing was cancelled, songs are not added to "All Songs", because songs that are already
+  // there are never filed.
   if (is_filed || !IsAllSongs(to)) explorer_->AddSongs(to, taken.songs);
   if (!is_filed) {
     tallow_.filing_is_pending = true;
@@ -312,7 +313,7 @@ bool frmMain::WillAsk() const {
 }
 
 bool frmMain::AskBeforeClosing() {
-  // What is being typed is a change as well.
+  // A text that is being typed is an unsaved change as well.
   explorer_->CommitEditing();
   may_close_ = may_close_ || MayClose();
   return may_close_;
@@ -348,7 +349,7 @@ void frmMain::closeEvent(QCloseEvent* event) {
 QSize frmMain::WholeSize() const {
   auto* const sub = qobject_cast<QMdiSubWindow*>(parentWidget());
   if (sub == nullptr) return size();
-  // A window that fills the frame window has left its own frame outside.
+  // A maximized subwindow's size does not include its frame, so the frame is added.
   const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth, nullptr, sub);
   const int title = style()->pixelMetric(QStyle::PM_TitleBarHeight, nullptr, sub);
   return sub->size().expandedTo(size() + QSize(2 * border, title + border));

@@ -27,69 +27,71 @@ class frmMain : public QWidget {
   Q_OBJECT
 
  public:
-  /// \param tallow has to outlive the window
-  /// \param show   shows message boxes; without it they are real ones over this window
+  /// \param tallow must outlive the window
+  /// \param show   shows messages; if empty, message boxes over this window are used
   explicit frmMain(Tallow& tallow, ShowMessage show = {}, QWidget* parent = nullptr);
   ~frmMain() override;
 
   tallow::Jukebox& Jukebox() noexcept { return jukebox_; }
   PVExplorer& PVExplorer1() noexcept { return *explorer_; }
 
-  /// Which half had the keyboard focus last, see PopUpPane; 0 for none yet.
+  /// The pane that last had the keyboard focus, see PopUpPane; 0 if neither had it yet.
   int CurrentPaneWFocus() const noexcept { return pane_with_focus_; }
 
-  /// Of a window that no longer fills the frame.
+  /// The preferred size, used when the window is no longer maximized.
   QSize sizeHint() const override;
 
-  /// Why the window was made without the picture that the settings want; empty for no reason.
+  /// Why the window does not show the picture that the settings specify; empty if there is no
+  /// problem.
   const std::string& PictureProblem() const noexcept { return picture_problem_; }
 
-  /// Gives the keyboard to the half that had it last, or to the tree.
+  /// Sets the keyboard focus to the pane that last had it, or to the tree.
   void TakeFocus();
 
-  /// Brings the tree into the state its jukebox asks for and, when no folder is on show yet, shows
-  /// the first one.
+  /// Expands and collapses the tree's folders as marked in the jukebox and, if no folder is on show
+  /// yet, shows the first folder.
   void ShowJukebox();
 
-  /// The folder that a half's keys act on, and the frame's commands for that half; null for none, and for
-  /// the root in the tree.
+  /// Returns the folder that a pane's keys, and the frame's commands for that pane, act on; null if
+  /// there is none, and null for the root in the tree.
   /// \param pane see PopUpPane
   Folder* FolderOfPane(int pane) const;
 
   /// Runs a command of a pop-up menu.
   ///
-  /// \param item the command's number, see TreeCommand and ListCommand
-  /// \param pane whose menu, see PopUpPane
-  /// \param node the folder concerned; null for none
+  /// \param item the command, see TreeCommand and ListCommand
+  /// \param pane the pane that the menu belongs to, see PopUpPane
+  /// \param node the folder to act on; null for none
   void ActOnPopUpClick(int item, int pane, Folder* node);
 
-  /// Asks whether the changes are to be saved, and saves them. After a yes to closing the window closes without
-  /// asking again.
-  /// \returns whether it may close
+  /// Asks whether to save unsaved changes, and saves them if the user wants that. Once this has
+  /// returned true, the window closes without asking again.
+  /// \returns whether the window may close
   bool AskBeforeClosing();
-  /// Whether closing asks: something would be lost.
+  /// Returns whether closing asks, because changes would be lost.
   bool WillAsk() const;
-  /// The window is not to be closed after all: it asks again.
+  /// Cancels the closing of the window: the next attempt to close it asks again.
   void KeepOpen() noexcept { may_close_ = false; }
 
-  /// Sets what saves this window's jukebox when it is closed and the user wants that.
-  /// \param save returns whether it is saved now
+  /// Sets the callback that saves the jukebox when the user chooses to save on closing.
+  /// \param save returns whether the jukebox was saved
   void OnSaveBeforeClosing(std::function<bool()> save) { save_ = std::move(save); }
-  /// Sets how taking many files is shown.
+  /// Sets the callback that shows progress while many files are added.
   void OnLongWork(BeginLongWork begin) { begin_work_ = std::move(begin); }
 
  signals:
-  /// These songs, by their record numbers, are to be played in this order.
+  /// The user wants to play these songs, given as record numbers, in this order.
   void PlaySongs(std::vector<std::int32_t> songs);
-  /// Something went wrong that the user should read.
+  /// An operation failed or succeeded only in part; the lines explain it to the user.
   void Problem(const QStringList& lines);
-  /// Songs came back under other numbers; this window's jukebox and the clipboard follow them already.
+  /// Songs that were found again have new record numbers; this window's jukebox and the clipboard
+  /// are already updated.
   void SongsReturned(const std::vector<tallow::ReturnedSong>& songs);
-  /// A command of a pop-up menu is about to run, wherever it came from.
+  /// A command of a pop-up menu is about to run, whether started by the menu, a key or the frame.
   void PopUpClick(int item, int pane);
   /// See PVExplorer::HalfStepped.
   void HalfStepped(tallow::EditHistory::Half half, bool back);
-  /// The dialog of the background picture is wanted.
+  /// The user wants to open the dialog for the background picture.
   void ChangeBackgroundPicture();
 
  protected:
@@ -119,8 +121,8 @@ class frmMain : public QWidget {
   QMenu* list_menu_;
   QMenu* tree_menu_;
   std::uint32_t menu_folder_ =
-      0;                    ///< key of the folder that the tree's menu was opened on; 0 for none
-  bool may_close_ = false;  ///< the user was asked already
+      0;                    ///< key of the folder that the tree menu was opened on; 0 for none
+  bool may_close_ = false;  ///< whether the user was already asked
   int pane_with_focus_ = 0;
   std::function<bool()> save_;
   std::string picture_problem_;

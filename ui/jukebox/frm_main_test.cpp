@@ -17,7 +17,7 @@ namespace {
 
 class FrmMain : public JukeboxWindowTest {
  protected:
-  /// Chooses from the list's pop-up menu.
+  /// Opens the list's pop-up menu and triggers an item.
   void Choose(const QString& caption) {
     QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(20, 20),
                             List().viewport()->mapToGlobal(QPoint(20, 20)));
@@ -31,14 +31,14 @@ class FrmMain : public JukeboxWindowTest {
   }
 };
 
-TEST_F(FrmMain, EveryPartHasItsName) {
+TEST_F(FrmMain, EveryPartHasItsObjectAndAccessibleName) {
   EXPECT_EQ(window.objectName(), "frmMain");
   EXPECT_EQ(window.PVExplorer1().objectName(), "PVExplorer1");
   EXPECT_EQ(Tree().accessibleName(), "Folders");
   EXPECT_EQ(List().accessibleName(), "Songs");
 }
 
-TEST_F(FrmMain, TheModelsKeepTheirPromises) {
+TEST_F(FrmMain, TheModelsFollowTheRulesOfQtModels) {
   AddSong("/m/", "a.mp3");
   const QAbstractItemModelTester folders(Tree().model(),
                                          QAbstractItemModelTester::FailureReportingMode::Fatal);
@@ -55,7 +55,7 @@ TEST_F(FrmMain, TheModelsKeepTheirPromises) {
   tree.Put(tree.Copy(above), &b, 0);
   tree.Rename(b, "C");
   EXPECT_TRUE(IndexOf(Tree(), "C/A/A1").isValid());
-  // Whoever holds a folder by its index still holds the same one in another order.
+  // Persistent indexes still refer to the same folders after a reorder.
   const QPersistentModelIndex held = IndexOf(Tree(), "C/A");
   const QPersistentModelIndex held_above = IndexOf(Tree(), "A");
   tree.Reorder(nullptr, {1, 0});
@@ -67,11 +67,11 @@ TEST_F(FrmMain, TheModelsKeepTheirPromises) {
   EXPECT_EQ(Tree().model()->rowCount(), 1);
 }
 
-TEST_F(FrmMain, TheListKeepsItsPromisesWhenAShorterFolderIsShown) {
+TEST_F(FrmMain, TheListModelStaysConsistentWhenAShorterFolderIsShown) {
   AddSongs(3);
   const QAbstractItemModelTester songs(List().model(),
                                        QAbstractItemModelTester::FailureReportingMode::Fatal);
-  // Whoever hears of a change looks at once.
+  // A receiver of the signal may read all rows immediately.
   QObject::connect(List().model(), &QAbstractItemModel::headerDataChanged, [this] {
     for (int row = 0; row < List().model()->rowCount(); ++row)
       EXPECT_TRUE(List().model()->index(row, 0).data().isValid());
@@ -121,7 +121,7 @@ TEST_F(FrmMain, AFolderReachedWithTheKeyboardIsShownToo) {
   EXPECT_EQ(RowsOf(List()), (QStringList{"1.  a.mp3"}));
 }
 
-TEST_F(FrmMain, ClickingTheFolderOnShowShowsItAnew) {
+TEST_F(FrmMain, ClickingTheFolderOnShowRefillsTheList) {
   AddSong("/m/", "b.mp3");
   AddSong("/m/", "a.mp3");
   AddFolder("one", {1, 2});
@@ -134,7 +134,7 @@ TEST_F(FrmMain, ClickingTheFolderOnShowShowsItAnew) {
   EXPECT_EQ(Header(), "Name    --        (click to sort)");
 }
 
-TEST_F(FrmMain, HeaderClicksGoThroughTheFourOrders) {
+TEST_F(FrmMain, HeaderClicksCycleThroughTheFourOrders) {
   AddSong("/m/", "b.mp3", "1", "3");
   AddSong("/m/", "a.mp3", "1", "7");
   AddFolder("one", {1, 2});
@@ -155,7 +155,7 @@ TEST_F(FrmMain, HeaderClicksGoThroughTheFourOrders) {
   }
 }
 
-TEST_F(FrmMain, ARankThatIsNoNumberIsSaid) {
+TEST_F(FrmMain, ARankThatIsNotANumberIsReported) {
   AddSong("/m/", "b.mp3", "1", "x");
   AddSong("/m/", "a.mp3", "1", "7");
   AddFolder("one", {1, 2});
@@ -167,7 +167,7 @@ TEST_F(FrmMain, ARankThatIsNoNumberIsSaid) {
                          "a number)."}));
 }
 
-TEST_F(FrmMain, NamesThatAreNoTextAreMendedForDisplayOnly) {
+TEST_F(FrmMain, InvalidUtf8IsReplacedForDisplayOnly) {
   AddSong("/m/", "caf\xE9\n.mp3");
   AddFolder("one\xFF", {1});
   window.show();
@@ -191,7 +191,7 @@ TEST_F(FrmMain, TheSampleJukeboxIsShownWithItsTreeOpen) {
             (QStringList{"1.  a.mp3"}));
 }
 
-TEST_F(FrmMain, FoldersAreOpenAsTheyWereSaved) {
+TEST_F(FrmMain, FoldersAreExpandedAsTheyWereSaved) {
   Folder& one = AddFolder("one", {});
   Folder& two = AddFolder("two", {});
   for (Folder* const folder : {&one, &two}) window.Jukebox().Nodes().AddChild(folder, "inner");
@@ -213,7 +213,7 @@ TEST_F(FrmMain, FoldersAreOpenAsTheyWereSaved) {
   EXPECT_EQ(tree.currentIndex().data().toString(), "one");
 }
 
-TEST_F(FrmMain, AFolderOfManySongsIsShownWithoutAWidgetARow) {
+TEST_F(FrmMain, AFolderOfManySongsNeedsNoWidgetPerRow) {
   constexpr int kSongs = 200000;
   for (int k = 1; k <= kSongs; ++k) AddSong("/m/", std::to_string(k) + ".mp3");
   std::vector<int> records(kSongs);
@@ -227,7 +227,7 @@ TEST_F(FrmMain, AFolderOfManySongsIsShownWithoutAWidgetARow) {
   EXPECT_LT(window.findChildren<QObject*>().size(), 200);
 }
 
-TEST_F(FrmMain, AClickIsToldThoughAnotherButtonCameBefore) {
+TEST_F(FrmMain, ALeftClickShowsTheFolderAfterAClickOfAnotherButton) {
   AddSong("/m/", "a.mp3");
   AddFolder("one", {1});
   AddFolder("two", {1});
@@ -278,7 +278,7 @@ TEST_F(FrmMain, TheListsMenuPlaysTheFolderOrTheSelection) {
   EXPECT_EQ(played.back(), (Songs{3, 1, 2, 1}));
 }
 
-TEST_F(FrmMain, CommandsAreNumberedByPane) {
+TEST_F(FrmMain, CommandNumbersDependOnThePane) {
   for (const char* name : {"a.mp3", "b.mp3"}) AddSong("/m/", name);
   AddFolder("one", {1, 2});
   Folder& two = AddFolder("two", {2});
@@ -297,13 +297,13 @@ TEST_F(FrmMain, CommandsAreNumberedByPane) {
   EXPECT_EQ(played[3], Songs{});
 }
 
-TEST_F(FrmMain, WhereTheSplitterStoodIsRemembered) {
+TEST_F(FrmMain, ThePositionOfTheSplitterIsRemembered) {
   window.resize(900, 500);
   window.show();
   PVExplorer& explorer = window.PVExplorer1();
   explorer.setSizes({350, 500});
   const int left = explorer.sizes().at(0);
-  // As a drag of the handle tells.
+  // QSplitter emits this when the user drags the handle.
   emit explorer.splitterMoved(left, 1);
   frmMain other(tallow);
   other.resize(900, 500);

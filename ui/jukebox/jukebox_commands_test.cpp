@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The commands of both pop-up menus, through the real widgets.
+// The commands of both pop-up menus, run through the real widgets.
 #include <gtest/gtest.h>
 
 #include <QAccessible>
@@ -19,7 +19,7 @@ namespace {
 class Commands : public JukeboxWindowTest {
  protected:
   QMenu& Menu(const char* name) { return *window.findChild<QMenu*>(QLatin1String(name)); }
-  /// A menu's items: caption, command; with the items of its own menus behind theirs.
+  /// Returns a menu's items as "caption command"; the items of a submenu follow its item.
   static QStringList ItemsOf(const QMenu& menu) {
     QStringList items;
     for (const QAction* const action : menu.actions()) {
@@ -133,16 +133,16 @@ TEST_F(Commands, RankingWritesAllSelectedSongsAndSavesTheLibrary) {
   again.settings.GetandLoadIniInfo(again.settings_path);
   ASSERT_TRUE(again.library.LoadMain());
   EXPECT_EQ(again.library.Mp3Info(5, 4), "7");
-  // The selection stays.
+  // The selection is unchanged.
   EXPECT_EQ(Selected(), (std::vector<int>{0, 2}));
 }
 
-TEST_F(Commands, RanksThatCannotBeSavedAreSaid) {
+TEST_F(Commands, AFailureToSaveRanksIsReported) {
   AddSongs(1);
   AddFolder("one", {1});
   Show();
   SelectRow(0);
-  // A folder in the file's place keeps it from being written.
+  // A folder at the path of the file makes writing fail.
   CreateFolder(LibraryPath());
   CreateFolder(LibraryPath() + kSep + "x");
   window.ActOnPopUpClick(8, 2, Box().selectednode());
@@ -154,7 +154,7 @@ TEST_F(Commands, RanksThatCannotBeSavedAreSaid) {
   EXPECT_EQ(Rank(1), "7");
 }
 
-TEST_F(Commands, CutAndDeleteOfSongsAreTheSame) {
+TEST_F(Commands, DeletingSongsPutsThemOnTheClipboardLikeCutting) {
   AddSongs(4);
   Folder& one = AddFolder("one", {1, 2, 3, 4});
   Folder& two = AddFolder("two");
@@ -172,7 +172,7 @@ TEST_F(Commands, CutAndDeleteOfSongsAreTheSame) {
   EXPECT_TRUE(Box().IsFormDirty());
 }
 
-TEST_F(Commands, CopiedSongsArePastedBehindTheOthers) {
+TEST_F(Commands, CopiedSongsArePastedAtTheEnd) {
   AddSongs(3);
   Folder& one = AddFolder("one", {1, 2, 3});
   Folder& two = AddFolder("two", {3});
@@ -187,7 +187,7 @@ TEST_F(Commands, CopiedSongsArePastedBehindTheOthers) {
   EXPECT_EQ(Selected(), (std::vector<int>{1, 2}));
 }
 
-TEST_F(Commands, SongsAreNotCutOutOfAllSongs) {
+TEST_F(Commands, SongsCannotBeCutFromAllSongs) {
   AddSongs(2);
   Folder& all = AddFolder("All Songs", {1, 2});
   Folder& two = AddFolder("two", {1});
@@ -201,7 +201,7 @@ TEST_F(Commands, SongsAreNotCutOutOfAllSongs) {
               Texts{"Can not cut a song from 'All Songs.'  You can copy a song if you wish."});
   }
   EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
-  // A folder of this name elsewhere is like any other.
+  // A folder with this name below another folder is an ordinary folder.
   Folder& inner = AddFolder("All Songs", {1}, &two);
   window.PVExplorer1().Select(inner);
   SelectRow(0);
@@ -210,7 +210,7 @@ TEST_F(Commands, SongsAreNotCutOutOfAllSongs) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(Commands, NothingSelectedIsNothingToCut) {
+TEST_F(Commands, CuttingWithoutASelectionDoesNothing) {
   AddSongs(1);
   Folder& all = AddFolder("All Songs", {1});
   Show();
@@ -229,7 +229,7 @@ TEST_F(Commands, OnlyTheFolderOnShowHasSelectedSongs) {
   EXPECT_EQ(Cells(5), (Texts{"2", "2"}));
 }
 
-TEST_F(Commands, ANewFolderIsAddedToTheFolderConcernedOrToTheRootAndStartsInRename) {
+TEST_F(Commands, ANewFolderIsAddedToTheSelectedFolderOrTheRootAndIsRenamed) {
   Folder& one = AddFolder("one");
   Show();
   window.ActOnPopUpClick(4, 1, &one);
@@ -243,13 +243,13 @@ TEST_F(Commands, ANewFolderIsAddedToTheFolderConcernedOrToTheRootAndStartsInRena
   EXPECT_TRUE(QTest::qWaitFor([&] { return FoldersIn(&one) == Texts{"Jazz"}; }));
   window.ActOnPopUpClick(5, 1, &one);
   EXPECT_EQ(FoldersIn(), (Texts{"one", "New Folder"}));
-  // With no folder concerned there is only the root.
+  // Without a folder, both commands add to the root.
   window.ActOnPopUpClick(4, 1, nullptr);
   window.ActOnPopUpClick(5, 1, nullptr);
   EXPECT_EQ(FoldersIn(), (Texts{"one", "New Folder", "New Folder"}));
 }
 
-TEST_F(Commands, AFolderThatWouldLieTooDeepIsSaid) {
+TEST_F(Commands, ANewFolderBelowTheMaximumDepthIsReported) {
   Folder* folder = nullptr;
   for (int level = 0; level <= kMaxLevel; ++level) folder = &AddFolder("x", {}, folder);
   Show();
@@ -273,7 +273,7 @@ TEST_F(Commands, FoldersAreCutCopiedAndPasted) {
   EXPECT_EQ(SongsOf(Nodes().ChildAt(1)), Songs{1});
 }
 
-TEST_F(Commands, SongsCanBePastedIntoAFolderOfTheTreeAndFoldersBesideSongs) {
+TEST_F(Commands, SongsCanBePastedFromTheTreeAndFoldersFromTheList) {
   AddSongs(2);
   Folder& one = AddFolder("one", {1, 2});
   Folder& two = AddFolder("two");
@@ -300,7 +300,7 @@ TEST_F(Commands, ASpecialFolderIsNotCut) {
               Texts{"This is a special node that can not be cut.  It can be copied if you wish."});
   }
   EXPECT_EQ(Nodes().Count(), 3);
-  // A copy of it below another folder is an ordinary one.
+  // A copy of the folder below another folder is an ordinary folder.
   Folder& mine = AddFolder("mine");
   window.ActOnPopUpClick(7, 1, &artist);
   window.ActOnPopUpClick(8, 1, &mine);
@@ -309,7 +309,7 @@ TEST_F(Commands, ASpecialFolderIsNotCut) {
   EXPECT_EQ(FoldersIn(&mine), Texts{});
 }
 
-TEST_F(Commands, AFolderIsDeletedAfterAYesOnly) {
+TEST_F(Commands, AFolderIsDeletedOnlyAfterConfirmation) {
   AddSongs(1);
   Folder& one = AddFolder("one", {1});
   AddFolder("inner", {1}, &one);
@@ -328,12 +328,12 @@ TEST_F(Commands, AFolderIsDeletedAfterAYesOnly) {
   window.ActOnPopUpClick(9, 1, &one);
   EXPECT_EQ(FoldersIn(), Texts{"two"});
   EXPECT_EQ(Box().selectednode()->Text(), "two");
-  // The songs stay in the library, and the clipboard as it was.
+  // The songs stay in the library, and the clipboard is unchanged.
   EXPECT_EQ(library.UBoundOfMp3Array(), 1);
   EXPECT_EQ(tallow.clipboard.CopiedFolder(), nullptr);
 }
 
-TEST_F(Commands, ASpecialFolderIsNotDeletedAndNothingIsSaid) {
+TEST_F(Commands, DeletingASpecialFolderDoesNothingWithoutAMessage) {
   Folder& artist = AddFolder("Artist");
   Folder& mine = AddFolder("mine");
   Folder& inner = AddFolder("Artist", {}, &mine);
@@ -346,7 +346,7 @@ TEST_F(Commands, ASpecialFolderIsNotDeletedAndNothingIsSaid) {
   EXPECT_EQ(Nodes().Count(), 2);
 }
 
-TEST_F(Commands, TheLastFolderCanGo) {
+TEST_F(Commands, TheLastFolderCanBeCut) {
   AddSongs(1);
   Folder& one = AddFolder("one", {1});
   Show();
@@ -358,7 +358,7 @@ TEST_F(Commands, TheLastFolderCanGo) {
   EXPECT_EQ(RowsOf(List()), QStringList{"1.  1.mp3"});
 }
 
-TEST_F(Commands, SortNodesSortsBelowTheFolderConcerned) {
+TEST_F(Commands, SortNodesSortsBelowTheSelectedFolder) {
   Folder& one = AddFolder("one");
   for (const char* const text : {"Disc 10", "disc 2"}) AddFolder(text, {}, &one);
   AddFolder("a");
@@ -371,7 +371,7 @@ TEST_F(Commands, SortNodesSortsBelowTheFolderConcerned) {
   EXPECT_EQ(Tree().currentIndex().data().toString(), "one");
 }
 
-TEST_F(Commands, TheDialogOfTheBackgroundPictureIsAskedFor) {
+TEST_F(Commands, TheCommandRequestsTheBackgroundPictureDialog) {
   Folder& one = AddFolder("one");
   Show();
   int asked = 0;
@@ -380,7 +380,7 @@ TEST_F(Commands, TheDialogOfTheBackgroundPictureIsAskedFor) {
   EXPECT_EQ(asked, 1);
 }
 
-TEST_F(Commands, OtherNumbersDoNothing) {
+TEST_F(Commands, UnknownCommandNumbersDoNothing) {
   AddSongs(1);
   Folder& one = AddFolder("one", {1});
   Show();
@@ -411,7 +411,7 @@ TEST_F(Commands, EveryListCommandCollectsTheSelectedSongs) {
   }
 }
 
-TEST_F(Commands, TheTreesMenuIsAboutTheFolderUnderThePointer) {
+TEST_F(Commands, TheTreesMenuActsOnTheFolderUnderThePointer) {
   AddFolder("one");
   Folder& two = AddFolder("two");
   Show();
@@ -424,7 +424,7 @@ TEST_F(Commands, TheTreesMenuIsAboutTheFolderUnderThePointer) {
   Item(Menu("TreeMenu"), 4).trigger();
   Menu("TreeMenu").close();
   EXPECT_EQ(FoldersIn(&two), Texts{"New Folder"});
-  // Beside the folders only the root is meant.
+  // In the empty area of the tree, the menu acts on the root.
   open_at(QPoint(20, Tree().viewport()->height() - 5));
   Item(Menu("TreeMenu"), 4).trigger();
   EXPECT_EQ(Nodes().Count(), 3);
@@ -433,7 +433,7 @@ TEST_F(Commands, TheTreesMenuIsAboutTheFolderUnderThePointer) {
   EXPECT_EQ(FoldersIn(), (Texts{"one", "two", "New Folder"}));
 }
 
-TEST_F(Commands, AMissingFolderHasNoListMenu) {
+TEST_F(Commands, WithoutAFolderThereIsNoListMenu) {
   Show();
   QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(9, 9),
                           List().viewport()->mapToGlobal(QPoint(9, 9)));
@@ -441,7 +441,7 @@ TEST_F(Commands, AMissingFolderHasNoListMenu) {
   EXPECT_FALSE(Menu("ListMenu").isVisible());
 }
 
-TEST_F(Commands, AColumnSortTakesTheSelectionAlongWithItsSong) {
+TEST_F(Commands, TheSelectionFollowsItsSongWhenAColumnIsSorted) {
   AddSongs(3);
   AddFolder("one", {3, 1, 2});
   Show();
@@ -452,7 +452,7 @@ TEST_F(Commands, AColumnSortTakesTheSelectionAlongWithItsSong) {
   EXPECT_TRUE(Box().IsFormDirty());
 }
 
-TEST_F(Commands, AnEmptyJukeboxTakesEveryKeyAndCommand) {
+TEST_F(Commands, AnEmptyJukeboxSurvivesEveryKeyAndCommand) {
   Show();
   messages.answer = MessageAnswer::kYes;
   for (QWidget* const half : {static_cast<QWidget*>(&Tree()), static_cast<QWidget*>(&List())}) {
@@ -477,7 +477,7 @@ TEST_F(Commands, AnEmptyJukeboxTakesEveryKeyAndCommand) {
   EXPECT_FALSE(Box().IsFormDirty());
 }
 
-TEST_F(Commands, SortNodesBesideTheFoldersSortsTheWholeTreeSpecialFoldersToo) {
+TEST_F(Commands, SortNodesInTheEmptyAreaSortsTheWholeTree) {
   AddFolder("New");
   Folder& decades = AddFolder("Decades");
   AddFolder("30's", {}, &decades);
@@ -491,7 +491,7 @@ TEST_F(Commands, SortNodesBesideTheFoldersSortsTheWholeTreeSpecialFoldersToo) {
   EXPECT_EQ(FoldersIn(&decades), (Texts{"00's", "30's"}));
 }
 
-TEST_F(Commands, MoveToRootPutsAFolderBehindThoseOfTheTopLevel) {
+TEST_F(Commands, MoveToRootMovesAFolderToTheEndOfTheTopLevel) {
   AddSongs(1);
   Folder& one = AddFolder("one");
   Folder& inner = AddFolder("inner", {1}, &one);
@@ -508,7 +508,7 @@ TEST_F(Commands, MoveToRootPutsAFolderBehindThoseOfTheTopLevel) {
   EXPECT_EQ(FoldersIn(&inner), Texts{"below"});
   EXPECT_EQ(Box().selectednode(), &inner);
   EXPECT_EQ(RowsOf(List()), QStringList{"1.  1.mp3"});
-  // There already.
+  // The folder is already at the top level.
   for (const Folder* const folder : {&inner, static_cast<Folder*>(nullptr)}) {
     emit window.PVExplorer1().TreePopUp(const_cast<Folder*>(folder), QPoint(10, 10));
     menu.close();
@@ -531,7 +531,7 @@ TEST_F(Commands, ADecadeIsNotMovedToTheRoot) {
   EXPECT_EQ(FoldersIn(&decades), Texts{"80's"});
 }
 
-TEST_F(Commands, AFolderRenamedToTheNameOfASpecialOneIsDeletedAfterAQuestion) {
+TEST_F(Commands, AFolderRenamedToTheNameOfASpecialFolderCanBeDeleted) {
   Folder& mine = AddFolder("mine");
   Folder& artist = AddFolder("Artist");
   Show();
@@ -541,7 +541,7 @@ TEST_F(Commands, AFolderRenamedToTheNameOfASpecialOneIsDeletedAfterAQuestion) {
   ASSERT_NE(editor, nullptr);
   editor->setText("Artist");
   QTest::keyClick(editor, Qt::Key_Return);
-  // The editor goes when the program comes to it.
+  // Qt deletes the editor when events are processed.
   QApplication::processEvents();
   EXPECT_EQ(FoldersIn(), (Texts{"Artist", "Artist"}));
   EXPECT_EQ(mine.Index(), 1);
@@ -558,7 +558,7 @@ TEST_F(Commands, AFolderRenamedToTheNameOfASpecialOneIsDeletedAfterAQuestion) {
   EXPECT_EQ(FoldersIn(), Texts{"Artist"});
 }
 
-TEST_F(Commands, SongsAreFiledIntoTheFirstOfTwoFoldersOfAName) {
+TEST_F(Commands, SongsAreFiledIntoTheFirstOfTwoFoldersWithTheSameName) {
   AddSongs(1);
   Folder& mine = AddFolder("mine");
   Folder& all = AddFolder("All Songs");
@@ -569,7 +569,7 @@ TEST_F(Commands, SongsAreFiledIntoTheFirstOfTwoFoldersOfAName) {
   ASSERT_NE(editor, nullptr);
   editor->setText("All Songs");
   QTest::keyClick(editor, Qt::Key_Return);
-  // The editor goes when the program comes to it.
+  // Qt deletes the editor when events are processed.
   QApplication::processEvents();
   ASSERT_EQ(mine.Text(), "All Songs");
   tallow::Jukebox* const own[] = {&Box()};

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keyboard, renaming, undo, background picture and size of a jukebox window, through the real widgets.
+// Keyboard, renaming, undo, background picture and size of a jukebox window, tested with the real
+// widgets.
 #include <gtest/gtest.h>
 
 #include <QContextMenuEvent>
@@ -78,12 +79,12 @@ TEST_F(Keys, CtrlZUndoesAndCtrlShiftZRedoesInBothHalves) {
   EXPECT_TRUE(Box().IsFormDirty());
   Type(Tree(), Qt::Key_Z, Qt::ControlModifier);
   EXPECT_EQ(SongsOf(one), (Songs{1, 2, 3}));
-  // Ctrl+Y is the player's.
+  // Ctrl+Y is a key of the player.
   Type(List(), Qt::Key_Y, Qt::ControlModifier);
   EXPECT_EQ(SongsOf(one), (Songs{1, 2, 3}));
 }
 
-TEST_F(Keys, UndoShowsTheFolderThatItIsAbout) {
+TEST_F(Keys, UndoShowsTheFolderThatItChanges) {
   AddSongs(3);
   Folder& one = AddFolder("one", {1, 2, 3});
   AddFolder("two");
@@ -97,7 +98,7 @@ TEST_F(Keys, UndoShowsTheFolderThatItIsAbout) {
   EXPECT_EQ(RowsOf(List()), (QStringList{"1.  1.mp3", "2.  2.mp3", "3.  3.mp3"}));
 }
 
-TEST_F(Keys, AFolderThatComesBackIsOpenAsItWas) {
+TEST_F(Keys, AFolderRestoredByUndoIsExpandedAsBefore) {
   Folder& one = AddFolder("one");
   AddFolder("inner", {}, &one);
   AddFolder("two");
@@ -109,7 +110,7 @@ TEST_F(Keys, AFolderThatComesBackIsOpenAsItWas) {
   EXPECT_TRUE(Tree().isExpanded(IndexOf(Tree(), "one")));
 }
 
-TEST_F(Keys, AnUndoneSortIsNoLongerSorted) {
+TEST_F(Keys, UndoingASortClearsTheSortMark) {
   AddSongs(3);
   AddFolder("one", {3, 1, 2});
   Show();
@@ -142,7 +143,7 @@ TEST_F(Keys, F2RenamesAFolder) {
   EXPECT_EQ(FoldersIn(), Texts{"one"});
 }
 
-TEST_F(Keys, KeysOfARenameAreForItsText) {
+TEST_F(Keys, KeysDuringARenameEditTheText) {
   AddSongs(1);
   AddFolder("one", {1});
   Show();
@@ -180,7 +181,7 @@ TEST_F(Keys, ASlowSecondClickRenames) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return Tree().findChild<QLineEdit*>() != nullptr; }));
 }
 
-TEST_F(Keys, ATextThatIsMendedForDisplayStaysUnlessItIsChanged) {
+TEST_F(Keys, ATextWithInvalidUtf8IsKeptUnlessItIsEdited) {
   Folder& one = AddFolder("caf\xE9");
   Show();
   Type(Tree(), Qt::Key_F2);
@@ -189,7 +190,7 @@ TEST_F(Keys, ATextThatIsMendedForDisplayStaysUnlessItIsChanged) {
   EXPECT_FALSE(Box().IsFormDirty());
 }
 
-TEST_F(Keys, TheKeypadDeletesToo) {
+TEST_F(Keys, TheDeleteKeyOfTheKeypadDeletesToo) {
   AddSongs(2);
   Folder& one = AddFolder("one", {1, 2});
   Show();
@@ -209,7 +210,7 @@ TEST_F(Keys, UndoWithNothingToUndoLeavesTheListAlone) {
   EXPECT_EQ(Selected(), std::vector<int>{1});
 }
 
-TEST_F(Keys, AListThatWasOnlyEnteredSelectsWithTheFirstKey) {
+TEST_F(Keys, TheFirstKeyInAListWithoutASelectionSelectsARow) {
   AddSongs(3);
   AddFolder("one", {1, 2, 3});
   Show();
@@ -222,7 +223,7 @@ TEST_F(Keys, AListThatWasOnlyEnteredSelectsWithTheFirstKey) {
   }
 }
 
-TEST_F(Keys, AClickBesideTheFoldersSelectsNothingElse) {
+TEST_F(Keys, AClickInTheEmptyAreaKeepsTheSelection) {
   Folder& one = AddFolder("one");
   Show();
   QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {},
@@ -231,7 +232,7 @@ TEST_F(Keys, AClickBesideTheFoldersSelectsNothingElse) {
   EXPECT_TRUE(Tree().selectionModel()->isSelected(IndexOf(Tree(), "one")));
 }
 
-TEST_F(Keys, AClickThatComesBackToTheTreeDoesNotRename) {
+TEST_F(Keys, AClickThatMovesTheFocusToTheTreeDoesNotRename) {
   AddSongs(1);
   AddFolder("one", {1});
   Show();
@@ -239,13 +240,13 @@ TEST_F(Keys, AClickThatComesBackToTheTreeDoesNotRename) {
   List().setFocus();
   Click("one");
   EXPECT_EQ(Tree().editTriggers(), QAbstractItemView::EditKeyPressed);
-  // The next one is a second click.
+  // The tree already has the focus, so the next click is a second click.
   Tree().setFocus();
   Click("one");
   EXPECT_TRUE(Tree().editTriggers().testFlag(QAbstractItemView::SelectedClicked));
 }
 
-TEST_F(Keys, TheSelectionOfTheHalfWithoutTheKeyboardIsGrey) {
+TEST_F(Keys, TheSelectionOfTheHalfWithoutTheFocusIsGrey) {
   AddSongs(1);
   AddFolder("one", {1});
   Show();
@@ -286,13 +287,13 @@ TEST_F(Keys, CtrlASelectsAllSongs) {
   EXPECT_EQ(Selected(), (std::vector<int>{0, 1, 2}));
 }
 
-TEST_F(Keys, TypingFindsTheNextSongThatBeginsSo) {
+TEST_F(Keys, TypingFindsTheNextSongThatBeginsWithTheLetters) {
   for (const char* const name : {"apple.mp3", "Banana.mp3", "beta.mp3", "7 seas.mp3", "Bee.mp3"})
     AddSong(music.path(), name);
   AddFolder("one", {1, 2, 3, 4, 5});
   Show();
   const auto type = [&](const char* letters) {
-    // A pause begins a new word.
+    // After a pause, typing starts a new search text.
     QApplication::setKeyboardInputInterval(0);
     QTest::qWait(2);
     QTest::keyClick(&List(), letters[0]);
@@ -306,7 +307,7 @@ TEST_F(Keys, TypingFindsTheNextSongThatBeginsSo) {
   EXPECT_EQ(type("b"), 1);
   EXPECT_EQ(type("bee"), 4);
   EXPECT_EQ(type("7"), 3);
-  // No name begins so, but a label does.
+  // No name begins with this digit, but a label does.
   EXPECT_EQ(type("5"), 4);
   EXPECT_EQ(type("zzz"), 4);
   QApplication::setKeyboardInputInterval(400);
@@ -322,7 +323,7 @@ TEST_F(Keys, TypingInTheTreeFindsAFolder) {
   EXPECT_EQ(Box().selectednode(), &three);
 }
 
-TEST_F(Keys, BackspaceGoesToTheFolderAbove) {
+TEST_F(Keys, BackspaceGoesToTheParentFolder) {
   Folder& one = AddFolder("one");
   Folder& inner = AddFolder("inner", {}, &one);
   Show();
@@ -335,7 +336,7 @@ TEST_F(Keys, BackspaceGoesToTheFolderAbove) {
   }
 }
 
-TEST_F(Keys, TabMovesBetweenTheHalvesAndTheWindowKnowsTheLast) {
+TEST_F(Keys, TabMovesBetweenTheHalvesAndTheWindowRemembersTheLast) {
   AddFolder("one");
   EXPECT_EQ(window.CurrentPaneWFocus(), 0);
   Show();
@@ -375,7 +376,7 @@ TEST_F(Keys, ShiftF10AndTheMenuKeyOpenThePopUpAtTheSelection) {
   tree_menu.close();
 }
 
-TEST_F(Keys, AnEditedListStaysWhereItIs) {
+TEST_F(Keys, AnEditedListKeepsItsScrollPosition) {
   AddSongs(200);
   Songs all(200);
   for (int k = 0; k < 200; ++k) all[static_cast<std::size_t>(k)] = k + 1;
@@ -392,7 +393,7 @@ TEST_F(Keys, AnEditedListStaysWhereItIs) {
   EXPECT_EQ(List().model()->index(150, 0).data().toString(), "151.  152.mp3");
 }
 
-TEST_F(Keys, APictureLiesBehindTheSongsInTheMiddleOrTiled) {
+TEST_F(Keys, ABackgroundPictureIsCentredOrTiled) {
   QImage red(40, 30, QImage::Format_RGB32);
   red.fill(Qt::red);
   const QString path = QString::fromStdString(music / "red.png");
@@ -408,7 +409,7 @@ TEST_F(Keys, APictureLiesBehindTheSongsInTheMiddleOrTiled) {
   EXPECT_EQ(color_at({5, 5}), plain);
   const QColor veiled = color_at(middle);
   EXPECT_NE(veiled, plain);
-  // The text has to be readable over it.
+  // Text must be readable on the picture.
   EXPECT_LT(std::abs(veiled.lightness() - plain.lightness()), 70);
   window.PVExplorer1().SetBackgroundImage("file:\\\\" + path, true);
   EXPECT_EQ(color_at({5, 5}), veiled);
@@ -435,7 +436,7 @@ TEST_F(Keys, AHugeOrDamagedPictureDoesNoHarm) {
   EXPECT_EQ(show("no picture at all"), QSize(0, 0));
   EXPECT_EQ(show(""), QSize(0, 0));
   for (std::size_t length = 1; length < jpeg.size(); length += 37) show(jpeg.substr(0, length));
-  // The frame header, FF C0, has the height and the width at its sixth byte: 20,000 each.
+  // The frame header, FF C0, has the height and the width at byte offset 5, 2 bytes each: 20,000.
   const std::size_t frame = jpeg.find("\xFF\xC0");
   ASSERT_NE(frame, std::string::npos);
   jpeg.replace(frame + 5, 4, "\x4E\x20\x4E\x20");
@@ -444,12 +445,12 @@ TEST_F(Keys, AHugeOrDamagedPictureDoesNoHarm) {
   EXPECT_LE(huge.height(), 2560);
 }
 
-TEST_F(Keys, AHugeProgressivePictureIsNotReadWhole) {
+TEST_F(Keys, AHugeProgressivePictureIsNotRead) {
   const auto show = [&](int side) {
     QImage gray(side, side, QImage::Format_Grayscale8);
     gray.fill(Qt::gray);
     const QString path = QString::fromStdString(music / "progressive.jpg");
-    // What limits the reading limits the writing as well.
+    // The memory limit for reading would also limit writing.
     qunsetenv("JPEGMEM");
     QImageWriter writer(path);
     writer.setProgressiveScanWrite(true);
@@ -459,11 +460,11 @@ TEST_F(Keys, AHugeProgressivePictureIsNotReadWhole) {
     return List().BackgroundSize();
   };
   EXPECT_EQ(show(3000), QSize(2560, 2560));
-  // Two bytes a point would have to be kept until its end.
+  // libjpeg would have to keep two bytes per pixel until the end.
   EXPECT_EQ(show(12000), QSize(0, 0));
 }
 
-TEST_F(Keys, AWindowIsMadeWithTheStoredPicture) {
+TEST_F(Keys, ANewWindowShowsTheStoredPicture) {
   QImage red(40, 30, QImage::Format_RGB32);
   red.fill(Qt::red);
   ASSERT_TRUE(red.save(QString::fromStdString(music / "red.jpg")));
@@ -479,7 +480,7 @@ TEST_F(Keys, AWindowIsMadeWithTheStoredPicture) {
   EXPECT_FALSE(has_picture());
 }
 
-TEST_F(Keys, RankPicturesAreTheEntriesOwn) {
+TEST_F(Keys, EachRowShowsTheRankIconOfItsEntry) {
   AddSongs(1);
   Folder& one = AddFolder("one", {1});
   Show();
@@ -489,19 +490,19 @@ TEST_F(Keys, RankPicturesAreTheEntriesOwn) {
   EXPECT_EQ(index.data(Qt::ToolTipRole).toString(), "1.  1.mp3, rank 6 of 7");
   EXPECT_EQ(index.data(Qt::DecorationRole).value<QIcon>().pixmap(16).toImage(),
             RankPicture(6).pixmap(16).toImage());
-  // Numbers without a picture show none and are not read out.
+  // Numbers without an icon show none and are not read by screen readers.
   one.Items()[0].Icon(200);
   EXPECT_TRUE(index.data(Qt::DecorationRole).value<QIcon>().isNull());
   EXPECT_EQ(index.data(Qt::AccessibleTextRole).toString(), "1.  1.mp3");
 }
 
-TEST_F(Keys, RankPicturesDifferInFormAndAreDrawnAtEverySize) {
+TEST_F(Keys, RankPicturesDifferInShapeAtEverySize) {
   for (const int size : {16, 24, 32, 64}) {
     QList<QImage> forms;
     for (int rank = kMinRankPicture; rank <= kBestRankPicture; ++rank) {
       const QImage picture = RankPicture(rank).pixmap(size).toImage();
       EXPECT_EQ(picture.size(), QSize(size, size));
-      // What is left without the colours.
+      // The shape without the colours.
       const QImage form = picture.createAlphaMask();
       for (const QImage& other : forms) EXPECT_NE(form, other);
       forms.append(form);
@@ -512,7 +513,7 @@ TEST_F(Keys, RankPicturesDifferInFormAndAreDrawnAtEverySize) {
   EXPECT_EQ(RankPictureText(8), "");
 }
 
-TEST_F(Keys, TheControlFollowsTheWindowByTheRule) {
+TEST_F(Keys, TheControlFollowsTheSizeOfTheWindow) {
   // 40 pixels are 600 twips.
   EXPECT_EQ(ControlExtent(40, 77, kMoreWidth), 77);
   EXPECT_EQ(ControlExtent(41, 77, kMoreWidth), 44);
@@ -533,7 +534,7 @@ TEST_F(Keys, TheControlFollowsTheWindowByTheRule) {
   EXPECT_EQ(control.size(), QSize(44, 275));
 }
 
-TEST_F(Keys, WhatTheControlIsLargerThanTheWindowStaysFree) {
+TEST_F(Keys, ThePartOfTheControlOutsideTheWindowStaysEmpty) {
   AddFolder("one");
   Show();
   window.resize(500, 400);

@@ -9,12 +9,13 @@ namespace tallow {
 
 class clsINI;
 
-/// The address of the picture behind the song lists: "file:\\" and the path that the settings hold; empty
-/// where they want no picture or its file is not there.
+/// Returns the address of the background picture of the song lists: "file:\\" and the path from the
+/// settings; empty if the settings disable the picture or its file does not exist.
 QString PictureAddress(const clsINI& settings);
 
-/// Why the picture that the settings want cannot be shown, as far as that is seen without opening it: there
-/// is no regular file at its path. Empty where they want none, and where it is gone.
+/// Returns why the picture in the settings cannot be shown, as far as this is known without opening
+/// the file: its path is not a regular file. Empty if the settings disable the picture or its file
+/// is gone.
 std::string PictureAddressProblem(const clsINI& settings);
 
 }  // namespace tallow

@@ -12,13 +12,13 @@
 namespace tallow {
 namespace {
 
-/// The longest side of a picture, in pixels: more than a screen has. A larger picture is made smaller while
-/// it is read.
+/// Maximum length of the longer side of a picture, in pixels; no screen needs more. A larger
+/// picture is scaled down while it is read.
 constexpr int kMaxPixels = 2560;
 
-/// What libjpeg, which reads this from the environment, may take for one picture, in thousands of bytes. A
-/// progressive picture is held whole whatever size it is wanted in: this is one of 40 million pixels. A
-/// larger one is not read.
+/// Memory limit of libjpeg for one picture, in thousands of bytes; libjpeg reads it from the
+/// environment. libjpeg keeps a progressive picture in memory at full size, even if it is scaled
+/// down; the limit is enough for 40 million pixels. A larger picture is not read.
 constexpr const char* kMaxMemory = "256000";
 
 std::string Problem(const std::string& path, const std::string& reason) {

@@ -7,21 +7,22 @@
 
 namespace tallow {
 
-/// A picture for behind the song lists.
+/// A background picture for the song lists.
 struct PictureFile {
-  QPixmap pixmap;  ///< null when there is none
-  std::string
-      problem;  ///< the file, what is the matter with it and what to do; empty for a picture
+  QPixmap pixmap;  ///< null if there is no picture
+  /// Names the file, what is wrong with it and what to do about it; empty if the picture was read.
+  std::string problem;
 };
 
-/// Reads a picture, turned as the camera has noted in it. The format is told by the content, not by the
-/// name. A large one is made smaller, so that none takes more than some dozen MB.
+/// Reads a picture and rotates it by the orientation that the camera has stored in it. The format
+/// is detected from the content, not from the file name. A large picture is scaled down, so that a
+/// picture needs at most some dozen MB.
 ///
-/// Only a regular file is opened: a pipe or a device could keep the program waiting for ever.
+/// Only regular files are opened: reading a pipe or a device could block for ever.
 PictureFile ReadPicture(const std::string& path);
 
-/// What ReadPicture would say without opening the file: that there is a folder, a pipe or a device at the
-/// path, or nothing that can be asked for. Empty for a regular file.
+/// Returns the problem that ReadPicture would report without opening the file: the path is a
+/// folder, a pipe or a device, does not exist, or cannot be examined. Empty for a regular file.
 std::string ProblemOfPicturePath(const std::string& path);
 
 }  // namespace tallow

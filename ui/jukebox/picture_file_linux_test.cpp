@@ -14,11 +14,11 @@ using PictureFiles = FrameTest;
 
 constexpr const char* kAdvice = ". Choose a JPEG or PNG file with \"Change Backgroup Picture\".";
 
-TEST_F(PictureFiles, APipeAndADeviceAreSaidAndNotOpened) {
+TEST_F(PictureFiles, APipeAndADeviceAreReportedAndNotOpened) {
   const std::string pipe = music / "pipe.jpg";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   for (const std::string& path : {pipe, std::string("/dev/zero")}) {
-    // Reading a pipe that nobody writes to would never end.
+    // Reading a pipe without a writer would block for ever.
     const PictureFile read = ReadPicture(path);
     EXPECT_TRUE(read.pixmap.isNull());
     EXPECT_EQ(read.problem,
@@ -26,7 +26,7 @@ TEST_F(PictureFiles, APipeAndADeviceAreSaidAndNotOpened) {
   }
 }
 
-TEST_F(PictureFiles, AJukeboxIsShownThoughItsPictureIsAPipe) {
+TEST_F(PictureFiles, AJukeboxOpensEvenIfItsPictureIsAPipe) {
   const std::string pipe = music / "pipe.jpg";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   tallow.settings.PictureLocation(pipe);
@@ -36,7 +36,7 @@ TEST_F(PictureFiles, AJukeboxIsShownThoughItsPictureIsAPipe) {
   EXPECT_FALSE(window.findChild<SongListView*>()->HasBackgroundImage());
 }
 
-TEST_F(PictureFiles, ALinkThatLeadsNowhereIsSaid) {
+TEST_F(PictureFiles, ADanglingLinkIsReported) {
   const std::string link = music / "link.jpg";
   ASSERT_EQ(symlink("/no/such/picture", link.c_str()), 0);
   EXPECT_EQ(ReadPicture(link).problem,

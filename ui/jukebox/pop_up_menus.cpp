@@ -32,7 +32,8 @@ class Builder {
     QObject::connect(action, &QAction::triggered, menu_, [act = act_, command] { act(command); });
     return action;
   }
-  /// Adds an item that shows its key. The key itself is pressed in the control, which knows the pane.
+  /// Adds an item that displays a shortcut. The control handles the key itself, because it knows
+  /// the pane.
   void Add(const QString& caption, int command, const QKeySequence& key) {
     QAction* const action = Add(caption, command);
     action->setShortcut(key);

@@ -10,13 +10,13 @@ namespace tallow {
 
 class Folder;
 
-/// The halves of a jukebox window, as its pop-up menus are numbered.
+/// The panes of a jukebox window, numbered as the pop-up menus number them.
 enum PopUpPane : int {
   kTreePane = 1,
   kListPane = 2,
 };
 
-/// The commands of the tree's pop-up menu, by their numbers.
+/// The commands of the tree's pop-up menu, by number.
 enum TreeCommand : int {
   kAddFolderToSelected = 4,
   kAddFolderToRoot = 5,
@@ -28,7 +28,7 @@ enum TreeCommand : int {
   kMoveToRoot = 11,
 };
 
-/// The commands of the list's pop-up menu, by their numbers.
+/// The commands of the list's pop-up menu, by number.
 enum ListCommand : int {
   kPlayAllSongsInFolder = 1,
   kPlaySelectedSongs = 2,
@@ -36,21 +36,21 @@ enum ListCommand : int {
   kCopySongs = 5,
   kPasteSongs = 6,
   kDeleteSongs = 7,
-  kRankBest = 8,  ///< the first of six
+  kRankBest = 8,  ///< the first of six ranks
   kRankWorst = 13,
   kChangeBackgroundPicture = 14,
 };
 
-/// Makes the pop-up menu of the list, named "ListMenu". The data of an item is its command.
+/// Creates the pop-up menu of the list, named "ListMenu". The data of each item is its command.
 /// \param act runs a command
 QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act);
 
-/// Makes the pop-up menu of the tree, named "TreeMenu".
+/// Creates the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act);
 
-/// Greys those items of the tree's pop-up menu that could do nothing.
-/// \param folder the folder that the menu is opened on; null beside the folders
-/// \param paste  what is on the clipboard can go there
+/// Disables the items of the tree's pop-up menu that would have no effect.
+/// \param folder the folder that the menu is opened on; null in the empty area of the tree
+/// \param paste  whether the clipboard can be pasted there
 void EnableTreeItems(QMenu& tree_menu, const Folder* folder, bool paste);
 
 }  // namespace tallow

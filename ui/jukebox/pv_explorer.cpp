@@ -24,28 +24,28 @@
 namespace tallow {
 namespace {
 
-/// Widths at the start, in average characters: the tree, and the record numbers.
+/// Initial widths of the tree and of the column of record numbers, in average characters.
 constexpr int kTreeCharacters = 34;
 constexpr int kKeyCharacters = 10;
 
 constexpr int kRowPadding = 6;
 
-/// How far inside a row a menu opens that was asked for by key, in average characters.
+/// Horizontal offset in a row of a menu that was opened with the keyboard, in average characters.
 constexpr int kMenuInset = 16;
 
-/// Of a rank's picture, in pixels.
+/// Minimum size of a rank icon, in pixels.
 constexpr int kMinPicture = 16;
 
 constexpr auto kRenameByKey = QAbstractItemView::EditTriggers(QAbstractItemView::EditKeyPressed);
 constexpr auto kRenameByKeyOrClick = kRenameByKey | QAbstractItemView::SelectedClicked;
 
-/// Whether the keyboard has come by a key.
+/// Returns whether the focus was moved with the keyboard.
 bool IsByKey(const QFocusEvent& event) {
   return event.reason() == Qt::TabFocusReason || event.reason() == Qt::BacktabFocusReason ||
          event.reason() == Qt::ShortcutFocusReason;
 }
 
-/// Whether a key goes from folder to folder.
+/// Returns whether a key moves from folder to folder.
 bool MovesInTree(const QKeyEvent& key) {
   switch (key.key()) {
     case Qt::Key_Up:
@@ -116,7 +116,7 @@ void PVExplorer::SetUpTree() {
     if (folder.Index() != place) tree_->scrollTo(folders_->IndexOf(folder));
     return renamed;
   });
-  // A folder that comes back is open as it was.
+  // A folder that is added again, for example by undo, is expanded as it was before.
   connect(folders_, &QAbstractItemModel::rowsInserted, this,
           [this](const QModelIndex& parent, int first, int last) {
             for (int row = first; row <= last; ++row)
@@ -144,10 +144,11 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
   const bool in_list = watched == list_ || watched == list_->viewport();
   switch (event->type()) {
     case QEvent::MouseButtonPress:
-      // A click that moves the selection is told when it does; one on the folder on show, when it is over.
+      // A click that changes the selection emits NodeClick immediately; a click on the folder on
+      // show emits NodeClick on release.
       if (watched == tree_->viewport()) {
         told_ = false;
-        // One that only comes back to the tree is no second click on the folder.
+        // A click that only moves the focus to the tree must not start renaming.
         tree_->setEditTriggers(came_by_click_ ? kRenameByKey : kRenameByKeyOrClick);
         came_by_click_ = false;
         const auto& click = *static_cast<QMouseEvent*>(event);
@@ -155,7 +156,7 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
       }
       break;
     case QEvent::MouseButtonDblClick:
-      // The views would take that of any button for one that opens a song or a folder.
+      // The views also open songs and folders on double-clicks of other buttons.
       if ((watched == list_->viewport() || watched == tree_->viewport()) &&
           static_cast<QMouseEvent*>(event)->button() != Qt::LeftButton)
         return true;
@@ -168,18 +169,19 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
       MenuWanted(*static_cast<QContextMenuEvent*>(event), in_list);
       return true;
     case QEvent::FocusIn:
-      // What is being hidden passes the focus on once more, which is nobody's wish.
+      // Hiding a widget moves the focus to the next widget, which is no user action.
       if ((watched == list_ || watched == tree_) && isVisible())
         emit FocusChanged(in_list ? kListPane : kTreePane);
-      // The focus comes before the click that brings it.
+      // Qt sends FocusIn before the mouse press that causes it.
       if (watched == tree_)
         came_by_click_ = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason;
-      // A menu that closes, or a window that comes to the front, only gives the keyboard back.
+      // When a menu closes or the window is activated, the tree only regains the focus, and beside_
+      // is kept.
       if (watched == list_ || (watched == tree_ && IsByKey(*static_cast<QFocusEvent*>(event))))
         ActBeside(false);
       [[fallthrough]];
     case QEvent::FocusOut:
-      // The view itself has to have seen it first.
+      // Queued, because the view must handle the focus event first.
       if (watched == list_ || watched == tree_)
         QMetaObject::invokeMethod(this, &PVExplorer::ShowFocus, Qt::QueuedConnection);
       break;
@@ -190,7 +192,7 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool PVExplorer::IsEditKey(const QKeyEvent& key, bool in_list) {
-  // The keys of the keypad are the same keys.
+  // Keys of the numeric keypad are equivalent to the other keys.
   const QKeyCombination pressed(key.modifiers() & ~Qt::KeypadModifier, Qt::Key(key.key()));
   const auto is = [&](QKeyCombination combination) { return pressed == combination; };
   const auto command = [&](TreeCommand of_tree, ListCommand of_list) {
@@ -242,7 +244,7 @@ bool PVExplorer::ListKeyPressed(const QKeyEvent& key) {
     case Qt::Key_End:
     case Qt::Key_Up:
     case Qt::Key_Down: {
-      // A list that was only entered has a current row, but none that is selected.
+      // A list that has only received the focus has a current row, but no selected row.
       if (last < 0 || list_->selectionModel()->hasSelection()) return false;
       const int current = std::max(0, list_->currentIndex().row());
       const int row = key.key() == Qt::Key_Home ? 0 : key.key() == Qt::Key_End ? last : current;
@@ -255,15 +257,16 @@ bool PVExplorer::ListKeyPressed(const QKeyEvent& key) {
 }
 
 void PVExplorer::ShowFocus() {
-  // Which half the keys act on is seen by its selection: that of the other one is grey.
+  // The pane without the focus shows its selection in grey.
   for (QAbstractItemView* const view :
        {static_cast<QAbstractItemView*>(tree_), static_cast<QAbstractItemView*>(list_)}) {
     QPalette colors = palette();
     const QWidget* const focus = QApplication::focusWidget();
     const bool has_focus = focus != nullptr && (focus == view || view->isAncestorOf(focus));
     const bool other_has_focus = focus != nullptr && !has_focus && isAncestorOf(focus);
-    // Grey of the same lightness on light and dark: text and rank pictures stay white on it. It is that of
-    // a window in the background as well, for which some desktops have a selection of black on white.
+    // This grey has the same lightness in light and dark colour schemes, so white text and white
+    // rank icons stay readable on it. A window in the background uses the grey as well, because
+    // some desktops show such a selection as black on white.
     constexpr int kGrey = 0x80;
     const QColor mark = colors.color(QPalette::Active, QPalette::Highlight);
     const auto mute = [](int part) { return (part + 2 * kGrey) / 3; };
@@ -295,7 +298,7 @@ void PVExplorer::MenuAtSelection(bool in_list) {
   const QModelIndex index = view.currentIndex();
   if (index.isValid()) view.scrollTo(index);
   const QRect row = index.isValid() ? view.visualRect(index) : QRect();
-  // Near the beginning of its text: a row may be as long as the window.
+  // Opens the menu near the beginning of the text, because a row may be as wide as the window.
   const int inside = kMenuInset * view.fontMetrics().averageCharWidth();
   const QPoint place(row.x() + std::min(row.width() / 2, inside), row.center().y());
   const QPoint position = view.viewport()->mapToGlobal(index.isValid() ? place : QPoint());
@@ -316,7 +319,7 @@ void PVExplorer::SetUpList() {
   list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   list_->setWordWrap(false);
   list_->setTabKeyNavigation(false);
-  // The label of a song ends in what tells it from others of its kind.
+  // The end of a song's label distinguishes it from similar songs, so the middle is elided.
   list_->setTextElideMode(Qt::ElideMiddle);
   list_->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
   list_->verticalHeader()->hide();
@@ -348,8 +351,8 @@ void PVExplorer::Select(const Folder& folder) {
 }
 
 int PVExplorer::SelectSong(const Folder& folder, int row) {
-  // Showing the folder takes out songs whose files are gone, so the song is looked for again: the same one of
-  // those with its number.
+  // Showing the folder removes songs whose files are gone, so the song is looked up again by its
+  // record number, counting earlier entries with the same number.
   const auto& items = folder.Items();
   const std::int32_t record = items.at(static_cast<std::size_t>(row)).SubItem();
   const auto is_song = [record](const SongEntry& entry) { return entry.SubItem() == record; };
@@ -390,7 +393,7 @@ PVExplorer::Place PVExplorer::CurrentPlace() const {
 void PVExplorer::GoTo(const Place& place) {
   const Folder* const folder = selectednode();
   if (folder == nullptr || folder->Key() != place.folder) return;
-  // A song may be in the folder several times; as many of its entries are selected as were.
+  // A folder may contain a song several times; as many of its entries are selected as before.
   std::unordered_map<std::int32_t, int> wanted;
   for (const std::int32_t record : place.selected) ++wanted[record];
   std::vector<int> selected;
@@ -403,7 +406,8 @@ void PVExplorer::GoTo(const Place& place) {
       selected.push_back(row);
   }
   QItemSelectionModel& selection = *list_->selectionModel();
-  // Told in two steps: the difference of two selections takes the product of their numbers of ranges.
+  // In two steps, because the cost of replacing a selection grows with the product of the numbers
+  // of ranges of both selections.
   selection.clearSelection();
   selection.setCurrentIndex(current, QItemSelectionModel::NoUpdate);
   selection.select(list_->RangesOf(selected), QItemSelectionModel::Select);
@@ -411,7 +415,7 @@ void PVExplorer::GoTo(const Place& place) {
 }
 
 void PVExplorer::FollowSongs(const Place& place) {
-  // The view would extend a selection from the row where the last click was.
+  // Refills the list first; otherwise the view extends the selection from the last clicked row.
   songs_->Refill();
   GoTo(place);
   if (!place.selected.empty()) list_->scrollTo(list_->currentIndex());
@@ -443,7 +447,7 @@ void PVExplorer::ExpandMarked() {
 }
 
 std::vector<int> PVExplorer::SelectedRows() const {
-  // Range by range: asking for each row takes its time when there are many.
+  // Reads the selection by ranges, because checking each row is slow for many rows.
   std::vector<int> rows;
   for (const QItemSelectionRange& range : list_->selectionModel()->selection())
     for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);

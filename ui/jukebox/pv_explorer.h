@@ -23,24 +23,24 @@ class FolderTreeView;
 class SongListModel;
 class SongListView;
 
-/// Something is about to be cut.
+/// Event emitted before songs or a folder are cut.
 struct BeforeCutEvent {
-  const Folder& folder;  ///< the folder that is cut, or whose songs are
-  bool songs;            ///< songs of the folder are cut, not the folder itself
-  bool cancel = false;   ///< to be set by whoever does not allow it
+  const Folder& folder;  ///< the folder to cut, or the folder of the songs to cut
+  bool songs;            ///< whether songs are cut, not the folder itself
+  bool cancel = false;   ///< set by a receiver to forbid the cut
 };
 
 /// The explorer control: a jukebox's folders on the left, the songs of the folder on show on the
 /// right.
 ///
-/// It shows a Jukebox, changes it as it is told and tells what the user does; what that means is the
-/// jukebox window's business. What it cuts or copies lies on a clipboard that it may share with others of
-/// its kind.
+/// The control shows a Jukebox, edits it, and emits signals for the user's actions; the jukebox
+/// window handles the signals. Cut or copied songs and folders are stored on a clipboard, which
+/// several controls may share.
 class PVExplorer : public QSplitter, private JukeboxView {
   Q_OBJECT
 
  public:
-  /// \param jukebox, library, clipboard have to outlive the control
+  /// \param jukebox, library, clipboard must outlive the control
   PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboard& clipboard,
              QWidget* parent);
   ~PVExplorer() override;
@@ -48,58 +48,60 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// The folder on show; null for none.
   Folder* selectednode() const noexcept { return jukebox_.selectednode(); }
 
-  /// Gives the keyboard to one of the halves.
+  /// Sets the keyboard focus to the list or to the tree.
   void TakeFocus(bool list);
-  /// Selects a folder in the tree, as a click on it does.
+  /// Selects a folder in the tree, like a click on it.
   void Select(const Folder& folder);
-  /// Shows a folder, selects one of its songs and scrolls it into view.
-  /// \param row its place in the list, from 0, before the folder is shown
-  /// \returns its place then; -1 when it has gone, because its file is missing
+  /// Shows a folder, selects one of its songs and scrolls to the song.
+  /// \param row index of the song in the folder, from 0, before the folder is shown
+  /// \returns the index of the song after the folder is shown; -1 if the song was removed because
+  /// its file is missing
   int SelectSong(const Folder& folder, int row);
-  /// Lets the user type another text for a folder.
+  /// Starts the renaming of a folder by the user.
   void EditText(const Folder& folder);
-  /// Opens all folders of the tree.
+  /// Expands all folders of the tree.
   void ExpandAll();
-  /// Opens the folders that are marked as open, and closes the others.
+  /// Expands the folders that are marked as open and collapses the others.
   void ExpandMarked();
 
-  // Songs are named by their places in the folder, from 0. Those that are missing and remembered have one,
-  // though the list does not show them.
+  // Songs are identified by their indexes in the folder, from 0. Missing songs that the folder
+  // remembers have an index too, although the list does not show them.
 
-  /// The places of the selected songs, in list order.
+  /// The indexes of the selected songs, in list order.
   std::vector<int> SelectedRows() const;
-  /// Scrolls the list so that a song can be seen.
-  /// \param row its place, from 0
+  /// Scrolls the list to a song.
+  /// \param row index of the song, from 0
   void EnsureVisible(int row);
-  /// Where a song of the list lies on the screen.
+  /// The rectangle of a song of the list, in screen coordinates.
   QRect PlaceOfRow(int row) const;
 
-  /// Where the user is in the list, by songs and not by places.
+  /// The state of the list, stored by songs instead of rows.
   struct Place {
     std::uint32_t folder = 0;            ///< key of the folder on show; 0 for none
-    std::vector<std::int32_t> selected;  ///< record numbers
-    std::int32_t current = 0;            ///< record number; 0 for none
+    std::vector<std::int32_t> selected;  ///< record numbers of the selected songs
+    std::int32_t current = 0;            ///< record number of the current song; 0 for none
     int scrolled = 0;
   };
   Place CurrentPlace() const;
-  /// Goes back to a place, as far as its songs are still there.
+  /// Restores a state, as far as its songs still exist.
   void GoTo(const Place& place);
-  /// GoTo after the songs have come into another order. The current song is in sight then, if any is
-  /// selected.
+  /// Like GoTo, for use after the songs were reordered. If any song is selected, also scrolls to
+  /// the current song.
   void FollowSongs(const Place& place);
 
-  /// The folder that the keys and the menus act on while the tree has the keyboard: the one on show; null
-  /// after a click beside the folders, as for the pop-up menu there.
+  /// The folder that keys and menus act on while the tree has the focus: the folder on show; null
+  /// after a click in the empty area of the tree, as for the pop-up menu there.
   Folder* FolderForCommands() const noexcept { return beside_ ? nullptr : selectednode(); }
 
-  /// See SongListView.
+  /// See SongListView::SetBackgroundImage.
   std::string SetBackgroundImage(const QString& address, bool tiled);
 
-  /// Keeps the right and the lower edge of the control free of its parts, where they could not be seen.
-  /// \param width, height of what is left free, in pixels
+  /// Keeps a margin at the right and bottom edges of the control empty, because that part is not
+  /// visible.
+  /// \param width, height size of the margin, in pixels
   void KeepFree(int width, int height);
 
-  /// Saves the tree, with the text of a folder that is being typed. See Jukebox::Save.
+  /// Saves the tree, after applying the text of a folder that is being renamed. See Jukebox::Save.
   bool Save(const std::string& path);
   /// See Jukebox::Load.
   bool Load(const std::string& path, const AskWhichSongs& ask = {}) {
@@ -111,63 +113,66 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void CopySongs();
   void CutFolder(Folder& folder);
   void CopyFolder(Folder& folder) { edits_.CopyFolder(folder); }
-  /// Pastes behind what a folder holds.
-  /// \param into null for top level
+  /// Pastes the clipboard at the end of a folder.
+  /// \param into null for the top level
   void Paste(Folder* into);
-  /// Removes a folder without asking anybody.
+  /// Deletes a folder without confirmation.
   void DeleteFolder(Folder& folder);
-  /// Adds a folder "New Folder" and lets the user type its text.
-  /// \param parent null for top level
+  /// Adds a folder "New Folder" and starts its renaming by the user.
+  /// \param parent null for the top level
   void AddFolder(Folder* parent);
-  /// Moves a folder, with all below it, behind the folders of the top level. One that must not be cut, or
-  /// is there already, stays where it is.
+  /// Moves a folder with its subfolders to the end of the top level. Has no effect on a folder that
+  /// must not be cut or is already at the top level.
   void MoveToRoot(Folder& folder);
-  /// \param above null for the whole tree
+  /// \param above the folder whose subfolders are sorted; null for the whole tree
   void SortNodes(Folder* above);
-  /// Adds songs to a folder that does not hold them yet.
+  /// Adds the songs that a folder does not contain yet.
   void AddSongs(Folder& to, const std::vector<SongEntry>& songs);
   void Undo();
   void Redo();
-  /// Takes back, or does again, a half of a move between two windows, and tells nobody.
-  /// \returns false when that is not the next step here
+  /// Undoes or redoes one half of a move between two windows, without emitting HalfStepped.
+  /// \param pair identifies the move
+  /// \param back whether to undo
+  /// \returns false if that half is not the next step in this window
   bool StepHalf(std::uint64_t pair, bool back);
-  /// Takes over the text of a folder that is being changed.
+  /// If a folder is being renamed, applies the typed text.
   void CommitEditing();
 
-  /// What a drag of the selected songs, or of a folder, carries; null for none.
+  /// Creates the data of a drag of the selected songs, or of a folder; null if nothing can be
+  /// dragged.
   std::unique_ptr<ExplorerDrag> SongsToDrag();
   std::unique_ptr<ExplorerDrag> FolderToDrag();
 
  signals:
-  /// A folder was clicked, or reached with the keyboard.
+  /// The user clicked a folder, or moved to it with the keyboard.
   void NodeClick(tallow::Folder* folder);
-  /// A header of the list was clicked.
+  /// The user clicked a column header of the list.
   void ColumnClick();
-  /// Songs or a folder are about to be cut, or to be moved by a drag.
+  /// Emitted before songs or a folder are cut, or moved by a drag.
   void BeforeCut(tallow::BeforeCutEvent& event);
-  /// The list was filled with the songs of the folder on show.
+  /// The list was refilled with the songs of the folder on show.
   void ListRefilled();
-  /// A half has got the keyboard focus.
+  /// A pane has received the keyboard focus.
   /// \param pane see PopUpPane
   void FocusChanged(int pane);
   void CaptionChanged(const QString& caption);
-  /// A song was opened: double-clicked, or entered with the keyboard.
-  /// \param row its place in the list, from 0
+  /// The user opened a song by a double-click or with Enter.
+  /// \param row index of the song in the folder, from 0
   void ItemOpened(int row);
-  /// A pop-up menu is wanted.
-  /// \param position where, on the screen
+  /// The user wants to open a pop-up menu.
+  /// \param position in screen coordinates
   void ListPopUp(const QPoint& position);
-  /// \param folder the folder concerned; null for none
+  /// \param folder the folder that the menu acts on; null for none
   void TreePopUp(tallow::Folder* folder, const QPoint& position);
-  /// The key of a command of a pop-up menu was pressed.
+  /// The user pressed the shortcut of a command of a pop-up menu.
   /// \param command see TreeCommand and ListCommand
   void CommandKey(int pane, int command);
-  /// Files were dropped from another program.
-  /// \param paths in the bytes of the disk
+  /// The user dropped files from another program.
+  /// \param paths in the encoding of the file system
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
-  /// One half of a move between two windows was taken back, or done again.
+  /// One half of a move between two windows was undone or redone.
   void HalfStepped(tallow::EditHistory::Half half, bool back);
-  /// Something could not be done, and why.
+  /// An operation failed; the lines say why.
   void Problem(const QStringList& lines);
 
  private:
@@ -211,10 +216,10 @@ class PVExplorer : public QSplitter, private JukeboxView {
   SongListModel* songs_;
   FolderTreeView* tree_;
   SongListView* list_;
-  bool told_ = false;           ///< a folder has been told since a mouse button was last pressed
-  bool came_by_click_ = false;  ///< a click has just brought the focus to the tree
-  bool keep_place_ = false;     ///< the list is filled again where it is
-  bool beside_ = false;         ///< the last click into the tree was beside the folders
+  bool told_ = false;           ///< whether NodeClick was emitted since the last mouse press
+  bool came_by_click_ = false;  ///< whether a click has just moved the focus to the tree
+  bool keep_place_ = false;     ///< whether refilling the list keeps the scroll position
+  bool beside_ = false;         ///< whether the last click in the tree hit its empty area
 };
 
 }  // namespace tallow

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the explorer control changes, and what is dragged out of it and dropped on it.
+// The editing, drag and drop functions of PVExplorer.
 #include <algorithm>
 
 #include <QDrag>
@@ -21,7 +21,7 @@
 namespace tallow {
 namespace {
 
-/// What hangs at the pointer during a drag: a few words.
+/// Draws the picture at the pointer during a drag: a short text.
 QPixmap PictureOfDrag(const QString& text, const QWidget& of) {
   constexpr int kPadding = 6;
   const QSize size =
@@ -36,7 +36,7 @@ QPixmap PictureOfDrag(const QString& text, const QWidget& of) {
   return picture;
 }
 
-/// An arrow without a sign beside it, which would speak of a copy or a link.
+/// Draws an arrow cursor without a copy or link symbol.
 QPixmap PlainCursor() {
   QPixmap cursor(16, 20);
   cursor.fill(Qt::transparent);
@@ -91,7 +91,7 @@ void PVExplorer::SongsTaken(int first) {
 }
 
 void PVExplorer::SelectNear(int row) {
-  // What came next takes the selection.
+  // Selects the song after the removed songs.
   const int last = songs_->rowCount() - 1;
   const int next = std::min(songs_->RowAt(row), last);
   if (last >= 0) list_->SelectRows(next, next);
@@ -113,7 +113,7 @@ void PVExplorer::DeleteFolder(Folder& folder) {
 }
 
 void PVExplorer::ShowBeside(const Folder& folder) {
-  // The tree would choose another one itself, and perhaps one that goes as well.
+  // Otherwise the tree itself selects a folder, perhaps one that is about to be removed.
   const Folder* const shown = selectednode();
   const Folder* const beside = FolderBeside(folder);
   if (shown != nullptr && beside != nullptr && folder.Holds(*shown)) Select(*beside);
@@ -185,7 +185,8 @@ void PVExplorer::AfterStep(const Jukebox::StepResult& result, const Place& befor
   else
     other_folder = false;
   if (selectednode() == nullptr) return;
-  // Now that the list is filled: songs whose files are gone have left it, and the step.
+  // Read after the list was refilled, which removes songs whose files are gone from the list and
+  // from the step.
   const EditHistory::SongChange change = jukebox_.History().LastSongChange(*selectednode());
   std::vector<int> brought;
   for (const int place : change.brought)
@@ -195,7 +196,7 @@ void PVExplorer::AfterStep(const Jukebox::StepResult& result, const Place& befor
   } else if (change.taken >= 0) {
     SelectNear(change.taken);
   } else if (change.any && !other_folder) {
-    // A sort, or its undoing: the songs are others under the entries.
+    // A sort was undone or redone: the entries hold different songs now.
     FollowSongs(before);
   }
 }
@@ -241,8 +242,8 @@ void PVExplorer::SetUpDragging() {
     drag->setMimeData(carried.release());
     drag->exec(actions);
   };
-  // To another program songs are only ever copied: it would take the files away. So inside the program a
-  // link stands for a move.
+  // Other programs are offered only a copy of songs, because a move would remove the files. Inside
+  // the program, LinkAction therefore means a move.
   connect(list_, &SongListView::DragWanted, this,
           [=, this] { start(list_, SongsToDrag(), Qt::CopyAction | Qt::LinkAction); });
   connect(tree_, &FolderTreeView::DragWanted, this,
@@ -251,7 +252,7 @@ void PVExplorer::SetUpDragging() {
           [this](QDropEvent* event, Folder* to) { DragOver(*event, to); });
   connect(tree_, &FolderTreeView::Drops, this,
           [this](QDropEvent* event, Folder* to) { Drop(*event, to); });
-  // What is dropped on the list is for the folder that it shows.
+  // A drop on the list goes to the folder on show.
   connect(list_, &SongListView::DragsOver, this, [this](QDropEvent* event) {
     if (selectednode() != nullptr) DragOver(*event, selectednode());
   });
@@ -271,7 +272,7 @@ void PVExplorer::DragOver(QDropEvent& event, Folder* to) {
   bool takes = false;
   if (const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData())) {
     takes = CanDrop(*drag, to, copy);
-    // Only a drag that can be dropped has folders that are there for sure.
+    // drag->From() is certain to exist only if CanDrop accepts the drag.
     const bool copies = copy || (takes && drag->IsSongs() && IsAutomaticFolder(drag->From()));
     event.setDropAction(copies            ? Qt::CopyAction
                         : drag->IsSongs() ? Qt::LinkAction
@@ -287,8 +288,9 @@ void PVExplorer::Drop(QDropEvent& event, Folder* to) {
   DragOver(event, to);
   if (!event.isAccepted()) return;
   const bool copy = event.modifiers().testFlag(Qt::ControlModifier);
-  // Messages have to wait until the drag is over: it holds the mouse, here or in another program. What
-  // becomes of the folders meanwhile is not known, so they are looked for again.
+  // The drop is handled after the drag has ended, because the drag grabs the mouse, here or in
+  // another program, and message boxes could not be used. Folders may be deleted meanwhile, so they
+  // are looked up again by key.
   const std::uint32_t to_key = to != nullptr ? to->Key() : 0;
   if (const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData())) {
     QTimer::singleShot(
@@ -313,7 +315,7 @@ Folder* PVExplorer::FolderOfKey(std::uint32_t key) const {
 
 void PVExplorer::TakeDrop(PVExplorer& source, Folder& from, bool songs,
                           const std::vector<int>& rows, Folder* to, bool copy) {
-  // What the program has filed stays where it was filed; only a cut takes it away.
+  // Songs stay in an automatic folder when they are dragged; only a cut removes them.
   if (songs && IsAutomaticFolder(from)) copy = true;
   if (!copy && !source.MayCut(from, songs)) return;
   if (songs) {
@@ -329,7 +331,7 @@ void PVExplorer::TakeDrop(PVExplorer& source, Folder& from, bool songs,
     const bool moves_shown = &source == this && !copy && shown != nullptr && from.Holds(*shown);
     Tell(edits_.DropFolder(source.edits_, from, to, copy));
     if (to != nullptr) tree_->expand(folders_->IndexOf(*to));
-    // The tree has lost it from sight on the way.
+    // The tree lost the selection during the move.
     if (moves_shown) Select(*shown);
   }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Random commands, drags and undos in two jukebox windows: whatever was done, the widgets show what the
-// jukeboxes hold.
+// Random commands, drags and undo steps in two jukebox windows; after each of them the widgets must
+// show the contents of the jukeboxes.
 #include <gtest/gtest.h>
 #include <random>
 #include <utility>
@@ -23,7 +23,7 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
 
   RandomWidgets() {
     AddSongs(kSongs);
-    // As the frame does it.
+    // Connects the windows as the frame does.
     for (const auto& [each, its_other] : {std::pair(&window, &other), std::pair(&other, &window)})
       QObject::connect(each, &frmMain::HalfStepped,
                        [this, into = its_other](EditHistory::Half half, bool back) {
@@ -80,13 +80,13 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     }
     drops += DropAt(tree, place, *data, OneOf(3) ? Qt::ControlModifier : Qt::NoModifier) ? 1 : 0;
   }
-  /// A song is filed, as the categorizer does it.
+  /// Files a song, as the categorizer does.
   void File(frmMain& in, Folder& folder) {
     folder.Items().emplace_back(1 + Random(kSongs), 2);
     in.Jukebox().Nodes().AddChild(&folder, "filed");
     in.Jukebox().ListRefilled(library);
   }
-  /// The file of a song is found missing while the list is filled.
+  /// Refills the list while the file of a song is missing.
   void Prune(frmMain& in) {
     const int song = 1 + Random(kSongs);
     library.Mp3Info(kFileIsThere, song, "0");
@@ -186,7 +186,7 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
   int halves = 0;
 };
 
-TEST_P(RandomWidgets, ShowWhatTheirJukeboxesHold) {
+TEST_P(RandomWidgets, ShowTheContentsOfTheirJukeboxes) {
   constexpr auto kFatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
   const QAbstractItemModelTester tree_tester(Tree().model(), kFatal);
   const QAbstractItemModelTester list_tester(List().model(), kFatal);

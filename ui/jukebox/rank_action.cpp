@@ -10,7 +10,7 @@
 namespace tallow {
 namespace {
 
-/// What a screen reader is told of an item: Qt's own would have nothing but the text.
+/// Accessibility interface of a rank item; Qt's own interface provides only the text.
 class AccessibleRank : public QAccessibleInterface {
  public:
   explicit AccessibleRank(RankAction* action) : action_(action) {}

@@ -5,12 +5,12 @@
 
 namespace tallow {
 
-/// An item of the rank menu. It may show a picture and no text; a screen reader hears the rank.
+/// An item of the rank menu. The item may show an icon without text; screen readers read the rank.
 class RankAction : public QAction {
   Q_OBJECT
 
  public:
-  /// \param rank whose picture it shows, see RankPicture
+  /// \param rank rank of the icon, see RankPicture
   RankAction(const QString& caption, int rank, QObject* parent);
 
   int Rank() const noexcept { return rank_; }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr int kBars = kBestRankPicture - kMinRankPicture;
 
-/// Chosen to stand out from white and from a dark background alike.
+/// Colours with enough contrast on white and on dark backgrounds.
 constexpr QRgb kColors[kBars + 1] = {0xFF8A8A8A, 0xFFD1462F, 0xFFD9762B,
                                      0xFFB38600, 0xFF5E9A1E, 0xFF1E9E4A};
 constexpr QRgb kEmptyBar = 0xFF8A8A8A;
@@ -26,7 +26,8 @@ class RankIconEngine : public QIconEngine {
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode,
              QIcon::State /*state*/) override {
-    // A grid of whole pixels, or the bars would be blurred: five bars and the gaps between them.
+    // Aligns five bars and the gaps between them to whole device pixels; otherwise the bars are
+    // blurred.
     const qreal ratio = painter->device() != nullptr ? painter->device()->devicePixelRatioF() : 1;
     const qreal side = std::min(rect.width(), rect.height()) * ratio;
     const qreal step = std::max(1.0, std::floor(side / kBars));
@@ -40,7 +41,7 @@ class RankIconEngine : public QIconEngine {
     painter->scale(1 / ratio, 1 / ratio);
     for (int bar = 0; bar < kBars; ++bar) {
       const bool filled = bar < filled_;
-      // An empty bar leaves its foot only.
+      // Only the base of an empty bar is drawn.
       const qreal height = filled ? std::round(tallest * (bar + 2) / (kBars + 1))
                                   : std::max(1.0, std::round(side / 8));
       QColor color = QColor::fromRgba(filled ? kColors[filled_] : kEmptyBar);

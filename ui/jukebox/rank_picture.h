@@ -6,17 +6,18 @@
 
 namespace tallow {
 
-/// The best rank that a song can have, and the one of a song that was never ranked.
+/// The best rank of a song, and the rank of a song that was never ranked.
 inline constexpr int kBestRankPicture = 7;
 inline constexpr int kMinRankPicture = 2;
 
-/// The picture of a rank: five bars, rising, of which the rank fills from none (2) to all (7). The number
-/// of bars tells the rank; the colour only helps. Drawn, so crisp at every size and on every background.
+/// Returns the icon of a rank: five bars of rising height, of which the rank fills none (2) to all
+/// (7). The number of filled bars shows the rank; the colour is redundant. The icon is drawn as
+/// vectors, so it is sharp at every size and on every background.
 ///
-/// \param rank kMinRankPicture to kBestRankPicture; an empty icon for others
+/// \param rank kMinRankPicture to kBestRankPicture; other values give an empty icon
 QIcon RankPicture(int rank);
 
-/// What a screen reader says for the picture: "rank 7 of 7"; empty for what has no picture.
+/// Returns the text of the icon for screen readers: "rank 7 of 7"; empty if the rank has no icon.
 QString RankPictureText(int rank);
 
 }  // namespace tallow

@@ -3,22 +3,23 @@
 
 namespace tallow {
 
-/// A twip is a 1440th of an inch; at 96 dots an inch a pixel has 15.
+/// A twip is 1/1440 inch; at 96 dpi a pixel has 15 twips.
 inline constexpr int kTwipsPerPixel = 15;
 
-/// A window no larger than this in a dimension, in twips, leaves its control alone in that dimension.
+/// If a dimension of the window is at most this many twips, that dimension of the control stays
+/// unchanged.
 inline constexpr int kMinResized = 600;
 
-/// What the control of a jukebox window is wider and higher than the window, in twips.
+/// Size of the control minus size of the jukebox window, in twips.
 inline constexpr int kMoreWidth = 39;
 inline constexpr int kMoreHeight = -378;
 
-/// One dimension of a jukebox window's control.
+/// Computes one dimension of a jukebox window's control.
 ///
-/// \param window the whole window with its frame, in pixels
-/// \param now    the control, in pixels
+/// \param window size of the whole window with its frame, in pixels
+/// \param now    current size of the control, in pixels
 /// \param more   kMoreWidth or kMoreHeight
-/// \returns pixels, rounded to the nearest
+/// \returns the new size of the control, in pixels, rounded to the nearest
 constexpr int ControlExtent(int window, int now, int more) noexcept {
   const int twips = window * kTwipsPerPixel;
   if (twips <= kMinResized) return now;

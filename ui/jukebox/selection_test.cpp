@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where the user is in the list of songs after it has changed, and what opens a song.
+// Selection and scroll position in the list of songs after changes, and what opens a song.
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
@@ -22,7 +22,7 @@ class Selection : public JukeboxWindowTest {
   static constexpr int kSongs = 300;
   static constexpr int kFar = 200;
 
-  /// A long list on show, scrolled to a row that is selected.
+  /// Shows a long list, scrolled to a selected row.
   Folder& LongList() {
     AddSongs(kSongs);
     Songs records;
@@ -45,7 +45,7 @@ class Selection : public JukeboxWindowTest {
   }
 };
 
-TEST_F(Selection, TheNextSongTakesThePlaceOfOnesThatAreDraggedAway) {
+TEST_F(Selection, TheSongAfterSongsThatAreDraggedAwayIsSelected) {
   LongList();
   const auto drag = window.PVExplorer1().SongsToDrag();
   DropOn("two", *drag);
@@ -55,7 +55,7 @@ TEST_F(Selection, TheNextSongTakesThePlaceOfOnesThatAreDraggedAway) {
   EXPECT_EQ(Selected(), std::vector<int>{kFar + 1});
 }
 
-TEST_F(Selection, SongsThatAnUndoBringsBackAreSelected) {
+TEST_F(Selection, SongsRestoredByUndoAreSelected) {
   LongList();
   List().SelectRows({kFar, kFar + 2, kFar + 3});
   Press(Qt::Key_X, Qt::ControlModifier);
@@ -63,13 +63,13 @@ TEST_F(Selection, SongsThatAnUndoBringsBackAreSelected) {
   Press(Qt::Key_Z, Qt::ControlModifier);
   EXPECT_EQ(Selected(), (std::vector<int>{kFar, kFar + 2, kFar + 3}));
   EXPECT_TRUE(IsOnShow(kFar));
-  // Taken again, the next one is selected as when they were cut.
+  // Redo removes the songs again and selects the next song, as the cut did.
   Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
   EXPECT_EQ(Selected(), std::vector<int>{kFar});
   EXPECT_EQ(List().currentIndex().row(), kFar);
 }
 
-TEST_F(Selection, SongsThatAnUndoBringsBackToAnotherFolderAreSelectedThere) {
+TEST_F(Selection, SongsRestoredByUndoInAnotherFolderAreSelectedThere) {
   LongList();
   Press(Qt::Key_X, Qt::ControlModifier);
   Click("two");
@@ -79,7 +79,7 @@ TEST_F(Selection, SongsThatAnUndoBringsBackToAnotherFolderAreSelectedThere) {
   EXPECT_TRUE(IsOnShow(kFar));
 }
 
-TEST_F(Selection, AnUndonePasteSelectsWhatComesNext) {
+TEST_F(Selection, UndoingAPasteSelectsTheNextSong) {
   LongList();
   Press(Qt::Key_C, Qt::ControlModifier);
   Click("two");
@@ -91,7 +91,7 @@ TEST_F(Selection, AnUndonePasteSelectsWhatComesNext) {
   EXPECT_EQ(Selected(), std::vector<int>{0});
 }
 
-TEST_F(Selection, StaysWithTheSongsWhenASortIsUndone) {
+TEST_F(Selection, FollowsTheSongsWhenASortIsUndone) {
   Folder& one = LongList();
   ClickHeader();
   ClickHeader();
@@ -101,13 +101,13 @@ TEST_F(Selection, StaysWithTheSongsWhenASortIsUndone) {
   EXPECT_TRUE(std::ranges::is_permutation(SongsOf(one, Selected()), songs));
   EXPECT_EQ(SongsOf(one, {List().currentIndex().row()}), Songs{songs[0]});
   EXPECT_TRUE(IsOnShow(List().currentIndex().row()));
-  // The next click begins with the first order again.
+  // The next click starts again with the first sort order.
   ClickHeader();
   EXPECT_EQ(Header(), "Name    --   ");
   EXPECT_EQ(Box().SortState(), 2);
 }
 
-TEST_F(Selection, IsWithoutSongsThatAnUndoneSortFindsMissing) {
+TEST_F(Selection, LosesSongsThatAreFoundMissingWhenASortIsUndone) {
   Folder& one = LongList();
   ClickHeader();
   ClickHeader();
@@ -120,7 +120,7 @@ TEST_F(Selection, IsWithoutSongsThatAnUndoneSortFindsMissing) {
   EXPECT_TRUE(std::ranges::is_permutation(SongsOf(one, Selected()), songs));
 }
 
-TEST_F(Selection, NewFilesForAnotherFolderLeaveTheListWhereItIs) {
+TEST_F(Selection, FilesDroppedOnAnotherFolderKeepSelectionAndScrollPosition) {
   LongList();
   List().SelectRows({kFar, kFar + 2});
   const int scrolled = List().verticalScrollBar()->value();
@@ -147,11 +147,11 @@ TEST_F(Selection, SongsDroppedOnTheFolderOnShowAreSelected) {
   ListOf(other).SelectRows(0, 2);
   const auto drag = other.PVExplorer1().SongsToDrag();
   DropOn("here", *drag);
-  // The first one was there already.
+  // The folder already contained the first song.
   EXPECT_EQ(Selected(), (std::vector<int>{1, 2}));
 }
 
-TEST_F(Selection, AFolderThatLiesTooDeepLeavesTheOtherWindowAsItIs) {
+TEST_F(Selection, RejectingAFolderThatIsTooDeepLeavesTheOtherWindowUnchanged) {
   Folder* deep = &AddFolder("top");
   while (deep->Level() < kMaxLevel) deep = &AddFolder("x", {}, deep);
   Show();
@@ -189,7 +189,7 @@ TEST_F(Selection, OnlyTheLeftButtonOpensASong) {
   EXPECT_EQ(played.size(), 1U);
 }
 
-TEST_F(Selection, EnterAndBackspaceActOnlyAlone) {
+TEST_F(Selection, EnterAndBackspaceActOnlyWithoutModifiers) {
   AddSongs(1);
   Folder& above = AddFolder("above");
   AddFolder("one", {1}, &above);
@@ -206,7 +206,7 @@ TEST_F(Selection, EnterAndBackspaceActOnlyAlone) {
   EXPECT_EQ(played.size(), 1U);
 }
 
-TEST_F(Selection, ASortThatStopsLeavesTheListAsItsSongsAre) {
+TEST_F(Selection, AFailedSortLeavesTheListConsistentWithItsSongs) {
   for (int k = 1; k <= 12; ++k)
     AddSong(music.path(), "x.mp3", "1", k == 7 ? "x" : std::to_string(2 + k % 6));
   Songs records;
@@ -223,7 +223,7 @@ TEST_F(Selection, ASortThatStopsLeavesTheListAsItsSongsAre) {
   }
 }
 
-TEST_F(Selection, TheMenuOffersWhatCanBeDoneThere) {
+TEST_F(Selection, TheMenuEnablesOnlyItemsThatHaveAnEffect) {
   AddFolder("one");
   Show();
   auto& menu = *window.findChild<QMenu*>(QStringLiteral("TreeMenu"));
@@ -243,7 +243,7 @@ TEST_F(Selection, TheMenuOffersWhatCanBeDoneThere) {
   EXPECT_EQ(beside(), (QList<int>{kAddFolderToSelected, kCutFolder, kCopyFolder, kPasteFolder,
                                   kDeleteFolder, kMoveToRoot}));
   EXPECT_EQ(on_folder(), (QList<int>{kPasteFolder, kMoveToRoot}));
-  // Songs go into folders only.
+  // Songs can be pasted only into a folder.
   tallow.clipboard.PutSongs({{1, 2}});
   EXPECT_TRUE(beside().contains(kPasteFolder));
   EXPECT_EQ(on_folder(), QList<int>{kMoveToRoot});
@@ -272,7 +272,7 @@ TEST_F(Selection, TheMenuKeyOpensTheMenuNearTheNameOfTheSong) {
   EXPECT_LE(place.y(), row.bottom() + 1);
 }
 
-TEST_F(Selection, TheFolderThatWentWhileItWasAskedAboutIsLeftAlone) {
+TEST_F(Selection, AFolderDeletedDuringTheConfirmationIsIgnored) {
   Folder& one = AddFolder("one");
   AddFolder("two");
   Show();
@@ -282,13 +282,13 @@ TEST_F(Selection, TheFolderThatWentWhileItWasAskedAboutIsLeftAlone) {
   EXPECT_EQ(FoldersIn(), Texts{"two"});
 }
 
-/// The songs that are selected, and the current one, before and after the songs of the list move.
+/// Selected songs and current song, before and after the list is reordered.
 class SortedSelection : public Selection, public testing::WithParamInterface<unsigned> {
  protected:
   static constexpr int kMaxSongs = 60;
 
   int Random(int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); }
-  /// A list in which songs have the same names and ranks, and some are there twice.
+  /// Shows a random list with repeated names and ranks, and with some songs twice.
   Folder& RandomList() {
     const int count = 2 + Random(kMaxSongs);
     Songs records;
@@ -351,7 +351,7 @@ TEST_P(SortedSelection, HasTheSameSongs) {
   expect_same("sorting the folders");
 }
 
-TEST_P(SortedSelection, IsWhatDelTakesAway) {
+TEST_P(SortedSelection, IsWhatDelRemoves) {
   const Folder& one = RandomList();
   SelectSomeRows();
   Songs left;
@@ -375,7 +375,7 @@ TEST_P(SortedSelection, LosesOnlySongsThatTheSortFindsMissing) {
   EXPECT_EQ(SelectedSongs(), songs);
 }
 
-TEST_P(SortedSelection, HasTheSameSongsWhenASortStops) {
+TEST_P(SortedSelection, HasTheSameSongsWhenASortFails) {
   const Folder& one = RandomList();
   ClickHeader();
   ClickHeader();

@@ -12,8 +12,8 @@
 namespace tallow {
 
 QBrush GreyText() {
-  // Between the text and its background, and nearer to the text: the grey of what is disabled is too pale
-  // to be read on some desktops.
+  // A mix of text and background colour, closer to the text, because the palette's colour for
+  // disabled text is too pale to read on some desktops.
   constexpr int kText = 5;
   constexpr int kBase = 4;
   const QPalette palette = QGuiApplication::palette();
@@ -99,7 +99,7 @@ QVariant SongListModel::data(const QModelIndex& index, int role) const {
       return DisplayText(EntryText(entry, library_));
     case Qt::ToolTipRole:
     case Qt::AccessibleTextRole: {
-      // The picture in words.
+      // The rank icon in words, for tooltips and screen readers.
       const QString text = DisplayText(EntryText(entry, library_));
       const QString picture = RankPictureText(entry.Icon());
       const QString ranked = picture.isEmpty() ? text : text + QStringLiteral(", ") + picture;

@@ -13,35 +13,35 @@
 
 namespace tallow {
 
-/// The colour of a song that is away.
+/// The text colour of a song that is away.
 QBrush GreyText();
 
-/// The songs of the folder on show for a list view: the entry's text, and its record number. Texts
-/// are made for the rows that are painted, so a folder of a million songs costs no more than one of
-/// ten.
+/// Table model of the songs of the folder on show: the entry's text and its record number. Texts
+/// are created only for rows that are painted, so a folder of a million songs costs no more than a
+/// folder of ten.
 class SongListModel : public QAbstractTableModel {
   Q_OBJECT
 
  public:
   enum Column { kText, kKey };
 
-  /// The role of the song's file name alone.
+  /// The role that returns only the song's file name.
   static constexpr int kNameRole = Qt::UserRole;
 
-  /// \param jukebox, library have to outlive the model
+  /// \param jukebox, library must outlive the model
   SongListModel(const Jukebox& jukebox, const clsMain& library, QObject* parent);
 
-  /// The folder on show is another one or holds other songs.
+  /// Call after another folder is shown or the songs of the folder have changed.
   void Refill();
-  /// The songs' texts and pictures have changed.
+  /// Call after the songs' texts and icons have changed.
   void Relabel();
   void ChangeHeaders();
 
-  /// The place in the folder of the song that a row shows, both from 0; -1 for no row. Songs that are
-  /// missing and remembered are in the folder, but in no row.
+  /// Returns the index in the folder of the song in a row, both from 0; -1 if there is no such row.
+  /// Missing songs that the folder remembers have an index but no row.
   int PlaceOf(int row) const;
-  /// The row of the song at a place in the folder, or where it is not shown the next one that is; the number
-  /// of rows for none.
+  /// Returns the row of the song at an index in the folder or, if the song has no row, of the next
+  /// song that has a row; the number of rows if there is none.
   int RowAt(int place) const;
 
   int rowCount(const QModelIndex& parent = {}) const override;
@@ -56,10 +56,10 @@ class SongListModel : public QAbstractTableModel {
   const Jukebox& jukebox_;
   const clsMain& library_;
   std::array<QIcon, kBestRankPicture + 1> ranks_;
-  bool has_hidden_ = false;  ///< some songs have no rows
-  std::vector<int> places_;  ///< then the places of those that have
-  int rows_ = 0;             ///< as the view was last told
-  int columns_ = 0;          ///< as the view was last told
+  bool has_hidden_ = false;  ///< whether some songs have no row
+  std::vector<int> places_;  ///< if has_hidden_, the index in the folder for each row
+  int rows_ = 0;             ///< as last reported to the view
+  int columns_ = 0;          ///< as last reported to the view
 };
 
 }  // namespace tallow

@@ -13,7 +13,7 @@
 namespace tallow {
 namespace {
 
-/// How much of the background's colour lies over a picture behind the rows, of 255.
+/// Opacity of the background colour over the picture, from 0 to 255.
 constexpr int kVeil = 176;
 
 }  // namespace
@@ -56,7 +56,7 @@ void SongListView::paintEvent(QPaintEvent* event) {
 
 void SongListView::scrollContentsBy(int dx, int dy) {
   QTableView::scrollContentsBy(dx, dy);
-  // The rows move, the picture does not.
+  // Repaints everything, because the picture does not scroll with the rows.
   if (!background_.isNull()) viewport()->update();
 }
 
@@ -79,7 +79,7 @@ void SongListView::SelectRows(const std::vector<int>& rows) {
   const QModelIndex first = model()->index(rows.front(), 0);
   selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
   selectionModel()->select(RangesOf(rows), QItemSelectionModel::ClearAndSelect);
-  // All of them where there is room, and the first one in any case.
+  // Shows all selected rows if they fit, and the first row in any case.
   scrollTo(model()->index(rows.back(), 0));
   scrollTo(first);
 }
@@ -113,14 +113,14 @@ void SongListView::keyboardSearch(const QString& search) {
     typed_.clear();
   since_typed_.start();
   typed_ += search;
-  // One letter again and again goes from song to song.
+  // Typing the same letter repeatedly moves from song to song.
   const bool repeats = typed_.count(typed_.front()) == typed_.size();
   const QString beginning = repeats ? typed_.left(1) : typed_;
   const int current = currentIndex().isValid() ? currentIndex().row() : -1;
   const int from = (repeats ? current + 1 : std::max(current, 0)) % rows;
   int row = FindRow(beginning, from, SongListModel::kNameRole);
   if (row < 0 && repeats) row = FindRow(typed_, from, SongListModel::kNameRole);
-  // The label begins with the position in the list.
+  // Falls back to the label, which begins with the position in the list.
   if (row < 0) row = FindRow(typed_, 0, Qt::DisplayRole);
   if (row >= 0) SelectRows(row, row);
 }

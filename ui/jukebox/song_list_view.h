@@ -11,37 +11,40 @@
 
 namespace tallow {
 
-/// The list half of the explorer control, with the habits of a list of files: Home and End go to its ends,
-/// typing finds a name, rows can be dragged, and a picture may lie behind it.
+/// The list pane of the explorer control, which behaves like a list of files: Home and End move to
+/// the first and the last row, typing finds a name, rows can be dragged, and a picture can be shown
+/// behind the rows.
 class SongListView : public QTableView {
   Q_OBJECT
 
  public:
   explicit SongListView(QWidget* parent);
 
-  /// Puts a picture behind the rows, in the middle or tiled, or takes it away. A veil in the background's
-  /// colour lies over it, so that the rows stay readable. It does not scroll.
+  /// Shows a picture behind the rows, centred or tiled, or removes it. The picture is dimmed with
+  /// the background colour, so that the rows stay readable, and does not scroll.
   ///
-  /// \param address "file:\\" or "file://" and the path of the picture; empty, or of a picture that cannot
-  ///        be read: none
-  /// \returns why the picture cannot be read; empty otherwise
+  /// \param address "file:\\" or "file://" and the path of the picture; if it is empty, or the
+  /// picture cannot be read, no picture is shown
+  /// \returns why the picture cannot be read; empty on success
   std::string SetBackgroundImage(const QString& address, bool tiled);
   bool HasBackgroundImage() const { return !background_.isNull(); }
   QSize BackgroundSize() const { return background_.size(); }
 
-  /// Selects some rows and nothing else, whatever keys are held down. The first one is current then.
+  /// Selects only the given rows, whatever modifier keys are held down. The first row becomes
+  /// current.
   void SelectRows(int first, int last);
-  /// \param rows from 0, rising; not empty
+  /// \param rows from 0, ascending; not empty
   void SelectRows(const std::vector<int>& rows);
-  /// Some rows, from 0 and rising, as ranges.
+  /// Converts rows, from 0 and ascending, to selection ranges.
   QItemSelection RangesOf(const std::vector<int>& rows) const;
 
   void keyboardSearch(const QString& search) override;
 
  signals:
-  /// The selected rows are being dragged. Whoever starts the drag does it before returning.
+  /// The user has started to drag the selected rows. The receiver runs the drag before it returns.
   void DragWanted();
-  /// Something is dragged over the list, or dropped on it; to be accepted or ignored.
+  /// The user drags something over the list, or drops something on it. The receiver accepts or
+  /// ignores the event.
   void DragsOver(QDropEvent* event);
   void Drops(QDropEvent* event);
 
@@ -55,7 +58,8 @@ class SongListView : public QTableView {
   void scrollContentsBy(int dx, int dy) override;
 
  private:
-  /// The next row, from a row on and around the end, whose text of a role begins with a text; -1 for none.
+  /// Returns the first row, searching from a row and wrapping around at the end, whose text of a
+  /// role begins with a text; -1 if there is none.
   int FindRow(const QString& beginning, int from, int role) const;
 
   QPixmap background_;

@@ -24,18 +24,18 @@ namespace {
 constexpr int kUpdateInterval = 150;  ///< ms
 constexpr int kFirstVolume = 128;
 
-/// What a click beside the thumb moves: about a tenth of each bar.
+/// Page steps of the bars, used for a click beside the thumb: about a tenth of each range.
 constexpr int kPages = 10;
 constexpr int kVolumePage = 25;
 constexpr int kBalancePage = 25;
 constexpr int kVolumeStep = 5;
-/// Small enough to come back to the middle.
+/// A step of 1, so that the keys can return the balance to the centre.
 constexpr int kBalanceStep = 1;
 
-/// The least length of the bars, in average characters.
+/// Minimum length of the bars, in average characters.
 constexpr int kBarCharacters = 44;
 
-/// A time of a track as "1:05", or "1:02:05" from an hour on.
+/// Formats a time of a track as "1:05", or as "1:02:05" from one hour on.
 QString TimeText(int seconds) {
   const int hours = seconds / 3600;
   const int minutes = seconds / 60 % 60;
@@ -44,12 +44,12 @@ QString TimeText(int seconds) {
   return QStringLiteral("%1:%2").arg(hours).arg(minutes, 2, 10, QLatin1Char('0')) + tail;
 }
 
-/// A scroll bar that shows when the keyboard is on it.
+/// A scroll bar that shows when it has the keyboard focus.
 class PanelBar : public QScrollBar {
  public:
   explicit PanelBar(QWidget* parent) : QScrollBar(Qt::Horizontal, parent) {
     setFocusPolicy(Qt::StrongFocus);
-    // Right, up and page up are more, as on a slider.
+    // Right, Up and Page Up increase the value, as on a slider.
     setInvertedControls(false);
     setContextMenuPolicy(Qt::NoContextMenu);
   }
@@ -142,7 +142,7 @@ void frmMainWinamp::SetUpBars() {
 
 void frmMainWinamp::SetUpTrackBar() {
   hscrlTrackPos->setRange(0, 0);
-  // While it is dragged the bar keeps its value; the player jumps once, when it is let go.
+  // The bar changes its value only when it is released, so the player seeks once per drag.
   hscrlTrackPos->setTracking(false);
   connect(hscrlTrackPos, &QScrollBar::actionTriggered, this, &frmMainWinamp::UserScrolls);
   connect(hscrlTrackPos, &QScrollBar::sliderReleased, this, &frmMainWinamp::UserScrolls);
@@ -164,7 +164,7 @@ bool frmMainWinamp::Play() {
 void frmMainWinamp::Open() {
   if (!ReachPlayer(player_, show_)) return;
   {
-    // Each is sent once, whether the bar has moved or not.
+    // SetUpPlayer sends volume and balance once, even if the bars have not changed.
     const QSignalBlocker volume(hscrlVolume);
     const QSignalBlocker balance(hscrlBalance);
     hscrlVolume->setValue(kFirstVolume);
@@ -183,7 +183,8 @@ void frmMainWinamp::SetUpPlayer() {
 }
 
 void frmMainWinamp::PlayerFound() {
-  // One that has been replaced behind the panel's back, or has come after the panel, would be as loud as it can.
+  // A new player, started after the panel was opened or replacing the previous one, would play at
+  // full volume.
   if (player_.Window() != 0 && player_.Window() != set_up_) SetUpPlayer();
 }
 
@@ -251,7 +252,7 @@ void frmMainWinamp::ClickPlayPause() {
 }
 
 void frmMainWinamp::UserScrolls() {
-  // A bar that stands at its end, or was put back, will not change.
+  // A bar at its end, or one that was moved back, does not emit valueChanged.
   UserIsScrolling =
       hscrlTrackPos->isSliderDown() || hscrlTrackPos->sliderPosition() != hscrlTrackPos->value();
 }
@@ -262,13 +263,13 @@ void frmMainWinamp::TrackBarChanged(int seconds) {
 }
 
 void frmMainWinamp::Update() {
-  // A message box every time would be the end of all work.
+  // Without a player the timer must not show a message box at every tick.
   if (player_.Window() == 0) return;
-  // A command of the menus may have found another one.
+  // A menu command may have found another player.
   PlayerFound();
   const int position = player_.GetTrackPosition();
   const int length = player_.GetTrackLength();
-  // The bar is not torn out of the user's hand.
+  // The bar does not move while the user drags it.
   if (!UserIsScrolling) ShowPosition(position, length);
   ShowStatus(DisplayText(player_.GetWinampStatus()));
 }
@@ -282,7 +283,8 @@ void frmMainWinamp::ShowPosition(int position, int length) {
 }
 
 void frmMainWinamp::ShowStatus(const QString& status) {
-  // Media keys and menus steer the player too, and a list ends by itself; the caption follows.
+  // The player can also be controlled by media keys and menus, and stops at the end of the list;
+  // the caption follows its status.
   cmdPlayPause->setText(status == QLatin1String("PLAYING") ? tr("&Pause") : tr("&Play"));
   lblStatus->setText(status);
 }
@@ -294,7 +296,7 @@ void frmMainWinamp::ShowTimes(int position) {
 void frmMainWinamp::closeEvent(QCloseEvent* event) {
   tmrScrollUpdate->stop();
   event->accept();
-  // A message box about a player that is gone would keep the program from ending.
+  // A message box about a missing player would keep the program from ending.
   if (!player_.IsThere() && !player_.FindWinamp()) return;
   player_.SendWinampCommand(kStop);
   player_.ClearWinampPlaylist();

@@ -19,29 +19,29 @@ namespace tallow {
 
 class Tallow;
 
-/// The player panel: shows and steers the player while songs play. Opening it starts the player;
-/// closing it closes the player.
+/// The player panel: shows and controls the player while songs play. Opening the panel starts the
+/// player; closing the panel closes the player.
 class frmMainWinamp : public QWidget, private HandOffPanel {
   Q_OBJECT
 
  public:
-  /// \param tallow, player have to outlive the window
+  /// \param tallow, player must outlive the window
   frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage show,
                 QWidget* parent = nullptr);
 
-  /// Plays what lies in SongsToPlay. The first time this opens the player; as long as that fails,
-  /// each time.
-  /// \returns whether the player was opened, now or before
+  /// Plays the songs in SongsToPlay. The first call opens the player; if that fails, the next call
+  /// tries again.
+  /// \returns whether the player is open
   bool Play();
 
-  /// Sets how handing over many songs is shown.
+  /// Sets the callback that shows progress while many songs are handed over.
   void OnLongWork(BeginLongWork begin) { begin_work_ = std::move(begin); }
 
-  /// Hands the songs in SongsToPlay over to the player that runs, or is started for it.
+  /// Hands the songs in SongsToPlay over to the running player, or starts a player first.
   void Playstuff();
 
  signals:
-  /// Something that the user should read, but that stops nothing.
+  /// A message that the user should read and that does not interrupt playing.
   void Said(const QString& text);
 
  protected:
@@ -73,10 +73,11 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   ShowMessage show_;
   BeginLongWork begin_work_;
   std::unique_ptr<LongWork> work_;  ///< while songs are handed over
-  bool opened_ = false;             ///< the player was found and set up
-  /// The player that the title names and that has the volume and balance.
+  bool opened_ = false;             ///< whether the player was found and set up
+  /// The player that has received the volume and balance and whose version is in the title; 0 for
+  /// none.
   PlayerHandle set_up_ = 0;
-  bool UserIsScrolling = false;  ///< the user has hold of the position bar
+  bool UserIsScrolling = false;  ///< whether the user is dragging the position bar
 
   QPushButton* cmdPlayPause;
   QScrollBar* hscrlTrackPos;

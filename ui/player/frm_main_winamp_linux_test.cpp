@@ -12,7 +12,7 @@
 namespace tallow {
 namespace {
 
-/// The panel and the player, both real.
+/// A real panel with a real player.
 class PanelAndPlayer : public RealPlayer {
  protected:
   PanelAndPlayer() {
@@ -54,7 +54,7 @@ TEST_F(PanelAndPlayer, PlayPauseSeekAndClose) {
   EXPECT_EQ(Track().value(), paused_at + 5);
   Click();
   EXPECT_TRUE(QTest::qWaitFor([&] { return Track().value() == paused_at + 6; }));
-  // On to the next song, whose length the bar takes over.
+  // Plays the next song; the bar takes its length.
   player.SendWinampCommand(kNextTrack);
   EXPECT_TRUE(QTest::qWaitFor([&] { return Track().maximum() == 60 && Track().value() <= 1; }));
   panel.close();
@@ -62,7 +62,7 @@ TEST_F(PanelAndPlayer, PlayPauseSeekAndClose) {
   EXPECT_TRUE(messages.shown.empty());
 }
 
-TEST_F(PanelAndPlayer, APlayerThatIsKilledStopsThePanelAndTheNextSongsStartAnother) {
+TEST_F(PanelAndPlayer, AfterThePlayerIsKilledThePanelStopsAndTheNextPlayStartsAPlayer) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return Status() == "PLAYING"; }));
   Child<QScrollBar>("hscrlVolume").setValue(77);
   ASSERT_EQ(kill(LastPid(), SIGKILL), 0);
@@ -79,7 +79,7 @@ TEST_F(PanelAndPlayer, APanelWhosePlayerWasKilledClosesWithoutAMessage) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return Status() == "PLAYING"; }));
   ASSERT_EQ(kill(LastPid(), SIGKILL), 0);
   UseScript("exit 1\n");
-  // Until it is noticed that no other one comes up.
+  // Until the panel has noticed that no other player starts.
   EXPECT_TRUE(QTest::qWaitFor([&] {
     panel.Play();
     return player.Window() == 0;
@@ -90,7 +90,7 @@ TEST_F(PanelAndPlayer, APanelWhosePlayerWasKilledClosesWithoutAMessage) {
   EXPECT_FALSE(panel.isVisible());
 }
 
-TEST_F(PanelAndPlayer, AnotherTallowPausesAndStopsWhatOneThatWasKilledHasLeft) {
+TEST_F(PanelAndPlayer, ASecondTallowControlsThePlayerOfAKilledOne) {
   ASSERT_TRUE(QTest::qWaitFor([&] { return Status() == "PLAYING"; }));
   const std::unique_ptr<PlayerLink> other_link = SystemPlayerLink();
   WinAMP_Control other{*other_link, [this] { return path; }, messages.Shower()};

@@ -32,7 +32,7 @@ class FrmMainWinamp : public LibraryTest {
     link.answers = {{"1024 0 0", 0x2081}, {kAskLength, 215}, {kAskStatus, 1}};
   }
 
-  /// Opens the panel and plays; what this sends is forgotten.
+  /// Opens the panel, plays, and clears the log of sent messages.
   void Open() {
     panel.show();
     panel.Play();
@@ -50,7 +50,7 @@ class FrmMainWinamp : public LibraryTest {
   QString Status() { return Child<QLabel>("lblStatus").text(); }
   QString Times() { return Child<QLabel>("lblTimes").text(); }
   void Click() { QTest::mouseClick(&Button(), Qt::LeftButton); }
-  /// What one look of the timer sends.
+  /// Runs one timer tick and returns the messages that it sent.
   Texts Tick() {
     link.Take();
     Timer().start(0);
@@ -64,7 +64,7 @@ class FrmMainWinamp : public LibraryTest {
     link.answers[kAskStatus] = status;
   }
 
-  /// Where the thumb of a bar is, on the bar.
+  /// Returns the position of a bar's thumb, in coordinates of the bar.
   static QPoint Thumb(QScrollBar& bar) {
     QStyleOptionSlider option;
     option.initFrom(&bar);
@@ -88,7 +88,7 @@ class FrmMainWinamp : public LibraryTest {
   frmMainWinamp panel{tallow, player, messages.Shower()};
 };
 
-TEST_F(FrmMainWinamp, TheControlsAreAsTheyBegin) {
+TEST_F(FrmMainWinamp, TheControlsHaveTheirInitialState) {
   EXPECT_EQ(panel.objectName(), "frmMainWinamp");
   EXPECT_EQ(Button().text(), "&Play");
   EXPECT_EQ(Track().minimum(), 0);
@@ -130,7 +130,7 @@ TEST_F(FrmMainWinamp, OpeningFindsThePlayerSetsItUpAndPlaysOnce) {
   EXPECT_TRUE(messages.shown.empty());
 }
 
-TEST_F(FrmMainWinamp, AnOpenPanelIsOnlyHandedTheNewList) {
+TEST_F(FrmMainWinamp, AnOpenPanelOnlyHandsOverTheNewList) {
   Open();
   Volume().setValue(40);
   link.Take();
@@ -159,7 +159,7 @@ TEST_F(FrmMainWinamp, AnotherPlayerGetsTheVolumeAndBalanceOfTheBars) {
   EXPECT_EQ(link.Take().size(), 7U);
 }
 
-TEST_F(FrmMainWinamp, APlayerThatDoesNotStartEndsTheOpening) {
+TEST_F(FrmMainWinamp, APlayerThatDoesNotStartCancelsTheOpening) {
   path.clear();
   panel.Play();
   EXPECT_EQ(link.Take(), Texts{});
@@ -171,7 +171,7 @@ TEST_F(FrmMainWinamp, APlayerThatDoesNotStartEndsTheOpening) {
   EXPECT_EQ(Button().text(), "&Play");
 }
 
-TEST_F(FrmMainWinamp, AfterAPlayerWithoutAWindowTheNextPlayOpensAnew) {
+TEST_F(FrmMainWinamp, AfterAPlayerWithoutAWindowTheNextPlayOpensItAgain) {
   link.found = 0;
   panel.Play();
   EXPECT_EQ(link.Take(), (Texts{"start /opt/player", "find"}));
@@ -183,7 +183,7 @@ TEST_F(FrmMainWinamp, AfterAPlayerWithoutAWindowTheNextPlayOpensAnew) {
   EXPECT_EQ(link.Take().size(), 12U);
 }
 
-TEST_F(FrmMainWinamp, ALengthThatIsNotKnownLeavesTheBar) {
+TEST_F(FrmMainWinamp, AnUnknownLengthLeavesTheRangeOfTheBar) {
   Open();
   link.answers[kAskLength] = -1;
   Track().setValue(20);
@@ -212,7 +212,7 @@ TEST_F(FrmMainWinamp, VolumeAndBalanceAreSentOnEveryChange) {
   EXPECT_EQ(link.Take(), Texts{"1024 250 122"});
 }
 
-TEST_F(FrmMainWinamp, DraggingTheVolumeCountsAsChanges) {
+TEST_F(FrmMainWinamp, DraggingTheVolumeSendsIt) {
   Open();
   const QPoint from = Thumb(Volume());
   QTest::mousePress(&Volume(), Qt::LeftButton, {}, from);
@@ -224,7 +224,7 @@ TEST_F(FrmMainWinamp, DraggingTheVolumeCountsAsChanges) {
   EXPECT_EQ(link.log.back(), "1024 " + std::to_string(Volume().value()) + " 122");
 }
 
-TEST_F(FrmMainWinamp, TheTimerShowsWhereThePlayerIsAndNeverSeeks) {
+TEST_F(FrmMainWinamp, TheTimerShowsThePositionOfThePlayerAndNeverSeeks) {
   Open();
   for (const int ms : {1000, 61999, 214999, 3000}) {
     PlayerIsAt(ms);
@@ -237,7 +237,7 @@ TEST_F(FrmMainWinamp, TheTimerShowsWhereThePlayerIsAndNeverSeeks) {
   EXPECT_EQ(Status(), "PLAYING");
 }
 
-TEST_F(FrmMainWinamp, PositionsOutsideTheBarLeaveIt) {
+TEST_F(FrmMainWinamp, PositionsOutsideTheRangeOfTheBarAreIgnored) {
   Open();
   PlayerIsAt(50000);
   Tick();
@@ -248,7 +248,7 @@ TEST_F(FrmMainWinamp, PositionsOutsideTheBarLeaveIt) {
   }
 }
 
-TEST_F(FrmMainWinamp, TheStatusIsOneOfThree) {
+TEST_F(FrmMainWinamp, TheStatusIsPlayingPausedOrStopped) {
   Open();
   const std::pair<int, const char*> words[] = {{1, "PLAYING"}, {3, "PAUSED"}, {0, "STOPPED"}};
   for (const auto& [status, word] : words) {
@@ -286,7 +286,7 @@ TEST_F(FrmMainWinamp, AShorterTrackDoesNotSeek) {
   EXPECT_EQ(Track().value(), 0);
 }
 
-TEST_F(FrmMainWinamp, DraggingThePositionSeeksOnceWhenItIsLetGo) {
+TEST_F(FrmMainWinamp, DraggingThePositionSeeksOnceOnRelease) {
   Open();
   PlayerIsAt(10000);
   Tick();
@@ -294,7 +294,7 @@ TEST_F(FrmMainWinamp, DraggingThePositionSeeksOnceWhenItIsLetGo) {
   QTest::mousePress(&Track(), Qt::LeftButton, {}, from);
   QTest::mouseMove(&Track(), from + QPoint(30, 0));
   EXPECT_EQ(link.Take(), Texts{});
-  // The timer neither seeks nor takes the bar out of the user's hand.
+  // The timer neither seeks nor moves the bar during the drag.
   const int held = Track().sliderPosition();
   EXPECT_GT(held, 10);
   PlayerIsAt(11000);
@@ -309,7 +309,7 @@ TEST_F(FrmMainWinamp, DraggingThePositionSeeksOnceWhenItIsLetGo) {
   EXPECT_EQ(Track().value(), held + 1);
 }
 
-TEST_F(FrmMainWinamp, ATrackThatChangesUnderTheUsersHandDoesNotSeek) {
+TEST_F(FrmMainWinamp, ATrackChangeDuringADragDoesNotSeek) {
   Open();
   const QPoint from = Thumb(Track());
   QTest::mousePress(&Track(), Qt::LeftButton, {}, from);
@@ -324,7 +324,7 @@ TEST_F(FrmMainWinamp, ATrackThatChangesUnderTheUsersHandDoesNotSeek) {
   EXPECT_EQ(link.Take(), (Texts{kAskLength, "1024 " + std::to_string(held * 1000) + " 106"}));
 }
 
-TEST_F(FrmMainWinamp, SongsHandedOverUnderTheUsersHandDoNotSeek) {
+TEST_F(FrmMainWinamp, SongsHandedOverDuringADragDoNotSeek) {
   Open();
   PlayerIsAt(100000);
   Tick();
@@ -337,14 +337,14 @@ TEST_F(FrmMainWinamp, SongsHandedOverUnderTheUsersHandDoNotSeek) {
   EXPECT_EQ(link.Take(), Texts{});
 }
 
-TEST_F(FrmMainWinamp, TheTimesFollowALengthAlone) {
+TEST_F(FrmMainWinamp, TheTimesAreUpdatedWhenOnlyTheLengthChanges) {
   Open();
   PlayerIsAt(0, 90);
   Tick();
   EXPECT_EQ(Times(), "0:00 / 1:30");
 }
 
-TEST_F(FrmMainWinamp, APlayerThatHasDiedLeavesTheBarsLength) {
+TEST_F(FrmMainWinamp, AfterThePlayerDiesTheBarKeepsItsRange) {
   Open();
   PlayerIsAt(0, 0, 0);
   Tick();
@@ -352,13 +352,13 @@ TEST_F(FrmMainWinamp, APlayerThatHasDiedLeavesTheBarsLength) {
   EXPECT_EQ(Status(), "STOPPED");
 }
 
-TEST_F(FrmMainWinamp, ATrackOfLessThanASecondHasABarOfNothing) {
+TEST_F(FrmMainWinamp, ATrackOfLessThanASecondGivesAnEmptyRange) {
   link.answers[kAskLength] = 0;
   panel.Play();
   EXPECT_EQ(Track().maximum(), 0);
 }
 
-TEST_F(FrmMainWinamp, TheTimerIsSilentWhileThereIsNoWindow) {
+TEST_F(FrmMainWinamp, TheTimerSendsNothingWithoutAPlayer) {
   Open();
   link.found = 0;
   panel.Play();
@@ -367,7 +367,7 @@ TEST_F(FrmMainWinamp, TheTimerIsSilentWhileThereIsNoWindow) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(FrmMainWinamp, TheBarsAreSetAnewByTheFirstOpening) {
+TEST_F(FrmMainWinamp, TheFirstSuccessfulOpeningResetsTheBars) {
   link.found = 0;
   panel.Play();
   Volume().setValue(10);
@@ -383,7 +383,7 @@ TEST_F(FrmMainWinamp, TheBarsAreSetAnewByTheFirstOpening) {
   EXPECT_EQ(sent[4], "1024 0 123");
 }
 
-TEST_F(FrmMainWinamp, DraggingTheBalanceCountsAsChanges) {
+TEST_F(FrmMainWinamp, DraggingTheBalanceSendsIt) {
   Open();
   const QPoint from = Thumb(Balance());
   QTest::mousePress(&Balance(), Qt::LeftButton, {}, from);
@@ -400,7 +400,7 @@ TEST_F(FrmMainWinamp, AClickBesideTheThumbSeeksAPage) {
   EXPECT_EQ(link.Take(), (Texts{kAskLength, "1024 21000 106"}));
 }
 
-TEST_F(FrmMainWinamp, ADragThatComesBackDoesNotSeek) {
+TEST_F(FrmMainWinamp, ADragBackToTheStartDoesNotSeek) {
   Open();
   const QPoint from = Thumb(Track());
   QTest::mousePress(&Track(), Qt::LeftButton, {}, from);
@@ -421,7 +421,7 @@ TEST_F(FrmMainWinamp, KeysOnThePositionBarSeek) {
   EXPECT_EQ(link.Take(), (Texts{kAskLength, "1024 22000 106"}));
   QTest::keyClick(&Track(), Qt::Key_Home);
   EXPECT_EQ(link.Take(), (Texts{kAskLength, "1024 0 106"}));
-  // At its end a key changes nothing, and the timer still moves the bar.
+  // At the end of the bar a key changes nothing, and the timer still moves the bar.
   QTest::keyClick(&Track(), Qt::Key_Left);
   EXPECT_EQ(link.Take(), Texts{});
   PlayerIsAt(5000);
@@ -438,14 +438,14 @@ TEST_F(FrmMainWinamp, TheCaptionFollowsThePlayer) {
   Tick();
   EXPECT_EQ(Track().value(), 215);
   EXPECT_EQ(Button().text(), "&Play");
-  // Somebody presses the media key.
+  // The user presses a media key.
   PlayerIsAt(3000, 215, 1);
   Tick();
   EXPECT_EQ(Button().text(), "&Pause");
   PlayerIsAt(3000, 215, 3);
   Tick();
   EXPECT_EQ(Button().text(), "&Play");
-  // A song that cannot be played leaves the player stopped.
+  // The player stays stopped after a song that cannot be played.
   PlayerIsAt(-1, -1, 0);
   Tick();
   panel.Play();
@@ -454,7 +454,7 @@ TEST_F(FrmMainWinamp, TheCaptionFollowsThePlayer) {
   EXPECT_EQ(Button().text(), "&Play");
 }
 
-TEST_F(FrmMainWinamp, TheBalanceComesBackToTheMiddleByKeys) {
+TEST_F(FrmMainWinamp, TheKeysCanCentreTheBalance) {
   Open();
   QTest::keyClick(&Balance(), Qt::Key_End);
   for (int k = 0; k < 127; ++k) QTest::keyClick(&Balance(), Qt::Key_Left);
@@ -468,7 +468,7 @@ TEST_F(FrmMainWinamp, ClosingStopsClearsAndClosesThePlayer) {
   EXPECT_FALSE(Timer().isActive());
 }
 
-TEST_F(FrmMainWinamp, WithoutAPlayerEveryOperationSaysSo) {
+TEST_F(FrmMainWinamp, WithoutAPlayerEveryOperationShowsAMessage) {
   link.found = 0;
   panel.show();
   panel.Play();
@@ -480,7 +480,7 @@ TEST_F(FrmMainWinamp, WithoutAPlayerEveryOperationSaysSo) {
   EXPECT_EQ(messages.Take(), (Texts{missing, missing, missing}));
 }
 
-TEST_F(FrmMainWinamp, ClosingSendsAndSaysNothingWhereThereIsNoPlayer) {
+TEST_F(FrmMainWinamp, WithoutAPlayerClosingSendsAndShowsNothing) {
   Open();
   link.found = 0;
   panel.Play();
@@ -493,7 +493,7 @@ TEST_F(FrmMainWinamp, ClosingSendsAndSaysNothingWhereThereIsNoPlayer) {
   EXPECT_FALSE(Timer().isActive());
 }
 
-TEST_F(FrmMainWinamp, ClosingClosesAPlayerThatHasComeLater) {
+TEST_F(FrmMainWinamp, ClosingClosesAPlayerThatWasStartedLater) {
   Open();
   link.found = 0;
   panel.Play();
@@ -503,7 +503,7 @@ TEST_F(FrmMainWinamp, ClosingClosesAPlayerThatHasComeLater) {
   EXPECT_EQ(link.Take(), (Texts{"find", "273 40047 0", "1024 0 101", "273 40001 0"}));
 }
 
-/// A panel whose player was not there when it was opened, and is there now.
+/// A panel that was opened without a player; the player has been started since.
 class AfterAFailedOpening : public FrmMainWinamp {
  protected:
   AfterAFailedOpening() {
@@ -515,7 +515,7 @@ class AfterAFailedOpening : public FrmMainWinamp {
     link.Take();
     link.found = 7;
   }
-  /// Whether a command that sends something has found the player and set it up.
+  /// Expects that a command has found the player, sent its message and set up the player.
   void ExpectSetUpBehind(const std::string& sent) {
     EXPECT_EQ(link.Take(),
               (Texts{"find", sent, "1024 0 0", "1024 " + std::to_string(Volume().value()) + " 122",
@@ -534,7 +534,7 @@ TEST_F(AfterAFailedOpening, TheVolumeSetsUpThePlayer) {
   Volume().setValue(40);
   ExpectSetUpBehind("1024 40 122");
   EXPECT_EQ(Volume().value(), 40);
-  // The bars are the user's now.
+  // The bars keep the values that the user has set.
   panel.Play();
   EXPECT_EQ(Volume().value(), 40);
 }
@@ -548,14 +548,14 @@ TEST_F(FrmMainWinamp, AnotherPlayerIsNamedInTheTitle) {
   link.answers["1024 0 0"] = 0;
   Open();
   EXPECT_EQ(panel.windowTitle(), "WinAMP Version# UNKNOWN");
-  // That one was gone at once; the next one is there.
+  // The first player ended immediately; now the next player runs.
   link.answers["1024 0 0"] = 0x2081;
   link.found = 8;
   panel.Play();
   EXPECT_EQ(panel.windowTitle(), "WinAMP Version# 2.081");
 }
 
-TEST_F(FrmMainWinamp, APlayerThatACommandOfTheMenusHasFoundIsSetUp) {
+TEST_F(FrmMainWinamp, APlayerFoundByAMenuCommandIsSetUp) {
   Open();
   Volume().setValue(40);
   link.found = 0;

@@ -60,7 +60,7 @@ void StartUp::ShowJukebox(Jukebox& jukebox) {
   if (window == nullptr) return;
   frame_.ShowJukeboxWindow(*window);
   frame_.show();
-  // Only a window on the screen keeps the focus.
+  // Only a visible window keeps the focus.
   window->TakeFocus();
 }
 
@@ -129,7 +129,8 @@ void StartUp::NoticeScan(const std::vector<std::string>& lines) { frame_.NoticeS
 
 void StartUp::OpenInTextEditor(const std::string& path) {
   if (silent_) return;
-  // The file comes with the program, whose folder need not be the application folder.
+  // If the path does not exist, falls back to the copy in the folder of the executable, which need
+  // not be the application folder.
   std::string shipped(FolderOfPath(ExecutablePath()));
   shipped += NameOfPath(path);
   const std::string& opened = FileExists(path) ? path : shipped;

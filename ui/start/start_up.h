@@ -12,12 +12,12 @@
 
 namespace tallow {
 
-/// The windows of a start-up, for real.
+/// Implements the windows of start-up with real windows.
 class StartUp : public StartUpWindows {
  public:
-  /// \param frame  the frame window, shown with its first jukebox; has to outlive this
-  /// \param silent nothing is asked: what would be shown goes to standard error, and the answer is
-  /// No
+  /// \param frame  the frame window, shown with its first jukebox; must outlive this object
+  /// \param silent shows no dialogs: messages go to standard error; questions are answered No or
+  ///               left unanswered
   StartUp(Tallow& tallow, frmMDIForm1& frame, bool silent);
 
   void ShowSplash() override;
@@ -39,7 +39,7 @@ class StartUp : public StartUpWindows {
   void Notice(const std::vector<std::string>& lines) override;
   void NoticeScan(const std::vector<std::string>& lines) override;
   void OpenInTextEditor(const std::string& path) override;
-  /// Has something done at the end of the start, before the tip waits for its user.
+  /// Sets a callback that runs at the end of start-up, before the modal tip window opens.
   void BeforeTip(std::function<void()> act) { before_tip_ = std::move(act); }
   void ShowTip() override;
 
@@ -55,7 +55,7 @@ class StartUp : public StartUpWindows {
   std::vector<Jukebox*> open_;
 };
 
-/// The file that start-up looks for first, with Qt where this program finds it.
+/// The runtime file that start-up checks first, at the path where Qt looks for it.
 RuntimeFile QtsRuntimeFile();
 
 }  // namespace tallow

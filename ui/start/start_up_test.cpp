@@ -33,7 +33,7 @@ class StartUpTest : public testing::Test {
     return *frame.findChild<View*>(QLatin1String(name));
   }
 
-  /// Answers the next message box with a button and keeps what it said.
+  /// Clicks a button in the next message box and stores the properties of the box.
   void AnswerNextBox(QMessageBox::StandardButton button) {
     auto* const timer = new QTimer(&frame);
     QObject::connect(timer, &QTimer::timeout, [this, timer, button] {
@@ -74,11 +74,11 @@ TEST_F(StartUpTest, TheFirstStartEndsWithTheSampleJukeboxOnScreen) {
     EXPECT_NE(window->objectName(), "frmSplash");
 }
 
-TEST_F(StartUpTest, TheJpegPluginIsWhereItHasToBe) {
+TEST_F(StartUpTest, TheJpegPluginExists) {
   EXPECT_TRUE(FileExists(QtsRuntimeFile().path)) << QtsRuntimeFile().path;
 }
 
-TEST_F(StartUpTest, TheSplashWindowFollowsTheSearches) {
+TEST_F(StartUpTest, TheSplashWindowShowsTheProgressOfTheSearches) {
   windows.ShowSplash();
   const auto splash = [] {
     for (QWidget* const window : QApplication::topLevelWidgets())
@@ -101,7 +101,7 @@ TEST_F(StartUpTest, TheSplashWindowFollowsTheSearches) {
   EXPECT_EQ(splash(), nullptr);
 }
 
-TEST_F(StartUpTest, AnOfferIsAQuestionWithYesAndNo) {
+TEST_F(StartUpTest, AskShowsAQuestionWithYesAndNo) {
   AnswerNextBox(QMessageBox::Yes);
   EXPECT_TRUE(windows.Ask("Go on?"));
   EXPECT_EQ(box_text, "Go on?");
@@ -111,14 +111,14 @@ TEST_F(StartUpTest, AnOfferIsAQuestionWithYesAndNo) {
   EXPECT_FALSE(windows.Ask("Go on?"));
 }
 
-TEST_F(StartUpTest, AnEndIsToldWithAnOkButtonOnly) {
+TEST_F(StartUpTest, TellShowsAMessageWithAnOkButtonOnly) {
   AnswerNextBox(QMessageBox::Ok);
   windows.Tell("It is <b>over</b>.");
   EXPECT_EQ(box_text, "It is <b>over</b>.");
   EXPECT_EQ(box_buttons, QMessageBox::Ok);
 }
 
-TEST_F(StartUpTest, ASilentStartAsksNothing) {
+TEST_F(StartUpTest, ASilentStartShowsNoMessageBoxes) {
   StartUp silent(tallow, frame, true);
   testing::internal::CaptureStderr();
   EXPECT_FALSE(silent.Ask("a question"));
@@ -127,7 +127,7 @@ TEST_F(StartUpTest, ASilentStartAsksNothing) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "a question\na message\na notice\n");
 }
 
-TEST_F(StartUpTest, ADamagedSettingsFileIsOfferedToBeMadeAnew) {
+TEST_F(StartUpTest, ADamagedSettingsFileOffersToCreateANewOne) {
   application.File("Grouping/System/TallowOrganizer.ini", "x\r\ny\r\nabc\r\n");
   AnswerNextBox(QMessageBox::No);
   EXPECT_FALSE(System(tallow, drives, windows).Main(QtsRuntimeFile()));
@@ -136,7 +136,7 @@ TEST_F(StartUpTest, ADamagedSettingsFileIsOfferedToBeMadeAnew) {
   EXPECT_FALSE(frame.isVisible());
 }
 
-TEST_F(StartUpTest, TheFirstJukeboxHasTheKeyboard) {
+TEST_F(StartUpTest, TheFirstJukeboxHasTheFocus) {
   StartUp windows(tallow, frame, false);
   Jukebox& jukebox = windows.NewJukebox();
   jukebox.AddColumnHeader(kNameHeader);
@@ -152,7 +152,7 @@ TEST_F(StartUpTest, TheFirstJukeboxHasTheKeyboard) {
   EXPECT_EQ(QApplication::focusWidget()->objectName(), "ListView");
 }
 
-TEST_F(StartUpTest, ASilentStartLeavesQuestionsThatCanBeLeft) {
+TEST_F(StartUpTest, ASilentStartDismissesQuestionsThatCanBeDismissed) {
   StartUp silent(tallow, frame, true);
   EXPECT_EQ(silent.AskUnlessLeft("Recover?"), std::nullopt);
 }

@@ -3,7 +3,8 @@
 
 namespace tallow {
 
-/// Whether a window can be opened. Qt itself only says so by ending the process.
+/// Returns whether a display server is available, so that a window can be opened. Without one, Qt
+/// ends the process.
 bool HasDisplay();
 
 }  // namespace tallow

@@ -7,12 +7,12 @@
 
 namespace tallow {
 
-/// A text of the core as it is shown: up to its first NUL, what is no valid UTF-8 replaced by the
-/// replacement character, line breaks and other control characters by blanks. Only for display: the
-/// bytes themselves stay in the core.
+/// Converts a text of the core for display: cuts the text at its first NUL, replaces invalid UTF-8
+/// by the replacement character, and replaces line breaks and other control characters by blanks.
+/// Only for display: the core keeps the original bytes.
 QString DisplayText(std::string_view text);
 
-/// The same without touching line breaks, for messages.
+/// Converts a message for display: like DisplayText, but keeps line breaks and control characters.
 QString DisplayMessage(std::string_view text);
 
 }  // namespace tallow

@@ -6,11 +6,11 @@
 
 namespace tallow {
 
-/// Takes the system's requests to end (SIGTERM, SIGINT and SIGHUP: the end of a session, Ctrl+C, a closed
-/// terminal) as part of the event loop; on Windows the message that the user is being logged off.
+/// Handles the system's requests to quit in the event loop: on Linux SIGTERM (end of the session),
+/// SIGINT (Ctrl+C) and SIGHUP (closed terminal); on Windows the message that the session ends.
 class EndSignals {
  public:
-  /// \param end called with the first of them; only one object at a time
+  /// \param end called once, for the first request; only one EndSignals may exist at a time
   explicit EndSignals(std::function<void()> end);
   EndSignals(const EndSignals&) = delete;
   EndSignals& operator=(const EndSignals&) = delete;

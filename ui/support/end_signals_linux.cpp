@@ -17,14 +17,14 @@ namespace {
 
 constexpr std::array<int, 3> kSignals{SIGTERM, SIGINT, SIGHUP};
 
-/// Where a signal is noted down. A handler gets nothing but its signal's number, so this cannot be
-/// anybody's member.
+/// The end of the pipe that the signal handler writes to; -1 while no EndSignals exists. Global,
+/// because a signal handler is passed only the signal number.
 std::atomic<int> note_end{-1};
 
 void NoteSignal(int /*signal*/) {
   const int before = errno;
   const char byte = 0;
-  // A full pipe has enough to tell.
+  // If the pipe is full, the write fails; the bytes in the pipe already wake up the event loop.
   [[maybe_unused]] const ssize_t ignored = write(note_end, &byte, 1);
   errno = before;
 }

@@ -9,13 +9,13 @@
 namespace tallow {
 namespace {
 
-TEST(EndSignals, EachOfThemIsTakenByTheEventLoopOnce) {
+TEST(EndSignals, TheEventLoopHandlesEachSignalOnce) {
   for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
     int ends = 0;
     const EndSignals signals_taken([&] { ++ends; });
     raise(signal);
     raise(signal);
-    // Not in the middle of something else.
+    // The callback must run in the event loop, not in the signal handler.
     EXPECT_EQ(ends, 0);
     EXPECT_TRUE(QTest::qWaitFor([&] { return ends > 0; }));
     QCoreApplication::processEvents();
@@ -23,7 +23,7 @@ TEST(EndSignals, EachOfThemIsTakenByTheEventLoopOnce) {
   }
 }
 
-TEST(EndSignals, AfterwardsTheyAreAsTheyWere) {
+TEST(EndSignals, TheDestructorRestoresTheSignalHandlers) {
   struct sigaction before {};
   struct sigaction after {};
   sigaction(SIGTERM, nullptr, &before);

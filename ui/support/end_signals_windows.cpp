@@ -9,7 +9,8 @@
 
 namespace tallow {
 
-/// Sees the messages of all windows before they do. Every window gets one; the first is enough.
+/// Event filter for the native messages of all windows. Each window receives WM_ENDSESSION; only
+/// the first message is handled.
 struct EndSignals::Taken : QAbstractNativeEventFilter {
   explicit Taken(std::function<void()> on_end) : end(std::move(on_end)) {
     QCoreApplication::instance()->installNativeEventFilter(this);
@@ -21,7 +22,7 @@ struct EndSignals::Taken : QAbstractNativeEventFilter {
 
   bool nativeEventFilter(const QByteArray& /*type*/, void* message, qintptr* /*result*/) override {
     const MSG& got = *static_cast<const MSG*>(message);
-    // Windows ends the process once the message was answered, so everything is done at once.
+    // Windows ends the process when this message has been handled, so `end` runs now.
     if (got.message == WM_ENDSESSION && got.wParam != FALSE && end) std::exchange(end, {})();
     return false;
   }

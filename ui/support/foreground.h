@@ -5,8 +5,8 @@ class QLocalSocket;
 
 namespace tallow {
 
-/// Lets the program at the other end of a connection bring its window to the front, which on Windows only
-/// the program may that the user has just started.
+/// Allows the process at the other end of a connection to bring its window to the front. Windows
+/// grants this right only to the process that the user has just started, which may pass it on.
 void LetComeToFront(const QLocalSocket& other);
 
 }  // namespace tallow

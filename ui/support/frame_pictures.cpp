@@ -7,7 +7,7 @@
 namespace tallow {
 
 QIcon FramePicture(const char* name) {
-  // One file for every size, or one for each, see drawn_pictures.cmake.
+  // Either one SVG file for all sizes or one PNG file per size, see drawn_pictures.cmake.
   const QString one = QStringLiteral("%1.svg").arg(QLatin1String(name));
   const QString many = QStringLiteral("%1-??.png").arg(QLatin1String(name));
   QIcon picture;
@@ -15,7 +15,8 @@ QIcon FramePicture(const char* name) {
        files.hasNext();) {
     const QString file = files.next();
     picture.addFile(file);
-    // Or a selected one would be tinted with the colour of the selection, and hard to see on it.
+    // Without an icon for the Selected mode, Qt tints the icon of a selected row with the selection
+    // colour, which makes it hard to see.
     picture.addFile(file, QSize(), QIcon::Selected);
   }
   return picture;

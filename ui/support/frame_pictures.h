@@ -5,8 +5,8 @@
 
 namespace tallow {
 
-/// One of the program's pictures, crisp at every size.
-/// \param name of a file in ui/pictures, without its extension
+/// Returns one of the program's icons, drawn sharply at every size.
+/// \param name name of a file in ui/support/pictures, without its extension
 QIcon FramePicture(const char* name);
 
 }  // namespace tallow

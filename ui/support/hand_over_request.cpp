@@ -27,7 +27,7 @@ HandOverRequest::State HandOverRequest::Add(std::string_view bytes) {
   if (come_ > kMaxBytes) return state_ = State::kBroken;
   bytes_ += bytes;
   TakeFiles();
-  // What has become files is there twice otherwise.
+  // Drops the bytes that TakeFiles() has parsed; their text is stored in files_.
   bytes_.erase(0, std::exchange(taken_, 0));
   return state_;
 }

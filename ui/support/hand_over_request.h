@@ -9,44 +9,46 @@
 
 namespace tallow {
 
-/// What a later program sends to the running one: the files that it was to open.
+/// Message that a second instance sends to the running instance: the files to open.
 ///
-/// All numbers have 4 bytes, the highest first: how many files there are, then of each the length of its path in
-/// bytes and the path. Two files, "/a" and "/bc":
+/// Every number is a 4-byte big-endian integer. The message consists of the number of files and,
+/// for each file, the length of its path in bytes and the path. Two files, "/a" and "/bc":
 ///
 ///   00 00 00 02  00 00 00 02 2F 61  00 00 00 03 2F 62 63
 class HandOverRequest {
  public:
-  /// The longest request, in bytes. Linux allows a command line of 6 MiB, Windows one of 64 KiB.
+  /// Maximum size of a request, in bytes. A command line has at most 6 MiB on Linux and 64 KiB on
+  /// Windows.
   static constexpr std::size_t kMaxBytes = std::size_t{6} << 20;
-  /// The most files. Each costs memory of its own, however short its path is.
+  /// Maximum number of files. Each file costs memory, however short its path is.
   static constexpr std::size_t kMaxFiles = 100'000;
 
   enum class State {
-    kPartial,  ///< more has to come
+    kPartial,  ///< more bytes are needed
     kWhole,
-    kBroken,  ///< no such request, or too large; more does not help
+    kBroken,  ///< malformed or too large; further bytes are ignored
   };
 
-  /// Takes bytes that have come, in pieces of any size. Lengths are not believed before their bytes are there.
-  /// \returns what the request is now; nothing changes that any more once it is whole or broken
+  /// Parses the next bytes of the request, in pieces of any size. Allocates nothing for a length
+  /// before that many bytes have arrived.
+  /// \returns the state of the request; kWhole and kBroken are final
   State Add(std::string_view bytes);
 
-  /// The paths, once the request is whole.
+  /// The paths; complete when the state is kWhole.
   const std::vector<std::string>& Files() const noexcept { return files_; }
 
-  /// A request as its bytes.
+  /// Serializes a request.
   static std::string BytesOf(const std::vector<std::string>& files);
 
  private:
   void TakeFiles();
 
   State state_ = State::kPartial;
-  std::string bytes_;      ///< what has come and is no file yet
-  std::size_t taken_ = 0;  ///< of the bytes
-  std::size_t come_ = 0;   ///< bytes of the request so far
+  std::string bytes_;      ///< received, not parsed yet
+  std::size_t taken_ = 0;  ///< number of bytes parsed from the front of bytes_
+  std::size_t come_ = 0;   ///< size of the request so far, in bytes
   bool has_count_ = false;
-  std::uint32_t missing_ = 0;  ///< files that have not come yet
+  std::uint32_t missing_ = 0;  ///< number of files still to be parsed
   std::vector<std::string> files_;
 };
 

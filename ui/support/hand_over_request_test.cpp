@@ -11,7 +11,7 @@ using namespace std::string_literals;
 using State = HandOverRequest::State;
 using Texts = std::vector<std::string>;
 
-TEST(HandOverRequestTest, IsTheSameInPiecesOfAnySize) {
+TEST(HandOverRequestTest, ARequestParsesTheSameInPiecesOfAnySize) {
   const Texts files{"/a", "", "/m/caf\xE9\n.juk", std::string(70000, 'x'), "\0"s};
   const std::string bytes = HandOverRequest::BytesOf(files);
   for (const std::size_t piece :
@@ -27,14 +27,14 @@ TEST(HandOverRequestTest, IsTheSameInPiecesOfAnySize) {
   }
 }
 
-TEST(HandOverRequestTest, ItsBytesAreAsTheyAreDescribed) {
+TEST(HandOverRequestTest, TheBytesMatchTheDocumentedFormat) {
   EXPECT_EQ(HandOverRequest::BytesOf({"/a", "/bc"}), "\0\0\0\2\0\0\0\2/a\0\0\0\3/bc"s);
   HandOverRequest none;
   EXPECT_EQ(none.Add("\0\0\0\0"s), State::kWhole);
   EXPECT_TRUE(none.Files().empty());
 }
 
-TEST(HandOverRequestTest, NumbersBeyondTheBoundsAreNotBelieved) {
+TEST(HandOverRequestTest, NumbersBeyondTheLimitsAreRejected) {
   for (const std::string& bytes :
        {"\xFF\xFF\xFF\xFF"s, "\0\1\x86\xA1"s, "\0\0\0\1\xFF\xFF\xFF\xFF"s, "\0\0\0\1\0\x60\0\1"s,
         "\0\0\0\0x"s}) {
@@ -44,20 +44,20 @@ TEST(HandOverRequestTest, NumbersBeyondTheBoundsAreNotBelieved) {
   }
 }
 
-TEST(HandOverRequestTest, OneThatIsTooLongIsBroken) {
+TEST(HandOverRequestTest, ARequestBeyondTheMaximumSizeIsBroken) {
   HandOverRequest request;
   std::string bytes =
       HandOverRequest::BytesOf({std::string(5 << 20, 'x'), std::string(5 << 20, 'x')});
   EXPECT_EQ(request.Add(bytes), State::kBroken);
 }
 
-TEST(HandOverRequestTest, RandomBytesAreNeverMoreThanTheyAre) {
+TEST(HandOverRequestTest, RandomBytesNeverYieldMoreThanWasSent) {
   std::mt19937 random(1);
   for (int round = 0; round < 10000; ++round) {
     HandOverRequest request;
     std::size_t sent = 0;
     for (int piece = 0; piece < 5; ++piece) {
-      // Small numbers, so that some lengths look right.
+      // Small numbers, so that some lengths are plausible.
       std::string bytes(random() % 40, '\0');
       for (char& byte : bytes) byte = static_cast<char>(random() % 4 == 0 ? random() % 20 : 0);
       sent += bytes.size();

@@ -10,10 +10,10 @@
 namespace tallow {
 namespace {
 
-/// How often to look whether the server still listens, in ms.
+/// Interval at which the server checks that it still listens, in ms.
 constexpr int kLookAgain = 1000;
 
-/// What Qt may read of a connection ahead of the request, in bytes.
+/// Size of Qt's read buffer for each connection, in bytes.
 constexpr qint64 kReadBuffer = 64 * 1024;
 
 }  // namespace
@@ -21,14 +21,14 @@ constexpr qint64 kReadBuffer = 64 * 1024;
 HandOverServer::HandOverServer(QObject* parent) : QObject(parent) {
   server_.setSocketOptions(QLocalServer::UserAccessOption);
   connect(&server_, &QLocalServer::newConnection, this, &HandOverServer::Accept);
-  // QLocalServer closes itself for good when the program has no descriptor left for a connection.
+  // QLocalServer stops listening for good when the process has run out of file descriptors.
   connect(&look_again_, &QTimer::timeout, this, [this] {
     if (!server_.isListening()) ListenAgain();
   });
 }
 
 HandOverServer::~HandOverServer() {
-  // They tell of their end, when this is no server any longer.
+  // Closing a socket emits disconnected(), which must not call this object once it is destroyed.
   for (QLocalSocket* const socket : connections_) socket->disconnect(this);
 }
 
@@ -40,7 +40,7 @@ void HandOverServer::Listen(const QString& name) {
 
 void HandOverServer::ListenAgain() {
   QLocalServer::removeServer(name_);
-  // Where it cannot listen, a later program says that this one does not answer.
+  // If listening fails, a second instance reports that this instance does not answer.
   server_.listen(name_);
 }
 
@@ -63,11 +63,12 @@ void HandOverServer::Serve(QLocalSocket& socket) {
       const auto state = request->Add({bytes.constData(), static_cast<std::size_t>(bytes.size())});
       if (state == HandOverRequest::State::kBroken) return Drop(socket);
       if (state == HandOverRequest::State::kPartial) continue;
-      // Nothing more is read of it.
+      // The request is complete: ignore any further bytes.
       disconnect(&socket, &QLocalSocket::readyRead, this, nullptr);
       socket.write(&kTaken, 1);
       socket.flush();
-      // Not from here: what opens the files may ask the user, and the socket is gone before the answer.
+      // Queued, because the receiver may open a message box, whose event loop can delete the
+      // socket.
       QMetaObject::invokeMethod(
           this, [this, files = request->Files()] { emit FilesWanted(files); },
           Qt::QueuedConnection);
@@ -75,7 +76,7 @@ void HandOverServer::Serve(QLocalSocket& socket) {
     }
   };
   connect(&socket, &QLocalSocket::readyRead, this, read);
-  // It may have written before this was connected.
+  // The bytes may have arrived before readyRead was connected.
   read();
 }
 

@@ -13,29 +13,32 @@ class QLocalSocket;
 
 namespace tallow {
 
-/// Takes what later programs hand over, see HandOverRequest, and answers each request with one byte.
+/// Receives the requests of second instances, see HandOverRequest, and answers each with one byte.
 ///
-/// Connections are few and short, so that no flood of them keeps an honest one out for long or uses up the
-/// descriptors and the memory of the program: the oldest one makes room, and each ends after its time.
+/// The number of connections and their duration are limited, so that a flood of connections neither
+/// blocks a genuine request for long nor exhausts the file descriptors and the memory of the
+/// process: a new connection evicts the oldest connection, and each connection is closed after
+/// kMaxTime.
 class HandOverServer : public QObject {
   Q_OBJECT
 
  public:
-  /// The answer to a request that was taken.
+  /// The answer to an accepted request.
   static constexpr char kTaken = '+';
 
-  /// An honest program has one, for some milliseconds. Eight of the longest requests need some 100 MiB.
+  /// Maximum number of open connections. A genuine second instance opens one connection, for some
+  /// milliseconds. Eight requests of the maximum size need about 100 MiB.
   static constexpr int kMaxConnections = 8;
-  /// How long a connection may last, in ms; who hands over does not wait longer for its answer.
+  /// Maximum duration of a connection, in ms. A second instance waits no longer for its answer.
   static constexpr int kMaxTime = 2000;
 
   explicit HandOverServer(QObject* parent = nullptr);
   ~HandOverServer() override;
 
-  /// Listens under a name from now on. What a program that is gone has left there is removed.
+  /// Starts listening under a name. Removes the socket that a crashed instance has left under it.
   void Listen(const QString& name);
 
-  /// How many are connected.
+  /// The number of open connections.
   int Connections() const noexcept { return static_cast<int>(connections_.size()); }
 
  signals:
@@ -50,7 +53,7 @@ class HandOverServer : public QObject {
   QLocalServer server_;
   QString name_;
   QTimer look_again_;
-  QList<QLocalSocket*> connections_;  ///< the oldest one first
+  QList<QLocalSocket*> connections_;  ///< oldest first
 };
 
 }  // namespace tallow

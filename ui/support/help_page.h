@@ -7,11 +7,11 @@ class QWidget;
 
 namespace tallow {
 
-/// The page of the manual that a window is described on: that of the closest window around it which has the
-/// property "helpPage".
+/// Returns the manual page that describes a widget: the value of the property "helpPage" of the
+/// widget or of its nearest ancestor that has the property.
 QString HelpPageOf(const QWidget* widget);
 
-/// The name of that property.
+/// The name of the property that HelpPageOf reads.
 inline constexpr const char* kHelpPage = "helpPage";
 
 }  // namespace tallow

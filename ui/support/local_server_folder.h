@@ -5,11 +5,11 @@
 
 namespace tallow {
 
-/// What the name of a local server begins with, so that no other user can take it first: on Linux a private
-/// folder, on Windows nothing.
+/// Returns the prefix for the names of local servers. On Linux the prefix is a private folder, so
+/// that no other user can occupy a name; on Windows it is empty.
 QString LocalServerFolder();
 
-/// Whether nobody but the user can listen under such a name.
+/// Returns whether only the current user can listen under a name with this prefix.
 bool LocalServersArePrivate();
 
 }  // namespace tallow

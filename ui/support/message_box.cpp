@@ -41,7 +41,7 @@ QMessageBox::StandardButtons ButtonsOf(MessageButtons buttons) {
   return QMessageBox::Ok;
 }
 
-/// A message box that Esc and the close button leave without an answer of a button.
+/// A message box that Esc and the close button close with the result NoButton.
 class DismissibleBox : public QMessageBox {
  public:
   using QMessageBox::QMessageBox;
@@ -100,7 +100,7 @@ std::optional<std::size_t> ChooseInMessageBox(const std::string& text,
   box.setTextFormat(Qt::PlainText);
   box.setProperty(kHelpPage, QStringLiteral("trouble"));
   std::vector<QPushButton*> buttons;
-  // One role for all, so that every desktop keeps their order.
+  // All buttons have the same role, because desktops reorder buttons of different roles.
   for (const std::string& choice : choices)
     buttons.push_back(box.addButton(DisplayText(choice), QMessageBox::ActionRole));
   box.setDefaultButton(buttons.front());

@@ -12,15 +12,17 @@ class QWidget;
 
 namespace tallow {
 
-/// Shows a message as a box of the desktop, with exactly its text, title, picture and buttons.
+/// Shows a message in a modal message box with exactly its text, title, icon and buttons.
 ///
-/// \param parent the window the box belongs to; may be null
+/// \param parent the parent window; may be null
 MessageAnswer ShowMessageBox(const Message& message, QWidget* parent);
 
-/// Asks which of several things to do, with a button for each. The first is the default.
+/// Asks the user to choose between several actions, with one button for each. The first button is
+/// the default button.
 ///
-/// \param choices what is written on the buttons; at least one
-/// \returns the place of the button pressed, from 0; no value when the box was closed otherwise
+/// \param choices the labels of the buttons; at least one
+/// \returns the index of the clicked button, from 0; no value when the user closed the box without
+/// clicking a button
 std::optional<std::size_t> ChooseInMessageBox(const std::string& text,
                                               const std::vector<std::string>& choices,
                                               QWidget* parent);

@@ -14,7 +14,7 @@
 namespace tallow {
 namespace {
 
-/// Does something with the message box that is shown next, once it is there.
+/// Waits for the next message box and runs a callback on it.
 class BoxVisitor {
  public:
   explicit BoxVisitor(std::function<void(QMessageBox&)> act) : act_(std::move(act)) {
@@ -32,13 +32,13 @@ class BoxVisitor {
   QTimer timer_;
 };
 
-/// Shows a message, does something with its box once it is there, and gives the answer.
+/// Shows a message, runs a callback on its message box, and returns the answer.
 MessageAnswer Shown(const Message& message, const std::function<void(QMessageBox&)>& act) {
   const BoxVisitor visitor(act);
   return ShowMessageBox(message, nullptr);
 }
 
-TEST(MessageBox, TextTitleIconAndButtonsAreTheMessages) {
+TEST(MessageBox, TextTitleIconAndButtonsComeFromTheMessage) {
   const auto look = [](QMessageBox& box) {
     EXPECT_EQ(box.text(), "It is <b>over</b>.\nReally.");
     EXPECT_EQ(box.windowTitle(), "WinAMP Not Found");
@@ -53,7 +53,7 @@ TEST(MessageBox, TextTitleIconAndButtonsAreTheMessages) {
             MessageAnswer::kOk);
 }
 
-TEST(MessageBox, WithoutATitleItIsTheProgramsAndWithoutAnIconThereIsNone) {
+TEST(MessageBox, TheDefaultTitleIsTallowAndTheDefaultIconIsNone) {
   const auto look = [](QMessageBox& box) {
     EXPECT_EQ(box.windowTitle(), "Tallow");
     EXPECT_EQ(box.icon(), QMessageBox::NoIcon);
@@ -62,7 +62,7 @@ TEST(MessageBox, WithoutATitleItIsTheProgramsAndWithoutAnIconThereIsNone) {
   Shown({.text = "Couldn't start WinAMP"}, look);
 }
 
-TEST(MessageBox, EveryIconHasItsPicture) {
+TEST(MessageBox, EachMessageIconShowsTheMatchingQtIcon) {
   const std::pair<MessageIcon, QMessageBox::Icon> icons[] = {
       {MessageIcon::kInformation, QMessageBox::Information},
       {MessageIcon::kQuestion, QMessageBox::Question},
@@ -74,7 +74,7 @@ TEST(MessageBox, EveryIconHasItsPicture) {
     });
 }
 
-TEST(MessageBox, AChoiceIsTheButtonPressedAndLeavingIsNone) {
+TEST(MessageBox, AChoiceIsTheClickedButtonAndClosingChoosesNothing) {
   const auto choose = [](const std::function<void(QMessageBox&)>& act) {
     const BoxVisitor visitor(act);
     return ChooseInMessageBox("Which one?", {"Use It As It Is", "Salvage It"}, nullptr);
@@ -92,7 +92,7 @@ TEST(MessageBox, AChoiceIsTheButtonPressedAndLeavingIsNone) {
   EXPECT_EQ(choose([](QMessageBox& box) { box.close(); }), std::nullopt);
 }
 
-TEST(MessageBox, TheButtonPressedIsTheAnswer) {
+TEST(MessageBox, TheClickedButtonIsTheAnswer) {
   const std::pair<QMessageBox::StandardButton, MessageAnswer> answers[] = {
       {QMessageBox::Yes, MessageAnswer::kYes},
       {QMessageBox::No, MessageAnswer::kNo},
@@ -108,7 +108,7 @@ TEST(MessageBox, TheButtonPressedIsTheAnswer) {
               answer);
 }
 
-TEST(MessageBox, EscapeIsTheWeakestAnswer) {
+TEST(MessageBox, EscapeGivesCancelElseNoElseOk) {
   const auto escape = [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); };
   EXPECT_EQ(Shown({.text = "x", .buttons = MessageButtons::kYesNoCancel}, escape),
             MessageAnswer::kCancel);
@@ -116,7 +116,7 @@ TEST(MessageBox, EscapeIsTheWeakestAnswer) {
   EXPECT_EQ(Shown({.text = "x"}, escape), MessageAnswer::kOk);
 }
 
-TEST(MessageBox, OneThatCanBeDismissedHasAnAnswerForIt) {
+TEST(MessageBox, DismissingADismissibleBoxGivesCancel) {
   const Message message{.text = "?", .buttons = MessageButtons::kYesNo, .can_be_dismissed = true};
   const auto press = [](Qt::Key key) {
     return [key](QMessageBox& box) { QTest::keyClick(&box, key); };

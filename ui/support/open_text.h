@@ -5,7 +5,8 @@
 
 namespace tallow {
 
-/// Opens a text file for its reader: in Notepad on Windows, elsewhere in what the desktop opens texts with.
+/// Opens a text file for the user: on Windows in Notepad, elsewhere in the desktop's default
+/// application for text files.
 void OpenText(const std::string& path);
 
 }  // namespace tallow

@@ -9,7 +9,8 @@
 namespace tallow {
 
 void LoadPictureFromResource(int number, QLabel& image, const char* extension) {
-  // A folder of its own: nobody else's "myfile" is in the way, and nobody can put a link there.
+  // A private temporary folder: it holds no other "myfile", and no other user can place a link
+  // there.
   const QTemporaryDir folder;
   QFile resource(QStringLiteral(":/Custom/%1").arg(number));
   QFile file(folder.filePath(QStringLiteral("myfile.") + QString::fromLatin1(extension)));

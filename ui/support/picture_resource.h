@@ -6,13 +6,12 @@ class QString;
 
 namespace tallow {
 
-/// Shows a picture that is built into the program: writes the resource to a temporary file
-/// "myfile." and the extension, loads that as the label's picture, and deletes it.
+/// Shows a picture that is built into the program: writes the resource to a temporary file named
+/// "myfile." plus the extension, loads the file into the label, and deletes the file. If the
+/// picture cannot be written or loaded, the label shows no picture.
 ///
-/// \param number    of the resource, of the type "Custom"
-/// \param extension of the file, which tells its format
-///
-/// A picture that cannot be written or loaded leaves the label without one.
+/// \param number    number of the resource, of the type "Custom"
+/// \param extension extension of the file, which determines its format
 void LoadPictureFromResource(int number, QLabel& image, const char* extension);
 
 }  // namespace tallow

@@ -32,14 +32,15 @@ TEST(PictureResource, ThePictureIsShownAndItsFileIsGone) {
   QLabel label;
   LoadPictureFromResource(101, label, "jpg");
   EXPECT_FALSE(label.pixmap().isNull());
-  // The file was in a folder of its own under the folder for temporary files.
+  // The temporary file was in a private folder below the folder for temporary files.
   QDirIterator left(QDir::tempPath(), {QStringLiteral("myfile.*")}, QDir::Files,
                     QDirIterator::Subdirectories);
   EXPECT_FALSE(left.hasNext()) << left.next().toStdString();
 }
 
 TEST(PictureResource, APictureThatCannotBeWrittenLeavesTheLabelEmpty) {
-  // The variable that this system looks at, and where nobody can make a file, root included.
+  // The variable that names the temporary folder on this system, set to a place where not even root
+  // can create a file.
   const char* const variable = kSeparator == '/' ? "TMPDIR" : "TMP";
   const QByteArray before = qgetenv(variable);
   qputenv(variable, kSeparator == '/' ? "/proc" : "C:\\no such folder");
@@ -52,7 +53,7 @@ TEST(PictureResource, APictureThatCannotBeWrittenLeavesTheLabelEmpty) {
     qputenv(variable, before);
 }
 
-TEST(PictureResource, APictureThatIsNotThereLeavesTheLabelEmpty) {
+TEST(PictureResource, AMissingPictureLeavesTheLabelEmpty) {
   QLabel label;
   LoadPictureFromResource(101, label, "jpg");
   LoadPictureFromResource(999, label, "jpg");

@@ -7,10 +7,11 @@
 
 namespace tallow {
 
-/// A path of the core as Qt takes it.
+/// Converts a path of the core to a QString.
 QString QtPath(const std::string& path);
 
-/// A path of Qt as the core has it: in the bytes of the disk, with the system's separators.
+/// Converts a path of Qt to a path of the core: in the encoding of the file system, with native
+/// separators.
 std::string PathOfQt(const QString& path);
 
 }  // namespace tallow

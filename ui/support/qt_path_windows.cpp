@@ -6,7 +6,7 @@
 
 namespace tallow {
 
-// Not by way of the code page, which may lack letters of the name.
+// Converts through UTF-16; the ANSI code page may lack characters of the path.
 QString QtPath(const std::string& path) { return QString::fromStdWString(ToWide(path)); }
 
 std::string PathOfQt(const QString& path) {

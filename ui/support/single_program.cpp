@@ -20,11 +20,11 @@
 namespace tallow {
 namespace {
 
-/// How long to wait between two tries to hand over, in ms.
+/// Pause between two attempts to hand over, in ms.
 constexpr unsigned long kPause = 50;
 
-/// Sends a request to the running program.
-/// \returns whether it was taken; of one that was not, nothing was
+/// Sends a request to the running instance.
+/// \returns whether the running instance accepted the request; if false, it opens no file
 bool Send(const QString& server, const QByteArray& request, const QDeadlineTimer& end) {
   const auto left = [&] { return static_cast<int>(end.remainingTime()); };
   QLocalSocket socket;
@@ -39,7 +39,7 @@ bool Send(const QString& server, const QByteArray& request, const QDeadlineTimer
          answer == HandOverServer::kTaken;
 }
 
-/// What to say of a file that nobody can judge.
+/// The message for an owner file when it is unknown whether its process still runs.
 std::string ProblemOfOwner(const std::string& path) {
   std::string text = "The song library cannot be locked, and another Tallow may be using it. ";
   if (const auto owner = ReadOwner(path))
@@ -59,7 +59,7 @@ SingleProgram::SingleProgram(const std::string& application_folder)
     : lock_path_(SystemFolder(application_folder) + "tallow.lock"),
       owner_path_(SystemFolder(application_folder) + "tallow.owner") {
   CreateFolders(SystemFolder(application_folder));
-  // Different paths to one folder have to meet at one place.
+  // Different paths to the same folder must give the same server name.
   const QByteArray real =
       QByteArray::fromStdString(RealPathOfFolder(SystemFolder(application_folder)));
   const QByteArray digest = QCryptographicHash::hash(real, QCryptographicHash::Sha256).toHex();
@@ -68,7 +68,7 @@ SingleProgram::SingleProgram(const std::string& application_folder)
 }
 
 SingleProgram::~SingleProgram() {
-  // As long as it listens, the next program would hand over to it.
+  // While the server listens, a new instance would hand over to this one.
   delete server_;
 }
 
@@ -77,14 +77,15 @@ bool SingleProgram::Lock() {
   auto lock = std::make_unique<FileLock>();
   const FileLock::Answer locked = lock->Take(lock_path_);
   if (locked == FileLock::Answer::kInUse) return false;
-  // The lock's file may have been taken away, so it is not enough. With it, no other computer's program counts:
-  // that of a disk that was unplugged there would lock everybody out.
+  // The lock file may have been removed by others, so FileLock alone is not enough. While FileLock
+  // holds the lock, the owner file of another computer is replaced: if a removable disk was
+  // unplugged there, its owner file would otherwise lock out everybody.
   const bool has_lock = locked == FileLock::Answer::kHeld;
   auto owner = std::make_unique<OwnerFile>();
   const OwnerFile::Answer owned = owner->Take(
       owner_path_, has_lock ? OwnerFile::Unknown::kIsReplaced : OwnerFile::Unknown::kStays);
   if (owned == OwnerFile::Answer::kInUse) return false;
-  // A folder that cannot be written has neither, and no library to be lost.
+  // In a read-only folder neither lock can be created, and there is no library to damage.
   const bool is_writable = has_lock || owned != OwnerFile::Answer::kImpossible;
   if (is_writable && LocalServersArePrivate() && SomebodyListens()) return false;
   if (owned == OwnerFile::Answer::kUnknown) {
@@ -102,14 +103,16 @@ bool SingleProgram::Lock() {
 bool SingleProgram::SomebodyListens() const {
   QLocalSocket socket;
   socket.connectToServer(server_name_);
-  // One that has more to do than it can is not connected at once.
+  // A busy server leaves the connection pending, so every state but UnconnectedState means that a
+  // server listens.
   return socket.state() != QLocalSocket::UnconnectedState;
 }
 
 bool SingleProgram::HandOver(const std::vector<std::string>& files) {
   const QByteArray request = QByteArray::fromStdString(HandOverRequest::BytesOf(files));
   const QDeadlineTimer end(kMaxWait);
-  // The other one may have locked a moment ago and not listen yet, or have more connections than it takes.
+  // The running instance may have locked a moment ago and not listen yet, or may be at its maximum
+  // number of connections.
   for (;;) {
     if (Send(server_name_, request, end)) return true;
     if (end.hasExpired()) return false;

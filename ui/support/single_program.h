@@ -14,44 +14,47 @@ class FileLock;
 class HandOverServer;
 class OwnerFile;
 
-/// Sees to it that only one Tallow works on an application folder: two would write over each other's library.
+/// Ensures that only one instance of Tallow uses an application folder: two instances would
+/// overwrite each other's library.
 ///
-/// The first one locks the folder and listens. A later one hands over the files that it was to open. A lock
-/// whose program is gone, after a crash, is no obstacle.
+/// The first instance locks the folder and listens on a local socket. A later instance hands over
+/// the files that it was told to open. A lock that a crashed instance has left is ignored.
 ///
-/// There are two locks, a FileLock and an OwnerFile, since each has its gaps: the first cannot be had where its
-/// name is taken by something else or the file system knows no locks, and it locks nothing any more once its
-/// file was removed; the second cannot tell whether a program on another computer still runs. Where neither can be
-/// made, nothing can be written, and everybody may start. Where sockets are the user's own, a program that listens
-/// for this folder counts as a lock as well.
+/// There are two locks, a FileLock and an OwnerFile, because each has its gaps. FileLock fails
+/// where its path is occupied by something else or the file system does not support locks, and it
+/// has no effect once its file was removed. OwnerFile cannot tell whether a process on another
+/// computer still runs. Where neither file can be created, the folder is read-only, and any number
+/// of instances may start. Where local sockets are private to the user, an instance that listens
+/// for this folder also holds the lock.
 class SingleProgram : public QObject {
   Q_OBJECT
 
  public:
-  /// How long the running program has to answer, in ms.
+  /// Maximum time that the running instance has to answer, in ms.
   static constexpr int kMaxWait = 2000;
 
   /// \param application_folder ends in a separator
   explicit SingleProgram(const std::string& application_folder);
   ~SingleProgram() override;
 
-  /// Tries to be the one program of the folder.
-  /// \returns false when another one is, or may be, see Problem
+  /// Tries to lock the folder for this instance.
+  /// \returns false when another instance holds the lock or may hold it, see Problem
   bool Lock();
 
-  /// Why Lock failed, and what to do, in words for the user; empty when another one works on the folder for sure.
+  /// Why Lock failed and what the user can do about it; empty when another instance certainly holds
+  /// the lock.
   const std::string& Problem() const noexcept { return problem_; }
 
-  /// Where the program that has the lock listens.
+  /// The name under which the instance with the lock listens.
   const QString& ServerName() const noexcept { return server_name_; }
 
-  /// Hands files to the running program, which opens them and comes to the front.
-  /// \param files absolute paths, in the bytes of the disk
-  /// \returns false when it does not answer in time
+  /// Sends files to the running instance, which opens them and comes to the front.
+  /// \param files absolute paths, in the encoding of the file system
+  /// \returns false when the running instance does not answer in time
   bool HandOver(const std::vector<std::string>& files);
 
  signals:
-  /// A later program wants these files opened, maybe none.
+  /// A later instance has handed over these files to open; the list may be empty.
   void FilesWanted(const std::vector<std::string>& files);
 
  private:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What else may become of the locks, and hostile bytes on the socket for later programs.
+// Damaged lock files, and hostile bytes on the hand-over socket.
 #include <atomic>
 #include <cerrno>
 #include <cstring>
@@ -36,7 +36,7 @@ class TwoPrograms : public testing::TestWithParam<std::string> {
  protected:
   TwoPrograms() { CreateFolders(SystemFolder(folder.path())); }
 
-  /// Puts something else in the place of a file.
+  /// Replaces a file by something else, or removes its permissions.
   static void Break(const std::string& file, const std::string& how) {
     if (how == "mode 000") {
       if (!FileExists(file)) std::ofstream(file).put('x');
@@ -58,7 +58,7 @@ class TwoPrograms : public testing::TestWithParam<std::string> {
   const std::string owner = SystemFolder(folder.path()) + "tallow.owner";
 };
 
-/// Root would be let in where the mode forbids it.
+/// Drops root's privileges for a test, because root ignores file modes.
 class LessRights {
  public:
   explicit LessRights(const TempFolder& folder, mode_t mode = 0777) {
@@ -71,7 +71,7 @@ class LessRights {
   std::optional<AsNobody> nobody_;
 };
 
-TEST_P(TwoPrograms, ALockThatWasBrokenBeforeLetsOneInAtATime) {
+TEST_P(TwoPrograms, WithADamagedLockOnlyOneInstanceRunsAtATime) {
   Break(lock, GetParam());
   const LessRights rights(folder);
   {
@@ -85,7 +85,7 @@ TEST_P(TwoPrograms, ALockThatWasBrokenBeforeLetsOneInAtATime) {
   EXPECT_TRUE(third.Lock());
 }
 
-TEST_P(TwoPrograms, ALockThatIsBrokenWhileOneRunsLetsNoOtherIn) {
+TEST_P(TwoPrograms, DamagingTheLockOfARunningInstanceLetsNoOtherStart) {
   const LessRights rights(folder);
   SingleProgram first(folder.path());
   ASSERT_TRUE(first.Lock());
@@ -95,7 +95,7 @@ TEST_P(TwoPrograms, ALockThatIsBrokenWhileOneRunsLetsNoOtherIn) {
   EXPECT_EQ(second.Problem(), "");
 }
 
-TEST_P(TwoPrograms, BothLocksThatAreBrokenWhileOneRunsLetNoOtherIn) {
+TEST_P(TwoPrograms, DamagingBothLocksOfARunningInstanceLetsNoOtherStart) {
   const LessRights rights(folder);
   SingleProgram first(folder.path());
   ASSERT_TRUE(first.Lock());
@@ -115,7 +115,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, TwoPrograms,
                            return name;
                          });
 
-TEST(SingleProgramLinux, WhereNothingCanBeWrittenNobodyIsLockedOut) {
+TEST(SingleProgramLinux, InAReadOnlyFolderAnyNumberOfInstancesMayStart) {
   TempFolder folder;
   CreateFolders(SystemFolder(folder.path()));
   const LessRights rights(folder, 0555);
@@ -125,7 +125,7 @@ TEST(SingleProgramLinux, WhereNothingCanBeWrittenNobodyIsLockedOut) {
   EXPECT_TRUE(second.Lock());
 }
 
-/// A running program whose socket others write to, from a thread of their own.
+/// A running instance to whose socket another thread writes.
 class Flood : public testing::Test {
  protected:
   using Socket = std::unique_ptr<OpenFile>;
@@ -151,14 +151,14 @@ class Flood : public testing::Test {
     }
     return true;
   }
-  /// Runs something while the program's event loop runs.
+  /// Runs a function in another thread while the event loop of the running instance runs.
   static void WhileRunning(const std::function<void()>& act) {
     std::atomic<bool> done{false};
     std::thread other([&] {
       act();
       done = true;
     });
-    // Not qWaitFor, which sleeps between two looks and so would be no program that has nothing else to do.
+    // Not qWaitFor, because it sleeps between its checks and so slows down the event loop.
     while (!done) QCoreApplication::processEvents();
     other.join();
   }
@@ -167,7 +167,7 @@ class Flood : public testing::Test {
     WhileRunning([&] { taken = SingleProgram(folder.path()).HandOver({"/m/a.juk"}); });
     EXPECT_TRUE(taken);
   }
-  /// The program's memory, KiB.
+  /// Resident memory of this process, in KiB.
   static long ResidentKib() {
     long size = 0;
     long resident = 0;
@@ -186,7 +186,7 @@ TEST_F(Flood, AfterTenThousandConnectionsItAnswers) {
       idle.push_back(Connect());
       if (idle.size() > 100) idle.pop_front();
     }
-    // The last hundred stay while others come.
+    // The last hundred connections stay open meanwhile.
     EXPECT_TRUE(SingleProgram(folder.path()).HandOver({}));
   });
   ExpectAnAnswer();
@@ -204,7 +204,7 @@ TEST_F(Flood, AfterTenThousandHostileMessagesItAnswersAndHasNotGrown) {
     for (int k = 0; k < 10'000; ++k) {
       std::string bytes(1 + random() % 200, '\0');
       for (char& byte : bytes) byte = static_cast<char>(random());
-      // A first byte that is not 0 asks for too many files.
+      // A first byte other than 0 announces more files than the maximum.
       bytes[0] |= 1;
       const Socket socket = Connect();
       switch (k % 5) {
@@ -221,7 +221,7 @@ TEST_F(Flood, AfterTenThousandHostileMessagesItAnswersAndHasNotGrown) {
           Send(socket, request.substr(0, random() % request.size()));
           break;
         default:
-          // The beginning of a long path, and a byte of it now and then.
+          // Starts a long path and then sends single bytes of it.
           slow.push_back(Connect());
           Send(slow.back(), std::string("\0\0\0\1\0\0\x10\0", 8));
           for (const Socket& one : slow) Send(one, "x");
@@ -244,12 +244,12 @@ TEST_F(Flood, LongRequestsThatNeverEndCostNoMoreThanTheirBound) {
       Send(sockets.back(), std::string_view(bytes).substr(0, bytes.size() - 1));
     }
   });
-  // Eight requests of 5 MiB, each in a text that grows, and what the allocator keeps of others.
+  // Eight requests of 5 MiB, each in a growing string, and memory that the allocator retains.
   EXPECT_LT(ResidentKib() - before, 150'000);
   ExpectAnAnswer();
 }
 
-TEST_F(Flood, AProgramWhoseDescriptorsWereUsedUpAnswersAgainLater) {
+TEST_F(Flood, ItAnswersAgainAfterRunningOutOfDescriptors) {
   rlimit before{};
   ASSERT_EQ(getrlimit(RLIMIT_NOFILE, &before), 0);
   rlimit few = before;
@@ -260,7 +260,7 @@ TEST_F(Flood, AProgramWhoseDescriptorsWereUsedUpAnswersAgainLater) {
     std::vector<Socket> used;
     do used.push_back(std::make_unique<OpenFile>(open("/dev/null", O_RDONLY | O_CLOEXEC)));
     while (*used.back());
-    // There is no descriptor for the connection that waits.
+    // No descriptor is left for the waiting connection.
     for (int k = 0; k < 10; ++k) QCoreApplication::processEvents();
   }
   setrlimit(RLIMIT_NOFILE, &before);

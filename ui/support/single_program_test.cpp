@@ -20,7 +20,7 @@ namespace {
 
 using Texts = std::vector<std::string>;
 
-/// Hands over from another thread, as another program would.
+/// Hands files over from another thread, as a second instance would.
 bool HandOverWhileRunning(const std::string& folder, const Texts& files) {
   bool taken = false;
   bool done = false;
@@ -33,7 +33,7 @@ bool HandOverWhileRunning(const std::string& folder, const Texts& files) {
   return ended && taken;
 }
 
-TEST(SingleProgramTest, ASecondOneHandsItsFilesOver) {
+TEST(SingleProgramTest, ASecondInstanceHandsItsFilesOver) {
   TempFolder folder;
   SingleProgram first(folder.path());
   ASSERT_TRUE(first.Lock());
@@ -49,12 +49,12 @@ TEST(SingleProgramTest, ASecondOneHandsItsFilesOver) {
   EXPECT_EQ(wanted, (std::vector<Texts>{files, {}}));
 }
 
-TEST(SingleProgramTest, WhatOpensTheFilesMayTakeItsTime) {
+TEST(SingleProgramTest, OpeningTheFilesMayOutlastTheConnection) {
   TempFolder folder;
   SingleProgram first(folder.path());
   ASSERT_TRUE(first.Lock());
   bool was_asked = false;
-  // As a message box does; the one that hands over has gone meanwhile.
+  // Runs an event loop, as a message box does; the second instance disconnects meanwhile.
   QObject::connect(&first, &SingleProgram::FilesWanted, [&] {
     QTest::qWait(200);
     was_asked = true;
@@ -64,7 +64,7 @@ TEST(SingleProgramTest, WhatOpensTheFilesMayTakeItsTime) {
   EXPECT_TRUE(HandOverWhileRunning(folder.path(), {}));
 }
 
-TEST(SingleProgramTest, OtherFoldersHaveTheirOwn) {
+TEST(SingleProgramTest, EachFolderHasItsOwnLock) {
   TempFolder one;
   TempFolder two;
   SingleProgram first(one.path());
@@ -73,7 +73,7 @@ TEST(SingleProgramTest, OtherFoldersHaveTheirOwn) {
   EXPECT_TRUE(second.Lock());
 }
 
-TEST(SingleProgramTest, OneThatIsClosedIsNoObstacle) {
+TEST(SingleProgramTest, AClosedInstanceReleasesItsLock) {
   TempFolder folder;
   {
     SingleProgram first(folder.path());
@@ -83,7 +83,7 @@ TEST(SingleProgramTest, OneThatIsClosedIsNoObstacle) {
   EXPECT_TRUE(second.Lock());
 }
 
-TEST(SingleProgramTest, ALockThatACrashHasLeftIsNoObstacle) {
+TEST(SingleProgramTest, ALockLeftByACrashIsIgnored) {
   TempFolder folder;
   CreateFolders(SystemFolder(folder.path()));
   QFile lock(QString::fromStdString(SystemFolder(folder.path()) + "tallow.lock"));
@@ -93,21 +93,21 @@ TEST(SingleProgramTest, ALockThatACrashHasLeftIsNoObstacle) {
   EXPECT_TRUE(program.Lock());
 }
 
-TEST(SingleProgramTest, OneThatDoesNotAnswerIsNotWaitedForLong) {
+TEST(SingleProgramTest, HandingOverToAHungInstanceTimesOut) {
   TempFolder folder;
   SingleProgram running(folder.path());
   ASSERT_TRUE(running.Lock());
-  // Its event loop does not come to it.
+  // The event loop of the running instance does not run.
   SingleProgram second(folder.path());
   EXPECT_FALSE(second.HandOver({"/m/a.juk"}));
 }
 
-TEST(SingleProgramTest, WhereNobodyListensNothingIsHandedOver) {
+TEST(SingleProgramTest, WithoutARunningInstanceHandingOverFails) {
   TempFolder folder;
   EXPECT_FALSE(SingleProgram(folder.path()).HandOver({}));
 }
 
-/// The lock is a folder, so none can be had.
+/// The path of the lock file is occupied by a folder, so FileLock fails.
 class WithoutALock : public testing::Test {
  protected:
   WithoutALock() { folder.Folder("Grouping/System/tallow.lock"); }
@@ -116,7 +116,7 @@ class WithoutALock : public testing::Test {
   TempFolder folder;
 };
 
-TEST_F(WithoutALock, ASecondOneHandsItsFilesOver) {
+TEST_F(WithoutALock, ASecondInstanceHandsItsFilesOver) {
   SingleProgram first(folder.path());
   ASSERT_TRUE(first.Lock());
   SingleProgram second(folder.path());
@@ -128,7 +128,7 @@ TEST_F(WithoutALock, ASecondOneHandsItsFilesOver) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return wanted; }));
 }
 
-TEST_F(WithoutALock, OneThatIsClosedLeavesNothing) {
+TEST_F(WithoutALock, AClosedInstanceLeavesNoOwnerFile) {
   {
     SingleProgram first(folder.path());
     ASSERT_TRUE(first.Lock());
@@ -139,7 +139,7 @@ TEST_F(WithoutALock, OneThatIsClosedLeavesNothing) {
   EXPECT_TRUE(second.Lock());
 }
 
-TEST_F(WithoutALock, OneThatACrashHasLeftIsNoObstacle) {
+TEST_F(WithoutALock, AnOwnerFileLeftByACrashIsIgnored) {
   ProcessName ended = ThisProcess();
   ++ended.started;
   folder.File("Grouping/System/tallow.owner", OwnerText(ended));
@@ -147,7 +147,7 @@ TEST_F(WithoutALock, OneThatACrashHasLeftIsNoObstacle) {
   EXPECT_TRUE(program.Lock());
 }
 
-TEST_F(WithoutALock, OneOfAnotherComputerIsNamedWithWhatToDo) {
+TEST_F(WithoutALock, AnOwnerOnAnotherComputerIsNamedWithWhatToDo) {
   ProcessName far = ThisProcess();
   far.host = "anna";
   far.process = 4711;
@@ -165,7 +165,7 @@ TEST_F(WithoutALock, OneOfAnotherComputerIsNamedWithWhatToDo) {
   EXPECT_EQ(program.Problem(), "");
 }
 
-TEST_F(WithoutALock, OneThatCannotBeReadIsNamedWithWhatToDo) {
+TEST_F(WithoutALock, AnUnreadableOwnerFileIsNamedWithWhatToDo) {
   folder.Folder("Grouping/System/tallow.owner");
   SingleProgram program(folder.path());
   EXPECT_FALSE(program.Lock());
@@ -176,7 +176,7 @@ TEST_F(WithoutALock, OneThatCannotBeReadIsNamedWithWhatToDo) {
                 "this library. When none does, delete the file and start Tallow again.");
 }
 
-TEST(SingleProgramTest, WithTheLockTheNameOfAnotherComputerIsNoObstacle) {
+TEST(SingleProgramTest, WithTheLockTheOwnerFileOfAnotherComputerIsIgnored) {
   TempFolder folder;
   ProcessName far = ThisProcess();
   far.host = "anna";
@@ -190,13 +190,13 @@ TEST(SingleProgramTest, ALockThatTurnsIntoAFolderStillLocks) {
   SingleProgram first(folder.path());
   ASSERT_TRUE(first.Lock());
   const std::string lock = SystemFolder(folder.path()) + "tallow.lock";
-  // Where a file in use can be removed at all.
+  // Windows refuses to remove the file while it is in use.
   if (RemoveFile(lock)) CreateFolders(lock);
   SingleProgram second(folder.path());
   EXPECT_FALSE(second.Lock());
 }
 
-TEST(SingleProgramTest, ManyIdleConnectionsKeepNoHonestOneOut) {
+TEST(SingleProgramTest, ManyIdleConnectionsBlockNoGenuineRequest) {
   TempFolder folder;
   SingleProgram first(folder.path());
   ASSERT_TRUE(first.Lock());
@@ -208,7 +208,7 @@ TEST(SingleProgramTest, ManyIdleConnectionsKeepNoHonestOneOut) {
   }
   EXPECT_TRUE(HandOverWhileRunning(folder.path(), {}));
   EXPECT_LE(first.findChild<HandOverServer*>()->Connections(), HandOverServer::kMaxConnections);
-  // Their time is over by and by.
+  // Each connection ends after kMaxTime.
   EXPECT_TRUE(QTest::qWaitFor(
       [&] { return first.findChild<HandOverServer*>()->Connections() == 0; }, 20000));
 }

@@ -5,12 +5,12 @@
 
 namespace tallow {
 
-/// Sees to it that the places and sizes of windows (QSettings) have a file that can be opened. A pipe in its
-/// place would be waited for.
+/// Ensures that QSettings, which stores the positions and sizes of windows, uses a file that can be
+/// opened. Opening a pipe in its place would block.
 ///
-/// To be called before anything else asks for them.
-/// \param folder where they are kept instead; ends in a separator
-/// \returns what is the matter with their usual file, a sentence; empty when nothing is
+/// Must be called before QSettings is first used.
+/// \param folder where to keep the settings instead; ends in a separator
+/// \returns a sentence saying what is wrong with the usual file; empty when nothing is wrong
 std::string PrepareWindowOptions(const std::string& folder);
 
 }  // namespace tallow

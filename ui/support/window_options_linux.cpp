@@ -12,7 +12,8 @@
 namespace tallow {
 namespace {
 
-/// Larger files take Qt seconds to read. The places of a few windows have some thousand bytes.
+/// Maximum size of the settings file, in bytes; Qt needs seconds to read a larger file. The
+/// positions and sizes of a few windows need some thousand bytes.
 constexpr std::uint64_t kMaxBytes = std::uint64_t{16} << 20U;
 
 }  // namespace
@@ -22,7 +23,7 @@ std::string PrepareWindowOptions(const std::string& folder) {
       QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + '/' +
       QCoreApplication::organizationName();
   const QString own = organization + '/' + QCoreApplication::applicationName() + ".conf";
-  // The file of the organization is read as well, and the lock is opened like a file.
+  // QSettings also reads the organization's file and opens the lock file.
   for (const QString& file : {own, own + ".lock", QString(organization + ".conf")}) {
     const std::string path = PathOfQt(file);
     const auto stamp = StampOf(path);

@@ -4,7 +4,7 @@
 namespace tallow {
 
 std::string PrepareWindowOptions(const std::string& /*folder*/) {
-  // They are in the registry.
+  // On Windows the settings are in the registry.
   return {};
 }
 

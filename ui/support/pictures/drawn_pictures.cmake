@@ -1,9 +1,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Draws the pictures in the sizes that a screen shows them in, and adds them to tallow_resources, as
-# ":/pictures/NAME-SIZE.png".
+# Renders the SVG pictures to PNG files in all sizes needed and adds them to tallow_resources as
+# ":/pictures/NAME-SIZE.png". Used when Qt's SVG module is missing.
 find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 
-# 16 and 24 pixels at 100, 125, 150, 175 and 200 %, and what the program's own icon is shown in.
+# 16 and 24 pixels at scale factors of 100, 125, 150, 175 and 200 %, and the sizes of the
+# application icon.
 set(sizes 16 20 24 28 30 32 36 42 48 64 96)
 set(drawn ${CMAKE_BINARY_DIR}/drawn_pictures)
 file(MAKE_DIRECTORY ${drawn})
