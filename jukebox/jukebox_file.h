@@ -18,16 +18,16 @@ class FolderTree;
 
 // A jukebox file (*.juk) is JSON in UTF-8:
 //
-//   {"format":"Tallow jukebox","version":1,
-//    "columns":["Name    --        (click to sort)","Key"],
-//    "folders":[
-//   {"key":1,"text":"All Songs","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[1,2,3]},
-//   {"key":2,"text":"Artist","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[]},
-//   {"key":3,"text":"ABBA","image":0,"selectedImage":1,"parent":2,"open":false,"songs":[2]}],
-//    "names":{
-//   "1":"a.mp3",
-//   "2":"b.mp3",
-//   "3":"c.mp3"}}
+//  {"format":"Tallow jukebox","version":1,
+//   "columns":["Name    --        (click to sort)","Key"],
+//   "folders":[
+//  {"key":1,"text":"All Songs","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[1,2,3]},
+//  {"key":2,"text":"Artist","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[]},
+//  {"key":3,"text":"ABBA","image":0,"selectedImage":1,"parent":2,"open":false,"songs":[2]}],
+//   "names":{
+//  "1":"a.mp3",
+//  "2":"b.mp3",
+//  "3":"c.mp3"}}
 //
 // Folders are stored in tree order, each after its parent. "key" is the number of a folder in this
 // file, from 1. "parent" is the key of the parent folder, 0 at top level. "image" and

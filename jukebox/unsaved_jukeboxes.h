@@ -18,8 +18,8 @@ class clsMain;
 // "Jukebox-N.unsaved" among the program's own files, in case the program does not exit normally.
 // The first line of the file is JSON, the rest is a jukebox file:
 //
-//   {"format":"Tallow unsaved jukebox","version":1,"caption":"MIX","location":"/m/","file":"/m/Mix.juk"}
-//   {"format":"Tallow jukebox","version":1, ...
+// {"format":"Tallow unsaved jukebox","version":1,"caption":"A","location":"/m/","file":"/m/A.juk"}
+// {"format":"Tallow jukebox","version":1, ...
 //
 // "location" and "file" are empty for a jukebox that was never saved.
 
