@@ -162,7 +162,7 @@ TEST_F(JukeboxFile, EveryTruncationIsDetected) {
     EXPECT_NE(ProblemOf(bytes.substr(0, length)), "") << length;
 }
 
-TEST_F(JukeboxFile, FoldersHaveToMakeATree) {
+TEST_F(JukeboxFile, FoldersMustFormATree) {
   EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(2, 1))), "");
   EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(1, 0))),
             "the folder 'x' has the key of another one");
@@ -197,7 +197,7 @@ TEST_F(JukeboxFile, InvalidMembersAreRefused) {
   EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":1,"names":{"1":2}})"), "");
 }
 
-TEST_F(JukeboxFile, WhatIsMissingOrThereTwiceIsRefused) {
+TEST_F(JukeboxFile, MissingOrDuplicateMembersAreRefused) {
   const std::string head = R"({"format":"Tallow jukebox","version":1)";
   EXPECT_EQ(ProblemOf(head + "}"), "it is no jukebox");
   EXPECT_EQ(ProblemOf(head + R"(,"folders":[]})"), "");
@@ -216,7 +216,7 @@ TEST_F(JukeboxFile, WhatIsMissingOrThereTwiceIsRefused) {
             "there is no format 0");
 }
 
-TEST_F(JukeboxFile, ListsAndObjectsStandWhereTheyBelong) {
+TEST_F(JukeboxFile, MisplacedArraysAndObjectsAreRefused) {
   const std::string head = R"({"format":"Tallow jukebox","version":1)";
   for (const char* const wrong :
        {R"("folders":{})", R"("folders":[[]])", R"("folders":[],"names":[])",

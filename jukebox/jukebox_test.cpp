@@ -126,7 +126,7 @@ TEST_F(JukeboxTest, ARankThatIsNoNumberEndsTheSortByRank) {
   EXPECT_THROW(jukebox.ColumnClick(library), TypeMismatchError);
 }
 
-TEST_F(JukeboxTest, EqualKeysComeOutAsTheQuicksortLeavesThem) {
+TEST_F(JukeboxTest, EqualKeysAreOrderedAsByTheQuicksort) {
   std::mt19937 random(5);
   for (int k = 0; k < 60; ++k)
     AddSong("/m/", std::string(1, static_cast<char>('a' + random() % 3)) + ".mp3", "1",
@@ -148,7 +148,7 @@ TEST_F(JukeboxTest, EqualKeysComeOutAsTheQuicksortLeavesThem) {
   }
 }
 
-TEST_F(JukeboxTest, AViewIsToldWhatChanged) {
+TEST_F(JukeboxTest, TheViewIsNotifiedOfChanges) {
   struct View : JukeboxView {
     void CaptionChanged() override { ++captions; }
     void ListChanged() override { ++lists; }
@@ -185,7 +185,7 @@ class SavedJukebox : public LibraryTest {
   const std::string path = folder / "mix.juk";
 };
 
-TEST_F(SavedJukebox, ComesBack) {
+TEST_F(SavedJukebox, IsLoadedWithTheSameContent) {
   ASSERT_TRUE(jukebox.Save(path, library));
   Jukebox other;
   other.Nodes().AddChild(nullptr, "before");

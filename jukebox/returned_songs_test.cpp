@@ -69,7 +69,7 @@ class ReturnedSongs : public LibraryTest {
   JukeboxEdits edits{jukebox, tallow.clipboard};
 };
 
-TEST_F(ReturnedSongs, AMissingSongKeepsItsEntryUnseen) {
+TEST_F(ReturnedSongs, AMissingSongKeepsAHiddenEntry) {
   MoveAway("b.mp3");
   Scan();
   EXPECT_EQ(SongsOf(mine), (Songs{1, 2, 3, 4}));

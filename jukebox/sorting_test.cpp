@@ -184,7 +184,7 @@ TEST_F(SortingTest, AbsentFoldersAreSkippedAndNotMade) {
   EXPECT_EQ(jukebox.Nodes().Count(), 1);
 }
 
-TEST_F(SortingTest, WithoutAllSongsNothingIsFiledButTheJukeboxCountsAsChanged) {
+TEST_F(SortingTest, WithoutAllSongsNothingIsFiledButTheJukeboxBecomesDirty) {
   for (const char* text : {"New", "Artist"}) Add(jukebox, text);
   Song({.artist = "ABBA"});
   Fill();
@@ -290,7 +290,7 @@ TEST_F(SortingTest, MissingSongsAreNotFiled) {
   EXPECT_EQ(In("All Songs"), "3");
 }
 
-TEST_F(SortingTest, ABadYearIsRaisedOnceAfterAllOthersAreFiled) {
+TEST_F(SortingTest, ABadYearIsReportedOnceAfterAllOthersAreFiled) {
   AddAutomaticFolders(jukebox);
   Song({.artist = "One", .year = "19x5", .genra = 17});
   Song({.artist = "Two", .year = "1985"});
@@ -313,7 +313,7 @@ TEST_F(SortingTest, ABadYearIsRaisedOnceAfterAllOthersAreFiled) {
   EXPECT_EQ(In("Genre/Rock"), "1");
 }
 
-TEST_F(SortingTest, AnEntryThatIsNoRowIsReportedOnceAndIgnored) {
+TEST_F(SortingTest, AnEntryOutsideTheLibraryIsReportedOnceAndIgnored) {
   AddAutomaticFolders(jukebox);
   jukebox.Nodes().Find("All Songs")->Items().emplace_back(99, 2);
   jukebox.Nodes().Find("All Songs")->Items().emplace_back(0, 2);
@@ -343,7 +343,7 @@ TEST_F(SortingTest, TheLibraryIsSortedByNumberUnlessSkipped) {
   EXPECT_EQ(Cells(4), (Texts{"1", "2"}));
 }
 
-TEST_F(SortingTest, TheFolderOnShowIsLabelled) {
+TEST_F(SortingTest, TheShownFolderIsLabelled) {
   AddAutomaticFolders(jukebox);
   jukebox.ShowFolder(*jukebox.Nodes().Find("All Songs"), library, tallow.folder_changes);
   Song({});

@@ -347,7 +347,7 @@ TEST_F(LinuxPlayer, StopKeepsTheListAndNextAndPreviousGoThroughIt) {
   EXPECT_EQ(player.GetTrackLength(), -1);
 }
 
-TEST_F(LinuxPlayer, AListWithNothingPlayableEndsInStopped) {
+TEST_F(LinuxPlayer, AListWithoutAPlayableFileStops) {
   StartPlayer();
   std::vector<std::string> files;
   for (int k = 0; k < 100; ++k)

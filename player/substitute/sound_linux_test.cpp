@@ -148,7 +148,7 @@ TEST_F(PlayedSound, SeekingReachesTheExactPosition) {
   }
 }
 
-TEST_F(PlayedSound, SeekingBackwardIsAsExact) {
+TEST_F(PlayedSound, SeekingBackwardIsExact) {
   const std::string sweep = Tone("sweep.mp3", "20 sine 300:3300");
   StartPlayer();
   Play({sweep});
