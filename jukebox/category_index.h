@@ -48,9 +48,9 @@ class CategoryIndex {
   FolderTree& tree_;
   Folder& category_;
   Match match_;
-  /// results of earlier lookups, index from 0
+  /// Results of earlier lookups; indexes from 0.
   std::unordered_map<std::string, std::int32_t> known_;
-  /// index, from 0, of the first folder with a text
+  /// Index, from 0, of the first folder with a text.
   std::unordered_map<std::string, std::int32_t> by_text_;
   std::set<std::size_t> lengths_;  ///< lengths of the keys in by_text_, in bytes
   struct PatternFolder {

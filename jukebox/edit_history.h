@@ -20,7 +20,7 @@ namespace tallow {
 /// Applying a difference a second time reverts it, so one list serves both undo and redo.
 ///
 /// The tree also changes without the user: filing appends songs and folders, and songs whose files
-/// are gone are removed from the list shown. These changes are no steps, and the steps stay valid.
+/// are gone are removed from the list shown. These changes are not steps, and steps stay valid.
 /// Filed songs and folders come after every index that a step refers to. For removed songs the
 /// caller calls SongsPruned, which adjusts the indexes in all steps.
 ///

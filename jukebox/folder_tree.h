@@ -263,8 +263,8 @@ class FolderTree {
 };
 
 /// Returns a hash of a tree's content: the folders with their texts, and the songs, all in order.
-/// Equal contents have equal hashes. Different contents have different hashes except for a
-/// collision of 64 bits.
+/// Equal contents have equal hashes. Different contents have different hashes, except in a
+/// 64-bit hash collision.
 std::uint64_t ContentOf(const FolderTree& tree);
 
 }  // namespace tallow

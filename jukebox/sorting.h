@@ -73,7 +73,8 @@ bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, cl
                           std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr,
                           const FilingProgress& progress = {});
 
-/// Marks the songs to be filed: songs that are present and reachable and have no entry in a folder.
+/// Marks the songs to be filed: songs that are present and reachable and have no entry in the given
+/// folder.
 ///
 /// \param flags    one element for each row of the library, element 0 being row 1
 /// \param problems receives a sentence for each entry whose number is not a row of the library, up
