@@ -18,7 +18,8 @@ void CategoryIndex::Learn(std::int32_t index) {
     return;
   }
   std::string lower = ToLower(text);
-  // A text that ends in the middle of a character would be a beginning by its bytes alone.
+  // A text that ends in the middle of a UTF-8 character would match as a prefix of bytes, though
+  // not as a prefix of characters.
   if (HasWildcards(lower) || !IsValidUtf8(lower)) {
     patterns_.push_back({lower + "*", index});
     return;

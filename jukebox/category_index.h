@@ -13,29 +13,30 @@
 
 namespace tallow {
 
-/// Finds the folder of a category ("Artist", "Year", "Genre") that a song belongs to, as a walk
-/// over the category's folders would, but without the walk.
+/// Index over the folders of a category ("Artist", "Year", "Genre"). Finds the folder that a song
+/// belongs to, with the same result as a linear search over the folders.
 ///
-/// A song belongs to the first folder, in the tree's order, whose text the song's value begins
-/// with, letter case ignored, the text being taken as a wildcard pattern. Folders whose text holds
-/// a wildcard character are few and tried one by one. The others lie in a table by lower-cased
-/// text, which is asked for every beginning of the value that some folder's length allows. What was
-/// once found for a value stays right while the index lives, since folders are only added, and
-/// behind the others. A value whose own text does not match as a pattern ("Apollo #5") is never
-/// found and gets a folder each time.
+/// A song belongs to the first folder, in tree order, whose text matches the beginning of the
+/// song's value. Letter case is ignored and the text is a wildcard pattern. Folders whose text
+/// contains a wildcard character are few; Find tries them one by one. All other folders are in a
+/// hash table keyed by lower-cased text. Find looks up every prefix of the value that is as long as
+/// some folder's text.
+///
+/// A cached result stays valid for the lifetime of the index, because folders are only appended. A
+/// value that does not match itself as a pattern ("Apollo #5") is never found, so each call adds
+/// another folder for it.
 class CategoryIndex {
  public:
-  /// How a folder's text has to fit.
+  /// How a folder's text is compared with a value.
   enum class Match {
-    kBeginning,  ///< the value begins with the text, any case, wildcards count
-    kExact,      ///< the value is the text, case counting, no wildcards
+    kBeginning,  ///< the value starts with the text; ignores case, allows wildcards
+    kExact,      ///< the value equals the text; case-sensitive, no wildcards
   };
 
-  /// \param category the folder whose subfolders are looked at; has to outlive the index
+  /// \param category the folder whose subfolders are indexed; must outlive the index
   CategoryIndex(FolderTree& tree, Folder& category, Match match);
 
-  /// The folder that takes a value; made behind the others, with the value as its text, when there
-  /// is none.
+  /// Returns the folder for a value. If there is none, appends a folder with the value as its text.
   Folder& FolderFor(std::string_view value);
 
  private:
@@ -47,15 +48,16 @@ class CategoryIndex {
   FolderTree& tree_;
   Folder& category_;
   Match match_;
-  std::unordered_map<std::string, std::int32_t> known_;  ///< what earlier values came to
-  std::unordered_map<std::string, std::int32_t>
-      by_text_;                    ///< first folder of a text, its place from 0
-  std::set<std::size_t> lengths_;  ///< of the texts in by_text_, bytes
+  /// Results of earlier lookups; indexes from 0.
+  std::unordered_map<std::string, std::int32_t> known_;
+  /// Index, from 0, of the first folder with a text.
+  std::unordered_map<std::string, std::int32_t> by_text_;
+  std::set<std::size_t> lengths_;  ///< lengths of the keys in by_text_, in bytes
   struct PatternFolder {
     std::string pattern;
     std::int32_t index;
   };
-  std::vector<PatternFolder> patterns_;  ///< in the tree's order
+  std::vector<PatternFolder> patterns_;  ///< in tree order
 };
 
 }  // namespace tallow

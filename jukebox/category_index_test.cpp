@@ -10,7 +10,7 @@
 namespace tallow {
 namespace {
 
-/// The walk over the children, each text a pattern.
+/// Reference implementation: linear search over the children, each text used as a pattern.
 Folder& LiteralFolderFor(FolderTree& tree, Folder& category, const std::string& value, bool exact) {
   Folder* child = category.Child();
   for (std::int32_t k = 0; k < category.Children(); ++k, child = child->Next()) {
@@ -21,7 +21,7 @@ Folder& LiteralFolderFor(FolderTree& tree, Folder& category, const std::string& 
   return tree.AddChild(&category, value);
 }
 
-TEST(CategoryIndex, AgreesWithTheWalkOverTheChildren) {
+TEST(CategoryIndex, AgreesWithALinearSearchOverTheChildren) {
   std::mt19937 random(31);
   static const char* const kLetters[] = {"a", "A", "b", "B", " ", "\xC3\xA9", "\xC3\x89", "1"};
   static const char* const kWild[] = {"*", "?", "#", "[ab]", "[", "]", "\xC3"};

@@ -11,13 +11,15 @@ namespace tallow {
 
 class clsMain;
 
-/// Asks a question with Yes and No buttons; no value when the user leaves it, or nobody can answer.
+/// Asks the user a yes/no question. Returns no value when the user cancels, or when there is no
+/// user to ask.
 using AskQuestion = std::function<std::optional<bool>(const std::string& text)>;
 
-/// The question for RelinkSongs about one jukebox file. An answer is kept, so that it is asked once.
+/// Returns the question callback of RelinkSongs for one jukebox file. The callback stores the
+/// answer, so the user answers once per file.
 ///
-/// \param file    the jukebox's file
-/// \param library has to outlive what is returned
+/// \param file    the path of the jukebox file
+/// \param library must outlive the returned callback
 AskWhichSongs AskAboutConfusedSongs(const std::string& file, clsMain& library, AskQuestion ask);
 
 }  // namespace tallow

@@ -11,7 +11,7 @@ namespace {
 
 using Rows = std::vector<std::int32_t>;
 
-/// Takes the entries at some places out of a list.
+/// Removes the entries at the given positions from a list and returns them.
 std::vector<SongEntry> TakeOut(std::vector<SongEntry>& entries, const Rows& rows) {
   std::vector<SongEntry> taken;
   taken.reserve(rows.size());
@@ -20,7 +20,7 @@ std::vector<SongEntry> TakeOut(std::vector<SongEntry>& entries, const Rows& rows
   for (std::size_t k = 0; k < entries.size(); ++k) {
     if (next != rows.end() && static_cast<std::size_t>(*next) == k) {
       taken.push_back(entries[k]);
-      // The text of an entry that is not on show is its record number.
+      // Position 0: an entry that is not shown has its record number as text.
       taken.back().LabelPosition(0);
       ++next;
     } else {
@@ -31,7 +31,7 @@ std::vector<SongEntry> TakeOut(std::vector<SongEntry>& entries, const Rows& rows
   return taken;
 }
 
-/// Puts entries into a list so that they have these places.
+/// Inserts entries into a list so that each gets its given position.
 void PutIn(std::vector<SongEntry>& entries, const Rows& rows, const std::vector<SongEntry>& added) {
   std::size_t from = entries.size();
   entries.resize(entries.size() + added.size());
@@ -51,12 +51,12 @@ Rows Inverse(const Rows& order) {
   return inverse;
 }
 
-/// How many of some rising numbers are below a number.
+/// Counts the elements of an ascending list that are less than a number.
 std::int32_t CountBelow(const Rows& rows, std::int32_t row) {
   return static_cast<std::int32_t>(std::lower_bound(rows.begin(), rows.end(), row) - rows.begin());
 }
 
-/// What becomes of places when others are taken out.
+/// Adjusts positions after the entries at other positions were removed.
 void CloseUp(Rows& rows, const Rows& removed) {
   for (std::int32_t& row : rows) row -= CountBelow(removed, row);
 }
@@ -154,7 +154,8 @@ void EditHistory::Toggle(FolderPresence& change) {
     change.detached = tree_.Take(*change.folder);
     return;
   }
-  // Fewer siblings than there were cannot be, but a place behind the last would be a disaster.
+  // There should never be fewer siblings than before, but an index past the end would be undefined
+  // behaviour.
   const std::int32_t siblings =
       change.parent != nullptr ? change.parent->Children() : tree_.Children();
   tree_.Put(std::move(change.detached), change.parent, std::min(change.index, siblings));
@@ -181,7 +182,7 @@ void EditHistory::Toggle(FolderOrder& change) {
   const std::int32_t siblings =
       change.parent != nullptr ? change.parent->Children() : tree_.Children();
   Rows order = change.order;
-  // What was filed since stays behind the others.
+  // Folders that were filed since then stay last.
   for (auto k = static_cast<std::int32_t>(order.size()); k < siblings; ++k) order.push_back(k);
   tree_.Reorder(change.parent, order);
   change.order = Inverse(change.order);
@@ -200,8 +201,8 @@ void EditHistory::Toggle(SongPresence& change) {
 
 void EditHistory::Toggle(SongOrder& change) {
   std::vector<SongEntry>& entries = change.folder->Items();
-  // The songs move and the entries stay, as in a sort; the pictures go along until the folder is
-  // labelled.
+  // As in a sort, the entries stay and the songs move. The icons move with the songs until the
+  // folder is labelled again.
   std::vector<std::pair<std::int32_t, std::int32_t>> songs(change.order.size());
   for (std::size_t k = 0; k < songs.size(); ++k) {
     const SongEntry& from = entries[static_cast<std::size_t>(change.order[k])];
@@ -306,7 +307,8 @@ void EditHistory::Carry(Change& change, const Folder& folder, Rows& rows) {
   if (auto* const songs = std::get_if<SongPresence>(&change)) {
     if (songs->folder != &folder) return;
     if (songs->present) {
-      // Those that the change has brought are gone for good; the others are of before it, too.
+      // Removed songs that this change added are gone for good. The others were in the folder
+      // before this change, too.
       Rows before;
       Rows brought;
       for (const std::int32_t row : rows)
@@ -320,7 +322,7 @@ void EditHistory::Carry(Change& change, const Folder& folder, Rows& rows) {
       songs->rows = std::move(left);
       rows = std::move(before);
     } else {
-      // Each place moves behind those of the songs that are out.
+      // Shift each position past the songs that this change removed.
       std::size_t out = 0;
       for (std::int32_t& row : rows) {
         while (out < songs->rows.size() && songs->rows[out] <= row + static_cast<std::int32_t>(out))
@@ -402,7 +404,8 @@ struct ChangeBytes {
   template <typename Change>
   std::size_t operator()(const Change& change) const {
     if constexpr (requires { change.detached; })
-      // A folder that is in the tree now is counted as well: it may be out again.
+      // Also count a folder that is in the tree now: toggling the change would make this step its
+      // owner.
       return BytesOfFolder(*change.folder);
     else if constexpr (requires { change.rows; })
       return change.rows.size() * (sizeof(std::int32_t) + sizeof(SongEntry));

@@ -13,124 +13,125 @@
 
 namespace tallow {
 
-/// Makes the user's changes to a tree of folders and can take them back.
+/// Undo and redo for a tree of folders: makes the user's changes and can revert them.
 ///
-/// A step is what one command changes, between Begin and End. It is kept as its differences, so a step
-/// costs what it touched and not what the jukebox holds. Every difference undoes itself when it is
-/// applied once more, so one list serves for both directions.
+/// A step holds everything that one command changes between Begin and End. It is stored as a list
+/// of differences, so its size depends on what the command changed, not on the size of the jukebox.
+/// Applying a difference a second time reverts it, so one list serves both undo and redo.
 ///
-/// The tree also changes without the user: songs and folders are filed behind what is there, and songs
-/// whose files are gone are taken out of the list on show. The steps do not hold these changes and stay
-/// right all the same. What is filed is behind every place that a step names; of what is taken out the
-/// history is told (SongsPruned), and it moves the places in all its steps.
+/// The tree also changes without the user: filing appends songs and folders, and songs whose files
+/// are gone are removed from the list shown. These changes are not steps, and steps stay valid.
+/// Filed songs and folders come after every index that a step refers to. For removed songs the
+/// caller calls SongsPruned, which adjusts the indexes in all steps.
 ///
-/// A folder that a step has taken out of the tree lives on in the step, under its address. So folders can
-/// be named by their addresses: one is only destroyed with the step that holds it, and every other step
-/// that names it has gone before.
+/// A folder that a step removes from the tree stays in the step, at the same address. Steps can
+/// therefore refer to folders by address: a folder is destroyed only with the step that owns it,
+/// and all other steps that refer to the folder are destroyed before that.
 class EditHistory {
  public:
-  /// How many steps can be taken back at least, however much they hold. One that sorts or takes out every
-  /// song of a folder holds 4 to 16 bytes for each.
+  /// Number of steps that can always be undone, whatever memory they use. A step that sorts or
+  /// removes all songs of a folder uses 4 to 16 bytes per song.
   static constexpr std::size_t kMinSteps = 100;
-  /// How many can be at most.
+  /// Maximum number of steps.
   static constexpr std::size_t kMaxSteps = 1000;
-  /// What steps beyond kMinSteps may hold, in bytes.
+  /// Maximum memory, in bytes, of all steps while there are more than kMinSteps.
   static constexpr std::size_t kMaxBytes = 64U << 20;
 
-  /// \param tree has to outlive the history
+  /// \param tree must outlive the history
   explicit EditHistory(FolderTree& tree) : tree_(tree) {}
   EditHistory(const EditHistory&) = delete;
   EditHistory& operator=(const EditHistory&) = delete;
 
-  /// Makes one step of the changes until End. A step without a change is none. Steps do not nest.
+  /// Begin and End enclose the changes of one step. A step without changes is discarded. Steps do
+  /// not nest.
   /// \param concerned the folder to show when the step is undone; null for the tree itself
   void Begin(const Folder* concerned);
   void End();
 
-  /// Puts a new folder, or a copy made for this tree, into the tree.
+  /// Adds a new folder, or a copy made for this tree, to the tree.
   /// \param parent null for top level
-  /// \param index  its place among its new siblings, 0 to their number
+  /// \param index  position among the new siblings, 0 to their number
   Folder& AddFolder(DetachedFolder folder, Folder* parent, std::int32_t index);
   void RemoveFolder(Folder& folder);
-  /// \param parent null for top level; not in the folder
-  /// \param index  its place among its new siblings once it has left its old place
+  /// \param parent null for top level; must not lie in the folder
+  /// \param index  position among the new siblings after the folder has left its old position
   void MoveFolder(Folder& folder, Folder* parent, std::int32_t index);
   void RenameFolder(Folder& folder, std::string_view text);
   /// \param order see FolderTree::Reorder
   void ReorderFolders(Folder* parent, std::vector<std::int32_t> order);
 
-  /// Adds songs behind those that a folder has.
+  /// Appends songs to a folder.
   void AddSongs(Folder& folder, std::vector<SongEntry> entries);
-  /// \param rows places in the list, from 0, rising
+  /// \param rows positions in the list, from 0, ascending
   void RemoveSongs(Folder& folder, std::vector<std::int32_t> rows);
-  /// Keeps an order of a folder's songs that is there already.
-  /// \param order for each place the one that its song came from
+  /// Records a reordering of a folder's songs that has already been done.
+  /// \param order for each new position, the old position of the song there; both from 0
   void SongsReordered(Folder& folder, std::vector<std::int32_t> order);
 
-  /// Songs have been taken out of a folder though the user did not ask for it.
-  /// \param rows the places they had, from 0, rising
+  /// Call this after songs were removed from a folder without a command of the user.
+  /// \param rows the positions the songs had, from 0, ascending
   void SongsPruned(const Folder& folder, std::vector<std::int32_t> rows);
 
   bool CanUndo() const noexcept { return !undo_.empty(); }
   bool CanRedo() const noexcept { return !redo_.empty(); }
-  /// Takes back the latest step; nothing when there is none.
+  /// Undoes the latest step. Does nothing when there is none.
   /// \returns the folder to show; null for none
   Folder* Undo();
-  /// Does again the step that was taken back last; nothing when there is none. Songs that have been filed
-  /// into a folder meanwhile are not added to it a second time.
+  /// Redoes the step that was undone last. Does nothing when there is none. Does not add songs that
+  /// have been filed into the folder in the meantime.
   /// \returns the folder to show; null for none
   Folder* Redo();
 
   /// What a step did to the songs of a folder.
   struct SongChange {
-    bool any = false;          ///< to which songs there are, or to their order
-    std::vector<int> brought;  ///< the places, from 0 and rising, of songs that came
-    int taken = -1;            ///< the place of the first of the songs that went; -1 for none
+    bool any = false;          ///< the set of songs or their order changed
+    std::vector<int> brought;  ///< positions of the added songs, from 0, ascending
+    int taken = -1;            ///< position of the first removed song, from 0; -1 for none
   };
-  /// What the step that was taken back or done again last did to the songs of a folder.
+  /// How the last undo or redo changed the songs of a folder.
   SongChange LastSongChange(const Folder& folder) const;
 
-  /// A step that is one half of a move between two jukeboxes.
+  /// Marks a step as one half of a move between two jukeboxes.
   struct Half {
-    std::uint64_t pair =
-        0;               ///< the same number, from 1, for both halves and for no others; 0 for none
-    bool takes = false;  ///< what moves leaves this jukebox
+    /// Number of the move, from 1, shared by exactly its two halves; 0 for no move.
+    std::uint64_t pair = 0;
+    bool takes = false;  ///< this half removes the songs or folder from its jukebox
   };
-  /// Makes the latest step one half of a move.
+  /// Marks the latest step as one half of a move.
   void PairLastStep(Half half) { undo_.back().half = half; }
-  /// The half that the next step to be taken back, or to be done again, is.
+  /// The half that the next Undo or Redo would revert or repeat; pair is 0 when there is none.
   Half HalfToUndo() const noexcept { return undo_.empty() ? Half() : undo_.back().half; }
   Half HalfToRedo() const noexcept { return redo_.empty() ? Half() : redo_.back().half; }
 
-  /// Where a half of a pair is.
+  /// State of one half of a move.
   enum class HalfState { kForgotten, kDone, kUndone };
   HalfState StateOfHalf(std::uint64_t pair) const noexcept;
 
-  /// The tree now is the one that is saved.
+  /// Marks the current tree as the saved one.
   void MarkSaved() noexcept;
-  /// Whether the user's changes since MarkSaved, or since the beginning, come to nothing.
+  /// Whether the user's changes since MarkSaved, or since construction, cancel out.
   bool IsAsSaved() const noexcept;
 
-  /// Lets the songs that steps hold be meant by the numbers that they have now. Those in the tree are the
-  /// caller's.
+  /// Updates the record numbers of the songs that the steps own. The caller updates the songs in
+  /// the tree.
   void Renumber(const NewNumbers& numbers);
 
-  /// Forgets all steps. The tree counts as saved.
+  /// Drops all steps and marks the tree as saved.
   void Clear();
 
-  /// How many bytes the steps hold, about.
+  /// Approximate memory used by the steps, in bytes.
   std::size_t Bytes() const noexcept { return bytes_; }
   std::size_t Steps() const noexcept { return undo_.size() + redo_.size(); }
 
  private:
-  /// A folder that is in the tree on one side of the change and not on the other.
+  /// A folder that is in the tree either only before or only after the change.
   struct FolderPresence {
     Folder* folder;
     Folder* parent;
     std::int32_t index;
-    DetachedFolder detached;  ///< while it is not in the tree
+    DetachedFolder detached;  ///< owns the folder while it is not in the tree
   };
-  /// A folder that lies elsewhere on the other side.
+  /// A folder that the change moves. Holds the position on the other side of the change.
   struct FolderPlace {
     Folder* folder;
     Folder* parent;
@@ -144,16 +145,16 @@ class EditHistory {
     Folder* parent;
     std::vector<std::int32_t> order;
   };
-  /// Songs that are in a folder on one side of the change and not on the other.
+  /// Songs that are in a folder either only before or only after the change.
   struct SongPresence {
     Folder* folder;
-    std::vector<std::int32_t> rows;  ///< where they are, or have been, rising
-    std::vector<SongEntry> entries;  ///< while they are not in the folder
+    std::vector<std::int32_t> rows;  ///< positions in the folder, from 0, ascending
+    std::vector<SongEntry> entries;  ///< the songs, while they are not in the folder
     bool present;
   };
   struct SongOrder {
     Folder* folder;
-    std::vector<std::int32_t> order;  ///< for each place of the other side its place on this one
+    std::vector<std::int32_t> order;  ///< for each position after toggling, the position before
   };
   using Change =
       std::variant<FolderPresence, FolderPlace, FolderText, FolderOrder, SongPresence, SongOrder>;
@@ -186,13 +187,12 @@ class EditHistory {
 
   FolderTree& tree_;
   Step open_{};
-  std::deque<Step> undo_;   ///< the latest at the end
-  std::vector<Step> redo_;  ///< the next at the end
+  std::deque<Step> undo_;   ///< latest step at the end
+  std::vector<Step> redo_;  ///< next step to redo at the end
   bool last_was_undo_ = false;
-  std::size_t bytes_ = 0;  ///< of both
-  std::ptrdiff_t saved_ =
-      0;  ///< how many steps were done when the tree was saved; kNever when those
-          ///< steps are gone
+  std::size_t bytes_ = 0;  ///< of undo_ and redo_
+  /// Size of undo_ when the tree was saved; kNever when that state is out of reach.
+  std::ptrdiff_t saved_ = 0;
 };
 
 }  // namespace tallow

@@ -25,7 +25,7 @@ class History : public LibraryTest {
   EditHistory& history = jukebox.History();
 };
 
-TEST_F(History, UndoingBackToTheSavedStateIsNoChangeAnyMore) {
+TEST_F(History, UndoingBackToTheSavedStateClearsTheDirtyFlag) {
   Folder& folder = Add("A");
   EXPECT_FALSE(jukebox.IsFormDirty());
   edits.Rename(folder, "B");
@@ -41,7 +41,7 @@ TEST_F(History, UndoingBackToTheSavedStateIsNoChangeAnyMore) {
   EXPECT_FALSE(jukebox.IsFormDirty());
 }
 
-TEST_F(History, TheSavedStateCanBeOutOfReach) {
+TEST_F(History, ANewChangeCanMakeTheSavedStateUnreachable) {
   Folder& folder = Add("A");
   edits.Rename(folder, "B");
   jukebox.IsFormDirty(false);
@@ -51,7 +51,7 @@ TEST_F(History, TheSavedStateCanBeOutOfReach) {
   EXPECT_TRUE(jukebox.IsFormDirty());
 }
 
-TEST_F(History, WhatWasFiledSinceIsAChangeThatUndoDoesNotTakeBack) {
+TEST_F(History, UndoDoesNotRevertFilingNorClearItsDirtyFlag) {
   Folder& folder = Add("A");
   edits.Rename(folder, "B");
   jukebox.IsFormDirty(true);
@@ -59,7 +59,7 @@ TEST_F(History, WhatWasFiledSinceIsAChangeThatUndoDoesNotTakeBack) {
   EXPECT_TRUE(jukebox.IsFormDirty());
 }
 
-TEST_F(History, ANewChangeForgetsWhatWasTakenBack) {
+TEST_F(History, ANewChangeDiscardsTheRedoSteps) {
   Folder& folder = Add("A");
   edits.Rename(folder, "B");
   jukebox.Undo();
@@ -69,7 +69,7 @@ TEST_F(History, ANewChangeForgetsWhatWasTakenBack) {
   EXPECT_EQ(folder.Text(), "C");
 }
 
-TEST_F(History, TellsTheFolderToShow) {
+TEST_F(History, UndoAndRedoReturnTheFolderToShow) {
   AddSong("/m/", "a.mp3");
   Folder& a = Add("A", {1});
   Folder& b = Add("B");
@@ -85,7 +85,7 @@ TEST_F(History, TellsTheFolderToShow) {
   EXPECT_EQ(jukebox.Undo().concerned, &a);
 }
 
-TEST_F(History, AFolderThatComesBackIsTheSame) {
+TEST_F(History, UndoingADeletionRestoresTheSameFolderObject) {
   Folder& a = Add("A", {1, 2});
   edits.Rename(a, "A2");
   edits.DeleteFolder(a);
@@ -95,7 +95,7 @@ TEST_F(History, AFolderThatComesBackIsTheSame) {
   EXPECT_EQ(SongsOf(a), (Songs{1, 2}));
 }
 
-TEST_F(History, TheFolderOnShowIsLeftWhenItGoes) {
+TEST_F(History, UndoingTheAdditionOfTheShownFolderHidesIt) {
   AddSong("/m/", "a.mp3");
   std::int64_t changes = 0;
   Folder* const folder = edits.AddFolder(nullptr);
@@ -115,7 +115,7 @@ TEST_F(History, TheSortOfAColumnIsUndone) {
   jukebox.ColumnClick(library);
   EXPECT_EQ(SongsOf(folder), (Songs{2, 3, 1}));
   EXPECT_TRUE(jukebox.IsFormDirty());
-  // The same order again is no change.
+  // Sorting into the same order adds no step.
   jukebox.ShowFolder(folder, library, changes);
   jukebox.ColumnClick(library);
   EXPECT_EQ(history.Steps(), 1U);
@@ -125,7 +125,7 @@ TEST_F(History, TheSortOfAColumnIsUndone) {
   EXPECT_EQ(SongsOf(folder), (Songs{2, 3, 1}));
 }
 
-TEST_F(History, AStepThatIsNotThereTouchesNothing) {
+TEST_F(History, UndoAndRedoWithoutAStepChangeNothing) {
   for (const char* name : {"b.mp3", "a.mp3"}) AddSong("/m/", name);
   Folder& folder = Add("A", {1, 2});
   std::int64_t changes = 0;
@@ -135,13 +135,13 @@ TEST_F(History, AStepThatIsNotThereTouchesNothing) {
   EXPECT_FALSE(jukebox.Undo().list_changed);
   EXPECT_FALSE(jukebox.Redo().list_changed);
   EXPECT_EQ(jukebox.SortState(), 2);
-  // A step about something else does not change the list either.
+  // Undoing a step that affects no songs does not change the list either.
   edits.Rename(folder, "B");
   EXPECT_FALSE(jukebox.Undo().list_changed);
   EXPECT_EQ(jukebox.SortState(), 2);
 }
 
-TEST_F(History, ASortThatStopsHalfWayIsUndoneToo) {
+TEST_F(History, ASortThatFailsHalfwayCanBeUndone) {
   for (const char* rank : {"3", "5", "x", "4", "7"}) AddSong("/m/", "a.mp3", "1", rank);
   Folder& folder = Add("A", {5, 4, 3, 2, 1});
   std::int64_t changes = 0;
@@ -165,7 +165,7 @@ TEST_F(History, KeepsAThousandSmallSteps) {
   EXPECT_TRUE(jukebox.IsFormDirty());
 }
 
-TEST_F(History, KeepsAHundredLargeStepsAndThenForgetsForTheSakeOfMemory) {
+TEST_F(History, KeepsAHundredLargeStepsThenDropsStepsToSaveMemory) {
   constexpr int kSongs = 100000;
   Songs songs(kSongs);
   for (int k = 0; k < kSongs; ++k) songs[static_cast<std::size_t>(k)] = k + 1;
@@ -184,26 +184,26 @@ TEST_F(History, KeepsAHundredLargeStepsAndThenForgetsForTheSakeOfMemory) {
   EXPECT_EQ(folder.Items().size(), std::size_t{kSongs});
 }
 
-TEST_F(History, ASongThatWasFiledMeanwhileIsNotAddedAgainByARedo) {
+TEST_F(History, RedoDoesNotAddASongThatWasFiledMeanwhile) {
   for (const char* name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) AddSong("/m/", name);
   Folder& latest = Add("New", {1});
   edits.AddSongs(latest, {{2, 2}, {3, 2}, {4, 2}});
   edits.CutSongs(latest, {0});
   jukebox.Undo();
   jukebox.Undo();
-  // The filing brings one of them.
+  // Filing adds one of these songs.
   latest.Items().emplace_back(3, 2);
   jukebox.Redo();
   EXPECT_EQ(SongsOf(latest), (Songs{1, 2, 4, 3}));
   jukebox.Redo();
   EXPECT_EQ(SongsOf(latest), (Songs{2, 4, 3}));
-  // What was filed is not taken back.
+  // Undo does not remove a filed song.
   jukebox.Undo();
   jukebox.Undo();
   EXPECT_EQ(SongsOf(latest), (Songs{1, 3}));
 }
 
-TEST_F(History, TellsWhatAStepDidToTheSongsOfAFolder) {
+TEST_F(History, ReportsHowAStepChangedTheSongsOfAFolder) {
   Folder& folder = Add("A", {1, 2, 3, 4});
   Folder& other = Add("B");
   edits.DropSongs(edits, folder, {1, 3}, other, false);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Filing that is watched, and ended before its end.
+// Progress reports and cancellation of the filing of songs.
 #include <random>
 
 #include "jukebox/jukebox.h"
@@ -12,7 +12,7 @@ namespace {
 
 class FilingIsWatched : public LibraryTest {
  protected:
-  /// Songs of a few artists, years and genres, some of them without a tag.
+  /// Creates songs of a few artists, years and genres, about one in five without a tag.
   void MakeSongs(int count) {
     std::mt19937 random(3);
     for (int k = 0; k < count; ++k) {
@@ -40,7 +40,7 @@ class FilingIsWatched : public LibraryTest {
   }
 };
 
-TEST_F(FilingIsWatched, AfterEverySong) {
+TEST_F(FilingIsWatched, ProgressIsReportedAfterEverySong) {
   MakeSongs(300);
   Jukebox jukebox;
   MakeFolders(jukebox);
@@ -55,7 +55,7 @@ TEST_F(FilingIsWatched, AfterEverySong) {
   for (std::size_t k = 0; k < told.size(); ++k) EXPECT_EQ(told[k], k + 1);
 }
 
-TEST_F(FilingIsWatched, EndedAnywhereItLeavesTheTreeOfTheSongsUntilThere) {
+TEST_F(FilingIsWatched, CancelledAnywhereItKeepsTheSongsFiledSoFar) {
   constexpr int kSongs = 200;
   MakeSongs(kSongs);
   Jukebox whole;
@@ -67,20 +67,20 @@ TEST_F(FilingIsWatched, EndedAnywhereItLeavesTheTreeOfTheSongsUntilThere) {
     EXPECT_FALSE(File(ended, [&](std::size_t filed, std::size_t) {
       return filed < static_cast<std::size_t>(end);
     }));
-    // The literal twin: the other songs were away.
+    // Reference: the same filing with the remaining songs marked as missing.
     Jukebox twin;
     MakeFolders(twin);
     for (std::int32_t row = end + 1; row <= kSongs; ++row) library.Mp3Info(kFileIsThere, row, "0");
     EXPECT_TRUE(File(twin));
     for (std::int32_t row = end + 1; row <= kSongs; ++row) library.Mp3Info(kFileIsThere, row, "1");
     EXPECT_EQ(ContentOf(ended.Nodes()), ContentOf(twin.Nodes())) << end;
-    // The next filing files the others, as if nothing had been ended.
+    // The next run files the remaining songs, as if the first run had not been cancelled.
     EXPECT_TRUE(File(ended));
     EXPECT_EQ(ContentOf(ended.Nodes()), ContentOf(whole.Nodes())) << end;
   }
 }
 
-TEST_F(FilingIsWatched, OfSeveralJukeboxesTheOthersWaitToo) {
+TEST_F(FilingIsWatched, CancellingAffectsAllOpenJukeboxes) {
   MakeSongs(10);
   Jukebox first;
   Jukebox second;
@@ -93,7 +93,7 @@ TEST_F(FilingIsWatched, OfSeveralJukeboxesTheOthersWaitToo) {
   EXPECT_EQ(first.Nodes().Find("All Songs")->Items().size(), 0U);
 }
 
-TEST_F(FilingIsWatched, TheLinesSayHowFarItIs) {
+TEST_F(FilingIsWatched, TheStatusLinesShowTheProgress) {
   EXPECT_EQ(FilingLine(12, 50), "Filed 12 of 50 songs");
   EXPECT_EQ(FilingCancelledLine(),
             "The filing was cancelled; the other songs are filed when the jukebox is opened the "

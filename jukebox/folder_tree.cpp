@@ -117,7 +117,7 @@ DetachedFolder FolderTree::CopyBelow(const Folder& folder) {
   copy->index_ = folder.index_;
   copy->text_ = folder.text_;
   copy->items_ = folder.items_;
-  // The list of a copy is not on show.
+  // A copy is not shown, so its entries have no labels.
   for (SongEntry& entry : copy->items_) entry.LabelPosition(0);
   for (const auto& child : folder.children_) copy->children_.push_back(CopyBelow(*child));
   return copy;
@@ -188,8 +188,8 @@ Folder* FolderTree::Find(std::string_view text, const Folder* below) const noexc
 
 namespace {
 
-/// Mixes values into a number so that every bit of one can change every bit of the result. The constants
-/// are those of the finalizer of SplitMix64.
+/// A 64-bit hash in which every input bit can change every bit of the result. The constants are
+/// those of the SplitMix64 finalizer.
 class Digest {
  public:
   void Add(std::uint64_t value) noexcept {

@@ -14,34 +14,34 @@ namespace tallow {
 
 class FolderTree;
 
-/// A song in a folder of a jukebox: eight bytes, because a jukebox holds each song in half a dozen
-/// folders and there may be a million songs.
+/// A song in a folder of a jukebox. It occupies eight bytes, because a jukebox holds each song in
+/// about six folders and there may be a million songs.
 ///
-/// Its text is made when it is shown. Right after it was added the text is the record number; once
-/// the folder has been labelled it is the position the entry had then, a full stop, two blanks and
-/// the file name.
+/// The text of an entry is made when the entry is displayed. Initially the text is the record
+/// number. After the folder has been labelled, the text is the position that the entry had at that
+/// time, a full stop, two blanks and the file name.
 class SongEntry {
  public:
   SongEntry() = default;
   /// \param record the song's record number
-  /// \param icon   the rank to show
+  /// \param icon   the number of the rank picture
   SongEntry(std::int32_t record, std::int32_t icon) : record_(record) { Icon(icon); }
 
-  /// The record number, the entry's only link to the song.
+  /// The record number, the entry's only reference to the song.
   std::int32_t SubItem() const noexcept { return record_; }
-  /// Changes the song under the entry. The icon and the position in the label stay; the name in the
-  /// label is the new song's.
+  /// Replaces the song of the entry. The icon and the position in the label stay; the label shows
+  /// the name of the new song.
   void SubItem(std::int32_t record) noexcept { record_ = record; }
 
-  /// The number of the rank picture, 0 to 255; what is outside shows as the nearest.
+  /// The number of the rank picture, 0 to 255; other values are clamped.
   std::int32_t Icon() const noexcept { return icon_; }
   void Icon(std::int32_t icon) noexcept {
     icon_ = static_cast<std::uint8_t>(icon < 0 ? 0 : icon > kMaxIcon ? kMaxIcon : icon);
   }
 
-  /// The position, from 1, that the label shows; 0 while the text is the record number.
+  /// The position, from 1, that the label shows; 0 when the text is the record number.
   std::int32_t LabelPosition() const noexcept { return static_cast<std::int32_t>(label_); }
-  /// \param position 1 to 16,777,215; 0 turns the label back into the record number
+  /// \param position 1 to 16,777,215; 0 makes the text the record number again
   void LabelPosition(std::int32_t position) noexcept {
     label_ = static_cast<std::uint32_t>(position) & kMaxLabel;
   }
@@ -56,60 +56,60 @@ class SongEntry {
 };
 static_assert(sizeof(SongEntry) == 8);
 
-/// Record numbers that songs had, and those that they have now.
+/// Maps old record numbers of songs to new ones.
 using NewNumbers = std::unordered_map<std::int32_t, std::int32_t>;
 
-/// Lets entries mean songs by the numbers that they have now.
+/// Replaces old record numbers in the entries by the new ones.
 void Renumber(std::vector<SongEntry>& entries, const NewNumbers& numbers);
 
-/// The pictures of a folder, as numbers of the tree's images.
+/// The pictures of a folder, as indexes of the tree's images.
 enum FolderImage : std::int32_t {
   kClosedFolder = 0,
   kOpenFolder = 1,
 };
 
-/// A folder of a jukebox: a text, folders and songs, all in the user's order.
+/// A folder of a jukebox: a text, subfolders and songs, both in the user's order.
 class Folder {
  public:
   Folder(const Folder&) = delete;
   Folder& operator=(const Folder&) = delete;
 
-  /// Unlike the text, the key is this folder's alone in its tree; never 0 and never used again.
+  /// Unique in its tree, unlike the text; never 0 and never reused.
   std::uint32_t Key() const noexcept { return key_; }
   const std::string& Text() const noexcept { return text_; }
-  /// The picture of the folder while it is not the one on show, see FolderImage.
+  /// The picture while the folder is not selected, see FolderImage.
   std::int32_t Image() const noexcept { return image_; }
-  /// The picture of the folder while it is the one on show.
+  /// The picture while the folder is selected.
   std::int32_t SelectedImage() const noexcept { return selected_image_; }
 
-  /// Whether the folder is shown with the folders below it.
+  /// Whether the folder is expanded in the tree view.
   bool Open() const noexcept { return open_; }
   void Open(bool open) noexcept { open_ = open; }
 
-  /// Whether a folder is this one or lies anywhere below it.
+  /// Whether the given folder is this folder or lies below it on any level.
   bool Holds(const Folder& folder) const noexcept;
-  /// How many levels of folders there are below; 0 for none.
+  /// Number of levels below this folder; 0 without subfolders.
   std::int32_t Height() const noexcept;
-  /// How many folders this one and those below it are.
+  /// Number of folders in this subtree, including this folder.
   std::int32_t CountAll() const noexcept;
 
-  /// How deep the folder lies; 0 at top level.
+  /// Depth of the folder; 0 at top level.
   std::int32_t Level() const noexcept { return level_; }
-  /// The folder above; null at top level.
+  /// The parent folder; null at top level.
   Folder* Parent() const noexcept { return parent_; }
-  /// How many folders are directly below.
+  /// Number of direct subfolders.
   std::int32_t Children() const noexcept { return static_cast<std::int32_t>(children_.size()); }
-  /// A folder directly below, from 0.
+  /// A direct subfolder; index from 0.
   Folder& ChildAt(std::int32_t index) const {
     return *children_.at(static_cast<std::size_t>(index));
   }
-  /// The first folder directly below; null when there is none.
+  /// The first direct subfolder; null when there is none.
   Folder* Child() const noexcept { return children_.empty() ? nullptr : children_.front().get(); }
-  /// The folder behind this one under the same parent; null for the last.
+  /// The next sibling; null for the last.
   Folder* Next() const noexcept;
-  /// The folder before this one under the same parent; null for the first.
+  /// The previous sibling; null for the first.
   Folder* Previous() const noexcept;
-  /// The folder's place among its siblings, from 0.
+  /// The folder's index among its siblings, from 0.
   std::int32_t Index() const noexcept { return index_; }
 
   /// The folder's songs, in order.
@@ -134,44 +134,45 @@ class Folder {
   std::vector<SongEntry> items_;
 };
 
-/// Is told what changes in a tree, to keep a view in step.
+/// Callbacks for changes of a tree, to keep a view up to date.
 class FolderTreeObserver {
  public:
   virtual ~FolderTreeObserver() = default;
   /// \param parent null at top level
-  /// \param index  the new folder's place among its siblings, from 0
+  /// \param index  the new folder's index among its siblings, from 0
   virtual void BeforeAdd(const Folder* parent, std::int32_t index) = 0;
   virtual void AfterAdd() = 0;
-  /// \param folder goes, with all below it
+  /// \param folder will be removed together with everything below it
   virtual void BeforeRemove(const Folder& folder) = 0;
   virtual void AfterRemove() = 0;
   virtual void Renamed(const Folder& folder) = 0;
-  /// Everything is replaced.
+  /// Called when the whole content of the tree is replaced.
   virtual void BeforeReset() = 0;
   virtual void AfterReset() = 0;
-  /// The folders below one, or at top level, come in another order. They keep their addresses.
+  /// Called when the subfolders of one folder are reordered. The folders keep their addresses.
   /// \param parent null at top level
   virtual void BeforeReorder(const Folder* parent) = 0;
   virtual void AfterReorder() = 0;
-  /// Folders on all levels come in another order. Between these two no single reorder is told.
+  /// Called when folders on all levels may be reordered. Between these two calls no single reorder
+  /// is reported.
   virtual void BeforeReorderAll() = 0;
   virtual void AfterReorderAll() = 0;
 };
 
-/// How deep a folder may lie: one at top level is at level 0. It bounds what a file of a jukebox may ask
-/// for, so no tree may get any deeper.
+/// The deepest level of a folder; top level is level 0. The limit bounds the depth of a tree that
+/// is read from a jukebox file, and applies to all trees.
 inline constexpr std::int32_t kMaxLevel = 1000;
 
-/// Renumber for the songs of a folder and of all below it.
+/// Calls Renumber for the songs of a folder and of all folders below it.
 void Renumber(Folder& folder, const NewNumbers& numbers);
 
-/// A folder, with all below it, that is in no tree.
+/// A folder, with everything below it, that is in no tree.
 using DetachedFolder = std::unique_ptr<Folder>;
 
 /// The folders of one jukebox.
 ///
-/// Cost: adding a folder behind its siblings is O(1); all else in the middle of siblings costs their
-/// number.
+/// Cost: appending a folder is O(1). Any other insertion, removal or move is linear in the number
+/// of siblings.
 class FolderTree {
  public:
   FolderTree();
@@ -179,41 +180,42 @@ class FolderTree {
   FolderTree& operator=(const FolderTree&) = delete;
   ~FolderTree();
 
-  /// Adds a folder behind its new siblings.
+  /// Appends a folder to the subfolders of its parent.
   ///
   /// \param parent         null for a top-level folder
   /// \param image          picture of the folder, see FolderImage
-  /// \param selected_image picture of the folder while it is on show
+  /// \param selected_image picture of the folder while it is selected
   Folder& AddChild(Folder* parent, std::string_view text, std::int32_t image = kClosedFolder,
                    std::int32_t selected_image = kOpenFolder);
 
-  /// A folder made for this tree, not yet in it.
+  /// Creates a folder with a key of this tree, not yet in the tree.
   DetachedFolder NewFolder(std::string_view text);
 
-  /// Takes a folder out of the tree, with all below it.
+  /// Removes a folder, with everything below it, from the tree and returns ownership of it.
   DetachedFolder Take(Folder& folder);
 
-  /// Puts a folder into the tree that was taken out of it, or is a copy made for it.
+  /// Inserts a folder that Take removed from this tree, or that NewFolder or Copy made for it.
   ///
   /// \param parent null for top level
-  /// \param index  its place among its new siblings, 0 to their number
+  /// \param index  index among the new siblings, 0 to their number
   Folder& Put(DetachedFolder folder, Folder* parent, std::int32_t index);
 
-  /// A copy of a folder with all below it, of this tree or another one, with keys of this tree.
+  /// Copies a folder, of this or another tree, with everything below it. The copy gets keys of this
+  /// tree.
   DetachedFolder Copy(const Folder& folder);
 
-  /// Takes over all folders of another tree, which gets those of this one. Only this one's observer is
-  /// told.
+  /// Exchanges all folders with another tree. Notifies only the observer of this tree.
   void Swap(FolderTree& other);
 
   void Rename(Folder& folder, std::string_view text);
 
-  /// Puts the folders below one, or at top level, into another order.
+  /// Reorders the subfolders of a folder, or the top-level folders.
   ///
-  /// \param order their present places, each once, in their new order
+  /// \param order the present indexes, each once, in the new order
   void Reorder(Folder* parent, const std::vector<std::int32_t>& order);
 
-  /// Reorders folders in many places at once, which views follow faster than one place after another.
+  /// Reorders the subfolders of many folders at once. Views process this faster than single
+  /// reorders.
   /// \param act calls Reorder and changes nothing else
   template <typename Act>
   void ReorderMany(const Act& act) {
@@ -224,27 +226,27 @@ class FolderTree {
     if (observer_ != nullptr) observer_->AfterReorderAll();
   }
 
-  /// The folder of a key; null when there is none. Cost: O(folders).
+  /// Returns the folder with a key; null when there is none. Cost: O(folders).
   Folder* FindKey(std::uint32_t key) const noexcept;
 
-  /// Whether a folder may be put below another one without lying deeper than kMaxLevel.
+  /// Whether a folder can be put below a parent without exceeding kMaxLevel.
   /// \param parent null for top level
   static bool HasRoomBelow(const Folder* parent, const Folder& folder) noexcept;
 
-  /// The first folder of exactly this text at top level, or directly below a folder; null when
-  /// there is none.
+  /// Returns the first folder with exactly this text at top level, or directly below a folder; null
+  /// when there is none.
   Folder* Find(std::string_view text, const Folder* below = nullptr) const noexcept;
 
-  /// How many folders are at top level.
+  /// Number of top-level folders.
   std::int32_t Children() const noexcept { return root_->Children(); }
-  /// A top-level folder, from 0.
+  /// A top-level folder; index from 0.
   Folder& ChildAt(std::int32_t index) const { return root_->ChildAt(index); }
-  /// Whether a folder is in this tree and not in a detached part of it.
+  /// Whether a folder is in this tree. A folder in a detached subtree is not.
   bool Contains(const Folder& folder) const noexcept;
-  /// How many folders there are on all levels.
+  /// Number of folders on all levels.
   std::int32_t Count() const noexcept { return count_; }
 
-  /// \param observer null for none; has to outlive the tree or be taken off
+  /// \param observer null for none; must outlive the tree or be removed before
   void SetObserver(FolderTreeObserver* observer) noexcept { observer_ = observer; }
 
  private:
@@ -254,14 +256,15 @@ class FolderTree {
   DetachedFolder CopyBelow(const Folder& folder);
   void Attach(Folder& folder, Folder* parent);
 
-  std::unique_ptr<Folder> root_;  ///< holds the top level; never handed out
+  std::unique_ptr<Folder> root_;  ///< parent of the top level; never exposed
   std::uint32_t last_key_ = 0;
   std::int32_t count_ = 0;
   FolderTreeObserver* observer_ = nullptr;
 };
 
-/// A number for what a tree holds: folders with their texts, and songs, all in their order. Trees that
-/// hold the same have the same number; others have another one, as far as 64 bits can tell.
+/// Returns a hash of a tree's content: the folders with their texts, and the songs, all in order.
+/// Equal contents have equal hashes. Different contents have different hashes, except in a
+/// 64-bit hash collision.
 std::uint64_t ContentOf(const FolderTree& tree);
 
 }  // namespace tallow

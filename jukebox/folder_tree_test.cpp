@@ -11,7 +11,7 @@
 namespace tallow {
 namespace {
 
-TEST(FolderTree, FoldersKnowTheirPlace) {
+TEST(FolderTree, FoldersReportTheirPositionInTheTree) {
   FolderTree tree;
   Folder& a = tree.AddChild(nullptr, "A");
   Folder& b = tree.AddChild(nullptr, "B");
@@ -35,7 +35,7 @@ TEST(FolderTree, FoldersKnowTheirPlace) {
   EXPECT_EQ(std::set<std::uint32_t>({a.Key(), b.Key(), a1.Key(), a2.Key()}).size(), 4U);
 }
 
-TEST(FolderTree, LookUpIsByExactTextOnOneLevelFirstMatchFirst) {
+TEST(FolderTree, FindMatchesTheExactTextOnOneLevelAndReturnsTheFirst) {
   FolderTree tree;
   Folder& a = tree.AddChild(nullptr, "Artist");
   tree.AddChild(nullptr, "Artist");
@@ -46,7 +46,7 @@ TEST(FolderTree, LookUpIsByExactTextOnOneLevelFirstMatchFirst) {
   EXPECT_EQ(tree.Find("Year", &a), &inner);
 }
 
-TEST(SongEntry, PicturesAreKeptWithinTheirRange) {
+TEST(SongEntry, TheIconIsClampedToItsRange) {
   SongEntry entry(7, 300);
   EXPECT_EQ(entry.Icon(), 255);
   entry.Icon(-1);
@@ -58,7 +58,7 @@ TEST(SongEntry, PicturesAreKeptWithinTheirRange) {
   EXPECT_EQ(entry.SubItem(), 7);
 }
 
-TEST(FolderTree, AnObserverIsToldBeforeAndAfter) {
+TEST(FolderTree, TheObserverIsCalledBeforeAndAfterAChange) {
   struct Observer : FolderTreeObserver {
     void BeforeAdd(const Folder* parent, std::int32_t index) override {
       before.emplace_back(parent, index);
@@ -118,7 +118,7 @@ std::string Shape(const FolderTree& tree) {
   return text;
 }
 
-/// What every folder says of its place has to be so.
+/// Checks that every folder's parent, index, level and key are consistent with the tree.
 void ExpectSound(const FolderTree& tree) {
   std::int32_t count = 0;
   std::set<std::uint32_t> keys;
@@ -135,7 +135,7 @@ void ExpectSound(const FolderTree& tree) {
   EXPECT_EQ(tree.Count(), count);
 }
 
-TEST(FolderTree, FoldersAreTakenOutAndPutElsewhere) {
+TEST(FolderTree, FoldersCanBeRemovedAndInsertedElsewhere) {
   FolderTree tree;
   Folder& a = tree.AddChild(nullptr, "A");
   Folder& b = tree.AddChild(&a, "B");
@@ -156,7 +156,7 @@ TEST(FolderTree, FoldersAreTakenOutAndPutElsewhere) {
   ExpectSound(tree);
 }
 
-TEST(FolderTree, ACopyIsAFolderOfItsOwn) {
+TEST(FolderTree, ACopyIsIndependentOfItsOriginal) {
   FolderTree tree;
   Folder& a = tree.AddChild(nullptr, "A", 2, 3);
   a.Open(true);
@@ -177,7 +177,7 @@ TEST(FolderTree, ACopyIsAFolderOfItsOwn) {
   ExpectSound(other);
 }
 
-TEST(FolderTree, FoldersComeInAnotherOrder) {
+TEST(FolderTree, FoldersCanBeReordered) {
   FolderTree tree;
   for (const char* const text : {"A", "B", "C"}) tree.AddChild(nullptr, text);
   tree.AddChild(&tree.ChildAt(1), "B1");
@@ -197,7 +197,7 @@ TEST(FolderTree, AFolderHoldsItselfAndWhatIsBelow) {
   EXPECT_FALSE(a.Holds(c));
 }
 
-TEST(FolderTree, ThereIsRoomForAThousandLevels) {
+TEST(FolderTree, TheDepthIsLimitedToAThousandLevels) {
   FolderTree tree;
   Folder* deepest = nullptr;
   for (std::int32_t level = 0; level <= kMaxLevel; ++level) deepest = &tree.AddChild(deepest, "x");
@@ -210,7 +210,7 @@ TEST(FolderTree, ThereIsRoomForAThousandLevels) {
   EXPECT_TRUE(FolderTree::HasRoomBelow(nullptr, two));
 }
 
-TEST(FolderTree, AnyNumberOfEditsLeavesItSound) {
+TEST(FolderTree, RandomEditsKeepTheTreeConsistent) {
   FolderTree tree;
   std::mt19937 random(3);
   const auto any = [&]() -> Folder* {

@@ -55,7 +55,7 @@ void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* 
   AddWithChildren(jukebox, "Best friend's favorites", {});
   jukebox.Expanded(true);
   jukebox.Caption(kSampleCaption);
-  // As it is, it can be built again.
+  // This content need not be saved, because it can be built again.
   jukebox.RememberContent();
   show();
   if (unfiled) throw FilingError(*unfiled);

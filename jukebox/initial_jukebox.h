@@ -22,15 +22,16 @@ inline constexpr std::string_view kBuildingCaption =
     "No saved Jukebox found, building initial Jukebox - may take a while. . . ";
 
 /// Builds the sample jukebox: the automatic folders, filled from the library, and empty folders
-/// that suggest how to arrange songs. It is an ordinary jukebox without a file; the settings do not
-/// change.
+/// that suggest how to arrange songs. The sample jukebox is an ordinary jukebox without a file. The
+/// settings do not change.
 ///
-/// \param jukebox just made, without folders
-/// \param windows the open jukeboxes, this one among them
-/// \param show    shows the window, at the end
+/// \param jukebox newly created, without folders
+/// \param windows the open jukeboxes, including this one
+/// \param show    callback that shows the window, called at the end
 /// \param found_tags see FillAutomaticFolders
-/// \param progress   see FillAutomaticFolders; all else is built when this ends the filing
-/// \throws FilingError once all is built and shown, see FillAutomaticFolders
+/// \param progress   see FillAutomaticFolders; if it cancels the filing, the remaining folders are
+///                   still built
+/// \throws FilingError after everything is built and shown, see FillAutomaticFolders
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,
                          const std::function<void()>& show, const TagCache* found_tags = nullptr,
                          const FilingProgress& progress = {});

@@ -21,7 +21,7 @@ class InitialJukebox : public LibraryTest {
     });
   }
 
-  /// All folders as lines, two blanks a level.
+  /// All folders as lines, indented by two blanks per level.
   Texts Outline(const FolderTree& tree) {
     Texts lines;
     for (std::int32_t k = 0; k < tree.Children(); ++k) Outline(tree.ChildAt(k), lines);
@@ -80,7 +80,7 @@ TEST_F(InitialJukebox, WithAnEmptyLibraryAllFoldersAreMadeAndEmpty) {
   EXPECT_FALSE(jukebox.IsFormDirty());
 }
 
-TEST_F(InitialJukebox, TheWindowIsDescribedAndShown) {
+TEST_F(InitialJukebox, TheWindowIsSetUpAndShown) {
   Build();
   EXPECT_EQ(jukebox.Tag(), "1");
   EXPECT_EQ(jukebox.Caption(), "Jukebox One  (sample Jukebox you can use as a starting point)");
@@ -90,7 +90,7 @@ TEST_F(InitialJukebox, TheWindowIsDescribedAndShown) {
   EXPECT_EQ(caption_when_shown, jukebox.Caption());
 }
 
-TEST_F(InitialJukebox, SongsAreFiledOnceTheDecadesAreThere) {
+TEST_F(InitialJukebox, SongsAreFiledAfterTheDecadesExist) {
   music.File("a.mp3", Audio(300) + Tag({.artist = "ABBA", .year = "1976", .genra = 13}));
   AddSong(music.path(), "a.mp3");
   struct View : JukeboxView {
@@ -116,7 +116,7 @@ TEST_F(InitialJukebox, SongsAreFiledOnceTheDecadesAreThere) {
   EXPECT_TRUE(jukebox.IsFormDirty());
 }
 
-TEST_F(InitialJukebox, ABadYearIsRaisedOnceAllIsBuilt) {
+TEST_F(InitialJukebox, ABadYearIsReportedAfterEverythingIsBuilt) {
   music.File("a.mp3", Audio(300) + Tag({.year = "x"}));
   AddSong(music.path(), "a.mp3");
   EXPECT_THROW(Build(), FilingError);

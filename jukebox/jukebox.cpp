@@ -18,14 +18,15 @@
 namespace tallow {
 namespace {
 
-/// The four orders of the list, taken in turn.
+/// One of the four sort orders of the list, which clicks cycle through.
 struct ListOrder {
   std::string_view header;
   SongColumn key;
   void (*sort)(TextTable&, std::int32_t, std::int32_t, std::int16_t, std::int16_t);
 };
 
-/// A file of more bytes is no jukebox: one of a million songs in all its folders has less than a tenth of it.
+/// Maximum size of a jukebox file. A million songs in all their folders need less than a tenth of
+/// this.
 constexpr std::uint64_t kMaxFileBytes = std::uint64_t{1} << 30U;
 
 constexpr int kFirstOrder = 1;
@@ -38,7 +39,7 @@ constexpr ListOrder kOrders[kLastOrder] = {
     {"By Rank -- worst to best", kSongRank, &SortCity::QuickSortNumericAscending},
 };
 
-/// The places of a folder's songs that are shown in its list.
+/// The indexes, from 0, of a folder's songs that are shown in its list.
 std::vector<std::size_t> ShownPlaces(const std::vector<SongEntry>& entries,
                                      const clsMain& library) {
   std::vector<std::size_t> places;
@@ -48,8 +49,8 @@ std::vector<std::size_t> ShownPlaces(const std::vector<SongEntry>& entries,
   return places;
 }
 
-/// The shown songs of a folder as a table of two columns: the key, and the record number. Songs that are
-/// not shown keep their places.
+/// The shown songs of a folder as a table of two columns: the sort key and the record number.
+/// Sorting the table does not move hidden songs.
 class KeyTable : public TextTable {
  public:
   static constexpr std::int16_t kKey = 1;
@@ -66,12 +67,12 @@ class KeyTable : public TextTable {
 
   std::int32_t Rows() const noexcept { return static_cast<std::int32_t>(places_.size()); }
 
-  /// For each place the one that its song came from, both from 0.
+  /// For each position, the position that its song had before the sort; both from 0.
   std::vector<std::int32_t>& Origins() noexcept { return origins_; }
 
   std::string_view Cell(std::int16_t /*column*/, std::int32_t row) const override {
     const std::int32_t record = entries_[PlaceOf(row)].SubItem();
-    // An entry that the labelling passed over may still belong to no song.
+    // An entry that labelling skipped may refer to no song.
     if (record < 1 || record > library_.UBoundOfMp3Array()) return "0";
     return library_.Mp3Info(key_, record);
   }
@@ -145,7 +146,7 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
     if (bytes.size() > kMaxFileBytes)
       return fail(path + ": there are more songs than a file holds");
     const auto before = StampOf(path);
-    // Only one of the same size can be the same.
+    // Skip reading the old file when the sizes differ.
     if (!before || before->size != bytes.size() || ReadWholeFile(path) != bytes)
       WriteFileAtomically(path, bytes, [&] { KeepReplaced(path); });
   } catch (const FileError& error) {
@@ -197,7 +198,8 @@ bool Jukebox::TakeUnsaved(std::string_view bytes, const std::string& file, const
     return false;
   }
   is_form_dirty_ = true;
-  // No content has this number but by an accident of one in 2^64.
+  // The inverted hash makes the content differ from that of the file. Later content matches this
+  // value only by a collision, one in 2^64.
   remembered_content_ = ~ContentOf(tree_);
   return true;
 }
@@ -283,7 +285,7 @@ void Jukebox::ShowFolder(Folder& folder, const clsMain& library, std::int64_t& f
     for (SongEntry& entry : selected_->Items()) entry.LabelPosition(0);
   ++folder_changes;
   selected_ = &folder;
-  // Filled before anything else is told: the header's change makes views look at the rows.
+  // Fill the list first: a header change makes views read the rows.
   ListRefilled(library);
   CountAsUnsorted();
 }
@@ -308,7 +310,7 @@ void Jukebox::ColumnClick(const clsMain& library) {
   try {
     order.sort(table, 1, table.Rows(), KeyTable::kKey, KeyTable::kColumns);
   } catch (...) {
-    // Some songs have changed places.
+    // Some songs have already moved.
     keep();
     ListRefilled(library);
     throw;

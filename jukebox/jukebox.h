@@ -20,20 +20,20 @@ inline constexpr std::string_view kNameHeader = "Name    --        (click to sor
 /// The header of the second column.
 inline constexpr std::string_view kKeyHeader = "Key";
 
-/// Is told what a jukebox wants of its window.
+/// Callbacks from a jukebox to its window.
 class JukeboxView {
  public:
   virtual ~JukeboxView() = default;
   virtual void CaptionChanged() = 0;
-  /// The songs of the folder on show, or the folder itself, have changed: fill the list again.
+  /// The shown folder or its songs have changed: fill the list again.
   virtual void ListChanged() = 0;
-  /// Texts and pictures of the songs on show have changed, but not which they are.
+  /// Texts or pictures of the shown songs have changed; the set of songs is the same.
   virtual void LabelsChanged() = 0;
   virtual void HeadersChanged() = 0;
 };
 
-/// One open jukebox: a tree of folders, which of them is on show, and how its list is sorted. The
-/// window is a view of it.
+/// One open jukebox: a tree of folders, the folder shown, and the sort order of its list. The
+/// window is a view of the jukebox.
 class Jukebox {
  public:
   Jukebox() = default;
@@ -43,11 +43,12 @@ class Jukebox {
   FolderTree& Nodes() noexcept { return tree_; }
   const FolderTree& Nodes() const noexcept { return tree_; }
 
-  /// What the window is called: the name of the jukebox.
+  /// The window title: the name of the jukebox.
   const std::string& Caption() const noexcept { return caption_; }
   void Caption(std::string_view caption);
 
-  /// The folder of the jukebox's file, ending in a separator; empty for a jukebox that was never saved.
+  /// The directory of the jukebox's file, ending in a separator; empty if the jukebox was never
+  /// saved.
   const std::string& FileLocation() const noexcept { return file_location_; }
   void FileLocation(std::string_view folder) { file_location_ = folder; }
 
@@ -55,53 +56,54 @@ class Jukebox {
   const std::string& Tag() const noexcept { return tag_; }
   void Tag(std::string_view tag) { tag_ = tag; }
 
-  /// Whether the jukebox has changed since it was saved or loaded: by the user, without having taken it
-  /// back, or by whoever set this.
+  /// Whether the jukebox has changed since it was saved or loaded. True if the user's changes since
+  /// then have not all been undone, or if IsFormDirty(true) was called.
   bool IsFormDirty() const noexcept { return is_form_dirty_ || !history_.IsAsSaved(); }
-  /// \param dirty true stays until the jukebox is saved; false: it is saved now
+  /// \param dirty true: stays until the jukebox is saved; false: the jukebox is saved now
   void IsFormDirty(bool dirty) noexcept;
 
-  /// Makes the user's changes to folders and songs, and takes them back.
+  /// The undo history, which makes and undoes the user's changes to folders and songs.
   EditHistory& History() noexcept { return history_; }
 
-  /// What a step back or forth was about.
+  /// Result of Undo or Redo.
   struct StepResult {
-    bool done = false;            ///< there was one
+    bool done = false;            ///< false when there was no step
     Folder* concerned = nullptr;  ///< the folder to show; null for none
-    bool list_changed =
-        false;  ///< the songs of the folder on show are others now; not labelled yet
+    /// The songs of the shown folder have changed and have no labels yet.
+    bool list_changed = false;
   };
-  /// Takes back the latest change, or does again the one that was taken back last. Nothing happens where
-  /// there is none.
+  /// Undoes the latest step, or redoes the step that was undone last. Does nothing when there is
+  /// none.
   StepResult Undo();
   StepResult Redo();
 
-  /// The list counts as not sorted, as when a folder is shown.
+  /// Resets the list to unsorted, as when a folder is shown.
   void CountAsUnsorted();
 
-  /// The jukebox as the bytes of its file.
+  /// Encodes the jukebox as the bytes of its file.
   std::string Encode(const clsMain& library) const;
 
-  /// To be called when folders may have left the tree: a folder on show that has is no longer on show.
+  /// Call this after folders may have left the tree: if the shown folder has left it, no folder is
+  /// shown any more.
   void ForgetLostFolder();
 
-  /// Lets songs be meant by the numbers that they have now, in folders and in steps. The songs of the
-  /// folder on show have no labels until ListRefilled.
+  /// Replaces old record numbers by new ones in folders and undo steps. The songs of the shown
+  /// folder have no labels until ListRefilled.
   void Renumber(const NewNumbers& numbers);
 
-  /// Whether folders or songs differ from those of the file that was loaded or saved last, or from those
-  /// at the time of RememberContent. Unlike IsFormDirty this looks.
+  /// Whether folders or songs differ from the file that was last loaded or saved, or from the
+  /// content at the last RememberContent. Unlike IsFormDirty, this compares contents.
   bool DiffersFromFile() const { return ContentOf(tree_) != remembered_content_; }
-  /// Whether closing the jukebox would lose something: it was never saved, its file is gone, or it
-  /// differs from its file.
+  /// Whether closing the jukebox would lose something: the jukebox was never saved, its file is
+  /// gone, or its content differs from its file.
   bool HasUnsavedChanges(const clsMain& library) const;
-  /// Takes what the jukebox holds now for that of its file. Save and Load do so themselves.
+  /// Records the current content as that of the file. Save and Load do this themselves.
   void RememberContent() {
     remembered_content_ = ContentOf(tree_);
     remembered_is_stale_ = false;
   }
 
-  /// Whether the tree is shown with all its folders open.
+  /// Whether the tree is shown with all folders expanded.
   bool Expanded() const noexcept { return expanded_; }
   void Expanded(bool expanded) noexcept { expanded_ = expanded; }
 
@@ -109,65 +111,66 @@ class Jukebox {
   const std::vector<std::string>& ColumnHeaders() const noexcept { return headers_; }
   void AddColumnHeader(std::string_view text);
 
-  /// Writes the jukebox to a file, replacing it atomically. One that is there and has other content is
-  /// kept as ".bak" beside it.
+  /// Writes the jukebox to a file, replacing the file atomically. An existing file with other
+  /// content is kept beside it as a ".bak" backup.
   ///
-  /// \returns true on success; else FileProblem() says why not, and the old file stands
+  /// \returns true on success; otherwise FileProblem() has the reason and the old file is unchanged
   bool Save(const std::string& path, const clsMain& library);
 
-  /// Takes folders, songs and columns from a file. No folder is on show then, and the songs follow those
-  /// that have got another number in the library, see RelinkSongs.
+  /// Replaces folders, songs and columns by those of a file. Afterwards no folder is shown. Songs
+  /// whose record numbers have changed in the library are looked up by name, see RelinkSongs.
   ///
-  /// \returns true on success; else FileProblem() says why not, and nothing has changed
+  /// \returns true on success; otherwise FileProblem() has the reason and nothing has changed
   ///
   /// \param ask see RelinkSongs; may be empty
   bool Load(const std::string& path, const clsMain& library, const AskWhichSongs& ask = {});
 
-  /// Like Load, from the bytes of a jukebox that was never saved as it is. It counts as changed.
-  /// \param file the jukebox's own file; empty for none
-  /// \returns true on success; else FileProblem() says in a few words what is wrong with the bytes
+  /// Like Load, from the bytes of a jukebox that was not saved in this state. The jukebox is then
+  /// dirty.
+  /// \param file the path of the jukebox's file; empty for none
+  /// \returns true on success; otherwise FileProblem() says briefly what is wrong with the bytes
   bool TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library,
                    const AskWhichSongs& ask = {});
 
-  /// The file that was loaded or saved last; empty for none.
+  /// The path of the file that was last loaded or saved; empty for none.
   const std::string& FilePath() const noexcept { return file_path_; }
 
-  /// Why the last Save, Load or TakeUnsaved failed; of the first two the file, what is the matter and what
-  /// to do.
+  /// Why the last Save, Load or TakeUnsaved failed. After Save and Load the text names the file,
+  /// the problem and what to do.
   const std::string& FileProblem() const noexcept { return file_problem_; }
 
-  /// The folder on show; null when none is.
+  /// The folder shown; null for none.
   Folder* selectednode() const noexcept { return selected_; }
 
-  /// Shows a folder, as a click on it does: the songs of the folder shown until now get their
-  /// record numbers as texts again, the new folder's get labels, and the list counts as not sorted.
+  /// Shows a folder, as a click on it does. The songs of the folder shown before get their record
+  /// numbers as texts again, the songs of the new folder get labels, and the list becomes unsorted.
   ///
-  /// \param folder_changes the program's counter of shown folders, increased by one
+  /// \param folder_changes the program's counter of folders shown; incremented
   void ShowFolder(Folder& folder, const clsMain& library, std::int64_t& folder_changes);
 
-  /// Labels the songs on show and lets the window fill its list with them.
+  /// Labels the shown songs and makes the window refill its list.
   void ListRefilled(const clsMain& library);
 
-  /// The rank pictures of songs on show have changed.
+  /// Call this after rank pictures of shown songs have changed.
   void PicturesChanged();
 
-  /// Sorts the list, as a click on a column header does. Each click takes the next of four orders:
-  /// by file name up, by file name down, by rank from best, by rank from worst. The entries keep
-  /// their places and change their songs.
+  /// Sorts the list, as a click on a column header does. Successive clicks cycle through four
+  /// orders: file name ascending, file name descending, best rank first, worst rank first. The
+  /// entries stay and the songs move between them.
   ///
-  /// \throws TypeMismatchError, OverflowError from the sort by rank when a rank is no number
+  /// \throws TypeMismatchError, OverflowError from the sort by rank when a rank is not a number
   void ColumnClick(const clsMain& library);
 
-  /// How the list is sorted: 0 not yet, 1 to 4 the order that the next click brings.
+  /// The sort state: 0 not sorted yet, 1 to 4 the order that the next click applies.
   int SortState() const noexcept { return sort_state_; }
 
-  /// \param view null for none; has to outlive the jukebox or be taken off
+  /// \param view null for none; must outlive the jukebox or be removed before
   void SetView(JukeboxView* view) noexcept { view_ = view; }
   JukeboxView* View() const noexcept { return view_; }
 
  private:
   void NameColumnHeader(std::string_view text);
-  /// \throws JukeboxFileError, std::bad_alloc; nothing has changed then
+  /// \throws JukeboxFileError, std::bad_alloc; nothing has changed in that case
   void Take(std::string_view bytes, const std::string& path, const clsMain& library,
             const AskWhichSongs& ask);
   void LabelSongs(const clsMain& library);
@@ -186,17 +189,20 @@ class Jukebox {
   JukeboxView* view_ = nullptr;
   std::string file_path_;
   std::string file_problem_;
-  /// The names in the file of songs that the library did not have when it was loaded, by record number.
+  /// File names, by record number, of songs that the file names but the library lacked at load
+  /// time.
   std::unordered_map<std::int32_t, std::string> absent_names_;
   std::uint64_t remembered_content_ = ContentOf(FolderTree());
-  /// Songs have got other numbers since, so the file has to be read to tell whether it is the same.
+  /// True when record numbers have changed since remembered_content_ was computed.
+  /// HasUnsavedChanges must then read the file to compare contents.
   bool remembered_is_stale_ = false;
 };
 
 /// The file name of an entry's song; empty when the library has no such song.
 std::string_view FileNameOf(const SongEntry& entry, const clsMain& library);
 
-/// The text of an entry: its record number, or once labelled its position, ".  " and its file name.
+/// The text of an entry: its record number, or after labelling its position, ".  " and its file
+/// name.
 std::string EntryText(const SongEntry& entry, const clsMain& library);
 
 }  // namespace tallow

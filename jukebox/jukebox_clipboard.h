@@ -9,8 +9,8 @@
 
 namespace tallow {
 
-/// What was cut or copied last in any jukebox window: songs, or a folder. It holds copies, so it stays
-/// whatever becomes of the originals. What is dragged from one window to another gets its number here.
+/// The songs or the folder that were last cut or copied in any jukebox window. The clipboard owns
+/// copies, so changes to the originals do not affect it. It also numbers the moves between windows.
 class JukeboxClipboard {
  public:
   void PutSongs(std::vector<SongEntry> songs) {
@@ -23,22 +23,22 @@ class JukeboxClipboard {
     folders_.Put(folders_.Copy(folder), nullptr, 0);
   }
 
-  /// The songs, in their order; none when there is a folder, or nothing.
+  /// The songs, in order; empty when the clipboard holds a folder or nothing.
   const std::vector<SongEntry>& Songs() const noexcept { return songs_; }
 
-  /// The folder with all below it; null when there is none.
+  /// The folder with everything below it; null when the clipboard holds none.
   const Folder* CopiedFolder() const {
     return folders_.Children() > 0 ? &folders_.ChildAt(0) : nullptr;
   }
 
-  /// Lets the songs be meant by the numbers that they have now.
+  /// Replaces old record numbers of the songs by the new ones.
   void Renumber(const NewNumbers& numbers) {
     tallow::Renumber(songs_, numbers);
     for (std::int32_t k = 0; k < folders_.Children(); ++k)
       tallow::Renumber(folders_.ChildAt(k), numbers);
   }
 
-  /// A number for a move between two jukeboxes, see EditHistory::PairLastStep.
+  /// Returns a new number for a move between two jukeboxes, see EditHistory::PairLastStep.
   std::uint64_t NextMove() noexcept { return ++last_move_; }
 
  private:

@@ -19,7 +19,7 @@ std::int32_t ChildrenOf(const FolderTree& tree, const Folder* parent) {
   return parent != nullptr ? parent->Children() : tree.Children();
 }
 
-/// The songs that a folder does not hold yet, each once.
+/// Returns the songs that a folder does not hold yet, without duplicates.
 std::vector<SongEntry> NotYetIn(const Folder& folder, const std::vector<SongEntry>& songs) {
   std::unordered_set<std::int32_t> held;
   held.reserve(folder.Items().size() + songs.size());

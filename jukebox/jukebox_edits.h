@@ -11,72 +11,74 @@ namespace tallow {
 
 class Jukebox;
 
-/// What a new folder is called.
+/// The text of a new folder.
 inline constexpr std::string_view kNewFolder = "New Folder";
 
-/// What a user can do to the folders and songs of a jukebox. Each call that changes something is a step
-/// that can be undone.
+/// The user's commands on folders and songs of a jukebox. Each call that changes something is a
+/// step that can be undone.
 ///
-/// Which folders are protected is not asked here, but for renaming: that is whoever cuts or deletes to say.
-/// Songs are named by their places in the list, from 0, rising; places that there are not are passed
-/// over. The songs of a changed list have no labels until Jukebox::ListRefilled.
+/// Only Rename checks for protected folders; for cut and delete, the caller must check. Songs are
+/// given by their positions in the list, from 0, ascending; invalid positions are ignored. The
+/// songs of a changed list have no labels until Jukebox::ListRefilled.
 class JukeboxEdits {
  public:
-  /// \param jukebox, clipboard have to outlive the object
+  /// \param jukebox, clipboard must outlive this object
   JukeboxEdits(Jukebox& jukebox, JukeboxClipboard& clipboard)
       : jukebox_(jukebox), clipboard_(clipboard) {}
 
-  /// Adds a folder "New Folder" behind the others.
+  /// Appends a folder "New Folder" to the subfolders of a parent.
   /// \param parent null for top level
-  /// \returns the folder; null when it would lie too deep
+  /// \returns the folder; null when it would lie deeper than kMaxLevel
   Folder* AddFolder(Folder* parent);
 
-  /// Gives a folder another text. A special folder keeps its own, and a text of blanks is none. A folder
-  /// that gets the text of a special one behind it goes behind that, which so stays the special one.
+  /// Renames a folder. Fails for a special folder and for a text of blanks only. If a special
+  /// folder after this one has the same text, this folder is moved after it, so that the special
+  /// folder stays the first with that text.
   /// \returns whether the folder has the text now
   bool Rename(Folder& folder, std::string_view text);
 
-  /// The songs leave the folder and lie on the clipboard.
+  /// Moves the songs from the folder to the clipboard.
   void CutSongs(Folder& folder, const std::vector<int>& rows);
   void CopySongs(const Folder& folder, const std::vector<int>& rows);
-  /// The folder leaves the tree, with all below it, and lies on the clipboard.
+  /// Moves the folder, with everything below it, from the tree to the clipboard.
   void CutFolder(Folder& folder);
   void CopyFolder(const Folder& folder);
 
-  /// How a paste or a drop ended.
+  /// Result of a paste or a drop.
   enum class Result {
     kDone,
-    kNothing,      ///< there was nothing that could go there
+    kNothing,      ///< there was nothing to paste or drop
     kTooDeep,      ///< folders would lie deeper than kMaxLevel
-    kNeedsFolder,  ///< songs, and no folder for them
+    kNeedsFolder,  ///< songs cannot be pasted at top level
   };
 
-  /// Adds what is on the clipboard behind what a folder holds: songs that it does not hold yet, or the
-  /// folder.
-  /// \param into null for top level, where there are no songs
+  /// Appends the content of the clipboard to a folder: the songs that the folder does not hold yet,
+  /// or the folder on the clipboard.
+  /// \param into null for top level, which cannot hold songs
   Result Paste(Folder* into);
 
-  /// Removes a folder with all below it.
+  /// Removes a folder with everything below it.
   void DeleteFolder(Folder& folder);
 
-  /// Adds songs behind those of a folder, each that it does not hold yet.
+  /// Appends songs to a folder, except those that the folder already holds.
   Result AddSongs(Folder& to, const std::vector<SongEntry>& songs);
 
-  /// Songs of a folder go to another one, of this jukebox or of another one. A move between two jukeboxes is
-  /// a step of each, and these are a pair.
-  /// \param copy they stay where they are, too
+  /// Moves or copies songs to another folder, in the same or in another jukebox. A move between two
+  /// jukeboxes is one step in each; the two steps form a pair.
+  /// \param copy true to copy, false to move
   Result DropSongs(JukeboxEdits& source, Folder& from, const std::vector<int>& rows, Folder& to,
                    bool copy);
 
-  /// A folder goes behind the folders of another one, of this jukebox or of another one.
-  /// \param to   null for top level; a folder does not go into itself or below
-  /// \param copy it stays where it is, too
+  /// Moves or copies a folder, appending it to the subfolders of a folder in the same or in another
+  /// jukebox.
+  /// \param to   null for top level; must not be the folder itself or lie below it
+  /// \param copy true to copy, false to move
   Result DropFolder(JukeboxEdits& source, Folder& folder, Folder* to, bool copy);
 
-  /// Whether a folder could be dropped there.
+  /// Whether a folder can be dropped at the given target.
   static bool CanDropFolder(const Folder& folder, const Folder* to, bool copy) noexcept;
 
-  /// Sorts the folders below one, and all below these, see NaturalLess. Equal texts keep their order.
+  /// Sorts the subfolders of a folder on all levels, see NaturalLess. Equal texts keep their order.
   /// \param above null for the whole tree
   void SortNodes(Folder* above);
 
@@ -93,8 +95,8 @@ class JukeboxEdits {
   JukeboxClipboard& clipboard_;
 };
 
-/// The folder to show when one goes that is on show, or that holds it: the next beside it, else the one
-/// before it, else the one above it; null when there is none.
+/// Returns the folder to show instead when a folder is removed that is shown or holds the shown
+/// folder: the next sibling, else the previous sibling, else the parent; null when there is none.
 Folder* FolderBeside(const Folder& folder) noexcept;
 
 }  // namespace tallow

@@ -26,7 +26,7 @@ class Edits : public LibraryTest {
   Folder& Add(Folder* parent, const char* text, const Songs& songs = {}) {
     return Add(jukebox, parent, text, songs);
   }
-  /// The texts of the folders below one, or at top level.
+  /// The texts of the direct subfolders of a folder, or of the top level.
   Texts Children(const Folder* above = nullptr) const {
     Texts texts;
     const FolderTree& tree = jukebox.Nodes();
@@ -64,7 +64,7 @@ TEST_F(Edits, NoFolderLiesDeeperThanAThousand) {
   EXPECT_EQ(edits.Paste(folder->Parent()), Result::kDone);
 }
 
-TEST_F(Edits, AFolderGetsAnotherTextButNoEmptyOne) {
+TEST_F(Edits, AFolderCanBeRenamedButNotToBlanks) {
   Folder& folder = Add(nullptr, "A");
   EXPECT_TRUE(edits.Rename(folder, "A"));
   EXPECT_FALSE(jukebox.History().CanUndo());
@@ -81,14 +81,14 @@ TEST_F(Edits, ASpecialFolderKeepsItsText) {
   EXPECT_EQ(folder.Text(), "New");
 }
 
-TEST_F(Edits, CutSongsLieOnTheClipboard) {
+TEST_F(Edits, CutMovesSongsToTheClipboard) {
   Folder& from = Add(nullptr, "from", {1, 2, 3, 4, 5});
   Folder& to = Add(nullptr, "to", {9});
   edits.CutSongs(from, {0, 2, 3});
   EXPECT_EQ(SongsOf(from), (Songs{2, 5}));
   EXPECT_EQ(edits.Paste(&to), Result::kDone);
   EXPECT_EQ(SongsOf(to), (Songs{9, 1, 3, 4}));
-  // They can be pasted again.
+  // Pasting leaves the songs on the clipboard.
   EXPECT_EQ(edits.Paste(&from), Result::kDone);
   EXPECT_EQ(SongsOf(from), (Songs{2, 5, 1, 3, 4}));
 }
@@ -103,7 +103,7 @@ TEST_F(Edits, ASongIsNotAddedTwice) {
   EXPECT_EQ(jukebox.History().Steps(), 1U);
 }
 
-TEST_F(Edits, NothingSelectedLeavesTheClipboardAsItIs) {
+TEST_F(Edits, WithoutASelectionTheClipboardStaysUnchanged) {
   Folder& from = Add(nullptr, "from", {1, 2});
   Folder& to = Add(nullptr, "to");
   edits.CopySongs(from, {1});
@@ -114,7 +114,7 @@ TEST_F(Edits, NothingSelectedLeavesTheClipboardAsItIs) {
   EXPECT_EQ(SongsOf(to), Songs{2});
 }
 
-TEST_F(Edits, AtTopLevelThereAreNoSongs) {
+TEST_F(Edits, SongsCannotBePastedAtTopLevel) {
   edits.CopySongs(Add(nullptr, "from", {1}), {0});
   EXPECT_EQ(edits.Paste(nullptr), Result::kNeedsFolder);
 }
@@ -124,7 +124,7 @@ TEST_F(Edits, AnEmptyClipboardPastesNothing) {
   EXPECT_EQ(edits.Paste(nullptr), Result::kNothing);
 }
 
-TEST_F(Edits, AFolderIsPastedWithAllBelowItBesideOneOfTheSameText) {
+TEST_F(Edits, AFolderIsPastedWithItsSubtreeNextToOneOfTheSameText) {
   Folder& a = Add(nullptr, "A", {1});
   Folder& inner = Add(&a, "inner", {2, 3});
   Folder& b = Add(nullptr, "B");
@@ -140,7 +140,7 @@ TEST_F(Edits, AFolderIsPastedWithAllBelowItBesideOneOfTheSameText) {
   EXPECT_EQ(Children(), (Texts{"A", "B", "A"}));
 }
 
-TEST_F(Edits, ACopyMayGoIntoItsOriginal) {
+TEST_F(Edits, AFolderCanBePastedIntoItsOriginal) {
   Folder& a = Add(nullptr, "A");
   Add(&a, "inner");
   edits.CopyFolder(a);
@@ -162,7 +162,7 @@ TEST_F(Edits, TheClipboardHoldsSongsOrAFolder) {
   EXPECT_EQ(to.Children(), 1);
 }
 
-TEST_F(Edits, ACutFolderIsInTheTreeNoMoreAndCanBePasted) {
+TEST_F(Edits, ACutFolderLeavesTheTreeAndCanBePasted) {
   Folder& a = Add(nullptr, "A", {1});
   Folder& b = Add(nullptr, "B");
   std::int64_t changes = 0;
@@ -196,7 +196,7 @@ TEST_F(Edits, DroppedSongsMoveOrAreCopied) {
   EXPECT_EQ(SongsOf(to), (Songs{2, 1, 3}));
   EXPECT_EQ(edits.DropSongs(edits, from, {0}, from, false), Result::kNothing);
   EXPECT_EQ(edits.DropSongs(edits, from, {}, to, false), Result::kNothing);
-  // Each was one step.
+  // Each drop is one step.
   EXPECT_EQ(jukebox.History().Steps(), 2U);
   jukebox.Undo();
   jukebox.Undo();
@@ -212,7 +212,7 @@ TEST_F(Edits, SongsMoveToAnotherJukebox) {
   EXPECT_EQ(other_edits.DropSongs(edits, from, {0, 2}, there, false), Result::kDone);
   EXPECT_EQ(SongsOf(from), Songs{2});
   EXPECT_EQ(SongsOf(there), (Songs{1, 3}));
-  // Both steps are known to be one move.
+  // The two steps have the same move number.
   using State = EditHistory::HalfState;
   const std::uint64_t pair = jukebox.History().HalfToUndo().pair;
   EXPECT_NE(pair, 0U);
@@ -255,7 +255,7 @@ TEST_F(Edits, AFolderDoesNotGoIntoItselfOrBelow) {
     EXPECT_EQ(edits.DropFolder(edits, a, &a, copy), Result::kNothing);
     EXPECT_EQ(edits.DropFolder(edits, a, &inner, copy), Result::kNothing);
   }
-  // It is there already.
+  // Each folder is already in the target.
   EXPECT_EQ(edits.DropFolder(edits, inner, &a, false), Result::kNothing);
   EXPECT_EQ(edits.DropFolder(edits, a, nullptr, false), Result::kNothing);
   EXPECT_FALSE(jukebox.IsFormDirty());
@@ -299,7 +299,7 @@ TEST_F(Edits, SortNodesSortsBelowAFolderOrTheWholeTree) {
   EXPECT_FALSE(jukebox.IsFormDirty());
 }
 
-TEST_F(Edits, WhatIsShownInAFoldersPlaceIsTheNextThePreviousOrTheOneAbove) {
+TEST_F(Edits, AfterARemovalTheNextThePreviousOrTheParentFolderIsShown) {
   Folder& a = Add(nullptr, "A");
   Folder& a1 = Add(&a, "A1");
   EXPECT_EQ(FolderBeside(a), nullptr);
@@ -312,7 +312,7 @@ TEST_F(Edits, WhatIsShownInAFoldersPlaceIsTheNextThePreviousOrTheOneAbove) {
   EXPECT_EQ(FolderBeside(b), &a);
 }
 
-TEST_F(Edits, WhatIsThereAlreadyMovesWithoutAStepThere) {
+TEST_F(Edits, SongsThatTheTargetHoldsMoveWithoutAStepInTheTarget) {
   Jukebox other;
   JukeboxEdits other_edits(other, clipboard);
   Folder& there = Add(other, nullptr, "there", {1});
@@ -323,7 +323,7 @@ TEST_F(Edits, WhatIsThereAlreadyMovesWithoutAStepThere) {
   EXPECT_EQ(jukebox.History().HalfToUndo().pair, 0U);
 }
 
-TEST_F(Edits, AFolderThatGetsTheTextOfASpecialOneGoesBehindItAndIsOrdinary) {
+TEST_F(Edits, AFolderRenamedLikeASpecialOneMovesAfterItAndIsOrdinary) {
   Folder& mine = Add(nullptr, "mine");
   Folder& other = Add(nullptr, "other");
   Folder& artist = Add(nullptr, "Artist");
@@ -333,7 +333,7 @@ TEST_F(Edits, AFolderThatGetsTheTextOfASpecialOneGoesBehindItAndIsOrdinary) {
   EXPECT_EQ(mine.Index(), 2);
   EXPECT_TRUE(IsSpecialFolder(artist));
   EXPECT_FALSE(IsSpecialFolder(mine));
-  // It can get another name, and one that is behind keeps its place.
+  // The folder can be renamed again. Renamed after the special folder, it keeps its position.
   EXPECT_TRUE(edits.Rename(mine, "mine"));
   EXPECT_TRUE(edits.Rename(mine, "Artist"));
   EXPECT_EQ(mine.Index(), 2);
@@ -345,7 +345,7 @@ TEST_F(Edits, AFolderThatGetsTheTextOfASpecialOneGoesBehindItAndIsOrdinary) {
   EXPECT_TRUE(edits.Rename(other, "Others"));
 }
 
-TEST_F(Edits, ADecadeStaysTheFirstOfItsText) {
+TEST_F(Edits, ADecadeFolderStaysTheFirstWithItsText) {
   Folder& decades = Add(nullptr, "Decades");
   Folder& mine = Add(&decades, "mine");
   Folder& eighties = Add(&decades, "80's");
@@ -362,7 +362,7 @@ TEST_F(Edits, AFolderWithTheTextOfAnOrdinaryOneKeepsItsPlace) {
   EXPECT_EQ(mine.Index(), 0);
 }
 
-TEST_F(Edits, APastedFolderWithTheTextOfASpecialOneIsOrdinary) {
+TEST_F(Edits, APastedCopyOfASpecialFolderIsOrdinary) {
   Folder& artist = Add(nullptr, "Artist", {1});
   edits.CopyFolder(artist);
   EXPECT_EQ(edits.Paste(nullptr), Result::kDone);

@@ -31,7 +31,7 @@ void AppendNumber(std::string& to, std::int64_t number) {
   to.append(digits, end);
 }
 
-/// The record number that a member is named after; no value when it is anything else.
+/// Parses the record number in a member name; no value if the name is anything else.
 std::optional<std::int32_t> RecordNumber(std::string_view name) {
   std::int32_t record = 0;
   const auto [end, error] = std::from_chars(name.data(), name.data() + name.size(), record);
@@ -39,14 +39,15 @@ std::optional<std::int32_t> RecordNumber(std::string_view name) {
   return record;
 }
 
-/// Which record numbers a jukebox uses.
+/// The record numbers that a jukebox uses.
 struct UsedRecords {
-  std::vector<bool> rows;            ///< by the row of the library
-  std::set<std::int32_t> strangers;  ///< that are no rows of it
+  /// Indexed by record number, up to the last row of the library.
+  std::vector<bool> rows;
+  std::set<std::int32_t> strangers;  ///< numbers outside the library
 };
 
-/// Appends record numbers with commas between, and marks them as used. There may be hundreds of thousands,
-/// so room for all is made once.
+/// Appends record numbers, separated by commas, and marks them as used. There may be hundreds of
+/// thousands, so the memory for all is allocated at once.
 void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, UsedRecords& used) {
   constexpr std::size_t kMaxDigits = 11;  // "-2147483648"
   const std::size_t before = to.size();
@@ -61,7 +62,7 @@ void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, UsedRecor
     else
       used.strangers.insert(entry.SubItem());
   }
-  // All but the last comma.
+  // Drop the last comma.
   const auto length = static_cast<std::size_t>(end - to.data());
   to.resize(songs.empty() ? length : length - 1);
 }
@@ -86,8 +87,8 @@ void AppendFolders(std::string& to, const Folder& folder, std::uint32_t parent, 
     AppendFolders(to, folder.ChildAt(k), own, key, used);
 }
 
-/// Takes the parser's events. It is told of every value with its name, so that no document has to be
-/// built.
+/// SAX handler for the JSON parser. Receives one event per value, so no JSON document is built in
+/// memory.
 class Reader : public nlohmann::json_sax<Json> {
  public:
   bool null() override { return Unexpected(); }
@@ -174,7 +175,7 @@ class Reader : public nlohmann::json_sax<Json> {
     return Fail("at byte " + std::to_string(position) + " it is damaged or cut off");
   }
 
-  /// What is wrong with the whole; empty when nothing is.
+  /// The first problem of the file; empty when it is valid.
   std::string Problem() const {
     if (!problem_.empty()) return problem_;
     for (const char* const member : {"format", "version", "folders"})
@@ -185,9 +186,9 @@ class Reader : public nlohmann::json_sax<Json> {
   JukeboxContent content;
 
  private:
-  /// Whose members or elements are being read.
+  /// The object or array that is being parsed.
   enum class Place { kRoot, kColumns, kFolders, kFolder, kSongs, kNames, kPassedOver };
-  /// The members of a folder, each a bit, those first that it has to have.
+  /// The members of a folder, one bit each. The first five are required.
   static constexpr std::string_view kFolderMembers[] = {"key",   "text",  "parent",       "open",
                                                         "songs", "image", "selectedImage"};
   static constexpr unsigned kAll = 0b11111;
@@ -200,8 +201,8 @@ class Reader : public nlohmann::json_sax<Json> {
     return std::find(std::begin(kFolderMembers), std::end(kFolderMembers), name) !=
            std::end(kFolderMembers);
   }
-  /// Marks the member of the folder that is being read as met.
-  /// \returns false when it was met before
+  /// Marks the current member of the current folder as seen.
+  /// \returns false when the member was seen before
   bool NoteMember() {
     const auto* const place =
         std::find(std::begin(kFolderMembers), std::end(kFolderMembers), name_);
@@ -221,13 +222,13 @@ class Reader : public nlohmann::json_sax<Json> {
     problem_ = std::move(problem);
     return false;
   }
-  /// Whether what comes next belongs to a member that this version does not know.
+  /// Whether the current value belongs to a member that this version ignores.
   bool IsPassedOver() const {
     return !places_.empty() &&
            (Here() == Place::kPassedOver || (Here() == Place::kRoot && !IsOfRoot(name_)) ||
             (Here() == Place::kFolder && !IsOfFolder(name_)));
   }
-  /// A value of a kind that has no meaning here: fine in what is passed over.
+  /// Handles a value of a type that is invalid here. Accepts the value inside ignored members.
   bool Unexpected() {
     if (places_.empty()) return Fail("it is no jukebox");
     return IsPassedOver() || Fail(Quoted(name_) + " has a value that it cannot have");
@@ -268,12 +269,13 @@ class Reader : public nlohmann::json_sax<Json> {
 
   std::vector<Place> places_;
   std::string name_;
-  unsigned seen_ = 0;                   ///< members of the folder that is being read
-  std::set<std::string> root_members_;  ///< that were met
+  /// Members of the current folder, as bits of kFolderMembers.
+  unsigned seen_ = 0;
+  std::set<std::string> root_members_;  ///< members of the root object seen so far
   std::string problem_;
 };
 
-/// Every folder has to have a key of its own and to come behind the one above it.
+/// Checks that every folder has a unique key and comes after its parent.
 void RequireTree(const JukeboxContent& content) {
   std::unordered_map<std::uint32_t, std::int32_t> levels;
   levels.reserve(content.folders.size());
@@ -293,11 +295,11 @@ void RequireTree(const JukeboxContent& content) {
   }
 }
 
-/// No number may have two names.
+/// Checks that no record number has two names.
 void RequireDifferentNumbers(const JukeboxContent::Names& names) {
   std::vector<std::int32_t> numbers(names.size());
   for (std::size_t k = 0; k < numbers.size(); ++k) numbers[k] = names[k].record;
-  // As it was written it is in order.
+  // Usually the numbers are already in order, because the writer sorts them.
   if (!std::is_sorted(numbers.begin(), numbers.end())) std::sort(numbers.begin(), numbers.end());
   const auto twice = std::adjacent_find(numbers.begin(), numbers.end());
   if (twice != numbers.end())
@@ -357,7 +359,8 @@ SongNames AbsentNames(const JukeboxContent& content, const clsMain& library) {
 }
 
 JukeboxContent DecodeJukebox(std::string_view bytes) {
-  // In a text a NUL is written as six characters. One that stands for itself would be taken for the end.
+  // A raw NUL is invalid in JSON (in a string it is escaped as \u0000). The parser would take it
+  // for the end of the input.
   if (const std::size_t nul = bytes.find('\0'); nul != std::string_view::npos)
     throw JukeboxFileError("at byte " + std::to_string(nul + 1) + " it is damaged or cut off");
   Reader reader;

@@ -18,26 +18,28 @@ class FolderTree;
 
 // A jukebox file (*.juk) is JSON in UTF-8:
 //
-//   {"format":"Tallow jukebox","version":1,
-//    "columns":["Name    --        (click to sort)","Key"],
-//    "folders":[
-//   {"key":1,"text":"All Songs","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[1,2,3]},
-//   {"key":2,"text":"Artist","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[]},
-//   {"key":3,"text":"ABBA","image":0,"selectedImage":1,"parent":2,"open":false,"songs":[2]}],
-//    "names":{
-//   "1":"a.mp3",
-//   "2":"b.mp3",
-//   "3":"c.mp3"}}
+//  {"format":"Tallow jukebox","version":1,
+//   "columns":["Name    --        (click to sort)","Key"],
+//   "folders":[
+//  {"key":1,"text":"All Songs","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[1,2,3]},
+//  {"key":2,"text":"Artist","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[]},
+//  {"key":3,"text":"ABBA","image":0,"selectedImage":1,"parent":2,"open":false,"songs":[2]}],
+//   "names":{
+//  "1":"a.mp3",
+//  "2":"b.mp3",
+//  "3":"c.mp3"}}
 //
-// Folders come in the order of the tree, each behind the one above it. "key" is a folder's number in this
-// file, from 1; "parent" is the key of the folder above, 0 at top level. "image" and "selectedImage" are
-// its pictures (see FolderImage), "open" is whether it is shown with the folders below it. "songs" are
-// record numbers of the song library, in list order. "names" has the file name of each song that is used and
-// known, to find it again should it have got another number. "columns" are the headers of the list. Members of
-// other names are passed over.
+// Folders are stored in tree order, each after its parent. "key" is the number of a folder in this
+// file, from 1. "parent" is the key of the parent folder, 0 at top level. "image" and
+// "selectedImage" are the folder's pictures (see FolderImage). "open" tells whether the folder is
+// expanded. "songs" are record numbers of the song library, in list order. "names" has the file
+// name of each song that is used and whose name is known. It serves to find the song again if its
+// record number has changed. "columns" are the headers of the list. The reader ignores members with
+// other names.
 //
-// A file name need not be UTF-8. A byte that is no part of valid UTF-8 stands as the character U+10FE00
-// plus the byte, and so does each byte of a character from U+10FE80 to U+10FEFF.
+// A file name need not be UTF-8. Each byte that is not part of valid UTF-8 is written as the
+// character U+10FE00 plus the byte. Each byte of a character from U+10FE80 to U+10FEFF is written
+// in the same way.
 
 /// Why a jukebox file cannot be used.
 class JukeboxFileError : public std::runtime_error {
@@ -45,10 +47,10 @@ class JukeboxFileError : public std::runtime_error {
   using std::runtime_error::runtime_error;
 };
 
-/// The version of the format that is written. Older ones would still be read; newer ones are not.
+/// The format version that is written. The reader accepts versions 1 to this one.
 inline constexpr int kJukeboxVersion = 1;
 
-/// What a jukebox file holds.
+/// The decoded content of a jukebox file.
 struct JukeboxContent {
   struct Folder {
     std::uint32_t key = 0;
@@ -60,7 +62,8 @@ struct JukeboxContent {
     std::vector<std::int32_t> songs;
   };
 
-  /// The file names of songs, in the order of the file. There may be a million, so they share one text.
+  /// The file names of songs, in file order. There may be a million, so they share one string
+  /// buffer.
   class Names {
    public:
     struct Name {
@@ -72,7 +75,7 @@ struct JukeboxContent {
       text_ += text;
     }
     std::size_t size() const noexcept { return places_.size(); }
-    /// \param index from 0; the text holds until a name is added
+    /// \param index from 0; the returned text is valid until the next Add
     Name operator[](std::size_t index) const {
       const std::size_t begin = places_[index].begin;
       const std::size_t end = index + 1 < size() ? places_[index + 1].begin : text_.size();
@@ -93,56 +96,62 @@ struct JukeboxContent {
   Names names;
 };
 
-/// The file names of songs by their record numbers.
+/// Maps record numbers to file names of songs.
 using SongNames = std::unordered_map<std::int32_t, std::string>;
 
-/// A jukebox as the bytes of a file.
+/// Encodes a jukebox as the bytes of a jukebox file.
 ///
-/// \param absent names of songs that the library does not have, which are written as well
+/// \param absent file names of songs that the library does not have; these are written too
 std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>& columns,
                           const clsMain& library, const SongNames& absent = {});
 
-/// The names that a file has of songs which the library does not have, or has as missing. They have to be
-/// kept for when it has them again.
+/// Returns the names in a file of songs that are absent from the library or missing. They must be
+/// kept in case the library gets these songs again.
 SongNames AbsentNames(const JukeboxContent& content, const clsMain& library);
 
-/// Reads the bytes of a file. What it gives obeys every rule above.
+/// Parses the bytes of a file. The result satisfies all rules of the format above.
 ///
 /// \throws JukeboxFileError
 JukeboxContent DecodeJukebox(std::string_view bytes);
 
-/// Songs of a jukebox that was saved while numbers were confused: its names say one song, its numbers
-/// another.
+/// Songs of a jukebox that was saved while record numbers were confused: the names in the file
+/// denote other songs than the numbers do.
 struct ConfusedSongs {
-  std::int32_t number = 0;  ///< of the first of them
-  std::string by_name;      ///< file name of the song that the jukebox names
-  std::string by_number;    ///< file name of the song that has the number
-  std::size_t count = 0;    ///< how many there are in all
+  std::int32_t number = 0;  ///< record number of the first such song
+  std::string by_name;      ///< file name that the jukebox has for the number
+  std::string by_number;    ///< file name of the song that now has the number
+  std::size_t count = 0;    ///< number of such songs
 };
 
-/// Asks whether confused songs are those that the names say (true) or those that the numbers say (false);
-/// no value where nobody answers.
+/// Asks whether confused songs are those given by the names (true) or by the numbers (false).
+/// Returns no value when there is no answer.
 using AskWhichSongs = std::function<std::optional<bool>(const ConfusedSongs&)>;
 
-/// The first of the numbers, going down, that an entry has of which only the file name is known: neither its
-/// number nor its name is that of a song of the library. Nothing is shown of it until there is one.
+/// The highest placeholder number. Placeholders go down from here. They replace the record number
+/// of an entry when neither its number nor its name denotes a song of the library, so that only the
+/// file name is known. Such an entry is hidden until the library has a song with that name.
 inline constexpr std::int32_t kFirstNumberOfName = clsMain::kFirstNumberOfName;
 inline constexpr bool IsNumberOfName(std::int32_t record) { return record <= kFirstNumberOfName; }
 
-/// Links songs to the library by their numbers and file names.
+/// Links the songs of a jukebox file to the library, by record number and file name.
 ///
-/// A number whose song came back under another number becomes that one. A number whose song is there, or is
-/// missing and remembered, stays when the file name is that of the song. Every other one becomes that of the
-/// only song of the name that is there, or else of the only missing one that is remembered. Where there is
-/// none, or are several, it stays if no other song has it, and else becomes a number that stands for the
-/// name alone.
+/// For each name in the file:
+/// - If the song has returned under a new number, that number is used.
+/// - If the number denotes a present song, or a missing song that is remembered, and the file name
+///   matches, the number stays.
+/// - Otherwise the number becomes that of the only present song with the name, or else of the only
+///   remembered missing song with it.
+/// - If there is no such song, or several, the number stays when it is a placeholder or a row of
+///   the library without a present song. Otherwise the entry gets a placeholder number, see
+///   kFirstNumberOfName.
 ///
-/// \param ask is called once when numbers were put right since the jukebox was saved and it names songs that
-///        stood at the place of another one's number; may be empty. Without an answer the names count.
+/// \param ask called once if numbers were repaired after the jukebox was saved and the jukebox has
+///            songs whose numbers were confused; may be empty. Without an answer the names are
+///            used.
 void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhichSongs& ask = {});
 
-/// Puts folders and songs into a tree, which has to be empty. The songs have no labels yet, and the
-/// pictures of their ranks.
+/// Adds folders and songs to an empty tree. The entries have no labels yet; their icons show the
+/// ranks of the songs.
 void FillTree(const JukeboxContent& content, const clsMain& library, FolderTree& tree);
 
 }  // namespace tallow

@@ -14,7 +14,7 @@ using namespace std::string_literals;
 class JukeboxFile : public LibraryTest {
  protected:
   std::string Encode() const { return EncodeJukebox(tree, columns, library); }
-  /// What is wrong with a file; empty when nothing is.
+  /// Returns what is wrong with a file; empty when the file is valid.
   static std::string ProblemOf(const std::string& bytes) {
     try {
       DecodeJukebox(bytes);
@@ -23,7 +23,7 @@ class JukeboxFile : public LibraryTest {
     }
     return {};
   }
-  /// A file around members of its own.
+  /// Returns a file with the given folders and additional members.
   static std::string File(const std::string& folders, const std::string& more = "") {
     return R"({"format":"Tallow jukebox","version":1,"columns":[],"folders":[)" + folders +
            R"(],"names":{})" + more + "}";
@@ -33,7 +33,7 @@ class JukeboxFile : public LibraryTest {
            R"(,"text":"x","image":0,"selectedImage":1,"parent":)" + std::to_string(parent) +
            R"(,"open":false,"songs":[)" + songs + "]}";
   }
-  /// A tree as text: a line a folder.
+  /// A tree as text, one line per folder.
   static std::string Describe(const FolderTree& tree) {
     std::string text;
     for (std::int32_t k = 0; k < tree.Children(); ++k) Describe(tree.ChildAt(k), text);
@@ -82,7 +82,7 @@ TEST_F(JukeboxFile, AnEmptyJukeboxComesBackEmpty) {
   EXPECT_EQ(content.names.size(), 0U);
 }
 
-TEST_F(JukeboxFile, AnyTextComesBack) {
+TEST_F(JukeboxFile, AnyTextSurvivesSavingAndLoading) {
   const std::string texts[] = {"",
                                "a\0b\0"s,
                                "[x] {y} \"z\" \\ /",
@@ -109,7 +109,7 @@ TEST_F(JukeboxFile, AnyTextComesBack) {
   }
 }
 
-TEST_F(JukeboxFile, RandomTreesComeBack) {
+TEST_F(JukeboxFile, RandomTreesSurviveSavingAndLoading) {
   for (int k = 0; k < 50; ++k)
     AddSong("/m/", std::to_string(k) + ".mp3", "1", std::to_string(2 + k % 6));
   std::mt19937 random(7);
@@ -152,17 +152,17 @@ TEST_F(JukeboxFile, FilesThatAreNoJukeboxAreRefused) {
   EXPECT_NE(ProblemOf(R"({"format":7,"version":1})"), "");
 }
 
-TEST_F(JukeboxFile, EveryCutIsNoticed) {
+TEST_F(JukeboxFile, EveryTruncationIsDetected) {
   AddSong("/m/", "a.mp3");
   tree.AddChild(nullptr, "All Songs").Items().emplace_back(1, 2);
   const std::string bytes = Encode();
   ASSERT_EQ(ProblemOf(bytes), "");
-  // But for the line break at the end.
+  // Only the final line break may be missing.
   for (std::size_t length = 0; length + 1 < bytes.size(); ++length)
     EXPECT_NE(ProblemOf(bytes.substr(0, length)), "") << length;
 }
 
-TEST_F(JukeboxFile, FoldersHaveToMakeATree) {
+TEST_F(JukeboxFile, FoldersMustFormATree) {
   EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(2, 1))), "");
   EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(1, 0))),
             "the folder 'x' has the key of another one");
@@ -180,7 +180,7 @@ TEST_F(JukeboxFile, FoldersMayLieAThousandDeepAndNoDeeper) {
             "the folder 'x' lies too deep");
 }
 
-TEST_F(JukeboxFile, MembersAreWhatTheyHaveToBe) {
+TEST_F(JukeboxFile, InvalidMembersAreRefused) {
   EXPECT_EQ(ProblemOf(File(R"({"key":1,"text":"x","parent":0,"open":false})")),
             "folder 1 is not complete");
   EXPECT_EQ(ProblemOf(File("{}")), "folder 1 is not complete");
@@ -197,7 +197,7 @@ TEST_F(JukeboxFile, MembersAreWhatTheyHaveToBe) {
   EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":1,"names":{"1":2}})"), "");
 }
 
-TEST_F(JukeboxFile, WhatIsMissingOrThereTwiceIsRefused) {
+TEST_F(JukeboxFile, MissingOrDuplicateMembersAreRefused) {
   const std::string head = R"({"format":"Tallow jukebox","version":1)";
   EXPECT_EQ(ProblemOf(head + "}"), "it is no jukebox");
   EXPECT_EQ(ProblemOf(head + R"(,"folders":[]})"), "");
@@ -216,7 +216,7 @@ TEST_F(JukeboxFile, WhatIsMissingOrThereTwiceIsRefused) {
             "there is no format 0");
 }
 
-TEST_F(JukeboxFile, ListsAndObjectsStandWhereTheyBelong) {
+TEST_F(JukeboxFile, MisplacedArraysAndObjectsAreRefused) {
   const std::string head = R"({"format":"Tallow jukebox","version":1)";
   for (const char* const wrong :
        {R"("folders":{})", R"("folders":[[]])", R"("folders":[],"names":[])",
@@ -251,7 +251,7 @@ TEST_F(JukeboxFile, NamesOfSongsThatTheLibraryDoesNotHaveAreKept) {
   EXPECT_EQ(again.names[2].text, "forty.mp3");
 }
 
-TEST_F(JukeboxFile, MembersOfOtherNamesArePassedOver) {
+TEST_F(JukeboxFile, UnknownMembersAreIgnored) {
   const std::string more =
       R"(,"later":{"a":[1,[2,{"b":null}],true,1.5,"x"],"folders":[{"key":9}]},"also":3)";
   const JukeboxContent content = DecodeJukebox(File(FolderText(1, 0, "4,5"), more));
@@ -259,7 +259,7 @@ TEST_F(JukeboxFile, MembersOfOtherNamesArePassedOver) {
   EXPECT_EQ(content.folders[0].songs, (std::vector<std::int32_t>{4, 5}));
 }
 
-TEST_F(JukeboxFile, DeepNestingOfOtherMembersDoesNotHurt) {
+TEST_F(JukeboxFile, DeepNestingOfUnknownMembersIsAccepted) {
   const std::string deep = std::string(200000, '[') + std::string(200000, ']');
   EXPECT_EQ(ProblemOf(File("", ",\"later\":" + deep)), "");
   EXPECT_NE(ProblemOf(std::string(200000, '[')), "");
@@ -285,13 +285,14 @@ TEST_F(JukeboxFile, ASongWithAnotherNumberIsFoundByItsName) {
     content.names.Add(record, name);
   content.folders.emplace_back().songs = {1, 2, 3, 4, 5, 6, 99, 1, -1};
   RelinkSongs(content, library);
-  // The row of 5 is missing and 99 has none, so the names count. 2 could be either and 3 is nowhere, but
-  // their numbers are other songs': they stand for their names alone.
+  // The names are used for number 5, whose song is missing, and for 99, which is outside the
+  // library. "twice.mp3" is ambiguous and "nowhere.mp3" is not in the library. Their numbers 2 and
+  // 3 belong to other songs, so both entries get placeholder numbers.
   EXPECT_EQ(content.folders[0].songs,
             (std::vector<std::int32_t>{2, -1000000001, -1000000002, 4, 2, 6, 2, 2, -1}));
   EXPECT_EQ(AbsentNames(content, library).at(-1000000002), "nowhere.mp3");
   EXPECT_TRUE(library.IsHidden(-1000000001));
-  // They keep their numbers when they are read again, and are songs once there is one.
+  // Relinking keeps placeholder numbers, until the library has a song with the name.
   RelinkSongs(content, library);
   EXPECT_EQ(content.folders[0].songs[2], -1000000002);
   AddSong("/m/", "nowhere.mp3");
@@ -299,7 +300,7 @@ TEST_F(JukeboxFile, ASongWithAnotherNumberIsFoundByItsName) {
   EXPECT_EQ(content.folders[0].songs[2], 7);
 }
 
-TEST_F(JukeboxFile, NumbersOfOtherMembersMayBeOfAnySize) {
+TEST_F(JukeboxFile, NumbersInUnknownMembersMayHaveAnySize) {
   EXPECT_EQ(ProblemOf(File("", R"(,"later":9300000000000000000,"added":[1732200000000])")), "");
   EXPECT_EQ(ProblemOf(File(R"({"key":1,"text":"x","parent":0,"open":true,"songs":[],)"
                            R"("added":1732200000000,"size":9300000000000000000})")),
@@ -307,7 +308,7 @@ TEST_F(JukeboxFile, NumbersOfOtherMembersMayBeOfAnySize) {
   EXPECT_EQ(ProblemOf(File(R"({"key":9300000000000000000})")), "a number is too large");
 }
 
-TEST_F(JukeboxFile, NothingFollowsItsEnd) {
+TEST_F(JukeboxFile, DataAfterTheEndIsRefused) {
   const std::string whole = File(FolderText(1, 0));
   ASSERT_EQ(ProblemOf(whole), "");
   EXPECT_EQ(ProblemOf(whole + " \n\t"), "");
@@ -332,7 +333,7 @@ TEST_F(JukeboxFile, SongsAreNamedByWholeNumbersOnly) {
 TEST_F(JukeboxFile, TextsThatAreNoUtf8AreRefused) {
   EXPECT_NE(ProblemOf(File(FolderText(1, 0), ",\"x\":\"\xFF\"")), "");
   EXPECT_NE(ProblemOf(File(FolderText(1, 0), R"(,"x":"\uD800")")), "");
-  // A mark of the byte order, which some editors put before it, does no harm.
+  // A byte order mark, which some editors write, is accepted.
   EXPECT_EQ(ProblemOf("\xEF\xBB\xBF" + File(FolderText(1, 0))), "");
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Saving where the system does not let it.
+// Saving when the operating system refuses the write.
 #include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -29,7 +29,7 @@ class FailingSave : public LibraryTest {
   std::string before;
 };
 
-TEST_F(FailingSave, AFolderThatMayNotBeWrittenIsSaid) {
+TEST_F(FailingSave, AFolderWithoutWritePermissionIsReported) {
   std::filesystem::permissions(music.path(), std::filesystem::perms(0555));
   {
     const AsNobody nobody;
@@ -43,7 +43,8 @@ TEST_F(FailingSave, AFolderThatMayNotBeWrittenIsSaid) {
   EXPECT_EQ(ReadWholeFile(Path()), before);
 }
 
-/// No file may grow beyond a limit, which stops a writer half way as a full disk does.
+/// Limits the size of files that this process writes, so that a write fails midway as on a full
+/// disk.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(rlim_t bytes) {
@@ -65,7 +66,7 @@ class FileSizeLimit {
   void (*old_handler_)(int);
 };
 
-TEST_F(FailingSave, ADiskThatIsFullHalfWayLeavesTheOldFile) {
+TEST_F(FailingSave, AWriteThatFailsMidwayLeavesTheOldFile) {
   for (const rlim_t room : {0, 1, 100, 5000}) {
     {
       const FileSizeLimit limit(room);
@@ -75,7 +76,7 @@ TEST_F(FailingSave, ADiskThatIsFullHalfWayLeavesTheOldFile) {
     EXPECT_EQ(ReadWholeFile(Path()), before);
     EXPECT_TRUE(jukebox.DiffersFromFile());
   }
-  // With room again it is saved.
+  // Saving works again once the limit is gone.
   EXPECT_TRUE(jukebox.Save(Path(), library));
   Jukebox saved;
   EXPECT_TRUE(saved.Load(Path(), library));

@@ -126,7 +126,7 @@ TEST_F(JukeboxTest, ARankThatIsNoNumberEndsTheSortByRank) {
   EXPECT_THROW(jukebox.ColumnClick(library), TypeMismatchError);
 }
 
-TEST_F(JukeboxTest, EqualKeysComeOutAsTheQuicksortLeavesThem) {
+TEST_F(JukeboxTest, EqualKeysAreOrderedAsByTheQuicksort) {
   std::mt19937 random(5);
   for (int k = 0; k < 60; ++k)
     AddSong("/m/", std::string(1, static_cast<char>('a' + random() % 3)) + ".mp3", "1",
@@ -148,7 +148,7 @@ TEST_F(JukeboxTest, EqualKeysComeOutAsTheQuicksortLeavesThem) {
   }
 }
 
-TEST_F(JukeboxTest, AViewIsToldWhatChanged) {
+TEST_F(JukeboxTest, TheViewIsNotifiedOfChanges) {
   struct View : JukeboxView {
     void CaptionChanged() override { ++captions; }
     void ListChanged() override { ++lists; }
@@ -185,7 +185,7 @@ class SavedJukebox : public LibraryTest {
   const std::string path = folder / "mix.juk";
 };
 
-TEST_F(SavedJukebox, ComesBack) {
+TEST_F(SavedJukebox, IsLoadedWithTheSameContent) {
   ASSERT_TRUE(jukebox.Save(path, library));
   Jukebox other;
   other.Nodes().AddChild(nullptr, "before");
@@ -200,7 +200,7 @@ TEST_F(SavedJukebox, ComesBack) {
   EXPECT_EQ(other.SortState(), 0);
 }
 
-TEST_F(SavedJukebox, TheFileBeforeIsKeptWhenItHadOtherContent) {
+TEST_F(SavedJukebox, ASaveKeepsTheOldFileAsBackupWhenItsContentDiffers) {
   ASSERT_TRUE(jukebox.Save(path, library));
   const auto first = ReadWholeFile(path);
   ASSERT_TRUE(jukebox.Save(path, library));
@@ -238,7 +238,7 @@ TEST_F(SavedJukebox, AFailedLoadSaysWhyAndChangesNothing) {
 
 TEST_F(SavedJukebox, AFileThatIsTooLargeIsNotRead) {
   folder.File("mix.juk", "{");
-  // A file with a hole takes no room on the disk.
+  // The file is sparse and uses no disk space.
   std::filesystem::resize_file(path, (std::uintmax_t{1} << 30U) + 1);
   EXPECT_FALSE(jukebox.Load(path, library));
   EXPECT_EQ(jukebox.FileProblem(),
@@ -246,16 +246,16 @@ TEST_F(SavedJukebox, AFileThatIsTooLargeIsNotRead) {
   EXPECT_EQ(jukebox.Nodes().Count(), 2);
 }
 
-TEST_F(SavedJukebox, TheFileBeforeIsKeptOnlyOnceTheNewOneIsWritten) {
+TEST_F(SavedJukebox, TheBackupIsReplacedOnlyAfterTheNewFileIsWritten) {
   ASSERT_TRUE(jukebox.Save(path, library));
   folder.File("mix.juk.bak", "older");
-  folder.Folder("mix.juk.new");  // nothing can be written beside it
+  folder.Folder("mix.juk.new");  // blocks the temporary file
   jukebox.Nodes().AddChild(nullptr, "two");
   EXPECT_FALSE(jukebox.Save(path, library));
   EXPECT_EQ(ReadWholeFile(path + ".bak"), "older");
 }
 
-TEST_F(SavedJukebox, WithoutRoomForTheFileBeforeNothingIsReplaced) {
+TEST_F(SavedJukebox, IfTheBackupFailsNothingIsReplaced) {
   ASSERT_TRUE(jukebox.Save(path, library));
   const auto first = ReadWholeFile(path);
   folder.Folder("mix.juk.bak");

@@ -14,7 +14,7 @@ bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox&
                      const FilingProgress& progress) {
   if (!load(path, ask ? AskAboutConfusedSongs(path, library, ask) : AskWhichSongs())) return false;
   if (jukebox.ColumnHeaders().empty()) jukebox.AddColumnHeader(kNameHeader);
-  // A window without a caption could not be told from all of them.
+  // FillAutomaticFolders treats an empty caption as "all jukeboxes".
   jukebox.Caption(caption.empty() ? NameOfPath(path) : caption);
   jukebox.FileLocation(FolderOfPath(path));
   FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags,

@@ -18,18 +18,19 @@ class clsMain;
 /// Loads a jukebox from its file, see Jukebox::Load.
 using LoadFromFile = std::function<bool(const std::string& path, const AskWhichSongs& ask)>;
 
-/// Takes a jukebox from its file: the folders and the place, and files the songs that have come to the
-/// library since it was saved.
+/// Opens a jukebox from its file: loads the folders, sets caption and location, and files the songs
+/// that were added to the library after the jukebox was saved.
 ///
-/// \param caption    what it is called: the file's name in upper case, as the caller makes it; where nothing
-///                   is left of that, the whole name
-/// \param windows    the open jukeboxes, this one among them
-/// \param load       loads this jukebox
-/// \param ask        asks about songs whose numbers were confused; may be empty
-/// \param found_tags tags that are known already, sealed; null for none
-/// \param progress   see FillAutomaticFolders; the jukebox is open with the songs that have been filed when this
-///                   ends the filing
-/// \returns false when the file cannot be used; jukebox.FileProblem() says why, and nothing has changed
+/// \param caption    the caption: by convention the file name in upper case; if empty, the file
+///                   name as it is
+/// \param windows    the open jukeboxes, including this one
+/// \param load       callback that loads this jukebox
+/// \param ask        callback that asks about songs whose numbers were confused; may be empty
+/// \param found_tags sealed cache of tags already read; null for none
+/// \param progress   see FillAutomaticFolders; if it cancels the filing, the jukebox is open with
+///                   the songs filed so far
+/// \returns false when the file cannot be used; jukebox.FileProblem() has the reason, and nothing
+/// has changed
 /// \throws FilingError after everything else is done, see FillAutomaticFolders
 bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
                      clsMain& library, std::span<Jukebox* const> windows, const LoadFromFile& load,

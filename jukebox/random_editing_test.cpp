@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Random editing of a jukebox, with undo, filing and pruning, against a literal twin.
+// Compares random editing of a jukebox, with undo, filing and pruning, with a reference
+// implementation.
 #include <algorithm>
 #include <memory>
 #include <random>
@@ -18,13 +19,14 @@ namespace {
 
 using Songs = std::vector<std::int32_t>;
 
-/// The same commands on a tree of copies: each step keeps the whole tree before it.
+/// Reference implementation of the undo history: each step stores a copy of the whole tree before
+/// it.
 class LiteralHistory {
  public:
   struct Node {
-    std::int32_t number = 0;  ///< of the folder; stays with it
+    std::int32_t number = 0;  ///< identifies the folder; never changes
     std::string text;
-    std::vector<std::pair<std::int32_t, std::int32_t>> songs;  ///< number of the entry, song
+    std::vector<std::pair<std::int32_t, std::int32_t>> songs;  ///< entry number, record number
     std::vector<std::shared_ptr<Node>> children;
   };
   using NodePtr = std::shared_ptr<Node>;
@@ -39,7 +41,7 @@ class LiteralHistory {
     return nullptr;
   }
   Node* Find(std::int32_t number) { return Find(*now_, number); }
-  /// The list of folders that one is in.
+  /// Returns the child list that contains a folder.
   static std::vector<NodePtr>* ListOf(Node& above, std::int32_t number) {
     for (const NodePtr& child : above.children) {
       if (child->number == number) return &above.children;
@@ -81,7 +83,8 @@ class LiteralHistory {
     redo_.pop_back();
     DropDoubles(*now_);
   }
-  /// A song that a step has brought again to a folder where it was filed meanwhile goes.
+  /// Removes songs that a redo has added to a folder although they were filed there in the
+  /// meantime.
   void DropDoubles(const Node& folder) {
     if (const Node* const before = Find(*undo_.back(), folder.number)) {
       std::vector<std::int32_t> gone;
@@ -98,7 +101,7 @@ class LiteralHistory {
     return std::any_of(folder.songs.begin(), folder.songs.end(),
                        [entry](const auto& song) { return song.first == entry; });
   }
-  /// Takes entries out of a folder, now and in all that is kept.
+  /// Removes entries from a folder, in the current tree and in all stored trees.
   void Drop(std::int32_t folder, const std::vector<std::int32_t>& entries) {
     if (entries.empty()) return;
     OnAll([&](Node& root) {
@@ -108,7 +111,7 @@ class LiteralHistory {
         });
     });
   }
-  /// Runs something on the tree now and on all that are kept.
+  /// Applies a function to the current tree and to all stored trees.
   template <typename Act>
   void OnAll(const Act& act) {
     act(*now_);
@@ -124,7 +127,7 @@ class LiteralHistory {
   std::int32_t last_ = 0;
 };
 
-/// Runs random commands on a jukebox and on its literal twin.
+/// Applies random commands to a jukebox and to the reference implementation.
 class RandomEditing : public LibraryTest {
  protected:
   using Node = LiteralHistory::Node;
@@ -150,7 +153,7 @@ class RandomEditing : public LibraryTest {
   Node& NodeOf(const Folder* folder) {
     return folder == nullptr ? literal.Now() : *literal.Find(NumberOf(*folder));
   }
-  /// Gives a folder and those below it the numbers of their twins.
+  /// Maps a folder and all folders below it to the numbers of their reference nodes.
   void Number(const Folder& folder, const Node& node) {
     numbers[&folder] = node.number;
     for (std::int32_t k = 0; k < folder.Children(); ++k)
@@ -244,7 +247,7 @@ class RandomEditing : public LibraryTest {
     edits.Paste(into);
   }
 
-  /// Songs are filed: into a folder, and into a new one below it.
+  /// Files a song into a folder and into a new folder below it.
   void FileSongs(Folder& folder) {
     const std::int32_t song = Random(kSongs) + 1;
     const std::int32_t entry = literal.NewNumber();
@@ -265,7 +268,7 @@ class RandomEditing : public LibraryTest {
       node->children.push_back(child);
     });
   }
-  /// Files are found missing while a folder is shown.
+  /// Removes random songs from a folder, as when their files are found missing.
   void Prune(Folder& folder) {
     std::vector<std::int32_t> rows;
     for (const int row : SomeRows(folder)) rows.push_back(row);
@@ -278,7 +281,7 @@ class RandomEditing : public LibraryTest {
     jukebox.History().SongsPruned(folder, rows);
     literal.Drop(NumberOf(folder), gone);
   }
-  /// The folder is sorted by a click.
+  /// Sorts the songs of a folder by a click on the column header.
   void SortSongs(Folder& folder) {
     jukebox.ShowFolder(folder, library, changes);
     auto sorted = NodeOf(&folder).songs;
@@ -288,7 +291,7 @@ class RandomEditing : public LibraryTest {
         std::adjacent_find(sorted.begin(), sorted.end(), [](const auto& a, const auto& b) {
           return a.second == b.second;
         }) != sorted.end();
-    // Which of two entries of one song comes first cannot be seen, and so not be followed here.
+    // The order of two entries of the same song depends on the sort and cannot be predicted here.
     if (has_equal) return;
     if (sorted != NodeOf(&folder).songs) {
       literal.Step();
@@ -335,7 +338,7 @@ class RandomEditing : public LibraryTest {
         return edits.CutFolder(*folder);
       case 7:
       case 8:
-        // Copies of copies double; a large tree would only be slow.
+        // Limit the tree: copies of copies grow exponentially and would only slow down the test.
         if (jukebox.Nodes().Count() < 60) Paste(command == 7 ? folder : nullptr);
         return;
       case 9:
@@ -420,13 +423,13 @@ class RandomEditing : public LibraryTest {
   std::int64_t changes = 0;
 };
 
-TEST_F(RandomEditing, IsThatOfALiteralTree) {
+TEST_F(RandomEditing, AgreesWithTheReferenceImplementation) {
   for (int k = 1; k <= kSongs; ++k)
     AddSong("/m/", (k < 10 ? "0" : "") + std::to_string(k) + ".mp3");
   for (unsigned seed = 1; seed <= 12; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     random.seed(seed);
-    // What a tree holds that the user has not filled.
+    // Initial folders, added without the undo history.
     for (int k = 0; k < 2; ++k) {
       auto node = std::make_shared<Node>();
       node->number = literal.NewNumber();
@@ -447,10 +450,10 @@ TEST_F(RandomEditing, IsThatOfALiteralTree) {
       if (command % 25 == 0) ExpectSameAfterSaveAndLoad();
       ASSERT_EQ(jukebox.History().CanUndo(), !literal.undo_.empty());
       ASSERT_EQ(jukebox.History().CanRedo(), !literal.redo_.empty());
-      // The history forgets at a bound that the twin has not.
+      // Below this limit the history drops no steps; the reference never drops any.
       ASSERT_LT(literal.undo_.size(), EditHistory::kMaxSteps);
     }
-    // All the way back, and forth again.
+    // Undo everything, then redo everything.
     while (jukebox.History().CanUndo()) {
       jukebox.Undo();
       literal.Undo();

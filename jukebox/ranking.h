@@ -9,18 +9,18 @@ namespace tallow {
 class Folder;
 class clsMain;
 
-/// The six items of the rank menu, from the best to the worst.
+/// Number of items in the rank menu, ordered from best to worst.
 inline constexpr int kRankItems = 6;
 
-/// Ranks some songs of a folder and saves the library, once.
+/// Ranks songs of a folder and then saves the library once.
 ///
-/// The items store "7", "6", "5", "4", "3" and "3" again: the last one differs only in the picture that
-/// the entries get at once, 2, which gives way to 3 when the folder is labelled next. Only songs that
-/// were never ranked carry a "2".
+/// The items store "7", "6", "5", "4", "3" and "3" again. The last item differs only in the icon:
+/// it sets icon 2 at once, and labelling the folder replaces it by 3. Only songs that were never
+/// ranked have the stored rank "2".
 ///
-/// \param rows places in the list, from 0; others than there are entries are passed over
+/// \param rows positions in the list, from 0; invalid positions are ignored
 /// \param item 1 (best) to kRankItems (worst)
-/// \returns whether the library could be saved; the ranks hold in memory in any case
+/// \returns whether the library was saved; the ranks are set in memory in any case
 bool RankSongs(Folder& folder, const std::vector<int>& rows, int item, clsMain& library);
 
 }  // namespace tallow

@@ -59,13 +59,13 @@ TEST_F(Ranking, NothingIsSavedForNoSongs) {
   EXPECT_FALSE(FileExists(LibraryPath()));
 }
 
-TEST_F(Ranking, AnEntryWithoutASongIsPassedOver) {
+TEST_F(Ranking, AnEntryWithoutASongIsIgnored) {
   folder.Items().emplace_back(99, 2);
   EXPECT_TRUE(RankSongs(folder, {3}, 1, library));
   EXPECT_EQ(Icons().back(), 2);
 }
 
-TEST_F(Ranking, AFailedSaveIsToldAndTheRanksHold) {
+TEST_F(Ranking, AFailedSaveIsReportedAndTheRanksStayInMemory) {
   std::filesystem::create_directories(std::filesystem::path(LibraryPath()));
   EXPECT_FALSE(RankSongs(folder, {0}, 1, library));
   EXPECT_EQ(library.Mp3Info(5, 3), "7");

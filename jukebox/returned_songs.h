@@ -11,8 +11,8 @@ namespace tallow {
 class Jukebox;
 class JukeboxClipboard;
 
-/// Lets jukeboxes and the clipboard mean the songs that came back by the numbers that they have now: in
-/// folders, in steps that can be undone, and in what was cut or copied.
+/// Replaces the old numbers of songs that have returned by their new ones, in the folders and undo
+/// steps of jukeboxes and on the clipboard.
 void FollowReturnedSongs(const std::vector<ReturnedSong>& returned,
                          std::span<Jukebox* const> jukeboxes, JukeboxClipboard& clipboard);
 

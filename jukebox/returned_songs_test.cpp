@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Songs of a jukebox that go missing, are away, and come back.
+// Songs of a jukebox that go missing, are unreachable, or return.
 #include "jukebox/returned_songs.h"
 
 #include <filesystem>
@@ -21,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 using Songs = std::vector<std::int32_t>;
 
-/// A jukebox with a folder "mine" over a library of real files, of which some can go.
+/// A jukebox with a folder "mine" and a library of real files, some of which the tests move.
 class ReturnedSongs : public LibraryTest {
  protected:
   ReturnedSongs() {
@@ -69,7 +69,7 @@ class ReturnedSongs : public LibraryTest {
   JukeboxEdits edits{jukebox, tallow.clipboard};
 };
 
-TEST_F(ReturnedSongs, AMissingSongKeepsItsEntryUnseen) {
+TEST_F(ReturnedSongs, AMissingSongKeepsAHiddenEntry) {
   MoveAway("b.mp3");
   Scan();
   EXPECT_EQ(SongsOf(mine), (Songs{1, 2, 3, 4}));
@@ -77,14 +77,14 @@ TEST_F(ReturnedSongs, AMissingSongKeepsItsEntryUnseen) {
   EXPECT_EQ(Labels(), (Texts{"1.  a.mp3", "2.  c.mp3", "3.  d.mp3"}));
 }
 
-TEST_F(ReturnedSongs, ASongThatNothingIsRememberedOfIsPrunedAsEver) {
+TEST_F(ReturnedSongs, ASongThatIsNotRememberedIsPruned) {
   for (const std::int16_t column : {kFileLocation, kFileName, kFileIsThere})
     library.Mp3Info(column, 2, "0");
   jukebox.ListRefilled(library);
   EXPECT_EQ(SongsOf(mine), (Songs{1, 3, 4}));
 }
 
-TEST_F(ReturnedSongs, ASongThatComesBackHasItsPlaceItsRankAndNoOtherEntry) {
+TEST_F(ReturnedSongs, AReturnedSongKeepsItsPositionAndRankAndIsNotFiledAgain) {
   Folder& all = jukebox.Nodes().AddChild(nullptr, "All Songs");
   Folder& latest = jukebox.Nodes().AddChild(nullptr, "New");
   for (std::int32_t row = 1; row <= 4; ++row) all.Items().emplace_back(row, 2);
@@ -102,7 +102,7 @@ TEST_F(ReturnedSongs, ASongThatComesBackHasItsPlaceItsRankAndNoOtherEntry) {
   EXPECT_EQ(SongsOf(latest), Songs{});
 }
 
-TEST_F(ReturnedSongs, StepsAndTheClipboardMeanTheSongByItsNewNumber) {
+TEST_F(ReturnedSongs, UndoStepsAndTheClipboardUseTheNewNumber) {
   edits.CopySongs(mine, {1, 2});
   Folder& other = jukebox.Nodes().AddChild(nullptr, "other");
   edits.AddSongs(other, {{2, 2}, {3, 2}});
@@ -128,7 +128,7 @@ TEST_F(ReturnedSongs, StepsAndTheClipboardMeanTheSongByItsNewNumber) {
   EXPECT_EQ(SongsOf(other), (Songs{5, 3}));
 }
 
-TEST_F(ReturnedSongs, AStepThatNamesAMissingSongStaysValid) {
+TEST_F(ReturnedSongs, AStepThatHoldsAMissingSongStaysValid) {
   Folder& other = jukebox.Nodes().AddChild(nullptr, "other");
   edits.AddSongs(other, {{2, 2}, {3, 2}});
   std::int64_t changes = 0;
@@ -141,7 +141,7 @@ TEST_F(ReturnedSongs, AStepThatNamesAMissingSongStaysValid) {
   EXPECT_EQ(SongsOf(other), (Songs{2, 3}));
 }
 
-TEST_F(ReturnedSongs, AFolderOnTheClipboardFollowsToo) {
+TEST_F(ReturnedSongs, AFolderOnTheClipboardUsesTheNewNumber) {
   edits.CopyFolder(mine);
   MoveAway("b.mp3");
   Scan();
@@ -169,7 +169,7 @@ TEST_F(ReturnedSongs, AMissingSongIsNotFound) {
   EXPECT_EQ(search.FindNext("0", jukebox.Nodes(), mine, library).folder, nullptr);
 }
 
-TEST_F(ReturnedSongs, TheNameOfASongThatWentIsWritten) {
+TEST_F(ReturnedSongs, TheNameOfAMissingSongIsWritten) {
   MoveAway("b.mp3");
   Scan();
   const std::string bytes = jukebox.Encode(library);
@@ -177,7 +177,7 @@ TEST_F(ReturnedSongs, TheNameOfASongThatWentIsWritten) {
   EXPECT_NE(bytes.find("\"songs\":[1,2,3,4]"), std::string::npos) << bytes;
 }
 
-TEST_F(ReturnedSongs, AFileThatWasSavedBeforeMeansTheSong) {
+TEST_F(ReturnedSongs, AFileSavedBeforeTheMoveLoadsTheReturnedSong) {
   const std::string path = application / "Grouping/mix.juk";
   ASSERT_TRUE(jukebox.Save(path, library));
   MoveAway("b.mp3");
@@ -192,7 +192,7 @@ TEST_F(ReturnedSongs, AFileThatWasSavedBeforeMeansTheSong) {
   EXPECT_EQ(SongsOf(loaded.Nodes().ChildAt(0)), (Songs{1, 5, 3, 4}));
 }
 
-TEST_F(ReturnedSongs, UnsavedChangesMeanTheSongToo) {
+TEST_F(ReturnedSongs, UnsavedChangesLoadTheReturnedSong) {
   UnsavedJukeboxes unsaved(SystemFolder(application.path()));
   jukebox.RememberContent();
   mine.Items().emplace_back(2, 2);
@@ -210,7 +210,7 @@ TEST_F(ReturnedSongs, UnsavedChangesMeanTheSongToo) {
   EXPECT_EQ(SongsOf(recovered.Nodes().ChildAt(0)), (Songs{1, 5, 3, 4, 5}));
 }
 
-TEST_F(ReturnedSongs, ClosingLosesNothingWhereOnlyNumbersHaveChanged) {
+TEST_F(ReturnedSongs, AChangeOfNumbersAloneIsNoUnsavedChange) {
   const std::string path = application / "Grouping/mix.juk";
   EXPECT_TRUE(jukebox.HasUnsavedChanges(library));
   ASSERT_TRUE(jukebox.Save(path, library));
@@ -222,7 +222,7 @@ TEST_F(ReturnedSongs, ClosingLosesNothingWhereOnlyNumbersHaveChanged) {
   EXPECT_FALSE(jukebox.HasUnsavedChanges(library));
   edits.CutSongs(mine, {0});
   EXPECT_TRUE(jukebox.HasUnsavedChanges(library));
-  // Numbers change once more while the jukebox differs from its file, and the change is taken back.
+  // Numbers change again while the jukebox differs from its file. Undo then removes the difference.
   MoveAway("c.mp3");
   Scan();
   MoveBack("c.mp3");
@@ -234,7 +234,7 @@ TEST_F(ReturnedSongs, ClosingLosesNothingWhereOnlyNumbersHaveChanged) {
   EXPECT_TRUE(jukebox.HasUnsavedChanges(library));
 }
 
-TEST_F(ReturnedSongs, DroppedFilesThatWereMovedAreTheSongsThatTheyWere) {
+TEST_F(ReturnedSongs, DroppedFilesThatWereMovedKeepTheirSongs) {
   MoveAway("b.mp3");
   library.Mp3Info(kSongRank, 2, "7");
   library.Save();
@@ -248,7 +248,7 @@ TEST_F(ReturnedSongs, DroppedFilesThatWereMovedAreTheSongsThatTheyWere) {
   EXPECT_EQ(TextOf(taken.report, false), "1 back with its rank, 1 missing");
 }
 
-TEST_F(ReturnedSongs, ADropThatIsACopySaysSo) {
+TEST_F(ReturnedSongs, ADropOfACopyIsReported) {
   music.File("n/b.mp3", "another song");
   const TakenFiles taken = TakeFiles(Texts{music / "n/b.mp3"}, library);
   EXPECT_TRUE(taken.returned.empty());
@@ -261,7 +261,7 @@ TEST_F(ReturnedSongs, ADropThatIsACopySaysSo) {
   EXPECT_EQ(library.LeftOut()[0].stands_for_it, music / "m/b.mp3");
 }
 
-/// How a jukebox's entries are linked that name songs otherwise than the library does.
+/// Checks RelinkSongs for entries whose names differ from those in the library.
 class Links : public ReturnedSongs {
  protected:
   Songs Linked(const std::vector<std::pair<std::int32_t, std::string>>& entries,
@@ -277,14 +277,14 @@ class Links : public ReturnedSongs {
   }
 };
 
-TEST_F(Links, AMissingAnOutOfRangeAndAnotherSongsNumberFollowTheName) {
+TEST_F(Links, NumbersOfMissingAbsentAndOtherSongsAreReplacedByName) {
   MoveAway("b.mp3");
   Scan();
   EXPECT_EQ(Linked({{2, "c.mp3"}, {99, "a.mp3"}, {4, "a.mp3"}, {-3, "d.mp3"}}),
             (Songs{3, 1, 1, 4}));
 }
 
-TEST_F(Links, AMissingSongIsLinkedByItsNameWhereNoneIsThere) {
+TEST_F(Links, AMissingSongIsFoundByNameWhenNoPresentSongHasIt) {
   MoveAway("b.mp3");
   Scan();
   EXPECT_EQ(Linked({{2, "b.mp3"}, {99, "b.mp3"}, {3, "b.mp3"}}), (Songs{2, 2, 2}));
@@ -299,10 +299,11 @@ TEST_F(Links, ARememberedSongIsNotReplacedByAnotherOfItsName) {
   EXPECT_EQ(Linked({{2, "b.mp3"}}), Songs{2});
 }
 
-TEST_F(Links, NumbersThatStandForNamesAreNobodyElses) {
+TEST_F(Links, PlaceholderNumbersAreUnique) {
   constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
   constexpr std::int32_t kFirst = kFirstNumberOfName;
-  // The first two free ones are taken by an entry with a name and one without.
+  // The first two free placeholder numbers are used by an entry with a name and an entry without
+  // one.
   JukeboxContent content;
   content.names.Add(kLowest, "x.mp3");
   content.names.Add(kFirst, "y.mp3");
@@ -313,7 +314,7 @@ TEST_F(Links, NumbersThatStandForNamesAreNobodyElses) {
   EXPECT_EQ(AbsentNames(content, library).at(kFirst - 2), "z.mp3");
 }
 
-TEST_F(Links, ConfusedNumbersAreAskedForOnce) {
+TEST_F(Links, OneQuestionCoversAllConfusedNumbers) {
   library.Repaired().Set({{2, "b.mp3", "d.mp3", 4}, {3, "c.mp3", "a.mp3", 1}});
   std::vector<ConfusedSongs> asked;
   const auto answer = [&](std::optional<bool> names) -> AskWhichSongs {
@@ -333,13 +334,13 @@ TEST_F(Links, ConfusedNumbersAreAskedForOnce) {
   EXPECT_EQ(Linked(entries, answer(false)), (Songs{1, 2, 3}));
   EXPECT_EQ(Linked(entries, answer(std::nullopt)), (Songs{1, 4, 1}));
   EXPECT_EQ(Linked(entries), (Songs{1, 4, 1}));
-  // What was saved since is not asked about.
+  // A jukebox that was saved after the repair causes no question.
   asked.clear();
   EXPECT_EQ(Linked({{2, "b.mp3"}, {3, "c.mp3"}}, answer(false)), (Songs{2, 3}));
   EXPECT_TRUE(asked.empty());
 }
 
-TEST_F(Links, TheAnswerIsKeptForTheFile) {
+TEST_F(Links, TheAnswerIsStoredPerFile) {
   std::vector<std::string> texts;
   const AskQuestion ask = [&](const std::string& text) -> std::optional<bool> {
     texts.push_back(text);
@@ -363,7 +364,7 @@ TEST_F(Links, TheAnswerIsKeptForTheFile) {
   AskAboutConfusedSongs(kSep + "gone.juk", library, ask)({2, "d.mp3", "", 1});
   EXPECT_NE(texts[3].find("is\n\n    (a song that is no longer in the library)\n\n"),
             std::string::npos);
-  // Nobody has answered: it is asked again.
+  // Without an answer, nothing is stored and the next load asks again.
   const AskQuestion left = [&](const std::string&) { return std::optional<bool>(); };
   EXPECT_EQ(AskAboutConfusedSongs(kSep + "left.juk", library, left)(songs), std::nullopt);
   EXPECT_FALSE(library.Repaired().AnswerFor(kSep + "left.juk"));

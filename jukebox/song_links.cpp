@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the entries of a jukebox file find their songs in the library.
+// Links the entries of a jukebox file to songs of the library.
 #include <algorithm>
 #include <string>
 #include <unordered_map>
@@ -13,22 +13,23 @@
 namespace tallow {
 namespace {
 
-/// Finds the songs that a jukebox means.
+/// Looks up songs by number and file name.
 class SongLinks {
  public:
   explicit SongLinks(const clsMain& library) : library_(library) {}
 
-  /// Whether the song of a number, there or remembered, has a file name.
+  /// Whether a number denotes a present or remembered song with the given file name.
   bool IsNamed(std::int32_t record, std::string_view name) const {
     if (library_.IsPresent(record))
       return IsSamePathText(library_.Mp3Info(kFileName, record), name);
     const MissingSong* const song = library_.Missing().Find(record);
     if (song == nullptr || song->now != 0 || !IsSamePathText(song->name, name)) return false;
-    // Without a size it cannot be known again by itself, so a song of the name will do.
+    // Without a size the missing song cannot be recognized again, so prefer a present song of that
+    // name.
     return song->size != kUnknownSize || OnlyPresent(name) == 0;
   }
 
-  /// The number of the only song of a name; 0 where there is none, or are several.
+  /// Returns the number of the only song with a name; 0 when there is none or several.
   std::int32_t ByName(std::string_view name) const {
     if (const std::int32_t row = OnlyPresent(name)) return row;
     if (IsPresentOften(name)) return 0;
@@ -37,14 +38,15 @@ class SongLinks {
   }
 
  private:
-  /// 0 for none, or for several.
+  /// Returns 0 when there is none or several.
   std::int32_t OnlyPresent(std::string_view name) const {
     const auto found = Rows().find(PathKey(name));
     return found != Rows().end() ? found->second : 0;
   }
   bool IsPresentOften(std::string_view name) const { return Rows().contains(PathKey(name)); }
 
-  /// The rows of the present songs by PathKey of their names; 0 for a name of several.
+  /// Rows of the present songs, keyed by PathKey of their names; 0 when several songs share the
+  /// name.
   const std::unordered_map<std::string, std::int32_t>& Rows() const {
     if (!rows_.empty()) return rows_;
     for (std::int32_t row = 1; row <= library_.UBoundOfMp3Array(); ++row) {
@@ -56,11 +58,11 @@ class SongLinks {
   }
 
   const clsMain& library_;
-  mutable std::unordered_map<std::string, std::int32_t> rows_;  ///< made when they are needed
+  mutable std::unordered_map<std::string, std::int32_t> rows_;  ///< built on first use
 };
 
-/// Asks about the songs that had the number of another one when the jukebox was saved.
-/// \returns whether its numbers count, not its names
+/// Asks about songs whose numbers were confused when the jukebox was saved.
+/// \returns true to use the numbers, false to use the names
 bool NumbersCount(const JukeboxContent::Names& names, const clsMain& library,
                   const AskWhichSongs& ask) {
   if (!ask || library.Repaired().IsEmpty()) return false;
@@ -74,7 +76,7 @@ bool NumbersCount(const JukeboxContent::Names& names, const clsMain& library,
   return confused.count > 0 && !ask(confused).value_or(true);
 }
 
-/// Gives numbers that stand for names and that a jukebox does not use yet, going down.
+/// Generates placeholder numbers that the jukebox does not use yet, in descending order.
 class NumbersOfNames {
  public:
   explicit NumbersOfNames(const JukeboxContent& content) : content_(content) {}
@@ -102,7 +104,8 @@ class NumbersOfNames {
   std::int32_t last_ = kFirstNumberOfName + 1;
 };
 
-/// Whether an entry that no song has the name of may keep its number: no other song has it.
+/// Whether an entry whose name matches no song can keep its number: the number must be a
+/// placeholder, or a row of the library without a present song.
 bool StaysWithItsNumber(std::int32_t record, const clsMain& library) {
   if (IsNumberOfName(record)) return true;
   return record >= 1 && record <= library.UBoundOfMp3Array() && !library.IsPresent(record);
@@ -128,11 +131,11 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhich
       linked = links.ByName(name);
     if (linked == 0) linked = StaysWithItsNumber(now, library) ? now : numbers_of_names.Next();
     if (IsNumberOfName(linked) && linked != record) named.emplace_back(linked, name);
-    // Of two names of one number the last one counts.
+    // If a number has two names, the last one is used.
     moved.erase(record);
     if (linked != record) moved[record] = linked;
   }
-  // An entry without a name may have come back all the same.
+  // Entries without a name may refer to returned songs, too.
   for (const MissingSong& song : library.Missing().Songs())
     if (song.now != 0) moved.emplace(song.number, library.Missing().NumberNow(song.number));
   if (moved.empty()) return;

@@ -15,7 +15,7 @@ void AppendFolders(std::vector<Folder*>& to, Folder& folder) {
   for (std::int32_t k = 0; k < folder.Children(); ++k) AppendFolders(to, folder.ChildAt(k));
 }
 
-/// All folders in the order of the tree: each before those below it.
+/// Returns all folders in tree order, parents before children.
 std::vector<Folder*> FoldersOf(const FolderTree& tree) {
   std::vector<Folder*> folders;
   folders.reserve(static_cast<std::size_t>(tree.Count()));
@@ -49,7 +49,7 @@ SongSearch::Result SongSearch::FindNext(std::string_view text, const FolderTree&
   LookFor(text);
   const std::vector<Folder*> folders = FoldersOf(tree);
   known_.assign(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1, Match::kUnknown);
-  // Folders may have gone since the last step, and then there is no place to go on at.
+  // Folders may have been removed since the last step, so the saved indexes may be out of range.
   if (start_ >= folders.size() || current_ >= folders.size()) first_run_ = true;
   if (first_run_) {
     first_run_ = false;

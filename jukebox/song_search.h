@@ -12,43 +12,45 @@ class Folder;
 class FolderTree;
 class clsMain;
 
-/// Looks for songs by a part of their file names, folder by folder in the order of the tree, one song a
-/// step. From the last folder it goes on with the first, and ends where it began.
+/// Searches for songs by a part of their file names, folder by folder in tree order, one match per
+/// step. After the last folder the search wraps around to the first, and it ends after searching
+/// the starting folder again.
 class SongSearch {
  public:
-  /// The walk has left its starting folder; coming back to it ends the search.
+  /// True once the search has left its starting folder. The next visit of that folder ends the
+  /// search.
   bool LookingForTheLastNode() const noexcept { return looking_for_the_last_node_; }
-  /// The next step begins a new search at the selected folder.
+  /// Whether the next step starts a new search at the selected folder.
   bool FirstRun() const noexcept { return first_run_; }
   void FirstRun(bool first_run) noexcept { first_run_ = first_run; }
-  /// What the last step looked for, in lower case.
+  /// The search text of the last step, in lower case.
   const std::string& LastLookedFor() const noexcept { return last_looked_for_; }
-  /// Remembers a search text, in lower case. A step does so itself.
+  /// Stores a search text, in lower case. FindNext does this itself.
   void LookFor(std::string_view text);
 
-  /// The song found last lies elsewhere in its folder now.
-  /// \param row its place, from 0; -1 when it is gone
+  /// Call this when the song found last has moved within its folder.
+  /// \param row the new position, from 0; -1 when the song was removed
   void FoundAt(std::int32_t row) noexcept { last_ = row; }
 
-  /// How a step ended.
+  /// Result of a step.
   struct Result {
-    Folder* folder = nullptr;  ///< the folder of the song; null when none was found
-    std::int32_t row = -1;     ///< the song's place in the folder's list, from 0
+    Folder* folder = nullptr;  ///< the folder of the song; null when no song was found
+    std::int32_t row = -1;     ///< position of the song in the folder's list, from 0
   };
 
-  /// Goes on to the next song whose file name holds a text, whatever the letter case of both. The empty
-  /// text is in every name.
+  /// Finds the next song whose file name contains a text, ignoring case. The empty text matches
+  /// every name.
   ///
-  /// Cost: names are looked at in the order of the walk and only as far as it goes, each name once a step
-  /// however many folders hold the song.
+  /// Cost: compares names in search order up to the first match, and each name at most once per
+  /// step, however many folders hold the song.
   ///
-  /// \param selected the folder that a new search begins at
-  /// \returns no folder when the walk has come round; the next step begins a new search then
+  /// \param selected the folder where a new search starts
+  /// \returns a null folder when the search is complete; the next step then starts a new search
   Result FindNext(std::string_view text, const FolderTree& tree, const Folder& selected,
                   const clsMain& library);
 
  private:
-  /// What is known of a song in one step.
+  /// Cached comparison of a song's name with the search text, for one step.
   enum class Match : char { kUnknown, kNo, kYes };
   bool IsHit(std::int32_t record, const clsMain& library);
   Result EndOfWalk();
@@ -56,10 +58,10 @@ class SongSearch {
   bool looking_for_the_last_node_ = false;
   bool first_run_ = true;
   std::string last_looked_for_;
-  std::size_t start_ = 0;  ///< the folder that the search began at, in the order of the tree from 0
-  std::size_t current_ = 0;   ///< the folder that is being searched
-  std::int32_t last_ = -1;    ///< the song found last in it; -1 for none
-  std::vector<Match> known_;  ///< by record number
+  std::size_t start_ = 0;  ///< index, from 0 in tree order, of the folder where the search started
+  std::size_t current_ = 0;   ///< index of the folder being searched
+  std::int32_t last_ = -1;    ///< position of the song found last; -1 for none
+  std::vector<Match> known_;  ///< indexed by record number
 };
 
 }  // namespace tallow

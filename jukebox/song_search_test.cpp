@@ -21,7 +21,7 @@ class Search : public LibraryTest {
     for (const std::int32_t song : songs) folder.Items().emplace_back(song, 2);
     return folder;
   }
-  /// "folder row" of the next hit; empty when there is none.
+  /// Returns "folder row" of the next match; empty when there is none.
   std::string Next(const std::string& text, const Folder& selected) {
     const auto result = search.FindNext(text, tree, selected, library);
     return result.folder == nullptr ? "" : result.folder->Text() + " " + std::to_string(result.row);
@@ -31,7 +31,7 @@ class Search : public LibraryTest {
   SongSearch search;
 };
 
-TEST_F(Search, LetterCaseDoesNotCount) {
+TEST_F(Search, LetterCaseIsIgnored) {
   const Folder& a = Add("a", {2, 1});
   EXPECT_EQ(Next("APPLE", a), "a 1");
   EXPECT_EQ(search.LastLookedFor(), "apple");
@@ -46,7 +46,7 @@ TEST_F(Search, TwoStepsFindTheFirstSongAndThenTheSecond) {
   EXPECT_EQ(Next("apple", a), "a 2");
 }
 
-TEST_F(Search, GoesThroughTheTreeInItsOrderAndAroundItsEnd) {
+TEST_F(Search, SearchesInTreeOrderAndWrapsAround) {
   const Folder& a = Add("a", {1});
   Folder& b = Add("b", {3});
   const Folder& inner = Add("inner", {2, 1}, &b);
@@ -57,7 +57,7 @@ TEST_F(Search, GoesThroughTheTreeInItsOrderAndAroundItsEnd) {
   EXPECT_TRUE(search.LookingForTheLastNode());
   EXPECT_EQ(Next("apple", a), "a 0");
   EXPECT_EQ(Next("apple", a), "b 0");
-  // The starting folder is searched a second time, and that is the end.
+  // The starting folder is searched a second time before the search ends.
   EXPECT_EQ(Next("apple", a), "inner 1");
   EXPECT_EQ(Next("apple", a), "");
   EXPECT_TRUE(search.FirstRun());
@@ -65,7 +65,7 @@ TEST_F(Search, GoesThroughTheTreeInItsOrderAndAroundItsEnd) {
   EXPECT_EQ(Next("apple", a), "a 0");
 }
 
-TEST_F(Search, WhatIsNowhereIsNotFoundOnce) {
+TEST_F(Search, ATextWithoutAMatchEndsTheSearchOnce) {
   const Folder& a = Add("a", {1, 2});
   Add("b", {3});
   EXPECT_EQ(Next("nowhere", a), "");
@@ -81,15 +81,15 @@ TEST_F(Search, ANewSearchBeginsAtTheSelectedFolder) {
   EXPECT_EQ(Next("apple", b), "b 0");
 }
 
-TEST_F(Search, TheEmptyTextIsInEveryName) {
+TEST_F(Search, TheEmptyTextMatchesEveryName) {
   const Folder& a = Add("a", {4, 2});
   EXPECT_EQ(Next("", a), "a 0");
   EXPECT_EQ(Next("", a), "a 1");
 }
 
-TEST_F(Search, EntriesOfNoSongAreNoHits) { EXPECT_EQ(Next("", Add("a", {99, 0, -1})), ""); }
+TEST_F(Search, EntriesWithoutASongDoNotMatch) { EXPECT_EQ(Next("", Add("a", {99, 0, -1})), ""); }
 
-TEST_F(Search, FoldersThatHaveGoneBeginANewSearch) {
+TEST_F(Search, RemovingTheCurrentFolderStartsANewSearch) {
   Folder& a = Add("a", {1});
   Folder& b = Add("b", {1});
   EXPECT_EQ(Next("apple", b), "b 0");
@@ -97,7 +97,7 @@ TEST_F(Search, FoldersThatHaveGoneBeginANewSearch) {
   EXPECT_EQ(Next("apple", a), "a 0");
 }
 
-/// The same walk without knowing a name before it looks.
+/// Reference implementation: the same search without caching.
 class LiteralSearch {
  public:
   std::string Next(const std::string& text, const FolderTree& tree, const Folder& selected,
@@ -143,7 +143,7 @@ class LiteralSearch {
   int last = -1;
 };
 
-TEST_F(Search, IsThatOfALiteralWalk) {
+TEST_F(Search, AgreesWithTheReferenceImplementation) {
   std::mt19937 random(5);
   const auto any = [&](int count) {
     return static_cast<int>(random() % static_cast<unsigned>(count));

@@ -20,24 +20,25 @@ namespace {
 
 constexpr std::string_view kAllSongs = "All Songs";
 
-/// How many tags a thread reads at once, see ReadAhead.
+/// Number of tags that a thread reads in one batch, see ReadAhead.
 constexpr std::size_t kTagsAtOnce = 64;
 
-/// The decade folders by the third digit of the year; there is none for the 10's.
+/// Texts of the decade folders, indexed by the third digit of the year. The 10's have no folder.
 constexpr std::array<std::string_view, 10> kDecades = {"00's", "",     "20's", "30's", "40's",
                                                        "50's", "60's", "70's", "80's", "90's"};
 
-/// How many entries without a song are named one by one; a damaged jukebox may have millions.
+/// Maximum number of entries without a song that are reported one by one; a damaged jukebox may
+/// have millions.
 constexpr std::size_t kMaxNamed = 100;
 
-/// Which character of a year tells the decade, from 0.
+/// Index, from 0, of the digit of a year that selects the decade.
 constexpr std::size_t kDecadeDigit = 2;
 
 std::string PathOf(const clsMain& library, std::int32_t row) {
   return std::string(library.Mp3Info(kFileLocation, row)).append(library.Mp3Info(kFileName, row));
 }
 
-/// A question for the tag of a song.
+/// Request for the tag of a song.
 struct TagQuestion {
   std::optional<TagBlock> known;
   std::string path;
@@ -51,13 +52,13 @@ TagQuestion TagQuestionOf(const clsMain& library, std::int32_t row, const TagCac
   return {std::nullopt, PathOf(library, row)};
 }
 
-/// The entry of a song as it is added: its record number, and its rank as the picture.
+/// Creates the entry of a song, with its record number and with its rank as icon.
 SongEntry EntryOf(const clsMain& library, std::int32_t row) {
   return {NumericValue(library.Mp3Info(kRecordNumber, row)),
           NumericValue(library.Mp3Info(kSongRank, row))};
 }
 
-/// Files the songs of one run into one jukebox.
+/// Files songs into one jukebox during one run.
 class Filing {
  public:
   Filing(Jukebox& jukebox, const clsMain& library, std::vector<std::string>& problems)
@@ -70,7 +71,7 @@ class Filing {
     OpenCategory(year_, "Year", CategoryIndex::Match::kBeginning);
   }
 
-  /// Files a song by its tag, which has been read.
+  /// Files a song by its tag.
   void File(std::int32_t row, const TagBlock& block) {
     tag_.LoadMP3({}, block);
     if (!tag_.TagExists()) return;
@@ -95,8 +96,8 @@ class Filing {
     if (Folder* const category = tree_.Find(text)) index.emplace(tree_, *category, match);
   }
 
-  /// Whether a year is one to file by. A text that begins with NUL is none, and that is no error; a
-  /// text that is no number is an error of this song.
+  /// Whether to file a song by this year. A text that starts with NUL is no year, but not an error.
+  /// A text that is not a number is reported as an error of the song.
   bool IsYear(const std::string& year, std::int32_t row) {
     if (year.empty() || year.front() == '\0') return false;
     const std::optional<std::int32_t> number = TryConvertToInt32(year);
@@ -123,21 +124,21 @@ class Filing {
   std::optional<CategoryIndex> year_;
 };
 
-/// What filing into one jukebox has come to.
+/// Result of filing into one jukebox.
 enum class Filed {
   kAll,
-  kNoSongs,  ///< the library has none at all
-  kEnded,    ///< before the last song
+  kNoSongs,  ///< the library is empty
+  kEnded,    ///< cancelled before the last song
 };
 
-/// Files the songs that one jukebox does not have yet.
+/// Files the songs that are not yet in one jukebox.
 Filed FillJukebox(int mode, Jukebox& jukebox, clsMain& library, const TagCache* found_tags,
                   const FilingProgress& progress, std::vector<std::string>& problems) {
   FolderTree& tree = jukebox.Nodes();
   Folder* const all_songs = tree.Find(kAllSongs);
   jukebox.IsFormDirty(true);
   std::vector<std::int32_t> rows;
-  // A song enters all its folders at once, so that the filing can end behind any of them.
+  // Each song is added to all its folders at once, so that filing can be cancelled after any song.
   std::vector<Folder*> for_all;
   if (all_songs != nullptr) {
     std::vector<char> flags;
@@ -155,7 +156,7 @@ Filed FillJukebox(int mode, Jukebox& jukebox, clsMain& library, const TagCache* 
   std::size_t filed = 0;
   GoOn go_on;
   if (progress) go_on = [&](std::string_view) { return progress(filed, rows.size()); };
-  // No value for a song whose drive does not answer.
+  // No value for a song on a drive that does not answer.
   using Tag = std::optional<TagBlock>;
   Filed result = Filed::kAll;
   try {
@@ -247,7 +248,8 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
   std::vector<std::int32_t> removed;
   const std::int32_t count = library.UBoundOfMp3Array();
   std::vector<SongEntry>& entries = folder.Items();
-  // Removing shifts what follows; here what stays moves up once, to the place `kept`.
+  // Compact the list in place, instead of removing entries one by one; `kept` is the next free
+  // index.
   std::size_t kept = 0;
   std::int32_t position = 0;
   bool skip = false;
@@ -258,7 +260,7 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
     const bool hidden = !present && library.IsHidden(record);
     const bool known = hidden || (record >= 1 && record <= count);
     if (!skip && !known) {
-      // The one that moves up into this place is passed over.
+      // Removing entries one by one skips the entry that moves into this place; do the same.
       skip = true;
       removed.push_back(static_cast<std::int32_t>(k));
       continue;

@@ -18,10 +18,11 @@ class Jukebox;
 class TagCache;
 class clsMain;
 
-/// Some songs could not be filed wholly. Raised once, when everything else has been filed.
+/// Thrown when some songs could not be filed completely. Thrown once, after everything else is
+/// filed.
 class FilingError : public std::runtime_error {
  public:
-  /// \param problems at least one, each a sentence that names the file or the entry
+  /// \param problems at least one; each is a sentence that names the file or the entry
   explicit FilingError(std::vector<std::string> problems);
   const std::vector<std::string>& problems() const noexcept { return problems_; }
 
@@ -29,70 +30,75 @@ class FilingError : public std::runtime_error {
   std::vector<std::string> problems_;
 };
 
-/// Is told how many of the songs to be filed have been, again and again, and says whether to go on.
+/// Progress callback, called repeatedly with the number of songs filed so far and the number of
+/// songs to file. Returns false to cancel the filing.
 using FilingProgress = std::function<bool(std::size_t filed, std::size_t songs)>;
 
 /// "Filed 12 of 50 songs".
 std::string FilingLine(std::size_t filed, std::size_t songs);
 
-/// What is said of songs that were not filed because the user did not want to wait: "The filing was cancelled . . ."
+/// The status text for songs that were not filed because the user cancelled: "The filing was
+/// cancelled; ..."
 std::string FilingCancelledLine();
 
-/// Which folders FillAutomaticFolders fills beside the others.
+/// Which folders FillAutomaticFolders fills besides the other automatic folders.
 enum FillMode : int {
   kFillAllButNew = 1,  ///< leaves "New" as it is
   kFillNewToo = 2,
 };
 
-/// Files every song of the library that is not yet in a jukebox's "All Songs" into its automatic
-/// folders: "All Songs", "New", "Artist", "Genre", "Year" and the decades.
+/// Files every song of the library that is not yet in a jukebox's "All Songs" into the automatic
+/// folders of that jukebox: "All Songs", "New", "Artist", "Genre", "Year" and the decades.
 ///
-/// A folder that a jukebox does not have is not filled; without "All Songs" nothing is. Artist and
-/// year folders take every song whose artist or year begins with the folder's text, in any case,
-/// the first such folder in the tree's order; a new one is made when there is none. A song already
-/// in "All Songs" is not touched, so folders that the user has rearranged stay as they are. Every
-/// jukebox visited counts as changed.
+/// Folders that a jukebox does not have are skipped; without "All Songs" no song is filed. A song
+/// is filed into the first artist folder, in tree order, whose text matches the beginning of the
+/// song's artist, ignoring case. Year folders work in the same way. If no folder matches, a new one
+/// is added. A song already in "All Songs" is not filed again, so folders that the user has
+/// rearranged stay unchanged. Every jukebox visited becomes dirty.
 ///
 /// \param mode      see FillMode; any value but kFillAllButNew fills "New"
-/// \param skip_sort false: the library is sorted by record number first
-/// \param caption   empty: every open jukebox; else only the one with this caption
-/// \param windows   the open jukeboxes, in the order they were opened; the last is visited first
-/// \param found_tags tags that are known already, sealed; null for none. The others are read from
-///         the files
-/// \param progress  is called after each song, and while one is waited for; may be empty. A song that is not
-///                  filed when it ends the filing is in no folder, so the next filing takes it, as it does
-///                  with songs of a drive that does not answer
-/// \returns false when `progress` ended the filing
-/// \throws FilingError after all songs are filed: songs whose tag has a year that is no number
-///         (they lie in no year and no decade folder), entries of "All Songs" whose number the
-///         library has not
+/// \param skip_sort false: first sorts the library by record number
+/// \param caption   empty: all open jukeboxes; otherwise only the one with this caption
+/// \param windows   the open jukeboxes, in the order they were opened; visited from last to first
+/// \param found_tags sealed cache of tags already read; null for none. Other tags are read from the
+///                   files
+/// \param progress  called after each song and while waiting for one; may be empty. Songs not yet
+///                  filed when it cancels are in no folder, so the next filing includes them. The
+///                  same holds for songs on a drive that does not answer
+/// \returns false when `progress` cancelled the filing
+/// \throws FilingError after all songs are filed, if a tag has a year that is not a number (the
+/// song is then in no year or decade folder), or if an entry of "All Songs" has a number that is
+/// not in the library
 bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
                           std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr,
                           const FilingProgress& progress = {});
 
-/// Marks the songs to be filed: those that are there, not missing and not away, whose number no entry of a folder has.
+/// Marks the songs to be filed: songs that are present and reachable and have no entry in the given
+/// folder.
 ///
 /// \param flags    one element for each row of the library, element 0 being row 1
-/// \param problems is told each entry whose number is no row of the library
+/// \param problems receives a sentence for each entry whose number is not a row of the library, up
+///                 to a limit, and one for the rest
 void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<char>& flags,
                      std::vector<std::string>& problems);
 
-/// Gives the songs of a folder their labels (position, full stop, two blanks, file name) and rank
-/// pictures. Removes the songs whose file is missing and that nothing is remembered of, and the entries whose number the library has
-/// not; behind each of the latter one entry is left unlabelled in this pass. A missing song that is
-/// remembered keeps its entry, without a label (clsMain::IsHidden): it may come back.
+/// Updates the labels (position, full stop, two blanks, file name) and rank icons of a folder's
+/// songs. Removes missing songs that are not remembered, and entries whose number is not in the
+/// library. After each entry of the latter kind, one entry stays unlabelled in this pass. A
+/// remembered missing song keeps its entry, without a label (clsMain::IsHidden), because it may
+/// return.
 ///
-/// Cost: O(entries), without touching a file.
+/// Cost: O(entries), without file access.
 ///
-/// \returns the places, from 0, that the removed entries had
+/// \returns the positions, from 0, of the removed entries
 std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& library);
 
-/// The name of a genre number; empty for a number that has none. The numbers and names are those of
+/// Returns the name of a genre number; empty if the number has none. The table is that of
 /// MP3TagEditor::GenraLookupByID.
 std::string_view GenreNameFromID(std::int32_t id) noexcept;
 
-/// Turns the brackets of a tag text into blanks and removes the blanks at both ends. Folder texts
-/// take part in wildcard patterns, where a bracket would open a list of characters.
+/// Replaces brackets in a tag text by blanks and trims blanks at both ends. Folder texts are used
+/// as wildcard patterns, where a bracket would start a character list.
 void StripBrackets(std::string& text);
 
 }  // namespace tallow

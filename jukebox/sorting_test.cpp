@@ -20,7 +20,7 @@ namespace {
 
 class SortingTest : public LibraryTest {
  protected:
-  /// Makes a file with a tag and adds it as a song; returns its row.
+  /// Creates a file with a tag and adds it as a song; returns its row.
   std::int32_t Song(const TagTexts& texts, const std::string& rank = "2") {
     const std::int32_t row = library.UBoundOfMp3Array() + 1;
     const std::string name = std::to_string(row) + ".mp3";
@@ -33,7 +33,7 @@ class SortingTest : public LibraryTest {
     return jukebox.Nodes().AddChild(parent, text);
   }
 
-  /// Gives a jukebox all automatic folders.
+  /// Adds all automatic folders to a jukebox.
   void AddAutomaticFolders(Jukebox& jukebox) {
     for (const char* text : {"All Songs", "Artist", "Year", "Genre", "New", "Decades"})
       Add(jukebox, text);
@@ -47,7 +47,8 @@ class SortingTest : public LibraryTest {
     FillAutomaticFolders(mode, false, {}, library, windows);
   }
 
-  /// The record numbers in a folder, "Artist/ABBA"; "none" when there is no such folder.
+  /// Returns the record numbers in a folder such as "Artist/ABBA"; "none" when the folder does not
+  /// exist.
   std::string In(const std::string& path, Jukebox* of = nullptr) {
     FolderTree& tree = (of == nullptr ? jukebox : *of).Nodes();
     const std::size_t slash = path.find('/');
@@ -61,7 +62,7 @@ class SortingTest : public LibraryTest {
     return records;
   }
 
-  /// The texts of the folders below one.
+  /// Returns the texts of the direct subfolders of a folder.
   std::string Below(const std::string& text) {
     std::string texts;
     Folder* const folder = jukebox.Nodes().Find(text);
@@ -146,7 +147,7 @@ TEST_F(SortingTest, YearsHaveFoldersAndDecades) {
     EXPECT_EQ(In(std::string("Decades/") + decade), "");
 }
 
-TEST_F(SortingTest, EveryDecadeHasItsDigit) {
+TEST_F(SortingTest, EveryDecadeDigitHasItsFolder) {
   AddAutomaticFolders(jukebox);
   for (int decade = 0; decade < 10; ++decade) Song({.year = "19" + std::to_string(decade) + "5"});
   Fill();
@@ -183,7 +184,7 @@ TEST_F(SortingTest, AbsentFoldersAreSkippedAndNotMade) {
   EXPECT_EQ(jukebox.Nodes().Count(), 1);
 }
 
-TEST_F(SortingTest, WithoutAllSongsNothingIsFiledButTheJukeboxCountsAsChanged) {
+TEST_F(SortingTest, WithoutAllSongsNothingIsFiledButTheJukeboxBecomesDirty) {
   for (const char* text : {"New", "Artist"}) Add(jukebox, text);
   Song({.artist = "ABBA"});
   Fill();
@@ -192,7 +193,7 @@ TEST_F(SortingTest, WithoutAllSongsNothingIsFiledButTheJukeboxCountsAsChanged) {
   EXPECT_TRUE(jukebox.IsFormDirty());
 }
 
-TEST_F(SortingTest, AnAllSongsBelowAnotherFolderIsNotTheOne) {
+TEST_F(SortingTest, AllSongsBelowAnotherFolderIsIgnored) {
   Folder& mine = Add(jukebox, "Mine");
   Add(jukebox, "All Songs", &mine);
   Song({.artist = "ABBA"});
@@ -223,7 +224,7 @@ TEST_F(SortingTest, BracketsOfAnArtistBecomeBlanks) {
   EXPECT_EQ(Below("Artist"), "Live  Queen");
 }
 
-TEST_F(SortingTest, AnArtistOfBracketsOnlyIsNone) {
+TEST_F(SortingTest, AnArtistOfBracketsOnlyIsIgnored) {
   AddAutomaticFolders(jukebox);
   Song({.artist = "[]"});
   Fill();
@@ -242,7 +243,7 @@ TEST_F(SortingTest, ArtistsIgnoreCaseAndGenresDoNot) {
   EXPECT_EQ(In("Genre/Rock"), "1");
 }
 
-TEST_F(SortingTest, AFolderTakesEveryArtistThatBeginsWithIt) {
+TEST_F(SortingTest, AFolderMatchesEveryArtistThatBeginsWithItsText) {
   AddAutomaticFolders(jukebox);
   Add(jukebox, "The", jukebox.Nodes().Find("Artist"));
   Song({.artist = "THE WHO"});
@@ -254,7 +255,7 @@ TEST_F(SortingTest, AFolderTakesEveryArtistThatBeginsWithIt) {
   EXPECT_EQ(In("Artist/Beatles"), "3 4");
 }
 
-TEST_F(SortingTest, TheFirstFittingFolderOfTheTreeTakesTheSong) {
+TEST_F(SortingTest, TheFirstMatchingFolderInTreeOrderGetsTheSong) {
   AddAutomaticFolders(jukebox);
   for (const char* text : {"Q*n", "Queen", "Qu"})
     Add(jukebox, text, jukebox.Nodes().Find("Artist"));
@@ -263,7 +264,7 @@ TEST_F(SortingTest, TheFirstFittingFolderOfTheTreeTakesTheSong) {
   EXPECT_EQ(In("Artist/Q*n"), "1");
 }
 
-TEST_F(SortingTest, NumbersWithoutAGenreFileNone) {
+TEST_F(SortingTest, NumbersWithoutAGenreAreNotFiled) {
   AddAutomaticFolders(jukebox);
   Song({.genra = 255});
   Song({.genra = 200});
@@ -272,7 +273,7 @@ TEST_F(SortingTest, NumbersWithoutAGenreFileNone) {
   EXPECT_EQ(Below("Genre"), "Synth Pop");
 }
 
-TEST_F(SortingTest, ArtistsPaddedWithNulsAreAnotherName) {
+TEST_F(SortingTest, ArtistsPaddedWithNulsAreDifferentNames) {
   AddAutomaticFolders(jukebox);
   Song({.artist = "Queen", .padding = '\0'});
   Song({.artist = "Queen"});
@@ -289,7 +290,7 @@ TEST_F(SortingTest, MissingSongsAreNotFiled) {
   EXPECT_EQ(In("All Songs"), "3");
 }
 
-TEST_F(SortingTest, ABadYearIsRaisedOnceAfterAllOthersAreFiled) {
+TEST_F(SortingTest, ABadYearIsReportedOnceAfterAllOthersAreFiled) {
   AddAutomaticFolders(jukebox);
   Song({.artist = "One", .year = "19x5", .genra = 17});
   Song({.artist = "Two", .year = "1985"});
@@ -312,7 +313,7 @@ TEST_F(SortingTest, ABadYearIsRaisedOnceAfterAllOthersAreFiled) {
   EXPECT_EQ(In("Genre/Rock"), "1");
 }
 
-TEST_F(SortingTest, AnEntryThatIsNoRowIsReportedOnceAndIgnored) {
+TEST_F(SortingTest, AnEntryOutsideTheLibraryIsReportedOnceAndIgnored) {
   AddAutomaticFolders(jukebox);
   jukebox.Nodes().Find("All Songs")->Items().emplace_back(99, 2);
   jukebox.Nodes().Find("All Songs")->Items().emplace_back(0, 2);
@@ -342,7 +343,7 @@ TEST_F(SortingTest, TheLibraryIsSortedByNumberUnlessSkipped) {
   EXPECT_EQ(Cells(4), (Texts{"1", "2"}));
 }
 
-TEST_F(SortingTest, TheFolderOnShowIsLabelled) {
+TEST_F(SortingTest, TheShownFolderIsLabelled) {
   AddAutomaticFolders(jukebox);
   jukebox.ShowFolder(*jukebox.Nodes().Find("All Songs"), library, tallow.folder_changes);
   Song({});
@@ -382,13 +383,13 @@ TEST_F(RefreshTest, EntriesGetLabelAndRank) {
   EXPECT_EQ(jukebox.Nodes().ChildAt(0).Items()[1].Icon(), 6);
 }
 
-TEST_F(RefreshTest, MissingSongsGoAndTheNextIsLooked) {
+TEST_F(RefreshTest, AfterAMissingSongTheNextEntryIsLabelled) {
   AddSong("/m/", "a.mp3");
   AddSong("0", "0", "0");
   EXPECT_EQ(Refresh({2, 2, 1, 2}), (Texts{"1.  a.mp3"}));
 }
 
-TEST_F(RefreshTest, BehindAnUnknownNumberOneEntryIsPassedOver) {
+TEST_F(RefreshTest, TheEntryAfterAnUnknownNumberStaysUnlabelled) {
   AddSong("/m/", "a.mp3");
   AddSong("0", "0", "0");
   EXPECT_EQ(Refresh({9, 1, 1}), (Texts{"1", "2.  a.mp3"}));
@@ -397,7 +398,7 @@ TEST_F(RefreshTest, BehindAnUnknownNumberOneEntryIsPassedOver) {
   EXPECT_EQ(Refresh({1, 9}), (Texts{"1.  a.mp3"}));
 }
 
-/// The relabelling with a list whose removals shift what follows.
+/// Reference implementation: removes entries one by one from the list.
 void LiteralRefresh(std::vector<SongEntry>& entries, const clsMain& library) {
   const std::int32_t count = library.UBoundOfMp3Array();
   std::size_t i = 0;
@@ -416,7 +417,7 @@ void LiteralRefresh(std::vector<SongEntry>& entries, const clsMain& library) {
   }
 }
 
-TEST_F(RefreshTest, AgreesWithTheLiteralStepsOnRandomLists) {
+TEST_F(RefreshTest, RelabellingAgreesWithTheReferenceOnRandomLists) {
   std::mt19937 random(41);
   for (int k = 0; k < 10; ++k) AddSong("/m/", "x", random() % 3 == 0 ? "0" : "1", "5");
   for (int round = 0; round < 3000; ++round) {
@@ -450,8 +451,8 @@ TEST(StripBrackets, BracketsBecomeBlanksAndEndsAreTrimmed) {
   }
 }
 
-/// One song's filing, step by step: a tag read on the spot, a walk over the children of each
-/// category.
+/// Reference implementation of the filing of one song: reads the tag at once and searches the
+/// children of each category linearly.
 class LiteralFiling {
  public:
   LiteralFiling(Jukebox& jukebox, const clsMain& library)
@@ -525,7 +526,7 @@ std::string Describe(const Folder& folder) {
   return text + ")";
 }
 
-TEST_F(SortingTest, AgreesWithTheLiteralStepsOnRandomTags) {
+TEST_F(SortingTest, FilingAgreesWithTheReferenceOnRandomTags) {
   std::mt19937 random(47);
   static const char* const kArtists[] = {"ABBA",      "abba gold",  "A*", "Queen?",
                                          "[Q] Queen", "",           "Q#", "The Who",
@@ -555,7 +556,7 @@ TEST_F(SortingTest, AgreesWithTheLiteralStepsOnRandomTags) {
     EXPECT_EQ(Describe(jukebox.Nodes().ChildAt(k)), Describe(literal.Nodes().ChildAt(k)));
 }
 
-TEST_F(SortingTest, OfManyEntriesWithoutASongAHundredAreNamed) {
+TEST_F(SortingTest, AtMostAHundredEntriesWithoutASongAreReported) {
   AddSong("/m/", "a.mp3");
   Folder& all = Add(jukebox, "All Songs");
   for (int k = 0; k < 1000; ++k) all.Items().emplace_back(0, 2);

@@ -21,7 +21,7 @@ bool IsOneOf(const Texts& texts, std::string_view text) noexcept {
   return std::find(std::begin(texts), std::end(texts), text) != std::end(texts);
 }
 
-/// Whether no folder before this one, under the same parent, has its text.
+/// Whether no earlier sibling has the same text.
 bool IsFirstOfItsText(const Folder& folder) noexcept {
   for (const Folder* before = folder.Previous(); before != nullptr; before = before->Previous())
     if (before->Text() == folder.Text()) return false;

@@ -5,21 +5,23 @@ namespace tallow {
 
 class Folder;
 
-/// Whether a folder is one that the program fills itself: "All Songs", "Artist", "Genre", "Decades",
-/// "Year" or "New" at top level, or "20's" to "90's" or "00's" directly below that "Decades". Texts are
-/// compared exactly. Of several folders of one text side by side the first is special, as it is the one
-/// that songs are filed into; the others, and the same texts elsewhere, are ordinary folders.
+/// Whether a folder is one that the program fills: "All Songs", "Artist", "Genre", "Decades",
+/// "Year" or "New" at top level, or "20's" to "90's" or "00's" directly below the special
+/// "Decades". Texts are compared exactly. If several siblings have the same text, only the first is
+/// special, because songs are filed into the first. The others, and folders with these texts
+/// elsewhere, are ordinary folders.
 bool IsSpecialFolder(const Folder& folder) noexcept;
 
-/// Whether a folder may be removed: every one but the special ones.
+/// Whether a folder may be removed: true for all folders except the special ones.
 inline bool OkToDelete(const Folder& folder) noexcept { return !IsSpecialFolder(folder); }
 
-/// Whether a folder is the one that holds every song: the first "All Songs" at top level. Songs cannot be
-/// cut out of it.
+/// Whether a folder is the one that holds every song: the first "All Songs" at top level. Songs
+/// cannot be cut from this folder.
 bool IsAllSongs(const Folder& folder) noexcept;
 
-/// Whether the program files songs into a folder or may do so: a special folder, and whatever lies below
-/// one, such as the folders of artists, years and genres. Songs that are dragged out of it are copied.
+/// Whether the program may file songs into a folder. True for special folders and for all folders
+/// below them, such as those of artists, years and genres. Dragging songs out of such a folder
+/// copies them.
 bool IsAutomaticFolder(const Folder& folder) noexcept;
 
 }  // namespace tallow

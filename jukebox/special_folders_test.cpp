@@ -36,7 +36,7 @@ TEST(SpecialFolders, AreTheNineDecadesDirectlyBelowDecades) {
   }
   for (const char* const text : {"10's", "1980", "80s"})
     EXPECT_TRUE(OkToDelete(tree.AddChild(&decades, text))) << text;
-  // A folder "Decades" of the user's, one level deeper, has none.
+  // A folder "Decades" below a folder of the user has no special subfolders.
   Folder& deeper = tree.AddChild(&tree.AddChild(nullptr, "Mine"), "Decades");
   EXPECT_TRUE(OkToDelete(tree.AddChild(&deeper, "80's")));
 }
@@ -49,7 +49,7 @@ TEST(SpecialFolders, AllSongsIsTheOneAtTopLevel) {
   EXPECT_FALSE(IsAllSongs(tree.AddChild(&mine, "All Songs")));
 }
 
-TEST(SpecialFolders, OfSeveralOfATextTheFirstIsSpecial) {
+TEST(SpecialFolders, OfSiblingsWithTheSameTextOnlyTheFirstIsSpecial) {
   FolderTree tree;
   for (const char* const text : kTopLevel) {
     Folder& first = tree.AddChild(nullptr, text);
@@ -65,7 +65,7 @@ TEST(SpecialFolders, OfSeveralOfATextTheFirstIsSpecial) {
   EXPECT_FALSE(IsAllSongs(*tree.Find("All Songs")->Next()));
 }
 
-TEST(SpecialFolders, WhatLiesBelowOneIsAutomaticToo) {
+TEST(SpecialFolders, FoldersBelowASpecialFolderAreAutomatic) {
   FolderTree tree;
   for (const char* const text : kTopLevel) {
     Folder& folder = tree.AddChild(nullptr, text);

@@ -19,10 +19,10 @@ namespace {
 
 constexpr std::string_view kFormat = "Tallow unsaved jukebox";
 constexpr int kVersion = 1;
-/// A file of more bytes is none: a jukebox file has at most 1 GiB, and the line before it a few paths.
+/// Maximum size of a file: a jukebox file of at most 1 GiB, and a header line with a few paths.
 constexpr std::uint64_t kMaxUnsavedBytes = (std::uint64_t{1} << 30U) + (std::uint64_t{1} << 20U);
 
-/// The files that one folder holds at most.
+/// Maximum number of files in the folder.
 constexpr int kMaxNumber = 10'000;
 constexpr std::string_view kNamePattern = "Jukebox-*.unsaved";
 
@@ -43,9 +43,9 @@ std::string HeaderOf(const Jukebox& jukebox) {
   return header + "}\n";
 }
 
-/// Reads a file.
-/// \throws FileError when it cannot be read
-/// \throws std::exception when it is none
+/// Parses a file.
+/// \throws FileError when the file cannot be read
+/// \throws std::exception when the content is invalid
 UnsavedJukebox Decode(const std::string& path) {
   const auto content = ReadWholeFile(path, kMaxUnsavedBytes);
   const std::size_t end = content ? content->find('\n') : std::string::npos;
@@ -59,12 +59,12 @@ UnsavedJukebox Decode(const std::string& path) {
   return {path, text("caption"), text("location"), text("file"), content->substr(end + 1)};
 }
 
-/// Moves a file out of the way; where that fails it stays.
+/// Renames a file to a backup. On failure the file stays.
 void KeepAside(const std::string& path) noexcept {
   try {
     MoveToBackup(path);
   } catch (const std::exception&) {
-    // The next start asks about it again.
+    // The next start of the program finds the file again.
   }
 }
 
@@ -79,7 +79,7 @@ std::string UnreadableChanges(const std::string& path, std::string_view reason) 
 std::string UnsavedJukeboxes::FreePath() const {
   const std::string first = folder_ + "Jukebox-1.unsaved";
   const FileLook look = LookAtFile(first);
-  // One that is there and cannot be seen would be replaced.
+  // If the folder is unreadable, an existing file cannot be detected and would be overwritten.
   if (look.presence == FilePresence::kUnknown && StateOfFolder(folder_) == FolderState::kUnreadable)
     throw FileError(first, look.problem);
   for (int number = 1; number <= kMaxNumber; ++number) {

@@ -14,63 +14,65 @@ namespace tallow {
 class Jukebox;
 class clsMain;
 
-// What an open jukebox holds that its file does not is kept in a file "Jukebox-N.unsaved" among the
-// program's own files, in case the program does not come to its end. Its first line is JSON, what follows
-// is a jukebox file:
+// Crash recovery: the content of an open jukebox that differs from its file is kept in a file
+// "Jukebox-N.unsaved" among the program's own files, in case the program does not exit normally.
+// The first line of the file is JSON, the rest is a jukebox file:
 //
-//   {"format":"Tallow unsaved jukebox","version":1,"caption":"MIX","location":"/m/","file":"/m/Mix.juk"}
-//   {"format":"Tallow jukebox","version":1, ...
+// {"format":"Tallow unsaved jukebox","version":1,"caption":"A","location":"/m/","file":"/m/A.juk"}
+// {"format":"Tallow jukebox","version":1, ...
 //
 // "location" and "file" are empty for a jukebox that was never saved.
 
-/// A jukebox that was not saved when the program ended.
+/// A jukebox with unsaved changes from an earlier run.
 struct UnsavedJukebox {
-  std::string path;  ///< of the file that it was found in
+  std::string path;  ///< path of the .unsaved file
   std::string caption;
-  std::string location;  ///< the folder of its own file, ending in a separator; empty for none
-  std::string file;      ///< its own file; empty for none
-  std::string bytes;     ///< what it holds, as a jukebox file
+  std::string location;  ///< directory of its jukebox file, ending in a separator; empty for none
+  std::string file;      ///< path of its jukebox file; empty for none
+  std::string bytes;     ///< content, in the format of a jukebox file
 };
 
-/// What is said of unsaved changes that cannot be read.
-/// \param path   of their file
-/// \param reason in a few words
+/// The message for unsaved changes that cannot be read.
+/// \param path   path of the .unsaved file
+/// \param reason short description of the error
 std::string UnreadableChanges(const std::string& path, std::string_view reason);
 
-/// Keeps what is not saved of the open jukeboxes.
+/// Keeps unsaved changes of the open jukeboxes in .unsaved files.
 class UnsavedJukeboxes {
  public:
-  /// \param folder where the files are kept; ends in a separator
+  /// \param folder directory of the .unsaved files; ends in a separator
   explicit UnsavedJukeboxes(std::string folder) : folder_(std::move(folder)) {}
 
-  /// Brings the file of a jukebox into step with it: there is one, complete, as long as the jukebox
-  /// differs from its own file.
+  /// Updates the .unsaved file of a jukebox. The file exists, with the complete content, as long as
+  /// the jukebox differs from its jukebox file.
   ///
-  /// Cost: O(entries) to look; only what has changed since the last call is written.
-  /// \throws FileError when it cannot be written
+  /// Cost: O(entries) to compare; writes only when the content has changed since the last call.
+  /// \throws FileError when the file cannot be written
   void Keep(const Jukebox& jukebox, const clsMain& library);
 
-  /// The jukebox is closed, as its user wanted: its file goes.
+  /// Deletes the .unsaved file of a jukebox. Call this when the user closes the jukebox.
   void Forget(const Jukebox& jukebox) noexcept;
 
-  /// The jukebox is no longer there; its file stays.
+  /// Stops tracking a jukebox that no longer exists. Its .unsaved file stays.
   void Release(const Jukebox& jukebox) noexcept { kept_.erase(&jukebox); }
 
-  /// What an earlier run of the program has left, in the order of the names. Files that cannot be used are
-  /// kept aside with ".bak" behind their names.
+  /// Returns the unsaved jukeboxes of earlier runs, sorted by file name. Invalid files are renamed
+  /// to end in ".bak".
   ///
-  /// \param problems is told each of these, a sentence each
+  /// \param problems receives one sentence for each file or folder that cannot be used
   std::vector<UnsavedJukebox> Find(std::vector<std::string>& problems) const;
 
-  /// Whether an unsaved jukebox holds what its own file holds by now.
+  /// Whether the jukebox file now has the same content as the unsaved jukebox.
   static bool IsSaved(const UnsavedJukebox& unsaved, const clsMain& library);
 
-  /// The user does not want an unsaved jukebox: its file is kept aside with ".bak" behind its name.
+  /// Call this when the user does not want an unsaved jukebox. Its .unsaved file is renamed to end
+  /// in ".bak".
   static void Decline(const UnsavedJukebox& unsaved) noexcept;
 
-  /// Fills a new jukebox with an unsaved one, whose file is the new one's from then on.
+  /// Loads an unsaved jukebox into a new jukebox. From then on its .unsaved file belongs to that
+  /// jukebox.
   ///
-  /// \returns false when it holds no jukebox after all; Jukebox::FileProblem tells why
+  /// \returns false when the content is not a valid jukebox; Jukebox::FileProblem has the reason
   /// \param ask see RelinkSongs; may be empty
   bool Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox, const clsMain& library,
                const AskWhichSongs& ask = {});
@@ -78,7 +80,7 @@ class UnsavedJukeboxes {
  private:
   struct Kept {
     std::string path;
-    std::uint64_t content = 0;  ///< what the file holds
+    std::uint64_t content = 0;  ///< hash of the content in the file, see ContentOf
   };
   std::string FreePath() const;
 

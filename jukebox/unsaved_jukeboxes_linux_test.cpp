@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Keeping what is not saved where the system does not let it.
+// Keeping unsaved changes when the operating system refuses the write.
 #include <filesystem>
 #include <gtest/gtest.h>
 
@@ -19,7 +19,7 @@ class FailingKeep : public LibraryTest {
   Jukebox jukebox;
 };
 
-TEST_F(FailingKeep, AFolderThatMayNotBeLookedIntoIsSaid) {
+TEST_F(FailingKeep, AFolderWithoutPermissionsIsReported) {
   std::filesystem::permissions(Folder(), std::filesystem::perms(0000));
   {
     const AsNobody nobody;
@@ -30,7 +30,7 @@ TEST_F(FailingKeep, AFolderThatMayNotBeLookedIntoIsSaid) {
   EXPECT_TRUE(FileExists(Folder() + "Jukebox-1.unsaved"));
 }
 
-TEST_F(FailingKeep, AFolderThatIsALinkToItselfIsSaid) {
+TEST_F(FailingKeep, AFolderThatIsALinkToItselfIsReported) {
   std::filesystem::remove_all(Folder());
   const std::string link = Folder().substr(0, Folder().size() - 1);
   std::filesystem::create_symlink(link, link);

@@ -28,7 +28,7 @@ class UnsavedJukeboxesTest : public LibraryTest {
   Texts problems;
 };
 
-TEST_F(UnsavedJukeboxesTest, WhatIsKeptComesBackWhole) {
+TEST_F(UnsavedJukeboxesTest, AKeptJukeboxIsRecoveredCompletely) {
   unsaved.Keep(jukebox, library);
   const auto found = Find();
   ASSERT_EQ(found.size(), 1U);
@@ -46,7 +46,7 @@ TEST_F(UnsavedJukeboxesTest, WhatIsKeptComesBackWhole) {
   EXPECT_TRUE(again.DiffersFromFile());
 }
 
-TEST_F(UnsavedJukeboxesTest, OneThatEqualsItsFileIsNotKept) {
+TEST_F(UnsavedJukeboxesTest, AJukeboxThatEqualsItsFileIsNotKept) {
   ASSERT_TRUE(jukebox.Save(music / "mix.juk", library));
   jukebox.IsFormDirty(true);
   unsaved.Keep(jukebox, library);
@@ -55,7 +55,7 @@ TEST_F(UnsavedJukeboxesTest, OneThatEqualsItsFileIsNotKept) {
   unsaved.Keep(jukebox, library);
   EXPECT_TRUE(FileExists(First()));
   EXPECT_EQ(Find()[0].file, music / "mix.juk");
-  // It may come to equal it again.
+  // Removing the folder makes the content equal to the file again.
   jukebox.Nodes().Take(*jukebox.Nodes().Find("x"));
   unsaved.Keep(jukebox, library);
   EXPECT_FALSE(FileExists(First()));
@@ -71,7 +71,7 @@ TEST_F(UnsavedJukeboxesTest, OnlyAChangeIsWritten) {
   EXPECT_TRUE(FileExists(First()));
 }
 
-TEST_F(UnsavedJukeboxesTest, FilesOfAnEarlierRunAreNotWrittenOver) {
+TEST_F(UnsavedJukeboxesTest, FilesOfAnEarlierRunAreNotOverwritten) {
   unsaved.Keep(jukebox, library);
   UnsavedJukeboxes next(SystemPath());
   Jukebox other;
@@ -79,7 +79,7 @@ TEST_F(UnsavedJukeboxesTest, FilesOfAnEarlierRunAreNotWrittenOver) {
   next.Keep(other, library);
   const auto found = Find();
   ASSERT_EQ(found.size(), 2U);
-  // A recovered one goes on in its file.
+  // A recovered jukebox keeps using its .unsaved file.
   Jukebox again;
   ASSERT_TRUE(next.Recover(found[0], again, library));
   again.Nodes().AddChild(nullptr, "more");
@@ -89,7 +89,7 @@ TEST_F(UnsavedJukeboxesTest, FilesOfAnEarlierRunAreNotWrittenOver) {
   EXPECT_EQ(Find().size(), 1U);
 }
 
-TEST_F(UnsavedJukeboxesTest, FilesThatCannotBeReadAreKeptAside) {
+TEST_F(UnsavedJukeboxesTest, InvalidFilesAreRenamedToBackups) {
   application.File("Grouping/System/Jukebox-3.unsaved", "");
   application.File("Grouping/System/Jukebox-4.unsaved", "{}\n{}");
   application.File("Grouping/System/Jukebox-5.unsaved",
@@ -110,7 +110,7 @@ TEST_F(UnsavedJukeboxesTest, FilesThatCannotBeReadAreKeptAside) {
   EXPECT_TRUE(problems.empty());
 }
 
-TEST_F(UnsavedJukeboxesTest, WhetherItIsSavedByNowIsLookedUp) {
+TEST_F(UnsavedJukeboxesTest, IsSavedComparesWithTheCurrentFile) {
   ASSERT_TRUE(jukebox.Save(music / "mix.juk", library));
   jukebox.Nodes().AddChild(nullptr, "x");
   unsaved.Keep(jukebox, library);
@@ -119,7 +119,7 @@ TEST_F(UnsavedJukeboxesTest, WhetherItIsSavedByNowIsLookedUp) {
   EXPECT_TRUE(UnsavedJukeboxes::IsSaved(Find()[0], library));
 }
 
-TEST_F(UnsavedJukeboxesTest, ADeclinedOneIsKeptAside) {
+TEST_F(UnsavedJukeboxesTest, ADeclinedJukeboxIsRenamedToABackup) {
   unsaved.Keep(jukebox, library);
   UnsavedJukeboxes::Decline(Find()[0]);
   EXPECT_TRUE(Find().empty());

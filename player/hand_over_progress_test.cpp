@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Handing songs over that is watched, and ended before its end.
+// Progress reports and cancellation while songs are handed over to the player.
 #include "player/playfile.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_link.h"
@@ -13,7 +13,7 @@ class HandOverIsWatched : public LibraryTest, protected HandOffPanel {
   HandOverIsWatched() {
     for (int k = 1; k <= kSongs; ++k) {
       AddSong(music.path(), std::to_string(k) + ".mp3");
-      // Every tenth is gone, but the first is not.
+      // Every tenth file is missing; the first exists.
       if (k % 10 != 0) music.File(std::to_string(k) + ".mp3");
       songs.push_back(k);
     }
@@ -41,7 +41,7 @@ class HandOverIsWatched : public LibraryTest, protected HandOffPanel {
   WinAMP_Control player{link, [] { return std::string("/opt/player"); }, messages.Shower()};
 };
 
-TEST_F(HandOverIsWatched, AfterEverySong) {
+TEST_F(HandOverIsWatched, ProgressIsReportedAfterEverySong) {
   std::size_t told = 0;
   Play([&](std::size_t done, std::size_t of) {
     EXPECT_EQ(of, std::size_t{kSongs});
@@ -54,9 +54,9 @@ TEST_F(HandOverIsWatched, AfterEverySong) {
   EXPECT_EQ(log, (Texts{"started", "handed over"}));
 }
 
-TEST_F(HandOverIsWatched, EndedOnTheWayThePlayerKeepsWhatItHasAndThatIsSaid) {
+TEST_F(HandOverIsWatched, CancelledMidwayThePlayerKeepsItsSongsAndTheirNumberIsReported) {
   Play([](std::size_t done, std::size_t) { return done < 25; });
-  // The tenth and the twentieth are gone.
+  // Songs 10 and 20 are missing.
   EXPECT_EQ(Added(), 23);
   EXPECT_EQ(log, (Texts{"started", "cancelled 23 of 200", "handed over"}));
 }

@@ -5,10 +5,10 @@
 
 namespace tallow {
 
-/// A path as bytes of a code page. One with a character that has no place there goes by its short (8.3)
-/// form; where there is none, with a question mark for the character.
+/// Converts a path to a code page. If a character is not in the code page, uses the short (8.3)
+/// path. If there is no short path, replaces each such character by a question mark.
 ///
-/// \param page a code page's number, 1252
+/// \param page number of the code page, for example 1252
 std::string PathInCodePage(const std::string& path, unsigned page);
 
 }  // namespace tallow

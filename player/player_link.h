@@ -8,43 +8,45 @@
 
 namespace tallow {
 
-/// A player that was found; 0 is none.
+/// Identifies a player that was found; 0 for none.
 using PlayerHandle = std::uintptr_t;
 
-/// The way to the player, which differs by platform: on Windows the messages go to the window of class
-/// "Winamp v1.x", on Linux through a socket to tallow-player.
+/// Connection to the player; differs by platform. On Windows, messages are sent to the window of
+/// class "Winamp v1.x". On Linux, they are sent through a socket to tallow-player.
 ///
-/// Messages wait for their answer. One to a player that is gone goes nowhere and answers 0.
+/// Sending a message blocks until the answer arrives. A message to a player that has ended is
+/// dropped and returns 0.
 class PlayerLink {
  public:
   virtual ~PlayerLink() = default;
 
-  /// Looks for a player that runs.
+  /// Looks for a running player.
   virtual PlayerHandle Find() = 0;
 
-  /// Runs a player's program, minimized and without the focus, and does not wait for it. On Linux one
-  /// that runs already is a success, and no second one is started.
-  /// \returns whether there is a process
+  /// Starts the player's program, minimized and without focus, and returns without waiting for it.
+  /// On Linux, if a player is already running, returns true and starts no second one.
+  /// \returns whether the program was started or is running
   virtual bool Start(const std::string& program) = 0;
 
-  /// Sends a message, see player_messages.h, and gives its answer.
+  /// Sends a message, see player_messages.h, and returns the answer.
   virtual std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
                             std::int64_t lParam) = 0;
 
   /// Sends a copy-data record.
-  /// \param code what the data is, see kAddFile
-  /// \returns false when the player says that it has no room for it
+  /// \param code type of the data, see kAddFile
+  /// \returns false when the player answers that its list is full
   virtual bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) = 0;
 
-  /// Whether a player that was found is still there.
+  /// Whether a player that was found is still running.
   virtual bool IsThere(PlayerHandle player) = 0;
 
-  /// A path as the player reads it: on Windows in the system's ANSI code page, by its short (8.3) form
-  /// when it has no other there; on Linux as it is.
+  /// Converts a path to the encoding that the player expects. On Windows this is the system's ANSI
+  /// code page; a path that it cannot represent is replaced by its short (8.3) form. On Linux the
+  /// path is unchanged.
   virtual std::string TextOfPath(const std::string& path) const = 0;
 };
 
-/// The way to the player of this platform.
+/// Creates the link for this platform.
 std::unique_ptr<PlayerLink> SystemPlayerLink();
 
 }  // namespace tallow

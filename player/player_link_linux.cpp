@@ -24,13 +24,13 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// How long to wait for an answer: of a player that was just started, of one that ran already, and of
-/// one that is asked how long a track is, which may take itself two seconds to find out.
+/// Timeouts for an answer: after the player was just started, in general, and for a query of a
+/// track's length, which can take the player two seconds.
 constexpr std::chrono::seconds kFirstTimeout{10};
 constexpr std::chrono::seconds kTimeout{2};
 constexpr std::chrono::seconds kLengthTimeout{4};
 
-/// Whether a message only asks.
+/// Whether a request is a query that changes nothing.
 bool IsQuestion(const PlayerRequestHead& head) noexcept {
   return head.message == kWmUser &&
          (head.lParam == kStatus || head.lParam == kTrackTime || head.lParam == kVersion);
@@ -38,25 +38,25 @@ bool IsQuestion(const PlayerRequestHead& head) noexcept {
 
 /// A connection to the player.
 ///
-/// A player that does not answer in time is not waited for again until it has made up for all it owes:
-/// questions get no answer, everything else is sent for it to find. Once the connection has ended or a
-/// request has only gone in part, nothing goes any more.
+/// After a timeout, requests no longer wait until the player has sent all overdue answers. In the
+/// meantime queries return 0, and other requests are sent without waiting. When the connection has
+/// been closed, or a request was sent only in part, nothing more is sent.
 class PlayerConnection {
  public:
-  /// \param starting the player may not be up yet
+  /// \param starting true when the player may not have finished starting
   PlayerConnection(int descriptor, bool starting) noexcept
       : socket_(descriptor), starting_(starting) {}
 
-  /// Whether the player can still be at the other end.
+  /// Whether the connection is usable as far as known.
   bool IsAlive() {
     TakeLateAnswers();
     return !dead_;
   }
 
-  /// Whether the other end has closed it: the player has ended, or needs the room for others.
+  /// Whether the player closed the connection: it has ended, or has closed it to accept others.
   bool WasClosed() const noexcept { return was_closed_; }
 
-  /// Sends a request and waits for its answer; 0 when there is none.
+  /// Sends a request and waits for the answer; returns 0 when there is none.
   PlayerAnswer Exchange(const PlayerRequestHead& head, std::string_view payload) {
     TakeLateAnswers();
     const bool late = owed_ > 0;
@@ -107,14 +107,14 @@ class PlayerConnection {
     return true;
   }
 
-  /// Reads the answers that have come, without waiting.
+  /// Reads the answers that have arrived, without blocking.
   void TakeLateAnswers() noexcept {
     while (!dead_) {
       const ssize_t got =
           recv(socket_.descriptor(), bytes_.data() + filled_, bytes_.size() - filled_, 0);
       if (got < 0 && errno == EINTR) continue;
       if (got < 0 && errno == EAGAIN) return;
-      // Nobody speaks unasked.
+      // The player sends nothing except answers.
       was_closed_ = got <= 0;
       dead_ = got <= 0 || owed_ == 0;
       if (dead_) return;
@@ -129,15 +129,15 @@ class PlayerConnection {
 
   OpenFile socket_;
   std::array<char, sizeof(PlayerAnswer)> bytes_{};
-  std::size_t filled_ = 0;  ///< of the bytes
+  std::size_t filled_ = 0;  ///< number of bytes in bytes_
   PlayerAnswer last_answer_ = 0;
-  int owed_ = 0;  ///< answers that have not come yet
+  int owed_ = 0;  ///< number of outstanding answers
   bool starting_;
   bool dead_ = false;
   bool was_closed_ = false;
 };
 
-/// Tells the socket of one player from that of any other.
+/// Identity of a socket file, to tell the sockets of different players apart.
 struct SocketFile {
   dev_t device = 0;
   ino_t number = 0;
@@ -155,7 +155,7 @@ SocketFile SocketFileOf(const std::string& path) noexcept {
   return {status.st_dev, status.st_ino, status.st_ctim};
 }
 
-/// Connects, and tries again for a while where more wait for the player than its socket allows.
+/// Connects to the player. Retries for up to kTimeout while the socket's backlog is full.
 int ConnectPatiently(const std::string& path) {
   const Clock::time_point deadline = Clock::now() + kTimeout;
   for (;;) {
@@ -192,7 +192,7 @@ class SocketLink : public PlayerLink {
       const std::array<std::string, 1> arguments{"--listen"};
       just_started_ = Spawn(program, arguments, listening.descriptor()) != 0;
       if (just_started_) return true;
-      // Nobody is to wait for a player that will never answer.
+      // Remove the socket, so that nobody waits for a player that will never answer.
       unlink(path.c_str());
       return false;
     } catch (const FileError& error) {
@@ -204,17 +204,18 @@ class SocketLink : public PlayerLink {
   std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
                     std::int64_t lParam) override {
     const PlayerAnswer answer = Exchange(player, {message, 0, wParam, lParam}, {});
-    // It may take a moment to end, and must not be found again in that.
+    // The player may take a moment to end. Disconnect, so that Find does not return it meanwhile.
     if (message == kWmCommand && wParam == kClosePlayer && player == handle_) connection_.reset();
     return answer;
   }
 
   bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
-    // The player would take more for an attack. No path is that long, so there is no such file.
+    // The player rejects such a request. The path exceeds the limit of the system, so the file
+    // cannot exist.
     if (data.size() > kMaxPayload) return true;
     const PlayerRequestHead head{kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code};
     PlayerAnswer answer = Exchange(player, head, data);
-    // The player may have closed the connection just then for the sake of others.
+    // The player may just have closed this connection in order to accept others.
     if (connection_ && !connection_->IsAlive() && connection_->WasClosed())
       answer = Exchange(player, head, data);
     return answer != kListIsFull;
@@ -234,7 +235,7 @@ class SocketLink : public PlayerLink {
     return connection_->Exchange(head, payload);
   }
 
-  /// Connects to the same player once more, which closes connections when it has too many.
+  /// Reconnects to the same player, which closes connections when it has too many.
   void ConnectAgain() {
     try {
       const std::string path = PlayerSocketPath();
@@ -242,13 +243,13 @@ class SocketLink : public PlayerLink {
       const int descriptor = ConnectToPlayer(path);
       if (descriptor >= 0) connection_.emplace(descriptor, false);
     } catch (const FileError&) {
-      // It stays closed.
+      // The connection stays closed.
     }
   }
 
   std::optional<PlayerConnection> connection_;
-  SocketFile socket_file_;   ///< that it leads to
-  PlayerHandle handle_ = 0;  ///< of the connection; another one for each
+  SocketFile socket_file_;   ///< of the connected player
+  PlayerHandle handle_ = 0;  ///< of the current connection; different for each
   bool just_started_ = false;
 };
 

@@ -17,7 +17,7 @@
 namespace tallow {
 namespace {
 
-/// How the real player is found, started, lost and found again.
+/// Tests with the real player: it is found, started, lost and found again.
 class LinuxPlayer : public RealPlayer {
  protected:
   std::string Tone(const std::string& name, const std::string& synth) {
@@ -28,13 +28,13 @@ class LinuxPlayer : public RealPlayer {
   std::size_t Starts() { return Lines("pids").size(); }
 };
 
-TEST_F(LinuxPlayer, NoneIsFoundBeforeOneIsStarted) {
+TEST_F(LinuxPlayer, NoPlayerIsFoundBeforeOneIsStarted) {
   EXPECT_FALSE(player.FindWinamp());
   EXPECT_EQ(player.GetWinampStatus(), "");
   EXPECT_EQ(messages.Take(), Texts{"WinAMP window not found yet..."});
 }
 
-TEST_F(LinuxPlayer, OneThatWasJustStartedIsFoundAndAnswersOnceItIsUp) {
+TEST_F(LinuxPlayer, AJustStartedPlayerIsFoundAndAnswersWhenReady) {
   ASSERT_TRUE(player.StartWinamp());
   ASSERT_TRUE(player.FindWinamp());
   char version[16];
@@ -46,7 +46,7 @@ TEST_F(LinuxPlayer, OneThatWasJustStartedIsFoundAndAnswersOnceItIsUp) {
   EXPECT_TRUE(messages.shown.empty());
 }
 
-TEST_F(LinuxPlayer, OneThatRunsIsNotStartedAgain) {
+TEST_F(LinuxPlayer, ARunningPlayerIsNotStartedAgain) {
   StartPlayer();
   player.GetWinampVersion();
   EXPECT_TRUE(player.StartWinamp());
@@ -65,9 +65,9 @@ TEST_F(LinuxPlayer, AProgramThatCannotBeRunIsNotStarted) {
   EXPECT_FALSE(player.FindWinamp());
 }
 
-TEST_F(LinuxPlayer, OneThatExitsAtOnceLeavesNothingBehind) {
+TEST_F(LinuxPlayer, APlayerThatExitsAtOnceLeavesNothingBehind) {
   UseScript("exit 0\n");
-  // It may still be found for a moment; nothing hangs then.
+  // The player may still be found for a moment. Requests to it must not block then.
   EXPECT_TRUE(player.StartWinamp());
   if (player.FindWinamp()) {
     EXPECT_EQ(player.GetWinampVersion(), "UNKNOWN");
@@ -79,14 +79,14 @@ TEST_F(LinuxPlayer, OneThatExitsAtOnceLeavesNothingBehind) {
   EXPECT_NE(player.GetWinampVersion(), "UNKNOWN");
 }
 
-TEST_F(LinuxPlayer, OneThatIsKilledInASongIsGoneAndCanBeStartedAgain) {
+TEST_F(LinuxPlayer, APlayerKilledDuringASongIsGoneAndCanBeStartedAgain) {
   const std::string song = Tone("a.mp3", "60 sine 440");
   StartPlayer();
   Play({song});
   EXPECT_EQ(player.GetTrackLength(), 60);
   ASSERT_EQ(kill(LastPid(), SIGKILL), 0);
   ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
-  // Messages go nowhere.
+  // Messages are dropped.
   EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
   EXPECT_EQ(player.GetTrackPosition(), 0);
   player.SendWinampCommand(kPlay);
@@ -100,7 +100,7 @@ TEST_F(LinuxPlayer, OneThatIsKilledInASongIsGoneAndCanBeStartedAgain) {
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
 }
 
-TEST_F(LinuxPlayer, OneThatDoesNotAnswerIsWaitedForOnceAndFindsWhatItWasTold) {
+TEST_F(LinuxPlayer, AnUnresponsivePlayerIsWaitedForOnceAndGetsLaterCommands) {
   const std::string song = Tone("a.mp3", "60 sine 440");
   StartPlayer();
   Play({song});
@@ -108,7 +108,7 @@ TEST_F(LinuxPlayer, OneThatDoesNotAnswerIsWaitedForOnceAndFindsWhatItWasTold) {
   const pid_t pid = LastPid();
   ASSERT_EQ(kill(pid, SIGSTOP), 0);
   EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
-  // From here on nothing is waited for any more, or this test would not end in its time.
+  // From here on no query waits any more; otherwise this test would exceed its time limit.
   for (int k = 0; k < 1000; ++k) EXPECT_EQ(player.GetTrackPosition(), 0);
   player.SendWinampCommand(kPause);
   EXPECT_TRUE(player.StartWinamp());
@@ -119,7 +119,7 @@ TEST_F(LinuxPlayer, OneThatDoesNotAnswerIsWaitedForOnceAndFindsWhatItWasTold) {
   EXPECT_EQ(Starts(), 1U);
 }
 
-TEST_F(LinuxPlayer, OneThatIsClosedWhileItDoesNotAnswerEndsAsSoonAsItCan) {
+TEST_F(LinuxPlayer, APlayerClosedWhileUnresponsiveEndsAsSoonAsItResumes) {
   StartPlayer();
   player.GetWinampVersion();
   ASSERT_EQ(kill(LastPid(), SIGSTOP), 0);
@@ -130,7 +130,7 @@ TEST_F(LinuxPlayer, OneThatIsClosedWhileItDoesNotAnswerEndsAsSoonAsItCan) {
   EXPECT_TRUE(WaitUntil([&] { return !IsRunning(); }));
 }
 
-TEST_F(LinuxPlayer, AfterItWasClosedTheNextOneIsNew) {
+TEST_F(LinuxPlayer, AfterAPlayerIsClosedANewOneIsStarted) {
   for (std::size_t k = 1; k <= 20; ++k) {
     StartPlayer();
     player.GetWinampVersion();
@@ -139,20 +139,20 @@ TEST_F(LinuxPlayer, AfterItWasClosedTheNextOneIsNew) {
   }
 }
 
-TEST_F(LinuxPlayer, OneThatWasStartedByHandIsUsed) {
+TEST_F(LinuxPlayer, APlayerStartedByHandIsUsed) {
   std::string command = path + " &";
   ASSERT_EQ(std::system(command.c_str()), 0);
   ASSERT_TRUE(WaitUntil([&] { return IsRunning(); }));
   StartPlayer();
   EXPECT_EQ(Starts(), 1U);
-  // A second one by hand says so and ends.
+  // A second player started by hand reports the first one and exits.
   command = path + " 2> '" + (folder / "said") + "'";
   EXPECT_NE(std::system(command.c_str()), 0);
   ASSERT_EQ(Lines("said").size(), 1U);
   EXPECT_NE(Lines("said")[0].find("one runs already"), std::string::npos);
 }
 
-TEST_F(LinuxPlayer, ANameOfAnyBytesIsPlayed) {
+TEST_F(LinuxPlayer, ANameWithAnyBytesIsPlayed) {
   const std::string song = Tone("a.mp3", "60 sine 440");
   StartPlayer();
   for (const char* const name : {"caf\xE9.mp3", "new\nline.mp3", "a'b\"c.mp3", "http:%2F%2Fx.mp3",
@@ -187,7 +187,7 @@ TEST_F(LinuxPlayer, PauseHoldsThePositionAndPlayGoesOn) {
   ASSERT_TRUE(WaitUntil([&] { return link->Send(link->Find(), kWmUser, 0, kTrackTime) > 200; }));
   player.SendWinampCommand(kPause);
   EXPECT_EQ(player.GetWinampStatus(), "PAUSED");
-  // Step by step, as the keys do it, and it stays there.
+  // Seek in single steps, as the keys do. The paused position must not change.
   for (const int second : {30, 31, 32, 31, 30}) {
     player.SetTrackPosition(second);
     for (int k = 0; k < 2000; ++k) ASSERT_EQ(player.GetTrackPosition(), second);
@@ -199,10 +199,10 @@ TEST_F(LinuxPlayer, PauseHoldsThePositionAndPlayGoesOn) {
   player.SendWinampCommand(kPause);
   player.SendWinampCommand(kPause);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
-  // Play begins the song anew when it plays already.
+  // Play restarts a song that is already playing.
   player.SendWinampCommand(kPlay);
   EXPECT_EQ(player.GetTrackPosition(), 0);
-  // Past the end there is nothing to seek, which is known once the song is open.
+  // A seek past the end is ignored. The player can tell only after it has opened the song.
   EXPECT_EQ(player.GetTrackLength(), 100);
   EXPECT_EQ(link->Send(link->Find(), kWmUser, 101000, kSeek), 1);
   EXPECT_EQ(player.GetTrackPosition(), 0);
@@ -215,8 +215,8 @@ TEST_F(LinuxPlayer, PauseHoldsThePositionAndPlayGoesOn) {
   EXPECT_TRUE(WaitUntil([&] { return player.GetTrackPosition() == 41; }));
 }
 
-TEST_F(LinuxPlayer, ALengthThatDoesNotComeIsNotWaitedForLongAndKeepsNobodyElse) {
-  // A pipe that nobody writes to opens for good.
+TEST_F(LinuxPlayer, AnUnknownLengthTimesOutAndDoesNotBlockOthers) {
+  // Opening a pipe without a writer blocks.
   const std::string pipe = folder / "a.mp3";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   StartPlayer();
@@ -233,12 +233,12 @@ TEST_F(LinuxPlayer, ALengthThatDoesNotComeIsNotWaitedForLongAndKeepsNobodyElse) 
   EXPECT_EQ(answers, 1000);
   player.SendWinampCommand(kStop);
   EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
-  // So that it can end.
+  // Open the pipe, so that the player can end.
   const OpenFile end(open(pipe.c_str(), O_RDWR | O_NONBLOCK));
   EndPlayer();
 }
 
-TEST_F(LinuxPlayer, TwoThatStartItAtOnceGetTheSameOne) {
+TEST_F(LinuxPlayer, ConcurrentStartsGetTheSamePlayer) {
   for (std::size_t round = 1; round <= 5; ++round) {
     std::vector<std::thread> starters;
     std::atomic<int> found{0};
@@ -256,7 +256,7 @@ TEST_F(LinuxPlayer, TwoThatStartItAtOnceGetTheSameOne) {
   }
 }
 
-TEST_F(LinuxPlayer, AListOfSongsFindsAPlayerThatExitsAtOnceOrIsKilled) {
+TEST_F(LinuxPlayer, HandOverReportsAPlayerThatExitsOrIsKilled) {
   const std::string song = Tone("a.mp3", "60 sine 440");
   TempFolder application;
   Tallow tallow(application.path());
@@ -274,7 +274,7 @@ TEST_F(LinuxPlayer, AListOfSongsFindsAPlayerThatExitsAtOnceOrIsKilled) {
   Panel quiet([] {});
   UseScript("exit 0\n");
   HandOver(songs, tallow.library, player, messages.Shower(), quiet);
-  // It depends on when it ends.
+  // Which message appears depends on when the player exits.
   for (const std::string& said : messages.Take())
     EXPECT_TRUE(said == "Couldn't find WinAMP's Window" ||
                 said ==
@@ -295,7 +295,7 @@ TEST_F(LinuxPlayer, AListOfSongsFindsAPlayerThatExitsAtOnceOrIsKilled) {
   EXPECT_EQ(player.GetTrackLength(), 60);
 }
 
-TEST_F(LinuxPlayer, MessagesThatNobodyReadsDoNotEndIt) {
+TEST_F(LinuxPlayer, WritingToAClosedStderrDoesNotEndThePlayer) {
   UseScript(Quote(TALLOW_PLAYER) + " --silent \"$@\" 2>&1 | true\n");
   const std::string song = Tone("a.mp3", "60 sine 440");
   StartPlayer();
@@ -347,7 +347,7 @@ TEST_F(LinuxPlayer, StopKeepsTheListAndNextAndPreviousGoThroughIt) {
   EXPECT_EQ(player.GetTrackLength(), -1);
 }
 
-TEST_F(LinuxPlayer, AListWithNothingPlayableEndsInStopped) {
+TEST_F(LinuxPlayer, AListWithoutAPlayableFileStops) {
   StartPlayer();
   std::vector<std::string> files;
   for (int k = 0; k < 100; ++k)
@@ -383,7 +383,7 @@ TEST_F(LinuxPlayer, TenThousandSongsAreHandedOver) {
   EXPECT_EQ(std::count(log.begin(), log.end(), "74 0 100 \"" + song + "\\0\""), kSongs);
 }
 
-TEST_F(LinuxPlayer, TheSocketLiesWhereNobodyElseMayEnter) {
+TEST_F(LinuxPlayer, TheSocketIsAccessibleToItsUserOnly) {
   StartPlayer();
   EXPECT_EQ(PlayerSocketPath(), runtime / "tallow/player");
   struct stat status {};
@@ -393,7 +393,7 @@ TEST_F(LinuxPlayer, TheSocketLiesWhereNobodyElseMayEnter) {
   EXPECT_EQ(status.st_mode & 0777, 0600U);
 }
 
-TEST_F(LinuxPlayer, WithoutAPrivateRuntimeFolderThereIsOneOfItsOwn) {
+TEST_F(LinuxPlayer, WithoutAPrivateRuntimeFolderOneIsCreated) {
   const std::string own = "/tmp/tallow-" + std::to_string(geteuid()) + "/";
   chmod(runtime.path().c_str(), 0755);
   EXPECT_EQ(RuntimeFolder(), own);
@@ -408,7 +408,7 @@ TEST_F(LinuxPlayer, WithoutAPrivateRuntimeFolderThereIsOneOfItsOwn) {
   chmod(runtime.path().c_str(), S_IRWXU);
 }
 
-TEST_F(LinuxPlayer, ARuntimeFolderThatOthersMayEnterIsRefused) {
+TEST_F(LinuxPlayer, ARuntimeFolderAccessibleToOthersIsRefused) {
   ASSERT_EQ(mkdir((runtime / "tallow").c_str(), 0777), 0);
   ASSERT_EQ(chmod((runtime / "tallow").c_str(), 0777), 0);
   EXPECT_FALSE(player.StartWinamp());

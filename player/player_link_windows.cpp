@@ -14,8 +14,7 @@ namespace {
 
 static_assert(kWmCopyData == WM_COPYDATA && kWmCommand == WM_COMMAND && kWmUser == WM_USER);
 
-/// The ANSI code page of the system. That of this process is UTF-8, which says nothing about the
-/// player's.
+/// The system's ANSI code page. The code page of this process is UTF-8, whatever the player uses.
 UINT SystemCodePage() {
   wchar_t digits[16] = {};
   DWORD size = sizeof digits - sizeof digits[0];
@@ -30,12 +29,13 @@ UINT SystemCodePage() {
   return page == 0 ? CP_UTF8 : page;
 }
 
-/// Whether a character without a place in a code page becomes a question mark, or is no character.
+/// How to treat a character that is not in the code page: fail, or replace it by a question mark.
 enum class Replacing { kNo, kYes };
 
 std::optional<std::string> InCodePage(UINT page, const std::wstring& text, Replacing replacing) {
   const auto length = static_cast<int>(text.size());
-  // UTF-8 has a place for everything and takes neither the flag nor the pointer.
+  // For UTF-8, WideCharToMultiByte allows neither this flag nor this pointer, and it has all
+  // characters.
   const bool is_utf8 = page == CP_UTF8;
   const DWORD flags = is_utf8 ? 0 : WC_NO_BEST_FIT_CHARS;
   BOOL replaced = FALSE;
@@ -50,7 +50,8 @@ std::optional<std::string> InCodePage(UINT page, const std::wstring& text, Repla
 }
 
 std::optional<std::wstring> ShortPath(const std::string& path) {
-  // The prefix that lifts the limit of 260 characters comes back in front of the short path.
+  // ToWidePath adds the prefix for paths over 260 characters, and GetShortPathNameW keeps the
+  // prefix.
   const std::wstring wide = ToWidePath(path);
   const std::size_t prefix = wide.size() - ToWide(path).size();
   const DWORD needed = GetShortPathNameW(wide.c_str(), nullptr, 0);
@@ -69,8 +70,8 @@ std::string PathInCodePage(const std::string& path, unsigned page) {
   if (const auto bytes = InCodePage(page, wide, Replacing::kNo)) return *bytes;
   if (const auto shortened = ShortPath(path))
     if (const auto bytes = InCodePage(page, *shortened, Replacing::kNo)) return *bytes;
-  // Without a short name (some disks have none) the player gets the nearest text, which it will not
-  // find.
+  // Some disks have no short names. The player then gets a path with question marks, which it will
+  // not find.
   return InCodePage(page, wide, Replacing::kYes).value_or(std::string());
 }
 
@@ -99,7 +100,7 @@ class WindowLink : public PlayerLink {
     record.cbData = static_cast<DWORD>(bytes.size());
     record.lpData = bytes.data();
     SendMessageA(reinterpret_cast<HWND>(player), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&record));
-    // It says nothing of that.
+    // The player does not report a full list.
     return true;
   }
 

@@ -34,30 +34,30 @@ TEST_F(OtherPlayer, MayLieInAFolderWithBlanks) {
   ASSERT_TRUE(player.StartWinamp());
   EXPECT_TRUE(WaitUntil([&] { return player.FindWinamp(); }));
   EndPlayer();
-  // Its file can be deleted once the process is gone.
+  // The file can be deleted only after the process has ended.
   EXPECT_TRUE(WaitUntil([&] { return RemoveFile(blanks); }));
 }
 
-TEST(PathInCodePage, IsTheBytesOfThePageWhereItHasAPlaceForAll) {
+TEST(PathInCodePage, APathWithinTheCodePageIsConverted) {
   EXPECT_EQ(PathInCodePage("C:\\Musik\\caf\u00E9 \u20AC.mp3", 1252), "C:\\Musik\\caf\xE9 \x80.mp3");
   EXPECT_EQ(PathInCodePage("C:\\\u041C\u0438\u0440.mp3", 1251), "C:\\\xCC\xE8\xF0.mp3");
   EXPECT_EQ(PathInCodePage("C:\\\u66F2.mp3", 65001), "C:\\\u66F2.mp3");
 }
 
-TEST(PathInCodePage, IsTheShortFormElsewhere) {
+TEST(PathInCodePage, AnyOtherPathIsReplacedByItsShortForm) {
   const TempFolder folder;
-  // The nearest letter (a for the Cyrillic one) would be another file.
+  // A best-fit replacement (Latin a for the Cyrillic one) would name another file.
   for (const char* const name : {"\u66F2 \u0416.mp3", "\u0430.mp3"}) {
     const std::string file = folder.File(name);
     const std::string text = PathInCodePage(file, 1252);
     for (const char c : text) EXPECT_GT(c, ' ');
     EXPECT_EQ(text.find('?'), std::string::npos) << text;
-    // It leads to the same file.
+    // The short path names the same file.
     EXPECT_TRUE(FileExists(text)) << text;
   }
 }
 
-TEST(PathInCodePage, HasQuestionMarksWhereThereIsNoShortForm) {
+TEST(PathInCodePage, WithoutAShortFormItHasQuestionMarks) {
   EXPECT_EQ(PathInCodePage("C:\\gone\\\u66F2.mp3", 1252), "C:\\gone\\?.mp3");
 }
 

@@ -6,33 +6,34 @@
 
 namespace tallow {
 
-// What the player understands: the window messages of Winamp 2, which are numbers of the Windows API
-// (WM_...) and of the player itself. A message has two parameters, wParam and lParam, and an answer.
+// Messages to the player: the window messages of Winamp 2. The numbers are those of the Windows API
+// (WM_...) and of the player itself. A message has two parameters, wParam and lParam, and an
+// answer.
 
 inline constexpr std::uint32_t kWmCopyData = 74;
 inline constexpr std::uint32_t kWmCommand = 273;
 inline constexpr std::uint32_t kWmUser = 1024;
 
-/// The wParam of kWmCommand.
+/// Values of wParam for kWmCommand.
 enum PlayerCommand : std::int32_t {
   kClosePlayer = 40001,
   kPreviousTrack = 40044,
   kPlay = 40045,
-  kPause = 40046,  ///< and go on again, when the player is paused
-  kStop = 40047,   ///< the list stays
+  kPause = 40046,  ///< pauses, or resumes when paused
+  kStop = 40047,   ///< keeps the list
   kNextTrack = 40048,
   kStopAfterTrack = 40157,
 };
 
-/// The lParam of kWmUser.
+/// Values of lParam for kWmUser.
 enum PlayerRequest : std::int32_t {
-  kVersion = 0,  ///< answers four hexadecimal digits, 2081 for version 2.081
+  kVersion = 0,  ///< answer: four hexadecimal digits, 2081 for version 2.081
   kClearList = 101,
-  kStatus = 104,      ///< answers a PlayerStatus
-  kTrackTime = 105,   ///< wParam kAskPosition or kAskLength
-  kSeek = 106,        ///< wParam: where to, in ms
+  kStatus = 104,      ///< answer: a PlayerStatus
+  kTrackTime = 105,   ///< wParam: kAskPosition or kAskLength
+  kSeek = 106,        ///< wParam: new position in ms
   kSetVolume = 122,   ///< wParam: amplitude, 0 to 255
-  kSetBalance = 123,  ///< wParam: 0 middle to 127 right; 128 left to 254 just left of the middle
+  kSetBalance = 123,  ///< wParam: 0 center to 127 right; 128 left to 254 just left of center
 };
 
 enum PlayerStatus : std::int32_t {
@@ -41,18 +42,18 @@ enum PlayerStatus : std::int32_t {
   kPaused = 3,
 };
 
-/// The wParam of kTrackTime.
+/// Values of wParam for kTrackTime.
 enum TrackTime : std::int32_t {
-  kAskPosition = 0,  ///< answers ms; -1 when nothing plays
-  kAskLength = 1,    ///< answers s; -1 when nothing plays
+  kAskPosition = 0,  ///< answer: position in ms; -1 when nothing plays
+  kAskLength = 1,    ///< answer: length in s; -1 when nothing plays
 };
 
-/// The code of kWmCopyData that adds a file to the list. Its data is the path, ended by a NUL.
+/// Code of kWmCopyData that appends a file to the list. The data is the path, NUL-terminated.
 inline constexpr std::uint32_t kAddFile = 100;
 
 inline constexpr std::int32_t kMaxVolume = 255;
 inline constexpr std::int32_t kMaxBalance = 127;
-/// What is added to a balance left of the middle.
+/// Added to a negative (left) balance.
 inline constexpr std::int32_t kLeftBalance = 255;
 
 }  // namespace tallow

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Every operation on a player in a process of its own: on Linux the real one, on Windows Winamp's
-// stand-in. Both write down what they hear in the same words.
+// Tests every operation with a player in another process: the real player on Linux, a stand-in for
+// Winamp on Windows. Both log the messages they receive in the same format.
 #include <functional>
 #include <gtest/gtest.h>
 #include <string>
@@ -50,7 +50,7 @@ TEST_F(OtherPlayer, IsNotFoundWhenItDoesNotRun) {
   EXPECT_EQ(messages.Take(), Texts{"WinAMP window not found yet..."});
 }
 
-TEST_F(OtherPlayer, HearsEveryOperationAsItsMessage) {
+TEST_F(OtherPlayer, ReceivesEveryOperationAsItsMessage) {
   StartSong();
   const std::string length = "1024 1 105";
   struct Operation {
@@ -94,12 +94,12 @@ TEST_F(OtherPlayer, HearsEveryOperationAsItsMessage) {
   EXPECT_TRUE(messages.shown.empty());
 }
 
-TEST_F(OtherPlayer, IsGoneOnceItWasClosedAndMessagesGoNowhere) {
+TEST_F(OtherPlayer, AfterItWasClosedMessagesAreDropped) {
   StartSong();
   player.SendWinampCommand(kClosePlayer);
   ASSERT_TRUE(WaitUntil([&] { return link->Find() == 0; }));
   Heard();
-  // The window found before is still the one that is spoken to.
+  // Operations still use the window that was found before.
   EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
   EXPECT_EQ(player.GetTrackPosition(), 0);
   EXPECT_EQ(player.GetWinampVersion(), "UNKNOWN");

@@ -17,11 +17,11 @@
 namespace tallow {
 namespace {
 
-/// How often to try for the start lock, and how long to wait between two tries, in ns.
+/// Number of attempts to lock the start lock, and the pause between attempts, in ns.
 constexpr int kLockTries = 100;
 constexpr timespec kLockPause{0, 10'000'000};
 
-/// \returns false when the path is too long for a socket
+/// \returns false when the path is too long for a socket address
 bool FillAddress(const std::string& path, sockaddr_un& address) noexcept {
   address = {};
   address.sun_family = AF_UNIX;

@@ -34,22 +34,23 @@ std::string PathOfSong(const clsMain& library, std::int32_t record) {
 
 namespace {
 
-/// How many files are looked at at once, see ReadAhead.
+/// Number of files that a thread checks in one batch, see ReadAhead.
 constexpr std::size_t kFilesAtOnce = 64;
 
-/// What a look at a file has come to.
+/// Result of checking a file.
 struct FileAnswer {
   bool came = true;  ///< false: the disk does not answer
   std::optional<FileProblem> problem;
 };
 
-/// How many songs that cannot be read are named.
+/// Maximum number of unreadable songs that the message names.
 constexpr std::size_t kMaxNamed = 5;
 
-/// Looks whether the files of songs are there, and keeps what else is the matter with them.
+/// Evaluates the checks of the songs' files and collects the problems.
 class FileChecks {
  public:
-  /// Whether a song is to be handed over: one that cannot be read may only be so at this moment.
+  /// Whether to hand over a song. Includes songs that cannot be read now, because this may be
+  /// temporary.
   bool IsPlayable(const std::string& path, const FileAnswer& answer) {
     if (path.empty()) return false;
     if (!answer.came) {
@@ -67,7 +68,7 @@ class FileChecks {
     if (unanswered_ > 0) panel.DoNotAnswer(unanswered_, first_unanswered_);
   }
 
-  /// Says what was the matter, in one message.
+  /// Shows the collected problems in one message.
   void Tell(const ShowMessage& show) const {
     if (count_ == 0) return;
     const FileProblem& first = problems_.front().second;
@@ -101,7 +102,7 @@ void TellPlayerHasEnded(std::size_t taken, std::size_t all, const ShowMessage& s
         .title = "Error"});
 }
 
-/// Looks at the files of songs, and uses what it sees in their order.
+/// Checks the files of songs on worker threads and passes the results to a callback, in song order.
 template <typename Use>
 void LookAtFiles(std::span<const std::int32_t> songs, clsMain& library, const GoOn& go_on,
                  const Use& use) {

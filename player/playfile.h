@@ -14,43 +14,44 @@ namespace tallow {
 
 class clsMain;
 
-/// What starting a hand-off changes on the player panel.
+/// Callbacks to the player panel during a hand-over of songs to the player.
 class HandOffPanel {
  public:
   virtual ~HandOffPanel() = default;
-  /// The player was found; not always the same as last time.
+  /// The player was found. It may be another player than before.
   virtual void PlayerFound() {}
-  /// The file of the first song is not there, so nothing is played.
+  /// The file of the first song is missing, so nothing is played.
   virtual void FirstSongIsGone(const std::string& /*path*/) {}
-  /// The first song plays: the position bar starts at 0.
-  /// \param length of the first track, in seconds; -1 when the player does not know
+  /// The first song is playing: the position bar starts at 0.
+  /// \param length of the first song, in seconds; -1 when the player does not know it
   virtual void TrackStarted(std::int32_t length) = 0;
-  /// All songs are handed over, or no more are to be.
+  /// The hand-over has ended: all songs are handed over, or no more will be.
   virtual void HandedOver() = 0;
-  /// The hand-over was cancelled; comes before HandedOver.
-  /// \param songs that the player has
+  /// The hand-over was cancelled; called before HandedOver.
+  /// \param songs number of songs that the player has
   virtual void Cancelled(std::size_t /*songs*/, std::size_t /*of*/) {}
-  /// Songs were left out because their drive does not answer; comes before HandedOver.
+  /// Songs were skipped because their drive does not answer; called before HandedOver.
   virtual void DoNotAnswer(std::size_t /*songs*/, const std::string& /*first*/) {}
 };
 
 using HandOverProgress = std::function<bool(std::size_t done, std::size_t songs)>;
 
-/// Starts and finds the player; says so when that fails.
+/// Starts and finds the player; shows a message on failure.
 bool ReachPlayer(WinAMP_Control& player, const ShowMessage& show);
 
-/// Replaces the player's list by songs and starts the first one.
+/// Replaces the player's list by songs and plays the first one.
 ///
-/// Songs whose files are missing are left out; when the first one is missing nothing is done at all. Songs
-/// that cannot be looked at for another reason are handed over, and one message names the first five. Where the
-/// player's list has no room for all, those up to the first that does not fit are played, and a message says so.
+/// Skips songs whose files are missing. If the file of the first song is missing, does nothing
+/// else. Hands over songs whose files cannot be checked for another reason; one message then names
+/// the first five. If the player's list gets full, plays the songs before the first that does not
+/// fit, and shows a message.
 /// \param songs    record numbers, in play order
-/// \param progress is told how many songs the player has, or is not to have, again and again, and says whether
-///                 to go on; may be empty. The player keeps those that it has
+/// \param progress called repeatedly with the number of songs processed so far; returns false to
+///                 cancel. May be empty. The player keeps the songs that it already has
 void HandOver(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Control& player,
               const ShowMessage& show, HandOffPanel& panel, const HandOverProgress& progress = {});
 
-/// The full path of a song; empty when the library has no such row.
+/// Returns the full path of a song; empty when the library has no such row.
 std::string PathOfSong(const clsMain& library, std::int32_t record);
 
 }  // namespace tallow

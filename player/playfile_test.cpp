@@ -12,7 +12,7 @@ class Playfile : public LibraryTest, protected HandOffPanel {
  protected:
   Playfile() { link.answers["1024 1 105"] = 215; }
 
-  /// Puts a song into the library, as a file or as one that is gone.
+  /// Adds a song to the library, with an existing or a missing file.
   std::string Song(const std::string& name, bool exists = true) {
     AddSong(music.path(), name);
     return exists ? music.File(name) : music / name;
@@ -20,7 +20,7 @@ class Playfile : public LibraryTest, protected HandOffPanel {
   void Play(const std::vector<std::int32_t>& songs) {
     HandOver(songs, library, player, messages.Shower(), *this);
   }
-  /// Compares what was sent behind starting and finding the player.
+  /// Compares what was sent after the player was started and found.
   void ExpectSent(const Texts& expected) {
     Texts sent = link.Take();
     ASSERT_GE(sent.size(), 2U);
@@ -29,7 +29,7 @@ class Playfile : public LibraryTest, protected HandOffPanel {
     sent.erase(sent.begin(), sent.begin() + 2);
     EXPECT_EQ(sent, expected);
   }
-  /// What a file leaves in the log as it is added.
+  /// The log line for an added file.
   static std::string Added(const std::string& file) {
     return "copy 100 " + std::to_string(file.size() + 1) + " " + file + "\\0";
   }
@@ -55,7 +55,7 @@ TEST_F(Playfile, OneSongIsStoppedClearedAddedAndPlayed) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(Playfile, AListWithoutRoomForAllPlaysWhatItHasAndSaysSo) {
+TEST_F(Playfile, WhenTheListIsFullTheSongsThatFitArePlayedAndAMessageIsShown) {
   Song("a.mp3");
   Song("gone.mp3", false);
   Song("c.mp3");
@@ -63,7 +63,7 @@ TEST_F(Playfile, AListWithoutRoomForAllPlaysWhatItHasAndSaysSo) {
   Song("e.mp3");
   link.max_files = 2;
   Play({1, 2, 3, 4, 5});
-  // The first one that does not fit ends the list, so none is left out in between.
+  // The hand-over ends at the first song that does not fit, so no song in between is skipped.
   EXPECT_EQ(link.files, 3U);
   EXPECT_EQ(link.Take().back(), "panel done");
   EXPECT_EQ(messages.Take(),
@@ -71,7 +71,7 @@ TEST_F(Playfile, AListWithoutRoomForAllPlaysWhatItHasAndSaysSo) {
                   "and the others after them."});
 }
 
-TEST_F(Playfile, AListWithoutAnyRoomPlaysNothingAndSaysSo) {
+TEST_F(Playfile, WhenNoSongFitsNothingIsPlayedAndAMessageIsShown) {
   Song("a.mp3");
   Song("b.mp3");
   link.max_files = 0;
@@ -82,7 +82,7 @@ TEST_F(Playfile, AListWithoutAnyRoomPlaysNothingAndSaysSo) {
                   "and the others after them."});
 }
 
-TEST_F(Playfile, APlayerThatEndsIsSaidAndNothingMoreIsSent) {
+TEST_F(Playfile, WhenThePlayerEndsAMessageIsShownAndNothingMoreIsSent) {
   for (const char* const name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) Song(name);
   link.ends_at = 3;
   Play({1, 2, 3, 4});
@@ -101,7 +101,7 @@ TEST_F(Playfile, FurtherSongsFollowInTheirOrder) {
               "panel starts 215", Added(a), Added(b), Added(a), "panel done"});
 }
 
-TEST_F(Playfile, TheThirdOfFiveIsMissing) {
+TEST_F(Playfile, AMissingSongInBetweenIsSkipped) {
   Texts added;
   for (const char* name : {"1.mp3", "2.mp3", "3.mp3", "4.mp3", "5.mp3"})
     added.push_back(Added(Song(name, std::string_view(name) != "3.mp3")));
@@ -111,7 +111,7 @@ TEST_F(Playfile, TheThirdOfFiveIsMissing) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(Playfile, WithoutTheFirstSongThePlayerIsLeftAlone) {
+TEST_F(Playfile, IfTheFirstSongIsMissingThePlayerIsNotTouched) {
   const std::string a = Song("a.mp3", false);
   Song("b.mp3");
   Play({1, 2});
@@ -120,7 +120,7 @@ TEST_F(Playfile, WithoutTheFirstSongThePlayerIsLeftAlone) {
   EXPECT_EQ(first_gone, a);
 }
 
-TEST_F(Playfile, ASongWithoutAPathIsMissing) {
+TEST_F(Playfile, ASongWithoutAPathCountsAsMissing) {
   AddSong("", "");
   const std::string b = Song("b.mp3");
   Play({1, 2});
@@ -147,14 +147,14 @@ TEST_F(Playfile, WithoutAPlayerPathNothingStarts) {
   EXPECT_EQ(messages.shown[0].buttons, MessageButtons::kOk);
 }
 
-TEST_F(Playfile, APlayerThatCannotBeRunIsSaid) {
+TEST_F(Playfile, APlayerThatCannotBeRunIsReported) {
   Song("a.mp3");
   link.starts = false;
   Play({1});
   EXPECT_EQ(messages.Take(), Texts{"Couldn't start WinAMP"});
 }
 
-TEST_F(Playfile, APlayerWithoutAWindowIsSaid) {
+TEST_F(Playfile, APlayerWithoutAWindowIsReported) {
   Song("a.mp3");
   link.found = 0;
   Play({1});
@@ -166,7 +166,7 @@ TEST_F(Playfile, APlayerWithoutAWindowIsSaid) {
   EXPECT_EQ(messages.shown[0].buttons, MessageButtons::kOk);
 }
 
-TEST_F(Playfile, AFileThatCannotBeLookedAtIsHandedOnAll) {
+TEST_F(Playfile, AFileThatCannotBeCheckedIsStillHandedOver) {
   AddSong(music.path(), kImpossibleName);
   const std::string b = Song("b.mp3");
   Play({2, 1});
@@ -178,7 +178,7 @@ TEST_F(Playfile, AFileThatCannotBeLookedAtIsHandedOnAll) {
   EXPECT_TRUE(messages.shown[0].text.starts_with("Error Number: "));
 }
 
-TEST_F(Playfile, ManyFilesThatCannotBeLookedAtAreOneMessage) {
+TEST_F(Playfile, ManyFilesThatCannotBeCheckedAreReportedInOneMessage) {
   Song("b.mp3");
   for (int k = 0; k < 7; ++k) AddSong(music.path(), std::to_string(k) + kImpossibleName);
   Play({1, 2, 3, 4, 5, 6, 7, 8});

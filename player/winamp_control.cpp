@@ -8,7 +8,7 @@
 namespace tallow {
 namespace {
 
-/// A number in capital hexadecimal digits, without leading zeros.
+/// Formats a number as uppercase hexadecimal digits without leading zeros.
 std::string Hexadecimal(std::uint32_t number) {
   std::string digits;
   do digits.insert(digits.begin(), "0123456789ABCDEF"[number % 16]);

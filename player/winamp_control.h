@@ -10,66 +10,69 @@
 
 namespace tallow {
 
-/// Remote control of the player: every operation is one message.
+/// Remote control of the player: each operation sends a message.
 ///
-/// An operation before the player was found looks for it; one that runs already, of an earlier Tallow maybe, is
-/// found at once. Where there is none, nothing is sent, "WinAMP window not found yet..." is said, and a query
-/// gives the empty text or 0. A player that has been closed since it was found is not noticed: the messages go
-/// nowhere.
+/// If no player has been found yet, an operation looks for one first; this also finds a player that
+/// is already running, for example from an earlier run of Tallow. If there is none, nothing is
+/// sent, the message "WinAMP window not found yet..." is shown, and queries return an empty text or
+/// 0. The class does not detect that the player has ended since it was found; messages to it are
+/// then dropped.
 class WinAMP_Control {
  public:
-  /// \param link        has to outlive the object
-  /// \param player_path gives the full path of the player's program; empty when it is not known
+  /// \param link        must outlive this object
+  /// \param player_path returns the full path of the player's program; empty when it is unknown
   WinAMP_Control(PlayerLink& link, std::function<std::string()> player_path, ShowMessage show);
 
-  /// Looks for the player and keeps it for all other operations.
+  /// Looks for the player and stores its handle for all other operations.
   bool FindWinamp();
 
-  /// Starts the player; whether its window is there already is not waited for.
-  /// \returns false when its path is not known or it cannot be run
+  /// Starts the player without waiting for its window.
+  /// \returns false when the path is unknown or the program cannot be run
   bool StartWinamp();
 
-  /// The player that was found last, to tell it from another one; 0 when none was.
+  /// The handle of the player that was found last; 0 for none.
   PlayerHandle Window() const noexcept { return window_; }
 
   /// \param id see PlayerCommand
   void SendWinampCommand(std::int32_t id);
   void ClearWinampPlaylist();
-  /// Whether the player that was found last is still there.
+  /// Whether the player that was found last is still running.
   bool IsThere() { return window_ != 0 && link_.IsThere(window_); }
-  /// Looks for a player anew where the one that was found last has ended: before a command of the user.
+  /// Looks for a player again if the one found last has ended. Call this before a command of the
+  /// user.
   void FindAgainIfEnded() {
     if (window_ != 0 && !IsThere()) FindWinamp();
   }
   /// Appends a file to the player's list.
-  /// \returns false when the list has no room for it
+  /// \returns false when the player's list is full
   bool AddFileToWinamp(const std::string& path);
 
   /// "PLAYING", "PAUSED" or "STOPPED".
   std::string GetWinampStatus();
-  /// Where the track is, in whole seconds; -1 when nothing plays.
+  /// The position in the track, in whole seconds; -1 when nothing plays.
   std::int32_t GetTrackPosition();
-  /// How long the track is, in seconds; -1 when nothing plays.
+  /// The length of the track, in seconds; -1 when nothing plays.
   std::int32_t GetTrackLength();
-  /// Moves to a place of the track; nothing is sent when there is no such place.
+  /// Seeks in the track; sends nothing when the position is out of range.
   /// \param seconds 0 to GetTrackLength()
   void SetTrackPosition(std::int32_t seconds);
-  /// \param volume 0 to 255; nothing is sent for others
+  /// \param volume 0 to 255; other values are ignored
   void SetVolume(std::int32_t volume);
-  /// \param balance -127 (left) to 127 (right); nothing is sent for others
+  /// \param balance -127 (left) to 127 (right); other values are ignored
   void SetBalance(std::int32_t balance);
-  /// "2.081"; "UNKNOWN" when the player gives a number of fewer than four hexadecimal digits.
+  /// The player's version, as in "2.081"; "UNKNOWN" when the answer has fewer than four hexadecimal
+  /// digits.
   std::string GetWinampVersion();
 
  private:
-  /// Whether there is a player to send to; says so where there is none.
+  /// Whether there is a player to send to; shows a message when there is none.
   bool HasWindow();
   std::int64_t Ask(std::int64_t wParam, std::int64_t lParam);
 
   PlayerLink& link_;
   std::function<std::string()> player_path_;
   ShowMessage show_;
-  PlayerHandle window_ = 0;  ///< set by FindWinamp only
+  PlayerHandle window_ = 0;  ///< set only by FindWinamp
 };
 
 }  // namespace tallow

@@ -14,7 +14,7 @@ using Texts = std::vector<std::string>;
 
 class WinampControl : public testing::Test {
  protected:
-  /// What an operation sends once the player was found.
+  /// Returns what an operation sends after the player was found.
   Texts SentBy(const std::function<void()>& operation) {
     player.FindWinamp();
     link.Take();
@@ -28,7 +28,7 @@ class WinampControl : public testing::Test {
   WinAMP_Control player{link, [this] { return path; }, messages.Shower()};
 };
 
-TEST_F(WinampControl, FindingTellsWhetherThereIsAWindow) {
+TEST_F(WinampControl, FindWinampReturnsWhetherThereIsAWindow) {
   EXPECT_TRUE(player.FindWinamp());
   link.found = 0;
   EXPECT_FALSE(player.FindWinamp());
@@ -62,7 +62,7 @@ TEST_F(WinampControl, TheFirstCommandFindsAPlayerThatRunsAlready) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(WinampControl, ACommandIsItsNumber) {
+TEST_F(WinampControl, ACommandSendsItsNumber) {
   for (const std::int32_t id : {40044, 40045, 40046, 40047, 40048, 40157, 40001})
     EXPECT_EQ(SentBy([&] { player.SendWinampCommand(id); }),
               Texts{"273 " + std::to_string(id) + " 0"});
@@ -78,7 +78,7 @@ TEST_F(WinampControl, TheListIsCleared) {
   EXPECT_EQ(SentBy([&] { player.ClearWinampPlaylist(); }), Texts{"1024 0 101"});
 }
 
-TEST_F(WinampControl, AFileIsAddedWithItsNul) {
+TEST_F(WinampControl, AFileIsAddedWithATerminatingNul) {
   EXPECT_EQ(SentBy([&] { player.AddFileToWinamp("/m/a.mp3"); }), Texts{"copy 100 9 /m/a.mp3\\0"});
 }
 
@@ -101,7 +101,7 @@ TEST_F(WinampControl, ThePositionIsInWholeSeconds) {
   }
 }
 
-TEST_F(WinampControl, TheLengthIsInSecondsAsItComes) {
+TEST_F(WinampControl, TheLengthIsReturnedUnchangedInSeconds) {
   for (const std::int32_t length : {215, 0, -1}) {
     link.answers["1024 1 105"] = length;
     EXPECT_EQ(SentBy([&] { EXPECT_EQ(player.GetTrackLength(), length); }), Texts{"1024 1 105"});
@@ -124,7 +124,7 @@ TEST_F(WinampControl, SeekingInATrackOfUnknownLengthSendsNothing) {
   EXPECT_EQ(SentBy([&] { player.SetTrackPosition(0); }), Texts{"1024 1 105"});
 }
 
-TEST_F(WinampControl, TheVolumeHasBounds) {
+TEST_F(WinampControl, AVolumeOutOfRangeIsIgnored) {
   EXPECT_EQ(SentBy([&] { player.SetVolume(0); }), Texts{"1024 0 122"});
   EXPECT_EQ(SentBy([&] { player.SetVolume(128); }), Texts{"1024 128 122"});
   EXPECT_EQ(SentBy([&] { player.SetVolume(255); }), Texts{"1024 255 122"});
@@ -133,7 +133,7 @@ TEST_F(WinampControl, TheVolumeHasBounds) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(WinampControl, ABalanceToTheLeftIsCountedFromAbove) {
+TEST_F(WinampControl, ALeftBalanceIsOffsetBy255) {
   EXPECT_EQ(SentBy([&] { player.SetBalance(-1); }), Texts{"1024 254 123"});
   EXPECT_EQ(SentBy([&] { player.SetBalance(-127); }), Texts{"1024 128 123"});
   EXPECT_EQ(SentBy([&] { player.SetBalance(0); }), Texts{"1024 0 123"});
@@ -154,7 +154,7 @@ TEST_F(WinampControl, TheVersionIsReadFromHexadecimalDigits) {
   }
 }
 
-TEST_F(WinampControl, WithoutAWindowEveryOperationLooksForItAndSaysSo) {
+TEST_F(WinampControl, WithoutAWindowEveryOperationLooksForItAndShowsAMessage) {
   link.found = 0;
   const std::pair<const char*, std::function<void()>> operations[] = {
       {"command", [&] { player.SendWinampCommand(40045); }},
@@ -182,7 +182,7 @@ TEST_F(WinampControl, WithoutAWindowEveryOperationLooksForItAndSaysSo) {
   }
 }
 
-TEST_F(WinampControl, AStaleWindowIsNotNoticed) {
+TEST_F(WinampControl, AStaleWindowIsNotDetected) {
   player.FindWinamp();
   EXPECT_EQ(SentBy([&] { EXPECT_EQ(player.GetWinampStatus(), "STOPPED"); }), Texts{"1024 0 104"});
   EXPECT_EQ(messages.Take(), Texts{});

@@ -13,7 +13,7 @@ struct DropEventSource {
   void operator()(sd_event_source* source) const noexcept { sd_event_source_disable_unref(source); }
 };
 
-/// Something the event loop waits for; no longer, once it goes out of scope.
+/// An event source of the event loop; removed from the loop when destroyed.
 using EventSource = std::unique_ptr<sd_event_source, DropEventSource>;
 
 struct DropEventLoop {
@@ -22,8 +22,8 @@ struct DropEventLoop {
 
 using EventLoop = std::unique_ptr<sd_event, DropEventLoop>;
 
-/// Throws when a call of the event or bus library failed.
-/// \param result below 0: the negative error number
+/// Throws std::runtime_error if a call of the event or bus library failed.
+/// \param result return value of the call; if negative, the negated error number
 inline void Require(int result, const char* what) {
   if (result < 0) throw std::runtime_error(std::string(what) + ": " + std::strerror(-result));
 }

@@ -19,11 +19,11 @@ constexpr const char* kPlayerInterface = "org.mpris.MediaPlayer2.Player";
 constexpr const char* kName = "org.mpris.MediaPlayer2.tallow";
 constexpr const char* kNoTrack = "/org/mpris/MediaPlayer2/TrackList/NoTrack";
 
-/// The bus counts time in µs.
+/// Time unit of the bus: µs.
 constexpr std::int64_t kUsPerMs = 1000;
 constexpr double kUsPerS = 1e6;
 
-/// The bytes of a path as an address.
+/// Converts a path to a file URL.
 std::string FileUrl(std::string_view path) {
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   constexpr std::string_view kPlain =
@@ -39,13 +39,13 @@ std::string FileUrl(std::string_view path) {
   return url;
 }
 
-/// Whether a code point is one that is set aside for no character, which the bus refuses.
+/// Whether a code point is a Unicode noncharacter, which the bus rejects.
 bool IsNoncharacter(char32_t character) {
   constexpr char32_t kPlane = 0xFFFF;
   return (character >= 0xFDD0 && character <= 0xFDEF) || (character & kPlane) >= 0xFFFE;
 }
 
-/// A text that the bus takes: what is no UTF-8, or no character, becomes a question mark.
+/// Makes a text valid for the bus: replaces invalid UTF-8 and noncharacters by question marks.
 std::string ForBus(std::string_view text) {
   std::string result;
   for (std::size_t position = 0; position < text.size();) {
@@ -73,7 +73,7 @@ std::string TitleOf(const Track& track) {
 
 }  // namespace
 
-/// What the bus calls. The bus library hands over the object as an untyped pointer.
+/// Handlers of bus methods and properties. sd-bus passes the Mpris object as an untyped pointer.
 struct MprisCalls {
   static Mpris& Of(void* data) { return *static_cast<Mpris*>(data); }
   static SongPlayer& PlayerOf(void* data) { return Of(data).player_; }
@@ -83,7 +83,7 @@ struct MprisCalls {
     return Done(call);
   }
   static int Quit(sd_bus_message* call, void* data, sd_bus_error* /*error*/) {
-    // The answer first: there is no bus to give it to afterwards.
+    // Reply first, because quit_ closes the bus.
     const int result = Done(call);
     Of(data).quit_();
     return result;
@@ -121,7 +121,7 @@ struct MprisCalls {
     if (result < 0) return result;
     SongPlayer& player = PlayerOf(data);
     if (player.Status() != kStopped) {
-      // Past the end is the next track.
+      // As MPRIS requires, a seek past the end goes to the next track.
       const std::int64_t target = player.Position() + offset / kUsPerMs;
       if (!player.Seek(std::max<std::int64_t>(0, target))) player.Next();
     }
@@ -132,7 +132,7 @@ struct MprisCalls {
     std::int64_t position = 0;
     const int result = sd_bus_message_read(call, "ox", &track, &position);
     if (result < 0) return result;
-    // One that is meant for another track, or lies outside, is out of date.
+    // A position for another track, or outside the track, is outdated and ignored.
     if (Of(data).TrackId() == track && position >= 0) PlayerOf(data).Seek(position / kUsPerMs);
     return Done(call);
   }
@@ -167,7 +167,7 @@ struct MprisCalls {
   }
   static int SetRate(sd_bus*, const char*, const char*, const char*, sd_bus_message* value,
                      void* data, sd_bus_error*) {
-    // The only rate is 1; of the others 0 is a pause and the rest is ignored, as the interface has it.
+    // Only rate 1 is supported. As MPRIS requires, rate 0 pauses. Other rates are ignored.
     double rate = 1;
     const int result = sd_bus_message_read(value, "d", &rate);
     if (result >= 0 && rate == 0 && PlayerOf(data).Status() == kPlaying)
@@ -301,7 +301,7 @@ void Mpris::RequestName(const std::string& name) {
   sd_bus_request_name_async(
       bus_.get(), &slot, name.c_str(), 0,
       [](sd_bus_message* reply, void* data, sd_bus_error*) {
-        // Another program may have the name; the interface names the second choice.
+        // Another program may own the name. MPRIS defines the alternative name.
         Mpris& self = *static_cast<Mpris*>(data);
         std::uint32_t result = 0;
         const bool owner = sd_bus_message_is_method_error(reply, nullptr) == 0 &&

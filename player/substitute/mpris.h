@@ -11,20 +11,20 @@
 
 namespace tallow {
 
-/// Shows a player on the session bus, for media keys and the desktop's player applet: the interface
-/// MPRIS 2 (specifications.freedesktop.org/mpris-spec). Without a bus it does nothing.
+/// Exposes a player on the session bus, for media keys and the desktop's player applet. Implements
+/// the interface MPRIS 2 (specifications.freedesktop.org/mpris-spec). Without a bus, does nothing.
 class Mpris {
  public:
-  /// \param player has to outlive the object
-  /// \param quit   ends the player
+  /// \param player must outlive this object
+  /// \param quit   callback that ends the player
   Mpris(sd_event* loop, SongPlayer& player, std::function<void()> quit);
   Mpris(const Mpris&) = delete;
   Mpris& operator=(const Mpris&) = delete;
 
-  /// Leaves the bus without waiting for it.
+  /// Disconnects from the bus without waiting.
   void Leave();
 
-  /// Tells the bus what a change of the player has changed there.
+  /// Sends the bus signals for a change of the player.
   void Changed(PlayerChange change);
 
  private:
@@ -37,10 +37,10 @@ class Mpris {
     void operator()(sd_bus_slot* slot) const noexcept { sd_bus_slot_unref(slot); }
   };
 
-  /// What listeners on the bus were told last.
+  /// The property values that were last announced on the bus.
   struct Shown {
     PlayerStatus status = kStopped;
-    std::string track;  ///< all of its metadata
+    std::string track;  ///< all metadata of the track, as one text
     std::int32_t volume = kMaxVolume;
     bool has_next = false;
     bool has_previous = false;

@@ -12,16 +12,16 @@
 namespace tallow {
 namespace {
 
-/// The program's version as the digits of a hexadecimal number: 1, major, and two of minor. 0.1 is
-/// 1001, which reads as 1.001.
+/// The program's version as hexadecimal digits: 1, major version, two digits of minor version.
+/// Version 0.1 is 0x1001, which is displayed as 1.001.
 constexpr PlayerAnswer kVersionAnswer =
     0x1000 + kMajorVersion * 0x100 + kMinorVersion / 10 * 0x10 + kMinorVersion % 10;
 static_assert(kMajorVersion < 0x10 && kMinorVersion < 100);
 
-/// Seek answers this where there is no such place in the track.
+/// The answer to a seek to a position outside the track.
 constexpr PlayerAnswer kNoSuchPlace = 1;
 
-/// The bytes that a line of the log cannot hold as they are.
+/// Bytes that are escaped in a line of the log.
 constexpr std::string_view kWrittenOut{"\0\n", 2};
 
 }  // namespace
@@ -77,7 +77,7 @@ bool PlayerRequests::Command(const PlayerRequestHead& head) {
 
 bool PlayerRequests::AddFile(const PlayerRequestHead& head, const std::string& payload,
                              const std::function<void(PlayerAnswer)>& answer) {
-  // A full path, and its NUL as the only one.
+  // The payload must be an absolute path, with a single NUL at its end.
   if (head.lParam != kAddFile || head.wParam != 0 || payload.size() < 2 || payload.front() != '/' ||
       payload.find('\0') != payload.size() - 1)
     return false;
@@ -134,7 +134,7 @@ std::string DescribeRequest(const PlayerRequestHead& head, const std::string& pa
   std::string line = std::to_string(head.message) + " " + std::to_string(head.wParam) + " " +
                      std::to_string(head.lParam);
   if (head.message != kWmCopyData) return line;
-  // The NUL at the end, and any other, is written out.
+  // Escape the NUL at the end, and any other NUL or line feed.
   line += " \"";
   for (std::size_t from = 0; from < payload.size();) {
     const std::size_t to = std::min(payload.find_first_of(kWrittenOut, from), payload.size());

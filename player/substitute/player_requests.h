@@ -10,15 +10,16 @@ namespace tallow {
 
 class SongPlayer;
 
-/// The player's messages, carried out.
+/// Executes the requests to the player.
 class PlayerRequests {
  public:
-  /// \param player has to outlive the object
-  /// \param close  ends the player; called before the answer to that command is given
+  /// \param player must outlive this object
+  /// \param close  callback that ends the player; called before the close command is answered
   PlayerRequests(SongPlayer& player, std::function<void()> close);
 
-  /// \param answer given the answer, at once or, of a length that is not known yet, later
-  /// \returns false when there is no such message; nothing has changed then
+  /// \param answer called with the answer: at once, or later for a track length that is not known
+  ///               yet
+  /// \returns false for an unknown or invalid message; nothing has changed in that case
   bool CarryOut(const PlayerRequestHead& head, const std::string& payload,
                 const std::function<void(PlayerAnswer)>& answer);
 
@@ -32,7 +33,8 @@ class PlayerRequests {
   std::function<void()> close_;
 };
 
-/// A message as a line of text: its three numbers, and its payload in quotes where it has one.
+/// Formats a request as a line of text: its three numbers, then the payload in quotes if it has
+/// one.
 std::string DescribeRequest(const PlayerRequestHead& head, const std::string& payload);
 
 }  // namespace tallow

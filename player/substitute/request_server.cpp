@@ -13,15 +13,15 @@
 namespace tallow {
 namespace {
 
-/// More do not help anybody. The one that has been quiet for longest makes room, or one that has not
-/// asked for anything yet.
+/// Bounds of the connection limit. More connections serve no purpose. When the limit is reached,
+/// the connection idle for longest is closed, or one that has not sent a request yet.
 constexpr std::size_t kMaxConnections = 256;
 constexpr std::size_t kMinConnections = 4;
 
-/// How long to wait for descriptors that others of this process hold, in µs.
+/// How long to wait, in µs, for descriptors used elsewhere in this process.
 constexpr std::uint64_t kWaitForDescriptors = 100'000;
 
-/// A quarter of the descriptors at most, for the songs and the sound need some as well.
+/// Uses at most a quarter of the descriptors, because songs and sound output need some, too.
 std::size_t MaxConnections() noexcept {
   rlimit limit{};
   if (getrlimit(RLIMIT_NOFILE, &limit) != 0) return kMaxConnections;
@@ -77,7 +77,7 @@ bool RequestServer::MakeRoom() {
 }
 
 void RequestServer::AcceptLater() {
-  // The socket stays ready, so the loop would do nothing else.
+  // The socket stays ready, so without this the event loop would spin.
   sd_event_source_set_enabled(accepting_.get(), SD_EVENT_OFF);
   sd_event_source* timer = nullptr;
   const int added = sd_event_add_time_relative(
@@ -118,7 +118,7 @@ void RequestServer::Accept() {
 }
 
 void RequestServer::DropTheQuietest() {
-  // The first of equals, so the oldest of those that were never heard.
+  // min_element returns the first minimum, so the oldest of the connections without a request.
   const auto quietest = std::min_element(
       connections_.begin(), connections_.end(),
       [](const auto& a, const auto& b) { return a.second->last_heard < b.second->last_heard; });
@@ -126,7 +126,7 @@ void RequestServer::DropTheQuietest() {
 }
 
 void RequestServer::Ready(Connection& connection) {
-  // While a request is carried out, only the end of the connection is waited for.
+  // While a request is being executed, the only event is the end of the connection.
   if (connection.busy || !Receive(connection)) return Close(connection.number);
   if (connection.filled == sizeof connection.head + connection.head.payload) CarryOut(connection);
 }
@@ -160,7 +160,7 @@ void RequestServer::CarryOut(Connection& connection) {
   const bool understood =
       handler_(head, payload, [this, number](PlayerAnswer answer) { GiveAnswer(number, answer); });
   if (!understood) return Close(number);
-  // The answer may have ended the connection, or is still to come.
+  // The answer may have closed the connection, or may still be pending.
   const auto found = connections_.find(number);
   if (found != connections_.end() && found->second->busy)
     sd_event_source_set_io_events(found->second->source.get(), 0);
@@ -173,8 +173,9 @@ void RequestServer::GiveAnswer(std::uint64_t number, PlayerAnswer answer) {
   connection.busy = false;
   sd_event_source_set_io_events(connection.source.get(), EPOLLIN);
   const ssize_t sent = send(connection.socket.descriptor(), &answer, sizeof answer, MSG_NOSIGNAL);
-  // There is room for an answer, unless the other end asks on and on without reading any. One that has
-  // gone without waiting for its answers is still to have its requests carried out.
+  // The send buffer has space for an answer, unless the client keeps sending requests without
+  // reading answers. If the client has disconnected without waiting, its remaining requests are
+  // still executed.
   if (sent != sizeof answer && (sent >= 0 || errno == EAGAIN)) Close(number);
 }
 

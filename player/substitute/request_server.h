@@ -13,36 +13,36 @@
 
 namespace tallow {
 
-/// Takes requests on the player's socket and gives their answers, see player_socket_linux.h.
+/// Receives requests on the player's socket and sends the answers, see player_socket_linux.h.
 ///
-/// A connection has one request under way at a time. One that breaks a rule is closed; the others do
-/// not notice. Where there are too many connections, or no descriptor is left for a new one, the one that has been
-/// quiet for longest makes room; whoever it was connects again.
+/// Each connection has at most one request in progress. An invalid request closes its connection
+/// and does not affect the others. If there are too many connections, or no descriptor is free for
+/// a new one, the connection idle for longest is closed. Its client has to connect again.
 class RequestServer {
  public:
-  /// Gives the answer to a request; once, now or later.
+  /// Sends the answer to a request. Must be called exactly once, at once or later.
   using Answer = std::function<void(PlayerAnswer)>;
 
-  /// Carries a request out.
-  /// \returns false when there is no such request; nothing has changed and nothing is answered then
+  /// Executes a request.
+  /// \returns false for an invalid request; nothing has changed and no answer is sent in that case
   using Handler =
       std::function<bool(const PlayerRequestHead& head, const std::string& payload, Answer answer)>;
 
-  /// \param listening a socket that listens; closed with the server
+  /// \param listening a listening socket; the server takes ownership
   RequestServer(sd_event* loop, int listening, Handler handler);
   RequestServer(const RequestServer&) = delete;
   RequestServer& operator=(const RequestServer&) = delete;
 
-  /// Lets nobody connect any more. Connections that are there go on.
+  /// Stops accepting connections. Existing connections stay open.
   void StopListening();
 
-  /// Ends everything: nobody can connect, nobody is connected.
+  /// Stops accepting connections and closes all existing ones.
   void CloseAll() {
     StopListening();
     connections_.clear();
   }
 
-  /// How many are connected.
+  /// The number of open connections.
   std::size_t Connections() const noexcept { return connections_.size(); }
 
  private:
@@ -54,11 +54,12 @@ class RequestServer {
     const std::uint64_t number;
     OpenFile socket;
     EventSource source;
-    std::uint64_t last_heard = 0;  ///< when, in requests of all connections; 0 for never
+    /// Sequence number of its last request, counted over all connections; 0 for none.
+    std::uint64_t last_heard = 0;
     PlayerRequestHead head;
-    std::size_t filled = 0;  ///< bytes of the request that have come
+    std::size_t filled = 0;  ///< bytes of the request received so far
     std::string payload;
-    bool busy = false;  ///< a request is being carried out
+    bool busy = false;  ///< a request is being executed
   };
 
   void Accept();
@@ -76,10 +77,11 @@ class RequestServer {
   Handler handler_;
   std::unique_ptr<OpenFile> listening_;
   EventSource accepting_;
-  EventSource again_;                ///< the wait for descriptors
-  std::unique_ptr<OpenFile> spare_;  ///< a descriptor for a connection when there is no other
+  EventSource again_;  ///< timer that waits for free descriptors
+  /// Reserve descriptor, closed to accept a connection when none is free.
+  std::unique_ptr<OpenFile> spare_;
   std::size_t max_connections_;
-  /// By numbers that are never used again.
+  /// Keyed by connection numbers that are never reused.
   std::map<std::uint64_t, std::unique_ptr<Connection>> connections_;
   std::uint64_t last_number_ = 0;
   std::uint64_t heard_ = 0;

@@ -19,16 +19,16 @@
 namespace tallow {
 namespace {
 
-/// What a full list may add to the player's memory, in KiB.
+/// Maximum growth of the player's memory by a full list, in KiB.
 #if defined(__SANITIZE_THREAD__)
-constexpr long kMaxListKib = 2'500'000;  // with four bytes that the sanitizer keeps for each
+constexpr long kMaxListKib = 2'500'000;  // the sanitizer adds four bytes for each byte
 #elif defined(__SANITIZE_ADDRESS__)
-constexpr long kMaxListKib = 700'000;  // with what the sanitizer keeps beside each allocation
+constexpr long kMaxListKib = 700'000;  // the sanitizer adds memory to each allocation
 #else
 constexpr long kMaxListKib = 300'000;
 #endif
 
-/// Speaks to a playing player byte by byte.
+/// Sends arbitrary bytes to a player that is playing a song.
 class HostileBytes : public RealPlayer {
  protected:
   HostileBytes() {
@@ -39,7 +39,7 @@ class HostileBytes : public RealPlayer {
     EXPECT_EQ(player.GetTrackLength(), 60);
   }
   ~HostileBytes() override {
-    // Whatever was done to it, it plays on.
+    // Whatever a test has sent, the player must still be playing.
     EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
     const auto position = [&] { return link->Send(link->Find(), kWmUser, 0, kTrackTime); };
     const std::int64_t before = position();
@@ -51,7 +51,7 @@ class HostileBytes : public RealPlayer {
   static Socket Connect() {
     return std::make_unique<OpenFile>(ConnectToPlayer(PlayerSocketPath()));
   }
-  /// Connects once there is room among those that wait.
+  /// Connects, retrying while the socket's backlog is full.
   static Socket ConnectPatiently() {
     Socket socket;
     EXPECT_TRUE(WaitUntil([&] { return static_cast<bool>(*(socket = Connect())); }));
@@ -64,7 +64,8 @@ class HostileBytes : public RealPlayer {
   static std::string Bytes(const PlayerRequestHead& head) {
     return {reinterpret_cast<const char*>(&head), sizeof head};
   }
-  /// Waits for something to read. \returns what came; nothing at the end of the connection
+  /// Waits until the socket is readable.
+  /// \returns the bytes received; empty when the connection was closed
   static std::string Receive(const Socket& socket) {
     pollfd ready{socket->descriptor(), POLLIN, 0};
     EXPECT_EQ(poll(&ready, 1, 20000), 1);
@@ -72,7 +73,7 @@ class HostileBytes : public RealPlayer {
     const ssize_t got = recv(socket->descriptor(), bytes, sizeof bytes, 0);
     return {bytes, static_cast<std::size_t>(std::max<ssize_t>(got, 0))};
   }
-  /// Whether a request is answered, and not by the end of the connection.
+  /// Whether a request is answered instead of closing the connection.
   static bool IsAnswered(const std::string& request) {
     const Socket socket = Connect();
     return Send(socket, request) && Receive(socket).size() == sizeof(PlayerAnswer);
@@ -83,7 +84,7 @@ class HostileBytes : public RealPlayer {
         std::distance(std::filesystem::directory_iterator(folder_of), {}));
   }
 
-  /// The player's memory, KiB.
+  /// The player's resident memory, in KiB.
   long ResidentKib() {
     std::istringstream pages(
         ReadWholeFile("/proc/" + std::to_string(LastPid()) + "/statm").value_or(""));
@@ -96,7 +97,7 @@ class HostileBytes : public RealPlayer {
   std::string song;
 };
 
-TEST_F(HostileBytes, AnUnknownMessageEndsTheConnectionAndChangesNothing) {
+TEST_F(HostileBytes, AnUnknownMessageClosesTheConnectionAndChangesNothing) {
   const PlayerRequestHead unknown[] = {
       {0, 0, 0, 0},           {273, 0, 40002, 0},  {273, 0, 40045, 1}, {273, 0, -1, 0},
       {1024, 0, 0, 100},      {1024, 0, 0, -1},    {1024, 0, 1, 0},    {1024, 0, 1, 101},
@@ -110,7 +111,7 @@ TEST_F(HostileBytes, AnUnknownMessageEndsTheConnectionAndChangesNothing) {
   EXPECT_TRUE(IsAnswered(Bytes({1024, 0, 0, 104})));
 }
 
-TEST_F(HostileBytes, ABrokenCopyDataEndsTheConnectionAndAddsNothing) {
+TEST_F(HostileBytes, AnInvalidCopyDataClosesTheConnectionAndAddsNothing) {
   const auto copy = [](std::uint32_t size, const std::string& payload, std::int64_t code = 100) {
     return Bytes({kWmCopyData, size, 0, code}) + payload;
   };
@@ -123,14 +124,14 @@ TEST_F(HostileBytes, ABrokenCopyDataEndsTheConnectionAndAddsNothing) {
   EXPECT_FALSE(IsAnswered(copy(7, "/a.mp3\0"s, 101)));
   EXPECT_FALSE(IsAnswered(copy(65537, "/" + std::string(65535, 'a') + "\0"s)));
   EXPECT_FALSE(IsAnswered(copy(0xFFFFFFFF, "")));
-  // Only copy-data may have a payload.
+  // Only kWmCopyData may have a payload.
   EXPECT_FALSE(IsAnswered(Bytes({1024, 1, 0, 104}) + "x"));
-  // Nothing was added: there is no next track to go to.
+  // Nothing was added, so there is no next track.
   player.SendWinampCommand(kNextTrack);
   EXPECT_EQ(player.GetTrackLength(), 60);
 }
 
-TEST_F(HostileBytes, APayloadOfTheFullSizeIsTaken) {
+TEST_F(HostileBytes, APayloadOfMaximumSizeIsAccepted) {
   const std::string path = "/" + std::string(kMaxPayload - 2, 'a');
   const Socket socket = Connect();
   std::string bytes = Bytes({kWmCopyData, kMaxPayload, 0, 100}) + path;
@@ -144,12 +145,12 @@ TEST_F(HostileBytes, APayloadOfTheFullSizeIsTaken) {
   EXPECT_EQ(Receive(socket).size(), sizeof(PlayerAnswer));
 }
 
-TEST_F(HostileBytes, ARequestMayComeInPieces) {
+TEST_F(HostileBytes, ARequestMayArriveInPieces) {
   const Socket socket = Connect();
   const std::string request = Bytes({kWmCopyData, 7, 0, 100}) + std::string("/x.mp3\0", 7);
   for (const char c : request) {
     ASSERT_TRUE(Send(socket, {&c, 1}));
-    // The player has looked at it by the time it has answered somebody else.
+    // When the player has answered another client, it has also read this byte.
     player.GetWinampStatus();
   }
   EXPECT_EQ(Receive(socket).size(), sizeof(PlayerAnswer));
@@ -168,17 +169,17 @@ TEST_F(HostileBytes, SeveralRequestsAtOnceAreAnsweredOneByOne) {
   }
 }
 
-TEST_F(HostileBytes, OneThatNeverReadsItsAnswersIsDropped) {
+TEST_F(HostileBytes, AClientThatNeverReadsItsAnswersIsDropped) {
   const Socket socket = Connect();
   const std::string request = Bytes({1024, 0, 0, 0});
-  // Until the way back is full.
+  // Repeat until the buffer for the answers is full.
   EXPECT_TRUE(WaitUntil([&] {
     return send(socket->descriptor(), request.data(), request.size(), MSG_NOSIGNAL) < 0 &&
            errno != EAGAIN;
   }));
 }
 
-TEST_F(HostileBytes, RequestsOfOneThatDidNotWaitAreCarriedOut) {
+TEST_F(HostileBytes, RequestsOfADisconnectedClientAreExecuted) {
   {
     const Socket socket = Connect();
     ASSERT_TRUE(Send(socket, Bytes({1024, 0, 0, 104}) + Bytes({1024, 0, 0, 0}) +
@@ -188,14 +189,14 @@ TEST_F(HostileBytes, RequestsOfOneThatDidNotWaitAreCarriedOut) {
   player.SendWinampCommand(kPlay);
 }
 
-TEST_F(HostileBytes, RandomBytesDoNotHurt) {
+TEST_F(HostileBytes, RandomBytesDoNoHarm) {
   const long before = ResidentKib();
   std::mt19937 random(1);
   for (int k = 0; k < 2000; ++k) {
     const Socket socket = Connect();
     std::string bytes(random() % 200, '\0');
     for (char& byte : bytes) byte = static_cast<char>(random());
-    // Half of them look right at the beginning.
+    // Half of the requests have a valid beginning.
     if (k % 2 == 0) {
       PlayerRequestHead head{k % 4 == 0 ? kWmCopyData : kWmUser,
                              static_cast<std::uint32_t>(random() % 300),
@@ -205,11 +206,11 @@ TEST_F(HostileBytes, RandomBytesDoNotHurt) {
     Send(socket, bytes);
   }
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
-  // Each of them may have cost its 64 KiB for a moment.
+  // Each request may have used 64 KiB for a moment.
   EXPECT_LT(ResidentKib() - before, 30000);
 }
 
-TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeaveNothing) {
+TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeakNothing) {
   const std::size_t before = OpenDescriptors();
   {
     std::vector<Socket> sockets;
@@ -219,7 +220,7 @@ TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeaveNothing) {
       ASSERT_TRUE(Send(socket, Bytes({1024, 0, 0, 104})));
     }
     for (const Socket& socket : sockets) EXPECT_EQ(Receive(socket).size(), sizeof(PlayerAnswer));
-    // Half a request each, and gone.
+    // Send half a request on each connection, then disconnect.
     for (const Socket& socket : sockets)
       Send(socket, Bytes({kWmCopyData, 60000, 0, 100}) + "/half");
   }
@@ -227,7 +228,7 @@ TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeaveNothing) {
       << OpenDescriptors() << " and before " << before;
 }
 
-TEST_F(HostileBytes, MoreThanEnoughConnectionsCostTheQuietestOnly) {
+TEST_F(HostileBytes, AboveTheLimitTheConnectionIdleForLongestIsClosed) {
   std::vector<Socket> sockets;
   for (int k = 0; k < 1000; ++k) {
     sockets.push_back(Connect());
@@ -240,18 +241,18 @@ TEST_F(HostileBytes, MoreThanEnoughConnectionsCostTheQuietestOnly) {
   EXPECT_EQ(Receive(sockets.back()).size(), sizeof(PlayerAnswer));
 }
 
-TEST_F(HostileBytes, AfterTenThousandConnectionsItAnswers) {
+TEST_F(HostileBytes, AfterTenThousandConnectionsThePlayerAnswers) {
   std::deque<Socket> idle;
   for (int k = 0; k < 10'000; ++k) {
     idle.push_back(ConnectPatiently());
     if (idle.size() > 300) idle.pop_front();
   }
-  // The last ones stay.
+  // The last connections stay open.
   EXPECT_TRUE(IsAnswered(Bytes({1024, 0, 0, 104})));
   EXPECT_LT(OpenDescriptors(), 400U);
 }
 
-TEST_F(HostileBytes, AfterTenThousandHostileMessagesItAnswersAndHasNotGrown) {
+TEST_F(HostileBytes, AfterTenThousandHostileMessagesThePlayerAnswersAndHasNotGrown) {
   const long before = ResidentKib();
   std::mt19937 random(2);
   std::deque<Socket> slow;
@@ -270,18 +271,18 @@ TEST_F(HostileBytes, AfterTenThousandHostileMessagesItAnswersAndHasNotGrown) {
         Send(socket, Bytes({kWmCommand, 0, kStop, 0}).substr(0, random() % 24));
         break;
       default:
-        // A byte now and then, and never the last one.
+        // Send single bytes, and never a complete request.
         slow.push_back(ConnectPatiently());
         for (const Socket& one : slow) Send(one, std::string(1, '\0'));
         if (slow.size() > 20) slow.pop_front();
     }
   }
   EXPECT_TRUE(IsAnswered(Bytes({1024, 0, 0, 104})));
-  // Each of the connections may have cost its 64 KiB.
+  // Each connection may have used 64 KiB.
   EXPECT_LT(ResidentKib() - before, 30000);
 }
 
-TEST_F(HostileBytes, AConnectionThatMadeRoomIsMadeAgainByTheNextCommand) {
+TEST_F(HostileBytes, AClosedConnectionIsReopenedByTheNextCommand) {
   const std::unique_ptr<PlayerLink> quiet_link = SystemPlayerLink();
   WinAMP_Control quiet{*quiet_link, [this] { return path; }, messages.Shower()};
   ASSERT_TRUE(quiet.FindWinamp());
@@ -299,10 +300,10 @@ TEST_F(HostileBytes, AConnectionThatMadeRoomIsMadeAgainByTheNextCommand) {
   player.SendWinampCommand(kPlay);
 }
 
-/// A player that may have few files open.
+/// A player with a low limit of open descriptors.
 class FewDescriptors : public RealPlayer {
  protected:
-  /// \param number of descriptors that it may have
+  /// \param number maximum number of descriptors
   void StartWith(int number) {
     UseScript("echo $$ >> " + Quote(folder / "pids") + "\nulimit -n " + std::to_string(number) +
               "\nexec " + Quote(TALLOW_PLAYER) + " --silent \"$@\"\n");
@@ -311,7 +312,7 @@ class FewDescriptors : public RealPlayer {
   }
 };
 
-TEST_F(FewDescriptors, ItsOwnUsersTallowIsAnsweredAndPlaysWhenOthersHaveUsedThemUp) {
+TEST_F(FewDescriptors, OtherClientsAreServedWhenIdleConnectionsUseAllDescriptors) {
   StartWith(64);
   MakeMp3(folder / "a.mp3", "60 sine 440", 2, "-b 64");
   std::vector<std::unique_ptr<OpenFile>> idle;
@@ -326,9 +327,9 @@ TEST_F(FewDescriptors, ItsOwnUsersTallowIsAnsweredAndPlaysWhenOthersHaveUsedThem
   EXPECT_EQ(other.GetWinampStatus(), "PLAYING");
 }
 
-TEST_F(FewDescriptors, WhereThereIsNoneAtAllTheQuietestConnectionMakesRoom) {
+TEST_F(FewDescriptors, WithoutAFreeDescriptorTheConnectionIdleForLongestIsClosed) {
   StartWith(64);
-  // What is open now and four connections are all that it may have.
+  // Allow two more descriptors than are open now, which is enough for four connections.
   std::size_t open = 0;
   const auto fds = "/proc/" + std::to_string(LastPid()) + "/fd";
   for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(fds)) ++open;
@@ -343,11 +344,11 @@ TEST_F(FewDescriptors, WhereThereIsNoneAtAllTheQuietestConnectionMakesRoom) {
     EXPECT_EQ(other.GetWinampStatus(), "STOPPED");
     EXPECT_NE(other.GetWinampVersion(), "UNKNOWN");
   }
-  // The one that was there first has made room as well, and is not kept from anything.
+  // The oldest connection was closed, too, and reconnects without a visible error.
   EXPECT_NE(player.GetWinampVersion(), "UNKNOWN");
 }
 
-TEST_F(HostileBytes, AListOfPathsOfFullLengthIsRefusedOnceItIsFull) {
+TEST_F(HostileBytes, AFullListRefusesFurtherPaths) {
   const long before = ResidentKib();
   std::string data = "/" + std::string(kMaxPayload - 2, 'a');
   data.push_back('\0');
@@ -361,7 +362,7 @@ TEST_F(HostileBytes, AListOfPathsOfFullLengthIsRefusedOnceItIsFull) {
   EXPECT_EQ(refused, 5000 - taken);
   EXPECT_LT(ResidentKib() - before, kMaxListKib);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
-  // A new list has room again.
+  // The emptied list accepts files again.
   player.ClearWinampPlaylist();
   EXPECT_TRUE(player.AddFileToWinamp(song));
   player.SendWinampCommand(kPlay);
@@ -370,7 +371,7 @@ TEST_F(HostileBytes, AListOfPathsOfFullLengthIsRefusedOnceItIsFull) {
 
 TEST_F(HostileBytes, AnotherUserIsRefused) {
   if (geteuid() != 0) GTEST_SKIP() << "Only root can be another user for a moment.";
-  // Even where somebody has opened the way.
+  // Grant all permissions, so that only the check of the user can refuse the connection.
   for (const std::string& open : {runtime.path(), runtime / "tallow", PlayerSocketPath()})
     ASSERT_EQ(chmod(open.c_str(), 0777), 0);
   const pid_t child = fork();
@@ -384,7 +385,7 @@ TEST_F(HostileBytes, AnotherUserIsRefused) {
     if (setuid(65534) != 0) _exit(1);
     if (connect(socket_of_nobody, reinterpret_cast<sockaddr*>(&address), sizeof address) != 0)
       _exit(2);
-    // The end may come before or behind the request.
+    // The connection may be closed before or after the request is sent.
     send(socket_of_nobody, &stop, sizeof stop, MSG_NOSIGNAL);
     _exit(recv(socket_of_nobody, &answer, 1, 0) <= 0 ? 0 : 3);
   }

@@ -14,13 +14,13 @@
 namespace tallow {
 namespace {
 
-/// How long a question for the length waits for the track to open, in µs.
+/// How long a query of the length waits for the track to open, in µs.
 constexpr std::uint64_t kLengthTimeout = 2'000'000;
 
-/// The bytes of a path that are shown on the terminal at most.
+/// Maximum number of bytes of a path that are shown on the terminal.
 constexpr std::size_t kMaxShownPath = 4096;
 
-/// A path for a line on the terminal. The end of one that is longer than any file's is left out.
+/// Makes a path printable on the terminal. Truncates paths that are longer than any file's path.
 std::string Printable(std::string path) {
   if (path.size() > kMaxShownPath) path.replace(kMaxShownPath, std::string::npos, "...");
   std::replace_if(
@@ -28,7 +28,7 @@ std::string Printable(std::string path) {
   return path;
 }
 
-/// The number of the entry that a command has made in mpv's list; kNoEntry when it made none.
+/// Returns the number of the playlist entry that a command has added to mpv; kNoEntry for none.
 std::int64_t NumberOfEntry(const mpv_event& reply) {
   const mpv_node& result = static_cast<mpv_event_command*>(reply.data)->result;
   if (result.format != MPV_FORMAT_NODE_MAP) return kNoEntry;
@@ -38,7 +38,7 @@ std::int64_t NumberOfEntry(const mpv_event& reply) {
   return kNoEntry;
 }
 
-/// A tag's text as UTF-8.
+/// Converts the text of a tag to UTF-8.
 std::string TextOfTag(const char* bytes) {
   std::string text(bytes);
   return IsValidUtf8(text) ? text : DecodeTagField(text);
@@ -168,13 +168,13 @@ void SongPlayer::Previous() {
 void SongPlayer::StopAfterCurrent() {
   if (status_ == kStopped) return;
   stop_after_current_ = true;
-  // All but what plays.
+  // Removes all entries except the current one.
   engine_.Command({"playlist-clear"});
   following_.clear();
 }
 
 void SongPlayer::Clear() {
-  // Not clear(), which would keep the memory of a long list.
+  // clear() would keep the memory of a long list.
   list_ = {};
   list_bytes_ = 0;
   current_ = 0;
@@ -206,12 +206,12 @@ bool SongPlayer::Seek(std::int64_t ms) {
   const double target = static_cast<double>(ms) / 1000;
   if (ms < 0 || (track_.length && target > *track_.length)) return false;
   if (fading_) {
-    // mpv is through with the track.
+    // mpv has finished the track, so load it again.
     StartAgainAt(ms, status_ == kPaused);
     return true;
   }
   position_ = sought_ = target;
-  // Before the track is open there is nothing to seek in.
+  // Before the track is open, mpv cannot seek.
   seek_waits_ = !IsOpen();
   if (!seek_waits_) SendSeek();
   Changed(PlayerChange::kSeeked);
@@ -232,7 +232,7 @@ std::int64_t SongPlayer::Position() const noexcept {
   if (status_ == kStopped) return -1;
   double position = position_;
   if (fading_ && track_.length) {
-    // mpv does not tell any more.
+    // mpv does not report the position any more.
     const std::chrono::duration<double> since = Clock::now() - fades_since_;
     position = std::min(position + since.count(), *track_.length);
   }
@@ -293,7 +293,7 @@ void SongPlayer::TakeEvent(const mpv_event& event) {
         LengthTold();
       return;
     case MPV_EVENT_QUEUE_OVERFLOW:
-      // Nobody knows what has been missed.
+      // Events were lost, so the state is unknown.
       return EndTrack(false);
     case MPV_EVENT_SHUTDOWN:
       sd_event_exit(loop_, 1);
@@ -326,11 +326,11 @@ void SongPlayer::TrackBegins(std::int64_t entry) {
     return;
   }
   if (following_.empty() || entry != following_.front().number) {
-    // The next one was quicker than the command to stop before it.
+    // The next track started before mpv processed the command to stop.
     if (stop_after_current_ && playing_.number != kNoEntry) FinishList(false);
     return;
   }
-  // On without a gap. What has been played leaves mpv's list.
+  // Gapless transition to the next track. The finished one is removed from mpv's playlist.
   engine_.Command({"playlist-remove", "0"});
   playing_ = following_.front();
   following_.pop_front();
@@ -348,7 +348,7 @@ void SongPlayer::TrackOpened() {
 void SongPlayer::LengthTold() {
   TellLength();
   if (!std::exchange(seek_waits_, false)) return;
-  // A place that the track turns out not to have is forgotten.
+  // A deferred seek past the end of the track is dropped.
   if (!track_.length || position_ <= *track_.length) return SendSeek();
   position_ = sought_ = 0;
   Changed(PlayerChange::kSeeked);
@@ -363,22 +363,22 @@ void SongPlayer::SendSeek() {
 
 void SongPlayer::TrackEnded(const mpv_event_end_file& end) {
   if (end.playlist_entry_id != playing_.number) return;
-  // A seek to the very end leaves nothing to play either.
+  // A seek to the very end leaves no audio either, but is no failure.
   const bool failed = end.reason == MPV_END_FILE_REASON_ERROR && !(IsOpen() && sought_ > 0);
   if (failed)
     std::fprintf(stderr, "tallow-player: %s cannot be played and is left out: %s\n",
                  Printable(list_[current_].path).c_str(), mpv_error_string(end.error));
-  // mpv goes on by itself, if it knew of the next track in time.
+  // If mpv got the next track in time, it continues without a command.
   if (!following_.empty() && following_.front().number != kNoEntry) return;
   if (!stop_after_current_ && HasNext()) return StartTrack(current_ + 1, status_ == kPaused);
-  // Its last sound has still to leave the device.
+  // The device still plays the last audio of the track.
   fading_ = true;
   fades_since_ = Clock::now();
   failed_ = failed;
 }
 
 void SongPlayer::SoundEnded() {
-  // mpv is idle. That is no news while it has not begun with the track it was told last.
+  // mpv is idle. Ignore this while the entry number of the last loaded track has not arrived.
   if (status_ == kStopped || playing_.number == kNoEntry) return;
   if (HasNext() && !stop_after_current_) return StartTrack(current_ + 1, status_ == kPaused);
   FinishList(failed_ && !stop_after_current_);
@@ -404,11 +404,11 @@ void SongPlayer::TakeProperty(const mpv_event_property& property) {
 }
 
 void SongPlayer::PositionTold(double position) {
-  // Right behind a seek mpv counts what the device holds but has not begun to play as played back, so
-  // that it stands a little before the place, for as long as it is paused.
+  // Right after a seek, mpv's position accounts for audio that the device has buffered but not
+  // played. While paused, the position therefore stays slightly before the target.
   constexpr double kMaxBefore = 0.5;
   const bool just_before = position < sought_ && position > sought_ - kMaxBefore;
-  // Nothing goes back while it is paused: that is what was before the seek, told late.
+  // While paused the position cannot move back. Such a report was made before the seek.
   if (status_ == kPaused && position <= sought_ - kMaxBefore) return;
   position_ = just_before ? sought_ : position;
 }

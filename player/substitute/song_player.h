@@ -15,86 +15,88 @@
 
 namespace tallow {
 
-/// What is known of the track that plays.
+/// Properties of the current track.
 struct Track {
   std::string path;
-  std::string title;             ///< UTF-8; empty when there is none in the tag
-  std::string artist;            ///< UTF-8; empty when there is none in the tag
+  std::string title;             ///< UTF-8; empty when the tag has none
+  std::string artist;            ///< UTF-8; empty when the tag has none
   std::optional<double> length;  ///< in s; no value until the track is open
 };
 
-/// No entry of mpv's list.
+/// Means "no entry of mpv's playlist".
 inline constexpr std::int64_t kNoEntry = -1;
 
-/// What has changed in a player, to be told to others.
+/// What has changed in a player; passed to the change callback.
 enum class PlayerChange { kStatus, kTrack, kList, kVolume, kSeeked };
 
-/// A list of files and the playing of it.
+/// A list of files and its playback.
 ///
-/// No call waits for the sound: commands take effect in their order while the program goes on, and
-/// queries tell what is known. Tracks follow each other without a gap; one that cannot be played is
-/// named on standard error and left out.
+/// No call waits for the sound: commands are queued and take effect in order, and queries return
+/// the latest known state. Tracks follow each other without a gap. A track that cannot be played is
+/// reported on standard error and skipped.
 class SongPlayer {
  public:
-  /// \throws std::runtime_error when there can be no sound at all
+  /// \throws std::runtime_error when libmpv cannot be set up
   SongPlayer(sd_event* loop, const SoundOutput& output);
   SongPlayer(const SongPlayer&) = delete;
   SongPlayer& operator=(const SongPlayer&) = delete;
 
-  /// \param told called after each change
+  /// \param told callback, called after each change
   void OnChange(std::function<void(PlayerChange)> told) { told_ = std::move(told); }
 
-  /// Goes on when paused, begins the track anew when it plays, else starts where the list stands.
+  /// Paused: resumes. Playing: restarts the track. Stopped: starts the current track.
   void Play();
-  /// Goes on when paused, else as Play when stopped; nothing when it plays.
+  /// Paused: resumes. Stopped: like Play. Playing: does nothing.
   void Resume();
-  /// Halts what plays, and lets what is halted go on.
+  /// Pauses when playing, resumes when paused.
   void TogglePause();
-  /// Ends the playing; the list and the place in it stay.
+  /// Stops playback. The list and the current track stay.
   void Stop();
-  /// To the next track; nothing on the last one. What is paused or stopped remains so.
+  /// Goes to the next track; does nothing on the last one. Stays paused or stopped.
   void Next();
-  /// To the previous track, on the first one to its beginning. What is paused or stopped remains so.
+  /// Goes to the previous track, or restarts the first one. Stays paused or stopped.
   void Previous();
-  /// Stops when the track that plays is over; Play then starts the next one.
+  /// Stops after the current track. Play then starts the next one.
   void StopAfterCurrent();
-  /// Ends the playing and empties the list.
+  /// Stops playback and empties the list.
   void Clear();
   /// Appends a file to the list.
-  /// \returns false when it has no room, see kMaxListBytes; nothing has changed then
+  /// \returns false when the list is full, see kMaxListBytes; nothing has changed in that case
   bool Add(std::string path);
-  /// \param ms   from the beginning of the track
-  /// \returns whether there is such a place; else nothing happens
+  /// \param ms   position in the track
+  /// \returns false when the position is out of range or nothing plays; nothing has changed in that
+  /// case
   bool Seek(std::int64_t ms);
-  /// \param volume 0 to 255, in proportion to the amplitude; 255 leaves the sound as it is
+  /// \param volume 0 to 255, proportional to the amplitude; 255 is the original volume
   void SetVolume(std::int32_t volume);
-  /// \param balance -127, only left, to 127, only right
+  /// \param balance -127 (only left) to 127 (only right)
   void SetBalance(std::int32_t balance);
 
-  /// As it was told last, not as far as the sound has followed.
+  /// The status after the last command, even if the sound has not followed yet.
   PlayerStatus Status() const noexcept { return status_; }
-  /// Where the track is, in ms; -1 when nothing plays.
+  /// The position in the track, in ms; -1 when nothing plays.
   std::int64_t Position() const noexcept;
   /// 0 to 255, see SetVolume.
   std::int32_t Volume() const noexcept { return volume_; }
-  /// The track that plays or is paused; the one that Play would start when stopped. Null when the list
+  /// The track that plays or is paused, or that Play would start when stopped. Null when the list
   /// is empty.
   const Track* CurrentTrack() const noexcept;
-  /// Whether Next leads anywhere.
+  /// Whether there is a next track.
   bool HasNext() const noexcept { return current_ + 1 < list_.size(); }
-  /// Whether Previous leads to another track.
+  /// Whether there is a previous track.
   bool HasPrevious() const noexcept { return current_ > 0 && !list_.empty(); }
-  /// Tells an entry of the list from all others there ever were; 0 when the list is empty.
+  /// A number that identifies an entry of the list and is never reused; 0 when the list is empty.
   std::uint64_t TrackNumber() const noexcept { return list_.empty() ? 0 : list_[current_].number; }
 
-  /// Tells the length of the track in s, -1 for none: at once, or when a track was just started with
-  /// Play, as soon as it is open, waiting two seconds at most.
+  /// Passes the length of the track in s, or -1 if unknown, to a callback. Calls it at once, except
+  /// when Play has just started a track: then calls it once the track is open, after two seconds at
+  /// the latest.
   void WhenLengthIsKnown(std::function<void(std::int64_t)> tell);
 
  private:
   using Clock = std::chrono::steady_clock;
 
-  /// How far the current track is on its way to be heard.
+  /// State of opening the current track in mpv.
   enum class Opening { kWaits, kUnderWay, kDone };
 
   bool IsOpen() const noexcept { return opening_ == Opening::kDone; }
@@ -128,43 +130,43 @@ class SongPlayer {
 
   struct ListEntry {
     std::string path;
-    std::uint64_t number = 0;  ///< never used again
+    std::uint64_t number = 0;  ///< never reused
   };
 
   std::vector<ListEntry> list_;
-  std::size_t list_bytes_ = 0;  ///< see kMaxListBytes
-  std::size_t current_ = 0;     ///< place in the list
+  std::size_t list_bytes_ = 0;  ///< limited by kMaxListBytes
+  std::size_t current_ = 0;     ///< index in list_
   PlayerStatus status_ = kStopped;
   Track track_;
   std::uint64_t last_number_ = 0;
   std::int32_t volume_ = kMaxVolume;
   bool stop_after_current_ = false;
-  /// Playing came to the end of the list over a file that could not be played. A file that is added
-  /// now is its next one.
+  /// True when playback reached the end of the list because the last file could not be played. A
+  /// file added in this state starts at once.
   bool ran_out_ = false;
 
-  /// An entry of mpv's own list. Its number comes with the reply to the command that made it; what mpv
-  /// tells of others is about tracks that are gone.
+  /// An entry of mpv's playlist. Its number arrives in the reply to the loadfile command. Events
+  /// with other numbers refer to earlier tracks and are ignored.
   struct Entry {
     std::uint64_t reply = 0;
     std::int64_t number = kNoEntry;
   };
 
-  /// How many tracks mpv knows of in advance: files that cannot be played are passed over without
-  /// closing the device as long as a playable one is among them.
+  /// Number of tracks that mpv's playlist holds in advance. Unplayable files are skipped without
+  /// closing the sound device if one of these tracks is playable.
   static constexpr std::size_t kMaxFollowing = 8;
 
   Entry playing_;
-  std::deque<Entry> following_;  ///< the tracks behind the current one, in order
+  std::deque<Entry> following_;  ///< the tracks after the current one, in order
   Opening opening_ = Opening::kWaits;
-  bool fading_ = false;  ///< the current track is over but for what the device still holds
+  bool fading_ = false;  ///< the track has ended, but the device still plays its last audio
   Clock::time_point fades_since_;
-  bool failed_ = false;         ///< and it was one that could not be played
+  bool failed_ = false;         ///< the track that has ended could not be played
   double position_ = 0;         ///< in s
-  double sought_ = 0;           ///< where the last seek in this track went to, in s
-  std::uint64_t seek_ = 0;      ///< the reply of the last seek that is under way; 0 for none
-  bool seek_waits_ = false;     ///< and it waits for the track to be open
-  bool seek_restarts_ = false;  ///< that reply has come, and the sound has not begun again yet
+  double sought_ = 0;           ///< target of the last seek in this track, in s
+  std::uint64_t seek_ = 0;      ///< reply number of the last seek in progress; 0 for none
+  bool seek_waits_ = false;     ///< a seek is deferred until the track is open
+  bool seek_restarts_ = false;  ///< the seek was replied to, but playback has not restarted yet
 
   bool length_is_asked_ = false;  ///< Play has started a track that is not open yet
   std::vector<std::function<void(std::int64_t)>> length_askers_;

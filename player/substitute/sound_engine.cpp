@@ -14,8 +14,8 @@
 namespace tallow {
 namespace {
 
-/// Rate of the sound that leaves the program, in Hz: that of nearly all MP3 files. A device that stays
-/// open in one format is what makes tracks of different formats follow without a gap.
+/// Sample rate of the output, in Hz: the rate of nearly all MP3 files. The device stays open in one
+/// format, so that tracks of different formats follow each other without a gap.
 constexpr const char* kSampleRate = "44100";
 
 struct Option {
@@ -24,15 +24,15 @@ struct Option {
 };
 
 constexpr Option kOptions[] = {
-    // Nothing of the user's mpv is to change what Tallow does.
+    // Ignore the user's configuration of mpv.
     {"config", "no"},
     {"load-scripts", "no"},
     {"ytdl", "no"},
     {"input-default-bindings", "no"},
     {"terminal", "no"},
     {"audio-client-name", "Tallow"},
-    // Only sound, and only from the file itself: a list of addresses under the name of a song is not
-    // followed.
+    // Play only sound, and only from the file itself. Do not follow a playlist that is named like a
+    // song.
     {"video", "no"},
     {"sid", "no"},
     {"audio-display", "no"},
@@ -40,13 +40,13 @@ constexpr Option kOptions[] = {
     {"demuxer", "lavf"},
     {"demuxer-lavf-o", "protocol_whitelist=file"},
     {"access-references", "no"},
-    // Without a gap.
+    // Gapless playback.
     {"gapless-audio", "yes"},
     {"prefetch-playlist", "yes"},
     {"audio-samplerate", kSampleRate},
     {"audio-channels", "stereo"},
-    // To the very place. The sound of a frame may lie in several frames before it, so reading begins
-    // half a second earlier.
+    // Seek exactly. The audio of an MP3 frame may depend on several frames before it, so decoding
+    // starts half a second earlier.
     {"hr-seek", "always"},
     {"hr-seek-demuxer-offset", "0.5"},
     {"cache-pause", "no"},
@@ -54,20 +54,21 @@ constexpr Option kOptions[] = {
     {"volume-max", "100"},
 };
 
-/// Parts of mpv's own display, each a thread. Not every version has each of them.
+/// Parts of mpv's user interface, each of which starts a thread. Not every version of mpv has all.
 constexpr const char* kNeedless[] = {
     "osc",         "load-stats-overlay", "load-osd-console", "load-console", "load-auto-profiles",
     "load-select", "load-positioning"};
 
-/// How far the balance is from the middle, -1 to 1, as text.
+/// Formats the balance as text, scaled to -1 (left) to 1 (right).
 std::string BalanceText(std::int32_t balance) {
   char text[32];
   std::snprintf(text, sizeof text, "%.6f", static_cast<double>(balance) / kMaxBalance);
   return text;
 }
 
-/// The sound's way through the balance. A mono track comes to both sides as it is (FFmpeg's own
-/// conversion would take 3 dB), then the side away from the balance gets softer in proportion.
+/// The filter chain for the balance. A mono track is copied to both channels unchanged (FFmpeg's
+/// own conversion would reduce it by 3 dB). Then the channel opposite to the balance is attenuated
+/// proportionally.
 std::string BalanceFilter(std::int32_t balance) {
   return "@balance:lavfi=[pan=stereo|FL<FL+FC|FR<FR+FC,stereotools=balance_out=" +
          BalanceText(balance) + "]";
@@ -80,7 +81,7 @@ void SetOption(mpv_handle* mpv, const char* name, const char* value) {
                              ": " + mpv_error_string(result));
 }
 
-/// A file that cannot be written would be a silent device to mpv.
+/// Without this check mpv would play silently if the file cannot be written.
 void RequireWritable(const std::string& path) {
   std::FILE* const file = std::fopen(path.c_str(), "wb");
   if (file == nullptr) throw std::runtime_error(path + " cannot be written");
@@ -104,7 +105,7 @@ SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output,
   } else if (output.silent) {
     SetOption(mpv_.get(), "ao", "null");
   } else {
-    // A computer without sound still has a player that keeps time.
+    // Without a sound device, play silently in real time.
     SetOption(mpv_.get(), "audio-fallback-to-null", "yes");
   }
   const int result = mpv_initialize(mpv_.get());
@@ -129,7 +130,7 @@ SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output,
       mpv_.get(),
       [](void* self) {
         const std::uint64_t one = 1;
-        // It fails only when the counter is full, and then there is enough to wake up for.
+        // write fails only when the counter is full. The event loop wakes up in that case, too.
         [[maybe_unused]] const ssize_t ignored =
             write(static_cast<SoundEngine*>(self)->wake_up_.descriptor(), &one, sizeof one);
       },
@@ -137,7 +138,7 @@ SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output,
 }
 
 SoundEngine::~SoundEngine() {
-  // mpv's threads use the descriptor until they are gone.
+  // mpv's threads use the descriptor until they have ended.
   mpv_set_wakeup_callback(mpv_.get(), nullptr, nullptr);
   mpv_.reset();
 }
@@ -155,14 +156,14 @@ void SoundEngine::Pause(bool paused) {
 }
 
 void SoundEngine::SetVolume(std::int32_t volume) {
-  // mpv's scale goes with the cube root of the amplitude.
+  // mpv's volume scale is cubic: the amplitude is the cube of the volume.
   double percent = 100 * std::cbrt(static_cast<double>(volume) / kMaxVolume);
   mpv_set_property_async(mpv_.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
 }
 
 void SoundEngine::SetBalance(std::int32_t balance) {
-  // Setting the filters anew would lose what is in them, so the one that runs is told, and those of
-  // coming tracks are made that way.
+  // Replacing the filters would drop audio buffered in them. Instead, change the running filter by
+  // a command, and use the new balance when creating the filters of later tracks.
   balance_ = balance;
   SendBalance();
 }
@@ -172,7 +173,7 @@ void SoundEngine::SendBalance() {
 }
 
 void SoundEngine::BeforeLoading(std::uint64_t hook) {
-  // mpv waits, so it can be spoken to at once. It has no filters at this moment that could be lost.
+  // mpv waits for this hook, so a synchronous call does not block. No audio is in the filters now.
   if (std::exchange(balance_of_new_tracks_, balance_) != balance_)
     mpv_set_property_string(mpv_.get(), "af", BalanceFilter(balance_).c_str());
   mpv_hook_continue(mpv_.get(), hook);
@@ -193,7 +194,7 @@ void SoundEngine::TakeEvents() {
         BeforeLoading(static_cast<mpv_event_hook*>(event->data)->id);
         break;
       case MPV_EVENT_AUDIO_RECONFIG:
-        // A track that changes its format within gets its filters anew.
+        // mpv recreates the filters when a track changes its format midway.
         if (balance_ != balance_of_new_tracks_) SendBalance();
         break;
       default:

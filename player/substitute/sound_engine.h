@@ -13,35 +13,35 @@
 
 namespace tallow {
 
-/// Where the sound goes.
+/// The destination of the sound.
 struct SoundOutput {
-  std::string file;     ///< a WAV file, written as fast as it goes; empty for a device
-  bool silent = false;  ///< nowhere, in real time
+  std::string file;     ///< a WAV file, written as fast as possible; empty for a device
+  bool silent = false;  ///< no output, in real time
 };
 
-/// libmpv, set up to play songs and nothing else, as part of an event loop.
+/// libmpv, configured to play songs only, as part of an event loop.
 ///
-/// Nothing here waits for libmpv: commands take effect in the order they are given, and what comes of
-/// them comes as events.
+/// No call waits for libmpv: commands take effect in the order of the calls, and results arrive as
+/// events.
 class SoundEngine {
  public:
-  /// \param take called with each event, from the loop
-  /// \throws std::runtime_error when there can be no sound at all
+  /// \param take callback for each event, called from the event loop
+  /// \throws std::runtime_error when libmpv cannot be set up
   SoundEngine(sd_event* loop, const SoundOutput& output,
               std::function<void(const mpv_event&)> take);
   SoundEngine(const SoundEngine&) = delete;
   SoundEngine& operator=(const SoundEngine&) = delete;
   ~SoundEngine();
 
-  /// \returns the number of the reply that will come; 0 when there is no room for the command
+  /// \returns the number of the reply that will arrive; 0 when mpv's command queue is full
   std::uint64_t Command(std::initializer_list<const char*> words);
   void Pause(bool paused);
-  /// \param volume 0 to 255, in proportion to the amplitude; 255 leaves the sound as it is
+  /// \param volume 0 to 255, proportional to the amplitude; 255 is the original volume
   void SetVolume(std::int32_t volume);
-  /// \param balance -127, only left, to 127, only right
+  /// \param balance -127 (only left) to 127 (only right)
   void SetBalance(std::int32_t balance);
-  /// Asks for the tags, then for the length of the track that is open. The reply about the length has
-  /// the number kLengthReply, also when there is none.
+  /// Requests the tags and then the length of the open track. The reply for the length has the
+  /// number kLengthReply and arrives even when the length is unknown.
   void AskForTrack();
 
   static constexpr std::uint64_t kLengthReply = ~std::uint64_t{0};
@@ -55,7 +55,7 @@ class SoundEngine {
   void BeforeLoading(std::uint64_t hook);
   void SendBalance();
 
-  OpenFile wake_up_;  ///< readable when there are events; written to by mpv's threads
+  OpenFile wake_up_;  ///< eventfd, readable when there are events; written by mpv's threads
   std::unique_ptr<mpv_handle, DestroyMpv> mpv_;
   EventSource events_;
   std::function<void(const mpv_event&)> take_;

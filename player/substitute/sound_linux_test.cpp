@@ -6,7 +6,7 @@
 namespace tallow {
 namespace {
 
-/// Plays into a WAV file and listens to it.
+/// Plays into a WAV file and analyzes it.
 class PlayedSound : public RealPlayer {
  protected:
   PlayedSound() { UseOptions("--audio-file " + Quote(folder / "sound.wav")); }
@@ -16,14 +16,14 @@ class PlayedSound : public RealPlayer {
     MakeMp3(file, synth, channels);
     return file;
   }
-  /// The sound once the player has stopped by itself.
+  /// Waits until playback stops and returns the sound.
   Sound Listen() {
     EXPECT_TRUE(WaitForStatus("STOPPED"));
     return ReadSound(folder / "sound.wav");
   }
 };
 
-TEST_F(PlayedSound, ThreeSongsComeInTheirOrderWithoutAGap) {
+TEST_F(PlayedSound, ThreeSongsFollowInOrderWithoutAGap) {
   const std::string a = Tone("a.mp3", "3 sine 440");
   const std::string b = Tone("b.mp3", "2 sine 880");
   const std::string c = Tone("c.mp3", "3 sine 660");
@@ -38,7 +38,7 @@ TEST_F(PlayedSound, ThreeSongsComeInTheirOrderWithoutAGap) {
   EXPECT_LE(LongestSilence(sound.right), 0.01);
 }
 
-TEST_F(PlayedSound, AFileThatCannotBePlayedIsPassedOverWithoutAGap) {
+TEST_F(PlayedSound, AnUnplayableFileIsSkippedWithoutAGap) {
   const std::string a = Tone("a.mp3", "1 sine 440");
   const std::string b = Tone("b.mp3", "1 sine 880");
   StartPlayer();
@@ -51,7 +51,7 @@ TEST_F(PlayedSound, AFileThatCannotBePlayedIsPassedOverWithoutAGap) {
   EXPECT_LE(LongestSilence(sound.left), 0.01);
 }
 
-TEST_F(PlayedSound, AnyNumberOfFilesThatCannotBePlayedIsPassedOver) {
+TEST_F(PlayedSound, ManyUnplayableFilesAreSkipped) {
   const std::string a = Tone("a.mp3", "1 sine 440");
   std::vector<std::string> files;
   for (int k = 0; k < 70; ++k) files.push_back(folder.File(std::to_string(k) + ".mp3", "no sound"));
@@ -61,7 +61,7 @@ TEST_F(PlayedSound, AnyNumberOfFilesThatCannotBePlayedIsPassedOver) {
   EXPECT_NEAR(Listen().Seconds(), 1, 0.01);
 }
 
-TEST_F(PlayedSound, SongsThatAreAddedAfterTheLastOneCouldNotBePlayedAreHeard) {
+TEST_F(PlayedSound, SongsAddedAfterAnUnplayableLastSongArePlayed) {
   const std::string a = Tone("a.mp3", "1 sine 440");
   StartPlayer();
   Play({folder.File("0.mp3", "no sound")});
@@ -70,7 +70,7 @@ TEST_F(PlayedSound, SongsThatAreAddedAfterTheLastOneCouldNotBePlayedAreHeard) {
   EXPECT_NEAR(Listen().Seconds(), 1, 0.01);
 }
 
-TEST_F(PlayedSound, TheVolumeIsInProportionToTheAmplitude) {
+TEST_F(PlayedSound, TheVolumeIsProportionalToTheAmplitude) {
   const std::string a = Tone("a.mp3", "1 sine 440");
   StartPlayer();
   for (const int volume : {255, 128, 32, 0}) {
@@ -82,7 +82,7 @@ TEST_F(PlayedSound, TheVolumeIsInProportionToTheAmplitude) {
   }
 }
 
-TEST_F(PlayedSound, ChangingTheBalanceLosesNoSound) {
+TEST_F(PlayedSound, ChangingTheBalanceDropsNoSound) {
   const std::string a = Tone("a.mp3", "60 sine 440");
   StartPlayer();
   Play({a});
@@ -93,7 +93,7 @@ TEST_F(PlayedSound, ChangingTheBalanceLosesNoSound) {
   EXPECT_NEAR(Pitch(Piece(sound.left, 0.5, 59)), 440, 0.01);
 }
 
-TEST_F(PlayedSound, TheBalanceTakesFromTheOtherSide) {
+TEST_F(PlayedSound, TheBalanceAttenuatesTheOtherSide) {
   const std::string a = Tone("a.mp3", "1 sine 440");
   StartPlayer();
   const double half = kToneLevel * (1 - 64.0 / 127);
@@ -115,7 +115,7 @@ TEST_F(PlayedSound, TheBalanceTakesFromTheOtherSide) {
   }
 }
 
-TEST_F(PlayedSound, AMonoSongIsAsLoudOnBothSides) {
+TEST_F(PlayedSound, AMonoSongIsEquallyLoudOnBothSides) {
   const std::string mono = Tone("a.mp3", "1 sine 440", 1);
   StartPlayer();
   Play({mono});
@@ -124,13 +124,13 @@ TEST_F(PlayedSound, AMonoSongIsAsLoudOnBothSides) {
   EXPECT_NEAR(Level(Piece(sound.right, 0.2, 0.6)), kToneLevel, 0.005);
 }
 
-TEST_F(PlayedSound, SeekingComesOutWhereItWasTold) {
-  // The pitch tells the time: 300 Hz and 150 Hz a second more.
+TEST_F(PlayedSound, SeekingReachesTheExactPosition) {
+  // The pitch encodes the time: 300 Hz plus 150 Hz per second.
   for (const char* const encoding : {"-b 128", "-V 2"}) {
     const std::string sweep = folder / "sweep.mp3";
     MakeMp3(sweep, "20 sine 300:3300", 2, encoding);
     StartPlayer();
-    // Paused before the first sound.
+    // Pause before the first sound.
     Play({sweep});
     player.SendWinampCommand(kPause);
     player.SetTrackPosition(13);
@@ -138,7 +138,7 @@ TEST_F(PlayedSound, SeekingComesOutWhereItWasTold) {
     EXPECT_EQ(player.GetWinampStatus(), "PAUSED");
     player.SendWinampCommand(kPause);
     const Sound sound = Listen();
-    // A file takes what a device would have thrown away in the pause: some of the beginning.
+    // The file still contains some audio from before the seek, which a device would discard.
     double jump = 0;
     while (Pitch(Piece(sound.left, jump, 0.02)) < 1500 && jump < sound.Seconds()) jump += 0.005;
     EXPECT_NEAR(sound.Seconds() - jump, 7, 0.05) << encoding;
@@ -148,7 +148,7 @@ TEST_F(PlayedSound, SeekingComesOutWhereItWasTold) {
   }
 }
 
-TEST_F(PlayedSound, SeekingBackwardIsAsExact) {
+TEST_F(PlayedSound, SeekingBackwardIsExact) {
   const std::string sweep = Tone("sweep.mp3", "20 sine 300:3300");
   StartPlayer();
   Play({sweep});
@@ -156,12 +156,12 @@ TEST_F(PlayedSound, SeekingBackwardIsAsExact) {
   for (const int second : {15, 4, 17, 12}) player.SetTrackPosition(second);
   player.SendWinampCommand(kPlay);
   const Sound sound = Listen();
-  // What is heard last is the last eight seconds, whatever was written before the seeks.
+  // The last eight seconds must start at the target of the last seek, whatever was written before.
   EXPECT_NEAR(Pitch(Piece(sound.left, sound.Seconds() - 7.9, 0.2)), 300 + 150 * 12.2, 150 * 0.05);
   EXPECT_LT(sound.Seconds(), 20);
 }
 
-TEST_F(PlayedSound, ASeekToTheVeryEndEndsTheSongWithoutAComplaint) {
+TEST_F(PlayedSound, ASeekToTheVeryEndEndsTheSongWithoutAnErrorMessage) {
   const std::string a = Tone("a.mp3", "3 sine 440");
   StartPlayer();
   testing::internal::CaptureStderr();
@@ -173,7 +173,7 @@ TEST_F(PlayedSound, ASeekToTheVeryEndEndsTheSongWithoutAComplaint) {
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-TEST_F(PlayedSound, AFileThatCannotBeWrittenIsSaid) {
+TEST_F(PlayedSound, AnOutputFileThatCannotBeWrittenIsReported) {
   UseOptions("--audio-file " + Quote(folder / "no/sound.wav") + " 2> " + Quote(folder / "said"));
   EXPECT_TRUE(player.StartWinamp());
   EXPECT_TRUE(WaitUntil([&] { return !IsRunning(); }));
@@ -181,7 +181,7 @@ TEST_F(PlayedSound, AFileThatCannotBeWrittenIsSaid) {
                                                     " cannot be written"});
 }
 
-TEST_F(PlayedSound, StopAfterTheTrackLetsItEndAndPlayGoesOnBehindIt) {
+TEST_F(PlayedSound, StopAfterTrackFinishesTheTrackAndPlayStartsTheNextOne) {
   const std::string a = Tone("a.mp3", "2 sine 440");
   const std::string b = Tone("b.mp3", "1 sine 880");
   StartPlayer();
@@ -216,7 +216,7 @@ TEST_F(PlayedSound, APauseAddsNoSound) {
   EXPECT_NEAR(Pitch(Piece(sound.left, 1, 58)), 440, 0.1);
 }
 
-TEST_F(PlayedSound, AListUnderASongsNameIsNotFollowed) {
+TEST_F(PlayedSound, APlaylistNamedLikeASongIsNotFollowed) {
   const std::string a = Tone("a.mp3", "1 sine 440");
   StartPlayer();
   Play({folder.File("list.mp3", "#EXTM3U\n" + a + "\n"),

@@ -34,7 +34,7 @@ constexpr std::string_view kUsage =
 
 constexpr int kUsageError = 2;
 
-/// A player that neither plays nor is connected to ends after this many looks.
+/// After this many consecutive checks without playback or connections, the player ends.
 constexpr int kMaxIdleLooks = 5;
 constexpr std::uint64_t kLookInterval = 60'000'000;  ///< in µs
 
@@ -81,7 +81,7 @@ struct CloseFile {
 };
 using LogFile = std::unique_ptr<std::FILE, CloseFile>;
 
-/// The socket to take messages on; says on standard error why there is none.
+/// Returns the socket to listen on; reports failure on standard error.
 int ListeningSocket(bool handed) {
   if (handed) {
     if (fcntl(kHandedDescriptor, F_SETFD, FD_CLOEXEC) == 0) return kHandedDescriptor;
@@ -100,10 +100,10 @@ int ListeningSocket(bool handed) {
   return listening;
 }
 
-/// Ends a player that has been of no use for some minutes, since it has no window to be closed by.
+/// Ends the player after some minutes without use, because it has no window that could be closed.
 class IdleEnd {
  public:
-  /// \param end ends the player
+  /// \param end callback that ends the player
   IdleEnd(sd_event* loop, const SongPlayer& player, const RequestServer& server,
           std::function<void()> end)
       : player_(player), server_(server), end_(std::move(end)) {
@@ -149,9 +149,9 @@ int Run(const Options& options) {
   sd_event* raw_loop = nullptr;
   Require(sd_event_default(&raw_loop), "the event loop");
   const EventLoop loop(raw_loop);
-  // Whoever reads the messages on standard error may end before the player does.
+  // Ignore SIGPIPE: the reader of standard error may end before the player.
   std::signal(SIGPIPE, SIG_IGN);
-  // Before there are threads, which would get the signals otherwise.
+  // Block the signals before threads are created; otherwise a thread might receive them.
   sigset_t ends;
   sigemptyset(&ends);
   for (const int signal : kEndSignals) sigaddset(&ends, signal);
@@ -161,9 +161,9 @@ int Run(const Options& options) {
   std::unique_ptr<RequestServer> server;
   std::unique_ptr<Mpris> mpris;
   std::function<void()> close = [&] {
-    // Whoever starts a player right after the answer is to get a new one.
+    // A client that starts a player right after the answer must get a new player.
     server->StopListening();
-    // The loop's end would wait for a bus that does not answer.
+    // Shutdown of the event loop would wait for a bus that does not answer.
     if (mpris) mpris->Leave();
     sd_event_exit(raw_loop, 0);
   };
@@ -188,7 +188,7 @@ int Run(const Options& options) {
                 &close),
             "the event loop");
   Require(sd_event_loop(raw_loop), "the event loop");
-  // Connections end before the sound does, which takes longer.
+  // Close the connections first, because shutting down the sound takes longer.
   server->CloseAll();
   player.OnChange({});
   return 0;
