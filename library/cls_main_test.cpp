@@ -41,7 +41,7 @@ TEST_F(ClsMain, CellsOutsideAreSubscriptErrors) {
   EXPECT_THROW(library.Mp3Info(70000, 1), SubscriptError);
 }
 
-TEST_F(ClsMain, AMissingFileBlanksItsRowForGood) {
+TEST_F(ClsMain, AMissingFileBlanksItsRowPermanently) {
   AddSong(music.path(), "a.mp3", "1", "7");
   AddSong(music.path(), "b.mp3");
   music.File("b.mp3");
@@ -202,7 +202,7 @@ TEST_F(ClsMain, SortMovesWholeRowsInAllFourWays) {
   EXPECT_EQ(Cells(12), (Texts{"", "spare", ""}));
 }
 
-TEST_F(ClsMain, SaveAndLoadGiveColumnsOneToFiveBack) {
+TEST_F(ClsMain, SaveAndLoadRestoreColumnsOneToFive) {
   for (int k = 1; k <= 3; ++k) {
     AddSong("/music " + std::to_string(k) + "/", "song\xFF" + std::to_string(k) + ".mp3", "1",
             std::to_string(k + 2));

@@ -184,7 +184,7 @@ TEST(DuplicateRemoval, NumbersAreComparedByValue) {
   EXPECT_EQ(After(a + b), b);
 }
 
-TEST(DuplicateRemoval, OfEqualNumbersTheLaterRowGoes) {
+TEST(DuplicateRemoval, OfEqualNumbersTheLaterRowIsRemoved) {
   const Rows a = Row("/a/", "SONG.MP3", "1", "5");
   const Rows b = Row("/b/", "SONG.MP3", "1", "5");
   EXPECT_EQ(After(a + b), a);
@@ -207,7 +207,7 @@ TEST(DuplicateRemoval, ANameThatDoesNotMatchItselfStillEqualsItself) {
   EXPECT_EQ(After(a + Row("/b/", "B#.mp3", "1", "2")), a);
 }
 
-TEST(DuplicateRemoval, AnUnclosedBracketIsNoError) {
+TEST(DuplicateRemoval, AnUnclosedBracketIsNotAnError) {
   const Rows a = Row("/a/", "demo [live.mp3", "1", "1");
   EXPECT_EQ(After(a + Row("/b/", "demo [live.mp3", "1", "2")), a);
 }

@@ -142,7 +142,7 @@ TEST(AtomicFile, KeepReplacedKeepsTheContentBeforeEachWrite) {
   EXPECT_FALSE(FileExists(folder / "none.bak"));
 }
 
-TEST(AtomicFile, MovingAsideNeedsNoReading) {
+TEST(AtomicFile, MoveToBackupDoesNotReadTheFile) {
   const TempFolder folder;
   const std::string path = folder.File("a.ini", "damaged");
   folder.File("a.ini.bak", "older");

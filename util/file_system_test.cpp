@@ -22,7 +22,7 @@ std::vector<std::string> NamesOf(const FolderListing& listing) {
   return names;
 }
 
-TEST(FileSystem, AListingTellsFilesSizesAndSubfolders) {
+TEST(FileSystem, AListingContainsFilesSizesAndSubfolders) {
   const TempFolder folder;
   folder.File("a.mp3", "12345");
   folder.File("B.MP3", "123");
@@ -146,7 +146,7 @@ TEST(FileSystem, TheRealPathOfAnOrdinaryFolderIsItself) {
   EXPECT_EQ(RealPathOfFolder(folder / "none"), folder / "none");
 }
 
-TEST(FileSystem, TailsComeWithAListingWhereAskedFor) {
+TEST(FileSystem, AListingContainsTailsWhenRequested) {
   const TempFolder folder;
   folder.File("long.mp3", "123456");
   folder.File("short.mp3", "123");

@@ -91,7 +91,7 @@ TEST_F(OwnerFileTest, OfManyThreadsExactlyOneReplacesTheFile) {
 
 #ifndef _WIN32
 // On Windows a file that is being deleted may also give kUnknown.
-TEST_F(OwnerFileTest, TheOthersThatTryAtOnceAreToldThatItIsInUse) {
+TEST_F(OwnerFileTest, AllOtherThreadsFindTheFileInUse) {
   for (int round = 0; round < 100; ++round) {
     const std::vector<Answer> answers = ReplaceAtOnce();
     EXPECT_EQ(std::count(answers.begin(), answers.end(), Answer::kInUse), 7);

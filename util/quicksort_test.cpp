@@ -41,7 +41,7 @@ TEST(Quicksort, NumbersAreSortedByValue) {
   EXPECT_EQ(table.rows, Column({"100", "10", "9"}));
 }
 
-TEST(Quicksort, ARangeOfOneRowStaysAsItIs) {
+TEST(Quicksort, ARangeOfOneRowIsUnchanged) {
   TextRows table{{"b"}, {"a"}, {"c"}};
   SortCity::QuickSortStringsAscending(table, 2, 2, 1, 1);
   EXPECT_EQ(table.rows, Column({"b", "a", "c"}));
@@ -59,7 +59,7 @@ TEST(Quicksort, RowsMoveAsWholes) {
   EXPECT_EQ(table.rows, (Rows{{"y", "1"}, {"z", "2"}, {"x", "3"}}));
 }
 
-TEST(Quicksort, ColumnsPastTheCountStayInTheirRows) {
+TEST(Quicksort, ColumnsBeyondTheCountDoNotMove) {
   TextRows table{{"b", "1"}, {"a", "2"}};
   SortCity::QuickSortStringsAscending(table, 1, 2, 1, 1);
   EXPECT_EQ(table.rows, (Rows{{"a", "1"}, {"b", "2"}}));
