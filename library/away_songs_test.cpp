@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Songs that are away, missing, and back: what the library makes of drives and folders.
+// How the library handles songs and drives that are away, missing, or back.
 #include <filesystem>
 #include <fstream>
 
@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A library over two folders that stand for drives, "one" and "two".
+/// A library over two folders that simulate drives, "one" and "two".
 class AwaySongs : public LibraryTest {
  protected:
   AwaySongs() {
@@ -31,12 +31,12 @@ class AwaySongs : public LibraryTest {
   void Unmount(const std::string& root) {
     std::erase_if(mounted, [&](const MountedVolume& volume) { return volume.root == root; });
   }
-  /// A file of a size.
+  /// Creates a file of a given size.
   void MakeFile(const std::string& path, std::size_t size = 10) {
     CreateFolders(std::string(FolderOfPath(path)));
     WriteFileAtomically(path, std::string(size, 'x'));
   }
-  /// The drive of a root goes, and takes its files along; what is left is an empty folder.
+  /// Simulates unmounting a drive: moves its files away and leaves an empty folder at the root.
   void TakeAway(const std::string& root, const std::string& to) {
     Unmount(root);
     fs::rename(fs::path(root), fs::path(to));
@@ -48,7 +48,7 @@ class AwaySongs : public LibraryTest {
     Mount(root, volume);
   }
 
-  /// A first search of all drives.
+  /// Simulates the first search of all drives.
   void Search() {
     library.BeginScan(ScanKind::kComputer);
     std::vector<fs::path> files;
@@ -63,7 +63,7 @@ class AwaySongs : public LibraryTest {
     library.TakeSearchedSongs(0);
     report = library.FinishScan(true);
   }
-  /// What a start does, or looking in the usual folders.
+  /// Simulates the scan at the start of the program.
   void Scan() {
     library.BeginScan(ScanKind::kFolderList);
     library.CheckToSeeIfFilesAreMissingAndMakeFalse();
@@ -71,7 +71,7 @@ class AwaySongs : public LibraryTest {
     report = library.FinishScan(true);
     ExpectRowsAreNumbers(library);
   }
-  /// The program ends and starts again.
+  /// Simulates a restart of the program.
   void StartAgain() {
     again = std::make_unique<Tallow>(application.path());
     again->settings.GetandLoadIniInfo(again->settings_path);
@@ -118,7 +118,7 @@ TEST_F(AwaySongs, AStartWithoutTheDriveChangesNothing) {
   EXPECT_EQ(TextOf(report, false), "");
 }
 
-TEST_F(AwaySongs, ASongOfADriveThatIsThereIsMissing) {
+TEST_F(AwaySongs, ASongOnAMountedDriveIsMissing) {
   MakeFile(one + "a.mp3");
   MakeFile(one + "b.mp3");
   MakeFile(one + "deep" + kSep + "c.mp3");
@@ -132,7 +132,7 @@ TEST_F(AwaySongs, ASongOfADriveThatIsThereIsMissing) {
   EXPECT_FALSE(library.IsPresent(3));
 }
 
-TEST_F(AwaySongs, AFileThatIsFoundIsThereWhateverItsVolumeIs) {
+TEST_F(AwaySongs, AFileThatExistsIsPresentWhateverItsVolumeIs) {
   MakeFile(one + "a.mp3");
   MakeFile(one + "b.mp3");
   Search();
@@ -143,7 +143,7 @@ TEST_F(AwaySongs, AFileThatIsFoundIsThereWhateverItsVolumeIs) {
   EXPECT_TRUE(library.IsAway(2));
 }
 
-TEST_F(AwaySongs, ADriveThatTurnsUpElsewhereTakesItsRowsAlong) {
+TEST_F(AwaySongs, ADriveAtAnotherRootUpdatesTheFoldersOfItsRows) {
   MakeFile(one + "abba" + kSep + "a.mp3");
   MakeFile(one + "abba" + kSep + "b.mp3");
   Search();
@@ -163,19 +163,19 @@ TEST_F(AwaySongs, ADriveThatTurnsUpElsewhereTakesItsRowsAlong) {
   EXPECT_EQ(ReadWholeFile(ListPath()), two + "abba" + kSep + "\r\n");
   StartAgain();
   EXPECT_EQ(TextOf(report, false), "");
-  // Now it is known there.
+  // The drive is now remembered at the new root.
   Unmount(two);
   TakeAway(two, away);
   StartAgain();
   EXPECT_EQ(TextOf(report, false), "3 away (" + two + ")");
 }
 
-TEST_F(AwaySongs, WhereNoDriveIsRememberedAFolderThatIsEmptyOrGoneIsAway) {
+TEST_F(AwaySongs, WithoutARememberedDriveAnEmptyOrMissingFolderIsAway) {
   MakeFile(one + "a.mp3");
   MakeFile(two + "b.mp3");
   MakeFile(two + "c.mp3");
   Search();
-  // As an earlier version has left it.
+  // Earlier versions did not write this file.
   RemoveFile(SystemFolder(application.path()) + "Drives.json");
   TakeAway(one, away);
   RemoveFile(two + "b.mp3");
@@ -183,7 +183,7 @@ TEST_F(AwaySongs, WhereNoDriveIsRememberedAFolderThatIsEmptyOrGoneIsAway) {
   EXPECT_TRUE(again->library.IsAway(1));
   EXPECT_FALSE(again->library.IsPresent(2));
   EXPECT_TRUE(again->library.IsPresent(3));
-  // Nor is it lost at the start after that.
+  // The song is not lost at the next start either.
   StartAgain();
   EXPECT_TRUE(again->library.IsAway(1));
   BringBack(one, away, "");
@@ -217,7 +217,7 @@ TEST_F(AwaySongs, AFolderThatCannotBeReadIsAway) {
   EXPECT_EQ(TextOf(report, false), "");
 }
 
-TEST_F(AwaySongs, AFolderThatCanBeEnteredButNotListedAnswersForItsSongs) {
+TEST_F(AwaySongs, AFolderThatCanBeEnteredButNotListedIsCheckedFileByFile) {
   MakeFile(one + "abba" + kSep + "a.mp3");
   MakeFile(one + "abba" + kSep + "b.mp3");
   Search();
@@ -236,7 +236,7 @@ TEST_F(AwaySongs, AFolderThatCanBeEnteredButNotListedAnswersForItsSongs) {
 }
 #endif
 
-TEST_F(AwaySongs, ACopyOfAnAwaySongIsLeftOutAndAnotherSongOfItsNameIsNot) {
+TEST_F(AwaySongs, ACopyOfAnAwaySongIsLeftOutButAnotherSongOfThatNameIsNot) {
   MakeFile(one + "a.mp3", 100);
   MakeFile(one + "b.mp3", 200);
   MakeFile(two + "c.mp3", 300);
@@ -252,7 +252,7 @@ TEST_F(AwaySongs, ACopyOfAnAwaySongIsLeftOutAndAnotherSongOfItsNameIsNot) {
   EXPECT_EQ(library.LeftOut()[0].stands_for_it, one + "a.mp3");
   EXPECT_EQ(library.Mp3Info(kFileLocation, 4), two);
   EXPECT_EQ(library.Mp3Info(kFileName, 4), "b.mp3");
-  // Both are there once the drive is back; none is cut.
+  // Both songs are present once the drive is back.
   BringBack(one, away, "uuid A");
   Scan();
   EXPECT_EQ(library.UBoundOfMp3Array(), 4);
@@ -260,7 +260,7 @@ TEST_F(AwaySongs, ACopyOfAnAwaySongIsLeftOutAndAnotherSongOfItsNameIsNot) {
   EXPECT_TRUE(library.IsPresent(4));
 }
 
-TEST_F(AwaySongs, WhereASizeIsNotKnownTheNameDecides) {
+TEST_F(AwaySongs, WithoutAKnownSizeTheNameDecides) {
   AddSong(one, "a.mp3");
   MakeFile(one + "a.mp3", 100);
   MakeFile(two + "c.mp3");
@@ -276,7 +276,7 @@ TEST_F(AwaySongs, WhereASizeIsNotKnownTheNameDecides) {
   EXPECT_EQ(library.UBoundOfMp3Array(), 2);
 }
 
-TEST_F(AwaySongs, OnceItsDriveIsForgottenTheFoundFileTakesOverTheRank) {
+TEST_F(AwaySongs, AfterForgettingADriveTheLeftOutFileInheritsTheRank) {
   MakeFile(one + "a.mp3", 100);
   MakeFile(two + "c.mp3", 300);
   Search();
@@ -297,11 +297,11 @@ TEST_F(AwaySongs, OnceItsDriveIsForgottenTheFoundFileTakesOverTheRank) {
   ASSERT_EQ(library.UBoundOfMp3Array(), 3);
   EXPECT_EQ(library.Mp3Info(kSongRank, 3), "7");
   EXPECT_EQ(library.Missing().NumberNow(1), 3);
-  // And the drive is not remembered any more.
+  // The drive is forgotten too.
   EXPECT_FALSE(library.KnowsDrive(one));
 }
 
-TEST_F(AwaySongs, ASongThatIsBackMeanwhileIsNotForgotten) {
+TEST_F(AwaySongs, ASongThatHasComeBackIsNotForgotten) {
   MakeFile(one + "a.mp3", 100);
   MakeFile(two + "c.mp3", 300);
   Search();
@@ -313,7 +313,7 @@ TEST_F(AwaySongs, ASongThatIsBackMeanwhileIsNotForgotten) {
   EXPECT_FALSE(library.IsAway(1));
 }
 
-TEST_F(AwaySongs, AskingForADriveBeforeTheLibraryIsReadForgetsNothing) {
+TEST_F(AwaySongs, KnowsDriveBeforeLoadingTheLibraryForgetsNothing) {
   MakeFile(one + "a.mp3", 100);
   MakeFile(one + "b.mp3");
   MakeFile(two + "c.mp3");
@@ -338,13 +338,13 @@ TEST_F(AwaySongs, AnEmptyFolderOfAKnownVolumeIsAwayToo) {
   EXPECT_TRUE(library.IsAway(1));
 }
 
-TEST_F(AwaySongs, AFolderThatWasGivenOnceStaysADrive) {
+TEST_F(AwaySongs, AFolderGivenOnceStaysADrive) {
   const std::string given = one + "music" + kSep;
   MakeFile(given + "abba" + kSep + "a.mp3");
   MakeFile(one + "b.mp3");
   library.UseDrives([this] { return mounted; }, {given});
   Search();
-  // A start without it, and one for which it is given and gone.
+  // One start without the folder given, and one with it given but not mounted.
   library.UseDrives([this] { return mounted; }, {});
   StartAgain();
   EXPECT_TRUE(library.KnowsDrive(given));
@@ -353,7 +353,7 @@ TEST_F(AwaySongs, AFolderThatWasGivenOnceStaysADrive) {
   EXPECT_EQ(again->library.AwayText(2), "a.mp3 is on a drive that is away: " + given);
 }
 
-TEST_F(AwaySongs, AGivenFolderThatIsGoneIsAwayThoughItsSongsWereFoundWithoutIt) {
+TEST_F(AwaySongs, AGivenFolderThatIsNotThereIsAwayEvenForSongsFoundWithoutIt) {
   const std::string given = one + "music" + kSep;
   MakeFile(given + "abba" + kSep + "a.mp3");
   MakeFile(one + "b.mp3");
@@ -365,7 +365,7 @@ TEST_F(AwaySongs, AGivenFolderThatIsGoneIsAwayThoughItsSongsWereFoundWithoutIt) 
   EXPECT_TRUE(library.IsAway(2));
 }
 
-TEST_F(AwaySongs, ASongThatIsSeenAgainIsNotAwayAnyMore) {
+TEST_F(AwaySongs, ASongThatIsSeenAgainIsNoLongerAway) {
   MakeFile(one + "abba" + kSep + "a.mp3", 100);
   MakeFile(two + "b.mp3");
   Search();
@@ -386,7 +386,7 @@ TEST_F(AwaySongs, ASongThatIsSeenAgainIsNotAwayAnyMore) {
   EXPECT_TRUE(library.LeftOut().empty());
 }
 
-TEST_F(AwaySongs, ADriveThatGoesDuringARunIsFoundOutByLookingAgain) {
+TEST_F(AwaySongs, LookingAgainDetectsADriveUnmountedDuringARun) {
   MakeFile(one + "a.mp3");
   MakeFile(one + "b.mp3");
   MakeFile(two + "c.mp3");
@@ -402,7 +402,7 @@ TEST_F(AwaySongs, ADriveThatGoesDuringARunIsFoundOutByLookingAgain) {
 }
 
 #ifndef _WIN32
-TEST_F(AwaySongs, ALinkThatLeadsNowhereIsAway) {
+TEST_F(AwaySongs, ADanglingLinkIsAway) {
   MakeFile(two + "real.song");
   MakeFile(one + "b.mp3");
   fs::create_symlink(fs::path(two + "real.song"), fs::path(one + "a.mp3"));
@@ -450,14 +450,14 @@ TEST_F(AwaySongs, ASongOfAnotherSizeIsAnotherSong) {
   EXPECT_EQ(library.Mp3Info(kSongRank, 4), "2");
 }
 
-TEST_F(AwaySongs, SizesComeFromTheWalkAndOthersAreAskedForLater) {
+TEST_F(AwaySongs, SizesComeFromTheSearchAndMissingSizesAreReadLater) {
   MakeFile(one + "a.mp3", 123);
   Search();
   EXPECT_EQ(library.Facts(1).size, 123);
   EXPECT_GT(library.Facts(1).added, 20000);
   StartAgain();
   EXPECT_EQ(again->library.Facts(1).size, 123);
-  // A companion that is lost is made again without a word.
+  // A lost companion is rebuilt without a message.
   const std::string companion = GroupingFolder(application.path()) + "FileLocNames.more";
   ASSERT_TRUE(RemoveFile(companion));
   StartAgain();
@@ -471,7 +471,7 @@ TEST_F(AwaySongs, SizesComeFromTheWalkAndOthersAreAskedForLater) {
   EXPECT_EQ(again->library.Facts(1).size, 123);
 }
 
-TEST_F(AwaySongs, ASizeOfAnotherFileIsNotTaken) {
+TEST_F(AwaySongs, TheSizeOfAnotherFileIsIgnored) {
   MakeFile(one + "a.mp3", 123);
   Search();
   library.SetSize(1, one, "b.mp3", 9);
@@ -483,7 +483,7 @@ TEST_F(AwaySongs, ASizeOfAnotherFileIsNotTaken) {
   EXPECT_EQ(library.Facts(1).size, 9);
 }
 
-TEST_F(AwaySongs, AKillBetweenLedgerAndLibraryLeavesWhatWas) {
+TEST_F(AwaySongs, AKillBetweenWritingMissingSongsAndLibraryLosesNothing) {
   MakeFile(one + "a.mp3", 100);
   MakeFile(one + "b.mp3", 200);
   Search();
@@ -493,7 +493,7 @@ TEST_F(AwaySongs, AKillBetweenLedgerAndLibraryLeavesWhatWas) {
   Scan();
   EXPECT_FALSE(library.IsPresent(1));
   ASSERT_TRUE(FileExists(SystemFolder(application.path()) + "Missing.json"));
-  // The library of before, with the ledger of after: the file comes back to its row.
+  // The old library with the new Missing.json: the file is assigned to its old row.
   WriteFileAtomically(LibraryPath(), library_file);
   tallow.settings.NumerOfRecordsInTheMain(2);
   tallow.SaveSettings();
@@ -504,7 +504,7 @@ TEST_F(AwaySongs, AKillBetweenLedgerAndLibraryLeavesWhatWas) {
   EXPECT_EQ(again->library.Facts(1).size, 100);
 }
 
-TEST_F(AwaySongs, AReturnThatTheLibraryDoesNotHoldIsNone) {
+TEST_F(AwaySongs, AReturnThatTheLibraryDoesNotContainIsDropped) {
   MakeFile(one + "a.mp3", 100);
   MakeFile(one + "b.mp3", 200);
   MakeFile(two + "c.mp3");
@@ -526,7 +526,7 @@ TEST_F(AwaySongs, AReturnThatTheLibraryDoesNotHoldIsNone) {
   EXPECT_TRUE(again->library.IsHidden(1));
 }
 
-TEST_F(AwaySongs, ADamagedMemoryIsKeptAsideAndSaid) {
+TEST_F(AwaySongs, ADamagedStateFileIsKeptAndReported) {
   MakeFile(one + "a.mp3");
   Search();
   const std::string folder = SystemFolder(application.path());
@@ -539,7 +539,7 @@ TEST_F(AwaySongs, ADamagedMemoryIsKeptAsideAndSaid) {
   }
 }
 
-TEST_F(AwaySongs, AMemoryThatCannotBeReadIsNotReplaced) {
+TEST_F(AwaySongs, AnUnreadableStateFileIsNotReplaced) {
   MakeFile(one + "a.mp3");
   MakeFile(one + "b.mp3");
   Search();
@@ -561,7 +561,7 @@ TEST_F(AwaySongs, AMemoryThatCannotBeReadIsNotReplaced) {
   EXPECT_EQ(again->library.AwayPlaces()[0].kind, AwayKind::kKept);
 }
 
-TEST_F(AwaySongs, NumbersThatBeginAnewForgetWhatWasMissing) {
+TEST_F(AwaySongs, RestartingTheNumberingForgetsMissingSongs) {
   MakeFile(one + "a.mp3", 100);
   MakeFile(one + "b.mp3");
   Search();
@@ -579,7 +579,7 @@ TEST_F(AwaySongs, NumbersThatBeginAnewForgetWhatWasMissing) {
             std::string::npos);
 }
 
-TEST_F(AwaySongs, LeftOutFilesAreSaidWhenTheirNumberGrows) {
+TEST_F(AwaySongs, LeftOutFilesAreReportedWhenTheirNumberGrows) {
   MakeFile(one + "a.mp3");
   MakeFile(two + "a.mp3");
   MakeFile(two + "b.mp3");
@@ -612,7 +612,7 @@ TEST_F(AwaySongs, LookingAgainFindsASongThatIsBack) {
   EXPECT_FALSE(library.LookAgain(99));
 }
 
-TEST_F(AwaySongs, ACancelledCheckTakesNoNewRoots) {
+TEST_F(AwaySongs, ACancelledCheckDoesNotUpdateRoots) {
   MakeFile(one + "abba" + kSep + "a.mp3");
   Search();
   Unmount(one);
@@ -627,7 +627,7 @@ TEST_F(AwaySongs, ACancelledCheckTakesNoNewRoots) {
   EXPECT_EQ(library.Mp3Info(kFileLocation, 1), two + "abba" + kSep);
 }
 
-TEST_F(AwaySongs, AnEarlierLibraryWithConfusedNumbersIsPutRight) {
+TEST_F(AwaySongs, ALibraryWithConfusedNumbersIsRepaired) {
   MakeFile(one + "a.mp3");
   MakeFile(one + "b.mp3");
   MakeFile(one + "c.mp3");

@@ -24,8 +24,8 @@ std::int16_t ColumnOf(std::int32_t column) {
   return static_cast<std::int16_t>(column);
 }
 
-/// Gives the backup of a library another name, unless it is the library before this one: it may be the only
-/// good one, or a damaged one that was to be kept.
+/// Renames the library's backup, unless it is the previous version of this library: it may be the
+/// only good copy, or a damaged file that must be kept.
 void SetBackupAside(const std::string& path, const CompanionHeader& companion) {
   const std::string backup = path + std::string(kBackupSuffix);
   if (IsGone(backup)) return;
@@ -94,26 +94,28 @@ void clsMain::RememberOnDisk(std::uint64_t checksum) {
 }
 
 void clsMain::WriteLibrary(const std::string& path) {
-  // What is remembered of a song has to be there before its row is blank.
+  // Save missing songs before the library: once a row is blanked on disk, its song is known only
+  // from this file.
   if (missing_.IsDirty()) {
     missing_.Shrink(static_cast<std::size_t>(table_.rows()));
     missing_file_.Save(missing_.Encode());
     missing_.MarkSaved();
   }
-  // The jukeboxes need to know which numbers were confused before the library is right.
+  // Save repaired numbers before the library: the jukeboxes need to know which numbers were
+  // confused.
   if (repaired_.IsDirty()) {
     if (repaired_file_.IsUnreadable()) throw FileError(repaired_file_.path(), "cannot be read");
     repaired_file_.Save(repaired_.Encode());
     repaired_.MarkSaved();
   }
-  // With a library, the next start looks nowhere else for the songs of these.
+  // Save unread folders: once a library exists, a start scans only known folders and these.
   if (unread_.IsDirty()) {
     try {
       unread_file_.Save(unread_.Encode());
       unread_.MarkSaved();
       unread_error_.clear();
     } catch (const FileError& error) {
-      // Said once; the next save tries again.
+      // Report the same error only once; the next save tries again.
       if (std::exchange(unread_error_, error.what()) != error.what())
         problems_.push_back(
             unread_error_ +
@@ -133,7 +135,7 @@ void clsMain::WriteLibrary(const std::string& path) {
     try {
       WriteFileAtomically(backup, bytes);
     } catch (const FileError&) {
-      // The library itself is written; the next save makes a backup of it.
+      // Not an error: the library is written, and the next save creates a backup of it.
     }
   }
   companion_ = companion;
@@ -142,7 +144,8 @@ void clsMain::WriteLibrary(const std::string& path) {
 }
 
 bool clsMain::KeepLibraryAsBackup(const std::string& path) {
-  // The last good library stays until the next start, should this one turn out worse.
+  // Keep the last good library until the next start, in case the current one turns out to be
+  // damaged.
   if (is_set_aside_) return true;
   try {
     const auto stamp = StampOf(path);
@@ -152,7 +155,8 @@ bool clsMain::KeepLibraryAsBackup(const std::string& path) {
     backup_is_good_ = !backup_first_;
     return true;
   } catch (const FileError&) {
-    // What the table does not know must be kept; a good library only ought to be.
+    // A file with content that the table lacks must have a backup; for a good library a missing
+    // backup is acceptable.
     if (backup_first_) throw;
     return true;
   }
@@ -194,7 +198,7 @@ bool clsMain::LoadMain() {
     LibraryReader reader(*content);
     LibraryRecord record;
     std::int32_t row = 1;
-    bool same_bytes = true;  // whether saving the table would give the file's bytes
+    bool same_bytes = true;  // whether saving the table would write the same bytes
     LibraryReader::Result read;
     while ((read = reader.Next(record)) == LibraryReader::Result::kRecord) {
       if (record[kNameField].empty()) {
@@ -241,7 +245,7 @@ void clsMain::WriteOutMp3DirectoryLocations() {
       previous = folder;
     }
     const std::string path = settings_.FileContainingTargetDirectories();
-    // What could not be read may name folders that nothing else does.
+    // Do not replace a list that could not be read; it may name folders that no song row has.
     if (!list_is_unread_ && ReadWholeFile(path, kMaxListBytes) != lines)
       WriteFileAtomically(path, lines);
   } catch (const FileError& error) {
@@ -251,7 +255,8 @@ void clsMain::WriteOutMp3DirectoryLocations() {
     bool sorted = false;
     Sort(true, false, kRecordNumber, sorted);
   } catch (const TypeMismatchError&) {
-    // A record without a number: the rows stay as far as the sort got; nothing here is reported.
+    // A row has no valid record number: the rows stay in the order reached so far, without an
+    // error.
   } catch (const OverflowError&) {
     // As above.
   }
@@ -262,7 +267,7 @@ std::int32_t clsMain::Salvage(bool is_set_aside) {
   try {
     content = ReadWholeFile(LibraryPath(), kMaxLibraryBytes);
   } catch (const FileTooLargeError&) {
-    // No library is that large, so no songs are in it.
+    // A file of that size is not a library, so there are no songs to salvage.
   }
   backup_first_ = !is_set_aside;
   is_set_aside_ = is_set_aside;

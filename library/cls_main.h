@@ -29,124 +29,125 @@
 
 namespace tallow {
 
-/// What the library needs of the program's settings.
+/// The settings that the library uses.
 class LibrarySettings {
  public:
   virtual ~LibrarySettings() = default;
-  /// The program's data folder, ending in a separator; the library file lies there.
+  /// The program's data folder, ending in a separator. The library file is stored there.
   virtual std::string LocOfGroupingDir() const = 0;
   /// The folder of the program's own files, ending in a separator.
   virtual std::string SystemFolder() const = 0;
-  /// The path of the list of folders that hold songs.
+  /// The path of the list of folders that contain songs.
   virtual std::string FileContainingTargetDirectories() const = 0;
-  /// How many rows the library file held when it was last saved.
+  /// The number of rows in the library file at the last save.
   virtual std::int32_t NumerOfRecordsInTheMain() const = 0;
   virtual void NumerOfRecordsInTheMain(std::int32_t rows) = 0;
-  /// Writes the settings file; a failure is not reported.
+  /// Writes the settings file. Failures are not reported.
   virtual void SaveSettings() = 0;
 };
 
 /// The song library: one row per MP3 file the program has ever found.
 ///
-/// Rows and columns count from 1, see SongColumn. A row keeps its record number for good, because
-/// jukeboxes refer to songs by it; a song whose file is gone is therefore blanked ("0"), never
-/// removed. After every operation but a sort, row i carries the number i.
+/// Rows and columns count from 1, see SongColumn. A row keeps its record number permanently,
+/// because jukeboxes refer to songs by it; so a song whose file is gone is blanked ("0"), never
+/// removed. After every operation except a sort, row i has the record number i.
 ///
-/// A song is missing only when the disk answered that its file is not there. Where nobody can tell (its
-/// drive is away, its folder cannot be read) the song is away: its row stays as it is, and it counts as
-/// present but for filing, playing and the removal of duplicates. What was known of a missing song is
-/// remembered (MissingSongs), so that it is known again when it comes back.
+/// A song is missing only when the disk reported that its file does not exist. When that cannot be
+/// determined (its drive is not mounted, its folder is unreadable), the song is away: its row stays
+/// unchanged, and it counts as present except for filing, playing and duplicate removal. The data
+/// of a missing song are kept (MissingSongs), so that the song is recognized when its file comes
+/// back.
 ///
-/// The library shows no message. What can fail says so in its result or in its \throws line.
+/// The library shows no messages. Functions that can fail say so in the result or in a \throws
+/// line.
 class clsMain {
  public:
-  /// A list of folders that has more bytes is not read.
+  /// A larger folder list is not read.
   static constexpr std::uint64_t kMaxListBytes = std::uint64_t{256} << 20U;
 
-  /// The first of the numbers, going down, by which a jukebox names a song of which it knows the file name
-  /// alone. No row has such a number.
+  /// The first of the negative numbers, counted down, that a jukebox uses for songs of which it
+  /// knows only the file name. No row has such a number.
   static constexpr std::int32_t kFirstNumberOfName = -1'000'000'000;
 
-  /// \param settings          has to outlive the library
+  /// \param settings          must outlive the library
   /// \param search_all_drives runs the song search over all fixed disks, which adds rows to this
-  /// library
+  ///        library
   clsMain(LibrarySettings& settings, std::function<void()> search_all_drives);
 
-  /// How the library learns what is mounted where; without this it knows of no drives.
+  /// Sets the source of the mounted volumes. Until this is called, the library knows no drives.
   ///
   /// \param given roots that were given as drives, each ending in a separator
   void UseDrives(LookAtVolumes look, std::vector<std::string> given);
 
-  /// Finds out of every song whether it is there, missing or away.
+  /// Determines for every song whether it is present, missing or away.
   ///
-  /// A missing song's row is blanked: flag, folder and name become "0". A row whose flag is not
-  /// "1" is blanked too, so a song once missing stays missing for good; its file, come back, is
-  /// found as a new song, which takes over rank and places (see Returned). A drive that is shown at another
-  /// root now takes its rows along.
+  /// The row of a missing song is blanked: flag, folder and name become "0". A row whose flag is
+  /// not "1" is blanked too, so a row once blanked stays blank. If the file comes back, it is added
+  /// as a new song, which inherits the rank and the jukebox entries (see TakeReturned). If a drive
+  /// is now mounted at another root, the folders of its rows are updated.
   ///
-  /// \param go_on is told each folder that has been looked at (an empty text while one is waited for), and says
-  /// whether to look at more; may be empty. The
-  ///        songs of folders that were not looked at stay as they are
+  /// \param go_on callback, called with each folder checked, and with an empty text while waiting;
+  ///        returns false to stop. May be empty. Songs in folders not checked stay unchanged
   /// \param wait  see WaitForDrive; without it a drive is given up after half a minute
   void CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on = {},
                                                const WaitForDrive& wait = {});
 
-  /// Adds every MP3 file of the remembered folders that is not known as present as a new song of rank
-  /// "2", then takes the copies of known songs out again. With no library yet, searches all drives instead.
+  /// Adds every MP3 file in the remembered folders that is not a present song yet, with rank "2",
+  /// then removes copies of known songs. When there is no library yet, searches all drives instead.
   ///
-  /// A list of folders that is not there is written anew from the library. One that cannot be read, or is a
-  /// link that leads to nothing, stays as it is; the songs' own folders serve as the list then.
+  /// A missing folder list is rebuilt from the library. A list that cannot be read, or is a
+  /// dangling link, is not changed; the folders of the songs are used instead.
   ///
-  /// \param go_on is told each folder that has been looked at (an empty text while one is waited for), and says
-  /// whether to look at more; may be empty
+  /// \param go_on callback, called with each folder checked, and with an empty text while waiting;
+  ///        returns false to stop. May be empty
   /// \param wait  see WaitForDrive
   /// \returns always false
   bool AddAnyAdditionalMp3FromTheNormalDirectories(const GoOn& go_on = {},
                                                    const WaitForDrive& wait = {});
 
-  /// Removes every added song whose name a song with a lower record number has (see RemoveDuplicates),
-  /// sorts by record number, and when rows were added, numbers the added ones by their row, gives those
-  /// that come back their ranks, and saves. What is removed is in LeftOut().
+  /// Removes every added song that has the same name as a song with a lower record number (see
+  /// RemoveDuplicates) and sorts by record number. If added rows remain, also numbers them by row,
+  /// restores the ranks of returned songs, and saves. LeftOut() lists what was removed.
   ///
-  /// Of a song whose drive is away, a file of the same name and size is a copy; where a size is not known,
-  /// one of the same name.
+  /// An added file is a copy of a song on a drive that is away when name and size are equal; when
+  /// one of the sizes is unknown, the name decides.
   ///
-  /// \param old_count how many rows there were before rows were added
+  /// \param old_count number of rows before rows were added
   void DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count);
 
   /// Sets the record number of every row to its row.
   void RenumberBasedOnArrayNumber();
 
-  /// Makes a library of what a search has added: sorts, removes duplicates, renumbers, saves, loads, and
-  /// writes the folder list. Nothing where there are no rows.
+  /// Turns the result of a search into the library: sorts, removes duplicates, renumbers, saves,
+  /// loads, and writes the folder list. Does nothing when there are no rows.
   ///
-  /// \param old_count rows that were there before the search, which keep their numbers; 0: numbers begin
-  ///        anew, and what was remembered of the old ones is forgotten
+  /// \param old_count number of rows before the search, which keep their numbers; with 0 numbering
+  ///        restarts, and the missing songs and repaired numbers of the old numbering are forgotten
   void TakeSearchedSongs(std::int32_t old_count);
 
-  /// Appends a song of rank "2" that was added today.
+  /// Appends a song of rank "2", added today.
   ///
-  /// \param size of its file, in bytes; kUnknownSize where it is not known
-  /// \returns its row
+  /// \param size of the file, in bytes; kUnknownSize when it is not known
+  /// \returns the song's row
   std::int32_t AddSong(std::string_view folder, std::string_view name, std::int64_t size);
 
   /// Sorts whole rows by one column, see SortCity.
   ///
   /// \param ascending smallest key first
-  /// \param as_text   by lower-cased text; else as 32-bit integers
+  /// \param as_text   sort by lower-cased text; otherwise as 32-bit integers
   /// \param column    1 to 12
-  /// \param result    false when the table has no rows, in which case nothing happens
-  /// \throws TypeMismatchError, OverflowError from a numeric sort over a cell that is no number
+  /// \param result    set to false when the table has no rows; then nothing happens
+  /// \throws TypeMismatchError, OverflowError from a numeric sort when a cell is not a number
   bool Sort(bool ascending, const bool& as_text, std::int16_t column, bool& result);
 
-  /// Sets one cell; the table grows to the row.
+  /// Sets one cell. The table grows to the row if needed.
   ///
   /// \param column 1 to 12
   /// \param row    from 1
   /// \throws SubscriptError
   void Mp3Info(std::int32_t column, std::int32_t row, std::string_view value);
 
-  /// The text of one cell. The view holds until the library is changed.
+  /// The text of one cell. The view is valid until the library changes.
   ///
   /// \param column 1 to 12
   /// \param row    1 to UBoundOfMp3Array()
@@ -159,157 +160,167 @@ class clsMain {
   void MainIsDirty(bool dirty) noexcept { main_is_dirty_ = dirty; }
   bool MainIsDirty() const noexcept { return main_is_dirty_; }
 
-  /// Writes the library file, then the number of its rows to the settings and those to their file.
+  /// Writes the library file, then stores the number of its rows in the settings and saves the
+  /// settings.
   ///
-  /// The file is replaced atomically. The file that is replaced is first kept as
-  /// "FileLocNames.lmz.bak"; where that cannot be done and the last load could not read it whole, it is
-  /// not replaced. When the bytes on disk are already those of the table, nothing is written.
-  /// \returns false when the file could not be written; the old file and the count in the settings
-  ///         then stand, and SaveError() tells why
+  /// The library file is replaced atomically, and its old version is kept as
+  /// "FileLocNames.lmz.bak". If the backup fails and the last load could not read the whole file,
+  /// the file is not replaced. If the file already has the same bytes as the table, nothing is
+  /// written.
+  /// \returns false when the file could not be written; the old file and the old row count then
+  /// stay, and SaveError() returns the reason
   bool Save();
 
-  /// Reads the library file into a table of as many rows as the settings count. A record without a
-  /// name is skipped; columns 6 to 12 come out empty. A file that does not exist is made empty.
+  /// Loads the library file into a table with the number of rows from the settings. A record
+  /// without a name is skipped; columns 6 to 12 stay empty. A missing file is created empty.
   ///
-  /// \returns false when the settings count no rows, when the file holds more records than rows, or
-  ///         when it is damaged; the rows read before that stay
+  /// \returns false when the row count in the settings is below 1, when the file has more records
+  /// than rows, or when it is damaged; the rows read before that stay
   bool LoadMain();
 
   /// Whether there are rows.
   bool Mp3MainHasSomeMembers() const noexcept { return IsDimensioned(); }
 
-  /// Saves, then writes the list of the folders that hold songs, each once, in the order of a sort
-  /// by folder; the rows end in the order of their numbers. A folder whose path holds a line break
-  /// is left out. A failure is not reported, see SaveError().
+  /// Saves, then writes the list of the folders that contain songs, each folder once, sorted by
+  /// folder. Afterwards the rows are sorted by record number. A folder whose path contains a line
+  /// break is left out. Failures are only reported by SaveError().
   void WriteOutMp3DirectoryLocations();
 
-  /// Fills the table with what a damaged library file still shows (SalvageLibrary). The next save
-  /// keeps the damaged file as "FileLocNames.lmz.bak" first.
+  /// Fills the table with the songs that can be recovered from a damaged library file
+  /// (SalvageLibrary). The next save first keeps the damaged file as "FileLocNames.lmz.bak".
   ///
-  /// \param is_set_aside the damaged file is kept under another name already, and the backup beside it
-  ///        stays
-  /// \returns how many songs were found
+  /// \param is_set_aside the damaged file was already renamed, so the existing backup stays
+  /// \returns the number of songs found
   /// \throws FileError when the file cannot be read
   std::int32_t Salvage(bool is_set_aside = false);
 
-  /// Puts every row to the place of its number, where an earlier Tallow has left them elsewhere. The
-  /// library file as it was is kept as "FileLocNames.lmz.bak", and the library is saved.
+  /// Moves every row to the position of its record number. Needed for libraries of earlier
+  /// versions, where they could differ. The old library file is kept as "FileLocNames.lmz.bak", and
+  /// the library is saved.
   ///
-  /// \returns whether anything had to be put right
+  /// \returns whether any row had to be moved
   bool RepairRecordNumbers();
 
-  /// Whether the song of a record number is there or away; false for a number that is no row.
+  /// Whether the song with a record number is present or away; false when there is no such row.
   bool IsPresent(std::int32_t record) const;
-  /// Whether nobody can tell if the song of a record number is there.
+  /// Whether the song with a record number is away: present, but its file could not be checked.
   bool IsAway(std::int32_t record) const {
     return record >= 1 && record <= table_.rows() && table_.Facts(record).away != 0;
   }
-  /// Whether the song of a record number is missing, and remembered, or nothing but its name is known: its
-  /// entries are kept, and not shown.
+  /// Whether jukeboxes keep the entries of a song but do not show them: the song is missing and
+  /// remembered, or only its name is known.
   bool IsHidden(std::int32_t record) const {
     if (record <= kFirstNumberOfName) return true;
     return missing_.size() > 0 && !IsPresent(record) && missing_.IsMissing(record);
   }
-  /// Why a song is away, as it is said of its entries: "NAME is on a drive that is away: ROOT". Empty when
-  /// it is not.
+  /// The message why a song is away, e.g. "NAME is on a drive that is away: ROOT". Empty when the
+  /// song is not away.
   std::string AwayText(std::int32_t record) const;
 
-  /// Looks again whether the song of a record number is there.
+  /// Checks again whether the file of a song exists.
   ///
-  /// \returns whether it is; its row is no longer away then
+  /// \returns whether it exists; the song is then no longer away
   bool LookAgain(std::int32_t record);
-  /// LookAgain for each of some songs. Of a folder in which nobody can tell one song, the others are not
-  /// asked for.
-  /// \returns for each whether it is there
+  /// LookAgain for several songs. After one song of a folder could not be checked, the other songs
+  /// of that folder are not checked.
+  /// \returns for each song whether its file exists
   std::vector<char> LookAgain(const std::vector<std::int32_t>& records);
-  /// LookAgain, which also finds out whether the song is away, and blanks its row where it is missing.
+  /// LookAgain, and if the file is not there: marks the song as away, or blanks its row when it is
+  /// missing.
   bool CheckSong(std::int32_t record);
-  /// Where the first of some songs is found to be away, finds out of each of them whether it is.
+  /// Checks whether the first song is away, and if so, checks all the songs.
   void MarkAwaySongs(const std::vector<std::int32_t>& records);
-  /// The root of a drive that is away on which a path lies; empty for none.
+  /// The root of the away drive that contains a path; empty when there is none.
   std::string AwayRootOf(std::string_view path) const;
 
-  /// What ReadAhead does while files are waited for: it lets the windows live, and gives drives up that do
-  /// not answer; their files are not asked for (see Unanswered) until the next scan.
+  /// Creates the callback for ReadAhead that runs while the disk has not answered. It processes
+  /// window events and gives up drives that do not answer; their files are not checked again until
+  /// the next scan (see Unanswered).
   ///
-  /// \param path_of the path of the file or folder of a question
-  /// \param go_on   throws Stopped out of ReadAhead where it returns false; may be empty
+  /// \param path_of returns the path of the file or folder of a question
+  /// \param go_on   when this returns false, the callback throws Stopped out of ReadAhead; may be
+  ///        empty
   /// \param wait    see WaitForDrive; may be empty
   WhileWaiting WaitingFor(std::function<std::string(std::size_t)> path_of, GoOn go_on,
                           WaitForDrive wait = {});
-  /// Runs something that looks at songs. Drives that were given up before are asked again.
+  /// Runs a function that checks songs, after resetting the list of drives that were given up.
   ///
-  /// \param go_on see WaitingFor; Stopped comes out of this call
+  /// \param go_on see WaitingFor; Stopped is thrown out of this call
   void LookWithProgress(const GoOn& go_on, const std::function<void()>& act);
-  /// Looks at a file of whatever kind, which may lie on a drive that does not answer: then it is unknown, and
-  /// Unanswered() covers it.
+  /// Checks a file of any type, with a timeout for a drive that does not answer: then the result is
+  /// kUnknown, and Unanswered() covers the file.
   FileLook LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait);
-  /// Whether a path lies on a drive of another computer, as the drives were looked at last.
+  /// Whether a path is on a network drive, as of the last LookAtDrives.
   bool IsOnNetwork(std::string_view path) const { return drives_.IsOnNetwork(path); }
-  /// The drives that were given up since the last scan began.
+  /// The places given up since the last scan began.
   std::shared_ptr<const UnansweredPlaces> Unanswered() const { return unanswered_; }
 
-  /// The places that songs are away with, each with how many of them, in the order of the places.
+  /// The drives and folders whose songs are away, with the number of songs, sorted by place.
   std::vector<AwayPlace> AwayPlaces() const;
-  /// Makes the songs missing that are away with a place, but for those that are found now, forgets its
-  /// drive, and saves. Files that were left out for one of them become songs, with their ranks: see
-  /// TakeReturned.
-  /// \returns how many songs
+  /// Marks the songs that are away with a place as missing, except those found now, forgets the
+  /// drive, and saves. Files that were left out because of such a song are added as songs and
+  /// inherit its rank, see TakeReturned.
+  /// \returns the number of songs marked as missing
   std::int32_t ForgetAwayPlace(const std::string& place);
 
-  /// What is remembered of missing songs.
+  /// The remembered missing songs.
   const MissingSongs& Missing() const noexcept { return missing_; }
-  /// What is known of numbers that meant two songs.
+  /// The numbers that meant two songs before they were repaired.
   RepairedNumbers& Repaired() noexcept { return repaired_; }
   const RepairedNumbers& Repaired() const noexcept { return repaired_; }
-  /// Writes what is known of them; a failure is not reported.
+  /// Writes the repaired numbers. A failure is only reported by TakeProblems().
   void SaveRepaired();
 
-  /// Whether what was remembered of a drive, or of folders below it, has this root.
+  /// Whether a remembered drive, or a folder on one, has this root.
   bool KnowsDrive(std::string_view root);
 
-  /// The songs that came back since the last call: each number that was missing, and the one it has now.
+  /// Returns, and clears, the songs that came back: the number of the missing song and its new
+  /// number.
   std::vector<ReturnedSong> TakeReturned();
 
-  /// Begins to count what a start, a search or a drop of files comes to.
+  /// Resets the counters of the scan report, at the start of a start, a search or a drop of files.
   void BeginScan(ScanKind kind);
-  /// Ends that: saves what went missing, and remembers the drives where songs are and what was left out.
+  /// Ends a scan: saves missing songs, and records the drives of the songs and the count of files
+  /// left out.
   /// \param complete false when the scan was cancelled
-  /// \param go_on    is called while a drive is waited for; false gives the drive up. May be empty
+  /// \param go_on    callback, called while waiting for a drive; returning false gives the drive
+  ///        up. May be empty
   ScanReport FinishScan(bool complete, const GoOn& go_on = {});
-  /// A file is left out because a song of its name is there; nothing when it is that song's own.
+  /// Records a file left out because a song has its name. Does nothing when the file is that song's
+  /// own file.
   void LeaveOut(const std::string& path, std::int32_t record);
-  /// The files that the last scans have left out because a song of their name is there.
+  /// The files that the last scans left out because a song has their name.
   const std::vector<LeftOutFile>& LeftOut() const noexcept { return left_out_; }
 
-  /// A folder could not be read, or not all of it: it is said, and looked at again at the next start.
+  /// Records that a folder could not be read completely. It is reported, and scanned again at the
+  /// next start.
   ///
-  /// \param below   whether the folders below it are to be searched too
-  /// \param problem what the system says
+  /// \param below   whether its subfolders must be searched too
+  /// \param problem the system's error message
   void RememberUnread(std::string_view folder, bool below, std::string_view problem);
-  /// A folder that could not be read before was read, or is no longer there.
+  /// Forgets an unread folder, because it was read or no longer exists.
   void ForgetUnread(std::string_view folder) { unread_.Remove(folder); }
   /// The folders that could not be read.
   std::vector<UnreadFolder> UnreadFoldersNow() const { return unread_.Folders(); }
 
-  /// What is known of a song's file: size and the day it was added.
+  /// Size and date added of a song's file.
   const SongFacts& Facts(std::int32_t row) const { return table_.Facts(row); }
-  /// Sets the size of a song's file, if the row is still that of the path.
+  /// Sets the size of a song's file. Does nothing when the row no longer has that path.
   void SetSize(std::int32_t row, std::string_view folder, std::string_view name, std::int64_t size);
-  /// Writes the companion of the library file as it lies on the disk; a failure is not reported.
+  /// Writes the companion of the library file on disk. Failures are not reported.
   void SaveFacts();
-  /// Makes the library file as it was loaded the good one, whatever the companion's checksums say. What
-  /// the companion of the other one knew is kept with ".damaged" behind its name.
+  /// Accepts the loaded library file as good although its checksum is not in the companion. The old
+  /// companion is kept under its name followed by ".damaged".
   void TrustLibrary();
 
-  /// Why files that the library remembers things in could not be read or written, since the last call.
+  /// Returns, and clears, the errors of reading and writing the library's state files.
   std::vector<std::string> TakeProblems();
 
   /// The path of the library file.
   std::string LibraryPath() const;
 
-  /// What kept the last Save, or else the last WriteOutMp3DirectoryLocations, from writing; empty when
-  /// nothing did.
+  /// The error of the last Save or, if that succeeded, of the last WriteOutMp3DirectoryLocations;
+  /// empty for none.
   const std::string& SaveError() const noexcept {
     return save_error_.empty() ? list_error_ : save_error_;
   }
@@ -322,7 +333,7 @@ class clsMain {
 
   void CheckPresence();
   void AddFromRememberedFolders();
-  // Looks that give up a drive that does not answer.
+  // These functions give up a drive that does not answer.
   template <typename Answer>
   Answer Ask(const std::string& path, Answer (*ask)(const std::string&), const Answer& unanswered);
   template <typename Answer>
@@ -332,7 +343,7 @@ class clsMain {
   FolderState StateOf(const std::string& folder);
   std::vector<std::optional<FolderState>> StatesOf(const std::vector<std::string>& folders);
   WhileWaiting WaitingFor(std::function<std::string(std::size_t)> path_of);
-  /// Whether looking into a folder would take long and tell nothing.
+  /// Whether to skip a folder because checking it would take long and give no result.
   bool IsNotAsked(std::string_view folder) const;
   std::uint32_t UnaskedReason(std::string_view folder);
 
@@ -340,17 +351,17 @@ class clsMain {
   std::vector<std::string> RememberedFolders();
   /// Adds the songs of one listed folder.
   ///
-  /// \param known the songs that are not added again; the added ones join them
+  /// \param known songs that are not added again; newly added songs are inserted
   void AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
                               KnownSongs& known);
   void ResizeRows(std::int32_t rows) { table_.Resize(rows); }
   bool IsDimensioned() const noexcept { return table_.rows() > 0; }
-  /// Whether the table's rows are those of the library file as it lies on the disk now.
+  /// Whether the table equals the library file on disk.
   bool IsOnDisk() const;
   void RememberOnDisk(std::uint64_t checksum);
   void WriteLibrary(const std::string& path);
-  /// Keeps the library file that is about to be replaced.
-  /// \returns false where there is none
+  /// Backs up the library file before it is replaced.
+  /// \returns false when there is no library file
   bool KeepLibraryAsBackup(const std::string& path);
   void LoadWhatWasSaved();
   void LoadFacts(std::uint64_t checksum);
@@ -373,9 +384,10 @@ class clsMain {
   void BlankRow(std::int32_t row);
   std::uint32_t AwayReason(AwayKind kind, std::string_view place, std::string_view problem = {});
   void LeaveOutRespelled(std::int32_t old_count);
-  /// Whether the song of a row lies in a folder that searches take no songs from.
+  /// Whether the song of a row is in a folder that searches skip.
   bool IsInExcludedFolder(std::int32_t row) const;
-  /// A song of such a folder that is found elsewhere lies there from now on, with its rank and its places.
+  /// If a song in such a folder was also found elsewhere, its row gets the new path and keeps its
+  /// rank and its jukebox entries.
   void MoveOutOfExcludedFolders(std::int32_t old_count);
   void LeaveOutCopiesOfAwaySongs(std::int32_t old_count);
   std::vector<char> RowsThatCount() const;
@@ -389,8 +401,8 @@ class clsMain {
   std::function<void()> search_all_drives_;
   SongTable table_;
   LookAtVolumes look_at_volumes_;
-  GoOn go_on_;                   ///< of the scan that runs
-  WaitForDrive wait_for_drive_;  ///< of the scan that runs
+  GoOn go_on_;                   ///< of the running scan
+  WaitForDrive wait_for_drive_;  ///< of the running scan
   std::shared_ptr<UnansweredPlaces> unanswered_ = std::make_shared<UnansweredPlaces>();
   KnownDrives drives_;
   MissingSongs missing_;
@@ -400,15 +412,15 @@ class clsMain {
   StateFile repaired_file_;
   UnreadFolders unread_;
   StateFile unread_file_;
-  std::string unread_error_;  ///< why it could not be saved
+  std::string unread_error_;  ///< why unread_ could not be saved
   bool drives_are_loaded_ = false;
   bool memory_is_loaded_ = false;
   bool drives_were_looked_at_ = false;  ///< in this scan
   std::int32_t rows_before_scan_ = 0;
-  bool list_is_stale_ = false;   ///< the folder list has roots that drives no longer have
+  bool list_is_stale_ = false;   ///< the folder list contains outdated roots of drives
   bool list_is_unread_ = false;  ///< the folder list could not be read, so it is not replaced
 
-  /// Why songs are away, by SongFacts::away less one.
+  /// Why songs are away. SongFacts::away is the index in reasons_ plus one.
   struct Reason {
     AwayKind kind;
     std::string place;    ///< the drive's root, or the folder
@@ -421,19 +433,19 @@ class clsMain {
   std::vector<LeftOutFile> left_out_;
   ScanReport scan_;
   CompanionHeader companion_;
-  bool companion_is_unread_ =
-      false;  ///< the companion on the disk could not be read at the last load
+  /// The companion file could not be read at the last load.
+  bool companion_is_unread_ = false;
   std::vector<std::string> problems_;
   bool main_is_dirty_ = false;
-  bool backup_first_ = false;    ///< the file on disk holds more than the table came to know
-  bool backup_is_good_ = false;  ///< the library's backup is a library that was saved here
-  bool is_set_aside_ = false;    ///< the file on disk is kept under another name already
+  bool backup_first_ = false;    ///< the file on disk contains data that the table lacks
+  bool backup_is_good_ = false;  ///< the backup is a library saved by this object
+  bool is_set_aside_ = false;    ///< the file on disk was already kept under another name
   std::string save_error_;       ///< of the last Save
   std::string list_error_;       ///< of the last WriteOutMp3DirectoryLocations
-  std::optional<FileStamp>
-      saved_stamp_;  ///< of the library file when table and file were last alike
+  /// Stamp of the library file when the table was last equal to it.
+  std::optional<FileStamp> saved_stamp_;
   std::string saved_path_;
-  std::uint64_t saved_version_ = 0;  ///< of the table at that time
+  std::uint64_t saved_version_ = 0;  ///< version of the table at that time
   std::size_t loaded_bytes_ = 0;     ///< of the library file at the last LoadMain
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the library asks disks that may not answer.
+// How the library checks files on disks that may not answer.
 #include "library/cls_main_asking.h"
 
 #include <algorithm>
@@ -13,13 +13,13 @@
 namespace tallow {
 namespace {
 
-/// After this a drive is said to be slow.
+/// After this time a drive is reported as slow.
 constexpr std::chrono::milliseconds kSlowAfter{1000};
 
-/// After this it is given up, should nobody have done so.
+/// After this time a drive is given up, unless the user gave it up before.
 constexpr std::chrono::milliseconds kMaxWait{30000};
 
-/// The same where nothing is said meanwhile.
+/// Timeout when no callback can report the slow drive.
 constexpr std::chrono::milliseconds kMaxQuietWait{5000};
 
 FileLook NoAnswer() { return {FilePresence::kUnknown, 0, std::string(kDoesNotAnswer)}; }
@@ -33,7 +33,7 @@ void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on, const W
     LookAtDrives();
     CheckPresence();
   } catch (const Stopped&) {
-    // All songs stay as they are, and the drives need not be asked once more.
+    // All songs stay as they are. Do not look at the drives again in this scan.
     drives_were_looked_at_ = true;
   }
 }
@@ -112,7 +112,7 @@ std::vector<std::optional<FolderState>> clsMain::StatesOf(const std::vector<std:
   const auto waits_alone = [this](const std::string& folder) {
     return !go_on_ && !wait_for_drive_ && !drives_.IsOnNetwork(folder);
   };
-  // Nobody could say of a local disk that it need not be waited for.
+  // Without callbacks nobody could give up a local disk, so worker threads are not needed.
   if (std::all_of(folders.begin(), folders.end(), waits_alone))
     return KnownDrives::AskAtOnce(folders);
   ReadAhead(

@@ -5,7 +5,8 @@
 
 namespace tallow {
 
-/// Within its scope looks at the disk say that they go on, and ask what to do about a drive that does not answer.
+/// Sets the progress callback and the callback for drives that do not answer, for the lifetime of
+/// this object.
 class clsMain::Asking {
  public:
   Asking(clsMain& library, const GoOn& go_on, const WaitForDrive& wait) : library_(library) {

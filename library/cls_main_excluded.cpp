@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the library does with songs that an earlier version took from folders that hold none.
+// Songs that earlier versions added from folders that are excluded now (recycle bins and the like).
 #include <string>
 #include <unordered_map>
 
@@ -18,7 +18,7 @@ void clsMain::MoveOutOfExcludedFolders(std::int32_t old_count) {
   std::unordered_map<std::string, std::int32_t> excluded;
   bool is_excluded = false;
   for (std::int32_t row = 1; row <= old_count; ++row) {
-    // Nearly all songs lie in the folder of the one before.
+    // Consecutive songs are usually in the same folder, so reuse the result.
     if (row == 1 || !table_.SameStoredText(kFileLocation, row - 1, row))
       is_excluded = IsInExcludedFolder(row);
     if (is_excluded && IsPresent(row)) excluded.emplace(ToLower(table_.Cell(kFileName, row)), row);
@@ -33,7 +33,7 @@ void clsMain::MoveOutOfExcludedFolders(std::int32_t old_count) {
     table_.Facts(found->second).size = table_.Facts(row).size;
     table_.Facts(found->second).away = 0;
     goes[static_cast<std::size_t>(row - 1)] = 1;
-    // A second file of the name is a copy of this one.
+    // Only the first file of that name replaces the song; a second one is a duplicate.
     excluded.erase(found);
     list_is_stale_ = true;
   }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the library remembers beside the songs: drives, missing songs, repaired numbers, facts.
+// State that the library keeps beside the songs: drives, missing songs, repaired numbers, facts.
 #include <algorithm>
 #include <map>
 #include <unordered_map>
@@ -49,10 +49,10 @@ void clsMain::LoadMemory() {
 
 bool clsMain::CanRemember() {
   LoadMemory();
-  // Without its size a song is not known again.
+  // Without its size a missing song cannot be recognized when it comes back.
   if (!ReadCompanionAgain()) return false;
   if (!missing_file_.IsUnreadable()) return true;
-  // It may be readable by now. What is the matter with it has been said.
+  // Try again; the file may be readable now. The error was reported before, so ignore new messages.
   std::vector<std::string> said;
   missing_file_.Load(
       missing_file_.path(), [this](const std::string& bytes) { missing_.Decode(bytes); }, said);
@@ -67,7 +67,7 @@ void clsMain::RememberUnread(std::string_view folder, bool below, std::string_vi
 }
 
 void clsMain::DropUntrueMemories() {
-  // A kill may have come between writing these and writing the library.
+  // The program may have been killed after it wrote these files and before it wrote the library.
   const std::int32_t rows = table_.rows();
   missing_.Forget([&](const MissingSong& song) {
     return song.number < 1 || song.number > rows || IsPresent(song.number);
@@ -121,7 +121,7 @@ bool clsMain::IsPresent(std::int32_t record) const {
 
 std::uint32_t clsMain::AwayReason(AwayKind kind, std::string_view place, std::string_view problem) {
   Reason reason{kind, std::string(place), std::string(problem)};
-  // The songs of a folder have one reason, and come one after another.
+  // Search backwards: consecutive songs of a folder have the same reason.
   for (auto index = static_cast<std::uint32_t>(reasons_.size()); index > 0; --index)
     if (reasons_[index - 1] == reason) return index;
   reasons_.push_back(std::move(reason));
@@ -144,8 +144,8 @@ std::string clsMain::AwayText(std::int32_t record) const {
          " cannot be read.";
 }
 
-/// What the looks at songs have shown of their folders: one in which nobody can tell a song is not asked for
-/// the others.
+/// Cache for checking many songs: after one song of a folder could not be checked, its result is
+/// reused for the other songs of that folder.
 class clsMain::FolderMemory {
  public:
   explicit FolderMemory(clsMain& library) : library_(library) {}
@@ -232,7 +232,7 @@ void clsMain::MarkAwaySongs(const std::vector<std::int32_t>& records) {
 }
 
 std::vector<AwayPlace> clsMain::AwayPlaces() const {
-  // Nothing was away since the start.
+  // No song has been away since the start.
   if (reasons_.empty()) return {};
   std::vector<std::int32_t> songs(reasons_.size());
   for (std::int32_t row = 1; row <= table_.rows(); ++row)
@@ -255,7 +255,7 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
   for (std::int32_t row = 1; row <= table_.rows(); ++row)
     if (table_.Facts(row).away != 0 && reasons_[table_.Facts(row).away - 1].place == place)
       rows.push_back(row);
-  // One that is back meanwhile is not forgotten.
+  // A song whose file exists again is not forgotten.
   const std::vector<char> is_back = LookAgain(rows);
   std::unordered_set<std::string> forgotten;
   for (std::size_t k = 0; k < rows.size(); ++k) {
@@ -264,11 +264,11 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
     std::string path =
         std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row));
     BlankRow(row);
-    // Its row stays while it cannot be remembered.
+    // BlankRow keeps the row when the song cannot be saved as missing.
     if (!IsPresent(row)) forgotten.insert(std::move(path));
   }
   drives_.Forget(place);
-  // A file that was left out for one of them is that song now.
+  // Files that were left out because of a forgotten song are added as songs now.
   std::int32_t old_count = table_.rows();
   for (const LeftOutFile& file : left_out_) {
     if (!forgotten.contains(file.stands_for_it)) continue;
@@ -309,7 +309,7 @@ std::vector<std::string> clsMain::FoldersOf(bool away, std::int32_t first_row) c
   std::unordered_set<std::string_view> seen;
   for (std::int32_t row = first_row; row <= table_.rows(); ++row) {
     if ((table_.Facts(row).away != 0) != away) continue;
-    // Nearly all songs lie in the folder of the one before; a missing one lies in none.
+    // Consecutive songs are usually in the same folder; missing songs are in none.
     if (row > first_row && table_.SameStoredText(kFileLocation, row - 1, row) &&
         (table_.Facts(row - 1).away != 0) == away)
       continue;
@@ -326,11 +326,12 @@ ScanReport clsMain::FinishScan(bool complete, const GoOn& go_on) {
   const Asking asking(*this, go_on ? GoOn(living) : GoOn(),
                       go_on ? tallow::WaitForDrive(wait) : tallow::WaitForDrive());
   LoadMemory();
-  // What went missing is said once.
+  // Save now, so that missing songs are reported only once.
   if (scan_.missing > 0) Save();
-  // New songs may lie on drives that were not there before.
+  // New songs may be on drives that were not mounted before.
   if (!drives_were_looked_at_) LookAtDrives();
-  // Of rows that this scan has neither added nor looked at, nobody knows whether they are there now.
+  // Rows that this scan has neither added nor checked may be stale, so they are not reported as
+  // seen.
   if (look_at_volumes_)
     drives_.SongsSeen(FoldersOf(false, complete ? 1 : rows_before_scan_ + 1), FoldersOf(true, 1),
                       complete);
@@ -347,7 +348,7 @@ ScanReport clsMain::FinishScan(bool complete, const GoOn& go_on) {
   report.left_out = static_cast<std::int32_t>(left_out_.size());
   std::int32_t& counted = report.kind == ScanKind::kComputer ? companion_.left_out_of_computer
                                                              : companion_.left_out_of_list;
-  // What either kind of search has said is not said again.
+  // Compare with the larger count of both scan kinds, so that a known count is not reported again.
   const std::int32_t before =
       std::max({0, companion_.left_out_of_list, companion_.left_out_of_computer});
   report.left_out_grew = report.left_out > before;
@@ -394,7 +395,7 @@ bool clsMain::ReadCompanionAgain() {
     if (bytes) DecodeCompanion(*bytes, companion_.library, table_);
     companion_is_unread_ = false;
   } catch (const FileError&) {
-    // Still the same.
+    // Still unreadable.
   }
   return !companion_is_unread_;
 }
@@ -406,14 +407,15 @@ void clsMain::TakeFactsOfBackup() {
     const auto bytes = ReadWholeFile(backup, kMaxLibraryBytes);
     if (bytes) CompleteFacts(*bytes, table_);
   } catch (const FileError&) {
-    // Nothing is lost that was known.
+    // The backup is optional; all known facts are already in the table.
   }
 }
 
 void clsMain::WriteCompanion(const CompanionHeader& header) {
   const std::string path = CompanionPath();
   if (!ReadCompanionAgain()) {
-    // A disk that does not answer may do so later; a link leads to one. Anything else makes room.
+    // Do not replace a companion that cannot be checked now, or a link, whose target may be
+    // readable later. Otherwise move the companion to its backup.
     const bool is_link = AbsolutePath(path) != AbsolutePath(settings_.LocOfGroupingDir() + ".") +
                                                    kSeparator + std::string(kCompanionFileName);
     if (is_link || LookAtFile(path).presence == FilePresence::kUnknown)
@@ -433,12 +435,13 @@ void clsMain::SetSize(std::int32_t row, std::string_view folder, std::string_vie
 }
 
 void clsMain::SaveFacts() {
-  // Rows keep their places, so the facts are those of the file though the table may hold more.
+  // Rows keep their positions, so the facts match the rows of the file even if the table has more
+  // rows.
   if (companion_.library == 0) return;
   try {
     WriteCompanion(companion_);
   } catch (const FileError&) {
-    // The companion is made again when it is lost.
+    // The companion is rebuilt when it is lost.
   }
 }
 
@@ -446,13 +449,14 @@ void clsMain::TrustLibrary() {
   try {
     if (!companion_is_unread_) {
       const auto bytes = ReadWholeFile(CompanionPath(), kMaxLibraryBytes);
-      // Of a changed byte the rows are the same; of a backup they may be fewer, or others.
+      // When only bytes changed, the row count is the same. A backup may have fewer or other rows;
+      // then the facts are not used.
       if (bytes && RowsOfCompanion(*bytes) == table_.rows()) CompleteFacts(*bytes, table_);
       KeepReplaced(CompanionPath(), kSetAsideSuffix);
     }
     SaveFacts();
   } catch (const FileError&) {
-    // The next start asks once more.
+    // The next start asks the user again.
   }
 }
 

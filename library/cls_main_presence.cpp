@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the library finds out which of its songs are there.
+// How the library checks which of its songs exist.
 #include <algorithm>
 #include <functional>
 #include <optional>
@@ -16,24 +16,25 @@
 namespace tallow {
 namespace {
 
-/// A question to the disk: which songs of a folder are there.
+/// Question for ReadAhead: which of these files exist in a folder?
 struct FolderQuestion {
   std::string folder;
   std::vector<std::string> names;
 };
 
-/// What a look at the songs of a folder has shown.
+/// Answer to a FolderQuestion.
 struct FolderFindings {
   std::vector<FilePresence> songs;
-  std::string problem;  ///< why songs are unknown
+  std::string problem;  ///< why the presence of songs is unknown
 };
 
 FolderFindings AllUnknown(std::size_t songs) {
   return {std::vector<FilePresence>(songs, FilePresence::kUnknown), std::string(kDoesNotAnswer)};
 }
 
-/// Looks at each song of a folder. One listing answers for nearly all; what it does not show (a name
-/// stored in another letter case, for one) is asked for singly. Called from several threads.
+/// Checks the songs of a folder. One listing answers for nearly all songs; a file that the listing
+/// lacks (e.g. a name stored in another letter case) is checked individually. Called on several
+/// threads.
 FolderFindings FindSongs(const FolderQuestion& songs) {
   FolderFindings findings;
   findings.songs.resize(songs.names.size(), FilePresence::kNotThere);
@@ -54,13 +55,13 @@ FolderFindings FindSongs(const FolderQuestion& songs) {
       const FileLook look = LookAtFile(songs.folder + songs.names[k]);
       presence = look.presence;
       if (presence == FilePresence::kUnknown) findings.problem = look.problem;
-      // A folder that can be entered but not listed answers for each file, and one that was read to its end
-      // fails for single ones. Others are not asked once for each song.
+      // Continue to check individual files when the folder can be entered but not listed, and when
+      // the listing was complete. Otherwise, after one failure, all other files are unknown.
       ask = presence != FilePresence::kUnknown || (listing.opened && listing.problem.empty());
     } else {
       presence = FilePresence::kUnknown;
     }
-    // What a folder that cannot be read whole does not show may be there.
+    // A file may exist although an incomplete listing lacks it.
     if (presence == FilePresence::kNotThere && !listing.problem.empty())
       presence = FilePresence::kUnknown;
   }
@@ -69,13 +70,13 @@ FolderFindings FindSongs(const FolderQuestion& songs) {
 
 }  // namespace
 
-/// The rows whose songs lie in one folder.
+/// The rows of the songs in one folder.
 struct clsMain::FolderRows {
   std::string_view folder;
   std::vector<std::int32_t> rows;
 };
 
-/// One run of CheckToSeeIfFilesAreMissingAndMakeFalse.
+/// The state of one call of CheckToSeeIfFilesAreMissingAndMakeFalse.
 class clsMain::PresenceCheck {
  public:
   explicit PresenceCheck(clsMain& library) : library_(library), table_(library.table_) {}
@@ -97,7 +98,7 @@ class clsMain::PresenceCheck {
           library_.WaitingFor([&](std::size_t k) { return std::string(folders_[k].folder); }),
           [&](std::size_t k) { return AllUnknown(folders_[k].rows.size()); });
     } catch (const Stopped&) {
-      // The songs of the folders that were not looked at stay as they are.
+      // Songs in folders that were not checked stay unchanged.
       complete = false;
     }
     for (const std::int32_t row : missing_) library_.BlankRow(row);
@@ -110,7 +111,7 @@ class clsMain::PresenceCheck {
   void ListFolders() {
     std::unordered_map<std::string_view, std::size_t> index;
     for (std::int32_t row = 1; row <= table_.rows(); ++row) {
-      // An earlier version has taken files for songs that hold no music.
+      // Earlier versions added files that are not music.
       if (table_.Cell(kFileIsThere, row) != kPresent || !MayBeSong(table_.Cell(kFileName, row))) {
         missing_.push_back(row);
         continue;
@@ -136,7 +137,8 @@ class clsMain::PresenceCheck {
     return question;
   }
 
-  /// The part of a folder's path that is not there: up to the first folder that is not, or is empty.
+  /// The topmost ancestor of a folder that does not exist or is empty; the folder itself if its
+  /// parent has entries or cannot be read.
   std::string PartNotThere(std::string_view folder) {
     std::string place(folder);
     for (;;) {
@@ -162,7 +164,7 @@ class clsMain::PresenceCheck {
                 : library_.AwayReason(AwayKind::kFolder, songs.folder, findings.problem);
     }
     if (!gone.empty()) JudgeGone(songs.folder, gone);
-    // Of a drive that is away the system may say anything.
+    // The error text of an unmounted drive is arbitrary, so report the drive instead of the folder.
     if (gone.size() < songs.rows.size()) PreferDrive(songs);
   }
 
@@ -196,7 +198,7 @@ class clsMain::PresenceCheck {
         missing_.push_back(row);
   }
 
-  /// Whether a song's file is where its drive is shown now, or nobody can tell.
+  /// Whether a song's file exists in the folder's new place, or cannot be checked there.
   bool IsAt(const std::string& place, std::int32_t row) {
     const FileLook look = library_.Look(place + std::string(table_.Cell(kFileName, row)));
     if (look.presence == FilePresence::kNotThere) return false;
@@ -210,7 +212,7 @@ class clsMain::PresenceCheck {
   SongTable& table_;
   std::vector<FolderRows> folders_;
   std::vector<std::int32_t> missing_;
-  std::vector<std::pair<std::int32_t, std::string>> moved_;  ///< rows and their folders now
+  std::vector<std::pair<std::int32_t, std::string>> moved_;  ///< rows and their new folders
 };
 
 void clsMain::CheckPresence() {

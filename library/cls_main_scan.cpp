@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// How the library takes new songs, and knows those that come back.
+// How the library adds new songs and recognizes those that come back.
 #include <algorithm>
 #include <deque>
 #include <optional>
@@ -20,7 +20,7 @@
 
 namespace tallow {
 
-/// The songs that are there or away, by their paths as the system compares them.
+/// The songs that are present or away, indexed by folder and file name.
 class clsMain::KnownSongs {
  public:
   using Rows = std::unordered_map<std::string_view, std::int32_t>;
@@ -31,7 +31,7 @@ class clsMain::KnownSongs {
         OfFolder(table.Cell(kFileLocation, row)).emplace(Key(table.Cell(kFileName, row)), row);
   }
   Rows& OfFolder(std::string_view folder) { return folders_[Key(folder)]; }
-  /// A text as the system compares it. It holds as long as this and the text do.
+  /// The key of a text, see PathKey. The view is valid as long as this object and the text.
   std::string_view Key(std::string_view text) {
     if (!kPathsIgnoreCase) return text;
     return keys_.emplace_back(PathKey(text));
@@ -45,7 +45,7 @@ class clsMain::KnownSongs {
 void clsMain::BlankRow(std::int32_t row) {
   if (table_.Cell(kFileIsThere, row) == kPresent) {
     if (!CanRemember()) {
-      // Its rank would be lost with the row.
+      // The song cannot be saved as missing, so keep the row; blanking it would lose the rank.
       table_.Facts(row).away =
           AwayReason(AwayKind::kKept, table_.Cell(kFileLocation, row),
                      companion_is_unread_ ? CompanionPath() : missing_file_.path());
@@ -62,7 +62,8 @@ void clsMain::BlankRow(std::int32_t row) {
   }
   for (const std::int16_t column : {kFileIsThere, kFileLocation, kFileName})
     table_.SetCell(column, row, "0");
-  // Its size stays: the companion is the library's of before as well, should this one not be saved.
+  // The size stays: if this library is not saved, the companion still belongs to the previous
+  // library.
   table_.Facts(row).away = 0;
 }
 
@@ -74,7 +75,8 @@ void clsMain::AddFromRememberedFolders() {
     return;
   }
   const std::vector<std::string> folders = RememberedFolders();
-  // A file that is known and present would only be taken out again as the copy of itself.
+  // Do not add files that are already known as present songs; they would only be removed again as
+  // duplicates.
   KnownSongs known(table_);
   try {
     ReadAhead(
@@ -90,9 +92,9 @@ void clsMain::AddFromRememberedFolders() {
         WaitingFor([&](std::size_t k) { return folders[k]; }),
         [](std::size_t) { return FolderListing(); });
   } catch (const Stopped&) {
-    // What was found until now is complete.
+    // Cancelled; the songs found so far are valid.
   }
-  // It is taken in whole, whatever the callback says from here on.
+  // From here on the scan can no longer be cancelled: the songs found are added completely.
   go_on_ = {};
   wait_for_drive_ = {};
   DeleteIdenticalFileNamesAndPaths(old_count);
@@ -114,7 +116,7 @@ std::vector<std::string> clsMain::RememberedFolders() {
   };
   if (!list_is_stale_) read();
   if (!content && !list_is_unread_) {
-    // The folders are known from the songs as well.
+    // Rebuild the list from the folders of the songs.
     WriteOutMp3DirectoryLocations();
     list_is_stale_ = !list_error_.empty();
     if (!list_is_stale_) read();
@@ -122,7 +124,7 @@ std::vector<std::string> clsMain::RememberedFolders() {
   std::vector<std::string> folders;
   bool is_damaged = content && (content->empty() ? !FoldersOf(false, 1).empty()
                                                  : content->back() != kLineEnd.back());
-  // The line "0" stands for the missing songs; in no other folder than a whole path are songs.
+  // The line "0" comes from missing songs. Only absolute paths are folders with songs.
   const auto add = [&](std::string_view folder) {
     if (IsAbsolutePath(folder) && !IsNotAsked(folder))
       folders.push_back(EnsureTrailingBackslash(folder));
@@ -144,7 +146,7 @@ std::vector<std::string> clsMain::RememberedFolders() {
       list_is_unread_ = true;
     }
   }
-  // A list that was not read, or is damaged, lacks folders that songs lie in.
+  // If the list was not read or is damaged, it lacks folders, so add the folders of all songs.
   std::unordered_set<std::string> listed(folders.begin(), folders.end());
   const auto add_unless_listed = [&](const std::string& folder) {
     if (listed.insert(folder).second) add(folder);
@@ -167,14 +169,14 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
   const bool takes_new = !HoldsNoSongs(folder);
   for (const FileEntry& file : listing.files) {
     if (const auto found = rows.find(known.Key(file.name)); found != rows.end()) {
-      // A file system that ignores case shows the name as it is spelled now.
+      // On a case-insensitive file system, update the spelling of the name.
       if (kPathsIgnoreCase) table_.SetCell(kFileName, found->second, file.name);
       table_.Facts(found->second).away = 0;
       continue;
     }
     if (!takes_new || !MayBeSong(file.name)) continue;
     const std::int32_t row = AddSong(folder, file.name, kUnknownSize);
-    // The table's own text outlives the listing.
+    // Use the table's text as the key, because it outlives the listing.
     rows.emplace(known.Key(Mp3Info(kFileName, row)), row);
   }
 }
@@ -272,7 +274,8 @@ void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
 void clsMain::RecognizeReturned(std::int32_t old_count) {
   if (missing_.size() == 0) return;
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
-    // The sizes of other files are asked for once there is a window.
+    // Read the size only if a missing song has this name. Other sizes are read later, when a window
+    // is open.
     if (!missing_.HasName(table_.Cell(kFileName, row))) continue;
     const MissingSong* const song = missing_.Only(table_.Cell(kFileName, row), SizeOf(row));
     if (song == nullptr) continue;
@@ -301,10 +304,10 @@ void clsMain::RecognizeLate() {
   for (std::int32_t row = 1; row <= table_.rows(); ++row) {
     if (!missing_.HasName(table_.Cell(kFileName, row)) || !IsPresent(row) || IsAway(row)) continue;
     const MissingSong* const song = missing_.Only(table_.Cell(kFileName, row), SizeOf(row));
-    // A song of a lower number was there before that one went.
+    // A song with a lower number is older than the missing song, so it is another song.
     if (song == nullptr || song->number >= row) continue;
     const std::int32_t number = song->number;
-    // The user may have ranked it meanwhile.
+    // Keep a rank that the user has set meanwhile.
     if (table_.Cell(kSongRank, row) == "2") table_.SetCell(kSongRank, row, song->rank);
     missing_.CameBack(number, row);
     returned_.push_back({number, row});
@@ -325,9 +328,9 @@ void clsMain::TakeSearchedSongs(std::int32_t old_count) {
   }
   DeleteIdenticalFileNamesAndPaths(old_count);
   RenumberBasedOnArrayNumber();
-  // What could not be saved must not be loaded over what was found, either.
+  // If saving failed, do not load the old file over the songs found.
   const bool saved = Save();
-  // Loading forgets which of the songs that were there before are away.
+  // Loading resets which songs are away, so load only when no old songs are kept.
   if (saved && old_count == 0) LoadWhatWasSaved();
   WriteOutMp3DirectoryLocations();
 }
@@ -337,7 +340,7 @@ void clsMain::LoadWhatWasSaved() {
   const auto stamp = saved_stamp_;
   const CompanionHeader companion = companion_;
   if (LoadMain()) return;
-  // The songs are those of the file, which was written a moment ago and cannot be read now.
+  // Reading the file back failed, so continue with the songs in memory, which the file contains.
   table_ = std::move(found);
   saved_stamp_ = stamp;
   companion_ = companion;

@@ -41,7 +41,7 @@ TEST_F(ClsMain, CellsOutsideAreSubscriptErrors) {
   EXPECT_THROW(library.Mp3Info(70000, 1), SubscriptError);
 }
 
-TEST_F(ClsMain, AMissingFileBlanksItsRowForGood) {
+TEST_F(ClsMain, AMissingFileBlanksItsRowPermanently) {
   AddSong(music.path(), "a.mp3", "1", "7");
   AddSong(music.path(), "b.mp3");
   music.File("b.mp3");
@@ -58,7 +58,7 @@ TEST_F(ClsMain, AMissingFileBlanksItsRowForGood) {
   EXPECT_EQ(library.Mp3Info(2, 1), "0");
 }
 
-TEST_F(ClsMain, ARowWhoseFlagIsNotOneIsBlankedThoughItsFileExists) {
+TEST_F(ClsMain, ARowWithAnotherFlagThanOneIsBlankedThoughItsFileExists) {
   music.File("a.mp3");
   for (const char* flag : {"0", "", "2", "True"}) AddSong(music.path(), "a.mp3", flag);
   library.CheckToSeeIfFilesAreMissingAndMakeFalse();
@@ -66,8 +66,9 @@ TEST_F(ClsMain, ARowWhoseFlagIsNotOneIsBlankedThoughItsFileExists) {
   EXPECT_EQ(Cells(2), (Texts{"0", "0", "0", "0"}));
 }
 
-TEST_F(ClsMain, SongsOutsideTheUsualFormAreCheckedOneByOne) {
-  // A name without the usual ending, a folder without a separator, a song in a folder of its own.
+TEST_F(ClsMain, UnusualPathsAreCheckedOneByOne) {
+  // A name without the usual extension, a folder without a trailing separator, a folder with one
+  // song.
   music.File("odd.song");
   music.File("one/only.mp3");
   AddSong(music.path(), "odd.song");
@@ -77,7 +78,7 @@ TEST_F(ClsMain, SongsOutsideTheUsualFormAreCheckedOneByOne) {
   EXPECT_EQ(Cells(3), (Texts{"1", "1", "0"}));
 }
 
-TEST_F(ClsMain, NewFilesOfTheListedFoldersJoinWithRankTwo) {
+TEST_F(ClsMain, NewFilesInListedFoldersAreAddedWithRankTwo) {
   music.File("a.mp3");
   music.File("B.MP3");
   music.File("c.txt");
@@ -93,7 +94,7 @@ TEST_F(ClsMain, NewFilesOfTheListedFoldersJoinWithRankTwo) {
   EXPECT_EQ(tallow.settings.NumerOfRecordsInTheMain(), 2);
 }
 
-TEST_F(ClsMain, NothingNewIsNotSaved) {
+TEST_F(ClsMain, WithoutNewFilesNothingIsSaved) {
   music.File("a.mp3");
   AddSong(music.path(), "a.mp3");
   library.Save();
@@ -104,7 +105,7 @@ TEST_F(ClsMain, NothingNewIsNotSaved) {
   EXPECT_FALSE(FileExists(LibraryPath()));
 }
 
-TEST_F(ClsMain, AFolderThatIsGoneAndTheLineOfMissingSongsYieldNothing) {
+TEST_F(ClsMain, AMissingFolderAndTheLineOfMissingSongsAddNothing) {
   AddSong("0", "0", "0");
   AddSong(music / "gone/", "a.mp3");
   library.Save();
@@ -116,7 +117,7 @@ TEST_F(ClsMain, AFolderThatIsGoneAndTheLineOfMissingSongsYieldNothing) {
   EXPECT_EQ(library.UBoundOfMp3Array(), 2);
 }
 
-TEST_F(ClsMain, AFolderListThatIsGoneIsWrittenAnew) {
+TEST_F(ClsMain, AMissingFolderListIsRebuilt) {
   music.File("a.mp3");
   AddSong(music.path(), "a.mp3");
   library.Save();
@@ -145,14 +146,14 @@ TEST_F(ClsMain, WithoutALibraryAllDrivesAreSearched) {
   EXPECT_EQ(ReadWholeFile(ListPath()), "/a/\r\n/b/\r\n");
 }
 
-TEST_F(ClsMain, ASearchWithoutAFindChangesNothing) {
+TEST_F(ClsMain, ASearchThatFindsNothingChangesNothing) {
   tallow.search_all_drives = [](SearchProgress*) { return true; };
   library.AddAnyAdditionalMp3FromTheNormalDirectories();
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
   EXPECT_FALSE(FileExists(LibraryPath()));
 }
 
-TEST_F(ClsMain, DuplicatesGoAndAddedRowsAreNumberedByTheirRow) {
+TEST_F(ClsMain, DuplicatesAreRemovedAndAddedRowsAreNumberedByTheirRow) {
   AddSong("/a/", "a.mp3");
   AddSong("/b/", "a.mp3");
   AddSong("/b/", "b.mp3");
@@ -164,7 +165,7 @@ TEST_F(ClsMain, DuplicatesGoAndAddedRowsAreNumberedByTheirRow) {
   EXPECT_EQ(tallow.settings.NumerOfRecordsInTheMain(), 2);
 }
 
-TEST_F(ClsMain, RemovalWithTheOldCountLeftDoesNotSave) {
+TEST_F(ClsMain, DuplicateRemovalWithoutNewRowsDoesNotSave) {
   AddSong("/a/", "a.mp3");
   AddSong("/b/", "a.mp3");
   std::int32_t old_count = 1;
@@ -201,7 +202,7 @@ TEST_F(ClsMain, SortMovesWholeRowsInAllFourWays) {
   EXPECT_EQ(Cells(12), (Texts{"", "spare", ""}));
 }
 
-TEST_F(ClsMain, SaveAndLoadGiveColumnsOneToFiveBack) {
+TEST_F(ClsMain, SaveAndLoadRestoreColumnsOneToFive) {
   for (int k = 1; k <= 3; ++k) {
     AddSong("/music " + std::to_string(k) + "/", "song\xFF" + std::to_string(k) + ".mp3", "1",
             std::to_string(k + 2));
@@ -239,7 +240,7 @@ TEST_F(ClsMain, SaveOfAnEmptyLibraryWritesAnEmptyFile) {
   EXPECT_EQ(tallow.settings.NumerOfRecordsInTheMain(), 0);
 }
 
-TEST_F(ClsMain, SaveClearsTheDirtyMarkAndSavesTheSettings) {
+TEST_F(ClsMain, SaveClearsTheDirtyFlagAndSavesTheSettings) {
   AddSong("/a/", "a.mp3");
   library.MainIsDirty(true);
   EXPECT_TRUE(library.MainIsDirty());
@@ -250,7 +251,7 @@ TEST_F(ClsMain, SaveClearsTheDirtyMarkAndSavesTheSettings) {
   EXPECT_EQ(read.NumerOfRecordsInTheMain(), 1);
 }
 
-TEST_F(ClsMain, AFileChangedByAnotherIsWrittenAgain) {
+TEST_F(ClsMain, AFileChangedByAnotherProgramIsWrittenAgain) {
   AddSong("/a/", "a.mp3");
   library.Save();
   const auto saved = ReadWholeFile(LibraryPath());
@@ -295,7 +296,7 @@ TEST_F(ClsMain, MoreRecordsThanTheCountFillTheRowsAndFail) {
   EXPECT_EQ(Cells(2), (Texts{"a", "b"}));
 }
 
-TEST_F(ClsMain, AMissingFileIsMadeEmptyAndLoadsEmptyRows) {
+TEST_F(ClsMain, AMissingFileIsCreatedEmptyAndLoadsEmptyRows) {
   tallow.settings.NumerOfRecordsInTheMain(5);
   EXPECT_TRUE(library.LoadMain());
   EXPECT_EQ(ReadWholeFile(LibraryPath()), "");
@@ -338,7 +339,7 @@ TEST_F(ClsMain, ASaveAfterAFailedLoadKeepsTheOldFile) {
   library.LoadMain();
   library.Save();
   EXPECT_EQ(ReadWholeFile(LibraryPath() + ".bak"), damaged);
-  // What follows gives it another name, and keeps it.
+  // The next save keeps the damaged backup under another name.
   const auto saved = ReadWholeFile(LibraryPath());
   for (const char* name : {"c", "d", "e"}) {
     AddSong("/a/", name);
@@ -358,7 +359,7 @@ TEST_F(ClsMain, ASaveAfterAShortLoadKeepsTheOldFile) {
   EXPECT_EQ(ReadWholeFile(LibraryPath() + ".bak"), whole);
 }
 
-TEST_F(ClsMain, ASaveAfterASoundLoadKeepsTheLibraryBefore) {
+TEST_F(ClsMain, ASaveAfterASuccessfulLoadKeepsThePreviousLibrary) {
   AddSong("/a/", "a");
   library.Save();
   const auto before = ReadWholeFile(LibraryPath());
@@ -379,10 +380,10 @@ TEST_F(ClsMain, TheFolderListHasEachFolderOnceInOrder) {
   EXPECT_TRUE(FileExists(LibraryPath()));
 }
 
-TEST_F(ClsMain, AFolderThatThePreviousOneMatchesIsLeftOut) {
+TEST_F(ClsMain, AFolderThatMatchesThePreviousOneAsAPatternIsLeftOut) {
   AddSong("/a1/", "1");
-  AddSong("/a[1]/", "2");  // as a pattern it matches the folder before it
-  AddSong("/b#/", "3");    // does not match itself, yet is written once
+  AddSong("/a[1]/", "2");  // as a pattern, matches the previous folder
+  AddSong("/b#/", "3");    // does not match itself, but is written only once
   AddSong("/b#/", "4");
   library.WriteOutMp3DirectoryLocations();
   EXPECT_EQ(ReadWholeFile(ListPath()), "/a1/\r\n/b#/\r\n");
@@ -416,7 +417,7 @@ TEST_F(ClsMain, ASaveAfterASortWritesTheNewOrder) {
   EXPECT_EQ(Cells(2), (Texts{"b.mp3", "a.mp3"}));
 }
 
-TEST_F(ClsMain, TheFolderListLeavesTheLibraryFileInItsOrder) {
+TEST_F(ClsMain, WritingTheFolderListKeepsTheOrderOfTheLibraryFile) {
   AddSong("/b/", "1");
   AddSong("/a/", "2");
   library.WriteOutMp3DirectoryLocations();
@@ -424,7 +425,7 @@ TEST_F(ClsMain, TheFolderListLeavesTheLibraryFileInItsOrder) {
   EXPECT_EQ(Cells(2), (Texts{"1", "2"}));
 }
 
-TEST_F(ClsMain, ABadColumnIsAnErrorOnceTheTableHasGrown) {
+TEST_F(ClsMain, AnInvalidColumnIsAnErrorAfterTheTableHasGrown) {
   EXPECT_THROW(library.Mp3Info(13, 3, "x"), SubscriptError);
   EXPECT_EQ(library.UBoundOfMp3Array(), 3);
 }

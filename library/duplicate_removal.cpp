@@ -19,16 +19,16 @@ namespace {
 
 using Row = std::int32_t;
 
-/// Rows whose names are equal in the order of names, rising.
+/// Consecutive rows, in name order, whose names are equal ignoring case.
 struct NameRun {
-  std::size_t begin;  ///< in the list of all rows by name
+  std::size_t begin;  ///< index in rows_
   std::size_t end;
 };
 
-/// How many rows of a run are compared each with each though no name of theirs has wildcards.
+/// Larger runs without wildcards use a hash map instead of comparing all pairs.
 constexpr std::size_t kMaxCompared = 16;
 
-/// Which rows go. What was decided is carried out on the table when it goes out of scope.
+/// Decides which rows to remove. The destructor removes them from the table.
 class Removal {
  public:
   Removal(SongTable& table, std::int32_t old_count, const std::vector<char>& takes_part,
@@ -53,7 +53,8 @@ class Removal {
         again = CompareInside(runs_[k]) || again;
         if (k > 0) again = CompareNeighbours(runs_[k - 1], runs_[k]) || again;
       }
-      // A run that has gone lets those beside it stand beside each other.
+      // Removing a whole run makes its neighbours adjacent, so they must be compared in another
+      // pass.
       const std::size_t before = runs_.size();
       std::erase_if(runs_, [this](const NameRun& run) {
         return std::all_of(rows_.begin() + Offset(run.begin), rows_.begin() + Offset(run.end),
@@ -72,7 +73,7 @@ class Removal {
     return !Goes(row) && takes_part_[static_cast<std::size_t>(row - 1)] != 0;
   }
 
-  /// Lists the rows by the ranks of their names, those of one rank in their order, and finds the runs.
+  /// Sorts the rows by the ranks of their names (counting sort, stable), and finds the runs.
   void SortByName(const std::vector<std::int32_t>& ranks) {
     const auto most = ranks.empty() ? 0 : *std::max_element(ranks.begin(), ranks.end());
     std::vector<std::size_t> begins(static_cast<std::size_t>(most) + 2);
@@ -97,7 +98,7 @@ class Removal {
       if (!IsOld(rows_[k])) goes_[static_cast<std::size_t>(rows_[k] - 1)] = 1;
   }
 
-  /// The present rows of a run, by their numbers. One without a number is last.
+  /// The present rows of a run, sorted by record number. Rows without a valid number come last.
   std::vector<Row> PresentOf(const NameRun& run) const {
     std::vector<Row> present;
     for (std::size_t k = run.begin; k < run.end; ++k)
@@ -117,7 +118,8 @@ class Removal {
     for (std::size_t k = 0; k < rows.size(); ++k) rows[k] = keys[k].second;
   }
 
-  /// \returns whether anything went
+  /// Compares the rows of one run with each other.
+  /// \returns whether any row was removed
   bool CompareInside(const NameRun& run) {
     if (run.end - run.begin < 2) return false;
     const std::vector<Row> present = PresentOf(run);
@@ -126,7 +128,7 @@ class Removal {
                                       [this](Row row) { return HasWildcards(Name(row)); });
     if (!patterns && present.size() > kMaxCompared) return CompareManyInside(present);
     bool any = false;
-    std::vector<Row> left;  // rows of other names that stay
+    std::vector<Row> left;  // remaining rows with different names
     for (const Row row : present) {
       const auto same = FindMatch(left, [&](Row other) { return Name(other) == Name(row); });
       auto original = same;
@@ -140,7 +142,7 @@ class Removal {
     return any;
   }
 
-  /// CompareInside for many rows without patterns, which need not be compared each with each.
+  /// CompareInside for many rows without wildcards, using a hash map.
   bool CompareManyInside(const std::vector<Row>& present) {
     bool any = false;
     std::unordered_map<std::string_view, Row> left;
@@ -151,12 +153,13 @@ class Removal {
     return any;
   }
 
-  /// \returns whether anything went
+  /// Compares the rows of two adjacent runs.
+  /// \returns whether any row was removed
   bool CompareNeighbours(const NameRun& first, const NameRun& second) {
     const bool patterns =
         std::any_of(rows_.begin() + Offset(second.begin), rows_.begin() + Offset(second.end),
                     [this](Row row) { return IsPresent(row) && HasWildcards(Name(row)); });
-    // Names of two runs can only be the same by a pattern.
+    // Names in different runs can only be the same by a wildcard match.
     if (!patterns) return false;
     std::vector<Row> both = PresentOf(first);
     const std::vector<Row> second_rows = PresentOf(second);
@@ -167,7 +170,7 @@ class Removal {
     for (std::size_t k = 0; k < both.size(); ++k) is_first[both[k]] = k < firsts;
     SortByNumber(both);
     bool any = false;
-    std::vector<Row> left[2];  // rows of other names that stay, of the first run and the second
+    std::vector<Row> left[2];  // remaining rows with different names, of either run
     std::unordered_map<std::string_view, Row> names;
     for (const Row row : both) {
       const bool in_first = is_first[row];
@@ -186,9 +189,9 @@ class Removal {
     return found != rows.end() ? std::optional(*found) : std::nullopt;
   }
 
-  /// Lets a row go, unless it is an old one.
+  /// Marks a row for removal unless it is an old row. Returns whether it was marked.
   bool RemoveCopy(Row row, Row original) {
-    // Which of them has the lower number cannot be told of a text that is none.
+    // Throw if either record number is invalid, because the lower number decides.
     for (const Row one : {row, original}) ConvertToInt32(table_.Cell(kRecordNumber, one));
     if (IsOld(row)) return false;
     goes_[static_cast<std::size_t>(row - 1)] = 1;
@@ -206,11 +209,11 @@ class Removal {
   std::vector<LeftOutFile>& left_out_;
   std::vector<std::string_view> names_;  ///< by row
   std::vector<char> goes_;               ///< by row
-  std::vector<Row> rows_;                ///< in the order of names
-  std::vector<NameRun> runs_;            ///< of which some row stays
+  std::vector<Row> rows_;                ///< in name order
+  std::vector<NameRun> runs_;            ///< with at least one remaining row
 };
 
-/// Takes those files out that are songs of the table themselves, found once more.
+/// Drops left-out files that are themselves songs in the table.
 void DropKnownFiles(const SongTable& table, std::vector<LeftOutFile>& files) {
   if (files.empty()) return;
   std::unordered_map<std::string_view, std::vector<LeftOutFile*>> by_name;

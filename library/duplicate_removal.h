@@ -9,34 +9,35 @@
 
 namespace tallow {
 
-/// A file that was taken out of the table because of a song that has its name.
+/// A file removed from the table because a song has the same name.
 struct LeftOutFile {
   std::string path;
-  std::string stands_for_it;  ///< path of the song
+  std::string stands_for_it;  ///< path of that song
 };
 
-/// Takes out every added song that is a copy of a song with a lower record number.
+/// Removes every added song that is a copy of a song with a lower record number.
 ///
-/// Two songs are compared when both are present and their names stand beside each other in the order of
-/// names (case ignored): either the names are equal in that order, or no third name lies between. They
-/// are copies when the names are equal with case, or when the one that comes first matches the other one
-/// as a wildcard pattern (see SameName); of names that are equal but for case, when either matches the
-/// other. Of two copies the one with the higher record number goes; of equal numbers the later row goes.
-/// Folders do not matter. This is repeated until nothing goes, as rows that go let others stand beside
-/// each other.
+/// Two songs are compared when both are present and their names are adjacent in name order
+/// (ignoring case): either the names are equal in that order, or no third name lies between them.
+/// They are copies when the names are equal including case, or when the name that comes first
+/// matches the other name as a wildcard pattern (see SameName); for names that differ only in case,
+/// when either matches the other. Of two copies, the one with the higher record number is removed;
+/// with equal numbers, the later row. Folders are ignored. The comparison is repeated until nothing
+/// is removed, because removed rows make other rows adjacent.
 ///
-/// Names that are equal in the order of names (a run) are compared each with each, and with each of the
-/// next run. So the result does not depend on what a sort does with equal keys.
+/// The rows of a run (names equal in name order) are all compared with each other, and with all
+/// rows of the next run. So the result does not depend on how the sort orders equal keys.
 ///
-/// Rows up to the old count are never taken out, not even those without a name, which otherwise go.
+/// Rows up to the old count are never removed, even without a name. Other rows without a name are
+/// always removed.
 ///
-/// Cost: ranking the names, and O(rows) more where no name has wildcards.
+/// Cost: ranking the names, plus O(rows) when no name has wildcards.
 ///
-/// \param old_count how many rows there were before rows were added
-/// \param takes_part whether a row is present for this purpose, one element a row, element 0 being row 1
-/// \returns the files that went because of a song in another place
-/// \throws TypeMismatchError, OverflowError when two copies are met of which one has no number; what was
-///         decided up to then is carried out
+/// \param old_count number of rows before rows were added
+/// \param takes_part whether a row is compared, one element per row, element 0 being row 1
+/// \returns the removed files that are not themselves songs in the table
+/// \throws TypeMismatchError, OverflowError when one of two copies has an invalid record number;
+/// rows marked before that are still removed
 std::vector<LeftOutFile> RemoveDuplicates(SongTable& table, std::int32_t old_count,
                                           const std::vector<char>& takes_part);
 

@@ -47,7 +47,7 @@ void SortByName(Rows& rows, bool ascending) {
       .Sort(1, static_cast<std::int32_t>(rows.size()));
 }
 
-/// Cuts the emptied rows, which a descending sort has put last.
+/// Cuts off the emptied rows, which a descending sort has moved to the end.
 bool CutEmptied(Rows& rows) {
   if (!rows.back()[kName].empty()) return false;
   std::size_t keep = 0;
@@ -56,8 +56,8 @@ bool CutEmptied(Rows& rows) {
   return true;
 }
 
-/// The removal by neighbours, step by step on whole rows: sort, compare neighbours, sort the other way,
-/// cut, repeat.
+/// Simple algorithm on whole rows: sort ascending, compare adjacent rows, sort descending, cut off
+/// the emptied rows, repeat.
 void RemovalByNeighbours(Rows& rows) {
   while (!rows.empty()) {
     SortByName(rows, true);
@@ -76,9 +76,10 @@ void RemovalByNeighbours(Rows& rows) {
   }
 }
 
-/// RemovalByNeighbours with what it leaves to the sort decided: of names that are equal in the sort's order
-/// each row is compared with each, and with each of the next such names, the lowest numbers first; and rows
-/// up to the old count stay. The folder of a row is its place, from 0.
+/// Reference implementation: like RemovalByNeighbours, but independent of how the sort orders equal
+/// names. Among names equal in the sort's order all rows are compared with each other and with all
+/// rows of the next such names, lowest numbers first; rows up to the old count stay. The folder of
+/// a row is its index, from 0.
 class LiteralRemoval {
  public:
   LiteralRemoval(Rows& rows, std::size_t old_count) : rows_(rows), old_count_(old_count) {}
@@ -107,7 +108,7 @@ class LiteralRemoval {
   using Cells = std::vector<std::string>;
   bool IsOld(const Cells& row) const { return std::stoul(row[kFolder]) < old_count_; }
 
-  /// Compares each row of one run with each of the other, which may be the same one.
+  /// Compares each row of one run with each row of another run, which may be the same run.
   bool Compare(const std::vector<std::size_t>& first, const std::vector<std::size_t>& second) {
     std::vector<std::size_t> both = first;
     if (first != second) both.insert(both.end(), second.begin(), second.end());
@@ -183,7 +184,7 @@ TEST(DuplicateRemoval, NumbersAreComparedByValue) {
   EXPECT_EQ(After(a + b), b);
 }
 
-TEST(DuplicateRemoval, OfEqualNumbersTheLaterRowGoes) {
+TEST(DuplicateRemoval, OfEqualNumbersTheLaterRowIsRemoved) {
   const Rows a = Row("/a/", "SONG.MP3", "1", "5");
   const Rows b = Row("/b/", "SONG.MP3", "1", "5");
   EXPECT_EQ(After(a + b), a);
@@ -193,25 +194,25 @@ TEST(DuplicateRemoval, NamesThatDifferInCaseAreDifferentSongs) {
   EXPECT_EQ(After(Row("/a/", "song.mp3", "1", "1") + Row("/a/", "Song.mp3", "1", "2")).size(), 2U);
 }
 
-TEST(DuplicateRemoval, WildcardsOfAStoredNameTakeEffect) {
-  // "A1.MP3" sorts before "A[1].MP3", and the latter is a pattern that the former matches.
+TEST(DuplicateRemoval, WildcardsInAStoredNameAreEffective) {
+  // "A1.MP3" sorts before "A[1].MP3", and matches "A[1].MP3" as a pattern.
   const Rows plain = Row("/a/", "A1.MP3", "1", "1");
   const Rows bracketed = Row("/a/", "A[1].MP3", "1", "2");
   EXPECT_EQ(After(plain + bracketed), plain);
   EXPECT_EQ(After(Row("/a/", "A1.MP3", "1", "4") + bracketed), bracketed);
 }
 
-TEST(DuplicateRemoval, ANameThatDoesNotMatchItselfIsStillItself) {
+TEST(DuplicateRemoval, ANameThatDoesNotMatchItselfStillEqualsItself) {
   const Rows a = Row("/a/", "B#.mp3", "1", "1");
   EXPECT_EQ(After(a + Row("/b/", "B#.mp3", "1", "2")), a);
 }
 
-TEST(DuplicateRemoval, AnUnclosedBracketIsNoError) {
+TEST(DuplicateRemoval, AnUnclosedBracketIsNotAnError) {
   const Rows a = Row("/a/", "demo [live.mp3", "1", "1");
   EXPECT_EQ(After(a + Row("/b/", "demo [live.mp3", "1", "2")), a);
 }
 
-TEST(DuplicateRemoval, MissingSongsNeverTakePart) {
+TEST(DuplicateRemoval, MissingSongsAreNotCompared) {
   const Rows rows = Row("0", "0", "0", "1") + Row("0", "0", "0", "2") + Row("/a/", "0", "1", "3");
   EXPECT_EQ(After(rows).size(), 3U);
 }
@@ -221,15 +222,16 @@ TEST(DuplicateRemoval, ATableOfEmptyNamesOnlyBecomesEmpty) {
   EXPECT_TRUE(After({}).empty());
 }
 
-TEST(DuplicateRemoval, ASongWithoutANumberIsAnErrorOnlyWhenItHasATwin) {
+TEST(DuplicateRemoval, AMissingNumberIsAnErrorOnlyForASongWithACopy) {
   EXPECT_EQ(After(Row("/a/", "a", "1", "x") + Row("/a/", "b", "1", "2")).size(), 2U);
   SongTable table = TableOf(Row("/a/", "a", "1", "x") + Row("/b/", "a", "1", "2"));
   EXPECT_THROW(RemoveDuplicates(table, 0, {1, 1}), TypeMismatchError);
   EXPECT_EQ(table.rows(), 2);
 }
 
-/// Names over few letters and wildcard characters, so that twins of case, matches by pattern and
-/// triples are common. As with the names of files, none matches the empty text.
+/// Random names of few letters and wildcard characters, so that names that differ only in case,
+/// wildcard matches and groups of three are common. As for real file names, none matches the empty
+/// text.
 std::string RandomName(std::mt19937& random, bool wildcards) {
   static const char* const kPlain[] = {"a", "A", "b", "1", "\xC3\xA9", "\xC3\x89"};
   static const char* const kWild[] = {"*", "?", "#", "[", "[ab]", "[1]", "]", "[!a]"};
@@ -239,18 +241,18 @@ std::string RandomName(std::mt19937& random, bool wildcards) {
   return name + "3";
 }
 
-TEST(DuplicateRemoval, OldRowsAreNeverTakenOut) {
+TEST(DuplicateRemoval, OldRowsAreNeverRemoved) {
   const Rows a = Row("/a/", "SONG.MP3", "1", "1");
   const Rows b = Row("/b/", "SONG.MP3", "1", "2");
   const Rows c = Row("/c/", "SONG.MP3", "1", "3");
   EXPECT_EQ(After(a + b + c, 2), a + b);
   EXPECT_EQ(After(a + Row("/b/", "", "0", "2") + Row("/c/", "", "1", "3"), 2),
             a + Row("/b/", "", "0", "2"));
-  // Not even by a song that was added and has a lower number.
+  // Not even when an added song has a lower number.
   EXPECT_EQ(After(Row("/a/", "x", "1", "9") + Row("/b/", "x", "1", "1"), 1).size(), 2U);
 }
 
-TEST(DuplicateRemoval, TwinsOfCaseDoNotHideEqualNamesFromEachOther) {
+TEST(DuplicateRemoval, NamesThatDifferInCaseDoNotHideEqualNames) {
   Rows rows;
   for (int k = 0; k < 40; ++k)
     rows = rows + Row(std::to_string(k), k % 3 == 0 ? "intro.mp3" : "Intro.mp3", "1",
@@ -265,13 +267,13 @@ TEST(DuplicateRemoval, ManyRowsOfOneNameAreComparedToo) {
   EXPECT_EQ(After(rows), Row("2", "a", "1", "2") + Row("1", "A", "1", "1"));
 }
 
-/// A folder as this system writes it.
+/// A folder with this system's separators.
 std::string In(const std::string& folder) { return kSep + folder + kSep; }
 
-TEST(DuplicateRemoval, FilesOfOtherPlacesAreNamedWithTheSongThatStandsForThem) {
+TEST(DuplicateRemoval, LeftOutFilesAreReturnedWithTheSongOfTheirName) {
   SongTable table = TableOf(Row(In("a"), "x", "1", "1") + Row(In("b"), "x", "1", "2") +
                             Row(In("a"), "x", "1", "3") + Row(In("c"), "x", "1", "4"));
-  // The first two are known; the third is the first, found once more.
+  // Rows 1 and 2 are known; row 3 has the same path as row 1.
   const std::vector<LeftOutFile> left_out = RemoveDuplicates(table, 2, {1, 1, 1, 1});
   ASSERT_EQ(left_out.size(), 1U);
   EXPECT_EQ(left_out[0].path, In("c") + "x");
@@ -279,19 +281,19 @@ TEST(DuplicateRemoval, FilesOfOtherPlacesAreNamedWithTheSongThatStandsForThem) {
   EXPECT_EQ(table.rows(), 2);
 }
 
-TEST(DuplicateRemoval, AFileOfAKnownSongIsNotLeftOutThoughAnotherSongHasItsName) {
+TEST(DuplicateRemoval, AFileThatIsAKnownSongIsNotLeftOutThoughAnotherSongHasItsName) {
   SongTable table = TableOf(Row(In("a"), "x", "1", "1") + Row(In("b"), "x", "1", "2") +
                             Row(In("b"), "x", "1", "3"));
   EXPECT_TRUE(RemoveDuplicates(table, 2, {1, 1, 1}).empty());
 }
 
-TEST(DuplicateRemoval, SongsThatDoNotTakePartStayAndTakeNothingOut) {
+TEST(DuplicateRemoval, SongsThatDoNotTakePartStayAndRemoveNothing) {
   SongTable table = TableOf(Row("/a/", "x", "1", "1") + Row("/b/", "x", "1", "2"));
   RemoveDuplicates(table, 1, {0, 1});
   EXPECT_EQ(table.rows(), 2);
 }
 
-/// Rows of random names, flags and numbers, each with its place as its folder.
+/// Rows with random names, flags and numbers. The folder of a row is its index.
 Rows RandomRows(std::mt19937& random, bool wildcards) {
   Rows rows;
   const auto count = 1 + random() % 50;
@@ -317,18 +319,18 @@ TEST(DuplicateRemoval, AgreesWithTheLiteralStepsOnRandomTables) {
   EXPECT_GT(removed, 10000U);
 }
 
-TEST(DuplicateRemoval, IsTheRemovalByNeighboursWhereNamesDoNotDifferInCaseAlone) {
+TEST(DuplicateRemoval, EqualsTheRemovalByNeighboursUnlessNamesDifferOnlyInCase) {
   std::mt19937 random(12);
   std::size_t removed = 0;
   for (int round = 0; round < 3000; ++round) {
-    // With patterns each name is there once: which of several rows of a name stands beside the next name
-    // is the sort's.
+    // With wildcards, use each name once: with several rows of a name, the sort would decide which
+    // row is adjacent to the next name.
     const bool wildcards = round % 2 == 1;
     Rows rows = RandomRows(random, wildcards);
     std::set<std::string> names;
     std::erase_if(rows, [&](auto& row) {
       row[kName] = ToLower(row[kName]);
-      // A missing song has another name than any that is there.
+      // Every row is present: the two algorithms treat missing songs differently.
       row[kThere] = "1";
       row[kNumber] = std::to_string(std::stoi(row[kFolder]) * 7 % 53);
       return wildcards && !names.insert(row[kName]).second;

@@ -12,21 +12,21 @@
 namespace tallow {
 namespace {
 
-/// A name of folders without songs.
+/// A folder name that marks folders without songs.
 struct ExcludedName {
   std::string_view name;
-  bool skipped;  ///< a search does not enter it
+  bool skipped;  ///< a search does not enter the folder
 };
 
 constexpr std::array<ExcludedName, 8> kExcludedNames = {{
     {"$RECYCLE.BIN", false},  // Windows, since Vista
     {"RECYCLER", false},      // Windows NT to XP
     {".Trashes", false},      // macOS
-    {"#recycle", false},      // file servers
+    {"#recycle", false},      // NAS systems
     {"@Recycle", false},
-    {".snapshots", true},  // of btrfs
-    {".snapshot", true},   // of file servers
-    {"@eaDir", true},      // thumbnails and attributes of a file server
+    {".snapshots", true},  // btrfs
+    {".snapshot", true},   // NAS systems
+    {"@eaDir", true},      // thumbnails and attributes on NAS systems
 }};
 
 const ExcludedName* FindExcluded(std::string_view name) {

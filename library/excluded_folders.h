@@ -5,25 +5,25 @@
 
 namespace tallow {
 
-/// Whether a folder is, or lies in, one that holds no songs of its own: a recycle bin or a snapshot of this
-/// system or of another one that the disk has been used with, or what a file server keeps beside files.
+/// Whether a folder is, or lies in, a folder that never contains songs: a recycle bin or snapshot
+/// of any system that has used the disk, or the metadata that a file server stores beside files.
 ///
-/// The names are compared without regard to case, at any depth; see also IsInRecycleBin.
+/// The names are compared ignoring case, at any depth; see also IsInRecycleBin.
 bool HoldsNoSongs(std::string_view folder);
 
-/// Whether songs of a folder are not added by searches: HoldsNoSongs, and folders whose path holds
-/// "incomplete" in any case, where downloads lie that are not finished.
+/// Whether searches skip the songs of a folder: HoldsNoSongs, or the path contains "incomplete" in
+/// any case (unfinished downloads).
 bool IsExcludedFolder(std::string_view folder);
 
-/// Whether a search leaves out a folder with all below it, by the folder's own name: snapshots, which hold
-/// the whole disk many times over. Recycle bins are walked, and their files counted.
+/// Whether a search skips a folder with this name including its subfolders: snapshots, which
+/// contain the whole disk many times. Recycle bins are walked, and their files are counted.
 bool IsSkippedFolderName(std::string_view name);
 
-/// Whether a folder is, or lies in, one that a search leaves out.
+/// Whether a folder is, or lies in, a folder that IsSkippedFolderName matches.
 bool LiesInSkippedFolder(std::string_view folder);
 
-/// Whether a file of this name may be a song, where its extension says that it is one. AppleDouble files
-/// ("._name.mp3"), in which macOS keeps a file's attributes on foreign disks, are none.
+/// Whether a file with this name and a song's extension can be a song. AppleDouble files
+/// ("._name.mp3"), in which macOS stores a file's attributes on other file systems, cannot.
 bool MayBeSong(std::string_view name) noexcept;
 
 }  // namespace tallow

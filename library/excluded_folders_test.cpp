@@ -21,14 +21,14 @@ class ExcludedFolders : public LibraryTest {
     const TestDrives drives({{music.path()}});
     FileSearch(tallow, drives, nullptr).SearchDrivesForMp3s(true, {});
   }
-  /// Songs that are in the library and on the list of folders, as an earlier version left them.
+  /// Saves the songs to the library and the folder list, as earlier versions did.
   void Remember() {
     ASSERT_TRUE(library.Save());
     library.WriteOutMp3DirectoryLocations();
   }
 };
 
-TEST_F(ExcludedFolders, HoldNoSongsAtAnyDepthInAnyLetterCase) {
+TEST_F(ExcludedFolders, AreRecognizedAtAnyDepthInAnyLetterCase) {
   for (const std::string& name : kNames) {
     EXPECT_TRUE(HoldsNoSongs(music / ("a/b/" + name + "/c/"))) << name;
     EXPECT_TRUE(HoldsNoSongs(music / (ToLower(name) + "/"))) << name;
@@ -41,7 +41,7 @@ TEST_F(ExcludedFolders, HoldNoSongsAtAnyDepthInAnyLetterCase) {
   EXPECT_TRUE(IsExcludedFolder(music / "Downloads/incomplete/"));
 }
 
-TEST_F(ExcludedFolders, AreLeftOutByASearchOfTheComputer) {
+TEST_F(ExcludedFolders, AreSkippedByASearchOfTheComputer) {
   for (const std::string& name : kNames) {
     music.File(name + "/in " + name + ".mp3");
     music.File("deep/er/" + name + "/x/below " + name + ".mp3");
@@ -75,7 +75,7 @@ TEST_F(ExcludedFolders, AreNotEnteredThroughALinkEither) {
 }
 #endif
 
-TEST_F(ExcludedFolders, AppleDoubleFilesAreNoSongs) {
+TEST_F(ExcludedFolders, AppleDoubleFilesAreNotSongs) {
   EXPECT_FALSE(MayBeSong("._a.mp3"));
   EXPECT_TRUE(MayBeSong("_a.mp3"));
   EXPECT_TRUE(MayBeSong(".a.mp3"));
@@ -85,7 +85,7 @@ TEST_F(ExcludedFolders, AppleDoubleFilesAreNoSongs) {
   EXPECT_EQ(Cells(2), Texts{"a.mp3"});
 }
 
-TEST_F(ExcludedFolders, AreLeftOutOfTheUsualFolders) {
+TEST_F(ExcludedFolders, AreSkippedInTheUsualFolders) {
   AddSong(music.Folder("@Recycle"), "known.mp3", "1", "6");
   AddSong(music.path(), "b.mp3");
   music.File("@Recycle/known.mp3");
@@ -96,12 +96,12 @@ TEST_F(ExcludedFolders, AreLeftOutOfTheUsualFolders) {
   music.File("c.mp3");
   library.CheckToSeeIfFilesAreMissingAndMakeFalse();
   library.AddAnyAdditionalMp3FromTheNormalDirectories();
-  // What an earlier version has taken stays.
+  // Songs that earlier versions added stay.
   EXPECT_EQ(Cells(2), (Texts{"known.mp3", "b.mp3", "c.mp3"}));
   EXPECT_EQ(Cells(5), (Texts{"6", "2", "2"}));
 }
 
-TEST_F(ExcludedFolders, ADropOfTheirFilesIsRefusedAndSaid) {
+TEST_F(ExcludedFolders, DroppedFilesAreRefusedAndReported) {
   const std::string deleted = music.File("#recycle/a.mp3");
   const std::string attributes = music.File("._b.mp3");
   const TakenFiles taken = TakeFiles(Texts{deleted, attributes}, library);
@@ -113,7 +113,7 @@ TEST_F(ExcludedFolders, ADropOfTheirFilesIsRefusedAndSaid) {
                        "and was left out."}));
 }
 
-TEST_F(ExcludedFolders, ADropOfAFolderTakesNoAppleDoubleFiles) {
+TEST_F(ExcludedFolders, ADropOfAFolderAddsNoAppleDoubleFiles) {
   music.File("in/a.mp3");
   music.File("in/._a.mp3");
   music.File("other/._a.mp3");
@@ -122,7 +122,7 @@ TEST_F(ExcludedFolders, ADropOfAFolderTakesNoAppleDoubleFiles) {
   EXPECT_EQ(taken.problems, Texts{(music / "other") + " holds no MP3 file."});
 }
 
-TEST_F(ExcludedFolders, ASongOfOneThatIsFoundElsewhereMovesThereWithItsRank) {
+TEST_F(ExcludedFolders, ASongThatIsFoundElsewhereMovesThereWithItsRank) {
   AddSong(music.Folder("$RECYCLE.BIN/S-1"), "a.mp3", "1", "6");
   music.File("$RECYCLE.BIN/S-1/a.mp3");
   Remember();
@@ -135,7 +135,7 @@ TEST_F(ExcludedFolders, ASongOfOneThatIsFoundElsewhereMovesThereWithItsRank) {
   EXPECT_EQ(Cells(5), Texts{"6"});
 }
 
-TEST_F(ExcludedFolders, ADropMovesASongOutOfOneToo) {
+TEST_F(ExcludedFolders, ADropMovesASongOutOfAnExcludedFolderToo) {
   AddSong(music.Folder("RECYCLER"), "a.mp3", "1", "6");
   music.File("RECYCLER/a.mp3");
   const TakenFiles taken = TakeFiles(Texts{music.File("songs/a.mp3")}, library);
@@ -145,7 +145,7 @@ TEST_F(ExcludedFolders, ADropMovesASongOutOfOneToo) {
   EXPECT_EQ(Cells(5), Texts{"6"});
 }
 
-TEST_F(ExcludedFolders, AnAppleDoubleFileInTheLibraryGoesMissingAndIsRemembered) {
+TEST_F(ExcludedFolders, AnAppleDoubleFileInTheLibraryBecomesMissing) {
   AddSong(music.path(), "._a.mp3", "1", "5");
   AddSong(music.path(), "a.mp3");
   music.File("._a.mp3");

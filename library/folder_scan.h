@@ -7,28 +7,28 @@
 
 namespace tallow {
 
-// What the scans of folders share.
+// Definitions shared by the folder scans.
 
-/// The files that are songs.
+/// Pattern of song files.
 inline constexpr std::string_view kSongPattern = "*.mp3";
-/// The flag of a song that is there.
+/// Value of the flag column for a present song.
 inline constexpr std::string_view kPresent = "1";
 
-/// How many folders a thread lists at once, see ReadAhead.
+/// Batch size for listing folders with ReadAhead.
 inline constexpr std::size_t kFoldersAtOnce = 16;
 
-/// Ends reading ahead before its end.
+/// Thrown to cancel a ReadAhead.
 struct Stopped {};
 
-/// What is said of a file or folder on a disk that does not answer.
+/// Error message for a file or folder on a disk that does not answer.
 inline constexpr std::string_view kDoesNotAnswer = "The disk does not answer";
 
-/// Is told each folder that has been looked at (an empty text while one is waited for), and says whether to
-/// look at more.
+/// Progress callback of a scan, called with each folder checked, and with an empty text while
+/// waiting. Returns false to stop.
 using GoOn = std::function<bool(std::string_view folder)>;
 
-/// Is told again and again of a drive that has not answered for a second, by its root, and says whether to
-/// go on waiting for it. One that is not waited for is away.
+/// Callback, called repeatedly with the root of a drive that has not answered for a second. Returns
+/// whether to wait longer; a drive that is not waited for is away.
 using WaitForDrive = std::function<bool(std::string_view root)>;
 
 }  // namespace tallow

@@ -23,12 +23,12 @@ bool ShowsAutomounter(const MountedVolumes& volumes, const std::string& root) {
   return place != nullptr && place->automounter;
 }
 
-/// What of a folder's path lies below a root that it begins with.
+/// The part of a folder's path below one of its ancestors.
 std::string Below(std::string_view folder, std::string_view root) {
   return std::string(folder.substr(std::min(root.size(), folder.size())));
 }
 
-/// Whether a root is not there, or holds nothing, or does not answer.
+/// Whether a root does not exist, is empty, or does not answer.
 bool IsAbsent(const std::optional<FolderState>& root) {
   return !root || *root == FolderState::kNotThere || *root == FolderState::kEmpty;
 }
@@ -56,7 +56,7 @@ void KnownDrives::LookAtDrives(const LookAtVolumes& look, const AskFolders& ask)
     ask(asked);
     volumes_ = look();
   }
-  // Two drives may have one root, which is asked once.
+  // Two drives may have the same root; check each root once.
   std::map<std::string, std::optional<FolderState>> states;
   for (KnownDrive& drive : drives_) {
     drive.automounter = ShowsAutomounter(volumes_, drive.root);
@@ -88,7 +88,7 @@ bool KnownDrives::IsAway(const KnownDrive& drive, const std::optional<FolderStat
     return true;
   const VolumeFolder now = VolumeFolderOf(volumes_, drive.root);
   if (!drive.folder.volume.empty() && !now.volume.empty() && now != drive.folder) return true;
-  // Of a share whose server is down the system may say anything.
+  // The error of a share whose server is down is arbitrary, so an unreadable share counts as away.
   return IsAbsent(root) || (place != nullptr && place->network && root == FolderState::kUnreadable);
 }
 
@@ -100,7 +100,7 @@ bool KnownDrives::IsOnNetwork(std::string_view path) const {
 std::string KnownDrives::RootToSkip(std::string_view path) const {
   std::string root(ShareOfPath(path));
   const MountedVolume* const place = VolumeOf(volumes_, path);
-  // The file system of all programs and settings has answered.
+  // Do not skip the root file system: the program and its settings are on it, so it does answer.
   if (place != nullptr && place->root != std::string_view(&kSeparator, 1)) root = place->root;
   const auto prefer = [&](const std::string& other) {
     if (other.size() > std::max<std::size_t>(root.size(), 1) && LiesBelow(path, other))
@@ -161,11 +161,11 @@ KnownDrive KnownDrives::DriveAt(std::string_view folder) const {
   if (place != nullptr) drive.root = place->root;
   for (const std::string& given : given_)
     if (given.size() > drive.root.size() && LiesBelow(folder, given)) drive.root = given;
-  // What was given as a drive once stays one.
+  // A folder that was once given as a drive remains a drive.
   for (const KnownDrive& known : drives_)
     if (!known.away && known.root.size() > drive.root.size() && LiesBelow(folder, known.root))
       drive.root = known.root;
-  // Where the system tells of no drive, a share is one, or else the folder itself.
+  // Without mount information, the share is the drive, or else the folder itself.
   if (drive.root.empty()) drive.root = ShareOfPath(folder);
   if (drive.root.empty()) drive.root = folder;
   drive.mount_point = place != nullptr && IsSamePathText(place->root, drive.root);
@@ -182,7 +182,7 @@ void KnownDrives::SongsSeen(const std::vector<std::string>& seen,
   std::optional<std::size_t> last;
   for (const std::string& folder : seen) {
     KnownDrive at = DriveAt(folder);
-    // Nearly all songs are on one drive.
+    // Consecutive songs are usually on the same drive.
     if (!last || !IsSameDrive(drives_[*last], at)) {
       const auto same = std::find_if(drives_.begin(), drives_.end(), [&](const KnownDrive& drive) {
         return IsSameDrive(drive, at);

@@ -16,34 +16,36 @@
 
 namespace tallow {
 
-// The drives on which songs were found are remembered in "Drives.json", JSON in UTF-8, a drive a line:
+// The drives on which songs were found are stored in "Drives.json", JSON in UTF-8, one drive per
+// line:
 //
 //   {"format":"Tallow drives","version":1,"drives":[
-//   {"root":"/media/stick/","mountPoint":true,"volume":"uuid 1234-ABCD","inside":"/","folders":["abba/",""]}]}
+//   {"root":"/mnt/","mountPoint":true,"volume":"uuid 12-AB","inside":"/","folders":["abba/",""]}]}
 //
-// "root" is the place where the drive was seen last: a mount point, a drive letter, a share, or a folder that
-// was given as a drive. "volume" and "inside" tell which folder of which file system that was (VolumeFolder);
-// both are empty where nothing told. "folders" are those in which its songs were seen last, below the root.
-// Two drives may have one root: sticks that are plugged in in turn.
+// "root" is the path where the drive was last seen: a mount point, a drive letter, a share, or a
+// folder that was given as a drive. "volume" and "inside" identify the file system and the folder
+// in it that was mounted there (VolumeFolder); both are empty when unknown. "folders" are the
+// folders in which songs were last seen, relative to the root. Two drives may have the same root,
+// e.g. USB sticks plugged in alternately.
 
 /// A drive on which songs were found.
 struct KnownDrive {
   std::string root;  ///< ends in a separator
   bool mount_point = false;
   VolumeFolder folder;
-  std::set<std::string>
-      folders;  ///< below the root, each ending in a separator, or empty: the root itself
+  /// Relative to root, each ending in a separator; the empty text is the root itself.
+  std::set<std::string> folders;
 
-  bool away = false;         ///< at the last LookAtDrives
-  bool automounter = false;  ///< and of it only an automounter is there
-  std::string moved_to;      ///< where it is shown now instead of at its root; empty: nowhere else
+  bool away = false;         ///< as of the last LookAtDrives
+  bool automounter = false;  ///< away, and an automounter is waiting at the root
+  std::string moved_to;      ///< current path if mounted elsewhere than at root; empty otherwise
 };
 
-/// The drives on which songs were found, and whether they are there.
+/// The drives on which songs were found, and whether they are mounted.
 ///
-/// A drive is away when its root is not there, when the root was a mount point and is none now, when it is
-/// an empty folder, or when another file system is known to be shown there. What has no identity is never
-/// another one.
+/// A drive is away when its root does not exist or is an empty folder, when the root was a mount
+/// point and no longer is, or when another file system is mounted there. A drive without a volume
+/// identity is never taken for another drive.
 class KnownDrives {
  public:
   /// \param given roots that were given as drives, each ending in a separator
@@ -51,80 +53,81 @@ class KnownDrives {
 
   const std::vector<KnownDrive>& Drives() const noexcept { return drives_; }
 
-  /// Looks into folders as StateOfFolder does. No value for one that does not answer.
+  /// Callback that gets the state of folders, see StateOfFolder. No value for a folder that does
+  /// not answer.
   using AskFolders =
       std::function<std::vector<std::optional<FolderState>>(const std::vector<std::string>&)>;
 
-  /// Finds out which drives are away. A root that shows only an automounter is opened once first. A drive
-  /// that does not answer is away.
+  /// Determines which drives are away. A root with an automounter is first opened once, to trigger
+  /// the mount. A drive that does not answer is away.
   void LookAtDrives(const LookAtVolumes& look, const AskFolders& ask = AskAtOnce);
-  /// An AskFolders that waits as long as it takes.
+  /// An AskFolders without a timeout.
   static std::vector<std::optional<FolderState>> AskAtOnce(const std::vector<std::string>& folders);
 
-  /// Whether a path lies on a drive of the network.
+  /// Whether a path is on a network drive.
   bool IsOnNetwork(std::string_view path) const;
 
-  /// What is given up when a path does not answer: the drive that it lies on, or of the file system that
-  /// holds everything else the folder. Ends in a separator.
+  /// The root to give up when a path does not answer: the root of its drive, or the path's folder
+  /// when it is on the root file system. Ends in a separator.
   std::string RootToSkip(std::string_view path) const;
 
-  /// The drives at a root, and those below it, are away until the next LookAtDrives.
+  /// Marks the drives at or below a root as away until the next LookAtDrives.
   void MarkAway(std::string_view root);
 
-  /// What is known of a song that was not found in a folder.
+  /// What to conclude about a song that was not found in its folder.
   enum class Verdict {
-    kMissing,       ///< the drives of the folder are there
-    kAway,          ///< one of them is away
-    kUnremembered,  ///< no drive of the folder is remembered
+    kMissing,       ///< the folder's drives are mounted, so the song is missing
+    kAway,          ///< at least one of the folder's drives is away
+    kUnremembered,  ///< no drive is known for the folder
   };
   struct FolderVerdict {
     Verdict verdict = Verdict::kUnremembered;
-    std::string away_root;              ///< of the drive that is away
-    std::vector<std::string> moved_to;  ///< where the folder may be now, each ending in a separator
+    std::string away_root;              ///< root of the away drive
+    std::vector<std::string> moved_to;  ///< new paths of the folder, each ending in a separator
   };
   FolderVerdict VerdictOf(std::string_view folder) const;
 
-  /// Songs were found in these folders, and in `kept` are songs of which nobody can tell. Drives keep no
-  /// other folders.
+  /// Updates the folders of each drive: `seen` are folders where songs were found, `kept` are
+  /// folders with songs that are away. All other folders are dropped.
   ///
-  /// \param complete false: more folders than these hold songs, so none is dropped
+  /// \param complete false when other folders may contain songs too; then no folder is dropped
   void SongsSeen(const std::vector<std::string>& seen, const std::vector<std::string>& kept,
                  bool complete);
 
-  /// The root of a drive that is away on which a path lies; empty for none.
+  /// The root of the away drive that contains a path; empty for none.
   std::string AwayRootOf(std::string_view path) const;
 
-  /// Whether a folder lies on a drive of which only an automounter is there: looking into it may take long,
-  /// and tells nothing.
+  /// Whether a folder is on a drive that only has an automounter at its root. Checking the folder
+  /// may take long and give no result.
   bool IsBehindAutomounter(std::string_view folder) const;
 
-  /// A drive that has moved is at its new root from now on.
+  /// Sets the root of each drive mounted elsewhere to its new path.
   void TakeNewRoots();
 
-  /// Forgets the drives of a root that are away.
+  /// Forgets the away drives with this root.
   void Forget(std::string_view root);
 
-  /// Whether a root is that of a drive, or a folder of one.
+  /// Whether this is the root of a known drive, or a folder with songs on one.
   bool Knows(std::string_view root) const;
 
   bool IsDirty() const noexcept { return is_dirty_; }
   void MarkSaved() noexcept { is_dirty_ = false; }
   std::string Encode() const;
-  /// Takes over the content of a file.
-  /// \throws std::exception saying what is wrong with it; nothing has changed then
+  /// Parses the content of the file.
+  /// \throws std::exception describing the error; nothing has changed then
   void Decode(const std::string& bytes);
 
  private:
   void Index();
   bool IsAway(const KnownDrive& drive, const std::optional<FolderState>& root) const;
-  /// The drive of a folder where songs were found: its root, and what is shown there.
+  /// The drive of a folder with songs: its root, and what is mounted there.
   KnownDrive DriveAt(std::string_view folder) const;
 
   std::vector<std::string> given_;
-  std::vector<std::string> absent_given_;  ///< that are not there, or are empty
+  std::vector<std::string> absent_given_;  ///< roots that do not exist or are empty
   std::vector<KnownDrive> drives_;
-  MountedVolumes volumes_;  ///< at the last LookAtDrives
-  /// Places in drives_ by PathKey of the folder's full path.
+  MountedVolumes volumes_;  ///< as of the last LookAtDrives
+  /// Indexes in drives_ by PathKey of the folder's full path.
   std::unordered_map<std::string, std::vector<std::size_t>> by_folder_;
   bool is_dirty_ = false;
 };

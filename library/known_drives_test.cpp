@@ -11,7 +11,7 @@ namespace {
 
 using Verdict = KnownDrives::Verdict;
 
-/// Two folders that stand for mount points, with whatever is said to be mounted there.
+/// Two folders that simulate mount points, with a simulated mount table.
 class KnownDrivesTest : public testing::Test {
  protected:
   KnownDrivesTest() { MakeSong(one); }
@@ -37,7 +37,7 @@ class KnownDrivesTest : public testing::Test {
       return mounted;
     });
   }
-  /// \param kept whether songs of the same folder were not found
+  /// \param kept whether other songs in the same folder are away
   void Remember(const std::string& root, bool kept = false) {
     Look();
     const std::string abba = root + "abba" + kSep;
@@ -57,14 +57,14 @@ class KnownDrivesTest : public testing::Test {
   int looks = 0;
 };
 
-TEST_F(KnownDrivesTest, AFolderOfNoDriveIsUnremembered) {
+TEST_F(KnownDrivesTest, AFolderOfNoKnownDriveIsUnremembered) {
   EXPECT_EQ(VerdictOf(one), Verdict::kUnremembered);
   Mount(one, "uuid A");
   Remember(one);
   EXPECT_EQ(VerdictOf(two), Verdict::kUnremembered);
 }
 
-TEST_F(KnownDrivesTest, OnADriveThatIsThereASongIsMissing) {
+TEST_F(KnownDrivesTest, OnAMountedDriveASongIsMissing) {
   Mount(one, "uuid A");
   Remember(one);
   EXPECT_EQ(VerdictOf(one), Verdict::kMissing);
@@ -74,7 +74,7 @@ TEST_F(KnownDrivesTest, OnADriveThatIsThereASongIsMissing) {
   EXPECT_EQ(drives.Drives()[0].folder, (VolumeFolder{"uuid A", kSep}));
 }
 
-TEST_F(KnownDrivesTest, ARootThatIsNotThereIsAway) {
+TEST_F(KnownDrivesTest, AMissingRootIsAway) {
   Mount(one, "uuid A");
   Remember(one);
   std::filesystem::remove_all(std::filesystem::path(one));
@@ -82,7 +82,7 @@ TEST_F(KnownDrivesTest, ARootThatIsNotThereIsAway) {
   EXPECT_EQ(drives.VerdictOf(one + "abba" + kSep).away_root, one);
 }
 
-TEST_F(KnownDrivesTest, AMountPointThatIsNoneNowIsAway) {
+TEST_F(KnownDrivesTest, AnUnmountedMountPointIsAway) {
   Mount(one, "");
   Remember(one);
   EXPECT_EQ(VerdictOf(one), Verdict::kMissing);
@@ -90,14 +90,14 @@ TEST_F(KnownDrivesTest, AMountPointThatIsNoneNowIsAway) {
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
 }
 
-TEST_F(KnownDrivesTest, AnEmptyFolderWhereSongsWereIsAway) {
+TEST_F(KnownDrivesTest, AnEmptyRootIsAway) {
   Mount(one, "");
   Remember(one);
   Clear(one);
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
 }
 
-TEST_F(KnownDrivesTest, AShareOfWhichNobodyCanTellIsAway) {
+TEST_F(KnownDrivesTest, AnUnreadableShareIsAway) {
   Mount(one, "source server");
   mounted.back().network = true;
   Remember(one);
@@ -123,7 +123,7 @@ TEST_F(KnownDrivesTest, AnotherKnownVolumeMeansAway) {
   EXPECT_EQ(VerdictOf(one), Verdict::kMissing);
 }
 
-TEST_F(KnownDrivesTest, AnotherPartOfAVolumeIsAnother) {
+TEST_F(KnownDrivesTest, AnotherFolderOfAVolumeIsAnotherDrive) {
   mounted.push_back({one, {"uuid A", kSep + "music" + kSep}, false});
   Remember(one);
   Unmount(one);
@@ -131,7 +131,7 @@ TEST_F(KnownDrivesTest, AnotherPartOfAVolumeIsAnother) {
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
 }
 
-TEST_F(KnownDrivesTest, WhatHasNoIdentityIsNeverAnother) {
+TEST_F(KnownDrivesTest, WithoutAVolumeIdentityItIsTheSameDrive) {
   Mount(one, "");
   Remember(one);
   Mount(one, "uuid B");
@@ -141,11 +141,11 @@ TEST_F(KnownDrivesTest, WhatHasNoIdentityIsNeverAnother) {
   Mount(one, "");
   EXPECT_EQ(VerdictOf(one), Verdict::kMissing);
   Remember(one);
-  // What was known of it stays.
+  // The known volume is kept.
   EXPECT_EQ(drives.Drives()[0].folder.volume, "uuid B");
 }
 
-TEST_F(KnownDrivesTest, AnAutomounterIsOpenedOnceBeforeItCountsAsAway) {
+TEST_F(KnownDrivesTest, AnAutomounterIsOpenedOnceBeforeItIsAway) {
   Mount(one, "uuid A");
   Remember(one);
   Unmount(one);
@@ -153,7 +153,7 @@ TEST_F(KnownDrivesTest, AnAutomounterIsOpenedOnceBeforeItCountsAsAway) {
   looks = 0;
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
   EXPECT_EQ(looks, 2);
-  // Opening it has mounted the drive.
+  // Opening the root has mounted the drive.
   looks = 0;
   drives.LookAtDrives([this] {
     if (++looks == 2) mounted.back() = {one, {"uuid A", kSep}, false};
@@ -162,7 +162,7 @@ TEST_F(KnownDrivesTest, AnAutomounterIsOpenedOnceBeforeItCountsAsAway) {
   EXPECT_EQ(drives.VerdictOf(one + "abba" + kSep).verdict, Verdict::kMissing);
 }
 
-TEST_F(KnownDrivesTest, OfTwoSticksAtOneRootASongIsAwayWhenOneOfThemIs) {
+TEST_F(KnownDrivesTest, WithTwoSticksAtOneRootASongIsAwayWhenOneOfThemIs) {
   Mount(one, "uuid A");
   Remember(one);
   Mount(one, "uuid B");
@@ -173,7 +173,7 @@ TEST_F(KnownDrivesTest, OfTwoSticksAtOneRootASongIsAwayWhenOneOfThemIs) {
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
 }
 
-TEST_F(KnownDrivesTest, AVolumeAtAnotherRootIsBack) {
+TEST_F(KnownDrivesTest, AVolumeMountedElsewhereIsFound) {
   Mount(one, "uuid A");
   Remember(one);
   Unmount(one);
@@ -189,7 +189,7 @@ TEST_F(KnownDrivesTest, AVolumeAtAnotherRootIsBack) {
   EXPECT_EQ(VerdictOf(one), Verdict::kUnremembered);
 }
 
-TEST_F(KnownDrivesTest, AGivenFolderIsADriveWithItsPlaceOnTheVolume) {
+TEST_F(KnownDrivesTest, AGivenFolderIsADriveWithItsFolderOnTheVolume) {
   Mount(one, "uuid A");
   const std::string given = one + "abba" + kSep;
   drives = KnownDrives({given});
@@ -199,7 +199,7 @@ TEST_F(KnownDrivesTest, AGivenFolderIsADriveWithItsPlaceOnTheVolume) {
   EXPECT_EQ(drives.Drives()[0].root, given);
   EXPECT_FALSE(drives.Drives()[0].mount_point);
   EXPECT_EQ(drives.Drives()[0].folder, (VolumeFolder{"uuid A", kSep + "abba" + kSep}));
-  // The stick comes back elsewhere.
+  // The stick is mounted elsewhere.
   Unmount(one);
   Clear(one);
   MakeSong(two);
@@ -217,26 +217,26 @@ TEST_F(KnownDrivesTest, AGivenFolderThatIsNotThereIsKnown) {
   EXPECT_FALSE(drives.Knows(two));
 }
 
-TEST_F(KnownDrivesTest, ADriveThatIsThereKeepsTheFoldersWithSongsOnly) {
+TEST_F(KnownDrivesTest, AMountedDriveKeepsOnlyFoldersWithSongs) {
   Mount(one, "");
   Look();
   drives.SongsSeen({one + "abba" + kSep, one + "queen" + kSep}, {}, true);
   drives.SongsSeen({one + "abba" + kSep}, {}, true);
   EXPECT_EQ(drives.Drives()[0].folders, (std::set<std::string>{"abba" + kSep}));
-  // Of those that cannot be read nobody knows.
+  // Folders with away songs are kept only if they were known before.
   drives.SongsSeen({one + "abba" + kSep}, {one + "queen" + kSep}, true);
   EXPECT_EQ(drives.Drives()[0].folders, (std::set<std::string>{"abba" + kSep}));
   drives.SongsSeen({one + "abba" + kSep, one + "queen" + kSep}, {}, true);
   drives.SongsSeen({one + "abba" + kSep}, {one + "queen" + kSep}, true);
   EXPECT_EQ(drives.Drives()[0].folders.size(), 2U);
-  // A search that was cancelled has not seen all.
+  // A cancelled search has not seen all folders.
   drives.SongsSeen({}, {}, false);
   EXPECT_EQ(drives.Drives()[0].folders.size(), 2U);
   drives.SongsSeen({}, {}, true);
   EXPECT_TRUE(drives.Drives().empty());
 }
 
-TEST_F(KnownDrivesTest, AVolumeWhoseSongsAreAllOnAnotherOneIsForgotten) {
+TEST_F(KnownDrivesTest, AVolumeWhoseSongsAreAllOnAnotherVolumeIsForgotten) {
   Mount(one, "uuid A");
   Remember(one);
   Mount(one, "uuid B");
@@ -255,7 +255,7 @@ TEST_F(KnownDrivesTest, ADriveThatIsAwayKeepsItsFolders) {
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
 }
 
-TEST_F(KnownDrivesTest, ForgettingTakesTheAwayDriveOfARootOnly) {
+TEST_F(KnownDrivesTest, ForgettingARootForgetsOnlyItsAwayDrive) {
   Mount(one, "uuid A");
   Remember(one);
   Mount(one, "uuid B");
@@ -284,7 +284,7 @@ TEST_F(KnownDrivesTest, TheFileHoldsEverything) {
   EXPECT_EQ(read.Encode(), drives.Encode());
 }
 
-TEST_F(KnownDrivesTest, ADriveWithoutAnyTableIsTheShareOrTheFolderItself) {
+TEST_F(KnownDrivesTest, WithoutMountInformationTheDriveIsTheShareOrTheFolder) {
   mounted.clear();
   Look();
   drives.SongsSeen({"\\\\server\\music\\abba\\", one}, {}, true);

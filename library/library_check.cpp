@@ -10,14 +10,15 @@
 namespace tallow {
 namespace {
 
-/// The header of the companion beside a library file; no value where there is none that can be used.
+/// Reads the header of the companion beside a library file; no value when there is no usable
+/// companion.
 std::optional<CompanionHeader> CompanionBeside(const std::string& path) {
   try {
     const auto bytes =
         ReadWholeFile(std::string(FolderOfPath(path)).append(kCompanionFileName), kMaxLibraryBytes);
     return bytes ? HeaderOfCompanion(*bytes) : std::nullopt;
   } catch (const FileError&) {
-    // Said when its facts are read.
+    // LoadFacts reports this error.
     return std::nullopt;
   }
 }
@@ -40,13 +41,13 @@ LibraryCheck CheckLibrary(const std::string& path) {
     const LibraryInspection backup = InspectLibrary(path + std::string(kBackupSuffix));
     if (backup.sound && IsOf(*companion, backup.checksum)) check.last_good = backup.usable;
   } catch (const FileError&) {
-    // One that cannot be read is no help.
+    // An unreadable backup cannot be used.
   }
   return check;
 }
 
 std::string FreeSetAsidePath(const std::string& path) {
-  // More are not worth keeping: the last one is replaced.
+  // Keep at most nine damaged files; the ninth is replaced.
   constexpr int kMaxSetAside = 9;
   std::string free = path + std::string(kSetAsideSuffix);
   for (int number = 2; number <= kMaxSetAside && !IsGone(free); ++number)

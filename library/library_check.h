@@ -9,39 +9,40 @@
 
 namespace tallow {
 
-/// What a library file's name carries when another one was taken in its place.
+/// Suffix of a library file that was replaced by its backup.
 inline constexpr std::string_view kSetAsideSuffix = ".damaged";
 
-/// What a library file is worth, by itself and by the checksums in its companion.
+/// The condition of a library file, from its content and from the checksums in its companion.
 struct LibraryCheck {
   LibraryInspection file;
-  /// The companion has the file's checksum, or that of the one before: these are bytes that Tallow wrote.
+  /// The file's checksum is in the companion, as the current or the previous library: Tallow wrote
+  /// these bytes.
   bool is_whole = false;
-  /// There is a sound companion, and the file's checksum is not in it.
+  /// There is a valid companion, and the file's checksum is not in it.
   bool is_changed = false;
-  /// How many songs the backup beside it holds, whose checksum is in the companion. No value where there is
-  /// none, or where the file itself needs none.
+  /// Number of songs in the backup, if the companion has its checksum. No value when there is no
+  /// such backup, and when the file is whole.
   std::optional<std::int32_t> last_good;
 };
 
 /// Inspects a library file and compares it with its companion.
 ///
-/// Bytes that change on a disk mostly leave a file that still parses, with another rank, name or folder in
-/// it; only the checksums tell. Two are right because a program may end between writing the companion and
-/// writing the library.
+/// A file with changed bytes usually still parses, with a different rank, name or folder; only a
+/// checksum detects that. Two checksums are valid, because the program may end after writing the
+/// companion and before writing the library.
 ///
-/// \param path of the library file; its companion and its backup lie beside it
+/// \param path of the library file; the companion and the backup are beside it
 /// \throws FileError when the library exists but cannot be read
 LibraryCheck CheckLibrary(const std::string& path);
 
-/// The name under which a library file is set aside: kSetAsideSuffix behind its own, and a number where that
-/// is taken.
+/// A free name for keeping a damaged library file: its name, kSetAsideSuffix, and a number if that
+/// name exists.
 std::string FreeSetAsidePath(const std::string& path);
 
-/// Puts the backup in the place of a library file.
+/// Replaces a library file by its backup.
 ///
-/// \param set_aside where the library file is kept, see FreeSetAsidePath
-/// \throws FileError; the library file is as it was then
+/// \param set_aside where to keep the replaced file, see FreeSetAsidePath
+/// \throws FileError; the library file is then unchanged
 void UseLastGood(const std::string& path, const std::string& set_aside);
 
 }  // namespace tallow

@@ -12,7 +12,7 @@ namespace {
 
 class LibraryCheckTest : public LibraryTest {
  protected:
-  /// Saves a library of some songs, then the same one with another rank.
+  /// Saves a library of three songs, then the same library with another rank.
   void SaveTwice() {
     for (const char* name : {"a.mp3", "b.mp3", "c.mp3"}) AddSong(music.path(), name);
     library.Save();
@@ -25,7 +25,7 @@ class LibraryCheckTest : public LibraryTest {
   }
 };
 
-TEST_F(LibraryCheckTest, WhatWasSavedIsWhole) {
+TEST_F(LibraryCheckTest, ASavedLibraryIsWhole) {
   SaveTwice();
   const LibraryCheck check = CheckLibrary(LibraryPath());
   EXPECT_TRUE(check.is_whole);
@@ -33,14 +33,14 @@ TEST_F(LibraryCheckTest, WhatWasSavedIsWhole) {
   EXPECT_FALSE(check.last_good);
 }
 
-TEST_F(LibraryCheckTest, SoIsTheOneBefore) {
+TEST_F(LibraryCheckTest, ThePreviousLibraryIsWholeToo) {
   SaveTwice();
-  // The program ended between the companion and the library.
+  // As if the program had ended between writing the companion and writing the library.
   Write(LibraryPath(), *ReadWholeFile(Backup()));
   EXPECT_TRUE(CheckLibrary(LibraryPath()).is_whole);
 }
 
-TEST_F(LibraryCheckTest, EveryByteThatChangesIsSeen) {
+TEST_F(LibraryCheckTest, EveryChangedByteIsDetected) {
   SaveTwice();
   const std::string good = *ReadWholeFile(LibraryPath());
   for (std::size_t at = 0; at < good.size(); ++at) {
@@ -53,7 +53,7 @@ TEST_F(LibraryCheckTest, EveryByteThatChangesIsSeen) {
   }
 }
 
-TEST_F(LibraryCheckTest, ABackupOfOtherBytesIsNotTheLastGoodOne) {
+TEST_F(LibraryCheckTest, AChangedBackupIsNotTheLastGoodLibrary) {
   SaveTwice();
   Write(LibraryPath(), *ReadWholeFile(LibraryPath()) + std::string(24, '\0'));
   std::string bytes = *ReadWholeFile(Backup());
@@ -72,7 +72,7 @@ TEST_F(LibraryCheckTest, WithoutACompanionNothingIsKnown) {
   EXPECT_FALSE(check.last_good);
 }
 
-TEST_F(LibraryCheckTest, OfALibraryThatIsGoneTheLastGoodOneIsFound) {
+TEST_F(LibraryCheckTest, ForAMissingLibraryTheLastGoodOneIsFound) {
   SaveTwice();
   RemoveFile(LibraryPath());
   const LibraryCheck check = CheckLibrary(LibraryPath());
@@ -87,7 +87,7 @@ TEST_F(LibraryCheckTest, TheFirstSaveLeavesABackupToo) {
   EXPECT_EQ(ReadWholeFile(Backup()), ReadWholeFile(LibraryPath()));
 }
 
-TEST_F(LibraryCheckTest, TheBackupIsTheLibraryBefore) {
+TEST_F(LibraryCheckTest, TheBackupIsThePreviousLibrary) {
   AddSong(music.path(), "a.mp3");
   library.Save();
   const std::string first = *ReadWholeFile(LibraryPath());
@@ -97,7 +97,7 @@ TEST_F(LibraryCheckTest, TheBackupIsTheLibraryBefore) {
   EXPECT_NE(ReadWholeFile(LibraryPath()), first);
 }
 
-TEST_F(LibraryCheckTest, UsingTheLastGoodOneKeepsTheOther) {
+TEST_F(LibraryCheckTest, UseLastGoodKeepsTheReplacedFile) {
   SaveTwice();
   const std::string good = *ReadWholeFile(Backup());
   Write(LibraryPath(), "damaged");
@@ -112,7 +112,7 @@ TEST_F(LibraryCheckTest, UsingTheLastGoodOneKeepsTheOther) {
   EXPECT_THROW(UseLastGood(LibraryPath(), set_aside), FileError);
 }
 
-TEST_F(LibraryCheckTest, AFileBeyondTwoGiBIsNoLibrary) {
+TEST_F(LibraryCheckTest, AFileLargerThanTwoGiBIsNotALibrary) {
   SaveTwice();
   std::filesystem::resize_file(LibraryPath(), std::uintmax_t{1} << 31U);
   const LibraryInspection file = InspectLibrary(LibraryPath());

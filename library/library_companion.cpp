@@ -26,7 +26,8 @@ void Append(std::string& to, Integer value) {
   to.append(bytes, sizeof bits);
 }
 
-/// \param at where the number begins; the bytes have to be there
+/// Reads a little-endian integer.
+/// \param at position of the first byte; the bytes must exist
 template <typename Integer>
 Integer Read(std::string_view bytes, std::size_t at) {
   std::make_unsigned_t<Integer> bits = 0;
@@ -37,20 +38,21 @@ Integer Read(std::string_view bytes, std::size_t at) {
   return static_cast<Integer>(bits);
 }
 
-/// What a companion holds of a row.
+/// The facts that a companion stores for a row.
 struct RowFacts {
   std::int64_t size;
   std::int32_t added;
 };
 
-/// \param bytes of a sound companion
-/// \param row   from 1; the companion has to have it
+/// Reads the facts of a row.
+/// \param bytes of a valid companion
+/// \param row   from 1; the companion must contain it
 RowFacts FactsOf(std::string_view bytes, std::int32_t row) {
   const std::size_t at = kHeaderBytes + kRowBytes * static_cast<std::size_t>(row - 1);
   return {Read<std::int64_t>(bytes, at), Read<std::int32_t>(bytes, at + sizeof(std::int64_t))};
 }
 
-/// How many rows of a table a sound companion knows.
+/// The number of rows that both a valid companion and the table have.
 std::int32_t RowsIn(std::string_view bytes, const SongTable& table) {
   return std::min(Read<std::int32_t>(bytes, kRowsOffset), table.rows());
 }

@@ -14,7 +14,7 @@ SongTable TableOf(std::int32_t rows) {
   return table;
 }
 
-TEST(LibraryCompanion, GivesTheFactsBack) {
+TEST(LibraryCompanion, EncodedFactsAreDecoded) {
   const std::string bytes = EncodeCompanion({11, 22, 33, -1}, TableOf(3));
   EXPECT_EQ(bytes.size(), 36U + 3 * 12 + 8);
   SongTable table;
@@ -30,7 +30,7 @@ TEST(LibraryCompanion, GivesTheFactsBack) {
   EXPECT_EQ(table.Facts(3).away, 0U);
 }
 
-TEST(LibraryCompanion, AnotherOneGivesTheFactsThatRowsLack) {
+TEST(LibraryCompanion, CompleteFactsSetsOnlyMissingFacts) {
   const std::string bytes = EncodeCompanion({11, 22, 0, 0}, TableOf(2));
   SongTable table;
   table.Resize(3);
@@ -46,7 +46,7 @@ TEST(LibraryCompanion, AnotherOneGivesTheFactsThatRowsLack) {
   EXPECT_EQ(none.Facts(1).added, 0);
 }
 
-TEST(LibraryCompanion, BelongsToTheLibraryBeforeToo) {
+TEST(LibraryCompanion, BelongsToThePreviousLibraryToo) {
   const std::string bytes = EncodeCompanion({11, 22, 0, 0}, TableOf(3));
   SongTable before;
   before.Resize(2);
@@ -55,8 +55,8 @@ TEST(LibraryCompanion, BelongsToTheLibraryBeforeToo) {
   EXPECT_FALSE(DecodeCompanion(bytes, 23, before));
 }
 
-TEST(LibraryCompanion, TheSameBytesMakeTheSameFile) {
-  // The example of the format: one row of 4183022 bytes, added on day 20779.
+TEST(LibraryCompanion, TheFormatHasTheDocumentedBytes) {
+  // Example: one row with a file of 4183022 bytes, added on day 20779.
   SongTable table;
   table.Resize(1);
   table.Facts(1) = {.size = 4183022, .added = 20779, .away = 0};
@@ -66,11 +66,11 @@ TEST(LibraryCompanion, TheSameBytesMakeTheSameFile) {
       "\xEE\xD3\x3F\0\0\0\0\0\x2B\x51\0\0",
       48);
   EXPECT_EQ(bytes.substr(0, 48), expected);
-  // XXH64 of nothing, a published figure.
+  // The published XXH64 checksum of empty input.
   EXPECT_EQ(ChecksumOf(""), 0xEF46DB3751D8E999U);
 }
 
-TEST(LibraryCompanion, ADamagedOneIsAsNone) {
+TEST(LibraryCompanion, ADamagedCompanionIsIgnored) {
   const std::string whole = EncodeCompanion({11, 22, 0, 0}, TableOf(3));
   SongTable table;
   table.Resize(3);

@@ -17,14 +17,14 @@ namespace {
 
 constexpr std::size_t kLengthBytes = 2;
 
-/// The table's column of each text of a record.
+/// Maps the fields of a record, in file order, to the table's columns.
 constexpr std::array<std::int16_t, kSongColumns> kColumnOfField = {
     kFileName, kFileLocation, kRecordNumber, kFileIsThere, kSongRank, 6, 7, 8, 9, 10, 11, 12};
 
-/// Whether a record that was read where one has to begin is that of a song. No file system has names
-/// with a NUL, so a text that swallowed the lengths behind it is recognized.
+/// Whether a record read at the expected position is a song. File names never contain NUL, so a
+/// field that swallowed the length bytes of the next fields is detected.
 bool IsSong(const LibraryRecord& record) noexcept {
-  // The cheap tests come first: a search asks this of every byte of a damaged file.
+  // Cheap checks first: NextPlausible calls this for every byte of a damaged file.
   constexpr std::size_t kMaxDigits = 11;
   if (record[kNameField].empty()) return false;
   for (const std::size_t field : {kNumberField, kThereField, kRankField})
@@ -36,16 +36,16 @@ bool IsSong(const LibraryRecord& record) noexcept {
   });
 }
 
-/// Whether a record that was read anywhere in a damaged file can be that of a song; random bytes rarely
-/// pass.
+/// Whether a record read at an arbitrary position of a damaged file can be a song. Random bytes
+/// rarely pass.
 bool IsPlausible(const LibraryRecord& record) noexcept {
   const std::string_view there = record[kThereField];
   return IsSong(record) && (there == "0" || there == "1") &&
          TryConvertToInt32(record[kRankField]).has_value();
 }
 
-/// The first place from a position on where a plausible record begins that is the last one or has
-/// another plausible one behind it; the end of the bytes when there is none.
+/// The first position at or after `from` where a plausible record begins that is the last record,
+/// or is followed by another plausible record. The size of the bytes when there is none.
 std::size_t NextPlausible(std::string_view bytes, std::size_t from) noexcept {
   for (std::size_t at = from; at < bytes.size(); ++at) {
     LibraryReader reader(bytes, at);
@@ -140,8 +140,7 @@ std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table) {
       found.push_back(record);
       at = reader.position();
     } else {
-      // Damage, or a record that stands for no song; where the next one begins is only certain when
-      // it looks like one.
+      // Damaged, or a record without a song. Resynchronize at the next plausible record.
       at = NextPlausible(bytes, at + 1);
     }
   }
@@ -151,7 +150,8 @@ std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table) {
     numbers.push_back(ConvertToInt32(record[kNumberField]));
     present.push_back(NumericValue(record[kThereField]) != 0);
   }
-  // A number far beyond what the file can hold is damaged too and must not blow the table up.
+  // A number too large for this file size is damaged too. MaxRecords keeps the table from growing
+  // to that number.
   const std::vector<std::size_t> by_row =
       PlacesByNumber(numbers, present, MaxRecords(bytes.size()));
   table = SongTable();

@@ -11,14 +11,14 @@
 
 namespace tallow {
 
-/// The library file's name, in the folder of the setting LocOfGroupingDir.
+/// The library file's name. The file is in the folder of the setting LocOfGroupingDir.
 inline constexpr std::string_view kLibraryFileName = "FileLocNames.lmz";
 
-// The record file "FileLocNames.lmz" holds every row of the song table.
+// The library file "FileLocNames.lmz" contains every row of the song table.
 //
-// It has no header, no trailer and no count: records follow one another to the end of the file. A
-// record is twelve texts; a text is its length n as 16 bits, low byte first, and n bytes. Nothing
-// is padded and nothing ends a text.
+// It has no header, no trailer and no count: records follow each other to the end of the file. A
+// record is twelve texts; a text is its length n as 16 bits, low byte first, followed by n bytes.
+// There is no padding, and texts have no terminator.
 //
 // | Text of the record | Column of the table |
 // |---|---|
@@ -38,15 +38,15 @@ inline constexpr std::string_view kLibraryFileName = "FileLocNames.lmz";
 //   01 00 32                        2, the rank
 //   00 00, seven times
 //
-// A record whose first text is empty stands for no song: readers skip it.
+// A record whose first text is empty is not a song: readers skip it.
 
-/// Most bytes of one text of a record.
+/// Maximum length of one text of a record, in bytes.
 inline constexpr std::size_t kMaxFieldBytes = 0xFFFF;
 
-/// The twelve texts of a record in the file's order, as views of the file's bytes.
+/// The twelve texts of a record in file order, as views of the file's bytes.
 using LibraryRecord = std::array<std::string_view, kSongColumns>;
 
-/// Places in a LibraryRecord, from 0.
+/// Indexes in a LibraryRecord, from 0.
 enum LibraryField : std::size_t {
   kNameField = 0,
   kLocationField = 1,
@@ -55,23 +55,23 @@ enum LibraryField : std::size_t {
   kRankField = 4,
 };
 
-/// Reads the records of a library file's bytes one after another.
+/// Parses the records of a library file.
 class LibraryReader {
  public:
   enum class Result {
-    kRecord,   ///< a whole record was read
-    kEnd,      ///< the bytes ended where a record ends
-    kDamaged,  ///< a text is longer than what is left of the bytes
+    kRecord,   ///< a complete record was read
+    kEnd,      ///< the end of the bytes, at the end of a record
+    kDamaged,  ///< a text is longer than the remaining bytes
   };
 
-  /// \param bytes have to outlive the reader and the records
-  /// \param begin where the first record begins
+  /// \param bytes must outlive the reader and the records
+  /// \param begin position of the first record
   explicit LibraryReader(std::string_view bytes, std::size_t begin = 0) noexcept
       : bytes_(bytes), position_(begin) {}
 
   Result Next(LibraryRecord& record) noexcept;
 
-  /// Where the next record begins; where the damaged one does after kDamaged.
+  /// Position of the next record; after kDamaged, of the damaged record.
   std::size_t position() const noexcept { return position_; }
 
  private:
@@ -79,42 +79,45 @@ class LibraryReader {
   std::size_t position_;
 };
 
-/// A number that no record of a file of so many bytes can have: it holds fewer records than this, plus one.
-/// \param bytes of the file
+/// The highest record number accepted for a file of that size: the number of 24-byte records (the
+/// minimum) that fit, plus one.
+/// \param bytes size of the file
 std::int32_t MaxRecords(std::size_t bytes) noexcept;
 
-/// The bytes of the library file of a table.
+/// Encodes a table as a library file.
 ///
 /// \throws FileError naming the song when a text is longer than kMaxFieldBytes
 std::string EncodeLibrary(const SongTable& table);
 
-/// Most bytes of a library file, as many as a signed 32-bit number counts. A larger file is none.
+/// Maximum size of a library file, the largest signed 32-bit number. A larger file is not a
+/// library.
 inline constexpr std::uint64_t kMaxLibraryBytes = 0x7FFFFFFF;
 
-/// What a library file is worth, without loading it.
+/// The condition of a library file, found without loading it.
 struct LibraryInspection {
   bool exists = false;
-  /// Every record is whole, and every usable one has a number as its record number.
+  /// Every record is complete, and every usable record has a valid record number.
   bool sound = false;
-  std::int32_t usable = 0;  ///< records before the damage whose first text is not empty
-  std::string last_number;  ///< the third text of the last usable record; empty when there is none
-  std::string problem;      ///< when not sound: what is wrong, and at which byte or record
-  std::uint64_t checksum = 0;  ///< of its bytes, see ChecksumOf; 0 of one that is too large
+  std::int32_t usable = 0;     ///< complete records whose first text is not empty
+  std::string last_number;     ///< third text of the last usable record; empty when there is none
+  std::string problem;         ///< when not sound: the error, with its byte or song number
+  std::uint64_t checksum = 0;  ///< of the file, see ChecksumOf; 0 when the file is too large
 };
 
-/// Inspects a library file. One of more than kMaxLibraryBytes is not sound.
+/// Inspects a library file. A file larger than kMaxLibraryBytes is not sound.
 ///
 /// \throws FileError when it exists but cannot be read
 LibraryInspection InspectLibrary(const std::string& path);
 
-/// Fills a table with every song that a damaged library file still shows.
+/// Fills a table with every song that can be recovered from a damaged library file.
 ///
-/// Of two songs with one number the present one has its row, or else the first; the other one, and one
-/// whose number the file cannot hold, gets a row at the end. Behind a damage the next place is looked for from which plausible records follow. A song comes
-/// to the row of its record number, because jukeboxes know it by that; rows whose record is lost
-/// become missing songs ("0", "0", "0", number, "2").
+/// After damage, parsing continues at the next position with plausible records. Each song gets the
+/// row of its record number, because jukeboxes refer to it by that number. Of two songs with the
+/// same number, the present song gets the row, or else the first; the other song, and a song with
+/// an invalid or too large number, gets a row at the end. Rows whose record is lost become missing
+/// songs ("0", "0", "0", number, "2").
 ///
-/// \returns how many songs were found
+/// \returns the number of songs found
 std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table);
 
 }  // namespace tallow

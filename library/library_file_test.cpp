@@ -24,7 +24,7 @@ SongTable Songs(int count) {
   return table;
 }
 
-TEST(LibraryFile, ARecordIsTheseBytes) {
+TEST(LibraryFile, ARecordHasTheDocumentedBytes) {
   SongTable table;
   AddRow(table, {"C:\\MP3\\", "A.MP3", "1", "7", "2"});
   const std::string expected(
@@ -43,7 +43,7 @@ TEST(LibraryFile, ARecordIsTheseBytes) {
   EXPECT_EQ(EncodeLibrary(table), expected);
 }
 
-TEST(LibraryFile, SpareColumnsAreWrittenAsTheyStand) {
+TEST(LibraryFile, SpareColumnsAreWrittenUnchanged) {
   SongTable table;
   AddRow(table, {"a/", "b", "1", "1", "2", "six", "", "", "", "", "", "twelve"});
   const std::string bytes = EncodeLibrary(table);
@@ -63,18 +63,18 @@ TEST(LibraryFile, LengthsAreLowByteFirst) {
   EXPECT_EQ(bytes[1], '\x03');
 }
 
-TEST(LibraryFile, ATextThatIsTooLongIsRefused) {
+TEST(LibraryFile, ATextThatIsTooLongIsAnError) {
   SongTable table;
   AddRow(table, {"", std::string(kMaxFieldBytes + 1, 'n')});
   EXPECT_THROW(EncodeLibrary(table), FileError);
 }
 
-TEST(LibraryFile, EveryTruncationIsDamageOrARecordsEnd) {
+TEST(LibraryFile, EveryTruncationIsDamageOrTheEndOfARecord) {
   const std::string bytes = EncodeLibrary(Songs(3));
   const std::size_t record_size = bytes.size() / 3;
   for (std::size_t length = 0; length <= bytes.size(); ++length) {
-    const std::string cut =
-        bytes.substr(0, length);  // its own buffer, so that reading past is seen
+    // A separate buffer, so that sanitizers detect reading past the end.
+    const std::string cut = bytes.substr(0, length);
     LibraryReader reader(cut);
     LibraryRecord record;
     LibraryReader::Result result;
@@ -97,7 +97,7 @@ TEST(InspectLibrary, CountsUsableRecordsOfASoundFile) {
   EXPECT_EQ(file.last_number, "3");
 }
 
-TEST(InspectLibrary, NamesTheByteOfADamage) {
+TEST(InspectLibrary, ReportsTheByteOfTheDamage) {
   const TempFolder folder;
   const std::string bytes = EncodeLibrary(Songs(2));
   const LibraryInspection file =
@@ -108,7 +108,7 @@ TEST(InspectLibrary, NamesTheByteOfADamage) {
                               " is not complete");
 }
 
-TEST(InspectLibrary, NamesASongWithoutANumber) {
+TEST(InspectLibrary, ReportsASongWithoutANumber) {
   const TempFolder folder;
   SongTable table = Songs(2);
   table.SetCell(kRecordNumber, 2, "abc");
@@ -117,19 +117,19 @@ TEST(InspectLibrary, NamesASongWithoutANumber) {
   EXPECT_EQ(file.problem, "song 2: 'abc' is not a number");
 }
 
-TEST(InspectLibrary, AMissingFileIsNeitherThereNorSound) {
+TEST(InspectLibrary, AMissingFileDoesNotExist) {
   const TempFolder folder;
   EXPECT_FALSE(InspectLibrary(folder / "none").exists);
 }
 
-TEST(SalvageLibrary, ASoundFileComesBackWhole) {
+TEST(SalvageLibrary, AnUndamagedFileIsSalvagedCompletely) {
   const SongTable songs = Songs(50);
   SongTable found;
   EXPECT_EQ(SalvageLibrary(EncodeLibrary(songs), found), 50);
   EXPECT_EQ(EncodeLibrary(found), EncodeLibrary(songs));
 }
 
-TEST(SalvageLibrary, SongsBehindADamageKeepNumberAndRank) {
+TEST(SalvageLibrary, SongsAfterADamageKeepNumberAndRank) {
   const SongTable songs = Songs(50);
   std::string bytes = EncodeLibrary(songs);
   for (std::size_t k = bytes.size() / 2; k < bytes.size() / 2 + 60; ++k) bytes[k] = '\x7F';
@@ -152,7 +152,7 @@ TEST(SalvageLibrary, SongsBehindADamageKeepNumberAndRank) {
   EXPECT_EQ(lost, 50 - count);
 }
 
-TEST(SalvageLibrary, ASongWhoseRankIsDamagedIsKeptUnranked) {
+TEST(SalvageLibrary, ASongWithADamagedRankBecomesUnranked) {
   SongTable songs = Songs(3);
   songs.SetCell(kSongRank, 2, "x");
   songs.SetCell(kFileIsThere, 3, "?");
@@ -163,16 +163,16 @@ TEST(SalvageLibrary, ASongWhoseRankIsDamagedIsKeptUnranked) {
   EXPECT_EQ(found.Cell(kFileName, 3), "song 3.mp3");
 }
 
-TEST(SalvageLibrary, AWildNumberDoesNotBlowTheTableUp) {
+TEST(SalvageLibrary, AHugeNumberDoesNotEnlargeTheTable) {
   SongTable songs = Songs(3);
   songs.SetCell(kRecordNumber, 2, "2000000000");
   SongTable found;
   EXPECT_EQ(SalvageLibrary(EncodeLibrary(songs), found), 3);
-  EXPECT_EQ(found.rows(), 4);  // 1, a lost 2, 3, and the wild one at the end
+  EXPECT_EQ(found.rows(), 4);  // 1, the lost 2, 3, and the song with the huge number
   EXPECT_EQ(found.Cell(kFileName, 4), "song 2.mp3");
 }
 
-TEST(SalvageLibrary, RandomBytesNeverDoHarm) {
+TEST(SalvageLibrary, RandomDamageDoesNotCrash) {
   std::mt19937 random(17);
   const std::string sound = EncodeLibrary(Songs(20));
   for (int round = 0; round < 2000; ++round) {
@@ -185,7 +185,7 @@ TEST(SalvageLibrary, RandomBytesNeverDoHarm) {
   }
 }
 
-TEST(SalvageLibrary, AZeroedBlockCostsOnlyTheSongsInIt) {
+TEST(SalvageLibrary, AZeroedBlockLosesOnlyTheSongsInIt) {
   const SongTable songs = Songs(200);
   const std::string whole = EncodeLibrary(songs);
   for (std::size_t at = 500; at < 1500; at += 7) {
@@ -194,7 +194,7 @@ TEST(SalvageLibrary, AZeroedBlockCostsOnlyTheSongsInIt) {
       for (std::size_t k = at; k < at + length; ++k) bytes[k] = 0;
       SongTable found;
       const std::int32_t count = SalvageLibrary(bytes, found);
-      // A record is about 46 bytes; one more on either side may be touched or look odd.
+      // A record is about 46 bytes; one more record on either side may be damaged or implausible.
       ASSERT_GE(count, 200 - static_cast<std::int32_t>(length / 40) - 3) << at << " " << length;
       ASSERT_EQ(found.Cell(kFileName, 200), "song 200.mp3");
       ASSERT_EQ(found.Cell(kSongRank, 200), songs.Cell(kSongRank, 200));

@@ -50,7 +50,8 @@ bool MissingSongs::IsMissing(std::int32_t number) const {
 }
 
 std::int32_t MissingSongs::NumberNow(std::int32_t number) const {
-  // A song may have gone and come back several times. Numbers only rise, so this ends.
+  // A song may have been missing and come back several times. Each new number is higher, so the
+  // loop ends.
   const MissingSong* song = Find(number);
   while (song != nullptr && song->now > number) {
     number = song->now;

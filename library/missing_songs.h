@@ -11,18 +11,19 @@
 
 namespace tallow {
 
-// Songs whose files have gone are remembered in "Missing.json", so that a file that comes back, here or
-// in another folder, is known again. It is JSON in UTF-8, a song a line, the one remembered longest first:
+// Missing songs are stored in "Missing.json", so that a song is recognized when its file comes
+// back, in the same folder or another. The file is JSON in UTF-8, one song per line, oldest entry
+// first:
 //
 //   {"format":"Tallow missing songs","version":1,"songs":[
-//   {"number":12,"name":"a.mp3","folder":"/m/abba/","size":4183022,"rank":"7","day":20779,"now":0},
-//   {"number":15,"name":"b.mp3","folder":"/m/abba/","size":3350101,"rank":"2","day":20779,"now":481}]}
+//   {"number":12,"name":"a.mp3","folder":"/m/","size":4183022,"rank":"7","day":20779,"now":0},
+//   {"number":15,"name":"b.mp3","folder":"/m/","size":3350101,"rank":"2","day":20779,"now":481}]}
 //
-// "number" is the record number that the song had; its row in the library is blank. "size" is in bytes, -1
-// where it was not known. "day" counts from 1970-01-01. "now" is the record number that the song has since
-// it came back, 0 while it is missing. Texts are written as AppendJsonText writes them.
+// "number" is the song's old record number; its row in the library is blank. "size" is in bytes, -1
+// when it was not known. "day" counts from 1970-01-01. "now" is the song's new record number since
+// it came back, 0 while it is missing. Texts are encoded by AppendJsonText.
 
-/// A song whose file has gone.
+/// A song whose file is gone, or was gone and has come back.
 struct MissingSong {
   std::int32_t number = 0;
   std::string name;
@@ -30,45 +31,47 @@ struct MissingSong {
   std::int64_t size = 0;
   std::string rank;
   std::int32_t day = 0;  ///< when it was found missing, see Today()
-  std::int32_t now = 0;  ///< the number that it has since it came back; 0 while it is missing
+  std::int32_t now = 0;  ///< the new record number; 0 while the song is missing
 };
 
-/// The songs of the library whose files have gone, in the order in which that was found out.
+/// The missing songs of the library, in the order in which they were found missing, including songs
+/// that have come back since.
 ///
-/// Cost: all look-ups are O(1).
+/// Cost: all lookups are O(1).
 class MissingSongs {
  public:
-  /// Remembers a song. One that was remembered under the same number is forgotten.
+  /// Adds a song; replaces an entry with the same number.
   void Add(MissingSong song);
 
-  /// What is remembered of a number, whether the song has come back or not; null for nothing.
+  /// The entry of a record number, even if the song has come back; null when there is none.
   const MissingSong* Find(std::int32_t number) const;
 
-  /// Whether the song of a number is remembered and has not come back.
+  /// Whether the song with a record number has an entry and has not come back.
   bool IsMissing(std::int32_t number) const;
 
-  /// The number that the song of a number has now: its own for a song that never went, or has not come
+  /// The current number of a song: the number itself if the song was never missing or has not come
   /// back.
   std::int32_t NumberNow(std::int32_t number) const;
 
-  /// Whether a song of a name has not come back.
+  /// Whether any song of that name is missing.
   bool HasName(std::string_view name) const;
 
-  /// The only song of a name and size that has not come back; null when there is none, or are several.
-  /// Names are compared as IsSamePathText does.
+  /// The only missing song with a name and size; null when there is none, or more than one. Names
+  /// are compared as by IsSamePathText.
   const MissingSong* Only(std::string_view name, std::int64_t size) const;
-  /// The only song of a name, of whatever size.
+  /// The only missing song with a name, whatever its size; null when there is none, or more than
+  /// one.
   const MissingSong* OnlyOfName(std::string_view name) const;
 
-  /// A song has come back under another number.
+  /// Records that a song has come back with a new record number.
   void CameBack(std::int32_t number, std::int32_t now);
 
-  /// Forgets songs.
+  /// Removes the entries for which the predicate returns true.
   void Forget(const std::function<bool(const MissingSong&)>& whether);
-  /// Takes returns back that are no returns.
+  /// Marks songs as missing again that had come back, where the predicate returns true.
   void ForgetReturns(const std::function<bool(const MissingSong&)>& whether);
 
-  /// Forgets the oldest songs beyond a number of them.
+  /// Removes the oldest entries until at most this number is left.
   void Shrink(std::size_t most);
   void Clear() {
     Forget([](const MissingSong&) { return true; });
@@ -77,13 +80,13 @@ class MissingSongs {
   std::size_t size() const noexcept { return songs_.size(); }
   const std::vector<MissingSong>& Songs() const noexcept { return songs_; }
 
-  /// Whether anything has changed since Decode or the last Encode.
+  /// Whether anything has changed since Decode or MarkSaved.
   bool IsDirty() const noexcept { return is_dirty_; }
   void MarkSaved() noexcept { is_dirty_ = false; }
 
   std::string Encode() const;
-  /// Takes over the content of a file.
-  /// \throws std::exception saying what is wrong with it; nothing has changed then
+  /// Parses the content of the file.
+  /// \throws std::exception describing the error; nothing has changed then
   void Decode(const std::string& bytes);
 
  private:
@@ -92,7 +95,7 @@ class MissingSongs {
 
   std::vector<MissingSong> songs_;
   std::unordered_map<std::int32_t, std::size_t> by_number_;
-  /// Places of the songs that have not come back, by PathKey of the name.
+  /// Indexes in songs_ of the songs that have not come back, by PathKey of the name.
   std::unordered_multimap<std::string, std::size_t> by_name_;
   bool is_dirty_ = false;
 };

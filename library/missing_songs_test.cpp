@@ -19,7 +19,7 @@ MissingSong Song(std::int32_t number, const std::string& name, std::int64_t size
           .now = now};
 }
 
-TEST(MissingSongs, ASongIsKnownByNameAndSizeWhenItIsTheOnlyOne) {
+TEST(MissingSongs, OnlyFindsASongWithAUniqueNameAndSize) {
   MissingSongs songs;
   songs.Add(Song(1, "a.mp3", 100));
   songs.Add(Song(2, "a.mp3", 200));
@@ -32,20 +32,20 @@ TEST(MissingSongs, ASongIsKnownByNameAndSizeWhenItIsTheOnlyOne) {
   EXPECT_EQ(songs.OnlyOfName("a.mp3"), nullptr);
 }
 
-TEST(MissingSongs, AnUnknownSizeIsNoSize) {
+TEST(MissingSongs, AnUnknownSizeMatchesNothing) {
   MissingSongs songs;
   songs.Add(Song(1, "a.mp3", -1));
   EXPECT_EQ(songs.Only("a.mp3", -1), nullptr);
   EXPECT_EQ(songs.OnlyOfName("a.mp3")->number, 1);
 }
 
-TEST(MissingSongs, NamesAreComparedAsTheSystemComparesThem) {
+TEST(MissingSongs, NamesIgnoreCaseWherePathsDo) {
   MissingSongs songs;
   songs.Add(Song(1, "A.mp3", 100));
   EXPECT_EQ(songs.Only("a.mp3", 100) != nullptr, kPathsIgnoreCase);
 }
 
-TEST(MissingSongs, ASongThatCameBackStaysWithItsNewNumber) {
+TEST(MissingSongs, ASongThatCameBackKeepsItsNewNumber) {
   MissingSongs songs;
   songs.Add(Song(1, "a.mp3", 100));
   EXPECT_TRUE(songs.IsMissing(1));
@@ -54,7 +54,7 @@ TEST(MissingSongs, ASongThatCameBackStaysWithItsNewNumber) {
   EXPECT_FALSE(songs.IsMissing(1));
   EXPECT_EQ(songs.NumberNow(1), 8);
   EXPECT_EQ(songs.Only("a.mp3", 100), nullptr);
-  // It goes once more, and comes back once more.
+  // The song is missing again, and comes back again.
   songs.Add(Song(8, "a.mp3", 100));
   EXPECT_EQ(songs.NumberNow(1), 8);
   songs.CameBack(8, 12);
@@ -63,7 +63,7 @@ TEST(MissingSongs, ASongThatCameBackStaysWithItsNewNumber) {
   EXPECT_EQ(songs.NumberNow(5), 5);
 }
 
-TEST(MissingSongs, NumbersThatGoRoundEnd) {
+TEST(MissingSongs, ACycleOfNumbersEnds) {
   MissingSongs songs;
   songs.Add(Song(5, "a.mp3", 100, 3));
   songs.Add(Song(3, "a.mp3", 100, 5));
@@ -71,7 +71,7 @@ TEST(MissingSongs, NumbersThatGoRoundEnd) {
   EXPECT_EQ(songs.NumberNow(3), 5);
 }
 
-TEST(MissingSongs, TheOldestGoFirst) {
+TEST(MissingSongs, TheOldestAreRemovedFirst) {
   MissingSongs songs;
   for (int k = 1; k <= 5; ++k) songs.Add(Song(k, std::to_string(k), k));
   songs.Shrink(2);
@@ -83,7 +83,7 @@ TEST(MissingSongs, TheOldestGoFirst) {
   EXPECT_EQ(songs.size(), 2U);
 }
 
-TEST(MissingSongs, OfOneNumberTheLaterSongIsRemembered) {
+TEST(MissingSongs, AnEntryWithTheSameNumberIsReplaced) {
   MissingSongs songs;
   songs.Add(Song(1, "a.mp3", 100));
   songs.Add(Song(2, "b.mp3", 100));

@@ -36,7 +36,7 @@ std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFo
     if (volume.folder.volume != folder.volume || !LiesBelow(folder.inside, volume.folder.inside))
       continue;
     std::string place = volume.root + folder.inside.substr(volume.folder.inside.size());
-    // What is mounted over it hides it.
+    // Skip a place that is hidden by another mount on top of it.
     if (VolumeFolderOf(volumes, place) == folder && holds_something(place)) return place;
   }
   return std::nullopt;

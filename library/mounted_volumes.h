@@ -9,44 +9,48 @@
 
 namespace tallow {
 
-/// A folder of a file system, whatever path leads to it.
+/// Identifies a folder in a file system, independent of where it is mounted.
 struct VolumeFolder {
-  /// Which file system: "uuid 1234-ABCD", "source server:/music" or "serial 1A2B3C4D"; empty when nothing
-  /// tells.
+  /// Identity of the file system: "uuid 1234-ABCD", "source server:/music" or "serial 1A2B3C4D";
+  /// empty when unknown.
   std::string volume;
-  /// The folder's path in it, with separators at both ends.
+  /// The folder's path inside the file system, with separators at both ends.
   std::string inside;
   bool operator==(const VolumeFolder&) const = default;
 };
 
-/// A place where the system shows a file system: a mount point, a drive letter or a share.
+/// A mounted file system: a mount point, a drive letter or a share.
 struct MountedVolume {
   std::string root;          ///< ends in a separator
-  VolumeFolder folder;       ///< what is shown there
-  bool automounter = false;  ///< nothing is shown yet: the first look at the place mounts it
-  bool network = false;      ///< a server is asked, which may not answer
+  VolumeFolder folder;       ///< the file system and folder mounted there
+  bool automounter = false;  ///< not mounted yet: the first access mounts it
+  bool network = false;      ///< a network file system, whose server may not answer
 };
 
-/// What is mounted where.
+/// The mount table.
 using MountedVolumes = std::vector<MountedVolume>;
 
-/// Asks the system what is mounted where now.
+/// Callback that reads the current mount table.
 using LookAtVolumes = std::function<MountedVolumes()>;
 
-/// The place that a path lies on: the one with the longest root that the path begins with; null for none.
+/// The mount that contains a path: the one with the longest root that the path begins with; null
+/// for none.
 const MountedVolume* VolumeOf(const MountedVolumes& volumes, std::string_view path);
 
-/// What folder of what file system a path leads to, links left out. Its volume is empty when nothing tells.
+/// The file system folder that a path leads to, without resolving links. Its volume is empty when
+/// unknown.
 VolumeFolder VolumeFolderOf(const MountedVolumes& volumes, std::string_view folder);
 
-/// Where a folder of a file system is shown now.
+/// Finds where a file system folder is mounted now.
 ///
-/// \param holds_something asks whether a folder has entries
-/// \returns the path, ending in a separator; no value when it is shown nowhere, or holds nothing
+/// \param holds_something callback that returns whether a folder has entries
+/// \returns the path, ending in a separator; no value when the folder is not mounted anywhere or is
+/// empty
 std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFolder& folder,
                                    const std::function<bool(const std::string&)>& holds_something);
 
-/// Whether a path begins with a folder, which ends in a separator, as texts of this system.
+/// Whether a path begins with a folder's path, which ends in a separator. Text comparison as in
+/// IsSamePathText.
 bool LiesBelow(std::string_view path, std::string_view folder);
 
 }  // namespace tallow

@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::int16_t kNoGenre = 255;
 
-/// The names by number, from 0.
+/// Genre names by number, from 0.
 constexpr std::array<std::string_view, 148> kNames = {"Blues",
                                                       "Classic Rock",
                                                       "Country",

@@ -9,11 +9,10 @@
 
 namespace tallow {
 
-/// The name of a genre by the number that an ID3v1 tag holds.
+/// The name of a genre by its number in an ID3v1 tag.
 ///
 /// The numbers are those of the ID3v1 list (0 to 79) and its Winamp extensions (80 to 147); 255 is
-/// "None". The names are spelled as the jukebox shows them, which is not always the published
-/// spelling.
+/// "None". The spelling is that of the jukebox, which sometimes differs from the published lists.
 ///
 /// \returns the empty text for every other number
 std::string_view GenreName(std::int32_t id) noexcept;
@@ -35,7 +34,7 @@ class MP3Genra {
   std::int16_t id_ = 0;
 };
 
-/// The genres 0 to 147 and 255 in this order, each under the key "ID" followed by its number: ID0
+/// The genres 0 to 147 and 255 in this order. The key of each is "ID" followed by its number: ID0
 /// to ID147, and ID255.
 class GenraCollection {
  public:
@@ -43,12 +42,14 @@ class GenraCollection {
 
   std::size_t Count() const noexcept { return genres_.size(); }
 
+  /// The genre at an index.
   /// \param index 1 to Count()
   /// \throws SubscriptError
   const MP3Genra& Item(std::int32_t index) const;
 
-  /// \param key as "ID22"
-  /// \throws SubscriptError when there is none
+  /// The genre with a key.
+  /// \param key for example "ID22"
+  /// \throws SubscriptError when there is no such key
   const MP3Genra& Item(std::string_view key) const;
 
   auto begin() const noexcept { return genres_.begin(); }

@@ -10,7 +10,7 @@
 namespace tallow {
 namespace {
 
-/// The names by number, one a line.
+/// The expected names by number, from 0.
 constexpr const char* kExpected[148] = {
     /* 0 */ "Blues",
     /* 1 */ "Classic Rock",
@@ -169,7 +169,7 @@ TEST(Genra, EveryNumberHasItsName) {
   EXPECT_EQ(editor.GenraLookupByID(255), "None");
 }
 
-TEST(Genra, OtherNumbersHaveNone) {
+TEST(Genra, OtherNumbersHaveNoName) {
   const MP3TagEditor editor;
   for (std::int16_t id = 148; id < 255; ++id) EXPECT_EQ(editor.GenraLookupByID(id), "") << id;
   EXPECT_EQ(editor.GenraLookupByID(-1), "");
@@ -177,7 +177,7 @@ TEST(Genra, OtherNumbersHaveNone) {
   EXPECT_EQ(editor.GenraLookupByID(-32768), "");
 }
 
-TEST(Genra, TheCategorizersNamesAreTheSame) {
+TEST(Genra, TheCategorizerReturnsTheSameNames) {
   const MP3TagEditor editor;
   for (std::int16_t id = -300; id < 600; ++id)
     EXPECT_EQ(GenreNameFromID(id), editor.GenraLookupByID(id)) << id;
@@ -195,7 +195,7 @@ TEST(GenraList, HoldsAllGenresInOrderUnderTheirKeys) {
   for (std::int32_t k = 1; k <= 148; ++k) EXPECT_EQ(list.Item(k).ID(), k - 1);
 }
 
-TEST(GenraList, UnknownKeysAndPlacesAreErrors) {
+TEST(GenraList, UnknownKeysAndIndexesAreErrors) {
   const GenraCollection list;
   for (const char* key : {"ID148", "ID022", "ID", "22", "id22"})
     EXPECT_THROW(list.Item(key), SubscriptError) << key;

@@ -86,7 +86,7 @@ bool MP3TagEditor::SaveMP3() {
   tag.append(comment_.data(), comment_.size());
   if (genra_ < 0 || genra_ > kNoGenre) throw OverflowError(std::to_string(genra_));
   tag += static_cast<char>(genra_);
-  // Without a tag the marker stands on the last byte: one byte is overwritten, 127 are new.
+  // Without a tag, the marker replaces the last byte of the file, and 127 bytes are appended.
   PatchFileEnd(filename_, tag_exists_ ? kTagBytes : 1, tag);
   return true;
 }

@@ -13,14 +13,14 @@
 
 namespace tallow {
 
-/// The last 128 bytes of a file, read but not looked at. Reading is what takes time, so it can be
-/// done ahead, by other threads.
+/// The last 128 bytes of a file, not parsed yet. Reading is the slow part, so worker threads can do
+/// it in advance.
 struct TagBlock {
   TailResult result = TailResult::kFailed;
   std::array<char, kTagBytes> bytes;
 };
 
-/// Reads the last 128 bytes of a file of more than 128 bytes.
+/// Reads the last 128 bytes of a file longer than 128 bytes.
 TagBlock ReadTagBlock(const std::string& path);
 
 /// Reads and writes the ID3v1 tag of one MP3 file.
@@ -28,17 +28,18 @@ class MP3TagEditor {
  public:
   MP3TagEditor();
 
-  /// All genres there are.
+  /// All genres.
   const GenraCollection& GenraList() const noexcept { return genra_list_; }
 
-  /// Writes the fields as the tag of the file `filename`.
+  /// Writes the fields as the ID3v1 tag of the file `filename`.
   ///
-  /// With TagExists the tag replaces the last 128 bytes. Otherwise its marker begins on the last
-  /// byte of the file, so that the file grows by 127 bytes: that place is part of what this program
-  /// writes. TagExists stays as it is.
+  /// If TagExists, the tag replaces the last 128 bytes. Otherwise the tag's first byte overwrites
+  /// the last byte of the file, so that the file grows by 127 bytes; this position is intended.
+  /// TagExists does not change.
   /// \returns true
-  /// \throws FileError when the file cannot be opened or written, or is too short to hold the place
-  /// \throws OverflowError when the genre number does not fit a byte; nothing is written then
+  /// \throws FileError when the file cannot be opened or written, or is too short for the tag's
+  /// position
+  /// \throws OverflowError when the genre number does not fit in a byte; nothing is written then
   bool SaveMP3();
 
   /// Clears all fields and reads the tag of a file.
@@ -46,18 +47,18 @@ class MP3TagEditor {
   /// \returns false when the file cannot be opened or read; true even when it has no tag
   bool LoadMP3(std::string_view path);
 
-  /// LoadMP3 with the file's last bytes read before.
+  /// LoadMP3 with a tag block that was read before.
   bool LoadMP3(std::string_view path, const TagBlock& block);
 
   const std::string& filename() const noexcept { return filename_; }
   void filename(std::string_view path) { filename_ = path; }
 
-  /// The genre number, 0 to 255 in a tag.
+  /// The genre number; 0 to 255 when read from a tag.
   std::int16_t Genra() const noexcept { return genra_; }
   void Genra(std::int16_t number) noexcept { genra_ = number; }
 
-  // The texts: reading removes blanks at both ends and keeps NULs, writing cuts to 30 bytes (the
-  // year: 4) and pads.
+  // The text fields. Reading removes blanks at both ends and keeps NULs; assigning cuts to 30 bytes
+  // (the year: 4) and pads.
   std::string Comment() const { return Read(comment_); }
   void Comment(std::string_view text) { PadOrCut(comment_, text); }
   std::string Year() const { return Read(year_); }
@@ -72,11 +73,11 @@ class MP3TagEditor {
   bool TagExists() const noexcept { return tag_exists_; }
   void TagExists(bool exists) noexcept { tag_exists_ = exists; }
 
-  /// The name of a genre number; empty for a number that has none.
+  /// The name of a genre number; empty when the number has no name.
   std::string GenraLookupByID(std::int16_t id) const { return std::string(GenreName(id)); }
 
  private:
-  /// A text as the tag holds it.
+  /// A text field with its fixed length in the tag.
   template <std::size_t kLength>
   using Field = std::array<char, kLength>;
 

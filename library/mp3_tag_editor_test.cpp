@@ -41,7 +41,7 @@ TEST(Mp3TagEditor, AFileOf128BytesIsNotRead) {
   EXPECT_TRUE(editor.TagExists());
 }
 
-TEST(Mp3TagEditor, NulsOfAFieldStay) {
+TEST(Mp3TagEditor, NulsInAFieldAreKept) {
   const TempFolder folder;
   MP3TagEditor editor;
   editor.LoadMP3(folder.File(
@@ -57,7 +57,7 @@ TEST(Mp3TagEditor, BlanksAtBothEndsAreRemoved) {
   EXPECT_EQ(editor.Title(), "a b");
 }
 
-TEST(Mp3TagEditor, TheLastGenreByteIsNone) {
+TEST(Mp3TagEditor, GenreByte255IsNone) {
   const TempFolder folder;
   MP3TagEditor editor;
   editor.LoadMP3(folder.File("a.mp3", Audio(200) + Tag({.genra = 0xFF})));
@@ -65,7 +65,7 @@ TEST(Mp3TagEditor, TheLastGenreByteIsNone) {
   EXPECT_EQ(editor.GenraLookupByID(editor.Genra()), "None");
 }
 
-TEST(Mp3TagEditor, AMarkerInLowerCaseIsNoTag) {
+TEST(Mp3TagEditor, ALowerCaseMarkerIsNotATag) {
   const TempFolder folder;
   MP3TagEditor editor;
   std::string tag = Tag({.artist = "X"});
@@ -142,7 +142,7 @@ TEST(Mp3TagEditor, SavingToAFileThatDoesNotExistIsAnError) {
       FileError);
 }
 
-TEST(Mp3TagEditor, AssigningPadsAndCuts) {
+TEST(Mp3TagEditor, AssigningPadsAndTruncates) {
   MP3TagEditor editor;
   editor.Title("  x ");
   EXPECT_EQ(editor.Title(), "x");
@@ -154,7 +154,7 @@ TEST(Mp3TagEditor, AssigningPadsAndCuts) {
   EXPECT_EQ(editor.Album(), "\xC3\x89t\xC3\xA9");
 }
 
-TEST(Mp3TagEditor, ATagOnAFileTooShortForOneIsAnError) {
+TEST(Mp3TagEditor, AFileTooShortForATagIsAnError) {
   const TempFolder folder;
   MP3TagEditor editor;
   editor.filename(folder.File("a.mp3", "short"));
@@ -168,7 +168,7 @@ TEST(Mp3TagEditor, ATagOnAFileTooShortForOneIsAnError) {
   EXPECT_TRUE(editor.TagExists());
 }
 
-TEST(Mp3TagEditor, AGenreThatIsNoByteIsAnErrorBeforeAnythingIsWritten) {
+TEST(Mp3TagEditor, AGenreOutsideOneByteIsAnErrorBeforeAnythingIsWritten) {
   const TempFolder folder;
   MP3TagEditor editor;
   editor.filename(folder.File("a.mp3", Audio(300)));
@@ -179,7 +179,7 @@ TEST(Mp3TagEditor, AGenreThatIsNoByteIsAnErrorBeforeAnythingIsWritten) {
   EXPECT_EQ(ReadWholeFile(editor.filename()), Audio(300));
 }
 
-TEST(Mp3TagEditor, SavingToAMissingFileLeavesAnEmptyOne) {
+TEST(Mp3TagEditor, SavingToAMissingFileCreatesAnEmptyFile) {
   const TempFolder folder;
   MP3TagEditor editor;
   editor.filename(folder / "new.mp3");

@@ -20,7 +20,7 @@ bool IsMissingRow(const SongTable& table, std::int32_t row) {
   return NumericValue(table.Cell(kFileIsThere, row)) == 0;
 }
 
-/// A row as a table has it after its song has gone.
+/// Blanks a row as for a missing song.
 void MakeMissing(SongTable& table, std::int32_t row) {
   for (const std::int16_t column : {kFileIsThere, kFileLocation, kFileName})
     table.SetCell(column, row, "0");
@@ -72,7 +72,7 @@ std::vector<std::size_t> PlacesByNumber(std::span<const std::int32_t> numbers,
 }
 
 std::optional<std::vector<ConfusedNumber>> RepairNumbers(SongTable& table, std::int32_t most) {
-  std::vector<std::int32_t> rows;  // that hold a song
+  std::vector<std::int32_t> rows;  // rows with a song
   std::vector<std::int32_t> numbers;
   std::vector<char> present;
   bool is_right = true;

@@ -13,55 +13,56 @@
 
 namespace tallow {
 
-/// Where nothing goes, see PlacesByNumber.
+/// Value for a place without a record, see PlacesByNumber.
 inline constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
 
-/// Puts records to the places that their numbers name.
+/// Computes which record belongs at which place, so that place and record number agree.
 ///
-/// Of two with one number the present one has the place, or else the first; the other one, and one without
-/// a number, gets a new place at the end.
+/// Of two records with the same number, the present record gets the place, or else the first. The
+/// other record, and a record without a valid number, gets a new place at the end.
 ///
-/// \param numbers of the records; what is below 1 or above `most` counts as no number
-/// \param present one element a record
-/// \param most    the highest number that counts
-/// \returns for each place, element 0 being number 1, which record (from 0) goes there; kNobody for none
+/// \param numbers of the records; a number below 1 or above `most` is invalid
+/// \param present one element per record
+/// \param most    the highest valid number
+/// \returns for each place, element 0 being number 1, the index of its record (from 0); kNobody for
+/// none
 std::vector<std::size_t> PlacesByNumber(std::span<const std::int32_t> numbers,
                                         const std::vector<char>& present, std::int32_t most);
 
-/// A number that meant two songs before the numbers were put right: the one that had it, and the one that
-/// stood at the place of that number and so was shown and played.
+/// A record number that was ambiguous before the repair: it was the number of one song, but another
+/// song was in that row and so was shown and played.
 struct ConfusedNumber {
   std::int32_t number = 0;
-  std::string
-      named;  ///< file name of the song that had the number, and has it now; empty: it is gone
-  std::string held;           ///< file name of the song that stood at its place
+  /// File name of the song that had the number, and has it now; empty when the song is gone.
+  std::string named;
+  std::string held;           ///< file name of the song in the row of that number
   std::int32_t held_now = 0;  ///< the number of that song now
 };
 
-/// Puts every row to the place that its record number names, so that row i has the number i. A place that
-/// nobody names becomes a missing song ("0", "0", "0", number, "2").
+/// Moves every row to the place of its record number, so that row i has the number i. A place
+/// without a record becomes a missing song ("0", "0", "0", number, "2").
 ///
-/// \param most the highest number that counts, see PlacesByNumber
-/// \returns the numbers that meant two songs; no value when every row had its place already
+/// \param most the highest valid number, see PlacesByNumber
+/// \returns the ambiguous numbers; no value when every row was at its place already
 std::optional<std::vector<ConfusedNumber>> RepairNumbers(SongTable& table, std::int32_t most);
 
-// What was put right is kept in "Repaired.json", for the jukeboxes that were saved before:
+// The repaired numbers are stored in "Repaired.json", for jukeboxes saved before the repair:
 //
 //   {"format":"Tallow repaired numbers","version":1,
 //    "numbers":[
 //   {"number":12,"named":"a.mp3","held":"b.mp3","heldNow":40}],
 //    "answers":{"/home/me/mix.juk":"names"}}
 //
-// "answers" has for each jukebox file of which the user was asked whether its songs are those of their
-// "names" or those of their "numbers".
+// "answers" stores the user's answer for a jukebox file: "names" if its songs are those of their
+// file names, "numbers" if they are those of their record numbers.
 
-/// The numbers that meant two songs, and what the user said about the jukeboxes that use them.
+/// The ambiguous record numbers, and the user's answers for the jukeboxes that contain them.
 class RepairedNumbers {
  public:
   enum class Meant { kNames, kNumbers };
 
   void Set(const std::vector<ConfusedNumber>& numbers);
-  /// What is known of a number; null when it always meant one song.
+  /// The entry of a number; null when the number was never ambiguous.
   const ConfusedNumber* Find(std::int32_t number) const;
   bool IsEmpty() const noexcept { return numbers_.empty(); }
 
@@ -72,8 +73,8 @@ class RepairedNumbers {
   bool IsDirty() const noexcept { return is_dirty_; }
   void MarkSaved() noexcept { is_dirty_ = false; }
   std::string Encode() const;
-  /// Takes over the content of a file.
-  /// \throws std::exception saying what is wrong with it; nothing has changed then
+  /// Parses the content of the file.
+  /// \throws std::exception describing the error; nothing has changed then
   void Decode(const std::string& bytes);
 
  private:

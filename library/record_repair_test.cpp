@@ -31,7 +31,7 @@ std::vector<std::string> Names(const SongTable& table) {
 
 using Texts = std::vector<std::string>;
 
-TEST(RecordRepair, ATableWhoseRowsAreRightIsLeftAlone) {
+TEST(RecordRepair, ATableWithCorrectRowsIsUnchanged) {
   SongTable table;
   Add(table, "a", "1");
   Add(table, "0", "2", "0");
@@ -40,7 +40,7 @@ TEST(RecordRepair, ATableWhoseRowsAreRightIsLeftAlone) {
   EXPECT_EQ(table.version(), version);
 }
 
-TEST(RecordRepair, EachRowGoesToThePlaceOfItsNumberAndNobodysPlaceIsAMissingSong) {
+TEST(RecordRepair, EachRowMovesToItsPlaceAndAnEmptyPlaceBecomesAMissingSong) {
   SongTable table;
   Add(table, "a", "1");
   Add(table, "c", "3", "1", "7");
@@ -54,7 +54,7 @@ TEST(RecordRepair, EachRowGoesToThePlaceOfItsNumberAndNobodysPlaceIsAMissingSong
   EXPECT_EQ(table.Cell(kSongRank, 2), "2");
   EXPECT_EQ(table.Cell(kSongRank, 3), "7");
   EXPECT_EQ(table.Facts(3).size, 333);
-  // At place 2 stood c, whose number is 3; nobody has the number 2. At place 3 stood d.
+  // Row 2 had c, whose number is 3; no row has the number 2. Row 3 had d.
   ASSERT_EQ(confused->size(), 2U);
   EXPECT_EQ((*confused)[0].number, 2);
   EXPECT_EQ((*confused)[0].held, "c");
@@ -66,7 +66,7 @@ TEST(RecordRepair, EachRowGoesToThePlaceOfItsNumberAndNobodysPlaceIsAMissingSong
   EXPECT_EQ((*confused)[1].named, "c");
 }
 
-TEST(RecordRepair, OfTwoWithOneNumberThePresentOneStaysThenTheFirst) {
+TEST(RecordRepair, OfTwoRowsWithOneNumberThePresentThenTheFirstKeepsIt) {
   SongTable table;
   Add(table, "0", "1", "0");
   Add(table, "a", "1");
@@ -76,7 +76,7 @@ TEST(RecordRepair, OfTwoWithOneNumberThePresentOneStaysThenTheFirst) {
   EXPECT_EQ(Names(table), (Texts{"a", "b", "0", "c"}));
 }
 
-TEST(RecordRepair, ANumberThatTheFileCannotHoldCountsAsNone) {
+TEST(RecordRepair, ATooLargeNumberIsInvalid) {
   SongTable table;
   Add(table, "a", "2");
   Add(table, "b", "101");
@@ -86,7 +86,7 @@ TEST(RecordRepair, ANumberThatTheFileCannotHoldCountsAsNone) {
   EXPECT_EQ(Names(table), (Texts{"0", "a", "b", "c", "d"}));
 }
 
-TEST(RecordRepair, ARowWithoutNameAndNumberIsNoSong) {
+TEST(RecordRepair, ARowWithoutNameAndNumberIsNotASong) {
   SongTable table;
   Add(table, "a", "1");
   Add(table, "", "");

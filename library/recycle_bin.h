@@ -5,11 +5,11 @@
 
 namespace tallow {
 
-/// Whether a folder is, or lies in, a bin of deleted files.
+/// Whether a folder is, or lies in, a recycle bin.
 ///
-/// On every system: a path with ":\RECYCLED" or ":\$RECYCLE.BIN" in it, in any case, the separator
-/// being the system's own. On Linux also a folder ".Trash" or ".Trash-" with a number, as they
-/// stand at the root of a disk, and "Trash" in the user's data folder.
+/// On every system: the path contains ":\RECYCLED" or ":\$RECYCLE.BIN", in any case and with the
+/// system's own separator. On Linux also: a folder named ".Trash", or ".Trash-" and a number, as at
+/// the root of a disk, and "Trash" in the user's data folder.
 bool IsInRecycleBin(std::string_view folder);
 
 }  // namespace tallow

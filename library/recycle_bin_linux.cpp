@@ -9,8 +9,8 @@
 namespace tallow {
 namespace {
 
-/// ".Trash", or ".Trash-" and the number of a user: the names that the desktops' rules for deleted
-/// files give the bin at the root of a disk.
+/// ".Trash", or ".Trash-" and a user id: the standard names of the trash folder at the root of a
+/// disk.
 bool IsTrashName(std::string_view name) noexcept {
   constexpr std::string_view kTrash = ".Trash";
   if (!name.starts_with(kTrash)) return false;
@@ -24,7 +24,8 @@ bool IsTrashName(std::string_view name) noexcept {
 
 bool IsInPlatformBin(std::string_view folder) {
   if (folder.find("Trash") == std::string_view::npos) return false;
-  // A walk goes by real paths; the way to the user's folder may lead over a link.
+  // Searches use resolved paths, but the user's data folder may be reached through a link, so check
+  // both.
   const std::string own = UserDataFolder() + "Trash";
   const std::string path = EnsureTrailingBackslash(folder);
   if (path.starts_with(own + "/") || path.starts_with(AbsolutePath(own) + "/")) return true;

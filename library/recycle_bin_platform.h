@@ -5,7 +5,7 @@
 
 namespace tallow {
 
-/// Whether a folder lies in a bin that only this platform has.
+/// Whether a folder lies in a recycle bin that is specific to this platform.
 bool IsInPlatformBin(std::string_view folder);
 
 }  // namespace tallow

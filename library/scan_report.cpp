@@ -4,7 +4,7 @@
 namespace tallow {
 namespace {
 
-/// How many places are named; a line has no room for more.
+/// Maximum number of places that are named; more do not fit on a line.
 constexpr std::size_t kMaxPlaces = 3;
 
 std::string NamesOf(const std::vector<AwayPlace>& places) {

@@ -7,52 +7,53 @@
 
 namespace tallow {
 
-/// Where songs are looked for.
+/// What a scan searches.
 enum class ScanKind {
-  kFolderList,  ///< in the folders that songs were found in before
-  kComputer,    ///< on all drives
-  kFiles,       ///< in files that the user has given
+  kFolderList,  ///< the folders in which songs were found before
+  kComputer,    ///< all drives
+  kFiles,       ///< files that the user dropped
 };
 
 /// Why songs are away.
 enum class AwayKind {
-  kDrive,   ///< their drive is away
+  kDrive,   ///< their drive is not mounted or does not answer
   kFolder,  ///< their folder cannot be read
-  kKept,    ///< they are gone, but the file that would remember them cannot be read
+  kKept,    ///< they are gone, but the file that stores missing songs cannot be read
 };
 
-/// A place that songs are away with: the root of a drive, or a folder.
+/// A drive or folder with songs that are away.
 struct AwayPlace {
-  std::string place;  ///< ends in a separator
+  std::string place;  ///< root of the drive, or the folder; ends in a separator
   AwayKind kind = AwayKind::kDrive;
-  std::string problem;  ///< what the system says of a folder; of kKept the file's path
+  std::string problem;  ///< system's error for the folder; for kKept the file's path
   std::int32_t songs = 0;
 };
 
-/// A song that was missing and came back under another number.
+/// A missing song that came back with a new record number.
 struct ReturnedSong {
-  std::int32_t number = 0;  ///< that it had
-  std::int32_t now = 0;     ///< that it has
+  std::int32_t number = 0;  ///< old record number
+  std::int32_t now = 0;     ///< new record number
 };
 
-/// What a start, a search or a drop of files came to, in numbers of songs.
+/// The result of a start, a search or a drop of files; counts are in songs unless noted.
 struct ScanReport {
   ScanKind kind = ScanKind::kFolderList;
   std::int32_t new_songs = 0;
-  std::int32_t back = 0;       ///< came back, and have their ranks again
-  std::int32_t missing = 0;    ///< were there before, and are not
-  std::int32_t left_out = 0;   ///< files, because a song of their name is there
-  bool left_out_grew = false;  ///< more than the last time
+  std::int32_t back = 0;       ///< came back and got their ranks again
+  std::int32_t missing = 0;    ///< newly missing
+  std::int32_t left_out = 0;   ///< files left out because a song has their name
+  bool left_out_grew = false;  ///< more than at the last scan
   std::vector<AwayPlace> away;
   std::int32_t unread_folders = 0;  ///< folders that could not be read
 };
 
-/// The report as a line: the counts that apply, "12 new songs, 2 missing". Empty when none does.
+/// Formats the report as one line with the counts above 0, e.g. "12 new songs, 2 missing". Empty
+/// when there are none.
 ///
-/// \param always_new says "0 new songs" too
+/// \param always_new includes "0 new songs"
 std::string TextOf(const ScanReport& report, bool always_new);
 
-/// What is said while a drive is waited for: "Waiting for ROOT, which does not answer".
+/// The message while waiting for a drive: "Waiting for ROOT, which does not answer".
 std::string WaitingLine(std::string_view root);
 
 }  // namespace tallow

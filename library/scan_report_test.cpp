@@ -6,7 +6,7 @@
 namespace tallow {
 namespace {
 
-TEST(ScanReport, SaysTheCountsThatApply) {
+TEST(ScanReport, ListsTheCountsAboveZero) {
   ScanReport report;
   EXPECT_EQ(TextOf(report, false), "");
   EXPECT_EQ(TextOf(report, true), "0 new songs");
@@ -23,14 +23,14 @@ TEST(ScanReport, SaysTheCountsThatApply) {
             "because a song of that file name is there");
 }
 
-TEST(ScanReport, OneIsNotMany) {
+TEST(ScanReport, UsesTheSingularForOne) {
   ScanReport report;
   report.new_songs = 1;
   report.back = 1;
   EXPECT_EQ(TextOf(report, false), "1 new song, 1 back with its rank");
 }
 
-TEST(ScanReport, NamesThreePlaces) {
+TEST(ScanReport, NamesAtMostThreePlaces) {
   ScanReport report;
   report.away = {{"/a/", AwayKind::kDrive, "", 1},
                  {"/b/", AwayKind::kDrive, "", 2},

@@ -12,7 +12,7 @@
 namespace tallow {
 namespace {
 
-/// A song, and once it is found the size of its file.
+/// A song, and the size of its file once it is found.
 struct Song {
   std::int32_t row;
   std::string folder;
@@ -23,14 +23,14 @@ struct Song {
 }  // namespace
 
 struct SizeFinder::Work {
-  std::vector<Song> songs;  ///< of whoever calls Find
-  std::size_t next = 0;     ///< of the songs
+  std::vector<Song> songs;  ///< used by the thread that runs Find
+  std::size_t next = 0;     ///< next index in songs
   std::mutex mutex;         ///< guards all below
   std::vector<Song> found;
   bool is_done = false;
   bool stop = false;
 
-  /// Looks at the next songs, and no more than a number of them.
+  /// Reads the sizes of at most `most` more songs.
   void Find(std::size_t most) {
     for (std::size_t k = 0; k < most && next < songs.size(); ++k) {
       Song& song = songs[next++];
@@ -64,7 +64,7 @@ SizeFinder::~SizeFinder() {
 }
 
 bool SizeFinder::TakeSizes(clsMain& library) {
-  // The one who takes them finds them, a few at a time.
+  // Without a worker thread, read a few sizes in each call.
   constexpr std::size_t kAtOnce = 200;
   if (!has_thread_ && !work_->is_done) work_->Find(kAtOnce);
   std::vector<Song> found;

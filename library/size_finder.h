@@ -10,21 +10,22 @@ namespace tallow {
 
 class clsMain;
 
-/// Finds out the sizes of songs' files that are not known, on a thread of its own, so that a disk that is
-/// slow keeps nobody waiting. Where the system gives no thread, each TakeSizes looks at a few songs.
+/// Reads the unknown sizes of song files on a worker thread, so that a slow disk does not block the
+/// caller. If no thread can be created, each TakeSizes reads a few sizes.
 class SizeFinder {
  public:
-  /// Begins with the songs of a library that are there and whose size is not known.
+  /// Starts with the present songs of a library whose size is not known.
   explicit SizeFinder(const clsMain& library);
-  /// Does not wait for a disk that does not answer: the thread ends by itself.
+  /// Does not wait for a disk that does not answer: the detached thread ends by itself.
   ~SizeFinder();
   SizeFinder(const SizeFinder&) = delete;
   SizeFinder& operator=(const SizeFinder&) = delete;
 
-  /// Gives the library the sizes found since the last call. The library may have changed meanwhile.
-  /// \returns false when all are found
+  /// Stores the sizes found since the last call in the library. The library may have changed
+  /// meanwhile.
+  /// \returns false when all sizes were found
   bool TakeSizes(clsMain& library);
-  /// Whether any size was found so far.
+  /// Whether any size has been found so far.
   bool HasFound() const noexcept { return has_found_; }
 
  private:

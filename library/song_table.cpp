@@ -41,7 +41,8 @@ void SongTable::SetCell(std::int16_t column, std::int32_t row, std::string_view 
   TextHandle& cell = cells[index];
   if (pool_->Text(cell) == text) return;
   ++version_;
-  // A run of files is in one folder, and nearly all flags and ranks are alike.
+  // Consecutive rows usually have the same folder, flag and rank, so try the previous row's handle
+  // first.
   if (index > 0 && pool_->Text(cells[index - 1]) == text)
     cell = cells[index - 1];
   else

@@ -20,29 +20,29 @@ enum SongColumn : std::int16_t {
   kFileIsThere = 3,   ///< "1" when the file was found at the last check, "0" when not
   kRecordNumber = 4,  ///< the row's number, decimal, no leading zeros
   kSongRank = 5,      ///< the user's rank: "7" best to "3"; "2" when never ranked
-  kFirstSpare = 6,    ///< unused up to column 12, kept in the library file
+  kFirstSpare = 6,    ///< unused up to column 12, but kept in the library file
 };
 
-/// Columns of a song record.
+/// Number of columns of a song record.
 inline constexpr std::int16_t kSongColumns = 12;
 
-/// A size that is not known.
+/// Value for an unknown size.
 inline constexpr std::int64_t kUnknownSize = -1;
 
-/// What is known of a song beside its record.
+/// Facts about a song that are not part of its record.
 struct SongFacts {
-  std::int64_t size = kUnknownSize;  ///< of its file, in bytes
-  std::int32_t added = 0;            ///< the day it came to the library, see Today(); 0: not known
-  std::uint32_t away = 0;  ///< why nobody can tell whether its file is there; 0: that is known
+  std::int64_t size = kUnknownSize;  ///< size of the file, in bytes
+  std::int32_t added = 0;            ///< day added to the library, see Today(); 0: not known
+  std::uint32_t away = 0;            ///< why its file cannot be checked, see clsMain; 0: not away
 };
 
-/// The rows of the song library, twelve texts each, without any rule about them.
+/// The rows of the song library, twelve texts each, without any rules about their content.
 ///
-/// Cells are handles into a pool, one array a column; a column in which nothing was ever written
-/// costs nothing. At 100,000 songs a row is about 75 bytes. Each row has facts beside its texts, which move
-/// with it and are no part of its record.
+/// Cells are handles into a text pool, one array per column; a column that was never written uses
+/// no memory. At 100,000 songs a row takes about 75 bytes. Each row also has facts, which move with
+/// the row but are not part of its record.
 ///
-/// Cost: a cell is O(1); a sort moves handles only.
+/// Cost: accessing a cell is O(1); a sort only moves handles.
 class SongTable : public TextTable {
  public:
   SongTable();
@@ -50,17 +50,18 @@ class SongTable : public TextTable {
   /// Number of rows.
   std::int32_t rows() const noexcept { return rows_; }
 
-  /// The text of a cell, both indexes from 1. It holds until the table is cleared or packed.
+  /// The text of a cell, both indexes from 1. The view is valid until the table is cleared or
+  /// packed.
   ///
   /// \throws SubscriptError
   std::string_view Cell(std::int16_t column, std::int32_t row) const override;
 
-  /// Sets a cell of a row that exists.
+  /// Sets a cell of an existing row.
   ///
   /// \throws SubscriptError
   void SetCell(std::int16_t column, std::int32_t row, std::string_view text);
 
-  /// The facts of a row, from 1. They are no part of version().
+  /// The facts of a row, from 1. Changing them does not change version().
   ///
   /// \throws SubscriptError
   const SongFacts& Facts(std::int32_t row) const {
@@ -72,26 +73,26 @@ class SongTable : public TextTable {
     return facts_[static_cast<std::size_t>(row - 1)];
   }
 
-  /// Takes rows out; the others keep their order.
+  /// Removes rows; the other rows keep their order.
   ///
-  /// \param goes one element a row, element 0 being row 1
+  /// \param goes whether to remove a row, one element per row, element 0 being row 1
   void Remove(const std::vector<char>& goes);
 
-  /// Keeps the contents and sets the number of rows; new cells are empty.
+  /// Sets the number of rows; existing rows are kept, and new cells are empty.
   void Resize(std::int32_t rows);
 
-  /// Gives the memory of overwritten and cut texts back once they are more than half of all. Views
-  /// of cells end here.
+  /// Frees the memory of overwritten and removed texts once they are more than half of the pool.
+  /// Invalidates views of cells.
   void Pack();
 
   void MoveRows(std::int32_t first, std::span<const std::int32_t> order,
                 std::int16_t columns) override;
 
-  /// Whether two cells of one column share one stored text, which makes them equal; a false says
-  /// nothing. Cheaper than comparing, for the columns whose texts repeat.
+  /// Whether two cells of a column share one stored text; then they are equal. If false, they may
+  /// still be equal. Cheaper than a comparison, for columns whose texts repeat.
   bool SameStoredText(std::int16_t column, std::int32_t a, std::int32_t b) const noexcept;
 
-  /// A number that is another one after any change of a cell, of the row count or of the order.
+  /// A version number that changes with every change of a cell, the row count or the order.
   std::uint64_t version() const noexcept { return version_; }
 
  private:

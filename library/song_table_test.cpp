@@ -9,7 +9,7 @@
 namespace tallow {
 namespace {
 
-TEST(TextPool, TextsComeBackAndSharedOnesAreOne) {
+TEST(TextPool, SharedTextsAreStoredOnce) {
   TextPool pool;
   const TextHandle a = pool.Add("name");
   EXPECT_NE(pool.Add("name"), a);
@@ -19,7 +19,7 @@ TEST(TextPool, TextsComeBackAndSharedOnesAreOne) {
   EXPECT_EQ(pool.Text(0), "");
 }
 
-TEST(TextPool, LongTextsAndManyTextsKeepTheirPlace) {
+TEST(TextPool, LongTextsAndManyTextsStayAtTheirAddress) {
   TextPool pool;
   std::vector<std::pair<TextHandle, std::string>> added;
   for (std::size_t k = 0; k < 400; ++k) {
@@ -78,7 +78,7 @@ TEST(SongTable, AgreesWithPlainStringsUnderRandomChanges) {
   }
 }
 
-TEST(SongTable, PackingGivesOverwrittenTextsBack) {
+TEST(SongTable, PackingFreesOverwrittenTexts) {
   SongTable table;
   table.Resize(1);
   for (int k = 0; k < 300000; ++k) table.SetCell(kFileName, 1, "name " + std::to_string(k));

@@ -18,7 +18,8 @@ void StateFile::Load(const std::string& path, const std::function<void(const std
     if (!read) return;
     content = *std::move(read);
   } catch (const FileTooLargeError&) {
-    // Nothing that was written here: damaged, as the empty text is.
+    // Too large to have been written by this program, so it is damaged: decode the empty text,
+    // which fails.
     is_unreadable_ = false;
   } catch (const FileError& error) {
     problems.push_back(path + " cannot be read (" + error.reason() +

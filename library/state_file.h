@@ -8,27 +8,28 @@
 
 namespace tallow {
 
-/// A file in which the library remembers something beside the songs.
+/// A file in which the library stores state other than the songs.
 ///
-/// A damaged one is kept with ".bak" behind its name. One that cannot be read may hold what is needed
-/// another day, so it is not replaced.
+/// A damaged file is renamed to its name followed by ".bak". A file that cannot be read is never
+/// replaced, because it may still contain valid data.
 class StateFile {
  public:
-  /// A file of more bytes is damaged. A million missing songs with long paths have less than half of it.
+  /// A larger file is damaged. A million missing songs with long paths take less than half of this.
   static constexpr std::uint64_t kMaxBytes = std::uint64_t{1} << 30U;
 
-  /// Reads the file; nothing where there is none.
+  /// Reads the file; does nothing when it does not exist.
   ///
-  /// \param decode   takes over the content; what it throws says that the file is damaged, and why
-  /// \param problems is told what is the matter, a sentence
+  /// \param decode   parses the content; throws when the file is damaged
+  /// \param problems receives error messages, one sentence each
   void Load(const std::string& path, const std::function<void(const std::string&)>& decode,
             std::vector<std::string>& problems);
 
-  /// Replaces the file atomically; nothing where it could not be read.
+  /// Replaces the file atomically; does nothing when the last Load could not read it.
   /// \throws FileError
   void Save(const std::string& bytes) const;
 
-  /// Whether the last Load could not read the file. It may hold what is needed, and is not replaced.
+  /// Whether the last Load could not read the file. Such a file may contain valid data and is not
+  /// replaced.
   bool IsUnreadable() const noexcept { return is_unreadable_; }
   const std::string& path() const noexcept { return path_; }
 

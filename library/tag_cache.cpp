@@ -6,7 +6,8 @@
 namespace tallow {
 namespace {
 
-/// FNV-1a over both parts of a path, then mixed so that all bits depend on all.
+/// FNV-1a hash of both parts of a path, followed by a mixing step so that every bit depends on all
+/// input.
 std::uint64_t HashOf(std::string_view folder, std::string_view name) noexcept {
   std::uint64_t hash = 0xCBF29CE484222325U;
   for (const std::string_view part : {folder, name})
@@ -35,7 +36,8 @@ void TagCache::Seal() {
 std::optional<TagBlock> TagCache::Find(std::string_view folder, std::string_view name) const {
   if (entries_.empty()) return std::nullopt;
   const std::uint64_t hash = HashOf(folder, name);
-  // Hashes are spread evenly, so the place of one is known but for a few steps.
+  // Interpolation search: hashes are evenly distributed, so the estimated index is off by only a
+  // few steps.
   auto at = static_cast<std::size_t>(static_cast<double>(hash >> 11U) * 0x1p-53 *
                                      static_cast<double>(entries_.size()));
   at = std::min(at, entries_.size() - 1);

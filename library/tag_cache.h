@@ -12,26 +12,26 @@
 
 namespace tallow {
 
-/// What a search has already read of the tags of the songs it found, so that filing them need not
-/// open their files again: artist, year and genre, 48 bytes a song.
+/// Cache of the tags read during a search, so that filing the songs does not open their files
+/// again: artist, year and genre, 48 bytes per song.
 ///
-/// A song is known by a 64-bit hash of its path; among a million songs two share one with a
-/// probability below one in ten million.
+/// The key is a 64-bit hash of the path. Among a million songs, the probability of a collision is
+/// below one in ten million.
 class TagCache {
  public:
-  /// Keeps the tag of a song.
+  /// Adds the tag of a song.
   ///
-  /// \param tail the last 128 bytes of a file of more than 128 bytes
+  /// \param tail the last 128 bytes of a file longer than 128 bytes
   void Add(std::string_view folder, std::string_view name, std::string_view tail);
 
-  /// To be called between the last Add and the first Find.
+  /// Sorts the entries. Must be called after the last Add and before the first Find.
   void Seal();
 
-  /// The tag of a song, its other texts being empty; no value when it is not known. May be called
-  /// from several threads at once.
+  /// The tag of a song, with the other fields empty; no value when the song is not in the cache.
+  /// May be called on several threads at once.
   std::optional<TagBlock> Find(std::string_view folder, std::string_view name) const;
 
-  /// Forgets everything and gives the memory back.
+  /// Removes all entries and frees their memory.
   void Clear();
 
  private:
@@ -43,7 +43,7 @@ class TagCache {
     bool tagged;
   };
 
-  std::vector<Entry> entries_;  ///< by hash once sealed
+  std::vector<Entry> entries_;  ///< sorted by hash after Seal
 };
 
 }  // namespace tallow

@@ -8,7 +8,7 @@
 namespace tallow {
 namespace {
 
-TEST(TagCache, GivesArtistYearAndGenreOfEverySongBack) {
+TEST(TagCache, ReturnsArtistYearAndGenreOfEverySong) {
   TagCache cache;
   constexpr int kSongs = 5000;
   for (int k = 0; k < kSongs; ++k)
@@ -34,14 +34,14 @@ TEST(TagCache, GivesArtistYearAndGenreOfEverySongBack) {
   EXPECT_FALSE(cache.Find("/n/", "1").has_value());
 }
 
-TEST(TagCache, WhatIsNoTagBlockIsNotKept) {
+TEST(TagCache, ATailOfAnotherLengthIsNotAdded) {
   TagCache cache;
   cache.Add("/m/", "short", "TAG");
   cache.Seal();
   EXPECT_FALSE(cache.Find("/m/", "short").has_value());
 }
 
-TEST(TagCache, ForgetsEverythingWhenCleared) {
+TEST(TagCache, ClearRemovesAllEntries) {
   TagCache cache;
   cache.Add("/m/", "a", Tag({}));
   cache.Seal();

@@ -18,16 +18,16 @@ namespace tallow {
 // | 97 | 30 | comment |
 // | 127 | 1 | genre number, 0 to 255 |
 //
-// This program pads a text it writes with blanks; others pad with NULs. See tag_text.h for the
+// This program pads texts with blanks; other programs pad with NULs. See tag_text.h for the
 // encoding.
 
-/// Bytes of an ID3v1 tag.
+/// Size of an ID3v1 tag in bytes.
 inline constexpr std::size_t kTagBytes = 128;
 
-/// What a tag begins with; case counts.
+/// Marker at the start of a tag; case-sensitive.
 inline constexpr std::string_view kTagMarker = "TAG";
 
-/// Where each field begins, from the tag's first byte.
+/// Offset of each field from the tag's first byte.
 enum TagOffset : std::size_t {
   kTitleAt = 3,
   kArtistAt = 33,

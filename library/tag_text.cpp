@@ -12,7 +12,7 @@ namespace {
 
 constexpr unsigned kFirstSpecial = 0x80;
 
-/// The code points of the bytes 80 to 9F hex in Windows-1252; all other bytes are Latin-1.
+/// The code points of the bytes 80 to 9F hex in Windows-1252; all other bytes are as in Latin-1.
 constexpr std::array<char32_t, 32> kSpecial = {
     0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -29,7 +29,7 @@ std::optional<char> ByteOf(char32_t character) noexcept {
     return static_cast<char>(kFirstSpecial + static_cast<unsigned>(found - kSpecial.begin()));
   if (character < kFirstSpecial || (character >= 0xA0 && character <= 0xFF))
     return static_cast<char>(character);
-  // A byte of an invalid sequence came from a tag or file name as it is, and goes back so.
+  // This byte came from an invalid UTF-8 sequence in a tag or file name; keep it unchanged.
   if (character >= kInvalidByteBase) return static_cast<char>(character - kInvalidByteBase);
   return std::nullopt;
 }

@@ -14,29 +14,29 @@ TEST(TagText, BytesAreWindows1252) {
   EXPECT_EQ(DecodeTagField("plain"), "plain");
 }
 
-TEST(TagText, TheFiveUndefinedBytesAreThemselves) {
+TEST(TagText, TheFiveUndefinedBytesAreKept) {
   EXPECT_EQ(DecodeTagField("\x81\x8D\x8F\x90\x9D"), "\xC2\x81\xC2\x8D\xC2\x8F\xC2\x90\xC2\x9D");
 }
 
-TEST(TagText, AFieldOfValidUtf8IsTakenAsSuch) {
+TEST(TagText, AFieldOfValidUtf8IsDecodedAsUtf8) {
   EXPECT_EQ(DecodeTagField("Bj\xC3\xB6rk"), "Bj\xC3\xB6rk");
   EXPECT_EQ(DecodeTagField("\xD0\x96"), "\xD0\x96");
-  // Cut in the middle of a character it is no longer valid, so it is Windows-1252.
+  // Cut in the middle of a character, the field is not valid UTF-8, so it is Windows-1252.
   EXPECT_EQ(DecodeTagField("\xC3\xB6\xC3"), "\xC3\x83\xC2\xB6\xC3\x83");
 }
 
-TEST(TagText, NulsStay) {
+TEST(TagText, NulsAreKept) {
   EXPECT_EQ(DecodeTagField(std::string_view("A\0\0", 3)), std::string("A\0\0", 3));
 }
 
-TEST(TagText, EncodingPadsAndCuts) {
+TEST(TagText, EncodingPadsAndTruncates) {
   EXPECT_EQ(EncodeTagField("AB", 4), "AB  ");
   EXPECT_EQ(EncodeTagField("ABCDE", 4), "ABCD");
   EXPECT_EQ(EncodeTagField("Caf\xC3\xA9", 5), "Caf\xE9 ");
-  EXPECT_EQ(EncodeTagField("\xD0\x96\xD0\x96", 3), "\xD0\x96 ");  // never half a character
+  EXPECT_EQ(EncodeTagField("\xD0\x96\xD0\x96", 3), "\xD0\x96 ");  // never splits a character
 }
 
-TEST(TagText, EveryByteComesBack) {
+TEST(TagText, EveryByteSurvivesDecodingAndEncoding) {
   for (unsigned byte = 1; byte < 256; ++byte) {
     const std::string field(1, static_cast<char>(byte));
     EXPECT_EQ(EncodeTagField(DecodeTagField(field), 1), field) << byte;
@@ -44,7 +44,7 @@ TEST(TagText, EveryByteComesBack) {
 }
 
 TEST(TagText, TextThatWouldBeMistakenForUtf8IsWrittenAsUtf8) {
-  const std::string text = "\xC3\x83\xC2\xA9";  // the two characters that C3 A9 are in Windows-1252
+  const std::string text = "\xC3\x83\xC2\xA9";  // two characters whose Windows-1252 bytes are C3 A9
   EXPECT_EQ(DecodeTagField(EncodeTagField(text, 8)), text + "    ");
 }
 

@@ -37,7 +37,7 @@ TextHandle TextPool::Add(std::string_view text) {
     if (end_of_block + needed > kMaxBytes) throw std::length_error("The text pool is full.");
     used_ = end_of_block;
     blocks_.push_back(std::make_unique_for_overwrite<char[]>(std::max(needed, kBlockSize)));
-    // A block of more than the usual size also takes the numbers of the blocks it overlaps.
+    // An oversized block also occupies the block numbers that follow, as null entries.
     while (blocks_.size() << kBlockBits < used_ + needed) blocks_.push_back(nullptr);
   }
   const std::size_t at = used_;
@@ -45,7 +45,7 @@ TextHandle TextPool::Add(std::string_view text) {
   std::memcpy(to, length, length_bytes);
   std::memcpy(to + length_bytes, text.data(), text.size());
   used_ += needed;
-  // What is left behind a block of more than the usual size has no real block: leave it.
+  // Skip the unused end of an oversized block; its block numbers have no memory of their own.
   if (needed > kBlockSize) used_ = blocks_.size() << kBlockBits;
   return static_cast<TextHandle>(at);
 }

@@ -10,34 +10,35 @@
 
 namespace tallow {
 
-/// Where a text lies in a pool. 0 is the empty text.
+/// Position of a text in a pool. 0 is the empty text.
 using TextHandle = std::uint32_t;
 
-/// Keeps the texts of a big table in few large blocks, four bytes of handle a cell.
+/// Stores the texts of a large table in a few large blocks; a cell only needs a four-byte handle.
 ///
-/// A song costs one name, one number and no more: its folder, flag and rank are shared with every
-/// other song that has the same. A text once added stays where it is until the pool goes, so views
-/// of it hold that long. Each text is stored as its length (7 bits a byte, low bits first, high bit
-/// set while more follow) and its bytes.
+/// A song stores only its name and number; its folder, flag and rank are shared with all songs that
+/// have the same texts. A text never moves, so views stay valid as long as the pool. Each text is
+/// stored as its length (7 bits per byte, low bits first, high bit set if more bytes follow) and
+/// its bytes.
 class TextPool {
  public:
-  /// Most bytes that a pool can hold, lengths included.
+  /// Maximum size of a pool in bytes, lengths included.
   static constexpr std::size_t kMaxBytes = std::size_t{1} << 32U;
 
   TextPool();
 
-  /// Adds a text even if it is there already: for texts that rarely repeat.
+  /// Adds a text without looking for an equal one. For texts that rarely repeat.
   ///
   /// \throws std::length_error when the pool is full
   TextHandle Add(std::string_view text);
 
-  /// The one handle of a text: adds it if no earlier Share has. For texts that repeat.
+  /// Returns the shared handle of a text, and adds the text on the first call. For texts that
+  /// repeat.
   TextHandle Share(std::string_view text);
 
-  /// The text of a handle that this pool gave.
+  /// The text of a handle returned by this pool.
   std::string_view Text(TextHandle handle) const noexcept;
 
-  /// Bytes added so far.
+  /// Bytes used so far.
   std::size_t size() const noexcept { return used_; }
 
  private:
@@ -60,11 +61,11 @@ class TextPool {
     bool operator()(TextHandle a, std::string_view b) const noexcept { return pool->Text(a) == b; }
   };
 
-  // A text never crosses blocks. A handle is the block's number times the block's size plus the
-  // offset in it; a text longer than a block has a run of blocks to itself, of which only the first
-  // is real.
+  // A text never crosses a block boundary. A handle is the block number times the block size plus
+  // the offset in the block. A text longer than a block occupies several consecutive block numbers,
+  // of which only the first has memory.
   std::vector<std::unique_ptr<char[]>> blocks_;
-  std::size_t used_ = 1;  ///< the next free place; 0 is taken by the empty text
+  std::size_t used_ = 1;  ///< the next free position; position 0 is the empty text
   std::unordered_set<TextHandle, Hash, Equal> shared_;
 };
 

@@ -8,15 +8,14 @@
 
 namespace tallow {
 
-/// The folders below which nothing is asked for the present, because a disk did not answer there. May be used
-/// from several threads.
+/// Folders that are currently skipped because the disk did not answer. Thread-safe.
 class UnansweredPlaces {
  public:
   /// \param root ends in a separator
   void Add(std::string_view root);
   void Clear();
 
-  /// The root that a path lies below; empty for none.
+  /// The root that contains a path; empty for none.
   std::string RootOf(std::string_view path) const;
   bool Covers(std::string_view path) const { return !RootOf(path).empty(); }
 

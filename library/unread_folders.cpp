@@ -18,7 +18,7 @@ constexpr int kVersion = 1;
 void UnreadFolders::Add(UnreadFolder folder) {
   const auto found = folders_.find(folder.path);
   if (found != folders_.end()) {
-    // Nobody has searched the folders below it meanwhile.
+    // Keep `below` set: the subfolders have not been searched meanwhile.
     folder.below = folder.below || found->second.below;
     is_dirty_ = is_dirty_ || found->second.below != folder.below;
     found->second = std::move(folder);

@@ -9,32 +9,32 @@
 
 namespace tallow {
 
-// Folders that a search could not read are remembered in "Unread.json", because no song of theirs may be
-// known by which the next start would come to them. It is JSON in UTF-8, a folder a line:
+// Folders that a search could not read are stored in "Unread.json". The next start scans them again
+// even if no known song is in them. The file is JSON in UTF-8, one folder per line:
 //
 //   {"format":"Tallow unread folders","version":1,"folders":[
 //   {"path":"/m/abba/","below":true}]}
 //
-// "below" says that the folders below it were to be searched too. Texts are written as AppendJsonText writes
-// them.
+// "below" says that the subfolders must be searched too. Texts are encoded by AppendJsonText.
 
 /// A folder that could not be read.
 struct UnreadFolder {
   std::string path;     ///< ends in a separator
-  bool below = false;   ///< the folders below it are to be searched too
-  std::string problem;  ///< what the system says; empty of one that an earlier run has left
+  bool below = false;   ///< the subfolders must be searched too
+  std::string problem;  ///< the system's error; empty when read from the file
 };
 
-/// The folders that could not be read, in the order of their paths.
+/// The folders that could not be read, sorted by path.
 class UnreadFolders {
  public:
-  /// How many are remembered. Somebody who has no permission for more searches a disk that is not his.
+  /// Maximum number of folders stored. A user who lacks permission for more is probably searching
+  /// another user's disk.
   static constexpr std::size_t kMax = 10'000;
 
   void Add(UnreadFolder folder);
-  /// Whether a folder is remembered with the folders below it.
+  /// Whether a folder is stored with `below` set.
   bool HasBelow(std::string_view path) const;
-  /// Forgets a folder.
+  /// Removes a folder.
   void Remove(std::string_view path);
 
   std::vector<UnreadFolder> Folders() const;
@@ -45,8 +45,8 @@ class UnreadFolders {
   void MarkSaved() noexcept { is_dirty_ = false; }
 
   std::string Encode() const;
-  /// Takes over the content of a file.
-  /// \throws std::exception saying what is wrong with it; nothing has changed then
+  /// Parses the content of the file.
+  /// \throws std::exception describing the error; nothing has changed then
   void Decode(const std::string& bytes);
 
  private:

@@ -6,7 +6,7 @@
 namespace tallow {
 namespace {
 
-TEST(UnreadFolders, AreKeptInTheirFile) {
+TEST(UnreadFolders, AreSavedInTheirFile) {
   UnreadFolders folders;
   folders.Add({"/m/b\xFF/", true, "Input/output error"});
   folders.Add({"/m/a/", false, "Permission denied"});
@@ -21,7 +21,7 @@ TEST(UnreadFolders, AreKeptInTheirFile) {
   EXPECT_FALSE(read.IsDirty());
 }
 
-TEST(UnreadFolders, OneThatWasReadIsForgotten) {
+TEST(UnreadFolders, AFolderThatWasReadIsForgotten) {
   UnreadFolders folders;
   folders.Add({"/m/a/", true, "Input/output error"});
   folders.MarkSaved();
@@ -32,7 +32,7 @@ TEST(UnreadFolders, OneThatWasReadIsForgotten) {
   EXPECT_EQ(folders.size(), 0U);
 }
 
-TEST(UnreadFolders, TheSameProblemAgainIsNoChange) {
+TEST(UnreadFolders, TheSameFolderAgainIsNoChange) {
   UnreadFolders folders;
   folders.Add({"/m/a/", true, "Input/output error"});
   folders.MarkSaved();
@@ -41,7 +41,7 @@ TEST(UnreadFolders, TheSameProblemAgainIsNoChange) {
   EXPECT_EQ(folders.Folders()[0].problem, "Permission denied");
 }
 
-TEST(UnreadFolders, TheFoldersBelowAreNotForgotten) {
+TEST(UnreadFolders, TheSubfoldersAreNotForgotten) {
   UnreadFolders folders;
   folders.Add({"/m/a/", true, "Input/output error"});
   folders.Add({"/m/a/", false, "Input/output error"});
@@ -49,14 +49,14 @@ TEST(UnreadFolders, TheFoldersBelowAreNotForgotten) {
   EXPECT_FALSE(folders.HasBelow("/m/b/"));
 }
 
-TEST(UnreadFolders, OfTooManyTheFirstAreRemembered) {
+TEST(UnreadFolders, AtMostTheMaximumIsKept) {
   UnreadFolders folders;
   for (std::size_t k = 0; k <= UnreadFolders::kMax; ++k)
     folders.Add({"/m/" + std::to_string(k) + "/", true, "Permission denied"});
   EXPECT_EQ(folders.size(), UnreadFolders::kMax);
 }
 
-TEST(UnreadFolders, WhatIsNoSuchFileIsRefused) {
+TEST(UnreadFolders, AnInvalidFileIsRejected) {
   UnreadFolders folders;
   folders.Add({"/m/a/", true, {}});
   EXPECT_ANY_THROW(folders.Decode("{}"));

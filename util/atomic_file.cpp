@@ -8,7 +8,7 @@
 namespace tallow {
 namespace {
 
-/// A larger file is given the other name, and is not copied into memory for it.
+/// A file larger than this is renamed to the backup name instead of being copied through memory.
 constexpr std::uint64_t kMaxCopied = std::uint64_t{1} << 30U;
 
 }  // namespace

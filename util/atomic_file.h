@@ -7,47 +7,48 @@
 
 namespace tallow {
 
-/// What the name of a file carries while its new content is being written beside it.
+/// Suffix of the temporary file that holds the new content until it replaces the old file.
 inline constexpr std::string_view kUnfinishedSuffix = ".new";
 
-/// What the name of a damaged file carries once it is kept aside.
+/// Suffix of the backup of a file.
 inline constexpr std::string_view kBackupSuffix = ".bak";
 
-/// Replaces the content of a file, or makes the file, so that a failure or a kill at any moment
-/// leaves either the old content or the new one under its name.
+/// Creates a file or replaces its content, so that a failure or a kill at any moment leaves either
+/// the old content or the new content under its name.
 ///
-/// The content goes to a file beside it (the name followed by ".new"), is flushed to the disk, and
-/// takes the name over. A link to a
-/// file is followed, so that the file is replaced and not the link; on Linux permissions are kept where the
-/// disk keeps any. A link that leads to nothing is not replaced: its file may be on a disk
-/// that is away.
+/// The content is written to a temporary file beside the target (the name followed by ".new"),
+/// flushed to disk, and renamed over the target. A link to a file is followed: the file is
+/// replaced, not the link. On Linux the permissions are kept where the file system has any. A
+/// dangling link is an error, because its target may be on a drive that is not mounted.
 ///
-/// \param before_replacing is called once the new content is on the disk beside the old one; what it
-///        throws leaves the old one. May be empty
+/// \param before_replacing callback, called once the new content is on disk and before the rename;
+///        if it throws, the old content stays. May be empty
 /// \throws FileError when anything fails, a read-only file included; the old content is then
 /// untouched
 void WriteFileAtomically(const std::string& path, std::string_view content,
                          const std::function<void()>& before_replacing = {});
 
-/// Keeps a copy of a file under its name followed by ".bak", in place of an earlier one. A file
-/// that does not exist is left alone.
+/// Copies a file to its name followed by ".bak", replacing an earlier backup. Does nothing when the
+/// file does not exist.
 ///
 /// \throws FileError
 void KeepBackup(const std::string& path);
 
-/// KeepBackup of a file that is about to be replaced by WriteFileAtomically. Where the file system knows
-/// hard links, nothing is copied. On Linux a link to a file is followed; the backup lies beside the link.
+/// Backs up a file that WriteFileAtomically is about to replace. Where the file system supports
+/// hard links, the backup is a hard link and nothing is copied. On Linux a link to a file is
+/// followed; the backup lies beside the link.
 ///
-/// \param suffix of the name that it is kept under
+/// \param suffix appended to the name to form the backup's name
 /// \throws FileError
 void KeepReplaced(const std::string& path, std::string_view suffix = kBackupSuffix);
-/// KeepReplaced under any name.
+/// KeepReplaced with a full path for the backup.
 void KeepReplacedAs(const std::string& path, const std::string& other);
 
-/// Gives a file the name followed by ".bak", in place of an earlier one. Unlike KeepBackup this works on
-/// a file that cannot be read. A link to a file stays, and a copy of the file is kept.
+/// Renames a file to its name followed by ".bak", replacing an earlier backup. Unlike KeepBackup
+/// this also works on a file that cannot be read. A link to a file stays; its target is backed up
+/// as by KeepReplacedAs.
 ///
-/// \param suffix of the name that it gets
+/// \param suffix appended to the name to form the backup's name
 /// \throws FileError
 void MoveToBackup(const std::string& path, std::string_view suffix = kBackupSuffix);
 

@@ -22,10 +22,10 @@ namespace {
   throw FileError(path, std::strerror(error));
 }
 
-/// Whether there is something at a path that is to be written.
+/// Whether a path exists and can be replaced.
 ///
-/// \param status of what is there
-/// \throws FileError when nobody can tell, and of a link that leads to nothing
+/// \param status set to the status of the file
+/// \throws FileError when the path cannot be checked, and when it is a dangling link
 bool IsThere(const std::string& path, struct stat& status) {
   if (Retry([&] { return stat(path.c_str(), &status); }) == 0) return true;
   if (errno != ENOENT) Fail(path, errno);
@@ -35,7 +35,7 @@ bool IsThere(const std::string& path, struct stat& status) {
   return false;
 }
 
-/// The path of an existing file with every link followed.
+/// The path of an existing file with every link resolved.
 std::string RealPath(const std::string& path) {
   using Text = std::unique_ptr<char, decltype(&std::free)>;
   for (;;) {
@@ -53,7 +53,8 @@ int Unlink(const std::string& path) noexcept {
   return Retry([&] { return unlink(path.c_str()); });
 }
 
-/// Whether a file system that keeps no permissions, or lets only the owner change them, has refused.
+/// Whether an error means that the file system stores no permissions, or lets only the owner change
+/// them.
 bool KeepsNoPermissions(int error) noexcept {
   return error == EPERM || error == ENOTSUP || error == EOPNOTSUPP || error == ENOSYS ||
          error == EINVAL;
@@ -63,7 +64,7 @@ void WriteAll(int descriptor, std::string_view content, const std::string& path)
   while (!content.empty()) {
     const ssize_t written = write(descriptor, content.data(), content.size());
     if (written < 0 && errno == EINTR) continue;
-    // A file that takes nothing any more would be written to for ever.
+    // Fail when write() accepts no more bytes; retrying would loop forever.
     if (written <= 0) Fail(path, written < 0 ? errno : EIO);
     content.remove_prefix(static_cast<std::size_t>(written));
   }
@@ -80,14 +81,16 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
   if (exists && Retry([&] { return faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS); }) != 0)
     Fail(path, errno);
   const std::string beside = target + std::string(kUnfinishedSuffix);
-  // What an earlier writer has left goes; were it a link, another file would be written.
+  // Remove a temporary file left by an earlier writer. If it were a link, the write would go to
+  // another file.
   if (Unlink(beside) != 0 && errno != ENOENT)
     Fail(errno == EISDIR || errno == EPERM ? beside : path, errno);
   const OpenFile file(
       Retry([&] { return open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666); }));
   if (!file) Fail(path, errno);
   try {
-    // Where there are no permissions to keep, the content matters more.
+    // Saving the content matters more than the permissions, so a file system without permissions is
+    // not an error.
     const mode_t permissions = old.st_mode & 07777;
     if (exists && Retry([&] { return fchmod(file.descriptor(), permissions); }) != 0 &&
         !KeepsNoPermissions(errno))
@@ -104,8 +107,8 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
     Unlink(beside);
     Fail(path, error);
   }
-  // The name itself is on the disk only once the folder is. A file system that cannot flush a
-  // folder has done what it can.
+  // The rename is durable only once the folder is flushed too. A file system that cannot flush a
+  // folder is not an error.
   const std::string folder(FolderOfPath(target));
   const OpenFile directory(Retry([&] {
     return open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
@@ -117,11 +120,12 @@ bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
   try {
     const std::string beside = backup + std::string(kUnfinishedSuffix);
     if (Unlink(beside) != 0 && errno != ENOENT) return false;
-    // The link itself would be linked, so what it leads to is named.
+    // link() does not follow a link, so pass the resolved path.
     const std::string target = RealPath(path);
     if (Retry([&] { return link(target.c_str(), beside.c_str()); }) != 0) return false;
     const bool renamed = Rename(beside, backup) == 0;
-    // Two links to one file are not renamed over each other.
+    // rename() does nothing when both names are hard links to the same file, so remove the first
+    // name.
     Unlink(beside);
     return renamed;
   } catch (const std::exception&) {

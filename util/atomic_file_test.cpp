@@ -35,7 +35,7 @@ TEST(AtomicFile, AFolderThatIsGoneIsAnErrorThatNamesTheFile) {
 TEST(AtomicFile, AFailureLeavesTheOldContent) {
   const TempFolder folder;
   const std::string path = folder.File("a.lmz", "old");
-  folder.Folder("a.lmz.new");  // nothing can be written beside it
+  folder.Folder("a.lmz.new");  // makes writing the temporary file fail
   EXPECT_THROW(WriteFileAtomically(path, "new"), FileError);
   EXPECT_EQ(ReadWholeFile(path), "old");
 }
@@ -81,7 +81,7 @@ TEST(AtomicFile, ALinkThatLeadsToNothingIsNotReplaced) {
   EXPECT_THROW(ReadWholeFile(link), FileError);
 }
 
-TEST(AtomicFile, WhatIsReplacedIsNotCopied) {
+TEST(AtomicFile, ReplacingLeavesABackupWithoutCopyingTheFile) {
   const TempFolder folder;
   const std::string path = folder.File("a.lmz", "one");
   KeepReplaced(path);
@@ -90,7 +90,7 @@ TEST(AtomicFile, WhatIsReplacedIsNotCopied) {
   EXPECT_EQ(std::filesystem::hard_link_count(path), 1U);
 }
 
-TEST(AtomicFile, OfALinkTheFileIsKeptBesideTheLink) {
+TEST(AtomicFile, TheBackupOfALinkIsAFileBesideTheLink) {
   const TempFolder folder;
   const std::string real = folder.File("elsewhere/real.lmz", "old");
   const std::string link = folder / "link.lmz";
@@ -122,7 +122,7 @@ TEST(AtomicFile, PermissionsAreKept) {
 }
 #endif
 
-TEST(AtomicFile, WhatIsReplacedIsKept) {
+TEST(AtomicFile, KeepReplacedKeepsTheContentBeforeEachWrite) {
   const TempFolder folder;
   const std::string path = folder.File("a.lmz", "one");
   for (const char* next : {"two", "three"}) {
@@ -135,14 +135,14 @@ TEST(AtomicFile, WhatIsReplacedIsKept) {
   EXPECT_FALSE(FileExists(path + ".bak.new"));
   KeepReplaced(path, ".damaged");
   EXPECT_EQ(ReadWholeFile(path + ".damaged"), "three");
-  // The link is there already; nothing is left over.
+  // The backup is already a hard link to this file; no temporary file may stay behind.
   KeepReplaced(path, ".damaged");
   EXPECT_FALSE(FileExists(path + ".damaged.new"));
   KeepReplaced(folder / "none");
   EXPECT_FALSE(FileExists(folder / "none.bak"));
 }
 
-TEST(AtomicFile, MovingAsideNeedsNoReading) {
+TEST(AtomicFile, MoveToBackupDoesNotReadTheFile) {
   const TempFolder folder;
   const std::string path = folder.File("a.ini", "damaged");
   folder.File("a.ini.bak", "older");
@@ -152,7 +152,7 @@ TEST(AtomicFile, MovingAsideNeedsNoReading) {
   EXPECT_THROW(MoveToBackup(path), FileError);
 }
 
-TEST(AtomicFile, WhatThrowsBeforeTheReplacingLeavesTheOldContent) {
+TEST(AtomicFile, ACallbackThatThrowsBeforeTheRenameLeavesTheOldContent) {
   const TempFolder folder;
   const std::string path = folder.File("a.juk", "old");
   bool was_written = false;

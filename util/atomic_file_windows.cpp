@@ -12,8 +12,8 @@
 namespace tallow {
 namespace {
 
-/// How often the name is taken over anew when another process (an index service, a virus scanner)
-/// holds the old file for a moment, and how long to wait between two tries, in ms.
+/// How often to try to rename over the old file while another process (an index service, a virus
+/// scanner) has it open, and the pause between two tries, in ms.
 constexpr int kTries = 20;
 constexpr DWORD kPause = 10;
 
@@ -21,7 +21,8 @@ constexpr DWORD kPause = 10;
   throw FileError(path, SystemErrorText(error));
 }
 
-/// Writes and flushes everything; returns the error number of what failed, or ERROR_SUCCESS.
+/// Writes and flushes the content; returns the error number of the call that failed, or
+/// ERROR_SUCCESS.
 DWORD WriteAll(HANDLE file, std::string_view content) {
   constexpr std::size_t kMaxAtOnce = std::size_t{1} << 30U;
   while (!content.empty()) {
@@ -43,7 +44,8 @@ bool IsLink(DWORD attributes) noexcept {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
 
-/// The path of a file with every link followed; empty, and GetLastError, when a link leads to nothing.
+/// The path of a file with every link resolved. Empty, with the last error set, for a dangling
+/// link.
 std::wstring TargetOf(const std::wstring& path) {
   constexpr DWORD kShareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
   const OpenHandle file(
@@ -75,7 +77,8 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
     if (target.empty()) Fail(path, GetLastError());
   }
   const std::wstring beside = target + ToWide(kUnfinishedSuffix);
-  // What an earlier writer has left goes; were it a link, another file would be written.
+  // Remove a temporary file left by an earlier writer. If it were a link, the write would go to
+  // another file.
   DeleteFileW(beside.c_str());
   const DWORD attributes = GetFileAttributesW(target.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES && GetLastError() != ERROR_FILE_NOT_FOUND)
@@ -88,8 +91,8 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
     if (!file) Fail(path, GetLastError());
     const DWORD error = WriteAll(file.get(), content);
     if (error != ERROR_SUCCESS) {
-      // The handle has to be closed before the name can go; deleting it first marks it for that
-      // moment.
+      // Windows removes the name only when the handle is closed; until then this marks the file for
+      // deletion.
       DeleteFileW(beside.c_str());
       Fail(path, error);
     }
@@ -120,7 +123,7 @@ bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
     if (!CreateHardLinkW(beside.c_str(), ToWidePath(path).c_str(), nullptr)) return false;
     const bool renamed = MoveFileExW(beside.c_str(), ToWidePath(backup).c_str(),
                                      MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != FALSE;
-    // Two links to one file may not be renamed over each other.
+    // Renaming one hard link over another link to the same file may fail, so remove the first name.
     DeleteFileW(beside.c_str());
     return renamed;
   } catch (const std::exception&) {

@@ -9,33 +9,33 @@
 
 namespace tallow {
 
-/// Why the date of a file cannot be told.
+/// Why the date of a file cannot be read.
 struct FileProblem {
-  /// 53 file not found, 68 device unavailable, 76 path not found; for all else the system's own
+  /// 53 file not found, 68 device unavailable, 76 path not found; otherwise the system's error
   /// number.
   std::int64_t number = 0;
-  bool absent = false;  ///< one of the three above
-  std::string text;     ///< the system's text for it
+  bool absent = false;  ///< number is one of the three above
+  std::string text;     ///< the system's message for the error
 };
 
 inline constexpr std::int64_t kFileNotFound = 53;
 inline constexpr std::int64_t kDeviceUnavailable = 68;
 inline constexpr std::int64_t kPathNotFound = 76;
 
-/// Asks for the date a file was last modified.
+/// Reads the date a file was last modified, and returns the error if that fails.
 ///
-/// On Linux ENOENT is 53, ENOTDIR 76, ENODEV and ENXIO are 68. On Windows a missing file is 53; a
-/// missing folder, drive letter or share 76; a drive without a medium 68.
-/// \returns what came of it instead; no value when the date was told
+/// On Linux ENOENT is 53, ENOTDIR is 76, ENODEV and ENXIO are 68. On Windows a missing file is 53;
+/// a missing folder, drive letter or share is 76; a drive without a medium is 68.
+/// \returns the problem; no value when the date could be read
 std::optional<FileProblem> ProblemOfFileDate(const std::string& path);
 
-/// What an error number of the system is as a problem of a file's date.
+/// Maps an error number of the system to a FileProblem.
 FileProblem ProblemOfError(unsigned long error);
 
-/// Whether a file exists, as far as anything can be said against it.
+/// Whether a file exists; errors other than "absent" count as existing.
 ///
-/// An absent file, device or path is missing without a message. Any other problem is shown, and the
-/// file counts as present: it may only be unreadable at this moment.
+/// An absent file, device or path returns false without a message. Any other problem is shown in a
+/// message box and returns true, because the file may only be unreadable at this moment.
 bool FileExistsCheck(const std::string& path, const ShowMessage& show);
 
 }  // namespace tallow

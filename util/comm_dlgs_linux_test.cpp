@@ -29,7 +29,7 @@ TEST(FileCheckOnLinux, ErrorsHaveTheirNumbers) {
   }
 }
 
-TEST(FileCheckOnLinux, AFileInAFileIsAPathNotFound) {
+TEST(FileCheckOnLinux, APathBelowAFileIsPathNotFound) {
   const TempFolder folder;
   const auto problem = ProblemOfFileDate(folder.File("a.mp3") + "/b.mp3");
   ASSERT_TRUE(problem);
@@ -67,7 +67,7 @@ TEST(FileCheckOnLinux, ALinkToNothingIsMissing) {
   EXPECT_TRUE(messages.shown.empty());
 }
 
-TEST(FileCheckOnLinux, AnyBytesOfANameAreFound) {
+TEST(FileCheckOnLinux, ANameWithInvalidUtf8IsFound) {
   const TempFolder folder;
   RecordedMessages messages;
   EXPECT_TRUE(FileExistsCheck(folder.File("caf\xE9\n.mp3"), messages.Shower()));

@@ -23,7 +23,7 @@ TEST_F(FileCheck, AnExistingFileIsThere) {
   EXPECT_TRUE(messages.shown.empty());
 }
 
-TEST_F(FileCheck, AFolderHasADateToo) { EXPECT_TRUE(Exists(folder.path())); }
+TEST_F(FileCheck, AFolderExistsToo) { EXPECT_TRUE(Exists(folder.path())); }
 
 TEST_F(FileCheck, AnAbsentFileIsMissingWithoutAMessage) {
   EXPECT_FALSE(Exists(folder / "a.mp3"));

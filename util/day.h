@@ -6,7 +6,7 @@
 
 namespace tallow {
 
-/// The day it is, in days since 1970-01-01 (UTC).
+/// The current day, in days since 1970-01-01 (UTC).
 inline std::int32_t Today() {
   const auto since = std::chrono::system_clock::now().time_since_epoch();
   return static_cast<std::int32_t>(std::chrono::duration_cast<std::chrono::days>(since).count());

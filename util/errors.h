@@ -7,8 +7,8 @@
 
 namespace tallow {
 
-/// A value as a message shows it: in single quotes, what cannot be printed as a question mark, and no
-/// longer than a line.
+/// Quotes a value for a message: in single quotes, with control characters replaced by question
+/// marks, and cut to 60 bytes.
 inline std::string Quoted(std::string_view value) {
   constexpr std::size_t kMaxShown = 60;
   std::string shown(value.substr(0, kMaxShown));
@@ -17,7 +17,7 @@ inline std::string Quoted(std::string_view value) {
   return "'" + shown + (value.size() > kMaxShown ? " . . .'" : "'");
 }
 
-/// A text that had to be a number (or a boolean) is none.
+/// A text that had to be a number (or a boolean) is not one.
 class TypeMismatchError : public std::runtime_error {
  public:
   explicit TypeMismatchError(std::string_view value)
@@ -29,7 +29,7 @@ class TypeMismatchError : public std::runtime_error {
   std::string value_;
 };
 
-/// A number is too large for the integer that has to hold it.
+/// A number is too large for its integer type.
 class OverflowError : public std::runtime_error {
  public:
   explicit OverflowError(std::string_view value)
@@ -41,7 +41,7 @@ class OverflowError : public std::runtime_error {
   std::string value_;
 };
 
-/// A row or column outside a table was asked for.
+/// A row or column index is outside the table.
 class SubscriptError : public std::out_of_range {
  public:
   using std::out_of_range::out_of_range;
@@ -50,15 +50,15 @@ class SubscriptError : public std::out_of_range {
 /// A file or folder could not be opened, read or written.
 class FileError : public std::runtime_error {
  public:
-  /// \param path   the file or folder concerned
-  /// \param reason what the system says is the matter, e.g. "No space left on device"
+  /// \param path   the file or folder that caused the error
+  /// \param reason the system's message, e.g. "No space left on device"
   FileError(std::string_view path, std::string_view reason)
       : std::runtime_error(std::string(path) + ": " + std::string(reason)),
         path_(path),
         reason_(reason) {}
-  /// The file or folder concerned.
+  /// The file or folder that caused the error.
   const std::string& path() const noexcept { return path_; }
-  /// What the system says is the matter.
+  /// The system's message.
   const std::string& reason() const noexcept { return reason_; }
 
  private:
@@ -66,7 +66,7 @@ class FileError : public std::runtime_error {
   std::string reason_;
 };
 
-/// A file is larger than any of its kind can be, so it is not read.
+/// A file exceeds the size limit of its kind, so it is not read.
 class FileTooLargeError : public FileError {
  public:
   using FileError::FileError;

@@ -10,22 +10,24 @@ namespace tallow {
 
 enum class MadeFile {
   kMade,
-  kExists,      ///< something of that name was there before, be it a link that leads nowhere
-  kImpossible,  ///< the folder cannot be written, or the disk is full; nothing is left behind
+  kExists,      ///< the name exists already, possibly as a dangling link
+  kImpossible,  ///< the folder is not writable or the disk is full; nothing is left behind
 };
 
-/// Makes a file unless there is one. Of several that try at once one succeeds, on every file system.
+/// Creates a file that must not exist yet. When several processes try at once, exactly one
+/// succeeds, on every file system.
 MadeFile MakeExclusiveFile(const std::string& path, std::string_view content);
 
-/// The content of a regular file of at most so many bytes. Does not wait, and follows no link.
-/// \returns no value when it is something else, or cannot be read
+/// Reads a regular file of at most max_bytes bytes. Does not block on pipes, and does not follow
+/// links.
+/// \returns no value when the file is not regular, is larger, or cannot be read
 std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t max_bytes);
 
-/// Whether there is anything of that name, be it a link that leads nowhere.
+/// Whether the name exists in the folder, even as a dangling link.
 bool NameIsTaken(const std::string& path);
 
-/// Gives a file the name of another one, which is gone then.
-/// \returns whether that was possible
+/// Renames a file over another file, replacing it.
+/// \returns whether the rename succeeded
 bool RenameOver(const std::string& from, const std::string& to);
 
 }  // namespace tallow

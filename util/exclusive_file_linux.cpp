@@ -11,7 +11,7 @@
 namespace tallow {
 namespace {
 
-/// open() that goes on after a signal.
+/// open() that retries when a signal interrupts it.
 int Open(const std::string& path, int flags, mode_t mode = 0) {
   for (;;) {
     const int descriptor = open(path.c_str(), flags | O_CLOEXEC, mode);
@@ -32,7 +32,7 @@ bool WriteAll(int descriptor, std::string_view content) {
 }  // namespace
 
 MadeFile MakeExclusiveFile(const std::string& path, std::string_view content) {
-  // Others who work on the folder are to be able to read it.
+  // 0644: other users who work on the folder must be able to read the file.
   const OpenFile file(Open(path, O_WRONLY | O_CREAT | O_EXCL, 0644));
   if (!file) return errno == EEXIST ? MadeFile::kExists : MadeFile::kImpossible;
   if (WriteAll(file.descriptor(), content)) return MadeFile::kMade;

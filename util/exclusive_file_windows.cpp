@@ -8,13 +8,14 @@
 namespace tallow {
 namespace {
 
-/// How often a file that another process is writing or deleting is tried again, and the pause between, in ms.
+/// How often to try a file that another process is writing or deleting, and the pause between two
+/// tries, in ms.
 constexpr int kMaxTries = 20;
 constexpr DWORD kPause = 10;
 
-/// Opens a file, again while another process has it for itself.
-/// \param open gives the handle, or INVALID_HANDLE_VALUE with the last error set
-/// \param is_busy whether an error may pass
+/// Opens a file; retries while another process has exclusive access to it.
+/// \param open returns the handle, or INVALID_HANDLE_VALUE with the last error set
+/// \param is_busy whether an error may be temporary
 template <typename Open, typename IsBusy>
 HANDLE OpenOnceFree(const Open& open, const IsBusy& is_busy) {
   for (int tried = 1;; ++tried) {
@@ -40,13 +41,15 @@ MadeFile MakeExclusiveFile(const std::string& path, std::string_view content) {
                              FILE_ATTRIBUTE_NORMAL, nullptr);
         },
         [&](DWORD error) {
-          // The name of a file that is being deleted is taken, and nothing is there.
+          // The name of a file that is being deleted is still reserved, though it has no
+          // attributes.
           return error == ERROR_ACCESS_DENIED &&
                  GetFileAttributesW(wide.c_str()) == INVALID_FILE_ATTRIBUTES;
         }));
     if (!file) {
       const DWORD error = GetLastError();
-      // A folder of that name is refused with its own error.
+      // For a folder of that name CreateFileW reports a different error, so check the attributes
+      // too.
       const bool exists = error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS ||
                           GetFileAttributesW(wide.c_str()) != INVALID_FILE_ATTRIBUTES;
       return exists ? MadeFile::kExists : MadeFile::kImpossible;

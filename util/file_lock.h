@@ -6,21 +6,21 @@
 
 namespace tallow {
 
-/// A file that one program at a time holds. The system lets go of it when the program ends, however it
-/// ends, so a crash leaves no lock behind, whatever the machine is called by then.
+/// A file lock that one program at a time can hold. The system releases it when the program ends,
+/// even after a crash, so no stale lock can remain, and the computer's name does not matter.
 class FileLock {
  public:
   enum class Answer {
-    kHeld,        ///< by this object from now on
-    kInUse,       ///< by another one, of this program or of another
-    kImpossible,  ///< it is no file, cannot be made or opened, or its file system knows no locks
+    kHeld,        ///< this object holds the lock now
+    kInUse,       ///< another FileLock holds it, in this program or in another
+    kImpossible,  ///< not a file, cannot be created or opened, or the file system has no locks
   };
 
   FileLock();
   ~FileLock();
 
-  /// Tries to hold the file, which is made when it is not there. Does not wait.
-  /// \param path of a file whose content does not matter; it stays there
+  /// Tries to lock the file, which is created when it does not exist. Does not wait.
+  /// \param path of a file whose content does not matter; the file is not deleted afterwards
   Answer Take(const std::string& path);
 
  private:

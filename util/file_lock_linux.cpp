@@ -17,10 +17,10 @@ FileLock::FileLock() = default;
 FileLock::~FileLock() = default;
 
 FileLock::Answer FileLock::Take(const std::string& path) {
-  // One that is taken away between the two calls is made again.
+  // Retry when the file is deleted or replaced between open() and flock().
   constexpr int kMaxTries = 10;
   for (int tried = 0; tried < kMaxTries; ++tried) {
-    // What is no file is not waited for.
+    // O_NONBLOCK: do not block when the path is a pipe or a device.
     auto file = std::make_unique<File>(Retry([&] {
       return open(path.c_str(), O_RDWR | O_CREAT | O_NONBLOCK | O_NOCTTY | O_CLOEXEC,
                   S_IRUSR | S_IWUSR);

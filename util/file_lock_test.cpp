@@ -10,7 +10,7 @@ namespace {
 
 using Answer = FileLock::Answer;
 
-TEST(FileLockTest, IsHeldByOneAtATime) {
+TEST(FileLockTest, OnlyOneObjectHoldsTheLock) {
   TempFolder folder;
   const std::string path = folder / "it.lock";
   FileLock second;
@@ -23,14 +23,14 @@ TEST(FileLockTest, IsHeldByOneAtATime) {
   EXPECT_EQ(second.Take(path), Answer::kHeld);
 }
 
-TEST(FileLockTest, AFileThatIsThereAlreadyIsNoObstacle) {
+TEST(FileLockTest, AnExistingFileCanBeLocked) {
   TempFolder folder;
   folder.File("it.lock");
   FileLock lock;
   EXPECT_EQ(lock.Take(folder / "it.lock"), Answer::kHeld);
 }
 
-TEST(FileLockTest, WhereNoFileCanBeMadeItSaysSo) {
+TEST(FileLockTest, AFileThatCannotBeCreatedIsImpossible) {
   TempFolder folder;
   FileLock lock;
   EXPECT_EQ(lock.Take(folder / "none/it.lock"), Answer::kImpossible);

@@ -15,7 +15,7 @@ FileLock::FileLock() = default;
 FileLock::~FileLock() = default;
 
 FileLock::Answer FileLock::Take(const std::string& path) {
-  // What is opened without sharing nobody else can open.
+  // A file opened without sharing cannot be opened by anybody else.
   const HANDLE handle = CreateFileW(ToWidePath(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                     nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE)

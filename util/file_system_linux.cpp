@@ -28,17 +28,17 @@ FolderIdentity IdentityOf(const struct stat& status) noexcept {
   return {static_cast<std::uint64_t>(status.st_dev), static_cast<std::uint64_t>(status.st_ino), 0};
 }
 
-/// What an entry turned out to be.
+/// The type of a directory entry.
 enum class EntryKind {
   kFile,
   kFolder,
   kLinkedFolder,
   kOther,
-  kUnknown,  ///< it cannot be read what it is
+  kUnknown,  ///< the type could not be read
 };
 
-/// Whether an error is that of a disk or of a shortage. A link that leads nowhere, or to where the user may
-/// not look, is no such error.
+/// Whether an error comes from the disk or from a lack of resources. A dangling link, or a link to
+/// a place without permission, is not such an error.
 bool IsReadError(int error) noexcept {
   switch (error) {
     case ENOENT:
@@ -53,15 +53,15 @@ bool IsReadError(int error) noexcept {
   }
 }
 
-/// The kind of an entry whose status cannot be had, by errno.
+/// Returns the kind unless errno is a read error; then kUnknown. For entries whose stat() failed.
 EntryKind UnlessReadError(EntryKind kind) noexcept {
   return IsReadError(errno) ? EntryKind::kUnknown : kind;
 }
 
-/// An entry's kind, from the directory itself where it says so; links and file systems that do not
-/// say cost a look at the inode, and so does the size of a file.
+/// The kind of an entry. Uses d_type where the file system sets it; links, other file systems and
+/// size requests need a stat() call.
 ///
-/// \param size set for a file when wanted is true
+/// \param size set for a file when size_wanted is true
 EntryKind KindOf(int directory, const dirent& entry, bool size_wanted, std::uint64_t& size) {
   struct stat status {};
   unsigned char type = entry.d_type;
@@ -81,7 +81,7 @@ EntryKind KindOf(int directory, const dirent& entry, bool size_wanted, std::uint
   return EntryKind::kFile;
 }
 
-/// ReadTail of a file in an open folder, or by its path; tells the file's size as well.
+/// ReadTail of a file in an open folder, or by path. Also returns the status, which has the size.
 TailResult ReadTailAt(int directory, const char* name, std::span<char> bytes, struct stat& status) {
   const OpenFile file(
       Retry([&] { return openat(directory, name, O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
@@ -105,8 +105,8 @@ bool IsDotOrDotDot(const char* name) noexcept {
   return name[0] == '.' && (name[1] == '\0' || (name[1] == '.' && name[2] == '\0'));
 }
 
-/// Whether an error says that there is no such file or folder. A path that is too long for the system
-/// cannot be that of one.
+/// Whether an error means that there is no such file or folder. A path too long for the system
+/// cannot exist either.
 bool IsNotThere(int error) noexcept {
   return error == ENOENT || error == ENOTDIR || error == ENAMETOOLONG;
 }
@@ -117,7 +117,7 @@ std::optional<struct stat> StatusOf(const std::string& path) {
   return status;
 }
 
-/// Opens a folder for listing; null with errno set where it cannot be opened.
+/// Opens a folder for listing; null with errno set when that fails.
 Directory OpenDirectory(const std::string& path) {
   for (;;) {
     Directory directory(opendir(path.c_str()));
@@ -125,7 +125,7 @@ Directory OpenDirectory(const std::string& path) {
   }
 }
 
-/// The next entry of a folder; null at its end, and with errno set when the rest cannot be read.
+/// The next entry of a folder. Null with errno 0 at the end, with errno set on a read error.
 const dirent* NextEntry(DIR* directory) {
   for (;;) {
     errno = 0;
@@ -157,11 +157,10 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     if (IsDotOrDotDot(entry->d_name)) continue;
     const std::string_view name(entry->d_name);
     const bool matches = MatchesFilePattern(name, request.pattern);
-    // Of a name that is neither a file asked for nor possibly a folder asked for, nothing is
-    // needed.
+    // The entry does not match the pattern and cannot be a requested folder: no stat() needed.
     if (!matches && (!request.subfolders || entry->d_type == DT_REG)) continue;
     if (request.tail_bytes > 0 && matches && entry->d_type == DT_REG) {
-      // Opening the file tells its size too.
+      // Opening the file also gives its size.
       FileEntry& file = listing.files.emplace_back();
       file.name = name;
       file.tail.resize(request.tail_bytes);
@@ -171,7 +170,7 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
       if (status.st_mode == 0 &&
           Retry([&] { return fstatat(descriptor, entry->d_name, &status, 0); }) != 0) {
         const int error = errno;
-        // Somebody may have deleted it since it was listed.
+        // The file may have been deleted since it was listed.
         if (IsNotThere(error)) {
           listing.files.pop_back();
           continue;
@@ -220,7 +219,7 @@ FileLook LookAtFile(const std::string& path) {
   struct stat status {};
   if (Retry([&] { return stat(path.c_str(), &status); }) != 0) {
     if (!IsNotThere(errno)) return {FilePresence::kUnknown, 0, std::strerror(errno)};
-    // What a link leads to may lie on a drive that is away.
+    // The path is a dangling link, and its target may be on a drive that is not mounted.
     if (lstat(path.c_str(), &status) == 0)
       return {FilePresence::kUnknown, 0, "A link leads to nothing"};
     return {FilePresence::kNotThere, 0, {}};
@@ -293,7 +292,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t 
   std::string content(static_cast<std::size_t>(status.st_size), '\0');
   std::size_t filled = 0;
   for (;;) {
-    // Behind the expected end a little is read aside, which shows whether the file has grown.
+    // Once the expected size is read, read into this buffer to find out whether the file has grown.
     char more[4096];
     const bool full = filled == content.size();
     char* const to = full ? more : content.data() + filled;
@@ -312,7 +311,7 @@ std::string AbsolutePath(const std::string& path) {
   using Text = std::unique_ptr<char, decltype(&std::free)>;
   const Text real(realpath(path.c_str(), nullptr), &std::free);
   if (real) return real.get();
-  // A link may lead to something that is not there today.
+  // Resolve links one by one, because the target may not exist now.
   constexpr int kMaxLinks = 40;
   static thread_local int links = 0;
   const std::string link =
@@ -326,7 +325,7 @@ std::string AbsolutePath(const std::string& path) {
     --links;
     return resolved;
   }
-  // A file that is not there may still have a folder.
+  // The file does not exist; its folder may.
   const std::string folder(FolderOfPath(path));
   const Text real_folder(realpath(folder.empty() ? "." : folder.c_str(), nullptr), &std::free);
   if (real_folder) return EnsureTrailingBackslash(real_folder.get()).append(NameOfPath(path));

@@ -22,7 +22,7 @@ std::vector<std::string> NamesOf(const FolderListing& listing) {
   return names;
 }
 
-TEST(FileSystem, AListingTellsFilesSizesAndSubfolders) {
+TEST(FileSystem, AListingContainsFilesSizesAndSubfolders) {
   const TempFolder folder;
   folder.File("a.mp3", "12345");
   folder.File("B.MP3", "123");
@@ -46,7 +46,7 @@ TEST(FileSystem, AFolderThatIsNotThereIsNotOpened) {
   EXPECT_FALSE(IdentityOfFolder(folder / "none").has_value());
 }
 
-TEST(FileSystem, ExistenceDistinguishesFilesAndFolders) {
+TEST(FileSystem, FileExistsAndFolderExistsTellFilesFromFolders) {
   const TempFolder folder;
   const std::string file = folder.File("a");
   EXPECT_TRUE(FileExists(file));
@@ -56,7 +56,7 @@ TEST(FileSystem, ExistenceDistinguishesFilesAndFolders) {
   EXPECT_FALSE(FileExists(""));
 }
 
-TEST(FileSystem, FoldersAreMadeWithThoseAbove) {
+TEST(FileSystem, MissingParentFoldersAreCreated) {
   const TempFolder folder;
   CreateFolders(folder / "x/y/z/");
   EXPECT_TRUE(FolderExists(folder / "x/y/z"));
@@ -74,7 +74,7 @@ TEST(FileSystem, RemovingAMissingFileIsASuccess) {
   EXPECT_TRUE(RemoveFile(path));
 }
 
-TEST(FileSystem, AWholeFileIsReadOrMissing) {
+TEST(FileSystem, ReadWholeFileReturnsNoValueForAMissingFile) {
   const TempFolder folder;
   const std::string bytes("a\0b\r\n", 5);
   EXPECT_EQ(ReadWholeFile(folder.File("a", bytes)), bytes);
@@ -103,7 +103,7 @@ TEST(FileSystem, AStampChangesWithTheFile) {
   EXPECT_FALSE(StampOf(folder / "none").has_value());
 }
 
-TEST(FileSystem, NamesBeyondTheWesternAlphabetAndLongPathsWork) {
+TEST(FileSystem, NonLatinNamesAndLongPathsWork) {
   const TempFolder folder;
   std::string inside = "\xE6\x9B\xB2";  // a Chinese character
   for (int k = 0; k < 12; ++k) inside += "/" + std::string(40, 'd');
@@ -132,7 +132,7 @@ TEST(FileSystem, OnlyRegularFilesAndLinksToThemAreFiles) {
   EXPECT_FALSE(FileExists(folder / "pipe.mp3"));
   EXPECT_FALSE(IsGone(folder / "broken.mp3"));
   EXPECT_TRUE(IsSamePath(folder / "link.mp3", folder / "real.mp3"));
-  // A file that is not there may still have a folder.
+  // The file does not exist, but its folder does.
   EXPECT_TRUE(IsSamePath(folder / "loop.mp3/none", folder / "none"));
   EXPECT_TRUE(IsSamePath(folder.path() + "/none", folder / "none"));
   char bytes[1];
@@ -146,7 +146,7 @@ TEST(FileSystem, TheRealPathOfAnOrdinaryFolderIsItself) {
   EXPECT_EQ(RealPathOfFolder(folder / "none"), folder / "none");
 }
 
-TEST(FileSystem, TailsComeWithAListingWhereAskedFor) {
+TEST(FileSystem, AListingContainsTailsWhenRequested) {
   const TempFolder folder;
   folder.File("long.mp3", "123456");
   folder.File("short.mp3", "123");
@@ -157,7 +157,7 @@ TEST(FileSystem, TailsComeWithAListingWhereAskedFor) {
   }
 }
 
-TEST(FileSystem, OnlyWhatIsNotThereIsGone) {
+TEST(FileSystem, IsGoneIsTrueOnlyForAMissingPath) {
   const TempFolder folder;
   EXPECT_TRUE(IsGone(folder / "none"));
   EXPECT_TRUE(IsGone(folder / "none/a.juk"));
@@ -165,14 +165,14 @@ TEST(FileSystem, OnlyWhatIsNotThereIsGone) {
   EXPECT_FALSE(IsGone(folder.File("a.juk")));
 }
 
-TEST(FileSystem, PathsToOnePlaceAreTheSame) {
+TEST(FileSystem, DifferentPathsToOnePlaceAreTheSame) {
   const TempFolder folder;
   const std::string path = folder.File("b/a.juk");
   EXPECT_TRUE(IsSamePath(path, path));
   EXPECT_TRUE(IsSamePath(path, folder / "b/../b/a.juk"));
   EXPECT_FALSE(IsSamePath(path, folder.File("b/c.juk")));
   EXPECT_TRUE(IsSamePath(folder / "none", folder / "none"));
-  // Letter case tells files apart where the disk does.
+  // Names that differ in letter case are different files only where the file system says so.
   EXPECT_EQ(IsSamePath(path, folder / "b/A.juk"), kSeparator == '\\');
 }
 
@@ -189,7 +189,7 @@ TEST(FileSystem, AFileThatIsTooLargeIsNotRead) {
   }
 }
 
-TEST(FileSystem, EntriesThatAreNoFilesAreListedWhereAskedFor) {
+TEST(FileSystem, EntriesThatAreNotFilesAreListedWhenRequested) {
   const TempFolder folder;
   folder.File("Jukebox-1.unsaved");
   folder.Folder("Jukebox-2.unsaved");

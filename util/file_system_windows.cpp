@@ -22,14 +22,15 @@ bool IsMissing(DWORD error) noexcept {
          error == ERROR_INVALID_DRIVE || error == ERROR_NOT_READY || error == ERROR_BAD_NET_NAME;
 }
 
-/// Whether an error says that there is no such file or folder, while the drive or the share has answered.
+/// Whether an error means that there is no such file or folder. Errors of a missing drive or share
+/// are not included.
 bool IsNotThere(DWORD error) noexcept {
   return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
          error == ERROR_INVALID_NAME || error == ERROR_BAD_PATHNAME || error == ERROR_DIRECTORY ||
          error == ERROR_FILENAME_EXCED_RANGE;
 }
 
-/// Opens a file or folder only to ask about it; links are followed.
+/// Opens a file or folder to read its attributes; links are followed.
 HANDLE OpenForQuery(const std::wstring& path) noexcept {
   return CreateFileW(path.c_str(), FILE_READ_ATTRIBUTES,
                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
@@ -44,7 +45,8 @@ std::optional<BY_HANDLE_FILE_INFORMATION> InformationOf(const std::string& path)
 }
 
 FolderIdentity IdentityOf(HANDLE folder, const BY_HANDLE_FILE_INFORMATION& information) noexcept {
-  // The short numbers are not unique on every file system; the long ones are not told by every one.
+  // 64-bit file numbers are not unique on every file system, and not every file system has 128-bit
+  // ones.
   FILE_ID_INFO id{};
   if (GetFileInformationByHandleEx(folder, FileIdInfo, &id, sizeof id)) {
     FolderIdentity identity{id.VolumeSerialNumber, 0, 0};
@@ -57,8 +59,8 @@ FolderIdentity IdentityOf(HANDLE folder, const BY_HANDLE_FILE_INFORMATION& infor
           (std::uint64_t{information.nFileIndexHigh} << 32U) | information.nFileIndexLow, 0};
 }
 
-/// Whether an entry leads elsewhere: a symbolic link, a junction or a mounted volume. Other reparse
-/// points (files kept in a cloud, compressed files) are ordinary entries.
+/// Whether an entry is a symbolic link, a junction or a mounted volume. Other reparse points (cloud
+/// files, compressed files) are ordinary entries.
 bool IsLink(const WIN32_FIND_DATAW& found) noexcept {
   return (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
          (found.dwReserved0 == IO_REPARSE_TAG_SYMLINK ||
@@ -88,7 +90,7 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
   const FindHandle search(FindFirstFileExW((ToWidePath(base) + L"*").c_str(), FindExInfoBasic,
                                            &found, FindExSearchNameMatch, nullptr,
                                            FIND_FIRST_EX_LARGE_FETCH));
-  // The root of an empty disk has not even an entry for itself.
+  // The root of an empty disk has no "." entry, so FindFirstFileExW reports ERROR_FILE_NOT_FOUND.
   if (search.get() == INVALID_HANDLE_VALUE) {
     const DWORD error = GetLastError();
     listing.opened = error == ERROR_FILE_NOT_FOUND;
@@ -171,7 +173,7 @@ FolderState StateOfFolder(const std::string& path) {
                        &found, FindExSearchNameMatch, nullptr, 0));
   if (search.get() == INVALID_HANDLE_VALUE) {
     const DWORD error = GetLastError();
-    // The root of an empty disk has not even an entry for itself.
+    // The root of an empty disk has no "." entry.
     if (error == ERROR_FILE_NOT_FOUND) return FolderState::kEmpty;
     return IsNotThere(error) ? FolderState::kNotThere : FolderState::kUnreadable;
   }
@@ -192,7 +194,7 @@ bool IsSamePath(const std::string& path, const std::string& other) {
   const auto real = [](const std::string& of) {
     const std::string absolute = AbsolutePath(of);
     if (FileExists(absolute)) return RealPathOfFolder(absolute);
-    // A file that is not there may still have a folder.
+    // The file does not exist; its folder may.
     return EnsureTrailingBackslash(RealPathOfFolder(std::string(FolderOfPath(absolute))))
         .append(NameOfPath(absolute));
   };
@@ -215,8 +217,8 @@ std::optional<FileStamp> StampOf(const std::string& path) {
 
 bool FolderIsWritable(const std::string& path) {
   if (!FolderExists(path)) return false;
-  // The attribute says nothing about folders here; making a file is the only honest test.
-  // Of a name of its own: another program may be making its own test.
+  // A folder's read-only attribute says nothing about access, so create a file. The process id
+  // keeps two programs that test at once from sharing a name.
   const std::wstring probe = ToWidePath(EnsureTrailingBackslash(path) + "tallow-write-test-" +
                                         std::to_string(GetCurrentProcessId()) + ".new");
   const OpenHandle handle(CreateFileW(probe.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
@@ -275,7 +277,7 @@ std::string AbsolutePath(const std::string& path) {
 }
 
 std::string RealPathOfFolder(const std::string& path) {
-  // Works for files as well.
+  // Works for files too.
   const OpenHandle handle(OpenForQuery(ToWidePath(path)));
   if (!handle) return path;
   const DWORD needed = GetFinalPathNameByHandleW(handle.get(), nullptr, 0, FILE_NAME_NORMALIZED);

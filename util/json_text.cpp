@@ -10,7 +10,7 @@
 namespace tallow {
 namespace {
 
-/// What stands for a byte that is no part of valid UTF-8, see the format.
+/// Base of the code points that encode bytes outside valid UTF-8, see json_text.h.
 constexpr char32_t kByteBase = 0x10FE00;
 constexpr char32_t kFirstByte = kByteBase + 0x80;
 constexpr char32_t kLastByte = kByteBase + 0xFF;
@@ -19,7 +19,7 @@ bool StandsForByte(char32_t character) noexcept {
   return character >= kFirstByte && character <= kLastByte;
 }
 
-/// A text of any bytes as UTF-8.
+/// Encodes arbitrary bytes as UTF-8.
 std::string ToUtf8(std::string_view text) {
   std::string result;
   result.reserve(text.size());
@@ -39,7 +39,8 @@ std::string ToUtf8(std::string_view text) {
 }  // namespace
 
 std::string BytesOfJsonText(std::string text) {
-  // The characters that stand for bytes all begin with this byte, which hardly any text has.
+  // The code points that encode bytes all start with this byte in UTF-8; other texts rarely contain
+  // it.
   if (text.find('\xF4') == std::string::npos) return text;
   std::string result;
   result.reserve(text.size());

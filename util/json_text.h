@@ -6,13 +6,14 @@
 
 namespace tallow {
 
-// JSON is UTF-8, and a file name need not be. A byte that is no part of valid UTF-8 stands as the character
-// U+10FE00 plus the byte, and so does each byte of a character from U+10FE80 to U+10FEFF.
+// JSON is UTF-8, but a file name need not be. A byte that is not part of valid UTF-8 is written as
+// the code point U+10FE00 plus the byte, and so is each byte of a code point from U+10FE80 to
+// U+10FEFF.
 
-/// Appends a text of any bytes as a JSON text with its quotes.
+/// Appends arbitrary bytes as a JSON string, quotes included.
 void AppendJsonText(std::string& to, std::string_view text);
 
-/// The bytes of a JSON text, which a parser has read.
+/// Decodes a parsed JSON string back to the original bytes.
 std::string BytesOfJsonText(std::string text);
 
 }  // namespace tallow

@@ -11,14 +11,14 @@ namespace {
 
 constexpr std::size_t kNone = std::string_view::npos;
 
-/// One element of a pattern, read where it stands.
+/// One parsed element of a pattern.
 struct Element {
   enum class Kind { kAnyRun, kAnyOne, kDigit, kList, kNothing, kCharacter };
   Kind kind;
-  char32_t character = 0;  ///< of kCharacter
-  std::string_view list;   ///< of kList, without brackets and without the mark of a negated one
-  bool negated = false;    ///< of kList
-  std::size_t next;        ///< where the following element begins
+  char32_t character = 0;  ///< for kCharacter
+  std::string_view list;   ///< for kList, without the brackets and without the leading `!`
+  bool negated = false;    ///< for kList: the list starts with `!`
+  std::size_t next;        ///< position of the following element
 };
 
 Element ReadElement(std::string_view pattern, std::size_t at) noexcept {
@@ -79,8 +79,8 @@ bool MatchesOne(const Element& element, char32_t c) noexcept {
 bool Like(std::string_view text, std::string_view pattern) noexcept {
   std::size_t t = 0;
   std::size_t p = 0;
-  // Where to take up again when what follows the last `*` fails: the `*` swallows one more
-  // character.
+  // Backtracking point: when the match after the last `*` fails, let the `*` match one more
+  // character and retry from here.
   std::size_t retry_pattern = kNone;
   std::size_t retry_text = 0;
   for (;;) {
@@ -124,7 +124,7 @@ bool MatchesFilePattern(std::string_view name, std::string_view pattern) {
       return name.size() >= ending.size() &&
              EqualsIgnoringCase(name.substr(name.size() - ending.size()), ending);
   }
-  // A file system gives no meaning to the number sign and the bracket: quote them as lists of one.
+  // In a file pattern `#` and `[` are ordinary characters: quote each as a list of one character.
   std::string quoted;
   for (const char c : ToLower(pattern)) {
     if (c == '#' || c == '[')

@@ -10,7 +10,7 @@
 namespace tallow {
 namespace {
 
-TEST(Like, PlainTextIsItselfAndCaseCounts) {
+TEST(Like, PlainTextMatchesItselfCaseSensitively) {
   EXPECT_TRUE(Like("A.MP3", "A.MP3"));
   EXPECT_FALSE(Like("A.MP3", "a.mp3"));
   EXPECT_FALSE(Like("A.MP3", "A.MP"));
@@ -18,14 +18,14 @@ TEST(Like, PlainTextIsItselfAndCaseCounts) {
   EXPECT_FALSE(Like("a", ""));
 }
 
-TEST(Like, QuestionMarkIsOneCodePoint) {
+TEST(Like, QuestionMarkMatchesOneCodePoint) {
   EXPECT_TRUE(Like("b\xC3\xA9p", "b?p"));
   EXPECT_TRUE(Like("b\xFFp", "b?p"));
   EXPECT_FALSE(Like("bp", "b?p"));
   EXPECT_FALSE(Like("b\xC3\xA9p", "b??p"));
 }
 
-TEST(Like, AsteriskIsAnyRun) {
+TEST(Like, AsteriskMatchesAnyRun) {
   EXPECT_TRUE(Like("hard; can not be removed", "*hard*"));
   EXPECT_TRUE(Like("abcabd", "*ab?"));
   EXPECT_TRUE(Like("", "*"));
@@ -33,13 +33,13 @@ TEST(Like, AsteriskIsAnyRun) {
   EXPECT_FALSE(Like("mississippi", "m*iss*ix*i"));
 }
 
-TEST(Like, NumberSignIsOneDigit) {
+TEST(Like, NumberSignMatchesOneDigit) {
   EXPECT_TRUE(Like("Track 7", "Track #"));
   EXPECT_FALSE(Like("Track x", "Track #"));
   EXPECT_FALSE(Like("B#.mp3", "B#.mp3"));
 }
 
-TEST(Like, BracketsAreListsOfCharacters) {
+TEST(Like, BracketsMatchOneCharacterOfAList) {
   EXPECT_TRUE(Like("A1.MP3", "A[1].MP3"));
   EXPECT_FALSE(Like("A[1].MP3", "A[1].MP3"));
   EXPECT_TRUE(Like("b", "[a-c]"));
@@ -56,14 +56,14 @@ TEST(Like, BracketsAreListsOfCharacters) {
   EXPECT_TRUE(Like("\xC3\xA9", "[\xC3\xA0-\xC3\xBF]"));
 }
 
-TEST(Like, AClosingBracketAloneIsItself) { EXPECT_TRUE(Like("a]b", "a]b")); }
+TEST(Like, AClosingBracketAloneMatchesItself) { EXPECT_TRUE(Like("a]b", "a]b")); }
 
-TEST(Like, AnEmptyListIsNothing) {
+TEST(Like, AnEmptyListMatchesNoCharacter) {
   EXPECT_TRUE(Like("ab", "a[]b"));
   EXPECT_TRUE(Like("", "[]"));
 }
 
-TEST(Like, AnUnclosedBracketIsItself) {
+TEST(Like, AnUnclosedBracketMatchesItself) {
   EXPECT_TRUE(Like("demo [live.mp3", "demo [live.mp3"));
   EXPECT_TRUE(Like("a[", "a["));
   EXPECT_TRUE(Like("a[b", "a[?"));
@@ -87,7 +87,7 @@ TEST(MatchesFilePattern, IgnoresCaseAsAFileSystemDoes) {
   EXPECT_TRUE(MatchesFilePattern("anything", "*"));
 }
 
-/// The match by plain recursion over characters.
+/// Reference implementation: plain recursion over characters.
 bool LiteralLike(const std::u32string& text, std::size_t t, const std::u32string& pattern,
                  std::size_t p) {
   if (p == pattern.size()) return t == text.size();

@@ -5,15 +5,15 @@
 
 namespace tallow {
 
-/// Makes a hard link to a file under another name, in place of what has that name.
+/// Creates a hard link to a file under another name, replacing whatever has that name.
 ///
-/// \returns false where that cannot be done; what has the name is as it was then
+/// \returns false on failure; the file with that name is then unchanged
 bool LinkBackup(const std::string& path, const std::string& backup) noexcept;
 
-/// Whether a path leads to a regular file by a link.
+/// Whether a path is a link to a regular file.
 bool IsLinkToFile(const std::string& path) noexcept;
 
-/// Gives a file another name, in place of what has that name.
+/// Renames a file, replacing whatever has the new name.
 /// \throws FileError
 void MoveFileTo(const std::string& path, const std::string& other);
 

@@ -11,7 +11,8 @@ namespace {
 
 bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
-/// The digits of the number that begins at a position, without leading zeros. Moves the position behind it.
+/// Parses the digits at a position and moves the position past them. Leading zeros are skipped and
+/// not returned.
 std::string_view TakeNumber(std::string_view text, std::size_t& position) noexcept {
   while (position < text.size() && text[position] == '0') ++position;
   const std::size_t begin = position;

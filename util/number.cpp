@@ -10,7 +10,7 @@ namespace tallow {
 namespace {
 
 constexpr std::int64_t kMax = std::numeric_limits<std::int32_t>::max();
-/// Where the magnitude stops growing: past it the number does not fit whatever follows.
+/// The magnitude is clamped to this value; such a number does not fit whatever digits follow.
 constexpr std::int64_t kTooLarge = kMax + 2;
 
 bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
@@ -28,8 +28,8 @@ Sign TakeSign(std::string_view& text) noexcept {
   return sign;
 }
 
-/// Takes the digits at the beginning of a text; the magnitude stays at kTooLarge once it is
-/// reached.
+/// Parses the digits at the beginning of a text and removes them. The magnitude is clamped to
+/// kTooLarge.
 std::int64_t TakeDigits(std::string_view& text) noexcept {
   std::int64_t magnitude = 0;
   while (!text.empty() && IsDigit(text.front())) {
@@ -39,7 +39,7 @@ std::int64_t TakeDigits(std::string_view& text) noexcept {
   return magnitude < kTooLarge ? magnitude : kTooLarge;
 }
 
-/// Whether a fraction (the digits behind the point) rounds its whole number up, halves to even.
+/// Whether a fraction (the digits after the point) rounds the whole number up; halves go to even.
 bool RoundsUp(std::string_view fraction, std::int64_t whole) noexcept {
   if (fraction.empty() || fraction.front() < '5') return false;
   if (fraction.front() > '5') return true;

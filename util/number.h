@@ -7,29 +7,29 @@
 
 namespace tallow {
 
-// Cells, settings and tags hold their numbers as text. Two conversions read them: the strict one,
-// which refuses what is no number, and the lenient one, which takes what number the text begins
-// with.
+// Cells, settings and tags store numbers as text. ConvertToInt32 is strict and rejects a text that
+// is not a number; NumericValue is lenient and parses the number at the start of a text.
 
 /// Converts a whole text to a 32-bit integer.
 ///
-/// Leading and trailing blanks are allowed, and so is a sign. A fraction is rounded to the nearest
+/// Leading and trailing blanks and a sign are allowed. A fraction is rounded to the nearest
 /// integer, halves to the even neighbour. The text ends at its first NUL.
 ///
-/// \throws TypeMismatchError when the text is no number (the empty text included)
+/// \throws TypeMismatchError when the text is not a number (the empty text included)
 /// \throws OverflowError     when the number does not fit
 std::int32_t ConvertToInt32(std::string_view text);
 
-/// ConvertToInt32 without exceptions: no value where that one throws.
+/// ConvertToInt32 without exceptions: returns no value where ConvertToInt32 throws.
 std::optional<std::int32_t> TryConvertToInt32(std::string_view text) noexcept;
 
-/// Converts a text to a 16-bit integer: "True" (any case) is -1, "False" is 0, else a number.
+/// Converts a text to a 16-bit integer: "True" (any case) is -1, "False" is 0; any other text must
+/// be a number.
 ///
 /// \throws TypeMismatchError, OverflowError as ConvertToInt32
 std::int16_t ConvertToInt16(std::string_view text);
 
-/// The number a text begins with, behind blanks; 0 when it begins with none. Kept within the range
-/// of the type.
+/// Parses the number at the start of a text, after leading blanks; 0 when there is none. The result
+/// is clamped to 32 bits.
 std::int32_t NumericValue(std::string_view text) noexcept;
 
 }  // namespace tallow

@@ -8,7 +8,7 @@
 namespace tallow {
 namespace {
 
-TEST(ConvertToInt32, TakesBlanksAndSigns) {
+TEST(ConvertToInt32, AcceptsBlanksAndSigns) {
   EXPECT_EQ(ConvertToInt32(" 1234 "), 1234);
   EXPECT_EQ(ConvertToInt32("-5"), -5);
   EXPECT_EQ(ConvertToInt32("+007"), 7);
@@ -26,7 +26,7 @@ TEST(ConvertToInt32, RoundsFractionsHalvesToEven) {
   EXPECT_EQ(ConvertToInt32(".6"), 1);
 }
 
-TEST(ConvertToInt32, RefusesWhatIsNoNumber) {
+TEST(ConvertToInt32, RejectsATextThatIsNotANumber) {
   for (const char* text : {"", " ", "abc", "12a", "1 2", "-", ".", "0x10", "1-"})
     EXPECT_THROW(ConvertToInt32(text), TypeMismatchError) << text;
   try {
@@ -37,7 +37,7 @@ TEST(ConvertToInt32, RefusesWhatIsNoNumber) {
   }
 }
 
-TEST(ConvertToInt32, RefusesWhatDoesNotFit) {
+TEST(ConvertToInt32, RejectsANumberThatDoesNotFit) {
   for (const char* text : {"2147483648", "-2147483649", "2147483647.5", "99999999999999999999999"})
     EXPECT_THROW(ConvertToInt32(text), OverflowError) << text;
   try {
@@ -52,7 +52,7 @@ TEST(ConvertToInt32, EndsAtTheFirstNul) {
   EXPECT_THROW(ConvertToInt32(std::string_view("\0\0\0\0", 4)), TypeMismatchError);
 }
 
-TEST(ConvertToInt16, KnowsTheWordsOfABoolean) {
+TEST(ConvertToInt16, ConvertsTrueAndFalse) {
   EXPECT_EQ(ConvertToInt16("True"), -1);
   EXPECT_EQ(ConvertToInt16(" false "), 0);
   EXPECT_EQ(ConvertToInt16("7"), 7);
@@ -62,7 +62,7 @@ TEST(ConvertToInt16, KnowsTheWordsOfABoolean) {
   EXPECT_THROW(ConvertToInt16(""), TypeMismatchError);
 }
 
-TEST(NumericValue, TakesTheNumberATextBeginsWith) {
+TEST(NumericValue, ParsesTheNumberAtTheStartOfAText) {
   EXPECT_EQ(NumericValue("12 songs"), 12);
   EXPECT_EQ(NumericValue("  -3"), -3);
   EXPECT_EQ(NumericValue(""), 0);

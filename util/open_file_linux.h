@@ -6,7 +6,7 @@
 
 namespace tallow {
 
-/// Repeats a system call for as long as a signal interrupts it.
+/// Retries a system call while a signal interrupts it.
 ///
 /// \param call returns a number below 0, with errno set, when it fails
 template <typename Call>

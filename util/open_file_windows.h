@@ -24,7 +24,7 @@ class OpenHandle {
   HANDLE handle_;
 };
 
-/// Opens a file for reading while others may read, write, rename or delete it.
+/// Opens a file for reading; other processes may read, write, rename or delete it meanwhile.
 inline HANDLE OpenForReading(const std::wstring& path) noexcept {
   return CreateFileW(path.c_str(), GENERIC_READ,
                      FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,

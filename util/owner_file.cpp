@@ -13,25 +13,27 @@ namespace {
 
 constexpr std::string_view kFirstLine = "Tallow 1";
 
-/// More than the longest names need.
+/// Limit for reading an owner file; larger than the longest possible content.
 constexpr std::size_t kMaxBytes = 4096;
 
-/// How often to look again at a file that was gone by the time it was looked at, or that somebody is just
-/// writing, and how long to wait between two looks.
+/// How often to retry when the file disappears between two calls or is still being written, and the
+/// pause between two tries.
 constexpr int kMaxTries = 10;
 constexpr std::chrono::milliseconds kPause{10};
 
-/// How many claims may lie on claims; each is left by a process that was killed while it replaced a file.
+/// Maximum nesting of claim files. Each level is left by a process that was killed while it
+/// replaced a file.
 constexpr int kMaxClaims = 4;
 
-/// A line's value may hold anything but a line break.
+/// Formats one line "name value"; a line feed in the value becomes a blank.
 std::string Line(std::string_view name, std::string_view value) {
   std::string line = std::string(name) + " ";
   for (const char c : value) line += c == '\n' ? ' ' : c;
   return line + "\n";
 }
 
-/// Takes the next line off a text. \returns no value when it does not begin with the name, or has no end
+/// Parses the next line and removes it. \returns no value when the line has another name or no LF
+/// at its end
 std::optional<std::string> TakeLine(std::string_view& text, std::string_view name) {
   const std::size_t end = text.find('\n');
   if (end == std::string_view::npos || !text.starts_with(name) || end <= name.size() ||
@@ -104,7 +106,7 @@ OwnerFile::Answer OwnerFile::TakeAt(const std::string& path, int claims) {
     if (made == MadeFile::kMade) return Answer::kHeld;
     if (made == MadeFile::kImpossible) return Answer::kImpossible;
     const std::optional<std::string> seen = ReadSmallFile(path, kMaxBytes);
-    // Its process has ended in between.
+    // The owning process has ended and removed the file meanwhile.
     if (!seen && !NameIsTaken(path)) continue;
     if (seen && !OwnerOf(*seen) && tried + 1 < kMaxTries) {
       std::this_thread::sleep_for(kPause);
@@ -122,7 +124,7 @@ OwnerFile::Answer OwnerFile::Replace(const std::string& path,
                                      int claims) {
   if (claims == kMaxClaims) return Answer::kUnknown;
   const std::string claim = path + ".claim";
-  // Where no claim can be made, no other file could be either.
+  // If the claim file cannot be created, the owner file cannot be replaced either.
   const Answer claimed = TakeAt(claim, claims + 1);
   if (claimed != Answer::kHeld) return claimed;
   Answer answer = Answer::kInUse;

@@ -9,8 +9,9 @@
 
 namespace tallow {
 
-/// A file that names the process which works on a folder, where FileLock can do nothing, or its file was taken
-/// away. It is made only if it is not there yet, which every file system can do, and removed at the end.
+/// A file that names the process working on a folder. A fallback for file systems where FileLock
+/// does not work or its lock file was deleted. The file is created exclusively, which every file
+/// system supports, and removed at the end.
 ///
 /// Seven lines, each ended by LF:
 ///
@@ -22,32 +23,33 @@ namespace tallow {
 ///   process 4711
 ///   started 883214
 ///
-/// The values are those of ProcessName. The file of a process that has ended, after a crash, is replaced. Of those
-/// who try to replace it at once, one makes a file of the same kind and content beside it, ".claim", looks again,
-/// and puts its own in the place: only who has made the claim replaces the file, so nobody replaces a new one. A
-/// claim whose process has ended is replaced in the same way.
+/// The values are the members of ProcessName. A file whose process has ended (after a crash) is
+/// replaced. To replace it, a process first creates a claim file with the same format and content
+/// beside it (suffix ".claim"), reads the owner file again, and renames its own file over it. Only
+/// the process that created the claim may replace the owner file, so a new owner file is never
+/// replaced. A claim whose process has ended is replaced in the same way.
 class OwnerFile {
  public:
   enum class Answer {
-    kHeld,     ///< by this object from now on
-    kInUse,    ///< by another one, of this program or of another
-    kUnknown,  ///< nobody can tell whether the process that it names still runs, or it cannot be read
-    kImpossible,  ///< no file can be made there
+    kHeld,        ///< this object owns the file now
+    kInUse,       ///< another OwnerFile owns it, in this program or in another
+    kUnknown,     ///< the named process may still run, or the file cannot be read
+    kImpossible,  ///< the file cannot be created
   };
 
-  /// What happens to a file of which nobody can tell whether its process still runs.
+  /// What to do with a file when it is unknown whether its process still runs.
   enum class Unknown {
     kStays,
-    kIsReplaced,  ///< for who knows by other means that there is no other one
+    kIsReplaced,  ///< for callers that know otherwise that there is no other owner
   };
 
   OwnerFile() = default;
   OwnerFile(const OwnerFile&) = delete;
   OwnerFile& operator=(const OwnerFile&) = delete;
-  /// Removes the file, if it is still this object's.
+  /// Removes the file if this object still owns it.
   ~OwnerFile();
 
-  /// Tries to be the one that the file names. Waits for a tenth of a second at most.
+  /// Tries to become the owner of the file. Waits at most a tenth of a second.
   Answer Take(const std::string& path, Unknown unknown);
 
  private:
@@ -55,18 +57,18 @@ class OwnerFile {
   Answer Replace(const std::string& path, const std::optional<std::string>& seen,
                  ProcessState state, int claims);
 
-  std::string path_;  ///< of the file that is held; empty for none
+  std::string path_;  ///< of the owned file; empty when none is owned
   std::string content_;
   Unknown unknown_ = Unknown::kStays;
 };
 
-/// A process as the lines of such a file.
+/// Encodes a process as the content of an owner file.
 std::string OwnerText(const ProcessName& process);
 
-/// The process that such a file names; no value when its content is something else, or only a part.
+/// Parses the content of an owner file; no value when the content is invalid or incomplete.
 std::optional<ProcessName> OwnerOf(std::string_view content);
 
-/// The process that the file of a path names; no value when it cannot be read.
+/// Reads an owner file; no value when it cannot be read or is invalid.
 std::optional<ProcessName> ReadOwner(const std::string& path);
 
 }  // namespace tallow

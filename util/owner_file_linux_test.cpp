@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What processes, links and rights do to the file that names a process.
+// OwnerFile with killed processes, links, FIFOs and missing permissions.
 #include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
@@ -19,7 +19,7 @@ namespace {
 using Answer = OwnerFile::Answer;
 using Unknown = OwnerFile::Unknown;
 
-/// A process that takes a file and holds it until it is killed.
+/// A child process that owns a file until it is killed.
 class Holder {
  public:
   explicit Holder(const std::string& path) {
@@ -45,7 +45,7 @@ class Holder {
   pid_t child_ = 0;
 };
 
-TEST(OwnerFileLinux, AProcessThatWasKilledIsNoObstacleEvenBeforeItsParentHasNoticed) {
+TEST(OwnerFileLinux, AFileOfAKilledZombieProcessIsReplaced) {
   TempFolder folder;
   const std::string path = folder / "it.owner";
   const Holder holder(path);
@@ -56,13 +56,13 @@ TEST(OwnerFileLinux, AProcessThatWasKilledIsNoObstacleEvenBeforeItsParentHasNoti
   EXPECT_TRUE(WaitUntil([&] { return owner.Take(path, Unknown::kStays) == Answer::kHeld; }));
 }
 
-TEST(OwnerFileLinux, AnEarlierRunOfTheSystemHasLeftNothingThatRuns) {
+TEST(OwnerFileLinux, AProcessOfAnEarlierBootHasEnded) {
   ProcessName before = ThisProcess();
   before.run = "another";
   EXPECT_EQ(StateOf(before), ProcessState::kGone);
 }
 
-TEST(OwnerFileLinux, OfAnotherSetOfProcessesAndOfAnotherSystemNothingIsKnown) {
+TEST(OwnerFileLinux, ProcessesOfAnotherNamespaceOrComputerAreUnknown) {
   ProcessName contained = ThisProcess();
   contained.process_set = "pid:[1]";
   EXPECT_EQ(StateOf(contained), ProcessState::kUnknown);
@@ -71,7 +71,7 @@ TEST(OwnerFileLinux, OfAnotherSetOfProcessesAndOfAnotherSystemNothingIsKnown) {
   EXPECT_EQ(StateOf(other), ProcessState::kUnknown);
 }
 
-TEST(OwnerFileLinux, ANumberThatNoProcessHasIsOfOneThatHasEnded) {
+TEST(OwnerFileLinux, AnUnusedProcessIdMeansTheProcessHasEnded) {
   const pid_t child = fork();
   if (child == 0) _exit(0);
   ProcessName ended = ThisProcess();
@@ -81,7 +81,7 @@ TEST(OwnerFileLinux, ANumberThatNoProcessHasIsOfOneThatHasEnded) {
   EXPECT_EQ(StateOf(ThisProcess()), ProcessState::kRuns);
 }
 
-TEST(OwnerFileLinux, LinksAndFifosInItsPlaceAreNeitherFollowedNorWaitedFor) {
+TEST(OwnerFileLinux, LinksAndFifosAreNeitherFollowedNorWaitedFor) {
   TempFolder folder;
   const std::string path = folder / "it.owner";
   const auto make = [&](int kind) {
@@ -100,7 +100,7 @@ TEST(OwnerFileLinux, LinksAndFifosInItsPlaceAreNeitherFollowedNorWaitedFor) {
   EXPECT_FALSE(FileExists(folder / "nowhere"));
 }
 
-TEST(OwnerFileLinux, InAFolderThatCannotBeWrittenAnOldFileLocksNobodyOut) {
+TEST(OwnerFileLinux, AnOldFileInAReadOnlyFolderLocksNobodyOut) {
   TempFolder folder;
   ProcessName far = ThisProcess();
   far.host += "2";
@@ -114,7 +114,7 @@ TEST(OwnerFileLinux, InAFolderThatCannotBeWrittenAnOldFileLocksNobodyOut) {
   chmod(folder.path().c_str(), 0700);
 }
 
-TEST(FileLockLinux, WhatIsNoFileIsNeitherLockedNorWaitedFor) {
+TEST(FileLockLinux, ANonRegularFileIsNeitherLockedNorWaitedFor) {
   TempFolder folder;
   FileLock lock;
   ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);

@@ -18,7 +18,7 @@ using Unknown = OwnerFile::Unknown;
 
 class OwnerFileTest : public testing::Test {
  protected:
-  /// A process of this computer that has ended: this one's number, but another start.
+  /// An ended process of this computer: the current process id with another start time.
   static ProcessName EndedProcess() {
     ProcessName ended = ThisProcess();
     ++ended.started;
@@ -34,7 +34,7 @@ class OwnerFileTest : public testing::Test {
   TempFolder folder;
   const std::string path = folder / "it.owner";
 
-  /// What many get who try at once to replace the file of a process that has ended.
+  /// The results of eight threads that replace the file of an ended process at the same time.
   std::vector<Answer> ReplaceAtOnce() const {
     folder.File("it.owner", OwnerText(EndedProcess()));
     constexpr std::size_t kMany = 8;
@@ -53,7 +53,7 @@ class OwnerFileTest : public testing::Test {
   }
 };
 
-TEST_F(OwnerFileTest, NamesThisProcessAndIsRemovedAtTheEnd) {
+TEST_F(OwnerFileTest, NamesThisProcessAndRemovesTheFileAtTheEnd) {
   {
     OwnerFile owner;
     EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
@@ -63,7 +63,7 @@ TEST_F(OwnerFileTest, NamesThisProcessAndIsRemovedAtTheEnd) {
   EXPECT_TRUE(Files().empty());
 }
 
-TEST_F(OwnerFileTest, IsHeldByOneAtATime) {
+TEST_F(OwnerFileTest, OnlyOneObjectOwnsTheFile) {
   OwnerFile second;
   {
     OwnerFile first;
@@ -74,7 +74,7 @@ TEST_F(OwnerFileTest, IsHeldByOneAtATime) {
   EXPECT_EQ(second.Take(path, Unknown::kStays), Answer::kHeld);
 }
 
-TEST_F(OwnerFileTest, ThatOfAProcessThatHasEndedIsReplaced) {
+TEST_F(OwnerFileTest, AFileOfAnEndedProcessIsReplaced) {
   folder.File("it.owner", OwnerText(EndedProcess()));
   OwnerFile owner;
   EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
@@ -82,7 +82,7 @@ TEST_F(OwnerFileTest, ThatOfAProcessThatHasEndedIsReplaced) {
   EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
 }
 
-TEST_F(OwnerFileTest, OfManyThatReplaceItAtOnceOneDoes) {
+TEST_F(OwnerFileTest, OfManyThreadsExactlyOneReplacesTheFile) {
   for (int round = 0; round < 100; ++round) {
     const std::vector<Answer> answers = ReplaceAtOnce();
     EXPECT_EQ(std::count(answers.begin(), answers.end(), Answer::kHeld), 1);
@@ -90,8 +90,8 @@ TEST_F(OwnerFileTest, OfManyThatReplaceItAtOnceOneDoes) {
 }
 
 #ifndef _WIN32
-// On Windows a file that is being deleted may also be refused as one that cannot be judged.
-TEST_F(OwnerFileTest, TheOthersThatTryAtOnceAreToldThatItIsInUse) {
+// On Windows a file that is being deleted may also give kUnknown.
+TEST_F(OwnerFileTest, AllOtherThreadsFindTheFileInUse) {
   for (int round = 0; round < 100; ++round) {
     const std::vector<Answer> answers = ReplaceAtOnce();
     EXPECT_EQ(std::count(answers.begin(), answers.end(), Answer::kInUse), 7);
@@ -99,7 +99,7 @@ TEST_F(OwnerFileTest, TheOthersThatTryAtOnceAreToldThatItIsInUse) {
 }
 #endif
 
-TEST_F(OwnerFileTest, AClaimThatAKilledProcessHasLeftIsNoObstacle) {
+TEST_F(OwnerFileTest, AClaimOfAKilledProcessIsReplaced) {
   folder.File("it.owner", OwnerText(EndedProcess()));
   folder.File("it.owner.claim", OwnerText(EndedProcess()));
   folder.File("it.owner.new", "Tall");
@@ -108,7 +108,7 @@ TEST_F(OwnerFileTest, AClaimThatAKilledProcessHasLeftIsNoObstacle) {
   EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
 }
 
-TEST_F(OwnerFileTest, AClaimOfOneThatRunsIsLeftToIt) {
+TEST_F(OwnerFileTest, AClaimOfARunningProcessIsRespected) {
   folder.File("it.owner", OwnerText(EndedProcess()));
   OwnerFile claim;
   ASSERT_EQ(claim.Take(path + ".claim", Unknown::kStays), Answer::kHeld);
@@ -117,7 +117,7 @@ TEST_F(OwnerFileTest, AClaimOfOneThatRunsIsLeftToIt) {
   EXPECT_EQ(ReadOwner(path), EndedProcess());
 }
 
-TEST_F(OwnerFileTest, ThatOfAnotherComputerStaysUnlessItIsKnownBetter) {
+TEST_F(OwnerFileTest, AFileOfAnotherComputerStaysUnlessReplacingIsRequested) {
   ProcessName far = ThisProcess();
   far.host += "2";
   folder.File("it.owner", OwnerText(far));
@@ -132,7 +132,7 @@ TEST_F(OwnerFileTest, ThatOfAnotherComputerStaysUnlessItIsKnownBetter) {
   EXPECT_EQ(ReadOwner(path), ThisProcess());
 }
 
-TEST_F(OwnerFileTest, WhatCannotBeReadStaysUnlessItIsKnownBetter) {
+TEST_F(OwnerFileTest, AnUnreadableFileStaysUnlessReplacingIsRequested) {
   const std::string whole = OwnerText(EndedProcess());
   const std::string contents[] = {"",
                                   "x",
@@ -152,7 +152,7 @@ TEST_F(OwnerFileTest, WhatCannotBeReadStaysUnlessItIsKnownBetter) {
   }
 }
 
-TEST_F(OwnerFileTest, AFolderInItsPlaceStays) {
+TEST_F(OwnerFileTest, AFolderOfThatNameStays) {
   folder.Folder("it.owner");
   OwnerFile owner;
   EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kUnknown);
@@ -160,12 +160,12 @@ TEST_F(OwnerFileTest, AFolderInItsPlaceStays) {
   EXPECT_TRUE(Files().empty());
 }
 
-TEST_F(OwnerFileTest, WhereNoFileCanBeMadeItSaysSo) {
+TEST_F(OwnerFileTest, AFileThatCannotBeCreatedIsImpossible) {
   OwnerFile owner;
   EXPECT_EQ(owner.Take(folder / "none/it.owner", Unknown::kStays), Answer::kImpossible);
 }
 
-TEST_F(OwnerFileTest, OneThatSomebodyElseHasMadeMeanwhileIsNotRemoved) {
+TEST_F(OwnerFileTest, AFileThatAnotherOwnerHasCreatedMeanwhileIsNotRemoved) {
   ProcessName far = ThisProcess();
   far.host += "2";
   {
@@ -176,7 +176,7 @@ TEST_F(OwnerFileTest, OneThatSomebodyElseHasMadeMeanwhileIsNotRemoved) {
   EXPECT_EQ(ReadOwner(path), far);
 }
 
-TEST_F(OwnerFileTest, ItsTextIsReadAsItWasWritten) {
+TEST_F(OwnerFileTest, TheEncodedTextIsParsedBack) {
   const ProcessName odd{"a b", "", "run", "pid:[1]", 18446744073709551615U, 1};
   EXPECT_EQ(OwnerOf(OwnerText(odd)), odd);
   ProcessName broken = odd;

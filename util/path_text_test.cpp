@@ -23,7 +23,7 @@ TEST(PathText, TheTitleOfAFileHasNoFolderAndNoExtension) {
   EXPECT_EQ(FileTitleWithoutExtension("x\xC3\xA9\xC3\xA9\xC3\xA9\xC3\xA9"), "x");
 }
 
-TEST(PathText, APathIsFolderAndName) {
+TEST(PathText, APathIsSplitIntoFolderAndName) {
   const std::string path = kSep + "a" + kSep + "b.mp3";
   EXPECT_EQ(FolderOfPath(path), kSep + "a" + kSep);
   EXPECT_EQ(NameOfPath(path), "b.mp3");

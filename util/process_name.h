@@ -6,19 +6,19 @@
 
 namespace tallow {
 
-/// A process, so that another one can tell later whether it still runs.
+/// Identifies a process, so that another process can find out later whether it still runs.
 struct ProcessName {
   std::string host;  ///< the computer's name
-  std::string
-      machine;  ///< the system's own identification of the computer; empty where it has none
-  /// What the numbers of processes belong to: on Linux one run of the system and one set of processes of it (a
-  /// container has its own), on Windows "windows". Numbers of another run mean nothing, of another set nothing
-  /// that can be found out.
+  /// The system's identification of the computer; empty where it has none.
+  std::string machine;
+  /// The scope of the process id: on Linux one boot of the system and one process namespace (a
+  /// container has its own), on Windows "windows". A process id of another boot means nothing; the
+  /// state of a process in another namespace cannot be found out.
   std::string run;
-  std::string process_set;    ///< see run
-  std::uint64_t process = 0;  ///< the number, which is given again once the process has ended
-  std::uint64_t started =
-      0;  ///< when, in units of the system; tells two processes of one number apart
+  std::string process_set;    ///< the process namespace, see run
+  std::uint64_t process = 0;  ///< the process id, which is reused after the process has ended
+  /// Start time in system-specific units; distinguishes two processes with the same id.
+  std::uint64_t started = 0;
 
   friend bool operator==(const ProcessName&, const ProcessName&) = default;
 };
@@ -26,13 +26,13 @@ struct ProcessName {
 enum class ProcessState {
   kRuns,
   kGone,
-  kUnknown,  ///< it is of another computer, or nobody tells
+  kUnknown,  ///< the process is on another computer, or its state cannot be read
 };
 
-/// This process.
+/// The identification of the calling process.
 ProcessName ThisProcess();
 
-/// Whether a process runs.
+/// Whether a process still runs.
 ProcessState StateOf(const ProcessName& process);
 
 }  // namespace tallow

@@ -15,7 +15,7 @@
 namespace tallow {
 namespace {
 
-/// The beginning of one of the system's own small files, without the line break at its end; empty when it cannot
+/// Reads the start of a small system file, without the line break at its end; empty when it cannot
 /// be read.
 std::string SystemText(const std::string& path) {
   const OpenFile file(open(path.c_str(), O_RDONLY | O_CLOEXEC));
@@ -38,20 +38,20 @@ std::string ProcessSet() {
 }
 
 struct Status {
-  char state = '?';           ///< 'Z' and 'X': it has ended
-  std::uint64_t started = 0;  ///< clock ticks since the system's start
+  char state = '?';           ///< 'Z' and 'X': the process has ended
+  std::uint64_t started = 0;  ///< clock ticks since boot
 };
 
-/// What the system tells of a process; no value when it tells nothing.
+/// Parses /proc/PID/stat; no value when it cannot be read.
 std::optional<Status> StatusOf(const std::string& process) {
   const std::string text = SystemText("/proc/" + process + "/stat");
-  // The program's name stands in parentheses and may hold any character.
+  // The program's name is in parentheses and may contain any character, parentheses included.
   const std::size_t name_end = text.rfind(')');
   if (name_end == std::string::npos || name_end + 2 >= text.size()) return std::nullopt;
   std::string_view rest = std::string_view(text).substr(name_end + 2);
   Status status;
   status.state = rest.front();
-  // The state is the third of all values, the start the 22nd.
+  // The state is field 3, the start time field 22.
   constexpr int kStart = 22 - 3;
   for (int k = 0; k < kStart; ++k) {
     const std::size_t blank = rest.find(' ');
@@ -78,7 +78,8 @@ ProcessName ThisProcess() {
 
 ProcessState StateOf(const ProcessName& process) {
   const ProcessName self = ThisProcess();
-  // A copied system has the other's identification, and a name may be given twice, but hardly both.
+  // A cloned system has the same machine id, and two computers may have the same name, but hardly
+  // both.
   if (process.host != self.host || process.machine != self.machine) return ProcessState::kUnknown;
   if (process.run.empty() || self.run.empty() || process.run == "windows")
     return ProcessState::kUnknown;

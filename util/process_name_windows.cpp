@@ -27,7 +27,7 @@ std::string MachineGuid() {
   return FromWide(text);
 }
 
-/// When a process was made, in 100 ns since 1601; 0 when the system does not tell.
+/// The creation time of a process, in 100 ns since 1601; 0 when it cannot be read.
 std::uint64_t StartOf(HANDLE process) {
   FILETIME made;
   FILETIME ended;
@@ -59,7 +59,7 @@ ProcessState StateOf(const ProcessName& process) {
   if (opened == nullptr)
     return GetLastError() == ERROR_INVALID_PARAMETER ? ProcessState::kGone : ProcessState::kUnknown;
   const OpenHandle handle(opened);
-  // A process that has ended can be opened as long as somebody holds it.
+  // An ended process can still be opened while somebody holds a handle to it.
   if (WaitForSingleObject(opened, 0) == WAIT_OBJECT_0) return ProcessState::kGone;
   const std::uint64_t started = StartOf(opened);
   if (started == 0) return ProcessState::kUnknown;

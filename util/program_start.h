@@ -6,16 +6,16 @@
 
 namespace tallow {
 
-/// The program's arguments without its own name: on Linux the bytes that were given, on Windows the
-/// command line as UTF-8.
+/// The command-line arguments without the program name: on Linux the raw bytes, on Windows
+/// converted to UTF-8.
 std::vector<std::string> ProgramArguments(int argc, const char* const* argv);
 
-/// Lets standard output and standard error reach the terminal that the program was started from. A Windows
-/// program with windows does not have it by itself; one whose output goes to a file or a pipe keeps that.
+/// Connects standard output and standard error to the terminal that started the program. On Windows
+/// a GUI program is not connected by itself. Streams redirected to a file or pipe stay as they are.
 void UseTerminal();
 
-/// Says why the program ends before it has a window: on standard error, or where a Windows program has
-/// none, in a message box.
+/// Reports why the program exits before its first window: on standard error, or in a message box
+/// where a Windows program has no standard error.
 void TellBeforeWindows(const std::string& text);
 
 }  // namespace tallow

@@ -3,7 +3,7 @@
 #include <cstdlib>
 #include <io.h>
 #include <windows.h>
-// The one below needs what the one above declares.
+// shellapi.h needs the declarations of windows.h.
 #include <shellapi.h>
 
 #include "util/program_start.h"
@@ -12,7 +12,7 @@
 namespace tallow {
 namespace {
 
-/// Whether a stream of the C library was given somewhere to go when the program started.
+/// Whether a stream of the C library was connected when the program started.
 bool IsConnected(std::FILE* stream) {
   const int descriptor = _fileno(stream);
   return descriptor >= 0 && _get_osfhandle(descriptor) >= 0;
@@ -34,14 +34,14 @@ std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*arg
 }
 
 void UseTerminal() {
-  // Asked first: with a console attached, every handle looks as if it led somewhere.
+  // Check before AttachConsole: after it, every handle looks connected.
   std::FILE* const streams[] = {stdout, stderr};
   const bool connected[] = {IsConnected(stdout), IsConnected(stderr)};
   if ((connected[0] && connected[1]) || !AttachConsole(ATTACH_PARENT_PROCESS)) return;
   for (int k = 0; k < 2; ++k)
     if (!connected[k] && std::freopen("CONOUT$", "w", streams[k]) != nullptr)
       std::setvbuf(streams[k], nullptr, _IONBF, 0);
-  // Texts are UTF-8, whatever the console was set to.
+  // Output is UTF-8; set the code page of the console accordingly.
   page_before = GetConsoleOutputCP();
   if (page_before != 0 && SetConsoleOutputCP(CP_UTF8)) std::atexit(GiveBackCodePage);
 }

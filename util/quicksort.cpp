@@ -17,15 +17,15 @@
 namespace tallow {
 namespace {
 
-/// A row while it is sorted: the key and where the row came from lie together, so that a scan and a
-/// swap touch one cache line.
+/// A row during the sort. The key and the original row are adjacent, so that a scan and a swap
+/// access one cache line.
 struct KeyedRow {
   std::int32_t key;
   std::int32_t row;
 };
 
-/// Moves the table's rows when it goes out of scope, so that a key that fails half way leaves the
-/// table as far as the sort got.
+/// Moves the table's rows in its destructor, so that after an exception the table is as far as the
+/// sort got.
 class OrderedRows {
  public:
   OrderedRows(TextTable& table, std::int32_t lo, std::int32_t hi, std::int16_t columns)
@@ -43,7 +43,7 @@ class OrderedRows {
   }
 
   std::vector<KeyedRow>& rows() noexcept { return rows_; }
-  /// The row that is at a place now; places are numbered as the table's rows.
+  /// The row that is at a place now; places have the same numbers as the table's rows.
   KeyedRow& at(std::int32_t place) noexcept { return rows_[static_cast<std::size_t>(place - lo_)]; }
 
  private:
@@ -88,8 +88,8 @@ void SortNumbers(TextTable& table, std::int32_t lo, std::int32_t hi, std::int16_
     SortByKeys<Less>(rows, lo, hi);
     return;
   }
-  // Some cell will raise its error; the rows that change places before it is met are part of the
-  // result, so the conversion happens where the sort asks for it.
+  // At least one cell is not a number and will throw. The rows swapped before that must stay
+  // swapped, so convert each cell only when the sort needs its key.
   QuickSortPlaces(
       lo, hi,
       [&](std::int32_t place) {
@@ -98,11 +98,11 @@ void SortNumbers(TextTable& table, std::int32_t lo, std::int32_t hi, std::int16_
       [&](std::int32_t a, std::int32_t b) { std::swap(rows.at(a), rows.at(b)); }, Less());
 }
 
-/// A text to be ranked: the eight bytes behind what all texts begin with, as one number, decide
-/// most comparisons.
+/// A text to be ranked. The eight bytes after the prefix common to all texts are stored as one
+/// number, which decides most comparisons.
 struct RankEntry {
   std::uint64_t prefix;
-  std::uint32_t offset;  ///< of the lower-cased text in the common buffer
+  std::uint32_t offset;  ///< of the lower-cased text in the shared buffer
   std::uint32_t length;
   std::int32_t index;
 };
@@ -115,12 +115,12 @@ std::uint64_t PrefixOf(const char* text, std::size_t length) noexcept {
   return prefix;
 }
 
-/// Whether a text is the very one before it, as in a run of songs of one folder.
+/// Whether a text is the same view as the previous text, as for consecutive songs of one folder.
 bool RepeatsTheOneBefore(std::span<const std::string_view> texts, std::size_t i) noexcept {
   return i > 0 && texts[i].data() == texts[i - 1].data() && texts[i].size() == texts[i - 1].size();
 }
 
-/// std::sort, the two halves at the same time where that is worth a thread.
+/// std::sort on two threads when there are enough entries, otherwise on one.
 template <typename Before>
 void SortOnTwoCores(std::vector<RankEntry>& entries, const Before& before) {
   constexpr std::size_t kWorthAThread = 10000;

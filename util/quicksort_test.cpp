@@ -21,19 +21,19 @@ Rows Column(std::initializer_list<const char*> cells) {
 
 std::int32_t CountOf(const TextRows& table) { return static_cast<std::int32_t>(table.rows.size()); }
 
-TEST(Quicksort, TextIgnoresCaseUpwards) {
+TEST(Quicksort, TextIsSortedAscendingIgnoringCase) {
   TextRows table{{"b"}, {"A"}, {"c"}};
   SortCity::QuickSortStringsAscending(table, 1, 3, 1, 1);
   EXPECT_EQ(table.rows, Column({"A", "b", "c"}));
 }
 
-TEST(Quicksort, TextIgnoresCaseDownwards) {
+TEST(Quicksort, TextIsSortedDescendingIgnoringCase) {
   TextRows table{{"b"}, {"A"}, {"c"}};
   SortCity::QuickSortStringsDescending(table, 1, 3, 1, 1);
   EXPECT_EQ(table.rows, Column({"c", "b", "A"}));
 }
 
-TEST(Quicksort, NumbersGoByValue) {
+TEST(Quicksort, NumbersAreSortedByValue) {
   TextRows table{{"10"}, {"9"}, {"100"}};
   SortCity::QuickSortNumericAscending(table, 1, 3, 1, 1);
   EXPECT_EQ(table.rows, Column({"9", "10", "100"}));
@@ -41,13 +41,13 @@ TEST(Quicksort, NumbersGoByValue) {
   EXPECT_EQ(table.rows, Column({"100", "10", "9"}));
 }
 
-TEST(Quicksort, ARangeOfOneRowStaysAsItIs) {
+TEST(Quicksort, ARangeOfOneRowIsUnchanged) {
   TextRows table{{"b"}, {"a"}, {"c"}};
   SortCity::QuickSortStringsAscending(table, 2, 2, 1, 1);
   EXPECT_EQ(table.rows, Column({"b", "a", "c"}));
 }
 
-TEST(Quicksort, OnlyRowsOfTheRangeMove) {
+TEST(Quicksort, OnlyRowsInTheRangeMove) {
   TextRows table{{"d"}, {"c"}, {"b"}, {"a"}};
   SortCity::QuickSortStringsAscending(table, 2, 3, 1, 1);
   EXPECT_EQ(table.rows, Column({"d", "b", "c", "a"}));
@@ -59,13 +59,13 @@ TEST(Quicksort, RowsMoveAsWholes) {
   EXPECT_EQ(table.rows, (Rows{{"y", "1"}, {"z", "2"}, {"x", "3"}}));
 }
 
-TEST(Quicksort, ColumnsPastTheCountStayInTheirRows) {
+TEST(Quicksort, ColumnsBeyondTheCountDoNotMove) {
   TextRows table{{"b", "1"}, {"a", "2"}};
   SortCity::QuickSortStringsAscending(table, 1, 2, 1, 1);
   EXPECT_EQ(table.rows, (Rows{{"a", "1"}, {"b", "2"}}));
 }
 
-TEST(Quicksort, AnEmptyCellIsNoNumber) {
+TEST(Quicksort, AnEmptyCellIsNotANumber) {
   TextRows table{{"1"}, {""}, {"2"}};
   EXPECT_THROW(SortCity::QuickSortNumericAscending(table, 1, 3, 1, 1), TypeMismatchError);
   EXPECT_THROW(SortCity::QuickSortNumericDecending(table, 1, 3, 1, 1), TypeMismatchError);
@@ -74,7 +74,7 @@ TEST(Quicksort, AnEmptyCellIsNoNumber) {
 TEST(Quicksort, BlanksAndFractionsAreNumbers) {
   TextRows table{{" 3 "}, {"2.5"}, {"1.5"}, {"-4"}};
   SortCity::QuickSortNumericAscending(table, 1, 4, 1, 1);
-  // 1.5 and 2.5 both round to 2, so only the ends are certain.
+  // 1.5 and 2.5 both round to 2, so only the first and the last row are certain.
   EXPECT_EQ(table.rows.front()[0], "-4");
   EXPECT_EQ(table.rows.back()[0], " 3 ");
 }
@@ -107,7 +107,8 @@ TEST(RankText, TextsThatDifferOnlyInNulsAreDifferent) {
   EXPECT_EQ(RankText(texts), (std::vector<std::int32_t>{1, 0}));
 }
 
-/// Few different keys of few letters, so that equal keys, twins of case and long runs are common.
+/// Few distinct keys of few letters, so that equal keys, keys that differ only in case, and long
+/// runs are common.
 std::string RandomCell(std::mt19937& random, bool numbers) {
   if (numbers) return std::to_string(static_cast<int>(random() % 40) - 10);
   static const char* const kLetters[] = {"a",        "A", "b", "B",   "\xC3\xA9",
@@ -139,7 +140,7 @@ TEST(Quicksort, AgreesWithTheLiteralStepsOnRandomTables) {
   }
 }
 
-TEST(Quicksort, LeavesTheLiteralOrderWhereAKeyFails) {
+TEST(Quicksort, AnInvalidKeyLeavesTheSameOrderAsTheLiteralSteps) {
   std::mt19937 random(62);
   for (int round = 0; round < 500; ++round) {
     TextRows table;

@@ -22,39 +22,41 @@
 
 namespace tallow {
 
-/// Most threads that ReadAhead starts, and the fewest: reading waits even on a machine of one core.
+/// Most and fewest worker threads that ReadAhead starts. Two even on one core, because the work is
+/// I/O-bound.
 inline constexpr unsigned kMaxReaders = 8;
 inline constexpr unsigned kMinReaders = 2;
 
-/// How long a thread that has windows waits before it lets them live.
+/// How long a thread with windows waits before it calls the callback that processes window events.
 inline constexpr std::chrono::milliseconds kEventInterval{40};
 
-/// How long the end of ReadAhead waits for threads that are still being answered before it leaves them. The
-/// windows stand still meanwhile.
+/// How long ReadAhead waits at its end for busy worker threads before it abandons them. No window
+/// events are processed meanwhile.
 inline constexpr std::chrono::milliseconds kLeaveAfter{80};
 
-/// What the threads of a ReadAhead share. It outlives the call when threads have to be left alone.
+/// State shared by the caller and the worker threads of a ReadAhead. It outlives the call when
+/// worker threads are abandoned.
 template <typename Question, typename Answer>
 class QuestionsAhead {
  public:
   using Clock = std::chrono::steady_clock;
   using Put = std::function<Answer(const Question&)>;
 
-  /// Some questions that a thread takes at once.
+  /// A batch of questions for one worker thread.
   struct Run {
     std::vector<Question> questions;
-    std::vector<Answer> answers;  ///< to the first of them
-    std::exception_ptr failure;   ///< instead of the next answer
-    Clock::time_point put_at{};   ///< when the question behind the answers was put
-    bool is_put = false;          ///< and is being answered
-    unsigned thread =
-        0;  ///< the number of the thread it belongs to, which changes when that is left
+    std::vector<Answer> answers;  ///< to the first questions of the batch
+    std::exception_ptr failure;   ///< thrown by the question after the last answer
+    Clock::time_point put_at{};   ///< when the question after the last answer was started
+    bool is_put = false;          ///< a worker thread is working on that question now
+    /// Number of the worker thread of this run; incremented when that thread is abandoned.
+    unsigned thread = 0;
     bool IsDone() const { return failure || answers.size() == questions.size(); }
   };
 
   QuestionsAhead(Put put, std::size_t ahead) : put_(std::move(put)), runs_(ahead) {}
 
-  /// Starts one more thread. \returns false when the system gives no more
+  /// Starts one more worker thread. \returns false when the system cannot create a thread
   static bool StartThread(const std::shared_ptr<QuestionsAhead>& shared) {
     {
       const std::lock_guard lock(shared->mutex_);
@@ -70,7 +72,8 @@ class QuestionsAhead {
     return false;
   }
 
-  /// Answers the open questions of a run on this thread. Needs the lock, which is given up meanwhile.
+  /// Answers the unanswered questions of a run on the calling thread. The caller must hold the
+  /// lock, which is released while a question is answered.
   void AnswerHere(Run& run, std::unique_lock<std::mutex>& lock) {
     const unsigned own = run.thread;
     while (!stop_ && !run.IsDone()) {
@@ -92,9 +95,9 @@ class QuestionsAhead {
   const Put put_;
   std::mutex mutex_;  ///< guards all below
   std::condition_variable changed_;
-  std::vector<Run> runs_;            ///< run number r lies at r modulo their number
-  std::deque<std::size_t> waiting_;  ///< places in runs_ of those that no thread has taken
-  unsigned threads_ = 0;             ///< that have not ended, and were not left
+  std::vector<Run> runs_;            ///< ring buffer: run r is at index r modulo its size
+  std::deque<std::size_t> waiting_;  ///< indexes in runs_ of runs without a thread
+  unsigned threads_ = 0;             ///< worker threads that have not ended and were not abandoned
   bool stop_ = false;
 
  private:
@@ -119,7 +122,7 @@ class QuestionsAhead {
       waiting_.pop_front();
       const unsigned own = run.thread;
       AnswerHere(run, lock);
-      // Who was left alone is no longer counted.
+      // threads_ no longer counts an abandoned thread.
       if (run.thread != own) return;
       changed_.notify_all();
     }
@@ -128,26 +131,27 @@ class QuestionsAhead {
   }
 };
 
-/// Puts questions to the disk on several threads and uses the answers one after another.
+/// Answers questions about the disk on worker threads and consumes the answers in order.
 ///
-/// For work whose parts wait on the disk but whose results have to be taken in order (the tags of songs that
-/// are filed in record order, the listings of folders). This thread makes the questions; a few others answer
-/// them, a run of them at a time, and never more than some runs ahead; this thread consumes the answers in the
-/// order of the questions. A disk may never answer. Then the thread that waits for it is left alone, which is
-/// why answering must not touch anything but the question and what `answer` itself holds.
+/// For work that mostly waits for the disk but whose results must be used in order (the tags of
+/// songs in record order, the listings of folders). The calling thread makes the questions and
+/// consumes the answers in the order of the questions. A few worker threads answer the questions in
+/// batches (runs), at most four runs per thread ahead of the caller. If a disk never answers, its
+/// worker thread is abandoned and keeps running, so answering must only access the question and
+/// what `answer` itself owns.
 ///
-/// \param count   how many there are
-/// \param run     how many a thread takes at once; fewer than two runs in all start no thread, unless
-///                `waiting` is given
+/// \param count   number of questions
+/// \param run     questions per batch; with fewer than two batches no thread is started, unless
+///        `waiting` is given
 /// \param ask     ask(i) makes question number i, from 0 to count - 1
-/// \param answer  answer(question); a copy of it is called from several threads at once
+/// \param answer  answer(question); a copy of it is called on several threads at once
 /// \param consume consume(i, answer)
-/// \param waiting called while there is nothing to consume yet, so that a disk that does not answer does not
-///                keep a window from living; may be empty
-/// \param instead instead(i): the answer to a question that was given up
+/// \param waiting called repeatedly while the caller waits for the next answer, so that it can
+///        process window events; may be empty
+/// \param instead instead(i) is the answer to a question that was given up
 ///
-/// An exception of any of them ends the work and comes out of this call. Where the system gives no threads,
-/// this one answers.
+/// An exception thrown by any of these ends the work and is rethrown from this call. If the system
+/// cannot create threads, the questions are answered on the calling thread.
 template <typename Ask, typename Reply, typename Consume, typename Instead>
 void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& answer,
                const Consume& consume, const WhileWaiting& waiting, const Instead& instead) {
@@ -167,7 +171,7 @@ void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& 
   std::size_t started = 0;
   while (started < threads && Shared::StartThread(shared)) ++started;
 
-  // Leaves the threads that are still being answered when this call ends early.
+  // Stops the worker threads, and abandons those that are still busy after kLeaveAfter.
   const auto end = [&shared] {
     std::unique_lock lock(shared->mutex_);
     shared->stop_ = true;
@@ -195,7 +199,7 @@ void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& 
     shared->changed_.notify_all();
   };
 
-  // Returns when there are more answers than have been used, or there will be none.
+  // Waits until the run has more than `used` answers or is done. Returns the lock.
   const auto wait_for = [&](std::size_t number, std::size_t used) {
     auto& slot = shared->runs_[number % ahead];
     std::unique_lock lock(shared->mutex_);
@@ -219,7 +223,7 @@ void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& 
       const WaitDecision decision = waiting(number * run + done, waited);
       lock.lock();
       if (decision == WaitDecision::kWait || !slot.is_put || slot.answers.size() != done) continue;
-      // The thread is left alone, another one takes its place.
+      // Abandon the worker thread and start another one in its place.
       ++slot.thread;
       slot.is_put = false;
       --shared->threads_;
@@ -261,7 +265,7 @@ void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& 
   end();
 }
 
-/// ReadAhead that never gives a question up.
+/// ReadAhead that never gives up a question.
 template <typename Ask, typename Reply, typename Consume>
 void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& answer,
                const Consume& consume) {

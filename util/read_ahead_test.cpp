@@ -13,7 +13,7 @@ using Milliseconds = std::chrono::milliseconds;
 
 std::size_t Number(std::size_t i) { return i; }
 
-TEST(ReadAhead, EveryThingIsConsumedOnceInOrder) {
+TEST(ReadAhead, EveryAnswerIsConsumedOnceInOrder) {
   for (const std::size_t count : {0U, 1U, 7U, 8U, 9U, 1000U, 5003U}) {
     std::vector<std::atomic<int>> produced(count);
     std::size_t next = 0;
@@ -43,14 +43,15 @@ TEST(ReadAhead, QuestionsAreMadeOnTheCallersThread) {
       Number, [&](std::size_t, std::size_t) { EXPECT_EQ(std::this_thread::get_id(), caller); });
 }
 
-TEST(ReadAhead, AThreadThatWaitsLives) {
+TEST(ReadAhead, TheWaitingCallbackIsCalledUntilAnAnswerComes) {
   for (const std::size_t count : {1U, 3U, 100U}) {
     std::atomic<int> lived = 0;
     std::size_t consumed = 0;
     ReadAhead(
         count, 8, Number,
         [&](std::size_t i) {
-          // As a disk that first has to start: until the one who waits has lived twice.
+          // Simulates a disk that has to spin up: blocks until the waiting callback was called
+          // twice.
           while (i == 0 && lived < 2) std::this_thread::yield();
           return i;
         },
@@ -66,7 +67,7 @@ TEST(ReadAhead, AThreadThatWaitsLives) {
   }
 }
 
-TEST(ReadAhead, WhoWaitsMayEndTheWork) {
+TEST(ReadAhead, TheWaitingCallbackMayEndTheWork) {
   std::atomic<bool> ended = false;
   EXPECT_THROW(ReadAhead(
                    100, 8, Number,
@@ -118,7 +119,8 @@ TEST(ReadAhead, AFailingConsumerEndsTheWork) {
   EXPECT_EQ(last, 300U);
 }
 
-/// A disk that answers nothing that is divisible by a number until it is let go, which outlives a test.
+/// A simulated disk that never answers questions divisible by a given number until it is released.
+/// Shared, because abandoned threads use it after the test.
 struct DeadDisk {
   std::mutex mutex;
   std::condition_variable changed;
@@ -140,7 +142,7 @@ struct DeadDisk {
   }
 };
 
-TEST(ReadAhead, AnAnswerThatNeverComesIsGivenUpAndTheOthersAreThere) {
+TEST(ReadAhead, AQuestionWithoutAnAnswerIsGivenUpAndTheOthersAreAnswered) {
   const auto disk = std::make_shared<DeadDisk>();
   std::vector<std::size_t> consumed;
   ReadAhead(
@@ -159,7 +161,7 @@ TEST(ReadAhead, AnAnswerThatNeverComesIsGivenUpAndTheOthersAreThere) {
   disk->ComeBack();
 }
 
-TEST(ReadAhead, AnEndDoesNotWaitForAnswersThatNeverCome) {
+TEST(ReadAhead, TheEndDoesNotWaitForAnswersThatNeverCome) {
   const auto disk = std::make_shared<DeadDisk>();
   EXPECT_THROW(
       ReadAhead(
@@ -175,7 +177,7 @@ TEST(ReadAhead, AnEndDoesNotWaitForAnswersThatNeverCome) {
   disk->ComeBack();
 }
 
-TEST(ReadAhead, WhoWaitsIsToldForHowLong) {
+TEST(ReadAhead, TheWaitingCallbackReceivesTheTimeWaited) {
   const auto disk = std::make_shared<DeadDisk>();
   Milliseconds before(0);
   int calls = 0;

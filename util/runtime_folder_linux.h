@@ -5,11 +5,11 @@
 
 namespace tallow {
 
-/// The folder for sockets and the like that live as long as the user's session, ending in a separator
-/// and made when it is not there: "tallow" in XDG_RUNTIME_DIR, or "tallow-" and the user's number in
-/// the temporary folder where that variable names no private folder of this user.
+/// The folder for sockets and other files of the user's session, ending in a separator; created
+/// when it does not exist. It is "tallow" in XDG_RUNTIME_DIR, or, when that variable does not name
+/// a private folder of this user, "tallow-" and the user id in the temporary folder.
 ///
-/// \throws FileError when there can be no such folder that nobody else may enter
+/// \throws FileError when no private folder can be created
 std::string RuntimeFolder();
 
 }  // namespace tallow

@@ -13,24 +13,25 @@
 namespace tallow {
 namespace {
 
-/// Becomes the program. Returns only when that fails. Between fork and exec nothing may allocate.
+/// Replaces the process by the program. Returns only on failure. Only async-signal-safe calls are
+/// allowed between fork and exec, so no allocation.
 void Become(const char* path, char* const* arguments, int handed) noexcept {
   sigset_t none;
   sigemptyset(&none);
   sigprocmask(SIG_SETMASK, &none, nullptr);
   signal(SIGPIPE, SIG_DFL);
-  // Out of the way first: where standard input was closed, the descriptor may have its number.
+  // Duplicate to a high number first: if standard input was closed, `handed` may be descriptor 0.
   const int safe = handed < 0 ? -1 : fcntl(handed, F_DUPFD_CLOEXEC, kHandedDescriptor + 1);
   const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
   if (nothing >= 0) dup2(nothing, STDIN_FILENO);
-  // Copying drops the mark to be closed here, but not onto itself.
+  // dup2() clears FD_CLOEXEC, except when both descriptors are equal.
   fcntl(STDIN_FILENO, F_SETFD, 0);
   if (safe >= 0) dup2(safe, kHandedDescriptor);
   execv(path, arguments);
 }
 
-/// Runs the program in a child of this process, which itself ends at once. Writes the child's process
-/// id, and 0 when it could not become the program.
+/// Forks again and exits, so that the program becomes an orphan of this process. The grandchild
+/// writes its process id to the pipe, and then 0 if exec fails.
 [[noreturn]] void RunAsOrphan(const char* path, char* const* arguments, int handed,
                               int writing) noexcept {
   setsid();
@@ -43,7 +44,7 @@ void Become(const char* path, char* const* arguments, int handed) noexcept {
   _exit(write(writing, &failed, sizeof failed) == sizeof failed ? 127 : 126);
 }
 
-/// Reads a whole number of the size that was written, or fails.
+/// Reads a complete process id; returns false on end of file or error.
 bool ReadPid(int descriptor, pid_t& pid) noexcept {
   ssize_t got = 0;
   do got = read(descriptor, &pid, sizeof pid);
@@ -59,8 +60,8 @@ pid_t Spawn(const std::string& path, std::span<const std::string> arguments, int
     words.push_back(const_cast<char*>(argument.c_str()));
   words.push_back(nullptr);
 
-  // Through the pipe comes the process id, and a 0 behind it when the program could not be run; one
-  // that runs has closed it. The pipe must not take the place of the descriptor to be handed over.
+  // The pipe transfers the process id, followed by 0 if exec failed; a successful exec closes the
+  // pipe. The pipe's descriptors must not collide with the descriptor to hand over.
   int ends[2] = {-1, -1};
   if (pipe2(ends, O_CLOEXEC) != 0) return 0;
   const OpenFile reading(ends[0]);

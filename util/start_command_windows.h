@@ -6,7 +6,7 @@
 namespace tallow {
 
 /// Runs a command line with a normal window and does not wait for it.
-/// \param command the program's name, which is looked for as the system does, and its arguments
+/// \param command the program name, searched for as Windows does, and its arguments
 /// \returns false when it could not be started
 bool StartCommand(const std::string& command);
 

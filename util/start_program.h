@@ -5,17 +5,17 @@
 
 namespace tallow {
 
-/// How the first window of a started program comes up. Linux leaves that to the program.
+/// The state of a started program's first window. Linux ignores it.
 enum class FirstWindow {
   kNormal,
   kMinimizedWithoutFocus,
 };
 
-/// Starts a program without arguments and does not wait for it. On Linux it gets a session of its
-/// own, so that what ends Tallow does not end it, and reads nothing from Tallow's standard input.
+/// Starts a program without arguments and does not wait for it. On Linux the program gets its own
+/// session, so that it survives the end of Tallow, and an empty standard input.
 ///
 /// \param path the program's full path
-/// \returns whether there is a process now
+/// \returns whether the process was started
 bool StartProgram(const std::string& path, FirstWindow window);
 
 }  // namespace tallow

@@ -6,12 +6,12 @@
 
 namespace tallow {
 
-/// What ends a line of every text file the program writes, on all systems.
+/// The line end of every text file that the program writes, on all systems.
 inline constexpr std::string_view kLineEnd = "\r\n";
 
-/// The lines of a text file, without their ends. In a file that has CR LF anywhere, only that ends a
-/// line; in any other, which went through an editor of another system, a lone CR or LF does. The last
-/// line need not be ended; a file of no bytes has no line.
+/// Splits a text file into lines, without their line ends. If the file contains CR LF anywhere,
+/// only CR LF ends a line; otherwise a single CR or LF does (the file was saved by an editor of
+/// another system). The last line need not have a line end; an empty file has no lines.
 std::vector<std::string_view> SplitLines(std::string_view text);
 
 }  // namespace tallow

@@ -15,14 +15,14 @@ TEST(Text, LowerAndUpperCaseCoverAllAlphabets) {
   EXPECT_EQ(ToUpper("az"), "AZ");
 }
 
-TEST(Text, BytesThatAreNoUtf8ComeThroughUnchanged) {
+TEST(Text, InvalidUtf8IsKeptUnchanged) {
   const std::string name = "A\xFF\xC3(\xE2\x82";
   EXPECT_EQ(ToLower(name), "a\xFF\xC3(\xE2\x82");
   EXPECT_FALSE(IsValidUtf8(name));
   EXPECT_TRUE(IsValidUtf8("A\xC3\xA9"));
 }
 
-TEST(Text, CharactersAreCodePointsOrBareBytes) {
+TEST(Text, InvalidBytesAreCharacters) {
   const std::string text = "\xC3\xA9\xFFz";
   std::size_t at = 0;
   EXPECT_EQ(NextCharacter(text, at), U'\u00E9');
@@ -50,7 +50,7 @@ TEST(Text, StripAtNulCutsBeforeTheFirstNul) {
   EXPECT_EQ(StripAtNul("abc"), "abc");
 }
 
-TEST(TextLines, AnySystemsLineEndsARead) {
+TEST(TextLines, LineEndsOfEverySystemAreRecognized) {
   EXPECT_EQ(SplitLines("a\r\n\r\nb\nc\rd\r\n"),
             (std::vector<std::string_view>{"a", "", "b\nc\rd"}));
   EXPECT_EQ(SplitLines("a\n\nb"), (std::vector<std::string_view>{"a", "", "b"}));

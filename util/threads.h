@@ -6,21 +6,21 @@
 
 namespace tallow {
 
-// Every thread of the program is started here. The system may have no more of them to give; then the work
-// has to be done without one.
+// Every thread of the program is started here. The system may be unable to create another thread;
+// then the work has to be done without one.
 
 /// Starts a thread.
 ///
-/// \returns a thread that can be joined, or one that cannot when the system gives no more: then the work has
-///          not been done, and is still the caller's
+/// \returns a joinable thread; a thread that is not joinable when the system cannot create one:
+/// then the work was not done, and the caller must do it
 std::thread StartThread(std::function<void()> work);
 
-/// Starts a thread, or where the system gives no more does the work here before it returns.
+/// Starts a thread; if the system cannot create one, does the work on the calling thread instead.
 ///
-/// \returns the thread; one that cannot be joined when the work is done
+/// \returns the thread; not joinable when the work is already done
 std::thread StartThreadOrRun(const std::function<void()>& work);
 
-/// Waits for the end of a thread, if it is one.
+/// Joins a thread if it is joinable.
 void Join(std::thread& thread);
 
 }  // namespace tallow

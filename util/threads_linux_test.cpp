@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What is done where the system gives no threads.
+// Behaviour when the system cannot create threads.
 #include <algorithm>
 #include <random>
 #include <sys/stat.h>
@@ -18,7 +18,7 @@ namespace {
 
 class WithoutThreads : public LibraryTest {};
 
-TEST_F(WithoutThreads, NoneIsStartedAndTheWorkIsStillTheCallers) {
+TEST_F(WithoutThreads, StartThreadFailsAndStartThreadOrRunRunsTheWork) {
   const NoThreads none;
   bool done = false;
   EXPECT_FALSE(StartThread([&] { done = true; }).joinable());
@@ -27,14 +27,14 @@ TEST_F(WithoutThreads, NoneIsStartedAndTheWorkIsStillTheCallers) {
   EXPECT_TRUE(done);
 }
 
-TEST_F(WithoutThreads, WithThreadsTheWorkIsDoneOnAnotherOne) {
+TEST_F(WithoutThreads, WithThreadsTheWorkRunsOnAnotherThread) {
   std::thread::id other;
   std::thread thread = StartThreadOrRun([&] { other = std::this_thread::get_id(); });
   Join(thread);
   EXPECT_NE(other, std::this_thread::get_id());
 }
 
-TEST_F(WithoutThreads, TextsAreRankedAllTheSame) {
+TEST_F(WithoutThreads, TextsAreRankedOnTheCallersThread) {
   std::mt19937 random(1);
   std::vector<std::string> texts(20000);
   for (std::string& text : texts) text = "song " + std::to_string(random() % 5000);
@@ -81,7 +81,7 @@ TEST_F(WithoutThreads, ASearchFindsSongsAndThePlayer) {
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), music / "b/tallow-player");
 }
 
-TEST_F(WithoutThreads, AStartFindsWhatIsThereMissingAndNew) {
+TEST_F(WithoutThreads, AStartFindsPresentMissingAndNewSongs) {
   AddSong(music.path(), "there.mp3");
   AddSong(music.path(), "gone.mp3");
   music.File("there.mp3");
@@ -95,7 +95,7 @@ TEST_F(WithoutThreads, AStartFindsWhatIsThereMissingAndNew) {
   EXPECT_EQ(Cells(2), (Texts{"there.mp3", "0", "new.mp3"}));
 }
 
-TEST_F(WithoutThreads, SizesAreFoundAFewAtATime) {
+TEST_F(WithoutThreads, SizesAreFoundInSmallBatches) {
   constexpr std::int32_t kSongs = 500;
   for (std::int32_t k = 1; k <= kSongs; ++k) {
     const std::string name = std::to_string(k) + ".mp3";

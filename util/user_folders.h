@@ -5,11 +5,11 @@
 
 namespace tallow {
 
-/// The folder for the data of the user's programs, ending in a separator: XDG_DATA_HOME or
-/// ~/.local/share on Linux, LocalAppData on Windows. Empty when the system tells of none.
+/// The folder for user data of programs, ending in a separator: XDG_DATA_HOME or ~/.local/share on
+/// Linux, LocalAppData on Windows. Empty when it cannot be determined.
 std::string UserDataFolder();
 
-/// The full path of the running program; empty when the system does not tell.
+/// The full path of the running program; empty when it cannot be determined.
 std::string ExecutablePath();
 
 }  // namespace tallow

@@ -10,7 +10,7 @@
 namespace tallow {
 
 std::string UserDataFolder() {
-  // A relative path in the variable is to be ignored.
+  // The XDG base directory rules require ignoring a relative path.
   const char* const data = std::getenv("XDG_DATA_HOME");
   if (data != nullptr && data[0] == '/') return EnsureTrailingBackslash(data);
   const char* home = std::getenv("HOME");

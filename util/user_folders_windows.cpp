@@ -17,7 +17,7 @@ std::string UserDataFolder() {
 }
 
 std::string ExecutablePath() {
-  // The call does not tell how much it needs, only that it was not enough.
+  // GetModuleFileNameW does not return the size needed, so double the buffer until the path fits.
   for (std::wstring path(MAX_PATH, L'\0');; path.resize(path.size() * 2)) {
     const DWORD length = GetModuleFileNameW(nullptr, path.data(), static_cast<DWORD>(path.size()));
     if (length == 0) return {};

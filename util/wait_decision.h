@@ -7,16 +7,16 @@
 
 namespace tallow {
 
-/// What to do about an answer of the disk that has not come yet.
+/// What to do while the disk has not answered yet.
 enum class WaitDecision {
   kWait,
-  kGiveUp,  ///< go on without it; the thread that waits for it is left alone
+  kGiveUp,  ///< continue without the answer; the worker thread is abandoned
 };
 
-/// Is called again and again while an answer is waited for, see ReadAhead.
+/// Callback, called repeatedly while an answer is outstanding, see ReadAhead.
 ///
 /// \param i      the number of the question
-/// \param waited since the question was put
+/// \param waited time since the question was started
 using WhileWaiting = std::function<WaitDecision(std::size_t i, std::chrono::milliseconds waited)>;
 
 }  // namespace tallow

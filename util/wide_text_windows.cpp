@@ -15,8 +15,7 @@ constexpr char32_t kLowSurrogate = 0xDC00;
 constexpr char32_t kBehindSurrogates = 0xE000;
 constexpr char32_t kFirstSupplementary = 0x10000;
 
-/// The surrogate that three bytes encode at a position of otherwise valid UTF-8; 0 when there is
-/// none.
+/// The surrogate encoded by the three bytes at a position; 0 when there is none.
 char32_t SurrogateAt(std::string_view text, std::size_t at) noexcept {
   if (at + 3 > text.size()) return 0;
   const auto byte = [&](std::size_t k) {
@@ -75,7 +74,7 @@ std::string FromWide(std::wstring_view wide) {
 
 std::wstring ToWidePath(std::string_view path) {
   std::wstring wide = ToWide(path);
-  // With the prefix the system takes the path as it stands.
+  // With the prefix \\?\ Windows does not convert slashes, so convert them here.
   std::replace(wide.begin(), wide.end(), L'/', L'\\');
   if (wide.starts_with(L"\\\\?\\") || !IsAbsolutePath(path)) return wide;
   if (wide.starts_with(L"\\\\")) return L"\\\\?\\UNC" + wide.substr(1);
@@ -89,7 +88,7 @@ std::string SystemErrorText(unsigned long error) {
       FormatMessageW(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0,
                      buffer, sizeof buffer / sizeof buffer[0], nullptr);
   std::string text = FromWide({buffer, length});
-  // It stands inside a sentence.
+  // The message is inserted into a sentence, so remove the full stop and the line break.
   const std::size_t end = text.find_last_not_of(". \r\n");
   text.resize(end == std::string::npos ? 0 : end + 1);
   return text.empty() ? "error " + std::to_string(error) : text;
