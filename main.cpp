@@ -82,7 +82,7 @@ int Run(int argc, char** argv, const CommandLine& line) {
   QApplication::setStyle(new FrameStyle);
 
   if (!line.error.empty()) return TellUsageError(line.error, line.exit_after_startup);
-  Tallow tallow(line.application_folder.empty() ? UsualApplicationFolder()
+  Tallow tallow(line.application_folder.empty() ? DefaultApplicationFolder()
                                                 : line.application_folder);
   std::optional<SingleProgram> made;
   try {
@@ -109,12 +109,12 @@ int Run(int argc, char** argv, const CommandLine& line) {
                    [&frame](const std::vector<std::string>& files) { frame.OpenFiles(files); });
   StartUp windows(tallow, frame, line.exit_after_startup);
   System system(tallow, *drives, windows);
-  if (!options_problem.empty()) tallow.tell_problem(options_problem);
+  if (!options_problem.empty()) tallow.report_problem(options_problem);
   std::optional<EndSignals> end_signals;
   const auto end = [&frame, &tallow] {
     // Cancels a running search, too.
     tallow.SearchCancelled = true;
-    tallow.is_ending = true;
+    tallow.is_shutting_down = true;
     // No question can be asked now; the next start asks.
     frame.KeepUnsavedChanges();
     // The music must not play on after the program that controls it has ended.
@@ -126,14 +126,14 @@ int Run(int argc, char** argv, const CommandLine& line) {
   // search has not found.
   windows.BeforeTip([&] { end_signals.emplace(end); });
   if (!system.Main(QtsRuntimeFile())) return 1;
-  if (line.exit_after_startup || tallow.is_ending) return 0;
+  if (line.exit_after_startup || tallow.is_shutting_down) return 0;
   QApplication::setQuitOnLastWindowClosed(true);
   frame.Findings().FindSizes();
   if (!line.files.empty()) frame.OpenFiles(line.files);
   // A request to end that arrived while the files were opened found no event loop to quit.
-  const int code = tallow.is_ending ? 0 : QApplication::exec();
+  const int code = tallow.is_shutting_down ? 0 : QApplication::exec();
   // The request may have arrived in the middle of filing, which is complete now.
-  if (tallow.is_ending) frame.KeepUnsavedChanges();
+  if (tallow.is_shutting_down) frame.KeepUnsavedChanges();
   // Retries a failed save: the disk may have room by now.
   if (!tallow.library.SaveError().empty()) tallow.library.Save();
   return code;
@@ -148,7 +148,7 @@ int main(int argc, char** argv) {
     tallow::UseTerminal();
     const CommandLine line = tallow::ParseCommandLine(tallow::ProgramArguments(argc, argv));
     if (!line.error.empty() && !line.is_folder_error) {
-      tallow::TellBeforeWindows(line.error);
+      tallow::ReportStartError(line.error);
       return tallow::kUsageError;
     }
     if (line.help) {
@@ -161,7 +161,7 @@ int main(int argc, char** argv) {
     }
     return tallow::Run(argc, argv, line);
   } catch (const std::exception& error) {
-    tallow::TellBeforeWindows(std::string("Tallow cannot go on. ") + error.what());
+    tallow::ReportStartError(std::string("Tallow cannot go on. ") + error.what());
     return 1;
   }
 }

@@ -217,7 +217,7 @@ TEST_F(ChangingCollection, EverySongStaysTheSongThatItWas) {
       if (start % 2 == 1) {
         collection.Change();
         BringInNewSongs(
-            random() % 2 == 0 ? NewSongsPlace::kUsualFolders : NewSongsPlace::kWholeComputer,
+            random() % 2 == 0 ? NewSongsPlace::kKnownFolders : NewSongsPlace::kWholeComputer,
             *tallow, *this);
         ExpectAllIsWell();
         if (HasFatalFailure()) return;

@@ -19,7 +19,7 @@ namespace {
 std::string_view BooleanText(bool value) noexcept { return value ? "True" : "False"; }
 
 /// The lines of a text that have a line end.
-std::string_view WholeLinesOf(std::string_view text) {
+std::string_view CompleteLinesOf(std::string_view text) {
   return text.substr(0, text.find_last_of("\r\n") + 1);
 }
 
@@ -118,23 +118,23 @@ void clsINI::CompleteSettings(const std::string& path, const std::string& applic
   const auto content = ReadWholeFile(path, kMaxBytes);
   SetDefaults(application_folder);
   if (!content) return;
-  TakeLines(path, WholeLinesOf(*content));
+  ParseLines(path, CompleteLinesOf(*content));
 }
 
 bool clsINI::GetandLoadIniInfo(const std::string& path) {
   const auto content = ReadWholeFile(path, kMaxBytes);
   if (!content) throw FileError(path, "the file does not exist");
-  lines_read_ = SplitLines(WholeLinesOf(*content)).size();
-  TakeLines(path, *content);
+  lines_read_ = SplitLines(CompleteLinesOf(*content)).size();
+  ParseLines(path, *content);
   return true;
 }
 
-void clsINI::TakeLines(const std::string& path, std::string_view content) {
+void clsINI::ParseLines(const std::string& path, std::string_view content) {
   std::size_t line = 0;
   for (const std::string_view text : SplitLines(content)) {
     ++line;
     try {
-      TakeLine(line, Trim(text));
+      ParseLine(line, Trim(text));
     } catch (const TypeMismatchError& error) {
       throw SettingsError(path, line, error.what());
     } catch (const OverflowError& error) {
@@ -143,7 +143,7 @@ void clsINI::TakeLines(const std::string& path, std::string_view content) {
   }
 }
 
-void clsINI::TakeLine(std::size_t line, std::string_view text) {
+void clsINI::ParseLine(std::size_t line, std::string_view text) {
   switch (line) {
     case 1:
       return FileContainingTargetDirectories(text);

@@ -123,7 +123,7 @@ class clsINI {
   bool CreateNewIniFile(const std::string& path, const std::string& application_folder);
 
   /// Whether the last file that was read had all ten lines, each with its line end.
-  bool IsWhole() const noexcept { return lines_read_ >= kLines; }
+  bool IsComplete() const noexcept { return lines_read_ >= kLines; }
 
   /// Reads the settings from a truncated file: uses the lines that have a line end; every other
   /// setting gets its default.
@@ -142,9 +142,9 @@ class clsINI {
 
  private:
   void SetDefaults(const std::string& application_folder);
-  void TakeLines(const std::string& path, std::string_view content);
+  void ParseLines(const std::string& path, std::string_view content);
   void UpdateMenu() const;
-  void TakeLine(std::size_t line, std::string_view text);
+  void ParseLine(std::size_t line, std::string_view text);
 
   std::function<void()> update_menu_;
   std::string picture_location_;

@@ -98,7 +98,7 @@ std::string HelpText() {
          "A wrong command line leaves with exit code 2.\n";
 }
 
-std::string UsualApplicationFolder() {
+std::string DefaultApplicationFolder() {
   const std::string own(FolderOfPath(ExecutablePath()));
   if (!own.empty() && ProblemOfApplicationFolder(own).empty()) return own;
   const std::string data = UserDataFolder();

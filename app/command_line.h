@@ -42,6 +42,6 @@ std::string HelpText();
 /// folder "Tallow" in the user's program data, which is created when it is missing.
 ///
 /// \throws FileError when there is no writable folder
-std::string UsualApplicationFolder();
+std::string DefaultApplicationFolder();
 
 }  // namespace tallow

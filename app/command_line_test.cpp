@@ -83,7 +83,7 @@ TEST(CommandLine, AFolderWithALineBreakCannotHoldTheSettings) {
 #endif
 
 TEST(ApplicationFolder, IsAFolderThatCanBeWritten) {
-  EXPECT_TRUE(FolderIsWritable(UsualApplicationFolder()));
+  EXPECT_TRUE(FolderIsWritable(DefaultApplicationFolder()));
 }
 
 TEST(CommandLine, AnOptionIsNotReadAsAFolder) {

@@ -2,9 +2,9 @@
 // Disks that do not respond, from the start to the hand-over to the player.
 #include <cerrno>
 
+#include "app/add_files.h"
 #include "app/play_commands.h"
 #include "app/search/file_search.h"
-#include "app/take_files.h"
 #include "jukebox/sorting.h"
 #include "player/playfile.h"
 #include "tests/dead_folder_linux.h"
@@ -181,7 +181,7 @@ class DeadShareInPlay : public DeadShare, protected HandOffPanel {
   void Cancelled(std::size_t songs, std::size_t of) override {
     cancelled = std::to_string(songs) + " of " + std::to_string(of);
   }
-  void DoNotAnswer(std::size_t songs, const std::string& first) override {
+  void DiskTimedOut(std::size_t songs, const std::string& first) override {
     unanswered = std::to_string(songs) + " " + first;
   }
   void Play(const std::vector<std::int32_t>& songs, const HandOverProgress& progress) {
@@ -216,8 +216,8 @@ TEST_F(DeadShareInPlay, SongsOfAGivenUpDriveAreLeftOutAndReported) {
 TEST_F(DeadShare, ADropCanBeCancelledDuringTheWait) {
   const DeadFolder dead(share);
   const Texts files{music / "a/one.mp3", share + "three.mp3", share + "four.mp3"};
-  const TakenFiles taken =
-      TakeFiles(files, tallow->library, [&](std::string_view) { return dead.Asked() == 0; });
+  const AddedFiles taken =
+      AddFiles(files, tallow->library, [&](std::string_view) { return dead.Asked() == 0; });
   EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 3 files were not looked at."});
   EXPECT_TRUE(taken.songs.empty());
 }
@@ -227,7 +227,7 @@ TEST_F(DeadShare, FilesOfAGivenUpDriveAreLeftOutOfADropAndReported) {
   const DeadFolder dead(share);
   bool is_said = false;
   const Texts files{share + "three.mp3", music / "a/one.mp3", share + "four.mp3"};
-  const TakenFiles taken = TakeFiles(files, tallow->library, [&](std::string_view path) {
+  const AddedFiles taken = AddFiles(files, tallow->library, [&](std::string_view path) {
     // Gives the drive up, as a cancel by the user does.
     if (dead.Asked() > 0 && !std::exchange(is_said, true))
       tallow->library.LookAt(share, {}, [](std::string_view) { return false; });
@@ -272,9 +272,9 @@ TEST_F(DeadShare, AFolderThatCannotBeOpenedIsReadOnceNotOncePerSong) {
   EXPECT_TRUE(library.IsAway(songs[kSongs - 1]));
   EXPECT_LE(failing.Asked(), 2);
   const int before = failing.Asked();
-  library.LookWithProgress({}, [&] {
+  library.CheckWithProgress({}, [&] {
     library.MarkAwaySongs(songs);
-    const std::vector<char> there = library.LookAgain(songs);
+    const std::vector<char> there = library.RecheckSong(songs);
     EXPECT_EQ(std::count(there.begin(), there.end(), 0), kSongs);
   });
   EXPECT_LE(failing.Asked() - before, 3);

@@ -42,7 +42,7 @@ bool DocumentWindows::SaveJukebox(Jukebox& jukebox, const std::string& path,
 }
 
 bool DocumentWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                                  const AskWhichSongs& ask) {
+                                  const ResolveConfusedSongs& ask) {
   return jukebox.Load(path, library, ask);
 }
 
@@ -129,14 +129,14 @@ void JukeboxDocuments::OpenFile(const std::string& path) {
   try {
     const bool is_open = OpenJukeboxFile(
         path, CaptionOfFile(path), jukebox, tallow_.library, windows_.OpenJukeboxes(),
-        [&](const std::string& file, const AskWhichSongs& ask) {
+        [&](const std::string& file, const ResolveConfusedSongs& ask) {
           return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
         },
-        [this](const std::string& text) { return AskUnlessLeft(text); }, nullptr, progress);
+        [this](const std::string& text) { return AskDismissable(text); }, nullptr, progress);
     work.reset();
     if (!is_open) {
       windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});
-      windows_.DropJukebox(jukebox);
+      windows_.DiscardJukebox(jukebox);
       return;
     }
   } catch (const FilingError& error) {
@@ -153,7 +153,7 @@ void JukeboxDocuments::OpenFile(const std::string& path) {
   windows_.ShowJukebox(jukebox);
 }
 
-std::optional<bool> JukeboxDocuments::AskUnlessLeft(const std::string& text) {
+std::optional<bool> JukeboxDocuments::AskDismissable(const std::string& text) {
   const MessageAnswer answer = windows_.Show({.text = text,
                                               .icon = MessageIcon::kQuestion,
                                               .buttons = MessageButtons::kYesNo,

@@ -37,9 +37,9 @@ class DocumentWindows {
   /// See Jukebox.
   virtual bool SaveJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library);
   virtual bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                           const AskWhichSongs& ask);
+                           const ResolveConfusedSongs& ask);
   /// Discards a window that was made but not shown.
-  virtual void DropJukebox(Jukebox& jukebox) = 0;
+  virtual void DiscardJukebox(Jukebox& jukebox) = 0;
 
   /// Asks for a file to open; no value when the user cancels.
   virtual std::optional<std::string> AskForFileToOpen(const std::string& folder) = 0;
@@ -89,7 +89,7 @@ class JukeboxDocuments {
   /// The open jukebox whose file is the file at `path`; null for none.
   const Jukebox* OpenedFrom(const std::string& path);
   void OpenFile(const std::string& path);
-  std::optional<bool> AskUnlessLeft(const std::string& text);
+  std::optional<bool> AskDismissable(const std::string& text);
   bool SaveTo(Jukebox& jukebox, const std::string& path);
   void Remember(const std::string& path);
 

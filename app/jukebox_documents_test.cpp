@@ -35,7 +35,7 @@ class Documents : public LibraryTest, protected DocumentWindows {
     return *jukeboxes.back();
   }
   void ShowJukebox(Jukebox& jukebox) override { active = &jukebox; }
-  void DropJukebox(Jukebox& jukebox) override {
+  void DiscardJukebox(Jukebox& jukebox) override {
     std::erase_if(jukeboxes, [&](const auto& held) { return held.get() == &jukebox; });
   }
   std::optional<std::string> AskForFileToOpen(const std::string& folder) override {
@@ -314,7 +314,7 @@ TEST_F(Documents, AJukeboxIsSavedBackToTheFileItWasOpenedFrom) {
     EXPECT_NE(saved.Nodes().Find("changed"), nullptr) << name;
     RemoveFile(path);
     RemoveFile(path + ".bak");
-    DropJukebox(*active);
+    DiscardJukebox(*active);
   }
   EXPECT_TRUE(ListFolder(own, {.pattern = "*.juk"}).files.empty());
 }
@@ -475,7 +475,7 @@ class DocumentsOfWindows : public Documents {
     return works && Documents::SaveJukebox(jukebox, path, songs);
   }
   bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& songs,
-                   const AskWhichSongs& ask) override {
+                   const ResolveConfusedSongs& ask) override {
     done.push_back("load " + path);
     return works && Documents::LoadJukebox(jukebox, path, songs, ask);
   }

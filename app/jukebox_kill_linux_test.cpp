@@ -67,7 +67,7 @@ class JukeboxKill : public LibraryTest {
       entry.SubItem((entry.SubItem() + round) % kSongs + 1);
   }
   /// Whether a jukebox is complete and equals the result of one of the rounds.
-  bool IsWhole(const Jukebox& found) const {
+  bool IsComplete(const Jukebox& found) const {
     const FolderTree& tree = found.Nodes();
     if (tree.Children() != 2 || tree.ChildAt(0).Items().size() != kSongs) return false;
     const auto& songs = tree.ChildAt(1).Items();
@@ -88,7 +88,7 @@ TEST_F(JukeboxKill, AKillWhileSavingLeavesAWholeJukebox) {
     if (HasFatalFailure()) return;
     Jukebox found;
     ASSERT_TRUE(found.Load(Path(), library)) << found.FileProblem();
-    ASSERT_TRUE(IsWhole(found));
+    ASSERT_TRUE(IsComplete(found));
     seen.insert(found.Nodes().ChildAt(0).Text());
   }
   // Each process saved a different state.
@@ -110,7 +110,7 @@ TEST_F(JukeboxKill, AfterAKillTheUnsavedChangesAreComplete) {
     for (const UnsavedJukebox& unsaved : next.Find(problems)) {
       Jukebox found;
       ASSERT_TRUE(next.Recover(unsaved, found, library)) << found.FileProblem();
-      ASSERT_TRUE(IsWhole(found));
+      ASSERT_TRUE(IsComplete(found));
       EXPECT_EQ(found.Caption(), "MIX");
       next.Forget(found);
       ++kept;

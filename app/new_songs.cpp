@@ -22,11 +22,11 @@ class Search {
     tallow_.SearchCancelled = false;
     progress_ = &windows_.ShowSearching();
     windows_.EnableFrame(false);
-    library_.BeginScan(place == NewSongsPlace::kUsualFolders ? ScanKind::kFolderList
+    library_.BeginScan(place == NewSongsPlace::kKnownFolders ? ScanKind::kFolderList
                                                              : ScanKind::kComputer);
     away_before_ = AwaySongs();
     try {
-      if (place == NewSongsPlace::kUsualFolders)
+      if (place == NewSongsPlace::kKnownFolders)
         SearchUsualFolders();
       else
         SearchWholeComputer();
@@ -118,7 +118,7 @@ class Search {
 
   void FileSongsFrom(std::int32_t before) {
     // Songs that came back are in jukebox folders already; they are not filed as new songs.
-    FollowReturnedSongs(library_.TakeReturned(), windows_.AllJukeboxes(), tallow_.clipboard);
+    RenumberReturnedSongs(library_.TakeReturned(), windows_.AllJukeboxes(), tallow_.clipboard);
     Jukebox* jukebox = windows_.ActiveJukebox();
     // An empty caption would address all jukeboxes.
     if (jukebox != nullptr && jukebox->Caption().empty()) jukebox = nullptr;
@@ -139,7 +139,7 @@ class Search {
                              [this](std::size_t filed, std::size_t songs) {
                                progress_->SetFound(FilingLine(filed, songs));
                                progress_->VisitFolder({});
-                               is_filed_ = !tallow_.SearchCancelled && !tallow_.is_ending;
+                               is_filed_ = !tallow_.SearchCancelled && !tallow_.is_shutting_down;
                                return is_filed_;
                              });
       } catch (const FilingError& error) {

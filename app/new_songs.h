@@ -36,7 +36,7 @@ class NewSongsWindows {
 
 /// Where to search for new songs.
 enum class NewSongsPlace {
-  kUsualFolders,   ///< the folders in which songs were found before
+  kKnownFolders,   ///< the folders in which songs were found before
   kWholeComputer,  ///< every fixed disk
 };
 

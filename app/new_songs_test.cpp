@@ -62,7 +62,7 @@ TEST_F(NewSongs, InTheUsualFoldersAreFoundFiledAndCounted) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   MakeSong("elsewhere/five.mp3", {.artist = "Yes"});
   std::filesystem::remove(std::filesystem::path(music / "a/one.mp3"));
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"1 new song, 1 missing"});
   EXPECT_TRUE(HasArtist("Zappa"));
   EXPECT_FALSE(HasArtist("Yes"));
@@ -83,17 +83,17 @@ TEST_F(NewSongs, OnTheWholeComputerAreFoundEverywhere) {
   EXPECT_EQ(SongsOnShow(), 5U);
   // The folder is a usual folder from now on.
   MakeSong("elsewhere/seven.mp3", {.artist = "Genesis"});
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"1 new song"});
 }
 
 TEST_F(NewSongs, WithNothingNewTheFoldersAreNotTouched) {
-  const std::uint64_t before = ContentOf(Box().Nodes());
+  const std::uint64_t before = ContentHash(Box().Nodes());
   Box().IsFormDirty(false);
-  for (const NewSongsPlace place : {NewSongsPlace::kUsualFolders, NewSongsPlace::kWholeComputer}) {
+  for (const NewSongsPlace place : {NewSongsPlace::kKnownFolders, NewSongsPlace::kWholeComputer}) {
     BringIn(place);
     EXPECT_EQ(noticed, Texts{"0 new songs"});
-    EXPECT_EQ(ContentOf(Box().Nodes()), before);
+    EXPECT_EQ(ContentHash(Box().Nodes()), before);
     EXPECT_FALSE(Box().IsFormDirty());
   }
 }
@@ -101,7 +101,7 @@ TEST_F(NewSongs, WithNothingNewTheFoldersAreNotTouched) {
 TEST_F(NewSongs, ARenamedFileIsMissingAndNew) {
   std::filesystem::rename(std::filesystem::path(music / "a/one.mp3"),
                           std::filesystem::path(music / "a/uno.mp3"));
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"1 new song, 1 missing"});
 }
 
@@ -116,7 +116,7 @@ TEST_F(NewSongs, AWholeComputerSearchFindsMissingAndRenamedFilesToo) {
 TEST_F(NewSongs, TheLibraryIsSortedByRecordNumberAfterwards) {
   MakeSong("a/aaa.mp3", {});
   MakeSong("b/zzz.mp3", {});
-  for (const NewSongsPlace place : {NewSongsPlace::kWholeComputer, NewSongsPlace::kUsualFolders}) {
+  for (const NewSongsPlace place : {NewSongsPlace::kWholeComputer, NewSongsPlace::kKnownFolders}) {
     bool sorted = false;
     tallow->library.Sort(false, true, kFileName, sorted);
     BringIn(place);
@@ -128,7 +128,7 @@ TEST_F(NewSongs, TheLibraryIsSortedByRecordNumberAfterwards) {
 TEST_F(NewSongs, ATagThatCannotBeFiledIsReportedAndTheRestIsFiled) {
   MakeSong("a/four.mp3", {.artist = "Zappa", .year = "198x"});
   MakeSong("a/six.mp3", {.artist = "Yes"});
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   ASSERT_GE(noticed.size(), 2U);
   EXPECT_EQ(noticed[0], "2 new songs");
   EXPECT_NE(noticed[1].find("198x"), std::string::npos);
@@ -143,13 +143,13 @@ TEST_F(NewSongs, ACancelOfTheFilingIsRecordedThoughATagCannotBeFiled) {
     if (!progress.found.empty() && progress.found.back().starts_with("Filed "))
       tallow->SearchCancelled = true;
   };
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_TRUE(tallow->filing_is_pending);
 }
 
 TEST_F(NewSongs, AFolderThatIsGoneHasAllItsSongsMissing) {
   std::filesystem::remove_all(std::filesystem::path(music / "a"));
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"0 new songs, 2 missing"});
 }
 
@@ -165,7 +165,7 @@ TEST_F(NewSongs, ALibraryThatWasNeverFilledIsFilledFromTheWholeComputer) {
   tallow->search_all_drives = [this](SearchProgress* shown) {
     return FileSearch(*tallow, drives, shown).SearchDrivesForMp3s(true, {});
   };
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"3 new songs"});
   EXPECT_EQ(SongsOnShow(), 3U);
   EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 3);
@@ -174,7 +174,7 @@ TEST_F(NewSongs, ALibraryThatWasNeverFilledIsFilledFromTheWholeComputer) {
 TEST_F(NewSongs, WithoutAnActiveJukeboxNothingIsFiled) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   has_active = false;
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"1 new song. No jukebox is open, so nothing was filed."});
   EXPECT_FALSE(HasArtist("Zappa"));
 }
@@ -182,7 +182,7 @@ TEST_F(NewSongs, WithoutAnActiveJukeboxNothingIsFiled) {
 TEST_F(NewSongs, AJukeboxWithoutACaptionDoesNotMeanAllJukeboxes) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   Box().Caption("");
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_FALSE(HasArtist("Zappa"));
 }
 
@@ -192,13 +192,13 @@ TEST_F(NewSongs, ACancelStopsAfterTheFolderAndSearchedFoldersAreComplete) {
   // The folders are visited twice: for missing songs, then for new songs.
   int visits = 0;
   progress.on_visit = [&] { tallow->SearchCancelled = ++visits == 3; };
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"1 new song. The search was cancelled; what it had looked at is "
                            "complete."});
   EXPECT_NE(HasArtist("Zappa"), HasArtist("Yes"));
   EXPECT_FALSE(tallow->SearchCancelled);
   progress.on_visit = {};
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"1 new song"});
 }
 
@@ -249,12 +249,12 @@ TEST_F(NewSongs, ACancelDuringTheMissingCheckLeavesOtherSongsUnchanged) {
   std::filesystem::remove(std::filesystem::path(music / "b/three.mp3"));
   int visits = 0;
   progress.on_visit = [&] { tallow->SearchCancelled = ++visits == 1; };
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed,
             Texts{"0 new songs, 1 missing. The search was cancelled; what it had looked at is "
                   "complete."});
   progress.on_visit = {};
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"0 new songs, 1 missing"});
 }
 
@@ -265,7 +265,7 @@ TEST_F(NewSongs, ManyNewFilesAreFiled) {
     std::ofstream(music / ("a/many " + std::to_string(k) + ".mp3"), std::ios::binary)
         << Audio(400) + Tag({.artist = "Artist " + std::to_string(k % 50)});
   }
-  BringIn(NewSongsPlace::kUsualFolders);
+  BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"20000 new songs"});
   EXPECT_EQ(SongsOnShow(), kSongs + 3U);
 }

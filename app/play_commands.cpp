@@ -65,7 +65,7 @@ void PlayCommands::Play(std::vector<std::int32_t> songs) {
 std::string PlayCommands::LeaveOutAway(std::vector<std::int32_t>& songs) {
   const clsMain& library = tallow_.library;
   std::vector<char> is_there;
-  if (!LookForSongs(songs, is_there)) {
+  if (!CheckSongs(songs, is_there)) {
     songs.clear();
     return "Nothing was played: the search for the songs was cancelled";
   }
@@ -81,21 +81,20 @@ std::string PlayCommands::LeaveOutAway(std::vector<std::int32_t>& songs) {
   return std::to_string(left_out) + " songs were not played. The first: " + first;
 }
 
-bool PlayCommands::LookForSongs(const std::vector<std::int32_t>& songs,
-                                std::vector<char>& is_there) {
+bool PlayCommands::CheckSongs(const std::vector<std::int32_t>& songs, std::vector<char>& is_there) {
   clsMain& library = tallow_.library;
   is_there.assign(songs.size(), 1);
   const std::unique_ptr<LongWork> work = windows_.BeginWork(kLookingForSongs);
   GoOn go_on;
   if (work) go_on = [&](std::string_view) { return work->GoOn([] { return std::string(); }); };
   try {
-    library.LookWithProgress(go_on, [&] {
+    library.CheckWithProgress(go_on, [&] {
       // The songs' drive may have been disconnected since the last search.
       library.MarkAwaySongs(songs);
       std::vector<std::int32_t> away;
       for (const std::int32_t song : songs)
         if (library.IsAway(song)) away.push_back(song);
-      const std::vector<char> back = library.LookAgain(away);
+      const std::vector<char> back = library.RecheckSong(away);
       std::size_t next = 0;
       // A song that occurs several times may have come back after it was added to `away`.
       for (std::size_t k = 0; k < songs.size() && next < away.size(); ++k)

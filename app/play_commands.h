@@ -54,7 +54,7 @@ class PlayCommands {
   void SearchForPlayer();
   void OfferInstaller();
   std::string LeaveOutAway(std::vector<std::int32_t>& songs);
-  bool LookForSongs(const std::vector<std::int32_t>& songs, std::vector<char>& is_there);
+  bool CheckSongs(const std::vector<std::int32_t>& songs, std::vector<char>& is_there);
 
   Tallow& tallow_;
   PlayWindows& windows_;

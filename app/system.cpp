@@ -30,7 +30,7 @@ constexpr std::chrono::milliseconds kShowFilingAfter{500};
 }  // namespace
 
 bool StartUpWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                                 const AskWhichSongs& ask) {
+                                 const ResolveConfusedSongs& ask) {
   return jukebox.Load(path, library, ask);
 }
 
@@ -41,7 +41,7 @@ System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
     FileSearch search(tallow_, drives_, progress != nullptr ? progress : windows_.LoadedSplash());
     return search.SearchDrivesForMp3s(true, {});
   };
-  tallow_.tell_problem = [this](const std::string& text) {
+  tallow_.report_problem = [this](const std::string& text) {
     if (is_starting_)
       notices_.push_back(text);
     else
@@ -74,7 +74,7 @@ bool System::Main(const RuntimeFile& runtime_file) {
         !was_cancelled_, [this](std::string_view folder) { return ProcessEvents(folder); });
     TakeProblems();
     OpenFirstJukebox();
-    DropVanishedPlayer();
+    ClearMissingPlayer();
     bool sorted = false;
     tallow_.library.Sort(true, false, kRecordNumber, sorted);
     TakeProblems();
@@ -136,10 +136,10 @@ void System::FindPlayer() {
   const std::string& player = tallow_.settings.LocOfWinAmpExe();
   // A player on a share that does not respond may still exist.
   if (!player.empty() && LookAt(player).presence == FilePresence::kThere) return;
-  if (IsUnanswered(player)) return;
+  if (IsUnresponsive(player)) return;
   if (!player.empty()) {
     // The path may be damaged, and other settings with it.
-    KeepSettings();
+    BackUpSettings();
   }
   tallow_.player_search_is_pending = !SearchForPlayer();
 }
@@ -151,10 +151,10 @@ bool System::ProcessEvents(std::string_view folder) {
     if (SearchProgress* const splash = windows_.LoadedSplash()) splash->SetStatus({});
   }
   if (SearchProgress* const splash = windows_.LoadedSplash()) splash->VisitFolder({});
-  return !tallow_.is_ending;
+  return !tallow_.is_shutting_down;
 }
 
-bool System::WaitsFor(std::string_view root) {
+bool System::KeepWaitingForDrive(std::string_view root) {
   if (slow_drive_ != root) {
     tallow_.SearchCancelled = false;
     slow_drive_ = root;
@@ -166,10 +166,10 @@ bool System::WaitsFor(std::string_view root) {
   return !std::exchange(tallow_.SearchCancelled, false);
 }
 
-FileLook System::LookAt(const std::string& path) {
-  const FileLook look = tallow_.library.LookAt(
+FileStatus System::LookAt(const std::string& path) {
+  const FileStatus look = tallow_.library.LookAt(
       path, [this](std::string_view folder) { return ProcessEvents(folder); },
-      [this](std::string_view root) { return WaitsFor(root); });
+      [this](std::string_view root) { return KeepWaitingForDrive(root); });
   ProcessEvents(path);
   return look;
 }
@@ -203,15 +203,15 @@ void System::EndFiling() {
   notices_.push_back(FilingCancelledLine() + ".");
 }
 
-bool System::IsUnanswered(const std::string& path) const {
+bool System::IsUnresponsive(const std::string& path) const {
   return tallow_.library.Unanswered()->Covers(path);
 }
 
-void System::DropVanishedPlayer() {
+void System::ClearMissingPlayer() {
   clsINI& settings = tallow_.settings;
   const std::string path = settings.LocOfWinAmpExe();
-  const bool is_gone =
-      !IsUnanswered(path) && (path.empty() || LookAtFile(path).presence == FilePresence::kNotThere);
+  const bool is_gone = !IsUnresponsive(path) &&
+                       (path.empty() || CheckFile(path).presence == FilePresence::kNotThere);
   if (is_gone) {
     settings.LocOfWinAmpExe({});
     tallow_.SaveSettings();

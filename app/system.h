@@ -45,7 +45,7 @@ class StartUpWindows {
   /// Loads a jukebox from its file; a window with a control for the jukebox may delegate to the
   /// control. See Jukebox::Load.
   virtual bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                           const AskWhichSongs& ask);
+                           const ResolveConfusedSongs& ask);
   /// The open jukeboxes, in the order they were opened.
   virtual std::span<Jukebox* const> OpenJukeboxes() = 0;
 
@@ -55,7 +55,7 @@ class StartUpWindows {
   virtual bool Ask(const std::string& text) = 0;
   /// Asks with Yes and No buttons; no value when the user dismisses the question, or no user can
   /// answer.
-  virtual std::optional<bool> AskUnlessLeft(const std::string& text) = 0;
+  virtual std::optional<bool> AskDismissable(const std::string& text) = 0;
   /// Asks the user to choose one of several actions.
   ///
   /// \param choices the labels of the buttons
@@ -95,35 +95,35 @@ class System {
   bool CheckRuntimeFile(const RuntimeFile& file);
   void CreateDataFolders();
   bool LoadSettings();
-  void UseOwnFolders();
+  void ResetDataFolders();
   bool RebuildSettings(const std::string& problem);
   /// Creates the settings of a first start.
   void MakeSettings();
-  void MendCutSettings();
-  void KeepSettings();
+  void CompleteTruncatedSettings();
+  void BackUpSettings();
   void FindPlayer();
   bool SearchForPlayer();
   bool LoadOrBuildLibrary();
   bool CheckLibraryFile();
   bool ChooseLibrary(const LibraryCheck& check);
-  void UseCount(std::int32_t songs);
+  void SetSongCount(std::int32_t songs);
   bool RebuildLibrary(const std::string& problem, bool file_exists);
   void LoadLibrary();
   void SearchUnreadFolders();
   void SearchForSongs();
   void OpenFirstJukebox();
   /// Whether a path lies on a drive that was given up because it does not respond.
-  bool IsUnanswered(const std::string& path) const;
+  bool IsUnresponsive(const std::string& path) const;
   bool OpenLastJukebox(Jukebox& jukebox);
   /// \param last gets the jukebox that was recovered last, if any
   /// \returns the files of the recovered jukeboxes
   std::vector<std::string> RecoverUnsaved(Jukebox*& last);
-  void DropVanishedPlayer();
+  void ClearMissingPlayer();
   FilingProgress WhileFiling();
   void EndFiling();
   bool ProcessEvents(std::string_view folder);
-  bool WaitsFor(std::string_view root);
-  FileLook LookAt(const std::string& path);
+  bool KeepWaitingForDrive(std::string_view root);
+  FileStatus LookAt(const std::string& path);
   void Notice(const ScanReport& report);
 
   Tallow& tallow_;
@@ -131,18 +131,18 @@ class System {
   StartUpWindows& windows_;
   std::function<std::string()> nearby_;
   bool settings_are_new_ = false;
-  bool settings_are_kept_ = false;  ///< this start has backed up the old settings
-  std::string kept_as_;             ///< sentence on where the backup is, with a leading blank
-  bool is_starting_ = true;         ///< notices are queued until the windows exist
-  bool was_cancelled_ = false;      ///< the user cancelled the song search
-  std::string slow_drive_;          ///< the drive that the splash window says it is waiting for
-  bool shows_filing_ = false;       ///< filing takes long enough to be shown
+  bool settings_are_backed_up_ = false;  ///< this start has backed up the old settings
+  std::string backup_notice_;            ///< sentence on where the backup is, with a leading blank
+  bool is_starting_ = true;              ///< notices are queued until the windows exist
+  bool was_cancelled_ = false;           ///< the user cancelled the song search
+  std::string slow_drive_;     ///< the drive that the splash window says it is waiting for
+  bool shows_filing_ = false;  ///< filing takes long enough to be shown
   bool filing_was_cancelled_ = false;
   std::vector<std::string> notices_;  ///< shown once the windows exist
   /// the user chose to salvage the library file and to search again
   bool rebuild_ = false;
   /// the damaged library has been renamed already
-  bool is_set_aside_ = false;
+  bool is_library_renamed_ = false;
   /// the user chose to use the library file as it is
   bool trusts_library_ = false;
 };

@@ -43,7 +43,7 @@ void System::OpenFirstJukebox() {
   // With a recovered jukebox open, neither the sample nor a second window of the same file is
   // needed.
   if (!last.empty()) LookAt(last);
-  const bool is_unanswered = IsUnanswered(last);
+  const bool is_unanswered = IsUnresponsive(last);
   const bool is_open = !recovered.empty() &&
                        (last.empty() || Contains(recovered, last) || is_unanswered || IsGone(last));
   if (is_open && is_unanswered && !Contains(recovered, last))
@@ -66,7 +66,7 @@ void System::OpenFirstJukebox() {
 }
 
 std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
-  const AskQuestion ask = [this](const std::string& text) { return windows_.AskUnlessLeft(text); };
+  const AskQuestion ask = [this](const std::string& text) { return windows_.AskDismissable(text); };
   std::vector<std::string> problems;
   std::vector<std::string> recovered;
   // The windows are shown later: they process events while a jukebox is filed, and the user must
@@ -75,11 +75,11 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
   for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
     if (!unsaved.file.empty()) LookAt(unsaved.file);
     // The program ended after saving the jukebox and before removing this file.
-    if (!IsUnanswered(unsaved.file) && UnsavedJukeboxes::IsSaved(unsaved, tallow_.library)) {
+    if (!IsUnresponsive(unsaved.file) && UnsavedJukeboxes::IsSaved(unsaved, tallow_.library)) {
       RemoveFile(unsaved.path);
       continue;
     }
-    const std::optional<bool> wanted = windows_.AskUnlessLeft(
+    const std::optional<bool> wanted = windows_.AskDismissable(
         "Tallow was not closed properly. Recover the unsaved changes of " + unsaved.caption + "?");
     // Without an answer the file stays for the next start.
     if (!wanted) continue;
@@ -89,7 +89,7 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
     }
     // Validates the file before a window is created, because the window could not be removed here.
     Jukebox probe;
-    if (!probe.TakeUnsaved(unsaved.bytes, unsaved.path, tallow_.library)) {
+    if (!probe.LoadUnsaved(unsaved.bytes, unsaved.path, tallow_.library)) {
       windows_.Tell(UnreadableChanges(unsaved.path, probe.FileProblem()));
       UnsavedJukeboxes::Decline(unsaved);
       continue;
@@ -137,10 +137,10 @@ bool System::OpenLastJukebox(Jukebox& jukebox) {
     if (!OpenJukeboxFile(
             path, ToUpper(FileTitleWithoutExtension(path)), jukebox, tallow_.library,
             windows_.OpenJukeboxes(),
-            [&](const std::string& file, const AskWhichSongs& ask) {
+            [&](const std::string& file, const ResolveConfusedSongs& ask) {
               return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
             },
-            [this](const std::string& text) { return windows_.AskUnlessLeft(text); },
+            [this](const std::string& text) { return windows_.AskDismissable(text); },
             &tallow_.found_tags, WhileFiling())) {
       windows_.Tell(jukebox.FileProblem() +
                     "\n\nTallow goes on with the sample jukebox. The file stays as it is.");

@@ -46,7 +46,7 @@ bool System::CheckLibraryFile() {
     return RebuildLibrary("The song library " + path + " is damaged: " + file.problem + ".", true);
   const std::int32_t counted = settings.NumerOfRecordsInTheMain();
   if (file.usable > counted || settings_are_new_ || check.is_whole) {
-    UseCount(file.usable);
+    SetSongCount(file.usable);
     return true;
   }
   if (file.usable == counted) return true;
@@ -115,16 +115,16 @@ bool System::ChooseLibrary(const LibraryCheck& check) {
   switch (meanings.at(*choice)) {
     case Choice::kAsItIs:
       trusts_library_ = true;
-      UseCount(check.file.usable);
+      SetSongCount(check.file.usable);
       return true;
     case Choice::kLastGood:
       UseLastGood(path, set_aside);
-      UseCount(*check.last_good);
+      SetSongCount(*check.last_good);
       return true;
     case Choice::kSearch:
       if (check.last_good && check.file.exists) {
         KeepReplacedAs(path, set_aside);
-        is_set_aside_ = true;
+        is_library_renamed_ = true;
       }
       rebuild_ = true;
       return true;
@@ -137,15 +137,15 @@ bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
           problem +
           "\n\nTallow can search the drives anew. Songs that the library still shows keep "
           "their ranks." +
-          (file_exists ? KeptAs(tallow_.library.LibraryPath()) : std::string()) +
-          std::string(kGoOn)))
+          (file_exists ? BackupSentence(tallow_.library.LibraryPath()) : std::string()) +
+          std::string(kContinueQuestion)))
     return false;
   rebuild_ = true;
   if (IsGone(tallow_.settings.LocOfGroupingDir())) {
     // The folder may come back (its disk is not mounted now); the old settings still contain its
     // path.
-    KeepSettings();
-    UseOwnFolders();
+    BackUpSettings();
+    ResetDataFolders();
   }
   return true;
 }
@@ -167,7 +167,9 @@ void System::LoadLibrary() {
         "right; the library as it was is kept as " +
         std::string(kLibraryFileName) + std::string(kBackupSuffix) + " beside it.");
   const GoOn go_on = [this](std::string_view folder) { return ProcessEvents(folder); };
-  const tallow::WaitForDrive wait = [this](std::string_view root) { return WaitsFor(root); };
+  const tallow::WaitForDrive wait = [this](std::string_view root) {
+    return KeepWaitingForDrive(root);
+  };
   library.CheckToSeeIfFilesAreMissingAndMakeFalse(go_on, wait);
   library.AddAnyAdditionalMp3FromTheNormalDirectories(go_on, wait);
   SearchUnreadFolders();
@@ -181,7 +183,7 @@ void System::SearchUnreadFolders() {
   FileSearch(tallow_, drives_, windows_.LoadedSplash())
       .SearchUnreadFolders([this](const std::string& folder) {
         LookAt(folder);
-        return !IsUnanswered(folder);
+        return !IsUnresponsive(folder);
       });
   if (library.UBoundOfMp3Array() == old_count) return;
   library.DeleteIdenticalFileNamesAndPaths(old_count);
@@ -196,10 +198,10 @@ void System::SearchForSongs() {
   std::int32_t old_count = 0;
   if (rebuild_) {
     // Songs that are readable in the damaged file keep their numbers and ranks.
-    library.Salvage(is_set_aside_);
+    library.Salvage(is_library_renamed_);
     library.CheckToSeeIfFilesAreMissingAndMakeFalse(
         [this](std::string_view folder) { return ProcessEvents(folder); },
-        [this](std::string_view root) { return WaitsFor(root); });
+        [this](std::string_view root) { return KeepWaitingForDrive(root); });
     windows_.ShowCancelButton(true);
     old_count = library.UBoundOfMp3Array();
   }

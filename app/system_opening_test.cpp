@@ -198,7 +198,7 @@ TEST_F(SystemTest, ALastJukeboxOnAnAwayDriveIsNotReportedAsGone) {
   const std::string root = music.Folder("stick");
   music.File("stick/abba/a.mp3");
   drives.LookAtDrives([] { return MountedVolumes(); });
-  drives.SongsSeen({root + "abba" + kSep}, {}, true);
+  drives.UpdateFolders({root + "abba" + kSep}, {}, true);
   WriteFileAtomically(SystemFolder(application.path()) + "Drives.json", drives.Encode());
   tallow->library.AddSong(root + "abba" + kSep, "a.mp3", 1);
   ASSERT_TRUE(tallow->library.Save());

@@ -39,24 +39,24 @@ bool System::LoadSettings() {
         std::string(error.what()) +
         ". Answer No, make the file readable and start Tallow again, if you can.");
   }
-  if (!tallow_.settings.IsWhole()) MendCutSettings();
+  if (!tallow_.settings.IsComplete()) CompleteTruncatedSettings();
   // The program was moved with its data: the settings still contain the old folders.
   const std::string own = GroupingFolder(tallow_.application_folder);
   const std::string folder = tallow_.settings.LocOfGroupingDir();
   if (IsGone(folder) && (FileExists(own + std::string(kLibraryFileName)) ||
                          tallow_.settings.NumerOfRecordsInTheMain() == 0)) {
-    KeepSettings();
-    UseOwnFolders();
+    BackUpSettings();
+    ResetDataFolders();
     notices_.push_back("The folder " + folder + " of the settings is gone, so Tallow uses " + own +
-                       "." + kept_as_);
+                       "." + backup_notice_);
   }
   const std::string list_folder(FolderOfPath(tallow_.settings.FileContainingTargetDirectories()));
   if (IsGone(list_folder)) {
-    KeepSettings();
+    BackUpSettings();
     tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
     tallow_.SaveSettings();
     notices_.push_back("The folder " + list_folder + " of the settings is gone, so Tallow uses " +
-                       SystemFolder(tallow_.application_folder) + "." + kept_as_);
+                       SystemFolder(tallow_.application_folder) + "." + backup_notice_);
   }
   return true;
 }
@@ -75,32 +75,34 @@ void System::MakeSettings() {
   }
 }
 
-void System::MendCutSettings() {
+void System::CompleteTruncatedSettings() {
   const std::string& path = tallow_.settings_path;
-  KeepSettings();
+  BackUpSettings();
   tallow_.settings.CompleteSettings(path, tallow_.application_folder);
   tallow_.SaveSettings();
   notices_.push_back(
-      path + " was cut short. The settings that it lacks are those of a first start." + kept_as_ +
+      path + " was cut short. The settings that it lacks are those of a first start." +
+      backup_notice_ +
       std::string(tallow_.settings.LocOfLastSavedJukeBox().empty() ? kOpenSaved : ""));
 }
 
-void System::KeepSettings() {
-  if (std::exchange(settings_are_kept_, true)) return;
+void System::BackUpSettings() {
+  if (std::exchange(settings_are_backed_up_, true)) return;
   const std::string& path = tallow_.settings_path;
   for (const std::string_view suffix : {kBackupSuffix, kSetAsideSuffix}) {
     try {
       KeepReplaced(path, suffix);
-      kept_as_ = " The settings as they were are kept as " +
-                 std::string(NameOfPath(path)).append(suffix) + " beside them.";
+      backup_notice_ = " The settings as they were are kept as " +
+                       std::string(NameOfPath(path)).append(suffix) + " beside them.";
       return;
     } catch (const FileError& error) {
-      kept_as_ = " The settings as they were could not be kept: " + std::string(error.what()) + ".";
+      backup_notice_ =
+          " The settings as they were could not be kept: " + std::string(error.what()) + ".";
     }
   }
 }
 
-void System::UseOwnFolders() {
+void System::ResetDataFolders() {
   tallow_.settings.LocOfGroupingDir(GroupingFolder(tallow_.application_folder));
   tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
   tallow_.SaveSettings();
@@ -111,7 +113,7 @@ bool System::RebuildSettings(const std::string& problem) {
   if (!windows_.Ask("The settings cannot be read.\n\n" + problem +
                     "\n\nTallow can make new settings: it takes the songs and ranks from the song "
                     "library, and searches the drives anew for what is not there." +
-                    KeptAs(path) + std::string(kGoOn)))
+                    BackupSentence(path) + std::string(kContinueQuestion)))
     return false;
   try {
     MoveToBackup(path);
@@ -120,16 +122,16 @@ bool System::RebuildSettings(const std::string& problem) {
     MoveToBackup(path, kSetAsideSuffix);
   }
   // Settings made by this start must not overwrite the backup.
-  settings_are_kept_ = true;
+  settings_are_backed_up_ = true;
   tallow_.settings.Clear();
   MakeSettings();
   notices_.push_back("New settings were made." + std::string(kOpenSaved));
   return true;
 }
 
-void System::UseCount(std::int32_t songs) {
+void System::SetSongCount(std::int32_t songs) {
   if (tallow_.settings.NumerOfRecordsInTheMain() == songs) return;
-  KeepSettings();
+  BackUpSettings();
   tallow_.settings.NumerOfRecordsInTheMain(songs);
   tallow_.SaveSettings();
 }

@@ -10,10 +10,11 @@
 namespace tallow {
 
 /// The end of every offer to create a file anew.
-inline constexpr std::string_view kGoOn = "\n\nGo on? (No leaves Tallow and changes nothing.)";
+inline constexpr std::string_view kContinueQuestion =
+    "\n\nGo on? (No leaves Tallow and changes nothing.)";
 
 /// The sentence in such an offer that says where the damaged file is kept.
-inline std::string KeptAs(const std::string& path) {
+inline std::string BackupSentence(const std::string& path) {
   return " The damaged file is kept as " + std::string(NameOfPath(path)) +
          std::string(kBackupSuffix) + " beside it.";
 }

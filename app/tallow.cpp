@@ -21,10 +21,10 @@ Tallow::Tallow(std::string application_folder_)
 
 void Tallow::SaveSettings() {
   const std::string problem = settings.Save(settings_path);
-  if (std::exchange(settings_problem_, problem) == problem || problem.empty() || !tell_problem)
+  if (std::exchange(settings_problem_, problem) == problem || problem.empty() || !report_problem)
     return;
-  tell_problem("The settings could not be saved. " + problem +
-               ". Make room for them, or make the file writable.");
+  report_problem("The settings could not be saved. " + problem +
+                 ". Make room for them, or make the file writable.");
 }
 
 std::string Tallow::SettingsOfLibrary::LocOfGroupingDir() const {

@@ -73,7 +73,7 @@ class Tallow {
   /// leaves it set, and so stops the next search at its first drive.
   bool SearchCancelled = false;
   /// The system has asked the program to end (EndSignals): running work stops where it is.
-  bool is_ending = false;
+  bool is_shutting_down = false;
   /// Record numbers of the songs to hand to the player, in play order.
   std::vector<std::int32_t> SongsToPlay;
   /// How many times a folder was shown, in any jukebox.
@@ -82,7 +82,7 @@ class Tallow {
   std::string help_file;
 
   /// Shows one sentence without blocking; set by the object that knows the windows. May be empty.
-  std::function<void(const std::string&)> tell_problem;
+  std::function<void(const std::string&)> report_problem;
 
   /// Writes the settings to their file. Reports a failure, but not the same failure twice in a row.
   void SaveSettings();

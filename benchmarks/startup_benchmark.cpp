@@ -40,7 +40,7 @@ class NoWindows : public StartUpWindows, private SearchProgress {
                                     const std::vector<std::string>& /*choices*/) override {
     return std::nullopt;
   }
-  std::optional<bool> AskUnlessLeft(const std::string&) override { return std::nullopt; }
+  std::optional<bool> AskDismissable(const std::string&) override { return std::nullopt; }
   void Notice(const std::vector<std::string>& lines) override { Tell(lines.front()); }
   void NoticeScan(const std::vector<std::string>&) override {}
   void OpenInTextEditor(const std::string&) override {}

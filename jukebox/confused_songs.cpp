@@ -25,7 +25,8 @@ std::string TextOf(const std::string& file, const ConfusedSongs& songs) {
 
 }  // namespace
 
-AskWhichSongs AskAboutConfusedSongs(const std::string& file, clsMain& library, AskQuestion ask) {
+ResolveConfusedSongs AskAboutConfusedSongs(const std::string& file, clsMain& library,
+                                           AskQuestion ask) {
   return [file, &library, ask = std::move(ask)](const ConfusedSongs& songs) -> std::optional<bool> {
     using Meant = RepairedNumbers::Meant;
     if (const auto known = library.Repaired().AnswerFor(file)) return *known == Meant::kNames;

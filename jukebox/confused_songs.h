@@ -20,6 +20,7 @@ using AskQuestion = std::function<std::optional<bool>(const std::string& text)>;
 ///
 /// \param file    the path of the jukebox file
 /// \param library must outlive the returned callback
-AskWhichSongs AskAboutConfusedSongs(const std::string& file, clsMain& library, AskQuestion ask);
+ResolveConfusedSongs AskAboutConfusedSongs(const std::string& file, clsMain& library,
+                                           AskQuestion ask);
 
 }  // namespace tallow

@@ -73,10 +73,10 @@ TEST_F(FilingIsWatched, CancelledAnywhereItKeepsTheSongsFiledSoFar) {
     for (std::int32_t row = end + 1; row <= kSongs; ++row) library.Mp3Info(kFileIsThere, row, "0");
     EXPECT_TRUE(File(twin));
     for (std::int32_t row = end + 1; row <= kSongs; ++row) library.Mp3Info(kFileIsThere, row, "1");
-    EXPECT_EQ(ContentOf(ended.Nodes()), ContentOf(twin.Nodes())) << end;
+    EXPECT_EQ(ContentHash(ended.Nodes()), ContentHash(twin.Nodes())) << end;
     // The next run files the remaining songs, as if the first run had not been cancelled.
     EXPECT_TRUE(File(ended));
-    EXPECT_EQ(ContentOf(ended.Nodes()), ContentOf(whole.Nodes())) << end;
+    EXPECT_EQ(ContentHash(ended.Nodes()), ContentHash(whole.Nodes())) << end;
   }
 }
 

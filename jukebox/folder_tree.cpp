@@ -153,7 +153,7 @@ void FolderTree::Reorder(Folder* parent, const std::vector<std::int32_t>& order)
   if (observer_ != nullptr) observer_->AfterReorder();
 }
 
-bool FolderTree::HasRoomBelow(const Folder* parent, const Folder& folder) noexcept {
+bool FolderTree::FitsBelow(const Folder* parent, const Folder& folder) noexcept {
   const std::int32_t level = parent != nullptr ? parent->level_ + 1 : 0;
   return level + folder.Height() <= kMaxLevel;
 }
@@ -214,7 +214,7 @@ class Digest {
 
 }  // namespace
 
-std::uint64_t ContentOf(const FolderTree& tree) {
+std::uint64_t ContentHash(const FolderTree& tree) {
   Digest digest;
   for (std::int32_t k = 0; k < tree.Children(); ++k) digest.Add(tree.ChildAt(k));
   return digest.Value();

@@ -231,7 +231,7 @@ class FolderTree {
 
   /// Whether a folder can be put below a parent without exceeding kMaxLevel.
   /// \param parent null for top level
-  static bool HasRoomBelow(const Folder* parent, const Folder& folder) noexcept;
+  static bool FitsBelow(const Folder* parent, const Folder& folder) noexcept;
 
   /// Returns the first folder with exactly this text at top level, or directly below a folder; null
   /// when there is none.
@@ -265,6 +265,6 @@ class FolderTree {
 /// Returns a hash of a tree's content: the folders with their texts, and the songs, all in order.
 /// Equal contents have equal hashes. Different contents have different hashes, except in a
 /// 64-bit hash collision.
-std::uint64_t ContentOf(const FolderTree& tree);
+std::uint64_t ContentHash(const FolderTree& tree);
 
 }  // namespace tallow

@@ -204,10 +204,10 @@ TEST(FolderTree, TheDepthIsLimitedToAThousandLevels) {
   Folder& two = tree.AddChild(nullptr, "two");
   tree.AddChild(&two, "below");
   EXPECT_EQ(deepest->Level(), kMaxLevel);
-  EXPECT_FALSE(FolderTree::HasRoomBelow(deepest, two));
-  EXPECT_FALSE(FolderTree::HasRoomBelow(deepest->Parent(), two));
-  EXPECT_TRUE(FolderTree::HasRoomBelow(deepest->Parent()->Parent(), two));
-  EXPECT_TRUE(FolderTree::HasRoomBelow(nullptr, two));
+  EXPECT_FALSE(FolderTree::FitsBelow(deepest, two));
+  EXPECT_FALSE(FolderTree::FitsBelow(deepest->Parent(), two));
+  EXPECT_TRUE(FolderTree::FitsBelow(deepest->Parent()->Parent(), two));
+  EXPECT_TRUE(FolderTree::FitsBelow(nullptr, two));
 }
 
 TEST(FolderTree, RandomEditsKeepTheTreeConsistent) {

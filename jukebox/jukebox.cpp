@@ -159,7 +159,8 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
   return true;
 }
 
-bool Jukebox::Load(const std::string& path, const clsMain& library, const AskWhichSongs& ask) {
+bool Jukebox::Load(const std::string& path, const clsMain& library,
+                   const ResolveConfusedSongs& ask) {
   const auto fail = [this](const std::string& reason) {
     file_problem_ = "The jukebox could not be opened. " + reason + ".";
     return false;
@@ -186,8 +187,8 @@ bool Jukebox::Load(const std::string& path, const clsMain& library, const AskWhi
   return true;
 }
 
-bool Jukebox::TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library,
-                          const AskWhichSongs& ask) {
+bool Jukebox::LoadUnsaved(std::string_view bytes, const std::string& file, const clsMain& library,
+                          const ResolveConfusedSongs& ask) {
   try {
     Take(bytes, file, library, ask);
   } catch (const JukeboxFileError& error) {
@@ -200,12 +201,12 @@ bool Jukebox::TakeUnsaved(std::string_view bytes, const std::string& file, const
   is_form_dirty_ = true;
   // The inverted hash makes the content differ from that of the file. Later content matches this
   // value only by a collision, one in 2^64.
-  remembered_content_ = ~ContentOf(tree_);
+  remembered_content_ = ~ContentHash(tree_);
   return true;
 }
 
 void Jukebox::Take(std::string_view bytes, const std::string& path, const clsMain& library,
-                   const AskWhichSongs& ask) {
+                   const ResolveConfusedSongs& ask) {
   JukeboxContent content = DecodeJukebox(bytes);
   RelinkSongs(content, library, ask);
   SongNames absent_names = AbsentNames(content, library);
@@ -225,10 +226,10 @@ void Jukebox::Take(std::string_view bytes, const std::string& path, const clsMai
 }
 
 void Jukebox::Renumber(const NewNumbers& numbers) {
-  const std::uint64_t before = ContentOf(tree_);
+  const std::uint64_t before = ContentHash(tree_);
   for (std::int32_t k = 0; k < tree_.Children(); ++k) tallow::Renumber(tree_.ChildAt(k), numbers);
   history_.Renumber(numbers);
-  const std::uint64_t after = ContentOf(tree_);
+  const std::uint64_t after = ContentHash(tree_);
   if (before == remembered_content_)
     remembered_content_ = after;
   else
@@ -240,7 +241,7 @@ bool Jukebox::HasUnsavedChanges(const clsMain& library) const {
   if (!DiffersFromFile()) return false;
   if (!remembered_is_stale_) return true;
   Jukebox file;
-  return !file.Load(file_path_, library) || ContentOf(file.tree_) != ContentOf(tree_);
+  return !file.Load(file_path_, library) || ContentHash(file.tree_) != ContentHash(tree_);
 }
 
 void Jukebox::IsFormDirty(bool dirty) noexcept {
@@ -257,16 +258,16 @@ Jukebox::StepResult Jukebox::Redo() {
 }
 
 Jukebox::StepResult Jukebox::AfterStep(Folder* concerned) {
-  ForgetLostFolder();
+  HideRemovedFolder();
   return {true, concerned, selected_ != nullptr && history_.LastSongChange(*selected_).any};
 }
 
-void Jukebox::CountAsUnsorted() {
+void Jukebox::ResetSort() {
   NameColumnHeader(kNameHeader);
   sort_state_ = 0;
 }
 
-void Jukebox::ForgetLostFolder() {
+void Jukebox::HideRemovedFolder() {
   if (selected_ == nullptr || tree_.Contains(*selected_)) return;
   for (SongEntry& entry : std::exchange(selected_, nullptr)->Items()) entry.LabelPosition(0);
   if (view_ != nullptr) view_->ListChanged();
@@ -287,7 +288,7 @@ void Jukebox::ShowFolder(Folder& folder, const clsMain& library, std::int64_t& f
   selected_ = &folder;
   // Fill the list first: a header change makes views read the rows.
   ListRefilled(library);
-  CountAsUnsorted();
+  ResetSort();
 }
 
 void Jukebox::ListRefilled(const clsMain& library) {

@@ -78,14 +78,14 @@ class Jukebox {
   StepResult Redo();
 
   /// Resets the list to unsorted, as when a folder is shown.
-  void CountAsUnsorted();
+  void ResetSort();
 
   /// Encodes the jukebox as the bytes of its file.
   std::string Encode(const clsMain& library) const;
 
   /// Call this after folders may have left the tree: if the shown folder has left it, no folder is
   /// shown any more.
-  void ForgetLostFolder();
+  void HideRemovedFolder();
 
   /// Replaces old record numbers by new ones in folders and undo steps. The songs of the shown
   /// folder have no labels until ListRefilled.
@@ -93,13 +93,13 @@ class Jukebox {
 
   /// Whether folders or songs differ from the file that was last loaded or saved, or from the
   /// content at the last RememberContent. Unlike IsFormDirty, this compares contents.
-  bool DiffersFromFile() const { return ContentOf(tree_) != remembered_content_; }
+  bool DiffersFromFile() const { return ContentHash(tree_) != remembered_content_; }
   /// Whether closing the jukebox would lose something: the jukebox was never saved, its file is
   /// gone, or its content differs from its file.
   bool HasUnsavedChanges(const clsMain& library) const;
   /// Records the current content as that of the file. Save and Load do this themselves.
   void RememberContent() {
-    remembered_content_ = ContentOf(tree_);
+    remembered_content_ = ContentHash(tree_);
     remembered_is_stale_ = false;
   }
 
@@ -123,19 +123,19 @@ class Jukebox {
   /// \returns true on success; otherwise FileProblem() has the reason and nothing has changed
   ///
   /// \param ask see RelinkSongs; may be empty
-  bool Load(const std::string& path, const clsMain& library, const AskWhichSongs& ask = {});
+  bool Load(const std::string& path, const clsMain& library, const ResolveConfusedSongs& ask = {});
 
   /// Like Load, from the bytes of a jukebox that was not saved in this state. The jukebox is then
   /// dirty.
   /// \param file the path of the jukebox's file; empty for none
   /// \returns true on success; otherwise FileProblem() says briefly what is wrong with the bytes
-  bool TakeUnsaved(std::string_view bytes, const std::string& file, const clsMain& library,
-                   const AskWhichSongs& ask = {});
+  bool LoadUnsaved(std::string_view bytes, const std::string& file, const clsMain& library,
+                   const ResolveConfusedSongs& ask = {});
 
   /// The path of the file that was last loaded or saved; empty for none.
   const std::string& FilePath() const noexcept { return file_path_; }
 
-  /// Why the last Save, Load or TakeUnsaved failed. After Save and Load the text names the file,
+  /// Why the last Save, Load or LoadUnsaved failed. After Save and Load the text names the file,
   /// the problem and what to do.
   const std::string& FileProblem() const noexcept { return file_problem_; }
 
@@ -172,7 +172,7 @@ class Jukebox {
   void NameColumnHeader(std::string_view text);
   /// \throws JukeboxFileError, std::bad_alloc; nothing has changed in that case
   void Take(std::string_view bytes, const std::string& path, const clsMain& library,
-            const AskWhichSongs& ask);
+            const ResolveConfusedSongs& ask);
   void LabelSongs(const clsMain& library);
   StepResult AfterStep(Folder* concerned);
 
@@ -192,7 +192,7 @@ class Jukebox {
   /// File names, by record number, of songs that the file names but the library lacked at load
   /// time.
   std::unordered_map<std::int32_t, std::string> absent_names_;
-  std::uint64_t remembered_content_ = ContentOf(FolderTree());
+  std::uint64_t remembered_content_ = ContentHash(FolderTree());
   /// True when record numbers have changed since remembered_content_ was computed.
   /// HasUnsavedChanges must then read the file to compare contents.
   bool remembered_is_stale_ = false;

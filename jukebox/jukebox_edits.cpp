@@ -20,7 +20,8 @@ std::int32_t ChildrenOf(const FolderTree& tree, const Folder* parent) {
 }
 
 /// Returns the songs that a folder does not hold yet, without duplicates.
-std::vector<SongEntry> NotYetIn(const Folder& folder, const std::vector<SongEntry>& songs) {
+std::vector<SongEntry> WithoutDuplicates(const Folder& folder,
+                                         const std::vector<SongEntry>& songs) {
   std::unordered_set<std::int32_t> held;
   held.reserve(folder.Items().size() + songs.size());
   for (const SongEntry& entry : folder.Items()) held.insert(entry.SubItem());
@@ -32,7 +33,7 @@ std::vector<SongEntry> NotYetIn(const Folder& folder, const std::vector<SongEntr
 
 }  // namespace
 
-Folder* FolderBeside(const Folder& folder) noexcept {
+Folder* FolderToShowAfterRemoval(const Folder& folder) noexcept {
   if (Folder* const next = folder.Next()) return next;
   if (folder.Parent() == nullptr) return folder.Previous();
   return folder.Index() > 0 ? folder.Previous() : folder.Parent();
@@ -120,7 +121,7 @@ JukeboxEdits::Result JukeboxEdits::Paste(Folder* into) {
 }
 
 JukeboxEdits::Result JukeboxEdits::AddCopy(const Folder& folder, Folder* parent) {
-  if (!FolderTree::HasRoomBelow(parent, folder)) return Result::kTooDeep;
+  if (!FolderTree::FitsBelow(parent, folder)) return Result::kTooDeep;
   FolderTree& tree = jukebox_.Nodes();
   jukebox_.History().Begin(parent != nullptr ? parent : jukebox_.selectednode());
   jukebox_.History().AddFolder(tree.Copy(folder), parent, ChildrenOf(tree, parent));
@@ -129,14 +130,14 @@ JukeboxEdits::Result JukeboxEdits::AddCopy(const Folder& folder, Folder* parent)
 }
 
 void JukeboxEdits::DeleteFolder(Folder& folder) {
-  jukebox_.History().Begin(FolderBeside(folder));
+  jukebox_.History().Begin(FolderToShowAfterRemoval(folder));
   jukebox_.History().RemoveFolder(folder);
   jukebox_.History().End();
-  jukebox_.ForgetLostFolder();
+  jukebox_.HideRemovedFolder();
 }
 
 JukeboxEdits::Result JukeboxEdits::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
-  std::vector<SongEntry> added = NotYetIn(to, songs);
+  std::vector<SongEntry> added = WithoutDuplicates(to, songs);
   if (added.empty()) return Result::kNothing;
   jukebox_.History().Begin(&to);
   jukebox_.History().AddSongs(to, std::move(added));
@@ -158,7 +159,7 @@ JukeboxEdits::Result JukeboxEdits::DropSongs(JukeboxEdits& source, Folder& from,
   }
   EditHistory& history = jukebox_.History();
   history.Begin(&from);
-  history.AddSongs(to, NotYetIn(to, songs));
+  history.AddSongs(to, WithoutDuplicates(to, songs));
   history.RemoveSongs(from, ValidRows(from, rows));
   history.End();
   return Result::kDone;
@@ -187,7 +188,7 @@ JukeboxEdits::Result JukeboxEdits::DropFolder(JukeboxEdits& source, Folder& fold
     }
     return result;
   }
-  if (!FolderTree::HasRoomBelow(to, folder)) return Result::kTooDeep;
+  if (!FolderTree::FitsBelow(to, folder)) return Result::kTooDeep;
   EditHistory& history = jukebox_.History();
   history.Begin(&folder);
   history.MoveFolder(folder, to, ChildrenOf(jukebox_.Nodes(), to));

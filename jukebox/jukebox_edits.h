@@ -97,6 +97,6 @@ class JukeboxEdits {
 
 /// Returns the folder to show instead when a folder is removed that is shown or holds the shown
 /// folder: the next sibling, else the previous sibling, else the parent; null when there is none.
-Folder* FolderBeside(const Folder& folder) noexcept;
+Folder* FolderToShowAfterRemoval(const Folder& folder) noexcept;
 
 }  // namespace tallow

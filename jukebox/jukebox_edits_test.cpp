@@ -302,14 +302,14 @@ TEST_F(Edits, SortNodesSortsBelowAFolderOrTheWholeTree) {
 TEST_F(Edits, AfterARemovalTheNextThePreviousOrTheParentFolderIsShown) {
   Folder& a = Add(nullptr, "A");
   Folder& a1 = Add(&a, "A1");
-  EXPECT_EQ(FolderBeside(a), nullptr);
-  EXPECT_EQ(FolderBeside(a1), &a);
+  EXPECT_EQ(FolderToShowAfterRemoval(a), nullptr);
+  EXPECT_EQ(FolderToShowAfterRemoval(a1), &a);
   Folder& a2 = Add(&a, "A2");
-  EXPECT_EQ(FolderBeside(a1), &a2);
-  EXPECT_EQ(FolderBeside(a2), &a1);
+  EXPECT_EQ(FolderToShowAfterRemoval(a1), &a2);
+  EXPECT_EQ(FolderToShowAfterRemoval(a2), &a1);
   Folder& b = Add(nullptr, "B");
-  EXPECT_EQ(FolderBeside(a), &b);
-  EXPECT_EQ(FolderBeside(b), &a);
+  EXPECT_EQ(FolderToShowAfterRemoval(a), &b);
+  EXPECT_EQ(FolderToShowAfterRemoval(b), &a);
 }
 
 TEST_F(Edits, SongsThatTheTargetHoldsMoveWithoutAStepInTheTarget) {

@@ -43,7 +43,7 @@ std::optional<std::int32_t> RecordNumber(std::string_view name) {
 struct UsedRecords {
   /// Indexed by record number, up to the last row of the library.
   std::vector<bool> rows;
-  std::set<std::int32_t> strangers;  ///< numbers outside the library
+  std::set<std::int32_t> unknown_rows;  ///< numbers outside the library
 };
 
 /// Appends record numbers, separated by commas, and marks them as used. There may be hundreds of
@@ -60,7 +60,7 @@ void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, UsedRecor
     if (entry.SubItem() >= 1 && record < used.rows.size())
       used.rows[record] = true;
     else
-      used.strangers.insert(entry.SubItem());
+      used.unknown_rows.insert(entry.SubItem());
   }
   // Drop the last comma.
   const auto length = static_cast<std::size_t>(end - to.data());
@@ -140,7 +140,7 @@ class Reader : public nlohmann::json_sax<Json> {
       return Enter(Place::kFolder);
     }
     if (Here() == Place::kRoot && name_ == "names") return Enter(Place::kNames);
-    return Unexpected() && Enter(Place::kPassedOver);
+    return Unexpected() && Enter(Place::kIgnored);
   }
   bool end_object() override {
     if (Here() == Place::kFolder && (seen_ & kAll) != kAll)
@@ -163,7 +163,7 @@ class Reader : public nlohmann::json_sax<Json> {
     if (Here() == Place::kRoot && name_ == "columns") return Enter(Place::kColumns);
     if (Here() == Place::kRoot && name_ == "folders") return Enter(Place::kFolders);
     if (Here() == Place::kFolder && name_ == "songs") return Enter(Place::kSongs);
-    return Unexpected() && Enter(Place::kPassedOver);
+    return Unexpected() && Enter(Place::kIgnored);
   }
   bool end_array() override {
     places_.pop_back();
@@ -187,7 +187,7 @@ class Reader : public nlohmann::json_sax<Json> {
 
  private:
   /// The object or array that is being parsed.
-  enum class Place { kRoot, kColumns, kFolders, kFolder, kSongs, kNames, kPassedOver };
+  enum class Place { kRoot, kColumns, kFolders, kFolder, kSongs, kNames, kIgnored };
   /// The members of a folder, one bit each. The first five are required.
   static constexpr std::string_view kFolderMembers[] = {"key",   "text",  "parent",       "open",
                                                         "songs", "image", "selectedImage"};
@@ -212,7 +212,7 @@ class Reader : public nlohmann::json_sax<Json> {
     return is_new;
   }
 
-  Place Here() const noexcept { return places_.empty() ? Place::kPassedOver : places_.back(); }
+  Place Here() const noexcept { return places_.empty() ? Place::kIgnored : places_.back(); }
   JukeboxContent::Folder& Last() { return content.folders.back(); }
   bool Enter(Place place) {
     places_.push_back(place);
@@ -225,7 +225,7 @@ class Reader : public nlohmann::json_sax<Json> {
   /// Whether the current value belongs to a member that this version ignores.
   bool IsPassedOver() const {
     return !places_.empty() &&
-           (Here() == Place::kPassedOver || (Here() == Place::kRoot && !IsOfRoot(name_)) ||
+           (Here() == Place::kIgnored || (Here() == Place::kRoot && !IsOfRoot(name_)) ||
             (Here() == Place::kFolder && !IsOfFolder(name_)));
   }
   /// Handles a value of a type that is invalid here. Accepts the value inside ignored members.
@@ -343,7 +343,7 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
     else if (known != absent.end())
       add(record, known->second);
   }
-  for (const std::int32_t record : used.strangers)
+  for (const std::int32_t record : used.unknown_rows)
     if (const auto known = absent.find(record); known != absent.end()) add(record, known->second);
   bytes += "}}\n";
   return bytes;

@@ -125,13 +125,13 @@ struct ConfusedSongs {
 
 /// Asks whether confused songs are those given by the names (true) or by the numbers (false).
 /// Returns no value when there is no answer.
-using AskWhichSongs = std::function<std::optional<bool>(const ConfusedSongs&)>;
+using ResolveConfusedSongs = std::function<std::optional<bool>(const ConfusedSongs&)>;
 
 /// The highest placeholder number. Placeholders go down from here. They replace the record number
 /// of an entry when neither its number nor its name denotes a song of the library, so that only the
 /// file name is known. Such an entry is hidden until the library has a song with that name.
-inline constexpr std::int32_t kFirstNumberOfName = clsMain::kFirstNumberOfName;
-inline constexpr bool IsNumberOfName(std::int32_t record) { return record <= kFirstNumberOfName; }
+inline constexpr std::int32_t kFirstPlaceholder = clsMain::kFirstPlaceholder;
+inline constexpr bool IsNumberOfName(std::int32_t record) { return record <= kFirstPlaceholder; }
 
 /// Links the songs of a jukebox file to the library, by record number and file name.
 ///
@@ -143,12 +143,13 @@ inline constexpr bool IsNumberOfName(std::int32_t record) { return record <= kFi
 ///   remembered missing song with it.
 /// - If there is no such song, or several, the number stays when it is a placeholder or a row of
 ///   the library without a present song. Otherwise the entry gets a placeholder number, see
-///   kFirstNumberOfName.
+///   kFirstPlaceholder.
 ///
 /// \param ask called once if numbers were repaired after the jukebox was saved and the jukebox has
 ///            songs whose numbers were confused; may be empty. Without an answer the names are
 ///            used.
-void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhichSongs& ask = {});
+void RelinkSongs(JukeboxContent& content, const clsMain& library,
+                 const ResolveConfusedSongs& ask = {});
 
 /// Adds folders and songs to an empty tree. The entries have no labels yet; their icons show the
 /// ranks of the songs.

@@ -12,7 +12,8 @@ bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox&
                      clsMain& library, std::span<Jukebox* const> windows, const LoadFromFile& load,
                      const AskQuestion& ask, const TagCache* found_tags,
                      const FilingProgress& progress) {
-  if (!load(path, ask ? AskAboutConfusedSongs(path, library, ask) : AskWhichSongs())) return false;
+  if (!load(path, ask ? AskAboutConfusedSongs(path, library, ask) : ResolveConfusedSongs()))
+    return false;
   if (jukebox.ColumnHeaders().empty()) jukebox.AddColumnHeader(kNameHeader);
   // FillAutomaticFolders treats an empty caption as "all jukeboxes".
   jukebox.Caption(caption.empty() ? NameOfPath(path) : caption);

@@ -16,7 +16,7 @@ class TagCache;
 class clsMain;
 
 /// Loads a jukebox from its file, see Jukebox::Load.
-using LoadFromFile = std::function<bool(const std::string& path, const AskWhichSongs& ask)>;
+using LoadFromFile = std::function<bool(const std::string& path, const ResolveConfusedSongs& ask)>;
 
 /// Opens a jukebox from its file: loads the folders, sets caption and location, and files the songs
 /// that were added to the library after the jukebox was saved.

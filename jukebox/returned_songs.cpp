@@ -6,8 +6,8 @@
 
 namespace tallow {
 
-void FollowReturnedSongs(const std::vector<ReturnedSong>& returned,
-                         std::span<Jukebox* const> jukeboxes, JukeboxClipboard& clipboard) {
+void RenumberReturnedSongs(const std::vector<ReturnedSong>& returned,
+                           std::span<Jukebox* const> jukeboxes, JukeboxClipboard& clipboard) {
   if (returned.empty()) return;
   NewNumbers numbers;
   for (const ReturnedSong& song : returned) numbers[song.number] = song.now;

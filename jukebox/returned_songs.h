@@ -13,7 +13,7 @@ class JukeboxClipboard;
 
 /// Replaces the old numbers of songs that have returned by their new ones, in the folders and undo
 /// steps of jukeboxes and on the clipboard.
-void FollowReturnedSongs(const std::vector<ReturnedSong>& returned,
-                         std::span<Jukebox* const> jukeboxes, JukeboxClipboard& clipboard);
+void RenumberReturnedSongs(const std::vector<ReturnedSong>& returned,
+                           std::span<Jukebox* const> jukeboxes, JukeboxClipboard& clipboard);
 
 }  // namespace tallow

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <limits>
 
+#include "app/add_files.h"
 #include "app/play_commands.h"
-#include "app/take_files.h"
 #include "jukebox/confused_songs.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
@@ -44,7 +44,7 @@ class ReturnedSongs : public LibraryTest {
     library.CheckToSeeIfFilesAreMissingAndMakeFalse();
     library.AddAnyAdditionalMp3FromTheNormalDirectories();
     Jukebox* const open[] = {&jukebox};
-    FollowReturnedSongs(library.TakeReturned(), open, tallow.clipboard);
+    RenumberReturnedSongs(library.TakeReturned(), open, tallow.clipboard);
     library.FinishScan(true);
     jukebox.ListRefilled(library);
   }
@@ -238,7 +238,7 @@ TEST_F(ReturnedSongs, DroppedFilesThatWereMovedKeepTheirSongs) {
   MoveAway("b.mp3");
   library.Mp3Info(kSongRank, 2, "7");
   library.Save();
-  const TakenFiles taken = TakeFiles(Texts{music / "n/b.mp3"}, library);
+  const AddedFiles taken = AddFiles(Texts{music / "n/b.mp3"}, library);
   ASSERT_EQ(taken.returned.size(), 1U);
   EXPECT_EQ(taken.returned[0].number, 2);
   EXPECT_EQ(taken.returned[0].now, 5);
@@ -250,7 +250,7 @@ TEST_F(ReturnedSongs, DroppedFilesThatWereMovedKeepTheirSongs) {
 
 TEST_F(ReturnedSongs, ADropOfACopyIsReported) {
   music.File("n/b.mp3", "another song");
-  const TakenFiles taken = TakeFiles(Texts{music / "n/b.mp3"}, library);
+  const AddedFiles taken = AddFiles(Texts{music / "n/b.mp3"}, library);
   EXPECT_TRUE(taken.returned.empty());
   EXPECT_FALSE(taken.has_new_songs);
   ASSERT_EQ(taken.songs.size(), 1U);
@@ -265,7 +265,7 @@ TEST_F(ReturnedSongs, ADropOfACopyIsReported) {
 class Links : public ReturnedSongs {
  protected:
   Songs Linked(const std::vector<std::pair<std::int32_t, std::string>>& entries,
-               const AskWhichSongs& ask = {}) {
+               const ResolveConfusedSongs& ask = {}) {
     JukeboxContent content;
     content.folders.emplace_back();
     for (const auto& [number, name] : entries) {
@@ -301,7 +301,7 @@ TEST_F(Links, ARememberedSongIsNotReplacedByAnotherOfItsName) {
 
 TEST_F(Links, PlaceholderNumbersAreUnique) {
   constexpr std::int32_t kLowest = std::numeric_limits<std::int32_t>::min();
-  constexpr std::int32_t kFirst = kFirstNumberOfName;
+  constexpr std::int32_t kFirst = kFirstPlaceholder;
   // The first two free placeholder numbers are used by an entry with a name and an entry without
   // one.
   JukeboxContent content;
@@ -317,7 +317,7 @@ TEST_F(Links, PlaceholderNumbersAreUnique) {
 TEST_F(Links, OneQuestionCoversAllConfusedNumbers) {
   library.Repaired().Set({{2, "b.mp3", "d.mp3", 4}, {3, "c.mp3", "a.mp3", 1}});
   std::vector<ConfusedSongs> asked;
-  const auto answer = [&](std::optional<bool> names) -> AskWhichSongs {
+  const auto answer = [&](std::optional<bool> names) -> ResolveConfusedSongs {
     return [&asked, names](const ConfusedSongs& songs) {
       asked.push_back(songs);
       return names;

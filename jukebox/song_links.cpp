@@ -64,7 +64,7 @@ class SongLinks {
 /// Asks about songs whose numbers were confused when the jukebox was saved.
 /// \returns true to use the numbers, false to use the names
 bool NumbersCount(const JukeboxContent::Names& names, const clsMain& library,
-                  const AskWhichSongs& ask) {
+                  const ResolveConfusedSongs& ask) {
   if (!ask || library.Repaired().IsEmpty()) return false;
   ConfusedSongs confused;
   for (std::size_t k = 0; k < names.size(); ++k) {
@@ -77,12 +77,12 @@ bool NumbersCount(const JukeboxContent::Names& names, const clsMain& library,
 }
 
 /// Generates placeholder numbers that the jukebox does not use yet, in descending order.
-class NumbersOfNames {
+class PlaceholderGenerator {
  public:
-  explicit NumbersOfNames(const JukeboxContent& content) : content_(content) {}
+  explicit PlaceholderGenerator(const JukeboxContent& content) : content_(content) {}
 
   std::int32_t Next() {
-    if (last_ > kFirstNumberOfName) FindUsed();
+    if (last_ > kFirstPlaceholder) FindUsed();
     do {
       --last_;
     } while (used_.contains(last_));
@@ -101,7 +101,7 @@ class NumbersOfNames {
 
   const JukeboxContent& content_;
   std::unordered_set<std::int32_t> used_;
-  std::int32_t last_ = kFirstNumberOfName + 1;
+  std::int32_t last_ = kFirstPlaceholder + 1;
 };
 
 /// Whether an entry whose name matches no song can keep its number: the number must be a
@@ -113,12 +113,12 @@ bool StaysWithItsNumber(std::int32_t record, const clsMain& library) {
 
 }  // namespace
 
-void RelinkSongs(JukeboxContent& content, const clsMain& library, const AskWhichSongs& ask) {
+void RelinkSongs(JukeboxContent& content, const clsMain& library, const ResolveConfusedSongs& ask) {
   const bool numbers_count = NumbersCount(content.names, library, ask);
   const SongLinks links(library);
   std::unordered_map<std::int32_t, std::int32_t> moved;
   std::vector<std::pair<std::int32_t, std::string>> named;
-  NumbersOfNames numbers_of_names(content);
+  PlaceholderGenerator numbers_of_names(content);
   const std::size_t count = content.names.size();
   for (std::size_t k = 0; k < count; ++k) {
     const auto [record, name] = content.names[k];

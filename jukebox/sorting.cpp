@@ -127,8 +127,8 @@ class Filing {
 /// Result of filing into one jukebox.
 enum class Filed {
   kAll,
-  kNoSongs,  ///< the library is empty
-  kEnded,    ///< cancelled before the last song
+  kNoSongs,    ///< the library is empty
+  kCancelled,  ///< cancelled before the last song
 };
 
 /// Files the songs that are not yet in one jukebox.
@@ -181,7 +181,7 @@ Filed FillJukebox(int mode, Jukebox& jukebox, clsMain& library, const TagCache* 
               : WhileWaiting(),
         [](std::size_t) { return Tag(); });
   } catch (const Stopped&) {
-    result = Filed::kEnded;
+    result = Filed::kCancelled;
   }
   jukebox.ListRefilled(library);
   return result;
@@ -216,7 +216,7 @@ bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, cl
     if (filed != Filed::kAll) break;
   }
   if (!problems.empty()) throw FilingError(std::move(problems));
-  return filed != Filed::kEnded;
+  return filed != Filed::kCancelled;
 }
 
 void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<char>& flags,
@@ -227,19 +227,19 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
   for (std::int32_t row = 1; row <= count; ++row)
     if (!library.IsPresent(row) || library.IsAway(row))
       flags[static_cast<std::size_t>(row - 1)] = 0;
-  std::size_t strangers = 0;
+  std::size_t unknown_rows = 0;
   for (const SongEntry& entry : folder.Items()) {
     const std::int32_t record = entry.SubItem();
     if (library.IsHidden(record) && record < 1) continue;
     if (record >= 1 && record <= count)
       flags[static_cast<std::size_t>(record - 1)] = 0;
-    else if (++strangers <= kMaxNamed)
+    else if (++unknown_rows <= kMaxNamed)
       problems.push_back("'" + folder.Text() + "' holds an entry for song number " +
                          std::to_string(record) + ", but the library holds songs 1 to " +
                          std::to_string(count) + ". The entry was left out of the filing.");
   }
-  if (strangers > kMaxNamed)
-    problems.push_back("'" + folder.Text() + "' holds " + std::to_string(strangers - kMaxNamed) +
+  if (unknown_rows > kMaxNamed)
+    problems.push_back("'" + folder.Text() + "' holds " + std::to_string(unknown_rows - kMaxNamed) +
                        " more entries for songs that the library does not hold. They were left out "
                        "of the filing.");
 }

@@ -78,7 +78,7 @@ std::string UnreadableChanges(const std::string& path, std::string_view reason) 
 
 std::string UnsavedJukeboxes::FreePath() const {
   const std::string first = folder_ + "Jukebox-1.unsaved";
-  const FileLook look = LookAtFile(first);
+  const FileStatus look = CheckFile(first);
   // If the folder is unreadable, an existing file cannot be detected and would be overwritten.
   if (look.presence == FilePresence::kUnknown && StateOfFolder(folder_) == FolderState::kUnreadable)
     throw FileError(first, look.problem);
@@ -93,7 +93,7 @@ std::string UnsavedJukeboxes::FreePath() const {
 
 void UnsavedJukeboxes::Keep(const Jukebox& jukebox, const clsMain& library) {
   if (!jukebox.DiffersFromFile()) return Forget(jukebox);
-  const std::uint64_t content = ContentOf(jukebox.Nodes());
+  const std::uint64_t content = ContentHash(jukebox.Nodes());
   const auto found = kept_.find(&jukebox);
   if (found != kept_.end() && found->second.content == content) return;
   Kept kept = found != kept_.end() ? found->second : Kept{FreePath(), 0};
@@ -140,18 +140,18 @@ bool UnsavedJukeboxes::IsSaved(const UnsavedJukebox& unsaved, const clsMain& lib
   Jukebox own;
   Jukebox other;
   return !unsaved.file.empty() && own.Load(unsaved.file, library) &&
-         other.TakeUnsaved(unsaved.bytes, unsaved.file, library) &&
-         ContentOf(own.Nodes()) == ContentOf(other.Nodes());
+         other.LoadUnsaved(unsaved.bytes, unsaved.file, library) &&
+         ContentHash(own.Nodes()) == ContentHash(other.Nodes());
 }
 
 void UnsavedJukeboxes::Decline(const UnsavedJukebox& unsaved) noexcept { KeepAside(unsaved.path); }
 
 bool UnsavedJukeboxes::Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox,
-                               const clsMain& library, const AskWhichSongs& ask) {
-  if (!jukebox.TakeUnsaved(unsaved.bytes, unsaved.file, library, ask)) return false;
+                               const clsMain& library, const ResolveConfusedSongs& ask) {
+  if (!jukebox.LoadUnsaved(unsaved.bytes, unsaved.file, library, ask)) return false;
   jukebox.Caption(unsaved.caption);
   jukebox.FileLocation(unsaved.location);
-  kept_[&jukebox] = {unsaved.path, ContentOf(jukebox.Nodes())};
+  kept_[&jukebox] = {unsaved.path, ContentHash(jukebox.Nodes())};
   return true;
 }
 

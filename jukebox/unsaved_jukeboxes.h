@@ -75,12 +75,12 @@ class UnsavedJukeboxes {
   /// \returns false when the content is not a valid jukebox; Jukebox::FileProblem has the reason
   /// \param ask see RelinkSongs; may be empty
   bool Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox, const clsMain& library,
-               const AskWhichSongs& ask = {});
+               const ResolveConfusedSongs& ask = {});
 
  private:
   struct Kept {
     std::string path;
-    std::uint64_t content = 0;  ///< hash of the content in the file, see ContentOf
+    std::uint64_t content = 0;  ///< hash of the content in the file, see ContentHash
   };
   std::string FreePath() const;
 

@@ -604,12 +604,12 @@ TEST_F(AwaySongs, LookingAgainFindsASongThatIsBack) {
   Search();
   TakeAway(one, away);
   Scan();
-  EXPECT_FALSE(library.LookAgain(1));
+  EXPECT_FALSE(library.RecheckSong(1));
   BringBack(one, away, "uuid A");
   EXPECT_TRUE(library.IsAway(1));
-  EXPECT_TRUE(library.LookAgain(1));
+  EXPECT_TRUE(library.RecheckSong(1));
   EXPECT_FALSE(library.IsAway(1));
-  EXPECT_FALSE(library.LookAgain(99));
+  EXPECT_FALSE(library.RecheckSong(99));
 }
 
 TEST_F(AwaySongs, ACancelledCheckDoesNotUpdateRoots) {

@@ -146,7 +146,7 @@ void clsMain::WriteLibrary(const std::string& path) {
 bool clsMain::KeepLibraryAsBackup(const std::string& path) {
   // Keep the last good library until the next start, in case the current one turns out to be
   // damaged.
-  if (is_set_aside_) return true;
+  if (is_library_renamed_) return true;
   try {
     const auto stamp = StampOf(path);
     if (IsGone(path) || (stamp && stamp->size == 0)) return false;
@@ -181,7 +181,7 @@ bool clsMain::Save() {
 bool clsMain::LoadMain() {
   const std::int32_t rows = settings_.NumerOfRecordsInTheMain();
   backup_first_ = true;
-  is_set_aside_ = false;
+  is_library_renamed_ = false;
   saved_stamp_.reset();
   if (rows < 1) return false;
   table_ = SongTable();
@@ -270,7 +270,7 @@ std::int32_t clsMain::Salvage(bool is_set_aside) {
     // A file of that size is not a library, so there are no songs to salvage.
   }
   backup_first_ = !is_set_aside;
-  is_set_aside_ = is_set_aside;
+  is_library_renamed_ = is_set_aside;
   saved_stamp_.reset();
   table_ = SongTable();
   const std::int32_t found = content ? SalvageLibrary(*content, table_) : 0;

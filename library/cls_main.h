@@ -67,7 +67,7 @@ class clsMain {
 
   /// The first of the negative numbers, counted down, that a jukebox uses for songs of which it
   /// knows only the file name. No row has such a number.
-  static constexpr std::int32_t kFirstNumberOfName = -1'000'000'000;
+  static constexpr std::int32_t kFirstPlaceholder = -1'000'000'000;
 
   /// \param settings          must outlive the library
   /// \param search_all_drives runs the song search over all fixed disks, which adds rows to this
@@ -210,7 +210,7 @@ class clsMain {
   /// Whether jukeboxes keep the entries of a song but do not show them: the song is missing and
   /// remembered, or only its name is known.
   bool IsHidden(std::int32_t record) const {
-    if (record <= kFirstNumberOfName) return true;
+    if (record <= kFirstPlaceholder) return true;
     return missing_.size() > 0 && !IsPresent(record) && missing_.IsMissing(record);
   }
   /// The message why a song is away, e.g. "NAME is on a drive that is away: ROOT". Empty when the
@@ -220,12 +220,12 @@ class clsMain {
   /// Checks again whether the file of a song exists.
   ///
   /// \returns whether it exists; the song is then no longer away
-  bool LookAgain(std::int32_t record);
-  /// LookAgain for several songs. After one song of a folder could not be checked, the other songs
+  bool RecheckSong(std::int32_t record);
+  /// RecheckSong for several songs. After one song of a folder could not be checked, the other songs
   /// of that folder are not checked.
   /// \returns for each song whether its file exists
-  std::vector<char> LookAgain(const std::vector<std::int32_t>& records);
-  /// LookAgain, and if the file is not there: marks the song as away, or blanks its row when it is
+  std::vector<char> RecheckSong(const std::vector<std::int32_t>& records);
+  /// RecheckSong, and if the file is not there: marks the song as away, or blanks its row when it is
   /// missing.
   bool CheckSong(std::int32_t record);
   /// Checks whether the first song is away, and if so, checks all the songs.
@@ -246,10 +246,10 @@ class clsMain {
   /// Runs a function that checks songs, after resetting the list of drives that were given up.
   ///
   /// \param go_on see WaitingFor; Stopped is thrown out of this call
-  void LookWithProgress(const GoOn& go_on, const std::function<void()>& act);
+  void CheckWithProgress(const GoOn& go_on, const std::function<void()>& act);
   /// Checks a file of any type, with a timeout for a drive that does not answer: then the result is
   /// kUnknown, and Unanswered() covers the file.
-  FileLook LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait);
+  FileStatus LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait);
   /// Whether a path is on a network drive, as of the last LookAtDrives.
   bool IsOnNetwork(std::string_view path) const { return drives_.IsOnNetwork(path); }
   /// The places given up since the last scan began.
@@ -337,15 +337,15 @@ class clsMain {
   template <typename Answer>
   Answer Ask(const std::string& path, Answer (*ask)(const std::string&), const Answer& unanswered);
   template <typename Answer>
-  Answer AskBeside(const std::string& path, Answer (*ask)(const std::string&),
-                   const Answer& unanswered);
-  FileLook Look(const std::string& path);
+  Answer AskOnWorkerThread(const std::string& path, Answer (*ask)(const std::string&),
+                           const Answer& unanswered);
+  FileStatus Look(const std::string& path);
   FolderState StateOf(const std::string& folder);
   std::vector<std::optional<FolderState>> StatesOf(const std::vector<std::string>& folders);
   WhileWaiting WaitingFor(std::function<std::string(std::size_t)> path_of);
   /// Whether to skip a folder because checking it would take long and give no result.
   bool IsNotAsked(std::string_view folder) const;
-  std::uint32_t UnaskedReason(std::string_view folder);
+  std::uint32_t SkippedReason(std::string_view folder);
 
   /// The folders of the folder list, each ending in a separator.
   std::vector<std::string> RememberedFolders();
@@ -373,12 +373,12 @@ class clsMain {
   void LookAtDrives();
   void LoadDrives();
   bool MarkIfAway(std::int32_t record);
-  bool MarkIfAway(std::int32_t record, const FileLook& look);
-  FileLook LookAtSong(std::int32_t record);
+  bool MarkIfAway(std::int32_t record, const FileStatus& look);
+  FileStatus LookAtSong(std::int32_t record);
   class FolderMemory;
   void GoOnOrStop();
   void LoadMemory();
-  bool CanRemember();
+  bool CanSaveMissingSongs();
   void DropUntrueMemories();
   void SaveMemory();
   void BlankRow(std::int32_t row);
@@ -390,7 +390,7 @@ class clsMain {
   /// rank and its jukebox entries.
   void MoveOutOfExcludedFolders(std::int32_t old_count);
   void LeaveOutCopiesOfAwaySongs(std::int32_t old_count);
-  std::vector<char> RowsThatCount() const;
+  std::vector<char> RowsToCompare() const;
   bool IsOnAwayDrive(std::int32_t row) const;
   void RecognizeReturned(std::int32_t old_count);
   void RecognizeLate();
@@ -437,11 +437,11 @@ class clsMain {
   bool companion_is_unread_ = false;
   std::vector<std::string> problems_;
   bool main_is_dirty_ = false;
-  bool backup_first_ = false;    ///< the file on disk contains data that the table lacks
-  bool backup_is_good_ = false;  ///< the backup is a library saved by this object
-  bool is_set_aside_ = false;    ///< the file on disk was already kept under another name
-  std::string save_error_;       ///< of the last Save
-  std::string list_error_;       ///< of the last WriteOutMp3DirectoryLocations
+  bool backup_first_ = false;        ///< the file on disk contains data that the table lacks
+  bool backup_is_good_ = false;      ///< the backup is a library saved by this object
+  bool is_library_renamed_ = false;  ///< the file on disk was already kept under another name
+  std::string save_error_;           ///< of the last Save
+  std::string list_error_;           ///< of the last WriteOutMp3DirectoryLocations
   /// Stamp of the library file when the table was last equal to it.
   std::optional<FileStamp> saved_stamp_;
   std::string saved_path_;

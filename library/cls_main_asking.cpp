@@ -22,7 +22,7 @@ constexpr std::chrono::milliseconds kMaxWait{30000};
 /// Timeout when no callback can report the slow drive.
 constexpr std::chrono::milliseconds kMaxQuietWait{5000};
 
-FileLook NoAnswer() { return {FilePresence::kUnknown, 0, std::string(kDoesNotAnswer)}; }
+FileStatus NoAnswer() { return {FilePresence::kUnknown, 0, std::string(kDoesNotAnswer)}; }
 
 }  // namespace
 
@@ -54,7 +54,7 @@ WhileWaiting clsMain::WaitingFor(std::function<std::string(std::size_t)> path_of
     const std::string path = path_of(i);
     if (unanswered_->Covers(path)) return WaitDecision::kGiveUp;
     if (waited < kSlowAfter) return WaitDecision::kWait;
-    const std::string root = drives_.RootToSkip(path);
+    const std::string root = drives_.RootToGiveUp(path);
     if (waited < most && (!wait || wait(root))) return WaitDecision::kWait;
     unanswered_->Add(root);
     drives_.MarkAway(root);
@@ -71,12 +71,12 @@ Answer clsMain::Ask(const std::string& path, Answer (*ask)(const std::string&),
                     const Answer& unanswered) {
   if (unanswered_->Covers(path)) return unanswered;
   if (!drives_.IsOnNetwork(path)) return ask(path);
-  return AskBeside(path, ask, unanswered);
+  return AskOnWorkerThread(path, ask, unanswered);
 }
 
 template <typename Answer>
-Answer clsMain::AskBeside(const std::string& path, Answer (*ask)(const std::string&),
-                          const Answer& unanswered) {
+Answer clsMain::AskOnWorkerThread(const std::string& path, Answer (*ask)(const std::string&),
+                                  const Answer& unanswered) {
   Answer result = unanswered;
   ReadAhead(
       1, 1, [&](std::size_t) { return path; }, ask,
@@ -85,18 +85,18 @@ Answer clsMain::AskBeside(const std::string& path, Answer (*ask)(const std::stri
   return result;
 }
 
-FileLook clsMain::Look(const std::string& path) { return Ask(path, LookAtFile, NoAnswer()); }
+FileStatus clsMain::Look(const std::string& path) { return Ask(path, CheckFile, NoAnswer()); }
 
-FileLook clsMain::LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait) {
+FileStatus clsMain::LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait) {
   const Asking asking(*this, go_on, wait);
   try {
-    return AskBeside(path, LookAtFile, NoAnswer());
+    return AskOnWorkerThread(path, CheckFile, NoAnswer());
   } catch (const Stopped&) {
     return NoAnswer();
   }
 }
 
-void clsMain::LookWithProgress(const GoOn& go_on, const std::function<void()>& act) {
+void clsMain::CheckWithProgress(const GoOn& go_on, const std::function<void()>& act) {
   const Asking asking(*this, go_on, {});
   unanswered_->Clear();
   act();
@@ -137,7 +137,7 @@ bool clsMain::IsNotAsked(std::string_view folder) const {
   return drives_.IsBehindAutomounter(folder) || unanswered_->Covers(folder);
 }
 
-std::uint32_t clsMain::UnaskedReason(std::string_view folder) {
+std::uint32_t clsMain::SkippedReason(std::string_view folder) {
   std::string root = drives_.AwayRootOf(folder);
   if (root.empty()) root = unanswered_->RootOf(folder);
   return AwayReason(AwayKind::kDrive, root);

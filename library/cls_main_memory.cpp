@@ -47,7 +47,7 @@ void clsMain::LoadMemory() {
   DropUntrueMemories();
 }
 
-bool clsMain::CanRemember() {
+bool clsMain::CanSaveMissingSongs() {
   LoadMemory();
   // Without its size a missing song cannot be recognized when it comes back.
   if (!ReadCompanionAgain()) return false;
@@ -150,36 +150,36 @@ class clsMain::FolderMemory {
  public:
   explicit FolderMemory(clsMain& library) : library_(library) {}
 
-  FileLook LookAt(std::int32_t record) {
+  FileStatus LookAt(std::int32_t record) {
     library_.GoOnOrStop();
     const std::string_view folder = library_.table_.Cell(kFileLocation, record);
     if (const auto known = unknown_.find(folder); known != unknown_.end()) return known->second;
-    FileLook look = library_.LookAtSong(record);
+    FileStatus look = library_.LookAtSong(record);
     if (look.presence == FilePresence::kUnknown) unknown_.emplace(folder, look);
     return look;
   }
 
  private:
   clsMain& library_;
-  std::unordered_map<std::string_view, FileLook> unknown_;
+  std::unordered_map<std::string_view, FileStatus> unknown_;
 };
 
 void clsMain::GoOnOrStop() {
   if (go_on_ && !go_on_({})) throw Stopped();
 }
 
-FileLook clsMain::LookAtSong(std::int32_t record) {
+FileStatus clsMain::LookAtSong(std::int32_t record) {
   return Look(
       std::string(table_.Cell(kFileLocation, record)).append(table_.Cell(kFileName, record)));
 }
 
-bool clsMain::LookAgain(std::int32_t record) {
+bool clsMain::RecheckSong(std::int32_t record) {
   if (!IsPresent(record) || LookAtSong(record).presence != FilePresence::kThere) return false;
   table_.Facts(record).away = 0;
   return true;
 }
 
-std::vector<char> clsMain::LookAgain(const std::vector<std::int32_t>& records) {
+std::vector<char> clsMain::RecheckSong(const std::vector<std::int32_t>& records) {
   FolderMemory folders(*this);
   std::vector<char> there(records.size());
   for (std::size_t k = 0; k < records.size(); ++k) {
@@ -195,7 +195,7 @@ bool clsMain::MarkIfAway(std::int32_t record) {
   return IsPresent(record) && MarkIfAway(record, LookAtSong(record));
 }
 
-bool clsMain::MarkIfAway(std::int32_t record, const FileLook& look) {
+bool clsMain::MarkIfAway(std::int32_t record, const FileStatus& look) {
   const std::string folder(table_.Cell(kFileLocation, record));
   std::uint32_t& away = table_.Facts(record).away;
   if (look.presence == FilePresence::kThere) {
@@ -206,13 +206,13 @@ bool clsMain::MarkIfAway(std::int32_t record, const FileLook& look) {
   if (verdict.verdict == KnownDrives::Verdict::kAway)
     away = AwayReason(AwayKind::kDrive, verdict.away_root);
   else if (look.presence == FilePresence::kUnknown)
-    away = unanswered_->Covers(folder) ? UnaskedReason(folder)
+    away = unanswered_->Covers(folder) ? SkippedReason(folder)
                                        : AwayReason(AwayKind::kFolder, folder, look.problem);
   return away != 0;
 }
 
 bool clsMain::CheckSong(std::int32_t record) {
-  if (LookAgain(record)) return true;
+  if (RecheckSong(record)) return true;
   if (!IsPresent(record)) return false;
   LookAtDrives();
   if (MarkIfAway(record) || IsAway(record)) return false;
@@ -223,7 +223,7 @@ bool clsMain::CheckSong(std::int32_t record) {
 }
 
 void clsMain::MarkAwaySongs(const std::vector<std::int32_t>& records) {
-  if (records.empty() || IsAway(records.front()) || LookAgain(records.front())) return;
+  if (records.empty() || IsAway(records.front()) || RecheckSong(records.front())) return;
   LookAtDrives();
   if (!MarkIfAway(records.front())) return;
   FolderMemory folders(*this);
@@ -256,7 +256,7 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
     if (table_.Facts(row).away != 0 && reasons_[table_.Facts(row).away - 1].place == place)
       rows.push_back(row);
   // A song whose file exists again is not forgotten.
-  const std::vector<char> is_back = LookAgain(rows);
+  const std::vector<char> is_back = RecheckSong(rows);
   std::unordered_set<std::string> forgotten;
   for (std::size_t k = 0; k < rows.size(); ++k) {
     if (is_back[k]) continue;
@@ -272,7 +272,7 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
   std::int32_t old_count = table_.rows();
   for (const LeftOutFile& file : left_out_) {
     if (!forgotten.contains(file.stands_for_it)) continue;
-    const FileLook look = Look(file.path);
+    const FileStatus look = Look(file.path);
     if (look.presence == FilePresence::kThere)
       AddSong(FolderOfPath(file.path), NameOfPath(file.path), static_cast<std::int64_t>(look.size));
   }
@@ -333,8 +333,8 @@ ScanReport clsMain::FinishScan(bool complete, const GoOn& go_on) {
   // Rows that this scan has neither added nor checked may be stale, so they are not reported as
   // seen.
   if (look_at_volumes_)
-    drives_.SongsSeen(FoldersOf(false, complete ? 1 : rows_before_scan_ + 1), FoldersOf(true, 1),
-                      complete);
+    drives_.UpdateFolders(FoldersOf(false, complete ? 1 : rows_before_scan_ + 1),
+                          FoldersOf(true, 1), complete);
   SaveMemory();
   if (list_is_stale_) {
     WriteOutMp3DirectoryLocations();
@@ -418,7 +418,7 @@ void clsMain::WriteCompanion(const CompanionHeader& header) {
     // readable later. Otherwise move the companion to its backup.
     const bool is_link = AbsolutePath(path) != AbsolutePath(settings_.LocOfGroupingDir() + ".") +
                                                    kSeparator + std::string(kCompanionFileName);
-    if (is_link || LookAtFile(path).presence == FilePresence::kUnknown)
+    if (is_link || CheckFile(path).presence == FilePresence::kUnknown)
       throw FileError(path, "cannot be read");
     MoveToBackup(path);
     companion_is_unread_ = false;

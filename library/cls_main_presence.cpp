@@ -52,7 +52,7 @@ FolderFindings FindSongs(const FolderQuestion& songs) {
     if (names.contains(songs.names[k])) {
       presence = FilePresence::kThere;
     } else if (ask) {
-      const FileLook look = LookAtFile(songs.folder + songs.names[k]);
+      const FileStatus look = CheckFile(songs.folder + songs.names[k]);
       presence = look.presence;
       if (presence == FilePresence::kUnknown) findings.problem = look.problem;
       // Continue to check individual files when the folder can be entered but not listed, and when
@@ -104,7 +104,7 @@ class clsMain::PresenceCheck {
     for (const std::int32_t row : missing_) library_.BlankRow(row);
     for (const auto& [row, folder] : moved_) table_.SetCell(kFileLocation, row, folder);
     library_.list_is_stale_ = library_.list_is_stale_ || !moved_.empty();
-    if (complete) library_.drives_.TakeNewRoots();
+    if (complete) library_.drives_.ApplyNewRoots();
   }
 
  private:
@@ -123,7 +123,7 @@ class clsMain::PresenceCheck {
     }
     std::erase_if(folders_, [this](const FolderRows& songs) {
       if (!library_.IsNotAsked(songs.folder)) return false;
-      const std::uint32_t reason = library_.UnaskedReason(songs.folder);
+      const std::uint32_t reason = library_.SkippedReason(songs.folder);
       for (const std::int32_t row : songs.rows) table_.Facts(row).away = reason;
       return true;
     });
@@ -160,7 +160,7 @@ class clsMain::PresenceCheck {
       if (findings.songs[k] == FilePresence::kUnknown)
         table_.Facts(row).away =
             library_.IsNotAsked(songs.folder)
-                ? library_.UnaskedReason(songs.folder)
+                ? library_.SkippedReason(songs.folder)
                 : library_.AwayReason(AwayKind::kFolder, songs.folder, findings.problem);
     }
     if (!gone.empty()) JudgeGone(songs.folder, gone);
@@ -200,7 +200,7 @@ class clsMain::PresenceCheck {
 
   /// Whether a song's file exists in the folder's new place, or cannot be checked there.
   bool IsAt(const std::string& place, std::int32_t row) {
-    const FileLook look = library_.Look(place + std::string(table_.Cell(kFileName, row)));
+    const FileStatus look = library_.Look(place + std::string(table_.Cell(kFileName, row)));
     if (look.presence == FilePresence::kNotThere) return false;
     if (look.presence == FilePresence::kUnknown)
       table_.Facts(row).away = library_.AwayReason(AwayKind::kFolder, place, look.problem);

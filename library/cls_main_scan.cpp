@@ -44,7 +44,7 @@ class clsMain::KnownSongs {
 
 void clsMain::BlankRow(std::int32_t row) {
   if (table_.Cell(kFileIsThere, row) == kPresent) {
-    if (!CanRemember()) {
+    if (!CanSaveMissingSongs()) {
       // The song cannot be saved as missing, so keep the row; blanking it would lose the rank.
       table_.Facts(row).away =
           AwayReason(AwayKind::kKept, table_.Cell(kFileLocation, row),
@@ -224,7 +224,7 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
         std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row));
     std::int64_t& size = table_.Facts(row).size;
     if (size == kUnknownSize) {
-      const FileLook look = Look(path);
+      const FileStatus look = Look(path);
       if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
     }
     const auto same =
@@ -241,7 +241,7 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
   table_.Remove(goes);
 }
 
-std::vector<char> clsMain::RowsThatCount() const {
+std::vector<char> clsMain::RowsToCompare() const {
   std::vector<char> counts(static_cast<std::size_t>(table_.rows()));
   for (std::int32_t row = 1; row <= table_.rows(); ++row)
     counts[static_cast<std::size_t>(row - 1)] =
@@ -255,7 +255,7 @@ void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
   LeaveOutRespelled(old_count);
   MoveOutOfExcludedFolders(old_count);
   LeaveOutCopiesOfAwaySongs(old_count);
-  std::vector<LeftOutFile> left_out = RemoveDuplicates(table_, old_count, RowsThatCount());
+  std::vector<LeftOutFile> left_out = RemoveDuplicates(table_, old_count, RowsToCompare());
   left_out_.insert(left_out_.end(), std::make_move_iterator(left_out.begin()),
                    std::make_move_iterator(left_out.end()));
   if (scan_.kind == ScanKind::kFiles)
@@ -291,7 +291,7 @@ void clsMain::RecognizeReturned(std::int32_t old_count) {
 std::int64_t clsMain::SizeOf(std::int32_t row) {
   std::int64_t& size = table_.Facts(row).size;
   if (size == kUnknownSize) {
-    const FileLook look =
+    const FileStatus look =
         Look(std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
     if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
   }

@@ -3,8 +3,8 @@
 
 #include <filesystem>
 
+#include "app/add_files.h"
 #include "app/search/file_search.h"
-#include "app/take_files.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_progress.h"
 #include "util/text.h"
@@ -104,7 +104,7 @@ TEST_F(ExcludedFolders, AreSkippedInTheUsualFolders) {
 TEST_F(ExcludedFolders, DroppedFilesAreRefusedAndReported) {
   const std::string deleted = music.File("#recycle/a.mp3");
   const std::string attributes = music.File("._b.mp3");
-  const TakenFiles taken = TakeFiles(Texts{deleted, attributes}, library);
+  const AddedFiles taken = AddFiles(Texts{deleted, attributes}, library);
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
   EXPECT_EQ(
       taken.problems,
@@ -117,7 +117,7 @@ TEST_F(ExcludedFolders, ADropOfAFolderAddsNoAppleDoubleFiles) {
   music.File("in/a.mp3");
   music.File("in/._a.mp3");
   music.File("other/._a.mp3");
-  const TakenFiles taken = TakeFiles(Texts{music / "in", music / "other"}, library);
+  const AddedFiles taken = AddFiles(Texts{music / "in", music / "other"}, library);
   EXPECT_EQ(Cells(2), Texts{"a.mp3"});
   EXPECT_EQ(taken.problems, Texts{(music / "other") + " holds no MP3 file."});
 }
@@ -138,7 +138,7 @@ TEST_F(ExcludedFolders, ASongThatIsFoundElsewhereMovesThereWithItsRank) {
 TEST_F(ExcludedFolders, ADropMovesASongOutOfAnExcludedFolderToo) {
   AddSong(music.Folder("RECYCLER"), "a.mp3", "1", "6");
   music.File("RECYCLER/a.mp3");
-  const TakenFiles taken = TakeFiles(Texts{music.File("songs/a.mp3")}, library);
+  const AddedFiles taken = AddFiles(Texts{music.File("songs/a.mp3")}, library);
   ASSERT_EQ(taken.songs.size(), 1U);
   EXPECT_EQ(taken.songs[0].SubItem(), 1);
   EXPECT_EQ(Cells(1), Texts{music / "songs/"});

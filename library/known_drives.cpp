@@ -97,7 +97,7 @@ bool KnownDrives::IsOnNetwork(std::string_view path) const {
   return place != nullptr ? place->network : !ShareOfPath(path).empty();
 }
 
-std::string KnownDrives::RootToSkip(std::string_view path) const {
+std::string KnownDrives::RootToGiveUp(std::string_view path) const {
   std::string root(ShareOfPath(path));
   const MountedVolume* const place = VolumeOf(volumes_, path);
   // Do not skip the root file system: the program and its settings are on it, so it does answer.
@@ -173,8 +173,8 @@ KnownDrive KnownDrives::DriveAt(std::string_view folder) const {
   return drive;
 }
 
-void KnownDrives::SongsSeen(const std::vector<std::string>& seen,
-                            const std::vector<std::string>& kept, bool complete) {
+void KnownDrives::UpdateFolders(const std::vector<std::string>& seen,
+                                const std::vector<std::string>& kept, bool complete) {
   std::vector<std::set<std::string>> folders(drives_.size());
   for (const std::string& folder : kept)
     if (const auto found = by_folder_.find(PathKey(folder)); found != by_folder_.end())
@@ -216,7 +216,7 @@ void KnownDrives::SongsSeen(const std::vector<std::string>& seen,
   Index();
 }
 
-void KnownDrives::TakeNewRoots() {
+void KnownDrives::ApplyNewRoots() {
   for (KnownDrive& drive : drives_) {
     if (drive.moved_to.empty()) continue;
     drive.root = std::exchange(drive.moved_to, {});

@@ -69,7 +69,7 @@ class KnownDrives {
 
   /// The root to give up when a path does not answer: the root of its drive, or the path's folder
   /// when it is on the root file system. Ends in a separator.
-  std::string RootToSkip(std::string_view path) const;
+  std::string RootToGiveUp(std::string_view path) const;
 
   /// Marks the drives at or below a root as away until the next LookAtDrives.
   void MarkAway(std::string_view root);
@@ -91,8 +91,8 @@ class KnownDrives {
   /// folders with songs that are away. All other folders are dropped.
   ///
   /// \param complete false when other folders may contain songs too; then no folder is dropped
-  void SongsSeen(const std::vector<std::string>& seen, const std::vector<std::string>& kept,
-                 bool complete);
+  void UpdateFolders(const std::vector<std::string>& seen, const std::vector<std::string>& kept,
+                     bool complete);
 
   /// The root of the away drive that contains a path; empty for none.
   std::string AwayRootOf(std::string_view path) const;
@@ -102,7 +102,7 @@ class KnownDrives {
   bool IsBehindAutomounter(std::string_view folder) const;
 
   /// Sets the root of each drive mounted elsewhere to its new path.
-  void TakeNewRoots();
+  void ApplyNewRoots();
 
   /// Forgets the away drives with this root.
   void Forget(std::string_view root);

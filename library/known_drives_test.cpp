@@ -41,8 +41,8 @@ class KnownDrivesTest : public testing::Test {
   void Remember(const std::string& root, bool kept = false) {
     Look();
     const std::string abba = root + "abba" + kSep;
-    drives.SongsSeen({abba}, kept ? std::vector<std::string>{abba} : std::vector<std::string>(),
-                     true);
+    drives.UpdateFolders({abba}, kept ? std::vector<std::string>{abba} : std::vector<std::string>(),
+                         true);
   }
   Verdict VerdictOf(const std::string& root) {
     Look();
@@ -183,7 +183,7 @@ TEST_F(KnownDrivesTest, AVolumeMountedElsewhereIsFound) {
   const auto verdict = drives.VerdictOf(one + "abba" + kSep);
   EXPECT_EQ(verdict.verdict, Verdict::kMissing);
   EXPECT_EQ(verdict.moved_to, std::vector<std::string>{two + "abba" + kSep});
-  drives.TakeNewRoots();
+  drives.ApplyNewRoots();
   EXPECT_EQ(drives.Drives()[0].root, two);
   EXPECT_EQ(VerdictOf(two), Verdict::kMissing);
   EXPECT_EQ(VerdictOf(one), Verdict::kUnremembered);
@@ -194,7 +194,7 @@ TEST_F(KnownDrivesTest, AGivenFolderIsADriveWithItsFolderOnTheVolume) {
   const std::string given = one + "abba" + kSep;
   drives = KnownDrives({given});
   Look();
-  drives.SongsSeen({given}, {}, true);
+  drives.UpdateFolders({given}, {}, true);
   ASSERT_EQ(drives.Drives().size(), 1U);
   EXPECT_EQ(drives.Drives()[0].root, given);
   EXPECT_FALSE(drives.Drives()[0].mount_point);
@@ -220,19 +220,19 @@ TEST_F(KnownDrivesTest, AGivenFolderThatIsNotThereIsKnown) {
 TEST_F(KnownDrivesTest, AMountedDriveKeepsOnlyFoldersWithSongs) {
   Mount(one, "");
   Look();
-  drives.SongsSeen({one + "abba" + kSep, one + "queen" + kSep}, {}, true);
-  drives.SongsSeen({one + "abba" + kSep}, {}, true);
+  drives.UpdateFolders({one + "abba" + kSep, one + "queen" + kSep}, {}, true);
+  drives.UpdateFolders({one + "abba" + kSep}, {}, true);
   EXPECT_EQ(drives.Drives()[0].folders, (std::set<std::string>{"abba" + kSep}));
   // Folders with away songs are kept only if they were known before.
-  drives.SongsSeen({one + "abba" + kSep}, {one + "queen" + kSep}, true);
+  drives.UpdateFolders({one + "abba" + kSep}, {one + "queen" + kSep}, true);
   EXPECT_EQ(drives.Drives()[0].folders, (std::set<std::string>{"abba" + kSep}));
-  drives.SongsSeen({one + "abba" + kSep, one + "queen" + kSep}, {}, true);
-  drives.SongsSeen({one + "abba" + kSep}, {one + "queen" + kSep}, true);
+  drives.UpdateFolders({one + "abba" + kSep, one + "queen" + kSep}, {}, true);
+  drives.UpdateFolders({one + "abba" + kSep}, {one + "queen" + kSep}, true);
   EXPECT_EQ(drives.Drives()[0].folders.size(), 2U);
   // A cancelled search has not seen all folders.
-  drives.SongsSeen({}, {}, false);
+  drives.UpdateFolders({}, {}, false);
   EXPECT_EQ(drives.Drives()[0].folders.size(), 2U);
-  drives.SongsSeen({}, {}, true);
+  drives.UpdateFolders({}, {}, true);
   EXPECT_TRUE(drives.Drives().empty());
 }
 
@@ -251,7 +251,7 @@ TEST_F(KnownDrivesTest, ADriveThatIsAwayKeepsItsFolders) {
   Unmount(one);
   MakeSong(two);
   Look();
-  drives.SongsSeen({two + "abba" + kSep}, {one + "abba" + kSep}, true);
+  drives.UpdateFolders({two + "abba" + kSep}, {one + "abba" + kSep}, true);
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
 }
 
@@ -287,7 +287,7 @@ TEST_F(KnownDrivesTest, TheFileHoldsEverything) {
 TEST_F(KnownDrivesTest, WithoutMountInformationTheDriveIsTheShareOrTheFolder) {
   mounted.clear();
   Look();
-  drives.SongsSeen({"\\\\server\\music\\abba\\", one}, {}, true);
+  drives.UpdateFolders({"\\\\server\\music\\abba\\", one}, {}, true);
   ASSERT_EQ(drives.Drives().size(), 2U);
   EXPECT_EQ(drives.Drives()[0].root, "\\\\server\\music\\");
   EXPECT_EQ(drives.Drives()[1].root, one);

@@ -34,7 +34,7 @@ struct SizeFinder::Work {
   void Find(std::size_t most) {
     for (std::size_t k = 0; k < most && next < songs.size(); ++k) {
       Song& song = songs[next++];
-      const FileLook look = LookAtFile(song.folder + song.name);
+      const FileStatus look = CheckFile(song.folder + song.name);
       const std::lock_guard lock(mutex);
       if (stop) return;
       if (look.presence != FilePresence::kThere) continue;

@@ -49,7 +49,7 @@ class PlayerConnection {
 
   /// Whether the connection is usable as far as known.
   bool IsAlive() {
-    TakeLateAnswers();
+    ReadAnswers();
     return !dead_;
   }
 
@@ -58,8 +58,8 @@ class PlayerConnection {
 
   /// Sends a request and waits for the answer; returns 0 when there is none.
   PlayerAnswer Exchange(const PlayerRequestHead& head, std::string_view payload) {
-    TakeLateAnswers();
-    const bool late = owed_ > 0;
+    ReadAnswers();
+    const bool late = outstanding_ > 0;
     if (dead_ || (late && IsQuestion(head))) return 0;
     const Clock::time_point deadline = Clock::now() + (late ? Clock::duration() : TimeoutFor(head));
     std::string request(reinterpret_cast<const char*>(&head), sizeof head);
@@ -69,12 +69,12 @@ class PlayerConnection {
       dead_ = true;
       return 0;
     }
-    ++owed_;
-    while (owed_ > 0 && !dead_ && !late) {
+    ++outstanding_;
+    while (outstanding_ > 0 && !dead_ && !late) {
       if (!WaitFor(POLLIN, deadline)) return 0;
-      TakeLateAnswers();
+      ReadAnswers();
     }
-    return owed_ == 0 && !dead_ ? last_answer_ : 0;
+    return outstanding_ == 0 && !dead_ ? last_answer_ : 0;
   }
 
  private:
@@ -108,7 +108,7 @@ class PlayerConnection {
   }
 
   /// Reads the answers that have arrived, without blocking.
-  void TakeLateAnswers() noexcept {
+  void ReadAnswers() noexcept {
     while (!dead_) {
       const ssize_t got =
           recv(socket_.descriptor(), bytes_.data() + filled_, bytes_.size() - filled_, 0);
@@ -116,13 +116,13 @@ class PlayerConnection {
       if (got < 0 && errno == EAGAIN) return;
       // The player sends nothing except answers.
       was_closed_ = got <= 0;
-      dead_ = got <= 0 || owed_ == 0;
+      dead_ = got <= 0 || outstanding_ == 0;
       if (dead_) return;
       filled_ += static_cast<std::size_t>(got);
       if (filled_ < bytes_.size()) continue;
       std::memcpy(&last_answer_, bytes_.data(), sizeof last_answer_);
       filled_ = 0;
-      --owed_;
+      --outstanding_;
       starting_ = false;
     }
   }
@@ -131,7 +131,7 @@ class PlayerConnection {
   std::array<char, sizeof(PlayerAnswer)> bytes_{};
   std::size_t filled_ = 0;  ///< number of bytes in bytes_
   PlayerAnswer last_answer_ = 0;
-  int owed_ = 0;  ///< number of outstanding answers
+  int outstanding_ = 0;  ///< number of outstanding answers
   bool starting_;
   bool dead_ = false;
   bool was_closed_ = false;

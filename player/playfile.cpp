@@ -64,8 +64,8 @@ class FileChecks {
     return true;
   }
 
-  void TellUnanswered(HandOffPanel& panel) const {
-    if (unanswered_ > 0) panel.DoNotAnswer(unanswered_, first_unanswered_);
+  void ReportUnanswered(HandOffPanel& panel) const {
+    if (unanswered_ > 0) panel.DiskTimedOut(unanswered_, first_unanswered_);
   }
 
   /// Shows the collected problems in one message.
@@ -145,7 +145,7 @@ void HandOver(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Cont
     LookAtFiles(songs.first(1), library, go_on,
                 [&](const std::string& first, const FileAnswer& answer) {
                   plays = checks.IsPlayable(first, answer);
-                  if (!answer.came) return panel.DoNotAnswer(1, first);
+                  if (!answer.came) return panel.DiskTimedOut(1, first);
                   if (!plays) return panel.FirstSongIsGone(first);
                   player.SendWinampCommand(kStop);
                   player.ClearWinampPlaylist();
@@ -170,7 +170,7 @@ void HandOver(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Cont
       panel.Cancelled(handed, songs.size());
     if (handed == 0) return;
   }
-  checks.TellUnanswered(panel);
+  checks.ReportUnanswered(panel);
   panel.HandedOver();
   checks.Tell(show);
 }

@@ -31,7 +31,7 @@ class HandOffPanel {
   /// \param songs number of songs that the player has
   virtual void Cancelled(std::size_t /*songs*/, std::size_t /*of*/) {}
   /// Songs were skipped because their drive does not answer; called before HandedOver.
-  virtual void DoNotAnswer(std::size_t /*songs*/, const std::string& /*first*/) {}
+  virtual void DiskTimedOut(std::size_t /*songs*/, const std::string& /*first*/) {}
 };
 
 using HandOverProgress = std::function<bool(std::size_t done, std::size_t songs)>;

@@ -66,7 +66,7 @@ class FrameTest : public LibraryTest {
     QMetaObject::invokeMethod(&dialog, "accept");
   }
   /// Runs the deferred deletion of closed windows.
-  static void LetClosedWindowsGo() {
+  static void DeleteClosedWindows() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
   QMdiArea& Area() { return *frame.findChild<QMdiArea*>(); }

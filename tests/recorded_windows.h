@@ -36,7 +36,7 @@ class RecordedWindows : public StartUpWindows {
     asked.push_back(text);
     return answer;
   }
-  std::optional<bool> AskUnlessLeft(const std::string& text) override {
+  std::optional<bool> AskDismissable(const std::string& text) override {
     asked.push_back(text);
     return leaves_questions ? std::nullopt : std::optional(answer);
   }

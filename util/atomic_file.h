@@ -8,7 +8,7 @@
 namespace tallow {
 
 /// Suffix of the temporary file that holds the new content until it replaces the old file.
-inline constexpr std::string_view kUnfinishedSuffix = ".new";
+inline constexpr std::string_view kTemporarySuffix = ".new";
 
 /// Suffix of the backup of a file.
 inline constexpr std::string_view kBackupSuffix = ".bak";

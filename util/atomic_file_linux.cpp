@@ -80,7 +80,7 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
   if (exists && !S_ISREG(old.st_mode)) throw FileError(path, "is not a regular file");
   if (exists && Retry([&] { return faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS); }) != 0)
     Fail(path, errno);
-  const std::string beside = target + std::string(kUnfinishedSuffix);
+  const std::string beside = target + std::string(kTemporarySuffix);
   // Remove a temporary file left by an earlier writer. If it were a link, the write would go to
   // another file.
   if (Unlink(beside) != 0 && errno != ENOENT)
@@ -118,7 +118,7 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
 
 bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
   try {
-    const std::string beside = backup + std::string(kUnfinishedSuffix);
+    const std::string beside = backup + std::string(kTemporarySuffix);
     if (Unlink(beside) != 0 && errno != ENOENT) return false;
     // link() does not follow a link, so pass the resolved path.
     const std::string target = RealPath(path);

@@ -76,7 +76,7 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
     target = TargetOf(target);
     if (target.empty()) Fail(path, GetLastError());
   }
-  const std::wstring beside = target + ToWide(kUnfinishedSuffix);
+  const std::wstring beside = target + ToWide(kTemporarySuffix);
   // Remove a temporary file left by an earlier writer. If it were a link, the write would go to
   // another file.
   DeleteFileW(beside.c_str());
@@ -118,7 +118,7 @@ void WriteFileAtomically(const std::string& path, std::string_view content,
 
 bool LinkBackup(const std::string& path, const std::string& backup) noexcept {
   try {
-    const std::wstring beside = ToWidePath(backup) + ToWide(kUnfinishedSuffix);
+    const std::wstring beside = ToWidePath(backup) + ToWide(kTemporarySuffix);
     DeleteFileW(beside.c_str());
     if (!CreateHardLinkW(beside.c_str(), ToWidePath(path).c_str(), nullptr)) return false;
     const bool renamed = MoveFileExW(beside.c_str(), ToWidePath(backup).c_str(),

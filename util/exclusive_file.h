@@ -8,7 +8,7 @@
 
 namespace tallow {
 
-enum class MadeFile {
+enum class CreateResult {
   kMade,
   kExists,      ///< the name exists already, possibly as a dangling link
   kImpossible,  ///< the folder is not writable or the disk is full; nothing is left behind
@@ -16,7 +16,7 @@ enum class MadeFile {
 
 /// Creates a file that must not exist yet. When several processes try at once, exactly one
 /// succeeds, on every file system.
-MadeFile MakeExclusiveFile(const std::string& path, std::string_view content);
+CreateResult MakeExclusiveFile(const std::string& path, std::string_view content);
 
 /// Reads a regular file of at most max_bytes bytes. Does not block on pipes, and does not follow
 /// links.
@@ -24,7 +24,7 @@ MadeFile MakeExclusiveFile(const std::string& path, std::string_view content);
 std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t max_bytes);
 
 /// Whether the name exists in the folder, even as a dangling link.
-bool NameIsTaken(const std::string& path);
+bool NameExists(const std::string& path);
 
 /// Renames a file over another file, replacing it.
 /// \returns whether the rename succeeded

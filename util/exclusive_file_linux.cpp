@@ -31,13 +31,13 @@ bool WriteAll(int descriptor, std::string_view content) {
 
 }  // namespace
 
-MadeFile MakeExclusiveFile(const std::string& path, std::string_view content) {
+CreateResult MakeExclusiveFile(const std::string& path, std::string_view content) {
   // 0644: other users who work on the folder must be able to read the file.
   const OpenFile file(Open(path, O_WRONLY | O_CREAT | O_EXCL, 0644));
-  if (!file) return errno == EEXIST ? MadeFile::kExists : MadeFile::kImpossible;
-  if (WriteAll(file.descriptor(), content)) return MadeFile::kMade;
+  if (!file) return errno == EEXIST ? CreateResult::kExists : CreateResult::kImpossible;
+  if (WriteAll(file.descriptor(), content)) return CreateResult::kMade;
   unlink(path.c_str());
-  return MadeFile::kImpossible;
+  return CreateResult::kImpossible;
 }
 
 std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t max_bytes) {
@@ -59,7 +59,7 @@ std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t ma
   return content;
 }
 
-bool NameIsTaken(const std::string& path) {
+bool NameExists(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 || errno != ENOENT;
 }

@@ -32,7 +32,7 @@ HANDLE OpenOnceFree(const Open& open, const IsBusy& is_busy) {
 
 }  // namespace
 
-MadeFile MakeExclusiveFile(const std::string& path, std::string_view content) {
+CreateResult MakeExclusiveFile(const std::string& path, std::string_view content) {
   const std::wstring wide = ToWidePath(path);
   {
     const OpenHandle file(OpenOnceFree(
@@ -52,16 +52,16 @@ MadeFile MakeExclusiveFile(const std::string& path, std::string_view content) {
       // too.
       const bool exists = error == ERROR_FILE_EXISTS || error == ERROR_ALREADY_EXISTS ||
                           GetFileAttributesW(wide.c_str()) != INVALID_FILE_ATTRIBUTES;
-      return exists ? MadeFile::kExists : MadeFile::kImpossible;
+      return exists ? CreateResult::kExists : CreateResult::kImpossible;
     }
     DWORD written = 0;
     if (WriteFile(file.get(), content.data(), static_cast<DWORD>(content.size()), &written,
                   nullptr) &&
         written == content.size())
-      return MadeFile::kMade;
+      return CreateResult::kMade;
   }
   DeleteFileW(wide.c_str());
-  return MadeFile::kImpossible;
+  return CreateResult::kImpossible;
 }
 
 std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t max_bytes) {
@@ -78,7 +78,7 @@ std::optional<std::string> ReadSmallFile(const std::string& path, std::size_t ma
   return content;
 }
 
-bool NameIsTaken(const std::string& path) {
+bool NameExists(const std::string& path) {
   if (GetFileAttributesW(ToWidePath(path).c_str()) != INVALID_FILE_ATTRIBUTES) return true;
   const DWORD error = GetLastError();
   return error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND;

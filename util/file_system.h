@@ -83,15 +83,15 @@ enum class FilePresence {
   kUnknown,   ///< any other error: no permission, a read error, an unreachable share
 };
 
-/// The result of LookAtFile.
-struct FileLook {
+/// The result of CheckFile.
+struct FileStatus {
   FilePresence presence = FilePresence::kUnknown;
   std::uint64_t size = 0;  ///< bytes, if the file exists
   std::string problem;     ///< the system's error message when presence is kUnknown
 };
 
 /// Checks whether a file exists, and distinguishes a missing file from one that cannot be checked.
-FileLook LookAtFile(const std::string& path);
+FileStatus CheckFile(const std::string& path);
 
 /// Whether a folder exists and has entries.
 enum class FolderState {

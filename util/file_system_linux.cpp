@@ -215,7 +215,7 @@ bool FileExists(const std::string& path) {
   return status && S_ISREG(status->st_mode);
 }
 
-FileLook LookAtFile(const std::string& path) {
+FileStatus CheckFile(const std::string& path) {
   struct stat status {};
   if (Retry([&] { return stat(path.c_str(), &status); }) != 0) {
     if (!IsNotThere(errno)) return {FilePresence::kUnknown, 0, std::strerror(errno)};

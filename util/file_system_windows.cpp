@@ -146,7 +146,7 @@ bool FileExists(const std::string& path) {
   return (attributes & (FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_DEVICE)) == 0;
 }
 
-FileLook LookAtFile(const std::string& path) {
+FileStatus CheckFile(const std::string& path) {
   WIN32_FILE_ATTRIBUTE_DATA data{};
   if (!GetFileAttributesExW(ToWidePath(path).c_str(), GetFileExInfoStandard, &data)) {
     const DWORD error = GetLastError();

@@ -34,7 +34,7 @@ std::string Line(std::string_view name, std::string_view value) {
 
 /// Parses the next line and removes it. \returns no value when the line has another name or no LF
 /// at its end
-std::optional<std::string> TakeLine(std::string_view& text, std::string_view name) {
+std::optional<std::string> ParseLine(std::string_view& text, std::string_view name) {
   const std::size_t end = text.find('\n');
   if (end == std::string_view::npos || !text.starts_with(name) || end <= name.size() ||
       text[name.size()] != ' ')
@@ -45,7 +45,7 @@ std::optional<std::string> TakeLine(std::string_view& text, std::string_view nam
 }
 
 std::optional<std::uint64_t> TakeNumber(std::string_view& text, std::string_view name) {
-  const std::optional<std::string> value = TakeLine(text, name);
+  const std::optional<std::string> value = ParseLine(text, name);
   std::uint64_t number = 0;
   if (!value) return std::nullopt;
   const auto [end, error] = std::from_chars(value->data(), value->data() + value->size(), number);
@@ -71,10 +71,10 @@ std::optional<ProcessName> OwnerOf(std::string_view content) {
   const std::string first = std::string(kFirstLine) + "\n";
   if (!content.starts_with(first)) return std::nullopt;
   content.remove_prefix(first.size());
-  const auto host = TakeLine(content, "host");
-  const auto machine = TakeLine(content, "machine");
-  const auto run = TakeLine(content, "run");
-  const auto set = TakeLine(content, "set");
+  const auto host = ParseLine(content, "host");
+  const auto machine = ParseLine(content, "machine");
+  const auto run = ParseLine(content, "run");
+  const auto set = ParseLine(content, "set");
   const auto process = TakeNumber(content, "process");
   const auto started = TakeNumber(content, "started");
   if (!host || !machine || !run || !set || !process || !started || !content.empty())
@@ -102,12 +102,12 @@ OwnerFile::Answer OwnerFile::Take(const std::string& path, Unknown unknown) {
 
 OwnerFile::Answer OwnerFile::TakeAt(const std::string& path, int claims) {
   for (int tried = 0; tried < kMaxTries; ++tried) {
-    const MadeFile made = MakeExclusiveFile(path, content_);
-    if (made == MadeFile::kMade) return Answer::kHeld;
-    if (made == MadeFile::kImpossible) return Answer::kImpossible;
+    const CreateResult made = MakeExclusiveFile(path, content_);
+    if (made == CreateResult::kMade) return Answer::kHeld;
+    if (made == CreateResult::kImpossible) return Answer::kImpossible;
     const std::optional<std::string> seen = ReadSmallFile(path, kMaxBytes);
     // The owning process has ended and removed the file meanwhile.
-    if (!seen && !NameIsTaken(path)) continue;
+    if (!seen && !NameExists(path)) continue;
     if (seen && !OwnerOf(*seen) && tried + 1 < kMaxTries) {
       std::this_thread::sleep_for(kPause);
       continue;
@@ -134,7 +134,7 @@ OwnerFile::Answer OwnerFile::Replace(const std::string& path,
     const std::string beside = path + ".new";
     RemoveFile(beside);
     const bool replaced =
-        MakeExclusiveFile(beside, content_) == MadeFile::kMade && RenameOver(beside, path);
+        MakeExclusiveFile(beside, content_) == CreateResult::kMade && RenameOver(beside, path);
     if (!replaced) RemoveFile(beside);
     answer = replaced ? Answer::kHeld : Answer::kImpossible;
   }

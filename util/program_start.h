@@ -16,6 +16,6 @@ void UseTerminal();
 
 /// Reports why the program exits before its first window: on standard error, or in a message box
 /// where a Windows program has no standard error.
-void TellBeforeWindows(const std::string& text);
+void ReportStartError(const std::string& text);
 
 }  // namespace tallow

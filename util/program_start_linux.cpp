@@ -11,6 +11,6 @@ std::vector<std::string> ProgramArguments(int argc, const char* const* argv) {
 
 void UseTerminal() {}
 
-void TellBeforeWindows(const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); }
+void ReportStartError(const std::string& text) { std::fprintf(stderr, "%s\n", text.c_str()); }
 
 }  // namespace tallow

@@ -46,7 +46,7 @@ void UseTerminal() {
   if (page_before != 0 && SetConsoleOutputCP(CP_UTF8)) std::atexit(GiveBackCodePage);
 }
 
-void TellBeforeWindows(const std::string& text) {
+void ReportStartError(const std::string& text) {
   if (IsConnected(stderr))
     std::fprintf(stderr, "%s\n", text.c_str());
   else

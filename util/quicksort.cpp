@@ -116,7 +116,7 @@ std::uint64_t PrefixOf(const char* text, std::size_t length) noexcept {
 }
 
 /// Whether a text is the same view as the previous text, as for consecutive songs of one folder.
-bool RepeatsTheOneBefore(std::span<const std::string_view> texts, std::size_t i) noexcept {
+bool IsSameViewAsPrevious(std::span<const std::string_view> texts, std::size_t i) noexcept {
   return i > 0 && texts[i].data() == texts[i - 1].data() && texts[i].size() == texts[i - 1].size();
 }
 
@@ -145,7 +145,7 @@ std::vector<std::int32_t> RankText(std::span<const std::string_view> texts) {
   std::vector<RankEntry> entries;
   entries.reserve(texts.size());
   for (std::size_t i = 0; i < texts.size(); ++i) {
-    if (RepeatsTheOneBefore(texts, i)) continue;
+    if (IsSameViewAsPrevious(texts, i)) continue;
     const std::size_t offset = lowered.size();
     AppendLower(lowered, texts[i]);
     entries.push_back({0, static_cast<std::uint32_t>(offset),
@@ -180,7 +180,7 @@ std::vector<std::int32_t> RankText(std::span<const std::string_view> texts) {
     ranks[static_cast<std::size_t>(entries[k].index)] = rank;
   }
   for (std::size_t i = 0; i < texts.size(); ++i)
-    if (RepeatsTheOneBefore(texts, i)) ranks[i] = ranks[i - 1];
+    if (IsSameViewAsPrevious(texts, i)) ranks[i] = ranks[i - 1];
   return ranks;
 }
 

@@ -32,12 +32,12 @@ inline constexpr std::chrono::milliseconds kEventInterval{40};
 
 /// How long ReadAhead waits at its end for busy worker threads before it abandons them. No window
 /// events are processed meanwhile.
-inline constexpr std::chrono::milliseconds kLeaveAfter{80};
+inline constexpr std::chrono::milliseconds kAbandonAfter{80};
 
 /// State shared by the caller and the worker threads of a ReadAhead. It outlives the call when
 /// worker threads are abandoned.
 template <typename Question, typename Answer>
-class QuestionsAhead {
+class ReadAheadState {
  public:
   using Clock = std::chrono::steady_clock;
   using Put = std::function<Answer(const Question&)>;
@@ -45,19 +45,19 @@ class QuestionsAhead {
   /// A batch of questions for one worker thread.
   struct Run {
     std::vector<Question> questions;
-    std::vector<Answer> answers;  ///< to the first questions of the batch
-    std::exception_ptr failure;   ///< thrown by the question after the last answer
-    Clock::time_point put_at{};   ///< when the question after the last answer was started
-    bool is_put = false;          ///< a worker thread is working on that question now
+    std::vector<Answer> answers;     ///< to the first questions of the batch
+    std::exception_ptr failure;      ///< thrown by the question after the last answer
+    Clock::time_point started_at{};  ///< when the question after the last answer was started
+    bool is_running = false;         ///< a worker thread is working on that question now
     /// Number of the worker thread of this run; incremented when that thread is abandoned.
     unsigned thread = 0;
     bool IsDone() const { return failure || answers.size() == questions.size(); }
   };
 
-  QuestionsAhead(Put put, std::size_t ahead) : put_(std::move(put)), runs_(ahead) {}
+  ReadAheadState(Put put, std::size_t ahead) : put_(std::move(put)), runs_(ahead) {}
 
   /// Starts one more worker thread. \returns false when the system cannot create a thread
-  static bool StartThread(const std::shared_ptr<QuestionsAhead>& shared) {
+  static bool StartThread(const std::shared_ptr<ReadAheadState>& shared) {
     {
       const std::lock_guard lock(shared->mutex_);
       ++shared->threads_;
@@ -78,13 +78,13 @@ class QuestionsAhead {
     const unsigned own = run.thread;
     while (!stop_ && !run.IsDone()) {
       const Question question = std::move(run.questions[run.answers.size()]);
-      run.put_at = Clock::now();
-      run.is_put = true;
+      run.started_at = Clock::now();
+      run.is_running = true;
       lock.unlock();
       Result result = PutOne(question);
       lock.lock();
       if (run.thread != own) return;
-      run.is_put = false;
+      run.is_running = false;
       if (result.failure)
         run.failure = result.failure;
       else
@@ -157,7 +157,7 @@ void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& 
                const Consume& consume, const WhileWaiting& waiting, const Instead& instead) {
   using Question = std::decay_t<decltype(ask(std::size_t{0}))>;
   using Answer = std::decay_t<decltype(answer(std::declval<const Question&>()))>;
-  using Shared = QuestionsAhead<Question, Answer>;
+  using Shared = ReadAheadState<Question, Answer>;
   const std::size_t runs = (count + run - 1) / run;
   if (count == 0) return;
   if (runs < 2 && !waiting) {
@@ -171,15 +171,15 @@ void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& 
   std::size_t started = 0;
   while (started < threads && Shared::StartThread(shared)) ++started;
 
-  // Stops the worker threads, and abandons those that are still busy after kLeaveAfter.
+  // Stops the worker threads, and abandons those that are still busy after kAbandonAfter.
   const auto end = [&shared] {
     std::unique_lock lock(shared->mutex_);
     shared->stop_ = true;
     shared->changed_.notify_all();
     const auto ended = [&shared] { return shared->threads_ == 0; };
-    if (shared->changed_.wait_for(lock, kLeaveAfter, ended)) return;
+    if (shared->changed_.wait_for(lock, kAbandonAfter, ended)) return;
     for (auto& other : shared->runs_) {
-      if (!other.is_put) continue;
+      if (!other.is_running) continue;
       ++other.thread;
       --shared->threads_;
     }
@@ -216,16 +216,17 @@ void ReadAhead(std::size_t count, std::size_t run, const Ask& ask, const Reply& 
       if (shared->changed_.wait_for(lock, kEventInterval, [&] { return slot.IsDone(); })) break;
       if (slot.answers.size() > used) break;
       const std::size_t done = slot.answers.size();
-      const auto waited = slot.is_put ? std::chrono::duration_cast<std::chrono::milliseconds>(
-                                            Shared::Clock::now() - slot.put_at)
-                                      : std::chrono::milliseconds(0);
+      const auto waited = slot.is_running ? std::chrono::duration_cast<std::chrono::milliseconds>(
+                                                Shared::Clock::now() - slot.started_at)
+                                          : std::chrono::milliseconds(0);
       lock.unlock();
       const WaitDecision decision = waiting(number * run + done, waited);
       lock.lock();
-      if (decision == WaitDecision::kWait || !slot.is_put || slot.answers.size() != done) continue;
+      if (decision == WaitDecision::kWait || !slot.is_running || slot.answers.size() != done)
+        continue;
       // Abandon the worker thread and start another one in its place.
       ++slot.thread;
-      slot.is_put = false;
+      slot.is_running = false;
       --shared->threads_;
       slot.answers.push_back(instead(number * run + done));
       if (!slot.IsDone()) shared->waiting_.push_front(number % ahead);

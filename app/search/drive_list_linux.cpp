@@ -85,7 +85,7 @@ class MountedDrives : public DriveList {
 
   int TypeOf(const std::string& root) const override {
     const int type = ListedTypeOf(root);
-    return AnswersAtOnce(type) && !FolderExists(root) ? kNoDrive : type;
+    return RespondsImmediately(type) && !FolderExists(root) ? kNoDrive : type;
   }
 
   int ListedTypeOf(const std::string& root) const override {

@@ -49,10 +49,10 @@ void FileSearch::Report(std::string_view status) {
 bool FileSearch::PauseAndTestForCancel() {
   if (progress_ != nullptr)
     for (int k = 1; k < kYieldLimit; ++k) progress_->Yield();
-  return TakeCancel();
+  return ConsumeCancel();
 }
 
-bool FileSearch::TakeCancel() {
+bool FileSearch::ConsumeCancel() {
   if (!tallow_.SearchCancelled) return false;
   tallow_.SearchCancelled = false;
   return true;
@@ -65,7 +65,7 @@ std::optional<Answer> FileSearch::AskInBackground(std::function<Answer()> ask,
   Reply result;
   const auto waiting = [this, &place](std::size_t, std::chrono::milliseconds waited) {
     progress_->VisitFolder({});
-    was_stopped_ = tallow_.SearchCancelled || tallow_.is_ending;
+    was_stopped_ = tallow_.SearchCancelled || tallow_.is_shutting_down;
     if (was_stopped_) throw Stopped();
     if (place.empty() || waited < kSlowAfter) return WaitDecision::kWait;
     if (IsSplashLoaded()) Report(WaitingLine(place));
@@ -124,7 +124,7 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
         },
         linked_[k]);
     if (was_stopped_) return EndStopped();
-    if (!target) RememberSilent(linked_[k]);
+    if (!target) RememberUnresponsive(linked_[k]);
     if (!target || !target->identity || visited_.contains(*target->identity)) continue;
     if (!drives_.MayFollow(linked_[k])) continue;
     // The target may be a whole disk, so its search is announced and can be cancelled like a
@@ -143,7 +143,7 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
   return true;
 }
 
-void FileSearch::RememberSilent(const std::string& place) {
+void FileSearch::RememberUnresponsive(const std::string& place) {
   tallow_.library.RememberUnread(EnsureTrailingBackslash(place), true, std::string(kDoesNotAnswer));
 }
 
@@ -152,12 +152,12 @@ bool FileSearch::IsSearchedAndAnswers(const std::string& root, bool for_songs) {
   if (!IsSearched(DescribeDriveType(drives_.ListedTypeOf(root), root))) return false;
   const bool answers =
       AskInBackground<bool>([root] { return FolderExists(root), true; }, root).has_value();
-  if (!answers && !was_stopped_ && for_songs) RememberSilent(root);
+  if (!answers && !was_stopped_ && for_songs) RememberUnresponsive(root);
   return answers && IsSearched(DescribeDriveType(drives_.TypeOf(root), root));
 }
 
 bool FileSearch::EndStopped() {
-  TakeCancel();
+  ConsumeCancel();
   return false;
 }
 
@@ -222,7 +222,7 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   if (IsSplashLoaded())
     go_on = [this] {
       progress_->VisitFolder({});
-      was_stopped_ = tallow_.SearchCancelled || tallow_.is_ending;
+      was_stopped_ = tallow_.SearchCancelled || tallow_.is_shutting_down;
       return !was_stopped_;
     };
   const auto enter = [&](std::shared_ptr<TreeFolder> folder) {
@@ -246,7 +246,7 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
     Level& level = levels.back();
     if (level.next < level.folder->subfolders.size()) {
       // A cancel during the last folder of the last drive stops the next search.
-      was_stopped_ = tallow_.is_ending || tallow_.SearchCancelled;
+      was_stopped_ = tallow_.is_shutting_down || tallow_.SearchCancelled;
       if (was_stopped_) break;
       std::shared_ptr<TreeFolder> subfolder = std::move(level.folder->subfolders[level.next++]);
       request.Folder = subfolder->path.substr(0, subfolder->path.size() - 1);

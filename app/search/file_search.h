@@ -67,7 +67,7 @@ class FileSearch {
   /// Skips folders that cannot be read, folders that were visited before, and snapshots. Does not
   /// enter mount points, which have their own walk. Collects links to folders and junctions, which
   /// SearchDrivesForMp3s enters at its end. A cancel (SearchCancelled) and the end of the program
-  /// (is_ending) stop the walk before the next folder.
+  /// (is_shutting_down) stop the walk before the next folder.
   ///
   /// \returns the total size of the matching files in bytes
   double WalkFolderTree(FileSearchRequest& request);
@@ -90,7 +90,7 @@ class FileSearch {
   void Report(std::string_view status);
   bool PauseAndTestForCancel();
   /// Whether the search was cancelled; resets the flag.
-  bool TakeCancel();
+  bool ConsumeCancel();
   /// Runs a file system query on another thread and waits for the result.
   ///
   /// \param place path that the query accesses, given up when it does not respond for kMaxWait;
@@ -100,7 +100,7 @@ class FileSearch {
   std::optional<Answer> AskInBackground(std::function<Answer()> ask, const std::string& place = {});
   bool IsSearchedAndAnswers(const std::string& root, bool for_songs);
   /// Records a drive or link that was given up, so that the next start tries it again.
-  void RememberSilent(const std::string& place);
+  void RememberUnresponsive(const std::string& place);
   bool EndStopped();
   std::int64_t AddListedFiles(FileSearchRequest& request, const std::string& folder,
                               const FolderListing& listing);

@@ -119,7 +119,7 @@ TEST_F(FileSearchTest, TheEndOfTheProgramStopsTheSearch) {
   music.File("c/a/a.mp3");
   music.File("c/b/b.mp3");
   music.File("d/c.mp3");
-  progress.on_song = [this] { tallow.SearchCancelled = tallow.is_ending = true; };
+  progress.on_song = [this] { tallow.SearchCancelled = tallow.is_shutting_down = true; };
   Search(TestDrives({{music / "c/"}, {music / "d/"}}));
   EXPECT_EQ(library.UBoundOfMp3Array(), 1);
 }

@@ -53,7 +53,7 @@ class FolderReader::Shared {
     stop_ = true;
     work_.notify_all();
     // A thread that still waits for a disk accesses nothing but this object when the disk responds.
-    ended_.wait_for(lock, kLeaveAfter, [this] { return threads_ == 0; });
+    ended_.wait_for(lock, kAbandonAfter, [this] { return threads_ == 0; });
   }
 
   void Work() {
@@ -122,11 +122,11 @@ class FolderReader::Shared {
     if (folder->state_ == TreeFolder::State::kWaiting) {
       wanted_ = folder;
       work_.notify_one();
-      if (threads_ == 0) ReadBeside(self, folder, lock);
+      if (threads_ == 0) ReadOnNewThread(self, folder, lock);
     }
     while (!done_.wait_for(lock, kEventInterval, is_done)) {
       // All worker threads are waiting for a disk.
-      if (folder->state_ == TreeFolder::State::kWaiting) ReadBeside(self, folder, lock);
+      if (folder->state_ == TreeFolder::State::kWaiting) ReadOnNewThread(self, folder, lock);
       lock.unlock();
       const bool go_on = process_events();
       lock.lock();
@@ -136,8 +136,8 @@ class FolderReader::Shared {
     return is_done();
   }
 
-  void ReadBeside(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
-                  std::unique_lock<std::mutex>& lock) {
+  void ReadOnNewThread(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
+                       std::unique_lock<std::mutex>& lock) {
     folder->state_ = TreeFolder::State::kReading;
     lock.unlock();
     const auto read = [self, folder] {

@@ -148,7 +148,7 @@ MountedVolumes VolumesOf(const std::vector<Mount>& table,
   return volumes;
 }
 
-bool AnswersAtOnce(int drive_type) noexcept {
+bool RespondsImmediately(int drive_type) noexcept {
   return drive_type != kRemoteDrive && drive_type != kUnknownDrive;
 }
 
@@ -157,7 +157,7 @@ std::vector<Mount> DrivesOf(const std::vector<Mount>& table,
   std::vector<Mount> drives;
   for (const Mount& mount : table)
     if (!IsPseudoFileSystem(mount.type) &&
-        (!AnswersAtOnce(TypeOfMount(mount, {.exists = mount.source.starts_with('/')})) ||
+        (!RespondsImmediately(TypeOfMount(mount, {.exists = mount.source.starts_with('/')})) ||
          is_folder(mount.point)))
       drives.push_back(mount);
   std::sort(drives.begin(), drives.end(),

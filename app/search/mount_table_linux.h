@@ -57,6 +57,6 @@ MountedVolumes VolumesOf(const std::vector<Mount>& table,
                          const std::function<std::string(const Mount&)>& uuid_of);
 
 /// Whether a check for the root of a drive of this type returns at once.
-bool AnswersAtOnce(int drive_type) noexcept;
+bool RespondsImmediately(int drive_type) noexcept;
 
 }  // namespace tallow

@@ -14,12 +14,12 @@ namespace tallow {
 namespace {
 
 /// Suppresses the system's dialog that asks for a medium in an empty drive.
-class NoQuestions {
+class SuppressErrorDialogs {
  public:
-  NoQuestions() noexcept { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before_); }
-  NoQuestions(const NoQuestions&) = delete;
-  NoQuestions& operator=(const NoQuestions&) = delete;
-  ~NoQuestions() { SetThreadErrorMode(before_, nullptr); }
+  SuppressErrorDialogs() noexcept { SetThreadErrorMode(SEM_FAILCRITICALERRORS, &before_); }
+  SuppressErrorDialogs(const SuppressErrorDialogs&) = delete;
+  SuppressErrorDialogs& operator=(const SuppressErrorDialogs&) = delete;
+  ~SuppressErrorDialogs() { SetThreadErrorMode(before_, nullptr); }
 
  private:
   DWORD before_ = 0;
@@ -65,7 +65,7 @@ bool IsThere(const std::wstring& root) {
 }  // namespace
 
 MountedVolumes SystemVolumes() {
-  const NoQuestions no_questions;
+  const SuppressErrorDialogs no_questions;
   MountedVolumes volumes;
   const DWORD letters = GetLogicalDrives();
   for (int k = 0; k < 26; ++k) {

@@ -29,8 +29,8 @@ constexpr std::string_view kWrittenOut{"\0\n", 2};
 PlayerRequests::PlayerRequests(SongPlayer& player, std::function<void()> close)
     : player_(player), close_(std::move(close)) {}
 
-bool PlayerRequests::CarryOut(const PlayerRequestHead& head, const std::string& payload,
-                              const std::function<void(PlayerAnswer)>& answer) {
+bool PlayerRequests::Execute(const PlayerRequestHead& head, const std::string& payload,
+                             const std::function<void(PlayerAnswer)>& answer) {
   switch (head.message) {
     case kWmCommand:
       if (!Command(head)) return false;

@@ -20,8 +20,8 @@ class PlayerRequests {
   /// \param answer called with the answer: at once, or later for a track length that is not known
   ///               yet
   /// \returns false for an unknown or invalid message; nothing has changed in that case
-  bool CarryOut(const PlayerRequestHead& head, const std::string& payload,
-                const std::function<void(PlayerAnswer)>& answer);
+  bool Execute(const PlayerRequestHead& head, const std::string& payload,
+               const std::function<void(PlayerAnswer)>& answer);
 
  private:
   bool Command(const PlayerRequestHead& head);

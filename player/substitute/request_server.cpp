@@ -68,7 +68,7 @@ int RequestServer::AcceptOne() const noexcept {
 
 bool RequestServer::MakeRoom() {
   if (!connections_.empty())
-    DropTheQuietest();
+    CloseLongestIdle();
   else if (spare_)
     spare_.reset();
   else
@@ -102,7 +102,7 @@ void RequestServer::Accept() {
   if (descriptor < 0) return;
   auto connection = std::make_unique<Connection>(*this, ++last_number_, descriptor);
   if (!PeerIsSameUser(descriptor)) return;
-  if (connections_.size() >= max_connections_) DropTheQuietest();
+  if (connections_.size() >= max_connections_) CloseLongestIdle();
   sd_event_source* source = nullptr;
   const int added = sd_event_add_io(
       loop_, &source, descriptor, EPOLLIN,
@@ -117,7 +117,7 @@ void RequestServer::Accept() {
   connections_.emplace(last_number_, std::move(connection));
 }
 
-void RequestServer::DropTheQuietest() {
+void RequestServer::CloseLongestIdle() {
   // min_element returns the first minimum, so the oldest of the connections without a request.
   const auto quietest = std::min_element(
       connections_.begin(), connections_.end(),
@@ -128,7 +128,7 @@ void RequestServer::DropTheQuietest() {
 void RequestServer::Ready(Connection& connection) {
   // While a request is being executed, the only event is the end of the connection.
   if (connection.busy || !Receive(connection)) return Close(connection.number);
-  if (connection.filled == sizeof connection.head + connection.head.payload) CarryOut(connection);
+  if (connection.filled == sizeof connection.head + connection.head.payload) Execute(connection);
 }
 
 bool RequestServer::Receive(Connection& connection) {
@@ -150,7 +150,7 @@ bool RequestServer::Receive(Connection& connection) {
   return true;
 }
 
-void RequestServer::CarryOut(Connection& connection) {
+void RequestServer::Execute(Connection& connection) {
   const std::uint64_t number = connection.number;
   connection.filled = 0;
   connection.busy = true;

@@ -66,10 +66,10 @@ class RequestServer {
   int AcceptOne() const noexcept;
   bool MakeRoom();
   void AcceptLater();
-  void DropTheQuietest();
+  void CloseLongestIdle();
   void Ready(Connection& connection);
   bool Receive(Connection& connection);
-  void CarryOut(Connection& connection);
+  void Execute(Connection& connection);
   void GiveAnswer(std::uint64_t number, PlayerAnswer answer);
   void Close(std::uint64_t number) { connections_.erase(number); }
 

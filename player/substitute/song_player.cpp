@@ -66,13 +66,13 @@ void SongPlayer::ShowTrack() {
 
 void SongPlayer::BeginTrack(Opening opening) {
   opening_ = opening;
-  fading_ = false;
+  draining_ = false;
   failed_ = false;
   position_ = 0;
   seek_ = 0;
   seek_restarts_ = false;
   seek_waits_ = false;
-  sought_ = 0;
+  seek_target_ = 0;
   ShowTrack();
 }
 
@@ -88,7 +88,7 @@ void SongPlayer::StartTrack(std::size_t index, bool paused) {
   Changed(PlayerChange::kTrack);
 }
 
-void SongPlayer::FeedFollowing() {
+void SongPlayer::QueueFollowing() {
   if (playing_.number == kNoEntry) return;
   while (!stop_after_current_ && following_.size() < kMaxFollowing &&
          current_ + 1 + following_.size() < list_.size()) {
@@ -104,7 +104,7 @@ void SongPlayer::EndTrack(bool list_ran_out_on_error) {
   playing_ = {};
   following_.clear();
   opening_ = Opening::kWaits;
-  fading_ = false;
+  draining_ = false;
   stop_after_current_ = false;
   ran_out_ = list_ran_out_on_error;
   ShowTrack();
@@ -131,7 +131,7 @@ void SongPlayer::Resume() {
 void SongPlayer::TogglePause() {
   if (status_ == kPaused) return Resume();
   if (status_ != kPlaying) return;
-  if (fading_) return StartAgainAt(Position(), true);
+  if (draining_) return StartAgainAt(Position(), true);
   engine_.Pause(true);
   SetStatus(kPaused);
 }
@@ -196,7 +196,7 @@ bool SongPlayer::Add(std::string path) {
   if (ran_out_)
     StartTrack(list_.size() - 1, false);
   else
-    FeedFollowing();
+    QueueFollowing();
   Changed(PlayerChange::kList);
   return true;
 }
@@ -205,12 +205,12 @@ bool SongPlayer::Seek(std::int64_t ms) {
   if (status_ == kStopped) return false;
   const double target = static_cast<double>(ms) / 1000;
   if (ms < 0 || (track_.length && target > *track_.length)) return false;
-  if (fading_) {
+  if (draining_) {
     // mpv has finished the track, so load it again.
     StartAgainAt(ms, status_ == kPaused);
     return true;
   }
-  position_ = sought_ = target;
+  position_ = seek_target_ = target;
   // Before the track is open, mpv cannot seek.
   seek_waits_ = !IsOpen();
   if (!seek_waits_) SendSeek();
@@ -231,7 +231,7 @@ void SongPlayer::SetBalance(std::int32_t balance) {
 std::int64_t SongPlayer::Position() const noexcept {
   if (status_ == kStopped) return -1;
   double position = position_;
-  if (fading_ && track_.length) {
+  if (draining_ && track_.length) {
     // mpv does not report the position any more.
     const std::chrono::duration<double> since = Clock::now() - fades_since_;
     position = std::min(position + since.count(), *track_.length);
@@ -290,7 +290,7 @@ void SongPlayer::TakeEvent(const mpv_event& event) {
       if (event.error >= 0) TakeProperty(*static_cast<mpv_event_property*>(event.data));
       if (event.event_id == MPV_EVENT_GET_PROPERTY_REPLY &&
           event.reply_userdata == SoundEngine::kLengthReply && IsOpen())
-        LengthTold();
+        OnLength();
       return;
     case MPV_EVENT_QUEUE_OVERFLOW:
       // Events were lost, so the state is unknown.
@@ -317,7 +317,7 @@ void SongPlayer::TakeReply(const mpv_event& event) {
   if (event.error >= 0) entry->number = NumberOfEntry(event);
   if (entry != &playing_) return;
   if (playing_.number == kNoEntry) return EndTrack(false);
-  FeedFollowing();
+  QueueFollowing();
 }
 
 void SongPlayer::TrackBegins(std::int64_t entry) {
@@ -336,7 +336,7 @@ void SongPlayer::TrackBegins(std::int64_t entry) {
   following_.pop_front();
   ++current_;
   BeginTrack(Opening::kUnderWay);
-  FeedFollowing();
+  QueueFollowing();
   Changed(PlayerChange::kTrack);
 }
 
@@ -345,12 +345,12 @@ void SongPlayer::TrackOpened() {
   engine_.AskForTrack();
 }
 
-void SongPlayer::LengthTold() {
+void SongPlayer::OnLength() {
   TellLength();
   if (!std::exchange(seek_waits_, false)) return;
   // A deferred seek past the end of the track is dropped.
   if (!track_.length || position_ <= *track_.length) return SendSeek();
-  position_ = sought_ = 0;
+  position_ = seek_target_ = 0;
   Changed(PlayerChange::kSeeked);
 }
 
@@ -364,7 +364,7 @@ void SongPlayer::SendSeek() {
 void SongPlayer::TrackEnded(const mpv_event_end_file& end) {
   if (end.playlist_entry_id != playing_.number) return;
   // A seek to the very end leaves no audio either, but is no failure.
-  const bool failed = end.reason == MPV_END_FILE_REASON_ERROR && !(IsOpen() && sought_ > 0);
+  const bool failed = end.reason == MPV_END_FILE_REASON_ERROR && !(IsOpen() && seek_target_ > 0);
   if (failed)
     std::fprintf(stderr, "tallow-player: %s cannot be played and is left out: %s\n",
                  Printable(list_[current_].path).c_str(), mpv_error_string(end.error));
@@ -372,7 +372,7 @@ void SongPlayer::TrackEnded(const mpv_event_end_file& end) {
   if (!following_.empty() && following_.front().number != kNoEntry) return;
   if (!stop_after_current_ && HasNext()) return StartTrack(current_ + 1, status_ == kPaused);
   // The device still plays the last audio of the track.
-  fading_ = true;
+  draining_ = true;
   fades_since_ = Clock::now();
   failed_ = failed;
 }
@@ -392,8 +392,8 @@ void SongPlayer::FinishList(bool ran_out) {
 void SongPlayer::TakeProperty(const mpv_event_property& property) {
   const std::string_view name = property.name;
   if (name == "time-pos" && property.format == MPV_FORMAT_DOUBLE) {
-    if (IsOpen() && !fading_ && seek_ == 0 && !seek_waits_ && !seek_restarts_)
-      PositionTold(*static_cast<double*>(property.data));
+    if (IsOpen() && !draining_ && seek_ == 0 && !seek_waits_ && !seek_restarts_)
+      OnPosition(*static_cast<double*>(property.data));
   } else if (name == "duration" && property.format == MPV_FORMAT_DOUBLE) {
     if (!IsOpen()) return;
     track_.length = *static_cast<double*>(property.data);
@@ -403,14 +403,14 @@ void SongPlayer::TakeProperty(const mpv_event_property& property) {
   }
 }
 
-void SongPlayer::PositionTold(double position) {
+void SongPlayer::OnPosition(double position) {
   // Right after a seek, mpv's position accounts for audio that the device has buffered but not
   // played. While paused, the position therefore stays slightly before the target.
   constexpr double kMaxBefore = 0.5;
-  const bool just_before = position < sought_ && position > sought_ - kMaxBefore;
+  const bool just_before = position < seek_target_ && position > seek_target_ - kMaxBefore;
   // While paused the position cannot move back. Such a report was made before the seek.
-  if (status_ == kPaused && position <= sought_ - kMaxBefore) return;
-  position_ = just_before ? sought_ : position;
+  if (status_ == kPaused && position <= seek_target_ - kMaxBefore) return;
+  position_ = just_before ? seek_target_ : position;
 }
 
 void SongPlayer::TakeTags(const mpv_node& tags) {

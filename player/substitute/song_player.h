@@ -104,7 +104,7 @@ class SongPlayer {
   void BeginTrack(Opening opening);
   void StartTrack(std::size_t index, bool paused);
   void StartAgainAt(std::int64_t ms, bool paused);
-  void FeedFollowing();
+  void QueueFollowing();
   void TrackBegins(std::int64_t entry);
   void EndTrack(bool list_ran_out_on_error);
   void SetStatus(PlayerStatus status);
@@ -115,13 +115,13 @@ class SongPlayer {
   void TakeEvent(const mpv_event& event);
   void TakeReply(const mpv_event& event);
   void TrackOpened();
-  void LengthTold();
+  void OnLength();
   void SendSeek();
   void TrackEnded(const mpv_event_end_file& end);
   void SoundEnded();
   void FinishList(bool ran_out);
   void TakeProperty(const mpv_event_property& property);
-  void PositionTold(double position);
+  void OnPosition(double position);
   void TakeTags(const mpv_node& tags);
 
   sd_event* loop_;
@@ -159,11 +159,11 @@ class SongPlayer {
   Entry playing_;
   std::deque<Entry> following_;  ///< the tracks after the current one, in order
   Opening opening_ = Opening::kWaits;
-  bool fading_ = false;  ///< the track has ended, but the device still plays its last audio
+  bool draining_ = false;  ///< the track has ended, but the device still plays its last audio
   Clock::time_point fades_since_;
   bool failed_ = false;         ///< the track that has ended could not be played
   double position_ = 0;         ///< in s
-  double sought_ = 0;           ///< target of the last seek in this track, in s
+  double seek_target_ = 0;      ///< target of the last seek in this track, in s
   std::uint64_t seek_ = 0;      ///< reply number of the last seek in progress; 0 for none
   bool seek_waits_ = false;     ///< a seek is deferred until the track is open
   bool seek_restarts_ = false;  ///< the seek was replied to, but playback has not restarted yet

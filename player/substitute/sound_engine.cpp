@@ -55,7 +55,7 @@ constexpr Option kOptions[] = {
 };
 
 /// Parts of mpv's user interface, each of which starts a thread. Not every version of mpv has all.
-constexpr const char* kNeedless[] = {
+constexpr const char* kDisabledScripts[] = {
     "osc",         "load-stats-overlay", "load-osd-console", "load-console", "load-auto-profiles",
     "load-select", "load-positioning"};
 
@@ -95,7 +95,7 @@ SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output,
     : wake_up_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), mpv_(mpv_create()), take_(std::move(take)) {
   if (!mpv_ || !wake_up_) throw std::runtime_error("libmpv does not start");
   for (const Option& option : kOptions) SetOption(mpv_.get(), option.name, option.value);
-  for (const char* const name : kNeedless) mpv_set_option_string(mpv_.get(), name, "no");
+  for (const char* const name : kDisabledScripts) mpv_set_option_string(mpv_.get(), name, "no");
   SetOption(mpv_.get(), "af", BalanceFilter(0).c_str());
   if (!output.file.empty()) {
     RequireWritable(output.file);

@@ -173,7 +173,7 @@ int Run(const Options& options) {
       [&](const PlayerRequestHead& head, const std::string& payload,
           const RequestServer::Answer& answer) {
         if (log) std::fprintf(log.get(), "%s\n", DescribeRequest(head, payload).c_str());
-        return requests.CarryOut(head, payload, answer);
+        return requests.Execute(head, payload, answer);
       });
   mpris = std::make_unique<Mpris>(raw_loop, player, close);
   player.OnChange([&](PlayerChange change) { mpris->Changed(change); });

@@ -6,9 +6,9 @@
 #include <stdexcept>
 #include <thread>
 
+#include "app/add_files.h"
 #include "app/jukebox_documents.h"
 #include "app/new_songs.h"
-#include "app/take_files.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/ranking.h"
 #include "library/library_companion.h"
@@ -46,7 +46,7 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
   }
   Jukebox& NewJukebox() override { return program_.user.NewJukebox(); }
   void ShowJukebox(Jukebox& /*jukebox*/) override {}
-  void DropJukebox(Jukebox& /*jukebox*/) override {}
+  void DiscardJukebox(Jukebox& /*jukebox*/) override {}
   std::optional<std::string> AskForFileToOpen(const std::string& /*folder*/) override {
     return chosen;
   }
@@ -324,9 +324,9 @@ std::vector<Scenario> AllScenarios() {
                    return Texts{};
                  },
                  PutBack});
-  for (const NewSongsPlace place : {NewSongsPlace::kUsualFolders, NewSongsPlace::kWholeComputer})
+  for (const NewSongsPlace place : {NewSongsPlace::kKnownFolders, NewSongsPlace::kWholeComputer})
     all.push_back(
-        {place == NewSongsPlace::kUsualFolders ? "bringing in new songs" : "searching the computer",
+        {place == NewSongsPlace::kKnownFolders ? "bringing in new songs" : "searching the computer",
          MakeCollection,
          [place](const World& world, const std::function<void()>& from_here) {
            const auto program = Started(world);
@@ -352,7 +352,7 @@ std::vector<Scenario> AllScenarios() {
                    const auto program = Started(world);
                    const Texts files{world.root() + "drop/x.mp3", world.root() + "drop/y.mp3"};
                    from_here();
-                   return TakeFiles(files, program->tallow.library).problems;
+                   return AddFiles(files, program->tallow.library).problems;
                  },
                  PutBack});
   all.push_back({"sizes of songs",

@@ -196,9 +196,9 @@ bool CarefulUser::Ask(const std::string& text) {
   return agrees;
 }
 
-std::optional<bool> CarefulUser::AskUnlessLeft(const std::string& text) {
+std::optional<bool> CarefulUser::AskDismissable(const std::string& text) {
   if (text.starts_with(kRecover)) return true;
-  RecordedWindows::AskUnlessLeft(text);
+  RecordedWindows::AskDismissable(text);
   return agrees ? std::optional(true) : std::nullopt;
 }
 

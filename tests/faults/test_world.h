@@ -71,7 +71,7 @@ class World {
 class CarefulUser : public RecordedWindows {
  public:
   bool Ask(const std::string& text) override;
-  std::optional<bool> AskUnlessLeft(const std::string& text) override;
+  std::optional<bool> AskDismissable(const std::string& text) override;
   std::optional<std::size_t> Choose(const std::string& text,
                                     const std::vector<std::string>& of) override;
 

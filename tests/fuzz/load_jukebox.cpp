@@ -68,19 +68,19 @@ void Run(World& world, const std::uint8_t* data, std::size_t size) {
   Jukebox jukebox;
   jukebox.Caption("BEFORE");
   Folder& before = jukebox.Nodes().AddChild(nullptr, "before");
-  const std::uint64_t content = ContentOf(jukebox.Nodes());
+  const std::uint64_t content = ContentHash(jukebox.Nodes());
   if (!jukebox.Load(world.path, library)) {
-    Require(!jukebox.FileProblem().empty() && ContentOf(jukebox.Nodes()) == content &&
+    Require(!jukebox.FileProblem().empty() && ContentHash(jukebox.Nodes()) == content &&
             &jukebox.Nodes().ChildAt(0) == &before && jukebox.FilePath().empty());
     return;
   }
   for (std::int32_t k = 0; k < jukebox.Nodes().Children(); ++k)
     RequireLevels(jukebox.Nodes().ChildAt(k), 0);
-  const std::uint64_t loaded = ContentOf(jukebox.Nodes());
+  const std::uint64_t loaded = ContentHash(jukebox.Nodes());
   Require(jukebox.Save(world.path, library));
   Jukebox again;
   Require(again.Load(world.path, library));
-  Require(ContentOf(again.Nodes()) == loaded && again.ColumnHeaders() == jukebox.ColumnHeaders());
+  Require(ContentHash(again.Nodes()) == loaded && again.ColumnHeaders() == jukebox.ColumnHeaders());
   if (jukebox.Nodes().Children() == 0) return;
   std::int64_t changes = 0;
   jukebox.ShowFolder(jukebox.Nodes().ChildAt(0), library, changes);

@@ -103,13 +103,13 @@ void frmFind::FindNext() {
     // SelectSong showed the folder, which pruned the song; continue with the next match.
     if (row < 0) continue;
     has_found_ = true;
-    StandAsideOf(window->PVExplorer1().PlaceOfRow(row));
+    MoveAwayFrom(window->PVExplorer1().PlaceOfRow(row));
     return;
   }
   show_({.text = "Can't find '" + text + "'"});
 }
 
-void frmFind::StandAsideOf(const QRect& row) {
+void frmFind::MoveAwayFrom(const QRect& row) {
   if (!frameGeometry().intersects(row)) return;
   constexpr int kGap = 8;  // pixels
   const QRect space = screen()->availableGeometry();

@@ -42,7 +42,7 @@ class frmFind : public QDialog {
 
  private:
   void FindNext();
-  void StandAsideOf(const QRect& row);
+  void MoveAwayFrom(const QRect& row);
 
   std::function<frmMain*()> active_;
   const clsMain& library_;

@@ -219,7 +219,7 @@ TEST_F(FrmHelp, F1OpensThePageOfTheFocusedWindow) {
   ASSERT_TRUE(opened());
   EXPECT_EQ(help->Page(), "jukebox");
   help->close();
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   help = nullptr;
   Item("mnuHelpp").trigger();
   ASSERT_TRUE(opened());

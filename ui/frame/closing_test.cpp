@@ -40,7 +40,7 @@ class Closing : public FrameTest {
   void CloseWith(frmMain& window, MessageAnswer answer) {
     messages.answer = answer;
     SubOf(window).close();
-    LetClosedWindowsGo();
+    DeleteClosedWindows();
   }
 };
 
@@ -84,7 +84,7 @@ TEST_F(Closing, TheSampleHasAQuestionOfItsOwnAndIsSavedUnderAName) {
   EXPECT_EQ(messages.Take(),
             Texts{"You should save this initial Jukebox to speed up the program.  Do you want to "
                   "save this Jukebox?"});
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   EXPECT_TRUE(frame.OpenJukeboxes().empty());
   EXPECT_TRUE(FileExists(application / "Grouping/first.juk"));
 }
@@ -94,7 +94,7 @@ TEST_F(Closing, ACancelledFileDialogKeepsTheWindowOpen) {
   Item("mnuNew").trigger();
   messages.answer = MessageAnswer::kYes;
   WithFileDialog(Item("mnuClose"), [](QFileDialog& dialog) { dialog.reject(); });
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
   EXPECT_EQ(frame.OpenJukeboxes()[0]->Caption(), kSampleCaption);
 }
@@ -156,7 +156,7 @@ TEST_F(Closing, AFailedSaveWhileTheFrameClosesKeepsAllOpen) {
   CreateFolders(FileOf("TWO") + kSep + "x");
   messages.answer = MessageAnswer::kYes;
   EXPECT_FALSE(frame.close());
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   EXPECT_TRUE(IsSaved("ONE"));
   EXPECT_EQ(frame.OpenJukeboxes(), (std::vector<Jukebox*>{&one.Jukebox(), &two.Jukebox()}));
   EXPECT_TRUE(two.Jukebox().IsFormDirty());
@@ -191,7 +191,7 @@ TEST_F(Closing, APlayerThatHasEndedDoesNotPreventClosing) {
       EXPECT_TRUE(frame.close());
     EXPECT_EQ(messages.Take(), Texts{});
     EXPECT_EQ(link.Take(), Texts{"find"});
-    LetClosedWindowsGo();
+    DeleteClosedWindows();
     EXPECT_EQ(frame.PlayerPanel(), nullptr);
     link.found = 7;
   }
@@ -219,7 +219,7 @@ TEST_F(Closing, CancellingTheSecondQuestionKeepsTheFirstJukeboxOpenToo) {
     messages.answer = ++asked == 1 ? MessageAnswer::kNo : MessageAnswer::kCancel;
   };
   EXPECT_FALSE(frame.close());
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   EXPECT_EQ(frame.OpenJukeboxes(), (std::vector<Jukebox*>{&one.Jukebox(), &two.Jukebox()}));
   EXPECT_TRUE(FileExists(SystemFolder(application.path()) + "Jukebox-1.unsaved"));
   // The first jukebox asks again.
@@ -236,7 +236,7 @@ TEST_F(Closing, WhatIsBeingTypedIsAChangeAndIsSaved) {
   jukebox.FileLocation(application / "Grouping/");
   ASSERT_TRUE(jukebox.Save(FileOf("MIX"), library));
   const auto type = [&](const QString& text) {
-    LetClosedWindowsGo();
+    DeleteClosedWindows();
     window.PVExplorer1().EditText(jukebox.Nodes().ChildAt(0));
     auto* const editor = window.findChild<QTreeView*>()->findChild<QLineEdit*>();
     ASSERT_NE(editor, nullptr);
@@ -277,7 +277,7 @@ TEST_F(Closing, AFileHandedOverDuringTheQuestionKeepsTheProgramOpen) {
   };
   EXPECT_FALSE(frame.close());
   EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to ONE"});
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   EXPECT_TRUE(frame.isVisible());
   EXPECT_TRUE(QTest::qWaitFor([&] {
     const auto open = frame.OpenJukeboxes();

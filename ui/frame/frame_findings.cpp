@@ -41,17 +41,17 @@ void FrameFindings::SaveSizes() {
   if (sizes_->HasFound()) tallow_.library.SaveFacts();
 }
 
-bool FrameFindings::HasAny() const {
+bool FrameFindings::HasFindings() const {
   return !tallow_.library.LeftOut().empty() || !tallow_.library.AwayPlaces().empty() ||
          !tallow_.library.UnreadFoldersNow().empty();
 }
 
-QString FrameFindings::WholeText() const {
+QString FrameFindings::FullText() const {
   return bar_.toolTip().isEmpty() ? bar_.currentMessage() : bar_.toolTip();
 }
 
-bool FrameFindings::HidesText() const {
-  const QString text = WholeText();
+bool FrameFindings::IsTextTruncated() const {
+  const QString text = FullText();
   if (bar_.currentMessage().isEmpty() || text == opened_) return false;
   // Width of the size grip and the bar's frame, in pixels.
   constexpr int kMargin = 24;
@@ -60,13 +60,13 @@ bool FrameFindings::HidesText() const {
 }
 
 void FrameFindings::ShowText() {
-  opened_ = WholeText();
+  opened_ = FullText();
   show_({.text = opened_.toStdString(), .icon = MessageIcon::kInformation});
   Changed();
 }
 
 void FrameFindings::Changed() {
-  bar_.setCursor(HasAny() || HidesText() ? Qt::PointingHandCursor : Qt::ArrowCursor);
+  bar_.setCursor(HasFindings() || IsTextTruncated() ? Qt::PointingHandCursor : Qt::ArrowCursor);
 }
 
 bool FrameFindings::eventFilter(QObject* watched, QEvent* event) {
@@ -74,12 +74,13 @@ bool FrameFindings::eventFilter(QObject* watched, QEvent* event) {
                            event->type() == QEvent::ToolTipChange))
     Changed();
   if (watched == &bar_ && event->type() == QEvent::MouseButtonRelease &&
-      static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton && (HasAny() || HidesText())) {
+      static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton &&
+      (HasFindings() || IsTextTruncated())) {
     // Queued, because the bar must finish handling the click before the modal list opens. A
     // truncated text is shown first; the next click opens the list.
-    QMetaObject::invokeMethod(this,
-                              HidesText() ? &FrameFindings::ShowText : &FrameFindings::ShowList,
-                              Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        this, IsTextTruncated() ? &FrameFindings::ShowText : &FrameFindings::ShowList,
+        Qt::QueuedConnection);
     return true;
   }
   return QObject::eventFilter(watched, event);
@@ -91,7 +92,7 @@ void FrameFindings::ShowList() {
       [this] {
         bar_.showMessage(tr("The songs of the drive were forgotten."));
         bar_.setToolTip({});
-        FollowReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_.clipboard);
+        RenumberReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_.clipboard);
         for (Jukebox* const jukebox : jukeboxes_()) jukebox->ListRefilled(tallow_.library);
       },
       bar_.window());

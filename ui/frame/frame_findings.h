@@ -44,11 +44,11 @@ class FrameFindings : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
-  bool HasAny() const;
+  bool HasFindings() const;
   /// The full text of the status bar, with all lines.
-  QString WholeText() const;
-  /// Whether the bar shows only a part of WholeText() that the user has not opened yet.
-  bool HidesText() const;
+  QString FullText() const;
+  /// Whether the bar shows only a part of FullText() that the user has not opened yet.
+  bool IsTextTruncated() const;
   void ShowText();
   void TakeSizes();
   void SaveSizes();

@@ -144,7 +144,7 @@ TEST_F(FrameMenus, WithOnlyThePanelOpenNodeCommandsDoNothing) {
   Item("mnuPlayAllTheSongInNode").trigger();
   ASSERT_NE(frame.PlayerPanel(), nullptr);
   SubOf(window).close();
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   messages.Take();
   link.Take();
   for (const char* const item :

@@ -50,7 +50,7 @@ bool FrameWork::GoOn(const std::function<std::string()>& line) {
     // The interval starts after the events, so that slow event handlers do not use it up.
     since_events_.start();
   }
-  return !tallow_.SearchCancelled && !tallow_.is_ending;
+  return !tallow_.SearchCancelled && !tallow_.is_shutting_down;
 }
 
 }  // namespace tallow

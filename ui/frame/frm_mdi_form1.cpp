@@ -210,10 +210,10 @@ void frmMDIForm1::EnableFrame(bool enabled) {
 
 void frmMDIForm1::SetFrameEnabled(bool enabled) {
   // A disabled window loses its focus widget.
-  if (!enabled) focus_before_ = focusWidget();
+  if (!enabled) saved_focus_ = focusWidget();
   setEnabled(enabled);
   if (!enabled) return;
-  if (focus_before_ != nullptr && focus_before_->isVisible()) focus_before_->setFocus();
+  if (saved_focus_ != nullptr && saved_focus_->isVisible()) saved_focus_->setFocus();
   FocusJukebox();
 }
 
@@ -233,9 +233,9 @@ void frmMDIForm1::PlayOnPanel() {
   ActivateJukebox();
   if (frmMain* const window = ActiveJukeboxWindow()) window->TakeFocus();
   // A panel without a player is useless, so it is closed.
-  hands_over_ = true;
+  is_handing_over_ = true;
   const bool is_open = PlayerPanel()->Play();
-  hands_over_ = false;
+  is_handing_over_ = false;
   if (!is_open) delete panel_;
   if (std::exchange(panel_is_to_close_, false)) ClosePlayerPanel();
 }
@@ -278,7 +278,7 @@ void frmMDIForm1::OpenPanel() {
   panel_->move(area.bottomRight() - panel_->rect().bottomRight());
 }
 
-void frmMDIForm1::KeepPanelInside(QSize before) {
+void frmMDIForm1::ClampPanelPosition(QSize before) {
   if (!panel_ || panel_->isMinimized()) return;
   const auto place = [](int at, int length, int old_space, int space) {
     // A panel that touched the far edge keeps touching it.
@@ -303,7 +303,7 @@ bool frmMDIForm1::eventFilter(QObject* watched, QEvent* event) {
     return true;
   }
   if (watched == area_->viewport() && event->type() == QEvent::Resize)
-    KeepPanelInside(static_cast<QResizeEvent*>(event)->oldSize());
+    ClampPanelPosition(static_cast<QResizeEvent*>(event)->oldSize());
   return QMainWindow::eventFilter(watched, event);
 }
 
@@ -342,8 +342,8 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
 }
 
 void frmMDIForm1::ClosePlayerPanel() {
-  panel_is_to_close_ = hands_over_;
-  if (panel_ && !hands_over_) panel_->close();
+  panel_is_to_close_ = is_handing_over_;
+  if (panel_ && !is_handing_over_) panel_->close();
 }
 
 }  // namespace tallow

@@ -115,7 +115,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
   void OpenWaitingFiles();
   void ComeToFront();
-  void StepOtherHalf(frmMain& window, EditHistory::Half half, bool back);
+  void UndoOtherHalf(frmMain& window, EditHistory::Half half, bool back);
   /// Calls `act`, which refills the lists of all jukeboxes, and then restores each list's selection
   /// and scroll position.
   void KeepPlaces(const std::function<void()>& act);
@@ -128,9 +128,9 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void ShowHelpPage(const QString& page);
   void NewJukebox();
   bool IsOpenTwice(const Jukebox& jukebox) const;
-  void PlaceInside(QMdiSubWindow& sub, int number) const;
+  void FitInsideArea(QMdiSubWindow& sub, int number) const;
   void RestoreJukeboxes();
-  void LeaveMinimized();
+  void ActivateUnminimizedJukebox();
   void ArrangeJukeboxes(const std::function<void(QMdiArea&)>& arrange);
   void ChangeBackgroundPicture();
   QMdiSubWindow* LastActiveJukebox() const;
@@ -150,7 +150,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void OpenPanel();
   void ActivateJukebox();
   void FocusJukebox();
-  void KeepPanelInside(QSize before);
+  void ClampPanelPosition(QSize before);
 
   Tallow& tallow_;
   ShowMessage show_;
@@ -159,14 +159,14 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   std::function<bool(const std::string& path)> open_help_;
   QMdiArea* area_;
   QPointer<QMdiSubWindow> panel_;  ///< the subwindow of the player panel
-  bool hands_over_ = false;        ///< the panel is handing songs over and must not close
+  bool is_handing_over_ = false;   ///< the panel is handing songs over and must not close
   bool panel_is_to_close_ = false;
   FileMenu* file_menu_ = nullptr;
   QToolBar* toolbar_ = nullptr;
   frmFind* find_ = nullptr;  ///< created when first shown
   FrameFindings* findings_;
   QPointer<frmHelp> help_;
-  QPointer<QWidget> focus_before_;  ///< the focus widget before the frame was disabled
+  QPointer<QWidget> saved_focus_;  ///< the focus widget before the frame was disabled
   std::unique_ptr<frmSearching> searching_;
   std::vector<Jukebox*> open_;
   std::vector<std::string> waiting_files_;  ///< jukebox files that are to be opened

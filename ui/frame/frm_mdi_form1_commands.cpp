@@ -130,7 +130,7 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kCloseWinAmp:
       return CommandPlayer(kClosePlayer);
     case FrameCommand::kNewSongsNormalLocations:
-      return BringIn(NewSongsPlace::kUsualFolders);
+      return BringIn(NewSongsPlace::kKnownFolders);
     case FrameCommand::kNewSongsWholeComputerSearch:
       return BringIn(NewSongsPlace::kWholeComputer);
     case FrameCommand::kFind:
@@ -171,7 +171,7 @@ void frmMDIForm1::BringIn(NewSongsPlace place) {
 void frmMDIForm1::FollowSongs(const std::vector<ReturnedSong>& songs) {
   KeepPlaces([&] {
     const std::vector<Jukebox*> open = OpenJukeboxes();
-    FollowReturnedSongs(songs, open, tallow_.clipboard);
+    RenumberReturnedSongs(songs, open, tallow_.clipboard);
     for (Jukebox* const jukebox : open) jukebox->ListRefilled(tallow_.library);
   });
   findings_->Changed();

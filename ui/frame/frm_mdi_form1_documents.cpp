@@ -54,12 +54,13 @@ bool frmMDIForm1::Documents::SaveJukebox(Jukebox& jukebox, const std::string& pa
 }
 
 bool frmMDIForm1::Documents::LoadJukebox(Jukebox& jukebox, const std::string& path,
-                                         const clsMain& /*library*/, const AskWhichSongs& ask) {
+                                         const clsMain& /*library*/,
+                                         const ResolveConfusedSongs& ask) {
   frmMain* const window = frame_.WindowOf(jukebox);
   return window != nullptr && window->PVExplorer1().Load(path, ask);
 }
 
-void frmMDIForm1::Documents::DropJukebox(Jukebox& jukebox) {
+void frmMDIForm1::Documents::DiscardJukebox(Jukebox& jukebox) {
   if (frmMain* const window = frame_.WindowOf(jukebox)) delete window->parentWidget();
   if (active_before_ != nullptr) frame_.area_->setActiveSubWindow(active_before_);
 }

@@ -23,8 +23,8 @@ class frmMDIForm1::Documents : public DocumentWindows {
   void ShowJukebox(Jukebox& jukebox) override;
   bool SaveJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library) override;
   bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                   const AskWhichSongs& ask) override;
-  void DropJukebox(Jukebox& jukebox) override;
+                   const ResolveConfusedSongs& ask) override;
+  void DiscardJukebox(Jukebox& jukebox) override;
   std::optional<std::string> AskForFileToOpen(const std::string& folder) override;
   std::optional<std::string> AskForFileToSave(const std::string& folder) override;
   std::unique_ptr<LongWork> BeginWork(std::string_view text) override;

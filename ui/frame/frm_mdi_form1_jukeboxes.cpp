@@ -85,7 +85,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
           [this, window, pane = 0](Qt::WindowStates before, Qt::WindowStates now) mutable {
             if (now.testFlag(Qt::WindowMinimized)) {
               if (!before.testFlag(Qt::WindowMinimized)) pane = window->CurrentPaneWFocus();
-              return LeaveMinimized();
+              return ActivateUnminimizedJukebox();
             }
             // A restored window gives the focus to its frame, or to its tree.
             if (before.testFlag(Qt::WindowMinimized))
@@ -110,9 +110,9 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
     area_->setActiveSubWindow(sub);
     return documents_->Save(window->Jukebox());
   });
-  connect(window, &frmMain::HalfStepped, this, [this, window](EditHistory::Half half, bool back) {
-    StepOtherHalf(*window, half, back);
-  });
+  connect(
+      window, &frmMain::LinkedStepDone, this,
+      [this, window](EditHistory::Half half, bool back) { UndoOtherHalf(*window, half, back); });
   connect(window, &frmMain::SongsReturned, this, &frmMDIForm1::FollowSongs);
   connect(window, &frmMain::ChangeBackgroundPicture, this, &frmMDIForm1::ChangeBackgroundPicture);
   connect(window, &frmMain::PlaySongs, this,
@@ -120,7 +120,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   return *window;
 }
 
-void frmMDIForm1::StepOtherHalf(frmMain& window, EditHistory::Half half, bool back) {
+void frmMDIForm1::UndoOtherHalf(frmMain& window, EditHistory::Half half, bool back) {
   using State = EditHistory::HalfState;
   State other_half = State::kForgotten;
   statusBar()->clearMessage();
@@ -153,7 +153,7 @@ void frmMDIForm1::StepOtherHalf(frmMain& window, EditHistory::Half half, bool ba
             : ": the other jukebox has changed since. Go back there first."));
 }
 
-void frmMDIForm1::PlaceInside(QMdiSubWindow& sub, int number) const {
+void frmMDIForm1::FitInsideArea(QMdiSubWindow& sub, int number) const {
   const QRect space = area_->viewport()->rect();
   if (space.contains(sub.geometry())) return;
   const QSize size = kJukeboxSize.boundedTo(space.size() * 4 / 5);
@@ -171,12 +171,12 @@ void frmMDIForm1::RestoreJukeboxes() {
   for (QMdiSubWindow* const sub : area_->subWindowList()) {
     if (qobject_cast<frmMain*>(sub->widget()) == nullptr || sub->isMinimized()) continue;
     if (sub->isMaximized()) sub->showNormal();
-    PlaceInside(*sub, number++);
+    FitInsideArea(*sub, number++);
   }
   if (active != nullptr) area_->setActiveSubWindow(active);
 }
 
-void frmMDIForm1::LeaveMinimized() {
+void frmMDIForm1::ActivateUnminimizedJukebox() {
   // Otherwise commands would change a minimized jukebox, which the user does not see.
   const QList<QMdiSubWindow*> windows = area_->subWindowList(QMdiArea::ActivationHistoryOrder);
   for (auto sub = windows.rbegin(); sub != windows.rend(); ++sub) {

@@ -48,7 +48,7 @@ TEST_F(FrmMdiForm1, AClosedJukeboxIsNoLongerOpen) {
   frame.show();
   frame.ShowJukeboxWindow(window);
   frame.findChild<QMdiArea*>()->closeAllSubWindows();
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   EXPECT_TRUE(frame.OpenJukeboxes().empty());
 }
 
@@ -177,7 +177,7 @@ TEST_F(FrmMdiForm1, ClosingThePanelClosesThePlayerAndTheNextSongsOpenItAnew) {
   link.Take();
   SubOf(*frame.PlayerPanel()).close();
   EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
   EXPECT_EQ(HandOvers(), 1);
@@ -238,7 +238,7 @@ TEST_F(FrmMdiForm1, AJukeboxIsSavedClosedAndOpenedFromTheMenu) {
   EXPECT_TRUE(FileExists(application / "Grouping/mix.juk"));
   EXPECT_EQ(jukebox.windowTitle(), "MIX");
   Item("mnuClose").trigger();
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   ASSERT_TRUE(frame.OpenJukeboxes().empty());
   choose("mnuOpen", QString::fromStdString(application / "Grouping/mix.juk"));
   ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
@@ -249,7 +249,7 @@ TEST_F(FrmMdiForm1, AJukeboxIsSavedClosedAndOpenedFromTheMenu) {
   RemoveFile(application / "Grouping/mix.juk");
   messages.answer = MessageAnswer::kNo;
   Item("mnuClose").trigger();
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to MIX"});
   Item("mnuTheFiles1").trigger();
   EXPECT_EQ(messages.Take().size(), 1U);

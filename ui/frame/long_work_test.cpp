@@ -75,7 +75,7 @@ TEST_F(LongWorkTest, ClosingTheFrameCancelsTheWorkAndKeepsTheFrame) {
 
 TEST_F(LongWorkTest, TheEndOfTheProgramEndsTheWork) {
   const auto work = Begin();
-  tallow.is_ending = true;
+  tallow.is_shutting_down = true;
   EXPECT_FALSE(work->GoOn(Line));
 }
 

@@ -191,7 +191,7 @@ TEST_F(BesideThePanel, CommandsSkipAClosedJukebox) {
 
 TEST_F(BesideThePanel, CloseActsOnThePanel) {
   Item("mnuClose").trigger();
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   EXPECT_EQ(frame.OpenJukeboxes().size(), 2U);
 }

@@ -33,15 +33,15 @@ enum class Carried { kSongs, kFolder };
 
 class PastePlaces : public FrameTest {
  protected:
-  static std::string ContentOf(const Folder& folder) {
+  static std::string ContentHash(const Folder& folder) {
     std::string content = folder.Text() + "(";
     for (const SongEntry& entry : folder.Items()) content += std::to_string(entry.SubItem()) + " ";
-    for (std::int32_t k = 0; k < folder.Children(); ++k) content += ContentOf(folder.ChildAt(k));
+    for (std::int32_t k = 0; k < folder.Children(); ++k) content += ContentHash(folder.ChildAt(k));
     return content + ")";
   }
-  static std::string ContentOf(const FolderTree& tree) {
+  static std::string ContentHash(const FolderTree& tree) {
     std::string content;
-    for (std::int32_t k = 0; k < tree.Children(); ++k) content += ContentOf(tree.ChildAt(k));
+    for (std::int32_t k = 0; k < tree.Children(); ++k) content += ContentHash(tree.ChildAt(k));
     return content;
   }
 
@@ -109,7 +109,7 @@ class PastePlaces : public FrameTest {
         PopUpAndPaste(window, clicked, at);
         break;
     }
-    return ContentOf(window.Jukebox().Nodes());
+    return ContentHash(window.Jukebox().Nodes());
   }
 };
 
@@ -157,7 +157,7 @@ TEST_F(PastePlaces, BesideTheFoldersOtherKeysDoNothingUntilAFolderIsCurrent) {
   QTest::keyClick(focus, Qt::Key_X, Qt::ControlModifier);
   QTest::keyClick(focus, Qt::Key_Delete);
   EXPECT_EQ(messages.Take(), Texts{});
-  EXPECT_EQ(ContentOf(tree), "one(1 )two(1 )");
+  EXPECT_EQ(ContentHash(tree), "one(1 )two(1 )");
   EXPECT_EQ(tallow.clipboard.CopiedFolder(), nullptr);
   // The shown folder stays shown, and after any key that moves through the tree, commands act on
   // folders again.

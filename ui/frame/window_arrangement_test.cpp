@@ -58,7 +58,7 @@ TEST_F(WindowArrangement, TheWindowListShowsTheOpenWindowsWithACheckAtTheActiveO
   Item("WindowList1").trigger();
   EXPECT_EQ(list(), (QStringList{"-", "&1 ONE && A x", "&2 TWO"}));
   SubOf(two).close();
-  LetClosedWindowsGo();
+  DeleteClosedWindows();
   EXPECT_EQ(list(), (QStringList{"-", "&1 ONE && A x"}));
 }
 

@@ -32,7 +32,7 @@ Folder* FolderTreeView::FolderAt(const QPoint& place) const {
   return index.isValid() ? FolderTreeModel::FolderOf(index) : nullptr;
 }
 
-void FolderTreeView::startDrag(Qt::DropActions /*actions*/) { emit DragWanted(); }
+void FolderTreeView::startDrag(Qt::DropActions /*actions*/) { emit DragStarted(); }
 
 void FolderTreeView::dragEnterEvent(QDragEnterEvent* event) {
   hover_.start();
@@ -46,14 +46,14 @@ void FolderTreeView::dragMoveEvent(QDragMoveEvent* event) { DragTo(event); }
 void FolderTreeView::DragTo(QDropEvent* event) {
   pointer_ = event->position().toPoint();
   emit DragsOver(event, FolderAt(pointer_));
-  takes_ = event->isAccepted();
+  accepts_drag_ = event->isAccepted();
   FrameTarget();
 }
 
 void FolderTreeView::FrameTarget() {
   const QModelIndex index = indexAt(pointer_);
-  if (under_ != index) ticks_ = 0;
-  under_ = index;
+  if (hovered_ != index) hover_ticks_ = 0;
+  hovered_ = index;
   viewport()->update();
 }
 
@@ -62,12 +62,12 @@ void FolderTreeView::dragLeaveEvent(QDragLeaveEvent* /*event*/) { EndDrag(); }
 void FolderTreeView::dropEvent(QDropEvent* event) {
   Folder* const folder = FolderAt(event->position().toPoint());
   EndDrag();
-  emit Drops(event, folder);
+  emit Dropped(event, folder);
 }
 
 void FolderTreeView::EndDrag() {
   hover_.stop();
-  under_ = QModelIndex();
+  hovered_ = QModelIndex();
   viewport()->update();
 }
 
@@ -79,11 +79,11 @@ void FolderTreeView::Hover() {
   if (bar.value() != before) {
     // After scrolling, the pointer is over another folder; whether that folder accepts the drag is
     // checked on drop.
-    takes_ = takes_ && indexAt(pointer_).isValid();
+    accepts_drag_ = accepts_drag_ && indexAt(pointer_).isValid();
     FrameTarget();
   }
   // Expands also a folder that rejects the drag, because a subfolder may accept it.
-  if (under_.isValid() && ++ticks_ == kTicksToOpen) expand(under_);
+  if (hovered_.isValid() && ++hover_ticks_ == kTicksToOpen) expand(hovered_);
 }
 
 void FolderTreeView::CommitEditing() {
@@ -102,7 +102,7 @@ QItemSelectionModel::SelectionFlags FolderTreeView::selectionCommand(const QMode
 void FolderTreeView::drawRow(QPainter* painter, const QStyleOptionViewItem& option,
                              const QModelIndex& index) const {
   QTreeView::drawRow(painter, option, index);
-  if (!takes_ || under_ != index) return;
+  if (!accepts_drag_ || hovered_ != index) return;
   painter->save();
   painter->setPen(QPen(palette().color(QPalette::Highlight), 2));
   painter->drawRect(visualRect(index).adjusted(1, 1, -1, -1));

@@ -28,12 +28,12 @@ class FolderTreeView : public QTreeView {
 
  signals:
   /// The user has started to drag the current folder. The receiver runs the drag before it returns.
-  void DragWanted();
+  void DragStarted();
   /// The user drags something over a folder, or drops something on it. The receiver accepts or
   /// ignores the event.
   /// \param folder null in the empty area of the tree
   void DragsOver(QDropEvent* event, tallow::Folder* folder);
-  void Drops(QDropEvent* event, tallow::Folder* folder);
+  void Dropped(QDropEvent* event, tallow::Folder* folder);
 
  protected:
   void startDrag(Qt::DropActions actions) override;
@@ -53,10 +53,10 @@ class FolderTreeView : public QTreeView {
   void Hover();
   void EndDrag();
 
-  QPersistentModelIndex under_;  ///< the row under the pointer during a drag
-  bool takes_ = false;           ///< whether that row accepts the drag; such a row is framed
-  QPoint pointer_;               ///< position of the pointer during a drag
-  int ticks_ = 0;                ///< timer ticks since the pointer entered the row
+  QPersistentModelIndex hovered_;  ///< the row under the pointer during a drag
+  bool accepts_drag_ = false;      ///< whether that row accepts the drag; such a row is framed
+  QPoint pointer_;                 ///< position of the pointer during a drag
+  int hover_ticks_ = 0;            ///< timer ticks since the pointer entered the row
   QTimer hover_;
 };
 

@@ -13,8 +13,8 @@
 #include <QSettings>
 #include <QStyle>
 
+#include "app/add_files.h"
 #include "app/play_commands.h"
-#include "app/take_files.h"
 #include "app/tallow.h"
 #include "jukebox/initial_jukebox.h"
 #include "jukebox/ranking.h"
@@ -100,10 +100,11 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::CommandKey, this,
           [this](int pane, int item) { ActOnPopUpClick(item, pane, FolderOfPane(pane)); });
   connect(explorer_, &PVExplorer::BeforeCut, this, &frmMain::BeforeCut);
-  connect(explorer_, &PVExplorer::FilesDropped, this,
-          [this](const std::vector<std::string>& paths, Folder* to) { TakeFiles(paths, *to); });
+  connect(
+      explorer_, &PVExplorer::FilesDropped, this,
+      [this](const std::vector<std::string>& paths, Folder* to) { AddDroppedFiles(paths, *to); });
   connect(explorer_, &PVExplorer::Problem, this, &frmMain::Problem);
-  connect(explorer_, &PVExplorer::HalfStepped, this, &frmMain::HalfStepped);
+  connect(explorer_, &PVExplorer::LinkedStepDone, this, &frmMain::LinkedStepDone);
   connect(explorer_, &QSplitter::splitterMoved, this,
           [this] { QSettings().setValue(kSplitterOption, explorer_->saveState()); });
 }
@@ -257,22 +258,22 @@ void frmMain::BeforeCut(BeforeCutEvent& event) {
   show_({.text = std::move(text), .icon = MessageIcon::kInformation});
 }
 
-void frmMain::TakeFiles(const std::vector<std::string>& paths, Folder& to) {
-  TakenFiles taken;
+void frmMain::AddDroppedFiles(const std::vector<std::string>& paths, Folder& to) {
+  AddedFiles taken;
   std::vector<std::string> problems;
   // Restores selection and scroll position after the list was refilled.
   const PVExplorer::Place place = explorer_->CurrentPlace();
   std::unique_ptr<LongWork> work;
   bool is_filed = true;
   try {
-    if (begin_work_) work = begin_work_(kTakingFiles);
-    taken = tallow::TakeFiles(paths, tallow_.library, [&work](std::string_view path) {
+    if (begin_work_) work = begin_work_(kAddingFiles);
+    taken = tallow::AddFiles(paths, tallow_.library, [&work](std::string_view path) {
       return work == nullptr || work->GoOn([&] { return std::string(path); });
     });
     work.reset();
     problems = taken.problems;
     tallow::Jukebox* const own[] = {&jukebox_};
-    FollowReturnedSongs(taken.returned, own, tallow_.clipboard);
+    RenumberReturnedSongs(taken.returned, own, tallow_.clipboard);
     if (!taken.returned.empty() || taken.report.missing > 0) emit SongsReturned(taken.returned);
     if (taken.has_new_songs) {
       if (begin_work_) work = begin_work_(kFilingSongs);
@@ -361,8 +362,8 @@ void frmMain::resizeEvent(QResizeEvent* event) {
   const QSize control(ControlExtent(whole.width(), explorer_->width(), kMoreWidth),
                       ControlExtent(whole.height(), explorer_->height(), kMoreHeight));
   explorer_->resize(control);
-  explorer_->KeepFree(std::max(0, control.width() - width()),
-                      std::max(0, control.height() - height()));
+  explorer_->SetHiddenMargin(std::max(0, control.width() - width()),
+                             std::max(0, control.height() - height()));
 }
 
 }  // namespace tallow

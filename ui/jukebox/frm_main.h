@@ -89,8 +89,8 @@ class frmMain : public QWidget {
   void SongsReturned(const std::vector<tallow::ReturnedSong>& songs);
   /// A command of a pop-up menu is about to run, whether started by the menu, a key or the frame.
   void PopUpClick(int item, int pane);
-  /// See PVExplorer::HalfStepped.
-  void HalfStepped(tallow::EditHistory::Half half, bool back);
+  /// See PVExplorer::LinkedStepDone.
+  void LinkedStepDone(tallow::EditHistory::Half half, bool back);
   /// The user wants to open the dialog for the background picture.
   void ChangeBackgroundPicture();
 
@@ -109,7 +109,7 @@ class frmMain : public QWidget {
   void RankSelectedSongs(int item);
   void DeleteFolder(Folder& node);
   void BeforeCut(BeforeCutEvent& event);
-  void TakeFiles(const std::vector<std::string>& paths, Folder& to);
+  void AddDroppedFiles(const std::vector<std::string>& paths, Folder& to);
   void PlaySong(int row);
   bool MayClose();
   QSize WholeSize() const;

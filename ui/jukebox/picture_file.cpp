@@ -29,7 +29,7 @@ std::string Problem(const std::string& path, const std::string& reason) {
 }  // namespace
 
 std::string ProblemOfPicturePath(const std::string& path) {
-  const FileLook look = LookAtFile(path);
+  const FileStatus look = CheckFile(path);
   if (look.presence == FilePresence::kThere) return {};
   if (FolderExists(path)) return Problem(path, "it is a folder");
   if (look.presence == FilePresence::kUnknown) return Problem(path, look.problem);

@@ -130,7 +130,7 @@ void PVExplorer::SetUpTree() {
           [this](const QModelIndex& current) {
             if (!current.isValid()) return;
             told_ = true;
-            ActBeside(false);
+            SetInEmptyArea(false);
             Folder* const folder = FolderTreeModel::FolderOf(current);
             folders_->SetShown(folder);
             emit NodeClick(folder);
@@ -152,7 +152,7 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
         tree_->setEditTriggers(came_by_click_ ? kRenameByKey : kRenameByKeyOrClick);
         came_by_click_ = false;
         const auto& click = *static_cast<QMouseEvent*>(event);
-        ActBeside(tree_->FolderAt(click.position().toPoint()) == nullptr);
+        SetInEmptyArea(tree_->FolderAt(click.position().toPoint()) == nullptr);
       }
       break;
     case QEvent::MouseButtonDblClick:
@@ -175,10 +175,10 @@ bool PVExplorer::eventFilter(QObject* watched, QEvent* event) {
       // Qt sends FocusIn before the mouse press that causes it.
       if (watched == tree_)
         came_by_click_ = static_cast<QFocusEvent*>(event)->reason() == Qt::MouseFocusReason;
-      // When a menu closes or the window is activated, the tree only regains the focus, and beside_
+      // When a menu closes or the window is activated, the tree only regains the focus, and in_empty_area_
       // is kept.
       if (watched == list_ || (watched == tree_ && IsByKey(*static_cast<QFocusEvent*>(event))))
-        ActBeside(false);
+        SetInEmptyArea(false);
       [[fallthrough]];
     case QEvent::FocusOut:
       // Queued, because the view must handle the focus event first.
@@ -221,7 +221,7 @@ bool PVExplorer::KeyPressed(const QKeyEvent& key, bool in_list) {
     MenuAtSelection(in_list);
     return true;
   }
-  if (!in_list && MovesInTree(key)) ActBeside(false);
+  if (!in_list && MovesInTree(key)) SetInEmptyArea(false);
   const bool is_plain = (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
   if (key.key() == Qt::Key_Backspace && is_plain) {
     const Folder* const folder = selectednode();
@@ -274,14 +274,14 @@ void PVExplorer::ShowFocus() {
     colors.setColor(QPalette::Inactive, QPalette::Highlight, muted);
     colors.setColor(QPalette::Inactive, QPalette::HighlightedText,
                     colors.color(QPalette::Active, QPalette::HighlightedText));
-    if (other_has_focus || (view == tree_ && beside_))
+    if (other_has_focus || (view == tree_ && in_empty_area_))
       colors.setColor(QPalette::Active, QPalette::Highlight, muted);
     view->setPalette(colors);
   }
 }
 
-void PVExplorer::ActBeside(bool beside) {
-  if (std::exchange(beside_, beside) != beside) ShowFocus();
+void PVExplorer::SetInEmptyArea(bool beside) {
+  if (std::exchange(in_empty_area_, beside) != beside) ShowFocus();
 }
 
 void PVExplorer::MenuWanted(const QContextMenuEvent& event, bool in_list) {
@@ -425,7 +425,7 @@ std::string PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
   return list_->SetBackgroundImage(address, tiled);
 }
 
-void PVExplorer::KeepFree(int width, int height) {
+void PVExplorer::SetHiddenMargin(int width, int height) {
   setContentsMargins(0, 0, width, height);
   refresh();
 }

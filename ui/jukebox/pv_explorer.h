@@ -91,7 +91,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
 
   /// The folder that keys and menus act on while the tree has the focus: the folder on show; null
   /// after a click in the empty area of the tree, as for the pop-up menu there.
-  Folder* FolderForCommands() const noexcept { return beside_ ? nullptr : selectednode(); }
+  Folder* FolderForCommands() const noexcept { return in_empty_area_ ? nullptr : selectednode(); }
 
   /// See SongListView::SetBackgroundImage.
   std::string SetBackgroundImage(const QString& address, bool tiled);
@@ -99,12 +99,12 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// Keeps a margin at the right and bottom edges of the control empty, because that part is not
   /// visible.
   /// \param width, height size of the margin, in pixels
-  void KeepFree(int width, int height);
+  void SetHiddenMargin(int width, int height);
 
   /// Saves the tree, after applying the text of a folder that is being renamed. See Jukebox::Save.
   bool Save(const std::string& path);
   /// See Jukebox::Load.
-  bool Load(const std::string& path, const AskWhichSongs& ask = {}) {
+  bool Load(const std::string& path, const ResolveConfusedSongs& ask = {}) {
     return jukebox_.Load(path, library_, ask);
   }
 
@@ -130,7 +130,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void AddSongs(Folder& to, const std::vector<SongEntry>& songs);
   void Undo();
   void Redo();
-  /// Undoes or redoes one half of a move between two windows, without emitting HalfStepped.
+  /// Undoes or redoes one half of a move between two windows, without emitting LinkedStepDone.
   /// \param pair identifies the move
   /// \param back whether to undo
   /// \returns false if that half is not the next step in this window
@@ -171,7 +171,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// \param paths in the encoding of the file system
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
   /// One half of a move between two windows was undone or redone.
-  void HalfStepped(tallow::EditHistory::Half half, bool back);
+  void LinkedStepDone(tallow::EditHistory::Half half, bool back);
   /// An operation failed; the lines say why.
   void Problem(const QStringList& lines);
 
@@ -195,11 +195,11 @@ class PVExplorer : public QSplitter, private JukeboxView {
   bool MayCut(const Folder& folder, bool songs);
   void RefillList();
   void AfterStep(const Jukebox::StepResult& result, const Place& before);
-  void ActBeside(bool beside);
+  void SetInEmptyArea(bool beside);
   void SongsAdded(const Folder& to, std::size_t before);
   void SongsTaken(int first);
   void SelectNear(int row);
-  void ShowBeside(const Folder& folder);
+  void SelectNeighbour(const Folder& folder);
   void Tell(JukeboxEdits::Result result);
   void MarkOpen(const Folder& folder);
   void DragOver(QDropEvent& event, Folder* to);
@@ -219,7 +219,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   bool told_ = false;           ///< whether NodeClick was emitted since the last mouse press
   bool came_by_click_ = false;  ///< whether a click has just moved the focus to the tree
   bool keep_place_ = false;     ///< whether refilling the list keeps the scroll position
-  bool beside_ = false;         ///< whether the last click in the tree hit its empty area
+  bool in_empty_area_ = false;  ///< whether the last click in the tree hit its empty area
 };
 
 }  // namespace tallow

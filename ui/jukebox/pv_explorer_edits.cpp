@@ -103,19 +103,19 @@ void PVExplorer::CopySongs() {
 
 void PVExplorer::CutFolder(Folder& folder) {
   if (!MayCut(folder, false)) return;
-  ShowBeside(folder);
+  SelectNeighbour(folder);
   edits_.CutFolder(folder);
 }
 
 void PVExplorer::DeleteFolder(Folder& folder) {
-  ShowBeside(folder);
+  SelectNeighbour(folder);
   edits_.DeleteFolder(folder);
 }
 
-void PVExplorer::ShowBeside(const Folder& folder) {
+void PVExplorer::SelectNeighbour(const Folder& folder) {
   // Otherwise the tree itself selects a folder, perhaps one that is about to be removed.
   const Folder* const shown = selectednode();
-  const Folder* const beside = FolderBeside(folder);
+  const Folder* const beside = FolderToShowAfterRemoval(folder);
   if (shown != nullptr && beside != nullptr && folder.Holds(*shown)) Select(*beside);
 }
 
@@ -153,14 +153,14 @@ void PVExplorer::Undo() {
   const EditHistory::Half half = jukebox_.History().HalfToUndo();
   const Place before = CurrentPlace();
   AfterStep(jukebox_.Undo(), before);
-  if (half.pair != 0) emit HalfStepped(half, true);
+  if (half.pair != 0) emit LinkedStepDone(half, true);
 }
 
 void PVExplorer::Redo() {
   const EditHistory::Half half = jukebox_.History().HalfToRedo();
   const Place before = CurrentPlace();
   AfterStep(jukebox_.Redo(), before);
-  if (half.pair != 0) emit HalfStepped(half, false);
+  if (half.pair != 0) emit LinkedStepDone(half, false);
 }
 
 bool PVExplorer::StepHalf(std::uint64_t pair, bool back) {
@@ -175,7 +175,7 @@ void PVExplorer::AfterStep(const Jukebox::StepResult& result, const Place& befor
   if (!result.done) return;
   if (result.list_changed) {
     RefillList();
-    jukebox_.CountAsUnsorted();
+    jukebox_.ResetSort();
   }
   bool other_folder = true;
   if (result.concerned != nullptr && result.concerned != selectednode())
@@ -244,19 +244,19 @@ void PVExplorer::SetUpDragging() {
   };
   // Other programs are offered only a copy of songs, because a move would remove the files. Inside
   // the program, LinkAction therefore means a move.
-  connect(list_, &SongListView::DragWanted, this,
+  connect(list_, &SongListView::DragStarted, this,
           [=, this] { start(list_, SongsToDrag(), Qt::CopyAction | Qt::LinkAction); });
-  connect(tree_, &FolderTreeView::DragWanted, this,
+  connect(tree_, &FolderTreeView::DragStarted, this,
           [=, this] { start(tree_, FolderToDrag(), Qt::CopyAction | Qt::MoveAction); });
   connect(tree_, &FolderTreeView::DragsOver, this,
           [this](QDropEvent* event, Folder* to) { DragOver(*event, to); });
-  connect(tree_, &FolderTreeView::Drops, this,
+  connect(tree_, &FolderTreeView::Dropped, this,
           [this](QDropEvent* event, Folder* to) { Drop(*event, to); });
   // A drop on the list goes to the folder on show.
   connect(list_, &SongListView::DragsOver, this, [this](QDropEvent* event) {
     if (selectednode() != nullptr) DragOver(*event, selectednode());
   });
-  connect(list_, &SongListView::Drops, this, [this](QDropEvent* event) {
+  connect(list_, &SongListView::Dropped, this, [this](QDropEvent* event) {
     if (selectednode() != nullptr) Drop(*event, selectednode());
   });
 }
@@ -323,11 +323,11 @@ void PVExplorer::TakeDrop(PVExplorer& source, Folder& from, bool songs,
     edits_.DropSongs(source.edits_, from, rows, *to, copy);
     if (to->Items().size() > before) SongsAdded(*to, before);
     if (!copy && &from == source.selectednode()) source.SongsTaken(rows.front());
-  } else if (!FolderTree::HasRoomBelow(to, from)) {
+  } else if (!FolderTree::FitsBelow(to, from)) {
     Tell(JukeboxEdits::Result::kTooDeep);
   } else {
     const Folder* const shown = selectednode();
-    if (&source != this && !copy) source.ShowBeside(from);
+    if (&source != this && !copy) source.SelectNeighbour(from);
     const bool moves_shown = &source == this && !copy && shown != nullptr && from.Holds(*shown);
     Tell(edits_.DropFolder(source.edits_, from, to, copy));
     if (to != nullptr) tree_->expand(folders_->IndexOf(*to));

@@ -25,7 +25,7 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     AddSongs(kSongs);
     // Connects the windows as the frame does.
     for (const auto& [each, its_other] : {std::pair(&window, &other), std::pair(&other, &window)})
-      QObject::connect(each, &frmMain::HalfStepped,
+      QObject::connect(each, &frmMain::LinkedStepDone,
                        [this, into = its_other](EditHistory::Half half, bool back) {
                          halves += into->PVExplorer1().StepHalf(half.pair, back) ? 1 : 0;
                        });

@@ -14,7 +14,7 @@ namespace tallow {
 namespace {
 
 /// Opacity of the background colour over the picture, from 0 to 255.
-constexpr int kVeil = 176;
+constexpr int kDimOpacity = 176;
 
 }  // namespace
 
@@ -48,7 +48,7 @@ void SongListView::paintEvent(QPaintEvent* event) {
       painter.drawPixmap(place, background_);
     }
     QColor veil = palette().color(QPalette::Base);
-    veil.setAlpha(kVeil);
+    veil.setAlpha(kDimOpacity);
     painter.fillRect(area, veil);
   }
   QTableView::paintEvent(event);
@@ -125,10 +125,10 @@ void SongListView::keyboardSearch(const QString& search) {
   if (row >= 0) SelectRows(row, row);
 }
 
-void SongListView::startDrag(Qt::DropActions /*actions*/) { emit DragWanted(); }
+void SongListView::startDrag(Qt::DropActions /*actions*/) { emit DragStarted(); }
 
 void SongListView::dragEnterEvent(QDragEnterEvent* event) { emit DragsOver(event); }
 void SongListView::dragMoveEvent(QDragMoveEvent* event) { emit DragsOver(event); }
-void SongListView::dropEvent(QDropEvent* event) { emit Drops(event); }
+void SongListView::dropEvent(QDropEvent* event) { emit Dropped(event); }
 
 }  // namespace tallow

@@ -42,11 +42,11 @@ class SongListView : public QTableView {
 
  signals:
   /// The user has started to drag the selected rows. The receiver runs the drag before it returns.
-  void DragWanted();
+  void DragStarted();
   /// The user drags something over the list, or drops something on it. The receiver accepts or
   /// ignores the event.
   void DragsOver(QDropEvent* event);
-  void Drops(QDropEvent* event);
+  void Dropped(QDropEvent* event);
 
  protected:
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;

@@ -207,7 +207,7 @@ void frmMainWinamp::Cancelled(std::size_t songs, std::size_t of) {
                 .arg(of));
 }
 
-void frmMainWinamp::DoNotAnswer(std::size_t songs, const std::string& first) {
+void frmMainWinamp::DiskTimedOut(std::size_t songs, const std::string& first) {
   emit Said(songs == 1
                 ? tr("1 song was not played, because its disk does not answer: %1")
                       .arg(DisplayText(first))

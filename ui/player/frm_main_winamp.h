@@ -55,7 +55,7 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   void TrackStarted(std::int32_t length) override;
   void HandedOver() override;
   void Cancelled(std::size_t songs, std::size_t of) override;
-  void DoNotAnswer(std::size_t songs, const std::string& first) override;
+  void DiskTimedOut(std::size_t songs, const std::string& first) override;
 
   void SetUpBars();
   void SetUpTrackBar();

@@ -65,7 +65,7 @@ void StartUp::ShowJukebox(Jukebox& jukebox) {
 }
 
 bool StartUp::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& /*library*/,
-                          const AskWhichSongs& ask) {
+                          const ResolveConfusedSongs& ask) {
   frmMain* const window = frame_.WindowOf(jukebox);
   return window != nullptr && window->PVExplorer1().Load(path, ask);
 }
@@ -95,7 +95,7 @@ bool StartUp::Ask(const std::string& text) {
              ParentOfMessages()) == MessageAnswer::kYes;
 }
 
-std::optional<bool> StartUp::AskUnlessLeft(const std::string& text) {
+std::optional<bool> StartUp::AskDismissable(const std::string& text) {
   if (silent_) {
     PrintError(text);
     return std::nullopt;

@@ -29,11 +29,11 @@ class StartUp : public StartUpWindows {
   Jukebox& NewJukebox() override;
   void ShowJukebox(Jukebox& jukebox) override;
   bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                   const AskWhichSongs& ask) override;
+                   const ResolveConfusedSongs& ask) override;
   std::span<Jukebox* const> OpenJukeboxes() override;
   void Tell(const std::string& text) override;
   bool Ask(const std::string& text) override;
-  std::optional<bool> AskUnlessLeft(const std::string& text) override;
+  std::optional<bool> AskDismissable(const std::string& text) override;
   std::optional<std::size_t> Choose(const std::string& text,
                                     const std::vector<std::string>& choices) override;
   void Notice(const std::vector<std::string>& lines) override;

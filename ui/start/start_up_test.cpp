@@ -154,7 +154,7 @@ TEST_F(StartUpTest, TheFirstJukeboxHasTheFocus) {
 
 TEST_F(StartUpTest, ASilentStartDismissesQuestionsThatCanBeDismissed) {
   StartUp silent(tallow, frame, true);
-  EXPECT_EQ(silent.AskUnlessLeft("Recover?"), std::nullopt);
+  EXPECT_EQ(silent.AskDismissable("Recover?"), std::nullopt);
 }
 
 }  // namespace

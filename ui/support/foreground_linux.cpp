@@ -3,6 +3,6 @@
 
 namespace tallow {
 
-void LetComeToFront(const QLocalSocket& /*other*/) {}
+void AllowForeground(const QLocalSocket& /*other*/) {}
 
 }  // namespace tallow

@@ -7,7 +7,7 @@
 
 namespace tallow {
 
-void LetComeToFront(const QLocalSocket& other) {
+void AllowForeground(const QLocalSocket& other) {
   ULONG process = 0;
   if (GetNamedPipeServerProcessId(reinterpret_cast<HANDLE>(other.socketDescriptor()), &process))
     AllowSetForegroundWindow(process);

@@ -23,28 +23,28 @@ void AppendNumber(std::string& bytes, std::size_t number) {
 
 HandOverRequest::State HandOverRequest::Add(std::string_view bytes) {
   if (state_ != State::kPartial) return state_;
-  come_ += bytes.size();
-  if (come_ > kMaxBytes) return state_ = State::kBroken;
+  received_bytes_ += bytes.size();
+  if (received_bytes_ > kMaxBytes) return state_ = State::kBroken;
   bytes_ += bytes;
-  TakeFiles();
-  // Drops the bytes that TakeFiles() has parsed; their text is stored in files_.
-  bytes_.erase(0, std::exchange(taken_, 0));
+  ParseFiles();
+  // Drops the bytes that ParseFiles() has parsed; their text is stored in files_.
+  bytes_.erase(0, std::exchange(parsed_bytes_, 0));
   return state_;
 }
 
-void HandOverRequest::TakeFiles() {
-  const auto left = [&] { return std::string_view(bytes_).substr(taken_); };
+void HandOverRequest::ParseFiles() {
+  const auto left = [&] { return std::string_view(bytes_).substr(parsed_bytes_); };
   if (!has_count_) {
     if (left().size() < kNumberBytes) return;
-    missing_ = NumberAt(left());
+    files_left_ = NumberAt(left());
     has_count_ = true;
-    taken_ += kNumberBytes;
-    if (missing_ > kMaxFiles) {
+    parsed_bytes_ += kNumberBytes;
+    if (files_left_ > kMaxFiles) {
       state_ = State::kBroken;
       return;
     }
   }
-  while (missing_ > 0) {
+  while (files_left_ > 0) {
     if (left().size() < kNumberBytes) return;
     const std::size_t length = NumberAt(left());
     if (length > kMaxBytes) {
@@ -53,13 +53,13 @@ void HandOverRequest::TakeFiles() {
     }
     if (left().size() < kNumberBytes + length) return;
     files_.emplace_back(left().substr(kNumberBytes, length));
-    taken_ += kNumberBytes + length;
-    --missing_;
+    parsed_bytes_ += kNumberBytes + length;
+    --files_left_;
   }
-  state_ = left().empty() ? State::kWhole : State::kBroken;
+  state_ = left().empty() ? State::kComplete : State::kBroken;
 }
 
-std::string HandOverRequest::BytesOf(const std::vector<std::string>& files) {
+std::string HandOverRequest::Serialize(const std::vector<std::string>& files) {
   std::string bytes;
   AppendNumber(bytes, files.size());
   for (const std::string& file : files) {

@@ -25,30 +25,30 @@ class HandOverRequest {
 
   enum class State {
     kPartial,  ///< more bytes are needed
-    kWhole,
+    kComplete,
     kBroken,  ///< malformed or too large; further bytes are ignored
   };
 
   /// Parses the next bytes of the request, in pieces of any size. Allocates nothing for a length
   /// before that many bytes have arrived.
-  /// \returns the state of the request; kWhole and kBroken are final
+  /// \returns the state of the request; kComplete and kBroken are final
   State Add(std::string_view bytes);
 
-  /// The paths; complete when the state is kWhole.
+  /// The paths; complete when the state is kComplete.
   const std::vector<std::string>& Files() const noexcept { return files_; }
 
   /// Serializes a request.
-  static std::string BytesOf(const std::vector<std::string>& files);
+  static std::string Serialize(const std::vector<std::string>& files);
 
  private:
-  void TakeFiles();
+  void ParseFiles();
 
   State state_ = State::kPartial;
-  std::string bytes_;      ///< received, not parsed yet
-  std::size_t taken_ = 0;  ///< number of bytes parsed from the front of bytes_
-  std::size_t come_ = 0;   ///< size of the request so far, in bytes
+  std::string bytes_;               ///< received, not parsed yet
+  std::size_t parsed_bytes_ = 0;    ///< number of bytes parsed from the front of bytes_
+  std::size_t received_bytes_ = 0;  ///< size of the request so far, in bytes
   bool has_count_ = false;
-  std::uint32_t missing_ = 0;  ///< number of files still to be parsed
+  std::uint32_t files_left_ = 0;  ///< number of files still to be parsed
   std::vector<std::string> files_;
 };
 

@@ -13,7 +13,7 @@ using Texts = std::vector<std::string>;
 
 TEST(HandOverRequestTest, ARequestParsesTheSameInPiecesOfAnySize) {
   const Texts files{"/a", "", "/m/caf\xE9\n.juk", std::string(70000, 'x'), "\0"s};
-  const std::string bytes = HandOverRequest::BytesOf(files);
+  const std::string bytes = HandOverRequest::Serialize(files);
   for (const std::size_t piece :
        {std::size_t{1}, std::size_t{3}, std::size_t{4096}, bytes.size()}) {
     HandOverRequest request;
@@ -22,15 +22,15 @@ TEST(HandOverRequestTest, ARequestParsesTheSameInPiecesOfAnySize) {
       EXPECT_EQ(state, State::kPartial);
       state = request.Add(std::string_view(bytes).substr(at, piece));
     }
-    EXPECT_EQ(state, State::kWhole);
+    EXPECT_EQ(state, State::kComplete);
     EXPECT_EQ(request.Files(), files);
   }
 }
 
 TEST(HandOverRequestTest, TheBytesMatchTheDocumentedFormat) {
-  EXPECT_EQ(HandOverRequest::BytesOf({"/a", "/bc"}), "\0\0\0\2\0\0\0\2/a\0\0\0\3/bc"s);
+  EXPECT_EQ(HandOverRequest::Serialize({"/a", "/bc"}), "\0\0\0\2\0\0\0\2/a\0\0\0\3/bc"s);
   HandOverRequest none;
-  EXPECT_EQ(none.Add("\0\0\0\0"s), State::kWhole);
+  EXPECT_EQ(none.Add("\0\0\0\0"s), State::kComplete);
   EXPECT_TRUE(none.Files().empty());
 }
 
@@ -47,7 +47,7 @@ TEST(HandOverRequestTest, NumbersBeyondTheLimitsAreRejected) {
 TEST(HandOverRequestTest, ARequestBeyondTheMaximumSizeIsBroken) {
   HandOverRequest request;
   std::string bytes =
-      HandOverRequest::BytesOf({std::string(5 << 20, 'x'), std::string(5 << 20, 'x')});
+      HandOverRequest::Serialize({std::string(5 << 20, 'x'), std::string(5 << 20, 'x')});
   EXPECT_EQ(request.Add(bytes), State::kBroken);
 }
 

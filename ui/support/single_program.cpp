@@ -30,7 +30,7 @@ bool Send(const QString& server, const QByteArray& request, const QDeadlineTimer
   QLocalSocket socket;
   socket.connectToServer(server);
   if (!socket.waitForConnected(left())) return false;
-  LetComeToFront(socket);
+  AllowForeground(socket);
   socket.write(request);
   while (socket.bytesToWrite() > 0)
     if (!socket.waitForBytesWritten(left())) return false;
@@ -87,7 +87,7 @@ bool SingleProgram::Lock() {
   if (owned == OwnerFile::Answer::kInUse) return false;
   // In a read-only folder neither lock can be created, and there is no library to damage.
   const bool is_writable = has_lock || owned != OwnerFile::Answer::kImpossible;
-  if (is_writable && LocalServersArePrivate() && SomebodyListens()) return false;
+  if (is_writable && LocalServersArePrivate() && IsServerListening()) return false;
   if (owned == OwnerFile::Answer::kUnknown) {
     problem_ = ProblemOfOwner(owner_path_);
     return false;
@@ -100,7 +100,7 @@ bool SingleProgram::Lock() {
   return true;
 }
 
-bool SingleProgram::SomebodyListens() const {
+bool SingleProgram::IsServerListening() const {
   QLocalSocket socket;
   socket.connectToServer(server_name_);
   // A busy server leaves the connection pending, so every state but UnconnectedState means that a
@@ -109,7 +109,7 @@ bool SingleProgram::SomebodyListens() const {
 }
 
 bool SingleProgram::HandOver(const std::vector<std::string>& files) {
-  const QByteArray request = QByteArray::fromStdString(HandOverRequest::BytesOf(files));
+  const QByteArray request = QByteArray::fromStdString(HandOverRequest::Serialize(files));
   const QDeadlineTimer end(kMaxWait);
   // The running instance may have locked a moment ago and not listen yet, or may be at its maximum
   // number of connections.

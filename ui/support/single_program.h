@@ -58,7 +58,7 @@ class SingleProgram : public QObject {
   void FilesWanted(const std::vector<std::string>& files);
 
  private:
-  bool SomebodyListens() const;
+  bool IsServerListening() const;
 
   std::string lock_path_;
   std::string owner_path_;

@@ -200,7 +200,7 @@ TEST_F(Flood, AfterTenThousandHostileMessagesItAnswersAndHasNotGrown) {
   WhileRunning([&] {
     std::mt19937 random(1);
     std::deque<Socket> slow;
-    const std::string request = HandOverRequest::BytesOf({"/m/never.juk"});
+    const std::string request = HandOverRequest::Serialize({"/m/never.juk"});
     for (int k = 0; k < 10'000; ++k) {
       std::string bytes(1 + random() % 200, '\0');
       for (char& byte : bytes) byte = static_cast<char>(random());
@@ -237,7 +237,7 @@ TEST_F(Flood, AfterTenThousandHostileMessagesItAnswersAndHasNotGrown) {
 TEST_F(Flood, LongRequestsThatNeverEndCostNoMoreThanTheirBound) {
   const long before = ResidentKib();
   WhileRunning([&] {
-    const std::string bytes = HandOverRequest::BytesOf({std::string(5 << 20, 'x'), "/last"});
+    const std::string bytes = HandOverRequest::Serialize({std::string(5 << 20, 'x'), "/last"});
     std::vector<Socket> sockets;
     for (int k = 0; k < 50; ++k) {
       sockets.push_back(Connect());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/take_files.h"
+#include "app/add_files.h"
 
 #include <algorithm>
 #include <string_view>
@@ -30,15 +30,15 @@ std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library)
 }
 
 /// Collects the files for the given paths; never queries an unresponsive disk twice.
-class MeantFiles {
+class FileCollector {
  public:
-  MeantFiles(clsMain& library, TakenFiles& taken, const GoOn& go_on)
+  FileCollector(clsMain& library, AddedFiles& taken, const GoOn& go_on)
       : library_(library), taken_(taken), go_on_(go_on) {}
 
   /// \returns the files; after a cancel, those found before it
   std::vector<std::string> Of(std::span<const std::string> paths) {
     for (std::size_t k = 0; k < paths.size(); ++k) {
-      if (GoesOn(paths[k])) Add(paths[k]);
+      if (ShouldContinue(paths[k])) Add(paths[k]);
       if (!is_cancelled_) continue;
       left_ = paths.size() - k;
       break;
@@ -48,22 +48,23 @@ class MeantFiles {
   /// Number of paths that were not checked.
   std::size_t left() const { return left_; }
 
-  bool GoesOn(const std::string& path) {
+  bool ShouldContinue(const std::string& path) {
     is_cancelled_ = is_cancelled_ || (go_on_ && !go_on_(path));
     return !is_cancelled_;
   }
   /// Once a local disk has responded for a folder, checks the folder's other files on this thread.
-  FileLook LookAt(const std::string& path) {
+  FileStatus LookAt(const std::string& path) {
     const std::string_view folder = FolderOfPath(path);
-    if (folder == answered_ && !library_.IsOnNetwork(path)) return LookAtFile(path);
-    const FileLook look = library_.LookAt(path, [&](std::string_view) { return GoesOn(path); }, {});
+    if (folder == answered_ && !library_.IsOnNetwork(path)) return CheckFile(path);
+    const FileStatus look =
+        library_.LookAt(path, [&](std::string_view) { return ShouldContinue(path); }, {});
     if (!library_.Unanswered()->Covers(path)) answered_ = folder;
     return look;
   }
 
  private:
   void Add(const std::string& path) {
-    const FileLook look = LookAt(path);
+    const FileStatus look = LookAt(path);
     if (is_cancelled_) return;
     const auto leave_out = [&](const std::string& why) { taken_.problems.push_back(path + why); };
     if (library_.Unanswered()->Covers(path))
@@ -98,7 +99,7 @@ class MeantFiles {
   }
 
   clsMain& library_;
-  TakenFiles& taken_;
+  AddedFiles& taken_;
   const GoOn& go_on_;
   std::vector<std::string> files_;
   std::string answered_;  ///< the last folder for which its disk has responded
@@ -108,17 +109,17 @@ class MeantFiles {
 
 }  // namespace
 
-TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on) {
-  TakenFiles taken;
+AddedFiles AddFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on) {
+  AddedFiles taken;
   library.BeginScan(ScanKind::kFiles);
-  MeantFiles meant(library, taken, go_on);
+  FileCollector meant(library, taken, go_on);
   const std::vector<std::string> files = meant.Of(paths);
   std::int32_t old_count = library.UBoundOfMp3Array();
   auto known = RowsByName(library);
   std::vector<std::string> names;
   std::size_t left = meant.left() + files.size();
   for (const std::string& path : files) {
-    if (!meant.GoesOn(path)) break;
+    if (!meant.ShouldContinue(path)) break;
     --left;
     // Resolves links as a search does: a link may point to a removable drive.
     const std::string folder =
@@ -143,7 +144,7 @@ TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const
       library.LeaveOut(folder + std::string(NameOfPath(path)), found->second);
       continue;
     }
-    const FileLook look = meant.LookAt(path);
+    const FileStatus look = meant.LookAt(path);
     known[names.back()] =
         library.AddSong(folder, NameOfPath(path),
                         look.presence == FilePresence::kThere ? static_cast<std::int64_t>(look.size)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/take_files.h"
+#include "app/add_files.h"
 
 #include "tests/library_fixture.h"
 
@@ -8,8 +8,8 @@ namespace {
 
 class TakingFiles : public LibraryTest {
  protected:
-  TakenFiles Take(const Texts& paths) { return TakeFiles(paths, library); }
-  static std::vector<std::int32_t> SongsOf(const TakenFiles& taken) {
+  AddedFiles Take(const Texts& paths) { return AddFiles(paths, library); }
+  static std::vector<std::int32_t> SongsOf(const AddedFiles& taken) {
     std::vector<std::int32_t> songs;
     for (const SongEntry& entry : taken.songs) songs.push_back(entry.SubItem());
     return songs;
@@ -18,7 +18,7 @@ class TakingFiles : public LibraryTest {
 };
 
 TEST_F(TakingFiles, NewFilesAreNewSongsOfRankTwo) {
-  const TakenFiles taken = Take({music.File("b.MP3"), music.File("a.mp3")});
+  const AddedFiles taken = Take({music.File("b.MP3"), music.File("a.mp3")});
   EXPECT_EQ(SongsOf(taken), (Songs{1, 2}));
   EXPECT_TRUE(taken.has_new_songs);
   EXPECT_EQ(taken.problems, Texts{});
@@ -41,7 +41,7 @@ TEST_F(TakingFiles, TheLibraryIsSavedAndTheFolderRemembered) {
 
 TEST_F(TakingFiles, AFileWithAKnownNameIsThatSong) {
   AddSong(music.path(), "known.mp3", "1", "6");
-  const TakenFiles taken = Take({music.File("elsewhere/Known.MP3")});
+  const AddedFiles taken = Take({music.File("elsewhere/Known.MP3")});
   EXPECT_EQ(SongsOf(taken), Songs{1});
   EXPECT_EQ(taken.songs[0].Icon(), 6);
   EXPECT_FALSE(taken.has_new_songs);
@@ -57,10 +57,10 @@ TEST_F(TakingFiles, ACancelKeepsAddedFilesAndReportsTheRest) {
   Texts files;
   for (const char* const name : {"a.mp3", "b.mp3", "c.mp3"}) files.push_back(music.File(name));
   const auto cancel_after = [&](int calls) {
-    return TakeFiles(files, library, [calls](std::string_view) mutable { return --calls > 0; });
+    return AddFiles(files, library, [calls](std::string_view) mutable { return --calls > 0; });
   };
   // Cancels while the files are collected.
-  TakenFiles taken = cancel_after(1);
+  AddedFiles taken = cancel_after(1);
   EXPECT_TRUE(taken.songs.empty());
   EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 3 files were not looked at."});
   // Cancels while the files are added. The callback was called once for each file before.
@@ -84,7 +84,7 @@ TEST_F(TakingFiles, TheFilesOfAFolderAreAdded) {
 
 TEST_F(TakingFiles, FilesThatAreLeftOutAreReported) {
   const std::string partial = music.File("Incomplete/a.mp3");
-  const TakenFiles taken = Take({music.File("a.wav"), music / "gone.mp3", partial});
+  const AddedFiles taken = Take({music.File("a.wav"), music / "gone.mp3", partial});
   EXPECT_EQ(taken.problems, (Texts{music / "a.wav" + " is no MP3 file and was left out.",
                                    music / "gone.mp3" + " cannot be found and was left out.",
                                    partial + " lies in a folder of unfinished or deleted files, or "
@@ -94,7 +94,7 @@ TEST_F(TakingFiles, FilesThatAreLeftOutAreReported) {
 
 TEST_F(TakingFiles, ALibraryThatCannotBeSavedIsReported) {
   CreateFolders(LibraryPath() + kSep + "x");
-  const TakenFiles taken = Take({music.File("a.mp3")});
+  const AddedFiles taken = Take({music.File("a.mp3")});
   ASSERT_EQ(taken.problems.size(), 1U);
   EXPECT_TRUE(taken.problems[0].starts_with("The new songs could not be saved. " + LibraryPath()))
       << taken.problems[0];

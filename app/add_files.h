@@ -14,12 +14,12 @@ namespace tallow {
 class clsMain;
 
 /// The result of adding files to the library.
-struct TakenFiles {
+struct AddedFiles {
   /// An entry for each file that the library contains now, in the order of the files.
   std::vector<SongEntry> songs;
   bool has_new_songs = false;
   /// Songs that came back. Every jukebox has to update its references to them before songs are
-  /// filed into it, see FollowReturnedSongs.
+  /// filed into it, see RenumberReturnedSongs.
   std::vector<ReturnedSong> returned;
   ScanReport report;
   /// One sentence for each file that was left out, and for a library that could not be saved.
@@ -35,6 +35,6 @@ struct TakenFiles {
 /// \param go_on called with each file before the file is added, and repeatedly while its disk does
 ///              not respond; returns whether to continue. Files added before a cancel are kept. May
 ///              be empty
-TakenFiles TakeFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on = {});
+AddedFiles AddFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on = {});
 
 }  // namespace tallow
