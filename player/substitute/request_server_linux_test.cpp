@@ -14,19 +14,11 @@
 
 #include "player/substitute/request_server.h"
 #include "tests/real_player_linux.h"
+#include "tests/resident_memory_linux.h"
 #include "tests/sound_linux.h"
 
 namespace tallow {
 namespace {
-
-/// What a full list may add to the player's memory, in KiB.
-#if defined(__SANITIZE_THREAD__)
-constexpr long kMaxListKib = 2'500'000;  // with four bytes that the sanitizer keeps for each
-#elif defined(__SANITIZE_ADDRESS__)
-constexpr long kMaxListKib = 700'000;  // with what the sanitizer keeps beside each allocation
-#else
-constexpr long kMaxListKib = 300'000;
-#endif
 
 /// Speaks to a playing player byte by byte.
 class HostileBytes : public RealPlayer {
@@ -83,15 +75,8 @@ class HostileBytes : public RealPlayer {
         std::distance(std::filesystem::directory_iterator(folder_of), {}));
   }
 
-  /// The player's memory, KiB.
-  long ResidentKib() {
-    std::istringstream pages(
-        ReadWholeFile("/proc/" + std::to_string(LastPid()) + "/statm").value_or(""));
-    long size = 0;
-    long resident = 0;
-    pages >> size >> resident;
-    return resident * (sysconf(_SC_PAGESIZE) / 1024);
-  }
+  /// The player's memory, in KiB.
+  long PlayerKib() { return ResidentKib(std::to_string(LastPid())); }
 
   std::string song;
 };
@@ -189,7 +174,7 @@ TEST_F(HostileBytes, RequestsOfOneThatDidNotWaitAreCarriedOut) {
 }
 
 TEST_F(HostileBytes, RandomBytesDoNotHurt) {
-  const long before = ResidentKib();
+  const long before = PlayerKib();
   std::mt19937 random(1);
   for (int k = 0; k < 2000; ++k) {
     const Socket socket = Connect();
@@ -206,7 +191,7 @@ TEST_F(HostileBytes, RandomBytesDoNotHurt) {
   }
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
   // Each of them may have cost its 64 KiB for a moment.
-  EXPECT_LT(ResidentKib() - before, 30000);
+  EXPECT_LT(PlayerKib() - before, 30'000 + kSanitizerKib);
 }
 
 TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeaveNothing) {
@@ -252,7 +237,7 @@ TEST_F(HostileBytes, AfterTenThousandConnectionsItAnswers) {
 }
 
 TEST_F(HostileBytes, AfterTenThousandHostileMessagesItAnswersAndHasNotGrown) {
-  const long before = ResidentKib();
+  const long before = PlayerKib();
   std::mt19937 random(2);
   std::deque<Socket> slow;
   for (int k = 0; k < 10'000; ++k) {
@@ -278,7 +263,7 @@ TEST_F(HostileBytes, AfterTenThousandHostileMessagesItAnswersAndHasNotGrown) {
   }
   EXPECT_TRUE(IsAnswered(Bytes({1024, 0, 0, 104})));
   // Each of the connections may have cost its 64 KiB.
-  EXPECT_LT(ResidentKib() - before, 30000);
+  EXPECT_LT(PlayerKib() - before, 30'000 + kSanitizerKib);
 }
 
 TEST_F(HostileBytes, AConnectionThatMadeRoomIsMadeAgainByTheNextCommand) {
@@ -348,7 +333,7 @@ TEST_F(FewDescriptors, WhereThereIsNoneAtAllTheQuietestConnectionMakesRoom) {
 }
 
 TEST_F(HostileBytes, AListOfPathsOfFullLengthIsRefusedOnceItIsFull) {
-  const long before = ResidentKib();
+  const long before = PlayerKib();
   std::string data = "/" + std::string(kMostPayload - 2, 'a');
   data.push_back('\0');
   int taken = 0;
@@ -359,7 +344,7 @@ TEST_F(HostileBytes, AListOfPathsOfFullLengthIsRefusedOnceItIsFull) {
   }
   EXPECT_EQ(static_cast<std::size_t>(taken), kMostListBytes / (kMostPayload + 39));
   EXPECT_EQ(refused, 5000 - taken);
-  EXPECT_LT(ResidentKib() - before, kMaxListKib);
+  EXPECT_LT(PlayerKib() - before, 300'000 + kSanitizerKib);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
   // A new list has room again.
   player.ClearWinampPlaylist();
