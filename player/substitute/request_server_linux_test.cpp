@@ -14,19 +14,11 @@
 
 #include "player/substitute/request_server.h"
 #include "tests/real_player_linux.h"
+#include "tests/resident_memory_linux.h"
 #include "tests/sound_linux.h"
 
 namespace tallow {
 namespace {
-
-/// Maximum growth of the player's memory by a full list, in KiB.
-#if defined(__SANITIZE_THREAD__)
-constexpr long kMaxListKib = 2'500'000;  // the sanitizer adds four bytes for each byte
-#elif defined(__SANITIZE_ADDRESS__)
-constexpr long kMaxListKib = 700'000;  // the sanitizer adds memory to each allocation
-#else
-constexpr long kMaxListKib = 300'000;
-#endif
 
 /// Sends arbitrary bytes to a player that is playing a song.
 class HostileBytes : public RealPlayer {
@@ -85,14 +77,7 @@ class HostileBytes : public RealPlayer {
   }
 
   /// The player's resident memory, in KiB.
-  long ResidentKib() {
-    std::istringstream pages(
-        ReadWholeFile("/proc/" + std::to_string(LastPid()) + "/statm").value_or(""));
-    long size = 0;
-    long resident = 0;
-    pages >> size >> resident;
-    return resident * (sysconf(_SC_PAGESIZE) / 1024);
-  }
+  long PlayerKib() { return ResidentKib(std::to_string(LastPid())); }
 
   std::string song;
 };
@@ -190,7 +175,7 @@ TEST_F(HostileBytes, RequestsOfADisconnectedClientAreExecuted) {
 }
 
 TEST_F(HostileBytes, RandomBytesDoNoHarm) {
-  const long before = ResidentKib();
+  const long before = PlayerKib();
   std::mt19937 random(1);
   for (int k = 0; k < 2000; ++k) {
     const Socket socket = Connect();
@@ -207,7 +192,7 @@ TEST_F(HostileBytes, RandomBytesDoNoHarm) {
   }
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
   // Each request may have used 64 KiB for a moment.
-  EXPECT_LT(ResidentKib() - before, 30000);
+  EXPECT_LT(PlayerKib() - before, 30'000 + kSanitizerKib);
 }
 
 TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeakNothing) {
@@ -253,7 +238,7 @@ TEST_F(HostileBytes, AfterTenThousandConnectionsThePlayerAnswers) {
 }
 
 TEST_F(HostileBytes, AfterTenThousandHostileMessagesThePlayerAnswersAndHasNotGrown) {
-  const long before = ResidentKib();
+  const long before = PlayerKib();
   std::mt19937 random(2);
   std::deque<Socket> slow;
   for (int k = 0; k < 10'000; ++k) {
@@ -279,7 +264,7 @@ TEST_F(HostileBytes, AfterTenThousandHostileMessagesThePlayerAnswersAndHasNotGro
   }
   EXPECT_TRUE(IsAnswered(Bytes({1024, 0, 0, 104})));
   // Each connection may have used 64 KiB.
-  EXPECT_LT(ResidentKib() - before, 30000);
+  EXPECT_LT(PlayerKib() - before, 30'000 + kSanitizerKib);
 }
 
 TEST_F(HostileBytes, AClosedConnectionIsReopenedByTheNextCommand) {
@@ -349,7 +334,7 @@ TEST_F(FewDescriptors, WithoutAFreeDescriptorTheConnectionIdleForLongestIsClosed
 }
 
 TEST_F(HostileBytes, AFullListRefusesFurtherPaths) {
-  const long before = ResidentKib();
+  const long before = PlayerKib();
   std::string data = "/" + std::string(kMaxPayload - 2, 'a');
   data.push_back('\0');
   int taken = 0;
@@ -360,7 +345,7 @@ TEST_F(HostileBytes, AFullListRefusesFurtherPaths) {
   }
   EXPECT_EQ(static_cast<std::size_t>(taken), kMaxListBytes / (kMaxPayload + 39));
   EXPECT_EQ(refused, 5000 - taken);
-  EXPECT_LT(ResidentKib() - before, kMaxListKib);
+  EXPECT_LT(PlayerKib() - before, 300'000 + kSanitizerKib);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
   // The emptied list accepts files again.
   player.ClearWinampPlaylist();
