@@ -61,17 +61,8 @@ int TellUsageError(const std::string& text, bool silent) {
   return kUsageError;
 }
 
-int Run(int argc, char** argv, const CommandLine& line) {
-  if (!HasDisplay()) {
-    if (!line.error.empty()) return TellUsageError(line.error, true);
-    if (!line.exit_after_startup) {
-      std::fputs("Tallow needs a display to open its windows on, and DISPLAY is not set.\n",
-                 stderr);
-      return 1;
-    }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-  }
-  QApplication application(argc, argv);
+/// Sets the names, the icon and the style of the application.
+void SetUpApplication() {
   QApplication::setOrganizationName(QStringLiteral("Tallow"));
   QApplication::setApplicationName(QStringLiteral("tallow"));
   QApplication::setApplicationVersion(
@@ -80,20 +71,11 @@ int Run(int argc, char** argv, const CommandLine& line) {
   // The splash window is at times the only window. Closing it must not quit the program.
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setStyle(new FrameStyle);
+}
 
-  if (!line.error.empty()) return TellUsageError(line.error, line.exit_after_startup);
-  Tallow tallow(line.application_folder.empty() ? DefaultApplicationFolder()
-                                                : line.application_folder);
-  std::optional<SingleProgram> made;
-  try {
-    made.emplace(tallow.application_folder);
-  } catch (const FileError& error) {
-    return TellUsageError(std::string("The application folder cannot be used. ") + error.what() +
-                              ". Make it readable and writable, and start Tallow again.",
-                          line.exit_after_startup);
-  }
-  SingleProgram& single = *made;
-  if (!single.Lock()) return HandOver(single, tallow.application_folder, line);
+/// Makes the windows, starts the session, and runs the event loop until the program ends.
+/// \returns the exit code
+int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   const std::string options_problem = PrepareWindowOptions(SystemFolder(tallow.application_folder));
   tallow.library.UseDrives(SystemVolumes, line.drives);
   for (const std::string& drive : line.drives) {
@@ -137,6 +119,34 @@ int Run(int argc, char** argv, const CommandLine& line) {
   // Retries a failed save: the disk may have room by now.
   if (!tallow.library.SaveError().empty()) tallow.library.Save();
   return code;
+}
+
+int Run(int argc, char** argv, const CommandLine& line) {
+  if (!HasDisplay()) {
+    if (!line.error.empty()) return TellUsageError(line.error, true);
+    if (!line.exit_after_startup) {
+      std::fputs("Tallow needs a display to open its windows on, and DISPLAY is not set.\n",
+                 stderr);
+      return 1;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+  }
+  QApplication application(argc, argv);
+  SetUpApplication();
+
+  if (!line.error.empty()) return TellUsageError(line.error, line.exit_after_startup);
+  Tallow tallow(line.application_folder.empty() ? DefaultApplicationFolder()
+                                                : line.application_folder);
+  std::optional<SingleProgram> single;
+  try {
+    single.emplace(tallow.application_folder);
+  } catch (const FileError& error) {
+    return TellUsageError(std::string("The application folder cannot be used. ") + error.what() +
+                              ". Make it readable and writable, and start Tallow again.",
+                          line.exit_after_startup);
+  }
+  if (!single->Lock()) return HandOver(*single, tallow.application_folder, line);
+  return RunSession(tallow, *single, line);
 }
 
 }  // namespace

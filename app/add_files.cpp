@@ -107,69 +107,98 @@ class FileCollector {
   bool is_cancelled_ = false;
 };
 
-}  // namespace
+/// Adds files to the library one by one, each as the song that it is known as or as a new one.
+class FileAdder {
+ public:
+  FileAdder(clsMain& library, AddedFiles& added, FileCollector& collector)
+      : library_(library), added_(added), collector_(collector), known_(RowsByName(library)) {}
 
-AddedFiles AddFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on) {
-  AddedFiles taken;
-  library.BeginScan(ScanKind::kFiles);
-  FileCollector meant(library, taken, go_on);
-  const std::vector<std::string> files = meant.Of(paths);
-  std::int32_t old_count = library.UBoundOfMp3Array();
-  auto known = RowsByName(library);
-  std::vector<std::string> names;
-  std::size_t left = meant.left() + files.size();
-  for (const std::string& path : files) {
-    if (!meant.ShouldContinue(path)) break;
-    --left;
+  void Add(const std::string& path) {
     // Resolves links as a search does: a link may point to a removable drive.
     const std::string folder =
         EnsureTrailingBackslash(AbsolutePath(std::string(FolderOfPath(path))));
     if (IsExcludedFolder(folder)) {
-      taken.problems.push_back(
+      added_.problems.push_back(
           path +
           " lies in a folder of unfinished or deleted files, or in a snapshot, and was left out.");
-      continue;
+      return;
     }
-    names.push_back(ToLower(NameOfPath(path)));
-    const auto found = known.find(names.back());
-    // Checks the song with that name, because its file may have disappeared since the last search.
-    // If the song is away, adds the file as new; the size decides, once all files have been added,
-    // whether both are the same song. A song found in a recycle bin is replaced by the dropped
-    // file.
-    const bool counts = found != known.end() &&
-                        !HoldsNoSongs(library.Mp3Info(kFileLocation, found->second)) &&
-                        (found->second > old_count || library.CheckSong(found->second) ||
-                         (library.IsPresent(found->second) && !library.IsAway(found->second)));
-    if (counts) {
-      library.LeaveOut(folder + std::string(NameOfPath(path)), found->second);
-      continue;
+    const std::string_view name = NameOfPath(path);
+    names_.push_back(ToLower(name));
+    const auto found = known_.find(names_.back());
+    if (found != known_.end() && StandsFor(found->second)) {
+      library_.LeaveOut(folder + std::string(name), found->second);
+      return;
     }
-    const FileStatus look = meant.LookAt(path);
-    known[names.back()] =
-        library.AddSong(folder, NameOfPath(path),
-                        look.presence == FilePresence::kThere ? static_cast<std::int64_t>(look.size)
-                                                              : kUnknownSize);
-    taken.has_new_songs = true;
+    const FileStatus look = collector_.LookAt(path);
+    known_[names_.back()] = library_.AddSong(folder, name,
+                                             look.presence == FilePresence::kThere
+                                                 ? static_cast<std::int64_t>(look.size)
+                                                 : kUnknownSize);
+    added_.has_new_songs = true;
+  }
+
+  /// Removes duplicates and saves.
+  void Save() {
+    if (!added_.has_new_songs) return;
+    library_.DeleteIdenticalFileNamesAndPaths(old_count_);
+    added_.has_new_songs = library_.UBoundOfMp3Array() > old_count_;
+    library_.WriteOutMp3DirectoryLocations();
+    if (!library_.SaveError().empty())
+      added_.problems.push_back("The new songs could not be saved. " + library_.SaveError() + ".");
+    known_ = RowsByName(library_);
+  }
+
+  /// Lists the songs that the files are now.
+  void ListSongs() const {
+    for (const std::string& name : names_)
+      if (const auto found = known_.find(name); found != known_.end())
+        added_.songs.emplace_back(found->second,
+                                  NumericValue(library_.Mp3Info(kSongRank, found->second)));
+  }
+
+ private:
+  /// Checks a song with a file's name, because the song's file may have disappeared since the last
+  /// search. If the song is away, the file is added as new; the size decides, once all files have
+  /// been added, whether both are the same song. A song found in a recycle bin is replaced by the
+  /// dropped file.
+  bool StandsFor(std::int32_t row) {
+    return !HoldsNoSongs(library_.Mp3Info(kFileLocation, row)) &&
+           (row > old_count_ || library_.CheckSong(row) ||
+            (library_.IsPresent(row) && !library_.IsAway(row)));
+  }
+
+  clsMain& library_;
+  AddedFiles& added_;
+  FileCollector& collector_;
+  std::unordered_map<std::string, std::int32_t> known_;
+  std::vector<std::string> names_;
+  std::int32_t old_count_ = library_.UBoundOfMp3Array();
+};
+
+}  // namespace
+
+AddedFiles AddFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on) {
+  AddedFiles added;
+  library.BeginScan(ScanKind::kFiles);
+  FileCollector collector(library, added, go_on);
+  const std::vector<std::string> files = collector.Of(paths);
+  FileAdder adder(library, added, collector);
+  std::size_t left = collector.left() + files.size();
+  for (const std::string& path : files) {
+    if (!collector.ShouldContinue(path)) break;
+    --left;
+    adder.Add(path);
   }
   if (left > 0)
-    taken.problems.push_back("The drop was cancelled: " + std::to_string(left) +
+    added.problems.push_back("The drop was cancelled: " + std::to_string(left) +
                              (left == 1 ? " file was" : " files were") + " not looked at.");
-  if (taken.has_new_songs) {
-    library.DeleteIdenticalFileNamesAndPaths(old_count);
-    taken.has_new_songs = library.UBoundOfMp3Array() > old_count;
-    library.WriteOutMp3DirectoryLocations();
-    if (!library.SaveError().empty())
-      taken.problems.push_back("The new songs could not be saved. " + library.SaveError() + ".");
-    known = RowsByName(library);
-  }
-  taken.returned = library.TakeReturned();
-  taken.report = library.FinishScan(false, go_on);
-  for (const std::string& problem : library.TakeProblems()) taken.problems.push_back(problem);
-  for (const std::string& name : names)
-    if (const auto found = known.find(name); found != known.end())
-      taken.songs.emplace_back(found->second,
-                               NumericValue(library.Mp3Info(kSongRank, found->second)));
-  return taken;
+  adder.Save();
+  added.returned = library.TakeReturned();
+  added.report = library.FinishScan(false, go_on);
+  for (const std::string& problem : library.TakeProblems()) added.problems.push_back(problem);
+  adder.ListSongs();
+  return added;
 }
 
 }  // namespace tallow

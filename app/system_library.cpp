@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Start-up: how the song library is checked and loaded, or built.
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "app/data_paths.h"
 #include "app/search/file_search.h"
@@ -13,6 +15,69 @@
 #include "util/path_text.h"
 
 namespace tallow {
+namespace {
+
+/// What can be done about a library file that has changed, is damaged or is gone.
+enum class LibraryChoice { kAsItIs, kLastGood, kSearch };
+
+/// The question which of them to do.
+struct LibraryOffer {
+  std::string text;
+  std::vector<std::string> choices;  ///< the buttons; the first is the default
+  std::vector<LibraryChoice> meanings;
+
+  void Add(LibraryChoice meaning, const char* choice, const std::string& explanation) {
+    meanings.push_back(meaning);
+    choices.emplace_back(choice);
+    text += "\n" + std::string(choice) + ": " + explanation;
+  }
+};
+
+std::string ProblemOf(const LibraryCheck& check) {
+  if (!check.file.exists) return " is gone.";
+  if (!check.file.sound) return " is damaged: " + check.file.problem + ".";
+  return " is not as Tallow has written it. A disk error or another program has changed it, or a "
+         "backup was put back.";
+}
+
+/// \param set_aside the path under which the library file is kept if another one is used
+LibraryOffer OfferOf(const LibraryCheck& check, const std::string& path,
+                     const std::string& set_aside) {
+  const std::string name(NameOfPath(path));
+  LibraryOffer offer;
+  offer.text = "The song library " + path + ProblemOf(check) + "\n";
+  const auto offer_as_it_is = [&] {
+    offer.Add(LibraryChoice::kAsItIs, "Use It As It Is",
+              "it holds " + std::to_string(check.file.usable) +
+                  " songs. Right for a backup that was put back.");
+  };
+  // An empty library is not offered when there is a good one.
+  const bool can_be_used =
+      check.file.exists && check.file.sound && (check.file.usable > 0 || !check.last_good);
+  const bool has_lost_songs = check.last_good && check.file.usable < *check.last_good;
+  if (can_be_used && !has_lost_songs) offer_as_it_is();
+  if (check.last_good)
+    offer.Add(LibraryChoice::kLastGood, "Use the Last Good One",
+              name + std::string(kBackupSuffix) + " beside it, with " +
+                  std::to_string(*check.last_good) + " songs. It may lack what was changed last.");
+  if (can_be_used && has_lost_songs) offer_as_it_is();
+  if (check.file.exists)
+    offer.Add(
+        LibraryChoice::kSearch, "Salvage It",
+        "Tallow searches the drives anew. Songs that the library still shows keep their ranks.");
+  else
+    offer.Add(LibraryChoice::kSearch, "Search Anew",
+              "Tallow searches the drives. All ranks are lost.");
+  if (check.file.exists)
+    offer.text +=
+        "\n\nUnless it is used as it is, it is kept as " +
+        (check.last_good ? std::string(NameOfPath(set_aside)) : name + std::string(kBackupSuffix)) +
+        " beside it.";
+  offer.text += "\nClosing this leaves Tallow and changes nothing.";
+  return offer;
+}
+
+}  // namespace
 
 bool System::LoadOrBuildLibrary() {
   if (!CheckLibraryFile()) return false;
@@ -61,67 +126,20 @@ bool System::CheckLibraryFile() {
 
 bool System::ChooseLibrary(const LibraryCheck& check) {
   const std::string path = tallow_.library.LibraryPath();
-  const std::string name(NameOfPath(path));
   const std::string set_aside = FreeSetAsidePath(path);
-  // An empty library is not offered when there is a good one.
-  const bool can_be_used =
-      check.file.exists && check.file.sound && (check.file.usable > 0 || !check.last_good);
-  std::string text = "The song library " + path;
-  if (!check.file.exists)
-    text += " is gone.";
-  else if (!check.file.sound)
-    text += " is damaged: " + check.file.problem + ".";
-  else
-    text +=
-        " is not as Tallow has written it. A disk error or another program has changed it, or a "
-        "backup was put back.";
-  text += '\n';
-
-  enum class Choice { kAsItIs, kLastGood, kSearch };
-  std::vector<Choice> meanings;
-  std::vector<std::string> choices;
-  const auto offer = [&](Choice meaning, const char* choice, const std::string& explanation) {
-    meanings.push_back(meaning);
-    choices.emplace_back(choice);
-    text += "\n" + std::string(choice) + ": " + explanation;
-  };
-  const auto offer_as_it_is = [&] {
-    offer(Choice::kAsItIs, "Use It As It Is",
-          "it holds " + std::to_string(check.file.usable) +
-              " songs. Right for a backup that was put back.");
-  };
-  // The first choice is the default for the Enter key.
-  const bool has_lost_songs = check.last_good && check.file.usable < *check.last_good;
-  if (can_be_used && !has_lost_songs) offer_as_it_is();
-  if (check.last_good)
-    offer(Choice::kLastGood, "Use the Last Good One",
-          name + std::string(kBackupSuffix) + " beside it, with " +
-              std::to_string(*check.last_good) + " songs. It may lack what was changed last.");
-  if (can_be_used && has_lost_songs) offer_as_it_is();
-  if (check.file.exists)
-    offer(Choice::kSearch, "Salvage It",
-          "Tallow searches the drives anew. Songs that the library still shows keep their ranks.");
-  else
-    offer(Choice::kSearch, "Search Anew", "Tallow searches the drives. All ranks are lost.");
-  if (check.file.exists)
-    text +=
-        "\n\nUnless it is used as it is, it is kept as " +
-        (check.last_good ? std::string(NameOfPath(set_aside)) : name + std::string(kBackupSuffix)) +
-        " beside it.";
-  text += "\nClosing this leaves Tallow and changes nothing.";
-
-  const std::optional<std::size_t> choice = windows_.Choose(text, choices);
+  const LibraryOffer offer = OfferOf(check, path, set_aside);
+  const std::optional<std::size_t> choice = windows_.Choose(offer.text, offer.choices);
   if (!choice) return false;
-  switch (meanings.at(*choice)) {
-    case Choice::kAsItIs:
+  switch (offer.meanings.at(*choice)) {
+    case LibraryChoice::kAsItIs:
       trusts_library_ = true;
       SetSongCount(check.file.usable);
       return true;
-    case Choice::kLastGood:
+    case LibraryChoice::kLastGood:
       UseLastGood(path, set_aside);
       SetSongCount(*check.last_good);
       return true;
-    case Choice::kSearch:
+    case LibraryChoice::kSearch:
       if (check.last_good && check.file.exists) {
         KeepReplacedAs(path, set_aside);
         is_library_renamed_ = true;

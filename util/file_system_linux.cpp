@@ -136,6 +136,33 @@ const dirent* NextEntry(DIR* directory) {
 
 }  // namespace
 
+namespace {
+
+/// Adds a regular file with its last bytes and its size to a listing.
+///
+/// \param descriptor of the folder
+void AddFileWithTail(int descriptor, const char* name, std::size_t tail_bytes,
+                     FolderListing& listing) {
+  FileEntry& file = listing.files.emplace_back();
+  file.name = name;
+  file.tail.resize(tail_bytes);
+  // Opening the file also gives its size.
+  struct stat status {};
+  if (ReadTailAt(descriptor, name, file.tail, status) != TailResult::kRead) file.tail.clear();
+  if (status.st_mode == 0 && Retry([&] { return fstatat(descriptor, name, &status, 0); }) != 0) {
+    const int error = errno;
+    // The file may have been deleted since it was listed.
+    if (IsNotThere(error)) {
+      listing.files.pop_back();
+      return;
+    }
+    listing.problem = std::strerror(error);
+  }
+  file.size = status.st_mode != 0 ? static_cast<std::uint64_t>(status.st_size) : kNoLimit;
+}
+
+}  // namespace
+
 FolderListing ListFolder(const std::string& folder, const ListRequest& request) {
   FolderListing listing;
   const Directory directory = OpenDirectory(folder);
@@ -160,24 +187,7 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     // The entry does not match the pattern and cannot be a requested folder: no stat() needed.
     if (!matches && (!request.subfolders || entry->d_type == DT_REG)) continue;
     if (request.tail_bytes > 0 && matches && entry->d_type == DT_REG) {
-      // Opening the file also gives its size.
-      FileEntry& file = listing.files.emplace_back();
-      file.name = name;
-      file.tail.resize(request.tail_bytes);
-      status = {};
-      if (ReadTailAt(descriptor, entry->d_name, file.tail, status) != TailResult::kRead)
-        file.tail.clear();
-      if (status.st_mode == 0 &&
-          Retry([&] { return fstatat(descriptor, entry->d_name, &status, 0); }) != 0) {
-        const int error = errno;
-        // The file may have been deleted since it was listed.
-        if (IsNotThere(error)) {
-          listing.files.pop_back();
-          continue;
-        }
-        listing.problem = std::strerror(error);
-      }
-      file.size = status.st_mode != 0 ? static_cast<std::uint64_t>(status.st_size) : kNoLimit;
+      AddFileWithTail(descriptor, entry->d_name, request.tail_bytes, listing);
       continue;
     }
     std::uint64_t size = 0;

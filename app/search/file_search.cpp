@@ -196,6 +196,15 @@ void FileSearch::SearchUnreadFolders(const std::function<bool(const std::string&
   }
 }
 
+std::function<bool()> FileSearch::IdleCallback() {
+  if (!IsSplashLoaded()) return {};
+  return [this] {
+    progress_->VisitFolder({});
+    was_stopped_ = tallow_.SearchCancelled || tallow_.is_shutting_down;
+    return !was_stopped_;
+  };
+}
+
 double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   FolderReader reader(
       request.Pattern, request.Recurse,
@@ -218,13 +227,7 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   };
   std::vector<Level> levels;
   was_stopped_ = false;
-  std::function<bool()> go_on;
-  if (IsSplashLoaded())
-    go_on = [this] {
-      progress_->VisitFolder({});
-      was_stopped_ = tallow_.SearchCancelled || tallow_.is_shutting_down;
-      return !was_stopped_;
-    };
+  const std::function<bool()> go_on = IdleCallback();
   const auto enter = [&](std::shared_ptr<TreeFolder> folder) {
     if (!reader.Take(folder, go_on)) return;
     if (request.AddToLibrary && !HoldsNoSongs(folder->path)) RememberIfUnread(request, *folder);

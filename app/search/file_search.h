@@ -108,6 +108,9 @@ class FileSearch {
   void RememberIfUnread(const FileSearchRequest& request, const TreeFolder& folder);
   bool WalkLinkedFolders(FileSearchRequest& request);
   std::string FindWinampInBackground(const std::string& root);
+  /// Processes window events while a folder is being read, and says whether to go on. Empty without
+  /// a splash window.
+  std::function<bool()> IdleCallback();
   void StorePlayer(const std::string& path);
 
   Tallow& tallow_;
