@@ -21,6 +21,7 @@
 #include "app/help_file.h"
 #include "app/jukebox_documents.h"
 #include "app/tallow.h"
+#include "ui/dialogs/frm_help.h"
 #include "ui/dialogs/frm_picture.h"
 #include "ui/dialogs/frm_searching.h"
 #include "ui/frame/file_menu.h"
