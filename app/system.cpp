@@ -26,6 +26,8 @@ namespace {
 
 /// Filing that takes longer than this is shown and can be cancelled.
 constexpr std::chrono::milliseconds kShowFilingAfter{500};
+/// How often the line of it changes.
+constexpr std::chrono::milliseconds kShowLineEvery{40};
 
 }  // namespace
 
@@ -175,17 +177,24 @@ FileStatus System::LookAt(const std::string& path) {
 }
 
 FilingProgress System::WhileFiling() {
-  return [this, begun = std::chrono::steady_clock::now()](std::size_t filed, std::size_t songs) {
+  using Clock = std::chrono::steady_clock;
+  return [this, begun = Clock::now(), line_shown = Clock::time_point()](std::size_t filed,
+                                                                        std::size_t songs) mutable {
     SearchProgress* const splash = windows_.LoadedSplash();
     if (splash == nullptr) return true;
-    if (!shows_filing_ && std::chrono::steady_clock::now() - begun >= kShowFilingAfter) {
+    const Clock::time_point now = Clock::now();
+    if (!shows_filing_ && now - begun >= kShowFilingAfter) {
       shows_filing_ = true;
       tallow_.SearchCancelled = false;
       splash->SetStatus(kFilingSongs);
       windows_.ShowFoundLine(true);
       windows_.ShowCancelButton(true);
     }
-    if (shows_filing_) splash->SetFound(FilingLine(filed, songs));
+    // A line for each song would take longer than to file it.
+    if (shows_filing_ && now - line_shown >= kShowLineEvery) {
+      splash->SetFound(FilingLine(filed, songs));
+      line_shown = now;
+    }
     splash->VisitFolder({});
     filing_was_cancelled_ = shows_filing_ && tallow_.SearchCancelled;
     return !filing_was_cancelled_;

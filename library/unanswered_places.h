@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <atomic>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -20,6 +21,7 @@ class UnansweredPlaces {
   bool Covers(std::string_view path) const { return !RootOf(path).empty(); }
 
  private:
+  std::atomic<bool> any_ = false;  ///< mostly there are none, and the question costs nothing
   mutable std::mutex mutex_;
   std::vector<std::string> roots_;
 };
