@@ -171,7 +171,7 @@ int main(int argc, char** argv) {
     }
     return tallow::Run(argc, argv, line);
   } catch (const std::exception& error) {
-    tallow::ReportStartError(std::string("Tallow cannot go on. ") + error.what());
+    tallow::ReportStartError(std::string("Tallow has to exit. ") + error.what());
     return 1;
   }
 }

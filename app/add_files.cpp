@@ -68,17 +68,17 @@ class FileCollector {
     if (is_cancelled_) return;
     const auto leave_out = [&](const std::string& why) { taken_.problems.push_back(path + why); };
     if (library_.Unanswered()->Covers(path))
-      leave_out(" is on a drive that does not answer, and was left out.");
+      leave_out(" is on a drive that does not answer and was skipped.");
     else if (FolderExists(path))
       AddFolder(path);
     else if (!MatchesFilePattern(NameOfPath(path), kSongPattern))
-      leave_out(" is no MP3 file and was left out.");
+      leave_out(" is not an MP3 file and was skipped.");
     else if (!MayBeSong(NameOfPath(path)))
-      leave_out(" holds no music but what macOS keeps beside a file, and was left out.");
+      leave_out(" is a macOS metadata file without music and was skipped.");
     else if (look.presence == FilePresence::kUnknown)
-      leave_out(" cannot be read (" + look.problem + ") and was left out.");
+      leave_out(" cannot be read (" + look.problem + ") and was skipped.");
     else if (look.presence == FilePresence::kNotThere)
-      leave_out(" cannot be found and was left out.");
+      leave_out(" cannot be found and was skipped.");
     else
       files_.push_back(path);
   }
@@ -120,7 +120,7 @@ class FileAdder {
     if (IsExcludedFolder(folder)) {
       added_.problems.push_back(
           path +
-          " lies in a folder of unfinished or deleted files, or in a snapshot, and was left out.");
+          " lies in a folder of unfinished or deleted files, or in a snapshot, and was skipped.");
       return;
     }
     const std::string_view name = NameOfPath(path);
@@ -192,7 +192,7 @@ AddedFiles AddFiles(std::span<const std::string> paths, clsMain& library, const 
   }
   if (left > 0)
     added.problems.push_back("The drop was cancelled: " + std::to_string(left) +
-                             (left == 1 ? " file was" : " files were") + " not looked at.");
+                             (left == 1 ? " file was" : " files were") + " not processed.");
   adder.Save();
   added.returned = library.TakeReturned();
   added.report = library.FinishScan(false, go_on);

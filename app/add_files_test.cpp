@@ -62,10 +62,10 @@ TEST_F(TakingFiles, ACancelKeepsAddedFilesAndReportsTheRest) {
   // Cancels while the files are collected.
   AddedFiles taken = cancel_after(1);
   EXPECT_TRUE(taken.songs.empty());
-  EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 3 files were not looked at."});
+  EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 3 files were not processed."});
   // Cancels while the files are added. The callback was called once for each file before.
   for (int calls = 2; calls < 50 && taken.songs.size() != 2; ++calls) taken = cancel_after(calls);
-  EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 1 file was not looked at."});
+  EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 1 file was not processed."});
 }
 
 TEST_F(TakingFiles, TwoFilesWithTheSameNameAreOneSong) {
@@ -85,10 +85,10 @@ TEST_F(TakingFiles, TheFilesOfAFolderAreAdded) {
 TEST_F(TakingFiles, FilesThatAreLeftOutAreReported) {
   const std::string partial = music.File("Incomplete/a.mp3");
   const AddedFiles taken = Take({music.File("a.wav"), music / "gone.mp3", partial});
-  EXPECT_EQ(taken.problems, (Texts{music / "a.wav" + " is no MP3 file and was left out.",
-                                   music / "gone.mp3" + " cannot be found and was left out.",
+  EXPECT_EQ(taken.problems, (Texts{music / "a.wav" + " is not an MP3 file and was skipped.",
+                                   music / "gone.mp3" + " cannot be found and was skipped.",
                                    partial + " lies in a folder of unfinished or deleted files, or "
-                                             "in a snapshot, and was left out."}));
+                                             "in a snapshot, and was skipped."}));
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
 }
 

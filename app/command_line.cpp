@@ -42,7 +42,7 @@ CommandLine ParseCommandLine(std::span<const std::string> arguments) {
       if (i + 1 < arguments.size() && !arguments[i + 1].empty() &&
           !arguments[i + 1].starts_with("--"))
         return arguments[++i];
-      line.error = argument + " needs a folder behind it.";
+      line.error = argument + " requires a folder.";
       return {};
     };
     if (argument == "--app-folder") {

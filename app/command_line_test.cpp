@@ -60,8 +60,8 @@ TEST(CommandLine, InvalidArgumentsAreNamed) {
   const TempFolder folder;
   EXPECT_EQ(Parse({"--fast"}).error,
             "'--fast' is not an option of Tallow. tallow --help lists them.");
-  EXPECT_EQ(Parse({"--drive"}).error, "--drive needs a folder behind it.");
-  EXPECT_EQ(Parse({"--app-folder", ""}).error, "--app-folder needs a folder behind it.");
+  EXPECT_EQ(Parse({"--drive"}).error, "--drive requires a folder.");
+  EXPECT_EQ(Parse({"--app-folder", ""}).error, "--app-folder requires a folder.");
   EXPECT_EQ(Parse({"--app-folder", folder / "none"}).error,
             "The application folder " + (folder / "none/") + " does not exist.");
 }
@@ -87,7 +87,7 @@ TEST(ApplicationFolder, IsAFolderThatCanBeWritten) {
 }
 
 TEST(CommandLine, AnOptionIsNotReadAsAFolder) {
-  EXPECT_EQ(Parse({"--drive", "--app-folder", "x"}).error, "--drive needs a folder behind it.");
+  EXPECT_EQ(Parse({"--drive", "--app-folder", "x"}).error, "--drive requires a folder.");
 }
 
 #ifndef _WIN32

@@ -218,7 +218,7 @@ TEST_F(DeadShare, ADropCanBeCancelledDuringTheWait) {
   const Texts files{music / "a/one.mp3", share + "three.mp3", share + "four.mp3"};
   const AddedFiles taken =
       AddFiles(files, tallow->library, [&](std::string_view) { return dead.Asked() == 0; });
-  EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 3 files were not looked at."});
+  EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 3 files were not processed."});
   EXPECT_TRUE(taken.songs.empty());
 }
 
@@ -234,8 +234,8 @@ TEST_F(DeadShare, FilesOfAGivenUpDriveAreLeftOutOfADropAndReported) {
     return !path.empty();
   });
   EXPECT_EQ(taken.problems,
-            (Texts{share + "three.mp3 is on a drive that does not answer, and was left out.",
-                   share + "four.mp3 is on a drive that does not answer, and was left out."}));
+            (Texts{share + "three.mp3 is on a drive that does not answer and was skipped.",
+                   share + "four.mp3 is on a drive that does not answer and was skipped."}));
   EXPECT_EQ(taken.songs.size(), 1U);
 }
 

@@ -48,15 +48,13 @@ TEST_F(SystemFaults, AChangedByteOfTheLibraryIsReportedWithThreeChoices) {
   EXPECT_EQ(
       windows->asked,
       Texts{"The song library " + Library() +
-            " is not as Tallow has written it. A disk error or another program has changed it, "
-            "or a backup was put back.\n\n"
-            "Use It As It Is: it holds 3 songs. Right for a backup that was put back.\n"
-            "Use the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs. It may lack "
-            "what was changed last.\n"
-            "Salvage It: Tallow searches the drives anew. Songs that the library still shows "
-            "keep their ranks.\n\n"
-            "Unless it is used as it is, it is kept as FileLocNames.lmz.damaged beside it.\n"
-            "Closing this leaves Tallow and changes nothing."});
+            " has changed since Tallow wrote it: by a disk error, by another program, or because a "
+            "backup was restored.\n\nUse It As It Is: it holds 3 songs. Choose this if you have "
+            "restored a backup.\nUse the Last Good One: FileLocNames.lmz.bak beside it, with 3 "
+            "songs. It may lack your last changes.\nSalvage It: Tallow searches the drives anew. "
+            "Songs that the library still shows keep their ranks.\n\nUnless it is used as it is, "
+            "it is kept as FileLocNames.lmz.damaged beside it.\nClosing this window exits Tallow "
+            "and changes nothing."});
   EXPECT_EQ(windows->choices, (Texts{"Use It As It Is", "Use the Last Good One", "Salvage It"}));
   EXPECT_EQ(Read(Library()), changed);
 }
@@ -132,8 +130,8 @@ TEST_F(SystemFaults, ADamagedFolderListThatCannotBeBackedUpIsUnchanged) {
   application.File("Grouping/System/LocOfMainTargetFiles.lmz.bak/x");
   const std::string damaged = Read(List());
   ASSERT_TRUE(Start());
-  EXPECT_TRUE(Contains(windows->notices,
-                       List() + " is damaged, and cannot be kept with .bak behind its name ("));
+  EXPECT_TRUE(
+      Contains(windows->notices, List() + " is damaged, and cannot be renamed to end in .bak ("));
   EXPECT_EQ(Read(List()), damaged);
   ExpectRanks();
 }
@@ -146,8 +144,7 @@ TEST_F(SystemFaults, AMissingFolderOfTheFolderListIsReplacedAndReported) {
   EXPECT_EQ(windows->notices,
             Texts{"The folder " + (application / "Grouqing/") +
                   " of the settings is gone, so Tallow uses " + (application / "Grouping/System/") +
-                  ". The settings as they were are kept as "
-                  "TallowOrganizer.ini.bak beside them."});
+                  ". The old settings are kept as TallowOrganizer.ini.bak beside them."});
   EXPECT_EQ(Read(Settings() + ".bak"), wrong);
   EXPECT_EQ(tallow->settings.FileContainingTargetDirectories(), List());
   ExpectRanks();
@@ -195,15 +192,15 @@ TEST_F(SystemFaults, UnreadFoldersThatCannotBeWrittenAreTriedAgain) {
   rank("8");
   rank("9");
   const Texts problems = library.TakeProblems();
-  EXPECT_EQ(
-      std::count_if(problems.begin(), problems.end(),
-                    [&](const std::string& text) {
-                      return text.starts_with(path) &&
-                             text.ends_with(
-                                 ". Until it is written, folders that could not be read are "
-                                 "not looked at again. Make room for it, or make it writable.");
-                    }),
-      1);
+  EXPECT_EQ(std::count_if(
+                problems.begin(), problems.end(),
+                [&](const std::string& text) {
+                  return text.starts_with(path) &&
+                         text.ends_with(
+                             ". Until it is written, folders that could not be read are not "
+                             "searched again. Free some disk space, or make the file writable.");
+                }),
+            1);
   std::filesystem::remove(std::filesystem::path(path + ".new"));
   rank("8");
   EXPECT_TRUE(FileExists(path));
@@ -234,9 +231,8 @@ TEST_F(SystemFaults, ForAMissingLibraryTheLastGoodOneIsOffered) {
   EXPECT_EQ(windows->asked.at(0),
             "The song library " + Library() +
                 " is gone.\n\nUse the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs. "
-                "It may lack what was changed last.\n"
-                "Search Anew: Tallow searches the drives. All ranks are lost.\n"
-                "Closing this leaves Tallow and changes nothing.");
+                "It may lack your last changes.\nSearch Anew: Tallow searches the drives. All "
+                "ranks are lost.\nClosing this window exits Tallow and changes nothing.");
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
 }
 
@@ -256,7 +252,7 @@ TEST_F(SystemFaults, ADamagedCompanionIsBackedUpAndReported) {
   const std::string damaged = Read(companion);
   ASSERT_TRUE(Start());
   EXPECT_TRUE(
-      Contains(windows->notices, companion + " is damaged. It is kept with .bak behind its name."));
+      Contains(windows->notices, companion + " is damaged. It was renamed to end in .bak."));
   EXPECT_EQ(Read(companion + ".bak"), damaged);
   ExpectRanks();
 }
@@ -282,9 +278,9 @@ TEST_F(SystemFaults, TruncatedSettingsAreBackedUpAndCompleted) {
     ASSERT_TRUE(Start()) << length;
     EXPECT_EQ(windows->notices.at(0),
               Settings() +
-                  " was cut short. The settings that it lacks are those of a first start. "
-                  "The settings as they were are kept as TallowOrganizer.ini.bak beside them. "
-                  "Saved jukeboxes are opened with Open in the File menu.")
+                  " is truncated. Missing settings were set to their defaults. The old settings "
+                  "are kept as TallowOrganizer.ini.bak beside them. Saved jukeboxes are opened "
+                  "with Open in the File menu.")
         << length;
     EXPECT_TRUE(windows->asked.empty()) << length;
     EXPECT_EQ(Read(Settings() + ".bak"), whole.substr(0, length));
@@ -306,7 +302,7 @@ TEST_F(SystemFaults, AFailedWriteOfTheSettingsIsReportedOnce) {
   ASSERT_EQ(windows->notices.size(), 1U);
   EXPECT_TRUE(
       windows->notices[0].starts_with("The settings could not be saved. " + Settings() + ": "));
-  EXPECT_TRUE(windows->notices[0].ends_with(". Make room for them, or make the file writable."));
+  EXPECT_TRUE(windows->notices[0].ends_with(". Free some disk space, or make the file writable."));
 }
 
 TEST_F(SystemFaults, ASettingsFileOfMoreThan16MegabytesIsRejected) {
@@ -324,11 +320,10 @@ TEST_F(SystemFaults, MissingFoldersInTheSettingsAreReportedAndTheSettingsBackedU
   tallow->SaveSettings();
   const std::string wrong = Read(Settings());
   ASSERT_TRUE(Start());
-  EXPECT_EQ(windows->notices.at(0), "The folder " + (application / "Grouqing/") +
-                                        " of the settings is gone, so Tallow uses " +
-                                        (application / "Grouping/") +
-                                        ". The settings as they were are kept as "
-                                        "TallowOrganizer.ini.bak beside them.");
+  EXPECT_EQ(windows->notices.at(0),
+            "The folder " + (application / "Grouqing/") +
+                " of the settings is gone, so Tallow uses " + (application / "Grouping/") +
+                ". The old settings are kept as TallowOrganizer.ini.bak beside them.");
   EXPECT_EQ(Read(Settings() + ".bak"), wrong);
   EXPECT_EQ(Read(Settings()), before);
   ExpectRanks();
@@ -340,10 +335,9 @@ TEST_F(SystemFaults, AnUnreadableFolderListIsUnchangedAndReported) {
   MakeSong("a/new.mp3", {});
   ASSERT_TRUE(Start());
   EXPECT_TRUE(Contains(windows->notices, List() + " cannot be read ("));
-  EXPECT_TRUE(
-      Contains(windows->notices,
-               "), so it stays as it is, and folders that only it names are not looked at. Make "
-               "it readable and start Tallow again."));
+  EXPECT_TRUE(Contains(windows->notices,
+                       "), so it was not changed, and folders that only it names are not "
+                       "processed. Make it readable and start Tallow again."));
   EXPECT_TRUE(FolderExists(List()));
   ExpectRanks();
   // The folders are known from the songs in the library.

@@ -143,7 +143,7 @@ bool System::OpenLastJukebox(Jukebox& jukebox) {
             [this](const std::string& text) { return windows_.AskDismissable(text); },
             &tallow_.found_tags, WhileFiling())) {
       windows_.Tell(jukebox.FileProblem() +
-                    "\n\nTallow goes on with the sample jukebox. The file stays as it is.");
+                    "\n\nTallow opens the sample jukebox instead. The file is unchanged.");
       return false;
     }
   } catch (const FilingError& error) {

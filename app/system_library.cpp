@@ -36,8 +36,8 @@ struct LibraryOffer {
 std::string ProblemOf(const LibraryCheck& check) {
   if (!check.file.exists) return " is gone.";
   if (!check.file.sound) return " is damaged: " + check.file.problem + ".";
-  return " is not as Tallow has written it. A disk error or another program has changed it, or a "
-         "backup was put back.";
+  return " has changed since Tallow wrote it: by a disk error, by another program, or because a "
+         "backup was restored.";
 }
 
 /// \param set_aside the path under which the library file is kept if another one is used
@@ -49,7 +49,7 @@ LibraryOffer OfferOf(const LibraryCheck& check, const std::string& path,
   const auto offer_as_it_is = [&] {
     offer.Add(LibraryChoice::kAsItIs, "Use It As It Is",
               "it holds " + std::to_string(check.file.usable) +
-                  " songs. Right for a backup that was put back.");
+                  " songs. Choose this if you have restored a backup.");
   };
   // An empty library is not offered when there is a good one.
   const bool can_be_used =
@@ -59,7 +59,7 @@ LibraryOffer OfferOf(const LibraryCheck& check, const std::string& path,
   if (check.last_good)
     offer.Add(LibraryChoice::kLastGood, "Use the Last Good One",
               name + std::string(kBackupSuffix) + " beside it, with " +
-                  std::to_string(*check.last_good) + " songs. It may lack what was changed last.");
+                  std::to_string(*check.last_good) + " songs. It may lack your last changes.");
   if (can_be_used && has_lost_songs) offer_as_it_is();
   if (check.file.exists)
     offer.Add(
@@ -73,7 +73,7 @@ LibraryOffer OfferOf(const LibraryCheck& check, const std::string& path,
         "\n\nUnless it is used as it is, it is kept as " +
         (check.last_good ? std::string(NameOfPath(set_aside)) : name + std::string(kBackupSuffix)) +
         " beside it.";
-  offer.text += "\nClosing this leaves Tallow and changes nothing.";
+  offer.text += "\nClosing this window exits Tallow and changes nothing.";
   return offer;
 }
 
@@ -181,8 +181,8 @@ void System::LoadLibrary() {
   if (trusts_library_) library.TrustLibrary();
   if (library.RepairRecordNumbers() && library.SaveError().empty())
     notices_.push_back(
-        "An earlier Tallow had confused the numbers of songs in the song library. They were put "
-        "right; the library as it was is kept as " +
+        "An earlier version of Tallow had confused the numbers of songs in the song library. They "
+        "were repaired; the library as it was is kept as " +
         std::string(kLibraryFileName) + std::string(kBackupSuffix) + " beside it.");
   const GoOn go_on = [this](std::string_view folder) { return ProcessEvents(folder); };
   const tallow::WaitForDrive wait = [this](std::string_view root) {

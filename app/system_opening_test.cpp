@@ -103,7 +103,7 @@ TEST_F(SystemTest, ALastJukeboxThatCannotBeLoadedIsReportedAndTheSampleIsBuilt) 
                                            ": at byte 2 it is damaged or cut off."))
       << windows->told[0];
   EXPECT_TRUE(windows->told[0].ends_with(
-      "Tallow goes on with the sample jukebox. The file stays as it is."));
+      "Tallow opens the sample jukebox instead. The file is unchanged."));
   ASSERT_EQ(windows->open.size(), 1U);
   EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
   EXPECT_EQ(windows->open[0]->ColumnHeaders().size(), 2U);
@@ -185,8 +185,9 @@ TEST_F(SystemTest, ConfusedNumbersAreRepairedAndReported) {
   EXPECT_EQ(ReadWholeFile(Library() + ".bak"), before);
   EXPECT_EQ(
       windows->notices,
-      Texts{"An earlier Tallow had confused the numbers of songs in the song library. They "
-            "were put right; the library as it was is kept as FileLocNames.lmz.bak beside it."});
+      Texts{
+          "An earlier version of Tallow had confused the numbers of songs in the song library. "
+          "They were repaired; the library as it was is kept as FileLocNames.lmz.bak beside it."});
   ASSERT_TRUE(Start());
   EXPECT_TRUE(windows->notices.empty());
 }

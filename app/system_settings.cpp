@@ -81,8 +81,7 @@ void System::CompleteTruncatedSettings() {
   tallow_.settings.CompleteSettings(path, tallow_.application_folder);
   tallow_.SaveSettings();
   notices_.push_back(
-      path + " was cut short. The settings that it lacks are those of a first start." +
-      backup_notice_ +
+      path + " is truncated. Missing settings were set to their defaults." + backup_notice_ +
       std::string(tallow_.settings.LocOfLastSavedJukeBox().empty() ? kOpenSaved : ""));
 }
 
@@ -92,12 +91,11 @@ void System::BackUpSettings() {
   for (const std::string_view suffix : {kBackupSuffix, kSetAsideSuffix}) {
     try {
       KeepReplaced(path, suffix);
-      backup_notice_ = " The settings as they were are kept as " +
+      backup_notice_ = " The old settings are kept as " +
                        std::string(NameOfPath(path)).append(suffix) + " beside them.";
       return;
     } catch (const FileError& error) {
-      backup_notice_ =
-          " The settings as they were could not be kept: " + std::string(error.what()) + ".";
+      backup_notice_ = " The old settings could not be kept: " + std::string(error.what()) + ".";
     }
   }
 }

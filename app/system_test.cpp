@@ -84,11 +84,12 @@ TEST_F(SystemTest, DamagedSettingsAreBackedUpAndRebuilt) {
   WriteFileAtomically(Settings(), damaged);
   EXPECT_TRUE(Start());
   ASSERT_EQ(windows->asked.size(), 1U);
-  EXPECT_EQ(windows->asked[0],
-            "The settings cannot be read.\n\nTallowOrganizer.ini, line 3: 'abc' is not a number\n\n"
-            "Tallow can make new settings: it takes the songs and ranks from the song library, and "
-            "searches the drives anew for what is not there. The damaged file is kept as "
-            "TallowOrganizer.ini.bak beside it.\n\nGo on? (No leaves Tallow and changes nothing.)");
+  EXPECT_EQ(
+      windows->asked[0],
+      "The settings cannot be read.\n\nTallowOrganizer.ini, line 3: 'abc' is not a "
+      "number\n\nTallow can make new settings: it takes the songs and ranks from the song library, "
+      "and searches the drives anew for what is not there. The damaged file is kept as "
+      "TallowOrganizer.ini.bak beside it.\n\nContinue? (No exits Tallow and changes nothing.)");
   EXPECT_EQ(ReadWholeFile(Settings() + ".bak"), damaged);
   ExpectRanks();
   EXPECT_TRUE(Start());
@@ -164,12 +165,11 @@ TEST_F(SystemTest, ARebuildOfAMissingLibraryIsOffered) {
   RemoveFile(Library());
   RemoveFile(Library() + ".bak");
   EXPECT_FALSE(Start(false));
-  EXPECT_EQ(
-      windows->asked,
-      (Texts{"The song library " + Library() +
-             " is gone. The settings count 3 songs in it.\n\n"
-             "Tallow can search the drives anew. Songs that the library still shows keep their "
-             "ranks.\n\nGo on? (No leaves Tallow and changes nothing.)"}));
+  EXPECT_EQ(windows->asked,
+            (Texts{"The song library " + Library() +
+                   " is gone. The settings count 3 songs in it.\n\nTallow can search the drives "
+                   "anew. Songs that the library still shows keep their ranks.\n\nContinue? (No "
+                   "exits Tallow and changes nothing.)"}));
   EXPECT_TRUE(Start());
   EXPECT_TRUE(Searched());
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);

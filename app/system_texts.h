@@ -11,7 +11,7 @@ namespace tallow {
 
 /// The end of every offer to create a file anew.
 inline constexpr std::string_view kContinueQuestion =
-    "\n\nGo on? (No leaves Tallow and changes nothing.)";
+    "\n\nContinue? (No exits Tallow and changes nothing.)";
 
 /// The sentence in such an offer that says where the damaged file is kept.
 inline std::string BackupSentence(const std::string& path) {

@@ -24,7 +24,7 @@ void Tallow::SaveSettings() {
   if (std::exchange(settings_problem_, problem) == problem || problem.empty() || !report_problem)
     return;
   report_problem("The settings could not be saved. " + problem +
-                 ". Make room for them, or make the file writable.");
+                 ". Free some disk space, or make the file writable.");
 }
 
 std::string Tallow::SettingsOfLibrary::LocOfGroupingDir() const {

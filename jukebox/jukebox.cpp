@@ -143,8 +143,7 @@ bool Jukebox::Save(const std::string& path, const clsMain& library) {
   };
   try {
     const std::string bytes = Encode(library);
-    if (bytes.size() > kMaxFileBytes)
-      return fail(path + ": there are more songs than a file holds");
+    if (bytes.size() > kMaxFileBytes) return fail(path + ": there are too many songs for one file");
     const auto before = StampOf(path);
     // Skip reading the old file when the sizes differ.
     if (!before || before->size != bytes.size() || ReadWholeFile(path) != bytes)

@@ -112,7 +112,7 @@ class Reader : public nlohmann::json_sax<Json> {
     switch (Here()) {
       case Place::kRoot:
         if (name_ != "format") return Unexpected();
-        if (value != kFormat) return Fail("it is no jukebox");
+        if (value != kFormat) return Fail("it is not a jukebox file");
         return true;
       case Place::kColumns:
         content.columns.push_back(BytesOfJsonText(std::move(value)));
@@ -159,7 +159,7 @@ class Reader : public nlohmann::json_sax<Json> {
   }
 
   bool start_array(std::size_t) override {
-    if (places_.empty()) return Fail("it is no jukebox");
+    if (places_.empty()) return Fail("it is not a jukebox file");
     if (Here() == Place::kRoot && name_ == "columns") return Enter(Place::kColumns);
     if (Here() == Place::kRoot && name_ == "folders") return Enter(Place::kFolders);
     if (Here() == Place::kFolder && name_ == "songs") return Enter(Place::kSongs);
@@ -179,7 +179,7 @@ class Reader : public nlohmann::json_sax<Json> {
   std::string Problem() const {
     if (!problem_.empty()) return problem_;
     for (const char* const member : {"format", "version", "folders"})
-      if (!root_members_.contains(member)) return "it is no jukebox";
+      if (!root_members_.contains(member)) return "it is not a jukebox file";
     return {};
   }
 
@@ -230,7 +230,7 @@ class Reader : public nlohmann::json_sax<Json> {
   }
   /// Handles a value of a type that is invalid here. Accepts the value inside ignored members.
   bool Unexpected() {
-    if (places_.empty()) return Fail("it is no jukebox");
+    if (places_.empty()) return Fail("it is not a jukebox file");
     return IsPassedOver() || Fail(Quoted(name_) + " has a value that it cannot have");
   }
 

@@ -144,7 +144,7 @@ TEST_F(JukeboxFile, FilesThatAreNoJukeboxAreRefused) {
   for (const char* const other : {"{}", "[]", "[[[[", "1", "\"x\"", "null", "true", "1.5",
                                   R"({"format":"Tallow jukebox"})", R"({"version":1})"})
     EXPECT_NE(ProblemOf(other), "") << other;
-  EXPECT_EQ(ProblemOf(R"({"format":"playlist","version":1})"), "it is no jukebox");
+  EXPECT_EQ(ProblemOf(R"({"format":"playlist","version":1})"), "it is not a jukebox file");
   EXPECT_EQ(ProblemOf(R"({"format":"Tallow jukebox","version":2})"),
             "it was written by a newer Tallow (format 2)");
   EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":0})"), "");
@@ -199,7 +199,7 @@ TEST_F(JukeboxFile, InvalidMembersAreRefused) {
 
 TEST_F(JukeboxFile, MissingOrDuplicateMembersAreRefused) {
   const std::string head = R"({"format":"Tallow jukebox","version":1)";
-  EXPECT_EQ(ProblemOf(head + "}"), "it is no jukebox");
+  EXPECT_EQ(ProblemOf(head + "}"), "it is not a jukebox file");
   EXPECT_EQ(ProblemOf(head + R"(,"folders":[]})"), "");
   EXPECT_EQ(ProblemOf(head + R"(,"version":1,"folders":[]})"), "'version' is there twice");
   EXPECT_EQ(ProblemOf(head + R"(,"format":"Tallow jukebox","folders":[]})"),

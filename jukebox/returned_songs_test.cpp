@@ -255,7 +255,7 @@ TEST_F(ReturnedSongs, ADropOfACopyIsReported) {
   EXPECT_FALSE(taken.has_new_songs);
   ASSERT_EQ(taken.songs.size(), 1U);
   EXPECT_EQ(taken.songs[0].SubItem(), 2);
-  EXPECT_EQ(TextOf(taken.report, false), "1 left out because a song of that file name is there");
+  EXPECT_EQ(TextOf(taken.report, false), "1 skipped because a song with that file name exists");
   ASSERT_EQ(library.LeftOut().size(), 1U);
   EXPECT_EQ(library.LeftOut()[0].path, music / "n/b.mp3");
   EXPECT_EQ(library.LeftOut()[0].stands_for_it, music / "m/b.mp3");

@@ -73,7 +73,7 @@ void KeepAside(const std::string& path) noexcept {
 std::string UnreadableChanges(const std::string& path, std::string_view reason) {
   return (path + ": the unsaved changes in this file cannot be read (")
       .append(reason)
-      .append("). It is kept with .bak behind its name.");
+      .append("). It was renamed to end in .bak.");
 }
 
 std::string UnsavedJukeboxes::FreePath() const {

@@ -98,12 +98,12 @@ TEST_F(UnsavedJukeboxesTest, InvalidFilesAreRenamedToBackups) {
   EXPECT_TRUE(Find().empty());
   ASSERT_EQ(problems.size(), 3U);
   EXPECT_EQ(problems[0], SystemPath() +
-                             "Jukebox-3.unsaved: the unsaved changes in this file cannot be "
-                             "read (it is cut off). It is kept with .bak behind its name.");
-  EXPECT_EQ(problems[2], SystemPath() +
-                             "Jukebox-5.unsaved: the unsaved changes in this file cannot be "
-                             "read (it is of another program or a newer Tallow). It is kept "
-                             "with .bak behind its name.");
+                             "Jukebox-3.unsaved: the unsaved changes in this file cannot be read "
+                             "(it is cut off). It was renamed to end in .bak.");
+  EXPECT_EQ(problems[2],
+            SystemPath() +
+                "Jukebox-5.unsaved: the unsaved changes in this file cannot be read (it is of "
+                "another program or a newer Tallow). It was renamed to end in .bak.");
   EXPECT_TRUE(FileExists(SystemPath() + "Jukebox-4.unsaved.bak"));
   problems.clear();
   EXPECT_TRUE(Find().empty());

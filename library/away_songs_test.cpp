@@ -413,7 +413,7 @@ TEST_F(AwaySongs, ADanglingLinkIsAway) {
   RemoveFile(two + "real.song");
   Scan();
   EXPECT_TRUE(library.IsAway(1));
-  EXPECT_EQ(library.AwayText(1), "a.mp3's folder cannot be read: A link leads to nothing");
+  EXPECT_EQ(library.AwayText(1), "a.mp3's folder cannot be read: The link is broken");
 }
 #endif
 
@@ -534,7 +534,7 @@ TEST_F(AwaySongs, ADamagedStateFileIsKeptAndReported) {
     WriteFileAtomically(folder + name, "damaged");
     StartAgain();
     EXPECT_EQ(again->library.TakeProblems(),
-              Texts{folder + name + " is damaged. It is kept with .bak behind its name."});
+              Texts{folder + name + " is damaged. It was renamed to end in .bak."});
     EXPECT_EQ(ReadWholeFile(folder + name + ".bak"), "damaged");
   }
 }
@@ -553,10 +553,11 @@ TEST_F(AwaySongs, AnUnreadableStateFileIsNotReplaced) {
   ASSERT_EQ(problems.size(), 1U);
   EXPECT_TRUE(problems[0].starts_with(path + " cannot be read (")) << problems[0];
   EXPECT_TRUE(
-      problems[0].ends_with("), so it stays as it is. Make it readable and start Tallow again."));
+      problems[0].ends_with("), so it was not changed. Make it readable and start Tallow again."));
   EXPECT_TRUE(FolderExists(path));
-  EXPECT_EQ(again->library.AwayText(1),
-            "a.mp3 is gone. Its entries and rank stay, because " + path + " cannot be read.");
+  EXPECT_EQ(
+      again->library.AwayText(1),
+      "a.mp3 was not found. Its entries and rank are kept, because " + path + " cannot be read.");
   ASSERT_EQ(again->library.AwayPlaces().size(), 1U);
   EXPECT_EQ(again->library.AwayPlaces()[0].kind, AwayKind::kKept);
 }

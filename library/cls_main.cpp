@@ -117,10 +117,9 @@ void clsMain::WriteLibrary(const std::string& path) {
     } catch (const FileError& error) {
       // Report the same error only once; the next save tries again.
       if (std::exchange(unread_error_, error.what()) != error.what())
-        problems_.push_back(
-            unread_error_ +
-            ". Until it is written, folders that could not be read are not looked at "
-            "again. Make room for it, or make it writable.");
+        problems_.push_back(unread_error_ +
+                            ". Until it is written, folders that could not be read are not "
+                            "searched again. Free some disk space, or make the file writable.");
     }
   }
   const std::string bytes = EncodeLibrary(table_);

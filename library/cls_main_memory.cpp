@@ -86,7 +86,8 @@ void clsMain::SaveMemory() {
       file.Save(memory.Encode());
       memory.MarkSaved();
     } catch (const FileError& error) {
-      problems_.push_back(std::string(error.what()) + ". Make room for it, or make it writable.");
+      problems_.push_back(std::string(error.what()) +
+                          ". Free some disk space, or make the file writable.");
     }
   };
   save(drives_, drives_file_);
@@ -140,7 +141,7 @@ std::string clsMain::AwayText(std::int32_t record) const {
     case AwayKind::kKept:
       break;
   }
-  return name + " is gone. Its entries and rank stay, because " + reason.problem +
+  return name + " was not found. Its entries and rank are kept, because " + reason.problem +
          " cannot be read.";
 }
 
@@ -370,7 +371,7 @@ void clsMain::LoadFacts(std::uint64_t checksum) {
       TakeFactsOfBackup();
     } else if (!HeaderOfCompanion(*bytes)) {
       KeepReplaced(path);
-      problems_.push_back(path + " is damaged. It is kept with .bak behind its name.");
+      problems_.push_back(path + " is damaged. It was renamed to end in .bak.");
     }
   } catch (const FileTooLargeError&) {
     companion_is_unread_ = true;

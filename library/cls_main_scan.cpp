@@ -110,8 +110,8 @@ std::vector<std::string> clsMain::RememberedFolders() {
     } catch (const FileError& error) {
       list_is_unread_ = true;
       problems_.push_back(path + " cannot be read (" + error.reason() +
-                          "), so it stays as it is, and folders that only it names are not "
-                          "looked at. Make it readable and start Tallow again.");
+                          "), so it was not changed, and folders that only it names are not "
+                          "processed. Make it readable and start Tallow again.");
     }
   };
   if (!list_is_stale_) read();
@@ -138,11 +138,11 @@ std::vector<std::string> clsMain::RememberedFolders() {
   if (is_damaged) {
     try {
       KeepReplaced(path);
-      problems_.push_back(path + " is damaged. It is kept with .bak behind its name.");
+      problems_.push_back(path + " is damaged. It was renamed to end in .bak.");
       list_is_stale_ = true;
     } catch (const FileError& error) {
-      problems_.push_back(path + " is damaged, and cannot be kept with .bak behind its name (" +
-                          error.reason() + "), so it stays as it is.");
+      problems_.push_back(path + " is damaged, and cannot be renamed to end in .bak (" +
+                          error.reason() + "), so it was not changed.");
       list_is_unread_ = true;
     }
   }

@@ -106,11 +106,10 @@ TEST_F(ExcludedFolders, DroppedFilesAreRefusedAndReported) {
   const std::string attributes = music.File("._b.mp3");
   const AddedFiles taken = AddFiles(Texts{deleted, attributes}, library);
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
-  EXPECT_EQ(
-      taken.problems,
-      (Texts{attributes + " holds no music but what macOS keeps beside a file, and was left out.",
-             deleted + " lies in a folder of unfinished or deleted files, or in a snapshot, "
-                       "and was left out."}));
+  EXPECT_EQ(taken.problems,
+            (Texts{attributes + " is a macOS metadata file without music and was skipped.",
+                   deleted + " lies in a folder of unfinished or deleted files, or in a snapshot, "
+                             "and was skipped."}));
 }
 
 TEST_F(ExcludedFolders, ADropOfAFolderAddsNoAppleDoubleFiles) {

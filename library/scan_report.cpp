@@ -35,7 +35,7 @@ std::string TextOf(const ScanReport& report, bool always_new) {
   if (report.unread_folders > 0)
     add(count(report.unread_folders, " folder could not be read", " folders could not be read"));
   if (report.left_out_grew)
-    add(std::to_string(report.left_out) + " left out because a song of that file name is there");
+    add(std::to_string(report.left_out) + " skipped because a song with that file name exists");
   return text;
 }
 

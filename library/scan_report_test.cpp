@@ -19,8 +19,8 @@ TEST(ScanReport, ListsTheCountsAboveZero) {
             "12 new songs, 3 back with their ranks, 2 missing, 40 away (/media/stick/)");
   report.left_out_grew = true;
   EXPECT_EQ(TextOf(report, false),
-            "12 new songs, 3 back with their ranks, 2 missing, 40 away (/media/stick/), 5 left out "
-            "because a song of that file name is there");
+            "12 new songs, 3 back with their ranks, 2 missing, 40 away (/media/stick/), 5 skipped "
+            "because a song with that file name exists");
 }
 
 TEST(ScanReport, UsesTheSingularForOne) {

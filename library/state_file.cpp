@@ -23,7 +23,7 @@ void StateFile::Load(const std::string& path, const std::function<void(const std
     is_unreadable_ = false;
   } catch (const FileError& error) {
     problems.push_back(path + " cannot be read (" + error.reason() +
-                       "), so it stays as it is. Make it readable and start Tallow again.");
+                       "), so it was not changed. Make it readable and start Tallow again.");
     return;
   }
   try {
@@ -31,11 +31,11 @@ void StateFile::Load(const std::string& path, const std::function<void(const std
   } catch (const std::exception&) {
     try {
       MoveToBackup(path);
-      problems.push_back(path + " is damaged. It is kept with .bak behind its name.");
+      problems.push_back(path + " is damaged. It was renamed to end in .bak.");
     } catch (const FileError& error) {
       is_unreadable_ = true;
-      problems.push_back(path + " is damaged, and cannot be kept with .bak behind its name (" +
-                         error.reason() + "), so it stays as it is.");
+      problems.push_back(path + " is damaged, and cannot be renamed to end in .bak (" +
+                         error.reason() + "), so it was not changed.");
     }
   }
 }

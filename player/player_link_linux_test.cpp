@@ -278,17 +278,16 @@ TEST_F(LinuxPlayer, HandOverReportsAPlayerThatExitsOrIsKilled) {
   for (const std::string& said : messages.Take())
     EXPECT_TRUE(said == "Couldn't find WinAMP's Window" ||
                 said ==
-                    "The player has ended: it took 0 of the 3 songs. Play them again to start it "
-                    "anew.")
+                    "The player has ended: it took 0 of the 3 songs. Play them again to restart "
+                    "the player.")
         << said;
   ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
   UseOptions("--silent");
   Panel killer([&] { kill(LastPid(), SIGKILL); });
   HandOver(songs, tallow.library, player, messages.Shower(), killer);
   EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
-  EXPECT_EQ(messages.Take(),
-            Texts{"The player has ended: it took 1 of the 3 songs. Play them again to "
-                  "start it anew."});
+  EXPECT_EQ(messages.Take(), Texts{"The player has ended: it took 1 of the 3 songs. Play them "
+                                   "again to restart the player."});
   ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
   HandOver(songs, tallow.library, player, messages.Shower(), quiet);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");

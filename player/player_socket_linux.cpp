@@ -88,7 +88,7 @@ PlayerStartLock::PlayerStartLock(const std::string& socket_path)
   }
   throw FileError(
       socket_path + ".lock",
-      file_ ? "somebody else has been starting a player for too long" : std::strerror(errno));
+      file_ ? "another process has held the start lock for too long" : std::strerror(errno));
 }
 
 }  // namespace tallow

@@ -98,7 +98,7 @@ void TellListIsFull(std::size_t taken, std::size_t all, const ShowMessage& show)
 
 void TellPlayerHasEnded(std::size_t taken, std::size_t all, const ShowMessage& show) {
   show({.text = "The player has ended: it took " + std::to_string(taken) + " of the " +
-                std::to_string(all) + " songs. Play them again to start it anew.",
+                std::to_string(all) + " songs. Play them again to restart the player.",
         .title = "Error"});
 }
 

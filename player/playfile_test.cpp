@@ -87,9 +87,8 @@ TEST_F(Playfile, WhenThePlayerEndsAMessageIsShownAndNothingMoreIsSent) {
   link.ends_at = 3;
   Play({1, 2, 3, 4});
   EXPECT_EQ(link.files, 3U);
-  EXPECT_EQ(messages.Take(),
-            Texts{"The player has ended: it took 2 of the 4 songs. Play them again to start it "
-                  "anew."});
+  EXPECT_EQ(messages.Take(), Texts{"The player has ended: it took 2 of the 4 songs. Play them "
+                                   "again to restart the player."});
 }
 
 TEST_F(Playfile, FurtherSongsFollowInTheirOrder) {

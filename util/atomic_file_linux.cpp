@@ -30,7 +30,7 @@ bool IsThere(const std::string& path, struct stat& status) {
   if (Retry([&] { return stat(path.c_str(), &status); }) == 0) return true;
   if (errno != ENOENT) Fail(path, errno);
   if (Retry([&] { return lstat(path.c_str(), &status); }) == 0)
-    throw FileError(path, "is a link that leads to nothing");
+    throw FileError(path, "is a broken link");
   if (errno != ENOENT) Fail(path, errno);
   return false;
 }

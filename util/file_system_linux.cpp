@@ -230,8 +230,7 @@ FileStatus CheckFile(const std::string& path) {
   if (Retry([&] { return stat(path.c_str(), &status); }) != 0) {
     if (!IsNotThere(errno)) return {FilePresence::kUnknown, 0, std::strerror(errno)};
     // The path is a dangling link, and its target may be on a drive that is not mounted.
-    if (lstat(path.c_str(), &status) == 0)
-      return {FilePresence::kUnknown, 0, "A link leads to nothing"};
+    if (lstat(path.c_str(), &status) == 0) return {FilePresence::kUnknown, 0, "The link is broken"};
     return {FilePresence::kNotThere, 0, {}};
   }
   if (!S_ISREG(status.st_mode)) return {FilePresence::kNotThere, 0, {}};
@@ -291,7 +290,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t 
     const int error = errno;
     if (error != ENOENT && error != ENOTDIR) throw FileError(path, std::strerror(error));
     if (IsGone(path)) return std::nullopt;
-    throw FileError(path, "is a link that leads to nothing");
+    throw FileError(path, "is a broken link");
   }
   struct stat status {};
   if (Retry([&] { return fstat(file.descriptor(), &status); }) != 0)

@@ -244,7 +244,7 @@ std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t 
     const DWORD error = GetLastError();
     if (!IsNotThere(error)) throw FileError(path, SystemErrorText(error));
     if (IsGone(path)) return std::nullopt;
-    throw FileError(path, "is a link that leads to nothing");
+    throw FileError(path, "is a broken link");
   }
   if (GetFileType(file.get()) != FILE_TYPE_DISK) throw FileError(path, "is not a regular file");
   LARGE_INTEGER size{};

@@ -55,7 +55,7 @@ Options ParseOptions(int argc, char** argv) {
     const std::string_view argument = argv[i];
     const auto value = [&]() -> std::string {
       if (i + 1 < argc && *argv[i + 1] != '\0') return argv[++i];
-      options.error = std::string(argument) + " needs a file behind it.";
+      options.error = std::string(argument) + " requires a file.";
       return {};
     };
     if (argument == "--audio-file")

@@ -39,7 +39,7 @@ frmFind::frmFind(std::function<frmMain*()> active, const clsMain& library, ShowM
   setWindowTitle(tr("Find"));
   text_->setObjectName(QStringLiteral("Text1"));
   text_->setAccessibleName(tr("Part of the file name"));
-  text_->setAccessibleDescription(tr("Capital and small letters are the same"));
+  text_->setAccessibleDescription(tr("Not case-sensitive"));
   text_->setMinimumWidth(kTextCharacters * fontMetrics().averageCharWidth());
   auto* const label = new QLabel(tr("&Song:"), this);
   label->setBuddy(text_);

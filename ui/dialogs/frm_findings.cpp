@@ -100,17 +100,17 @@ void frmFindings::Fill() {
   }
   const std::vector<UnreadFolder> unread = library_.UnreadFoldersNow();
   if (!unread.empty()) {
-    QTreeWidgetItem* const above = heading(tr("Could not be read: the next start looks again"));
+    QTreeWidgetItem* const above =
+        heading(tr("Could not be read: checked again at the next start"));
     for (const UnreadFolder& folder : unread)
       add(above, DisplayText(folder.path), DisplayText(folder.problem));
   }
   const std::vector<LeftOutFile>& files = library_.LeftOut();
   if (!files.empty()) {
     QTreeWidgetItem* const left_out =
-        heading(tr("Left out because a song of that file name is there"));
+        heading(tr("Skipped because a song with that file name exists"));
     for (const LeftOutFile& file : files)
-      add(left_out, DisplayText(file.path),
-          tr("stands for it: ") + DisplayText(file.stands_for_it));
+      add(left_out, DisplayText(file.path), tr("kept instead: ") + DisplayText(file.stands_for_it));
   }
   if (places.empty() && files.empty() && unread.empty())
     heading(tr("Nothing is away, and nothing was left out."));

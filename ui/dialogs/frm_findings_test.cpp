@@ -50,8 +50,8 @@ TEST_F(FrmFindings, ListsPlacesThatAreAwayAndFilesThatWereLeftOut) {
   frmFindings dialog(library, messages.Shower(), [this] { ++forgotten; });
   EXPECT_EQ(Texts(dialog),
             (QStringList{"Away: their songs keep ranks and places", Text(one) + " | 2 songs",
-                         "Left out because a song of that file name is there",
-                         Text(two + "a.mp3") + " | stands for it: " + Text(one + "a.mp3")}));
+                         "Skipped because a song with that file name exists",
+                         Text(two + "a.mp3") + " | kept instead: " + Text(one + "a.mp3")}));
   EXPECT_TRUE(dialog.findChild<QPushButton*>(QStringLiteral("cmdForget"))->isEnabled());
 }
 

@@ -75,7 +75,7 @@ frmHelp::frmHelp(QWidget* parent)
   colors.setColor(QPalette::PlaceholderText, hint);
   search_->setPalette(colors);
   search_->setAccessibleName(tr("Search all pages"));
-  search_->setAccessibleDescription(tr("Leaves those pages in the list that have all the words"));
+  search_->setAccessibleDescription(tr("Lists only the pages that contain all the words"));
   search_->setClearButtonEnabled(true);
   contents_->setObjectName(QStringLiteral("Contents"));
   contents_->setAccessibleName(tr("Pages"));
@@ -96,7 +96,7 @@ frmHelp::frmHelp(QWidget* parent)
   auto* const back = new QToolButton(this);
   back->setText(tr("&Back"));
   back->setEnabled(false);
-  back->setAccessibleDescription(tr("Goes to the page before"));
+  back->setAccessibleDescription(tr("Goes to the previous page"));
   connect(text_, &QTextBrowser::backwardAvailable, back, &QWidget::setEnabled);
   connect(back, &QToolButton::clicked, text_, &QTextBrowser::backward);
 

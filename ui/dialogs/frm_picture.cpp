@@ -75,7 +75,7 @@ frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask, Show
       tr("Shows the picture behind the songs of every jukebox"));
   tile_picture_->setAccessibleDescription(tr("Repeats the picture over the whole list"));
   browse->setAccessibleDescription(tr("Chooses the picture file"));
-  ok->setAccessibleDescription(tr("Takes the settings over"));
+  ok->setAccessibleDescription(tr("Applies the settings"));
   cancel->setAccessibleDescription(tr("Leaves everything as it was"));
 
   auto* const file = new QHBoxLayout;

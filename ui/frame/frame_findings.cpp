@@ -90,7 +90,7 @@ void FrameFindings::ShowList() {
   frmFindings list(
       tallow_.library, show_,
       [this] {
-        bar_.showMessage(tr("The songs of the drive were forgotten."));
+        bar_.showMessage(tr("The songs on the drive were removed from the library."));
         bar_.setToolTip({});
         RenumberReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_.clipboard);
         for (Jukebox* const jukebox : jukeboxes_()) jukebox->ListRefilled(tallow_.library);

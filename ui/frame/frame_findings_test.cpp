@@ -41,7 +41,7 @@ TEST_F(FrameFindingsTest, AClickOnTheStatusBarOpensTheListWhenThereIsOne) {
   EXPECT_EQ(ClickStatusBar(), "");
   AddSong(music.path(), "a.mp3");
   library.LeaveOut(music / "other/a.mp3", 1);
-  frame.NoticeScan({"1 left out because a song of that file name is there"});
+  frame.NoticeScan({"1 skipped because a song with that file name exists"});
   EXPECT_EQ(frame.statusBar()->cursor().shape(), Qt::PointingHandCursor);
   EXPECT_EQ(ClickStatusBar(), "frmFindings");
 }

@@ -317,7 +317,7 @@ TEST_F(Dragging, DroppedFilesAreAddedToTheLibraryAndTheFolder) {
   EXPECT_EQ(SongsOf(all), (Songs{1, 2}));
   EXPECT_EQ(FoldersIn(Nodes().Find("Artist")), Texts{"ABBA"});
   EXPECT_EQ(problems, (QStringList{"1 new song", QString::fromStdString(music / "x.txt") +
-                                                     " is no MP3 file and was left out."}));
+                                                     " is not an MP3 file and was skipped."}));
   // Undo reverts the drop but not the filing.
   window.PVExplorer1().Undo();
   EXPECT_EQ(SongsOf(mine), Songs{});

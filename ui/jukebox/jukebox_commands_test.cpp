@@ -254,7 +254,8 @@ TEST_F(Commands, ANewFolderBelowTheMaximumDepthIsReported) {
   for (int level = 0; level <= kMaxLevel; ++level) folder = &AddFolder("x", {}, folder);
   Show();
   window.ActOnPopUpClick(4, 1, folder);
-  EXPECT_EQ(problems, QStringList{"Folders may lie at most 1000 deep. Put this one further up."});
+  EXPECT_EQ(problems,
+            QStringList{"Folders can be nested at most 1000 levels deep. Choose a higher folder."});
 }
 
 TEST_F(Commands, FoldersAreCutCopiedAndPasted) {

@@ -40,7 +40,7 @@ TEST_F(PictureFiles, ADanglingLinkIsReported) {
   const std::string link = music / "link.jpg";
   ASSERT_EQ(symlink("/no/such/picture", link.c_str()), 0);
   EXPECT_EQ(ReadPicture(link).problem,
-            link + " cannot be shown behind the songs: A link leads to nothing" + kAdvice);
+            link + " cannot be shown behind the songs: The link is broken" + kAdvice);
 }
 
 }  // namespace

@@ -71,7 +71,8 @@ void PVExplorer::SongsAdded(const Folder& to, std::size_t before) {
 
 void PVExplorer::Tell(JukeboxEdits::Result result) {
   if (result == JukeboxEdits::Result::kTooDeep)
-    emit Problem({tr("Folders may lie at most %1 deep. Put this one further up.").arg(kMaxLevel)});
+    emit Problem({tr("Folders can be nested at most %1 levels deep. Choose a higher folder.")
+                      .arg(kMaxLevel)});
   if (result == JukeboxEdits::Result::kNeedsFolder)
     emit Problem(
         {tr("Songs go into a folder. Click the folder that they are for, and paste again.")});

@@ -165,7 +165,8 @@ TEST_F(Selection, RejectingAFolderThatIsTooDeepLeavesTheOtherWindowUnchanged) {
   other.PVExplorer1().Select(a);
   const auto drag = other.PVExplorer1().FolderToDrag();
   EXPECT_TRUE(DropAt(List(), QPoint(10, 60), *drag));
-  EXPECT_EQ(problems, QStringList{"Folders may lie at most 1000 deep. Put this one further up."});
+  EXPECT_EQ(problems,
+            QStringList{"Folders can be nested at most 1000 levels deep. Choose a higher folder."});
   EXPECT_EQ(other.Jukebox().selectednode(), &a);
   EXPECT_EQ(other.Jukebox().Nodes().Count(), 2);
 }

@@ -86,9 +86,9 @@ frmMainWinamp::frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage
   setWindowTitle(tr("WinAMP"));
   cmdPlayPause = new QPushButton(tr("&Play"), this);
   cmdPlayPause->setObjectName(QStringLiteral("cmdPlayPause"));
-  cmdPlayPause->setAccessibleDescription(tr("Pauses, and goes on"));
+  cmdPlayPause->setAccessibleDescription(tr("Pauses or resumes"));
   hscrlTrackPos =
-      NewBar("hscrlTrackPos", tr("Track Position"), tr("Where the song is, in seconds"), this);
+      NewBar("hscrlTrackPos", tr("Track Position"), tr("Position in the song, in seconds"), this);
   hscrlVolume = NewBar("hscrlVolume", tr("Volume"), tr("From silent at the left to full"), this);
   hscrlBalance =
       NewBar("hscrlBalance", tr("Balance"), tr("Between the left and the right loudspeaker"), this);
