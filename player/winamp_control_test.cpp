@@ -4,6 +4,7 @@
 #include <functional>
 #include <gtest/gtest.h>
 
+#include "player/player_messages.h"
 #include "tests/recorded_link.h"
 #include "tests/recorded_messages.h"
 
@@ -32,6 +33,19 @@ TEST_F(WinampControl, FindWinampReturnsWhetherThereIsAWindow) {
   EXPECT_TRUE(player.FindWinamp());
   link.found = 0;
   EXPECT_FALSE(player.FindWinamp());
+}
+
+TEST_F(WinampControl, AnotherPlayerIsLookedForOnlyWhereTheLastOneHasEnded) {
+  const auto look = [&] { player.FindAgainIfEnded(); };
+  EXPECT_EQ(SentBy(look), Texts{});
+  link.ends_at = 0;
+  EXPECT_EQ(SentBy(look), Texts{"find"});
+  // The classic message comes with the command that follows.
+  link.found = 0;
+  player.FindAgainIfEnded();
+  EXPECT_EQ(player.Window(), 0U);
+  player.SendWinampCommand(kPlay);
+  EXPECT_EQ(messages.Take(), Texts{"WinAMP window not found yet..."});
 }
 
 TEST_F(WinampControl, StartingRunsThePlayersPath) {
