@@ -29,7 +29,7 @@ expect 2 "'--fast' is not an option of Tallow." --fast
 expect 2 "does not exist" --app-folder "$folder/app" --drive "$folder/none" --exit-after-startup
 expect 2 "does not exist" --app-folder "$folder/none"
 expect 2 "does not exist" --app-folder "$folder/none" --exit-after-startup
-expect 2 "needs a folder" --app-folder
+expect 2 "requires a folder" --app-folder
 expect 1 "needs a display" --app-folder "$folder/app" --drive "$folder/music"
 expect 0 "" "${usual[@]}"
 expect 0 "" "${usual[@]}"
