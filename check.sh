@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Checks what can be checked without running Tallow: formats, warnings of clang-tidy, the order of the folders,
-# scripts, spelling, licences and the links of the documents. Installs what is missing. What has passed is
-# remembered, so that a second run takes seconds.
+# Checks what can be checked without running Tallow: formats, warnings of clang-tidy, the order of
+# the folders, scripts, spelling, licences and the links of the documents. Installs what is missing.
+# Results of clang-tidy are cached, so that a second run takes seconds.
 #
 #   ./check.sh          everything
 #   ./check.sh --fast   without clang-tidy
@@ -56,7 +56,11 @@ line_lengths() {
   ! grep -nE '^.{101,}$' "${sources[@]}" | grep -E '^[^:]*:[0-9]+: *//'
 }
 shell_scripts() { shellcheck --severity=style --external-sources "${scripts[@]}"; }
-spelling() { codespell --ignore-words checks/known-words.txt --skip '*.juk,*.svg,LICENSE,TIPOFDAY.TXT' "${files[@]}"; }
+spelling() {
+  # Names that are fixed, and the "n" of "\n" before a word, are no mistakes.
+  codespell --ignore-words checks/known-words.txt --ignore-regex '\\n' \
+    --skip '*.juk,*.svg,*.png,*.jpg,*.ico,LICENSE,TIPOFDAY.TXT' "${files[@]}"
+}
 licences() {
   local file missing=0
   while read -r file; do
