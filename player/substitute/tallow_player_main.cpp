@@ -15,6 +15,7 @@
 #include "player/substitute/player_requests.h"
 #include "player/substitute/request_server.h"
 #include "player/substitute/song_player.h"
+#include "player/substitute/sound_engine.h"
 #include "util/errors.h"
 #include "util/spawn_linux.h"
 #include "util/version.h"
@@ -157,7 +158,8 @@ int Run(const Options& options) {
   for (const int signal : kEndSignals) sigaddset(&ends, signal);
   sigprocmask(SIG_BLOCK, &ends, nullptr);
 
-  SongPlayer player(raw_loop, options.output);
+  SoundEngine engine(raw_loop, options.output);
+  SongPlayer player(raw_loop, engine);
   std::unique_ptr<RequestServer> server;
   std::unique_ptr<Mpris> mpris;
   std::function<void()> close = [&] {
