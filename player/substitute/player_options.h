@@ -29,6 +29,7 @@ struct PlayerOptions {
   std::string error;  ///< what is wrong with the options; empty when they are valid
 };
 
+/// Stops at the first argument that is wrong, and names it in PlayerOptions::error.
 PlayerOptions ParseOptions(int argc, char** argv);
 
 }  // namespace tallow

@@ -61,7 +61,7 @@ int ListeningSocket(bool handed) {
   return listening;
 }
 
-/// Prepares the signals for an event loop. Must be called before threads are created.
+/// Prepares the signals for an event loop.
 void SetUpSignals() {
   // Ignore SIGPIPE: the reader of standard error may end before the player.
   std::signal(SIGPIPE, SIG_IGN);
