@@ -18,7 +18,7 @@ constexpr PlayerAnswer kVersionAnswer =
     0x1000 + kMajorVersion * 0x100 + kMinorVersion / 10 * 0x10 + kMinorVersion % 10;
 static_assert(kMajorVersion < 0x10 && kMinorVersion < 100);
 
-/// The answers to a seek that is not possible: to a position outside the track, and without a track.
+/// The answers to a seek that is not possible: to a position outside the track, or without a track.
 constexpr PlayerAnswer kNoSuchPosition = 1;
 constexpr PlayerAnswer kNothingPlays = -1;
 
