@@ -39,7 +39,7 @@ constexpr std::size_t kFilesAtOnce = 64;
 
 /// Result of checking a file.
 struct FileAnswer {
-  bool came = true;  ///< false: the disk does not answer
+  bool answered = true;  ///< false when the disk does not answer
   std::optional<FileProblem> problem;
 };
 
@@ -53,7 +53,7 @@ class FileChecks {
   /// temporary.
   bool IsPlayable(const std::string& path, const FileAnswer& answer) {
     if (path.empty()) return false;
-    if (!answer.came) {
+    if (!answer.answered) {
       if (unanswered_++ == 0) first_unanswered_ = path;
       return false;
     }
@@ -69,7 +69,7 @@ class FileChecks {
   }
 
   /// Shows the collected problems in one message.
-  void Tell(const ShowMessage& show) const {
+  void ShowProblems(const ShowMessage& show) const {
     if (count_ == 0) return;
     const FileProblem& first = problems_.front().second;
     std::string text = "Error Number: " + std::to_string(first.number) + "\n" + first.text;
@@ -89,23 +89,23 @@ class FileChecks {
   std::vector<std::pair<std::string, FileProblem>> problems_;
 };
 
-void TellListIsFull(std::size_t taken, std::size_t all, const ShowMessage& show) {
-  show({.text = "The player's list is full: it took " + std::to_string(taken) + " of the " +
+void ShowListIsFull(std::size_t added, std::size_t all, const ShowMessage& show) {
+  show({.text = "The player's list is full: it took " + std::to_string(added) + " of the " +
                 std::to_string(all) +
                 " songs. Play fewer songs at once, and the others after them.",
         .title = "Error"});
 }
 
-void TellPlayerHasEnded(std::size_t taken, std::size_t all, const ShowMessage& show) {
-  show({.text = "The player has ended: it took " + std::to_string(taken) + " of the " +
+void ShowPlayerHasEnded(std::size_t added, std::size_t all, const ShowMessage& show) {
+  show({.text = "The player has ended: it took " + std::to_string(added) + " of the " +
                 std::to_string(all) + " songs. Play them again to restart the player.",
         .title = "Error"});
 }
 
 /// Checks the files of songs on worker threads and passes the results to a callback, in song order.
-template <typename Use>
-void LookAtFiles(std::span<const std::int32_t> songs, clsMain& library, const GoOn& go_on,
-                 const Use& use) {
+template <typename Callback>
+void CheckFiles(std::span<const std::int32_t> songs, clsMain& library, const GoOn& go_on,
+                const Callback& callback) {
   const auto path_of = [&](std::size_t k) { return PathOfSong(library, songs[k]); };
   ReadAhead(
       songs.size(), kFilesAtOnce, path_of,
@@ -113,12 +113,113 @@ void LookAtFiles(std::span<const std::int32_t> songs, clsMain& library, const Go
         if (unanswered->Covers(path)) return {false, std::nullopt};
         return {true, path.empty() ? std::nullopt : ProblemOfFileDate(path)};
       },
-      [&](std::size_t k, const FileAnswer& answer) { use(path_of(k), answer); },
+      [&](std::size_t k, const FileAnswer& answer) { callback(path_of(k), answer); },
       go_on ? library.WaitingFor(path_of, go_on) : WhileWaiting(),
       [](std::size_t) {
         return FileAnswer{false, std::nullopt};
       });
 }
+
+/// One hand-over of songs to the player, see HandOver.
+class HandOverRun {
+ public:
+  HandOverRun(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Control& player,
+              const ShowMessage& show, HandOffPanel& panel, const HandOverProgress& progress)
+      : songs_(songs), library_(library), player_(player), show_(show), panel_(panel) {
+    if (progress)
+      go_on_ = [this, &progress](std::string_view) { return progress(done_, songs_.size()); };
+  }
+
+  void Run() {
+    try {
+      if (!PlayFirstSong()) return;
+      AddOtherSongs();
+    } catch (const Stopped&) {
+      ShowWhyStopped();
+      if (reason_ == StopReason::kPlayerHasEnded || added_ == 0) return;
+    }
+    checks_.ReportUnanswered(panel_);
+    panel_.HandedOver();
+    checks_.ShowProblems(show_);
+  }
+
+ private:
+  /// Why a hand-over stops before its last song.
+  enum class StopReason { kCancelled, kListIsFull, kPlayerHasEnded };
+
+  /// Replaces the player's list by the first song and plays it.
+  /// \returns false when its file is missing or cannot be checked; nothing is played in that case
+  /// \throws Stopped
+  bool PlayFirstSong() {
+    bool plays = false;
+    CheckFiles(songs_.first(1), library_, go_on_,
+               [&](const std::string& path, const FileAnswer& answer) {
+                 plays = checks_.IsPlayable(path, answer);
+                 if (!answer.answered) return panel_.DiskTimedOut(1, path);
+                 if (!plays) return panel_.FirstSongIsGone(path);
+                 player_.SendWinampCommand(kStop);
+                 player_.ClearWinampPlaylist();
+                 Add(path);
+                 player_.SendWinampCommand(kPlay);
+                 panel_.TrackStarted(player_.GetTrackLength());
+               });
+    if (!plays) return false;
+    ++done_;
+    ReportProgress();
+    return true;
+  }
+
+  /// \throws Stopped
+  void AddOtherSongs() {
+    CheckFiles(songs_.subspan(1), library_, go_on_,
+               [&](const std::string& path, const FileAnswer& answer) {
+                 if (checks_.IsPlayable(path, answer)) Add(path);
+                 ++done_;
+                 if (done_ < songs_.size()) ReportProgress();
+               });
+  }
+
+  /// Adds a file to the player's list.
+  /// \throws Stopped when the list is full or the player has ended
+  void Add(const std::string& path) {
+    if (!player_.AddFileToWinamp(path)) Stop(StopReason::kListIsFull);
+    if (!player_.IsThere()) Stop(StopReason::kPlayerHasEnded);
+    ++added_;
+  }
+
+  /// \throws Stopped when the user has cancelled
+  void ReportProgress() {
+    if (go_on_ && !go_on_({})) Stop(StopReason::kCancelled);
+  }
+
+  [[noreturn]] void Stop(StopReason reason) {
+    reason_ = reason;
+    throw Stopped();
+  }
+
+  void ShowWhyStopped() {
+    switch (reason_) {
+      case StopReason::kPlayerHasEnded:
+        return ShowPlayerHasEnded(added_, songs_.size(), show_);
+      case StopReason::kListIsFull:
+        return ShowListIsFull(done_, songs_.size(), show_);
+      case StopReason::kCancelled:
+        return panel_.Cancelled(added_, songs_.size());
+    }
+  }
+
+  std::span<const std::int32_t> songs_;
+  clsMain& library_;
+  WinAMP_Control& player_;
+  const ShowMessage& show_;
+  HandOffPanel& panel_;
+  GoOn go_on_;  ///< empty when the hand-over cannot be cancelled
+  FileChecks checks_;
+  std::size_t done_ = 0;   ///< number of songs processed
+  std::size_t added_ = 0;  ///< number of songs that the player has
+  /// Remains kCancelled when the hand-over is cancelled while it waits for a disk.
+  StopReason reason_ = StopReason::kCancelled;
+};
 
 }  // namespace
 
@@ -126,53 +227,7 @@ void HandOver(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Cont
               const ShowMessage& show, HandOffPanel& panel, const HandOverProgress& progress) {
   if (!ReachPlayer(player, show)) return;
   panel.PlayerFound();
-  if (songs.empty()) return;
-  FileChecks checks;
-  std::size_t done = 0;
-  std::size_t handed = 0;
-  bool is_full = false;
-  bool has_ended = false;
-  GoOn go_on;
-  if (progress) go_on = [&](std::string_view) { return progress(done, songs.size()); };
-  const auto add = [&](const std::string& path) {
-    is_full = !player.AddFileToWinamp(path);
-    has_ended = !is_full && !player.IsThere();
-    if (is_full || has_ended) throw Stopped();
-    ++handed;
-  };
-  try {
-    bool plays = false;
-    LookAtFiles(songs.first(1), library, go_on,
-                [&](const std::string& first, const FileAnswer& answer) {
-                  plays = checks.IsPlayable(first, answer);
-                  if (!answer.came) return panel.DiskTimedOut(1, first);
-                  if (!plays) return panel.FirstSongIsGone(first);
-                  player.SendWinampCommand(kStop);
-                  player.ClearWinampPlaylist();
-                  add(first);
-                  player.SendWinampCommand(kPlay);
-                  panel.TrackStarted(player.GetTrackLength());
-                });
-    if (!plays) return;
-    ++done;
-    if (go_on && !go_on({})) throw Stopped();
-    LookAtFiles(songs.subspan(1), library, go_on,
-                [&](const std::string& path, const FileAnswer& answer) {
-                  if (checks.IsPlayable(path, answer)) add(path);
-                  ++done;
-                  if (go_on && done < songs.size() && !go_on({})) throw Stopped();
-                });
-  } catch (const Stopped&) {
-    if (has_ended) return TellPlayerHasEnded(handed, songs.size(), show);
-    if (is_full)
-      TellListIsFull(done, songs.size(), show);
-    else
-      panel.Cancelled(handed, songs.size());
-    if (handed == 0) return;
-  }
-  checks.ReportUnanswered(panel);
-  panel.HandedOver();
-  checks.Tell(show);
+  if (!songs.empty()) HandOverRun(songs, library, player, show, panel, progress).Run();
 }
 
 }  // namespace tallow

@@ -32,7 +32,7 @@ bool WinAMP_Control::StartWinamp() {
   return !path.empty() && link_.Start(path);
 }
 
-bool WinAMP_Control::HasWindow() {
+bool WinAMP_Control::RequireWindow() {
   if (window_ != 0 || FindWinamp()) return true;
   show_({.text = "WinAMP window not found yet...",
          .title = "WinAMP Not Found",
@@ -40,28 +40,28 @@ bool WinAMP_Control::HasWindow() {
   return false;
 }
 
-std::int64_t WinAMP_Control::Ask(std::int64_t wParam, std::int64_t lParam) {
+std::int64_t WinAMP_Control::SendUserMessage(std::int64_t wParam, std::int64_t lParam) {
   return link_.Send(window_, kWmUser, wParam, lParam);
 }
 
 void WinAMP_Control::SendWinampCommand(std::int32_t id) {
-  if (HasWindow()) link_.Send(window_, kWmCommand, id, 0);
+  if (RequireWindow()) link_.Send(window_, kWmCommand, id, 0);
 }
 
 void WinAMP_Control::ClearWinampPlaylist() {
-  if (HasWindow()) Ask(0, kClearList);
+  if (RequireWindow()) SendUserMessage(0, kClearList);
 }
 
 bool WinAMP_Control::AddFileToWinamp(const std::string& path) {
-  if (!HasWindow()) return true;
+  if (!RequireWindow()) return true;
   std::string data = link_.TextOfPath(path);
   data.push_back('\0');
   return link_.SendCopyData(window_, kAddFile, data);
 }
 
 std::string WinAMP_Control::GetWinampStatus() {
-  if (!HasWindow()) return {};
-  switch (Ask(0, kStatus)) {
+  if (!RequireWindow()) return {};
+  switch (SendUserMessage(0, kStatus)) {
     case kPlaying:
       return "PLAYING";
     case kPaused:
@@ -72,35 +72,36 @@ std::string WinAMP_Control::GetWinampStatus() {
 }
 
 std::int32_t WinAMP_Control::GetTrackPosition() {
-  if (!HasWindow()) return 0;
-  const auto position = static_cast<std::int32_t>(Ask(kAskPosition, kTrackTime));
+  if (!RequireWindow()) return 0;
+  const auto position = static_cast<std::int32_t>(SendUserMessage(kAskPosition, kTrackTime));
   return position == -1 ? -1 : position / 1000;
 }
 
 std::int32_t WinAMP_Control::GetTrackLength() {
-  if (!HasWindow()) return 0;
-  return static_cast<std::int32_t>(Ask(kAskLength, kTrackTime));
+  if (!RequireWindow()) return 0;
+  return static_cast<std::int32_t>(SendUserMessage(kAskLength, kTrackTime));
 }
 
 void WinAMP_Control::SetTrackPosition(std::int32_t seconds) {
-  if (!HasWindow()) return;
-  if (seconds >= 0 && seconds <= GetTrackLength()) Ask(std::int64_t{seconds} * 1000, kSeek);
+  if (!RequireWindow()) return;
+  if (seconds >= 0 && seconds <= GetTrackLength())
+    SendUserMessage(std::int64_t{seconds} * 1000, kSeek);
 }
 
 void WinAMP_Control::SetVolume(std::int32_t volume) {
-  if (!HasWindow()) return;
-  if (volume >= 0 && volume <= kMaxVolume) Ask(volume, kSetVolume);
+  if (!RequireWindow()) return;
+  if (volume >= 0 && volume <= kMaxVolume) SendUserMessage(volume, kSetVolume);
 }
 
 void WinAMP_Control::SetBalance(std::int32_t balance) {
-  if (!HasWindow()) return;
+  if (!RequireWindow()) return;
   if (balance < -kMaxBalance || balance > kMaxBalance) return;
-  Ask(balance < 0 ? balance + kLeftBalance : balance, kSetBalance);
+  SendUserMessage(balance < 0 ? balance + kLeftBalance : balance, kSetBalance);
 }
 
 std::string WinAMP_Control::GetWinampVersion() {
-  if (!HasWindow()) return {};
-  std::string digits = Hexadecimal(static_cast<std::uint32_t>(Ask(0, kVersion)));
+  if (!RequireWindow()) return {};
+  std::string digits = Hexadecimal(static_cast<std::uint32_t>(SendUserMessage(0, kVersion)));
   if (digits.size() <= 3) return "UNKNOWN";
   return digits.insert(1, ".");
 }

@@ -65,9 +65,11 @@ class WinAMP_Control {
   std::string GetWinampVersion();
 
  private:
-  /// Whether there is a player to send to; shows a message when there is none.
-  bool HasWindow();
-  std::int64_t Ask(std::int64_t wParam, std::int64_t lParam);
+  /// Looks for a player if none has been found yet; shows a message when there is none.
+  /// \returns whether there is a player to send to
+  bool RequireWindow();
+  /// \param lParam see PlayerRequest
+  std::int64_t SendUserMessage(std::int64_t wParam, std::int64_t lParam);
 
   PlayerLink& link_;
   std::function<std::string()> player_path_;

@@ -20,6 +20,7 @@ else()
   target_compile_definitions(tallow_core_tests PRIVATE
     TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
   add_dependencies(tallow_core_tests tallow-player)
+  target_link_libraries(tallow_core_tests PRIVATE tallow_song_player)
 endif()
 target_link_libraries(tallow_core_tests PRIVATE tallow_app GTest::gtest)
 

@@ -22,14 +22,18 @@ class Mpris {
   Mpris& operator=(const Mpris&) = delete;
 
   /// Disconnects from the bus without waiting.
-  void Leave();
+  void Disconnect();
 
   /// Sends the bus signals for a change of the player.
-  void Changed(PlayerChange change);
+  void Announce(PlayerChange change);
+
+  SongPlayer& Player() noexcept { return player_; }
+  /// Ends the player.
+  void Quit() { quit_(); }
+  /// The object path of the current track.
+  std::string TrackId() const;
 
  private:
-  friend struct MprisCalls;
-
   struct DropBus {
     void operator()(sd_bus* bus) const noexcept { sd_bus_close_unref(bus); }
   };
@@ -37,27 +41,26 @@ class Mpris {
     void operator()(sd_bus_slot* slot) const noexcept { sd_bus_slot_unref(slot); }
   };
 
-  /// The property values that were last announced on the bus.
-  struct Shown {
+  /// The values of the properties that are announced on the bus when they change.
+  struct Properties {
     PlayerStatus status = kStopped;
     std::string track;  ///< all metadata of the track, as one text
     std::int32_t volume = kMaxVolume;
     bool has_next = false;
     bool has_previous = false;
     bool can_play = false;
-    bool operator==(const Shown&) const = default;
   };
 
-  Shown Now() const;
+  Properties CurrentProperties() const;
+  void AnnounceProperties();
   void RequestName(const std::string& name);
-  std::string TrackId() const;
 
   SongPlayer& player_;
   std::function<void()> quit_;
   std::unique_ptr<sd_bus, DropBus> bus_;
   std::unique_ptr<sd_bus_slot, DropSlot> name_;
-  bool is_second_name_ = false;
-  Shown shown_;
+  bool uses_second_name_ = false;
+  Properties announced_;
 };
 
 }  // namespace tallow

@@ -18,11 +18,12 @@ constexpr PlayerAnswer kVersionAnswer =
     0x1000 + kMajorVersion * 0x100 + kMinorVersion / 10 * 0x10 + kMinorVersion % 10;
 static_assert(kMajorVersion < 0x10 && kMinorVersion < 100);
 
-/// The answer to a seek to a position outside the track.
-constexpr PlayerAnswer kNoSuchPlace = 1;
+/// The answers to a seek that is not possible: to a position outside the track, or without a track.
+constexpr PlayerAnswer kNoSuchPosition = 1;
+constexpr PlayerAnswer kNothingPlays = -1;
 
 /// Bytes that are escaped in a line of the log.
-constexpr std::string_view kWrittenOut{"\0\n", 2};
+constexpr std::string_view kEscapedBytes{"\0\n", 2};
 
 }  // namespace
 
@@ -33,12 +34,12 @@ bool PlayerRequests::Execute(const PlayerRequestHead& head, const std::string& p
                              const std::function<void(PlayerAnswer)>& answer) {
   switch (head.message) {
     case kWmCommand:
-      if (!Command(head)) return false;
+      if (!ExecuteCommand(head)) return false;
       break;
     case kWmCopyData:
       return AddFile(head, payload, answer);
     case kWmUser:
-      return User(head, answer);
+      return ExecuteUserMessage(head, answer);
     default:
       return false;
   }
@@ -46,7 +47,7 @@ bool PlayerRequests::Execute(const PlayerRequestHead& head, const std::string& p
   return true;
 }
 
-bool PlayerRequests::Command(const PlayerRequestHead& head) {
+bool PlayerRequests::ExecuteCommand(const PlayerRequestHead& head) {
   if (head.lParam != 0) return false;
   switch (head.wParam) {
     case kClosePlayer:
@@ -85,49 +86,55 @@ bool PlayerRequests::AddFile(const PlayerRequestHead& head, const std::string& p
   return true;
 }
 
-bool PlayerRequests::User(const PlayerRequestHead& head,
-                          const std::function<void(PlayerAnswer)>& answer) {
-  const std::int64_t value = head.wParam;
-  PlayerAnswer result = 0;
-  switch (head.lParam) {
-    case kTrackTime:
-      if (value == kAskLength) {
-        player_.WhenLengthIsKnown(answer);
-        return true;
-      }
-      if (value != kAskPosition) return false;
-      result = player_.Position();
-      break;
-    case kSeek:
-      if (value < 0) return false;
-      if (player_.Status() == kStopped)
-        result = -1;
-      else if (!player_.Seek(value))
-        result = kNoSuchPlace;
-      break;
-    case kSetVolume:
-      if (value < 0 || value > kMaxVolume) return false;
-      player_.SetVolume(static_cast<std::int32_t>(value));
-      break;
-    case kSetBalance: {
-      if (value < 0 || value >= kLeftBalance) return false;
-      const auto balance = static_cast<std::int32_t>(value);
-      player_.SetBalance(balance > kMaxBalance ? balance - kLeftBalance : balance);
-      break;
-    }
-    case kVersion:
-    case kClearList:
-    case kStatus:
-      if (value != 0) return false;
-      if (head.lParam == kVersion) result = kVersionAnswer;
-      if (head.lParam == kStatus) result = player_.Status();
-      if (head.lParam == kClearList) player_.Clear();
-      break;
-    default:
-      return false;
+bool PlayerRequests::ExecuteUserMessage(const PlayerRequestHead& head,
+                                        const std::function<void(PlayerAnswer)>& answer) {
+  if (head.lParam == kTrackTime && head.wParam == kAskLength) {
+    player_.WhenLengthIsKnown(answer);
+    return true;
   }
-  answer(result);
+  const std::optional<PlayerAnswer> result = AnswerAtOnce(head.lParam, head.wParam);
+  if (!result) return false;
+  answer(*result);
   return true;
+}
+
+std::optional<PlayerAnswer> PlayerRequests::AnswerAtOnce(std::int64_t request, std::int64_t value) {
+  switch (request) {
+    case kTrackTime:
+      if (value != kAskPosition) return std::nullopt;
+      return player_.Position();
+    case kSeek:
+      return Seek(value);
+    case kSetVolume:
+      if (value < 0 || value > kMaxVolume) return std::nullopt;
+      player_.SetVolume(static_cast<std::int32_t>(value));
+      return 0;
+    case kSetBalance:
+      return SetBalance(value);
+    case kVersion:
+      return value == 0 ? std::optional(kVersionAnswer) : std::nullopt;
+    case kStatus:
+      return value == 0 ? std::optional<PlayerAnswer>(player_.Status()) : std::nullopt;
+    case kClearList:
+      if (value != 0) return std::nullopt;
+      player_.Clear();
+      return 0;
+    default:
+      return std::nullopt;
+  }
+}
+
+std::optional<PlayerAnswer> PlayerRequests::Seek(std::int64_t ms) {
+  if (ms < 0) return std::nullopt;
+  if (player_.Status() == kStopped) return kNothingPlays;
+  return player_.Seek(ms) ? 0 : kNoSuchPosition;
+}
+
+std::optional<PlayerAnswer> PlayerRequests::SetBalance(std::int64_t value) {
+  if (value < 0 || value >= kLeftBalance) return std::nullopt;
+  const auto balance = static_cast<std::int32_t>(value);
+  player_.SetBalance(balance > kMaxBalance ? balance - kLeftBalance : balance);
+  return 0;
 }
 
 std::string DescribeRequest(const PlayerRequestHead& head, const std::string& payload) {
@@ -137,7 +144,7 @@ std::string DescribeRequest(const PlayerRequestHead& head, const std::string& pa
   // Escape the NUL at the end, and any other NUL or line feed.
   line += " \"";
   for (std::size_t from = 0; from < payload.size();) {
-    const std::size_t to = std::min(payload.find_first_of(kWrittenOut, from), payload.size());
+    const std::size_t to = std::min(payload.find_first_of(kEscapedBytes, from), payload.size());
     line.append(payload, from, to - from);
     if (to < payload.size()) line += payload[to] == '\0' ? "\\0" : "\\n";
     from = to + 1;

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "player/player_socket_linux.h"
@@ -24,10 +26,19 @@ class PlayerRequests {
                const std::function<void(PlayerAnswer)>& answer);
 
  private:
-  bool Command(const PlayerRequestHead& head);
-  bool User(const PlayerRequestHead& head, const std::function<void(PlayerAnswer)>& answer);
+  // These return false, or no value, for an invalid message.
+
+  bool ExecuteCommand(const PlayerRequestHead& head);
   bool AddFile(const PlayerRequestHead& head, const std::string& payload,
                const std::function<void(PlayerAnswer)>& answer);
+  bool ExecuteUserMessage(const PlayerRequestHead& head,
+                          const std::function<void(PlayerAnswer)>& answer);
+  /// Executes a message whose answer is known at once.
+  /// \param request see PlayerRequest
+  std::optional<PlayerAnswer> AnswerAtOnce(std::int64_t request, std::int64_t value);
+  std::optional<PlayerAnswer> Seek(std::int64_t ms);
+  /// \param value 0 to 127 for center to right, 128 to 254 for left to just left of center
+  std::optional<PlayerAnswer> SetBalance(std::int64_t value);
 
   SongPlayer& player_;
   std::function<void()> close_;

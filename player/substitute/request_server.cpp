@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
+#include <span>
 #include <sys/resource.h>
 #include <sys/socket.h>
 #include <utility>
@@ -18,8 +19,8 @@ namespace {
 constexpr std::size_t kMaxConnections = 256;
 constexpr std::size_t kMinConnections = 4;
 
-/// How long to wait, in µs, for descriptors used elsewhere in this process.
-constexpr std::uint64_t kWaitForDescriptors = 100'000;
+/// How long to wait, in µs, before another attempt to accept when no descriptor is free.
+constexpr std::uint64_t kAcceptRetryInterval = 100'000;
 
 /// Uses at most a quarter of the descriptors, because songs and sound output need some, too.
 std::size_t MaxConnections() noexcept {
@@ -28,12 +29,24 @@ std::size_t MaxConnections() noexcept {
   return std::clamp<std::size_t>(limit.rlim_cur / 4, kMinConnections, kMaxConnections);
 }
 
-std::unique_ptr<OpenFile> SpareDescriptor() {
+std::unique_ptr<OpenFile> OpenSpareDescriptor() {
   return std::make_unique<OpenFile>(open("/dev/null", O_RDONLY | O_CLOEXEC));
 }
 
-bool IsSound(const PlayerRequestHead& head) noexcept {
+bool IsValid(const PlayerRequestHead& head) noexcept {
   return head.payload <= kMaxPayload && (head.payload == 0 || head.message == kWmCopyData);
+}
+
+/// Receives bytes behind those already received, without blocking.
+/// \param buffer   all bytes that are expected
+/// \param received number of bytes that have been received; updated
+/// \returns false when the connection is closed or broken
+bool ReceiveInto(std::span<char> buffer, std::size_t& received, int descriptor) noexcept {
+  const std::span<char> rest = buffer.subspan(received);
+  const ssize_t got = recv(descriptor, rest.data(), rest.size(), 0);
+  if (got <= 0) return got < 0 && (errno == EAGAIN || errno == EINTR);
+  received += static_cast<std::size_t>(got);
+  return true;
 }
 
 }  // namespace
@@ -42,7 +55,7 @@ RequestServer::RequestServer(sd_event* loop, int listening, Handler handler)
     : loop_(loop),
       handler_(std::move(handler)),
       listening_(std::make_unique<OpenFile>(listening)),
-      spare_(SpareDescriptor()),
+      spare_(OpenSpareDescriptor()),
       max_connections_(MaxConnections()) {
   sd_event_source* source = nullptr;
   Require(sd_event_add_io(
@@ -57,16 +70,16 @@ RequestServer::RequestServer(sd_event* loop, int listening, Handler handler)
 }
 
 void RequestServer::StopListening() {
-  again_.reset();
+  retry_timer_.reset();
   accepting_.reset();
   listening_.reset();
 }
 
-int RequestServer::AcceptOne() const noexcept {
+int RequestServer::TryAccept() const noexcept {
   return accept4(listening_->descriptor(), nullptr, nullptr, SOCK_CLOEXEC | SOCK_NONBLOCK);
 }
 
-bool RequestServer::MakeRoom() {
+bool RequestServer::FreeDescriptor() {
   if (!connections_.empty())
     CloseLongestIdle();
   else if (spare_)
@@ -76,97 +89,103 @@ bool RequestServer::MakeRoom() {
   return true;
 }
 
-void RequestServer::AcceptLater() {
+void RequestServer::RetryLater() {
   // The socket stays ready, so without this the event loop would spin.
   sd_event_source_set_enabled(accepting_.get(), SD_EVENT_OFF);
   sd_event_source* timer = nullptr;
   const int added = sd_event_add_time_relative(
-      loop_, &timer, CLOCK_MONOTONIC, kWaitForDescriptors, 0,
+      loop_, &timer, CLOCK_MONOTONIC, kAcceptRetryInterval, 0,
       [](sd_event_source*, std::uint64_t, void* self) {
         auto& server = *static_cast<RequestServer*>(self);
         sd_event_source_set_enabled(server.accepting_.get(), SD_EVENT_ON);
         return 0;
       },
       this);
-  if (added >= 0) again_.reset(timer);
+  if (added >= 0) retry_timer_.reset(timer);
+}
+
+int RequestServer::AcceptOrFreeDescriptors() {
+  if (!spare_ || !*spare_) spare_ = OpenSpareDescriptor();
+  if (!*spare_) spare_.reset();
+  int descriptor = TryAccept();
+  while (descriptor < 0 && (errno == EMFILE || errno == ENFILE)) {
+    if (!FreeDescriptor()) {
+      RetryLater();
+      return -1;
+    }
+    descriptor = TryAccept();
+  }
+  return descriptor;
 }
 
 void RequestServer::Accept() {
-  if (!spare_ || !*spare_) spare_ = SpareDescriptor();
-  if (!*spare_) spare_.reset();
-  int descriptor = AcceptOne();
-  while (descriptor < 0 && (errno == EMFILE || errno == ENFILE)) {
-    if (!MakeRoom()) return AcceptLater();
-    descriptor = AcceptOne();
-  }
+  const int descriptor = AcceptOrFreeDescriptors();
   if (descriptor < 0) return;
   auto connection = std::make_unique<Connection>(*this, ++last_number_, descriptor);
   if (!PeerIsSameUser(descriptor)) return;
   if (connections_.size() >= max_connections_) CloseLongestIdle();
+  AddConnection(std::move(connection));
+}
+
+void RequestServer::AddConnection(std::unique_ptr<Connection> connection) {
   sd_event_source* source = nullptr;
   const int added = sd_event_add_io(
-      loop_, &source, descriptor, EPOLLIN,
+      loop_, &source, connection->socket.descriptor(), EPOLLIN,
       [](sd_event_source*, int, std::uint32_t, void* data) {
-        auto& of = *static_cast<Connection*>(data);
-        of.server.Ready(of);
+        auto& readable = *static_cast<Connection*>(data);
+        readable.server.OnReadable(readable);
         return 0;
       },
       connection.get());
   if (added < 0) return;
   connection->source.reset(source);
-  connections_.emplace(last_number_, std::move(connection));
+  const std::uint64_t number = connection->number;
+  connections_.emplace(number, std::move(connection));
 }
 
 void RequestServer::CloseLongestIdle() {
   // min_element returns the first minimum, so the oldest of the connections without a request.
-  const auto quietest = std::min_element(
+  const auto longest_idle = std::min_element(
       connections_.begin(), connections_.end(),
-      [](const auto& a, const auto& b) { return a.second->last_heard < b.second->last_heard; });
-  connections_.erase(quietest);
+      [](const auto& a, const auto& b) { return a.second->last_request < b.second->last_request; });
+  connections_.erase(longest_idle);
 }
 
-void RequestServer::Ready(Connection& connection) {
+void RequestServer::OnReadable(Connection& connection) {
   // While a request is being executed, the only event is the end of the connection.
   if (connection.busy || !Receive(connection)) return Close(connection.number);
-  if (connection.filled == sizeof connection.head + connection.head.payload) Execute(connection);
+  if (connection.IsComplete()) Execute(connection);
 }
 
 bool RequestServer::Receive(Connection& connection) {
-  constexpr std::size_t kHead = sizeof connection.head;
-  if (connection.filled < kHead) {
-    char* const place = reinterpret_cast<char*>(&connection.head) + connection.filled;
-    const ssize_t got = recv(connection.socket.descriptor(), place, kHead - connection.filled, 0);
-    if (got <= 0) return got < 0 && (errno == EAGAIN || errno == EINTR);
-    connection.filled += static_cast<std::size_t>(got);
-    if (connection.filled < kHead) return true;
-    connection.payload.assign(IsSound(connection.head) ? connection.head.payload : 0, '\0');
-    return IsSound(connection.head);
-  }
-  const std::size_t come = connection.filled - kHead;
-  const ssize_t got = recv(connection.socket.descriptor(), connection.payload.data() + come,
-                           connection.payload.size() - come, 0);
-  if (got <= 0) return got < 0 && (errno == EAGAIN || errno == EINTR);
-  connection.filled += static_cast<std::size_t>(got);
+  const int descriptor = connection.socket.descriptor();
+  if (connection.IsHeadComplete())
+    return ReceiveInto(connection.payload, connection.payload_received, descriptor);
+  const std::span<char> head(reinterpret_cast<char*>(&connection.head), sizeof connection.head);
+  if (!ReceiveInto(head, connection.head_received, descriptor)) return false;
+  if (!connection.IsHeadComplete()) return true;
+  if (!IsValid(connection.head)) return false;
+  connection.payload.assign(connection.head.payload, '\0');
   return true;
 }
 
 void RequestServer::Execute(Connection& connection) {
   const std::uint64_t number = connection.number;
-  connection.filled = 0;
+  connection.head_received = connection.payload_received = 0;
   connection.busy = true;
-  connection.last_heard = ++heard_;
+  connection.last_request = ++requests_;
   const PlayerRequestHead head = connection.head;
   const std::string payload = std::exchange(connection.payload, {});
-  const bool understood =
-      handler_(head, payload, [this, number](PlayerAnswer answer) { GiveAnswer(number, answer); });
-  if (!understood) return Close(number);
+  const bool valid =
+      handler_(head, payload, [this, number](PlayerAnswer answer) { SendAnswer(number, answer); });
+  if (!valid) return Close(number);
   // The answer may have closed the connection, or may still be pending.
   const auto found = connections_.find(number);
   if (found != connections_.end() && found->second->busy)
     sd_event_source_set_io_events(found->second->source.get(), 0);
 }
 
-void RequestServer::GiveAnswer(std::uint64_t number, PlayerAnswer answer) {
+void RequestServer::SendAnswer(std::uint64_t number, PlayerAnswer answer) {
   const auto found = connections_.find(number);
   if (found == connections_.end()) return;
   Connection& connection = *found->second;

@@ -47,44 +47,60 @@ class RequestServer {
 
  private:
   struct Connection {
-    Connection(RequestServer& owner, std::uint64_t name, int descriptor) noexcept
-        : server(owner), number(name), socket(descriptor) {}
+    Connection(RequestServer& owner, std::uint64_t own_number, int descriptor) noexcept
+        : server(owner), number(own_number), socket(descriptor) {}
+
+    bool IsHeadComplete() const noexcept { return head_received == sizeof head; }
+    bool IsComplete() const noexcept {
+      return IsHeadComplete() && payload_received == head.payload;
+    }
 
     RequestServer& server;
     const std::uint64_t number;
     OpenFile socket;
     EventSource source;
     /// Sequence number of its last request, counted over all connections; 0 for none.
-    std::uint64_t last_heard = 0;
+    std::uint64_t last_request = 0;
     PlayerRequestHead head;
-    std::size_t filled = 0;  ///< bytes of the request received so far
     std::string payload;
-    bool busy = false;  ///< a request is being executed
+    std::size_t head_received = 0;     ///< in bytes
+    std::size_t payload_received = 0;  ///< in bytes
+    bool busy = false;                 ///< a request is being executed
   };
 
+  /// Accepts a connection that has arrived.
   void Accept();
-  int AcceptOne() const noexcept;
-  bool MakeRoom();
-  void AcceptLater();
+  /// Accepts a connection; frees descriptors when none is left for it.
+  /// \returns its descriptor, or a negative value when there is no connection
+  int AcceptOrFreeDescriptors();
+  int TryAccept() const noexcept;
+  /// Frees a descriptor that the server uses.
+  /// \returns false when there is none
+  bool FreeDescriptor();
+  /// Accepts nothing for a moment, until descriptors used elsewhere in this process are free.
+  void RetryLater();
+  void AddConnection(std::unique_ptr<Connection> connection);
   void CloseLongestIdle();
-  void Ready(Connection& connection);
-  bool Receive(Connection& connection);
+  void OnReadable(Connection& connection);
+  /// Receives the next bytes of a request.
+  /// \returns false when the connection must be closed
+  static bool Receive(Connection& connection);
   void Execute(Connection& connection);
-  void GiveAnswer(std::uint64_t number, PlayerAnswer answer);
+  void SendAnswer(std::uint64_t number, PlayerAnswer answer);
   void Close(std::uint64_t number) { connections_.erase(number); }
 
   sd_event* loop_;
   Handler handler_;
   std::unique_ptr<OpenFile> listening_;
   EventSource accepting_;
-  EventSource again_;  ///< timer that waits for free descriptors
+  EventSource retry_timer_;  ///< waits for free descriptors
   /// Reserve descriptor, closed to accept a connection when none is free.
   std::unique_ptr<OpenFile> spare_;
   std::size_t max_connections_;
   /// Keyed by connection numbers that are never reused.
   std::map<std::uint64_t, std::unique_ptr<Connection>> connections_;
   std::uint64_t last_number_ = 0;
-  std::uint64_t heard_ = 0;
+  std::uint64_t requests_ = 0;  ///< of all connections
 };
 
 }  // namespace tallow

@@ -3,46 +3,92 @@
 
 #include <chrono>
 #include <cstdint>
-#include <deque>
 #include <functional>
-#include <optional>
 #include <string>
-#include <vector>
+#include <systemd/sd-event.h>
+#include <utility>
 
 #include "player/player_messages.h"
-#include "player/substitute/event_source.h"
-#include "player/substitute/sound_engine.h"
+#include "player/substitute/engine_playlist.h"
+#include "player/substitute/length_callbacks.h"
+#include "player/substitute/play_list.h"
+#include "player/substitute/playback_engine.h"
+#include "player/substitute/track.h"
+#include "player/substitute/track_position.h"
 
 namespace tallow {
 
-/// Properties of the current track.
-struct Track {
-  std::string path;
-  std::string title;             ///< UTF-8; empty when the tag has none
-  std::string artist;            ///< UTF-8; empty when the tag has none
-  std::optional<double> length;  ///< in s; no value until the track is open
-};
-
-/// Means "no entry of mpv's playlist".
-inline constexpr std::int64_t kNoEntry = -1;
-
 /// What has changed in a player; passed to the change callback.
 enum class PlayerChange { kStatus, kTrack, kList, kVolume, kSeeked };
+
+/// State of a player. From kLoading on it has a track, which is playing or paused.
+enum class PlayerState {
+  kStopped,
+  kRanOut,    ///< stopped at the end of the list because the last file could not be played
+  kLoading,   ///< the engine was told to load the track; its entry number has not arrived
+  kLoaded,    ///< the engine has the track in its playlist
+  kOpening,   ///< the engine is opening the track
+  kOpen,      ///< the track is decoded
+  kDraining,  ///< the track has ended; the device still plays its last audio
+};
 
 /// A list of files and its playback.
 ///
 /// No call waits for the sound: commands are queued and take effect in order, and queries return
 /// the latest known state. Tracks follow each other without a gap. A track that cannot be played is
 /// reported on standard error and skipped.
-class SongPlayer {
+///
+/// All transitions between the states follow. "track" is any state from kLoading on, "entry" any
+/// state from kLoaded on, and "open" is kOpen, or kDraining if the track was open before. An event
+/// without a row for a state is ignored in it.
+///
+/// | State            | Event                                | Next      | Action                 |
+/// |------------------|--------------------------------------|-----------|------------------------|
+/// | kStopped kRanOut | Play, Resume; the list has a file    | kLoading  | LoadCurrent            |
+/// | track, playing   | Play                                 | kLoading  | LoadCurrent            |
+/// | track, paused    | Play, Resume, TogglePause            | same      | resume                 |
+/// | track, playing   | TogglePause, except in kDraining     | same      | pause                  |
+/// | kDraining        | TogglePause when playing             | kLoading  | LoadCurrentAt          |
+/// | kDraining        | Seek                                 | kLoading  | LoadCurrentAt          |
+/// | kOpen            | Seek                                 | same      | SeekNow                |
+/// | other track      | Seek                                 | same      | SeekWhenOpen           |
+/// | track            | Next, Previous                       | kLoading  | go there, LoadCurrent  |
+/// | kStopped kRanOut | Next, Previous                       | same      | go there               |
+/// | track            | StopAfterCurrent                     | same      | RemoveFollowing        |
+/// | track            | Stop                                 | kStopped  | EndTrack               |
+/// | kRanOut          | Stop                                 | kStopped  |                        |
+/// | track            | Clear                                | kStopped  | EndTrack               |
+/// | kStopped kRanOut | Clear                                | kStopped  |                        |
+/// | kRanOut          | Add                                  | kLoading  | go there, LoadCurrent  |
+/// | entry            | Add                                  | same      | AppendFollowing        |
+/// | kLoading         | reply: the entry number              | kLoaded   | AppendFollowing        |
+/// | kLoading         | reply: failure                       | kStopped  | EndTrack               |
+/// | entry            | the current entry starts             | kOpening  |                        |
+/// | entry            | the next entry starts                | kOpening  | AppendFollowing        |
+/// | entry            | another entry starts; stop-after     | kStopped  | FinishList             |
+/// | kOpening         | the track is open                    | kOpen     | request its properties |
+/// | kOpen            | position                             | same      | store it               |
+/// | open             | length, tags                         | same      | store them             |
+/// | open             | the properties are reported          | same      | send the deferred seek |
+/// | entry            | track ended; the engine has the next | same      |                        |
+/// | entry            | track ended; else HasNext            | kLoading  | LoadNext               |
+/// | entry            | track ended; else                    | kDraining |                        |
+/// | entry            | the engine is idle; HasNext          | kLoading  | LoadNext               |
+/// | entry            | idle; else the last track failed     | kRanOut   | FinishList             |
+/// | entry            | idle; else                           | kStopped  | FinishList             |
+/// | any              | events were lost                     | kStopped  | EndTrack               |
+///
+/// After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends, and the track
+/// does not count as failed. Loading leads to kStopped when the engine's command queue is full.
+class SongPlayer : private PlaybackListener {
  public:
-  /// \throws std::runtime_error when libmpv cannot be set up
-  SongPlayer(sd_event* loop, const SoundOutput& output);
+  /// \param engine must outlive this object, which becomes its listener
+  SongPlayer(sd_event* loop, PlaybackEngine& engine);
   SongPlayer(const SongPlayer&) = delete;
   SongPlayer& operator=(const SongPlayer&) = delete;
 
-  /// \param told callback, called after each change
-  void OnChange(std::function<void(PlayerChange)> told) { told_ = std::move(told); }
+  /// \param callback called after each change
+  void OnChange(std::function<void(PlayerChange)> callback) { on_change_ = std::move(callback); }
 
   /// Paused: resumes. Playing: restarts the track. Stopped: starts the current track.
   void Play();
@@ -72,105 +118,98 @@ class SongPlayer {
   /// \param balance -127 (only left) to 127 (only right)
   void SetBalance(std::int32_t balance);
 
+  PlayerState State() const noexcept { return state_; }
   /// The status after the last command, even if the sound has not followed yet.
-  PlayerStatus Status() const noexcept { return status_; }
+  PlayerStatus Status() const noexcept;
   /// The position in the track, in ms; -1 when nothing plays.
   std::int64_t Position() const noexcept;
   /// 0 to 255, see SetVolume.
   std::int32_t Volume() const noexcept { return volume_; }
   /// The track that plays or is paused, or that Play would start when stopped. Null when the list
   /// is empty.
-  const Track* CurrentTrack() const noexcept;
+  const Track* CurrentTrack() const noexcept { return list_.IsEmpty() ? nullptr : &track_; }
   /// Whether there is a next track.
-  bool HasNext() const noexcept { return current_ + 1 < list_.size(); }
+  bool HasNext() const noexcept { return list_.HasNext(); }
   /// Whether there is a previous track.
-  bool HasPrevious() const noexcept { return current_ > 0 && !list_.empty(); }
+  bool HasPrevious() const noexcept { return list_.HasPrevious(); }
   /// A number that identifies an entry of the list and is never reused; 0 when the list is empty.
-  std::uint64_t TrackNumber() const noexcept { return list_.empty() ? 0 : list_[current_].number; }
+  std::uint64_t TrackNumber() const noexcept { return list_.CurrentNumber(); }
 
   /// Passes the length of the track in s, or -1 if unknown, to a callback. Calls it at once, except
   /// when Play has just started a track: then calls it once the track is open, after two seconds at
   /// the latest.
-  void WhenLengthIsKnown(std::function<void(std::int64_t)> tell);
+  void WhenLengthIsKnown(LengthCallbacks::Callback callback) {
+    length_callbacks_.CallWhenKnown(std::move(callback));
+  }
 
  private:
   using Clock = std::chrono::steady_clock;
 
-  /// State of opening the current track in mpv.
-  enum class Opening { kWaits, kUnderWay, kDone };
+  /// What happens at the end of the current track.
+  enum class AfterTrack { kContinue, kStop };
 
-  bool IsOpen() const noexcept { return opening_ == Opening::kDone; }
-  void ShowTrack();
-  void BeginTrack(Opening opening);
-  void StartTrack(std::size_t index, bool paused);
-  void StartAgainAt(std::int64_t ms, bool paused);
-  void QueueFollowing();
-  void TrackBegins(std::int64_t entry);
-  void EndTrack(bool list_ran_out_on_error);
-  void SetStatus(PlayerStatus status);
-  void TellLength();
+  /// How the track has ended, in state kDraining.
+  struct TrackEnd {
+    Clock::time_point time;
+    bool was_open = false;
+    bool failed = false;  ///< it could not be played
+  };
+
+  bool HasTrack() const noexcept { return state_ >= PlayerState::kLoading; }
+  bool HasEntry() const noexcept { return state_ >= PlayerState::kLoaded; }
+  bool IsOpen() const noexcept;
+  bool ContinuesWithNext() const noexcept {
+    return HasNext() && after_track_ == AfterTrack::kContinue;
+  }
   std::int64_t Length() const noexcept;
+
+  /// Changes the state, and reports it if that changes the status.
+  void Enter(PlayerState state, bool paused);
+  void Enter(PlayerState state) { Enter(state, paused_); }
+  /// Loads the current track of the list and enters kLoading.
+  void LoadCurrent(bool paused);
+  /// Loads the current track and seeks in it.
+  void LoadCurrentAt(std::int64_t ms, bool paused);
+  /// Goes to the next track and loads it. Stays paused.
+  void LoadNext();
+  /// Stops the engine and enters a state without a track.
+  void EndTrack(PlayerState state);
+  /// Goes to the next track, or from the last one to the first, and enters a state without a track.
+  void FinishList(PlayerState state);
+  /// Appends tracks to the engine's playlist until it holds enough in advance.
+  void AppendFollowing();
+  /// A command has gone to another track of the list: loads it if there is a track.
+  void CurrentHasChanged();
+  /// Forgets the properties of the track before, and shows the path of the current one.
+  void ResetTrack();
   void Changed(PlayerChange change) const;
 
-  void TakeEvent(const mpv_event& event);
-  void TakeReply(const mpv_event& event);
-  void TrackOpened();
-  void OnLength();
-  void SendSeek();
-  void TrackEnded(const mpv_event_end_file& end);
-  void SoundEnded();
-  void FinishList(bool ran_out);
-  void TakeProperty(const mpv_event_property& property);
-  void OnPosition(double position);
-  void TakeTags(const mpv_node& tags);
+  void OnReply(CommandNumber command, bool succeeded, EntryNumber entry) override;
+  void OnTrackStarted(EntryNumber entry) override;
+  void OnTrackOpened() override;
+  void OnTrackEnded(EntryNumber entry, const char* error) override;
+  void OnIdle() override;
+  void OnPlaybackRestarted() override { position_.OnPlaybackRestarted(); }
+  void OnPosition(double seconds) override;
+  void OnLength(double seconds) override;
+  void OnTags(TrackTags tags) override;
+  void OnPropertiesReported() override;
+  void OnEventsLost() override { EndTrack(PlayerState::kStopped); }
 
-  sd_event* loop_;
-  SoundEngine engine_;
-  std::function<void(PlayerChange)> told_;
+  PlaybackEngine& engine_;
+  std::function<void(PlayerChange)> on_change_;
 
-  struct ListEntry {
-    std::string path;
-    std::uint64_t number = 0;  ///< never reused
-  };
+  PlayerState state_ = PlayerState::kStopped;
+  bool paused_ = false;  ///< only with a track
+  AfterTrack after_track_ = AfterTrack::kContinue;
+  TrackEnd end_;
 
-  std::vector<ListEntry> list_;
-  std::size_t list_bytes_ = 0;  ///< limited by kMaxListBytes
-  std::size_t current_ = 0;     ///< index in list_
-  PlayerStatus status_ = kStopped;
-  Track track_;
-  std::uint64_t last_number_ = 0;
+  PlayList list_;
+  EnginePlaylist engine_list_;
+  Track track_;  ///< the current one of list_
+  TrackPosition position_;
+  LengthCallbacks length_callbacks_;
   std::int32_t volume_ = kMaxVolume;
-  bool stop_after_current_ = false;
-  /// True when playback reached the end of the list because the last file could not be played. A
-  /// file added in this state starts at once.
-  bool ran_out_ = false;
-
-  /// An entry of mpv's playlist. Its number arrives in the reply to the loadfile command. Events
-  /// with other numbers refer to earlier tracks and are ignored.
-  struct Entry {
-    std::uint64_t reply = 0;
-    std::int64_t number = kNoEntry;
-  };
-
-  /// Number of tracks that mpv's playlist holds in advance. Unplayable files are skipped without
-  /// closing the sound device if one of these tracks is playable.
-  static constexpr std::size_t kMaxFollowing = 8;
-
-  Entry playing_;
-  std::deque<Entry> following_;  ///< the tracks after the current one, in order
-  Opening opening_ = Opening::kWaits;
-  bool draining_ = false;  ///< the track has ended, but the device still plays its last audio
-  Clock::time_point fades_since_;
-  bool failed_ = false;         ///< the track that has ended could not be played
-  double position_ = 0;         ///< in s
-  double seek_target_ = 0;      ///< target of the last seek in this track, in s
-  std::uint64_t seek_ = 0;      ///< reply number of the last seek in progress; 0 for none
-  bool seek_waits_ = false;     ///< a seek is deferred until the track is open
-  bool seek_restarts_ = false;  ///< the seek was replied to, but playback has not restarted yet
-
-  bool length_is_asked_ = false;  ///< Play has started a track that is not open yet
-  std::vector<std::function<void(std::int64_t)>> length_askers_;
-  EventSource length_timer_;
 };
 
 }  // namespace tallow

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "player/player_messages.h"
+#include "player/substitute/mpv_events.h"
 
 namespace tallow {
 namespace {
@@ -88,39 +89,46 @@ void RequireWritable(const std::string& path) {
   std::fclose(file);
 }
 
+/// Sets the options that depend on the destination of the sound.
+void SetOutput(mpv_handle* mpv, const SoundOutput& output) {
+  if (!output.file.empty()) {
+    RequireWritable(output.file);
+    SetOption(mpv, "ao", "pcm");
+    SetOption(mpv, "ao-pcm-file", output.file.c_str());
+    SetOption(mpv, "audio-format", "s16");
+  } else if (output.silent) {
+    SetOption(mpv, "ao", "null");
+  } else {
+    // Without a sound device, play silently in real time.
+    SetOption(mpv, "audio-fallback-to-null", "yes");
+  }
+}
+
 }  // namespace
 
-SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output,
-                         std::function<void(const mpv_event&)> take)
-    : wake_up_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), mpv_(mpv_create()), take_(std::move(take)) {
+SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output)
+    : loop_(loop), wake_up_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), mpv_(mpv_create()) {
   if (!mpv_ || !wake_up_) throw std::runtime_error("libmpv does not start");
   for (const Option& option : kOptions) SetOption(mpv_.get(), option.name, option.value);
   for (const char* const name : kDisabledScripts) mpv_set_option_string(mpv_.get(), name, "no");
   SetOption(mpv_.get(), "af", BalanceFilter(0).c_str());
-  if (!output.file.empty()) {
-    RequireWritable(output.file);
-    SetOption(mpv_.get(), "ao", "pcm");
-    SetOption(mpv_.get(), "ao-pcm-file", output.file.c_str());
-    SetOption(mpv_.get(), "audio-format", "s16");
-  } else if (output.silent) {
-    SetOption(mpv_.get(), "ao", "null");
-  } else {
-    // Without a sound device, play silently in real time.
-    SetOption(mpv_.get(), "audio-fallback-to-null", "yes");
-  }
+  SetOutput(mpv_.get(), output);
   const int result = mpv_initialize(mpv_.get());
   if (result < 0) throw std::runtime_error(std::string("libmpv: ") + mpv_error_string(result));
   mpv_observe_property(mpv_.get(), 0, "time-pos", MPV_FORMAT_DOUBLE);
   mpv_observe_property(mpv_.get(), 0, "duration", MPV_FORMAT_DOUBLE);
   mpv_hook_add(mpv_.get(), 0, "on_load", 0);
+  WatchEvents();
+}
 
+void SoundEngine::WatchEvents() {
   sd_event_source* events = nullptr;
   Require(sd_event_add_io(
-              loop, &events, wake_up_.descriptor(), EPOLLIN,
+              loop_, &events, wake_up_.descriptor(), EPOLLIN,
               [](sd_event_source*, int descriptor, std::uint32_t, void* self) {
                 std::uint64_t count = 0;
                 if (read(descriptor, &count, sizeof count) > 0)
-                  static_cast<SoundEngine*>(self)->TakeEvents();
+                  static_cast<SoundEngine*>(self)->DispatchEvents();
                 return 0;
               },
               this),
@@ -143,11 +151,31 @@ SoundEngine::~SoundEngine() {
   mpv_.reset();
 }
 
-std::uint64_t SoundEngine::Command(std::initializer_list<const char*> words) {
+CommandNumber SoundEngine::Command(std::initializer_list<const char*> words) {
   std::vector<const char*> command(words);
   command.push_back(nullptr);
-  const std::uint64_t reply = ++last_reply_;
-  return mpv_command_async(mpv_.get(), reply, command.data()) < 0 ? 0 : reply;
+  const CommandNumber number = ++last_command_;
+  return mpv_command_async(mpv_.get(), number, command.data()) < 0 ? 0 : number;
+}
+
+CommandNumber SoundEngine::Load(const std::string& path) {
+  return Command({"loadfile", path.c_str(), "replace"});
+}
+
+CommandNumber SoundEngine::Append(const std::string& path) {
+  return Command({"loadfile", path.c_str(), "append"});
+}
+
+void SoundEngine::RemoveFirst() { Command({"playlist-remove", "0"}); }
+
+void SoundEngine::RemoveFollowing() { Command({"playlist-clear"}); }
+
+void SoundEngine::Stop() { Command({"stop"}); }
+
+CommandNumber SoundEngine::Seek(double seconds) {
+  char target[32];
+  std::snprintf(target, sizeof target, "%.3f", seconds);
+  return Command({"seek", target, "absolute+exact"});
 }
 
 void SoundEngine::Pause(bool paused) {
@@ -179,27 +207,33 @@ void SoundEngine::BeforeLoading(std::uint64_t hook) {
   mpv_hook_continue(mpv_.get(), hook);
 }
 
-void SoundEngine::AskForTrack() {
+void SoundEngine::RequestProperties() {
   mpv_get_property_async(mpv_.get(), 0, "metadata", MPV_FORMAT_NODE);
-  mpv_get_property_async(mpv_.get(), kLengthReply, "duration", MPV_FORMAT_DOUBLE);
+  mpv_get_property_async(mpv_.get(), kLastPropertyReply, "duration", MPV_FORMAT_DOUBLE);
 }
 
-void SoundEngine::TakeEvents() {
+void SoundEngine::DispatchEvents() {
   for (;;) {
     const mpv_event* const event = mpv_wait_event(mpv_.get(), 0);
-    switch (event->event_id) {
-      case MPV_EVENT_NONE:
-        return;
-      case MPV_EVENT_HOOK:
-        BeforeLoading(static_cast<mpv_event_hook*>(event->data)->id);
-        break;
-      case MPV_EVENT_AUDIO_RECONFIG:
-        // mpv recreates the filters when a track changes its format midway.
-        if (balance_ != balance_of_new_tracks_) SendBalance();
-        break;
-      default:
-        take_(*event);
-    }
+    if (event->event_id == MPV_EVENT_NONE) return;
+    DispatchEvent(*event);
+  }
+}
+
+void SoundEngine::DispatchEvent(const mpv_event& event) {
+  switch (event.event_id) {
+    case MPV_EVENT_HOOK:
+      BeforeLoading(static_cast<mpv_event_hook*>(event.data)->id);
+      return;
+    case MPV_EVENT_AUDIO_RECONFIG:
+      // mpv recreates the filters when a track changes its format midway.
+      if (balance_ != balance_of_new_tracks_) SendBalance();
+      return;
+    case MPV_EVENT_SHUTDOWN:
+      sd_event_exit(loop_, 1);
+      return;
+    default:
+      if (listener_ != nullptr) DispatchMpvEvent(event, *listener_);
   }
 }
 

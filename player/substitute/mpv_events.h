@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <mpv/client.h>
+
+#include "player/substitute/playback_engine.h"
+
+namespace tallow {
+
+/// The reply number of the last property that SoundEngine::RequestProperties requests.
+inline constexpr std::uint64_t kLastPropertyReply = ~std::uint64_t{0};
+
+/// Converts an event of libmpv to a call of a listener. Ignores events that concern no track.
+void DispatchMpvEvent(const mpv_event& event, PlaybackListener& listener);
+
+}  // namespace tallow

@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "player/substitute/sound_engine.h"
+
+namespace tallow {
+
+/// The text of --help; NUL-terminated.
+inline constexpr std::string_view kUsage =
+    "Usage: tallow-player [OPTION...]\n"
+    "The player that Tallow starts. It has no window and takes its commands from a socket.\n"
+    "\n"
+    "  --audio-file FILE  write the sound to FILE (WAV), as fast as it goes\n"
+    "  --silent           play without sound, in real time\n"
+    "  --log FILE         append every message to FILE, a line each\n"
+    "  --listen           take messages on the socket that was handed over as descriptor 3\n"
+    "  --help, --version  print and leave\n";
+
+/// The options of the command line.
+struct PlayerOptions {
+  SoundOutput output;
+  std::string log;             ///< path of the log; empty for none
+  bool handed_socket = false;  ///< the socket to listen on is an open descriptor
+  bool help = false;
+  bool version = false;
+  std::string error;  ///< what is wrong with the options; empty when they are valid
+};
+
+/// Stops at the first argument that is wrong, and names it in PlayerOptions::error.
+PlayerOptions ParseOptions(int argc, char** argv);
+
+}  // namespace tallow
