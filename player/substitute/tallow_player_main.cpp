@@ -15,8 +15,8 @@
 #include "player/substitute/player_requests.h"
 #include "player/substitute/request_server.h"
 #include "player/substitute/song_player.h"
+#include "util/detached_process_linux.h"
 #include "util/errors.h"
-#include "util/spawn_linux.h"
 #include "util/version.h"
 
 namespace tallow {
