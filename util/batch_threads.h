@@ -28,9 +28,10 @@ namespace tallow {
 ///
 /// Invariant: the mutex guards all members but `answer_`. It is unlocked while a question is
 /// answered, so nothing that may block runs under it, and a thread that never returns holds neither
-/// the mutex nor a reference into a slot: it has moved its question out. Functions named ...Locked
-/// require the mutex to be locked and leave it locked; all others lock it themselves, at most once.
-/// For each question it is locked once.
+/// the mutex nor a question of a slot: it has moved its question out. Functions named ...Locked
+/// require the mutex to be locked and leave it locked; all others lock it themselves. A thread
+/// locks it once for each question: it stores an answer and begins the next question under one
+/// lock.
 template <typename Question, typename Answer>
 class BatchThreads {
  public:
@@ -228,10 +229,10 @@ class BatchThreads {
   Delivery DeliverLocked(std::size_t slot, std::size_t first) {
     Batch& batch = slots_[slot];
     const auto begin = batch.answers.begin() + static_cast<std::ptrdiff_t>(first);
-    return {
-        .answers = {std::make_move_iterator(begin), std::make_move_iterator(batch.answers.end())},
-        .failure = batch.failure,
-        .is_last = batch.IsDone()};
+    return {.answers = std::vector<Answer>(std::make_move_iterator(begin),
+                                           std::make_move_iterator(batch.answers.end())),
+            .failure = batch.failure,
+            .is_last = batch.IsDone()};
   }
 
   void RequestStop() {
