@@ -19,14 +19,15 @@
 #include "ui/frame/frame_style.h"
 #include "ui/frame/frm_mdi_form1.h"
 #include "ui/start/start_up.h"
-#include "ui/support/display.h"
+#include "ui/support/display_server.h"
 #include "ui/support/end_signals.h"
 #include "ui/support/frame_pictures.h"
 #include "ui/support/message_box.h"
 #include "ui/support/single_program.h"
 #include "ui/support/window_options.h"
 #include "util/errors.h"
-#include "util/program_start.h"
+#include "util/program_arguments.h"
+#include "util/terminal.h"
 #include "util/version.h"
 
 namespace tallow {

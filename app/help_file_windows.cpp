@@ -3,7 +3,7 @@
 
 #include "app/help_file.h"
 #include "util/file_system.h"
-#include "util/start_command_windows.h"
+#include "util/start_command_line_windows.h"
 
 namespace tallow {
 
@@ -11,7 +11,7 @@ bool OpenHelpFile(const std::string& path) {
   // Newer versions of Windows do not include WinHelp.exe.
   return FileExists(path) &&
          SearchPathW(nullptr, L"WinHelp.exe", nullptr, 0, nullptr, nullptr) != 0 &&
-         StartCommand("WinHelp.exe " + path);
+         StartCommandLine("WinHelp.exe " + path);
 }
 
 }  // namespace tallow

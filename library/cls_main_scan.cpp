@@ -32,10 +32,7 @@ class clsMain::KnownSongs {
   }
   Rows& OfFolder(std::string_view folder) { return folders_[Key(folder)]; }
   /// The key of a text, see PathKey. The view is valid as long as this object and the text.
-  std::string_view Key(std::string_view text) {
-    if (!kPathsIgnoreCase) return text;
-    return keys_.emplace_back(PathKey(text));
-  }
+  std::string_view Key(std::string_view text) { return PathKeyView(text, keys_); }
 
  private:
   std::unordered_map<std::string_view, Rows> folders_;
@@ -170,7 +167,7 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
   for (const FileEntry& file : listing.files) {
     if (const auto found = rows.find(known.Key(file.name)); found != rows.end()) {
       // On a case-insensitive file system, update the spelling of the name.
-      if (kPathsIgnoreCase) table_.SetCell(kFileName, found->second, file.name);
+      table_.SetCell(kFileName, found->second, file.name);
       table_.Facts(found->second).away = 0;
       continue;
     }
@@ -189,7 +186,8 @@ void clsMain::LeaveOutRespelled(std::int32_t old_count) {
         std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
   };
   for (std::int32_t row = 1; row <= old_count; ++row)
-    if (IsPresent(row) && (kPathsIgnoreCase || table_.Facts(row).away != 0))
+    if (IsPresent(row) &&
+        (table_.Facts(row).away != 0 || MayHaveOtherSpelling(table_.Cell(kFileName, row))))
       rows.emplace(path(row), row);
   if (rows.empty()) return;
   std::vector<char> goes(static_cast<std::size_t>(table_.rows()));

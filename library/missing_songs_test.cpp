@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "util/path_text.h"
+#include "tests/temp_folder.h"
 
 namespace tallow {
 namespace {

@@ -14,8 +14,8 @@
 #include "player/player_link.h"
 #include "player/player_messages.h"
 #include "player/player_socket_linux.h"
+#include "util/detached_process_linux.h"
 #include "util/errors.h"
-#include "util/spawn_linux.h"
 
 namespace tallow {
 namespace {

@@ -79,4 +79,7 @@ inline const std::string kImpossibleName = std::string(5000, 'x') + ".mp3";
 /// The system's separator as a text, for paths in portable tests.
 inline const std::string kSep(1, kSeparator);
 
+/// Whether file names are case-insensitive on this system.
+inline const bool kPathsIgnoreCase = IsSamePathText("a", "A");
+
 }  // namespace tallow

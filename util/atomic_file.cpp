@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "util/atomic_file.h"
 
+#include "util/atomic_file_platform.h"
 #include "util/errors.h"
 #include "util/file_system.h"
-#include "util/link_backup.h"
 
 namespace tallow {
 namespace {

@@ -10,8 +10,8 @@
 #include <unistd.h>
 
 #include "util/atomic_file.h"
+#include "util/atomic_file_platform.h"
 #include "util/errors.h"
-#include "util/link_backup.h"
 #include "util/open_file_linux.h"
 #include "util/path_text.h"
 

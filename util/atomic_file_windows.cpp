@@ -4,8 +4,8 @@
 #include <windows.h>
 
 #include "util/atomic_file.h"
+#include "util/atomic_file_platform.h"
 #include "util/errors.h"
-#include "util/link_backup.h"
 #include "util/open_file_windows.h"
 #include "util/wide_text_windows.h"
 

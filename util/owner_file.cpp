@@ -5,8 +5,8 @@
 #include <chrono>
 #include <thread>
 
-#include "util/exclusive_file.h"
 #include "util/file_system.h"
+#include "util/owner_file_platform.h"
 
 namespace tallow {
 namespace {

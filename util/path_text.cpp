@@ -7,14 +7,6 @@
 
 namespace tallow {
 
-std::string PathKey(std::string_view path) {
-  return kPathsIgnoreCase ? ToLower(path) : std::string(path);
-}
-
-bool IsSamePathText(std::string_view path, std::string_view other) {
-  return path == other || (kPathsIgnoreCase && EqualsIgnoringCase(path, other));
-}
-
 std::string EnsureTrailingBackslash(std::string_view path) {
   std::string result(path);
   if (result.empty() || result.back() != kSeparator) result += kSeparator;
@@ -46,11 +38,6 @@ std::string_view ShareOfPath(std::string_view path) noexcept {
 
 std::string_view NameOfPath(std::string_view path) noexcept {
   return path.substr(FolderOfPath(path).size());
-}
-
-bool IsAbsolutePath(std::string_view path) noexcept {
-  if (!path.empty() && path.front() == kSeparator) return true;
-  return kSeparator == '\\' && path.size() >= 3 && path[1] == ':' && path[2] == kSeparator;
 }
 
 bool HasLineBreak(std::string_view text) noexcept {

@@ -1,27 +1,24 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <deque>
 #include <string>
 #include <string_view>
 
 namespace tallow {
 
-/// The path separator.
-#ifdef _WIN32
-inline constexpr char kSeparator = '\\';
-#else
-inline constexpr char kSeparator = '/';
-#endif
-
-/// Whether file names are case-insensitive on this system.
-#ifdef _WIN32
-inline constexpr bool kPathsIgnoreCase = true;
-#else
-inline constexpr bool kPathsIgnoreCase = false;
-#endif
+/// The path separator of this system.
+extern const char kSeparator;
 
 /// The key for comparing paths or parts of paths: lower case where file names are case-insensitive.
 std::string PathKey(std::string_view path);
+
+/// PathKey without a copy where a path is its own key; elsewhere the key is appended to `keys`.
+/// \returns a view of the path or of the appended text
+std::string_view PathKeyView(std::string_view path, std::deque<std::string>& keys);
+
+/// Whether another text may have the same PathKey.
+bool MayHaveOtherSpelling(std::string_view path) noexcept;
 
 /// Whether two paths, or parts of paths, are equal as text (see PathKey). Links are not followed;
 /// see IsSamePath for that.

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Behaviour when the system cannot create threads.
 #include <algorithm>
+#include <atomic>
+#include <memory>
+#include <optional>
 #include <random>
 #include <sys/stat.h>
 
@@ -64,6 +67,42 @@ TEST_F(WithoutThreads, ReadingAheadAnswersOnTheCallersThread) {
         [](std::size_t i) { return i; });
     EXPECT_EQ(next, count);
   }
+}
+
+TEST_F(WithoutThreads, AnswersGoOnOnTheCallersThreadOnceNoWorkerThreadIsLeft) {
+  // Shared, because abandoned threads use it after the call.
+  struct Disk {
+    std::atomic<bool> is_back = false;
+    std::atomic<std::size_t> waiting = 0;
+  };
+  const auto disk = std::make_shared<Disk>();
+  const auto caller = std::this_thread::get_id();
+  constexpr std::size_t kCount = 50;
+  std::optional<NoThreads> none;
+  std::vector<std::size_t> answers;
+  ReadAhead(
+      kCount, 1, [](std::size_t i) { return i; },
+      [disk, caller](std::size_t i) {
+        if (std::this_thread::get_id() == caller) return i;
+        ++disk->waiting;
+        disk->is_back.wait(false);
+        --disk->waiting;
+        return i;
+      },
+      [&](std::size_t, std::size_t answer) { answers.push_back(answer); },
+      [&](std::size_t, std::chrono::milliseconds) {
+        if (!none) none.emplace();
+        return WaitDecision::kGiveUp;
+      },
+      [](std::size_t i) { return i + 1000; });
+  ASSERT_EQ(answers.size(), kCount);
+  // Each worker thread has begun one question, and those were given up.
+  const std::size_t workers =
+      std::clamp(std::thread::hardware_concurrency(), kMinReaders, kMaxReaders);
+  for (std::size_t i = 0; i < kCount; ++i) EXPECT_EQ(answers[i], i < workers ? i + 1000 : i);
+  disk->is_back = true;
+  disk->is_back.notify_all();
+  while (disk->waiting != 0) std::this_thread::yield();
 }
 
 TEST_F(WithoutThreads, ASearchFindsSongsAndThePlayer) {

@@ -9,14 +9,20 @@
 #include <utility>
 
 #include "library/mp3_tag_editor.h"
+#include "util/detached_threads.h"
+#include "util/idle_wait.h"
 #include "util/path_text.h"
-#include "util/read_ahead.h"
-#include "util/threads.h"
 
 namespace tallow {
 
 /// State shared by the walk and the worker threads; the last owner destroys it.
-class FolderReader::Shared {
+///
+/// Invariant: the mutex guards all members that are not const, and the state of every TreeFolder.
+/// A folder that is claimed (kReading) is listed by the thread that claimed it, with the mutex
+/// unlocked; its listing and subfolders are written under the mutex, before it becomes kDone, and
+/// belong to the walk from then on. Functions named ...Locked require the mutex to be locked and
+/// leave it locked; all others lock it themselves.
+class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::Shared> {
  public:
   using FolderPointer = std::shared_ptr<TreeFolder>;
 
@@ -25,68 +31,53 @@ class FolderReader::Shared {
       : pattern_(std::move(pattern)),
         recurse_(recurse),
         enter_(std::move(enter)),
-        tails_(std::move(tails)) {}
+        tails_(std::move(tails)),
+        threads_(mutex_) {}
 
+  /// Starts a thread that lists folders ahead of the walk.
   /// \returns false when the system cannot create another thread
-  static bool Start(const std::shared_ptr<Shared>& shared, std::function<void()> work) {
-    {
-      const std::lock_guard lock(shared->mutex_);
-      ++shared->threads_;
-    }
-    std::thread thread = StartThread([shared, work = std::move(work)] {
-      work();
-      const std::lock_guard lock(shared->mutex_);
-      --shared->threads_;
-      shared->ended_.notify_one();
-    });
-    if (thread.joinable()) {
-      thread.detach();
-      return true;
-    }
-    const std::lock_guard lock(shared->mutex_);
-    --shared->threads_;
-    return false;
+  bool StartWorker() {
+    return Start([this] { ListAhead(); });
   }
 
   void Stop() {
-    std::unique_lock lock(mutex_);
-    stop_ = true;
-    work_.notify_all();
+    RequestStop();
     // A thread that still waits for a disk accesses nothing but this object when the disk responds.
-    ended_.wait_for(lock, kAbandonAfter, [this] { return threads_ == 0; });
+    threads_.WaitForEnd(kAbandonAfter);
   }
 
-  void Work() {
-    std::unique_lock lock(mutex_);
-    for (;;) {
-      work_.wait(lock,
-                 [this] { return stop_ || wanted_ || (!waiting_.empty() && ahead_ < kMaxAhead); });
-      if (stop_) return;
-      if (const FolderPointer folder = NextWaiting()) ReadAheadOne(*folder, lock);
-    }
+  /// Lists a folder on this thread. If another thread is listing it, lists other folders until that
+  /// thread is done.
+  void Take(const FolderPointer& folder) {
+    Listed listed;
+    while (FolderPointer next = StoreAndClaimForWalk(std::move(listed), folder))
+      listed = Read(std::move(next));
   }
 
-  bool Take(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
-            const std::function<bool()>& process_events) {
-    std::unique_lock lock(mutex_);
-    if (process_events) {
-      if (!WaitFor(self, folder, process_events, lock)) return false;
-    } else {
-      if (folder->state_ == TreeFolder::State::kWaiting) ReadOne(*folder, lock);
-      // If another thread is listing the folder, lists other folders until that thread is done.
-      while (folder->state_ != TreeFolder::State::kDone)
-        if (const FolderPointer other = NextWaiting())
-          ReadAheadOne(*other, lock);
-        else
-          done_.wait(lock, [&] { return folder->state_ == TreeFolder::State::kDone; });
-    }
-    if (std::exchange(folder->is_ahead_, false) && ahead_-- == kMaxAhead) work_.notify_all();
-    return true;
+  /// Waits for a folder without listing anything on this thread: a disk that does not respond would
+  /// block the window.
+  ///
+  /// \returns false when `go_on` ended the wait
+  bool WaitFor(const FolderPointer& folder, const std::function<bool()>& go_on) {
+    const Request request = Ask(folder);
+    if (request == Request::kListed) return true;
+    if (request == Request::kClaimed) ReadOnNewThread(folder);
+    const auto idle = [&] {
+      // A folder that is still unclaimed: all worker threads are waiting for a disk.
+      if (Claim(*folder)) ReadOnNewThread(folder);
+      return go_on();
+    };
+    const auto finish = [&] {
+      wanted_.reset();
+      return HandOverLocked(*folder);
+    };
+    return WaitWithIdleCallback(
+        mutex_, done_, [&] { return IsDoneLocked(*folder); }, idle, finish);
   }
 
   void Enter(TreeFolder& folder) {
     const std::lock_guard lock(mutex_);
-    if (!folder.queued_) Queue(folder);
+    if (!folder.queued_) QueueLocked(folder);
   }
 
  private:
@@ -94,78 +85,145 @@ class FolderReader::Shared {
   /// walk.
   static constexpr std::size_t kMaxAhead = 4096;
 
-  // The caller of all functions below holds the lock; ReadOne releases it while it reads.
+  /// A claimed folder that was listed; without a folder nothing was.
+  struct Listed {
+    FolderPointer folder;
+    FolderListing listing;
+  };
 
-  void Queue(TreeFolder& folder) {
+  /// What becomes of a folder that the walk asks for.
+  enum class Request {
+    kListed,   ///< it is listed
+    kPending,  ///< a worker thread is listing it, or will
+    kClaimed,  ///< there is no worker thread, so it was claimed for one that has to be started
+  };
+
+  bool Start(std::function<void()> work) {
+    return threads_.Start([shared = shared_from_this(), work = std::move(work)] {
+      work();
+      const std::lock_guard lock(shared->mutex_);
+      shared->threads_.RemoveLocked();
+    });
+  }
+
+  void RequestStop() {
+    const std::lock_guard lock(mutex_);
+    stop_ = true;
+    work_.notify_all();
+  }
+
+  void ListAhead() {
+    Listed listed;
+    while (FolderPointer next = StoreAndClaimAhead(std::move(listed)))
+      listed = Read(std::move(next));
+  }
+
+  /// Stores a listing, and waits for the next folder to list ahead. \returns null when stopped
+  FolderPointer StoreAndClaimAhead(Listed listed) {
+    std::unique_lock lock(mutex_);
+    if (listed.folder) StoreLocked(std::move(listed));
+    for (;;) {
+      work_.wait(lock,
+                 [this] { return stop_ || wanted_ || (!waiting_.empty() && ahead_ < kMaxAhead); });
+      if (stop_) return nullptr;
+      if (FolderPointer folder = ClaimAheadLocked()) return folder;
+    }
+  }
+
+  /// Stores a listing, and claims the folder that the walk's thread lists next: the one that it
+  /// needs, or another one while a thread is listing that. Waits when there is no other.
+  ///
+  /// \returns null once the needed folder is listed
+  FolderPointer StoreAndClaimForWalk(Listed listed, const FolderPointer& needed) {
+    std::unique_lock lock(mutex_);
+    if (listed.folder) StoreLocked(std::move(listed));
+    if (ClaimLocked(*needed)) return needed;
+    if (!IsDoneLocked(*needed))
+      if (FolderPointer other = ClaimAheadLocked()) return other;
+    done_.wait(lock, [&] { return IsDoneLocked(*needed); });
+    HandOverLocked(*needed);
+    return nullptr;
+  }
+
+  /// Asks the worker threads for a folder.
+  Request Ask(const FolderPointer& folder) {
+    const std::lock_guard lock(mutex_);
+    if (HandOverLocked(*folder)) return Request::kListed;
+    if (folder->state_ == TreeFolder::State::kReading) return Request::kPending;
+    if (threads_.CountLocked() == 0 && ClaimLocked(*folder)) return Request::kClaimed;
+    wanted_ = folder;
+    work_.notify_one();
+    return Request::kPending;
+  }
+
+  /// \returns false when the folder is, or was, claimed by another thread
+  bool Claim(TreeFolder& folder) {
+    const std::lock_guard lock(mutex_);
+    return ClaimLocked(folder);
+  }
+
+  void Store(Listed listed) {
+    const std::lock_guard lock(mutex_);
+    StoreLocked(std::move(listed));
+  }
+
+  /// Lists a claimed folder on a thread of its own; on this one when the system creates no other.
+  void ReadOnNewThread(const FolderPointer& folder) {
+    const auto read = [this, folder] { Store(Read(folder)); };
+    if (!Start(read)) read();
+  }
+
+  static bool IsDoneLocked(const TreeFolder& folder) {
+    return folder.state_ == TreeFolder::State::kDone;
+  }
+
+  static bool ClaimLocked(TreeFolder& folder) {
+    if (folder.state_ != TreeFolder::State::kWaiting) return false;
+    folder.state_ = TreeFolder::State::kReading;
+    return true;
+  }
+
+  /// Claims the folder to list next ahead of the walk; null when there is none.
+  FolderPointer ClaimAheadLocked() {
+    FolderPointer folder = std::exchange(wanted_, nullptr);
+    while (!folder || !ClaimLocked(*folder)) {
+      if (waiting_.empty() || ahead_ >= kMaxAhead) return nullptr;
+      folder = std::move(waiting_.back());
+      waiting_.pop_back();
+    }
+    ++ahead_;
+    folder->is_ahead_ = true;
+    return folder;
+  }
+
+  void QueueLocked(TreeFolder& folder) {
     folder.queued_ = true;
     waiting_.insert(waiting_.end(), folder.subfolders.rbegin(), folder.subfolders.rend());
     if (!folder.subfolders.empty()) work_.notify_all();
   }
 
-  FolderPointer NextWaiting() {
-    if (const FolderPointer wanted = std::exchange(wanted_, nullptr);
-        wanted && wanted->state_ == TreeFolder::State::kWaiting)
-      return wanted;
-    while (!waiting_.empty() && ahead_ < kMaxAhead) {
-      FolderPointer folder = std::move(waiting_.back());
-      waiting_.pop_back();
-      if (folder->state_ == TreeFolder::State::kWaiting) return folder;
-    }
-    return nullptr;
-  }
-
-  /// Waits for a folder without listing anything on this thread: a disk that does not respond would
-  /// block the window.
-  bool WaitFor(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
-               const std::function<bool()>& process_events, std::unique_lock<std::mutex>& lock) {
-    const auto is_done = [&] { return folder->state_ == TreeFolder::State::kDone; };
-    if (folder->state_ == TreeFolder::State::kWaiting) {
-      wanted_ = folder;
-      work_.notify_one();
-      if (threads_ == 0) ReadOnNewThread(self, folder, lock);
-    }
-    while (!done_.wait_for(lock, kEventInterval, is_done)) {
-      // All worker threads are waiting for a disk.
-      if (folder->state_ == TreeFolder::State::kWaiting) ReadOnNewThread(self, folder, lock);
-      lock.unlock();
-      const bool go_on = process_events();
-      lock.lock();
-      if (!go_on && !is_done()) break;
-    }
-    wanted_.reset();
-    return is_done();
-  }
-
-  void ReadOnNewThread(const std::shared_ptr<Shared>& self, const FolderPointer& folder,
-                       std::unique_lock<std::mutex>& lock) {
-    folder->state_ = TreeFolder::State::kReading;
-    lock.unlock();
-    const auto read = [self, folder] {
-      std::unique_lock own(self->mutex_);
-      self->ReadOne(*folder, own);
-    };
-    if (!Start(self, read)) read();
-    lock.lock();
-  }
-
-  void ReadAheadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock) {
-    ++ahead_;
-    folder.is_ahead_ = true;
-    ReadOne(folder, lock);
-    Queue(folder);
-  }
-
-  void ReadOne(TreeFolder& folder, std::unique_lock<std::mutex>& lock) {
-    folder.state_ = TreeFolder::State::kReading;
-    lock.unlock();
-    FolderListing listing = List(folder.path);
-    lock.lock();
-    if (!stop_) TakeListing(folder, std::move(listing));
+  void StoreLocked(Listed listed) {
+    TreeFolder& folder = *listed.folder;
+    if (!stop_) UseListing(folder, std::move(listed.listing));
     folder.state_ = TreeFolder::State::kDone;
     done_.notify_one();
+    if (folder.is_ahead_) QueueLocked(folder);
   }
 
-  void TakeListing(TreeFolder& folder, FolderListing listing) const {
+  /// Leaves a listed folder to the walk, so that it is no longer counted as listed ahead.
+  /// \returns false when the folder is not listed
+  bool HandOverLocked(TreeFolder& folder) {
+    if (!IsDoneLocked(folder)) return false;
+    if (std::exchange(folder.is_ahead_, false) && ahead_-- == kMaxAhead) work_.notify_all();
+    return true;
+  }
+
+  Listed Read(FolderPointer folder) const {
+    FolderListing listing = List(folder->path);
+    return {std::move(folder), std::move(listing)};
+  }
+
+  void UseListing(TreeFolder& folder, FolderListing listing) const {
     folder.listing = std::move(listing);
     try {
       for (const SubfolderEntry& entry : folder.listing.subfolders) {
@@ -206,11 +264,10 @@ class FolderReader::Shared {
   std::mutex mutex_;
   std::condition_variable work_;        ///< there is something to list ahead
   std::condition_variable done_;        ///< a folder has been listed; only the walk waits for it
-  std::condition_variable ended_;       ///< a thread has ended
+  DetachedThreads threads_;             ///< all that have not ended
   std::vector<FolderPointer> waiting_;  ///< stack: the folder that the walk reaches first is last
   FolderPointer wanted_;                ///< the folder that the walk waits for
-  std::size_t ahead_ = 0;
-  unsigned threads_ = 0;
+  std::size_t ahead_ = 0;               ///< folders listed ahead that the walk has not reached
   bool stop_ = false;
 };
 
@@ -223,7 +280,7 @@ FolderReader::FolderReader(std::string pattern, bool recurse,
   const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U);
   for (unsigned k = 0; k < threads; ++k)
     // With fewer threads, the walk lists the folders that no thread has listed.
-    if (!Shared::Start(shared_, [shared = shared_.get()] { shared->Work(); })) break;
+    if (!shared_->StartWorker()) break;
 }
 
 FolderReader::~FolderReader() { shared_->Stop(); }
@@ -235,8 +292,10 @@ std::shared_ptr<TreeFolder> FolderReader::Root(std::string_view folder) const {
 }
 
 bool FolderReader::Take(const std::shared_ptr<TreeFolder>& folder,
-                        const std::function<bool()>& process_events) {
-  return shared_->Take(shared_, folder, process_events);
+                        const std::function<bool()>& go_on) {
+  if (go_on) return shared_->WaitFor(folder, go_on);
+  shared_->Take(folder);
+  return true;
 }
 
 void FolderReader::Enter(TreeFolder& folder) { shared_->Enter(folder); }

@@ -17,7 +17,7 @@
 #include "player/substitute/request_server.h"
 #include "player/substitute/song_player.h"
 #include "player/substitute/sound_engine.h"
-#include "util/spawn_linux.h"
+#include "util/detached_process_linux.h"
 #include "util/version.h"
 
 namespace tallow {

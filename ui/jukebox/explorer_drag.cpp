@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/explorer_drag.h"
 
-#include <algorithm>
+#include <optional>
 #include <utility>
-
-#include <QSysInfo>
 
 #include "jukebox/folder_tree.h"
 #include "ui/jukebox/pv_explorer.h"
 #include "ui/support/display_text.h"
-#include "util/path_text.h"
+#include "ui/support/file_uri.h"
 
 namespace tallow {
 namespace {
@@ -18,15 +16,6 @@ namespace {
 constexpr const char* kOwnFormat = "application/x-tallow-jukebox";
 
 constexpr QByteArrayView kFileScheme = "file://";
-
-/// Returns whether a name is the host name of this computer, with or without its domain.
-bool IsThisMachine(const QString& name) {
-  const QString own = QSysInfo::machineHostName();
-  const auto is = [&](const QString& other) {
-    return !other.isEmpty() && name.compare(other, Qt::CaseInsensitive) == 0;
-  };
-  return is(own) || is(own.section('.', 0, 0)) || name.startsWith(own + '.', Qt::CaseInsensitive);
-}
 
 }  // namespace
 
@@ -52,33 +41,17 @@ std::vector<std::string> DraggedFiles(const QMimeData& data) {
     const qsizetype begin = uri.indexOf('/', scheme);
     if (begin < 0) continue;
     const QByteArray machine = uri.mid(scheme, begin - scheme);
-    const bool is_here = machine.isEmpty() || machine == "localhost" ||
-                         (kSeparator == '/' && IsThisMachine(QString::fromUtf8(machine)));
     std::string path = QByteArray::fromPercentEncoding(uri.mid(begin)).toStdString();
     if (path.find('\0') != std::string::npos) continue;
-    if (kSeparator == '/') {
-      if (!is_here) continue;
-    } else {
-      // On Windows another host name means a share on that computer; no host name means a local
-      // drive.
-      if (is_here)
-        path.erase(0, 1);
-      else
-        path.insert(0, "//" + machine.toStdString());
-      std::replace(path.begin(), path.end(), '/', kSeparator);
-    }
-    files.push_back(std::move(path));
+    if (std::optional<std::string> file = PathOfFileUri(machine, std::move(path)))
+      files.push_back(*std::move(file));
   }
   return files;
 }
 
 QByteArray UriOfPath(const std::string& path) {
-  std::string generic = path;
-  if (kSeparator != '/') {
-    std::replace(generic.begin(), generic.end(), kSeparator, '/');
-    generic.insert(generic.begin(), '/');
-  }
-  return kFileScheme.toByteArray() + QByteArray::fromStdString(generic).toPercentEncoding("/:");
+  return kFileScheme.toByteArray() +
+         QByteArray::fromStdString(PathInFileUri(path)).toPercentEncoding("/:");
 }
 
 }  // namespace tallow

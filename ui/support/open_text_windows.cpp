@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/support/open_text.h"
-#include "util/start_command_windows.h"
+#include "util/start_command_line_windows.h"
 
 namespace tallow {
 
-void OpenText(const std::string& path) { StartCommand("notepad.exe " + path); }
+void OpenText(const std::string& path) { StartCommandLine("notepad.exe " + path); }
 
 }  // namespace tallow

@@ -5,8 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "util/exclusive_file.h"
 #include "util/open_file_linux.h"
+#include "util/owner_file_platform.h"
 
 namespace tallow {
 namespace {

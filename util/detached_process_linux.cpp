@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "util/spawn_linux.h"
+#include "util/detached_process_linux.h"
 
 #include <cerrno>
 #include <csignal>

@@ -3,10 +3,8 @@
 #include <cstdlib>
 #include <io.h>
 #include <windows.h>
-// shellapi.h needs the declarations of windows.h.
-#include <shellapi.h>
 
-#include "util/program_start.h"
+#include "util/terminal.h"
 #include "util/wide_text_windows.h"
 
 namespace tallow {
@@ -23,15 +21,6 @@ UINT page_before = 0;
 void GiveBackCodePage() { SetConsoleOutputCP(page_before); }
 
 }  // namespace
-
-std::vector<std::string> ProgramArguments(int /*argc*/, const char* const* /*argv*/) {
-  int count = 0;
-  wchar_t** const wide = CommandLineToArgvW(GetCommandLineW(), &count);
-  std::vector<std::string> arguments;
-  for (int k = 1; wide != nullptr && k < count; ++k) arguments.push_back(FromWide(wide[k]));
-  LocalFree(wide);
-  return arguments;
-}
 
 void UseTerminal() {
   // Check before AttachConsole: after it, every handle looks connected.

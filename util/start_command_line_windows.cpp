@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "util/start_command_windows.h"
+#include "util/start_command_line_windows.h"
 
 #include <windows.h>
 
@@ -7,7 +7,7 @@
 
 namespace tallow {
 
-bool StartCommand(const std::string& command) {
+bool StartCommandLine(const std::string& command) {
   std::wstring line = ToWide(command);
   STARTUPINFOW start{};
   start.cb = sizeof start;

@@ -2,13 +2,8 @@
 #pragma once
 
 #include <string>
-#include <vector>
 
 namespace tallow {
-
-/// The command-line arguments without the program name: on Linux the raw bytes, on Windows
-/// converted to UTF-8.
-std::vector<std::string> ProgramArguments(int argc, const char* const* argv);
 
 /// Connects standard output and standard error to the terminal that started the program. On Windows
 /// a GUI program is not connected by itself. Streams redirected to a file or pipe stay as they are.

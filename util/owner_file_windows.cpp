@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <windows.h>
 
-#include "util/exclusive_file.h"
 #include "util/open_file_windows.h"
+#include "util/owner_file_platform.h"
 #include "util/wide_text_windows.h"
 
 namespace tallow {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <QtGlobal>
 
-#include "ui/support/display.h"
+#include "ui/support/display_server.h"
 
 namespace tallow {
 

@@ -8,6 +8,6 @@ namespace tallow {
 /// Runs a command line with a normal window and does not wait for it.
 /// \param command the program name, searched for as Windows does, and its arguments
 /// \returns false when it could not be started
-bool StartCommand(const std::string& command);
+bool StartCommandLine(const std::string& command);
 
 }  // namespace tallow

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/support/display.h"
+#include "ui/support/display_server.h"
 
 namespace tallow {
 

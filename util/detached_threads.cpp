@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "util/detached_threads.h"
+
+#include <thread>
+#include <utility>
+
+#include "util/threads.h"
+
+namespace tallow {
+
+bool DetachedThreads::Start(std::function<void()> work) {
+  {
+    // Counted before it starts, because it may end before StartThread returns.
+    const std::lock_guard lock(mutex_);
+    ++count_;
+  }
+  std::thread thread = StartThread(std::move(work));
+  if (thread.joinable()) {
+    thread.detach();
+    return true;
+  }
+  const std::lock_guard lock(mutex_);
+  RemoveLocked();
+  return false;
+}
+
+void DetachedThreads::RemoveLocked() {
+  --count_;
+  ended_.notify_all();
+}
+
+void DetachedThreads::WaitForEnd() {
+  std::unique_lock lock(mutex_);
+  ended_.wait(lock, [this] { return count_ == 0; });
+}
+
+bool DetachedThreads::WaitForEnd(std::chrono::milliseconds timeout) {
+  std::unique_lock lock(mutex_);
+  return ended_.wait_for(lock, timeout, [this] { return count_ == 0; });
+}
+
+}  // namespace tallow
