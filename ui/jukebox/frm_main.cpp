@@ -45,11 +45,11 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
                  : [this](const Message& message) { return ShowMessageBox(message, window()); }),
       explorer_(new PVExplorer(jukebox_, tallow.library, tallow.clipboard, this)),
       list_menu_(MakeListMenu(
-          this, [this](int item) { ActOnPopUpClick(item, kListPane, jukebox_.selectednode()); })),
-      tree_menu_(MakeTreeMenu(this, [this](int item) {
+          this, [this](ListCommand command) { Run(command, jukebox_.selectednode()); })),
+      tree_menu_(MakeTreeMenu(this, [this](TreeCommand command) {
         // The folder may have been deleted while the menu was open.
         Folder* const folder = menu_folder_ != 0 ? jukebox_.Nodes().FindKey(menu_folder_) : nullptr;
-        if (folder != nullptr || menu_folder_ == 0) ActOnPopUpClick(item, kTreePane, folder);
+        if (folder != nullptr || menu_folder_ == 0) Run(command, folder);
       })) {
   setObjectName(QStringLiteral("frmMain"));
   ConnectExplorer();
@@ -97,8 +97,10 @@ void frmMain::ConnectExplorer() {
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,
           [this](int pane) { pane_with_focus_ = pane; });
-  connect(explorer_, &PVExplorer::CommandKey, this,
-          [this](int pane, int item) { ActOnPopUpClick(item, pane, FolderOfPane(pane)); });
+  connect(explorer_, &PVExplorer::TreeCommandKey, this,
+          [this](TreeCommand command) { Run(command, FolderOfPane(kTreePane)); });
+  connect(explorer_, &PVExplorer::ListCommandKey, this,
+          [this](ListCommand command) { Run(command, FolderOfPane(kListPane)); });
   connect(explorer_, &PVExplorer::BeforeCut, this, &frmMain::BeforeCut);
   connect(
       explorer_, &PVExplorer::FilesDropped, this,
@@ -139,19 +141,18 @@ void frmMain::SortList() {
 }
 
 void frmMain::ActOnPopUpClick(int item, int pane, Folder* node) {
-  emit PopUpClick(item, pane);
-  if (pane == kTreePane) ActOnTree(item, node);
-  if (pane == kListPane && node != nullptr) ActOnList(item, *node);
-  // Without any folder, songs and folders can still be pasted into the root.
-  if (pane == kListPane && node == nullptr && item == kPasteSongs) explorer_->Paste(nullptr);
+  if (pane == kTreePane) Run(TreeCommand(item), node);
+  if (pane == kListPane) Run(ListCommand(item), node);
 }
 
 Folder* frmMain::FolderOfPane(int pane) const {
   return pane == kTreePane ? explorer_->FolderForCommands() : jukebox_.selectednode();
 }
 
-void frmMain::ActOnTree(int item, Folder* node) {
-  switch (item) {
+void frmMain::Run(TreeCommand command, Folder* node) {
+  using enum TreeCommand;
+  emit PopUpClick(static_cast<int>(command), kTreePane);
+  switch (command) {
     case kAddFolderToSelected:
       if (node != nullptr) explorer_->AddFolder(node);
       return;
@@ -181,21 +182,30 @@ void frmMain::ActOnTree(int item, Folder* node) {
   }
 }
 
-void frmMain::ActOnList(int item, Folder& node) {
+void frmMain::Run(ListCommand command, Folder* node) {
+  emit PopUpClick(static_cast<int>(command), kListPane);
+  if (node != nullptr) return ActOnList(command, *node);
+  // Without any folder, songs and folders can still be pasted into the root.
+  if (command == ListCommand::kPasteSongs) explorer_->Paste(nullptr);
+}
+
+void frmMain::ActOnList(ListCommand command, Folder& node) {
+  using enum ListCommand;
   // Songs can be selected only in the folder on show.
   const bool on_show = &node == jukebox_.selectednode();
   // All commands of the list act on these songs.
   tallow_.SongsToPlay.clear();
   if (on_show) tallow_.SongsToPlay = SongsOf(node, explorer_->SelectedRows());
-  const bool acts_on_selection = (item >= kRankBest && item <= kRankWorst) || item == kCutSongs ||
-                                 item == kDeleteSongs || item == kCopySongs;
+  const int rank_item = RankItemOf(command);
+  const bool acts_on_selection =
+      rank_item != 0 || command == kCutSongs || command == kDeleteSongs || command == kCopySongs;
   if (acts_on_selection && tallow_.SongsToPlay.empty())
     return emit Problem({tr("No song is selected.")});
-  if (item >= kRankBest && item <= kRankWorst) {
-    if (on_show) RankSelectedSongs(item - kRankBest + 1);
+  if (rank_item != 0) {
+    if (on_show) RankSelectedSongs(rank_item);
     return;
   }
-  switch (item) {
+  switch (command) {
     case kPlayAllSongsInFolder:
       return Play(ShownSongsOf(node, tallow_.library), tr("This folder holds no songs to play."));
     case kPlaySelectedSongs:

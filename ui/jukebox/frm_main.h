@@ -57,9 +57,14 @@ class frmMain : public QWidget {
   /// \param pane see PopUpPane
   Folder* FolderOfPane(int pane) const;
 
-  /// Runs a command of a pop-up menu.
+  /// Runs a command of a pop-up menu, whether the menu, a key or the frame asks for it.
+  /// \param node the folder to act on; null for none
+  void Run(TreeCommand command, Folder* node);
+  void Run(ListCommand command, Folder* node);
+
+  /// Runs a command that is given by its number.
   ///
-  /// \param item the command, see TreeCommand and ListCommand
+  /// \param item the value of a TreeCommand or ListCommand; other numbers do nothing
   /// \param pane the pane that the menu belongs to, see PopUpPane
   /// \param node the folder to act on; null for none
   void ActOnPopUpClick(int item, int pane, Folder* node);
@@ -87,7 +92,7 @@ class frmMain : public QWidget {
   /// Songs that were found again have new record numbers; this window's jukebox and the clipboard
   /// are already updated.
   void SongsReturned(const std::vector<tallow::ReturnedSong>& songs);
-  /// A command of a pop-up menu is about to run, whether started by the menu, a key or the frame.
+  /// A command of a pop-up menu is about to run, given by its number.
   void PopUpClick(int item, int pane);
   /// See PVExplorer::LinkedStepDone.
   void LinkedStepDone(tallow::EditHistory::Half half, bool back);
@@ -103,8 +108,7 @@ class frmMain : public QWidget {
   void ShowPicture();
   void ShowFolder(Folder& folder);
   void SortList();
-  void ActOnTree(int item, Folder* node);
-  void ActOnList(int item, Folder& node);
+  void ActOnList(ListCommand command, Folder& node);
   void Play(const std::vector<std::int32_t>& songs, const QString& if_none);
   void RankSelectedSongs(int item);
   void DeleteFolder(Folder& node);

@@ -196,14 +196,17 @@ bool PVExplorer::IsEditKey(const QKeyEvent& key, bool in_list) {
   const QKeyCombination pressed(key.modifiers() & ~Qt::KeypadModifier, Qt::Key(key.key()));
   const auto is = [&](QKeyCombination combination) { return pressed == combination; };
   const auto command = [&](TreeCommand of_tree, ListCommand of_list) {
-    emit CommandKey(in_list ? kListPane : kTreePane,
-                    in_list ? static_cast<int>(of_list) : static_cast<int>(of_tree));
+    if (in_list)
+      emit ListCommandKey(of_list);
+    else
+      emit TreeCommandKey(of_tree);
     return true;
   };
-  if (is(Qt::CTRL | Qt::Key_X)) return command(kCutFolder, kCutSongs);
-  if (is(Qt::CTRL | Qt::Key_C)) return command(kCopyFolder, kCopySongs);
-  if (is(Qt::CTRL | Qt::Key_V)) return command(kPasteFolder, kPasteSongs);
-  if (is(QKeyCombination(Qt::Key_Delete))) return command(kDeleteFolder, kDeleteSongs);
+  if (is(Qt::CTRL | Qt::Key_X)) return command(TreeCommand::kCutFolder, ListCommand::kCutSongs);
+  if (is(Qt::CTRL | Qt::Key_C)) return command(TreeCommand::kCopyFolder, ListCommand::kCopySongs);
+  if (is(Qt::CTRL | Qt::Key_V)) return command(TreeCommand::kPasteFolder, ListCommand::kPasteSongs);
+  if (is(QKeyCombination(Qt::Key_Delete)))
+    return command(TreeCommand::kDeleteFolder, ListCommand::kDeleteSongs);
   if (is(Qt::CTRL | Qt::Key_Z)) {
     Undo();
     return true;

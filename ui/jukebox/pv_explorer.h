@@ -9,6 +9,7 @@
 
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
+#include "ui/jukebox/pop_up_menus.h"
 
 class QContextMenuEvent;
 class QDropEvent;
@@ -165,8 +166,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// \param folder the folder that the menu acts on; null for none
   void TreePopUp(tallow::Folder* folder, const QPoint& position);
   /// The user pressed the shortcut of a command of a pop-up menu.
-  /// \param command see TreeCommand and ListCommand
-  void CommandKey(int pane, int command);
+  void TreeCommandKey(tallow::TreeCommand command);
+  void ListCommandKey(tallow::ListCommand command);
   /// The user dropped files from another program.
   /// \param paths in the encoding of the file system
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
