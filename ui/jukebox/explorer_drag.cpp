@@ -7,7 +7,7 @@
 #include <QSysInfo>
 
 #include "jukebox/folder_tree.h"
-#include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/explorer/explorer_edits.h"
 #include "ui/support/display_text.h"
 #include "util/path_text.h"
 
@@ -30,7 +30,7 @@ bool IsThisMachine(const QString& name) {
 
 }  // namespace
 
-ExplorerDrag::ExplorerDrag(PVExplorer& source, Folder& from, bool songs, std::vector<int> rows)
+ExplorerDrag::ExplorerDrag(ExplorerEdits& source, Folder& from, bool songs, std::vector<int> rows)
     : source_(&source), from_(&from), songs_(songs), rows_(std::move(rows)) {
   setData(QLatin1String(kOwnFormat), QByteArray());
 }
