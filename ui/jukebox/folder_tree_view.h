@@ -14,7 +14,7 @@ class FolderTreeModel;
 
 /// The tree pane of the explorer control. Folders can be dragged; songs, folders and files can be
 /// dropped on folders. During a drag over the tree, the folder under the pointer is framed and is
-/// expanded after a delay, and the tree scrolls near its edges. A folder can be renamed with F2, and
+/// expanded after a delay, and the tree scrolls near its edges. A folder is renamed with F2, or
 /// with a click on the current folder, unless that click only moves the focus to the tree.
 class FolderTreeView : public QTreeView {
   Q_OBJECT

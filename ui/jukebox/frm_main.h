@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,9 +19,10 @@ class QMenu;
 
 namespace tallow {
 
+class DroppedFiles;
+class JukeboxCommands;
 class PVExplorer;
 class Tallow;
-struct BeforeCutEvent;
 
 /// The window of one jukebox, a child of the frame window.
 class frmMain : public QWidget {
@@ -82,7 +84,7 @@ class frmMain : public QWidget {
   /// \param save returns whether the jukebox was saved
   void OnSaveBeforeClosing(std::function<bool()> save) { save_ = std::move(save); }
   /// Sets the callback that shows progress while many files are added.
-  void OnLongWork(BeginLongWork begin) { begin_work_ = std::move(begin); }
+  void OnLongWork(BeginLongWork begin);
 
  signals:
   /// The user wants to play these songs, given as record numbers, in this order.
@@ -108,12 +110,6 @@ class frmMain : public QWidget {
   void ShowPicture();
   void ShowFolder(Folder& folder);
   void SortList();
-  void ActOnList(ListCommand command, Folder& node);
-  void Play(const std::vector<std::int32_t>& songs, const QString& if_none);
-  void RankSelectedSongs(int item);
-  void DeleteFolder(Folder& node);
-  void BeforeCut(BeforeCutEvent& event);
-  void AddDroppedFiles(const std::vector<std::string>& paths, Folder& to);
   void PlaySong(int row);
   bool MayClose();
   QSize WholeSize() const;
@@ -122,15 +118,16 @@ class frmMain : public QWidget {
   ShowMessage show_;
   tallow::Jukebox jukebox_;
   PVExplorer* explorer_;
+  std::unique_ptr<JukeboxCommands> commands_;
+  std::unique_ptr<DroppedFiles> dropped_files_;
   QMenu* list_menu_;
   QMenu* tree_menu_;
-  std::uint32_t menu_folder_ =
-      0;                    ///< key of the folder that the tree menu was opened on; 0 for none
+  /// Key of the folder that the tree menu was opened on; 0 for none.
+  std::uint32_t menu_folder_ = 0;
   bool may_close_ = false;  ///< whether the user was already asked
   int pane_with_focus_ = 0;
   std::function<bool()> save_;
   std::string picture_problem_;
-  BeginLongWork begin_work_;
 };
 
 }  // namespace tallow
