@@ -174,7 +174,7 @@ TEST_F(FrmPicture, TheListsMenuOpensItAndEveryJukeboxWindowShowsThePicture) {
       opened->findChild<QPushButton*>("Command2")->click();
     });
     timer.start(5);
-    one.ActOnPopUpClick(kChangeBackgroundPicture, kListPane, one.Jukebox().selectednode());
+    one.Run(ListCommand::kChangeBackgroundPicture, one.Jukebox().selectednode());
   };
   open_and(true);
   EXPECT_TRUE(has_picture(one));

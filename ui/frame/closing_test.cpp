@@ -165,7 +165,7 @@ TEST_F(Closing, AFailedSaveWhileTheFrameClosesKeepsAllOpen) {
 TEST_F(Closing, TheFrameClosesItsWindowsFirstAndThenThePlayer) {
   frmMain& one = ChangedJukebox("ONE");
   ChangedJukebox("TWO");
-  one.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, one.Jukebox().selectednode());
+  one.Run(ListCommand::kPlayAllSongsInFolder, one.Jukebox().selectednode());
   link.Take();
   messages.answer = MessageAnswer::kYes;
   EXPECT_TRUE(frame.close());
@@ -179,9 +179,9 @@ TEST_F(Closing, TheFrameClosesItsWindowsFirstAndThenThePlayer) {
 TEST_F(Closing, APlayerThatHasEndedDoesNotPreventClosing) {
   for (const bool told_to_end : {true, false}) {
     frmMain& window = ShowJukebox();
-    window.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, window.Jukebox().selectednode());
+    window.Run(ListCommand::kPlayAllSongsInFolder, window.Jukebox().selectednode());
     link.found = 0;
-    window.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, window.Jukebox().selectednode());
+    window.Run(ListCommand::kPlayAllSongsInFolder, window.Jukebox().selectednode());
     EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
     ASSERT_NE(frame.PlayerPanel(), nullptr);
     link.Take();
@@ -199,7 +199,7 @@ TEST_F(Closing, APlayerThatHasEndedDoesNotPreventClosing) {
 
 TEST_F(Closing, CancellingTheQuestionKeepsTheProgramAndItsMusicRunning) {
   frmMain& one = ChangedJukebox("ONE");
-  one.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, one.Jukebox().selectednode());
+  one.Run(ListCommand::kPlayAllSongsInFolder, one.Jukebox().selectednode());
   link.Take();
   messages.answer = MessageAnswer::kCancel;
   EXPECT_FALSE(frame.close());

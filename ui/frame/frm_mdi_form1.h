@@ -110,7 +110,9 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   bool IsActive(const frmMain& window) const;
   /// Like ActiveJukeboxWindow(), but reports in the status bar when there is none.
   frmMain* JukeboxWindowForCommand();
-  void SendNodeCommand(int pane, int item);
+  /// \param command a TreeCommand or a ListCommand
+  template <typename Command>
+  void SendNodeCommand(Command command);
   void CommandPlayer(std::int32_t command);
   void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
   void OpenWaitingFiles();

@@ -60,11 +60,11 @@ void frmMDIForm1::CommandPlayer(std::int32_t command) {
   player_.SendWinampCommand(command);
 }
 
-void frmMDIForm1::SendNodeCommand(int pane, int item) {
+template <typename Command>
+void frmMDIForm1::SendNodeCommand(Command command) {
   frmMain* const window = JukeboxWindowForCommand();
   if (window == nullptr) return;
-  if (Folder* const node = window->Jukebox().selectednode())
-    window->ActOnPopUpClick(item, pane, node);
+  if (Folder* const node = window->Jukebox().selectednode()) window->Run(command, node);
 }
 
 void frmMDIForm1::SendEditCommand(TreeCommand of_tree, ListCommand of_list) {
@@ -72,8 +72,8 @@ void frmMDIForm1::SendEditCommand(TreeCommand of_tree, ListCommand of_list) {
   if (window == nullptr) return;
   const int pane = window->CurrentPaneWFocus();
   Folder* const folder = window->FolderOfPane(pane);
-  if (pane == kTreePane) window->ActOnPopUpClick(of_tree, pane, folder);
-  if (pane == kListPane) window->ActOnPopUpClick(of_list, pane, folder);
+  if (pane == kTreePane) window->Run(of_tree, folder);
+  if (pane == kListPane) window->Run(of_list, folder);
 }
 
 void frmMDIForm1::Run(FrameCommand command) {
@@ -96,25 +96,29 @@ void frmMDIForm1::Run(FrameCommand command) {
       close();
       return;
     case FrameCommand::kCut:
-      if (!EditInText(TextEdit::kCut)) SendEditCommand(kCutFolder, kCutSongs);
+      if (!EditInText(TextEdit::kCut))
+        SendEditCommand(TreeCommand::kCutFolder, ListCommand::kCutSongs);
       return;
     case FrameCommand::kCopy:
-      if (!EditInText(TextEdit::kCopy)) SendEditCommand(kCopyFolder, kCopySongs);
+      if (!EditInText(TextEdit::kCopy))
+        SendEditCommand(TreeCommand::kCopyFolder, ListCommand::kCopySongs);
       return;
     case FrameCommand::kPaste:
-      if (!EditInText(TextEdit::kPaste)) SendEditCommand(kPasteFolder, kPasteSongs);
+      if (!EditInText(TextEdit::kPaste))
+        SendEditCommand(TreeCommand::kPasteFolder, ListCommand::kPasteSongs);
       return;
     case FrameCommand::kDelete:
-      if (!EditInText(TextEdit::kDelete)) SendEditCommand(kDeleteFolder, kDeleteSongs);
+      if (!EditInText(TextEdit::kDelete))
+        SendEditCommand(TreeCommand::kDeleteFolder, ListCommand::kDeleteSongs);
       return;
     case FrameCommand::kAddFolderToRoot:
-      return SendNodeCommand(kTreePane, kAddFolderToRoot);
+      return SendNodeCommand(TreeCommand::kAddFolderToRoot);
     case FrameCommand::kAddFolderToSelectedFolder:
-      return SendNodeCommand(kTreePane, kAddFolderToSelected);
+      return SendNodeCommand(TreeCommand::kAddFolderToSelected);
     case FrameCommand::kPlaySelectedSongs:
-      return SendNodeCommand(kListPane, kPlaySelectedSongs);
+      return SendNodeCommand(ListCommand::kPlaySelectedSongs);
     case FrameCommand::kPlayAllSongsInFolder:
-      return SendNodeCommand(kListPane, kPlayAllSongsInFolder);
+      return SendNodeCommand(ListCommand::kPlayAllSongsInFolder);
     case FrameCommand::kNextTrack:
       return CommandPlayer(kNextTrack);
     case FrameCommand::kPreviousTrack:

@@ -55,7 +55,7 @@ TEST_F(FrmMdiForm1, AClosedJukeboxIsNoLongerOpen) {
 TEST_F(FrmMdiForm1, PlayingOpensThePanelBesideTheJukebox) {
   frmMain& jukebox = ShowJukebox();
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, jukebox.Jukebox().selectednode());
   ASSERT_NE(frame.PlayerPanel(), nullptr);
   EXPECT_EQ(HandOvers(), 1);
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{1, 2}));
@@ -74,10 +74,10 @@ TEST_F(FrmMdiForm1, PlayingOpensThePanelBesideTheJukebox) {
 TEST_F(FrmMdiForm1, PlayingAgainHandsTheListToTheOpenPanel) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   const frmMainWinamp* const panel = frame.PlayerPanel();
   HandOvers();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   EXPECT_EQ(HandOvers(), 1);
   EXPECT_EQ(frame.PlayerPanel(), panel);
 }
@@ -85,18 +85,18 @@ TEST_F(FrmMdiForm1, PlayingAgainHandsTheListToTheOpenPanel) {
 TEST_F(FrmMdiForm1, AMinimizedPanelComesBackForTheNextSongs) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));
   SubOf(*frame.PlayerPanel()).showMinimized();
   EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   EXPECT_FALSE(SubOf(*frame.PlayerPanel()).isMinimized());
   EXPECT_EQ(Area().activeSubWindow(), &SubOf(jukebox));
 }
 
 TEST_F(FrmMdiForm1, ThePanelStaysInsideAFrameThatGetsSmaller) {
   frmMain& jukebox = ShowJukebox();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, jukebox.Jukebox().selectednode());
   frame.resize(700, 420);
   const auto in_the_corner = [&] {
     return Area().viewport()->rect().bottomRight() ==
@@ -117,7 +117,7 @@ TEST_F(FrmMdiForm1, ThePanelStaysInsideAFrameThatGetsSmaller) {
 
 TEST_F(FrmMdiForm1, AnEmptySelectionDoesNothing) {
   frmMain& jukebox = ShowJukebox();
-  jukebox.ActOnPopUpClick(kPlaySelectedSongs, kListPane, jukebox.Jukebox().selectednode());
+  jukebox.Run(ListCommand::kPlaySelectedSongs, jukebox.Jukebox().selectednode());
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   EXPECT_EQ(link.Take(), Texts{});
 }
@@ -126,19 +126,19 @@ TEST_F(FrmMdiForm1, APanelWhosePlayerDoesNotStartIsClosed) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
   link.starts = false;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   EXPECT_EQ(messages.Take(), Texts{"Couldn't start WinAMP"});
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   link.starts = true;
   link.found = 0;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   // A panel that has played once stays open, even when the player is gone.
   link.found = 7;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   link.found = 0;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   EXPECT_NE(frame.PlayerPanel(), nullptr);
 }
 
@@ -146,7 +146,7 @@ TEST_F(FrmMdiForm1, WithoutAPlayerTheUserIsAskedAndNoPanelOpens) {
   frmMain& jukebox = ShowJukebox();
   tallow.settings.LocOfWinAmpExe("");
   messages.answer = MessageAnswer::kNo;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, jukebox.Jukebox().selectednode());
   EXPECT_EQ(messages.shown.size(), 1U);
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
 }
@@ -162,7 +162,7 @@ TEST_F(FrmMdiForm1, ThePendingSearchIsReportedWhileTheFrameIsDisabled) {
     enabled = frame.isEnabled();
     tallow.settings.LocOfWinAmpExe("/opt/player");
   };
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, jukebox.Jukebox().selectednode());
   EXPECT_EQ(status, "Searching for Winamp  . . . ");
   EXPECT_FALSE(enabled);
   EXPECT_TRUE(frame.isEnabled());
@@ -173,19 +173,19 @@ TEST_F(FrmMdiForm1, ThePendingSearchIsReportedWhileTheFrameIsDisabled) {
 TEST_F(FrmMdiForm1, ClosingThePanelClosesThePlayerAndTheNextSongsOpenItAnew) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   link.Take();
   SubOf(*frame.PlayerPanel()).close();
   EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
   DeleteClosedWindows();
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, &folder);
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, &folder);
   EXPECT_EQ(HandOvers(), 1);
 }
 
 TEST_F(FrmMdiForm1, ClosingTheFrameClosesThePanel) {
   frmMain& jukebox = ShowJukebox();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, jukebox.Jukebox().selectednode());
   link.Take();
   frame.close();
   EXPECT_EQ(link.Take(), (Texts{"273 40047 0", "1024 0 101", "273 40001 0"}));
@@ -330,7 +330,7 @@ TEST_F(FrmMdiForm1, ANewJukeboxSkipsTheNumbersOfOpenJukeboxes) {
 
 TEST_F(FrmMdiForm1, SavingMinimizesAnActivePanel) {
   frmMain& jukebox = ShowJukebox();
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, jukebox.Jukebox().selectednode());
   jukebox.Jukebox().Caption("MIX");
   jukebox.Jukebox().FileLocation(application / "Grouping/");
   Area().setActiveSubWindow(&SubOf(*frame.PlayerPanel()));
@@ -354,7 +354,7 @@ TEST_F(FrmMdiForm1, ThePlayerFoundAtStartUpIsTheOneStarted) {
   frmMain& jukebox = ShowJukebox();
   tallow.player_path = "/opt/player of the start";
   link.found = 0;
-  jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
+  jukebox.Run(ListCommand::kPlayAllSongsInFolder, jukebox.Jukebox().selectednode());
   const Texts sent = link.Take();
   EXPECT_EQ(std::count(sent.begin(), sent.end(), "start /opt/player of the start"), 1);
 }

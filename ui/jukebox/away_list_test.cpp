@@ -99,7 +99,7 @@ TEST_F(AwayList, OpeningARowPlaysItsSong) {
   Check();
   emit List().doubleClicked(Model().index(1, 0));
   EXPECT_EQ(played.back(), Songs{3});
-  window.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, window.Jukebox().selectednode());
+  window.Run(ListCommand::kPlayAllSongsInFolder, window.Jukebox().selectednode());
   EXPECT_EQ(played.back(), (Songs{1, 3}));
 }
 
@@ -108,10 +108,11 @@ TEST_F(AwayList, ACommandWithoutASelectionReportsThat) {
   Show();
   List().clearSelection();
   Folder* const mine = window.Jukebox().selectednode();
+  using enum ListCommand;
   for (const ListCommand item : {kCutSongs, kCopySongs, kDeleteSongs, kRankBest}) {
     problems.clear();
-    window.ActOnPopUpClick(item, kListPane, mine);
-    EXPECT_EQ(problems, QStringList{"No song is selected."}) << item;
+    window.Run(item, mine);
+    EXPECT_EQ(problems, QStringList{"No song is selected."}) << static_cast<int>(item);
   }
   EXPECT_EQ(SongsOf(*mine), (Songs{1, 2}));
 }
@@ -120,8 +121,8 @@ TEST_F(AwayList, PlayingAnEmptyFolderReportsThat) {
   AddFolder("mine", {});
   Show();
   Folder* const mine = window.Jukebox().selectednode();
-  window.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, mine);
-  window.ActOnPopUpClick(kPlaySelectedSongs, kListPane, mine);
+  window.Run(ListCommand::kPlayAllSongsInFolder, mine);
+  window.Run(ListCommand::kPlaySelectedSongs, mine);
   EXPECT_EQ(problems, (QStringList{"This folder holds no songs to play.",
                                    "No song is selected, so none is played."}));
 }

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "jukebox/folder_tree.h"
-#include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/explorer/explorer_edits.h"
 #include "ui/support/display_text.h"
 #include "ui/support/file_uri.h"
 
@@ -19,7 +19,7 @@ constexpr QByteArrayView kFileScheme = "file://";
 
 }  // namespace
 
-ExplorerDrag::ExplorerDrag(PVExplorer& source, Folder& from, bool songs, std::vector<int> rows)
+ExplorerDrag::ExplorerDrag(ExplorerEdits& source, Folder& from, bool songs, std::vector<int> rows)
     : source_(&source), from_(&from), songs_(songs), rows_(std::move(rows)) {
   setData(QLatin1String(kOwnFormat), QByteArray());
 }

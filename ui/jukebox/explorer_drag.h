@@ -10,8 +10,8 @@
 
 namespace tallow {
 
+class ExplorerEdits;
 class Folder;
-class PVExplorer;
 
 /// The data of a drag out of a jukebox window: songs of a folder, or a folder. Other programs
 /// receive the files of the songs.
@@ -19,13 +19,14 @@ class ExplorerDrag : public QMimeData {
   Q_OBJECT
 
  public:
+  /// \param source the edits of the control that the drag starts from
   /// \param from   the folder that holds the songs, or the dragged folder
   /// \param songs  whether songs are dragged
   /// \param rows   indexes of the songs in the folder, from 0, ascending
-  ExplorerDrag(PVExplorer& source, Folder& from, bool songs, std::vector<int> rows);
+  ExplorerDrag(ExplorerEdits& source, Folder& from, bool songs, std::vector<int> rows);
 
-  /// The control that the drag started from; null once the control is destroyed.
-  PVExplorer* Source() const { return source_; }
+  /// The edits of the control that the drag started from; null once the control is destroyed.
+  ExplorerEdits* Source() const { return source_; }
   Folder& From() const { return *from_; }
   bool IsSongs() const { return songs_; }
   const std::vector<int>& Rows() const { return rows_; }
@@ -33,7 +34,7 @@ class ExplorerDrag : public QMimeData {
   QString Description() const;
 
  private:
-  QPointer<PVExplorer> source_;
+  QPointer<ExplorerEdits> source_;
   Folder* from_;
   bool songs_;
   std::vector<int> rows_;

@@ -2,6 +2,8 @@
 #include "ui/jukebox/folder_tree_view.h"
 
 #include <QDropEvent>
+#include <QFocusEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QScrollBar>
 
@@ -17,9 +19,20 @@ constexpr int kTicksToOpen = 8;
 /// Distance from the edge within which the tree scrolls, in pixels.
 constexpr int kEdge = 20;
 
+constexpr auto kRenameByKey = QAbstractItemView::EditTriggers(QAbstractItemView::EditKeyPressed);
+constexpr auto kRenameByKeyOrClick = kRenameByKey | QAbstractItemView::SelectedClicked;
+
 }  // namespace
 
-FolderTreeView::FolderTreeView(QWidget* parent) : QTreeView(parent) {
+FolderTreeView::FolderTreeView(FolderTreeModel& folders, QWidget* parent)
+    : QTreeView(parent), folders_(folders) {
+  setObjectName(QStringLiteral("TreeView"));
+  setAccessibleName(tr("Folders"));
+  setAccessibleDescription(tr("The songs of the chosen folder are in the list beside"));
+  setModel(&folders);
+  setHeaderHidden(true);
+  setUniformRowHeights(true);
+  setEditTriggers(kRenameByKeyOrClick);
   setDragEnabled(true);
   setAcceptDrops(true);
   setDropIndicatorShown(false);
@@ -30,6 +43,33 @@ FolderTreeView::FolderTreeView(QWidget* parent) : QTreeView(parent) {
 Folder* FolderTreeView::FolderAt(const QPoint& place) const {
   const QModelIndex index = indexAt(place);
   return index.isValid() ? FolderTreeModel::FolderOf(index) : nullptr;
+}
+
+void FolderTreeView::SelectFolder(const Folder& folder) {
+  setCurrentIndex(folders_.IndexOf(folder));
+  ScrollToFolder(folder);
+}
+
+void FolderTreeView::ScrollToFolder(const Folder& folder) { scrollTo(folders_.IndexOf(folder)); }
+
+void FolderTreeView::ExpandFolder(const Folder& folder) { expand(folders_.IndexOf(folder)); }
+
+void FolderTreeView::EditText(const Folder& folder) { edit(folders_.IndexOf(folder)); }
+
+void FolderTreeView::focusInEvent(QFocusEvent* event) {
+  // Qt sends this event before the mouse press that causes it.
+  came_by_click_ = event->reason() == Qt::MouseFocusReason;
+  QTreeView::focusInEvent(event);
+}
+
+void FolderTreeView::mousePressEvent(QMouseEvent* event) {
+  setEditTriggers(came_by_click_ ? kRenameByKey : kRenameByKeyOrClick);
+  came_by_click_ = false;
+  QTreeView::mousePressEvent(event);
+}
+
+void FolderTreeView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) QTreeView::mouseDoubleClickEvent(event);
 }
 
 void FolderTreeView::startDrag(Qt::DropActions /*actions*/) { emit DragStarted(); }

@@ -10,16 +10,25 @@
 namespace tallow {
 
 class Folder;
+class FolderTreeModel;
 
 /// The tree pane of the explorer control. Folders can be dragged; songs, folders and files can be
 /// dropped on folders. During a drag over the tree, the folder under the pointer is framed and is
-/// expanded after a delay, and the tree scrolls near its edges.
+/// expanded after a delay, and the tree scrolls near its edges. A folder is renamed with F2, or
+/// with a click on the current folder, unless that click only moves the focus to the tree.
 class FolderTreeView : public QTreeView {
   Q_OBJECT
 
  public:
-  explicit FolderTreeView(QWidget* parent);
+  /// \param folders must outlive the view
+  FolderTreeView(FolderTreeModel& folders, QWidget* parent);
 
+  /// Makes a folder current, like a click on it, and scrolls to it.
+  void SelectFolder(const Folder& folder);
+  void ScrollToFolder(const Folder& folder);
+  void ExpandFolder(const Folder& folder);
+  /// Starts the renaming of a folder by the user.
+  void EditText(const Folder& folder);
   /// If a folder is being renamed, applies the typed text and closes the editor.
   void CommitEditing();
 
@@ -36,6 +45,10 @@ class FolderTreeView : public QTreeView {
   void Dropped(QDropEvent* event, tallow::Folder* folder);
 
  protected:
+  void focusInEvent(QFocusEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  /// A double-click of another button than the left has no effect.
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void startDrag(Qt::DropActions actions) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
@@ -53,6 +66,8 @@ class FolderTreeView : public QTreeView {
   void Hover();
   void EndDrag();
 
+  FolderTreeModel& folders_;
+  bool came_by_click_ = false;     ///< whether a click has just moved the focus to the tree
   QPersistentModelIndex hovered_;  ///< the row under the pointer during a drag
   bool accepts_drag_ = false;      ///< whether that row accepts the drag; such a row is framed
   QPoint pointer_;                 ///< position of the pointer during a drag

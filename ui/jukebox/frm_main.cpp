@@ -6,21 +6,16 @@
 #include <utility>
 
 #include <QCloseEvent>
-#include <QFile>
 #include <QMdiSubWindow>
 #include <QMenu>
-#include <QPointer>
 #include <QSettings>
 #include <QStyle>
 
-#include "app/add_files.h"
 #include "app/play_commands.h"
 #include "app/tallow.h"
 #include "jukebox/initial_jukebox.h"
-#include "jukebox/ranking.h"
-#include "jukebox/returned_songs.h"
-#include "jukebox/sorting.h"
-#include "jukebox/special_folders.h"
+#include "ui/jukebox/dropped_files.h"
+#include "ui/jukebox/jukebox_commands.h"
 #include "ui/jukebox/picture_address.h"
 #include "ui/jukebox/pv_explorer.h"
 #include "ui/jukebox/resize_rule.h"
@@ -44,15 +39,23 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
       show_(show ? std::move(show)
                  : [this](const Message& message) { return ShowMessageBox(message, window()); }),
       explorer_(new PVExplorer(jukebox_, tallow.library, tallow.clipboard, this)),
+      commands_(std::make_unique<JukeboxCommands>(tallow, jukebox_, *explorer_, show_)),
+      dropped_files_(std::make_unique<DroppedFiles>(tallow, jukebox_, *explorer_)),
       list_menu_(MakeListMenu(
-          this, [this](int item) { ActOnPopUpClick(item, kListPane, jukebox_.selectednode()); })),
-      tree_menu_(MakeTreeMenu(this, [this](int item) {
+          this, [this](ListCommand command) { Run(command, jukebox_.selectednode()); })),
+      tree_menu_(MakeTreeMenu(this, [this](TreeCommand command) {
         // The folder may have been deleted while the menu was open.
         Folder* const folder = menu_folder_ != 0 ? jukebox_.Nodes().FindKey(menu_folder_) : nullptr;
-        if (folder != nullptr || menu_folder_ == 0) ActOnPopUpClick(item, kTreePane, folder);
+        if (folder != nullptr || menu_folder_ == 0) Run(command, folder);
       })) {
   setObjectName(QStringLiteral("frmMain"));
   ConnectExplorer();
+  connect(commands_.get(), &JukeboxCommands::PlaySongs, this, &frmMain::PlaySongs);
+  connect(commands_.get(), &JukeboxCommands::Problem, this, &frmMain::Problem);
+  connect(commands_.get(), &JukeboxCommands::ChangeBackgroundPicture, this,
+          &frmMain::ChangeBackgroundPicture);
+  connect(dropped_files_.get(), &DroppedFiles::Problem, this, &frmMain::Problem);
+  connect(dropped_files_.get(), &DroppedFiles::SongsReturned, this, &frmMain::SongsReturned);
   explorer_->restoreState(QSettings().value(kSplitterOption).toByteArray());
   ShowPicture();
 }
@@ -97,12 +100,14 @@ void frmMain::ConnectExplorer() {
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,
           [this](int pane) { pane_with_focus_ = pane; });
-  connect(explorer_, &PVExplorer::CommandKey, this,
-          [this](int pane, int item) { ActOnPopUpClick(item, pane, FolderOfPane(pane)); });
-  connect(explorer_, &PVExplorer::BeforeCut, this, &frmMain::BeforeCut);
-  connect(
-      explorer_, &PVExplorer::FilesDropped, this,
-      [this](const std::vector<std::string>& paths, Folder* to) { AddDroppedFiles(paths, *to); });
+  connect(explorer_, &PVExplorer::TreeCommandKey, this,
+          [this](TreeCommand command) { Run(command, FolderOfPane(kTreePane)); });
+  connect(explorer_, &PVExplorer::ListCommandKey, this,
+          [this](ListCommand command) { Run(command, FolderOfPane(kListPane)); });
+  connect(explorer_, &PVExplorer::FilesDropped, dropped_files_.get(),
+          [this](const std::vector<std::string>& paths, Folder* to) {
+            dropped_files_->Add(paths, *to);
+          });
   connect(explorer_, &PVExplorer::Problem, this, &frmMain::Problem);
   connect(explorer_, &PVExplorer::LinkedStepDone, this, &frmMain::LinkedStepDone);
   connect(explorer_, &QSplitter::splitterMoved, this,
@@ -139,175 +144,29 @@ void frmMain::SortList() {
 }
 
 void frmMain::ActOnPopUpClick(int item, int pane, Folder* node) {
-  emit PopUpClick(item, pane);
-  if (pane == kTreePane) ActOnTree(item, node);
-  if (pane == kListPane && node != nullptr) ActOnList(item, *node);
-  // Without any folder, songs and folders can still be pasted into the root.
-  if (pane == kListPane && node == nullptr && item == kPasteSongs) explorer_->Paste(nullptr);
+  if (pane == kTreePane) Run(TreeCommand(item), node);
+  if (pane == kListPane) Run(ListCommand(item), node);
 }
 
 Folder* frmMain::FolderOfPane(int pane) const {
   return pane == kTreePane ? explorer_->FolderForCommands() : jukebox_.selectednode();
 }
 
-void frmMain::ActOnTree(int item, Folder* node) {
-  switch (item) {
-    case kAddFolderToSelected:
-      if (node != nullptr) explorer_->AddFolder(node);
-      return;
-    case kAddFolderToRoot:
-      explorer_->AddFolder(nullptr);
-      return;
-    case kCutFolder:
-      if (node != nullptr) explorer_->CutFolder(*node);
-      return;
-    case kCopyFolder:
-      if (node != nullptr) explorer_->CopyFolder(*node);
-      return;
-    case kPasteFolder:
-      explorer_->Paste(node);
-      return;
-    case kDeleteFolder:
-      if (node != nullptr) DeleteFolder(*node);
-      return;
-    case kSortNodes:
-      explorer_->SortNodes(node);
-      return;
-    case kMoveToRoot:
-      if (node != nullptr) explorer_->MoveToRoot(*node);
-      return;
-    default:
-      return;
-  }
+void frmMain::Run(TreeCommand command, Folder* node) {
+  emit PopUpClick(static_cast<int>(command), kTreePane);
+  commands_->Run(command, node);
 }
 
-void frmMain::ActOnList(int item, Folder& node) {
-  // Songs can be selected only in the folder on show.
-  const bool on_show = &node == jukebox_.selectednode();
-  // All commands of the list act on these songs.
-  tallow_.SongsToPlay.clear();
-  if (on_show) tallow_.SongsToPlay = SongsOf(node, explorer_->SelectedRows());
-  const bool acts_on_selection = (item >= kRankBest && item <= kRankWorst) || item == kCutSongs ||
-                                 item == kDeleteSongs || item == kCopySongs;
-  if (acts_on_selection && tallow_.SongsToPlay.empty())
-    return emit Problem({tr("No song is selected.")});
-  if (item >= kRankBest && item <= kRankWorst) {
-    if (on_show) RankSelectedSongs(item - kRankBest + 1);
-    return;
-  }
-  switch (item) {
-    case kPlayAllSongsInFolder:
-      return Play(ShownSongsOf(node, tallow_.library), tr("This folder holds no songs to play."));
-    case kPlaySelectedSongs:
-      return Play(tallow_.SongsToPlay, tr("No song is selected, so none is played."));
-    case kCutSongs:
-    case kDeleteSongs:
-      if (on_show) explorer_->CutSongs();
-      return;
-    case kCopySongs:
-      if (on_show) explorer_->CopySongs();
-      return;
-    case kPasteSongs:
-      explorer_->Paste(&node);
-      return;
-    case kChangeBackgroundPicture:
-      emit ChangeBackgroundPicture();
-      return;
-    default:
-      return;
-  }
-}
-
-void frmMain::Play(const std::vector<std::int32_t>& songs, const QString& if_none) {
-  emit PlaySongs(songs);
-  if (songs.empty()) emit Problem({if_none});
-}
-
-void frmMain::RankSelectedSongs(int item) {
-  const bool saved =
-      RankSongs(*jukebox_.selectednode(), explorer_->SelectedRows(), item, tallow_.library);
-  jukebox_.PicturesChanged();
-  if (!saved)
-    show_({.text = "The ranks could not be saved. " + tallow_.library.SaveError() +
-                   ".\n\nThey hold until Tallow is closed, and are saved with the next rank that "
-                   "can be.",
-           .icon = MessageIcon::kCritical});
-}
-
-void frmMain::DeleteFolder(Folder& node) {
-  if (!OkToDelete(node)) return;
-  // The folder and this window may be deleted while the message box is open.
-  const std::uint32_t key = node.Key();
-  const QPointer<frmMain> here(this);
-  if (show_({.text = "Are you sure you want to delete this folder and all it's contents?",
-             .icon = MessageIcon::kQuestion,
-             .buttons = MessageButtons::kYesNoCancel}) != MessageAnswer::kYes ||
-      here == nullptr)
-    return;
-  if (Folder* const folder = jukebox_.Nodes().FindKey(key)) explorer_->DeleteFolder(*folder);
-}
-
-void frmMain::BeforeCut(BeforeCutEvent& event) {
-  std::string text;
-  if (event.songs && IsAllSongs(event.folder))
-    text = "Can not cut a song from 'All Songs.'  You can copy a song if you wish.";
-  if (!event.songs && IsSpecialFolder(event.folder))
-    text = "This is a special node that can not be cut.  It can be copied if you wish.";
-  if (text.empty()) return;
-  event.cancel = true;
-  show_({.text = std::move(text), .icon = MessageIcon::kInformation});
-}
-
-void frmMain::AddDroppedFiles(const std::vector<std::string>& paths, Folder& to) {
-  AddedFiles taken;
-  std::vector<std::string> problems;
-  // Restores selection and scroll position after the list was refilled.
-  const PVExplorer::Place place = explorer_->CurrentPlace();
-  std::unique_ptr<LongWork> work;
-  bool is_filed = true;
-  try {
-    if (begin_work_) work = begin_work_(kAddingFiles);
-    taken = tallow::AddFiles(paths, tallow_.library, [&work](std::string_view path) {
-      return work == nullptr || work->GoOn([&] { return std::string(path); });
-    });
-    work.reset();
-    problems = taken.problems;
-    tallow::Jukebox* const own[] = {&jukebox_};
-    RenumberReturnedSongs(taken.returned, own, tallow_.clipboard);
-    if (!taken.returned.empty() || taken.report.missing > 0) emit SongsReturned(taken.returned);
-    if (taken.has_new_songs) {
-      if (begin_work_) work = begin_work_(kFilingSongs);
-      FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own, nullptr,
-                           [&](std::size_t filed, std::size_t songs) {
-                             is_filed = work == nullptr ||
-                                        work->GoOn([=] { return FilingLine(filed, songs); });
-                             return is_filed;
-                           });
-    }
-  } catch (const FilingError& error) {
-    problems.insert(problems.end(), error.problems().begin(), error.problems().end());
-  } catch (const std::exception& error) {
-    problems.push_back(std::string("The new songs could not be filed. ") + error.what());
-  }
-  work.reset();
-  if (taken.has_new_songs) explorer_->GoTo(place);
-  // If filing was cancelled, songs are not added to "All Songs", because songs that are already
-  // there are never filed.
-  if (is_filed || !IsAllSongs(to)) explorer_->AddSongs(to, taken.songs);
-  if (!is_filed) {
-    tallow_.filing_is_pending = true;
-    problems.push_back(FilingCancelledLine() + ".");
-  }
-  QStringList lines;
-  const std::string counts = TextOf(taken.report, false);
-  if (!counts.empty()) lines.append(DisplayText(counts));
-  for (const std::string& problem : problems) lines.append(DisplayMessage(problem));
-  if (!lines.isEmpty()) emit Problem(lines);
+void frmMain::Run(ListCommand command, Folder* node) {
+  emit PopUpClick(static_cast<int>(command), kListPane);
+  commands_->Run(command, node);
 }
 
 void frmMain::PlaySong(int row) {
   if (const Folder* const folder = jukebox_.selectednode()) emit PlaySongs(SongsOf(*folder, {row}));
 }
+
+void frmMain::OnLongWork(BeginLongWork begin) { dropped_files_->OnLongWork(std::move(begin)); }
 
 bool frmMain::WillAsk() const {
   return jukebox_.IsFormDirty() && jukebox_.HasUnsavedChanges(tallow_.library);

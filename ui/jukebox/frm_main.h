@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -18,9 +19,10 @@ class QMenu;
 
 namespace tallow {
 
+class DroppedFiles;
+class JukeboxCommands;
 class PVExplorer;
 class Tallow;
-struct BeforeCutEvent;
 
 /// The window of one jukebox, a child of the frame window.
 class frmMain : public QWidget {
@@ -57,9 +59,14 @@ class frmMain : public QWidget {
   /// \param pane see PopUpPane
   Folder* FolderOfPane(int pane) const;
 
-  /// Runs a command of a pop-up menu.
+  /// Runs a command of a pop-up menu, whether the menu, a key or the frame asks for it.
+  /// \param node the folder to act on; null for none
+  void Run(TreeCommand command, Folder* node);
+  void Run(ListCommand command, Folder* node);
+
+  /// Runs a command that is given by its number.
   ///
-  /// \param item the command, see TreeCommand and ListCommand
+  /// \param item the value of a TreeCommand or ListCommand; other numbers do nothing
   /// \param pane the pane that the menu belongs to, see PopUpPane
   /// \param node the folder to act on; null for none
   void ActOnPopUpClick(int item, int pane, Folder* node);
@@ -77,7 +84,7 @@ class frmMain : public QWidget {
   /// \param save returns whether the jukebox was saved
   void OnSaveBeforeClosing(std::function<bool()> save) { save_ = std::move(save); }
   /// Sets the callback that shows progress while many files are added.
-  void OnLongWork(BeginLongWork begin) { begin_work_ = std::move(begin); }
+  void OnLongWork(BeginLongWork begin);
 
  signals:
   /// The user wants to play these songs, given as record numbers, in this order.
@@ -87,7 +94,7 @@ class frmMain : public QWidget {
   /// Songs that were found again have new record numbers; this window's jukebox and the clipboard
   /// are already updated.
   void SongsReturned(const std::vector<tallow::ReturnedSong>& songs);
-  /// A command of a pop-up menu is about to run, whether started by the menu, a key or the frame.
+  /// A command of a pop-up menu is about to run, given by its number.
   void PopUpClick(int item, int pane);
   /// See PVExplorer::LinkedStepDone.
   void LinkedStepDone(tallow::EditHistory::Half half, bool back);
@@ -103,13 +110,6 @@ class frmMain : public QWidget {
   void ShowPicture();
   void ShowFolder(Folder& folder);
   void SortList();
-  void ActOnTree(int item, Folder* node);
-  void ActOnList(int item, Folder& node);
-  void Play(const std::vector<std::int32_t>& songs, const QString& if_none);
-  void RankSelectedSongs(int item);
-  void DeleteFolder(Folder& node);
-  void BeforeCut(BeforeCutEvent& event);
-  void AddDroppedFiles(const std::vector<std::string>& paths, Folder& to);
   void PlaySong(int row);
   bool MayClose();
   QSize WholeSize() const;
@@ -118,15 +118,16 @@ class frmMain : public QWidget {
   ShowMessage show_;
   tallow::Jukebox jukebox_;
   PVExplorer* explorer_;
+  std::unique_ptr<JukeboxCommands> commands_;
+  std::unique_ptr<DroppedFiles> dropped_files_;
   QMenu* list_menu_;
   QMenu* tree_menu_;
-  std::uint32_t menu_folder_ =
-      0;                    ///< key of the folder that the tree menu was opened on; 0 for none
+  /// Key of the folder that the tree menu was opened on; 0 for none.
+  std::uint32_t menu_folder_ = 0;
   bool may_close_ = false;  ///< whether the user was already asked
   int pane_with_focus_ = 0;
   std::function<bool()> save_;
   std::string picture_problem_;
-  BeginLongWork begin_work_;
 };
 
 }  // namespace tallow

@@ -470,7 +470,7 @@ TEST_F(Commands, AnEmptyJukeboxSurvivesEveryKeyAndCommand) {
   ClickHeader();
   for (const int pane : {kTreePane, kListPane})
     for (int item = 0; item <= 15; ++item)
-      if (pane != kTreePane || item != kAddFolderToRoot)
+      if (pane != kTreePane || TreeCommand(item) != TreeCommand::kAddFolderToRoot)
         window.ActOnPopUpClick(item, pane, nullptr);
   EXPECT_EQ(Nodes().Count(), 0);
   EXPECT_EQ(messages.Take(), Texts{});
@@ -487,7 +487,7 @@ TEST_F(Commands, SortNodesInTheEmptyAreaSortsTheWholeTree) {
   AddFolder("disc 2");
   AddFolder("All Songs");
   Show();
-  window.ActOnPopUpClick(kSortNodes, kTreePane, nullptr);
+  window.Run(TreeCommand::kSortNodes, nullptr);
   EXPECT_EQ(FoldersIn(), (Texts{"All Songs", "Decades", "disc 2", "Disc 10", "New"}));
   EXPECT_EQ(FoldersIn(&decades), (Texts{"00's", "30's"}));
 }
@@ -515,7 +515,7 @@ TEST_F(Commands, MoveToRootMovesAFolderToTheEndOfTheTopLevel) {
     menu.close();
     EXPECT_FALSE(menu.actions().back()->isEnabled());
   }
-  window.ActOnPopUpClick(kMoveToRoot, kTreePane, &one);
+  window.Run(TreeCommand::kMoveToRoot, &one);
   EXPECT_EQ(FoldersIn(), (Texts{"one", "two", "inner"}));
   window.PVExplorer1().Undo();
   EXPECT_EQ(FoldersIn(), (Texts{"one", "two"}));
@@ -526,7 +526,7 @@ TEST_F(Commands, ADecadeIsNotMovedToTheRoot) {
   Folder& decades = AddFolder("Decades");
   Folder& eighties = AddFolder("80's", {}, &decades);
   Show();
-  window.ActOnPopUpClick(kMoveToRoot, kTreePane, &eighties);
+  window.Run(TreeCommand::kMoveToRoot, &eighties);
   EXPECT_EQ(messages.Take(),
             Texts{"This is a special node that can not be cut.  It can be copied if you wish."});
   EXPECT_EQ(FoldersIn(&decades), Texts{"80's"});
@@ -551,9 +551,9 @@ TEST_F(Commands, AFolderRenamedToTheNameOfASpecialFolderCanBeDeleted) {
   EXPECT_TRUE(Tree().currentIndex().flags().testFlag(Qt::ItemIsEditable));
   EXPECT_FALSE(Tree().model()->index(0, 0).flags().testFlag(Qt::ItemIsEditable));
   messages.answer = MessageAnswer::kYes;
-  window.ActOnPopUpClick(kDeleteFolder, kTreePane, &artist);
+  window.Run(TreeCommand::kDeleteFolder, &artist);
   EXPECT_EQ(messages.Take(), Texts{});
-  window.ActOnPopUpClick(kDeleteFolder, kTreePane, &mine);
+  window.Run(TreeCommand::kDeleteFolder, &mine);
   EXPECT_EQ(messages.Take(),
             Texts{"Are you sure you want to delete this folder and all it's contents?"});
   EXPECT_EQ(FoldersIn(), Texts{"Artist"});

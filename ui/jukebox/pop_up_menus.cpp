@@ -7,6 +7,7 @@
 #include <QMenu>
 
 #include "jukebox/folder_tree.h"
+#include "jukebox/ranking.h"
 #include "ui/jukebox/rank_action.h"
 #include "ui/jukebox/rank_picture.h"
 
@@ -14,27 +15,29 @@ namespace tallow {
 namespace {
 
 /// Builds one pop-up menu.
+/// \tparam Command the type of its commands
+template <typename Command>
 class Builder {
  public:
-  Builder(QWidget* parent, const char* name, std::function<void(int)> act)
+  Builder(QWidget* parent, const char* name, std::function<void(Command)> act)
       : menu_(new QMenu(parent)), act_(std::move(act)) {
     menu_->setObjectName(QLatin1String(name));
   }
 
   QMenu* Menu() { return menu_; }
-  QAction* Add(const QString& caption, int command) { return Add(*menu_, caption, command); }
-  QAction* Add(QMenu& to, const QString& caption, int command) {
+  QAction* Add(const QString& caption, Command command) { return Add(*menu_, caption, command); }
+  QAction* Add(QMenu& to, const QString& caption, Command command) {
     return Add(to, new QAction(caption, &to), command);
   }
-  QAction* Add(QMenu& to, QAction* action, int command) {
+  QAction* Add(QMenu& to, QAction* action, Command command) {
     to.addAction(action);
-    action->setData(command);
+    action->setData(static_cast<int>(command));
     QObject::connect(action, &QAction::triggered, menu_, [act = act_, command] { act(command); });
     return action;
   }
   /// Adds an item that displays a shortcut. The control handles the key itself, because it knows
   /// the pane.
-  void Add(const QString& caption, int command, const QKeySequence& key) {
+  void Add(const QString& caption, Command command, const QKeySequence& key) {
     QAction* const action = Add(caption, command);
     action->setShortcut(key);
     action->setShortcutContext(Qt::WidgetShortcut);
@@ -43,10 +46,12 @@ class Builder {
 
  private:
   QMenu* menu_;
-  std::function<void(int)> act_;
+  std::function<void(Command)> act_;
 };
 
 QString Tr(const char* text) { return QCoreApplication::translate("PopUpMenus", text); }
+
+static_assert(RankCommand(kRankItems) == ListCommand::kRankWorst);
 
 const QKeySequence kCutKey(Qt::CTRL | Qt::Key_X);
 const QKeySequence kCopyKey(Qt::CTRL | Qt::Key_C);
@@ -55,8 +60,9 @@ const QKeySequence kDeleteKey(Qt::Key_Delete);
 
 }  // namespace
 
-QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act) {
-  Builder builder(parent, "ListMenu", act);
+QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act) {
+  using enum ListCommand;
+  Builder<ListCommand> builder(parent, "ListMenu", act);
   builder.Add(Tr("Play All Songs in Folder"), kPlayAllSongsInFolder);
   builder.Add(Tr("Play Selected Songs"), kPlaySelectedSongs);
   builder.Menu()->addSeparator();
@@ -67,19 +73,21 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act
   QMenu* const ranks = builder.Menu()->addMenu(Tr("&Rank"));
   ranks->setObjectName(QStringLiteral("RankMenu"));
   ranks->setToolTipsVisible(true);
-  for (int command = kRankBest; command <= kRankWorst; ++command) {
-    const int rank = kBestRankPicture - (command - kRankBest);
+  for (int item = 1; item <= kRankItems; ++item) {
+    const ListCommand command = RankCommand(item);
     const QString caption = command == kRankBest    ? Tr("Rank it - Best")
                             : command == kRankWorst ? Tr(".  .  .   to worst")
                                                     : QString();
+    const int rank = kBestRankPicture - (item - 1);
     builder.Add(*ranks, new RankAction(caption, rank, ranks), command);
   }
   builder.Add(Tr("Change Background Picture . . ."), kChangeBackgroundPicture);
   return builder.Menu();
 }
 
-QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act) {
-  Builder builder(parent, "TreeMenu", act);
+QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act) {
+  using enum TreeCommand;
+  Builder<TreeCommand> builder(parent, "TreeMenu", act);
   QMenu* const folders = builder.Menu()->addMenu(Tr("New Folder"));
   folders->setObjectName(QStringLiteral("NewFolderMenu"));
   builder.Add(*folders, Tr("Add Folder to Selected Folder"), kAddFolderToSelected);
@@ -94,8 +102,9 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act
 }
 
 void EnableTreeItems(QMenu& tree_menu, const Folder* folder, bool paste) {
+  using enum TreeCommand;
   for (QAction* const action : tree_menu.findChildren<QAction*>()) {
-    const int command = action->data().toInt();
+    const auto command = TreeCommand(action->data().toInt());
     if (command == kAddFolderToSelected || command == kCutFolder || command == kCopyFolder ||
         command == kDeleteFolder)
       action->setEnabled(folder != nullptr);

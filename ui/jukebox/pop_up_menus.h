@@ -16,8 +16,8 @@ enum PopUpPane : int {
   kListPane = 2,
 };
 
-/// The commands of the tree's pop-up menu, by number.
-enum TreeCommand : int {
+/// The commands of the tree's pop-up menu; the values are the numbers of its items.
+enum class TreeCommand : int {
   kAddFolderToSelected = 4,
   kAddFolderToRoot = 5,
   kCutFolder = 6,
@@ -28,25 +28,37 @@ enum TreeCommand : int {
   kMoveToRoot = 11,
 };
 
-/// The commands of the list's pop-up menu, by number.
-enum ListCommand : int {
+/// The commands of the list's pop-up menu; the values are the numbers of its items.
+enum class ListCommand : int {
   kPlayAllSongsInFolder = 1,
   kPlaySelectedSongs = 2,
   kCutSongs = 4,
   kCopySongs = 5,
   kPasteSongs = 6,
   kDeleteSongs = 7,
-  kRankBest = 8,  ///< the first of six ranks
+  kRankBest = 8,  ///< the first item of the rank menu; see RankCommand for those in between
   kRankWorst = 13,
   kChangeBackgroundPicture = 14,
 };
 
-/// Creates the pop-up menu of the list, named "ListMenu". The data of each item is its command.
-/// \param act runs a command
-QMenu* MakeListMenu(QWidget* parent, const std::function<void(int command)>& act);
+/// Returns the command of an item of the rank menu.
+/// \param item 1 (best) to kRankItems (worst)
+constexpr ListCommand RankCommand(int item) noexcept {
+  return ListCommand(static_cast<int>(ListCommand::kRankBest) + item - 1);
+}
 
-/// Creates the pop-up menu of the tree, named "TreeMenu".
-QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(int command)>& act);
+/// Returns the item of the rank menu, from 1, that a command belongs to; 0 for other commands.
+constexpr int RankItemOf(ListCommand command) noexcept {
+  const bool is_rank = command >= ListCommand::kRankBest && command <= ListCommand::kRankWorst;
+  return is_rank ? static_cast<int>(command) - static_cast<int>(ListCommand::kRankBest) + 1 : 0;
+}
+
+/// Creates the pop-up menu of the list, named "ListMenu". The data of each item is its number.
+/// \param act runs a command
+QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act);
+
+/// Like MakeListMenu, for the pop-up menu of the tree, named "TreeMenu".
+QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act);
 
 /// Disables the items of the tree's pop-up menu that would have no effect.
 /// \param folder the folder that the menu is opened on; null in the empty area of the tree

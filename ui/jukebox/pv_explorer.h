@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -8,27 +9,24 @@
 #include <QSplitter>
 
 #include "jukebox/jukebox.h"
-#include "jukebox/jukebox_edits.h"
-
-class QContextMenuEvent;
-class QDropEvent;
-class QKeyEvent;
-class QMimeData;
+#include "ui/jukebox/explorer/explorer_edits.h"
+#include "ui/jukebox/explorer/shown_songs.h"
+#include "ui/jukebox/pop_up_menus.h"
 
 namespace tallow {
 
 class ExplorerDrag;
+class ExplorerDragging;
+class ExplorerKeys;
+class ExplorerSteps;
+class FolderChoice;
+class FolderExpansion;
 class FolderTreeModel;
 class FolderTreeView;
+class PaneFocus;
+class PopUpRequests;
 class SongListModel;
 class SongListView;
-
-/// Event emitted before songs or a folder are cut.
-struct BeforeCutEvent {
-  const Folder& folder;  ///< the folder to cut, or the folder of the songs to cut
-  bool songs;            ///< whether songs are cut, not the folder itself
-  bool cancel = false;   ///< set by a receiver to forbid the cut
-};
 
 /// The explorer control: a jukebox's folders on the left, the songs of the folder on show on the
 /// right.
@@ -36,6 +34,9 @@ struct BeforeCutEvent {
 /// The control shows a Jukebox, edits it, and emits signals for the user's actions; the jukebox
 /// window handles the signals. Cut or copied songs and folders are stored on a clipboard, which
 /// several controls may share.
+///
+/// The control puts together the two panes and the objects in `explorer/`, each of which does one
+/// of its jobs; most functions and signals below are those of such an object.
 class PVExplorer : public QSplitter, private JukeboxView {
   Q_OBJECT
 
@@ -68,30 +69,22 @@ class PVExplorer : public QSplitter, private JukeboxView {
   // remembers have an index too, although the list does not show them.
 
   /// The indexes of the selected songs, in list order.
-  std::vector<int> SelectedRows() const;
+  std::vector<int> SelectedRows() const { return shown_songs_.Selected(); }
   /// Scrolls the list to a song.
   /// \param row index of the song, from 0
-  void EnsureVisible(int row);
+  void EnsureVisible(int row) { shown_songs_.EnsureVisible(row); }
   /// The rectangle of a song of the list, in screen coordinates.
-  QRect PlaceOfRow(int row) const;
+  QRect PlaceOfRow(int row) const { return shown_songs_.RectOf(row); }
 
-  /// The state of the list, stored by songs instead of rows.
-  struct Place {
-    std::uint32_t folder = 0;            ///< key of the folder on show; 0 for none
-    std::vector<std::int32_t> selected;  ///< record numbers of the selected songs
-    std::int32_t current = 0;            ///< record number of the current song; 0 for none
-    int scrolled = 0;
-  };
-  Place CurrentPlace() const;
-  /// Restores a state, as far as its songs still exist.
-  void GoTo(const Place& place);
-  /// Like GoTo, for use after the songs were reordered. If any song is selected, also scrolls to
-  /// the current song.
-  void FollowSongs(const Place& place);
+  using Place = ShownSongs::Place;
+  /// See the functions of ShownSongs.
+  Place CurrentPlace() const { return shown_songs_.CurrentPlace(); }
+  void GoTo(const Place& place) { shown_songs_.GoTo(place); }
+  void FollowSongs(const Place& place) { shown_songs_.Follow(place); }
 
   /// The folder that keys and menus act on while the tree has the focus: the folder on show; null
   /// after a click in the empty area of the tree, as for the pop-up menu there.
-  Folder* FolderForCommands() const noexcept { return in_empty_area_ ? nullptr : selectednode(); }
+  Folder* FolderForCommands() const noexcept;
 
   /// See SongListView::SetBackgroundImage.
   std::string SetBackgroundImage(const QString& address, bool tiled);
@@ -108,40 +101,29 @@ class PVExplorer : public QSplitter, private JukeboxView {
     return jukebox_.Load(path, library_, ask);
   }
 
-  /// Cuts or copies the selected songs.
-  void CutSongs();
-  void CopySongs();
-  void CutFolder(Folder& folder);
-  void CopyFolder(Folder& folder) { edits_.CopyFolder(folder); }
-  /// Pastes the clipboard at the end of a folder.
-  /// \param into null for the top level
-  void Paste(Folder* into);
-  /// Deletes a folder without confirmation.
-  void DeleteFolder(Folder& folder);
-  /// Adds a folder "New Folder" and starts its renaming by the user.
-  /// \param parent null for the top level
-  void AddFolder(Folder* parent);
-  /// Moves a folder with its subfolders to the end of the top level. Has no effect on a folder that
-  /// must not be cut or is already at the top level.
-  void MoveToRoot(Folder& folder);
-  /// \param above the folder whose subfolders are sorted; null for the whole tree
-  void SortNodes(Folder* above);
-  /// Adds the songs that a folder does not contain yet.
-  void AddSongs(Folder& to, const std::vector<SongEntry>& songs);
+  // See the functions of ExplorerEdits.
+  void CutSongs() { edits_.CutSongs(); }
+  void CopySongs() { edits_.CopySongs(); }
+  void CutFolder(Folder& folder) { edits_.CutFolder(folder); }
+  void CopyFolder(const Folder& folder) { edits_.CopyFolder(folder); }
+  void Paste(Folder* into) { edits_.Paste(into); }
+  void DeleteFolder(Folder& folder) { edits_.DeleteFolder(folder); }
+  void AddFolder(Folder* parent) { edits_.AddFolder(parent); }
+  void MoveToRoot(Folder& folder) { edits_.MoveToRoot(folder); }
+  void SortNodes(Folder* above) { edits_.SortNodes(above); }
+  void AddSongs(Folder& to, const std::vector<SongEntry>& songs) { edits_.AddSongs(to, songs); }
+
+  // See the functions of ExplorerSteps.
   void Undo();
   void Redo();
-  /// Undoes or redoes one half of a move between two windows, without emitting LinkedStepDone.
-  /// \param pair identifies the move
-  /// \param back whether to undo
-  /// \returns false if that half is not the next step in this window
   bool StepHalf(std::uint64_t pair, bool back);
+
   /// If a folder is being renamed, applies the typed text.
   void CommitEditing();
 
-  /// Creates the data of a drag of the selected songs, or of a folder; null if nothing can be
-  /// dragged.
-  std::unique_ptr<ExplorerDrag> SongsToDrag();
-  std::unique_ptr<ExplorerDrag> FolderToDrag();
+  // See the functions of ExplorerDragging.
+  std::unique_ptr<ExplorerDrag> SongsToDrag() const;
+  std::unique_ptr<ExplorerDrag> FolderToDrag() const;
 
  signals:
   /// The user clicked a folder, or moved to it with the keyboard.
@@ -165,8 +147,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// \param folder the folder that the menu acts on; null for none
   void TreePopUp(tallow::Folder* folder, const QPoint& position);
   /// The user pressed the shortcut of a command of a pop-up menu.
-  /// \param command see TreeCommand and ListCommand
-  void CommandKey(int pane, int command);
+  void TreeCommandKey(tallow::TreeCommand command);
+  void ListCommandKey(tallow::ListCommand command);
   /// The user dropped files from another program.
   /// \param paths in the encoding of the file system
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
@@ -181,45 +163,26 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void LabelsChanged() override;
   void HeadersChanged() override;
 
-  bool eventFilter(QObject* watched, QEvent* event) override;
-  void SetUpTree();
-  void SetUpList();
-  void SetUpDragging();
-  bool KeyPressed(const QKeyEvent& key, bool in_list);
-  bool IsEditKey(const QKeyEvent& key, bool in_list);
-  void MenuWanted(const QContextMenuEvent& event, bool in_list);
-  void MenuAtSelection(bool in_list);
-
-  bool ListKeyPressed(const QKeyEvent& key);
-  void ShowFocus();
-  bool MayCut(const Folder& folder, bool songs);
-  void RefillList();
-  void AfterStep(const Jukebox::StepResult& result, const Place& before);
-  void SetInEmptyArea(bool beside);
-  void SongsAdded(const Folder& to, std::size_t before);
-  void SongsTaken(int first);
-  void SelectNear(int row);
-  void SelectNeighbour(const Folder& folder);
-  void Tell(JukeboxEdits::Result result);
-  void MarkOpen(const Folder& folder);
-  void DragOver(QDropEvent& event, Folder* to);
-  void Drop(QDropEvent& event, Folder* to);
-  bool CanDrop(const ExplorerDrag& drag, const Folder* to, bool copy) const;
-  Folder* FolderOfKey(std::uint32_t key) const;
-  void TakeDrop(PVExplorer& source, Folder& from, bool songs, const std::vector<int>& rows,
-                Folder* to, bool copy);
+  void ConnectTree();
+  void ConnectList();
+  void ConnectKeys();
 
   Jukebox& jukebox_;
   const clsMain& library_;
-  JukeboxEdits edits_;
   FolderTreeModel* folders_;
   SongListModel* songs_;
   FolderTreeView* tree_;
   SongListView* list_;
-  bool told_ = false;           ///< whether NodeClick was emitted since the last mouse press
-  bool came_by_click_ = false;  ///< whether a click has just moved the focus to the tree
-  bool keep_place_ = false;     ///< whether refilling the list keeps the scroll position
-  bool in_empty_area_ = false;  ///< whether the last click in the tree hit its empty area
+  ShownSongs shown_songs_;
+  ExplorerEdits edits_;
+  // Destroyed before the panes, which are child widgets.
+  std::unique_ptr<ExplorerSteps> steps_;
+  std::unique_ptr<ExplorerDragging> dragging_;
+  std::unique_ptr<FolderExpansion> expansion_;
+  std::unique_ptr<FolderChoice> choice_;
+  std::unique_ptr<PopUpRequests> pop_ups_;
+  std::unique_ptr<ExplorerKeys> keys_;
+  std::unique_ptr<PaneFocus> focus_;
 };
 
 }  // namespace tallow

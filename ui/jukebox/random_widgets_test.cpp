@@ -98,23 +98,22 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     const int count = static_cast<int>(AllFolders(one).size());
     switch (Random(7)) {
       case 0:
-        return one.ActOnPopUpClick(kAddFolderToRoot, kTreePane, folder);
+        return one.Run(TreeCommand::kAddFolderToRoot, folder);
       case 1:
-        return one.ActOnPopUpClick(kAddFolderToSelected, kTreePane, folder);
+        return one.Run(TreeCommand::kAddFolderToSelected, folder);
       case 2:
-        if (count > kMinFolders) one.ActOnPopUpClick(kCutFolder, kTreePane, folder);
+        if (count > kMinFolders) one.Run(TreeCommand::kCutFolder, folder);
         return;
       case 3:
-        return one.ActOnPopUpClick(kCopyFolder, kTreePane, folder);
+        return one.Run(TreeCommand::kCopyFolder, folder);
       case 4:
-        if (count < kMaxFolders)
-          one.ActOnPopUpClick(kPasteFolder, kTreePane, OneOf(4) ? nullptr : folder);
+        if (count < kMaxFolders) one.Run(TreeCommand::kPasteFolder, OneOf(4) ? nullptr : folder);
         return;
       case 5:
-        if (count > kMinFolders) one.ActOnPopUpClick(kDeleteFolder, kTreePane, folder);
+        if (count > kMinFolders) one.Run(TreeCommand::kDeleteFolder, folder);
         return;
       default:
-        return one.ActOnPopUpClick(kSortNodes, kTreePane, OneOf(3) ? nullptr : folder);
+        return one.Run(TreeCommand::kSortNodes, OneOf(3) ? nullptr : folder);
     }
   }
   void ActOnListOf(frmMain& one, Folder* folder) {
@@ -122,11 +121,11 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     Folder* const shown = one.Jukebox().selectednode();
     switch (Random(4)) {
       case 0:
-        return one.ActOnPopUpClick(OneOf(2) ? kCutSongs : kDeleteSongs, kListPane, shown);
+        return one.Run(OneOf(2) ? ListCommand::kCutSongs : ListCommand::kDeleteSongs, shown);
       case 1:
-        return one.ActOnPopUpClick(kCopySongs, kListPane, shown);
+        return one.Run(ListCommand::kCopySongs, shown);
       case 2:
-        return one.ActOnPopUpClick(kPasteSongs, kListPane, OneOf(2) ? shown : folder);
+        return one.Run(ListCommand::kPasteSongs, OneOf(2) ? shown : folder);
       default:
         return one.Jukebox().ColumnClick(library);
     }

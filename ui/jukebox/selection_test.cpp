@@ -225,6 +225,7 @@ TEST_F(Selection, AFailedSortLeavesTheListConsistentWithItsSongs) {
 }
 
 TEST_F(Selection, TheMenuEnablesOnlyItemsThatHaveAnEffect) {
+  using enum TreeCommand;
   AddFolder("one");
   Show();
   auto& menu = *window.findChild<QMenu*>(QStringLiteral("TreeMenu"));
@@ -233,24 +234,24 @@ TEST_F(Selection, TheMenuEnablesOnlyItemsThatHaveAnEffect) {
                              Tree().viewport()->mapToGlobal(place));
     QApplication::sendEvent(Tree().viewport(), &wanted);
     menu.close();
-    QList<int> grey;
+    QList<TreeCommand> grey;
     for (const QAction* const action : menu.findChildren<QAction*>())
-      if (!action->isEnabled()) grey.append(action->data().toInt());
+      if (!action->isEnabled()) grey.append(TreeCommand(action->data().toInt()));
     std::sort(grey.begin(), grey.end());
     return grey;
   };
   const auto beside = [&] { return open(QPoint(5, Tree().viewport()->height() - 3)); };
   const auto on_folder = [&] { return open(Tree().visualRect(IndexOf(Tree(), "one")).center()); };
-  EXPECT_EQ(beside(), (QList<int>{kAddFolderToSelected, kCutFolder, kCopyFolder, kPasteFolder,
-                                  kDeleteFolder, kMoveToRoot}));
-  EXPECT_EQ(on_folder(), (QList<int>{kPasteFolder, kMoveToRoot}));
+  EXPECT_EQ(beside(), (QList<TreeCommand>{kAddFolderToSelected, kCutFolder, kCopyFolder,
+                                          kPasteFolder, kDeleteFolder, kMoveToRoot}));
+  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kPasteFolder, kMoveToRoot}));
   // Songs can be pasted only into a folder.
   tallow.clipboard.PutSongs({{1, 2}});
   EXPECT_TRUE(beside().contains(kPasteFolder));
-  EXPECT_EQ(on_folder(), QList<int>{kMoveToRoot});
+  EXPECT_EQ(on_folder(), QList<TreeCommand>{kMoveToRoot});
   tallow.clipboard.PutFolder(Nodes().ChildAt(0));
   EXPECT_FALSE(beside().contains(kPasteFolder));
-  EXPECT_EQ(on_folder(), QList<int>{kMoveToRoot});
+  EXPECT_EQ(on_folder(), QList<TreeCommand>{kMoveToRoot});
 }
 
 TEST_F(Selection, TheMenuKeyOpensTheMenuNearTheNameOfTheSong) {
@@ -279,7 +280,7 @@ TEST_F(Selection, AFolderDeletedDuringTheConfirmationIsIgnored) {
   Show();
   messages.answer = MessageAnswer::kYes;
   messages.on_show = [&] { window.PVExplorer1().DeleteFolder(one); };
-  window.ActOnPopUpClick(kDeleteFolder, kTreePane, &one);
+  window.Run(TreeCommand::kDeleteFolder, &one);
   EXPECT_EQ(FoldersIn(), Texts{"two"});
 }
 
@@ -348,7 +349,7 @@ TEST_P(SortedSelection, HasTheSameSongs) {
     Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
     expect_same("redo " + std::to_string(step));
   }
-  window.ActOnPopUpClick(kSortNodes, kTreePane, nullptr);
+  window.Run(TreeCommand::kSortNodes, nullptr);
   expect_same("sorting the folders");
 }
 

@@ -3,7 +3,9 @@
 
 #include <QApplication>
 #include <QDropEvent>
+#include <QHeaderView>
 #include <QItemSelectionModel>
+#include <QMouseEvent>
 #include <QPainter>
 
 #include "ui/jukebox/picture_file.h"
@@ -16,12 +18,54 @@ namespace {
 /// Opacity of the background colour over the picture, from 0 to 255.
 constexpr int kDimOpacity = 176;
 
+/// Initial width of the column of record numbers, in average characters.
+constexpr int kKeyCharacters = 10;
+
+constexpr int kRowPadding = 6;
+
+/// Minimum size of a rank icon, in pixels.
+constexpr int kMinPicture = 16;
+
 }  // namespace
 
-SongListView::SongListView(QWidget* parent) : QTableView(parent) {
+SongListView::SongListView(SongListModel& songs, QWidget* parent)
+    : QTableView(parent), songs_(songs) {
+  setObjectName(QStringLiteral("ListView"));
+  setAccessibleName(tr("Songs"));
+  setAccessibleDescription(tr("Enter plays the song, Shift+F10 opens its menu"));
+  setModel(&songs);
+  setShowGrid(false);
+  setSelectionBehavior(QAbstractItemView::SelectRows);
+  setSelectionMode(QAbstractItemView::ExtendedSelection);
+  setEditTriggers(QAbstractItemView::NoEditTriggers);
+  setWordWrap(false);
+  setTabKeyNavigation(false);
+  // The end of a song's label distinguishes it from similar songs, so the middle is elided.
+  setTextElideMode(Qt::ElideMiddle);
+  setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+  verticalHeader()->hide();
+  verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  const int text_height = parent->fontMetrics().height();
+  verticalHeader()->setDefaultSectionSize(text_height + kRowPadding);
+  const int picture = std::max(kMinPicture, text_height);
+  setIconSize(QSize(picture, picture));
+  horizontalHeader()->setHighlightSections(false);
+  horizontalHeader()->setSectionsClickable(true);
+  horizontalHeader()->setStretchLastSection(false);
   setDragEnabled(true);
   setAcceptDrops(true);
   setDropIndicatorShown(false);
+}
+
+void SongListView::ChangeHeaders() {
+  QHeaderView& header = *horizontalHeader();
+  const int before = header.count();
+  songs_.ChangeHeaders();
+  if (header.count() == before || header.count() == 0) return;
+  header.setSectionResizeMode(SongListModel::kText, QHeaderView::Stretch);
+  if (header.count() > SongListModel::kKey)
+    header.resizeSection(SongListModel::kKey,
+                         kKeyCharacters * parentWidget()->fontMetrics().averageCharWidth());
 }
 
 std::string SongListView::SetBackgroundImage(const QString& address, bool tiled) {
@@ -123,6 +167,10 @@ void SongListView::keyboardSearch(const QString& search) {
   // Falls back to the label, which begins with the position in the list.
   if (row < 0) row = FindRow(typed_, 0, Qt::DisplayRole);
   if (row >= 0) SelectRows(row, row);
+}
+
+void SongListView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) QTableView::mouseDoubleClickEvent(event);
 }
 
 void SongListView::startDrag(Qt::DropActions /*actions*/) { emit DragStarted(); }

@@ -11,6 +11,8 @@
 
 namespace tallow {
 
+class SongListModel;
+
 /// The list pane of the explorer control, which behaves like a list of files: Home and End move to
 /// the first and the last row, typing finds a name, rows can be dragged, and a picture can be shown
 /// behind the rows.
@@ -18,7 +20,11 @@ class SongListView : public QTableView {
   Q_OBJECT
 
  public:
-  explicit SongListView(QWidget* parent);
+  /// \param songs must outlive the view
+  SongListView(SongListModel& songs, QWidget* parent);
+
+  /// Updates the columns after the jukebox's column headers have changed.
+  void ChangeHeaders();
 
   /// Shows a picture behind the rows, centred or tiled, or removes it. The picture is dimmed with
   /// the background colour, so that the rows stay readable, and does not scroll.
@@ -50,6 +56,8 @@ class SongListView : public QTableView {
 
  protected:
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+  /// A double-click of another button than the left has no effect.
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void startDrag(Qt::DropActions actions) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dragMoveEvent(QDragMoveEvent* event) override;
@@ -62,6 +70,7 @@ class SongListView : public QTableView {
   /// role begins with a text; -1 if there is none.
   int FindRow(const QString& beginning, int from, int role) const;
 
+  SongListModel& songs_;
   QPixmap background_;
   bool tiled_ = false;
   QString typed_;

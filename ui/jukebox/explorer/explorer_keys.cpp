@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/explorer/explorer_keys.h"
+
+#include <algorithm>
+
+#include <QItemSelectionModel>
+#include <QKeyEvent>
+
+#include "ui/jukebox/folder_tree_view.h"
+#include "ui/jukebox/song_list_view.h"
+
+namespace tallow {
+namespace {
+
+/// The modifiers of a key. Keys of the numeric keypad are equivalent to the other keys.
+Qt::KeyboardModifiers ModifiersOf(const QKeyEvent& key) {
+  return key.modifiers() & ~Qt::KeypadModifier;
+}
+
+}  // namespace
+
+ExplorerKeys::ExplorerKeys(FolderTreeView& tree, SongListView& list) : tree_(tree), list_(list) {
+  tree.installEventFilter(this);
+  list.installEventFilter(this);
+}
+
+bool ExplorerKeys::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress)
+    return KeyPressed(*static_cast<QKeyEvent*>(event), watched == &list_ ? kListPane : kTreePane);
+  return QObject::eventFilter(watched, event);
+}
+
+bool ExplorerKeys::KeyPressed(const QKeyEvent& key, PopUpPane pane) {
+  if (EditKeyPressed(key, pane)) return true;
+  if (key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier) {
+    emit MenuKey(pane);
+    return true;
+  }
+  if (key.key() == Qt::Key_Backspace && ModifiersOf(key) == Qt::NoModifier) {
+    emit ParentKey();
+    return true;
+  }
+  return pane == kListPane && ListKeyPressed(key);
+}
+
+bool ExplorerKeys::EditKeyPressed(const QKeyEvent& key, PopUpPane pane) {
+  const QKeyCombination pressed(ModifiersOf(key), Qt::Key(key.key()));
+  const auto is = [&](QKeyCombination combination) { return pressed == combination; };
+  const auto command = [&](TreeCommand of_tree, ListCommand of_list) {
+    if (pane == kListPane)
+      emit ListCommandKey(of_list);
+    else
+      emit TreeCommandKey(of_tree);
+    return true;
+  };
+  if (is(Qt::CTRL | Qt::Key_X)) return command(TreeCommand::kCutFolder, ListCommand::kCutSongs);
+  if (is(Qt::CTRL | Qt::Key_C)) return command(TreeCommand::kCopyFolder, ListCommand::kCopySongs);
+  if (is(Qt::CTRL | Qt::Key_V)) return command(TreeCommand::kPasteFolder, ListCommand::kPasteSongs);
+  if (is(QKeyCombination(Qt::Key_Delete)))
+    return command(TreeCommand::kDeleteFolder, ListCommand::kDeleteSongs);
+  if (is(Qt::CTRL | Qt::Key_Z)) {
+    emit UndoKey();
+    return true;
+  }
+  if (is(Qt::CTRL | Qt::SHIFT | Qt::Key_Z)) {
+    emit RedoKey();
+    return true;
+  }
+  return false;
+}
+
+bool ExplorerKeys::ListKeyPressed(const QKeyEvent& key) {
+  const int last = list_.model()->rowCount() - 1;
+  switch (key.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (ModifiersOf(key) != Qt::NoModifier) return false;
+      if (list_.currentIndex().isValid() && !key.isAutoRepeat())
+        emit OpenKey(list_.currentIndex().row());
+      return true;
+    case Qt::Key_Home:
+    case Qt::Key_End:
+    case Qt::Key_Up:
+    case Qt::Key_Down: {
+      // A list that has only received the focus has a current row, but no selected row.
+      if (last < 0 || list_.selectionModel()->hasSelection()) return false;
+      const int current = std::max(0, list_.currentIndex().row());
+      const int row = key.key() == Qt::Key_Home ? 0 : key.key() == Qt::Key_End ? last : current;
+      list_.SelectRows(row, row);
+      return true;
+    }
+    default:
+      return false;
+  }
+}
+
+}  // namespace tallow

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+
+#include "ui/jukebox/pop_up_menus.h"
+
+class QKeyEvent;
+
+namespace tallow {
+
+class FolderTreeView;
+class SongListView;
+
+/// The keys of the explorer control, in both panes. Inside the frame window, whose menus have the
+/// same shortcuts, the menus get those first.
+class ExplorerKeys : public QObject {
+  Q_OBJECT
+
+ public:
+  /// \param tree, list must outlive this object
+  ExplorerKeys(FolderTreeView& tree, SongListView& list);
+
+ signals:
+  /// The key of a command of a pop-up menu.
+  void TreeCommandKey(tallow::TreeCommand command);
+  void ListCommandKey(tallow::ListCommand command);
+  void UndoKey();
+  void RedoKey();
+  /// The key that opens the pop-up menu of a pane.
+  void MenuKey(tallow::PopUpPane pane);
+  /// The key that shows the folder above the folder on show.
+  void ParentKey();
+  /// The key that opens a song.
+  /// \param row the row of the list, from 0
+  void OpenKey(int row);
+
+ private:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  // These return whether the key was handled, so that the view must not see it.
+  bool KeyPressed(const QKeyEvent& key, PopUpPane pane);
+  bool EditKeyPressed(const QKeyEvent& key, PopUpPane pane);
+  bool ListKeyPressed(const QKeyEvent& key);
+
+  FolderTreeView& tree_;
+  SongListView& list_;
+};
+
+}  // namespace tallow

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/explorer/explorer_steps.h"
+
+#include "ui/jukebox/folder_tree_view.h"
+
+namespace tallow {
+
+ExplorerSteps::ExplorerSteps(Jukebox& jukebox, FolderTreeView& tree, ShownSongs& songs)
+    : jukebox_(jukebox), tree_(tree), songs_(songs) {}
+
+void ExplorerSteps::Undo() { StepAndEmit(true); }
+
+void ExplorerSteps::Redo() { StepAndEmit(false); }
+
+bool ExplorerSteps::StepHalf(std::uint64_t pair, bool back) {
+  if (NextHalf(back).pair != pair) return false;
+  Step(back);
+  return true;
+}
+
+/// Returns which half of a move between two windows the next step is; pair 0 for none.
+EditHistory::Half ExplorerSteps::NextHalf(bool back) {
+  const EditHistory& history = jukebox_.History();
+  return back ? history.HalfToUndo() : history.HalfToRedo();
+}
+
+void ExplorerSteps::StepAndEmit(bool back) {
+  const EditHistory::Half half = NextHalf(back);
+  Step(back);
+  if (half.pair != 0) emit LinkedStepDone(half, back);
+}
+
+void ExplorerSteps::Step(bool back) {
+  const ShownSongs::Place before = songs_.CurrentPlace();
+  const Jukebox::StepResult result = back ? jukebox_.Undo() : jukebox_.Redo();
+  if (!result.done) return;
+  if (result.list_changed) {
+    songs_.Refill();
+    jukebox_.ResetSort();
+  }
+  const bool other_folder = ShowFolderOf(result);
+  if (jukebox_.selectednode() == nullptr) return;
+  // Read after the list was refilled, which removes songs whose files are gone from the list and
+  // from the step.
+  const EditHistory::SongChange change =
+      jukebox_.History().LastSongChange(*jukebox_.selectednode());
+  if (songs_.Select(change.brought)) return;
+  if (change.taken >= 0) {
+    songs_.SelectNear(change.taken);
+  } else if (change.any && !other_folder) {
+    // A sort was undone or redone: the entries hold different songs now.
+    songs_.Follow(before);
+  }
+}
+
+/// Shows the folder that a step concerns or, if none is on show any more, the first folder.
+/// \returns whether another folder is shown than before
+bool ExplorerSteps::ShowFolderOf(const Jukebox::StepResult& result) {
+  const Folder* const shown = jukebox_.selectednode();
+  if (result.concerned != nullptr && result.concerned != shown)
+    tree_.SelectFolder(*result.concerned);
+  else if (shown == nullptr && jukebox_.Nodes().Children() > 0)
+    tree_.SelectFolder(jukebox_.Nodes().ChildAt(0));
+  else
+    return false;
+  return true;
+}
+
+}  // namespace tallow

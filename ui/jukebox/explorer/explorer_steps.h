@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+
+#include <QObject>
+
+#include "jukebox/jukebox.h"
+#include "ui/jukebox/explorer/shown_songs.h"
+
+namespace tallow {
+
+class FolderTreeView;
+
+/// Undo and redo in the explorer control: undoes or redoes a step, and then shows the folder that
+/// the step concerns and selects the songs that it has brought back, or those beside the songs that
+/// it has removed.
+class ExplorerSteps : public QObject {
+  Q_OBJECT
+
+ public:
+  /// \param jukebox, tree, songs must outlive this object
+  ExplorerSteps(Jukebox& jukebox, FolderTreeView& tree, ShownSongs& songs);
+
+  void Undo();
+  void Redo();
+  /// Undoes or redoes one half of a move between two windows, without emitting LinkedStepDone.
+  /// \param pair identifies the move
+  /// \param back whether to undo
+  /// \returns false if that half is not the next step in this window
+  bool StepHalf(std::uint64_t pair, bool back);
+
+ signals:
+  /// One half of a move between two windows was undone or redone.
+  void LinkedStepDone(tallow::EditHistory::Half half, bool back);
+
+ private:
+  EditHistory::Half NextHalf(bool back);
+  void Step(bool back);
+  void StepAndEmit(bool back);
+  bool ShowFolderOf(const Jukebox::StepResult& result);
+
+  Jukebox& jukebox_;
+  FolderTreeView& tree_;
+  ShownSongs& songs_;
+};
+
+}  // namespace tallow

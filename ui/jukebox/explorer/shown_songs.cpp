@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/explorer/shown_songs.h"
+
+#include <algorithm>
+#include <unordered_map>
+
+#include <QItemSelectionModel>
+#include <QScrollBar>
+
+#include "app/play_commands.h"
+#include "jukebox/jukebox.h"
+#include "ui/jukebox/song_list_model.h"
+#include "ui/jukebox/song_list_view.h"
+
+namespace tallow {
+
+ShownSongs::Entry ShownSongs::EntryAt(const Folder& folder, int index) {
+  const auto& items = folder.Items();
+  const std::int32_t record = items.at(static_cast<std::size_t>(index)).SubItem();
+  const auto earlier =
+      std::count_if(items.begin(), items.begin() + index,
+                    [record](const SongEntry& entry) { return entry.SubItem() == record; });
+  return {record, static_cast<int>(earlier)};
+}
+
+void ShownSongs::Refill() {
+  if (jukebox_.selectednode() == nullptr) return;
+  keeps_scroll_position_ = true;
+  jukebox_.ListRefilled(library_);
+  keeps_scroll_position_ = false;
+}
+
+void ShownSongs::FillList() {
+  QScrollBar& bar = *view_.verticalScrollBar();
+  const int position = keeps_scroll_position_ ? bar.value() : 0;
+  model_.Refill();
+  bar.setValue(position);
+}
+
+std::vector<int> ShownSongs::Selected() const {
+  // Reads the selection by ranges, because checking each row is slow for many rows.
+  std::vector<int> rows;
+  for (const QItemSelectionRange& range : view_.selectionModel()->selection())
+    for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
+  std::sort(rows.begin(), rows.end());
+  rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+  for (int& row : rows) row = model_.PlaceOf(row);
+  return rows;
+}
+
+int ShownSongs::Select(Entry entry) {
+  const Folder* const folder = jukebox_.selectednode();
+  if (folder == nullptr) return -1;
+  for (int row = 0; row < model_.rowCount(); ++row) {
+    const int index = model_.PlaceOf(row);
+    const SongEntry& song = folder->Items()[static_cast<std::size_t>(index)];
+    if (song.SubItem() != entry.record || entry.earlier-- > 0) continue;
+    view_.SelectRows(row, row);
+    return index;
+  }
+  return -1;
+}
+
+bool ShownSongs::Select(const std::vector<int>& indexes) {
+  std::vector<int> rows;
+  for (const int index : indexes)
+    if (const int row = model_.RowAt(index); model_.PlaceOf(row) == index) rows.push_back(row);
+  if (!rows.empty()) view_.SelectRows(rows);
+  return !rows.empty();
+}
+
+void ShownSongs::SelectNear(int index) {
+  const int last = model_.rowCount() - 1;
+  const int row = std::min(model_.RowAt(index), last);
+  if (last >= 0) view_.SelectRows(row, row);
+}
+
+void ShownSongs::SongsAdded(const Folder& to, std::size_t before) {
+  if (&to != jukebox_.selectednode()) return;
+  Refill();
+  const int first = model_.RowAt(static_cast<int>(before));
+  if (first < model_.rowCount()) view_.SelectRows(first, model_.rowCount() - 1);
+}
+
+void ShownSongs::SongsTaken(int first) {
+  Refill();
+  SelectNear(first);
+}
+
+void ShownSongs::EnsureVisible(int index) { view_.scrollTo(model_.index(model_.RowAt(index), 0)); }
+
+QRect ShownSongs::RectOf(int index) const {
+  const QRect rect = view_.visualRect(model_.index(model_.RowAt(index), SongListModel::kText));
+  return {view_.viewport()->mapToGlobal(rect.topLeft()), rect.size()};
+}
+
+ShownSongs::Place ShownSongs::CurrentPlace() const {
+  const Folder* const folder = jukebox_.selectednode();
+  if (folder == nullptr) return {};
+  Place place{folder->Key(), SongsOf(*folder, Selected()), 0, view_.verticalScrollBar()->value()};
+  const std::vector<std::int32_t> current =
+      SongsOf(*folder, {model_.PlaceOf(view_.currentIndex().row())});
+  if (!current.empty()) place.current = current.front();
+  return place;
+}
+
+void ShownSongs::GoTo(const Place& place) {
+  const Folder* const folder = jukebox_.selectednode();
+  if (folder == nullptr || folder->Key() != place.folder) return;
+  // A folder may contain a song several times; as many of its entries are selected as before.
+  std::unordered_map<std::int32_t, int> wanted;
+  for (const std::int32_t record : place.selected) ++wanted[record];
+  std::vector<int> selected;
+  QModelIndex current;
+  for (int row = 0; row < model_.rowCount(); ++row) {
+    const std::int32_t record =
+        folder->Items()[static_cast<std::size_t>(model_.PlaceOf(row))].SubItem();
+    if (!current.isValid() && record == place.current) current = model_.index(row, 0);
+    if (const auto found = wanted.find(record); found != wanted.end() && found->second-- > 0)
+      selected.push_back(row);
+  }
+  QItemSelectionModel& selection = *view_.selectionModel();
+  // In two steps, because the cost of replacing a selection grows with the product of the numbers
+  // of ranges of both selections.
+  selection.clearSelection();
+  selection.setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+  selection.select(view_.RangesOf(selected), QItemSelectionModel::Select);
+  view_.verticalScrollBar()->setValue(place.scrolled);
+}
+
+void ShownSongs::Follow(const Place& place) {
+  // Refills the list first; otherwise the view extends the selection from the last clicked row.
+  model_.Refill();
+  GoTo(place);
+  if (!place.selected.empty()) view_.scrollTo(view_.currentIndex());
+}
+
+}  // namespace tallow

@@ -1,0 +1,141 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/jukebox_commands.h"
+
+#include <string>
+#include <utility>
+
+#include <QPointer>
+
+#include "app/play_commands.h"
+#include "app/tallow.h"
+#include "jukebox/ranking.h"
+#include "jukebox/special_folders.h"
+#include "ui/jukebox/explorer/explorer_edits.h"
+#include "ui/jukebox/pv_explorer.h"
+
+namespace tallow {
+
+JukeboxCommands::JukeboxCommands(Tallow& tallow, Jukebox& jukebox, PVExplorer& explorer,
+                                 ShowMessage show)
+    : tallow_(tallow), jukebox_(jukebox), explorer_(explorer), show_(std::move(show)) {
+  connect(&explorer, &PVExplorer::BeforeCut, this, &JukeboxCommands::BeforeCut);
+}
+
+void JukeboxCommands::Run(TreeCommand command, Folder* node) {
+  using enum TreeCommand;
+  switch (command) {
+    case kAddFolderToSelected:
+      if (node != nullptr) explorer_.AddFolder(node);
+      return;
+    case kAddFolderToRoot:
+      explorer_.AddFolder(nullptr);
+      return;
+    case kCutFolder:
+      if (node != nullptr) explorer_.CutFolder(*node);
+      return;
+    case kCopyFolder:
+      if (node != nullptr) explorer_.CopyFolder(*node);
+      return;
+    case kPasteFolder:
+      explorer_.Paste(node);
+      return;
+    case kDeleteFolder:
+      if (node != nullptr) DeleteFolder(*node);
+      return;
+    case kSortNodes:
+      explorer_.SortNodes(node);
+      return;
+    case kMoveToRoot:
+      if (node != nullptr) explorer_.MoveToRoot(*node);
+      return;
+    default:
+      return;
+  }
+}
+
+void JukeboxCommands::Run(ListCommand command, Folder* node) {
+  if (node != nullptr) return ActOnList(command, *node);
+  // Without any folder, songs and folders can still be pasted into the root.
+  if (command == ListCommand::kPasteSongs) explorer_.Paste(nullptr);
+}
+
+void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
+  using enum ListCommand;
+  // Songs can be selected only in the folder on show.
+  const bool on_show = &node == jukebox_.selectednode();
+  // All commands of the list act on these songs.
+  tallow_.SongsToPlay.clear();
+  if (on_show) tallow_.SongsToPlay = SongsOf(node, explorer_.SelectedRows());
+  const int rank_item = RankItemOf(command);
+  const bool acts_on_selection =
+      rank_item != 0 || command == kCutSongs || command == kDeleteSongs || command == kCopySongs;
+  if (acts_on_selection && tallow_.SongsToPlay.empty())
+    return emit Problem({tr("No song is selected.")});
+  if (rank_item != 0) {
+    if (on_show) RankSelectedSongs(rank_item);
+    return;
+  }
+  switch (command) {
+    case kPlayAllSongsInFolder:
+      return Play(ShownSongsOf(node, tallow_.library), tr("This folder holds no songs to play."));
+    case kPlaySelectedSongs:
+      return Play(tallow_.SongsToPlay, tr("No song is selected, so none is played."));
+    case kCutSongs:
+    case kDeleteSongs:
+      if (on_show) explorer_.CutSongs();
+      return;
+    case kCopySongs:
+      if (on_show) explorer_.CopySongs();
+      return;
+    case kPasteSongs:
+      explorer_.Paste(&node);
+      return;
+    case kChangeBackgroundPicture:
+      emit ChangeBackgroundPicture();
+      return;
+    default:
+      return;
+  }
+}
+
+void JukeboxCommands::Play(const std::vector<std::int32_t>& songs, const QString& if_none) {
+  emit PlaySongs(songs);
+  if (songs.empty()) emit Problem({if_none});
+}
+
+void JukeboxCommands::RankSelectedSongs(int item) {
+  const bool saved =
+      RankSongs(*jukebox_.selectednode(), explorer_.SelectedRows(), item, tallow_.library);
+  jukebox_.PicturesChanged();
+  if (!saved)
+    show_({.text = "The ranks could not be saved. " + tallow_.library.SaveError() +
+                   ".\n\nThey hold until Tallow is closed, and are saved with the next rank that "
+                   "can be.",
+           .icon = MessageIcon::kCritical});
+}
+
+void JukeboxCommands::DeleteFolder(Folder& node) {
+  if (!OkToDelete(node)) return;
+  // The folder and this window may be deleted while the message box is open.
+  const std::uint32_t key = node.Key();
+  const QPointer<JukeboxCommands> here(this);
+  if (show_({.text = "Are you sure you want to delete this folder and all it's contents?",
+             .icon = MessageIcon::kQuestion,
+             .buttons = MessageButtons::kYesNoCancel}) != MessageAnswer::kYes ||
+      here == nullptr)
+    return;
+  if (Folder* const folder = jukebox_.Nodes().FindKey(key)) explorer_.DeleteFolder(*folder);
+}
+
+void JukeboxCommands::BeforeCut(BeforeCutEvent& event) {
+  std::string text;
+  if (event.songs && IsAllSongs(event.folder))
+    text = "Can not cut a song from 'All Songs.'  You can copy a song if you wish.";
+  if (!event.songs && IsSpecialFolder(event.folder))
+    text = "This is a special node that can not be cut.  It can be copied if you wish.";
+  if (text.empty()) return;
+  event.cancel = true;
+  show_({.text = std::move(text), .icon = MessageIcon::kInformation});
+}
+
+}  // namespace tallow
