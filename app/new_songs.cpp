@@ -15,8 +15,11 @@ namespace {
 /// One run of the command.
 class Search {
  public:
-  Search(Tallow& tallow, NewSongsWindows& windows)
-      : tallow_(tallow), library_(tallow.library), windows_(windows) {}
+  Search(Tallow& tallow, NewSongsWindows& windows, const SearchAllDrives& search_all_drives)
+      : tallow_(tallow),
+        library_(tallow.library),
+        windows_(windows),
+        search_all_drives_(search_all_drives) {}
 
   void Run(NewSongsPlace place) {
     tallow_.SearchCancelled = false;
@@ -110,7 +113,7 @@ class Search {
     // Catches failures, so that the songs found before are kept and the caller still removes
     // duplicates.
     try {
-      if (tallow_.search_all_drives) was_cancelled_ = !tallow_.search_all_drives(progress_);
+      was_cancelled_ = !search_all_drives_(*progress_);
     } catch (const std::exception& error) {
       failure_ = error.what();
     }
@@ -185,6 +188,7 @@ class Search {
   Tallow& tallow_;
   clsMain& library_;
   NewSongsWindows& windows_;
+  const SearchAllDrives& search_all_drives_;
   SearchProgress* progress_ = nullptr;
   std::int32_t away_before_ = 0;  ///< number of songs that were away at the start
   bool was_cancelled_ = false;
@@ -196,8 +200,9 @@ class Search {
 
 }  // namespace
 
-void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows) {
-  Search(tallow, windows).Run(place);
+void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows,
+                     const SearchAllDrives& search_all_drives) {
+  Search(tallow, windows, search_all_drives).Run(place);
 }
 
 }  // namespace tallow

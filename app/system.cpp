@@ -39,21 +39,11 @@ bool StartUpWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, cons
 System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
                std::function<std::string()> nearby)
     : tallow_(tallow), drives_(drives), windows_(windows), nearby_(std::move(nearby)) {
-  tallow_.search_all_drives = [this](SearchProgress* progress) {
-    FileSearch search(tallow_, drives_, progress != nullptr ? progress : windows_.LoadedSplash());
-    return search.SearchDrivesForMp3s(true, {});
-  };
   tallow_.report_problem = [this](const std::string& text) {
     if (is_starting_)
       notices_.push_back(text);
     else
       windows_.Notice({text});
-  };
-  tallow_.search_for_player = [this] {
-    windows_.ShowSplash();
-    SearchForPlayer();
-    windows_.UnloadSplash();
-    tallow_.player_path = tallow_.settings.LocOfWinAmpExe();
   };
 }
 

@@ -223,7 +223,8 @@ void System::SearchForSongs() {
     windows_.ShowCancelButton(true);
     old_count = library.UBoundOfMp3Array();
   }
-  was_cancelled_ = !tallow_.search_all_drives(nullptr);
+  was_cancelled_ =
+      !FileSearch(tallow_, drives_, windows_.LoadedSplash()).SearchDrivesForMp3s(true, {});
   windows_.ShowCancelButton(false);
   library.TakeSearchedSongs(old_count);
   if (rebuild_ && !library.Mp3MainHasSomeMembers()) {

@@ -11,10 +11,7 @@ namespace tallow {
 Tallow::Tallow(std::string application_folder_)
     : application_folder(std::move(application_folder_)),
       settings_path(SettingsPath(application_folder)),
-      library(library_settings_,
-              [this] {
-                if (search_all_drives) search_all_drives(nullptr);
-              }),
+      library(library_settings_),
       unsaved(SystemFolder(application_folder)) {
   library.UseDrives(SystemVolumes, {});
 }

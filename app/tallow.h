@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "app/cls_ini.h"
-#include "app/search/search_progress.h"
 #include "jukebox/jukebox_clipboard.h"
 #include "jukebox/unsaved_jukeboxes.h"
 #include "library/cls_main.h"
@@ -48,12 +47,6 @@ class Tallow {
 
  public:
   clsMain library;
-  /// Runs the song search over all fixed disks; set by the object that knows the drives. The
-  /// argument receives the progress (null: the splash window); returns false when the search was
-  /// cancelled.
-  std::function<bool(SearchProgress*)> search_all_drives;
-  /// Runs the player search with its own splash window; set by the object that knows the drives.
-  std::function<void()> search_for_player;
 
   /// Cache of tags that the searches have read; kept until the songs are filed.
   TagCache found_tags;

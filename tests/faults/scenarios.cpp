@@ -9,6 +9,7 @@
 #include "app/add_files.h"
 #include "app/jukebox_documents.h"
 #include "app/new_songs.h"
+#include "app/search/file_search.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/ranking.h"
 #include "library/library_companion.h"
@@ -335,7 +336,10 @@ std::vector<Scenario> AllScenarios() {
            world.MakeSong("music/b/gone.mp3", "Abba");
            CommandWindows windows(*program);
            from_here();
-           BringInNewSongs(place, program->tallow, windows);
+           BringInNewSongs(place, program->tallow, windows, [&](SearchProgress& progress) {
+             return FileSearch(program->tallow, *program->drives, &progress)
+                 .SearchDrivesForMp3s(true, {});
+           });
            return windows.said;
          },
          [](const World& world) {

@@ -69,9 +69,11 @@ void CloseMenus() {
 
 }  // namespace
 
-frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWidget* parent)
+frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& searches,
+                         ShowMessage show, QWidget* parent)
     : QMainWindow(parent),
       tallow_(tallow),
+      searches_(searches),
       show_(
           show
               ? std::move(show)
@@ -138,7 +140,7 @@ void frmMDIForm1::SetUpMenus() {
           [this](int element) { documents_->OpenRecent(element); });
   KeepWindowList(*menuBar()->findChild<QMenu*>(QStringLiteral("mnuWindowList")), *area_);
   toolbar_ = AddFrameToolbar(*this, [this](FrameCommand command, bool checks) {
-    if (!checks || play_commands_.CheckPlayer()) Run(command);
+    if (!checks || CheckPlayer()) Run(command);
     FocusJukebox();
   });
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QEvent>
 #include <QMenu>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QTest>
 
@@ -157,14 +158,25 @@ TEST_F(FrmMdiForm1, ThePendingSearchIsReportedWhileTheFrameIsDisabled) {
   tallow.player_search_is_pending = true;
   QString status;
   bool enabled = true;
-  tallow.search_for_player = [&] {
+  const auto splashes = [] {
+    std::vector<QWidget*> shown;
+    for (QWidget* const top : QApplication::topLevelWidgets())
+      if (top->objectName() == QLatin1String("frmSplash") && top->isVisible()) shown.push_back(top);
+    return shown;
+  };
+  bool can_cancel = false;
+  searches.for_player = [&] {
     status = frame.statusBar()->currentMessage();
     enabled = frame.isEnabled();
+    for (const QWidget* const splash : splashes())
+      can_cancel = splash->findChild<QPushButton*>("cmdCancel")->isVisible();
     tallow.settings.LocOfWinAmpExe("/opt/player");
   };
   jukebox.ActOnPopUpClick(kPlayAllSongsInFolder, kListPane, jukebox.Jukebox().selectednode());
   EXPECT_EQ(status, "Searching for Winamp  . . . ");
   EXPECT_FALSE(enabled);
+  EXPECT_TRUE(can_cancel);
+  EXPECT_TRUE(splashes().empty());
   EXPECT_TRUE(frame.isEnabled());
   EXPECT_EQ(frame.statusBar()->currentMessage(), "");
   EXPECT_EQ(HandOvers(), 1);
