@@ -93,7 +93,7 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
                    [&frame](const std::vector<std::string>& files) { frame.OpenFiles(files); });
   StartUp windows(tallow, frame, line.exit_after_startup);
   System system(tallow, *drives, windows);
-  if (!options_problem.empty()) tallow.report_problem(options_problem);
+  if (!options_problem.empty()) tallow.AddProblem(options_problem);
   std::optional<EndSignals> end_signals;
   const auto end = [&frame, &tallow] {
     // Cancels a running search, too.

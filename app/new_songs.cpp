@@ -173,6 +173,7 @@ class Search {
     if (had_no_jukebox_) line += ". No jukebox is open, so nothing was filed.";
     std::vector<std::string> lines{std::move(line)};
     lines.insert(lines.end(), problems_.begin(), problems_.end());
+    for (const std::string& problem : tallow_.TakeProblems()) lines.push_back(problem);
     for (const std::string& problem : library_.TakeProblems()) lines.push_back(problem);
     if (!library_.SaveError().empty())
       lines.insert(lines.begin(), "The song library could not be saved: " + library_.SaveError());

@@ -38,14 +38,7 @@ bool StartUpWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, cons
 
 System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
                std::function<std::string()> nearby)
-    : tallow_(tallow), drives_(drives), windows_(windows), nearby_(std::move(nearby)) {
-  tallow_.report_problem = [this](const std::string& text) {
-    if (is_starting_)
-      notices_.push_back(text);
-    else
-      windows_.Notice({text});
-  };
-}
+    : tallow_(tallow), drives_(drives), windows_(windows), nearby_(std::move(nearby)) {}
 
 bool System::Main(const RuntimeFile& runtime_file) {
   try {
@@ -76,7 +69,6 @@ bool System::Main(const RuntimeFile& runtime_file) {
       notices_.push_back("A file of the song library could not be saved: " +
                          tallow_.library.SaveError());
     Notice(report);
-    is_starting_ = false;
   } catch (const std::exception& error) {
     windows_.UnloadSplash();
     windows_.Tell(std::string("Tallow cannot start.\n\n") + error.what());
@@ -87,11 +79,13 @@ bool System::Main(const RuntimeFile& runtime_file) {
 }
 
 void System::TakeProblems() {
+  for (std::string& problem : tallow_.TakeProblems()) notices_.push_back(std::move(problem));
   for (std::string& problem : tallow_.library.TakeProblems())
     notices_.push_back(std::move(problem));
 }
 
 void System::Notice(const ScanReport& report) {
+  TakeProblems();
   if (!notices_.empty()) windows_.Notice(notices_);
   const std::string line = TextOf(report, false);
   if (line.empty()) return;

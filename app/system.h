@@ -90,7 +90,7 @@ class System {
   bool Main(const RuntimeFile& runtime_file);
 
  private:
-  /// Moves the library's pending problems to the notices.
+  /// Moves the pending problems of the settings and the library to the notices.
   void TakeProblems();
   bool CheckRuntimeFile(const RuntimeFile& file);
   void CreateDataFolders();
@@ -133,7 +133,6 @@ class System {
   bool settings_are_new_ = false;
   bool settings_are_backed_up_ = false;  ///< this start has backed up the old settings
   std::string backup_notice_;            ///< sentence on where the backup is, with a leading blank
-  bool is_starting_ = true;              ///< notices are queued until the windows exist
   bool was_cancelled_ = false;           ///< the user cancelled the song search
   std::string slow_drive_;     ///< the drive that the splash window says it is waiting for
   bool shows_filing_ = false;  ///< filing takes long enough to be shown

@@ -18,10 +18,9 @@ Tallow::Tallow(std::string application_folder_)
 
 void Tallow::SaveSettings() {
   const std::string problem = settings.Save(settings_path);
-  if (std::exchange(settings_problem_, problem) == problem || problem.empty() || !report_problem)
-    return;
-  report_problem("The settings could not be saved. " + problem +
-                 ". Free some disk space, or make the file writable.");
+  if (std::exchange(settings_problem_, problem) == problem || problem.empty()) return;
+  AddProblem("The settings could not be saved. " + problem +
+             ". Free some disk space, or make the file writable.");
 }
 
 std::string Tallow::SettingsOfLibrary::LocOfGroupingDir() const {

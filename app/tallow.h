@@ -2,8 +2,8 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/cls_ini.h"
@@ -74,14 +74,19 @@ class Tallow {
   /// Set at the end of start-up: the file that the help key opens.
   std::string help_file;
 
-  /// Shows one sentence without blocking; set by the object that knows the windows. May be empty.
-  std::function<void(const std::string&)> report_problem;
-
-  /// Writes the settings to their file. Reports a failure, but not the same failure twice in a row.
+  /// Writes the settings to their file. A failure is added to the problems, but not the same failure
+  /// twice in a row.
   void SaveSettings();
 
+  /// Adds a sentence that the windows show without blocking, as soon as the step that adds it ends.
+  void AddProblem(std::string problem) { problems_.push_back(std::move(problem)); }
+  /// Returns, and clears, the problems that were added. Whoever calls a function that may save the
+  /// settings shows them.
+  std::vector<std::string> TakeProblems() { return std::exchange(problems_, {}); }
+
  private:
-  std::string settings_problem_;  ///< the failure reported last
+  std::string settings_problem_;  ///< the failure added last
+  std::vector<std::string> problems_;
 };
 
 }  // namespace tallow

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/faults/scenarios.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <stdexcept>
@@ -58,10 +59,15 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
     if (message.buttons == MessageButtons::kOk) said.push_back(message.text);
     return MessageAnswer::kYes;
   }
-  void Notice(const Texts& lines) override { said.insert(said.end(), lines.begin(), lines.end()); }
+  void Notice(const Texts& lines) override {
+    // Settings that cannot be saved are no excuse for songs that are lost.
+    for (const std::string& line : lines)
+      if (!IsAboutSettings(line)) said.push_back(line);
+  }
   void NoticeScan(const Texts& lines) override {
     // A single line holds only the counts.
-    if (lines.size() > 1) Notice(lines);
+    if (lines.size() - std::count_if(lines.begin(), lines.end(), IsAboutSettings) > 1)
+      Notice(lines);
   }
   SearchProgress& ShowSearching() override { return progress_; }
   void UnloadSearching() override {}
@@ -71,6 +77,10 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
   Texts said;
 
  private:
+  static bool IsAboutSettings(const std::string& line) {
+    return line.starts_with("The settings could not be saved. ");
+  }
+
   RunningProgram& program_;
   RecordedProgress progress_;
 };

@@ -101,6 +101,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
   setCentralWidget(area_);
   findings_ = new FrameFindings(*statusBar(), tallow_, show_, [this] { return OpenJukeboxes(); });
   findings_->setParent(this);
+  connect(findings_, &FrameFindings::DriveForgotten, this, &frmMDIForm1::ShowProblems);
   // Visible from the start, so that the first message does not change the layout.
   statusBar()->show();
   setMinimumSize(kMinSize);
@@ -172,7 +173,10 @@ void frmMDIForm1::ChangeBackgroundPicture() {
       {}, show_, this);
   dialog.setProperty(kHelpPage, QStringLiteral("picture"));
   dialog.exec();
+  ShowProblems();
 }
+
+void frmMDIForm1::ShowProblems() { Notice(tallow_.TakeProblems()); }
 
 void frmMDIForm1::Notice(const std::vector<std::string>& lines) {
   if (lines.empty()) return;

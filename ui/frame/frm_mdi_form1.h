@@ -127,6 +127,8 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void PlaySongs(std::vector<std::int32_t> songs);
   /// Runs the player search and shows its progress in the splash window.
   void SearchForPlayer();
+  /// Shows the problems that a step has added to the session, if any, as a notice.
+  void ShowProblems();
   void FollowSongs(const std::vector<ReturnedSong>& songs);
   void ShowFind();
   void ShowAbout();

@@ -187,6 +187,7 @@ void frmMDIForm1::SearchForPlayer() {
   splash.ShowForSearch();
   splash.ShowCancelButton(true);
   searches_.SearchForPlayer(splash);
+  ShowProblems();
 }
 
 void frmMDIForm1::FollowSongs(const std::vector<ReturnedSong>& songs) {

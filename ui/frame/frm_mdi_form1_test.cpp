@@ -182,6 +182,17 @@ TEST_F(FrmMdiForm1, ThePendingSearchIsReportedWhileTheFrameIsDisabled) {
   EXPECT_EQ(HandOvers(), 1);
 }
 
+TEST_F(FrmMdiForm1, SettingsThatCannotBeSavedWithARankAreReportedInTheStatusBar) {
+  frmMain& jukebox = ShowJukebox();
+  auto& list = *jukebox.findChild<QTableView*>(QStringLiteral("ListView"));
+  list.selectRow(0);
+  RemoveFile(tallow.settings_path);
+  CreateFolder(tallow.settings_path);
+  jukebox.ActOnPopUpClick(8, kListPane, jukebox.Jukebox().selectednode());
+  EXPECT_EQ(library.Mp3Info(5, 1), "7");
+  EXPECT_TRUE(frame.statusBar()->currentMessage().startsWith("The settings could not be saved. "));
+}
+
 TEST_F(FrmMdiForm1, ClosingThePanelClosesThePlayerAndTheNextSongsOpenItAnew) {
   frmMain& jukebox = ShowJukebox();
   Folder& folder = *jukebox.Jukebox().selectednode();

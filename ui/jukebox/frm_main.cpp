@@ -223,10 +223,18 @@ void frmMain::Play(const std::vector<std::int32_t>& songs, const QString& if_non
   if (songs.empty()) emit Problem({if_none});
 }
 
+QStringList frmMain::ProblemsOfSettings() {
+  QStringList lines;
+  for (const std::string& problem : tallow_.TakeProblems()) lines.append(DisplayMessage(problem));
+  return lines;
+}
+
 void frmMain::RankSelectedSongs(int item) {
   const bool saved =
       RankSongs(*jukebox_.selectednode(), explorer_->SelectedRows(), item, tallow_.library);
   jukebox_.PicturesChanged();
+  const QStringList lines = ProblemsOfSettings();
+  if (!lines.isEmpty()) emit Problem(lines);
   if (!saved)
     show_({.text = "The ranks could not be saved. " + tallow_.library.SaveError() +
                    ".\n\nThey hold until Tallow is closed, and are saved with the next rank that "
@@ -302,6 +310,7 @@ void frmMain::AddDroppedFiles(const std::vector<std::string>& paths, Folder& to)
   const std::string counts = TextOf(taken.report, false);
   if (!counts.empty()) lines.append(DisplayText(counts));
   for (const std::string& problem : problems) lines.append(DisplayMessage(problem));
+  lines.append(ProblemsOfSettings());
   if (!lines.isEmpty()) emit Problem(lines);
 }
 

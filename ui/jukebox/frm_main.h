@@ -107,6 +107,8 @@ class frmMain : public QWidget {
   void ActOnList(int item, Folder& node);
   void Play(const std::vector<std::int32_t>& songs, const QString& if_none);
   void RankSelectedSongs(int item);
+  /// The problems of saving the settings that are still to be shown.
+  QStringList ProblemsOfSettings();
   void DeleteFolder(Folder& node);
   void BeforeCut(BeforeCutEvent& event);
   void AddDroppedFiles(const std::vector<std::string>& paths, Folder& to);
