@@ -29,7 +29,9 @@ class Search {
                                                              : ScanKind::kComputer);
     away_before_ = AwaySongs();
     try {
-      if (place == NewSongsPlace::kKnownFolders)
+      if (!HasLibrary())
+        FillLibrary();
+      else if (place == NewSongsPlace::kKnownFolders)
         SearchUsualFolders();
       else
         SearchWholeComputer();
@@ -79,33 +81,32 @@ class Search {
         [this](std::string_view root) { return WaitForDrive(root); });
   }
 
+  bool HasLibrary() const { return tallow_.settings.NumerOfRecordsInTheMain() != 0; }
+
+  void FillLibrary() {
+    const std::int32_t before = library_.UBoundOfMp3Array();
+    library_.AddAnyAdditionalMp3FromTheNormalDirectories({}, {}, [this] { SearchDrives(); });
+    FileSongsFrom(before);
+  }
+
   void SearchUsualFolders() {
     const std::int32_t before = library_.UBoundOfMp3Array();
-    if (tallow_.settings.NumerOfRecordsInTheMain() == 0) {
-      SearchWholeComputer();
-    } else {
-      MarkMissing();
-      if (!was_cancelled_)
-        library_.AddAnyAdditionalMp3FromTheNormalDirectories(
-            [this](std::string_view folder) { return GoOn(folder); },
-            [this](std::string_view root) { return WaitForDrive(root); });
-    }
+    MarkMissing();
+    if (!was_cancelled_)
+      library_.AddAnyAdditionalMp3FromTheNormalDirectories(
+          [this](std::string_view folder) { return GoOn(folder); },
+          [this](std::string_view root) { return WaitForDrive(root); });
     FileSongsFrom(before);
   }
 
   void SearchWholeComputer() {
     const std::int32_t before = library_.UBoundOfMp3Array();
-    if (tallow_.settings.NumerOfRecordsInTheMain() != 0) {
-      MarkMissing();
-      if (was_cancelled_) return;
-      std::int32_t known = library_.UBoundOfMp3Array();
-      SearchDrives();
-      library_.DeleteIdenticalFileNamesAndPaths(known);
-      library_.WriteOutMp3DirectoryLocations();
-    } else {
-      SearchDrives();
-      library_.TakeSearchedSongs(0);
-    }
+    MarkMissing();
+    if (was_cancelled_) return;
+    std::int32_t known = library_.UBoundOfMp3Array();
+    SearchDrives();
+    library_.DeleteIdenticalFileNamesAndPaths(known);
+    library_.WriteOutMp3DirectoryLocations();
     FileSongsFrom(before);
   }
 
