@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "app/search/file_search.h"
+#include "app/search/winamp_search.h"
 #include "app/tallow.h"
 
 namespace tallow {
@@ -19,7 +20,8 @@ bool DriveSearches::SearchForSongs(SearchProgress& progress) {
 }
 
 bool DriveSearches::SearchForPlayer(SearchProgress& progress) {
-  const bool is_finished = FileSearch(tallow_, drives_, &progress, nearby_).SearchDrivesForWinamp();
+  const bool is_finished =
+      WinampSearch(tallow_, drives_, &progress, nearby_).SearchDrivesForWinamp();
   tallow_.player_path = tallow_.settings.LocOfWinAmpExe();
   return is_finished;
 }

@@ -28,7 +28,7 @@ class DriveSearches {
   /// \returns false when the search was cancelled
   virtual bool SearchForSongs(SearchProgress& progress);
 
-  /// Searches for the player, see FileSearch::SearchDrivesForWinamp, and sets Tallow::player_path.
+  /// Searches for the player, see WinampSearch, and sets Tallow::player_path.
   /// \returns false when the search was cancelled
   virtual bool SearchForPlayer(SearchProgress& progress);
 

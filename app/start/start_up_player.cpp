@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "app/search/file_search.h"
+#include "app/search/winamp_search.h"
 #include "app/start/start_up_settings.h"
 #include "app/start/start_up_wait.h"
 #include "app/system.h"
@@ -35,7 +35,7 @@ void StartUpPlayer::Find() {
 bool StartUpPlayer::Search() {
   windows_.ShowCancelButton(true);
   const bool is_finished =
-      FileSearch(tallow_, drives_, &windows_.Splash(), nearby_).SearchDrivesForWinamp();
+      WinampSearch(tallow_, drives_, &windows_.Splash(), nearby_).SearchDrivesForWinamp();
   windows_.ShowCancelButton(false);
   return is_finished;
 }
