@@ -11,6 +11,7 @@
 #include "app/command_line.h"
 #include "app/data_paths.h"
 #include "app/search/drive_list.h"
+#include "app/search/drive_searches.h"
 #include "app/search/system_volumes.h"
 #include "app/system.h"
 #include "app/tallow.h"
@@ -87,12 +88,13 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   const std::unique_ptr<DriveList> drives =
       line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
   const std::unique_ptr<PlayerLink> player = SystemPlayerLink();
-  frmMDIForm1 frame(tallow, *player);
+  DriveSearches searches(tallow, *drives);
+  frmMDIForm1 frame(tallow, *player, searches);
   QObject::connect(&single, &SingleProgram::FilesWanted, &frame,
                    [&frame](const std::vector<std::string>& files) { frame.OpenFiles(files); });
   StartUp windows(tallow, frame, line.exit_after_startup);
   System system(tallow, *drives, windows);
-  if (!options_problem.empty()) tallow.report_problem(options_problem);
+  if (!options_problem.empty()) tallow.AddProblem(options_problem);
   std::optional<EndSignals> end_signals;
   const auto end = [&frame, &tallow] {
     // Cancels a running search, too.

@@ -7,6 +7,7 @@
 #include <random>
 
 #include "app/new_songs.h"
+#include "app/search/file_search.h"
 #include "jukebox/jukebox_edits.h"
 #include "tests/row_numbers.h"
 #include "tests/system_fixture.h"
@@ -218,7 +219,9 @@ TEST_F(ChangingCollection, EverySongStaysTheSongThatItWas) {
         collection.Change();
         BringInNewSongs(
             random() % 2 == 0 ? NewSongsPlace::kKnownFolders : NewSongsPlace::kWholeComputer,
-            *tallow, *this);
+            *tallow, *this, [this](SearchProgress& shown) {
+              return FileSearch(*tallow, drives, &shown).SearchDrivesForMp3s(true, {});
+            });
         ExpectAllIsWell();
         if (HasFatalFailure()) return;
       }

@@ -5,6 +5,7 @@
 #include "app/add_files.h"
 #include "app/play_commands.h"
 #include "app/search/file_search.h"
+#include "app/search/winamp_search.h"
 #include "jukebox/sorting.h"
 #include "player/playfile.h"
 #include "tests/dead_folder_linux.h"
@@ -167,7 +168,7 @@ TEST_F(DeadShare, ACancelEndsThePlayerSearchToo) {
   const DeadFolder dead(share);
   RecordedProgress progress;
   progress.on_events = [this, &dead] { tallow->SearchCancelled = dead.Asked() > 0; };
-  EXPECT_FALSE(FileSearch(*tallow, TestDrives({{share}}), &progress, [] {
+  EXPECT_FALSE(WinampSearch(*tallow, TestDrives({{share}}), &progress, [] {
                  return std::string();
                }).SearchDrivesForWinamp());
   EXPECT_FALSE(tallow->SearchCancelled);

@@ -85,6 +85,7 @@ void JukeboxDocuments::Remember(const std::string& path) {
         {path + " cannot be among the recent files: its path has a line break."});
   tallow_.settings.LocOfLastSavedJukeBox(path);
   tallow_.SaveSettings();
+  if (const auto problems = tallow_.TakeProblems(); !problems.empty()) windows_.Notice(problems);
 }
 
 void JukeboxDocuments::Open() {

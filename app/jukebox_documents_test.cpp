@@ -389,6 +389,19 @@ TEST_F(Documents, APathWithALineBreakIsNotAddedToTheRecentFiles) {
             Texts{own + "a\nb.juk cannot be among the recent files: its path has a line break."});
 }
 
+TEST_F(Documents, SettingsThatCannotBeSavedAreReportedOnce) {
+  Window("MIX").FileLocation(own);
+  RemoveFile(tallow.settings_path);
+  CreateFolder(tallow.settings_path);
+  EXPECT_TRUE(documents.SaveDatForm());
+  ASSERT_EQ(noticed.size(), 1U);
+  EXPECT_TRUE(noticed[0].starts_with("The settings could not be saved. " + tallow.settings_path))
+      << noticed[0];
+  noticed.clear();
+  EXPECT_TRUE(documents.SaveDatForm());
+  EXPECT_EQ(noticed, Texts{});
+}
+
 TEST_F(Documents, TheOldFileIsKeptWhenTheNewOneCannotBeWritten) {
   Jukebox& jukebox = Window("MIX");
   jukebox.FileLocation(own);

@@ -15,8 +15,11 @@ namespace {
 /// One run of the command.
 class Search {
  public:
-  Search(Tallow& tallow, NewSongsWindows& windows)
-      : tallow_(tallow), library_(tallow.library), windows_(windows) {}
+  Search(Tallow& tallow, NewSongsWindows& windows, const SearchAllDrives& search_all_drives)
+      : tallow_(tallow),
+        library_(tallow.library),
+        windows_(windows),
+        search_all_drives_(search_all_drives) {}
 
   void Run(NewSongsPlace place) {
     tallow_.SearchCancelled = false;
@@ -26,7 +29,9 @@ class Search {
                                                              : ScanKind::kComputer);
     away_before_ = AwaySongs();
     try {
-      if (place == NewSongsPlace::kKnownFolders)
+      if (!HasLibrary())
+        FillLibrary();
+      else if (place == NewSongsPlace::kKnownFolders)
         SearchUsualFolders();
       else
         SearchWholeComputer();
@@ -76,33 +81,32 @@ class Search {
         [this](std::string_view root) { return WaitForDrive(root); });
   }
 
+  bool HasLibrary() const { return tallow_.settings.NumerOfRecordsInTheMain() != 0; }
+
+  void FillLibrary() {
+    const std::int32_t before = library_.UBoundOfMp3Array();
+    library_.AddAnyAdditionalMp3FromTheNormalDirectories({}, {}, [this] { SearchDrives(); });
+    FileSongsFrom(before);
+  }
+
   void SearchUsualFolders() {
     const std::int32_t before = library_.UBoundOfMp3Array();
-    if (tallow_.settings.NumerOfRecordsInTheMain() == 0) {
-      SearchWholeComputer();
-    } else {
-      MarkMissing();
-      if (!was_cancelled_)
-        library_.AddAnyAdditionalMp3FromTheNormalDirectories(
-            [this](std::string_view folder) { return GoOn(folder); },
-            [this](std::string_view root) { return WaitForDrive(root); });
-    }
+    MarkMissing();
+    if (!was_cancelled_)
+      library_.AddAnyAdditionalMp3FromTheNormalDirectories(
+          [this](std::string_view folder) { return GoOn(folder); },
+          [this](std::string_view root) { return WaitForDrive(root); });
     FileSongsFrom(before);
   }
 
   void SearchWholeComputer() {
     const std::int32_t before = library_.UBoundOfMp3Array();
-    if (tallow_.settings.NumerOfRecordsInTheMain() != 0) {
-      MarkMissing();
-      if (was_cancelled_) return;
-      std::int32_t known = library_.UBoundOfMp3Array();
-      SearchDrives();
-      library_.DeleteIdenticalFileNamesAndPaths(known);
-      library_.WriteOutMp3DirectoryLocations();
-    } else {
-      SearchDrives();
-      library_.TakeSearchedSongs(0);
-    }
+    MarkMissing();
+    if (was_cancelled_) return;
+    std::int32_t known = library_.UBoundOfMp3Array();
+    SearchDrives();
+    library_.DeleteIdenticalFileNamesAndPaths(known);
+    library_.WriteOutMp3DirectoryLocations();
     FileSongsFrom(before);
   }
 
@@ -110,7 +114,7 @@ class Search {
     // Catches failures, so that the songs found before are kept and the caller still removes
     // duplicates.
     try {
-      if (tallow_.search_all_drives) was_cancelled_ = !tallow_.search_all_drives(progress_);
+      was_cancelled_ = !search_all_drives_(*progress_);
     } catch (const std::exception& error) {
       failure_ = error.what();
     }
@@ -170,6 +174,7 @@ class Search {
     if (had_no_jukebox_) line += ". No jukebox is open, so nothing was filed.";
     std::vector<std::string> lines{std::move(line)};
     lines.insert(lines.end(), problems_.begin(), problems_.end());
+    for (const std::string& problem : tallow_.TakeProblems()) lines.push_back(problem);
     for (const std::string& problem : library_.TakeProblems()) lines.push_back(problem);
     if (!library_.SaveError().empty())
       lines.insert(lines.begin(), "The song library could not be saved: " + library_.SaveError());
@@ -185,6 +190,7 @@ class Search {
   Tallow& tallow_;
   clsMain& library_;
   NewSongsWindows& windows_;
+  const SearchAllDrives& search_all_drives_;
   SearchProgress* progress_ = nullptr;
   std::int32_t away_before_ = 0;  ///< number of songs that were away at the start
   bool was_cancelled_ = false;
@@ -196,8 +202,9 @@ class Search {
 
 }  // namespace
 
-void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows) {
-  Search(tallow, windows).Run(place);
+void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows,
+                     const SearchAllDrives& search_all_drives) {
+  Search(tallow, windows, search_all_drives).Run(place);
 }
 
 }  // namespace tallow

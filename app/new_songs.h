@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -40,6 +41,10 @@ enum class NewSongsPlace {
   kWholeComputer,  ///< every fixed disk
 };
 
+/// Searches every fixed disk for songs and adds them to the library; returns false when the search
+/// was cancelled.
+using SearchAllDrives = std::function<bool(SearchProgress& progress)>;
+
 /// Searches for new songs and for songs whose files are gone, and files the new songs in the active
 /// jukebox. Reports at the end what was found.
 ///
@@ -47,6 +52,7 @@ enum class NewSongsPlace {
 /// A cancel (SearchCancelled) stops after the current folder, or when searching the whole computer
 /// after the current drive; what was searched until then is complete. A library that was never
 /// filled is filled from the whole computer.
-void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows);
+void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows,
+                     const SearchAllDrives& search_all_drives);
 
 }  // namespace tallow

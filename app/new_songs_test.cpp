@@ -35,7 +35,7 @@ class NewSongs : public SystemTest, protected NewSongsWindows {
 
   void BringIn(NewSongsPlace place) {
     log.clear();
-    BringInNewSongs(place, *tallow, *this);
+    BringInNewSongs(place, *tallow, *this, search_all_drives);
     EXPECT_EQ(log, (Texts{"show", "disable", "unload", "enable"}));
   }
   Jukebox& Box() { return *windows->open[0]; }
@@ -52,6 +52,9 @@ class NewSongs : public SystemTest, protected NewSongsWindows {
     Texts visited;
     std::function<void()> on_visit;
   } progress;
+  SearchAllDrives search_all_drives = [this](SearchProgress& shown) {
+    return FileSearch(*tallow, drives, &shown).SearchDrivesForMp3s(true, {});
+  };
   bool has_active = true;
   Texts log;
   Texts said;
@@ -162,9 +165,6 @@ TEST_F(NewSongs, ALibraryThatWasNeverFilledIsFilledFromTheWholeComputer) {
   const TestDrives nothing({{empty.path()}});
   System(*tallow, nothing, *windows).Main(runtime_file);
   ASSERT_EQ(tallow->library.UBoundOfMp3Array(), 0);
-  tallow->search_all_drives = [this](SearchProgress* shown) {
-    return FileSearch(*tallow, drives, shown).SearchDrivesForMp3s(true, {});
-  };
   BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"3 new songs"});
   EXPECT_EQ(SongsOnShow(), 3U);
@@ -203,7 +203,7 @@ TEST_F(NewSongs, ACancelStopsAfterTheFolderAndSearchedFoldersAreComplete) {
 }
 
 TEST_F(NewSongs, ASearchThatFailsLeavesTheFrameEnabled) {
-  tallow->search_all_drives = [](SearchProgress*) -> bool {
+  search_all_drives = [](SearchProgress&) -> bool {
     throw std::runtime_error("The drive is gone.");
   };
   BringIn(NewSongsPlace::kWholeComputer);
@@ -215,8 +215,8 @@ TEST_F(NewSongs, ASearchThatFailsLeavesTheFrameEnabled) {
 
 TEST_F(NewSongs, ASearchThatFailsHalfWayLeavesNoSongTwice) {
   MakeSong("elsewhere/five.mp3", {.artist = "Yes"});
-  tallow->search_all_drives = [this](SearchProgress* shown) -> bool {
-    FileSearch(*tallow, drives, shown).SearchDrivesForMp3s(true, {});
+  search_all_drives = [this](SearchProgress& shown) -> bool {
+    FileSearch(*tallow, drives, &shown).SearchDrivesForMp3s(true, {});
     throw std::runtime_error("The drive is gone.");
   };
   BringIn(NewSongsPlace::kWholeComputer);
@@ -231,8 +231,8 @@ TEST_F(NewSongs, OnTheWholeComputerACancelStopsBeforeTheNextFolder) {
   second.File("six.mp3", Audio(400) + Tag({.artist = "Zappa"}));
   MakeSong("elsewhere/five.mp3", {.artist = "Yes"});
   const TestDrives two({{music.path()}, {second.path()}});
-  tallow->search_all_drives = [&](SearchProgress* shown) {
-    return FileSearch(*tallow, two, shown).SearchDrivesForMp3s(true, {});
+  search_all_drives = [&](SearchProgress& shown) {
+    return FileSearch(*tallow, two, &shown).SearchDrivesForMp3s(true, {});
   };
   progress.on_visit = [&] {
     if (progress.visited.back().starts_with(music / "elsewhere")) tallow->SearchCancelled = true;

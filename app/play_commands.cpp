@@ -12,18 +12,18 @@
 
 namespace tallow {
 
-bool PlayCommands::CheckPlayer() {
-  if (std::exchange(tallow_.player_search_is_pending, false)) SearchForPlayer();
+bool PlayCommands::CheckPlayer(const std::function<void()>& search) {
+  if (std::exchange(tallow_.player_search_is_pending, false)) SearchForPlayer(search);
   if (!tallow_.settings.LocOfWinAmpExe().empty()) return true;
   OfferInstaller();
   return false;
 }
 
-void PlayCommands::SearchForPlayer() {
+void PlayCommands::SearchForPlayer(const std::function<void()>& search) {
   windows_.ShowStatus("Searching for Winamp  . . . ");
   windows_.EnableFrame(false);
   try {
-    if (tallow_.search_for_player) tallow_.search_for_player();
+    search();
   } catch (const std::exception&) {
     // A failed search found no player; the next step reports that.
   }
@@ -53,8 +53,8 @@ void PlayCommands::OfferInstaller() {
                  .icon = MessageIcon::kCritical});
 }
 
-void PlayCommands::Play(std::vector<std::int32_t> songs) {
-  if (!CheckPlayer()) return;
+void PlayCommands::Play(std::vector<std::int32_t> songs, const std::function<void()>& search) {
+  if (!CheckPlayer(search)) return;
   const std::string away = LeaveOutAway(songs);
   if (!away.empty()) windows_.ShowStatus(away);
   if (songs.empty()) return;

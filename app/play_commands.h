@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -43,15 +44,18 @@ class PlayCommands {
 
   /// Whether a player is known. If the player search was cancelled at start-up, runs it now; if no
   /// player is found, offers to install it.
-  bool CheckPlayer();
+  ///
+  /// \param search runs the player search and shows its progress
+  bool CheckPlayer(const std::function<void()>& search);
 
   /// Plays songs in the given order; does nothing when there are none. Songs that are away are
   /// checked again, and left out when they are still away.
-  /// \param songs record numbers
-  void Play(std::vector<std::int32_t> songs);
+  /// \param songs  record numbers
+  /// \param search see CheckPlayer
+  void Play(std::vector<std::int32_t> songs, const std::function<void()>& search);
 
  private:
-  void SearchForPlayer();
+  void SearchForPlayer(const std::function<void()>& search);
   void OfferInstaller();
   std::string LeaveOutAway(std::vector<std::int32_t>& songs);
   bool CheckSongs(const std::vector<std::int32_t>& songs, std::vector<char>& is_there);

@@ -26,6 +26,7 @@ class PlayCommandsTest : public LibraryTest, protected PlayWindows {
   }
 
   PlayCommands commands{tallow, *this};
+  std::function<void()> search = [this] { log.push_back("search"); };
   MessageAnswer answer = MessageAnswer::kNo;
   bool starts = true;
   Texts log;
@@ -38,7 +39,7 @@ constexpr const char* kQuestion =
     "a free copy of WinAmp installed on you system now?";
 
 TEST_F(PlayCommandsTest, SongsToPlayIsSetBeforeThePanelPlays) {
-  commands.Play({3, 1, 2});
+  commands.Play({3, 1, 2}, search);
   EXPECT_EQ(log, Texts{"play"});
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{3, 1, 2}));
 }
@@ -57,7 +58,7 @@ TEST_F(PlayCommandsTest, AwaySongsAreCheckedAgainAndLeftOut) {
   RemoveFile(b);
   mounted.clear();
   library.CheckToSeeIfFilesAreMissingAndMakeFalse();
-  commands.Play({1, 2, 3});
+  commands.Play({1, 2, 3}, search);
   EXPECT_EQ(log, (Texts{"status 2 songs were not played. The first: a.mp3 is on a drive "
                         "that is away: " +
                             std::string(FolderOfPath(a)),
@@ -66,19 +67,19 @@ TEST_F(PlayCommandsTest, AwaySongsAreCheckedAgainAndLeftOut) {
   // One song comes back.
   music.File("one/b.mp3");
   log.clear();
-  commands.Play({1, 2});
+  commands.Play({1, 2}, search);
   EXPECT_EQ(log, (Texts{"status 1 song was not played: a.mp3 is on a drive that is away: " +
                             std::string(FolderOfPath(a)),
                         "play"}));
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{2}));
   log.clear();
-  commands.Play({1});
+  commands.Play({1}, search);
   EXPECT_EQ(log.size(), 1U);
 }
 
 TEST_F(PlayCommandsTest, NoSongsDoNothing) {
   tallow.SongsToPlay = {9};
-  commands.Play({});
+  commands.Play({}, search);
   EXPECT_EQ(log, Texts{});
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{9}));
 }
@@ -86,24 +87,23 @@ TEST_F(PlayCommandsTest, NoSongsDoNothing) {
 TEST_F(PlayCommandsTest, APendingSearchComesFirst) {
   tallow.settings.LocOfWinAmpExe("");
   tallow.player_search_is_pending = true;
-  tallow.search_for_player = [this] {
+  search = [this] {
     log.push_back("search");
     tallow.settings.LocOfWinAmpExe("/opt/player");
   };
-  commands.Play({1});
+  commands.Play({1}, search);
   EXPECT_EQ(log, (Texts{"status Searching for Winamp  . . . ", "disabled", "search", "enabled",
                         "status ", "play"}));
   EXPECT_FALSE(tallow.player_search_is_pending);
   log.clear();
-  commands.Play({1});
+  commands.Play({1}, search);
   EXPECT_EQ(log, Texts{"play"});
 }
 
 TEST_F(PlayCommandsTest, APendingSearchThatFindsNothingOffersTheInstaller) {
   tallow.settings.LocOfWinAmpExe("");
   tallow.player_search_is_pending = true;
-  tallow.search_for_player = [this] { log.push_back("search"); };
-  commands.Play({1});
+  commands.Play({1}, search);
   EXPECT_EQ(log, (Texts{"status Searching for Winamp  . . . ", "disabled", "search", "enabled",
                         "status ", "box"}));
 }
@@ -114,7 +114,7 @@ TEST_F(PlayCommandsTest, WithoutAPlayerTheUserIsAsked) {
     answer = no;
     log.clear();
     shown.clear();
-    commands.Play({1});
+    commands.Play({1}, search);
     EXPECT_EQ(log, Texts{"box"});
     EXPECT_EQ(shown[0].text, kQuestion);
     EXPECT_EQ(shown[0].title, "Tallow");
@@ -126,7 +126,7 @@ TEST_F(PlayCommandsTest, WithoutAPlayerTheUserIsAsked) {
 TEST_F(PlayCommandsTest, YesExplainsAndStartsTheInstaller) {
   tallow.settings.LocOfWinAmpExe("");
   answer = MessageAnswer::kYes;
-  commands.Play({1});
+  commands.Play({1}, search);
   EXPECT_EQ(log, (Texts{"box", "box", "start " + application.path() + "winamp265_lite.exe"}));
   EXPECT_EQ(
       shown[1].text,
@@ -140,7 +140,7 @@ TEST_F(PlayCommandsTest, AMissingInstallerIsReported) {
   tallow.settings.LocOfWinAmpExe("");
   answer = MessageAnswer::kYes;
   starts = false;
-  commands.Play({1});
+  commands.Play({1}, search);
   ASSERT_EQ(shown.size(), 3U);
   EXPECT_EQ(shown[2].text, "The installer " + application.path() +
                                "winamp265_lite.exe could not be started. It is not there.\n\n" +
@@ -149,14 +149,14 @@ TEST_F(PlayCommandsTest, AMissingInstallerIsReported) {
   EXPECT_NE(shown[2].text.find(PlayerProgramName()), std::string::npos);
   application.File("winamp265_lite.exe");
   shown.clear();
-  commands.Play({1});
+  commands.Play({1}, search);
   EXPECT_NE(shown[2].text.find("It cannot be run."), std::string::npos);
 }
 
 TEST_F(PlayCommandsTest, TheCheckReturnsWhetherAPlayerIsKnown) {
-  EXPECT_TRUE(commands.CheckPlayer());
+  EXPECT_TRUE(commands.CheckPlayer(search));
   tallow.settings.LocOfWinAmpExe("");
-  EXPECT_FALSE(commands.CheckPlayer());
+  EXPECT_FALSE(commands.CheckPlayer(search));
 }
 
 TEST_F(PlayCommandsTest, TheSongsOfAFolderAreItsRecordsInListOrder) {

@@ -12,11 +12,14 @@
 #include "app/search/drive_list.h"
 #include "app/search/player_search.h"
 #include "app/search/search_progress.h"
+#include "app/start/start_up_jukeboxes.h"
+#include "app/start/start_up_library.h"
+#include "app/start/start_up_notices.h"
+#include "app/start/start_up_player.h"
+#include "app/start/start_up_settings.h"
+#include "app/start/start_up_wait.h"
 #include "app/tallow.h"
-#include "jukebox/sorting.h"
-#include "library/folder_scan.h"
-#include "library/library_check.h"
-#include "util/file_system.h"
+#include "jukebox/jukebox_file.h"
 
 namespace tallow {
 
@@ -74,12 +77,14 @@ class StartUpWindows {
   virtual void ShowTip() = 0;
 };
 
-/// The program's start-up.
+/// The program's start-up: runs its steps in their order.
 class System {
  public:
   /// \param nearby finds the player without searching a disk
   System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
          std::function<std::string()> nearby = FindPlayerNearby);
+  System(const System&) = delete;
+  System& operator=(const System&) = delete;
 
   /// Runs the whole start-up: folders, settings, player, library, first jukebox.
   ///
@@ -90,61 +95,20 @@ class System {
   bool Main(const RuntimeFile& runtime_file);
 
  private:
-  /// Moves the library's pending problems to the notices.
-  void TakeProblems();
   bool CheckRuntimeFile(const RuntimeFile& file);
   void CreateDataFolders();
-  bool LoadSettings();
-  void ResetDataFolders();
-  bool RebuildSettings(const std::string& problem);
-  /// Creates the settings of a first start.
-  void MakeSettings();
-  void CompleteTruncatedSettings();
-  void BackUpSettings();
-  void FindPlayer();
-  bool SearchForPlayer();
-  bool LoadOrBuildLibrary();
-  bool CheckLibraryFile();
-  bool ChooseLibrary(const LibraryCheck& check);
-  void SetSongCount(std::int32_t songs);
-  bool RebuildLibrary(const std::string& problem, bool file_exists);
-  void LoadLibrary();
-  void SearchUnreadFolders();
-  void SearchForSongs();
-  void OpenFirstJukebox();
-  /// Whether a path lies on a drive that was given up because it does not respond.
-  bool IsUnresponsive(const std::string& path) const;
-  bool OpenLastJukebox(Jukebox& jukebox);
-  /// \param last gets the jukebox that was recovered last, if any
-  /// \returns the files of the recovered jukeboxes
-  std::vector<std::string> RecoverUnsaved(Jukebox*& last);
-  void ClearMissingPlayer();
-  FilingProgress WhileFiling();
-  void EndFiling();
-  bool ProcessEvents(std::string_view folder);
-  bool KeepWaitingForDrive(std::string_view root);
-  FileStatus LookAt(const std::string& path);
+  /// The steps of a start between the splash window and the tip.
+  bool LoadAndOpen();
   void Notice(const ScanReport& report);
 
   Tallow& tallow_;
-  const DriveList& drives_;
   StartUpWindows& windows_;
-  std::function<std::string()> nearby_;
-  bool settings_are_new_ = false;
-  bool settings_are_backed_up_ = false;  ///< this start has backed up the old settings
-  std::string backup_notice_;            ///< sentence on where the backup is, with a leading blank
-  bool is_starting_ = true;              ///< notices are queued until the windows exist
-  bool was_cancelled_ = false;           ///< the user cancelled the song search
-  std::string slow_drive_;     ///< the drive that the splash window says it is waiting for
-  bool shows_filing_ = false;  ///< filing takes long enough to be shown
-  bool filing_was_cancelled_ = false;
-  std::vector<std::string> notices_;  ///< shown once the windows exist
-  /// the user chose to salvage the library file and to search again
-  bool rebuild_ = false;
-  /// the damaged library has been renamed already
-  bool is_library_renamed_ = false;
-  /// the user chose to use the library file as it is
-  bool trusts_library_ = false;
+  StartUpNotices notices_;
+  StartUpWait wait_;
+  StartUpSettings settings_;
+  StartUpPlayer player_;
+  StartUpLibrary library_;
+  StartUpJukeboxes jukeboxes_;
 };
 
 }  // namespace tallow

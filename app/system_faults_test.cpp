@@ -296,13 +296,13 @@ TEST_F(SystemFaults, AFailedWriteOfTheSettingsIsReportedOnce) {
   RemoveFile(Settings());
   CreateFolder(Settings());
   tallow->settings.IsItTiled(true);
-  windows->notices.clear();
   tallow->SaveSettings();
   tallow->SaveSettings();
-  ASSERT_EQ(windows->notices.size(), 1U);
-  EXPECT_TRUE(
-      windows->notices[0].starts_with("The settings could not be saved. " + Settings() + ": "));
-  EXPECT_TRUE(windows->notices[0].ends_with(". Free some disk space, or make the file writable."));
+  const std::vector<std::string> problems = tallow->TakeProblems();
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_TRUE(problems[0].starts_with("The settings could not be saved. " + Settings() + ": "));
+  EXPECT_TRUE(problems[0].ends_with(". Free some disk space, or make the file writable."));
+  EXPECT_TRUE(tallow->TakeProblems().empty());
 }
 
 TEST_F(SystemFaults, ASettingsFileOfMoreThan16MegabytesIsRejected) {

@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "app/search/drive_searches.h"
 #include "app/search/player_search.h"
 #include "app/system.h"
 #include "jukebox/initial_jukebox.h"
@@ -126,14 +127,13 @@ TEST_F(SystemTest, APlayerSearchCancelledAtTheStartIsPending) {
   EXPECT_TRUE(tallow->player_search_is_pending);
   EXPECT_EQ(tallow->player_path, "");
 
-  // The pending search runs later with its own splash window.
+  // A play command runs the pending search later.
   windows->progress.on_yield = {};
-  windows->log.clear();
-  tallow->search_for_player();
-  EXPECT_EQ(windows->log, (Texts{"splash", "cancel on", "cancel off", "splash off"}));
+  DriveSearches nowhere(*tallow, drives, [] { return std::string(); });
+  EXPECT_TRUE(nowhere.SearchForPlayer(windows->progress));
   EXPECT_EQ(tallow->settings.LocOfWinAmpExe(), "");
-  System nearby(*tallow, drives, *windows, [] { return std::string("/opt/player"); });
-  tallow->search_for_player();
+  DriveSearches nearby(*tallow, drives, [] { return std::string("/opt/player"); });
+  EXPECT_TRUE(nearby.SearchForPlayer(windows->progress));
   EXPECT_EQ(tallow->settings.LocOfWinAmpExe(), "/opt/player");
   EXPECT_EQ(tallow->player_path, "/opt/player");
   clsINI saved;

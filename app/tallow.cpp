@@ -11,20 +11,16 @@ namespace tallow {
 Tallow::Tallow(std::string application_folder_)
     : application_folder(std::move(application_folder_)),
       settings_path(SettingsPath(application_folder)),
-      library(library_settings_,
-              [this] {
-                if (search_all_drives) search_all_drives(nullptr);
-              }),
+      library(library_settings_),
       unsaved(SystemFolder(application_folder)) {
   library.UseDrives(SystemVolumes, {});
 }
 
 void Tallow::SaveSettings() {
   const std::string problem = settings.Save(settings_path);
-  if (std::exchange(settings_problem_, problem) == problem || problem.empty() || !report_problem)
-    return;
-  report_problem("The settings could not be saved. " + problem +
-                 ". Free some disk space, or make the file writable.");
+  if (std::exchange(settings_problem_, problem) == problem || problem.empty()) return;
+  AddProblem("The settings could not be saved. " + problem +
+             ". Free some disk space, or make the file writable.");
 }
 
 std::string Tallow::SettingsOfLibrary::LocOfGroupingDir() const {

@@ -2,12 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/cls_ini.h"
-#include "app/search/search_progress.h"
 #include "jukebox/jukebox_clipboard.h"
 #include "jukebox/unsaved_jukeboxes.h"
 #include "library/cls_main.h"
@@ -48,12 +47,6 @@ class Tallow {
 
  public:
   clsMain library;
-  /// Runs the song search over all fixed disks; set by the object that knows the drives. The
-  /// argument receives the progress (null: the splash window); returns false when the search was
-  /// cancelled.
-  std::function<bool(SearchProgress*)> search_all_drives;
-  /// Runs the player search with its own splash window; set by the object that knows the drives.
-  std::function<void()> search_for_player;
 
   /// Cache of tags that the searches have read; kept until the songs are filed.
   TagCache found_tags;
@@ -81,14 +74,19 @@ class Tallow {
   /// Set at the end of start-up: the file that the help key opens.
   std::string help_file;
 
-  /// Shows one sentence without blocking; set by the object that knows the windows. May be empty.
-  std::function<void(const std::string&)> report_problem;
-
-  /// Writes the settings to their file. Reports a failure, but not the same failure twice in a row.
+  /// Writes the settings to their file. A failure is added to the problems, but not the same failure
+  /// twice in a row.
   void SaveSettings();
 
+  /// Adds a sentence that the windows show without blocking, as soon as the step that adds it ends.
+  void AddProblem(std::string problem) { problems_.push_back(std::move(problem)); }
+  /// Returns, and clears, the problems that were added. Whoever calls a function that may save the
+  /// settings shows them.
+  std::vector<std::string> TakeProblems() { return std::exchange(problems_, {}); }
+
  private:
-  std::string settings_problem_;  ///< the failure reported last
+  std::string settings_problem_;  ///< the failure added last
+  std::vector<std::string> problems_;
 };
 
 }  // namespace tallow

@@ -16,6 +16,7 @@
 #include <QTreeView>
 
 #include "app/search/drive_list.h"
+#include "app/search/drive_searches.h"
 #include "app/system.h"
 #include "app/tallow.h"
 #include "benchmarks/process_memory.h"
@@ -94,7 +95,8 @@ int Run(int argc, char** argv) {
   Tallow tallow(std::string(argv[2]) + "/");
   const auto drives = GivenDrives({argv[1]});
   const auto player = SystemPlayerLink();
-  frmMDIForm1 frame(tallow, *player, [](const Message&) { return MessageAnswer::kNo; });
+  DriveSearches searches(tallow, *drives);
+  frmMDIForm1 frame(tallow, *player, searches, [](const Message&) { return MessageAnswer::kNo; });
   const long before = ProcessMemory();
   StartUp windows(tallow, frame, true);
   if (!System(tallow, *drives, windows).Main(QtsRuntimeFile())) return 1;

@@ -38,9 +38,6 @@ void SetBackupAside(const std::string& path, const CompanionHeader& companion) {
 
 }  // namespace
 
-clsMain::clsMain(LibrarySettings& settings, std::function<void()> search_all_drives)
-    : settings_(settings), search_all_drives_(std::move(search_all_drives)) {}
-
 std::string clsMain::LibraryPath() const {
   return settings_.LocOfGroupingDir() + std::string(kLibraryFileName);
 }

@@ -69,10 +69,8 @@ class clsMain {
   /// knows only the file name. No row has such a number.
   static constexpr std::int32_t kFirstPlaceholder = -1'000'000'000;
 
-  /// \param settings          must outlive the library
-  /// \param search_all_drives runs the song search over all fixed disks, which adds rows to this
-  ///        library
-  clsMain(LibrarySettings& settings, std::function<void()> search_all_drives);
+  /// \param settings must outlive the library
+  explicit clsMain(LibrarySettings& settings) : settings_(settings) {}
 
   /// Sets the source of the mounted volumes. Until this is called, the library knows no drives.
   ///
@@ -93,7 +91,8 @@ class clsMain {
                                                const WaitForDrive& wait = {});
 
   /// Adds every MP3 file in the remembered folders that is not a present song yet, with rank "2",
-  /// then removes copies of known songs. When there is no library yet, searches all drives instead.
+  /// then removes copies of known songs. When there is no library yet, searches all drives instead
+  /// and turns the result into the library, see TakeSearchedSongs.
   ///
   /// A missing folder list is rebuilt from the library. A list that cannot be read, or is a
   /// dangling link, is not changed; the folders of the songs are used instead.
@@ -101,9 +100,12 @@ class clsMain {
   /// \param go_on callback, called with each folder checked, and with an empty text while waiting;
   ///        returns false to stop. May be empty
   /// \param wait  see WaitForDrive
+  /// \param search_all_drives runs the song search over all fixed disks, which adds rows to this
+  ///        library; called only when there is no library yet. May be empty
   /// \returns always false
-  bool AddAnyAdditionalMp3FromTheNormalDirectories(const GoOn& go_on = {},
-                                                   const WaitForDrive& wait = {});
+  bool AddAnyAdditionalMp3FromTheNormalDirectories(
+      const GoOn& go_on = {}, const WaitForDrive& wait = {},
+      const std::function<void()>& search_all_drives = {});
 
   /// Removes every added song that has the same name as a song with a lower record number (see
   /// RemoveDuplicates) and sorts by record number. If added rows remain, also numbers them by row,
@@ -398,7 +400,6 @@ class clsMain {
   std::vector<std::string> FoldersOf(bool away, std::int32_t first_row) const;
 
   LibrarySettings& settings_;
-  std::function<void()> search_all_drives_;
   SongTable table_;
   LookAtVolumes look_at_volumes_;
   GoOn go_on_;                   ///< of the running scan

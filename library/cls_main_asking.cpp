@@ -38,10 +38,15 @@ void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on, const W
   }
 }
 
-bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(const GoOn& go_on,
-                                                          const WaitForDrive& wait) {
+bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(
+    const GoOn& go_on, const WaitForDrive& wait, const std::function<void()>& search_all_drives) {
   const Asking asking(*this, go_on, wait);
-  AddFromRememberedFolders();
+  if (settings_.NumerOfRecordsInTheMain() < 1) {
+    if (search_all_drives) search_all_drives();
+    TakeSearchedSongs(0);
+  } else {
+    AddFromRememberedFolders();
+  }
   return false;
 }
 

@@ -66,11 +66,6 @@ void clsMain::BlankRow(std::int32_t row) {
 
 void clsMain::AddFromRememberedFolders() {
   std::int32_t old_count = UBoundOfMp3Array();
-  if (settings_.NumerOfRecordsInTheMain() < 1) {
-    search_all_drives_();
-    TakeSearchedSongs(0);
-    return;
-  }
   const std::vector<std::string> folders = RememberedFolders();
   // Do not add files that are already known as present songs; they would only be removed again as
   // duplicates.

@@ -129,15 +129,14 @@ TEST_F(ClsMain, AMissingFolderListIsRebuilt) {
 
 TEST_F(ClsMain, WithoutALibraryAllDrivesAreSearched) {
   int searches = 0;
-  tallow.search_all_drives = [&](SearchProgress*) {
+  const auto search = [&] {
     ++searches;
     AddSong("/b/", "two.mp3");
     AddSong("/a/", "one.mp3");
     AddSong("/c/", "one.mp3");
-    return true;
   };
   tallow.settings.NumerOfRecordsInTheMain(0);
-  EXPECT_FALSE(library.AddAnyAdditionalMp3FromTheNormalDirectories());
+  EXPECT_FALSE(library.AddAnyAdditionalMp3FromTheNormalDirectories({}, {}, search));
   EXPECT_EQ(searches, 1);
   EXPECT_EQ(Cells(2), (Texts{"two.mp3", "one.mp3"}));
   EXPECT_EQ(Cells(1), (Texts{"/b/", "/a/"}));
@@ -147,8 +146,7 @@ TEST_F(ClsMain, WithoutALibraryAllDrivesAreSearched) {
 }
 
 TEST_F(ClsMain, ASearchThatFindsNothingChangesNothing) {
-  tallow.search_all_drives = [](SearchProgress*) { return true; };
-  library.AddAnyAdditionalMp3FromTheNormalDirectories();
+  library.AddAnyAdditionalMp3FromTheNormalDirectories({}, {}, [] {});
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
   EXPECT_FALSE(FileExists(LibraryPath()));
 }

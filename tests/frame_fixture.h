@@ -13,6 +13,7 @@
 
 #include "tests/recorded_link.h"
 #include "tests/recorded_messages.h"
+#include "tests/recorded_searches.h"
 #include "tests/window_fixture.h"
 #include "ui/frame/frm_mdi_form1.h"
 #include "ui/jukebox/frm_main.h"
@@ -76,7 +77,8 @@ class FrameTest : public LibraryTest {
 
   RecordedLink link;
   RecordedMessages messages;
-  frmMDIForm1 frame{tallow, link, messages.Shower()};
+  RecordedSearches searches{tallow};
+  frmMDIForm1 frame{tallow, link, searches, messages.Shower()};
 };
 
 }  // namespace tallow

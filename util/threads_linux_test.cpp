@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include "app/search/file_search.h"
+#include "app/search/winamp_search.h"
 #include "library/size_finder.h"
 #include "tests/library_fixture.h"
 #include "tests/no_threads_linux.h"
@@ -114,9 +115,9 @@ TEST_F(WithoutThreads, ASearchFindsSongsAndThePlayer) {
   RecordedProgress progress;
   const TestDrives drives({{music.path()}});
   const auto nowhere = [] { return std::string(); };
-  FileSearch(tallow, drives, &progress, nowhere).SearchDrivesForMp3s(true, {});
+  FileSearch(tallow, drives, &progress).SearchDrivesForMp3s(true, {});
   EXPECT_EQ(library.UBoundOfMp3Array(), 2);
-  FileSearch(tallow, drives, &progress, nowhere).SearchDrivesForWinamp();
+  WinampSearch(tallow, drives, &progress, nowhere).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), music / "b/tallow-player");
 }
 

@@ -2,26 +2,17 @@
 #include "app/search/file_search.h"
 
 #include <algorithm>
-#include <atomic>
-#include <chrono>
 #include <memory>
 #include <optional>
 #include <utility>
 
 #include "app/search/folder_reader.h"
-#include "app/search/player_search.h"
 #include "library/excluded_folders.h"
 #include "library/folder_scan.h"
-#include "library/scan_report.h"
 #include "util/path_text.h"
-#include "util/read_ahead.h"
-#include "util/text.h"
 
 namespace tallow {
 namespace {
-
-/// Limit of the loop that yields at each drive: the counter runs from 1 to below this limit.
-constexpr int kYieldLimit = 2000;
 
 /// The target of a link to a folder.
 struct LinkTarget {
@@ -29,58 +20,18 @@ struct LinkTarget {
   std::string path;
 };
 
-/// How long to wait for a drive until the wait is shown, and until the drive is given up.
-constexpr std::chrono::milliseconds kSlowAfter{1000};
-constexpr std::chrono::milliseconds kMaxWait{30000};
-
 }  // namespace
 
-FileSearch::FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress,
-                       std::function<std::string()> nearby)
-    : tallow_(tallow), drives_(drives), progress_(progress), nearby_(std::move(nearby)) {}
+FileSearch::FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress)
+    : tallow_(tallow), drives_(drives), questions_(tallow, progress) {}
 
 FileSearch::~FileSearch() = default;
 
-void FileSearch::Report(std::string_view status) {
-  progress_->SetStatus(status);
-  progress_->Repaint();
-}
-
-bool FileSearch::PauseAndTestForCancel() {
-  if (progress_ != nullptr)
-    for (int k = 1; k < kYieldLimit; ++k) progress_->Yield();
-  return ConsumeCancel();
-}
-
-bool FileSearch::ConsumeCancel() {
-  if (!tallow_.SearchCancelled) return false;
-  tallow_.SearchCancelled = false;
-  return true;
-}
-
-template <typename Answer>
-std::optional<Answer> FileSearch::AskInBackground(std::function<Answer()> ask,
-                                                  const std::string& place) {
-  using Reply = std::optional<Answer>;
-  Reply result;
-  const auto waiting = [this, &place](std::size_t, std::chrono::milliseconds waited) {
-    progress_->VisitFolder({});
-    was_stopped_ = tallow_.SearchCancelled || tallow_.is_shutting_down;
-    if (was_stopped_) throw Stopped();
-    if (place.empty() || waited < kSlowAfter) return WaitDecision::kWait;
-    if (IsSplashLoaded()) Report(WaitingLine(place));
-    return waited < kMaxWait ? WaitDecision::kWait : WaitDecision::kGiveUp;
-  };
-  try {
-    ReadAhead(
-        1, 1, [&](std::size_t) { return 0; }, [ask = std::move(ask)](int) { return Reply(ask()); },
-        [&](std::size_t, Reply answer) { result = std::move(answer); },
-        progress_ != nullptr ? WhileWaiting(waiting) : WhileWaiting(),
-        [](std::size_t) { return Reply(); });
-  } catch (const Stopped&) {
-    return std::nullopt;
-  }
-  return result;
+void FileSearch::ReportPlace(const std::string& place) {
+  SearchProgress* const shown = questions_.Shown();
+  if (shown == nullptr) return;
+  questions_.Report("Looking for Mp3s in " + place);
+  shown->Repaint();
 }
 
 bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
@@ -96,19 +47,16 @@ bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
   std::string list = drives_.GetLogicalDriveList();
   while (!IsEndOfDriveList(list)) {
     const std::string root = NextDriveFromList(list);
-    if (PauseAndTestForCancel()) return false;
-    if (IsSplashLoaded()) {
-      Report("Looking for Mp3s in " + root);
-      progress_->Repaint();
-    }
+    if (questions_.PauseAndTestForCancel()) return false;
+    ReportPlace(root);
     // Checks the kind of the drive here, because the drive may not respond.
-    if (!IsSearchedAndAnswers(root, true)) {
-      if (was_stopped_) return EndStopped();
+    if (!IsSearchedAndAnswers(root)) {
+      if (questions_.WasStopped()) return questions_.EndStopped();
       continue;
     }
     request.Folder = root;
     WalkFolderTree(request);
-    if (was_stopped_) return EndStopped();
+    if (questions_.WasStopped()) return questions_.EndStopped();
   }
   return WalkLinkedFolders(request);
 }
@@ -117,13 +65,13 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
   // A linked folder may hold further links, which are appended to the list.
   for (std::size_t k = 0; k < linked_.size(); ++k) {
     // The target may be on a share that does not respond.
-    const auto target = AskInBackground<LinkTarget>(
+    const auto target = questions_.Ask<LinkTarget>(
         [link = linked_[k]]() -> LinkTarget {
           const auto identity = IdentityOfFolder(link);
           return {identity, identity ? RealPathOfFolder(link) : std::string()};
         },
         linked_[k]);
-    if (was_stopped_) return EndStopped();
+    if (questions_.WasStopped()) return questions_.EndStopped();
     if (!target) RememberUnresponsive(linked_[k]);
     if (!target || !target->identity || visited_.contains(*target->identity)) continue;
     if (!drives_.MayFollow(linked_[k])) continue;
@@ -131,14 +79,11 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
     // disk's.
     const std::string folder = EnsureTrailingBackslash(target->path);
     if (LiesInSkippedFolder(folder)) continue;
-    if (PauseAndTestForCancel()) return false;
-    if (IsSplashLoaded()) {
-      Report("Looking for Mp3s in " + folder);
-      progress_->Repaint();
-    }
+    if (questions_.PauseAndTestForCancel()) return false;
+    ReportPlace(folder);
     request.Folder = folder;
     WalkFolderTree(request);
-    if (was_stopped_) return EndStopped();
+    if (questions_.WasStopped()) return questions_.EndStopped();
   }
   return true;
 }
@@ -147,18 +92,10 @@ void FileSearch::RememberUnresponsive(const std::string& place) {
   tallow_.library.RememberUnread(EnsureTrailingBackslash(place), true, std::string(kDoesNotAnswer));
 }
 
-bool FileSearch::IsSearchedAndAnswers(const std::string& root, bool for_songs) {
-  // Network shares are not searched; they may not respond.
-  if (!IsSearched(DescribeDriveType(drives_.ListedTypeOf(root), root))) return false;
-  const bool answers =
-      AskInBackground<bool>([root] { return FolderExists(root), true; }, root).has_value();
-  if (!answers && !was_stopped_ && for_songs) RememberUnresponsive(root);
-  return answers && IsSearched(DescribeDriveType(drives_.TypeOf(root), root));
-}
-
-bool FileSearch::EndStopped() {
-  ConsumeCancel();
-  return false;
+bool FileSearch::IsSearchedAndAnswers(const std::string& root) {
+  const std::optional<bool> is_searched = questions_.IsSearched(drives_, root);
+  if (!is_searched && !questions_.WasStopped()) RememberUnresponsive(root);
+  return is_searched.value_or(false);
 }
 
 bool FileSearch::Visit(const TreeFolder& folder) {
@@ -190,19 +127,15 @@ void FileSearch::SearchUnreadFolders(const std::function<bool(const std::string&
     library.ForgetUnread(folder.path);
     request.Folder = folder.path;
     WalkFolderTree(request);
-    if (!was_stopped_) continue;
+    if (!questions_.WasStopped()) continue;
     library.RememberUnread(folder.path, true, folder.problem);
     return;
   }
 }
 
 std::function<bool()> FileSearch::IdleCallback() {
-  if (!IsSplashLoaded()) return {};
-  return [this] {
-    progress_->VisitFolder({});
-    was_stopped_ = tallow_.SearchCancelled || tallow_.is_shutting_down;
-    return !was_stopped_;
-  };
+  if (questions_.Shown() == nullptr) return {};
+  return [this] { return questions_.ProcessEvents(); };
 }
 
 double FileSearch::WalkFolderTree(FileSearchRequest& request) {
@@ -226,14 +159,14 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
     double total = 0;      ///< bytes of its own files and of the subfolders that are done
   };
   std::vector<Level> levels;
-  was_stopped_ = false;
+  questions_.BeginWalk();
   const std::function<bool()> go_on = IdleCallback();
   const auto enter = [&](std::shared_ptr<TreeFolder> folder) {
     if (!reader.Take(folder, go_on)) return;
     if (request.AddToLibrary && !HoldsNoSongs(folder->path)) RememberIfUnread(request, *folder);
     if (!Visit(*folder)) return;
     reader.Enter(*folder);
-    if (IsSplashLoaded()) progress_->VisitFolder(folder->path);
+    if (SearchProgress* const shown = questions_.Shown()) shown->VisitFolder(folder->path);
     for (const SubfolderEntry& entry : folder->listing.subfolders)
       if (entry.linked) linked_.push_back(folder->path + entry.name);
     const auto total = static_cast<double>(AddListedFiles(request, folder->path, folder->listing));
@@ -245,12 +178,11 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   const std::shared_ptr<TreeFolder> root = reader.Root(request.Folder);
   enter(root);
   double total = 0;
-  while (!levels.empty() && !was_stopped_) {
+  while (!levels.empty() && !questions_.WasStopped()) {
     Level& level = levels.back();
     if (level.next < level.folder->subfolders.size()) {
       // A cancel during the last folder of the last drive stops the next search.
-      was_stopped_ = tallow_.is_shutting_down || tallow_.SearchCancelled;
-      if (was_stopped_) break;
+      if (questions_.MustStop()) break;
       std::shared_ptr<TreeFolder> subfolder = std::move(level.folder->subfolders[level.next++]);
       request.Folder = subfolder->path.substr(0, subfolder->path.size() - 1);
       enter(std::move(subfolder));
@@ -286,49 +218,14 @@ std::int64_t FileSearch::AddListedFiles(FileSearchRequest& request, const std::s
     if (!add || !MayBeSong(file.name)) continue;
     const std::int32_t row = library.AddSong(folder, file.name, size);
     tallow_.found_tags.Add(folder, file.name, file.tail);
-    if (IsSplashLoaded()) {
-      progress_->SetFound("Found " + std::to_string(row) + " Mp3s");
-      progress_->Repaint();
-      progress_->Repaint();
-      progress_->YieldAfterSong();
+    if (SearchProgress* const shown = questions_.Shown()) {
+      shown->SetFound("Found " + std::to_string(row) + " Mp3s");
+      shown->Repaint();
+      shown->Repaint();
+      shown->YieldAfterSong();
     }
   }
   return total;
-}
-
-bool FileSearch::SearchDrivesForWinamp() {
-  std::string found = nearby_();
-  std::string list = found.empty() ? drives_.GetLogicalDriveList() : std::string();
-  while (found.empty() && !IsEndOfDriveList(list)) {
-    const std::string root = NextDriveFromList(list);
-    if (progress_ != nullptr) Report("Looking for WinAmp in " + root);
-    if (IsSearchedAndAnswers(root, false)) {
-      found = FindWinampInBackground(root);
-      if (!found.empty()) break;
-    }
-    if (was_stopped_) return EndStopped();
-    if (PauseAndTestForCancel()) return false;
-  }
-  if (!found.empty()) StorePlayer(found);
-  return true;
-}
-
-std::string FileSearch::FindWinampInBackground(const std::string& root) {
-  // Runs on another thread, because searching a disk takes minutes.
-  const auto go_on = std::make_shared<std::atomic<bool>>(true);
-  const auto found = AskInBackground<std::string>([go_on, root, drives = &drives_] {
-    return FindWinampUnder(root, *drives, [&go_on] { return go_on->load(); });
-  });
-  *go_on = false;
-  return found.value_or(std::string());
-}
-
-void FileSearch::StorePlayer(const std::string& path) {
-  if (IsSplashLoaded()) Report("Found WinAmp!!");
-  // The settings file holds one path per line.
-  if (HasLineBreak(path)) return;
-  tallow_.settings.LocOfWinAmpExe(path);
-  tallow_.SaveSettings();
 }
 
 }  // namespace tallow

@@ -3,16 +3,13 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
 
 #include "app/search/drive_list.h"
-#include "app/search/player_search.h"
-#include "app/search/search_progress.h"
+#include "app/search/drive_questions.h"
 #include "app/tallow.h"
 #include "util/file_system.h"
 
@@ -31,16 +28,14 @@ struct FileSearchRequest {
   double TotalBytes = 0;        ///< sum of their sizes so far
 };
 
-/// Finds songs and the player on the drives.
+/// Finds songs on the drives.
 ///
 /// One object is one search: it never visits a folder twice. Songs are added to the library of the
 /// Tallow passed in; the search does not save the library.
 class FileSearch {
  public:
   /// \param progress may be null when there is no window to report to
-  /// \param nearby   finds the player without searching a disk, see FindPlayerNearby
-  FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress,
-             std::function<std::string()> nearby = FindPlayerNearby);
+  FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress);
   ~FileSearch();
 
   /// The song search.
@@ -56,12 +51,6 @@ class FileSearch {
   ///
   /// \param answers whether the disk of a folder responds
   void SearchUnreadFolders(const std::function<bool(const std::string& folder)>& answers);
-
-  /// The player search: beside the program and on the PATH where the platform has one, then in the
-  /// tree of each fixed disk. The first match is stored in the settings, which are saved; without a
-  /// match, or after a cancel, nothing is stored.
-  /// \returns false when the search was cancelled
-  bool SearchDrivesForWinamp();
 
   /// Walks a folder depth first, its files before its subfolders, each in the order of the system.
   /// Skips folders that cannot be read, folders that were visited before, and snapshots. Does not
@@ -86,40 +75,24 @@ class FileSearch {
     }
   };
 
-  bool IsSplashLoaded() const { return progress_ != nullptr && progress_->IsLoaded(); }
-  void Report(std::string_view status);
-  bool PauseAndTestForCancel();
-  /// Whether the search was cancelled; resets the flag.
-  bool ConsumeCancel();
-  /// Runs a file system query on another thread and waits for the result.
-  ///
-  /// \param place path that the query accesses, given up when it does not respond for kMaxWait;
-  ///              empty: the query may take any time
-  /// \returns no value when the place was given up, or the search was stopped (was_stopped_)
-  template <typename Answer>
-  std::optional<Answer> AskInBackground(std::function<Answer()> ask, const std::string& place = {});
-  bool IsSearchedAndAnswers(const std::string& root, bool for_songs);
+  void ReportPlace(const std::string& place);
+  bool IsSearchedAndAnswers(const std::string& root);
   /// Records a drive or link that was given up, so that the next start tries it again.
   void RememberUnresponsive(const std::string& place);
-  bool EndStopped();
   std::int64_t AddListedFiles(FileSearchRequest& request, const std::string& folder,
                               const FolderListing& listing);
   bool Visit(const TreeFolder& folder);
   void RememberIfUnread(const FileSearchRequest& request, const TreeFolder& folder);
   bool WalkLinkedFolders(FileSearchRequest& request);
-  std::string FindWinampInBackground(const std::string& root);
   /// Processes window events while a folder is being read, and says whether to go on. Empty without
   /// a splash window.
   std::function<bool()> IdleCallback();
-  void StorePlayer(const std::string& path);
 
   Tallow& tallow_;
   const DriveList& drives_;
-  SearchProgress* progress_;
-  std::function<std::string()> nearby_;
+  DriveQuestions questions_;
   std::unordered_set<FolderIdentity, HashIdentity> visited_;
   std::vector<std::string> linked_;  ///< folders found as links, in the order found
-  bool was_stopped_ = false;         ///< ended early by a cancel or by the end of the program
 };
 
 }  // namespace tallow

@@ -9,6 +9,7 @@
 #include <set>
 
 #include "app/search/player_search.h"
+#include "app/search/winamp_search.h"
 #include "library/recycle_bin.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_progress.h"
@@ -374,7 +375,7 @@ TEST_F(FileSearchTest, ThePlayerOfTheFirstHardDriveIsStoredAndSaved) {
   const TestDrives drives(
       {{music / "cd/", kCdRom}, {music / "c/"}, {music / "d/"}, {music / "e/"}});
   music.Folder("c");
-  FileSearch(tallow, drives, &progress).SearchDrivesForWinamp();
+  WinampSearch(tallow, drives, &progress).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), ToLower(music / "d/winamp.exe"));
   EXPECT_EQ(progress.status, (Texts{"Looking for WinAmp in " + (music / "cd/"),
                                     "Looking for WinAmp in " + (music / "c/"),
@@ -388,7 +389,7 @@ TEST_F(FileSearchTest, ThePlayerOfTheFirstHardDriveIsStoredAndSaved) {
 TEST_F(FileSearchTest, WithoutAPlayerTheSettingsAreNotTouched) {
   music.File("a.mp3");
   RemoveFile(tallow.settings_path);
-  FileSearch(tallow, TestDrives({{music.path()}}), &progress).SearchDrivesForWinamp();
+  WinampSearch(tallow, TestDrives({{music.path()}}), &progress).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
   EXPECT_FALSE(FileExists(tallow.settings_path));
   EXPECT_EQ(progress.yields, 1999);
@@ -398,7 +399,7 @@ TEST_F(FileSearchTest, ACancelledPlayerSearchStoresNothing) {
   music.Folder("c");
   MakePlayer(music, "d/");
   progress.on_yield = [this] { tallow.SearchCancelled = true; };
-  FileSearch(tallow, TestDrives({{music / "c/"}, {music / "d/"}}), &progress)
+  WinampSearch(tallow, TestDrives({{music / "c/"}, {music / "d/"}}), &progress)
       .SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
   EXPECT_FALSE(tallow.SearchCancelled);
@@ -406,7 +407,7 @@ TEST_F(FileSearchTest, ACancelledPlayerSearchStoresNothing) {
 #else
 TEST_F(FileSearchTest, ThePlayerBesideTheProgramComesFirst) {
   ASSERT_FALSE(FindPlayerNearby().empty());
-  FileSearch(tallow, TestDrives({{music.path()}}), &progress).SearchDrivesForWinamp();
+  WinampSearch(tallow, TestDrives({{music.path()}}), &progress).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), FindPlayerNearby());
   EXPECT_EQ(progress.status, (Texts{"Found WinAmp!!"}));
   clsINI saved;
@@ -463,7 +464,7 @@ TEST_F(FileSearchTest, WithoutAPlayerNearbyTheHardDrivesAreSearched) {
   music.Folder("c");
   const TestDrives drives(
       {{music / "cd/", kCdRom}, {music / "c/"}, {music / "d/"}, {music / "e/"}});
-  FileSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
+  WinampSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), (music / "d/") + kPlayer);
   EXPECT_EQ(progress.status, (Texts{"Looking for WinAmp in " + (music / "cd/"),
                                     "Looking for WinAmp in " + (music / "c/"),
@@ -474,7 +475,7 @@ TEST_F(FileSearchTest, WithoutAPlayerNearbyTheHardDrivesAreSearched) {
 TEST_F(FileSearchTest, WithoutAnyPlayerTheSettingsAreNotTouched) {
   RemoveFile(tallow.settings_path);
   const TestDrives drives({{music.path()}});
-  FileSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
+  WinampSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
   EXPECT_FALSE(FileExists(tallow.settings_path));
 }
@@ -484,7 +485,7 @@ TEST_F(FileSearchTest, ACancelledSearchForThePlayerStoresNothing) {
   MakePlayer(music, "d/");
   progress.on_yield = [this] { tallow.SearchCancelled = true; };
   const TestDrives drives({{music / "c/"}, {music / "d/"}});
-  FileSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
+  WinampSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
   EXPECT_FALSE(tallow.SearchCancelled);
 }

@@ -6,10 +6,12 @@
 #include <QColor>
 #include <QCoreApplication>
 #include <QFrame>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPalette>
 #include <QPushButton>
+#include <QScreen>
 #include <QVBoxLayout>
 #include <QWindow>
 
@@ -167,6 +169,13 @@ void frmSplash::WaitUntilPainted() {
   } while (waited.elapsed() < kMaxWait && !(windowHandle() && windowHandle()->isExposed()));
   repaint();
   QCoreApplication::processEvents();
+}
+
+void frmSplash::ShowForSearch() {
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  move(screen.center() - rect().center());
+  show();
+  WaitUntilPainted();
 }
 
 void frmSplash::ShowCancelButton(bool visible) {

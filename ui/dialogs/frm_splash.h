@@ -36,6 +36,9 @@ class frmSplash : public QDialog, public SearchProgress {
   /// process events.
   void WaitUntilPainted();
 
+  /// Shows the window in the middle of the screen, not modal, and waits until it is painted.
+  void ShowForSearch();
+
   void ShowCancelButton(bool visible);
   void ShowFoundLine(bool visible);
 

@@ -327,7 +327,7 @@ TEST_F(Unsaved, ThereIsAFileForEachChangedJukeboxUntilItIsSavedOrClosed) {
 TEST_F(Unsaved, ChangesAreKeptBeforeASearchForNewSongs) {
   ChangedJukebox("ONE");
   Texts during_search;
-  tallow.search_all_drives = [&](SearchProgress*) {
+  searches.for_songs = [&](SearchProgress&) {
     during_search = Files();
     return true;
   };

@@ -123,7 +123,8 @@ TEST_F(DeadShareWindows, AStartProcessesEventsAndItsCancelButtonSkipsTheDrive) {
   Tallow again(application.path());
   again.library.UseDrives([] { return MountedVolumes(); }, {share});
   RecordedLink player;
-  frmMDIForm1 other(again, player, messages.Shower());
+  RecordedSearches nothing(again);
+  frmMDIForm1 other(again, player, nothing, messages.Shower());
   StartUp windows(again, other, false);
   const auto drives = GivenDrives({share});
   System system(again, *drives, windows, [] { return std::string("/opt/player"); });

@@ -90,6 +90,7 @@ void FrameFindings::ShowList() {
   frmFindings list(
       tallow_.library, show_,
       [this] {
+        emit DriveForgotten();
         bar_.showMessage(tr("The songs on the drive were removed from the library."));
         bar_.setToolTip({});
         RenumberReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_.clipboard);

@@ -40,6 +40,10 @@ class FrameFindings : public QObject {
   /// Starts to determine unknown file sizes, without blocking the windows.
   void FindSizes();
 
+ signals:
+  /// Songs of a drive were removed from the library, which was saved.
+  void DriveForgotten();
+
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 

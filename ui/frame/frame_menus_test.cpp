@@ -269,12 +269,12 @@ TEST_F(FrameMenus, NewSongsAreBroughtInWhileTheFrameIsDisabledAndThenReported) {
   library.WriteOutMp3DirectoryLocations();
   bool enabled = true;
   bool told = false;
-  tallow.search_all_drives = [&](SearchProgress* progress) {
+  searches.for_songs = [&](SearchProgress& progress) {
     enabled = frame.isEnabled();
     for (QWidget* const top : QApplication::topLevelWidgets())
       told = told || (top->objectName() == QLatin1String("frmSearching") && top->isVisible());
     EXPECT_FALSE(frame.close());
-    progress->VisitFolder("/music/");
+    progress.VisitFolder("/music/");
     return true;
   };
   const auto run = [&](const char* item) {
@@ -301,7 +301,7 @@ TEST_F(FrameMenus, ASearchIsCancelledWithTheMouseThoughTheFrameIsDisabled) {
   ShowJukebox();
   library.Save();
   bool was_clicked = false;
-  tallow.search_all_drives = [&](SearchProgress* progress) {
+  searches.for_songs = [&](SearchProgress& progress) {
     for (QWidget* const top : QApplication::topLevelWidgets()) {
       if (top->objectName() != QLatin1String("frmSearching")) continue;
       auto* const button = top->findChild<QPushButton*>("cmdCancel");
@@ -310,7 +310,7 @@ TEST_F(FrameMenus, ASearchIsCancelledWithTheMouseThoughTheFrameIsDisabled) {
           button, [button] { QTest::mouseClick(button, Qt::LeftButton); }, Qt::QueuedConnection);
       EXPECT_FALSE(tallow.SearchCancelled);
       QTest::qWait(50);
-      progress->VisitFolder("/music/");
+      progress.VisitFolder("/music/");
       was_clicked = tallow.SearchCancelled;
     }
     return !tallow.SearchCancelled;

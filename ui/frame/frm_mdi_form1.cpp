@@ -69,9 +69,11 @@ void CloseMenus() {
 
 }  // namespace
 
-frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWidget* parent)
+frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& searches,
+                         ShowMessage show, QWidget* parent)
     : QMainWindow(parent),
       tallow_(tallow),
+      searches_(searches),
       show_(
           show
               ? std::move(show)
@@ -99,6 +101,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
   setCentralWidget(area_);
   findings_ = new FrameFindings(*statusBar(), tallow_, show_, [this] { return OpenJukeboxes(); });
   findings_->setParent(this);
+  connect(findings_, &FrameFindings::DriveForgotten, this, &frmMDIForm1::ShowProblems);
   // Visible from the start, so that the first message does not change the layout.
   statusBar()->show();
   setMinimumSize(kMinSize);
@@ -138,7 +141,7 @@ void frmMDIForm1::SetUpMenus() {
           [this](int element) { documents_->OpenRecent(element); });
   KeepWindowList(*menuBar()->findChild<QMenu*>(QStringLiteral("mnuWindowList")), *area_);
   toolbar_ = AddFrameToolbar(*this, [this](FrameCommand command, bool checks) {
-    if (!checks || play_commands_.CheckPlayer()) Run(command);
+    if (!checks || CheckPlayer()) Run(command);
     FocusJukebox();
   });
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
@@ -170,7 +173,10 @@ void frmMDIForm1::ChangeBackgroundPicture() {
       {}, show_, this);
   dialog.setProperty(kHelpPage, QStringLiteral("picture"));
   dialog.exec();
+  ShowProblems();
 }
+
+void frmMDIForm1::ShowProblems() { Notice(tallow_.TakeProblems()); }
 
 void frmMDIForm1::Notice(const std::vector<std::string>& lines) {
   if (lines.empty()) return;

@@ -25,6 +25,7 @@ class QToolBar;
 
 namespace tallow {
 
+class DriveSearches;
 class FileMenu;
 class FrameFindings;
 class Jukebox;
@@ -41,9 +42,10 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   Q_OBJECT
 
  public:
-  /// \param tallow, link have to outlive the window
+  /// \param tallow, link, searches have to outlive the window
   /// \param show shows message boxes; the default shows real message boxes over this window
-  frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show = {}, QWidget* parent = nullptr);
+  frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& searches, ShowMessage show = {},
+              QWidget* parent = nullptr);
   ~frmMDIForm1() override;
 
   /// Saves the active jukebox, see JukeboxDocuments.
@@ -122,6 +124,13 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   /// and scroll position.
   void KeepPlaces(const std::function<void()>& act);
   void BringIn(NewSongsPlace place);
+  /// Whether a player is known, see PlayCommands.
+  bool CheckPlayer();
+  void PlaySongs(std::vector<std::int32_t> songs);
+  /// Runs the player search and shows its progress in the splash window.
+  void SearchForPlayer();
+  /// Shows the problems that a step has added to the session, if any, as a notice.
+  void ShowProblems();
   void FollowSongs(const std::vector<ReturnedSong>& songs);
   void ShowFind();
   void ShowAbout();
@@ -155,6 +164,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void ClampPanelPosition(QSize before);
 
   Tallow& tallow_;
+  DriveSearches& searches_;
   ShowMessage show_;
   WinAMP_Control player_;
   PlayCommands play_commands_;

@@ -10,6 +10,7 @@
 
 #include "app/data_paths.h"
 #include "app/jukebox_documents.h"
+#include "app/search/drive_searches.h"
 #include "app/tallow.h"
 #include "app/tip_list.h"
 #include "jukebox/returned_songs.h"
@@ -168,8 +169,29 @@ void frmMDIForm1::KeepPlaces(const std::function<void()>& act) {
 
 void frmMDIForm1::BringIn(NewSongsPlace place) {
   if (searching_) return;
-  KeepPlaces([&] { BringInNewSongs(place, tallow_, *this); });
+  KeepPlaces([&] {
+    BringInNewSongs(place, tallow_, *this, [this](SearchProgress& progress) {
+      return searches_.SearchForSongs(progress);
+    });
+  });
   findings_->FindSizes();
+}
+
+bool frmMDIForm1::CheckPlayer() {
+  return play_commands_.CheckPlayer([this] { SearchForPlayer(); });
+}
+
+void frmMDIForm1::PlaySongs(std::vector<std::int32_t> songs) {
+  play_commands_.Play(std::move(songs), [this] { SearchForPlayer(); });
+}
+
+void frmMDIForm1::SearchForPlayer() {
+  frmSplash splash([this] { tallow_.SearchCancelled = true; });
+  splash.Load();
+  splash.ShowForSearch();
+  splash.ShowCancelButton(true);
+  searches_.SearchForPlayer(splash);
+  ShowProblems();
 }
 
 void frmMDIForm1::FollowSongs(const std::vector<ReturnedSong>& songs) {

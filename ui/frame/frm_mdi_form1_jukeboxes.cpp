@@ -115,8 +115,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
       [this, window](EditHistory::Half half, bool back) { UndoOtherHalf(*window, half, back); });
   connect(window, &frmMain::SongsReturned, this, &frmMDIForm1::FollowSongs);
   connect(window, &frmMain::ChangeBackgroundPicture, this, &frmMDIForm1::ChangeBackgroundPicture);
-  connect(window, &frmMain::PlaySongs, this,
-          [this](std::vector<std::int32_t> songs) { play_commands_.Play(std::move(songs)); });
+  connect(window, &frmMain::PlaySongs, this, &frmMDIForm1::PlaySongs);
   return *window;
 }
 

@@ -6,6 +6,7 @@
 #include <QDir>
 #include <QEvent>
 #include <QMenu>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QTest>
 
@@ -157,17 +158,39 @@ TEST_F(FrmMdiForm1, ThePendingSearchIsReportedWhileTheFrameIsDisabled) {
   tallow.player_search_is_pending = true;
   QString status;
   bool enabled = true;
-  tallow.search_for_player = [&] {
+  const auto splashes = [] {
+    std::vector<QWidget*> shown;
+    for (QWidget* const top : QApplication::topLevelWidgets())
+      if (top->objectName() == QLatin1String("frmSplash") && top->isVisible()) shown.push_back(top);
+    return shown;
+  };
+  bool can_cancel = false;
+  searches.for_player = [&] {
     status = frame.statusBar()->currentMessage();
     enabled = frame.isEnabled();
+    for (const QWidget* const splash : splashes())
+      can_cancel = splash->findChild<QPushButton*>("cmdCancel")->isVisible();
     tallow.settings.LocOfWinAmpExe("/opt/player");
   };
   jukebox.Run(ListCommand::kPlayAllSongsInFolder, jukebox.Jukebox().selectednode());
   EXPECT_EQ(status, "Searching for Winamp  . . . ");
   EXPECT_FALSE(enabled);
+  EXPECT_TRUE(can_cancel);
+  EXPECT_TRUE(splashes().empty());
   EXPECT_TRUE(frame.isEnabled());
   EXPECT_EQ(frame.statusBar()->currentMessage(), "");
   EXPECT_EQ(HandOvers(), 1);
+}
+
+TEST_F(FrmMdiForm1, SettingsThatCannotBeSavedWithARankAreReportedInTheStatusBar) {
+  frmMain& jukebox = ShowJukebox();
+  auto& list = *jukebox.findChild<QTableView*>(QStringLiteral("ListView"));
+  list.selectRow(0);
+  RemoveFile(tallow.settings_path);
+  CreateFolder(tallow.settings_path);
+  jukebox.ActOnPopUpClick(8, kListPane, jukebox.Jukebox().selectednode());
+  EXPECT_EQ(library.Mp3Info(5, 1), "7");
+  EXPECT_TRUE(frame.statusBar()->currentMessage().startsWith("The settings could not be saved. "));
 }
 
 TEST_F(FrmMdiForm1, ClosingThePanelClosesThePlayerAndTheNextSongsOpenItAnew) {

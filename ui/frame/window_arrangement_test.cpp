@@ -35,7 +35,7 @@ TEST_F(WindowArrangement, NothingOffersToHideTheToolbar) {
     return frame.saveState();
   }());
   RecordedLink other_link;
-  frmMDIForm1 next(tallow, other_link, messages.Shower());
+  frmMDIForm1 next(tallow, other_link, searches, messages.Shower());
   EXPECT_FALSE(next.findChild<QToolBar*>()->isHidden());
   EXPECT_EQ(static_cast<QMainWindow&>(next).createPopupMenu(), nullptr);
   QSettings().remove(QStringLiteral("Window"));
@@ -185,7 +185,7 @@ TEST_F(WindowArrangement, TheGeometryOfTheWindowIsRemembered) {
   frame.addToolBar(Qt::LeftToolBarArea, frame.findChild<QToolBar*>());
   EXPECT_TRUE(frame.close());
   RecordedLink other_link;
-  frmMDIForm1 next(tallow, other_link, messages.Shower());
+  frmMDIForm1 next(tallow, other_link, searches, messages.Shower());
   EXPECT_EQ(next.size(), QSize(888, 555));
   EXPECT_EQ(next.toolBarArea(next.findChild<QToolBar*>()), Qt::LeftToolBarArea);
   // So that the other tests start without a stored geometry.

@@ -72,7 +72,8 @@ void DroppedFiles::Report(const Outcome& outcome) {
   QStringList lines;
   const std::string counts = TextOf(outcome.added.report, false);
   if (!counts.empty()) lines.append(DisplayText(counts));
-  for (const std::string& problem : outcome.problems) lines.append(DisplayMessage(problem));
+  lines.append(DisplayMessages(outcome.problems));
+  lines.append(DisplayMessages(tallow_.TakeProblems()));
   if (!lines.isEmpty()) emit Problem(lines);
 }
 

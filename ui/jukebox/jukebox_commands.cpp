@@ -12,6 +12,7 @@
 #include "jukebox/special_folders.h"
 #include "ui/jukebox/explorer/explorer_edits.h"
 #include "ui/jukebox/pv_explorer.h"
+#include "ui/support/display_text.h"
 
 namespace tallow {
 
@@ -107,6 +108,8 @@ void JukeboxCommands::RankSelectedSongs(int item) {
   const bool saved =
       RankSongs(*jukebox_.selectednode(), explorer_.SelectedRows(), item, tallow_.library);
   jukebox_.PicturesChanged();
+  const QStringList problems = DisplayMessages(tallow_.TakeProblems());
+  if (!problems.isEmpty()) emit Problem(problems);
   if (!saved)
     show_({.text = "The ranks could not be saved. " + tallow_.library.SaveError() +
                    ".\n\nThey hold until Tallow is closed, and are saved with the next rank that "

@@ -3,9 +3,7 @@
 
 #include <cstdio>
 
-#include <QGuiApplication>
 #include <QLibraryInfo>
-#include <QScreen>
 
 #include "ui/jukebox/frm_main.h"
 #include "ui/jukebox/pv_explorer.h"
@@ -35,13 +33,7 @@ frmSplash& StartUp::SplashWindow() {
   return *splash_;
 }
 
-void StartUp::ShowSplash() {
-  frmSplash& splash = SplashWindow();
-  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
-  splash.move(screen.center() - splash.rect().center());
-  splash.show();
-  splash.WaitUntilPainted();
-}
+void StartUp::ShowSplash() { SplashWindow().ShowForSearch(); }
 
 SearchProgress& StartUp::Splash() { return SplashWindow(); }
 

@@ -14,6 +14,7 @@
 #include "jukebox/initial_jukebox.h"
 #include "tests/recorded_link.h"
 #include "tests/recorded_progress.h"
+#include "tests/recorded_searches.h"
 #include "tests/tagged_file.h"
 #include "tests/window_fixture.h"
 #include "ui/jukebox/frm_main.h"
@@ -53,7 +54,8 @@ class StartUpTest : public testing::Test {
   Tallow tallow{application.path()};
   TestDrives drives{{{music.path()}}};
   RecordedLink link;
-  frmMDIForm1 frame{tallow, link};
+  RecordedSearches searches{tallow};
+  frmMDIForm1 frame{tallow, link, searches};
   StartUp windows{tallow, frame, false};
   QString box_text;
   QMessageBox::Icon box_icon = QMessageBox::NoIcon;

@@ -17,4 +17,10 @@ QString DisplayText(std::string_view text) {
   return shown;
 }
 
+QStringList DisplayMessages(const std::vector<std::string>& texts) {
+  QStringList messages;
+  for (const std::string& text : texts) messages.append(DisplayMessage(text));
+  return messages;
+}
+
 }  // namespace tallow

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include <QString>
+#include <QStringList>
 
 namespace tallow {
 
@@ -14,5 +17,8 @@ QString DisplayText(std::string_view text);
 
 /// Converts a message for display: like DisplayText, but keeps line breaks and control characters.
 QString DisplayMessage(std::string_view text);
+
+/// DisplayMessage of each text.
+QStringList DisplayMessages(const std::vector<std::string>& texts);
 
 }  // namespace tallow

@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Start-up: how the song library is checked and loaded, or built.
+#include "app/start/start_up_library.h"
+
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "app/data_paths.h"
 #include "app/search/file_search.h"
+#include "app/start/start_up_notices.h"
+#include "app/start/start_up_settings.h"
+#include "app/start/start_up_wait.h"
 #include "app/system.h"
 #include "app/system_texts.h"
+#include "app/tallow.h"
 #include "library/library_check.h"
 #include "util/atomic_file.h"
 #include "util/errors.h"
@@ -79,16 +83,26 @@ LibraryOffer OfferOf(const LibraryCheck& check, const std::string& path,
 
 }  // namespace
 
-bool System::LoadOrBuildLibrary() {
-  if (!CheckLibraryFile()) return false;
-  if (rebuild_ || tallow_.settings.NumerOfRecordsInTheMain() == 0)
+StartUpLibrary::StartUpLibrary(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
+                               StartUpSettings& settings, StartUpNotices& notices,
+                               StartUpWait& wait)
+    : tallow_(tallow),
+      drives_(drives),
+      windows_(windows),
+      settings_(settings),
+      notices_(notices),
+      wait_(wait) {}
+
+bool StartUpLibrary::LoadOrBuild() {
+  if (!CheckFileOnDisk()) return false;
+  if (is_rebuild_ || tallow_.settings.NumerOfRecordsInTheMain() == 0)
     SearchForSongs();
   else
-    LoadLibrary();
+    Load();
   return true;
 }
 
-bool System::CheckLibraryFile() {
+bool StartUpLibrary::CheckFileOnDisk() {
   clsINI& settings = tallow_.settings;
   const std::string path = tallow_.library.LibraryPath();
   LibraryCheck check;
@@ -106,25 +120,25 @@ bool System::CheckLibraryFile() {
   }
   const LibraryInspection& file = check.file;
   if ((check.is_changed && file.sound) || (check.last_good && !(file.exists && file.sound)))
-    return ChooseLibrary(check);
+    return Choose(check);
   if (file.exists && !file.sound)
-    return RebuildLibrary("The song library " + path + " is damaged: " + file.problem + ".", true);
+    return OfferRebuild("The song library " + path + " is damaged: " + file.problem + ".", true);
   const std::int32_t counted = settings.NumerOfRecordsInTheMain();
-  if (file.usable > counted || settings_are_new_ || check.is_whole) {
-    SetSongCount(file.usable);
+  if (file.usable > counted || settings_.AreNew() || check.is_whole) {
+    settings_.SetSongCount(file.usable);
     return true;
   }
   if (file.usable == counted) return true;
   if (!file.exists)
-    return RebuildLibrary("The song library " + path + " is gone. The settings count " +
-                              std::to_string(counted) + " songs in it.",
-                          false);
-  return RebuildLibrary("The song library " + path + " holds " + std::to_string(file.usable) +
-                            " songs, but the settings count " + std::to_string(counted) + ".",
-                        true);
+    return OfferRebuild("The song library " + path + " is gone. The settings count " +
+                            std::to_string(counted) + " songs in it.",
+                        false);
+  return OfferRebuild("The song library " + path + " holds " + std::to_string(file.usable) +
+                          " songs, but the settings count " + std::to_string(counted) + ".",
+                      true);
 }
 
-bool System::ChooseLibrary(const LibraryCheck& check) {
+bool StartUpLibrary::Choose(const LibraryCheck& check) {
   const std::string path = tallow_.library.LibraryPath();
   const std::string set_aside = FreeSetAsidePath(path);
   const LibraryOffer offer = OfferOf(check, path, set_aside);
@@ -132,25 +146,25 @@ bool System::ChooseLibrary(const LibraryCheck& check) {
   if (!choice) return false;
   switch (offer.meanings.at(*choice)) {
     case LibraryChoice::kAsItIs:
-      trusts_library_ = true;
-      SetSongCount(check.file.usable);
+      trusts_file_ = true;
+      settings_.SetSongCount(check.file.usable);
       return true;
     case LibraryChoice::kLastGood:
       UseLastGood(path, set_aside);
-      SetSongCount(*check.last_good);
+      settings_.SetSongCount(*check.last_good);
       return true;
     case LibraryChoice::kSearch:
       if (check.last_good && check.file.exists) {
         KeepReplacedAs(path, set_aside);
-        is_library_renamed_ = true;
+        is_renamed_ = true;
       }
-      rebuild_ = true;
+      is_rebuild_ = true;
       return true;
   }
   return false;
 }
 
-bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
+bool StartUpLibrary::OfferRebuild(const std::string& problem, bool file_exists) {
   if (!windows_.Ask(
           problem +
           "\n\nTallow can search the drives anew. Songs that the library still shows keep "
@@ -158,17 +172,17 @@ bool System::RebuildLibrary(const std::string& problem, bool file_exists) {
           (file_exists ? BackupSentence(tallow_.library.LibraryPath()) : std::string()) +
           std::string(kContinueQuestion)))
     return false;
-  rebuild_ = true;
+  is_rebuild_ = true;
   if (IsGone(tallow_.settings.LocOfGroupingDir())) {
     // The folder may come back (its disk is not mounted now); the old settings still contain its
     // path.
-    BackUpSettings();
-    ResetDataFolders();
+    settings_.BackUp();
+    settings_.ResetDataFolders();
   }
   return true;
 }
 
-void System::LoadLibrary() {
+void StartUpLibrary::Load() {
   clsMain& library = tallow_.library;
   // The file was sound a moment ago. If it cannot be read now, it must not be replaced.
   const bool is_loaded = library.LoadMain();
@@ -178,61 +192,66 @@ void System::LoadLibrary() {
     throw FileError(library.LibraryPath(),
                     "the song library cannot be read. Make it readable, or move it away, and start "
                     "Tallow again.");
-  if (trusts_library_) library.TrustLibrary();
+  if (trusts_file_) library.TrustLibrary();
   if (library.RepairRecordNumbers() && library.SaveError().empty())
-    notices_.push_back(
+    notices_.Add(
         "An earlier version of Tallow had confused the numbers of songs in the song library. They "
         "were repaired; the library as it was is kept as " +
         std::string(kLibraryFileName) + std::string(kBackupSuffix) + " beside it.");
-  const GoOn go_on = [this](std::string_view folder) { return ProcessEvents(folder); };
-  const tallow::WaitForDrive wait = [this](std::string_view root) {
-    return KeepWaitingForDrive(root);
-  };
+  const GoOn go_on = wait_.GoOnCallback();
+  const WaitForDrive wait = wait_.WaitCallback();
   library.CheckToSeeIfFilesAreMissingAndMakeFalse(go_on, wait);
   library.AddAnyAdditionalMp3FromTheNormalDirectories(go_on, wait);
   SearchUnreadFolders();
   // Ends the display of the drive that start-up was waiting for.
-  ProcessEvents(library.LibraryPath());
+  wait_.ProcessEvents(library.LibraryPath());
 }
 
-void System::SearchUnreadFolders() {
+void StartUpLibrary::SearchUnreadFolders() {
   clsMain& library = tallow_.library;
   std::int32_t old_count = library.UBoundOfMp3Array();
   FileSearch(tallow_, drives_, windows_.LoadedSplash())
       .SearchUnreadFolders([this](const std::string& folder) {
-        LookAt(folder);
-        return !IsUnresponsive(folder);
+        wait_.LookAt(folder);
+        return !wait_.IsUnresponsive(folder);
       });
   if (library.UBoundOfMp3Array() == old_count) return;
   library.DeleteIdenticalFileNamesAndPaths(old_count);
   library.WriteOutMp3DirectoryLocations();
 }
 
-void System::SearchForSongs() {
+void StartUpLibrary::SearchForSongs() {
   clsMain& library = tallow_.library;
   library.BeginScan(ScanKind::kComputer);
   windows_.ShowCancelButton(true);
   windows_.ShowFoundLine(true);
-  std::int32_t old_count = 0;
-  if (rebuild_) {
-    // Songs that are readable in the damaged file keep their numbers and ranks.
-    library.Salvage(is_library_renamed_);
-    library.CheckToSeeIfFilesAreMissingAndMakeFalse(
-        [this](std::string_view folder) { return ProcessEvents(folder); },
-        [this](std::string_view root) { return KeepWaitingForDrive(root); });
-    windows_.ShowCancelButton(true);
-    old_count = library.UBoundOfMp3Array();
-  }
-  was_cancelled_ = !tallow_.search_all_drives(nullptr);
-  windows_.ShowCancelButton(false);
-  library.TakeSearchedSongs(old_count);
-  if (rebuild_ && !library.Mp3MainHasSomeMembers()) {
-    // The library is empty and nothing was found. Saves that, so that the next start does not
-    // rebuild again.
-    library.Save();
-    library.WriteOutMp3DirectoryLocations();
-  }
+  if (is_rebuild_)
+    Rebuild();
+  else
+    library.AddAnyAdditionalMp3FromTheNormalDirectories({}, {}, [this] { SearchDrives(); });
   windows_.ShowFoundLine(false);
+}
+
+void StartUpLibrary::Rebuild() {
+  clsMain& library = tallow_.library;
+  // Songs that are readable in the damaged file keep their numbers and ranks.
+  library.Salvage(is_renamed_);
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse(wait_.GoOnCallback(), wait_.WaitCallback());
+  windows_.ShowCancelButton(true);
+  const std::int32_t old_count = library.UBoundOfMp3Array();
+  SearchDrives();
+  library.TakeSearchedSongs(old_count);
+  if (library.Mp3MainHasSomeMembers()) return;
+  // The library is empty and nothing was found. Saves that, so that the next start does not rebuild
+  // again.
+  library.Save();
+  library.WriteOutMp3DirectoryLocations();
+}
+
+void StartUpLibrary::SearchDrives() {
+  was_cancelled_ =
+      !FileSearch(tallow_, drives_, windows_.LoadedSplash()).SearchDrivesForMp3s(true, {});
+  windows_.ShowCancelButton(false);
 }
 
 }  // namespace tallow

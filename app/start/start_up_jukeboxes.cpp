@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Start-up: which jukeboxes are opened.
+#include "app/start/start_up_jukeboxes.h"
+
 #include <algorithm>
 #include <optional>
 
+#include "app/start/start_up_notices.h"
+#include "app/start/start_up_wait.h"
 #include "app/system.h"
+#include "app/tallow.h"
 #include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/open_jukebox.h"
@@ -33,39 +37,39 @@ UnsavedJukebox WithoutFile(UnsavedJukebox unsaved) {
 
 }  // namespace
 
-void System::OpenFirstJukebox() {
+void StartUpJukeboxes::Open() {
   tallow_.found_tags.Seal();
   // Checks the drive of the background picture, which each jukebox window shows.
-  if (tallow_.settings.IsThereAPicture()) LookAt(tallow_.settings.PictureLocation());
+  if (tallow_.settings.IsThereAPicture()) wait_.LookAt(tallow_.settings.PictureLocation());
   Jukebox* last_recovered = nullptr;
   const std::vector<std::string> recovered = RecoverUnsaved(last_recovered);
   const std::string& last = tallow_.settings.LocOfLastSavedJukeBox();
   // With a recovered jukebox open, neither the sample nor a second window of the same file is
   // needed.
-  if (!last.empty()) LookAt(last);
-  const bool is_unanswered = IsUnresponsive(last);
+  if (!last.empty()) wait_.LookAt(last);
+  const bool is_unanswered = wait_.IsUnresponsive(last);
   const bool is_open = !recovered.empty() &&
                        (last.empty() || Contains(recovered, last) || is_unanswered || IsGone(last));
   if (is_open && is_unanswered && !Contains(recovered, last))
-    notices_.push_back(last + " is on a drive that does not answer, so it is not open.");
+    notices_.Add(last + " is on a drive that does not answer, so it is not open.");
   if (!is_open) {
     Jukebox& jukebox = windows_.NewJukebox();
     try {
-      if (!OpenLastJukebox(jukebox))
+      if (!OpenLast(jukebox))
         BuildInitialJukebox(
             tallow_.library, jukebox, windows_.OpenJukeboxes(),
-            [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags, WhileFiling());
+            [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags, filing_.Progress());
     } catch (const FilingError& error) {
-      notices_.insert(notices_.end(), error.problems().begin(), error.problems().end());
+      notices_.Add(error.problems());
     }
   }
-  EndFiling();
+  filing_.End();
   // The recovered jukebox goes in front, because the user has just asked for it.
   if (last_recovered != nullptr && !is_open) windows_.ShowJukebox(*last_recovered);
   tallow_.found_tags.Clear();
 }
 
-std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
+std::vector<std::string> StartUpJukeboxes::RecoverUnsaved(Jukebox*& last) {
   const AskQuestion ask = [this](const std::string& text) { return windows_.AskDismissable(text); };
   std::vector<std::string> problems;
   std::vector<std::string> recovered;
@@ -73,9 +77,10 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
   // not use them yet.
   std::vector<Jukebox*> to_show;
   for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
-    if (!unsaved.file.empty()) LookAt(unsaved.file);
+    if (!unsaved.file.empty()) wait_.LookAt(unsaved.file);
     // The program ended after saving the jukebox and before removing this file.
-    if (!IsUnresponsive(unsaved.file) && UnsavedJukeboxes::IsSaved(unsaved, tallow_.library)) {
+    if (!wait_.IsUnresponsive(unsaved.file) &&
+        UnsavedJukeboxes::IsSaved(unsaved, tallow_.library)) {
       RemoveFile(unsaved.path);
       continue;
     }
@@ -101,35 +106,35 @@ std::vector<std::string> System::RecoverUnsaved(Jukebox*& last) {
     jukebox.Tag(std::to_string(windows_.OpenJukeboxes().size()));
     try {
       FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), tallow_.library,
-                           windows_.OpenJukeboxes(), &tallow_.found_tags, WhileFiling());
+                           windows_.OpenJukeboxes(), &tallow_.found_tags, filing_.Progress());
     } catch (const FilingError& error) {
-      notices_.insert(notices_.end(), error.problems().begin(), error.problems().end());
+      notices_.Add(error.problems());
     }
-    EndFiling();
+    filing_.End();
     last = &jukebox;
     to_show.push_back(last);
     recovered.push_back(unsaved.file);
   }
   for (Jukebox* const jukebox : to_show) windows_.ShowJukebox(*jukebox);
-  notices_.insert(notices_.end(), problems.begin(), problems.end());
+  notices_.Add(problems);
   return recovered;
 }
 
-bool System::OpenLastJukebox(Jukebox& jukebox) {
+bool StartUpJukeboxes::OpenLast(Jukebox& jukebox) {
   const std::string& path = tallow_.settings.LocOfLastSavedJukeBox();
   if (path.empty()) return false;
-  LookAt(path);
+  wait_.LookAt(path);
   std::string root = tallow_.library.Unanswered()->RootOf(path);
   if (root.empty() && IsGone(path)) root = tallow_.library.AwayRootOf(path);
   if (!root.empty()) {
-    notices_.push_back(path + " is on a drive that is away: " + root +
-                       ". So this is the sample jukebox.");
+    notices_.Add(path + " is on a drive that is away: " + root +
+                 ". So this is the sample jukebox.");
     return false;
   }
   if (IsGone(path)) {
-    notices_.push_back(path +
-                       " is gone, so this is the sample jukebox. Other jukeboxes are in the "
-                       "File menu.");
+    notices_.Add(path +
+                 " is gone, so this is the sample jukebox. Other jukeboxes are in the "
+                 "File menu.");
     return false;
   }
   std::optional<FilingError> unfiled;
@@ -141,7 +146,7 @@ bool System::OpenLastJukebox(Jukebox& jukebox) {
               return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
             },
             [this](const std::string& text) { return windows_.AskDismissable(text); },
-            &tallow_.found_tags, WhileFiling())) {
+            &tallow_.found_tags, filing_.Progress())) {
       windows_.Tell(jukebox.FileProblem() +
                     "\n\nTallow opens the sample jukebox instead. The file is unchanged.");
       return false;

@@ -1,11 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Start-up: how the settings are read, and rebuilt where they are missing, truncated or damaged.
+#include "app/start/start_up_settings.h"
+
 #include <utility>
 
 #include "app/data_paths.h"
+#include "app/start/start_up_notices.h"
 #include "app/system.h"
 #include "app/system_texts.h"
+#include "app/tallow.h"
 #include "library/library_check.h"
+#include "library/library_file.h"
 #include "util/atomic_file.h"
 #include "util/errors.h"
 #include "util/file_system.h"
@@ -20,73 +24,76 @@ constexpr std::string_view kOpenSaved = " Saved jukeboxes are opened with Open i
 
 }  // namespace
 
-bool System::LoadSettings() {
+bool StartUpSettings::Load() {
   const std::string& path = tallow_.settings_path;
   if (IsGone(path)) {
-    MakeSettings();
+    Make();
     return true;
   }
   try {
     tallow_.settings.GetandLoadIniInfo(path);
   } catch (const SettingsError& error) {
-    return RebuildSettings(error.what());
+    return Rebuild(error.what());
   } catch (const FileError& error) {
     const std::string folder(FolderOfPath(path));
     if (StateOfFolder(folder) == FolderState::kUnreadable)
       throw FileError(folder, "the folder cannot be read (" + error.reason() +
                                   "). Make it readable and start Tallow again.");
-    return RebuildSettings(
-        std::string(error.what()) +
-        ". Answer No, make the file readable and start Tallow again, if you can.");
+    return Rebuild(std::string(error.what()) +
+                   ". Answer No, make the file readable and start Tallow again, if you can.");
   }
-  if (!tallow_.settings.IsComplete()) CompleteTruncatedSettings();
+  if (!tallow_.settings.IsComplete()) CompleteTruncated();
+  ReplaceMissingFolders();
+  return true;
+}
+
+void StartUpSettings::ReplaceMissingFolders() {
   // The program was moved with its data: the settings still contain the old folders.
   const std::string own = GroupingFolder(tallow_.application_folder);
   const std::string folder = tallow_.settings.LocOfGroupingDir();
   if (IsGone(folder) && (FileExists(own + std::string(kLibraryFileName)) ||
                          tallow_.settings.NumerOfRecordsInTheMain() == 0)) {
-    BackUpSettings();
+    BackUp();
     ResetDataFolders();
-    notices_.push_back("The folder " + folder + " of the settings is gone, so Tallow uses " + own +
-                       "." + backup_notice_);
+    notices_.Add("The folder " + folder + " of the settings is gone, so Tallow uses " + own + "." +
+                 backup_notice_);
   }
   const std::string list_folder(FolderOfPath(tallow_.settings.FileContainingTargetDirectories()));
   if (IsGone(list_folder)) {
-    BackUpSettings();
+    BackUp();
     tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
     tallow_.SaveSettings();
-    notices_.push_back("The folder " + list_folder + " of the settings is gone, so Tallow uses " +
-                       SystemFolder(tallow_.application_folder) + "." + backup_notice_);
+    notices_.Add("The folder " + list_folder + " of the settings is gone, so Tallow uses " +
+                 SystemFolder(tallow_.application_folder) + "." + backup_notice_);
   }
-  return true;
 }
 
-void System::MakeSettings() {
-  settings_are_new_ = true;
+void StartUpSettings::Make() {
+  are_new_ = true;
   try {
     // Reports the reason when the settings cannot be written.
     if (!tallow_.settings.CreateNewIniFile(tallow_.settings_path, tallow_.application_folder))
       tallow_.SaveSettings();
   } catch (const TypeMismatchError&) {
-    // The library file contains no usable number; CheckLibraryFile reports what is wrong with it.
+    // The library file contains no usable number; StartUpLibrary reports what is wrong with it.
   } catch (const OverflowError&) {
   } catch (const FileError&) {
-    // The library file cannot be read; CheckLibraryFile reports it, too.
+    // The library file cannot be read; StartUpLibrary reports it, too.
   }
 }
 
-void System::CompleteTruncatedSettings() {
+void StartUpSettings::CompleteTruncated() {
   const std::string& path = tallow_.settings_path;
-  BackUpSettings();
+  BackUp();
   tallow_.settings.CompleteSettings(path, tallow_.application_folder);
   tallow_.SaveSettings();
-  notices_.push_back(
-      path + " is truncated. Missing settings were set to their defaults." + backup_notice_ +
-      std::string(tallow_.settings.LocOfLastSavedJukeBox().empty() ? kOpenSaved : ""));
+  notices_.Add(path + " is truncated. Missing settings were set to their defaults." +
+               backup_notice_ +
+               std::string(tallow_.settings.LocOfLastSavedJukeBox().empty() ? kOpenSaved : ""));
 }
 
-void System::BackUpSettings() {
-  if (std::exchange(settings_are_backed_up_, true)) return;
+void StartUpSettings::BackUp() {
+  if (std::exchange(are_backed_up_, true)) return;
   const std::string& path = tallow_.settings_path;
   for (const std::string_view suffix : {kBackupSuffix, kSetAsideSuffix}) {
     try {
@@ -100,13 +107,13 @@ void System::BackUpSettings() {
   }
 }
 
-void System::ResetDataFolders() {
+void StartUpSettings::ResetDataFolders() {
   tallow_.settings.LocOfGroupingDir(GroupingFolder(tallow_.application_folder));
   tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
   tallow_.SaveSettings();
 }
 
-bool System::RebuildSettings(const std::string& problem) {
+bool StartUpSettings::Rebuild(const std::string& problem) {
   const std::string& path = tallow_.settings_path;
   if (!windows_.Ask("The settings cannot be read.\n\n" + problem +
                     "\n\nTallow can make new settings: it takes the songs and ranks from the song "
@@ -120,16 +127,16 @@ bool System::RebuildSettings(const std::string& problem) {
     MoveToBackup(path, kSetAsideSuffix);
   }
   // Settings made by this start must not overwrite the backup.
-  settings_are_backed_up_ = true;
+  are_backed_up_ = true;
   tallow_.settings.Clear();
-  MakeSettings();
-  notices_.push_back("New settings were made." + std::string(kOpenSaved));
+  Make();
+  notices_.Add("New settings were made." + std::string(kOpenSaved));
   return true;
 }
 
-void System::SetSongCount(std::int32_t songs) {
+void StartUpSettings::SetSongCount(std::int32_t songs) {
   if (tallow_.settings.NumerOfRecordsInTheMain() == songs) return;
-  BackUpSettings();
+  BackUp();
   tallow_.settings.NumerOfRecordsInTheMain(songs);
   tallow_.SaveSettings();
 }

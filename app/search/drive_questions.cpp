@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/search/drive_questions.h"
+
+#include "app/search/drive_list.h"
+#include "app/tallow.h"
+#include "library/scan_report.h"
+#include "util/file_system.h"
+
+namespace tallow {
+namespace {
+
+/// Limit of the loop that yields at each drive: the counter runs from 1 to below this limit.
+constexpr int kYieldLimit = 2000;
+
+/// How long to wait for a drive until the wait is shown, and until the drive is given up.
+constexpr std::chrono::milliseconds kSlowAfter{1000};
+constexpr std::chrono::milliseconds kMaxWait{30000};
+
+}  // namespace
+
+void DriveQuestions::Report(std::string_view status) {
+  if (progress_ == nullptr) return;
+  progress_->SetStatus(status);
+  progress_->Repaint();
+}
+
+bool DriveQuestions::PauseAndTestForCancel() {
+  if (progress_ != nullptr)
+    for (int k = 1; k < kYieldLimit; ++k) progress_->Yield();
+  return ConsumeCancel();
+}
+
+bool DriveQuestions::ConsumeCancel() {
+  if (!tallow_.SearchCancelled) return false;
+  tallow_.SearchCancelled = false;
+  return true;
+}
+
+bool DriveQuestions::EndStopped() {
+  ConsumeCancel();
+  return false;
+}
+
+bool DriveQuestions::ProcessEvents() {
+  progress_->VisitFolder({});
+  return !MustStop();
+}
+
+bool DriveQuestions::MustStop() {
+  was_stopped_ = tallow_.SearchCancelled || tallow_.is_shutting_down;
+  return was_stopped_;
+}
+
+WaitDecision DriveQuestions::Wait(const std::string& place, std::chrono::milliseconds waited) {
+  if (!ProcessEvents()) throw Stopped();
+  if (place.empty() || waited < kSlowAfter) return WaitDecision::kWait;
+  if (Shown() != nullptr) Report(WaitingLine(place));
+  return waited < kMaxWait ? WaitDecision::kWait : WaitDecision::kGiveUp;
+}
+
+std::optional<bool> DriveQuestions::IsSearched(const DriveList& drives, const std::string& root) {
+  if (!tallow::IsSearched(DescribeDriveType(drives.ListedTypeOf(root), root))) return false;
+  if (!Ask<bool>([root] { return FolderExists(root), true; }, root)) return std::nullopt;
+  return tallow::IsSearched(DescribeDriveType(drives.TypeOf(root), root));
+}
+
+}  // namespace tallow

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "app/search/player_search.h"
+
+namespace tallow {
+
+class DriveList;
+class SearchProgress;
+class Tallow;
+
+/// The searches of the whole computer that commands run after start-up. Tests replace them by their
+/// own.
+class DriveSearches {
+ public:
+  /// \param tallow, drives must outlive this object
+  /// \param nearby finds the player without searching a disk, see FindPlayerNearby
+  DriveSearches(Tallow& tallow, const DriveList& drives,
+                std::function<std::string()> nearby = FindPlayerNearby);
+  DriveSearches(const DriveSearches&) = delete;
+  DriveSearches& operator=(const DriveSearches&) = delete;
+  virtual ~DriveSearches();
+
+  /// Searches all fixed disks for songs, see FileSearch::SearchDrivesForMp3s.
+  /// \returns false when the search was cancelled
+  virtual bool SearchForSongs(SearchProgress& progress);
+
+  /// Searches for the player, see WinampSearch, and sets Tallow::player_path.
+  /// \returns false when the search was cancelled
+  virtual bool SearchForPlayer(SearchProgress& progress);
+
+ private:
+  Tallow& tallow_;
+  const DriveList& drives_;
+  std::function<std::string()> nearby_;
+};
+
+}  // namespace tallow

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tallow {
+
+class StartUpNotices;
+class StartUpWindows;
+class Tallow;
+
+/// Loads the settings during a start, and makes new ones where they are missing, truncated or
+/// damaged. Before a start changes settings that it has not made itself, it backs them up once.
+class StartUpSettings {
+ public:
+  /// \param tallow, windows, notices must outlive this object
+  StartUpSettings(Tallow& tallow, StartUpWindows& windows, StartUpNotices& notices)
+      : tallow_(tallow), windows_(windows), notices_(notices) {}
+
+  /// Loads the settings.
+  ///
+  /// \returns false when they cannot be read and the user does not want new ones
+  /// \throws FileError when their folder cannot be read
+  bool Load();
+
+  /// Whether this start has made the settings.
+  bool AreNew() const noexcept { return are_new_; }
+
+  /// Backs the settings file up, at most once in a start. Call this before changing a setting.
+  void BackUp();
+  /// Sets the data folders to those of the application folder.
+  void ResetDataFolders();
+  /// Sets the number of songs in the library file, if it differs.
+  void SetSongCount(std::int32_t songs);
+
+ private:
+  bool Rebuild(const std::string& problem);
+  void Make();
+  void CompleteTruncated();
+  void ReplaceMissingFolders();
+
+  Tallow& tallow_;
+  StartUpWindows& windows_;
+  StartUpNotices& notices_;
+  bool are_new_ = false;
+  bool are_backed_up_ = false;  ///< this start has backed up the old settings
+  std::string backup_notice_;   ///< sentence on where the backup is, with a leading blank
+};
+
+}  // namespace tallow

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+
+#include "app/search/drive_searches.h"
+#include "tests/recorded_progress.h"
+
+namespace tallow {
+
+/// Searches of the whole computer that find nothing, or what a test lets them find.
+class RecordedSearches : public DriveSearches {
+ public:
+  explicit RecordedSearches(Tallow& tallow) : DriveSearches(tallow, none_) {}
+
+  bool SearchForSongs(SearchProgress& progress) override {
+    return !for_songs || for_songs(progress);
+  }
+  bool SearchForPlayer(SearchProgress& /*progress*/) override {
+    if (for_player) for_player();
+    return true;
+  }
+
+  std::function<bool(SearchProgress&)> for_songs;
+  std::function<void()> for_player;
+
+ private:
+  TestDrives none_{{}};
+};
+
+}  // namespace tallow
