@@ -151,22 +151,22 @@ void PVExplorer::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
 }
 
 void PVExplorer::Undo() {
-  const EditHistory::Half half = jukebox_.History().HalfToUndo();
+  const EditHistory::MoveLink link = jukebox_.History().LinkToUndo();
   const Place before = CurrentPlace();
   AfterStep(jukebox_.Undo(), before);
-  if (half.pair != 0) emit LinkedStepDone(half, true);
+  if (link.move != 0) emit LinkedStepDone(link, true);
 }
 
 void PVExplorer::Redo() {
-  const EditHistory::Half half = jukebox_.History().HalfToRedo();
+  const EditHistory::MoveLink link = jukebox_.History().LinkToRedo();
   const Place before = CurrentPlace();
   AfterStep(jukebox_.Redo(), before);
-  if (half.pair != 0) emit LinkedStepDone(half, false);
+  if (link.move != 0) emit LinkedStepDone(link, false);
 }
 
 bool PVExplorer::StepHalf(std::uint64_t pair, bool back) {
   const EditHistory& history = jukebox_.History();
-  if ((back ? history.HalfToUndo() : history.HalfToRedo()).pair != pair) return false;
+  if ((back ? history.LinkToUndo() : history.LinkToRedo()).move != pair) return false;
   const Place before = CurrentPlace();
   AfterStep(back ? jukebox_.Undo() : jukebox_.Redo(), before);
   return true;
@@ -190,12 +190,12 @@ void PVExplorer::AfterStep(const Jukebox::StepResult& result, const Place& befor
   // from the step.
   const EditHistory::SongChange change = jukebox_.History().LastSongChange(*selectednode());
   std::vector<int> brought;
-  for (const int place : change.brought)
+  for (const int place : change.added)
     if (const int row = songs_->RowAt(place); songs_->PlaceOf(row) == place) brought.push_back(row);
   if (!brought.empty()) {
     list_->SelectRows(brought);
-  } else if (change.taken >= 0) {
-    SelectNear(change.taken);
+  } else if (change.first_removed_at >= 0) {
+    SelectNear(change.first_removed_at);
   } else if (change.any && !other_folder) {
     // A sort was undone or redone: the entries hold different songs now.
     FollowSongs(before);
