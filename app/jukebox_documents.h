@@ -8,7 +8,7 @@
 #include <string_view>
 
 #include "app/long_work.h"
-#include "jukebox/jukebox_file.h"
+#include "jukebox/song_links.h"
 #include "util/message.h"
 
 namespace tallow {

@@ -19,7 +19,7 @@
 #include "app/start/start_up_settings.h"
 #include "app/start/start_up_wait.h"
 #include "app/tallow.h"
-#include "jukebox/jukebox_file.h"
+#include "jukebox/song_links.h"
 
 namespace tallow {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-#include "jukebox/jukebox_file.h"
+#include "jukebox/song_links.h"
 
 namespace tallow {
 

@@ -6,23 +6,37 @@
 #include <deque>
 #include <string>
 #include <string_view>
-#include <variant>
 #include <vector>
 
 #include "jukebox/folder_tree.h"
+#include "jukebox/tree_changes.h"
 
 namespace tallow {
 
 /// Undo and redo for a tree of folders: makes the user's changes and can revert them.
 ///
-/// A step holds everything that one command changes between Begin and End. It is stored as a list
-/// of differences, so its size depends on what the command changed, not on the size of the jukebox.
-/// Applying a difference a second time reverts it, so one list serves both undo and redo.
+/// A step holds everything that one command changes between Begin and End, as a list of changes
+/// (TreeChange) that can be toggled. Its size depends on what the command changed, not on the size
+/// of the jukebox.
 ///
-/// The tree also changes without the user: filing appends songs and folders, and songs whose files
-/// are gone are removed from the list shown. These changes are not steps, and steps stay valid.
-/// Filed songs and folders come after every index that a step refers to. For removed songs the
-/// caller calls SongsPruned, which adjusts the indexes in all steps.
+/// Invariant: the changes of all steps, in the order in which they were made, link a sequence of
+/// states of the tree,
+///
+///     state 0 <-> state 1 <-> ... <-> present state <-> ... <-> state n
+///             undo_                                  redo_
+///
+/// where each change lies between two neighbouring states. A position that a change stores is right
+/// in the state that has the song or the folder there; for a reordering, each position is right in
+/// its own of the two states. Toggling the changes from the present state outwards, one after the
+/// other, therefore reaches every state with positions that are right at that moment.
+///
+/// The tree also changes without the user. Such a change is no step; it applies to all states at
+/// once and must keep the positions right:
+/// - Filing appends songs and folders. They come after every position that is stored, so nothing
+///   needs to be adjusted.
+/// - Songs whose files are gone are removed from the shown list. SongsPruned removes them from all
+///   other states: it goes from the present state outwards and maps their positions through each
+///   change to the next state, see list_positions.h.
 ///
 /// A folder that a step removes from the tree stays in the step, at the same address. Steps can
 /// therefore refer to folders by address: a folder is destroyed only with the step that owns it,
@@ -44,8 +58,8 @@ class EditHistory {
 
   /// Begin and End enclose the changes of one step. A step without changes is discarded. Steps do
   /// not nest.
-  /// \param concerned the folder to show when the step is undone; null for the tree itself
-  void Begin(const Folder* concerned);
+  /// \param folder_to_show when the step is undone or redone; null for none
+  void Begin(const Folder* folder_to_show);
   void End();
 
   /// Adds a new folder, or a copy made for this tree, to the tree.
@@ -62,15 +76,14 @@ class EditHistory {
 
   /// Appends songs to a folder.
   void AddSongs(Folder& folder, std::vector<SongEntry> entries);
-  /// \param rows positions in the list, from 0, ascending
-  void RemoveSongs(Folder& folder, std::vector<std::int32_t> rows);
+  void RemoveSongs(Folder& folder, Positions positions);
   /// Records a reordering of a folder's songs that has already been done.
   /// \param order for each new position, the old position of the song there; both from 0
   void SongsReordered(Folder& folder, std::vector<std::int32_t> order);
 
   /// Call this after songs were removed from a folder without a command of the user.
-  /// \param rows the positions the songs had, from 0, ascending
-  void SongsPruned(const Folder& folder, std::vector<std::int32_t> rows);
+  /// \param positions the positions the songs had
+  void SongsPruned(const Folder& folder, Positions positions);
 
   bool CanUndo() const noexcept { return !undo_.empty(); }
   bool CanRedo() const noexcept { return !redo_.empty(); }
@@ -84,28 +97,29 @@ class EditHistory {
 
   /// What a step did to the songs of a folder.
   struct SongChange {
-    bool any = false;          ///< the set of songs or their order changed
-    std::vector<int> brought;  ///< positions of the added songs, from 0, ascending
-    int taken = -1;            ///< position of the first removed song, from 0; -1 for none
+    bool any = false;           ///< the set of songs or their order changed
+    std::vector<int> added;     ///< positions of the added songs, from 0, ascending
+    int first_removed_at = -1;  ///< position of the first removed song, from 0; -1 for none
   };
   /// How the last undo or redo changed the songs of a folder.
   SongChange LastSongChange(const Folder& folder) const;
 
-  /// Marks a step as one half of a move between two jukeboxes.
-  struct Half {
-    /// Number of the move, from 1, shared by exactly its two halves; 0 for no move.
-    std::uint64_t pair = 0;
-    bool takes = false;  ///< this half removes the songs or folder from its jukebox
+  /// Links the step of a move from one jukebox to another to the step in the other jukebox.
+  struct MoveLink {
+    /// Number of the move, from 1, which only its two steps have; 0 for a step without a link.
+    std::uint64_t move = 0;
+    bool is_source = false;  ///< this step removes the songs or the folder from its jukebox
   };
-  /// Marks the latest step as one half of a move.
-  void PairLastStep(Half half) { undo_.back().half = half; }
-  /// The half that the next Undo or Redo would revert or repeat; pair is 0 when there is none.
-  Half HalfToUndo() const noexcept { return undo_.empty() ? Half() : undo_.back().half; }
-  Half HalfToRedo() const noexcept { return redo_.empty() ? Half() : redo_.back().half; }
+  /// Makes the latest step one of the two steps of a move.
+  void LinkLastStep(MoveLink link) { undo_.back().link = link; }
+  /// The link of the step that the next Undo or Redo would undo or redo; move is 0 when there is
+  /// none.
+  MoveLink LinkToUndo() const noexcept { return undo_.empty() ? MoveLink() : undo_.back().link; }
+  MoveLink LinkToRedo() const noexcept { return redo_.empty() ? MoveLink() : redo_.back().link; }
 
-  /// State of one half of a move.
-  enum class HalfState { kForgotten, kDone, kUndone };
-  HalfState StateOfHalf(std::uint64_t pair) const noexcept;
+  /// State of the step of a move; kNone when this history has no such step, or no longer.
+  enum class LinkedStepState { kNone, kDone, kUndone };
+  LinkedStepState StateOfLinkedStep(std::uint64_t move) const noexcept;
 
   /// Marks the current tree as the saved one.
   void MarkSaved() noexcept;
@@ -124,75 +138,33 @@ class EditHistory {
   std::size_t Steps() const noexcept { return undo_.size() + redo_.size(); }
 
  private:
-  /// A folder that is in the tree either only before or only after the change.
-  struct FolderPresence {
-    Folder* folder;
-    Folder* parent;
-    std::int32_t index;
-    DetachedFolder detached;  ///< owns the folder while it is not in the tree
-  };
-  /// A folder that the change moves. Holds the position on the other side of the change.
-  struct FolderPlace {
-    Folder* folder;
-    Folder* parent;
-    std::int32_t index;
-  };
-  struct FolderText {
-    Folder* folder;
-    std::string text;
-  };
-  struct FolderOrder {
-    Folder* parent;
-    std::vector<std::int32_t> order;
-  };
-  /// Songs that are in a folder either only before or only after the change.
-  struct SongPresence {
-    Folder* folder;
-    std::vector<std::int32_t> rows;  ///< positions in the folder, from 0, ascending
-    std::vector<SongEntry> entries;  ///< the songs, while they are not in the folder
-    bool present;
-  };
-  struct SongOrder {
-    Folder* folder;
-    std::vector<std::int32_t> order;  ///< for each position after toggling, the position before
-  };
-  using Change =
-      std::variant<FolderPresence, FolderPlace, FolderText, FolderOrder, SongPresence, SongOrder>;
   struct Step {
-    Folder* concerned_before;  ///< null for none
-    Folder* concerned;
-    std::vector<Change> changes;
+    Folder* show_after_undo;  ///< null for none
+    Folder* show_after_redo;
+    std::vector<TreeChange> changes;
     std::size_t bytes = 0;
-    Half half;
+    MoveLink link;
   };
 
-  void Toggle(FolderPresence& change);
-  void Toggle(FolderPlace& change);
-  void Toggle(FolderText& change);
-  void Toggle(FolderOrder& change);
-  static void Toggle(SongPresence& change);
-  static void Toggle(SongOrder& change);
-  void ToggleAny(Change& change);
-  void ToggleAll(Step& step, bool back);
-  void DropDoubles(Step& step);
-  void Keep(Change change);
+  void Make(TreeChange change);
+  void ToggleAll(Step& step, bool undo);
+  void RemoveSongsFiledMeanwhile(Step& redone);
+  Folder* IfInTree(Folder* folder) const;
 
-  static void Renumber(Step& step, const NewNumbers& numbers);
-  static void Carry(Change& change, const Folder& folder, std::vector<std::int32_t>& rows);
   static std::size_t BytesOf(const Step& step);
   void DropOldSteps();
   void DropRedo();
 
-  static constexpr std::ptrdiff_t kNever = -1;
+  static constexpr std::ptrdiff_t kUnreachable = -1;
 
   FolderTree& tree_;
-  Step open_{};
+  Step open_{};             ///< the step between Begin and End
   std::deque<Step> undo_;   ///< latest step at the end
   std::vector<Step> redo_;  ///< next step to redo at the end
   bool last_was_undo_ = false;
-  std::size_t bytes_ = 0;  ///< of undo_ and redo_
-  /// Size of undo_ when the tree was saved; kNever when that state is out of reach.
-  std::ptrdiff_t saved_ = 0;
+  std::size_t bytes_ = 0;  ///< sum over undo_ and redo_
+  /// Size of undo_ when the tree was saved; kUnreachable when no undo or redo leads to that state.
+  std::ptrdiff_t saved_at_ = 0;
 };
 
 }  // namespace tallow

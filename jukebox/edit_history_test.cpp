@@ -209,12 +209,12 @@ TEST_F(History, ReportsHowAStepChangedTheSongsOfAFolder) {
   edits.DropSongs(edits, folder, {1, 3}, other, false);
   EXPECT_FALSE(history.LastSongChange(Add("C")).any);
   jukebox.Undo();
-  EXPECT_EQ(history.LastSongChange(folder).brought, (std::vector<int>{1, 3}));
-  EXPECT_EQ(history.LastSongChange(folder).taken, -1);
-  EXPECT_EQ(history.LastSongChange(other).taken, 0);
+  EXPECT_EQ(history.LastSongChange(folder).added, (std::vector<int>{1, 3}));
+  EXPECT_EQ(history.LastSongChange(folder).first_removed_at, -1);
+  EXPECT_EQ(history.LastSongChange(other).first_removed_at, 0);
   jukebox.Redo();
-  EXPECT_EQ(history.LastSongChange(folder).taken, 1);
-  EXPECT_EQ(history.LastSongChange(other).brought, (std::vector<int>{0, 1}));
+  EXPECT_EQ(history.LastSongChange(folder).first_removed_at, 1);
+  EXPECT_EQ(history.LastSongChange(other).added, (std::vector<int>{0, 1}));
 }
 
 }  // namespace

@@ -38,7 +38,7 @@ class JukeboxClipboard {
       tallow::Renumber(folders_.ChildAt(k), numbers);
   }
 
-  /// Returns a new number for a move between two jukeboxes, see EditHistory::PairLastStep.
+  /// Returns a new number for a move between two jukeboxes, see EditHistory::LinkLastStep.
   std::uint64_t NextMove() noexcept { return ++last_move_; }
 
  private:

@@ -76,12 +76,12 @@ bool JukeboxEdits::Rename(Folder& folder, std::string_view text) {
       same != nullptr && same->Index() > folder.Index() && IsSpecialFolder(*same);
   jukebox_.History().Begin(&folder);
   jukebox_.History().RenameFolder(folder, text);
-  if (is_before_special) PutBehind(folder, *same);
+  if (is_before_special) MoveBehind(folder, *same);
   jukebox_.History().End();
   return true;
 }
 
-void JukeboxEdits::PutBehind(const Folder& folder, const Folder& other) {
+void JukeboxEdits::MoveBehind(const Folder& folder, const Folder& other) {
   std::vector<std::int32_t> order(
       static_cast<std::size_t>(ChildrenOf(jukebox_.Nodes(), folder.Parent())));
   std::iota(order.begin(), order.end(), 0);
@@ -154,7 +154,7 @@ JukeboxEdits::Result JukeboxEdits::DropSongs(JukeboxEdits& source, Folder& from,
   if (&source != this) {
     const Result added = AddSongs(to, songs);
     source.RemoveSongs(from, rows);
-    if (added == Result::kDone) PairSteps(source);
+    if (added == Result::kDone) LinkSteps(source);
     return Result::kDone;
   }
   EditHistory& history = jukebox_.History();
@@ -165,10 +165,10 @@ JukeboxEdits::Result JukeboxEdits::DropSongs(JukeboxEdits& source, Folder& from,
   return Result::kDone;
 }
 
-void JukeboxEdits::PairSteps(const JukeboxEdits& source) {
-  const std::uint64_t pair = clipboard_.NextMove();
-  jukebox_.History().PairLastStep({pair, false});
-  source.jukebox_.History().PairLastStep({pair, true});
+void JukeboxEdits::LinkSteps(const JukeboxEdits& source) {
+  const std::uint64_t move = clipboard_.NextMove();
+  jukebox_.History().LinkLastStep({move, false});
+  source.jukebox_.History().LinkLastStep({move, true});
 }
 
 bool JukeboxEdits::CanDropFolder(const Folder& folder, const Folder* to, bool copy) noexcept {
@@ -184,7 +184,7 @@ JukeboxEdits::Result JukeboxEdits::DropFolder(JukeboxEdits& source, Folder& fold
     const Result result = AddCopy(folder, to);
     if (result == Result::kDone && !copy) {
       source.DeleteFolder(folder);
-      PairSteps(source);
+      LinkSteps(source);
     }
     return result;
   }

@@ -64,7 +64,7 @@ class JukeboxEdits {
   Result AddSongs(Folder& to, const std::vector<SongEntry>& songs);
 
   /// Moves or copies songs to another folder, in the same or in another jukebox. A move between two
-  /// jukeboxes is one step in each; the two steps form a pair.
+  /// jukeboxes is one step in each; the two steps are linked.
   /// \param copy true to copy, false to move
   Result DropSongs(JukeboxEdits& source, Folder& from, const std::vector<int>& rows, Folder& to,
                    bool copy);
@@ -86,9 +86,9 @@ class JukeboxEdits {
   static std::vector<SongEntry> EntriesAt(const Folder& folder, const std::vector<int>& rows);
   static std::vector<std::int32_t> ValidRows(const Folder& folder, const std::vector<int>& rows);
   void RemoveSongs(Folder& folder, const std::vector<int>& rows);
-  void PutBehind(const Folder& folder, const Folder& other);
+  void MoveBehind(const Folder& folder, const Folder& other);
   Result AddCopy(const Folder& folder, Folder* parent);
-  void PairSteps(const JukeboxEdits& source);
+  void LinkSteps(const JukeboxEdits& source);
   void SortBelow(Folder* above);
 
   Jukebox& jukebox_;

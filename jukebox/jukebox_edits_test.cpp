@@ -213,19 +213,19 @@ TEST_F(Edits, SongsMoveToAnotherJukebox) {
   EXPECT_EQ(SongsOf(from), Songs{2});
   EXPECT_EQ(SongsOf(there), (Songs{1, 3}));
   // The two steps have the same move number.
-  using State = EditHistory::HalfState;
-  const std::uint64_t pair = jukebox.History().HalfToUndo().pair;
+  using State = EditHistory::LinkedStepState;
+  const std::uint64_t pair = jukebox.History().LinkToUndo().move;
   EXPECT_NE(pair, 0U);
-  EXPECT_TRUE(jukebox.History().HalfToUndo().takes);
-  EXPECT_EQ(other.History().HalfToUndo().pair, pair);
-  EXPECT_FALSE(other.History().HalfToUndo().takes);
-  EXPECT_EQ(other.History().HalfToRedo().pair, 0U);
-  EXPECT_EQ(jukebox.History().StateOfHalf(pair), State::kDone);
-  EXPECT_EQ(jukebox.History().StateOfHalf(pair + 1), State::kForgotten);
+  EXPECT_TRUE(jukebox.History().LinkToUndo().is_source);
+  EXPECT_EQ(other.History().LinkToUndo().move, pair);
+  EXPECT_FALSE(other.History().LinkToUndo().is_source);
+  EXPECT_EQ(other.History().LinkToRedo().move, 0U);
+  EXPECT_EQ(jukebox.History().StateOfLinkedStep(pair), State::kDone);
+  EXPECT_EQ(jukebox.History().StateOfLinkedStep(pair + 1), State::kNone);
   jukebox.Undo();
-  EXPECT_EQ(jukebox.History().StateOfHalf(pair), State::kUndone);
-  EXPECT_EQ(jukebox.History().HalfToUndo().pair, 0U);
-  EXPECT_EQ(jukebox.History().HalfToRedo().pair, pair);
+  EXPECT_EQ(jukebox.History().StateOfLinkedStep(pair), State::kUndone);
+  EXPECT_EQ(jukebox.History().LinkToUndo().move, 0U);
+  EXPECT_EQ(jukebox.History().LinkToRedo().move, pair);
   EXPECT_EQ(SongsOf(from), (Songs{1, 2, 3}));
   EXPECT_EQ(SongsOf(there), (Songs{1, 3}));
   other.Undo();
@@ -269,8 +269,8 @@ TEST_F(Edits, AFolderMovesToAnotherJukebox) {
   EXPECT_EQ(other_edits.DropFolder(edits, a, nullptr, false), Result::kDone);
   EXPECT_EQ(Children(), Texts{});
   EXPECT_EQ(other.Nodes().ChildAt(0).ChildAt(0).Text(), "inner");
-  EXPECT_NE(jukebox.History().HalfToUndo().pair, 0U);
-  EXPECT_EQ(jukebox.History().HalfToUndo().pair, other.History().HalfToUndo().pair);
+  EXPECT_NE(jukebox.History().LinkToUndo().move, 0U);
+  EXPECT_EQ(jukebox.History().LinkToUndo().move, other.History().LinkToUndo().move);
   jukebox.Undo();
   EXPECT_EQ(Children(), Texts{"A"});
   other.Undo();
@@ -320,7 +320,7 @@ TEST_F(Edits, SongsThatTheTargetHoldsMoveWithoutAStepInTheTarget) {
   other_edits.DropSongs(edits, from, {0}, there, false);
   EXPECT_EQ(SongsOf(from), Songs{2});
   EXPECT_FALSE(other.History().CanUndo());
-  EXPECT_EQ(jukebox.History().HalfToUndo().pair, 0U);
+  EXPECT_EQ(jukebox.History().LinkToUndo().move, 0U);
 }
 
 TEST_F(Edits, AFolderRenamedLikeASpecialOneMovesAfterItAndIsOrdinary) {

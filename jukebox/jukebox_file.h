@@ -2,157 +2,88 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
-#include <optional>
-#include <stdexcept>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
-#include "library/cls_main.h"
+#include "jukebox/folder_tree.h"
+#include "jukebox/jukebox_format.h"
+#include "jukebox/saved_content.h"
+#include "jukebox/song_links.h"
 
 namespace tallow {
 
-class FolderTree;
+class clsMain;
 
-// A jukebox file (*.juk) is JSON in UTF-8:
-//
-//  {"format":"Tallow jukebox","version":1,
-//   "columns":["Name    --        (click to sort)","Key"],
-//   "folders":[
-//  {"key":1,"text":"All Songs","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[1,2,3]},
-//  {"key":2,"text":"Artist","image":0,"selectedImage":1,"parent":0,"open":true,"songs":[]},
-//  {"key":3,"text":"ABBA","image":0,"selectedImage":1,"parent":2,"open":false,"songs":[2]}],
-//   "names":{
-//  "1":"a.mp3",
-//  "2":"b.mp3",
-//  "3":"c.mp3"}}
-//
-// Folders are stored in tree order, each after its parent. "key" is the number of a folder in this
-// file, from 1. "parent" is the key of the parent folder, 0 at top level. "image" and
-// "selectedImage" are the folder's pictures (see FolderImage). "open" tells whether the folder is
-// expanded. "songs" are record numbers of the song library, in list order. "names" has the file
-// name of each song that is used and whose name is known. It serves to find the song again if its
-// record number has changed. "columns" are the headers of the list. The reader ignores members with
-// other names.
-//
-// A file name need not be UTF-8. Each byte that is not part of valid UTF-8 is written as the
-// character U+10FE00 plus the byte. Each byte of a character from U+10FE80 to U+10FEFF is written
-// in the same way.
+/// A jukebox as it was read from a file, with its songs linked to the library.
+struct LoadedJukebox {
+  FolderTree folders;
+  std::vector<std::string> columns;  ///< the headers of the list
+};
 
-/// Why a jukebox file cannot be used.
-class JukeboxFileError : public std::runtime_error {
+/// The file of one jukebox: where it is, saving and loading, and whether the jukebox still has the
+/// content of the file. The format is described in jukebox_format.h.
+class JukeboxFile {
  public:
-  using std::runtime_error::runtime_error;
+  /// The path of the file that was last loaded or saved; empty for none.
+  const std::string& Path() const noexcept { return path_; }
+
+  /// The directory for the file, ending in a separator; empty if the jukebox was never saved.
+  const std::string& Location() const noexcept { return location_; }
+  void Location(std::string_view folder) { location_ = folder; }
+
+  /// Why the last Save, Load or LoadUnsaved failed, see there.
+  const std::string& Problem() const noexcept { return problem_; }
+
+  /// Encodes a jukebox as the bytes of its file. Songs that the library lacks keep the names that
+  /// the loaded file had for them.
+  std::string Encode(const FolderTree& folders, const std::vector<std::string>& columns,
+                     const clsMain& library) const;
+
+  /// Writes a jukebox to a file, replacing the file atomically. An existing file with other content
+  /// is kept beside it as a ".bak" backup.
+  ///
+  /// \returns true on success; otherwise Problem() names the file, the problem and what to do, and
+  /// the old file is unchanged
+  bool Save(const std::string& path, const FolderTree& folders,
+            const std::vector<std::string>& columns, const clsMain& library);
+
+  /// Reads a jukebox from a file. This object then belongs to that file.
+  ///
+  /// \param ask see RelinkSongs; may be empty
+  /// \returns null on failure; then Problem() names the file, the problem and what to do, and
+  /// nothing else has changed
+  std::unique_ptr<LoadedJukebox> Load(const std::string& path, const clsMain& library,
+                                      const ResolveConfusedSongs& ask);
+
+  /// Like Load, from bytes that were not saved in the file. The jukebox then differs from its file.
+  ///
+  /// \param path the path of the jukebox's file; empty for none
+  /// \returns null on failure; then Problem() says briefly what is wrong with the bytes
+  std::unique_ptr<LoadedJukebox> LoadUnsaved(std::string_view bytes, const std::string& path,
+                                             const clsMain& library,
+                                             const ResolveConfusedSongs& ask);
+
+  /// Whether closing the jukebox would lose something: the jukebox was never saved, its file is
+  /// gone, or its content differs from its file.
+  bool HasUnsavedChanges(const FolderTree& folders, const clsMain& library) const;
+
+  /// The content that the file has.
+  SavedContent& Content() noexcept { return content_; }
+  const SavedContent& Content() const noexcept { return content_; }
+
+ private:
+  /// \throws JukeboxFileError, std::bad_alloc; nothing has changed in that case
+  std::unique_ptr<LoadedJukebox> Decode(std::string_view bytes, const std::string& path,
+                                        const clsMain& library, const ResolveConfusedSongs& ask);
+
+  std::string path_;
+  std::string location_;
+  std::string problem_;
+  /// Songs that the file names but the library lacked when the file was loaded.
+  SongNames absent_names_;
+  SavedContent content_;
 };
-
-/// The format version that is written. The reader accepts versions 1 to this one.
-inline constexpr int kJukeboxVersion = 1;
-
-/// The decoded content of a jukebox file.
-struct JukeboxContent {
-  struct Folder {
-    std::uint32_t key = 0;
-    std::string text;
-    std::int32_t image = 0;
-    std::int32_t selected_image = 0;
-    std::uint32_t parent = 0;  ///< 0 at top level
-    bool open = false;
-    std::vector<std::int32_t> songs;
-  };
-
-  /// The file names of songs, in file order. There may be a million, so they share one string
-  /// buffer.
-  class Names {
-   public:
-    struct Name {
-      std::int32_t record;
-      std::string_view text;
-    };
-    void Add(std::int32_t record, std::string_view text) {
-      places_.push_back({record, text_.size()});
-      text_ += text;
-    }
-    std::size_t size() const noexcept { return places_.size(); }
-    /// \param index from 0; the returned text is valid until the next Add
-    Name operator[](std::size_t index) const {
-      const std::size_t begin = places_[index].begin;
-      const std::size_t end = index + 1 < size() ? places_[index + 1].begin : text_.size();
-      return {places_[index].record, std::string_view(text_).substr(begin, end - begin)};
-    }
-
-   private:
-    struct Place {
-      std::int32_t record;
-      std::size_t begin;
-    };
-    std::vector<Place> places_;
-    std::string text_;
-  };
-
-  std::vector<std::string> columns;
-  std::vector<Folder> folders;
-  Names names;
-};
-
-/// Maps record numbers to file names of songs.
-using SongNames = std::unordered_map<std::int32_t, std::string>;
-
-/// Encodes a jukebox as the bytes of a jukebox file.
-///
-/// \param absent file names of songs that the library does not have; these are written too
-std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>& columns,
-                          const clsMain& library, const SongNames& absent = {});
-
-/// Returns the names in a file of songs that are absent from the library or missing. They must be
-/// kept in case the library gets these songs again.
-SongNames AbsentNames(const JukeboxContent& content, const clsMain& library);
-
-/// Parses the bytes of a file. The result satisfies all rules of the format above.
-///
-/// \throws JukeboxFileError
-JukeboxContent DecodeJukebox(std::string_view bytes);
-
-/// Songs of a jukebox that was saved while record numbers were confused: the names in the file
-/// denote other songs than the numbers do.
-struct ConfusedSongs {
-  std::int32_t number = 0;  ///< record number of the first such song
-  std::string by_name;      ///< file name that the jukebox has for the number
-  std::string by_number;    ///< file name of the song that now has the number
-  std::size_t count = 0;    ///< number of such songs
-};
-
-/// Asks whether confused songs are those given by the names (true) or by the numbers (false).
-/// Returns no value when there is no answer.
-using ResolveConfusedSongs = std::function<std::optional<bool>(const ConfusedSongs&)>;
-
-/// The highest placeholder number. Placeholders go down from here. They replace the record number
-/// of an entry when neither its number nor its name denotes a song of the library, so that only the
-/// file name is known. Such an entry is hidden until the library has a song with that name.
-inline constexpr std::int32_t kFirstPlaceholder = clsMain::kFirstPlaceholder;
-inline constexpr bool IsNumberOfName(std::int32_t record) { return record <= kFirstPlaceholder; }
-
-/// Links the songs of a jukebox file to the library, by record number and file name.
-///
-/// For each name in the file:
-/// - If the song has returned under a new number, that number is used.
-/// - If the number denotes a present song, or a missing song that is remembered, and the file name
-///   matches, the number stays.
-/// - Otherwise the number becomes that of the only present song with the name, or else of the only
-///   remembered missing song with it.
-/// - If there is no such song, or several, the number stays when it is a placeholder or a row of
-///   the library without a present song. Otherwise the entry gets a placeholder number, see
-///   kFirstPlaceholder.
-///
-/// \param ask called once if numbers were repaired after the jukebox was saved and the jukebox has
-///            songs whose numbers were confused; may be empty. Without an answer the names are
-///            used.
-void RelinkSongs(JukeboxContent& content, const clsMain& library,
-                 const ResolveConfusedSongs& ask = {});
-
-/// Adds folders and songs to an empty tree. The entries have no labels yet; their icons show the
-/// ranks of the songs.
-void FillTree(const JukeboxContent& content, const clsMain& library, FolderTree& tree);
 
 }  // namespace tallow

@@ -10,7 +10,8 @@
 #include "jukebox/edit_history.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
-#include "jukebox/jukebox_file.h"
+#include "jukebox/jukebox_reader.h"
+#include "jukebox/jukebox_writer.h"
 #include "tests/library_fixture.h"
 #include "util/text.h"
 

@@ -10,6 +10,7 @@
 #include "jukebox/confused_songs.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
+#include "jukebox/jukebox_reader.h"
 #include "jukebox/song_search.h"
 #include "jukebox/sorting.h"
 #include "jukebox/unsaved_jukeboxes.h"

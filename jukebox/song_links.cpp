@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Links the entries of a jukebox file to songs of the library.
+#include "jukebox/song_links.h"
+
 #include <algorithm>
 #include <string>
 #include <unordered_map>
@@ -7,7 +9,6 @@
 #include <utility>
 #include <vector>
 
-#include "jukebox/jukebox_file.h"
 #include "util/path_text.h"
 
 namespace tallow {
@@ -26,24 +27,24 @@ class SongLinks {
     if (song == nullptr || song->now != 0 || !IsSamePathText(song->name, name)) return false;
     // Without a size the missing song cannot be recognized again, so prefer a present song of that
     // name.
-    return song->size != kUnknownSize || OnlyPresent(name) == 0;
+    return song->size != kUnknownSize || OnlyPresentRow(name) == 0;
   }
 
   /// Returns the number of the only song with a name; 0 when there is none or several.
   std::int32_t ByName(std::string_view name) const {
-    if (const std::int32_t row = OnlyPresent(name)) return row;
-    if (IsPresentOften(name)) return 0;
+    if (const std::int32_t row = OnlyPresentRow(name)) return row;
+    if (IsNameOfPresent(name)) return 0;
     const MissingSong* const song = library_.Missing().OnlyOfName(name);
     return song != nullptr ? song->number : 0;
   }
 
  private:
   /// Returns 0 when there is none or several.
-  std::int32_t OnlyPresent(std::string_view name) const {
+  std::int32_t OnlyPresentRow(std::string_view name) const {
     const auto found = Rows().find(PathKey(name));
     return found != Rows().end() ? found->second : 0;
   }
-  bool IsPresentOften(std::string_view name) const { return Rows().contains(PathKey(name)); }
+  bool IsNameOfPresent(std::string_view name) const { return Rows().contains(PathKey(name)); }
 
   /// Rows of the present songs, keyed by PathKey of their names; 0 when several songs share the
   /// name.
@@ -63,8 +64,8 @@ class SongLinks {
 
 /// Asks about songs whose numbers were confused when the jukebox was saved.
 /// \returns true to use the numbers, false to use the names
-bool NumbersCount(const JukeboxContent::Names& names, const clsMain& library,
-                  const ResolveConfusedSongs& ask) {
+bool AskWhetherToUseNumbers(const JukeboxContent::Names& names, const clsMain& library,
+                            const ResolveConfusedSongs& ask) {
   if (!ask || library.Repaired().IsEmpty()) return false;
   ConfusedSongs confused;
   for (std::size_t k = 0; k < names.size(); ++k) {
@@ -96,7 +97,7 @@ class PlaceholderGenerator {
       for (const std::int32_t song : folder.songs) Use(song);
   }
   void Use(std::int32_t record) {
-    if (IsNumberOfName(record)) used_.insert(record);
+    if (IsPlaceholder(record)) used_.insert(record);
   }
 
   const JukeboxContent& content_;
@@ -106,19 +107,19 @@ class PlaceholderGenerator {
 
 /// Whether an entry whose name matches no song can keep its number: the number must be a
 /// placeholder, or a row of the library without a present song.
-bool StaysWithItsNumber(std::int32_t record, const clsMain& library) {
-  if (IsNumberOfName(record)) return true;
+bool CanKeepNumber(std::int32_t record, const clsMain& library) {
+  if (IsPlaceholder(record)) return true;
   return record >= 1 && record <= library.UBoundOfMp3Array() && !library.IsPresent(record);
 }
 
 }  // namespace
 
 void RelinkSongs(JukeboxContent& content, const clsMain& library, const ResolveConfusedSongs& ask) {
-  const bool numbers_count = NumbersCount(content.names, library, ask);
+  const bool use_numbers = AskWhetherToUseNumbers(content.names, library, ask);
   const SongLinks links(library);
-  std::unordered_map<std::int32_t, std::int32_t> moved;
-  std::vector<std::pair<std::int32_t, std::string>> named;
-  PlaceholderGenerator numbers_of_names(content);
+  std::unordered_map<std::int32_t, std::int32_t> new_numbers;
+  std::vector<std::pair<std::int32_t, std::string>> added_names;
+  PlaceholderGenerator placeholders(content);
   const std::size_t count = content.names.size();
   for (std::size_t k = 0; k < count; ++k) {
     const auto [record, name] = content.names[k];
@@ -126,23 +127,24 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const ResolveC
     const ConfusedNumber* const confused = library.Repaired().Find(record);
     std::int32_t linked = now;
     if (confused != nullptr && confused->held == name)
-      linked = library.Missing().NumberNow(numbers_count ? record : confused->held_now);
+      linked = library.Missing().NumberNow(use_numbers ? record : confused->held_now);
     else if (!links.IsNamed(now, name))
       linked = links.ByName(name);
-    if (linked == 0) linked = StaysWithItsNumber(now, library) ? now : numbers_of_names.Next();
-    if (IsNumberOfName(linked) && linked != record) named.emplace_back(linked, name);
+    if (linked == 0) linked = CanKeepNumber(now, library) ? now : placeholders.Next();
+    if (IsPlaceholder(linked) && linked != record) added_names.emplace_back(linked, name);
     // If a number has two names, the last one is used.
-    moved.erase(record);
-    if (linked != record) moved[record] = linked;
+    new_numbers.erase(record);
+    if (linked != record) new_numbers[record] = linked;
   }
   // Entries without a name may refer to returned songs, too.
   for (const MissingSong& song : library.Missing().Songs())
-    if (song.now != 0) moved.emplace(song.number, library.Missing().NumberNow(song.number));
-  if (moved.empty()) return;
-  for (const auto& [record, name] : named) content.names.Add(record, name);
+    if (song.now != 0) new_numbers.emplace(song.number, library.Missing().NumberNow(song.number));
+  if (new_numbers.empty()) return;
+  for (const auto& [record, name] : added_names) content.names.Add(record, name);
   for (JukeboxContent::Folder& folder : content.folders)
     for (std::int32_t& song : folder.songs)
-      if (const auto found = moved.find(song); found != moved.end()) song = found->second;
+      if (const auto found = new_numbers.find(song); found != new_numbers.end())
+        song = found->second;
 }
 
 }  // namespace tallow

@@ -27,7 +27,7 @@ std::vector<Folder*> FoldersOf(const FolderTree& tree) {
 
 bool SongSearch::IsHit(std::int32_t record, const clsMain& library) {
   if (!library.IsPresent(record)) return false;
-  Match& match = known_[static_cast<std::size_t>(record)];
+  Match& match = matches_[static_cast<std::size_t>(record)];
   if (match == Match::kUnknown)
     match = ToLower(library.Mp3Info(kFileName, record)).find(last_looked_for_) != std::string::npos
                 ? Match::kYes
@@ -35,7 +35,7 @@ bool SongSearch::IsHit(std::int32_t record, const clsMain& library) {
   return match == Match::kYes;
 }
 
-SongSearch::Result SongSearch::EndOfWalk() {
+SongSearch::Result SongSearch::EndSearch() {
   last_ = -1;
   first_run_ = true;
   looking_for_the_last_node_ = false;
@@ -48,7 +48,7 @@ SongSearch::Result SongSearch::FindNext(std::string_view text, const FolderTree&
                                         const Folder& selected, const clsMain& library) {
   LookFor(text);
   const std::vector<Folder*> folders = FoldersOf(tree);
-  known_.assign(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1, Match::kUnknown);
+  matches_.assign(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1, Match::kUnknown);
   // Folders may have been removed since the last step, so the saved indexes may be out of range.
   if (start_ >= folders.size() || current_ >= folders.size()) first_run_ = true;
   if (first_run_) {
@@ -68,7 +68,7 @@ SongSearch::Result SongSearch::FindNext(std::string_view text, const FolderTree&
         return {&folder, row};
       }
     if (current_ == start_) {
-      if (looking_for_the_last_node_) return EndOfWalk();
+      if (looking_for_the_last_node_) return EndSearch();
       looking_for_the_last_node_ = true;
     }
     current_ = (current_ + 1) % folders.size();

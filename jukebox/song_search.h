@@ -53,15 +53,15 @@ class SongSearch {
   /// Cached comparison of a song's name with the search text, for one step.
   enum class Match : char { kUnknown, kNo, kYes };
   bool IsHit(std::int32_t record, const clsMain& library);
-  Result EndOfWalk();
+  Result EndSearch();
 
   bool looking_for_the_last_node_ = false;
   bool first_run_ = true;
   std::string last_looked_for_;
   std::size_t start_ = 0;  ///< index, from 0 in tree order, of the folder where the search started
-  std::size_t current_ = 0;   ///< index of the folder being searched
-  std::int32_t last_ = -1;    ///< position of the song found last; -1 for none
-  std::vector<Match> known_;  ///< indexed by record number
+  std::size_t current_ = 0;     ///< index of the folder being searched
+  std::int32_t last_ = -1;      ///< position of the song found last; -1 for none
+  std::vector<Match> matches_;  ///< indexed by record number
 };
 
 }  // namespace tallow

@@ -8,7 +8,6 @@
 #include <utility>
 
 #include "jukebox/jukebox.h"
-#include "jukebox/jukebox_file.h"
 #include "util/atomic_file.h"
 #include "util/errors.h"
 #include "util/file_system.h"
@@ -60,7 +59,7 @@ UnsavedJukebox Decode(const std::string& path) {
 }
 
 /// Renames a file to a backup. On failure the file stays.
-void KeepAside(const std::string& path) noexcept {
+void MoveAside(const std::string& path) noexcept {
   try {
     MoveToBackup(path);
   } catch (const std::exception&) {
@@ -130,7 +129,7 @@ std::vector<UnsavedJukebox> UnsavedJukeboxes::Find(std::vector<std::string>& pro
                          error.reason() + "). The next start offers them again.");
     } catch (const std::exception& error) {
       problems.push_back(UnreadableChanges(path, error.what()));
-      KeepAside(path);
+      MoveAside(path);
     }
   }
   return found;
@@ -144,7 +143,7 @@ bool UnsavedJukeboxes::IsSaved(const UnsavedJukebox& unsaved, const clsMain& lib
          ContentHash(own.Nodes()) == ContentHash(other.Nodes());
 }
 
-void UnsavedJukeboxes::Decline(const UnsavedJukebox& unsaved) noexcept { KeepAside(unsaved.path); }
+void UnsavedJukeboxes::Decline(const UnsavedJukebox& unsaved) noexcept { MoveAside(unsaved.path); }
 
 bool UnsavedJukeboxes::Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox,
                                const clsMain& library, const ResolveConfusedSongs& ask) {

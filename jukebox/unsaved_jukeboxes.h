@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "jukebox/jukebox_file.h"
+#include "jukebox/song_links.h"
 
 namespace tallow {
 

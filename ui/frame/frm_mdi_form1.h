@@ -119,7 +119,7 @@ class frmMDIForm1 : public QMainWindow, private PlayWindows, private NewSongsWin
   void SendEditCommand(TreeCommand of_tree, ListCommand of_list);
   void OpenWaitingFiles();
   void ComeToFront();
-  void UndoOtherHalf(frmMain& window, EditHistory::Half half, bool back);
+  void UndoOtherHalf(frmMain& window, EditHistory::MoveLink link, bool back);
   /// Calls `act`, which refills the lists of all jukeboxes, and then restores each list's selection
   /// and scroll position.
   void KeepPlaces(const std::function<void()>& act);

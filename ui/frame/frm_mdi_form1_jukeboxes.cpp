@@ -110,32 +110,33 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
     area_->setActiveSubWindow(sub);
     return documents_->Save(window->Jukebox());
   });
-  connect(
-      window, &frmMain::LinkedStepDone, this,
-      [this, window](EditHistory::Half half, bool back) { UndoOtherHalf(*window, half, back); });
+  connect(window, &frmMain::LinkedStepDone, this,
+          [this, window](EditHistory::MoveLink link, bool back) {
+            UndoOtherHalf(*window, link, back);
+          });
   connect(window, &frmMain::SongsReturned, this, &frmMDIForm1::FollowSongs);
   connect(window, &frmMain::ChangeBackgroundPicture, this, &frmMDIForm1::ChangeBackgroundPicture);
   connect(window, &frmMain::PlaySongs, this, &frmMDIForm1::PlaySongs);
   return *window;
 }
 
-void frmMDIForm1::UndoOtherHalf(frmMain& window, EditHistory::Half half, bool back) {
-  using State = EditHistory::HalfState;
-  State other_half = State::kForgotten;
+void frmMDIForm1::UndoOtherHalf(frmMain& window, EditHistory::MoveLink link, bool back) {
+  using State = EditHistory::LinkedStepState;
+  State other_half = State::kNone;
   statusBar()->clearMessage();
   for (Jukebox* const jukebox : OpenJukeboxes()) {
     frmMain* const other = WindowOf(*jukebox);
     if (other == &window) continue;
-    if (other->PVExplorer1().StepHalf(half.pair, back)) return;
-    const State state = jukebox->History().StateOfHalf(half.pair);
-    if (state != State::kForgotten) other_half = state;
+    if (other->PVExplorer1().StepHalf(link.move, back)) return;
+    const State state = jukebox->History().StateOfLinkedStep(link.move);
+    if (state != State::kNone) other_half = state;
   }
   if (other_half == (back ? State::kUndone : State::kDone)) return;
   const std::string step = back ? "undone" : "done again";
   // A step that removes content here is reverted, because the content would be in neither jukebox.
   // But a step whose other half is forgotten must not block the undo of earlier steps.
-  const bool takes_away = half.takes != back;
-  const bool bars = other_half == State::kForgotten && back;
+  const bool takes_away = link.is_source != back;
+  const bool bars = other_half == State::kNone && back;
   const auto tell = [this](const std::string& text) {
     // The message is about this step only, and the next step may follow at once.
     constexpr int kShown = 20 * 1000;
@@ -145,9 +146,9 @@ void frmMDIForm1::UndoOtherHalf(frmMain& window, EditHistory::Half half, bool ba
   if (!takes_away || bars)
     return tell("Only the half of this move that is in " + window.Jukebox().Caption() + " was " +
                 step + ": the other jukebox has changed since, or was closed.");
-  window.PVExplorer1().StepHalf(half.pair, !back);
+  window.PVExplorer1().StepHalf(link.move, !back);
   tell("The move between two jukeboxes was not " + step +
-       (other_half == State::kForgotten
+       (other_half == State::kNone
             ? ": the other jukebox has changed since, or was closed."
             : ": the other jukebox has changed since. Go back there first."));
 }

@@ -97,7 +97,7 @@ class frmMain : public QWidget {
   /// A command of a pop-up menu is about to run, given by its number.
   void PopUpClick(int item, int pane);
   /// See PVExplorer::LinkedStepDone.
-  void LinkedStepDone(tallow::EditHistory::Half half, bool back);
+  void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
   /// The user wants to open the dialog for the background picture.
   void ChangeBackgroundPicture();
 

@@ -153,7 +153,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// \param paths in the encoding of the file system
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
   /// One half of a move between two windows was undone or redone.
-  void LinkedStepDone(tallow::EditHistory::Half half, bool back);
+  void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
   /// An operation failed; the lines say why.
   void Problem(const QStringList& lines);
 

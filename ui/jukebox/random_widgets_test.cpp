@@ -26,8 +26,8 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     // Connects the windows as the frame does.
     for (const auto& [each, its_other] : {std::pair(&window, &other), std::pair(&other, &window)})
       QObject::connect(each, &frmMain::LinkedStepDone,
-                       [this, into = its_other](EditHistory::Half half, bool back) {
-                         halves += into->PVExplorer1().StepHalf(half.pair, back) ? 1 : 0;
+                       [this, into = its_other](EditHistory::MoveLink link, bool back) {
+                         halves += into->PVExplorer1().StepHalf(link.move, back) ? 1 : 0;
                        });
     other.Jukebox().AddColumnHeader(kNameHeader);
     other.Jukebox().AddColumnHeader(kKeyHeader);

@@ -12,22 +12,22 @@ void ExplorerSteps::Undo() { StepAndEmit(true); }
 
 void ExplorerSteps::Redo() { StepAndEmit(false); }
 
-bool ExplorerSteps::StepHalf(std::uint64_t pair, bool back) {
-  if (NextHalf(back).pair != pair) return false;
+bool ExplorerSteps::StepHalf(std::uint64_t move, bool back) {
+  if (NextLink(back).move != move) return false;
   Step(back);
   return true;
 }
 
-/// Returns which half of a move between two windows the next step is; pair 0 for none.
-EditHistory::Half ExplorerSteps::NextHalf(bool back) {
+/// Returns the link of the next step to the move between two windows that it is part of; 0 for none.
+EditHistory::MoveLink ExplorerSteps::NextLink(bool back) {
   const EditHistory& history = jukebox_.History();
-  return back ? history.HalfToUndo() : history.HalfToRedo();
+  return back ? history.LinkToUndo() : history.LinkToRedo();
 }
 
 void ExplorerSteps::StepAndEmit(bool back) {
-  const EditHistory::Half half = NextHalf(back);
+  const EditHistory::MoveLink link = NextLink(back);
   Step(back);
-  if (half.pair != 0) emit LinkedStepDone(half, back);
+  if (link.move != 0) emit LinkedStepDone(link, back);
 }
 
 void ExplorerSteps::Step(bool back) {
@@ -44,9 +44,9 @@ void ExplorerSteps::Step(bool back) {
   // from the step.
   const EditHistory::SongChange change =
       jukebox_.History().LastSongChange(*jukebox_.selectednode());
-  if (songs_.Select(change.brought)) return;
-  if (change.taken >= 0) {
-    songs_.SelectNear(change.taken);
+  if (songs_.Select(change.added)) return;
+  if (change.first_removed_at >= 0) {
+    songs_.SelectNear(change.first_removed_at);
   } else if (change.any && !other_folder) {
     // A sort was undone or redone: the entries hold different songs now.
     songs_.Follow(before);

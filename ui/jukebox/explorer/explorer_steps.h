@@ -25,17 +25,17 @@ class ExplorerSteps : public QObject {
   void Undo();
   void Redo();
   /// Undoes or redoes one half of a move between two windows, without emitting LinkedStepDone.
-  /// \param pair identifies the move
+  /// \param move identifies the move
   /// \param back whether to undo
   /// \returns false if that half is not the next step in this window
-  bool StepHalf(std::uint64_t pair, bool back);
+  bool StepHalf(std::uint64_t move, bool back);
 
  signals:
   /// One half of a move between two windows was undone or redone.
-  void LinkedStepDone(tallow::EditHistory::Half half, bool back);
+  void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
 
  private:
-  EditHistory::Half NextHalf(bool back);
+  EditHistory::MoveLink NextLink(bool back);
   void Step(bool back);
   void StepAndEmit(bool back);
   bool ShowFolderOf(const Jukebox::StepResult& result);

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "jukebox/jukebox_file.h"
+#include "jukebox/jukebox_format.h"
 
 #include <random>
 
 #include "jukebox/folder_tree.h"
+#include "jukebox/jukebox_reader.h"
+#include "jukebox/jukebox_writer.h"
+#include "jukebox/song_links.h"
 #include "tests/library_fixture.h"
 
 namespace tallow {
@@ -11,7 +14,7 @@ namespace {
 
 using namespace std::string_literals;
 
-class JukeboxFile : public LibraryTest {
+class JukeboxFormat : public LibraryTest {
  protected:
   std::string Encode() const { return EncodeJukebox(tree, columns, library); }
   /// Returns what is wrong with a file; empty when the file is valid.
@@ -53,7 +56,7 @@ class JukeboxFile : public LibraryTest {
   std::vector<std::string> columns{"Name    --        (click to sort)", "Key"};
 };
 
-TEST_F(JukeboxFile, IsWrittenAsItIsDocumented) {
+TEST_F(JukeboxFormat, IsWrittenAsItIsDocumented) {
   for (const char* const name : {"a.mp3", "b.mp3", "c.mp3"}) AddSong("/m/", name);
   Folder& all = tree.AddChild(nullptr, "All Songs");
   for (const int song : {1, 2, 3}) all.Items().emplace_back(song, 2);
@@ -75,14 +78,14 @@ TEST_F(JukeboxFile, IsWrittenAsItIsDocumented) {
   EXPECT_EQ(Encode(), expected);
 }
 
-TEST_F(JukeboxFile, AnEmptyJukeboxComesBackEmpty) {
+TEST_F(JukeboxFormat, AnEmptyJukeboxComesBackEmpty) {
   const JukeboxContent content = DecodeJukebox(Encode());
   EXPECT_EQ(content.columns, columns);
   EXPECT_TRUE(content.folders.empty());
   EXPECT_EQ(content.names.size(), 0U);
 }
 
-TEST_F(JukeboxFile, AnyTextSurvivesSavingAndLoading) {
+TEST_F(JukeboxFormat, AnyTextSurvivesSavingAndLoading) {
   const std::string texts[] = {"",
                                "a\0b\0"s,
                                "[x] {y} \"z\" \\ /",
@@ -109,7 +112,7 @@ TEST_F(JukeboxFile, AnyTextSurvivesSavingAndLoading) {
   }
 }
 
-TEST_F(JukeboxFile, RandomTreesSurviveSavingAndLoading) {
+TEST_F(JukeboxFormat, RandomTreesSurviveSavingAndLoading) {
   for (int k = 0; k < 50; ++k)
     AddSong("/m/", std::to_string(k) + ".mp3", "1", std::to_string(2 + k % 6));
   std::mt19937 random(7);
@@ -138,7 +141,7 @@ TEST_F(JukeboxFile, RandomTreesSurviveSavingAndLoading) {
   }
 }
 
-TEST_F(JukeboxFile, FilesThatAreNoJukeboxAreRefused) {
+TEST_F(JukeboxFormat, FilesThatAreNoJukeboxAreRefused) {
   EXPECT_EQ(ProblemOf(""), "at byte 1 it is damaged or cut off");
   EXPECT_EQ(ProblemOf("hello"), "at byte 1 it is damaged or cut off");
   for (const char* const other : {"{}", "[]", "[[[[", "1", "\"x\"", "null", "true", "1.5",
@@ -152,7 +155,7 @@ TEST_F(JukeboxFile, FilesThatAreNoJukeboxAreRefused) {
   EXPECT_NE(ProblemOf(R"({"format":7,"version":1})"), "");
 }
 
-TEST_F(JukeboxFile, EveryTruncationIsDetected) {
+TEST_F(JukeboxFormat, EveryTruncationIsDetected) {
   AddSong("/m/", "a.mp3");
   tree.AddChild(nullptr, "All Songs").Items().emplace_back(1, 2);
   const std::string bytes = Encode();
@@ -162,7 +165,7 @@ TEST_F(JukeboxFile, EveryTruncationIsDetected) {
     EXPECT_NE(ProblemOf(bytes.substr(0, length)), "") << length;
 }
 
-TEST_F(JukeboxFile, FoldersMustFormATree) {
+TEST_F(JukeboxFormat, FoldersMustFormATree) {
   EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(2, 1))), "");
   EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(1, 0))),
             "the folder 'x' has the key of another one");
@@ -172,7 +175,7 @@ TEST_F(JukeboxFile, FoldersMustFormATree) {
   EXPECT_EQ(ProblemOf(File(FolderText(1, 2) + "," + FolderText(2, 1))), lost);
 }
 
-TEST_F(JukeboxFile, FoldersMayLieAThousandDeepAndNoDeeper) {
+TEST_F(JukeboxFormat, FoldersMayLieAThousandDeepAndNoDeeper) {
   std::string folders = FolderText(1, 0);
   for (int key = 2; key <= 1001; ++key) folders += "," + FolderText(key, key - 1);
   EXPECT_EQ(ProblemOf(File(folders)), "");
@@ -180,7 +183,7 @@ TEST_F(JukeboxFile, FoldersMayLieAThousandDeepAndNoDeeper) {
             "the folder 'x' lies too deep");
 }
 
-TEST_F(JukeboxFile, InvalidMembersAreRefused) {
+TEST_F(JukeboxFormat, InvalidMembersAreRefused) {
   EXPECT_EQ(ProblemOf(File(R"({"key":1,"text":"x","parent":0,"open":false})")),
             "folder 1 is not complete");
   EXPECT_EQ(ProblemOf(File("{}")), "folder 1 is not complete");
@@ -197,7 +200,7 @@ TEST_F(JukeboxFile, InvalidMembersAreRefused) {
   EXPECT_NE(ProblemOf(R"({"format":"Tallow jukebox","version":1,"names":{"1":2}})"), "");
 }
 
-TEST_F(JukeboxFile, MissingOrDuplicateMembersAreRefused) {
+TEST_F(JukeboxFormat, MissingOrDuplicateMembersAreRefused) {
   const std::string head = R"({"format":"Tallow jukebox","version":1)";
   EXPECT_EQ(ProblemOf(head + "}"), "it is not a jukebox file");
   EXPECT_EQ(ProblemOf(head + R"(,"folders":[]})"), "");
@@ -216,7 +219,7 @@ TEST_F(JukeboxFile, MissingOrDuplicateMembersAreRefused) {
             "there is no format 0");
 }
 
-TEST_F(JukeboxFile, MisplacedArraysAndObjectsAreRefused) {
+TEST_F(JukeboxFormat, MisplacedArraysAndObjectsAreRefused) {
   const std::string head = R"({"format":"Tallow jukebox","version":1)";
   for (const char* const wrong :
        {R"("folders":{})", R"("folders":[[]])", R"("folders":[],"names":[])",
@@ -231,7 +234,7 @@ TEST_F(JukeboxFile, MisplacedArraysAndObjectsAreRefused) {
       EXPECT_NE(ProblemOf(File("{\"" + std::string(member) + "\":" + value + "}")), "") << member;
 }
 
-TEST_F(JukeboxFile, NamesOfSongsThatTheLibraryDoesNotHaveAreKept) {
+TEST_F(JukeboxFormat, NamesOfSongsThatTheLibraryDoesNotHaveAreKept) {
   AddSong("/m/", "a.mp3");
   AddSong("0", "0", "0");
   JukeboxContent content;
@@ -251,7 +254,7 @@ TEST_F(JukeboxFile, NamesOfSongsThatTheLibraryDoesNotHaveAreKept) {
   EXPECT_EQ(again.names[2].text, "forty.mp3");
 }
 
-TEST_F(JukeboxFile, UnknownMembersAreIgnored) {
+TEST_F(JukeboxFormat, UnknownMembersAreIgnored) {
   const std::string more =
       R"(,"later":{"a":[1,[2,{"b":null}],true,1.5,"x"],"folders":[{"key":9}]},"also":3)";
   const JukeboxContent content = DecodeJukebox(File(FolderText(1, 0, "4,5"), more));
@@ -259,13 +262,13 @@ TEST_F(JukeboxFile, UnknownMembersAreIgnored) {
   EXPECT_EQ(content.folders[0].songs, (std::vector<std::int32_t>{4, 5}));
 }
 
-TEST_F(JukeboxFile, DeepNestingOfUnknownMembersIsAccepted) {
+TEST_F(JukeboxFormat, DeepNestingOfUnknownMembersIsAccepted) {
   const std::string deep = std::string(200000, '[') + std::string(200000, ']');
   EXPECT_EQ(ProblemOf(File("", ",\"later\":" + deep)), "");
   EXPECT_NE(ProblemOf(std::string(200000, '[')), "");
 }
 
-TEST_F(JukeboxFile, ASongWithAnotherNumberIsFoundByItsName) {
+TEST_F(JukeboxFormat, ASongWithAnotherNumberIsFoundByItsName) {
   AddSong("/m/", "now another.mp3");
   AddSong("/m/", "a.mp3");
   AddSong("/m/", "twice.mp3");
@@ -300,7 +303,7 @@ TEST_F(JukeboxFile, ASongWithAnotherNumberIsFoundByItsName) {
   EXPECT_EQ(content.folders[0].songs[2], 7);
 }
 
-TEST_F(JukeboxFile, NumbersInUnknownMembersMayHaveAnySize) {
+TEST_F(JukeboxFormat, NumbersInUnknownMembersMayHaveAnySize) {
   EXPECT_EQ(ProblemOf(File("", R"(,"later":9300000000000000000,"added":[1732200000000])")), "");
   EXPECT_EQ(ProblemOf(File(R"({"key":1,"text":"x","parent":0,"open":true,"songs":[],)"
                            R"("added":1732200000000,"size":9300000000000000000})")),
@@ -308,7 +311,7 @@ TEST_F(JukeboxFile, NumbersInUnknownMembersMayHaveAnySize) {
   EXPECT_EQ(ProblemOf(File(R"({"key":9300000000000000000})")), "a number is too large");
 }
 
-TEST_F(JukeboxFile, DataAfterTheEndIsRefused) {
+TEST_F(JukeboxFormat, DataAfterTheEndIsRefused) {
   const std::string whole = File(FolderText(1, 0));
   ASSERT_EQ(ProblemOf(whole), "");
   EXPECT_EQ(ProblemOf(whole + " \n\t"), "");
@@ -318,7 +321,7 @@ TEST_F(JukeboxFile, DataAfterTheEndIsRefused) {
             "at byte " + std::to_string(whole.size() + 1) + " it is damaged or cut off");
 }
 
-TEST_F(JukeboxFile, SongsAreNamedByWholeNumbersOnly) {
+TEST_F(JukeboxFormat, SongsAreNamedByWholeNumbersOnly) {
   const auto named = [](const std::string& record) {
     return R"({"format":"Tallow jukebox","version":1,"folders":[],"names":{")" + record +
            R"(":"a.mp3"}})";
@@ -330,7 +333,7 @@ TEST_F(JukeboxFile, SongsAreNamedByWholeNumbersOnly) {
     EXPECT_EQ(ProblemOf(named(other)), "'" + std::string(other) + "' is no record number");
 }
 
-TEST_F(JukeboxFile, TextsThatAreNoUtf8AreRefused) {
+TEST_F(JukeboxFormat, TextsThatAreNoUtf8AreRefused) {
   EXPECT_NE(ProblemOf(File(FolderText(1, 0), ",\"x\":\"\xFF\"")), "");
   EXPECT_NE(ProblemOf(File(FolderText(1, 0), R"(,"x":"\uD800")")), "");
   // A byte order mark, which some editors write, is accepted.

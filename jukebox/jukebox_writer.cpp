@@ -1,0 +1,115 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "jukebox/jukebox_writer.h"
+
+#include <charconv>
+#include <cstddef>
+#include <cstdint>
+#include <set>
+#include <string_view>
+#include <utility>
+
+#include "jukebox/folder_tree.h"
+#include "library/cls_main.h"
+#include "util/json_text.h"
+
+namespace tallow {
+namespace {
+
+void AppendNumber(std::string& to, std::int64_t number) {
+  char digits[24];
+  const auto end = std::to_chars(digits, digits + sizeof digits, number).ptr;
+  to.append(digits, end);
+}
+
+/// The record numbers that a jukebox uses.
+struct UsedRecords {
+  /// Indexed by record number, up to the last row of the library.
+  std::vector<bool> rows;
+  std::set<std::int32_t> unknown_rows;  ///< numbers outside the library
+};
+
+/// Appends record numbers, separated by commas, and marks them as used. There may be hundreds of
+/// thousands, so the memory for all is allocated at once.
+void AppendSongs(std::string& to, const std::vector<SongEntry>& songs, UsedRecords& used) {
+  constexpr std::size_t kMaxDigits = 11;  // "-2147483648"
+  const std::size_t before = to.size();
+  to.resize(before + songs.size() * (kMaxDigits + 1));
+  char* end = to.data() + before;
+  for (const SongEntry& entry : songs) {
+    end = std::to_chars(end, end + kMaxDigits, entry.SubItem()).ptr;
+    *end++ = ',';
+    const auto record = static_cast<std::size_t>(entry.SubItem());
+    if (entry.SubItem() >= 1 && record < used.rows.size())
+      used.rows[record] = true;
+    else
+      used.unknown_rows.insert(entry.SubItem());
+  }
+  // Drop the last comma.
+  const auto length = static_cast<std::size_t>(end - to.data());
+  to.resize(songs.empty() ? length : length - 1);
+}
+
+void AppendFolders(std::string& to, const Folder& folder, std::uint32_t parent, std::uint32_t& key,
+                   UsedRecords& used) {
+  const std::uint32_t own = ++key;
+  to += own == 1 ? "\n{\"key\":" : ",\n{\"key\":";
+  AppendNumber(to, own);
+  to += ",\"text\":";
+  AppendJsonText(to, folder.Text());
+  to += ",\"image\":";
+  AppendNumber(to, folder.Image());
+  to += ",\"selectedImage\":";
+  AppendNumber(to, folder.SelectedImage());
+  to += ",\"parent\":";
+  AppendNumber(to, parent);
+  to += folder.Open() ? ",\"open\":true,\"songs\":[" : ",\"open\":false,\"songs\":[";
+  AppendSongs(to, folder.Items(), used);
+  to += "]}";
+  for (std::int32_t k = 0; k < folder.Children(); ++k)
+    AppendFolders(to, folder.ChildAt(k), own, key, used);
+}
+
+}  // namespace
+
+std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>& columns,
+                          const clsMain& library, const SongNames& absent) {
+  std::string bytes = "{\"format\":\"" + std::string(kJukeboxFormat) + "\",\"version\":";
+  AppendNumber(bytes, kJukeboxVersion);
+  bytes += ",\n\"columns\":[";
+  for (std::size_t k = 0; k < columns.size(); ++k) {
+    if (k > 0) bytes += ',';
+    AppendJsonText(bytes, columns[k]);
+  }
+  bytes += "],\n\"folders\":[";
+  std::uint32_t key = 0;
+  UsedRecords used;
+  used.rows.resize(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1);
+  for (std::int32_t k = 0; k < tree.Children(); ++k)
+    AppendFolders(bytes, tree.ChildAt(k), 0, key, used);
+  bytes += "],\n\"names\":{";
+  bool first = true;
+  const auto add = [&](std::int32_t record, std::string_view name) {
+    bytes += std::exchange(first, false) ? "\n\"" : ",\n\"";
+    AppendNumber(bytes, record);
+    bytes += "\":";
+    AppendJsonText(bytes, name);
+  };
+  for (std::size_t row = 1; row < used.rows.size(); ++row) {
+    if (!used.rows[row]) continue;
+    const auto record = static_cast<std::int32_t>(row);
+    const auto known = absent.find(record);
+    const MissingSong* const missing = library.Missing().Find(record);
+    if (library.IsPresent(record))
+      add(record, library.Mp3Info(kFileName, record));
+    else if (missing != nullptr)
+      add(record, missing->name);
+    else if (known != absent.end())
+      add(record, known->second);
+  }
+  for (const std::int32_t record : used.unknown_rows)
+    if (const auto known = absent.find(record); known != absent.end()) add(record, known->second);
+  bytes += "}}\n";
+  return bytes;
+}
+
+}  // namespace tallow

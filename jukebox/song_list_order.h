@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string_view>
+
+namespace tallow {
+
+class EditHistory;
+class Folder;
+class clsMain;
+
+/// The sort order of the shown list. Successive clicks on a column header cycle through four
+/// orders: file name ascending, file name descending, best rank first, worst rank first.
+class SongListOrder {
+ public:
+  /// 0 not sorted yet, 1 to 4 the order that the next click applies.
+  int State() const noexcept { return state_; }
+  /// Starts again with the first order.
+  void Reset() noexcept { state_ = 0; }
+
+  /// Sorts the shown songs of a folder by the next order, as one step of the history. The entries
+  /// stay and the songs move between them; hidden songs stay where they are.
+  ///
+  /// \returns the header of the name column for this order
+  /// \throws TypeMismatchError, OverflowError from the sort by rank when a rank is not a number.
+  /// Some songs may then have moved, which is a step of the history too; the order stays the next.
+  std::string_view SortByNext(Folder& folder, const clsMain& library, EditHistory& history);
+
+ private:
+  int state_ = 0;
+};
+
+}  // namespace tallow
