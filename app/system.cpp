@@ -77,8 +77,7 @@ bool System::Main(const RuntimeFile& runtime_file) {
     TakeProblems();
     OpenFirstJukebox();
     ClearMissingPlayer();
-    bool sorted = false;
-    tallow_.library.Sort(true, false, kRecordNumber, sorted);
+    tallow_.library.SortByRecord();
     TakeProblems();
     tallow_.help_file = HelpFilePath(tallow_.application_folder);
     windows_.UnloadSplash();

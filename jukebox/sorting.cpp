@@ -204,10 +204,7 @@ std::string FilingCancelledLine() {
 bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
                           std::span<Jukebox* const> windows, const TagCache* found_tags,
                           const FilingProgress& progress) {
-  if (!skip_sort) {
-    bool sorted = false;
-    library.Sort(true, false, kRecordNumber, sorted);
-  }
+  if (!skip_sort) library.SortByRecord();
   std::vector<std::string> problems;
   Filed filed = Filed::kAll;
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {

@@ -63,13 +63,21 @@ void clsMain::RenumberBasedOnArrayNumber() {
 
 bool clsMain::Sort(bool ascending, const bool& as_text, std::int16_t column, bool& result) {
   result = IsDimensioned();
-  if (!result) return result;
+  SortRows(ascending, as_text, column);
+  return result;
+}
+
+void clsMain::SortByRecord() { SortRows(true, false, kRecordNumber); }
+
+void clsMain::SortByName() { SortRows(true, true, kFileName); }
+
+void clsMain::SortRows(bool ascending, bool as_text, std::int16_t column) {
+  if (!IsDimensioned()) return;
   const auto routine = ascending ? (as_text ? &SortCity::QuickSortStringsAscending
                                             : &SortCity::QuickSortNumericAscending)
                                  : (as_text ? &SortCity::QuickSortStringsDescending
                                             : &SortCity::QuickSortNumericDecending);
   routine(table_, 1, table_.rows(), column, kSongColumns);
-  return result;
 }
 
 void clsMain::Mp3Info(std::int32_t column, std::int32_t row, std::string_view value) {
@@ -232,8 +240,7 @@ void clsMain::WriteOutMp3DirectoryLocations() {
   Save();
   list_error_.clear();
   try {
-    bool sorted = false;
-    Sort(true, true, kFileLocation, sorted);
+    SortRows(true, true, kFileLocation);
     std::string lines;
     std::string_view previous;
     for (std::int32_t row = 1; row <= table_.rows(); ++row) {
@@ -251,8 +258,7 @@ void clsMain::WriteOutMp3DirectoryLocations() {
     list_error_ = error.what();
   }
   try {
-    bool sorted = false;
-    Sort(true, false, kRecordNumber, sorted);
+    SortByRecord();
   } catch (const TypeMismatchError&) {
     // A row has no valid record number: the rows stay in the order reached so far, without an
     // error.

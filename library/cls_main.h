@@ -140,6 +140,14 @@ class clsMain {
   /// \throws TypeMismatchError, OverflowError from a numeric sort when a cell is not a number
   bool Sort(bool ascending, const bool& as_text, std::int16_t column, bool& result);
 
+  /// Sorts the rows by record number, smallest first. Does nothing when there are no rows.
+  ///
+  /// \throws TypeMismatchError, OverflowError when a record number is not a number
+  void SortByRecord();
+
+  /// Sorts the rows by lower-cased file name, smallest first. Does nothing when there are no rows.
+  void SortByName();
+
   /// Sets one cell. The table grows to the row if needed.
   ///
   /// \param column 1 to 12
@@ -355,6 +363,7 @@ class clsMain {
   void AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
                               KnownSongs& known);
   void ResizeRows(std::int32_t rows) { table_.Resize(rows); }
+  void SortRows(bool ascending, bool as_text, std::int16_t column);
   bool IsDimensioned() const noexcept { return table_.rows() > 0; }
   /// Whether the table equals the library file on disk.
   bool IsOnDisk() const;

@@ -260,8 +260,7 @@ void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
                    std::make_move_iterator(left_out.end()));
   if (scan_.kind == ScanKind::kFiles)
     scan_.left_out += static_cast<std::int32_t>(left_out_.size() - before);
-  bool sorted = false;
-  Sort(true, false, kRecordNumber, sorted);
+  SortByRecord();
   table_.Pack();
   if (table_.rows() <= old_count) return;
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row)
@@ -323,8 +322,7 @@ void clsMain::TakeSearchedSongs(std::int32_t old_count) {
     LoadMemory();
     missing_.Clear();
     repaired_.Clear();
-    bool sorted = false;
-    Sort(true, true, kFileName, sorted);
+    SortByName();
   }
   DeleteIdenticalFileNamesAndPaths(old_count);
   RenumberBasedOnArrayNumber();
