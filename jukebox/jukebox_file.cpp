@@ -14,7 +14,6 @@
 #include "library/cls_main.h"
 #include "util/errors.h"
 #include "util/json_text.h"
-#include "util/number.h"
 #include "util/path_text.h"
 #include "util/text.h"
 
@@ -337,7 +336,7 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
     const auto known = absent.find(record);
     const MissingSong* const missing = library.Missing().Find(record);
     if (library.IsPresent(record))
-      add(record, library.Mp3Info(kFileName, record));
+      add(record, library.Song(record).Name());
     else if (missing != nullptr)
       add(record, missing->name);
     else if (known != absent.end())
@@ -381,11 +380,8 @@ void FillTree(const JukeboxContent& content, const clsMain& library, FolderTree&
     folder.Open(from.open);
     folders.emplace(from.key, &folder);
     folder.Items().reserve(from.songs.size());
-    for (const std::int32_t song : from.songs) {
-      const bool has_row = song >= 1 && song <= library.UBoundOfMp3Array();
-      const std::int32_t rank = has_row ? NumericValue(library.Mp3Info(kSongRank, song)) : 0;
-      folder.Items().emplace_back(song, rank);
-    }
+    for (const std::int32_t song : from.songs)
+      folder.Items().emplace_back(song, library.Song(song).Rank());
   }
 }
 

@@ -21,6 +21,7 @@
 #include "library/record_repair.h"
 #include "library/scan_report.h"
 #include "library/song_table.h"
+#include "library/song_view.h"
 #include "library/state_file.h"
 #include "library/unanswered_places.h"
 #include "library/unread_folders.h"
@@ -162,6 +163,9 @@ class clsMain {
   /// \throws SubscriptError when the cell does not exist
   std::string_view Mp3Info(std::int32_t column, std::int32_t row) const;
 
+  /// The song of a row; any number is allowed, see SongView.
+  SongView Song(std::int32_t record) const noexcept { return {table_, record}; }
+
   /// The number of rows.
   std::int32_t UBoundOfMp3Array() const noexcept { return table_.rows(); }
 
@@ -210,11 +214,9 @@ class clsMain {
   bool RepairRecordNumbers();
 
   /// Whether the song with a record number is present or away; false when there is no such row.
-  bool IsPresent(std::int32_t record) const;
+  bool IsPresent(std::int32_t record) const { return Song(record).IsPresent(); }
   /// Whether the song with a record number is away: present, but its file could not be checked.
-  bool IsAway(std::int32_t record) const {
-    return record >= 1 && record <= table_.rows() && table_.Facts(record).away != 0;
-  }
+  bool IsAway(std::int32_t record) const { return Song(record).IsAway(); }
   /// Whether jukeboxes keep the entries of a song but do not show them: the song is missing and
   /// remembered, or only its name is known.
   bool IsHidden(std::int32_t record) const {

@@ -11,7 +11,6 @@
 #include "library/library_check.h"
 #include "util/atomic_file.h"
 #include "util/errors.h"
-#include "util/number.h"
 #include "util/path_text.h"
 
 namespace tallow {
@@ -114,12 +113,6 @@ bool clsMain::RepairRecordNumbers() {
   return true;
 }
 
-bool clsMain::IsPresent(std::int32_t record) const {
-  if (record < 1 || record > table_.rows()) return false;
-  const std::string_view flag = table_.Cell(kFileIsThere, record);
-  return flag == "1" || NumericValue(flag) != 0;
-}
-
 std::uint32_t clsMain::AwayReason(AwayKind kind, std::string_view place, std::string_view problem) {
   Reason reason{kind, std::string(place), std::string(problem)};
   // Search backwards: consecutive songs of a folder have the same reason.
@@ -169,10 +162,7 @@ void clsMain::GoOnOrStop() {
   if (go_on_ && !go_on_({})) throw Stopped();
 }
 
-FileStatus clsMain::LookAtSong(std::int32_t record) {
-  return Look(
-      std::string(table_.Cell(kFileLocation, record)).append(table_.Cell(kFileName, record)));
-}
+FileStatus clsMain::LookAtSong(std::int32_t record) { return Look(Song(record).Path()); }
 
 bool clsMain::RecheckSong(std::int32_t record) {
   if (!IsPresent(record) || LookAtSong(record).presence != FilePresence::kThere) return false;
@@ -262,8 +252,7 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
   for (std::size_t k = 0; k < rows.size(); ++k) {
     if (is_back[k]) continue;
     const std::int32_t row = rows[k];
-    std::string path =
-        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row));
+    std::string path = Song(row).Path();
     BlankRow(row);
     // BlankRow keeps the row when the song cannot be saved as missing.
     if (!IsPresent(row)) forgotten.insert(std::move(path));
@@ -294,8 +283,7 @@ void clsMain::BeginScan(ScanKind kind) {
 }
 
 void clsMain::LeaveOut(const std::string& path, std::int32_t record) {
-  const std::string song =
-      std::string(table_.Cell(kFileLocation, record)).append(table_.Cell(kFileName, record));
+  const std::string song = Song(record).Path();
   const bool is_known = IsSamePathText(path, song) ||
                         std::any_of(left_out_.begin(), left_out_.end(),
                                     [&](const LeftOutFile& file) { return file.path == path; });
@@ -429,10 +417,9 @@ void clsMain::WriteCompanion(const CompanionHeader& header) {
 
 void clsMain::SetSize(std::int32_t row, std::string_view folder, std::string_view name,
                       std::int64_t size) {
-  if (row < 1 || row > table_.rows() || table_.Cell(kFileLocation, row) != folder ||
-      table_.Cell(kFileName, row) != name)
-    return;
-  table_.Facts(row).size = size;
+  const SongView song = Song(row);
+  if (song.Exists() && song.Folder() == folder && song.Name() == name)
+    table_.Facts(row).size = size;
 }
 
 void clsMain::SaveFacts() {
