@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "library/folder_scan.h"
 #include "library/library_check.h"
 #include "util/atomic_file.h"
 #include "util/day.h"
@@ -49,9 +50,9 @@ std::int32_t clsMain::AddSong(std::string_view folder, std::string_view name, st
   const std::int32_t row = UBoundOfMp3Array() + 1;
   Mp3Info(kFileLocation, row, folder);
   Mp3Info(kFileName, row, name);
-  Mp3Info(kFileIsThere, row, "1");
+  Mp3Info(kFileIsThere, row, kPresent);
   Mp3Info(kRecordNumber, row, std::to_string(row));
-  Mp3Info(kSongRank, row, "2");
+  Mp3Info(kSongRank, row, kUnranked);
   table_.Facts(row) = {.size = size, .added = Today(), .away = 0};
   return row;
 }

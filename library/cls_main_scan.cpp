@@ -60,8 +60,7 @@ void clsMain::BlankRow(std::int32_t row) {
                   .now = 0});
     ++scan_.missing;
   }
-  for (const std::int16_t column : {kFileIsThere, kFileLocation, kFileName})
-    table_.SetCell(column, row, "0");
+  BlankSong(table_, row);
   // The size stays: if this library is not saved, the companion still belongs to the previous
   // library.
   table_.Facts(row).away = 0;
@@ -184,10 +183,7 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
 void clsMain::LeaveOutRespelled(std::int32_t old_count) {
   if (table_.rows() <= old_count) return;
   std::unordered_map<std::string, std::int32_t> rows;
-  const auto path = [this](std::int32_t row) {
-    return PathKey(
-        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
-  };
+  const auto path = [this](std::int32_t row) { return PathKey(Song(row).Path()); };
   for (std::int32_t row = 1; row <= old_count; ++row)
     if (IsPresent(row) && (kPathsIgnoreCase || table_.Facts(row).away != 0))
       rows.emplace(path(row), row);
@@ -220,13 +216,7 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     const auto found = away.find(table_.Cell(kFileName, row));
     if (found == away.end()) continue;
-    const std::string path =
-        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row));
-    std::int64_t& size = table_.Facts(row).size;
-    if (size == kUnknownSize) {
-      const FileStatus look = Look(path);
-      if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
-    }
+    const std::int64_t size = SizeOf(row);
     const auto same =
         std::find_if(found->second.begin(), found->second.end(), [&](std::int32_t other) {
           const std::int64_t other_size = table_.Facts(other).size;
@@ -234,9 +224,7 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
         });
     if (same == found->second.end()) continue;
     goes[static_cast<std::size_t>(row - 1)] = 1;
-    left_out_.push_back(
-        {path,
-         std::string(table_.Cell(kFileLocation, *same)).append(table_.Cell(kFileName, *same))});
+    left_out_.push_back({Song(row).Path(), Song(*same).Path()});
   }
   table_.Remove(goes);
 }
@@ -290,8 +278,7 @@ void clsMain::RecognizeReturned(std::int32_t old_count) {
 std::int64_t clsMain::SizeOf(std::int32_t row) {
   std::int64_t& size = table_.Facts(row).size;
   if (size == kUnknownSize) {
-    const FileStatus look =
-        Look(std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
+    const FileStatus look = LookAtSong(row);
     if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
   }
   return size;
@@ -307,7 +294,7 @@ void clsMain::RecognizeLate() {
     if (song == nullptr || song->number >= row) continue;
     const std::int32_t number = song->number;
     // Keep a rank that the user has set meanwhile.
-    if (table_.Cell(kSongRank, row) == "2") table_.SetCell(kSongRank, row, song->rank);
+    if (table_.Cell(kSongRank, row) == kUnranked) table_.SetCell(kSongRank, row, song->rank);
     missing_.CameBack(number, row);
     returned_.push_back({number, row});
     ++scan_.back;
