@@ -10,7 +10,6 @@
 #include "library/excluded_folders.h"
 #include "util/file_system.h"
 #include "util/like.h"
-#include "util/number.h"
 #include "util/path_text.h"
 #include "util/text.h"
 
@@ -23,9 +22,10 @@ std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library)
   std::unordered_map<std::string, std::int32_t> rows;
   rows.reserve(static_cast<std::size_t>(library.UBoundOfMp3Array()));
   for (const bool away : {false, true})
-    for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
-      if (library.IsPresent(row) && library.IsAway(row) == away)
-        rows.emplace(ToLower(library.Mp3Info(kFileName, row)), row);
+    for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row) {
+      const SongView song = library.Song(row);
+      if (song.IsPresent() && song.IsAway() == away) rows.emplace(ToLower(song.Name()), row);
+    }
   return rows;
 }
 
@@ -153,8 +153,7 @@ class FileAdder {
   void ListSongs() const {
     for (const std::string& name : names_)
       if (const auto found = known_.find(name); found != known_.end())
-        added_.songs.emplace_back(found->second,
-                                  NumericValue(library_.Mp3Info(kSongRank, found->second)));
+        added_.songs.emplace_back(found->second, library_.Song(found->second).Rank());
   }
 
  private:
@@ -163,7 +162,7 @@ class FileAdder {
   /// been added, whether both are the same song. A song found in a recycle bin is replaced by the
   /// dropped file.
   bool StandsFor(std::int32_t row) {
-    return !HoldsNoSongs(library_.Mp3Info(kFileLocation, row)) &&
+    return !HoldsNoSongs(library_.Song(row).Folder()) &&
            (row > old_count_ || library_.CheckSong(row) ||
             (library_.IsPresent(row) && !library_.IsAway(row)));
   }

@@ -154,8 +154,7 @@ class Search {
       tallow_.filing_is_pending = !is_filed_;
     }
     tallow_.found_tags.Clear();
-    bool sorted = false;
-    library_.Sort(true, false, kRecordNumber, sorted);
+    library_.SortByRecord();
   }
 
   void End() {

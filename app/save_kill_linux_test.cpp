@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "app/data_paths.h"
+#include "library/library_file.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_windows.h"
 

@@ -56,8 +56,7 @@ bool System::LoadAndOpen() {
   notices_.AddProblems();
   jukeboxes_.Open();
   player_.SetPath();
-  bool sorted = false;
-  library.Sort(true, false, kRecordNumber, sorted);
+  library.SortByRecord();
   notices_.AddProblems();
   tallow_.help_file = HelpFilePath(tallow_.application_folder);
   windows_.UnloadSplash();

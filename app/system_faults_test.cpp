@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "library/library_file.h"
 #include "tests/system_fixture.h"
 #include "util/file_system.h"
 

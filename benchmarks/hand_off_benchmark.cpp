@@ -54,7 +54,7 @@ bool MeasureFloor(const clsMain& library, const std::vector<std::int32_t>& songs
   close(ends[1]);
   const auto begin = Clock::now();
   for (const std::int32_t song : songs) {
-    const std::string path = PathOfSong(library, song);
+    const std::string path = library.Song(song).Path();
     struct stat status {};
     char answer[8];
     if (stat(path.c_str(), &status) != 0 || write(ends[0], path.data(), path.size()) < 0 ||

@@ -10,8 +10,7 @@
 namespace tallow {
 
 std::string_view FileNameOf(const SongEntry& entry, const clsMain& library) {
-  const bool known = entry.SubItem() >= 1 && entry.SubItem() <= library.UBoundOfMp3Array();
-  return known ? library.Mp3Info(kFileName, entry.SubItem()) : std::string_view();
+  return library.Song(entry.SubItem()).Name();
 }
 
 std::string EntryText(const SongEntry& entry, const clsMain& library) {

@@ -291,11 +291,8 @@ void FillTree(const JukeboxContent& content, const clsMain& library, FolderTree&
     folder.Open(from.open);
     folders.emplace(from.key, &folder);
     folder.Items().reserve(from.songs.size());
-    for (const std::int32_t song : from.songs) {
-      const bool has_row = song >= 1 && song <= library.UBoundOfMp3Array();
-      const std::int32_t rank = has_row ? NumericValue(library.Mp3Info(kSongRank, song)) : 0;
-      folder.Items().emplace_back(song, rank);
-    }
+    for (const std::int32_t song : from.songs)
+      folder.Items().emplace_back(song, library.Song(song).Rank());
   }
 }
 

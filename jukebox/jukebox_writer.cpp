@@ -100,7 +100,7 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
     const auto known = absent.find(record);
     const MissingSong* const missing = library.Missing().Find(record);
     if (library.IsPresent(record))
-      add(record, library.Mp3Info(kFileName, record));
+      add(record, library.Song(record).Name());
     else if (missing != nullptr)
       add(record, missing->name);
     else if (known != absent.end())

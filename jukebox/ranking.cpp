@@ -24,7 +24,7 @@ bool RankSongs(Folder& folder, const std::vector<int>& rows, int item, clsMain& 
     if (row < 0 || static_cast<std::size_t>(row) >= folder.Items().size()) continue;
     SongEntry& entry = folder.Items()[static_cast<std::size_t>(row)];
     const std::int32_t record = entry.SubItem();
-    if (record < 1 || record > library.UBoundOfMp3Array()) continue;
+    if (!library.Song(record).Exists()) continue;
     library.Mp3Info(kSongRank, record, rank);
     entry.Icon(picture);
     changed = true;

@@ -21,13 +21,14 @@ class SongLinks {
 
   /// Whether a number denotes a present or remembered song with the given file name.
   bool IsNamed(std::int32_t record, std::string_view name) const {
-    if (library_.IsPresent(record))
-      return IsSamePathText(library_.Mp3Info(kFileName, record), name);
-    const MissingSong* const song = library_.Missing().Find(record);
-    if (song == nullptr || song->now != 0 || !IsSamePathText(song->name, name)) return false;
+    const SongView song = library_.Song(record);
+    if (song.IsPresent()) return IsSamePathText(song.Name(), name);
+    const MissingSong* const missing = library_.Missing().Find(record);
+    if (missing == nullptr || missing->now != 0 || !IsSamePathText(missing->name, name))
+      return false;
     // Without a size the missing song cannot be recognized again, so prefer a present song of that
     // name.
-    return song->size != kUnknownSize || OnlyPresentRow(name) == 0;
+    return missing->size != kUnknownSize || OnlyPresentRow(name) == 0;
   }
 
   /// Returns the number of the only song with a name; 0 when there is none or several.
@@ -51,8 +52,9 @@ class SongLinks {
   const std::unordered_map<std::string, std::int32_t>& Rows() const {
     if (!rows_.empty()) return rows_;
     for (std::int32_t row = 1; row <= library_.UBoundOfMp3Array(); ++row) {
-      if (!library_.IsPresent(row)) continue;
-      const auto [place, is_new] = rows_.emplace(PathKey(library_.Mp3Info(kFileName, row)), row);
+      const SongView song = library_.Song(row);
+      if (!song.IsPresent()) continue;
+      const auto [place, is_new] = rows_.emplace(PathKey(song.Name()), row);
       if (!is_new) place->second = 0;
     }
     return rows_;
@@ -109,7 +111,8 @@ class PlaceholderGenerator {
 /// placeholder, or a row of the library without a present song.
 bool CanKeepNumber(std::int32_t record, const clsMain& library) {
   if (IsPlaceholder(record)) return true;
-  return record >= 1 && record <= library.UBoundOfMp3Array() && !library.IsPresent(record);
+  const SongView song = library.Song(record);
+  return song.Exists() && !song.IsPresent();
 }
 
 }  // namespace

@@ -67,8 +67,7 @@ class KeyTable : public TextTable {
   std::string_view Cell(std::int16_t /*column*/, std::int32_t row) const override {
     const std::int32_t record = entries_[PositionOf(row)].SubItem();
     // An entry that labelling skipped may refer to no song.
-    if (record < 1 || record > library_.UBoundOfMp3Array()) return "0";
-    return library_.Mp3Info(key_, record);
+    return library_.Song(record).Exists() ? library_.Mp3Info(key_, record) : "0";
   }
 
   void MoveRows(std::int32_t first, std::span<const std::int32_t> order,

@@ -26,12 +26,12 @@ std::vector<Folder*> FoldersOf(const FolderTree& tree) {
 }  // namespace
 
 bool SongSearch::IsHit(std::int32_t record, const clsMain& library) {
-  if (!library.IsPresent(record)) return false;
+  const SongView song = library.Song(record);
+  if (!song.IsPresent()) return false;
   Match& match = matches_[static_cast<std::size_t>(record)];
   if (match == Match::kUnknown)
-    match = ToLower(library.Mp3Info(kFileName, record)).find(last_looked_for_) != std::string::npos
-                ? Match::kYes
-                : Match::kNo;
+    match =
+        ToLower(song.Name()).find(last_looked_for_) != std::string::npos ? Match::kYes : Match::kNo;
   return match == Match::kYes;
 }
 

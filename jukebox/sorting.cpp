@@ -34,29 +34,20 @@ constexpr std::size_t kMaxNamed = 100;
 /// Index, from 0, of the digit of a year that selects the decade.
 constexpr std::size_t kDecadeDigit = 2;
 
-std::string PathOf(const clsMain& library, std::int32_t row) {
-  return std::string(library.Mp3Info(kFileLocation, row)).append(library.Mp3Info(kFileName, row));
-}
-
 /// Request for the tag of a song.
 struct TagQuestion {
   std::optional<TagBlock> known;
   std::string path;
 };
 
-TagQuestion TagQuestionOf(const clsMain& library, std::int32_t row, const TagCache* found_tags) {
+TagQuestion TagQuestionOf(const SongView& song, const TagCache* found_tags) {
   if (found_tags != nullptr)
-    if (const auto found =
-            found_tags->Find(library.Mp3Info(kFileLocation, row), library.Mp3Info(kFileName, row)))
-      return {found, {}};
-  return {std::nullopt, PathOf(library, row)};
+    if (const auto found = found_tags->Find(song.Folder(), song.Name())) return {found, {}};
+  return {std::nullopt, song.Path()};
 }
 
 /// Creates the entry of a song, with its record number and with its rank as icon.
-SongEntry EntryOf(const clsMain& library, std::int32_t row) {
-  return {NumericValue(library.Mp3Info(kRecordNumber, row)),
-          NumericValue(library.Mp3Info(kSongRank, row))};
-}
+SongEntry EntryOf(const SongView& song) { return {song.RecordNumber(), song.Rank()}; }
 
 /// Files songs into one jukebox during one run.
 class Filing {
@@ -75,7 +66,7 @@ class Filing {
   void File(std::int32_t row, const TagBlock& block) {
     tag_.LoadMP3({}, block);
     if (!tag_.TagExists()) return;
-    const SongEntry entry = EntryOf(library_, row);
+    const SongEntry entry = EntryOf(library_.Song(row));
     std::string artist = tag_.Artist();
     std::string year = tag_.Year();
     StripBrackets(artist);
@@ -102,7 +93,7 @@ class Filing {
     if (year.empty() || year.front() == '\0') return false;
     const std::optional<std::int32_t> number = TryConvertToInt32(year);
     if (!number)
-      problems_.push_back(PathOf(library_, row) + ": the year in the tag, '" +
+      problems_.push_back(library_.Song(row).Path() + ": the year in the tag, '" +
                           std::string(StripAtNul(year)) +
                           "', is not a number. The song is in no year and no decade folder.");
     return number && *number != 0;
@@ -162,7 +153,7 @@ Filed FillJukebox(int mode, Jukebox& jukebox, clsMain& library, const TagCache* 
   try {
     ReadAhead(
         rows.size(), kTagsAtOnce,
-        [&](std::size_t k) { return TagQuestionOf(library, rows[k], found_tags); },
+        [&](std::size_t k) { return TagQuestionOf(library.Song(rows[k]), found_tags); },
         [unanswered = library.Unanswered()](const TagQuestion& question) -> Tag {
           if (question.known) return question.known;
           if (unanswered->Covers(question.path)) return std::nullopt;
@@ -171,14 +162,15 @@ Filed FillJukebox(int mode, Jukebox& jukebox, clsMain& library, const TagCache* 
         [&](std::size_t k, const Tag& tag) {
           if (tag) {
             for (Folder* const folder : for_all)
-              folder->Items().push_back(EntryOf(library, rows[k]));
+              folder->Items().push_back(EntryOf(library.Song(rows[k])));
             filing.File(rows[k], *tag);
             ++filed;
           }
           if (go_on && !go_on({})) throw Stopped();
         },
-        go_on ? library.WaitingFor([&](std::size_t k) { return PathOf(library, rows[k]); }, go_on)
-              : WhileWaiting(),
+        go_on
+            ? library.WaitingFor([&](std::size_t k) { return library.Song(rows[k]).Path(); }, go_on)
+            : WhileWaiting(),
         [](std::size_t) { return Tag(); });
   } catch (const Stopped&) {
     result = Filed::kCancelled;
@@ -204,10 +196,7 @@ std::string FilingCancelledLine() {
 bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
                           std::span<Jukebox* const> windows, const TagCache* found_tags,
                           const FilingProgress& progress) {
-  if (!skip_sort) {
-    bool sorted = false;
-    library.Sort(true, false, kRecordNumber, sorted);
-  }
+  if (!skip_sort) library.SortByRecord();
   std::vector<std::string> problems;
   Filed filed = Filed::kAll;
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
@@ -224,14 +213,15 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
   const std::int32_t count = library.UBoundOfMp3Array();
   flags.assign(static_cast<std::size_t>(count), 1);
   if (count == 0) return;
-  for (std::int32_t row = 1; row <= count; ++row)
-    if (!library.IsPresent(row) || library.IsAway(row))
-      flags[static_cast<std::size_t>(row - 1)] = 0;
+  for (std::int32_t row = 1; row <= count; ++row) {
+    const SongView song = library.Song(row);
+    if (!song.IsPresent() || song.IsAway()) flags[static_cast<std::size_t>(row - 1)] = 0;
+  }
   std::size_t unknown_rows = 0;
   for (const SongEntry& entry : folder.Items()) {
     const std::int32_t record = entry.SubItem();
     if (library.IsHidden(record) && record < 1) continue;
-    if (record >= 1 && record <= count)
+    if (library.Song(record).Exists())
       flags[static_cast<std::size_t>(record - 1)] = 0;
     else if (++unknown_rows <= kMaxNamed)
       problems.push_back("'" + folder.Text() + "' holds an entry for song number " +
@@ -246,7 +236,6 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
 
 std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& library) {
   std::vector<std::int32_t> removed;
-  const std::int32_t count = library.UBoundOfMp3Array();
   std::vector<SongEntry>& entries = folder.Items();
   // Compact the list in place, instead of removing entries one by one; `kept` is the next free
   // index.
@@ -256,9 +245,10 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
   for (std::size_t k = 0; k < entries.size(); ++k) {
     SongEntry entry = entries[k];
     const std::int32_t record = entry.SubItem();
-    const bool present = library.IsPresent(record);
+    const SongView song = library.Song(record);
+    const bool present = song.IsPresent();
     const bool hidden = !present && library.IsHidden(record);
-    const bool known = hidden || (record >= 1 && record <= count);
+    const bool known = hidden || song.Exists();
     if (!skip && !known) {
       // Removing entries one by one skips the entry that moves into this place; do the same.
       skip = true;
@@ -272,7 +262,7 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
     if (!hidden) ++position;
     if (!skip) {
       entry.LabelPosition(hidden ? 0 : position);
-      if (!hidden) entry.Icon(NumericValue(library.Mp3Info(kSongRank, record)));
+      if (!hidden) entry.Icon(song.Rank());
     }
     skip = false;
     entries[kept++] = entry;

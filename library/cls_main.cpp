@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <exception>
 #include <utility>
-#include <vector>
 
-#include "library/library_check.h"
+#include "library/folder_scan.h"
+#include "library/library_file.h"
 #include "util/atomic_file.h"
 #include "util/day.h"
 #include "util/errors.h"
@@ -24,31 +24,15 @@ std::int16_t ColumnOf(std::int32_t column) {
   return static_cast<std::int16_t>(column);
 }
 
-/// Renames the library's backup, unless it is the previous version of this library: it may be the
-/// only good copy, or a damaged file that must be kept.
-void SetBackupAside(const std::string& path, const CompanionHeader& companion) {
-  const std::string backup = path + std::string(kBackupSuffix);
-  if (IsGone(backup)) return;
-  const LibraryInspection file = InspectLibrary(backup);
-  if (file.checksum != 0 &&
-      (file.checksum == companion.library || file.checksum == companion.before))
-    return;
-  KeepReplacedAs(backup, FreeSetAsidePath(path));
-}
-
 }  // namespace
-
-std::string clsMain::LibraryPath() const {
-  return settings_.LocOfGroupingDir() + std::string(kLibraryFileName);
-}
 
 std::int32_t clsMain::AddSong(std::string_view folder, std::string_view name, std::int64_t size) {
   const std::int32_t row = UBoundOfMp3Array() + 1;
   Mp3Info(kFileLocation, row, folder);
   Mp3Info(kFileName, row, name);
-  Mp3Info(kFileIsThere, row, "1");
+  Mp3Info(kFileIsThere, row, kPresent);
   Mp3Info(kRecordNumber, row, std::to_string(row));
-  Mp3Info(kSongRank, row, "2");
+  Mp3Info(kSongRank, row, kUnranked);
   table_.Facts(row) = {.size = size, .added = Today(), .away = 0};
   return row;
 }
@@ -59,18 +43,26 @@ void clsMain::RenumberBasedOnArrayNumber() {
 }
 
 bool clsMain::Sort(bool ascending, const bool& as_text, std::int16_t column, bool& result) {
-  result = IsDimensioned();
-  if (!result) return result;
+  result = Mp3MainHasSomeMembers();
+  SortRows(ascending, as_text, column);
+  return result;
+}
+
+void clsMain::SortByRecord() { SortRows(true, false, kRecordNumber); }
+
+void clsMain::SortByName() { SortRows(true, true, kFileName); }
+
+void clsMain::SortRows(bool ascending, bool as_text, std::int16_t column) {
+  if (!Mp3MainHasSomeMembers()) return;
   const auto routine = ascending ? (as_text ? &SortCity::QuickSortStringsAscending
                                             : &SortCity::QuickSortNumericAscending)
                                  : (as_text ? &SortCity::QuickSortStringsDescending
                                             : &SortCity::QuickSortNumericDecending);
   routine(table_, 1, table_.rows(), column, kSongColumns);
-  return result;
 }
 
 void clsMain::Mp3Info(std::int32_t column, std::int32_t row, std::string_view value) {
-  if (table_.rows() < std::max(row, 1)) ResizeRows(std::max(row, 1));
+  if (table_.rows() < std::max(row, 1)) table_.Resize(std::max(row, 1));
   table_.SetCell(ColumnOf(column), row, value);
 }
 
@@ -78,91 +70,13 @@ std::string_view clsMain::Mp3Info(std::int32_t column, std::int32_t row) const {
   return table_.Cell(ColumnOf(column), row);
 }
 
-bool clsMain::IsOnDisk() const {
-  return saved_stamp_ && saved_version_ == table_.version() && saved_path_ == LibraryPath() &&
-         StampOf(saved_path_) == saved_stamp_;
-}
-
-void clsMain::RememberOnDisk(std::uint64_t checksum) {
-  saved_path_ = LibraryPath();
-  saved_stamp_ = StampOf(saved_path_);
-  saved_version_ = table_.version();
-  companion_.library = checksum;
-}
-
-void clsMain::WriteLibrary(const std::string& path) {
-  // Save missing songs before the library: once a row is blanked on disk, its song is known only
-  // from this file.
-  if (missing_.IsDirty()) {
-    missing_.Shrink(static_cast<std::size_t>(table_.rows()));
-    missing_file_.Save(missing_.Encode());
-    missing_.MarkSaved();
-  }
-  // Save repaired numbers before the library: the jukeboxes need to know which numbers were
-  // confused.
-  if (repaired_.IsDirty()) {
-    if (repaired_file_.IsUnreadable()) throw FileError(repaired_file_.path(), "cannot be read");
-    repaired_file_.Save(repaired_.Encode());
-    repaired_.MarkSaved();
-  }
-  // Save unread folders: once a library exists, a start scans only known folders and these.
-  if (unread_.IsDirty()) {
-    try {
-      unread_file_.Save(unread_.Encode());
-      unread_.MarkSaved();
-      unread_error_.clear();
-    } catch (const FileError& error) {
-      // Report the same error only once; the next save tries again.
-      if (std::exchange(unread_error_, error.what()) != error.what())
-        problems_.push_back(unread_error_ +
-                            ". Until it is written, folders that could not be read are not "
-                            "searched again. Free some disk space, or make the file writable.");
-    }
-  }
-  const std::string bytes = EncodeLibrary(table_);
-  const std::uint64_t checksum = ChecksumOf(bytes);
-  CompanionHeader companion = companion_;
-  companion.before = companion_.library;
-  companion.library = checksum;
-  WriteCompanion(companion);
-  bool had_backup = false;
-  WriteFileAtomically(path, bytes, [&] { had_backup = KeepLibraryAsBackup(path); });
-  if (const std::string backup = path + std::string(kBackupSuffix); !had_backup && IsGone(backup)) {
-    try {
-      WriteFileAtomically(backup, bytes);
-    } catch (const FileError&) {
-      // Not an error: the library is written, and the next save creates a backup of it.
-    }
-  }
-  companion_ = companion;
-  backup_first_ = false;
-  RememberOnDisk(checksum);
-}
-
-bool clsMain::KeepLibraryAsBackup(const std::string& path) {
-  // Keep the last good library until the next start, in case the current one turns out to be
-  // damaged.
-  if (is_library_renamed_) return true;
-  try {
-    const auto stamp = StampOf(path);
-    if (IsGone(path) || (stamp && stamp->size == 0)) return false;
-    if (backup_first_ || !backup_is_good_) SetBackupAside(path, companion_);
-    KeepReplaced(path);
-    backup_is_good_ = !backup_first_;
-    return true;
-  } catch (const FileError&) {
-    // A file with content that the table lacks must have a backup; for a good library a missing
-    // backup is acceptable.
-    if (backup_first_) throw;
-    return true;
-  }
-}
-
 bool clsMain::Save() {
-  const std::string path = LibraryPath();
   bool written = true;
   try {
-    if (!IsOnDisk()) WriteLibrary(path);
+    if (!storage_.IsOnDisk(table_)) {
+      state_.SaveBeforeLibrary(table_.rows(), problems_);
+      storage_.Write(table_);
+    }
     save_error_.clear();
   } catch (const FileError& error) {
     save_error_ = error.what();
@@ -175,48 +89,8 @@ bool clsMain::Save() {
 }
 
 bool clsMain::LoadMain() {
-  const std::int32_t rows = settings_.NumerOfRecordsInTheMain();
-  backup_first_ = true;
-  is_library_renamed_ = false;
-  saved_stamp_.reset();
-  if (rows < 1) return false;
-  table_ = SongTable();
   try {
-    table_.Resize(rows);
-    const std::string path = LibraryPath();
-    auto content = ReadWholeFile(path, kMaxLibraryBytes);
-    if (!content) {
-      WriteFileAtomically(path, {});
-      content.emplace();
-    }
-    loaded_bytes_ = content->size();
-    const std::uint64_t checksum = ChecksumOf(*content);
-    LibraryReader reader(*content);
-    LibraryRecord record;
-    std::int32_t row = 1;
-    bool same_bytes = true;  // whether saving the table would write the same bytes
-    LibraryReader::Result read;
-    while ((read = reader.Next(record)) == LibraryReader::Result::kRecord) {
-      if (record[kNameField].empty()) {
-        same_bytes = false;
-        continue;
-      }
-      if (row > rows) return false;
-      table_.SetCell(kFileName, row, record[kNameField]);
-      table_.SetCell(kFileLocation, row, record[kLocationField]);
-      table_.SetCell(kRecordNumber, row, record[kNumberField]);
-      table_.SetCell(kFileIsThere, row, record[kThereField]);
-      table_.SetCell(kSongRank, row, record[kRankField]);
-      same_bytes = same_bytes && std::all_of(record.begin() + kFirstSpare - 1, record.end(),
-                                             [](std::string_view text) { return text.empty(); });
-      ++row;
-    }
-    if (read == LibraryReader::Result::kDamaged) return false;
-    if (row > rows) {
-      backup_first_ = false;
-      if (same_bytes) RememberOnDisk(checksum);
-    }
-    LoadFacts(checksum);
+    if (!storage_.Load(settings_.NumerOfRecordsInTheMain(), table_, problems_)) return false;
     LoadMemory();
   } catch (const std::exception&) {
     return false;
@@ -229,8 +103,7 @@ void clsMain::WriteOutMp3DirectoryLocations() {
   Save();
   list_error_.clear();
   try {
-    bool sorted = false;
-    Sort(true, true, kFileLocation, sorted);
+    SortRows(true, true, kFileLocation);
     std::string lines;
     std::string_view previous;
     for (std::int32_t row = 1; row <= table_.rows(); ++row) {
@@ -248,8 +121,7 @@ void clsMain::WriteOutMp3DirectoryLocations() {
     list_error_ = error.what();
   }
   try {
-    bool sorted = false;
-    Sort(true, false, kRecordNumber, sorted);
+    SortByRecord();
   } catch (const TypeMismatchError&) {
     // A row has no valid record number: the rows stay in the order reached so far, without an
     // error.
@@ -259,19 +131,18 @@ void clsMain::WriteOutMp3DirectoryLocations() {
 }
 
 std::int32_t clsMain::Salvage(bool is_set_aside) {
-  std::optional<std::string> content;
-  try {
-    content = ReadWholeFile(LibraryPath(), kMaxLibraryBytes);
-  } catch (const FileTooLargeError&) {
-    // A file of that size is not a library, so there are no songs to salvage.
-  }
-  backup_first_ = !is_set_aside;
-  is_library_renamed_ = is_set_aside;
-  saved_stamp_.reset();
-  table_ = SongTable();
-  const std::int32_t found = content ? SalvageLibrary(*content, table_) : 0;
+  const std::int32_t found = storage_.Salvage(is_set_aside, table_);
   LoadMemory();
   return found;
+}
+
+bool clsMain::RepairRecordNumbers() {
+  const auto confused = tallow::RepairNumbers(table_, MaxRecords(storage_.LoadedBytes()));
+  if (!confused) return false;
+  state_.Repaired().Set(*confused);
+  storage_.RequireBackup();
+  Save();
+  return true;
 }
 
 }  // namespace tallow

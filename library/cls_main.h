@@ -7,44 +7,27 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
+#include "library/away_reasons.h"
+#include "library/disk_queries.h"
 #include "library/duplicate_removal.h"
 #include "library/folder_scan.h"
-#include "library/known_drives.h"
-#include "library/library_companion.h"
-#include "library/library_file.h"
+#include "library/library_settings.h"
+#include "library/library_state.h"
+#include "library/library_storage.h"
 #include "library/missing_songs.h"
 #include "library/mounted_volumes.h"
 #include "library/record_repair.h"
 #include "library/scan_report.h"
 #include "library/song_table.h"
-#include "library/state_file.h"
+#include "library/song_view.h"
 #include "library/unanswered_places.h"
 #include "library/unread_folders.h"
 #include "util/file_system.h"
 #include "util/wait_decision.h"
 
 namespace tallow {
-
-/// The settings that the library uses.
-class LibrarySettings {
- public:
-  virtual ~LibrarySettings() = default;
-  /// The program's data folder, ending in a separator. The library file is stored there.
-  virtual std::string LocOfGroupingDir() const = 0;
-  /// The folder of the program's own files, ending in a separator.
-  virtual std::string SystemFolder() const = 0;
-  /// The path of the list of folders that contain songs.
-  virtual std::string FileContainingTargetDirectories() const = 0;
-  /// The number of rows in the library file at the last save.
-  virtual std::int32_t NumerOfRecordsInTheMain() const = 0;
-  virtual void NumerOfRecordsInTheMain(std::int32_t rows) = 0;
-  /// Writes the settings file. Failures are not reported.
-  virtual void SaveSettings() = 0;
-};
 
 /// The song library: one row per MP3 file the program has ever found.
 ///
@@ -142,6 +125,14 @@ class clsMain {
   /// \throws TypeMismatchError, OverflowError from a numeric sort when a cell is not a number
   bool Sort(bool ascending, const bool& as_text, std::int16_t column, bool& result);
 
+  /// Sorts the rows by record number, smallest first. Does nothing when there are no rows.
+  ///
+  /// \throws TypeMismatchError, OverflowError when a record number is not a number
+  void SortByRecord();
+
+  /// Sorts the rows by lower-cased file name, smallest first. Does nothing when there are no rows.
+  void SortByName();
+
   /// Sets one cell. The table grows to the row if needed.
   ///
   /// \param column 1 to 12
@@ -156,6 +147,9 @@ class clsMain {
   /// \throws SubscriptError when the cell does not exist
   std::string_view Mp3Info(std::int32_t column, std::int32_t row) const;
 
+  /// The song of a row; any number is allowed, see SongView.
+  SongView Song(std::int32_t record) const noexcept { return {table_, record}; }
+
   /// The number of rows.
   std::int32_t UBoundOfMp3Array() const noexcept { return table_.rows(); }
 
@@ -165,10 +159,8 @@ class clsMain {
   /// Writes the library file, then stores the number of its rows in the settings and saves the
   /// settings.
   ///
-  /// The library file is replaced atomically, and its old version is kept as
-  /// "FileLocNames.lmz.bak". If the backup fails and the last load could not read the whole file,
-  /// the file is not replaced. If the file already has the same bytes as the table, nothing is
-  /// written.
+  /// The library file is replaced as by LibraryStorage. If it already has the same bytes as the
+  /// table, nothing is written.
   /// \returns false when the file could not be written; the old file and the old row count then
   /// stay, and SaveError() returns the reason
   bool Save();
@@ -181,7 +173,7 @@ class clsMain {
   bool LoadMain();
 
   /// Whether there are rows.
-  bool Mp3MainHasSomeMembers() const noexcept { return IsDimensioned(); }
+  bool Mp3MainHasSomeMembers() const noexcept { return table_.rows() > 0; }
 
   /// Saves, then writes the list of the folders that contain songs, each folder once, sorted by
   /// folder. Afterwards the rows are sorted by record number. A folder whose path contains a line
@@ -204,16 +196,14 @@ class clsMain {
   bool RepairRecordNumbers();
 
   /// Whether the song with a record number is present or away; false when there is no such row.
-  bool IsPresent(std::int32_t record) const;
+  bool IsPresent(std::int32_t record) const { return Song(record).IsPresent(); }
   /// Whether the song with a record number is away: present, but its file could not be checked.
-  bool IsAway(std::int32_t record) const {
-    return record >= 1 && record <= table_.rows() && table_.Facts(record).away != 0;
-  }
+  bool IsAway(std::int32_t record) const { return Song(record).IsAway(); }
   /// Whether jukeboxes keep the entries of a song but do not show them: the song is missing and
   /// remembered, or only its name is known.
   bool IsHidden(std::int32_t record) const {
     if (record <= kFirstPlaceholder) return true;
-    return missing_.size() > 0 && !IsPresent(record) && missing_.IsMissing(record);
+    return Missing().size() > 0 && !IsPresent(record) && Missing().IsMissing(record);
   }
   /// The message why a song is away, e.g. "NAME is on a drive that is away: ROOT". Empty when the
   /// song is not away.
@@ -233,7 +223,7 @@ class clsMain {
   /// Checks whether the first song is away, and if so, checks all the songs.
   void MarkAwaySongs(const std::vector<std::int32_t>& records);
   /// The root of the away drive that contains a path; empty when there is none.
-  std::string AwayRootOf(std::string_view path) const;
+  std::string AwayRootOf(std::string_view path) const { return state_.Drives().AwayRootOf(path); }
 
   /// Creates the callback for ReadAhead that runs while the disk has not answered. It processes
   /// window events and gives up drives that do not answer; their files are not checked again until
@@ -253,12 +243,12 @@ class clsMain {
   /// kUnknown, and Unanswered() covers the file.
   FileStatus LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait);
   /// Whether a path is on a network drive, as of the last LookAtDrives.
-  bool IsOnNetwork(std::string_view path) const { return drives_.IsOnNetwork(path); }
+  bool IsOnNetwork(std::string_view path) const { return state_.Drives().IsOnNetwork(path); }
   /// The places given up since the last scan began.
-  std::shared_ptr<const UnansweredPlaces> Unanswered() const { return unanswered_; }
+  std::shared_ptr<const UnansweredPlaces> Unanswered() const { return disk_.Unanswered(); }
 
   /// The drives and folders whose songs are away, with the number of songs, sorted by place.
-  std::vector<AwayPlace> AwayPlaces() const;
+  std::vector<AwayPlace> AwayPlaces() const { return reasons_.Places(table_); }
   /// Marks the songs that are away with a place as missing, except those found now, forgets the
   /// drive, and saves. Files that were left out because of such a song are added as songs and
   /// inherit its rank, see TakeReturned.
@@ -266,10 +256,10 @@ class clsMain {
   std::int32_t ForgetAwayPlace(const std::string& place);
 
   /// The remembered missing songs.
-  const MissingSongs& Missing() const noexcept { return missing_; }
+  const MissingSongs& Missing() const noexcept { return state_.Missing(); }
   /// The numbers that meant two songs before they were repaired.
-  RepairedNumbers& Repaired() noexcept { return repaired_; }
-  const RepairedNumbers& Repaired() const noexcept { return repaired_; }
+  RepairedNumbers& Repaired() noexcept { return state_.Repaired(); }
+  const RepairedNumbers& Repaired() const noexcept { return state_.Repaired(); }
   /// Writes the repaired numbers. A failure is only reported by TakeProblems().
   void SaveRepaired();
 
@@ -301,25 +291,25 @@ class clsMain {
   /// \param problem the system's error message
   void RememberUnread(std::string_view folder, bool below, std::string_view problem);
   /// Forgets an unread folder, because it was read or no longer exists.
-  void ForgetUnread(std::string_view folder) { unread_.Remove(folder); }
+  void ForgetUnread(std::string_view folder) { state_.Unread().Remove(folder); }
   /// The folders that could not be read.
-  std::vector<UnreadFolder> UnreadFoldersNow() const { return unread_.Folders(); }
+  std::vector<UnreadFolder> UnreadFoldersNow() const { return state_.Unread().Folders(); }
 
   /// Size and date added of a song's file.
   const SongFacts& Facts(std::int32_t row) const { return table_.Facts(row); }
   /// Sets the size of a song's file. Does nothing when the row no longer has that path.
   void SetSize(std::int32_t row, std::string_view folder, std::string_view name, std::int64_t size);
   /// Writes the companion of the library file on disk. Failures are not reported.
-  void SaveFacts();
+  void SaveFacts() { storage_.Companion().Save(table_); }
   /// Accepts the loaded library file as good although its checksum is not in the companion. The old
   /// companion is kept under its name followed by ".damaged".
-  void TrustLibrary();
+  void TrustLibrary() { storage_.Companion().Trust(table_); }
 
   /// Returns, and clears, the errors of reading and writing the library's state files.
   std::vector<std::string> TakeProblems();
 
   /// The path of the library file.
-  std::string LibraryPath() const;
+  std::string LibraryPath() const { return storage_.Path(); }
 
   /// The error of the last Save or, if that succeeded, of the last WriteOutMp3DirectoryLocations;
   /// empty for none.
@@ -329,24 +319,12 @@ class clsMain {
 
  private:
   class KnownSongs;
-  struct FolderRows;
   class PresenceCheck;
+  class FolderMemory;
   class Asking;
 
   void CheckPresence();
   void AddFromRememberedFolders();
-  // These functions give up a drive that does not answer.
-  template <typename Answer>
-  Answer Ask(const std::string& path, Answer (*ask)(const std::string&), const Answer& unanswered);
-  template <typename Answer>
-  Answer AskOnWorkerThread(const std::string& path, Answer (*ask)(const std::string&),
-                           const Answer& unanswered);
-  FileStatus Look(const std::string& path);
-  FolderState StateOf(const std::string& folder);
-  std::vector<std::optional<FolderState>> StatesOf(const std::vector<std::string>& folders);
-  WhileWaiting WaitingFor(std::function<std::string(std::size_t)> path_of);
-  /// Whether to skip a folder because checking it would take long and give no result.
-  bool IsNotAsked(std::string_view folder) const;
   std::uint32_t SkippedReason(std::string_view folder);
 
   /// The folders of the folder list, each ending in a separator.
@@ -356,44 +334,24 @@ class clsMain {
   /// \param known songs that are not added again; newly added songs are inserted
   void AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
                               KnownSongs& known);
-  void ResizeRows(std::int32_t rows) { table_.Resize(rows); }
-  bool IsDimensioned() const noexcept { return table_.rows() > 0; }
-  /// Whether the table equals the library file on disk.
-  bool IsOnDisk() const;
-  void RememberOnDisk(std::uint64_t checksum);
-  void WriteLibrary(const std::string& path);
-  /// Backs up the library file before it is replaced.
-  /// \returns false when there is no library file
-  bool KeepLibraryAsBackup(const std::string& path);
+  void SortRows(bool ascending, bool as_text, std::int16_t column);
   void LoadWhatWasSaved();
-  void LoadFacts(std::uint64_t checksum);
-  std::string CompanionPath() const;
-  bool ReadCompanionAgain();
-  void TakeFactsOfBackup();
-  void WriteCompanion(const CompanionHeader& header);
 
   void LookAtDrives();
-  void LoadDrives();
+  void LoadDrives() { state_.LoadDrives(settings_.SystemFolder(), problems_); }
+  void LoadMemory() { state_.Load(settings_.SystemFolder(), table_, problems_); }
+  bool CanSaveMissingSongs();
   bool MarkIfAway(std::int32_t record);
   bool MarkIfAway(std::int32_t record, const FileStatus& look);
-  FileStatus LookAtSong(std::int32_t record);
-  class FolderMemory;
-  void GoOnOrStop();
-  void LoadMemory();
-  bool CanSaveMissingSongs();
-  void DropUntrueMemories();
-  void SaveMemory();
+  FileStatus LookAtSong(std::int32_t record) { return disk_.Look(Song(record).Path()); }
   void BlankRow(std::int32_t row);
-  std::uint32_t AwayReason(AwayKind kind, std::string_view place, std::string_view problem = {});
   void LeaveOutRespelled(std::int32_t old_count);
-  /// Whether the song of a row is in a folder that searches skip.
-  bool IsInExcludedFolder(std::int32_t row) const;
-  /// If a song in such a folder was also found elsewhere, its row gets the new path and keeps its
-  /// rank and its jukebox entries.
+  /// If a song in a folder that searches skip was also found elsewhere, its row gets the new path
+  /// and keeps its rank and its jukebox entries.
   void MoveOutOfExcludedFolders(std::int32_t old_count);
   void LeaveOutCopiesOfAwaySongs(std::int32_t old_count);
   std::vector<char> RowsToCompare() const;
-  bool IsOnAwayDrive(std::int32_t row) const;
+  bool IsOnAwayDrive(std::int32_t row) const { return reasons_.IsDrive(table_.Facts(row).away); }
   void RecognizeReturned(std::int32_t old_count);
   void RecognizeLate();
   std::int64_t SizeOf(std::int32_t row);
@@ -401,53 +359,22 @@ class clsMain {
 
   LibrarySettings& settings_;
   SongTable table_;
+  LibraryStorage storage_{settings_};
+  LibraryState state_;
+  DiskQueries disk_{state_.Drives()};
+  AwayReasons reasons_;
   LookAtVolumes look_at_volumes_;
-  GoOn go_on_;                   ///< of the running scan
-  WaitForDrive wait_for_drive_;  ///< of the running scan
-  std::shared_ptr<UnansweredPlaces> unanswered_ = std::make_shared<UnansweredPlaces>();
-  KnownDrives drives_;
-  MissingSongs missing_;
-  RepairedNumbers repaired_;
-  StateFile drives_file_;
-  StateFile missing_file_;
-  StateFile repaired_file_;
-  UnreadFolders unread_;
-  StateFile unread_file_;
-  std::string unread_error_;  ///< why unread_ could not be saved
-  bool drives_are_loaded_ = false;
-  bool memory_is_loaded_ = false;
   bool drives_were_looked_at_ = false;  ///< in this scan
   std::int32_t rows_before_scan_ = 0;
   bool list_is_stale_ = false;   ///< the folder list contains outdated roots of drives
   bool list_is_unread_ = false;  ///< the folder list could not be read, so it is not replaced
-
-  /// Why songs are away. SongFacts::away is the index in reasons_ plus one.
-  struct Reason {
-    AwayKind kind;
-    std::string place;    ///< the drive's root, or the folder
-    std::string problem;  ///< see AwayPlace
-    bool operator==(const Reason&) const = default;
-  };
-  std::vector<Reason> reasons_;
-
   std::vector<ReturnedSong> returned_;
   std::vector<LeftOutFile> left_out_;
   ScanReport scan_;
-  CompanionHeader companion_;
-  /// The companion file could not be read at the last load.
-  bool companion_is_unread_ = false;
   std::vector<std::string> problems_;
   bool main_is_dirty_ = false;
-  bool backup_first_ = false;        ///< the file on disk contains data that the table lacks
-  bool backup_is_good_ = false;      ///< the backup is a library saved by this object
-  bool is_library_renamed_ = false;  ///< the file on disk was already kept under another name
-  std::string save_error_;           ///< of the last Save
-  std::string list_error_;           ///< of the last WriteOutMp3DirectoryLocations
-  /// Stamp of the library file when the table was last equal to it.
-  std::optional<FileStamp> saved_stamp_;
-  std::string saved_path_;
-  std::uint64_t saved_version_ = 0;  ///< version of the table at that time
-  std::size_t loaded_bytes_ = 0;     ///< of the library file at the last LoadMain
+  std::string save_error_;  ///< of the last Save
+  std::string list_error_;  ///< of the last WriteOutMp3DirectoryLocations
 };
 
 }  // namespace tallow

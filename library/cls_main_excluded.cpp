@@ -9,10 +9,6 @@
 
 namespace tallow {
 
-bool clsMain::IsInExcludedFolder(std::int32_t row) const {
-  return HoldsNoSongs(table_.Cell(kFileLocation, row));
-}
-
 void clsMain::MoveOutOfExcludedFolders(std::int32_t old_count) {
   if (table_.rows() <= old_count) return;
   std::unordered_map<std::string, std::int32_t> excluded;
@@ -20,7 +16,7 @@ void clsMain::MoveOutOfExcludedFolders(std::int32_t old_count) {
   for (std::int32_t row = 1; row <= old_count; ++row) {
     // Consecutive songs are usually in the same folder, so reuse the result.
     if (row == 1 || !table_.SameStoredText(kFileLocation, row - 1, row))
-      is_excluded = IsInExcludedFolder(row);
+      is_excluded = HoldsNoSongs(Song(row).Folder());
     if (is_excluded && IsPresent(row)) excluded.emplace(ToLower(table_.Cell(kFileName, row)), row);
   }
   if (excluded.empty()) return;

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How the library checks which of its songs exist.
 #include <algorithm>
-#include <functional>
 #include <optional>
 #include <unordered_map>
 #include <unordered_set>
@@ -10,6 +9,7 @@
 #include "library/cls_main.h"
 #include "library/excluded_folders.h"
 #include "library/folder_scan.h"
+#include "library/known_drives.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"
 
@@ -68,18 +68,22 @@ FolderFindings FindSongs(const FolderQuestion& songs) {
   return findings;
 }
 
-}  // namespace
-
 /// The rows of the songs in one folder.
-struct clsMain::FolderRows {
+struct FolderRows {
   std::string_view folder;
   std::vector<std::int32_t> rows;
 };
 
+}  // namespace
+
 /// The state of one call of CheckToSeeIfFilesAreMissingAndMakeFalse.
 class clsMain::PresenceCheck {
  public:
-  explicit PresenceCheck(clsMain& library) : library_(library), table_(library.table_) {}
+  explicit PresenceCheck(clsMain& library)
+      : library_(library),
+        table_(library.table_),
+        disk_(library.disk_),
+        drives_(library.state_.Drives()) {}
 
   void Run() {
     ListFolders();
@@ -87,15 +91,15 @@ class clsMain::PresenceCheck {
     try {
       ReadAhead(
           folders_.size(), kFoldersAtOnce, [&](std::size_t k) { return QuestionOf(folders_[k]); },
-          [unanswered = library_.unanswered_](const FolderQuestion& songs) {
+          [unanswered = disk_.Unanswered()](const FolderQuestion& songs) {
             return unanswered->Covers(songs.folder) ? AllUnknown(songs.names.size())
                                                     : FindSongs(songs);
           },
           [&](std::size_t k, const FolderFindings& findings) {
             Judge(folders_[k], findings);
-            if (library_.go_on_ && !library_.go_on_(folders_[k].folder)) throw Stopped();
+            disk_.GoOnOrStop(folders_[k].folder);
           },
-          library_.WaitingFor([&](std::size_t k) { return std::string(folders_[k].folder); }),
+          disk_.WaitingFor([&](std::size_t k) { return std::string(folders_[k].folder); }),
           [&](std::size_t k) { return AllUnknown(folders_[k].rows.size()); });
     } catch (const Stopped&) {
       // Songs in folders that were not checked stay unchanged.
@@ -104,7 +108,7 @@ class clsMain::PresenceCheck {
     for (const std::int32_t row : missing_) library_.BlankRow(row);
     for (const auto& [row, folder] : moved_) table_.SetCell(kFileLocation, row, folder);
     library_.list_is_stale_ = library_.list_is_stale_ || !moved_.empty();
-    if (complete) library_.drives_.ApplyNewRoots();
+    if (complete) drives_.ApplyNewRoots();
   }
 
  private:
@@ -122,7 +126,7 @@ class clsMain::PresenceCheck {
       folders_[at->second].rows.push_back(row);
     }
     std::erase_if(folders_, [this](const FolderRows& songs) {
-      if (!library_.IsNotAsked(songs.folder)) return false;
+      if (!disk_.IsNotAsked(songs.folder)) return false;
       const std::uint32_t reason = library_.SkippedReason(songs.folder);
       for (const std::int32_t row : songs.rows) table_.Facts(row).away = reason;
       return true;
@@ -145,7 +149,7 @@ class clsMain::PresenceCheck {
       const std::string_view above = FolderOfPath(
           std::string_view(place).substr(0, std::max<std::size_t>(place.size(), 1) - 1));
       if (above.empty() || above.size() >= place.size()) return place;
-      const FolderState state = library_.StateOf(std::string(above));
+      const FolderState state = disk_.StateOf(std::string(above));
       if (state == FolderState::kHasEntries || state == FolderState::kUnreadable) return place;
       place = above;
     }
@@ -159,9 +163,9 @@ class clsMain::PresenceCheck {
       if (findings.songs[k] == FilePresence::kNotThere) gone.push_back(row);
       if (findings.songs[k] == FilePresence::kUnknown)
         table_.Facts(row).away =
-            library_.IsNotAsked(songs.folder)
+            disk_.IsNotAsked(songs.folder)
                 ? library_.SkippedReason(songs.folder)
-                : library_.AwayReason(AwayKind::kFolder, songs.folder, findings.problem);
+                : library_.reasons_.NumberOf(AwayKind::kFolder, songs.folder, findings.problem);
     }
     if (!gone.empty()) JudgeGone(songs.folder, gone);
     // The error text of an unmounted drive is arbitrary, so report the drive instead of the folder.
@@ -172,24 +176,24 @@ class clsMain::PresenceCheck {
     std::optional<KnownDrives::FolderVerdict> verdict;
     for (const std::int32_t row : songs.rows) {
       if (table_.Facts(row).away == 0) continue;
-      if (!verdict) verdict = library_.drives_.VerdictOf(songs.folder);
+      if (!verdict) verdict = drives_.VerdictOf(songs.folder);
       if (verdict->verdict == KnownDrives::Verdict::kAway)
-        table_.Facts(row).away = library_.AwayReason(AwayKind::kDrive, verdict->away_root);
+        table_.Facts(row).away = library_.reasons_.NumberOf(AwayKind::kDrive, verdict->away_root);
     }
   }
 
   void JudgeGone(std::string_view folder, std::vector<std::int32_t> gone) {
-    const KnownDrives::FolderVerdict verdict = library_.drives_.VerdictOf(folder);
+    const KnownDrives::FolderVerdict verdict = drives_.VerdictOf(folder);
     for (const std::string& place : verdict.moved_to)
       std::erase_if(gone, [&](std::int32_t row) { return IsAt(place, row); });
     if (gone.empty()) return;
     std::uint32_t reason = 0;
     if (verdict.verdict == KnownDrives::Verdict::kAway) {
-      reason = library_.AwayReason(AwayKind::kDrive, verdict.away_root);
+      reason = library_.reasons_.NumberOf(AwayKind::kDrive, verdict.away_root);
     } else if (verdict.verdict == KnownDrives::Verdict::kUnremembered) {
-      const FolderState state = library_.StateOf(std::string(folder));
+      const FolderState state = disk_.StateOf(std::string(folder));
       if (state != FolderState::kHasEntries)
-        reason = library_.AwayReason(AwayKind::kDrive, PartNotThere(folder));
+        reason = library_.reasons_.NumberOf(AwayKind::kDrive, PartNotThere(folder));
     }
     for (const std::int32_t row : gone)
       if (reason != 0)
@@ -200,16 +204,18 @@ class clsMain::PresenceCheck {
 
   /// Whether a song's file exists in the folder's new place, or cannot be checked there.
   bool IsAt(const std::string& place, std::int32_t row) {
-    const FileStatus look = library_.Look(place + std::string(table_.Cell(kFileName, row)));
+    const FileStatus look = disk_.Look(place + std::string(table_.Cell(kFileName, row)));
     if (look.presence == FilePresence::kNotThere) return false;
     if (look.presence == FilePresence::kUnknown)
-      table_.Facts(row).away = library_.AwayReason(AwayKind::kFolder, place, look.problem);
+      table_.Facts(row).away = library_.reasons_.NumberOf(AwayKind::kFolder, place, look.problem);
     moved_.emplace_back(row, place);
     return true;
   }
 
   clsMain& library_;
   SongTable& table_;
+  DiskQueries& disk_;
+  KnownDrives& drives_;
   std::vector<FolderRows> folders_;
   std::vector<std::int32_t> missing_;
   std::vector<std::pair<std::int32_t, std::string>> moved_;  ///< rows and their new folders

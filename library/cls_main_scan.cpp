@@ -43,22 +43,21 @@ void clsMain::BlankRow(std::int32_t row) {
   if (table_.Cell(kFileIsThere, row) == kPresent) {
     if (!CanSaveMissingSongs()) {
       // The song cannot be saved as missing, so keep the row; blanking it would lose the rank.
-      table_.Facts(row).away =
-          AwayReason(AwayKind::kKept, table_.Cell(kFileLocation, row),
-                     companion_is_unread_ ? CompanionPath() : missing_file_.path());
+      table_.Facts(row).away = reasons_.NumberOf(
+          AwayKind::kKept, Song(row).Folder(),
+          storage_.Companion().IsUnread() ? storage_.Companion().Path() : state_.MissingPath());
       return;
     }
-    missing_.Add({.number = NumericValue(table_.Cell(kRecordNumber, row)),
-                  .name = std::string(table_.Cell(kFileName, row)),
-                  .folder = std::string(table_.Cell(kFileLocation, row)),
-                  .size = table_.Facts(row).size,
-                  .rank = std::string(table_.Cell(kSongRank, row)),
-                  .day = Today(),
-                  .now = 0});
+    state_.Missing().Add({.number = NumericValue(table_.Cell(kRecordNumber, row)),
+                          .name = std::string(table_.Cell(kFileName, row)),
+                          .folder = std::string(table_.Cell(kFileLocation, row)),
+                          .size = table_.Facts(row).size,
+                          .rank = std::string(table_.Cell(kSongRank, row)),
+                          .day = Today(),
+                          .now = 0});
     ++scan_.missing;
   }
-  for (const std::int16_t column : {kFileIsThere, kFileLocation, kFileName})
-    table_.SetCell(column, row, "0");
+  BlankSong(table_, row);
   // The size stays: if this library is not saved, the companion still belongs to the previous
   // library.
   table_.Facts(row).away = 0;
@@ -73,22 +72,21 @@ void clsMain::AddFromRememberedFolders() {
   try {
     ReadAhead(
         folders.size(), kFoldersAtOnce, [&](std::size_t k) { return folders[k]; },
-        [unanswered = unanswered_](const std::string& folder) {
+        [unanswered = disk_.Unanswered()](const std::string& folder) {
           return unanswered->Covers(folder) ? FolderListing()
                                             : ListFolder(folder, {.pattern = kSongPattern});
         },
         [&](std::size_t k, const FolderListing& listing) {
           AddMp3FilesOfOneFolder(folders[k], listing, known);
-          if (go_on_ && !go_on_(folders[k])) throw Stopped();
+          disk_.GoOnOrStop(folders[k]);
         },
-        WaitingFor([&](std::size_t k) { return folders[k]; }),
+        disk_.WaitingFor([&](std::size_t k) { return folders[k]; }),
         [](std::size_t) { return FolderListing(); });
   } catch (const Stopped&) {
     // Cancelled; the songs found so far are valid.
   }
   // From here on the scan can no longer be cancelled: the songs found are added completely.
-  go_on_ = {};
-  wait_for_drive_ = {};
+  disk_.SetCallbacks({}, {});
   DeleteIdenticalFileNamesAndPaths(old_count);
 }
 
@@ -118,7 +116,7 @@ std::vector<std::string> clsMain::RememberedFolders() {
                                                  : content->back() != kLineEnd.back());
   // The line "0" comes from missing songs. Only absolute paths are folders with songs.
   const auto add = [&](std::string_view folder) {
-    if (IsAbsolutePath(folder) && !IsNotAsked(folder))
+    if (IsAbsolutePath(folder) && !disk_.IsNotAsked(folder))
       folders.push_back(EnsureTrailingBackslash(folder));
   };
   if (content) {
@@ -145,7 +143,7 @@ std::vector<std::string> clsMain::RememberedFolders() {
   };
   for (const bool away : {false, true})
     for (const std::string& folder : FoldersOf(away, 1)) add_unless_listed(folder);
-  for (const UnreadFolder& folder : unread_.Folders())
+  for (const UnreadFolder& folder : state_.Unread().Folders())
     if (!folder.below) add_unless_listed(folder.path);
   return folders;
 }
@@ -154,7 +152,7 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
                                      KnownSongs& known) {
   if (!listing.problem.empty())
     RememberUnread(folder, false, listing.problem);
-  else if ((listing.opened || listing.not_there) && !unread_.HasBelow(folder))
+  else if ((listing.opened || listing.not_there) && !state_.Unread().HasBelow(folder))
     ForgetUnread(folder);
   if (listing.files.empty()) return;
   KnownSongs::Rows& rows = known.OfFolder(folder);
@@ -176,10 +174,7 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
 void clsMain::LeaveOutRespelled(std::int32_t old_count) {
   if (table_.rows() <= old_count) return;
   std::unordered_map<std::string, std::int32_t> rows;
-  const auto path = [this](std::int32_t row) {
-    return PathKey(
-        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
-  };
+  const auto path = [this](std::int32_t row) { return PathKey(Song(row).Path()); };
   for (std::int32_t row = 1; row <= old_count; ++row)
     if (IsPresent(row) &&
         (table_.Facts(row).away != 0 || MayHaveOtherSpelling(table_.Cell(kFileName, row))))
@@ -199,11 +194,6 @@ void clsMain::LeaveOutRespelled(std::int32_t old_count) {
   table_.Remove(goes);
 }
 
-bool clsMain::IsOnAwayDrive(std::int32_t row) const {
-  const std::uint32_t away = table_.Facts(row).away;
-  return away != 0 && reasons_[away - 1].kind == AwayKind::kDrive;
-}
-
 void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
   std::unordered_map<std::string_view, std::vector<std::int32_t>> away;
   for (std::int32_t row = 1; row <= old_count; ++row)
@@ -213,13 +203,7 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     const auto found = away.find(table_.Cell(kFileName, row));
     if (found == away.end()) continue;
-    const std::string path =
-        std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row));
-    std::int64_t& size = table_.Facts(row).size;
-    if (size == kUnknownSize) {
-      const FileStatus look = Look(path);
-      if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
-    }
+    const std::int64_t size = SizeOf(row);
     const auto same =
         std::find_if(found->second.begin(), found->second.end(), [&](std::int32_t other) {
           const std::int64_t other_size = table_.Facts(other).size;
@@ -227,9 +211,7 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
         });
     if (same == found->second.end()) continue;
     goes[static_cast<std::size_t>(row - 1)] = 1;
-    left_out_.push_back(
-        {path,
-         std::string(table_.Cell(kFileLocation, *same)).append(table_.Cell(kFileName, *same))});
+    left_out_.push_back({Song(row).Path(), Song(*same).Path()});
   }
   table_.Remove(goes);
 }
@@ -253,8 +235,7 @@ void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
                    std::make_move_iterator(left_out.end()));
   if (scan_.kind == ScanKind::kFiles)
     scan_.left_out += static_cast<std::int32_t>(left_out_.size() - before);
-  bool sorted = false;
-  Sort(true, false, kRecordNumber, sorted);
+  SortByRecord();
   table_.Pack();
   if (table_.rows() <= old_count) return;
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row)
@@ -265,16 +246,17 @@ void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
 }
 
 void clsMain::RecognizeReturned(std::int32_t old_count) {
-  if (missing_.size() == 0) return;
+  MissingSongs& missing = state_.Missing();
+  if (missing.size() == 0) return;
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     // Read the size only if a missing song has this name. Other sizes are read later, when a window
     // is open.
-    if (!missing_.HasName(table_.Cell(kFileName, row))) continue;
-    const MissingSong* const song = missing_.Only(table_.Cell(kFileName, row), SizeOf(row));
+    if (!missing.HasName(table_.Cell(kFileName, row))) continue;
+    const MissingSong* const song = missing.Only(table_.Cell(kFileName, row), SizeOf(row));
     if (song == nullptr) continue;
     const std::int32_t number = song->number;
     table_.SetCell(kSongRank, row, song->rank);
-    missing_.CameBack(number, row);
+    missing.CameBack(number, row);
     returned_.push_back({number, row});
     ++scan_.back;
     --scan_.new_songs;
@@ -284,25 +266,25 @@ void clsMain::RecognizeReturned(std::int32_t old_count) {
 std::int64_t clsMain::SizeOf(std::int32_t row) {
   std::int64_t& size = table_.Facts(row).size;
   if (size == kUnknownSize) {
-    const FileStatus look =
-        Look(std::string(table_.Cell(kFileLocation, row)).append(table_.Cell(kFileName, row)));
+    const FileStatus look = LookAtSong(row);
     if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
   }
   return size;
 }
 
 void clsMain::RecognizeLate() {
-  if (missing_.size() == 0) return;
+  MissingSongs& missing = state_.Missing();
+  if (missing.size() == 0) return;
   bool has_any = false;
   for (std::int32_t row = 1; row <= table_.rows(); ++row) {
-    if (!missing_.HasName(table_.Cell(kFileName, row)) || !IsPresent(row) || IsAway(row)) continue;
-    const MissingSong* const song = missing_.Only(table_.Cell(kFileName, row), SizeOf(row));
+    if (!missing.HasName(table_.Cell(kFileName, row)) || !IsPresent(row) || IsAway(row)) continue;
+    const MissingSong* const song = missing.Only(table_.Cell(kFileName, row), SizeOf(row));
     // A song with a lower number is older than the missing song, so it is another song.
     if (song == nullptr || song->number >= row) continue;
     const std::int32_t number = song->number;
     // Keep a rank that the user has set meanwhile.
-    if (table_.Cell(kSongRank, row) == "2") table_.SetCell(kSongRank, row, song->rank);
-    missing_.CameBack(number, row);
+    if (table_.Cell(kSongRank, row) == kUnranked) table_.SetCell(kSongRank, row, song->rank);
+    missing.CameBack(number, row);
     returned_.push_back({number, row});
     ++scan_.back;
     has_any = true;
@@ -314,10 +296,9 @@ void clsMain::TakeSearchedSongs(std::int32_t old_count) {
   if (!Mp3MainHasSomeMembers()) return;
   if (old_count == 0) {
     LoadMemory();
-    missing_.Clear();
-    repaired_.Clear();
-    bool sorted = false;
-    Sort(true, true, kFileName, sorted);
+    state_.Missing().Clear();
+    state_.Repaired().Clear();
+    SortByName();
   }
   DeleteIdenticalFileNamesAndPaths(old_count);
   RenumberBasedOnArrayNumber();
@@ -330,14 +311,11 @@ void clsMain::TakeSearchedSongs(std::int32_t old_count) {
 
 void clsMain::LoadWhatWasSaved() {
   SongTable found = std::move(table_);
-  const auto stamp = saved_stamp_;
-  const CompanionHeader companion = companion_;
+  const LibraryStorage::Written written = storage_.LastWritten();
   if (LoadMain()) return;
   // Reading the file back failed, so continue with the songs in memory, which the file contains.
   table_ = std::move(found);
-  saved_stamp_ = stamp;
-  companion_ = companion;
-  backup_first_ = false;
+  storage_.Restore(written);
 }
 
 std::vector<ReturnedSong> clsMain::TakeReturned() { return std::exchange(returned_, {}); }

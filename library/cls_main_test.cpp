@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "library/library_file.h"
 #include "tests/library_fixture.h"
 #include "util/errors.h"
 

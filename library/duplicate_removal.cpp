@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "library/song_view.h"
 #include "util/like.h"
 #include "util/number.h"
 #include "util/path_text.h"
@@ -196,11 +197,8 @@ class Removal {
     if (IsOld(row)) return false;
     goes_[static_cast<std::size_t>(row - 1)] = 1;
     if (!table_.SameStoredText(kFileLocation, row, original) || Name(row) != Name(original))
-      left_out_.push_back({PathOf(row), PathOf(original)});
+      left_out_.push_back({SongView(table_, row).Path(), SongView(table_, original).Path()});
     return true;
-  }
-  std::string PathOf(Row row) const {
-    return std::string(table_.Cell(kFileLocation, row)).append(Name(row));
   }
 
   SongTable& table_;

@@ -158,13 +158,17 @@ std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table) {
   table.Resize(static_cast<std::int32_t>(by_row.size()));
   for (std::int32_t row = 1; row <= table.rows(); ++row) {
     const std::size_t place = by_row[static_cast<std::size_t>(row - 1)];
-    const LibraryRecord* const record = place != kNobody ? &found[place] : nullptr;
-    table.SetCell(kFileLocation, row, record ? (*record)[kLocationField] : "0");
-    table.SetCell(kFileName, row, record ? (*record)[kNameField] : "0");
-    table.SetCell(kFileIsThere, row, record ? (*record)[kThereField] : "0");
     table.SetCell(kRecordNumber, row, std::to_string(row));
-    const bool ranked = record && TryConvertToInt32((*record)[kRankField]).has_value();
-    table.SetCell(kSongRank, row, ranked ? (*record)[kRankField] : "2");
+    table.SetCell(kSongRank, row, kUnranked);
+    if (place == kNobody) {
+      BlankSong(table, row);
+      continue;
+    }
+    const LibraryRecord& record = found[place];
+    table.SetCell(kFileLocation, row, record[kLocationField]);
+    table.SetCell(kFileName, row, record[kNameField]);
+    table.SetCell(kFileIsThere, row, record[kThereField]);
+    if (TryConvertToInt32(record[kRankField])) table.SetCell(kSongRank, row, record[kRankField]);
   }
   return static_cast<std::int32_t>(found.size());
 }

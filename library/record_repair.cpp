@@ -20,20 +20,14 @@ bool IsMissingRow(const SongTable& table, std::int32_t row) {
   return NumericValue(table.Cell(kFileIsThere, row)) == 0;
 }
 
-/// Blanks a row as for a missing song.
-void MakeMissing(SongTable& table, std::int32_t row) {
-  for (const std::int16_t column : {kFileIsThere, kFileLocation, kFileName})
-    table.SetCell(column, row, "0");
-  table.SetCell(kSongRank, row, "2");
-}
-
 SongTable InPlaces(const SongTable& table, const std::vector<std::size_t>& places) {
   SongTable repaired;
   repaired.Resize(static_cast<std::int32_t>(places.size()));
   for (std::int32_t row = 1; row <= repaired.rows(); ++row) {
     const std::size_t from = places[static_cast<std::size_t>(row - 1)];
     if (from == kNobody) {
-      MakeMissing(repaired, row);
+      BlankSong(repaired, row);
+      repaired.SetCell(kSongRank, row, kUnranked);
     } else {
       const auto old_row = static_cast<std::int32_t>(from) + 1;
       for (std::int16_t column = 1; column <= kSongColumns; ++column)

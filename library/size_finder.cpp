@@ -47,10 +47,12 @@ struct SizeFinder::Work {
 };
 
 SizeFinder::SizeFinder(const clsMain& library) : work_(std::make_shared<Work>()) {
-  for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)
-    if (library.IsPresent(row) && !library.IsAway(row) && library.Facts(row).size == kUnknownSize)
-      work_->songs.push_back({row, std::string(library.Mp3Info(kFileLocation, row)),
-                              std::string(library.Mp3Info(kFileName, row)), kUnknownSize});
+  for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row) {
+    const SongView song = library.Song(row);
+    if (song.IsPresent() && !song.IsAway() && library.Facts(row).size == kUnknownSize)
+      work_->songs.push_back(
+          {row, std::string(song.Folder()), std::string(song.Name()), kUnknownSize});
+  }
   work_->is_done = work_->songs.empty();
   if (work_->is_done) return;
   std::thread thread = StartThread([work = work_] { work->Find(work->songs.size()); });

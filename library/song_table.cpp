@@ -108,4 +108,9 @@ bool SongTable::SameStoredText(std::int16_t column, std::int32_t a, std::int32_t
          cells[static_cast<std::size_t>(a - 1)] == cells[static_cast<std::size_t>(b - 1)];
 }
 
+void BlankSong(SongTable& table, std::int32_t row) {
+  for (const std::int16_t column : {kFileIsThere, kFileLocation, kFileName})
+    table.SetCell(column, row, "0");
+}
+
 }  // namespace tallow

@@ -23,6 +23,9 @@ enum SongColumn : std::int16_t {
   kFirstSpare = 6,    ///< unused up to column 12, but kept in the library file
 };
 
+/// The rank of a song that was never ranked.
+inline constexpr std::string_view kUnranked = "2";
+
 /// Number of columns of a song record.
 inline constexpr std::int16_t kSongColumns = 12;
 
@@ -111,5 +114,9 @@ class SongTable : public TextTable {
   std::int32_t rows_ = 0;
   std::uint64_t version_ = 0;
 };
+
+/// Blanks the row of a missing song: flag, folder and name become "0". Its record number, rank and
+/// facts stay.
+void BlankSong(SongTable& table, std::int32_t row);
 
 }  // namespace tallow

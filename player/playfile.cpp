@@ -26,12 +26,6 @@ bool ReachPlayer(WinAMP_Control& player, const ShowMessage& show) {
   return true;
 }
 
-std::string PathOfSong(const clsMain& library, std::int32_t record) {
-  if (record < 1 || record > library.UBoundOfMp3Array()) return {};
-  return std::string(library.Mp3Info(kFileLocation, record)) +
-         std::string(library.Mp3Info(kFileName, record));
-}
-
 namespace {
 
 /// Number of files that a thread checks in one batch, see ReadAhead.
@@ -106,7 +100,7 @@ void ShowPlayerHasEnded(std::size_t added, std::size_t all, const ShowMessage& s
 template <typename Callback>
 void CheckFiles(std::span<const std::int32_t> songs, clsMain& library, const GoOn& go_on,
                 const Callback& callback) {
-  const auto path_of = [&](std::size_t k) { return PathOfSong(library, songs[k]); };
+  const auto path_of = [&](std::size_t k) { return library.Song(songs[k]).Path(); };
   ReadAhead(
       songs.size(), kFilesAtOnce, path_of,
       [unanswered = library.Unanswered()](const std::string& path) -> FileAnswer {

@@ -51,7 +51,4 @@ bool ReachPlayer(WinAMP_Control& player, const ShowMessage& show);
 void HandOver(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Control& player,
               const ShowMessage& show, HandOffPanel& panel, const HandOverProgress& progress = {});
 
-/// Returns the full path of a song; empty when the library has no such row.
-std::string PathOfSong(const clsMain& library, std::int32_t record);
-
 }  // namespace tallow

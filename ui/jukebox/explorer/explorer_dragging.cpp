@@ -89,11 +89,8 @@ std::unique_ptr<ExplorerDrag> ExplorerDragging::SongsToDrag() const {
   if (folder == nullptr || rows.empty()) return nullptr;
   QByteArray files;
   for (const int row : rows) {
-    const std::int32_t record = folder->Items()[static_cast<std::size_t>(row)].SubItem();
-    if (record < 1 || record > library_.UBoundOfMp3Array()) continue;
-    std::string path(library_.Mp3Info(kFileLocation, record));
-    path += library_.Mp3Info(kFileName, record);
-    files += UriOfPath(path) + "\r\n";
+    const SongView song = library_.Song(folder->Items()[static_cast<std::size_t>(row)].SubItem());
+    if (song.Exists()) files += UriOfPath(song.Path()) + "\r\n";
   }
   auto drag = std::make_unique<ExplorerDrag>(edits_, *folder, true, std::move(rows));
   drag->setData(QStringLiteral("text/uri-list"), files);

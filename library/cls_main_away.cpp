@@ -1,0 +1,234 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Which songs of the library are away, and what a scan reports.
+#include <algorithm>
+#include <unordered_map>
+#include <unordered_set>
+#include <utility>
+
+#include "library/cls_main_asking.h"
+#include "library/folder_scan.h"
+#include "library/known_drives.h"
+#include "util/path_text.h"
+
+namespace tallow {
+
+void clsMain::UseDrives(LookAtVolumes look, std::vector<std::string> given) {
+  look_at_volumes_ = std::move(look);
+  state_.ResetDrives(std::move(given));
+}
+
+bool clsMain::CanSaveMissingSongs() {
+  LoadMemory();
+  // Without its size a missing song cannot be recognized when it comes back.
+  return storage_.Companion().ReadAgain(table_) && state_.CanSaveMissing(table_);
+}
+
+void clsMain::RememberUnread(std::string_view folder, bool below, std::string_view problem) {
+  LoadMemory();
+  state_.Unread().Add({std::string(folder), below, std::string(problem)});
+}
+
+void clsMain::SaveRepaired() { state_.Save(problems_); }
+
+bool clsMain::KnowsDrive(std::string_view root) {
+  LoadDrives();
+  return state_.Drives().Knows(root);
+}
+
+std::vector<std::string> clsMain::TakeProblems() { return std::exchange(problems_, {}); }
+
+std::string clsMain::AwayText(std::int32_t record) const {
+  if (!IsAway(record)) return {};
+  return reasons_.TextOf(table_.Facts(record).away, Song(record).Name());
+}
+
+/// Cache for checking many songs: after one song of a folder could not be checked, its result is
+/// reused for the other songs of that folder.
+class clsMain::FolderMemory {
+ public:
+  explicit FolderMemory(clsMain& library) : library_(library) {}
+
+  FileStatus LookAt(std::int32_t record) {
+    library_.disk_.GoOnOrStop();
+    const std::string_view folder = library_.table_.Cell(kFileLocation, record);
+    if (const auto known = unknown_.find(folder); known != unknown_.end()) return known->second;
+    FileStatus look = library_.LookAtSong(record);
+    if (look.presence == FilePresence::kUnknown) unknown_.emplace(folder, look);
+    return look;
+  }
+
+ private:
+  clsMain& library_;
+  std::unordered_map<std::string_view, FileStatus> unknown_;
+};
+
+bool clsMain::RecheckSong(std::int32_t record) {
+  if (!IsPresent(record) || LookAtSong(record).presence != FilePresence::kThere) return false;
+  table_.Facts(record).away = 0;
+  return true;
+}
+
+std::vector<char> clsMain::RecheckSong(const std::vector<std::int32_t>& records) {
+  FolderMemory folders(*this);
+  std::vector<char> there(records.size());
+  for (std::size_t k = 0; k < records.size(); ++k) {
+    if (!IsPresent(records[k]) || folders.LookAt(records[k]).presence != FilePresence::kThere)
+      continue;
+    table_.Facts(records[k]).away = 0;
+    there[k] = 1;
+  }
+  return there;
+}
+
+bool clsMain::MarkIfAway(std::int32_t record) {
+  return IsPresent(record) && MarkIfAway(record, LookAtSong(record));
+}
+
+bool clsMain::MarkIfAway(std::int32_t record, const FileStatus& look) {
+  const std::string folder(table_.Cell(kFileLocation, record));
+  std::uint32_t& away = table_.Facts(record).away;
+  if (look.presence == FilePresence::kThere) {
+    away = 0;
+    return false;
+  }
+  const KnownDrives::FolderVerdict verdict = state_.Drives().VerdictOf(folder);
+  if (verdict.verdict == KnownDrives::Verdict::kAway)
+    away = reasons_.NumberOf(AwayKind::kDrive, verdict.away_root);
+  else if (look.presence == FilePresence::kUnknown)
+    away = disk_.Unanswered()->Covers(folder)
+               ? SkippedReason(folder)
+               : reasons_.NumberOf(AwayKind::kFolder, folder, look.problem);
+  return away != 0;
+}
+
+bool clsMain::CheckSong(std::int32_t record) {
+  if (RecheckSong(record)) return true;
+  if (!IsPresent(record)) return false;
+  LookAtDrives();
+  if (MarkIfAway(record) || IsAway(record)) return false;
+  const KnownDrives::FolderVerdict verdict =
+      state_.Drives().VerdictOf(table_.Cell(kFileLocation, record));
+  if (verdict.verdict == KnownDrives::Verdict::kMissing && verdict.moved_to.empty())
+    BlankRow(record);
+  return false;
+}
+
+void clsMain::MarkAwaySongs(const std::vector<std::int32_t>& records) {
+  if (records.empty() || IsAway(records.front()) || RecheckSong(records.front())) return;
+  LookAtDrives();
+  if (!MarkIfAway(records.front())) return;
+  FolderMemory folders(*this);
+  for (const std::int32_t record : records)
+    if (IsPresent(record)) MarkIfAway(record, folders.LookAt(record));
+}
+
+std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
+  BeginScan(ScanKind::kFiles);
+  const std::vector<std::int32_t> rows = reasons_.RowsAt(place, table_);
+  // A song whose file exists again is not forgotten.
+  const std::vector<char> is_back = RecheckSong(rows);
+  std::unordered_set<std::string> forgotten;
+  for (std::size_t k = 0; k < rows.size(); ++k) {
+    if (is_back[k]) continue;
+    const std::int32_t row = rows[k];
+    std::string path = Song(row).Path();
+    BlankRow(row);
+    // BlankRow keeps the row when the song cannot be saved as missing.
+    if (!IsPresent(row)) forgotten.insert(std::move(path));
+  }
+  state_.Drives().Forget(place);
+  // Files that were left out because of a forgotten song are added as songs now.
+  std::int32_t old_count = table_.rows();
+  for (const LeftOutFile& file : left_out_) {
+    if (!forgotten.contains(file.stands_for_it)) continue;
+    const FileStatus look = disk_.Look(file.path);
+    if (look.presence == FilePresence::kThere)
+      AddSong(FolderOfPath(file.path), NameOfPath(file.path), static_cast<std::int64_t>(look.size));
+  }
+  std::erase_if(left_out_,
+                [&](const LeftOutFile& file) { return forgotten.contains(file.stands_for_it); });
+  DeleteIdenticalFileNamesAndPaths(old_count);
+  WriteOutMp3DirectoryLocations();
+  FinishScan(false);
+  return static_cast<std::int32_t>(forgotten.size());
+}
+
+void clsMain::BeginScan(ScanKind kind) {
+  scan_ = {};
+  scan_.kind = kind;
+  rows_before_scan_ = table_.rows();
+  drives_were_looked_at_ = false;
+  disk_.Clear();
+}
+
+void clsMain::LeaveOut(const std::string& path, std::int32_t record) {
+  const std::string song = Song(record).Path();
+  const bool is_known = IsSamePathText(path, song) ||
+                        std::any_of(left_out_.begin(), left_out_.end(),
+                                    [&](const LeftOutFile& file) { return file.path == path; });
+  if (is_known) return;
+  left_out_.push_back({path, song});
+  ++scan_.left_out;
+}
+
+std::vector<std::string> clsMain::FoldersOf(bool away, std::int32_t first_row) const {
+  std::vector<std::string> folders;
+  if (away && reasons_.IsEmpty()) return folders;
+  std::unordered_set<std::string_view> seen;
+  for (std::int32_t row = first_row; row <= table_.rows(); ++row) {
+    if ((table_.Facts(row).away != 0) != away) continue;
+    // Consecutive songs are usually in the same folder; missing songs are in none.
+    if (row > first_row && table_.SameStoredText(kFileLocation, row - 1, row) &&
+        (table_.Facts(row - 1).away != 0) == away)
+      continue;
+    if (!IsPresent(row)) continue;
+    const std::string_view folder = table_.Cell(kFileLocation, row);
+    if (seen.insert(folder).second) folders.emplace_back(folder);
+  }
+  return folders;
+}
+
+ScanReport clsMain::FinishScan(bool complete, const GoOn& go_on) {
+  const auto living = [&go_on](std::string_view folder) { return go_on(folder), true; };
+  const auto wait = [&go_on](std::string_view root) { return go_on(root); };
+  const Asking asking(*this, go_on ? GoOn(living) : GoOn(),
+                      go_on ? tallow::WaitForDrive(wait) : tallow::WaitForDrive());
+  LoadMemory();
+  // Save now, so that missing songs are reported only once.
+  if (scan_.missing > 0) Save();
+  // New songs may be on drives that were not mounted before.
+  if (!drives_were_looked_at_) LookAtDrives();
+  // Rows that this scan has neither added nor checked may be stale, so they are not reported as
+  // seen.
+  if (look_at_volumes_)
+    state_.Drives().UpdateFolders(FoldersOf(false, complete ? 1 : rows_before_scan_ + 1),
+                                  FoldersOf(true, 1), complete);
+  state_.Save(problems_);
+  if (list_is_stale_) {
+    WriteOutMp3DirectoryLocations();
+    list_is_stale_ = !list_error_.empty();
+  }
+  ScanReport report = std::exchange(scan_, {});
+  report.away = AwayPlaces();
+  report.unread_folders = static_cast<std::int32_t>(state_.Unread().size());
+  if (report.kind == ScanKind::kFiles) report.left_out_grew = report.left_out > 0;
+  if (report.kind == ScanKind::kFiles || !complete) return report;
+  report.left_out = static_cast<std::int32_t>(left_out_.size());
+  CompanionHeader& header = storage_.Companion().Header();
+  std::int32_t& counted =
+      report.kind == ScanKind::kComputer ? header.left_out_of_computer : header.left_out_of_list;
+  // Compare with the larger count of both scan kinds, so that a known count is not reported again.
+  const std::int32_t before = std::max({0, header.left_out_of_list, header.left_out_of_computer});
+  report.left_out_grew = report.left_out > before;
+  if (std::exchange(counted, report.left_out) != report.left_out) SaveFacts();
+  return report;
+}
+
+void clsMain::SetSize(std::int32_t row, std::string_view folder, std::string_view name,
+                      std::int64_t size) {
+  const SongView song = Song(row);
+  if (song.Exists() && song.Folder() == folder && song.Name() == name)
+    table_.Facts(row).size = size;
+}
+
+}  // namespace tallow

@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "library/disk_queries.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "util/read_ahead.h"
+
+namespace tallow {
+namespace {
+
+/// After this time a drive is reported as slow.
+constexpr std::chrono::milliseconds kSlowAfter{1000};
+
+/// After this time a drive is given up, unless the user gave it up before.
+constexpr std::chrono::milliseconds kMaxWait{30000};
+
+/// Timeout when no callback can report the slow drive.
+constexpr std::chrono::milliseconds kMaxQuietWait{5000};
+
+FileStatus NoAnswer() { return {FilePresence::kUnknown, 0, std::string(kDoesNotAnswer)}; }
+
+}  // namespace
+
+void DiskQueries::SetCallbacks(GoOn go_on, WaitForDrive wait) {
+  go_on_ = std::move(go_on);
+  wait_for_drive_ = std::move(wait);
+}
+
+void DiskQueries::GoOnOrStop(std::string_view folder) const {
+  if (go_on_ && !go_on_(folder)) throw Stopped();
+}
+
+WhileWaiting DiskQueries::WaitingFor(std::function<std::string(std::size_t)> path_of, GoOn go_on,
+                                     WaitForDrive wait) {
+  const auto most = wait || go_on ? kMaxWait : kMaxQuietWait;
+  return [this, path_of = std::move(path_of), go_on = std::move(go_on), wait = std::move(wait),
+          most](std::size_t i, std::chrono::milliseconds waited) {
+    if (go_on && !go_on({})) throw Stopped();
+    const std::string path = path_of(i);
+    if (unanswered_->Covers(path)) return WaitDecision::kGiveUp;
+    if (waited < kSlowAfter) return WaitDecision::kWait;
+    const std::string root = drives_.RootToGiveUp(path);
+    if (waited < most && (!wait || wait(root))) return WaitDecision::kWait;
+    unanswered_->Add(root);
+    drives_.MarkAway(root);
+    return WaitDecision::kGiveUp;
+  };
+}
+
+WhileWaiting DiskQueries::WaitingFor(std::function<std::string(std::size_t)> path_of) {
+  return WaitingFor(std::move(path_of), go_on_, wait_for_drive_);
+}
+
+template <typename Answer>
+Answer DiskQueries::Ask(const std::string& path, Answer (*ask)(const std::string&),
+                        const Answer& unanswered) {
+  if (unanswered_->Covers(path)) return unanswered;
+  if (!drives_.IsOnNetwork(path)) return ask(path);
+  return AskOnWorkerThread(path, ask, unanswered);
+}
+
+template <typename Answer>
+Answer DiskQueries::AskOnWorkerThread(const std::string& path, Answer (*ask)(const std::string&),
+                                      const Answer& unanswered) {
+  Answer result = unanswered;
+  ReadAhead(
+      1, 1, [&](std::size_t) { return path; }, ask,
+      [&](std::size_t, Answer answer) { result = std::move(answer); },
+      WaitingFor([path](std::size_t) { return path; }), [&](std::size_t) { return unanswered; });
+  return result;
+}
+
+FileStatus DiskQueries::Look(const std::string& path) { return Ask(path, CheckFile, NoAnswer()); }
+
+FileStatus DiskQueries::LookWithTimeout(const std::string& path) {
+  try {
+    return AskOnWorkerThread(path, CheckFile, NoAnswer());
+  } catch (const Stopped&) {
+    return NoAnswer();
+  }
+}
+
+FolderState DiskQueries::StateOf(const std::string& folder) {
+  return Ask(folder, StateOfFolder, FolderState::kUnreadable);
+}
+
+std::vector<std::optional<FolderState>> DiskQueries::StatesOf(
+    const std::vector<std::string>& folders) {
+  std::vector<std::optional<FolderState>> states(folders.size());
+  using State = std::optional<FolderState>;
+  const auto waits_alone = [this](const std::string& folder) {
+    return !go_on_ && !wait_for_drive_ && !drives_.IsOnNetwork(folder);
+  };
+  // Without callbacks nobody could give up a local disk, so worker threads are not needed.
+  if (std::all_of(folders.begin(), folders.end(), waits_alone))
+    return KnownDrives::AskAtOnce(folders);
+  ReadAhead(
+      folders.size(), 1, [&](std::size_t k) { return folders[k]; },
+      [unanswered = unanswered_](const std::string& folder) {
+        return unanswered->Covers(folder) ? State() : State(StateOfFolder(folder));
+      },
+      [&](std::size_t k, State state) { states[k] = state; },
+      WaitingFor([&](std::size_t k) { return folders[k]; }), [](std::size_t) { return State(); });
+  return states;
+}
+
+bool DiskQueries::IsNotAsked(std::string_view folder) const {
+  return drives_.IsBehindAutomounter(folder) || unanswered_->Covers(folder);
+}
+
+std::string DiskQueries::SkippedRootOf(std::string_view folder) const {
+  std::string root = drives_.AwayRootOf(folder);
+  return root.empty() ? unanswered_->RootOf(folder) : root;
+}
+
+}  // namespace tallow
