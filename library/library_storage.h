@@ -50,7 +50,8 @@ class LibraryStorage {
   /// \throws FileError when the file cannot be read or created
   bool Load(std::int32_t rows, SongTable& table, std::vector<std::string>& problems);
 
-  /// Fills the table with the songs that can be recovered from a damaged file; see clsMain::Salvage.
+  /// Fills the table with the songs that can be recovered from a damaged file, see
+  /// clsMain::Salvage.
   ///
   /// \throws FileError when the file cannot be read; nothing has changed then
   std::int32_t Salvage(bool is_set_aside, SongTable& table);
