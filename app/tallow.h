@@ -74,8 +74,8 @@ class Tallow {
   /// Set at the end of start-up: the file that the help key opens.
   std::string help_file;
 
-  /// Writes the settings to their file. A failure is added to the problems, but not the same failure
-  /// twice in a row.
+  /// Writes the settings to their file. A failure is added to the problems, but not the same
+  /// failure twice in a row.
   void SaveSettings();
 
   /// Adds a sentence that the windows show without blocking, as soon as the step that adds it ends.
