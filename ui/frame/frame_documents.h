@@ -1,20 +1,32 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
 #include <vector>
 
 #include <QMdiSubWindow>
 #include <QPointer>
 
 #include "app/jukebox_documents.h"
-#include "ui/frame/frm_mdi_form1.h"
 
 namespace tallow {
 
-/// The frame's implementation of the windows that the commands on jukebox files need.
-class frmMDIForm1::Documents : public DocumentWindows {
+class BusyFrame;
+class FrameMessages;
+class JukeboxArea;
+class JukeboxWindowMaker;
+class PanelWindow;
+
+/// The windows of the commands on jukebox files, in the frame window.
+class FrameDocuments : public DocumentWindows {
  public:
-  explicit Documents(frmMDIForm1& frame) : frame_(frame) {}
+  /// The parameters have to outlive this object.
+  FrameDocuments(JukeboxWindowMaker& maker, JukeboxArea& jukeboxes, PanelWindow& panel,
+                 FrameMessages& messages, BusyFrame& busy);
 
   Jukebox* ActiveJukebox() override;
   std::span<Jukebox* const> OpenJukeboxes() override;
@@ -32,7 +44,11 @@ class frmMDIForm1::Documents : public DocumentWindows {
   void Notice(const std::vector<std::string>& lines) override;
 
  private:
-  frmMDIForm1& frame_;
+  JukeboxWindowMaker& maker_;
+  JukeboxArea& jukeboxes_;
+  PanelWindow& panel_;
+  FrameMessages& messages_;
+  BusyFrame& busy_;
   std::vector<Jukebox*> open_;
   QPointer<QMdiSubWindow> active_before_;  ///< before NewJukebox()
 };

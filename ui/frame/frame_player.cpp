@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frame_player.h"
+
+#include <utility>
+
+#include "app/tallow.h"
+#include "ui/frame/busy_frame.h"
+#include "ui/frame/frame_messages.h"
+#include "ui/frame/panel_window.h"
+#include "ui/player/frm_main_winamp.h"
+#include "ui/support/help_page.h"
+#include "util/start_program.h"
+
+namespace tallow {
+
+FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, PanelWindow& panel,
+                         FrameMessages& messages, BusyFrame& busy)
+    : tallow_(tallow),
+      panel_(panel),
+      messages_(messages),
+      busy_(busy),
+      player_(
+          link, [&tallow] { return tallow.player_path; }, messages.Shower()),
+      play_commands_(tallow, *this) {}
+
+void FramePlayer::Play(std::vector<std::int32_t> songs) { play_commands_.Play(std::move(songs)); }
+
+void FramePlayer::Send(std::int32_t command) {
+  player_.FindAgainIfEnded();
+  player_.SendWinampCommand(command);
+}
+
+MessageAnswer FramePlayer::Show(const Message& message) { return messages_.Show(message); }
+
+void FramePlayer::ShowStatus(const std::string& text) { messages_.ShowStatus(text); }
+
+void FramePlayer::EnableFrame(bool enabled) { busy_.EnableFrame(enabled); }
+
+void FramePlayer::PlayOnPanel() {
+  if (panel_.Panel() == nullptr) OpenPanel();
+  panel_.Play();
+}
+
+void FramePlayer::OpenPanel() {
+  auto* const panel = new frmMainWinamp(tallow_, player_, messages_.Shower());
+  panel->setProperty(kHelpPage, QStringLiteral("playing"));
+  panel->OnLongWork([this](std::string_view text) { return BeginWork(text); });
+  QObject::connect(panel, &frmMainWinamp::Said, &panel_,
+                   [this](const QString& text) { ShowStatus(text.toStdString()); });
+  panel_.Open(*panel);
+}
+
+std::unique_ptr<LongWork> FramePlayer::BeginWork(std::string_view text) {
+  return busy_.BeginWork(text);
+}
+
+bool FramePlayer::Start(const std::string& program) {
+  return StartProgram(program, FirstWindow::kNormal);
+}
+
+}  // namespace tallow
