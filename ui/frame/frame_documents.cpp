@@ -4,9 +4,6 @@
 #include <QMdiArea>
 
 #include "ui/dialogs/common_dialog.h"
-#include "ui/frame/busy_frame.h"
-#include "ui/frame/frame_messages.h"
-#include "ui/frame/jukebox_area.h"
 #include "ui/frame/jukebox_window_maker.h"
 #include "ui/frame/panel_window.h"
 #include "ui/jukebox/frm_main.h"
@@ -16,7 +13,7 @@ namespace tallow {
 
 FrameDocuments::FrameDocuments(JukeboxWindowMaker& maker, JukeboxArea& jukeboxes,
                                PanelWindow& panel, FrameMessages& messages, BusyFrame& busy)
-    : maker_(maker), jukeboxes_(jukeboxes), panel_(panel), messages_(messages), busy_(busy) {}
+    : FrameWindows(jukeboxes, messages, busy), maker_(maker), panel_(panel) {}
 
 Jukebox* FrameDocuments::ActiveJukebox() {
   const QMdiSubWindow* const active = jukeboxes_.Area().currentSubWindow();
@@ -27,11 +24,6 @@ Jukebox* FrameDocuments::ActiveJukebox() {
     window = jukeboxes_.LastActive();
   }
   return window != nullptr ? &window->Jukebox() : nullptr;
-}
-
-std::span<Jukebox* const> FrameDocuments::OpenJukeboxes() {
-  open_ = jukeboxes_.Open();
-  return open_;
 }
 
 bool FrameDocuments::IsOpen(std::string_view caption) { return jukeboxes_.HasCaption(caption); }
@@ -69,13 +61,5 @@ std::optional<std::string> FrameDocuments::AskForFileToOpen(const std::string& f
 std::optional<std::string> FrameDocuments::AskForFileToSave(const std::string& folder) {
   return AskForFile(jukeboxes_.Area().window(), folder, kJukeboxFilter, FileDialogPurpose::kSave);
 }
-
-std::unique_ptr<LongWork> FrameDocuments::BeginWork(std::string_view text) {
-  return busy_.BeginWork(text);
-}
-
-MessageAnswer FrameDocuments::Show(const Message& message) { return messages_.Show(message); }
-
-void FrameDocuments::Notice(const std::vector<std::string>& lines) { messages_.Notice(lines); }
 
 }  // namespace tallow

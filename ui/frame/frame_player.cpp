@@ -4,8 +4,6 @@
 #include <utility>
 
 #include "app/tallow.h"
-#include "ui/frame/busy_frame.h"
-#include "ui/frame/frame_messages.h"
 #include "ui/frame/panel_window.h"
 #include "ui/player/frm_main_winamp.h"
 #include "ui/support/help_page.h"
@@ -13,12 +11,11 @@
 
 namespace tallow {
 
-FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, PanelWindow& panel,
-                         FrameMessages& messages, BusyFrame& busy)
-    : tallow_(tallow),
+FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, JukeboxArea& jukeboxes,
+                         PanelWindow& panel, FrameMessages& messages, BusyFrame& busy)
+    : FrameWindows(jukeboxes, messages, busy),
+      tallow_(tallow),
       panel_(panel),
-      messages_(messages),
-      busy_(busy),
       player_(
           link, [&tallow] { return tallow.player_path; }, messages.Shower()),
       play_commands_(tallow, *this) {}
@@ -29,8 +26,6 @@ void FramePlayer::Send(std::int32_t command) {
   player_.FindAgainIfEnded();
   player_.SendWinampCommand(command);
 }
-
-MessageAnswer FramePlayer::Show(const Message& message) { return messages_.Show(message); }
 
 void FramePlayer::ShowStatus(const std::string& text) { messages_.ShowStatus(text); }
 
@@ -48,10 +43,6 @@ void FramePlayer::OpenPanel() {
   QObject::connect(panel, &frmMainWinamp::Said, &panel_,
                    [this](const QString& text) { ShowStatus(text.toStdString()); });
   panel_.Open(*panel);
-}
-
-std::unique_ptr<LongWork> FramePlayer::BeginWork(std::string_view text) {
-  return busy_.BeginWork(text);
 }
 
 bool FramePlayer::Start(const std::string& program) {

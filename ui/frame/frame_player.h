@@ -2,27 +2,24 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "app/play_commands.h"
 #include "player/winamp_control.h"
+#include "ui/frame/frame_windows.h"
 
 namespace tallow {
 
-class BusyFrame;
-class FrameMessages;
 class PanelWindow;
 
 /// The frame window's commands for the player: they hand songs to it, or control it directly. Opens
 /// the player panel when songs are to be played.
-class FramePlayer : private PlayWindows {
+class FramePlayer : private FrameWindows<PlayWindows> {
  public:
   /// The parameters have to outlive this object.
-  FramePlayer(Tallow& tallow, PlayerLink& link, PanelWindow& panel, FrameMessages& messages,
-              BusyFrame& busy);
+  FramePlayer(Tallow& tallow, PlayerLink& link, JukeboxArea& jukeboxes, PanelWindow& panel,
+              FrameMessages& messages, BusyFrame& busy);
 
   /// See PlayCommands.
   bool CheckPlayer() { return play_commands_.CheckPlayer(); }
@@ -32,19 +29,15 @@ class FramePlayer : private PlayWindows {
   void Send(std::int32_t command);
 
  private:
-  MessageAnswer Show(const Message& message) override;
   void ShowStatus(const std::string& text) override;
   void EnableFrame(bool enabled) override;
   void PlayOnPanel() override;
-  std::unique_ptr<LongWork> BeginWork(std::string_view text) override;
   bool Start(const std::string& program) override;
 
   void OpenPanel();
 
   Tallow& tallow_;
   PanelWindow& panel_;
-  FrameMessages& messages_;
-  BusyFrame& busy_;
   WinAMP_Control player_;
   PlayCommands play_commands_;
 };

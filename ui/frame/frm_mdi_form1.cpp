@@ -49,7 +49,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, ShowMessage show, QWi
       unsaved_(*this, tallow, jukeboxes_, messages_),
       busy_(*this, tallow, jukeboxes_, unsaved_),
       panel_(jukeboxes_),
-      player_(tallow, link, panel_, messages_, busy_),
+      player_(tallow, link, jukeboxes_, panel_, messages_, busy_),
       document_windows_(*this, jukeboxes_, panel_, messages_, busy_),
       documents_(tallow, document_windows_),
       files_(jukeboxes_, documents_),

@@ -7,10 +7,7 @@
 #include "jukebox/jukebox.h"
 #include "jukebox/returned_songs.h"
 #include "ui/dialogs/frm_searching.h"
-#include "ui/frame/busy_frame.h"
 #include "ui/frame/frame_findings.h"
-#include "ui/frame/frame_messages.h"
-#include "ui/frame/jukebox_area.h"
 #include "ui/support/help_page.h"
 
 namespace tallow {
@@ -18,10 +15,8 @@ namespace tallow {
 NewSongSearch::NewSongSearch(Tallow& tallow, JukeboxArea& jukeboxes, FrameMessages& messages,
                              BusyFrame& busy, FrameFindings& findings,
                              std::function<void(const std::vector<std::string>&)> notice_scan)
-    : tallow_(tallow),
-      jukeboxes_(jukeboxes),
-      messages_(messages),
-      busy_(busy),
+    : FrameWindows(jukeboxes, messages, busy),
+      tallow_(tallow),
       findings_(findings),
       notice_scan_(std::move(notice_scan)) {}
 
@@ -56,14 +51,5 @@ void NewSongSearch::UnloadSearching() { searching_.reset(); }
 void NewSongSearch::EnableFrame(bool enabled) { busy_.EnableFrame(enabled); }
 
 Jukebox* NewSongSearch::ActiveJukebox() { return jukeboxes_.ActiveJukebox(); }
-
-std::span<Jukebox* const> NewSongSearch::AllJukeboxes() {
-  open_ = jukeboxes_.Open();
-  return open_;
-}
-
-MessageAnswer NewSongSearch::Show(const Message& message) { return messages_.Show(message); }
-
-void NewSongSearch::Notice(const std::vector<std::string>& lines) { messages_.Notice(lines); }
 
 }  // namespace tallow

@@ -3,24 +3,21 @@
 
 #include <functional>
 #include <memory>
-#include <span>
 #include <string>
 #include <vector>
 
 #include "app/new_songs.h"
 #include "library/scan_report.h"
+#include "ui/frame/frame_windows.h"
 
 namespace tallow {
 
-class BusyFrame;
 class FrameFindings;
-class FrameMessages;
-class JukeboxArea;
 class frmSearching;
 
 /// The frame window's search for new songs, with its progress window. Also updates the jukeboxes
 /// when songs are found again.
-class NewSongSearch : private NewSongsWindows {
+class NewSongSearch : private FrameWindows<NewSongsWindows> {
  public:
   /// \param tallow, jukeboxes, messages, busy, findings have to outlive this object
   /// \param notice_scan shows the result of a search
@@ -39,19 +36,12 @@ class NewSongSearch : private NewSongsWindows {
   void UnloadSearching() override;
   void EnableFrame(bool enabled) override;
   Jukebox* ActiveJukebox() override;
-  std::span<Jukebox* const> AllJukeboxes() override;
-  MessageAnswer Show(const Message& message) override;
-  void Notice(const std::vector<std::string>& lines) override;
   void NoticeScan(const std::vector<std::string>& lines) override { notice_scan_(lines); }
 
   Tallow& tallow_;
-  JukeboxArea& jukeboxes_;
-  FrameMessages& messages_;
-  BusyFrame& busy_;
   FrameFindings& findings_;
   std::function<void(const std::vector<std::string>&)> notice_scan_;
   std::unique_ptr<frmSearching> searching_;  ///< during a search
-  std::vector<Jukebox*> open_;
 };
 
 }  // namespace tallow
