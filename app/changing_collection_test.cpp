@@ -123,7 +123,7 @@ class ChangingCollection : public SystemTest, protected NewSongsWindows {
   void UnloadSearching() override {}
   void EnableFrame(bool) override {}
   Jukebox* ActiveJukebox() override { return windows->open[0]; }
-  std::span<Jukebox* const> AllJukeboxes() override { return windows->open; }
+  std::span<Jukebox* const> OpenJukeboxes() override { return windows->open; }
   MessageAnswer Show(const Message&) override { return MessageAnswer::kOk; }
   void Notice(const std::vector<std::string>&) override {}
   void NoticeScan(const std::vector<std::string>&) override {}

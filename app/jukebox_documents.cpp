@@ -41,11 +41,6 @@ bool DocumentWindows::SaveJukebox(Jukebox& jukebox, const std::string& path,
   return jukebox.Save(path, library);
 }
 
-bool DocumentWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                                  const ResolveConfusedSongs& ask) {
-  return jukebox.Load(path, library, ask);
-}
-
 std::string CaptionOfFile(std::string_view path) {
   const std::string_view name = NameOfPath(path);
   const std::string_view title = Trim(name.substr(0, name.rfind('.')));

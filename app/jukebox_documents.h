@@ -1,15 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 
-#include "app/long_work.h"
-#include "jukebox/song_links.h"
-#include "util/message.h"
+#include "app/jukebox_windows.h"
 
 namespace tallow {
 
@@ -18,26 +14,17 @@ class Tallow;
 class clsMain;
 
 /// The windows that the commands on jukebox files use.
-class DocumentWindows {
+class DocumentWindows : public OpeningWindows {
  public:
-  virtual ~DocumentWindows() = default;
-
   /// The jukebox of the active window; null for none. If the player panel is active, minimizes it
   /// and returns the jukebox that was active before it.
   virtual Jukebox* ActiveJukebox() = 0;
-  /// The open jukeboxes, in the order they were opened.
-  virtual std::span<Jukebox* const> OpenJukeboxes() = 0;
   /// Whether a visible window has this caption, in any letter case.
   virtual bool IsOpen(std::string_view caption) = 0;
 
-  /// Makes a jukebox window, not shown yet.
-  virtual Jukebox& NewJukebox() = 0;
-  virtual void ShowJukebox(Jukebox& jukebox) = 0;
-  /// Saves or loads a jukebox; a window with a control for the jukebox may delegate to the control.
-  /// See Jukebox.
+  /// Saves a jukebox to a file; a window with a control for the jukebox may delegate to the
+  /// control. See Jukebox::Save.
   virtual bool SaveJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library);
-  virtual bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                           const ResolveConfusedSongs& ask);
   /// Discards a window that was made but not shown.
   virtual void DiscardJukebox(Jukebox& jukebox) = 0;
 
@@ -45,12 +32,6 @@ class DocumentWindows {
   virtual std::optional<std::string> AskForFileToOpen(const std::string& folder) = 0;
   /// Asks for a file to save to, without asking whether an existing file may be replaced.
   virtual std::optional<std::string> AskForFileToSave(const std::string& folder) = 0;
-
-  /// Begins work that may take long, see LongWork; null where the work is not to be shown.
-  virtual std::unique_ptr<LongWork> BeginWork(std::string_view /*text*/) { return nullptr; }
-  virtual MessageAnswer Show(const Message& message) = 0;
-  /// Shows information without blocking, in an unobtrusive place.
-  virtual void Notice(const std::vector<std::string>& lines) = 0;
 };
 
 /// The filter of the file dialogs, in the format of a file dialog's setting: text, bar, pattern.

@@ -122,7 +122,7 @@ class Search {
 
   void FileSongsFrom(std::int32_t before) {
     // Songs that came back are in jukebox folders already; they are not filed as new songs.
-    RenumberReturnedSongs(library_.TakeReturned(), windows_.AllJukeboxes(), tallow_.clipboard);
+    RenumberReturnedSongs(library_.TakeReturned(), windows_.OpenJukeboxes(), tallow_.clipboard);
     Jukebox* jukebox = windows_.ActiveJukebox();
     // An empty caption would address all jukeboxes.
     if (jukebox != nullptr && jukebox->Caption().empty()) jukebox = nullptr;
@@ -139,7 +139,7 @@ class Search {
         // The callback sets this, so that a cancel is recorded even if FillAutomaticFolders throws.
         is_filed_ = true;
         FillAutomaticFolders(kFillNewToo, false, jukebox->Caption(), library_,
-                             windows_.AllJukeboxes(), &tallow_.found_tags,
+                             windows_.OpenJukeboxes(), &tallow_.found_tags,
                              [this](std::size_t filed, std::size_t songs) {
                                progress_->SetFound(FilingLine(filed, songs));
                                progress_->VisitFolder({});
@@ -166,7 +166,7 @@ class Search {
 
   void Tell(const ScanReport& report) {
     // Refreshes the lists: songs were removed, came back, or are away now.
-    for (Jukebox* const jukebox : windows_.AllJukeboxes()) jukebox->ListRefilled(library_);
+    for (Jukebox* const jukebox : windows_.OpenJukeboxes()) jukebox->ListRefilled(library_);
     std::string line = TextOf(report, true);
     if (was_cancelled_) line += ". The search was cancelled; what it had looked at is complete.";
     if (!is_filed_) line += ". " + FilingCancelledLine() + ".";

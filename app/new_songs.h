@@ -2,12 +2,11 @@
 #pragma once
 
 #include <functional>
-#include <span>
 #include <string>
 #include <vector>
 
+#include "app/jukebox_windows.h"
 #include "app/search/search_progress.h"
-#include "util/message.h"
 
 namespace tallow {
 
@@ -15,9 +14,8 @@ class Jukebox;
 class Tallow;
 
 /// The windows that the commands for new songs use.
-class NewSongsWindows {
+class NewSongsWindows : public JukeboxWindows {
  public:
-  virtual ~NewSongsWindows() = default;
   /// Shows the window with the progress of the search, not modal, and redraws it at once.
   virtual SearchProgress& ShowSearching() = 0;
   virtual void UnloadSearching() = 0;
@@ -25,11 +23,6 @@ class NewSongsWindows {
   virtual void EnableFrame(bool enabled) = 0;
   /// The active jukebox; null for none.
   virtual Jukebox* ActiveJukebox() = 0;
-  /// The open jukeboxes, in the order they were opened.
-  virtual std::span<Jukebox* const> AllJukeboxes() = 0;
-  virtual MessageAnswer Show(const Message& message) = 0;
-  /// Shows information without blocking, in an unobtrusive place.
-  virtual void Notice(const std::vector<std::string>& lines) = 0;
   /// Notice of the result of a search; a click on the notice lists the files that were left out and
   /// the songs that are away.
   virtual void NoticeScan(const std::vector<std::string>& lines) = 0;

@@ -25,7 +25,7 @@ class NewSongs : public SystemTest, protected NewSongsWindows {
   void UnloadSearching() override { log.push_back("unload"); }
   void EnableFrame(bool enabled) override { log.push_back(enabled ? "enable" : "disable"); }
   Jukebox* ActiveJukebox() override { return has_active ? windows->open[0] : nullptr; }
-  std::span<Jukebox* const> AllJukeboxes() override { return windows->open; }
+  std::span<Jukebox* const> OpenJukeboxes() override { return windows->open; }
   MessageAnswer Show(const Message& message) override {
     said.push_back(message.text);
     return MessageAnswer::kOk;
@@ -179,7 +179,7 @@ TEST_F(NewSongs, WithoutAnActiveJukeboxNothingIsFiled) {
   EXPECT_FALSE(HasArtist("Zappa"));
 }
 
-TEST_F(NewSongs, AJukeboxWithoutACaptionDoesNotMeanAllJukeboxes) {
+TEST_F(NewSongs, AJukeboxWithoutACaptionDoesNotMeanOpenJukeboxes) {
   MakeSong("a/four.mp3", {.artist = "Zappa"});
   Box().Caption("");
   BringIn(NewSongsPlace::kKnownFolders);

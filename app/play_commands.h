@@ -3,13 +3,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
-#include "app/long_work.h"
-#include "util/message.h"
+#include "app/jukebox_windows.h"
 
 namespace tallow {
 
@@ -18,11 +15,8 @@ class Tallow;
 class clsMain;
 
 /// The windows that the play commands use.
-class PlayWindows {
+class PlayWindows : public JukeboxWindows {
  public:
-  virtual ~PlayWindows() = default;
-  /// Shows a message box.
-  virtual MessageAnswer Show(const Message& message) = 0;
   /// Shows a text in the frame window's status bar; the empty text clears it.
   virtual void ShowStatus(const std::string& text) = 0;
   /// A disabled frame window accepts neither clicks nor keys.
@@ -30,8 +24,6 @@ class PlayWindows {
   /// Shows the player panel and passes it the songs in SongsToPlay. A panel that has to be opened
   /// first plays the songs as it opens.
   virtual void PlayOnPanel() = 0;
-  /// Begins work that may take long, see LongWork; null where the work is not to be shown.
-  virtual std::unique_ptr<LongWork> BeginWork(std::string_view /*text*/) { return nullptr; }
   /// Starts a program in a normal window.
   virtual bool Start(const std::string& program) = 0;
 };

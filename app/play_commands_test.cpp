@@ -17,6 +17,8 @@ class PlayCommandsTest : public LibraryTest, protected PlayWindows {
     shown.push_back(message);
     return shown.size() == 1 ? answer : MessageAnswer::kOk;
   }
+  void Notice(const Texts& lines) override { log.insert(log.end(), lines.begin(), lines.end()); }
+  std::span<Jukebox* const> OpenJukeboxes() override { return {}; }
   void ShowStatus(const std::string& text) override { log.push_back("status " + text); }
   void EnableFrame(bool enabled) override { log.push_back(enabled ? "enabled" : "disabled"); }
   void PlayOnPanel() override { log.push_back("play"); }

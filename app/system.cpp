@@ -12,9 +12,18 @@
 
 namespace tallow {
 
-bool StartUpWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                                 const ResolveConfusedSongs& ask) {
-  return jukebox.Load(path, library, ask);
+bool StartUpWindows::Ask(const std::string& text) {
+  return Show({.text = text, .icon = MessageIcon::kQuestion, .buttons = MessageButtons::kYesNo}) ==
+         MessageAnswer::kYes;
+}
+
+std::optional<bool> StartUpWindows::AskDismissable(const std::string& text) {
+  const MessageAnswer answer = Show({.text = text,
+                                     .icon = MessageIcon::kQuestion,
+                                     .buttons = MessageButtons::kYesNo,
+                                     .can_be_dismissed = true});
+  if (answer == MessageAnswer::kCancel) return std::nullopt;
+  return answer == MessageAnswer::kYes;
 }
 
 System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/jukebox_windows.h"
 #include "app/runtime_file.h"
 #include "app/search/drive_list.h"
 #include "app/search/player_search.h"
@@ -25,11 +26,10 @@ namespace tallow {
 
 class Jukebox;
 
-/// The windows that start-up uses. The program implements them with Qt; tests have test doubles.
-class StartUpWindows {
+/// The windows that start-up uses. Messages that no user can answer are answered like those that
+/// are closed without a button.
+class StartUpWindows : public OpeningWindows {
  public:
-  virtual ~StartUpWindows() = default;
-
   /// Loads the splash window without its OK button and shows it, not modal.
   virtual void ShowSplash() = 0;
   /// The splash window; loaded by this call if it is not loaded.
@@ -42,23 +42,13 @@ class StartUpWindows {
   virtual void ShowFoundLine(bool visible) = 0;
   virtual void UnloadSplash() = 0;
 
-  /// Creates the first document of the frame window, not shown yet.
-  virtual Jukebox& NewJukebox() = 0;
-  virtual void ShowJukebox(Jukebox& jukebox) = 0;
-  /// Loads a jukebox from its file; a window with a control for the jukebox may delegate to the
-  /// control. See Jukebox::Load.
-  virtual bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
-                           const ResolveConfusedSongs& ask);
-  /// The open jukeboxes, in the order they were opened.
-  virtual std::span<Jukebox* const> OpenJukeboxes() = 0;
-
   /// Shows a message that the user has to know, usually why the program ends; only an OK button.
-  virtual void Tell(const std::string& text) = 0;
+  void Tell(const std::string& text) { Show({.text = text, .icon = MessageIcon::kCritical}); }
   /// Asks whether to continue, with Yes and No buttons.
-  virtual bool Ask(const std::string& text) = 0;
+  bool Ask(const std::string& text);
   /// Asks with Yes and No buttons; no value when the user dismisses the question, or no user can
   /// answer.
-  virtual std::optional<bool> AskDismissable(const std::string& text) = 0;
+  std::optional<bool> AskDismissable(const std::string& text);
   /// Asks the user to choose one of several actions.
   ///
   /// \param choices the labels of the buttons
@@ -66,8 +56,6 @@ class StartUpWindows {
   ///          user can answer
   virtual std::optional<std::size_t> Choose(const std::string& text,
                                             const std::vector<std::string>& choices) = 0;
-  /// Shows information without blocking, in an unobtrusive place.
-  virtual void Notice(const std::vector<std::string>& lines) = 0;
   /// Notice of the result of the start; a click on the notice lists the files that were left out
   /// and the songs that are away. The last line holds the counts; the other lines are problems.
   virtual void NoticeScan(const std::vector<std::string>& lines) = 0;

@@ -31,16 +31,14 @@ class NoWindows : public StartUpWindows, private SearchProgress {
   Jukebox& NewJukebox() override { return jukebox; }
   void ShowJukebox(Jukebox&) override {}
   std::span<Jukebox* const> OpenJukeboxes() override { return open_; }
-  void Tell(const std::string& text) override { std::fprintf(stderr, "%s\n", text.c_str()); }
-  bool Ask(const std::string& text) override {
-    Tell(text);
-    return false;
+  MessageAnswer Show(const Message& message) override {
+    std::fprintf(stderr, "%s\n", message.text.c_str());
+    return message.can_be_dismissed ? MessageAnswer::kCancel : MessageAnswer::kNo;
   }
   std::optional<std::size_t> Choose(const std::string& /*text*/,
                                     const std::vector<std::string>& /*choices*/) override {
     return std::nullopt;
   }
-  std::optional<bool> AskDismissable(const std::string&) override { return std::nullopt; }
   void Notice(const std::vector<std::string>& lines) override { Tell(lines.front()); }
   void NoticeScan(const std::vector<std::string>&) override {}
   void OpenInTextEditor(const std::string&) override {}

@@ -31,14 +31,12 @@ class RecordedWindows : public StartUpWindows {
     last_shown = &jukebox;
   }
   std::span<Jukebox* const> OpenJukeboxes() override { return open; }
-  void Tell(const std::string& text) override { told.push_back(text); }
-  bool Ask(const std::string& text) override {
-    asked.push_back(text);
-    return answer;
-  }
-  std::optional<bool> AskDismissable(const std::string& text) override {
-    asked.push_back(text);
-    return leaves_questions ? std::nullopt : std::optional(answer);
+  MessageAnswer Show(const Message& message) override {
+    const bool is_question = message.buttons != MessageButtons::kOk;
+    (is_question ? asked : told).push_back(message.text);
+    if (!is_question) return MessageAnswer::kOk;
+    if (message.can_be_dismissed && leaves_questions) return MessageAnswer::kCancel;
+    return answer ? MessageAnswer::kYes : MessageAnswer::kNo;
   }
   std::optional<std::size_t> Choose(const std::string& text,
                                     const std::vector<std::string>& of) override {

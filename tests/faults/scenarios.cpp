@@ -40,7 +40,6 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
 
   Jukebox* ActiveJukebox() override { return &program_.First(); }
   std::span<Jukebox* const> OpenJukeboxes() override { return program_.user.open; }
-  std::span<Jukebox* const> AllJukeboxes() override { return program_.user.open; }
   bool IsOpen(std::string_view caption) override {
     for (const Jukebox* const jukebox : program_.user.open)
       if (jukebox->Caption() == caption) return true;

@@ -191,15 +191,12 @@ MountedVolumes World::Volumes() const {
   return volumes;
 }
 
-bool CarefulUser::Ask(const std::string& text) {
-  RecordedWindows::Ask(text);
-  return agrees;
-}
-
-std::optional<bool> CarefulUser::AskDismissable(const std::string& text) {
-  if (text.starts_with(kRecover)) return true;
-  RecordedWindows::AskDismissable(text);
-  return agrees ? std::optional(true) : std::nullopt;
+MessageAnswer CarefulUser::Show(const Message& message) {
+  if (message.can_be_dismissed && message.text.starts_with(kRecover)) return MessageAnswer::kYes;
+  RecordedWindows::Show(message);
+  if (message.buttons == MessageButtons::kOk) return MessageAnswer::kOk;
+  if (agrees) return MessageAnswer::kYes;
+  return message.can_be_dismissed ? MessageAnswer::kCancel : MessageAnswer::kNo;
 }
 
 std::optional<std::size_t> CarefulUser::Choose(const std::string& text,

@@ -70,8 +70,7 @@ class World {
 /// declines all other questions.
 class CarefulUser : public RecordedWindows {
  public:
-  bool Ask(const std::string& text) override;
-  std::optional<bool> AskDismissable(const std::string& text) override;
+  MessageAnswer Show(const Message& message) override;
   std::optional<std::size_t> Choose(const std::string& text,
                                     const std::vector<std::string>& of) override;
 

@@ -11,8 +11,8 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include "ui/frame/bring_to_front.h"
 #include "ui/frame/file_menu.h"
-#include "ui/frame/window_arrangement.h"
 #include "ui/support/frame_pictures.h"
 
 namespace tallow {

@@ -7,6 +7,8 @@
 #include <QMdiArea>
 #include <QMdiSubWindow>
 
+#include "ui/frame/panel_window.h"
+
 namespace tallow {
 namespace {
 
@@ -28,14 +30,7 @@ int StripOfIcons(const QMdiArea& area) {
   return area.viewport()->height() - top;
 }
 
-}  // namespace
-
-void BringToFront(QMdiArea& area, QMdiSubWindow& window) {
-  if (window.isMinimized()) window.showNormal();
-  area.setActiveSubWindow(&window);
-}
-
-void Cascade(QMdiArea& area) {
+void CascadeWindows(QMdiArea& area) {
   // A window that is restored from maximized comes to the front, so the stacking order is restored.
   QMdiSubWindow* const active = area.currentSubWindow();
   const QList<QMdiSubWindow*> stack = area.subWindowList(QMdiArea::StackingOrder);
@@ -53,14 +48,32 @@ void Cascade(QMdiArea& area) {
   put_back();
 }
 
-void TileHorizontally(QMdiArea& area) {
+void PlaceIcons(QMdiArea& area) {
+  const QRect space = area.viewport()->rect();
+  int left = 0;
+  int bottom = space.height();
+  int tallest = 0;
+  for (QMdiSubWindow* const window : ShownWindows(area, true)) {
+    if (left > 0 && left + window->width() > space.width()) {
+      left = 0;
+      bottom -= tallest;
+      tallest = 0;
+    }
+    window->move(left, std::max(0, bottom - window->height()));
+    window->raise();
+    left += window->width();
+    tallest = std::max(tallest, window->height());
+  }
+}
+
+void TileWindows(QMdiArea& area) {
   const QList<QMdiSubWindow*> windows = ShownWindows(area, false);
   const int count = static_cast<int>(windows.size());
   if (count == 0) return;
   const int columns =
       count <= kMaxInOneColumn ? 1 : static_cast<int>(std::sqrt(static_cast<double>(count)));
   for (QMdiSubWindow* const window : windows) window->showNormal();
-  ArrangeIcons(area);
+  PlaceIcons(area);
   // On a small area the minimized windows overlap the others instead of leaving them no space.
   constexpr int kMaxOfArea = 3;
   QRect space = area.viewport()->rect();
@@ -80,22 +93,25 @@ void TileHorizontally(QMdiArea& area) {
   }
 }
 
-void ArrangeIcons(QMdiArea& area) {
-  const QRect space = area.viewport()->rect();
-  int left = 0;
-  int bottom = space.height();
-  int tallest = 0;
-  for (QMdiSubWindow* const window : ShownWindows(area, true)) {
-    if (left > 0 && left + window->width() > space.width()) {
-      left = 0;
-      bottom -= tallest;
-      tallest = 0;
-    }
-    window->move(left, std::max(0, bottom - window->height()));
-    window->raise();
-    left += window->width();
-    tallest = std::max(tallest, window->height());
-  }
+/// Calls `arrange`, and activates the window again that was active before.
+void KeepActive(QMdiArea& area, void (*arrange)(QMdiArea&)) {
+  QMdiSubWindow* const active = area.currentSubWindow();
+  arrange(area);
+  if (active != area.currentSubWindow()) area.setActiveSubWindow(active);
 }
+
+}  // namespace
+
+void WindowArrangement::Cascade() {
+  panel_.Minimize();
+  KeepActive(area_, CascadeWindows);
+}
+
+void WindowArrangement::TileHorizontally() {
+  panel_.Minimize();
+  KeepActive(area_, TileWindows);
+}
+
+void WindowArrangement::ArrangeIcons() { PlaceIcons(area_); }
 
 }  // namespace tallow

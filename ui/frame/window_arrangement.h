@@ -2,22 +2,33 @@
 #pragma once
 
 class QMdiArea;
-class QMdiSubWindow;
 
 namespace tallow {
 
-/// Activates a window, and restores it first if it is minimized.
-void BringToFront(QMdiArea& area, QMdiSubWindow& window);
+class PanelWindow;
 
-/// Cascades the open windows in their stacking order, the active one last; the titles of the
-/// windows behind stay visible. Minimized windows are left alone.
-void Cascade(QMdiArea& area);
+/// Arranges the windows in the area of the frame window. The player panel is minimized before,
+/// because otherwise it would get a place among the jukeboxes.
+class WindowArrangement {
+ public:
+  /// The parameters have to outlive this object.
+  WindowArrangement(QMdiArea& area, PanelWindow& panel) : area_(area), panel_(panel) {}
 
-/// Tiles the open windows horizontally: up to three in one column, more in several columns.
-/// Minimized windows get a strip at the bottom.
-void TileHorizontally(QMdiArea& area);
+  /// Cascades the open windows in their stacking order, the active one last; the titles of the
+  /// windows behind stay visible. Minimized windows are left alone.
+  void Cascade();
 
-/// Puts the minimized windows in rows at the bottom, from the left, in front of all others.
-void ArrangeIcons(QMdiArea& area);
+  /// Tiles the open windows horizontally: up to three in one column, more in several columns.
+  /// Minimized windows get a strip at the bottom.
+  void TileHorizontally();
+
+  /// Puts the minimized windows in rows at the bottom, from the left, in front of all others. The
+  /// panel stays as it is.
+  void ArrangeIcons();
+
+ private:
+  QMdiArea& area_;
+  PanelWindow& panel_;
+};
 
 }  // namespace tallow

@@ -72,34 +72,11 @@ QWidget* StartUp::ParentOfMessages() {
   return frame_.isVisible() ? &frame_ : nullptr;
 }
 
-void StartUp::Tell(const std::string& text) {
-  if (silent_) return PrintError(text);
-  ShowMessageBox({.text = text, .icon = MessageIcon::kCritical}, ParentOfMessages());
-}
-
-bool StartUp::Ask(const std::string& text) {
-  if (silent_) {
-    PrintError(text);
-    return false;
-  }
-  return ShowMessageBox(
-             {.text = text, .icon = MessageIcon::kQuestion, .buttons = MessageButtons::kYesNo},
-             ParentOfMessages()) == MessageAnswer::kYes;
-}
-
-std::optional<bool> StartUp::AskDismissable(const std::string& text) {
-  if (silent_) {
-    PrintError(text);
-    return std::nullopt;
-  }
-  Message question;
-  question.text = text;
-  question.icon = MessageIcon::kQuestion;
-  question.buttons = MessageButtons::kYesNo;
-  question.can_be_dismissed = true;
-  const MessageAnswer answer = ShowMessageBox(question, ParentOfMessages());
-  if (answer == MessageAnswer::kCancel) return std::nullopt;
-  return answer == MessageAnswer::kYes;
+MessageAnswer StartUp::Show(const Message& message) {
+  if (!silent_) return ShowMessageBox(message, ParentOfMessages());
+  PrintError(message.text);
+  if (message.buttons == MessageButtons::kOk) return MessageAnswer::kOk;
+  return message.can_be_dismissed ? MessageAnswer::kCancel : MessageAnswer::kNo;
 }
 
 std::optional<std::size_t> StartUp::Choose(const std::string& text,

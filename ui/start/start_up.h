@@ -31,9 +31,7 @@ class StartUp : public StartUpWindows {
   bool LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
                    const ResolveConfusedSongs& ask) override;
   std::span<Jukebox* const> OpenJukeboxes() override;
-  void Tell(const std::string& text) override;
-  bool Ask(const std::string& text) override;
-  std::optional<bool> AskDismissable(const std::string& text) override;
+  MessageAnswer Show(const Message& message) override;
   std::optional<std::size_t> Choose(const std::string& text,
                                     const std::vector<std::string>& choices) override;
   void Notice(const std::vector<std::string>& lines) override;

@@ -1,23 +1,29 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <vector>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #include <QMdiSubWindow>
 #include <QPointer>
 
 #include "app/jukebox_documents.h"
-#include "ui/frame/frm_mdi_form1.h"
+#include "ui/frame/frame_windows.h"
 
 namespace tallow {
 
-/// The frame's implementation of the windows that the commands on jukebox files need.
-class frmMDIForm1::Documents : public DocumentWindows {
+class JukeboxWindowMaker;
+class PanelWindow;
+
+/// The windows of the commands on jukebox files, in the frame window.
+class FrameDocuments : public FrameWindows<DocumentWindows> {
  public:
-  explicit Documents(frmMDIForm1& frame) : frame_(frame) {}
+  /// The parameters have to outlive this object.
+  FrameDocuments(JukeboxWindowMaker& maker, JukeboxArea& jukeboxes, PanelWindow& panel,
+                 FrameMessages& messages, BusyFrame& busy);
 
   Jukebox* ActiveJukebox() override;
-  std::span<Jukebox* const> OpenJukeboxes() override;
   bool IsOpen(std::string_view caption) override;
   Jukebox& NewJukebox() override;
   void ShowJukebox(Jukebox& jukebox) override;
@@ -27,13 +33,10 @@ class frmMDIForm1::Documents : public DocumentWindows {
   void DiscardJukebox(Jukebox& jukebox) override;
   std::optional<std::string> AskForFileToOpen(const std::string& folder) override;
   std::optional<std::string> AskForFileToSave(const std::string& folder) override;
-  std::unique_ptr<LongWork> BeginWork(std::string_view text) override;
-  MessageAnswer Show(const Message& message) override;
-  void Notice(const std::vector<std::string>& lines) override;
 
  private:
-  frmMDIForm1& frame_;
-  std::vector<Jukebox*> open_;
+  JukeboxWindowMaker& maker_;
+  PanelWindow& panel_;
   QPointer<QMdiSubWindow> active_before_;  ///< before NewJukebox()
 };
 

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/active_jukebox_commands.h"
+
+#include "app/tallow.h"
+#include "ui/dialogs/frm_find.h"
+#include "ui/frame/frame_messages.h"
+#include "ui/frame/jukebox_area.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+
+namespace tallow {
+namespace {
+
+template <typename Command>
+void RunOnSelectedFolder(frmMain& window, Command command) {
+  if (Folder* const folder = window.Jukebox().selectednode()) window.Run(command, folder);
+}
+
+}  // namespace
+
+frmMain* ActiveJukeboxCommands::ActiveWindow() {
+  frmMain* const window = jukeboxes_.ActiveWindow();
+  if (window == nullptr)
+    messages_.ShowStatus("No jukebox is open. Open one, or make a new one, and try again.");
+  return window;
+}
+
+bool ActiveJukeboxCommands::HasJukebox() {
+  if (jukeboxes_.LastActive() != nullptr) return true;
+  ActiveWindow();
+  return false;
+}
+
+void ActiveJukeboxCommands::Run(TreeCommand command) {
+  if (frmMain* const window = ActiveWindow()) RunOnSelectedFolder(*window, command);
+}
+
+void ActiveJukeboxCommands::Run(ListCommand command) {
+  if (frmMain* const window = ActiveWindow()) RunOnSelectedFolder(*window, command);
+}
+
+void ActiveJukeboxCommands::Edit(TextEdit of_text, TreeCommand of_tree, ListCommand of_list) {
+  if (EditInText(of_text)) return;
+  frmMain* const window = ActiveWindow();
+  if (window == nullptr) return;
+  const int pane = window->CurrentPaneWFocus();
+  Folder* const folder = window->FolderOfPane(pane);
+  if (pane == kTreePane) window->Run(of_tree, folder);
+  if (pane == kListPane) window->Run(of_list, folder);
+}
+
+void ActiveJukeboxCommands::Find() {
+  if (ActiveWindow() == nullptr) return;
+  if (find_ == nullptr)
+    find_ = new frmFind([this] { return jukeboxes_.ActiveWindow(); }, tallow_.library,
+                        messages_.Shower(), &frame_);
+  find_->Begin();
+  find_->exec();
+  frmMain* const window = jukeboxes_.ActiveWindow();
+  if (window == nullptr || !find_->HasFound()) return;
+  jukeboxes_.Activate(*window);
+  window->PVExplorer1().TakeFocus(true);
+}
+
+}  // namespace tallow

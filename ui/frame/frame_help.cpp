@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frame_help.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QScreen>
+
+#include "app/data_paths.h"
+#include "app/help_file.h"
+#include "app/tallow.h"
+#include "app/tip_list.h"
+#include "ui/dialogs/frm_help.h"
+#include "ui/dialogs/frm_splash.h"
+#include "ui/dialogs/frm_tip.h"
+#include "ui/support/help_page.h"
+#include "util/path_text.h"
+#include "util/user_folders.h"
+
+namespace tallow {
+namespace {
+
+/// The widget that gets key events: an open menu, else the focus widget, else the active window.
+QWidget* KeyReceiver() {
+  if (QWidget* const popup = QApplication::activePopupWidget()) return popup;
+  if (QWidget* const focus = QApplication::focusWidget()) return focus;
+  return QApplication::activeWindow();
+}
+
+void CloseMenus() {
+  while (QWidget* const popup = QApplication::activePopupWidget())
+    if (!popup->close()) break;
+}
+
+/// Whether an event is the help key without modifiers.
+bool IsHelpKey(const QEvent& event) {
+  if (event.type() != QEvent::KeyPress) return false;
+  const auto& key = static_cast<const QKeyEvent&>(event);
+  return key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier;
+}
+
+}  // namespace
+
+FrameHelp::FrameHelp(QWidget& frame, Tallow& tallow)
+    : frame_(frame), tallow_(tallow), open_help_(OpenHelpFile) {
+  // The help key works in whatever window has the focus, including dialogs.
+  qApp->installEventFilter(this);
+}
+
+FrameHelp::~FrameHelp() { Close(); }
+
+void FrameHelp::ShowHelp(const QString& page) {
+  if (!open_help_(tallow_.help_file)) ShowManual(page);
+}
+
+void FrameHelp::ShowManual(const QString& page) {
+  // A modal dialog blocks all other windows, so the manual becomes a child of the dialog.
+  QWidget* const modal = QApplication::activeModalWidget();
+  const bool is_usable =
+      manual_ != nullptr && (modal == nullptr || modal == manual_->parentWidget());
+  if (!is_usable) {
+    if (manual_ != nullptr) manual_->deleteLater();
+    manual_ = new frmHelp(modal);
+    manual_->setAttribute(Qt::WA_DeleteOnClose);
+  }
+  manual_->ShowPage(page);
+  manual_->show();
+  manual_->raise();
+  manual_->activateWindow();
+}
+
+void FrameHelp::Close() { delete manual_; }
+
+void FrameHelp::ShowTip(bool asked_for) {
+  frmTip tip(TipFilePath(tallow_.application_folder, std::string(FolderOfPath(ExecutablePath()))),
+             frame_.isVisible() ? &frame_ : nullptr);
+  tip.setProperty(kHelpPage, QStringLiteral("windows"));
+  tip.ShowFlag(asked_for);
+  if (!tip.Load()) return;
+  // Centered on the screen, because the frame may not have its final position yet.
+  tip.adjustSize();
+  tip.move(QGuiApplication::primaryScreen()->availableGeometry().center() - tip.rect().center());
+  tip.exec();
+}
+
+void FrameHelp::ShowAbout() {
+  frmSplash about({}, &frame_);
+  about.setProperty(kHelpPage, QStringLiteral("menus"));
+  about.ShowOKButton(true);
+  about.Load();
+  about.exec();
+}
+
+bool FrameHelp::eventFilter(QObject* watched, QEvent* event) {
+  if (!IsHelpKey(*event) || watched != KeyReceiver()) return QObject::eventFilter(watched, event);
+  auto* const menu = qobject_cast<QMenu*>(watched);
+  const QWidget* const asked = menu != nullptr ? nullptr : static_cast<QWidget*>(watched);
+  if (menu != nullptr) CloseMenus();
+  // In the manual itself, the key does nothing.
+  if (asked == nullptr || manual_ == nullptr || asked->window() != manual_)
+    ShowHelp(asked != nullptr ? HelpPageOf(asked) : QStringLiteral("menus"));
+  return true;
+}
+
+}  // namespace tallow

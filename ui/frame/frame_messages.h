@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "util/message.h"
+
+class QStatusBar;
+class QWidget;
+
+namespace tallow {
+
+/// How the frame window tells the user something: in message boxes, and in the status bar.
+class FrameMessages {
+ public:
+  /// \param frame, bar have to outlive this object
+  /// \param show shows message boxes; if empty, real message boxes over the frame are used
+  FrameMessages(QWidget& frame, QStatusBar& bar, ShowMessage show);
+
+  /// Shows a message box.
+  MessageAnswer Show(const Message& message) const { return show_(message); }
+  /// The function that Show() calls, for windows that show their own message boxes.
+  const ShowMessage& Shower() const noexcept { return show_; }
+
+  /// Shows a notice in the status bar: the first line as its text, all lines as its tool tip.
+  void Notice(const std::vector<std::string>& lines);
+  /// Shows a text in the status bar, without a tool tip; the empty text clears the bar.
+  /// \param milliseconds how long the text is shown; 0 until the next text
+  void ShowStatus(const std::string& text, int milliseconds = 0);
+  /// Clears the text of the status bar.
+  void ClearStatus();
+
+ private:
+  QStatusBar& bar_;
+  ShowMessage show_;
+};
+
+}  // namespace tallow

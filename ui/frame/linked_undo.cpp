@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/linked_undo.h"
+
+#include <string>
+
+#include "ui/frame/frame_messages.h"
+#include "ui/frame/jukebox_area.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+
+namespace tallow {
+namespace {
+
+/// How long a message is shown, in ms. It is about one step only, and the next step may follow at
+/// once.
+constexpr int kShown = 20 * 1000;
+
+}  // namespace
+
+void LinkedUndo::StepOtherHalf(frmMain& window, EditHistory::MoveLink link, bool back) {
+  using State = EditHistory::LinkedStepState;
+  State other_half = State::kNone;
+  messages_.ClearStatus();
+  for (Jukebox* const jukebox : jukeboxes_.Open()) {
+    frmMain* const other = jukeboxes_.WindowOf(*jukebox);
+    if (other == &window) continue;
+    if (other->PVExplorer1().StepHalf(link.move, back)) return;
+    const State state = jukebox->History().StateOfLinkedStep(link.move);
+    if (state != State::kNone) other_half = state;
+  }
+  if (other_half == (back ? State::kUndone : State::kDone)) return;
+  const std::string step = back ? "undone" : "done again";
+  // A step that removes content here is reverted, because the content would be in neither jukebox.
+  // But a step whose other half is forgotten must not block the undo of earlier steps.
+  const bool removes = link.is_source != back;
+  const bool bars = other_half == State::kNone && back;
+  if (!removes || bars)
+    return messages_.ShowStatus("Only the half of this move that is in " +
+                                    window.Jukebox().Caption() + " was " + step +
+                                    ": the other jukebox has changed since, or was closed.",
+                                kShown);
+  window.PVExplorer1().StepHalf(link.move, !back);
+  messages_.ShowStatus("The move between two jukeboxes was not " + step +
+                           (other_half == State::kNone
+                                ? ": the other jukebox has changed since, or was closed."
+                                : ": the other jukebox has changed since. Go back there first."),
+                       kShown);
+}
+
+}  // namespace tallow

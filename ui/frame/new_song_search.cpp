@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/new_song_search.h"
+
+#include <utility>
+
+#include "app/search/drive_searches.h"
+#include "app/tallow.h"
+#include "jukebox/jukebox.h"
+#include "jukebox/returned_songs.h"
+#include "ui/dialogs/frm_searching.h"
+#include "ui/frame/frame_findings.h"
+#include "ui/support/help_page.h"
+
+namespace tallow {
+
+NewSongSearch::NewSongSearch(Tallow& tallow, DriveSearches& searches, JukeboxArea& jukeboxes,
+                             FrameMessages& messages, BusyFrame& busy, FrameFindings& findings,
+                             std::function<void(const std::vector<std::string>&)> notice_scan)
+    : FrameWindows(jukeboxes, messages, busy),
+      tallow_(tallow),
+      searches_(searches),
+      findings_(findings),
+      notice_scan_(std::move(notice_scan)) {}
+
+NewSongSearch::~NewSongSearch() = default;
+
+void NewSongSearch::BringIn(NewSongsPlace place) {
+  if (searching_) return;
+  jukeboxes_.KeepPlaces([&] {
+    BringInNewSongs(place, tallow_, *this, [this](SearchProgress& progress) {
+      return searches_.SearchForSongs(progress);
+    });
+  });
+  findings_.FindSizes();
+}
+
+void NewSongSearch::FollowSongs(const std::vector<ReturnedSong>& songs) {
+  jukeboxes_.KeepPlaces([&] {
+    const std::vector<Jukebox*> open = jukeboxes_.Open();
+    RenumberReturnedSongs(songs, open, tallow_.clipboard);
+    for (Jukebox* const jukebox : open) jukebox->ListRefilled(tallow_.library);
+  });
+  findings_.Changed();
+}
+
+SearchProgress& NewSongSearch::ShowSearching() {
+  searching_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; });
+  searching_->setProperty(kHelpPage, QStringLiteral("new-songs"));
+  searching_->Load();
+  searching_->show();
+  searching_->Redraw();
+  return *searching_;
+}
+
+void NewSongSearch::UnloadSearching() { searching_.reset(); }
+
+void NewSongSearch::EnableFrame(bool enabled) { busy_.EnableFrame(enabled); }
+
+Jukebox* NewSongSearch::ActiveJukebox() { return jukeboxes_.ActiveJukebox(); }
+
+}  // namespace tallow
