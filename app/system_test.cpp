@@ -8,6 +8,7 @@
 #include "app/search/player_search.h"
 #include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
+#include "library/library_check.h"
 #include "tests/system_fixture.h"
 #ifndef _WIN32
 #include <sys/stat.h>
