@@ -1,7 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-add_executable(tallow_startup_benchmark
-  benchmarks/startup_benchmark.cpp
-  benchmarks/process_memory_${platform}.cpp)
+add_executable(tallow_startup_benchmark benchmarks/startup_benchmark.cpp
+                                        benchmarks/process_memory_${platform}.cpp)
 target_link_libraries(tallow_startup_benchmark PRIVATE tallow_app)
 
 add_executable(tallow_jukebox_benchmark benchmarks/jukebox_benchmark.cpp)
@@ -23,9 +22,8 @@ add_executable(tallow_sort_benchmark benchmarks/sort_benchmark.cpp)
 target_link_libraries(tallow_sort_benchmark PRIVATE tallow_app benchmark::benchmark)
 
 if(TALLOW_WINDOWS)
-  add_executable(tallow_window_benchmark
-    benchmarks/window_benchmark.cpp
-    benchmarks/process_memory_${platform}.cpp)
+  add_executable(tallow_window_benchmark benchmarks/window_benchmark.cpp
+                                         benchmarks/process_memory_${platform}.cpp)
   target_link_libraries(tallow_window_benchmark PRIVATE tallow_ui)
 endif()
 

@@ -3,16 +3,17 @@
 # packaging/windows-libraries.sh.
 set(TALLOW_WINDOWS_LIBRARIES "" CACHE PATH "Folder that packaging/windows-libraries.sh prints")
 if(NOT EXISTS "${TALLOW_WINDOWS_LIBRARIES}/lib/libutf8proc.a")
-  message(FATAL_ERROR
-    "TALLOW_WINDOWS_LIBRARIES is not set to the folder that packaging/windows-libraries.sh prints. "
-    "./test.sh does both.")
+  message(
+    FATAL_ERROR
+      "TALLOW_WINDOWS_LIBRARIES is not set to the folder that packaging/windows-libraries.sh prints. "
+      "./test.sh does both.")
 endif()
 
 function(tallow_import name archive)
   add_library(${name} STATIC IMPORTED GLOBAL)
-  set_target_properties(${name} PROPERTIES
-    IMPORTED_LOCATION ${TALLOW_WINDOWS_LIBRARIES}/lib/${archive}
-    INTERFACE_INCLUDE_DIRECTORIES ${TALLOW_WINDOWS_LIBRARIES}/include)
+  set_target_properties(
+    ${name} PROPERTIES IMPORTED_LOCATION ${TALLOW_WINDOWS_LIBRARIES}/lib/${archive}
+                       INTERFACE_INCLUDE_DIRECTORIES ${TALLOW_WINDOWS_LIBRARIES}/include)
 endfunction()
 
 tallow_import(tallow_utf8proc libutf8proc.a)

@@ -17,8 +17,7 @@ else()
     target_sources(tallow_core_tests PRIVATE tests/dead_folder_linux.cpp)
   endif()
   # The player tests run the real player.
-  target_compile_definitions(tallow_core_tests PRIVATE
-    TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
+  target_compile_definitions(tallow_core_tests PRIVATE TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
   add_dependencies(tallow_core_tests tallow-player)
   target_link_libraries(tallow_core_tests PRIVATE tallow_song_player)
 endif()
@@ -26,8 +25,8 @@ target_link_libraries(tallow_core_tests PRIVATE tallow_app GTest::gtest)
 
 if(WIN32 AND CMAKE_CROSSCOMPILING)
   # The tests of a cross-compiled program cannot be listed at build time, so all are one CTest test.
-  add_test(NAME windows.core_tests
-    COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh $<TARGET_FILE:tallow_core_tests>)
+  add_test(NAME windows.core_tests COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh
+                                           $<TARGET_FILE:tallow_core_tests>)
   set_tests_properties(windows.core_tests PROPERTIES TIMEOUT 900)
 elseif(WIN32)
   include(GoogleTest)
@@ -36,24 +35,23 @@ else()
   include(GoogleTest)
   gtest_discover_tests(tallow_core_tests PROPERTIES TIMEOUT 300)
 
-  add_test(NAME player.on_the_session_bus
-    COMMAND ${CMAKE_SOURCE_DIR}/tests/mpris.sh $<TARGET_FILE:tallow-player>)
+  add_test(NAME player.on_the_session_bus COMMAND ${CMAKE_SOURCE_DIR}/tests/mpris.sh
+                                                  $<TARGET_FILE:tallow-player>)
   set_tests_properties(player.on_the_session_bus PROPERTIES TIMEOUT 120)
 
   # Fuzzes jukebox files for 30 s, if the preset "fuzz" has been built.
   set(TALLOW_LOAD_FUZZER "" CACHE FILEPATH "tallow_load_fuzzer, to run it as a test")
   if(TALLOW_LOAD_FUZZER)
-    add_test(NAME fuzz.load_jukebox
-      COMMAND ${CMAKE_SOURCE_DIR}/tests/fuzz/run.sh ${TALLOW_LOAD_FUZZER}
-        ${CMAKE_BINARY_DIR}/tests/fuzz 30)
+    add_test(NAME fuzz.load_jukebox COMMAND ${CMAKE_SOURCE_DIR}/tests/fuzz/run.sh
+                                            ${TALLOW_LOAD_FUZZER} ${CMAKE_BINARY_DIR}/tests/fuzz 30)
     set_tests_properties(fuzz.load_jukebox PROPERTIES TIMEOUT 300)
   endif()
 
   # The same tests as a Windows program under Wine, if the preset "windows-core" has been built.
   set(TALLOW_WINDOWS_TESTS "" CACHE FILEPATH "tallow_core_tests.exe, to run it under Wine")
   if(TALLOW_WINDOWS_TESTS)
-    add_test(NAME windows.core_tests
-      COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh ${TALLOW_WINDOWS_TESTS})
+    add_test(NAME windows.core_tests COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh
+                                             ${TALLOW_WINDOWS_TESTS})
     set_tests_properties(windows.core_tests PROPERTIES TIMEOUT 900)
   endif()
 endif()

@@ -8,8 +8,8 @@ if(NOT WIN32)
   if(NOT TALLOW_SANITIZE)
     target_sources(tallow_window_tests PRIVATE tests/dead_folder_linux.cpp)
   endif()
-  target_compile_definitions(tallow_window_tests PRIVATE
-    TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
+  target_compile_definitions(tallow_window_tests
+                             PRIVATE TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
   add_dependencies(tallow_window_tests tallow-player)
 endif()
 if(WIN32)
@@ -19,19 +19,20 @@ endif()
 if(WIN32 AND CMAKE_CROSSCOMPILING)
   # A static Qt has only plug-ins that are linked; this plug-in is the offscreen platform.
   qt6_import_plugins(tallow_window_tests INCLUDE Qt6::QOffscreenIntegrationPlugin)
-  add_test(NAME windows.window_tests
-    COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh $<TARGET_FILE:tallow_window_tests>)
+  add_test(NAME windows.window_tests COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh
+                                             $<TARGET_FILE:tallow_window_tests>)
   set_tests_properties(windows.window_tests PROPERTIES TIMEOUT 900)
   # ./build-windows.sh makes the setup program.
-  add_test(NAME windows.life
-    COMMAND ${CMAKE_SOURCE_DIR}/tests/windows_life.sh
+  add_test(
+    NAME windows.life
+    COMMAND
+      ${CMAKE_SOURCE_DIR}/tests/windows_life.sh
       ${CMAKE_BINARY_DIR}/Tallow-${PROJECT_VERSION}-setup.exe $<TARGET_FILE:winamp_stand_in>
       $<TARGET_FILE:hold_file> ${CMAKE_BINARY_DIR}/tests/life)
   set_tests_properties(windows.life PROPERTIES TIMEOUT 600)
   return()
 endif()
-gtest_discover_tests(tallow_window_tests
-  PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
+gtest_discover_tests(tallow_window_tests PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
 if(WIN32)
   return()
 endif()
@@ -41,27 +42,31 @@ endif()
 add_library(tallow_probe MODULE tests/probe.cpp)
 set_target_properties(tallow_probe PROPERTIES AUTOMOC ON)
 target_link_libraries(tallow_probe PRIVATE tallow_options Qt6::Widgets Qt6::Test)
-set_target_properties(tallow_probe PROPERTIES
-  LIBRARY_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/plugins/generic)
+set_target_properties(tallow_probe PROPERTIES LIBRARY_OUTPUT_DIRECTORY
+                                              ${CMAKE_BINARY_DIR}/tests/plugins/generic)
 # What sources include and only a build makes; ./check.sh reads the sources without building them.
 add_custom_target(check_generated)
 add_dependencies(check_generated tallow_probe_autogen)
 add_test(NAME program.starts_on_the_demo_collection
-  COMMAND ${CMAKE_SOURCE_DIR}/tests/demo_start.sh
-    $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/plugins ${CMAKE_BINARY_DIR}/tests/demo)
-add_test(NAME program.lives
-  COMMAND ${CMAKE_SOURCE_DIR}/tests/life.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/life)
+         COMMAND ${CMAKE_SOURCE_DIR}/tests/demo_start.sh $<TARGET_FILE:tallow>
+                 ${CMAKE_BINARY_DIR}/tests/plugins ${CMAKE_BINARY_DIR}/tests/demo)
+add_test(NAME program.lives COMMAND ${CMAKE_SOURCE_DIR}/tests/life.sh $<TARGET_FILE:tallow>
+                                    ${CMAKE_BINARY_DIR}/tests/life)
 add_test(NAME program.keeps_songs_of_drives_that_are_away
-  COMMAND ${CMAKE_SOURCE_DIR}/tests/away.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/away)
-add_test(NAME program.obeys_its_command_line
-  COMMAND ${CMAKE_SOURCE_DIR}/tests/command_line.sh $<TARGET_FILE:tallow>)
-add_test(NAME program.shares_no_folder
-  COMMAND ${CMAKE_SOURCE_DIR}/tests/two_programs.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/two)
+         COMMAND ${CMAKE_SOURCE_DIR}/tests/away.sh $<TARGET_FILE:tallow>
+                 ${CMAKE_BINARY_DIR}/tests/away)
+add_test(NAME program.obeys_its_command_line COMMAND ${CMAKE_SOURCE_DIR}/tests/command_line.sh
+                                                     $<TARGET_FILE:tallow>)
+add_test(NAME program.shares_no_folder COMMAND ${CMAKE_SOURCE_DIR}/tests/two_programs.sh
+                                               $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/two)
 add_test(NAME program.ends_without_its_player
-  COMMAND ${CMAKE_SOURCE_DIR}/tests/ending.sh $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/ending)
-add_test(NAME windows.find_under_desktop_themes
-  COMMAND ${CMAKE_SOURCE_DIR}/tests/desktop_themes.sh $<TARGET_FILE:tallow_window_tests>)
-set_tests_properties(program.starts_on_the_demo_collection program.lives
+         COMMAND ${CMAKE_SOURCE_DIR}/tests/ending.sh $<TARGET_FILE:tallow>
+                 ${CMAKE_BINARY_DIR}/tests/ending)
+add_test(NAME windows.find_under_desktop_themes COMMAND ${CMAKE_SOURCE_DIR}/tests/desktop_themes.sh
+                                                        $<TARGET_FILE:tallow_window_tests>)
+set_tests_properties(
+  program.starts_on_the_demo_collection
+  program.lives
   windows.find_under_desktop_themes
   program.keeps_songs_of_drives_that_are_away
   program.obeys_its_command_line
@@ -73,11 +78,11 @@ if(NOT TALLOW_SANITIZE)
   add_library(tallow_dead_folder MODULE tests/dead_folder_linux.cpp)
   target_link_libraries(tallow_dead_folder PRIVATE tallow_options)
   add_test(NAME program.starts_while_a_drive_does_not_answer
-    COMMAND ${CMAKE_SOURCE_DIR}/tests/dead_share.sh $<TARGET_FILE:tallow>
-      $<TARGET_FILE:tallow_dead_folder> ${CMAKE_BINARY_DIR}/tests/dead_share)
+           COMMAND ${CMAKE_SOURCE_DIR}/tests/dead_share.sh $<TARGET_FILE:tallow>
+                   $<TARGET_FILE:tallow_dead_folder> ${CMAKE_BINARY_DIR}/tests/dead_share)
   set_tests_properties(program.starts_while_a_drive_does_not_answer PROPERTIES TIMEOUT 300)
   # The test limits processor time, which sanitizers multiply.
   add_test(NAME program.starts_whatever_its_options_are
-    COMMAND ${CMAKE_SOURCE_DIR}/tests/damaged_options.sh $<TARGET_FILE:tallow>)
+           COMMAND ${CMAKE_SOURCE_DIR}/tests/damaged_options.sh $<TARGET_FILE:tallow>)
   set_tests_properties(program.starts_whatever_its_options_are PROPERTIES TIMEOUT 600)
 endif()

@@ -8,6 +8,8 @@ if(MSVC)
   target_sources(tallow PRIVATE ${CMAKE_BINARY_DIR}/tallow.manifest)
 endif()
 configure_file(packaging/windows/tallow.rc.in tallow.rc @ONLY)
-set_source_files_properties(${CMAKE_BINARY_DIR}/tallow.rc PROPERTIES
-  OBJECT_DEPENDS "${CMAKE_BINARY_DIR}/tallow.manifest;${CMAKE_SOURCE_DIR}/packaging/windows/tallow.ico")
+set_source_files_properties(
+  ${CMAKE_BINARY_DIR}/tallow.rc
+  PROPERTIES OBJECT_DEPENDS
+             "${CMAKE_BINARY_DIR}/tallow.manifest;${CMAKE_SOURCE_DIR}/packaging/windows/tallow.ico")
 set_target_properties(tallow PROPERTIES WIN32_EXECUTABLE ON)

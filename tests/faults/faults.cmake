@@ -5,7 +5,8 @@ add_library(fail_call MODULE tests/faults/fail_call.cpp)
 target_link_libraries(fail_call PRIVATE tallow_options ${CMAKE_DL_LIBS})
 set_target_properties(fail_call PROPERTIES PREFIX "")
 
-add_executable(tallow_fault_tests
+add_executable(
+  tallow_fault_tests
   tests/faults/child_process.cpp
   tests/faults/fault_matrix.cpp
   tests/faults/fault_tests_main.cpp
@@ -19,7 +20,7 @@ add_dependencies(tallow_fault_tests fail_call)
 # Every fifth case of the matrix, which covers all ways of failing; ./test.sh --faults runs all
 # cases.
 add_test(NAME faults.sample COMMAND tallow_fault_tests faults --every 5)
-set_tests_properties(faults.sample PROPERTIES TIMEOUT 600
-  ENVIRONMENT "LD_PRELOAD=$<TARGET_FILE:fail_call>")
+set_tests_properties(faults.sample PROPERTIES TIMEOUT 600 ENVIRONMENT
+                                              "LD_PRELOAD=$<TARGET_FILE:fail_call>")
 add_test(NAME faults.damaged_files COMMAND tallow_fault_tests damage)
 set_tests_properties(faults.damaged_files PROPERTIES TIMEOUT 600)

@@ -4,13 +4,16 @@ get_property(layers GLOBAL PROPERTY tallow_layers)
 string(REPLACE ";" "\n" layers "${layers}")
 file(WRITE ${CMAKE_BINARY_DIR}/layers.txt "${layers}\n")
 
-add_test(NAME layers.includes_go_down
-  COMMAND ${CMAKE_COMMAND} -DSOURCES=${CMAKE_SOURCE_DIR} -DLAYERS=${CMAKE_BINARY_DIR}/layers.txt
-    -P ${CMAKE_SOURCE_DIR}/tests/layers/check.cmake)
+add_test(
+  NAME layers.includes_go_down
+  COMMAND ${CMAKE_COMMAND} -DSOURCES=${CMAKE_SOURCE_DIR} -DLAYERS=${CMAKE_BINARY_DIR}/layers.txt -P
+          ${CMAKE_SOURCE_DIR}/tests/layers/check.cmake)
 # Tests the check itself: a folder with an include of a higher folder must be reported.
-add_test(NAME layers.an_include_upwards_is_found
-  COMMAND ${CMAKE_COMMAND} -DSOURCES=${CMAKE_SOURCE_DIR}/tests/layers/upward
-    -DLAYERS=${CMAKE_SOURCE_DIR}/tests/layers/upward/layers.txt
-    -P ${CMAKE_SOURCE_DIR}/tests/layers/check.cmake)
-set_tests_properties(layers.an_include_upwards_is_found PROPERTIES
-  PASS_REGULAR_EXPRESSION "low/low.h includes high/high.h")
+add_test(
+  NAME layers.an_include_upwards_is_found
+  COMMAND
+    ${CMAKE_COMMAND} -DSOURCES=${CMAKE_SOURCE_DIR}/tests/layers/upward
+    -DLAYERS=${CMAKE_SOURCE_DIR}/tests/layers/upward/layers.txt -P
+    ${CMAKE_SOURCE_DIR}/tests/layers/check.cmake)
+set_tests_properties(layers.an_include_upwards_is_found PROPERTIES PASS_REGULAR_EXPRESSION
+                                                                   "low/low.h includes high/high.h")

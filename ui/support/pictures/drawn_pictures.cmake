@@ -5,7 +5,18 @@ find_program(RSVG_CONVERT rsvg-convert REQUIRED)
 
 # 16 and 24 pixels at scale factors of 100, 125, 150, 175 and 200 %, and the sizes of the
 # application icon.
-set(sizes 16 20 24 28 30 32 36 42 48 64 96)
+set(sizes
+    16
+    20
+    24
+    28
+    30
+    32
+    36
+    42
+    48
+    64
+    96)
 set(drawn ${CMAKE_BINARY_DIR}/drawn_pictures)
 file(MAKE_DIRECTORY ${drawn})
 set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS pictures/pictures.qrc)
@@ -17,7 +28,8 @@ foreach(entry ${entries})
   set(source ${CMAKE_CURRENT_SOURCE_DIR}/pictures/${name}.svg)
   foreach(size ${sizes})
     set(picture ${drawn}/${name}-${size}.png)
-    add_custom_command(OUTPUT ${picture}
+    add_custom_command(
+      OUTPUT ${picture}
       COMMAND ${RSVG_CONVERT} -w ${size} -h ${size} -o ${picture} ${source}
       DEPENDS ${source}
       VERBATIM)
@@ -27,8 +39,10 @@ foreach(entry ${entries})
 endforeach()
 string(APPEND qrc "  </qresource>\n</RCC>\n")
 file(GENERATE OUTPUT ${drawn}/drawn.qrc CONTENT "${qrc}")
-add_custom_command(OUTPUT ${CMAKE_BINARY_DIR}/drawn_pictures.cpp
-  COMMAND Qt6::rcc --name drawn_pictures -o ${CMAKE_BINARY_DIR}/drawn_pictures.cpp ${drawn}/drawn.qrc
+add_custom_command(
+  OUTPUT ${CMAKE_BINARY_DIR}/drawn_pictures.cpp
+  COMMAND Qt6::rcc --name drawn_pictures -o ${CMAKE_BINARY_DIR}/drawn_pictures.cpp
+          ${drawn}/drawn.qrc
   DEPENDS ${pictures} ${drawn}/drawn.qrc
   COMMENT "Drawing the pictures"
   VERBATIM)
