@@ -213,12 +213,12 @@ class clsMain {
   ///
   /// \returns whether it exists; the song is then no longer away
   bool RecheckSong(std::int32_t record);
-  /// RecheckSong for several songs. After one song of a folder could not be checked, the other songs
-  /// of that folder are not checked.
+  /// RecheckSong for several songs. After one song of a folder could not be checked, the other
+  /// songs of that folder are not checked.
   /// \returns for each song whether its file exists
   std::vector<char> RecheckSong(const std::vector<std::int32_t>& records);
-  /// RecheckSong, and if the file is not there: marks the song as away, or blanks its row when it is
-  /// missing.
+  /// RecheckSong, and if the file is not there: marks the song as away, or blanks its row when it
+  /// is missing.
   bool CheckSong(std::int32_t record);
   /// Checks whether the first song is away, and if so, checks all the songs.
   void MarkAwaySongs(const std::vector<std::int32_t>& records);

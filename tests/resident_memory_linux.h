@@ -7,8 +7,9 @@
 
 namespace tallow {
 
-/// How much memory a sanitizer may hold beside what the program itself uses, in KiB. The address sanitizer keeps up
-/// to 256 MiB of freed memory and adds to each allocation, the thread sanitizer adds four bytes to each byte.
+/// The maximum memory that a sanitizer uses in addition to the program, in KiB. The address
+/// sanitizer keeps up to 256 MiB of freed memory and adds to each allocation; the thread sanitizer
+/// adds four bytes to each byte.
 #if defined(__SANITIZE_THREAD__)
 inline constexpr long kSanitizerKib = 2'200'000;
 #elif defined(__SANITIZE_ADDRESS__)
