@@ -59,9 +59,8 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
     return MessageAnswer::kYes;
   }
   void Notice(const Texts& lines) override {
-    // Settings that cannot be saved are no excuse for songs that are lost.
     for (const std::string& line : lines)
-      if (!IsAboutSettings(line)) said.push_back(line);
+      (IsAboutSettings(line) ? said_about_settings : said).push_back(line);
   }
   void NoticeScan(const Texts& lines) override {
     // A single line holds only the counts.
@@ -74,6 +73,8 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
 
   std::string chosen;
   Texts said;
+  /// Separate, because settings that cannot be saved do not explain songs that are lost.
+  Texts said_about_settings;
 
  private:
   static bool IsAboutSettings(const std::string& line) {
@@ -188,6 +189,7 @@ Texts SaveIt(RunningProgram& program, const std::string& as) {
   JukeboxDocuments documents(program.tallow, windows);
   const bool saved = as.empty() ? documents.SaveDatForm() : documents.SaveAs();
   if (!saved) windows.said.push_back("The jukebox is not saved.");
+  for (const std::string& text : windows.said_about_settings) windows.said.push_back(text);
   for (const std::string& text : program.Said()) windows.said.push_back(text);
   return windows.said;
 }
