@@ -32,8 +32,8 @@ std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library)
 /// Collects the files for the given paths; never queries an unresponsive disk twice.
 class FileCollector {
  public:
-  FileCollector(clsMain& library, AddedFiles& taken, const GoOn& go_on)
-      : library_(library), taken_(taken), go_on_(go_on) {}
+  FileCollector(clsMain& library, AddedFiles& added, const GoOn& go_on)
+      : library_(library), added_(added), go_on_(go_on) {}
 
   /// \returns the files; after a cancel, those found before it
   std::vector<std::string> Of(std::span<const std::string> paths) {
@@ -66,7 +66,7 @@ class FileCollector {
   void Add(const std::string& path) {
     const FileStatus look = LookAt(path);
     if (is_cancelled_) return;
-    const auto leave_out = [&](const std::string& why) { taken_.problems.push_back(path + why); };
+    const auto leave_out = [&](const std::string& why) { added_.problems.push_back(path + why); };
     if (library_.Unanswered()->Covers(path))
       leave_out(" is on a drive that does not answer and was skipped.");
     else if (FolderExists(path))
@@ -90,16 +90,16 @@ class FileCollector {
     std::sort(listing.files.begin(), listing.files.end(),
               [](const FileEntry& a, const FileEntry& b) { return a.name < b.name; });
     if (!listing.problem.empty())
-      taken_.problems.push_back(
+      added_.problems.push_back(
           path + " cannot be read (" + listing.problem +
           "), so songs in it may be left out. Make it readable and add it again.");
     else if (listing.files.empty())
-      taken_.problems.push_back(path + " holds no MP3 file.");
+      added_.problems.push_back(path + " holds no MP3 file.");
     for (const FileEntry& file : listing.files) files_.push_back(folder + file.name);
   }
 
   clsMain& library_;
-  AddedFiles& taken_;
+  AddedFiles& added_;
   const GoOn& go_on_;
   std::vector<std::string> files_;
   std::string answered_;  ///< the last folder for which its disk has responded

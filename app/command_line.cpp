@@ -99,7 +99,7 @@ std::string HelpText() {
 }
 
 std::string DefaultApplicationFolder() {
-  const std::string own(FolderOfPath(ExecutablePath()));
+  std::string own(FolderOfPath(ExecutablePath()));
   if (!own.empty() && ProblemOfApplicationFolder(own).empty()) return own;
   const std::string data = UserDataFolder();
   if (data.empty())

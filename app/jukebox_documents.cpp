@@ -128,7 +128,8 @@ void JukeboxDocuments::OpenFile(const std::string& path) {
         [&](const std::string& file, const ResolveConfusedSongs& ask) {
           return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
         },
-        [this](const std::string& text) { return AskDismissable(text); }, nullptr, progress);
+        [this](const std::string& text) { return windows_.AskDismissable(text); }, nullptr,
+        progress);
     work.reset();
     if (!is_open) {
       windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});
@@ -147,15 +148,6 @@ void JukeboxDocuments::OpenFile(const std::string& path) {
   }
   Remember(path);
   windows_.ShowJukebox(jukebox);
-}
-
-std::optional<bool> JukeboxDocuments::AskDismissable(const std::string& text) {
-  const MessageAnswer answer = windows_.Show({.text = text,
-                                              .icon = MessageIcon::kQuestion,
-                                              .buttons = MessageButtons::kYesNo,
-                                              .can_be_dismissed = true});
-  if (answer == MessageAnswer::kCancel) return std::nullopt;
-  return answer == MessageAnswer::kYes;
 }
 
 bool JukeboxDocuments::SaveTo(Jukebox& jukebox, const std::string& path) {

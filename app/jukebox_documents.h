@@ -70,7 +70,6 @@ class JukeboxDocuments {
   /// The open jukebox whose file is the file at `path`; null for none.
   const Jukebox* OpenedFrom(const std::string& path);
   void OpenFile(const std::string& path);
-  std::optional<bool> AskDismissable(const std::string& text);
   bool SaveTo(Jukebox& jukebox, const std::string& path);
   void Remember(const std::string& path);
 

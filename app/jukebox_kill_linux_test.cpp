@@ -11,7 +11,6 @@
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
 #include "tests/library_fixture.h"
-#include "util/file_system.h"
 
 namespace tallow {
 namespace {

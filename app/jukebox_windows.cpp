@@ -5,6 +5,15 @@
 
 namespace tallow {
 
+std::optional<bool> JukeboxWindows::AskDismissable(const std::string& text) {
+  const MessageAnswer answer = Show({.text = text,
+                                     .icon = MessageIcon::kQuestion,
+                                     .buttons = MessageButtons::kYesNo,
+                                     .can_be_dismissed = true});
+  if (answer == MessageAnswer::kCancel) return std::nullopt;
+  return answer == MessageAnswer::kYes;
+}
+
 bool OpeningWindows::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& library,
                                  const ResolveConfusedSongs& ask) {
   return jukebox.Load(path, library, ask);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -24,6 +25,9 @@ class JukeboxWindows {
 
   /// Shows a message box.
   virtual MessageAnswer Show(const Message& message) = 0;
+  /// Asks with Yes and No buttons; no value when the user dismisses the question, or no user can
+  /// answer.
+  std::optional<bool> AskDismissable(const std::string& text);
   /// Shows information without blocking, in an unobtrusive place.
   virtual void Notice(const std::vector<std::string>& lines) = 0;
   /// The open jukeboxes, in the order they were opened.

@@ -3,8 +3,10 @@
 
 #include <gtest/gtest.h>
 
+#ifdef _WIN32
 #include "util/file_system.h"
 #include "util/path_text.h"
+#endif
 
 namespace tallow {
 namespace {

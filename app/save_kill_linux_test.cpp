@@ -9,7 +9,6 @@
 #include <unistd.h>
 #include <utility>
 
-#include "app/data_paths.h"
 #include "library/library_file.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_windows.h"

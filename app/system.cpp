@@ -17,15 +17,6 @@ bool StartUpWindows::Ask(const std::string& text) {
          MessageAnswer::kYes;
 }
 
-std::optional<bool> StartUpWindows::AskDismissable(const std::string& text) {
-  const MessageAnswer answer = Show({.text = text,
-                                     .icon = MessageIcon::kQuestion,
-                                     .buttons = MessageButtons::kYesNo,
-                                     .can_be_dismissed = true});
-  if (answer == MessageAnswer::kCancel) return std::nullopt;
-  return answer == MessageAnswer::kYes;
-}
-
 System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
                std::function<std::string()> nearby)
     : tallow_(tallow),

@@ -46,9 +46,6 @@ class StartUpWindows : public OpeningWindows {
   void Tell(const std::string& text) { Show({.text = text, .icon = MessageIcon::kCritical}); }
   /// Asks whether to continue, with Yes and No buttons.
   bool Ask(const std::string& text);
-  /// Asks with Yes and No buttons; no value when the user dismisses the question, or no user can
-  /// answer.
-  std::optional<bool> AskDismissable(const std::string& text);
   /// Asks the user to choose one of several actions.
   ///
   /// \param choices the labels of the buttons

@@ -131,8 +131,8 @@ TEST_F(SystemFaults, ADamagedFolderListThatCannotBeBackedUpIsUnchanged) {
   application.File("Grouping/System/LocOfMainTargetFiles.lmz.bak/x");
   const std::string damaged = Read(List());
   ASSERT_TRUE(Start());
-  EXPECT_TRUE(
-      Contains(windows->notices, List() + " is damaged, and cannot be renamed to end in .bak ("));
+  EXPECT_TRUE(Contains(windows->notices,
+                       List() + " is damaged, and cannot be copied to a name that ends in .bak ("));
   EXPECT_EQ(Read(List()), damaged);
   ExpectRanks();
 }
@@ -208,7 +208,6 @@ TEST_F(SystemFaults, UnreadFoldersThatCannotBeWrittenAreTriedAgain) {
 }
 
 TEST_F(SystemFaults, AnEmptyLibraryIsNotOfferedBesideAGoodOne) {
-  const std::string good = Read(Library());
   WriteFileAtomically(Library(), {});
   EXPECT_FALSE(StartChoosing(std::nullopt));
   EXPECT_EQ(windows->choices, (Texts{"Use the Last Good One", "Salvage It"}));
@@ -252,8 +251,8 @@ TEST_F(SystemFaults, ADamagedCompanionIsBackedUpAndReported) {
   Change(companion, "TALLOW", "TOLLOW");
   const std::string damaged = Read(companion);
   ASSERT_TRUE(Start());
-  EXPECT_TRUE(
-      Contains(windows->notices, companion + " is damaged. It was renamed to end in .bak."));
+  EXPECT_TRUE(Contains(windows->notices,
+                       companion + " is damaged. A copy was kept with .bak appended to its name."));
   EXPECT_EQ(Read(companion + ".bak"), damaged);
   ExpectRanks();
 }

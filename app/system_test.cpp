@@ -5,10 +5,9 @@
 #include <gtest/gtest.h>
 
 #include "app/data_paths.h"
-#include "app/search/player_search.h"
 #include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
-#include "library/library_check.h"
+#include "library/library_file.h"
 #include "tests/system_fixture.h"
 #ifndef _WIN32
 #include <sys/stat.h>

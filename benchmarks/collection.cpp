@@ -9,7 +9,6 @@
 #include <random>
 #include <string>
 
-#include "library/mp3_tag_editor.h"
 #include "util/file_system.h"
 
 int main(int argc, char** argv) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/initial_jukebox.h"
 
-#include <exception>
 #include <initializer_list>
 #include <optional>
 

@@ -19,8 +19,6 @@
 #include "library/cls_main.h"
 #include "util/errors.h"
 #include "util/json_text.h"
-#include "util/number.h"
-#include "util/text.h"
 
 namespace tallow {
 namespace {

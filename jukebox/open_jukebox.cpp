@@ -4,7 +4,6 @@
 #include "jukebox/jukebox.h"
 #include "jukebox/sorting.h"
 #include "util/path_text.h"
-#include "util/text.h"
 
 namespace tallow {
 

@@ -2,7 +2,6 @@
 // Links the entries of a jukebox file to songs of the library.
 #include "jukebox/song_links.h"
 
-#include <algorithm>
 #include <string>
 #include <unordered_map>
 #include <unordered_set>

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/unsaved_jukeboxes.h"
 
-#include <algorithm>
-
 #include "jukebox/jukebox.h"
 #include "tests/library_fixture.h"
 #include "util/file_system.h"

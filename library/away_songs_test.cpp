@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How the library handles songs and drives that are away, missing, or back.
 #include <filesystem>
-#include <fstream>
 
 #include "library/size_finder.h"
 #include "tests/library_fixture.h"

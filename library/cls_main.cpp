@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <utility>
 
 #include "library/folder_scan.h"
 #include "library/library_file.h"

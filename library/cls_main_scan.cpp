@@ -128,10 +128,10 @@ std::vector<std::string> clsMain::RememberedFolders() {
   if (is_damaged) {
     try {
       KeepReplaced(path);
-      problems_.push_back(path + " is damaged. It was renamed to end in .bak.");
+      problems_.push_back(path + " is damaged. A copy was kept with .bak appended to its name.");
       list_is_stale_ = true;
     } catch (const FileError& error) {
-      problems_.push_back(path + " is damaged, and cannot be renamed to end in .bak (" +
+      problems_.push_back(path + " is damaged, and cannot be copied to a name that ends in .bak (" +
                           error.reason() + "), so it was not changed.");
       list_is_unread_ = true;
     }

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/cls_main.h"
 
-#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "library/library_file.h"

@@ -29,7 +29,7 @@ void CompanionFile::Load(std::uint64_t checksum, SongTable& table,
       CompleteFromBackup(table);
     } else if (!HeaderOfCompanion(*bytes)) {
       KeepReplaced(path);
-      problems.push_back(path + " is damaged. It was renamed to end in .bak.");
+      problems.push_back(path + " is damaged. A copy was kept with .bak appended to its name.");
     }
   } catch (const FileTooLargeError&) {
     is_unread_ = true;

@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <utility>
 #include <vector>
 
 #include "library/library_companion.h"

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include "util/text.h"
-
 namespace tallow {
 namespace {
 

@@ -2,7 +2,6 @@
 #include "library/text_pool.h"
 
 #include <cstring>
-#include <functional>
 #include <stdexcept>
 
 namespace tallow {

@@ -257,7 +257,7 @@ TEST_F(LinuxPlayer, ConcurrentStartsGetTheSamePlayer) {
 }
 
 TEST_F(LinuxPlayer, HandOverReportsAPlayerThatExitsOrIsKilled) {
-  const std::string song = Tone("a.mp3", "60 sine 440");
+  Tone("a.mp3", "60 sine 440");
   TempFolder application;
   Tallow tallow(application.path());
   for (std::int32_t row = 1; row <= 3; ++row) {

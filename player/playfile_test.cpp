@@ -167,7 +167,7 @@ TEST_F(Playfile, APlayerWithoutAWindowIsReported) {
 
 TEST_F(Playfile, AFileThatCannotBeCheckedIsStillHandedOver) {
   AddSong(music.path(), kImpossibleName);
-  const std::string b = Song("b.mp3");
+  Song("b.mp3");
   Play({2, 1});
   const Texts log = link.Take();
   ASSERT_EQ(log.size(), 10U);

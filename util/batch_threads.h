@@ -124,10 +124,10 @@ class BatchThreads {
 
   struct Batch {
     std::vector<Question> questions;
-    std::vector<Answer> answers;     ///< to the first questions of the batch
-    std::exception_ptr failure;      ///< thrown by the question after the last answer
-    Clock::time_point started_at{};  ///< when the question after the last answer was started
-    bool is_running = false;         ///< a thread is working on that question now
+    std::vector<Answer> answers;   ///< to the first questions of the batch
+    std::exception_ptr failure;    ///< thrown by the question after the last answer
+    Clock::time_point started_at;  ///< when the question after the last answer was started
+    bool is_running = false;       ///< a thread is working on that question now
     /// Threads abandoned in this slot. A thread that finds another number than when it began its
     /// question has been abandoned.
     unsigned abandoned = 0;

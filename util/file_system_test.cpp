@@ -9,7 +9,6 @@
 #include "util/errors.h"
 #ifndef _WIN32
 #include <sys/stat.h>
-#include <unistd.h>
 #endif
 
 namespace tallow {

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <atomic>
 #include <gtest/gtest.h>
-#include <memory>
 #include <thread>
 #include <vector>
 

@@ -8,7 +8,6 @@
 #include <optional>
 #include <string>
 #include <thread>
-#include <tuple>
 
 #include "util/number.h"
 #include "util/text.h"

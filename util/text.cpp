@@ -2,7 +2,6 @@
 #include "util/text.h"
 
 #include <algorithm>
-#include <cstdint>
 #include <utf8proc.h>
 
 namespace tallow {

@@ -6,18 +6,18 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <random>
-#include <set>
 
 #include "app/search/player_search.h"
 #include "app/search/winamp_search.h"
 #include "library/recycle_bin.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_progress.h"
-#include "util/text.h"
 #include "util/user_folders.h"
 #ifndef _WIN32
 #include <cstdlib>
 #include <sys/stat.h>
+#else
+#include "util/text.h"
 #endif
 
 namespace tallow {

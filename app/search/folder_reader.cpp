@@ -8,7 +8,7 @@
 #include <thread>
 #include <utility>
 
-#include "library/mp3_tag_editor.h"
+#include "library/tag_layout.h"
 #include "util/detached_threads.h"
 #include "util/idle_wait.h"
 #include "util/path_text.h"

@@ -3,10 +3,8 @@
 #include <fcntl.h>
 #include <string_view>
 #include <unistd.h>
-#include <vector>
 
 #include "app/search/player_search.h"
-#include "util/file_system.h"
 #include "util/path_text.h"
 #include "util/user_folders.h"
 

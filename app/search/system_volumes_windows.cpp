@@ -65,7 +65,7 @@ bool IsThere(const std::wstring& root) {
 }  // namespace
 
 MountedVolumes SystemVolumes() {
-  const SuppressErrorDialogs no_questions;
+  const SuppressErrorDialogs suppress;
   MountedVolumes volumes;
   const DWORD letters = GetLogicalDrives();
   for (int k = 0; k < 26; ++k) {

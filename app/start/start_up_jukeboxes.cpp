@@ -12,7 +12,6 @@
 #include "jukebox/jukebox.h"
 #include "jukebox/open_jukebox.h"
 #include "jukebox/sorting.h"
-#include "util/errors.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
 #include "util/text.h"

@@ -2,14 +2,13 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 #include "player/substitute/sound_engine.h"
 
 namespace tallow {
 
 /// The text of --help; NUL-terminated.
-inline constexpr std::string_view kUsage =
+inline constexpr const char* kUsage =
     "Usage: tallow-player [OPTION...]\n"
     "The player that Tallow starts. It has no window and takes its commands from a socket.\n"
     "\n"

@@ -12,7 +12,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include "player/substitute/request_server.h"
 #include "tests/real_player_linux.h"
 #include "tests/resident_memory_linux.h"
 #include "tests/sound_linux.h"

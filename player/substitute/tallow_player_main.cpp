@@ -160,11 +160,11 @@ int Run(const PlayerOptions& options) {
 int main(int argc, char** argv) {
   const tallow::PlayerOptions options = tallow::ParseOptions(argc, argv);
   if (!options.error.empty()) {
-    std::fprintf(stderr, "tallow-player: %s\n%s", options.error.c_str(), tallow::kUsage.data());
+    std::fprintf(stderr, "tallow-player: %s\n%s", options.error.c_str(), tallow::kUsage);
     return tallow::kUsageError;
   }
   if (options.help) {
-    std::fputs(tallow::kUsage.data(), stdout);
+    std::fputs(tallow::kUsage, stdout);
     return 0;
   }
   if (options.version) {

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdint>
 #include <cstdio>
 #include <dlfcn.h>
 #include <fcntl.h>
@@ -13,7 +12,6 @@
 #include <memory>
 #include <signal.h>
 #include <stdexcept>
-#include <unistd.h>
 #include <vector>
 
 #include "tests/faults/child_process.h"

@@ -11,7 +11,6 @@
 #include <random>
 #include <stdexcept>
 #include <sys/stat.h>
-#include <unistd.h>
 #include <vector>
 
 #include "jukebox/jukebox.h"

@@ -13,7 +13,6 @@
 #include <unistd.h>
 #include <utility>
 
-#include "app/data_paths.h"
 #include "jukebox/jukebox.h"
 #include "tests/tagged_file.h"
 #include "util/text_lines.h"

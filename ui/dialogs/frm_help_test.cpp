@@ -17,7 +17,6 @@
 #include <QTextDocument>
 
 #include "tests/frame_fixture.h"
-#include "ui/jukebox/pv_explorer.h"
 #include "ui/support/message_box.h"
 
 namespace tallow {

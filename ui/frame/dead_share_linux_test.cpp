@@ -9,7 +9,6 @@
 #include "tests/tagged_file.h"
 #include "ui/dialogs/frm_searching.h"
 #include "ui/dialogs/frm_splash.h"
-#include "ui/jukebox/pv_explorer.h"
 #include "ui/start/start_up.h"
 
 namespace tallow {

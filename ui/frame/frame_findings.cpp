@@ -90,11 +90,11 @@ void FrameFindings::ShowList() {
   frmFindings list(
       tallow_.library, show_,
       [this] {
-        emit DriveForgotten();
-        bar_.showMessage(tr("The songs on the drive were removed from the library."));
+        bar_.showMessage(tr("The songs on the drive count as missing now."));
         bar_.setToolTip({});
         RenumberReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_.clipboard);
         for (Jukebox* const jukebox : jukeboxes_()) jukebox->ListRefilled(tallow_.library);
+        emit DriveForgotten();
       },
       bar_.window());
   list.setProperty(kHelpPage, QStringLiteral("away"));

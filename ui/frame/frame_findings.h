@@ -41,7 +41,7 @@ class FrameFindings : public QObject {
   void FindSizes();
 
  signals:
-  /// Songs of a drive were removed from the library, which was saved.
+  /// Songs of a drive were marked as missing, and the library was saved.
   void DriveForgotten();
 
  protected:

@@ -6,7 +6,6 @@
 #include <QMenu>
 #include <QScreen>
 
-#include "app/data_paths.h"
 #include "app/help_file.h"
 #include "app/tallow.h"
 #include "app/tip_list.h"

@@ -26,11 +26,14 @@ FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, DriveSearches& search
       play_commands_(tallow, *this) {}
 
 bool FramePlayer::CheckPlayer() {
-  return play_commands_.CheckPlayer([this] { SearchForPlayer(); });
+  const bool is_found = play_commands_.CheckPlayer([this] { SearchForPlayer(); });
+  messages_.Notice(tallow_.TakeProblems());
+  return is_found;
 }
 
 void FramePlayer::Play(std::vector<std::int32_t> songs) {
   play_commands_.Play(std::move(songs), [this] { SearchForPlayer(); });
+  messages_.Notice(tallow_.TakeProblems());
 }
 
 void FramePlayer::SearchForPlayer() {
@@ -39,7 +42,6 @@ void FramePlayer::SearchForPlayer() {
   splash.ShowForSearch();
   splash.ShowCancelButton(true);
   searches_.SearchForPlayer(splash);
-  messages_.Notice(tallow_.TakeProblems());
 }
 
 void FramePlayer::Send(std::int32_t command) {

@@ -140,7 +140,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   });
   connect(window, &frmMain::LinkedStepDone, this,
           [this, window](EditHistory::MoveLink link, bool back) {
-            linked_undo_.StepOtherHalf(*window, link, back);
+            linked_undo_.StepOther(*window, link, back);
           });
   connect(window, &frmMain::SongsReturned, this,
           [this](const std::vector<ReturnedSong>& songs) { search_.FollowSongs(songs); });

@@ -17,14 +17,14 @@ constexpr int kShown = 20 * 1000;
 
 }  // namespace
 
-void LinkedUndo::StepOtherHalf(frmMain& window, EditHistory::MoveLink link, bool back) {
+void LinkedUndo::StepOther(frmMain& window, EditHistory::MoveLink link, bool back) {
   using State = EditHistory::LinkedStepState;
   State other_half = State::kNone;
   messages_.ClearStatus();
   for (Jukebox* const jukebox : jukeboxes_.Open()) {
     frmMain* const other = jukeboxes_.WindowOf(*jukebox);
     if (other == &window) continue;
-    if (other->PVExplorer1().StepHalf(link.move, back)) return;
+    if (other->PVExplorer1().StepLinked(link.move, back)) return;
     const State state = jukebox->History().StateOfLinkedStep(link.move);
     if (state != State::kNone) other_half = state;
   }
@@ -39,7 +39,7 @@ void LinkedUndo::StepOtherHalf(frmMain& window, EditHistory::MoveLink link, bool
                                     window.Jukebox().Caption() + " was " + step +
                                     ": the other jukebox has changed since, or was closed.",
                                 kShown);
-  window.PVExplorer1().StepHalf(link.move, !back);
+  window.PVExplorer1().StepLinked(link.move, !back);
   messages_.ShowStatus("The move between two jukeboxes was not " + step +
                            (other_half == State::kNone
                                 ? ": the other jukebox has changed since, or was closed."

@@ -23,7 +23,7 @@ class LinkedUndo {
   ///
   /// \param window the window that has undone or redone its half
   /// \param back   undone; otherwise redone
-  void StepOtherHalf(frmMain& window, EditHistory::MoveLink link, bool back);
+  void StepOther(frmMain& window, EditHistory::MoveLink link, bool back);
 
  private:
   const JukeboxArea& jukeboxes_;

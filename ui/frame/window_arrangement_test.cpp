@@ -12,7 +12,6 @@
 #include <QToolBar>
 
 #include "tests/frame_fixture.h"
-#include "ui/player/frm_main_winamp.h"
 
 namespace tallow {
 namespace {

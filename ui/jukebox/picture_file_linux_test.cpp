@@ -5,7 +5,6 @@
 #include "tests/frame_fixture.h"
 #include "ui/jukebox/picture_file.h"
 #include "ui/jukebox/song_list_view.h"
-#include "ui/support/qt_path.h"
 
 namespace tallow {
 namespace {

@@ -142,7 +142,9 @@ void PVExplorer::Undo() { steps_->Undo(); }
 
 void PVExplorer::Redo() { steps_->Redo(); }
 
-bool PVExplorer::StepHalf(std::uint64_t pair, bool back) { return steps_->StepHalf(pair, back); }
+bool PVExplorer::StepLinked(std::uint64_t move, bool back) {
+  return steps_->StepLinked(move, back);
+}
 
 std::unique_ptr<ExplorerDrag> PVExplorer::SongsToDrag() const { return dragging_->SongsToDrag(); }
 

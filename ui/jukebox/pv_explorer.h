@@ -116,7 +116,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   // See the functions of ExplorerSteps.
   void Undo();
   void Redo();
-  bool StepHalf(std::uint64_t pair, bool back);
+  bool StepLinked(std::uint64_t move, bool back);
 
   /// If a folder is being renamed, applies the typed text.
   void CommitEditing();

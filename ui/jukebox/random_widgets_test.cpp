@@ -27,7 +27,7 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     for (const auto& [each, its_other] : {std::pair(&window, &other), std::pair(&other, &window)})
       QObject::connect(each, &frmMain::LinkedStepDone,
                        [this, into = its_other](EditHistory::MoveLink link, bool back) {
-                         halves += into->PVExplorer1().StepHalf(link.move, back) ? 1 : 0;
+                         halves += into->PVExplorer1().StepLinked(link.move, back) ? 1 : 0;
                        });
     other.Jukebox().AddColumnHeader(kNameHeader);
     other.Jukebox().AddColumnHeader(kKeyHeader);

@@ -68,7 +68,6 @@ MessageAnswer Run(QMessageBox& box) {
     case QMessageBox::No:
       return MessageAnswer::kNo;
     case QMessageBox::Cancel:
-      return MessageAnswer::kCancel;
     case QMessageBox::NoButton:
       return MessageAnswer::kCancel;
     default:

@@ -26,7 +26,6 @@
 #include "tests/resident_memory_linux.h"
 #include "tests/temp_folder.h"
 #include "ui/support/hand_over_request.h"
-#include "ui/support/hand_over_server.h"
 #include "ui/support/single_program.h"
 #include "util/open_file_linux.h"
 

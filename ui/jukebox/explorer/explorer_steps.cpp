@@ -12,7 +12,7 @@ void ExplorerSteps::Undo() { StepAndEmit(true); }
 
 void ExplorerSteps::Redo() { StepAndEmit(false); }
 
-bool ExplorerSteps::StepHalf(std::uint64_t move, bool back) {
+bool ExplorerSteps::StepLinked(std::uint64_t move, bool back) {
   if (NextLink(back).move != move) return false;
   Step(back);
   return true;

@@ -28,7 +28,7 @@ class ExplorerSteps : public QObject {
   /// \param move identifies the move
   /// \param back whether to undo
   /// \returns false if that half is not the next step in this window
-  bool StepHalf(std::uint64_t move, bool back);
+  bool StepLinked(std::uint64_t move, bool back);
 
  signals:
   /// One half of a move between two windows was undone or redone.
