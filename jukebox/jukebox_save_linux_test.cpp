@@ -67,7 +67,7 @@ class FileSizeLimit {
 };
 
 TEST_F(FailingSave, AWriteThatFailsMidwayLeavesTheOldFile) {
-  for (const rlim_t room : {0, 1, 100, 5000}) {
+  for (const rlim_t room : {0U, 1U, 100U, 5000U}) {
     {
       const FileSizeLimit limit(room);
       EXPECT_FALSE(jukebox.Save(Path(), library)) << room;

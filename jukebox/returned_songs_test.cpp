@@ -27,7 +27,8 @@ class ReturnedSongs : public LibraryTest {
  protected:
   ReturnedSongs() {
     for (const char* const name : {"a.mp3", "b.mp3", "c.mp3", "d.mp3"}) {
-      music.File(std::string("m/") + name, std::string(100 + library.UBoundOfMp3Array(), 'x'));
+      music.File(std::string("m/") + name,
+                 std::string(static_cast<std::size_t>(100 + library.UBoundOfMp3Array()), 'x'));
       library.AddSong(music / "m/", name, 100 + library.UBoundOfMp3Array());
     }
     library.TakeSearchedSongs(0);

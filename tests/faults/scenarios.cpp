@@ -64,8 +64,9 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
   }
   void NoticeScan(const Texts& lines) override {
     // A single line holds only the counts.
-    if (lines.size() - std::count_if(lines.begin(), lines.end(), IsAboutSettings) > 1)
-      Notice(lines);
+    const auto others = std::count_if(lines.begin(), lines.end(),
+                                      [](const auto& line) { return !IsAboutSettings(line); });
+    if (others > 1) Notice(lines);
   }
   SearchProgress& ShowSearching() override { return progress_; }
   void UnloadSearching() override {}

@@ -34,7 +34,7 @@ bool IsDark(const QPalette& palette) {
 
 QIcon FrameStyle::standardIcon(StandardPixmap which, const QStyleOption* option,
                                const QWidget* widget) const {
-  const QIcon icon = QProxyStyle::standardIcon(which, option, widget);
+  QIcon icon = QProxyStyle::standardIcon(which, option, widget);
   const QColor text = QApplication::palette().color(QPalette::ButtonText);
   const bool is_of_window = which == SP_TitleBarMinButton || which == SP_TitleBarNormalButton ||
                             which == SP_TitleBarCloseButton;

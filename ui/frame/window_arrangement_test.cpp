@@ -12,6 +12,7 @@
 #include <QToolBar>
 
 #include "tests/frame_fixture.h"
+#include "ui/player/frm_main_winamp.h"  // IWYU pragma: keep, for the conversion to QWidget
 
 namespace tallow {
 namespace {
