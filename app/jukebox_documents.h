@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/jukebox_windows.h"
+#include "app/window_interfaces.h"
 
 namespace tallow {
 

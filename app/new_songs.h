@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "app/jukebox_windows.h"
 #include "app/search/search_progress.h"
+#include "app/window_interfaces.h"
 
 namespace tallow {
 

@@ -198,7 +198,7 @@ TEST_F(SystemTest, ALastJukeboxOnAnAwayDriveIsNotReportedAsGone) {
   KnownDrives drives({music / "stick/"});
   const std::string root = music.Folder("stick");
   music.File("stick/abba/a.mp3");
-  drives.LookAtDrives([] { return MountedVolumes(); });
+  drives.CheckDrives([] { return MountedVolumes(); });
   drives.UpdateFolders({root + "abba" + kSep}, {}, true);
   WriteFileAtomically(SystemFolder(application.path()) + "Drives.json", drives.Encode());
   tallow->library.AddSong(root + "abba" + kSep, "a.mp3", 1);

@@ -18,7 +18,7 @@
 namespace tallow {
 namespace {
 
-TEST_F(SystemTest, TheFirstRunSearchesBuildsAndShows) {
+TEST_F(SystemTest, TheFirstStartFindsSongsAndShowsTheSampleJukebox) {
   EXPECT_TRUE(Start());
   EXPECT_TRUE(FolderExists(GroupingFolder(application.path())));
   EXPECT_TRUE(FolderExists(SystemFolder(application.path())));
@@ -66,7 +66,7 @@ TEST_F(SystemTest, FilesAddedAndRemovedBetweenRunsAreDetected) {
   EXPECT_EQ(RankOf("three.mp3"), ranked[2].second);
 }
 
-TEST_F(SystemTest, LostSettingsTakeTheirCountFromTheLibrary) {
+TEST_F(SystemTest, RecreatedSettingsGetTheSongCountOfTheLibrary) {
   Start();
   Rank();
   RemoveFile(Settings());
@@ -209,7 +209,7 @@ TEST_F(SystemTest, AKillBetweenLibraryAndSettingsCostsNothing) {
   ExpectRanks();
 }
 
-TEST_F(SystemTest, AFolderListThatIsGoneIsWrittenAnew) {
+TEST_F(SystemTest, AMissingFolderListIsWrittenAgain) {
   Start();
   const std::string list = tallow->settings.FileContainingTargetDirectories();
   const auto before = ReadWholeFile(list);
@@ -240,7 +240,7 @@ TEST_F(SystemTest, AStartWithoutAnySongsSucceeds) {
   EXPECT_TRUE(windows->told.empty());
 }
 
-TEST_F(SystemTest, ALibraryWithoutSongsAndLostSettingsStartAnew) {
+TEST_F(SystemTest, ALibraryWithoutSongsAndLostSettingsStartASearch) {
   CreateFolders(SystemFolder(application.path()));
   WriteFileAtomically(Library(), "");
   EXPECT_TRUE(Start());

@@ -212,7 +212,7 @@ void StartUpLibrary::SearchUnreadFolders() {
   std::int32_t old_count = library.UBoundOfMp3Array();
   FileSearch(tallow_, drives_, windows_.LoadedSplash())
       .SearchUnreadFolders([this](const std::string& folder) {
-        wait_.LookAt(folder);
+        wait_.CheckPath(folder);
         return !wait_.IsUnresponsive(folder);
       });
   if (library.UBoundOfMp3Array() == old_count) return;
@@ -240,7 +240,7 @@ void StartUpLibrary::Rebuild() {
   windows_.ShowCancelButton(true);
   const std::int32_t old_count = library.UBoundOfMp3Array();
   SearchDrives();
-  library.TakeSearchedSongs(old_count);
+  library.ImportFoundSongs(old_count);
   if (library.Mp3MainHasSomeMembers()) return;
   // The library is empty and nothing was found. Saves that, so that the next start does not rebuild
   // again.

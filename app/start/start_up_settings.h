@@ -11,7 +11,7 @@ class StartUpWindows;
 class Tallow;
 
 /// Loads the settings during a start, and makes new ones where they are missing, truncated or
-/// damaged. Before a start changes settings that it has not made itself, it backs them up once.
+/// damaged. Existing settings are backed up once before they are changed.
 class StartUpSettings {
  public:
   /// \param tallow, windows, notices must outlive this object
