@@ -87,9 +87,9 @@ TEST_F(SystemTest, DamagedSettingsAreBackedUpAndRebuilt) {
   EXPECT_EQ(
       windows->asked[0],
       "The settings cannot be read.\n\nTallowOrganizer.ini, line 3: 'abc' is not a "
-      "number\n\nTallow can make new settings: it takes the songs and ranks from the song library, "
-      "and searches the drives anew for what is not there. The damaged file is kept as "
-      "TallowOrganizer.ini.bak beside it.\n\nContinue? (No exits Tallow and changes nothing.)");
+      "number\n\nTallow can create new settings: it reads the songs and ranks from the song "
+      "library. If there is no library, it searches the drives for songs. The damaged file is kept "
+      "as TallowOrganizer.ini.bak beside it.\n\nContinue? (No exits Tallow and changes nothing.)");
   EXPECT_EQ(ReadWholeFile(Settings() + ".bak"), damaged);
   ExpectRanks();
   EXPECT_TRUE(Start());
@@ -165,11 +165,11 @@ TEST_F(SystemTest, ARebuildOfAMissingLibraryIsOffered) {
   RemoveFile(Library());
   RemoveFile(Library() + ".bak");
   EXPECT_FALSE(Start(false));
-  EXPECT_EQ(windows->asked,
-            (Texts{"The song library " + Library() +
-                   " is gone. The settings count 3 songs in it.\n\nTallow can search the drives "
-                   "anew. Songs that the library still shows keep their ranks.\n\nContinue? (No "
-                   "exits Tallow and changes nothing.)"}));
+  EXPECT_EQ(
+      windows->asked,
+      (Texts{"The song library " + Library() +
+             " is missing. The settings count 3 songs in it.\n\nTallow can search the drives "
+             "again. All ranks are lost.\n\nContinue? (No exits Tallow and changes nothing.)"}));
   EXPECT_TRUE(Start());
   EXPECT_TRUE(Searched());
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
@@ -186,7 +186,11 @@ TEST_F(SystemTest, AShortLibraryIsBackedUpAndItsRanksSurvive) {
   EXPECT_TRUE(Start());
   ASSERT_EQ(windows->asked.size(), 1U);
   EXPECT_TRUE(windows->asked[0].starts_with("The song library " + Library() +
-                                            " holds 3 songs, but the settings count 7.\n\n"));
+                                            " holds 3 songs, but the settings count 7.\n\n"
+                                            "Tallow can search the drives again. Songs that the "
+                                            "library still shows keep their ranks. The damaged "
+                                            "file is kept as FileLocNames.lmz.bak beside it."))
+      << windows->asked[0];
   EXPECT_EQ(ReadWholeFile(Library() + ".bak"), whole);
   ExpectRanks();
   EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 3);

@@ -282,7 +282,7 @@ std::string KnownDrives::Encode() const {
 void KnownDrives::Decode(const std::string& bytes) {
   const auto root = nlohmann::json::parse(bytes);
   if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it is of another program or a newer Tallow");
+    throw std::runtime_error("it was written by another program or a newer Tallow");
   std::vector<KnownDrive> drives;
   for (const auto& member : root.at("drives")) {
     const auto text = [&](const char* name) {

@@ -139,7 +139,7 @@ std::string MissingSongs::Encode() const {
 void MissingSongs::Decode(const std::string& bytes) {
   const auto root = nlohmann::json::parse(bytes);
   if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it is of another program or a newer Tallow");
+    throw std::runtime_error("it was written by another program or a newer Tallow");
   std::vector<MissingSong> songs;
   for (const auto& member : root.at("songs")) {
     const auto text = [&](const char* name) {

@@ -156,7 +156,7 @@ std::string RepairedNumbers::Encode() const {
 void RepairedNumbers::Decode(const std::string& bytes) {
   const auto root = nlohmann::json::parse(bytes);
   if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it is of another program or a newer Tallow");
+    throw std::runtime_error("it was written by another program or a newer Tallow");
   std::map<std::int32_t, ConfusedNumber> numbers;
   for (const auto& member : root.at("numbers")) {
     const auto number = member.at("number").get<std::int32_t>();

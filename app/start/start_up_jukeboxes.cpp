@@ -127,13 +127,13 @@ bool StartUpJukeboxes::OpenLast(Jukebox& jukebox) {
   if (root.empty() && IsGone(path)) root = tallow_.library.AwayRootOf(path);
   if (!root.empty()) {
     notices_.Add(path + " is on a drive that is away: " + root +
-                 ". So this is the sample jukebox.");
+                 ". The sample jukebox was opened instead.");
     return false;
   }
   if (IsGone(path)) {
     notices_.Add(path +
-                 " is gone, so this is the sample jukebox. Other jukeboxes are in the "
-                 "File menu.");
+                 " is missing. The sample jukebox was opened instead. Other jukeboxes are "
+                 "in the File menu.");
     return false;
   }
   std::optional<FilingError> unfiled;
