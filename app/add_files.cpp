@@ -17,7 +17,7 @@ namespace tallow {
 namespace {
 
 /// Maps the songs' names in lower case to their rows. Of two songs with the same name the first is
-/// used, and a song that is there is preferred to a song that is away.
+/// used, and a present song is preferred to a song that is away.
 std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library) {
   std::unordered_map<std::string, std::int32_t> rows;
   rows.reserve(static_cast<std::size_t>(library.UBoundOfMp3Array()));
@@ -102,7 +102,7 @@ class FileCollector {
   AddedFiles& added_;
   const GoOn& go_on_;
   std::vector<std::string> files_;
-  std::string answered_;  ///< the last folder for which its disk has responded
+  std::string answered_;  ///< the last folder whose disk has responded
   std::size_t left_ = 0;
   bool is_cancelled_ = false;
 };
@@ -150,7 +150,7 @@ class FileAdder {
     known_ = RowsByName(library_);
   }
 
-  /// Lists the songs that the files are now.
+  /// Sets AddedFiles::songs: the song for each file.
   void ListSongs() const {
     for (const std::string& name : names_)
       if (const auto found = known_.find(name); found != known_.end())

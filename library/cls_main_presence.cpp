@@ -16,7 +16,7 @@
 namespace tallow {
 namespace {
 
-/// Question for ReadAhead: which of these files exist in a folder?
+/// Input of a ReadAhead query: which of these files exist in a folder?
 struct FolderQuestion {
   std::string folder;
   std::vector<std::string> names;

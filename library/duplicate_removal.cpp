@@ -76,8 +76,8 @@ class Removal {
 
   /// Sorts the rows by the ranks of their names (counting sort, stable), and finds the runs.
   void SortByName(const std::vector<std::int32_t>& ranks) {
-    const auto most = ranks.empty() ? 0 : *std::max_element(ranks.begin(), ranks.end());
-    std::vector<std::size_t> begins(static_cast<std::size_t>(most) + 2);
+    const auto max_rank = ranks.empty() ? 0 : *std::max_element(ranks.begin(), ranks.end());
+    std::vector<std::size_t> begins(static_cast<std::size_t>(max_rank) + 2);
     for (const std::int32_t rank : ranks) ++begins[static_cast<std::size_t>(rank) + 1];
     std::partial_sum(begins.begin(), begins.end(), begins.begin());
     rows_.resize(ranks.size());

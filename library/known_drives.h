@@ -44,8 +44,8 @@ struct KnownDrive {
 /// The drives on which songs were found, and whether they are mounted.
 ///
 /// A drive is away when its root does not exist or is an empty folder, when the root was a mount
-/// point and no longer is, or when another file system is mounted there. A drive without a volume
-/// identity is never taken for another drive.
+/// point and no longer is, or when another file system is mounted there. Without a volume identity,
+/// a drive is recognized by its root only.
 class KnownDrives {
  public:
   /// \param given roots that were given as drives, each ending in a separator

@@ -30,9 +30,9 @@ struct SizeFinder::Work {
   bool is_done = false;
   bool stop = false;
 
-  /// Reads the sizes of at most `most` more songs.
-  void Find(std::size_t most) {
-    for (std::size_t k = 0; k < most && next < songs.size(); ++k) {
+  /// Reads the sizes of at most `max_songs` more songs.
+  void Find(std::size_t max_songs) {
+    for (std::size_t k = 0; k < max_songs && next < songs.size(); ++k) {
       Song& song = songs[next++];
       const FileStatus status = CheckFile(song.folder + song.name);
       const std::lock_guard lock(mutex);

@@ -24,7 +24,7 @@ namespace {
 /// What can be done about a library file that has changed, is damaged or is missing.
 enum class LibraryChoice { kAsItIs, kLastGood, kSearch };
 
-/// The question which of them to do.
+/// The question to the user which of these to do.
 struct LibraryOffer {
   std::string text;
   std::vector<std::string> choices;  ///< the buttons; the first is the default
