@@ -35,7 +35,7 @@ namespace tallow {
 namespace {
 
 /// Reports why the program ends: on standard error when `silent`, otherwise in a message box.
-void Tell(const std::string& text, bool silent) {
+void ReportError(const std::string& text, bool silent) {
   if (silent)
     std::fprintf(stderr, "%s\n", text.c_str());
   else
@@ -45,7 +45,7 @@ void Tell(const std::string& text, bool silent) {
 /// Hands the files over to the running Tallow, or reports why this instance cannot start.
 int HandOver(SingleProgram& running, const std::string& folder, const CommandLine& line) {
   if (!running.Problem().empty()) {
-    Tell(running.Problem(), line.exit_after_startup);
+    ReportError(running.Problem(), line.exit_after_startup);
     return 1;
   }
   // With --exit-after-startup there are no files to hand over.
@@ -54,12 +54,12 @@ int HandOver(SingleProgram& running, const std::string& folder, const CommandLin
       "The song library in " + folder + " is in use by another Tallow" +
       (line.exit_after_startup ? "" : " that does not answer") +
       ".\n\nClose that one, or wait until it has finished, and start Tallow again.";
-  Tell(text, line.exit_after_startup);
+  ReportError(text, line.exit_after_startup);
   return 1;
 }
 
-int TellUsageError(const std::string& text, bool silent) {
-  Tell(text, silent);
+int ReportUsageError(const std::string& text, bool silent) {
+  ReportError(text, silent);
   return kUsageError;
 }
 
@@ -83,7 +83,7 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   for (const std::string& drive : line.drives) {
     const auto is_known = [&](const std::string& root) { return tallow.library.KnowsDrive(root); };
     if (const std::string problem = ProblemOfDrive(drive, is_known); !problem.empty())
-      return TellUsageError(problem, line.exit_after_startup);
+      return ReportUsageError(problem, line.exit_after_startup);
   }
   const std::unique_ptr<DriveList> drives =
       line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
@@ -126,10 +126,9 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
 
 int Run(int argc, char** argv, const CommandLine& line) {
   if (!HasDisplay()) {
-    if (!line.error.empty()) return TellUsageError(line.error, true);
+    if (!line.error.empty()) return ReportUsageError(line.error, true);
     if (!line.exit_after_startup) {
-      std::fputs("Tallow needs a display to open its windows on, and DISPLAY is not set.\n",
-                 stderr);
+      std::fputs("Tallow needs a display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n", stderr);
       return 1;
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -137,16 +136,16 @@ int Run(int argc, char** argv, const CommandLine& line) {
   QApplication application(argc, argv);
   SetUpApplication();
 
-  if (!line.error.empty()) return TellUsageError(line.error, line.exit_after_startup);
+  if (!line.error.empty()) return ReportUsageError(line.error, line.exit_after_startup);
   Tallow tallow(line.application_folder.empty() ? DefaultApplicationFolder()
                                                 : line.application_folder);
   std::optional<SingleProgram> single;
   try {
     single.emplace(tallow.application_folder);
   } catch (const FileError& error) {
-    return TellUsageError(std::string("The application folder cannot be used. ") + error.what() +
-                              ". Make it readable and writable, and start Tallow again.",
-                          line.exit_after_startup);
+    return ReportUsageError(std::string("The application folder cannot be used. ") + error.what() +
+                                ". Make it readable and writable, and start Tallow again.",
+                            line.exit_after_startup);
   }
   if (!single->Lock()) return HandOver(*single, tallow.application_folder, line);
   return RunSession(tallow, *single, line);

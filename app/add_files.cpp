@@ -17,7 +17,7 @@ namespace tallow {
 namespace {
 
 /// Maps the songs' names in lower case to their rows. Of two songs with the same name the first is
-/// used, and a song that is there is preferred to a song that is away.
+/// used, and a present song is preferred to a song that is away.
 std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library) {
   std::unordered_map<std::string, std::int32_t> rows;
   rows.reserve(static_cast<std::size_t>(library.UBoundOfMp3Array()));
@@ -53,18 +53,18 @@ class FileCollector {
     return !is_cancelled_;
   }
   /// Once a local disk has responded for a folder, checks the folder's other files on this thread.
-  FileStatus LookAt(const std::string& path) {
+  FileStatus CheckPath(const std::string& path) {
     const std::string_view folder = FolderOfPath(path);
     if (folder == answered_ && !library_.IsOnNetwork(path)) return CheckFile(path);
-    const FileStatus look =
-        library_.LookAt(path, [&](std::string_view) { return ShouldContinue(path); }, {});
+    const FileStatus status =
+        library_.CheckPath(path, [&](std::string_view) { return ShouldContinue(path); }, {});
     if (!library_.Unanswered()->Covers(path)) answered_ = folder;
-    return look;
+    return status;
   }
 
  private:
   void Add(const std::string& path) {
-    const FileStatus look = LookAt(path);
+    const FileStatus status = CheckPath(path);
     if (is_cancelled_) return;
     const auto leave_out = [&](const std::string& why) { added_.problems.push_back(path + why); };
     if (library_.Unanswered()->Covers(path))
@@ -75,9 +75,9 @@ class FileCollector {
       leave_out(" is not an MP3 file and was skipped.");
     else if (!MayBeSong(NameOfPath(path)))
       leave_out(" is a macOS metadata file without music and was skipped.");
-    else if (look.presence == FilePresence::kUnknown)
-      leave_out(" cannot be read (" + look.problem + ") and was skipped.");
-    else if (look.presence == FilePresence::kNotThere)
+    else if (status.presence == FilePresence::kUnknown)
+      leave_out(" cannot be read (" + status.problem + ") and was skipped.");
+    else if (status.presence == FilePresence::kNotThere)
       leave_out(" cannot be found and was skipped.");
     else
       files_.push_back(path);
@@ -102,12 +102,13 @@ class FileCollector {
   AddedFiles& added_;
   const GoOn& go_on_;
   std::vector<std::string> files_;
-  std::string answered_;  ///< the last folder for which its disk has responded
+  std::string answered_;  ///< the last folder whose disk has responded
   std::size_t left_ = 0;
   bool is_cancelled_ = false;
 };
 
-/// Adds files to the library one by one, each as the song that it is known as or as a new one.
+/// Adds files to the library one by one; a file whose name the library already has stands for that
+/// song.
 class FileAdder {
  public:
   FileAdder(clsMain& library, AddedFiles& added, FileCollector& collector)
@@ -130,10 +131,10 @@ class FileAdder {
       library_.LeaveOut(folder + std::string(name), found->second);
       return;
     }
-    const FileStatus look = collector_.LookAt(path);
+    const FileStatus status = collector_.CheckPath(path);
     known_[names_.back()] = library_.AddSong(folder, name,
-                                             look.presence == FilePresence::kThere
-                                                 ? static_cast<std::int64_t>(look.size)
+                                             status.presence == FilePresence::kThere
+                                                 ? static_cast<std::int64_t>(status.size)
                                                  : kUnknownSize);
     added_.has_new_songs = true;
   }
@@ -149,7 +150,7 @@ class FileAdder {
     known_ = RowsByName(library_);
   }
 
-  /// Lists the songs that the files are now.
+  /// Sets AddedFiles::songs: the song for each file.
   void ListSongs() const {
     for (const std::string& name : names_)
       if (const auto found = known_.find(name); found != known_.end())

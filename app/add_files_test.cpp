@@ -6,7 +6,7 @@
 namespace tallow {
 namespace {
 
-class TakingFiles : public LibraryTest {
+class AddFilesTest : public LibraryTest {
  protected:
   AddedFiles Take(const Texts& paths) { return AddFiles(paths, library); }
   static std::vector<std::int32_t> SongsOf(const AddedFiles& taken) {
@@ -17,7 +17,7 @@ class TakingFiles : public LibraryTest {
   using Songs = std::vector<std::int32_t>;
 };
 
-TEST_F(TakingFiles, NewFilesAreNewSongsOfRankTwo) {
+TEST_F(AddFilesTest, NewFilesAreNewSongsOfRankTwo) {
   const AddedFiles taken = Take({music.File("b.MP3"), music.File("a.mp3")});
   EXPECT_EQ(SongsOf(taken), (Songs{1, 2}));
   EXPECT_TRUE(taken.has_new_songs);
@@ -30,7 +30,7 @@ TEST_F(TakingFiles, NewFilesAreNewSongsOfRankTwo) {
   EXPECT_EQ(taken.songs[0].Icon(), 2);
 }
 
-TEST_F(TakingFiles, TheLibraryIsSavedAndTheFolderRemembered) {
+TEST_F(AddFilesTest, TheLibraryIsSavedAndTheFolderRemembered) {
   Take({music.File("in/a.mp3")});
   Tallow again(application.path());
   again.settings.GetandLoadIniInfo(again.settings_path);
@@ -39,7 +39,7 @@ TEST_F(TakingFiles, TheLibraryIsSavedAndTheFolderRemembered) {
   EXPECT_EQ(ReadWholeFile(ListPath()), music / "in/" + "\r\n");
 }
 
-TEST_F(TakingFiles, AFileWithAKnownNameIsThatSong) {
+TEST_F(AddFilesTest, AFileWithAKnownNameIsThatSong) {
   AddSong(music.path(), "known.mp3", "1", "6");
   const AddedFiles taken = Take({music.File("elsewhere/Known.MP3")});
   EXPECT_EQ(SongsOf(taken), Songs{1});
@@ -48,12 +48,12 @@ TEST_F(TakingFiles, AFileWithAKnownNameIsThatSong) {
   EXPECT_EQ(library.UBoundOfMp3Array(), 1);
 }
 
-TEST_F(TakingFiles, AMissingSongIsNotMatched) {
+TEST_F(AddFilesTest, AMissingSongIsNotMatched) {
   AddSong("0", "0", "0", "6");
   EXPECT_EQ(SongsOf(Take({music.File("a.mp3")})), Songs{2});
 }
 
-TEST_F(TakingFiles, ACancelKeepsAddedFilesAndReportsTheRest) {
+TEST_F(AddFilesTest, ACancelKeepsAddedFilesAndReportsTheRest) {
   Texts files;
   for (const char* const name : {"a.mp3", "b.mp3", "c.mp3"}) files.push_back(music.File(name));
   const auto cancel_after = [&](int calls) {
@@ -68,12 +68,12 @@ TEST_F(TakingFiles, ACancelKeepsAddedFilesAndReportsTheRest) {
   EXPECT_EQ(taken.problems, Texts{"The drop was cancelled: 1 file was not processed."});
 }
 
-TEST_F(TakingFiles, TwoFilesWithTheSameNameAreOneSong) {
+TEST_F(AddFilesTest, TwoFilesWithTheSameNameAreOneSong) {
   EXPECT_EQ(SongsOf(Take({music.File("a.mp3"), music.File("b/a.mp3")})), (Songs{1, 1}));
   EXPECT_EQ(library.UBoundOfMp3Array(), 1);
 }
 
-TEST_F(TakingFiles, TheFilesOfAFolderAreAdded) {
+TEST_F(AddFilesTest, TheFilesOfAFolderAreAdded) {
   for (const char* const name : {"in/b.mp3", "in/a.mp3", "in/c.txt", "in/deeper/d.mp3"})
     music.File(name);
   Take({music / "in"});
@@ -82,7 +82,7 @@ TEST_F(TakingFiles, TheFilesOfAFolderAreAdded) {
   EXPECT_EQ(Take({music / "empty"}).problems, Texts{music / "empty" + " holds no MP3 file."});
 }
 
-TEST_F(TakingFiles, FilesThatAreLeftOutAreReported) {
+TEST_F(AddFilesTest, FilesThatAreLeftOutAreReported) {
   const std::string partial = music.File("Incomplete/a.mp3");
   const AddedFiles taken = Take({music.File("a.wav"), music / "gone.mp3", partial});
   EXPECT_EQ(taken.problems, (Texts{music / "a.wav" + " is not an MP3 file and was skipped.",
@@ -92,7 +92,7 @@ TEST_F(TakingFiles, FilesThatAreLeftOutAreReported) {
   EXPECT_EQ(library.UBoundOfMp3Array(), 0);
 }
 
-TEST_F(TakingFiles, ALibraryThatCannotBeSavedIsReported) {
+TEST_F(AddFilesTest, ALibraryThatCannotBeSavedIsReported) {
   CreateFolders(LibraryPath() + kSep + "x");
   const AddedFiles taken = Take({music.File("a.mp3")});
   ASSERT_EQ(taken.problems.size(), 1U);

@@ -50,7 +50,8 @@ class clsINI {
  public:
   /// Number of lines in the file.
   static constexpr std::size_t kLines = 10;
-  /// A larger file is rejected as no settings file. Ten paths of maximum length are less than 1 MB.
+  /// A larger file is not accepted as a settings file. Ten paths of maximum length are less than 1
+  /// MB.
   static constexpr std::uint64_t kMaxBytes = std::uint64_t{16} << 20U;
 
   /// \param update_the_menu_control_array callback that rebuilds the recent-file entries of the

@@ -15,7 +15,7 @@ namespace {
 std::string ProblemOfApplicationFolder(const std::string& folder) {
   if (!FolderExists(folder)) return "The application folder " + folder + " does not exist.";
   if (!FolderIsWritable(folder))
-    return "No file can be made in the application folder " + folder + ".";
+    return "No file can be created in the application folder " + folder + ".";
   // The settings file holds one path per line.
   if (HasLineBreak(folder))
     return "The application folder " + folder + " has a line break in its path.";
@@ -87,15 +87,15 @@ std::string HelpText() {
          "  --drive DIR            search DIR for songs in place of the computer's fixed disks; "
          "may be\n"
          "                         given several times\n"
-         "  --exit-after-startup   start without asking anything, then leave: 0 when all went "
+         "  --exit-after-startup   start without asking anything, then exit: 0 when all went "
          "well, 1\n"
          "                         with the message on standard error where a start would have "
          "stopped\n"
          "                         or asked\n"
-         "  --help                 print this and leave\n"
-         "  --version              print the version and leave\n"
+         "  --help                 print this help and exit\n"
+         "  --version              print the version and exit\n"
          "\n"
-         "A wrong command line leaves with exit code 2.\n";
+         "An invalid command line exits with code 2.\n";
 }
 
 std::string DefaultApplicationFolder() {
@@ -103,7 +103,7 @@ std::string DefaultApplicationFolder() {
   if (!own.empty() && ProblemOfApplicationFolder(own).empty()) return own;
   const std::string data = UserDataFolder();
   if (data.empty())
-    throw FileError(own, "No file can be made there, and there is no user's folder.");
+    throw FileError(own, "No file can be created there, and there is no user's folder.");
   const std::string folder = data + "Tallow" + kSeparator;
   CreateFolders(folder);
   const std::string problem = ProblemOfApplicationFolder(folder);

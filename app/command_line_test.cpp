@@ -98,7 +98,7 @@ TEST(CommandLine, FoldersWithoutPermissionAreNamed) {
   const AsNobody nobody;
   EXPECT_EQ(ProblemOfDrive(closed, NoDrive), "The drive folder " + closed + " cannot be read.");
   EXPECT_EQ(Parse({"--app-folder", folder.path()}).error,
-            "No file can be made in the application folder " + folder.path() + ".");
+            "No file can be created in the application folder " + folder.path() + ".");
 }
 #endif
 

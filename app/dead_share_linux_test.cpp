@@ -130,7 +130,7 @@ TEST_F(DeadShare, ItsSongsAreFiledWhenTheShareRespondsAgain) {
   };
   {
     const DeadFolder dead(share);
-    library.LookAt(share, {}, [](std::string_view) { return false; });
+    library.CheckPath(share, {}, [](std::string_view) { return false; });
     EXPECT_TRUE(file([](std::size_t, std::size_t) { return true; }));
   }
   EXPECT_EQ(SongsOnShow(), 4U);
@@ -207,7 +207,7 @@ TEST_F(DeadShareInPlay, TheHandOverCanBeCancelledDuringTheWait) {
 
 TEST_F(DeadShareInPlay, SongsOfAGivenUpDriveAreLeftOutAndReported) {
   const DeadFolder dead(share);
-  tallow->library.LookAt(share, {}, [](std::string_view) { return false; });
+  tallow->library.CheckPath(share, {}, [](std::string_view) { return false; });
   Play({Row("one.mp3"), Row("three.mp3"), Row("two.mp3")}, {});
   EXPECT_EQ(unanswered, "1 " + share + "three.mp3");
   EXPECT_TRUE(handed_over);
@@ -231,7 +231,7 @@ TEST_F(DeadShare, FilesOfAGivenUpDriveAreLeftOutOfADropAndReported) {
   const AddedFiles taken = AddFiles(files, tallow->library, [&](std::string_view path) {
     // Gives the drive up, as a cancel by the user does.
     if (dead.Asked() > 0 && !std::exchange(is_said, true))
-      tallow->library.LookAt(share, {}, [](std::string_view) { return false; });
+      tallow->library.CheckPath(share, {}, [](std::string_view) { return false; });
     return !path.empty();
   });
   EXPECT_EQ(taken.problems,

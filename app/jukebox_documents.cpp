@@ -44,7 +44,7 @@ bool DocumentWindows::SaveJukebox(Jukebox& jukebox, const std::string& path,
 std::string CaptionOfFile(std::string_view path) {
   const std::string_view name = NameOfPath(path);
   const std::string_view title = Trim(name.substr(0, name.rfind('.')));
-  // Without a caption, the window could not be told from others.
+  // Without a caption, the window could not be distinguished from others.
   return ToUpper(title.empty() ? Trim(name) : title);
 }
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "app/jukebox_windows.h"
+#include "app/window_interfaces.h"
 
 namespace tallow {
 
@@ -85,8 +85,8 @@ std::string CaptionOfFile(std::string_view path);
 /// lower case and ending in exactly one ".juk".
 std::string PathForChoice(std::string_view chosen);
 
-/// The path itself, or, where only a file whose name differs in letter case exists, that file's
-/// path.
+/// The path itself; when there is no such file, but one whose name differs only in letter case,
+/// that file's path.
 std::string ExistingPath(const std::string& path);
 
 /// Shortens a text for a menu: a text of at most 45 characters stays as it is; a longer text

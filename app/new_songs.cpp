@@ -48,7 +48,7 @@ class Search {
       failure_ = error.what();
     }
     End();
-    Tell(report);
+    ReportScan(report);
   }
 
  private:
@@ -164,11 +164,12 @@ class Search {
     tallow_.found_tags.Clear();
   }
 
-  void Tell(const ScanReport& report) {
+  void ReportScan(const ScanReport& report) {
     // Refreshes the lists: songs were removed, came back, or are away now.
     for (Jukebox* const jukebox : windows_.OpenJukeboxes()) jukebox->ListRefilled(library_);
     std::string line = TextOf(report, true);
-    if (was_cancelled_) line += ". The search was cancelled; what it had looked at is complete.";
+    if (was_cancelled_)
+      line += ". The search was cancelled; the folders searched so far are complete.";
     if (!is_filed_) line += ". " + FilingCancelledLine() + ".";
     if (had_no_jukebox_) line += ". No jukebox is open, so nothing was filed.";
     std::vector<std::string> lines{std::move(line)};
@@ -181,8 +182,8 @@ class Search {
     if (!failure_.empty())
       windows_.Show(
           {.text = "The search for new songs could not be finished. " + failure_ +
-                   "\n\nWhat was found until then is kept. Look whether the disks are all "
-                   "there, and search again.",
+                   "\n\nThe songs found so far are kept. Check that all disks are connected, "
+                   "and search again.",
            .icon = MessageIcon::kCritical});
   }
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "app/jukebox_windows.h"
 #include "app/search/search_progress.h"
+#include "app/window_interfaces.h"
 
 namespace tallow {
 
@@ -43,7 +43,7 @@ using SearchAllDrives = std::function<bool(SearchProgress& progress)>;
 ///
 /// The frame window is disabled during the search, and always enabled again, also after a failure.
 /// A cancel (SearchCancelled) stops after the current folder, or when searching the whole computer
-/// after the current drive; what was searched until then is complete. A library that was never
+/// after the current drive; the folders searched until then are complete. A library that was never
 /// filled is filled from the whole computer.
 void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows,
                      const SearchAllDrives& search_all_drives);

@@ -193,8 +193,8 @@ TEST_F(NewSongs, ACancelStopsAfterTheFolderAndSearchedFoldersAreComplete) {
   int visits = 0;
   progress.on_visit = [&] { tallow->SearchCancelled = ++visits == 3; };
   BringIn(NewSongsPlace::kKnownFolders);
-  EXPECT_EQ(noticed, Texts{"1 new song. The search was cancelled; what it had looked at is "
-                           "complete."});
+  EXPECT_EQ(noticed, Texts{"1 new song. The search was cancelled; the folders searched so "
+                           "far are complete."});
   EXPECT_NE(HasArtist("Zappa"), HasArtist("Yes"));
   EXPECT_FALSE(tallow->SearchCancelled);
   progress.on_visit = {};
@@ -208,8 +208,8 @@ TEST_F(NewSongs, ASearchThatFailsLeavesTheFrameEnabled) {
   };
   BringIn(NewSongsPlace::kWholeComputer);
   EXPECT_EQ(said,
-            Texts{"The search for new songs could not be finished. The drive is gone.\n\nWhat was "
-                  "found until then is kept. Look whether the disks are all there, and search "
+            Texts{"The search for new songs could not be finished. The drive is gone.\n\nThe songs "
+                  "found so far are kept. Check that all disks are connected, and search "
                   "again."});
 }
 
@@ -238,8 +238,8 @@ TEST_F(NewSongs, OnTheWholeComputerACancelStopsBeforeTheNextFolder) {
     if (progress.visited.back().starts_with(music / "elsewhere")) tallow->SearchCancelled = true;
   };
   BringIn(NewSongsPlace::kWholeComputer);
-  EXPECT_EQ(noticed, Texts{"1 new song. The search was cancelled; what it had looked at is "
-                           "complete."});
+  EXPECT_EQ(noticed, Texts{"1 new song. The search was cancelled; the folders searched so "
+                           "far are complete."});
   EXPECT_TRUE(HasArtist("Yes"));
   EXPECT_FALSE(HasArtist("Zappa"));
 }
@@ -251,8 +251,8 @@ TEST_F(NewSongs, ACancelDuringTheMissingCheckLeavesOtherSongsUnchanged) {
   progress.on_visit = [&] { tallow->SearchCancelled = ++visits == 1; };
   BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed,
-            Texts{"0 new songs, 1 missing. The search was cancelled; what it had looked at is "
-                  "complete."});
+            Texts{"0 new songs, 1 missing. The search was cancelled; the folders searched so far "
+                  "are complete."});
   progress.on_visit = {};
   BringIn(NewSongsPlace::kKnownFolders);
   EXPECT_EQ(noticed, Texts{"0 new songs, 1 missing"});

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "app/jukebox_windows.h"
+#include "app/window_interfaces.h"
 
 namespace tallow {
 

@@ -54,7 +54,7 @@ TEST_F(PlayCommandsTest, AwaySongsAreCheckedAgainAndLeftOut) {
   const std::string c = music.File("c.mp3");
   for (const std::string& path : {a, b, c})
     library.AddSong(FolderOfPath(path), NameOfPath(path), 1);
-  library.TakeSearchedSongs(0);
+  library.ImportFoundSongs(0);
   library.FinishScan(true);
   RemoveFile(a);
   RemoveFile(b);

@@ -5,8 +5,7 @@ namespace tallow {
 
 RuntimeFile RequiredRuntimeFile(const std::string& qt_plugin_folder) {
   return {qt_plugin_folder + "/imageformats/libqjpeg.so",
-          "Debian's package libqt6gui6, which \"sudo apt install --reinstall libqt6gui6\" brings "
-          "back"};
+          "Debian's package libqt6gui6 (\"sudo apt install --reinstall libqt6gui6\" restores it)"};
 }
 
 }  // namespace tallow

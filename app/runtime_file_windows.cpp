@@ -11,7 +11,7 @@ RuntimeFile RequiredRuntimeFile(const std::string& /*qt_plugin_folder*/) {
   wchar_t folder[MAX_PATH] = {};
   const UINT length = GetSystemDirectoryW(folder, MAX_PATH);
   return {EnsureTrailingBackslash(FromWide({folder, length})) + "comctl32.dll",
-          "Windows itself, whose repair (\"sfc /scannow\") brings it back"};
+          "Windows itself (\"sfc /scannow\" restores it)"};
 }
 
 }  // namespace tallow

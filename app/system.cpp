@@ -38,7 +38,7 @@ bool System::Main(const RuntimeFile& runtime_file) {
     }
   } catch (const std::exception& error) {
     windows_.UnloadSplash();
-    windows_.Tell(std::string("Tallow cannot start.\n\n") + error.what());
+    windows_.ShowError(std::string("Tallow cannot start.\n\n") + error.what());
     return false;
   }
   windows_.ShowTip();
@@ -78,9 +78,9 @@ void System::Notice(const ScanReport& report) {
 
 bool System::CheckRuntimeFile(const RuntimeFile& file) {
   if (file.path.empty() || FileExists(file.path)) return true;
-  windows_.Tell("A file that Tallow needs to run correctly is missing: " +
-                std::string(NameOfPath(file.path)) + "\n\nIt belongs to " + file.package +
-                ".\n\nThis information is also in the readme.txt file.");
+  windows_.ShowError("A file that Tallow needs to run correctly is missing: " +
+                     std::string(NameOfPath(file.path)) + "\n\nIt belongs to " + file.package +
+                     ".\n\nThis information is also in the readme.txt file.");
   windows_.OpenInTextEditor(tallow_.application_folder + "readme.txt");
   return false;
 }

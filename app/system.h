@@ -8,7 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "app/jukebox_windows.h"
 #include "app/runtime_file.h"
 #include "app/search/drive_list.h"
 #include "app/search/player_search.h"
@@ -20,6 +19,7 @@
 #include "app/start/start_up_settings.h"
 #include "app/start/start_up_wait.h"
 #include "app/tallow.h"
+#include "app/window_interfaces.h"
 #include "jukebox/song_links.h"
 
 namespace tallow {
@@ -43,7 +43,7 @@ class StartUpWindows : public OpeningWindows {
   virtual void UnloadSplash() = 0;
 
   /// Shows a message that the user has to know, usually why the program ends; only an OK button.
-  void Tell(const std::string& text) { Show({.text = text, .icon = MessageIcon::kCritical}); }
+  void ShowError(const std::string& text) { Show({.text = text, .icon = MessageIcon::kCritical}); }
   /// Asks whether to continue, with Yes and No buttons.
   bool Ask(const std::string& text);
   /// Asks the user to choose one of several actions.

@@ -52,7 +52,7 @@ TEST_F(SystemFaults, AChangedByteOfTheLibraryIsReportedWithThreeChoices) {
             " has changed since Tallow wrote it: by a disk error, by another program, or because a "
             "backup was restored.\n\nUse It As It Is: it holds 3 songs. Choose this if you have "
             "restored a backup.\nUse the Last Good One: FileLocNames.lmz.bak beside it, with 3 "
-            "songs. It may lack your last changes.\nSalvage It: Tallow searches the drives anew. "
+            "songs. It may lack your last changes.\nSalvage It: Tallow searches the drives again. "
             "Songs that the library still shows keep their ranks.\n\nUnless it is used as it is, "
             "it is kept as FileLocNames.lmz.damaged beside it.\nClosing this window exits Tallow "
             "and changes nothing."});
@@ -144,7 +144,8 @@ TEST_F(SystemFaults, AMissingFolderOfTheFolderListIsReplacedAndReported) {
   ASSERT_TRUE(Start());
   EXPECT_EQ(windows->notices,
             Texts{"The folder " + (application / "Grouqing/") +
-                  " of the settings is gone, so Tallow uses " + (application / "Grouping/System/") +
+                  " named in the settings does not exist, so Tallow uses " +
+                  (application / "Grouping/System/") +
                   ". The old settings are kept as TallowOrganizer.ini.bak beside them."});
   EXPECT_EQ(Read(Settings() + ".bak"), wrong);
   EXPECT_EQ(tallow->settings.FileContainingTargetDirectories(), List());
@@ -228,11 +229,12 @@ TEST_F(SystemFaults, AGoodLibraryWithMoreSongsIsOfferedFirst) {
 TEST_F(SystemFaults, ForAMissingLibraryTheLastGoodOneIsOffered) {
   RemoveFile(Library());
   ASSERT_TRUE(StartChoosing(0));
-  EXPECT_EQ(windows->asked.at(0),
-            "The song library " + Library() +
-                " is gone.\n\nUse the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs. "
-                "It may lack your last changes.\nSearch Anew: Tallow searches the drives. All "
-                "ranks are lost.\nClosing this window exits Tallow and changes nothing.");
+  EXPECT_EQ(
+      windows->asked.at(0),
+      "The song library " + Library() +
+          " is missing.\n\nUse the Last Good One: FileLocNames.lmz.bak beside it, with 3 songs. "
+          "It may lack your last changes.\nSearch Again: Tallow searches the drives. All "
+          "ranks are lost.\nClosing this window exits Tallow and changes nothing.");
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
 }
 
@@ -322,7 +324,8 @@ TEST_F(SystemFaults, MissingFoldersInTheSettingsAreReportedAndTheSettingsBackedU
   ASSERT_TRUE(Start());
   EXPECT_EQ(windows->notices.at(0),
             "The folder " + (application / "Grouqing/") +
-                " of the settings is gone, so Tallow uses " + (application / "Grouping/") +
+                " named in the settings does not exist, so Tallow uses " +
+                (application / "Grouping/") +
                 ". The old settings are kept as TallowOrganizer.ini.bak beside them.");
   EXPECT_EQ(Read(Settings() + ".bak"), wrong);
   EXPECT_EQ(Read(Settings()), before);

@@ -45,8 +45,8 @@ TEST_F(SystemTest, ADeletedJukeboxGivesTheSampleAndKeepsTheRecentList) {
   EXPECT_TRUE(Start());
   EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
   EXPECT_EQ(windows->notices, Texts{application / "gone.juk" +
-                                    " is gone, so this is the sample jukebox. Other jukeboxes are "
-                                    "in the File menu."});
+                                    " is missing. The sample jukebox was opened instead. Other "
+                                    "jukeboxes are in the File menu."});
   EXPECT_EQ(windows->told, Texts{});
   EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), application / "gone.juk");
   EXPECT_EQ(tallow->settings.LocSecToLastSavedJukeBox(), "older.juk");
@@ -186,7 +186,7 @@ TEST_F(SystemTest, ConfusedNumbersAreRepairedAndReported) {
   EXPECT_EQ(
       windows->notices,
       Texts{
-          "An earlier version of Tallow had confused the numbers of songs in the song library. "
+          "An earlier version of Tallow had mixed up the numbers of songs in the song library. "
           "They were repaired; the library as it was is kept as FileLocNames.lmz.bak beside it."});
   ASSERT_TRUE(Start());
   EXPECT_TRUE(windows->notices.empty());
@@ -198,7 +198,7 @@ TEST_F(SystemTest, ALastJukeboxOnAnAwayDriveIsNotReportedAsGone) {
   KnownDrives drives({music / "stick/"});
   const std::string root = music.Folder("stick");
   music.File("stick/abba/a.mp3");
-  drives.LookAtDrives([] { return MountedVolumes(); });
+  drives.CheckDrives([] { return MountedVolumes(); });
   drives.UpdateFolders({root + "abba" + kSep}, {}, true);
   WriteFileAtomically(SystemFolder(application.path()) + "Drives.json", drives.Encode());
   tallow->library.AddSong(root + "abba" + kSep, "a.mp3", 1);
@@ -208,7 +208,7 @@ TEST_F(SystemTest, ALastJukeboxOnAnAwayDriveIsNotReportedAsGone) {
   tallow->SaveSettings();
   ASSERT_TRUE(Start());
   EXPECT_EQ(windows->notices, Texts{root + "mix.juk is on a drive that is away: " + root +
-                                    ". So this is the sample jukebox."});
+                                    ". The sample jukebox was opened instead."});
 }
 
 }  // namespace

@@ -79,7 +79,7 @@ TEST_F(Recovery, NoBacksUpTheFileAndDoesNotAskAgain) {
   EXPECT_EQ(windows->asked, Texts{});
 }
 
-TEST_F(Recovery, ADismissedQuestionIsAskedAgain) {
+TEST_F(Recovery, ADismissedQuestionIsAskedAgainAtTheNextStart) {
   Change();
   windows.emplace();
   windows->leaves_questions = true;

@@ -18,7 +18,7 @@
 namespace tallow {
 namespace {
 
-TEST_F(SystemTest, TheFirstRunSearchesBuildsAndShows) {
+TEST_F(SystemTest, TheFirstStartFindsSongsAndShowsTheSampleJukebox) {
   EXPECT_TRUE(Start());
   EXPECT_TRUE(FolderExists(GroupingFolder(application.path())));
   EXPECT_TRUE(FolderExists(SystemFolder(application.path())));
@@ -66,7 +66,7 @@ TEST_F(SystemTest, FilesAddedAndRemovedBetweenRunsAreDetected) {
   EXPECT_EQ(RankOf("three.mp3"), ranked[2].second);
 }
 
-TEST_F(SystemTest, LostSettingsTakeTheirCountFromTheLibrary) {
+TEST_F(SystemTest, RecreatedSettingsGetTheSongCountOfTheLibrary) {
   Start();
   Rank();
   RemoveFile(Settings());
@@ -87,9 +87,9 @@ TEST_F(SystemTest, DamagedSettingsAreBackedUpAndRebuilt) {
   EXPECT_EQ(
       windows->asked[0],
       "The settings cannot be read.\n\nTallowOrganizer.ini, line 3: 'abc' is not a "
-      "number\n\nTallow can make new settings: it takes the songs and ranks from the song library, "
-      "and searches the drives anew for what is not there. The damaged file is kept as "
-      "TallowOrganizer.ini.bak beside it.\n\nContinue? (No exits Tallow and changes nothing.)");
+      "number\n\nTallow can create new settings: it reads the songs and ranks from the song "
+      "library. If there is no library, it searches the drives for songs. The damaged file is kept "
+      "as TallowOrganizer.ini.bak beside it.\n\nContinue? (No exits Tallow and changes nothing.)");
   EXPECT_EQ(ReadWholeFile(Settings() + ".bak"), damaged);
   ExpectRanks();
   EXPECT_TRUE(Start());
@@ -165,11 +165,11 @@ TEST_F(SystemTest, ARebuildOfAMissingLibraryIsOffered) {
   RemoveFile(Library());
   RemoveFile(Library() + ".bak");
   EXPECT_FALSE(Start(false));
-  EXPECT_EQ(windows->asked,
-            (Texts{"The song library " + Library() +
-                   " is gone. The settings count 3 songs in it.\n\nTallow can search the drives "
-                   "anew. Songs that the library still shows keep their ranks.\n\nContinue? (No "
-                   "exits Tallow and changes nothing.)"}));
+  EXPECT_EQ(
+      windows->asked,
+      (Texts{"The song library " + Library() +
+             " is missing. The settings count 3 songs in it.\n\nTallow can search the drives "
+             "again. All ranks are lost.\n\nContinue? (No exits Tallow and changes nothing.)"}));
   EXPECT_TRUE(Start());
   EXPECT_TRUE(Searched());
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 3);
@@ -186,7 +186,11 @@ TEST_F(SystemTest, AShortLibraryIsBackedUpAndItsRanksSurvive) {
   EXPECT_TRUE(Start());
   ASSERT_EQ(windows->asked.size(), 1U);
   EXPECT_TRUE(windows->asked[0].starts_with("The song library " + Library() +
-                                            " holds 3 songs, but the settings count 7.\n\n"));
+                                            " holds 3 songs, but the settings count 7.\n\n"
+                                            "Tallow can search the drives again. Songs that the "
+                                            "library still shows keep their ranks. The damaged "
+                                            "file is kept as FileLocNames.lmz.bak beside it."))
+      << windows->asked[0];
   EXPECT_EQ(ReadWholeFile(Library() + ".bak"), whole);
   ExpectRanks();
   EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 3);
@@ -209,7 +213,7 @@ TEST_F(SystemTest, AKillBetweenLibraryAndSettingsCostsNothing) {
   ExpectRanks();
 }
 
-TEST_F(SystemTest, AFolderListThatIsGoneIsWrittenAnew) {
+TEST_F(SystemTest, AMissingFolderListIsWrittenAgain) {
   Start();
   const std::string list = tallow->settings.FileContainingTargetDirectories();
   const auto before = ReadWholeFile(list);
@@ -240,7 +244,7 @@ TEST_F(SystemTest, AStartWithoutAnySongsSucceeds) {
   EXPECT_TRUE(windows->told.empty());
 }
 
-TEST_F(SystemTest, ALibraryWithoutSongsAndLostSettingsStartAnew) {
+TEST_F(SystemTest, ALibraryWithoutSongsAndLostSettingsStartASearch) {
   CreateFolders(SystemFolder(application.path()));
   WriteFileAtomically(Library(), "");
   EXPECT_TRUE(Start());

@@ -9,7 +9,7 @@
 
 namespace tallow {
 
-/// The end of every offer to create a file anew.
+/// The end of every offer to recreate a file.
 inline constexpr std::string_view kContinueQuestion =
     "\n\nContinue? (No exits Tallow and changes nothing.)";
 

@@ -80,8 +80,8 @@ class Tallow {
 
   /// Adds a sentence that the windows show without blocking, as soon as the step that adds it ends.
   void AddProblem(std::string problem) { problems_.push_back(std::move(problem)); }
-  /// Returns, and clears, the problems that were added. Whoever calls a function that may save the
-  /// settings shows them.
+  /// Returns, and clears, the problems that were added. The caller of a function that may save the
+  /// settings must show them.
   std::vector<std::string> TakeProblems() { return std::exchange(problems_, {}); }
 
  private:

@@ -39,7 +39,7 @@ class NoWindows : public StartUpWindows, private SearchProgress {
                                     const std::vector<std::string>& /*choices*/) override {
     return std::nullopt;
   }
-  void Notice(const std::vector<std::string>& lines) override { Tell(lines.front()); }
+  void Notice(const std::vector<std::string>& lines) override { ShowError(lines.front()); }
   void NoticeScan(const std::vector<std::string>&) override {}
   void OpenInTextEditor(const std::string&) override {}
   void ShowTip() override {}

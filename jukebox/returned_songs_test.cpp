@@ -31,7 +31,7 @@ class ReturnedSongs : public LibraryTest {
                  std::string(static_cast<std::size_t>(100 + library.UBoundOfMp3Array()), 'x'));
       library.AddSong(music / "m/", name, 100 + library.UBoundOfMp3Array());
     }
-    library.TakeSearchedSongs(0);
+    library.ImportFoundSongs(0);
     library.FinishScan(true);
     for (std::int32_t row = 1; row <= 4; ++row) mine.Items().emplace_back(row, 2);
     Show();

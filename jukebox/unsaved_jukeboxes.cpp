@@ -51,7 +51,7 @@ UnsavedJukebox Decode(const std::string& path) {
   if (end == std::string::npos) throw std::runtime_error("it is cut off");
   const auto header = nlohmann::json::parse(content->substr(0, end));
   if (header.at("format") != kFormat || header.at("version") != kVersion)
-    throw std::runtime_error("it is of another program or a newer Tallow");
+    throw std::runtime_error("it was written by another program or a newer Tallow");
   const auto text = [&](const char* name) {
     return BytesOfJsonText(header.at(name).get<std::string>());
   };

@@ -100,8 +100,8 @@ TEST_F(UnsavedJukeboxesTest, InvalidFilesAreRenamedToBackups) {
                              "(it is cut off). It was renamed to end in .bak.");
   EXPECT_EQ(problems[2],
             SystemPath() +
-                "Jukebox-5.unsaved: the unsaved changes in this file cannot be read (it is of "
-                "another program or a newer Tallow). It was renamed to end in .bak.");
+                "Jukebox-5.unsaved: the unsaved changes in this file cannot be read (it was "
+                "written by another program or a newer Tallow). It was renamed to end in .bak.");
   EXPECT_TRUE(FileExists(SystemPath() + "Jukebox-4.unsaved.bak"));
   problems.clear();
   EXPECT_TRUE(Find().empty());

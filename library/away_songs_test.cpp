@@ -59,7 +59,7 @@ class AwaySongs : public LibraryTest {
     for (const fs::path& file : files)
       library.AddSong(EnsureTrailingBackslash(file.parent_path().string()),
                       file.filename().string(), static_cast<std::int64_t>(fs::file_size(file)));
-    library.TakeSearchedSongs(0);
+    library.ImportFoundSongs(0);
     report = library.FinishScan(true);
   }
   /// Simulates the scan at the start of the program.
@@ -385,7 +385,7 @@ TEST_F(AwaySongs, ASongThatIsSeenAgainIsNoLongerAway) {
   EXPECT_TRUE(library.LeftOut().empty());
 }
 
-TEST_F(AwaySongs, LookingAgainDetectsADriveUnmountedDuringARun) {
+TEST_F(AwaySongs, RecheckingDetectsADriveUnmountedDuringARun) {
   MakeFile(one + "a.mp3");
   MakeFile(one + "b.mp3");
   MakeFile(two + "c.mp3");
@@ -407,7 +407,7 @@ TEST_F(AwaySongs, ADanglingLinkIsAway) {
   fs::create_symlink(fs::path(two + "real.song"), fs::path(one + "a.mp3"));
   library.AddSong(one, "a.mp3", 10);
   library.AddSong(one, "b.mp3", 10);
-  library.TakeSearchedSongs(0);
+  library.ImportFoundSongs(0);
   library.FinishScan(true);
   RemoveFile(two + "real.song");
   Scan();
@@ -463,7 +463,7 @@ TEST_F(AwaySongs, SizesComeFromTheSearchAndMissingSizesAreReadLater) {
   EXPECT_EQ(again->library.Facts(1).size, kUnknownSize);
   EXPECT_TRUE(again->library.TakeProblems().empty());
   SizeFinder finder(again->library);
-  EXPECT_TRUE(WaitUntil([&] { return !finder.TakeSizes(again->library); }));
+  EXPECT_TRUE(WaitUntil([&] { return !finder.StoreSizes(again->library); }));
   EXPECT_EQ(again->library.Facts(1).size, 123);
   again->library.SaveFacts();
   StartAgain();
@@ -573,7 +573,7 @@ TEST_F(AwaySongs, RestartingTheNumberingForgetsMissingSongs) {
   again->settings.CreateNewIniFile(again->settings_path, application.path());
   again->library.UseDrives([this] { return mounted; }, {});
   again->library.AddSong(one, "b.mp3", 10);
-  again->library.TakeSearchedSongs(0);
+  again->library.ImportFoundSongs(0);
   EXPECT_EQ(again->library.Missing().size(), 0U);
   EXPECT_EQ(ReadWholeFile(SystemFolder(application.path()) + "Missing.json")->find("a.mp3"),
             std::string::npos);
@@ -598,7 +598,7 @@ TEST_F(AwaySongs, LeftOutFilesAreReportedWhenTheirNumberGrows) {
   EXPECT_EQ(again->library.LeftOut().size(), 2U);
 }
 
-TEST_F(AwaySongs, LookingAgainFindsASongThatIsBack) {
+TEST_F(AwaySongs, RecheckingFindsASongThatIsBack) {
   MakeFile(one + "a.mp3");
   MakeFile(two + "b.mp3");
   Search();

@@ -58,7 +58,7 @@ class clsMain {
   /// Sets the source of the mounted volumes. Until this is called, the library knows no drives.
   ///
   /// \param given roots that were given as drives, each ending in a separator
-  void UseDrives(LookAtVolumes look, std::vector<std::string> given);
+  void UseDrives(ReadMountedVolumes read_volumes, std::vector<std::string> given);
 
   /// Determines for every song whether it is present, missing or away.
   ///
@@ -69,13 +69,14 @@ class clsMain {
   ///
   /// \param go_on callback, called with each folder checked, and with an empty text while waiting;
   ///        returns false to stop. May be empty. Songs in folders not checked stay unchanged
-  /// \param wait  see WaitForDrive; without it a drive is given up after half a minute
+  /// \param wait  see WaitForDrive. May be empty: a drive is then given up after 30 s, or after 5 s
+  ///        if go_on is empty, too
   void CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on = {},
                                                const WaitForDrive& wait = {});
 
   /// Adds every MP3 file in the remembered folders that is not a present song yet, with rank "2",
   /// then removes copies of known songs. When there is no library yet, searches all drives instead
-  /// and turns the result into the library, see TakeSearchedSongs.
+  /// and turns the result into the library, see ImportFoundSongs.
   ///
   /// A missing folder list is rebuilt from the library. A list that cannot be read, or is a
   /// dangling link, is not changed; the folders of the songs are used instead.
@@ -108,7 +109,7 @@ class clsMain {
   ///
   /// \param old_count number of rows before the search, which keep their numbers; with 0 numbering
   ///        restarts, and the missing songs and repaired numbers of the old numbering are forgotten
-  void TakeSearchedSongs(std::int32_t old_count);
+  void ImportFoundSongs(std::int32_t old_count);
 
   /// Appends a song of rank "2", added today.
   ///
@@ -241,8 +242,8 @@ class clsMain {
   void CheckWithProgress(const GoOn& go_on, const std::function<void()>& act);
   /// Checks a file of any type, with a timeout for a drive that does not answer: then the result is
   /// kUnknown, and Unanswered() covers the file.
-  FileStatus LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait);
-  /// Whether a path is on a network drive, as of the last LookAtDrives.
+  FileStatus CheckPath(const std::string& path, const GoOn& go_on, const WaitForDrive& wait);
+  /// Whether a path is on a network drive, as of the last CheckDrives.
   bool IsOnNetwork(std::string_view path) const { return state_.Drives().IsOnNetwork(path); }
   /// The places given up since the last scan began.
   std::shared_ptr<const UnansweredPlaces> Unanswered() const { return disk_.Unanswered(); }
@@ -320,7 +321,7 @@ class clsMain {
  private:
   class KnownSongs;
   class PresenceCheck;
-  class FolderMemory;
+  class FolderCheckCache;
   class Asking;
 
   void CheckPresence();
@@ -337,13 +338,13 @@ class clsMain {
   void SortRows(bool ascending, bool as_text, std::int16_t column);
   void LoadWhatWasSaved();
 
-  void LookAtDrives();
+  void CheckDrives();
   void LoadDrives() { state_.LoadDrives(settings_.SystemFolder(), problems_); }
   void LoadMemory() { state_.Load(settings_.SystemFolder(), table_, problems_); }
   bool CanSaveMissingSongs();
   bool MarkIfAway(std::int32_t record);
-  bool MarkIfAway(std::int32_t record, const FileStatus& look);
-  FileStatus LookAtSong(std::int32_t record) { return disk_.Look(Song(record).Path()); }
+  bool MarkIfAway(std::int32_t record, const FileStatus& status);
+  FileStatus CheckSongFile(std::int32_t record) { return disk_.CheckPath(Song(record).Path()); }
   void BlankRow(std::int32_t row);
   void LeaveOutRespelled(std::int32_t old_count);
   /// If a song in a folder that searches skip was also found elsewhere, its row gets the new path
@@ -363,8 +364,8 @@ class clsMain {
   LibraryState state_;
   DiskQueries disk_{state_.Drives()};
   AwayReasons reasons_;
-  LookAtVolumes look_at_volumes_;
-  bool drives_were_looked_at_ = false;  ///< in this scan
+  ReadMountedVolumes read_volumes_;
+  bool drives_were_checked_ = false;  ///< in this scan
   std::int32_t rows_before_scan_ = 0;
   bool list_is_stale_ = false;   ///< the folder list contains outdated roots of drives
   bool list_is_unread_ = false;  ///< the folder list could not be read, so it is not replaced

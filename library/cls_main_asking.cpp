@@ -10,11 +10,11 @@ void clsMain::CheckToSeeIfFilesAreMissingAndMakeFalse(const GoOn& go_on, const W
   const Asking asking(*this, go_on, wait);
   LoadMemory();
   try {
-    LookAtDrives();
+    CheckDrives();
     CheckPresence();
   } catch (const Stopped&) {
-    // All songs stay as they are. Do not look at the drives again in this scan.
-    drives_were_looked_at_ = true;
+    // All songs stay as they are. Do not check the drives again in this scan.
+    drives_were_checked_ = true;
   }
 }
 
@@ -23,7 +23,7 @@ bool clsMain::AddAnyAdditionalMp3FromTheNormalDirectories(
   const Asking asking(*this, go_on, wait);
   if (settings_.NumerOfRecordsInTheMain() < 1) {
     if (search_all_drives) search_all_drives();
-    TakeSearchedSongs(0);
+    ImportFoundSongs(0);
   } else {
     AddFromRememberedFolders();
   }
@@ -35,9 +35,10 @@ WhileWaiting clsMain::WaitingFor(std::function<std::string(std::size_t)> path_of
   return disk_.WaitingFor(std::move(path_of), std::move(go_on), std::move(wait));
 }
 
-FileStatus clsMain::LookAt(const std::string& path, const GoOn& go_on, const WaitForDrive& wait) {
+FileStatus clsMain::CheckPath(const std::string& path, const GoOn& go_on,
+                              const WaitForDrive& wait) {
   const Asking asking(*this, go_on, wait);
-  return disk_.LookWithTimeout(path);
+  return disk_.CheckPathWithTimeout(path);
 }
 
 void clsMain::CheckWithProgress(const GoOn& go_on, const std::function<void()>& act) {
@@ -46,12 +47,12 @@ void clsMain::CheckWithProgress(const GoOn& go_on, const std::function<void()>& 
   act();
 }
 
-void clsMain::LookAtDrives() {
-  if (look_at_volumes_)
-    state_.Drives().LookAtDrives(look_at_volumes_, [this](const std::vector<std::string>& folders) {
+void clsMain::CheckDrives() {
+  if (read_volumes_)
+    state_.Drives().CheckDrives(read_volumes_, [this](const std::vector<std::string>& folders) {
       return disk_.StatesOf(folders);
     });
-  drives_were_looked_at_ = true;
+  drives_were_checked_ = true;
 }
 
 std::uint32_t clsMain::SkippedReason(std::string_view folder) {

@@ -12,8 +12,8 @@
 
 namespace tallow {
 
-void clsMain::UseDrives(LookAtVolumes look, std::vector<std::string> given) {
-  look_at_volumes_ = std::move(look);
+void clsMain::UseDrives(ReadMountedVolumes read_volumes, std::vector<std::string> given) {
+  read_volumes_ = std::move(read_volumes);
   state_.ResetDrives(std::move(given));
 }
 
@@ -44,17 +44,17 @@ std::string clsMain::AwayText(std::int32_t record) const {
 
 /// Cache for checking many songs: after one song of a folder could not be checked, its result is
 /// reused for the other songs of that folder.
-class clsMain::FolderMemory {
+class clsMain::FolderCheckCache {
  public:
-  explicit FolderMemory(clsMain& library) : library_(library) {}
+  explicit FolderCheckCache(clsMain& library) : library_(library) {}
 
-  FileStatus LookAt(std::int32_t record) {
+  FileStatus CheckSongFile(std::int32_t record) {
     library_.disk_.GoOnOrStop();
     const std::string_view folder = library_.table_.Cell(kFileLocation, record);
     if (const auto known = unknown_.find(folder); known != unknown_.end()) return known->second;
-    FileStatus look = library_.LookAtSong(record);
-    if (look.presence == FilePresence::kUnknown) unknown_.emplace(folder, look);
-    return look;
+    FileStatus status = library_.CheckSongFile(record);
+    if (status.presence == FilePresence::kUnknown) unknown_.emplace(folder, status);
+    return status;
   }
 
  private:
@@ -63,16 +63,17 @@ class clsMain::FolderMemory {
 };
 
 bool clsMain::RecheckSong(std::int32_t record) {
-  if (!IsPresent(record) || LookAtSong(record).presence != FilePresence::kThere) return false;
+  if (!IsPresent(record) || CheckSongFile(record).presence != FilePresence::kThere) return false;
   table_.Facts(record).away = 0;
   return true;
 }
 
 std::vector<char> clsMain::RecheckSong(const std::vector<std::int32_t>& records) {
-  FolderMemory folders(*this);
+  FolderCheckCache folders(*this);
   std::vector<char> there(records.size());
   for (std::size_t k = 0; k < records.size(); ++k) {
-    if (!IsPresent(records[k]) || folders.LookAt(records[k]).presence != FilePresence::kThere)
+    if (!IsPresent(records[k]) ||
+        folders.CheckSongFile(records[k]).presence != FilePresence::kThere)
       continue;
     table_.Facts(records[k]).away = 0;
     there[k] = 1;
@@ -81,30 +82,30 @@ std::vector<char> clsMain::RecheckSong(const std::vector<std::int32_t>& records)
 }
 
 bool clsMain::MarkIfAway(std::int32_t record) {
-  return IsPresent(record) && MarkIfAway(record, LookAtSong(record));
+  return IsPresent(record) && MarkIfAway(record, CheckSongFile(record));
 }
 
-bool clsMain::MarkIfAway(std::int32_t record, const FileStatus& look) {
+bool clsMain::MarkIfAway(std::int32_t record, const FileStatus& status) {
   const std::string folder(table_.Cell(kFileLocation, record));
   std::uint32_t& away = table_.Facts(record).away;
-  if (look.presence == FilePresence::kThere) {
+  if (status.presence == FilePresence::kThere) {
     away = 0;
     return false;
   }
   const KnownDrives::FolderVerdict verdict = state_.Drives().VerdictOf(folder);
   if (verdict.verdict == KnownDrives::Verdict::kAway)
     away = reasons_.NumberOf(AwayKind::kDrive, verdict.away_root);
-  else if (look.presence == FilePresence::kUnknown)
+  else if (status.presence == FilePresence::kUnknown)
     away = disk_.Unanswered()->Covers(folder)
                ? SkippedReason(folder)
-               : reasons_.NumberOf(AwayKind::kFolder, folder, look.problem);
+               : reasons_.NumberOf(AwayKind::kFolder, folder, status.problem);
   return away != 0;
 }
 
 bool clsMain::CheckSong(std::int32_t record) {
   if (RecheckSong(record)) return true;
   if (!IsPresent(record)) return false;
-  LookAtDrives();
+  CheckDrives();
   if (MarkIfAway(record) || IsAway(record)) return false;
   const KnownDrives::FolderVerdict verdict =
       state_.Drives().VerdictOf(table_.Cell(kFileLocation, record));
@@ -115,11 +116,11 @@ bool clsMain::CheckSong(std::int32_t record) {
 
 void clsMain::MarkAwaySongs(const std::vector<std::int32_t>& records) {
   if (records.empty() || IsAway(records.front()) || RecheckSong(records.front())) return;
-  LookAtDrives();
+  CheckDrives();
   if (!MarkIfAway(records.front())) return;
-  FolderMemory folders(*this);
+  FolderCheckCache folders(*this);
   for (const std::int32_t record : records)
-    if (IsPresent(record)) MarkIfAway(record, folders.LookAt(record));
+    if (IsPresent(record)) MarkIfAway(record, folders.CheckSongFile(record));
 }
 
 std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
@@ -141,9 +142,10 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
   std::int32_t old_count = table_.rows();
   for (const LeftOutFile& file : left_out_) {
     if (!forgotten.contains(file.stands_for_it)) continue;
-    const FileStatus look = disk_.Look(file.path);
-    if (look.presence == FilePresence::kThere)
-      AddSong(FolderOfPath(file.path), NameOfPath(file.path), static_cast<std::int64_t>(look.size));
+    const FileStatus status = disk_.CheckPath(file.path);
+    if (status.presence == FilePresence::kThere)
+      AddSong(FolderOfPath(file.path), NameOfPath(file.path),
+              static_cast<std::int64_t>(status.size));
   }
   std::erase_if(left_out_,
                 [&](const LeftOutFile& file) { return forgotten.contains(file.stands_for_it); });
@@ -157,7 +159,7 @@ void clsMain::BeginScan(ScanKind kind) {
   scan_ = {};
   scan_.kind = kind;
   rows_before_scan_ = table_.rows();
-  drives_were_looked_at_ = false;
+  drives_were_checked_ = false;
   disk_.Clear();
 }
 
@@ -189,18 +191,18 @@ std::vector<std::string> clsMain::FoldersOf(bool away, std::int32_t first_row) c
 }
 
 ScanReport clsMain::FinishScan(bool complete, const GoOn& go_on) {
-  const auto living = [&go_on](std::string_view folder) { return go_on(folder), true; };
+  const auto process_events = [&go_on](std::string_view folder) { return go_on(folder), true; };
   const auto wait = [&go_on](std::string_view root) { return go_on(root); };
-  const Asking asking(*this, go_on ? GoOn(living) : GoOn(),
+  const Asking asking(*this, go_on ? GoOn(process_events) : GoOn(),
                       go_on ? tallow::WaitForDrive(wait) : tallow::WaitForDrive());
   LoadMemory();
   // Save now, so that missing songs are reported only once.
   if (scan_.missing > 0) Save();
   // New songs may be on drives that were not mounted before.
-  if (!drives_were_looked_at_) LookAtDrives();
+  if (!drives_were_checked_) CheckDrives();
   // Rows that this scan has neither added nor checked may be stale, so they are not reported as
   // seen.
-  if (look_at_volumes_)
+  if (read_volumes_)
     state_.Drives().UpdateFolders(FoldersOf(false, complete ? 1 : rows_before_scan_ + 1),
                                   FoldersOf(true, 1), complete);
   state_.Save(problems_);

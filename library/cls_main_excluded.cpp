@@ -20,7 +20,7 @@ void clsMain::MoveOutOfExcludedFolders(std::int32_t old_count) {
     if (is_excluded && IsPresent(row)) excluded.emplace(ToLower(table_.Cell(kFileName, row)), row);
   }
   if (excluded.empty()) return;
-  std::vector<char> goes(static_cast<std::size_t>(table_.rows()));
+  std::vector<char> is_removed(static_cast<std::size_t>(table_.rows()));
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     const auto found = excluded.find(ToLower(table_.Cell(kFileName, row)));
     if (found == excluded.end()) continue;
@@ -28,12 +28,12 @@ void clsMain::MoveOutOfExcludedFolders(std::int32_t old_count) {
       table_.SetCell(column, found->second, table_.Cell(column, row));
     table_.Facts(found->second).size = table_.Facts(row).size;
     table_.Facts(found->second).away = 0;
-    goes[static_cast<std::size_t>(row - 1)] = 1;
+    is_removed[static_cast<std::size_t>(row - 1)] = 1;
     // Only the first file of that name replaces the song; a second one is a duplicate.
     excluded.erase(found);
     list_is_stale_ = true;
   }
-  table_.Remove(goes);
+  table_.Remove(is_removed);
 }
 
 }  // namespace tallow

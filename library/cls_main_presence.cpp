@@ -16,7 +16,7 @@
 namespace tallow {
 namespace {
 
-/// Question for ReadAhead: which of these files exist in a folder?
+/// Input of a ReadAhead query: which of these files exist in a folder?
 struct FolderQuestion {
   std::string folder;
   std::vector<std::string> names;
@@ -52,9 +52,9 @@ FolderFindings FindSongs(const FolderQuestion& songs) {
     if (names.contains(songs.names[k])) {
       presence = FilePresence::kThere;
     } else if (ask) {
-      const FileStatus look = CheckFile(songs.folder + songs.names[k]);
-      presence = look.presence;
-      if (presence == FilePresence::kUnknown) findings.problem = look.problem;
+      const FileStatus status = CheckFile(songs.folder + songs.names[k]);
+      presence = status.presence;
+      if (presence == FilePresence::kUnknown) findings.problem = status.problem;
       // Continue to check individual files when the folder can be entered but not listed, and when
       // the listing was complete. Otherwise, after one failure, all other files are unknown.
       ask = presence != FilePresence::kUnknown || (listing.opened && listing.problem.empty());
@@ -190,7 +190,7 @@ class clsMain::PresenceCheck {
     std::uint32_t reason = 0;
     if (verdict.verdict == KnownDrives::Verdict::kAway) {
       reason = library_.reasons_.NumberOf(AwayKind::kDrive, verdict.away_root);
-    } else if (verdict.verdict == KnownDrives::Verdict::kUnremembered) {
+    } else if (verdict.verdict == KnownDrives::Verdict::kNoKnownDrive) {
       const FolderState state = disk_.StateOf(std::string(folder));
       if (state != FolderState::kHasEntries)
         reason = library_.reasons_.NumberOf(AwayKind::kDrive, PartNotThere(folder));
@@ -204,10 +204,10 @@ class clsMain::PresenceCheck {
 
   /// Whether a song's file exists in the folder's new place, or cannot be checked there.
   bool IsAt(const std::string& place, std::int32_t row) {
-    const FileStatus look = disk_.Look(place + std::string(table_.Cell(kFileName, row)));
-    if (look.presence == FilePresence::kNotThere) return false;
-    if (look.presence == FilePresence::kUnknown)
-      table_.Facts(row).away = library_.reasons_.NumberOf(AwayKind::kFolder, place, look.problem);
+    const FileStatus status = disk_.CheckPath(place + std::string(table_.Cell(kFileName, row)));
+    if (status.presence == FilePresence::kNotThere) return false;
+    if (status.presence == FilePresence::kUnknown)
+      table_.Facts(row).away = library_.reasons_.NumberOf(AwayKind::kFolder, place, status.problem);
     moved_.emplace_back(row, place);
     return true;
   }

@@ -156,7 +156,7 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
     ForgetUnread(folder);
   if (listing.files.empty()) return;
   KnownSongs::Rows& rows = known.OfFolder(folder);
-  const bool takes_new = !HoldsNoSongs(folder);
+  const bool accepts_new = !HoldsNoSongs(folder);
   for (const FileEntry& file : listing.files) {
     if (const auto found = rows.find(known.Key(file.name)); found != rows.end()) {
       // On a case-insensitive file system, update the spelling of the name.
@@ -164,7 +164,7 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
       table_.Facts(found->second).away = 0;
       continue;
     }
-    if (!takes_new || !MayBeSong(file.name)) continue;
+    if (!accepts_new || !MayBeSong(file.name)) continue;
     const std::int32_t row = AddSong(folder, file.name, kUnknownSize);
     // Use the table's text as the key, because it outlives the listing.
     rows.emplace(known.Key(Mp3Info(kFileName, row)), row);
@@ -180,7 +180,7 @@ void clsMain::LeaveOutRespelled(std::int32_t old_count) {
         (table_.Facts(row).away != 0 || MayHaveOtherSpelling(table_.Cell(kFileName, row))))
       rows.emplace(path(row), row);
   if (rows.empty()) return;
-  std::vector<char> goes(static_cast<std::size_t>(table_.rows()));
+  std::vector<char> is_removed(static_cast<std::size_t>(table_.rows()));
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     const auto found = rows.find(path(row));
     if (found == rows.end()) continue;
@@ -189,9 +189,9 @@ void clsMain::LeaveOutRespelled(std::int32_t old_count) {
     SongFacts& facts = table_.Facts(found->second);
     if (table_.Facts(row).size != kUnknownSize) facts.size = table_.Facts(row).size;
     facts.away = 0;
-    goes[static_cast<std::size_t>(row - 1)] = 1;
+    is_removed[static_cast<std::size_t>(row - 1)] = 1;
   }
-  table_.Remove(goes);
+  table_.Remove(is_removed);
 }
 
 void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
@@ -199,7 +199,7 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
   for (std::int32_t row = 1; row <= old_count; ++row)
     if (IsOnAwayDrive(row)) away[table_.Cell(kFileName, row)].push_back(row);
   if (away.empty()) return;
-  std::vector<char> goes(static_cast<std::size_t>(table_.rows()));
+  std::vector<char> is_removed(static_cast<std::size_t>(table_.rows()));
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     const auto found = away.find(table_.Cell(kFileName, row));
     if (found == away.end()) continue;
@@ -210,10 +210,10 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
           return size == kUnknownSize || other_size == kUnknownSize || size == other_size;
         });
     if (same == found->second.end()) continue;
-    goes[static_cast<std::size_t>(row - 1)] = 1;
+    is_removed[static_cast<std::size_t>(row - 1)] = 1;
     left_out_.push_back({Song(row).Path(), Song(*same).Path()});
   }
-  table_.Remove(goes);
+  table_.Remove(is_removed);
 }
 
 std::vector<char> clsMain::RowsToCompare() const {
@@ -266,8 +266,8 @@ void clsMain::RecognizeReturned(std::int32_t old_count) {
 std::int64_t clsMain::SizeOf(std::int32_t row) {
   std::int64_t& size = table_.Facts(row).size;
   if (size == kUnknownSize) {
-    const FileStatus look = LookAtSong(row);
-    if (look.presence == FilePresence::kThere) size = static_cast<std::int64_t>(look.size);
+    const FileStatus status = CheckSongFile(row);
+    if (status.presence == FilePresence::kThere) size = static_cast<std::int64_t>(status.size);
   }
   return size;
 }
@@ -292,7 +292,7 @@ void clsMain::RecognizeLate() {
   if (has_any) Save();
 }
 
-void clsMain::TakeSearchedSongs(std::int32_t old_count) {
+void clsMain::ImportFoundSongs(std::int32_t old_count) {
   if (!Mp3MainHasSomeMembers()) return;
   if (old_count == 0) {
     LoadMemory();

@@ -181,7 +181,7 @@ TEST_F(ClsMain, RenumberingSetsEveryNumberToItsRow) {
   EXPECT_EQ(Cells(4), (Texts{"1", "2"}));
 }
 
-TEST_F(ClsMain, SortMovesWholeRowsInAllFourWays) {
+TEST_F(ClsMain, SortMovesWholeRowsByTextAndByNumberInBothDirections) {
   AddSong("/c/", "10");
   AddSong("/a/", "9");
   AddSong("/b/", "100");

@@ -34,8 +34,8 @@ void CompanionFile::Load(std::uint64_t checksum, SongTable& table,
   } catch (const FileTooLargeError&) {
     is_unread_ = true;
     problems.push_back(path +
-                       " is damaged. It is kept with .bak behind its name once there is a new "
-                       "one.");
+                       " is damaged. It will be kept with .bak appended to its name when a new "
+                       "one is written.");
   } catch (const FileError& error) {
     is_unread_ = true;
     problems.push_back(path + " cannot be read (" + error.reason() +

@@ -5,18 +5,13 @@
 #include <chrono>
 #include <utility>
 
+#include "library/drive_timeouts.h"
 #include "util/read_ahead.h"
 
 namespace tallow {
 namespace {
 
-/// After this time a drive is reported as slow.
-constexpr std::chrono::milliseconds kSlowAfter{1000};
-
-/// After this time a drive is given up, unless the user gave it up before.
-constexpr std::chrono::milliseconds kMaxWait{30000};
-
-/// Timeout when no callback can report the slow drive.
+/// Replaces kMaxWait when there is no callback that could report the slow drive.
 constexpr std::chrono::milliseconds kMaxQuietWait{5000};
 
 FileStatus NoAnswer() { return {FilePresence::kUnknown, 0, std::string(kDoesNotAnswer)}; }
@@ -34,15 +29,15 @@ void DiskQueries::GoOnOrStop(std::string_view folder) const {
 
 WhileWaiting DiskQueries::WaitingFor(std::function<std::string(std::size_t)> path_of, GoOn go_on,
                                      WaitForDrive wait) {
-  const auto most = wait || go_on ? kMaxWait : kMaxQuietWait;
+  const auto max_wait = wait || go_on ? kMaxWait : kMaxQuietWait;
   return [this, path_of = std::move(path_of), go_on = std::move(go_on), wait = std::move(wait),
-          most](std::size_t i, std::chrono::milliseconds waited) {
+          max_wait](std::size_t i, std::chrono::milliseconds waited) {
     if (go_on && !go_on({})) throw Stopped();
     const std::string path = path_of(i);
     if (unanswered_->Covers(path)) return WaitDecision::kGiveUp;
     if (waited < kSlowAfter) return WaitDecision::kWait;
     const std::string root = drives_.RootToGiveUp(path);
-    if (waited < most && (!wait || wait(root))) return WaitDecision::kWait;
+    if (waited < max_wait && (!wait || wait(root))) return WaitDecision::kWait;
     unanswered_->Add(root);
     drives_.MarkAway(root);
     return WaitDecision::kGiveUp;
@@ -72,9 +67,11 @@ Answer DiskQueries::AskOnWorkerThread(const std::string& path, Answer (*ask)(con
   return result;
 }
 
-FileStatus DiskQueries::Look(const std::string& path) { return Ask(path, CheckFile, NoAnswer()); }
+FileStatus DiskQueries::CheckPath(const std::string& path) {
+  return Ask(path, CheckFile, NoAnswer());
+}
 
-FileStatus DiskQueries::LookWithTimeout(const std::string& path) {
+FileStatus DiskQueries::CheckPathWithTimeout(const std::string& path) {
   try {
     return AskOnWorkerThread(path, CheckFile, NoAnswer());
   } catch (const Stopped&) {
@@ -93,7 +90,7 @@ std::vector<std::optional<FolderState>> DiskQueries::StatesOf(
   const auto waits_alone = [this](const std::string& folder) {
     return !go_on_ && !wait_for_drive_ && !drives_.IsOnNetwork(folder);
   };
-  // Without callbacks nobody could give up a local disk, so worker threads are not needed.
+  // Without callbacks local folders are checked on this thread, as in Ask.
   if (std::all_of(folders.begin(), folders.end(), waits_alone))
     return KnownDrives::AskAtOnce(folders);
   ReadAhead(

@@ -40,9 +40,9 @@ class DiskQueries {
   void GoOnOrStop(std::string_view folder = {}) const;
 
   /// The status of a file; kUnknown when its disk does not answer.
-  FileStatus Look(const std::string& path);
-  /// Look with a timeout for local disks too.
-  FileStatus LookWithTimeout(const std::string& path);
+  FileStatus CheckPath(const std::string& path);
+  /// CheckPath with a timeout for local disks too.
+  FileStatus CheckPathWithTimeout(const std::string& path);
 
   /// The state of a folder; kUnreadable when its disk does not answer.
   FolderState StateOf(const std::string& folder);

@@ -32,11 +32,11 @@ constexpr std::size_t kMaxCompared = 16;
 /// Decides which rows to remove. The destructor removes them from the table.
 class Removal {
  public:
-  Removal(SongTable& table, std::int32_t old_count, const std::vector<char>& takes_part,
+  Removal(SongTable& table, std::int32_t old_count, const std::vector<char>& is_compared,
           std::vector<LeftOutFile>& left_out)
-      : table_(table), old_count_(old_count), takes_part_(takes_part), left_out_(left_out) {
+      : table_(table), old_count_(old_count), is_compared_(is_compared), left_out_(left_out) {
     const auto count = static_cast<std::size_t>(table.rows());
-    goes_.resize(count);
+    is_removed_.resize(count);
     names_.resize(count);
     for (std::size_t k = 0; k < count; ++k)
       names_[k] = table.Cell(kFileName, static_cast<Row>(k + 1));
@@ -44,7 +44,7 @@ class Removal {
   }
   Removal(const Removal&) = delete;
   Removal& operator=(const Removal&) = delete;
-  ~Removal() { table_.Remove(goes_); }
+  ~Removal() { table_.Remove(is_removed_); }
 
   void Run() {
     bool again = true;
@@ -59,7 +59,7 @@ class Removal {
       const std::size_t before = runs_.size();
       std::erase_if(runs_, [this](const NameRun& run) {
         return std::all_of(rows_.begin() + Offset(run.begin), rows_.begin() + Offset(run.end),
-                           [this](Row row) { return Goes(row); });
+                           [this](Row row) { return IsRemoved(row); });
       });
       again = again && runs_.size() < before;
     }
@@ -67,17 +67,17 @@ class Removal {
 
  private:
   static std::ptrdiff_t Offset(std::size_t place) { return static_cast<std::ptrdiff_t>(place); }
-  bool Goes(Row row) const { return goes_[static_cast<std::size_t>(row - 1)] != 0; }
+  bool IsRemoved(Row row) const { return is_removed_[static_cast<std::size_t>(row - 1)] != 0; }
   std::string_view Name(Row row) const { return names_[static_cast<std::size_t>(row - 1)]; }
   bool IsOld(Row row) const { return row <= old_count_; }
   bool IsPresent(Row row) const {
-    return !Goes(row) && takes_part_[static_cast<std::size_t>(row - 1)] != 0;
+    return !IsRemoved(row) && is_compared_[static_cast<std::size_t>(row - 1)] != 0;
   }
 
   /// Sorts the rows by the ranks of their names (counting sort, stable), and finds the runs.
   void SortByName(const std::vector<std::int32_t>& ranks) {
-    const auto most = ranks.empty() ? 0 : *std::max_element(ranks.begin(), ranks.end());
-    std::vector<std::size_t> begins(static_cast<std::size_t>(most) + 2);
+    const auto max_rank = ranks.empty() ? 0 : *std::max_element(ranks.begin(), ranks.end());
+    std::vector<std::size_t> begins(static_cast<std::size_t>(max_rank) + 2);
     for (const std::int32_t rank : ranks) ++begins[static_cast<std::size_t>(rank) + 1];
     std::partial_sum(begins.begin(), begins.end(), begins.begin());
     rows_.resize(ranks.size());
@@ -96,7 +96,7 @@ class Removal {
 
   void RemoveNameless(const NameRun& run) {
     for (std::size_t k = run.begin; k < run.end; ++k)
-      if (!IsOld(rows_[k])) goes_[static_cast<std::size_t>(rows_[k] - 1)] = 1;
+      if (!IsOld(rows_[k])) is_removed_[static_cast<std::size_t>(rows_[k] - 1)] = 1;
   }
 
   /// The present rows of a run, sorted by record number. Rows without a valid number come last.
@@ -138,7 +138,7 @@ class Removal {
           return Like(Name(other), Name(row)) || Like(Name(row), Name(other));
         });
       if (original) any = RemoveCopy(row, *original) || any;
-      if (!same && !Goes(row)) left.push_back(row);
+      if (!same && !IsRemoved(row)) left.push_back(row);
     }
     return any;
   }
@@ -179,7 +179,8 @@ class Removal {
         return in_first ? Like(Name(row), Name(other)) : Like(Name(other), Name(row));
       });
       if (original) any = RemoveCopy(row, *original) || any;
-      if (!Goes(row) && names.emplace(Name(row), row).second) left[in_first ? 0 : 1].push_back(row);
+      if (!IsRemoved(row) && names.emplace(Name(row), row).second)
+        left[in_first ? 0 : 1].push_back(row);
     }
     return any;
   }
@@ -195,7 +196,7 @@ class Removal {
     // Throw if either record number is invalid, because the lower number decides.
     for (const Row one : {row, original}) ConvertToInt32(table_.Cell(kRecordNumber, one));
     if (IsOld(row)) return false;
-    goes_[static_cast<std::size_t>(row - 1)] = 1;
+    is_removed_[static_cast<std::size_t>(row - 1)] = 1;
     if (!table_.SameStoredText(kFileLocation, row, original) || Name(row) != Name(original))
       left_out_.push_back({SongView(table_, row).Path(), SongView(table_, original).Path()});
     return true;
@@ -203,10 +204,10 @@ class Removal {
 
   SongTable& table_;
   const std::int32_t old_count_;
-  const std::vector<char>& takes_part_;
+  const std::vector<char>& is_compared_;
   std::vector<LeftOutFile>& left_out_;
   std::vector<std::string_view> names_;  ///< by row
-  std::vector<char> goes_;               ///< by row
+  std::vector<char> is_removed_;         ///< by row
   std::vector<Row> rows_;                ///< in name order
   std::vector<NameRun> runs_;            ///< with at least one remaining row
 };
@@ -228,10 +229,10 @@ void DropKnownFiles(const SongTable& table, std::vector<LeftOutFile>& files) {
 }  // namespace
 
 std::vector<LeftOutFile> RemoveDuplicates(SongTable& table, std::int32_t old_count,
-                                          const std::vector<char>& takes_part) {
+                                          const std::vector<char>& is_compared) {
   std::vector<LeftOutFile> left_out;
   if (table.rows() == 0) return left_out;
-  Removal(table, old_count, takes_part, left_out).Run();
+  Removal(table, old_count, is_compared, left_out).Run();
   DropKnownFiles(table, left_out);
   return left_out;
 }

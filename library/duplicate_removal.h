@@ -34,11 +34,11 @@ struct LeftOutFile {
 /// Cost: ranking the names, plus O(rows) when no name has wildcards.
 ///
 /// \param old_count number of rows before rows were added
-/// \param takes_part whether a row is compared, one element per row, element 0 being row 1
+/// \param is_compared whether a row is compared, one element per row, element 0 being row 1
 /// \returns the removed files that are not themselves songs in the table
 /// \throws TypeMismatchError, OverflowError when one of two copies has an invalid record number;
 /// rows marked before that are still removed
 std::vector<LeftOutFile> RemoveDuplicates(SongTable& table, std::int32_t old_count,
-                                          const std::vector<char>& takes_part);
+                                          const std::vector<char>& is_compared);
 
 }  // namespace tallow

@@ -80,9 +80,9 @@ void RemovalByNeighbours(Rows& rows) {
 /// names. Among names equal in the sort's order all rows are compared with each other and with all
 /// rows of the next such names, lowest numbers first; rows up to the old count stay. The folder of
 /// a row is its index, from 0.
-class LiteralRemoval {
+class ReferenceRemoval {
  public:
-  LiteralRemoval(Rows& rows, std::size_t old_count) : rows_(rows), old_count_(old_count) {}
+  ReferenceRemoval(Rows& rows, std::size_t old_count) : rows_(rows), old_count_(old_count) {}
 
   void Run() {
     while (!rows_.empty()) {
@@ -97,9 +97,11 @@ class LiteralRemoval {
         any = Compare(before, run) || any;
         before = run;
       }
-      const auto goes = [this](const Cells& row) { return row[kName].empty() && !IsOld(row); };
-      any = std::any_of(rows_.begin(), rows_.end(), goes) || any;
-      std::erase_if(rows_, goes);
+      const auto is_removed = [this](const Cells& row) {
+        return row[kName].empty() && !IsOld(row);
+      };
+      any = std::any_of(rows_.begin(), rows_.end(), is_removed) || any;
+      std::erase_if(rows_, is_removed);
       if (!any) break;
     }
   }
@@ -304,14 +306,14 @@ Rows RandomRows(std::mt19937& random, bool wildcards) {
   return rows;
 }
 
-TEST(DuplicateRemoval, AgreesWithTheLiteralStepsOnRandomTables) {
+TEST(DuplicateRemoval, AgreesWithTheReferenceOnRandomTables) {
   std::mt19937 random(11);
   std::size_t removed = 0;
   for (int round = 0; round < 3000; ++round) {
     const Rows rows = RandomRows(random, round % 2 == 1);
     const std::size_t old_count = round % 3 == 0 ? 0 : random() % rows.size();
     Rows expected = rows;
-    LiteralRemoval(expected, old_count).Run();
+    ReferenceRemoval(expected, old_count).Run();
     removed += rows.size() - expected.size();
     ASSERT_EQ(Sorted(After(rows, static_cast<std::int32_t>(old_count))), Sorted(expected))
         << "round " << round;

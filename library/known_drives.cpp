@@ -47,14 +47,14 @@ std::vector<std::optional<FolderState>> KnownDrives::AskAtOnce(
   return states;
 }
 
-void KnownDrives::LookAtDrives(const LookAtVolumes& look, const AskFolders& ask) {
-  volumes_ = look();
+void KnownDrives::CheckDrives(const ReadMountedVolumes& read_volumes, const AskFolders& ask) {
+  volumes_ = read_volumes();
   std::vector<std::string> asked;
   for (const KnownDrive& drive : drives_)
     if (ShowsAutomounter(volumes_, drive.root)) asked.push_back(drive.root);
   if (!asked.empty()) {
     ask(asked);
-    volumes_ = look();
+    volumes_ = read_volumes();
   }
   // Two drives may have the same root; check each root once.
   std::map<std::string, std::optional<FolderState>> states;
@@ -68,14 +68,14 @@ void KnownDrives::LookAtDrives(const LookAtVolumes& look, const AskFolders& ask)
   for (const auto& [root, state] : states) asked.push_back(root);
   const std::vector<std::optional<FolderState>> answers = ask(asked);
   for (std::size_t k = 0; k < asked.size(); ++k) states[asked[k]] = answers[k];
-  const auto holds_something = [&](const std::string& folder) {
+  const auto has_entries = [&](const std::string& folder) {
     return ask({folder}).front() == FolderState::kHasEntries;
   };
   for (KnownDrive& drive : drives_) {
     drive.away = drive.automounter || IsAway(drive, states[drive.root]);
     drive.moved_to.clear();
     if (drive.away)
-      drive.moved_to = PlaceOf(volumes_, drive.folder, holds_something).value_or(std::string());
+      drive.moved_to = PlaceOf(volumes_, drive.folder, has_entries).value_or(std::string());
   }
   absent_given_.clear();
   for (const std::string& root : given_)
@@ -282,7 +282,7 @@ std::string KnownDrives::Encode() const {
 void KnownDrives::Decode(const std::string& bytes) {
   const auto root = nlohmann::json::parse(bytes);
   if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it is of another program or a newer Tallow");
+    throw std::runtime_error("it was written by another program or a newer Tallow");
   std::vector<KnownDrive> drives;
   for (const auto& member : root.at("drives")) {
     const auto text = [&](const char* name) {

@@ -36,7 +36,7 @@ struct KnownDrive {
   /// Relative to root, each ending in a separator; the empty text is the root itself.
   std::set<std::string> folders;
 
-  bool away = false;         ///< as of the last LookAtDrives
+  bool away = false;         ///< as of the last CheckDrives
   bool automounter = false;  ///< away, and an automounter is waiting at the root
   std::string moved_to;      ///< current path if mounted elsewhere than at root; empty otherwise
 };
@@ -44,8 +44,8 @@ struct KnownDrive {
 /// The drives on which songs were found, and whether they are mounted.
 ///
 /// A drive is away when its root does not exist or is an empty folder, when the root was a mount
-/// point and no longer is, or when another file system is mounted there. A drive without a volume
-/// identity is never taken for another drive.
+/// point and no longer is, or when another file system is mounted there. Without a volume identity,
+/// a drive is recognized by its root only.
 class KnownDrives {
  public:
   /// \param given roots that were given as drives, each ending in a separator
@@ -60,7 +60,7 @@ class KnownDrives {
 
   /// Determines which drives are away. A root with an automounter is first opened once, to trigger
   /// the mount. A drive that does not answer is away.
-  void LookAtDrives(const LookAtVolumes& look, const AskFolders& ask = AskAtOnce);
+  void CheckDrives(const ReadMountedVolumes& read_volumes, const AskFolders& ask = AskAtOnce);
   /// An AskFolders without a timeout.
   static std::vector<std::optional<FolderState>> AskAtOnce(const std::vector<std::string>& folders);
 
@@ -71,17 +71,17 @@ class KnownDrives {
   /// when it is on the root file system. Ends in a separator.
   std::string RootToGiveUp(std::string_view path) const;
 
-  /// Marks the drives at or below a root as away until the next LookAtDrives.
+  /// Marks the drives at or below a root as away until the next CheckDrives.
   void MarkAway(std::string_view root);
 
   /// What to conclude about a song that was not found in its folder.
   enum class Verdict {
     kMissing,       ///< the folder's drives are mounted, so the song is missing
     kAway,          ///< at least one of the folder's drives is away
-    kUnremembered,  ///< no drive is known for the folder
+    kNoKnownDrive,  ///< no drive is known for the folder
   };
   struct FolderVerdict {
-    Verdict verdict = Verdict::kUnremembered;
+    Verdict verdict = Verdict::kNoKnownDrive;
     std::string away_root;              ///< root of the away drive
     std::vector<std::string> moved_to;  ///< new paths of the folder, each ending in a separator
   };
@@ -126,7 +126,7 @@ class KnownDrives {
   std::vector<std::string> given_;
   std::vector<std::string> absent_given_;  ///< roots that do not exist or are empty
   std::vector<KnownDrive> drives_;
-  MountedVolumes volumes_;  ///< as of the last LookAtDrives
+  MountedVolumes volumes_;  ///< as of the last CheckDrives
   /// Indexes in drives_ by PathKey of the folder's full path.
   std::unordered_map<std::string, std::vector<std::size_t>> by_folder_;
   bool is_dirty_ = false;

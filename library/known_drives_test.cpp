@@ -31,21 +31,21 @@ class KnownDrivesTest : public testing::Test {
     std::filesystem::remove_all(std::filesystem::path(root));
     CreateFolders(root);
   }
-  void Look() {
-    drives.LookAtDrives([this] {
-      ++looks;
+  void CheckDrives() {
+    drives.CheckDrives([this] {
+      ++reads;
       return mounted;
     });
   }
   /// \param kept whether other songs in the same folder are away
   void Remember(const std::string& root, bool kept = false) {
-    Look();
+    CheckDrives();
     const std::string abba = root + "abba" + kSep;
     drives.UpdateFolders({abba}, kept ? std::vector<std::string>{abba} : std::vector<std::string>(),
                          true);
   }
   Verdict VerdictOf(const std::string& root) {
-    Look();
+    CheckDrives();
     return drives.VerdictOf(root + "abba" + kSep).verdict;
   }
 
@@ -54,14 +54,14 @@ class KnownDrivesTest : public testing::Test {
   const std::string two = folder.Folder("two");
   MountedVolumes mounted{{folder.path(), {"uuid root", kSep}, false}};
   KnownDrives drives;
-  int looks = 0;
+  int reads = 0;
 };
 
-TEST_F(KnownDrivesTest, AFolderOfNoKnownDriveIsUnremembered) {
-  EXPECT_EQ(VerdictOf(one), Verdict::kUnremembered);
+TEST_F(KnownDrivesTest, AFolderOnNoKnownDriveIsReportedAsSuch) {
+  EXPECT_EQ(VerdictOf(one), Verdict::kNoKnownDrive);
   Mount(one, "uuid A");
   Remember(one);
-  EXPECT_EQ(VerdictOf(two), Verdict::kUnremembered);
+  EXPECT_EQ(VerdictOf(two), Verdict::kNoKnownDrive);
 }
 
 TEST_F(KnownDrivesTest, OnAMountedDriveASongIsMissing) {
@@ -103,10 +103,10 @@ TEST_F(KnownDrivesTest, AnUnreadableShareIsAway) {
   Remember(one);
   FolderState state = FolderState::kUnreadable;
   const auto verdict = [&] {
-    drives.LookAtDrives([&] { return mounted; },
-                        [&](const std::vector<std::string>& folders) {
-                          return std::vector<std::optional<FolderState>>(folders.size(), state);
-                        });
+    drives.CheckDrives([&] { return mounted; },
+                       [&](const std::vector<std::string>& folders) {
+                         return std::vector<std::optional<FolderState>>(folders.size(), state);
+                       });
     return drives.VerdictOf(one + "abba" + kSep).verdict;
   };
   EXPECT_EQ(verdict(), Verdict::kAway);
@@ -150,13 +150,13 @@ TEST_F(KnownDrivesTest, AnAutomounterIsOpenedOnceBeforeItIsAway) {
   Remember(one);
   Unmount(one);
   mounted.push_back({one, {}, true});
-  looks = 0;
+  reads = 0;
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
-  EXPECT_EQ(looks, 2);
+  EXPECT_EQ(reads, 2);
   // Opening the root has mounted the drive.
-  looks = 0;
-  drives.LookAtDrives([this] {
-    if (++looks == 2) mounted.back() = {one, {"uuid A", kSep}, false};
+  reads = 0;
+  drives.CheckDrives([this] {
+    if (++reads == 2) mounted.back() = {one, {"uuid A", kSep}, false};
     return mounted;
   });
   EXPECT_EQ(drives.VerdictOf(one + "abba" + kSep).verdict, Verdict::kMissing);
@@ -179,21 +179,21 @@ TEST_F(KnownDrivesTest, AVolumeMountedElsewhereIsFound) {
   Unmount(one);
   MakeSong(two);
   Mount(two, "uuid A");
-  Look();
+  CheckDrives();
   const auto verdict = drives.VerdictOf(one + "abba" + kSep);
   EXPECT_EQ(verdict.verdict, Verdict::kMissing);
   EXPECT_EQ(verdict.moved_to, std::vector<std::string>{two + "abba" + kSep});
   drives.ApplyNewRoots();
   EXPECT_EQ(drives.Drives()[0].root, two);
   EXPECT_EQ(VerdictOf(two), Verdict::kMissing);
-  EXPECT_EQ(VerdictOf(one), Verdict::kUnremembered);
+  EXPECT_EQ(VerdictOf(one), Verdict::kNoKnownDrive);
 }
 
 TEST_F(KnownDrivesTest, AGivenFolderIsADriveWithItsFolderOnTheVolume) {
   Mount(one, "uuid A");
   const std::string given = one + "abba" + kSep;
   drives = KnownDrives({given});
-  Look();
+  CheckDrives();
   drives.UpdateFolders({given}, {}, true);
   ASSERT_EQ(drives.Drives().size(), 1U);
   EXPECT_EQ(drives.Drives()[0].root, given);
@@ -204,7 +204,7 @@ TEST_F(KnownDrivesTest, AGivenFolderIsADriveWithItsFolderOnTheVolume) {
   Clear(one);
   MakeSong(two);
   Mount(two, "uuid A");
-  Look();
+  CheckDrives();
   EXPECT_EQ(drives.VerdictOf(given).moved_to, std::vector<std::string>{two + "abba" + kSep});
 }
 
@@ -219,7 +219,7 @@ TEST_F(KnownDrivesTest, AGivenFolderThatIsNotThereIsKnown) {
 
 TEST_F(KnownDrivesTest, AMountedDriveKeepsOnlyFoldersWithSongs) {
   Mount(one, "");
-  Look();
+  CheckDrives();
   drives.UpdateFolders({one + "abba" + kSep, one + "queen" + kSep}, {}, true);
   drives.UpdateFolders({one + "abba" + kSep}, {}, true);
   EXPECT_EQ(drives.Drives()[0].folders, (std::set<std::string>{"abba" + kSep}));
@@ -250,7 +250,7 @@ TEST_F(KnownDrivesTest, ADriveThatIsAwayKeepsItsFolders) {
   Remember(one);
   Unmount(one);
   MakeSong(two);
-  Look();
+  CheckDrives();
   drives.UpdateFolders({two + "abba" + kSep}, {one + "abba" + kSep}, true);
   EXPECT_EQ(VerdictOf(one), Verdict::kAway);
 }
@@ -260,7 +260,7 @@ TEST_F(KnownDrivesTest, ForgettingARootForgetsOnlyItsAwayDrive) {
   Remember(one);
   Mount(one, "uuid B");
   Remember(one, true);
-  Look();
+  CheckDrives();
   drives.Forget(one);
   ASSERT_EQ(drives.Drives().size(), 1U);
   EXPECT_EQ(drives.Drives()[0].folder.volume, "uuid B");
@@ -286,7 +286,7 @@ TEST_F(KnownDrivesTest, TheFileHoldsEverything) {
 
 TEST_F(KnownDrivesTest, WithoutMountInformationTheDriveIsTheShareOrTheFolder) {
   mounted.clear();
-  Look();
+  CheckDrives();
   drives.UpdateFolders({"\\\\server\\music\\abba\\", one}, {}, true);
   ASSERT_EQ(drives.Drives().size(), 2U);
   EXPECT_EQ(drives.Drives()[0].root, "\\\\server\\music\\");

@@ -18,7 +18,7 @@ std::optional<CompanionHeader> CompanionBeside(const std::string& path) {
         ReadWholeFile(std::string(FolderOfPath(path)).append(kCompanionFileName), kMaxLibraryBytes);
     return bytes ? HeaderOfCompanion(*bytes) : std::nullopt;
   } catch (const FileError&) {
-    // LoadFacts reports this error.
+    // CompanionFile::Load reports this error.
     return std::nullopt;
   }
 }

@@ -52,7 +52,7 @@ RowFacts FactsOf(std::string_view bytes, std::int32_t row) {
   return {Read<std::int64_t>(bytes, at), Read<std::int32_t>(bytes, at + sizeof(std::int64_t))};
 }
 
-/// The number of rows that both a valid companion and the table have.
+/// The smaller of the row counts of a valid companion and of the table.
 std::int32_t RowsIn(std::string_view bytes, const SongTable& table) {
   return std::min(Read<std::int32_t>(bytes, kRowsOffset), table.rows());
 }

@@ -21,7 +21,7 @@ constexpr std::array<std::int16_t, kSongColumns> kColumnOfField = {
     kFileName, kFileLocation, kRecordNumber, kFileIsThere, kSongRank, 6, 7, 8, 9, 10, 11, 12};
 
 /// Whether a record read at the expected position is a song. File names never contain NUL, so a
-/// field that swallowed the length bytes of the next fields is detected.
+/// field whose damaged length makes it include the next fields is detected.
 bool IsSong(const LibraryRecord& record) noexcept {
   // Cheap checks first: NextPlausible calls this for every byte of a damaged file.
   constexpr std::size_t kMaxDigits = 11;
@@ -159,7 +159,7 @@ std::int32_t SalvageLibrary(std::string_view bytes, SongTable& table) {
     const std::size_t place = by_row[static_cast<std::size_t>(row - 1)];
     table.SetCell(kRecordNumber, row, std::to_string(row));
     table.SetCell(kSongRank, row, kUnranked);
-    if (place == kNobody) {
+    if (place == kNoRecord) {
       BlankSong(table, row);
       continue;
     }

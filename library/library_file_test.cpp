@@ -129,7 +129,7 @@ TEST(SalvageLibrary, AnUndamagedFileIsSalvagedCompletely) {
   EXPECT_EQ(EncodeLibrary(found), EncodeLibrary(songs));
 }
 
-TEST(SalvageLibrary, SongsAfterADamageKeepNumberAndRank) {
+TEST(SalvageLibrary, SongsAfterDamagedBytesKeepNumberAndRank) {
   const SongTable songs = Songs(50);
   std::string bytes = EncodeLibrary(songs);
   for (std::size_t k = bytes.size() / 2; k < bytes.size() / 2 + 60; ++k) bytes[k] = '\x7F';

@@ -47,7 +47,7 @@ void LibraryState::Load(const std::string& folder, const SongTable& table,
   LoadFile(missing_, missing_file_, folder + "Missing.json", problems);
   LoadFile(repaired_, repaired_file_, folder + "Repaired.json", problems);
   LoadFile(unread_, unread_file_, folder + "Unread.json", problems);
-  DropUntrue(table);
+  DropObsolete(table);
 }
 
 bool LibraryState::CanSaveMissing(const SongTable& table) {
@@ -56,11 +56,11 @@ bool LibraryState::CanSaveMissing(const SongTable& table) {
   std::vector<std::string> ignored;
   LoadFile(missing_, missing_file_, missing_file_.path(), ignored);
   if (missing_file_.IsUnreadable()) return false;
-  DropUntrue(table);
+  DropObsolete(table);
   return true;
 }
 
-void LibraryState::DropUntrue(const SongTable& table) {
+void LibraryState::DropObsolete(const SongTable& table) {
   // The program may have been killed after it wrote these files and before it wrote the library.
   missing_.Forget([&](const MissingSong& song) {
     const SongView row(table, song.number);

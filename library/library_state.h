@@ -18,8 +18,8 @@ namespace tallow {
 /// songs, the repaired numbers and the folders that could not be read.
 ///
 /// Missing songs and repaired numbers are written before the library file, so that a kill between
-/// the two loses nothing; what a kill left untrue is dropped when the files are loaded. The drives
-/// are written at the end of a scan.
+/// the two loses nothing; entries that do not match the library file are dropped when the files are
+/// loaded. The drives are written at the end of a scan.
 class LibraryState {
  public:
   KnownDrives& Drives() noexcept { return drives_; }
@@ -44,7 +44,7 @@ class LibraryState {
 
   /// Reads all state files, unless they are loaded; parameters as of LoadDrives.
   ///
-  /// \param table the loaded library, which decides what is still true
+  /// \param table the loaded library; entries that do not match it are dropped
   void Load(const std::string& folder, const SongTable& table, std::vector<std::string>& problems);
 
   /// Whether missing songs can be saved. If their file could not be read, tries to read it again.
@@ -64,7 +64,7 @@ class LibraryState {
   void Save(std::vector<std::string>& problems);
 
  private:
-  void DropUntrue(const SongTable& table);
+  void DropObsolete(const SongTable& table);
 
   KnownDrives drives_;
   MissingSongs missing_;

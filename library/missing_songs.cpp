@@ -96,24 +96,24 @@ void MissingSongs::CameBack(std::int32_t number, std::int32_t now) {
   is_dirty_ = true;
 }
 
-void MissingSongs::Forget(const std::function<bool(const MissingSong&)>& whether) {
-  if (std::erase_if(songs_, whether) == 0) return;
+void MissingSongs::Forget(const std::function<bool(const MissingSong&)>& predicate) {
+  if (std::erase_if(songs_, predicate) == 0) return;
   is_dirty_ = true;
   Index();
 }
 
-void MissingSongs::ForgetReturns(const std::function<bool(const MissingSong&)>& whether) {
+void MissingSongs::ForgetReturns(const std::function<bool(const MissingSong&)>& predicate) {
   for (MissingSong& song : songs_) {
-    if (song.now == 0 || !whether(song)) continue;
+    if (song.now == 0 || !predicate(song)) continue;
     song.now = 0;
     is_dirty_ = true;
   }
   if (is_dirty_) Index();
 }
 
-void MissingSongs::Shrink(std::size_t most) {
-  if (songs_.size() <= most) return;
-  songs_.erase(songs_.begin(), songs_.end() - static_cast<std::ptrdiff_t>(most));
+void MissingSongs::Shrink(std::size_t max_size) {
+  if (songs_.size() <= max_size) return;
+  songs_.erase(songs_.begin(), songs_.end() - static_cast<std::ptrdiff_t>(max_size));
   is_dirty_ = true;
   Index();
 }
@@ -139,7 +139,7 @@ std::string MissingSongs::Encode() const {
 void MissingSongs::Decode(const std::string& bytes) {
   const auto root = nlohmann::json::parse(bytes);
   if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it is of another program or a newer Tallow");
+    throw std::runtime_error("it was written by another program or a newer Tallow");
   std::vector<MissingSong> songs;
   for (const auto& member : root.at("songs")) {
     const auto text = [&](const char* name) {

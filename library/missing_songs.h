@@ -67,12 +67,12 @@ class MissingSongs {
   void CameBack(std::int32_t number, std::int32_t now);
 
   /// Removes the entries for which the predicate returns true.
-  void Forget(const std::function<bool(const MissingSong&)>& whether);
+  void Forget(const std::function<bool(const MissingSong&)>& predicate);
   /// Marks songs as missing again that had come back, where the predicate returns true.
-  void ForgetReturns(const std::function<bool(const MissingSong&)>& whether);
+  void ForgetReturns(const std::function<bool(const MissingSong&)>& predicate);
 
   /// Removes the oldest entries until at most this number is left.
-  void Shrink(std::size_t most);
+  void Shrink(std::size_t max_size);
   void Clear() {
     Forget([](const MissingSong&) { return true; });
   }

@@ -30,14 +30,14 @@ VolumeFolder VolumeFolderOf(const MountedVolumes& volumes, std::string_view fold
 }
 
 std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFolder& folder,
-                                   const std::function<bool(const std::string&)>& holds_something) {
+                                   const std::function<bool(const std::string&)>& has_entries) {
   if (folder.volume.empty()) return std::nullopt;
   for (const MountedVolume& volume : volumes) {
     if (volume.folder.volume != folder.volume || !LiesBelow(folder.inside, volume.folder.inside))
       continue;
     std::string place = volume.root + folder.inside.substr(volume.folder.inside.size());
     // Skip a place that is hidden by another mount on top of it.
-    if (VolumeFolderOf(volumes, place) == folder && holds_something(place)) return place;
+    if (VolumeFolderOf(volumes, place) == folder && has_entries(place)) return place;
   }
   return std::nullopt;
 }

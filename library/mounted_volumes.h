@@ -31,7 +31,7 @@ struct MountedVolume {
 using MountedVolumes = std::vector<MountedVolume>;
 
 /// Callback that reads the current mount table.
-using LookAtVolumes = std::function<MountedVolumes()>;
+using ReadMountedVolumes = std::function<MountedVolumes()>;
 
 /// The mount that contains a path: the one with the longest root that the path begins with; null
 /// for none.
@@ -43,11 +43,11 @@ VolumeFolder VolumeFolderOf(const MountedVolumes& volumes, std::string_view fold
 
 /// Finds where a file system folder is mounted now.
 ///
-/// \param holds_something callback that returns whether a folder has entries
+/// \param has_entries callback that returns whether a folder has entries
 /// \returns the path, ending in a separator; no value when the folder is not mounted anywhere or is
 /// empty
 std::optional<std::string> PlaceOf(const MountedVolumes& volumes, const VolumeFolder& folder,
-                                   const std::function<bool(const std::string&)>& holds_something);
+                                   const std::function<bool(const std::string&)>& has_entries);
 
 /// Whether a path begins with a folder's path, which ends in a separator. Text comparison as in
 /// IsSamePathText.

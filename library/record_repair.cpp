@@ -25,7 +25,7 @@ SongTable InPlaces(const SongTable& table, const std::vector<std::size_t>& place
   repaired.Resize(static_cast<std::int32_t>(places.size()));
   for (std::int32_t row = 1; row <= repaired.rows(); ++row) {
     const std::size_t from = places[static_cast<std::size_t>(row - 1)];
-    if (from == kNobody) {
+    if (from == kNoRecord) {
       BlankSong(repaired, row);
       repaired.SetCell(kSongRank, row, kUnranked);
     } else {
@@ -42,19 +42,19 @@ SongTable InPlaces(const SongTable& table, const std::vector<std::size_t>& place
 }  // namespace
 
 std::vector<std::size_t> PlacesByNumber(std::span<const std::int32_t> numbers,
-                                        const std::vector<char>& present, std::int32_t most) {
+                                        const std::vector<char>& present, std::int32_t max_number) {
   std::int32_t count = 0;
   for (const std::int32_t number : numbers)
-    if (number <= most) count = std::max(count, number);
-  std::vector<std::size_t> places(static_cast<std::size_t>(count), kNobody);
+    if (number <= max_number) count = std::max(count, number);
+  std::vector<std::size_t> places(static_cast<std::size_t>(count), kNoRecord);
   std::vector<std::size_t> others;
   for (std::size_t k = 0; k < numbers.size(); ++k) {
-    if (numbers[k] < 1 || numbers[k] > most) {
+    if (numbers[k] < 1 || numbers[k] > max_number) {
       others.push_back(k);
       continue;
     }
     std::size_t& place = places[static_cast<std::size_t>(numbers[k] - 1)];
-    if (place == kNobody)
+    if (place == kNoRecord)
       place = k;
     else if (present[k] && !present[place])
       others.push_back(std::exchange(place, k));
@@ -65,7 +65,8 @@ std::vector<std::size_t> PlacesByNumber(std::span<const std::int32_t> numbers,
   return places;
 }
 
-std::optional<std::vector<ConfusedNumber>> RepairNumbers(SongTable& table, std::int32_t most) {
+std::optional<std::vector<ConfusedNumber>> RepairNumbers(SongTable& table,
+                                                         std::int32_t max_number) {
   std::vector<std::int32_t> rows;  // rows with a song
   std::vector<std::int32_t> numbers;
   std::vector<char> present;
@@ -80,10 +81,10 @@ std::optional<std::vector<ConfusedNumber>> RepairNumbers(SongTable& table, std::
   }
   if (is_right) return std::nullopt;
 
-  std::vector<std::size_t> places = PlacesByNumber(numbers, present, most);
+  std::vector<std::size_t> places = PlacesByNumber(numbers, present, max_number);
   std::vector<std::int32_t> now(static_cast<std::size_t>(table.rows()) + 1);
   for (std::size_t k = 0; k < places.size(); ++k) {
-    if (places[k] == kNobody) continue;
+    if (places[k] == kNoRecord) continue;
     const std::int32_t row = rows[places[k]];
     now[static_cast<std::size_t>(row)] = static_cast<std::int32_t>(k + 1);
     places[k] = static_cast<std::size_t>(row - 1);
@@ -156,7 +157,7 @@ std::string RepairedNumbers::Encode() const {
 void RepairedNumbers::Decode(const std::string& bytes) {
   const auto root = nlohmann::json::parse(bytes);
   if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it is of another program or a newer Tallow");
+    throw std::runtime_error("it was written by another program or a newer Tallow");
   std::map<std::int32_t, ConfusedNumber> numbers;
   for (const auto& member : root.at("numbers")) {
     const auto number = member.at("number").get<std::int32_t>();

@@ -13,21 +13,21 @@
 
 namespace tallow {
 
-/// Value for a place without a record, see PlacesByNumber.
-inline constexpr std::size_t kNobody = static_cast<std::size_t>(-1);
+/// The index for a place without a record, see PlacesByNumber.
+inline constexpr std::size_t kNoRecord = static_cast<std::size_t>(-1);
 
 /// Computes which record belongs at which place, so that place and record number agree.
 ///
 /// Of two records with the same number, the present record gets the place, or else the first. The
 /// other record, and a record without a valid number, gets a new place at the end.
 ///
-/// \param numbers of the records; a number below 1 or above `most` is invalid
-/// \param present one element per record
-/// \param most    the highest valid number
-/// \returns for each place, element 0 being number 1, the index of its record (from 0); kNobody for
-/// none
+/// \param numbers    of the records; a number below 1 or above `max_number` is invalid
+/// \param present    one element per record
+/// \param max_number the highest valid number
+/// \returns for each place, element 0 being number 1, the index of its record (from 0); kNoRecord
+/// for none
 std::vector<std::size_t> PlacesByNumber(std::span<const std::int32_t> numbers,
-                                        const std::vector<char>& present, std::int32_t most);
+                                        const std::vector<char>& present, std::int32_t max_number);
 
 /// A record number that was ambiguous before the repair: it was the number of one song, but another
 /// song was in that row and so was shown and played.
@@ -42,9 +42,9 @@ struct ConfusedNumber {
 /// Moves every row to the place of its record number, so that row i has the number i. A place
 /// without a record becomes a missing song ("0", "0", "0", number, "2").
 ///
-/// \param most the highest valid number, see PlacesByNumber
+/// \param max_number the highest valid number, see PlacesByNumber
 /// \returns the ambiguous numbers; no value when every row was at its place already
-std::optional<std::vector<ConfusedNumber>> RepairNumbers(SongTable& table, std::int32_t most);
+std::optional<std::vector<ConfusedNumber>> RepairNumbers(SongTable& table, std::int32_t max_number);
 
 // The repaired numbers are stored in "Repaired.json", for jukeboxes saved before the repair:
 //

@@ -30,15 +30,15 @@ struct SizeFinder::Work {
   bool is_done = false;
   bool stop = false;
 
-  /// Reads the sizes of at most `most` more songs.
-  void Find(std::size_t most) {
-    for (std::size_t k = 0; k < most && next < songs.size(); ++k) {
+  /// Reads the sizes of at most `max_songs` more songs.
+  void Find(std::size_t max_songs) {
+    for (std::size_t k = 0; k < max_songs && next < songs.size(); ++k) {
       Song& song = songs[next++];
-      const FileStatus look = CheckFile(song.folder + song.name);
+      const FileStatus status = CheckFile(song.folder + song.name);
       const std::lock_guard lock(mutex);
       if (stop) return;
-      if (look.presence != FilePresence::kThere) continue;
-      song.size = static_cast<std::int64_t>(look.size);
+      if (status.presence != FilePresence::kThere) continue;
+      song.size = static_cast<std::int64_t>(status.size);
       found.push_back(std::move(song));
     }
     const std::lock_guard lock(mutex);
@@ -65,7 +65,7 @@ SizeFinder::~SizeFinder() {
   work_->stop = true;
 }
 
-bool SizeFinder::TakeSizes(clsMain& library) {
+bool SizeFinder::StoreSizes(clsMain& library) {
   // Without a worker thread, read a few sizes in each call.
   constexpr std::size_t kAtOnce = 200;
   if (!has_thread_ && !work_->is_done) work_->Find(kAtOnce);

@@ -11,7 +11,7 @@ namespace tallow {
 class clsMain;
 
 /// Reads the unknown sizes of song files on a worker thread, so that a slow disk does not block the
-/// caller. If no thread can be created, each TakeSizes reads a few sizes.
+/// caller. If no thread can be created, each StoreSizes reads a few sizes.
 class SizeFinder {
  public:
   /// Starts with the present songs of a library whose size is not known.
@@ -24,7 +24,7 @@ class SizeFinder {
   /// Stores the sizes found since the last call in the library. The library may have changed
   /// meanwhile.
   /// \returns false when all sizes were found
-  bool TakeSizes(clsMain& library);
+  bool StoreSizes(clsMain& library);
   /// Whether any size has been found so far.
   bool HasFound() const noexcept { return has_found_; }
 

@@ -49,16 +49,16 @@ void SongTable::SetCell(std::int16_t column, std::int32_t row, std::string_view 
     cell = Repeats(column) ? pool_->Share(text) : pool_->Add(text);
 }
 
-void SongTable::Remove(const std::vector<char>& goes) {
-  const auto stays = std::count(goes.begin(), goes.end(), 0);
-  if (stays == static_cast<std::ptrdiff_t>(goes.size())) return;
+void SongTable::Remove(const std::vector<char>& is_removed) {
+  const auto kept = std::count(is_removed.begin(), is_removed.end(), 0);
+  if (kept == static_cast<std::ptrdiff_t>(is_removed.size())) return;
   std::vector<std::int32_t> order;
-  order.reserve(goes.size());
-  for (const bool gone : {false, true})
-    for (std::size_t k = 0; k < goes.size(); ++k)
-      if ((goes[k] != 0) == gone) order.push_back(static_cast<std::int32_t>(k + 1));
+  order.reserve(is_removed.size());
+  for (const bool at_end : {false, true})
+    for (std::size_t k = 0; k < is_removed.size(); ++k)
+      if ((is_removed[k] != 0) == at_end) order.push_back(static_cast<std::int32_t>(k + 1));
   MoveRows(1, order, kSongColumns);
-  Resize(static_cast<std::int32_t>(stays));
+  Resize(static_cast<std::int32_t>(kept));
 }
 
 void SongTable::Resize(std::int32_t rows) {

@@ -78,8 +78,8 @@ class SongTable : public TextTable {
 
   /// Removes rows; the other rows keep their order.
   ///
-  /// \param goes whether to remove a row, one element per row, element 0 being row 1
-  void Remove(const std::vector<char>& goes);
+  /// \param is_removed whether to remove a row, one element per row, element 0 being row 1
+  void Remove(const std::vector<char>& is_removed);
 
   /// Sets the number of rows; existing rows are kept, and new cells are empty.
   void Resize(std::int32_t rows);

@@ -21,7 +21,7 @@ class UnansweredPlaces {
   bool Covers(std::string_view path) const { return !RootOf(path).empty(); }
 
  private:
-  std::atomic<bool> any_ = false;  ///< mostly there are none, and the question costs nothing
+  std::atomic<bool> any_ = false;  ///< false usually; checked first, without the mutex
   mutable std::mutex mutex_;
   std::vector<std::string> roots_;
 };

@@ -65,7 +65,7 @@ std::string UnreadFolders::Encode() const {
 void UnreadFolders::Decode(const std::string& bytes) {
   const auto root = nlohmann::json::parse(bytes);
   if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it is of another program or a newer Tallow");
+    throw std::runtime_error("it was written by another program or a newer Tallow");
   std::map<std::string, UnreadFolder, std::less<>> folders;
   for (const auto& member : root.at("folders")) {
     const std::string path = BytesOfJsonText(member.at("path").get<std::string>());

@@ -145,10 +145,10 @@ TEST_F(WithoutThreads, SizesAreFoundInSmallBatches) {
   const NoThreads none;
   SizeFinder finder(library);
   int calls = 1;
-  EXPECT_TRUE(finder.TakeSizes(library));
+  EXPECT_TRUE(finder.StoreSizes(library));
   EXPECT_EQ(library.Facts(1).size, 5);
   EXPECT_EQ(library.Facts(kSongs).size, kUnknownSize);
-  while (finder.TakeSizes(library)) ++calls;
+  while (finder.StoreSizes(library)) ++calls;
   EXPECT_GT(calls, 1);
   EXPECT_EQ(library.Facts(kSongs).size, 5);
 }

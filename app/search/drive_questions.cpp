@@ -3,6 +3,7 @@
 
 #include "app/search/drive_list.h"
 #include "app/tallow.h"
+#include "library/drive_timeouts.h"
 #include "library/scan_report.h"
 #include "util/file_system.h"
 
@@ -11,10 +12,6 @@ namespace {
 
 /// Limit of the loop that yields at each drive: the counter runs from 1 to below this limit.
 constexpr int kYieldLimit = 2000;
-
-/// How long to wait for a drive until the wait is shown, and until the drive is given up.
-constexpr std::chrono::milliseconds kSlowAfter{1000};
-constexpr std::chrono::milliseconds kMaxWait{30000};
 
 }  // namespace
 

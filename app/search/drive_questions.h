@@ -60,8 +60,8 @@ class DriveQuestions {
 
   /// Runs a file system query on another thread and waits for the result.
   ///
-  /// \param place path that the query accesses, given up when it does not respond for half a
-  ///              minute; empty: the query may take any time
+  /// \param place path that the query accesses, given up when it does not respond within
+  ///              kMaxWait; empty: the query may take any time
   /// \returns no value when the place was given up, or the search was stopped
   template <typename Answer>
   std::optional<Answer> Ask(std::function<Answer()> ask, const std::string& place = {}) {

@@ -311,12 +311,12 @@ TEST_F(FileSearchTest, TheWalkIsDepthFirstFilesBeforeSubfolders) {
 
 /// Reference implementation of the walk: plain recursion, one enumeration for files and one for
 /// folders.
-void LiteralWalk(const std::string& folder, Texts& found) {
+void ReferenceWalk(const std::string& folder, Texts& found) {
   const FolderListing files = ListFolder(folder, {.pattern = "*.mp3"});
   for (const FileEntry& file : files.files) found.push_back(folder + file.name);
   const FolderListing all = ListFolder(folder, {.pattern = "*", .subfolders = true});
   for (const SubfolderEntry& entry : all.subfolders)
-    if (!entry.linked) LiteralWalk(folder + entry.name + kSeparator, found);
+    if (!entry.linked) ReferenceWalk(folder + entry.name + kSeparator, found);
 }
 
 TEST_F(FileSearchTest, ReadingAheadFindsWhatPlainRecursionFindsInTheSameOrder) {
@@ -332,7 +332,7 @@ TEST_F(FileSearchTest, ReadingAheadFindsWhatPlainRecursionFindsInTheSameOrder) {
   for (const std::string& folder : folders)
     if (!folder.empty()) music.Folder(folder);
   Texts expected;
-  LiteralWalk(music.path(), expected);
+  ReferenceWalk(music.path(), expected);
   SearchMusic();
   Texts found;
   for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row)

@@ -15,7 +15,7 @@ namespace {
 
 /// Filing that takes longer than this is shown and can be cancelled.
 constexpr std::chrono::milliseconds kShowFilingAfter{500};
-/// How often the line of it changes.
+/// Interval between two updates of the progress line.
 constexpr std::chrono::milliseconds kShowLineEvery{40};
 
 }  // namespace

@@ -19,8 +19,8 @@ class StartUpFiling {
 
   /// The callback for one filing; valid as long as this object.
   FilingProgress Progress();
-  /// Ends the display. After a cancel, leaves the rest to the next search for new songs and says
-  /// so.
+  /// Ends the display. After a cancel, leaves the rest to the next search for new songs and adds a
+  /// notice of this.
   void End();
 
  private:

@@ -39,13 +39,13 @@ UnsavedJukebox WithoutFile(UnsavedJukebox unsaved) {
 void StartUpJukeboxes::Open() {
   tallow_.found_tags.Seal();
   // Checks the drive of the background picture, which each jukebox window shows.
-  if (tallow_.settings.IsThereAPicture()) wait_.LookAt(tallow_.settings.PictureLocation());
+  if (tallow_.settings.IsThereAPicture()) wait_.CheckPath(tallow_.settings.PictureLocation());
   Jukebox* last_recovered = nullptr;
   const std::vector<std::string> recovered = RecoverUnsaved(last_recovered);
   const std::string& last = tallow_.settings.LocOfLastSavedJukeBox();
   // With a recovered jukebox open, neither the sample nor a second window of the same file is
   // needed.
-  if (!last.empty()) wait_.LookAt(last);
+  if (!last.empty()) wait_.CheckPath(last);
   const bool is_unanswered = wait_.IsUnresponsive(last);
   const bool is_open = !recovered.empty() &&
                        (last.empty() || Contains(recovered, last) || is_unanswered || IsGone(last));
@@ -76,7 +76,7 @@ std::vector<std::string> StartUpJukeboxes::RecoverUnsaved(Jukebox*& last) {
   // not use them yet.
   std::vector<Jukebox*> to_show;
   for (const UnsavedJukebox& unsaved : tallow_.unsaved.Find(problems)) {
-    if (!unsaved.file.empty()) wait_.LookAt(unsaved.file);
+    if (!unsaved.file.empty()) wait_.CheckPath(unsaved.file);
     // The program ended after saving the jukebox and before removing this file.
     if (!wait_.IsUnresponsive(unsaved.file) &&
         UnsavedJukeboxes::IsSaved(unsaved, tallow_.library)) {
@@ -94,7 +94,7 @@ std::vector<std::string> StartUpJukeboxes::RecoverUnsaved(Jukebox*& last) {
     // Validates the file before a window is created, because the window could not be removed here.
     Jukebox probe;
     if (!probe.LoadUnsaved(unsaved.bytes, unsaved.path, tallow_.library)) {
-      windows_.Tell(UnreadableChanges(unsaved.path, probe.FileProblem()));
+      windows_.ShowError(UnreadableChanges(unsaved.path, probe.FileProblem()));
       UnsavedJukeboxes::Decline(unsaved);
       continue;
     }
@@ -122,18 +122,18 @@ std::vector<std::string> StartUpJukeboxes::RecoverUnsaved(Jukebox*& last) {
 bool StartUpJukeboxes::OpenLast(Jukebox& jukebox) {
   const std::string& path = tallow_.settings.LocOfLastSavedJukeBox();
   if (path.empty()) return false;
-  wait_.LookAt(path);
+  wait_.CheckPath(path);
   std::string root = tallow_.library.Unanswered()->RootOf(path);
   if (root.empty() && IsGone(path)) root = tallow_.library.AwayRootOf(path);
   if (!root.empty()) {
     notices_.Add(path + " is on a drive that is away: " + root +
-                 ". So this is the sample jukebox.");
+                 ". The sample jukebox was opened instead.");
     return false;
   }
   if (IsGone(path)) {
     notices_.Add(path +
-                 " is gone, so this is the sample jukebox. Other jukeboxes are in the "
-                 "File menu.");
+                 " is missing. The sample jukebox was opened instead. Other jukeboxes are "
+                 "in the File menu.");
     return false;
   }
   std::optional<FilingError> unfiled;
@@ -146,8 +146,8 @@ bool StartUpJukeboxes::OpenLast(Jukebox& jukebox) {
             },
             [this](const std::string& text) { return windows_.AskDismissable(text); },
             &tallow_.found_tags, filing_.Progress())) {
-      windows_.Tell(jukebox.FileProblem() +
-                    "\n\nTallow opens the sample jukebox instead. The file is unchanged.");
+      windows_.ShowError(jukebox.FileProblem() +
+                         "\n\nTallow opens the sample jukebox instead. The file is unchanged.");
       return false;
     }
   } catch (const FilingError& error) {

@@ -21,10 +21,10 @@
 namespace tallow {
 namespace {
 
-/// What can be done about a library file that has changed, is damaged or is gone.
+/// What can be done about a library file that has changed, is damaged or is missing.
 enum class LibraryChoice { kAsItIs, kLastGood, kSearch };
 
-/// The question which of them to do.
+/// The question to the user which of these to do.
 struct LibraryOffer {
   std::string text;
   std::vector<std::string> choices;  ///< the buttons; the first is the default
@@ -38,7 +38,7 @@ struct LibraryOffer {
 };
 
 std::string ProblemOf(const LibraryCheck& check) {
-  if (!check.file.exists) return " is gone.";
+  if (!check.file.exists) return " is missing.";
   if (!check.file.sound) return " is damaged: " + check.file.problem + ".";
   return " has changed since Tallow wrote it: by a disk error, by another program, or because a "
          "backup was restored.";
@@ -68,9 +68,9 @@ LibraryOffer OfferOf(const LibraryCheck& check, const std::string& path,
   if (check.file.exists)
     offer.Add(
         LibraryChoice::kSearch, "Salvage It",
-        "Tallow searches the drives anew. Songs that the library still shows keep their ranks.");
+        "Tallow searches the drives again. Songs that the library still shows keep their ranks.");
   else
-    offer.Add(LibraryChoice::kSearch, "Search Anew",
+    offer.Add(LibraryChoice::kSearch, "Search Again",
               "Tallow searches the drives. All ranks are lost.");
   if (check.file.exists)
     offer.text +=
@@ -111,12 +111,12 @@ bool StartUpLibrary::CheckFileOnDisk() {
   } catch (const FileError& error) {
     // The file may become readable (a disk not mounted, a permission), so it must not be replaced.
     const std::string backup = path + std::string(kBackupSuffix);
-    throw FileError(path,
-                    "the song library cannot be read (" + error.reason() +
-                        "). Make it readable, or move it away, and start Tallow again." +
-                        (FileExists(backup)
-                             ? " Once it is moved away, Tallow offers to go on with " + backup + "."
-                             : std::string()));
+    throw FileError(
+        path, "the song library cannot be read (" + error.reason() +
+                  "). Make it readable, or move it away, and start Tallow again." +
+                  (FileExists(backup)
+                       ? " Once it is moved away, Tallow offers to continue with " + backup + "."
+                       : std::string()));
   }
   const LibraryInspection& file = check.file;
   if ((check.is_changed && file.sound) || (check.last_good && !(file.exists && file.sound)))
@@ -130,7 +130,7 @@ bool StartUpLibrary::CheckFileOnDisk() {
   }
   if (file.usable == counted) return true;
   if (!file.exists)
-    return OfferRebuild("The song library " + path + " is gone. The settings count " +
+    return OfferRebuild("The song library " + path + " is missing. The settings count " +
                             std::to_string(counted) + " songs in it.",
                         false);
   return OfferRebuild("The song library " + path + " holds " + std::to_string(file.usable) +
@@ -165,12 +165,11 @@ bool StartUpLibrary::Choose(const LibraryCheck& check) {
 }
 
 bool StartUpLibrary::OfferRebuild(const std::string& problem, bool file_exists) {
-  if (!windows_.Ask(
-          problem +
-          "\n\nTallow can search the drives anew. Songs that the library still shows keep "
-          "their ranks." +
-          (file_exists ? BackupSentence(tallow_.library.LibraryPath()) : std::string()) +
-          std::string(kContinueQuestion)))
+  if (!windows_.Ask(problem + "\n\nTallow can search the drives again. " +
+                    (file_exists ? "Songs that the library still shows keep their ranks." +
+                                       BackupSentence(tallow_.library.LibraryPath())
+                                 : std::string("All ranks are lost.")) +
+                    std::string(kContinueQuestion)))
     return false;
   is_rebuild_ = true;
   if (IsGone(tallow_.settings.LocOfGroupingDir())) {
@@ -195,7 +194,7 @@ void StartUpLibrary::Load() {
   if (trusts_file_) library.TrustLibrary();
   if (library.RepairRecordNumbers() && library.SaveError().empty())
     notices_.Add(
-        "An earlier version of Tallow had confused the numbers of songs in the song library. They "
+        "An earlier version of Tallow had mixed up the numbers of songs in the song library. They "
         "were repaired; the library as it was is kept as " +
         std::string(kLibraryFileName) + std::string(kBackupSuffix) + " beside it.");
   const GoOn go_on = wait_.GoOnCallback();
@@ -212,7 +211,7 @@ void StartUpLibrary::SearchUnreadFolders() {
   std::int32_t old_count = library.UBoundOfMp3Array();
   FileSearch(tallow_, drives_, windows_.LoadedSplash())
       .SearchUnreadFolders([this](const std::string& folder) {
-        wait_.LookAt(folder);
+        wait_.CheckPath(folder);
         return !wait_.IsUnresponsive(folder);
       });
   if (library.UBoundOfMp3Array() == old_count) return;
@@ -240,7 +239,7 @@ void StartUpLibrary::Rebuild() {
   windows_.ShowCancelButton(true);
   const std::int32_t old_count = library.UBoundOfMp3Array();
   SearchDrives();
-  library.TakeSearchedSongs(old_count);
+  library.ImportFoundSongs(old_count);
   if (library.Mp3MainHasSomeMembers()) return;
   // The library is empty and nothing was found. Saves that, so that the next start does not rebuild
   // again.

@@ -14,7 +14,7 @@ class Tallow;
 struct LibraryCheck;
 
 /// Checks the library file during a start, then loads the library, or builds it from a search of
-/// all drives. What to do about a file that is damaged, lost or has changed is the user's choice.
+/// all drives. The user chooses what to do about a file that is damaged, missing or changed.
 class StartUpLibrary {
  public:
   /// All parameters must outlive this object.

@@ -25,7 +25,7 @@ StartUpPlayer::StartUpPlayer(Tallow& tallow, const DriveList& drives, StartUpWin
 void StartUpPlayer::Find() {
   const std::string& player = tallow_.settings.LocOfWinAmpExe();
   // A player on a share that does not respond may still exist.
-  if (!player.empty() && wait_.LookAt(player).presence == FilePresence::kThere) return;
+  if (!player.empty() && wait_.CheckPath(player).presence == FilePresence::kThere) return;
   if (wait_.IsUnresponsive(player)) return;
   // The path may be damaged, and other settings with it.
   if (!player.empty()) settings_.BackUp();

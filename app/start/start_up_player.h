@@ -24,7 +24,7 @@ class StartUpPlayer {
   /// cancels is left to the next play command (Tallow::player_search_is_pending).
   void Find();
 
-  /// Sets the player's path of the session. Removes a player that is gone from the settings.
+  /// Sets the player's path of the session. Clears the setting when that file is missing.
   void SetPath();
 
  private:

@@ -55,15 +55,16 @@ void StartUpSettings::ReplaceMissingFolders() {
                          tallow_.settings.NumerOfRecordsInTheMain() == 0)) {
     BackUp();
     ResetDataFolders();
-    notices_.Add("The folder " + folder + " of the settings is gone, so Tallow uses " + own + "." +
-                 backup_notice_);
+    notices_.Add("The folder " + folder + " named in the settings does not exist, so Tallow uses " +
+                 own + "." + backup_notice_);
   }
   const std::string list_folder(FolderOfPath(tallow_.settings.FileContainingTargetDirectories()));
   if (IsGone(list_folder)) {
     BackUp();
     tallow_.settings.FileContainingTargetDirectories(FolderListPath(tallow_.application_folder));
     tallow_.SaveSettings();
-    notices_.Add("The folder " + list_folder + " of the settings is gone, so Tallow uses " +
+    notices_.Add("The folder " + list_folder +
+                 " named in the settings does not exist, so Tallow uses " +
                  SystemFolder(tallow_.application_folder) + "." + backup_notice_);
   }
 }
@@ -115,10 +116,11 @@ void StartUpSettings::ResetDataFolders() {
 
 bool StartUpSettings::Rebuild(const std::string& problem) {
   const std::string& path = tallow_.settings_path;
-  if (!windows_.Ask("The settings cannot be read.\n\n" + problem +
-                    "\n\nTallow can make new settings: it takes the songs and ranks from the song "
-                    "library, and searches the drives anew for what is not there." +
-                    BackupSentence(path) + std::string(kContinueQuestion)))
+  if (!windows_.Ask(
+          "The settings cannot be read.\n\n" + problem +
+          "\n\nTallow can create new settings: it reads the songs and ranks from the song "
+          "library. If there is no library, it searches the drives for songs." +
+          BackupSentence(path) + std::string(kContinueQuestion)))
     return false;
   try {
     MoveToBackup(path);

@@ -10,8 +10,8 @@ class StartUpNotices;
 class StartUpWindows;
 class Tallow;
 
-/// Loads the settings during a start, and makes new ones where they are missing, truncated or
-/// damaged. Before a start changes settings that it has not made itself, it backs them up once.
+/// Loads the settings during a start, and creates new ones where they are missing, truncated or
+/// damaged. Existing settings are backed up once before they are changed.
 class StartUpSettings {
  public:
   /// \param tallow, windows, notices must outlive this object
@@ -24,7 +24,7 @@ class StartUpSettings {
   /// \throws FileError when their folder cannot be read
   bool Load();
 
-  /// Whether this start has made the settings.
+  /// Whether this start has created the settings.
   bool AreNew() const noexcept { return are_new_; }
 
   /// Backs the settings file up, at most once in a start. Call this before changing a setting.

@@ -40,10 +40,10 @@ bool StartUpWait::KeepWaitingForDrive(std::string_view root) {
   return !std::exchange(tallow_.SearchCancelled, false);
 }
 
-FileStatus StartUpWait::LookAt(const std::string& path) {
-  const FileStatus look = tallow_.library.LookAt(path, GoOnCallback(), WaitCallback());
+FileStatus StartUpWait::CheckPath(const std::string& path) {
+  const FileStatus status = tallow_.library.CheckPath(path, GoOnCallback(), WaitCallback());
   ProcessEvents(path);
-  return look;
+  return status;
 }
 
 bool StartUpWait::IsUnresponsive(const std::string& path) const {

@@ -29,8 +29,8 @@ class StartUpWait {
   /// \returns false when the program is to end
   bool ProcessEvents(std::string_view folder);
 
-  /// Checks a file, with a timeout for its drive. See clsMain::LookAt.
-  FileStatus LookAt(const std::string& path);
+  /// Checks a file, with a timeout for its drive. See clsMain::CheckPath.
+  FileStatus CheckPath(const std::string& path);
   /// Whether a path lies on a drive that was given up because it does not respond.
   bool IsUnresponsive(const std::string& path) const;
 

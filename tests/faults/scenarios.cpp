@@ -213,7 +213,7 @@ void MakeCollection(const World& world) {
     program->tallow.library.Save();
     // With known sizes, a song that comes back is recognised.
     SizeFinder finder(program->tallow.library);
-    while (finder.TakeSizes(program->tallow.library)) std::this_thread::yield();
+    while (finder.StoreSizes(program->tallow.library)) std::this_thread::yield();
     program->tallow.library.SaveFacts();
     Folder& mine = program->First().Nodes().AddChild(nullptr, std::string(kOwnFolder));
     for (const char* const name : {"one.mp3", "three.mp3", "gone.mp3", "away.mp3"})
@@ -382,7 +382,7 @@ std::vector<Scenario> AllScenarios() {
                    clsMain& library = program->tallow.library;
                    from_here();
                    SizeFinder finder(library);
-                   while (finder.TakeSizes(library)) std::this_thread::yield();
+                   while (finder.StoreSizes(library)) std::this_thread::yield();
                    library.SaveFacts();
                    return library.TakeProblems();
                  },

@@ -20,7 +20,7 @@ class FrmFindings : public LibraryTest {
       const std::string path = music.File(name);
       library.AddSong(FolderOfPath(path), NameOfPath(path), 1);
     }
-    library.TakeSearchedSongs(0);
+    library.ImportFoundSongs(0);
     library.FinishScan(true);
     std::filesystem::remove_all(std::filesystem::path(one));
     mounted.clear();

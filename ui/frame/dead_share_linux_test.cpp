@@ -94,7 +94,7 @@ TEST_F(DeadShareWindows, APictureOnADeadShareIsNotWaitedFor) {
   tallow.settings.IsThereAPicture(true);
   tallow.settings.PictureLocation(share + "back.png");
   const DeadFolder dead(share);
-  library.LookAt(share, {}, [](std::string_view) { return false; });
+  library.CheckPath(share, {}, [](std::string_view) { return false; });
   frame.show();
   ShowJukebox();
   frame.NoticeScan({});

@@ -32,7 +32,7 @@ FrameFindings::FrameFindings(QStatusBar& bar, Tallow& tallow, ShowMessage show,
 FrameFindings::~FrameFindings() {
   // Saves the sizes found so far, so that the next start need not determine them again.
   if (sizes_ != nullptr) {
-    sizes_->TakeSizes(tallow_.library);
+    sizes_->StoreSizes(tallow_.library);
     SaveSizes();
   }
 }
@@ -104,13 +104,13 @@ void FrameFindings::ShowList() {
 
 void FrameFindings::FindSizes() {
   sizes_ = std::make_unique<SizeFinder>(tallow_.library);
-  TakeSizes();
+  StoreSizes();
 }
 
-void FrameFindings::TakeSizes() {
+void FrameFindings::StoreSizes() {
   if (sizes_ == nullptr) return;
-  if (sizes_->TakeSizes(tallow_.library)) {
-    QTimer::singleShot(kTakeEvery, this, &FrameFindings::TakeSizes);
+  if (sizes_->StoreSizes(tallow_.library)) {
+    QTimer::singleShot(kTakeEvery, this, &FrameFindings::StoreSizes);
     return;
   }
   SaveSizes();

@@ -54,7 +54,7 @@ class FrameFindings : public QObject {
   /// Whether the bar shows only a part of FullText() that the user has not opened yet.
   bool IsTextTruncated() const;
   void ShowText();
-  void TakeSizes();
+  void StoreSizes();
   void SaveSizes();
 
   QStatusBar& bar_;

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <vector>
 
-#include "app/jukebox_windows.h"
+#include "app/window_interfaces.h"
 #include "ui/frame/busy_frame.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/jukebox_area.h"

@@ -21,7 +21,7 @@ class AwayList : public JukeboxWindowTest {
       const std::string path = music.File(name);
       library.AddSong(FolderOfPath(path), NameOfPath(path), 1);
     }
-    library.TakeSearchedSongs(0);
+    library.ImportFoundSongs(0);
     library.FinishScan(true);
   }
   void Check() {

@@ -113,9 +113,9 @@ TEST_F(StartUpTest, AskShowsAQuestionWithYesAndNo) {
   EXPECT_FALSE(windows.Ask("Go on?"));
 }
 
-TEST_F(StartUpTest, TellShowsAMessageWithAnOkButtonOnly) {
+TEST_F(StartUpTest, ShowErrorShowsAMessageWithAnOkButtonOnly) {
   AnswerNextBox(QMessageBox::Ok);
-  windows.Tell("It is <b>over</b>.");
+  windows.ShowError("It is <b>over</b>.");
   EXPECT_EQ(box_text, "It is <b>over</b>.");
   EXPECT_EQ(box_buttons, QMessageBox::Ok);
 }
@@ -124,7 +124,7 @@ TEST_F(StartUpTest, ASilentStartShowsNoMessageBoxes) {
   StartUp silent(tallow, frame, true);
   testing::internal::CaptureStderr();
   EXPECT_FALSE(silent.Ask("a question"));
-  silent.Tell("a message");
+  silent.ShowError("a message");
   silent.Notice({"a notice"});
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "a question\na message\na notice\n");
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/jukebox_windows.h"
+#include "app/window_interfaces.h"
 
 #include "jukebox/jukebox.h"
 

@@ -17,8 +17,9 @@ namespace tallow {
 class Jukebox;
 class clsMain;
 
-/// What start-up and all commands use of the windows. Each of them adds what it alone uses in an
-/// interface of its own. The program implements them with Qt; tests have test doubles.
+/// The operations on windows that start-up and all commands use. Operations that only one of them
+/// uses are in an interface derived from this one. The program implements the interfaces with Qt;
+/// tests use test doubles.
 class JukeboxWindows {
  public:
   virtual ~JukeboxWindows() = default;
@@ -36,7 +37,7 @@ class JukeboxWindows {
   virtual std::unique_ptr<LongWork> BeginWork(std::string_view /*text*/) { return nullptr; }
 };
 
-/// What start-up and the commands that open jukeboxes use of the windows.
+/// The operations on windows that start-up and the commands that open jukeboxes use.
 class OpeningWindows : public JukeboxWindows {
  public:
   /// Makes a jukebox window, not shown yet.
