@@ -95,9 +95,9 @@ TEST_F(FilingIsWatched, CancellingAffectsAllOpenJukeboxes) {
 
 TEST_F(FilingIsWatched, TheStatusLinesShowTheProgress) {
   EXPECT_EQ(FilingLine(12, 50), "Filed 12 of 50 songs");
-  EXPECT_EQ(FilingCancelledLine(),
-            "The filing was cancelled; the other songs are filed when the jukebox is opened the "
-            "next time");
+  EXPECT_EQ(
+      FilingCancelledLine(),
+      "Filing was cancelled; the remaining songs will be filed when the jukebox is next opened");
 }
 
 }  // namespace

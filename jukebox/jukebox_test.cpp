@@ -231,7 +231,7 @@ TEST_F(SavedJukebox, AFailedLoadSaysWhyAndChangesNothing) {
   EXPECT_EQ(jukebox.FileProblem(),
             "The jukebox could not be opened. " + path +
                 ": at byte 2 it is damaged or cut off. The jukebox as it was saved before is in "
-                "mix.juk.bak beside it; give that a name that ends in .juk.");
+                "mix.juk.bak beside it; to open that file, rename it to end in .juk.");
   EXPECT_EQ(jukebox.Nodes().Count(), 2);
   EXPECT_EQ(jukebox.ColumnHeaders().size(), 2U);
 }

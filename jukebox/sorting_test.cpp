@@ -193,7 +193,7 @@ TEST_F(SortingTest, WithoutAllSongsNothingIsFiledButTheJukeboxBecomesDirty) {
   EXPECT_TRUE(jukebox.IsFormDirty());
 }
 
-TEST_F(SortingTest, AllSongsBelowAnotherFolderIsIgnored) {
+TEST_F(SortingTest, ANestedFolderNamedAllSongsIsNotFilled) {
   Folder& mine = Add(jukebox, "Mine");
   Add(jukebox, "All Songs", &mine);
   Song({.artist = "ABBA"});
@@ -324,8 +324,8 @@ TEST_F(SortingTest, AnEntryOutsideTheLibraryIsReportedOnceAndIgnored) {
   } catch (const FilingError& error) {
     ASSERT_EQ(error.problems().size(), 2U);
     EXPECT_EQ(error.problems()[0],
-              "'All Songs' holds an entry for song number 99, but the library holds songs 1 to 1. "
-              "The entry was left out of the filing.");
+              "'All Songs' contains an entry for song number 99, but the library has songs 1 to 1. "
+              "The entry was skipped.");
   }
   EXPECT_EQ(In("Artist/ABBA"), "1");
 }
@@ -565,9 +565,8 @@ TEST_F(SortingTest, AtMostAHundredEntriesWithoutASongAreReported) {
   MarkSongsToFile(all, library, flags, problems);
   ASSERT_EQ(problems.size(), 101U);
   EXPECT_EQ(problems[100],
-            "'All Songs' holds 900 more entries for songs that the library does not hold. They "
-            "were left out "
-            "of the filing.");
+            "'All Songs' contains 900 more entries for songs that are not in the library. They "
+            "were skipped.");
 }
 
 }  // namespace

@@ -84,14 +84,13 @@ class FileChecks {
 };
 
 void ShowListIsFull(std::size_t added, std::size_t all, const ShowMessage& show) {
-  show({.text = "The player's list is full: it took " + std::to_string(added) + " of the " +
-                std::to_string(all) +
-                " songs. Play fewer songs at once, and the others after them.",
+  show({.text = "The player's list is full: it accepted " + std::to_string(added) + " of " +
+                std::to_string(all) + " songs. Play fewer songs at once.",
         .title = "Error"});
 }
 
 void ShowPlayerHasEnded(std::size_t added, std::size_t all, const ShowMessage& show) {
-  show({.text = "The player has ended: it took " + std::to_string(added) + " of the " +
+  show({.text = "The player has ended: it accepted " + std::to_string(added) + " of " +
                 std::to_string(all) + " songs. Play them again to restart the player.",
         .title = "Error"});
 }

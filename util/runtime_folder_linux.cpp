@@ -27,7 +27,7 @@ std::string MakePrivateFolder(const std::string& path) {
   if (mkdir(path.c_str(), kOnlyTheUser) != 0 && errno != EEXIST)
     throw FileError(path, std::strerror(errno));
   if (!IsPrivateFolder(path))
-    throw FileError(path, "it has to be a folder of yours that nobody else may enter");
+    throw FileError(path, "it must be a folder that you own and only you can access");
   return EnsureTrailingBackslash(path);
 }
 
