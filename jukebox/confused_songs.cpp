@@ -14,7 +14,7 @@ std::string TextOf(const std::string& file, const ConfusedSongs& songs) {
       std::string(NameOfPath(file)) +
       " was saved by an earlier version of Tallow, which had mixed up the numbers of songs. "
       "For song number " +
-      std::to_string(songs.number) + " the file names\n\n    " + songs.by_name +
+      std::to_string(songs.number) + " the jukebox has\n\n    " + songs.by_name +
       "\n\nbut the library has\n\n    " +
       (songs.by_number.empty() ? "(a song that was removed)" : songs.by_number);
   if (songs.count > 1)

@@ -44,15 +44,15 @@ TEST_F(FilingIsWatched, ProgressIsReportedAfterEverySong) {
   MakeSongs(300);
   Jukebox jukebox;
   MakeFolders(jukebox);
-  std::vector<std::size_t> told;
+  std::vector<std::size_t> reported;
   EXPECT_TRUE(File(jukebox, [&](std::size_t filed, std::size_t songs) {
     EXPECT_EQ(songs, 300U);
-    if (told.empty() || told.back() != filed) told.push_back(filed);
+    if (reported.empty() || reported.back() != filed) reported.push_back(filed);
     return true;
   }));
-  std::erase(told, 0U);
-  ASSERT_EQ(told.size(), 300U);
-  for (std::size_t k = 0; k < told.size(); ++k) EXPECT_EQ(told[k], k + 1);
+  std::erase(reported, 0U);
+  ASSERT_EQ(reported.size(), 300U);
+  for (std::size_t k = 0; k < reported.size(); ++k) EXPECT_EQ(reported[k], k + 1);
 }
 
 TEST_F(FilingIsWatched, CancelledAnywhereItKeepsTheSongsFiledSoFar) {

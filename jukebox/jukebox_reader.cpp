@@ -34,7 +34,7 @@ std::optional<std::int32_t> RecordNumber(std::string_view name) {
 }
 
 /// The problem of a file that is not valid JSON.
-/// \param position of the first invalid byte, from 1
+/// \param position of the byte where parsing failed, from 1
 std::string DamagedAtByte(std::size_t position) {
   return "at byte " + std::to_string(position) + " it is damaged or cut off";
 }

@@ -355,7 +355,7 @@ TEST_F(Links, TheAnswerIsStoredPerFile) {
   ASSERT_EQ(texts.size(), 1U);
   EXPECT_EQ(texts[0],
             "mix.juk was saved by an earlier version of Tallow, which had mixed up the numbers of "
-            "songs. For song number 2 the file names\n\n    d.mp3\n\nbut the library has\n\n    "
+            "songs. For song number 2 the jukebox has\n\n    d.mp3\n\nbut the library has\n\n    "
             "b.mp3\n\nThe same applies to 1 more song.\n\nUse the songs by name? "
             "(Yes: by name. No: by number.)");
   EXPECT_EQ(AskAboutConfusedSongs(kSep + "other.juk", library, ask)({2, "d.mp3", "b.mp3", 3}),

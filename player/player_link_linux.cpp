@@ -106,7 +106,7 @@ class SocketLink : public PlayerLink {
     return answer != kListIsFull;
   }
 
-  bool IsThere(PlayerHandle player) override {
+  bool IsRunning(PlayerHandle player) override {
     return player == handle_ && connection_ && connection_->IsUsable();
   }
 

@@ -176,7 +176,7 @@ class HandOverRun {
   /// \throws Stopped when the list is full or the player has ended
   void Add(const std::string& path) {
     if (!player_.AddFileToWinamp(path)) Stop(StopReason::kListIsFull);
-    if (!player_.IsThere()) Stop(StopReason::kPlayerHasEnded);
+    if (!player_.IsRunning()) Stop(StopReason::kPlayerHasEnded);
     ++added_;
   }
 

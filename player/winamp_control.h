@@ -37,11 +37,11 @@ class WinAMP_Control {
   void SendWinampCommand(std::int32_t id);
   void ClearWinampPlaylist();
   /// Whether the player that was found last is still running.
-  bool IsThere() { return window_ != 0 && link_.IsThere(window_); }
+  bool IsRunning() { return window_ != 0 && link_.IsRunning(window_); }
   /// Looks for a player again if the one found last has ended. Call this before a command of the
   /// user.
   void FindAgainIfEnded() {
-    if (window_ != 0 && !IsThere()) FindWinamp();
+    if (window_ != 0 && !IsRunning()) FindWinamp();
   }
   /// Appends a file to the player's list.
   /// \returns false when the player's list is full

@@ -14,7 +14,7 @@ struct FileLock::File : OpenHandle {
 FileLock::FileLock() = default;
 FileLock::~FileLock() = default;
 
-FileLock::Answer FileLock::Take(const std::string& path) {
+FileLock::Answer FileLock::Acquire(const std::string& path) {
   // A file opened without sharing cannot be opened by anybody else.
   const HANDLE handle = CreateFileW(ToWidePath(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                     nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
