@@ -68,12 +68,12 @@ TEST_F(FilingIsWatched, CancelledAnywhereItKeepsTheSongsFiledSoFar) {
       return filed < static_cast<std::size_t>(end);
     }));
     // Reference: the same filing with the remaining songs marked as missing.
-    Jukebox twin;
-    MakeFolders(twin);
+    Jukebox reference;
+    MakeFolders(reference);
     for (std::int32_t row = end + 1; row <= kSongs; ++row) library.Mp3Info(kFileIsThere, row, "0");
-    EXPECT_TRUE(File(twin));
+    EXPECT_TRUE(File(reference));
     for (std::int32_t row = end + 1; row <= kSongs; ++row) library.Mp3Info(kFileIsThere, row, "1");
-    EXPECT_EQ(ContentHash(ended.Nodes()), ContentHash(twin.Nodes())) << end;
+    EXPECT_EQ(ContentHash(ended.Nodes()), ContentHash(reference.Nodes())) << end;
     // The next run files the remaining songs, as if the first run had not been cancelled.
     EXPECT_TRUE(File(ended));
     EXPECT_EQ(ContentHash(ended.Nodes()), ContentHash(whole.Nodes())) << end;
