@@ -25,13 +25,13 @@ namespace tallow {
 ///     state 0 <-> state 1 <-> ... <-> present state <-> ... <-> state n
 ///             undo_                                  redo_
 ///
-/// where each change lies between two neighbouring states. A position that a change stores is right
-/// in the state that has the song or the folder there; for a reordering, each position is right in
-/// its own of the two states. Toggling the changes from the present state outwards, one after the
-/// other, therefore reaches every state with positions that are right at that moment.
+/// where each change lies between two neighbouring states. A stored position is valid in the state
+/// in which the song or folder is at that position; of the two positions that a reordering stores,
+/// each is valid in one of the two states. Toggling the changes one by one, starting at the present
+/// state, therefore always uses positions that are valid at that moment.
 ///
-/// The tree also changes without the user. Such a change is no step; it applies to all states at
-/// once and must keep the positions right:
+/// Some changes are not made by user commands. They are not undo steps; they apply to all states at
+/// once and must keep stored positions valid:
 /// - Filing appends songs and folders. They come after every position that is stored, so nothing
 ///   needs to be adjusted.
 /// - Songs whose files are gone are removed from the shown list. SongsPruned removes them from all

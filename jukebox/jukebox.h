@@ -108,12 +108,11 @@ class Jukebox {
     return file_.Save(path, tree_, ColumnHeaders(), library);
   }
 
-  /// Replaces folders, songs and columns by those of a file. Afterwards no folder is shown. Songs
+  /// Replaces folders, songs and columns with those of a file. Afterwards no folder is shown. Songs
   /// whose record numbers have changed in the library are looked up by name, see RelinkSongs.
   ///
-  /// \returns true on success; otherwise FileProblem() has the reason and nothing has changed
-  ///
   /// \param ask see RelinkSongs; may be empty
+  /// \returns true on success; otherwise FileProblem() has the reason and nothing has changed
   bool Load(const std::string& path, const clsMain& library, const ResolveConfusedSongs& ask = {});
 
   /// Like Load, from the bytes of a jukebox that was not saved in this state. The jukebox is then

@@ -72,8 +72,8 @@ class UnsavedJukeboxes {
   /// Loads an unsaved jukebox into a new jukebox. From then on its .unsaved file belongs to that
   /// jukebox.
   ///
-  /// \returns false when the content is not a valid jukebox; Jukebox::FileProblem has the reason
   /// \param ask see RelinkSongs; may be empty
+  /// \returns false when the content is not a valid jukebox; Jukebox::FileProblem has the reason
   bool Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox, const clsMain& library,
                const ResolveConfusedSongs& ask = {});
 
