@@ -35,8 +35,8 @@ namespace tallow {
 /// - Filing appends songs and folders. They come after every position that is stored, so nothing
 ///   needs to be adjusted.
 /// - Songs whose files are gone are removed from the shown list. SongsPruned removes them from all
-///   other states: it goes from the present state outwards and maps their positions through each
-///   change to the next state, see list_positions.h.
+///   other states: starting at the present state, it converts their positions, change by change, to
+///   those of the next state, see list_positions.h.
 ///
 /// A folder that a step removes from the tree stays in the step, at the same address. Steps can
 /// therefore refer to folders by address: a folder is destroyed only with the step that owns it,

@@ -48,7 +48,7 @@ class Jukebox {
   /// Whether the jukebox has changed since it was saved or loaded. True if the user's changes since
   /// then have not all been undone, or if IsFormDirty(true) was called.
   bool IsFormDirty() const noexcept { return was_marked_dirty_ || !history_.IsAsSaved(); }
-  /// \param dirty true: stays until the jukebox is saved; false: the jukebox is saved now
+  /// \param dirty true: marks the jukebox as changed until it is saved; false: marks it as saved
   void IsFormDirty(bool dirty) noexcept;
 
   /// The undo history, which makes and undoes the user's changes to folders and songs.

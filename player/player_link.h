@@ -24,7 +24,7 @@ class PlayerLink {
   virtual PlayerHandle Find() = 0;
 
   /// Starts the player's program, minimized and without focus, and returns without waiting for it.
-  /// On Linux, if a player is already running, returns true and starts no second one.
+  /// On Linux, if a player is already running, returns true and does not start a second one.
   /// \returns whether the program was started or is running
   virtual bool Start(const std::string& program) = 0;
 

@@ -24,8 +24,8 @@ inline constexpr unsigned kMinReaders = 2;
 
 /// One call of ReadAhead: the part that runs on the calling thread.
 ///
-/// Batch b uses slot b modulo the number of slots. It is queued once the previous batch of that slot
-/// has been consumed, so the worker threads run ahead by at most the number of slots. Only the
+/// Batch b uses slot b modulo the number of slots. It is queued once the previous batch of that
+/// slot has been consumed, so the worker threads run ahead by at most the number of slots. Only the
 /// calling thread accesses the members; what the worker threads share is in BatchThreads.
 template <typename Ask, typename Reply, typename Consume, typename Instead>
 class ReadAheadCall {

@@ -16,7 +16,7 @@ namespace {
 constexpr mode_t kOnlyTheUser = S_IRWXU;
 constexpr mode_t kAllOthers = S_IRWXG | S_IRWXO;
 
-/// Whether a path is a folder (not a link) that the user owns and that nobody else has access to.
+/// Whether a path is a folder (not a link) that the user owns and that only the user can access.
 bool IsPrivateFolder(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&

@@ -29,10 +29,11 @@ struct TreeFolder {
 
 /// Lists the folders of a tree ahead of a depth-first walk.
 ///
-/// The walk visits the folders in its own order and on its own thread; worker threads meanwhile list
-/// the folders that the walk will reach next. A folder that the walk needs and no thread has begun
-/// to list is listed at once, so the result does not depend on the number of threads. A worker thread that
-/// waits for a disk that does not respond stays detached when the reader is destroyed.
+/// The walk visits the folders in its own order and on its own thread; worker threads meanwhile
+/// list the folders that the walk will reach next. A folder that the walk needs and no thread has
+/// begun to list is listed at once, so the result does not depend on the number of threads. A
+/// worker thread that waits for a disk that does not respond stays detached when the reader is
+/// destroyed.
 class FolderReader {
  public:
   /// Maximum length of a folder's path in bytes. A song's folder has to fit into a text of the
