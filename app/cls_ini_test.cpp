@@ -153,7 +153,7 @@ TEST_F(ClsIni, ANumberOutOfRangeIsReportedWithItsLine) {
     Load("\r\n\r\n99999999999\r\n");
     FAIL();
   } catch (const SettingsError& error) {
-    EXPECT_STREQ(error.what(), "ini, line 3: '99999999999' is too large a number");
+    EXPECT_STREQ(error.what(), "ini, line 3: '99999999999' is out of range");
   }
 }
 

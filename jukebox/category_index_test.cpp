@@ -11,7 +11,8 @@ namespace tallow {
 namespace {
 
 /// Reference implementation: linear search over the children, each text used as a pattern.
-Folder& LiteralFolderFor(FolderTree& tree, Folder& category, const std::string& value, bool exact) {
+Folder& ReferenceFolderFor(FolderTree& tree, Folder& category, const std::string& value,
+                           bool exact) {
   Folder* child = category.Child();
   for (std::int32_t k = 0; k < category.Children(); ++k, child = child->Next()) {
     const bool matches =
@@ -46,7 +47,7 @@ TEST(CategoryIndex, AgreesWithALinearSearchOverTheChildren) {
     for (int k = 0; k < 30; ++k) {
       const std::string value = text(wild);
       ASSERT_EQ(index.FolderFor(value).Index(),
-                LiteralFolderFor(slow_tree, slow, value, false).Index())
+                ReferenceFolderFor(slow_tree, slow, value, false).Index())
           << "round " << round << " value " << value;
     }
     ASSERT_EQ(fast.Children(), slow.Children());
@@ -66,7 +67,7 @@ TEST(CategoryIndex, ExactMeansTheSameTextInTheSameCase) {
   Folder& slow = slow_tree.AddChild(nullptr, "Genre");
   slow_tree.AddChild(&slow, "rock");
   slow_tree.AddChild(&slow, "*");
-  EXPECT_EQ(LiteralFolderFor(slow_tree, slow, "Rock", true).Index(), 2);
+  EXPECT_EQ(ReferenceFolderFor(slow_tree, slow, "Rock", true).Index(), 2);
 }
 
 }  // namespace

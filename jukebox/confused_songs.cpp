@@ -12,15 +12,15 @@ namespace {
 std::string TextOf(const std::string& file, const ConfusedSongs& songs) {
   std::string text =
       std::string(NameOfPath(file)) +
-      " was saved by an earlier Tallow, which had confused the numbers of songs. It "
-      "calls song number " +
-      std::to_string(songs.number) + "\n\n    " + songs.by_name +
-      "\n\nbut the song with this number is\n\n    " +
-      (songs.by_number.empty() ? "(a song that is no longer in the library)" : songs.by_number);
+      " was saved by an earlier version of Tallow, which had mixed up the numbers of songs. "
+      "For song number " +
+      std::to_string(songs.number) + " the jukebox has\n\n    " + songs.by_name +
+      "\n\nbut the library has\n\n    " +
+      (songs.by_number.empty() ? "(a song that was removed)" : songs.by_number);
   if (songs.count > 1)
-    text += "\n\nIn the same way it has " + std::to_string(songs.count - 1) +
+    text += "\n\nThe same applies to " + std::to_string(songs.count - 1) +
             (songs.count == 2 ? " more song." : " more songs.");
-  return text + "\n\nDoes it mean the songs that it names? (No: the songs with these numbers.)";
+  return text + "\n\nUse the songs by name? (Yes: by name. No: by number.)";
 }
 
 }  // namespace

@@ -25,18 +25,18 @@ namespace tallow {
 ///     state 0 <-> state 1 <-> ... <-> present state <-> ... <-> state n
 ///             undo_                                  redo_
 ///
-/// where each change lies between two neighbouring states. A position that a change stores is right
-/// in the state that has the song or the folder there; for a reordering, each position is right in
-/// its own of the two states. Toggling the changes from the present state outwards, one after the
-/// other, therefore reaches every state with positions that are right at that moment.
+/// where each change lies between two neighbouring states. A stored position is valid in the state
+/// in which the song or folder is at that position; of the two positions that a reordering stores,
+/// each is valid in one of the two states. Toggling the changes one by one, starting at the present
+/// state, therefore always uses positions that are valid at that moment.
 ///
-/// The tree also changes without the user. Such a change is no step; it applies to all states at
-/// once and must keep the positions right:
+/// Some changes are not made by user commands. They are not undo steps; they apply to all states at
+/// once and must keep stored positions valid:
 /// - Filing appends songs and folders. They come after every position that is stored, so nothing
 ///   needs to be adjusted.
 /// - Songs whose files are gone are removed from the shown list. SongsPruned removes them from all
-///   other states: it goes from the present state outwards and maps their positions through each
-///   change to the next state, see list_positions.h.
+///   other states: starting at the present state, it converts their positions, change by change, to
+///   those of the next state, see list_positions.h.
 ///
 /// A folder that a step removes from the tree stays in the step, at the same address. Steps can
 /// therefore refer to folders by address: a folder is destroyed only with the step that owns it,

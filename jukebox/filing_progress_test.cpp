@@ -44,15 +44,15 @@ TEST_F(FilingIsWatched, ProgressIsReportedAfterEverySong) {
   MakeSongs(300);
   Jukebox jukebox;
   MakeFolders(jukebox);
-  std::vector<std::size_t> told;
+  std::vector<std::size_t> reported;
   EXPECT_TRUE(File(jukebox, [&](std::size_t filed, std::size_t songs) {
     EXPECT_EQ(songs, 300U);
-    if (told.empty() || told.back() != filed) told.push_back(filed);
+    if (reported.empty() || reported.back() != filed) reported.push_back(filed);
     return true;
   }));
-  std::erase(told, 0U);
-  ASSERT_EQ(told.size(), 300U);
-  for (std::size_t k = 0; k < told.size(); ++k) EXPECT_EQ(told[k], k + 1);
+  std::erase(reported, 0U);
+  ASSERT_EQ(reported.size(), 300U);
+  for (std::size_t k = 0; k < reported.size(); ++k) EXPECT_EQ(reported[k], k + 1);
 }
 
 TEST_F(FilingIsWatched, CancelledAnywhereItKeepsTheSongsFiledSoFar) {
@@ -68,12 +68,12 @@ TEST_F(FilingIsWatched, CancelledAnywhereItKeepsTheSongsFiledSoFar) {
       return filed < static_cast<std::size_t>(end);
     }));
     // Reference: the same filing with the remaining songs marked as missing.
-    Jukebox twin;
-    MakeFolders(twin);
+    Jukebox reference;
+    MakeFolders(reference);
     for (std::int32_t row = end + 1; row <= kSongs; ++row) library.Mp3Info(kFileIsThere, row, "0");
-    EXPECT_TRUE(File(twin));
+    EXPECT_TRUE(File(reference));
     for (std::int32_t row = end + 1; row <= kSongs; ++row) library.Mp3Info(kFileIsThere, row, "1");
-    EXPECT_EQ(ContentHash(ended.Nodes()), ContentHash(twin.Nodes())) << end;
+    EXPECT_EQ(ContentHash(ended.Nodes()), ContentHash(reference.Nodes())) << end;
     // The next run files the remaining songs, as if the first run had not been cancelled.
     EXPECT_TRUE(File(ended));
     EXPECT_EQ(ContentHash(ended.Nodes()), ContentHash(whole.Nodes())) << end;
@@ -95,9 +95,9 @@ TEST_F(FilingIsWatched, CancellingAffectsAllOpenJukeboxes) {
 
 TEST_F(FilingIsWatched, TheStatusLinesShowTheProgress) {
   EXPECT_EQ(FilingLine(12, 50), "Filed 12 of 50 songs");
-  EXPECT_EQ(FilingCancelledLine(),
-            "The filing was cancelled; the other songs are filed when the jukebox is opened the "
-            "next time");
+  EXPECT_EQ(
+      FilingCancelledLine(),
+      "Filing was cancelled; the remaining songs will be filed when the jukebox is next opened");
 }
 
 }  // namespace

@@ -48,7 +48,7 @@ class Jukebox {
   /// Whether the jukebox has changed since it was saved or loaded. True if the user's changes since
   /// then have not all been undone, or if IsFormDirty(true) was called.
   bool IsFormDirty() const noexcept { return was_marked_dirty_ || !history_.IsAsSaved(); }
-  /// \param dirty true: stays until the jukebox is saved; false: the jukebox is saved now
+  /// \param dirty true: marks the jukebox as changed until it is saved; false: marks it as saved
   void IsFormDirty(bool dirty) noexcept;
 
   /// The undo history, which makes and undoes the user's changes to folders and songs.
@@ -108,12 +108,11 @@ class Jukebox {
     return file_.Save(path, tree_, ColumnHeaders(), library);
   }
 
-  /// Replaces folders, songs and columns by those of a file. Afterwards no folder is shown. Songs
+  /// Replaces folders, songs and columns with those of a file. Afterwards no folder is shown. Songs
   /// whose record numbers have changed in the library are looked up by name, see RelinkSongs.
   ///
-  /// \returns true on success; otherwise FileProblem() has the reason and nothing has changed
-  ///
   /// \param ask see RelinkSongs; may be empty
+  /// \returns true on success; otherwise FileProblem() has the reason and nothing has changed
   bool Load(const std::string& path, const clsMain& library, const ResolveConfusedSongs& ask = {});
 
   /// Like Load, from the bytes of a jukebox that was not saved in this state. The jukebox is then

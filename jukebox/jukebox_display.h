@@ -56,11 +56,12 @@ class JukeboxDisplay {
 
   /// The folder shown; null for none.
   Folder* ShownFolder() const noexcept { return shown_folder_; }
-  /// Replaces the folder shown and removes the labels from the songs of the one before. Does not
-  /// notify the window.
+  /// Replaces the folder shown, and removes the labels from the songs of the folder shown before.
+  /// Does not notify the window.
   /// \param folder null for none
   void ShowFolder(Folder* folder);
-  /// Shows no folder. For a folder that is about to be destroyed, so its songs keep their labels.
+  /// Shows no folder. The songs of the folder shown before keep their labels, so call this only
+  /// when that folder is about to be destroyed.
   void ForgetFolder() noexcept { shown_folder_ = nullptr; }
 
   /// Notify the window, see JukeboxView.

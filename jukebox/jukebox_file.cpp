@@ -23,7 +23,7 @@ constexpr std::uint64_t kMaxFileBytes = std::uint64_t{1} << 30U;
 std::string BackupHint(const std::string& path) {
   if (!FileExists(path + std::string(kBackupSuffix))) return {};
   return ". The jukebox as it was saved before is in " + std::string(NameOfPath(path)) +
-         std::string(kBackupSuffix) + " beside it; give that a name that ends in .juk";
+         std::string(kBackupSuffix) + " beside it; to open that file, rename it to end in .juk";
 }
 
 }  // namespace
@@ -37,7 +37,7 @@ bool JukeboxFile::Save(const std::string& path, const FolderTree& folders,
                        const std::vector<std::string>& columns, const clsMain& library) {
   const auto fail = [this](const std::string& reason) {
     problem_ = "The jukebox could not be saved. " + reason +
-               ". Save it in another folder, or mend this and save again.";
+               ". Save it in another folder, or correct the problem and save again.";
     return false;
   };
   try {

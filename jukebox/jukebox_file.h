@@ -49,7 +49,7 @@ class JukeboxFile {
   bool Save(const std::string& path, const FolderTree& folders,
             const std::vector<std::string>& columns, const clsMain& library);
 
-  /// Reads a jukebox from a file. This object then belongs to that file.
+  /// Reads a jukebox from a file. Path() is then that file.
   ///
   /// \param ask see RelinkSongs; may be empty
   /// \returns null on failure; then Problem() names the file, the problem and what to do, and

@@ -168,8 +168,8 @@ TEST_F(JukeboxFormat, EveryTruncationIsDetected) {
 TEST_F(JukeboxFormat, FoldersMustFormATree) {
   EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(2, 1))), "");
   EXPECT_EQ(ProblemOf(File(FolderText(1, 0) + "," + FolderText(1, 0))),
-            "the folder 'x' has the key of another one");
-  const std::string lost = "the folder 'x' lies in one that is not there before it";
+            "the folder 'x' has the same key as another folder");
+  const std::string lost = "the folder 'x' is in a folder that is not defined before it";
   EXPECT_EQ(ProblemOf(File(FolderText(1, 7))), lost);
   EXPECT_EQ(ProblemOf(File(FolderText(1, 1))), lost);
   EXPECT_EQ(ProblemOf(File(FolderText(1, 2) + "," + FolderText(2, 1))), lost);
@@ -180,7 +180,7 @@ TEST_F(JukeboxFormat, FoldersMayLieAThousandDeepAndNoDeeper) {
   for (int key = 2; key <= 1001; ++key) folders += "," + FolderText(key, key - 1);
   EXPECT_EQ(ProblemOf(File(folders)), "");
   EXPECT_EQ(ProblemOf(File(folders + "," + FolderText(1002, 1001))),
-            "the folder 'x' lies too deep");
+            "the folder 'x' is nested too deeply");
 }
 
 TEST_F(JukeboxFormat, InvalidMembersAreRefused) {
@@ -204,10 +204,10 @@ TEST_F(JukeboxFormat, MissingOrDuplicateMembersAreRefused) {
   const std::string head = R"({"format":"Tallow jukebox","version":1)";
   EXPECT_EQ(ProblemOf(head + "}"), "it is not a jukebox file");
   EXPECT_EQ(ProblemOf(head + R"(,"folders":[]})"), "");
-  EXPECT_EQ(ProblemOf(head + R"(,"version":1,"folders":[]})"), "'version' is there twice");
+  EXPECT_EQ(ProblemOf(head + R"(,"version":1,"folders":[]})"), "'version' occurs twice");
   EXPECT_EQ(ProblemOf(head + R"(,"format":"Tallow jukebox","folders":[]})"),
-            "'format' is there twice");
-  EXPECT_EQ(ProblemOf(head + R"(,"folders":[],"folders":[]})"), "'folders' is there twice");
+            "'format' occurs twice");
+  EXPECT_EQ(ProblemOf(head + R"(,"folders":[],"folders":[]})"), "'folders' occurs twice");
   EXPECT_EQ(ProblemOf(File(R"({"key":1,"key":2,"text":"x","parent":0,"open":true,"songs":[]})")),
             "folder 1 has 'key' twice");
   EXPECT_EQ(
@@ -216,7 +216,7 @@ TEST_F(JukeboxFormat, MissingOrDuplicateMembersAreRefused) {
   EXPECT_EQ(ProblemOf(head + R"(,"folders":[],"names":{"2":"a","1":"b","2":"c"}})"),
             "song 2 has two names");
   EXPECT_EQ(ProblemOf(R"({"format":"Tallow jukebox","version":0,"folders":[]})"),
-            "there is no format 0");
+            "format 0 is unknown");
 }
 
 TEST_F(JukeboxFormat, MisplacedArraysAndObjectsAreRefused) {
@@ -328,9 +328,9 @@ TEST_F(JukeboxFormat, SongsAreNamedByWholeNumbersOnly) {
   };
   EXPECT_EQ(ProblemOf(named("17")), "");
   EXPECT_EQ(ProblemOf(named("-1")), "");
-  EXPECT_EQ(ProblemOf(named("1.5")), "'1.5' is no record number");
+  EXPECT_EQ(ProblemOf(named("1.5")), "'1.5' is not a record number");
   for (const char* const other : {"", " 1", "1 ", "+1", "1e1", "0x1", "2147483648"})
-    EXPECT_EQ(ProblemOf(named(other)), "'" + std::string(other) + "' is no record number");
+    EXPECT_EQ(ProblemOf(named(other)), "'" + std::string(other) + "' is not a record number");
 }
 
 TEST_F(JukeboxFormat, TextsThatAreNoUtf8AreRefused) {

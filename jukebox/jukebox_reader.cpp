@@ -33,6 +33,12 @@ std::optional<std::int32_t> RecordNumber(std::string_view name) {
   return record;
 }
 
+/// The problem of a file that is not valid JSON.
+/// \param position of the byte where parsing failed, from 1
+std::string DamagedAtByte(std::size_t position) {
+  return "at byte " + std::to_string(position) + " it is damaged or cut off";
+}
+
 /// SAX handler for the JSON parser. Receives one event per value, so no JSON document is built in
 /// memory.
 class Reader : public nlohmann::json_sax<Json> {
@@ -71,7 +77,7 @@ class Reader : public nlohmann::json_sax<Json> {
         if (const auto record = RecordNumber(name_))
           content.names.Add(*record, BytesOfJsonText(std::move(value)));
         else
-          return Fail(Quoted(name_) + " is no record number");
+          return Fail(Quoted(name_) + " is not a record number");
         return true;
       default:
         return AcceptIfIgnored();
@@ -97,7 +103,7 @@ class Reader : public nlohmann::json_sax<Json> {
   bool key(std::string& value) override {
     name_ = value;
     if (Current() == Container::kRoot && IsRootMember(name_) && !root_members_.insert(name_).second)
-      return Fail(Quoted(name_) + " is there twice");
+      return Fail(Quoted(name_) + " occurs twice");
     if (Current() == Container::kFolder && IsFolderMember(name_) && !MarkSeen())
       return Fail("folder " + std::to_string(content.folders.size()) + " has " + Quoted(name_) +
                   " twice");
@@ -118,7 +124,7 @@ class Reader : public nlohmann::json_sax<Json> {
 
   bool parse_error(std::size_t position, const std::string&,
                    const nlohmann::detail::exception&) override {
-    return Fail("at byte " + std::to_string(position) + " it is damaged or cut off");
+    return Fail(DamagedAtByte(position));
   }
 
   /// The first problem of the file; empty when it is valid.
@@ -179,7 +185,7 @@ class Reader : public nlohmann::json_sax<Json> {
   /// Handles a value of a type that is invalid here. Accepts the value inside ignored members.
   bool AcceptIfIgnored() {
     if (containers_.empty()) return Fail("it is not a jukebox file");
-    return IsIgnored() || Fail(Quoted(name_) + " has a value that it cannot have");
+    return IsIgnored() || Fail(Quoted(name_) + " has an invalid value");
   }
 
   bool AcceptNumber(std::int64_t value) {
@@ -189,7 +195,7 @@ class Reader : public nlohmann::json_sax<Json> {
       return AcceptIfIgnored();
     if (Current() == Container::kRoot) {
       if (name_ != "version") return AcceptIfIgnored();
-      if (value < 1) return Fail("there is no format " + std::to_string(value));
+      if (value < 1) return Fail("format " + std::to_string(value) + " is unknown");
       if (value > kJukeboxVersion)
         return Fail("it was written by a newer Tallow (format " + std::to_string(value) + ")");
       return true;
@@ -234,13 +240,14 @@ void RequireTree(const JukeboxContent& content) {
       const auto above = levels.find(folder.parent);
       if (above == levels.end())
         throw JukeboxFileError("the folder " + Quoted(folder.text) +
-                               " lies in one that is not there before it");
+                               " is in a folder that is not defined before it");
       level = above->second + 1;
     }
     if (level > kMaxLevel)
-      throw JukeboxFileError("the folder " + Quoted(folder.text) + " lies too deep");
+      throw JukeboxFileError("the folder " + Quoted(folder.text) + " is nested too deeply");
     if (!levels.emplace(folder.key, level).second)
-      throw JukeboxFileError("the folder " + Quoted(folder.text) + " has the key of another one");
+      throw JukeboxFileError("the folder " + Quoted(folder.text) +
+                             " has the same key as another folder");
   }
 }
 
@@ -270,7 +277,7 @@ JukeboxContent DecodeJukebox(std::string_view bytes) {
   // A raw NUL is invalid in JSON (in a string it is escaped as \u0000). The parser would take it
   // for the end of the input.
   if (const std::size_t nul = bytes.find('\0'); nul != std::string_view::npos)
-    throw JukeboxFileError("at byte " + std::to_string(nul + 1) + " it is damaged or cut off");
+    throw JukeboxFileError(DamagedAtByte(nul + 1));
   Reader reader;
   Json::sax_parse(bytes, &reader);
   const std::string problem = reader.Problem();

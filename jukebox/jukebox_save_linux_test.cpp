@@ -38,8 +38,8 @@ TEST_F(FailingSave, AFolderWithoutWritePermissionIsReported) {
   std::filesystem::permissions(music.path(), std::filesystem::perms(0755));
   EXPECT_TRUE(jukebox.FileProblem().starts_with("The jukebox could not be saved. " + Path()))
       << jukebox.FileProblem();
-  EXPECT_TRUE(
-      jukebox.FileProblem().ends_with(". Save it in another folder, or mend this and save again."));
+  EXPECT_TRUE(jukebox.FileProblem().ends_with(
+      ". Save it in another folder, or correct the problem and save again."));
   EXPECT_EQ(ReadWholeFile(Path()), before);
 }
 

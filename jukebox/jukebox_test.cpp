@@ -5,7 +5,7 @@
 #include <random>
 
 #include "tests/library_fixture.h"
-#include "tests/literal_quicksort.h"
+#include "tests/reference_quicksort.h"
 #include "util/errors.h"
 
 namespace tallow {
@@ -136,12 +136,12 @@ TEST_F(JukeboxTest, EqualKeysAreOrderedAsByTheQuicksort) {
   std::shuffle(records.begin(), records.end(), random);
   Folder& folder = FolderOf("one", records);
   Show(folder);
-  LiteralQuicksort::Rows rows;
+  ReferenceQuicksort::Rows rows;
   for (const int record : records) rows.push_back({"", std::to_string(record)});
   for (int click = 0; click < 4; ++click) {
     const int column = click < 2 ? 2 : 5;
     for (auto& row : rows) row[0] = library.Mp3Info(column, ConvertToInt32(row[1]));
-    LiteralQuicksort(rows, click == 0 || click == 3, click < 2, 1, 2).Sort(1, 60);
+    ReferenceQuicksort(rows, click == 0 || click == 3, click < 2, 1, 2).Sort(1, 60);
     jukebox.ColumnClick(library);
     for (std::size_t k = 0; k < rows.size(); ++k)
       ASSERT_EQ(std::to_string(folder.Items()[k].SubItem()), rows[k][1]) << click << " " << k;
@@ -231,7 +231,7 @@ TEST_F(SavedJukebox, AFailedLoadSaysWhyAndChangesNothing) {
   EXPECT_EQ(jukebox.FileProblem(),
             "The jukebox could not be opened. " + path +
                 ": at byte 2 it is damaged or cut off. The jukebox as it was saved before is in "
-                "mix.juk.bak beside it; give that a name that ends in .juk.");
+                "mix.juk.bak beside it; to open that file, rename it to end in .juk.");
   EXPECT_EQ(jukebox.Nodes().Count(), 2);
   EXPECT_EQ(jukebox.ColumnHeaders().size(), 2U);
 }

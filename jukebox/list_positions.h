@@ -87,8 +87,8 @@ class ElementToggle {
     in_list_ = !in_list_;
   }
 
-  /// Prunes elements. Those that this edit adds are no longer part of it; in the other state they
-  /// had no position.
+  /// Prunes elements. Those that only the current state has are removed from this edit, because
+  /// they have no position in the other state.
   ///
   /// \param pruned positions in the current state
   /// \returns their positions in the other state

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Compares the position arithmetic with lists of numbered elements that are edited literally.
+// Compares the position arithmetic with lists of numbered elements that are edited one by one.
 #include "jukebox/list_positions.h"
 
 #include <algorithm>

@@ -22,7 +22,7 @@ using Songs = std::vector<std::int32_t>;
 
 /// Reference implementation of the undo history: each step stores a copy of the whole tree before
 /// it.
-class LiteralHistory {
+class ReferenceHistory {
  public:
   struct Node {
     std::int32_t number = 0;  ///< identifies the folder; never changes
@@ -32,7 +32,7 @@ class LiteralHistory {
   };
   using NodePtr = std::shared_ptr<Node>;
 
-  LiteralHistory() : now_(std::make_shared<Node>()) {}
+  ReferenceHistory() : now_(std::make_shared<Node>()) {}
 
   Node& Now() { return *now_; }
   static Node* Find(Node& above, std::int32_t number) {
@@ -131,7 +131,7 @@ class LiteralHistory {
 /// Applies random commands to a jukebox and to the reference implementation.
 class RandomEditing : public LibraryTest {
  protected:
-  using Node = LiteralHistory::Node;
+  using Node = ReferenceHistory::Node;
 
   int Random(int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); }
 
@@ -152,7 +152,7 @@ class RandomEditing : public LibraryTest {
   }
   std::int32_t NumberOf(const Folder& folder) { return numbers.at(&folder); }
   Node& NodeOf(const Folder* folder) {
-    return folder == nullptr ? literal.Now() : *literal.Find(NumberOf(*folder));
+    return folder == nullptr ? reference.Now() : *reference.Find(NumberOf(*folder));
   }
   /// Maps a folder and all folders below it to the numbers of their reference nodes.
   void Number(const Folder& folder, const Node& node) {
@@ -181,16 +181,16 @@ class RandomEditing : public LibraryTest {
     }
   }
   void ExpectSame(const FolderTree& tree) {
-    const Node& root = literal.Now();
+    const Node& root = reference.Now();
     ASSERT_EQ(tree.Children(), static_cast<std::int32_t>(root.children.size()));
     for (std::int32_t k = 0; k < tree.Children(); ++k)
       ExpectSame(tree.ChildAt(k), *root.children[static_cast<std::size_t>(k)]);
   }
 
   void AddFolder(Folder* parent) {
-    literal.Step();
+    reference.Step();
     auto node = std::make_shared<Node>();
-    node->number = literal.NewNumber();
+    node->number = reference.NewNumber();
     node->text = "New Folder";
     NodeOf(parent).children.push_back(node);
     numbers[edits.AddFolder(parent)] = node->number;
@@ -199,7 +199,7 @@ class RandomEditing : public LibraryTest {
     for (const std::int32_t song : songs)
       if (std::none_of(to.songs.begin(), to.songs.end(),
                        [&](const auto& held) { return held.second == song; }))
-        to.songs.emplace_back(literal.NewNumber(), song);
+        to.songs.emplace_back(reference.NewNumber(), song);
   }
   static Songs SongsAt(const Node& node, const std::vector<int>& rows) {
     Songs songs;
@@ -232,8 +232,8 @@ class RandomEditing : public LibraryTest {
 
   void Paste(Folder* into) {
     if (copied_folder != nullptr) {
-      literal.Step();
-      const auto node = literal.CopyOf(*copied_folder, false);
+      reference.Step();
+      const auto node = reference.CopyOf(*copied_folder, false);
       NodeOf(into).children.push_back(node);
       edits.Paste(into);
       Number(into != nullptr ? into->ChildAt(into->Children() - 1)
@@ -242,7 +242,7 @@ class RandomEditing : public LibraryTest {
       return;
     }
     if (into != nullptr && PasteChanges(NodeOf(into))) {
-      literal.Step();
+      reference.Step();
       AddLiterally(NodeOf(into), copied_songs);
     }
     edits.Paste(into);
@@ -251,15 +251,15 @@ class RandomEditing : public LibraryTest {
   /// Files a song into a folder and into a new folder below it.
   void FileSongs(Folder& folder) {
     const std::int32_t song = Random(kSongs) + 1;
-    const std::int32_t entry = literal.NewNumber();
-    const std::int32_t inner_entry = literal.NewNumber();
-    const std::int32_t inner = literal.NewNumber();
+    const std::int32_t entry = reference.NewNumber();
+    const std::int32_t inner_entry = reference.NewNumber();
+    const std::int32_t inner = reference.NewNumber();
     folder.Items().emplace_back(song, 2);
     Folder& added = jukebox.Nodes().AddChild(&folder, "filed");
     added.Items().emplace_back(song, 2);
     numbers[&added] = inner;
-    literal.OnAll([&](Node& root) {
-      Node* const node = LiteralHistory::Find(root, NumberOf(folder));
+    reference.OnAll([&](Node& root) {
+      Node* const node = ReferenceHistory::Find(root, NumberOf(folder));
       if (node == nullptr) return;
       node->songs.emplace_back(entry, song);
       auto child = std::make_shared<Node>();
@@ -280,7 +280,7 @@ class RandomEditing : public LibraryTest {
     for (auto row = rows.rbegin(); row != rows.rend(); ++row)
       folder.Items().erase(folder.Items().begin() + *row);
     jukebox.History().SongsPruned(folder, rows);
-    literal.Drop(NumberOf(folder), gone);
+    reference.Drop(NumberOf(folder), gone);
   }
   /// Sorts the songs of a folder by a click on the column header.
   void SortSongs(Folder& folder) {
@@ -295,7 +295,7 @@ class RandomEditing : public LibraryTest {
     // The order of two entries of the same song depends on the sort and cannot be predicted here.
     if (has_equal) return;
     if (sorted != NodeOf(&folder).songs) {
-      literal.Step();
+      reference.Step();
       NodeOf(&folder).songs = sorted;
     }
     jukebox.ColumnClick(library);
@@ -313,7 +313,7 @@ class RandomEditing : public LibraryTest {
       case 2: {
         const std::string text = "t" + std::to_string(Random(5));
         if (text != folder->Text()) {
-          literal.Step();
+          reference.Step();
           NodeOf(folder).text = text;
         }
         edits.Rename(*folder, text);
@@ -326,16 +326,16 @@ class RandomEditing : public LibraryTest {
         copied_songs = SongsAt(node, rows);
         copied_folder = nullptr;
         if (command == 3) return edits.CopySongs(*folder, rows);
-        literal.Step();
+        reference.Step();
         RemoveLiterally(NodeOf(folder), rows);
         return edits.CutSongs(*folder, rows);
       }
       case 5:
       case 6:
-        copied_folder = literal.CopyOf(node, true);
+        copied_folder = reference.CopyOf(node, true);
         if (command == 5) return edits.CopyFolder(*folder);
-        literal.Step();
-        literal.Take(NumberOf(*folder));
+        reference.Step();
+        reference.Take(NumberOf(*folder));
         return edits.CutFolder(*folder);
       case 7:
       case 8:
@@ -343,8 +343,8 @@ class RandomEditing : public LibraryTest {
         if (jukebox.Nodes().Count() < 60) Paste(command == 7 ? folder : nullptr);
         return;
       case 9:
-        literal.Step();
-        literal.Take(NumberOf(*folder));
+        reference.Step();
+        reference.Take(NumberOf(*folder));
         return edits.DeleteFolder(*folder);
       case 10: {
         if (folder == other || SongsAt(node, SomeRows(*folder)).empty()) return;
@@ -353,7 +353,7 @@ class RandomEditing : public LibraryTest {
         copied_songs_kept = copied_songs;
         copied_songs = SongsAt(node, rows);
         if (!rows.empty() && (!copy || PasteChanges(NodeOf(other)))) {
-          literal.Step();
+          reference.Step();
           AddLiterally(NodeOf(other), copied_songs);
           if (!copy) RemoveLiterally(NodeOf(folder), rows);
         }
@@ -366,8 +366,8 @@ class RandomEditing : public LibraryTest {
         const bool moves = to == nullptr ? folder->Parent() != nullptr
                                          : !folder->Holds(*to) && folder->Parent() != to;
         if (moves) {
-          literal.Step();
-          const auto taken = literal.Take(NumberOf(*folder));
+          reference.Step();
+          const auto taken = reference.Take(NumberOf(*folder));
           NodeOf(to).children.push_back(taken);
         }
         edits.DropFolder(edits, *folder, to, false);
@@ -376,7 +376,7 @@ class RandomEditing : public LibraryTest {
       case 12: {
         Folder* const above = Random(2) == 0 ? nullptr : folder;
         if (!IsSortedLiterally(NodeOf(above))) {
-          literal.Step();
+          reference.Step();
           SortLiterally(NodeOf(above));
         }
         return edits.SortNodes(above);
@@ -391,12 +391,12 @@ class RandomEditing : public LibraryTest {
       case 17:
       case 18:
         if (!jukebox.History().CanUndo()) return;
-        literal.Undo();
+        reference.Undo();
         jukebox.Undo();
         return;
       default:
         if (!jukebox.History().CanRedo()) return;
-        literal.Redo();
+        reference.Redo();
         jukebox.Redo();
         return;
     }
@@ -416,7 +416,7 @@ class RandomEditing : public LibraryTest {
   Jukebox jukebox;
   JukeboxClipboard clipboard;
   JukeboxEdits edits{jukebox, clipboard};
-  LiteralHistory literal;
+  ReferenceHistory reference;
   std::unordered_map<const Folder*, std::int32_t> numbers;
   std::vector<std::int32_t> copied_songs;
   std::vector<std::int32_t> copied_songs_kept;
@@ -433,15 +433,15 @@ TEST_F(RandomEditing, AgreesWithTheReferenceImplementation) {
     // Initial folders, added without the undo history.
     for (int k = 0; k < 2; ++k) {
       auto node = std::make_shared<Node>();
-      node->number = literal.NewNumber();
+      node->number = reference.NewNumber();
       Folder& folder = jukebox.Nodes().AddChild(nullptr, "t" + std::to_string(k));
       node->text = folder.Text();
       for (int song = 1; song <= kSongs; song += 1 + k) {
         folder.Items().emplace_back(song, 2);
-        node->songs.emplace_back(literal.NewNumber(), song);
+        node->songs.emplace_back(reference.NewNumber(), song);
       }
       numbers[&folder] = node->number;
-      literal.OnAll([&](Node& root) { root.children.push_back(literal.CopyOf(*node, true)); });
+      reference.OnAll([&](Node& root) { root.children.push_back(reference.CopyOf(*node, true)); });
     }
     for (int command = 0; command < 1000; ++command) {
       SCOPED_TRACE("command " + std::to_string(command));
@@ -449,30 +449,30 @@ TEST_F(RandomEditing, AgreesWithTheReferenceImplementation) {
       ExpectSame(jukebox.Nodes());
       if (HasFatalFailure()) return;
       if (command % 25 == 0) ExpectSameAfterSaveAndLoad();
-      ASSERT_EQ(jukebox.History().CanUndo(), !literal.undo_.empty());
-      ASSERT_EQ(jukebox.History().CanRedo(), !literal.redo_.empty());
+      ASSERT_EQ(jukebox.History().CanUndo(), !reference.undo_.empty());
+      ASSERT_EQ(jukebox.History().CanRedo(), !reference.redo_.empty());
       // Below this limit the history drops no steps; the reference never drops any.
-      ASSERT_LT(literal.undo_.size(), EditHistory::kMaxSteps);
+      ASSERT_LT(reference.undo_.size(), EditHistory::kMaxSteps);
     }
     // Undo everything, then redo everything.
     while (jukebox.History().CanUndo()) {
       jukebox.Undo();
-      literal.Undo();
+      reference.Undo();
       ExpectSame(jukebox.Nodes());
       if (HasFatalFailure()) return;
     }
     while (jukebox.History().CanRedo()) {
       jukebox.Redo();
-      literal.Redo();
+      reference.Redo();
       ExpectSame(jukebox.Nodes());
       if (HasFatalFailure()) return;
     }
     while (jukebox.History().CanUndo()) {
       jukebox.Undo();
-      literal.Undo();
+      reference.Undo();
     }
     jukebox.History().Clear();
-    literal.redo_.clear();
+    reference.redo_.clear();
   }
 }
 

@@ -11,7 +11,7 @@
 namespace tallow {
 namespace {
 
-constexpr int kBestRank = 7;
+/// The lowest rank that the menu stores.
 constexpr int kWorstRank = 3;
 
 }  // namespace

@@ -9,6 +9,10 @@ namespace tallow {
 class Folder;
 class clsMain;
 
+/// The best rank of a song, and the rank of a song that was never ranked.
+inline constexpr int kBestRank = 7;
+inline constexpr int kNeverRanked = 2;
+
 /// Number of items in the rank menu, ordered from best to worst.
 inline constexpr int kRankItems = 6;
 

@@ -26,7 +26,7 @@ class Ranking : public LibraryTest {
   Folder& folder = tree.AddChild(nullptr, "one");
 };
 
-TEST_F(Ranking, TheFirstFiveItemsStoreTheirNumberAndShowIt) {
+TEST_F(Ranking, TheFirstFiveItemsStoreAndShowRanksSevenToThree) {
   for (int item = 1; item <= 5; ++item) {
     EXPECT_TRUE(RankSongs(folder, {0, 2}, item, library));
     const std::string rank = std::to_string(8 - item);

@@ -354,18 +354,17 @@ TEST_F(Links, TheAnswerIsStoredPerFile) {
   EXPECT_EQ(AskAboutConfusedSongs(kSep + "mix.juk", library, ask)(songs), false);
   ASSERT_EQ(texts.size(), 1U);
   EXPECT_EQ(texts[0],
-            "mix.juk was saved by an earlier Tallow, which had confused the numbers of songs. It "
-            "calls song number 2\n\n    d.mp3\n\nbut the song with this number is\n\n    "
-            "b.mp3\n\nIn the same way it has 1 more song.\n\nDoes it mean the songs that it names? "
-            "(No: the songs with these numbers.)");
+            "mix.juk was saved by an earlier version of Tallow, which had mixed up the numbers of "
+            "songs. For song number 2 the jukebox has\n\n    d.mp3\n\nbut the library has\n\n    "
+            "b.mp3\n\nThe same applies to 1 more song.\n\nUse the songs by name? "
+            "(Yes: by name. No: by number.)");
   EXPECT_EQ(AskAboutConfusedSongs(kSep + "other.juk", library, ask)({2, "d.mp3", "b.mp3", 3}),
             false);
-  EXPECT_NE(texts[1].find("it has 2 more songs."), std::string::npos);
+  EXPECT_NE(texts[1].find("applies to 2 more songs."), std::string::npos);
   EXPECT_EQ(AskAboutConfusedSongs(kSep + "one.juk", library, ask)({2, "d.mp3", "b.mp3", 1}), false);
-  EXPECT_EQ(texts[2].find("In the same way"), std::string::npos);
+  EXPECT_EQ(texts[2].find("The same applies"), std::string::npos);
   AskAboutConfusedSongs(kSep + "gone.juk", library, ask)({2, "d.mp3", "", 1});
-  EXPECT_NE(texts[3].find("is\n\n    (a song that is no longer in the library)\n\n"),
-            std::string::npos);
+  EXPECT_NE(texts[3].find("has\n\n    (a song that was removed)\n\n"), std::string::npos);
   // Without an answer, nothing is stored and the next load asks again.
   const AskQuestion left = [&](const std::string&) { return std::optional<bool>(); };
   EXPECT_EQ(AskAboutConfusedSongs(kSep + "left.juk", library, left)(songs), std::nullopt);

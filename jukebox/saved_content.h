@@ -25,8 +25,8 @@ class SavedContent {
   bool DiffersFrom(const FolderTree& folders) const { return ContentHash(folders) != hash_; }
 
   /// Whether record numbers have changed in content that already differed from the saved one. If
-  /// so, DiffersFrom may be true although both contents are the same songs; only reading the file
-  /// can tell.
+  /// so, DiffersFrom may be true although both contents have the same songs; to find out, the file
+  /// must be read.
   bool IsStale() const noexcept { return is_stale_; }
 
  private:

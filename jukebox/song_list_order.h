@@ -23,7 +23,8 @@ class SongListOrder {
   ///
   /// \returns the header of the name column for this order
   /// \throws TypeMismatchError, OverflowError from the sort by rank when a rank is not a number.
-  /// Some songs may then have moved, which is a step of the history too; the order stays the next.
+  /// Songs that have moved by then form a step of the history, too; the next call sorts by the same
+  /// order again.
   std::string_view SortByNext(Folder& folder, const clsMain& library, EditHistory& history);
 
  private:

@@ -98,7 +98,7 @@ TEST_F(Search, RemovingTheCurrentFolderStartsANewSearch) {
 }
 
 /// Reference implementation: the same search without caching.
-class LiteralSearch {
+class ReferenceSearch {
  public:
   std::string Next(const std::string& text, const FolderTree& tree, const Folder& selected,
                    const clsMain& library) {
@@ -161,17 +161,17 @@ TEST_F(Search, AgreesWithTheReferenceImplementation) {
       for (std::int32_t& song : songs) song = any(4) + 1;
       folders.push_back(&Add(std::to_string(k).c_str(), songs, parent));
     }
-    LiteralSearch literal;
+    ReferenceSearch reference;
     search.FirstRun(true);
     for (int step = 0; step < 80; ++step) {
       if (any(10) == 0) {
         search.FirstRun(true);
-        literal.first_run = true;
+        reference.first_run = true;
       }
       const char* const texts[] = {"apple", "an", "Cherry", "none", ""};
       const std::string text = texts[round % 5];
       const Folder& selected = *folders[static_cast<std::size_t>(any(12))];
-      ASSERT_EQ(Next(text, selected), literal.Next(text, tree, selected, library));
+      ASSERT_EQ(Next(text, selected), reference.Next(text, tree, selected, library));
     }
   }
 }

@@ -189,8 +189,7 @@ std::string FilingLine(std::size_t filed, std::size_t songs) {
 }
 
 std::string FilingCancelledLine() {
-  return "The filing was cancelled; the other songs are filed when the jukebox is opened the next "
-         "time";
+  return "Filing was cancelled; the remaining songs will be filed when the jukebox is next opened";
 }
 
 bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
@@ -224,14 +223,14 @@ void MarkSongsToFile(const Folder& folder, const clsMain& library, std::vector<c
     if (library.Song(record).Exists())
       flags[static_cast<std::size_t>(record - 1)] = 0;
     else if (++unknown_rows <= kMaxNamed)
-      problems.push_back("'" + folder.Text() + "' holds an entry for song number " +
-                         std::to_string(record) + ", but the library holds songs 1 to " +
-                         std::to_string(count) + ". The entry was left out of the filing.");
+      problems.push_back("'" + folder.Text() + "' contains an entry for song number " +
+                         std::to_string(record) + ", but the library has songs 1 to " +
+                         std::to_string(count) + ". The entry was skipped.");
   }
   if (unknown_rows > kMaxNamed)
-    problems.push_back("'" + folder.Text() + "' holds " + std::to_string(unknown_rows - kMaxNamed) +
-                       " more entries for songs that the library does not hold. They were left out "
-                       "of the filing.");
+    problems.push_back("'" + folder.Text() + "' contains " +
+                       std::to_string(unknown_rows - kMaxNamed) +
+                       " more entries for songs that are not in the library. They were skipped.");
 }
 
 std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& library) {

@@ -37,7 +37,7 @@ using FilingProgress = std::function<bool(std::size_t filed, std::size_t songs)>
 /// "Filed 12 of 50 songs".
 std::string FilingLine(std::size_t filed, std::size_t songs);
 
-/// The status text for songs that were not filed because the user cancelled: "The filing was
+/// The status text for songs that were not filed because the user cancelled: "Filing was
 /// cancelled; ..."
 std::string FilingCancelledLine();
 

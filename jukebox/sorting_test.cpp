@@ -193,7 +193,7 @@ TEST_F(SortingTest, WithoutAllSongsNothingIsFiledButTheJukeboxBecomesDirty) {
   EXPECT_TRUE(jukebox.IsFormDirty());
 }
 
-TEST_F(SortingTest, AllSongsBelowAnotherFolderIsIgnored) {
+TEST_F(SortingTest, ANestedFolderNamedAllSongsIsNotFilled) {
   Folder& mine = Add(jukebox, "Mine");
   Add(jukebox, "All Songs", &mine);
   Song({.artist = "ABBA"});
@@ -324,8 +324,8 @@ TEST_F(SortingTest, AnEntryOutsideTheLibraryIsReportedOnceAndIgnored) {
   } catch (const FilingError& error) {
     ASSERT_EQ(error.problems().size(), 2U);
     EXPECT_EQ(error.problems()[0],
-              "'All Songs' holds an entry for song number 99, but the library holds songs 1 to 1. "
-              "The entry was left out of the filing.");
+              "'All Songs' contains an entry for song number 99, but the library has songs 1 to 1. "
+              "The entry was skipped.");
   }
   EXPECT_EQ(In("Artist/ABBA"), "1");
 }
@@ -399,7 +399,7 @@ TEST_F(RefreshTest, TheEntryAfterAnUnknownNumberStaysUnlabelled) {
 }
 
 /// Reference implementation: removes entries one by one from the list.
-void LiteralRefresh(std::vector<SongEntry>& entries, const clsMain& library) {
+void ReferenceRefresh(std::vector<SongEntry>& entries, const clsMain& library) {
   const std::int32_t count = library.UBoundOfMp3Array();
   std::size_t i = 0;
   while (i + 1 <= entries.size()) {
@@ -427,7 +427,7 @@ TEST_F(RefreshTest, RelabellingAgreesWithTheReferenceOnRandomLists) {
       folder.Items().back().LabelPosition(static_cast<std::int32_t>(random() % 3));
     }
     std::vector<SongEntry> expected = folder.Items();
-    LiteralRefresh(expected, library);
+    ReferenceRefresh(expected, library);
     RefreshFolderList(folder, library);
     ASSERT_EQ(folder.Items().size(), expected.size());
     for (std::size_t k = 0; k < expected.size(); ++k) {
@@ -453,9 +453,9 @@ TEST(StripBrackets, BracketsBecomeBlanksAndEndsAreTrimmed) {
 
 /// Reference implementation of the filing of one song: reads the tag at once and searches the
 /// children of each category linearly.
-class LiteralFiling {
+class ReferenceFiling {
  public:
-  LiteralFiling(Jukebox& jukebox, const clsMain& library)
+  ReferenceFiling(Jukebox& jukebox, const clsMain& library)
       : tree_(jukebox.Nodes()), library_(library) {}
 
   void Run() {
@@ -543,17 +543,17 @@ TEST_F(SortingTest, FilingAgreesWithTheReferenceOnRandomTags) {
           .padding = random() % 4 == 0 ? '\0' : ' '},
          std::to_string(2 + random() % 6));
   }
-  Jukebox literal;
-  for (Jukebox* each : {&jukebox, &literal}) {
+  Jukebox reference;
+  for (Jukebox* each : {&jukebox, &reference}) {
     AddAutomaticFolders(*each);
     for (const char* text : {"a?b", "The", "#"}) Add(*each, text, each->Nodes().Find("Artist"));
     each->Nodes().Find("All Songs")->Items().emplace_back(5, 2);
   }
-  LiteralFiling(literal, library).Run();
+  ReferenceFiling(reference, library).Run();
   EXPECT_THROW(Fill(), FilingError);
-  ASSERT_EQ(jukebox.Nodes().Children(), literal.Nodes().Children());
-  for (std::int32_t k = 0; k < literal.Nodes().Children(); ++k)
-    EXPECT_EQ(Describe(jukebox.Nodes().ChildAt(k)), Describe(literal.Nodes().ChildAt(k)));
+  ASSERT_EQ(jukebox.Nodes().Children(), reference.Nodes().Children());
+  for (std::int32_t k = 0; k < reference.Nodes().Children(); ++k)
+    EXPECT_EQ(Describe(jukebox.Nodes().ChildAt(k)), Describe(reference.Nodes().ChildAt(k)));
 }
 
 TEST_F(SortingTest, AtMostAHundredEntriesWithoutASongAreReported) {
@@ -565,9 +565,8 @@ TEST_F(SortingTest, AtMostAHundredEntriesWithoutASongAreReported) {
   MarkSongsToFile(all, library, flags, problems);
   ASSERT_EQ(problems.size(), 101U);
   EXPECT_EQ(problems[100],
-            "'All Songs' holds 900 more entries for songs that the library does not hold. They "
-            "were left out "
-            "of the filing.");
+            "'All Songs' contains 900 more entries for songs that are not in the library. They "
+            "were skipped.");
 }
 
 }  // namespace

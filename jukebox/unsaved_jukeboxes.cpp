@@ -113,10 +113,11 @@ std::vector<UnsavedJukebox> UnsavedJukeboxes::Find(std::vector<std::string>& pro
   const FolderListing listing = ListFolder(folder_, {.pattern = kNamePattern, .others = true});
   for (const std::string& other : listing.others)
     problems.push_back(folder_ + other +
-                       " has the name of unsaved changes and is no file. Move it away.");
+                       " is not a file, but has the name of a recovery file. Move it elsewhere.");
   if (!listing.problem.empty())
-    problems.push_back(folder_ + " cannot be read (" + listing.problem +
-                       "), so unsaved changes in it are not offered. The next start looks again.");
+    problems.push_back(
+        folder_ + " cannot be read (" + listing.problem +
+        "), so unsaved changes in it are not offered. Tallow tries again at the next start.");
   for (const FileEntry& file : listing.files) names.push_back(file.name);
   std::sort(names.begin(), names.end());
   std::vector<UnsavedJukebox> found;

@@ -69,11 +69,11 @@ class UnsavedJukeboxes {
   /// in ".bak".
   static void Decline(const UnsavedJukebox& unsaved) noexcept;
 
-  /// Loads an unsaved jukebox into a new jukebox. From then on its .unsaved file belongs to that
-  /// jukebox.
+  /// Loads an unsaved jukebox into a new jukebox. From then on Keep and Forget of that jukebox
+  /// use the same .unsaved file.
   ///
-  /// \returns false when the content is not a valid jukebox; Jukebox::FileProblem has the reason
   /// \param ask see RelinkSongs; may be empty
+  /// \returns false when the content is not a valid jukebox; Jukebox::FileProblem has the reason
   bool Recover(const UnsavedJukebox& unsaved, Jukebox& jukebox, const clsMain& library,
                const ResolveConfusedSongs& ask = {});
 

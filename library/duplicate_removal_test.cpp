@@ -7,7 +7,7 @@
 #include <set>
 #include <tuple>
 
-#include "tests/literal_quicksort.h"
+#include "tests/reference_quicksort.h"
 #include "tests/temp_folder.h"
 #include "util/errors.h"
 #include "util/like.h"
@@ -43,7 +43,7 @@ constexpr std::size_t kThere = 2;
 constexpr std::size_t kNumber = 3;
 
 void SortByName(Rows& rows, bool ascending) {
-  LiteralQuicksort(rows, ascending, true, kFileName, kSongColumns)
+  ReferenceQuicksort(rows, ascending, true, kFileName, kSongColumns)
       .Sort(1, static_cast<std::int32_t>(rows.size()));
 }
 

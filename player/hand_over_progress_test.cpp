@@ -42,14 +42,14 @@ class HandOverIsWatched : public LibraryTest, protected HandOffPanel {
 };
 
 TEST_F(HandOverIsWatched, ProgressIsReportedAfterEverySong) {
-  std::size_t told = 0;
+  std::size_t reported = 0;
   Play([&](std::size_t done, std::size_t of) {
     EXPECT_EQ(of, std::size_t{kSongs});
-    EXPECT_LE(done, told + 1);
-    told = done;
+    EXPECT_LE(done, reported + 1);
+    reported = done;
     return true;
   });
-  EXPECT_EQ(told, std::size_t{kSongs - 1});
+  EXPECT_EQ(reported, std::size_t{kSongs - 1});
   EXPECT_EQ(Added(), kSongs - kSongs / 10);
   EXPECT_EQ(log, (Texts{"started", "handed over"}));
 }

@@ -24,7 +24,7 @@ class PlayerLink {
   virtual PlayerHandle Find() = 0;
 
   /// Starts the player's program, minimized and without focus, and returns without waiting for it.
-  /// On Linux, if a player is already running, returns true and starts no second one.
+  /// On Linux, if a player is already running, returns true and does not start a second one.
   /// \returns whether the program was started or is running
   virtual bool Start(const std::string& program) = 0;
 
@@ -38,7 +38,7 @@ class PlayerLink {
   virtual bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) = 0;
 
   /// Whether a player that was found is still running.
-  virtual bool IsThere(PlayerHandle player) = 0;
+  virtual bool IsRunning(PlayerHandle player) = 0;
 
   /// Converts a path to the encoding that the player expects. On Windows this is the system's ANSI
   /// code page; a path that it cannot represent is replaced by its short (8.3) form. On Linux the

@@ -77,7 +77,7 @@ class SocketLink : public PlayerLink {
       const std::array<std::string, 1> arguments{"--listen"};
       just_started_ = Spawn(program, arguments, listening.descriptor()) != 0;
       if (just_started_) return true;
-      // Remove the socket, so that nobody waits for a player that will never answer.
+      // Remove the socket, so that no client waits for a player that will never answer.
       unlink(path.c_str());
       return false;
     } catch (const FileError& error) {
@@ -106,7 +106,7 @@ class SocketLink : public PlayerLink {
     return answer != kListIsFull;
   }
 
-  bool IsThere(PlayerHandle player) override {
+  bool IsRunning(PlayerHandle player) override {
     return player == handle_ && connection_ && connection_->IsUsable();
   }
 

@@ -149,7 +149,7 @@ TEST_F(LinuxPlayer, APlayerStartedByHandIsUsed) {
   command = path + " 2> '" + (folder / "said") + "'";
   EXPECT_NE(std::system(command.c_str()), 0);
   ASSERT_EQ(Lines("said").size(), 1U);
-  EXPECT_NE(Lines("said")[0].find("one runs already"), std::string::npos);
+  EXPECT_NE(Lines("said")[0].find("another player is already running"), std::string::npos);
 }
 
 TEST_F(LinuxPlayer, ANameWithAnyBytesIsPlayed) {
@@ -278,7 +278,7 @@ TEST_F(LinuxPlayer, HandOverReportsAPlayerThatExitsOrIsKilled) {
   for (const std::string& said : messages.Take())
     EXPECT_TRUE(said == "Couldn't find WinAMP's Window" ||
                 said ==
-                    "The player has ended: it took 0 of the 3 songs. Play them again to restart "
+                    "The player has ended: it accepted 0 of 3 songs. Play them again to restart "
                     "the player.")
         << said;
   ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
@@ -286,7 +286,7 @@ TEST_F(LinuxPlayer, HandOverReportsAPlayerThatExitsOrIsKilled) {
   Panel killer([&] { kill(LastPid(), SIGKILL); });
   HandOver(songs, tallow.library, player, messages.Shower(), killer);
   EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
-  EXPECT_EQ(messages.Take(), Texts{"The player has ended: it took 1 of the 3 songs. Play them "
+  EXPECT_EQ(messages.Take(), Texts{"The player has ended: it accepted 1 of 3 songs. Play them "
                                    "again to restart the player."});
   ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
   HandOver(songs, tallow.library, player, messages.Shower(), quiet);

@@ -104,7 +104,7 @@ class WindowLink : public PlayerLink {
     return true;
   }
 
-  bool IsThere(PlayerHandle player) override {
+  bool IsRunning(PlayerHandle player) override {
     return IsWindow(reinterpret_cast<HWND>(player)) != FALSE;
   }
 

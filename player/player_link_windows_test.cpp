@@ -11,7 +11,7 @@ using Texts = std::vector<std::string>;
 TEST_F(OtherPlayer, StartsMinimizedWithoutTheFocus) {
   ASSERT_TRUE(player.StartWinamp());
   ASSERT_TRUE(WaitUntil([&] { return player.FindWinamp(); }));
-  EXPECT_EQ(Heard(), Texts{"started " + std::to_string(SW_SHOWMINNOACTIVE)});
+  EXPECT_EQ(ReceivedMessages(), Texts{"started " + std::to_string(SW_SHOWMINNOACTIVE)});
 }
 
 TEST_F(OtherPlayer, AnswersAcrossProcesses) {

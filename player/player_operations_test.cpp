@@ -28,11 +28,11 @@ class OtherPlayer : public RealPlayer {
     StartPlayer();
     Play({song});
     EXPECT_EQ(player.GetTrackLength(), 60);
-    Heard();
+    ReceivedMessages();
   }
-  Texts Heard() {
+  Texts ReceivedMessages() {
     Texts lines = Lines("log");
-    const std::size_t before = std::exchange(heard_, lines.size());
+    const std::size_t before = std::exchange(lines_read_, lines.size());
     lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(before));
     return lines;
   }
@@ -40,7 +40,7 @@ class OtherPlayer : public RealPlayer {
   std::string song;
 
  private:
-  std::size_t heard_ = 0;
+  std::size_t lines_read_ = 0;
 };
 #endif
 
@@ -55,7 +55,7 @@ TEST_F(OtherPlayer, ReceivesEveryOperationAsItsMessage) {
   const std::string length = "1024 1 105";
   struct Operation {
     std::function<void()> run;
-    Texts heard;
+    Texts received;
   };
   const std::vector<Operation> operations = {
       {[&] { player.SendWinampCommand(40046); }, {"273 40046 0"}},
@@ -87,9 +87,9 @@ TEST_F(OtherPlayer, ReceivesEveryOperationAsItsMessage) {
       {[&] { player.ClearWinampPlaylist(); }, {"1024 0 101"}},
       {[&] { player.SendWinampCommand(40001); }, {"273 40001 0"}},
   };
-  for (const auto& [run, heard] : operations) {
+  for (const auto& [run, received] : operations) {
     run();
-    EXPECT_EQ(Heard(), heard);
+    EXPECT_EQ(ReceivedMessages(), received);
   }
   EXPECT_TRUE(messages.shown.empty());
 }
@@ -98,7 +98,7 @@ TEST_F(OtherPlayer, AfterItWasClosedMessagesAreDropped) {
   StartSong();
   player.SendWinampCommand(kClosePlayer);
   ASSERT_TRUE(WaitUntil([&] { return link->Find() == 0; }));
-  Heard();
+  ReceivedMessages();
   // Operations still use the window that was found before.
   EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
   EXPECT_EQ(player.GetTrackPosition(), 0);
@@ -106,7 +106,7 @@ TEST_F(OtherPlayer, AfterItWasClosedMessagesAreDropped) {
   player.AddFileToWinamp(song);
   player.SendWinampCommand(kPlay);
   EXPECT_TRUE(messages.shown.empty());
-  EXPECT_EQ(Heard(), Texts{});
+  EXPECT_EQ(ReceivedMessages(), Texts{});
   EXPECT_FALSE(player.FindWinamp());
 }
 

@@ -84,14 +84,13 @@ class FileChecks {
 };
 
 void ShowListIsFull(std::size_t added, std::size_t all, const ShowMessage& show) {
-  show({.text = "The player's list is full: it took " + std::to_string(added) + " of the " +
-                std::to_string(all) +
-                " songs. Play fewer songs at once, and the others after them.",
+  show({.text = "The player's list is full: it accepted " + std::to_string(added) + " of " +
+                std::to_string(all) + " songs. Play fewer songs at once.",
         .title = "Error"});
 }
 
 void ShowPlayerHasEnded(std::size_t added, std::size_t all, const ShowMessage& show) {
-  show({.text = "The player has ended: it took " + std::to_string(added) + " of the " +
+  show({.text = "The player has ended: it accepted " + std::to_string(added) + " of " +
                 std::to_string(all) + " songs. Play them again to restart the player.",
         .title = "Error"});
 }
@@ -177,7 +176,7 @@ class HandOverRun {
   /// \throws Stopped when the list is full or the player has ended
   void Add(const std::string& path) {
     if (!player_.AddFileToWinamp(path)) Stop(StopReason::kListIsFull);
-    if (!player_.IsThere()) Stop(StopReason::kPlayerHasEnded);
+    if (!player_.IsRunning()) Stop(StopReason::kPlayerHasEnded);
     ++added_;
   }
 

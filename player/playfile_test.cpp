@@ -67,8 +67,8 @@ TEST_F(Playfile, WhenTheListIsFullTheSongsThatFitArePlayedAndAMessageIsShown) {
   EXPECT_EQ(link.files, 3U);
   EXPECT_EQ(link.Take().back(), "panel done");
   EXPECT_EQ(messages.Take(),
-            Texts{"The player's list is full: it took 3 of the 5 songs. Play fewer songs at once, "
-                  "and the others after them."});
+            Texts{"The player's list is full: it accepted 3 of 5 songs. Play fewer songs at "
+                  "once."});
 }
 
 TEST_F(Playfile, WhenNoSongFitsNothingIsPlayedAndAMessageIsShown) {
@@ -78,8 +78,8 @@ TEST_F(Playfile, WhenNoSongFitsNothingIsPlayedAndAMessageIsShown) {
   Play({1, 2});
   EXPECT_EQ(link.files, 1U);
   EXPECT_EQ(messages.Take(),
-            Texts{"The player's list is full: it took 0 of the 2 songs. Play fewer songs at once, "
-                  "and the others after them."});
+            Texts{"The player's list is full: it accepted 0 of 2 songs. Play fewer songs at "
+                  "once."});
 }
 
 TEST_F(Playfile, WhenThePlayerEndsAMessageIsShownAndNothingMoreIsSent) {
@@ -87,7 +87,7 @@ TEST_F(Playfile, WhenThePlayerEndsAMessageIsShownAndNothingMoreIsSent) {
   link.ends_at = 3;
   Play({1, 2, 3, 4});
   EXPECT_EQ(link.files, 3U);
-  EXPECT_EQ(messages.Take(), Texts{"The player has ended: it took 2 of the 4 songs. Play them "
+  EXPECT_EQ(messages.Take(), Texts{"The player has ended: it accepted 2 of 4 songs. Play them "
                                    "again to restart the player."});
 }
 

@@ -15,8 +15,8 @@ namespace tallow {
 /// If no player has been found yet, an operation looks for one first; this also finds a player that
 /// is already running, for example from an earlier run of Tallow. If there is none, nothing is
 /// sent, the message "WinAMP window not found yet..." is shown, and queries return an empty text or
-/// 0. The class does not detect that the player has ended since it was found; messages to it are
-/// then dropped.
+/// 0. An operation does not check whether the player that was found has ended meanwhile; messages
+/// to an ended player are dropped.
 class WinAMP_Control {
  public:
   /// \param link        must outlive this object
@@ -37,11 +37,11 @@ class WinAMP_Control {
   void SendWinampCommand(std::int32_t id);
   void ClearWinampPlaylist();
   /// Whether the player that was found last is still running.
-  bool IsThere() { return window_ != 0 && link_.IsThere(window_); }
+  bool IsRunning() { return window_ != 0 && link_.IsRunning(window_); }
   /// Looks for a player again if the one found last has ended. Call this before a command of the
   /// user.
   void FindAgainIfEnded() {
-    if (window_ != 0 && !IsThere()) FindWinamp();
+    if (window_ != 0 && !IsRunning()) FindWinamp();
   }
   /// Appends a file to the player's list.
   /// \returns false when the player's list is full

@@ -37,7 +37,7 @@ class RecordedLink : public PlayerLink {
     handles.push_back(player);
     return files++ < max_files;
   }
-  bool IsThere(PlayerHandle /*player*/) override { return files < ends_at; }
+  bool IsRunning(PlayerHandle /*player*/) override { return files < ends_at; }
   std::string TextOfPath(const std::string& path) const override { return path; }
 
   /// The messages since the last call.

@@ -42,14 +42,14 @@ class OtherPlayer : public testing::Test {
     player.AddFileToWinamp(song);
     player.SendWinampCommand(kPlay);
     EXPECT_EQ(player.GetTrackLength(), 60);
-    Heard();
+    ReceivedMessages();
   }
   /// The messages that the player received since the last call, in order.
-  std::vector<std::string> Heard() {
+  std::vector<std::string> ReceivedMessages() {
     std::vector<std::string> lines;
     std::istringstream text(ReadWholeFile(folder / "log").value_or(""));
     for (std::string line; std::getline(text, line);) lines.push_back(line);
-    const std::size_t before = std::exchange(heard_, lines.size());
+    const std::size_t before = std::exchange(lines_read_, lines.size());
     lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(before));
     return lines;
   }
@@ -67,7 +67,7 @@ class OtherPlayer : public testing::Test {
   WinAMP_Control player{*link, [this] { return path; }, messages.Shower()};
 
  private:
-  std::size_t heard_ = 0;
+  std::size_t lines_read_ = 0;
 };
 
 }  // namespace tallow

@@ -20,7 +20,7 @@ TEST(AtomicFile, MakesAndReplacesAFile) {
   EXPECT_FALSE(FileExists(path + ".new"));
 }
 
-TEST(AtomicFile, AFolderThatIsGoneIsAnErrorThatNamesTheFile) {
+TEST(AtomicFile, AMissingFolderIsAnErrorThatNamesTheFile) {
   const TempFolder folder;
   const std::string path = folder / "gone/a.lmz";
   try {
@@ -57,7 +57,7 @@ TEST(AtomicFile, TheBackupIsACopyBesideTheFile) {
 }
 
 #ifndef _WIN32
-TEST(AtomicFile, ALinkStaysAndItsFileIsReplaced) {
+TEST(AtomicFile, WritingThroughALinkReplacesItsTarget) {
   const TempFolder folder;
   const std::string real = folder.File("elsewhere/real.lmz", "old");
   std::filesystem::create_symlink(real, folder / "link.lmz");

@@ -68,7 +68,7 @@ class BatchThreads {
       job = StoreAndContinue(*job, AnswerOf(job->question));
   }
 
-  /// Waits until a batch is done, and removes its answers from number `first` on.
+  /// Waits until a batch is done, and removes its answers from index `first` on.
   Delivery WaitFor(std::size_t slot, std::size_t first) {
     std::unique_lock lock(mutex_);
     const Batch& batch = slots_[slot];
@@ -99,7 +99,7 @@ class BatchThreads {
   /// Gives up a question: abandons its thread, and queues the rest of its batch for another one.
   ///
   /// \param index   of the question in its batch
-  /// \param instead its answer
+  /// \param instead the answer to store for it
   /// \returns false when the question was answered meanwhile, or has not been begun
   bool GiveUp(std::size_t slot, std::size_t index, Answer instead) {
     const std::lock_guard lock(mutex_);

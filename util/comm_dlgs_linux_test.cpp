@@ -13,7 +13,7 @@
 namespace tallow {
 namespace {
 
-TEST(FileCheckOnLinux, ErrorsHaveTheirNumbers) {
+TEST(FileCheckOnLinux, SystemErrorsMapToErrorNumbers) {
   const std::pair<unsigned long, std::int64_t> absent[] = {
       {ENOENT, 53}, {ENOTDIR, 76}, {ENODEV, 68}, {ENXIO, 68}};
   for (const auto& [error, number] : absent) {

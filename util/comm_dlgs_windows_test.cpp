@@ -8,7 +8,7 @@
 namespace tallow {
 namespace {
 
-TEST(FileCheckOnWindows, ErrorsHaveTheirNumbers) {
+TEST(FileCheckOnWindows, SystemErrorsMapToErrorNumbers) {
   const std::pair<DWORD, std::int64_t> absent[] = {
       {ERROR_FILE_NOT_FOUND, 53}, {ERROR_PATH_NOT_FOUND, 76}, {ERROR_INVALID_DRIVE, 76},
       {ERROR_BAD_NETPATH, 76},    {ERROR_BAD_NET_NAME, 76},   {ERROR_NOT_READY, 68},

@@ -38,8 +38,8 @@ void Become(const char* path, char* const* arguments, int handed) noexcept {
   const pid_t program = _Fork();
   if (program != 0) _exit(program < 0 ? 1 : 0);
   const pid_t self = getpid();
-  const bool told = write(writing, &self, sizeof self) == sizeof self;
-  if (told) Become(path, arguments, handed);
+  const bool is_sent = write(writing, &self, sizeof self) == sizeof self;
+  if (is_sent) Become(path, arguments, handed);
   const pid_t failed = 0;
   _exit(write(writing, &failed, sizeof failed) == sizeof failed ? 127 : 126);
 }

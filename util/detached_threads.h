@@ -8,8 +8,8 @@
 
 namespace tallow {
 
-/// How long a reader waits at its end for busy worker threads before it abandons them. No window
-/// events are processed meanwhile.
+/// How long an object that stops its worker threads waits for the busy ones before it abandons
+/// them. No window events are processed meanwhile.
 inline constexpr std::chrono::milliseconds kAbandonAfter{80};
 
 /// The detached threads that work for an object and keep it alive, because a call on a disk that

@@ -29,11 +29,11 @@ class TypeMismatchError : public std::runtime_error {
   std::string value_;
 };
 
-/// A number is too large for its integer type.
+/// A number is out of the range of its integer type.
 class OverflowError : public std::runtime_error {
  public:
   explicit OverflowError(std::string_view value)
-      : std::runtime_error(Quoted(value) + " is too large a number"), value_(value) {}
+      : std::runtime_error(Quoted(value) + " is out of range"), value_(value) {}
   /// The text as it was read.
   const std::string& value() const noexcept { return value_; }
 

@@ -21,7 +21,7 @@ class FileLock {
 
   /// Tries to lock the file, which is created when it does not exist. Does not wait.
   /// \param path of a file whose content does not matter; the file is not deleted afterwards
-  Answer Take(const std::string& path);
+  Answer Acquire(const std::string& path);
 
  private:
   struct File;

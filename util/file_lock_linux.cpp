@@ -16,7 +16,7 @@ struct FileLock::File : OpenFile {
 FileLock::FileLock() = default;
 FileLock::~FileLock() = default;
 
-FileLock::Answer FileLock::Take(const std::string& path) {
+FileLock::Answer FileLock::Acquire(const std::string& path) {
   // Retry when the file is deleted or replaced between open() and flock().
   constexpr int kMaxTries = 10;
   for (int tried = 0; tried < kMaxTries; ++tried) {

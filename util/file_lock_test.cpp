@@ -16,24 +16,24 @@ TEST(FileLockTest, OnlyOneObjectHoldsTheLock) {
   FileLock second;
   {
     FileLock first;
-    EXPECT_EQ(first.Take(path), Answer::kHeld);
-    EXPECT_EQ(second.Take(path), Answer::kInUse);
-    EXPECT_EQ(second.Take(folder / "other.lock"), Answer::kHeld);
+    EXPECT_EQ(first.Acquire(path), Answer::kHeld);
+    EXPECT_EQ(second.Acquire(path), Answer::kInUse);
+    EXPECT_EQ(second.Acquire(folder / "other.lock"), Answer::kHeld);
   }
-  EXPECT_EQ(second.Take(path), Answer::kHeld);
+  EXPECT_EQ(second.Acquire(path), Answer::kHeld);
 }
 
 TEST(FileLockTest, AnExistingFileCanBeLocked) {
   TempFolder folder;
   folder.File("it.lock");
   FileLock lock;
-  EXPECT_EQ(lock.Take(folder / "it.lock"), Answer::kHeld);
+  EXPECT_EQ(lock.Acquire(folder / "it.lock"), Answer::kHeld);
 }
 
 TEST(FileLockTest, AFileThatCannotBeCreatedIsImpossible) {
   TempFolder folder;
   FileLock lock;
-  EXPECT_EQ(lock.Take(folder / "none/it.lock"), Answer::kImpossible);
+  EXPECT_EQ(lock.Acquire(folder / "none/it.lock"), Answer::kImpossible);
 }
 
 }  // namespace

@@ -14,8 +14,8 @@ struct FileLock::File : OpenHandle {
 FileLock::FileLock() = default;
 FileLock::~FileLock() = default;
 
-FileLock::Answer FileLock::Take(const std::string& path) {
-  // A file opened without sharing cannot be opened by anybody else.
+FileLock::Answer FileLock::Acquire(const std::string& path) {
+  // A file opened without sharing cannot be opened again until it is closed.
   const HANDLE handle = CreateFileW(ToWidePath(path).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
                                     nullptr, OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (handle == INVALID_HANDLE_VALUE)

@@ -88,20 +88,20 @@ TEST(MatchesFilePattern, IgnoresCaseAsAFileSystemDoes) {
 }
 
 /// Reference implementation: plain recursion over characters.
-bool LiteralLike(const std::u32string& text, std::size_t t, const std::u32string& pattern,
-                 std::size_t p) {
+bool ReferenceLike(const std::u32string& text, std::size_t t, const std::u32string& pattern,
+                   std::size_t p) {
   if (p == pattern.size()) return t == text.size();
   const char32_t c = pattern[p];
   if (c == U'*') {
     for (std::size_t k = t; k <= text.size(); ++k)
-      if (LiteralLike(text, k, pattern, p + 1)) return true;
+      if (ReferenceLike(text, k, pattern, p + 1)) return true;
     return false;
   }
   if (c == U'[') {
     const std::size_t close = pattern.find(U']', p + 1);
     if (close != std::u32string::npos) {
       std::u32string list = pattern.substr(p + 1, close - p - 1);
-      if (list.empty()) return LiteralLike(text, t, pattern, close + 1);
+      if (list.empty()) return ReferenceLike(text, t, pattern, close + 1);
       if (t == text.size()) return false;
       const bool negated = list.size() > 1 && list[0] == U'!';
       if (negated) list.erase(0, 1);
@@ -114,12 +114,12 @@ bool LiteralLike(const std::u32string& text, std::size_t t, const std::u32string
           in = in || list[k] == text[t];
         }
       }
-      return in != negated && LiteralLike(text, t + 1, pattern, close + 1);
+      return in != negated && ReferenceLike(text, t + 1, pattern, close + 1);
     }
   }
   if (t == text.size()) return false;
   const bool fits = c == U'?' || (c == U'#' ? text[t] >= U'0' && text[t] <= U'9' : c == text[t]);
-  return fits && LiteralLike(text, t + 1, pattern, p + 1);
+  return fits && ReferenceLike(text, t + 1, pattern, p + 1);
 }
 
 TEST(Like, AgreesWithPlainRecursionOnRandomPatterns) {
@@ -140,7 +140,7 @@ TEST(Like, AgreesWithPlainRecursionOnRandomPatterns) {
   for (int round = 0; round < 200000; ++round) {
     const std::u32string text = draw(text_letters, 5);
     const std::u32string pattern = draw(pattern_letters, 7);
-    const bool expected = LiteralLike(text, 0, pattern, 0);
+    const bool expected = ReferenceLike(text, 0, pattern, 0);
     matches += expected;
     ASSERT_EQ(Like(bytes(text), bytes(pattern)), expected)
         << bytes(text) << " / " << bytes(pattern);

@@ -43,7 +43,7 @@ TEST(ConvertToInt32, RejectsANumberThatDoesNotFit) {
   try {
     ConvertToInt32("2147483648");
   } catch (const OverflowError& error) {
-    EXPECT_STREQ(error.what(), "'2147483648' is too large a number");
+    EXPECT_STREQ(error.what(), "'2147483648' is out of range");
   }
 }
 

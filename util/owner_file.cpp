@@ -92,15 +92,15 @@ OwnerFile::~OwnerFile() {
   RemoveFile(path_);
 }
 
-OwnerFile::Answer OwnerFile::Take(const std::string& path, Unknown unknown) {
+OwnerFile::Answer OwnerFile::Acquire(const std::string& path, Unknown unknown) {
   content_ = OwnerText(ThisProcess());
   unknown_ = unknown;
-  const Answer answer = TakeAt(path, 0);
+  const Answer answer = AcquireAt(path, 0);
   if (answer == Answer::kHeld) path_ = path;
   return answer;
 }
 
-OwnerFile::Answer OwnerFile::TakeAt(const std::string& path, int claims) {
+OwnerFile::Answer OwnerFile::AcquireAt(const std::string& path, int claims) {
   for (int tried = 0; tried < kMaxTries; ++tried) {
     const CreateResult made = MakeExclusiveFile(path, content_);
     if (made == CreateResult::kMade) return Answer::kHeld;
@@ -125,7 +125,7 @@ OwnerFile::Answer OwnerFile::Replace(const std::string& path,
   if (claims == kMaxClaims) return Answer::kUnknown;
   const std::string claim = path + ".claim";
   // If the claim file cannot be created, the owner file cannot be replaced either.
-  const Answer claimed = TakeAt(claim, claims + 1);
+  const Answer claimed = AcquireAt(claim, claims + 1);
   if (claimed != Answer::kHeld) return claimed;
   Answer answer = Answer::kInUse;
   if (state == ProcessState::kUnknown && unknown_ == Unknown::kStays) {

@@ -50,10 +50,10 @@ class OwnerFile {
   ~OwnerFile();
 
   /// Tries to become the owner of the file. Waits at most a tenth of a second.
-  Answer Take(const std::string& path, Unknown unknown);
+  Answer Acquire(const std::string& path, Unknown unknown);
 
  private:
-  Answer TakeAt(const std::string& path, int claims);
+  Answer AcquireAt(const std::string& path, int claims);
   Answer Replace(const std::string& path, const std::optional<std::string>& seen,
                  ProcessState state, int claims);
 

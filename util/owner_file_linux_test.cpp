@@ -23,20 +23,20 @@ using Unknown = OwnerFile::Unknown;
 class Holder {
  public:
   explicit Holder(const std::string& path) {
-    int told[2];
-    EXPECT_EQ(pipe(told), 0);
+    int pipe_ends[2];
+    EXPECT_EQ(pipe(pipe_ends), 0);
     child_ = fork();
     if (child_ == 0) {
       OwnerFile owner;
-      const char held = owner.Take(path, Unknown::kStays) == Answer::kHeld ? 'y' : 'n';
-      if (write(told[1], &held, 1) == 1) pause();
+      const char held = owner.Acquire(path, Unknown::kStays) == Answer::kHeld ? 'y' : 'n';
+      if (write(pipe_ends[1], &held, 1) == 1) pause();
       _exit(1);
     }
     char held = 0;
-    EXPECT_EQ(read(told[0], &held, 1), 1);
+    EXPECT_EQ(read(pipe_ends[0], &held, 1), 1);
     EXPECT_EQ(held, 'y');
-    close(told[0]);
-    close(told[1]);
+    close(pipe_ends[0]);
+    close(pipe_ends[1]);
   }
   ~Holder() { waitpid(child_, nullptr, 0); }
   void Kill() const { kill(child_, SIGKILL); }
@@ -50,10 +50,10 @@ TEST(OwnerFileLinux, AFileOfAKilledZombieProcessIsReplaced) {
   const std::string path = folder / "it.owner";
   const Holder holder(path);
   OwnerFile owner;
-  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kInUse);
-  EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kInUse);
+  EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kInUse);
+  EXPECT_EQ(owner.Acquire(path, Unknown::kIsReplaced), Answer::kInUse);
   holder.Kill();
-  EXPECT_TRUE(WaitUntil([&] { return owner.Take(path, Unknown::kStays) == Answer::kHeld; }));
+  EXPECT_TRUE(WaitUntil([&] { return owner.Acquire(path, Unknown::kStays) == Answer::kHeld; }));
 }
 
 TEST(OwnerFileLinux, AProcessOfAnEarlierBootHasEnded) {
@@ -93,8 +93,8 @@ TEST(OwnerFileLinux, LinksAndFifosAreNeitherFollowedNorWaitedFor) {
   for (int kind = 0; kind < 3; ++kind) {
     ASSERT_EQ(make(kind), 0);
     OwnerFile owner;
-    EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kUnknown) << kind;
-    EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kHeld) << kind;
+    EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kUnknown) << kind;
+    EXPECT_EQ(owner.Acquire(path, Unknown::kIsReplaced), Answer::kHeld) << kind;
     EXPECT_EQ(ReadOwner(path), ThisProcess());
   }
   EXPECT_FALSE(FileExists(folder / "nowhere"));
@@ -109,7 +109,7 @@ TEST(OwnerFileLinux, AnOldFileInAReadOnlyFolderLocksNobodyOut) {
   {
     const AsNobody nobody;
     OwnerFile owner;
-    EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kImpossible);
+    EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kImpossible);
   }
   chmod(folder.path().c_str(), 0700);
 }
@@ -118,13 +118,13 @@ TEST(FileLockLinux, ANonRegularFileIsNeitherLockedNorWaitedFor) {
   TempFolder folder;
   FileLock lock;
   ASSERT_EQ(mkfifo((folder / "fifo").c_str(), 0600), 0);
-  EXPECT_EQ(lock.Take(folder / "fifo"), FileLock::Answer::kImpossible);
+  EXPECT_EQ(lock.Acquire(folder / "fifo"), FileLock::Answer::kImpossible);
   ASSERT_EQ(symlink("/dev/null", (folder / "device").c_str()), 0);
-  EXPECT_EQ(lock.Take(folder / "device"), FileLock::Answer::kImpossible);
+  EXPECT_EQ(lock.Acquire(folder / "device"), FileLock::Answer::kImpossible);
   folder.Folder("folder");
-  EXPECT_EQ(lock.Take(folder / "folder"), FileLock::Answer::kImpossible);
+  EXPECT_EQ(lock.Acquire(folder / "folder"), FileLock::Answer::kImpossible);
   ASSERT_EQ(symlink("loop", (folder / "loop").c_str()), 0);
-  EXPECT_EQ(lock.Take(folder / "loop"), FileLock::Answer::kImpossible);
+  EXPECT_EQ(lock.Acquire(folder / "loop"), FileLock::Answer::kImpossible);
 }
 
 }  // namespace

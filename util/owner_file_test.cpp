@@ -45,7 +45,7 @@ class OwnerFileTest : public testing::Test {
       threads.emplace_back([&, k] {
         ++ready;
         while (ready < kMany) std::this_thread::yield();
-        answers[k] = owners[k].Take(path, Unknown::kStays);
+        answers[k] = owners[k].Acquire(path, Unknown::kStays);
       });
     for (std::thread& thread : threads) thread.join();
     return answers;
@@ -55,7 +55,7 @@ class OwnerFileTest : public testing::Test {
 TEST_F(OwnerFileTest, NamesThisProcessAndRemovesTheFileAtTheEnd) {
   {
     OwnerFile owner;
-    EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
+    EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kHeld);
     EXPECT_EQ(ReadOwner(path), ThisProcess());
     EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
   }
@@ -66,17 +66,17 @@ TEST_F(OwnerFileTest, OnlyOneObjectOwnsTheFile) {
   OwnerFile second;
   {
     OwnerFile first;
-    EXPECT_EQ(first.Take(path, Unknown::kStays), Answer::kHeld);
-    EXPECT_EQ(second.Take(path, Unknown::kStays), Answer::kInUse);
-    EXPECT_EQ(second.Take(path, Unknown::kIsReplaced), Answer::kInUse);
+    EXPECT_EQ(first.Acquire(path, Unknown::kStays), Answer::kHeld);
+    EXPECT_EQ(second.Acquire(path, Unknown::kStays), Answer::kInUse);
+    EXPECT_EQ(second.Acquire(path, Unknown::kIsReplaced), Answer::kInUse);
   }
-  EXPECT_EQ(second.Take(path, Unknown::kStays), Answer::kHeld);
+  EXPECT_EQ(second.Acquire(path, Unknown::kStays), Answer::kHeld);
 }
 
 TEST_F(OwnerFileTest, AFileOfAnEndedProcessIsReplaced) {
   folder.File("it.owner", OwnerText(EndedProcess()));
   OwnerFile owner;
-  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
+  EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kHeld);
   EXPECT_EQ(ReadOwner(path), ThisProcess());
   EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
 }
@@ -103,16 +103,16 @@ TEST_F(OwnerFileTest, AClaimOfAKilledProcessIsReplaced) {
   folder.File("it.owner.claim", OwnerText(EndedProcess()));
   folder.File("it.owner.new", "Tall");
   OwnerFile owner;
-  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
+  EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kHeld);
   EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
 }
 
 TEST_F(OwnerFileTest, AClaimOfARunningProcessIsRespected) {
   folder.File("it.owner", OwnerText(EndedProcess()));
   OwnerFile claim;
-  ASSERT_EQ(claim.Take(path + ".claim", Unknown::kStays), Answer::kHeld);
+  ASSERT_EQ(claim.Acquire(path + ".claim", Unknown::kStays), Answer::kHeld);
   OwnerFile owner;
-  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kInUse);
+  EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kInUse);
   EXPECT_EQ(ReadOwner(path), EndedProcess());
 }
 
@@ -122,12 +122,12 @@ TEST_F(OwnerFileTest, AFileOfAnotherComputerStaysUnlessReplacingIsRequested) {
   folder.File("it.owner", OwnerText(far));
   {
     OwnerFile owner;
-    EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kUnknown);
+    EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kUnknown);
   }
   EXPECT_EQ(ReadOwner(path), far);
   EXPECT_EQ(Files(), std::vector<std::string>{"it.owner"});
   OwnerFile owner;
-  EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kHeld);
+  EXPECT_EQ(owner.Acquire(path, Unknown::kIsReplaced), Answer::kHeld);
   EXPECT_EQ(ReadOwner(path), ThisProcess());
 }
 
@@ -143,25 +143,25 @@ TEST_F(OwnerFileTest, AnUnreadableFileStaysUnlessReplacingIsRequested) {
     folder.File("it.owner", content);
     {
       OwnerFile owner;
-      EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kUnknown);
+      EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kUnknown);
     }
     EXPECT_EQ(ReadWholeFile(path), content);
     OwnerFile owner;
-    EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kHeld);
+    EXPECT_EQ(owner.Acquire(path, Unknown::kIsReplaced), Answer::kHeld);
   }
 }
 
 TEST_F(OwnerFileTest, AFolderOfThatNameStays) {
   folder.Folder("it.owner");
   OwnerFile owner;
-  EXPECT_EQ(owner.Take(path, Unknown::kStays), Answer::kUnknown);
-  EXPECT_EQ(owner.Take(path, Unknown::kIsReplaced), Answer::kImpossible);
+  EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kUnknown);
+  EXPECT_EQ(owner.Acquire(path, Unknown::kIsReplaced), Answer::kImpossible);
   EXPECT_TRUE(Files().empty());
 }
 
 TEST_F(OwnerFileTest, AFileThatCannotBeCreatedIsImpossible) {
   OwnerFile owner;
-  EXPECT_EQ(owner.Take(folder / "none/it.owner", Unknown::kStays), Answer::kImpossible);
+  EXPECT_EQ(owner.Acquire(folder / "none/it.owner", Unknown::kStays), Answer::kImpossible);
 }
 
 TEST_F(OwnerFileTest, AFileThatAnotherOwnerHasCreatedMeanwhileIsNotRemoved) {
@@ -169,7 +169,7 @@ TEST_F(OwnerFileTest, AFileThatAnotherOwnerHasCreatedMeanwhileIsNotRemoved) {
   far.host += "2";
   {
     OwnerFile owner;
-    ASSERT_EQ(owner.Take(path, Unknown::kStays), Answer::kHeld);
+    ASSERT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kHeld);
     folder.File("it.owner", OwnerText(far));
   }
   EXPECT_EQ(ReadOwner(path), far);

@@ -13,7 +13,8 @@ extern const char kSeparator;
 /// The key for comparing paths or parts of paths: lower case where file names are case-insensitive.
 std::string PathKey(std::string_view path);
 
-/// PathKey without a copy where a path is its own key; elsewhere the key is appended to `keys`.
+/// Like PathKey, but avoids the copy where a path is its own key; elsewhere the key is appended to
+/// `keys`.
 /// \returns a view of the path or of the appended text
 std::string_view PathKeyView(std::string_view path, std::deque<std::string>& keys);
 
@@ -27,7 +28,7 @@ bool IsSamePathText(std::string_view path, std::string_view other);
 /// Appends the separator unless the path already ends in one. An empty path becomes the separator.
 std::string EnsureTrailingBackslash(std::string_view path);
 
-/// The name of a file without its folder and without its last four characters (the point and a
+/// The name of a file without its folder and without its last four characters (the dot and a
 /// three-letter extension). Blanks at both ends of the path are removed first. A name of fewer than
 /// four characters gives the empty text.
 std::string FileTitleWithoutExtension(std::string_view path);

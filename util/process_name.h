@@ -13,7 +13,7 @@ struct ProcessName {
   std::string machine;
   /// The scope of the process id: on Linux one boot of the system and one process namespace (a
   /// container has its own), on Windows "windows". A process id of another boot means nothing; the
-  /// state of a process in another namespace cannot be found out.
+  /// state of a process in another namespace cannot be determined.
   std::string run;
   std::string process_set;    ///< the process namespace, see run
   std::uint64_t process = 0;  ///< the process id, which is reused after the process has ended

@@ -59,7 +59,7 @@ ProcessState StateOf(const ProcessName& process) {
   if (opened == nullptr)
     return GetLastError() == ERROR_INVALID_PARAMETER ? ProcessState::kGone : ProcessState::kUnknown;
   const OpenHandle handle(opened);
-  // An ended process can still be opened while somebody holds a handle to it.
+  // An ended process can still be opened while a process holds a handle to it.
   if (WaitForSingleObject(opened, 0) == WAIT_OBJECT_0) return ProcessState::kGone;
   const std::uint64_t started = StartOf(opened);
   if (started == 0) return ProcessState::kUnknown;

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <random>
 
-#include "tests/literal_quicksort.h"
+#include "tests/reference_quicksort.h"
 #include "tests/text_rows.h"
 #include "util/errors.h"
 
@@ -118,7 +118,7 @@ std::string RandomCell(std::mt19937& random, bool numbers) {
   return cell;
 }
 
-TEST(Quicksort, AgreesWithTheLiteralStepsOnRandomTables) {
+TEST(Quicksort, AgreesWithTheReferenceOnRandomTables) {
   std::mt19937 random(61);
   for (int round = 0; round < 2000; ++round) {
     const bool as_text = random() % 2 == 0;
@@ -131,7 +131,7 @@ TEST(Quicksort, AgreesWithTheLiteralStepsOnRandomTables) {
         lo + static_cast<std::int32_t>(random() %
                                        (table.rows.size() - static_cast<std::size_t>(lo) + 1)));
     Rows expected = table.rows;
-    LiteralQuicksort(expected, ascending, as_text, 1, 2).Sort(lo, hi);
+    ReferenceQuicksort(expected, ascending, as_text, 1, 2).Sort(lo, hi);
     (ascending
          ? (as_text ? SortCity::QuickSortStringsAscending : SortCity::QuickSortNumericAscending)
          : (as_text ? SortCity::QuickSortStringsDescending : SortCity::QuickSortNumericDecending))(
@@ -140,7 +140,7 @@ TEST(Quicksort, AgreesWithTheLiteralStepsOnRandomTables) {
   }
 }
 
-TEST(Quicksort, AnInvalidKeyLeavesTheSameOrderAsTheLiteralSteps) {
+TEST(Quicksort, AnInvalidKeyLeavesTheSameOrderAsTheReference) {
   std::mt19937 random(62);
   for (int round = 0; round < 500; ++round) {
     TextRows table;
@@ -149,7 +149,7 @@ TEST(Quicksort, AnInvalidKeyLeavesTheSameOrderAsTheLiteralSteps) {
     table.rows[random() % table.rows.size()][0] = "none";
     Rows expected = table.rows;
     const std::int32_t hi = CountOf(table);
-    EXPECT_THROW(LiteralQuicksort(expected, true, false, 1, 2).Sort(1, hi), TypeMismatchError);
+    EXPECT_THROW(ReferenceQuicksort(expected, true, false, 1, 2).Sort(1, hi), TypeMismatchError);
     EXPECT_THROW(SortCity::QuickSortNumericAscending(table, 1, hi, 1, 2), TypeMismatchError);
     ASSERT_EQ(table.rows, expected) << "round " << round;
   }

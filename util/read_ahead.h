@@ -17,16 +17,16 @@
 
 namespace tallow {
 
-/// Most and fewest worker threads that ReadAhead starts. Two even on one core, because the work is
-/// I/O-bound.
+/// Maximum and minimum number of worker threads that ReadAhead starts, unless there are fewer
+/// batches. The minimum is above one even on one core, because the work is I/O-bound.
 inline constexpr unsigned kMaxReaders = 8;
 inline constexpr unsigned kMinReaders = 2;
 
 /// One call of ReadAhead: the part that runs on the calling thread.
 ///
-/// Batch b goes into slot b modulo the number of slots. It is added once the batch that had the
-/// slot before has been consumed, so the worker threads are at most that many batches ahead. Only
-/// the calling thread accesses the members; what the worker threads share is in BatchThreads.
+/// Batch b uses slot b modulo the number of slots. It is queued once the previous batch of that
+/// slot has been consumed, so the worker threads run ahead by at most the number of slots. Only the
+/// calling thread accesses the members; what the worker threads share is in BatchThreads.
 template <typename Ask, typename Reply, typename Consume, typename Instead>
 class ReadAheadCall {
  public:
@@ -99,7 +99,7 @@ class ReadAheadCall {
     }
   }
 
-  /// Waits for the answers of a batch from number `first` on.
+  /// Waits for the answers of a batch, from index `first` on.
   Delivery WaitFor(std::size_t batch, std::size_t first) {
     if (running_ == 0) threads_->AnswerHere(SlotOf(batch));
     if (!waiting_) return threads_->WaitFor(SlotOf(batch), first);
@@ -155,7 +155,8 @@ class ReadAheadCall {
 /// \param consume consume(i, answer)
 /// \param waiting called repeatedly while the caller waits for the next answer, so that it can
 ///        process window events; may be empty
-/// \param instead instead(i) is the answer to a question that was given up
+/// \param instead instead(i) returns the answer to a question that was given up. It may be called
+///        for a question that is answered anyway, so it must have no side effects
 ///
 /// An exception thrown by any of these ends the work and is rethrown from this call. If the system
 /// cannot create threads, the questions are answered on the calling thread.

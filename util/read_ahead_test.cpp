@@ -84,7 +84,7 @@ TEST(ReadAhead, TheWaitingCallbackMayEndTheWork) {
                std::runtime_error);
 }
 
-TEST(ReadAhead, AFailingAnswerEndsTheWork) {
+TEST(ReadAhead, AnExceptionOfAWorkerIsRethrown) {
   std::size_t consumed = 0;
   EXPECT_THROW(ReadAhead(
                    1000, 4, Number,
@@ -97,7 +97,7 @@ TEST(ReadAhead, AFailingAnswerEndsTheWork) {
   EXPECT_EQ(consumed, 501U);
 }
 
-TEST(ReadAhead, AFailingQuestionEndsTheWork) {
+TEST(ReadAhead, AnExceptionOfAQuestionIsRethrown) {
   EXPECT_THROW(ReadAhead(
                    1000, 4,
                    [](std::size_t i) {

@@ -16,7 +16,7 @@ namespace {
 constexpr mode_t kOnlyTheUser = S_IRWXU;
 constexpr mode_t kAllOthers = S_IRWXG | S_IRWXO;
 
-/// Whether a path is a folder (not a link) that the user owns and that nobody else has access to.
+/// Whether a path is a folder (not a link) that the user owns and that only the user can access.
 bool IsPrivateFolder(const std::string& path) {
   struct stat status {};
   return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) &&
@@ -27,7 +27,7 @@ std::string MakePrivateFolder(const std::string& path) {
   if (mkdir(path.c_str(), kOnlyTheUser) != 0 && errno != EEXIST)
     throw FileError(path, std::strerror(errno));
   if (!IsPrivateFolder(path))
-    throw FileError(path, "it has to be a folder of yours that nobody else may enter");
+    throw FileError(path, "it must be a folder that you own and only you can access");
   return EnsureTrailingBackslash(path);
 }
 

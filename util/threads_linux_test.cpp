@@ -97,7 +97,7 @@ TEST_F(WithoutThreads, AnswersGoOnOnTheCallersThreadOnceNoWorkerThreadIsLeft) {
       },
       [](std::size_t i) { return i + 1000; });
   ASSERT_EQ(answers.size(), kCount);
-  // Each worker thread has begun one question, and those were given up.
+  // Each worker thread had started one question; these questions were given up.
   const std::size_t workers =
       std::clamp(std::thread::hardware_concurrency(), kMinReaders, kMaxReaders);
   for (std::size_t i = 0; i < kCount; ++i) EXPECT_EQ(answers[i], i < workers ? i + 1000 : i);

@@ -162,7 +162,7 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
   questions_.BeginWalk();
   const std::function<bool()> go_on = IdleCallback();
   const auto enter = [&](std::shared_ptr<TreeFolder> folder) {
-    if (!reader.Take(folder, go_on)) return;
+    if (!reader.WaitFor(folder, go_on)) return;
     if (request.AddToLibrary && !HoldsNoSongs(folder->path)) RememberIfUnread(request, *folder);
     if (!Visit(*folder)) return;
     reader.Enter(*folder);

@@ -48,7 +48,7 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
 
   /// Lists a folder on this thread. If another thread is listing it, lists other folders until that
   /// thread is done.
-  void Take(const FolderPointer& folder) {
+  void ListHere(const FolderPointer& folder) {
     Listed listed;
     while (FolderPointer next = StoreAndClaimForWalk(std::move(listed), folder))
       listed = Read(std::move(next));
@@ -291,10 +291,10 @@ std::shared_ptr<TreeFolder> FolderReader::Root(std::string_view folder) const {
   return root;
 }
 
-bool FolderReader::Take(const std::shared_ptr<TreeFolder>& folder,
-                        const std::function<bool()>& go_on) {
+bool FolderReader::WaitFor(const std::shared_ptr<TreeFolder>& folder,
+                           const std::function<bool()>& go_on) {
   if (go_on) return shared_->WaitFor(folder, go_on);
-  shared_->Take(folder);
+  shared_->ListHere(folder);
   return true;
 }
 

@@ -15,7 +15,7 @@ namespace tallow {
 /// A folder of a tree that a walk goes through.
 struct TreeFolder {
   std::string path;       ///< ends in a separator
-  FolderListing listing;  ///< valid once FolderReader::Take has returned true
+  FolderListing listing;  ///< valid once FolderReader::WaitFor has returned true
   /// The subfolders to enter, in the order of the listing, without links and mount points.
   std::vector<std::shared_ptr<TreeFolder>> subfolders;
 
@@ -29,10 +29,11 @@ struct TreeFolder {
 
 /// Lists the folders of a tree ahead of a depth-first walk.
 ///
-/// The walk takes the folders in its own order and on its own thread; worker threads meanwhile list
-/// the folders that the walk will reach next. A folder that the walk needs and no thread has begun
-/// is listed at once, so the result does not depend on the number of threads. A worker thread that
-/// waits for a disk that does not respond stays detached when the reader is destroyed.
+/// The walk visits the folders in its own order and on its own thread; worker threads meanwhile
+/// list the folders that the walk will reach next. A folder that the walk needs and no thread has
+/// begun to list is listed at once, so the result does not depend on the number of threads. A
+/// worker thread that waits for a disk that does not respond stays detached when the reader is
+/// destroyed.
 class FolderReader {
  public:
   /// Maximum length of a folder's path in bytes. A song's folder has to fit into a text of the
@@ -60,10 +61,10 @@ class FolderReader {
   ///              With a callback, this thread lists nothing itself, so a disk that does not
   ///              respond cannot block the window's events. May be empty
   /// \returns false when `go_on` stopped the wait before the folder was listed
-  bool Take(const std::shared_ptr<TreeFolder>& folder, const std::function<bool()>& go_on = {});
+  bool WaitFor(const std::shared_ptr<TreeFolder>& folder, const std::function<bool()>& go_on = {});
 
-  /// Tells the reader that the walk descends into a taken folder: lists its subfolders ahead from
-  /// now on.
+  /// Notifies the reader that the walk descends into a listed folder: lists its subfolders ahead
+  /// from now on.
   void Enter(TreeFolder& folder);
 
  private:

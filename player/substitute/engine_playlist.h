@@ -19,11 +19,11 @@ class EnginePlaylist {
   static constexpr std::size_t kMaxFollowing = 8;
 
   void Clear() noexcept;
-  /// The engine was told to replace its playlist by the current track.
+  /// Call this after sending the command that replaces the engine's playlist by the current track.
   void SetCurrent(CommandNumber load) noexcept;
-  /// The engine was told to append a track.
+  /// Call this after sending the command that appends a track.
   void AddFollowing(CommandNumber append);
-  /// The engine was told to remove all tracks except the current one.
+  /// Call this after sending the command that removes all tracks except the current one.
   void RemoveFollowing() noexcept { following_.clear(); }
 
   /// Stores the entry number that a reply contains, if the command has loaded one of the tracks.
@@ -45,7 +45,7 @@ class EnginePlaylist {
   }
   /// Number of tracks loaded in advance.
   std::size_t Following() const noexcept { return following_.size(); }
-  /// The engine has continued with the next track.
+  /// Call this after the engine has continued with the next track.
   void Advance() noexcept;
 
  private:

@@ -26,7 +26,7 @@ class LengthCallbacks {
   LengthCallbacks(const LengthCallbacks&) = delete;
   LengthCallbacks& operator=(const LengthCallbacks&) = delete;
 
-  /// A track was started whose length will be known soon.
+  /// Call this after starting a track whose length will be known soon.
   void DeferCalls() noexcept { deferred_ = true; }
   /// Calls a callback: at once, or by the next CallAll when calls are deferred.
   void CallWhenKnown(Callback callback);

@@ -6,8 +6,8 @@
 
 namespace tallow {
 
-// The two interfaces of MPRIS 2 as tables of methods and properties. sd-bus passes a pointer to the
-// handlers, which must point to an Mpris.
+// The two interfaces of MPRIS 2 as tables of methods and properties. The user data that
+// sd-bus passes to the handlers must point to an Mpris.
 
 inline constexpr const char* kMprisRootInterface = "org.mpris.MediaPlayer2";
 inline constexpr const char* kMprisPlayerInterface = "org.mpris.MediaPlayer2.Player";

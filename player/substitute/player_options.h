@@ -12,11 +12,11 @@ inline constexpr const char* kUsage =
     "Usage: tallow-player [OPTION...]\n"
     "The player that Tallow starts. It has no window and takes its commands from a socket.\n"
     "\n"
-    "  --audio-file FILE  write the sound to FILE (WAV), as fast as it goes\n"
+    "  --audio-file FILE  write the sound to FILE (WAV), as fast as possible\n"
     "  --silent           play without sound, in real time\n"
-    "  --log FILE         append every message to FILE, a line each\n"
-    "  --listen           take messages on the socket that was handed over as descriptor 3\n"
-    "  --help, --version  print and leave\n";
+    "  --log FILE         append every message to FILE, one per line\n"
+    "  --listen           receive messages on the socket that was handed over as descriptor 3\n"
+    "  --help, --version  print and exit\n";
 
 /// The options of the command line.
 struct PlayerOptions {

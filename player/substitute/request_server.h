@@ -17,7 +17,7 @@ namespace tallow {
 ///
 /// Each connection has at most one request in progress. An invalid request closes its connection
 /// and does not affect the others. If there are too many connections, or no descriptor is free for
-/// a new one, the connection idle for longest is closed. Its client has to connect again.
+/// a new one, the connection that has been idle longest is closed. Its client has to connect again.
 class RequestServer {
  public:
   /// Sends the answer to a request. Must be called exactly once, at once or later.

@@ -20,16 +20,16 @@ namespace tallow {
 namespace {
 
 /// Sends arbitrary bytes to a player that is playing a song.
-class HostileBytes : public RealPlayer {
+class RequestServerTest : public RealPlayer {
  protected:
-  HostileBytes() {
+  RequestServerTest() {
     song = folder / "a.mp3";
     MakeMp3(song, "60 sine 440", 2, "-b 64");
     StartPlayer();
     Play({song});
     EXPECT_EQ(player.GetTrackLength(), 60);
   }
-  ~HostileBytes() override {
+  ~RequestServerTest() override {
     // Whatever a test has sent, the player must still be playing.
     EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
     const auto position = [&] { return link->Send(link->Find(), kWmUser, 0, kTrackTime); };
@@ -81,7 +81,7 @@ class HostileBytes : public RealPlayer {
   std::string song;
 };
 
-TEST_F(HostileBytes, AnUnknownMessageClosesTheConnectionAndChangesNothing) {
+TEST_F(RequestServerTest, AnUnknownMessageClosesTheConnectionAndChangesNothing) {
   const PlayerRequestHead unknown[] = {
       {0, 0, 0, 0},           {273, 0, 40002, 0},  {273, 0, 40045, 1}, {273, 0, -1, 0},
       {1024, 0, 0, 100},      {1024, 0, 0, -1},    {1024, 0, 1, 0},    {1024, 0, 1, 101},
@@ -95,7 +95,7 @@ TEST_F(HostileBytes, AnUnknownMessageClosesTheConnectionAndChangesNothing) {
   EXPECT_TRUE(IsAnswered(Bytes({1024, 0, 0, 104})));
 }
 
-TEST_F(HostileBytes, AnInvalidCopyDataClosesTheConnectionAndAddsNothing) {
+TEST_F(RequestServerTest, AnInvalidCopyDataClosesTheConnectionAndAddsNothing) {
   const auto copy = [](std::uint32_t size, const std::string& payload, std::int64_t code = 100) {
     return Bytes({kWmCopyData, size, 0, code}) + payload;
   };
@@ -115,7 +115,7 @@ TEST_F(HostileBytes, AnInvalidCopyDataClosesTheConnectionAndAddsNothing) {
   EXPECT_EQ(player.GetTrackLength(), 60);
 }
 
-TEST_F(HostileBytes, APayloadOfMaximumSizeIsAccepted) {
+TEST_F(RequestServerTest, APayloadOfMaximumSizeIsAccepted) {
   const std::string path = "/" + std::string(kMaxPayload - 2, 'a');
   const Socket socket = Connect();
   std::string bytes = Bytes({kWmCopyData, kMaxPayload, 0, 100}) + path;
@@ -129,7 +129,7 @@ TEST_F(HostileBytes, APayloadOfMaximumSizeIsAccepted) {
   EXPECT_EQ(Receive(socket).size(), sizeof(PlayerAnswer));
 }
 
-TEST_F(HostileBytes, ARequestMayArriveInPieces) {
+TEST_F(RequestServerTest, ARequestMayArriveInPieces) {
   const Socket socket = Connect();
   const std::string request = Bytes({kWmCopyData, 7, 0, 100}) + std::string("/x.mp3\0", 7);
   for (const char c : request) {
@@ -140,7 +140,7 @@ TEST_F(HostileBytes, ARequestMayArriveInPieces) {
   EXPECT_EQ(Receive(socket).size(), sizeof(PlayerAnswer));
 }
 
-TEST_F(HostileBytes, SeveralRequestsAtOnceAreAnsweredOneByOne) {
+TEST_F(RequestServerTest, SeveralRequestsAtOnceAreAnsweredOneByOne) {
   const Socket socket = Connect();
   std::string requests;
   for (int k = 0; k < 50; ++k) requests += Bytes({1024, 0, 0, 0});
@@ -153,7 +153,7 @@ TEST_F(HostileBytes, SeveralRequestsAtOnceAreAnsweredOneByOne) {
   }
 }
 
-TEST_F(HostileBytes, AClientThatNeverReadsItsAnswersIsDropped) {
+TEST_F(RequestServerTest, AClientThatNeverReadsItsAnswersIsDropped) {
   const Socket socket = Connect();
   const std::string request = Bytes({1024, 0, 0, 0});
   // Repeat until the buffer for the answers is full.
@@ -163,7 +163,7 @@ TEST_F(HostileBytes, AClientThatNeverReadsItsAnswersIsDropped) {
   }));
 }
 
-TEST_F(HostileBytes, RequestsOfADisconnectedClientAreExecuted) {
+TEST_F(RequestServerTest, RequestsOfADisconnectedClientAreExecuted) {
   {
     const Socket socket = Connect();
     ASSERT_TRUE(Send(socket, Bytes({1024, 0, 0, 104}) + Bytes({1024, 0, 0, 0}) +
@@ -173,7 +173,7 @@ TEST_F(HostileBytes, RequestsOfADisconnectedClientAreExecuted) {
   player.SendWinampCommand(kPlay);
 }
 
-TEST_F(HostileBytes, RandomBytesDoNoHarm) {
+TEST_F(RequestServerTest, RandomBytesDoNoHarm) {
   const long before = PlayerKib();
   std::mt19937 random(1);
   for (int k = 0; k < 2000; ++k) {
@@ -194,7 +194,7 @@ TEST_F(HostileBytes, RandomBytesDoNoHarm) {
   EXPECT_LT(PlayerKib() - before, 30'000 + kSanitizerKib);
 }
 
-TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeakNothing) {
+TEST_F(RequestServerTest, ManyConnectionsAtOnceAreServedAndLeakNothing) {
   const std::size_t before = OpenDescriptors();
   {
     std::vector<Socket> sockets;
@@ -212,7 +212,7 @@ TEST_F(HostileBytes, ManyConnectionsAtOnceAreServedAndLeakNothing) {
       << OpenDescriptors() << " and before " << before;
 }
 
-TEST_F(HostileBytes, AboveTheLimitTheConnectionIdleForLongestIsClosed) {
+TEST_F(RequestServerTest, AboveTheLimitTheConnectionIdleForLongestIsClosed) {
   std::vector<Socket> sockets;
   for (int k = 0; k < 1000; ++k) {
     sockets.push_back(Connect());
@@ -225,7 +225,7 @@ TEST_F(HostileBytes, AboveTheLimitTheConnectionIdleForLongestIsClosed) {
   EXPECT_EQ(Receive(sockets.back()).size(), sizeof(PlayerAnswer));
 }
 
-TEST_F(HostileBytes, AfterTenThousandConnectionsThePlayerAnswers) {
+TEST_F(RequestServerTest, AfterTenThousandConnectionsThePlayerAnswers) {
   std::deque<Socket> idle;
   for (int k = 0; k < 10'000; ++k) {
     idle.push_back(ConnectPatiently());
@@ -236,7 +236,7 @@ TEST_F(HostileBytes, AfterTenThousandConnectionsThePlayerAnswers) {
   EXPECT_LT(OpenDescriptors(), 400U);
 }
 
-TEST_F(HostileBytes, AfterTenThousandHostileMessagesThePlayerAnswersAndHasNotGrown) {
+TEST_F(RequestServerTest, AfterTenThousandHostileMessagesThePlayerAnswersAndHasNotGrown) {
   const long before = PlayerKib();
   std::mt19937 random(2);
   std::deque<Socket> slow;
@@ -266,7 +266,7 @@ TEST_F(HostileBytes, AfterTenThousandHostileMessagesThePlayerAnswersAndHasNotGro
   EXPECT_LT(PlayerKib() - before, 30'000 + kSanitizerKib);
 }
 
-TEST_F(HostileBytes, AClosedConnectionIsReopenedByTheNextCommand) {
+TEST_F(RequestServerTest, AClosedConnectionIsReopenedByTheNextCommand) {
   const std::unique_ptr<PlayerLink> quiet_link = SystemPlayerLink();
   WinAMP_Control quiet{*quiet_link, [this] { return path; }, messages.Shower()};
   ASSERT_TRUE(quiet.FindWinamp());
@@ -332,7 +332,7 @@ TEST_F(FewDescriptors, WithoutAFreeDescriptorTheConnectionIdleForLongestIsClosed
   EXPECT_NE(player.GetWinampVersion(), "UNKNOWN");
 }
 
-TEST_F(HostileBytes, AFullListRefusesFurtherPaths) {
+TEST_F(RequestServerTest, AFullListRefusesFurtherPaths) {
   const long before = PlayerKib();
   std::string data = "/" + std::string(kMaxPayload - 2, 'a');
   data.push_back('\0');
@@ -353,7 +353,7 @@ TEST_F(HostileBytes, AFullListRefusesFurtherPaths) {
   EXPECT_TRUE(WaitForStatus("PLAYING"));
 }
 
-TEST_F(HostileBytes, AnotherUserIsRefused) {
+TEST_F(RequestServerTest, AnotherUserIsRefused) {
   if (geteuid() != 0) GTEST_SKIP() << "Only root can be another user for a moment.";
   // Grant all permissions, so that only the check of the user can refuse the connection.
   for (const std::string& open : {runtime.path(), runtime / "tallow", PlayerSocketPath()})

@@ -264,7 +264,7 @@ void SongPlayer::OnTrackEnded(EntryNumber entry, const char* error) {
   // A seek to the very end leaves no audio either, but is no failure.
   const bool failed = error != nullptr && !(IsOpen() && position_.SeekTarget() > 0);
   if (failed)
-    std::fprintf(stderr, "tallow-player: %s cannot be played and is left out: %s\n",
+    std::fprintf(stderr, "tallow-player: %s cannot be played and is skipped: %s\n",
                  Printable(list_.CurrentPath()).c_str(), error);
   // If the engine got the next track in time, it continues without a command.
   if (engine_list_.KnowsNext()) return;

@@ -25,7 +25,7 @@ enum class PlayerChange { kStatus, kTrack, kList, kVolume, kSeeked };
 enum class PlayerState {
   kStopped,
   kRanOut,    ///< stopped at the end of the list because the last file could not be played
-  kLoading,   ///< the engine was told to load the track; its entry number has not arrived
+  kLoading,   ///< the command to load the track was sent; its entry number has not arrived
   kLoaded,    ///< the engine has the track in its playlist
   kOpening,   ///< the engine is opening the track
   kOpen,      ///< the track is decoded
@@ -38,9 +38,9 @@ enum class PlayerState {
 /// the latest known state. Tracks follow each other without a gap. A track that cannot be played is
 /// reported on standard error and skipped.
 ///
-/// All transitions between the states follow. "track" is any state from kLoading on, "entry" any
-/// state from kLoaded on, and "open" is kOpen, or kDraining if the track was open before. An event
-/// without a row for a state is ignored in it.
+/// The table lists all transitions between the states. "track" is any state from kLoading on,
+/// "entry" any state from kLoaded on, and "open" is kOpen, or kDraining if the track was open
+/// before. An event without a row for a state is ignored in it.
 ///
 /// | State            | Event                                | Next      | Action                 |
 /// |------------------|--------------------------------------|-----------|------------------------|
@@ -178,9 +178,10 @@ class SongPlayer : private PlaybackListener {
   void FinishList(PlayerState state);
   /// Appends tracks to the engine's playlist until it holds enough in advance.
   void AppendFollowing();
-  /// A command has gone to another track of the list: loads it if there is a track.
+  /// Call this after a command has made another track of the list the current one: loads it if the
+  /// player has a track.
   void CurrentHasChanged();
-  /// Forgets the properties of the track before, and shows the path of the current one.
+  /// Resets the properties of the track to those of a new one: only its path is known.
   void ResetTrack();
   void Changed(PlayerChange change) const;
 

@@ -90,7 +90,7 @@ class Playback {
     testing::internal::CaptureStderr();
     End("1", "damaged");
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "tallow-player: 1 cannot be played and is left out: damaged\n");
+              "tallow-player: 1 cannot be played and is skipped: damaged\n");
   }
 
   EventLoop loop = NewLoop();
@@ -157,7 +157,7 @@ std::vector<PlayerState> In(const PlayerState (&states)[count]) {
   return {states, states + count};
 }
 
-TEST(SongPlayer, CommandsFollowTheTable) {
+TEST(SongPlayer, CommandsCauseTheDocumentedTransitions) {
   const std::vector<PlayerState> without_track = {kStoppedState, kRanOut};
   Check({
       {"play",
@@ -327,7 +327,7 @@ TEST(SongPlayer, CommandsThatKeepTheStateFollowTheTable) {
             kPlaying}});
 }
 
-TEST(SongPlayer, EventsFollowTheTable) {
+TEST(SongPlayer, EventsCauseTheDocumentedTransitions) {
   Check({
       {"reply",
        3,

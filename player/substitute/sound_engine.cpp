@@ -78,7 +78,7 @@ std::string BalanceFilter(std::int32_t balance) {
 void SetOption(mpv_handle* mpv, const char* name, const char* value) {
   const int result = mpv_set_option_string(mpv, name, value);
   if (result < 0)
-    throw std::runtime_error(std::string("libmpv does not take the option ") + name + "=" + value +
+    throw std::runtime_error(std::string("libmpv rejected the option ") + name + "=" + value +
                              ": " + mpv_error_string(result));
 }
 

@@ -52,7 +52,7 @@ int ListeningSocket(bool handed) {
   const std::string path = PlayerSocketPath();
   const PlayerStartLock lock(path);
   if (PlayerRuns(path)) {
-    std::fprintf(stderr, "tallow-player: one runs already, at %s.\n", path.c_str());
+    std::fprintf(stderr, "tallow-player: another player is already running at %s.\n", path.c_str());
     return -1;
   }
   const int listening = ListenAsPlayer(path);

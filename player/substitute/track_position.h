@@ -32,7 +32,7 @@ class TrackPosition {
   /// The target of the last seek in this track; 0 for none.
   double SeekTarget() const noexcept { return seek_target_; }
 
-  /// Another track begins, or the same one again.
+  /// Call this when another track begins, or the same one again.
   void Reset() noexcept;
   /// Seeks in an open track.
   void SeekNow(double target);
@@ -43,11 +43,11 @@ class TrackPosition {
   /// \returns false when a seek was dropped
   bool SendPendingSeek(std::optional<double> length);
 
-  /// A command has been executed.
+  /// Call this when a command has been executed.
   /// \returns whether it was the last seek
   bool OnReply(CommandNumber command, bool succeeded) noexcept;
   void OnPlaybackRestarted() noexcept;
-  /// The engine reports its position.
+  /// Call this when the engine reports its position.
   void OnReport(double seconds, bool paused) noexcept;
 
  private:

@@ -78,8 +78,8 @@ TEST_F(DeadShareWindows, AfterCancelledFilingTheJukeboxHoldsTheSongsFiledSoFar) 
   }
   EXPECT_TRUE(frame.isEnabled());
   EXPECT_EQ(frame.statusBar()->currentMessage(),
-            QStringLiteral("The filing was cancelled; the other songs are filed when the jukebox "
-                           "is opened the next time."));
+            QStringLiteral("Filing was cancelled; the remaining songs will be filed when the "
+                           "jukebox is next opened."));
   ASSERT_EQ(frame.OpenJukeboxes().size(), 1U);
   EXPECT_EQ(SongsOf("All Songs"), 2U);
   EXPECT_EQ(SongsOf("New"), 2U);

@@ -4,11 +4,13 @@
 #include <QIcon>
 #include <QString>
 
+#include "jukebox/ranking.h"
+
 namespace tallow {
 
-/// The best rank of a song, and the rank of a song that was never ranked.
-inline constexpr int kBestRankPicture = 7;
-inline constexpr int kMinRankPicture = 2;
+/// The highest and the lowest rank that has a picture.
+inline constexpr int kBestRankPicture = kBestRank;
+inline constexpr int kMinRankPicture = kNeverRanked;
 
 /// Returns the icon of a rank: five bars of rising height, of which the rank fills none (2) to all
 /// (7). The number of filled bars shows the rank; the colour is redundant. The icon is drawn as

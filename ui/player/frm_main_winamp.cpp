@@ -297,7 +297,7 @@ void frmMainWinamp::closeEvent(QCloseEvent* event) {
   tmrScrollUpdate->stop();
   event->accept();
   // A message box about a missing player would keep the program from ending.
-  if (!player_.IsThere() && !player_.FindWinamp()) return;
+  if (!player_.IsRunning() && !player_.FindWinamp()) return;
   player_.SendWinampCommand(kStop);
   player_.ClearWinampPlaylist();
   player_.SendWinampCommand(kClosePlayer);

@@ -75,14 +75,14 @@ SingleProgram::~SingleProgram() {
 bool SingleProgram::Lock() {
   problem_.clear();
   auto lock = std::make_unique<FileLock>();
-  const FileLock::Answer locked = lock->Take(lock_path_);
+  const FileLock::Answer locked = lock->Acquire(lock_path_);
   if (locked == FileLock::Answer::kInUse) return false;
   // The lock file may have been removed by others, so FileLock alone is not enough. While FileLock
   // holds the lock, the owner file of another computer is replaced: if a removable disk was
   // unplugged there, its owner file would otherwise lock out everybody.
   const bool has_lock = locked == FileLock::Answer::kHeld;
   auto owner = std::make_unique<OwnerFile>();
-  const OwnerFile::Answer owned = owner->Take(
+  const OwnerFile::Answer owned = owner->Acquire(
       owner_path_, has_lock ? OwnerFile::Unknown::kIsReplaced : OwnerFile::Unknown::kStays);
   if (owned == OwnerFile::Answer::kInUse) return false;
   // In a read-only folder neither lock can be created, and there is no library to damage.

@@ -13,12 +13,12 @@ namespace tallow {
 
 /// The slow reference implementation of SortCity: recursive, moves whole rows, and computes each
 /// key at every comparison. Rows and columns count from 1.
-class LiteralQuicksort {
+class ReferenceQuicksort {
  public:
   using Rows = std::vector<std::vector<std::string>>;
 
-  LiteralQuicksort(Rows& rows, bool ascending, bool as_text, std::size_t key_column,
-                   std::size_t columns)
+  ReferenceQuicksort(Rows& rows, bool ascending, bool as_text, std::size_t key_column,
+                     std::size_t columns)
       : rows_(rows),
         ascending_(ascending),
         as_text_(as_text),
