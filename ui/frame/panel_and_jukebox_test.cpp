@@ -154,7 +154,7 @@ TEST_F(BesideThePanel, NewSongsAreFiledIntoIt) {
   EXPECT_EQ(SongsOf(*one.Jukebox().Nodes().Find("All Songs")), (Songs{1, 2, 3, 4}));
 }
 
-TEST_F(BesideThePanel, EditCommandsAndTheirKeysActOnTheHalfThatWasUsedLast) {
+TEST_F(BesideThePanel, EditCommandsAndTheirKeysActOnThePaneThatWasUsedLast) {
   Item("mnuCopy").trigger();
   EXPECT_EQ(tallow.clipboard.Songs().size(), 1U);
   Item("mnuDelete").trigger();

@@ -246,7 +246,7 @@ TEST_F(Keys, AClickThatMovesTheFocusToTheTreeDoesNotRename) {
   EXPECT_TRUE(Tree().editTriggers().testFlag(QAbstractItemView::SelectedClicked));
 }
 
-TEST_F(Keys, TheSelectionOfTheHalfWithoutTheFocusIsGrey) {
+TEST_F(Keys, TheSelectionOfThePaneWithoutTheFocusIsGrey) {
   AddSongs(1);
   AddFolder("one", {1});
   Show();
@@ -327,16 +327,16 @@ TEST_F(Keys, BackspaceGoesToTheParentFolder) {
   Folder& one = AddFolder("one");
   Folder& inner = AddFolder("inner", {}, &one);
   Show();
-  for (QWidget* const half : {static_cast<QWidget*>(&Tree()), static_cast<QWidget*>(&List())}) {
+  for (QWidget* const pane : {static_cast<QWidget*>(&Tree()), static_cast<QWidget*>(&List())}) {
     window.PVExplorer1().Select(inner);
-    Type(*half, Qt::Key_Backspace);
+    Type(*pane, Qt::Key_Backspace);
     EXPECT_EQ(Box().selectednode(), &one);
-    Type(*half, Qt::Key_Backspace);
+    Type(*pane, Qt::Key_Backspace);
     EXPECT_EQ(Box().selectednode(), &one);
   }
 }
 
-TEST_F(Keys, TabMovesBetweenTheHalvesAndTheWindowRemembersTheLast) {
+TEST_F(Keys, TabMovesBetweenThePanesAndTheWindowRemembersTheLast) {
   AddFolder("one");
   EXPECT_EQ(window.CurrentPaneWFocus(), 0);
   Show();
