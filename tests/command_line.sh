@@ -17,7 +17,7 @@ expect() {
   shift 2
   "$program" "$@" > "$folder/out" 2>&1 || got=$?
   if [ "$got" -ne "$code" ] || ! grep -qF -- "$pattern" "$folder/out"; then
-    echo "tallow $* left with $got (expected $code) and said:"
+    echo "tallow $* exited with code $got (expected $code) and printed:"
     cat "$folder/out"
     exit 1
   fi
