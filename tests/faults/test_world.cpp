@@ -221,7 +221,7 @@ std::int32_t RunningProgram::RowOf(std::string_view name) const {
   return 0;
 }
 
-std::vector<std::string> RunningProgram::Said() const {
+std::vector<std::string> RunningProgram::Messages() const {
   std::vector<std::string> said = user.messages;
   said.insert(said.end(), user.asked.begin(), user.asked.end());
   said.insert(said.end(), user.notices.begin(), user.notices.end());

@@ -229,7 +229,7 @@ TEST_F(Closing, CancellingTheSecondQuestionKeepsTheFirstJukeboxOpenToo) {
   EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to ONE"});
 }
 
-TEST_F(Closing, WhatIsBeingTypedIsAChangeAndIsSaved) {
+TEST_F(Closing, ATextBeingTypedIsAChangeAndIsSaved) {
   frmMain& window = ShowJukebox();
   Jukebox& jukebox = window.Jukebox();
   jukebox.Caption("MIX");
@@ -305,7 +305,7 @@ TEST_F(Unsaved, ChangesAreKeptEveryMinute) {
   ChangedJukebox("MIX");
   ChangedJukebox("OTHER");
   EXPECT_EQ(Files(), Texts{});
-  // Stands for the minute that passes.
+  // Shortens the interval, so that the test need not wait a minute.
   auto& clock = const_cast<QTimer&>(*timer);
   clock.start(1);
   EXPECT_TRUE(QTest::qWaitFor([&] { return Files().size() == 2; }));

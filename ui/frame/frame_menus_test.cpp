@@ -407,7 +407,7 @@ TEST_F(FrameMenus, SeparatorsDoNothing) {
   EXPECT_EQ(TakeCommands(), QStringList());
 }
 
-TEST_F(FrameMenus, WhileATextIsBeingTypedEditCommandsAreForIt) {
+TEST_F(FrameMenus, EditCommandsActOnATextThatIsBeingTyped) {
   frmMain& window = Watched(1);
   frame.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));

@@ -11,8 +11,8 @@
 namespace tallow {
 namespace {
 
-/// How long a message is shown, in ms. It is about one step only, and the next step may follow at
-/// once.
+/// How long a message is shown, in ms. It concerns only the last step, and the user may take the
+/// next step at once.
 constexpr int kShown = 20 * 1000;
 
 }  // namespace

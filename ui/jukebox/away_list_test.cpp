@@ -82,7 +82,7 @@ TEST_F(AwayList, AMissingSongHasNoRowAndTheOthersKeepTheirs) {
   EXPECT_EQ(window.PVExplorer1().SelectSong(mine, 1), -1);
 }
 
-TEST_F(AwayList, PastedSongsAreSelectedBehindMissingOnes) {
+TEST_F(AwayList, PastedSongsAfterMissingOnesAreSelected) {
   Folder& mine = AddFolder("mine", {1, 2});
   Show();
   RemoveFile(music / "one/b.mp3");

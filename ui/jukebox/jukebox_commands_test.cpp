@@ -75,7 +75,7 @@ TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {
   }
 }
 
-TEST_F(Commands, AScreenReaderHearsTheRankOfAnItemWithoutAText) {
+TEST_F(Commands, AScreenReaderReadsTheRankOfAnItemWithoutAText) {
   QMenu& ranks = Menu("RankMenu");
   QAccessibleInterface* const menu = QAccessible::queryAccessibleInterface(&ranks);
   ASSERT_NE(menu, nullptr);

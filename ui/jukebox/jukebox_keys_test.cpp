@@ -65,7 +65,7 @@ TEST_F(Keys, TheKeysOfTheTreeCutCopyPasteAndDelete) {
   EXPECT_EQ(FoldersIn(), Texts{"two"});
 }
 
-TEST_F(Keys, CtrlZUndoesAndCtrlShiftZRedoesInBothHalves) {
+TEST_F(Keys, CtrlZUndoesAndCtrlShiftZRedoesInBothPanes) {
   AddSongs(3);
   Folder& one = AddFolder("one", {1, 2, 3});
   Show();
@@ -420,7 +420,7 @@ TEST_F(Keys, ABackgroundPictureIsCentredOrTiled) {
   EXPECT_EQ(color_at(middle), plain);
 }
 
-TEST_F(Keys, AHugeOrDamagedPictureDoesNoHarm) {
+TEST_F(Keys, AHugeOrDamagedPictureCausesNoFailure) {
   QImage blue(64, 48, QImage::Format_RGB32);
   blue.fill(Qt::blue);
   const QString path = QString::fromStdString(music / "blue.jpg");
