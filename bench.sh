@@ -126,7 +126,7 @@ printf '#!/bin/sh\nexec "%s/tallow-player" --silent "$@"\n' "$PWD/$programs" > "
 chmod +x "$folder/player"
 hand_off=("$programs/tallow_hand_off_benchmark" "$PWD/$folder/player" "$PWD/$folder/music-20000" 10000)
 echo
-echo "Handing 10000 songs to the player; floor: looking at each file and sending its path to and fro"
+echo "Handing 10000 songs to the player; floor: checking each file and one message round trip"
 read -r _ floor _ < <(best 3 floor "${hand_off[@]}")
 row 10000 floor "$floor" 1.00 "" ""
 for what in hand_off start_and_hand_off; do

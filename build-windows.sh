@@ -18,8 +18,8 @@ x86_64-w64-mingw32-strip -o "$build/$name/tallow.exe" "$build/tallow.exe"
 # The license notices of the linked libraries, and where their source code is.
 qt=$(sed -n 's/^TALLOW_WINDOWS_QT:[A-Z]*=//p' "$build/CMakeCache.txt")
 {
-  echo "tallow.exe $version holds the libraries below. Its own source, and the scripts that build all of it,"
-  echo "are what readme.txt describes. The libraries are those of Debian $(. /etc/os-release; echo "$VERSION_ID"), whose source packages are public:"
+  echo "tallow.exe $version contains the libraries below. readme.txt describes where its own source and the"
+  echo "build scripts are. The libraries are those of Debian $(. /etc/os-release; echo "$VERSION_ID"), whose source packages are public:"
   for package in qt6-base-dev libutf8proc-dev nlohmann-json3-dev libxxhash-dev g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev; do
     dpkg-query -W -f='  ${source:Package} ${source:Version}\n' "$package"
   done

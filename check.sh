@@ -19,7 +19,7 @@ esac
 packaging/install-dependencies.sh run check
 
 failed=()
-# check NAME COMMAND...: runs a check, and goes on when it fails
+# check NAME COMMAND...: runs a check, and continues after a failure
 check() {
   local name=$1
   shift
@@ -31,11 +31,11 @@ check() {
   fi
 }
 
-# The files of the project: those that git knows, and new ones that it does not ignore.
+# The files of the project: those that git tracks, and new ones that it does not ignore.
 mapfile -t files < <(git ls-files --cached --others --exclude-standard | while read -r file; do
   if [ -f "$file" ]; then echo "$file"; fi
 done)
-# matching PATTERN...: those whose names match one of the patterns
+# matching PATTERN...: prints the files whose names match one of the patterns
 matching() {
   local file pattern
   for file in "${files[@]}"; do
@@ -52,12 +52,12 @@ mapfile -t scripts < <(matching '*.sh' '.ci/run')
 formats() { clang-format --dry-run -Werror "${sources[@]}"; }
 cmake_formats() { cmake-format --check "${cmake_files[@]}"; }
 line_lengths() {
-  # The formatter leaves comments as they are.
+  # The formatter does not wrap comments.
   ! grep -nE '^.{101,}$' "${sources[@]}" | grep -E '^[^:]*:[0-9]+: *//'
 }
 shell_scripts() { shellcheck --severity=style --external-sources "${scripts[@]}"; }
 spelling() {
-  # Names that are fixed, and the "n" of "\n" before a word, are no mistakes.
+  # Accepts fixed names, and the "n" of "\n" before a word.
   codespell --ignore-words checks/known-words.txt --ignore-regex '\\n' \
     --skip '*.juk,*.svg,*.png,*.jpg,*.ico,LICENSE,TIPOFDAY.TXT' "${files[@]}"
 }

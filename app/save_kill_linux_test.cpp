@@ -77,7 +77,7 @@ TEST_F(SaveKill, AfterAKillAtAnyMomentEverySongAndRankIsThere) {
     RecordedWindows windows;
     ASSERT_TRUE(System(next, drives, windows).Main({}));
     ASSERT_TRUE(windows.asked.empty()) << windows.asked[0];
-    ASSERT_TRUE(windows.told.empty()) << windows.told[0];
+    ASSERT_TRUE(windows.messages.empty()) << windows.messages[0];
     ASSERT_GE(next.library.UBoundOfMp3Array(), kSongs);
     const std::string rank(next.library.Mp3Info(5, 1));
     for (std::int32_t row = 1; row <= next.library.UBoundOfMp3Array(); ++row) {

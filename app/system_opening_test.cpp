@@ -47,7 +47,7 @@ TEST_F(SystemTest, ADeletedJukeboxGivesTheSampleAndKeepsTheRecentList) {
   EXPECT_EQ(windows->notices, Texts{application / "gone.juk" +
                                     " is missing. The sample jukebox was opened instead. Other "
                                     "jukeboxes are in the File menu."});
-  EXPECT_EQ(windows->told, Texts{});
+  EXPECT_EQ(windows->messages, Texts{});
   EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), application / "gone.juk");
   EXPECT_EQ(tallow->settings.LocSecToLastSavedJukeBox(), "older.juk");
 }
@@ -59,10 +59,10 @@ TEST_F(SystemTest, ALastJukeboxThatIsAFolderIsReported) {
   tallow->SaveSettings();
   EXPECT_TRUE(Start());
   EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
-  ASSERT_EQ(windows->told.size(), 1U);
-  EXPECT_TRUE(windows->told[0].starts_with("The jukebox could not be opened. " +
-                                           (application / "folder.juk")))
-      << windows->told[0];
+  ASSERT_EQ(windows->messages.size(), 1U);
+  EXPECT_TRUE(windows->messages[0].starts_with("The jukebox could not be opened. " +
+                                               (application / "folder.juk")))
+      << windows->messages[0];
 }
 
 TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsAddedSince) {
@@ -78,7 +78,7 @@ TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsAddedSince) {
   tallow->SaveSettings();
   MakeSong("b/four.mp3", {.artist = "Zappa"});
   EXPECT_TRUE(Start());
-  EXPECT_TRUE(windows->told.empty());
+  EXPECT_TRUE(windows->messages.empty());
   Jukebox& jukebox = *windows->open[0];
   EXPECT_EQ(jukebox.Caption(), "MY MIX");
   EXPECT_EQ(jukebox.Tag(), "1");
@@ -99,11 +99,11 @@ TEST_F(SystemTest, ALastJukeboxThatCannotBeLoadedIsReportedAndTheSampleIsBuilt) 
   tallow->settings.LocOfLastSavedJukeBox(path);
   tallow->SaveSettings();
   EXPECT_TRUE(Start());
-  ASSERT_EQ(windows->told.size(), 1U);
-  EXPECT_TRUE(windows->told[0].starts_with("The jukebox could not be opened. " + path +
-                                           ": at byte 2 it is damaged or cut off."))
-      << windows->told[0];
-  EXPECT_TRUE(windows->told[0].ends_with(
+  ASSERT_EQ(windows->messages.size(), 1U);
+  EXPECT_TRUE(windows->messages[0].starts_with("The jukebox could not be opened. " + path +
+                                               ": at byte 2 it is damaged or cut off."))
+      << windows->messages[0];
+  EXPECT_TRUE(windows->messages[0].ends_with(
       "Tallow opens the sample jukebox instead. The file is unchanged."));
   ASSERT_EQ(windows->open.size(), 1U);
   EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);

@@ -169,10 +169,11 @@ TEST_F(Recovery, AFileWithoutAJukeboxIsReportedAndBackedUp) {
   application.File("Grouping/System/Jukebox-8.unsaved", "nothing");
   Start(true);
   EXPECT_EQ(windows->asked.size(), 1U);
-  ASSERT_EQ(windows->told.size(), 1U);
-  EXPECT_EQ(windows->told[0], SystemFolder(application.path()) + "Jukebox-7.unsaved" +
-                                  ": the unsaved changes in this file cannot be read (at byte 2 it "
-                                  "is damaged or cut off). It was renamed to end in .bak.");
+  ASSERT_EQ(windows->messages.size(), 1U);
+  EXPECT_EQ(windows->messages[0],
+            SystemFolder(application.path()) + "Jukebox-7.unsaved" +
+                ": the unsaved changes in this file cannot be read (at byte 2 it is "
+                "damaged or cut off). It was renamed to end in .bak.");
   EXPECT_EQ(windows->notices.size(), 1U);
   ASSERT_EQ(windows->open.size(), 1U);
   EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);

@@ -31,7 +31,7 @@ TEST_F(SystemTest, TheFirstStartFindsSongsAndShowsTheSampleJukebox) {
   EXPECT_EQ(SongsOnShow("New"), 3U);
   EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
   EXPECT_EQ(tallow->help_file, application.path() + "tallowhelp.hlp");
-  EXPECT_TRUE(windows->told.empty());
+  EXPECT_TRUE(windows->messages.empty());
   EXPECT_TRUE(windows->asked.empty());
   EXPECT_TRUE(windows->notices.empty());
   clsINI saved;
@@ -241,7 +241,7 @@ TEST_F(SystemTest, AStartWithoutAnySongsSucceeds) {
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 0);
   EXPECT_EQ(windows->open[0]->Caption(), kSampleCaption);
   EXPECT_TRUE(Start());
-  EXPECT_TRUE(windows->told.empty());
+  EXPECT_TRUE(windows->messages.empty());
 }
 
 TEST_F(SystemTest, ALibraryWithoutSongsAndLostSettingsStartASearch) {
@@ -271,7 +271,7 @@ TEST_F(SystemTest, AMissingRuntimeFileIsReportedAndEndsTheStart) {
   runtime_file = {music / "libqjpeg.so", "the package libqt6gui6"};
   EXPECT_FALSE(Start());
   EXPECT_EQ(
-      windows->told,
+      windows->messages,
       (Texts{"A file that Tallow needs to run correctly is missing: libqjpeg.so\n\nIt belongs to "
              "the package libqt6gui6.\n\nThis information is also in the readme.txt file."}));
   EXPECT_EQ(windows->log, (Texts{"editor " + application.path() + "readme.txt"}));
@@ -283,10 +283,10 @@ TEST_F(SystemTest, AMissingRuntimeFileIsReportedAndEndsTheStart) {
 TEST_F(SystemTest, ADataFolderThatCannotBeMadeIsNamed) {
   application.File("Grouping");
   EXPECT_FALSE(Start());
-  ASSERT_EQ(windows->told.size(), 1U);
-  EXPECT_TRUE(windows->told[0].starts_with("Tallow cannot start.\n\n" +
-                                           GroupingFolder(application.path()) + ": "))
-      << windows->told[0];
+  ASSERT_EQ(windows->messages.size(), 1U);
+  EXPECT_TRUE(windows->messages[0].starts_with("Tallow cannot start.\n\n" +
+                                               GroupingFolder(application.path()) + ": "))
+      << windows->messages[0];
   EXPECT_EQ(windows->log, (Texts{"splash", "splash off"}));
 }
 
@@ -367,7 +367,7 @@ TEST_F(SystemTest, ARebuildThatCannotBeSavedShowsWhatItFound) {
   EXPECT_TRUE(Start());
   EXPECT_EQ(SongsOnShow(), 3U);
   EXPECT_EQ(windows->notices.size(), 1U);
-  EXPECT_TRUE(windows->told.empty());
+  EXPECT_TRUE(windows->messages.empty());
   EXPECT_TRUE(Start());
   EXPECT_EQ(SongsOnShow(), 3U);
 }
@@ -379,7 +379,7 @@ TEST_F(SystemTest, AFolderListThatIsAFolderDoesNotPreventTheStart) {
   CreateFolder(list);
   MakeSong("b/four.mp3", {});
   EXPECT_TRUE(Start());
-  EXPECT_TRUE(windows->told.empty());
+  EXPECT_TRUE(windows->messages.empty());
   EXPECT_EQ(RankOf("four.mp3"), "2");
   ASSERT_EQ(windows->notices.size(), 1U);
   EXPECT_TRUE(windows->notices[0].starts_with(list + " cannot be read ("));
@@ -391,7 +391,7 @@ TEST_F(SystemTest, AFolderListInAMissingFolderDoesNotPreventTheStart) {
   tallow->SaveSettings();
   MakeSong("b/four.mp3", {});
   EXPECT_TRUE(Start());
-  EXPECT_TRUE(windows->told.empty());
+  EXPECT_TRUE(windows->messages.empty());
   EXPECT_EQ(RankOf("four.mp3"), "2");
 }
 
@@ -459,11 +459,11 @@ TEST_F(SystemTest, AnUnreadableLibraryIsUnchangedAndNamed) {
   std::filesystem::permissions(Library(), std::filesystem::perms::none);
   const AsNobody nobody;
   EXPECT_FALSE(Start());
-  ASSERT_EQ(windows->told.size(), 1U);
-  EXPECT_NE(windows->told[0].find(Library() + ": the song library cannot be read ("),
+  ASSERT_EQ(windows->messages.size(), 1U);
+  EXPECT_NE(windows->messages[0].find(Library() + ": the song library cannot be read ("),
             std::string::npos)
-      << windows->told[0];
-  EXPECT_NE(windows->told[0].find("Make it readable, or move it away, and start Tallow again."),
+      << windows->messages[0];
+  EXPECT_NE(windows->messages[0].find("Make it readable, or move it away, and start Tallow again."),
             std::string::npos);
 }
 #endif

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""Finds links of Markdown documents that lead nowhere: to a file or a heading that does not exist.
+"""Finds broken links in Markdown documents: to a file or a heading that does not exist.
 
-Usage: checks/links.py FILE...   (files that are no Markdown are skipped)
+Usage: checks/links.py FILE...   (files that are not Markdown are skipped)
 """
 
 import re

@@ -26,9 +26,9 @@ INCLUDE = re.compile(r'^#include "([^"]+)"', re.MULTILINE)
 # The commands are written for GCC; clang-tidy's own compiler does not know all of their options.
 # Compiler warnings are GCC's task.
 OPTIONS = ["--quiet", "--extra-arg=-Wno-unknown-warning-option", "--extra-arg=-w"]
-# A test is mostly the headers of its framework, in which most checks take their time.
+# A test consists mostly of the headers of its framework, on which most checks take long.
 TEST_OPTIONS = ["--checks=-*,misc-include-cleaner,bugprone-use-after-move,bugprone-unused-*"]
-# misc-include-cleaner of this version cannot be told to report unused headers alone.
+# misc-include-cleaner of this version cannot be configured to report only unused headers.
 IGNORED = "no header providing"
 
 
@@ -49,7 +49,7 @@ def included(source, known):
 
 
 def versions():
-    """What the libraries' headers are, as far as Debian's packages tell."""
+    """The versions of clang-tidy and of the libraries, according to Debian's packages."""
     tidy = subprocess.run([TIDY, "--version"], capture_output=True, text=True, check=True).stdout
     packages = subprocess.run(
         ["dpkg-query", "-W", "-f=${Package} ${Version}\n", "qt6-base-dev", "libstdc++-12-dev",
@@ -91,7 +91,7 @@ def main():
             continue
         count += 1
         key = hashlib.sha256(common)
-        # The place of the project is no part of what is checked.
+        # The result does not depend on the folder of the project.
         key.update(entry["command"].replace(str(ROOT), ".").encode())
         for file in [source] + included(source, known):
             key.update(str(file.relative_to(ROOT)).encode() + b"\0" + file.read_bytes() + b"\0")

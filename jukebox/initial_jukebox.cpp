@@ -23,13 +23,17 @@ void AddWithChildren(Jukebox& jukebox, std::string_view text,
 
 }  // namespace
 
+void AddStandardColumns(Jukebox& jukebox) {
+  jukebox.AddColumnHeader(kNameHeader);
+  jukebox.AddColumnHeader(kKeyHeader);
+}
+
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,
                          const std::function<void()>& show, const TagCache* found_tags,
                          const FilingProgress& progress) {
   jukebox.Tag("1");
   jukebox.Caption(kBuildingCaption);
-  jukebox.AddColumnHeader(kNameHeader);
-  jukebox.AddColumnHeader(kKeyHeader);
+  AddStandardColumns(jukebox);
   for (const std::string_view text : {"All Songs", "Artist", "Year", "Genre", "New"})
     Add(jukebox, nullptr, text);
   const bool any_songs = library.UBoundOfMp3Array() > 0;

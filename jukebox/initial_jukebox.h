@@ -21,6 +21,9 @@ inline constexpr std::string_view kSampleCaption =
 inline constexpr std::string_view kBuildingCaption =
     "No saved Jukebox found, building initial Jukebox - may take a while. . . ";
 
+/// Adds the headers of a new jukebox's song list: name and key.
+void AddStandardColumns(Jukebox& jukebox);
+
 /// Builds the sample jukebox: the automatic folders, filled from the library, and empty folders
 /// that suggest how to arrange songs. The sample jukebox is an ordinary jukebox without a file. The
 /// settings do not change.

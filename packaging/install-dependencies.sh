@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Installs the missing packages, and prints each package with its purpose.
 #
-# Usage: install-dependencies.sh PURPOSE...   (run, demo, test, bench, windows)
+# Usage: install-dependencies.sh PURPOSE...   (see dependencies.txt)
 set -euo pipefail
 
 list="$(dirname "$0")/dependencies.txt"
@@ -22,12 +22,12 @@ done < <(grep -v '^#' "$list")
 [ ${#missing[@]} -eq 0 ] && exit 0
 
 if ! command -v apt-get > /dev/null; then
-  echo "This is no Debian system, so nothing is installed. Tallow needs what Debian calls:"
+  echo "This is not a Debian system, so nothing is installed. Tallow needs these Debian packages, or their equivalents:"
   printf '  %s\n' "${reasons[@]}"
   exit 0
 fi
 
-echo "Installing what is missing:"
+echo "Installing missing packages:"
 printf '  %s\n' "${reasons[@]}"
 as_root=()
 if [ "$(id -u)" -ne 0 ]; then

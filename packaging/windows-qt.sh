@@ -41,7 +41,7 @@ fi
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 if ! fetch_source "$work" "qt6-base=$version"; then
-  echo "There is no source of Qt $version, the one that is installed. Bring the packages of Qt up to date" \
+  echo "There is no source of the installed Qt $version. Update the Qt packages" \
     "(apt-get install --only-upgrade qt6-base-dev) and try again." >&2
   exit 1
 fi
@@ -49,17 +49,17 @@ source=$(find "$work" -mindepth 1 -maxdepth 1 -type d -name 'qt6-base-*' | head 
 
 echo "Building Qt $version for Windows" >&2
 rm -rf "$folder"
-# said FILE COMMAND...: writes the output of a command to FILE; shows it only on failure.
-said() {
+# log FILE COMMAND...: writes the output of a command to FILE; shows it only on failure.
+log() {
   local file=$1
   shift
   "$@" > "$file" 2>&1 || { tail -n 60 "$file" >&2; exit 1; }
 }
-said "$work/configure.log" cmake -S "$source" -B "$work/build" -G Ninja \
+log "$work/configure.log" cmake -S "$source" -B "$work/build" -G Ninja \
   -DCMAKE_TOOLCHAIN_FILE="$here/mingw-toolchain.cmake" -DCMAKE_INSTALL_PREFIX="$folder" \
   -DQT_HOST_PATH_CMAKE_DIR="/usr/lib/$(dpkg-architecture -qDEB_HOST_MULTIARCH)/cmake" "${options[@]}"
-said "$work/build.log" cmake --build "$work/build"
-said "$work/install.log" cmake --install "$work/build"
+log "$work/build.log" cmake --build "$work/build"
+log "$work/install.log" cmake --install "$work/build"
 # The license notices for programs that contain Qt.
 mkdir -p "$folder/notices"
 cp "$source/debian/copyright" "$folder/notices/qt6-base.txt"

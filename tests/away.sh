@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Removes a drive and brings it back, as a user would, on a virtual display: between two starts,
+# Removes a drive and connects it again, as a user would, on a virtual display: between two starts,
 # during a run, before both searches for new songs, and before answering No or Yes to the closing
 # question, with two jukeboxes open. In the end every rank and every entry must be unchanged.
 #
@@ -22,10 +22,11 @@ folder=$2
 here=$(cd "$(dirname "$0")" && pwd)
 
 rm -rf "$folder"
-mkdir -p "$folder/app" "$folder/config/Tallow" "$folder/pictures" "$folder/stick" "$folder/content"
+mkdir -p "$folder/app" "$folder/pictures" "$folder/stick" "$folder/content"
 folder=$(cd "$folder" && pwd -P)
-# Turns off the tips at start.
-printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"
+# shellcheck source=tests/program.sh
+. "$here/program.sh"
+turn_tips_off
 "$here/../packaging/make-demo-collection.sh" "$folder/all"
 mv "$folder/all" "$folder/home"
 # Half of the folders are on the stick.
@@ -45,13 +46,10 @@ fi
 
 # shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
-XDG_RUNTIME_DIR=$(mktemp -d)
+separate_session
 trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
-export XDG_RUNTIME_DIR XDG_CONFIG_HOME=$folder/config DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
 export QT_QPA_PLATFORM=xcb
-openbox > /dev/null 2>&1 &
-processes+=($!)
-for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
+start_window_manager
 # shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
 
@@ -64,7 +62,6 @@ start() {
   tallow=$!
   processes+=("$tallow")
 }
-has_ended() { ! kill -0 "$tallow"; }
 # Prints number, rank, flag and name of every song of the library, one song per line.
 songs() {
   perl -e '
@@ -81,11 +78,11 @@ entries() { grep -o '"text":"Road trip".*' "$1" | grep -o '"songs":\[[0-9,]*\]';
 expect_songs() {
   songs > "$folder/now.txt"
   head -n "$(wc -l < "$folder/before.txt")" "$folder/now.txt" | diff "$folder/before.txt" - ||
-    fail "Songs of the library are others $1."
+    fail "Songs of the library have changed $1."
 }
 expect_entries() {
   for jukebox in "$mix" "$second"; do
-    [ "$(entries "$jukebox")" = "$folder_songs" ] || fail "Songs of $jukebox are others $1."
+    [ "$(entries "$jukebox")" = "$folder_songs" ] || fail "Songs of $jukebox have changed $1."
   done
 }
 exit_with() { # exit_with [KEY...]: exits the program and answers each question with a KEY
@@ -103,7 +100,7 @@ new_song() { # new_song NAME: adds a song to a folder that has known songs
   like=$(find "$folder/home" -name '*.mp3' | sort | head -n 1)
   cp "$like" "$(dirname "$like")/$1.mp3"
 }
-two_jukeboxes() { # the start opens the first jukebox itself
+two_jukeboxes() { # waits for the first jukebox, which the start opens itself
   until_true 30 "the first jukebox" window_named '^Tallow - \['
 }
 
@@ -113,7 +110,6 @@ start
 until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
 before=$(cksum "$library")
 keys Tab Home shift+End shift+F10 r Return
-library_has_changed() { [ "$(cksum "$library")" != "$before" ]; }
 until_true 10 "the saved ranks" library_has_changed
 keys ctrl+c alt+e a
 xdotool type --delay 40 'Road trip'
@@ -147,7 +143,7 @@ picture 1-away
 frame=$(window_named '^Tallow - ' | tail -n 1)
 height=$(xdotool getwindowgeometry --shell "$frame" | sed -n 's/^HEIGHT=//p')
 xdotool mousemove --window "$frame" 200 $((height - 12)) click 1
-until_true 10 "the list of what is away" window_named '^Away and Left Out$'
+until_true 10 "the list of unavailable places" window_named '^Away and Left Out$'
 picture 2-list
 keys Escape
 exit_with
@@ -180,8 +176,8 @@ keys alt+s r Return
 sleep 2
 picture 3-gone-during-a-run
 exit_with alt+y alt+y
-expect_songs "after the drive went during a run"
-expect_entries "after the drive went during a run"
+expect_songs "after the drive was removed during a run"
+expect_entries "after the drive was removed during a run"
 
 # The drive comes back during a run, and the program starts again.
 start

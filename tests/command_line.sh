@@ -17,7 +17,7 @@ expect() {
   shift 2
   "$program" "$@" > "$folder/out" 2>&1 || got=$?
   if [ "$got" -ne "$code" ] || ! grep -qF -- "$pattern" "$folder/out"; then
-    echo "tallow $* left with $got (expected $code) and said:"
+    echo "tallow $* exited with code $got (expected $code) and printed:"
     cat "$folder/out"
     exit 1
   fi
@@ -34,9 +34,9 @@ expect 1 "needs a display" --app-folder "$folder/app" --drive "$folder/music"
 expect 0 "" "${usual[@]}"
 expect 0 "" "${usual[@]}"
 # The files shipped with the program are in its folder.
-beside=$(dirname "$program")
-if [ "$(grep -c . "$beside/TIPOFDAY.TXT")" -lt 30 ] || [ ! -s "$beside/readme.txt" ]; then
-  echo "There are fewer than 30 tips beside the program, or no readme.txt."
+program_folder=$(dirname "$program")
+if [ "$(grep -c . "$program_folder/TIPOFDAY.TXT")" -lt 30 ] || [ ! -s "$program_folder/readme.txt" ]; then
+  echo "The folder of the program has fewer than 30 tips, or no readme.txt."
   exit 1
 fi
 printf 'a\r\nb\r\nabc\r\n' > "$folder/app/Grouping/System/TallowOrganizer.ini"

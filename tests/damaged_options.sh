@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Replaces the program's options file, which holds the window geometry and whether tips are shown,
+# Replaces the program's settings file, which holds the window geometry and whether tips are shown,
 # by something else and starts the built program. Each start must succeed without delay and must
-# keep whatever was there in place of an options file.
+# keep whatever was there in place of the settings file.
 #
 # Usage: damaged_options.sh PROGRAM
 set -euo pipefail
@@ -25,7 +25,7 @@ start() {
       --exit-after-startup
   ) > "$folder/out" 2>&1 || got=$?
   if [ "$got" -ne 0 ]; then
-    echo "With $1 as file of options the program left with $got and said:"
+    echo "With $1 as settings file the program exited with code $got and printed:"
     cat "$folder/out"
     failed=1
   fi
@@ -33,7 +33,7 @@ start() {
 # keeps NAME TEST: checks that the replaced file is still there, or in its backup
 keeps() {
   if ! test "$2" "$options" && ! test "$2" "$options.bak"; then
-    echo "$1 as file of options is gone."
+    echo "The settings file was replaced by $1, which is gone."
     failed=1
   fi
   rm -rf "$options" "$options.bak"

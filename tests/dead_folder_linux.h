@@ -5,7 +5,7 @@
 
 namespace tallow {
 
-/// Within its scope a folder lies on a disk that does not answer: calls on paths in the folder
+/// Within its scope a folder is on a disk that does not answer: calls on paths in the folder
 /// block until the end of the scope. All file calls of the program are interposed, see
 /// dead_folder_linux.cpp. Only one such object may exist at a time.
 class DeadFolder {

@@ -22,13 +22,13 @@ cp "$songs" "$folder/before"
 
 # The start waits at most 30 s for a drive unless the user cancels.
 TALLOW_DEAD_FOLDER="$folder/share/" LD_PRELOAD="$library" timeout 120 "${start[@]}" \
-  2> "$folder/said"
+  2> "$folder/errors.txt"
 cmp "$songs" "$folder/before"
 
 # When the drive answers again, no song is missing.
-"${start[@]}" 2> "$folder/said"
+"${start[@]}" 2> "$folder/errors.txt"
 cmp "$songs" "$folder/before"
-if grep -q missing "$folder/said"; then
-  cat "$folder/said"
+if grep -q missing "$folder/errors.txt"; then
+  cat "$folder/errors.txt"
   exit 1
 fi

@@ -26,14 +26,11 @@ chmod +x "$folder/bin/tallow-player"
 program=$folder/bin/tallow
 # shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
-# A temporary runtime folder for the player's socket, and no session bus.
-XDG_RUNTIME_DIR=$(mktemp -d)
+# shellcheck source=tests/program.sh
+. "$here/program.sh"
+separate_session
 trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
-export XDG_RUNTIME_DIR DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
-# Options in the test's folder, without the tip at start, which would wait for the user.
-export XDG_CONFIG_HOME=$folder/config
-mkdir -p "$XDG_CONFIG_HOME/Tallow"
-printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$XDG_CONFIG_HOME/Tallow/tallow.conf"
+turn_tips_off
 export QT_QPA_PLATFORM=xcb QT_PLUGIN_PATH="$plugins" QT_QPA_GENERIC_PLUGINS=tallowprobe
 
 for start in first second; do
@@ -44,7 +41,7 @@ for start in first second; do
   [ -s "$folder/$start.png" ] || { echo "The $start start left no picture."; exit 1; }
   if perl -MSocket -e 'socket(S, PF_UNIX, SOCK_STREAM, 0); exit !connect(S, sockaddr_un(shift));' \
     "$XDG_RUNTIME_DIR/tallow/player"; then
-    echo "The player of the $start start is still there."
+    echo "The player of the $start start is still running."
     exit 1
   fi
 done
@@ -62,7 +59,7 @@ for _ in $(seq 100); do
   sleep 0.1
 done
 if kill -0 "$tallow" 2> /dev/null; then
-  echo "Tallow did not end when the system told it to."
+  echo "Tallow did not end on SIGTERM."
   kill -9 "$tallow"
   exit 1
 fi

@@ -12,20 +12,19 @@ program=$1
 folder=$2
 here=$(cd "$(dirname "$0")" && pwd)
 rm -rf "$folder"
-mkdir -p "$folder/app" "$folder/bin" "$folder/config/Tallow" "$folder/pictures"
+mkdir -p "$folder/app" "$folder/bin" "$folder/pictures"
 "$here/../packaging/make-demo-collection.sh" "$folder/music"
-printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"
+# shellcheck source=tests/program.sh
+. "$here/program.sh"
+turn_tips_off
 cp "$program" "$folder/bin/tallow"
 cp "$(dirname "$program")/TIPOFDAY.TXT" "$folder/bin/"
 # shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
-XDG_RUNTIME_DIR=$(mktemp -d)
+separate_session
 trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
-export XDG_RUNTIME_DIR XDG_CONFIG_HOME=$folder/config DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
 export QT_QPA_PLATFORM=xcb
-openbox > /dev/null 2>&1 &
-processes+=($!)
-for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
+start_window_manager
 # shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
 
@@ -35,7 +34,6 @@ start() {
   processes+=("$tallow")
   until_true 60 "the window" window_named '^Tallow - '
 }
-has_ended() { ! kill -0 "$tallow"; }
 player_runs() { [ -s "$folder/log" ]; }
 # Makes a player that records its process ID and every message.
 make_player() {
@@ -58,7 +56,7 @@ lose_player() {
     # The player may seem to start, and then end.
     if window_named '^(Tallow|Error)$' > /dev/null; then return 0; fi
   done
-  fail "No message about a player that is gone."
+  fail "No message says that the player is gone."
 }
 
 lose_player

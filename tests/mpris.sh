@@ -56,8 +56,8 @@ get() {
     /org/mpris/MediaPlayer2 org.freedesktop.DBus.Properties.Get \
     string:"${3:-org.mpris.MediaPlayer2.Player}" string:"$1" | sed 's/^ *variant *//; s/ *$//'
 }
-# tell MESSAGE WPARAM LPARAM [PATH]: sends a message as Tallow does, and prints the answer
-tell() {
+# send MESSAGE WPARAM LPARAM [PATH]: sends a message as Tallow does, and prints the answer
+send() {
   perl -MSocket -e '
     my ($socket, $message, $w, $l, $path) = @ARGV;
     my $payload = defined $path ? "$path\0" : "";
@@ -78,35 +78,37 @@ dbus-monitor --session --monitor \
   "type='signal',sender='org.mpris.MediaPlayer2.tallow',path='/org/mpris/MediaPlayer2'" \
   > "$work/signals" 2> /dev/null & processes+=($!)
 # shellcheck disable=SC2016 # The inner shell expands them.
-# told TEXT: waits until a signal contains TEXT
-told() { expect "told $1" sh -c 'grep -qF -- "$1" "$2" && echo "told $1"' sh "$1" "$work/signals"; }
+# expect_signal TEXT: waits until a signal contains TEXT
+expect_signal() {
+  expect "signal $1" sh -c 'grep -qF -- "$1" "$2" && echo "signal $1"' sh "$1" "$work/signals"
+}
 for _ in $(seq 100); do [ -s "$work/signals" ] && break; sleep 0.05; done
-for file in 'one & two.mp3' two.mp3 'no tag.mp3' $'odd \xEF\xBF\xBF.mp3'; do tell 74 0 100 "$work/$file" > /dev/null; done
+for file in 'one & two.mp3' two.mp3 'no tag.mp3' $'odd \xEF\xBF\xBF.mp3'; do send 74 0 100 "$work/$file" > /dev/null; done
 expect 'boolean true' get CanPlay
 expect 'boolean true' get CanGoNext
 expect 'boolean false' get CanGoPrevious
 
 control play
 expect Playing control status
-expect 1 tell 1024 0 104
+expect 1 send 1024 0 104
 expect "Étienne Duval: Grüne Straße" control metadata --format '{{artist}}: {{title}}'
 expect "file://$work/one%20%26%20two.mp3" control metadata xesam:url
 expect 0:30 control metadata --format '{{duration(mpris:length)}}'
 
 control pause
 expect Paused control status
-expect 3 tell 1024 0 104
+expect 3 send 1024 0 104
 control pause
 expect Paused control status
 control play-pause
 expect Playing control status
 control play-pause
 control position 20
-expect 20000 tell 1024 0 105
+expect 20000 send 1024 0 105
 control position 5-
-expect 15000 tell 1024 0 105
+expect 15000 send 1024 0 105
 control position 12
-expect 12000 tell 1024 0 105
+expect 12000 send 1024 0 105
 expect 'int64 12000000' get Position
 
 control next
@@ -128,28 +130,28 @@ expect 'boolean false' get CanGoNext
 control next
 expect 'odd ?.mp3' control metadata --format '{{artist}}{{title}}'
 for property in PlaybackStatus Metadata CanGoNext CanGoPrevious CanPlay CanPause CanSeek; do
-  told "string \"$property\""
+  expect_signal "string \"$property\""
 done
-told 'string "odd ?.mp3"'
+expect_signal 'string "odd ?.mp3"'
 
 # call METHOD ARGUMENT...: calls a method of the player
 call() {
   dbus-send --session --print-reply --dest=org.mpris.MediaPlayer2.tallow /org/mpris/MediaPlayer2 \
     "org.mpris.MediaPlayer2.Player.$1" "${@:2}" > /dev/null
 }
-told member=Seeked
+expect_signal member=Seeked
 track=$(control metadata mpris:trackid | tr -d "'")
 call SetPosition objpath:"$track" int64:7000000
-tell 273 40046 0 > /dev/null
+send 273 40046 0 > /dev/null
 expect Paused control status
-[ "$(tell 1024 0 105)" -ge 7000 ] || { echo "SetPosition was not heard"; failed=true; }
+[ "$(send 1024 0 105)" -ge 7000 ] || { echo "SetPosition had no effect"; failed=true; }
 # The exact position of the pause is unknown, so the following calls start from a fixed position.
 call SetPosition objpath:"$track" int64:9000000
-expect 9000 tell 1024 0 105
+expect 9000 send 1024 0 105
 call SetPosition objpath:/org/other/track int64:1000000
 call SetPosition objpath:"$track" int64:-5
 call SetPosition objpath:"$track" int64:3600000000
-expect 9000 tell 1024 0 105
+expect 9000 send 1024 0 105
 control play
 expect Playing control status
 dbus-send --session --print-reply --dest=org.mpris.MediaPlayer2.tallow /org/mpris/MediaPlayer2 \
@@ -167,21 +169,21 @@ fi
 expect 'double 1' get Volume
 control volume 0.5
 expect 'double 0.501961' get Volume
-told 'string "Volume"'
+expect_signal 'string "Volume"'
 control volume 7
 expect 'double 1' get Volume
-tell 1024 51 122 > /dev/null
+send 1024 51 122 > /dev/null
 expect 'double 0.2' get Volume
 
 # A listener gets every change of the status.
 playerctl --player=tallow --follow status > "$work/followed" & processes+=($!)
 expect Playing cat "$work/followed"
-tell 273 40046 0 > /dev/null
+send 273 40046 0 > /dev/null
 expect $'Playing\nPaused' cat "$work/followed"
 control stop
 expect Stopped control status
-expect 0 tell 1024 0 104
-expect -1 tell 1024 0 105
+expect 0 send 1024 0 104
+expect -1 send 1024 0 105
 expect $'Playing\nPaused\nStopped' cat "$work/followed"
 
 # If the bus name is taken, the player uses a second name.

@@ -33,7 +33,7 @@ class RecordedWindows : public StartUpWindows {
   std::span<Jukebox* const> OpenJukeboxes() override { return open; }
   MessageAnswer Show(const Message& message) override {
     const bool is_question = message.buttons != MessageButtons::kOk;
-    (is_question ? asked : told).push_back(message.text);
+    (is_question ? asked : messages).push_back(message.text);
     if (!is_question) return MessageAnswer::kOk;
     if (message.can_be_dismissed && leaves_questions) return MessageAnswer::kCancel;
     return answer ? MessageAnswer::kYes : MessageAnswer::kNo;
@@ -56,7 +56,7 @@ class RecordedWindows : public StartUpWindows {
   std::vector<std::unique_ptr<Jukebox>> jukeboxes;
   std::vector<Jukebox*> open;
   std::vector<std::string> log;
-  std::vector<std::string> told;
+  std::vector<std::string> messages;
   std::vector<std::string> asked;
   std::vector<std::string> notices;
   std::string scan;  ///< the last line of the start's notice, with the counts

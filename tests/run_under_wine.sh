@@ -9,7 +9,7 @@ export DISPLAY=
 # shellcheck source=tests/wine_prefix.sh
 . "$(dirname "$0")/wine_prefix.sh"
 make_windows
-# The program must lie on a drive that exists in the prefix.
+# The program must be on a drive that exists in the prefix.
 cp "$program" "$WINEPREFIX/drive_c/program.exe"
 cp "$(dirname "$program")/winamp_stand_in.exe" "$WINEPREFIX/drive_c/"
 # Wine runs without a display only if the graphics driver is set to null.

@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# The tests of the code without windows. The sources lie beside the code they test.
+# The tests of the code without windows. The sources are in the folders of the code they test.
 get_property(sources GLOBAL PROPERTY tallow_core_tests)
 add_executable(tallow_core_tests tests/main.cpp ${sources})
 if(WIN32)
-  # The stand-in for Winamp must lie beside the tests.
+  # The stand-in for Winamp must be in the folder of the tests.
   add_executable(winamp_stand_in WIN32 tests/winamp_stand_in_windows.cpp)
   target_link_libraries(winamp_stand_in PRIVATE tallow_options)
   add_dependencies(tallow_core_tests winamp_stand_in)

@@ -10,13 +10,13 @@ set -euo pipefail
 program=$1
 folder=$2
 rm -rf "$folder"
-mkdir -p "$folder/config/Tallow" "$folder/app" "$folder/music"
-printf '[Options]\nShow%%20Tips%%20at%%20Startup=0\n' > "$folder/config/Tallow/tallow.conf"
+mkdir -p "$folder/app" "$folder/music"
+# shellcheck source=tests/program.sh
+. "$(dirname "$0")/program.sh"
+turn_tips_off
 for song in a b c; do head -c 5000 /dev/zero > "$folder/music/$song.mp3"; done
-export XDG_CONFIG_HOME=$folder/config QT_QPA_PLATFORM=offscreen DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
-# A short folder, because the length of a socket path is limited.
-XDG_RUNTIME_DIR=$(mktemp -d)
-export XDG_RUNTIME_DIR
+separate_session
+export QT_QPA_PLATFORM=offscreen
 first=
 trap '[ -z "$first" ] || kill -KILL "$first" 2> /dev/null; rm -rf "$XDG_RUNTIME_DIR"' EXIT
 
@@ -69,14 +69,14 @@ for how in folder mode dangling loop fifo device removed; do
     [ "$when" != both ] || break_file "$system/tallow.owner" "$how"
     got=0
     timeout 20 "$program" "${arguments[@]}" --exit-after-startup > "$folder/out" 2>&1 || got=$?
-    [ "$got" = 1 ] || fail "$what: the second program left with $got"
-    grep -q 'is in use by another Tallow' "$folder/out" || fail "$what: the second program said: $(cat "$folder/out")"
-    hand_over || fail "$what: the first program does not answer any more"
+    [ "$got" = 1 ] || fail "$what: the second program exited with code $got"
+    grep -q 'is in use by another Tallow' "$folder/out" || fail "$what: the second program printed: $(cat "$folder/out")"
+    hand_over || fail "$what: the first program no longer answers"
     kill -TERM "$first"
-    wait "$first" || fail "$what: the first program ended with $?"
+    wait "$first" || fail "$what: the first program exited with code $?"
     first=
-    [ "$(cd "$folder/app/Grouping" && cksum FileLocNames.lmz)" = "$before" ] || fail "$what: the library is another one"
-    [ "$when" = both ] || [ ! -e "$system/tallow.owner" ] || fail "$what: the owner's file is still there"
+    [ "$(cd "$folder/app/Grouping" && cksum FileLocNames.lmz)" = "$before" ] || fail "$what: the library has changed"
+    [ "$when" = both ] || [ ! -e "$system/tallow.owner" ] || fail "$what: the owner file is still there"
   done
 done
 
@@ -88,7 +88,7 @@ for how in removed folder; do
   kill -KILL "$first"
   wait "$first" 2> /dev/null || :
   first=
-  [ -s "$system/tallow.owner" ] || fail "A killed program has left no owner's file."
-  timeout 20 "$program" "${arguments[@]}" --exit-after-startup || fail "After a kill ($how) nothing starts."
+  [ -s "$system/tallow.owner" ] || fail "A killed program has left no owner file."
+  timeout 20 "$program" "${arguments[@]}" --exit-after-startup || fail "After a kill ($how) the program does not start."
 done
-[ "$(cd "$folder/app/Grouping" && cksum FileLocNames.lmz)" = "$before" ] || fail "The library is another one."
+[ "$(cd "$folder/app/Grouping" && cksum FileLocNames.lmz)" = "$before" ] || fail "The library has changed."

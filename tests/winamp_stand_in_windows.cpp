@@ -3,7 +3,7 @@
 // from a list. It plays nothing.
 //
 // TALLOW_STAND_IN_LOG names the log file. Each line is a message: its three numbers, and for a
-// copy-data record also the data in quotes. The first line tells how the program was started.
+// copy-data record also the data in quotes. The first line records how the program was started.
 // TALLOW_STAND_IN_ANSWERS names a file of answers, one per line: "1024 1 105=60".
 #include <cstdio>
 #include <cstdlib>

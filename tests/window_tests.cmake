@@ -24,12 +24,12 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
   set_tests_properties(windows.window_tests PROPERTIES TIMEOUT 900)
   # ./build-windows.sh makes the setup program.
   add_test(
-    NAME windows.life
+    NAME windows.end_to_end
     COMMAND
-      ${CMAKE_SOURCE_DIR}/tests/windows_life.sh
+      ${CMAKE_SOURCE_DIR}/tests/windows_end_to_end.sh
       ${CMAKE_BINARY_DIR}/Tallow-${PROJECT_VERSION}-setup.exe $<TARGET_FILE:winamp_stand_in>
-      $<TARGET_FILE:hold_file> ${CMAKE_BINARY_DIR}/tests/life)
-  set_tests_properties(windows.life PROPERTIES TIMEOUT 600)
+      $<TARGET_FILE:hold_file> ${CMAKE_BINARY_DIR}/tests/end_to_end)
+  set_tests_properties(windows.end_to_end PROPERTIES TIMEOUT 600)
   return()
 endif()
 gtest_discover_tests(tallow_window_tests PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
@@ -50,15 +50,16 @@ add_dependencies(check_generated tallow_probe_autogen)
 add_test(NAME program.starts_on_the_demo_collection
          COMMAND ${CMAKE_SOURCE_DIR}/tests/demo_start.sh $<TARGET_FILE:tallow>
                  ${CMAKE_BINARY_DIR}/tests/plugins ${CMAKE_BINARY_DIR}/tests/demo)
-add_test(NAME program.lives COMMAND ${CMAKE_SOURCE_DIR}/tests/life.sh $<TARGET_FILE:tallow>
-                                    ${CMAKE_BINARY_DIR}/tests/life)
+add_test(NAME program.end_to_end COMMAND ${CMAKE_SOURCE_DIR}/tests/end_to_end.sh
+                                         $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/end_to_end)
 add_test(NAME program.keeps_songs_of_drives_that_are_away
          COMMAND ${CMAKE_SOURCE_DIR}/tests/away.sh $<TARGET_FILE:tallow>
                  ${CMAKE_BINARY_DIR}/tests/away)
 add_test(NAME program.obeys_its_command_line COMMAND ${CMAKE_SOURCE_DIR}/tests/command_line.sh
                                                      $<TARGET_FILE:tallow>)
-add_test(NAME program.shares_no_folder COMMAND ${CMAKE_SOURCE_DIR}/tests/two_programs.sh
-                                               $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/two)
+add_test(NAME program.runs_once_per_folder
+         COMMAND ${CMAKE_SOURCE_DIR}/tests/two_programs.sh $<TARGET_FILE:tallow>
+                 ${CMAKE_BINARY_DIR}/tests/two)
 add_test(NAME program.ends_without_its_player
          COMMAND ${CMAKE_SOURCE_DIR}/tests/ending.sh $<TARGET_FILE:tallow>
                  ${CMAKE_BINARY_DIR}/tests/ending)
@@ -66,11 +67,11 @@ add_test(NAME windows.find_under_desktop_themes COMMAND ${CMAKE_SOURCE_DIR}/test
                                                         $<TARGET_FILE:tallow_window_tests>)
 set_tests_properties(
   program.starts_on_the_demo_collection
-  program.lives
+  program.end_to_end
   windows.find_under_desktop_themes
   program.keeps_songs_of_drives_that_are_away
   program.obeys_its_command_line
-  program.shares_no_folder
+  program.runs_once_per_folder
   program.ends_without_its_player
   PROPERTIES TIMEOUT 300)
 if(NOT TALLOW_SANITIZE)
@@ -82,7 +83,7 @@ if(NOT TALLOW_SANITIZE)
                    $<TARGET_FILE:tallow_dead_folder> ${CMAKE_BINARY_DIR}/tests/dead_share)
   set_tests_properties(program.starts_while_a_drive_does_not_answer PROPERTIES TIMEOUT 300)
   # The test limits processor time, which sanitizers multiply.
-  add_test(NAME program.starts_whatever_its_options_are
+  add_test(NAME program.starts_with_damaged_options
            COMMAND ${CMAKE_SOURCE_DIR}/tests/damaged_options.sh $<TARGET_FILE:tallow>)
-  set_tests_properties(program.starts_whatever_its_options_are PROPERTIES TIMEOUT 600)
+  set_tests_properties(program.starts_with_damaged_options PROPERTIES TIMEOUT 600)
 endif()

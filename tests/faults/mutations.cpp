@@ -137,7 +137,7 @@ std::string NameOf(const Mutation& one) {
          (one.user_agrees ? ", user says Yes" : "");
 }
 
-/// Of every ten cases, eight damage the bytes and two put something else in the file's place.
+/// Of every ten cases, eight damage the bytes and two replace the file by something else.
 Damage DamageOf(int number, bool big) {
   const int place = number % 10;
   if (place < 4) return Damage::kFlipped;
@@ -224,7 +224,8 @@ std::string Use(const World& world, bool user_agrees) {
   RunningProgram program(world);
   program.user.agrees = user_agrees;
   const bool started = program.Start();
-  json used{{"started", started}, {"said", program.Said()}, {"asked", program.user.asked.size()}};
+  json used{
+      {"started", started}, {"said", program.Messages()}, {"asked", program.user.asked.size()}};
   if (started) {
     if (const std::int32_t row = program.RowOf("one.mp3"); row > 0)
       program.tallow.library.Mp3Info(kSongRank, row, "7");

@@ -89,9 +89,9 @@ class CommandWindows : public DocumentWindows, public NewSongsWindows {
 /// Starts a program, and throws if the start fails or shows a message.
 std::unique_ptr<RunningProgram> Started(const World& world) {
   auto program = std::make_unique<RunningProgram>(world);
-  if (!program->Start() || !program->Said().empty())
+  if (!program->Start() || !program->Messages().empty())
     throw std::runtime_error("the program does not start: " +
-                             (program->Said().empty() ? "" : program->Said().front()));
+                             (program->Messages().empty() ? "" : program->Messages().front()));
   return program;
 }
 
@@ -134,7 +134,7 @@ Texts StartIt(const World& world, const std::function<void()>& from_here) {
   from_here();
   Texts said;
   if (!program.Start()) said.push_back("The start ended.");
-  for (std::string& text : program.Said()) said.push_back(std::move(text));
+  for (std::string& text : program.Messages()) said.push_back(std::move(text));
   return said;
 }
 
@@ -191,7 +191,7 @@ Texts SaveIt(RunningProgram& program, const std::string& as) {
   const bool saved = as.empty() ? documents.SaveDatForm() : documents.SaveAs();
   if (!saved) windows.said.push_back("The jukebox is not saved.");
   for (const std::string& text : windows.said_about_settings) windows.said.push_back(text);
-  for (const std::string& text : program.Said()) windows.said.push_back(text);
+  for (const std::string& text : program.Messages()) windows.said.push_back(text);
   return windows.said;
 }
 

@@ -221,8 +221,8 @@ std::int32_t RunningProgram::RowOf(std::string_view name) const {
   return 0;
 }
 
-std::vector<std::string> RunningProgram::Said() const {
-  std::vector<std::string> said = user.told;
+std::vector<std::string> RunningProgram::Messages() const {
+  std::vector<std::string> said = user.messages;
   said.insert(said.end(), user.asked.begin(), user.asked.end());
   said.insert(said.end(), user.notices.begin(), user.notices.end());
   return said;
@@ -268,8 +268,9 @@ json FoldersOfJukeboxFile(const World& world, const std::string& path) {
 json FindInMemory(const World& world) {
   json found;
   RunningProgram program(world);
-  found["start"] = {
-      {"goes on", program.Start()}, {"asks", program.user.asked}, {"tells", program.user.told}};
+  found["start"] = {{"goes on", program.Start()},
+                    {"asks", program.user.asked},
+                    {"messages", program.user.messages}};
   found["songs"] = SongsOf(world, program.tallow.library);
   found["open"] = OpenJukeboxesOf(program);
   found["days"] = FactsOfCompanion(world, program.tallow.library);

@@ -90,7 +90,7 @@ class RunningProgram {
   /// The first jukebox that a start has opened.
   Jukebox& First() { return *user.open.at(0); }
   /// All messages, questions and notices to the user.
-  std::vector<std::string> Said() const;
+  std::vector<std::string> Messages() const;
 
   CarefulUser user;
   Tallow tallow;

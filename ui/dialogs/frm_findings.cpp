@@ -87,12 +87,12 @@ void frmFindings::Fill() {
   };
   const std::vector<AwayPlace> places = library_.AwayPlaces();
   if (!places.empty()) {
-    QTreeWidgetItem* const away = heading(tr("Away: their songs keep ranks and places"));
+    QTreeWidgetItem* const away = heading(tr("Away (songs keep their ranks and folders)"));
     for (const AwayPlace& place : places) {
       std::string why;
       if (place.kind == AwayKind::kFolder) why = ", cannot be read: " + place.problem;
       if (place.kind == AwayKind::kKept)
-        why = ", gone, but kept because " + place.problem + " cannot be read";
+        why = ", missing, but kept because " + place.problem + " cannot be read";
       QTreeWidgetItem* const item =
           add(away, DisplayText(place.place), DisplayText(SongCount(place.songs) + why));
       item->setData(0, kPlaceRole, QByteArray::fromStdString(place.place));
@@ -135,8 +135,8 @@ void frmFindings::Forget() {
   for (const AwayPlace& away : library_.AwayPlaces())
     if (away.place == place) songs = away.songs;
   if (show_({.text = "Forget the " + SongCount(songs) + " of " + place +
-                     "?\n\nThey count as missing then and leave the lists. Should their files come "
-                     "back, a search finds them with their ranks.",
+                     "?\n\nThey become missing and disappear from the lists. If their files "
+                     "return, a search restores them with their ranks.",
              .icon = MessageIcon::kQuestion,
              .buttons = MessageButtons::kYesNo}) != MessageAnswer::kYes)
     return;

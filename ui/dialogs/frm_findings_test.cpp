@@ -46,10 +46,10 @@ class FrmFindings : public LibraryTest {
   int forgotten = 0;
 };
 
-TEST_F(FrmFindings, ListsPlacesThatAreAwayAndFilesThatWereLeftOut) {
+TEST_F(FrmFindings, ListsAwayPlacesAndSkippedFiles) {
   frmFindings dialog(library, messages.Shower(), [this] { ++forgotten; });
   EXPECT_EQ(Texts(dialog),
-            (QStringList{"Away: their songs keep ranks and places", Text(one) + " | 2 songs",
+            (QStringList{"Away (songs keep their ranks and folders)", Text(one) + " | 2 songs",
                          "Skipped because a song with that file name exists",
                          Text(two + "a.mp3") + " | kept instead: " + Text(one + "a.mp3")}));
   EXPECT_TRUE(dialog.findChild<QPushButton*>(QStringLiteral("cmdForget"))->isEnabled());
@@ -65,8 +65,8 @@ TEST_F(FrmFindings, ForgettingAsksWithTheNumberAndOnlyYesForgets) {
   EXPECT_EQ(
       messages.shown[0].text,
       "Forget the 2 songs of " + one +
-          "?\n\nThey count as missing then and leave the lists. Should their files come back, "
-          "a search finds them with their ranks.");
+          "?\n\nThey become missing and disappear from the lists. If their files return, a search "
+          "restores them with their ranks.");
   EXPECT_EQ(messages.shown[0].buttons, MessageButtons::kYesNo);
   EXPECT_EQ(forgotten, 0);
   EXPECT_TRUE(library.IsPresent(1));

@@ -79,7 +79,7 @@ frmHelp::frmHelp(QWidget* parent)
   search_->setClearButtonEnabled(true);
   contents_->setObjectName(QStringLiteral("Contents"));
   contents_->setAccessibleName(tr("Pages"));
-  contents_->setAccessibleDescription(tr("The page that is chosen here is shown beside"));
+  contents_->setAccessibleDescription(tr("The page that is chosen here is shown on the right"));
   text_->setObjectName(QStringLiteral("Page"));
   text_->setAccessibleName(tr("Page"));
   text_->setAccessibleDescription(tr("Tab goes to its links, Enter follows them"));

@@ -132,7 +132,7 @@ TEST_F(FrmHelp, TheSearchListsOnlyPagesWithAllWords) {
   EXPECT_TRUE(help.findChild<QTextBrowser*>()->extraSelections().isEmpty());
 }
 
-TEST_F(FrmHelp, F1InADialogOpensTheHelpPageOfTheDialogOnTopOfIt) {
+TEST_F(FrmHelp, F1InADialogOpensItsHelpPageInFrontOfTheDialog) {
   frmMain& window = ShowJukebox();
   window.Jukebox().Nodes().AddChild(nullptr, "two");
   const std::pair<const char*, const char*> expected[] = {

@@ -34,8 +34,8 @@ constexpr int kPathCharacters = 48;
 
 }  // namespace
 
-frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask, ShowMessage tell,
-                       QWidget* parent)
+frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask,
+                       ShowMessage show_message, QWidget* parent)
     : QDialog(parent),
       tallow_(tallow),
       show_(std::move(show)),
@@ -43,7 +43,7 @@ frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask, Show
                : [this](const std::string& folder) {
                    return AskForFile(this, folder, kPictureFilter, FileDialogPurpose::kOpen);
                  }),
-      tell_(tell ? std::move(tell)
+      show_message_(show_message ? std::move(show_message)
                  : [this](const Message& message) { return ShowMessageBox(message, this); }),
       picture_location_(tallow.settings.PictureLocation()),
       path_(new QLabel(this)),
@@ -114,13 +114,14 @@ void frmPicture::Browse() {
                                   : GroupingFolder(tallow_.application_folder));
   if (!chosen) return;
   if (HasLineBreak(*chosen)) {
-    tell_({.text = *chosen + " cannot be the picture: its path has a line break. Rename the "
-                             "file or its folder.",
-           .icon = MessageIcon::kCritical});
+    show_message_({.text = *chosen +
+                           " cannot be the picture: its path has a line break. Rename the file or "
+                           "its folder.",
+                   .icon = MessageIcon::kCritical});
     return;
   }
   if (std::string problem = ReadPicture(*chosen).problem; !problem.empty()) {
-    tell_({.text = std::move(problem), .icon = MessageIcon::kCritical});
+    show_message_({.text = std::move(problem), .icon = MessageIcon::kCritical});
     return;
   }
   tallow_.settings.PictureLocation(*chosen);
@@ -135,7 +136,7 @@ void frmPicture::Apply() {
   std::string problem = PictureAddressProblem(tallow_.settings);
   std::string unread = show_(PictureAddress(tallow_.settings), tallow_.settings.IsItTiled());
   if (problem.empty()) problem = std::move(unread);
-  if (!problem.empty()) tell_({.text = std::move(problem), .icon = MessageIcon::kCritical});
+  if (!problem.empty()) show_message_({.text = std::move(problem), .icon = MessageIcon::kCritical});
   accept();
 }
 

@@ -33,10 +33,10 @@ class frmPicture : public QDialog {
   using AskForPicture = std::function<std::optional<std::string>(const std::string& folder)>;
 
   /// \param tallow must outlive the dialog
-  /// \param ask    asks for the picture file; if empty, the file dialog is used
-  /// \param tell   shows messages; if empty, message boxes over this dialog are used
-  frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask = {}, ShowMessage tell = {},
-             QWidget* parent = nullptr);
+  /// \param ask asks for the picture file; if empty, the file dialog is used
+  /// \param show_message shows messages; if empty, message boxes over this dialog are used
+  frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask = {},
+             ShowMessage show_message = {}, QWidget* parent = nullptr);
 
  private:
   void Browse();
@@ -47,7 +47,7 @@ class frmPicture : public QDialog {
   Tallow& tallow_;
   ShowPicture show_;
   AskForPicture ask_;
-  ShowMessage tell_;
+  ShowMessage show_message_;
   const std::string picture_location_;  ///< when the dialog opened
   QLabel* path_;
   QCheckBox* show_picture_;

@@ -59,7 +59,7 @@ void ActiveJukeboxCommands::Find() {
   frmMain* const window = jukeboxes_.ActiveWindow();
   if (window == nullptr || !find_->HasFound()) return;
   jukeboxes_.Activate(*window);
-  window->PVExplorer1().TakeFocus(true);
+  window->PVExplorer1().GrabFocus(true);
 }
 
 }  // namespace tallow

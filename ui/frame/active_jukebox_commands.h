@@ -15,7 +15,7 @@ class frmFind;
 class frmMain;
 
 /// The frame window's commands on the folders and songs of the active jukebox. When no jukebox is
-/// open, a command only says so in the status bar.
+/// open, a command only reports that in the status bar.
 class ActiveJukeboxCommands {
  public:
   /// The parameters have to outlive this object.

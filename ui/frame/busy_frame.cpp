@@ -41,7 +41,7 @@ void BusyFrame::FocusJukebox() {
   if (window == nullptr || !jukeboxes_.IsActive(*window) || !frame_.isActiveWindow()) return;
   if (focus == nullptr || focus == &frame_ || focus == &jukeboxes_.Area() ||
       focus == window->parentWidget())
-    window->TakeFocus();
+    window->GrabFocus();
 }
 
 }  // namespace tallow

@@ -130,7 +130,7 @@ TEST_F(Closing, AMinimizedJukeboxIsSavedWhenItIsClosed) {
   EXPECT_EQ(frame.OpenJukeboxes(), std::vector<Jukebox*>{&two.Jukebox()});
 }
 
-TEST_F(Closing, TheFrameSavesEachOfItsWindowsMinimizedOrNot) {
+TEST_F(Closing, ClosingTheFrameAlsoSavesMinimizedWindows) {
   frmMain& one = ChangedJukebox("ONE");
   ChangedJukebox("TWO");
   frmMain& three = ChangedJukebox("THREE");
@@ -177,7 +177,7 @@ TEST_F(Closing, TheFrameClosesItsWindowsFirstAndThenThePlayer) {
 }
 
 TEST_F(Closing, APlayerThatHasEndedDoesNotPreventClosing) {
-  for (const bool told_to_end : {true, false}) {
+  for (const bool panel_only : {true, false}) {
     frmMain& window = ShowJukebox();
     window.Run(ListCommand::kPlayAllSongsInFolder, window.Jukebox().selectednode());
     link.found = 0;
@@ -185,7 +185,7 @@ TEST_F(Closing, APlayerThatHasEndedDoesNotPreventClosing) {
     EXPECT_EQ(messages.Take(), Texts{"Couldn't find WinAMP's Window"});
     ASSERT_NE(frame.PlayerPanel(), nullptr);
     link.Take();
-    if (told_to_end)
+    if (panel_only)
       frame.ClosePlayerPanel();
     else
       EXPECT_TRUE(frame.close());
@@ -229,7 +229,7 @@ TEST_F(Closing, CancellingTheSecondQuestionKeepsTheFirstJukeboxOpenToo) {
   EXPECT_EQ(messages.Take(), Texts{"Do you want to save changes to ONE"});
 }
 
-TEST_F(Closing, WhatIsBeingTypedIsAChangeAndIsSaved) {
+TEST_F(Closing, ATextBeingTypedIsAChangeAndIsSaved) {
   frmMain& window = ShowJukebox();
   Jukebox& jukebox = window.Jukebox();
   jukebox.Caption("MIX");
@@ -305,7 +305,7 @@ TEST_F(Unsaved, ChangesAreKeptEveryMinute) {
   ChangedJukebox("MIX");
   ChangedJukebox("OTHER");
   EXPECT_EQ(Files(), Texts{});
-  // Stands for the minute that passes.
+  // Shortens the interval, so that the test need not wait a minute.
   auto& clock = const_cast<QTimer&>(*timer);
   clock.start(1);
   EXPECT_TRUE(QTest::qWaitFor([&] { return Files().size() == 2; }));
@@ -360,8 +360,7 @@ TEST_F(Unsaved, AFailureToKeepChangesIsReportedInTheStatusBar) {
   frame.KeepUnsavedChanges();
   const QString said = frame.statusBar()->currentMessage();
   EXPECT_TRUE(
-      said.startsWith("The unsaved changes of ONE could not be kept for the case of a "
-                      "crash. "))
+      said.startsWith("The unsaved changes of ONE could not be stored for crash recovery. "))
       << said.toStdString();
   EXPECT_TRUE(said.endsWith(". Save the jukebox."));
 }

@@ -33,10 +33,10 @@ FileMenu::FileMenu(QWidget* parent) : QMenu(tr("&File"), parent) {
   recent_separator_->setVisible(false);
 }
 
-QAction* FileMenu::Add(const char* name, const QString& caption, void (FileMenu::*told)()) {
+QAction* FileMenu::Add(const char* name, const QString& caption, void (FileMenu::*signal)()) {
   QAction* const action = addAction(caption);
   action->setObjectName(QLatin1String(name));
-  connect(action, &QAction::triggered, this, told);
+  connect(action, &QAction::triggered, this, signal);
   return action;
 }
 

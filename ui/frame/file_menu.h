@@ -31,7 +31,7 @@ class FileMenu : public QMenu {
   void OpenRecent(int element);
 
  private:
-  QAction* Add(const char* name, const QString& caption, void (FileMenu::*told)());
+  QAction* Add(const char* name, const QString& caption, void (FileMenu::*signal)());
 
   QAction* recent_separator_;
   QList<QAction*> recent_;  ///< the items created so far, from element 1

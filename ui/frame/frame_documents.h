@@ -9,7 +9,7 @@
 #include <QPointer>
 
 #include "app/jukebox_documents.h"
-#include "ui/frame/frame_windows.h"
+#include "ui/frame/frame_windows_base.h"
 
 namespace tallow {
 

@@ -63,7 +63,7 @@ TEST_F(FrameFindingsTest, AClickOpensATextThatTheStatusBarCannotShowWhole) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(FrameFindingsTest, SizesAreFoundOnceTheWindowIsThere) {
+TEST_F(FrameFindingsTest, SizesAreDeterminedOnceTheWindowIsShown) {
   music.File("a.mp3", "12345");
   AddSong(music.path(), "a.mp3");
   library.Save();

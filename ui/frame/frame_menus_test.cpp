@@ -37,7 +37,7 @@ class FrameMenus : public FrameTest {
   }
   QAction& Button(int index) { return Item(QByteArray("Button" + QByteArray::number(index))); }
   /// Shows a jukebox window whose commands are recorded in `commands` as "pane item".
-  /// \param pane the half that was used last; 0 for none
+  /// \param pane the pane that was used last; 0 for none
   frmMain& Watched(int pane) {
     frmMain& window = ShowJukebox();
     QObject::connect(&window, &frmMain::PopUpClick, [this](int item, int in) {
@@ -98,7 +98,7 @@ TEST_F(FrameMenus, TheToolbarHasItsButtonsAndTooltips) {
                                "Help"}));
 }
 
-TEST_F(FrameMenus, EditCommandsGoToTheHalfThatWasUsedLast) {
+TEST_F(FrameMenus, EditCommandsGoToThePaneThatWasUsedLast) {
   frmMain& window = Watched(0);
   messages.answer = MessageAnswer::kNo;
   const auto expect = [&](int pane, const QStringList& numbers) {
@@ -111,7 +111,7 @@ TEST_F(FrameMenus, EditCommandsGoToTheHalfThatWasUsedLast) {
   expect(1, {"1 7", "1 8", "1 9", "1 6"});
 }
 
-TEST_F(FrameMenus, AHalfThatWasNeverUsedGetsNoEditCommand) {
+TEST_F(FrameMenus, APaneThatWasNeverUsedGetsNoEditCommand) {
   frmMain& window = Watched(0);
   emit window.PVExplorer1().FocusChanged(0);
   for (const char* const item : {"mnuCut", "mnuCopy", "mnuPaste", "mnuDelete"})
@@ -268,11 +268,11 @@ TEST_F(FrameMenus, NewSongsAreBroughtInWhileTheFrameIsDisabledAndThenReported) {
   library.Save();
   library.WriteOutMp3DirectoryLocations();
   bool enabled = true;
-  bool told = false;
+  bool shown = false;
   searches.for_songs = [&](SearchProgress& progress) {
     enabled = frame.isEnabled();
     for (QWidget* const top : QApplication::topLevelWidgets())
-      told = told || (top->objectName() == QLatin1String("frmSearching") && top->isVisible());
+      shown = shown || (top->objectName() == QLatin1String("frmSearching") && top->isVisible());
     EXPECT_FALSE(frame.close());
     progress.VisitFolder("/music/");
     return true;
@@ -288,10 +288,10 @@ TEST_F(FrameMenus, NewSongsAreBroughtInWhileTheFrameIsDisabledAndThenReported) {
   EXPECT_EQ(window.Jukebox().Nodes().Find("All Songs")->Items().size(), 4U);
   for (const char* const item : {"mnuNewSongsWholeComputerSearch", "Button15"}) {
     enabled = true;
-    told = false;
+    shown = false;
     EXPECT_EQ(run(item), "0 new songs");
     EXPECT_FALSE(enabled);
-    EXPECT_TRUE(told);
+    EXPECT_TRUE(shown);
   }
   for (QWidget* const top : QApplication::topLevelWidgets())
     EXPECT_NE(top->objectName(), "frmSearching");
@@ -322,7 +322,7 @@ TEST_F(FrameMenus, ASearchIsCancelledWithTheMouseThoughTheFrameIsDisabled) {
       frame.statusBar()->currentMessage().startsWith("0 new songs. The search was cancelled"));
 }
 
-TEST_F(FrameMenus, ShortcutKeysWorkInEitherHalfOfAJukebox) {
+TEST_F(FrameMenus, ShortcutKeysWorkInBothPanesOfAJukebox) {
   frmMain& window = Watched(0);
   messages.answer = MessageAnswer::kNo;
   Item("mnuPlayAllTheSongInNode").trigger();
@@ -337,18 +337,18 @@ TEST_F(FrameMenus, ShortcutKeysWorkInEitherHalfOfAJukebox) {
     QWidget* focus;
     QStringList edits;  ///< commands for copy, paste, cut, delete
   };
-  const Expected halves[] = {{tree, {"1 7", "1 8", "1 6", "1 9"}},
-                             {window.findChild<QTableView*>(), {"2 5", "2 6", "2 4", "2 7"}}};
-  for (const Expected& half : halves) {
+  const Expected panes[] = {{tree, {"1 7", "1 8", "1 6", "1 9"}},
+                            {window.findChild<QTableView*>(), {"2 5", "2 6", "2 4", "2 7"}}};
+  for (const Expected& pane : panes) {
     const auto press = [&](int key, Qt::KeyboardModifiers with = Qt::ControlModifier) {
-      half.focus->setFocus();
-      QTest::keyClick(half.focus, static_cast<Qt::Key>(key), with);
+      pane.focus->setFocus();
+      QTest::keyClick(pane.focus, static_cast<Qt::Key>(key), with);
     };
     press(Qt::Key_C);
     press(Qt::Key_V);
     press(Qt::Key_X);
     press(Qt::Key_Delete, Qt::NoModifier);
-    EXPECT_EQ(TakeCommands(), half.edits);
+    EXPECT_EQ(TakeCommands(), pane.edits);
     link.Take();
     for (const auto& [key, message] : {std::pair{Qt::Key_T, "273 40048 0"},
                                        {Qt::Key_R, "273 40044 0"},
@@ -407,7 +407,7 @@ TEST_F(FrameMenus, SeparatorsDoNothing) {
   EXPECT_EQ(TakeCommands(), QStringList());
 }
 
-TEST_F(FrameMenus, WhileATextIsBeingTypedEditCommandsAreForIt) {
+TEST_F(FrameMenus, EditCommandsActOnATextThatIsBeingTyped) {
   frmMain& window = Watched(1);
   frame.activateWindow();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));

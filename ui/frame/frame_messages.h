@@ -11,7 +11,7 @@ class QWidget;
 
 namespace tallow {
 
-/// How the frame window tells the user something: in message boxes, and in the status bar.
+/// Messages of the frame window: message boxes and the status bar.
 class FrameMessages {
  public:
   /// \param frame, bar have to outlive this object

@@ -62,7 +62,7 @@ void FramePlayer::OpenPanel() {
   auto* const panel = new frmMainWinamp(tallow_, player_, messages_.Shower());
   panel->setProperty(kHelpPage, QStringLiteral("playing"));
   panel->OnLongWork([this](std::string_view text) { return BeginWork(text); });
-  QObject::connect(panel, &frmMainWinamp::Said, &panel_,
+  QObject::connect(panel, &frmMainWinamp::StatusMessage, &panel_,
                    [this](const QString& text) { ShowStatus(text.toStdString()); });
   panel_.Open(*panel);
 }

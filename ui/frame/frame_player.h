@@ -7,7 +7,7 @@
 
 #include "app/play_commands.h"
 #include "player/winamp_control.h"
-#include "ui/frame/frame_windows.h"
+#include "ui/frame/frame_windows_base.h"
 
 namespace tallow {
 

@@ -61,8 +61,8 @@ void FrameStyle::drawComplexControl(ComplexControl control, const QStyleOptionCo
   if (control != CC_TitleBar || bar == nullptr || !IsDark(bar->palette) ||
       (bar->titleBarState & State_Active) != 0)
     return QProxyStyle::drawComplexControl(control, option, painter, widget);
-  // The title bar of an inactive window has black buttons. So it is drawn as the title bar of an
-  // active window, which has white buttons, on grey.
+  // The title bar of an inactive window has black buttons, so it is drawn like that of an active
+  // window, which has white buttons, but on grey.
   QStyleOptionTitleBar grey(*bar);
   grey.titleBarState |= State_Active;
   grey.state |= State_Active;

@@ -29,7 +29,7 @@ int LightnessOf(const QIcon& icon) {
   return count > 0 ? sum / count : -1;
 }
 
-TEST(FrameStyle, TheButtonsOfInnerWindowsAreSeenOnLightAndDark) {
+TEST(FrameStyle, TheButtonsOfInnerWindowsAreVisibleOnLightAndDark) {
   const QPalette before = QApplication::palette();
   const FrameStyle style;
   for (const QStyle::StandardPixmap which :
@@ -46,7 +46,7 @@ TEST(FrameStyle, TheButtonsOfInnerWindowsAreSeenOnLightAndDark) {
   QApplication::setPalette(before);
 }
 
-TEST(FrameStyle, TheButtonsOfAWindowInTheBackgroundAreSeenOnDark) {
+TEST(FrameStyle, TheButtonsOfAWindowInTheBackgroundAreVisibleOnDark) {
   FrameStyle style;
   style.setBaseStyle(QStyleFactory::create(QStringLiteral("Fusion")));
   QStyleOptionTitleBar bar;

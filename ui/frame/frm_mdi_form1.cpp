@@ -78,7 +78,7 @@ void frmMDIForm1::SetUpArea() {
   area_->setObjectName(QStringLiteral("MDIArea"));
   area_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
-  // Otherwise the panel would be maximized when shown beside a maximized jukebox.
+  // Otherwise the panel would be maximized when shown with a maximized jukebox.
   area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
   setCentralWidget(area_);
   connect(&findings_, &FrameFindings::DriveForgotten, this,
@@ -251,8 +251,8 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
     tallow_.SearchCancelled = true;
     return event->ignore();
   }
-  // If one jukebox must stay open, so do the program and its music. So it does when another start
-  // has handed over a jukebox file in the meantime.
+  // If a jukebox must stay open, or another start has handed over a jukebox file in the meantime,
+  // the program and its music keep running.
   if (!jukeboxes_.CloseAll() || files_.AreWaiting()) return event->ignore();
   ClosePlayerPanel();
   // The program ends with its last window, so the help window closes, too.

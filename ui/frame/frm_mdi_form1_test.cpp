@@ -27,8 +27,8 @@ TEST_F(FrmMdiForm1, HoldsTheOpenJukeboxesInTheirOrder) {
   frmMain& two = frame.NewJukeboxWindow();
   EXPECT_EQ(frame.OpenJukeboxes(), (std::vector<Jukebox*>{&one.Jukebox(), &two.Jukebox()}));
   EXPECT_EQ(frame.WindowOf(two.Jukebox()), &two);
-  Jukebox stranger;
-  EXPECT_EQ(frame.WindowOf(stranger), nullptr);
+  Jukebox other;
+  EXPECT_EQ(frame.WindowOf(other), nullptr);
 }
 
 TEST_F(FrmMdiForm1, AShownJukeboxFillsTheFrame) {

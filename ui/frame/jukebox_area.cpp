@@ -51,7 +51,7 @@ void JukeboxArea::FollowState(QMdiSubWindow& sub, frmMain& window) {
               QMetaObject::invokeMethod(
                   &window,
                   [this, &window, pane] {
-                    if (IsActive(window)) window.PVExplorer1().TakeFocus(pane == kListPane);
+                    if (IsActive(window)) window.PVExplorer1().GrabFocus(pane == kListPane);
                   },
                   Qt::QueuedConnection);
             if (before.testFlag(Qt::WindowMaximized) && !now.testFlag(Qt::WindowMaximized))
@@ -62,7 +62,7 @@ void JukeboxArea::FollowState(QMdiSubWindow& sub, frmMain& window) {
 void JukeboxArea::Show(frmMain& window) {
   window.show();
   window.parentWidget()->showMaximized();
-  window.TakeFocus();
+  window.GrabFocus();
 }
 
 std::string JukeboxArea::NewCaption() {

@@ -20,8 +20,8 @@ class frmMain;
 /// happens to the others when one is minimized or restored.
 ///
 /// Either all jukebox windows are maximized or none: a maximized window behind the others would put
-/// its title and buttons into the frame. A minimized window passes its activation on, because
-/// otherwise commands would change a jukebox that the user does not see.
+/// its title and buttons into the frame. When a window is minimized, another one becomes active,
+/// because otherwise commands would change a jukebox that the user does not see.
 class JukeboxArea : public QObject {
   Q_OBJECT
 

@@ -47,8 +47,7 @@ void MakeSample(Tallow& tallow, const JukeboxArea& jukeboxes, DocumentWindows& w
 void MakeEmpty(JukeboxArea& jukeboxes, DocumentWindows& windows) {
   Jukebox& jukebox = windows.NewJukebox();
   jukebox.Caption(jukeboxes.NewCaption());
-  jukebox.AddColumnHeader(kNameHeader);
-  jukebox.AddColumnHeader(kKeyHeader);
+  AddStandardColumns(jukebox);
   jukebox.Nodes().AddChild(nullptr, "All Songs");
   jukebox.RememberContent();
   windows.ShowJukebox(jukebox);

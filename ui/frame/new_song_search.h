@@ -8,7 +8,7 @@
 
 #include "app/new_songs.h"
 #include "library/scan_report.h"
-#include "ui/frame/frame_windows.h"
+#include "ui/frame/frame_windows_base.h"
 
 namespace tallow {
 

@@ -19,11 +19,11 @@
 namespace tallow {
 namespace {
 
-class BesideThePanel : public FrameTest {
+class JukeboxWithPanel : public FrameTest {
  protected:
   using Songs = std::vector<std::int32_t>;
 
-  BesideThePanel() {
+  JukeboxWithPanel() {
     Name(one, "ONE");
     Name(two, "TWO");
     Item("mnuPlayAllTheSongInNode").trigger();
@@ -78,7 +78,7 @@ class BesideThePanel : public FrameTest {
   frmMain& two = ShowJukebox();
 };
 
-TEST_F(BesideThePanel, MenuAndToolbarPlayItsSongs) {
+TEST_F(JukeboxWithPanel, MenuAndToolbarPlayItsSongs) {
   Item("mnuPlaySeletedSongs").trigger();
   EXPECT_EQ(tallow.SongsToPlay, Songs{1});
   EXPECT_EQ(HandOvers(), 1);
@@ -94,7 +94,7 @@ TEST_F(BesideThePanel, MenuAndToolbarPlayItsSongs) {
   EXPECT_EQ(frame.statusBar()->currentMessage(), "");
 }
 
-TEST_F(BesideThePanel, MenuAndToolbarAddFoldersToIt) {
+TEST_F(JukeboxWithPanel, MenuAndToolbarAddFoldersToIt) {
   for (int time = 1; time <= 2; ++time) {
     if (time == 1)
       Item("mnuAddFolderToRoot").trigger();
@@ -115,7 +115,7 @@ TEST_F(BesideThePanel, MenuAndToolbarAddFoldersToIt) {
   EXPECT_EQ(FoldersOf(two), (Texts{"one", "All Songs"}));
 }
 
-TEST_F(BesideThePanel, FindLooksThroughIt) {
+TEST_F(JukeboxWithPanel, FindSearchesIt) {
   for (const bool by_button : {false, true}) {
     ClickIntoPanel();
     QTimer timer;
@@ -140,7 +140,7 @@ TEST_F(BesideThePanel, FindLooksThroughIt) {
   }
 }
 
-TEST_F(BesideThePanel, NewSongsAreFiledIntoIt) {
+TEST_F(JukeboxWithPanel, NewSongsAreFiledIntoIt) {
   library.Save();
   library.WriteOutMp3DirectoryLocations();
   music.File("c.mp3");
@@ -154,7 +154,7 @@ TEST_F(BesideThePanel, NewSongsAreFiledIntoIt) {
   EXPECT_EQ(SongsOf(*one.Jukebox().Nodes().Find("All Songs")), (Songs{1, 2, 3, 4}));
 }
 
-TEST_F(BesideThePanel, EditCommandsAndTheirKeysActOnTheHalfThatWasUsedLast) {
+TEST_F(JukeboxWithPanel, EditCommandsAndTheirKeysActOnThePaneThatWasUsedLast) {
   Item("mnuCopy").trigger();
   EXPECT_EQ(tallow.clipboard.Songs().size(), 1U);
   Item("mnuDelete").trigger();
@@ -171,7 +171,7 @@ TEST_F(BesideThePanel, EditCommandsAndTheirKeysActOnTheHalfThatWasUsedLast) {
   EXPECT_EQ(link.Take(), Texts{"273 40048 0"});
 }
 
-TEST_F(BesideThePanel, CommandsSkipAMinimizedJukeboxWhileAnotherIsOpen) {
+TEST_F(JukeboxWithPanel, CommandsSkipAMinimizedJukeboxWhileAnotherIsOpen) {
   SubOf(one).showMinimized();
   ClickIntoPanel();
   Item("mnuAddFolderToRoot").trigger();
@@ -180,7 +180,7 @@ TEST_F(BesideThePanel, CommandsSkipAMinimizedJukeboxWhileAnotherIsOpen) {
   EXPECT_EQ(FoldersOf(two).size(), 3U);
 }
 
-TEST_F(BesideThePanel, CommandsSkipAClosedJukebox) {
+TEST_F(JukeboxWithPanel, CommandsSkipAClosedJukebox) {
   one.Jukebox().RememberContent();
   SubOf(one).close();
   ClickIntoPanel();
@@ -189,7 +189,7 @@ TEST_F(BesideThePanel, CommandsSkipAClosedJukebox) {
   EXPECT_EQ(FoldersOf(two).size(), 3U);
 }
 
-TEST_F(BesideThePanel, CloseActsOnThePanel) {
+TEST_F(JukeboxWithPanel, CloseActsOnThePanel) {
   Item("mnuClose").trigger();
   DeleteClosedWindows();
   EXPECT_EQ(frame.PlayerPanel(), nullptr);

@@ -42,7 +42,7 @@ void PanelWindow::Play() {
   sub_->showNormal();
   // Commands and keys go to the jukebox again.
   jukeboxes_.ActivateLast();
-  if (frmMain* const window = jukeboxes_.ActiveWindow()) window->TakeFocus();
+  if (frmMain* const window = jukeboxes_.ActiveWindow()) window->GrabFocus();
   is_handing_over_ = true;
   const bool is_open = Panel()->Play();
   is_handing_over_ = false;

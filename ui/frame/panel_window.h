@@ -11,7 +11,7 @@ class JukeboxArea;
 class frmMainWinamp;
 
 /// The subwindow of the player panel, in front of the jukebox windows. It stays inside the area
-/// when the area is resized, and leaves the activation to the jukeboxes.
+/// when the area is resized. When it is shown or minimized, the last active jukebox becomes active.
 class PanelWindow : public QObject {
   Q_OBJECT
 

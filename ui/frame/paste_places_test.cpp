@@ -144,7 +144,7 @@ TEST_F(PastePlaces, PastingSongsWithoutAFolderIsReported) {
   GoTo(Place::kBeside, window);
   QTest::keyClick(QApplication::focusWidget(), Qt::Key_V, Qt::ControlModifier);
   EXPECT_EQ(frame.statusBar()->currentMessage(),
-            "Songs go into a folder. Click the folder that they are for, and paste again.");
+            "Songs go into a folder. Select a folder and paste again.");
 }
 
 TEST_F(PastePlaces, BesideTheFoldersOtherKeysDoNothingUntilAFolderIsCurrent) {

@@ -70,9 +70,9 @@ TEST_F(SeveralJukeboxes, AMoveOfAFolderIsUndoneInBothJukeboxes) {
 }
 
 /// A song has moved from ONE to TWO, and TWO has changed since.
-class HalfMoves : public SeveralJukeboxes {
+class MovesBetweenJukeboxes : public SeveralJukeboxes {
  protected:
-  HalfMoves() {
+  MovesBetweenJukeboxes() {
     one.Jukebox().Caption("ONE");
     two.Jukebox().Caption("TWO");
     ListOf(one).SelectRows(0, 0);
@@ -97,20 +97,20 @@ class HalfMoves : public SeveralJukeboxes {
   frmMain& two = EmptyJukebox();
 };
 
-TEST_F(HalfMoves, AnUndoOfOneHalfIsReported) {
+TEST_F(MovesBetweenJukeboxes, AnUndoInOnlyOneJukeboxIsReported) {
   one.PVExplorer1().Undo();
   ExpectSongs({1, 2}, {1});
   EXPECT_EQ(Status(),
-            "Only the half of this move that is in ONE was undone: the other jukebox has changed "
-            "since, or was closed.");
-  // Undoing in TWO reaches the other half, after which everything is as before the move.
+            "The move was undone only in ONE: the other jukebox has changed since, or was "
+            "closed.");
+  // Undoing in TWO reaches the other part, after which everything is as before the move.
   two.PVExplorer1().Undo();
   two.PVExplorer1().Undo();
   ExpectSongs({1, 2}, {});
   EXPECT_EQ(Status(), "");
 }
 
-TEST_F(HalfMoves, ARedoAfterWhichBothHalvesAreDoneIsNotReported) {
+TEST_F(MovesBetweenJukeboxes, ARedoAfterWhichBothPartsAreDoneIsNotReported) {
   one.PVExplorer1().Undo();
   Status();
   one.PVExplorer1().Redo();
@@ -118,8 +118,8 @@ TEST_F(HalfMoves, ARedoAfterWhichBothHalvesAreDoneIsNotReported) {
   EXPECT_EQ(Status(), "");
 }
 
-TEST_F(HalfMoves, AnUndoNeverRemovesASongFromBothJukeboxes) {
-  // Gives ONE a later step after its half of the move.
+TEST_F(MovesBetweenJukeboxes, AnUndoNeverRemovesASongFromBothJukeboxes) {
+  // Gives ONE a later step after its part of the move.
   two.PVExplorer1().Undo();
   one.PVExplorer1().AddFolder(nullptr);
   one.PVExplorer1().CommitEditing();
@@ -127,15 +127,15 @@ TEST_F(HalfMoves, AnUndoNeverRemovesASongFromBothJukeboxes) {
   ExpectSongs({2}, {1});
   EXPECT_EQ(
       Status(),
-      "The move between two jukeboxes was not undone: the other jukebox has changed since. Go "
-      "back there first.");
+      "The move between two jukeboxes was not undone: the other jukebox has changed since. Undo "
+      "those changes first.");
   one.PVExplorer1().Undo();
   two.PVExplorer1().Undo();
   ExpectSongs({1, 2}, {});
   EXPECT_EQ(Status(), "");
 }
 
-TEST_F(HalfMoves, AMoveForgottenByTheOtherJukeboxIsNotRedone) {
+TEST_F(MovesBetweenJukeboxes, AMoveForgottenByTheOtherJukeboxIsNotRedone) {
   two.PVExplorer1().Undo();
   one.PVExplorer1().Undo();
   ExpectSongs({1, 2}, {});
@@ -144,18 +144,18 @@ TEST_F(HalfMoves, AMoveForgottenByTheOtherJukeboxIsNotRedone) {
   ExpectSongs({1, 2}, {});
   EXPECT_EQ(
       Status(),
-      "The move between two jukeboxes was not done again: the other jukebox has changed since, "
-      "or was closed.");
+      "The move between two jukeboxes was not redone: the other jukebox has changed since, or "
+      "was closed.");
 }
 
-TEST_F(HalfMoves, AClosedWindowDoesNotBlockEarlierUndoSteps) {
+TEST_F(MovesBetweenJukeboxes, AClosedWindowDoesNotBlockEarlierUndoSteps) {
   delete &SubOf(one);
   two.PVExplorer1().Undo();
   two.PVExplorer1().Undo();
   EXPECT_EQ(SongsOf(First(two)), Songs{});
   EXPECT_EQ(Status(),
-            "Only the half of this move that is in TWO was undone: the other jukebox has changed "
-            "since, or was closed.");
+            "The move was undone only in TWO: the other jukebox has changed since, or was "
+            "closed.");
 }
 
 TEST_F(SeveralJukeboxes, WhatIsCutInOneIsPastedInTheOther) {
@@ -199,7 +199,7 @@ TEST_F(SeveralJukeboxes, AHiddenWindowIsNotAnOpenJukebox) {
   EXPECT_EQ(messages.Take(), Texts{"This file is already open"});
 }
 
-TEST_F(SeveralJukeboxes, AReactivatedWindowFocusesTheHalfThatHadTheFocus) {
+TEST_F(SeveralJukeboxes, AReactivatedWindowFocusesThePaneThatHadTheFocus) {
   frmMain& one = ShowJukebox();
   frmMain& two = EmptyJukebox();
   QApplication::setActiveWindow(&frame);
@@ -212,7 +212,7 @@ TEST_F(SeveralJukeboxes, AReactivatedWindowFocusesTheHalfThatHadTheFocus) {
   for (QMdiSubWindow* const sub : {&SubOf(one), &SubOf(two), &SubOf(one)})
     Area().setActiveSubWindow(sub);
   EXPECT_EQ(focus_of(one), "tree"s);
-  one.PVExplorer1().TakeFocus(true);
+  one.PVExplorer1().GrabFocus(true);
   EXPECT_EQ(focus_of(one), "list"s);
   Area().setActiveSubWindow(&SubOf(two));
   EXPECT_EQ(focus_of(two), "tree"s);
@@ -223,7 +223,7 @@ TEST_F(SeveralJukeboxes, AReactivatedWindowFocusesTheHalfThatHadTheFocus) {
   EXPECT_EQ(focus_of(three), "tree"s);
   // Also when the list of another window has the focus, and that list is empty.
   Area().setActiveSubWindow(&SubOf(two));
-  two.PVExplorer1().TakeFocus(true);
+  two.PVExplorer1().GrabFocus(true);
   EXPECT_EQ(focus_of(two), "list"s);
   SubOf(two).showMinimized();
   SubOf(three).showMinimized();

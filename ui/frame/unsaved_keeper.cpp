@@ -36,7 +36,7 @@ void UnsavedKeeper::Keep() {
       tallow_.unsaved.Keep(*jukebox, tallow_.library);
     } catch (const FileError& error) {
       messages_.Notice({"The unsaved changes of " + jukebox->Caption() +
-                        " could not be kept for the case of a crash. " + error.what() +
+                        " could not be stored for crash recovery. " + error.what() +
                         ". Save the jukebox."});
     }
   }

@@ -19,7 +19,7 @@ namespace tallow {
 namespace {
 
 /// How often the program retries to open waiting files, in ms.
-constexpr int kLookAgain = 200;
+constexpr int kRetryInterval = 200;
 
 }  // namespace
 
@@ -32,7 +32,7 @@ void WaitingFiles::OpenWaiting() {
   QWidget& frame = *jukeboxes_.Area().window();
   // A dialog, a search or the start has to end first.
   if (!frame.isVisible() || !frame.isEnabled() || QApplication::activeModalWidget() != nullptr) {
-    QTimer::singleShot(kLookAgain, this, &WaitingFiles::OpenWaiting);
+    QTimer::singleShot(kRetryInterval, this, &WaitingFiles::OpenWaiting);
     return;
   }
   ComeToFront(frame);

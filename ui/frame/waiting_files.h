@@ -11,8 +11,8 @@ namespace tallow {
 class JukeboxArea;
 class JukeboxDocuments;
 
-/// Opens the jukebox files of the command line, of this start and of later ones. While
-/// a dialog is open or the frame window is disabled, the files wait.
+/// Opens the jukebox files on the command lines of this start and of later ones. While a dialog is
+/// open or the frame window is disabled, the files wait.
 class WaitingFiles : public QObject {
   Q_OBJECT
 

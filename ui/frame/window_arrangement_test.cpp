@@ -105,7 +105,7 @@ TEST_F(WindowArrangement, CommandsSkipAMinimizedJukebox) {
   EXPECT_EQ(one.Jukebox().Nodes().Count(), before + 1);
 }
 
-TEST_F(WindowArrangement, TheStatusBarIsThereFromTheStart) {
+TEST_F(WindowArrangement, TheStatusBarIsVisibleFromTheStart) {
   frame.show();
   EXPECT_TRUE(frame.statusBar()->isVisible());
 }

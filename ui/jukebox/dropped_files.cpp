@@ -39,7 +39,7 @@ void DroppedFiles::Add(const std::vector<std::string>& paths, Folder& to) {
   Report(outcome);
 }
 
-/// Begins work that may take long; null if nobody shows its progress.
+/// Begins work that may take long; null if its progress is not shown.
 std::unique_ptr<LongWork> DroppedFiles::Begin(std::string_view text) const {
   return begin_work_ ? begin_work_(text) : nullptr;
 }

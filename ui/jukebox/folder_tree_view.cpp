@@ -28,7 +28,7 @@ FolderTreeView::FolderTreeView(FolderTreeModel& folders, QWidget* parent)
     : QTreeView(parent), folders_(folders) {
   setObjectName(QStringLiteral("TreeView"));
   setAccessibleName(tr("Folders"));
-  setAccessibleDescription(tr("The songs of the chosen folder are in the list beside"));
+  setAccessibleDescription(tr("The songs of the chosen folder are in the list on the right"));
   setModel(&folders);
   setHeaderHidden(true);
   setUniformRowHeights(true);

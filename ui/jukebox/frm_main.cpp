@@ -116,7 +116,7 @@ void frmMain::ConnectExplorer() {
 
 QSize frmMain::sizeHint() const { return kUsualSize; }
 
-void frmMain::TakeFocus() { explorer_->TakeFocus(pane_with_focus_ == kListPane); }
+void frmMain::GrabFocus() { explorer_->GrabFocus(pane_with_focus_ == kListPane); }
 
 void frmMain::ShowJukebox() {
   if (jukebox_.Expanded())

@@ -48,7 +48,7 @@ class frmMain : public QWidget {
   const std::string& PictureProblem() const noexcept { return picture_problem_; }
 
   /// Sets the keyboard focus to the pane that last had it, or to the tree.
-  void TakeFocus();
+  void GrabFocus();
 
   /// Expands and collapses the tree's folders as marked in the jukebox and, if no folder is on show
   /// yet, shows the first folder.
@@ -64,10 +64,10 @@ class frmMain : public QWidget {
   void Run(TreeCommand command, Folder* node);
   void Run(ListCommand command, Folder* node);
 
-  /// Runs a command that is given by its number.
+  /// Runs a command of a pop-up menu, given by its number; Run() gets the command itself.
   ///
   /// \param item the value of a TreeCommand or ListCommand; other numbers do nothing
-  /// \param pane the pane that the menu belongs to, see PopUpPane
+  /// \param pane the pane of the menu, see PopUpPane
   /// \param node the folder to act on; null for none
   void ActOnPopUpClick(int item, int pane, Folder* node);
 

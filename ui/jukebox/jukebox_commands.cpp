@@ -80,7 +80,7 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
     case kPlayAllSongsInFolder:
       return Play(ShownSongsOf(node, tallow_.library), tr("This folder holds no songs to play."));
     case kPlaySelectedSongs:
-      return Play(tallow_.SongsToPlay, tr("No song is selected, so none is played."));
+      return Play(tallow_.SongsToPlay, tr("No song is selected."));
     case kCutSongs:
     case kDeleteSongs:
       if (on_show) explorer_.CutSongs();
@@ -112,8 +112,8 @@ void JukeboxCommands::RankSelectedSongs(int item) {
   if (!problems.isEmpty()) emit Problem(problems);
   if (!saved)
     show_({.text = "The ranks could not be saved. " + tallow_.library.SaveError() +
-                   ".\n\nThey hold until Tallow is closed, and are saved with the next rank that "
-                   "can be.",
+                   ".\n\nThe ranks are kept until you close Tallow, and are saved together with "
+                   "the next successful change.",
            .icon = MessageIcon::kCritical});
 }
 

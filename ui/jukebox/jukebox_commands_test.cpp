@@ -75,7 +75,7 @@ TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {
   }
 }
 
-TEST_F(Commands, AScreenReaderHearsTheRankOfAnItemWithoutAText) {
+TEST_F(Commands, AScreenReaderReadsTheRankOfAnItemWithoutAText) {
   QMenu& ranks = Menu("RankMenu");
   QAccessibleInterface* const menu = QAccessible::queryAccessibleInterface(&ranks);
   ASSERT_NE(menu, nullptr);
@@ -150,7 +150,8 @@ TEST_F(Commands, AFailureToSaveRanksIsReported) {
   EXPECT_TRUE(messages.shown[0].text.starts_with("The ranks could not be saved. " + LibraryPath()))
       << messages.shown[0].text;
   EXPECT_TRUE(messages.shown[0].text.ends_with(
-      "\n\nThey hold until Tallow is closed, and are saved with the next rank that can be."));
+      "\n\nThe ranks are kept until you close Tallow, and are saved together with the next "
+      "successful change."));
   EXPECT_EQ(Rank(1), "7");
 }
 
@@ -456,15 +457,15 @@ TEST_F(Commands, TheSelectionFollowsItsSongWhenAColumnIsSorted) {
 TEST_F(Commands, AnEmptyJukeboxSurvivesEveryKeyAndCommand) {
   Show();
   messages.answer = MessageAnswer::kYes;
-  for (QWidget* const half : {static_cast<QWidget*>(&Tree()), static_cast<QWidget*>(&List())}) {
-    half->setFocus();
+  for (QWidget* const pane : {static_cast<QWidget*>(&Tree()), static_cast<QWidget*>(&List())}) {
+    pane->setFocus();
     for (const Qt::Key key : {Qt::Key_X, Qt::Key_C, Qt::Key_V, Qt::Key_A, Qt::Key_Z})
-      QTest::keyClick(half, key, Qt::ControlModifier);
+      QTest::keyClick(pane, key, Qt::ControlModifier);
     for (const Qt::Key key : {Qt::Key_Delete, Qt::Key_F2, Qt::Key_Return, Qt::Key_Backspace,
                               Qt::Key_Home, Qt::Key_End, Qt::Key_Down, Qt::Key_B})
-      QTest::keyClick(half, key);
-    QTest::keyClick(half, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
-    QTest::keyClick(half, Qt::Key_F10, Qt::ShiftModifier);
+      QTest::keyClick(pane, key);
+    QTest::keyClick(pane, Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+    QTest::keyClick(pane, Qt::Key_F10, Qt::ShiftModifier);
     window.findChild<QMenu*>(QStringLiteral("TreeMenu"))->close();
   }
   ClickHeader();

@@ -65,7 +65,7 @@ TEST_F(Keys, TheKeysOfTheTreeCutCopyPasteAndDelete) {
   EXPECT_EQ(FoldersIn(), Texts{"two"});
 }
 
-TEST_F(Keys, CtrlZUndoesAndCtrlShiftZRedoesInBothHalves) {
+TEST_F(Keys, CtrlZUndoesAndCtrlShiftZRedoesInBothPanes) {
   AddSongs(3);
   Folder& one = AddFolder("one", {1, 2, 3});
   Show();
@@ -246,7 +246,7 @@ TEST_F(Keys, AClickThatMovesTheFocusToTheTreeDoesNotRename) {
   EXPECT_TRUE(Tree().editTriggers().testFlag(QAbstractItemView::SelectedClicked));
 }
 
-TEST_F(Keys, TheSelectionOfTheHalfWithoutTheFocusIsGrey) {
+TEST_F(Keys, TheSelectionOfThePaneWithoutTheFocusIsGrey) {
   AddSongs(1);
   AddFolder("one", {1});
   Show();
@@ -327,16 +327,16 @@ TEST_F(Keys, BackspaceGoesToTheParentFolder) {
   Folder& one = AddFolder("one");
   Folder& inner = AddFolder("inner", {}, &one);
   Show();
-  for (QWidget* const half : {static_cast<QWidget*>(&Tree()), static_cast<QWidget*>(&List())}) {
+  for (QWidget* const pane : {static_cast<QWidget*>(&Tree()), static_cast<QWidget*>(&List())}) {
     window.PVExplorer1().Select(inner);
-    Type(*half, Qt::Key_Backspace);
+    Type(*pane, Qt::Key_Backspace);
     EXPECT_EQ(Box().selectednode(), &one);
-    Type(*half, Qt::Key_Backspace);
+    Type(*pane, Qt::Key_Backspace);
     EXPECT_EQ(Box().selectednode(), &one);
   }
 }
 
-TEST_F(Keys, TabMovesBetweenTheHalvesAndTheWindowRemembersTheLast) {
+TEST_F(Keys, TabMovesBetweenThePanesAndTheWindowRemembersTheLast) {
   AddFolder("one");
   EXPECT_EQ(window.CurrentPaneWFocus(), 0);
   Show();
@@ -420,7 +420,7 @@ TEST_F(Keys, ABackgroundPictureIsCentredOrTiled) {
   EXPECT_EQ(color_at(middle), plain);
 }
 
-TEST_F(Keys, AHugeOrDamagedPictureDoesNoHarm) {
+TEST_F(Keys, AHugeOrDamagedPictureCausesNoFailure) {
   QImage blue(64, 48, QImage::Format_RGB32);
   blue.fill(Qt::blue);
   const QString path = QString::fromStdString(music / "blue.jpg");

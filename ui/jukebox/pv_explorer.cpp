@@ -93,7 +93,7 @@ void PVExplorer::ConnectKeys() {
           [this](int row) { emit ItemOpened(songs_->PlaceOf(row)); });
 }
 
-void PVExplorer::TakeFocus(bool list) {
+void PVExplorer::GrabFocus(bool list) {
   if (list)
     list_->setFocus();
   else

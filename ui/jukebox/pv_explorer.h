@@ -50,7 +50,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   Folder* selectednode() const noexcept { return jukebox_.selectednode(); }
 
   /// Sets the keyboard focus to the list or to the tree.
-  void TakeFocus(bool list);
+  void GrabFocus(bool list);
   /// Selects a folder in the tree, like a click on it.
   void Select(const Folder& folder);
   /// Shows a folder, selects one of its songs and scrolls to the song.
@@ -152,7 +152,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// The user dropped files from another program.
   /// \param paths in the encoding of the file system
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
-  /// One half of a move between two windows was undone or redone.
+  /// This window's part of a move between two windows was undone or redone.
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
   /// An operation failed; the lines say why.
   void Problem(const QStringList& lines);

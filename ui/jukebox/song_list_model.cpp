@@ -84,7 +84,7 @@ int SongListModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant SongListModel::data(const QModelIndex& index, int role) const {
-  // The folder on show may hold fewer songs than the view was last told.
+  // The folder on show may hold fewer songs than last reported to the view.
   const Folder* const shown = jukebox_.selectednode();
   const int place = index.isValid() ? PlaceOf(index.row()) : -1;
   if (shown == nullptr || place < 0 || static_cast<std::size_t>(place) >= shown->Items().size())

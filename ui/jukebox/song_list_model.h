@@ -23,6 +23,11 @@ class SongListModel : public QAbstractTableModel {
   Q_OBJECT
 
  public:
+  /// The columns from left to right; the model shows as many as the jukebox has headers.
+  ///
+  /// A new column needs its texts in data(), its width in SongListView::ChangeHeaders(), and its
+  /// header in AddStandardColumns(). A jukebox file contains the headers of its jukebox, so a
+  /// jukebox that was saved earlier is opened without the new column.
   enum Column { kText, kKey };
 
   /// The role that returns only the song's file name.

@@ -202,22 +202,22 @@ void frmMainWinamp::Playstuff() {
 }
 
 void frmMainWinamp::Cancelled(std::size_t songs, std::size_t of) {
-  emit Said(tr("Handing songs to the player was cancelled: it has %1 of the %2 songs.")
-                .arg(songs)
-                .arg(of));
+  emit StatusMessage(tr("Handing songs to the player was cancelled: it has %1 of the %2 songs.")
+                         .arg(songs)
+                         .arg(of));
 }
 
 void frmMainWinamp::DiskTimedOut(std::size_t songs, const std::string& first) {
-  emit Said(songs == 1
-                ? tr("1 song was not played, because its disk does not answer: %1")
-                      .arg(DisplayText(first))
-                : tr("%1 songs were not played, because their disk does not answer. The first: %2")
-                      .arg(songs)
-                      .arg(DisplayText(first)));
+  emit StatusMessage(
+      songs == 1 ? tr("1 song was not played, because its disk does not answer: %1")
+                       .arg(DisplayText(first))
+                 : tr("%1 songs were not played, because their disk does not answer. The first: %2")
+                       .arg(songs)
+                       .arg(DisplayText(first)));
 }
 
 void frmMainWinamp::FirstSongIsGone(const std::string& path) {
-  emit Said(tr("%1 is gone, so nothing is played.").arg(DisplayText(NameOfPath(path))));
+  emit StatusMessage(tr("%1 is gone, so nothing is played.").arg(DisplayText(NameOfPath(path))));
 }
 
 void frmMainWinamp::TrackStarted(std::int32_t length) {

@@ -42,7 +42,7 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
 
  signals:
   /// A message that the user should read and that does not interrupt playing.
-  void Said(const QString& text);
+  void StatusMessage(const QString& text);
 
  protected:
   void closeEvent(QCloseEvent* event) override;

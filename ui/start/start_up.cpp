@@ -53,7 +53,7 @@ void StartUp::ShowJukebox(Jukebox& jukebox) {
   frame_.ShowJukeboxWindow(*window);
   frame_.show();
   // Only a visible window keeps the focus.
-  window->TakeFocus();
+  window->GrabFocus();
 }
 
 bool StartUp::LoadJukebox(Jukebox& jukebox, const std::string& path, const clsMain& /*library*/,

@@ -17,8 +17,8 @@ class EndSignals {
   ~EndSignals();
 
  private:
-  struct Taken;
-  std::unique_ptr<Taken> taken_;
+  struct Handler;
+  std::unique_ptr<Handler> handler_;
 };
 
 }  // namespace tallow

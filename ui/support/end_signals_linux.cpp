@@ -37,10 +37,10 @@ std::array<int, 2> NewPipe() {
 
 }  // namespace
 
-struct EndSignals::Taken {
-  explicit Taken(std::function<void()> end_) : Taken(NewPipe(), std::move(end_)) {}
+struct EndSignals::Handler {
+  explicit Handler(std::function<void()> end_) : Handler(NewPipe(), std::move(end_)) {}
 
-  Taken(std::array<int, 2> ends, std::function<void()> end_)
+  Handler(std::array<int, 2> ends, std::function<void()> end_)
       : reading(ends[0]),
         writing(ends[1]),
         notifier(ends[0], QSocketNotifier::Read),
@@ -57,7 +57,7 @@ struct EndSignals::Taken {
     for (std::size_t k = 0; k < kSignals.size(); ++k) sigaction(kSignals[k], &action, &before[k]);
   }
 
-  ~Taken() {
+  ~Handler() {
     if (!reading) return;
     for (std::size_t k = 0; k < kSignals.size(); ++k) sigaction(kSignals[k], &before[k], nullptr);
     note_end = -1;
@@ -71,7 +71,7 @@ struct EndSignals::Taken {
 };
 
 EndSignals::EndSignals(std::function<void()> end)
-    : taken_(std::make_unique<Taken>(std::move(end))) {}
+    : handler_(std::make_unique<Handler>(std::move(end))) {}
 
 EndSignals::~EndSignals() = default;
 

@@ -11,11 +11,11 @@ namespace tallow {
 
 /// Event filter for the native messages of all windows. Each window receives WM_ENDSESSION; only
 /// the first message is handled.
-struct EndSignals::Taken : QAbstractNativeEventFilter {
-  explicit Taken(std::function<void()> on_end) : end(std::move(on_end)) {
+struct EndSignals::Handler : QAbstractNativeEventFilter {
+  explicit Handler(std::function<void()> on_end) : end(std::move(on_end)) {
     QCoreApplication::instance()->installNativeEventFilter(this);
   }
-  ~Taken() override {
+  ~Handler() override {
     if (QCoreApplication::instance() != nullptr)
       QCoreApplication::instance()->removeNativeEventFilter(this);
   }
@@ -31,7 +31,7 @@ struct EndSignals::Taken : QAbstractNativeEventFilter {
 };
 
 EndSignals::EndSignals(std::function<void()> end)
-    : taken_(std::make_unique<Taken>(std::move(end))) {}
+    : handler_(std::make_unique<Handler>(std::move(end))) {}
 
 EndSignals::~EndSignals() = default;
 

@@ -11,7 +11,7 @@ namespace tallow {
 namespace {
 
 /// Interval at which the server checks that it still listens, in ms.
-constexpr int kLookAgain = 1000;
+constexpr int kListenCheckInterval = 1000;
 
 /// Size of Qt's read buffer for each connection, in bytes.
 constexpr qint64 kReadBuffer = 64 * 1024;
@@ -21,8 +21,8 @@ constexpr qint64 kReadBuffer = 64 * 1024;
 HandOverServer::HandOverServer(QObject* parent) : QObject(parent) {
   server_.setSocketOptions(QLocalServer::UserAccessOption);
   connect(&server_, &QLocalServer::newConnection, this, &HandOverServer::Accept);
-  // QLocalServer stops listening for good when the process has run out of file descriptors.
-  connect(&look_again_, &QTimer::timeout, this, [this] {
+  // QLocalServer stops listening permanently when the process has run out of file descriptors.
+  connect(&listen_check_, &QTimer::timeout, this, [this] {
     if (!server_.isListening()) ListenAgain();
   });
 }
@@ -35,7 +35,7 @@ HandOverServer::~HandOverServer() {
 void HandOverServer::Listen(const QString& name) {
   name_ = name;
   ListenAgain();
-  look_again_.start(kLookAgain);
+  listen_check_.start(kListenCheckInterval);
 }
 
 void HandOverServer::ListenAgain() {
@@ -65,7 +65,7 @@ void HandOverServer::Serve(QLocalSocket& socket) {
       if (state == HandOverRequest::State::kPartial) continue;
       // The request is complete: ignore any further bytes.
       disconnect(&socket, &QLocalSocket::readyRead, this, nullptr);
-      socket.write(&kTaken, 1);
+      socket.write(&kAccepted, 1);
       socket.flush();
       // Queued, because the receiver may open a message box, whose event loop can delete the
       // socket.

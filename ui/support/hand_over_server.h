@@ -24,7 +24,7 @@ class HandOverServer : public QObject {
 
  public:
   /// The answer to an accepted request.
-  static constexpr char kTaken = '+';
+  static constexpr char kAccepted = '+';
 
   /// Maximum number of open connections. A genuine second instance opens one connection, for some
   /// milliseconds. Eight requests of the maximum size need about 100 MiB.
@@ -52,7 +52,7 @@ class HandOverServer : public QObject {
 
   QLocalServer server_;
   QString name_;
-  QTimer look_again_;
+  QTimer listen_check_;
   QList<QLocalSocket*> connections_;  ///< oldest first
 };
 

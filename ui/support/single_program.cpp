@@ -36,21 +36,21 @@ bool Send(const QString& server, const QByteArray& request, const QDeadlineTimer
     if (!socket.waitForBytesWritten(left())) return false;
   char answer = 0;
   return socket.waitForReadyRead(left()) && socket.read(&answer, 1) == 1 &&
-         answer == HandOverServer::kTaken;
+         answer == HandOverServer::kAccepted;
 }
 
 /// The message for an owner file when it is unknown whether its process still runs.
 std::string ProblemOfOwner(const std::string& path) {
   std::string text = "The song library cannot be locked, and another Tallow may be using it. ";
   if (const auto owner = ReadOwner(path))
-    text += "The file " + path + " says that it is process " + std::to_string(owner->process) +
+    text += "According to " + path + ", process " + std::to_string(owner->process) +
             " on the computer \"" + owner->host +
-            "\", and from here nobody can tell whether it runs.";
+            "\" holds the lock; whether it still runs cannot be checked from this computer.";
   else
-    text += "The file " + path + " would say which one, but it cannot be read.";
+    text += "The file " + path + ", which names the owner, cannot be read.";
   return text +
-         "\n\nClose Tallow wherever it uses this library. When none does, delete the file and "
-         "start Tallow again.";
+         "\n\nClose Tallow wherever it uses this library. If no Tallow uses it, delete the file "
+         "and start Tallow again.";
 }
 
 }  // namespace

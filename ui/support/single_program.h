@@ -18,11 +18,11 @@ class OwnerFile;
 /// overwrite each other's library.
 ///
 /// The first instance locks the folder and listens on a local socket. A later instance hands over
-/// the files that it was told to open. A lock that a crashed instance has left is ignored.
+/// the files on its command line. A lock that a crashed instance has left is ignored.
 ///
 /// There are two locks, a FileLock and an OwnerFile, because each has its gaps. FileLock fails
 /// where its path is occupied by something else or the file system does not support locks, and it
-/// has no effect once its file was removed. OwnerFile cannot tell whether a process on another
+/// has no effect once its file was removed. OwnerFile cannot check whether a process on another
 /// computer still runs. Where neither file can be created, the folder is read-only, and any number
 /// of instances may start. Where local sockets are private to the user, an instance that listens
 /// for this folder also holds the lock.

@@ -155,11 +155,11 @@ TEST_F(WithoutALock, AnOwnerOnAnotherComputerIsNamedWithWhatToDo) {
   SingleProgram program(folder.path());
   EXPECT_FALSE(program.Lock());
   EXPECT_EQ(program.Problem(),
-            "The song library cannot be locked, and another Tallow may be using it. The file " +
+            "The song library cannot be locked, and another Tallow may be using it. According to " +
                 OwnerPath() +
-                " says that it is process 4711 on the computer \"anna\", and from here nobody can "
-                "tell whether it runs.\n\nClose Tallow wherever it uses this library. When none "
-                "does, delete the file and start Tallow again.");
+                ", process 4711 on the computer \"anna\" holds the lock; whether it still runs "
+                "cannot be checked from this computer.\n\nClose Tallow wherever it uses this "
+                "library. If no Tallow uses it, delete the file and start Tallow again.");
   RemoveFile(OwnerPath());
   EXPECT_TRUE(program.Lock());
   EXPECT_EQ(program.Problem(), "");
@@ -172,8 +172,8 @@ TEST_F(WithoutALock, AnUnreadableOwnerFileIsNamedWithWhatToDo) {
   EXPECT_EQ(program.Problem(),
             "The song library cannot be locked, and another Tallow may be using it. The file " +
                 OwnerPath() +
-                " would say which one, but it cannot be read.\n\nClose Tallow wherever it uses "
-                "this library. When none does, delete the file and start Tallow again.");
+                ", which names the owner, cannot be read.\n\nClose Tallow wherever it uses this "
+                "library. If no Tallow uses it, delete the file and start Tallow again.");
 }
 
 TEST(SingleProgramTest, WithTheLockTheOwnerFileOfAnotherComputerIsIgnored) {

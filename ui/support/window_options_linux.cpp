@@ -29,7 +29,7 @@ std::string PrepareWindowOptions(const std::string& folder) {
     const auto stamp = StampOf(path);
     if (IsGone(path) || (FileExists(path) && stamp && stamp->size <= kMaxBytes)) continue;
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QtPath(folder));
-    return path + " is no file of options, so the places of the windows are kept in " + folder +
+    return path + " is not a usable settings file, so window positions are stored in " + folder +
            ". Move it away and start Tallow again.";
   }
   return {};

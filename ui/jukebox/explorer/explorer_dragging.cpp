@@ -112,27 +112,27 @@ bool ExplorerDragging::CanDrop(const ExplorerDrag& drag, const Folder* to, bool 
 
 void ExplorerDragging::DragOver(QDropEvent& event, const Folder* to) const {
   const bool copy = event.modifiers().testFlag(Qt::ControlModifier);
-  bool takes = false;
+  bool accepts = false;
   if (const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData())) {
-    takes = CanDrop(*drag, to, copy);
+    accepts = CanDrop(*drag, to, copy);
     // drag->From() is certain to exist only if CanDrop accepts the drag.
-    const bool copies = copy || (takes && drag->IsSongs() && IsAutomaticFolder(drag->From()));
+    const bool copies = copy || (accepts && drag->IsSongs() && IsAutomaticFolder(drag->From()));
     event.setDropAction(copies            ? Qt::CopyAction
                         : drag->IsSongs() ? Qt::LinkAction
                                           : Qt::MoveAction);
   } else {
-    takes = to != nullptr && !DraggedFiles(*event.mimeData()).empty();
+    accepts = to != nullptr && !DraggedFiles(*event.mimeData()).empty();
     event.setDropAction(Qt::CopyAction);
   }
-  event.setAccepted(takes);
+  event.setAccepted(accepts);
 }
 
 void ExplorerDragging::Drop(QDropEvent& event, const Folder* to) {
   DragOver(event, to);
   if (!event.isAccepted()) return;
   const bool copy = event.modifiers().testFlag(Qt::ControlModifier);
-  // The drop is handled after the drag has ended, because the drag grabs the mouse, here or in
-  // another program, and message boxes could not be used. Folders may be deleted meanwhile, so they
+  // The drag grabs the mouse (in this program or another), so message boxes would be unusable. The
+  // drop is therefore handled after the drag has ended. Folders may be deleted meanwhile, so they
   // are looked up again by key.
   const std::uint32_t to_key = to != nullptr ? to->Key() : 0;
   if (const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData())) {

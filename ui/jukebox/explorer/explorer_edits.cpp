@@ -27,8 +27,7 @@ void ExplorerEdits::ReportProblem(JukeboxEdits::Result result) {
     emit Problem({tr("Folders can be nested at most %1 levels deep. Choose a higher folder.")
                       .arg(kMaxLevel)});
   if (result == JukeboxEdits::Result::kNeedsFolder)
-    emit Problem(
-        {tr("Songs go into a folder. Click the folder that they are for, and paste again.")});
+    emit Problem({tr("Songs go into a folder. Select a folder and paste again.")});
 }
 
 void ExplorerEdits::CutSongs() {

@@ -37,7 +37,7 @@ class ExplorerKeys : public QObject {
 
  private:
   bool eventFilter(QObject* watched, QEvent* event) override;
-  // These return whether the key was handled, so that the view must not see it.
+  // Each returns whether it handled the key; the view must not receive a handled key.
   bool KeyPressed(const QKeyEvent& key, PopUpPane pane);
   bool EditKeyPressed(const QKeyEvent& key, PopUpPane pane);
   bool ListKeyPressed(const QKeyEvent& key);

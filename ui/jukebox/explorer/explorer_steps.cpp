@@ -18,8 +18,8 @@ bool ExplorerSteps::StepLinked(std::uint64_t move, bool back) {
   return true;
 }
 
-/// Returns the link of the next step to the move between two windows that it is part of. The move
-/// of the link is 0 for none.
+/// Returns which move between two windows the next step is part of; the `move` of the result is 0
+/// if it is part of none.
 EditHistory::MoveLink ExplorerSteps::NextLink(bool back) {
   const EditHistory& history = jukebox_.History();
   return back ? history.LinkToUndo() : history.LinkToRedo();

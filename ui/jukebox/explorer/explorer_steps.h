@@ -13,8 +13,8 @@ namespace tallow {
 class FolderTreeView;
 
 /// Undo and redo in the explorer control: undoes or redoes a step, and then shows the folder that
-/// the step concerns and selects the songs that it has brought back, or those beside the songs that
-/// it has removed.
+/// the step concerns and selects the songs that it has restored, or those next to the songs that it
+/// has removed.
 class ExplorerSteps : public QObject {
   Q_OBJECT
 
@@ -24,14 +24,15 @@ class ExplorerSteps : public QObject {
 
   void Undo();
   void Redo();
-  /// Undoes or redoes one half of a move between two windows, without emitting LinkedStepDone.
+  /// Undoes or redoes this window's part of a move between two windows, without emitting
+  /// LinkedStepDone.
   /// \param move identifies the move
   /// \param back whether to undo
-  /// \returns false if that half is not the next step in this window
+  /// \returns false if that part is not the next step in this window
   bool StepLinked(std::uint64_t move, bool back);
 
  signals:
-  /// One half of a move between two windows was undone or redone.
+  /// This window's part of a move between two windows was undone or redone.
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
 
  private:

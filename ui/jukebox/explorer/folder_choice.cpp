@@ -48,14 +48,14 @@ FolderChoice::FolderChoice(FolderTreeModel& model, FolderTreeView& tree, SongLis
   connect(tree.selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this](const QModelIndex& current) {
             if (!current.isValid()) return;
-            told_ = true;
+            emitted_ = true;
             SetInEmptyArea(false);
             Folder* const folder = FolderTreeModel::FolderOf(current);
             model_.SetShown(folder);
             emit NodeClick(folder);
           });
   connect(&tree, &QTreeView::clicked, this, [this](const QModelIndex& index) {
-    if (!told_) emit NodeClick(FolderTreeModel::FolderOf(index));
+    if (!emitted_) emit NodeClick(FolderTreeModel::FolderOf(index));
   });
 }
 
@@ -65,7 +65,7 @@ bool FolderChoice::eventFilter(QObject* watched, QEvent* event) {
       // A click that changes the selection emits NodeClick immediately; a click on the folder on
       // show emits NodeClick on release.
       if (watched == tree_.viewport()) {
-        told_ = false;
+        emitted_ = false;
         const auto& click = *static_cast<QMouseEvent*>(event);
         SetInEmptyArea(tree_.FolderAt(click.position().toPoint()) == nullptr);
       }

@@ -40,7 +40,7 @@ class FolderChoice : public QObject {
   FolderTreeView& tree_;
   SongListView& list_;
   bool in_empty_area_ = false;
-  bool told_ = false;  ///< whether NodeClick was emitted since the last mouse press
+  bool emitted_ = false;  ///< whether NodeClick was emitted since the last mouse press
 };
 
 }  // namespace tallow

@@ -25,7 +25,7 @@ class FolderExpansion : public QObject {
   void ExpandMarked();
 
  private:
-  /// Expands those of a folder and the folders below it that are marked as open.
+  /// Expands a folder and the folders below it, if they are marked as open.
   void ExpandMarkedIn(const Folder& folder);
 
   FolderTree& tree_;

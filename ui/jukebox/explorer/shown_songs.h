@@ -19,8 +19,8 @@ class clsMain;
 /// selects songs.
 ///
 /// Songs are identified by their indexes in the folder, from 0, or by their record numbers. Rows
-/// will not do, because missing songs that the folder remembers have an index but no row, and
-/// because a sort puts other songs into the same rows.
+/// cannot identify them: missing songs that the folder remembers have an index but no row, and a
+/// sort puts other songs into the same rows.
 class ShownSongs {
  public:
   /// \param jukebox, library, model, view must outlive this object

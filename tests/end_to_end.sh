@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Runs a jukebox through its whole life as a user would, on a virtual display, with keyboard and
-# mouse only: first start, ranking, a folder, saving, playing, closing, second start, new songs,
-# finding, two jukeboxes, exit, and closing while minimized. Checks the resulting files, and keeps a
-# picture of each step.
+# Uses the built program as a user would, on a virtual display, with keyboard and mouse only: first
+# start, ranking, a folder, saving, playing, closing, second start, new songs, finding, two
+# jukeboxes, exit, and closing while minimized. Checks the resulting files, and keeps a picture of
+# each step.
 #
-# Usage: life.sh PROGRAM FOLDER
+# Usage: end_to_end.sh PROGRAM FOLDER
 set -euo pipefail
 
 program=$1
@@ -20,15 +20,14 @@ cp "$(dirname "$program")/TIPOFDAY.TXT" "$folder/bin/"
 printf '#!/bin/sh\nexec "%s/tallow-player" --silent "$@"\n' "$(dirname "$program")" \
   > "$folder/bin/tallow-player"
 chmod +x "$folder/bin/tallow-player"
+# shellcheck source=tests/program.sh
+. "$here/program.sh"
 # shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
-XDG_RUNTIME_DIR=$(mktemp -d)
+separate_session
 trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
-export XDG_RUNTIME_DIR XDG_CONFIG_HOME=$folder/config DBUS_SESSION_BUS_ADDRESS=unix:path=/nonexistent
 export QT_QPA_PLATFORM=xcb
-openbox > /dev/null 2>&1 &
-processes+=($!)
-for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
+start_window_manager
 
 library=$folder/app/Grouping/FileLocNames.lmz
 jukebox=$folder/app/Grouping/mix.juk
@@ -40,7 +39,6 @@ start() {
   tallow=$!
   processes+=("$tallow")
 }
-has_ended() { ! kill -0 "$tallow"; }
 
 # First start: the user reads the tip and the next tip, and turns the tips off.
 start
@@ -49,14 +47,13 @@ picture 1-tip
 keys alt+n alt+s Return
 until_true 10 "the end of the tip" no_window_named '^Tip of the Day$'
 until_true 10 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
-grep -q 'Show%20Tips%20at%20Startup=0' "$folder/config/Tallow/tallow.conf" || fail "The tip's option is not kept."
+grep -q 'Show%20Tips%20at%20Startup=0' "$folder/config/Tallow/tallow.conf" || fail "The tip's option is not saved."
 
 # Three songs get the highest rank.
 before=$(cksum "$library")
 keys Tab Home shift+Down shift+Down shift+F10 r
 picture 2-ranks
 keys Return
-library_has_changed() { [ "$(cksum "$library")" != "$before" ]; }
 until_true 10 "the saved ranks" library_has_changed
 
 # The three songs are copied into a new folder.
@@ -87,9 +84,9 @@ until_true 20 "the end of the program" has_ended
 # The second start opens the saved jukebox, without a tip.
 start
 until_true 30 "the saved jukebox at the start" window_named '^Tallow - \[MIX\]$'
-no_window_named '^Tip of the Day$' || fail "The tip is there again."
+no_window_named '^Tip of the Day$' || fail "The tip is shown again."
 
-# A new song is brought in.
+# A new song is added by a search.
 cp "$folder/music"/*/*.mp3 "$folder/" 2> /dev/null || cp "$(find "$folder/music" -name '*.mp3' | head -n 1)" "$folder/"
 first=$(find "$folder" -maxdepth 1 -name '*.mp3' | sort | head -n 1)
 target=$(dirname "$(find "$folder/music" -name '*.mp3' | sort | head -n 1)")
@@ -126,7 +123,7 @@ until_true 10 "the end of the handed-over jukebox" no_window_named 'HANDED OVER'
 keys alt+f x
 until_true 20 "the end of the program" has_ended
 picture 9-end
-[ -z "$(find "$folder/app/Grouping/System" -name '*.unsaved')" ] || fail "Something counts as unsaved."
+[ -z "$(find "$folder/app/Grouping/System" -name '*.unsaved')" ] || fail "Unsaved changes were stored."
 
 # Closing the minimized window, with a new song in each of two jukeboxes: the window is restored for
 # the questions, and each Yes saves the jukebox that the question names.

@@ -6,7 +6,7 @@
 # errors, and uninstalling. Checks the files, the registry and the messages to the player, and keeps
 # a picture of each step.
 #
-# Usage: windows_life.sh SETUP STAND_IN HOLD_FILE FOLDER
+# Usage: windows_end_to_end.sh SETUP STAND_IN HOLD_FILE FOLDER
 set -euo pipefail
 
 setup=$(realpath "$1")
@@ -22,10 +22,9 @@ folder=$(realpath "$4")
 # shellcheck source=packaging/virtual-display.sh
 . "$here/../packaging/virtual-display.sh"
 trap 'end_processes; end_windows' EXIT
-openbox > /dev/null 2>&1 &
-processes+=($!)
-for _ in $(seq 100); do xdotool get_num_desktops > /dev/null 2>&1 && break; sleep 0.05; done
-
+# shellcheck source=tests/program.sh
+. "$here/program.sh"
+start_window_manager
 # shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
 # The window manager does not restore the focus after a system dialog closes.
@@ -81,7 +80,7 @@ ln -s .. "$d/Musik/loop"
 
 # Silent installation for one user.
 cd "$c/bin"
-"$wine" 'C:\bin\setup.exe' /S || fail "The setup left with $?."
+"$wine" 'C:\bin\setup.exe' /S || fail "The setup exited with code $?."
 installed=$c/users/$(id -un)/AppData/Local/Programs/Tallow
 program='C:\users\'$(id -un)'\AppData\Local\Programs\Tallow\tallow.exe'
 for file in tallow.exe readme.txt license.txt third-party.txt TIPOFDAY.TXT uninstall.exe; do
@@ -99,7 +98,6 @@ start() {
   tallow=$!
   processes+=("$tallow")
 }
-has_ended() { ! kill -0 "$tallow"; }
 grouping=$installed/Grouping
 library=$grouping/FileLocNames.lmz
 settings=$grouping/System/TallowOrganizer.ini
@@ -122,7 +120,7 @@ picture 2-sample
 own=${program%tallow.exe}
 printf '%s\r\n' "$own"'Grouping\System\LocOfMainTargetFiles.lmz' "$own"'Grouping\' ' 5 ' \
   'd:\winamp\winamp.exe' '' '' '' False False '' > "$folder/expected.ini"
-cmp "$folder/expected.ini" "$settings" || fail "The settings are not as they should be."
+cmp "$folder/expected.ini" "$settings" || fail "The settings are not the expected ones."
 # Checks every record of the library: name, folder, number, flag, rank, and seven empty texts;
 # nothing else.
 perl -e '
@@ -150,12 +148,12 @@ picture 3-playing
 sleep 1
 tr -d '\r' < "$c/bin/player.txt" > "$folder/player.txt"
 head -n 1 "$folder/player.txt" | grep -qx 'started 7' || fail "The player was not started minimized."
-grep -v '^1024 0 10[45]\|^1024 1 105\|^started' "$folder/player.txt" | sed -n '/40047/,$p' > "$folder/told.txt"
+grep -v '^1024 0 10[45]\|^1024 1 105\|^started' "$folder/player.txt" | sed -n '/40047/,$p' > "$folder/messages.txt"
 first=$(perl -e 'local $/; my @t = unpack("(v/a)12", <STDIN>); print "$t[1]$t[0]"' < "$library")
-grep -qxF "74 0 100 \"$first\\0\"" "$folder/told.txt" || fail "The player was not given $first."
-sed -n 's/^\(273 40047 0\|1024 0 101\|74 0 100\|273 40045 0\).*/\1/p' "$folder/told.txt" > "$folder/order.txt"
+grep -qxF "74 0 100 \"$first\\0\"" "$folder/messages.txt" || fail "The player was not given $first."
+sed -n 's/^\(273 40047 0\|1024 0 101\|74 0 100\|273 40045 0\).*/\1/p' "$folder/messages.txt" > "$folder/order.txt"
 printf '%s\n' '273 40047 0' '1024 0 101' '74 0 100' '273 40045 0' '74 0 100' |
-  diff - <(head -n 5 "$folder/order.txt") || fail "The player was told otherwise."
+  diff - <(head -n 5 "$folder/order.txt") || fail "The player received other messages."
 # The player's menu keys.
 keys ctrl+t
 until_true 10 "the next track" is_in '273 40048 0' "$c/bin/player.txt"
@@ -166,19 +164,18 @@ until_true 10 "the pause" is_in '273 40046 0' "$c/bin/player.txt"
 # is lost.
 keys Tab Tab Home
 before=$(cksum "$library")
-library_has_changed() { [ "$(cksum "$library")" != "$before" ]; }
 "$wine" 'C:\bin\hold_file.exe' "${own}Grouping\\FileLocNames.lmz" 'C:\bin\release.txt' &
 processes+=($!)
 sleep 1
 keys shift+F10 r Return
 until_true 20 "the message that the ranks could not be saved" window_named '^Tallow$'
 picture 4-held
-library_has_changed && fail "The library was replaced under another program."
+library_has_changed && fail "The library was replaced while another program held it."
 touch "$c/bin/release.txt"
 sleep 1
 keys Return shift+F10 r Return
 until_true 20 "the saved rank" library_has_changed
-[ -z "$(find "$installed" -name '*.new')" ] || fail "A file that was being written is left."
+[ -z "$(find "$installed" -name '*.new')" ] || fail "A temporary file is left."
 
 # The jukebox is saved under a name; a read-only file is not overwritten.
 keys ctrl+s
@@ -197,7 +194,7 @@ until_true 20 "the message that the file cannot be written" window_named '^Tallo
 picture 5-read-only
 keys Return
 activate
-[ "$(cksum "$grouping/mix.juk")" = "$before_juk" ] || fail "A file that may only be read was written over."
+[ "$(cksum "$grouping/mix.juk")" = "$before_juk" ] || fail "A read-only file was overwritten."
 chmod u+w "$grouping/mix.juk"
 keys ctrl+s
 sleep 1
@@ -208,15 +205,15 @@ keys alt+f a
 until_true 20 "the file dialog" window_named '^Save'
 xdotool type --delay 60 'E:\mix.juk'
 keys Return
-until_true 20 "the message that no file can be made there" window_named '^Tallow$'
+until_true 20 "the message that no file can be created there" window_named '^Tallow$'
 picture 6-no-folder-for-files
 keys Return
 activate
-window_named '^Tallow - \[MIX\]$' > /dev/null || fail "The jukebox is called after a file that was not made."
+window_named '^Tallow - \[MIX\]$' > /dev/null || fail "The jukebox has the name of a file that was not created."
 
 # A second program hands its file over and ends.
 cp "$grouping/mix.juk" "$d/other.juk"
-timeout 30 "$wine" "$program" 'D:\other.juk' || fail "The second start left with $?."
+timeout 30 "$wine" "$program" 'D:\other.juk' || fail "The second start exited with code $?."
 until_true 20 "the file of the second start" window_named '^Tallow - \[OTHER\]$'
 picture 7-handed-over
 activate
@@ -228,8 +225,8 @@ until_true 10 "the end of the player" is_in '273 40001 0' "$c/bin/player.txt"
 song "$d/Elsewhere/never.mp3"
 before=$(cksum "$library")
 start
-until_true 60 "the jukebox of before at the start" window_named '^Tallow - \[OTHER\]$'
-no_window_named '^Tip of the Day$' || fail "The tip is there again."
+until_true 60 "the previous jukebox at the start" window_named '^Tallow - \[OTHER\]$'
+no_window_named '^Tip of the Day$' || fail "The tip is shown again."
 library_has_changed && fail "The second start has changed the library."
 is_in 'never.mp3' "$library" && fail "The second start has searched the drives."
 sleep 0.5
@@ -239,13 +236,13 @@ xdotool key --delay 100 alt+F4
 until_true 30 "the end of the program" has_ended
 
 # Drive D: disappears: no song becomes missing, and the jukebox file on it is not forgotten.
-letter_goes() {
+remove_drive() {
   "$wineserver" -k || :
   "$wineserver" -w
   rm "$WINEPREFIX/dosdevices/$1"
 }
 before=$(cksum "$library")
-letter_goes d:
+remove_drive d:
 start
 until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
 sleep 1
@@ -264,7 +261,7 @@ ln -s "$d" "$WINEPREFIX/dosdevices/f:"
 start
 until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
 until_true 20 "the songs of D: on F:" is_in 'F:\Musik\' "$library"
-is_in 'D:\Musik\' "$library" && fail "Songs of D: were left behind."
+is_in 'D:\Musik\' "$library" && fail "Songs still have paths on D:."
 picture 10-another-letter
 activate
 xdotool key --delay 100 alt+F4
@@ -272,10 +269,10 @@ until_true 20 "the question whether to save" window_named '^Tallow$'
 keys alt+n
 until_true 30 "the end of the program" has_ended
 # The drive comes back as D:.
-letter_goes f:
+remove_drive f:
 ln -s "$d" "$WINEPREFIX/dosdevices/d:"
 start
-until_true 60 "the jukebox of before at the start" window_named '^Tallow - \[OTHER\]$'
+until_true 60 "the previous jukebox at the start" window_named '^Tallow - \[OTHER\]$'
 until_true 20 "the songs of F: on D:" is_in 'D:\Musik\' "$library"
 activate
 xdotool key --delay 100 alt+F4
@@ -284,34 +281,34 @@ until_true 30 "the end of the program" has_ended
 # The setup and the uninstaller change nothing while the program runs. A setup after the program has
 # ended keeps tips that the user added.
 start
-until_true 60 "the jukebox of before" window_named '^Tallow - '
-if "$wine" 'C:\bin\setup.exe' /S; then fail "The setup went on over a program that runs."; fi
-if "$wine" "${own}uninstall.exe" /S _?="${own%\\}"; then fail "A program that runs was taken off."; fi
-[ -s "$installed/tallow.exe" ] || fail "A program that runs was taken off."
+until_true 60 "the previous jukebox" window_named '^Tallow - '
+if "$wine" 'C:\bin\setup.exe' /S; then fail "The setup installed over a running program."; fi
+if "$wine" "${own}uninstall.exe" /S _?="${own%\\}"; then fail "A running program was uninstalled."; fi
+[ -s "$installed/tallow.exe" ] || fail "A running program was uninstalled."
 # When the user logs off, no question is asked, and unsaved changes are kept.
 activate
 keys alt+e a Return
 "$wine" wineboot --end-session > /dev/null 2>&1 &
 until_true 30 "the end of the program as the user logs off" has_ended
 wait $! || :
-ls "$grouping"/System/Jukebox-*.unsaved > /dev/null || fail "What was changed before the user logged off is lost."
+ls "$grouping"/System/Jukebox-*.unsaved > /dev/null || fail "Changes made before the user logged off are lost."
 rm "$grouping"/System/Jukebox-*.unsaved
 printf 'A tip of my own.\r\n' >> "$installed/TIPOFDAY.TXT"
-"$wine" 'C:\bin\setup.exe' /S || fail "The setup over an older one left with $?."
+"$wine" 'C:\bin\setup.exe' /S || fail "The setup over an older version exited with code $?."
 grep -q 'A tip of my own' "$installed/TIPOFDAY.TXT" || fail "A tip of the user's own is gone."
 
 # Uninstalling removes the program and keeps the user's files.
-"$wine" "${own}uninstall.exe" /S || fail "Taking it off left with $?."
-until_true 30 "the end of the program file" test ! -e "$installed/tallow.exe"
-until_true 10 "the end of the start menu's entry" \
+"$wine" "${own}uninstall.exe" /S || fail "The uninstaller exited with code $?."
+until_true 30 "the removal of the program file" test ! -e "$installed/tallow.exe"
+until_true 10 "the removal of the start menu entry" \
   test ! -e "$c/users/$(id -un)/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tallow.lnk"
 if ! [ -s "$library" ] || ! [ -s "$grouping/mix.juk" ]; then
-  fail "The library or the jukebox has gone with the program."
+  fail "The library or the jukebox was removed with the program."
 fi
 [ -z "$(value 'Software\Classes\Tallow.Jukebox\shell\open\command')" ] ||
-  fail "The file type is still there."
+  fail "The file type is still registered."
 grep -q 'A tip of my own' "$installed/TIPOFDAY.TXT" || fail "A tip of the user's own is gone."
 for file in readme.txt license.txt third-party.txt uninstall.exe; do
   [ ! -e "$installed/$file" ] || fail "$file is still there."
 done
-echo "Everything was as it should be; the pictures are in $folder/pictures."
+echo "All steps passed; the pictures are in $folder/pictures."

@@ -14,7 +14,8 @@
 
 namespace tallow {
 
-/// What the windows of all commands have in common, in the frame window.
+/// Base class of the frame window's implementations of the command interfaces: the functions that
+/// all of these interfaces have in common.
 ///
 /// \tparam Windows the interface of a command, derived from JukeboxWindows
 template <typename Windows>
