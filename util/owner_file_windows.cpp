@@ -85,8 +85,15 @@ bool NameExists(const std::string& path) {
 }
 
 bool RenameOver(const std::string& from, const std::string& to) {
-  return MoveFileExW(ToWidePath(from).c_str(), ToWidePath(to).c_str(), MOVEFILE_REPLACE_EXISTING) !=
-         FALSE;
+  for (int tried = 1;; ++tried) {
+    if (MoveFileExW(ToWidePath(from).c_str(), ToWidePath(to).c_str(), MOVEFILE_REPLACE_EXISTING))
+      return true;
+    // A file cannot be replaced while another process reads it.
+    const DWORD error = GetLastError();
+    const bool is_busy = error == ERROR_ACCESS_DENIED || error == ERROR_SHARING_VIOLATION;
+    if (!is_busy || tried >= kMaxTries) return false;
+    Sleep(kPause);
+  }
 }
 
 }  // namespace tallow
