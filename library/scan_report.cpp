@@ -27,8 +27,7 @@ std::string TextOf(const ScanReport& report, bool always_new) {
     return std::to_string(number) + (number == 1 ? one : many);
   };
   if (report.new_songs > 0 || always_new) add(count(report.new_songs, " new song", " new songs"));
-  if (report.back > 0)
-    add(count(report.back, " returned with its rank", " returned with their ranks"));
+  if (report.back > 0) add(count(report.back, " back with its rank", " back with their ranks"));
   if (report.missing > 0) add(std::to_string(report.missing) + " missing");
   std::int32_t away = 0;
   for (const AwayPlace& place : report.away) away += place.songs;

@@ -16,19 +16,18 @@ TEST(ScanReport, ListsTheCountsAboveZero) {
   report.left_out = 5;
   report.away = {{"/media/stick/", AwayKind::kDrive, "", 40}};
   EXPECT_EQ(TextOf(report, false),
-            "12 new songs, 3 returned with their ranks, 2 missing, 40 away (/media/stick/)");
+            "12 new songs, 3 back with their ranks, 2 missing, 40 away (/media/stick/)");
   report.left_out_grew = true;
-  EXPECT_EQ(
-      TextOf(report, false),
-      "12 new songs, 3 returned with their ranks, 2 missing, 40 away (/media/stick/), 5 skipped "
-      "because a song with that file name exists");
+  EXPECT_EQ(TextOf(report, false),
+            "12 new songs, 3 back with their ranks, 2 missing, 40 away (/media/stick/), 5 skipped "
+            "because a song with that file name exists");
 }
 
 TEST(ScanReport, UsesTheSingularForOne) {
   ScanReport report;
   report.new_songs = 1;
   report.back = 1;
-  EXPECT_EQ(TextOf(report, false), "1 new song, 1 returned with its rank");
+  EXPECT_EQ(TextOf(report, false), "1 new song, 1 back with its rank");
 }
 
 TEST(ScanReport, NamesAtMostThreePlaces) {

@@ -66,7 +66,7 @@ class RequestServerTest : public RealPlayer {
   }
   /// Whether a request is answered instead of closing the connection.
   static bool IsAnswered(const std::string& request) {
-    const Socket socket = Connect();
+    const Socket socket = ConnectPatiently();
     return Send(socket, request) && Receive(socket).size() == sizeof(PlayerAnswer);
   }
   std::size_t OpenDescriptors() {
