@@ -31,7 +31,10 @@ class JukeboxWithPanel : public FrameTest {
     frame.activateWindow();
     EXPECT_TRUE(QTest::qWaitForWindowActive(&frame));
     // The jukebox used last is not the jukebox opened last.
-    QTest::mouseClick(TreeOf(two).viewport(), Qt::LeftButton, {}, QPoint(60, 8));
+    // The click is below the folders, because one on the selected folder starts renaming it later.
+    QWidget& tree = *TreeOf(two).viewport();
+    QTest::mouseClick(&tree, Qt::LeftButton, {}, QPoint(60, tree.height() - 8));
+    EXPECT_EQ(Area().activeSubWindow(), &SubOf(two));
     Area().setActiveSubWindow(&SubOf(one));
     QTest::mouseClick(ListOf(one).viewport(), Qt::LeftButton, {}, QPoint(60, 8));
     EXPECT_EQ(Area().activeSubWindow(), &SubOf(one));
