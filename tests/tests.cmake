@@ -22,6 +22,7 @@ else()
   target_link_libraries(tallow_core_tests PRIVATE tallow_song_player)
 endif()
 target_link_libraries(tallow_core_tests PRIVATE tallow_app GTest::gtest)
+tallow_precompile(tallow_core_tests HEADERS <gtest/gtest.h>)
 
 if(WIN32 AND CMAKE_CROSSCOMPILING)
   # The tests of a cross-compiled program cannot be listed at build time, so all are one CTest test.
