@@ -3,6 +3,7 @@
 #include <csignal>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/socket.h>
 #include <thread>
 
 #include "library/cls_main.h"
@@ -236,6 +237,51 @@ TEST_F(LinuxPlayer, AnUnknownLengthTimesOutAndDoesNotBlockOthers) {
   // Open the pipe, so that the player can end.
   const OpenFile end(open(pipe.c_str(), O_RDWR | O_NONBLOCK));
   EndPlayer();
+}
+
+TEST_F(LinuxPlayer, APlayerWithAFullBacklogIsFoundOnceItAcceptsConnections) {
+  const OpenFile listening(ListenAsPlayer(PlayerSocketPath()));
+  ASSERT_EQ(listen(listening.descriptor(), 0), 0);
+  std::vector<std::unique_ptr<OpenFile>> waiting;
+  do waiting.push_back(std::make_unique<OpenFile>(ConnectToPlayer(PlayerSocketPath())));
+  while (*waiting.back());
+  EXPECT_TRUE(IsRunning());
+  EXPECT_FALSE(player.FindWinamp());
+  // It is running, so none is started.
+  EXPECT_TRUE(player.StartWinamp());
+  EXPECT_EQ(Starts(), 0U);
+  const OpenFile accepted(accept(listening.descriptor(), nullptr, nullptr));
+  ASSERT_TRUE(accepted);
+  EXPECT_NE(SystemPlayerLink()->Find(), 0U);
+  // Nobody answers, so the fixture must not find this player.
+  unlink(PlayerSocketPath().c_str());
+}
+
+TEST_F(LinuxPlayer, ASocketPathThatIsTooLongIsReported) {
+  const std::string deep = runtime.Folder(std::string(120, 'd'));
+  ASSERT_EQ(chmod(deep.c_str(), S_IRWXU), 0);
+  ASSERT_EQ(setenv("XDG_RUNTIME_DIR", deep.c_str(), 1), 0);
+  testing::internal::CaptureStderr();
+  EXPECT_FALSE(player.StartWinamp());
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "The player cannot be started. " + deep +
+                                                        "tallow/player: no socket can be made "
+                                                        "there\n");
+  EXPECT_FALSE(player.FindWinamp());
+  EXPECT_EQ(Starts(), 0U);
+}
+
+TEST_F(LinuxPlayer, AStartLockThatAnotherProcessHoldsIsReported) {
+  const std::string socket = PlayerSocketPath();
+  testing::internal::CaptureStderr();
+  {
+    const PlayerStartLock lock(socket);
+    EXPECT_FALSE(player.StartWinamp());
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "The player cannot be started. " + socket +
+                ".lock: another process has held the start lock for too long\n");
+  EXPECT_EQ(Starts(), 0U);
+  StartPlayer();
 }
 
 TEST_F(LinuxPlayer, ConcurrentStartsGetTheSamePlayer) {

@@ -21,11 +21,14 @@ namespace {
 constexpr int kLockTries = 100;
 constexpr timespec kLockPause{0, 10'000'000};
 
-/// \returns false when the path is too long for a socket address
+/// \returns false, with errno set, when the path is too long for a socket address
 bool FillAddress(const std::string& path, sockaddr_un& address) noexcept {
   address = {};
   address.sun_family = AF_UNIX;
-  if (path.size() >= sizeof address.sun_path) return false;
+  if (path.size() >= sizeof address.sun_path) {
+    errno = ENAMETOOLONG;
+    return false;
+  }
   std::memcpy(address.sun_path, path.c_str(), path.size() + 1);
   return true;
 }
@@ -56,10 +59,7 @@ bool PlayerRuns(const std::string& path) noexcept {
 
 int ListenAsPlayer(const std::string& path) noexcept {
   sockaddr_un address;
-  if (!FillAddress(path, address)) {
-    errno = ENAMETOOLONG;
-    return -1;
-  }
+  if (!FillAddress(path, address)) return -1;
   const int listening = NewSocket();
   if (listening < 0) return -1;
   unlink(path.c_str());
