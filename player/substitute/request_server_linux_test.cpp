@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cerrno>
 #include <cstring>
+#include <ctime>
 #include <deque>
 #include <filesystem>
 #include <memory>
@@ -12,7 +13,9 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "player/substitute/request_server.h"
 #include "tests/real_player_linux.h"
+#include "tests/recorded_engine_linux.h"
 #include "tests/resident_memory_linux.h"
 #include "tests/sound_linux.h"
 
@@ -330,6 +333,61 @@ TEST_F(FewDescriptors, WithoutAFreeDescriptorTheConnectionIdleForLongestIsClosed
   }
   // The oldest connection was closed, too, and reconnects without a visible error.
   EXPECT_NE(player.GetWinampVersion(), "UNKNOWN");
+}
+
+/// Within its scope this process can open no further descriptor.
+class NoFreeDescriptor {
+ public:
+  NoFreeDescriptor() {
+    getrlimit(RLIMIT_NOFILE, &was_);
+    const rlimit none{0, was_.rlim_max};
+    EXPECT_EQ(setrlimit(RLIMIT_NOFILE, &none), 0);
+  }
+  NoFreeDescriptor(const NoFreeDescriptor&) = delete;
+  NoFreeDescriptor& operator=(const NoFreeDescriptor&) = delete;
+  ~NoFreeDescriptor() { setrlimit(RLIMIT_NOFILE, &was_); }
+
+ private:
+  rlimit was_{};
+};
+
+TEST(RequestServerAlone, WhenNoDescriptorBecomesFreeAConnectionIsAcceptedLater) {
+  constexpr std::uint64_t kMaxWait = 20'000'000;  // µs
+  constexpr PlayerAnswer kAnswer = 42;
+  const TempFolder folder;
+  const EventLoop loop = NewLoop();
+  RequestServer server(
+      loop.get(), ListenAsPlayer(folder / "player"),
+      [](const PlayerRequestHead& head, const std::string&, const RequestServer::Answer& answer) {
+        answer(head.wParam);
+        return true;
+      });
+  // The loop of the player always has a timer, so another one needs no descriptor.
+  sd_event_source* timer = nullptr;
+  ASSERT_GE(sd_event_add_time_relative(loop.get(), &timer, CLOCK_MONOTONIC, 1000 * kMaxWait, 0,
+                                       nullptr, nullptr),
+            0);
+  const EventSource owned(timer);
+
+  const OpenFile first(ConnectToPlayer(folder / "player"));
+  while (server.Connections() == 0) ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0);
+  const OpenFile second(ConnectToPlayer(folder / "player"));
+  const PlayerRequestHead request{kWmUser, 0, kAnswer, kVersion};
+  ASSERT_EQ(send(second.descriptor(), &request, sizeof request, MSG_NOSIGNAL),
+            static_cast<ssize_t>(sizeof request));
+  {
+    const NoFreeDescriptor full;
+    ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0);
+  }
+  // The only connection was closed in vain.
+  EXPECT_EQ(server.Connections(), 0U);
+  char byte = 0;
+  EXPECT_EQ(recv(first.descriptor(), &byte, 1, 0), 0);
+  PlayerAnswer answer = 0;
+  while (recv(second.descriptor(), &answer, sizeof answer, 0) < 0 && errno == EAGAIN)
+    ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0);
+  EXPECT_EQ(answer, kAnswer);
+  EXPECT_EQ(server.Connections(), 1U);
 }
 
 TEST_F(RequestServerTest, AFullListRefusesFurtherPaths) {

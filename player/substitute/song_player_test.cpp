@@ -3,72 +3,19 @@
 // order, so a stand-in for the engine records the commands, and the tests send the events.
 #include "player/substitute/song_player.h"
 
-#include <cmath>
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
-#include <map>
 #include <string>
 #include <vector>
 
-#include "player/substitute/event_source.h"
+#include "tests/recorded_engine_linux.h"
+#include "tests/wait_until.h"
 
 namespace tallow {
 namespace {
 
 using Texts = std::vector<std::string>;
-
-/// Stand-in for an engine.
-class RecordedEngine : public PlaybackEngine {
- public:
-  void SetListener(PlaybackListener& listener) override { events = &listener; }
-  CommandNumber Load(const std::string& path) override { return Record("load " + path, path); }
-  CommandNumber Append(const std::string& path) override { return Record("append " + path, path); }
-  void RemoveFirst() override { Record("remove first"); }
-  void RemoveFollowing() override { Record("remove following"); }
-  void Stop() override { Record("stop"); }
-  CommandNumber Seek(double seconds) override {
-    return seek = Record("seek " + std::to_string(std::lround(seconds)));
-  }
-  void Pause(bool paused) override { Record(paused ? "pause" : "resume"); }
-  void SetVolume(std::int32_t volume) override { Record("volume " + std::to_string(volume)); }
-  void SetBalance(std::int32_t balance) override { Record("balance " + std::to_string(balance)); }
-  void RequestProperties() override { Record("properties"); }
-
-  /// Replies to all commands that load a track, also to those sent meanwhile.
-  void ReplyToLoads() {
-    while (!loads.empty()) {
-      const auto [command, path] = *loads.begin();
-      loads.erase(command);
-      entries[path] = ++last_entry_;
-      events->OnReply(command, true, last_entry_);
-    }
-  }
-
-  PlaybackListener* events = nullptr;
-  Texts sent;
-  bool full = false;  ///< no command is accepted
-  CommandNumber seek = 0;
-  std::map<CommandNumber, std::string> loads;  ///< without a reply
-  std::map<std::string, EntryNumber> entries;  ///< path to entry
-
- private:
-  CommandNumber Record(const std::string& text, const std::string& path = {}) {
-    sent.push_back(text);
-    if (full) return 0;
-    if (!path.empty()) loads[last_command_ + 1] = path;
-    return ++last_command_;
-  }
-
-  EntryNumber last_entry_ = 100;
-  CommandNumber last_command_ = 0;
-};
-
-EventLoop NewLoop() {
-  sd_event* loop = nullptr;
-  Require(sd_event_new(&loop), "the event loop");
-  return EventLoop(loop);
-}
 
 /// A player with the files "1", "2" and so on, in a state.
 class Playback {
@@ -537,6 +484,25 @@ TEST(SongPlayer, ASeekToTheVeryEndIsNoFailure) {
   playback.Events().OnIdle();
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
   EXPECT_EQ(playback.player.State(), kStoppedState);
+}
+
+TEST(SongPlayer, AfterTheEndOfTheFileThePositionGoesOnUpToTheLength) {
+  Playback playback(1, kOpen);
+  playback.Events().OnLength(3600);
+  playback.Events().OnPosition(1800);
+  playback.End("1");
+  ASSERT_EQ(playback.player.State(), kDraining);
+  const std::int64_t first = playback.player.Position();
+  EXPECT_GE(first, 1'800'000);
+  EXPECT_TRUE(WaitUntil([&] { return playback.player.Position() > first; }));
+  EXPECT_LE(playback.player.Position(), 3'600'000);
+
+  Playback at_end(1, kOpen);
+  at_end.Events().OnLength(10);
+  at_end.Events().OnPosition(10);
+  at_end.End("1");
+  EXPECT_TRUE(WaitUntil([&] { return playback.player.Position() > first + 1; }));
+  EXPECT_EQ(at_end.player.Position(), 10'000);
 }
 
 TEST(SongPlayer, TheLengthIsPassedOnWhenTheTrackIsOpenOrHasEnded) {

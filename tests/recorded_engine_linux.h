@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cmath>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "player/substitute/event_source.h"
+#include "player/substitute/playback_engine.h"
+
+namespace tallow {
+
+/// Stand-in for an engine: records the commands. The test replies and sends the events.
+class RecordedEngine : public PlaybackEngine {
+ public:
+  void SetListener(PlaybackListener& listener) override { events = &listener; }
+  CommandNumber Load(const std::string& path) override { return Record("load " + path, path); }
+  CommandNumber Append(const std::string& path) override { return Record("append " + path, path); }
+  void RemoveFirst() override { Record("remove first"); }
+  void RemoveFollowing() override { Record("remove following"); }
+  void Stop() override { Record("stop"); }
+  CommandNumber Seek(double seconds) override {
+    return seek = Record("seek " + std::to_string(std::lround(seconds)));
+  }
+  void Pause(bool paused) override { Record(paused ? "pause" : "resume"); }
+  void SetVolume(std::int32_t volume) override { Record("volume " + std::to_string(volume)); }
+  void SetBalance(std::int32_t balance) override { Record("balance " + std::to_string(balance)); }
+  void RequestProperties() override { Record("properties"); }
+
+  /// Replies to all commands that load a track, also to those sent meanwhile.
+  void ReplyToLoads() {
+    while (!loads.empty()) {
+      const auto [command, path] = *loads.begin();
+      loads.erase(command);
+      entries[path] = ++last_entry_;
+      events->OnReply(command, true, last_entry_);
+    }
+  }
+
+  PlaybackListener* events = nullptr;
+  std::vector<std::string> sent;
+  bool full = false;  ///< no command is accepted
+  CommandNumber seek = 0;
+  std::map<CommandNumber, std::string> loads;  ///< without a reply
+  std::map<std::string, EntryNumber> entries;  ///< path to entry
+
+ private:
+  CommandNumber Record(const std::string& text, const std::string& path = {}) {
+    sent.push_back(text);
+    if (full) return 0;
+    if (!path.empty()) loads[last_command_ + 1] = path;
+    return ++last_command_;
+  }
+
+  EntryNumber last_entry_ = 100;
+  CommandNumber last_command_ = 0;
+};
+
+inline EventLoop NewLoop() {
+  sd_event* loop = nullptr;
+  Require(sd_event_new(&loop), "the event loop");
+  return EventLoop(loop);
+}
+
+}  // namespace tallow
