@@ -56,6 +56,8 @@ get() {
     /org/mpris/MediaPlayer2 org.freedesktop.DBus.Properties.Get \
     string:"${3:-org.mpris.MediaPlayer2.Player}" string:"$1" | sed 's/^ *variant *//; s/ *$//'
 }
+# get_list PROPERTY: prints a list of the player on one line
+get_list() { get "$1" "${root[@]}" | tr -s '\n ' ' ' | sed 's/ $//'; }
 # send MESSAGE WPARAM LPARAM [PATH]: sends a message as Tallow does, and prints the answer
 send() {
   perl -MSocket -e '
@@ -71,7 +73,19 @@ send() {
 "$player" --silent & processes+=($!)
 expect tallow playerctl --list-all
 expect Stopped control status
-expect Tallow get Identity org.mpris.MediaPlayer2.tallow org.mpris.MediaPlayer2
+root=(org.mpris.MediaPlayer2.tallow org.mpris.MediaPlayer2)
+expect Tallow get Identity "${root[@]}"
+expect 'boolean true' get CanQuit "${root[@]}"
+# The player has no window, no list on the bus, and opens nothing on request.
+expect 'boolean false' get CanRaise "${root[@]}"
+expect 'boolean false' get HasTrackList "${root[@]}"
+expect 'array [ ]' get_list SupportedUriSchemes
+expect 'array [ ]' get_list SupportedMimeTypes
+if ! dbus-send --session --print-reply --dest=org.mpris.MediaPlayer2.tallow \
+  /org/mpris/MediaPlayer2 org.mpris.MediaPlayer2.Raise > /dev/null; then
+  echo "Raise was refused"
+  failed=true
+fi
 expect 'boolean false' get CanPlay
 # All signals of the player go to a file.
 dbus-monitor --session --monitor \
