@@ -214,6 +214,36 @@ TEST_F(DeadShareInPlay, SongsOfAGivenUpDriveAreLeftOutAndReported) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
+TEST_F(DeadShareInPlay, SongsOfADriveGivenUpDuringTheWaitAreLeftOutAndReported) {
+  const DeadFolder dead(share);
+  bool is_said = false;
+  Play({Row("one.mp3"), Row("three.mp3"), Row("two.mp3")}, [&](std::size_t, std::size_t) {
+    // Gives the drive up, as a cancel by the user does.
+    if (dead.Asked() > 0 && !std::exchange(is_said, true))
+      tallow->library.CheckPath(share, {}, [](std::string_view) { return false; });
+    return true;
+  });
+  EXPECT_EQ(unanswered, "1 " + share + "three.mp3");
+  EXPECT_EQ(cancelled, "");
+  EXPECT_TRUE(handed_over);
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(DeadShareInPlay, APanelNeedNotHandleADriveThatDoesNotAnswer) {
+  struct : HandOffPanel {
+    void TrackStarted(std::int32_t) override {}
+    void HandedOver() override { handed_over = true; }
+    bool handed_over = false;
+  } panel;
+  const DeadFolder dead(share);
+  tallow->library.CheckPath(share, {}, [](std::string_view) { return false; });
+  const std::vector<std::int32_t> songs{Row("one.mp3"), Row("three.mp3")};
+  HandOver(songs, tallow->library, player, messages.Shower(), panel);
+  EXPECT_TRUE(panel.handed_over);
+  EXPECT_EQ(link.files, 1U);
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
 TEST_F(DeadShare, ADropCanBeCancelledDuringTheWait) {
   const DeadFolder dead(share);
   const Texts files{music / "a/one.mp3", share + "three.mp3", share + "four.mp3"};

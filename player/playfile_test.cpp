@@ -129,6 +129,37 @@ TEST_F(Playfile, ASongWithoutAPathCountsAsMissing) {
               "panel starts 215", "panel done"});
 }
 
+/// A panel that needs to know only when songs play.
+struct PlainPanel : HandOffPanel {
+  void TrackStarted(std::int32_t) override { ++started; }
+  void HandedOver() override { ++ended; }
+  int started = 0;
+  int ended = 0;
+};
+
+TEST_F(Playfile, APanelNeedNotHandleAMissingFirstSong) {
+  Song("a.mp3", false);
+  Song("b.mp3");
+  PlainPanel panel;
+  HandOver(std::vector<std::int32_t>{1, 2}, library, player, messages.Shower(), panel);
+  ExpectSent({});
+  EXPECT_EQ(panel.started, 0);
+  EXPECT_EQ(panel.ended, 0);
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(Playfile, APanelNeedNotHandleACancel) {
+  const std::string a = Song("a.mp3");
+  Song("b.mp3");
+  PlainPanel panel;
+  HandOver(std::vector<std::int32_t>{1, 2}, library, player, messages.Shower(), panel,
+           [](std::size_t done, std::size_t) { return done == 0; });
+  ExpectSent({"273 40047 0", "1024 0 101", Added(a), "273 40045 0", "1024 1 105"});
+  EXPECT_EQ(panel.started, 1);
+  EXPECT_EQ(panel.ended, 1);
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
 TEST_F(Playfile, NothingIsDoneForNoSongs) {
   Play({});
   ExpectSent({});
