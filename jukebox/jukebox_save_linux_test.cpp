@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Saving when the operating system refuses the write.
-#include <csignal>
 #include <filesystem>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 #include "jukebox/jukebox.h"
 #include "tests/as_nobody_linux.h"
+#include "tests/file_size_limit_linux.h"
 #include "tests/library_fixture.h"
 #include "util/file_system.h"
 
@@ -42,29 +41,6 @@ TEST_F(FailingSave, AFolderWithoutWritePermissionIsReported) {
       ". Save it in another folder, or correct the problem and save again."));
   EXPECT_EQ(ReadWholeFile(Path()), before);
 }
-
-/// Limits the size of files that this process writes, so that a write fails midway as on a full
-/// disk.
-class FileSizeLimit {
- public:
-  explicit FileSizeLimit(rlim_t bytes) {
-    getrlimit(RLIMIT_FSIZE, &was_);
-    rlimit limit = was_;
-    limit.rlim_cur = bytes;
-    EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    old_handler_ = std::signal(SIGXFSZ, SIG_IGN);
-  }
-  FileSizeLimit(const FileSizeLimit&) = delete;
-  FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-  ~FileSizeLimit() {
-    setrlimit(RLIMIT_FSIZE, &was_);
-    std::signal(SIGXFSZ, old_handler_);
-  }
-
- private:
-  rlimit was_{};
-  void (*old_handler_)(int);
-};
 
 TEST_F(FailingSave, AWriteThatFailsMidwayLeavesTheOldFile) {
   for (const rlim_t room : {0U, 1U, 100U, 5000U}) {

@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "tests/as_nobody_linux.h"
+#include "tests/file_size_limit_linux.h"
 #include "tests/temp_folder.h"
 #include "tests/wait_until.h"
 #include "util/file_lock.h"
@@ -112,6 +113,18 @@ TEST(OwnerFileLinux, AnOldFileInAReadOnlyFolderLocksNobodyOut) {
     EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kImpossible);
   }
   chmod(folder.path().c_str(), 0700);
+}
+
+TEST(OwnerFileLinux, AFileThatCannotBeWrittenIsRemoved) {
+  TempFolder folder;
+  const std::string path = folder / "it.owner";
+  OwnerFile owner;
+  for (const rlim_t room : {0U, 10U}) {
+    const FileSizeLimit limit(room);
+    EXPECT_EQ(owner.Acquire(path, Unknown::kIsReplaced), Answer::kImpossible) << room;
+    EXPECT_FALSE(FileExists(path)) << room;
+  }
+  EXPECT_EQ(owner.Acquire(path, Unknown::kStays), Answer::kHeld);
 }
 
 TEST(FileLockLinux, ANonRegularFileIsNeitherLockedNorWaitedFor) {

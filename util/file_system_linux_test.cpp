@@ -1,0 +1,74 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Paths through links, and folders whose entries cannot be read.
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "tests/as_nobody_linux.h"
+#include "tests/temp_folder.h"
+#include "util/file_system.h"
+
+namespace tallow {
+namespace {
+
+TEST(FileSystemLinux, TheAbsolutePathOfALinkToNothingIsThatOfItsTarget) {
+  const TempFolder folder;
+  std::filesystem::create_symlink("away/real.juk", folder / "relative.juk");
+  std::filesystem::create_symlink(folder / "relative.juk", folder / "chain.juk");
+  std::filesystem::create_symlink("away", folder / "folder");
+  EXPECT_EQ(AbsolutePath(folder / "relative.juk"), folder / "away/real.juk");
+  EXPECT_EQ(AbsolutePath(folder / "chain.juk"), folder / "away/real.juk");
+  EXPECT_EQ(AbsolutePath(folder / "folder/"), folder / "away");
+  EXPECT_TRUE(IsSamePath(folder / "chain.juk", folder / "away/real.juk"));
+  EXPECT_FALSE(IsSamePath(folder / "chain.juk", folder / "away/other.juk"));
+  // The paths stay the same when the target is there.
+  folder.File("away/real.juk");
+  EXPECT_EQ(AbsolutePath(folder / "chain.juk"), folder / "away/real.juk");
+}
+
+TEST(FileSystemLinux, TheAbsolutePathOfLinksInACircleIsOneOfThem) {
+  const TempFolder folder;
+  std::filesystem::create_symlink("two.juk", folder / "one.juk");
+  std::filesystem::create_symlink("one.juk", folder / "two.juk");
+  std::filesystem::create_symlink("none.juk", folder / "other.juk");
+  for (int k = 0; k < 3; ++k) {
+    const std::string path = AbsolutePath(folder / "one.juk");
+    EXPECT_TRUE(path == folder / "one.juk" || path == folder / "two.juk") << path;
+    EXPECT_EQ(AbsolutePath(folder / "other.juk"), folder / "none.juk");
+  }
+}
+
+TEST(FileSystemLinux, TheAbsolutePathOfARelativePathIsInTheCurrentFolder) {
+  const std::string here = std::filesystem::current_path().string();
+  EXPECT_EQ(AbsolutePath("no-such-folder/a.juk"), here + "/no-such-folder/a.juk");
+  EXPECT_EQ(AbsolutePath("no-such-file"), here + "/no-such-file");
+  EXPECT_EQ(AbsolutePath("."), here);
+}
+
+TEST(FileSystemLinux, FilesOfAFolderThatMayOnlyBeListedHaveNoSizeAndAreReported) {
+  const TempFolder folder;
+  folder.File("listed/a.mp3", "12345");
+  const std::string listed = folder / "listed";
+  const ListRequest request{.pattern = "*.mp3", .sizes = true, .tail_bytes = 3};
+  ASSERT_EQ(chmod(listed.c_str(), 0444), 0);
+  FolderListing listing;
+  {
+    const AsNobody nobody;
+    listing = ListFolder(listed, request);
+  }
+  ASSERT_EQ(chmod(listed.c_str(), 0755), 0);
+  EXPECT_TRUE(listing.opened);
+  EXPECT_EQ(listing.problem, "Permission denied");
+  ASSERT_EQ(listing.files.size(), 1U);
+  EXPECT_EQ(listing.files[0].name, "a.mp3");
+  EXPECT_EQ(listing.files[0].size, kNoLimit);
+  EXPECT_EQ(listing.files[0].tail, "");
+  listing = ListFolder(listed, request);
+  EXPECT_EQ(listing.problem, "");
+  ASSERT_EQ(listing.files.size(), 1U);
+  EXPECT_EQ(listing.files[0].size, 5U);
+  EXPECT_EQ(listing.files[0].tail, "345");
+}
+
+}  // namespace
+}  // namespace tallow
