@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/start/start_up.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
 #include <QApplication>
+#include <QDesktopServices>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTimer>
+#include <QUrl>
 
 #include "jukebox/initial_jukebox.h"
 #include "tests/recorded_link.h"
@@ -18,6 +22,8 @@
 #include "tests/tagged_file.h"
 #include "tests/window_fixture.h"
 #include "ui/jukebox/frm_main.h"
+#include "ui/support/qt_path.h"
+#include "util/user_folders.h"
 
 namespace tallow {
 namespace {
@@ -35,18 +41,21 @@ class StartUpTest : public testing::Test {
   }
 
   /// Clicks a button in the next message box and stores the properties of the box.
-  void AnswerNextBox(QMessageBox::StandardButton button) {
+  void ClickInNextBox(const std::function<QAbstractButton*(const QMessageBox&)>& button_of) {
     auto* const timer = new QTimer(&frame);
-    QObject::connect(timer, &QTimer::timeout, [this, timer, button] {
+    QObject::connect(timer, &QTimer::timeout, [this, timer, button_of] {
       auto* const box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
       if (box == nullptr) return;
       timer->deleteLater();
       box_text = box->text();
       box_icon = box->icon();
       box_buttons = box->standardButtons();
-      box->button(button)->click();
+      button_of(*box)->click();
     });
     timer->start(5);
+  }
+  void AnswerNextBox(QMessageBox::StandardButton button) {
+    ClickInNextBox([button](const QMessageBox& box) { return box.button(button); });
   }
 
   TempFolder application;
@@ -128,6 +137,37 @@ TEST_F(StartUpTest, ASilentStartShowsNoMessageBoxes) {
   silent.Notice({"a notice"});
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "a question\na message\na notice\n");
 }
+
+TEST_F(StartUpTest, ASilentStartPrintsAChoiceAndLeavesItOpen) {
+  StartUp silent(tallow, frame, true);
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(silent.Choose("Which one?", {"a", "b"}), std::nullopt);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "Which one?\n");
+}
+
+TEST_F(StartUpTest, AChoiceIsMadeInAMessageBox) {
+  ClickInNextBox([](const QMessageBox& box) { return box.buttons().at(1); });
+  EXPECT_EQ(windows.Choose("Which one?", {"a", "b", "c"}), std::optional<std::size_t>(1));
+  EXPECT_EQ(box_text, "Which one?");
+}
+
+#ifndef _WIN32
+TEST_F(StartUpTest, ATextFileIsOpenedInTheEditorUnlessTheStartIsSilent) {
+  // Receives the URLs of files in place of the desktop.
+  QTextBrowser editor;
+  QDesktopServices::setUrlHandler(QStringLiteral("file"), &editor, "setSource");
+  const std::string path = application.File("readme.txt", "text");
+  StartUp(tallow, frame, true).OpenInTextEditor(path);
+  EXPECT_EQ(editor.source(), QUrl());
+  windows.OpenInTextEditor(path);
+  EXPECT_EQ(editor.source().toLocalFile(), QtPath(path));
+  // A file that is not there is looked for beside the program.
+  const std::string shipped = std::string(FolderOfPath(ExecutablePath())) + "shipped.txt";
+  windows.OpenInTextEditor(application / "shipped.txt");
+  EXPECT_EQ(editor.source().toLocalFile(), QtPath(shipped));
+  QDesktopServices::unsetUrlHandler(QStringLiteral("file"));
+}
+#endif
 
 TEST_F(StartUpTest, ADamagedSettingsFileOffersToCreateANewOne) {
   application.File("Grouping/System/TallowOrganizer.ini", "x\r\ny\r\nabc\r\n");
