@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Links, large files, and folders that take a file's place.
+#include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
 
+#include "tests/failing_call_linux.h"
 #include "tests/file_size_limit_linux.h"
 #include "tests/temp_folder.h"
 #include "util/atomic_file.h"
@@ -49,6 +51,35 @@ TEST(AtomicFileLinux, AFolderThatTakesTheFilesPlaceDuringTheWriteStays) {
     EXPECT_EQ(error.reason(), "Is a directory");
   }
   EXPECT_TRUE(FileExists(path + "/song.mp3"));
+  EXPECT_FALSE(FileExists(path + ".new"));
+}
+
+TEST(AtomicFileLinux, WhereNoPermissionsAreKeptTheContentIsSaved) {
+  const TempFolder folder;
+  const std::string path = folder.File("a.juk", "old");
+  for (const int error : {EPERM, ENOTSUP, ENOSYS, EINVAL}) {
+    const std::string content = "new " + std::to_string(error);
+    const bool has_run = RunWithFailingCall(
+        {SYS_fchmod, error, {}}, [&] { EXPECT_NO_THROW(WriteFileAtomically(path, content)); });
+    if (!has_run) GTEST_SKIP() << "The kernel cannot refuse calls.";
+    EXPECT_EQ(ReadWholeFile(path), content);
+  }
+}
+
+TEST(AtomicFileLinux, PermissionsThatTheDiskFailsToStoreAreAnError) {
+  const TempFolder folder;
+  const std::string path = folder.File("a.juk", "old");
+  std::string reason;
+  const bool has_run = RunWithFailingCall({SYS_fchmod, EIO, {}}, [&] {
+    try {
+      WriteFileAtomically(path, "new");
+    } catch (const FileError& error) {
+      reason = error.reason();
+    }
+  });
+  if (!has_run) GTEST_SKIP() << "The kernel cannot refuse calls.";
+  EXPECT_EQ(reason, "Input/output error");
+  EXPECT_EQ(ReadWholeFile(path), "old");
   EXPECT_FALSE(FileExists(path + ".new"));
 }
 

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Paths through links, and folders whose entries cannot be read.
+#include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
 #include "tests/as_nobody_linux.h"
+#include "tests/failing_call_linux.h"
 #include "tests/temp_folder.h"
 #include "util/file_system.h"
 
@@ -68,6 +70,22 @@ TEST(FileSystemLinux, FilesOfAFolderThatMayOnlyBeListedHaveNoSizeAndAreReported)
   ASSERT_EQ(listing.files.size(), 1U);
   EXPECT_EQ(listing.files[0].size, 5U);
   EXPECT_EQ(listing.files[0].tail, "345");
+}
+
+TEST(FileSystemLinux, AnEntryThatCannotBeReadIsReportedUnlessPermissionIsMissing) {
+  const TempFolder folder;
+  folder.File("a.mp3");
+  for (const int error : {EIO, EACCES}) {
+    FolderListing listing;
+    // The folder itself is checked with a flag, its entries without.
+    const bool has_run = RunWithFailingCall({SYS_newfstatat, error, 0}, [&] {
+      listing = ListFolder(folder.path(), {.pattern = "*.mp3", .sizes = true});
+    });
+    if (!has_run) GTEST_SKIP() << "The kernel cannot refuse calls.";
+    EXPECT_TRUE(listing.opened);
+    EXPECT_TRUE(listing.files.empty());
+    EXPECT_EQ(listing.problem, error == EIO ? "Input/output error" : "");
+  }
 }
 
 }  // namespace
