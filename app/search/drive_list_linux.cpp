@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
-#include <cstdlib>
 #include <memory>
-#include <sys/stat.h>
-#include <sys/sysmacros.h>
+#include <string>
 #include <unordered_set>
+#include <vector>
 
 #include "app/search/drive_list.h"
+#include "app/search/mount_sources_linux.h"
 #include "app/search/mount_table_linux.h"
 #include "util/errors.h"
 #include "util/file_system.h"
@@ -14,14 +14,6 @@
 
 namespace tallow {
 namespace {
-
-std::string ReadMountTable() {
-  try {
-    return ReadWholeFile("/proc/self/mountinfo").value_or(std::string());
-  } catch (const FileError&) {
-    return {};
-  }
-}
 
 /// Whether a device, or the disk that it is a partition of, is removable or on a USB port. A
 /// composite device (encrypted, joined) is removable when one of its parts is.
@@ -49,30 +41,27 @@ bool IsRemovable(std::string folder, int depth) {
   return false;
 }
 
-bool IsRemovable(dev_t device) {
+BlockDevice DeviceOf(const Mount& mount, const MountSources& sources) {
   constexpr int kMaxLayers = 4;
-  const std::string link =
-      "/sys/dev/block/" + std::to_string(major(device)) + ":" + std::to_string(minor(device));
-  const std::string folder = AbsolutePath(link);
-  return folder != link && IsRemovable(folder, kMaxLayers);
-}
-
-BlockDevice DeviceOf(const Mount& mount) {
-  struct stat status {};
-  if (!mount.source.starts_with('/') || stat(mount.source.c_str(), &status) != 0 ||
-      !S_ISBLK(status.st_mode)) {
+  const std::string number =
+      mount.source.starts_with('/') ? sources.device_number_of(mount.source) : std::string();
+  if (number.empty()) {
     // The source of the root mount may be a name without an entry in /dev. The device number still
     // identifies the device.
-    const bool numbered = FolderExists("/sys/dev/block/" + mount.device);
+    const bool numbered = FolderExists(sources.block_devices + mount.device);
     return {numbered, false};
   }
-  return {true, IsRemovable(status.st_rdev)};
+  const std::string link = sources.block_devices + number;
+  const std::string folder = AbsolutePath(link);
+  return {true, folder != link && IsRemovable(folder, kMaxLayers)};
 }
 
 class MountedDrives : public DriveList {
  public:
-  MountedDrives()
-      : table_(ParseMountTable(ReadMountTable())), drives_(DrivesOf(table_, FolderExists)) {
+  explicit MountedDrives(const MountSources& sources)
+      : sources_(sources),
+        table_(ParseMountTable(ReadMountTable(sources))),
+        drives_(DrivesOf(table_, FolderExists)) {
     for (const Mount& mount : table_) points_.insert(EnsureTrailingBackslash(mount.point));
   }
 
@@ -92,7 +81,7 @@ class MountedDrives : public DriveList {
     const auto drive = std::find_if(drives_.begin(), drives_.end(), [&](const Mount& mount) {
       return EnsureTrailingBackslash(mount.point) == root;
     });
-    return drive == drives_.end() ? kUnknownDrive : TypeOfMount(*drive, DeviceOf(*drive));
+    return drive == drives_.end() ? kUnknownDrive : TypeOfMount(*drive, DeviceOf(*drive, sources_));
   }
 
   bool IsMountPoint(const std::string& folder) const override { return points_.contains(folder); }
@@ -108,6 +97,7 @@ class MountedDrives : public DriveList {
   }
 
  private:
+  const MountSources sources_;
   std::vector<Mount> table_;
   std::vector<Mount> drives_;
   std::unordered_set<std::string> points_;
@@ -115,6 +105,19 @@ class MountedDrives : public DriveList {
 
 }  // namespace
 
-std::unique_ptr<DriveList> SystemDrives() { return std::make_unique<MountedDrives>(); }
+std::string ReadMountTable(const MountSources& sources) {
+  try {
+    return ReadWholeFile(sources.mount_table).value_or(std::string());
+  } catch (const FileError&) {
+    // Without a mount table no drives are known.
+    return {};
+  }
+}
+
+std::unique_ptr<DriveList> DrivesFrom(const MountSources& sources) {
+  return std::make_unique<MountedDrives>(sources);
+}
+
+std::unique_ptr<DriveList> SystemDrives() { return DrivesFrom({}); }
 
 }  // namespace tallow

@@ -5,22 +5,22 @@
 #include <sys/stat.h>
 #include <sys/sysmacros.h>
 #include <system_error>
+#include <vector>
 
+#include "app/search/mount_sources_linux.h"
 #include "app/search/mount_table_linux.h"
 #include "app/search/system_volumes.h"
-#include "util/errors.h"
-#include "util/file_system.h"
 
 namespace tallow {
 namespace {
 
 /// Maps device numbers, "8:1", to the UUIDs of their file systems.
-std::map<std::string, std::string> UuidsByDevice() {
+std::map<std::string, std::string> UuidsByDevice(const MountSources& sources) {
   std::map<std::string, std::string> uuids;
   std::error_code error;
-  for (std::filesystem::directory_iterator link("/dev/disk/by-uuid", error), end;
-       !error && link != end; link.increment(error))
-    if (const std::string device = DeviceNumberOf(link->path().string()); !device.empty())
+  for (std::filesystem::directory_iterator link(sources.uuids, error), end; !error && link != end;
+       link.increment(error))
+    if (const std::string device = sources.device_number_of(link->path().string()); !device.empty())
       uuids[device] = link->path().filename().string();
   return uuids;
 }
@@ -33,22 +33,19 @@ std::string DeviceNumberOf(const std::string& path) {
   return std::to_string(major(status.st_rdev)) + ":" + std::to_string(minor(status.st_rdev));
 }
 
-MountedVolumes SystemVolumes() {
-  std::string table;
-  try {
-    table = ReadWholeFile("/proc/self/mountinfo").value_or(std::string());
-  } catch (const FileError&) {
-    // Without a mount table no drives are known.
-  }
-  const std::map<std::string, std::string> uuids = UuidsByDevice();
-  return VolumesOf(ParseMountTable(table), [&](const Mount& mount) -> std::string {
+MountedVolumes VolumesFrom(const MountSources& sources) {
+  const std::vector<Mount> table = ParseMountTable(ReadMountTable(sources));
+  const std::map<std::string, std::string> uuids = UuidsByDevice(sources);
+  return VolumesOf(table, [&](const Mount& mount) -> std::string {
     auto found = uuids.find(mount.device);
     // A file system of several devices has its own device number, different from the devices'
     // numbers.
     if (found == uuids.end() && mount.source.starts_with('/'))
-      found = uuids.find(DeviceNumberOf(mount.source));
+      found = uuids.find(sources.device_number_of(mount.source));
     return found != uuids.end() ? found->second : std::string();
   });
 }
+
+MountedVolumes SystemVolumes() { return VolumesFrom({}); }
 
 }  // namespace tallow
