@@ -3,7 +3,6 @@
 
 #include "app/search/drive_list.h"
 #include "app/tallow.h"
-#include "library/drive_timeouts.h"
 #include "library/scan_report.h"
 #include "util/file_system.h"
 
@@ -50,9 +49,9 @@ bool DriveQuestions::MustStop() {
 
 WaitDecision DriveQuestions::Wait(const std::string& place, std::chrono::milliseconds waited) {
   if (!ProcessEvents()) throw Stopped();
-  if (place.empty() || waited < kSlowAfter) return WaitDecision::kWait;
+  if (place.empty() || waited < limits_.slow_after) return WaitDecision::kWait;
   if (Shown() != nullptr) Report(WaitingLine(place));
-  return waited < kMaxWait ? WaitDecision::kWait : WaitDecision::kGiveUp;
+  return waited < limits_.max_wait ? WaitDecision::kWait : WaitDecision::kGiveUp;
 }
 
 std::optional<bool> DriveQuestions::IsSearched(const DriveList& drives, const std::string& root) {

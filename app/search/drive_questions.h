@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "app/search/search_progress.h"
+#include "library/drive_timeouts.h"
 #include "library/folder_scan.h"
 #include "util/read_ahead.h"
 #include "util/wait_decision.h"
@@ -17,6 +18,12 @@ namespace tallow {
 
 class DriveList;
 class Tallow;
+
+/// The time limits of DriveQuestions::Ask.
+struct QuestionLimits {
+  std::chrono::milliseconds slow_after = kSlowAfter;
+  std::chrono::milliseconds max_wait = kMaxWait;
+};
 
 /// What the searches of the drives have in common: they show their progress, process window events
 /// while they wait for a drive, stop at a cancel, and give up a drive that does not respond.
@@ -27,7 +34,8 @@ class DriveQuestions {
  public:
   /// \param tallow   must outlive this object
   /// \param progress may be null when there is no window to report to
-  DriveQuestions(Tallow& tallow, SearchProgress* progress) : tallow_(tallow), progress_(progress) {}
+  DriveQuestions(Tallow& tallow, SearchProgress* progress, const QuestionLimits& limits = {})
+      : tallow_(tallow), progress_(progress), limits_(limits) {}
 
   /// The window to report to; null while it is not loaded.
   SearchProgress* Shown() const {
@@ -61,7 +69,7 @@ class DriveQuestions {
   /// Runs a file system query on another thread and waits for the result.
   ///
   /// \param place path that the query accesses, given up when it does not respond within
-  ///              kMaxWait; empty: the query may take any time
+  ///              the time limit; empty: the query may take any time
   /// \returns no value when the place was given up, or the search was stopped
   template <typename Answer>
   std::optional<Answer> Ask(std::function<Answer()> ask, const std::string& place = {}) {
@@ -89,6 +97,7 @@ class DriveQuestions {
 
   Tallow& tallow_;
   SearchProgress* progress_;
+  const QuestionLimits limits_;
   bool was_stopped_ = false;
 };
 

@@ -22,8 +22,9 @@ struct LinkTarget {
 
 }  // namespace
 
-FileSearch::FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress)
-    : tallow_(tallow), drives_(drives), questions_(tallow, progress) {}
+FileSearch::FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress,
+                       const QuestionLimits& limits)
+    : tallow_(tallow), drives_(drives), questions_(tallow, progress, limits) {}
 
 FileSearch::~FileSearch() = default;
 

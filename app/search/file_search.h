@@ -35,7 +35,8 @@ struct FileSearchRequest {
 class FileSearch {
  public:
   /// \param progress may be null when there is no window to report to
-  FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress);
+  FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress,
+             const QuestionLimits& limits = {});
   ~FileSearch();
 
   /// The song search.

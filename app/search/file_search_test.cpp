@@ -501,6 +501,42 @@ TEST(RecycleBin, TheUsersTrashIsKnownBehindALinkToo) {
 }
 #endif
 
+TEST_F(FileSearchTest, UnreadFoldersAreSearchedOnceTheirDisksRespond) {
+  music.File("one/deep/a.mp3");
+  music.File("two/b.mp3");
+  library.RememberUnread(music.Folder("one"), true, "Input/output error");
+  library.RememberUnread(music.Folder("two"), true, "Input/output error");
+  const TestDrives drives({});
+  FileSearch search(tallow, drives, &progress);
+  search.SearchUnreadFolders([&](const std::string& folder) { return folder == music / "two/"; });
+  EXPECT_EQ(Cells(2), Texts{"b.mp3"});
+  ASSERT_EQ(library.UnreadFoldersNow().size(), 1U);
+  EXPECT_EQ(library.UnreadFoldersNow()[0].path, music / "one/");
+  search.SearchUnreadFolders([](const std::string&) { return true; });
+  EXPECT_EQ(Cells(2), (Texts{"b.mp3", "a.mp3"}));
+  EXPECT_TRUE(library.UnreadFoldersNow().empty());
+}
+
+TEST_F(FileSearchTest, ACancelledSearchOfAnUnreadFolderIsRepeated) {
+  music.File("one/a.mp3");
+  music.File("one/deep/b.mp3");
+  music.File("two/c.mp3");
+  library.RememberUnread(music.Folder("one"), true, "Input/output error");
+  library.RememberUnread(music.Folder("two"), true, "Input/output error");
+  progress.on_song = [this] { tallow.SearchCancelled = true; };
+  const TestDrives drives({});
+  FileSearch(tallow, drives, &progress).SearchUnreadFolders([](const std::string&) {
+    return true;
+  });
+  EXPECT_EQ(Cells(2), Texts{"a.mp3"});
+  const std::vector<UnreadFolder> unread = library.UnreadFoldersNow();
+  ASSERT_EQ(unread.size(), 2U);
+  EXPECT_EQ(unread[0].path, music / "one/");
+  EXPECT_TRUE(unread[0].below);
+  EXPECT_EQ(unread[0].problem, "Input/output error");
+  EXPECT_EQ(unread[1].path, music / "two/");
+}
+
 TEST_F(FileSearchTest, TotalsCoverAllLevels) {
   music.File("a.mp3", "1");
   music.File("x/b.mp3", "22");
