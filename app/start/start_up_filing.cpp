@@ -13,8 +13,6 @@
 namespace tallow {
 namespace {
 
-/// Filing that takes longer than this is shown and can be cancelled.
-constexpr std::chrono::milliseconds kShowFilingAfter{500};
 /// Interval between two updates of the progress line.
 constexpr std::chrono::milliseconds kShowLineEvery{40};
 
@@ -27,7 +25,7 @@ FilingProgress StartUpFiling::Progress() {
     SearchProgress* const splash = windows_.LoadedSplash();
     if (splash == nullptr) return true;
     const Clock::time_point now = Clock::now();
-    if (!is_shown_ && now - begun >= kShowFilingAfter) {
+    if (!is_shown_ && now - begun >= show_after_) {
       is_shown_ = true;
       tallow_.SearchCancelled = false;
       splash->SetStatus(kFilingSongs);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
+
 #include "jukebox/sorting.h"
 
 namespace tallow {
@@ -13,9 +15,13 @@ class Tallow;
 /// lets the user cancel it.
 class StartUpFiling {
  public:
+  /// Filing that takes longer than this is shown and can be cancelled.
+  static constexpr std::chrono::milliseconds kShowAfter{500};
+
   /// \param tallow, windows, notices must outlive this object
-  StartUpFiling(Tallow& tallow, StartUpWindows& windows, StartUpNotices& notices)
-      : tallow_(tallow), windows_(windows), notices_(notices) {}
+  StartUpFiling(Tallow& tallow, StartUpWindows& windows, StartUpNotices& notices,
+                std::chrono::milliseconds show_after = kShowAfter)
+      : tallow_(tallow), windows_(windows), notices_(notices), show_after_(show_after) {}
 
   /// The callback for one filing; valid as long as this object.
   FilingProgress Progress();
@@ -27,6 +33,7 @@ class StartUpFiling {
   Tallow& tallow_;
   StartUpWindows& windows_;
   StartUpNotices& notices_;
+  const std::chrono::milliseconds show_after_;
   bool is_shown_ = false;  ///< the filing takes long enough to be shown
   bool was_cancelled_ = false;
 };
