@@ -99,9 +99,11 @@ std::string HelpText() {
 }
 
 std::string DefaultApplicationFolder() {
-  std::string own(FolderOfPath(ExecutablePath()));
+  return DefaultApplicationFolder(std::string(FolderOfPath(ExecutablePath())), UserDataFolder());
+}
+
+std::string DefaultApplicationFolder(const std::string& own, const std::string& data) {
   if (!own.empty() && ProblemOfApplicationFolder(own).empty()) return own;
-  const std::string data = UserDataFolder();
   if (data.empty())
     throw FileError(own, "No file can be created there, and there is no user's folder.");
   const std::string folder = data + "Tallow" + kSeparator;

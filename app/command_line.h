@@ -43,5 +43,10 @@ std::string HelpText();
 ///
 /// \throws FileError when there is no writable folder
 std::string DefaultApplicationFolder();
+/// DefaultApplicationFolder for given folders.
+///
+/// \param own  the executable's folder; empty when unknown
+/// \param data the user's program data; empty when there is none
+std::string DefaultApplicationFolder(const std::string& own, const std::string& data);
 
 }  // namespace tallow

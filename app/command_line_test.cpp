@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/temp_folder.h"
+#include "util/errors.h"
 #ifndef _WIN32
 #include "tests/as_nobody_linux.h"
 #endif
@@ -86,6 +87,44 @@ TEST(ApplicationFolder, IsAFolderThatCanBeWritten) {
   EXPECT_TRUE(FolderIsWritable(DefaultApplicationFolder()));
 }
 
+TEST(ApplicationFolder, IsTheProgramsOwnFolderWhenItCanBeWritten) {
+  const TempFolder own;
+  const TempFolder data;
+  EXPECT_EQ(DefaultApplicationFolder(own.path(), data.path()), own.path());
+  EXPECT_FALSE(FolderExists(data / "Tallow"));
+}
+
+TEST(ApplicationFolder, IsElseMadeInTheUsersData) {
+  const TempFolder data;
+  for (const std::string& own : {std::string(), data / "none/"}) {
+    EXPECT_EQ(DefaultApplicationFolder(own, data / "made/"), data / "made/Tallow/");
+    EXPECT_TRUE(FolderExists(data / "made/Tallow"));
+  }
+}
+
+TEST(ApplicationFolder, WithoutAUsersFolderTheProgramsFolderIsNamed) {
+  const TempFolder folder;
+  const std::string own = folder / "none/";
+  try {
+    DefaultApplicationFolder(own, {});
+    ADD_FAILURE() << "no exception";
+  } catch (const FileError& error) {
+    EXPECT_EQ(std::string(error.what()),
+              own + ": No file can be created there, and there is no user's folder.");
+  }
+}
+
+TEST(ApplicationFolder, AFileInItsPlaceIsNamed) {
+  const TempFolder data;
+  data.File("Tallow");
+  try {
+    DefaultApplicationFolder({}, data.path());
+    ADD_FAILURE() << "no exception";
+  } catch (const FileError& error) {
+    EXPECT_EQ(error.path(), data / "Tallow/");
+  }
+}
+
 TEST(CommandLine, AnOptionIsNotReadAsAFolder) {
   EXPECT_EQ(Parse({"--drive", "--app-folder", "x"}).error, "--drive requires a folder.");
 }
@@ -99,6 +138,22 @@ TEST(CommandLine, FoldersWithoutPermissionAreNamed) {
   EXPECT_EQ(ProblemOfDrive(closed, NoDrive), "The drive folder " + closed + " cannot be read.");
   EXPECT_EQ(Parse({"--app-folder", folder.path()}).error,
             "No file can be created in the application folder " + folder.path() + ".");
+}
+
+TEST(ApplicationFolder, AUsersFolderWithoutPermissionIsNamed) {
+  const TempFolder data;
+  const std::string folder = data.Folder("Tallow");
+  std::filesystem::permissions(
+      folder, std::filesystem::perms::owner_read | std::filesystem::perms::owner_exec |
+                  std::filesystem::perms::others_read | std::filesystem::perms::others_exec);
+  const AsNobody nobody;
+  try {
+    DefaultApplicationFolder(data / "none/", data.path());
+    ADD_FAILURE() << "no exception";
+  } catch (const FileError& error) {
+    EXPECT_EQ(std::string(error.what()),
+              folder + ": No file can be created in the application folder " + folder + ".");
+  }
 }
 #endif
 
