@@ -7,6 +7,7 @@
 #include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
 #include "tests/library_fixture.h"
+#include "tests/tagged_file.h"
 #include "util/text.h"
 
 namespace tallow {
@@ -344,6 +345,40 @@ TEST_F(Documents, ANameWithoutItsRepeatedExtensionMustNotBeOpen) {
   EXPECT_FALSE(documents.SaveAs());
   EXPECT_EQ(said, Texts{"MIX is already open.  Close the file then you can save this Juke box with "
                         "that file name."});
+}
+
+TEST_F(Documents, AJukeboxWhoseSongsCannotAllBeFiledIsOpenAndTheProblemReported) {
+  Jukebox made;
+  made.Nodes().AddChild(nullptr, "All Songs");
+  made.Nodes().AddChild(nullptr, "Year");
+  ASSERT_TRUE(made.Save(own + "mix.juk", library));
+  const std::string bad = music.File("bad.mp3", Audio(400) + Tag({.year = "198x"}));
+  AddSong(music.path(), "bad.mp3");
+  chosen = own + "mix.juk";
+  documents.Open();
+  ASSERT_EQ(noticed.size(), 1U);
+  EXPECT_TRUE(noticed[0].starts_with(bad + ": the year in the tag, '198x', ")) << noticed[0];
+  EXPECT_EQ(Said(), Texts{});
+  ASSERT_EQ(jukeboxes.size(), 1U);
+  EXPECT_EQ(active, jukeboxes[0].get());
+  EXPECT_EQ(active->Nodes().Find("All Songs")->Items().size(), 2U);
+  EXPECT_EQ(Recent(), (Texts{own + "mix.juk", "", ""}));
+}
+
+TEST_F(Documents, AJukeboxIsOpenThoughTheFilingFails) {
+  Jukebox made;
+  made.Nodes().AddChild(nullptr, "All Songs");
+  ASSERT_TRUE(made.Save(own + "mix.juk", library));
+  AddSong("/m/", "b.mp3");
+  // The filing sorts the songs by their numbers.
+  library.Mp3Info(kRecordNumber, 2, "two");
+  chosen = own + "mix.juk";
+  documents.Open();
+  EXPECT_EQ(noticed, Texts{"The new songs could not be filed. 'two' is not a number"});
+  EXPECT_EQ(Said(), Texts{});
+  ASSERT_EQ(jukeboxes.size(), 1U);
+  EXPECT_EQ(active, jukeboxes[0].get());
+  EXPECT_EQ(Recent(), (Texts{own + "mix.juk", "", ""}));
 }
 
 #ifndef _WIN32

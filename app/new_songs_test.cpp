@@ -7,6 +7,7 @@
 
 #include "app/search/file_search.h"
 #include "jukebox/jukebox.h"
+#include "library/library_file.h"
 #include "tests/recorded_progress.h"
 #include "tests/system_fixture.h"
 
@@ -224,6 +225,45 @@ TEST_F(NewSongs, ASearchThatFailsHalfWayLeavesNoSongTwice) {
   EXPECT_EQ(noticed, Texts{"1 new song"});
   EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 4);
   EXPECT_TRUE(HasArtist("Yes"));
+}
+
+TEST_F(NewSongs, ALibraryThatCannotBeSortedEndsTheSearchWithAMessage) {
+  tallow->library.Mp3Info(kRecordNumber, 2, "two");
+  BringIn(NewSongsPlace::kKnownFolders);
+  EXPECT_EQ(said,
+            Texts{"The search for new songs could not be finished. 'two' is not a number\n\nThe "
+                  "songs found so far are kept. Check that all disks are connected, and search "
+                  "again."});
+  EXPECT_EQ(noticed, Texts{"0 new songs"});
+}
+
+TEST_F(NewSongs, AFailureOfTheFilingIsReportedAndTheSongsAreKept) {
+  MakeSong("a/four.mp3", {.artist = "Zappa"});
+  progress.on_visit = [this] {
+    if (progress.found.back().starts_with("Filed ")) {
+      progress.on_visit = {};
+      throw std::runtime_error("There is no memory.");
+    }
+  };
+  BringIn(NewSongsPlace::kKnownFolders);
+  ASSERT_EQ(said.size(), 1U);
+  EXPECT_TRUE(
+      said[0].starts_with("The search for new songs could not be finished. There is no memory."));
+  EXPECT_EQ(noticed, Texts{"1 new song"});
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 4);
+  EXPECT_EQ(InspectLibrary(Library()).usable, 4);
+}
+
+TEST_F(NewSongs, ALibraryThatCannotBeSavedIsReportedFirst) {
+  MakeSong("a/four.mp3", {.artist = "Zappa"});
+  CreateFolders(Library() + ".new" + kSep + "x");
+  BringIn(NewSongsPlace::kKnownFolders);
+  ASSERT_GE(noticed.size(), 2U);
+  EXPECT_TRUE(noticed[0].starts_with("The song library could not be saved: " + Library()))
+      << noticed[0];
+  EXPECT_EQ(noticed[1], "1 new song");
+  EXPECT_EQ(said, Texts{});
+  EXPECT_TRUE(HasArtist("Zappa"));
 }
 
 TEST_F(NewSongs, OnTheWholeComputerACancelStopsBeforeTheNextFolder) {

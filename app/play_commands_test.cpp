@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/play_commands.h"
 
+#include <stdexcept>
+
 #include "app/search/player_search.h"
 #include "jukebox/folder_tree.h"
 #include "tests/library_fixture.h"
@@ -108,6 +110,16 @@ TEST_F(PlayCommandsTest, APendingSearchThatFindsNothingOffersTheInstaller) {
   commands.Play({1}, search);
   EXPECT_EQ(log, (Texts{"status Searching for Winamp  . . . ", "disabled", "search", "enabled",
                         "status ", "box"}));
+}
+
+TEST_F(PlayCommandsTest, APendingSearchThatFailsOffersTheInstaller) {
+  tallow.settings.LocOfWinAmpExe("");
+  tallow.player_search_is_pending = true;
+  search = [] { throw std::runtime_error("The drive is gone."); };
+  commands.Play({1}, search);
+  EXPECT_EQ(
+      log, (Texts{"status Searching for Winamp  . . . ", "disabled", "enabled", "status ", "box"}));
+  EXPECT_EQ(shown[0].text, kQuestion);
 }
 
 TEST_F(PlayCommandsTest, WithoutAPlayerTheUserIsAsked) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // How start-up handles files that were damaged, truncated or replaced.
 #include <filesystem>
+#include <functional>
 #include <gtest/gtest.h>
 
 #include "library/library_file.h"
@@ -33,8 +34,10 @@ class SystemFaults : public SystemTest {
       if (line.find(text) != std::string::npos) return true;
     return false;
   }
-  bool StartChoosing(std::optional<std::size_t> choice) {
+  bool StartChoosing(std::optional<std::size_t> choice,
+                     const std::function<void()>& while_asked = {}) {
     windows.emplace();
+    windows->on_choose = while_asked;
     windows->choice = choice;
     tallow.emplace(application.path());
     system.emplace(*tallow, drives, *windows);
@@ -330,6 +333,33 @@ TEST_F(SystemFaults, MissingFoldersInTheSettingsAreReportedAndTheSettingsBackedU
   EXPECT_EQ(Read(Settings() + ".bak"), wrong);
   EXPECT_EQ(Read(Settings()), before);
   ExpectRanks();
+}
+
+TEST_F(SystemFaults, SettingsThatCannotBeBackedUpAreReported) {
+  tallow->settings.LocOfGroupingDir(application / "Grouqing/");
+  tallow->SaveSettings();
+  for (const char* const suffix : {".bak", ".damaged"})
+    CreateFolders(Settings() + suffix + kSep + "x");
+  ASSERT_TRUE(Start());
+  ASSERT_EQ(windows->notices.size(), 1U);
+  EXPECT_TRUE(windows->notices[0].starts_with(
+      "The folder " + (application / "Grouqing/") +
+      " named in the settings does not exist, so Tallow uses " + (application / "Grouping/") +
+      ". The old settings could not be kept: " + Settings()))
+      << windows->notices[0];
+  EXPECT_EQ(tallow->settings.LocOfGroupingDir(), application / "Grouping/");
+  ExpectRanks();
+}
+
+TEST_F(SystemFaults, ALibraryThatIsDamagedAfterItsCheckEndsTheStartUnchanged) {
+  Change(Library(), "two.mp3", "twp.mp3");
+  EXPECT_FALSE(StartChoosing(0, [this] { WriteFileAtomically(Library(), "garbage"); }));
+  EXPECT_EQ(windows->messages,
+            Texts{"Tallow cannot start.\n\n" + Library() +
+                  ": the song library cannot be read. Make it readable, or move it away, and "
+                  "start Tallow again."});
+  EXPECT_EQ(Read(Library()), "garbage");
+  EXPECT_TRUE(windows->open.empty());
 }
 
 TEST_F(SystemFaults, AnUnreadableFolderListIsUnchangedAndReported) {

@@ -93,6 +93,49 @@ TEST_F(SystemTest, TheLastSavedJukeboxIsOpenedWithTheSongsAddedSince) {
   EXPECT_EQ(tallow->settings.LocOfLastSavedJukeBox(), path);
 }
 
+TEST_F(SystemTest, TheLastJukeboxIsOpenThoughASongCannotBeFiled) {
+  Start();
+  const std::string path = application / "Grouping/mix.juk";
+  ASSERT_TRUE(windows->open[0]->Save(path, tallow->library));
+  tallow->settings.LocOfLastSavedJukeBox(path);
+  tallow->SaveSettings();
+  MakeSong("a/bad.mp3", {.artist = "Who", .year = "198x"});
+  EXPECT_TRUE(Start());
+  ASSERT_EQ(windows->notices.size(), 1U);
+  EXPECT_TRUE(windows->notices[0].starts_with(music / "a/bad.mp3: the year in the tag, '198x', "))
+      << windows->notices[0];
+  ASSERT_EQ(windows->open.size(), 1U);
+  EXPECT_EQ(windows->open[0]->Caption(), "MIX");
+  EXPECT_EQ(windows->open[0]->Tag(), "1");
+  EXPECT_EQ(SongsOnShow(), 4U);
+  EXPECT_EQ(windows->log, (Texts{"splash", "jukebox", "splash off", "tip"}));
+}
+
+TEST_F(SystemTest, ALastJukeboxWithConfusedNumbersIsAskedAbout) {
+  Start();
+  const std::string path = application / "Grouping/mix.juk";
+  // The jukebox was saved while song 3 was in row 2.
+  const std::string second(tallow->library.Mp3Info(kFileName, 2));
+  const std::string third(tallow->library.Mp3Info(kFileName, 3));
+  ASSERT_TRUE(windows->open[0]->Save(path, tallow->library));
+  tallow->settings.LocOfLastSavedJukeBox(path);
+  tallow->SaveSettings();
+  tallow->library.Mp3Info(kRecordNumber, 2, "3");
+  tallow->library.Mp3Info(kRecordNumber, 3, "2");
+  ASSERT_TRUE(tallow->library.Save());
+  EXPECT_TRUE(Start(false));
+  ASSERT_EQ(windows->asked.size(), 1U);
+  EXPECT_NE(windows->asked[0].find("For song number 2 the jukebox has\n\n    " + second +
+                                   "\n\nbut the library has\n\n    " + third + "\n"),
+            std::string::npos)
+      << windows->asked[0];
+  EXPECT_EQ(windows->open[0]->Caption(), "MIX");
+  EXPECT_EQ(SongsOnShow(), 3U);
+  // The answer is stored.
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(windows->asked, Texts{});
+}
+
 TEST_F(SystemTest, ALastJukeboxThatCannotBeLoadedIsReportedAndTheSampleIsBuilt) {
   Start();
   const std::string path = application.File("Grouping/mix.juk", "no jukebox");

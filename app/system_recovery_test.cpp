@@ -114,6 +114,19 @@ TEST_F(Recovery, TheLastJukeboxIsNotOpenedBesideItsRecoveredState) {
   EXPECT_EQ(SongsOnShow(), 4U);
 }
 
+TEST_F(Recovery, ARecoveredJukeboxIsOpenThoughASongCannotBeFiled) {
+  Change();
+  MakeSong("a/bad.mp3", {.artist = "Who", .year = "198x"});
+  EXPECT_TRUE(Start(true));
+  ASSERT_EQ(windows->notices.size(), 1U);
+  EXPECT_TRUE(windows->notices[0].starts_with(music / "a/bad.mp3: the year in the tag, '198x', "))
+      << windows->notices[0];
+  ASSERT_EQ(windows->open.size(), 1U);
+  EXPECT_TRUE(HasUnsaved(0));
+  EXPECT_EQ(SongsOnShow(), 4U);
+  EXPECT_EQ(windows->last_shown, windows->open[0]);
+}
+
 TEST_F(Recovery, AnotherLastJukeboxIsOpenedAsWell) {
   SaveAs("mix.juk");
   Change();

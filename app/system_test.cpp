@@ -228,9 +228,14 @@ TEST_F(SystemTest, AMissingFolderListIsWrittenAgain) {
 TEST_F(SystemTest, ARebuildThatFindsNothingIsNotRepeated) {
   Start();
   RemoveFile(Library());
+  RemoveFile(Library() + ".bak");
   for (const char* song : {"a/one.mp3", "a/two.mp3", "b/three.mp3"}) RemoveFile(music / song);
   EXPECT_TRUE(Start());
   EXPECT_EQ(windows->asked.size(), 1U);
+  EXPECT_TRUE(Searched());
+  EXPECT_EQ(tallow->library.UBoundOfMp3Array(), 0);
+  EXPECT_EQ(tallow->settings.NumerOfRecordsInTheMain(), 0);
+  EXPECT_EQ(ReadWholeFile(Library()), "");
   EXPECT_TRUE(Start());
   EXPECT_TRUE(windows->asked.empty());
 }
@@ -452,6 +457,37 @@ TEST_F(SystemTest, UnreadableSettingsAreBackedUpAndRebuilt) {
   ExpectRanks();
   EXPECT_TRUE(Start());
   EXPECT_TRUE(windows->asked.empty());
+}
+
+TEST_F(SystemTest, ASettingsFolderThatCannotBeReadEndsTheStart) {
+  Start();
+  const std::string folder = SystemFolder(application.path());
+  std::filesystem::permissions(folder, std::filesystem::perms::none);
+  {
+    const AsNobody nobody;
+    EXPECT_FALSE(Start());
+  }
+  std::filesystem::permissions(folder, std::filesystem::perms::owner_all);
+  EXPECT_EQ(windows->messages,
+            Texts{"Tallow cannot start.\n\n" + folder +
+                  ": the folder cannot be read (Permission denied). Make it readable and start "
+                  "Tallow again."});
+  EXPECT_EQ(windows->asked, Texts{});
+  EXPECT_TRUE(windows->open.empty());
+}
+
+TEST_F(SystemTest, NewSettingsBesideAnUnreadableLibraryAreNoSecondProblem) {
+  Start();
+  RemoveFile(Settings());
+  std::filesystem::permissions(SystemFolder(application.path()), std::filesystem::perms::all);
+  std::filesystem::permissions(Library(), std::filesystem::perms::none);
+  const AsNobody nobody;
+  EXPECT_FALSE(Start());
+  ASSERT_EQ(windows->messages.size(), 1U);
+  EXPECT_TRUE(
+      windows->messages[0].starts_with("Tallow cannot start.\n\n" + Library() +
+                                       ": the song library cannot be read (Permission denied)."))
+      << windows->messages[0];
 }
 
 TEST_F(SystemTest, AnUnreadableLibraryIsUnchangedAndNamed) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -42,6 +43,7 @@ class RecordedWindows : public StartUpWindows {
                                     const std::vector<std::string>& of) override {
     asked.push_back(text);
     choices = of;
+    if (on_choose) on_choose();
     return choice;
   }
   void Notice(const std::vector<std::string>& lines) override {
@@ -63,6 +65,7 @@ class RecordedWindows : public StartUpWindows {
   bool answer = true;
   std::vector<std::string> choices;       ///< of the last Choose()
   std::optional<std::size_t> choice = 0;  ///< index into `choices` that Choose() returns
+  std::function<void()> on_choose;        ///< called while Choose() waits for the user
   bool leaves_questions = false;
 
  private:
