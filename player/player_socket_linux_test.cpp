@@ -3,8 +3,6 @@
 
 #include <cerrno>
 #include <gtest/gtest.h>
-#include <sys/socket.h>
-#include <sys/stat.h>
 
 #include "tests/temp_folder.h"
 #include "util/errors.h"

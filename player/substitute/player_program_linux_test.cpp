@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The built player's command line and its messages.
 #include <cstdlib>
-#include <sys/wait.h>
 
 #include "tests/real_player_linux.h"
 #include "tests/sound_linux.h"
