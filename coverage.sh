@@ -16,10 +16,11 @@ packaging/install-dependencies.sh run demo test check
 cmake --preset coverage > build-coverage.log 2>&1 ||
   { cat build-coverage.log; rm build-coverage.log; exit 1; }
 rm build-coverage.log
+# Counts of an earlier build do not fit, and those of an earlier run would be added to these.
+drop_counts() { find build/coverage -name '*.gcda' -delete; }
+drop_counts
 cmake --build --preset coverage -- --quiet
-
-# Counts of an earlier run would be added to those of this one.
-find build/coverage -name '*.gcda' -delete
+drop_counts
 failed=false
 # The fault tests run the same saves again, in processes that may not write their counts.
 ctest --test-dir build/coverage --output-on-failure -j "$(nproc)" -R "${1:-.}" -E '^faults\.' || failed=true

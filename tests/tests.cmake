@@ -34,7 +34,7 @@ elseif(WIN32)
   gtest_discover_tests(tallow_core_tests PROPERTIES TIMEOUT 300)
 else()
   include(GoogleTest)
-  gtest_discover_tests(tallow_core_tests PROPERTIES TIMEOUT 300)
+  gtest_discover_tests(tallow_core_tests PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
 
   add_test(NAME player.on_the_session_bus COMMAND ${CMAKE_SOURCE_DIR}/tests/mpris.sh
                                                   $<TARGET_FILE:tallow-player>)
