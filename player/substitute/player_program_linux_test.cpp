@@ -102,7 +102,8 @@ TEST_F(PlayerProgram, WithoutASoundDeviceSongsArePlayedSilently) {
   StartPlayer();
   Play({folder / "a.mp3"});
   EXPECT_EQ(player.GetTrackLength(), 60);
-  EXPECT_TRUE(WaitUntil([&] { return player.GetTrackPosition() >= 1; }));
+  EXPECT_TRUE(WaitUntil([&] { return player.GetTrackPosition() >= 1; }))
+      << ReadWholeFile(folder / "said").value_or("");
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
   EndPlayer();
   EXPECT_EQ(ReadWholeFile(folder / "said").value_or("").find("cannot be played"),
