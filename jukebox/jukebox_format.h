@@ -32,6 +32,14 @@ namespace tallow {
 // record number has changed. "columns" are the headers of the list. The reader ignores members with
 // other names.
 //
+// Once the user has used the modern style, in which several songs may have one file name, a member
+// follows that earlier versions ignore: "places" has the folder, ending in a separator, and the
+// size in bytes (-1: not known) of the songs in "names":
+//
+//   "places":{
+//  "1":["/music/",4183022],
+//  "2":["/music/",3350101]}}
+//
 // A file name need not be UTF-8. Each byte that is not part of valid UTF-8 is written as the
 // character U+10FE00 plus the byte. Each byte of a character from U+10FE80 to U+10FEFF is written
 // in the same way.
@@ -89,9 +97,16 @@ struct JukeboxContent {
     std::string text_;
   };
 
+  /// Where the file of a song was, and its size.
+  struct Place {
+    std::string folder;      ///< ends in a separator
+    std::int64_t size = -1;  ///< in bytes; -1: not known
+  };
+
   std::vector<std::string> columns;
   std::vector<Folder> folders;
   Names names;
+  std::unordered_map<std::int32_t, Place> places;  ///< by record number; empty in classic files
 };
 
 /// Maps record numbers to file names of songs.

@@ -79,6 +79,9 @@ class Reader : public nlohmann::json_sax<Json> {
         else
           return Fail(Quoted(name_) + " is not a record number");
         return true;
+      case Container::kPlace:
+        place_->folder = BytesOfJsonText(std::move(value));
+        return true;
       default:
         return AcceptIfIgnored();
     }
@@ -92,6 +95,7 @@ class Reader : public nlohmann::json_sax<Json> {
       return Enter(Container::kFolder);
     }
     if (Current() == Container::kRoot && name_ == "names") return Enter(Container::kNames);
+    if (Current() == Container::kRoot && name_ == "places") return Enter(Container::kPlaces);
     return AcceptIfIgnored() && Enter(Container::kIgnored);
   }
   bool end_object() override {
@@ -115,6 +119,7 @@ class Reader : public nlohmann::json_sax<Json> {
     if (Current() == Container::kRoot && name_ == "columns") return Enter(Container::kColumns);
     if (Current() == Container::kRoot && name_ == "folders") return Enter(Container::kFolders);
     if (Current() == Container::kFolder && name_ == "songs") return Enter(Container::kSongs);
+    if (Current() == Container::kPlaces) return EnterPlace();
     return AcceptIfIgnored() && Enter(Container::kIgnored);
   }
   bool end_array() override {
@@ -139,7 +144,17 @@ class Reader : public nlohmann::json_sax<Json> {
 
  private:
   /// The object or array that is being parsed.
-  enum class Container { kRoot, kColumns, kFolders, kFolder, kSongs, kNames, kIgnored };
+  enum class Container {
+    kRoot,
+    kColumns,
+    kFolders,
+    kFolder,
+    kSongs,
+    kNames,
+    kPlaces,
+    kPlace,
+    kIgnored
+  };
   /// The members of a folder, one bit each. The first five are required.
   static constexpr std::string_view kFolderMembers[] = {"key",   "text",  "parent",       "open",
                                                         "songs", "image", "selectedImage"};
@@ -147,7 +162,7 @@ class Reader : public nlohmann::json_sax<Json> {
 
   static bool IsRootMember(std::string_view name) {
     return name == "format" || name == "version" || name == "columns" || name == "folders" ||
-           name == "names";
+           name == "names" || name == "places";
   }
   static bool IsFolderMember(std::string_view name) {
     return std::find(std::begin(kFolderMembers), std::end(kFolderMembers), name) !=
@@ -172,6 +187,12 @@ class Reader : public nlohmann::json_sax<Json> {
     containers_.push_back(container);
     return true;
   }
+  bool EnterPlace() {
+    const auto record = RecordNumber(name_);
+    if (!record) return Fail(Quoted(name_) + " is not a record number");
+    place_ = &content.places[*record];
+    return Enter(Container::kPlace);
+  }
   bool Fail(std::string problem) {
     problem_ = std::move(problem);
     return false;
@@ -190,8 +211,12 @@ class Reader : public nlohmann::json_sax<Json> {
 
   bool AcceptNumber(std::int64_t value) {
     if (IsIgnored()) return true;
+    if (Current() == Container::kPlace) {
+      place_->size = std::max<std::int64_t>(value, -1);
+      return true;
+    }
     if (Current() == Container::kColumns || Current() == Container::kNames ||
-        Current() == Container::kFolders)
+        Current() == Container::kFolders || Current() == Container::kPlaces)
       return AcceptIfIgnored();
     if (Current() == Container::kRoot) {
       if (name_ != "version") return AcceptIfIgnored();
@@ -226,6 +251,7 @@ class Reader : public nlohmann::json_sax<Json> {
   std::string name_;                   ///< name of the last member
   /// Members of the current folder, as bits of kFolderMembers.
   unsigned seen_members_ = 0;
+  JukeboxContent::Place* place_ = nullptr;  ///< the one that is being parsed
   std::set<std::string> root_members_;  ///< members of the root object seen so far
   std::string problem_;
 };
@@ -268,7 +294,7 @@ SongNames AbsentNames(const JukeboxContent& content, const clsMain& library) {
   SongNames absent;
   for (std::size_t k = 0; k < content.names.size(); ++k) {
     const auto [record, name] = content.names[k];
-    if (!library.IsPresent(record)) absent[record] = name;
+    if (library.Song(record).IsMissing()) absent[record] = name;
   }
   return absent;
 }

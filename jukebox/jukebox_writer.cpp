@@ -94,21 +94,37 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
     bytes += "\":";
     AppendJsonText(bytes, name);
   };
+  std::string places;
+  const auto add_place = [&](std::int32_t record, std::string_view folder, std::int64_t size) {
+    if (!library.HasNamesakes()) return;
+    places += places.empty() ? "\n\"" : ",\n\"";
+    AppendNumber(places, record);
+    places += "\":[";
+    AppendJsonText(places, folder);
+    places += ',';
+    AppendNumber(places, size);
+    places += ']';
+  };
   for (std::size_t row = 1; row < used.rows.size(); ++row) {
     if (!used.rows[row]) continue;
     const auto record = static_cast<std::int32_t>(row);
     const auto known = absent.find(record);
     const MissingSong* const missing = library.Missing().Find(record);
-    if (library.IsPresent(record))
-      add(record, library.Song(record).Name());
-    else if (missing != nullptr)
+    if (const SongView song = library.Song(record); !song.IsMissing()) {
+      add(record, song.Name());
+      add_place(record, song.Folder(), library.Facts(record).size);
+    } else if (missing != nullptr) {
       add(record, missing->name);
-    else if (known != absent.end())
+      add_place(record, missing->folder, missing->size);
+    } else if (known != absent.end()) {
       add(record, known->second);
+    }
   }
   for (const std::int32_t record : used.unknown_rows)
     if (const auto known = absent.find(record); known != absent.end()) add(record, known->second);
-  bytes += "}}\n";
+  bytes += '}';
+  if (!places.empty()) bytes += ",\n\"places\":{" + places + '}';
+  bytes += "}\n";
   return bytes;
 }
 

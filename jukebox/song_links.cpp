@@ -21,13 +21,28 @@ class SongLinks {
   /// Whether a number denotes a present or remembered song with the given file name.
   bool IsNamed(std::int32_t record, std::string_view name) const {
     const SongView song = library_.Song(record);
-    if (song.IsPresent()) return IsSamePathText(song.Name(), name);
+    if (!song.IsMissing()) return IsSamePathText(song.Name(), name);
     const MissingSong* const missing = library_.Missing().Find(record);
     if (missing == nullptr || missing->now != 0 || !IsSamePathText(missing->name, name))
       return false;
     // Without a size the missing song cannot be recognized again, so prefer a present song of that
     // name.
     return missing->size != kUnknownSize || OnlyPresentRow(name) == 0;
+  }
+
+  /// Returns the number of the song that was in a place, see RelinkSongs; 0 when there is none.
+  ///
+  /// \param record number of the song in the file, updated if the song has returned
+  std::int32_t ByPlace(std::int32_t record, std::string_view name,
+                       const JukeboxContent::Place& place) const {
+    if (IsAt(record, name, place)) return record;
+    const auto found = RowsByPath().find(PathKey(place.folder + std::string(name)));
+    if (found != RowsByPath().end()) return found->second;
+    if (place.size == kUnknownSize) return IsNamed(record, name) ? record : ByName(name);
+    if (IsNamed(record, name) && SizeOf(record) == place.size) return record;
+    if (const std::int32_t row = OnlyRow(name, place.size)) return row;
+    const MissingSong* const song = library_.Missing().OnlyOrIn(place.folder, name, place.size);
+    return song != nullptr ? song->number : 0;
   }
 
   /// Returns the number of the only song with a name; 0 when there is none or several.
@@ -39,6 +54,43 @@ class SongLinks {
   }
 
  private:
+  bool IsAt(std::int32_t record, std::string_view name, const JukeboxContent::Place& place) const {
+    const SongView song = library_.Song(record);
+    return !song.IsMissing() && IsSamePathText(song.Name(), name) &&
+           IsSamePathText(song.Folder(), place.folder);
+  }
+
+  std::int64_t SizeOf(std::int32_t record) const {
+    if (!library_.Song(record).IsMissing()) return library_.Facts(record).size;
+    const MissingSong* const missing = library_.Missing().Find(record);
+    return missing != nullptr ? missing->size : kUnknownSize;
+  }
+
+  /// The rows that are not missing, by PathKey of their paths.
+  const std::unordered_map<std::string, std::int32_t>& RowsByPath() const {
+    if (!rows_by_path_.empty()) return rows_by_path_;
+    for (std::int32_t row = 1; row <= library_.UBoundOfMp3Array(); ++row)
+      if (const SongView song = library_.Song(row); !song.IsMissing())
+        rows_by_path_.emplace(PathKey(song.Path()), row);
+    return rows_by_path_;
+  }
+
+  /// The only row with a name and size; 0 when there is none or several.
+  std::int32_t OnlyRow(std::string_view name, std::int64_t size) const {
+    if (rows_by_name_.empty())
+      for (std::int32_t row = 1; row <= library_.UBoundOfMp3Array(); ++row)
+        if (const SongView song = library_.Song(row); !song.IsMissing())
+          rows_by_name_.emplace(PathKey(song.Name()), row);
+    std::int32_t only = 0;
+    const auto [begin, end] = rows_by_name_.equal_range(PathKey(name));
+    for (auto place = begin; place != end; ++place) {
+      if (library_.Facts(place->second).size != size) continue;
+      if (only != 0) return 0;
+      only = place->second;
+    }
+    return only;
+  }
+
   /// Returns 0 when there is none or several.
   std::int32_t OnlyPresentRow(std::string_view name) const {
     const auto found = Rows().find(PathKey(name));
@@ -60,7 +112,10 @@ class SongLinks {
   }
 
   const clsMain& library_;
-  mutable std::unordered_map<std::string, std::int32_t> rows_;  ///< built on first use
+  // These are built on first use.
+  mutable std::unordered_map<std::string, std::int32_t> rows_;
+  mutable std::unordered_map<std::string, std::int32_t> rows_by_path_;
+  mutable std::unordered_multimap<std::string, std::int32_t> rows_by_name_;
 };
 
 /// Asks about songs whose numbers were confused when the jukebox was saved.
@@ -111,7 +166,7 @@ class PlaceholderGenerator {
 bool CanKeepNumber(std::int32_t record, const clsMain& library) {
   if (IsPlaceholder(record)) return true;
   const SongView song = library.Song(record);
-  return song.Exists() && !song.IsPresent();
+  return song.Exists() && song.IsMissing();
 }
 
 }  // namespace
@@ -130,6 +185,9 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const ResolveC
     std::int32_t linked = now;
     if (confused != nullptr && confused->held == name)
       linked = library.Missing().NumberNow(use_numbers ? record : confused->held_now);
+    else if (const auto place = content.places.find(record);
+             library.HasNamesakes() && place != content.places.end())
+      linked = links.ByPlace(now, name, place->second);
     else if (!links.IsNamed(now, name))
       linked = links.ByName(name);
     if (linked == 0) linked = CanKeepNumber(now, library) ? now : placeholders.Next();

@@ -6,6 +6,7 @@
 
 #include "library/folder_scan.h"
 #include "library/library_file.h"
+#include "library/set_aside.h"
 #include "util/atomic_file.h"
 #include "util/day.h"
 #include "util/errors.h"
@@ -34,6 +35,16 @@ std::int32_t clsMain::AddSong(std::string_view folder, std::string_view name, st
   Mp3Info(kSongRank, row, kUnranked);
   table_.Facts(row) = {.size = size, .added = Today(), .away = 0};
   return row;
+}
+
+void clsMain::UseSwitches(const tallow::Switches& switches) {
+  switches_ = switches;
+  sets_aside_ = true;
+  UpdateSetAside();
+}
+
+void clsMain::UpdateSetAside() {
+  if (sets_aside_) SetAside(table_, switches_);
 }
 
 void clsMain::RenumberBasedOnArrayNumber() {
@@ -94,6 +105,7 @@ bool clsMain::LoadMain() {
   } catch (const std::exception&) {
     return false;
   }
+  UpdateSetAside();
   MainIsDirty(false);
   return true;
 }

@@ -22,6 +22,7 @@
 #include "library/scan_report.h"
 #include "library/song_table.h"
 #include "library/song_view.h"
+#include "library/switches.h"
 #include "library/unanswered_places.h"
 #include "library/unread_folders.h"
 #include "util/file_system.h"
@@ -59,6 +60,13 @@ class clsMain {
   ///
   /// \param given roots that were given as drives, each ending in a separator
   void UseDrives(ReadMountedVolumes read_volumes, std::vector<std::string> given);
+
+  /// Switches between the classic and the modern style, and sets songs aside accordingly, see
+  /// SetAside. Until this is called, the library is classic and sets no song aside.
+  void UseSwitches(const tallow::Switches& switches);
+  const tallow::Switches& Switches() const noexcept { return switches_; }
+  /// Whether UseSwitches was called, so that there may be several songs of one file name.
+  bool HasNamesakes() const noexcept { return sets_aside_; }
 
   /// Determines for every song whether it is present, missing or away.
   ///
@@ -201,9 +209,9 @@ class clsMain {
   /// Whether the song with a record number is away: present, but its file could not be checked.
   bool IsAway(std::int32_t record) const { return Song(record).IsAway(); }
   /// Whether jukeboxes keep the entries of a song but do not show them: the song is missing and
-  /// remembered, or only its name is known.
+  /// remembered, or set aside, or only its name is known.
   bool IsHidden(std::int32_t record) const {
-    if (record <= kFirstPlaceholder) return true;
+    if (record <= kFirstPlaceholder || Song(record).IsSetAside()) return true;
     return Missing().size() > 0 && !IsPresent(record) && Missing().IsMissing(record);
   }
   /// The message why a song is away, e.g. "NAME is on a drive that is away: ROOT". Empty when the
@@ -346,7 +354,9 @@ class clsMain {
   bool MarkIfAway(std::int32_t record, const FileStatus& status);
   FileStatus CheckSongFile(std::int32_t record) { return disk_.CheckPath(Song(record).Path()); }
   void BlankRow(std::int32_t row);
-  void LeaveOutRespelled(std::int32_t old_count);
+  /// Removes added rows whose path a song has already, perhaps in another spelling, which the song
+  /// then gets.
+  void LeaveOutKnownPaths(std::int32_t old_count);
   /// If a song in a folder that searches skip was also found elsewhere, its row gets the new path
   /// and keeps its rank and its jukebox entries.
   void MoveOutOfExcludedFolders(std::int32_t old_count);
@@ -355,10 +365,17 @@ class clsMain {
   bool IsOnAwayDrive(std::int32_t row) const { return reasons_.IsDrive(table_.Facts(row).away); }
   void RecognizeReturned(std::int32_t old_count);
   void RecognizeLate();
+  /// The missing song that the file of a row is taken for; null for none.
+  const MissingSong* MissingSongLike(std::int32_t row);
   std::int64_t SizeOf(std::int32_t row);
   std::vector<std::string> FoldersOf(bool away, std::int32_t first_row) const;
 
+  /// Sets songs aside again after rows have changed. Does nothing before UseSwitches.
+  void UpdateSetAside();
+
   LibrarySettings& settings_;
+  tallow::Switches switches_;
+  bool sets_aside_ = false;  ///< UseSwitches was called
   SongTable table_;
   LibraryStorage storage_{settings_};
   LibraryState state_;

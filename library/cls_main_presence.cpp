@@ -10,6 +10,7 @@
 #include "library/excluded_folders.h"
 #include "library/folder_scan.h"
 #include "library/known_drives.h"
+#include "library/song_formats.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"
 
@@ -20,6 +21,7 @@ namespace {
 struct FolderQuestion {
   std::string folder;
   std::vector<std::string> names;
+  std::string_view pattern;  ///< of all songs
 };
 
 /// Answer to a FolderQuestion.
@@ -41,7 +43,7 @@ FolderFindings FindSongs(const FolderQuestion& songs) {
   FolderListing listing;
   const bool listed =
       !songs.folder.empty() && songs.folder.back() == kSeparator && songs.names.size() > 1;
-  if (listed) listing = ListFolder(songs.folder, {.pattern = kSongPattern});
+  if (listed) listing = ListFolder(songs.folder, {.pattern = songs.pattern});
   if (listed && listing.not_there) return findings;
   findings.problem = listing.problem;
   std::unordered_set<std::string_view> names(listing.files.size());
@@ -115,6 +117,7 @@ class clsMain::PresenceCheck {
   void ListFolders() {
     std::unordered_map<std::string_view, std::size_t> index;
     for (std::int32_t row = 1; row <= table_.rows(); ++row) {
+      if (table_.IsSetAside(row)) continue;
       // Earlier versions added files that are not music.
       if (table_.Cell(kFileIsThere, row) != kPresent || !MayBeSong(table_.Cell(kFileName, row))) {
         missing_.push_back(row);
@@ -134,7 +137,7 @@ class clsMain::PresenceCheck {
   }
 
   FolderQuestion QuestionOf(const FolderRows& songs) const {
-    FolderQuestion question{std::string(songs.folder), {}};
+    FolderQuestion question{std::string(songs.folder), {}, SongPattern(library_.switches_)};
     question.names.reserve(songs.rows.size());
     for (const std::int32_t row : songs.rows)
       question.names.emplace_back(table_.Cell(kFileName, row));
@@ -223,6 +226,7 @@ class clsMain::PresenceCheck {
 
 void clsMain::CheckPresence() {
   PresenceCheck(*this).Run();
+  UpdateSetAside();
   RecognizeLate();
 }
 

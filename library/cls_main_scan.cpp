@@ -10,6 +10,7 @@
 #include "library/cls_main.h"
 #include "library/excluded_folders.h"
 #include "library/folder_scan.h"
+#include "library/song_formats.h"
 #include "util/atomic_file.h"
 #include "util/day.h"
 #include "util/errors.h"
@@ -72,9 +73,10 @@ void clsMain::AddFromRememberedFolders() {
   try {
     ReadAhead(
         folders.size(), kFoldersAtOnce, [&](std::size_t k) { return folders[k]; },
-        [unanswered = disk_.Unanswered()](const std::string& folder) {
+        [unanswered = disk_.Unanswered(),
+         pattern = SongPattern(switches_)](const std::string& folder) {
           return unanswered->Covers(folder) ? FolderListing()
-                                            : ListFolder(folder, {.pattern = kSongPattern});
+                                            : ListFolder(folder, {.pattern = pattern});
         },
         [&](std::size_t k, const FolderListing& listing) {
           AddMp3FilesOfOneFolder(folders[k], listing, known);
@@ -171,19 +173,24 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
   }
 }
 
-void clsMain::LeaveOutRespelled(std::int32_t old_count) {
+void clsMain::LeaveOutKnownPaths(std::int32_t old_count) {
   if (table_.rows() <= old_count) return;
   std::unordered_map<std::string, std::int32_t> rows;
   const auto path = [this](std::int32_t row) { return PathKey(Song(row).Path()); };
+  // Where a song is a file name, removing duplicates also removes known paths, except these.
   for (std::int32_t row = 1; row <= old_count; ++row)
-    if (IsPresent(row) &&
-        (table_.Facts(row).away != 0 || MayHaveOtherSpelling(table_.Cell(kFileName, row))))
+    if (!Song(row).IsMissing() &&
+        (switches_.songs_by_path || table_.IsSetAside(row) || table_.Facts(row).away != 0 ||
+         MayHaveOtherSpelling(table_.Cell(kFileName, row))))
       rows.emplace(path(row), row);
-  if (rows.empty()) return;
+  if (rows.empty() && !switches_.songs_by_path) return;
   std::vector<char> is_removed(static_cast<std::size_t>(table_.rows()));
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     const auto found = rows.find(path(row));
-    if (found == rows.end()) continue;
+    if (found == rows.end()) {
+      if (switches_.songs_by_path) rows.emplace(path(row), row);
+      continue;
+    }
     for (const std::int16_t column : {kFileLocation, kFileName})
       table_.SetCell(column, found->second, table_.Cell(column, row));
     SongFacts& facts = table_.Facts(found->second);
@@ -220,29 +227,41 @@ std::vector<char> clsMain::RowsToCompare() const {
   std::vector<char> counts(static_cast<std::size_t>(table_.rows()));
   for (std::int32_t row = 1; row <= table_.rows(); ++row)
     counts[static_cast<std::size_t>(row - 1)] =
-        table_.Cell(kFileIsThere, row) == kPresent && !IsOnAwayDrive(row);
+        table_.Cell(kFileIsThere, row) == kPresent && !table_.IsSetAside(row) &&
+        !IsOnAwayDrive(row);
   return counts;
 }
 
 void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
   if (scan_.kind != ScanKind::kFiles) left_out_.clear();
   const std::size_t before = left_out_.size();
-  LeaveOutRespelled(old_count);
+  LeaveOutKnownPaths(old_count);
   MoveOutOfExcludedFolders(old_count);
-  LeaveOutCopiesOfAwaySongs(old_count);
-  std::vector<LeftOutFile> left_out = RemoveDuplicates(table_, old_count, RowsToCompare());
-  left_out_.insert(left_out_.end(), std::make_move_iterator(left_out.begin()),
-                   std::make_move_iterator(left_out.end()));
+  if (!switches_.songs_by_path) {
+    LeaveOutCopiesOfAwaySongs(old_count);
+    std::vector<LeftOutFile> left_out = RemoveDuplicates(table_, old_count, RowsToCompare());
+    left_out_.insert(left_out_.end(), std::make_move_iterator(left_out.begin()),
+                     std::make_move_iterator(left_out.end()));
+  }
   if (scan_.kind == ScanKind::kFiles)
     scan_.left_out += static_cast<std::int32_t>(left_out_.size() - before);
   SortByRecord();
   table_.Pack();
+  UpdateSetAside();
   if (table_.rows() <= old_count) return;
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row)
     table_.SetCell(kRecordNumber, row, std::to_string(row));
   scan_.new_songs += table_.rows() - old_count;
   RecognizeReturned(old_count);
   Save();
+}
+
+const MissingSong* clsMain::MissingSongLike(std::int32_t row) {
+  const std::string_view name = table_.Cell(kFileName, row);
+  const std::int64_t size = SizeOf(row);
+  return switches_.songs_by_path
+             ? state_.Missing().OnlyOrIn(table_.Cell(kFileLocation, row), name, size)
+             : state_.Missing().Only(name, size);
 }
 
 void clsMain::RecognizeReturned(std::int32_t old_count) {
@@ -252,7 +271,7 @@ void clsMain::RecognizeReturned(std::int32_t old_count) {
     // Read the size only if a missing song has this name. Other sizes are read later, when a window
     // is open.
     if (!missing.HasName(table_.Cell(kFileName, row))) continue;
-    const MissingSong* const song = missing.Only(table_.Cell(kFileName, row), SizeOf(row));
+    const MissingSong* const song = MissingSongLike(row);
     if (song == nullptr) continue;
     const std::int32_t number = song->number;
     table_.SetCell(kSongRank, row, song->rank);
@@ -278,7 +297,7 @@ void clsMain::RecognizeLate() {
   bool has_any = false;
   for (std::int32_t row = 1; row <= table_.rows(); ++row) {
     if (!missing.HasName(table_.Cell(kFileName, row)) || !IsPresent(row) || IsAway(row)) continue;
-    const MissingSong* const song = missing.Only(table_.Cell(kFileName, row), SizeOf(row));
+    const MissingSong* const song = MissingSongLike(row);
     // A song with a lower number is older than the missing song, so it is another song.
     if (song == nullptr || song->number >= row) continue;
     const std::int32_t number = song->number;

@@ -64,13 +64,13 @@ void LibraryState::DropObsolete(const SongTable& table) {
   // The program may have been killed after it wrote these files and before it wrote the library.
   missing_.Forget([&](const MissingSong& song) {
     const SongView row(table, song.number);
-    return !row.Exists() || row.IsPresent();
+    return !row.Exists() || !row.IsMissing();
   });
   missing_.ForgetReturns([&](const MissingSong& song) {
     const SongView now(table, song.now);
     if (song.now <= song.number || !now.Exists()) return true;
-    return now.IsPresent() ? !IsSamePathText(now.Name(), song.name)
-                           : missing_.Find(song.now) == nullptr;
+    return now.IsMissing() ? missing_.Find(song.now) == nullptr
+                           : !IsSamePathText(now.Name(), song.name);
   });
 }
 

@@ -3,10 +3,24 @@
 
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "util/errors.h"
 
 namespace tallow {
+namespace {
+
+/// Puts elements into a new order, see TextTable::MoveRows.
+template <typename Element>
+void MoveElements(std::vector<Element>& elements, std::int32_t first,
+                  std::span<const std::int32_t> order) {
+  std::vector<Element> moved(order.size());
+  for (std::size_t k = 0; k < order.size(); ++k)
+    moved[k] = elements[static_cast<std::size_t>(order[k] - 1)];
+  std::copy(moved.begin(), moved.end(), elements.begin() + (first - 1));
+}
+
+}  // namespace
 
 SongTable::SongTable() : pool_(std::make_unique<TextPool>()) {}
 
@@ -66,8 +80,15 @@ void SongTable::Resize(std::int32_t rows) {
   ++version_;
   rows_ = rows;
   facts_.resize(static_cast<std::size_t>(rows));
+  if (!set_aside_.empty()) set_aside_.resize(static_cast<std::size_t>(rows));
   for (std::vector<TextHandle>& cells : columns_)
     if (!cells.empty()) cells.resize(static_cast<std::size_t>(rows));
+}
+
+void SongTable::SetAside(std::vector<char> set_aside) {
+  if (set_aside == set_aside_) return;
+  ++version_;
+  set_aside_ = std::move(set_aside);
 }
 
 void SongTable::Pack() {
@@ -88,18 +109,10 @@ void SongTable::MoveRows(std::int32_t first, std::span<const std::int32_t> order
   const auto stays = [&, place = first](std::int32_t row) mutable { return row == place++; };
   if (std::all_of(order.begin(), order.end(), stays)) return;
   ++version_;
-  std::vector<TextHandle> moved(order.size());
-  for (std::int16_t column = 1; column <= columns; ++column) {
-    std::vector<TextHandle>& cells = Column(column);
-    if (cells.empty()) continue;
-    for (std::size_t k = 0; k < order.size(); ++k)
-      moved[k] = cells[static_cast<std::size_t>(order[k] - 1)];
-    std::copy(moved.begin(), moved.end(), cells.begin() + (first - 1));
-  }
-  std::vector<SongFacts> facts(order.size());
-  for (std::size_t k = 0; k < order.size(); ++k)
-    facts[k] = facts_[static_cast<std::size_t>(order[k] - 1)];
-  std::copy(facts.begin(), facts.end(), facts_.begin() + (first - 1));
+  for (std::int16_t column = 1; column <= columns; ++column)
+    if (!Column(column).empty()) MoveElements(Column(column), first, order);
+  MoveElements(facts_, first, order);
+  if (!set_aside_.empty()) MoveElements(set_aside_, first, order);
 }
 
 bool SongTable::SameStoredText(std::int16_t column, std::int32_t a, std::int32_t b) const noexcept {

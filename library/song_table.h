@@ -76,6 +76,16 @@ class SongTable : public TextTable {
     return facts_[static_cast<std::size_t>(row - 1)];
   }
 
+  /// Whether the switches leave the song of a row out, see tallow::SetAside. The row must exist.
+  bool IsSetAside(std::int32_t row) const noexcept {
+    return !set_aside_.empty() && set_aside_[static_cast<std::size_t>(row - 1)] != 0;
+  }
+
+  /// Determines which rows are set aside, and so changes version().
+  ///
+  /// \param set_aside one element per row, element 0 being row 1; empty: none
+  void SetAside(std::vector<char> set_aside);
+
   /// Removes rows; the other rows keep their order.
   ///
   /// \param is_removed whether to remove a row, one element per row, element 0 being row 1
@@ -111,6 +121,7 @@ class SongTable : public TextTable {
   std::unique_ptr<TextPool> pool_;
   std::array<std::vector<TextHandle>, kSongColumns> columns_;
   std::vector<SongFacts> facts_;
+  std::vector<char> set_aside_;  ///< one element per row; empty while no row is set aside
   std::int32_t rows_ = 0;
   std::uint64_t version_ = 0;
 };

@@ -13,9 +13,9 @@ std::string SongView::Path() const {
   return path.append(folder).append(name);
 }
 
-bool SongView::IsPresent() const {
+bool SongView::IsMissing() const {
   const std::string_view flag = Text(kFileIsThere);
-  return flag == "1" || NumericValue(flag) != 0;
+  return flag != "1" && NumericValue(flag) == 0;
 }
 
 std::int32_t SongView::Number(SongColumn column) const { return NumericValue(Text(column)); }

@@ -42,8 +42,14 @@ class SongView {
   /// The rank, see kSongRank; 0 when the cell is not a number.
   std::int32_t Rank() const { return Number(kSongRank); }
 
-  /// Whether the song is present or away.
-  bool IsPresent() const;
+  /// Whether the song is present or away, and not set aside.
+  bool IsPresent() const { return !IsMissing() && !IsSetAside(); }
+
+  /// Whether the row is blank, because the song's file is gone. True when the row does not exist.
+  bool IsMissing() const;
+
+  /// Whether the song is in the library, but the switches leave it out, see SetAside.
+  bool IsSetAside() const noexcept { return Exists() && table_->IsSetAside(row_); }
 
   /// Whether the song is present, but its file could not be checked.
   bool IsAway() const { return Exists() && table_->Facts(row_).away != 0; }

@@ -118,6 +118,10 @@ bool SameName(std::string_view text, std::string_view pattern) noexcept {
 }
 
 bool MatchesFilePattern(std::string_view name, std::string_view pattern) {
+  const std::size_t separator = pattern.find(';');
+  if (separator != std::string_view::npos)
+    return MatchesFilePattern(name, pattern.substr(0, separator)) ||
+           MatchesFilePattern(name, pattern.substr(separator + 1));
   if (!pattern.empty() && pattern.front() == '*' && !HasWildcards(pattern.substr(1))) {
     const std::string_view ending = pattern.substr(1);
     if (IsAscii(ending))

@@ -31,7 +31,8 @@ bool HasWildcards(std::string_view text) noexcept;
 bool SameName(std::string_view text, std::string_view pattern) noexcept;
 
 /// Whether a file name matches a file pattern. Only `*` and `?` are wildcards, and letter case is
-/// ignored: "*.mp3" matches "SONG.MP3" and ".mp3".
+/// ignored: "*.mp3" matches "SONG.MP3" and ".mp3". A semicolon separates patterns, of which one has
+/// to match: "*.mp3;*.flac".
 bool MatchesFilePattern(std::string_view name, std::string_view pattern);
 
 }  // namespace tallow

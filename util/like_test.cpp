@@ -122,6 +122,13 @@ bool ReferenceLike(const std::u32string& text, std::size_t t, const std::u32stri
   return fits && ReferenceLike(text, t + 1, pattern, p + 1);
 }
 
+TEST(MatchesFilePattern, ASemicolonSeparatesPatterns) {
+  EXPECT_TRUE(MatchesFilePattern("a.FLAC", "*.mp3;*.flac;x?.ogg"));
+  EXPECT_TRUE(MatchesFilePattern("xy.ogg", "*.mp3;*.flac;x?.ogg"));
+  EXPECT_FALSE(MatchesFilePattern("xyz.ogg", "*.mp3;*.flac;x?.ogg"));
+  EXPECT_FALSE(MatchesFilePattern("a.mp3;b.flac", "*.mp3;*.ogg"));
+}
+
 TEST(Like, AgreesWithPlainRecursionOnRandomPatterns) {
   std::mt19937 random(7);
   const std::u32string text_letters = U"ab1[]-!\u00E9";

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <string_view>
+
+#include "library/folder_scan.h"
+#include "library/switches.h"
+
+namespace tallow {
+
+/// File patterns of the songs in the modern style, see MatchesFilePattern.
+inline constexpr std::string_view kModernSongPattern =
+    "*.mp3;*.flac;*.ogg;*.oga;*.opus;*.spx;*.m4a;*.m4b;*.mp4;*.aac;*.wma;*.wav;*.aif;*.aiff;*.ape;"
+    "*.wv;*.mpc";
+
+/// File patterns of the songs with these switches.
+constexpr std::string_view SongPattern(const Switches& switches) noexcept {
+  return switches.more_formats ? kModernSongPattern : kSongPattern;
+}
+
+/// Whether a file name is that of a song with these switches; see also MayBeSong.
+bool IsSongName(std::string_view name, const Switches& switches);
+
+}  // namespace tallow
