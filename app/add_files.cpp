@@ -8,23 +8,31 @@
 
 #include "library/cls_main.h"
 #include "library/excluded_folders.h"
+#include "library/song_formats.h"
 #include "util/file_system.h"
-#include "util/like.h"
 #include "util/path_text.h"
 #include "util/text.h"
 
 namespace tallow {
 namespace {
 
-/// Maps the songs' names in lower case to their rows. Of two songs with the same name the first is
-/// used, and a present song is preferred to a song that is away.
-std::unordered_map<std::string, std::int32_t> RowsByName(const clsMain& library) {
+/// The key by which a file is recognized as a song: its name in lower case, or where a song is a
+/// path, that.
+std::string SongKey(const clsMain& library, std::string_view folder, std::string_view name) {
+  return library.Switches().songs_by_path ? PathKey(std::string(folder) + std::string(name))
+                                          : ToLower(name);
+}
+
+/// Maps the songs' keys to their rows. Of two songs with the same key the first is used, and a
+/// present song is preferred to a song that is away.
+std::unordered_map<std::string, std::int32_t> RowsByKey(const clsMain& library) {
   std::unordered_map<std::string, std::int32_t> rows;
   rows.reserve(static_cast<std::size_t>(library.UBoundOfMp3Array()));
   for (const bool away : {false, true})
     for (std::int32_t row = 1; row <= library.UBoundOfMp3Array(); ++row) {
       const SongView song = library.Song(row);
-      if (song.IsPresent() && song.IsAway() == away) rows.emplace(ToLower(song.Name()), row);
+      if (song.IsPresent() && song.IsAway() == away)
+        rows.emplace(SongKey(library, song.Folder(), song.Name()), row);
     }
   return rows;
 }
@@ -71,8 +79,9 @@ class FileCollector {
       leave_out(" is on a drive that does not answer and was skipped.");
     else if (FolderExists(path))
       AddFolder(path);
-    else if (!MatchesFilePattern(NameOfPath(path), kSongPattern))
-      leave_out(" is not an MP3 file and was skipped.");
+    else if (!IsSongName(NameOfPath(path), library_.Switches()))
+      leave_out(library_.Switches().more_formats ? " is not a music file and was skipped."
+                                                 : " is not an MP3 file and was skipped.");
     else if (!MayBeSong(NameOfPath(path)))
       leave_out(" is a macOS metadata file without music and was skipped.");
     else if (status.presence == FilePresence::kUnknown)
@@ -85,7 +94,7 @@ class FileCollector {
 
   void AddFolder(const std::string& path) {
     const std::string folder = EnsureTrailingBackslash(path);
-    FolderListing listing = ListFolder(folder, {.pattern = kSongPattern});
+    FolderListing listing = ListFolder(folder, {.pattern = SongPattern(library_.Switches())});
     std::erase_if(listing.files, [](const FileEntry& file) { return !MayBeSong(file.name); });
     std::sort(listing.files.begin(), listing.files.end(),
               [](const FileEntry& a, const FileEntry& b) { return a.name < b.name; });
@@ -94,7 +103,8 @@ class FileCollector {
           path + " cannot be read (" + listing.problem +
           "), so songs in it may be left out. Make it readable and add it again.");
     else if (listing.files.empty())
-      added_.problems.push_back(path + " holds no MP3 file.");
+      added_.problems.push_back(path + (library_.Switches().more_formats ? " holds no music file."
+                                                                         : " holds no MP3 file."));
     for (const FileEntry& file : listing.files) files_.push_back(folder + file.name);
   }
 
@@ -107,12 +117,12 @@ class FileCollector {
   bool is_cancelled_ = false;
 };
 
-/// Adds files to the library one by one; a file whose name the library already has stands for that
-/// song.
+/// Adds files to the library one by one; a file whose name, or path, the library already has stands
+/// for that song.
 class FileAdder {
  public:
   FileAdder(clsMain& library, AddedFiles& added, FileCollector& collector)
-      : library_(library), added_(added), collector_(collector), known_(RowsByName(library)) {}
+      : library_(library), added_(added), collector_(collector), known_(RowsByKey(library)) {}
 
   void Add(const std::string& path) {
     // Resolves links as a search does: a link may point to a removable drive.
@@ -125,17 +135,17 @@ class FileAdder {
       return;
     }
     const std::string_view name = NameOfPath(path);
-    names_.push_back(ToLower(name));
-    const auto found = known_.find(names_.back());
+    keys_.push_back(SongKey(library_, folder, name));
+    const auto found = known_.find(keys_.back());
     if (found != known_.end() && StandsFor(found->second)) {
       library_.LeaveOut(folder + std::string(name), found->second);
       return;
     }
     const FileStatus status = collector_.CheckPath(path);
-    known_[names_.back()] = library_.AddSong(folder, name,
-                                             status.presence == FilePresence::kThere
-                                                 ? static_cast<std::int64_t>(status.size)
-                                                 : kUnknownSize);
+    known_[keys_.back()] = library_.AddSong(folder, name,
+                                            status.presence == FilePresence::kThere
+                                                ? static_cast<std::int64_t>(status.size)
+                                                : kUnknownSize);
     added_.has_new_songs = true;
   }
 
@@ -147,13 +157,13 @@ class FileAdder {
     library_.WriteOutMp3DirectoryLocations();
     if (!library_.SaveError().empty())
       added_.problems.push_back("The new songs could not be saved. " + library_.SaveError() + ".");
-    known_ = RowsByName(library_);
+    known_ = RowsByKey(library_);
   }
 
   /// Sets AddedFiles::songs: the song for each file.
   void ListSongs() const {
-    for (const std::string& name : names_)
-      if (const auto found = known_.find(name); found != known_.end())
+    for (const std::string& key : keys_)
+      if (const auto found = known_.find(key); found != known_.end())
         added_.songs.emplace_back(found->second, library_.Song(found->second).Rank());
   }
 
@@ -172,7 +182,7 @@ class FileAdder {
   AddedFiles& added_;
   FileCollector& collector_;
   std::unordered_map<std::string, std::int32_t> known_;
-  std::vector<std::string> names_;
+  std::vector<std::string> keys_;
   std::int32_t old_count_ = library_.UBoundOfMp3Array();
 };
 

@@ -252,7 +252,7 @@ class Reader : public nlohmann::json_sax<Json> {
   /// Members of the current folder, as bits of kFolderMembers.
   unsigned seen_members_ = 0;
   JukeboxContent::Place* place_ = nullptr;  ///< the one that is being parsed
-  std::set<std::string> root_members_;  ///< members of the root object seen so far
+  std::set<std::string> root_members_;      ///< members of the root object seen so far
   std::string problem_;
 };
 

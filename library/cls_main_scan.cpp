@@ -226,9 +226,8 @@ void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
 std::vector<char> clsMain::RowsToCompare() const {
   std::vector<char> counts(static_cast<std::size_t>(table_.rows()));
   for (std::int32_t row = 1; row <= table_.rows(); ++row)
-    counts[static_cast<std::size_t>(row - 1)] =
-        table_.Cell(kFileIsThere, row) == kPresent && !table_.IsSetAside(row) &&
-        !IsOnAwayDrive(row);
+    counts[static_cast<std::size_t>(row - 1)] = table_.Cell(kFileIsThere, row) == kPresent &&
+                                                !table_.IsSetAside(row) && !IsOnAwayDrive(row);
   return counts;
 }
 

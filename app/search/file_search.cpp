@@ -9,6 +9,7 @@
 #include "app/search/folder_reader.h"
 #include "library/excluded_folders.h"
 #include "library/folder_scan.h"
+#include "library/song_formats.h"
 #include "util/path_text.h"
 
 namespace tallow {
@@ -28,6 +29,10 @@ FileSearch::FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* 
 
 FileSearch::~FileSearch() = default;
 
+std::string FileSearch::SongPatternNow() const {
+  return std::string(SongPattern(tallow_.library.Switches()));
+}
+
 void FileSearch::ReportPlace(const std::string& place) {
   SearchProgress* const shown = questions_.Shown();
   if (shown == nullptr) return;
@@ -36,8 +41,7 @@ void FileSearch::ReportPlace(const std::string& place) {
 }
 
 bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
-  FileSearchRequest request{
-      .AddToLibrary = true, .Folder = {}, .Pattern = std::string(kSongPattern)};
+  FileSearchRequest request{.AddToLibrary = true, .Folder = {}, .Pattern = SongPatternNow()};
   if (!all_drives) {
     request.Folder = folder;
     WalkFolderTree(request);
@@ -112,7 +116,7 @@ void FileSearch::RememberIfUnread(const FileSearchRequest& request, const TreeFo
 
 void FileSearch::SearchUnreadFolders(const std::function<bool(const std::string&)>& answers) {
   FileSearchRequest request{
-      .Recurse = true, .AddToLibrary = true, .Folder = {}, .Pattern = std::string(kSongPattern)};
+      .Recurse = true, .AddToLibrary = true, .Folder = {}, .Pattern = SongPatternNow()};
   for (const UnreadFolder& folder : tallow_.library.UnreadFoldersNow()) {
     clsMain& library = tallow_.library;
     // Folders on a drive that is away are searched once the drive is back.

@@ -76,6 +76,8 @@ class FileSearch {
     }
   };
 
+  /// File patterns of the songs in the current style.
+  std::string SongPatternNow() const;
   void ReportPlace(const std::string& place);
   bool IsSearchedAndAnswers(const std::string& root);
   /// Records a drive or link that was given up, so that the next start tries it again.
