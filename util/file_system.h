@@ -54,11 +54,13 @@ struct FolderListing {
   std::vector<SubfolderEntry> subfolders;  ///< in the order the system returned them
   /// Names of folders, pipes, devices and dangling links, if requested.
   std::vector<std::string> others;
+  std::size_t counted = 0;  ///< number of files that match only ListRequest::counted
 };
 
 /// What ListFolder must collect.
 struct ListRequest {
   std::string_view pattern = "*";  ///< for file names, see MatchesFilePattern
+  std::string_view counted = {};   ///< files of other names that match this are only counted
   bool subfolders = false;
   bool sizes = false;
   bool others = false;  ///< also list entries that match the pattern but are not files

@@ -110,7 +110,10 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
       if (request.subfolders) listing.subfolders.push_back({name, IsLink(found)});
       continue;
     }
-    if (!MatchesFilePattern(name, request.pattern)) continue;
+    if (!MatchesFilePattern(name, request.pattern)) {
+      if (!request.counted.empty() && MatchesFilePattern(name, request.counted)) ++listing.counted;
+      continue;
+    }
     std::uint64_t size = (std::uint64_t{found.nFileSizeHigh} << 32U) | found.nFileSizeLow;
     if (IsLink(found)) {
       const auto target = InformationOf(base + name);
