@@ -36,7 +36,8 @@ std::vector<AwayPlace> AwayReasons::Places(const SongTable& table) const {
   if (reasons_.empty()) return {};
   std::vector<std::int32_t> songs(reasons_.size());
   for (std::int32_t row = 1; row <= table.rows(); ++row)
-    if (table.Facts(row).away != 0) ++songs[table.Facts(row).away - 1];
+    if (table.Facts(row).away != 0 && !table.IsSetAside(row))
+      ++songs[table.Facts(row).away - 1];
   std::map<std::string, AwayPlace> places;
   for (std::size_t k = 0; k < songs.size(); ++k)
     if (songs[k] > 0)
@@ -53,7 +54,8 @@ std::vector<std::int32_t> AwayReasons::RowsAt(std::string_view place,
                                               const SongTable& table) const {
   std::vector<std::int32_t> rows;
   for (std::int32_t row = 1; row <= table.rows(); ++row)
-    if (table.Facts(row).away != 0 && reasons_[table.Facts(row).away - 1].place == place)
+    if (table.Facts(row).away != 0 && !table.IsSetAside(row) &&
+        reasons_[table.Facts(row).away - 1].place == place)
       rows.push_back(row);
   return rows;
 }

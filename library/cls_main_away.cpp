@@ -183,7 +183,7 @@ std::vector<std::string> clsMain::FoldersOf(bool away, std::int32_t first_row) c
     if (row > first_row && table_.SameStoredText(kFileLocation, row - 1, row) &&
         (table_.Facts(row - 1).away != 0) == away)
       continue;
-    if (!IsPresent(row)) continue;
+    if (Song(row).IsMissing()) continue;
     const std::string_view folder = table_.Cell(kFileLocation, row);
     if (seen.insert(folder).second) folders.emplace_back(folder);
   }

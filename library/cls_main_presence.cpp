@@ -107,7 +107,9 @@ class clsMain::PresenceCheck {
       // Songs in folders that were not checked stay unchanged.
       complete = false;
     }
-    for (const std::int32_t row : missing_) library_.BlankRow(row);
+    // A song that is set aside keeps its row until it is listed again.
+    for (const std::int32_t row : missing_)
+      if (!table_.IsSetAside(row)) library_.BlankRow(row);
     for (const auto& [row, folder] : moved_) table_.SetCell(kFileLocation, row, folder);
     library_.list_is_stale_ = library_.list_is_stale_ || !moved_.empty();
     if (complete) drives_.ApplyNewRoots();
@@ -117,7 +119,6 @@ class clsMain::PresenceCheck {
   void ListFolders() {
     std::unordered_map<std::string_view, std::size_t> index;
     for (std::int32_t row = 1; row <= table_.rows(); ++row) {
-      if (table_.IsSetAside(row)) continue;
       // Earlier versions added files that are not music.
       if (table_.Cell(kFileIsThere, row) != kPresent || !MayBeSong(table_.Cell(kFileName, row))) {
         missing_.push_back(row);

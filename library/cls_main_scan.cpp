@@ -204,7 +204,8 @@ void clsMain::LeaveOutKnownPaths(std::int32_t old_count) {
 void clsMain::LeaveOutCopiesOfAwaySongs(std::int32_t old_count) {
   std::unordered_map<std::string_view, std::vector<std::int32_t>> away;
   for (std::int32_t row = 1; row <= old_count; ++row)
-    if (IsOnAwayDrive(row)) away[table_.Cell(kFileName, row)].push_back(row);
+    if (IsOnAwayDrive(row) && !table_.IsSetAside(row))
+      away[table_.Cell(kFileName, row)].push_back(row);
   if (away.empty()) return;
   std::vector<char> is_removed(static_cast<std::size_t>(table_.rows()));
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {

@@ -92,7 +92,7 @@ TEST_F(Styles, ClassicStyleSetsAsideWhatModernStyleAdded) {
   EXPECT_EQ(library.Song(2).Rank(), 7);
 }
 
-TEST_F(Styles, ASongSetAsideIsNotChecked) {
+TEST_F(Styles, ASongSetAsideKeepsItsRowWhenItsFileIsGone) {
   MakeFile(music / "a.mp3");
   MakeFile(music / "b.flac");
   library.UseSwitches(kModernStyle);
