@@ -10,12 +10,12 @@ namespace tallow {
 /// empty when the tags do not have them.
 struct SongTags {
   bool found = false;  ///< the file has a tag of any kind
-  std::string title;
-  std::string artist;  ///< several artists are joined by "; "
-  std::string album_artist;
-  std::string album;
-  std::string date;        ///< as the tag has it: "1999", "12/05/1999", "1999-05-12"
-  std::string genre;       ///< the name; of several, the first
+  std::string title = {};
+  std::string artist = {};  ///< several artists are joined by "; "
+  std::string album_artist = {};
+  std::string album = {};
+  std::string date = {};   ///< as the tag has it: "1999", "12/05/1999", "1999-05-12"
+  std::string genre = {};  ///< the name; of several, the first
   std::int32_t disc = 0;   ///< from 1; 0 when not known
   std::int32_t track = 0;  ///< from 1; 0 when not known
 

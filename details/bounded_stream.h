@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <taglib/tiostream.h>
+
+#include "util/input_file.h"
+
+namespace tallow {
+
+/// The limits of reading one file.
+struct ReadLimits {
+  std::uint64_t max_bytes = std::uint64_t{16} << 20U;  ///< in all, rereading included
+  std::chrono::milliseconds max_time{5000};
+  /// The clock; empty: std::chrono::steady_clock.
+  std::function<std::chrono::steady_clock::time_point()> now = {};
+  /// Whether to stop at once; empty: never. Called often, on the reading thread.
+  std::function<bool()> stopped = {};
+};
+
+/// Thrown by BoundedStream when its user continues to call it long after its end.
+struct StreamNotLeft {};
+
+/// What TagLib reads files through: a read-only stream that ends early when a limit is exceeded. A
+/// damaged or malicious file can therefore cost only a bounded number of bytes and time.
+///
+/// After the limit, reads return nothing, as at the end of the file, and TagLib returns what it has
+/// found so far. Code that does not notice this and calls on is stopped by an exception after
+/// kMaxCallsAfterEnd more calls. A loop that does not call the stream cannot be stopped here; see
+/// child_reader.h.
+class BoundedStream final : public TagLib::IOStream {
+ public:
+  static constexpr int kMaxCallsAfterEnd = 100'000;
+
+  /// \param file   null when the file could not be opened
+  /// \param limits must outlive the stream
+  BoundedStream(std::unique_ptr<InputFile> file, const ReadLimits& limits);
+
+  /// Whether a limit was exceeded, or the read was stopped.
+  bool Overran() const noexcept { return overran_; }
+
+  /// The bytes at a position, as readBlock returns them, without moving the position.
+  std::string Peek(std::uint64_t offset, std::size_t length);
+
+  /// The size of the file in bytes.
+  std::uint64_t Size() const noexcept { return size_; }
+
+  // The stream as TagLib uses it. The functions that write do nothing.
+  TagLib::FileName name() const override;
+  TagLib::ByteVector readBlock(unsigned long length) override;
+  void writeBlock(const TagLib::ByteVector& data) override;
+  void insert(const TagLib::ByteVector& data, unsigned long start, unsigned long replace) override;
+  void removeBlock(unsigned long start, unsigned long length) override;
+  bool readOnly() const override { return true; }
+  bool isOpen() const override { return file_ != nullptr; }
+  void seek(long offset, Position from) override;
+  void clear() override {}
+  long tell() const override { return static_cast<long>(position_); }
+  long length() override;
+  void truncate(long length) override;
+
+ private:
+  std::chrono::steady_clock::time_point Now() const;
+  /// Counts a call and checks the limits. \returns false after the end
+  bool MayRead();
+  /// Reads at a position, from the buffer if the bytes are there.
+  std::size_t ReadAt(std::uint64_t offset, char* bytes, std::size_t length);
+
+  std::unique_ptr<InputFile> file_;
+  const ReadLimits& limits_;
+  std::chrono::steady_clock::time_point end_;
+  std::uint64_t size_ = 0;
+  std::uint64_t position_ = 0;
+  std::uint64_t left_ = 0;  ///< bytes that may still be read
+  int calls_after_end_ = 0;
+  bool overran_ = false;
+  std::string buffer_;  ///< bytes of the file from buffer_at_ on
+  std::uint64_t buffer_at_ = 0;
+};
+
+}  // namespace tallow
