@@ -11,14 +11,14 @@ namespace tallow {
 
 /// All that a file says of its song.
 struct SongDetails {
-  SongTags tags;
-  std::string comment;           ///< as the texts of SongTags
+  SongTags tags = {};
+  std::string comment = {};      ///< as the texts of SongTags
   std::int32_t length_ms = 0;    ///< milliseconds; 0 when not known
   std::int32_t bit_rate = 0;     ///< kilobits per second; 0 when not known
   std::int32_t sample_rate = 0;  ///< Hz; 0 when not known
   /// What the file is by its content: "MP3", "FLAC", "Ogg Vorbis"; empty when not known.
-  std::string format;
-  FileStamp stamp;  ///< size and time of change of the file that was read
+  std::string format = {};
+  FileStamp stamp = {};  ///< size and time of change of the file that was read
   /// The file could not be read, or a limit was exceeded. The other members have what was found
   /// before.
   bool failed = false;

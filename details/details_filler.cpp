@@ -1,0 +1,157 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "details/details_filler.h"
+
+#include <atomic>
+#include <condition_variable>
+#include <deque>
+#include <mutex>
+#include <utility>
+#include <vector>
+
+#include "details/tag_reader.h"
+#include "util/detached_threads.h"
+#include "util/thread_priority.h"
+
+namespace tallow {
+
+/// What the worker threads share with the filler. A thread that was abandoned keeps it alive.
+struct DetailsFiller::State {
+  struct Song {
+    std::size_t index;
+    std::string path;
+  };
+  struct Result {
+    std::size_t index;
+    SongDetails details;
+  };
+
+  /// The work of a thread.
+  void Work();
+  /// Waits for a song. \returns false when there is nothing more to do
+  bool Take(Song& song);
+  SongDetails Read(const Reader& reader, const std::string& path);
+
+  std::shared_ptr<DetailsStore> store;
+  MakeReader make_reader;
+  std::atomic<bool> stopped = false;
+  std::mutex mutex;
+  std::condition_variable changed;
+  DetachedThreads threads{mutex};
+  std::deque<Song> songs;
+  std::vector<Result> results;
+  std::size_t reading = 0;     ///< songs that threads are reading
+  bool has_all_songs = false;  ///< no more songs will be added
+};
+
+bool DetailsFiller::State::Take(Song& song) {
+  std::unique_lock lock(mutex);
+  changed.wait(lock, [this] {
+    const bool has_room = results.size() + reading < kMaxWaiting;
+    return stopped || (songs.empty() ? has_all_songs : has_room);
+  });
+  if (stopped || songs.empty()) return false;
+  song = std::move(songs.front());
+  songs.pop_front();
+  ++reading;
+  return true;
+}
+
+SongDetails DetailsFiller::State::Read(const Reader& reader, const std::string& path) {
+  const auto stamp = StampOf(path);
+  if (!stamp) {
+    // Missing or away; there is nothing to store.
+    SongDetails details;
+    details.failed = true;
+    return details;
+  }
+  if (auto stored = store->Find(path, *stamp)) return *std::move(stored);
+  SongDetails details = reader(path, [this] { return stopped.load(); });
+  // A file that could not be opened has no stamp, and is tried again at the next run.
+  if (!stopped && details.stamp != FileStamp()) store->Put(path, details);
+  return details;
+}
+
+void DetailsFiller::State::Work() {
+  LowerThreadPriority();
+  const Reader reader = make_reader();
+  Song song;
+  while (Take(song)) {
+    SongDetails details = Read(reader, song.path);
+    const std::lock_guard lock(mutex);
+    --reading;
+    results.push_back({song.index, std::move(details)});
+  }
+  if (!stopped) store->Commit();
+}
+
+DetailsFiller::DetailsFiller(std::shared_ptr<DetailsStore> store, MakeReader make_reader,
+                             unsigned threads)
+    : store_(std::move(store)), make_reader_(std::move(make_reader)), threads_(threads) {
+  if (make_reader_) return;
+  make_reader_ = [] {
+    return [](const std::string& path, const std::function<bool()>& stopped) {
+      return ReadSongDetails(path, {.stopped = stopped});
+    };
+  };
+}
+
+DetailsFiller::~DetailsFiller() { Stop(); }
+
+void DetailsFiller::Start(std::size_t total, PathAt path_at) {
+  Stop();
+  state_ = std::make_shared<State>();
+  state_->store = store_;
+  state_->make_reader = make_reader_;
+  path_at_ = std::move(path_at);
+  next_ = 0;
+  progress_ = {0, total};
+}
+
+DetailsFiller::Progress DetailsFiller::Poll(const Found& found) {
+  if (state_ == nullptr) return progress_;
+  std::vector<State::Result> results;
+  std::size_t room = 0;
+  {
+    const std::lock_guard lock(state_->mutex);
+    results.swap(state_->results);
+    room = kMaxWaiting - state_->songs.size();
+  }
+  // The callbacks run without the mutex, so that they may take their time.
+  for (const State::Result& result : results)
+    if (found) found(result.index, result.details);
+  progress_.done += results.size();
+  std::deque<State::Song> songs;
+  for (; room > 0 && next_ < progress_.total; --room, ++next_)
+    songs.push_back({next_, path_at_(next_)});
+  unsigned missing = 0;
+  {
+    const std::lock_guard lock(state_->mutex);
+    for (State::Song& song : songs) state_->songs.push_back(std::move(song));
+    state_->has_all_songs = next_ == progress_.total;
+    if (!state_->songs.empty() && state_->threads.CountLocked() < threads_)
+      missing = threads_ - state_->threads.CountLocked();
+  }
+  state_->changed.notify_all();
+  // If the system cannot create a thread, the next call tries again.
+  for (; missing > 0; --missing) {
+    state_->threads.Start([state = state_] {
+      state->Work();
+      const std::lock_guard lock(state->mutex);
+      state->threads.RemoveLocked();
+    });
+  }
+  return progress_;
+}
+
+void DetailsFiller::Stop() {
+  if (state_ == nullptr) return;
+  {
+    const std::lock_guard lock(state_->mutex);
+    state_->stopped = true;
+  }
+  state_->changed.notify_all();
+  state_->threads.WaitForEnd(kAbandonAfter);
+  state_.reset();
+}
+
+}  // namespace tallow

@@ -1,0 +1,174 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "details/details_filler.h"
+
+#include <algorithm>
+#include <atomic>
+#include <functional>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/tagged_file.h"
+#include "tests/temp_folder.h"
+#include "tests/wait_until.h"
+
+namespace tallow {
+namespace {
+
+class Filler : public testing::Test {
+ protected:
+  Filler() { store_->Open(folder_ / kDetailsFileName); }
+
+  void MakeSongs(std::size_t count) {
+    for (std::size_t k = 0; k < count; ++k) {
+      paths_.push_back(folder_.File("m/" + std::to_string(k) + ".mp3",
+                                    Audio(300) + Tag({.title = "Title " + std::to_string(k)})));
+    }
+  }
+  DetailsFiller::PathAt PathAt() {
+    return [this](std::size_t index) { return paths_[index]; };
+  }
+  /// Polls until all songs are done. \returns the titles by index
+  std::vector<std::string> Finish(DetailsFiller& filler) {
+    std::vector<std::string> titles(paths_.size());
+    std::vector<int> counts(paths_.size());
+    EXPECT_TRUE(WaitUntil([&] {
+      return filler
+          .Poll([&](std::size_t index, const SongDetails& details) {
+            titles[index] = details.tags.title;
+            ++counts[index];
+          })
+          .IsFinished();
+    }));
+    EXPECT_TRUE(std::ranges::all_of(counts, [](int count) { return count == 1; }));
+    return titles;
+  }
+
+  TempFolder folder_;
+  std::shared_ptr<DetailsStore> store_ = std::make_shared<DetailsStore>();
+  std::vector<std::string> paths_;
+};
+
+TEST_F(Filler, ReadsAndStoresEachSongOnce) {
+  MakeSongs(300);
+  DetailsFiller filler(store_);
+  filler.Start(paths_.size(), PathAt());
+  const std::vector<std::string> titles = Finish(filler);
+  for (std::size_t k = 0; k < titles.size(); ++k) {
+    EXPECT_EQ(titles[k], "Title " + std::to_string(k));
+    const auto stored = store_->Find(paths_[k], StampOf(paths_[k]).value());
+    ASSERT_TRUE(stored);
+    EXPECT_EQ(stored->tags.title, titles[k]);
+  }
+}
+
+TEST_F(Filler, WhatIsStoredIsNotReadAgain) {
+  MakeSongs(40);
+  std::atomic<int> reads = 0;
+  const DetailsFiller::MakeReader counting = [&reads] {
+    return [&reads](const std::string& path, const std::function<bool()>& /*stopped*/) {
+      ++reads;
+      return SongDetails{.stamp = StampOf(path).value()};
+    };
+  };
+  DetailsFiller filler(store_, counting);
+  filler.Start(paths_.size(), PathAt());
+  Finish(filler);
+  EXPECT_EQ(reads, 40);
+  folder_.File("m/7.mp3", "changed");
+  filler.Start(paths_.size(), PathAt());
+  Finish(filler);
+  EXPECT_EQ(reads, 41);
+}
+
+TEST_F(Filler, MissingSongsAreDoneAndNotStored) {
+  MakeSongs(3);
+  RemoveFile(paths_[1]);
+  DetailsFiller filler(store_);
+  filler.Start(paths_.size(), PathAt());
+  EXPECT_EQ(Finish(filler), (std::vector<std::string>{"Title 0", "", "Title 2"}));
+}
+
+TEST_F(Filler, NoSongsAreDoneAtOnce) {
+  DetailsFiller filler(store_);
+  filler.Start(0, PathAt());
+  EXPECT_TRUE(filler.Poll({}).IsFinished());
+}
+
+/// A reader that blocks until it is stopped or released.
+struct BlockedReader {
+  SongDetails Read(const std::string& path, const std::function<bool()>& stopped,
+                   bool ignores_stop) {
+    ++waiting;
+    while (!released && (ignores_stop || !stopped())) std::this_thread::yield();
+    return SongDetails{.stamp = StampOf(path).value()};
+  }
+  std::atomic<int> waiting = 0;
+  std::atomic<bool> released = false;
+};
+
+TEST_F(Filler, StopEndsAReadAndStoresNothingOfIt) {
+  MakeSongs(20);
+  const auto blocked = std::make_shared<BlockedReader>();
+  DetailsFiller filler(store_, [blocked] {
+    return [blocked](const std::string& path, const std::function<bool()>& stopped) {
+      return blocked->Read(path, stopped, false);
+    };
+  });
+  filler.Start(paths_.size(), PathAt());
+  filler.Poll({});
+  ASSERT_TRUE(WaitUntil([&] { return blocked->waiting == 2; }));
+  filler.Stop();
+  for (const std::string& path : paths_) EXPECT_FALSE(store_->Find(path, StampOf(path).value()));
+}
+
+TEST_F(Filler, AThreadThatIsBlockedIsAbandoned) {
+  MakeSongs(2);
+  const auto blocked = std::make_shared<BlockedReader>();
+  const auto ended = std::make_shared<std::atomic<int>>(0);
+  DetailsFiller filler(store_, [blocked, ended] {
+    return [blocked, ended](const std::string& path, const std::function<bool()>& stopped) {
+      SongDetails details = blocked->Read(path, stopped, true);
+      ++*ended;
+      return details;
+    };
+  });
+  filler.Start(paths_.size(), PathAt());
+  filler.Poll({});
+  ASSERT_TRUE(WaitUntil([&] { return blocked->waiting == 2; }));
+  filler.Stop();
+  EXPECT_EQ(*ended, 0);
+  blocked->released = true;
+  EXPECT_TRUE(WaitUntil([&] { return *ended == 2; }));
+  EXPECT_TRUE(WaitUntil([&] { return store_.use_count() == 2; }));
+}
+
+TEST_F(Filler, WorkerThreadsWaitForThePolls) {
+  MakeSongs(1);
+  std::atomic<std::size_t> reads = 0;
+  DetailsFiller filler(store_, [&reads] {
+    return [&reads](const std::string& /*path*/, const std::function<bool()>& /*stopped*/) {
+      ++reads;
+      return SongDetails();
+    };
+  });
+  std::size_t asked = 0;
+  filler.Start(5000, [&](std::size_t index) {
+    EXPECT_EQ(index, asked++);
+    return paths_[0];
+  });
+  filler.Poll({});
+  EXPECT_EQ(asked, DetailsFiller::kMaxWaiting);
+  ASSERT_TRUE(WaitUntil([&] { return reads == DetailsFiller::kMaxWaiting; }));
+  std::size_t results = 0;
+  EXPECT_TRUE(WaitUntil([&] {
+    return filler.Poll([&](std::size_t, const SongDetails&) { ++results; }).IsFinished();
+  }));
+  EXPECT_EQ(results, 5000U);
+  EXPECT_EQ(asked, 5000U);
+}
+
+}  // namespace
+}  // namespace tallow

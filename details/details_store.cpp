@@ -1,0 +1,241 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "details/details_store.h"
+
+#include <utility>
+
+#include "details/database.h"
+#include "util/atomic_file.h"
+#include "util/errors.h"
+
+namespace tallow {
+namespace {
+
+// The version of the schema is SQLite's user_version; a new file has 0.
+//
+// One row for each file. Its columns are the members of SongDetails, in the order of kColumns. The
+// path is a blob, because on Linux it may be any bytes. Times of change are in the unit of
+// FileStamp; lengths in milliseconds.
+constexpr std::int64_t kSchemaVersion = 1;
+constexpr const char* kCreate =
+    "BEGIN;"
+    "DROP TABLE IF EXISTS song;"
+    "CREATE TABLE song (path BLOB PRIMARY KEY, size INTEGER NOT NULL, modified INTEGER NOT NULL,"
+    " failed INTEGER NOT NULL, found INTEGER NOT NULL, title TEXT NOT NULL, artist TEXT NOT NULL,"
+    " album_artist TEXT NOT NULL, album TEXT NOT NULL, date TEXT NOT NULL, genre TEXT NOT NULL,"
+    " disc INTEGER NOT NULL, track INTEGER NOT NULL, comment TEXT NOT NULL,"
+    " length_ms INTEGER NOT NULL, bit_rate INTEGER NOT NULL, sample_rate INTEGER NOT NULL,"
+    " format TEXT NOT NULL) WITHOUT ROWID;"
+    "PRAGMA user_version = 1;"
+    "COMMIT;";
+
+/// Memory of the page cache is limited to 2 MB. Functions in a manipulated schema do not run.
+constexpr const char* kSettings =
+    "PRAGMA cache_size = -2048; PRAGMA synchronous = FULL; PRAGMA trusted_schema = OFF;";
+
+constexpr const char* kFind =
+    "SELECT failed, found, title, artist, album_artist, album, date, genre, disc, track, comment,"
+    " length_ms, bit_rate, sample_rate, format FROM song"
+    " WHERE path = ?1 AND size = ?2 AND modified = ?3";
+constexpr const char* kPut =
+    "INSERT OR REPLACE INTO song VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13,"
+    " ?14, ?15, ?16, ?17, ?18)";
+
+std::int64_t VersionOf(const Database& database) {
+  Statement statement(database.get(), "PRAGMA user_version");
+  return statement.Step() ? statement.Number(0) : 0;
+}
+
+std::int32_t Number(const Statement& row, int column) {
+  return static_cast<std::int32_t>(row.Number(column));
+}
+
+SongDetails DetailsOf(const Statement& row, const FileStamp& stamp) {
+  SongDetails details;
+  int column = 0;
+  details.failed = row.Number(column++) != 0;
+  SongTags& tags = details.tags;
+  tags.found = row.Number(column++) != 0;
+  for (std::string* const text :
+       {&tags.title, &tags.artist, &tags.album_artist, &tags.album, &tags.date, &tags.genre})
+    *text = row.Text(column++);
+  tags.disc = Number(row, column++);
+  tags.track = Number(row, column++);
+  details.comment = row.Text(column++);
+  details.length_ms = Number(row, column++);
+  details.bit_rate = Number(row, column++);
+  details.sample_rate = Number(row, column++);
+  details.format = row.Text(column++);
+  details.stamp = stamp;
+  return details;
+}
+
+/// Binds the key, the first three parameters of both statements.
+void BindKey(Statement& statement, const std::string& path, const FileStamp& stamp) {
+  statement.BindBytes(0, path);
+  statement.Bind(1, static_cast<std::int64_t>(stamp.size));
+  statement.Bind(2, stamp.modified);
+}
+
+void BindDetails(Statement& statement, const SongDetails& details) {
+  int parameter = 3;
+  const SongTags& tags = details.tags;
+  statement.Bind(parameter++, details.failed ? 1 : 0);
+  statement.Bind(parameter++, tags.found ? 1 : 0);
+  for (const std::string* const text :
+       {&tags.title, &tags.artist, &tags.album_artist, &tags.album, &tags.date, &tags.genre})
+    statement.BindText(parameter++, *text);
+  statement.Bind(parameter++, tags.disc);
+  statement.Bind(parameter++, tags.track);
+  statement.BindText(parameter++, details.comment);
+  statement.Bind(parameter++, details.length_ms);
+  statement.Bind(parameter++, details.bit_rate);
+  statement.Bind(parameter++, details.sample_rate);
+  statement.BindText(parameter++, details.format);
+}
+
+}  // namespace
+
+/// The open database and its statements, which are destroyed before it.
+struct DetailsStore::Opened {
+  explicit Opened(const std::string& path) : database(path) {
+    database.Execute(kSettings);
+    if (VersionOf(database) != kSchemaVersion && !database.IsReadOnly()) database.Execute(kCreate);
+    find.emplace(database.get(), kFind);
+    put.emplace(database.get(), kPut);
+  }
+
+  Database database;
+  std::optional<Statement> find;
+  std::optional<Statement> put;
+};
+
+DetailsStore::DetailsStore(std::function<std::chrono::steady_clock::time_point()> now)
+    : now_(std::move(now)) {}
+
+DetailsStore::~DetailsStore() { Close(); }
+
+std::chrono::steady_clock::time_point DetailsStore::Now() const {
+  return now_ ? now_() : std::chrono::steady_clock::now();
+}
+
+void DetailsStore::Open(const std::string& path) {
+  Close();
+  const std::lock_guard lock(mutex_);
+  path_ = path;
+  OpenLocked();
+}
+
+void DetailsStore::OpenLocked() {
+  try {
+    opened_ = std::make_unique<Opened>(path_);
+    can_write_ = !opened_->database.IsReadOnly();
+  } catch (const DatabaseError& error) {
+    HandleLocked(error);
+  }
+}
+
+void DetailsStore::HandleLocked(const DatabaseError& error) {
+  if (error.IsDamage()) return SetAsideLocked();
+  // Reading may go on; a transaction that is open cannot be trusted any more.
+  if (has_transaction_) {
+    try {
+      opened_->database.Execute("ROLLBACK");
+    } catch (const DatabaseError&) {
+      // SQLite has rolled back by itself.
+    }
+    has_transaction_ = false;
+  }
+  if (opened_ != nullptr && !can_write_) return;
+  can_write_ = false;
+  problems_.push_back(path_ + " cannot be written (" + error.what() +
+                      "), so the details of songs are read again at the next start.");
+}
+
+void DetailsStore::SetAsideLocked() {
+  opened_.reset();
+  can_write_ = false;
+  has_transaction_ = false;
+  try {
+    MoveToBackup(path_);
+  } catch (const FileError& error) {
+    problems_.push_back(path_ + " is damaged, and cannot be renamed to end in .bak (" +
+                        error.reason() + "), so the details of songs are not kept.");
+    return;
+  }
+  // The journal of the damaged file must not be applied to the new one.
+  RemoveFile(path_ + "-journal");
+  problems_.push_back(path_ +
+                      " is damaged. It was renamed to end in .bak, and is made again from the "
+                      "songs.");
+  try {
+    opened_ = std::make_unique<Opened>(path_);
+    can_write_ = !opened_->database.IsReadOnly();
+  } catch (const DatabaseError& error) {
+    problems_.push_back(path_ + " cannot be made (" + error.what() +
+                        "), so the details of songs are not kept.");
+  }
+}
+
+std::optional<SongDetails> DetailsStore::Find(const std::string& path, const FileStamp& stamp) {
+  const std::lock_guard lock(mutex_);
+  if (opened_ == nullptr) return std::nullopt;
+  try {
+    Statement& find = *opened_->find;
+    BindKey(find, path, stamp);
+    if (!find.Step()) return std::nullopt;
+    SongDetails details = DetailsOf(find, stamp);
+    find.Reset();
+    return details;
+  } catch (const DatabaseError& error) {
+    HandleLocked(error);
+    return std::nullopt;
+  }
+}
+
+void DetailsStore::Put(const std::string& path, const SongDetails& details) {
+  const std::lock_guard lock(mutex_);
+  if (opened_ == nullptr || !can_write_) return;
+  try {
+    if (!has_transaction_) {
+      opened_->database.Execute("BEGIN");
+      has_transaction_ = true;
+    }
+    Statement& put = *opened_->put;
+    BindKey(put, path, details.stamp);
+    BindDetails(put, details);
+    put.Step();
+    if (Now() - last_commit_ >= kCommitEvery) CommitLocked();
+  } catch (const DatabaseError& error) {
+    HandleLocked(error);
+  }
+}
+
+void DetailsStore::CommitLocked() {
+  if (!has_transaction_) return;
+  opened_->database.Execute("COMMIT");
+  has_transaction_ = false;
+  last_commit_ = Now();
+}
+
+void DetailsStore::Commit() {
+  const std::lock_guard lock(mutex_);
+  try {
+    CommitLocked();
+  } catch (const DatabaseError& error) {
+    HandleLocked(error);
+  }
+}
+
+void DetailsStore::Close() {
+  Commit();
+  const std::lock_guard lock(mutex_);
+  opened_.reset();
+  can_write_ = false;
+}
+
+std::vector<std::string> DetailsStore::TakeProblems() {
+  const std::lock_guard lock(mutex_);
+  return std::exchange(problems_, {});
+}
+
+}  // namespace tallow

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "details/song_details.h"
+#include "util/file_system.h"
+
+namespace tallow {
+
+class DatabaseError;
+
+/// Name of the database, in the folder of the library's state.
+inline constexpr std::string_view kDetailsFileName = "SongDetails.db";
+
+/// A transaction is committed when this time has passed since the last one.
+inline constexpr std::chrono::seconds kCommitEvery{1};
+
+/// The details of songs, kept in an SQLite database between runs.
+///
+/// It is a cache: all of it can be read again from the songs. A song is found by its path, as long
+/// as size and time of change of the file are those of the stored details.
+///
+/// - A damaged file is renamed to end in ".bak" and made again. It may be found to be damaged at
+///   any call, because it is not checked as a whole when it is opened.
+/// - A database of another version of the schema is emptied.
+/// - If the file cannot be opened or written, the store keeps what it can read, stores nothing, and
+///   reports this once.
+///
+/// The journal is SQLite's rollback journal, not a write-ahead log. Both survive a power loss. But a
+/// database with a log cannot be opened in a folder that is read-only, and the log requires shared
+/// memory, which network file systems do not have. The log would be faster for many small
+/// transactions; here they are few. A commit waits until its bytes are on the disk.
+///
+/// All functions may be called from any thread. One may wait while another commits.
+class DetailsStore {
+ public:
+  /// \param now the clock; empty: std::chrono::steady_clock
+  explicit DetailsStore(std::function<std::chrono::steady_clock::time_point()> now = {});
+  DetailsStore(const DetailsStore&) = delete;
+  DetailsStore& operator=(const DetailsStore&) = delete;
+  /// Closes the database.
+  ~DetailsStore();
+
+  /// Opens the database, and creates it if it does not exist. Problems can be taken afterwards.
+  void Open(const std::string& path);
+
+  /// The details of a song; no value when they are not stored, or the file has changed since.
+  std::optional<SongDetails> Find(const std::string& path, const FileStamp& stamp);
+
+  /// Stores the details of a song, in place of earlier ones. They are on the disk after the next
+  /// commit: at most one a second.
+  void Put(const std::string& path, const SongDetails& details);
+
+  /// Commits what was stored.
+  void Commit();
+
+  /// Commits and closes the database. The store is then empty, and stores nothing.
+  void Close();
+
+  /// Removes and returns the problems since the last call, one sentence each.
+  std::vector<std::string> TakeProblems();
+
+ private:
+  struct Opened;
+
+  void OpenLocked();
+  void CommitLocked();
+  /// Handles an error of the database: renames a damaged one, stops writing to another.
+  void HandleLocked(const DatabaseError& error);
+  void SetAsideLocked();
+  std::chrono::steady_clock::time_point Now() const;
+
+  std::mutex mutex_;
+  std::function<std::chrono::steady_clock::time_point()> now_;
+  std::string path_;
+  std::unique_ptr<Opened> opened_;  ///< null when there is no database
+  bool can_write_ = false;
+  bool has_transaction_ = false;
+  std::chrono::steady_clock::time_point last_commit_;
+  std::vector<std::string> problems_;
+};
+
+}  // namespace tallow

@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <csignal>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/socket.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+#include "util/child_process.h"
+#include "util/open_file_linux.h"
+
+namespace tallow {
+namespace {
+
+/// Connected by a socket, because writing to a pipe whose reader has ended raises a signal.
+class LinuxChildProcess final : public ChildProcess {
+ public:
+  /// \param socket becomes owned
+  LinuxChildProcess(pid_t process, int socket) noexcept : process_(process), socket_(socket) {}
+  ~LinuxChildProcess() override {
+    kill(process_, SIGKILL);
+    Retry([this] { return waitpid(process_, nullptr, 0); });
+  }
+
+  bool Write(std::string_view bytes) override {
+    while (!bytes.empty()) {
+      const ssize_t sent = Retry(
+          [&] { return send(socket_.descriptor(), bytes.data(), bytes.size(), MSG_NOSIGNAL); });
+      if (sent <= 0) return false;
+      bytes.remove_prefix(static_cast<std::size_t>(sent));
+    }
+    return true;
+  }
+
+  std::optional<std::string> Read(std::chrono::milliseconds timeout) override {
+    pollfd wait{socket_.descriptor(), POLLIN, 0};
+    const int ready = poll(&wait, 1, static_cast<int>(timeout.count()));
+    if (ready <= 0) return std::string();
+    std::string bytes(16'384, '\0');
+    const ssize_t got =
+        Retry([&] { return recv(socket_.descriptor(), bytes.data(), bytes.size(), 0); });
+    if (got <= 0) return std::nullopt;
+    bytes.resize(static_cast<std::size_t>(got));
+    return bytes;
+  }
+
+ private:
+  pid_t process_;
+  OpenFile socket_;
+};
+
+/// Frees the actions of posix_spawn.
+class SpawnActions {
+ public:
+  SpawnActions() { posix_spawn_file_actions_init(&actions_); }
+  SpawnActions(const SpawnActions&) = delete;
+  SpawnActions& operator=(const SpawnActions&) = delete;
+  ~SpawnActions() { posix_spawn_file_actions_destroy(&actions_); }
+  posix_spawn_file_actions_t* get() noexcept { return &actions_; }
+
+ private:
+  posix_spawn_file_actions_t actions_{};
+};
+
+}  // namespace
+
+std::unique_ptr<ChildProcess> ChildProcess::Start(const std::string& program,
+                                                  std::span<const std::string> arguments) {
+  int ends[2] = {-1, -1};
+  if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) return nullptr;
+  OpenFile theirs(ends[1]);
+  std::vector<char*> words{const_cast<char*>(program.c_str())};
+  for (const std::string& argument : arguments)
+    words.push_back(const_cast<char*>(argument.c_str()));
+  words.push_back(nullptr);
+  SpawnActions actions;
+  posix_spawn_file_actions_adddup2(actions.get(), ends[1], STDIN_FILENO);
+  posix_spawn_file_actions_adddup2(actions.get(), ends[1], STDOUT_FILENO);
+  pid_t process = 0;
+  if (posix_spawn(&process, program.c_str(), actions.get(), nullptr, words.data(), environ) != 0) {
+    close(ends[0]);
+    return nullptr;
+  }
+  return std::make_unique<LinuxChildProcess>(process, ends[0]);
+}
+
+bool ParentChannel::Read(std::span<char> bytes) {
+  while (!bytes.empty()) {
+    const ssize_t got = Retry([&] { return read(STDIN_FILENO, bytes.data(), bytes.size()); });
+    if (got <= 0) return false;
+    bytes = bytes.subspan(static_cast<std::size_t>(got));
+  }
+  return true;
+}
+
+bool ParentChannel::Write(std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t sent = Retry([&] { return write(STDOUT_FILENO, bytes.data(), bytes.size()); });
+    if (sent <= 0) return false;
+    bytes.remove_prefix(static_cast<std::size_t>(sent));
+  }
+  return true;
+}
+
+void EndThisProcessAfter(std::chrono::seconds time) {
+  // The thread that started this process may have blocked it.
+  sigset_t alarms;
+  sigemptyset(&alarms);
+  sigaddset(&alarms, SIGALRM);
+  sigprocmask(SIG_UNBLOCK, &alarms, nullptr);
+  signal(SIGALRM, SIG_DFL);
+  alarm(static_cast<unsigned>(time.count()));
+}
+
+}  // namespace tallow
