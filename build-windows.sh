@@ -20,12 +20,12 @@ qt=$(sed -n 's/^TALLOW_WINDOWS_QT:[A-Z]*=//p' "$build/CMakeCache.txt")
 {
   echo "tallow.exe $version contains the libraries below. readme.txt describes where its own source and the"
   echo "build scripts are. The libraries are those of Debian $(. /etc/os-release; echo "$VERSION_ID"), whose source packages are public:"
-  for package in qt6-base-dev libutf8proc-dev nlohmann-json3-dev libxxhash-dev g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev; do
+  for package in qt6-base-dev libutf8proc-dev libtag1-dev libsqlite3-dev nlohmann-json3-dev libxxhash-dev g++-mingw-w64-x86-64-posix mingw-w64-x86-64-dev; do
     dpkg-query -W -f='  ${source:Package} ${source:Version}\n' "$package"
   done
   echo "Portions of this software are copyright The FreeType Project (www.freetype.org). All rights reserved."
   echo "This software is based in part on the work of the Independent JPEG Group."
-  for notice in "$qt"/notices/*.txt /usr/share/doc/{libutf8proc-dev,nlohmann-json3-dev,libxxhash-dev,g++-mingw-w64-x86-64-posix,mingw-w64-x86-64-dev}/copyright; do
+  for notice in "$qt"/notices/*.txt /usr/share/doc/{libutf8proc-dev,libtag1-dev,libsqlite3-dev,nlohmann-json3-dev,libxxhash-dev,g++-mingw-w64-x86-64-posix,mingw-w64-x86-64-dev}/copyright; do
     printf '\n\n======== %s\n\n' "$(sed 's|.*/notices/||; s|/usr/share/doc/||; s|/copyright$||; s|\.txt$||' <<< "$notice")"
     cat "$notice"
   done

@@ -15,6 +15,7 @@
 #include "app/search/system_volumes.h"
 #include "app/system.h"
 #include "app/tallow.h"
+#include "details/child_reader.h"
 #include "player/player_link.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_style.h"
@@ -157,6 +158,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
 int main(int argc, char** argv) {
   using tallow::CommandLine;
   try {
+    // A child that reads song details has no windows, and its output belongs to its parent.
+    if (argc == 2 && argv[1] == tallow::kServeDetailsOption) return tallow::ServeSongDetails();
     tallow::UseTerminal();
     const CommandLine line = tallow::ParseCommandLine(tallow::ProgramArguments(argc, argv));
     if (!line.error.empty() && !line.is_folder_error) {

@@ -70,5 +70,6 @@ libraries=$(packaging/windows-libraries.sh)
 build windows-core -DTALLOW_WINDOWS_LIBRARIES="$libraries"
 build fuzz
 build release -DTALLOW_WINDOWS_TESTS="$PWD/build/windows-core/tallow_core_tests.exe" \
-  -DTALLOW_LOAD_FUZZER="$PWD/build/fuzz/tallow_load_fuzzer"
+  -DTALLOW_LOAD_FUZZER="$PWD/build/fuzz/tallow_load_fuzzer" \
+  -DTALLOW_TAGS_FUZZER="$PWD/build/fuzz/tallow_tags_fuzzer"
 ctest --test-dir build/release --output-on-failure -j "$(nproc)"

@@ -2,7 +2,7 @@
 # The libraries for Windows that the Qt-free code and its tests use, built by
 # packaging/windows-libraries.sh.
 set(TALLOW_WINDOWS_LIBRARIES "" CACHE PATH "Folder that packaging/windows-libraries.sh prints")
-if(NOT EXISTS "${TALLOW_WINDOWS_LIBRARIES}/lib/libutf8proc.a")
+if(NOT EXISTS "${TALLOW_WINDOWS_LIBRARIES}/lib/libsqlite3.a")
   message(
     FATAL_ERROR
       "TALLOW_WINDOWS_LIBRARIES is not set to the folder that packaging/windows-libraries.sh prints. "
@@ -18,4 +18,7 @@ endfunction()
 
 tallow_import(tallow_utf8proc libutf8proc.a)
 target_compile_definitions(tallow_utf8proc INTERFACE UTF8PROC_STATIC)
+tallow_import(tallow_taglib libtag.a)
+target_compile_definitions(tallow_taglib INTERFACE TAGLIB_STATIC)
+tallow_import(tallow_sqlite libsqlite3.a)
 tallow_import(GTest::gtest libgtest.a)

@@ -48,6 +48,14 @@ else()
     set_tests_properties(fuzz.load_jukebox PROPERTIES TIMEOUT 300)
   endif()
 
+  # The same for the tags of songs.
+  set(TALLOW_TAGS_FUZZER "" CACHE FILEPATH "tallow_tags_fuzzer, to run it as a test")
+  if(TALLOW_TAGS_FUZZER)
+    add_test(NAME fuzz.read_tags COMMAND ${CMAKE_SOURCE_DIR}/tests/fuzz/read_tags.sh
+                                         ${TALLOW_TAGS_FUZZER} ${CMAKE_BINARY_DIR}/tests/fuzz_tags 30)
+    set_tests_properties(fuzz.read_tags PROPERTIES TIMEOUT 300)
+  endif()
+
   # The same tests as a Windows program under Wine, if the preset "windows-core" has been built.
   set(TALLOW_WINDOWS_TESTS "" CACHE FILEPATH "tallow_core_tests.exe, to run it under Wine")
   if(TALLOW_WINDOWS_TESTS)
