@@ -34,8 +34,34 @@ std::optional<char> ByteOf(char32_t character) noexcept {
   return std::nullopt;
 }
 
+/// Length of the UTF-8 sequence that a byte starts; 0 for a byte that starts no sequence of several
+/// bytes.
+std::size_t LengthFromFirstByte(char first) noexcept {
+  const auto byte = static_cast<unsigned char>(first);
+  if (byte >= 0xC2 && byte <= 0xDF) return 2;
+  if (byte >= 0xE0 && byte <= 0xEF) return 3;
+  return byte >= 0xF0 && byte <= 0xF4 ? 4 : 0;
+}
+
+/// The bytes without the beginning of a UTF-8 character whose remaining bytes were cut off.
+std::string_view WithoutCutCharacter(std::string_view bytes) noexcept {
+  constexpr std::size_t kMaxCut = 3;
+  for (std::size_t cut = 1; cut <= std::min(kMaxCut, bytes.size()); ++cut) {
+    const char byte = bytes[bytes.size() - cut];
+    if ((static_cast<unsigned char>(byte) & 0xC0U) == 0x80) continue;
+    return LengthFromFirstByte(byte) > cut ? bytes.substr(0, bytes.size() - cut) : bytes;
+  }
+  return bytes;
+}
+
+/// The part of a field before the NULs that pad it.
+std::string_view WithoutPadding(std::string_view bytes) noexcept {
+  return bytes.substr(0, bytes.find_last_not_of('\0') + 1);
+}
+
 bool LooksLikeUtf8(std::string_view bytes) noexcept {
-  return !IsAscii(bytes) && IsValidUtf8(bytes);
+  const std::string_view whole = WithoutCutCharacter(WithoutPadding(bytes));
+  return !IsAscii(whole) && IsValidUtf8(whole);
 }
 
 std::string Fit(std::string bytes, std::size_t length) {
@@ -56,8 +82,13 @@ std::string CutUtf8(std::string_view text, std::size_t length) {
 }  // namespace
 
 std::string DecodeTagField(std::string_view bytes) {
-  if (IsAscii(bytes) || LooksLikeUtf8(bytes)) return std::string(bytes);
+  if (IsAscii(bytes)) return std::string(bytes);
   std::string text;
+  if (LooksLikeUtf8(bytes)) {
+    const std::string_view unpadded = WithoutPadding(bytes);
+    text = WithoutCutCharacter(unpadded);
+    return text.append(bytes.size() - unpadded.size(), '\0');
+  }
   for (const char byte : bytes)
     AppendCharacter(text, CharacterOf(static_cast<unsigned char>(byte)));
   return text;

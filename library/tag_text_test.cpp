@@ -19,8 +19,25 @@ TEST(TagText, TheFiveUndefinedBytesAreKept) {
 TEST(TagText, AFieldOfValidUtf8IsDecodedAsUtf8) {
   EXPECT_EQ(DecodeTagField("Bj\xC3\xB6rk"), "Bj\xC3\xB6rk");
   EXPECT_EQ(DecodeTagField("\xD0\x96"), "\xD0\x96");
-  // Cut in the middle of a character, the field is not valid UTF-8, so it is Windows-1252.
-  EXPECT_EQ(DecodeTagField("\xC3\xB6\xC3"), "\xC3\x83\xC2\xB6\xC3\x83");
+}
+
+TEST(TagText, Utf8ThatIsCutInsideItsLastCharacterIsUtf8) {
+  EXPECT_EQ(DecodeTagField("\xC3\xB6\xC3"), "\xC3\xB6");
+  EXPECT_EQ(DecodeTagField("\xD0\x96 \xE3\x81"), "\xD0\x96 ");
+  EXPECT_EQ(DecodeTagField("\xD0\x96\xF0\x9F\x8E"), "\xD0\x96");
+  EXPECT_EQ(DecodeTagField(std::string_view("\xD0\x96\xD0\0\0", 5)),
+            std::string("\xD0\x96\0\0", 4));
+}
+
+TEST(TagText, ACutCharacterAloneDoesNotMakeAFieldUtf8) {
+  EXPECT_EQ(DecodeTagField("Caf\xE9"), "Caf\xC3\xA9");
+  EXPECT_EQ(DecodeTagField("\xC3\xB6\x9F"), "\xC3\x83\xC2\xB6\xC5\xB8");    // no first byte
+  EXPECT_EQ(DecodeTagField("\xC3\xB6\xC3x"), "\xC3\x83\xC2\xB6\xC3\x83x");  // not at the end
+}
+
+TEST(TagText, TextThatLooksLikeCutUtf8IsWrittenAsUtf8) {
+  const std::string text = "\xC3\x83\xC2\xB6\xC3\x83";  // its Windows-1252 bytes are C3 B6 C3
+  EXPECT_EQ(EncodeTagField(text, 3), "\xC3\x83 ");
 }
 
 TEST(TagText, NulsAreKept) {
