@@ -2,7 +2,6 @@
 #include "util/natural_order.h"
 
 #include <cstddef>
-#include <string>
 
 #include "util/text.h"
 
@@ -23,23 +22,27 @@ std::string_view TakeNumber(std::string_view text, std::size_t& position) noexce
 }  // namespace
 
 bool NaturalLess(std::string_view a, std::string_view b) {
-  const std::string lower_a = ToLower(a);
-  const std::string lower_b = ToLower(b);
+  return NaturalKeyLess(ToLower(a), ToLower(b));
+}
+
+std::string NaturalKey(std::string_view text) { return ToLower(ToNfc(text)); }
+
+bool NaturalKeyLess(std::string_view a, std::string_view b) noexcept {
   std::size_t i = 0;
   std::size_t j = 0;
-  while (i < lower_a.size() && j < lower_b.size()) {
-    if (IsDigit(lower_a[i]) && IsDigit(lower_b[j])) {
-      const std::string_view m = TakeNumber(lower_a, i);
-      const std::string_view n = TakeNumber(lower_b, j);
+  while (i < a.size() && j < b.size()) {
+    if (IsDigit(a[i]) && IsDigit(b[j])) {
+      const std::string_view m = TakeNumber(a, i);
+      const std::string_view n = TakeNumber(b, j);
       if (m.size() != n.size()) return m.size() < n.size();
       if (m != n) return m < n;
       continue;
     }
-    const char32_t c = NextCharacter(lower_a, i);
-    const char32_t d = NextCharacter(lower_b, j);
+    const char32_t c = NextCharacter(a, i);
+    const char32_t d = NextCharacter(b, j);
     if (c != d) return c < d;
   }
-  return j < lower_b.size();
+  return j < b.size();
 }
 
 }  // namespace tallow

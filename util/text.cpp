@@ -2,6 +2,8 @@
 #include "util/text.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <utf8proc.h>
 
 namespace tallow {
@@ -93,6 +95,18 @@ std::string ToUpper(std::string_view text) {
     AppendMapped(upper, text, utf8proc_toupper);
   }
   return upper;
+}
+
+std::string ToNfc(std::string_view text) {
+  if (IsAscii(text) || !IsValidUtf8(text)) return std::string(text);
+  utf8proc_uint8_t* composed = nullptr;
+  const auto length =
+      utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
+                   static_cast<utf8proc_ssize_t>(text.size()), &composed,
+                   static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
+  const std::unique_ptr<utf8proc_uint8_t, void (*)(void*)> owner(composed, std::free);
+  if (length < 0) return std::string(text);
+  return {reinterpret_cast<const char*>(composed), static_cast<std::size_t>(length)};
 }
 
 bool EqualsIgnoringCase(std::string_view a, std::string_view b) {

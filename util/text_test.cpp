@@ -59,5 +59,14 @@ TEST(TextLines, LineEndsOfEverySystemAreRecognized) {
   EXPECT_TRUE(SplitLines("").empty());
 }
 
+TEST(Text, NfcComposesCharactersAndKeepsInvalidBytes) {
+  EXPECT_EQ(ToNfc("plain"), "plain");
+  EXPECT_EQ(ToNfc("Bjo\xCC\x88rk"), "Bj\xC3\xB6rk");
+  EXPECT_EQ(ToNfc("Bj\xC3\xB6rk"), "Bj\xC3\xB6rk");
+  EXPECT_EQ(ToNfc("\xE3\x81\x8B\xE3\x82\x99"), "\xE3\x81\x8C");
+  EXPECT_EQ(ToNfc("o\xCC\x88\xFF"), "o\xCC\x88\xFF");
+  EXPECT_EQ(ToNfc(""), "");
+}
+
 }  // namespace
 }  // namespace tallow
