@@ -13,6 +13,8 @@ namespace {
 /// Reference implementation: linear search over the children, each text used as a pattern.
 Folder& ReferenceFolderFor(FolderTree& tree, Folder& category, const std::string& value,
                            bool exact) {
+  for (Folder* same = category.Child(); same != nullptr && !exact; same = same->Next())
+    if (ToLower(same->Text()) == ToLower(value)) return *same;
   Folder* child = category.Child();
   for (std::int32_t k = 0; k < category.Children(); ++k, child = child->Next()) {
     const bool matches =

@@ -67,8 +67,8 @@ class Filing {
     tag_.LoadMP3({}, block);
     if (!tag_.TagExists()) return;
     const SongEntry entry = EntryOf(library_.Song(row));
-    std::string artist = tag_.Artist();
-    std::string year = tag_.Year();
+    std::string artist(StripAtNul(tag_.Artist()));
+    std::string year(StripAtNul(tag_.Year()));
     StripBrackets(artist);
     StripBrackets(year);
     if (artist_ && !artist.empty()) artist_->FolderFor(artist).Items().push_back(entry);
@@ -87,14 +87,13 @@ class Filing {
     if (Folder* const category = tree_.Find(text)) index.emplace(tree_, *category, match);
   }
 
-  /// Whether to file a song by this year. A text that starts with NUL is no year, but not an error.
-  /// A text that is not a number is reported as an error of the song.
+  /// Whether to file a song by this year. A text that is not a number is reported as an error of the
+  /// song.
   bool IsYear(const std::string& year, std::int32_t row) {
-    if (year.empty() || year.front() == '\0') return false;
+    if (year.empty()) return false;
     const std::optional<std::int32_t> number = TryConvertToInt32(year);
     if (!number)
-      problems_.push_back(library_.Song(row).Path() + ": the year in the tag, '" +
-                          std::string(StripAtNul(year)) +
+      problems_.push_back(library_.Song(row).Path() + ": the year in the tag, '" + year +
                           "', is not a number. The song is in no year and no decade folder.");
     return number && *number != 0;
   }

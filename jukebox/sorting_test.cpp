@@ -259,9 +259,27 @@ TEST_F(SortingTest, TheFirstMatchingFolderInTreeOrderGetsTheSong) {
   AddAutomaticFolders(jukebox);
   for (const char* text : {"Q*n", "Queen", "Qu"})
     Add(jukebox, text, jukebox.Nodes().Find("Artist"));
-  Song({.artist = "Queen"});
+  Song({.artist = "Queen Latifah"});
   Fill();
   EXPECT_EQ(In("Artist/Q*n"), "1");
+}
+
+TEST_F(SortingTest, AFolderOfTheSameTextGetsTheSongBeforeAnEarlierMatch) {
+  AddAutomaticFolders(jukebox);
+  for (const char* text : {"Q*n", "Qu", "queen", "Queen"})
+    Add(jukebox, text, jukebox.Nodes().Find("Artist"));
+  Song({.artist = "Queen"});
+  Fill();
+  EXPECT_EQ(In("Artist/queen"), "1");
+}
+
+TEST_F(SortingTest, AnArtistWithWildcardsHasOneFolder) {
+  AddAutomaticFolders(jukebox);
+  Song({.artist = "The #1s"});
+  Song({.artist = "The #1s"});
+  Fill();
+  EXPECT_EQ(Below("Artist"), "The #1s");
+  EXPECT_EQ(In("Artist/The #1s"), "1 2");
 }
 
 TEST_F(SortingTest, NumbersWithoutAGenreAreNotFiled) {
@@ -273,12 +291,14 @@ TEST_F(SortingTest, NumbersWithoutAGenreAreNotFiled) {
   EXPECT_EQ(Below("Genre"), "Synth Pop");
 }
 
-TEST_F(SortingTest, ArtistsPaddedWithNulsAreDifferentNames) {
+TEST_F(SortingTest, ArtistsAndYearsEndAtTheFirstNul) {
   AddAutomaticFolders(jukebox);
-  Song({.artist = "Queen", .padding = '\0'});
-  Song({.artist = "Queen"});
+  Song({.artist = "Queen ", .year = std::string("85\0x", 4), .padding = '\0'});
+  Song({.artist = "Queen", .year = "85"});
+  Song({.artist = std::string("\0x", 2), .padding = '\0'});
   Fill();
-  EXPECT_EQ(jukebox.Nodes().Find("Artist")->Children(), 2);
+  EXPECT_EQ(Below("Artist"), "Queen");
+  EXPECT_EQ(Below("Year"), "85");
 }
 
 TEST_F(SortingTest, MissingSongsAreNotFiled) {
@@ -479,8 +499,8 @@ class ReferenceFiling {
     MP3TagEditor tag;
     tag.LoadMP3(std::string(library_.Mp3Info(1, row)) + std::string(library_.Mp3Info(2, row)));
     if (!tag.TagExists()) return;
-    std::string artist(Trim(tag.Artist()));
-    std::string year(Trim(tag.Year()));
+    std::string artist(Trim(tag.Artist().c_str()));
+    std::string year(Trim(tag.Year().c_str()));
     StripBrackets(artist);
     StripBrackets(year);
     Folder* const artists = tree_.Find("Artist");
@@ -504,6 +524,8 @@ class ReferenceFiling {
   }
 
   Folder& Prefix(Folder& category, const std::string& value) {
+    for (Folder* child = category.Child(); child != nullptr; child = child->Next())
+      if (ToLower(value) == ToLower(child->Text())) return *child;
     for (Folder* child = category.Child(); child != nullptr; child = child->Next())
       if (Like(ToLower(value), ToLower(child->Text()) + "*")) return *child;
     return tree_.AddChild(&category, value);
