@@ -203,12 +203,16 @@ class Digest {
     for (const char c : folder.Text()) Add(static_cast<unsigned char>(c));
     Add(folder.Items().size());
     for (const SongEntry& entry : folder.Items()) Add(static_cast<std::uint32_t>(entry.SubItem()));
+    if (folder.Automatic()) Add(kAutomatic);
     Add(static_cast<std::uint32_t>(folder.Children()));
     for (std::int32_t k = 0; k < folder.Children(); ++k) Add(folder.ChildAt(k));
   }
   std::uint64_t Value() const noexcept { return state_; }
 
  private:
+  /// Stands for the mark of a folder; no number of songs or folders is that large.
+  static constexpr std::uint64_t kAutomatic = ~std::uint64_t{0};
+
   std::uint64_t state_ = 0;
 };
 

@@ -86,6 +86,11 @@ class Folder {
   bool Open() const noexcept { return open_; }
   void Open(bool open) noexcept { open_ = open; }
 
+  /// Whether the folder is marked as one that the program fills although its text alone does not
+  /// say so, see FindAlbumFolder. A copy of a folder is not marked.
+  bool Automatic() const noexcept { return automatic_; }
+  void Automatic(bool automatic) noexcept { automatic_ = automatic; }
+
   /// Whether the given folder is this folder or lies below it on any level.
   bool Holds(const Folder& folder) const noexcept;
   /// Number of levels below this folder; 0 without subfolders.
@@ -125,6 +130,7 @@ class Folder {
   std::int32_t image_ = kClosedFolder;
   std::int32_t selected_image_ = kOpenFolder;
   bool open_ = false;
+  bool automatic_ = false;
   std::int32_t level_ = 0;
   std::int32_t index_ = 0;
   Folder* parent_ = nullptr;
@@ -262,7 +268,8 @@ class FolderTree {
   FolderTreeObserver* observer_ = nullptr;
 };
 
-/// Returns a hash of a tree's content: the folders with their texts, and the songs, all in order.
+/// Returns a hash of a tree's content: the folders with their texts and marks, and the songs, all in
+/// order.
 /// Equal contents have equal hashes. Different contents have different hashes, except in a
 /// 64-bit hash collision.
 std::uint64_t ContentHash(const FolderTree& tree);

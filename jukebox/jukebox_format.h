@@ -27,7 +27,8 @@ namespace tallow {
 // Folders are stored in tree order, each after its parent. "key" is the number of a folder in this
 // file, from 1. "parent" is the key of the parent folder, 0 at top level. "image" and
 // "selectedImage" are the folder's pictures (see FolderImage). "open" is true if the folder is
-// expanded. "songs" are record numbers of the song library, in list order. "names" has the file
+// expanded. "automatic" is true if the folder is marked as an automatic one (see FindAlbumFolder),
+// and is written only then. "songs" are record numbers of the song library, in list order. "names" has the file
 // name of each song that is used and whose name is known. It serves to find the song again if its
 // record number has changed. "columns" are the headers of the list. The reader ignores members with
 // other names.
@@ -65,6 +66,7 @@ struct JukeboxContent {
     std::int32_t selected_image = 0;
     std::uint32_t parent = 0;  ///< 0 at top level
     bool open = false;
+    bool automatic = false;
     std::vector<std::int32_t> songs;
   };
 

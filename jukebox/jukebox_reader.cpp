@@ -49,6 +49,10 @@ class Reader : public nlohmann::json_sax<Json> {
       CurrentFolder().open = value;
       return true;
     }
+    if (Current() == Container::kFolder && name_ == "automatic") {
+      CurrentFolder().automatic = value;
+      return true;
+    }
     return AcceptIfIgnored();
   }
   bool number_integer(Json::number_integer_t value) override { return AcceptNumber(value); }
@@ -156,8 +160,8 @@ class Reader : public nlohmann::json_sax<Json> {
     kIgnored
   };
   /// The members of a folder, one bit each. The first five are required.
-  static constexpr std::string_view kFolderMembers[] = {"key",   "text",  "parent",       "open",
-                                                        "songs", "image", "selectedImage"};
+  static constexpr std::string_view kFolderMembers[] = {
+      "key", "text", "parent", "open", "songs", "image", "selectedImage", "automatic"};
   static constexpr unsigned kRequired = 0b11111;
 
   static bool IsRootMember(std::string_view name) {
@@ -320,6 +324,7 @@ void FillTree(const JukeboxContent& content, const clsMain& library, FolderTree&
     Folder* const parent = from.parent == 0 ? nullptr : folders.at(from.parent);
     Folder& folder = tree.AddChild(parent, from.text, from.image, from.selected_image);
     folder.Open(from.open);
+    folder.Automatic(from.automatic);
     folders.emplace(from.key, &folder);
     folder.Items().reserve(from.songs.size());
     for (const std::int32_t song : from.songs)

@@ -62,7 +62,8 @@ void AppendFolders(std::string& to, const Folder& folder, std::uint32_t parent, 
   AppendNumber(to, folder.SelectedImage());
   to += ",\"parent\":";
   AppendNumber(to, parent);
-  to += folder.Open() ? ",\"open\":true,\"songs\":[" : ",\"open\":false,\"songs\":[";
+  to += folder.Open() ? ",\"open\":true" : ",\"open\":false";
+  to += folder.Automatic() ? ",\"automatic\":true,\"songs\":[" : ",\"songs\":[";
   AppendSongs(to, folder.Items(), used);
   to += "]}";
   for (std::int32_t k = 0; k < folder.Children(); ++k)

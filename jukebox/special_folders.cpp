@@ -28,10 +28,25 @@ bool IsFirstOfItsText(const Folder& folder) noexcept {
   return true;
 }
 
+/// Whether a folder at top level is the automatic "Album".
+bool IsAlbumFolder(const Folder& folder) noexcept {
+  if (!folder.Automatic() || folder.Text() != kAlbumFolder) return false;
+  for (const Folder* before = folder.Previous(); before != nullptr; before = before->Previous())
+    if (before->Automatic() && before->Text() == kAlbumFolder) return false;
+  return true;
+}
+
 }  // namespace
 
+Folder* FindAlbumFolder(const FolderTree& tree) noexcept {
+  for (std::int32_t k = 0; k < tree.Children(); ++k)
+    if (Folder& folder = tree.ChildAt(k); IsAlbumFolder(folder)) return &folder;
+  return nullptr;
+}
+
 bool IsSpecialFolder(const Folder& folder) noexcept {
-  if (folder.Level() == 0) return IsOneOf(kTopLevel, folder.Text()) && IsFirstOfItsText(folder);
+  if (folder.Level() == 0)
+    return IsAlbumFolder(folder) || (IsOneOf(kTopLevel, folder.Text()) && IsFirstOfItsText(folder));
   return folder.Level() == 1 && IsOneOf(kBelowDecades, folder.Text()) &&
          folder.Parent()->Text() == kDecades && IsFirstOfItsText(*folder.Parent()) &&
          IsFirstOfItsText(folder);

@@ -1,13 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <string_view>
+
 namespace tallow {
 
 class Folder;
+class FolderTree;
+
+/// The text of the automatic folder of albums.
+inline constexpr std::string_view kAlbumFolder = "Album";
+
+/// The folder of albums: the first "Album" at top level that is marked (Folder::Automatic). Null
+/// when there is none; a folder "Album" of the user is not marked.
+Folder* FindAlbumFolder(const FolderTree& tree) noexcept;
 
 /// Whether a folder is one that the program fills: "All Songs", "Artist", "Genre", "Decades",
-/// "Year" or "New" at top level, or "20's" to "90's" or "00's" directly below the special
-/// "Decades". Texts are compared exactly. If several siblings have the same text, only the first is
+/// "Year", "New" or the marked "Album" at top level, or "20's" to "90's" or "00's" directly below
+/// the special "Decades". Texts are compared exactly. If several siblings have the same text, only the first is
 /// special, because songs are filed into the first. The others, and folders with these texts
 /// elsewhere, are ordinary folders.
 bool IsSpecialFolder(const Folder& folder) noexcept;
