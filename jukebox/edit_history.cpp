@@ -9,10 +9,22 @@ namespace tallow {
 
 void EditHistory::Begin(const Folder* folder_to_show) {
   open_ = {};
-  open_.show_after_undo = open_.show_after_redo = const_cast<Folder*>(folder_to_show);
+  is_open_ = true;
+  Show(folder_to_show);
+}
+
+void EditHistory::Show(const Folder* folder) {
+  open_.show_after_undo = open_.show_after_redo = const_cast<Folder*>(folder);
+}
+
+void EditHistory::Discard() {
+  ToggleAll(open_, true);
+  open_ = {};
+  is_open_ = false;
 }
 
 void EditHistory::End() {
+  is_open_ = false;
   if (open_.changes.empty()) return;
   DropRedo();
   open_.bytes = BytesOf(open_);
@@ -82,6 +94,71 @@ void EditHistory::SongsReordered(Folder& folder, std::vector<std::int32_t> order
   SongReorder change{&folder, Permutation(std::move(order))};
   change.order.Invert();
   open_.changes.emplace_back(std::move(change));
+}
+
+void EditHistory::FoldersAppended(Folder& parent, std::int32_t first) {
+  for (std::int32_t k = first; k < parent.Children(); ++k)
+    open_.changes.emplace_back(FolderPresence{&parent.ChildAt(k), &parent, k, nullptr});
+}
+
+void EditHistory::SongsAppended(Folder& folder, std::size_t first) {
+  if (first >= folder.Items().size()) return;
+  Positions positions(folder.Items().size() - first);
+  std::iota(positions.begin(), positions.end(), static_cast<std::int32_t>(first));
+  open_.changes.emplace_back(SongPresence{&folder, ElementToggle(std::move(positions), true), {}});
+}
+
+template <typename Concerns>
+bool EditHistory::AnyChange(const Concerns& concerns) const {
+  const auto any = [&](const Step& step) {
+    return std::any_of(step.changes.begin(), step.changes.end(), concerns);
+  };
+  return std::any_of(undo_.begin(), undo_.end(), any) ||
+         std::any_of(redo_.begin(), redo_.end(), any);
+}
+
+template <typename Change>
+void EditHistory::Arrange(Change change, bool is_stored) {
+  TreeChange toggled(std::move(change));
+  Toggle(toggled, tree_);
+  if (is_open_) {
+    open_.changes.push_back(std::move(toggled));
+    return;
+  }
+  if (!is_stored) return;
+  const auto add = [&](Step& step, auto place) {
+    const TreeChange& added =
+        *step.changes.insert(place, TreeChange(Change(std::get<Change>(toggled))));
+    const std::size_t bytes = tallow::BytesOf(added);
+    step.bytes += bytes;
+    bytes_ += bytes;
+  };
+  if (!undo_.empty()) add(undo_.back(), undo_.back().changes.end());
+  if (!redo_.empty()) add(redo_.back(), redo_.back().changes.begin());
+}
+
+void EditHistory::ArrangeFolders(Folder& parent, std::vector<std::int32_t> order) {
+  if (std::is_sorted(order.begin(), order.end())) return;
+  const bool is_stored = AnyChange([&](const TreeChange& change) {
+    if (const auto* const presence = std::get_if<FolderPresence>(&change))
+      return presence->parent == &parent;
+    if (const auto* const reorder = std::get_if<FolderReorder>(&change))
+      return reorder->parent == &parent;
+    // A move stores only one of its two parents.
+    return std::holds_alternative<FolderMove>(change);
+  });
+  Arrange(FolderReorder{&parent, Permutation(std::move(order))}, is_stored);
+}
+
+void EditHistory::ArrangeSongs(Folder& folder, std::vector<std::int32_t> order) {
+  if (std::is_sorted(order.begin(), order.end())) return;
+  const bool is_stored = AnyChange([&](const TreeChange& change) {
+    if (const auto* const presence = std::get_if<SongPresence>(&change))
+      return presence->folder == &folder;
+    const auto* const reorder = std::get_if<SongReorder>(&change);
+    return reorder != nullptr && reorder->folder == &folder;
+  });
+  Arrange(SongReorder{&folder, Permutation(std::move(order))}, is_stored);
 }
 
 void EditHistory::ToggleAll(Step& step, bool undo) {

@@ -34,6 +34,9 @@ namespace tallow {
 /// once and must keep stored positions valid:
 /// - Filing appends songs and folders. They come after every position that is stored, so nothing
 ///   needs to be adjusted.
+/// - Filing may then arrange what it has appended. If a step holds positions in that folder, the
+///   arrangement becomes part of the two steps beside the present state: undoing the one, and
+///   redoing the other, first restores the order in which the positions are valid.
 /// - Songs whose files are gone are removed from the shown list. SongsPruned removes them from all
 ///   other states: starting at the present state, it converts their positions, change by change, to
 ///   those of the next state, see list_positions.h.
@@ -80,6 +83,25 @@ class EditHistory {
   /// Records a reordering of a folder's songs that has already been done.
   /// \param order for each new position, the old position of the song there; both from 0
   void SongsReordered(Folder& folder, std::vector<std::int32_t> order);
+
+  // Filing appends folders and songs without a step. A step that files songs records them with the
+  // next two functions, first the folders.
+  /// \param first index of the first appended subfolder
+  void FoldersAppended(Folder& parent, std::int32_t first);
+  /// \param first position of the first appended song
+  void SongsAppended(Folder& folder, std::size_t first);
+
+  // Reorders what filing has appended, as part of the open step or, without one, in all states. The
+  // order has for each new position the present one; both from 0. An order that changes nothing is
+  // ignored.
+  void ArrangeFolders(Folder& parent, std::vector<std::int32_t> order);
+  void ArrangeSongs(Folder& folder, std::vector<std::int32_t> order);
+
+  /// Reverts the changes of the open step and discards the step.
+  void Discard();
+
+  /// Sets the folder to show when the open step is undone or redone; null for none.
+  void Show(const Folder* folder);
 
   /// Call this after songs were removed from a folder without a command of the user.
   /// \param positions the positions the songs had
@@ -147,6 +169,10 @@ class EditHistory {
   };
 
   void Make(TreeChange change);
+  template <typename Change>
+  void Arrange(Change change, bool is_stored);
+  template <typename Concerns>
+  bool AnyChange(const Concerns& concerns) const;
   void ToggleAll(Step& step, bool undo);
   void RemoveSongsFiledMeanwhile(Step& redone);
   Folder* IfInTree(Folder* folder) const;
@@ -159,6 +185,7 @@ class EditHistory {
 
   FolderTree& tree_;
   Step open_{};             ///< the step between Begin and End
+  bool is_open_ = false;    ///< between Begin and End
   std::deque<Step> undo_;   ///< latest step at the end
   std::vector<Step> redo_;  ///< next step to redo at the end
   bool last_was_undo_ = false;
