@@ -6,6 +6,7 @@
 
 #include "jukebox/jukebox.h"
 #include "jukebox/sorting.h"
+#include "jukebox/special_folders.h"
 #include "library/cls_main.h"
 
 namespace tallow {
@@ -30,7 +31,7 @@ void AddStandardColumns(Jukebox& jukebox) {
 
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,
                          const std::function<void()>& show, const TagCache* found_tags,
-                         const FilingProgress& progress) {
+                         const FilingProgress& progress, const ReadTags& read_tags) {
   jukebox.Tag("1");
   jukebox.Caption(kBuildingCaption);
   AddStandardColumns(jukebox);
@@ -39,11 +40,12 @@ void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* 
   const bool any_songs = library.UBoundOfMp3Array() > 0;
   AddWithChildren(jukebox, "Decades",
                   {"20's", "30's", "40's", "50's", "60's", "70's", "80's", "90's", "00's"});
+  if (library.Switches().albums) Add(jukebox, nullptr, kAlbumFolder).Automatic(true);
   std::optional<FilingError> unfiled;
   if (any_songs) {
     try {
       FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags,
-                           progress);
+                           progress, read_tags);
     } catch (const FilingError& error) {
       unfiled = error;
     }

@@ -25,7 +25,7 @@ inline constexpr std::string_view kBuildingCaption =
 void AddStandardColumns(Jukebox& jukebox);
 
 /// Builds the sample jukebox: the automatic folders, filled from the library, and empty folders
-/// that suggest how to arrange songs. The sample jukebox is an ordinary jukebox without a file. The
+/// that suggest how to arrange songs. "Album" is among them with the switch `albums`. The sample jukebox is an ordinary jukebox without a file. The
 /// settings do not change.
 ///
 /// \param jukebox newly created, without folders
@@ -34,9 +34,10 @@ void AddStandardColumns(Jukebox& jukebox);
 /// \param found_tags see FillAutomaticFolders
 /// \param progress   see FillAutomaticFolders; if it cancels the filing, the remaining folders are
 ///                   still built
+/// \param read_tags  see FillAutomaticFolders
 /// \throws FilingError after everything is built and shown, see FillAutomaticFolders
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,
                          const std::function<void()>& show, const TagCache* found_tags = nullptr,
-                         const FilingProgress& progress = {});
+                         const FilingProgress& progress = {}, const ReadTags& read_tags = {});
 
 }  // namespace tallow

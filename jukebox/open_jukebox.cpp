@@ -10,7 +10,7 @@ namespace tallow {
 bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
                      clsMain& library, std::span<Jukebox* const> windows, const LoadFromFile& load,
                      const AskQuestion& ask, const TagCache* found_tags,
-                     const FilingProgress& progress) {
+                     const FilingProgress& progress, const ReadTags& read_tags) {
   if (!load(path, ask ? AskAboutConfusedSongs(path, library, ask) : ResolveConfusedSongs()))
     return false;
   if (jukebox.ColumnHeaders().empty()) jukebox.AddColumnHeader(kNameHeader);
@@ -18,7 +18,7 @@ bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox&
   jukebox.Caption(caption.empty() ? NameOfPath(path) : caption);
   jukebox.FileLocation(FolderOfPath(path));
   FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), library, windows, found_tags,
-                       progress);
+                       progress, read_tags);
   return true;
 }
 

@@ -29,12 +29,13 @@ using LoadFromFile = std::function<bool(const std::string& path, const ResolveCo
 /// \param found_tags sealed cache of tags already read; null for none
 /// \param progress   see FillAutomaticFolders; if it cancels the filing, the jukebox is open with
 ///                   the songs filed so far
+/// \param read_tags  see FillAutomaticFolders
 /// \returns false when the file cannot be used; jukebox.FileProblem() has the reason, and nothing
 /// has changed
 /// \throws FilingError after everything else is done, see FillAutomaticFolders
 bool OpenJukeboxFile(const std::string& path, std::string_view caption, Jukebox& jukebox,
                      clsMain& library, std::span<Jukebox* const> windows, const LoadFromFile& load,
                      const AskQuestion& ask, const TagCache* found_tags = nullptr,
-                     const FilingProgress& progress = {});
+                     const FilingProgress& progress = {}, const ReadTags& read_tags = {});
 
 }  // namespace tallow

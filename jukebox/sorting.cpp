@@ -1,18 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/sorting.h"
 
-#include <array>
 #include <optional>
 #include <utility>
 
-#include "jukebox/category_index.h"
+#include "jukebox/filing.h"
+#include "jukebox/filing_tags.h"
 #include "jukebox/jukebox.h"
 #include "library/cls_main.h"
 #include "library/folder_scan.h"
-#include "library/mp3_tag_editor.h"
-#include "library/tag_cache.h"
-#include "util/number.h"
-#include "util/read_ahead.h"
+#include "library/mp3_genra.h"
 #include "util/text.h"
 
 namespace tallow {
@@ -20,99 +17,12 @@ namespace {
 
 constexpr std::string_view kAllSongs = "All Songs";
 
-/// Number of tags that a thread reads in one batch, see ReadAhead.
-constexpr std::size_t kTagsAtOnce = 64;
-
-/// Texts of the decade folders, indexed by the third digit of the year. The 10's have no folder.
-constexpr std::array<std::string_view, 10> kDecades = {"00's", "",     "20's", "30's", "40's",
-                                                       "50's", "60's", "70's", "80's", "90's"};
-
 /// Maximum number of entries without a song that are reported one by one; a damaged jukebox may
 /// have millions.
 constexpr std::size_t kMaxNamed = 100;
 
-/// Index, from 0, of the digit of a year that selects the decade.
-constexpr std::size_t kDecadeDigit = 2;
-
-/// Request for the tag of a song.
-struct TagQuestion {
-  std::optional<TagBlock> known;
-  std::string path;
-};
-
-TagQuestion TagQuestionOf(const SongView& song, const TagCache* found_tags) {
-  if (found_tags != nullptr)
-    if (const auto found = found_tags->Find(song.Folder(), song.Name())) return {found, {}};
-  return {std::nullopt, song.Path()};
-}
-
 /// Creates the entry of a song, with its record number and with its rank as icon.
 SongEntry EntryOf(const SongView& song) { return {song.RecordNumber(), song.Rank()}; }
-
-/// Files songs into one jukebox during one run.
-class Filing {
- public:
-  Filing(Jukebox& jukebox, const clsMain& library, std::vector<std::string>& problems)
-      : tree_(jukebox.Nodes()), library_(library), problems_(problems) {
-    if (Folder* const decades = tree_.Find("Decades"))
-      for (std::size_t k = 0; k < kDecades.size(); ++k)
-        if (!kDecades[k].empty()) decades_[k] = tree_.Find(kDecades[k], decades);
-    OpenCategory(genre_, "Genre", CategoryIndex::Match::kExact);
-    OpenCategory(artist_, "Artist", CategoryIndex::Match::kBeginning);
-    OpenCategory(year_, "Year", CategoryIndex::Match::kBeginning);
-  }
-
-  /// Files a song by its tag.
-  void File(std::int32_t row, const TagBlock& block) {
-    tag_.LoadMP3({}, block);
-    if (!tag_.TagExists()) return;
-    const SongEntry entry = EntryOf(library_.Song(row));
-    std::string artist(StripAtNul(tag_.Artist()));
-    std::string year(StripAtNul(tag_.Year()));
-    StripBrackets(artist);
-    StripBrackets(year);
-    if (artist_ && !artist.empty()) artist_->FolderFor(artist).Items().push_back(entry);
-    if (year_ && IsYear(year, row)) {
-      year_->FolderFor(year).Items().push_back(entry);
-      if (Folder* const decade = DecadeOf(year)) decade->Items().push_back(entry);
-    }
-    const std::string_view genre = GenreNameFromID(tag_.Genra());
-    if (genre_ && genre != "None" && !genre.empty())
-      genre_->FolderFor(genre).Items().push_back(entry);
-  }
-
- private:
-  void OpenCategory(std::optional<CategoryIndex>& index, std::string_view text,
-                    CategoryIndex::Match match) {
-    if (Folder* const category = tree_.Find(text)) index.emplace(tree_, *category, match);
-  }
-
-  /// Whether to file a song by this year. A text that is not a number is reported as an error of the
-  /// song.
-  bool IsYear(const std::string& year, std::int32_t row) {
-    if (year.empty()) return false;
-    const std::optional<std::int32_t> number = TryConvertToInt32(year);
-    if (!number)
-      problems_.push_back(library_.Song(row).Path() + ": the year in the tag, '" + year +
-                          "', is not a number. The song is in no year and no decade folder.");
-    return number && *number != 0;
-  }
-
-  Folder* DecadeOf(const std::string& year) const noexcept {
-    if (year.size() <= kDecadeDigit) return nullptr;
-    const char digit = year[kDecadeDigit];
-    return digit >= '0' && digit <= '9' ? decades_[static_cast<std::size_t>(digit - '0')] : nullptr;
-  }
-
-  FolderTree& tree_;
-  const clsMain& library_;
-  std::vector<std::string>& problems_;
-  MP3TagEditor tag_;
-  std::array<Folder*, kDecades.size()> decades_{};
-  std::optional<CategoryIndex> genre_;
-  std::optional<CategoryIndex> artist_;
-  std::optional<CategoryIndex> year_;
-};
 
 /// Result of filing into one jukebox.
 enum class Filed {
@@ -121,59 +31,72 @@ enum class Filed {
   kCancelled,  ///< cancelled before the last song
 };
 
-/// Files the songs that are not yet in one jukebox.
-Filed FillJukebox(int mode, Jukebox& jukebox, clsMain& library, const TagCache* found_tags,
-                  const FilingProgress& progress, std::vector<std::string>& problems) {
-  FolderTree& tree = jukebox.Nodes();
-  Folder* const all_songs = tree.Find(kAllSongs);
-  jukebox.IsFormDirty(true);
+/// How songs are filed, see FillAutomaticFolders.
+struct FilingRun {
+  int mode;
+  clsMain& library;
+  const TagCache* found_tags;
+  const FilingProgress& progress;
+  const ReadTags& read_tags;
+  std::vector<std::string>& problems;
+};
+
+/// The songs that one jukebox lacks, and the folders that hold every song.
+struct SongsToFile {
   std::vector<std::int32_t> rows;
-  // Each song is added to all its folders at once, so that filing can be cancelled after any song.
   std::vector<Folder*> for_all;
-  if (all_songs != nullptr) {
-    std::vector<char> flags;
-    MarkSongsToFile(*all_songs, library, flags, problems);
-    if (flags.empty()) return Filed::kNoSongs;
-    for (std::size_t k = 0; k < flags.size(); ++k)
-      if (flags[k]) rows.push_back(static_cast<std::int32_t>(k + 1));
-    for_all.push_back(all_songs);
-    Folder* const latest = tree.Find("New");
-    if (mode != kFillAllButNew && latest != nullptr) for_all.push_back(latest);
-  }
-  for (Folder* const folder : for_all)
-    folder->Items().reserve(folder->Items().size() + rows.size());
-  Filing filing(jukebox, library, problems);
+};
+
+/// Returns the songs to file into one jukebox; no value when the library is empty.
+std::optional<SongsToFile> FindSongsToFile(const FolderTree& tree, const FilingRun& run) {
+  SongsToFile songs;
+  Folder* const all_songs = tree.Find(kAllSongs);
+  if (all_songs == nullptr) return songs;
+  std::vector<char> flags;
+  MarkSongsToFile(*all_songs, run.library, flags, run.problems);
+  if (flags.empty()) return std::nullopt;
+  for (std::size_t k = 0; k < flags.size(); ++k)
+    if (flags[k]) songs.rows.push_back(static_cast<std::int32_t>(k + 1));
+  songs.for_all.push_back(all_songs);
+  Folder* const latest = tree.Find("New");
+  if (run.mode != kFillAllButNew && latest != nullptr) songs.for_all.push_back(latest);
+  for (Folder* const folder : songs.for_all)
+    folder->Items().reserve(folder->Items().size() + songs.rows.size());
+  return songs;
+}
+
+/// Files the songs that are not yet in one jukebox.
+Filed FillJukebox(Jukebox& jukebox, const FilingRun& run) {
+  clsMain& library = run.library;
+  jukebox.IsFormDirty(true);
+  const std::optional<SongsToFile> songs = FindSongsToFile(jukebox.Nodes(), run);
+  if (!songs) return Filed::kNoSongs;
+  Filing filing(jukebox.Nodes(), library, run.problems);
+  const SongTagReader reader(library, run.found_tags, run.read_tags, filing.FilesAlbums());
   std::size_t filed = 0;
   GoOn go_on;
-  if (progress) go_on = [&](std::string_view) { return progress(filed, rows.size()); };
-  // No value for a song on a drive that does not answer.
-  using Tag = std::optional<TagBlock>;
+  if (run.progress)
+    go_on = [&](std::string_view) { return run.progress(filed, songs->rows.size()); };
   Filed result = Filed::kAll;
   try {
-    ReadAhead(
-        rows.size(), kTagsAtOnce,
-        [&](std::size_t k) { return TagQuestionOf(library.Song(rows[k]), found_tags); },
-        [unanswered = library.Unanswered()](const TagQuestion& question) -> Tag {
-          if (question.known) return question.known;
-          if (unanswered->Covers(question.path)) return std::nullopt;
-          return ReadTagBlock(question.path);
-        },
-        [&](std::size_t k, const Tag& tag) {
-          if (tag) {
-            for (Folder* const folder : for_all)
-              folder->Items().push_back(EntryOf(library.Song(rows[k])));
-            filing.File(rows[k], *tag);
+    reader.Read(
+        songs->rows,
+        [&](std::size_t k, const ReadSong& song) {
+          // Each song is added to all its folders at once, so that filing can be cancelled after
+          // any song. A song on a drive that does not answer is not filed.
+          if (song.is_answered) {
+            for (Folder* const folder : songs->for_all)
+              folder->Items().push_back(EntryOf(library.Song(songs->rows[k])));
+            filing.File(songs->rows[k], song.tags);
             ++filed;
           }
           if (go_on && !go_on({})) throw Stopped();
         },
-        go_on
-            ? library.WaitingFor([&](std::size_t k) { return library.Song(rows[k]).Path(); }, go_on)
-            : WhileWaiting(),
-        [](std::size_t) { return Tag(); });
+        go_on);
   } catch (const Stopped&) {
     result = Filed::kCancelled;
   }
+  ArrangeFiled(filing, reader, jukebox.History(), false, go_on);
   jukebox.ListRefilled(library);
   return result;
 }
@@ -193,13 +116,14 @@ std::string FilingCancelledLine() {
 
 bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
                           std::span<Jukebox* const> windows, const TagCache* found_tags,
-                          const FilingProgress& progress) {
+                          const FilingProgress& progress, const ReadTags& read_tags) {
   if (!skip_sort) library.SortByRecord();
   std::vector<std::string> problems;
+  const FilingRun run{mode, library, found_tags, progress, read_tags, problems};
   Filed filed = Filed::kAll;
   for (auto window = windows.rbegin(); window != windows.rend(); ++window) {
     if (!caption.empty() && (*window)->Caption() != caption) continue;
-    filed = FillJukebox(mode, **window, library, found_tags, progress, problems);
+    filed = FillJukebox(**window, run);
     if (filed != Filed::kAll) break;
   }
   if (!problems.empty()) throw FilingError(std::move(problems));

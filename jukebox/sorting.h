@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "jukebox/filing_tags.h"
 #include "jukebox/folder_tree.h"
 
 namespace tallow {
@@ -51,9 +52,10 @@ enum FillMode : int {
 /// folders of that jukebox: "All Songs", "New", "Artist", "Genre", "Year" and the decades.
 ///
 /// Folders that a jukebox does not have are skipped; without "All Songs" no song is filed. A song
-/// is filed into the first artist folder, in tree order, whose text matches the beginning of the
-/// song's artist, ignoring case. Year folders work in the same way. If no folder matches, a new one
-/// is added. A song already in "All Songs" is not filed again, so folders that the user has
+/// is filed into the artist folder whose text equals the song's artist, else into the first, in tree
+/// order, whose text matches the beginning of the artist; both ignore case. Year folders work in the
+/// same way. If no folder matches, a new one is added. These are the rules of the classic style; the
+/// switches of the library (Switches) select others, and "Album". A song already in "All Songs" is not filed again, so folders that the user has
 /// rearranged stay unchanged. Every jukebox visited becomes dirty.
 ///
 /// \param mode      see FillMode; any value but kFillAllButNew fills "New"
@@ -65,13 +67,14 @@ enum FillMode : int {
 /// \param progress  called after each song and while waiting for one; may be empty. Songs not yet
 ///                  filed when it cancels are in no folder, so the next filing includes them. The
 ///                  same holds for songs on a drive that does not answer
+/// \param read_tags reads newer tags with the switch `newer_tags`; empty: ID3v1 tags are used
 /// \returns false when `progress` cancelled the filing
 /// \throws FilingError after all songs are filed, if a tag has a year that is not a number (the
 /// song is then in no year or decade folder), or if an entry of "All Songs" has a number that is
 /// not in the library
 bool FillAutomaticFolders(int mode, bool skip_sort, std::string_view caption, clsMain& library,
                           std::span<Jukebox* const> windows, const TagCache* found_tags = nullptr,
-                          const FilingProgress& progress = {});
+                          const FilingProgress& progress = {}, const ReadTags& read_tags = {});
 
 /// Marks the songs to be filed: songs that are present and reachable and have no entry in the given
 /// folder.
