@@ -25,6 +25,11 @@ inline std::string SettingsPath(const std::string& application_folder) {
   return SystemFolder(application_folder) + "TallowOrganizer.ini";
 }
 
+/// The file of the preferences.
+inline std::string PreferencesPath(const std::string& application_folder) {
+  return SystemFolder(application_folder) + "Preferences.json";
+}
+
 /// The default path of the list of folders that hold songs; the settings may name another path.
 inline std::string FolderListPath(const std::string& application_folder) {
   return SystemFolder(application_folder) + "LocOfMainTargetFiles.lmz";

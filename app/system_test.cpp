@@ -119,6 +119,22 @@ TEST_F(SystemTest, SettingsThatCannotBeWrittenAreReported) {
   EXPECT_FALSE(tallow->settings.CreateNewIniFile(Settings(), application.path()));
 }
 
+TEST_F(SystemTest, TheStartLoadsThePreferencesAndNamesDamagedOnes) {
+  EXPECT_TRUE(Start());
+  const std::string path = PreferencesPath(application.path());
+  EXPECT_FALSE(FileExists(path));
+  application.File("Grouping/System/Preferences.json", R"({"style":"modern"})");
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(tallow->preferences.style(), Style::kModern);
+  EXPECT_EQ(windows->notices, std::vector<std::string>{});
+  application.File("Grouping/System/Preferences.json", "{");
+  EXPECT_TRUE(Start());
+  EXPECT_EQ(tallow->preferences.style(), Style::kClassic);
+  EXPECT_EQ(windows->notices,
+            std::vector<std::string>{path + " is damaged. It was renamed to end in .bak. The "
+                                            "preferences are the defaults."});
+}
+
 TEST_F(SystemTest, ARefusedOfferEndsTheStartAndChangesNothing) {
   Start();
   WriteFileAtomically(Settings(), "list\r\ngrouping\r\nabc\r\n");

@@ -23,6 +23,12 @@ void Tallow::SaveSettings() {
              ". Free some disk space, or make the file writable.");
 }
 
+std::vector<std::string> Tallow::TakeProblems() {
+  std::vector<std::string> problems = std::exchange(problems_, {});
+  for (std::string& problem : preferences.TakeProblems()) problems.push_back(std::move(problem));
+  return problems;
+}
+
 std::string Tallow::SettingsOfLibrary::LocOfGroupingDir() const {
   return tallow_.settings.LocOfGroupingDir();
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/cls_ini.h"
+#include "app/preferences.h"
 #include "jukebox/jukebox_clipboard.h"
 #include "jukebox/unsaved_jukeboxes.h"
 #include "library/cls_main.h"
@@ -27,6 +28,8 @@ class Tallow {
   /// The settings file.
   const std::string settings_path;
   clsINI settings;
+  /// Loaded by the start.
+  Preferences preferences;
 
  private:
   /// Adapter that gives the library access to the settings.
@@ -80,9 +83,9 @@ class Tallow {
 
   /// Adds a sentence that the windows show without blocking, as soon as the step that adds it ends.
   void AddProblem(std::string problem) { problems_.push_back(std::move(problem)); }
-  /// Returns, and clears, the problems that were added. The caller of a function that may save the
-  /// settings must show them.
-  std::vector<std::string> TakeProblems() { return std::exchange(problems_, {}); }
+  /// Returns, and clears, the problems that were added, and those of the preferences. The caller of
+  /// a function that may save the settings or change the preferences must show them.
+  std::vector<std::string> TakeProblems();
 
  private:
   std::string settings_problem_;  ///< the failure added last

@@ -25,6 +25,7 @@ constexpr std::string_view kOpenSaved = " Saved jukeboxes are opened with Open i
 }  // namespace
 
 bool StartUpSettings::Load() {
+  tallow_.preferences.Load(PreferencesPath(tallow_.application_folder));
   const std::string& path = tallow_.settings_path;
   if (IsGone(path)) {
     Make();

@@ -10,7 +10,7 @@ class StartUpNotices;
 class StartUpWindows;
 class Tallow;
 
-/// Loads the settings during a start, and creates new ones where they are missing, truncated or
+/// Loads the preferences and the settings during a start, and creates new ones where they are missing, truncated or
 /// damaged. Existing settings are backed up once before they are changed.
 class StartUpSettings {
  public:
@@ -18,9 +18,9 @@ class StartUpSettings {
   StartUpSettings(Tallow& tallow, StartUpWindows& windows, StartUpNotices& notices)
       : tallow_(tallow), windows_(windows), notices_(notices) {}
 
-  /// Loads the settings.
+  /// Loads the preferences, whose problems become notices, and the settings.
   ///
-  /// \returns false when they cannot be read and the user does not want new ones
+  /// \returns false when the settings cannot be read and the user does not want new ones
   /// \throws FileError when their folder cannot be read
   bool Load();
 
