@@ -80,6 +80,7 @@ void SetUpApplication() {
 /// \returns the exit code
 int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   const std::string options_problem = PrepareWindowOptions(SystemFolder(tallow.application_folder));
+  if (line.style) tallow.preferences.OverrideStyle(*line.style);
   tallow.library.UseDrives(SystemVolumes, line.drives);
   for (const std::string& drive : line.drives) {
     const auto is_known = [&](const std::string& root) { return tallow.library.KnowsDrive(root); };

@@ -22,6 +22,14 @@ std::string ProblemOfApplicationFolder(const std::string& folder) {
   return {};
 }
 
+/// Why a text is not the name of a style that can be given; empty when it is one.
+std::string ProblemOfStyle(const std::string& name) {
+  if (name.empty() || name.starts_with("--")) return "--style requires classic or modern.";
+  const std::optional<Style> style = StyleOfName(name);
+  if (style && *style != Style::kCustom) return {};
+  return "'" + name + "' is not a style. --style requires classic or modern.";
+}
+
 }  // namespace
 
 std::string ProblemOfDrive(const std::string& folder,
@@ -53,6 +61,10 @@ CommandLine ParseCommandLine(std::span<const std::string> arguments) {
       const std::string given = folder();
       if (!line.error.empty()) break;
       line.drives.push_back(EnsureTrailingBackslash(AbsolutePath(given)));
+    } else if (argument == "--style") {
+      const std::string name = i + 1 < arguments.size() ? arguments[++i] : std::string();
+      line.error = ProblemOfStyle(name);
+      if (line.error.empty()) line.style = StyleOfName(name);
     } else if (argument == "--exit-after-startup") {
       line.exit_after_startup = true;
     } else if (argument == "--help") {
@@ -87,6 +99,9 @@ std::string HelpText() {
          "  --drive DIR            search DIR for songs in place of the computer's fixed disks; "
          "may be\n"
          "                         given several times\n"
+         "  --style STYLE          run in the style classic or modern this time, whichever the "
+         "preferences\n"
+         "                         name\n"
          "  --exit-after-startup   start without asking anything, then exit: 0 when all went "
          "well, 1\n"
          "                         with the message on standard error where a start would have "

@@ -2,9 +2,12 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
+
+#include "app/style_switches.h"
 
 namespace tallow {
 
@@ -14,6 +17,7 @@ struct CommandLine {
   std::string application_folder;
   std::vector<std::string> drives;  ///< given folders, absolute; empty: the system's drives
   std::vector<std::string> files;   ///< jukeboxes to open, absolute
+  std::optional<Style> style;       ///< kClassic or kModern; none: that of the preferences
   bool exit_after_startup = false;  ///< run the whole start-up without any question, then exit
   bool help = false;
   bool version = false;

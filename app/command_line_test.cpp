@@ -67,10 +67,32 @@ TEST(CommandLine, InvalidArgumentsAreNamed) {
             "The application folder " + (folder / "none/") + " does not exist.");
 }
 
+TEST(CommandLine, TakesAStyle) {
+  EXPECT_EQ(Parse({}).style, std::nullopt);
+  EXPECT_EQ(Parse({"--style", "classic"}).style, Style::kClassic);
+  const CommandLine line = Parse({"--style", "classic", "--style", "modern", "a.juk"});
+  EXPECT_EQ(line.style, Style::kModern);
+  EXPECT_EQ(line.error, "");
+  EXPECT_EQ(line.files.size(), 1U);
+}
+
+TEST(CommandLine, AStyleThatIsNoneIsNamed) {
+  EXPECT_EQ(Parse({"--style"}).error, "--style requires classic or modern.");
+  EXPECT_EQ(Parse({"--style", ""}).error, "--style requires classic or modern.");
+  EXPECT_EQ(Parse({"--style", "--version"}).error, "--style requires classic or modern.");
+  for (const char* const name : {"retro", "Modern", "custom"}) {
+    const CommandLine line = Parse({"--style", name});
+    EXPECT_EQ(line.error,
+              "'" + std::string(name) + "' is not a style. --style requires classic or modern.");
+    EXPECT_EQ(line.style, std::nullopt);
+    EXPECT_FALSE(line.is_folder_error);
+  }
+}
+
 TEST(CommandLine, TheHelpNamesEveryOption) {
   const std::string help = HelpText();
-  for (const char* option :
-       {"--app-folder DIR", "--drive DIR", "--exit-after-startup", "--help", "--version"})
+  for (const char* option : {"--app-folder DIR", "--drive DIR", "--style STYLE",
+                             "--exit-after-startup", "--help", "--version"})
     EXPECT_NE(help.find(option), std::string::npos) << option;
 }
 
