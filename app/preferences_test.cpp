@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <nlohmann/json.hpp>
+#include <random>
 #include <set>
 
 #include "tests/temp_folder.h"
@@ -152,6 +153,34 @@ TEST_F(PreferencesTest, ADamagedFileIsRenamedAndTheDefaultsHold) {
   preferences->SetStyle(Style::kModern);
   EXPECT_EQ(Json().at("style"), "modern");
   EXPECT_EQ(Problems(), Texts{});
+}
+
+TEST_F(PreferencesTest, ARandomlyChangedFileIsReadOrRenamed) {
+  preferences->SetSwitches({.albums = true, .natural_order = true});
+  preferences->Set("music.folders", Texts{"/m/a/", "/m/\xff/"});
+  const std::string sound = File();
+  std::mt19937 random(1);
+  int damaged = 0;
+  for (int round = 0; round < 200; ++round) {
+    std::string content = sound;
+    for (std::size_t changes_left = 1 + random() % 3; changes_left > 0; --changes_left)
+      content[random() % content.size()] = static_cast<char>(random() % 256);
+    LoadFile(content);
+    const Texts problems = Problems();
+    if (problems.empty()) {
+      EXPECT_EQ(File(), content) << round;
+    } else {
+      ++damaged;
+      EXPECT_EQ(problems.size(), 1U) << round;
+      EXPECT_EQ(preferences->switches(), kClassicStyle) << round;
+      EXPECT_EQ(ReadWholeFile(path + ".bak", 1 << 20), content) << round;
+    }
+    preferences->Set("round", std::int64_t{round});
+    EXPECT_EQ(Json().at("round"), round);
+  }
+  // Both happened.
+  EXPECT_GT(damaged, 0);
+  EXPECT_LT(damaged, 200);
 }
 
 TEST_F(PreferencesTest, AFileByHandNeedsOnlyWhatDiffers) {
