@@ -23,7 +23,8 @@ struct MenuItem {
   const char* caption;  ///< the original text, with its misspellings
   const char* key;      ///< null for none
   FrameCommand command;
-  const char* picture;  ///< null for none
+  const char* picture;       ///< null for none
+  bool has_function = true;  ///< an item without a function is not shown
 };
 
 constexpr MenuItem kSeparator{nullptr, nullptr, nullptr, FrameCommand::kExit, nullptr};
@@ -74,6 +75,14 @@ constexpr MenuItem kWindowList[] = {
     {"mnuArrageIcons", "&Arrange Icons", nullptr, FrameCommand::kArrangeIcons, nullptr},
 };
 
+constexpr MenuItem kTools[] = {
+    {"mnuPreferences", "&Preferences...", "Ctrl+,", FrameCommand::kPreferences, nullptr},
+    {"mnuWhereMyMusicIs", "&Where My Music Is...", nullptr, FrameCommand::kWhereMyMusicIs, nullptr,
+     false},
+    {"mnuFileAgainByTags", "&File Again By Tags", nullptr, FrameCommand::kFileAgainByTags, nullptr,
+     false},
+};
+
 constexpr MenuItem kHelp[] = {
     {"mnuHelpp", "&Help", nullptr, FrameCommand::kHelp, "help"},
     {"mnuTip", "&Tip", nullptr, FrameCommand::kTip, "tip"},
@@ -87,6 +96,7 @@ QMenu* AddMenu(QMenuBar& bar, const char* name, const char* caption,
   QMenu* const menu = bar.addMenu(Tr(caption));
   menu->setObjectName(QLatin1String(name));
   for (const MenuItem& item : items) {
+    if (!item.has_function) continue;
     if (item.name == nullptr) {
       menu->addSeparator();
       continue;
@@ -143,6 +153,7 @@ FileMenu* AddFrameMenus(QMenuBar& bar, const std::function<void(FrameCommand)>& 
   AddMenu(bar, "mnuSongs", "&Songs", kSongs, act);
   AddMenu(bar, "mnuPicture", "&Picture", kPicture, act);
   AddMenu(bar, "mnuWindowList", "&WindowList", kWindowList, act);
+  AddMenu(bar, "mnuTools", "&Tools", kTools, act);
   AddMenu(bar, "mnuHelp", "&Help", kHelp, act);
   return file;
 }

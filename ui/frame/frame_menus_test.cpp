@@ -57,7 +57,7 @@ TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
     menus.append(action->menu()->objectName() + "|" + action->text());
   EXPECT_EQ(menus,
             (QStringList{"mnuFile|&File", "mnuEdit|&Edit", "mnuSongs|&Songs", "mnuPicture|&Picture",
-                         "mnuWindowList|&WindowList", "mnuHelp|&Help"}));
+                         "mnuWindowList|&WindowList", "mnuTools|&Tools", "mnuHelp|&Help"}));
   EXPECT_EQ(ItemsOf("mnuEdit"),
             (QStringList{"mnuCut|Cu&t|Ctrl+X", "mnuCopy|&Copy|Ctrl+C", "mnuPaste|&Paste|Ctrl+V",
                          "mnuDelete|Delete|Del", "-", "mnuFind|&Find|Ctrl+F", "-",
@@ -76,6 +76,7 @@ TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
   EXPECT_EQ(ItemsOf("mnuWindowList"),
             (QStringList{"mnuCascade|&Cascade|Shift+F4", "mnuTile|&Tile|Shift+F5",
                          "mnuArrageIcons|&Arrange Icons|"}));
+  EXPECT_EQ(ItemsOf("mnuTools"), QStringList{"mnuPreferences|&Preferences...|Ctrl+,"});
   EXPECT_EQ(ItemsOf("mnuHelp"),
             (QStringList{"mnuHelpp|&Help|", "mnuTip|&Tip|", "mnuAbout|&About|"}));
 }
@@ -483,7 +484,8 @@ TEST_F(FrameMenus, EveryControlHasANameAndADescription) {
   expect_all(ShowJukebox());
   Item("mnuPlayAllTheSongInNode").trigger();
   expect_all(*frame.PlayerPanel());
-  for (const char* const item : {"mnuFind", "mnuTip", "mnuChangeBackgroup", "mnuAbout"}) {
+  for (const char* const item :
+       {"mnuFind", "mnuTip", "mnuChangeBackgroup", "mnuPreferences", "mnuAbout"}) {
     QTimer::singleShot(50, [&] {
       auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
       ASSERT_NE(dialog, nullptr);

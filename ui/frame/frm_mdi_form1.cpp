@@ -21,6 +21,7 @@
 
 #include "app/tallow.h"
 #include "player/player_messages.h"
+#include "ui/dialogs/frm_preferences.h"
 #include "ui/frame/file_menu.h"
 #include "ui/frame/frame_menus.h"
 #include "ui/frame/frame_toolbar.h"
@@ -228,6 +229,11 @@ void frmMDIForm1::Run(FrameCommand command) {
       return arrangement_.TileHorizontally();
     case FrameCommand::kArrangeIcons:
       return arrangement_.ArrangeIcons();
+    case FrameCommand::kPreferences:
+      return ShowPreferences();
+    case FrameCommand::kWhereMyMusicIs:
+    case FrameCommand::kFileAgainByTags:
+      return;
     case FrameCommand::kHelp:
       return help_.ShowHelp({});
     case FrameCommand::kTip:
@@ -235,6 +241,11 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kAbout:
       return help_.ShowAbout();
   }
+}
+
+void frmMDIForm1::ShowPreferences() {
+  frmPreferences dialog({tallow_, [this] { Notice(tallow_.TakeProblems()); }}, this);
+  dialog.exec();
 }
 
 void frmMDIForm1::changeEvent(QEvent* event) {

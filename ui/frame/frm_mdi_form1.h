@@ -99,6 +99,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   void SetUpMenus();
   void RestoreOptions();
   void Run(FrameCommand command);
+  void ShowPreferences();
 
   Tallow& tallow_;
   QMdiArea* area_;

@@ -1,0 +1,100 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/dialogs/frm_preferences.h"
+
+#include <QEvent>
+#include <QGridLayout>
+#include <QLabel>
+#include <QListWidget>
+#include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QStackedWidget>
+
+#include "ui/dialogs/style_page.h"
+#include "ui/support/help_page.h"
+
+namespace tallow {
+namespace {
+
+/// Width and height of a page that needs no scrolling sideways, in average characters and in lines.
+/// A small screen gets a smaller dialog.
+constexpr int kPageCharacters = 80;
+constexpr int kPageLines = 30;
+
+constexpr PreferencesPage kPages[] = {
+    {"pageStyle", QT_TRANSLATE_NOOP("frmPreferences", "Style"), "styles",
+     [](const PreferencesContext& context, QWidget* parent) -> QWidget* {
+       return new StylePage(context, parent);
+     }},
+    {"pageMusic", QT_TRANSLATE_NOOP("frmPreferences", "Music"), "styles", nullptr},
+    {"pageFiling", QT_TRANSLATE_NOOP("frmPreferences", "Filing"), "styles", nullptr},
+};
+
+/// A page that can be scrolled up and down. It scrolls to the control that gets the focus by any
+/// key, not only by Tab.
+class PageArea : public QScrollArea {
+ public:
+  PageArea(QWidget* page, QWidget* parent) : QScrollArea(parent) {
+    setFrameShape(QFrame::NoFrame);
+    setFocusPolicy(Qt::NoFocus);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setWidgetResizable(true);
+    setWidget(page);
+    setMinimumWidth(page->minimumSizeHint().width() + verticalScrollBar()->sizeHint().width());
+    for (QWidget* const control : page->findChildren<QWidget*>())
+      if (control->focusPolicy() != Qt::NoFocus) control->installEventFilter(this);
+  }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::FocusIn && watched != widget())
+      ensureWidgetVisible(static_cast<QWidget*>(watched), 0, 3 * fontMetrics().lineSpacing());
+    return QScrollArea::eventFilter(watched, event);
+  }
+};
+
+}  // namespace
+
+frmPreferences::frmPreferences(const PreferencesContext& context, QWidget* parent)
+    : QDialog(parent), list_(new QListWidget(this)), pages_(new QStackedWidget(this)) {
+  setObjectName(QStringLiteral("frmPreferences"));
+  setWindowTitle(tr("Preferences"));
+  setProperty(kHelpPage, QStringLiteral("styles"));
+  list_->setObjectName(QStringLiteral("lstPages"));
+  list_->setAccessibleName(tr("Pages"));
+  list_->setAccessibleDescription(tr("Chooses the page of preferences that is shown"));
+  auto* const label = new QLabel(tr("Pa&ges:"), this);
+  label->setBuddy(list_);
+  auto* const close = new QPushButton(tr("&Close"), this);
+  close->setObjectName(QStringLiteral("cmdClose"));
+  close->setDefault(true);
+  close->setAccessibleDescription(tr("Closes the dialog; all changes are stored already"));
+  auto* const layout = new QGridLayout(this);
+  layout->addWidget(label, 0, 0);
+  layout->addWidget(list_, 1, 0);
+  layout->addWidget(pages_, 0, 1, 2, 1);
+  layout->addWidget(close, 2, 1, Qt::AlignRight);
+  layout->setColumnStretch(1, 1);
+  for (const PreferencesPage& page : kPages)
+    if (page.make != nullptr) AddPage(page, context);
+  // As wide as its longest entry, with room for a few characters.
+  list_->setFixedWidth(list_->sizeHintForColumn(0) + 6 * fontMetrics().averageCharWidth() +
+                       2 * list_->frameWidth());
+  connect(list_, &QListWidget::currentRowChanged, pages_, &QStackedWidget::setCurrentIndex);
+  connect(close, &QPushButton::clicked, this, &QDialog::accept);
+  list_->setCurrentRow(0);
+  const QSize page(kPageCharacters * fontMetrics().averageCharWidth(),
+                   kPageLines * fontMetrics().lineSpacing());
+  // The window's frame needs some of the screen, too.
+  resize((page + QSize(list_->width(), 0)).boundedTo(screen()->availableSize() * 0.9));
+}
+
+void frmPreferences::AddPage(const PreferencesPage& page, const PreferencesContext& context) {
+  QWidget* const made = page.make(context, nullptr);
+  made->setObjectName(QLatin1String(page.name));
+  auto* const area = new PageArea(made, pages_);
+  area->setProperty(kHelpPage, QLatin1String(page.help));
+  pages_->addWidget(area);
+  list_->addItem(tr(page.caption));
+}
+
+}  // namespace tallow
