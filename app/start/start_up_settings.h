@@ -10,8 +10,8 @@ class StartUpNotices;
 class StartUpWindows;
 class Tallow;
 
-/// Loads the preferences and the settings during a start, and creates new ones where they are missing, truncated or
-/// damaged. Existing settings are backed up once before they are changed.
+/// Loads the preferences and the settings during a start. Creates new settings where they are
+/// missing, truncated or damaged. Existing settings are backed up once before they are changed.
 class StartUpSettings {
  public:
   /// \param tallow, windows, notices must outlive this object

@@ -62,7 +62,7 @@ frmPreferences::frmPreferences(const PreferencesContext& context, QWidget* paren
   list_->setObjectName(QStringLiteral("lstPages"));
   list_->setAccessibleName(tr("Pages"));
   list_->setAccessibleDescription(tr("Chooses the page of preferences that is shown"));
-  auto* const label = new QLabel(tr("Pa&ges:"), this);
+  auto* const label = new QLabel(tr("&Pages:"), this);
   label->setBuddy(list_);
   auto* const close = new QPushButton(tr("&Close"), this);
   close->setObjectName(QStringLiteral("cmdClose"));

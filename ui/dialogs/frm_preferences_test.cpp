@@ -185,14 +185,14 @@ TEST_F(FrmPreferences, EveryMnemonicIsUniqueAndWorks) {
     EXPECT_FALSE(keys.contains(key)) << button->text().toStdString();
     keys.insert(key);
   }
-  EXPECT_FALSE(keys.contains("Alt+G"));
+  EXPECT_FALSE(keys.contains("Alt+P"));
   QTest::keyClick(dialog.get(), Qt::Key_M, Qt::AltModifier);
   ExpectAll(kModernStyle);
   QTest::keyClick(dialog.get(), Qt::Key_B, Qt::AltModifier);
   EXPECT_FALSE(tallow.preferences.switches().albums);
   QTest::keyClick(dialog.get(), Qt::Key_L, Qt::AltModifier);
   ExpectAll(kClassicStyle);
-  QTest::keyClick(dialog.get(), Qt::Key_G, Qt::AltModifier);
+  QTest::keyClick(dialog.get(), Qt::Key_P, Qt::AltModifier);
   EXPECT_TRUE(Find<QListWidget>("lstPages").hasFocus());
   QTest::keyClick(dialog.get(), Qt::Key_C, Qt::AltModifier);
   EXPECT_FALSE(dialog->isVisible());
