@@ -15,6 +15,10 @@ find_package(benchmark REQUIRED)
 add_executable(tallow_floor benchmarks/floor.cpp)
 target_link_libraries(tallow_floor PRIVATE tallow_options)
 
+# Preloaded by ./bench.sh to make a disk slow.
+add_library(tallow_slow_disk MODULE benchmarks/slow_disk.cpp)
+target_link_libraries(tallow_slow_disk PRIVATE tallow_options ${CMAKE_DL_LIBS})
+
 add_executable(tallow_collection benchmarks/collection.cpp)
 target_link_libraries(tallow_collection PRIVATE tallow_app)
 

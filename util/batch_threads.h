@@ -17,6 +17,7 @@
 
 #include "util/detached_threads.h"
 #include "util/idle_wait.h"
+#include "util/reader_count.h"
 
 namespace tallow {
 
@@ -24,7 +25,9 @@ namespace tallow {
 ///
 /// The caller puts batches into slots, and removes their answers in order. A thread that has begun
 /// a batch answers all of it, one question after another. It is abandoned when the caller gives up
-/// the question that it is working on; the batch then continues on another thread.
+/// the question that it is working on; the batch then continues on another thread. The threads
+/// measure how long the questions take, from which ReaderCount decides how many threads there should
+/// be: the caller starts more, and threads that are too many end after their batch.
 ///
 /// Invariant: the mutex guards all members but `answer_`. It is unlocked while a question is
 /// answered, so nothing that may block runs under it, and a thread that never returns holds neither
@@ -42,13 +45,32 @@ class BatchThreads {
     bool is_last = false;        ///< the batch has no further answers
   };
 
-  /// \param answer a copy of it is called on several threads at once
-  BatchThreads(std::function<Answer(const Question&)> answer, std::size_t slots)
-      : answer_(std::move(answer)), threads_(mutex_), slots_(slots) {}
+  /// How the threads are doing.
+  struct State {
+    unsigned wanted = 0;   ///< number of threads that there should be
+    unsigned running = 0;  ///< threads that have not ended and were not abandoned
+    ReaderCount::Pace pace = ReaderCount::Pace::kUnknown;
+  };
+
+  /// \param answer  a copy of it is called on several threads at once
+  /// \param threads the number of threads to begin with
+  BatchThreads(std::function<Answer(const Question&)> answer, std::size_t slots, unsigned threads)
+      : answer_(std::move(answer)), threads_(mutex_), count_(threads), slots_(slots) {}
 
   /// Starts one more thread. \returns false when the system cannot create a thread
   static bool Start(const std::shared_ptr<BatchThreads>& shared) {
     return shared->threads_.Start([shared] { shared->Work(); });
+  }
+
+  State CurrentState() {
+    const std::lock_guard lock(mutex_);
+    return {count_.Wanted(), threads_.CountLocked(), count_.CurrentPace()};
+  }
+
+  /// Stops asking for more threads than there are now, because the system cannot create another.
+  void LimitToRunning() {
+    const std::lock_guard lock(mutex_);
+    count_.LimitTo(threads_.CountLocked());
   }
 
   /// Puts a batch into a slot whose answers have all been removed.
@@ -59,7 +81,7 @@ class BatchThreads {
     batch.answers.clear();
     batch.answers.reserve(batch.questions.size());
     waiting_.push_back(slot);
-    changed_.notify_all();
+    work_.notify_one();
   }
 
   /// Answers a batch on the calling thread, unless another thread has begun it.
@@ -71,8 +93,7 @@ class BatchThreads {
   /// Waits until a batch is done, and removes its answers from index `first` on.
   Delivery WaitFor(std::size_t slot, std::size_t first) {
     std::unique_lock lock(mutex_);
-    const Batch& batch = slots_[slot];
-    changed_.wait(lock, [&] { return batch.IsDone(); });
+    changed_.wait(lock, [&] { return AwaitsLocked(slots_[slot]); });
     return DeliverLocked(slot, first);
   }
 
@@ -80,9 +101,8 @@ class BatchThreads {
   /// `idle` ends the wait, only the answers found so far are removed.
   template <typename Idle>
   Delivery WaitFor(std::size_t slot, std::size_t first, const Idle& idle) {
-    const Batch& batch = slots_[slot];
     return WaitWithIdleCallback(
-        mutex_, changed_, [&] { return batch.IsDone(); }, idle,
+        mutex_, changed_, [&] { return AwaitsLocked(slots_[slot]); }, idle,
         [&] { return DeliverLocked(slot, first); });
   }
 
@@ -107,7 +127,9 @@ class BatchThreads {
     if (!batch.is_running || batch.answers.size() != index) return false;
     AbandonLocked(batch);
     batch.answers.push_back(std::move(instead));
-    if (!batch.IsDone()) waiting_.push_front(slot);
+    if (batch.IsDone()) return true;
+    waiting_.push_front(slot);
+    work_.notify_one();
     return true;
   }
 
@@ -163,18 +185,24 @@ class BatchThreads {
   /// Waits for a batch and begins it. \returns no value when the thread has to end
   std::optional<Job> NextJob() {
     std::unique_lock lock(mutex_);
-    changed_.wait(lock, [this] { return HasNextLocked(); });
+    work_.wait(lock, [this] { return HasNextLocked(); });
     return BeginNextLocked();
   }
 
   /// Stores an outcome, and begins the next question of the batch, or waits for another batch.
   /// \returns no value when the thread has to end
   std::optional<Job> StoreAndTurnToNext(const Job& done, Outcome outcome) {
+    const Clock::time_point now = Clock::now();
     std::unique_lock lock(mutex_);
     if (!StoreLocked(done, std::move(outcome))) return std::nullopt;
-    if (std::optional<Job> job = BeginLocked(*done.batch)) return job;
-    changed_.notify_all();
-    changed_.wait(lock, [this] { return HasNextLocked(); });
+    count_.Add(done.batch->started_at, now);
+    if (std::optional<Job> job = BeginLocked(*done.batch, now)) return job;
+    if (done.batch == awaited_) changed_.notify_one();
+    if (threads_.CountLocked() > std::max(count_.Wanted(), 1U)) {
+      threads_.RemoveLocked();
+      return std::nullopt;
+    }
+    work_.wait(lock, [this] { return HasNextLocked(); });
     return BeginNextLocked();
   }
 
@@ -194,6 +222,12 @@ class BatchThreads {
 
   bool HasNextLocked() const { return stop_ || !waiting_.empty(); }
 
+  /// Whether a batch is done that the caller waits for; a thread that ends it wakes the caller.
+  bool AwaitsLocked(const Batch& batch) {
+    awaited_ = &batch;
+    return batch.IsDone();
+  }
+
   /// Begins the batch that waits for longest; when stopped, counts the thread as ended.
   std::optional<Job> BeginNextLocked() {
     if (stop_) {
@@ -207,9 +241,9 @@ class BatchThreads {
 
   /// Begins the first unanswered question of a batch; no value when there is none, and when
   /// stopped.
-  std::optional<Job> BeginLocked(Batch& batch) {
+  std::optional<Job> BeginLocked(Batch& batch, Clock::time_point now = Clock::now()) {
     if (stop_ || batch.IsDone()) return std::nullopt;
-    batch.started_at = Clock::now();
+    batch.started_at = now;
     batch.is_running = true;
     return Job{&batch, batch.abandoned, std::move(batch.questions[batch.answers.size()])};
   }
@@ -238,7 +272,7 @@ class BatchThreads {
   void RequestStop() {
     const std::lock_guard lock(mutex_);
     stop_ = true;
-    changed_.notify_all();
+    work_.notify_all();
   }
 
   void AbandonBusy() {
@@ -255,8 +289,11 @@ class BatchThreads {
 
   const std::function<Answer(const Question&)> answer_;
   std::mutex mutex_;
-  std::condition_variable changed_;
-  DetachedThreads threads_;  ///< those that have not ended and were not abandoned
+  std::condition_variable work_;     ///< a batch is waiting, or the threads have to stop
+  std::condition_variable changed_;  ///< the batch that the caller waits for is done
+  DetachedThreads threads_;          ///< those that have not ended and were not abandoned
+  ReaderCount count_;
+  const Batch* awaited_ = nullptr;  ///< the batch that the caller has last waited for
   std::vector<Batch> slots_;
   std::deque<std::size_t> waiting_;  ///< slots of batches that no thread has begun
   bool stop_ = false;

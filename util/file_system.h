@@ -40,6 +40,8 @@ struct FileEntry {
   /// Bytes; 0 when sizes were not requested, kNoLimit when the size cannot be read.
   std::uint64_t size = 0;
   std::string tail;  ///< the last bytes, if they were requested and read; else empty
+  /// The size and the tail have not been read, see ListRequest::max_tails.
+  bool is_pending = false;
 };
 
 /// The result of listing a folder. "." and ".." are left out.
@@ -55,6 +57,8 @@ struct FolderListing {
   /// Names of folders, pipes, devices and dangling links, if requested.
   std::vector<std::string> others;
   std::size_t counted = 0;  ///< number of files that match only ListRequest::counted
+  /// Whether files are pending. A platform that leaves out all tails has none.
+  bool has_pending = false;
 };
 
 /// What ListFolder must collect.
@@ -67,10 +71,21 @@ struct ListRequest {
   /// How many of the last bytes of each file to read along with its size; a file of at most this
   /// size gets no tail. A platform may leave out all tails; use ReadTail then.
   std::size_t tail_bytes = 0;
+  /// How many files to open for their tails. The others stay pending, for ReadPendingFiles.
+  std::size_t max_tails = std::numeric_limits<std::size_t>::max();
 };
 
 /// Lists a folder. Sockets, pipes, devices and dangling links are neither files nor subfolders.
 FolderListing ListFolder(const std::string& folder, const ListRequest& request);
+
+/// Reads the sizes and tails of files that ListFolder has left pending. A file that does not exist
+/// any more stays pending. Several threads may read different files of a folder.
+///
+/// \param folder     ends in a separator
+/// \param tail_bytes see ListRequest
+/// \returns why the size of a file cannot be read, the last reason of several; empty if all were
+std::string ReadPendingFiles(const std::string& folder, std::size_t tail_bytes,
+                             std::span<FileEntry> files);
 
 /// The identity of the folder at a path; no value when the path is not a folder.
 std::optional<FolderIdentity> IdentityOfFolder(const std::string& path);

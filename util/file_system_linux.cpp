@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <cerrno>
+#include <climits>
 #include <cstdlib>
 #include <cstring>
 #include <dirent.h>
@@ -138,27 +139,39 @@ const dirent* NextEntry(DIR* directory) {
 
 namespace {
 
-/// Adds a regular file with its last bytes and its size to a listing.
+/// Reads the size and the last bytes of a regular file.
 ///
-/// \param descriptor of the folder
-void AddFileWithTail(int descriptor, const char* name, std::size_t tail_bytes,
-                     FolderListing& listing) {
-  FileEntry& file = listing.files.emplace_back();
-  file.name = name;
+/// \param directory descriptor of the folder that `path` starts at
+/// \param problem   why the size cannot be read; unchanged when it was read
+/// \returns false when there is no such file
+bool ReadFileEntry(int directory, const char* path, std::size_t tail_bytes, FileEntry& file,
+                   std::string& problem) {
   file.tail.resize(tail_bytes);
   // Opening the file also gives its size.
   struct stat status {};
-  if (ReadTailAt(descriptor, name, file.tail, status) != TailResult::kRead) file.tail.clear();
-  if (status.st_mode == 0 && Retry([&] { return fstatat(descriptor, name, &status, 0); }) != 0) {
+  if (ReadTailAt(directory, path, file.tail, status) != TailResult::kRead) file.tail.clear();
+  if (status.st_mode == 0 && Retry([&] { return fstatat(directory, path, &status, 0); }) != 0) {
     const int error = errno;
     // The file may have been deleted since it was listed.
-    if (IsNotThere(error)) {
-      listing.files.pop_back();
-      return;
-    }
-    listing.problem = std::strerror(error);
+    if (IsNotThere(error)) return false;
+    problem = std::strerror(error);
   }
   file.size = status.st_mode != 0 ? static_cast<std::uint64_t>(status.st_size) : kNoLimit;
+  return true;
+}
+
+/// Adds a regular file with its last bytes and its size to a listing, or as a pending file.
+///
+/// \param descriptor of the folder
+void AddFileWithTail(int descriptor, const char* name, std::size_t tail_bytes, bool is_pending,
+                     FolderListing& listing) {
+  FileEntry& file = listing.files.emplace_back();
+  file.name = name;
+  if (is_pending) {
+    file.is_pending = listing.has_pending = true;
+    return;
+  }
+  if (!ReadFileEntry(descriptor, name, tail_bytes, file, listing.problem)) listing.files.pop_back();
 }
 
 }  // namespace
@@ -175,6 +188,9 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
   struct stat status {};
   if (request.subfolders && fstat(descriptor, &status) == 0) listing.identity = IdentityOf(status);
   listing.opened = true;
+  // The path of a pending file must not be too long for the system.
+  const bool may_wait = folder.size() + NAME_MAX < PATH_MAX;
+  std::size_t tails = 0;
   for (;;) {
     const dirent* const entry = NextEntry(directory.get());
     if (entry == nullptr) {
@@ -190,7 +206,8 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     // The entry does not match the pattern and cannot be a requested folder: no stat() needed.
     if (!matches && (!request.subfolders || entry->d_type == DT_REG)) continue;
     if (request.tail_bytes > 0 && matches && entry->d_type == DT_REG) {
-      AddFileWithTail(descriptor, entry->d_name, request.tail_bytes, listing);
+      AddFileWithTail(descriptor, entry->d_name, request.tail_bytes,
+                      may_wait && ++tails > request.max_tails, listing);
       continue;
     }
     std::uint64_t size = 0;
@@ -199,7 +216,7 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
       listing.others.emplace_back(name);
     switch (kind) {
       case EntryKind::kFile:
-        if (matches) listing.files.push_back({std::string(name), size, {}});
+        if (matches) listing.files.push_back({.name = std::string(name), .size = size, .tail = {}});
         break;
       case EntryKind::kFolder:
         if (request.subfolders) listing.subfolders.push_back({std::string(name), false});
@@ -215,6 +232,16 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     }
   }
   return listing;
+}
+
+std::string ReadPendingFiles(const std::string& folder, std::size_t tail_bytes,
+                             std::span<FileEntry> files) {
+  std::string problem;
+  for (FileEntry& file : files)
+    if (file.is_pending)
+      file.is_pending =
+          !ReadFileEntry(AT_FDCWD, (folder + file.name).c_str(), tail_bytes, file, problem);
+  return problem;
 }
 
 std::optional<FolderIdentity> IdentityOfFolder(const std::string& path) {

@@ -123,11 +123,16 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
       }
       size = (std::uint64_t{target->nFileSizeHigh} << 32U) | target->nFileSizeLow;
     }
-    listing.files.push_back({name, request.sizes ? size : 0, {}});
+    listing.files.push_back({.name = name, .size = request.sizes ? size : 0, .tail = {}});
   } while (FindNextFileW(search.get(), &found));
   if (const DWORD error = GetLastError(); error != ERROR_NO_MORE_FILES)
     listing.problem = SystemErrorText(error);
   return listing;
+}
+
+std::string ReadPendingFiles(const std::string& /*folder*/, std::size_t /*tail_bytes*/,
+                             std::span<FileEntry> /*files*/) {
+  return {};  // ListFolder reads no tails, so no file is pending.
 }
 
 std::optional<FolderIdentity> IdentityOfFolder(const std::string& path) {

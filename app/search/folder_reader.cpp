@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <condition_variable>
+#include <cstddef>
+#include <iterator>
 #include <mutex>
 #include <new>
 #include <thread>
@@ -12,6 +14,7 @@
 #include "util/detached_threads.h"
 #include "util/idle_wait.h"
 #include "util/path_text.h"
+#include "util/reader_count.h"
 
 namespace tallow {
 
@@ -20,7 +23,8 @@ namespace tallow {
 /// Invariant: the mutex guards all members that are not const, and the state of every TreeFolder.
 /// A folder that is claimed (kReading) is listed by the thread that claimed it, with the mutex
 /// unlocked; its listing and subfolders are written under the mutex, before it becomes kDone, and
-/// belong to the walk from then on. Functions named ...Locked require the mutex to be locked and
+/// belong to the walk from then on. If the listing has pending files, it becomes kDone once these
+/// are read: each thread claims some of them, moves them out of the listing, and stores them again. Functions named ...Locked require the mutex to be locked and
 /// leave it locked; all others lock it themselves.
 class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::Shared> {
  public:
@@ -32,12 +36,18 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
         recurse_(recurse),
         enter_(std::move(enter)),
         tails_(std::move(tails)),
-        threads_(mutex_) {}
+        threads_(mutex_),
+        count_(FirstThreads(recurse)) {}
 
-  /// Starts a thread that lists folders ahead of the walk.
-  /// \returns false when the system cannot create another thread
-  bool StartWorker() {
-    return Start([this] { ListAhead(); });
+  /// Starts threads that list folders ahead of the walk, until there are as many as the disk can
+  /// use. With fewer, the walk lists the folders that no thread has listed.
+  void StartWorkers() {
+    while (AddWorker()) {
+      if (Start([this] { ListAhead(); })) continue;
+      const std::lock_guard lock(mutex_);
+      count_.LimitTo(--workers_);
+      return;
+    }
   }
 
   void Stop() {
@@ -49,9 +59,8 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   /// Lists a folder on this thread. If another thread is listing it, lists other folders until that
   /// thread is done.
   void ListHere(const FolderPointer& folder) {
-    Listed listed;
-    while (FolderPointer next = StoreAndClaimForWalk(std::move(listed), folder))
-      listed = Read(std::move(next));
+    Task task;
+    while ((task = StoreAndClaimForWalk(std::move(task), folder)).folder) Do(task);
   }
 
   /// Waits for a folder without listing anything on this thread: a disk that does not respond would
@@ -85,10 +94,29 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   /// walk.
   static constexpr std::size_t kMaxAhead = 4096;
 
-  /// A claimed folder that was listed; without a folder nothing was.
-  struct Listed {
+  /// Maximum number of files whose tails a thread reads at a time. On a slow disk there are fewer,
+  /// so that other threads can read the others.
+  static constexpr std::size_t kFilesAtOnce = 16;
+  static constexpr std::size_t kSlowFilesAtOnce = 4;
+
+  using Clock = ReaderCount::Clock;
+
+  /// What a thread has claimed: a folder to list, or a range of its pending files; nothing without a
+  /// folder.
+  struct Task {
     FolderPointer folder;
+    std::size_t first = 0;         ///< index of the first file
+    std::vector<FileEntry> files;  ///< empty when the folder is to be listed
+    std::size_t max_tails = 0;     ///< see ListRequest; for a folder to be listed
+    bool must_start_workers = false;
+
+    // The result.
     FolderListing listing;
+    std::string problem;     ///< of the files
+    bool has_memory = true;  ///< false when there was not enough memory for the files
+    std::size_t calls = 0;   ///< that the task needed, for ReaderCount
+    Clock::time_point begin;
+    Clock::time_point end;
   };
 
   /// What becomes of a folder that the walk asks for.
@@ -112,37 +140,58 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     work_.notify_all();
   }
 
+  static unsigned FirstThreads(bool recurse) {
+    return recurse ? std::clamp(std::thread::hardware_concurrency(), 2U, 5U) : 1;
+  }
+
+  /// Counts another worker thread. \returns false when there are as many as the disk can use
+  bool AddWorker() {
+    const std::lock_guard lock(mutex_);
+    if (stop_ || workers_ >= count_.Wanted()) return false;
+    ++workers_;
+    return true;
+  }
+
   void ListAhead() {
-    Listed listed;
-    while (FolderPointer next = StoreAndClaimAhead(std::move(listed)))
-      listed = Read(std::move(next));
+    Task task;
+    while ((task = StoreAndClaimAhead(std::move(task))).folder) Do(task);
   }
 
-  /// Stores a listing, and waits for the next folder to list ahead. \returns null when stopped
-  FolderPointer StoreAndClaimAhead(Listed listed) {
+  /// Stores a result, and waits for the next task ahead of the walk. \returns nothing when the
+  /// thread has to end
+  Task StoreAndClaimAhead(Task done) {
     std::unique_lock lock(mutex_);
-    if (listed.folder) StoreLocked(std::move(listed));
+    if (done.folder) StoreLocked(std::move(done));
     for (;;) {
-      work_.wait(lock,
-                 [this] { return stop_ || wanted_ || (!waiting_.empty() && ahead_ < kMaxAhead); });
-      if (stop_) return nullptr;
-      if (FolderPointer folder = ClaimAheadLocked()) return folder;
+      work_.wait(lock, [this] { return stop_ || IsSurplusLocked() || HasTaskLocked(); });
+      if (stop_ || IsSurplusLocked()) break;
+      if (Task task = ClaimAheadLocked(); task.folder) return task;
     }
+    --workers_;
+    work_.notify_one();  // The wake-up may have been meant for a thread that goes on.
+    return {};
   }
 
-  /// Stores a listing, and claims the folder that the walk's thread lists next: the one that it
-  /// needs, or another one while a thread is listing that. Waits when there is no other.
+  bool IsSurplusLocked() const { return workers_ > std::max(count_.Wanted(), 1U); }
+
+  bool HasTaskLocked() const {
+    return wanted_ || !unread_.empty() || (!waiting_.empty() && ahead_ < kMaxAhead);
+  }
+
+  /// Stores a result, and claims the next task of the walk's thread: the folder that it needs, or
+  /// files of that, or another task while other threads are reading that. Waits when there is none.
   ///
-  /// \returns null once the needed folder is listed
-  FolderPointer StoreAndClaimForWalk(Listed listed, const FolderPointer& needed) {
+  /// \returns nothing once the needed folder is listed
+  Task StoreAndClaimForWalk(Task done, const FolderPointer& needed) {
     std::unique_lock lock(mutex_);
-    if (listed.folder) StoreLocked(std::move(listed));
-    if (ClaimLocked(*needed)) return needed;
-    if (!IsDoneLocked(*needed))
-      if (FolderPointer other = ClaimAheadLocked()) return other;
-    done_.wait(lock, [&] { return IsDoneLocked(*needed); });
+    if (done.folder) StoreLocked(std::move(done));
+    while (!IsDoneLocked(*needed)) {
+      if (Task task = ClaimNeededLocked(needed); task.folder) return task;
+      if (Task task = ClaimAheadLocked(); task.folder) return task;
+      done_.wait(lock, [&] { return IsDoneLocked(*needed) || HasPendingLocked(*needed); });
+    }
     HandOverLocked(*needed);
-    return nullptr;
+    return {};
   }
 
   /// Asks the worker threads for a folder.
@@ -162,15 +211,29 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     return ClaimLocked(folder);
   }
 
-  void Store(Listed listed) {
+  /// Stores a result, and claims the next pending files of the same folder.
+  /// \returns nothing when there are none
+  Task StoreAndClaimPart(Task done) {
     const std::lock_guard lock(mutex_);
-    StoreLocked(std::move(listed));
+    const FolderPointer folder = done.folder;
+    StoreLocked(std::move(done));
+    return ClaimPartLocked(folder);
   }
 
   /// Lists a claimed folder on a thread of its own; on this one when the system creates no other.
   void ReadOnNewThread(const FolderPointer& folder) {
-    const auto read = [this, folder] { Store(Read(folder)); };
+    const auto read = [this, folder] {
+      Task task = ListingOf(folder);
+      do {
+        Do(task);
+      } while ((task = StoreAndClaimPart(std::move(task))).folder);
+    };
     if (!Start(read)) read();
+  }
+
+  Task ListingOf(FolderPointer folder) {
+    const std::lock_guard lock(mutex_);
+    return ListingOfLocked(std::move(folder));
   }
 
   static bool IsDoneLocked(const TreeFolder& folder) {
@@ -183,17 +246,60 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     return true;
   }
 
-  /// Claims the folder to list next ahead of the walk; null when there is none.
-  FolderPointer ClaimAheadLocked() {
+  /// The task of listing a claimed folder.
+  Task ListingOfLocked(FolderPointer folder) const {
+    Task task;
+    task.folder = std::move(folder);
+    task.max_tails = count_.IsSlow() ? 0 : kFilesAtOnce;
+    task.must_start_workers = MustStartWorkersLocked();
+    return task;
+  }
+
+  /// Whether the disk can use more threads than there are.
+  bool MustStartWorkersLocked() const { return count_.IsSlow() && workers_ < count_.Wanted(); }
+
+  static bool HasPendingLocked(const TreeFolder& folder) {
+    return folder.state_ == TreeFolder::State::kReading && folder.listing.has_pending &&
+           folder.unclaimed_ < folder.listing.files.size();
+  }
+
+  /// Claims pending files of a folder; nothing when there are none.
+  Task ClaimPartLocked(const FolderPointer& folder) {
+    if (!HasPendingLocked(*folder)) return {};
+    std::vector<FileEntry>& files = folder->listing.files;
+    Task task;
+    task.folder = folder;
+    task.first = folder->unclaimed_;
+    task.must_start_workers = MustStartWorkersLocked();
+    const std::size_t size = std::min(count_.IsSlow() ? kSlowFilesAtOnce : kFilesAtOnce,
+                                      files.size() - folder->unclaimed_);
+    const auto begin = files.begin() + static_cast<std::ptrdiff_t>(task.first);
+    const auto end = begin + static_cast<std::ptrdiff_t>(size);
+    task.files.assign(std::make_move_iterator(begin), std::make_move_iterator(end));
+    folder->unclaimed_ += size;
+    ++folder->parts_;
+    if (!HasPendingLocked(*folder)) std::erase(unread_, folder);
+    return task;
+  }
+
+  /// Claims a folder that the walk needs for listing, or pending files of it; nothing when other
+  /// threads have claimed them all.
+  Task ClaimNeededLocked(const FolderPointer& folder) {
+    return ClaimLocked(*folder) ? ListingOfLocked(folder) : ClaimPartLocked(folder);
+  }
+
+  /// Claims what to read next ahead of the walk; nothing when there is nothing.
+  Task ClaimAheadLocked() {
     FolderPointer folder = std::exchange(wanted_, nullptr);
     while (!folder || !ClaimLocked(*folder)) {
-      if (waiting_.empty() || ahead_ >= kMaxAhead) return nullptr;
+      if (!unread_.empty()) return ClaimPartLocked(FolderPointer(unread_.front()));
+      if (waiting_.empty() || ahead_ >= kMaxAhead) return {};
       folder = std::move(waiting_.back());
       waiting_.pop_back();
     }
     ++ahead_;
     folder->is_ahead_ = true;
-    return folder;
+    return ListingOfLocked(std::move(folder));
   }
 
   void QueueLocked(TreeFolder& folder) {
@@ -202,12 +308,47 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     if (!folder.subfolders.empty()) work_.notify_all();
   }
 
-  void StoreLocked(Listed listed) {
-    TreeFolder& folder = *listed.folder;
-    if (!stop_) UseListing(folder, std::move(listed.listing));
+  void StoreLocked(Task done) {
+    count_.Add(done.begin, done.end, done.calls);
+    if (done.files.empty())
+      StoreListingLocked(done);
+    else
+      StorePartLocked(done);
+  }
+
+  void StoreListingLocked(Task& done) {
+    TreeFolder& folder = *done.folder;
+    if (!stop_) UseListing(folder, std::move(done.listing));
+    if (folder.is_ahead_) QueueLocked(folder);
+    if (!folder.listing.has_pending) {
+      FinishLocked(folder);
+      return;
+    }
+    const std::vector<FileEntry>& files = folder.listing.files;
+    folder.unclaimed_ = static_cast<std::size_t>(
+        std::ranges::find(files, true, &FileEntry::is_pending) - files.begin());
+    unread_.push_back(done.folder);
+    work_.notify_all();
+    done_.notify_one();
+  }
+
+  void StorePartLocked(Task& done) {
+    TreeFolder& folder = *done.folder;
+    FolderListing& listing = folder.listing;
+    std::ranges::move(done.files, listing.files.begin() + static_cast<std::ptrdiff_t>(done.first));
+    if (!done.problem.empty()) listing.problem = std::move(done.problem);
+    if (!done.has_memory) listing.opened = false;
+    --folder.parts_;
+    if (folder.parts_ > 0 || HasPendingLocked(folder)) return;
+    // Files that do not exist any more are still pending.
+    std::erase_if(listing.files, [](const FileEntry& file) { return file.is_pending; });
+    if (!listing.opened) UseNothing(folder);
+    FinishLocked(folder);
+  }
+
+  void FinishLocked(TreeFolder& folder) {
     folder.state_ = TreeFolder::State::kDone;
     done_.notify_one();
-    if (folder.is_ahead_) QueueLocked(folder);
   }
 
   /// Leaves a listed folder to the walk, so that it is no longer counted as listed ahead.
@@ -218,9 +359,36 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     return true;
   }
 
-  Listed Read(FolderPointer folder) const {
-    FolderListing listing = List(folder->path);
-    return {std::move(folder), std::move(listing)};
+  /// Does a task, after it has started threads that the disk can use.
+  void Do(Task& task) {
+    if (task.must_start_workers) StartWorkers();
+    task.begin = Clock::now();
+    if (task.files.empty())
+      ReadListing(task);
+    else
+      ReadPart(task);
+    task.end = Clock::now();
+  }
+
+  void ReadListing(Task& task) const {
+    task.listing = List(task.folder->path, task.max_tails);
+    // Opening the folder and reading a block of entries; opening a file and reading its end.
+    constexpr std::size_t kCalls = 2;
+    constexpr std::size_t kEntriesPerCall = 64;
+    const std::vector<FileEntry>& files = task.listing.files;
+    const auto tails =
+        std::ranges::count(files, false, [](const FileEntry& file) { return file.tail.empty(); });
+    task.calls = kCalls * (1 + static_cast<std::size_t>(tails)) + files.size() / kEntriesPerCall;
+  }
+
+  static void ReadPart(Task& task) {
+    constexpr std::size_t kCalls = 2;
+    task.calls = kCalls * task.files.size();
+    try {
+      task.problem = ReadPendingFiles(task.folder->path, kTagBytes, task.files);
+    } catch (const std::bad_alloc&) {
+      task.has_memory = false;
+    }
   }
 
   void UseListing(TreeFolder& folder, FolderListing listing) const {
@@ -233,9 +401,13 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
         if (enter_(subfolder->path)) folder.subfolders.push_back(std::move(subfolder));
       }
     } catch (const std::bad_alloc&) {
-      folder.subfolders.clear();
-      folder.listing = Unlisted("there is not enough memory");
+      UseNothing(folder);
     }
+  }
+
+  static void UseNothing(TreeFolder& folder) {
+    folder.subfolders.clear();
+    folder.listing = Unlisted("there is not enough memory");
   }
 
   /// The listing of a folder that cannot be listed.
@@ -245,13 +417,14 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     return listing;
   }
 
-  FolderListing List(const std::string& path) const {
+  FolderListing List(const std::string& path, std::size_t max_tails) const {
     if (path.size() > kMaxPathBytes) return Unlisted("its path is too long");
     try {
       return ListFolder(path, {.pattern = pattern_,
                                .subfolders = recurse_,
                                .sizes = true,
-                               .tail_bytes = tails_(path) ? kTagBytes : 0});
+                               .tail_bytes = tails_(path) ? kTagBytes : 0,
+                               .max_tails = max_tails});
     } catch (const std::bad_alloc&) {
       return Unlisted("there is not enough memory");
     }
@@ -265,6 +438,9 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   std::condition_variable work_;        ///< there is something to list ahead
   std::condition_variable done_;        ///< a folder has been listed; only the walk waits for it
   DetachedThreads threads_;             ///< all that have not ended
+  ReaderCount count_;                   ///< of the worker threads
+  unsigned workers_ = 0;                ///< threads in ListAhead
+  std::vector<FolderPointer> unread_;   ///< listed, with pending files that no thread has claimed
   std::vector<FolderPointer> waiting_;  ///< stack: the folder that the walk reaches first is last
   FolderPointer wanted_;                ///< the folder that the walk waits for
   std::size_t ahead_ = 0;               ///< folders listed ahead that the walk has not reached
@@ -276,11 +452,7 @@ FolderReader::FolderReader(std::string pattern, bool recurse,
                            std::function<bool(const std::string&)> tails)
     : shared_(std::make_shared<Shared>(std::move(pattern), recurse, std::move(enter),
                                        std::move(tails))) {
-  if (!recurse) return;
-  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U);
-  for (unsigned k = 0; k < threads; ++k)
-    // With fewer threads, the walk lists the folders that no thread has listed.
-    if (!shared_->StartWorker()) break;
+  if (recurse) shared_->StartWorkers();
 }
 
 FolderReader::~FolderReader() { shared_->Stop(); }

@@ -25,12 +25,16 @@ struct TreeFolder {
   State state_ = State::kWaiting;
   bool queued_ = false;    ///< its subfolders are, or were, queued for listing
   bool is_ahead_ = false;  ///< listed before the walk has reached the folder
+  /// Index of the first file that no thread has claimed for reading its tail.
+  std::size_t unclaimed_ = 0;
+  std::size_t parts_ = 0;  ///< claimed ranges of files that are not stored yet
 };
 
 /// Lists the folders of a tree ahead of a depth-first walk.
 ///
 /// The walk visits the folders in its own order and on its own thread; worker threads meanwhile
-/// list the folders that the walk will reach next. A folder that the walk needs and no thread has
+/// list the folders that the walk will reach next. The files of a large folder are divided among
+/// them. There are as many threads as the disk can use, see ReaderCount. A folder that the walk needs and no thread has
 /// begun to list is listed at once, so the result does not depend on the number of threads. A
 /// worker thread that waits for a disk that does not respond stays detached when the reader is
 /// destroyed.
