@@ -10,7 +10,7 @@
 #include <thread>
 #include <utility>
 
-#include "library/tag_layout.h"
+#include "app/search/folder_lister.h"
 #include "util/detached_threads.h"
 #include "util/idle_wait.h"
 #include "util/path_text.h"
@@ -29,13 +29,12 @@ namespace tallow {
 class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::Shared> {
  public:
   using FolderPointer = std::shared_ptr<TreeFolder>;
+  using Task = FolderTask;
 
   Shared(std::string pattern, bool recurse, std::function<bool(const std::string&)> enter,
          std::function<bool(const std::string&)> tails)
-      : pattern_(std::move(pattern)),
-        recurse_(recurse),
+      : lister_(std::move(pattern), recurse, std::move(tails)),
         enter_(std::move(enter)),
-        tails_(std::move(tails)),
         threads_(mutex_),
         count_(FirstThreads(recurse)) {}
 
@@ -98,26 +97,6 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   /// so that other threads can read the others.
   static constexpr std::size_t kFilesAtOnce = 16;
   static constexpr std::size_t kSlowFilesAtOnce = 4;
-
-  using Clock = ReaderCount::Clock;
-
-  /// What a thread has claimed: a folder to list, or a range of its pending files; nothing without a
-  /// folder.
-  struct Task {
-    FolderPointer folder;
-    std::size_t first = 0;         ///< index of the first file
-    std::vector<FileEntry> files;  ///< empty when the folder is to be listed
-    std::size_t max_tails = 0;     ///< see ListRequest; for a folder to be listed
-    bool must_start_workers = false;
-
-    // The result.
-    FolderListing listing;
-    std::string problem;     ///< of the files
-    bool has_memory = true;  ///< false when there was not enough memory for the files
-    std::size_t calls = 0;   ///< that the task needed, for ReaderCount
-    Clock::time_point begin;
-    Clock::time_point end;
-  };
 
   /// What becomes of a folder that the walk asks for.
   enum class Request {
@@ -362,33 +341,7 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   /// Does a task, after it has started threads that the disk can use.
   void Do(Task& task) {
     if (task.must_start_workers) StartWorkers();
-    task.begin = Clock::now();
-    if (task.files.empty())
-      ReadListing(task);
-    else
-      ReadPart(task);
-    task.end = Clock::now();
-  }
-
-  void ReadListing(Task& task) const {
-    task.listing = List(task.folder->path, task.max_tails);
-    // Opening the folder and reading a block of entries; opening a file and reading its end.
-    constexpr std::size_t kCalls = 2;
-    constexpr std::size_t kEntriesPerCall = 64;
-    const std::vector<FileEntry>& files = task.listing.files;
-    const auto tails =
-        std::ranges::count(files, false, [](const FileEntry& file) { return file.tail.empty(); });
-    task.calls = kCalls * (1 + static_cast<std::size_t>(tails)) + files.size() / kEntriesPerCall;
-  }
-
-  static void ReadPart(Task& task) {
-    constexpr std::size_t kCalls = 2;
-    task.calls = kCalls * task.files.size();
-    try {
-      task.problem = ReadPendingFiles(task.folder->path, kTagBytes, task.files);
-    } catch (const std::bad_alloc&) {
-      task.has_memory = false;
-    }
+    lister_.Do(task);
   }
 
   void UseListing(TreeFolder& folder, FolderListing listing) const {
@@ -407,33 +360,11 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
 
   static void UseNothing(TreeFolder& folder) {
     folder.subfolders.clear();
-    folder.listing = Unlisted("there is not enough memory");
+    folder.listing = FolderLister::NoMemory();
   }
 
-  /// The listing of a folder that cannot be listed.
-  static FolderListing Unlisted(const char* problem) {
-    FolderListing listing;
-    listing.problem = problem;
-    return listing;
-  }
-
-  FolderListing List(const std::string& path, std::size_t max_tails) const {
-    if (path.size() > kMaxPathBytes) return Unlisted("its path is too long");
-    try {
-      return ListFolder(path, {.pattern = pattern_,
-                               .subfolders = recurse_,
-                               .sizes = true,
-                               .tail_bytes = tails_(path) ? kTagBytes : 0,
-                               .max_tails = max_tails});
-    } catch (const std::bad_alloc&) {
-      return Unlisted("there is not enough memory");
-    }
-  }
-
-  const std::string pattern_;
-  const bool recurse_;
+  const FolderLister lister_;
   const std::function<bool(const std::string&)> enter_;
-  const std::function<bool(const std::string&)> tails_;
   std::mutex mutex_;
   std::condition_variable work_;        ///< there is something to list ahead
   std::condition_variable done_;        ///< a folder has been listed; only the walk waits for it
