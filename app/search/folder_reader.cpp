@@ -123,7 +123,7 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     return recurse ? std::clamp(std::thread::hardware_concurrency(), 2U, 5U) : 1;
   }
 
-  /// Counts another worker thread. \returns false when there are as many as the disk can use
+  /// Counts another worker thread, unless there are as many as the disk can use.
   bool AddWorker() {
     const std::lock_guard lock(mutex_);
     if (stop_ || workers_ >= count_.Wanted()) return false;
@@ -202,17 +202,15 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   /// Lists a claimed folder on a thread of its own; on this one when the system creates no other.
   void ReadOnNewThread(const FolderPointer& folder) {
     const auto read = [this, folder] {
-      Task task = ListingOf(folder);
-      do {
+      for (Task task = ListingOf(folder); task.folder; task = StoreAndClaimPart(std::move(task)))
         Do(task);
-      } while ((task = StoreAndClaimPart(std::move(task))).folder);
     };
     if (!Start(read)) read();
   }
 
-  Task ListingOf(FolderPointer folder) {
+  Task ListingOf(const FolderPointer& folder) {
     const std::lock_guard lock(mutex_);
-    return ListingOfLocked(std::move(folder));
+    return ListingOfLocked(folder);
   }
 
   static bool IsDoneLocked(const TreeFolder& folder) {
@@ -252,17 +250,15 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     task.must_start_workers = MustStartWorkersLocked();
     const std::size_t size = std::min(count_.IsSlow() ? kSlowFilesAtOnce : kFilesAtOnce,
                                       files.size() - folder->unclaimed_);
-    const auto begin = files.begin() + static_cast<std::ptrdiff_t>(task.first);
-    const auto end = begin + static_cast<std::ptrdiff_t>(size);
-    task.files.assign(std::make_move_iterator(begin), std::make_move_iterator(end));
+    const auto begin = std::make_move_iterator(files.data() + task.first);
+    task.files.assign(begin, begin + static_cast<std::ptrdiff_t>(size));
     folder->unclaimed_ += size;
     ++folder->parts_;
     if (!HasPendingLocked(*folder)) std::erase(unread_, folder);
     return task;
   }
 
-  /// Claims a folder that the walk needs for listing, or pending files of it; nothing when other
-  /// threads have claimed them all.
+  /// Claims a folder for listing, or pending files of it; nothing when other threads have them.
   Task ClaimNeededLocked(const FolderPointer& folder) {
     return ClaimLocked(*folder) ? ListingOfLocked(folder) : ClaimPartLocked(folder);
   }
@@ -299,10 +295,7 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     TreeFolder& folder = *done.folder;
     if (!stop_) UseListing(folder, std::move(done.listing));
     if (folder.is_ahead_) QueueLocked(folder);
-    if (!folder.listing.has_pending) {
-      FinishLocked(folder);
-      return;
-    }
+    if (!folder.listing.has_pending) return FinishLocked(folder);
     const std::vector<FileEntry>& files = folder.listing.files;
     folder.unclaimed_ = static_cast<std::size_t>(
         std::ranges::find(files, true, &FileEntry::is_pending) - files.begin());

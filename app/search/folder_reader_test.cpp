@@ -7,9 +7,11 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <random>
 #include <set>
 #include <thread>
 
+#include "library/tag_layout.h"
 #include "tests/temp_folder.h"
 #include "tests/wait_until.h"
 
@@ -212,6 +214,38 @@ TEST_F(FolderReaderTest, AWalkWithoutACallbackListsOtherFoldersWhileItWaits) {
   EXPECT_EQ(listed.erase(root->path), 1U);
   EXPECT_FALSE(listed.empty());
   EXPECT_FALSE(listed.contains(first->path));
+}
+
+/// Names, sizes and tails of files, one text for each.
+std::vector<std::string> Described(const FolderListing& listing) {
+  std::vector<std::string> texts;
+  for (const FileEntry& file : listing.files)
+    texts.push_back(file.name + " " + std::to_string(file.size) + " " + file.tail);
+  return texts;
+}
+
+TEST_F(FolderReaderTest, TheFilesOfALargeFolderAreThoseOfOneListing) {
+  std::mt19937 random(1);
+  const std::vector<std::string> folders = {music.path(), music.path() + "a/", music.path() + "b/"};
+  const int counts[] = {700, 17, 16};
+  for (std::size_t f = 0; f < folders.size(); ++f)
+    for (int k = 0; k < counts[f]; ++k)
+      music.File(folders[f].substr(music.path().size()) + std::to_string(random()) + ".mp3",
+                 std::string(random() % 300, static_cast<char>('a' + random() % 26)));
+  const auto tails = [](const std::string&) { return true; };
+  for (const bool recurse : {false, true})
+    for (const std::function<bool()>& go_on :
+         {std::function<bool()>(), std::function<bool()>([] { return true; })}) {
+      FolderReader reader("*.mp3", recurse, EnterAll, tails);
+      for (const std::string& folder : folders) {
+        const auto root = reader.Root(folder);
+        ASSERT_TRUE(reader.WaitFor(root, go_on));
+        const FolderListing expected =
+            ListFolder(folder, {.pattern = "*.mp3", .sizes = true, .tail_bytes = kTagBytes});
+        EXPECT_EQ(Described(root->listing), Described(expected));
+        EXPECT_EQ(root->listing.problem, "");
+      }
+    }
 }
 
 }  // namespace
