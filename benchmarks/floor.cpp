@@ -1,17 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The baseline ("floor") for start-up times: one thread that walks a tree and reads the last 128
-// bytes of every "*.mp3". With FILE given, it only stats every "*.mp3", and reads FILE whole.
-// Prints the number of files and the seconds it took.
+// The baseline ("floor") for start-up times: plain threads, one unless THREADS is given, that walk a
+// tree. Prints the number of files and the seconds it took.
 //
-// Usage: tallow_floor MUSIC [FILE]
+//   tails  reads the last 128 bytes of every "*.mp3"
+//   stats  gets the status of every "*.mp3"; reads FILE whole
+//   names  lists the folders only
+//
+// Usage: tallow_floor MUSIC                         tails
+//        tallow_floor MUSIC FILE                    stats
+//        tallow_floor --threads THREADS WHAT MUSIC  tails, stats or names
+#include <atomic>
 #include <chrono>
+#include <condition_variable>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <dirent.h>
 #include <fcntl.h>
+#include <mutex>
 #include <string>
 #include <strings.h>
 #include <sys/stat.h>
+#include <thread>
 #include <unistd.h>
 #include <vector>
 
@@ -19,8 +29,8 @@ namespace {
 
 constexpr off_t kTagBytes = 128;
 
-long files = 0;
-unsigned long sum = 0;  // of the bytes read, so that the compiler cannot remove the reads
+std::atomic<long> files = 0;
+std::atomic<unsigned long> sum = 0;  // of the bytes read, so that the compiler keeps the reads
 
 void ReadTail(const std::string& path) {
   const int file = open(path.c_str(), O_RDONLY | O_CLOEXEC);
@@ -54,10 +64,18 @@ void ReadAll(const char* path) {
   close(file);
 }
 
-void Walk(const std::string& folder, void (*visit)(const std::string&)) {
-  DIR* const directory = opendir(folder.c_str());
-  if (directory == nullptr) return;
+void Count(const std::string& path) {
+  ++files;
+  sum += path.size();
+}
+
+using Visit = void (*)(const std::string&);
+
+/// Visits the files of a folder. \returns its subfolders
+std::vector<std::string> List(const std::string& folder, Visit visit) {
   std::vector<std::string> subfolders;
+  DIR* const directory = opendir(folder.c_str());
+  if (directory == nullptr) return subfolders;
   while (const dirent* const entry = readdir(directory)) {
     const std::size_t length = std::strlen(entry->d_name);
     if (entry->d_type == DT_DIR) {
@@ -68,16 +86,66 @@ void Walk(const std::string& folder, void (*visit)(const std::string&)) {
     }
   }
   closedir(directory);
-  for (const std::string& subfolder : subfolders) Walk(subfolder, visit);
+  return subfolders;
+}
+
+void Walk(const std::string& folder, Visit visit) {
+  for (const std::string& subfolder : List(folder, visit)) Walk(subfolder, visit);
+}
+
+/// Walks a tree on several threads, which take the folders from one list.
+class ThreadedWalk {
+ public:
+  ThreadedWalk(const std::string& folder, Visit visit) : visit_(visit), folders_{folder} {}
+
+  void Run(int threads) {
+    std::vector<std::thread> running;
+    for (int k = 0; k < threads; ++k) running.emplace_back([this] { Work(); });
+    for (std::thread& thread : running) thread.join();
+  }
+
+ private:
+  void Work() {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+      changed_.wait(lock, [this] { return !folders_.empty() || busy_ == 0; });
+      if (folders_.empty()) return;
+      const std::string folder = std::move(folders_.back());
+      folders_.pop_back();
+      ++busy_;
+      lock.unlock();
+      std::vector<std::string> subfolders = List(folder, visit_);
+      lock.lock();
+      --busy_;
+      folders_.insert(folders_.end(), subfolders.rbegin(), subfolders.rend());
+      if (!subfolders.empty() || busy_ == 0) changed_.notify_all();
+    }
+  }
+
+  const Visit visit_;
+  std::mutex mutex_;  ///< guards all below
+  std::condition_variable changed_;
+  std::vector<std::string> folders_;  ///< that no thread has listed
+  int busy_ = 0;                      ///< threads that list a folder
+};
+
+Visit VisitOf(const std::string& what) {
+  if (what == "tails") return &ReadTail;
+  if (what == "stats") return &LookAt;
+  return &Count;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2 && argc != 3) return 2;
+  const bool is_threaded = argc == 5 && std::strcmp(argv[1], "--threads") == 0;
+  if (argc != 2 && argc != 3 && !is_threaded) return 2;
   const auto begin = std::chrono::steady_clock::now();
-  Walk(std::string(argv[1]) + "/", argc == 2 ? &ReadTail : &LookAt);
+  if (is_threaded)
+    ThreadedWalk(std::string(argv[4]) + "/", VisitOf(argv[3])).Run(std::atoi(argv[2]));
+  else
+    Walk(std::string(argv[1]) + "/", argc == 2 ? &ReadTail : &LookAt);
   if (argc == 3) ReadAll(argv[2]);
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
-  std::printf("%ld %.6f %lu\n", files, took.count(), sum);
+  std::printf("%ld %.6f %lu\n", files.load(), took.count(), sum.load());
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Paths through links, and folders whose entries cannot be read.
+#include <algorithm>
 #include <cerrno>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -86,6 +87,48 @@ TEST(FileSystemLinux, AnEntryThatCannotBeReadIsReportedUnlessPermissionIsMissing
     EXPECT_TRUE(listing.files.empty());
     EXPECT_EQ(listing.problem, error == EIO ? "Input/output error" : "");
   }
+}
+
+TEST(FileSystemLinux, FilesBeyondTheMaximumOfTailsStayPendingUntilTheyAreRead) {
+  const TempFolder folder;
+  for (int k = 0; k < 20; ++k)
+    folder.File(std::to_string(k) + ".mp3", std::string(static_cast<std::size_t>(k), 'x') + "tail");
+  std::filesystem::create_symlink("0.mp3", folder / "link.mp3");
+  const ListRequest all{.sizes = true, .tail_bytes = 4};
+  ListRequest some = all;
+  some.max_tails = 5;
+  const FolderListing expected = ListFolder(folder.path(), all);
+  EXPECT_FALSE(expected.has_pending);
+  FolderListing listing = ListFolder(folder.path(), some);
+  EXPECT_TRUE(listing.has_pending);
+  EXPECT_EQ(std::ranges::count(listing.files, true, &FileEntry::is_pending), 15);
+  EXPECT_EQ(ReadPendingFiles(folder.path(), 4, listing.files), "");
+  ASSERT_EQ(listing.files.size(), expected.files.size());
+  for (std::size_t k = 0; k < expected.files.size(); ++k) {
+    EXPECT_FALSE(listing.files[k].is_pending);
+    EXPECT_EQ(listing.files[k].name, expected.files[k].name);
+    EXPECT_EQ(listing.files[k].size, expected.files[k].size);
+    EXPECT_EQ(listing.files[k].tail, expected.files[k].tail);
+  }
+}
+
+TEST(FileSystemLinux, APendingFileThatIsDeletedStaysPending) {
+  const TempFolder folder;
+  folder.File("a.mp3", "content");
+  FolderListing listing =
+      ListFolder(folder.path(), {.sizes = true, .tail_bytes = 4, .max_tails = 0});
+  ASSERT_EQ(listing.files.size(), 1U);
+  ASSERT_TRUE(RemoveFile(folder / "a.mp3"));
+  EXPECT_EQ(ReadPendingFiles(folder.path(), 4, listing.files), "");
+  EXPECT_TRUE(listing.files.front().is_pending);
+}
+
+TEST(FileSystemLinux, NoFileIsPendingWithoutTailsOrWithFewerFilesThanTheMaximum) {
+  const TempFolder folder;
+  folder.File("a.mp3", "content");
+  EXPECT_FALSE(ListFolder(folder.path(), {.sizes = true, .max_tails = 0}).has_pending);
+  EXPECT_FALSE(
+      ListFolder(folder.path(), {.sizes = true, .tail_bytes = 4, .max_tails = 1}).has_pending);
 }
 
 }  // namespace

@@ -10,6 +10,7 @@
 #include <random>
 #include <set>
 #include <thread>
+#include <utility>
 
 #include "library/tag_layout.h"
 #include "tests/temp_folder.h"
@@ -226,12 +227,14 @@ std::vector<std::string> Described(const FolderListing& listing) {
 
 TEST_F(FolderReaderTest, TheFilesOfALargeFolderAreThoseOfOneListing) {
   std::mt19937 random(1);
-  const std::vector<std::string> folders = {music.path(), music.path() + "a/", music.path() + "b/"};
-  const int counts[] = {700, 17, 16};
-  for (std::size_t f = 0; f < folders.size(); ++f)
-    for (int k = 0; k < counts[f]; ++k)
-      music.File(folders[f].substr(music.path().size()) + std::to_string(random()) + ".mp3",
+  const std::pair<std::string, int> counts[] = {{"a", 700}, {"b", 17}, {"c", 16}, {"d", 1}};
+  std::vector<std::string> folders;
+  for (const auto& [name, count] : counts) {
+    folders.push_back(music.Folder(name));
+    for (int k = 0; k < count; ++k)
+      music.File(name + "/" + std::to_string(random()) + ".mp3",
                  std::string(random() % 300, static_cast<char>('a' + random() % 26)));
+  }
   const auto tails = [](const std::string&) { return true; };
   for (const bool recurse : {false, true})
     for (const std::function<bool()>& go_on :
