@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Measures Tallow on collections of real MP3 files against a floor that is measured in the same run:
 # one thread that walks the tree and reads the last 128 bytes of every MP3 file. The cache is warm
-# in every run.
+# but for the rows of slow disks: there each call takes a millisecond longer (benchmarks/slow_disk.cpp),
+# or the caches are dropped before each run, which needs root; the floor then has 32 threads.
 #
 #   ./bench.sh            20,000 and 100,000 files
 #   ./bench.sh --million  1,000,000 files too (needs about 8 GB of disk)
@@ -49,6 +50,33 @@ first_run() {
   rm -rf "$folder/app"
   mkdir -p "$folder/app"
   "$programs/tallow_startup_benchmark" "$PWD/$music" "$PWD/$folder/app" first
+}
+
+# drop_caches: makes the next reads come from the disk. Fails without root.
+drop_caches() { sync && { echo 3 > /proc/sys/vm/drop_caches; } 2> /dev/null; }
+cold_floor() {
+  drop_caches
+  "$programs/tallow_floor" --threads 32 "$1" "$music"
+}
+cold_first_run() {
+  rm -rf "$folder/app"
+  mkdir -p "$folder/app"
+  drop_caches
+  "$programs/tallow_startup_benchmark" "$PWD/$music" "$PWD/$folder/app" first
+}
+cold_second_start() {
+  drop_caches
+  "$programs/tallow_startup_benchmark" "$PWD/$music" "$PWD/$folder/app" second
+}
+# slow_disk_row NAME WHAT: a start while each file call takes a millisecond longer.
+slow_disk_row() {
+  rm -f "$folder/calls"
+  read -r _ seconds _ < <(SLOW_DISK_REPORT="$folder/calls" \
+    LD_PRELOAD="$PWD/$programs/libtallow_slow_disk.so" \
+    "$programs/tallow_startup_benchmark" "$PWD/$music" "$PWD/$folder/app" "$2")
+  read -r calls sum highest < "$folder/calls"
+  row 5000 "$1" "$seconds" "$(awk -v s="$seconds" -v a="$sum" 'BEGIN { printf "%.2f", s / (a / 20 + 0.3) }')" 1.0 \
+    "$calls calls of 1 ms, up to $highest at a time"
 }
 
 declare -A a_song
@@ -100,6 +128,33 @@ for size in "${sizes[@]}"; do
     done
   done
 done
+
+echo
+echo "Slow disks: 1 ms for each file call (ratio to a 20th of the calls' sum plus 0.3 s); cold caches"
+music=$folder/music-5000
+if [ ! -e "$music.complete" ]; then
+  rm -rf "$music"
+  "$programs/tallow_collection" "$folder/tone.mp3" "$music" 5000
+  touch "$music.complete"
+fi
+rm -rf "$folder/app"
+mkdir -p "$folder/app"
+slow_disk_row "first run, 1 ms" first
+slow_disk_row "second start, 1 ms" second
+music=$folder/music-100000
+if drop_caches; then
+  read -r _ floor _ < <(best 3 "" cold_floor tails)
+  row 100000 "floor, cold" "$floor" 1.00 "" "32 threads"
+  read -r _ seconds _ < <(best 3 first cold_first_run)
+  row 100000 "first run, cold" "$seconds" "$(divide "$seconds" "$floor")" 1.3 ""
+  read -r _ floor _ < <(best 3 "" cold_floor names)
+  row 100000 "floor, cold names" "$floor" 1.00 "" "32 threads that list the folders"
+  "$programs/tallow_startup_benchmark" "$PWD/$music" "$PWD/$folder/app" save > /dev/null
+  read -r _ seconds _ < <(best 3 second cold_second_start)
+  row 100000 "second start, cold" "$seconds" "$(divide "$seconds" "$floor")" 1.3 ""
+else
+  echo "The rows of cold caches were left out: only root may drop the caches."
+fi
 if [ -n "${a_song[1000000]:-}" ]; then
   row 1000000 "a song's time" "${a_song[1000000]}" \
     "$(divide "${a_song[1000000]}" "${a_song[100000]}")" 1.3 "ratio to a song's at 100000, first run"

@@ -3,11 +3,13 @@
 // Prints one line per run: what, seconds, increase of memory since before the library was created
 // in KiB.
 //
-// Usage: tallow_startup_benchmark MUSIC APPLICATION_FOLDER first|second
+// Usage: tallow_startup_benchmark MUSIC APPLICATION_FOLDER first|second|save
+//   save  saves the jukebox after the start, so that later starts open it
 #include <chrono>
 #include <cstdio>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "app/search/drive_list.h"
@@ -65,6 +67,12 @@ int Run(const std::string& music, const std::string& application, const char* wh
   NoWindows windows;
   if (!System(tallow, *drives, windows).Main({})) return 1;
   const std::chrono::duration<double> took = std::chrono::steady_clock::now() - begin;
+  if (std::string_view(what) == "save") {
+    const std::string path = EnsureTrailingBackslash(application) + "Grouping/bench.juk";
+    if (!windows.jukebox.Save(path, tallow.library)) return 1;
+    tallow.settings.LocOfLastSavedJukeBox(path);
+    tallow.SaveSettings();
+  }
   std::printf("%s %.6f %ld %d\n", what, took.count(), ProcessMemory() - before,
               tallow.library.UBoundOfMp3Array());
   return 0;
