@@ -6,7 +6,9 @@
 #include <utility>
 
 #include "library/cls_main.h"
+#include "library/folder_scan.h"
 #include "util/file_system.h"
+#include "util/read_ahead.h"
 #include "util/threads.h"
 
 namespace tallow {
@@ -20,26 +22,50 @@ struct Song {
   std::int64_t size = kUnknownSize;
 };
 
+/// Number of sizes that a thread reads in one batch, see ReadAhead.
+constexpr std::size_t kAtOnce = 64;
+
 }  // namespace
 
 struct SizeFinder::Work {
-  std::vector<Song> songs;  ///< used by the thread that runs Find
+  std::vector<Song> songs;  ///< used by the thread that runs Find or FindAll
   std::size_t next = 0;     ///< next index in songs
   std::mutex mutex;         ///< guards all below
   std::vector<Song> found;
   bool is_done = false;
   bool stop = false;
 
+  /// Reads the sizes of all songs, on as many threads as the disk can use.
+  void FindAll() {
+    try {
+      ReadAhead(
+          songs.size(), kAtOnce, [this](std::size_t k) { return songs[k].folder + songs[k].name; },
+          [](const std::string& path) { return CheckFile(path); },
+          [this](std::size_t k, const FileStatus& status) {
+            if (!Store(songs[k], status)) throw Stopped();
+          });
+    } catch (const Stopped&) {
+      return;
+    }
+    const std::lock_guard lock(mutex);
+    is_done = true;
+  }
+
+  /// Stores the size of a song, if it was found. \returns false when to stop
+  bool Store(Song& song, const FileStatus& status) {
+    const std::lock_guard lock(mutex);
+    if (stop) return false;
+    if (status.presence != FilePresence::kThere) return true;
+    song.size = static_cast<std::int64_t>(status.size);
+    found.push_back(std::move(song));
+    return true;
+  }
+
   /// Reads the sizes of at most `max_songs` more songs.
   void Find(std::size_t max_songs) {
     for (std::size_t k = 0; k < max_songs && next < songs.size(); ++k) {
       Song& song = songs[next++];
-      const FileStatus status = CheckFile(song.folder + song.name);
-      const std::lock_guard lock(mutex);
-      if (stop) return;
-      if (status.presence != FilePresence::kThere) continue;
-      song.size = static_cast<std::int64_t>(status.size);
-      found.push_back(std::move(song));
+      if (!Store(song, CheckFile(song.folder + song.name))) return;
     }
     const std::lock_guard lock(mutex);
     is_done = next == songs.size();
@@ -55,7 +81,7 @@ SizeFinder::SizeFinder(const clsMain& library) : work_(std::make_shared<Work>())
   }
   work_->is_done = work_->songs.empty();
   if (work_->is_done) return;
-  std::thread thread = StartThread([work = work_] { work->Find(work->songs.size()); });
+  std::thread thread = StartThread([work = work_] { work->FindAll(); });
   has_thread_ = thread.joinable();
   if (has_thread_) thread.detach();
 }
@@ -67,8 +93,8 @@ SizeFinder::~SizeFinder() {
 
 bool SizeFinder::StoreSizes(clsMain& library) {
   // Without a worker thread, read a few sizes in each call.
-  constexpr std::size_t kAtOnce = 200;
-  if (!has_thread_ && !work_->is_done) work_->Find(kAtOnce);
+  constexpr std::size_t kSongsPerCall = 200;
+  if (!has_thread_ && !work_->is_done) work_->Find(kSongsPerCall);
   std::vector<Song> found;
   bool is_done = false;
   {

@@ -10,13 +10,13 @@ namespace tallow {
 
 class clsMain;
 
-/// Reads the unknown sizes of song files on a worker thread, so that a slow disk does not block the
+/// Reads the unknown sizes of song files on worker threads, so that a slow disk does not block the
 /// caller. If no thread can be created, each StoreSizes reads a few sizes.
 class SizeFinder {
  public:
   /// Starts with the present songs of a library whose size is not known.
   explicit SizeFinder(const clsMain& library);
-  /// Does not wait for a disk that does not answer: the detached thread ends by itself.
+  /// Does not wait for a disk that does not answer: the detached threads end by themselves.
   ~SizeFinder();
   SizeFinder(const SizeFinder&) = delete;
   SizeFinder& operator=(const SizeFinder&) = delete;
