@@ -5,7 +5,7 @@
 
 #include "app/data_paths.h"
 #include "app/start/start_up_notices.h"
-#include "app/system.h"
+#include "app/start/start_up_windows.h"
 #include "app/system_texts.h"
 #include "app/tallow.h"
 #include "library/library_check.h"
