@@ -132,7 +132,7 @@ bool StartUpSettings::Rebuild(const std::string& problem) {
   are_backed_up_ = true;
   tallow_.settings.Clear();
   Make();
-  notices_.Add("New settings were made." + std::string(kOpenSaved));
+  notices_.Add("New settings were created." + std::string(kOpenSaved));
   return true;
 }
 
