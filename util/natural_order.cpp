@@ -13,7 +13,7 @@ bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 /// Parses the digits at a position and moves the position past them. Leading zeros are skipped and
 /// not returned.
-std::string_view TakeNumber(std::string_view text, std::size_t& position) noexcept {
+std::string_view ParseNumber(std::string_view text, std::size_t& position) noexcept {
   while (position < text.size() && text[position] == '0') ++position;
   const std::size_t begin = position;
   while (position < text.size() && IsDigit(text[position])) ++position;
@@ -29,8 +29,8 @@ bool NaturalLess(std::string_view a, std::string_view b) {
   std::size_t j = 0;
   while (i < lower_a.size() && j < lower_b.size()) {
     if (IsDigit(lower_a[i]) && IsDigit(lower_b[j])) {
-      const std::string_view m = TakeNumber(lower_a, i);
-      const std::string_view n = TakeNumber(lower_b, j);
+      const std::string_view m = ParseNumber(lower_a, i);
+      const std::string_view n = ParseNumber(lower_b, j);
       if (m.size() != n.size()) return m.size() < n.size();
       if (m != n) return m < n;
       continue;

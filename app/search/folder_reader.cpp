@@ -14,6 +14,13 @@
 #include "util/path_text.h"
 
 namespace tallow {
+namespace {
+
+/// Minimum and maximum number of threads that list folders ahead of the walk.
+constexpr unsigned kMinThreads = 2;
+constexpr unsigned kMaxThreads = 5;
+
+}  // namespace
 
 /// State shared by the walk and the worker threads; the last owner destroys it.
 ///
@@ -277,7 +284,8 @@ FolderReader::FolderReader(std::string pattern, bool recurse,
     : shared_(std::make_shared<Shared>(std::move(pattern), recurse, std::move(enter),
                                        std::move(tails))) {
   if (!recurse) return;
-  const unsigned threads = std::clamp(std::thread::hardware_concurrency(), 2U, 5U);
+  const unsigned threads =
+      std::clamp(std::thread::hardware_concurrency(), kMinThreads, kMaxThreads);
   for (unsigned k = 0; k < threads; ++k)
     // With fewer threads, the walk lists the folders that no thread has listed.
     if (!shared_->StartWorker()) break;
