@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# What docs/draw-layers.sh shows of the graph of CMake's targets: the folders' libraries and the two programs.
+# What docs/draw-layers.sh shows of the graph of CMake's targets: the folders' libraries and the two
+# programs.
 set(GRAPHVIZ_GRAPH_NAME "Tallow")
 set(GRAPHVIZ_EXTERNAL_LIBS FALSE)
 set(GRAPHVIZ_INTERFACE_LIBS FALSE)

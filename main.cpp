@@ -130,7 +130,8 @@ int Run(int argc, char** argv, const CommandLine& line) {
   if (!HasDisplay()) {
     if (!line.error.empty()) return ReportUsageError(line.error, true);
     if (!line.exit_after_startup) {
-      std::fputs("Tallow needs a display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n", stderr);
+      std::fputs("Tallow requires a display: neither DISPLAY nor WAYLAND_DISPLAY is set.\n",
+                 stderr);
       return 1;
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");

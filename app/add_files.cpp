@@ -117,8 +117,8 @@ class FileCollector {
   bool is_cancelled_ = false;
 };
 
-/// Adds files to the library one by one; a file whose name, or path, the library already has stands
-/// for that song.
+/// Adds files to the library one by one. A file is left out if the library has a song of the same
+/// file name, or path, that is present; this song is then used for the file.
 class FileAdder {
  public:
   FileAdder(clsMain& library, AddedFiles& added, FileCollector& collector)

@@ -246,7 +246,7 @@ TEST_F(NewIniFile, HasTheDefaults) {
   EXPECT_TRUE(FileExists(tallow.settings_path));
 }
 
-TEST_F(NewIniFile, TakesTheCountFromTheLastSongOfTheLibrary) {
+TEST_F(NewIniFile, ReadsTheCountFromTheLastSongOfTheLibrary) {
   AddSong("/a/", "a");
   AddSong("/a/", "b");
   AddSong("/a/", "");

@@ -88,25 +88,25 @@ std::string HelpText() {
   return "Usage: tallow [OPTION]... [FILE.juk]...\n"
          "Finds the MP3 files of this computer and arranges them in jukeboxes.\n"
          "\n"
-         "  FILE.juk               open this jukebox after the start; where Tallow runs already "
-         "with the\n"
-         "                         same application folder, there\n"
-         "  --app-folder DIR       keep library, settings and jukeboxes in DIR; without this, in "
+         "  FILE.juk               open this jukebox after the start. If Tallow is already running "
+         "with\n"
+         "                         this application folder, the running program opens it\n"
+         "  --app-folder DIR       store the library, settings and jukeboxes in DIR. The default "
+         "is "
          "the\n"
-         "                         program's own folder when it is writable, else in the user's "
-         "data\n"
-         "                         folder\n"
+         "                         program's own folder if it is writable, else the user's data "
+         "folder\n"
          "  --drive DIR            search DIR for songs in place of the computer's fixed disks; "
          "may be\n"
          "                         given several times\n"
          "  --style STYLE          run in the style classic or modern this time, whichever the "
          "preferences\n"
          "                         name\n"
-         "  --exit-after-startup   start without asking anything, then exit: 0 when all went "
-         "well, 1\n"
-         "                         with the message on standard error where a start would have "
-         "stopped\n"
-         "                         or asked\n"
+         "  --exit-after-startup   start without asking any question, then exit: with code 0 after "
+         "a\n"
+         "                         normal start; with code 1, and the message on standard error, "
+         "if\n"
+         "                         the start would have stopped or asked\n"
          "  --help                 print this help and exit\n"
          "  --version              print the version and exit\n"
          "\n"
@@ -120,7 +120,7 @@ std::string DefaultApplicationFolder() {
 std::string DefaultApplicationFolder(const std::string& own, const std::string& data) {
   if (!own.empty() && ProblemOfApplicationFolder(own).empty()) return own;
   if (data.empty())
-    throw FileError(own, "No file can be created there, and there is no user's folder.");
+    throw FileError(own, "No file can be created there, and the user has no data folder.");
   const std::string folder = data + "Tallow" + kSeparator;
   CreateFolders(folder);
   const std::string problem = ProblemOfApplicationFolder(folder);

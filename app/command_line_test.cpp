@@ -43,7 +43,7 @@ TEST(CommandLine, WithoutArgumentsTheDefaultsApply) {
   EXPECT_FALSE(line.exit_after_startup);
 }
 
-TEST(CommandLine, TakesEveryOption) {
+TEST(CommandLine, AcceptsEveryOption) {
   const TempFolder folder;
   const std::string a = folder.Folder("a");
   const std::string b = folder.Folder("b");
@@ -132,7 +132,7 @@ TEST(ApplicationFolder, WithoutAUsersFolderTheProgramsFolderIsNamed) {
     ADD_FAILURE() << "no exception";
   } catch (const FileError& error) {
     EXPECT_EQ(std::string(error.what()),
-              own + ": No file can be created there, and there is no user's folder.");
+              own + ": No file can be created there, and the user has no data folder.");
   }
 }
 

@@ -9,6 +9,7 @@
 #include <unistd.h>
 #include <utility>
 
+#include "app/system.h"
 #include "library/library_file.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_windows.h"

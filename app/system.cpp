@@ -3,19 +3,16 @@
 
 #include <exception>
 #include <utility>
+#include <vector>
 
 #include "app/data_paths.h"
+#include "app/start/start_up_windows.h"
 #include "jukebox/jukebox.h"
 #include "library/scan_report.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
 
 namespace tallow {
-
-bool StartUpWindows::Ask(const std::string& text) {
-  return Show({.text = text, .icon = MessageIcon::kQuestion, .buttons = MessageButtons::kYesNo}) ==
-         MessageAnswer::kYes;
-}
 
 System::System(Tallow& tallow, const DriveList& drives, StartUpWindows& windows,
                std::function<std::string()> nearby)

@@ -182,7 +182,7 @@ TEST_F(SystemFaults, DamagedSettingsStayBackedUpThoughTheLibraryIsDamagedToo) {
   EXPECT_EQ(windows->asked.size(), 2U);
   EXPECT_EQ(Read(Settings() + ".bak"), wrong);
   EXPECT_EQ(windows->notices.at(0),
-            "New settings were made. Saved jukeboxes are opened with Open in the File menu.");
+            "New settings were created. Saved jukeboxes are opened with Open in the File menu.");
 }
 
 TEST_F(SystemFaults, UnreadFoldersThatCannotBeWrittenAreTriedAgain) {

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/search/drive_list.h"
+#include "app/start/start_up_windows.h"
 #include "app/system.h"
 #include "benchmarks/process_memory.h"
 #include "jukebox/jukebox.h"

@@ -172,7 +172,7 @@ std::vector<std::int32_t> RefreshFolderList(Folder& folder, const clsMain& libra
     const bool hidden = !present && library.IsHidden(record);
     const bool known = hidden || song.Exists();
     if (!skip && !known) {
-      // Removing entries one by one skips the entry that moves into this place; do the same.
+      // Kept for compatibility: after an entry that is removed here, the next one is not checked.
       skip = true;
       removed.push_back(static_cast<std::int32_t>(k));
       continue;

@@ -279,7 +279,7 @@ class clsMain {
   /// number.
   std::vector<ReturnedSong> TakeReturned();
 
-  /// Resets the counters of the scan report, at the start of a start, a search or a drop of files.
+  /// Resets the counters of the scan report. Called when a start, a search or a drop begins.
   void BeginScan(ScanKind kind);
   /// Ends a scan: saves missing songs, and records the drives of the songs and the count of files
   /// left out.
@@ -287,10 +287,10 @@ class clsMain {
   /// \param go_on    callback, called while waiting for a drive; returning false gives the drive
   ///        up. May be empty
   ScanReport FinishScan(bool complete, const GoOn& go_on = {});
-  /// Records a file left out because a song has its name. Does nothing when the file is that song's
-  /// own file.
+  /// Records a file left out because a song has the same file name. Does nothing when the file is
+  /// that song's own file.
   void LeaveOut(const std::string& path, std::int32_t record);
-  /// The files that the last scans left out because a song has their name.
+  /// The files that the last scans left out, because a song has the same file name.
   const std::vector<LeftOutFile>& LeftOut() const noexcept { return left_out_; }
 
   /// Records that a folder could not be read completely. It is reported, and scanned again at the

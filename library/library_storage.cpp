@@ -12,8 +12,8 @@
 namespace tallow {
 namespace {
 
-/// Renames the library's backup, unless it is the previous version of this library: it may be the
-/// only good copy, or a damaged file that must be kept.
+/// Renames the library's backup, unless the backup is this library or its previous version. Any
+/// other backup may be the only good copy, or a damaged file that must be kept.
 void SetBackupAside(const std::string& path, const CompanionHeader& companion) {
   const std::string backup = path + std::string(kBackupSuffix);
   if (IsGone(backup)) return;

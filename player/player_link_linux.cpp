@@ -73,7 +73,7 @@ class SocketLink : public PlayerLink {
       const PlayerStartLock lock(path);
       if (PlayerRuns(path)) return true;
       const OpenFile listening(ListenAsPlayer(path));
-      if (!listening) throw FileError(path, "no socket can be made there");
+      if (!listening) throw FileError(path, "cannot create a socket there");
       const std::array<std::string, 1> arguments{"--listen"};
       just_started_ = Spawn(program, arguments, listening.descriptor()) != 0;
       if (just_started_) return true;

@@ -264,7 +264,7 @@ TEST_F(LinuxPlayer, ASocketPathThatIsTooLongIsReported) {
   testing::internal::CaptureStderr();
   EXPECT_FALSE(player.StartWinamp());
   EXPECT_EQ(testing::internal::GetCapturedStderr(), "The player cannot be started. " + deep +
-                                                        "tallow/player: no socket can be made "
+                                                        "tallow/player: cannot create a socket "
                                                         "there\n");
   EXPECT_FALSE(player.FindWinamp());
   EXPECT_EQ(Starts(), 0U);

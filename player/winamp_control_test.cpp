@@ -40,7 +40,7 @@ TEST_F(WinampControl, AnotherPlayerIsLookedForOnlyWhereTheLastOneHasEnded) {
   EXPECT_EQ(SentBy(look), Texts{});
   link.ends_at = 0;
   EXPECT_EQ(SentBy(look), Texts{"find"});
-  // The classic message comes with the command that follows.
+  // FindAgainIfEnded shows no message when there is no player; the next command does.
   link.found = 0;
   player.FindAgainIfEnded();
   EXPECT_EQ(player.Window(), 0U);

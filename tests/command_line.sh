@@ -30,7 +30,7 @@ expect 2 "does not exist" --app-folder "$folder/app" --drive "$folder/none" --ex
 expect 2 "does not exist" --app-folder "$folder/none"
 expect 2 "does not exist" --app-folder "$folder/none" --exit-after-startup
 expect 2 "requires a folder" --app-folder
-expect 1 "needs a display" --app-folder "$folder/app" --drive "$folder/music"
+expect 1 "requires a display" --app-folder "$folder/app" --drive "$folder/music"
 expect 0 "" "${usual[@]}"
 expect 0 "" "${usual[@]}"
 # The files shipped with the program are in its folder.

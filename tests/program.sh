@@ -1,6 +1,7 @@
 # shellcheck shell=bash
 # SPDX-License-Identifier: GPL-3.0-or-later
-# To be sourced: functions that set up and watch the built program in a test with the folder $folder.
+# To be sourced: functions that set up and watch the built program in a test with the folder
+# $folder.
 
 # The script that sources this sets it.
 : "${folder:?}"

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "app/system.h"
+#include "app/start/start_up_windows.h"
 #include "jukebox/jukebox.h"
 #include "tests/recorded_progress.h"
 

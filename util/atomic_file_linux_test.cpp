@@ -40,7 +40,7 @@ TEST(AtomicFileLinux, AFileTooLargeToCopyIsRenamedWhereItCannotBeLinked) {
   EXPECT_EQ(std::filesystem::file_size(path + ".bak"), bytes);
 }
 
-TEST(AtomicFileLinux, AFolderThatTakesTheFilesPlaceDuringTheWriteStays) {
+TEST(AtomicFileLinux, AFolderThatReplacesTheFileDuringTheWriteStays) {
   const TempFolder folder;
   const std::string path = folder / "a.juk";
   try {

@@ -12,7 +12,7 @@ bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 /// Parses the digits at a position and moves the position past them. Leading zeros are skipped and
 /// not returned.
-std::string_view TakeNumber(std::string_view text, std::size_t& position) noexcept {
+std::string_view ParseNumber(std::string_view text, std::size_t& position) noexcept {
   while (position < text.size() && text[position] == '0') ++position;
   const std::size_t begin = position;
   while (position < text.size() && IsDigit(text[position])) ++position;
@@ -32,8 +32,8 @@ bool NaturalKeyLess(std::string_view a, std::string_view b) noexcept {
   std::size_t j = 0;
   while (i < a.size() && j < b.size()) {
     if (IsDigit(a[i]) && IsDigit(b[j])) {
-      const std::string_view m = TakeNumber(a, i);
-      const std::string_view n = TakeNumber(b, j);
+      const std::string_view m = ParseNumber(a, i);
+      const std::string_view n = ParseNumber(b, j);
       if (m.size() != n.size()) return m.size() < n.size();
       if (m != n) return m < n;
       continue;

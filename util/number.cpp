@@ -21,7 +21,7 @@ struct Sign {
   bool negative = false;
 };
 
-Sign TakeSign(std::string_view& text) noexcept {
+Sign ParseSign(std::string_view& text) noexcept {
   if (text.empty() || (text.front() != '+' && text.front() != '-')) return {};
   const Sign sign{text.front() == '-'};
   text.remove_prefix(1);
@@ -30,7 +30,7 @@ Sign TakeSign(std::string_view& text) noexcept {
 
 /// Parses the digits at the beginning of a text and removes them. The magnitude is clamped to
 /// kTooLarge.
-std::int64_t TakeDigits(std::string_view& text) noexcept {
+std::int64_t ParseDigits(std::string_view& text) noexcept {
   std::int64_t magnitude = 0;
   while (!text.empty() && IsDigit(text.front())) {
     if (magnitude < kTooLarge) magnitude = magnitude * 10 + (text.front() - '0');
@@ -48,14 +48,14 @@ bool RoundsUp(std::string_view fraction, std::int64_t whole) noexcept {
 
 Reading Read(std::string_view text, std::int32_t& result) noexcept {
   text = Trim(StripAtNul(text));
-  const Sign sign = TakeSign(text);
+  const Sign sign = ParseSign(text);
   const std::size_t before = text.size();
-  std::int64_t magnitude = TakeDigits(text);
+  std::int64_t magnitude = ParseDigits(text);
   bool any_digit = text.size() != before;
   if (!text.empty() && text.front() == '.') {
     text.remove_prefix(1);
     std::string_view fraction = text;
-    TakeDigits(text);
+    ParseDigits(text);
     fraction.remove_suffix(text.size());
     any_digit = any_digit || !fraction.empty();
     if (RoundsUp(fraction, magnitude)) ++magnitude;
@@ -100,8 +100,8 @@ std::int16_t ConvertToInt16(std::string_view text) {
 
 std::int32_t NumericValue(std::string_view text) noexcept {
   while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
-  const Sign sign = TakeSign(text);
-  std::int64_t magnitude = TakeDigits(text);
+  const Sign sign = ParseSign(text);
+  std::int64_t magnitude = ParseDigits(text);
   if (magnitude > kMax + (sign.negative ? 1 : 0)) magnitude = kMax + (sign.negative ? 1 : 0);
   return static_cast<std::int32_t>(sign.negative ? -magnitude : magnitude);
 }

@@ -9,8 +9,8 @@
 namespace tallow {
 namespace {
 
-/// Limit of the loop that yields at each drive: the counter runs from 1 to below this limit.
-constexpr int kYieldLimit = 2000;
+/// How often the search yields at each drive.
+constexpr int kMaxYields = 1999;
 
 }  // namespace
 
@@ -22,7 +22,7 @@ void DriveQuestions::Report(std::string_view status) {
 
 bool DriveQuestions::PauseAndTestForCancel() {
   if (progress_ != nullptr)
-    for (int k = 1; k < kYieldLimit; ++k) progress_->Yield();
+    for (int k = 0; k < kMaxYields; ++k) progress_->Yield();
   return ConsumeCancel();
 }
 

@@ -206,7 +206,7 @@ TEST_F(MountSourcesTest, OnlyBlockDevicesHaveADeviceNumber) {
   EXPECT_EQ(DeviceNumberOf(folder / "none"), "");
 }
 
-TEST_F(MountSourcesTest, GivenDrivesTakeTheMountPointsAndLinksOfTheSystem) {
+TEST_F(MountSourcesTest, GivenDrivesUseTheMountPointsAndLinksOfTheSystem) {
   const auto drives = GivenDrives({folder.path()});
   EXPECT_TRUE(drives->IsMountPoint("/proc/"));
   EXPECT_FALSE(drives->IsMountPoint(folder.path()));

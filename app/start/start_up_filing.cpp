@@ -7,7 +7,7 @@
 #include "app/long_work.h"
 #include "app/search/search_progress.h"
 #include "app/start/start_up_notices.h"
-#include "app/system.h"
+#include "app/start/start_up_windows.h"
 #include "app/tallow.h"
 
 namespace tallow {

@@ -11,8 +11,8 @@ class StartUpNotices;
 class StartUpWindows;
 class Tallow;
 
-/// The filing of songs during a start: when it takes long, the splash window shows its progress and
-/// lets the user cancel it.
+/// Shows the progress of filing songs during a start in the splash window, if the filing takes
+/// long. The window's Cancel button then ends the filing.
 class StartUpFiling {
  public:
   /// Filing that takes longer than this is shown and can be cancelled.

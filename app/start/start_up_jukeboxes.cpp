@@ -6,7 +6,7 @@
 
 #include "app/start/start_up_notices.h"
 #include "app/start/start_up_wait.h"
-#include "app/system.h"
+#include "app/start/start_up_windows.h"
 #include "app/tallow.h"
 #include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"

@@ -9,7 +9,7 @@
 #include "app/start/start_up_notices.h"
 #include "app/start/start_up_settings.h"
 #include "app/start/start_up_wait.h"
-#include "app/system.h"
+#include "app/start/start_up_windows.h"
 #include "app/system_texts.h"
 #include "app/tallow.h"
 #include "library/library_check.h"

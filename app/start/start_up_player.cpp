@@ -6,7 +6,7 @@
 #include "app/search/winamp_search.h"
 #include "app/start/start_up_settings.h"
 #include "app/start/start_up_wait.h"
-#include "app/system.h"
+#include "app/start/start_up_windows.h"
 #include "app/tallow.h"
 #include "util/file_system.h"
 

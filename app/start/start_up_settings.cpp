@@ -5,7 +5,7 @@
 
 #include "app/data_paths.h"
 #include "app/start/start_up_notices.h"
-#include "app/system.h"
+#include "app/start/start_up_windows.h"
 #include "app/system_texts.h"
 #include "app/tallow.h"
 #include "library/library_check.h"
@@ -133,7 +133,7 @@ bool StartUpSettings::Rebuild(const std::string& problem) {
   are_backed_up_ = true;
   tallow_.settings.Clear();
   Make();
-  notices_.Add("New settings were made." + std::string(kOpenSaved));
+  notices_.Add("New settings were created." + std::string(kOpenSaved));
   return true;
 }
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "app/search/search_progress.h"
-#include "app/system.h"
+#include "app/start/start_up_windows.h"
 #include "app/tallow.h"
 #include "library/scan_report.h"
 

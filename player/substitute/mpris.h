@@ -11,8 +11,8 @@
 
 namespace tallow {
 
-/// Exposes a player on the session bus, for media keys and the desktop's player applet. Implements
-/// the interface MPRIS 2 (specifications.freedesktop.org/mpris-spec). Without a bus, does nothing.
+/// Exposes a player on the session bus, for media keys and the desktop's player applet, see
+/// MPRIS 2. Without a bus, does nothing.
 class Mpris {
  public:
   /// \param player must outlive this object

@@ -72,7 +72,7 @@ TEST_F(PlayerProgram, ALogThatCannotBeWrittenIsReported) {
 
 TEST_F(PlayerProgram, ListenWithoutADescriptorIsReported) {
   EXPECT_EQ(Run("--silent --listen 3<&-"), 1);
-  EXPECT_EQ(said, "tallow-player: --listen needs a socket as descriptor 3.\n");
+  EXPECT_EQ(said, "tallow-player: --listen requires a socket as descriptor 3.\n");
 }
 
 TEST_F(PlayerProgram, ASocketPathThatIsTooLongIsReported) {
@@ -80,7 +80,7 @@ TEST_F(PlayerProgram, ASocketPathThatIsTooLongIsReported) {
   ASSERT_EQ(chmod(deep.c_str(), S_IRWXU), 0);
   ASSERT_EQ(setenv("XDG_RUNTIME_DIR", deep.c_str(), 1), 0);
   EXPECT_EQ(Run("--silent"), 1);
-  EXPECT_EQ(said, "tallow-player: no socket can be made at " + deep + "tallow/player.\n");
+  EXPECT_EQ(said, "tallow-player: cannot create a socket at " + deep + "tallow/player.\n");
 }
 
 TEST_F(PlayerProgram, AStartLockThatAnotherProcessHoldsIsReported) {

@@ -46,7 +46,7 @@ LogFile OpenLog(const std::string& path) {
 int ListeningSocket(bool handed) {
   if (handed) {
     if (fcntl(kHandedDescriptor, F_SETFD, FD_CLOEXEC) == 0) return kHandedDescriptor;
-    std::fputs("tallow-player: --listen needs a socket as descriptor 3.\n", stderr);
+    std::fputs("tallow-player: --listen requires a socket as descriptor 3.\n", stderr);
     return -1;
   }
   const std::string path = PlayerSocketPath();
@@ -57,7 +57,7 @@ int ListeningSocket(bool handed) {
   }
   const int listening = ListenAsPlayer(path);
   if (listening < 0)
-    std::fprintf(stderr, "tallow-player: no socket can be made at %s.\n", path.c_str());
+    std::fprintf(stderr, "tallow-player: cannot create a socket at %s.\n", path.c_str());
   return listening;
 }
 

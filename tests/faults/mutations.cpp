@@ -334,8 +334,9 @@ class Ground {
     return lost;
   }
 
-  /// A part of what was found. "jukeboxes" compares the files on disk and the open jukeboxes, which
-  /// hold recovered changes. Only the user's own folder counts; the program fills the others.
+  /// Returns one part of what was found. For "jukeboxes", returns the user's own folder of each
+  /// jukebox file and of each open jukebox, which contains recovered changes. The other folders are
+  /// left out, because the program fills them.
   static json OfUser(const std::string& name, const json& found) {
     if (name != "jukeboxes") return found.value(name, json());
     json both;

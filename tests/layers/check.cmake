@@ -7,10 +7,10 @@
 # SOURCES contains the folders. LAYERS has one line per folder, "ui/frame: ui/dialogs ui/player",
 # which the build writes from the link dependencies of the folders' libraries. A folder may include
 # what it links to, directly or indirectly. A file in place of a folder after the colon allows that
-# file only. Tests may include anything.
+# file only. Lines that begin with # are comments. Tests may include anything.
 cmake_minimum_required(VERSION 3.23)
 
-file(STRINGS ${LAYERS} lines)
+file(STRINGS ${LAYERS} lines REGEX "^[^#]")
 set(folders)
 foreach(line ${lines})
   string(REGEX MATCH "^([^:]+): *(.*)$" matched "${line}")
@@ -59,10 +59,14 @@ foreach(folder ${folders})
     if(NOT own STREQUAL folder OR file MATCHES "_test\\.cpp$")
       continue()
     endif()
-    file(STRINGS ${SOURCES}/${file} includes REGEX "^#include \"")
+    file(STRINGS ${SOURCES}/${file} includes REGEX "^[ \t]*#[ \t]*include[ \t]*[\"<]")
     foreach(include ${includes})
-      string(REGEX REPLACE "^#include \"([^\"]+)\".*" "\\1" included "${include}")
+      string(REGEX REPLACE "^[^\"<]*[\"<]([^\">]+).*" "\\1" included "${include}")
       folder_of(${included} other)
+      # Headers of libraries are in none of the folders.
+      if(include MATCHES "^[^\"]*<" AND NOT other)
+        continue()
+      endif()
       math(EXPR count "${count} + 1")
       if(NOT other IN_LIST reached_${name} AND NOT included IN_LIST reached_${name})
         string(APPEND wrong "  ${file} includes ${included}\n")

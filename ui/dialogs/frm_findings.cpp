@@ -49,7 +49,7 @@ frmFindings::frmFindings(clsMain& library, ShowMessage show, std::function<void(
                         kListLines * fontMetrics().lineSpacing());
   forget_->setObjectName(QStringLiteral("cmdForget"));
   forget_->setAutoDefault(false);
-  forget_->setAccessibleDescription(tr("Makes the songs of the selected drive missing"));
+  forget_->setAccessibleDescription(tr("Marks the songs of the selected drive as missing"));
   auto* const close = new QPushButton(tr("&Close"), this);
   close->setObjectName(QStringLiteral("cmdClose"));
   close->setDefault(true);

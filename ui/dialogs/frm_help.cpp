@@ -93,6 +93,17 @@ frmHelp::frmHelp(QWidget* parent)
   nothing_found_->setText(tr("No page has all these words."));
   nothing_found_->setWordWrap(true);
   nothing_found_->hide();
+  SetUpLayout();
+  connect(contents_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
+    if (item != nullptr) ShowPage(item->data(Qt::UserRole).toString());
+  });
+  // Queued, because QTextBrowser emits sourceChanged before source() returns the new page.
+  connect(text_, &QTextBrowser::sourceChanged, this, &frmHelp::PageOpened, Qt::QueuedConnection);
+  connect(search_, &QLineEdit::textChanged, this, &frmHelp::Search);
+  ShowPage({});
+}
+
+void frmHelp::SetUpLayout() {
   auto* const back = new QToolButton(this);
   back->setText(tr("&Back"));
   back->setEnabled(false);
@@ -118,16 +129,9 @@ frmHelp::frmHelp(QWidget* parent)
   splitter->setSizes({contents, kFirstSize.width()});
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(splitter);
-  connect(contents_, &QListWidget::currentItemChanged, this, [this](QListWidgetItem* item) {
-    if (item != nullptr) ShowPage(item->data(Qt::UserRole).toString());
-  });
-  // Queued, because QTextBrowser emits sourceChanged before source() returns the new page.
-  connect(text_, &QTextBrowser::sourceChanged, this, &frmHelp::PageOpened, Qt::QueuedConnection);
-  connect(search_, &QLineEdit::textChanged, this, &frmHelp::Search);
   // Limits the size to 90 % of the screen, because with large fonts the window may be larger than a
   // small screen.
   resize((kFirstSize + QSize(contents, 0)).boundedTo(screen()->availableSize() * 9 / 10));
-  ShowPage({});
 }
 
 void frmHelp::keyPressEvent(QKeyEvent* event) {

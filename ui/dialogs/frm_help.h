@@ -34,6 +34,7 @@ class frmHelp : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
 
  private:
+  void SetUpLayout();
   void Search(const QString& words);
   void MarkWords();
   void PageOpened();

@@ -78,6 +78,16 @@ frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask,
   ok->setAccessibleDescription(tr("Applies the settings"));
   cancel->setAccessibleDescription(tr("Leaves everything as it was"));
 
+  SetUpLayout(browse, ok, cancel);
+  ShowPath();
+  // Esc and the close button cancel as well.
+  connect(this, &QDialog::rejected, this,
+          [this] { tallow_.settings.PictureLocation(picture_location_); });
+  adjustSize();
+  move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
+}
+
+void frmPicture::SetUpLayout(QWidget* browse, QWidget* ok, QWidget* cancel) {
   auto* const file = new QHBoxLayout;
   file->addWidget(path_, 1);
   file->addWidget(browse);
@@ -91,12 +101,6 @@ frmPicture::frmPicture(Tallow& tallow, ShowPicture show, AskForPicture ask,
   layout->addWidget(tile_picture_);
   layout->addStretch(1);
   layout->addLayout(buttons);
-  ShowPath();
-  // Esc and the close button cancel as well.
-  connect(this, &QDialog::rejected, this,
-          [this] { tallow_.settings.PictureLocation(picture_location_); });
-  adjustSize();
-  move(QGuiApplication::primaryScreen()->availableGeometry().center() - rect().center());
 }
 
 void frmPicture::ShowPath() {

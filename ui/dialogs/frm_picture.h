@@ -39,6 +39,7 @@ class frmPicture : public QDialog {
              ShowMessage show_message = {}, QWidget* parent = nullptr);
 
  private:
+  void SetUpLayout(QWidget* browse, QWidget* ok, QWidget* cancel);
   void Browse();
   void Apply();
   void Cancel();

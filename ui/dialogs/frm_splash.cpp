@@ -99,7 +99,10 @@ frmSplash::frmSplash(std::function<void()> cancel, QWidget* parent)
   QSizePolicy button_policy = cancel_button_->sizePolicy();
   button_policy.setRetainSizeWhenHidden(true);
   cancel_button_->setSizePolicy(button_policy);
+  SetUpLayout();
+}
 
+void frmSplash::SetUpLayout() {
   // The panel behind the pictures has the pictures' background colour, whatever the desktop's
   // colours are.
   auto* const panel = new QFrame(this);

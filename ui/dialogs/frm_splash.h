@@ -54,6 +54,7 @@ class frmSplash : public QDialog, public SearchProgress {
   void reject() override;
 
  private:
+  void SetUpLayout();
   bool IsDue() const;
   void ShowLines();
 

@@ -4,6 +4,7 @@
 #include <QPushButton>
 #include <QStatusBar>
 
+#include "app/system.h"
 #include "tests/dead_folder_linux.h"
 #include "tests/frame_fixture.h"
 #include "tests/tagged_file.h"

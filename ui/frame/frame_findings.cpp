@@ -19,7 +19,7 @@ namespace tallow {
 namespace {
 
 /// How often sizes that were found are copied to the library, in ms.
-constexpr int kTakeEvery = 200;
+constexpr int kStoreEvery = 200;
 
 }  // namespace
 
@@ -90,7 +90,7 @@ void FrameFindings::ShowList() {
   frmFindings list(
       tallow_.library, show_,
       [this] {
-        bar_.showMessage(tr("The songs on the drive count as missing now."));
+        bar_.showMessage(tr("The songs on the drive are now marked as missing."));
         bar_.setToolTip({});
         RenumberReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_.clipboard);
         for (Jukebox* const jukebox : jukeboxes_()) jukebox->ListRefilled(tallow_.library);
@@ -110,7 +110,7 @@ void FrameFindings::FindSizes() {
 void FrameFindings::StoreSizes() {
   if (sizes_ == nullptr) return;
   if (sizes_->StoreSizes(tallow_.library)) {
-    QTimer::singleShot(kTakeEvery, this, &FrameFindings::StoreSizes);
+    QTimer::singleShot(kStoreEvery, this, &FrameFindings::StoreSizes);
     return;
   }
   SaveSizes();

@@ -20,7 +20,7 @@ namespace {
 
 struct MenuItem {
   const char* name;     ///< null for a separator
-  const char* caption;  ///< the original text, with its misspellings
+  const char* caption;  ///< the text of the item, kept exactly, misspellings included
   const char* key;      ///< null for none
   FrameCommand command;
   const char* picture;       ///< null for none

@@ -13,7 +13,8 @@ namespace {
 
 constexpr int kBars = kBestRankPicture - kMinRankPicture;
 
-/// Colours with enough contrast on white and on dark backgrounds.
+/// Colours with enough contrast on white and on dark backgrounds: the elements are those from rank
+/// 2 to rank 7.
 constexpr QRgb kColors[kBars + 1] = {0xFF8A8A8A, 0xFFD1462F, 0xFFD9762B,
                                      0xFFB38600, 0xFF5E9A1E, 0xFF1E9E4A};
 constexpr QRgb kEmptyBar = 0xFF8A8A8A;

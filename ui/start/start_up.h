@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/start/start_up_windows.h"
 #include "app/system.h"
 #include "ui/dialogs/frm_splash.h"
 #include "ui/frame/frm_mdi_form1.h"

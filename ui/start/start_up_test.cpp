@@ -15,6 +15,7 @@
 #include <QTimer>
 #include <QUrl>
 
+#include "app/system.h"
 #include "jukebox/initial_jukebox.h"
 #include "tests/recorded_link.h"
 #include "tests/recorded_progress.h"

@@ -2,6 +2,7 @@
 #include "ui/support/picture_resource.h"
 
 #include <gtest/gtest.h>
+#include <string>
 
 #include <QDir>
 #include <QDirIterator>
@@ -9,10 +10,32 @@
 #include <QImageReader>
 #include <QLabel>
 
+#include "tests/temp_folder.h"
 #include "util/path_text.h"
 
 namespace tallow {
 namespace {
+
+/// Sets the folder for temporary files, until it is destroyed.
+class TemporaryFilesIn {
+ public:
+  explicit TemporaryFilesIn(const std::string& folder) {
+    qputenv(variable_, QByteArray::fromStdString(folder));
+  }
+  TemporaryFilesIn(const TemporaryFilesIn&) = delete;
+  TemporaryFilesIn& operator=(const TemporaryFilesIn&) = delete;
+  ~TemporaryFilesIn() {
+    if (before_.isNull())
+      qunsetenv(variable_);
+    else
+      qputenv(variable_, before_);
+  }
+
+ private:
+  /// The variable that names the folder on this system.
+  const char* const variable_ = kSeparator == '/' ? "TMPDIR" : "TMP";
+  const QByteArray before_ = qgetenv(variable_);
+};
 
 TEST(PictureResource, EveryPictureHasItsSizeAndFormat) {
   struct Expected {
@@ -29,28 +52,24 @@ TEST(PictureResource, EveryPictureHasItsSizeAndFormat) {
 }
 
 TEST(PictureResource, ThePictureIsShownAndItsFileIsGone) {
+  const TempFolder folder;
+  const TemporaryFilesIn temporary(folder.path());
   QLabel label;
   LoadPictureFromResource(101, label, "jpg");
   EXPECT_FALSE(label.pixmap().isNull());
   // The temporary file was in a private folder below the folder for temporary files.
-  QDirIterator left(QDir::tempPath(), {QStringLiteral("myfile.*")}, QDir::Files,
+  QDirIterator left(QDir::tempPath(), QDir::AllEntries | QDir::NoDotAndDotDot,
                     QDirIterator::Subdirectories);
+  EXPECT_EQ(QDir(QDir::tempPath()), QDir(QString::fromStdString(folder.path())));
   EXPECT_FALSE(left.hasNext()) << left.next().toStdString();
 }
 
 TEST(PictureResource, APictureThatCannotBeWrittenLeavesTheLabelEmpty) {
-  // The variable that names the temporary folder on this system, set to a place where not even root
-  // can create a file.
-  const char* const variable = kSeparator == '/' ? "TMPDIR" : "TMP";
-  const QByteArray before = qgetenv(variable);
-  qputenv(variable, kSeparator == '/' ? "/proc" : "C:\\no such folder");
+  // A place where not even root can create a file.
+  const TemporaryFilesIn temporary(kSeparator == '/' ? "/proc" : "C:\\no such folder");
   QLabel label;
   LoadPictureFromResource(101, label, "jpg");
   EXPECT_TRUE(label.pixmap().isNull());
-  if (before.isNull())
-    qunsetenv(variable);
-  else
-    qputenv(variable, before);
 }
 
 TEST(PictureResource, AMissingPictureLeavesTheLabelEmpty) {

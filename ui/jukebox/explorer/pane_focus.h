@@ -11,8 +11,8 @@ class FolderChoice;
 class FolderTreeView;
 class SongListView;
 
-/// Which pane of the explorer control has the keyboard focus: reports it, and draws the selection
-/// of the other pane, and that of the tree while its empty area is chosen, in a muted colour.
+/// Reports which pane of the explorer control has the keyboard focus. Draws the selection of the
+/// other pane in a muted colour, and that of the tree also while its empty area is chosen.
 class PaneFocus : public QObject {
   Q_OBJECT
 

@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "app/search/search_progress.h"
+#include "app/window_interfaces.h"
+#include "util/message.h"
+
+namespace tallow {
+
+/// The windows that start-up uses. Messages that no user can answer are answered like those that
+/// are closed without a button.
+class StartUpWindows : public OpeningWindows {
+ public:
+  /// Loads the splash window without its OK button and shows it, not modal.
+  virtual void ShowSplash() = 0;
+  /// The splash window; loaded by this call if it is not loaded.
+  virtual SearchProgress& Splash() = 0;
+  /// The splash window; null when it is not loaded.
+  virtual SearchProgress* LoadedSplash() = 0;
+  /// Shows or hides the splash window's Cancel button and repaints the window.
+  virtual void ShowCancelButton(bool visible) = 0;
+  /// Shows or hides the splash window's found-count line.
+  virtual void ShowFoundLine(bool visible) = 0;
+  virtual void UnloadSplash() = 0;
+
+  /// Shows a message that the user has to know, usually why the program ends; only an OK button.
+  void ShowError(const std::string& text) { Show({.text = text, .icon = MessageIcon::kCritical}); }
+  /// Asks whether to continue, with Yes and No buttons.
+  bool Ask(const std::string& text);
+  /// Asks the user to choose one of several actions.
+  ///
+  /// \param choices the labels of the buttons
+  /// \returns index of the choice, from 0; no value when the user dismisses the question, or no
+  ///          user can answer
+  virtual std::optional<std::size_t> Choose(const std::string& text,
+                                            const std::vector<std::string>& choices) = 0;
+  /// Notice of the result of the start; a click on the notice lists the files that were left out
+  /// and the songs that are away. The last line holds the counts; the other lines are problems.
+  virtual void NoticeScan(const std::vector<std::string>& lines) = 0;
+  /// Opens a text file in the system's text editor; a failure is ignored.
+  virtual void OpenInTextEditor(const std::string& path) = 0;
+  /// Shows the tip window, modal; the tip window itself decides whether to stay open.
+  virtual void ShowTip() = 0;
+};
+
+}  // namespace tallow
