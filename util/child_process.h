@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -50,6 +51,14 @@ class ParentChannel {
   /// \returns false when the parent has closed its end
   static bool Write(std::string_view bytes);
 };
+
+/// The memory that a child may use, in bytes, on Linux beyond what it uses when it calls
+/// LimitMemoryOfThisProcess.
+inline constexpr std::uint64_t kMaxChildMemory = std::uint64_t{512} << 20U;
+
+/// Makes allocations fail that exceed kMaxChildMemory. Does nothing on Windows, where the parent has
+/// limited the child.
+void LimitMemoryOfThisProcess();
 
 /// Ends this process if it does not call this function again in time (0: never); for a child whose
 /// parent may have been killed. Does nothing on Windows, where the system ends children with their parent.

@@ -47,12 +47,14 @@ bool MakeInheritable(HANDLE handle) noexcept {
   return SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT) != 0;
 }
 
-/// A job that ends its processes when its handle is closed, which happens at the latest when this
-/// process ends.
+/// A job that limits the memory of its processes, and ends them when its handle is closed, which
+/// happens at the latest when this process ends.
 Handle MakeJob() {
   Handle job(CreateJobObjectW(nullptr, nullptr));
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
-  limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+  limits.BasicLimitInformation.LimitFlags =
+      JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_PROCESS_MEMORY;
+  limits.ProcessMemoryLimit = kMaxChildMemory;
   if (!SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits,
                                sizeof limits))
     return Handle();
@@ -207,6 +209,8 @@ bool ParentChannel::Write(std::string_view bytes) {
   }
   return true;
 }
+
+void LimitMemoryOfThisProcess() {}
 
 void EndThisProcessAfter(std::chrono::seconds /*time*/) {}
 
