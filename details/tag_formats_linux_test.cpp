@@ -214,6 +214,19 @@ TEST_F(TagFormats, ADateWithDayAndMonthIsKept) {
     tags.date = "12/05/1999";
     EXPECT_EQ(ReadSongTags(WithFfmpeg("mp3", tags, options)).date, "12/05/1999");
   }
+  for (const char* const extension : {"flac", "ogg", "opus", "m4a", "wma", "wv", "wav"}) {
+    SongTags tags = kScripts[0];
+    tags.date = "12/05/1999";
+    EXPECT_EQ(ReadSongTags(WithFfmpeg(extension, tags)).date, "12/05/1999") << extension;
+  }
+}
+
+TEST_F(TagFormats, OtherTagsWinOverAnId3v1ThatDisagrees) {
+  for (const char* const extension : {"flac", "wv"}) {
+    const std::string path = WithFfmpeg(extension, kScripts[2]);
+    Append(path, Tag({.title = "Ue o muite", .artist = "Kyu", .album = "Best", .year = "1999"}));
+    ExpectTags(path, kScripts[2]);
+  }
 }
 
 TEST_F(TagFormats, FlacOfMetaflac) {
@@ -229,13 +242,20 @@ TEST_F(TagFormats, FlacOfMetaflac) {
 }
 
 TEST_F(TagFormats, SeveralArtistsAreJoined) {
-  const std::string path = Copy("flac");
+  const std::string flac = Copy("flac");
+  const std::string ogg = folder_ / "song.ogg";
+  const std::string opus = folder_ / "song.opus";
   Shell(
       "metaflac --set-tag='ARTIST=Simon' --set-tag='ARTIST=Garfunkel' --set-tag='ARTIST=Simon'"
       " --set-tag='GENRE=Folk' --set-tag='GENRE=Pop' " +
-      path);
-  EXPECT_EQ(ReadSongTags(path).artist, "Simon; Garfunkel");
-  EXPECT_EQ(ReadSongTags(path).genre, "Folk");
+      flac);
+  Shell("oggenc -Q -c ARTIST=Simon -c ARTIST=Garfunkel -G Folk " + Base("wav") + " -o " + ogg);
+  Shell("opusenc --quiet --artist Simon --artist Garfunkel --genre Folk " + Base("wav") + " " +
+        opus);
+  for (const std::string& path : {flac, ogg, opus}) {
+    EXPECT_EQ(ReadSongTags(path).artist, "Simon; Garfunkel");
+    EXPECT_EQ(ReadSongTags(path).genre, "Folk");
+  }
 }
 
 TEST_F(TagFormats, VorbisOfOggenc) {
