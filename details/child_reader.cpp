@@ -19,8 +19,8 @@ constexpr std::string_view kGreeting = "song details 1";
 /// A child whose parent was killed while TagLib does not end has to end by itself.
 constexpr std::chrono::seconds kMaxLifeOfOneRead{20};
 
-/// A child without requests: the parent may pause between files for as long as it wants, and the end
-/// of the parent closes the channel.
+/// A child without requests: the parent may pause between files for as long as it wants, and the
+/// end of the parent closes the channel.
 constexpr std::chrono::seconds kNoLimitOfLife{0};
 
 constexpr std::chrono::milliseconds kWaitStep{20};

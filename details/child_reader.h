@@ -28,9 +28,8 @@ struct ChildSettings {
 };
 
 /// Reads song details in a child process, so that a file at which TagLib crashes, does not end or
-/// uses more memory than kMaxChildMemory costs a child, not the program. Such a file has no tags, and
-/// its details are marked as failed.
-/// Used by one thread at a time.
+/// uses more memory than kMaxChildMemory costs a child, not the program. Such a file has no tags,
+/// and its details are marked as failed. Used by one thread at a time.
 ///
 /// The child is started at the first file and serves many. It is killed when it exceeds its time;
 /// the next file starts another. A file at which it ends is given to a second child, because the

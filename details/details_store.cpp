@@ -18,8 +18,8 @@ namespace {
 // path is a blob, because on Linux it may be any bytes. Times of change are in the unit of
 // FileStamp; lengths in milliseconds.
 //
-// The table "gone" has the rows whose files were not there at the last fill, and the day since when,
-// counted from 1970.
+// The table "gone" has the rows whose files were not there at the last fill, and the day since
+// when, counted from 1970.
 constexpr std::int64_t kSchemaVersion = 1;
 constexpr const char* kCreate =
     "BEGIN;"

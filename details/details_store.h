@@ -40,9 +40,9 @@ inline constexpr std::int64_t kDropAfterDays = 180;
 /// - If the file cannot be opened or written, the store keeps what it can read, stores nothing, and
 ///   reports this once.
 ///
-/// The journal is SQLite's rollback journal, not a write-ahead log. Both survive a power loss. But a
-/// database with a log cannot be opened in a folder that is read-only, and the log requires shared
-/// memory, which network file systems do not have. The log would be faster for many small
+/// The journal is SQLite's rollback journal, not a write-ahead log. Both survive a power loss. But
+/// a database with a log cannot be opened in a folder that is read-only, and the log requires
+/// shared memory, which network file systems do not have. The log would be faster for many small
 /// transactions; here they are few. A commit waits until its bytes are on the disk.
 ///
 /// All functions may be called from any thread. One may wait while another commits.
@@ -65,8 +65,8 @@ class DetailsStore {
   /// commit: at most one a second.
   void Put(const std::string& path, const SongDetails& details);
 
-  /// Drops the details of files that were not there for kDropAfterDays, and marks those that are not
-  /// there now, so that the database does not grow for ever. Commits.
+  /// Drops the details of files that were not there for kDropAfterDays, and marks those that are
+  /// not there now, so that the database does not grow for ever. Commits.
   ///
   /// \param present HashOf() of the paths that are there; two paths of one hash only keep details
   ///        for longer

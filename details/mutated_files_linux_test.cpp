@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Reads damaged files of all formats. The environment variable TALLOW_MUTATED_FILES is their number;
-// ./test.sh --faults and ./test.sh --sanitize read 10,000. A file at which the program ends stays in
-// the temporary folder.
+// Reads damaged files of all formats. The environment variable TALLOW_MUTATED_FILES is their
+// number; ./test.sh --faults and ./test.sh --sanitize read 10,000. A file at which the program ends
+// stays in the temporary folder.
 #include <chrono>
 #include <cstddef>
 #include <cstdlib>

@@ -36,8 +36,8 @@ class TagFields {
   std::string comment;
 };
 
-/// A text of a tag as SongTags has it: UTF-8, cut at the first NUL and at kMaxTagText, without blanks
-/// and control characters at both ends.
+/// A text of a tag as SongTags has it: UTF-8, cut at the first NUL and at kMaxTagText, without
+/// blanks and control characters at both ends.
 std::string CleanTagText(const TagLib::String& text);
 
 /// The name of a genre that an ID3v2 tag gives by number: "17", "(17)"; other texts unchanged.

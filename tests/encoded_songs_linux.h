@@ -34,8 +34,8 @@ class EncodedSongs {
   }
 
   /// The path of the song in a format.
-  /// \param extension "mp3", "flac", "oga", "ogg", "opus", "wv", "spx", "m4a", "wma", "wav", "aiff" or
-  ///        "aac"
+  /// \param extension "mp3", "flac", "oga", "ogg", "opus", "wv", "spx", "m4a", "wma", "wav", "aiff"
+  ///        or "aac"
   std::string Path(const std::string& extension) const { return folder_ / ("a." + extension); }
 
  private:

@@ -108,8 +108,8 @@ bool ParentChannel::Write(std::string_view bytes) {
 }
 
 void LimitMemoryOfThisProcess() {
-  // Counts address space: that of the program's libraries, and the terabytes that sanitizers reserve,
-  // are there already.
+  // Counts address space: that of the program's libraries, and the terabytes that sanitizers
+  // reserve, are there already.
   rlim_t pages = 0;
   if (!(std::ifstream("/proc/self/statm") >> pages)) return;
   rlimit limit{};

@@ -82,8 +82,8 @@ class WindowsChildProcess final : public ChildProcess {
   }
 
   std::optional<std::string> Read(std::chrono::milliseconds timeout) override {
-    // A pipe cannot be waited for with a timeout. The first checks do not wait, because most answers
-    // arrive at once.
+    // A pipe cannot be waited for with a timeout. The first checks do not wait, because most
+    // answers arrive at once.
     constexpr int kChecksWithoutWait = 200;
     const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(timeout.count());
     for (int check = 0;; ++check) {
