@@ -84,6 +84,7 @@ TagLib::ByteVector BoundedStream::readBlock(unsigned long length) {
     wanted = left_;
     overran_ = true;
   }
+  if (wanted == 0) return {};
   TagLib::ByteVector bytes(static_cast<unsigned>(wanted), 0);
   const std::size_t got = ReadAt(position_, bytes.data(), static_cast<std::size_t>(wanted));
   bytes.resize(static_cast<unsigned>(got));

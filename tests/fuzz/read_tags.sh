@@ -43,7 +43,7 @@ done
 
 # The fuzzer runs in child processes, and goes on after a failure. TagLib does not free everything when
 # an exception passes through it, so leaks are not counted.
-export ASAN_OPTIONS=detect_leaks=0:allow_addr2line=1
+export ASAN_OPTIONS=detect_leaks=0 UBSAN_OPTIONS=print_stacktrace=1
 common=(-timeout=10 -rss_limit_mb=2048 -max_len=30000)
 "$fuzzer" "${common[@]}" -fork=1 -ignore_crashes=1 -ignore_timeouts=1 -ignore_ooms=1 \
   -max_total_time="$seconds" -artifact_prefix="$folder/found/" "$folder/corpus" > "$folder/fuzzer.log" 2>&1 || {
