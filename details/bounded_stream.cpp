@@ -5,6 +5,9 @@
 #include <cstring>
 #include <limits>
 #include <utility>
+#if defined(_MSC_VER)
+#include <intrin.h>
+#endif
 
 namespace tallow {
 namespace {
@@ -16,10 +19,22 @@ constexpr std::size_t kBufferBytes = 4096;
 /// TagLib counts positions in a long, which has 32 bits on Windows. What lies behind is not read.
 constexpr std::uint64_t kMaxSize = std::numeric_limits<long>::max();
 
+// The address of the current stack frame. The address of a local variable would not do: the address
+// sanitizer puts these elsewhere.
+#if defined(_MSC_VER)
+std::uintptr_t StackAddress() noexcept {
+  return reinterpret_cast<std::uintptr_t>(_AddressOfReturnAddress());
+}
+#else
+std::uintptr_t StackAddress() noexcept {
+  return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+}
+#endif
+
 }  // namespace
 
 BoundedStream::BoundedStream(std::unique_ptr<InputFile> file, const ReadLimits& limits)
-    : file_(std::move(file)), limits_(limits), left_(limits.max_bytes) {
+    : file_(std::move(file)), limits_(limits), stack_(StackAddress()), left_(limits.max_bytes) {
   end_ = Now() + limits.max_time;
   if (file_) size_ = std::min(file_->Stamp().size, kMaxSize);
 }
@@ -29,6 +44,11 @@ std::chrono::steady_clock::time_point BoundedStream::Now() const {
 }
 
 bool BoundedStream::MayRead() {
+  const std::uintptr_t stack = StackAddress();
+  if (std::max(stack, stack_) - std::min(stack, stack_) > kMaxStack) {
+    overran_ = true;
+    throw StreamNotLeft();
+  }
   if (!overran_) overran_ = (limits_.stopped && limits_.stopped()) || Now() > end_;
   if (!overran_) return true;
   if (++calls_after_end_ > kMaxCallsAfterEnd) throw StreamNotLeft();
@@ -64,6 +84,7 @@ TagLib::ByteVector BoundedStream::readBlock(unsigned long length) {
     wanted = left_;
     overran_ = true;
   }
+  if (wanted == 0) return {};
   TagLib::ByteVector bytes(static_cast<unsigned>(wanted), 0);
   const std::size_t got = ReadAt(position_, bytes.data(), static_cast<std::size_t>(wanted));
   bytes.resize(static_cast<unsigned>(got));

@@ -22,7 +22,8 @@ struct ReadLimits {
   std::function<bool()> stopped = {};
 };
 
-/// Thrown by BoundedStream when its user continues to call it long after its end.
+/// Thrown by BoundedStream when its user continues to call it long after its end, or recurses too
+/// deeply. Thrown by others to give up a file.
 struct StreamNotLeft {};
 
 /// What TagLib reads files through: a read-only stream that ends early when a limit is exceeded. A
@@ -30,11 +31,14 @@ struct StreamNotLeft {};
 ///
 /// After the limit, reads return nothing, as at the end of the file, and TagLib returns what it has
 /// found so far. Code that does not notice this and calls on is stopped by an exception after
-/// kMaxCallsAfterEnd more calls. A loop that does not call the stream cannot be stopped here; see
-/// child_reader.h.
+/// kMaxCallsAfterEnd more calls. The same exception ends a recursion that is deeper than kMaxStack:
+/// TagLib descends into each level of an MP4 file, of which a file can have a million. A loop that
+/// does not call the stream cannot be stopped here; see child_reader.h.
 class BoundedStream final : public TagLib::IOStream {
  public:
   static constexpr int kMaxCallsAfterEnd = 100'000;
+  /// Bytes of the stack between the stream's construction and a call.
+  static constexpr std::size_t kMaxStack = 192 * 1024;
 
   /// \param file   null when the file could not be opened
   /// \param limits must outlive the stream
@@ -66,12 +70,14 @@ class BoundedStream final : public TagLib::IOStream {
  private:
   std::chrono::steady_clock::time_point Now() const;
   /// Counts a call and checks the limits. \returns false after the end
+  /// \throws StreamNotLeft
   bool MayRead();
   /// Reads at a position, from the buffer if the bytes are there.
   std::size_t ReadAt(std::uint64_t offset, char* bytes, std::size_t length);
 
   std::unique_ptr<InputFile> file_;
   const ReadLimits& limits_;
+  std::uintptr_t stack_;  ///< where the stack was at the construction
   std::chrono::steady_clock::time_point end_;
   std::uint64_t size_ = 0;
   std::uint64_t position_ = 0;

@@ -100,6 +100,7 @@ TEST(BoundedStream, LengthsBeyondTheFileAllocateNothing) {
   const TempFolder folder;
   const ReadLimits limits;
   BoundedStream stream(InputFile::Open(folder.File("a", "abcd")), limits);
+  EXPECT_EQ(Text(stream.readBlock(0)), "");
   EXPECT_EQ(Text(stream.readBlock(0x7FFFFFFF)), "abcd");
   stream.seek(0x7FFFFFFF, TagLib::IOStream::Beginning);
   EXPECT_EQ(Text(stream.readBlock(0x7FFFFFFF)), "");

@@ -19,8 +19,8 @@ constexpr std::string_view kGreeting = "song details 1";
 /// A child whose parent was killed while TagLib does not end has to end by itself.
 constexpr std::chrono::seconds kMaxLifeOfOneRead{20};
 
-/// A child without requests: the parent may pause between files for as long as it wants, and the end
-/// of the parent closes the channel.
+/// A child without requests: the parent may pause between files for as long as it wants, and the
+/// end of the parent closes the channel.
 constexpr std::chrono::seconds kNoLimitOfLife{0};
 
 constexpr std::chrono::milliseconds kWaitStep{20};
@@ -42,7 +42,10 @@ std::optional<std::string> ChildReader::NextMessage(std::chrono::milliseconds ma
     }
     if (stopped() || std::chrono::steady_clock::now() > end) return std::nullopt;
     const auto bytes = child_->Read(kWaitStep);
-    if (!bytes) return std::nullopt;
+    if (!bytes) {
+      has_ended_ = true;
+      return std::nullopt;
+    }
     received_ += *bytes;
   }
 }
@@ -57,23 +60,33 @@ bool ChildReader::HasChild(const std::function<bool()>& stopped) {
   return false;
 }
 
+std::optional<SongDetails> ChildReader::Ask(const std::string& path,
+                                            const std::function<bool()>& stopped) {
+  has_ended_ = !child_->Write(MessageOf(path));
+  if (!has_ended_) {
+    if (const auto answer = NextMessage(settings_.max_wait, stopped))
+      if (auto details = DecodeDetails(*answer)) return details;
+  }
+  child_.reset();
+  return std::nullopt;
+}
+
 SongDetails ChildReader::Read(const std::string& path, const std::function<bool()>& stopped) {
   // Before the read, so that a change during it is noticed at the next run.
   const auto stamp = StampOf(path);
   if (!HasChild(stopped)) return ReadSongDetails(path, {.stopped = stopped});
-  if (child_->Write(MessageOf(path))) {
-    if (const auto answer = NextMessage(settings_.max_wait, stopped)) {
-      if (auto details = DecodeDetails(*answer)) return *std::move(details);
-    }
-  }
-  child_.reset();
-  SongDetails details;
-  details.failed = true;
-  if (stamp) details.stamp = *stamp;
-  return details;
+  auto details = Ask(path, stopped);
+  // The child may have been killed for another reason than this file.
+  if (!details && has_ended_ && !stopped() && HasChild(stopped)) details = Ask(path, stopped);
+  if (details) return *std::move(details);
+  SongDetails failed;
+  failed.failed = true;
+  if (stamp) failed.stamp = *stamp;
+  return failed;
 }
 
 int ServeSongDetails(const std::function<SongDetails(const std::string& path)>& read) {
+  LimitMemoryOfThisProcess();
   if (!ParentChannel::Write(MessageOf(kGreeting))) return 1;
   std::array<char, kMessageLengthBytes> length{};
   while (ParentChannel::Read(length)) {

@@ -27,12 +27,13 @@ struct ChildSettings {
   std::chrono::milliseconds max_wait{6000};
 };
 
-/// Reads song details in a child process, so that a file at which TagLib crashes or does not end
-/// costs a child, not the program. Such a file has no tags, and its details are marked as failed.
-/// Used by one thread at a time.
+/// Reads song details in a child process, so that a file at which TagLib crashes, does not end or
+/// uses more memory than kMaxChildMemory costs a child, not the program. Such a file has no tags,
+/// and its details are marked as failed. Used by one thread at a time.
 ///
 /// The child is started at the first file and serves many. It is killed when it exceeds its time;
-/// the next file starts another.
+/// the next file starts another. A file at which it ends is given to a second child, because the
+/// first one may have been killed by the system or the user.
 class ChildReader {
  public:
   explicit ChildReader(ChildSettings settings) : settings_(std::move(settings)) {}
@@ -45,6 +46,8 @@ class ChildReader {
  private:
   /// Starts the child unless it runs. \returns false when that fails
   bool HasChild(const std::function<bool()>& stopped);
+  /// Sends a request to the child. \returns no value when it does not answer; it is then killed
+  std::optional<SongDetails> Ask(const std::string& path, const std::function<bool()>& stopped);
   /// Waits for the next message of the child. \returns no value when the child has ended, at the
   /// end of the time, and when it was stopped
   std::optional<std::string> NextMessage(std::chrono::milliseconds max_wait,
@@ -52,6 +55,7 @@ class ChildReader {
 
   ChildSettings settings_;
   std::unique_ptr<ChildProcess> child_;  ///< null when none runs
+  bool has_ended_ = false;               ///< whether it ended by itself at the last request
   std::string received_;                 ///< bytes of the child that are no whole message yet
 };
 

@@ -2,6 +2,7 @@
 #include "details/details_filler.h"
 
 #include <atomic>
+#include <chrono>
 #include <condition_variable>
 #include <deque>
 #include <mutex>
@@ -30,6 +31,8 @@ struct DetailsFiller::State {
   /// Waits for a song. \returns false when there is nothing more to do
   bool Take(Song& song);
   SongDetails Read(const Reader& reader, const std::string& path);
+  /// Drops details of files that are gone for long, if all songs are done.
+  void DropGone();
 
   std::shared_ptr<DetailsStore> store;
   MakeReader make_reader;
@@ -39,8 +42,10 @@ struct DetailsFiller::State {
   DetachedThreads threads{mutex};
   std::deque<Song> songs;
   std::vector<Result> results;
-  std::size_t reading = 0;     ///< songs that threads are reading
-  bool has_all_songs = false;  ///< no more songs will be added
+  std::size_t reading = 0;           ///< songs that threads are reading
+  bool has_all_songs = false;        ///< no more songs will be added
+  std::vector<std::size_t> present;  ///< hashes of the paths of files that are there
+  bool has_dropped = false;          ///< DropGone was called
 };
 
 bool DetailsFiller::State::Take(Song& song) {
@@ -64,11 +69,27 @@ SongDetails DetailsFiller::State::Read(const Reader& reader, const std::string& 
     details.failed = true;
     return details;
   }
+  {
+    const std::lock_guard lock(mutex);
+    present.push_back(DetailsStore::HashOf(path));
+  }
   if (auto stored = store->Find(path, *stamp)) return *std::move(stored);
   SongDetails details = reader(path, [this] { return stopped.load(); });
   // A file that could not be opened has no stamp, and is tried again at the next run.
   if (!stopped && details.stamp != FileStamp()) store->Put(path, details);
   return details;
+}
+
+void DetailsFiller::State::DropGone() {
+  std::vector<std::size_t> all;
+  {
+    const std::lock_guard lock(mutex);
+    if (stopped || has_dropped || !has_all_songs || !songs.empty() || reading > 0) return;
+    has_dropped = true;
+    all.swap(present);
+  }
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  store->DropGone(std::move(all), std::chrono::floor<std::chrono::days>(now).count());
 }
 
 void DetailsFiller::State::Work() {
@@ -82,6 +103,7 @@ void DetailsFiller::State::Work() {
     results.push_back({song.index, std::move(details)});
   }
   if (!stopped) store->Commit();
+  DropGone();
 }
 
 DetailsFiller::DetailsFiller(std::shared_ptr<DetailsStore> store, MakeReader make_reader,

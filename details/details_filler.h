@@ -14,12 +14,13 @@ namespace tallow {
 /// Reads the details of all songs in the background, on threads of low priority, and stores them.
 /// What is stored already is not read again, so that work that was stopped goes on at the next run.
 ///
-/// Start, Poll and Stop are called by one thread, the caller. Few paths and results are in memory at
-/// a time: the callbacks are called in Poll, and the worker threads wait when Poll is not called.
+/// Start, Poll and Stop are called by one thread, the caller. Few paths and results are in memory
+/// at a time: the callbacks are called in Poll, and the worker threads wait when Poll is not
+/// called.
 class DetailsFiller {
  public:
-  /// Reads one file on a worker thread. Must return soon after stopped() has become true; the result
-  /// is then ignored.
+  /// Reads one file on a worker thread. Must return soon after stopped() has become true; the
+  /// result is then ignored.
   using Reader =
       std::function<SongDetails(const std::string& path, const std::function<bool()>& stopped)>;
   /// Creates the reader of a worker thread, on that thread.

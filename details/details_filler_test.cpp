@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <functional>
 #include <gtest/gtest.h>
 #include <memory>
@@ -89,6 +90,30 @@ TEST_F(Filler, MissingSongsAreDoneAndNotStored) {
   DetailsFiller filler(store_);
   filler.Start(paths_.size(), PathAt());
   EXPECT_EQ(Finish(filler), (std::vector<std::string>{"Title 0", "", "Title 2"}));
+}
+
+TEST_F(Filler, MarksTheDetailsOfFilesThatAreGone) {
+  MakeSongs(3);
+  const FileStamp stamp = StampOf(paths_[1]).value();
+  const auto threads = std::make_shared<std::atomic<int>>(0);
+  DetailsFiller filler(store_, [threads] {
+    ++*threads;
+    const std::shared_ptr<void> end(nullptr, [threads](void*) { --*threads; });
+    return [end](const std::string& path, const std::function<bool()>& /*stopped*/) {
+      return SongDetails{.stamp = StampOf(path).value()};
+    };
+  });
+  filler.Start(paths_.size(), PathAt());
+  Finish(filler);
+  RemoveFile(paths_[1]);
+  filler.Start(paths_.size(), PathAt());
+  Finish(filler);
+  ASSERT_TRUE(WaitUntil([&] { return *threads == 0; }));
+  EXPECT_TRUE(store_->Find(paths_[1], stamp));
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  store_->DropGone({}, std::chrono::floor<std::chrono::days>(now).count() + kDropAfterDays);
+  EXPECT_FALSE(store_->Find(paths_[1], stamp));
+  EXPECT_TRUE(store_->Find(paths_[0], StampOf(paths_[0]).value()));
 }
 
 TEST_F(Filler, NoSongsAreDoneAtOnce) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "details/details_store.h"
 
+#include <algorithm>
+#include <functional>
 #include <utility>
 
 #include "details/database.h"
@@ -15,10 +17,15 @@ namespace {
 // One row for each file. Its columns are the members of SongDetails, in the order of kColumns. The
 // path is a blob, because on Linux it may be any bytes. Times of change are in the unit of
 // FileStamp; lengths in milliseconds.
+//
+// The table "gone" has the rows whose files were not there at the last fill, and the day since
+// when, counted from 1970.
 constexpr std::int64_t kSchemaVersion = 1;
 constexpr const char* kCreate =
     "BEGIN;"
     "DROP TABLE IF EXISTS song;"
+    "DROP TABLE IF EXISTS gone;"
+    "CREATE TABLE gone (path BLOB PRIMARY KEY, since INTEGER NOT NULL) WITHOUT ROWID;"
     "CREATE TABLE song (path BLOB PRIMARY KEY, size INTEGER NOT NULL, modified INTEGER NOT NULL,"
     " failed INTEGER NOT NULL, found INTEGER NOT NULL, title TEXT NOT NULL, artist TEXT NOT NULL,"
     " album_artist TEXT NOT NULL, album TEXT NOT NULL, date TEXT NOT NULL, genre TEXT NOT NULL,"
@@ -39,6 +46,14 @@ constexpr const char* kFind =
 constexpr const char* kPut =
     "INSERT OR REPLACE INTO song VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13,"
     " ?14, ?15, ?16, ?17, ?18)";
+
+// A part of the rows, so that the store is not locked for long.
+constexpr const char* kListGone =
+    "SELECT song.path, gone.since FROM song LEFT JOIN gone USING (path)"
+    " WHERE song.path > ?1 ORDER BY song.path LIMIT 500";
+constexpr const char* kMarkGone = "INSERT INTO gone VALUES (?1, ?2)";
+constexpr const char* kUnmarkGone = "DELETE FROM gone WHERE path = ?1";
+constexpr const char* kDrop = "DELETE FROM song WHERE path = ?1";
 
 std::int64_t VersionOf(const Database& database) {
   Statement statement(database.get(), "PRAGMA user_version");
@@ -91,6 +106,32 @@ void BindDetails(Statement& statement, const SongDetails& details) {
   statement.Bind(parameter++, details.bit_rate);
   statement.Bind(parameter++, details.sample_rate);
   statement.BindText(parameter++, details.format);
+}
+
+/// A row, and the day since when its file is gone; no value when it was there.
+struct MarkedRow {
+  std::string path;
+  std::optional<std::int64_t> since;
+};
+
+/// The next rows in the order of their paths.
+std::vector<MarkedRow> RowsAfter(const Database& database, const std::string& last) {
+  Statement list(database.get(), kListGone);
+  list.BindBytes(0, last);
+  std::vector<MarkedRow> rows;
+  while (list.Step()) {
+    rows.push_back({list.Text(0), std::nullopt});
+    // Days are positive.
+    if (list.Number(1) > 0) rows.back().since = list.Number(1);
+  }
+  return rows;
+}
+
+/// Runs a statement with a path as its only parameter.
+void Run(const Database& database, const char* sql, const std::string& path) {
+  Statement statement(database.get(), sql);
+  statement.BindBytes(0, path);
+  statement.Step();
 }
 
 }  // namespace
@@ -196,10 +237,7 @@ void DetailsStore::Put(const std::string& path, const SongDetails& details) {
   const std::lock_guard lock(mutex_);
   if (opened_ == nullptr || !can_write_) return;
   try {
-    if (!has_transaction_) {
-      opened_->database.Execute("BEGIN");
-      has_transaction_ = true;
-    }
+    BeginLocked();
     Statement& put = *opened_->put;
     BindKey(put, path, details.stamp);
     BindDetails(put, details);
@@ -208,6 +246,55 @@ void DetailsStore::Put(const std::string& path, const SongDetails& details) {
   } catch (const DatabaseError& error) {
     HandleLocked(error);
   }
+}
+
+void DetailsStore::BeginLocked() {
+  if (has_transaction_) return;
+  opened_->database.Execute("BEGIN");
+  has_transaction_ = true;
+}
+
+std::size_t DetailsStore::HashOf(std::string_view path) noexcept {
+  return std::hash<std::string_view>()(path);
+}
+
+void DetailsStore::DropGone(std::vector<std::size_t> present, std::int64_t today) {
+  std::ranges::sort(present);
+  std::string last;
+  for (;;) {
+    const std::lock_guard lock(mutex_);
+    if (opened_ == nullptr || !can_write_) return;
+    try {
+      if (!DropSomeGoneLocked(present, today, last)) return;
+    } catch (const DatabaseError& error) {
+      HandleLocked(error);
+    }
+  }
+}
+
+bool DetailsStore::DropSomeGoneLocked(const std::vector<std::size_t>& present, std::int64_t today,
+                                      std::string& last) {
+  const std::vector<MarkedRow> rows = RowsAfter(opened_->database, last);
+  for (const MarkedRow& row : rows) {
+    const bool is_gone = !std::ranges::binary_search(present, HashOf(row.path));
+    if (is_gone == row.since.has_value() && (!is_gone || today - *row.since < kDropAfterDays))
+      continue;
+    BeginLocked();
+    if (!is_gone) {
+      Run(opened_->database, kUnmarkGone, row.path);
+    } else if (!row.since) {
+      Statement mark(opened_->database.get(), kMarkGone);
+      mark.BindBytes(0, row.path);
+      mark.Bind(1, today);
+      mark.Step();
+    } else {
+      Run(opened_->database, kUnmarkGone, row.path);
+      Run(opened_->database, kDrop, row.path);
+    }
+  }
+  CommitLocked();
+  if (!rows.empty()) last = rows.back().path;
+  return !rows.empty();
 }
 
 void DetailsStore::CommitLocked() {

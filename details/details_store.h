@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -24,6 +25,10 @@ inline constexpr std::string_view kDetailsFileName = "SongDetails.db";
 /// A transaction is committed when this time has passed since the last one.
 inline constexpr std::chrono::seconds kCommitEvery{1};
 
+/// Details of a file that is not there for this number of days are dropped. A drive may be away for
+/// months.
+inline constexpr std::int64_t kDropAfterDays = 180;
+
 /// The details of songs, kept in an SQLite database between runs.
 ///
 /// It is a cache: all of it can be read again from the songs. A song is found by its path, as long
@@ -35,9 +40,9 @@ inline constexpr std::chrono::seconds kCommitEvery{1};
 /// - If the file cannot be opened or written, the store keeps what it can read, stores nothing, and
 ///   reports this once.
 ///
-/// The journal is SQLite's rollback journal, not a write-ahead log. Both survive a power loss. But a
-/// database with a log cannot be opened in a folder that is read-only, and the log requires shared
-/// memory, which network file systems do not have. The log would be faster for many small
+/// The journal is SQLite's rollback journal, not a write-ahead log. Both survive a power loss. But
+/// a database with a log cannot be opened in a folder that is read-only, and the log requires
+/// shared memory, which network file systems do not have. The log would be faster for many small
 /// transactions; here they are few. A commit waits until its bytes are on the disk.
 ///
 /// All functions may be called from any thread. One may wait while another commits.
@@ -60,6 +65,15 @@ class DetailsStore {
   /// commit: at most one a second.
   void Put(const std::string& path, const SongDetails& details);
 
+  /// Drops the details of files that were not there for kDropAfterDays, and marks those that are
+  /// not there now, so that the database does not grow for ever. Commits.
+  ///
+  /// \param present HashOf() of the paths that are there; two paths of one hash only keep details
+  ///        for longer
+  /// \param today   the day, from 1970
+  void DropGone(std::vector<std::size_t> present, std::int64_t today);
+  static std::size_t HashOf(std::string_view path) noexcept;
+
   /// Commits what was stored.
   void Commit();
 
@@ -73,7 +87,12 @@ class DetailsStore {
   struct Opened;
 
   void OpenLocked();
+  void BeginLocked();
   void CommitLocked();
+  /// A step of DropGone. \param last the last path of the step before; becomes that of this step
+  /// \returns false after the last row
+  bool DropSomeGoneLocked(const std::vector<std::size_t>& present, std::int64_t today,
+                          std::string& last);
   /// Handles an error of the database: renames a damaged one, stops writing to another.
   void HandleLocked(const DatabaseError& error);
   void SetAsideLocked();

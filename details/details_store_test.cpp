@@ -150,6 +150,32 @@ TEST_F(Store, WithoutAFolderItStoresNothingAndSaysSoOnce) {
   EXPECT_EQ(store_.TakeProblems().size(), 1U);
 }
 
+TEST_F(Store, DetailsOfFilesThatAreGoneForLongAreDropped) {
+  store_.Open(path_);
+  const SongDetails details = Details(7, "a");
+  const auto song = [](int k) { return "/m/\xFF" + std::to_string(k); };
+  constexpr int kSongs = 1200;
+  for (int k = 0; k < kSongs; ++k) store_.Put(song(k), details);
+  std::vector<std::size_t> odd;
+  std::vector<std::size_t> but_two;
+  for (int k = 0; k < kSongs; ++k) {
+    if (k % 2 == 1) odd.push_back(DetailsStore::HashOf(song(k)));
+    if (k % 2 == 1 || k == 2) but_two.push_back(DetailsStore::HashOf(song(k)));
+  }
+  constexpr std::int64_t kToday = 20'000;
+  store_.DropGone(odd, kToday);
+  // Song 2 is back for a day, so that its days count again.
+  store_.DropGone(but_two, kToday + 1);
+  store_.DropGone(odd, kToday + kDropAfterDays - 1);
+  for (int k = 0; k < kSongs; ++k) ASSERT_TRUE(store_.Find(song(k), details.stamp)) << k;
+  store_.Close();
+  store_.Open(path_);
+  store_.DropGone(odd, kToday + kDropAfterDays);
+  for (int k = 0; k < kSongs; ++k)
+    ASSERT_EQ(store_.Find(song(k), details.stamp).has_value(), k % 2 == 1 || k == 2) << k;
+  EXPECT_TRUE(store_.TakeProblems().empty());
+}
+
 TEST_F(Store, AgreesWithAMapOnRandomCalls) {
   std::mt19937 random(5);
   std::map<std::string, SongDetails> expected;

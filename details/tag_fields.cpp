@@ -60,6 +60,15 @@ std::string Joined(const std::vector<std::string>& values) {
   return joined;
 }
 
+/// The name of a genre by its number in an ID3 tag; empty when there is none.
+std::string NameOfNumber(int number) {
+  // The name of this number was withdrawn; TagLib has the present one.
+  constexpr int kRenamed = 133;
+  if (number != kRenamed)
+    if (const std::string_view name = GenreName(number); !name.empty()) return std::string(name);
+  return CleanTagText(TagLib::ID3v1::genre(number));
+}
+
 void SetFirst(std::string& field, const std::vector<std::string>& values) {
   if (field.empty() && !values.empty()) field = values.front();
 }
@@ -92,8 +101,7 @@ std::string GenreOfNumber(const std::string& text) {
   if (error != std::errc() || end != digits.data() + digits.size()) return text;
   constexpr int kNumbers = 256;
   if (number < 0 || number >= kNumbers - 1) return text;
-  if (const std::string_view name = GenreName(number); !name.empty()) return std::string(name);
-  const std::string name = CleanTagText(TagLib::ID3v1::genre(number));
+  const std::string name = NameOfNumber(number);
   return name.empty() ? text : name;
 }
 
@@ -133,7 +141,7 @@ void TagFields::AddId3v1(std::string_view block) {
   // A program that writes another tag too puts 255 here for any genre that has no number.
   constexpr int kNone = 255;
   const int number = static_cast<unsigned char>(block[kGenraAt]);
-  if (number != kNone || is_only_tag) AddGenre(GenreName(number));
+  if (number != kNone || is_only_tag) AddGenre(NameOfNumber(number));
 }
 
 void TagFields::AddGenre(std::string_view name) {

@@ -36,13 +36,13 @@ class TagFields {
   std::string comment;
 };
 
-/// A text of a tag as SongTags has it: UTF-8, cut at the first NUL and at kMaxTagText, without blanks
-/// and control characters at both ends.
+/// A text of a tag as SongTags has it: UTF-8, cut at the first NUL and at kMaxTagText, without
+/// blanks and control characters at both ends.
 std::string CleanTagText(const TagLib::String& text);
 
 /// The name of a genre that an ID3v2 tag gives by number: "17", "(17)"; other texts unchanged.
-/// GenreName's spelling, so that songs with ID3v1 and ID3v2 tags get the same genre; numbers that it
-/// does not have are named by TagLib.
+/// GenreName's spelling, so that songs with ID3v1 and ID3v2 tags get the same genre. TagLib names
+/// the numbers that GenreName does not have, and 133, whose name has changed.
 std::string GenreOfNumber(const std::string& text);
 
 /// The number at the start of a text: 1 of "1/12"; 0 when there is none or it is too large.

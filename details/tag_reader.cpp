@@ -8,7 +8,6 @@
 #include <taglib/apetag.h>
 #include <taglib/asffile.h>
 #include <taglib/flacfile.h>
-#include <taglib/id3v2framefactory.h>
 #include <taglib/id3v2tag.h>
 #include <taglib/infotag.h>
 #include <taglib/mp4file.h>
@@ -25,7 +24,9 @@
 #include <utility>
 
 #include "details/file_kind.h"
+#include "details/riff_tags.h"
 #include "details/tag_fields.h"
+#include "details/text_frames.h"
 #include "library/tag_layout.h"
 #include "library/tag_text.h"
 
@@ -107,8 +108,7 @@ void AddId3v1(Reading& reading) {
 }
 
 void ReadMpeg(Reading& reading) {
-  TagLib::MPEG::File file(&reading.stream, TagLib::ID3v2::FrameFactory::instance(),
-                          reading.wants_audio);
+  TagLib::MPEG::File file(&reading.stream, &TextFrames::Instance(), reading.wants_audio);
   if (file.hasID3v2Tag()) AddId3v2(reading.fields, file.ID3v2Tag());
   if (file.hasAPETag() && !reading.fields.HasAny()) AddTag(reading.fields, file.APETag());
   AddAudio(reading, file.audioProperties());
@@ -118,35 +118,34 @@ void ReadMpeg(Reading& reading) {
 void ReadAac(Reading& reading) {
   // Without an ID3v2 tag, TagLib would search the whole file for the first MPEG frame.
   if (reading.stream.Peek(0, 3) == "ID3") {
-    TagLib::MPEG::File file(&reading.stream, TagLib::ID3v2::FrameFactory::instance(), false);
+    TagLib::MPEG::File file(&reading.stream, &TextFrames::Instance(), false);
     if (file.hasID3v2Tag()) AddId3v2(reading.fields, file.ID3v2Tag());
   }
   AddId3v1(reading);
 }
 
 void ReadFlac(Reading& reading) {
-  TagLib::FLAC::File file(&reading.stream, TagLib::ID3v2::FrameFactory::instance(),
-                          reading.wants_audio);
+  TagLib::FLAC::File file(&reading.stream, &TextFrames::Instance(), reading.wants_audio);
   if (file.hasXiphComment()) AddTag(reading.fields, file.xiphComment());
   if (file.hasID3v2Tag()) AddId3v2(reading.fields, file.ID3v2Tag());
   AddAudio(reading, file.audioProperties());
   AddId3v1(reading);
 }
 
-void ReadWav(Reading& reading) {
-  TagLib::RIFF::WAV::File file(&reading.stream, reading.wants_audio);
-  if (file.hasID3v2Tag()) AddId3v2(reading.fields, file.ID3v2Tag());
-  if (file.hasInfoTag()) {
+/// Reads the tags of a WAV or AIFF file, and its audio with a class of TagLib.
+template <typename File>
+void ReadRiff(Reading& reading, RiffTags::Kind kind) {
+  const RiffTags tags(reading.stream, kind);
+  AddId3v2(reading.fields, tags.Id3v2());
+  if (tags.Info() != nullptr) {
     // TagLib returns the date as a number.
-    reading.fields.AddDate(file.InfoTag()->fieldText("ICRD"));
-    AddTag(reading.fields, file.InfoTag());
+    reading.fields.AddDate(tags.Info()->fieldText("ICRD"));
+    AddTag(reading.fields, tags.Info());
   }
-  AddAudio(reading, file.audioProperties());
-}
-
-void ReadAiff(Reading& reading) {
-  TagLib::RIFF::AIFF::File file(&reading.stream, reading.wants_audio);
-  if (file.hasID3v2Tag()) AddId3v2(reading.fields, file.tag());
+  if (!reading.wants_audio) return;
+  // TagLib reads these files from the position of the stream.
+  reading.stream.seek(0, TagLib::IOStream::Beginning);
+  const File file(&reading.stream);
   AddAudio(reading, file.audioProperties());
 }
 
@@ -199,9 +198,9 @@ void ReadKind(Reading& reading, FileKind kind) {
     case FileKind::kAsf:
       return ReadAsf(reading);
     case FileKind::kWav:
-      return ReadWav(reading);
+      return ReadRiff<TagLib::RIFF::WAV::File>(reading, RiffTags::Kind::kWav);
     case FileKind::kAiff:
-      return ReadAiff(reading);
+      return ReadRiff<TagLib::RIFF::AIFF::File>(reading, RiffTags::Kind::kAiff);
     case FileKind::kApe:
       return ReadApeTag<TagLib::APE::File>(reading);
     case FileKind::kWavPack:

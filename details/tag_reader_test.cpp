@@ -18,6 +18,7 @@ namespace tallow {
 namespace {
 
 using namespace std::string_literals;
+using namespace std::string_view_literals;
 
 std::string BigEndian(std::size_t number, int bytes, unsigned bits = 8) {
   std::string text;
@@ -46,6 +47,11 @@ std::string Id3v2(int version, const std::vector<std::pair<std::string, std::str
   }
   return "ID3" + std::string(1, static_cast<char>(version)) + "\0\0"s +
          BigEndian(body.size(), 4, 7) + body;
+}
+
+/// An atom of an MP4 file.
+std::string Atom(const std::string& name, const std::string& content) {
+  return BigEndian(content.size() + 8, 4) + name + content;
 }
 
 /// A text in UTF-16 with its mark, as ID3v2.2 and 2.3 have it. The text must be ASCII or from the
@@ -166,6 +172,9 @@ TEST_F(TagReader, GenreNumbersBecomeTheNamesOfTheJukebox) {
   EXPECT_EQ(genre("Hip-Hop"), "Hip-Hop");
   EXPECT_EQ(genre("(187)"), "Indie Rock");
   EXPECT_EQ(genre("1980"), "1980");
+  // The name of this number has changed since the jukebox's list was made.
+  EXPECT_EQ(genre("(133)"), "Worldbeat");
+  EXPECT_EQ(Read(Audio(900) + Tag({.title = "a", .genra = 133})).genre, "Worldbeat");
 }
 
 TEST_F(TagReader, TextsDeclaredAsLatin1MayBeUtf8) {
@@ -211,6 +220,50 @@ TEST_F(TagReader, AnOverlongTagGivesWhatIsBeforeTheLimit) {
   EXPECT_TRUE(details.failed);
   EXPECT_EQ(details.tags.title, "Title");
   EXPECT_FALSE(ReadSongDetails(path).failed);
+}
+
+TEST_F(TagReader, AMillionAtomsInsideEachOtherGiveUpTheFile) {
+  // Each atom has the rest of the file as its content.
+  constexpr std::size_t kDepth = 1'000'000;
+  std::string bytes = Atom("ftyp", "M4A \0\0\0\0"s);
+  for (std::size_t left = kDepth; left > 0; --left) bytes += BigEndian(left * 8, 4) + "moov";
+  const SongDetails details = ReadSongDetails(folder_.File("a.m4a", bytes));
+  EXPECT_TRUE(details.failed);
+  EXPECT_FALSE(details.tags.found);
+  EXPECT_EQ(details.format, "MP4");
+}
+
+TEST_F(TagReader, ChaptersInsideEachOtherAreNotEntered) {
+  constexpr std::size_t kDepth = 100'000;
+  // An identifier, four numbers, and the chapters inside.
+  const std::string fields = "a\0"s + std::string(16, '\0');
+  std::string chapters;
+  for (std::size_t left = kDepth; left > 0; --left)
+    chapters += "CHAP" + BigEndian(left * (10 + fields.size()) - 10, 4, 7) + "\0\0"s + fields;
+  const std::string body = "TIT2" + BigEndian(6, 4, 7) + "\0\0\3Title"s + chapters;
+  const SongDetails details = ReadSongDetails(
+      folder_.File("a.mp3", "ID3\4\0\0"s + BigEndian(body.size(), 4, 7) + body + Audio(900)));
+  EXPECT_FALSE(details.failed);
+  EXPECT_EQ(details.tags.title, "Title");
+}
+
+TEST_F(TagReader, ACompressedFrameGivesUpTheFile) {
+  // The flag of a compressed frame of ID3v2.3, and of 2.4.
+  for (const auto& [version, flags] : {std::pair(3, 0x80), std::pair(4, 0x08)}) {
+    std::string tag = Id3v2(version, {{"TIT2", "\0"s + "Title"}, {"PRIV", std::string(40, 'x')}});
+    tag[tag.find("PRIV") + 9] = static_cast<char>(flags);
+    for (const char* const name : {"a.mp3", "a.flac", "a.wav"}) {
+      std::string bytes = tag;
+      if (name == "a.flac"sv) bytes += "fLaC";
+      if (name == "a.wav"sv) {
+        bytes = "WAVEid3 " + LittleEndian(tag.size()) + tag;
+        bytes = "RIFF" + LittleEndian(bytes.size()) + bytes;
+      }
+      const SongDetails details = ReadSongDetails(folder_.File(name, bytes + Audio(900)));
+      EXPECT_TRUE(details.failed) << name;
+      EXPECT_FALSE(details.tags.found);
+    }
+  }
 }
 
 TEST_F(TagReader, LongTextsAreCutAtACharacter) {

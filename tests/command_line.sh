@@ -41,3 +41,22 @@ if [ "$(grep -c . "$program_folder/TIPOFDAY.TXT")" -lt 30 ] || [ ! -s "$program_
 fi
 printf 'a\r\nb\r\nabc\r\n' > "$folder/app/Grouping/System/TallowOrganizer.ini"
 expect 1 "TallowOrganizer.ini, line 3: 'abc' is not a number" "${usual[@]}"
+
+# A child that reads song details greets its parent, answers, and ends when its parent does. A message
+# is its length in four bytes and its content.
+song=$folder/song.mp3
+{
+  head -c 400 /dev/zero
+  printf 'TAG%-30s%-30s%-30s%-4s%-30s\021' 'A title' Queen Album 1975 ''
+} > "$song"
+# shellcheck disable=SC2059
+{
+  printf "\\x$(printf %02x ${#song})\\0\\0\\0"
+  printf %s "$song"
+} > "$folder/request"
+if ! timeout 60 "$program" --serve-song-details < "$folder/request" > "$folder/answer" ||
+  ! head -c 18 "$folder/answer" | grep -qaF 'song details' || ! grep -qaF 'A title' "$folder/answer"; then
+  echo "tallow --serve-song-details did not answer:"
+  od -c "$folder/answer"
+  exit 1
+fi

@@ -27,4 +27,14 @@ inline long ResidentKib(const std::string& process) {
   return resident * (sysconf(_SC_PAGESIZE) / 1024);
 }
 
+/// The most physical memory that this process has used so far, in KiB.
+inline long PeakResidentKib() {
+  std::ifstream status("/proc/self/status");
+  for (std::string word; status >> word;) {
+    long peak = 0;
+    if (word == "VmHWM:" && status >> peak) return peak;
+  }
+  return 0;
+}
+
 }  // namespace tallow

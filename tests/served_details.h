@@ -1,21 +1,30 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <csignal>
+#include <cstddef>
+#include <cstdint>
 #include <cstdlib>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "details/child_reader.h"
 #include "details/tag_reader.h"
+#include "util/child_process.h"
 #include "util/path_text.h"
 
 namespace tallow {
 
 // The test program is the child of the tests of ChildReader, when it is started with
 // kServeDetailsOption. It stands in for TagLib at files of these names, because no file is known at
-// which TagLib crashes.
+// which TagLib crashes, hangs or eats memory when it is used as tag_reader.cpp does.
+inline constexpr std::string_view kEndingName = "end.mp3";
 inline constexpr std::string_view kCrashingName = "crash.mp3";
 inline constexpr std::string_view kHangingName = "hang.mp3";
+inline constexpr std::string_view kHungryName = "hungry.mp3";
+inline constexpr std::string_view kBabblingName = "babble.mp3";
 
 /// The path of the test program, set by main().
 inline std::string& OwnProgram() {
@@ -23,12 +32,25 @@ inline std::string& OwnProgram() {
   return path;
 }
 
+/// Allocates twice the memory that a child may use, without touching it.
+inline void EatMemory() {
+  constexpr std::size_t kBlock = std::size_t{16} << 20U;
+  std::vector<std::unique_ptr<char[]>> blocks;
+  for (std::uint64_t eaten = 0; eaten < 2 * kMaxChildMemory; eaten += kBlock)
+    blocks.emplace_back(new char[kBlock]);
+}
+
 /// The child's part.
 inline int ServeTests() {
   return ServeSongDetails([](const std::string& path) {
-    if (NameOfPath(path) == kCrashingName) std::_Exit(3);
-    volatile bool hangs = NameOfPath(path) == kHangingName;
+    const std::string_view name = NameOfPath(path);
+    if (name == kEndingName) std::_Exit(3);
+    if (name == kCrashingName) std::raise(SIGSEGV);
+    if (name == kHungryName) EatMemory();
+    volatile bool hangs = name == kHangingName;
     while (hangs) {
+    }
+    while (name == kBabblingName && ParentChannel::Write("a message that does not end")) {
     }
     return ReadSongDetails(path);
   });

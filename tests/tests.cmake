@@ -51,8 +51,9 @@ else()
   # The same for the tags of songs.
   set(TALLOW_TAGS_FUZZER "" CACHE FILEPATH "tallow_tags_fuzzer, to run it as a test")
   if(TALLOW_TAGS_FUZZER)
-    add_test(NAME fuzz.read_tags COMMAND ${CMAKE_SOURCE_DIR}/tests/fuzz/read_tags.sh
-                                         ${TALLOW_TAGS_FUZZER} ${CMAKE_BINARY_DIR}/tests/fuzz_tags 30)
+    add_test(NAME fuzz.read_tags
+             COMMAND ${CMAKE_SOURCE_DIR}/tests/fuzz/read_tags.sh ${TALLOW_TAGS_FUZZER}
+                     ${CMAKE_BINARY_DIR}/tests/fuzz_tags 30)
     set_tests_properties(fuzz.read_tags PROPERTIES TIMEOUT 300)
   endif()
 

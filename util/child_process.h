@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <span>
@@ -26,8 +27,8 @@ class ChildProcess {
   /// Kills the child if it runs.
   virtual ~ChildProcess() = default;
 
-  /// Sends bytes to the child's standard input. May wait while the child does not read them, if they
-  /// are more than a few kilobytes.
+  /// Sends bytes to the child's standard input. May wait while the child does not read them, if
+  /// they are more than a few kilobytes.
   ///
   /// \returns false when the child has ended
   virtual bool Write(std::string_view bytes) = 0;
@@ -51,8 +52,17 @@ class ParentChannel {
   static bool Write(std::string_view bytes);
 };
 
+/// The memory that a child may use, in bytes, on Linux beyond what it uses when it calls
+/// LimitMemoryOfThisProcess.
+inline constexpr std::uint64_t kMaxChildMemory = std::uint64_t{512} << 20U;
+
+/// Makes allocations fail that exceed kMaxChildMemory. Does nothing on Windows, where the parent
+/// has limited the child.
+void LimitMemoryOfThisProcess();
+
 /// Ends this process if it does not call this function again in time (0: never); for a child whose
-/// parent may have been killed. Does nothing on Windows, where the system ends children with their parent.
+/// parent may have been killed. Does nothing on Windows, where the system ends children with their
+/// parent.
 void EndThisProcessAfter(std::chrono::seconds time);
 
 }  // namespace tallow

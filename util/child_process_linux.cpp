@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
 #include <csignal>
+#include <fstream>
 #include <poll.h>
 #include <spawn.h>
+#include <sys/resource.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -102,6 +105,18 @@ bool ParentChannel::Write(std::string_view bytes) {
     bytes.remove_prefix(static_cast<std::size_t>(sent));
   }
   return true;
+}
+
+void LimitMemoryOfThisProcess() {
+  // Counts address space: that of the program's libraries, and the terabytes that sanitizers
+  // reserve, are there already.
+  rlim_t pages = 0;
+  if (!(std::ifstream("/proc/self/statm") >> pages)) return;
+  rlimit limit{};
+  if (getrlimit(RLIMIT_AS, &limit) != 0) return;
+  const rlim_t used = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE));
+  limit.rlim_cur = std::min<rlim_t>(used + kMaxChildMemory, limit.rlim_max);
+  setrlimit(RLIMIT_AS, &limit);
 }
 
 void EndThisProcessAfter(std::chrono::seconds time) {

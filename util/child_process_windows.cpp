@@ -47,12 +47,14 @@ bool MakeInheritable(HANDLE handle) noexcept {
   return SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT) != 0;
 }
 
-/// A job that ends its processes when its handle is closed, which happens at the latest when this
-/// process ends.
+/// A job that limits the memory of its processes, and ends them when its handle is closed, which
+/// happens at the latest when this process ends.
 Handle MakeJob() {
   Handle job(CreateJobObjectW(nullptr, nullptr));
   JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
-  limits.BasicLimitInformation.LimitFlags = JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE;
+  limits.BasicLimitInformation.LimitFlags =
+      JOB_OBJECT_LIMIT_KILL_ON_JOB_CLOSE | JOB_OBJECT_LIMIT_PROCESS_MEMORY;
+  limits.ProcessMemoryLimit = kMaxChildMemory;
   if (!SetInformationJobObject(job.get(), JobObjectExtendedLimitInformation, &limits,
                                sizeof limits))
     return Handle();
@@ -80,8 +82,8 @@ class WindowsChildProcess final : public ChildProcess {
   }
 
   std::optional<std::string> Read(std::chrono::milliseconds timeout) override {
-    // A pipe cannot be waited for with a timeout. The first checks do not wait, because most answers
-    // arrive at once.
+    // A pipe cannot be waited for with a timeout. The first checks do not wait, because most
+    // answers arrive at once.
     constexpr int kChecksWithoutWait = 200;
     const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(timeout.count());
     for (int check = 0;; ++check) {
@@ -207,6 +209,8 @@ bool ParentChannel::Write(std::string_view bytes) {
   }
   return true;
 }
+
+void LimitMemoryOfThisProcess() {}
 
 void EndThisProcessAfter(std::chrono::seconds /*time*/) {}
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Passes arbitrary bytes as song files of all formats to the tag reader, with libFuzzer. Nothing may
-// crash or throw; texts must be valid UTF-8 within their limit; reading the tags alone must give the
-// same tags as reading everything.
+// Passes arbitrary bytes as song files of all formats to the tag reader, with libFuzzer. Nothing
+// may crash or throw; texts must be valid UTF-8 within their limit; reading the tags alone must
+// give the same tags as reading everything.
 //
 // The first byte chooses the extension; the rest is the file.
 #include <array>
