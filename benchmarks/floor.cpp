@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The baseline ("floor") for start-up times: plain threads, one unless THREADS is given, that walk a
-// tree. Prints the number of files and the seconds it took.
+// The baseline ("floor") for start-up times: plain threads, one unless THREADS is given, that walk
+// a tree. Prints the number of files and the seconds it took.
 //
 //   tails  reads the last 128 bytes of every "*.mp3"
 //   stats  gets the status of every "*.mp3"; reads FILE whole
