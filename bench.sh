@@ -3,7 +3,9 @@
 # Measures Tallow on collections of real MP3 files against a floor that is measured in the same run:
 # one thread that walks the tree and reads the last 128 bytes of every MP3 file. The cache is warm
 # but for the rows of slow disks: there each call takes a millisecond longer (benchmarks/slow_disk.cpp),
-# or the caches are dropped before each run, which needs root; the floor then has 32 threads.
+# or the caches are dropped before each run, which needs root; the floor then has 32 threads. The
+# modern style is measured on files with ID3v2.4 tags and covers (4 GB of disk), and compared with
+# MPD if that is installed.
 #
 #   ./bench.sh            20,000 and 100,000 files
 #   ./bench.sh --million  1,000,000 files too (needs about 8 GB of disk)
@@ -45,7 +47,7 @@ best() {
   for _ in $(seq "$times"); do "$@"; done | grep "^$what" | sort -k2,2g | head -n 1
 }
 divide() { awk -v a="$1" -v b="$2" -v f="${3:-%.2f}" 'BEGIN { printf f, a / b }'; }
-row() { printf '%-9s %-20s %10s %8s %6s   %s\n' "$@"; }
+row() { printf '%-9s %-21s %10s %8s %6s   %s\n' "$@"; }
 first_run() {
   rm -rf "$folder/app"
   mkdir -p "$folder/app"
@@ -68,12 +70,17 @@ cold_second_start() {
   drop_caches
   "$programs/tallow_startup_benchmark" "$PWD/$music" "$PWD/$folder/app" second
 }
-# slow_disk_row NAME WHAT: a start while each file call takes a millisecond longer.
-slow_disk_row() {
+# slow_disk_start WHAT: a start while each file call takes a millisecond longer.
+slow_disk_start() {
+  if [ "$1" = first ]; then rm -rf "$folder/app"; fi
+  mkdir -p "$folder/app"
   rm -f "$folder/calls"
-  read -r _ seconds _ < <(SLOW_DISK_REPORT="$folder/calls" \
-    LD_PRELOAD="$PWD/$programs/libtallow_slow_disk.so" \
-    "$programs/tallow_startup_benchmark" "$PWD/$music" "$PWD/$folder/app" "$2")
+  SLOW_DISK_REPORT="$folder/calls" LD_PRELOAD="$PWD/$programs/libtallow_slow_disk.so" \
+    "$programs/tallow_startup_benchmark" "$PWD/$music" "$PWD/$folder/app" "$1"
+}
+# slow_disk_row NAME WHAT: the row of such a start.
+slow_disk_row() {
+  read -r _ seconds _ < <(best 3 "$2" slow_disk_start "$2")
   read -r calls sum highest < "$folder/calls"
   row 5000 "$1" "$seconds" "$(awk -v s="$seconds" -v a="$sum" 'BEGIN { printf "%.2f", s / (a / 20 + 0.3) }')" 1.0 \
     "$calls calls of 1 ms, up to $highest at a time"
@@ -137,8 +144,6 @@ if [ ! -e "$music.complete" ]; then
   "$programs/tallow_collection" "$folder/tone.mp3" "$music" 5000
   touch "$music.complete"
 fi
-rm -rf "$folder/app"
-mkdir -p "$folder/app"
 slow_disk_row "first run, 1 ms" first
 slow_disk_row "second start, 1 ms" second
 music=$folder/music-100000
@@ -159,6 +164,55 @@ if [ -n "${a_song[1000000]:-}" ]; then
   row 1000000 "a song's time" "${a_song[1000000]}" \
     "$(divide "${a_song[1000000]}" "${a_song[100000]}")" 1.3 "ratio to a song's at 100000, first run"
 fi
+
+echo
+echo "Modern style: MP3s with ID3v2.4 tags and covers of 30 kB; floor: one thread that walks the tree"
+echo "and reads the bytes of the tags"
+# start: a start of the whole program in a style, which saves its jukebox.
+start() {
+  "$programs/tallow_window_benchmark" "${style[@]}" "$PWD/$music" "$app" "$app/Grouping/bench.juk"
+}
+first_start() {
+  rm -rf "$app"
+  mkdir -p "$app"
+  start
+}
+for size in 20000 100000; do
+  music=$folder/newer-$size
+  if [ ! -e "$music.complete" ]; then
+    rm -rf "$music"
+    "$programs/tallow_collection" "$folder/tone.mp3" "$music" "$size" 30000
+    touch "$music.complete"
+  fi
+  app=$PWD/$folder/app-modern
+  style=(--modern)
+  newer_floor=("$programs/tallow_floor" --threads 1 newer "$music")
+  "${newer_floor[@]}" > /dev/null # warms the cache
+  read -r _ floor _ < <(best 3 "" "${newer_floor[@]}")
+  row "$size" floor "$floor" 1.00 "" ""
+  read -r _ modern memory _ < <(best 3 start first_start)
+  row "$size" "first run, modern" "$modern" "$(divide "$modern" "$floor")" 4.0 \
+    "$(divide "$memory" 1024 %.1f) MB"
+  if command -v mpd > /dev/null; then
+    read -r _ seconds < <(best 1 "" benchmarks/mpd.sh "$music")
+    row "$size" "MPD, new database" "$seconds" "$(divide "$seconds" "$modern")" "" \
+      "ratio to the first run, goal: at least 8"
+  fi
+  read -r _ seconds memory _ < <(best 5 start start)
+  app=$PWD/$folder/app-classic
+  style=()
+  first_start > /dev/null
+  read -r _ classic _ < <(best 5 start start)
+  row "$size" "start, saved, classic" "$classic" 1.00 "" ""
+  row "$size" "start, saved, modern" "$seconds" "$(divide "$seconds" "$classic")" 1.1 \
+    "$(divide "$memory" 1024 %.1f) MB"
+  rm -f "$folder/details.db"*
+  read -r _ seconds memory longest stop _ < \
+    <("$programs/tallow_details_benchmark" "$music" "$folder/details.db")
+  row "$size" "details" "$seconds" "" "" "$(divide "$memory" 1024 %.1f) MB (goal: 60)"
+  row "$size" "longest call" "$longest" "$(divide "$longest" 0.016)" 1.0 "ratio to 16 ms"
+  row "$size" "stop" "$stop" "$(divide "$stop" 0.1)" 1.0 "ratio to 100 ms"
+done
 
 echo
 echo "The jukebox file and its lists, 100000 songs in all automatic folders"

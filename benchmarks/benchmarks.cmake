@@ -22,6 +22,10 @@ target_link_libraries(tallow_slow_disk PRIVATE tallow_options ${CMAKE_DL_LIBS})
 add_executable(tallow_collection benchmarks/collection.cpp)
 target_link_libraries(tallow_collection PRIVATE tallow_app)
 
+add_executable(tallow_details_benchmark benchmarks/details_benchmark.cpp
+                                        benchmarks/process_memory_${platform}.cpp)
+target_link_libraries(tallow_details_benchmark PRIVATE tallow_details)
+
 add_executable(tallow_sort_benchmark benchmarks/sort_benchmark.cpp)
 target_link_libraries(tallow_sort_benchmark PRIVATE tallow_app benchmark::benchmark)
 

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// A library for LD_PRELOAD that makes the disk of a program slow: each call that opens, lists, reads
-// or checks a file or folder by its path takes longer by a fixed time. At the end of the program it
-// appends a line to a file: the number of calls, the sum of their delays in seconds, and the largest
-// number of calls that were delayed at the same time.
+// A library for LD_PRELOAD that makes the disk of a program slow: each call that opens, lists,
+// reads or checks a file or folder by its path takes longer by a fixed time. At the end of the
+// program it appends a line to a file: the number of calls, the sum of their delays in seconds, and
+// the largest number of calls that were delayed at the same time.
 //
-// fstat is not delayed: a system that opens a file over a network gets its attributes along with it.
-// The entries of a folder are read in blocks, so readdir is delayed once for each kBlockBytes. Calls
-// that write are not delayed.
+// fstat is not delayed: a system that opens a file over a network gets its attributes along with
+// it. The entries of a folder are read in blocks, so readdir is delayed once for each kBlockBytes.
+// Calls that write are not delayed.
 //
 // Environment:
 //   SLOW_DISK_MICROSECONDS  the delay of a call; default 1000

@@ -4,10 +4,12 @@
 // pasting them and undoing both, and the same with a quarter, in a row and scattered. Prints per
 // line: what, seconds, KiB or rows.
 //
-// Usage: tallow_window_benchmark MUSIC APPLICATION_FOLDER [JUKEBOX]
-//   JUKEBOX is saved, and opened by later starts
+// Usage: tallow_window_benchmark [--modern] MUSIC APPLICATION_FOLDER [JUKEBOX]
+//   --modern  runs in the modern style
+//   JUKEBOX   is saved after the start, and opened by later starts; nothing else is then measured
 #include <chrono>
 #include <cstdio>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -88,12 +90,31 @@ void Edit(frmMDIForm1& frame, SongListView& list) {
   }
 }
 
-int Run(int argc, char** argv) {
+/// The arguments of a run.
+struct Arguments {
+  bool is_modern = false;
+  std::string music;
+  std::string application_folder;
+  std::string jukebox;  ///< empty: none is saved
+};
+
+std::optional<Arguments> Parse(std::vector<std::string> texts) {
+  Arguments arguments;
+  arguments.is_modern = std::erase(texts, "--modern") > 0;
+  if (texts.size() != 2 && texts.size() != 3) return std::nullopt;
+  arguments.music = texts[0];
+  arguments.application_folder = texts[1] + "/";
+  if (texts.size() == 3) arguments.jukebox = texts[2];
+  return arguments;
+}
+
+int Run(int argc, char** argv, const Arguments& arguments) {
   if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) qputenv("QT_QPA_PLATFORM", "offscreen");
   const auto begin = Clock::now();
   QApplication application(argc, argv);
-  Tallow tallow(std::string(argv[2]) + "/");
-  const auto drives = GivenDrives({argv[1]});
+  Tallow tallow(arguments.application_folder);
+  if (arguments.is_modern) tallow.preferences.OverrideStyle(Style::kModern);
+  const auto drives = GivenDrives({arguments.music});
   const auto player = SystemPlayerLink();
   DriveSearches searches(tallow, *drives);
   frmMDIForm1 frame(tallow, *player, searches, [](const Message&) { return MessageAnswer::kNo; });
@@ -104,10 +125,10 @@ int Run(int argc, char** argv) {
   frame.grab();
   std::printf("start %.6f %ld\n", SecondsSince(begin), ProcessMemory() - before);
 
-  if (argc == 4) {
+  if (!arguments.jukebox.empty()) {
     Jukebox& jukebox = *frame.OpenJukeboxes().front();
-    if (!jukebox.Save(argv[3], tallow.library)) return 1;
-    tallow.settings.LocOfLastSavedJukeBox(argv[3]);
+    if (!jukebox.Save(arguments.jukebox, tallow.library)) return 1;
+    tallow.settings.LocOfLastSavedJukeBox(arguments.jukebox);
     tallow.SaveSettings();
     return 0;
   }
@@ -140,4 +161,7 @@ int Run(int argc, char** argv) {
 }  // namespace
 }  // namespace tallow
 
-int main(int argc, char** argv) { return argc == 3 || argc == 4 ? tallow::Run(argc, argv) : 2; }
+int main(int argc, char** argv) {
+  const auto arguments = tallow::Parse({argv + 1, argv + argc});
+  return arguments ? tallow::Run(argc, argv, *arguments) : 2;
+}

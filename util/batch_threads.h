@@ -26,8 +26,8 @@ namespace tallow {
 /// The caller puts batches into slots, and removes their answers in order. A thread that has begun
 /// a batch answers all of it, one question after another. It is abandoned when the caller gives up
 /// the question that it is working on; the batch then continues on another thread. The threads
-/// measure how long the questions take, from which ReaderCount decides how many threads there should
-/// be: the caller starts more, and threads that are too many end after their batch.
+/// measure how long the questions take, from which ReaderCount decides how many threads there
+/// should be: the caller starts more, and threads that are too many end after their batch.
 ///
 /// Invariant: the mutex guards all members but `answer_`. It is unlocked while a question is
 /// answered, so nothing that may block runs under it, and a thread that never returns holds neither

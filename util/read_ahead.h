@@ -190,8 +190,8 @@ class ReadAheadCall {
 /// owns.
 ///
 /// \param count   number of questions
-/// \param run     maximum questions per batch; with fewer than two batches no thread is started, unless
-///        `waiting` is given
+/// \param run     maximum questions per batch; with fewer than two batches no thread is started,
+///        unless `waiting` is given
 /// \param ask     ask(i) makes question number i, from 0 to count - 1
 /// \param answer  answer(question); a copy of it is called on several threads at once
 /// \param consume consume(i, answer)

@@ -21,13 +21,15 @@ constexpr double kTooIdleToJudge = 0.5;
 void ReaderCount::Add(Clock::time_point begin, Clock::time_point end, std::size_t calls) noexcept {
   if (!has_begun_) BeginWindow(begin);
   if (skipped_ > 0) {
-    skipped_ -= std::min(skipped_, calls);
-    if (skipped_ == 0) BeginWindow(end);
+    if (--skipped_ == 0) BeginWindow(end);
     return;
   }
   calls_ += calls;
+  ++turns_;
   busy_ += end - begin;
-  if (calls_ >= std::max(kLeastCalls, kCallsPerReader * wanted_)) JudgeWindow(end);
+  if (calls_ >= std::max(kLeastCalls, kCallsPerReader * wanted_) &&
+      turns_ >= kTurnsPerReader * wanted_)
+    JudgeWindow(end);
 }
 
 void ReaderCount::LimitTo(unsigned most) noexcept {
@@ -40,6 +42,7 @@ void ReaderCount::BeginWindow(Clock::time_point now) noexcept {
   has_begun_ = true;
   begin_ = now;
   calls_ = 0;
+  turns_ = 0;
   busy_ = {};
 }
 

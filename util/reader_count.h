@@ -14,8 +14,9 @@ namespace tallow {
 /// that does not raise the throughput by a tenth is taken back, and not tried again for some time.
 /// When calls are quick again, the count falls back in steps to the initial one.
 ///
-/// The calls are judged in windows of several calls for each reader. The object has no threads, no
-/// lock and no clock of its own.
+/// The calls are judged in windows of several calls for each reader, and of more than one turn of
+/// it: a turn is what a reader adds at once. The object has no threads, no lock and no clock of its
+/// own.
 class ReaderCount {
  public:
   using Clock = std::chrono::steady_clock;
@@ -51,8 +52,9 @@ class ReaderCount {
   void LimitTo(unsigned most) noexcept;
 
  private:
-  /// Calls per reader in a window, and the least number of calls in a window.
+  /// Calls and turns per reader in a window, and the least number of calls in a window.
   static constexpr std::size_t kCallsPerReader = 4;
+  static constexpr std::size_t kTurnsPerReader = 2;
   static constexpr std::size_t kLeastCalls = 16;
   /// Windows until a growth that did not help is tried again; doubled each time.
   static constexpr unsigned kFirstPause = 8;
@@ -74,8 +76,9 @@ class ReaderCount {
   bool has_begun_ = false;
   Clock::time_point begin_;
   std::size_t calls_ = 0;
+  std::size_t turns_ = 0;
   Clock::duration busy_{0};  ///< sum of the calls' durations
-  std::size_t skipped_ = 0;  ///< calls still to ignore, because they began before the last change
+  std::size_t skipped_ = 0;  ///< turns still to ignore, because they began before the last change
 
   // The last growth.
   bool is_on_trial_ = false;

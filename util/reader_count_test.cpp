@@ -23,14 +23,17 @@ class SimulatedDisk {
   /// Makes calls with as many readers as are wanted.
   /// \param most_work number of calls that can be made at the same time, e.g. because there are no
   ///                  more folders to list
-  void Make(int calls, const CallTime& call_time, unsigned most_work = ReaderCount::kMost) {
+  /// \param added     number of calls that a reader adds at once; `calls` and the duration are those
+  ///                  of so many calls together
+  void Make(int calls, const CallTime& call_time, unsigned most_work = ReaderCount::kMost,
+            std::size_t added = 1) {
     for (int k = 0; k < calls; ++k) {
       readers_.resize(std::min(count.Wanted(), most_work), now_);
       const auto first = std::min_element(readers_.begin(), readers_.end());
       const Clock::time_point begin = *first;
       now_ = begin;
       *first = begin + call_time(static_cast<unsigned>(readers_.size()));
-      count.Add(begin, *first);
+      count.Add(begin, *first, added);
       highest = std::max(highest, count.Wanted());
     }
   }
@@ -159,11 +162,25 @@ TEST(ReaderCount, ALimitHoldsForGood) {
 
 TEST(ReaderCount, CallsAddedTogetherCountOneByOne) {
   ReaderCount count(1);
-  const Clock::time_point begin;
-  count.Add(begin, begin + microseconds(1600), 16);
+  Clock::time_point now;
+  const auto add = [&](int calls, int time) {
+    const Clock::time_point begin = now;
+    now += calls * microseconds(time);
+    count.Add(begin, now, static_cast<std::size_t>(calls));
+  };
+  add(8, 100);
+  add(8, 100);
   EXPECT_EQ(count.CurrentPace(), ReaderCount::Pace::kQuick);
-  count.Add(begin + microseconds(1600), begin + microseconds(16000), 16);
+  add(8, 1000);
+  add(8, 1000);
   EXPECT_TRUE(count.IsSlow());
+}
+
+TEST(ReaderCount, AGrowthIsNotJudgedBeforeEachReaderHasAddedCalls) {
+  SimulatedDisk disk(2);
+  constexpr std::size_t kCallsATurn = 64;
+  disk.Make(500, Always(64000), ReaderCount::kMost, kCallsATurn);
+  EXPECT_EQ(disk.count.Wanted(), ReaderCount::kMost);
 }
 
 }  // namespace

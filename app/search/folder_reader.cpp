@@ -24,8 +24,9 @@ namespace tallow {
 /// A folder that is claimed (kReading) is listed by the thread that claimed it, with the mutex
 /// unlocked; its listing and subfolders are written under the mutex, before it becomes kDone, and
 /// belong to the walk from then on. If the listing has pending files, it becomes kDone once these
-/// are read: each thread claims some of them, moves them out of the listing, and stores them again. Functions named ...Locked require the mutex to be locked and
-/// leave it locked; all others lock it themselves.
+/// are read: each thread claims some of them, moves them out of the listing, and stores them again.
+/// Functions named ...Locked require the mutex to be locked and leave it locked; all others lock it
+/// themselves.
 class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::Shared> {
  public:
   using FolderPointer = std::shared_ptr<TreeFolder>;

@@ -34,10 +34,10 @@ struct TreeFolder {
 ///
 /// The walk visits the folders in its own order and on its own thread; worker threads meanwhile
 /// list the folders that the walk will reach next. The files of a large folder are divided among
-/// them. There are as many threads as the disk can use, see ReaderCount. A folder that the walk needs and no thread has
-/// begun to list is listed at once, so the result does not depend on the number of threads. A
-/// worker thread that waits for a disk that does not respond stays detached when the reader is
-/// destroyed.
+/// them. There are as many threads as the disk can use, see ReaderCount. A folder that the walk
+/// needs and no thread has begun to list is listed at once, so the result does not depend on the
+/// number of threads. A worker thread that waits for a disk that does not respond stays detached
+/// when the reader is destroyed.
 class FolderReader {
  public:
   /// Maximum length of a folder's path in bytes. A song's folder has to fit into a text of the

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/search/player_search.h"
 
+#include <cstdint>
+#include <memory>
 #include <set>
 #include <tuple>
 #include <utility>
 #include <vector>
 
+#include "app/search/folder_reader.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
 
@@ -30,24 +33,27 @@ std::string PlayerIn(const std::string& folder) {
 // its behaviour with paths of more than 260 characters is undefined.
 std::string FindWinampUnder(const std::string& root, const DriveList& drives,
                             const std::function<bool()>& go_on) {
-  std::vector<std::string> waiting{EnsureTrailingBackslash(root)};  // stack: the next folder last
+  FolderReader reader(
+      std::string(PlayerProgramName()), true,
+      // A search that was ended must not use the drives any more.
+      [&](const std::string& folder) {
+        return (!go_on || go_on()) && !drives.IsMountPoint(folder);
+      },
+      [](const std::string&) { return false; });
+  std::vector<std::shared_ptr<TreeFolder>> waiting{reader.Root(root)};  // stack: the next one last
   std::set<std::tuple<std::uint64_t, std::uint64_t, std::uint64_t>> visited;
   while (!waiting.empty()) {
-    const std::string folder = std::move(waiting.back());
+    const std::shared_ptr<TreeFolder> folder = std::move(waiting.back());
     waiting.pop_back();
-    const FolderListing listing =
-        ListFolder(folder, {.pattern = PlayerProgramName(), .subfolders = true});
+    reader.WaitFor(folder);
     if (go_on && !go_on()) return {};
     // A file system without folder numbers reports 0 for every folder.
-    const auto& [device, number, number_high] = listing.identity;
+    const auto& [device, number, number_high] = folder->listing.identity;
     if (number != 0 && !visited.emplace(device, number, number_high).second) continue;
-    std::string found = PlayerIn(folder, listing);
+    std::string found = PlayerIn(folder->path, folder->listing);
     if (!found.empty()) return found;
-    for (auto entry = listing.subfolders.rbegin(); entry != listing.subfolders.rend(); ++entry) {
-      std::string subfolder = folder + entry->name + kSeparator;
-      if (!entry->linked && !drives.IsMountPoint(subfolder))
-        waiting.push_back(std::move(subfolder));
-    }
+    reader.Enter(*folder);
+    waiting.insert(waiting.end(), folder->subfolders.rbegin(), folder->subfolders.rend());
   }
   return {};
 }

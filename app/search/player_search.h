@@ -35,7 +35,8 @@ std::string FindPlayerOnPath();
 /// The full path, as stored in the settings, of the first player in the tree below a root; empty
 /// when not found. Links to folders and junctions are not followed.
 ///
-/// \param go_on called after each folder is read; returns whether to continue; may be empty
+/// \param go_on called after each folder is read, on several threads; returns whether to continue;
+///              may be empty
 std::string FindWinampUnder(const std::string& root, const DriveList& drives,
                             const std::function<bool()>& go_on = {});
 
