@@ -8,13 +8,14 @@
 #include "details/details_message.h"
 #include "details/tag_reader.h"
 #include "util/file_system.h"
+#include "util/thread_priority.h"
 
 namespace tallow {
 namespace {
 
 /// The first message of the child. A program that does not send it is no such child, and must not
 /// make files look as if they could not be read.
-constexpr std::string_view kGreeting = "song details 1";
+constexpr std::string_view kGreeting = "song details 2";
 
 /// A child whose parent was killed while TagLib does not end has to end by itself.
 constexpr std::chrono::seconds kMaxLifeOfOneRead{20};
@@ -102,6 +103,7 @@ int ServeSongDetails(const std::function<SongDetails(const std::string& path)>& 
 }
 
 int ServeSongDetails() {
+  LowerThreadPriority();
   return ServeSongDetails([](const std::string& path) { return ReadSongDetails(path); });
 }
 

@@ -20,7 +20,7 @@ namespace {
 //
 // The table "gone" has the rows whose files were not there at the last fill, and the day since
 // when, counted from 1970.
-constexpr std::int64_t kSchemaVersion = 1;
+constexpr std::int64_t kSchemaVersion = 2;
 constexpr const char* kCreate =
     "BEGIN;"
     "DROP TABLE IF EXISTS song;"
@@ -31,8 +31,8 @@ constexpr const char* kCreate =
     " album_artist TEXT NOT NULL, album TEXT NOT NULL, date TEXT NOT NULL, genre TEXT NOT NULL,"
     " disc INTEGER NOT NULL, track INTEGER NOT NULL, comment TEXT NOT NULL,"
     " length_ms INTEGER NOT NULL, bit_rate INTEGER NOT NULL, sample_rate INTEGER NOT NULL,"
-    " format TEXT NOT NULL) WITHOUT ROWID;"
-    "PRAGMA user_version = 1;"
+    " format TEXT NOT NULL, id3v1 INTEGER NOT NULL) WITHOUT ROWID;"
+    "PRAGMA user_version = 2;"
     "COMMIT;";
 
 /// Memory of the page cache is limited to 2 MB. Functions in a manipulated schema do not run.
@@ -41,11 +41,11 @@ constexpr const char* kSettings =
 
 constexpr const char* kFind =
     "SELECT failed, found, title, artist, album_artist, album, date, genre, disc, track, comment,"
-    " length_ms, bit_rate, sample_rate, format FROM song"
+    " length_ms, bit_rate, sample_rate, format, id3v1 FROM song"
     " WHERE path = ?1 AND size = ?2 AND modified = ?3";
 constexpr const char* kPut =
     "INSERT OR REPLACE INTO song VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13,"
-    " ?14, ?15, ?16, ?17, ?18)";
+    " ?14, ?15, ?16, ?17, ?18, ?19)";
 
 // A part of the rows, so that the store is not locked for long.
 constexpr const char* kListGone =
@@ -58,6 +58,10 @@ constexpr const char* kDrop = "DELETE FROM song WHERE path = ?1";
 std::int64_t VersionOf(const Database& database) {
   Statement statement(database.get(), "PRAGMA user_version");
   return statement.Step() ? statement.Number(0) : 0;
+}
+
+bool HasSongs(const Database& database) {
+  return Statement(database.get(), "SELECT 1 FROM song LIMIT 1").Step();
 }
 
 std::int32_t Number(const Statement& row, int column) {
@@ -80,6 +84,7 @@ SongDetails DetailsOf(const Statement& row, const FileStamp& stamp) {
   details.bit_rate = Number(row, column++);
   details.sample_rate = Number(row, column++);
   details.format = row.Text(column++);
+  details.has_id3v1 = row.Number(column++) != 0;
   details.stamp = stamp;
   return details;
 }
@@ -106,6 +111,7 @@ void BindDetails(Statement& statement, const SongDetails& details) {
   statement.Bind(parameter++, details.bit_rate);
   statement.Bind(parameter++, details.sample_rate);
   statement.BindText(parameter++, details.format);
+  statement.Bind(parameter++, details.has_id3v1 ? 1 : 0);
 }
 
 /// A row, and the day since when its file is gone; no value when it was there.
@@ -170,6 +176,7 @@ void DetailsStore::OpenLocked() {
   try {
     opened_ = std::make_unique<Opened>(path_);
     can_write_ = !opened_->database.IsReadOnly();
+    is_empty_ = !HasSongs(opened_->database);
   } catch (const DatabaseError& error) {
     HandleLocked(error);
   }
@@ -188,32 +195,33 @@ void DetailsStore::HandleLocked(const DatabaseError& error) {
   }
   if (opened_ != nullptr && !can_write_) return;
   can_write_ = false;
-  problems_.push_back(path_ + " cannot be written (" + error.what() +
-                      "), so the details of songs are read again at the next start.");
+  AddProblem(path_ + " cannot be written (" + error.what() +
+             "), so the details of songs are read again at the next start.");
 }
 
 void DetailsStore::SetAsideLocked() {
   opened_.reset();
+  is_empty_ = true;
   can_write_ = false;
   has_transaction_ = false;
   try {
     MoveToBackup(path_);
   } catch (const FileError& error) {
-    problems_.push_back(path_ + " is damaged, and cannot be renamed to end in .bak (" +
-                        error.reason() + "), so the details of songs are not kept.");
+    AddProblem(path_ + " is damaged, and cannot be renamed to end in .bak (" + error.reason() +
+               "), so the details of songs are not kept.");
     return;
   }
   // The journal of the damaged file must not be applied to the new one.
   RemoveFile(path_ + "-journal");
-  problems_.push_back(path_ +
-                      " is damaged. It was renamed to end in .bak, and is made again from the "
-                      "songs.");
+  AddProblem(path_ +
+             " is damaged. It was renamed to end in .bak, and is made again from the "
+             "songs.");
   try {
     opened_ = std::make_unique<Opened>(path_);
     can_write_ = !opened_->database.IsReadOnly();
   } catch (const DatabaseError& error) {
-    problems_.push_back(path_ + " cannot be made (" + error.what() +
-                        "), so the details of songs are not kept.");
+    AddProblem(path_ + " cannot be made (" + error.what() +
+               "), so the details of songs are not kept.");
   }
 }
 
@@ -233,6 +241,11 @@ std::optional<SongDetails> DetailsStore::Find(const std::string& path, const Fil
   }
 }
 
+bool DetailsStore::IsEmpty() {
+  const std::lock_guard lock(mutex_);
+  return is_empty_;
+}
+
 void DetailsStore::Put(const std::string& path, const SongDetails& details) {
   const std::lock_guard lock(mutex_);
   if (opened_ == nullptr || !can_write_) return;
@@ -242,6 +255,7 @@ void DetailsStore::Put(const std::string& path, const SongDetails& details) {
     BindKey(put, path, details.stamp);
     BindDetails(put, details);
     put.Step();
+    is_empty_ = false;
     if (Now() - last_commit_ >= kCommitEvery) CommitLocked();
   } catch (const DatabaseError& error) {
     HandleLocked(error);
@@ -317,12 +331,18 @@ void DetailsStore::Close() {
   Commit();
   const std::lock_guard lock(mutex_);
   opened_.reset();
+  is_empty_ = true;
   can_write_ = false;
 }
 
 std::vector<std::string> DetailsStore::TakeProblems() {
-  const std::lock_guard lock(mutex_);
+  const std::lock_guard lock(problems_mutex_);
   return std::exchange(problems_, {});
+}
+
+void DetailsStore::AddProblem(std::string problem) {
+  const std::lock_guard lock(problems_mutex_);
+  problems_.push_back(std::move(problem));
 }
 
 }  // namespace tallow

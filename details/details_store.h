@@ -61,6 +61,9 @@ class DetailsStore {
   /// The details of a song; no value when they are not stored, or the file has changed since.
   std::optional<SongDetails> Find(const std::string& path, const FileStamp& stamp);
 
+  /// Whether no details are stored.
+  bool IsEmpty();
+
   /// Stores the details of a song, in place of earlier ones. They are on the disk after the next
   /// commit: at most one a second.
   void Put(const std::string& path, const SongDetails& details);
@@ -80,7 +83,8 @@ class DetailsStore {
   /// Commits and closes the database. The store is then empty, and stores nothing.
   void Close();
 
-  /// Removes and returns the problems since the last call, one sentence each.
+  /// Removes and returns the problems since the last call, one sentence each. Does not wait for a
+  /// commit.
   std::vector<std::string> TakeProblems();
 
  private:
@@ -96,6 +100,7 @@ class DetailsStore {
   /// Handles an error of the database: renames a damaged one, stops writing to another.
   void HandleLocked(const DatabaseError& error);
   void SetAsideLocked();
+  void AddProblem(std::string problem);
   std::chrono::steady_clock::time_point Now() const;
 
   std::mutex mutex_;
@@ -103,8 +108,10 @@ class DetailsStore {
   std::string path_;
   std::unique_ptr<Opened> opened_;  ///< null when there is no database
   bool can_write_ = false;
+  bool is_empty_ = true;
   bool has_transaction_ = false;
   std::chrono::steady_clock::time_point last_commit_;
+  std::mutex problems_mutex_;
   std::vector<std::string> problems_;
 };
 
