@@ -14,6 +14,7 @@
 #include "ui/frame/jukebox_area.h"
 #include "ui/jukebox/frm_main.h"
 #include "util/errors.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {
@@ -97,7 +98,7 @@ void JukeboxPlaces::Store() {
     const frmMain* const window = jukeboxes_.WindowOf(*jukebox);
     const QMdiSubWindow* const sub = SubwindowOf(*window);
     // A closed window is hidden until it is deleted, and a jukebox without a file cannot be opened.
-    if (sub->isHidden() || jukebox->FilePath().empty()) continue;
+    if (sub->isHidden() || !IsAbsolutePath(jukebox->FilePath())) continue;
     open.push_back(DescribeOpen(*jukebox));
     open.back().is_active = window == active;
     open.back().place = PlaceOf(*sub);
