@@ -14,8 +14,9 @@ Tallow::Tallow(std::string application_folder_)
       settings_path(SettingsPath(application_folder)),
       library(library_settings_),
       details(SystemFolder(application_folder) + std::string(kDetailsFileName)),
-      unsaved(SystemFolder(application_folder)) {
-  library.UseDrives(SystemVolumes, {});
+      unsaved(SystemFolder(application_folder)),
+      open_jukeboxes(SystemFolder(application_folder)) {
+  library.UseDrives(SystemVolumes, {}, SystemWalkLimits());
 }
 
 void Tallow::SaveSettings() {

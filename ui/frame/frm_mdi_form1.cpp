@@ -51,6 +51,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       style_bar_(new StyleBar(this)),
       messages_(*this, *statusBar(), std::move(show)),
       jukeboxes_(*area_),
+      places_(tallow, jukeboxes_, messages_),
       unsaved_(*this, tallow, jukeboxes_, messages_),
       busy_(*this, tallow, jukeboxes_, unsaved_),
       panel_(jukeboxes_),
@@ -130,7 +131,9 @@ QMenu* frmMDIForm1::createPopupMenu() {
   return nullptr;
 }
 
-void frmMDIForm1::SaveDatForm() { documents_.SaveDatForm(); }
+void frmMDIForm1::SaveDatForm() {
+  if (documents_.SaveDatForm()) places_.StoreLater();
+}
 
 void frmMDIForm1::UpdateTheMenuControlArray() {
   file_menu_->UpdateTheMenuControlArray(tallow_.settings);
@@ -140,6 +143,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   auto* const window = new frmMain(tallow_, messages_.Shower());
   window->setProperty(kHelpPage, QStringLiteral("jukebox"));
   jukeboxes_.Add(*window);
+  places_.Follow(*window);
   window->OnLongWork([this](std::string_view text) { return busy_.BeginWork(text); });
   window->OnSaveBeforeClosing([this, window] {
     // The window does not become active if it, or the frame, is minimized.
@@ -167,6 +171,7 @@ void frmMDIForm1::ShowJukeboxWindow(frmMain& window) {
   window.ShowJukebox();
   picture_.ReportProblem(window);
   jukeboxes_.Show(window);
+  places_.WindowShown();
 }
 
 void frmMDIForm1::NoticeScan(const std::vector<std::string>& lines) {
@@ -192,7 +197,7 @@ void frmMDIForm1::Run(FrameCommand command) {
       if (commands_.HasJukebox()) SaveDatForm();
       return;
     case FrameCommand::kSaveAs:
-      if (commands_.HasJukebox()) documents_.SaveAs();
+      if (commands_.HasJukebox() && documents_.SaveAs()) places_.StoreLater();
       return;
     case FrameCommand::kExit:
       close();
