@@ -60,12 +60,13 @@ void DroppedFiles::AddToLibrary(const std::vector<std::string>& paths, Outcome& 
 void DroppedFiles::FileNewSongs(Outcome& outcome) {
   const std::unique_ptr<LongWork> work = Begin(kFilingSongs);
   Jukebox* const own[] = {&jukebox_};
-  FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own, nullptr,
-                       [&](std::size_t filed, std::size_t songs) {
-                         outcome.is_filed = work == nullptr ||
-                                            work->GoOn([=] { return FilingLine(filed, songs); });
-                         return outcome.is_filed;
-                       });
+  FillAutomaticFolders(
+      kFillNewToo, true, {}, tallow_.library, own, nullptr,
+      [&](std::size_t filed, std::size_t songs) {
+        outcome.is_filed = work == nullptr || work->GoOn([=] { return FilingLine(filed, songs); });
+        return outcome.is_filed;
+      },
+      tallow_.details.TagReader());
 }
 
 void DroppedFiles::Report(const Outcome& outcome) {
