@@ -45,9 +45,10 @@ x86_64-w64-mingw32-gcc-posix -O2 -DUTF8PROC_STATIC -c "$utf8proc/utf8proc.c" -o 
 "$archiver" rcs "$work/out/lib/libutf8proc.a" "$work/utf8proc.o"
 cp "$utf8proc/utf8proc.h" "$work/out/include/"
 
+# Debian's TagLib uses the headers of a package of their own, which are the same on every system.
 log "$work/taglib.log" cmake -S "$(source_folder taglib)" -B "$work/taglib" -G Ninja \
   -DCMAKE_TOOLCHAIN_FILE="$here/mingw-toolchain.cmake" -DCMAKE_INSTALL_PREFIX="$work/out" \
-  -DCMAKE_BUILD_TYPE=Release -DBUILD_SHARED_LIBS=OFF -DWITH_ZLIB=OFF -DBUILD_TESTING=OFF \
+  -DCMAKE_BUILD_TYPE=Release -DCMAKE_CXX_FLAGS=-I/usr/include/utf8cpp -DBUILD_SHARED_LIBS=OFF -DWITH_ZLIB=OFF -DBUILD_TESTING=OFF \
   -DBUILD_EXAMPLES=OFF -DBUILD_BINDINGS=OFF
 log "$work/taglib.log" cmake --build "$work/taglib"
 log "$work/taglib.log" cmake --install "$work/taglib"
