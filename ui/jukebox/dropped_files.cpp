@@ -28,7 +28,10 @@ void DroppedFiles::Add(const std::vector<std::string>& paths, Folder& to) {
   } catch (const std::exception& error) {
     outcome.problems.push_back(std::string("The new songs could not be filed. ") + error.what());
   }
-  if (outcome.added.has_new_songs) explorer_.GoTo(place);
+  if (outcome.added.has_new_songs) {
+    explorer_.UpdateHiddenFolders();
+    explorer_.GoTo(place);
+  }
   // If filing was cancelled, songs are not added to "All Songs", because songs that are already
   // there are never filed.
   if (outcome.is_filed || !IsAllSongs(to)) explorer_.AddSongs(to, outcome.added.songs);

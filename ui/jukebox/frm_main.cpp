@@ -125,6 +125,7 @@ void frmMain::ShowJukebox() {
     explorer_->ExpandAll();
   else
     explorer_->ExpandMarked();
+  explorer_->UpdateHiddenFolders();
   if (jukebox_.selectednode() == nullptr && jukebox_.Nodes().Children() > 0)
     explorer_->Select(jukebox_.Nodes().ChildAt(0));
 }
