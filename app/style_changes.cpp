@@ -46,7 +46,11 @@ void StyleChanges::Follow(const Switches& before) {
   tallow_.library.UseSwitches(now);
   for (Jukebox* const jukebox : windows_.OpenJukeboxes()) jukebox->ListRefilled(tallow_.library);
   if (!done_) done_ = before;
-  if (StyleOf(now) != Style::kCustom) Act(false);
+  if (StyleOf(now) == Style::kCustom) return;
+  // What the caller has to show must not be hidden behind the result of a search.
+  const std::vector<std::string> problems = tallow_.TakeProblems();
+  Act(false);
+  for (const std::string& problem : problems) tallow_.AddProblem(problem);
 }
 
 void StyleChanges::Finish() {

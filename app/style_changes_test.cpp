@@ -139,6 +139,14 @@ TEST_F(StyleChangesTest, AWholeStyleActsAtOnceAndBack) {
   EXPECT_EQ(Listed(), classic);
 }
 
+TEST_F(StyleChangesTest, ProblemsAreLeftToTheCallerThatChangedTheStyle) {
+  ASSERT_TRUE(StartHere());
+  tallow->AddProblem("not saved");
+  tallow->preferences.SetStyle(Style::kModern);
+  EXPECT_EQ(noticed.front(), "2 new songs");
+  EXPECT_EQ(tallow->TakeProblems(), Texts{"not saved"});
+}
+
 TEST_F(StyleChangesTest, SingleSwitchesListAtOnceAndAskOnceAtTheEnd) {
   ASSERT_TRUE(StartHere());
   tallow->preferences.SetSwitches({.whole_artists = true});
