@@ -52,7 +52,7 @@ class RandomSwitches : public SystemTest, protected StyleWindows {
     system.emplace(*tallow, drives, *windows);
     ASSERT_TRUE(system->Main(runtime_file));
     tallow->preferences.OnChange([this](const Switches& before) { changes->Follow(before); });
-    changes.emplace(*tallow, *this);
+    changes.emplace(*tallow, static_cast<StyleWindows&>(*this));
   }
 
   /// Folders of the user at top level and inside automatic ones, in both jukeboxes.
@@ -107,6 +107,17 @@ class RandomSwitches : public SystemTest, protected StyleWindows {
       songs.push_back(std::to_string(song.Rank()) + " " + song.Path());
     }
     return songs;
+  }
+
+  /// Shows some folder of each jukebox, as a click on it does.
+  void ShowFoldersAtRandom() {
+    for (Jukebox* const jukebox : windows->open) {
+      FolderTree& tree = jukebox->Nodes();
+      Folder* folder = &tree.ChildAt(static_cast<std::int32_t>(random() % 8) % tree.Children());
+      while (folder->Children() > 0 && random() % 3 != 0)
+        folder = &folder->ChildAt(static_cast<std::int32_t>(random() % 50) % folder->Children());
+      jukebox->ShowFolder(*folder, tallow->library, tallow->folder_changes);
+    }
   }
 
   /// Switches a whole style or some single switches, as the preferences dialog does.
@@ -234,7 +245,9 @@ TEST_F(RandomSwitches, LoseNoEntryAndNoRank) {
   EXPECT_NE(Describe(true), classic);
   RecordSteps();
   for (int round = 0; round < 100; ++round) {
+    ShowFoldersAtRandom();
     SwitchAtRandom();
+    ShowFoldersAtRandom();
     ASSERT_EQ(Songs(), songs) << round;
     ExpectRowsAreNumbers(library);
     if (round % 10 != 9) continue;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/style_changes.h"
 
-#include <filesystem>
+#include <set>
 
 #include "app/search/file_search.h"
 #include "tests/id3v2_tag.h"
@@ -51,26 +51,31 @@ TEST(StyleWork, FilesAgainOnlyForSwitchesThatChangeFiling) {
 class StyleChangesTest : public SystemTest, protected StyleWindows, private NewSongsWindows {
  protected:
   StyleChangesTest() {
+    EXPECT_TRUE(Start());
+    // This song gets the last number, and is therefore filed in the folder of another artist.
+    MakeSong("a/stone.mp3", {.artist = "Queens of the Stone Age"});
+    // Only the modern style finds these.
     music.File("c/one.mp3", Audio(300) + Tag({.artist = "Zappa"}));
     music.File(
         "flac/new.aac",
         Id3v2Tag({{"TPE1", "Кино"}, {"TALB", "Звезда"}, {"TDRC", "2024-05-01"}}) + Audio(300));
-    MakeSong("a/stone.mp3", {.artist = "Queens of the Stone Age"});
   }
 
   bool StartHere() {
     if (!Start()) return false;
-    changes.emplace(*tallow, *this);
+    changes.emplace(*tallow, static_cast<StyleWindows&>(*this));
     tallow->preferences.OnChange([this](const Switches& before) { changes->Follow(before); });
     return true;
   }
   Jukebox& Box() { return *windows->open.at(0); }
-  /// The texts of the direct subfolders of a folder.
+  /// The texts of the direct subfolders of a folder, sorted.
   std::string Below(const char* text) {
-    std::string texts;
+    std::set<std::string> sorted;
     const Folder* const folder = Box().Nodes().Find(text);
     for (std::int32_t k = 0; folder != nullptr && k < folder->Children(); ++k)
-      texts += (k > 0 ? "|" : "") + folder->ChildAt(k).Text();
+      sorted.insert(folder->ChildAt(k).Text());
+    std::string texts;
+    for (const std::string& one : sorted) texts += (texts.empty() ? "" : "|") + one;
     return texts;
   }
   /// The names of the songs that are listed in "All Songs".
