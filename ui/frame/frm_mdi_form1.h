@@ -15,6 +15,7 @@
 #include "ui/frame/frame_commands.h"
 #include "ui/frame/frame_details.h"
 #include "ui/frame/frame_documents.h"
+#include "ui/frame/frame_filing.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_help.h"
 #include "ui/frame/frame_messages.h"
@@ -133,6 +134,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   FrameFindings findings_;
   FrameDetails details_;
   NewSongSearch search_;
+  FrameFiling filing_;
   ActiveJukeboxCommands commands_;
   LinkedUndo linked_undo_;
   WindowArrangement arrangement_;
