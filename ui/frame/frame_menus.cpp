@@ -77,8 +77,7 @@ constexpr MenuItem kWindowList[] = {
 
 constexpr MenuItem kTools[] = {
     {"mnuPreferences", "&Preferences...", "Ctrl+,", FrameCommand::kPreferences, nullptr},
-    {"mnuWhereMyMusicIs", "&Where My Music Is...", nullptr, FrameCommand::kWhereMyMusicIs, nullptr,
-     false},
+    {"mnuWhereMyMusicIs", "&Where My Music Is...", nullptr, FrameCommand::kWhereMyMusicIs, nullptr},
     {"mnuFileAgainByTags", "&File Again By Tags", nullptr, FrameCommand::kFileAgainByTags, nullptr,
      false},
 };

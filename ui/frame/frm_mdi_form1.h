@@ -100,8 +100,10 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   void RestoreOptions();
   void Run(FrameCommand command);
   void ShowPreferences();
+  void ShowMusicPlaces();
 
   Tallow& tallow_;
+  DriveSearches& searches_;
   QMdiArea* area_;
   FileMenu* file_menu_ = nullptr;
   QToolBar* toolbar_ = nullptr;

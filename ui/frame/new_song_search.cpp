@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include <QApplication>
+
 #include "app/search/drive_searches.h"
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
@@ -46,6 +48,9 @@ void NewSongSearch::FollowSongs(const std::vector<ReturnedSong>& songs) {
 SearchProgress& NewSongSearch::ShowSearching() {
   searching_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; });
   searching_->setProperty(kHelpPage, QStringLiteral("new-songs"));
+  // A dialog that has started the search would otherwise keep the user from cancelling it.
+  if (QApplication::activeModalWidget() != nullptr)
+    searching_->setWindowModality(Qt::ApplicationModal);
   searching_->Load();
   searching_->show();
   searching_->Redraw();

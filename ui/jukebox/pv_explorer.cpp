@@ -114,6 +114,8 @@ int PVExplorer::SelectSong(const Folder& folder, int row) {
 
 void PVExplorer::EditText(const Folder& folder) { tree_->EditText(folder); }
 
+QAbstractScrollArea& PVExplorer::List() const { return *list_; }
+
 void PVExplorer::ExpandAll() { expansion_->ExpandAll(); }
 
 void PVExplorer::ExpandMarked() { expansion_->ExpandMarked(); }
