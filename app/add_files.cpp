@@ -40,8 +40,8 @@ std::unordered_map<std::string, std::int32_t> RowsByKey(const clsMain& library) 
 /// Collects the files for the given paths; never queries an unresponsive disk twice.
 class FileCollector {
  public:
-  FileCollector(clsMain& library, AddedFiles& added, const GoOn& go_on)
-      : library_(library), added_(added), go_on_(go_on) {}
+  FileCollector(clsMain& library, AddedFiles& added, const GoOn& go_on, const ExpandFolder& expand)
+      : library_(library), added_(added), go_on_(go_on), expand_(expand) {}
 
   /// \returns the files; after a cancel, those found before it
   std::vector<std::string> Of(std::span<const std::string> paths) {
@@ -78,7 +78,7 @@ class FileCollector {
     if (library_.Unanswered()->Covers(path))
       leave_out(" is on a drive that does not answer and was skipped.");
     else if (FolderExists(path))
-      AddFolder(path);
+      AddFolders(path);
     else if (!IsSongName(NameOfPath(path), library_.Switches()))
       leave_out(library_.Switches().more_formats ? " is not a music file and was skipped."
                                                  : " is not an MP3 file and was skipped.");
@@ -90,6 +90,19 @@ class FileCollector {
       leave_out(" cannot be found and was skipped.");
     else
       files_.push_back(path);
+  }
+
+  void AddFolders(const std::string& path) {
+    if (!expand_) return AddFolder(path);
+    const GoOn go_on = [this](std::string_view folder) {
+      return ShouldContinue(std::string(folder));
+    };
+    const std::vector<std::string> folders = expand_(path, go_on, added_.problems);
+    if (is_cancelled_) return;
+    // A folder that stays as it is keeps the spelling in which it was dropped.
+    if (folders.size() == 1 && folders.front() == EnsureTrailingBackslash(path))
+      return AddFolder(path);
+    for (const std::string& folder : folders) AddFolder(folder);
   }
 
   void AddFolder(const std::string& path) {
@@ -111,6 +124,7 @@ class FileCollector {
   clsMain& library_;
   AddedFiles& added_;
   const GoOn& go_on_;
+  const ExpandFolder& expand_;
   std::vector<std::string> files_;
   std::string answered_;  ///< the last folder whose disk has responded
   std::size_t left_ = 0;
@@ -188,10 +202,11 @@ class FileAdder {
 
 }  // namespace
 
-AddedFiles AddFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on) {
+AddedFiles AddFiles(std::span<const std::string> paths, clsMain& library, const GoOn& go_on,
+                    const ExpandFolder& expand) {
   AddedFiles added;
   library.BeginScan(ScanKind::kFiles);
-  FileCollector collector(library, added, go_on);
+  FileCollector collector(library, added, go_on, expand);
   const std::vector<std::string> files = collector.Of(paths);
   FileAdder adder(library, added, collector);
   std::size_t left = collector.left() + files.size();

@@ -81,6 +81,10 @@ class Tallow {
   std::vector<std::int32_t> SongsToPlay;
   /// How many times a folder was shown, in any jukebox.
   std::int64_t folder_changes = 0;
+  /// Drives were given on the command line, and are the only places that are searched.
+  bool has_given_drives = false;
+  /// Root of the place that a search for songs walks now; empty for none.
+  std::string place_being_searched;
   /// Set at the end of start-up: the file that the help key opens.
   std::string help_file;
 

@@ -21,6 +21,11 @@ class RecordedSearches : public DriveSearches {
     return true;
   }
 
+  std::shared_ptr<const DriveList> DrivesNow() const override {
+    return std::make_shared<TestDrives>(drives_now);
+  }
+
+  TestDrives drives_now{{}};
   std::function<bool(SearchProgress&)> for_songs;
   std::function<void()> for_player;
 

@@ -39,6 +39,9 @@ class DriveList {
   /// it.
   virtual bool IsMountPoint(const std::string& folder) const = 0;
 
+  /// Whether a drive is the image of a program, in the form in which some systems distribute them.
+  virtual bool HoldsProgram(const std::string& /*root*/) const { return false; }
+
   /// Whether the target of a linked folder may be walked: anything but the kernel's pseudo file
   /// systems. A link shows that the user wants its target searched, so the kind of the target's
   /// drive does not matter.

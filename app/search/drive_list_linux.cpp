@@ -78,10 +78,13 @@ class MountedDrives : public DriveList {
   }
 
   int ListedTypeOf(const std::string& root) const override {
-    const auto drive = std::find_if(drives_.begin(), drives_.end(), [&](const Mount& mount) {
-      return EnsureTrailingBackslash(mount.point) == root;
-    });
-    return drive == drives_.end() ? kUnknownDrive : TypeOfMount(*drive, DeviceOf(*drive, sources_));
+    const Mount* const drive = DriveAt(root);
+    return drive == nullptr ? kUnknownDrive : TypeOfMount(*drive, DeviceOf(*drive, sources_));
+  }
+
+  bool HoldsProgram(const std::string& root) const override {
+    const Mount* const drive = DriveAt(root);
+    return drive != nullptr && IsProgramImage(drive->type);
   }
 
   bool IsMountPoint(const std::string& folder) const override { return points_.contains(folder); }
@@ -97,6 +100,14 @@ class MountedDrives : public DriveList {
   }
 
  private:
+  /// The drive with this root; null for none.
+  const Mount* DriveAt(const std::string& root) const {
+    const auto drive = std::find_if(drives_.begin(), drives_.end(), [&](const Mount& mount) {
+      return EnsureTrailingBackslash(mount.point) == root;
+    });
+    return drive == drives_.end() ? nullptr : &*drive;
+  }
+
   const MountSources sources_;
   std::vector<Mount> table_;
   std::vector<Mount> drives_;

@@ -3,6 +3,7 @@
 
 #include <utility>
 
+#include "app/search/drive_list.h"
 #include "app/search/file_search.h"
 #include "app/search/winamp_search.h"
 #include "app/tallow.h"
@@ -14,6 +15,12 @@ DriveSearches::DriveSearches(Tallow& tallow, const DriveList& drives,
     : tallow_(tallow), drives_(drives), nearby_(std::move(nearby)) {}
 
 DriveSearches::~DriveSearches() = default;
+
+std::shared_ptr<const DriveList> DriveSearches::DrivesNow() const {
+  // Given drives belong to the owner of this object's drives.
+  if (tallow_.has_given_drives) return {std::shared_ptr<void>(), &drives_};
+  return SystemDrives();
+}
 
 bool DriveSearches::SearchForSongs(SearchProgress& progress) {
   return FileSearch(tallow_, drives_, &progress).SearchDrivesForMp3s(true, {});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 
 #include "app/search/player_search.h"
@@ -24,7 +25,11 @@ class DriveSearches {
   DriveSearches& operator=(const DriveSearches&) = delete;
   virtual ~DriveSearches();
 
-  /// Searches all fixed disks for songs, see FileSearch::SearchDrivesForMp3s.
+  /// The drives that are there now, or those that were given.
+  virtual std::shared_ptr<const DriveList> DrivesNow() const;
+
+  /// Searches the places that are ticked for songs, by default all fixed disks, see
+  /// FileSearch::SearchDrivesForMp3s.
   /// \returns false when the search was cancelled
   virtual bool SearchForSongs(SearchProgress& progress);
 

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "app/search/folder_reader.h"
+#include "app/search/music_places.h"
 #include "library/excluded_folders.h"
 #include "library/folder_scan.h"
 #include "library/song_formats.h"
@@ -14,6 +15,9 @@
 
 namespace tallow {
 namespace {
+
+/// Error message for a place that the user has chosen and that is not there.
+constexpr std::string_view kIsAway = "It is away: its drive is not connected, or it was removed";
 
 /// The target of a link to a folder.
 struct LinkTarget {
@@ -25,7 +29,10 @@ struct LinkTarget {
 
 FileSearch::FileSearch(Tallow& tallow, const DriveList& drives, SearchProgress* progress,
                        const QuestionLimits& limits)
-    : tallow_(tallow), drives_(drives), questions_(tallow, progress, limits) {}
+    : tallow_(tallow),
+      drives_(drives),
+      questions_(tallow, progress, limits),
+      choice_(tallow.preferences) {}
 
 FileSearch::~FileSearch() = default;
 
@@ -55,15 +62,35 @@ bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
     if (questions_.PauseAndTestForCancel()) return false;
     ReportPlace(root);
     // Checks the kind of the drive here, because the drive may not respond.
-    if (!IsSearchedAndAnswers(root)) {
-      if (questions_.WasStopped()) return questions_.EndStopped();
-      continue;
-    }
-    request.Folder = root;
-    WalkFolderTree(request);
+    if (IsSearchedAndAnswers(root)) WalkPlace(request, root);
     if (questions_.WasStopped()) return questions_.EndStopped();
   }
-  return WalkLinkedFolders(request);
+  return WalkChosenPlaces(request) && WalkLinkedFolders(request);
+}
+
+bool FileSearch::WalkChosenPlaces(FileSearchRequest& request) {
+  if (tallow_.has_given_drives) return true;
+  for (const MusicPlace& place : MusicPlaces(drives_, &choice_)) {
+    const bool is_drive = place.kind == PlaceKind::kAway;
+    if (!place.is_ticked || !(is_drive || place.kind == PlaceKind::kFolder)) continue;
+    if (questions_.PauseAndTestForCancel()) return false;
+    ReportPlace(place.root);
+    if (IsChosenAndThere(place.root, is_drive)) WalkPlace(request, place.root);
+    if (questions_.WasStopped()) return questions_.EndStopped();
+  }
+  return true;
+}
+
+void FileSearch::WalkPlace(FileSearchRequest& request, const std::string& root) {
+  struct ShownPlace {
+    std::string& shown;
+    ~ShownPlace() { shown.clear(); }
+  };
+  tallow_.place_being_searched = root;
+  const ShownPlace place{tallow_.place_being_searched};
+  request.Folder = root;
+  WalkFolderTree(request);
+  if (!questions_.WasStopped()) choice_.MarkRead(root);
 }
 
 bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
@@ -83,7 +110,7 @@ bool FileSearch::WalkLinkedFolders(FileSearchRequest& request) {
     // The target may be a whole disk, so its search is announced and can be cancelled like a
     // disk's.
     const std::string folder = EnsureTrailingBackslash(target->path);
-    if (LiesInSkippedFolder(folder)) continue;
+    if (LiesInSkippedFolder(folder) || IsOnUntickedDrive(folder)) continue;
     if (questions_.PauseAndTestForCancel()) return false;
     ReportPlace(folder);
     request.Folder = folder;
@@ -97,7 +124,37 @@ void FileSearch::RememberUnresponsive(const std::string& place) {
   tallow_.library.RememberUnread(EnsureTrailingBackslash(place), true, std::string(kDoesNotAnswer));
 }
 
+bool FileSearch::IsOnUntickedDrive(const std::string& folder) const {
+  return !tallow_.has_given_drives && !choice_.IsDefault() &&
+         choice_.IsUnticked(DriveOfPath(drives_, folder));
+}
+
+bool FileSearch::IsTickedAndThere(const std::string& root) {
+  const auto is_there = questions_.Ask<bool>([root] { return FolderExists(root); }, root);
+  if (questions_.WasStopped()) return false;
+  tallow_.library.ForgetUnread(root);
+  if (!is_there) RememberUnresponsive(root);
+  if (is_there == false) tallow_.library.RememberUnread(root, true, kIsAway);
+  return is_there == true;
+}
+
+bool FileSearch::IsChosenAndThere(const std::string& root, bool is_drive) {
+  const auto state = questions_.Ask<FolderState>([root] { return StateOfFolder(root); }, root);
+  if (questions_.WasStopped()) return false;
+  tallow_.library.ForgetUnread(root);
+  if (!state) RememberUnresponsive(root);
+  if (!state) return false;
+  // The mount point of a drive that is not mounted is an empty folder. An automounter has mounted
+  // the drive now.
+  const bool is_there =
+      is_drive ? *state == FolderState::kHasEntries : *state != FolderState::kNotThere;
+  if (!is_there) tallow_.library.RememberUnread(root, true, kIsAway);
+  return is_there;
+}
+
 bool FileSearch::IsSearchedAndAnswers(const std::string& root) {
+  if (!tallow_.has_given_drives && choice_.IsUnticked(root)) return false;
+  if (!tallow_.has_given_drives && choice_.IsTicked(root, false)) return IsTickedAndThere(root);
   const std::optional<bool> is_searched = questions_.IsSearched(drives_, root);
   if (!is_searched && !questions_.WasStopped()) RememberUnresponsive(root);
   return is_searched.value_or(false);

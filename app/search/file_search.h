@@ -10,6 +10,7 @@
 
 #include "app/search/drive_list.h"
 #include "app/search/drive_questions.h"
+#include "app/search/music_choice.h"
 #include "app/tallow.h"
 #include "util/file_system.h"
 
@@ -42,7 +43,8 @@ class FileSearch {
   /// The song search.
   ///
   /// \param all_drives true: walk every fixed disk, then the folders that were only found as links.
-  ///                   False: search the folder without its subfolders
+  ///                   Unless drives were given, the user may have chosen other places, see
+  ///                   MusicChoice. False: search the folder without its subfolders
   /// \param folder     ignored when all drives are searched
   /// \returns false when the search was cancelled
   bool SearchDrivesForMp3s(bool all_drives, std::string_view folder);
@@ -80,6 +82,17 @@ class FileSearch {
   std::string SongPatternNow() const;
   void ReportPlace(const std::string& place);
   bool IsSearchedAndAnswers(const std::string& root);
+  /// Whether a drive that the user has ticked is there; records one that is not.
+  bool IsTickedAndThere(const std::string& root);
+  /// Whether a place that is not in the list of drives, and that the user has chosen, is there;
+  /// records one that is not.
+  bool IsChosenAndThere(const std::string& root, bool is_drive);
+  /// Walks the places that the user has chosen and that are not in the list of drives.
+  /// \returns false when the search was cancelled
+  bool WalkChosenPlaces(FileSearchRequest& request);
+  void WalkPlace(FileSearchRequest& request, const std::string& root);
+  /// Whether a folder lies on a drive that the user has unticked.
+  bool IsOnUntickedDrive(const std::string& folder) const;
   /// Records a drive or link that was given up, so that the next start tries it again.
   void RememberUnresponsive(const std::string& place);
   std::int64_t AddListedFiles(FileSearchRequest& request, const std::string& folder,
@@ -94,6 +107,7 @@ class FileSearch {
   Tallow& tallow_;
   const DriveList& drives_;
   DriveQuestions questions_;
+  MusicChoice choice_;
   std::unordered_set<FolderIdentity, HashIdentity> visited_;
   std::vector<std::string> linked_;  ///< folders found as links, in the order found
 };

@@ -85,9 +85,9 @@ constexpr std::array<std::string_view, 10> kLocal = {
     "btrfs",      "zfs",        "bcachefs",      "ecryptfs",    "fuse.gocryptfs",
     "fuse.encfs", "fuse.cryfs", "fuse.mergerfs", "fuse.bindfs", "fuse.ntfs-3g"};
 
-/// Disc images, and the compressed images that programs are distributed in: read-only.
-constexpr std::array<std::string_view, 5> kReadOnlyMedia = {"iso9660", "udf", "squashfs", "erofs",
-                                                            "cramfs"};
+constexpr std::array<std::string_view, 2> kDiscs = {"iso9660", "udf"};
+
+constexpr std::array<std::string_view, 3> kProgramImages = {"squashfs", "erofs", "cramfs"};
 
 }  // namespace
 
@@ -111,10 +111,12 @@ std::vector<Mount> ParseMountTable(std::string_view text) {
 
 bool IsPseudoFileSystem(std::string_view type) noexcept { return IsOneOf(type, kPseudo); }
 
+bool IsProgramImage(std::string_view type) noexcept { return IsOneOf(type, kProgramImages); }
+
 int TypeOfMount(const Mount& mount, const BlockDevice& device) noexcept {
   if (mount.point == "/") return kFixedDrive;
   if (IsOneOf(mount.type, kRemote)) return kRemoteDrive;
-  if (IsOneOf(mount.type, kReadOnlyMedia)) return kCdRom;
+  if (IsOneOf(mount.type, kDiscs) || IsProgramImage(mount.type)) return kCdRom;
   if (mount.type == "tmpfs" || mount.type == "ramfs") return kRamDisk;
   if (device.removable) return kRemovableDrive;
   if (device.exists || IsOneOf(mount.type, kLocal)) return kFixedDrive;

@@ -26,6 +26,9 @@ std::vector<Mount> ParseMountTable(std::string_view text);
 /// Whether a file system of this type shows the state of the kernel instead of stored files.
 bool IsPseudoFileSystem(std::string_view type) noexcept;
 
+/// Whether a file system of this type is a compressed image that programs are distributed in.
+bool IsProgramImage(std::string_view type) noexcept;
+
 /// Properties of a block device.
 struct BlockDevice {
   bool exists = false;     ///< the source of a mount is a block device

@@ -18,6 +18,19 @@ QStringList NameFilters(std::string_view filter) {
   return texts;
 }
 
+/// Sets the help page of a file dialog: that of the dialog that opens it.
+void SetHelpPage(QFileDialog& dialog, const QWidget* parent) {
+  const QString page = parent != nullptr ? parent->property(kHelpPage).toString() : QString();
+  dialog.setProperty(
+      kHelpPage, qobject_cast<const QDialog*>(parent) != nullptr ? page : QStringLiteral("files"));
+}
+
+/// Shows a file dialog. \returns the chosen path; no value when the user cancels
+std::optional<std::string> PathChosenIn(QFileDialog& dialog) {
+  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
+  return PathOfQt(dialog.selectedFiles().front());
+}
+
 }  // namespace
 
 std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder,
@@ -26,17 +39,24 @@ std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder
   QFileDialog dialog(parent);
   dialog.setObjectName(QStringLiteral("CommonDialog1"));
   dialog.setWindowTitle(opens ? QFileDialog::tr("Open") : QFileDialog::tr("Save As"));
-  // A file dialog opened by another dialog uses the help page of that dialog.
-  const QString page = parent != nullptr ? parent->property(kHelpPage).toString() : QString();
-  dialog.setProperty(kHelpPage,
-                     qobject_cast<QDialog*>(parent) != nullptr ? page : QStringLiteral("files"));
+  SetHelpPage(dialog, parent);
   dialog.setAcceptMode(opens ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave);
   dialog.setFileMode(opens ? QFileDialog::ExistingFile : QFileDialog::AnyFile);
   dialog.setOption(QFileDialog::DontConfirmOverwrite);
   dialog.setDirectory(QtPath(folder));
   dialog.setNameFilters(NameFilters(filter));
-  if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return std::nullopt;
-  return PathOfQt(dialog.selectedFiles().front());
+  return PathChosenIn(dialog);
+}
+
+std::optional<std::string> AskForFolder(QWidget* parent, const std::string& folder) {
+  QFileDialog dialog(parent);
+  dialog.setObjectName(QStringLiteral("CommonDialog1"));
+  dialog.setWindowTitle(QFileDialog::tr("Add Folder"));
+  SetHelpPage(dialog, parent);
+  dialog.setFileMode(QFileDialog::Directory);
+  dialog.setOption(QFileDialog::ShowDirsOnly);
+  dialog.setDirectory(QtPath(folder));
+  return PathChosenIn(dialog);
 }
 
 }  // namespace tallow

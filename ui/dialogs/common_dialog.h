@@ -21,4 +21,9 @@ enum class FileDialogPurpose { kOpen, kSave };
 std::optional<std::string> AskForFile(QWidget* parent, const std::string& folder,
                                       std::string_view filter, FileDialogPurpose purpose);
 
+/// Shows the modal dialog that asks for a folder, named "CommonDialog1".
+///
+/// \returns the chosen folder; no value when the user cancels
+std::optional<std::string> AskForFolder(QWidget* parent, const std::string& folder);
+
 }  // namespace tallow

@@ -24,7 +24,6 @@ struct MenuItem {
   const char* key;      ///< null for none
   FrameCommand command;
   const char* picture;       ///< null for none
-  bool has_function = true;  ///< an item without a function is not shown
 };
 
 constexpr MenuItem kSeparator{nullptr, nullptr, nullptr, FrameCommand::kExit, nullptr};
@@ -77,8 +76,7 @@ constexpr MenuItem kWindowList[] = {
 
 constexpr MenuItem kTools[] = {
     {"mnuPreferences", "&Preferences...", "Ctrl+,", FrameCommand::kPreferences, nullptr},
-    {"mnuWhereMyMusicIs", "&Where My Music Is...", nullptr, FrameCommand::kWhereMyMusicIs, nullptr,
-     false},
+    {"mnuWhereMyMusicIs", "&Where My Music Is...", nullptr, FrameCommand::kWhereMyMusicIs, nullptr},
     {"mnuFileAgainByTags", "&File Again By Tags", nullptr, FrameCommand::kFileAgainByTags, nullptr},
 };
 
@@ -95,7 +93,6 @@ QMenu* AddMenu(QMenuBar& bar, const char* name, const char* caption,
   QMenu* const menu = bar.addMenu(Tr(caption));
   menu->setObjectName(QLatin1String(name));
   for (const MenuItem& item : items) {
-    if (!item.has_function) continue;
     if (item.name == nullptr) {
       menu->addSeparator();
       continue;

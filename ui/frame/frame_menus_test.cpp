@@ -77,6 +77,7 @@ TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
             (QStringList{"mnuCascade|&Cascade|Shift+F4", "mnuTile|&Tile|Shift+F5",
                          "mnuArrageIcons|&Arrange Icons|"}));
   EXPECT_EQ(ItemsOf("mnuTools"), (QStringList{"mnuPreferences|&Preferences...|Ctrl+,",
+                                              "mnuWhereMyMusicIs|&Where My Music Is...|",
                                               "mnuFileAgainByTags|&File Again By Tags|"}));
   EXPECT_EQ(ItemsOf("mnuHelp"),
             (QStringList{"mnuHelpp|&Help|", "mnuTip|&Tip|", "mnuAbout|&About|"}));

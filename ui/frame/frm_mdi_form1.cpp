@@ -20,8 +20,10 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "app/search/drive_searches.h"
 #include "app/tallow.h"
 #include "player/player_messages.h"
+#include "ui/dialogs/frm_music_places.h"
 #include "ui/dialogs/frm_preferences.h"
 #include "ui/frame/file_menu.h"
 #include "ui/frame/frame_menus.h"
@@ -47,6 +49,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
                          ShowMessage show, QWidget* parent)
     : QMainWindow(parent),
       tallow_(tallow),
+      searches_(searches),
       area_(new QMdiArea(this)),
       style_bar_(new StyleBar(this)),
       messages_(*this, *statusBar(), std::move(show)),
@@ -167,6 +170,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
           });
   connect(window, &frmMain::SongsReturned, this,
           [this](const std::vector<ReturnedSong>& songs) { search_.FollowSongs(songs); });
+  connect(window, &frmMain::WhereMyMusicIs, this, [this] { ShowMusicPlaces(); });
   connect(window, &frmMain::ChangeBackgroundPicture, this, [this] { picture_.Change(); });
   connect(window, &frmMain::PlaySongs, this,
           [this](std::vector<std::int32_t> songs) { player_.Play(std::move(songs)); });
@@ -258,7 +262,7 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kPreferences:
       return ShowPreferences();
     case FrameCommand::kWhereMyMusicIs:
-      return;
+      return ShowMusicPlaces();
     case FrameCommand::kFileAgainByTags:
       return filing_.FileAgain();
     case FrameCommand::kHelp:
@@ -275,6 +279,17 @@ void frmMDIForm1::ShowPreferences() {
   dialog.exec();
   filing_.Finish();
   details_.Changed();
+}
+
+void frmMDIForm1::ShowMusicPlaces() {
+  frmMusicPlaces dialog({.tallow = tallow_,
+                         .read_drives = [this] { return searches_.DrivesNow(); },
+                         .search = [this] { search_.BringIn(NewSongsPlace::kWholeComputer); },
+                         .changed = [this] { Notice(tallow_.TakeProblems()); }},
+                        this);
+  dialog.exec();
+  // The empty lists name the places that are searched.
+  for (Jukebox* const jukebox : OpenJukeboxes()) jukeboxes_.WindowOf(*jukebox)->ShowEmptyLibrary();
 }
 
 void frmMDIForm1::changeEvent(QEvent* event) {

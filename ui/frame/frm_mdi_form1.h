@@ -113,8 +113,10 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   void RestoreOptions();
   void Run(FrameCommand command);
   void ShowPreferences();
+  void ShowMusicPlaces();
 
   Tallow& tallow_;
+  DriveSearches& searches_;
   QMdiArea* area_;
   StyleBar* style_bar_;
   FileMenu* file_menu_ = nullptr;

@@ -3,6 +3,7 @@
 
 #include <exception>
 
+#include "app/dropped_folders.h"
 #include "app/tallow.h"
 #include "jukebox/returned_songs.h"
 #include "jukebox/sorting.h"
@@ -50,9 +51,15 @@ std::unique_ptr<LongWork> DroppedFiles::Begin(std::string_view text) const {
 void DroppedFiles::AddToLibrary(const std::vector<std::string>& paths, Outcome& outcome) {
   AddedFiles& added = outcome.added;
   std::unique_ptr<LongWork> work = Begin(kAddingFiles);
-  added = AddFiles(paths, tallow_.library, [&work](std::string_view path) {
+  const auto go_on = [&work](std::string_view path) {
     return work == nullptr || work->GoOn([&] { return std::string(path); });
-  });
+  };
+  added = AddFiles(
+      paths, tallow_.library, go_on,
+      [&](const std::string& folder, const GoOn& go_on_below, std::vector<std::string>& problems) {
+        return FoldersWithSongs(folder, tallow_.library.Switches(), EnterAllVolumes(), go_on_below,
+                                problems);
+      });
   work.reset();
   outcome.problems = added.problems;
   Jukebox* const own[] = {&jukebox_};

@@ -21,7 +21,8 @@ class PVExplorer;
 class Tallow;
 
 /// Adds files that were dropped on a folder from another program: to the library, filed by their
-/// tags to the automatic folders, and to the folder itself.
+/// tags to the automatic folders, and to the folder itself. A dropped folder brings in the songs at
+/// any depth.
 class DroppedFiles : public QObject {
   Q_OBJECT
 

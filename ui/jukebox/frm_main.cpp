@@ -13,9 +13,11 @@
 
 #include "app/file_again_command.h"
 #include "app/play_commands.h"
+#include "app/search/music_places.h"
 #include "app/tallow.h"
 #include "jukebox/initial_jukebox.h"
 #include "ui/jukebox/dropped_files.h"
+#include "ui/jukebox/empty_library_notice.h"
 #include "ui/jukebox/jukebox_commands.h"
 #include "ui/jukebox/picture_address.h"
 #include "ui/jukebox/pv_explorer.h"
@@ -40,6 +42,7 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
       show_(show ? std::move(show)
                  : [this](const Message& message) { return ShowMessageBox(message, window()); }),
       explorer_(new PVExplorer(jukebox_, tallow.library, tallow.clipboard, this)),
+      empty_library_(new EmptyLibraryNotice(explorer_->List())),
       commands_(std::make_unique<JukeboxCommands>(tallow, jukebox_, *explorer_, show_)),
       dropped_files_(std::make_unique<DroppedFiles>(tallow, jukebox_, *explorer_)),
       list_menu_(MakeListMenu(
@@ -58,7 +61,14 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
   connect(dropped_files_.get(), &DroppedFiles::Problem, this, &frmMain::Problem);
   connect(dropped_files_.get(), &DroppedFiles::SongsReturned, this, &frmMain::SongsReturned);
   explorer_->restoreState(QSettings().value(kSplitterOption).toByteArray());
+  connect(explorer_, &PVExplorer::ListRefilled, this, &frmMain::ShowEmptyLibrary);
+  connect(empty_library_, &EmptyLibraryNotice::WhereMyMusicIs, this, &frmMain::WhereMyMusicIs);
   ShowPicture();
+  ShowEmptyLibrary();
+}
+
+void frmMain::ShowEmptyLibrary() {
+  empty_library_->ShowText(DisplayText(EmptyLibraryText(tallow_)));
 }
 
 void frmMain::ShowPicture() {

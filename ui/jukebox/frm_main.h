@@ -20,6 +20,7 @@ class QMenu;
 namespace tallow {
 
 class DroppedFiles;
+class EmptyLibraryNotice;
 class JukeboxCommands;
 class PVExplorer;
 class Tallow;
@@ -53,6 +54,10 @@ class frmMain : public QWidget {
   /// Expands and collapses the tree's folders as marked in the jukebox and, if no folder is on show
   /// yet, shows the first folder.
   void ShowJukebox();
+
+  /// Shows in the empty list that the library has no songs, or stops showing it. Call when the
+  /// library or the searched places have changed; a refilled list calls it itself.
+  void ShowEmptyLibrary();
 
   /// Returns the folder that a pane's keys, and the frame's commands for that pane, act on; null if
   /// there is none, and null for the root in the tree.
@@ -100,6 +105,8 @@ class frmMain : public QWidget {
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
   /// The user wants to open the dialog for the background picture.
   void ChangeBackgroundPicture();
+  /// The user wants to choose where songs are searched, because there are none.
+  void WhereMyMusicIs();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
@@ -118,6 +125,7 @@ class frmMain : public QWidget {
   ShowMessage show_;
   tallow::Jukebox jukebox_;
   PVExplorer* explorer_;
+  EmptyLibraryNotice* empty_library_;  ///< a child of the list
   std::unique_ptr<JukeboxCommands> commands_;
   std::unique_ptr<DroppedFiles> dropped_files_;
   QMenu* list_menu_;

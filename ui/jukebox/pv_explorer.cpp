@@ -118,6 +118,8 @@ void PVExplorer::EditText(const Folder& folder) { tree_->EditText(folder); }
 
 void PVExplorer::UpdateHiddenFolders() { hidden_->Update(); }
 
+QAbstractScrollArea& PVExplorer::List() const { return *list_; }
+
 void PVExplorer::ExpandAll() { expansion_->ExpandAll(); }
 
 void PVExplorer::ExpandMarked() { expansion_->ExpandMarked(); }

@@ -13,6 +13,8 @@
 #include "ui/jukebox/explorer/shown_songs.h"
 #include "ui/jukebox/pop_up_menus.h"
 
+class QAbstractScrollArea;
+
 namespace tallow {
 
 class ExplorerDrag;
@@ -88,6 +90,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// The folder that keys and menus act on while the tree has the focus: the folder on show; null
   /// after a click in the empty area of the tree, as for the pop-up menu there.
   Folder* FolderForCommands() const noexcept;
+
+  /// The pane of the songs, for widgets over it.
+  QAbstractScrollArea& List() const;
 
   /// See SongListView::SetBackgroundImage.
   std::string SetBackgroundImage(const QString& address, bool tiled);
