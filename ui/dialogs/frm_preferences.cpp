@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/dialogs/frm_preferences.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QGridLayout>
 #include <QLabel>
@@ -11,6 +12,7 @@
 #include <QScrollBar>
 #include <QStackedWidget>
 
+#include "ui/dialogs/command_page.h"
 #include "ui/dialogs/style_page.h"
 #include "ui/support/help_page.h"
 
@@ -22,13 +24,35 @@ namespace {
 constexpr int kPageCharacters = 80;
 constexpr int kPageLines = 30;
 
+QString Tr(const char* text) { return QCoreApplication::translate("frmPreferences", text); }
+
+QWidget* MakeMusicPage(const PreferencesContext& context, QDialog& /*dialog*/) {
+  return new CommandPage(Tr("Tallow searches the fixed disks of this computer for songs, or the "
+                            "drives and folders that "
+                            "you choose."),
+                         "cmdWhere", Tr("&Where My Music Is..."), context.show_places, nullptr);
+}
+
+QWidget* MakeFilingPage(const PreferencesContext& context, QDialog& dialog) {
+  // The progress of filing is shown in the frame window, which is disabled while a dialog is open.
+  const auto command = [&dialog, file_again = context.file_again] {
+    dialog.accept();
+    file_again();
+  };
+  return new CommandPage(
+      Tr("Songs stay in the automatic folders in which they were filed. When tags were changed by "
+         "another program, file the songs again: those that are selected, those of the selected "
+         "folder, or all."),
+      "cmdFileAgain", Tr("File A&gain By Tags"), command, nullptr);
+}
+
 constexpr PreferencesPage kPages[] = {
     {"pageStyle", QT_TRANSLATE_NOOP("frmPreferences", "Style"), "styles",
-     [](const PreferencesContext& context, QWidget* parent) -> QWidget* {
-       return new StylePage(context, parent);
+     [](const PreferencesContext& context, QDialog& /*dialog*/) -> QWidget* {
+       return new StylePage(context);
      }},
-    {"pageMusic", QT_TRANSLATE_NOOP("frmPreferences", "Music"), "styles", nullptr},
-    {"pageFiling", QT_TRANSLATE_NOOP("frmPreferences", "Filing"), "styles", nullptr},
+    {"pageMusic", QT_TRANSLATE_NOOP("frmPreferences", "Music"), "music-places", MakeMusicPage},
+    {"pageFiling", QT_TRANSLATE_NOOP("frmPreferences", "Filing"), "styles", MakeFilingPage},
 };
 
 /// A page that can be scrolled up and down. It scrolls to the control that gets the focus by any
@@ -64,8 +88,7 @@ frmPreferences::frmPreferences(const PreferencesContext& context, QWidget* paren
   list_->setAccessibleDescription(tr("Chooses the page of preferences that is shown"));
   auto* const label = new QLabel(tr("&Pages:"), this);
   label->setBuddy(list_);
-  for (const PreferencesPage& page : kPages)
-    if (page.make != nullptr) AddPage(page, context);
+  for (const PreferencesPage& page : kPages) AddPage(page, context);
   // Made after the pages, so that Tab reaches it after them.
   auto* const close = new QPushButton(tr("&Close"), this);
   close->setObjectName(QStringLiteral("cmdClose"));
@@ -90,7 +113,7 @@ frmPreferences::frmPreferences(const PreferencesContext& context, QWidget* paren
 }
 
 void frmPreferences::AddPage(const PreferencesPage& page, const PreferencesContext& context) {
-  QWidget* const made = page.make(context, nullptr);
+  QWidget* const made = page.make(context, *this);
   made->setObjectName(QLatin1String(page.name));
   auto* const area = new PageArea(made, pages_);
   area->setProperty(kHelpPage, QLatin1String(page.help));

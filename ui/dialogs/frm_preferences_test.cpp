@@ -32,7 +32,10 @@ class FrmPreferences : public FrameTest {
 
   frmPreferences& Open() {
     dialog = std::make_unique<frmPreferences>(
-        PreferencesContext{.tallow = tallow, .changed = [this] { ++changes; }});
+        PreferencesContext{.tallow = tallow,
+                           .changed = [this] { ++changes; },
+                           .show_places = [this] { calls.emplace_back("places"); },
+                           .file_again = [this] { calls.emplace_back("file again"); }});
     dialog->show();
     EXPECT_TRUE(QTest::qWaitForWindowActive(dialog.get()));
     return *dialog;
@@ -70,6 +73,7 @@ class FrmPreferences : public FrameTest {
 
   const std::string path = PreferencesPath(tallow.application_folder);
   std::unique_ptr<frmPreferences> dialog;
+  std::vector<std::string> calls;
   int changes = 0;
 };
 
@@ -137,13 +141,30 @@ TEST_F(FrmPreferences, AnOverrideIsShownUntilAChoiceReplacesIt) {
   ExpectAll(kModernStyle);
 }
 
-TEST_F(FrmPreferences, PagesWithoutAFunctionAreNotShown) {
+TEST_F(FrmPreferences, ThePagesAreStyleMusicAndFiling) {
   Open();
   auto& list = Find<QListWidget>("lstPages");
-  ASSERT_EQ(list.count(), 1);
-  EXPECT_EQ(list.item(0)->text(), "Style");
+  QStringList captions;
+  for (int row = 0; row < list.count(); ++row) captions.append(list.item(row)->text());
+  EXPECT_EQ(captions, (QStringList{"Style", "Music", "Filing"}))
+      << captions.join(' ').toStdString();
   EXPECT_EQ(list.currentRow(), 0);
-  EXPECT_NE(dialog->findChild<StylePage*>(QStringLiteral("pageStyle")), nullptr);
+  EXPECT_TRUE(Classic().isVisible());
+  EXPECT_FALSE(Find<QPushButton>("cmdWhere").isVisible());
+  list.setCurrentRow(1);
+  EXPECT_TRUE(Find<QPushButton>("cmdWhere").isVisible());
+  list.setCurrentRow(2);
+  EXPECT_TRUE(Find<QPushButton>("cmdFileAgain").isVisible());
+}
+
+TEST_F(FrmPreferences, ThePlacesOpenOverTheDialogAndFilingAgainClosesIt) {
+  Open();
+  Find<QPushButton>("cmdWhere").click();
+  EXPECT_EQ(calls, (std::vector<std::string>{"places"}));
+  EXPECT_TRUE(dialog->isVisible());
+  Find<QPushButton>("cmdFileAgain").click();
+  EXPECT_EQ(calls, (std::vector<std::string>{"places", "file again"}));
+  EXPECT_FALSE(dialog->isVisible());
 }
 
 TEST_F(FrmPreferences, TabGoesThroughAllControlsInTheirOrder) {
@@ -202,7 +223,7 @@ TEST_F(FrmPreferences, EnterAndEscCloseAndKeepWhatWasChosen) {
 TEST_F(FrmPreferences, NoTextIsCutOffHoweverNarrowTheDialog) {
   Open().resize(1, 1);
   for (const QAbstractButton* const button : dialog->findChildren<QAbstractButton*>()) {
-    if (button->text().isEmpty()) continue;
+    if (button->text().isEmpty() || !button->isVisible()) continue;
     EXPECT_GE(button->width(), button->sizeHint().width()) << button->text().toStdString();
   }
   for (const QLabel* const label : dialog->findChildren<QLabel*>())

@@ -3,6 +3,7 @@
 
 #include <functional>
 
+class QDialog;
 class QWidget;
 
 namespace tallow {
@@ -14,6 +15,10 @@ struct PreferencesContext {
   Tallow& tallow;  ///< must outlive the dialog
   /// Called after each change of the user, for example to show problems.
   std::function<void()> changed;
+  /// Opens the dialog "Where My Music Is".
+  std::function<void()> show_places;
+  /// Files songs again by their tags. Called after the dialog has closed.
+  std::function<void()> file_again;
 };
 
 /// A page of the preferences dialog.
@@ -21,8 +26,8 @@ struct PreferencesPage {
   const char* name;     ///< object name of its widget
   const char* caption;  ///< in the list of pages
   const char* help;     ///< its page of the manual, see HelpPageOf
-  /// Makes its widget; null for a page that has no function yet, which is not shown.
-  QWidget* (*make)(const PreferencesContext& context, QWidget* parent);
+  /// Makes its widget, without a parent.
+  QWidget* (*make)(const PreferencesContext& context, QDialog& dialog);
 };
 
 }  // namespace tallow

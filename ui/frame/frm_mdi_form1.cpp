@@ -275,7 +275,16 @@ void frmMDIForm1::Run(FrameCommand command) {
 }
 
 void frmMDIForm1::ShowPreferences() {
-  frmPreferences dialog({tallow_, [this] { Notice(tallow_.TakeProblems()); }}, this);
+  frmPreferences dialog({.tallow = tallow_,
+                         .changed = [this] { Notice(tallow_.TakeProblems()); },
+                         .show_places = [this] { ShowMusicPlaces(); },
+                         .file_again =
+                             [this] {
+                               // The dialog is still on the stack.
+                               QMetaObject::invokeMethod(
+                                   this, [this] { filing_.FileAgain(); }, Qt::QueuedConnection);
+                             }},
+                        this);
   dialog.exec();
   filing_.Finish();
   details_.Changed();
