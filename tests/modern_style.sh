@@ -1,0 +1,133 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: GPL-3.0-or-later
+# Uses the two styles of the built program as a user would, on a virtual display: a collection with
+# newer tags, songs of one file name and other formats; the bar that tells of them; the modern style
+# by one click; a kill; the classic style again. Checks the resulting files, and keeps a picture of
+# each step.
+#
+# Usage: modern_style.sh PROGRAM FOLDER
+set -euo pipefail
+export LC_ALL=C.UTF-8
+
+program=$1
+folder=$2
+here=$(cd "$(dirname "$0")" && pwd)
+
+rm -rf "$folder"
+mkdir -p "$folder/app" "$folder/bin" "$folder/config" "$folder/pictures" "$folder/music"
+cp "$program" "$folder/bin/tallow"
+# shellcheck source=tests/program.sh
+. "$here/program.sh"
+# shellcheck source=packaging/virtual-display.sh
+. "$here/../packaging/virtual-display.sh"
+separate_session
+trap 'end_processes; rm -rf "$XDG_RUNTIME_DIR"' EXIT
+export QT_QPA_PLATFORM=xcb
+start_window_manager
+turn_tips_off
+# shellcheck source=tests/screen_user.sh
+. "$here/screen_user.sh"
+
+# One second of sound in each format.
+sox -q -n -r 44100 -c 2 "$folder/sound.wav" synth 1 sine 440
+# song FILE: the folder of a song is made
+song() { mkdir -p "$(dirname "$folder/music/$1")"; printf '%s' "$folder/music/$1"; }
+mp3() { lame --quiet -b 64 "${@:2}" "$folder/sound.wav" "$(song "$1")"; }
+mp3 "Queen/A Night/Seaside.mp3" --id3v1-only --tt Seaside --ta Queen --ty 1975
+mp3 "Queens/Lullabies/Song.mp3" --id3v2-only --tt Song --ta "Queens of the Stone Age" --ty 2024
+mp3 "Ada/One/01 Intro.mp3" --id3v1-only --tt Intro --ta "Ada Quill" --ty 1999
+mp3 "Ada/Two/01 Intro.mp3" --id3v1-only --tt Intro --ta "Ada Quill" --ty 2001
+flac --silent -T "TITLE=Группа крови" -T "ARTIST=Кино" -T "ALBUM=Группа крови" -T "DATE=1988" \
+  -o "$(song "Kino/Gruppa.flac")" "$folder/sound.wav"
+oggenc --quiet -t "丸の内サディスティック" -a "椎名林檎" -d 1999 -o "$(song "Ringo/Marunouchi.ogg")" \
+  "$folder/sound.wav"
+
+jukebox=$folder/app/Grouping/mix.juk
+start() {
+  "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" 2>> "$folder/errors.txt" &
+  tallow=$!
+  processes+=("$tallow")
+}
+# in_jukebox TEXT...: whether the jukebox file has folders with these texts
+in_jukebox() {
+  local text
+  for text in "$@"; do grep -qF -- "\"text\":\"$text\"" "$jukebox" || return 1; done
+}
+save() {
+  keys ctrl+s
+  sleep 1
+}
+preferences=$folder/app/Grouping/System/Preferences.json
+has_style() { grep -q "\"style\": \"$1\"" "$preferences"; }
+# saved_with TEXT...: saves the jukebox and looks whether it has folders with these texts
+saved_with() { save; in_jukebox "$@"; }
+saved_without() { save; ! in_jukebox "$1"; }
+
+# First start, in the classic style: three songs, and a bar that tells what is left out.
+start
+until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+sleep 3
+picture 1-bar
+keys ctrl+s
+until_true 10 "the file dialog" window_named '^Save'
+xdotool type --delay 40 'Mix'
+keys Return
+until_true 10 "the saved jukebox" test -s "$jukebox"
+until_true 10 "its name" window_named '^Tallow - \[MIX\]$'
+cp "$jukebox" "$folder/classic.juk"
+in_jukebox "Queen" "Ada Quill" || fail "The classic folders are not there."
+if in_jukebox "Queens of the Stone Age" || in_jukebox "Кино"; then fail "The classic style reads newer tags."; fi
+library=$folder/app/Grouping/FileLocNames.lmz
+grep -qa 'Gruppa' "$library" && fail "The classic style finds other formats."
+
+# The detail window of the bar.
+keys alt+d
+sleep 1
+picture 2-details
+keys Escape
+
+# One click, and all songs are there, under their artists, years and decades.
+keys alt+u
+until_true 60 "the modern style" has_style modern
+until_true 60 "the folders of the modern style" saved_with "Queens of the Stone Age" "Кино" "椎名林檎" "2024" "2020's" "Album"
+picture 3-modern
+[ "$(grep -ac 'Intro.mp3' "$library")" -ge 1 ] || fail "A song is lost."
+songs=$(grep -ao 'Intro.mp3' "$library" | wc -l)
+[ "$songs" = 2 ] || fail "$songs songs of one file name instead of two."
+cp "$jukebox" "$folder/modern.juk"
+
+# A kill loses nothing.
+kill -9 "$tallow"
+until_true 10 "the end of the killed program" has_ended
+start
+until_true 60 "the jukebox after the kill" window_named '^Tallow - \[MIX\]'
+sleep 1
+picture 4-after-the-kill
+saved_with "Queens of the Stone Age" "Кино" || fail "The modern folders are lost."
+
+# Back to the classic style by the keyboard.
+keys ctrl+comma
+until_true 10 "the preferences" window_named '^Preferences$'
+picture 5-preferences
+keys alt+l
+until_true 60 "the classic style" has_style classic
+sleep 2
+keys Escape
+until_true 10 "the end of the preferences" no_window_named '^Preferences$'
+# The songs of other formats keep their entries, which are not shown.
+until_true 60 "the classic folders" saved_without "Queens of the Stone Age"
+picture 6-classic
+in_jukebox "Queen" "Ada Quill" || fail "The classic folders are lost."
+
+# And forth again.
+keys ctrl+comma
+until_true 10 "the preferences" window_named '^Preferences$'
+keys alt+m
+until_true 60 "the modern style" has_style modern
+sleep 2
+keys Escape
+until_true 60 "the modern folders" saved_with "Queens of the Stone Age" "Кино" "椎名林檎"
+picture 7-modern-again
+[ "$(grep -ao 'Intro.mp3' "$library" | wc -l)" = 2 ] || fail "A song of an equal file name is lost."
+keys alt+f x
+until_true 20 "the end of the program" has_ended
