@@ -50,9 +50,14 @@ bool BoundedStream::MayRead() {
     throw StreamNotLeft();
   }
   if (!overran_) overran_ = (limits_.stopped && limits_.stopped()) || Now() > end_;
-  if (!overran_) return true;
-  if (++calls_after_end_ > kMaxCallsAfterEnd) throw StreamNotLeft();
-  return false;
+  if (overran_) CountCallAfterEnd();
+  return !overran_;
+}
+
+void BoundedStream::CountCallAfterEnd() {
+  if (++calls_after_end_ <= kMaxCallsAfterEnd) return;
+  overran_ = true;
+  throw StreamNotLeft();
 }
 
 std::size_t BoundedStream::ReadAt(std::uint64_t offset, char* bytes, std::size_t length) {
@@ -77,7 +82,11 @@ std::string BoundedStream::Peek(std::uint64_t offset, std::size_t length) {
 TagLib::FileName BoundedStream::name() const { return ""; }
 
 TagLib::ByteVector BoundedStream::readBlock(unsigned long length) {
-  if (!file_ || !MayRead() || position_ >= size_) return {};
+  if (!file_ || !MayRead()) return {};
+  if (position_ >= size_) {
+    CountCallAfterEnd();
+    return {};
+  }
   // The length may come from the file; what cannot be there is not allocated.
   std::uint64_t wanted = std::min<std::uint64_t>(length, size_ - position_);
   if (wanted > left_) {

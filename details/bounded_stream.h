@@ -30,13 +30,13 @@ struct StreamNotLeft {};
 /// damaged or malicious file can therefore cost only a bounded number of bytes and time.
 ///
 /// After the limit, reads return nothing, as at the end of the file, and TagLib returns what it has
-/// found so far. Code that does not notice this and calls on is stopped by an exception after
-/// kMaxCallsAfterEnd more calls. The same exception ends a recursion that is deeper than kMaxStack:
-/// TagLib descends into each level of an MP4 file, of which a file can have a million. A loop that
-/// does not call the stream cannot be stopped here; see child_reader.h.
+/// found so far. Code that does not notice this, or the end of the file, and calls on is stopped by
+/// an exception after kMaxCallsAfterEnd more calls. The same exception ends a recursion that is
+/// deeper than kMaxStack: TagLib descends into each level of an MP4 file, of which a file can have
+/// a million. A loop that does not call the stream cannot be stopped here; see child_reader.h.
 class BoundedStream final : public TagLib::IOStream {
  public:
-  static constexpr int kMaxCallsAfterEnd = 100'000;
+  static constexpr int kMaxCallsAfterEnd = 10'000;
   /// Bytes of the stack between the stream's construction and a call.
   static constexpr std::size_t kMaxStack = 192 * 1024;
 
@@ -72,6 +72,8 @@ class BoundedStream final : public TagLib::IOStream {
   /// Counts a call and checks the limits. \returns false after the end
   /// \throws StreamNotLeft
   bool MayRead();
+  /// Counts a call after the end of the file or of a limit. \throws StreamNotLeft
+  void CountCallAfterEnd();
   /// Reads at a position, from the buffer if the bytes are there.
   std::size_t ReadAt(std::uint64_t offset, char* bytes, std::size_t length);
 

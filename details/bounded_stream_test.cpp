@@ -96,6 +96,18 @@ TEST(BoundedStream, ALoopThatIgnoresTheEndIsStoppedByAnException) {
   EXPECT_THROW(loop(), StreamNotLeft);
 }
 
+TEST(BoundedStream, ALoopThatIgnoresTheEndOfTheFileIsStoppedByAnException) {
+  const TempFolder folder;
+  const ReadLimits limits;
+  BoundedStream stream(InputFile::Open(folder.File("a", "abcd")), limits);
+  stream.seek(0, TagLib::IOStream::End);
+  for (int k = 0; k < BoundedStream::kMaxCallsAfterEnd; ++k)
+    ASSERT_EQ(stream.readBlock(2).size(), 0U);
+  EXPECT_FALSE(stream.Overran());
+  EXPECT_THROW(stream.readBlock(2), StreamNotLeft);
+  EXPECT_TRUE(stream.Overran());
+}
+
 TEST(BoundedStream, LengthsBeyondTheFileAllocateNothing) {
   const TempFolder folder;
   const ReadLimits limits;

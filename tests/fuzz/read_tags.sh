@@ -44,7 +44,8 @@ done
 # The fuzzer runs in child processes, and goes on after a failure. TagLib does not free everything when
 # an exception passes through it, so leaks are not counted.
 export ASAN_OPTIONS=detect_leaks=0 UBSAN_OPTIONS=print_stacktrace=1
-common=(-timeout=10 -rss_limit_mb=2048 -max_len=30000)
+# Each input is read twice, for at most five seconds each, and longer with sanitizers.
+common=(-timeout=30 -rss_limit_mb=2048 -max_len=30000)
 "$fuzzer" "${common[@]}" -fork=1 -ignore_crashes=1 -ignore_timeouts=1 -ignore_ooms=1 \
   -max_total_time="$seconds" -artifact_prefix="$folder/found/" "$folder/corpus" > "$folder/fuzzer.log" 2>&1 || {
   tail -n 60 "$folder/fuzzer.log" >&2
