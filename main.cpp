@@ -81,7 +81,7 @@ void SetUpApplication() {
 int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   const std::string options_problem = PrepareWindowOptions(SystemFolder(tallow.application_folder));
   if (line.style) tallow.preferences.OverrideStyle(*line.style);
-  tallow.library.UseDrives(SystemVolumes, line.drives);
+  tallow.library.UseDrives(SystemVolumes, line.drives, SystemWalkLimits());
   for (const std::string& drive : line.drives) {
     const auto is_known = [&](const std::string& root) { return tallow.library.KnowsDrive(root); };
     if (const std::string problem = ProblemOfDrive(drive, is_known); !problem.empty())

@@ -13,7 +13,7 @@ Tallow::Tallow(std::string application_folder_)
       settings_path(SettingsPath(application_folder)),
       library(library_settings_),
       unsaved(SystemFolder(application_folder)) {
-  library.UseDrives(SystemVolumes, {});
+  library.UseDrives(SystemVolumes, {}, SystemWalkLimits());
 }
 
 void Tallow::SaveSettings() {

@@ -18,6 +18,7 @@
 #include "library/library_storage.h"
 #include "library/missing_songs.h"
 #include "library/mounted_volumes.h"
+#include "library/new_folders.h"
 #include "library/record_repair.h"
 #include "library/scan_report.h"
 #include "library/song_table.h"
@@ -58,8 +59,10 @@ class clsMain {
 
   /// Sets the source of the mounted volumes. Until this is called, the library knows no drives.
   ///
-  /// \param given roots that were given as drives, each ending in a separator
-  void UseDrives(ReadMountedVolumes read_volumes, std::vector<std::string> given);
+  /// \param given  roots that were given as drives, each ending in a separator
+  /// \param limits of the switch `new_subfolders`
+  void UseDrives(ReadMountedVolumes read_volumes, std::vector<std::string> given,
+                 WalkLimits limits = {});
 
   /// Switches between the classic and the modern style, and sets songs aside accordingly, see
   /// SetAside. Until this is called, the library is classic and sets no song aside.
@@ -83,7 +86,8 @@ class clsMain {
                                                const WaitForDrive& wait = {});
 
   /// Adds every MP3 file in the remembered folders that is not a present song yet, with rank "2",
-  /// then removes copies of known songs. When there is no library yet, searches all drives instead
+  /// then removes copies of known songs. With the switch `new_subfolders`, also adds those in new
+  /// folders beside and below the remembered ones, see NewFolders. When there is no library yet, searches all drives instead
   /// and turns the result into the library, see ImportFoundSongs.
   ///
   /// A missing folder list is rebuilt from the library. A list that cannot be read, or is a
@@ -328,6 +332,7 @@ class clsMain {
 
  private:
   class KnownSongs;
+  class FolderScan;
   class PresenceCheck;
   class FolderCheckCache;
   class Asking;
@@ -338,11 +343,6 @@ class clsMain {
 
   /// The folders of the folder list, each ending in a separator.
   std::vector<std::string> RememberedFolders();
-  /// Adds the songs of one listed folder.
-  ///
-  /// \param known songs that are not added again; newly added songs are inserted
-  void AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
-                              KnownSongs& known);
   void SortRows(bool ascending, bool as_text, std::int16_t column);
   void LoadWhatWasSaved();
 
@@ -382,6 +382,7 @@ class clsMain {
   DiskQueries disk_{state_.Drives()};
   AwayReasons reasons_;
   ReadMountedVolumes read_volumes_;
+  WalkLimits limits_;
   bool drives_were_checked_ = false;  ///< in this scan
   std::int32_t rows_before_scan_ = 0;
   bool list_is_stale_ = false;   ///< the folder list contains outdated roots of drives

@@ -12,8 +12,10 @@
 
 namespace tallow {
 
-void clsMain::UseDrives(ReadMountedVolumes read_volumes, std::vector<std::string> given) {
+void clsMain::UseDrives(ReadMountedVolumes read_volumes, std::vector<std::string> given,
+                        WalkLimits limits) {
   read_volumes_ = std::move(read_volumes);
+  limits_ = std::move(limits);
   state_.ResetDrives(std::move(given));
 }
 

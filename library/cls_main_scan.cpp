@@ -10,6 +10,7 @@
 #include "library/cls_main.h"
 #include "library/excluded_folders.h"
 #include "library/folder_scan.h"
+#include "library/new_folders.h"
 #include "library/song_formats.h"
 #include "util/atomic_file.h"
 #include "util/day.h"
@@ -64,32 +65,107 @@ void clsMain::BlankRow(std::int32_t row) {
   table_.Facts(row).away = 0;
 }
 
-void clsMain::AddFromRememberedFolders() {
-  std::int32_t old_count = UBoundOfMp3Array();
-  const std::vector<std::string> folders = RememberedFolders();
-  // Do not add files that are already known as present songs; they would only be removed again as
-  // duplicates.
-  KnownSongs known(table_);
-  try {
+/// The scan of the remembered folders, and of the new ones that it finds.
+class clsMain::FolderScan {
+ public:
+  explicit FolderScan(clsMain& library) : library_(library), songs_(library.table_) {}
+
+  /// Adds the songs that are not known, as far as the scan is not stopped.
+  void Run(std::vector<std::string> folders) {
+    if (library_.switches_.new_subfolders)
+      new_folders_.emplace(folders, library_.limits_.home, Roots());
+    try {
+      while (!folders.empty()) {
+        List(folders);
+        folders = new_folders_ ? new_folders_->TakeNext() : std::vector<std::string>();
+      }
+    } catch (const Stopped&) {
+      // Cancelled; the songs found so far are valid.
+    }
+  }
+
+  /// Whether songs were found in folders that were not known.
+  bool HasNewFolders() const noexcept { return has_new_folders_; }
+
+ private:
+  using Role = NewFolders::Role;
+
+  std::vector<std::string> Roots() const {
+    std::vector<std::string> roots = library_.state_.Drives().Roots();
+    if (library_.limits_.mount_points)
+      for (std::string& point : library_.limits_.mount_points()) roots.push_back(std::move(point));
+    return roots;
+  }
+
+  void List(const std::vector<std::string>& folders) {
+    DiskQueries& disk = library_.disk_;
     ReadAhead(
         folders.size(), kFoldersAtOnce, [&](std::size_t k) { return folders[k]; },
-        [unanswered = disk_.Unanswered(),
-         pattern = SongPattern(switches_)](const std::string& folder) {
-          return unanswered->Covers(folder) ? FolderListing()
-                                            : ListFolder(folder, {.pattern = pattern});
+        [unanswered = disk.Unanswered(),
+         request =
+             ListRequest{.pattern = SongPattern(library_.switches_),
+                         .real_subfolders = new_folders_.has_value()}](const std::string& folder) {
+          return unanswered->Covers(folder) ? FolderListing() : ListFolder(folder, request);
         },
         [&](std::size_t k, const FolderListing& listing) {
-          AddMp3FilesOfOneFolder(folders[k], listing, known);
-          disk_.GoOnOrStop(folders[k]);
+          Use(folders[k], listing);
+          disk.GoOnOrStop(folders[k]);
         },
-        disk_.WaitingFor([&](std::size_t k) { return folders[k]; }),
+        disk.WaitingFor([&](std::size_t k) { return folders[k]; }),
         [](std::size_t) { return FolderListing(); });
-  } catch (const Stopped&) {
-    // Cancelled; the songs found so far are valid.
   }
+
+  void Use(const std::string& folder, const FolderListing& listing) {
+    const Role role = new_folders_ ? new_folders_->Visit(folder, listing.subfolders) : Role::kKnown;
+    if (role == Role::kIgnored) return;
+    // A parent of known folders may have no songs of its own, so its problem is not reported.
+    if (!listing.problem.empty() && role != Role::kParent)
+      library_.RememberUnread(folder, role == Role::kNew, listing.problem);
+    else if ((listing.opened || listing.not_there) &&
+             (role == Role::kNew || !library_.state_.Unread().HasBelow(folder)))
+      library_.ForgetUnread(folder);
+    if (listing.files.empty()) return;
+    has_new_folders_ = has_new_folders_ || role != Role::kKnown;
+    AddFiles(folder, listing.files);
+  }
+
+  void AddFiles(const std::string& folder, const std::vector<FileEntry>& files) {
+    KnownSongs::Rows& rows = songs_.OfFolder(folder);
+    SongTable& table = library_.table_;
+    const bool accepts_new = !HoldsNoSongs(folder);
+    for (const FileEntry& file : files) {
+      if (const auto found = rows.find(songs_.Key(file.name)); found != rows.end()) {
+        // On a case-insensitive file system, update the spelling of the name.
+        table.SetCell(kFileName, found->second, file.name);
+        table.Facts(found->second).away = 0;
+        continue;
+      }
+      if (!accepts_new || !MayBeSong(file.name)) continue;
+      const std::int32_t row = library_.AddSong(folder, file.name, kUnknownSize);
+      // Use the table's text as the key, because it outlives the listing.
+      rows.emplace(songs_.Key(library_.Mp3Info(kFileName, row)), row);
+    }
+  }
+
+  clsMain& library_;
+  /// Files that are already known as present songs are not added; they would only be removed again
+  /// as duplicates.
+  KnownSongs songs_;
+  std::optional<NewFolders> new_folders_;  ///< with the switch `new_subfolders`
+  bool has_new_folders_ = false;
+};
+
+void clsMain::AddFromRememberedFolders() {
+  const std::int32_t rows_before = UBoundOfMp3Array();
+  std::int32_t old_count = rows_before;
+  std::vector<std::string> folders = RememberedFolders();
+  FolderScan scan(*this);
+  scan.Run(std::move(folders));
   // From here on the scan can no longer be cancelled: the songs found are added completely.
   disk_.SetCallbacks({}, {});
   DeleteIdenticalFileNamesAndPaths(old_count);
+  // The end of the scan adds the new folders to the list.
+  if (scan.HasNewFolders() && table_.rows() > rows_before) list_is_stale_ = true;
 }
 
 std::vector<std::string> clsMain::RememberedFolders() {
@@ -148,29 +224,6 @@ std::vector<std::string> clsMain::RememberedFolders() {
   for (const UnreadFolder& folder : state_.Unread().Folders())
     if (!folder.below) add_unless_listed(folder.path);
   return folders;
-}
-
-void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListing& listing,
-                                     KnownSongs& known) {
-  if (!listing.problem.empty())
-    RememberUnread(folder, false, listing.problem);
-  else if ((listing.opened || listing.not_there) && !state_.Unread().HasBelow(folder))
-    ForgetUnread(folder);
-  if (listing.files.empty()) return;
-  KnownSongs::Rows& rows = known.OfFolder(folder);
-  const bool accepts_new = !HoldsNoSongs(folder);
-  for (const FileEntry& file : listing.files) {
-    if (const auto found = rows.find(known.Key(file.name)); found != rows.end()) {
-      // On a case-insensitive file system, update the spelling of the name.
-      table_.SetCell(kFileName, found->second, file.name);
-      table_.Facts(found->second).away = 0;
-      continue;
-    }
-    if (!accepts_new || !MayBeSong(file.name)) continue;
-    const std::int32_t row = AddSong(folder, file.name, kUnknownSize);
-    // Use the table's text as the key, because it outlives the listing.
-    rows.emplace(known.Key(Mp3Info(kFileName, row)), row);
-  }
 }
 
 void clsMain::LeaveOutKnownPaths(std::int32_t old_count) {

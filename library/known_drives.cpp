@@ -237,6 +237,13 @@ void KnownDrives::Forget(std::string_view root) {
   Index();
 }
 
+std::vector<std::string> KnownDrives::Roots() const {
+  std::vector<std::string> roots = given_;
+  for (const KnownDrive& drive : drives_) roots.push_back(drive.root);
+  for (const MountedVolume& volume : volumes_) roots.push_back(volume.root);
+  return roots;
+}
+
 bool KnownDrives::Knows(std::string_view root) const {
   return std::any_of(drives_.begin(), drives_.end(), [&](const KnownDrive& drive) {
     if (IsSamePathText(drive.root, root)) return true;

@@ -107,6 +107,10 @@ class KnownDrives {
   /// Forgets the away drives with this root.
   void Forget(std::string_view root);
 
+  /// The roots of all drives, known, given or mounted as of the last CheckDrives. Some may be there
+  /// several times.
+  std::vector<std::string> Roots() const;
+
   /// Whether this is the root of a known drive, or a folder with songs on one.
   bool Knows(std::string_view root) const;
 

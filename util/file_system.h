@@ -66,6 +66,9 @@ struct ListRequest {
   std::string_view pattern = "*";  ///< for file names, see MatchesFilePattern
   std::string_view counted = {};   ///< files of other names that match this are only counted
   bool subfolders = false;
+  /// List the subfolders that are not links, without FolderListing::identity. Unlike `subfolders`
+  /// this needs no more calls than the files, where the system tells the kind of each entry.
+  bool real_subfolders = false;
   bool sizes = false;
   bool others = false;  ///< also list entries that match the pattern but are not files
   /// How many of the last bytes of each file to read along with its size; a file of at most this

@@ -174,6 +174,12 @@ void AddFileWithTail(int descriptor, const char* name, std::size_t tail_bytes, b
   if (!ReadFileEntry(descriptor, name, tail_bytes, file, listing.problem)) listing.files.pop_back();
 }
 
+/// Whether an entry of a type, as readdir() reports it, may be a folder that is to be listed.
+bool MayBeSubfolder(unsigned char type, const ListRequest& request) noexcept {
+  if (request.subfolders) return type != DT_REG;
+  return request.real_subfolders && (type == DT_DIR || type == DT_UNKNOWN);
+}
+
 }  // namespace
 
 FolderListing ListFolder(const std::string& folder, const ListRequest& request) {
@@ -204,7 +210,7 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
         MatchesFilePattern(name, request.counted))
       ++listing.counted;
     // The entry does not match the pattern and cannot be a requested folder: no stat() needed.
-    if (!matches && (!request.subfolders || entry->d_type == DT_REG)) continue;
+    if (!matches && !MayBeSubfolder(entry->d_type, request)) continue;
     if (request.tail_bytes > 0 && matches && entry->d_type == DT_REG) {
       AddFileWithTail(descriptor, entry->d_name, request.tail_bytes,
                       may_wait && ++tails > request.max_tails, listing);
@@ -219,7 +225,8 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
         if (matches) listing.files.push_back({.name = std::string(name), .size = size, .tail = {}});
         break;
       case EntryKind::kFolder:
-        if (request.subfolders) listing.subfolders.push_back({std::string(name), false});
+        if (request.subfolders || request.real_subfolders)
+          listing.subfolders.push_back({std::string(name), false});
         break;
       case EntryKind::kLinkedFolder:
         if (request.subfolders) listing.subfolders.push_back({std::string(name), true});

@@ -107,7 +107,8 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     if ((found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
       if (request.others && MatchesFilePattern(name, request.pattern))
         listing.others.push_back(name);
-      if (request.subfolders) listing.subfolders.push_back({name, IsLink(found)});
+      if (request.subfolders || (request.real_subfolders && !IsLink(found)))
+        listing.subfolders.push_back({name, IsLink(found)});
       continue;
     }
     if (!MatchesFilePattern(name, request.pattern)) {

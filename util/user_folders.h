@@ -9,6 +9,9 @@ namespace tallow {
 /// Linux, LocalAppData on Windows. Empty when it cannot be determined.
 std::string UserDataFolder();
 
+/// The user's home folder, ending in a separator; empty when it cannot be determined.
+std::string HomeFolder();
+
 /// The full path of the running program; empty when it cannot be determined.
 std::string ExecutablePath();
 

@@ -13,12 +13,17 @@ std::string UserDataFolder() {
   // The XDG base directory rules require ignoring a relative path.
   const char* const data = std::getenv("XDG_DATA_HOME");
   if (data != nullptr && data[0] == '/') return EnsureTrailingBackslash(data);
+  const std::string home = HomeFolder();
+  return home.empty() ? std::string() : home + ".local/share/";
+}
+
+std::string HomeFolder() {
   const char* home = std::getenv("HOME");
   if (home == nullptr || home[0] != '/') {
     const passwd* const user = getpwuid(getuid());
     home = user == nullptr ? nullptr : user->pw_dir;
   }
-  return home == nullptr ? std::string() : EnsureTrailingBackslash(home) + ".local/share/";
+  return home == nullptr ? std::string() : EnsureTrailingBackslash(home);
 }
 
 std::string ExecutablePath() {

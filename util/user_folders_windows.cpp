@@ -7,14 +7,23 @@
 
 namespace tallow {
 
-std::string UserDataFolder() {
-  const DWORD needed = GetEnvironmentVariableW(L"LOCALAPPDATA", nullptr, 0);
+namespace {
+
+/// The folder that an environment variable names, ending in a separator; empty for none.
+std::string FolderOfVariable(const wchar_t* name) {
+  const DWORD needed = GetEnvironmentVariableW(name, nullptr, 0);
   std::wstring value(needed, L'\0');
-  const DWORD length = GetEnvironmentVariableW(L"LOCALAPPDATA", value.data(), needed);
+  const DWORD length = GetEnvironmentVariableW(name, value.data(), needed);
   if (length == 0 || length >= needed) return {};
   value.resize(length);
   return EnsureTrailingBackslash(FromWide(value));
 }
+
+}  // namespace
+
+std::string UserDataFolder() { return FolderOfVariable(L"LOCALAPPDATA"); }
+
+std::string HomeFolder() { return FolderOfVariable(L"USERPROFILE"); }
 
 std::string ExecutablePath() {
   // GetModuleFileNameW does not return the size needed, so double the buffer until the path fits.

@@ -10,6 +10,8 @@
 #include "app/search/mount_sources_linux.h"
 #include "app/search/mount_table_linux.h"
 #include "app/search/system_volumes.h"
+#include "util/path_text.h"
+#include "util/user_folders.h"
 
 namespace tallow {
 namespace {
@@ -47,5 +49,14 @@ MountedVolumes VolumesFrom(const MountSources& sources) {
 }
 
 MountedVolumes SystemVolumes() { return VolumesFrom({}); }
+
+WalkLimits SystemWalkLimits() {
+  return {HomeFolder(), [] {
+            std::vector<std::string> points;
+            for (const Mount& mount : ParseMountTable(ReadMountTable({})))
+              points.push_back(EnsureTrailingBackslash(mount.point));
+            return points;
+          }};
+}
 
 }  // namespace tallow

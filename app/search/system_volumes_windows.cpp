@@ -79,4 +79,6 @@ MountedVolumes SystemVolumes() {
   return volumes;
 }
 
+WalkLimits SystemWalkLimits() { return {HomeFolder(), {}}; }
+
 }  // namespace tallow
