@@ -134,8 +134,8 @@ OpenJukebox DescribeOpen(const Jukebox& jukebox) {
 Folder* FindFolder(const FolderTree& tree, const FolderNames& names) {
   Folder* folder = nullptr;
   for (const std::string& name : names) {
-    Folder* next = folder == nullptr ? (tree.Children() > 0 ? &tree.ChildAt(0) : nullptr)
-                                     : folder->Child();
+    Folder* next =
+        folder == nullptr ? (tree.Children() > 0 ? &tree.ChildAt(0) : nullptr) : folder->Child();
     while (next != nullptr && next->Text() != name) next = next->Next();
     if (next == nullptr) return nullptr;
     folder = next;
@@ -171,9 +171,8 @@ void OpenJukeboxes::Store(const std::vector<OpenJukebox>& open) {
   LoadOnce(problems);
   std::vector<OpenJukebox> all = open;
   for (const OpenJukebox& away : away_)
-    if (std::ranges::none_of(open, [&](const OpenJukebox& other) {
-          return IsSamePathText(other.file, away.file);
-        }))
+    if (std::ranges::none_of(
+            open, [&](const OpenJukebox& other) { return IsSamePathText(other.file, away.file); }))
       all.push_back(away);
   if (all.size() > kMaxJukeboxes) all.resize(kMaxJukeboxes);
   std::string bytes = Encode(all);

@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "app/open_jukeboxes.h"
 #include "app/runtime_file.h"
 #include "app/search/drive_list.h"
 #include "app/search/player_search.h"
@@ -24,7 +25,14 @@
 
 namespace tallow {
 
+class Folder;
 class Jukebox;
+
+/// A jukebox, and the place of its window.
+struct PlacedJukebox {
+  Jukebox* jukebox;
+  WindowPlace place;
+};
 
 /// The windows that start-up uses. Messages that no user can answer are answered like those that
 /// are closed without a button.
@@ -56,6 +64,13 @@ class StartUpWindows : public OpeningWindows {
   /// Notice of the result of the start; a click on the notice lists the files that were left out
   /// and the songs that are away. The last line holds the counts; the other lines are problems.
   virtual void NoticeScan(const std::vector<std::string>& lines) = 0;
+  /// Discards a window that was made but not shown.
+  virtual void DiscardJukebox(Jukebox& jukebox) = 0;
+  /// Shows a folder in the window of a jukebox that is shown, like a click on it.
+  virtual void SelectFolder(Jukebox& jukebox, Folder& folder) = 0;
+  /// Moves the windows of jukeboxes that are shown to their places.
+  /// \param front the jukebox whose window becomes the active one
+  virtual void PlaceJukeboxes(const std::vector<PlacedJukebox>& placed, Jukebox& front) = 0;
   /// Opens a text file in the system's text editor; a failure is ignored.
   virtual void OpenInTextEditor(const std::string& path) = 0;
   /// Shows the tip window, modal; the tip window itself decides whether to stay open.

@@ -12,7 +12,8 @@ Tallow::Tallow(std::string application_folder_)
     : application_folder(std::move(application_folder_)),
       settings_path(SettingsPath(application_folder)),
       library(library_settings_),
-      unsaved(SystemFolder(application_folder)) {
+      unsaved(SystemFolder(application_folder)),
+      open_jukeboxes(SystemFolder(application_folder)) {
   library.UseDrives(SystemVolumes, {}, SystemWalkLimits());
 }
 

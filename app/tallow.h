@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/cls_ini.h"
+#include "app/open_jukeboxes.h"
 #include "app/preferences.h"
 #include "jukebox/jukebox_clipboard.h"
 #include "jukebox/unsaved_jukeboxes.h"
@@ -56,6 +57,8 @@ class Tallow {
 
   /// The unsaved changes of the open jukeboxes.
   UnsavedJukeboxes unsaved;
+  /// The jukeboxes that the next start opens with the switch `reopens_jukeboxes`.
+  OpenJukeboxes open_jukeboxes;
   /// The songs cut or copied in any jukebox window.
   JukeboxClipboard clipboard;
 

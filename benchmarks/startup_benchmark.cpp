@@ -43,6 +43,9 @@ class NoWindows : public StartUpWindows, private SearchProgress {
   }
   void Notice(const std::vector<std::string>& lines) override { ShowError(lines.front()); }
   void NoticeScan(const std::vector<std::string>&) override {}
+  void DiscardJukebox(Jukebox&) override {}
+  void SelectFolder(Jukebox&, Folder&) override {}
+  void PlaceJukeboxes(const std::vector<PlacedJukebox>&, Jukebox&) override {}
   void OpenInTextEditor(const std::string&) override {}
   void ShowTip() override {}
 

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/initial_jukebox.h"
 
+#include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "jukebox/jukebox.h"
 #include "jukebox/sorting.h"
@@ -27,6 +31,23 @@ void AddWithChildren(Jukebox& jukebox, std::string_view text,
 void AddStandardColumns(Jukebox& jukebox) {
   jukebox.AddColumnHeader(kNameHeader);
   jukebox.AddColumnHeader(kKeyHeader);
+}
+
+void BuildNewJukebox(clsMain& library, Jukebox& jukebox) {
+  AddStandardColumns(jukebox);
+  Folder& all_songs = jukebox.Nodes().AddChild(nullptr, "All Songs");
+  if (library.Switches().fills_new_jukeboxes) {
+    library.SortByRecord();
+    std::vector<char> flags;
+    std::vector<std::string> problems;  // An empty folder has none.
+    MarkSongsToFile(all_songs, library, flags, problems);
+    for (std::size_t k = 0; k < flags.size(); ++k) {
+      if (!flags[k]) continue;
+      const SongView song = library.Song(static_cast<std::int32_t>(k + 1));
+      all_songs.Items().emplace_back(song.RecordNumber(), song.Rank());
+    }
+  }
+  jukebox.RememberContent();
 }
 
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,

@@ -24,6 +24,13 @@ inline constexpr std::string_view kBuildingCaption =
 /// Adds the headers of a new jukebox's song list: name and key.
 void AddStandardColumns(Jukebox& jukebox);
 
+/// Builds a new jukebox, whose only folder is "All Songs". It is empty; with the switch
+/// `fills_new_jukeboxes` it has all songs that FillAutomaticFolders would file. This content need
+/// not be saved.
+///
+/// \param jukebox newly created, without folders
+void BuildNewJukebox(clsMain& library, Jukebox& jukebox);
+
 /// Builds the sample jukebox: the automatic folders, filled from the library, and empty folders
 /// that suggest how to arrange songs. "Album" is among them with the switch `albums`. The sample jukebox is an ordinary jukebox without a file. The
 /// settings do not change.

@@ -130,5 +130,33 @@ TEST_F(InitialJukebox, TheSettingsAreNotTouched) {
   EXPECT_EQ(tallow.settings.LocOfLastSavedJukeBox(), "gone.juk");
 }
 
+TEST_F(InitialJukebox, ANewJukeboxHasAnEmptyFolder) {
+  AddSong("/m/", "a.mp3");
+  BuildNewJukebox(library, jukebox);
+  EXPECT_EQ(Outline(jukebox.Nodes()), Texts{"All Songs"});
+  EXPECT_TRUE(jukebox.Nodes().Find("All Songs")->Items().empty());
+  EXPECT_EQ(jukebox.ColumnHeaders().size(), 2U);
+  EXPECT_FALSE(jukebox.IsFormDirty());
+  EXPECT_FALSE(jukebox.DiffersFromFile());
+}
+
+TEST_F(InitialJukebox, ANewJukeboxOfTheModernStyleHasAllPresentSongs) {
+  library.UseSwitches({.fills_new_jukeboxes = true});
+  AddSong("/m/", "a.mp3", "1", "7");
+  AddSong("0", "0", "0");
+  AddSong("/m/", "c.mp3");
+  BuildNewJukebox(library, jukebox);
+  EXPECT_EQ(Outline(jukebox.Nodes()), Texts{"All Songs"});
+  const std::vector<SongEntry>& entries = jukebox.Nodes().Find("All Songs")->Items();
+  ASSERT_EQ(entries.size(), 2U);
+  EXPECT_EQ(entries[0].SubItem(), 1);
+  EXPECT_EQ(entries[0].Icon(), 7);
+  EXPECT_EQ(entries[1].SubItem(), 3);
+  // Like an empty one, it has nothing to save or to undo.
+  EXPECT_FALSE(jukebox.IsFormDirty());
+  EXPECT_FALSE(jukebox.DiffersFromFile());
+  EXPECT_FALSE(jukebox.Undo().done);
+}
+
 }  // namespace
 }  // namespace tallow

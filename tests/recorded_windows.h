@@ -50,6 +50,14 @@ class RecordedWindows : public StartUpWindows {
     notices.insert(notices.end(), lines.begin(), lines.end());
   }
   void NoticeScan(const std::vector<std::string>& lines) override { scan = lines.back(); }
+  void DiscardJukebox(Jukebox& jukebox) override { std::erase(open, &jukebox); }
+  void SelectFolder(Jukebox& /*jukebox*/, Folder& folder) override {
+    selected.push_back(folder.Text());
+  }
+  void PlaceJukeboxes(const std::vector<PlacedJukebox>& of, Jukebox& in_front) override {
+    placed = of;
+    front = &in_front;
+  }
   void OpenInTextEditor(const std::string& path) override { Log("editor " + path); }
   void ShowTip() override { Log("tip"); }
 
@@ -61,7 +69,10 @@ class RecordedWindows : public StartUpWindows {
   std::vector<std::string> messages;
   std::vector<std::string> asked;
   std::vector<std::string> notices;
-  std::string scan;  ///< the last line of the start's notice, with the counts
+  std::vector<std::string> selected;  ///< the folders of SelectFolder()
+  std::vector<PlacedJukebox> placed;
+  Jukebox* front = nullptr;  ///< of PlaceJukeboxes()
+  std::string scan;          ///< the last line of the start's notice, with the counts
   bool answer = true;
   std::vector<std::string> choices;       ///< of the last Choose()
   std::optional<std::size_t> choice = 0;  ///< index into `choices` that Choose() returns

@@ -48,6 +48,21 @@ TEST(FileSystemLinux, TheAbsolutePathOfARelativePathIsInTheCurrentFolder) {
   EXPECT_EQ(AbsolutePath("."), here);
 }
 
+TEST(FileSystemLinux, RealSubfoldersAreNoLinksAndHaveNoIdentity) {
+  const TempFolder folder;
+  folder.File("a.mp3");
+  folder.File("b.txt");
+  folder.Folder("real");
+  std::filesystem::create_directory_symlink(folder / "real", folder / "link");
+  const FolderListing listing =
+      ListFolder(folder.path(), {.pattern = "*.mp3", .real_subfolders = true});
+  ASSERT_EQ(listing.subfolders.size(), 1U);
+  EXPECT_EQ(listing.subfolders[0].name, "real");
+  EXPECT_FALSE(listing.subfolders[0].linked);
+  EXPECT_EQ(listing.identity, FolderIdentity());
+  EXPECT_EQ(listing.files.size(), 1U);
+}
+
 TEST(FileSystemLinux, FilesOfAFolderThatMayOnlyBeListedHaveNoSizeAndAreReported) {
   const TempFolder folder;
   folder.File("listed/a.mp3", "12345");

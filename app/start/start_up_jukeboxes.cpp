@@ -47,14 +47,16 @@ void StartUpJukeboxes::Open() {
   // needed.
   if (!last.empty()) wait_.CheckPath(last);
   const bool is_unanswered = wait_.IsUnresponsive(last);
-  const bool is_open = !recovered.empty() &&
-                       (last.empty() || Contains(recovered, last) || is_unanswered || IsGone(last));
-  if (is_open && is_unanswered && !Contains(recovered, last))
+  const bool has_reopened = tallow_.preferences.switches().reopens_jukeboxes && reopening_.Open();
+  const bool is_open =
+      has_reopened || (!recovered.empty() && (last.empty() || Contains(recovered, last) ||
+                                              is_unanswered || IsGone(last)));
+  if (is_open && !has_reopened && is_unanswered && !Contains(recovered, last))
     notices_.Add(last + " is on a drive that does not answer, so it is not open.");
   if (!is_open) {
     Jukebox& jukebox = windows_.NewJukebox();
     try {
-      if (!OpenLast(jukebox))
+      if (reopening_.HasNamed(last) || !OpenLast(jukebox))
         BuildInitialJukebox(
             tallow_.library, jukebox, windows_.OpenJukeboxes(),
             [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags, filing_.Progress());
@@ -63,6 +65,8 @@ void StartUpJukeboxes::Open() {
     }
   }
   filing_.End();
+  if (has_reopened) reopening_.Show(last_recovered);
+  tallow_.open_jukeboxes.BeginStoring();
   // The recovered jukebox goes in front, because the user has just asked for it.
   if (last_recovered != nullptr && !is_open) windows_.ShowJukebox(*last_recovered);
   tallow_.found_tags.Clear();
@@ -122,10 +126,7 @@ std::vector<std::string> StartUpJukeboxes::RecoverUnsaved(Jukebox*& last) {
 bool StartUpJukeboxes::OpenLast(Jukebox& jukebox) {
   const std::string& path = tallow_.settings.LocOfLastSavedJukeBox();
   if (path.empty()) return false;
-  wait_.CheckPath(path);
-  std::string root = tallow_.library.Unanswered()->RootOf(path);
-  if (root.empty() && IsGone(path)) root = tallow_.library.AwayRootOf(path);
-  if (!root.empty()) {
+  if (const std::string root = wait_.AwayRootOf(path); !root.empty()) {
     notices_.Add(path + " is on a drive that is away: " + root +
                  ". The sample jukebox was opened instead.");
     return false;

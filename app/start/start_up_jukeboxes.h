@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "app/start/start_up_filing.h"
+#include "app/start/start_up_reopening.h"
 
 namespace tallow {
 
@@ -15,7 +16,8 @@ class StartUpWindows;
 class Tallow;
 
 /// Opens the jukeboxes of a start: those with unsaved changes that the user recovers, and the one
-/// saved last, or the sample.
+/// saved last, or the sample. With the switch `reopens_jukeboxes`, those that were open instead of
+/// the one saved last.
 class StartUpJukeboxes {
  public:
   /// \param tallow, windows, notices, wait must outlive this object
@@ -25,7 +27,8 @@ class StartUpJukeboxes {
         windows_(windows),
         notices_(notices),
         wait_(wait),
-        filing_(tallow, windows, notices) {}
+        filing_(tallow, windows, notices),
+        reopening_(tallow, windows, notices, wait, filing_) {}
 
   /// Opens and shows the jukeboxes, and files the songs in them.
   void Open();
@@ -42,6 +45,7 @@ class StartUpJukeboxes {
   StartUpNotices& notices_;
   StartUpWait& wait_;
   StartUpFiling filing_;
+  StartUpReopening reopening_;
 };
 
 }  // namespace tallow

@@ -46,6 +46,13 @@ FileStatus StartUpWait::CheckPath(const std::string& path) {
   return status;
 }
 
+std::string StartUpWait::AwayRootOf(const std::string& path) {
+  CheckPath(path);
+  std::string root = tallow_.library.Unanswered()->RootOf(path);
+  if (root.empty() && IsGone(path)) root = tallow_.library.AwayRootOf(path);
+  return root;
+}
+
 bool StartUpWait::IsUnresponsive(const std::string& path) const {
   return tallow_.library.Unanswered()->Covers(path);
 }

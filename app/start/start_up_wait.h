@@ -31,6 +31,9 @@ class StartUpWait {
 
   /// Checks a file, with a timeout for its drive. See clsMain::CheckPath.
   FileStatus CheckPath(const std::string& path);
+  /// Checks a file as above. \returns the root of its drive if that is away or does not respond;
+  /// empty otherwise
+  std::string AwayRootOf(const std::string& path);
   /// Whether a path lies on a drive that was given up because it does not respond.
   bool IsUnresponsive(const std::string& path) const;
 

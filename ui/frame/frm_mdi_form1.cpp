@@ -48,6 +48,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       area_(new QMdiArea(this)),
       messages_(*this, *statusBar(), std::move(show)),
       jukeboxes_(*area_),
+      places_(tallow, jukeboxes_, messages_),
       unsaved_(*this, tallow, jukeboxes_, messages_),
       busy_(*this, tallow, jukeboxes_, unsaved_),
       panel_(jukeboxes_),
@@ -118,7 +119,9 @@ QMenu* frmMDIForm1::createPopupMenu() {
   return nullptr;
 }
 
-void frmMDIForm1::SaveDatForm() { documents_.SaveDatForm(); }
+void frmMDIForm1::SaveDatForm() {
+  if (documents_.SaveDatForm()) places_.StoreLater();
+}
 
 void frmMDIForm1::UpdateTheMenuControlArray() {
   file_menu_->UpdateTheMenuControlArray(tallow_.settings);
@@ -128,6 +131,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   auto* const window = new frmMain(tallow_, messages_.Shower());
   window->setProperty(kHelpPage, QStringLiteral("jukebox"));
   jukeboxes_.Add(*window);
+  places_.Follow(*window);
   window->OnLongWork([this](std::string_view text) { return busy_.BeginWork(text); });
   window->OnSaveBeforeClosing([this, window] {
     // The window does not become active if it, or the frame, is minimized.
@@ -155,6 +159,7 @@ void frmMDIForm1::ShowJukeboxWindow(frmMain& window) {
   window.ShowJukebox();
   picture_.ReportProblem(window);
   jukeboxes_.Show(window);
+  places_.WindowShown();
 }
 
 void frmMDIForm1::NoticeScan(const std::vector<std::string>& lines) {
@@ -179,7 +184,7 @@ void frmMDIForm1::Run(FrameCommand command) {
       if (commands_.HasJukebox()) SaveDatForm();
       return;
     case FrameCommand::kSaveAs:
-      if (commands_.HasJukebox()) documents_.SaveAs();
+      if (commands_.HasJukebox() && documents_.SaveAs()) places_.StoreLater();
       return;
     case FrameCommand::kExit:
       close();

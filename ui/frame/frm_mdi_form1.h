@@ -19,6 +19,7 @@
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/frame_player.h"
 #include "ui/frame/jukebox_area.h"
+#include "ui/frame/jukebox_places.h"
 #include "ui/frame/jukebox_window_maker.h"
 #include "ui/frame/linked_undo.h"
 #include "ui/frame/new_song_search.h"
@@ -81,8 +82,14 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
     help_.OnOpenHelp(std::move(open));
   }
 
-  /// Saves the unsaved changes of the open jukeboxes, see UnsavedKeeper.
-  void KeepUnsavedChanges() { unsaved_.Keep(); }
+  /// Saves the unsaved changes of the open jukeboxes, see UnsavedKeeper, and which are open.
+  void KeepUnsavedChanges() {
+    unsaved_.Keep();
+    places_.Store();
+  }
+
+  /// The places of the jukebox windows.
+  JukeboxPlaces& Places() noexcept { return places_; }
 
   /// The player panel; null when it is not open.
   frmMainWinamp* PlayerPanel() const { return panel_.Panel(); }
@@ -108,6 +115,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
 
   FrameMessages messages_;
   JukeboxArea jukeboxes_;
+  JukeboxPlaces places_;
   UnsavedKeeper unsaved_;
   BusyFrame busy_;
   PanelWindow panel_;

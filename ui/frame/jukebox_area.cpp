@@ -160,6 +160,7 @@ bool JukeboxArea::CloseAll() {
     for (const Jukebox* const jukebox : Open()) WindowOf(*jukebox)->KeepOpen();
     return false;
   }
+  emit ClosingAll();
   for (QMdiSubWindow* const sub : windows)
     if (JukeboxIn(sub) != nullptr) sub->close();
   return true;

@@ -68,6 +68,10 @@ class JukeboxArea : public QObject {
   /// \returns false when a jukebox has to stay open; no window is closed then
   bool CloseAll();
 
+ signals:
+  /// CloseAll is about to close all jukebox windows; the user has answered all questions.
+  void ClosingAll();
+
  private:
   void FollowState(QMdiSubWindow& sub, frmMain& window);
   void ActivateUnminimized();

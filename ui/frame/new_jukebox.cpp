@@ -44,12 +44,10 @@ void MakeSample(Tallow& tallow, const JukeboxArea& jukeboxes, DocumentWindows& w
   }
 }
 
-void MakeEmpty(JukeboxArea& jukeboxes, DocumentWindows& windows) {
+void MakeNew(Tallow& tallow, JukeboxArea& jukeboxes, DocumentWindows& windows) {
   Jukebox& jukebox = windows.NewJukebox();
   jukebox.Caption(jukeboxes.NewCaption());
-  AddStandardColumns(jukebox);
-  jukebox.Nodes().AddChild(nullptr, "All Songs");
-  jukebox.RememberContent();
+  BuildNewJukebox(tallow.library, jukebox);
   windows.ShowJukebox(jukebox);
 }
 
@@ -59,7 +57,7 @@ void MakeNewJukebox(Tallow& tallow, JukeboxArea& jukeboxes, DocumentWindows& win
   if (jukeboxes.Open().empty())
     MakeSample(tallow, jukeboxes, windows);
   else
-    MakeEmpty(jukeboxes, windows);
+    MakeNew(tallow, jukeboxes, windows);
 }
 
 }  // namespace tallow

@@ -96,6 +96,21 @@ void StartUp::Notice(const std::vector<std::string>& lines) {
 
 void StartUp::NoticeScan(const std::vector<std::string>& lines) { frame_.NoticeScan(lines); }
 
+void StartUp::DiscardJukebox(Jukebox& jukebox) {
+  if (frmMain* const window = frame_.WindowOf(jukebox)) delete window->parentWidget();
+}
+
+void StartUp::SelectFolder(Jukebox& jukebox, Folder& folder) {
+  if (frmMain* const window = frame_.WindowOf(jukebox)) window->PVExplorer1().Select(folder);
+}
+
+void StartUp::PlaceJukeboxes(const std::vector<PlacedJukebox>& placed, Jukebox& front) {
+  std::vector<JukeboxPlaces::Placed> windows;
+  for (const auto& [jukebox, place] : placed)
+    if (frmMain* const window = frame_.WindowOf(*jukebox)) windows.emplace_back(window, place);
+  if (frmMain* const window = frame_.WindowOf(front)) frame_.Places().Restore(windows, *window);
+}
+
 void StartUp::OpenInTextEditor(const std::string& path) {
   if (silent_) return;
   // If the path does not exist, falls back to the copy in the folder of the executable, which need

@@ -36,6 +36,9 @@ class StartUp : public StartUpWindows {
                                     const std::vector<std::string>& choices) override;
   void Notice(const std::vector<std::string>& lines) override;
   void NoticeScan(const std::vector<std::string>& lines) override;
+  void DiscardJukebox(Jukebox& jukebox) override;
+  void SelectFolder(Jukebox& jukebox, Folder& folder) override;
+  void PlaceJukeboxes(const std::vector<PlacedJukebox>& placed, Jukebox& front) override;
   void OpenInTextEditor(const std::string& path) override;
   /// Sets a callback that runs at the end of start-up, before the modal tip window opens.
   void BeforeTip(std::function<void()> act) { before_tip_ = std::move(act); }
