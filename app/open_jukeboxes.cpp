@@ -17,6 +17,9 @@ namespace {
 constexpr std::string_view kFormat = "Tallow open jukeboxes";
 constexpr int kVersion = 1;
 
+/// No edge of a window is farther from that of its area, in pixels.
+constexpr int kMaxPixels = 1'000'000;
+
 /// The names of WindowPlace::State, in its order.
 constexpr std::array<std::string_view, 3> kStates = {"normal", "maximized", "minimized"};
 
@@ -97,8 +100,10 @@ OpenJukebox JukeboxFrom(const nlohmann::json& member) {
   jukebox.is_active = member.at("active").get<bool>();
   const auto* const state = std::ranges::find(kStates, member.at("state").get<std::string>());
   const auto place = member.at("place").get<std::array<int, 4>>();
-  if (state == kStates.end() || !IsAbsolutePath(jukebox.file))
-    throw std::runtime_error("a jukebox has an invalid state or file");
+  const bool is_far = std::ranges::any_of(
+      place, [](int number) { return number < -kMaxPixels || number > kMaxPixels; });
+  if (state == kStates.end() || is_far || !IsAbsolutePath(jukebox.file))
+    throw std::runtime_error("a jukebox has an invalid state, place or file");
   jukebox.place = {static_cast<WindowPlace::State>(state - kStates.begin()), place[0], place[1],
                    place[2], place[3]};
   jukebox.shown = NamesFrom(member.at("shown"));

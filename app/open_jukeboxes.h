@@ -45,9 +45,9 @@ using FolderNames = std::vector<std::string>;
 struct OpenJukebox {
   std::string file;
   bool is_active = false;
-  WindowPlace place;
-  FolderNames shown;
-  std::vector<FolderNames> expanded;
+  WindowPlace place = {};
+  FolderNames shown = {};
+  std::vector<FolderNames> expanded = {};
   bool operator==(const OpenJukebox&) const = default;
 };
 
@@ -80,8 +80,8 @@ class OpenJukeboxes {
   /// Remembers a jukebox whose drive is away: Store keeps it until it is open.
   void KeepAway(OpenJukebox jukebox) { away_.push_back(std::move(jukebox)); }
 
-  /// From now on Store writes. Before the start has opened the jukeboxes, fewer are open than are to
-  /// be opened at the next start.
+  /// From now on Store writes. Before the start has opened the jukeboxes, fewer are open than are
+  /// to be opened at the next start.
   void BeginStoring() noexcept { is_storing_ = true; }
 
   /// Replaces the file, unless it has the same content or cannot be read. Does nothing before

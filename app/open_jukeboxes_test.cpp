@@ -81,7 +81,7 @@ TEST(DescribeOpen, FoldersAreExpandedAndFoundByTheirNames) {
   Folder& artist = jukebox.Nodes().AddChild(nullptr, "Artist");
   Folder& abba = jukebox.Nodes().AddChild(&artist, "ABBA");
   year.Open(true);
-  ExpandAsBefore({.file = {}, .expanded = {{"Artist"}, {"Artist", "gone"}, {"gone", "x"}}},
+  ExpandAsBefore({.file = "", .expanded = {{"Artist"}, {"Artist", "gone"}, {"gone", "x"}}},
                  jukebox);
   EXPECT_FALSE(year.Open());
   EXPECT_TRUE(artist.Open());

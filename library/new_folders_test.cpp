@@ -9,6 +9,7 @@
 #include "library/excluded_folders.h"
 #include "tests/library_fixture.h"
 #include "tests/row_numbers.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {

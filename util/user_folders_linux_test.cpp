@@ -20,6 +20,11 @@ TEST(UserFoldersLinux, TheDataFolderIsThatOfTheEnvironment) {
   EXPECT_EQ(UserDataFolder(), "/data/ada/");
 }
 
+TEST(UserFoldersLinux, TheHomeFolderIsThatOfTheEnvironment) {
+  const EnvironmentVariable home("HOME", "/home/ada");
+  EXPECT_EQ(HomeFolder(), "/home/ada/");
+}
+
 TEST(UserFoldersLinux, WithoutAnAbsolutePathTheDataFolderIsInTheHomeFolder) {
   const EnvironmentVariable home("HOME", "/home/ada");
   for (const char* const path : {"", "data"}) {

@@ -2,6 +2,7 @@
 // The drives and volumes of a mount table, with the block devices of a test's own folders.
 #include "app/search/mount_sources_linux.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <map>
@@ -9,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "app/search/system_volumes.h"
 #include "tests/temp_folder.h"
 
 namespace tallow {
@@ -213,6 +215,11 @@ TEST_F(MountSourcesTest, GivenDrivesTakeTheMountPointsAndLinksOfTheSystem) {
   EXPECT_FALSE(drives->MayFollow("/proc/self"));
   EXPECT_TRUE(drives->MayFollow(folder.path()));
   EXPECT_EQ(drives->ListedTypeOf(folder.path()), kFixedDrive);
+}
+
+TEST(SystemWalkLimits, TheMountPointsOfTheKernelAreAmongThem) {
+  const std::vector<std::string> points = SystemWalkLimits().mount_points();
+  EXPECT_NE(std::find(points.begin(), points.end(), "/proc/"), points.end());
 }
 
 }  // namespace
