@@ -8,6 +8,7 @@
 #include <QEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPointer>
 
 #include "app/tallow.h"
 #include "ui/frame/frame_messages.h"
@@ -21,6 +22,10 @@ namespace {
 
 QMdiSubWindow* SubwindowOf(const frmMain& window) {
   return qobject_cast<QMdiSubWindow*>(window.parentWidget());
+}
+
+bool IsNormal(const QMdiSubWindow& sub) {
+  return sub.isVisible() && !sub.isMaximized() && !sub.isMinimized();
 }
 
 /// The part of a window that remains inside the area, in pixels.
@@ -63,15 +68,19 @@ void JukeboxPlaces::WindowShown() {
 
 bool JukeboxPlaces::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Move || event->type() == QEvent::Resize) {
-    const auto* const sub = qobject_cast<QMdiSubWindow*>(watched);
-    if (sub != nullptr && sub->isVisible() && !sub->isMaximized() && !sub->isMinimized())
-      normal_[watched] = sub->geometry();
+    // Queued, because the state may change right after the geometry.
+    QMetaObject::invokeMethod(
+        this,
+        [this, sub = QPointer(qobject_cast<QMdiSubWindow*>(watched))] {
+          if (sub != nullptr && IsNormal(*sub)) normal_[sub] = sub->geometry();
+        },
+        Qt::QueuedConnection);
   }
   return QObject::eventFilter(watched, event);
 }
 
 WindowPlace JukeboxPlaces::PlaceOf(const QMdiSubWindow& sub) const {
-  const QRect normal = normal_.value(&sub);
+  const QRect normal = IsNormal(sub) ? sub.geometry() : normal_.value(&sub);
   WindowPlace place{WindowPlace::State::kNormal, normal.left(), normal.top(), normal.width(),
                     normal.height()};
   if (sub.isMaximized()) place.state = WindowPlace::State::kMaximized;
@@ -123,6 +132,7 @@ void JukeboxPlaces::Restore(const std::vector<Placed>& placed, frmMain& front) {
     sub.showNormal();
     if (has_size)
       sub.setGeometry(MovedInside(QRect(place.left, place.top, place.width, place.height), area));
+    normal_[&sub] = sub.geometry();
   }
   for (const auto& [window, place] : placed) {
     if (place.state == WindowPlace::State::kMaximized) SubwindowOf(*window)->showMaximized();
