@@ -13,9 +13,10 @@ namespace tallow {
 namespace {
 
 /// Folders in the root of a system's drive that belong to the system or to programs.
-constexpr std::array<std::string_view, 14> kSystemFolders = {
-    "bin",  "boot", "etc", "lib",     "lib64",         "nix", "sbin",
-    "snap", "usr",  "var", "Windows", "Program Files", "gnu", "Program Files (x86)"};
+constexpr std::array<std::string_view, 15> kSystemFolders = {
+    "bin",        "boot", "etc", "lib",     "lib64",         "nix", "sbin",
+    "snap",       "usr",  "var", "Windows", "Program Files", "gnu", "Program Files (x86)",
+    "ProgramData"};
 
 /// The folder in a home folder in which Windows keeps the settings of programs.
 constexpr std::string_view kAppData = "AppData";

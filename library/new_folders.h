@@ -37,9 +37,9 @@ struct WalkLimits {
 /// of rule 2 needs only the paths of the known folders; for the second half, parents that are not
 /// found by the other rules are listed, at most one for each known folder.
 ///
-/// The top of a tree is so never a folder with few songs among many other things. It is neither a
-/// root of a drive or share, nor the home folder or one above or beside it, nor a folder of the
-/// system or of settings of programs ("/usr/", "C:\Windows\", "~/.local/"): rule 2 ignores them.
+/// Rule 2 ignores folders that hold much besides songs: the root of a drive or share, the home
+/// folder, those above and beside it, and folders of the system or with settings of programs
+/// ("/usr/", "C:\Windows\", "~/.local/").
 /// Rule 3 never enters links, which could lead in circles, mount points and other drives, nor
 /// folders that searches exclude (IsExcludedFolder). It does not enter subfolders of folders above
 /// the home folder, nor settings of programs below it, even if a song lies beside them.
