@@ -86,9 +86,9 @@ class clsMain {
                                                const WaitForDrive& wait = {});
 
   /// Adds every MP3 file in the remembered folders that is not a present song yet, with rank "2",
-  /// then removes copies of known songs. With the switch `new_subfolders`, also adds those in new
-  /// folders beside and below the remembered ones, see NewFolders. When there is no library yet, searches all drives instead
-  /// and turns the result into the library, see ImportFoundSongs.
+  /// then removes copies of known songs. With the switch `new_subfolders`, also adds those in the
+  /// folders of NewFolders. When there is no library yet, searches all drives instead and turns the
+  /// result into the library, see ImportFoundSongs.
   ///
   /// A missing folder list is rebuilt from the library. A list that cannot be read, or is a
   /// dangling link, is not changed; the folders of the songs are used instead.
