@@ -36,8 +36,8 @@ constexpr StyleSwitch kStyleSwitches[] = {
      "order of their making.",
      &Switches::natural_order},
     {"newSubfolders", "Find n&ew subfolders",
-     "A search of the folders with songs also finds new folders inside them; without this, only a "
-     "search of the whole computer does.",
+     "A search of the folders with songs also finds new folders inside and beside them; without "
+     "this, only a search of the whole computer does.",
      &Switches::new_subfolders},
     {"fillsNewJukeboxes", "Fill &new jukeboxes",
      "A new jukebox has all songs in \"All Songs\"; without this, the folder is empty.",

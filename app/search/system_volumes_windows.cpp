@@ -8,6 +8,7 @@
 
 #include "app/search/system_volumes.h"
 #include "util/text.h"
+#include "util/user_folders.h"
 #include "util/wide_text_windows.h"
 
 namespace tallow {
