@@ -59,7 +59,7 @@ class frmMusicPlaces : public QDialog {
   void Show(QTreeWidgetItem& item, const PlaceLine& line) const;
   /// Sets the width of the columns, once they have texts.
   void FitColumns();
-  void Tick(const QTreeWidgetItem& item);
+  void Tick(QTreeWidgetItem& item);
   void AddFolder();
   void Add(const std::vector<std::string>& paths);
   void Remove();
