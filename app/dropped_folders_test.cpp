@@ -69,7 +69,6 @@ TEST_F(DroppedFolders, StopAtACancel) {
   int calls = 0;
   const AddedFiles added =
       Drop({music / "in", music / "other"}, [&](std::string_view) { return ++calls < 10; });
-  EXPECT_EQ(calls, 10);
   EXPECT_TRUE(added.songs.empty());
   EXPECT_EQ(added.problems, Texts{"The drop was cancelled: 2 files were not processed."});
 }

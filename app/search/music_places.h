@@ -34,8 +34,8 @@ struct MusicPlace {
 };
 
 /// The places: fixed disks, then other drives and shares that are there, then ticked drives that
-/// are away, then the folders that the user has added. RAM disks and the images of programs are left
-/// out unless they are ticked. Does not access any drive.
+/// are away, then the folders that the user has added. RAM disks and the images of programs are
+/// left out unless they are ticked. Does not access any drive.
 ///
 /// \param choice null when the drives were given: they are then the only places, and all are ticked
 std::vector<MusicPlace> MusicPlaces(const DriveList& drives, const MusicChoice* choice);
@@ -43,13 +43,13 @@ std::vector<MusicPlace> MusicPlaces(const DriveList& drives, const MusicChoice* 
 /// The root of the drive that contains a path: the one with the longest root; empty for none.
 std::string DriveOfPath(const DriveList& drives, std::string_view path);
 
-/// The place with which a search also searches another place, because that lies inside: a ticked one
-/// whose walk reaches it without entering another drive. Null for none.
+/// The place with which a search also searches another place, because that lies inside: a ticked
+/// one whose walk reaches it without entering another drive. Null for none.
 const MusicPlace* SearchedWith(const std::vector<MusicPlace>& places, const MusicPlace& place,
                                const DriveList& drives);
 
-/// The number of songs in each place, those on drives that are away too. A song counts for its drive
-/// and for every added folder that contains it.
+/// The number of songs in each place, those on drives that are away too. A song counts for its
+/// drive and for every added folder that contains it.
 std::vector<std::int32_t> SongsInPlaces(const std::vector<MusicPlace>& places,
                                         const clsMain& library);
 

@@ -9,8 +9,8 @@
 
 namespace tallow {
 
-/// Finds out, without waiting, which places can be reached. Each is asked for on a thread of its own,
-/// because the server of a share may never answer; such a thread stays detached.
+/// Finds out, without waiting, which places can be reached. Each is asked for on a thread of its
+/// own, because the server of a share may never answer; such a thread stays detached.
 class PlaceStates {
  public:
   /// \param max_wait a place that has not answered after this time counts as not there

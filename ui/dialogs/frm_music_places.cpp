@@ -19,6 +19,7 @@
 #include "app/tallow.h"
 #include "library/drive_timeouts.h"
 #include "ui/dialogs/common_dialog.h"
+#include "ui/jukebox/explorer/explorer_edits.h"
 #include "ui/jukebox/explorer_drag.h"
 #include "ui/support/display_text.h"
 #include "ui/support/help_page.h"
@@ -88,8 +89,7 @@ void frmMusicPlaces::SetUpList() {
   list_->setTextElideMode(Qt::ElideMiddle);
   // Tab leaves the list, so that the dialog can be used by keyboard alone.
   list_->setTabKeyNavigation(false);
-  connect(list_, &QTreeWidget::itemChanged, this,
-          [this](const QTreeWidgetItem* item) { Tick(*item); });
+  connect(list_, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item) { Tick(*item); });
   connect(list_, &QTreeWidget::currentItemChanged, this, &frmMusicPlaces::EnableButtons);
   connect(add_, &QPushButton::clicked, this, &frmMusicPlaces::AddFolder);
   connect(remove_, &QPushButton::clicked, this, &frmMusicPlaces::Remove);
@@ -198,7 +198,7 @@ void frmMusicPlaces::EnableButtons() {
   close_->setEnabled(!is_searching_);
 }
 
-void frmMusicPlaces::Tick(const QTreeWidgetItem& item) {
+void frmMusicPlaces::Tick(QTreeWidgetItem& item) {
   const auto row = static_cast<std::size_t>(list_->indexOfTopLevelItem(&item));
   if (row >= lines_.size()) return;
   const bool is_ticked = item.checkState(kPlace) == Qt::Checked;

@@ -34,8 +34,8 @@ struct MusicPlacesContext {
   std::function<std::optional<std::string>()> ask_for_folder = {};
 };
 
-/// The dialog of the places that are searched for songs. What the user changes is stored at once, so
-/// there is nothing to apply or to cancel. Folders can be dropped on it.
+/// The dialog of the places that are searched for songs. What the user changes is stored at once,
+/// so there is nothing to apply or to cancel. Folders can be dropped on it.
 class frmMusicPlaces : public QDialog {
   Q_OBJECT
 
@@ -59,7 +59,7 @@ class frmMusicPlaces : public QDialog {
   void Show(QTreeWidgetItem& item, const PlaceLine& line) const;
   /// Sets the width of the columns, once they have texts.
   void FitColumns();
-  void Tick(const QTreeWidgetItem& item);
+  void Tick(QTreeWidgetItem& item);
   void AddFolder();
   void Add(const std::vector<std::string>& paths);
   void Remove();
