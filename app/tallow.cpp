@@ -5,6 +5,7 @@
 
 #include "app/data_paths.h"
 #include "app/search/system_volumes.h"
+#include "details/details_store.h"
 
 namespace tallow {
 
@@ -12,6 +13,7 @@ Tallow::Tallow(std::string application_folder_)
     : application_folder(std::move(application_folder_)),
       settings_path(SettingsPath(application_folder)),
       library(library_settings_),
+      details(SystemFolder(application_folder) + std::string(kDetailsFileName)),
       unsaved(SystemFolder(application_folder)) {
   library.UseDrives(SystemVolumes, {});
 }

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "app/cls_ini.h"
+#include "app/library_details.h"
 #include "app/preferences.h"
 #include "jukebox/jukebox_clipboard.h"
 #include "jukebox/unsaved_jukeboxes.h"
@@ -50,6 +51,9 @@ class Tallow {
 
  public:
   clsMain library;
+
+  /// What the files of the library's songs say of them.
+  LibraryDetails details;
 
   /// Cache of tags that the searches have read; kept until the songs are filed.
   TagCache found_tags;

@@ -45,6 +45,10 @@ std::int64_t VersionOf(const Database& database) {
   return statement.Step() ? statement.Number(0) : 0;
 }
 
+bool HasSongs(const Database& database) {
+  return Statement(database.get(), "SELECT 1 FROM song LIMIT 1").Step();
+}
+
 std::int32_t Number(const Statement& row, int column) {
   return static_cast<std::int32_t>(row.Number(column));
 }
@@ -129,6 +133,7 @@ void DetailsStore::OpenLocked() {
   try {
     opened_ = std::make_unique<Opened>(path_);
     can_write_ = !opened_->database.IsReadOnly();
+    is_empty_ = !HasSongs(opened_->database);
   } catch (const DatabaseError& error) {
     HandleLocked(error);
   }
@@ -153,6 +158,7 @@ void DetailsStore::HandleLocked(const DatabaseError& error) {
 
 void DetailsStore::SetAsideLocked() {
   opened_.reset();
+  is_empty_ = true;
   can_write_ = false;
   has_transaction_ = false;
   try {
@@ -192,6 +198,11 @@ std::optional<SongDetails> DetailsStore::Find(const std::string& path, const Fil
   }
 }
 
+bool DetailsStore::IsEmpty() {
+  const std::lock_guard lock(mutex_);
+  return is_empty_;
+}
+
 void DetailsStore::Put(const std::string& path, const SongDetails& details) {
   const std::lock_guard lock(mutex_);
   if (opened_ == nullptr || !can_write_) return;
@@ -204,6 +215,7 @@ void DetailsStore::Put(const std::string& path, const SongDetails& details) {
     BindKey(put, path, details.stamp);
     BindDetails(put, details);
     put.Step();
+    is_empty_ = false;
     if (Now() - last_commit_ >= kCommitEvery) CommitLocked();
   } catch (const DatabaseError& error) {
     HandleLocked(error);
@@ -230,6 +242,7 @@ void DetailsStore::Close() {
   Commit();
   const std::lock_guard lock(mutex_);
   opened_.reset();
+  is_empty_ = true;
   can_write_ = false;
 }
 

@@ -56,6 +56,9 @@ class DetailsStore {
   /// The details of a song; no value when they are not stored, or the file has changed since.
   std::optional<SongDetails> Find(const std::string& path, const FileStamp& stamp);
 
+  /// Whether no details are stored.
+  bool IsEmpty();
+
   /// Stores the details of a song, in place of earlier ones. They are on the disk after the next
   /// commit: at most one a second.
   void Put(const std::string& path, const SongDetails& details);
@@ -84,6 +87,7 @@ class DetailsStore {
   std::string path_;
   std::unique_ptr<Opened> opened_;  ///< null when there is no database
   bool can_write_ = false;
+  bool is_empty_ = true;
   bool has_transaction_ = false;
   std::chrono::steady_clock::time_point last_commit_;
   std::vector<std::string> problems_;

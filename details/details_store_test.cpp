@@ -65,6 +65,18 @@ TEST_F(Store, KeepsDetailsBetweenRuns) {
   EXPECT_TRUE(store_.TakeProblems().empty());
 }
 
+TEST_F(Store, IsEmptyUntilDetailsAreStored) {
+  EXPECT_TRUE(store_.IsEmpty());
+  store_.Open(path_);
+  EXPECT_TRUE(store_.IsEmpty());
+  store_.Put("/m/a.mp3", Details(7, "Title"));
+  EXPECT_FALSE(store_.IsEmpty());
+  store_.Close();
+  EXPECT_TRUE(store_.IsEmpty());
+  store_.Open(path_);
+  EXPECT_FALSE(store_.IsEmpty());
+}
+
 TEST_F(Store, ASongThatChangedIsNotFound) {
   const SongDetails details = Details(7, "a");
   store_.Open(path_);
