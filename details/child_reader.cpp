@@ -14,7 +14,7 @@ namespace {
 
 /// The first message of the child. A program that does not send it is no such child, and must not
 /// make files look as if they could not be read.
-constexpr std::string_view kGreeting = "song details 1";
+constexpr std::string_view kGreeting = "song details 2";
 
 /// A child whose parent was killed while TagLib does not end has to end by itself.
 constexpr std::chrono::seconds kMaxLifeOfOneRead{20};

@@ -81,6 +81,7 @@ TEST(DetailsMessage, DecodesWhatWasEncoded) {
   details.comment = std::string(4000, 'x');
   details.length_ms = std::numeric_limits<std::int32_t>::max();
   details.format = "MP3";
+  details.has_id3v1 = true;
   details.stamp = {std::numeric_limits<std::uint64_t>::max(), -5};
   details.failed = true;
   const std::string bytes = EncodeDetails(details);

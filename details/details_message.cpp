@@ -75,6 +75,7 @@ void VisitAll(Visitor& visitor, Details& details) {
   visitor.Visit(details.bit_rate);
   visitor.Visit(details.sample_rate);
   visitor.Visit(details.format);
+  visitor.Visit(details.has_id3v1);
   visitor.Visit(details.stamp.size);
   visitor.Visit(details.stamp.modified);
   visitor.Visit(details.failed);

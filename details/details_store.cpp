@@ -15,7 +15,7 @@ namespace {
 // One row for each file. Its columns are the members of SongDetails, in the order of kColumns. The
 // path is a blob, because on Linux it may be any bytes. Times of change are in the unit of
 // FileStamp; lengths in milliseconds.
-constexpr std::int64_t kSchemaVersion = 1;
+constexpr std::int64_t kSchemaVersion = 2;
 constexpr const char* kCreate =
     "BEGIN;"
     "DROP TABLE IF EXISTS song;"
@@ -24,8 +24,8 @@ constexpr const char* kCreate =
     " album_artist TEXT NOT NULL, album TEXT NOT NULL, date TEXT NOT NULL, genre TEXT NOT NULL,"
     " disc INTEGER NOT NULL, track INTEGER NOT NULL, comment TEXT NOT NULL,"
     " length_ms INTEGER NOT NULL, bit_rate INTEGER NOT NULL, sample_rate INTEGER NOT NULL,"
-    " format TEXT NOT NULL) WITHOUT ROWID;"
-    "PRAGMA user_version = 1;"
+    " format TEXT NOT NULL, id3v1 INTEGER NOT NULL) WITHOUT ROWID;"
+    "PRAGMA user_version = 2;"
     "COMMIT;";
 
 /// Memory of the page cache is limited to 2 MB. Functions in a manipulated schema do not run.
@@ -34,11 +34,11 @@ constexpr const char* kSettings =
 
 constexpr const char* kFind =
     "SELECT failed, found, title, artist, album_artist, album, date, genre, disc, track, comment,"
-    " length_ms, bit_rate, sample_rate, format FROM song"
+    " length_ms, bit_rate, sample_rate, format, id3v1 FROM song"
     " WHERE path = ?1 AND size = ?2 AND modified = ?3";
 constexpr const char* kPut =
     "INSERT OR REPLACE INTO song VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13,"
-    " ?14, ?15, ?16, ?17, ?18)";
+    " ?14, ?15, ?16, ?17, ?18, ?19)";
 
 std::int64_t VersionOf(const Database& database) {
   Statement statement(database.get(), "PRAGMA user_version");
@@ -69,6 +69,7 @@ SongDetails DetailsOf(const Statement& row, const FileStamp& stamp) {
   details.bit_rate = Number(row, column++);
   details.sample_rate = Number(row, column++);
   details.format = row.Text(column++);
+  details.has_id3v1 = row.Number(column++) != 0;
   details.stamp = stamp;
   return details;
 }
@@ -95,6 +96,7 @@ void BindDetails(Statement& statement, const SongDetails& details) {
   statement.Bind(parameter++, details.bit_rate);
   statement.Bind(parameter++, details.sample_rate);
   statement.BindText(parameter++, details.format);
+  statement.Bind(parameter++, details.has_id3v1 ? 1 : 0);
 }
 
 }  // namespace

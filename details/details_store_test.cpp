@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "details/database.h"
 #include "tests/temp_folder.h"
 #include "util/atomic_file.h"
 
@@ -31,6 +32,7 @@ SongDetails Details(std::uint64_t size, const std::string& title) {
   details.bit_rate = 320;
   details.sample_rate = 44100;
   details.format = "MP3";
+  details.has_id3v1 = true;
   details.stamp = {size, 1234567890123456789};
   return details;
 }
@@ -75,6 +77,21 @@ TEST_F(Store, IsEmptyUntilDetailsAreStored) {
   EXPECT_TRUE(store_.IsEmpty());
   store_.Open(path_);
   EXPECT_FALSE(store_.IsEmpty());
+}
+
+TEST_F(Store, ADatabaseOfAnotherVersionIsEmptied) {
+  const SongDetails details = Details(7, "a");
+  store_.Open(path_);
+  store_.Put("/m/a.mp3", details);
+  store_.Close();
+  Database(path_).Execute(
+      "DROP TABLE song; CREATE TABLE song (path BLOB PRIMARY KEY); PRAGMA user_version = 1;"
+      "INSERT INTO song VALUES ('/m/a.mp3');");
+  store_.Open(path_);
+  EXPECT_TRUE(store_.IsEmpty());
+  EXPECT_TRUE(store_.TakeProblems().empty());
+  store_.Put("/m/a.mp3", details);
+  EXPECT_EQ(store_.Find("/m/a.mp3", details.stamp), details);
 }
 
 TEST_F(Store, ASongThatChangedIsNotFound) {

@@ -18,10 +18,15 @@ struct SongDetails {
   std::int32_t sample_rate = 0;  ///< Hz; 0 when not known
   /// What the file is by its content: "MP3", "FLAC", "Ogg Vorbis"; empty when not known.
   std::string format = {};
+  /// The file ends in an ID3v1 tag, the only kind of tag that the classic style reads.
+  bool has_id3v1 = false;
   FileStamp stamp = {};  ///< size and time of change of the file that was read
   /// The file could not be read, or a limit was exceeded. The other members have what was found
   /// before.
   bool failed = false;
+
+  /// Whether the file has tags, but no ID3v1 tag.
+  bool HasOnlyNewerTags() const noexcept { return tags.found && !has_id3v1; }
 
   friend bool operator==(const SongDetails&, const SongDetails&) = default;
 };

@@ -100,11 +100,13 @@ void AddId3v2(TagFields& fields, const TagLib::ID3v2::Tag* tag) {
   fields.Add(tag->properties());
 }
 
-void AddId3v1(Reading& reading) {
-  const std::uint64_t size = reading.stream.Size();
-  if (size < kTagBytes) return;
-  reading.fields.AddId3v1(reading.stream.Peek(size - kTagBytes, kTagBytes));
+/// The last bytes of the file, where an ID3v1 tag is; empty when it is too short for one.
+std::string LastBlock(BoundedStream& stream) {
+  const std::uint64_t size = stream.Size();
+  return size < kTagBytes ? std::string() : stream.Peek(size - kTagBytes, kTagBytes);
 }
+
+void AddId3v1(Reading& reading) { reading.fields.AddId3v1(LastBlock(reading.stream)); }
 
 void ReadMpeg(Reading& reading) {
   TagLib::MPEG::File file(&reading.stream, TagLib::ID3v2::FrameFactory::instance(),
@@ -224,6 +226,8 @@ SongDetails Read(const std::string& path, const ReadLimits& limits, bool wants_a
     if (!is_broken) {
       const FileKind kind = KindOfFile(path, stream);
       reading.details.format = KindName(kind);
+      // Before the other tags, which may exceed a limit.
+      if (wants_audio) reading.details.has_id3v1 = LastBlock(stream).starts_with(kTagMarker);
       ReadKind(reading, kind);
     }
   } catch (const StreamNotLeft&) {

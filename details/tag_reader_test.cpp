@@ -213,6 +213,30 @@ TEST_F(TagReader, AnOverlongTagGivesWhatIsBeforeTheLimit) {
   EXPECT_FALSE(ReadSongDetails(path).failed);
 }
 
+TEST_F(TagReader, TellsFilesWithNewerTagsAloneFromThoseWithId3v1) {
+  const auto details = [this](const std::string& content) {
+    return ReadSongDetails(folder_.File("a.mp3", content));
+  };
+  const std::string newer = Id3v2(3, {{"TIT2", "\0"s + "Title"}});
+  const std::string ape = Ape({{"Title", "Title"}});
+  const std::string older = Tag({.title = "Older"});
+  EXPECT_TRUE(details(newer + Audio(900)).HasOnlyNewerTags());
+  EXPECT_TRUE(details(Audio(900) + ape).HasOnlyNewerTags());
+  for (const std::string& content :
+       {newer + Audio(900) + older, Audio(900) + ape + older, Audio(900) + older}) {
+    EXPECT_TRUE(details(content).has_id3v1);
+    EXPECT_FALSE(details(content).HasOnlyNewerTags());
+  }
+  EXPECT_FALSE(details(Audio(900)).has_id3v1);
+  EXPECT_FALSE(details(Audio(900)).HasOnlyNewerTags());
+  EXPECT_FALSE(details(older.substr(1)).has_id3v1);
+  // A limit that the newer tag exceeds.
+  const std::string path = folder_.File(
+      "b.mp3", Id3v2(3, {{"TIT2", "\0"s + "Title"}, {"PRIV", std::string(100'000, 'x')}}) +
+                   Audio(9000) + older);
+  EXPECT_FALSE(ReadSongDetails(path, {.max_bytes = 20'000}).HasOnlyNewerTags());
+}
+
 TEST_F(TagReader, LongTextsAreCutAtACharacter) {
   std::string text = "\x03";
   for (int k = 0; k < 5000; ++k) text += "я";
