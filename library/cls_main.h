@@ -18,6 +18,7 @@
 #include "library/library_storage.h"
 #include "library/missing_songs.h"
 #include "library/mounted_volumes.h"
+#include "library/other_formats.h"
 #include "library/record_repair.h"
 #include "library/scan_report.h"
 #include "library/song_table.h"
@@ -226,8 +227,7 @@ class clsMain {
   /// songs of that folder are not checked.
   /// \returns for each song whether its file exists
   std::vector<char> RecheckSong(const std::vector<std::int32_t>& records);
-  /// RecheckSong, and if the file is not there: marks the song as away, or blanks its row when it
-  /// is missing.
+  /// RecheckSong; if the file is not there, the song becomes away, or missing and its row blank.
   bool CheckSong(std::int32_t record);
   /// Checks whether the first song is away, and if so, checks all the songs.
   void MarkAwaySongs(const std::vector<std::int32_t>& records);
@@ -292,6 +292,9 @@ class clsMain {
   void LeaveOut(const std::string& path, std::int32_t record);
   /// The files that the last scans left out because a song has their name.
   const std::vector<LeftOutFile>& LeftOut() const noexcept { return left_out_; }
+  /// The files of other formats that the last scans have seen.
+  OtherFormats& OthersSeen() noexcept { return others_seen_; }
+  const OtherFormats& OthersSeen() const noexcept { return others_seen_; }
 
   /// Records that a folder could not be read completely. It is reported, and scanned again at the
   /// next start.
@@ -354,11 +357,9 @@ class clsMain {
   bool MarkIfAway(std::int32_t record, const FileStatus& status);
   FileStatus CheckSongFile(std::int32_t record) { return disk_.CheckPath(Song(record).Path()); }
   void BlankRow(std::int32_t row);
-  /// Removes added rows whose path a song has already, perhaps in another spelling, which the song
-  /// then gets.
+  /// Removes added rows with the path of a song, perhaps in another spelling, which the song gets.
   void LeaveOutKnownPaths(std::int32_t old_count);
-  /// If a song in a folder that searches skip was also found elsewhere, its row gets the new path
-  /// and keeps its rank and its jukebox entries.
+  /// Gives songs in folders that searches skip the path at which they were also found.
   void MoveOutOfExcludedFolders(std::int32_t old_count);
   void LeaveOutCopiesOfAwaySongs(std::int32_t old_count);
   std::vector<char> RowsToCompare() const;
@@ -388,6 +389,7 @@ class clsMain {
   bool list_is_unread_ = false;  ///< the folder list could not be read, so it is not replaced
   std::vector<ReturnedSong> returned_;
   std::vector<LeftOutFile> left_out_;
+  OtherFormats others_seen_;
   ScanReport scan_;
   std::vector<std::string> problems_;
   bool main_is_dirty_ = false;

@@ -161,6 +161,7 @@ void clsMain::BeginScan(ScanKind kind) {
   rows_before_scan_ = table_.rows();
   drives_were_checked_ = false;
   disk_.Clear();
+  if (kind != ScanKind::kFiles) others_seen_.Clear();
 }
 
 void clsMain::LeaveOut(const std::string& path, std::int32_t record) {

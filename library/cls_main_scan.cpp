@@ -75,8 +75,9 @@ void clsMain::AddFromRememberedFolders() {
         folders.size(), kFoldersAtOnce, [&](std::size_t k) { return folders[k]; },
         [unanswered = disk_.Unanswered(),
          pattern = SongPattern(switches_)](const std::string& folder) {
-          return unanswered->Covers(folder) ? FolderListing()
-                                            : ListFolder(folder, {.pattern = pattern});
+          return unanswered->Covers(folder)
+                     ? FolderListing()
+                     : ListFolder(folder, {.pattern = pattern, .counted = OtherSongs(pattern)});
         },
         [&](std::size_t k, const FolderListing& listing) {
           AddMp3FilesOfOneFolder(folders[k], listing, known);
@@ -156,9 +157,10 @@ void clsMain::AddMp3FilesOfOneFolder(std::string_view folder, const FolderListin
     RememberUnread(folder, false, listing.problem);
   else if ((listing.opened || listing.not_there) && !state_.Unread().HasBelow(folder))
     ForgetUnread(folder);
+  const bool accepts_new = !HoldsNoSongs(folder);
+  if (accepts_new) others_seen_.Set(folder, listing.counted);
   if (listing.files.empty()) return;
   KnownSongs::Rows& rows = known.OfFolder(folder);
-  const bool accepts_new = !HoldsNoSongs(folder);
   for (const FileEntry& file : listing.files) {
     if (const auto found = rows.find(known.Key(file.name)); found != rows.end()) {
       // On a case-insensitive file system, update the spelling of the name.

@@ -18,6 +18,12 @@ constexpr std::string_view SongPattern(const Switches& switches) noexcept {
   return switches.more_formats ? kModernSongPattern : kSongPattern;
 }
 
+/// File patterns of songs of other formats, when files of the pattern are listed; empty when they
+/// are songs of all formats, or no songs.
+constexpr std::string_view OtherSongs(std::string_view pattern) noexcept {
+  return pattern == kSongPattern ? kModernSongPattern : std::string_view();
+}
+
 /// Whether a file name is that of a song with these switches; see also MayBeSong.
 bool IsSongName(std::string_view name, const Switches& switches);
 

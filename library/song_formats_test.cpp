@@ -22,6 +22,12 @@ TEST(SongFormats, InModernStyleSongsAreFilesOfAllFormats) {
     EXPECT_FALSE(IsSongName(name, kModernStyle)) << name;
 }
 
+TEST(SongFormats, OnlyAListOfMp3FilesLeavesOtherSongsOut) {
+  EXPECT_EQ(OtherSongs(SongPattern(kClassicStyle)), kModernSongPattern);
+  EXPECT_EQ(OtherSongs(SongPattern(kModernStyle)), "");
+  EXPECT_EQ(OtherSongs("winamp.exe"), "");
+}
+
 TEST(SongFormats, TheOtherSwitchesDoNotMatter) {
   Switches switches = kModernStyle;
   switches.more_formats = false;

@@ -53,6 +53,18 @@ class Styles : public LibraryTest {
   using Rows = std::vector<std::int32_t>;
 };
 
+TEST_F(Styles, KnownFoldersShowFilesOfOtherFormats) {
+  MakeFile(music / "one" + kSeparator + "a.mp3");
+  MakeFile(music / "one" + kSeparator + "b.flac");
+  MakeFile(music / "two" + kSeparator + "c.flac");
+  Search();
+  EXPECT_EQ(library.OthersSeen().Files(), 0U);
+  library.BeginScan(ScanKind::kFolderList);
+  library.AddAnyAdditionalMp3FromTheNormalDirectories();
+  library.FinishScan(true);
+  EXPECT_EQ(library.OthersSeen().ByFolder(), (OtherFormats::Folders{{music / "one/", 1}}));
+}
+
 TEST_F(Styles, ModernStyleAddsTwinsAndOtherFormats) {
   MakeFile(music / "one" + kSeparator + "a.mp3");
   MakeFile(music / "two" + kSeparator + "a.mp3");

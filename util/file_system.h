@@ -64,7 +64,9 @@ struct FolderListing {
 /// What ListFolder must collect.
 struct ListRequest {
   std::string_view pattern = "*";  ///< for file names, see MatchesFilePattern
-  std::string_view counted = {};   ///< files of other names that match this are only counted
+  /// Files of other names that match this are only counted, unless a name begins with "._": those
+  /// hold what macOS stores of other files.
+  std::string_view counted = {};
   bool subfolders = false;
   bool sizes = false;
   bool others = false;  ///< also list entries that match the pattern but are not files

@@ -201,7 +201,7 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
     const std::string_view name(entry->d_name);
     const bool matches = MatchesFilePattern(name, request.pattern);
     if (!matches && entry->d_type == DT_REG && !request.counted.empty() &&
-        MatchesFilePattern(name, request.counted))
+        !name.starts_with("._") && MatchesFilePattern(name, request.counted))
       ++listing.counted;
     // The entry does not match the pattern and cannot be a requested folder: no stat() needed.
     if (!matches && (!request.subfolders || entry->d_type == DT_REG)) continue;

@@ -39,6 +39,21 @@ TEST(FileSystem, AListingContainsFilesSizesAndSubfolders) {
   EXPECT_NE(listing.identity, IdentityOfFolder(folder / "sub.mp3"));
 }
 
+TEST(FileSystem, FilesOfTheCountedNamesAreOnlyCounted) {
+  const TempFolder folder;
+  for (const char* const name : {"a.mp3", "b.flac", "C.OGG", "d.txt", "._b.flac"})
+    folder.File(name);
+  folder.Folder("e.flac");
+  FolderListing listing =
+      ListFolder(folder.path(), {.pattern = "*.mp3", .counted = "*.mp3;*.flac;*.ogg"});
+  EXPECT_EQ(NamesOf(listing), std::vector<std::string>{"a.mp3"});
+  EXPECT_EQ(listing.counted, 2U);
+  listing =
+      ListFolder(folder.path(), {.pattern = "*.mp3", .counted = "*.flac", .subfolders = true});
+  EXPECT_EQ(listing.counted, 1U);
+  EXPECT_EQ(ListFolder(folder.path(), {.pattern = "*.mp3"}).counted, 0U);
+}
+
 TEST(FileSystem, AFolderThatIsNotThereIsNotOpened) {
   const TempFolder folder;
   EXPECT_FALSE(ListFolder(folder / "none", {}).opened);

@@ -111,7 +111,9 @@ FolderListing ListFolder(const std::string& folder, const ListRequest& request) 
       continue;
     }
     if (!MatchesFilePattern(name, request.pattern)) {
-      if (!request.counted.empty() && MatchesFilePattern(name, request.counted)) ++listing.counted;
+      if (!request.counted.empty() && !name.starts_with("._") &&
+          MatchesFilePattern(name, request.counted))
+        ++listing.counted;
       continue;
     }
     std::uint64_t size = (std::uint64_t{found.nFileSizeHigh} << 32U) | found.nFileSizeLow;

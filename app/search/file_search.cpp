@@ -206,14 +206,17 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
 std::int64_t FileSearch::AddFilesInFolder(FileSearchRequest& request) {
   const std::string folder = EnsureTrailingBackslash(request.Folder);
   return AddListedFiles(request, folder,
-                        ListFolder(folder, {.pattern = request.Pattern, .sizes = true}));
+                        ListFolder(folder, {.pattern = request.Pattern,
+                                            .counted = OtherSongs(request.Pattern),
+                                            .sizes = true}));
 }
 
 std::int64_t FileSearch::AddListedFiles(FileSearchRequest& request, const std::string& folder,
                                         const FolderListing& listing) {
-  if (listing.files.empty()) return 0;
+  if (listing.files.empty() && listing.counted == 0) return 0;
   const bool add = request.AddToLibrary && !IsExcludedFolder(folder);
   clsMain& library = tallow_.library;
+  if (add && listing.counted > 0) library.OthersSeen().Set(folder, listing.counted);
   std::int64_t total = 0;
   for (const FileEntry& file : listing.files) {
     ++request.FilesFound;

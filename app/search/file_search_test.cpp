@@ -56,6 +56,33 @@ TEST_F(FileSearchTest, FoundFilesBecomeSongsOfRankTwo) {
   EXPECT_FALSE(FileExists(LibraryPath()));
 }
 
+TEST_F(FileSearchTest, FilesOfOtherFormatsAreSeenByFolder) {
+  music.File("a.mp3");
+  music.File("flac/b.flac");
+  music.File("flac/c.M4A");
+  music.File("flac/cover.jpg");
+  music.File("ogg/d.ogg");
+  music.File("incomplete/e.ogg");
+  library.BeginScan(ScanKind::kComputer);
+  SearchMusic();
+  EXPECT_EQ(Songs(), Texts{"a.mp3"});
+  EXPECT_EQ(library.OthersSeen().ByFolder(),
+            (OtherFormats::Folders{{music / "flac/", 2}, {music / "ogg/", 1}}));
+  // Dropped files leave what a search has seen.
+  library.BeginScan(ScanKind::kFiles);
+  EXPECT_EQ(library.OthersSeen().Files(), 3U);
+  library.BeginScan(ScanKind::kComputer);
+  EXPECT_EQ(library.OthersSeen().Files(), 0U);
+}
+
+TEST_F(FileSearchTest, InModernStyleThereAreNoOtherFormats) {
+  library.UseSwitches(kModernStyle);
+  music.File("b.flac");
+  SearchMusic();
+  EXPECT_EQ(Songs(), Texts{"b.flac"});
+  EXPECT_EQ(library.OthersSeen().Files(), 0U);
+}
+
 TEST_F(FileSearchTest, OnlyHardDrivesAreWalkedButAllAreNamed) {
   for (const char* drive : {"a", "c", "d", "e"})
     music.File(std::string(drive) + "/x" + drive + ".mp3");

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "app/search/folder_reader.h"
+#include "library/song_formats.h"
 #include "library/tag_layout.h"
 
 namespace tallow {
@@ -66,6 +67,7 @@ FolderListing FolderLister::List(const std::string& path, std::size_t max_tails)
   if (path.size() > FolderReader::kMaxPathBytes) return Unlisted("its path is too long");
   try {
     return ListFolder(path, {.pattern = pattern_,
+                             .counted = OtherSongs(pattern_),
                              .subfolders = recurse_,
                              .sizes = true,
                              .tail_bytes = tails_(path) ? kTagBytes : 0,
