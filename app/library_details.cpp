@@ -6,7 +6,9 @@
 
 #include "details/details_store.h"
 #include "details/tag_reader.h"
+#include "library/cls_main.h"
 #include "util/file_system.h"
+#include "util/number.h"
 
 namespace tallow {
 
@@ -25,10 +27,14 @@ struct LibraryDetails::Stored {
   DetailsStore store;
 };
 
-LibraryDetails::LibraryDetails(std::string path)
-    : stored_(std::make_shared<Stored>(std::move(path))) {}
+LibraryDetails::LibraryDetails(std::string path, std::function<RemainingTime::Time()> now)
+    : stored_(std::make_shared<Stored>(std::move(path))), now_(std::move(now)) {}
 
-LibraryDetails::~LibraryDetails() = default;
+LibraryDetails::~LibraryDetails() {
+  Stop();
+  // Stored is destroyed later if a thread was abandoned.
+  stored_->store.Close();
+}
 
 ReadTags LibraryDetails::TagReader() const {
   return [stored = stored_](const std::string& path) {
@@ -40,5 +46,88 @@ ReadTags LibraryDetails::TagReader() const {
     return ReadSongTags(path);
   };
 }
+
+RemainingTime::Time LibraryDetails::Now() const {
+  return now_ ? now_() : std::chrono::steady_clock::now();
+}
+
+void LibraryDetails::Start(const clsMain& library, DetailsFiller::MakeReader make_reader) {
+  library_ = &library;
+  // The first worker thread opens the database, because that may wait for the disk.
+  const auto open = [stored = stored_, make = std::move(make_reader)]() -> DetailsFiller::Reader {
+    stored->Store();
+    if (make) return make();
+    return [](const std::string& path, const std::function<bool()>& stopped) {
+      return ReadSongDetails(path, {.stopped = stopped});
+    };
+  };
+  // The store is a part of the object that the filler keeps alive.
+  filler_.emplace(std::shared_ptr<DetailsStore>(stored_, &stored_->store), open);
+  facts_.clear();
+  BeginPass();
+}
+
+void LibraryDetails::BeginPass() {
+  needs_pass_ = false;
+  rows_ = library_->UBoundOfMp3Array();
+  facts_.resize(static_cast<std::size_t>(rows_) + 1);
+  pass_.clear();
+  songs_ = 0;
+  newer_ = 0;
+  for (std::int32_t record = 1; record <= rows_; ++record) {
+    const SongView song = library_->Song(record);
+    if (!song.IsPresent()) continue;
+    ++songs_;
+    const unsigned char facts = facts_[static_cast<std::size_t>(record)];
+    if ((facts & kOnlyNewer) != 0) ++newer_;
+    if ((facts & kRead) == 0 && !song.IsAway()) pass_.push_back(record);
+  }
+  remaining_.emplace(Now());
+  progress_ = {0, pass_.size()};
+  filler_->Start(pass_.size(),
+                 [this](std::size_t index) { return library_->Song(pass_[index]).Path(); });
+}
+
+void LibraryDetails::Poll() {
+  if (!filler_) return;
+  // Not during a pass, nor in the call that ends it, because that would wait for its threads.
+  if (!IsReading() && (needs_pass_ || library_->UBoundOfMp3Array() > rows_)) BeginPass();
+  if (!IsReading()) return;
+  progress_ = filler_->Poll(
+      [this](std::size_t index, const SongDetails& details) { Add(pass_[index], details); });
+}
+
+void LibraryDetails::Add(std::int32_t record, const SongDetails& details) {
+  unsigned char& facts = facts_[static_cast<std::size_t>(record)];
+  facts = 0;
+  // A file that was not there or could not be opened has no stamp, and is tried again.
+  if (details.stamp != FileStamp()) facts |= kRead;
+  if (details.failed) facts |= kFailed;
+  if (!details.HasOnlyNewerTags()) return;
+  facts |= kOnlyNewer;
+  if (library_->IsPresent(record)) ++newer_;
+}
+
+void LibraryDetails::Stop() {
+  filler_.reset();
+  remaining_.reset();
+}
+
+std::string LibraryDetails::ProgressText() const {
+  if (!IsReading() || !remaining_->IsLong(progress_.done, progress_.total, Now())) return {};
+  return "Reading the details of songs: " +
+         GroupedNumber(static_cast<std::int64_t>(progress_.done)) + " of " +
+         GroupedNumber(static_cast<std::int64_t>(progress_.total));
+}
+
+std::vector<std::int32_t> LibraryDetails::Having(Fact fact) const {
+  std::vector<std::int32_t> records;
+  for (std::size_t record = 1; record < facts_.size(); ++record)
+    if ((facts_[record] & fact) != 0 && library_->IsPresent(static_cast<std::int32_t>(record)))
+      records.push_back(static_cast<std::int32_t>(record));
+  return records;
+}
+
+std::vector<std::string> LibraryDetails::TakeProblems() { return stored_->store.TakeProblems(); }
 
 }  // namespace tallow

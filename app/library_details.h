@@ -1,20 +1,36 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
+#include "app/remaining_time.h"
+#include "details/details_filler.h"
 #include "jukebox/filing_tags.h"
 
 namespace tallow {
 
-/// The song details of the library: their database, which is opened when it is first used.
+class clsMain;
+
+/// What the files of the library's songs say of them: the database of song details, and filling it
+/// in the background. The database is opened when it is first used.
+///
+/// Nothing is read before Start. From then on Poll has to be called regularly, by the thread that
+/// changes the library, but not while songs are being searched or filed.
 class LibraryDetails {
  public:
   /// \param path of the database; its folder has to exist at the first use
-  explicit LibraryDetails(std::string path);
+  /// \param now  the clock; empty: std::chrono::steady_clock
+  explicit LibraryDetails(std::string path, std::function<RemainingTime::Time()> now = {});
   LibraryDetails(const LibraryDetails&) = delete;
   LibraryDetails& operator=(const LibraryDetails&) = delete;
+  /// Stops, and closes the database.
   ~LibraryDetails();
 
   /// The function that reads the tags of a file for filing: the stored ones if size and time of
@@ -22,10 +38,63 @@ class LibraryDetails {
   /// on several threads at once, and after this object is destroyed.
   ReadTags TagReader() const;
 
+  /// Starts to read the details of all present songs, and of songs that are added later. Songs that
+  /// are away are left out.
+  ///
+  /// \param library     has to outlive this object
+  /// \param make_reader see DetailsFiller; empty: files are read in this process
+  void Start(const clsMain& library, DetailsFiller::MakeReader make_reader = {});
+
+  /// Call after a scan: songs that have come back are read too, and Songs() is counted again.
+  void Refresh() noexcept { needs_pass_ = true; }
+
+  /// Takes the details that were read since the last call, at most DetailsFiller::kMaxWaiting.
+  void Poll();
+
+  /// Stops within 100 ms; the next run of the program goes on. Only Start continues in this run.
+  void Stop();
+
+  /// Whether there are songs left to read.
+  bool IsReading() const noexcept { return filler_ && !progress_.IsFinished(); }
+
+  /// "Reading the details of songs: 120 of 5,000" when that takes more than two seconds from now
+  /// on; else empty.
+  std::string ProgressText() const;
+
+  /// The number of songs that are present or away, as of the last Poll.
+  std::int32_t Songs() const noexcept { return songs_; }
+  /// How many of them are known to carry only newer tags.
+  std::int32_t SongsWithOnlyNewerTags() const noexcept { return newer_; }
+  /// Their record numbers, ascending.
+  std::vector<std::int32_t> OnlyNewerTags() const { return Having(kOnlyNewer); }
+  /// The record numbers of the songs whose details could not be read, ascending.
+  std::vector<std::int32_t> Unreadable() const { return Having(kFailed); }
+
+  /// Returns, and clears, sentences on what is wrong with the database.
+  std::vector<std::string> TakeProblems();
+
  private:
   struct Stored;
+  /// What is known of a song, bits.
+  enum Fact : unsigned char { kRead = 1, kOnlyNewer = 2, kFailed = 4 };
+
+  RemainingTime::Time Now() const;
+  void BeginPass();
+  void Add(std::int32_t record, const SongDetails& details);
+  std::vector<std::int32_t> Having(Fact fact) const;
 
   std::shared_ptr<Stored> stored_;
+  std::function<RemainingTime::Time()> now_;
+  const clsMain* library_ = nullptr;  ///< null before Start
+  std::optional<DetailsFiller> filler_;
+  DetailsFiller::Progress progress_;  ///< of this pass
+  std::optional<RemainingTime> remaining_;
+  bool needs_pass_ = false;           ///< begin a pass when the running one ends
+  std::vector<std::int32_t> pass_;    ///< the record numbers that this pass reads
+  std::vector<unsigned char> facts_;  ///< by record number
+  std::int32_t rows_ = 0;             ///< of the library when this pass began
+  std::int32_t songs_ = 0;
+  std::int32_t newer_ = 0;
 };
 
 }  // namespace tallow

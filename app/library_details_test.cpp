@@ -1,14 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/library_details.h"
 
+#include <atomic>
+#include <chrono>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "details/details_store.h"
 #include "tests/id3v2_tag.h"
+#include "tests/library_fixture.h"
+#include "tests/served_details.h"
 #include "tests/tagged_file.h"
 #include "tests/temp_folder.h"
+#include "tests/wait_until.h"
 #include "util/atomic_file.h"
 #include "util/file_system.h"
 
@@ -64,6 +70,194 @@ TEST_F(LibraryDetailsTest, OpensNothingBeforeTheFirstFile) {
   EXPECT_FALSE(FileExists(database_));
   read(folder_ / "a.mp3");
   EXPECT_TRUE(FileExists(database_));
+}
+
+using Records = std::vector<std::int32_t>;
+
+/// Filling the details of a library.
+class LibraryDetailsFill : public LibraryTest {
+ protected:
+  static std::string Newer() { return Id3v2Tag({{"TIT2", "Newer"}}) + Audio(300); }
+  static std::string Older() { return Audio(300) + Tag({.title = "Older"}); }
+
+  void Song(const std::string& name, const std::string& content) {
+    music.File(name, content);
+    AddSong(music.path(), name);
+  }
+  /// Polls until all songs are read.
+  static void Finish(LibraryDetails& details) {
+    EXPECT_TRUE(WaitUntil([&] {
+      details.Poll();
+      return !details.IsReading();
+    }));
+  }
+  /// A reader whose files are all unreadable; counts them.
+  DetailsFiller::MakeReader Failing() {
+    return [this] {
+      return [this](const std::string& path, const std::function<bool()>&) {
+        ++reads_;
+        SongDetails details;
+        details.failed = true;
+        details.stamp = StampOf(path).value();
+        return details;
+      };
+    };
+  }
+
+  std::string database_ = application / "details.db";
+  std::atomic<int> reads_ = 0;
+  LibraryDetails details_{database_};
+};
+
+TEST_F(LibraryDetailsFill, CountsTheSongsWithNewerTagsAlone) {
+  Song("a.mp3", Newer());
+  Song("b.mp3", Older());
+  Song("c.mp3", Audio(300));
+  Song("d.mp3", Newer() + Older());
+  Song("e.mp3", Newer());
+  details_.Start(library);
+  Finish(details_);
+  EXPECT_EQ(details_.Songs(), 5);
+  EXPECT_EQ(details_.SongsWithOnlyNewerTags(), 2);
+  EXPECT_EQ(details_.OnlyNewerTags(), (Records{1, 5}));
+  EXPECT_EQ(details_.Unreadable(), Records{});
+  EXPECT_TRUE(details_.TakeProblems().empty());
+}
+
+TEST_F(LibraryDetailsFill, ReadsNothingBeforeTheStart) {
+  Song("a.mp3", Newer());
+  details_.Poll();
+  EXPECT_FALSE(details_.IsReading());
+  EXPECT_EQ(details_.ProgressText(), "");
+  EXPECT_EQ(details_.Songs(), 0);
+  EXPECT_FALSE(FileExists(database_));
+}
+
+TEST_F(LibraryDetailsFill, ReadsSongsThatAreAddedLater) {
+  Song("a.mp3", Newer());
+  details_.Start(library);
+  Finish(details_);
+  Song("b.mp3", Newer());
+  details_.Poll();
+  Finish(details_);
+  EXPECT_EQ(details_.Songs(), 2);
+  EXPECT_EQ(details_.OnlyNewerTags(), (Records{1, 2}));
+}
+
+TEST_F(LibraryDetailsFill, SongsThatAreGoneDoNotCount) {
+  Song("a.mp3", Newer());
+  Song("b.mp3", Newer());
+  AddSong("0", "0", "0");
+  details_.Start(library);
+  Finish(details_);
+  EXPECT_EQ(details_.SongsWithOnlyNewerTags(), 2);
+  RemoveFile(music / "b.mp3");
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  details_.Refresh();
+  details_.Poll();
+  EXPECT_EQ(details_.Songs(), 1);
+  EXPECT_EQ(details_.SongsWithOnlyNewerTags(), 1);
+  EXPECT_EQ(details_.OnlyNewerTags(), Records{1});
+}
+
+TEST_F(LibraryDetailsFill, AFileThatWasNotThereIsTriedAgainAfterAScan) {
+  AddSong(music.path(), "a.mp3");
+  details_.Start(library);
+  Finish(details_);
+  EXPECT_EQ(details_.Unreadable(), Records{1});
+  music.File("a.mp3", Newer());
+  details_.Poll();
+  EXPECT_EQ(details_.Unreadable(), Records{1});
+  details_.Refresh();
+  details_.Poll();
+  Finish(details_);
+  EXPECT_EQ(details_.Unreadable(), Records{});
+  EXPECT_EQ(details_.OnlyNewerTags(), Records{1});
+}
+
+TEST_F(LibraryDetailsFill, TheNextRunReadsOnlyTheRest) {
+  Song("a.mp3", Older());
+  Song("b.mp3", Older());
+  {
+    LibraryDetails first(database_);
+    first.Start(library, Failing());
+    Finish(first);
+    EXPECT_EQ(first.Unreadable(), (Records{1, 2}));
+  }
+  EXPECT_EQ(reads_, 2);
+  Song("c.mp3", Older());
+  details_.Start(library, Failing());
+  Finish(details_);
+  EXPECT_EQ(reads_, 3);
+  EXPECT_EQ(details_.Unreadable(), (Records{1, 2, 3}));
+}
+
+TEST_F(LibraryDetailsFill, AFileThatCrashesItsReaderCostsOnlyItsOwnDetails) {
+  Song("a.mp3", Newer());
+  Song(std::string(kCrashingName), Newer());
+  Song("b.mp3", Newer());
+  details_.Start(library, ReadersInChildren({.program = OwnProgram(),
+                                             .arguments = {std::string(kServeDetailsOption)}}));
+  Finish(details_);
+  EXPECT_EQ(details_.OnlyNewerTags(), (Records{1, 3}));
+  EXPECT_EQ(details_.Unreadable(), Records{2});
+}
+
+TEST_F(LibraryDetailsFill, AStopLeavesTheRestToTheNextRun) {
+  for (int k = 0; k < 20; ++k) Song(std::to_string(k) + ".mp3", Newer());
+  std::atomic<bool> is_reading = false;
+  details_.Start(library, [&] {
+    return [&](const std::string&, const std::function<bool()>& stopped) {
+      is_reading = true;
+      while (!stopped()) std::this_thread::yield();
+      return SongDetails();
+    };
+  });
+  EXPECT_TRUE(WaitUntil([&] {
+    details_.Poll();
+    return is_reading.load();
+  }));
+  details_.Stop();
+  EXPECT_FALSE(details_.IsReading());
+  details_.Poll();
+  EXPECT_EQ(details_.SongsWithOnlyNewerTags(), 0);
+  LibraryDetails next(database_);
+  next.Start(library);
+  Finish(next);
+  EXPECT_EQ(next.SongsWithOnlyNewerTags(), 20);
+}
+
+TEST_F(LibraryDetailsFill, ShowsTheProgressOfLongWork) {
+  RemainingTime::Time now{std::chrono::hours(1)};
+  for (int k = 0; k < 1200; ++k) AddSong(music.path(), "a.mp3");
+  music.File("a.mp3", Older());
+  std::atomic<bool> may_read = false;
+  LibraryDetails details(database_, [&] { return now; });
+  details.Start(library, [&] {
+    return [&](const std::string&, const std::function<bool()>& stopped) {
+      while (!may_read && !stopped()) std::this_thread::yield();
+      return SongDetails();
+    };
+  });
+  details.Poll();
+  EXPECT_EQ(details.ProgressText(), "");
+  now += std::chrono::seconds(1);
+  EXPECT_EQ(details.ProgressText(), "Reading the details of songs: 0 of 1,200");
+  may_read = true;
+  Finish(details);
+  EXPECT_EQ(details.ProgressText(), "");
+}
+
+TEST_F(LibraryDetailsFill, ADamagedDatabaseIsSetAside) {
+  Song("a.mp3", Newer());
+  WriteFileAtomically(database_, std::string(5000, 'x'));
+  details_.Start(library);
+  Finish(details_);
+  EXPECT_EQ(details_.OnlyNewerTags(), Records{1});
+  const Texts problems = details_.TakeProblems();
+  ASSERT_EQ(problems.size(), 1U);
+  EXPECT_EQ(problems[0].find(database_ + " is damaged. It was renamed"), 0U) << problems[0];
+  EXPECT_TRUE(FileExists(database_ + ".bak"));
 }
 
 }  // namespace

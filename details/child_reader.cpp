@@ -8,6 +8,7 @@
 #include "details/details_message.h"
 #include "details/tag_reader.h"
 #include "util/file_system.h"
+#include "util/thread_priority.h"
 
 namespace tallow {
 namespace {
@@ -89,6 +90,7 @@ int ServeSongDetails(const std::function<SongDetails(const std::string& path)>& 
 }
 
 int ServeSongDetails() {
+  LowerThreadPriority();
   return ServeSongDetails([](const std::string& path) { return ReadSongDetails(path); });
 }
 

@@ -61,7 +61,7 @@ class ChildReader {
 /// \returns the exit code of the process
 int ServeSongDetails(const std::function<SongDetails(const std::string& path)>& read);
 
-/// ServeSongDetails with ReadSongDetails.
+/// ServeSongDetails with ReadSongDetails, at low priority.
 int ServeSongDetails();
 
 }  // namespace tallow

@@ -154,4 +154,14 @@ void DetailsFiller::Stop() {
   state_.reset();
 }
 
+DetailsFiller::MakeReader ReadersInChildren(ChildSettings settings) {
+  return [settings = std::move(settings)] {
+    // Shared, because a function object has to be copyable.
+    return [child = std::make_shared<ChildReader>(settings)](const std::string& path,
+                                                             const std::function<bool()>& stopped) {
+      return child->Read(path, stopped);
+    };
+  };
+}
+
 }  // namespace tallow

@@ -6,6 +6,7 @@
 #include <memory>
 #include <string>
 
+#include "details/child_reader.h"
 #include "details/details_store.h"
 #include "details/song_details.h"
 
@@ -75,5 +76,8 @@ class DetailsFiller {
   std::size_t next_ = 0;  ///< index of the next song to hand to the worker threads
   Progress progress_;
 };
+
+/// Readers that read in child processes, one for each worker thread, see ChildReader.
+DetailsFiller::MakeReader ReadersInChildren(ChildSettings settings);
 
 }  // namespace tallow

@@ -154,8 +154,8 @@ void DetailsStore::HandleLocked(const DatabaseError& error) {
   }
   if (opened_ != nullptr && !can_write_) return;
   can_write_ = false;
-  problems_.push_back(path_ + " cannot be written (" + error.what() +
-                      "), so the details of songs are read again at the next start.");
+  AddProblem(path_ + " cannot be written (" + error.what() +
+             "), so the details of songs are read again at the next start.");
 }
 
 void DetailsStore::SetAsideLocked() {
@@ -166,21 +166,21 @@ void DetailsStore::SetAsideLocked() {
   try {
     MoveToBackup(path_);
   } catch (const FileError& error) {
-    problems_.push_back(path_ + " is damaged, and cannot be renamed to end in .bak (" +
-                        error.reason() + "), so the details of songs are not kept.");
+    AddProblem(path_ + " is damaged, and cannot be renamed to end in .bak (" + error.reason() +
+               "), so the details of songs are not kept.");
     return;
   }
   // The journal of the damaged file must not be applied to the new one.
   RemoveFile(path_ + "-journal");
-  problems_.push_back(path_ +
-                      " is damaged. It was renamed to end in .bak, and is made again from the "
-                      "songs.");
+  AddProblem(path_ +
+             " is damaged. It was renamed to end in .bak, and is made again from the "
+             "songs.");
   try {
     opened_ = std::make_unique<Opened>(path_);
     can_write_ = !opened_->database.IsReadOnly();
   } catch (const DatabaseError& error) {
-    problems_.push_back(path_ + " cannot be made (" + error.what() +
-                        "), so the details of songs are not kept.");
+    AddProblem(path_ + " cannot be made (" + error.what() +
+               "), so the details of songs are not kept.");
   }
 }
 
@@ -249,8 +249,13 @@ void DetailsStore::Close() {
 }
 
 std::vector<std::string> DetailsStore::TakeProblems() {
-  const std::lock_guard lock(mutex_);
+  const std::lock_guard lock(problems_mutex_);
   return std::exchange(problems_, {});
+}
+
+void DetailsStore::AddProblem(std::string problem) {
+  const std::lock_guard lock(problems_mutex_);
+  problems_.push_back(std::move(problem));
 }
 
 }  // namespace tallow

@@ -69,7 +69,8 @@ class DetailsStore {
   /// Commits and closes the database. The store is then empty, and stores nothing.
   void Close();
 
-  /// Removes and returns the problems since the last call, one sentence each.
+  /// Removes and returns the problems since the last call, one sentence each. Does not wait for a
+  /// commit.
   std::vector<std::string> TakeProblems();
 
  private:
@@ -80,6 +81,7 @@ class DetailsStore {
   /// Handles an error of the database: renames a damaged one, stops writing to another.
   void HandleLocked(const DatabaseError& error);
   void SetAsideLocked();
+  void AddProblem(std::string problem);
   std::chrono::steady_clock::time_point Now() const;
 
   std::mutex mutex_;
@@ -90,6 +92,7 @@ class DetailsStore {
   bool is_empty_ = true;
   bool has_transaction_ = false;
   std::chrono::steady_clock::time_point last_commit_;
+  std::mutex problems_mutex_;
   std::vector<std::string> problems_;
 };
 

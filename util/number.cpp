@@ -106,4 +106,15 @@ std::int32_t NumericValue(std::string_view text) noexcept {
   return static_cast<std::int32_t>(sign.negative ? -magnitude : magnitude);
 }
 
+std::string GroupedNumber(std::int64_t number) {
+  constexpr std::size_t kGroup = 3;
+  std::string text = std::to_string(number);
+  const std::size_t first = number < 0 ? 1 : 0;
+  for (std::size_t at = text.size(); at > first + kGroup;) {
+    at -= kGroup;
+    text.insert(at, 1, ',');
+  }
+  return text;
+}
+
 }  // namespace tallow

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 
 namespace tallow {
@@ -31,5 +32,8 @@ std::int16_t ConvertToInt16(std::string_view text);
 /// Parses the number at the start of a text, after leading blanks; 0 when there is none. The result
 /// is clamped to 32 bits.
 std::int32_t NumericValue(std::string_view text) noexcept;
+
+/// A number with a comma between groups of three digits: "1,234,567".
+std::string GroupedNumber(std::int64_t number);
 
 }  // namespace tallow

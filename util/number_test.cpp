@@ -71,5 +71,14 @@ TEST(NumericValue, ParsesTheNumberAtTheStartOfAText) {
   EXPECT_EQ(NumericValue("-99999999999"), -2147483648LL);
 }
 
+TEST(GroupedNumber, SeparatesGroupsOfThreeDigits) {
+  EXPECT_EQ(GroupedNumber(0), "0");
+  EXPECT_EQ(GroupedNumber(999), "999");
+  EXPECT_EQ(GroupedNumber(1000), "1,000");
+  EXPECT_EQ(GroupedNumber(-999), "-999");
+  EXPECT_EQ(GroupedNumber(-1234567), "-1,234,567");
+  EXPECT_EQ(GroupedNumber(123456789), "123,456,789");
+}
+
 }  // namespace
 }  // namespace tallow
