@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/style_findings.h"
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <utility>
+
+#include "app/preferences.h"
+#include "app/tallow.h"
+#include "util/number.h"
+
+namespace tallow {
+namespace {
+
+/// The counts that were declined, in the preferences.
+struct DeclinedCount {
+  const char* key;
+  std::int64_t StyleCounts::*count;
+};
+constexpr DeclinedCount kDeclined[] = {
+    {"styleBar.newerTags", &StyleCounts::newer_tags},
+    {"styleBar.leftOut", &StyleCounts::left_out},
+    {"styleBar.otherFormats", &StyleCounts::other_formats},
+};
+
+std::string Counted(std::int64_t count, const char* one, const char* more) {
+  return GroupedNumber(count) + " " + (count == 1 ? one : more);
+}
+
+/// The songs of a part, by their record numbers.
+StyleFindings SongList(std::string heading, const clsMain& library,
+                       std::vector<std::int32_t> records) {
+  const std::size_t rows = records.size();
+  return {std::move(heading), rows,
+          [&library, records = std::move(records)](std::size_t index) -> StyleFindings::Row {
+            return {library.Song(records[index]).Path(), {}};
+          }};
+}
+
+StyleFindings LeftOutList(const clsMain& library) {
+  const std::vector<LeftOutFile>& files = library.LeftOut();
+  return {"Left out because a song of that file name is there", files.size(),
+          [&files](std::size_t index) -> StyleFindings::Row {
+            if (index >= files.size()) return {};
+            return {files[index].path, "the song: " + files[index].stands_for_it};
+          }};
+}
+
+StyleFindings OtherFormatList(const clsMain& library) {
+  std::vector<std::pair<std::string, std::size_t>> folders(library.OthersSeen().ByFolder().begin(),
+                                                           library.OthersSeen().ByFolder().end());
+  const std::size_t rows = folders.size();
+  return {"Of other formats, by folder", rows,
+          [folders = std::move(folders)](std::size_t index) -> StyleFindings::Row {
+            const auto& [folder, files] = folders[index];
+            return {folder, Counted(static_cast<std::int64_t>(files), "file", "files")};
+          }};
+}
+
+}  // namespace
+
+StyleCounts CountStyleFindings(const Tallow& tallow) {
+  return {.songs = tallow.details.Songs(),
+          .newer_tags = tallow.details.SongsWithOnlyNewerTags(),
+          .left_out = static_cast<std::int64_t>(tallow.library.LeftOut().size()),
+          .other_formats = static_cast<std::int64_t>(tallow.library.OthersSeen().Files())};
+}
+
+std::string TextOf(const StyleCounts& counts) {
+  std::vector<std::string> parts;
+  if (counts.newer_tags > 0)
+    parts.push_back(GroupedNumber(counts.newer_tags) + " of " +
+                    Counted(counts.songs, "song", "songs") +
+                    (counts.newer_tags == 1 ? " carries" : " carry") + " only newer tags");
+  // The first part names what is counted.
+  if (counts.left_out > 0)
+    parts.push_back((parts.empty() ? Counted(counts.left_out, "file was", "files were")
+                                   : Counted(counts.left_out, "was", "were")) +
+                    " left out because a song of that file name is there");
+  if (counts.other_formats > 0)
+    parts.push_back(parts.empty() ? Counted(counts.other_formats, "file is of another format",
+                                            "files are of other formats")
+                                  : Counted(counts.other_formats, "is of another format",
+                                            "are of other formats"));
+  std::string text;
+  for (const std::string& part : parts) text += (text.empty() ? "" : ", ") + part;
+  return text.empty() ? text : text + ".";
+}
+
+std::vector<StyleFindings> ListStyleFindings(const Tallow& tallow) {
+  const clsMain& library = tallow.library;
+  StyleFindings all[] = {SongList("Only newer tags, which the classic style does not read", library,
+                                  tallow.details.OnlyNewerTags()),
+                         LeftOutList(library), OtherFormatList(library),
+                         SongList("Could not be read, and count as songs without tags", library,
+                                  tallow.details.Unreadable())};
+  std::vector<StyleFindings> lists;
+  std::copy_if(std::make_move_iterator(std::begin(all)), std::make_move_iterator(std::end(all)),
+               std::back_inserter(lists),
+               [](const StyleFindings& findings) { return findings.rows > 0; });
+  return lists;
+}
+
+bool StyleHint::HasGrown(std::int64_t StyleCounts::*count, const char* key) const {
+  return counts_.*count > std::max<std::int64_t>(preferences_.Get<std::int64_t>(key, 0), 0);
+}
+
+void StyleHint::StoreDeclined() {
+  // A count may be lower for a while: a search of the known folders sees fewer files.
+  for (const DeclinedCount& declined : kDeclined)
+    if (HasGrown(declined.count, declined.key))
+      preferences_.Set<std::int64_t>(declined.key, counts_.*declined.count);
+}
+
+bool StyleHint::Update(const StyleCounts& counts, bool are_final) {
+  counts_ = counts;
+  are_final_ = are_final;
+  if (preferences_.style() != Style::kClassic) state_ = State::kDone;
+  if (state_ == State::kDeclined && are_final) {
+    StoreDeclined();
+    state_ = State::kDone;
+  }
+  const auto has_grown = [this](const DeclinedCount& declined) {
+    return HasGrown(declined.count, declined.key);
+  };
+  if (state_ == State::kWaiting && std::ranges::any_of(kDeclined, has_grown))
+    state_ = State::kShown;
+  return state_ == State::kShown && counts_.HasAny();
+}
+
+void StyleHint::Decline() {
+  StoreDeclined();
+  state_ = are_final_ ? State::kDone : State::kDeclined;
+}
+
+}  // namespace tallow
