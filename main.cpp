@@ -16,6 +16,7 @@
 #include "app/system.h"
 #include "app/tallow.h"
 #include "details/child_reader.h"
+#include "details/details_filler.h"
 #include "player/player_link.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_style.h"
@@ -30,6 +31,7 @@
 #include "util/errors.h"
 #include "util/program_arguments.h"
 #include "util/terminal.h"
+#include "util/user_folders.h"
 #include "util/version.h"
 
 namespace tallow {
@@ -116,6 +118,8 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   if (line.exit_after_startup || tallow.is_shutting_down) return 0;
   QApplication::setQuitOnLastWindowClosed(true);
   frame.Findings().FindSizes();
+  frame.Details().Start(ReadersInChildren(
+      {.program = ExecutablePath(), .arguments = {std::string(kServeDetailsOption)}}));
   if (!line.files.empty()) frame.OpenFiles(line.files);
   // A request to end that arrived while the files were opened found no event loop to quit.
   const int code = tallow.is_shutting_down ? 0 : QApplication::exec();

@@ -18,6 +18,7 @@
 #include <QStatusBar>
 #include <QStringList>
 #include <QToolBar>
+#include <QVBoxLayout>
 
 #include "app/tallow.h"
 #include "player/player_messages.h"
@@ -26,6 +27,7 @@
 #include "ui/frame/frame_menus.h"
 #include "ui/frame/frame_toolbar.h"
 #include "ui/frame/new_jukebox.h"
+#include "ui/frame/style_bar.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/support/help_page.h"
 
@@ -46,6 +48,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
     : QMainWindow(parent),
       tallow_(tallow),
       area_(new QMdiArea(this)),
+      style_bar_(new StyleBar(this)),
       messages_(*this, *statusBar(), std::move(show)),
       jukeboxes_(*area_),
       unsaved_(*this, tallow, jukeboxes_, messages_),
@@ -57,6 +60,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       files_(jukeboxes_, documents_),
       picture_(*this, tallow, jukeboxes_, messages_),
       findings_(*statusBar(), tallow, messages_.Shower(), [this] { return OpenJukeboxes(); }),
+      details_(*this, *style_bar_, *statusBar(), tallow, messages_,
+               [this] { busy_.FocusJukebox(); }),
       search_(tallow, searches, jukeboxes_, messages_, busy_, findings_,
               [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
       commands_(*this, tallow, jukeboxes_, messages_),
@@ -81,7 +86,14 @@ void frmMDIForm1::SetUpArea() {
   area_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
   // Otherwise the panel would be maximized when shown with a maximized jukebox.
   area_->setOption(QMdiArea::DontMaximizeSubWindowOnActivation);
-  setCentralWidget(area_);
+  auto* const center = new QWidget(this);
+  auto* const layout = new QVBoxLayout(center);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(0);
+  layout->addWidget(style_bar_, 0);
+  layout->addWidget(area_, 1);
+  style_bar_->hide();
+  setCentralWidget(center);
   connect(&findings_, &FrameFindings::DriveForgotten, this,
           [this] { Notice(tallow_.TakeProblems()); });
   setMinimumSize(kMinSize);
@@ -164,6 +176,7 @@ void frmMDIForm1::NoticeScan(const std::vector<std::string>& lines) {
     all.insert(all.begin(), problem);
   Notice(all);
   findings_.Changed();
+  details_.Changed();
 }
 
 void frmMDIForm1::Run(FrameCommand command) {
@@ -246,6 +259,7 @@ void frmMDIForm1::Run(FrameCommand command) {
 void frmMDIForm1::ShowPreferences() {
   frmPreferences dialog({tallow_, [this] { Notice(tallow_.TakeProblems()); }}, this);
   dialog.exec();
+  details_.Changed();
 }
 
 void frmMDIForm1::changeEvent(QEvent* event) {

@@ -13,6 +13,7 @@
 #include "ui/frame/background_picture.h"
 #include "ui/frame/busy_frame.h"
 #include "ui/frame/frame_commands.h"
+#include "ui/frame/frame_details.h"
 #include "ui/frame/frame_documents.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_help.h"
@@ -35,6 +36,7 @@ namespace tallow {
 
 class DriveSearches;
 class FileMenu;
+class StyleBar;
 
 /// The frame window: holds the window of each open jukebox and the player panel.
 ///
@@ -68,6 +70,9 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   /// Shows the result of a start or a search as a notice; a click on it opens the list of left-out
   /// files.
   void NoticeScan(const std::vector<std::string>& lines);
+
+  /// The song details.
+  FrameDetails& Details() noexcept { return details_; }
 
   /// The findings of a start or a search.
   FrameFindings& Findings() noexcept { return findings_; }
@@ -103,6 +108,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
 
   Tallow& tallow_;
   QMdiArea* area_;
+  StyleBar* style_bar_;
   FileMenu* file_menu_ = nullptr;
   QToolBar* toolbar_ = nullptr;
 
@@ -117,6 +123,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   WaitingFiles files_;
   BackgroundPicture picture_;
   FrameFindings findings_;
+  FrameDetails details_;
   NewSongSearch search_;
   ActiveJukeboxCommands commands_;
   LinkedUndo linked_undo_;

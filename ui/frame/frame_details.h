@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <functional>
+
+#include <QObject>
+#include <QTimer>
+
+#include "app/style_findings.h"
+#include "details/details_filler.h"
+
+class QLabel;
+class QStatusBar;
+
+namespace tallow {
+
+class FrameMessages;
+class StyleBar;
+class Tallow;
+
+/// Song details in the frame window: fills them in the background with their progress in the status
+/// bar, and shows the bar that tells what the classic style leaves out.
+class FrameDetails : public QObject {
+  Q_OBJECT
+
+ public:
+  /// \param frame, bar, status, tallow, messages have to outlive this object
+  /// \param focus_jukebox gives the keyboard focus to the active jukebox if no control has it
+  FrameDetails(QWidget& frame, StyleBar& bar, QStatusBar& status, Tallow& tallow,
+               FrameMessages& messages, std::function<void()> focus_jukebox);
+  /// Stops the filling.
+  ~FrameDetails() override;
+
+  /// Starts the filling, when the window is on screen.
+  ///
+  /// \param make_reader see LibraryDetails::Start
+  void Start(DetailsFiller::MakeReader make_reader = {});
+
+  /// Call after a scan and after a change of the style. Does nothing before Start.
+  void Changed();
+
+ private:
+  void Poll();
+  void ShowProgress();
+  void ShowBar();
+  void HideBar();
+  void UseModernStyle();
+  void ShowDetails();
+  void Decline();
+
+  QWidget& frame_;
+  StyleBar& bar_;
+  Tallow& tallow_;
+  FrameMessages& messages_;
+  std::function<void()> focus_jukebox_;
+  QLabel* progress_;
+  QTimer timer_;
+  StyleHint hint_;
+};
+
+}  // namespace tallow
