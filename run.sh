@@ -27,6 +27,7 @@ if ! $demo; then exec "$program" "${arguments[@]}"; fi
 
 echo "Making the demo collection in build/demo"
 packaging/make-demo-collection.sh build/demo/music
+packaging/add-newer-demo-songs.sh build/demo/music
 mkdir -p build/demo/app
 arguments=(--app-folder build/demo/app --drive build/demo/music "${arguments[@]}")
 if [ -n "${DISPLAY:-}${WAYLAND_DISPLAY:-}" ]; then exec "$program" "${arguments[@]}"; fi
