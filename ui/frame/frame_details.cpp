@@ -36,7 +36,6 @@ FrameDetails::FrameDetails(QWidget& frame, StyleBar& bar, QStatusBar& status, Ta
   progress_->hide();
   // At the right of the status bar, so that its messages stay.
   status.addPermanentWidget(progress_);
-  progress_->hide();
   timer_.setObjectName(QStringLiteral("DetailsTimer"));
   connect(&timer_, &QTimer::timeout, this, &FrameDetails::Poll);
   connect(&bar_, &StyleBar::UseModernStyle, this, &FrameDetails::UseModernStyle);

@@ -161,7 +161,7 @@ TEST_F(FrameDetailsTest, InANarrowWindowTheButtonsStandBelowTheText) {
   library.LeaveOut(music / "other/a.mp3", 1);
   Fill();
   const QLabel& text = *Bar().findChild<QLabel*>(QStringLiteral("lblStyleBar"));
-  for (const int width : {1600, 700, 480, 1600}) {
+  for (const int width : {1600, 900, 480, 1600}) {
     frame.resize(width, 600);
     QCoreApplication::processEvents();
     QCoreApplication::processEvents();
