@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include <QAbstractTableModel>
+#include <QAbstractItemModel>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QPushButton>
@@ -21,59 +21,54 @@ namespace {
 constexpr int kListCharacters = 110;
 constexpr int kListLines = 18;
 
-/// The headings and the rows below them, one after another. A row's text is made when it is shown,
-/// because there may be a hundred thousand.
-class FindingsModel : public QAbstractTableModel {
+/// The headings, with their rows as children. A row's text is made when it is shown, because there
+/// may be a hundred thousand.
+class FindingsModel : public QAbstractItemModel {
  public:
   FindingsModel(std::vector<StyleFindings> findings, QObject* parent)
-      : QAbstractTableModel(parent), findings_(std::move(findings)) {
-    for (const StyleFindings& part : findings_) rows_ += 1 + static_cast<int>(part.rows);
-  }
+      : QAbstractItemModel(parent), findings_(std::move(findings)) {}
 
-  int rowCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : rows_; }
-  int columnCount(const QModelIndex& parent) const override { return parent.isValid() ? 0 : 2; }
-
-  /// The rows of the headings, ascending.
-  std::vector<int> Headings() const {
-    std::vector<int> headings;
-    int row = 0;
-    for (const StyleFindings& part : findings_) {
-      headings.push_back(row);
-      row += 1 + static_cast<int>(part.rows);
-    }
-    return headings;
+  // The internal number of a heading is 0, that of a row the number of its heading, from 1.
+  QModelIndex index(int row, int column, const QModelIndex& parent) const override {
+    if (!hasIndex(row, column, parent)) return {};
+    return createIndex(row, column, parent.isValid() ? static_cast<quintptr>(parent.row()) + 1 : 0);
   }
+  QModelIndex parent(const QModelIndex& child) const override {
+    if (!child.isValid() || child.internalId() == 0) return {};
+    return createIndex(static_cast<int>(child.internalId()) - 1, 0, quintptr{0});
+  }
+  int rowCount(const QModelIndex& parent) const override {
+    if (!parent.isValid()) return static_cast<int>(findings_.size());
+    if (parent.internalId() != 0 || parent.column() != 0) return 0;
+    return static_cast<int>(PartOf(parent).rows);
+  }
+  int columnCount(const QModelIndex& /*parent*/) const override { return 2; }
 
   QVariant data(const QModelIndex& index, int role) const override {
-    if (role != Qt::DisplayRole && role != Qt::ToolTipRole && role != Qt::FontRole) return {};
-    int row = index.row();
-    for (const StyleFindings& part : findings_) {
-      const int rows = static_cast<int>(part.rows);
-      if (row > rows) {
-        row -= 1 + rows;
-        continue;
-      }
-      if (role == Qt::FontRole) return row == 0 ? QVariant(Bold()) : QVariant();
-      if (row == 0) return index.column() == 0 ? HeadingOf(part) : QVariant();
-      const StyleFindings::Row found = part.row(static_cast<std::size_t>(row - 1));
-      return DisplayText(index.column() == 0 ? found.path : found.note);
-    }
-    return {};
+    if (index.internalId() == 0) return OfHeading(index, role);
+    if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
+    const StyleFindings::Row row =
+        PartOf(index.parent()).row(static_cast<std::size_t>(index.row()));
+    return DisplayText(index.column() == 0 ? row.path : row.note);
   }
 
  private:
-  static QFont Bold() {
-    QFont font;
-    font.setBold(true);
-    return font;
+  const StyleFindings& PartOf(const QModelIndex& heading) const {
+    return findings_[static_cast<std::size_t>(heading.row())];
   }
-  static QVariant HeadingOf(const StyleFindings& part) {
+  QVariant OfHeading(const QModelIndex& index, int role) const {
+    if (role == Qt::FontRole) {
+      QFont font;
+      font.setBold(true);
+      return font;
+    }
+    if (role != Qt::DisplayRole || index.column() != 0) return {};
+    const StyleFindings& part = PartOf(index);
     return DisplayText(part.heading + " (" + GroupedNumber(static_cast<std::int64_t>(part.rows)) +
                        ")");
   }
 
   std::vector<StyleFindings> findings_;
-  int rows_ = 0;  ///< in all
 };
 
 }  // namespace
@@ -88,15 +83,20 @@ frmStyleFindings::frmStyleFindings(std::vector<StyleFindings> findings, QWidget*
   list->setObjectName(QStringLiteral("lstStyleFindings"));
   list->setAccessibleName(tr("Songs and files that the classic style leaves out"));
   list->setModel(model);
-  list->setRootIsDecorated(false);
   list->setUniformRowHeights(true);
   list->setTextElideMode(Qt::ElideMiddle);
   list->header()->hide();
   list->setMinimumSize(kListCharacters * fontMetrics().averageCharWidth(),
                        kListLines * fontMetrics().lineSpacing());
   list->header()->resizeSection(0, list->minimumWidth() / 2);
-  for (const int row : model->Headings()) list->setFirstColumnSpanned(row, {}, true);
-  if (model->rowCount({}) > 0) list->setCurrentIndex(model->index(0, 0));
+  // Closed headings of long lists show how many there are of each kind.
+  int rows = 0;
+  for (int row = 0; row < model->rowCount({}); ++row) {
+    list->setFirstColumnSpanned(row, {}, true);
+    rows += 1 + model->rowCount(model->index(row, 0, {}));
+  }
+  if (rows <= kListLines) list->expandAll();
+  if (rows > 0) list->setCurrentIndex(model->index(0, 0, {}));
   auto* const close = new QPushButton(tr("&Close"), this);
   close->setObjectName(QStringLiteral("cmdClose"));
   close->setDefault(true);

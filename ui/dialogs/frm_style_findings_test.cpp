@@ -24,16 +24,30 @@ QTreeView& ListOf(const QDialog& dialog) {
   return *dialog.findChild<QTreeView*>(QStringLiteral("lstStyleFindings"));
 }
 
+/// The rows below a heading, path and note.
+QStringList Below(const QTreeView& list, int heading) {
+  QStringList rows;
+  const QModelIndex above = list.model()->index(heading, 0);
+  for (int row = 0; row < list.model()->rowCount(above); ++row)
+    rows.append(list.model()->index(row, 0, above).data().toString() + "|" +
+                list.model()->index(row, 1, above).data().toString());
+  return rows;
+}
+
 TEST(FrmStyleFindings, ListsEachPartBelowItsHeading) {
   const frmStyleFindings dialog({Part("a", 2), Part("b", 1)});
   QTreeView& list = ListOf(dialog);
-  EXPECT_EQ(RowsOf(list), (QStringList{"a (2)", "a0", "a1", "b (1)", "b0"}));
-  EXPECT_EQ(RowsOf(list, 1), (QStringList{"", "note 0", "note 1", "", "note 0"}));
-  EXPECT_TRUE(list.isFirstColumnSpanned(0, {}));
-  EXPECT_FALSE(list.isFirstColumnSpanned(1, {}));
-  EXPECT_TRUE(list.isFirstColumnSpanned(3, {}));
-  EXPECT_TRUE(list.model()->index(3, 0).data(Qt::FontRole).value<QFont>().bold());
-  EXPECT_FALSE(list.model()->index(4, 0).data(Qt::FontRole).isValid());
+  EXPECT_EQ(RowsOf(list), (QStringList{"a (2)", "b (1)"}));
+  EXPECT_EQ(RowsOf(list, 1), (QStringList{"", ""}));
+  EXPECT_EQ(Below(list, 0), (QStringList{"a0|note 0", "a1|note 1"}));
+  EXPECT_EQ(Below(list, 1), QStringList{"b0|note 0"});
+  for (const int heading : {0, 1}) {
+    const QModelIndex index = list.model()->index(heading, 0);
+    EXPECT_TRUE(list.isFirstColumnSpanned(heading, {}));
+    EXPECT_TRUE(list.isExpanded(index));
+    EXPECT_TRUE(index.data(Qt::FontRole).value<QFont>().bold());
+    EXPECT_EQ(list.model()->index(0, 1, index).parent(), index);
+  }
 }
 
 TEST(FrmStyleFindings, MakesOnlyTheRowsThatAreShown) {
@@ -44,10 +58,16 @@ TEST(FrmStyleFindings, MakesOnlyTheRowsThatAreShown) {
                             }}});
   dialog.show();
   QCoreApplication::processEvents();
+  QTreeView& list = ListOf(dialog);
+  EXPECT_EQ(RowsOf(list), QStringList{"a (100,000)"});
+  EXPECT_EQ(made, 0U);
+  // The right arrow key opens the heading.
+  QTest::keyClick(&list, Qt::Key_Right);
+  EXPECT_TRUE(list.isExpanded(list.model()->index(0, 0)));
+  QCoreApplication::processEvents();
   EXPECT_GT(made, 0U);
   EXPECT_LT(made, 5000U);
-  EXPECT_EQ(ListOf(dialog).model()->index(0, 0).data().toString(), "a (100,000)");
-  EXPECT_EQ(ListOf(dialog).model()->index(100'000, 0).data().toString(), "99999");
+  EXPECT_EQ(list.model()->index(99'999, 0, list.model()->index(0, 0)).data().toString(), "99999");
 }
 
 TEST(FrmStyleFindings, EscapeAndCloseCloseIt) {
