@@ -30,6 +30,7 @@ class FrameFilingTest : public FrameTest {
     TagFile("a.mp3", "ABBA");
     TagFile("b.mp3", "Queens of the Stone Age");
     music.File("c.aac", Id3v2Tag({{"TPE1", "Кино"}, {"TALB", "Звезда"}}) + Audio(300));
+    library.Save();
     window = &ShowJukebox();
     FolderTree& tree = Box().Nodes();
     for (const char* const text : {"All Songs", "Artist", "New"}) tree.AddChild(nullptr, text);
@@ -121,7 +122,7 @@ TEST_F(FrameFilingTest, AWholeStyleActsWhileThePreferencesAreOpen) {
     EXPECT_EQ(ShownArtists(), (QStringList{"ABBA", "Queens of the Stone Age", "Кино"}));
     EXPECT_EQ(Status(), "1 new song  (and 1 more)");
     EXPECT_TRUE(dialog.isEnabled());
-    EXPECT_EQ(QApplication::focusWidget(), dialog.findChild<QWidget*>("optmodern"));
+    EXPECT_EQ(dialog.focusWidget(), dialog.findChild<QWidget*>("optmodern"));
   });
   EXPECT_TRUE(could_cancel);
   EXPECT_TRUE(messages.Take().empty());
@@ -159,6 +160,19 @@ TEST_F(FrameFilingTest, TheFolderOnShowIsLeftWhenItIsHidden) {
   EXPECT_EQ(ShownArtists(), (QStringList{"ABBA", "Queens of the Stone Age", "Кино"}));
 }
 
+TEST_F(FrameFilingTest, DroppedAndOpenedSongsAreFiledByTheirNewerTags) {
+  library.UseSwitches(kModernStyle);
+  emit Explorer().FilesDropped({music / "c.aac"}, &Top("New"));
+  EXPECT_EQ(ShownArtists(), (QStringList{"Queen", "Кино"}));
+  Jukebox saved;
+  for (const char* const text : {"All Songs", "Artist"}) saved.Nodes().AddChild(nullptr, text);
+  ASSERT_TRUE(saved.Save(music / "saved.juk", library));
+  frame.OpenFiles({music / "saved.juk"});
+  ASSERT_EQ(frame.OpenJukeboxes().size(), 2U);
+  FolderTree& opened = frame.OpenJukeboxes()[1]->Nodes();
+  EXPECT_NE(opened.Find("Кино", opened.Find("Artist")), nullptr);
+}
+
 TEST_F(FrameFilingTest, ThePopUpAddsTheAlbumFolderWhereItIsMissing) {
   const auto last = [this] {
     emit Explorer().TreePopUp(&Top("Artist"), QPoint(10, 10));
@@ -170,7 +184,7 @@ TEST_F(FrameFilingTest, ThePopUpAddsTheAlbumFolderWhereItIsMissing) {
   ASSERT_EQ(last()->text(), "Add Album Folder");
   last()->trigger();
   const Folder* const album = FindAlbumFolder(Box().Nodes());
-  ASSERT_NE(album, nullptr);
+  ASSERT_NE(album, nullptr) << Status().toStdString();
   EXPECT_EQ(Box().selectednode(), album);
   EXPECT_TRUE(Tree().model()->hasIndex(1, 0, IndexOf(Tree(), "Album")));
   EXPECT_EQ(album->ChildAt(0).Text(), "Hits (ABBA)");

@@ -32,7 +32,8 @@ class Builder {
   QAction* Add(QMenu& to, QAction* action, Command command) {
     to.addAction(action);
     action->setData(static_cast<int>(command));
-    QObject::connect(action, &QAction::triggered, menu_, [act = act_, command] { act(command); });
+    // The menu must not be the receiver: when it removes an action, it disconnects itself from it.
+    QObject::connect(action, &QAction::triggered, action, [act = act_, command] { act(command); });
     return action;
   }
   /// Adds an item that displays a shortcut. The control handles the key itself, because it knows
