@@ -126,15 +126,18 @@ void EditHistory::Arrange(Change change, bool is_stored) {
     return;
   }
   if (!is_stored) return;
-  const auto add = [&](Step& step, auto place) {
-    const TreeChange& added =
-        *step.changes.insert(place, TreeChange(Change(std::get<Change>(toggled))));
+  const auto append = [&](Step& step) {
+    const TreeChange& added = step.changes.emplace_back(std::get<Change>(toggled));
     const std::size_t bytes = tallow::BytesOf(added);
     step.bytes += bytes;
     bytes_ += bytes;
   };
-  if (!undo_.empty()) add(undo_.back(), undo_.back().changes.end());
-  if (!redo_.empty()) add(redo_.back(), redo_.back().changes.begin());
+  if (!undo_.empty()) append(undo_.back());
+  if (redo_.empty()) return;
+  append(redo_.back());
+  // It comes before the changes of the step.
+  auto& changes = redo_.back().changes;
+  std::rotate(changes.begin(), changes.end() - 1, changes.end());
 }
 
 void EditHistory::ArrangeFolders(Folder& parent, std::vector<std::int32_t> order) {

@@ -31,8 +31,8 @@ class Handle {
 };
 
 struct Pipe {
-  Handle reading;
-  Handle writing;
+  Handle reading = Handle();
+  Handle writing = Handle();
 };
 
 /// A pipe of which neither end is inherited yet. \returns no handles on failure

@@ -64,6 +64,9 @@ frmPreferences::frmPreferences(const PreferencesContext& context, QWidget* paren
   list_->setAccessibleDescription(tr("Chooses the page of preferences that is shown"));
   auto* const label = new QLabel(tr("&Pages:"), this);
   label->setBuddy(list_);
+  for (const PreferencesPage& page : kPages)
+    if (page.make != nullptr) AddPage(page, context);
+  // Made after the pages, so that Tab reaches it after them.
   auto* const close = new QPushButton(tr("&Close"), this);
   close->setObjectName(QStringLiteral("cmdClose"));
   close->setDefault(true);
@@ -74,8 +77,6 @@ frmPreferences::frmPreferences(const PreferencesContext& context, QWidget* paren
   layout->addWidget(pages_, 0, 1, 2, 1);
   layout->addWidget(close, 2, 1, Qt::AlignRight);
   layout->setColumnStretch(1, 1);
-  for (const PreferencesPage& page : kPages)
-    if (page.make != nullptr) AddPage(page, context);
   // As wide as its longest entry, with room for a few characters.
   list_->setFixedWidth(list_->sizeHintForColumn(0) + 6 * fontMetrics().averageCharWidth() +
                        2 * list_->frameWidth());
