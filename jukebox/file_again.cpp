@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "jukebox/filing.h"
+#include "jukebox/initial_jukebox.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/special_folders.h"
 #include "library/cls_main.h"
@@ -57,14 +58,16 @@ class JukeboxRefiling {
 
   /// \param reader, go_on for the old songs of albums, see ArrangeFiled
   void Run(const SongTagReader& reader, const GoOn& go_on) {
-    if (songs_.empty()) return;
+    const bool adds_album = AddsAlbum();
+    if (songs_.empty() && !adds_album) return;
     const std::uint64_t before = ContentHash(jukebox_.Nodes());
     history_.Begin(jukebox_.selectednode());
+    if (adds_album) AddAlbum();
     const std::vector<Folder*> categories = Categories();
     for (Folder* const category : categories) TakeOut(*category);
     Filing filing(
         jukebox_.Nodes(), library_, problems_, &emptied_,
-        scope_ == FileAgainScope::kAll ? Filing::Scope::kAll : Filing::Scope::kAlbumsOnly);
+        scope_ == FileAgainScope::kAlbum ? Filing::Scope::kAlbumsOnly : Filing::Scope::kAll);
     for (const TaggedSong* const song : songs_) filing.File(song->row, song->tags);
     filing.RecordAdditions(history_);
     ArrangeFiled(filing, reader, history_, true, go_on);
@@ -79,10 +82,24 @@ class JukeboxRefiling {
   }
 
  private:
+  bool AddsAlbum() const {
+    if (FindAlbumFolder(jukebox_.Nodes()) != nullptr) return false;
+    const bool is_sample = jukebox_.Caption() == kSampleCaption;
+    return scope_ == FileAgainScope::kAlbum ||
+           (scope_ == FileAgainScope::kStyle && is_sample && library_.Switches().albums);
+  }
+
+  void AddAlbum() {
+    FolderTree& tree = jukebox_.Nodes();
+    DetachedFolder album = tree.NewFolder(kAlbumFolder);
+    album->Automatic(true);
+    history_.AddFolder(std::move(album), nullptr, tree.Children());
+  }
+
   std::vector<Folder*> Categories() const {
     const FolderTree& tree = jukebox_.Nodes();
     std::vector<Folder*> categories;
-    if (scope_ == FileAgainScope::kAll)
+    if (scope_ != FileAgainScope::kAlbum)
       for (const char* const text : {"Artist", "Year", "Genre", "Decades"})
         if (Folder* const category = tree.Find(text)) categories.push_back(category);
     if (library_.Switches().albums)

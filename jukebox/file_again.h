@@ -15,8 +15,11 @@ class clsMain;
 
 /// Which folders FileAgainByTags empties and fills.
 enum class FileAgainScope {
-  kAll,     ///< "Artist", "Year", "Genre", "Decades" and the automatic "Album"
-  kAlbums,  ///< only the automatic "Album"
+  kAll,    ///< "Artist", "Year", "Genre", "Decades" and the automatic "Album"
+  kAlbum,  ///< only the automatic "Album", which is added where there is none
+  /// As kAll. The sample jukebox gets the automatic "Album" if it has none and the switch `albums`
+  /// is on, as a new sample jukebox does.
+  kStyle,
 };
 
 /// The songs of a folder and of all folders below it, each once: record numbers, ascending.
@@ -32,8 +35,8 @@ std::vector<std::int32_t> SongsThatArePresent(const clsMain& library);
 /// folders directly below these are sorted.
 ///
 /// "All Songs", "New", what lies below them, and all other folders stay as they are. Songs that are
-/// missing, away, on a drive that does not answer, unreadable or not in a jukebox's "All Songs"
-/// stay where they are. In each jukebox that changes, this is one step that can be undone.
+/// missing, away, set aside, on a drive that does not answer, unreadable or not in a jukebox's "All
+/// Songs" stay where they are. In each jukebox that changes, this is one step that can be undone.
 ///
 /// \param records   record numbers; invalid ones are ignored
 /// \param windows   the open jukeboxes

@@ -3,7 +3,6 @@
 
 #include <random>
 
-#include "jukebox/jukebox_edits.h"
 #include "tests/literal_filing.h"
 #include "tests/modern_fixture.h"
 
@@ -157,12 +156,35 @@ TEST_F(FileAgainTest, ANewAlbumFolderIsFilledAlone) {
   library.UseSwitches(kModernStyle);
   Fill();
   TagsOf(1).artist = "Queen";
-  JukeboxClipboard clipboard;
-  JukeboxEdits(jukebox, clipboard).AddAlbumFolder();
   FileAgainByTags(SongsThatArePresent(library), library, windows, Reader(), {},
-                  FileAgainScope::kAlbums);
+                  FileAgainScope::kAlbum);
   EXPECT_EQ(In("Album/Hits (Queen)"), "1");
   EXPECT_EQ(Below("Artist"), "ABBA");
+  EXPECT_EQ(jukebox.History().Steps(), 1U);
+  jukebox.Undo();
+  EXPECT_EQ(At("Album"), nullptr);
+  jukebox.Redo();
+  EXPECT_EQ(In("Album/Hits (Queen)"), "1");
+}
+
+TEST_F(FileAgainTest, ASwitchOfTheStyleGivesTheSampleItsAlbumFolder) {
+  jukebox.Nodes().Take(*At("Album"));
+  Song({.artist = "ABBA", .album = "Hits"});
+  Fill();
+  const auto switch_style = [&] {
+    Again(SongsThatArePresent(library), {}, FileAgainScope::kStyle);
+    return In("Album/Hits (ABBA)");
+  };
+  library.UseSwitches(kModernStyle);
+  EXPECT_EQ(switch_style(), "none");  // the user's own jukebox
+  jukebox.Caption(kSampleCaption);
+  AllAgain();
+  EXPECT_EQ(In("Album/Hits (ABBA)"), "none");
+  EXPECT_EQ(switch_style(), "1");
+  EXPECT_TRUE(At("Album")->Automatic());
+  const std::string modern = Describe(jukebox.Nodes());
+  EXPECT_EQ(switch_style(), "1");
+  EXPECT_EQ(Describe(jukebox.Nodes()), modern);
 }
 
 TEST_F(FileAgainTest, SongsOfAFolderAreThoseOfAllFoldersBelow) {

@@ -68,17 +68,6 @@ Folder* JukeboxEdits::AddFolder(Folder* parent) {
   return &folder;
 }
 
-Folder* JukeboxEdits::AddAlbumFolder() {
-  FolderTree& tree = jukebox_.Nodes();
-  if (FindAlbumFolder(tree) != nullptr) return nullptr;
-  DetachedFolder album = tree.NewFolder(kAlbumFolder);
-  album->Automatic(true);
-  jukebox_.History().Begin(jukebox_.selectednode());
-  Folder& folder = jukebox_.History().AddFolder(std::move(album), nullptr, tree.Children());
-  jukebox_.History().End();
-  return &folder;
-}
-
 bool JukeboxEdits::Rename(Folder& folder, std::string_view text) {
   if (IsSpecialFolder(folder) || Trim(text).empty()) return false;
   if (folder.Text() == text) return true;

@@ -31,11 +31,6 @@ class JukeboxEdits {
   /// \returns the folder; null when it would lie deeper than kMaxLevel
   Folder* AddFolder(Folder* parent);
 
-  /// Appends the automatic folder "Album" to the top level. Folders "Album" of the user stay as they
-  /// are.
-  /// \returns the folder, which is empty; null when the jukebox already has it
-  Folder* AddAlbumFolder();
-
   /// Renames a folder. Fails for a special folder and for a text of blanks only. If a special
   /// folder after this one has the same text, this folder is moved after it, so that the special
   /// folder stays the first with that text.

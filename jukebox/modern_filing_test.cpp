@@ -2,6 +2,7 @@
 // Filing by the switches of the modern style.
 #include <random>
 
+#include "jukebox/file_again.h"
 #include "jukebox/filing_rules.h"
 #include "jukebox/jukebox_edits.h"
 #include "jukebox/jukebox_reader.h"
@@ -141,14 +142,14 @@ TEST_F(ModernFilingTest, AnAlbumFolderOfTheUserIsNotFilled) {
   Fill();
   EXPECT_EQ(Below("Album"), "");
   EXPECT_FALSE(IsSpecialFolder(*At("Album")));
-  JukeboxClipboard clipboard;
-  JukeboxEdits edits(jukebox, clipboard);
-  Folder* const album = edits.AddAlbumFolder();
+  Jukebox* const windows[] = {&jukebox};
+  FileAgainByTags({}, library, windows, {}, {}, FileAgainScope::kAlbum);
+  Folder* const album = FindAlbumFolder(jukebox.Nodes());
   ASSERT_NE(album, nullptr);
   EXPECT_TRUE(IsSpecialFolder(*album));
   EXPECT_FALSE(IsSpecialFolder(*At("Album")));
-  EXPECT_EQ(edits.AddAlbumFolder(), nullptr);
-  EXPECT_FALSE(edits.Rename(*album, "Mine"));
+  JukeboxClipboard clipboard;
+  EXPECT_FALSE(JukeboxEdits(jukebox, clipboard).Rename(*album, "Mine"));
   jukebox.Undo();
   EXPECT_EQ(FindAlbumFolder(jukebox.Nodes()), nullptr);
   jukebox.Redo();
