@@ -129,7 +129,7 @@ void JukeboxDocuments::OpenFile(const std::string& path) {
           return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
         },
         [this](const std::string& text) { return windows_.AskDismissable(text); }, nullptr,
-        progress);
+        progress, tallow_.details.TagReader());
     work.reset();
     if (!is_open) {
       windows_.Show({.text = jukebox.FileProblem(), .icon = MessageIcon::kCritical});

@@ -57,7 +57,8 @@ void StartUpJukeboxes::Open() {
       if (!OpenLast(jukebox))
         BuildInitialJukebox(
             tallow_.library, jukebox, windows_.OpenJukeboxes(),
-            [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags, filing_.Progress());
+            [&] { windows_.ShowJukebox(jukebox); }, &tallow_.found_tags, filing_.Progress(),
+            tallow_.details.TagReader());
     } catch (const FilingError& error) {
       notices_.Add(error.problems());
     }
@@ -105,7 +106,8 @@ std::vector<std::string> StartUpJukeboxes::RecoverUnsaved(Jukebox*& last) {
     jukebox.Tag(std::to_string(windows_.OpenJukeboxes().size()));
     try {
       FillAutomaticFolders(kFillNewToo, false, jukebox.Caption(), tallow_.library,
-                           windows_.OpenJukeboxes(), &tallow_.found_tags, filing_.Progress());
+                           windows_.OpenJukeboxes(), &tallow_.found_tags, filing_.Progress(),
+                           tallow_.details.TagReader());
     } catch (const FilingError& error) {
       notices_.Add(error.problems());
     }
@@ -145,7 +147,7 @@ bool StartUpJukeboxes::OpenLast(Jukebox& jukebox) {
               return windows_.LoadJukebox(jukebox, file, tallow_.library, ask);
             },
             [this](const std::string& text) { return windows_.AskDismissable(text); },
-            &tallow_.found_tags, filing_.Progress())) {
+            &tallow_.found_tags, filing_.Progress(), tallow_.details.TagReader())) {
       windows_.ShowError(jukebox.FileProblem() +
                          "\n\nTallow opens the sample jukebox instead. The file is unchanged.");
       return false;
