@@ -2,6 +2,7 @@
 #include "app/new_songs.h"
 
 #include <exception>
+#include <optional>
 #include <utility>
 
 #include "app/tallow.h"
@@ -15,13 +16,15 @@ namespace {
 /// One run of the command.
 class Search {
  public:
-  Search(Tallow& tallow, NewSongsWindows& windows, const SearchAllDrives& search_all_drives)
+  Search(Tallow& tallow, NewSongsWindows& windows, const SearchAllDrives& search_all_drives,
+         NewSongsTarget target)
       : tallow_(tallow),
         library_(tallow.library),
         windows_(windows),
-        search_all_drives_(search_all_drives) {}
+        search_all_drives_(search_all_drives),
+        target_(target) {}
 
-  void Run(NewSongsPlace place) {
+  NewSongsResult Run(NewSongsPlace place) {
     tallow_.SearchCancelled = false;
     progress_ = &windows_.ShowSearching();
     windows_.EnableFrame(false);
@@ -48,14 +51,15 @@ class Search {
       failure_ = error.what();
     }
     End();
-    ReportScan(report);
+    return {!was_cancelled_ && is_filed_ && failure_.empty(), ReportScan(report)};
   }
 
  private:
   /// Shows what is being searched and processes window events.
   /// \returns whether to continue
   bool GoOn(std::string_view folder) {
-    progress_->SetFound("Found " + std::to_string(library_.UBoundOfMp3Array()) + " Mp3s");
+    progress_->SetFound("Found " + std::to_string(library_.UBoundOfMp3Array()) + " " +
+                        (library_.Switches().more_formats ? "songs" : "Mp3s"));
     progress_->VisitFolder(folder);
     if (!tallow_.SearchCancelled) return true;
     was_cancelled_ = true;
@@ -120,17 +124,25 @@ class Search {
     }
   }
 
+  /// The caption that addresses the jukeboxes to file in, empty for all; no value when there are
+  /// none.
+  std::optional<std::string> CaptionToFile() {
+    if (target_ == NewSongsTarget::kOpenJukeboxes)
+      return windows_.OpenJukeboxes().empty() ? std::nullopt : std::optional<std::string>("");
+    const Jukebox* const jukebox = windows_.ActiveJukebox();
+    if (jukebox == nullptr || jukebox->Caption().empty()) return std::nullopt;
+    return jukebox->Caption();
+  }
+
   void FileSongsFrom(std::int32_t before) {
     // Songs that came back are in jukebox folders already; they are not filed as new songs.
     RenumberReturnedSongs(library_.TakeReturned(), windows_.OpenJukeboxes(), tallow_.clipboard);
-    Jukebox* jukebox = windows_.ActiveJukebox();
-    // An empty caption would address all jukeboxes.
-    if (jukebox != nullptr && jukebox->Caption().empty()) jukebox = nullptr;
+    const std::optional<std::string> caption = CaptionToFile();
     // A song that was away when its jukebox was opened has not been filed yet.
     const bool has_new = library_.UBoundOfMp3Array() > before || AwaySongs() < away_before_ ||
                          tallow_.filing_is_pending;
-    had_no_jukebox_ = has_new && jukebox == nullptr;
-    if (has_new && jukebox != nullptr) {
+    had_no_jukebox_ = has_new && !caption;
+    if (caption && (has_new || target_ == NewSongsTarget::kOpenJukeboxes)) {
       // Songs found before the cancel are filed, unless the user cancels the filing, too.
       tallow_.SearchCancelled = false;
       progress_->MayCancelAgain();
@@ -138,14 +150,15 @@ class Search {
       try {
         // The callback sets this, so that a cancel is recorded even if FillAutomaticFolders throws.
         is_filed_ = true;
-        FillAutomaticFolders(kFillNewToo, false, jukebox->Caption(), library_,
-                             windows_.OpenJukeboxes(), &tallow_.found_tags,
-                             [this](std::size_t filed, std::size_t songs) {
-                               progress_->SetFound(FilingLine(filed, songs));
-                               progress_->VisitFolder({});
-                               is_filed_ = !tallow_.SearchCancelled && !tallow_.is_shutting_down;
-                               return is_filed_;
-                             });
+        FillAutomaticFolders(
+            kFillNewToo, false, *caption, library_, windows_.OpenJukeboxes(), &tallow_.found_tags,
+            [this](std::size_t filed, std::size_t songs) {
+              progress_->SetFound(FilingLine(filed, songs));
+              progress_->VisitFolder({});
+              is_filed_ = !tallow_.SearchCancelled && !tallow_.is_shutting_down;
+              return is_filed_;
+            },
+            tallow_.details.TagReader());
       } catch (const FilingError& error) {
         problems_ = error.problems();
       } catch (const std::exception& error) {
@@ -164,7 +177,8 @@ class Search {
     tallow_.found_tags.Clear();
   }
 
-  void ReportScan(const ScanReport& report) {
+  /// \returns what is reported in the notice
+  std::vector<std::string> ReportScan(const ScanReport& report) {
     // Refreshes the lists: songs were removed, came back, or are away now.
     for (Jukebox* const jukebox : windows_.OpenJukeboxes()) jukebox->ListRefilled(library_);
     std::string line = TextOf(report, true);
@@ -185,12 +199,14 @@ class Search {
                    "\n\nThe songs found so far are kept. Check that all disks are connected, "
                    "and search again.",
            .icon = MessageIcon::kCritical});
+    return lines;
   }
 
   Tallow& tallow_;
   clsMain& library_;
   NewSongsWindows& windows_;
   const SearchAllDrives& search_all_drives_;
+  const NewSongsTarget target_;
   SearchProgress* progress_ = nullptr;
   std::int32_t away_before_ = 0;  ///< number of songs that were away at the start
   bool was_cancelled_ = false;
@@ -202,9 +218,9 @@ class Search {
 
 }  // namespace
 
-void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows,
-                     const SearchAllDrives& search_all_drives) {
-  Search(tallow, windows, search_all_drives).Run(place);
+NewSongsResult BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows,
+                               const SearchAllDrives& search_all_drives, NewSongsTarget target) {
+  return Search(tallow, windows, search_all_drives, target).Run(place);
 }
 
 }  // namespace tallow

@@ -34,18 +34,31 @@ enum class NewSongsPlace {
   kWholeComputer,  ///< every fixed disk
 };
 
+/// Which jukeboxes new songs are filed in.
+enum class NewSongsTarget {
+  kActiveJukebox,
+  kOpenJukeboxes,  ///< all of them get all songs that they lack
+};
+
+/// The result of a search for new songs.
+struct NewSongsResult {
+  bool is_complete = true;         ///< false: the user cancelled, or the search failed
+  std::vector<std::string> lines;  ///< what NoticeScan got
+};
+
 /// Searches every fixed disk for songs and adds them to the library; returns false when the search
 /// was cancelled.
 using SearchAllDrives = std::function<bool(SearchProgress& progress)>;
 
-/// Searches for new songs and for songs whose files are gone, and files the new songs in the active
-/// jukebox. Reports at the end what was found.
+/// Searches for new songs and for songs whose files are gone, and files the new songs. Reports at
+/// the end what was found.
 ///
 /// The frame window is disabled during the search, and always enabled again, also after a failure.
 /// A cancel (SearchCancelled) stops after the current folder, or when searching the whole computer
 /// after the current drive; the folders searched until then are complete. A library that was never
 /// filled is filled from the whole computer.
-void BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows,
-                     const SearchAllDrives& search_all_drives);
+NewSongsResult BringInNewSongs(NewSongsPlace place, Tallow& tallow, NewSongsWindows& windows,
+                               const SearchAllDrives& search_all_drives,
+                               NewSongsTarget target = NewSongsTarget::kActiveJukebox);
 
 }  // namespace tallow

@@ -74,6 +74,12 @@ class Preferences {
   void OverrideStyle(Style style) { override_ = SwitchesOf(style); }
   bool IsOverridden() const noexcept { return override_.has_value(); }
 
+  /// Whether the user has ever chosen a style: one is in the file, or the command line gave one.
+  bool IsStyleChosen() const;
+  /// Stores the style of the next start, even if it is the default, so that the next start knows
+  /// that a style was chosen.
+  void KeepStyle();
+
   /// Returns another setting of the file.
   ///
   /// \tparam T bool, std::int64_t, double, std::string or std::vector<std::string>. A text is any

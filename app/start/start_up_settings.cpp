@@ -25,7 +25,7 @@ constexpr std::string_view kOpenSaved = " Saved jukeboxes are opened with Open i
 }  // namespace
 
 bool StartUpSettings::Load() {
-  tallow_.preferences.Load(PreferencesPath(tallow_.application_folder));
+  LoadPreferences();
   const std::string& path = tallow_.settings_path;
   if (IsGone(path)) {
     Make();
@@ -46,6 +46,16 @@ bool StartUpSettings::Load() {
   if (!tallow_.settings.IsComplete()) CompleteTruncated();
   ReplaceMissingFolders();
   return true;
+}
+
+void StartUpSettings::LoadPreferences() {
+  Preferences& preferences = tallow_.preferences;
+  preferences.Load(PreferencesPath(tallow_.application_folder));
+  // Otherwise the library is as it was before there were styles, and no song is set aside.
+  if (!preferences.IsStyleChosen()) return;
+  tallow_.library.UseSwitches(preferences.switches());
+  // This run may add songs that the style of the next one has to set aside.
+  if (preferences.switches() != kClassicStyle) preferences.KeepStyle();
 }
 
 void StartUpSettings::ReplaceMissingFolders() {

@@ -18,7 +18,8 @@ class StartUpSettings {
   StartUpSettings(Tallow& tallow, StartUpWindows& windows, StartUpNotices& notices)
       : tallow_(tallow), windows_(windows), notices_(notices) {}
 
-  /// Loads the preferences, whose problems become notices, and the settings.
+  /// Loads the preferences, whose problems become notices, and the settings. The library gets the
+  /// switches of the preferences if the user has ever chosen a style.
   ///
   /// \returns false when the settings cannot be read and the user does not want new ones
   /// \throws FileError when their folder cannot be read
@@ -35,6 +36,7 @@ class StartUpSettings {
   void SetSongCount(std::int32_t songs);
 
  private:
+  void LoadPreferences();
   bool Rebuild(const std::string& problem);
   void Make();
   void CompleteTruncated();

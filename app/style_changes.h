@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+
+#include "app/new_songs.h"
+#include "app/window_interfaces.h"
+#include "library/switches.h"
+
+namespace tallow {
+
+class Tallow;
+
+/// What a change of the switches makes necessary, apart from showing the lists again.
+struct StyleWork {
+  /// Where there may be songs now that no search has brought in; no value for nowhere.
+  std::optional<NewSongsPlace> search;
+  /// Whether songs are filed differently now.
+  bool files_differently = false;
+};
+
+/// A search of the known folders cannot find songs of other formats, or songs whose names others
+/// have, in folders that hold nothing else; these need a search of the whole computer.
+StyleWork WorkFor(const Switches& before, const Switches& now);
+
+/// The windows that a change of the switches uses.
+class StyleWindows : public JukeboxWindows {
+ public:
+  /// Searches for new songs, files them in all open jukeboxes, and shows the result.
+  virtual NewSongsResult Search(NewSongsPlace place) = 0;
+  /// Notice of what was done, in the place of that of the search before; see
+  /// NewSongsWindows::NoticeScan.
+  virtual void NoticeScan(const std::vector<std::string>& lines) = 0;
+};
+
+/// Lets the library and the open jukeboxes follow the switches of the preferences.
+///
+/// What is listed follows each change at once. The choice of a whole style also does the other work
+/// at once: it searches for songs, and files all songs of the open jukeboxes again. Single switches
+/// are often changed together, so for them the work is left until Finish, which asks before it
+/// files anything again.
+class StyleChanges {
+ public:
+  /// \param tallow, windows must outlive this object
+  StyleChanges(Tallow& tallow, StyleWindows& windows) : tallow_(tallow), windows_(windows) {}
+
+  /// Follows a change of the preferences.
+  /// \param before the switches before it; nothing happens when they equal those of now
+  void Follow(const Switches& before);
+  /// Does the work that single switches have left, if any.
+  void Finish();
+
+ private:
+  void Act(bool asks);
+  void FileAgain(std::vector<std::string> lines);
+
+  Tallow& tallow_;
+  StyleWindows& windows_;
+  /// The switches that the last work was done for; no value when no work is left.
+  std::optional<Switches> done_;
+};
+
+}  // namespace tallow
