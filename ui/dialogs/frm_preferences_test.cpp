@@ -28,7 +28,11 @@ namespace {
 
 class FrmPreferences : public FrameTest {
  protected:
-  FrmPreferences() { tallow.preferences.Load(path); }
+  FrmPreferences() {
+    tallow.preferences.Load(path);
+    // Without jukeboxes that follow the style.
+    tallow.preferences.OnChange({});
+  }
 
   frmPreferences& Open() {
     dialog = std::make_unique<frmPreferences>(

@@ -79,8 +79,7 @@ constexpr MenuItem kTools[] = {
     {"mnuPreferences", "&Preferences...", "Ctrl+,", FrameCommand::kPreferences, nullptr},
     {"mnuWhereMyMusicIs", "&Where My Music Is...", nullptr, FrameCommand::kWhereMyMusicIs, nullptr,
      false},
-    {"mnuFileAgainByTags", "&File Again By Tags", nullptr, FrameCommand::kFileAgainByTags, nullptr,
-     false},
+    {"mnuFileAgainByTags", "&File Again By Tags", nullptr, FrameCommand::kFileAgainByTags, nullptr},
 };
 
 constexpr MenuItem kHelp[] = {

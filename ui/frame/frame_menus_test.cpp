@@ -76,7 +76,8 @@ TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
   EXPECT_EQ(ItemsOf("mnuWindowList"),
             (QStringList{"mnuCascade|&Cascade|Shift+F4", "mnuTile|&Tile|Shift+F5",
                          "mnuArrageIcons|&Arrange Icons|"}));
-  EXPECT_EQ(ItemsOf("mnuTools"), QStringList{"mnuPreferences|&Preferences...|Ctrl+,"});
+  EXPECT_EQ(ItemsOf("mnuTools"), (QStringList{"mnuPreferences|&Preferences...|Ctrl+,",
+                                              "mnuFileAgainByTags|&File Again By Tags|"}));
   EXPECT_EQ(ItemsOf("mnuHelp"),
             (QStringList{"mnuHelpp|&Help|", "mnuTip|&Tip|", "mnuAbout|&About|"}));
 }

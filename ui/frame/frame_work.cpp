@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include <QCoreApplication>
+#include <QApplication>
 
 #include "app/tallow.h"
 #include "ui/dialogs/frm_searching.h"
@@ -37,7 +37,9 @@ bool FrameWork::GoOn(const std::function<std::string()>& line) {
   if (since_events_.hasExpired(kEventInterval)) {
     if (!std::exchange(is_disabled_, true)) enable_(false);
     if (!window_ && begun_.hasExpired(kShowAfter)) {
-      window_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; }, text_);
+      // Only a child of a modal dialog accepts clicks while the dialog is open.
+      window_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; }, text_,
+                                               QApplication::activeModalWidget());
       window_->setProperty(kHelpPage, QStringLiteral("new-songs"));
       window_->Load();
       window_->show();

@@ -59,6 +59,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       findings_(*statusBar(), tallow, messages_.Shower(), [this] { return OpenJukeboxes(); }),
       search_(tallow, searches, jukeboxes_, messages_, busy_, findings_,
               [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
+      filing_(tallow, jukeboxes_, messages_, busy_, search_,
+              [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
       commands_(*this, tallow, jukeboxes_, messages_),
       linked_undo_(jukeboxes_, messages_),
       arrangement_(*area_, panel_),
@@ -71,9 +73,13 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
   statusBar()->show();
   SetUpMenus();
   RestoreOptions();
+  tallow_.preferences.OnChange([this](const Switches& before) { filing_.Follow(before); });
 }
 
-frmMDIForm1::~frmMDIForm1() { tallow_.settings.SetMenuUpdate({}); }
+frmMDIForm1::~frmMDIForm1() {
+  tallow_.preferences.OnChange({});
+  tallow_.settings.SetMenuUpdate({});
+}
 
 void frmMDIForm1::SetUpArea() {
   area_->setObjectName(QStringLiteral("MDIArea"));
@@ -204,9 +210,11 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kPlayAllSongsInFolder:
       return commands_.Run(ListCommand::kPlayAllSongsInFolder);
     case FrameCommand::kNewSongsNormalLocations:
-      return search_.BringIn(NewSongsPlace::kKnownFolders);
+      search_.BringIn(NewSongsPlace::kKnownFolders);
+      return;
     case FrameCommand::kNewSongsWholeComputerSearch:
-      return search_.BringIn(NewSongsPlace::kWholeComputer);
+      search_.BringIn(NewSongsPlace::kWholeComputer);
+      return;
     case FrameCommand::kNextTrack:
       return player_.Send(kNextTrack);
     case FrameCommand::kPreviousTrack:
@@ -232,8 +240,9 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kPreferences:
       return ShowPreferences();
     case FrameCommand::kWhereMyMusicIs:
-    case FrameCommand::kFileAgainByTags:
       return;
+    case FrameCommand::kFileAgainByTags:
+      return filing_.FileAgain();
     case FrameCommand::kHelp:
       return help_.ShowHelp({});
     case FrameCommand::kTip:
@@ -246,6 +255,7 @@ void frmMDIForm1::Run(FrameCommand command) {
 void frmMDIForm1::ShowPreferences() {
   frmPreferences dialog({tallow_, [this] { Notice(tallow_.TakeProblems()); }}, this);
   dialog.exec();
+  filing_.Finish();
 }
 
 void frmMDIForm1::changeEvent(QEvent* event) {

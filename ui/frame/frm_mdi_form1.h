@@ -14,6 +14,7 @@
 #include "ui/frame/busy_frame.h"
 #include "ui/frame/frame_commands.h"
 #include "ui/frame/frame_documents.h"
+#include "ui/frame/frame_filing.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_help.h"
 #include "ui/frame/frame_messages.h"
@@ -118,6 +119,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   BackgroundPicture picture_;
   FrameFindings findings_;
   NewSongSearch search_;
+  FrameFiling filing_;
   ActiveJukeboxCommands commands_;
   LinkedUndo linked_undo_;
   WindowArrangement arrangement_;

@@ -143,7 +143,10 @@ void JukeboxArea::KeepPlaces(const std::function<void()>& act) const {
     places.emplace_back(&explorer, explorer.CurrentPlace());
   }
   act();
-  for (const auto& [explorer, before] : places) explorer->GoTo(before);
+  for (const auto& [explorer, before] : places) {
+    explorer->UpdateHiddenFolders();
+    explorer->GoTo(before);
+  }
 }
 
 bool JukeboxArea::CloseAll() {

@@ -61,7 +61,7 @@ class JukeboxArea : public QObject {
   void ActivateLast();
 
   /// Calls `act`, which refills the lists of all jukeboxes, and then restores each list's selection
-  /// and scroll position.
+  /// and scroll position. Hides the folders that are set aside now.
   void KeepPlaces(const std::function<void()>& act) const;
 
   /// Closes all jukebox windows, once the user has answered whether to save each of them.

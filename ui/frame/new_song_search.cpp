@@ -3,6 +3,8 @@
 
 #include <utility>
 
+#include <QApplication>
+
 #include "app/search/drive_searches.h"
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
@@ -24,14 +26,16 @@ NewSongSearch::NewSongSearch(Tallow& tallow, DriveSearches& searches, JukeboxAre
 
 NewSongSearch::~NewSongSearch() = default;
 
-void NewSongSearch::BringIn(NewSongsPlace place) {
-  if (searching_) return;
+NewSongsResult NewSongSearch::BringIn(NewSongsPlace place, NewSongsTarget target) {
+  NewSongsResult result;
+  if (searching_) return result;
   jukeboxes_.KeepPlaces([&] {
-    BringInNewSongs(place, tallow_, *this, [this](SearchProgress& progress) {
-      return searches_.SearchForSongs(progress);
-    });
+    result = BringInNewSongs(
+        place, tallow_, *this,
+        [this](SearchProgress& progress) { return searches_.SearchForSongs(progress); }, target);
   });
   findings_.FindSizes();
+  return result;
 }
 
 void NewSongSearch::FollowSongs(const std::vector<ReturnedSong>& songs) {
@@ -45,6 +49,9 @@ void NewSongSearch::FollowSongs(const std::vector<ReturnedSong>& songs) {
 
 SearchProgress& NewSongSearch::ShowSearching() {
   searching_ = std::make_unique<frmSearching>([this] { tallow_.SearchCancelled = true; });
+  // Only a child of a modal dialog accepts clicks while the dialog is open.
+  if (QWidget* const modal = QApplication::activeModalWidget())
+    searching_->setParent(modal, searching_->windowFlags());
   searching_->setProperty(kHelpPage, QStringLiteral("new-songs"));
   searching_->Load();
   searching_->show();
@@ -54,7 +61,11 @@ SearchProgress& NewSongSearch::ShowSearching() {
 
 void NewSongSearch::UnloadSearching() { searching_.reset(); }
 
-void NewSongSearch::EnableFrame(bool enabled) { busy_.EnableFrame(enabled); }
+void NewSongSearch::EnableFrame(bool enabled) {
+  busy_.EnableFrame(enabled);
+  // A dialog over the frame is disabled with it, and with the dialog its child, this window.
+  if (searching_) searching_->setEnabled(true);
+}
 
 Jukebox* NewSongSearch::ActiveJukebox() { return jukeboxes_.ActiveJukebox(); }
 

@@ -28,7 +28,8 @@ class NewSongSearch : private FrameWindows<NewSongsWindows> {
   ~NewSongSearch() override;
 
   /// Searches for new songs, see BringInNewSongs; does nothing during a search.
-  void BringIn(NewSongsPlace place);
+  NewSongsResult BringIn(NewSongsPlace place,
+                         NewSongsTarget target = NewSongsTarget::kActiveJukebox);
   /// Renumbers songs that were found again in all jukeboxes.
   void FollowSongs(const std::vector<ReturnedSong>& songs);
 

@@ -28,7 +28,10 @@ void DroppedFiles::Add(const std::vector<std::string>& paths, Folder& to) {
   } catch (const std::exception& error) {
     outcome.problems.push_back(std::string("The new songs could not be filed. ") + error.what());
   }
-  if (outcome.added.has_new_songs) explorer_.GoTo(place);
+  if (outcome.added.has_new_songs) {
+    explorer_.UpdateHiddenFolders();
+    explorer_.GoTo(place);
+  }
   // If filing was cancelled, songs are not added to "All Songs", because songs that are already
   // there are never filed.
   if (outcome.is_filed || !IsAllSongs(to)) explorer_.AddSongs(to, outcome.added.songs);
@@ -60,12 +63,13 @@ void DroppedFiles::AddToLibrary(const std::vector<std::string>& paths, Outcome& 
 void DroppedFiles::FileNewSongs(Outcome& outcome) {
   const std::unique_ptr<LongWork> work = Begin(kFilingSongs);
   Jukebox* const own[] = {&jukebox_};
-  FillAutomaticFolders(kFillNewToo, true, {}, tallow_.library, own, nullptr,
-                       [&](std::size_t filed, std::size_t songs) {
-                         outcome.is_filed = work == nullptr ||
-                                            work->GoOn([=] { return FilingLine(filed, songs); });
-                         return outcome.is_filed;
-                       });
+  FillAutomaticFolders(
+      kFillNewToo, true, {}, tallow_.library, own, nullptr,
+      [&](std::size_t filed, std::size_t songs) {
+        outcome.is_filed = work == nullptr || work->GoOn([=] { return FilingLine(filed, songs); });
+        return outcome.is_filed;
+      },
+      tallow_.details.TagReader());
 }
 
 void DroppedFiles::Report(const Outcome& outcome) {

@@ -11,6 +11,7 @@
 #include <QSettings>
 #include <QStyle>
 
+#include "app/file_again_command.h"
 #include "app/play_commands.h"
 #include "app/tallow.h"
 #include "jukebox/initial_jukebox.h"
@@ -92,6 +93,7 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,
           [this](Folder* folder, const QPoint& position) {
             menu_folder_ = folder != nullptr ? folder->Key() : 0;
+            OfferAlbumFolder(*tree_menu_, OffersAlbumFolder(jukebox_, tallow_.library));
             const JukeboxClipboard& clipboard = tallow_.clipboard;
             EnableTreeItems(*tree_menu_, folder,
                             clipboard.CopiedFolder() != nullptr ||
@@ -123,6 +125,7 @@ void frmMain::ShowJukebox() {
     explorer_->ExpandAll();
   else
     explorer_->ExpandMarked();
+  explorer_->UpdateHiddenFolders();
   if (jukebox_.selectednode() == nullptr && jukebox_.Nodes().Children() > 0)
     explorer_->Select(jukebox_.Nodes().ChildAt(0));
 }
@@ -166,7 +169,10 @@ void frmMain::PlaySong(int row) {
   if (const Folder* const folder = jukebox_.selectednode()) emit PlaySongs(SongsOf(*folder, {row}));
 }
 
-void frmMain::OnLongWork(BeginLongWork begin) { dropped_files_->OnLongWork(std::move(begin)); }
+void frmMain::OnLongWork(const BeginLongWork& begin) {
+  dropped_files_->OnLongWork(begin);
+  commands_->OnLongWork(begin);
+}
 
 bool frmMain::WillAsk() const {
   return jukebox_.IsFormDirty() && jukebox_.HasUnsavedChanges(tallow_.library);

@@ -83,8 +83,8 @@ class frmMain : public QWidget {
   /// Sets the callback that saves the jukebox when the user chooses to save on closing.
   /// \param save returns whether the jukebox was saved
   void OnSaveBeforeClosing(std::function<bool()> save) { save_ = std::move(save); }
-  /// Sets the callback that shows progress while many files are added.
-  void OnLongWork(BeginLongWork begin);
+  /// Sets the callback that shows progress while many files are added or filed.
+  void OnLongWork(const BeginLongWork& begin);
 
  signals:
   /// The user wants to play these songs, given as record numbers, in this order.

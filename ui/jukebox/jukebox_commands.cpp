@@ -6,6 +6,7 @@
 
 #include <QPointer>
 
+#include "app/file_again_command.h"
 #include "app/play_commands.h"
 #include "app/tallow.h"
 #include "jukebox/ranking.h"
@@ -49,6 +50,8 @@ void JukeboxCommands::Run(TreeCommand command, Folder* node) {
     case kMoveToRoot:
       if (node != nullptr) explorer_.MoveToRoot(*node);
       return;
+    case kAddAlbumFolder:
+      return AddAlbum();
     default:
       return;
   }
@@ -128,6 +131,15 @@ void JukeboxCommands::DeleteFolder(Folder& node) {
       here == nullptr)
     return;
   if (Folder* const folder = jukebox_.Nodes().FindKey(key)) explorer_.DeleteFolder(*folder);
+}
+
+void JukeboxCommands::AddAlbum() {
+  if (!OffersAlbumFolder(jukebox_, tallow_.library)) return;
+  const PVExplorer::Place place = explorer_.CurrentPlace();
+  const FiledAgain filed = AddAlbumFolder(jukebox_, tallow_, begin_work_);
+  explorer_.GoTo(place);
+  if (const Folder* const album = FindAlbumFolder(jukebox_.Nodes())) explorer_.Select(*album);
+  emit Problem(DisplayMessages(filed.lines));
 }
 
 void JukeboxCommands::BeforeCut(BeforeCutEvent& event) {

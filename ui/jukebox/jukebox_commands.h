@@ -2,11 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 #include <QObject>
 #include <QStringList>
 
+#include "app/long_work.h"
 #include "ui/jukebox/pop_up_menus.h"
 #include "util/message.h"
 
@@ -28,6 +30,9 @@ class JukeboxCommands : public QObject {
   /// \param show shows messages
   JukeboxCommands(Tallow& tallow, Jukebox& jukebox, PVExplorer& explorer, ShowMessage show);
 
+  /// Sets the callback that shows progress while many songs are filed.
+  void OnLongWork(BeginLongWork begin) { begin_work_ = std::move(begin); }
+
   /// \param node the folder to act on; null for none
   void Run(TreeCommand command, Folder* node);
   void Run(ListCommand command, Folder* node);
@@ -43,12 +48,14 @@ class JukeboxCommands : public QObject {
   void Play(const std::vector<std::int32_t>& songs, const QString& if_none);
   void RankSelectedSongs(int item);
   void DeleteFolder(Folder& node);
+  void AddAlbum();
   void BeforeCut(BeforeCutEvent& event);
 
   Tallow& tallow_;
   Jukebox& jukebox_;
   PVExplorer& explorer_;
   ShowMessage show_;
+  BeginLongWork begin_work_;
 };
 
 }  // namespace tallow

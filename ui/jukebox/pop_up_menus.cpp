@@ -32,7 +32,8 @@ class Builder {
   QAction* Add(QMenu& to, QAction* action, Command command) {
     to.addAction(action);
     action->setData(static_cast<int>(command));
-    QObject::connect(action, &QAction::triggered, menu_, [act = act_, command] { act(command); });
+    // The menu must not be the receiver: when it removes an action, it disconnects itself from it.
+    QObject::connect(action, &QAction::triggered, action, [act = act_, command] { act(command); });
     return action;
   }
   /// Adds an item that displays a shortcut. The control handles the key itself, because it knows
@@ -52,6 +53,9 @@ class Builder {
 QString Tr(const char* text) { return QCoreApplication::translate("PopUpMenus", text); }
 
 static_assert(RankCommand(kRankItems) == ListCommand::kRankWorst);
+
+/// The object name of the item "Add Album Folder".
+constexpr const char* kAlbumItem = "AddAlbumFolder";
 
 const QKeySequence kCutKey(Qt::CTRL | Qt::Key_X);
 const QKeySequence kCopyKey(Qt::CTRL | Qt::Key_C);
@@ -98,7 +102,18 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act
   builder.Add(Tr("&Delete"), kDeleteFolder, kDeleteKey);
   builder.Add(Tr("Sort Nodes"), kSortNodes);
   builder.Add(Tr("Move To Root"), kMoveToRoot);
+  QAction* const album = builder.Add(Tr("Add Album Folder"), kAddAlbumFolder);
+  album->setObjectName(QLatin1String(kAlbumItem));
+  builder.Menu()->removeAction(album);
   return builder.Menu();
+}
+
+void OfferAlbumFolder(QMenu& tree_menu, bool offers) {
+  auto* const album = tree_menu.findChild<QAction*>(QLatin1String(kAlbumItem));
+  if (offers)
+    tree_menu.addAction(album);
+  else
+    tree_menu.removeAction(album);
 }
 
 void EnableTreeItems(QMenu& tree_menu, const Folder* folder, bool paste) {

@@ -26,6 +26,7 @@ enum class TreeCommand : int {
   kDeleteFolder = 9,
   kSortNodes = 10,
   kMoveToRoot = 11,
+  kAddAlbumFolder = 12,  ///< offered only by OfferAlbumFolder
 };
 
 /// The commands of the list's pop-up menu; the values are the numbers of its items.
@@ -59,6 +60,9 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
 
 /// Like MakeListMenu, for the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act);
+
+/// Adds or removes the last item of the tree's pop-up menu, "Add Album Folder".
+void OfferAlbumFolder(QMenu& tree_menu, bool offers);
 
 /// Disables the items of the tree's pop-up menu that would have no effect.
 /// \param folder the folder that the menu is opened on; null in the empty area of the tree

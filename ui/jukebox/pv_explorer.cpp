@@ -8,6 +8,7 @@
 #include "ui/jukebox/explorer/explorer_steps.h"
 #include "ui/jukebox/explorer/folder_choice.h"
 #include "ui/jukebox/explorer/folder_expansion.h"
+#include "ui/jukebox/explorer/hidden_folders.h"
 #include "ui/jukebox/explorer/pane_focus.h"
 #include "ui/jukebox/explorer/pop_up_requests.h"
 #include "ui/jukebox/explorer_drag.h"
@@ -40,6 +41,7 @@ PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboar
       dragging_(std::make_unique<ExplorerDragging>(jukebox, library, *tree_, *list_, shown_songs_,
                                                    edits_)),
       expansion_(std::make_unique<FolderExpansion>(jukebox.Nodes(), *folders_, *tree_)),
+      hidden_(std::make_unique<HiddenFolders>(jukebox.Nodes(), library, *folders_, *tree_)),
       choice_(std::make_unique<FolderChoice>(*folders_, *tree_, *list_)),
       pop_ups_(std::make_unique<PopUpRequests>(*tree_, *list_)),
       keys_(std::make_unique<ExplorerKeys>(*tree_, *list_)),
@@ -114,6 +116,8 @@ int PVExplorer::SelectSong(const Folder& folder, int row) {
 
 void PVExplorer::EditText(const Folder& folder) { tree_->EditText(folder); }
 
+void PVExplorer::UpdateHiddenFolders() { hidden_->Update(); }
+
 void PVExplorer::ExpandAll() { expansion_->ExpandAll(); }
 
 void PVExplorer::ExpandMarked() { expansion_->ExpandMarked(); }
@@ -138,9 +142,15 @@ bool PVExplorer::Save(const std::string& path) {
 
 void PVExplorer::CommitEditing() { tree_->CommitEditing(); }
 
-void PVExplorer::Undo() { steps_->Undo(); }
+void PVExplorer::Undo() {
+  steps_->Undo();
+  UpdateHiddenFolders();
+}
 
-void PVExplorer::Redo() { steps_->Redo(); }
+void PVExplorer::Redo() {
+  steps_->Redo();
+  UpdateHiddenFolders();
+}
 
 bool PVExplorer::StepLinked(std::uint64_t move, bool back) {
   return steps_->StepLinked(move, back);

@@ -23,6 +23,7 @@ class FolderChoice;
 class FolderExpansion;
 class FolderTreeModel;
 class FolderTreeView;
+class HiddenFolders;
 class PaneFocus;
 class PopUpRequests;
 class SongListModel;
@@ -60,6 +61,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   int SelectSong(const Folder& folder, int row);
   /// Starts the renaming of a folder by the user.
   void EditText(const Folder& folder);
+  /// Shows the folders that the switches of the library list, and no others.
+  void UpdateHiddenFolders();
   /// Expands all folders of the tree.
   void ExpandAll();
   /// Expands the folders that are marked as open and collapses the others.
@@ -179,6 +182,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   std::unique_ptr<ExplorerSteps> steps_;
   std::unique_ptr<ExplorerDragging> dragging_;
   std::unique_ptr<FolderExpansion> expansion_;
+  std::unique_ptr<HiddenFolders> hidden_;
   std::unique_ptr<FolderChoice> choice_;
   std::unique_ptr<PopUpRequests> pop_ups_;
   std::unique_ptr<ExplorerKeys> keys_;
