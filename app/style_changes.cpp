@@ -54,7 +54,7 @@ void StyleChanges::Follow(const Switches& before) {
 }
 
 void StyleChanges::Finish() {
-  if (done_) Act(true);
+  if (HasWork()) Act(true);
 }
 
 void StyleChanges::Act(bool asks) {

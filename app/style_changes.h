@@ -47,6 +47,8 @@ class StyleChanges {
   /// Follows a change of the preferences.
   /// \param before the switches before it; nothing happens when they equal those of now
   void Follow(const Switches& before);
+  /// Whether single switches have left work.
+  bool HasWork() const noexcept { return done_.has_value(); }
   /// Does the work that single switches have left, if any.
   void Finish();
 

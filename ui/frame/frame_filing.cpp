@@ -39,11 +39,13 @@ void FrameFiling::FileAgain() {
 }
 
 void FrameFiling::Follow(const Switches& before) {
+  // Other settings change no list.
+  if (before == tallow_.preferences.switches()) return;
   KeepFocus([&] { jukeboxes_.KeepPlaces([&] { changes_.Follow(before); }); });
 }
 
 void FrameFiling::Finish() {
-  jukeboxes_.KeepPlaces([&] { changes_.Finish(); });
+  if (changes_.HasWork()) jukeboxes_.KeepPlaces([&] { changes_.Finish(); });
 }
 
 NewSongsResult FrameFiling::Search(NewSongsPlace place) {
