@@ -33,11 +33,15 @@ struct DetailsFiller::State {
   SongDetails Read(const Reader& reader, const std::string& path);
   /// Drops details of files that are gone for long, if all songs are done.
   void DropGone();
+  /// Hands songs to the threads, as many as may wait. Requires the mutex to be locked.
+  /// \param are_last no songs will be made ready later
+  void TakeReady(bool are_last);
 
   std::shared_ptr<DetailsStore> store;
   MakeReader make_reader;
   std::atomic<bool> stopped = false;
-  std::mutex mutex;
+  std::deque<Song> ready;  ///< songs to hand to the threads next; used by the caller alone
+  std::mutex mutex;        ///< guards all below
   std::condition_variable changed;
   DetachedThreads threads{mutex};
   std::deque<Song> songs;
@@ -59,6 +63,12 @@ bool DetailsFiller::State::Take(Song& song) {
   songs.pop_front();
   ++reading;
   return true;
+}
+
+void DetailsFiller::State::TakeReady(bool are_last) {
+  for (; songs.size() < kMaxWaiting && !ready.empty(); ready.pop_front())
+    songs.push_back(std::move(ready.front()));
+  has_all_songs = are_last && ready.empty();
 }
 
 SongDetails DetailsFiller::State::Read(const Reader& reader, const std::string& path) {
@@ -131,28 +141,24 @@ void DetailsFiller::Start(std::size_t total, PathAt path_at) {
 
 DetailsFiller::Progress DetailsFiller::Poll(const Found& found) {
   if (state_ == nullptr) return progress_;
+  for (; state_->ready.size() < kMaxWaiting && next_ < progress_.total; ++next_)
+    state_->ready.push_back({next_, path_at_(next_)});
   std::vector<State::Result> results;
-  std::size_t room = 0;
+  unsigned missing = 0;
   {
-    const std::lock_guard lock(state_->mutex);
+    // A worker thread may be interrupted while it holds the mutex, and has to wait for a processor
+    // because of its low priority. The caller must not wait with it.
+    const std::unique_lock lock(state_->mutex, std::try_to_lock);
+    if (!lock) return progress_;
     results.swap(state_->results);
-    room = kMaxWaiting - state_->songs.size();
+    state_->TakeReady(next_ == progress_.total);
+    if (!state_->songs.empty() && state_->threads.CountLocked() < threads_)
+      missing = threads_ - state_->threads.CountLocked();
   }
   // The callbacks run without the mutex, so that they may take their time.
   for (const State::Result& result : results)
     if (found) found(result.index, result.details);
   progress_.done += results.size();
-  std::deque<State::Song> songs;
-  for (; room > 0 && next_ < progress_.total; --room, ++next_)
-    songs.push_back({next_, path_at_(next_)});
-  unsigned missing = 0;
-  {
-    const std::lock_guard lock(state_->mutex);
-    for (State::Song& song : songs) state_->songs.push_back(std::move(song));
-    state_->has_all_songs = next_ == progress_.total;
-    if (!state_->songs.empty() && state_->threads.CountLocked() < threads_)
-      missing = threads_ - state_->threads.CountLocked();
-  }
   state_->changed.notify_all();
   // If the system cannot create a thread, the next call tries again.
   for (; missing > 0; --missing) {

@@ -38,7 +38,8 @@ class DetailsFiller {
     bool IsFinished() const noexcept { return done == total; }
   };
 
-  /// Paths that wait for a worker thread, and results that wait for Poll, each at most.
+  /// Paths that wait for a worker thread, paths that wait to be handed to them, and results that
+  /// wait for Poll, each at most.
   static constexpr std::size_t kMaxWaiting = 1024;
 
   /// \param store       is kept alive while a worker thread is busy
@@ -57,7 +58,8 @@ class DetailsFiller {
   void Start(std::size_t total, PathAt path_at);
 
   /// Hands out the results since the last call, in any order, and gives the worker threads new
-  /// songs. Never waits for a file.
+  /// songs. Never waits for a file or a worker thread: while one of them hands over a result, the
+  /// call changes nothing.
   ///
   /// \param found may be empty
   Progress Poll(const Found& found);
@@ -74,7 +76,7 @@ class DetailsFiller {
   unsigned threads_;
   std::shared_ptr<State> state_;  ///< null before Start and after Stop
   PathAt path_at_;
-  std::size_t next_ = 0;  ///< index of the next song to hand to the worker threads
+  std::size_t next_ = 0;  ///< index of the next song to make ready for the worker threads
   Progress progress_;
 };
 
