@@ -51,8 +51,7 @@ class clsMain {
   /// A larger folder list is not read.
   static constexpr std::uint64_t kMaxListBytes = std::uint64_t{256} << 20U;
 
-  /// The first of the negative numbers, counted down, that a jukebox uses for songs of which it
-  /// knows only the file name. No row has such a number.
+  /// The first of the negative numbers, counted down, of songs of which only the name is known.
   static constexpr std::int32_t kFirstPlaceholder = -1'000'000'000;
 
   /// \param settings must outlive the library
