@@ -31,9 +31,8 @@ LibraryDetails::LibraryDetails(std::string path, std::function<RemainingTime::Ti
     : stored_(std::make_shared<Stored>(std::move(path))), now_(std::move(now)) {}
 
 LibraryDetails::~LibraryDetails() {
-  Stop();
-  // Stored is destroyed later if a thread was abandoned.
-  stored_->store.Close();
+  // A thread that was abandoned may be writing, and destroys the database when it ends.
+  if (Stop()) stored_->store.Close();
 }
 
 ReadTags LibraryDetails::TagReader() const {
@@ -69,6 +68,7 @@ void LibraryDetails::Start(const clsMain& library, DetailsFiller::MakeReader mak
 
 void LibraryDetails::BeginPass() {
   needs_pass_ = false;
+  const bool are_all = facts_.empty();
   rows_ = library_->UBoundOfMp3Array();
   facts_.resize(static_cast<std::size_t>(rows_) + 1);
   pass_.clear();
@@ -84,8 +84,9 @@ void LibraryDetails::BeginPass() {
   }
   remaining_.emplace(Now());
   progress_ = {0, pass_.size()};
-  filler_->Start(pass_.size(),
-                 [this](std::size_t index) { return library_->Song(pass_[index]).Path(); });
+  filler_->Start(
+      pass_.size(), [this](std::size_t index) { return library_->Song(pass_[index]).Path(); },
+      are_all);
 }
 
 void LibraryDetails::Poll() {
@@ -108,9 +109,11 @@ void LibraryDetails::Add(std::int32_t record, const SongDetails& details) {
   if (library_->IsPresent(record)) ++newer_;
 }
 
-void LibraryDetails::Stop() {
+bool LibraryDetails::Stop() {
+  const bool all_ended = !filler_ || filler_->Stop();
   filler_.reset();
   remaining_.reset();
+  return all_ended;
 }
 
 std::string LibraryDetails::ProgressText() const {

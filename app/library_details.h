@@ -52,7 +52,8 @@ class LibraryDetails {
   void Poll();
 
   /// Stops within 100 ms; the next run of the program goes on. Only Start continues in this run.
-  void Stop();
+  /// \returns false when a thread was abandoned
+  bool Stop();
 
   /// Whether there are songs left to read.
   bool IsReading() const noexcept { return filler_ && !progress_.IsFinished(); }

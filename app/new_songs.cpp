@@ -59,7 +59,7 @@ class Search {
   /// \returns whether to continue
   bool GoOn(std::string_view folder) {
     progress_->SetFound("Found " + std::to_string(library_.UBoundOfMp3Array()) + " " +
-                        (library_.Switches().more_formats ? "songs" : "Mp3s"));
+                        std::string(SongsInTexts(library_.Switches())));
     progress_->VisitFolder(folder);
     if (!tallow_.SearchCancelled) return true;
     was_cancelled_ = true;

@@ -111,14 +111,16 @@ Preferences::Preferences() : content_(std::make_unique<Content>()) {}
 
 Preferences::~Preferences() = default;
 
-void Preferences::Load(const std::string& path) {
+bool Preferences::Load(const std::string& path) {
   content_ = std::make_unique<Content>();
   stored_ = {};
   is_on_disk_ = false;
   const std::size_t before = problems_.size();
   file_.Load(
       path, [this](const std::string& bytes) { Decode(bytes); }, problems_);
-  if (problems_.size() > before) problems_.back() += " The preferences are the defaults.";
+  if (problems_.size() == before) return true;
+  problems_.back() += " The preferences are the defaults.";
+  return false;
 }
 
 void Preferences::Decode(const std::string& bytes) {

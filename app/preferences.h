@@ -56,7 +56,9 @@ class Preferences {
   ///
   /// A damaged file is renamed to end in ".bak". A file that cannot be read is never replaced; the
   /// changes then last until the program ends. Either adds a problem.
-  void Load(const std::string& path);
+  ///
+  /// \returns false when there is a file that cannot be used
+  bool Load(const std::string& path);
 
   /// What applies in this run.
   const Switches& switches() const noexcept { return override_ ? *override_ : stored_; }

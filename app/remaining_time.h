@@ -6,8 +6,8 @@
 
 namespace tallow {
 
-/// Decides whether the progress of work is worth showing: when it takes more than kLong from now on,
-/// at its speed until now.
+/// Decides whether the progress of work is worth showing: when it takes more than kLong from now
+/// on, at its speed until now.
 class RemainingTime {
  public:
   using Time = std::chrono::steady_clock::time_point;

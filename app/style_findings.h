@@ -42,16 +42,17 @@ struct StyleFindings {
   std::function<Row(std::size_t index)> row;
 };
 
-/// The songs and files of each count, and the songs whose details could not be read; only parts with
-/// rows. Valid until songs are searched.
+/// The songs and files of each count, and the songs whose details could not be read; only parts
+/// with rows. Valid until songs are searched.
 std::vector<StyleFindings> ListStyleFindings(const Tallow& tallow);
 
 /// Decides when the counts are shown to the user: in classic style, when there is something to say,
-/// at most once in a run, and not before a count has grown since the user has declined. Not in a run
-/// that had another style.
+/// at most once in a run, and not before a count has grown since the user has declined. Not in a
+/// run that had another style.
 class StyleHint {
  public:
-  /// \param preferences keeps the counts of the time when the user has declined; has to outlive this
+  /// \param preferences keeps the counts of the time when the user has declined; has to outlive
+  ///   this
   explicit StyleHint(Preferences& preferences) : preferences_(preferences) {}
 
   /// Takes new counts.

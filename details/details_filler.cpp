@@ -129,11 +129,13 @@ DetailsFiller::DetailsFiller(std::shared_ptr<DetailsStore> store, MakeReader mak
 
 DetailsFiller::~DetailsFiller() { Stop(); }
 
-void DetailsFiller::Start(std::size_t total, PathAt path_at) {
+void DetailsFiller::Start(std::size_t total, PathAt path_at, bool are_all) {
   Stop();
   state_ = std::make_shared<State>();
   state_->store = store_;
   state_->make_reader = make_reader_;
+  // Then there is nothing to drop at the end.
+  state_->has_dropped = !are_all;
   path_at_ = std::move(path_at);
   next_ = 0;
   progress_ = {0, total};
@@ -171,15 +173,16 @@ DetailsFiller::Progress DetailsFiller::Poll(const Found& found) {
   return progress_;
 }
 
-void DetailsFiller::Stop() {
-  if (state_ == nullptr) return;
+bool DetailsFiller::Stop() {
+  if (state_ == nullptr) return true;
   {
     const std::lock_guard lock(state_->mutex);
     state_->stopped = true;
   }
   state_->changed.notify_all();
-  state_->threads.WaitForEnd(kAbandonAfter);
+  const bool all_ended = state_->threads.WaitForEnd(kAbandonAfter);
   state_.reset();
+  return all_ended;
 }
 
 DetailsFiller::MakeReader ReadersInChildren(ChildSettings settings) {

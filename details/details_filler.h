@@ -55,7 +55,9 @@ class DetailsFiller {
   /// Starts with a list of songs, in place of the list before.
   ///
   /// \param path_at called in Poll, once for each index in ascending order
-  void Start(std::size_t total, PathAt path_at);
+  /// \param are_all whether these are all songs, so that stored details of other files are of files
+  ///                that are gone
+  void Start(std::size_t total, PathAt path_at, bool are_all = true);
 
   /// Hands out the results since the last call, in any order, and gives the worker threads new
   /// songs. Never waits for a file or a worker thread: while one of them hands over a result, the
@@ -66,7 +68,8 @@ class DetailsFiller {
 
   /// Stops, within 100 ms: a thread that is blocked by a disk is abandoned. Stored details stay
   /// stored; those of the last second are on the disk after DetailsStore::Close.
-  void Stop();
+  /// \returns false when a thread was abandoned, which may still be using the store
+  bool Stop();
 
  private:
   struct State;

@@ -72,7 +72,7 @@ TEST_F(Filler, WhatIsStoredIsNotReadAgain) {
     return [&reads](const std::string& path, const std::function<bool()>& /*stopped*/) {
       ++reads;
       // On a busy computer the thread may be abandoned, and the file deleted by now.
-    return SongDetails{.stamp = StampOf(path).value_or(FileStamp())};
+      return SongDetails{.stamp = StampOf(path).value_or(FileStamp())};
     };
   };
   DetailsFiller filler(store_, counting);

@@ -26,6 +26,8 @@ constexpr std::array<std::string_view, 10> kDecades = {"00's", "",     "20's", "
 /// Index, from 0, of the digit of a year that selects the decade in the classic style.
 constexpr std::size_t kDecadeDigit = 2;
 
+constexpr std::string_view kDigits = "0123456789";
+
 /// The place of a song without a track.
 constexpr std::int32_t kLastTrack = std::numeric_limits<std::int32_t>::max();
 
@@ -101,6 +103,8 @@ std::string Filing::YearOf(std::int32_t row, const SongTags& tags) {
   if (switches_.four_digit_years) return std::string(FourDigitYear(tags.date));
   std::string year = tags.date;
   StripBrackets(year);
+  // Newer tags have whole dates, which begin with the year.
+  if (switches_.newer_tags) year.resize(std::min(year.find_first_not_of(kDigits), year.size()));
   if (year.empty()) return {};
   const std::optional<std::int32_t> number = TryConvertToInt32(year);
   if (!number)

@@ -268,10 +268,9 @@ class FolderTree {
   FolderTreeObserver* observer_ = nullptr;
 };
 
-/// Returns a hash of a tree's content: the folders with their texts and marks, and the songs, all in
-/// order.
-/// Equal contents have equal hashes. Different contents have different hashes, except in a
-/// 64-bit hash collision.
+/// Returns a hash of a tree's content: the folders with their texts and marks, and the songs, all
+/// in order. Equal contents have equal hashes. Different contents have different hashes, except in
+/// a 64-bit hash collision.
 std::uint64_t ContentHash(const FolderTree& tree);
 
 }  // namespace tallow

@@ -32,15 +32,15 @@ void AddStandardColumns(Jukebox& jukebox);
 void BuildNewJukebox(clsMain& library, Jukebox& jukebox);
 
 /// Builds the sample jukebox: the automatic folders, filled from the library, and empty folders
-/// that suggest how to arrange songs. "Album" is among them with the switch `albums`. The sample jukebox is an ordinary jukebox without a file. The
-/// settings do not change.
+/// that suggest how to arrange songs. "Album" is among them with the switch `albums`. The sample
+/// jukebox is an ordinary jukebox without a file. The settings do not change.
 ///
 /// \param jukebox newly created, without folders
 /// \param windows the open jukeboxes, including this one
 /// \param show    callback that shows the window, called at the end
 /// \param found_tags see FillAutomaticFolders
 /// \param progress   see FillAutomaticFolders; if it cancels the filing, the remaining folders are
-///                   still built
+///   still built
 /// \param read_tags  see FillAutomaticFolders
 /// \throws FilingError after everything is built and shown, see FillAutomaticFolders
 void BuildInitialJukebox(clsMain& library, Jukebox& jukebox, std::span<Jukebox* const> windows,

@@ -28,10 +28,10 @@ namespace tallow {
 // file, from 1. "parent" is the key of the parent folder, 0 at top level. "image" and
 // "selectedImage" are the folder's pictures (see FolderImage). "open" is true if the folder is
 // expanded. "automatic" is true if the folder is marked as an automatic one (see FindAlbumFolder),
-// and is written only then. "songs" are record numbers of the song library, in list order. "names" has the file
-// name of each song that is used and whose name is known. It serves to find the song again if its
-// record number has changed. "columns" are the headers of the list. The reader ignores members with
-// other names.
+// and is written only then. "songs" are record numbers of the song library, in list order. "names"
+// has the file name of each song that is used and whose name is known. It serves to find the song
+// again if its record number has changed. "columns" are the headers of the list. The reader ignores
+// members with other names.
 //
 // Once the user has used the modern style, in which several songs may have one file name, a member
 // follows that earlier versions ignore: "places" has the folder, ending in a separator, and the

@@ -52,21 +52,22 @@ enum FillMode : int {
 /// folders of that jukebox: "All Songs", "New", "Artist", "Genre", "Year" and the decades.
 ///
 /// Folders that a jukebox does not have are skipped; without "All Songs" no song is filed. A song
-/// is filed into the artist folder whose text equals the song's artist, else into the first, in tree
-/// order, whose text matches the beginning of the artist; both ignore case. Year folders work in the
-/// same way. If no folder matches, a new one is added. These are the rules of the classic style; the
-/// switches of the library (Switches) select others, and "Album". A song already in "All Songs" is not filed again, so folders that the user has
-/// rearranged stay unchanged. Every jukebox visited becomes dirty.
+/// is filed into the artist folder whose text equals the song's artist, else into the first, in
+/// tree order, whose text matches the beginning of the artist; both ignore case. Year folders work
+/// in the same way. If no folder matches, a new one is added. These are the rules of the classic
+/// style; the switches of the library (Switches) select others, and add "Album". A song already in
+/// "All Songs" is not filed again, so folders that the user has rearranged stay unchanged. Every
+/// jukebox visited becomes dirty.
 ///
 /// \param mode      see FillMode; any value but kFillAllButNew fills "New"
 /// \param skip_sort false: first sorts the library by record number
 /// \param caption   empty: all open jukeboxes; otherwise only the one with this caption
 /// \param windows   the open jukeboxes, in the order they were opened; visited from last to first
 /// \param found_tags sealed cache of tags already read; null for none. Other tags are read from the
-///                   files
+///   files
 /// \param progress  called after each song and while waiting for one; may be empty. Songs not yet
-///                  filed when it cancels are in no folder, so the next filing includes them. The
-///                  same holds for songs on a drive that does not answer
+///   filed when it cancels are in no folder, so the next filing includes them. The same holds for
+///   songs on a drive that does not answer
 /// \param read_tags reads newer tags with the switch `newer_tags`; empty: ID3v1 tags are used
 /// \returns false when `progress` cancelled the filing
 /// \throws FilingError after all songs are filed, if a tag has a year that is not a number (the

@@ -17,9 +17,9 @@ Folder* FindAlbumFolder(const FolderTree& tree) noexcept;
 
 /// Whether a folder is one that the program fills: "All Songs", "Artist", "Genre", "Decades",
 /// "Year", "New" or the marked "Album" at top level, or "20's" to "90's" or "00's" directly below
-/// the special "Decades". Texts are compared exactly. If several siblings have the same text, only the first is
-/// special, because songs are filed into the first. The others, and folders with these texts
-/// elsewhere, are ordinary folders.
+/// the special "Decades". Texts are compared exactly. If several siblings have the same text, only
+/// the first is special, because songs are filed into the first. The others, and folders with these
+/// texts elsewhere, are ordinary folders.
 bool IsSpecialFolder(const Folder& folder) noexcept;
 
 /// Whether a folder may be removed: true for all folders except the special ones.

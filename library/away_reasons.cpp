@@ -36,8 +36,7 @@ std::vector<AwayPlace> AwayReasons::Places(const SongTable& table) const {
   if (reasons_.empty()) return {};
   std::vector<std::int32_t> songs(reasons_.size());
   for (std::int32_t row = 1; row <= table.rows(); ++row)
-    if (table.Facts(row).away != 0 && !table.IsSetAside(row))
-      ++songs[table.Facts(row).away - 1];
+    if (table.Facts(row).away != 0 && !table.IsSetAside(row)) ++songs[table.Facts(row).away - 1];
   std::map<std::string, AwayPlace> places;
   for (std::size_t k = 0; k < songs.size(); ++k)
     if (songs[k] > 0)

@@ -111,8 +111,10 @@ bool clsMain::CheckSong(std::int32_t record) {
   if (MarkIfAway(record) || IsAway(record)) return false;
   const KnownDrives::FolderVerdict verdict =
       state_.Drives().VerdictOf(table_.Cell(kFileLocation, record));
-  if (verdict.verdict == KnownDrives::Verdict::kMissing && verdict.moved_to.empty())
-    BlankRow(record);
+  if (verdict.verdict != KnownDrives::Verdict::kMissing || !verdict.moved_to.empty()) return false;
+  BlankRow(record);
+  // A song of the same name may take its place.
+  UpdateSetAside();
   return false;
 }
 

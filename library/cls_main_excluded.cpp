@@ -24,6 +24,8 @@ void clsMain::MoveOutOfExcludedFolders(std::int32_t old_count) {
   for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
     const auto found = excluded.find(ToLower(table_.Cell(kFileName, row)));
     if (found == excluded.end()) continue;
+    // Songs of one name can be different songs.
+    if (switches_.songs_by_path && SizeOf(row) != SizeOf(found->second)) continue;
     for (const std::int16_t column : {kFileLocation, kFileName})
       table_.SetCell(column, found->second, table_.Cell(column, row));
     table_.Facts(found->second).size = table_.Facts(row).size;

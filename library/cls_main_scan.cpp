@@ -342,31 +342,31 @@ void clsMain::RecognizeReturned(std::int32_t old_count) {
 
 std::int64_t clsMain::SizeOf(std::int32_t row) {
   std::int64_t& size = table_.Facts(row).size;
-  if (size == kUnknownSize) {
-    const FileStatus status = CheckSongFile(row);
-    if (status.presence == FilePresence::kThere) size = static_cast<std::int64_t>(status.size);
-  }
+  if (size != kUnknownSize) return size;
+  const FileStatus status = CheckSongFile(row);
+  if (status.presence == FilePresence::kThere) size = static_cast<std::int64_t>(status.size);
   return size;
 }
 
 void clsMain::RecognizeLate() {
   MissingSongs& missing = state_.Missing();
   if (missing.size() == 0) return;
-  bool has_any = false;
+  const std::size_t before = returned_.size();
   for (std::int32_t row = 1; row <= table_.rows(); ++row) {
     if (!missing.HasName(table_.Cell(kFileName, row)) || !IsPresent(row) || IsAway(row)) continue;
     const MissingSong* const song = MissingSongLike(row);
     // A song with a lower number is older than the missing song, so it is another song.
     if (song == nullptr || song->number >= row) continue;
+    // Of two files that are alike, the other one was here before this one became missing.
+    if (sets_aside_ && table_.Facts(row).added <= song->day) continue;
     const std::int32_t number = song->number;
     // Keep a rank that the user has set meanwhile.
     if (table_.Cell(kSongRank, row) == kUnranked) table_.SetCell(kSongRank, row, song->rank);
     missing.CameBack(number, row);
     returned_.push_back({number, row});
     ++scan_.back;
-    has_any = true;
   }
-  if (has_any) Save();
+  if (returned_.size() > before) Save();
 }
 
 void clsMain::ImportFoundSongs(std::int32_t old_count) {

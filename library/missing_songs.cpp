@@ -81,13 +81,12 @@ const MissingSong* MissingSongs::Only(std::string_view name, std::int64_t size) 
 
 const MissingSong* MissingSongs::OnlyOrIn(std::string_view folder, std::string_view name,
                                           std::int64_t size) const {
-  if (size < 0) return nullptr;
   const auto [begin, end] = by_name_.equal_range(PathKey(name));
   for (auto place = begin; place != end; ++place) {
     const MissingSong& song = songs_[place->second];
-    if (song.size == size && IsSamePathText(song.folder, folder)) return &song;
+    if (IsSamePathText(song.folder, folder)) return &song;
   }
-  return OnlyOf(name, &size);
+  return size < 0 ? nullptr : OnlyOf(name, &size);
 }
 
 const MissingSong* MissingSongs::OnlyOfName(std::string_view name) const {

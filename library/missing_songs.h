@@ -59,7 +59,8 @@ class MissingSongs {
   /// The only missing song with a name and size; null when there is none, or more than one. Names
   /// are compared as by IsSamePathText.
   const MissingSong* Only(std::string_view name, std::int64_t size) const;
-  /// Like Only, but of several songs with that name and size, the one that was in the folder.
+  /// The missing song with a name that was in the folder, whatever its size; without one, like
+  /// Only.
   const MissingSong* OnlyOrIn(std::string_view folder, std::string_view name,
                               std::int64_t size) const;
   /// The only missing song with a name, whatever its size; null when there is none, or more than

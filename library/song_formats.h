@@ -27,4 +27,9 @@ constexpr std::string_view OtherSongs(std::string_view pattern) noexcept {
 /// Whether a file name is that of a song with these switches; see also MayBeSong.
 bool IsSongName(std::string_view name, const Switches& switches);
 
+/// What searches call the songs: "Mp3s", or "songs" when there are other formats.
+constexpr std::string_view SongsInTexts(const Switches& switches) noexcept {
+  return switches.more_formats ? "songs" : "Mp3s";
+}
+
 }  // namespace tallow

@@ -9,20 +9,21 @@ struct Switches {
   /// Tags: everything that TagLib reads, ID3v1 where there is nothing else, and the album artist
   /// before the artist. Classic: ID3v1.
   bool newer_tags = false;
-  /// Songs are files of all formats in kModernFormats. Classic: "*.mp3".
+  /// Songs are files of all formats in kModernSongPattern. Classic: "*.mp3".
   bool more_formats = false;
-  /// A song is a path, and only missing songs move; away songs wait for their drive. Classic: a song
-  /// is a file name.
+  /// A song is a path, and only missing songs move; away songs wait for their drive. Classic: a
+  /// song is a file name.
   bool songs_by_path = false;
-  /// A song belongs to the artist folder whose whole text is its artist, ignoring case, Unicode form
-  /// and blanks at the ends. Classic: to the first whose text is the beginning.
+  /// A song belongs to the artist folder whose whole text is its artist, ignoring case, Unicode
+  /// form and blanks at the ends. Classic: to the first whose text is the beginning.
   bool whole_artists = false;
   /// A year is the first group of exactly four digits of the date. Classic: the text of the tag.
   bool four_digit_years = false;
   /// Decades from 1920 to 2009, then "2010's" and later ones, added when needed. Classic: "20's" to
   /// "00's" by the third digit.
   bool all_decades = false;
-  /// "Album" is an automatic folder of new sample jukeboxes, and of jukeboxes where it is marked so.
+  /// "Album" is an automatic folder of new sample jukeboxes, and of jukeboxes where it is marked
+  /// so.
   bool albums = false;
   /// Folders below automatic folders are in the natural order of their names. Classic: in the order
   /// in which they were added.

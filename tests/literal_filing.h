@@ -216,6 +216,7 @@ class LiteralFiling {
       Add(Whole(*years, year), row);
     } else {
       StripBrackets(year);
+      if (switches_.newer_tags) year = year.substr(0, year.find_first_not_of("0123456789"));
       const auto number = TryConvertToInt32(year);
       if (year.empty() || !number || *number == 0) return;
       Add(Prefix(*years, year), row);

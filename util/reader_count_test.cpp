@@ -22,9 +22,9 @@ class SimulatedDisk {
 
   /// Makes calls with as many readers as are wanted.
   /// \param most_work number of calls that can be made at the same time, e.g. because there are no
-  ///                  more folders to list
-  /// \param added     number of calls that a reader adds at once; `calls` and the duration are those
-  ///                  of so many calls together
+  ///   more folders to list
+  /// \param added     number of calls that a reader adds at once; `calls` and the duration are
+  ///   those of so many calls together
   void Make(int calls, const CallTime& call_time, unsigned most_work = ReaderCount::kMost,
             std::size_t added = 1) {
     for (int k = 0; k < calls; ++k) {

@@ -40,8 +40,8 @@ std::string ToUpper(std::string_view text);
 /// Appends the lower-case form of a text; avoids the temporary string of ToLower.
 void AppendLower(std::string& to, std::string_view text);
 
-/// Converts a text to Unicode's composed form (NFC), so that texts that differ only in their Unicode
-/// form become equal. A text that is not valid UTF-8 is returned as it is.
+/// Converts a text to Unicode's composed form (NFC), so that texts that differ only in their
+/// Unicode form become equal. A text that is not valid UTF-8 is returned as it is.
 std::string ToNfc(std::string_view text);
 
 /// Whether two texts have the same lower-case form.

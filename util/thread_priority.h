@@ -3,8 +3,8 @@
 
 namespace tallow {
 
-/// Gives the calling thread the lowest priority for the processor and for disks, until it ends. Does
-/// nothing where the system refuses.
+/// Gives the calling thread the lowest priority for the processor and for disks, until it ends.
+/// Does nothing where the system refuses.
 void LowerThreadPriority() noexcept;
 
 }  // namespace tallow

@@ -43,7 +43,8 @@ std::string FileSearch::SongPatternNow() const {
 void FileSearch::ReportPlace(const std::string& place) {
   SearchProgress* const shown = questions_.Shown();
   if (shown == nullptr) return;
-  questions_.Report("Looking for Mp3s in " + place);
+  questions_.Report("Looking for " + std::string(SongsInTexts(tallow_.library.Switches())) +
+                    " in " + place);
   shown->Repaint();
 }
 
@@ -201,6 +202,9 @@ std::function<bool()> FileSearch::IdleCallback() {
 }
 
 double FileSearch::WalkFolderTree(FileSearchRequest& request) {
+  const Switches& switches = tallow_.library.Switches();
+  // Filing has no use for these tags if it needs others.
+  const bool reads = request.AddToLibrary && !switches.newer_tags && !switches.albums;
   FolderReader reader(
       request.Pattern, request.Recurse,
       [this](const std::string& folder) {
@@ -208,11 +212,9 @@ double FileSearch::WalkFolderTree(FileSearchRequest& request) {
         return !IsSkippedFolderName(NameOfPath(path.substr(0, path.size() - 1))) &&
                !drives_.IsMountPoint(folder);
       },
-      // Reads the tags of songs along with the folder, because songs added to the library are filed
-      // next.
-      [add = request.AddToLibrary](const std::string& folder) {
-        return add && !IsExcludedFolder(folder);
-      });
+      // Reads the ID3v1 tags of songs along with the folder, because songs added to the library are
+      // filed next.
+      [reads](const std::string& folder) { return reads && !IsExcludedFolder(folder); });
 
   /// A folder whose files are done and whose subfolders are being walked.
   struct Level {
@@ -284,7 +286,8 @@ std::int64_t FileSearch::AddListedFiles(FileSearchRequest& request, const std::s
     const std::int32_t row = library.AddSong(folder, file.name, size);
     tallow_.found_tags.Add(folder, file.name, file.tail);
     if (SearchProgress* const shown = questions_.Shown()) {
-      shown->SetFound("Found " + std::to_string(row) + " Mp3s");
+      shown->SetFound("Found " + std::to_string(row) + " " +
+                      std::string(SongsInTexts(library.Switches())));
       shown->Repaint();
       shown->Repaint();
       shown->YieldAfterSong();

@@ -7,7 +7,7 @@
 #include "app/start/start_up_filing.h"
 #include "app/start/start_up_notices.h"
 #include "app/start/start_up_wait.h"
-#include "app/system.h"
+#include "app/start/start_up_windows.h"
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/open_jukebox.h"
@@ -70,7 +70,7 @@ Jukebox* StartUpReopening::Load(const OpenJukebox& before) {
               return windows_.LoadJukebox(jukebox, path, tallow_.library, ask);
             },
             [this](const std::string& text) { return windows_.AskDismissable(text); },
-            &tallow_.found_tags, filing_.Progress())) {
+            &tallow_.found_tags, filing_.Progress(), tallow_.details.TagReader())) {
       windows_.ShowError(jukebox.FileProblem() +
                          "\n\nTallow opens the other jukeboxes. The file is unchanged.");
       named_.push_back(file);

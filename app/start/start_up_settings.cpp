@@ -50,12 +50,13 @@ bool StartUpSettings::Load() {
 
 void StartUpSettings::LoadPreferences() {
   Preferences& preferences = tallow_.preferences;
-  preferences.Load(PreferencesPath(tallow_.application_folder));
-  // Otherwise the library is as it was before there were styles, and no song is set aside.
-  if (!preferences.IsStyleChosen()) return;
+  const bool is_usable = preferences.Load(PreferencesPath(tallow_.application_folder));
+  // Without a file the library is as it was before there were styles, and no song is set aside. A
+  // file that is damaged may have had a style.
+  if (is_usable && !preferences.IsStyleChosen()) return;
   tallow_.library.UseSwitches(preferences.switches());
   // This run may add songs that the style of the next one has to set aside.
-  if (preferences.switches() != kClassicStyle) preferences.KeepStyle();
+  if (preferences.switches() != kClassicStyle || !is_usable) preferences.KeepStyle();
 }
 
 void StartUpSettings::ReplaceMissingFolders() {

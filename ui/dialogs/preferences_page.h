@@ -17,7 +17,7 @@ struct PreferencesContext {
   std::function<void()> changed;
   /// Opens the dialog "Where My Music Is".
   std::function<void()> show_places;
-  /// Files songs again by their tags. Called after the dialog has closed.
+  /// Called when the user has closed the dialog to file songs again by their tags.
   std::function<void()> file_again;
 };
 

@@ -23,7 +23,7 @@ struct MenuItem {
   const char* caption;  ///< the text of the item, kept exactly, misspellings included
   const char* key;      ///< null for none
   FrameCommand command;
-  const char* picture;       ///< null for none
+  const char* picture;  ///< null for none
 };
 
 constexpr MenuItem kSeparator{nullptr, nullptr, nullptr, FrameCommand::kExit, nullptr};

@@ -275,18 +275,15 @@ void frmMDIForm1::Run(FrameCommand command) {
 }
 
 void frmMDIForm1::ShowPreferences() {
+  bool files_again = false;
   frmPreferences dialog({.tallow = tallow_,
                          .changed = [this] { Notice(tallow_.TakeProblems()); },
                          .show_places = [this] { ShowMusicPlaces(); },
-                         .file_again =
-                             [this] {
-                               // The dialog is still on the stack.
-                               QMetaObject::invokeMethod(
-                                   this, [this] { filing_.FileAgain(); }, Qt::QueuedConnection);
-                             }},
+                         .file_again = [&files_again] { files_again = true; }},
                         this);
   dialog.exec();
   filing_.Finish();
+  if (files_again) filing_.FileAgain();
   details_.Changed();
 }
 

@@ -35,7 +35,8 @@ void MakeSample(Tallow& tallow, const JukeboxArea& jukeboxes, DocumentWindows& w
     return is_filed;
   };
   try {
-    BuildInitialJukebox(tallow.library, jukebox, open, show, nullptr, go_on);
+    BuildInitialJukebox(tallow.library, jukebox, open, show, nullptr, go_on,
+                        tallow.details.TagReader());
   } catch (const FilingError& error) {
     windows.Notice(error.problems());
   } catch (const std::exception& error) {
