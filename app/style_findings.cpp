@@ -93,7 +93,7 @@ std::vector<StyleFindings> ListStyleFindings(const Tallow& tallow) {
   StyleFindings all[] = {SongList("Only newer tags, which the classic style does not read", library,
                                   tallow.details.OnlyNewerTags()),
                          LeftOutList(library), OtherFormatList(library),
-                         SongList("Could not be read, and count as songs without tags", library,
+                         SongList("Could not be read completely", library,
                                   tallow.details.Unreadable())};
   std::vector<StyleFindings> lists;
   std::copy_if(std::make_move_iterator(std::begin(all)), std::make_move_iterator(std::end(all)),

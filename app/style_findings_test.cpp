@@ -111,7 +111,7 @@ TEST_F(StyleFindingsTest, NamesWhatCouldNotBeRead) {
   }));
   EXPECT_EQ(Lists(),
             (std::map<std::string, Texts>{
-                {"Could not be read, and count as songs without tags", {music / "a.mp3" + "|"}}}));
+                {"Could not be read completely", {music / "a.mp3" + "|"}}}));
 }
 
 class StyleHintTest : public LibraryTest {

@@ -33,7 +33,7 @@ constexpr int kListCharacters = 96;
 constexpr int kListLines = 12;
 
 /// How often the list follows searches and answers of drives, in ms.
-constexpr int kRefreshInterval = 100;
+constexpr int kRefreshInterval = 500;
 
 enum Column { kPlace, kKind, kSongs, kState };
 
