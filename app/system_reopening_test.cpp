@@ -3,6 +3,7 @@
 #include <filesystem>
 
 #include "jukebox/initial_jukebox.h"
+#include "tests/id3v2_tag.h"
 #include "tests/system_fixture.h"
 
 namespace tallow {
@@ -44,6 +45,17 @@ TEST_F(Reopening, AllJukeboxesOpenInTheirOrderAsTheyWere) {
   EXPECT_TRUE(windows->open[0]->Nodes().Find("Artist")->Open());
   EXPECT_FALSE(windows->open[0]->Nodes().Find("Decades")->Open());
   EXPECT_TRUE(windows->notices.empty());
+}
+
+TEST_F(Reopening, NewSongsAreFiledByNewerTags) {
+  Start();
+  Save({"a.juk"});
+  tallow->preferences.SetSwitches({.newer_tags = true, .reopens_jukeboxes = true});
+  tallow->open_jukeboxes.Store({Open("a.juk")});
+  music.File("a/newer.mp3", Id3v2Tag({{"TPE1", "Newer"}}) + Audio(400));
+  ASSERT_TRUE(Start());
+  const FolderTree& tree = windows->open.at(0)->Nodes();
+  EXPECT_NE(tree.Find("Newer", tree.Find("Artist")), nullptr);
 }
 
 TEST_F(Reopening, WithoutTheSwitchTheLastSavedJukeboxOpens) {

@@ -117,6 +117,26 @@ TEST_F(Filler, MarksTheDetailsOfFilesThatAreGone) {
   EXPECT_TRUE(store_->Find(paths_[0], StampOf(paths_[0]).value()));
 }
 
+TEST_F(Filler, APassOverSomeSongsMarksNoDetailsAsGone) {
+  MakeSongs(2);
+  const std::string other = paths_.back();
+  const auto now = std::chrono::system_clock::now().time_since_epoch();
+  const std::int64_t today = std::chrono::floor<std::chrono::days>(now).count();
+  for (const bool are_all : {false, true}) {
+    store_->Put(other, SongDetails{.stamp = StampOf(other).value()});
+    {
+      DetailsFiller filler(store_);
+      filler.Start(1, PathAt(), are_all);
+      EXPECT_TRUE(WaitUntil([&] { return filler.Poll({}).IsFinished(); }));
+      // The thread that has read the last song drops what is gone, and ends.
+      EXPECT_TRUE(filler.Stop());
+    }
+    // Only what was marked before is dropped.
+    store_->DropGone({DetailsStore::HashOf(paths_[0])}, today + kDropAfterDays);
+    EXPECT_EQ(store_->Find(other, StampOf(other).value()).has_value(), !are_all);
+  }
+}
+
 TEST_F(Filler, NoSongsAreDoneAtOnce) {
   DetailsFiller filler(store_);
   filler.Start(0, PathAt());

@@ -84,6 +84,15 @@ TEST_F(ModernFilingTest, NewerTagsFollowTheClassicRulesOtherwise) {
   EXPECT_EQ(In("Genre/Rock"), "1");
 }
 
+TEST_F(ModernFilingTest, ADateInAClassicYearFolderIsItsYear) {
+  library.UseSwitches({.newer_tags = true});
+  MakeFolders(jukebox);
+  Song({.date = "1988-05-12"});
+  EXPECT_TRUE(Fill());
+  EXPECT_EQ(Below("Year"), "1988");
+  EXPECT_EQ(In("Decades/80's"), "1");
+}
+
 TEST_F(ModernFilingTest, WithoutAReaderNewerTagsAreId3v1Tags) {
   library.UseSwitches(kModernStyle);
   MakeFolders(jukebox);

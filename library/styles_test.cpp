@@ -65,6 +65,41 @@ TEST_F(Styles, KnownFoldersShowFilesOfOtherFormats) {
   EXPECT_EQ(library.OthersSeen().ByFolder(), (OtherFormats::Folders{{music / "one/", 1}}));
 }
 
+TEST_F(Styles, OfTwoFilesThatAreAlikeTheOtherOneDoesNotTakeThePlaceOfAMissingOne) {
+  library.UseSwitches(kModernStyle);
+  const std::string first = music / "one" + kSeparator + "a.mp3";
+  MakeFile(first);
+  MakeFile(music / "two" + kSeparator + "a.mp3");
+  Search();
+  ASSERT_EQ(Listed(), (Rows{1, 2}));
+  library.Mp3Info(kSongRank, 1, "5");
+  RemoveFile(first);
+  Search();
+  EXPECT_EQ(Listed(), Rows{2});
+  EXPECT_EQ(library.Song(2).Rank(), 2);
+  EXPECT_TRUE(library.TakeReturned().empty());
+  MakeFile(first);
+  Search();
+  EXPECT_EQ(Listed(), (Rows{2, 3}));
+  EXPECT_EQ(library.Song(3).Rank(), 5);
+  ASSERT_EQ(library.TakeReturned().size(), 1U);
+}
+
+TEST_F(Styles, AFileThatComesBackToItsPlaceWithAnotherSizeIsTheSong) {
+  library.UseSwitches(kModernStyle);
+  const std::string path = music / "one" + kSeparator + "a.mp3";
+  MakeFile(path);
+  MakeFile(music / "one" + kSeparator + "b.mp3");
+  Search();
+  library.Mp3Info(kSongRank, 1, "5");
+  RemoveFile(path);
+  Search();
+  MakeFile(path, 20);
+  Search();
+  EXPECT_EQ(Listed(), (Rows{2, 3}));
+  EXPECT_EQ(library.Song(3).Rank(), 5);
+}
+
 TEST_F(Styles, ModernStyleAddsTwinsAndOtherFormats) {
   MakeFile(music / "one" + kSeparator + "a.mp3");
   MakeFile(music / "two" + kSeparator + "a.mp3");
