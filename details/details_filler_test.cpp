@@ -93,17 +93,23 @@ TEST_F(Filler, MissingSongsAreDoneAndNotStored) {
   EXPECT_EQ(Finish(filler), (std::vector<std::string>{"Title 0", "", "Title 2"}));
 }
 
-TEST_F(Filler, MarksTheDetailsOfFilesThatAreGone) {
-  MakeSongs(3);
-  const FileStamp stamp = StampOf(paths_[1]).value();
-  const auto threads = std::make_shared<std::atomic<int>>(0);
-  DetailsFiller filler(store_, [threads] {
+/// Readers that read nothing.
+/// \param threads the number of threads that have a reader; a thread loses it when it ends
+DetailsFiller::MakeReader CountedReaders(const std::shared_ptr<std::atomic<int>>& threads) {
+  return [threads] {
     ++*threads;
     const std::shared_ptr<void> end(nullptr, [threads](void*) { --*threads; });
     return [end](const std::string& path, const std::function<bool()>& /*stopped*/) {
       return SongDetails{.stamp = StampOf(path).value()};
     };
-  });
+  };
+}
+
+TEST_F(Filler, MarksTheDetailsOfFilesThatAreGone) {
+  MakeSongs(3);
+  const FileStamp stamp = StampOf(paths_[1]).value();
+  const auto threads = std::make_shared<std::atomic<int>>(0);
+  DetailsFiller filler(store_, CountedReaders(threads));
   filler.Start(paths_.size(), PathAt());
   Finish(filler);
   RemoveFile(paths_[1]);
@@ -124,13 +130,11 @@ TEST_F(Filler, APassOverSomeSongsMarksNoDetailsAsGone) {
   const std::int64_t today = std::chrono::floor<std::chrono::days>(now).count();
   for (const bool are_all : {false, true}) {
     store_->Put(other, SongDetails{.stamp = StampOf(other).value()});
-    {
-      DetailsFiller filler(store_);
-      filler.Start(1, PathAt(), are_all);
-      EXPECT_TRUE(WaitUntil([&] { return filler.Poll({}).IsFinished(); }));
-      // The thread that has read the last song drops what is gone, and ends.
-      EXPECT_TRUE(filler.Stop());
-    }
+    const auto threads = std::make_shared<std::atomic<int>>(0);
+    DetailsFiller filler(store_, CountedReaders(threads));
+    filler.Start(1, PathAt(), are_all);
+    // The thread that has read the last song marks what is gone, and ends.
+    EXPECT_TRUE(WaitUntil([&] { return filler.Poll({}).IsFinished() && *threads == 0; }));
     // Only what was marked before is dropped.
     store_->DropGone({DetailsStore::HashOf(paths_[0])}, today + kDropAfterDays);
     EXPECT_EQ(store_->Find(other, StampOf(other).value()).has_value(), !are_all);
