@@ -9,6 +9,7 @@
 #include "jukebox/jukebox.h"
 #include "jukebox/returned_songs.h"
 #include "jukebox/sorting.h"
+#include "library/song_formats.h"
 
 namespace tallow {
 namespace {
