@@ -130,6 +130,8 @@ TEST_F(Filler, APassOverSomeSongsMarksNoDetailsAsGone) {
   const std::int64_t today = std::chrono::floor<std::chrono::days>(now).count();
   for (const bool are_all : {false, true}) {
     store_->Put(other, SongDetails{.stamp = StampOf(other).value()});
+    // Removes the mark of the iteration before.
+    store_->DropGone({DetailsStore::HashOf(paths_[0]), DetailsStore::HashOf(other)}, today);
     const auto threads = std::make_shared<std::atomic<int>>(0);
     DetailsFiller filler(store_, CountedReaders(threads));
     filler.Start(1, PathAt(), are_all);

@@ -241,7 +241,8 @@ TEST_F(FrmMusicPlaces, TheMenuOpensItAndItsSearchCanBeCancelled) {
     auto* const window = dynamic_cast<frmSearching*>(&progress);
     EXPECT_NE(window, nullptr);
     // The dialog is modal, but does not keep the user from its search.
-    EXPECT_EQ(QApplication::activeModalWidget(), window);
+    EXPECT_EQ(window->parentWidget(), QApplication::activeModalWidget());
+    EXPECT_TRUE(window->isEnabled());
     QTest::keyClick(window, Qt::Key_Escape);
     was_cancelled = std::exchange(tallow.SearchCancelled, false);
     return !was_cancelled;

@@ -190,7 +190,8 @@ TEST_F(FrmPreferences, TabGoesThroughAllControlsInTheirOrder) {
 
 TEST_F(FrmPreferences, TheFocusIsAlwaysInView) {
   Open().resize(300, 200);
-  auto* const area = dialog->findChild<QScrollArea*>();
+  auto* const area =
+      qobject_cast<QScrollArea*>(dialog->findChild<QStackedWidget*>()->currentWidget());
   ASSERT_NE(area, nullptr);
   for (const StyleSwitch& one : StyleSwitches()) {
     Box(one).setFocus(Qt::ShortcutFocusReason);

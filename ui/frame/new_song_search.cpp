@@ -53,9 +53,6 @@ SearchProgress& NewSongSearch::ShowSearching() {
   if (QWidget* const modal = QApplication::activeModalWidget())
     searching_->setParent(modal, searching_->windowFlags());
   searching_->setProperty(kHelpPage, QStringLiteral("new-songs"));
-  // A dialog that has started the search would otherwise keep the user from cancelling it.
-  if (QApplication::activeModalWidget() != nullptr)
-    searching_->setWindowModality(Qt::ApplicationModal);
   searching_->Load();
   searching_->show();
   searching_->Redraw();
