@@ -1,13 +1,16 @@
-// SPDX-License-Identifier: GPL-3.0-or-later The baseline ("floor") for start-up times: plain
-// threads, one unless THREADS is given, that walk a tree. Prints the number of files and the
-// seconds it took.
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The baseline ("floor") for start-up times: plain threads, one unless THREADS is given, that walk
+// a tree. Prints the number of files and the seconds it took.
 //
-// tails  reads the last 128 bytes of every "*.mp3" stats  gets the status of every "*.mp3"; reads
-// FILE whole names  lists the folders only newer  reads the last 160 bytes of every "*.mp3", where
-// ID3v1 tags and the ends of APE tags are, and the ID3v2 tag at its beginning
+// Usage: tallow_floor MUSIC                         tails
+//        tallow_floor MUSIC FILE                    stats
+//        tallow_floor --threads THREADS WHAT MUSIC
 //
-// Usage: tallow_floor MUSIC                         tails tallow_floor MUSIC FILE
-// stats tallow_floor --threads THREADS WHAT MUSIC  tails, stats, names or newer
+//   tails  reads the last 128 bytes of every "*.mp3"
+//   stats  gets the status of every "*.mp3", and reads FILE whole
+//   names  only lists the folders
+//   newer  reads the last 160 bytes of every "*.mp3", where ID3v1 tags and the ends of APE tags
+//          are, and the ID3v2 tag at its beginning
 #include <atomic>
 #include <chrono>
 #include <condition_variable>
