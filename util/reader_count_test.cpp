@@ -73,7 +73,7 @@ TEST(ReaderCount, QuickCallsKeepTheInitialNumber) {
 
 TEST(ReaderCount, CallsOfExactlyTheLimitAreQuick) {
   SimulatedDisk disk(2);
-  disk.Make(10000, Always(200));
+  disk.Make(10000, Always(30));
   EXPECT_EQ(disk.highest, 2U);
   EXPECT_FALSE(disk.count.IsSlow());
 }
@@ -136,7 +136,7 @@ TEST(ReaderCount, QuickCallsShrinkItToTheInitialNumber) {
 TEST(ReaderCount, CallsBetweenQuickAndSlowKeepTheNumber) {
   SimulatedDisk disk(2);
   disk.Make(2000, Always(1000));
-  disk.Make(2000, Always(150));
+  disk.Make(2000, Always(20));
   EXPECT_EQ(disk.count.Wanted(), ReaderCount::kMost);
   EXPECT_FALSE(disk.count.IsSlow());
 }
@@ -168,8 +168,8 @@ TEST(ReaderCount, CallsAddedTogetherCountOneByOne) {
     now += calls * microseconds(time);
     count.Add(begin, now, static_cast<std::size_t>(calls));
   };
-  add(8, 100);
-  add(8, 100);
+  add(8, 10);
+  add(8, 10);
   EXPECT_EQ(count.CurrentPace(), ReaderCount::Pace::kQuick);
   add(8, 1000);
   add(8, 1000);
