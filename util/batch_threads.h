@@ -55,7 +55,10 @@ class BatchThreads {
   /// \param answer  a copy of it is called on several threads at once
   /// \param threads the number of threads to begin with
   BatchThreads(std::function<Answer(const Question&)> answer, std::size_t slots, unsigned threads)
-      : answer_(std::move(answer)), threads_(mutex_), count_(threads), slots_(slots) {}
+      : answer_(std::move(answer)),
+        threads_(mutex_),
+        count_(threads, ReaderCount::kSlowFile),
+        slots_(slots) {}
 
   /// Starts one more thread. \returns false when the system cannot create a thread
   static bool Start(const std::shared_ptr<BatchThreads>& shared) {

@@ -53,8 +53,8 @@ void ReaderCount::JudgeWindow(Clock::time_point now) noexcept {
   const double use = Seconds(busy_) / elapsed / std::max(wanted_, 1U);
   BeginWindow(now);
   if (pause_ > 0) --pause_;
-  pace_ = mean > kSlowCall ? Pace::kSlow : Pace::kQuick;
-  if (mean <= kSlowCall / 2 && wanted_ > initial_) {
+  pace_ = mean > slow_call_ ? Pace::kSlow : Pace::kQuick;
+  if (mean <= slow_call_ / 2 && wanted_ > initial_) {
     is_on_trial_ = false;
     wanted_ = std::max(initial_, wanted_ / 2);
   } else if (KeepsGrowth(rate, use) && IsSlow() && use >= kBusyEnough && pause_ == 0 &&

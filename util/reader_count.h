@@ -10,7 +10,7 @@ namespace tallow {
 ///
 /// A cold or distant disk answers many requests in the time of one, and a warm cache answers none
 /// faster than the cores can ask. The count therefore begins at what suits the cores. It is doubled
-/// up to kMost while calls take longer than kSlowCall and the readers have enough to do. A growth
+/// up to kMost while calls take longer than a limit and the readers have enough to do. A growth
 /// that does not raise the throughput by a tenth is taken back, and not tried again for some time.
 /// When calls are quick again, the count falls back in steps to the initial one.
 ///
@@ -27,16 +27,21 @@ class ReaderCount {
   /// microseconds; one that reads from a fast disk takes about 60 on average, and there 16 to 32
   /// readers are three times as fast as two.
   static constexpr std::chrono::microseconds kSlowCall{30};
+  /// The same for calls that each read and parse a whole file, which takes the processor up to
+  /// 0.1 ms.
+  static constexpr std::chrono::microseconds kSlowFile{200};
 
   /// What is known about the calls.
   enum class Pace {
     kUnknown,  ///< too few calls were added
     kQuick,
-    kSlow,  ///< the calls of the last window took longer than kSlowCall on average
+    kSlow,  ///< the calls of the last window took longer than `slow_call` on average
   };
 
-  /// \param initial the number of readers to begin with, which is also the fewest
-  explicit ReaderCount(unsigned initial) noexcept : initial_(initial), wanted_(initial) {}
+  /// \param initial   the number of readers to begin with, which is also the fewest
+  /// \param slow_call the mean duration up to which calls are quick
+  explicit ReaderCount(unsigned initial, std::chrono::microseconds slow_call = kSlowCall) noexcept
+      : initial_(initial), slow_call_(slow_call), wanted_(initial) {}
 
   /// The number of readers to use now.
   unsigned Wanted() const noexcept { return wanted_; }
@@ -69,6 +74,7 @@ class ReaderCount {
   void Grow(double rate) noexcept;
 
   const unsigned initial_;
+  const std::chrono::microseconds slow_call_;
   unsigned wanted_;
   unsigned most_ = kMost;
   Pace pace_ = Pace::kUnknown;

@@ -18,7 +18,8 @@ class SimulatedDisk {
   /// The duration of a call that begins while `readers` readers are at work.
   using CallTime = std::function<microseconds(unsigned readers)>;
 
-  explicit SimulatedDisk(unsigned initial) : count(initial) {}
+  explicit SimulatedDisk(unsigned initial, microseconds slow_call = ReaderCount::kSlowCall)
+      : count(initial, slow_call) {}
 
   /// Makes calls with as many readers as are wanted.
   /// \param most_work number of calls that can be made at the same time, e.g. because there are no
@@ -76,6 +77,15 @@ TEST(ReaderCount, CallsOfExactlyTheLimitAreQuick) {
   disk.Make(10000, Always(30));
   EXPECT_EQ(disk.highest, 2U);
   EXPECT_FALSE(disk.count.IsSlow());
+}
+
+TEST(ReaderCount, TheLimitOfWholeFilesIsHigher) {
+  SimulatedDisk disk(2, ReaderCount::kSlowFile);
+  disk.Make(10000, Always(200));
+  EXPECT_EQ(disk.highest, 2U);
+  EXPECT_FALSE(disk.count.IsSlow());
+  disk.Make(10000, Always(201));
+  EXPECT_EQ(disk.count.Wanted(), ReaderCount::kMost);
 }
 
 TEST(ReaderCount, SlowCallsGrowItToTheMaximumWithinAFewHundredCalls) {
