@@ -34,13 +34,11 @@ std::string_view TrimControls(std::string_view text) noexcept {
 }
 
 /// The values of the first of several keys that has any, without empty ones and repetitions.
-std::vector<std::string> Values(const TagLib::PropertyMap& properties,
+std::vector<std::string> Values(const TagFields::Lookup& lookup,
                                 std::initializer_list<const char*> keys) {
   std::vector<std::string> values;
   for (const char* const key : keys) {
-    const auto found = properties.find(key);
-    if (found == properties.end()) continue;
-    for (const TagLib::String& value : found->second) {
+    for (const TagLib::String& value : lookup(key)) {
       std::string text = CleanTagText(value);
       if (!text.empty() && std::ranges::find(values, text) == values.end())
         values.push_back(std::move(text));
@@ -112,15 +110,22 @@ std::int32_t LeadingNumber(std::string_view text) noexcept {
 }
 
 void TagFields::Add(const TagLib::PropertyMap& properties) {
-  SetFirst(tags.title, Values(properties, {"TITLE"}));
-  SetJoined(tags.artist, Values(properties, {"ARTIST", "ARTISTS"}));
-  SetJoined(tags.album_artist, Values(properties, {"ALBUMARTIST", "ALBUM ARTIST", "ALBUM_ARTIST"}));
-  SetFirst(tags.album, Values(properties, {"ALBUM"}));
-  SetFirst(tags.date, Values(properties, {"DATE", "YEAR"}));
-  SetFirst(tags.genre, Values(properties, {"GENRE"}));
-  SetNumber(tags.disc, Values(properties, {"DISCNUMBER", "DISC"}));
-  SetNumber(tags.track, Values(properties, {"TRACKNUMBER", "TRACK"}));
-  SetFirst(comment, Values(properties, {"COMMENT", "DESCRIPTION"}));
+  Add([&](const char* key) {
+    const auto found = properties.find(key);
+    return found == properties.end() ? TagLib::StringList() : found->second;
+  });
+}
+
+void TagFields::Add(const Lookup& lookup) {
+  SetFirst(tags.title, Values(lookup, {"TITLE"}));
+  SetJoined(tags.artist, Values(lookup, {"ARTIST", "ARTISTS"}));
+  SetJoined(tags.album_artist, Values(lookup, {"ALBUMARTIST", "ALBUM ARTIST", "ALBUM_ARTIST"}));
+  SetFirst(tags.album, Values(lookup, {"ALBUM"}));
+  SetFirst(tags.date, Values(lookup, {"DATE", "YEAR"}));
+  SetFirst(tags.genre, Values(lookup, {"GENRE"}));
+  SetNumber(tags.disc, Values(lookup, {"DISCNUMBER", "DISC"}));
+  SetNumber(tags.track, Values(lookup, {"TRACKNUMBER", "TRACK"}));
+  SetFirst(comment, Values(lookup, {"COMMENT", "DESCRIPTION"}));
 }
 
 void TagFields::AddId3v1(std::string_view block) {

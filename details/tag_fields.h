@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <taglib/tpropertymap.h>
@@ -16,8 +17,12 @@ inline constexpr std::size_t kMaxTagText = 4096;
 /// fills the fields that are still empty.
 class TagFields {
  public:
+  /// The values that a tag has under one of TagLib's names of properties.
+  using Lookup = std::function<TagLib::StringList(const char* key)>;
+
   /// Adds a tag that TagLib has read.
   void Add(const TagLib::PropertyMap& properties);
+  void Add(const Lookup& lookup);
 
   /// Adds an ID3v1 tag.
   /// \param block the last 128 bytes of a file; ignored when they are no tag

@@ -24,6 +24,7 @@
 #include <utility>
 
 #include "details/file_kind.h"
+#include "details/id3v2_values.h"
 #include "details/riff_tags.h"
 #include "details/tag_fields.h"
 #include "details/text_frames.h"
@@ -98,7 +99,7 @@ void AddId3v2(TagFields& fields, const TagLib::ID3v2::Tag* tag) {
       fields.AddGenre(GenreOfNumber(CleanTagText(genre)));
   }
   fields.tags.found = true;
-  fields.Add(tag->properties());
+  fields.Add([tag](const char* key) { return Id3v2Values(*tag, key); });
 }
 
 /// The last bytes of the file, where an ID3v1 tag is; empty when it is too short for one.
