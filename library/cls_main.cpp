@@ -40,11 +40,13 @@ std::int32_t clsMain::AddSong(std::string_view folder, std::string_view name, st
 void clsMain::UseSwitches(const tallow::Switches& switches) {
   switches_ = switches;
   sets_aside_ = true;
+  // The next start may not know the style: its file may be lost, or this style is for one run only.
+  if (switches.more_formats || switches.songs_by_path) state_.Missing().ExpectNamesakes();
   UpdateSetAside();
 }
 
 void clsMain::UpdateSetAside() {
-  if (sets_aside_) SetAside(table_, switches_);
+  if (HasNamesakes()) SetAside(table_, switches_);
 }
 
 void clsMain::RenumberBasedOnArrayNumber() {

@@ -65,11 +65,14 @@ class clsMain {
                  WalkLimits limits = {});
 
   /// Switches between the classic and the modern style, and sets songs aside accordingly, see
-  /// SetAside. Until this is called, the library is classic and sets no song aside.
+  /// SetAside. Until this is called, the library is classic. It then sets songs aside only if an
+  /// earlier run had another style, see MissingSongs::MayHaveNamesakes.
   void UseSwitches(const tallow::Switches& switches);
   const tallow::Switches& Switches() const noexcept { return switches_; }
-  /// Whether UseSwitches was called, so that there may be several songs of one file name.
-  bool HasNamesakes() const noexcept { return sets_aside_; }
+  /// Whether songs are set aside, so that there may be several songs of one file name.
+  bool HasNamesakes() const noexcept { return sets_aside_ || state_.Missing().MayHaveNamesakes(); }
+  /// Changes with every change of a song, and of what is set aside.
+  std::uint64_t Version() const noexcept { return table_.version(); }
 
   /// Determines for every song whether it is present, missing or away.
   ///
@@ -370,7 +373,7 @@ class clsMain {
   std::int64_t SizeOf(std::int32_t row);
   std::vector<std::string> FoldersOf(bool away, std::int32_t first_row) const;
 
-  /// Sets songs aside again after rows have changed. Does nothing before UseSwitches.
+  /// Sets songs aside again after rows have changed, if HasNamesakes.
   void UpdateSetAside();
 
   LibrarySettings& settings_;

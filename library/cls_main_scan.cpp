@@ -358,7 +358,7 @@ void clsMain::RecognizeLate() {
     // A song with a lower number is older than the missing song, so it is another song.
     if (song == nullptr || song->number >= row) continue;
     // Of two files that are alike, the other one was here before this one became missing.
-    if (sets_aside_ && table_.Facts(row).added <= song->day) continue;
+    if (HasNamesakes() && table_.Facts(row).added <= song->day) continue;
     const std::int32_t number = song->number;
     // Keep a rank that the user has set meanwhile.
     if (table_.Cell(kSongRank, row) == kUnranked) table_.SetCell(kSongRank, row, song->rank);
