@@ -5,6 +5,7 @@
 #include <set>
 
 #include "app/search/file_search.h"
+#include "app/style_findings.h"
 #include "tests/id3v2_tag.h"
 #include "tests/system_fixture.h"
 #include "util/atomic_file.h"
@@ -232,6 +233,24 @@ TEST_F(StyleChangesTest, AStartUsesTheSwitchesOnceAStyleWasChosen) {
   ASSERT_TRUE(StartHere());
   EXPECT_TRUE(tallow->library.HasNamesakes());
   EXPECT_EQ(Listed().size(), 4U);
+}
+
+TEST_F(StyleChangesTest, TheCountsOfTheBarAreTheSameAfterTheModernStyle) {
+  ASSERT_TRUE(StartHere());
+  Search(NewSongsPlace::kWholeComputer);
+  const StyleCounts classic{.left_out = 1, .other_formats = 1};
+  EXPECT_EQ(CountStyleFindings(*tallow), classic);
+  tallow->preferences.SetStyle(Style::kModern);
+  EXPECT_EQ(CountStyleFindings(*tallow), StyleCounts{});
+  tallow->preferences.SetStyle(Style::kClassic);
+  EXPECT_EQ(CountStyleFindings(*tallow), classic);
+  // A user who declines these is not shown them again.
+  StyleHint hint(tallow->preferences);
+  EXPECT_TRUE(hint.Update(CountStyleFindings(*tallow), true));
+  hint.Decline();
+  ASSERT_TRUE(StartHere());
+  EXPECT_EQ(CountStyleFindings(*tallow), classic);
+  EXPECT_FALSE(StyleHint(tallow->preferences).Update(CountStyleFindings(*tallow), true));
 }
 
 TEST_F(StyleChangesTest, WithoutItsPreferencesALibraryOfTheModernStyleIsSetAside) {
