@@ -104,8 +104,10 @@ void frmMDIForm1::SetUpArea() {
   layout->addWidget(area_, 1);
   style_bar_->hide();
   setCentralWidget(center);
-  connect(&findings_, &FrameFindings::DriveForgotten, this,
-          [this] { Notice(tallow_.TakeProblems()); });
+  connect(&findings_, &FrameFindings::DriveForgotten, this, [this] {
+    Notice(tallow_.TakeProblems());
+    details_.Changed();
+  });
   setMinimumSize(kMinSize);
   // With a large scale factor a screen is small in logical pixels.
   resize(kFirstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
@@ -168,8 +170,10 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
           [this, window](EditHistory::MoveLink link, bool back) {
             linked_undo_.StepOther(*window, link, back);
           });
-  connect(window, &frmMain::SongsReturned, this,
-          [this](const std::vector<ReturnedSong>& songs) { search_.FollowSongs(songs); });
+  connect(window, &frmMain::SongsReturned, this, [this](const std::vector<ReturnedSong>& songs) {
+    search_.FollowSongs(songs);
+    details_.Changed();
+  });
   connect(window, &frmMain::WhereMyMusicIs, this, [this] { ShowMusicPlaces(); });
   connect(window, &frmMain::ChangeBackgroundPicture, this, [this] { picture_.Change(); });
   connect(window, &frmMain::PlaySongs, this,
