@@ -111,7 +111,7 @@ class clsMain::PresenceCheck {
     for (const std::int32_t row : RowsToBlank(table_, library_.switches_, std::move(missing_)))
       library_.BlankRow(row);
     for (const auto& [row, folder] : moved_) table_.SetCell(kFileLocation, row, folder);
-    library_.list_is_stale_ = library_.list_is_stale_ || !moved_.empty();
+    if (!moved_.empty()) library_.folder_list_.IsStale(true);
     if (complete) drives_.ApplyNewRoots();
   }
 
