@@ -145,12 +145,6 @@ bool Preferences::IsStyleChosen() const {
   return IsOverridden() || content_->root.contains("style");
 }
 
-void Preferences::KeepStyle() {
-  if (content_->root.contains("style")) return;
-  content_->root["style"] = NameOfStyle(StyleOf(stored_));
-  Save();
-}
-
 void Preferences::StoreSwitches() {
   Json& root = content_->root;
   const Style style = StyleOf(stored_);

@@ -78,9 +78,6 @@ class Preferences {
 
   /// Whether the user has ever chosen a style: one is in the file, or the command line gave one.
   bool IsStyleChosen() const;
-  /// Stores the style of the next start, even if it is the default, so that the next start knows
-  /// that a style was chosen.
-  void KeepStyle();
 
   /// Returns another setting of the file.
   ///

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/style_changes.h"
 
+#include <functional>
 #include <set>
 
 #include "app/search/file_search.h"
+#include "app/style_findings.h"
 #include "tests/id3v2_tag.h"
 #include "tests/system_fixture.h"
+#include "util/atomic_file.h"
 #include "util/file_system.h"
 
 namespace tallow {
@@ -232,18 +235,70 @@ TEST_F(StyleChangesTest, AStartUsesTheSwitchesOnceAStyleWasChosen) {
   EXPECT_EQ(Listed().size(), 4U);
 }
 
+TEST_F(StyleChangesTest, TheCountsOfTheBarAreTheSameAfterTheModernStyle) {
+  ASSERT_TRUE(StartHere());
+  Search(NewSongsPlace::kWholeComputer);
+  const StyleCounts classic{.left_out = 1, .other_formats = 1};
+  EXPECT_EQ(CountStyleFindings(*tallow), classic);
+  tallow->preferences.SetStyle(Style::kModern);
+  EXPECT_EQ(CountStyleFindings(*tallow), StyleCounts{});
+  tallow->preferences.SetStyle(Style::kClassic);
+  EXPECT_EQ(CountStyleFindings(*tallow), classic);
+  // A user who declines these is not shown them again.
+  StyleHint hint(tallow->preferences);
+  EXPECT_TRUE(hint.Update(CountStyleFindings(*tallow), true));
+  hint.Decline();
+  ASSERT_TRUE(StartHere());
+  EXPECT_EQ(CountStyleFindings(*tallow), classic);
+  EXPECT_FALSE(StyleHint(tallow->preferences).Update(CountStyleFindings(*tallow), true));
+}
+
+TEST_F(StyleChangesTest, WithoutItsPreferencesALibraryOfTheModernStyleIsSetAside) {
+  ASSERT_TRUE(StartHere());
+  tallow->preferences.SetStyle(Style::kModern);
+  EXPECT_EQ(Listed().size(), 6U);
+  const std::string preferences = PreferencesPath(application.path());
+  const std::function<void()> losses[] = {
+      [&] { RemoveFile(preferences); },
+      [&] { WriteFileAtomically(preferences, "{"); },
+      [&] {
+        RemoveFile(preferences);
+        CreateFolders(preferences + kSeparator);
+      },
+  };
+  for (const auto& lose : losses) {
+    lose();
+    ASSERT_TRUE(StartHere());
+    EXPECT_EQ(tallow->preferences.style(), Style::kClassic);
+    EXPECT_EQ(Listed().size(), 4U);
+    const clsMain& library = tallow->library;
+    ASSERT_EQ(library.UBoundOfMp3Array(), 6);
+    for (std::int32_t row = 1; row <= 6; ++row) EXPECT_FALSE(library.Song(row).IsMissing());
+    EXPECT_TRUE(tallow->library.Save());
+    tallow->preferences.SetStyle(Style::kModern);
+    EXPECT_EQ(library.UBoundOfMp3Array(), 6);
+    EXPECT_EQ(Listed().size(), 6U);
+  }
+}
+
 TEST_F(StyleChangesTest, ARunInModernStyleIsSetAsideByTheNextClassicOne) {
   ASSERT_TRUE(StartHere());
-  windows.emplace();
-  tallow.emplace(application.path());
-  tallow->preferences.OverrideStyle(Style::kModern);
-  system.emplace(*tallow, drives, *windows);
-  ASSERT_TRUE(system->Main(runtime_file));
-  Search(NewSongsPlace::kWholeComputer);
-  EXPECT_EQ(Listed().size(), 6U);
-  ASSERT_TRUE(StartHere());
-  EXPECT_EQ(tallow->preferences.style(), Style::kClassic);
-  EXPECT_EQ(Listed().size(), 4U);
+  const std::string preferences = PreferencesPath(application.path());
+  for (const std::string& content : {std::string(), std::string("{\"bar\":{\"hidden\":true}}")}) {
+    if (!content.empty()) WriteFileAtomically(preferences, content);
+    windows.emplace();
+    tallow.emplace(application.path());
+    tallow->preferences.OverrideStyle(Style::kModern);
+    system.emplace(*tallow, drives, *windows);
+    ASSERT_TRUE(system->Main(runtime_file));
+    Search(NewSongsPlace::kWholeComputer);
+    EXPECT_EQ(Listed().size(), 6U);
+    ASSERT_TRUE(StartHere());
+    EXPECT_EQ(tallow->preferences.style(), Style::kClassic);
+    EXPECT_EQ(Listed().size(), 4U);
+    // The style of one run is not stored.
+    EXPECT_EQ(ReadWholeFile(preferences).value_or(""), content);
+  }
 }
 
 }  // namespace

@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <iterator>
 #include <memory>
+#include <unordered_map>
 #include <utility>
 
 #include "app/preferences.h"
 #include "app/tallow.h"
+#include "library/set_aside.h"
 #include "util/number.h"
 
 namespace tallow {
@@ -38,18 +40,58 @@ StyleFindings SongList(std::string heading, const clsMain& library,
           }};
 }
 
-StyleFindings LeftOutList(const clsMain& library) {
-  const std::vector<LeftOutFile>& files = library.LeftOut();
-  return {"Left out because a song of that file name is there", files.size(),
-          [&files](std::size_t index) -> StyleFindings::Row {
-            if (index >= files.size()) return {};
+/// The songs of the library that the classic style sets aside.
+struct SetAsideSongs {
+  std::vector<std::int32_t> namesakes;  ///< record numbers
+  OtherFormats::Folders other_formats;  ///< numbers of songs of other formats than MP3, by folder
+};
+
+SetAsideSongs FindSetAside(const clsMain& library) {
+  SetAsideSongs songs;
+  if (!library.HasNamesakes()) return songs;
+  for (std::int32_t record = 1; record <= library.UBoundOfMp3Array(); ++record) {
+    const SongView song = library.Song(record);
+    if (!song.IsSetAside()) continue;
+    if (IsOfOtherFormat(song.Name(), library.Switches()))
+      ++songs.other_formats[std::string(song.Folder())];
+    else
+      songs.namesakes.push_back(record);
+  }
+  return songs;
+}
+
+/// The numbers of files of other formats, by folder.
+///
+/// A scan also sees the files of songs that are set aside. But the last one may have had another
+/// style, and seen none.
+OtherFormats::Folders OtherFormatFolders(const clsMain& library, const SetAsideSongs& set_aside) {
+  OtherFormats::Folders folders = library.OthersSeen().ByFolder();
+  for (const auto& [folder, songs] : set_aside.other_formats) {
+    std::size_t& files = folders[folder];
+    files = std::max(files, songs);
+  }
+  return folders;
+}
+
+StyleFindings LeftOutList(const clsMain& library, const SetAsideSongs& set_aside) {
+  std::vector<LeftOutFile> files = library.LeftOut();
+  std::unordered_map<std::string_view, std::int32_t> listed;
+  if (!set_aside.namesakes.empty())
+    for (std::int32_t record = 1; record <= library.UBoundOfMp3Array(); ++record)
+      if (library.IsPresent(record)) listed.emplace(library.Song(record).Name(), record);
+  for (const std::int32_t record : set_aside.namesakes)
+    if (const auto song = listed.find(library.Song(record).Name()); song != listed.end())
+      files.push_back({library.Song(record).Path(), library.Song(song->second).Path()});
+  const std::size_t rows = files.size();
+  return {"Left out because a song of that file name is there", rows,
+          [files = std::move(files)](std::size_t index) -> StyleFindings::Row {
             return {files[index].path, "the song: " + files[index].stands_for_it};
           }};
 }
 
-StyleFindings OtherFormatList(const clsMain& library) {
-  std::vector<std::pair<std::string, std::size_t>> folders(library.OthersSeen().ByFolder().begin(),
-                                                           library.OthersSeen().ByFolder().end());
+StyleFindings OtherFormatList(const clsMain& library, const SetAsideSongs& set_aside) {
+  const OtherFormats::Folders by_folder = OtherFormatFolders(library, set_aside);
+  std::vector<std::pair<std::string, std::size_t>> folders(by_folder.begin(), by_folder.end());
   const std::size_t rows = folders.size();
   return {"Of other formats, by folder", rows,
           [folders = std::move(folders)](std::size_t index) -> StyleFindings::Row {
@@ -61,10 +103,29 @@ StyleFindings OtherFormatList(const clsMain& library) {
 }  // namespace
 
 StyleCounts CountStyleFindings(const Tallow& tallow) {
-  return {.songs = tallow.details.Songs(),
-          .newer_tags = tallow.details.SongsWithOnlyNewerTags(),
-          .left_out = static_cast<std::int64_t>(tallow.library.LeftOut().size()),
-          .other_formats = static_cast<std::int64_t>(tallow.library.OthersSeen().Files())};
+  const clsMain& library = tallow.library;
+  const SetAsideSongs set_aside = FindSetAside(library);
+  std::size_t other_formats = library.OthersSeen().Files();
+  if (!set_aside.other_formats.empty()) {
+    other_formats = 0;
+    for (const auto& [folder, files] : OtherFormatFolders(library, set_aside))
+      other_formats += files;
+  }
+  return {
+      .songs = tallow.details.Songs(),
+      .newer_tags = tallow.details.SongsWithOnlyNewerTags(),
+      .left_out = static_cast<std::int64_t>(library.LeftOut().size() + set_aside.namesakes.size()),
+      .other_formats = static_cast<std::int64_t>(other_formats)};
+}
+
+StyleCounts StyleCounter::Count() {
+  if (version_ != tallow_.library.Version()) {
+    version_ = tallow_.library.Version();
+    counts_ = CountStyleFindings(tallow_);
+  }
+  counts_.songs = tallow_.details.Songs();
+  counts_.newer_tags = tallow_.details.SongsWithOnlyNewerTags();
+  return counts_;
 }
 
 std::string TextOf(const StyleCounts& counts) {
@@ -90,11 +151,12 @@ std::string TextOf(const StyleCounts& counts) {
 
 std::vector<StyleFindings> ListStyleFindings(const Tallow& tallow) {
   const clsMain& library = tallow.library;
-  StyleFindings all[] = {SongList("Only newer tags, which the classic style does not read", library,
-                                  tallow.details.OnlyNewerTags()),
-                         LeftOutList(library), OtherFormatList(library),
-                         SongList("Could not be read completely", library,
-                                  tallow.details.Unreadable())};
+  const SetAsideSongs set_aside = FindSetAside(library);
+  StyleFindings all[] = {
+      SongList("Only newer tags, which the classic style does not read", library,
+               tallow.details.OnlyNewerTags()),
+      LeftOutList(library, set_aside), OtherFormatList(library, set_aside),
+      SongList("Could not be read completely", library, tallow.details.Unreadable())};
   std::vector<StyleFindings> lists;
   std::copy_if(std::make_move_iterator(std::begin(all)), std::make_move_iterator(std::end(all)),
                std::back_inserter(lists),

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,17 +15,37 @@ class Tallow;
 
 /// What the classic style makes of a collection that the modern style would take differently.
 struct StyleCounts {
-  std::int64_t songs = 0;          ///< of the library
-  std::int64_t newer_tags = 0;     ///< of these: songs that are known to carry only newer tags
-  std::int64_t left_out = 0;       ///< files left out because a song of that file name is there
-  std::int64_t other_formats = 0;  ///< files of other formats than MP3
+  std::int64_t songs = 0;       ///< of the library
+  std::int64_t newer_tags = 0;  ///< of these: songs that are known to carry only newer tags
+  /// Files left out because a song of that file name is there, and songs set aside because of one.
+  std::int64_t left_out = 0;
+  /// Files of other formats than MP3, whether or not they are songs that are set aside.
+  std::int64_t other_formats = 0;
 
   bool HasAny() const noexcept { return newer_tags > 0 || left_out > 0 || other_formats > 0; }
   friend bool operator==(const StyleCounts&, const StyleCounts&) = default;
 };
 
-/// The counts of the last scans and of the song details read so far.
+/// The counts of the last scans, of the songs that are set aside, and of the song details read so
+/// far. Cost: O(songs of the library) if another style was ever used, else O(1).
 StyleCounts CountStyleFindings(const Tallow& tallow);
+
+/// CountStyleFindings for repeated calls: while no song changes, a call is O(1).
+class StyleCounter {
+ public:
+  /// \param tallow has to outlive this object
+  explicit StyleCounter(const Tallow& tallow) : tallow_(tallow) {}
+
+  /// The counts of now.
+  StyleCounts Count();
+  /// Call after a scan, because it may have seen other files without a change of a song.
+  void Refresh() noexcept { version_.reset(); }
+
+ private:
+  const Tallow& tallow_;
+  std::optional<std::uint64_t> version_;  ///< clsMain::Version of the counts; none: count again
+  StyleCounts counts_;
+};
 
 /// The counts above 0 as a sentence: "90 of 264 songs carry only newer tags, 32 were left out
 /// because a song of that file name is there, 61 are of other formats." Empty when there are none.
@@ -43,7 +64,7 @@ struct StyleFindings {
 };
 
 /// The songs and files of each count, and the songs whose details could not be read; only parts
-/// with rows. Valid until songs are searched.
+/// with rows. Valid until the library changes.
 std::vector<StyleFindings> ListStyleFindings(const Tallow& tallow);
 
 /// Decides when the counts are shown to the user: in classic style, when there is something to say,

@@ -54,6 +54,21 @@ class StyleFindingsTest : public LibraryTest {
       return !tallow.details.IsReading();
     }));
   }
+  /// Searches the whole computer again.
+  void SearchAgain() {
+    library.BeginScan(ScanKind::kComputer);
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+    std::int32_t before = library.UBoundOfMp3Array();
+    RecordedProgress progress;
+    FileSearch(tallow, TestDrives({{music.path()}}), &progress).SearchDrivesForMp3s(true, {});
+    library.DeleteIdenticalFileNamesAndPaths(before);
+    library.FinishScan(true);
+    tallow.details.Refresh();
+    EXPECT_TRUE(WaitUntil([this] {
+      tallow.details.Poll();
+      return !tallow.details.IsReading();
+    }));
+  }
   /// The paths and notes below each heading.
   std::map<std::string, Texts> Lists() const {
     std::map<std::string, Texts> lists;
@@ -102,6 +117,41 @@ TEST_F(StyleFindingsTest, AnOrdinaryCollectionHasNone) {
   EXPECT_TRUE(ListStyleFindings(tallow).empty());
 }
 
+TEST_F(StyleFindingsTest, SongsThatAreSetAsideCountAsTheFilesThatTheyWere) {
+  for (const char* const name : {"one/a.mp3", "two/a.mp3", "two/e.flac", "two/f.flac", "six/g.ogg"})
+    music.File(name);
+  Search();
+  StyleCounter counter(tallow);
+  const StyleCounts classic{.songs = 1, .left_out = 1, .other_formats = 3};
+  EXPECT_EQ(counter.Count(), classic);
+  const std::map<std::string, Texts> lists = Lists();
+  library.UseSwitches(kModernStyle);
+  SearchAgain();
+  counter.Refresh();
+  EXPECT_EQ(counter.Count(), StyleCounts{.songs = 5});
+  library.UseSwitches(kClassicStyle);
+  tallow.details.Refresh();
+  tallow.details.Poll();
+  EXPECT_EQ(counter.Count(), classic);
+  EXPECT_EQ(Lists(), lists);
+  SearchAgain();
+  counter.Refresh();
+  EXPECT_EQ(counter.Count(), classic);
+  EXPECT_EQ(Lists(), lists);
+  // The folders of songs that are set aside are among the known ones.
+  music.File("two/h.flac");
+  library.BeginScan(ScanKind::kFolderList);
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  library.AddAnyAdditionalMp3FromTheNormalDirectories();
+  library.FinishScan(true);
+  counter.Refresh();
+  EXPECT_EQ(counter.Count(), (StyleCounts{.songs = 1, .left_out = 1, .other_formats = 4}));
+  // A song that is the only one of its name after a change is no longer set aside.
+  RemoveFile(library.Song(1).Path());
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  EXPECT_EQ(counter.Count(), (StyleCounts{.songs = 1, .other_formats = 4}));
+}
+
 TEST_F(StyleFindingsTest, NamesWhatCouldNotBeRead) {
   AddSong(music.path(), "a.mp3");
   tallow.details.Start(library);
@@ -109,9 +159,9 @@ TEST_F(StyleFindingsTest, NamesWhatCouldNotBeRead) {
     tallow.details.Poll();
     return !tallow.details.IsReading();
   }));
-  EXPECT_EQ(Lists(),
-            (std::map<std::string, Texts>{
-                {"Could not be read completely", {music / "a.mp3" + "|"}}}));
+  EXPECT_EQ(
+      Lists(),
+      (std::map<std::string, Texts>{{"Could not be read completely", {music / "a.mp3" + "|"}}}));
 }
 
 class StyleHintTest : public LibraryTest {

@@ -176,6 +176,39 @@ TEST_F(Filler, StopEndsAReadAndStoresNothingOfIt) {
   for (const std::string& path : paths_) EXPECT_FALSE(store_->Find(path, StampOf(path).value()));
 }
 
+TEST_F(Filler, StoppedWhileTheDatabaseIsWrittenTheNextRunReadsTheRest) {
+  MakeSongs(60);
+  std::atomic<int> calls = 0;
+  for (std::size_t run = 1; run < 6; ++run) {
+    // By this clock each song is a transaction of its own.
+    store_ = std::make_shared<DetailsStore>(
+        [&calls] { return std::chrono::steady_clock::time_point(2 * kCommitEvery * ++calls); });
+    store_->Open(folder_ / kDetailsFileName);
+    DetailsFiller filler(store_);
+    filler.Start(paths_.size(), PathAt());
+    EXPECT_TRUE(WaitUntil([&] { return filler.Poll({}).done >= 10 * run; }));
+    filler.Stop();
+    // A thread that was abandoned may be writing.
+    EXPECT_TRUE(WaitUntil([&] { return store_.use_count() == 2; }));
+    EXPECT_TRUE(store_->TakeProblems().empty());
+    std::size_t stored = 0;
+    for (std::size_t k = 0; k < paths_.size(); ++k) {
+      const auto details = store_->Find(paths_[k], StampOf(paths_[k]).value());
+      if (!details) continue;
+      ++stored;
+      EXPECT_EQ(details->tags.title, "Title " + std::to_string(k));
+    }
+    EXPECT_GE(stored, 10 * run);
+    store_->Close();
+  }
+  store_ = std::make_shared<DetailsStore>();
+  store_->Open(folder_ / kDetailsFileName);
+  DetailsFiller filler(store_);
+  filler.Start(paths_.size(), PathAt());
+  EXPECT_EQ(Finish(filler).back(), "Title 59");
+  EXPECT_TRUE(store_->TakeProblems().empty());
+}
+
 TEST_F(Filler, AThreadThatIsBlockedIsAbandoned) {
   MakeSongs(2);
   const auto blocked = std::make_shared<BlockedReader>();

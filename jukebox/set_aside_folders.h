@@ -16,8 +16,8 @@ class clsMain;
 /// - Folders below automatic folders in which, and below which, there are songs, all of them set
 ///   aside (SongView::IsSetAside).
 ///
-/// Of a folder that is set aside, the folders below it are not returned. Before UseSwitches there
-/// are none.
+/// Of a folder that is set aside, the folders below it are not returned. Unless
+/// clsMain::HasNamesakes, there are none.
 std::vector<const Folder*> FoldersSetAside(const FolderTree& tree, const clsMain& library);
 
 }  // namespace tallow

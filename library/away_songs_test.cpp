@@ -91,6 +91,39 @@ class AwaySongs : public LibraryTest {
   std::unique_ptr<Tallow> again;
 };
 
+TEST_F(AwaySongs, ATwinOnADriveThatIsAwayIsTheSameSongWhenTheDriveReturns) {
+  library.UseSwitches(kModernStyle);
+  const std::string folder = one + "abba" + kSep;
+  MakeFile(folder + "a.mp3");
+  MakeFile(two + "a.mp3");
+  Search();
+  ASSERT_EQ(library.UBoundOfMp3Array(), 2);
+  const std::int32_t twin = library.Song(1).Folder() == folder ? 1 : 2;
+  library.Mp3Info(kSongRank, twin, "7");
+  const auto search_again = [&](const std::vector<std::string>& folders) {
+    Scan();
+    library.BeginScan(ScanKind::kComputer);
+    std::int32_t before = library.UBoundOfMp3Array();
+    for (const std::string& one_folder : folders) library.AddSong(one_folder, "a.mp3", 10);
+    library.DeleteIdenticalFileNamesAndPaths(before);
+    report = library.FinishScan(true);
+    EXPECT_EQ(library.UBoundOfMp3Array(), 2);
+    EXPECT_EQ(library.LeftOut().size(), 0U);
+    EXPECT_EQ(report.new_songs, 0);
+  };
+  TakeAway(one, away);
+  search_again({two});
+  EXPECT_TRUE(library.IsAway(twin));
+  EXPECT_FALSE(library.IsAway(3 - twin));
+  BringBack(one, away, "uuid A");
+  search_again({folder, two});
+  EXPECT_FALSE(library.IsAway(twin));
+  EXPECT_EQ(library.Song(twin).Folder(), folder);
+  EXPECT_EQ(library.Song(twin).Rank(), 7);
+  EXPECT_EQ(library.Song(3 - twin).Folder(), two);
+  EXPECT_TRUE(library.TakeReturned().empty());
+}
+
 TEST_F(AwaySongs, AStartWithoutTheDriveChangesNothing) {
   MakeFile(one + "abba" + kSep + "a.mp3");
   MakeFile(two + "b.mp3");

@@ -1,83 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/cls_main.h"
 
-#include <algorithm>
 #include <exception>
 
-#include "library/folder_scan.h"
 #include "library/library_file.h"
 #include "library/set_aside.h"
-#include "util/atomic_file.h"
-#include "util/day.h"
 #include "util/errors.h"
 #include "util/like.h"
 #include "util/path_text.h"
 #include "util/text_lines.h"
 
 namespace tallow {
-namespace {
-
-std::int16_t ColumnOf(std::int32_t column) {
-  if (column < 1 || column > kSongColumns)
-    throw SubscriptError("Column " + std::to_string(column) + " is outside the song table (1 to " +
-                         std::to_string(kSongColumns) + ").");
-  return static_cast<std::int16_t>(column);
-}
-
-}  // namespace
-
-std::int32_t clsMain::AddSong(std::string_view folder, std::string_view name, std::int64_t size) {
-  const std::int32_t row = UBoundOfMp3Array() + 1;
-  Mp3Info(kFileLocation, row, folder);
-  Mp3Info(kFileName, row, name);
-  Mp3Info(kFileIsThere, row, kPresent);
-  Mp3Info(kRecordNumber, row, std::to_string(row));
-  Mp3Info(kSongRank, row, kUnranked);
-  table_.Facts(row) = {.size = size, .added = Today(), .away = 0};
-  return row;
-}
 
 void clsMain::UseSwitches(const tallow::Switches& switches) {
   switches_ = switches;
   sets_aside_ = true;
+  // The next start may not know the style: its file may be lost, or this style is for one run only.
+  if (switches.more_formats || switches.songs_by_path) state_.Missing().ExpectNamesakes();
   UpdateSetAside();
 }
 
 void clsMain::UpdateSetAside() {
-  if (sets_aside_) SetAside(table_, switches_);
-}
-
-void clsMain::RenumberBasedOnArrayNumber() {
-  for (std::int32_t row = 1; row <= table_.rows(); ++row)
-    table_.SetCell(kRecordNumber, row, std::to_string(row));
-}
-
-bool clsMain::Sort(bool ascending, const bool& as_text, std::int16_t column, bool& result) {
-  result = Mp3MainHasSomeMembers();
-  SortRows(ascending, as_text, column);
-  return result;
-}
-
-void clsMain::SortByRecord() { SortRows(true, false, kRecordNumber); }
-
-void clsMain::SortByName() { SortRows(true, true, kFileName); }
-
-void clsMain::SortRows(bool ascending, bool as_text, std::int16_t column) {
-  if (!Mp3MainHasSomeMembers()) return;
-  const auto routine = ascending ? (as_text ? &SortCity::QuickSortStringsAscending
-                                            : &SortCity::QuickSortNumericAscending)
-                                 : (as_text ? &SortCity::QuickSortStringsDescending
-                                            : &SortCity::QuickSortNumericDecending);
-  routine(table_, 1, table_.rows(), column, kSongColumns);
-}
-
-void clsMain::Mp3Info(std::int32_t column, std::int32_t row, std::string_view value) {
-  if (table_.rows() < std::max(row, 1)) table_.Resize(std::max(row, 1));
-  table_.SetCell(ColumnOf(column), row, value);
-}
-
-std::string_view clsMain::Mp3Info(std::int32_t column, std::int32_t row) const {
-  return table_.Cell(ColumnOf(column), row);
+  if (HasNamesakes()) SetAside(table_, switches_);
 }
 
 bool clsMain::Save() {
@@ -112,25 +56,16 @@ bool clsMain::LoadMain() {
 
 void clsMain::WriteOutMp3DirectoryLocations() {
   Save();
-  list_error_.clear();
-  try {
-    SortRows(true, true, kFileLocation);
-    std::string lines;
-    std::string_view previous;
-    for (std::int32_t row = 1; row <= table_.rows(); ++row) {
-      if (row > 1 && table_.SameStoredText(kFileLocation, row - 1, row)) continue;
-      const std::string_view folder = table_.Cell(kFileLocation, row);
-      if (!SameName(previous, folder) && !HasLineBreak(folder))
-        lines.append(folder).append(kLineEnd);
-      previous = folder;
-    }
-    const std::string path = settings_.FileContainingTargetDirectories();
-    // Do not replace a list that could not be read; it may name folders that no song row has.
-    if (!list_is_unread_ && ReadWholeFile(path, kMaxListBytes) != lines)
-      WriteFileAtomically(path, lines);
-  } catch (const FileError& error) {
-    list_error_ = error.what();
+  SortRows(true, true, kFileLocation);
+  std::string lines;
+  std::string_view previous;
+  for (std::int32_t row = 1; row <= table_.rows(); ++row) {
+    if (row > 1 && table_.SameStoredText(kFileLocation, row - 1, row)) continue;
+    const std::string_view folder = table_.Cell(kFileLocation, row);
+    if (!SameName(previous, folder) && !HasLineBreak(folder)) lines.append(folder).append(kLineEnd);
+    previous = folder;
   }
+  folder_list_.Write(lines);
   try {
     SortByRecord();
   } catch (const TypeMismatchError&) {

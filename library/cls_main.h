@@ -12,6 +12,7 @@
 #include "library/away_reasons.h"
 #include "library/disk_queries.h"
 #include "library/duplicate_removal.h"
+#include "library/folder_list.h"
 #include "library/folder_scan.h"
 #include "library/library_settings.h"
 #include "library/library_state.h"
@@ -22,7 +23,7 @@
 #include "library/other_formats.h"
 #include "library/record_repair.h"
 #include "library/scan_report.h"
-#include "library/song_table.h"
+#include "library/song_rows.h"
 #include "library/song_view.h"
 #include "library/switches.h"
 #include "library/unanswered_places.h"
@@ -46,11 +47,8 @@ namespace tallow {
 ///
 /// The library shows no messages. Functions that can fail say so in the result or in a \throws
 /// line.
-class clsMain {
+class clsMain : public SongRows {
  public:
-  /// A larger folder list is not read.
-  static constexpr std::uint64_t kMaxListBytes = std::uint64_t{256} << 20U;
-
   /// The first of the negative numbers, counted down, of songs of which only the name is known.
   static constexpr std::int32_t kFirstPlaceholder = -1'000'000'000;
 
@@ -65,12 +63,12 @@ class clsMain {
                  WalkLimits limits = {});
 
   /// Switches between the classic and the modern style, and sets songs aside accordingly, see
-  /// SetAside. Until this is called, the library is classic and sets no song aside.
+  /// SetAside. Until this is called, the library is classic. It then sets songs aside only if an
+  /// earlier run had another style, see MissingSongs::MayHaveNamesakes.
   void UseSwitches(const tallow::Switches& switches);
   const tallow::Switches& Switches() const noexcept { return switches_; }
-  /// Whether UseSwitches was called, so that there may be several songs of one file name.
-  bool HasNamesakes() const noexcept { return sets_aside_; }
-
+  /// Whether songs are set aside, so that there may be several songs of one file name.
+  bool HasNamesakes() const noexcept { return sets_aside_ || state_.Missing().MayHaveNamesakes(); }
   /// Determines for every song whether it is present, missing or away.
   ///
   /// The row of a missing song is blanked: flag, folder and name become "0". A row whose flag is
@@ -113,58 +111,12 @@ class clsMain {
   /// \param old_count number of rows before rows were added
   void DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count);
 
-  /// Sets the record number of every row to its row.
-  void RenumberBasedOnArrayNumber();
-
   /// Turns the result of a search into the library: sorts, removes duplicates, renumbers, saves,
   /// loads, and writes the folder list. Does nothing when there are no rows.
   ///
   /// \param old_count number of rows before the search, which keep their numbers; with 0 numbering
   ///        restarts, and the missing songs and repaired numbers of the old numbering are forgotten
   void ImportFoundSongs(std::int32_t old_count);
-
-  /// Appends a song of rank "2", added today.
-  ///
-  /// \param size of the file, in bytes; kUnknownSize when it is not known
-  /// \returns the song's row
-  std::int32_t AddSong(std::string_view folder, std::string_view name, std::int64_t size);
-
-  /// Sorts whole rows by one column, see SortCity.
-  ///
-  /// \param ascending smallest key first
-  /// \param as_text   sort by lower-cased text; otherwise as 32-bit integers
-  /// \param column    1 to 12
-  /// \param result    set to false when the table has no rows; then nothing happens
-  /// \throws TypeMismatchError, OverflowError from a numeric sort when a cell is not a number
-  bool Sort(bool ascending, const bool& as_text, std::int16_t column, bool& result);
-
-  /// Sorts the rows by record number, smallest first. Does nothing when there are no rows.
-  ///
-  /// \throws TypeMismatchError, OverflowError when a record number is not a number
-  void SortByRecord();
-
-  /// Sorts the rows by lower-cased file name, smallest first. Does nothing when there are no rows.
-  void SortByName();
-
-  /// Sets one cell. The table grows to the row if needed.
-  ///
-  /// \param column 1 to 12
-  /// \param row    from 1
-  /// \throws SubscriptError
-  void Mp3Info(std::int32_t column, std::int32_t row, std::string_view value);
-
-  /// The text of one cell. The view is valid until the library changes.
-  ///
-  /// \param column 1 to 12
-  /// \param row    1 to UBoundOfMp3Array()
-  /// \throws SubscriptError when the cell does not exist
-  std::string_view Mp3Info(std::int32_t column, std::int32_t row) const;
-
-  /// The song of a row; any number is allowed, see SongView.
-  SongView Song(std::int32_t record) const noexcept { return {table_, record}; }
-
-  /// The number of rows.
-  std::int32_t UBoundOfMp3Array() const noexcept { return table_.rows(); }
 
   void MainIsDirty(bool dirty) noexcept { main_is_dirty_ = dirty; }
   bool MainIsDirty() const noexcept { return main_is_dirty_; }
@@ -184,9 +136,6 @@ class clsMain {
   /// \returns false when the row count in the settings is below 1, when the file has more records
   /// than rows, or when it is damaged; the rows read before that stay
   bool LoadMain();
-
-  /// Whether there are rows.
-  bool Mp3MainHasSomeMembers() const noexcept { return table_.rows() > 0; }
 
   /// Saves, then writes the list of the folders that contain songs, each folder once, sorted by
   /// folder. Afterwards the rows are sorted by record number. A folder whose path contains a line
@@ -310,8 +259,6 @@ class clsMain {
   /// The folders that could not be read.
   std::vector<UnreadFolder> UnreadFoldersNow() const { return state_.Unread().Folders(); }
 
-  /// Size and date added of a song's file.
-  const SongFacts& Facts(std::int32_t row) const { return table_.Facts(row); }
   /// Sets the size of a song's file. Does nothing when the row no longer has that path.
   void SetSize(std::int32_t row, std::string_view folder, std::string_view name, std::int64_t size);
   /// Writes the companion of the library file on disk. Failures are not reported.
@@ -329,7 +276,7 @@ class clsMain {
   /// The error of the last Save or, if that succeeded, of the last WriteOutMp3DirectoryLocations;
   /// empty for none.
   const std::string& SaveError() const noexcept {
-    return save_error_.empty() ? list_error_ : save_error_;
+    return save_error_.empty() ? folder_list_.Error() : save_error_;
   }
 
  private:
@@ -345,7 +292,7 @@ class clsMain {
 
   /// The folders of the folder list, each ending in a separator.
   std::vector<std::string> RememberedFolders();
-  void SortRows(bool ascending, bool as_text, std::int16_t column);
+  void RewriteFolderList();
   void LoadWhatWasSaved();
 
   void CheckDrives();
@@ -370,23 +317,21 @@ class clsMain {
   std::int64_t SizeOf(std::int32_t row);
   std::vector<std::string> FoldersOf(bool away, std::int32_t first_row) const;
 
-  /// Sets songs aside again after rows have changed. Does nothing before UseSwitches.
+  /// Sets songs aside again after rows have changed, if HasNamesakes.
   void UpdateSetAside();
 
   LibrarySettings& settings_;
   tallow::Switches switches_;
   bool sets_aside_ = false;  ///< UseSwitches was called
-  SongTable table_;
   LibraryStorage storage_{settings_};
   LibraryState state_;
   DiskQueries disk_{state_.Drives()};
   AwayReasons reasons_;
+  FolderList folder_list_{settings_};
   ReadMountedVolumes read_volumes_;
   WalkLimits limits_;
   bool drives_were_checked_ = false;  ///< in this scan
   std::int32_t rows_before_scan_ = 0;
-  bool list_is_stale_ = false;   ///< the folder list contains outdated roots of drives
-  bool list_is_unread_ = false;  ///< the folder list could not be read, so it is not replaced
   std::vector<ReturnedSong> returned_;
   std::vector<LeftOutFile> left_out_;
   OtherFormats others_seen_;
@@ -394,7 +339,6 @@ class clsMain {
   std::vector<std::string> problems_;
   bool main_is_dirty_ = false;
   std::string save_error_;  ///< of the last Save
-  std::string list_error_;  ///< of the last WriteOutMp3DirectoryLocations
 };
 
 }  // namespace tallow

@@ -211,10 +211,7 @@ ScanReport clsMain::FinishScan(bool complete, const GoOn& go_on) {
     state_.Drives().UpdateFolders(FoldersOf(false, complete ? 1 : rows_before_scan_ + 1),
                                   FoldersOf(true, 1), complete);
   state_.Save(problems_);
-  if (list_is_stale_) {
-    WriteOutMp3DirectoryLocations();
-    list_is_stale_ = !list_error_.empty();
-  }
+  if (folder_list_.IsStale()) RewriteFolderList();
   ScanReport report = std::exchange(scan_, {});
   report.away = AwayPlaces();
   report.unread_folders = static_cast<std::int32_t>(state_.Unread().size());

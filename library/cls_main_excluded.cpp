@@ -33,7 +33,7 @@ void clsMain::MoveOutOfExcludedFolders(std::int32_t old_count) {
     is_removed[static_cast<std::size_t>(row - 1)] = 1;
     // Only the first file of that name replaces the song; a second one is a duplicate.
     excluded.erase(found);
-    list_is_stale_ = true;
+    folder_list_.IsStale(true);
   }
   table_.Remove(is_removed);
 }

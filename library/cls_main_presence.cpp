@@ -10,6 +10,7 @@
 #include "library/excluded_folders.h"
 #include "library/folder_scan.h"
 #include "library/known_drives.h"
+#include "library/set_aside.h"
 #include "library/song_formats.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"
@@ -107,11 +108,10 @@ class clsMain::PresenceCheck {
       // Songs in folders that were not checked stay unchanged.
       complete = false;
     }
-    // A song that is set aside keeps its row until it is listed again.
-    for (const std::int32_t row : missing_)
-      if (!table_.IsSetAside(row)) library_.BlankRow(row);
+    for (const std::int32_t row : RowsToBlank(table_, library_.switches_, std::move(missing_)))
+      library_.BlankRow(row);
     for (const auto& [row, folder] : moved_) table_.SetCell(kFileLocation, row, folder);
-    library_.list_is_stale_ = library_.list_is_stale_ || !moved_.empty();
+    if (!moved_.empty()) library_.folder_list_.IsStale(true);
     if (complete) drives_.ApplyNewRoots();
   }
 

@@ -12,13 +12,11 @@
 #include "library/folder_scan.h"
 #include "library/new_folders.h"
 #include "library/song_formats.h"
-#include "util/atomic_file.h"
 #include "util/day.h"
 #include "util/errors.h"
 #include "util/number.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"
-#include "util/text_lines.h"
 
 namespace tallow {
 
@@ -170,55 +168,26 @@ void clsMain::AddFromRememberedFolders() {
   disk_.SetCallbacks({}, {});
   DeleteIdenticalFileNamesAndPaths(old_count);
   // The end of the scan adds the new folders to the list.
-  if (scan.HasNewFolders() && table_.rows() > rows_before) list_is_stale_ = true;
+  if (scan.HasNewFolders() && table_.rows() > rows_before) folder_list_.IsStale(true);
 }
 
 std::vector<std::string> clsMain::RememberedFolders() {
-  const std::string path = settings_.FileContainingTargetDirectories();
-  std::optional<std::string> content;
-  list_is_unread_ = false;
-  const auto read = [&] {
-    try {
-      content = ReadWholeFile(path, kMaxListBytes);
-    } catch (const FileError& error) {
-      list_is_unread_ = true;
-      problems_.push_back(path + " cannot be read (" + error.reason() +
-                          "), so it was not changed, and folders that only it names are not "
-                          "processed. Make it readable and start Tallow again.");
-    }
-  };
-  if (!list_is_stale_) read();
-  if (!content && !list_is_unread_) {
+  folder_list_.Clear();
+  if (!folder_list_.IsStale()) folder_list_.Read(problems_);
+  if (!folder_list_.IsRead() && !folder_list_.IsUnread()) {
     // Rebuild the list from the folders of the songs.
-    WriteOutMp3DirectoryLocations();
-    list_is_stale_ = !list_error_.empty();
-    if (!list_is_stale_) read();
+    RewriteFolderList();
+    if (!folder_list_.IsStale()) folder_list_.Read(problems_);
   }
   std::vector<std::string> folders;
-  bool is_damaged = content && (content->empty() ? !FoldersOf(false, 1).empty()
-                                                 : content->back() != kLineEnd.back());
-  // The line "0" comes from missing songs. Only absolute paths are folders with songs.
+  // Only absolute paths are folders with songs.
   const auto add = [&](std::string_view folder) {
     if (IsAbsolutePath(folder) && !disk_.IsNotAsked(folder))
       folders.push_back(EnsureTrailingBackslash(folder));
   };
-  if (content) {
-    for (const std::string_view line : SplitLines(*content)) {
-      add(line);
-      is_damaged = is_damaged || (line != "0" && !IsAbsolutePath(line));
-    }
-  }
-  if (is_damaged) {
-    try {
-      KeepReplaced(path);
-      problems_.push_back(path + " is damaged. A copy was kept with .bak appended to its name.");
-      list_is_stale_ = true;
-    } catch (const FileError& error) {
-      problems_.push_back(path + " is damaged, and cannot be copied to a name that ends in .bak (" +
-                          error.reason() + "), so it was not changed.");
-      list_is_unread_ = true;
-    }
-  }
+  for (const std::string_view line : folder_list_.Lines()) add(line);
+  if (folder_list_.IsEmpty() ? !FoldersOf(false, 1).empty() : folder_list_.IsDamaged())
+    folder_list_.KeepDamaged(problems_);
   // If the list was not read or is damaged, it lacks folders, so add the folders of all songs.
   std::unordered_set<std::string> listed(folders.begin(), folders.end());
   const auto add_unless_listed = [&](const std::string& folder) {
@@ -229,6 +198,11 @@ std::vector<std::string> clsMain::RememberedFolders() {
   for (const UnreadFolder& folder : state_.Unread().Folders())
     if (!folder.below) add_unless_listed(folder.path);
   return folders;
+}
+
+void clsMain::RewriteFolderList() {
+  WriteOutMp3DirectoryLocations();
+  folder_list_.IsStale(!folder_list_.Error().empty());
 }
 
 void clsMain::LeaveOutKnownPaths(std::int32_t old_count) {
@@ -358,7 +332,7 @@ void clsMain::RecognizeLate() {
     // A song with a lower number is older than the missing song, so it is another song.
     if (song == nullptr || song->number >= row) continue;
     // Of two files that are alike, the other one was here before this one became missing.
-    if (sets_aside_ && table_.Facts(row).added <= song->day) continue;
+    if (HasNamesakes() && table_.Facts(row).added <= song->day) continue;
     const std::int32_t number = song->number;
     // Keep a rank that the user has set meanwhile.
     if (table_.Cell(kSongRank, row) == kUnranked) table_.SetCell(kSongRank, row, song->rank);

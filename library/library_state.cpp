@@ -105,6 +105,8 @@ void LibraryState::Save(std::vector<std::string>& problems) {
                          ". Free some disk space, or make the file writable.");
     }
   };
+  // The next start may know only from this file that songs may have to be set aside.
+  if (missing_.MayHaveNamesakes()) save(missing_, missing_file_);
   save(drives_, drives_file_);
   save(repaired_, repaired_file_);
   save(unread_, unread_file_);

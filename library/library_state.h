@@ -60,7 +60,8 @@ class LibraryState {
   /// \throws FileError when missing songs or repaired numbers cannot be written
   void SaveBeforeLibrary(std::int32_t rows, std::vector<std::string>& problems);
 
-  /// Saves drives, repaired numbers and unread folders, as far as they have changed.
+  /// Saves drives, repaired numbers and unread folders, and the missing songs if there may be
+  /// namesakes, as far as they have changed.
   void Save(std::vector<std::string>& problems);
 
  private:

@@ -131,7 +131,8 @@ void MissingSongs::Shrink(std::size_t max_size) {
 std::string MissingSongs::Encode() const {
   std::string bytes = "{\"format\":";
   AppendJsonText(bytes, kFormat);
-  bytes += ",\"version\":" + std::to_string(kVersion) + ",\"songs\":[";
+  bytes += ",\"version\":" + std::to_string(kVersion);
+  bytes += has_namesakes_ ? ",\"namesakes\":true,\"songs\":[" : ",\"songs\":[";
   const char* separator = "\n";
   for (const MissingSong& song : songs_) {
     bytes += std::exchange(separator, ",\n");
@@ -159,9 +160,16 @@ void MissingSongs::Decode(const std::string& bytes) {
                      member.at("size").get<std::int64_t>(), text("rank"),
                      member.at("day").get<std::int32_t>(), member.at("now").get<std::int32_t>()});
   }
+  const bool has_namesakes = root.value("namesakes", false);
   songs_ = std::move(songs);
   Index();
-  is_dirty_ = false;
+  is_dirty_ = has_namesakes_ && !has_namesakes;
+  has_namesakes_ = has_namesakes_ || has_namesakes;
+}
+
+void MissingSongs::ExpectNamesakes() noexcept {
+  is_dirty_ = is_dirty_ || !has_namesakes_;
+  has_namesakes_ = true;
 }
 
 }  // namespace tallow

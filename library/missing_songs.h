@@ -15,13 +15,14 @@ namespace tallow {
 // back, in the same folder or another. The file is JSON in UTF-8, one song per line, oldest entry
 // first:
 //
-//   {"format":"Tallow missing songs","version":1,"songs":[
+//   {"format":"Tallow missing songs","version":1,"namesakes":true,"songs":[
 //   {"number":12,"name":"a.mp3","folder":"/m/","size":4183022,"rank":"7","day":20779,"now":0},
 //   {"number":15,"name":"b.mp3","folder":"/m/","size":3350101,"rank":"2","day":20779,"now":481}]}
 //
 // "number" is the song's old record number; its row in the library is blank. "size" is in bytes, -1
 // when it was not known. "day" counts from 1970-01-01. "now" is the song's new record number since
-// it came back, 0 while it is missing. Texts are encoded by AppendJsonText.
+// it came back, 0 while it is missing. "namesakes" is MissingSongs::MayHaveNamesakes, and may be
+// absent, which means false. Texts are encoded by AppendJsonText.
 
 /// A song whose file is gone, or was gone and has come back.
 struct MissingSong {
@@ -84,6 +85,12 @@ class MissingSongs {
   std::size_t size() const noexcept { return songs_.size(); }
   const std::vector<MissingSong>& Songs() const noexcept { return songs_; }
 
+  /// Whether the library may hold songs that a style sets aside, present or missing: several of one
+  /// file name, or songs of other formats. Clear keeps this.
+  bool MayHaveNamesakes() const noexcept { return has_namesakes_; }
+  /// From now on MayHaveNamesakes is true, whatever Decode reads.
+  void ExpectNamesakes() noexcept;
+
   /// Whether anything has changed since Decode or MarkSaved.
   bool IsDirty() const noexcept { return is_dirty_; }
   void MarkSaved() noexcept { is_dirty_ = false; }
@@ -102,6 +109,7 @@ class MissingSongs {
   /// Indexes in songs_ of the songs that have not come back, by PathKey of the name.
   std::unordered_multimap<std::string, std::size_t> by_name_;
   bool is_dirty_ = false;
+  bool has_namesakes_ = false;
 };
 
 }  // namespace tallow

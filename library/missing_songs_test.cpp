@@ -107,6 +107,26 @@ TEST(MissingSongs, TheFileHoldsEverything) {
   EXPECT_EQ(read.NumberNow(2), 9);
 }
 
+TEST(MissingSongs, NamesakesAreRememberedOnceTheyAreExpected) {
+  MissingSongs songs;
+  const std::string classic = songs.Encode();
+  songs.Decode(classic);
+  EXPECT_FALSE(songs.MayHaveNamesakes());
+  songs.ExpectNamesakes();
+  EXPECT_TRUE(songs.IsDirty());
+  // A file that is read later does not end it.
+  songs.Decode(classic);
+  EXPECT_TRUE(songs.MayHaveNamesakes());
+  EXPECT_TRUE(songs.IsDirty());
+  songs.Clear();
+  MissingSongs read;
+  read.Decode(songs.Encode());
+  EXPECT_TRUE(read.MayHaveNamesakes());
+  EXPECT_FALSE(read.IsDirty());
+  read.ExpectNamesakes();
+  EXPECT_FALSE(read.IsDirty());
+}
+
 TEST(MissingSongs, ADamagedFileIsAnErrorAndChangesNothing) {
   MissingSongs songs;
   songs.Add(Song(1, "a.mp3", 100));

@@ -71,6 +71,25 @@ TEST(SetAside, AMissingSongDoesNotCount) {
   EXPECT_EQ(RowsSetAside(table), std::vector<bool>(3, false));
 }
 
+TEST(RowsToBlank, ASongThatStaysSetAsideIsNotOneOfThem) {
+  SongTable table;
+  AddRow(table, "a.mp3", "1", 1);
+  AddRow(table, "a.flac", "1", 2);
+  AddRow(table, "a.mp3", "1", 3);
+  AddRow(table, "a.mp3", "1", 4);
+  const auto blanked = [&](std::vector<std::int32_t> missing) {
+    return RowsToBlank(table, kClassicStyle, std::move(missing));
+  };
+  using Rows = std::vector<std::int32_t>;
+  SetAside(table, kClassicStyle);
+  EXPECT_EQ(blanked({2, 3, 4}), Rows{});
+  EXPECT_EQ(blanked({4, 2, 1}), Rows{1});
+  EXPECT_EQ(blanked({3, 2, 1}), (Rows{3, 1}));
+  EXPECT_EQ(blanked({1, 2, 3, 4}), (Rows{1, 3, 4}));
+  table.SetAside({});
+  EXPECT_EQ(blanked({4, 2}), (Rows{4, 2}));
+}
+
 TEST(SetAside, ANameWithoutAKnownFormatStays) {
   SongTable table;
   AddRow(table, "a", "1", 1);

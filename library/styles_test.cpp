@@ -165,6 +165,31 @@ TEST_F(Styles, ATwinTakesThePlaceOfTheSongThatIsGone) {
   EXPECT_EQ(Listed(), Rows{2});
 }
 
+TEST_F(Styles, OfTwinsThatAreBothGoneNoneIsListed) {
+  for (const char* const folder : {"one", "three", "two"}) {
+    MakeFile(music / folder + kSeparator + "a.mp3");
+    MakeFile(music / folder + kSeparator + "c.txt");
+  }
+  MakeFile(music / "one" + kSeparator + "b.flac");
+  library.UseSwitches(kModernStyle);
+  Search();
+  // The numbers are in the order of the paths.
+  ASSERT_EQ(Listed(), (Rows{1, 2, 3, 4}));
+  library.UseSwitches(kClassicStyle);
+  ASSERT_EQ(Listed(), Rows{1});
+  for (const std::int32_t row : {1, 2, 3}) RemoveFile(library.Song(row).Path());
+  library.BeginScan(ScanKind::kFolderList);
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  EXPECT_EQ(library.FinishScan(true).missing, 2);
+  EXPECT_EQ(Listed(), Rows{4});
+  EXPECT_EQ(library.Missing().size(), 2U);
+  RemoveFile(library.Song(4).Path());
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  EXPECT_EQ(Listed(), Rows{});
+  // A song of another format keeps its row until its format is listed again.
+  EXPECT_EQ(library.Missing().size(), 3U);
+}
+
 TEST_F(Styles, OfTwoMissingTwinsTheOneAtItsPathComesBack) {
   MakeFile(music / "one" + kSeparator + "a.mp3");
   MakeFile(music / "two" + kSeparator + "a.mp3");

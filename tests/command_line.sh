@@ -33,6 +33,24 @@ expect 2 "requires a folder" --app-folder
 expect 1 "requires a display" --app-folder "$folder/app" --drive "$folder/music"
 expect 0 "" "${usual[@]}"
 expect 0 "" "${usual[@]}"
+# A style for one run is not stored, and a run without windows does not change what the next one
+# opens.
+system=$folder/app/Grouping/System
+open='{"format":"Tallow open jukeboxes","version":1,"jukeboxes":[
+{"file":"'$folder'/none.juk","active":true,"state":"normal","place":[11,12,713,414],"shown":[],"expanded":[]}]}'
+preferences='{"bar":{"hidden":true}}'
+for stored in "" "$preferences"; do
+  [ -z "$stored" ] || printf '%s\n' "$stored" > "$system/Preferences.json"
+  [ -z "$stored" ] || chmod a-w "$system/Preferences.json"
+  printf '%s\n' "$open" > "$system/OpenJukeboxes.json"
+  expect 0 "" "${usual[@]}" --style modern
+  if [ "$(cat "$system/OpenJukeboxes.json")" != "$open" ] ||
+    [ "$(cat "$system/Preferences.json" 2> /dev/null)" != "$stored" ]; then
+    echo "A run with --style modern and --exit-after-startup has changed one of these:"
+    head "$system/OpenJukeboxes.json" "$system/Preferences.json"
+    exit 1
+  fi
+done
 # The files shipped with the program are in its folder.
 program_folder=$(dirname "$program")
 if [ "$(grep -c . "$program_folder/TIPOFDAY.TXT")" -lt 30 ] || [ ! -s "$program_folder/readme.txt" ]; then

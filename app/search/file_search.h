@@ -17,7 +17,7 @@
 namespace tallow {
 
 class FolderReader;
-struct TreeFolder;
+class TreeFolder;
 
 /// Input and running totals of a walk.
 struct FileSearchRequest {

@@ -12,7 +12,7 @@
 
 namespace tallow {
 
-struct TreeFolder;
+class TreeFolder;
 
 /// What a thread of FolderReader has claimed: a folder to list, or a range of its pending files;
 /// nothing without a folder.

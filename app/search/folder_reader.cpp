@@ -4,9 +4,7 @@
 #include <algorithm>
 #include <condition_variable>
 #include <cstddef>
-#include <iterator>
 #include <mutex>
-#include <new>
 #include <thread>
 #include <utility>
 
@@ -20,11 +18,11 @@ namespace tallow {
 
 /// State shared by the walk and the worker threads; the last owner destroys it.
 ///
-/// Invariant: the mutex guards all members that are not const, and the state of every TreeFolder.
-/// A folder that is claimed (kReading) is listed by the thread that claimed it, with the mutex
-/// unlocked; its listing and subfolders are written under the mutex, before it becomes kDone, and
-/// belong to the walk from then on. If the listing has pending files, it becomes kDone once these
-/// are read: each thread claims some of them, moves them out of the listing, and stores them again.
+/// Invariant: the mutex guards all members that are not const, and every TreeFolder. A folder that
+/// is claimed is listed by the thread that claimed it, with the mutex unlocked; its listing and
+/// subfolders are written under the mutex, before it is done, and belong to the walk from then on.
+/// If the listing has pending files, it is done once these are read: each thread claims some of
+/// them, moves them out of the listing, and stores them again.
 /// Functions named ...Locked require the mutex to be locked and leave it locked; all others lock it
 /// themselves.
 class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::Shared> {
@@ -81,12 +79,12 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
       return HandOverLocked(*folder);
     };
     return WaitWithIdleCallback(
-        mutex_, done_, [&] { return IsDoneLocked(*folder); }, idle, finish);
+        mutex_, done_, [&] { return folder->IsDone(); }, idle, finish);
   }
 
   void Enter(TreeFolder& folder) {
     const std::lock_guard lock(mutex_);
-    if (!folder.queued_) QueueLocked(folder);
+    if (!folder.was_queued) QueueLocked(folder);
   }
 
  private:
@@ -165,10 +163,10 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   Task StoreAndClaimForWalk(Task done, const FolderPointer& needed) {
     std::unique_lock lock(mutex_);
     if (done.folder) StoreLocked(std::move(done));
-    while (!IsDoneLocked(*needed)) {
+    while (!needed->IsDone()) {
       if (Task task = ClaimNeededLocked(needed); task.folder) return task;
       if (Task task = ClaimAheadLocked(); task.folder) return task;
-      done_.wait(lock, [&] { return IsDoneLocked(*needed) || HasPendingLocked(*needed); });
+      done_.wait(lock, [&] { return needed->IsDone() || needed->HasPending(); });
     }
     HandOverLocked(*needed);
     return {};
@@ -178,8 +176,8 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   Request Ask(const FolderPointer& folder) {
     const std::lock_guard lock(mutex_);
     if (HandOverLocked(*folder)) return Request::kListed;
-    if (folder->state_ == TreeFolder::State::kReading) return Request::kPending;
-    if (threads_.CountLocked() == 0 && ClaimLocked(*folder)) return Request::kClaimed;
+    if (folder->IsReading()) return Request::kPending;
+    if (threads_.CountLocked() == 0 && folder->Claim()) return Request::kClaimed;
     wanted_ = folder;
     work_.notify_one();
     return Request::kPending;
@@ -188,7 +186,7 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   /// \returns false when the folder is, or was, claimed by another thread
   bool Claim(TreeFolder& folder) {
     const std::lock_guard lock(mutex_);
-    return ClaimLocked(folder);
+    return folder.Claim();
   }
 
   /// Stores a result, and claims the next pending files of the same folder.
@@ -214,16 +212,6 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
     return ListingOfLocked(folder);
   }
 
-  static bool IsDoneLocked(const TreeFolder& folder) {
-    return folder.state_ == TreeFolder::State::kDone;
-  }
-
-  static bool ClaimLocked(TreeFolder& folder) {
-    if (folder.state_ != TreeFolder::State::kWaiting) return false;
-    folder.state_ = TreeFolder::State::kReading;
-    return true;
-  }
-
   /// The task of listing a claimed folder.
   Task ListingOfLocked(FolderPointer folder) const {
     Task task;
@@ -236,50 +224,38 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   /// Whether the disk can use more threads than there are.
   bool MustStartWorkersLocked() const { return count_.IsSlow() && workers_ < count_.Wanted(); }
 
-  static bool HasPendingLocked(const TreeFolder& folder) {
-    return folder.state_ == TreeFolder::State::kReading && folder.listing.has_pending &&
-           folder.unclaimed_ < folder.listing.files.size();
-  }
-
   /// Claims pending files of a folder; nothing when there are none.
   Task ClaimPartLocked(const FolderPointer& folder) {
-    if (!HasPendingLocked(*folder)) return {};
-    std::vector<FileEntry>& files = folder->listing.files;
+    if (!folder->HasPending()) return {};
     Task task;
     task.folder = folder;
-    task.first = folder->unclaimed_;
     task.must_start_workers = MustStartWorkersLocked();
-    const std::size_t size = std::min(count_.IsSlow() ? kSlowFilesAtOnce : kFilesAtOnce,
-                                      files.size() - folder->unclaimed_);
-    const auto begin = std::make_move_iterator(files.data() + task.first);
-    task.files.assign(begin, begin + static_cast<std::ptrdiff_t>(size));
-    folder->unclaimed_ += size;
-    ++folder->parts_;
-    if (!HasPendingLocked(*folder)) std::erase(unread_, folder);
+    task.files = folder->ClaimFiles(count_.IsSlow() ? kSlowFilesAtOnce : kFilesAtOnce, task.first);
+    if (!folder->HasPending()) std::erase(unread_, folder);
     return task;
   }
 
   /// Claims a folder for listing, or pending files of it; nothing when other threads have them.
   Task ClaimNeededLocked(const FolderPointer& folder) {
-    return ClaimLocked(*folder) ? ListingOfLocked(folder) : ClaimPartLocked(folder);
+    return folder->Claim() ? ListingOfLocked(folder) : ClaimPartLocked(folder);
   }
 
   /// Claims what to read next ahead of the walk; nothing when there is nothing.
   Task ClaimAheadLocked() {
     FolderPointer folder = std::exchange(wanted_, nullptr);
-    while (!folder || !ClaimLocked(*folder)) {
+    while (!folder || !folder->Claim()) {
       if (!unread_.empty()) return ClaimPartLocked(FolderPointer(unread_.front()));
       if (waiting_.empty() || ahead_ >= kMaxAhead) return {};
       folder = std::move(waiting_.back());
       waiting_.pop_back();
     }
     ++ahead_;
-    folder->is_ahead_ = true;
+    folder->is_ahead = true;
     return ListingOfLocked(std::move(folder));
   }
 
   void QueueLocked(TreeFolder& folder) {
-    folder.queued_ = true;
+    folder.was_queued = true;
     waiting_.insert(waiting_.end(), folder.subfolders.rbegin(), folder.subfolders.rend());
     if (!folder.subfolders.empty()) work_.notify_all();
   }
@@ -294,41 +270,26 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
 
   void StoreListingLocked(Task& done) {
     TreeFolder& folder = *done.folder;
-    if (!stop_) UseListing(folder, std::move(done.listing));
-    if (folder.is_ahead_) QueueLocked(folder);
-    if (!folder.listing.has_pending) return FinishLocked(folder);
-    const std::vector<FileEntry>& files = folder.listing.files;
-    folder.unclaimed_ = static_cast<std::size_t>(
-        std::ranges::find(files, true, &FileEntry::is_pending) - files.begin());
-    unread_.push_back(done.folder);
-    work_.notify_all();
+    folder.Store(stop_ ? FolderListing() : std::move(done.listing), enter_);
+    if (folder.is_ahead) QueueLocked(folder);
+    if (folder.HasPending()) {
+      unread_.push_back(done.folder);
+      work_.notify_all();
+    }
     done_.notify_one();
   }
 
   void StorePartLocked(Task& done) {
     TreeFolder& folder = *done.folder;
-    FolderListing& listing = folder.listing;
-    std::ranges::move(done.files, listing.files.begin() + static_cast<std::ptrdiff_t>(done.first));
-    if (!done.problem.empty()) listing.problem = std::move(done.problem);
-    if (!done.has_memory) listing.opened = false;
-    --folder.parts_;
-    if (folder.parts_ > 0 || HasPendingLocked(folder)) return;
-    // Files that do not exist any more are still pending.
-    std::erase_if(listing.files, [](const FileEntry& file) { return file.is_pending; });
-    if (!listing.opened) UseNothing(folder);
-    FinishLocked(folder);
-  }
-
-  void FinishLocked(TreeFolder& folder) {
-    folder.state_ = TreeFolder::State::kDone;
-    done_.notify_one();
+    folder.StoreFiles(std::move(done.files), done.first, std::move(done.problem), done.has_memory);
+    if (folder.IsDone()) done_.notify_one();
   }
 
   /// Leaves a listed folder to the walk, so that it is no longer counted as listed ahead.
   /// \returns false when the folder is not listed
   bool HandOverLocked(TreeFolder& folder) {
-    if (!IsDoneLocked(folder)) return false;
-    if (std::exchange(folder.is_ahead_, false) && ahead_-- == kMaxAhead) work_.notify_all();
+    if (!folder.IsDone()) return false;
+    if (std::exchange(folder.is_ahead, false) && ahead_-- == kMaxAhead) work_.notify_all();
     return true;
   }
 
@@ -336,25 +297,6 @@ class FolderReader::Shared : public std::enable_shared_from_this<FolderReader::S
   void Do(Task& task) {
     if (task.must_start_workers) StartWorkers();
     lister_.Do(task);
-  }
-
-  void UseListing(TreeFolder& folder, FolderListing listing) const {
-    folder.listing = std::move(listing);
-    try {
-      for (const SubfolderEntry& entry : folder.listing.subfolders) {
-        if (entry.linked) continue;
-        auto subfolder = std::make_shared<TreeFolder>();
-        subfolder->path.append(folder.path).append(entry.name).push_back(kSeparator);
-        if (enter_(subfolder->path)) folder.subfolders.push_back(std::move(subfolder));
-      }
-    } catch (const std::bad_alloc&) {
-      UseNothing(folder);
-    }
-  }
-
-  static void UseNothing(TreeFolder& folder) {
-    folder.subfolders.clear();
-    folder.listing = FolderLister::NoMemory();
   }
 
   const FolderLister lister_;
@@ -383,9 +325,7 @@ FolderReader::FolderReader(std::string pattern, bool recurse,
 FolderReader::~FolderReader() { shared_->Stop(); }
 
 std::shared_ptr<TreeFolder> FolderReader::Root(std::string_view folder) const {
-  auto root = std::make_shared<TreeFolder>();
-  root->path = EnsureTrailingBackslash(folder);
-  return root;
+  return std::make_shared<TreeFolder>(EnsureTrailingBackslash(folder));
 }
 
 bool FolderReader::WaitFor(const std::shared_ptr<TreeFolder>& folder,

@@ -6,29 +6,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "util/file_system.h"
+#include "app/search/tree_folder.h"
 
 namespace tallow {
-
-/// A folder of a tree that a walk goes through.
-struct TreeFolder {
-  std::string path;       ///< ends in a separator
-  FolderListing listing;  ///< valid once FolderReader::WaitFor has returned true
-  /// The subfolders to enter, in the order of the listing, without links and mount points.
-  std::vector<std::shared_ptr<TreeFolder>> subfolders;
-
- private:
-  friend class FolderReader;
-  enum class State { kWaiting, kReading, kDone };
-  State state_ = State::kWaiting;
-  bool queued_ = false;    ///< its subfolders are, or were, queued for listing
-  bool is_ahead_ = false;  ///< listed before the walk has reached the folder
-  /// Index of the first file that no thread has claimed for reading its tail.
-  std::size_t unclaimed_ = 0;
-  std::size_t parts_ = 0;  ///< claimed ranges of files that are not stored yet
-};
 
 /// Lists the folders of a tree ahead of a depth-first walk.
 ///

@@ -50,13 +50,9 @@ bool StartUpSettings::Load() {
 
 void StartUpSettings::LoadPreferences() {
   Preferences& preferences = tallow_.preferences;
-  const bool is_usable = preferences.Load(PreferencesPath(tallow_.application_folder));
-  // Without a file the library is as it was before there were styles, and no song is set aside. A
-  // file that is damaged may have had a style.
-  if (is_usable && !preferences.IsStyleChosen()) return;
-  tallow_.library.UseSwitches(preferences.switches());
-  // This run may add songs that the style of the next one has to set aside.
-  if (preferences.switches() != kClassicStyle || !is_usable) preferences.KeepStyle();
+  preferences.Load(PreferencesPath(tallow_.application_folder));
+  // If the file is lost or damaged, the library itself knows whether it has songs to set aside.
+  if (preferences.IsStyleChosen()) tallow_.library.UseSwitches(preferences.switches());
 }
 
 void StartUpSettings::ReplaceMissingFolders() {

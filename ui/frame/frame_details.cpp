@@ -31,6 +31,7 @@ FrameDetails::FrameDetails(QWidget& frame, StyleBar& bar, QStatusBar& status, Ta
       messages_(messages),
       focus_jukebox_(std::move(focus_jukebox)),
       progress_(new QLabel(&status)),
+      counter_(tallow),
       hint_(tallow.preferences) {
   progress_->setObjectName(QStringLiteral("lblDetailsProgress"));
   progress_->hide();
@@ -53,6 +54,7 @@ void FrameDetails::Start(DetailsFiller::MakeReader make_reader) {
 void FrameDetails::Changed() {
   if (!timer_.isActive()) return;
   tallow_.details.Refresh();
+  counter_.Refresh();
   Poll();
 }
 
@@ -74,7 +76,7 @@ void FrameDetails::ShowProgress() {
 }
 
 void FrameDetails::ShowBar() {
-  const StyleCounts counts = CountStyleFindings(tallow_);
+  const StyleCounts counts = counter_.Count();
   if (!hint_.Update(counts, !tallow_.details.IsReading())) return HideBar();
   bar_.SetText(DisplayText(TextOf(counts)));
   bar_.show();

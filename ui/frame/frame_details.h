@@ -36,7 +36,8 @@ class FrameDetails : public QObject {
   /// \param make_reader see LibraryDetails::Start
   void Start(DetailsFiller::MakeReader make_reader = {});
 
-  /// Call after a scan and after a change of the style. Does nothing before Start.
+  /// Call after a scan, after a change of the style, and when songs came or went otherwise. Does
+  /// nothing before Start.
   void Changed();
 
  private:
@@ -55,6 +56,7 @@ class FrameDetails : public QObject {
   std::function<void()> focus_jukebox_;
   QLabel* progress_;
   QTimer timer_;
+  StyleCounter counter_;
   StyleHint hint_;
 };
 

@@ -209,6 +209,19 @@ TEST_F(FrameDetailsTest, ADamagedDatabaseIsSaidInTheStatusBar) {
   }));
 }
 
+TEST_F(FrameDetailsTest, SongsThatComeBackOrAreForgottenAreCountedAgain) {
+  frmMain& window = ShowJukebox();
+  MakeNewerSong();
+  Fill();
+  EXPECT_EQ(tallow.details.Songs(), 2);
+  tallow.library.Mp3Info(kFileIsThere, 1, "0");
+  emit frame.Findings().DriveForgotten();
+  EXPECT_TRUE(WaitUntil([this] { return tallow.details.Songs() == 1; }));
+  tallow.library.Mp3Info(kFileIsThere, 1, "1");
+  emit window.SongsReturned({});
+  EXPECT_TRUE(WaitUntil([this] { return tallow.details.Songs() == 2; }));
+}
+
 TEST_F(FrameDetailsTest, WorkThatDisablesTheFrameIsNotInterrupted) {
   ShowJukebox();
   MakeNewerSong();

@@ -199,6 +199,20 @@ TEST_F(FrameFilingTest, ThePopUpAddsTheAlbumFolderWhereItIsMissing) {
   EXPECT_FALSE(Tree().isRowHidden(row.row(), {}));
   Explorer().Undo();
   EXPECT_EQ(FindAlbumFolder(Box().Nodes()), nullptr);
+  EXPECT_FALSE(IndexOf(Tree(), "Album").isValid());
+  EXPECT_EQ(ShownArtists(), QStringList{"Queen"});
+  EXPECT_EQ(last()->text(), "Add Album Folder");
+}
+
+TEST_F(FrameFilingTest, TheMenuFillsANewJukeboxWithTheSwitch) {
+  const auto songs = [this] {
+    Item("mnuNew").trigger();
+    return frame.OpenJukeboxes().back()->Nodes().Find("All Songs")->Items().size();
+  };
+  EXPECT_EQ(songs(), 0U);
+  tallow.preferences.SetSwitches({.fills_new_jukeboxes = true});
+  EXPECT_EQ(songs(), 2U);
+  EXPECT_EQ(frame.OpenJukeboxes().size(), 3U);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include "ui/frame/frm_mdi_form1.h"
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,6 +43,28 @@ constexpr QSize kMinSize(480, 320);
 /// The user's options that hold the geometry of the window and the state of its toolbar.
 const QString kGeometryOption = QStringLiteral("Window/Geometry");
 const QString kStateOption = QStringLiteral("Window/State");
+
+/// The command for the player that a command of the menus stands for; no value for the others.
+std::optional<PlayerCommand> PlayerCommandOf(FrameCommand command) {
+  switch (command) {
+    case FrameCommand::kNextTrack:
+      return kNextTrack;
+    case FrameCommand::kPreviousTrack:
+      return kPreviousTrack;
+    case FrameCommand::kPause:
+      return kPause;
+    case FrameCommand::kPlay:
+      return kPlay;
+    case FrameCommand::kStop:
+      return kStop;
+    case FrameCommand::kStopAfterTrack:
+      return kStopAfterTrack;
+    case FrameCommand::kCloseWinAmp:
+      return kClosePlayer;
+    default:
+      return std::nullopt;
+  }
+}
 
 }  // namespace
 
@@ -104,8 +127,10 @@ void frmMDIForm1::SetUpArea() {
   layout->addWidget(area_, 1);
   style_bar_->hide();
   setCentralWidget(center);
-  connect(&findings_, &FrameFindings::DriveForgotten, this,
-          [this] { Notice(tallow_.TakeProblems()); });
+  connect(&findings_, &FrameFindings::DriveForgotten, this, [this] {
+    Notice(tallow_.TakeProblems());
+    details_.Changed();
+  });
   setMinimumSize(kMinSize);
   // With a large scale factor a screen is small in logical pixels.
   resize(kFirstSize.boundedTo(QGuiApplication::primaryScreen()->availableSize()));
@@ -168,8 +193,10 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
           [this, window](EditHistory::MoveLink link, bool back) {
             linked_undo_.StepOther(*window, link, back);
           });
-  connect(window, &frmMain::SongsReturned, this,
-          [this](const std::vector<ReturnedSong>& songs) { search_.FollowSongs(songs); });
+  connect(window, &frmMain::SongsReturned, this, [this](const std::vector<ReturnedSong>& songs) {
+    search_.FollowSongs(songs);
+    details_.Changed();
+  });
   connect(window, &frmMain::WhereMyMusicIs, this, [this] { ShowMusicPlaces(); });
   connect(window, &frmMain::ChangeBackgroundPicture, this, [this] { picture_.Change(); });
   connect(window, &frmMain::PlaySongs, this,
@@ -237,20 +264,15 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kNewSongsWholeComputerSearch:
       search_.BringIn(NewSongsPlace::kWholeComputer);
       return;
-    case FrameCommand::kNextTrack:
-      return player_.Send(kNextTrack);
-    case FrameCommand::kPreviousTrack:
-      return player_.Send(kPreviousTrack);
-    case FrameCommand::kPause:
-      return player_.Send(kPause);
-    case FrameCommand::kPlay:
-      return player_.Send(kPlay);
-    case FrameCommand::kStop:
-      return player_.Send(kStop);
-    case FrameCommand::kStopAfterTrack:
-      return player_.Send(kStopAfterTrack);
-    case FrameCommand::kCloseWinAmp:
-      return player_.Send(kClosePlayer);
+    default:
+      RunOnProgram(command);
+  }
+}
+
+void frmMDIForm1::RunOnProgram(FrameCommand command) {
+  if (const std::optional<PlayerCommand> sent = PlayerCommandOf(command))
+    return player_.Send(*sent);
+  switch (command) {
     case FrameCommand::kChangeBackgroundPicture:
       return picture_.Change();
     case FrameCommand::kCascade:
@@ -271,6 +293,8 @@ void frmMDIForm1::Run(FrameCommand command) {
       return help_.ShowTip(true);
     case FrameCommand::kAbout:
       return help_.ShowAbout();
+    default:
+      return;
   }
 }
 

@@ -112,6 +112,8 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   void SetUpMenus();
   void RestoreOptions();
   void Run(FrameCommand command);
+  /// Runs the commands on the player, the windows and the program, not on jukeboxes and songs.
+  void RunOnProgram(FrameCommand command);
   void ShowPreferences();
   void ShowMusicPlaces();
 
