@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <algorithm>
+#include <array>
+#include <string>
 #include <utility>
 #include <vector>
 #include <windows.h>
@@ -43,6 +44,31 @@ Pipe MakePipe() {
   return {Handle(reading), Handle(writing)};
 }
 
+/// The handle that a function returned that has INVALID_HANDLE_VALUE for failures.
+Handle ValidHandle(HANDLE handle) noexcept {
+  return Handle(handle == INVALID_HANDLE_VALUE ? nullptr : handle);
+}
+
+/// Like MakePipe, but with an end for overlapped reads, which only pipes with a name have.
+Pipe MakeOverlappedPipe() {
+  constexpr DWORD kBufferBytes = 65'536;
+  LARGE_INTEGER time{};
+  QueryPerformanceCounter(&time);
+  // No other pipe has this name, because a thread makes one at a time.
+  const std::wstring name = L"\\\\.\\pipe\\tallow-" + std::to_wstring(GetCurrentProcessId()) +
+                            L"-" + std::to_wstring(GetCurrentThreadId()) + L"-" +
+                            std::to_wstring(time.QuadPart);
+  Pipe pipe;
+  // Fails when another program has made a pipe of this name.
+  pipe.reading = ValidHandle(CreateNamedPipeW(
+      name.c_str(), PIPE_ACCESS_INBOUND | FILE_FLAG_OVERLAPPED | FILE_FLAG_FIRST_PIPE_INSTANCE,
+      PIPE_TYPE_BYTE | PIPE_REJECT_REMOTE_CLIENTS, 1, 0, kBufferBytes, 0, nullptr));
+  if (pipe.reading.get() == nullptr) return {};
+  pipe.writing =
+      ValidHandle(CreateFileW(name.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+  return pipe;
+}
+
 bool MakeInheritable(HANDLE handle) noexcept {
   return SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT) != 0;
 }
@@ -61,9 +87,58 @@ Handle MakeJob() {
   return job;
 }
 
+/// Reads one end of MakeOverlappedPipe, with a timeout.
+class OverlappedReader {
+ public:
+  explicit OverlappedReader(Handle pipe)
+      : pipe_(std::move(pipe)), event_(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
+    read_.hEvent = event_.get();
+  }
+  OverlappedReader(const OverlappedReader&) = delete;
+  OverlappedReader& operator=(const OverlappedReader&) = delete;
+  ~OverlappedReader() {
+    if (!is_reading_) return;
+    // The system writes to the buffer until the read has ended.
+    CancelIoEx(pipe_.get(), &read_);
+    DWORD got = 0;
+    GetOverlappedResult(pipe_.get(), &read_, &got, TRUE);
+  }
+
+  /// \param writer the process at the other end
+  /// \returns as ChildProcess::Read
+  std::optional<std::string> Read(std::chrono::milliseconds timeout, HANDLE writer) {
+    if (!is_reading_) {
+      is_reading_ = ReadFile(pipe_.get(), buffer_.data(), static_cast<DWORD>(buffer_.size()),
+                             nullptr, &read_) != 0 ||
+                    GetLastError() == ERROR_IO_PENDING;
+      if (!is_reading_) return std::nullopt;
+    }
+    const HANDLE awaited[] = {event_.get(), writer};
+    const DWORD wait =
+        WaitForMultipleObjects(2, awaited, FALSE, static_cast<DWORD>(timeout.count()));
+    if (wait == WAIT_TIMEOUT) return std::string();
+    DWORD got = 0;
+    // Another program may have inherited the ended writer's end of the pipe, so that the read stays
+    // incomplete. What the writer has sent completes it before the writer ends.
+    if (!GetOverlappedResult(pipe_.get(), &read_, &got, FALSE)) {
+      is_reading_ = GetLastError() == ERROR_IO_INCOMPLETE;
+      return std::nullopt;
+    }
+    is_reading_ = false;
+    return std::string(buffer_.data(), got);
+  }
+
+ private:
+  Handle pipe_;
+  Handle event_;
+  std::array<char, 16'384> buffer_{};
+  OVERLAPPED read_{};
+  bool is_reading_ = false;  ///< whether the system may write to the buffer
+};
+
 class WindowsChildProcess final : public ChildProcess {
  public:
-  WindowsChildProcess(Handle process, Handle job, Handle to_child, Handle from_child) noexcept
+  WindowsChildProcess(Handle process, Handle job, Handle to_child, Handle from_child)
       : process_(std::move(process)),
         job_(std::move(job)),
         to_child_(std::move(to_child)),
@@ -82,37 +157,14 @@ class WindowsChildProcess final : public ChildProcess {
   }
 
   std::optional<std::string> Read(std::chrono::milliseconds timeout) override {
-    // A pipe cannot be waited for with a timeout. The first checks do not wait, because most
-    // answers arrive at once.
-    constexpr int kChecksWithoutWait = 200;
-    const ULONGLONG end = GetTickCount64() + static_cast<ULONGLONG>(timeout.count());
-    for (int check = 0;; ++check) {
-      // Checked first, so that what an ended child has sent is still read.
-      const bool has_ended = WaitForSingleObject(process_.get(), 0) == WAIT_OBJECT_0;
-      DWORD available = 0;
-      if (!PeekNamedPipe(from_child_.get(), nullptr, 0, nullptr, &available, nullptr))
-        return std::nullopt;
-      if (available > 0) return ReadAvailable(available);
-      if (has_ended) return std::nullopt;
-      if (GetTickCount64() >= end) return std::string();
-      Sleep(check < kChecksWithoutWait ? 0 : 1);
-    }
+    return from_child_.Read(timeout, process_.get());
   }
 
  private:
-  std::optional<std::string> ReadAvailable(DWORD available) {
-    std::string bytes(std::min<DWORD>(available, 16'384), '\0');
-    DWORD got = 0;
-    if (!ReadFile(from_child_.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &got, nullptr))
-      return std::nullopt;
-    bytes.resize(got);
-    return bytes;
-  }
-
   Handle process_;
   Handle job_;
   Handle to_child_;
-  Handle from_child_;
+  OverlappedReader from_child_;
 };
 
 /// The list of handles that a new process inherits.
@@ -155,7 +207,7 @@ std::wstring CommandLine(const std::string& program, std::span<const std::string
 std::unique_ptr<ChildProcess> ChildProcess::Start(const std::string& program,
                                                   std::span<const std::string> arguments) {
   Pipe requests = MakePipe();
-  Pipe answers = MakePipe();
+  Pipe answers = MakeOverlappedPipe();
   Handle job = MakeJob();
   if (job.get() == nullptr || requests.reading.get() == nullptr ||
       answers.writing.get() == nullptr || !MakeInheritable(requests.reading.get()) ||
@@ -165,7 +217,8 @@ std::unique_ptr<ChildProcess> ChildProcess::Start(const std::string& program,
   if (!inherited) return nullptr;
   STARTUPINFOEXW start{};
   start.StartupInfo.cb = sizeof start;
-  start.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
+  // Without a busy cursor, which would stay until the child has a window.
+  start.StartupInfo.dwFlags = STARTF_USESTDHANDLES | STARTF_FORCEOFFFEEDBACK;
   start.StartupInfo.hStdInput = requests.reading.get();
   start.StartupInfo.hStdOutput = answers.writing.get();
   start.lpAttributeList = inherited.get();
