@@ -47,7 +47,7 @@ done
 read -r _ <&3
 begin=$(date +%s.%N)
 ask update > /dev/null
-while [[ $(ask status) == *updating_db* ]]; do ask 'idle update' > /dev/null; done
+while [[ $(ask status) == *updating_db* ]]; do sleep 0.05; done
 end=$(date +%s.%N)
 songs=$(ask stats | awk '$1 == "songs:" { print $2 }')
 awk -v s="$songs" -v a="$begin" -v b="$end" 'BEGIN { printf "%d %.6f\n", s, b - a }'
