@@ -124,6 +124,22 @@ TEST_F(AwaySongs, ATwinOnADriveThatIsAwayIsTheSameSongWhenTheDriveReturns) {
   EXPECT_TRUE(library.TakeReturned().empty());
 }
 
+TEST_F(AwaySongs, TwinsOnADriveAreForgottenWithIt) {
+  library.UseSwitches(kModernStyle);
+  MakeFile(one + "abba" + kSep + "a.mp3");
+  MakeFile(one + "queen" + kSep + "a.mp3");
+  MakeFile(two + "b.mp3");
+  Search();
+  ASSERT_EQ(library.UBoundOfMp3Array(), 3);
+  library.UseSwitches(kClassicStyle);
+  TakeAway(one, away);
+  Scan();
+  ASSERT_EQ(library.AwayPlaces().size(), 1U);
+  EXPECT_EQ(library.ForgetAwayPlace(one), 2);
+  EXPECT_TRUE(library.AwayPlaces().empty());
+  EXPECT_EQ(library.Missing().size(), 2U);
+}
+
 TEST_F(AwaySongs, AStartWithoutTheDriveChangesNothing) {
   MakeFile(one + "abba" + kSep + "a.mp3");
   MakeFile(two + "b.mp3");

@@ -129,17 +129,23 @@ void clsMain::MarkAwaySongs(const std::vector<std::int32_t>& records) {
 
 std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
   BeginScan(ScanKind::kFiles);
-  const std::vector<std::int32_t> rows = reasons_.RowsAt(place, table_);
-  // A song whose file exists again is not forgotten.
-  const std::vector<char> is_back = RecheckSong(rows);
   std::unordered_set<std::string> forgotten;
-  for (std::size_t k = 0; k < rows.size(); ++k) {
-    if (is_back[k]) continue;
-    const std::int32_t row = rows[k];
-    std::string path = Song(row).Path();
-    BlankRow(row);
-    // BlankRow keeps the row when the song cannot be saved as missing.
-    if (!IsPresent(row)) forgotten.insert(std::move(path));
+  // In place of a song that is forgotten, another one of its name may be listed that is also away.
+  for (bool is_any_forgotten = true; is_any_forgotten; UpdateSetAside()) {
+    is_any_forgotten = false;
+    const std::vector<std::int32_t> rows = reasons_.RowsAt(place, table_);
+    // A song whose file exists again is not forgotten.
+    const std::vector<char> is_back = RecheckSong(rows);
+    for (std::size_t k = 0; k < rows.size(); ++k) {
+      if (is_back[k]) continue;
+      const std::int32_t row = rows[k];
+      std::string path = Song(row).Path();
+      BlankRow(row);
+      // BlankRow keeps the row when the song cannot be saved as missing.
+      if (IsPresent(row)) continue;
+      forgotten.insert(std::move(path));
+      is_any_forgotten = true;
+    }
   }
   state_.Drives().Forget(place);
   // Files that were left out because of a forgotten song are added as songs now.
