@@ -35,8 +35,8 @@ class LibraryDetails {
   /// Stops, and closes the database.
   ~LibraryDetails();
 
-  /// Makes TagReader and Start read files in child processes, see ChildReader. Otherwise they read
-  /// in this process, which a damaged file may then end.
+  /// Makes TagReader and Start read files in child processes, see TagChildren and ChildReader.
+  /// Otherwise they read in this process, which a damaged file may then end.
   void ReadInChildren(ChildSettings settings) { children_ = std::move(settings); }
 
   /// The function that reads the tags of a file for filing: the stored ones if size and time of

@@ -8,7 +8,6 @@
 #include "details/details_message.h"
 #include "details/tag_reader.h"
 #include "util/file_system.h"
-#include "util/input_file.h"
 #include "util/thread_priority.h"
 
 namespace tallow {
@@ -93,15 +92,12 @@ SongDetails ChildReader::Read(const std::string& path, const std::function<bool(
   return failed;
 }
 
-SongTags ChildReader::ReadTags(const std::string& path) {
+std::optional<SongTags> ChildReader::ReadTags(const std::string& path) {
   const auto never = [] { return false; };
   if (!HasChild(never)) return ReadSongTags(path);
-  if (auto details = AskTwice(WhatToRead::kTags, path, never)) return std::move(details->tags);
-  // If the child has not answered because the disk does not, neither does this call, which the
-  // caller can give up. The song is then not taken for one without tags.
-  char byte = 0;
-  if (const auto file = InputFile::Open(path)) file->ReadAt(0, {&byte, 1});
-  return {};
+  auto details = AskTwice(WhatToRead::kTags, path, never);
+  if (!details) return std::nullopt;
+  return std::move(details->tags);
 }
 
 int ServeSongDetails(

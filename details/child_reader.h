@@ -49,11 +49,10 @@ class ChildReader {
   /// \param stopped ends the wait, within 20 ms
   SongDetails Read(const std::string& path, const std::function<bool()>& stopped);
 
-  /// Reads the tags alone; in this process, with ReadSongTags, when no child can be started. Does
-  /// not return while the disk of the file does not answer.
+  /// Reads the tags alone; in this process, with ReadSongTags, when no child can be started.
   ///
-  /// \returns the tags; no tags when the file cannot be read
-  SongTags ReadTags(const std::string& path);
+  /// \returns no value when a child ends or does not answer
+  std::optional<SongTags> ReadTags(const std::string& path);
 
  private:
   /// Starts the child unless it runs. \returns false when that fails
