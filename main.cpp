@@ -16,7 +16,6 @@
 #include "app/system.h"
 #include "app/tallow.h"
 #include "details/child_reader.h"
-#include "details/details_filler.h"
 #include "player/player_link.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_style.h"
@@ -85,6 +84,8 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   if (line.style) tallow.preferences.OverrideStyle(*line.style);
   tallow.library.UseDrives(SystemVolumes, line.drives, SystemWalkLimits());
   tallow.has_given_drives = !line.drives.empty();
+  tallow.details.ReadInChildren(
+      {.program = ExecutablePath(), .arguments = {std::string(kServeDetailsOption)}});
   for (const std::string& drive : line.drives) {
     const auto is_known = [&](const std::string& root) { return tallow.library.KnowsDrive(root); };
     if (const std::string problem = ProblemOfDrive(drive, is_known); !problem.empty())
@@ -119,8 +120,7 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   if (line.exit_after_startup || tallow.is_shutting_down) return 0;
   QApplication::setQuitOnLastWindowClosed(true);
   frame.Findings().FindSizes();
-  frame.Details().Start(ReadersInChildren(
-      {.program = ExecutablePath(), .arguments = {std::string(kServeDetailsOption)}}));
+  frame.Details().Start();
   if (!line.files.empty()) frame.OpenFiles(line.files);
   // A request to end that arrived while the files were opened found no event loop to quit.
   const int code = tallow.is_shutting_down ? 0 : QApplication::exec();

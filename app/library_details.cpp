@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "details/details_store.h"
+#include "details/tag_children.h"
 #include "details/tag_reader.h"
 #include "library/cls_main.h"
 #include "util/file_system.h"
@@ -36,13 +37,14 @@ LibraryDetails::~LibraryDetails() {
 }
 
 ReadTags LibraryDetails::TagReader() const {
-  return [stored = stored_](const std::string& path) {
+  auto children = children_ ? std::make_shared<TagChildren>(*children_) : nullptr;
+  return [stored = stored_, children = std::move(children)](const std::string& path) {
     DetailsStore& store = stored->Store();
     // At the first run nothing is stored, and the disk need not be asked for the stamp.
     if (!store.IsEmpty())
       if (const auto stamp = StampOf(path))
         if (auto details = store.Find(path, *stamp)) return std::move(details->tags);
-    return ReadSongTags(path);
+    return children ? children->Read(path) : ReadSongTags(path);
   };
 }
 
@@ -52,6 +54,7 @@ RemainingTime::Time LibraryDetails::Now() const {
 
 void LibraryDetails::Start(const clsMain& library, DetailsFiller::MakeReader make_reader) {
   library_ = &library;
+  if (!make_reader && children_) make_reader = ReadersInChildren(*children_);
   // The first worker thread opens the database, because that may wait for the disk.
   const auto open = [stored = stored_, make = std::move(make_reader)]() -> DetailsFiller::Reader {
     stored->Store();

@@ -8,9 +8,11 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "app/remaining_time.h"
+#include "details/child_reader.h"
 #include "details/details_filler.h"
 #include "jukebox/filing_tags.h"
 
@@ -33,16 +35,21 @@ class LibraryDetails {
   /// Stops, and closes the database.
   ~LibraryDetails();
 
+  /// Makes TagReader and Start read files in child processes, see TagChildren and ChildReader.
+  /// Otherwise they read in this process, which a damaged file may then end.
+  void ReadInChildren(ChildSettings settings) { children_ = std::move(settings); }
+
   /// The function that reads the tags of a file for filing: the stored ones if size and time of
   /// change of the file are the same, otherwise those that ReadSongTags returns. It may be called
-  /// on several threads at once, and after this object is destroyed.
+  /// on several threads at once, and after this object is destroyed. The children run until it and
+  /// its copies are destroyed.
   ReadTags TagReader() const;
 
   /// Starts to read the details of all present songs, and of songs that are added later. Songs that
   /// are away are left out.
   ///
   /// \param library     has to outlive this object
-  /// \param make_reader see DetailsFiller; empty: files are read in this process
+  /// \param make_reader see DetailsFiller; empty: as ReadInChildren says
   void Start(const clsMain& library, DetailsFiller::MakeReader make_reader = {});
 
   /// Call after a scan: songs that have come back are read too, and Songs() is counted again.
@@ -85,6 +92,7 @@ class LibraryDetails {
   std::vector<std::int32_t> Having(Fact fact) const;
 
   std::shared_ptr<Stored> stored_;
+  std::optional<ChildSettings> children_;
   std::function<RemainingTime::Time()> now_;
   const clsMain* library_ = nullptr;  ///< null before Start
   std::optional<DetailsFiller> filler_;

@@ -58,6 +58,18 @@ TEST_F(LibraryDetailsTest, AMissingFileHasNoTags) {
   EXPECT_FALSE(LibraryDetails(database_).TagReader()(folder_ / "b.mp3").found);
 }
 
+TEST_F(LibraryDetailsTest, AFileThatCrashesItsReaderInAChildHasNoTags) {
+  // The byte between tag and audio makes it a file that is read in a child, see IsPlainMp3.
+  const std::string newer = Id3v2Tag({{"TIT2", "Title"}}) + "x" + Audio(300);
+  const std::string crashing = folder_.File(std::string(kCrashingName), newer);
+  LibraryDetails details(database_);
+  details.ReadInChildren(
+      {.program = OwnProgram(), .arguments = {std::string(kServeDetailsOption)}});
+  const ReadTags read = details.TagReader();
+  EXPECT_FALSE(read(crashing).found);
+  EXPECT_EQ(read(folder_.File("a.mp3", newer)).title, "Title");
+}
+
 TEST_F(LibraryDetailsTest, AReaderOutlivesTheDetails) {
   const std::string song = folder_.File("a.mp3");
   Store(song, "Stored");
@@ -91,10 +103,12 @@ class LibraryDetailsFill : public LibraryTest {
       return !details.IsReading();
     }));
   }
-  /// A reader whose files are all unreadable; counts them.
+  /// A reader whose files are all unreadable; counts them, and the threads that read.
   DetailsFiller::MakeReader Failing() {
     return [this] {
-      return [this](const std::string& path, const std::function<bool()>&) {
+      ++*threads_;
+      const std::shared_ptr<void> end(nullptr, [threads = threads_](void*) { --*threads; });
+      return [this, end](const std::string& path, const std::function<bool()>&) {
         ++reads_;
         SongDetails details;
         details.failed = true;
@@ -106,6 +120,7 @@ class LibraryDetailsFill : public LibraryTest {
 
   std::string database_ = application / "details.db";
   std::atomic<int> reads_ = 0;
+  std::shared_ptr<std::atomic<int>> threads_ = std::make_shared<std::atomic<int>>(0);
   LibraryDetails details_{database_};
 };
 
@@ -183,6 +198,8 @@ TEST_F(LibraryDetailsFill, TheNextRunReadsOnlyTheRest) {
     first.Start(library, Failing());
     Finish(first);
     EXPECT_EQ(first.Unreadable(), (Records{1, 2}));
+    // A thread that is committing would be abandoned.
+    EXPECT_TRUE(WaitUntil([this] { return *threads_ == 0; }));
   }
   EXPECT_EQ(reads_, 2);
   Song("c.mp3", Older());
@@ -196,8 +213,9 @@ TEST_F(LibraryDetailsFill, AFileThatCrashesItsReaderCostsOnlyItsOwnDetails) {
   Song("a.mp3", Newer());
   Song(std::string(kCrashingName), Newer());
   Song("b.mp3", Newer());
-  details_.Start(library, ReadersInChildren({.program = OwnProgram(),
-                                             .arguments = {std::string(kServeDetailsOption)}}));
+  details_.ReadInChildren(
+      {.program = OwnProgram(), .arguments = {std::string(kServeDetailsOption)}});
+  details_.Start(library);
   Finish(details_);
   EXPECT_EQ(details_.OnlyNewerTags(), (Records{1, 3}));
   EXPECT_EQ(details_.Unreadable(), Records{2});

@@ -22,12 +22,14 @@
 #include "app/system.h"
 #include "app/tallow.h"
 #include "benchmarks/process_memory.h"
+#include "details/child_reader.h"
 #include "player/player_link.h"
 #include "ui/frame/frm_mdi_form1.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/jukebox/pv_explorer.h"
 #include "ui/jukebox/song_list_view.h"
 #include "ui/start/start_up.h"
+#include "util/user_folders.h"
 
 namespace tallow {
 namespace {
@@ -114,6 +116,8 @@ int Run(int argc, char** argv, const Arguments& arguments) {
   QApplication application(argc, argv);
   Tallow tallow(arguments.application_folder);
   if (arguments.is_modern) tallow.preferences.OverrideStyle(Style::kModern);
+  tallow.details.ReadInChildren(
+      {.program = ExecutablePath(), .arguments = {std::string(kServeDetailsOption)}});
   const auto drives = GivenDrives({arguments.music});
   const auto player = SystemPlayerLink();
   DriveSearches searches(tallow, *drives);
@@ -162,6 +166,8 @@ int Run(int argc, char** argv, const Arguments& arguments) {
 }  // namespace tallow
 
 int main(int argc, char** argv) {
+  // The child that reads tags, as in main.cpp.
+  if (argc == 2 && argv[1] == tallow::kServeDetailsOption) return tallow::ServeSongDetails();
   const auto arguments = tallow::Parse({argv + 1, argv + argc});
   return arguments ? tallow::Run(argc, argv, *arguments) : 2;
 }

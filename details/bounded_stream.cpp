@@ -12,9 +12,10 @@
 namespace tallow {
 namespace {
 
-/// A smaller read fills the buffer with this many bytes, so that TagLib's reads of a few bytes each
-/// do not become system calls. Larger reads bypass the buffer.
-constexpr std::size_t kBufferBytes = 4096;
+/// A smaller read fills a buffer with this many bytes, so that TagLib's reads of a few bytes each do
+/// not become system calls. Larger reads bypass the buffers. Near the limit of bytes, only the bytes
+/// that are asked for are read.
+constexpr std::uint64_t kBufferBytes = 4096;
 
 /// TagLib counts positions in a long, which has 32 bits on Windows. What lies behind is not read.
 constexpr std::uint64_t kMaxSize = std::numeric_limits<long>::max();
@@ -60,22 +61,48 @@ void BoundedStream::CountCallAfterEnd() {
   throw StreamNotLeft();
 }
 
-std::size_t BoundedStream::ReadAt(std::uint64_t offset, char* bytes, std::size_t length) {
-  if (length >= kBufferBytes) return file_->ReadAt(offset, {bytes, length});
-  if (offset < buffer_at_ || offset + length > buffer_at_ + buffer_.size()) {
-    buffer_.resize(kBufferBytes);
-    buffer_at_ = offset;
-    buffer_.resize(file_->ReadAt(offset, buffer_));
+std::size_t BoundedStream::Allowed(std::uint64_t length) noexcept {
+  if (length > left_) overran_ = true;
+  return static_cast<std::size_t>(std::min(length, left_));
+}
+
+std::size_t BoundedStream::ReadFile(std::uint64_t offset, char* bytes, std::size_t length) {
+  const std::size_t got = file_->ReadAt(offset, {bytes, length});
+  left_ -= got;
+  return got;
+}
+
+const BoundedStream::Buffer& BoundedStream::BufferWith(std::uint64_t offset, std::size_t length) {
+  auto& [last, other] = buffers_;
+  if (!last.Has(offset, length)) std::swap(last, other);
+  if (last.Has(offset, length)) {
+    // Counted although nothing is read, so that a loop over these bytes ends.
+    left_ -= length;
+    return last;
   }
-  const std::size_t got = std::min(length, buffer_.size() - (offset - buffer_at_));
-  std::memcpy(bytes, buffer_.data() + (offset - buffer_at_), got);
+  const std::uint64_t full = std::min(kBufferBytes, size_);
+  const bool may_fill = left_ >= full;
+  // At the end of the file the buffer ends there, because tags are searched for from the end.
+  last.at = may_fill ? std::min(offset, size_ - full) : offset;
+  last.bytes.resize(may_fill ? static_cast<std::size_t>(full) : length);
+  last.bytes.resize(ReadFile(last.at, last.bytes.data(), last.bytes.size()));
+  return last;
+}
+
+std::size_t BoundedStream::ReadAt(std::uint64_t offset, char* bytes, std::size_t length) {
+  if (length >= kBufferBytes) return ReadFile(offset, bytes, length);
+  const Buffer& buffer = BufferWith(offset, length);
+  const std::uint64_t end = buffer.at + buffer.bytes.size();
+  if (end <= offset) return 0;
+  const auto got = static_cast<std::size_t>(std::min<std::uint64_t>(length, end - offset));
+  std::memcpy(bytes, buffer.bytes.data() + (offset - buffer.at), got);
   return got;
 }
 
 std::string BoundedStream::Peek(std::uint64_t offset, std::size_t length) {
   if (!file_ || offset >= size_ || !MayRead()) return {};
-  std::string bytes(std::min<std::uint64_t>(length, size_ - offset), '\0');
-  bytes.resize(ReadAt(offset, bytes.data(), bytes.size()));
+  std::string bytes(Allowed(std::min<std::uint64_t>(length, size_ - offset)), '\0');
+  if (!bytes.empty()) bytes.resize(ReadAt(offset, bytes.data(), bytes.size()));
   return bytes;
 }
 
@@ -88,16 +115,11 @@ TagLib::ByteVector BoundedStream::readBlock(unsigned long length) {
     return {};
   }
   // The length may come from the file; what cannot be there is not allocated.
-  std::uint64_t wanted = std::min<std::uint64_t>(length, size_ - position_);
-  if (wanted > left_) {
-    wanted = left_;
-    overran_ = true;
-  }
+  const std::size_t wanted = Allowed(std::min<std::uint64_t>(length, size_ - position_));
   if (wanted == 0) return {};
   TagLib::ByteVector bytes(static_cast<unsigned>(wanted), 0);
-  const std::size_t got = ReadAt(position_, bytes.data(), static_cast<std::size_t>(wanted));
+  const std::size_t got = ReadAt(position_, bytes.data(), wanted);
   bytes.resize(static_cast<unsigned>(got));
-  left_ -= got;
   position_ += got;
   return bytes;
 }

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <array>
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -14,7 +16,9 @@ namespace tallow {
 
 /// The limits of reading one file.
 struct ReadLimits {
-  std::uint64_t max_bytes = std::uint64_t{16} << 20U;  ///< in all, rereading included
+  /// Bytes that are read from the file in all, with those that are read ahead or again. Bytes that
+  /// are returned again from a buffer count, too.
+  std::uint64_t max_bytes = std::uint64_t{16} << 20U;
   std::chrono::milliseconds max_time{5000};
   /// The clock; empty: std::chrono::steady_clock.
   std::function<std::chrono::steady_clock::time_point()> now = {};
@@ -74,8 +78,28 @@ class BoundedStream final : public TagLib::IOStream {
   bool MayRead();
   /// Counts a call after the end of the file or of a limit. \throws StreamNotLeft
   void CountCallAfterEnd();
-  /// Reads at a position, from the buffer if the bytes are there.
+  /// Bytes of the file from a position on.
+  struct Buffer {
+    std::uint64_t at = 0;
+    std::string bytes;
+    bool Has(std::uint64_t offset, std::size_t length) const noexcept {
+      return offset >= at && offset + length <= at + bytes.size();
+    }
+  };
+
+  /// The part of a length that may still be read. If that is not all of it, the limit is overrun.
+  std::size_t Allowed(std::uint64_t length) noexcept;
+  /// Reads at a position, from a buffer if the bytes are there, and counts the bytes.
+  ///
+  /// \param length from 1 to the rest of the file, and Allowed
+  /// \returns how many bytes were read; fewer only if the file has become shorter
   std::size_t ReadAt(std::uint64_t offset, char* bytes, std::size_t length);
+  /// Reads from the file, and counts the bytes. \param length Allowed
+  std::size_t ReadFile(std::uint64_t offset, char* bytes, std::size_t length);
+  /// The buffer with these bytes; reads them if no buffer has them. Counts the bytes.
+  ///
+  /// \param length as in ReadAt, and less than the size of a full buffer
+  const Buffer& BufferWith(std::uint64_t offset, std::size_t length);
 
   std::unique_ptr<InputFile> file_;
   const ReadLimits& limits_;
@@ -86,8 +110,9 @@ class BoundedStream final : public TagLib::IOStream {
   std::uint64_t left_ = 0;  ///< bytes that may still be read
   int calls_after_end_ = 0;
   bool overran_ = false;
-  std::string buffer_;  ///< bytes of the file from buffer_at_ on
-  std::uint64_t buffer_at_ = 0;
+  /// The one used last first. Two, because TagLib goes to and fro between the beginning and the end
+  /// of a file.
+  std::array<Buffer, 2> buffers_;
 };
 
 }  // namespace tallow

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "details/bounded_stream.h"
 
+#include <algorithm>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
 #include <gtest/gtest.h>
+#include <memory>
 #include <random>
+#include <span>
 #include <string>
 #include <string_view>
 #include <taglib/tbytevectorstream.h>
@@ -58,6 +63,77 @@ TEST(BoundedStream, EndsAfterItsLimitOfBytes) {
   EXPECT_FALSE(stream.Overran());
   EXPECT_EQ(stream.readBlock(1).size(), 0U);
   EXPECT_TRUE(stream.Overran());
+}
+
+/// A file of NULs in memory that counts the bytes that are read.
+class CountingFile final : public InputFile {
+ public:
+  CountingFile(std::uint64_t size, std::uint64_t& bytes_read)
+      : InputFile({.size = size, .modified = 0}), bytes_read_(bytes_read) {}
+  std::size_t ReadAt(std::uint64_t offset, std::span<char> bytes) override {
+    const std::uint64_t size = Stamp().size;
+    const auto got = static_cast<std::size_t>(
+        std::min<std::uint64_t>(bytes.size(), size - std::min(offset, size)));
+    std::fill_n(bytes.begin(), got, '\0');
+    bytes_read_ += got;
+    return got;
+  }
+
+ private:
+  std::uint64_t& bytes_read_;
+};
+
+TEST(BoundedStream, CountsTheBytesThatAreReadAheadAndReturnedAgain) {
+  std::uint64_t read = 0;
+  const ReadLimits limits{.max_bytes = 10'000};
+  BoundedStream stream(std::make_unique<CountingFile>(100'000, read), limits);
+  EXPECT_EQ(stream.Peek(0, 10).size(), 10U);
+  EXPECT_EQ(read, 4096U);
+  // From the buffer; 5,804 are left.
+  EXPECT_EQ(stream.readBlock(100).size(), 100U);
+  EXPECT_EQ(read, 4096U);
+  stream.seek(50'000, TagLib::IOStream::Beginning);
+  EXPECT_EQ(stream.readBlock(5000).size(), 5000U);
+  EXPECT_EQ(read, 9096U);
+  // Not enough is left to read ahead.
+  EXPECT_EQ(stream.readBlock(300).size(), 300U);
+  EXPECT_EQ(read, 9396U);
+  EXPECT_EQ(stream.Peek(99'000, 504).size(), 504U);
+  EXPECT_EQ(read, 9900U);
+  EXPECT_FALSE(stream.Overran());
+  EXPECT_EQ(stream.Peek(0, 1).size(), 0U);
+  EXPECT_TRUE(stream.Overran());
+}
+
+TEST(BoundedStream, NeverReadsMoreThanItsLimitOfBytes) {
+  std::mt19937 random(2);
+  for (int round = 0; round < 200; ++round) {
+    std::uint64_t read = 0;
+    std::uint64_t returned = 0;
+    const ReadLimits limits{.max_bytes = random() % 60'000};
+    const std::uint64_t size = 1 + random() % 30'000;
+    BoundedStream stream(std::make_unique<CountingFile>(size, read), limits);
+    while (!stream.Overran()) {
+      const std::uint64_t at = random() % size;
+      const std::size_t length = 1 + random() % (random() % 4 == 0 ? 9000 : 50);
+      stream.seek(static_cast<long>(at), TagLib::IOStream::Beginning);
+      returned += random() % 2 == 0 ? stream.Peek(at, length).size()
+                                    : std::size_t{stream.readBlock(length).size()};
+      ASSERT_LE(read, limits.max_bytes);
+      ASSERT_LE(returned, limits.max_bytes);
+    }
+  }
+}
+
+TEST(BoundedStream, ReadsTheEndOfAFileOnce) {
+  std::uint64_t read = 0;
+  const ReadLimits limits;
+  BoundedStream stream(std::make_unique<CountingFile>(50'000, read), limits);
+  EXPECT_EQ(stream.Peek(49'872, 128).size(), 128U);
+  EXPECT_EQ(stream.Peek(0, 10).size(), 10U);
+  EXPECT_EQ(stream.Peek(49'840, 32).size(), 32U);
+  EXPECT_EQ(stream.Peek(10, 10).size(), 10U);
+  EXPECT_EQ(read, 8192U);
 }
 
 TEST(BoundedStream, EndsAfterItsLimitOfTime) {

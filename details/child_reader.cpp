@@ -15,7 +15,7 @@ namespace {
 
 /// The first message of the child. A program that does not send it is no such child, and must not
 /// make files look as if they could not be read.
-constexpr std::string_view kGreeting = "song details 2";
+constexpr std::string_view kGreeting = "song details 3";
 
 /// A child whose parent was killed while TagLib does not end has to end by itself.
 constexpr std::chrono::seconds kMaxLifeOfOneRead{20};
@@ -61,9 +61,9 @@ bool ChildReader::HasChild(const std::function<bool()>& stopped) {
   return false;
 }
 
-std::optional<SongDetails> ChildReader::Ask(const std::string& path,
+std::optional<SongDetails> ChildReader::Ask(const std::string& request,
                                             const std::function<bool()>& stopped) {
-  has_ended_ = !child_->Write(MessageOf(path));
+  has_ended_ = !child_->Write(request);
   if (!has_ended_) {
     if (const auto answer = NextMessage(settings_.max_wait, stopped))
       if (auto details = DecodeDetails(*answer)) return details;
@@ -72,30 +72,47 @@ std::optional<SongDetails> ChildReader::Ask(const std::string& path,
   return std::nullopt;
 }
 
+std::optional<SongDetails> ChildReader::AskTwice(WhatToRead what, const std::string& path,
+                                                 const std::function<bool()>& stopped) {
+  const std::string request = MessageOf(static_cast<char>(what) + path);
+  auto details = Ask(request, stopped);
+  // The child may have been killed for another reason than this file.
+  if (!details && has_ended_ && !stopped() && HasChild(stopped)) details = Ask(request, stopped);
+  return details;
+}
+
 SongDetails ChildReader::Read(const std::string& path, const std::function<bool()>& stopped) {
   // Before the read, so that a change during it is noticed at the next run.
   const auto stamp = StampOf(path);
   if (!HasChild(stopped)) return ReadSongDetails(path, {.stopped = stopped});
-  auto details = Ask(path, stopped);
-  // The child may have been killed for another reason than this file.
-  if (!details && has_ended_ && !stopped() && HasChild(stopped)) details = Ask(path, stopped);
-  if (details) return *std::move(details);
+  if (auto details = AskTwice(WhatToRead::kAll, path, stopped)) return *std::move(details);
   SongDetails failed;
   failed.failed = true;
   if (stamp) failed.stamp = *stamp;
   return failed;
 }
 
-int ServeSongDetails(const std::function<SongDetails(const std::string& path)>& read) {
+std::optional<SongTags> ChildReader::ReadTags(const std::string& path) {
+  const auto never = [] { return false; };
+  if (!HasChild(never)) return ReadSongTags(path);
+  auto details = AskTwice(WhatToRead::kTags, path, never);
+  if (!details) return std::nullopt;
+  return std::move(details->tags);
+}
+
+int ServeSongDetails(
+    const std::function<SongDetails(const std::string& path, WhatToRead what)>& read) {
   LimitMemoryOfThisProcess();
   if (!ParentChannel::Write(MessageOf(kGreeting))) return 1;
   std::array<char, kMessageLengthBytes> length{};
   while (ParentChannel::Read(length)) {
     std::string path(std::min(MessageLength({length.data(), length.size()}), kMaxMessageBytes),
                      '\0');
-    if (!ParentChannel::Read(path)) return 1;
+    if (path.empty() || !ParentChannel::Read(path)) return 1;
+    const auto what = static_cast<WhatToRead>(path.front());
+    path.erase(0, 1);
     EndThisProcessAfter(kMaxLifeOfOneRead);
-    const SongDetails details = read(path);
+    const SongDetails details = read(path, what);
     EndThisProcessAfter(kNoLimitOfLife);
     if (!ParentChannel::Write(MessageOf(EncodeDetails(details)))) return 1;
   }
@@ -103,8 +120,11 @@ int ServeSongDetails(const std::function<SongDetails(const std::string& path)>& 
 }
 
 int ServeSongDetails() {
-  LowerThreadPriority();
-  return ServeSongDetails([](const std::string& path) { return ReadSongDetails(path); });
+  return ServeSongDetails([is_low = false](const std::string& path, WhatToRead what) mutable {
+    if (what == WhatToRead::kTags) return SongDetails{.tags = ReadSongTags(path)};
+    if (!std::exchange(is_low, true)) LowerThreadPriority();
+    return ReadSongDetails(path);
+  });
 }
 
 }  // namespace tallow

@@ -18,6 +18,12 @@ namespace tallow {
 /// Command-line option with which the program is the child of a ChildReader, see ServeSongDetails.
 inline constexpr std::string_view kServeDetailsOption = "--serve-song-details";
 
+/// What a child reads of a file; the first byte of a request.
+enum class WhatToRead : char {
+  kTags = 't',  ///< what ReadSongTags reads; the other details are not set
+  kAll = 'a',   ///< what ReadSongDetails reads
+};
+
 /// How a ChildReader starts its children, and how long it waits for them.
 struct ChildSettings {
   std::string program;                 ///< full path
@@ -27,7 +33,7 @@ struct ChildSettings {
   std::chrono::milliseconds max_wait{6000};
 };
 
-/// Reads song details in a child process, so that a file at which TagLib crashes, does not end or
+/// Reads songs in a child process, so that a file at which TagLib crashes, does not end or
 /// uses more memory than kMaxChildMemory costs a child, not the program. Such a file has no tags,
 /// and its details are marked as failed. Used by one thread at a time.
 ///
@@ -43,11 +49,19 @@ class ChildReader {
   /// \param stopped ends the wait, within 20 ms
   SongDetails Read(const std::string& path, const std::function<bool()>& stopped);
 
+  /// Reads the tags alone; in this process, with ReadSongTags, when no child can be started.
+  ///
+  /// \returns no value when a child ends or does not answer
+  std::optional<SongTags> ReadTags(const std::string& path);
+
  private:
   /// Starts the child unless it runs. \returns false when that fails
   bool HasChild(const std::function<bool()>& stopped);
   /// Sends a request to the child. \returns no value when it does not answer; it is then killed
-  std::optional<SongDetails> Ask(const std::string& path, const std::function<bool()>& stopped);
+  std::optional<SongDetails> Ask(const std::string& request, const std::function<bool()>& stopped);
+  /// Asks the child, and a second one if the first one ends.
+  std::optional<SongDetails> AskTwice(WhatToRead what, const std::string& path,
+                                      const std::function<bool()>& stopped);
   /// Waits for the next message of the child. \returns no value when the child has ended, at the
   /// end of the time, and when it was stopped
   std::optional<std::string> NextMessage(std::chrono::milliseconds max_wait,
@@ -63,9 +77,11 @@ class ChildReader {
 ///
 /// \param read reads one file
 /// \returns the exit code of the process
-int ServeSongDetails(const std::function<SongDetails(const std::string& path)>& read);
+int ServeSongDetails(
+    const std::function<SongDetails(const std::string& path, WhatToRead what)>& read);
 
-/// ServeSongDetails with ReadSongDetails, at low priority.
+/// ServeSongDetails with ReadSongTags and ReadSongDetails. From the first request for all details
+/// on, which are read in the background, at low priority.
 int ServeSongDetails();
 
 }  // namespace tallow

@@ -101,15 +101,6 @@ FileKind KindOfHead(std::string_view head) noexcept {
   return kind != FileKind::kUnknown ? kind : KindByFrame(head);
 }
 
-/// The length of an ID3v2 tag with its header; 0 when there is none.
-std::uint64_t Id3v2Length(std::string_view head) noexcept {
-  constexpr std::size_t kHeaderBytes = 10;
-  if (head.size() < kHeaderBytes || !head.starts_with("ID3")) return 0;
-  std::uint64_t length = 0;
-  for (std::size_t k = 6; k < kHeaderBytes; ++k) length = (length << 7U) | (Byte(head, k) & 0x7FU);
-  return length + kHeaderBytes;
-}
-
 }  // namespace
 
 FileKind KindByExtension(std::string_view path) {
@@ -119,6 +110,14 @@ FileKind KindByExtension(std::string_view path) {
   for (const Extension& known : kExtensions)
     if (extension == known.text) return known.kind;
   return FileKind::kUnknown;
+}
+
+std::uint64_t Id3v2Length(std::string_view head) noexcept {
+  constexpr std::size_t kHeaderBytes = 10;
+  if (head.size() < kHeaderBytes || !head.starts_with("ID3")) return 0;
+  std::uint64_t length = 0;
+  for (std::size_t k = 6; k < kHeaderBytes; ++k) length = (length << 7U) | (Byte(head, k) & 0x7FU);
+  return length + kHeaderBytes;
 }
 
 FileKind KindOfFile(std::string_view path, BoundedStream& stream) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <string_view>
 
 #include "details/bounded_stream.h"
@@ -33,6 +34,10 @@ FileKind KindByExtension(std::string_view path);
 /// The kind that the first bytes of a file say, else the kind by its extension. An ID3v2 tag at the
 /// start is skipped, because any format may have one.
 FileKind KindOfFile(std::string_view path, BoundedStream& stream);
+
+/// The length of the ID3v2 tag that begins with these bytes, with its header of ten bytes; 0 when
+/// there is none. At most 2^28 + 9.
+std::uint64_t Id3v2Length(std::string_view head) noexcept;
 
 /// The name of a format, as the user sees it: "MP3"; empty for kUnknown.
 std::string_view KindName(FileKind kind) noexcept;

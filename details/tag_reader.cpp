@@ -25,6 +25,7 @@
 
 #include "details/file_kind.h"
 #include "details/id3v2_values.h"
+#include "details/plain_mp3.h"
 #include "details/riff_tags.h"
 #include "details/tag_fields.h"
 #include "details/text_frames.h"
@@ -215,7 +216,15 @@ void ReadKind(Reading& reading, FileKind kind) {
   }
 }
 
-SongDetails Read(const std::string& path, const ReadLimits& limits, bool wants_audio) {
+/// What Read reads.
+enum class Want {
+  kTags,
+  kPlainTags,  ///< of a file that IsPlainMp3; SongDetails::failed for others
+  kAll,
+};
+
+SongDetails Read(const std::string& path, const ReadLimits& limits, Want want) {
+  const bool wants_audio = want == Want::kAll;
   SetTextDecoding();
   auto opened = InputFile::Open(path);
   const FileStamp stamp = opened ? opened->Stamp() : FileStamp();
@@ -228,7 +237,8 @@ SongDetails Read(const std::string& path, const ReadLimits& limits, bool wants_a
       reading.details.format = KindName(kind);
       // Before the other tags, which may exceed a limit.
       if (wants_audio) reading.details.has_id3v1 = LastBlock(stream).starts_with(kTagMarker);
-      ReadKind(reading, kind);
+      is_broken = want == Want::kPlainTags && (kind != FileKind::kMpeg || !IsPlainMp3(stream));
+      if (!is_broken) ReadKind(reading, kind);
     }
   } catch (const StreamNotLeft&) {
     is_broken = true;
@@ -247,11 +257,17 @@ SongDetails Read(const std::string& path, const ReadLimits& limits, bool wants_a
 }  // namespace
 
 SongTags ReadSongTags(const std::string& path, const ReadLimits& limits) {
-  return Read(path, limits, false).tags;
+  return Read(path, limits, Want::kTags).tags;
+}
+
+std::optional<SongTags> ReadPlainTags(const std::string& path, const ReadLimits& limits) {
+  SongDetails details = Read(path, limits, Want::kPlainTags);
+  if (details.failed) return std::nullopt;
+  return std::move(details.tags);
 }
 
 SongDetails ReadSongDetails(const std::string& path, const ReadLimits& limits) {
-  return Read(path, limits, true);
+  return Read(path, limits, Want::kAll);
 }
 
 }  // namespace tallow

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "details/bounded_stream.h"
@@ -32,6 +33,12 @@ namespace tallow {
 ///
 /// \returns the tags; no tags when the file cannot be opened
 SongTags ReadSongTags(const std::string& path, const ReadLimits& limits = {});
+
+/// Reads the tags if the file is an MP3 file as IsPlainMp3 describes it. Such a file may be read in
+/// the program's own process.
+///
+/// \returns no value for other files, and when a limit was exceeded
+std::optional<SongTags> ReadPlainTags(const std::string& path, const ReadLimits& limits = {});
 
 /// Reads everything. SongDetails::failed tells that the file could not be read, or that a limit was
 /// exceeded.

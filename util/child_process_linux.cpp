@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
+#include <array>
 #include <csignal>
 #include <fstream>
 #include <poll.h>
@@ -41,17 +42,16 @@ class LinuxChildProcess final : public ChildProcess {
     pollfd wait{socket_.descriptor(), POLLIN, 0};
     const int ready = poll(&wait, 1, static_cast<int>(timeout.count()));
     if (ready <= 0) return std::string();
-    std::string bytes(16'384, '\0');
     const ssize_t got =
-        Retry([&] { return recv(socket_.descriptor(), bytes.data(), bytes.size(), 0); });
+        Retry([&] { return recv(socket_.descriptor(), buffer_.data(), buffer_.size(), 0); });
     if (got <= 0) return std::nullopt;
-    bytes.resize(static_cast<std::size_t>(got));
-    return bytes;
+    return std::string(buffer_.data(), static_cast<std::size_t>(got));
   }
 
  private:
   pid_t process_;
   OpenFile socket_;
+  std::array<char, 16'384> buffer_{};  ///< of Read
 };
 
 /// Frees the actions of posix_spawn.
@@ -120,13 +120,15 @@ void LimitMemoryOfThisProcess() {
 }
 
 void EndThisProcessAfter(std::chrono::seconds time) {
-  // The thread that started this process may have blocked it.
-  sigset_t alarms;
-  sigemptyset(&alarms);
-  sigaddset(&alarms, SIGALRM);
-  sigprocmask(SIG_UNBLOCK, &alarms, nullptr);
-  signal(SIGALRM, SIG_DFL);
-  alarm(static_cast<unsigned>(time.count()));
+  static const bool can_be_ended = [] {
+    // The thread that started this process may have blocked it.
+    sigset_t alarms;
+    sigemptyset(&alarms);
+    sigaddset(&alarms, SIGALRM);
+    sigprocmask(SIG_UNBLOCK, &alarms, nullptr);
+    return signal(SIGALRM, SIG_DFL) != SIG_ERR;
+  }();
+  if (can_be_ended) alarm(static_cast<unsigned>(time.count()));
 }
 
 }  // namespace tallow

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Passes arbitrary bytes as song files of all formats to the tag reader, with libFuzzer. Nothing
 // may crash or throw; texts must be valid UTF-8 within their limit; reading the tags alone must
-// give the same tags as reading everything.
+// give the same tags as reading everything, and so must reading it as a plain MP3 file.
 //
 // The first byte chooses the extension; the rest is the file.
 #include <array>
@@ -61,6 +61,8 @@ void Run(const Folder& folder, const std::uint8_t* data, std::size_t size) {
   Require(tags.disc >= 0 && tags.track >= 0 && details.length_ms >= 0 && details.bit_rate >= 0 &&
           details.sample_rate >= 0);
   Require(details.failed || ReadSongTags(path) == tags);
+  const auto plain = ReadPlainTags(path);
+  Require(!plain || *plain == tags);
   std::filesystem::remove(path);
 }
 
