@@ -21,7 +21,7 @@ else()
   add_dependencies(tallow_core_tests tallow-player)
   target_link_libraries(tallow_core_tests PRIVATE tallow_song_player)
 endif()
-target_link_libraries(tallow_core_tests PRIVATE tallow_app GTest::gtest)
+target_link_libraries(tallow_core_tests PRIVATE tallow_app tallow_json GTest::gtest)
 tallow_precompile(tallow_core_tests HEADERS <gtest/gtest.h>)
 
 if(WIN32 AND CMAKE_CROSSCOMPILING)

@@ -23,14 +23,19 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
   add_test(NAME windows.window_tests COMMAND ${CMAKE_SOURCE_DIR}/tests/run_under_wine.sh
                                              $<TARGET_FILE:tallow_window_tests>)
   set_tests_properties(windows.window_tests PROPERTIES TIMEOUT 900)
-  # ./build-windows.sh makes the setup program.
+  # ./build-windows.sh makes the setup program and the zip archive.
   add_test(
     NAME windows.end_to_end
     COMMAND
       ${CMAKE_SOURCE_DIR}/tests/windows_end_to_end.sh
       ${CMAKE_BINARY_DIR}/Tallow-${PROJECT_VERSION}-setup.exe $<TARGET_FILE:winamp_stand_in>
       $<TARGET_FILE:hold_file> ${CMAKE_BINARY_DIR}/tests/end_to_end)
-  set_tests_properties(windows.end_to_end PROPERTIES TIMEOUT 600)
+  add_test(
+    NAME windows.styles
+    COMMAND
+      ${CMAKE_SOURCE_DIR}/tests/windows_styles.sh
+      ${CMAKE_BINARY_DIR}/Tallow-${PROJECT_VERSION}-win64.zip ${CMAKE_BINARY_DIR}/tests/styles)
+  set_tests_properties(windows.end_to_end windows.styles PROPERTIES TIMEOUT 600)
   return()
 endif()
 gtest_discover_tests(tallow_window_tests PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
