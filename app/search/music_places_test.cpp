@@ -9,6 +9,7 @@
 #include "app/search/music_choice.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_progress.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {
@@ -97,8 +98,8 @@ TEST_F(MusicPlacesTest, AChoiceIsStoredAndCanBeTakenBack) {
 }
 
 TEST_F(MusicPlacesTest, AChangedFileOfPreferencesKeepsPathsOfAnyBytes) {
+  if (kSeparator == '\\') GTEST_SKIP() << "names of this system are text";
   const std::string folder = music.Folder("caf\xE9 \"x\"");
-  if (!FolderExists(folder)) GTEST_SKIP() << "the file system has no such names";
   EXPECT_EQ(AddMusicFolder(tallow, TestDrives({}), folder), "");
   tallow.preferences.Load(preferences_path);
   EXPECT_EQ(choice.Folders(), Texts{folder});
