@@ -85,8 +85,8 @@ jukebox=$grouping/mix.juk
 preferences=$grouping/System/Preferences.json
 details=$grouping/System/SongDetails.db
 
-# The program as the child that reads song details: a message is its length in four bytes, the lowest
-# first, and its content. It answers each request in turn, and ends with its input.
+# The program as the child that reads song details: a message is its length in four bytes, the
+# lowest first, and its content. It answers each request in turn, and ends with its input.
 # message TEXT: prints a message of fewer than 256 bytes
 message() { printf "\\x$(printf '%02x' "$(printf '%s' "$1" | wc -c)")\\0\\0\\0%s" "$1"; }
 {
