@@ -32,8 +32,8 @@ class HostileFiles : public SystemTest {
     system.emplace(*tallow, drives, *windows);
     return system->Main(runtime_file);
   }
-  /// Creates a song with newer tags. The byte between tag and audio makes it one that is not read in
-  /// this process, see IsPlainMp3.
+  /// Creates a song with newer tags. The byte between tag and audio makes it one that is not read
+  /// in this process, see IsPlainMp3.
   std::string Song(std::string_view name, const std::string& artist) {
     return music.File("c/" + std::string(name), Id3v2Tag({{"TPE1", artist}}) + "x" + Audio(300));
   }

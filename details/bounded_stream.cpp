@@ -12,9 +12,9 @@
 namespace tallow {
 namespace {
 
-/// A smaller read fills a buffer with this many bytes, so that TagLib's reads of a few bytes each do
-/// not become system calls. Larger reads bypass the buffers. Near the limit of bytes, only the bytes
-/// that are asked for are read.
+/// A smaller read fills a buffer with this many bytes, so that TagLib's reads of a few bytes each
+/// do not become system calls. Larger reads bypass the buffers. Near the limit of bytes, only the
+/// bytes that are asked for are read.
 constexpr std::uint64_t kBufferBytes = 4096;
 
 /// TagLib counts positions in a long, which has 32 bits on Windows. What lies behind is not read.

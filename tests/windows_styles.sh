@@ -92,7 +92,7 @@ message() { printf "\\x$(printf '%02x' "$(printf '%s' "$1" | wc -c)")\\0\\0\\0%s
 {
   message 'D:\Кино\Группа крови.flac'
   message 'D:\Queens\Lullabies\Song.mp3'
-  message 'D:\not there.mp3'
+  message 'D:\away.mp3'
 } | timeout 60 "$wine" "$program" --serve-song-details > "$folder/answers.bin" ||
   fail "The child that reads song details exited with code $?."
 for text in 'song details' 'Группа крови' 'Кино' 'Queens of the Stone Age'; do
