@@ -32,11 +32,13 @@ std::string Counted(std::int64_t count, const char* one, const char* more) {
   return GroupedNumber(count) + " " + (count == 1 ? one : more);
 }
 
+std::string Grouped(std::size_t number) { return GroupedNumber(static_cast<std::int64_t>(number)); }
+
 /// The songs of a part, by their record numbers.
-StyleFindings SongList(std::string heading, const clsMain& library,
+StyleFindings SongList(const std::string& heading, const clsMain& library,
                        std::vector<std::int32_t> records) {
   const std::size_t rows = records.size();
-  return {std::move(heading), rows,
+  return {heading + " (" + Grouped(rows) + ")", rows,
           [&library, records = std::move(records)](std::size_t index) -> StyleFindings::Row {
             return {library.Song(records[index]).Path(), {}};
           }};
@@ -98,21 +100,25 @@ StyleFindings LeftOutList(const clsMain& library, const SetAsideSongs& set_aside
     if (const auto song = listed.find(library.Song(record).Name()); song != listed.end())
       files.push_back({library.Song(record).Path(), library.Song(song->second).Path()});
   const std::size_t rows = files.size();
-  return {"Left out because a song of that file name is there", rows,
+  return {"Left out because a song of that file name is there (" + Grouped(rows) + ")", rows,
           [files = std::move(files)](std::size_t index) -> StyleFindings::Row {
             return {files[index].path, "the song: " + files[index].stands_for_it};
-          }};
+          },
+          true};
 }
 
 StyleFindings OtherFormatList(const clsMain& library, const SetAsideSongs& set_aside) {
   const FileNumbers by_folder = OtherFormatFolders(library, set_aside);
   std::vector<std::pair<std::string, std::size_t>> folders(by_folder.begin(), by_folder.end());
   const std::size_t rows = folders.size();
-  return {"Of other formats, by folder", rows,
-          [folders = std::move(folders)](std::size_t index) -> StyleFindings::Row {
-            const auto& [folder, files] = folders[index];
-            return {folder, Counted(static_cast<std::int64_t>(files), "file", "files")};
-          }};
+  const std::int64_t files = Sum(by_folder);
+  return {
+      "Of other formats (" + Counted(files, "file", "files") + " in " +
+          Counted(static_cast<std::int64_t>(rows), "folder", "folders") + ")",
+      rows, [folders = std::move(folders)](std::size_t index) -> StyleFindings::Row {
+        const auto& [folder, number] = folders[index];
+        return {Counted(static_cast<std::int64_t>(number), "file", "files") + " in " + folder, {}};
+      }};
 }
 
 }  // namespace

@@ -56,13 +56,14 @@ std::string TextOf(const StyleCounts& counts);
 /// A part of the list behind the counts.
 struct StyleFindings {
   struct Row {
-    std::string path;  ///< of a file or folder, any bytes
-    std::string note;  ///< may be empty
+    std::string path;  ///< of a file, or a text with that of a folder; any bytes
+    std::string note;  ///< empty without `has_notes`
   };
-  std::string heading;
+  std::string heading;  ///< with the numbers of what is listed
   std::size_t rows = 0;
   /// Returns a row. \param index 0 to rows - 1
   std::function<Row(std::size_t index)> row;
+  bool has_notes = false;
 };
 
 /// The songs and files of each count, and the songs whose details could not be read; only parts

@@ -121,13 +121,13 @@ TEST_F(StyleFindingsTest, CountsRealFiles) {
   const std::string other = std::string(library.LeftOut()[0].path);
   EXPECT_EQ(Lists(),
             (std::map<std::string, Texts>{
-                {"Only newer tags, which the classic style does not read",
+                {"Only newer tags, which the classic style does not read (2)",
                  first < music / "two/d.mp3" ? Texts{first + "|", music / "two/d.mp3|"}
                                              : Texts{music / "two/d.mp3|", first + "|"}},
-                {"Left out because a song of that file name is there",
+                {"Left out because a song of that file name is there (1)",
                  {other + "|the song: " + first}},
-                {"Of other formats, by folder",
-                 {music / "three/" + "|2 files", music / "two/" + "|1 file"}}}));
+                {"Of other formats (3 files in 2 folders)",
+                 {"1 file in " + music / "two/" + "|", "2 files in " + music / "three/" + "|"}}}));
 }
 
 TEST_F(StyleFindingsTest, AnOrdinaryCollectionHasNone) {
@@ -224,7 +224,7 @@ TEST_F(StyleFindingsTest, NamesWhatCouldNotBeRead) {
     return !tallow.details.IsReading();
   }));
   EXPECT_EQ(Lists(), (std::map<std::string, Texts>{
-                         {"Could not be read completely", {music / "a.mp3" + "|"}}}));
+                         {"Could not be read completely (1)", {music / "a.mp3" + "|"}}}));
 }
 
 class StyleHintTest : public LibraryTest {
