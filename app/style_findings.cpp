@@ -146,6 +146,10 @@ StyleCounts StyleCounter::Count() {
 }
 
 std::string TextOf(const StyleCounts& counts) {
+  if (counts.songs == 0 && counts.left_out == 0 && counts.other_formats > 0)
+    return Counted(counts.other_formats,
+                   "music file is not an MP3 file, so the classic style does not show it.",
+                   "music files are not MP3 files, so the classic style does not show them.");
   std::vector<std::string> parts;
   if (counts.newer_tags > 0)
     parts.push_back(GroupedNumber(counts.newer_tags) + " of " +

@@ -50,7 +50,8 @@ class StyleCounter {
 };
 
 /// The counts above 0 as a sentence: "90 of 264 songs carry only newer tags, 32 were left out
-/// because a song of that file name is there, 61 are of other formats." Empty when there are none.
+/// because a song of that file name is there, 61 are of other formats." Without a song: "61 music
+/// files are not MP3 files, so the classic style does not show them." Empty when there are none.
 std::string TextOf(const StyleCounts& counts);
 
 /// A part of the list behind the counts.

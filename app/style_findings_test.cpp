@@ -37,8 +37,15 @@ TEST(StyleFindingsText, LeavesOutWhatIsZero) {
             "formats.");
   EXPECT_EQ(TextOf({.songs = 264, .left_out = 1}),
             "1 file was left out because a song of that file name is there.");
-  EXPECT_EQ(TextOf({.other_formats = 61}), "61 files are of other formats.");
-  EXPECT_EQ(TextOf({.other_formats = 1}), "1 file is of another format.");
+  EXPECT_EQ(TextOf({.songs = 264, .other_formats = 61}), "61 files are of other formats.");
+  EXPECT_EQ(TextOf({.songs = 264, .other_formats = 1}), "1 file is of another format.");
+}
+
+TEST(StyleFindingsText, WithoutASongSaysWhyThereIsNone) {
+  EXPECT_EQ(TextOf({.other_formats = 1234}),
+            "1,234 music files are not MP3 files, so the classic style does not show them.");
+  EXPECT_EQ(TextOf({.other_formats = 1}),
+            "1 music file is not an MP3 file, so the classic style does not show it.");
 }
 
 class StyleFindingsTest : public LibraryTest {
