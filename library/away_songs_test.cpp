@@ -349,6 +349,19 @@ TEST_F(AwaySongs, WhatWasLeftOutOnADriveHoldsWhileItIsAway) {
   EXPECT_EQ(again->library.Findings().ByFolder(), (ScanFindings::Folders{{two, {1, {}}}}));
 }
 
+TEST_F(AwaySongs, ForgettingADriveForgetsWhatWasLeftOutOnIt) {
+  Mount(two, "uuid B");
+  for (const std::string& path : {one + "a.mp3", two + "b.mp3"}) MakeFile(path);
+  Search();
+  for (const std::string& path : {one + "c.flac", two + "d.flac"}) MakeFile(path);
+  Scan();
+  TakeAway(two, away);
+  Scan();
+  EXPECT_EQ(library.Findings().OtherFormats(), 2U);
+  EXPECT_EQ(library.ForgetAwayPlace(two), 1);
+  EXPECT_EQ(library.Findings().ByFolder(), (ScanFindings::Folders{{one, {1, {}}}}));
+}
+
 TEST_F(AwaySongs, WhatWasLeftOutOnADriveThatHasAnotherPlaceIsCountedOnce) {
   Mount(two, "uuid B");
   const std::string folder = two + "abba" + kSep;

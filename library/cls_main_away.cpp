@@ -148,6 +148,7 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
     }
   }
   state_.Drives().Forget(place);
+  findings_.MarkGone(EnsureTrailingBackslash(place));
   // Files that were left out because of a forgotten song are added as songs now.
   std::int32_t old_count = table_.rows();
   for (const LeftOutFile& file : left_out_) {

@@ -101,6 +101,7 @@ void ScanFindings::Merge() {
 }
 
 void ScanFindings::DropSongs(const SongTable& table) {
+  if (folders_.empty()) return;
   auto folder = folders_.end();
   for (std::int32_t row = 1; row <= table.rows(); ++row) {
     const SongView song(table, row);

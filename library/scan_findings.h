@@ -59,7 +59,7 @@ class ScanFindings {
   /// songs, and writes the file if anything has changed. If it cannot be written, the next run goes
   /// on from the earlier one. Does nothing before Load.
   ///
-  /// Cost: O(rows of the table)
+  /// Cost: O(rows of the table) if there are findings
   void Settle(const SongTable& table);
 
   // As of the last Settle:

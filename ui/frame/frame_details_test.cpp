@@ -212,6 +212,16 @@ TEST_F(FrameDetailsTest, ADamagedDatabaseIsSaidInTheStatusBar) {
   }));
 }
 
+TEST_F(FrameDetailsTest, ADamagedFileOfWhatWasLeftOutIsSaidInTheStatusBar) {
+  ShowJukebox();
+  const std::string path = SystemFolder(application.path()) + "LeftOut.json";
+  WriteFileAtomically(path, "x");
+  Fill();
+  EXPECT_TRUE(frame.statusBar()->currentMessage().contains("LeftOut.json is damaged. It was"));
+  EXPECT_TRUE(FileExists(path + ".bak"));
+  EXPECT_TRUE(Bar().isHidden());
+}
+
 TEST_F(FrameDetailsTest, SongsThatComeBackOrAreForgottenAreCountedAgain) {
   frmMain& window = ShowJukebox();
   MakeNewerSong();
