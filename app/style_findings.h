@@ -27,8 +27,8 @@ struct StyleCounts {
 };
 
 /// The counts of what scans have left out (clsMain::Findings), of the songs that are set aside, and
-/// of the song details read so far. Cost: O(folders with findings + songs of the library) if another
-/// style was ever used, else O(1).
+/// of the song details read so far. Cost: O(folders with findings + songs) if another style was
+/// ever used, else O(1).
 StyleCounts CountStyleFindings(const Tallow& tallow);
 
 /// CountStyleFindings for repeated calls: while no song changes, a call is O(1).
@@ -39,8 +39,8 @@ class StyleCounter {
 
   /// The counts of now.
   StyleCounts Count();
-  /// Call after a scan and after clsMain::LoadFindings, because the files that are left out may have
-  /// changed without a change of a song.
+  /// Call after a scan and after clsMain::LoadFindings, because the files that are left out may
+  /// have changed without a change of a song.
   void Refresh() noexcept { version_.reset(); }
 
  private:
