@@ -2,7 +2,9 @@
 #include "app/style_findings.h"
 
 #include <algorithm>
+#include <functional>
 #include <iterator>
+#include <map>
 #include <memory>
 #include <unordered_map>
 #include <utility>
@@ -30,20 +32,25 @@ std::string Counted(std::int64_t count, const char* one, const char* more) {
   return GroupedNumber(count) + " " + (count == 1 ? one : more);
 }
 
+std::string Grouped(std::size_t number) { return GroupedNumber(static_cast<std::int64_t>(number)); }
+
 /// The songs of a part, by their record numbers.
-StyleFindings SongList(std::string heading, const clsMain& library,
+StyleFindings SongList(const std::string& heading, const clsMain& library,
                        std::vector<std::int32_t> records) {
   const std::size_t rows = records.size();
-  return {std::move(heading), rows,
+  return {heading + " (" + Grouped(rows) + ")", rows,
           [&library, records = std::move(records)](std::size_t index) -> StyleFindings::Row {
             return {library.Song(records[index]).Path(), {}};
           }};
 }
 
+/// Numbers of files by folder, which ends in a separator.
+using FileNumbers = std::map<std::string, std::size_t, std::less<>>;
+
 /// The songs of the library that the classic style sets aside.
 struct SetAsideSongs {
   std::vector<std::int32_t> namesakes;  ///< record numbers
-  OtherFormats::Folders other_formats;  ///< numbers of songs of other formats than MP3, by folder
+  FileNumbers other_formats;            ///< songs of other formats than MP3
 };
 
 SetAsideSongs FindSetAside(const clsMain& library) {
@@ -64,8 +71,10 @@ SetAsideSongs FindSetAside(const clsMain& library) {
 ///
 /// A scan also sees the files of songs that are set aside. But the last one may have had another
 /// style, and seen none.
-OtherFormats::Folders OtherFormatFolders(const clsMain& library, const SetAsideSongs& set_aside) {
-  OtherFormats::Folders folders = library.OthersSeen().ByFolder();
+FileNumbers OtherFormatFolders(const clsMain& library, const SetAsideSongs& set_aside) {
+  FileNumbers folders;
+  for (const auto& [path, folder] : library.Findings().ByFolder())
+    if (folder.other_formats > 0) folders.emplace(path, folder.other_formats);
   for (const auto& [folder, songs] : set_aside.other_formats) {
     std::size_t& files = folders[folder];
     files = std::max(files, songs);
@@ -73,8 +82,16 @@ OtherFormats::Folders OtherFormatFolders(const clsMain& library, const SetAsideS
   return folders;
 }
 
+std::int64_t Sum(const FileNumbers& folders) {
+  std::int64_t files = 0;
+  for (const auto& [folder, number] : folders) files += static_cast<std::int64_t>(number);
+  return files;
+}
+
 StyleFindings LeftOutList(const clsMain& library, const SetAsideSongs& set_aside) {
-  std::vector<LeftOutFile> files = library.LeftOut();
+  std::vector<LeftOutFile> files;
+  for (const auto& [path, folder] : library.Findings().ByFolder())
+    for (const auto& [name, song] : folder.left_out) files.push_back({path + name, song});
   std::unordered_map<std::string_view, std::int32_t> listed;
   if (!set_aside.namesakes.empty())
     for (std::int32_t record = 1; record <= library.UBoundOfMp3Array(); ++record)
@@ -83,21 +100,25 @@ StyleFindings LeftOutList(const clsMain& library, const SetAsideSongs& set_aside
     if (const auto song = listed.find(library.Song(record).Name()); song != listed.end())
       files.push_back({library.Song(record).Path(), library.Song(song->second).Path()});
   const std::size_t rows = files.size();
-  return {"Left out because a song of that file name is there", rows,
+  return {"Left out because a song of that file name is there (" + Grouped(rows) + ")", rows,
           [files = std::move(files)](std::size_t index) -> StyleFindings::Row {
             return {files[index].path, "the song: " + files[index].stands_for_it};
-          }};
+          },
+          true};
 }
 
 StyleFindings OtherFormatList(const clsMain& library, const SetAsideSongs& set_aside) {
-  const OtherFormats::Folders by_folder = OtherFormatFolders(library, set_aside);
+  const FileNumbers by_folder = OtherFormatFolders(library, set_aside);
   std::vector<std::pair<std::string, std::size_t>> folders(by_folder.begin(), by_folder.end());
   const std::size_t rows = folders.size();
-  return {"Of other formats, by folder", rows,
-          [folders = std::move(folders)](std::size_t index) -> StyleFindings::Row {
-            const auto& [folder, files] = folders[index];
-            return {folder, Counted(static_cast<std::int64_t>(files), "file", "files")};
-          }};
+  const std::int64_t files = Sum(by_folder);
+  return {
+      "Of other formats (" + Counted(files, "file", "files") + " in " +
+          Counted(static_cast<std::int64_t>(rows), "folder", "folders") + ")",
+      rows, [folders = std::move(folders)](std::size_t index) -> StyleFindings::Row {
+        const auto& [folder, number] = folders[index];
+        return {Counted(static_cast<std::int64_t>(number), "file", "files") + " in " + folder, {}};
+      }};
 }
 
 }  // namespace
@@ -105,17 +126,13 @@ StyleFindings OtherFormatList(const clsMain& library, const SetAsideSongs& set_a
 StyleCounts CountStyleFindings(const Tallow& tallow) {
   const clsMain& library = tallow.library;
   const SetAsideSongs set_aside = FindSetAside(library);
-  std::size_t other_formats = library.OthersSeen().Files();
-  if (!set_aside.other_formats.empty()) {
-    other_formats = 0;
-    for (const auto& [folder, files] : OtherFormatFolders(library, set_aside))
-      other_formats += files;
-  }
-  return {
-      .songs = tallow.details.Songs(),
-      .newer_tags = tallow.details.SongsWithOnlyNewerTags(),
-      .left_out = static_cast<std::int64_t>(library.LeftOut().size() + set_aside.namesakes.size()),
-      .other_formats = static_cast<std::int64_t>(other_formats)};
+  const ScanFindings& findings = library.Findings();
+  return {.songs = tallow.details.Songs(),
+          .newer_tags = tallow.details.SongsWithOnlyNewerTags(),
+          .left_out = static_cast<std::int64_t>(findings.LeftOut() + set_aside.namesakes.size()),
+          .other_formats = set_aside.other_formats.empty()
+                               ? static_cast<std::int64_t>(findings.OtherFormats())
+                               : Sum(OtherFormatFolders(library, set_aside))};
 }
 
 StyleCounts StyleCounter::Count() {
@@ -129,6 +146,10 @@ StyleCounts StyleCounter::Count() {
 }
 
 std::string TextOf(const StyleCounts& counts) {
+  if (counts.songs == 0 && counts.left_out == 0 && counts.other_formats > 0)
+    return Counted(counts.other_formats,
+                   "music file is not an MP3 file, so the classic style does not show it.",
+                   "music files are not MP3 files, so the classic style does not show them.");
   std::vector<std::string> parts;
   if (counts.newer_tags > 0)
     parts.push_back(GroupedNumber(counts.newer_tags) + " of " +
@@ -169,7 +190,7 @@ bool StyleHint::HasGrown(std::int64_t StyleCounts::*count, const char* key) cons
 }
 
 void StyleHint::StoreDeclined() {
-  // A count may be lower for a while: a search of the known folders sees fewer files.
+  // A count may be lower for a while: songs may be missing until a drive is back.
   for (const DeclinedCount& declined : kDeclined)
     if (HasGrown(declined.count, declined.key))
       preferences_.Set<std::int64_t>(declined.key, counts_.*declined.count);

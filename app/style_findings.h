@@ -26,8 +26,9 @@ struct StyleCounts {
   friend bool operator==(const StyleCounts&, const StyleCounts&) = default;
 };
 
-/// The counts of the last scans, of the songs that are set aside, and of the song details read so
-/// far. Cost: O(songs of the library) if another style was ever used, else O(1).
+/// The counts of what scans have left out (clsMain::Findings), of the songs that are set aside, and
+/// of the song details read so far. Cost: O(folders with findings + songs) if another style was
+/// ever used, else O(1).
 StyleCounts CountStyleFindings(const Tallow& tallow);
 
 /// CountStyleFindings for repeated calls: while no song changes, a call is O(1).
@@ -38,7 +39,8 @@ class StyleCounter {
 
   /// The counts of now.
   StyleCounts Count();
-  /// Call after a scan, because it may have seen other files without a change of a song.
+  /// Call after a scan and after clsMain::LoadFindings, because the files that are left out may
+  /// have changed without a change of a song.
   void Refresh() noexcept { version_.reset(); }
 
  private:
@@ -48,19 +50,21 @@ class StyleCounter {
 };
 
 /// The counts above 0 as a sentence: "90 of 264 songs carry only newer tags, 32 were left out
-/// because a song of that file name is there, 61 are of other formats." Empty when there are none.
+/// because a song of that file name is there, 61 are of other formats." Without a song: "61 music
+/// files are not MP3 files, so the classic style does not show them." Empty when there are none.
 std::string TextOf(const StyleCounts& counts);
 
 /// A part of the list behind the counts.
 struct StyleFindings {
   struct Row {
-    std::string path;  ///< of a file or folder, any bytes
-    std::string note;  ///< may be empty
+    std::string path;  ///< of a file, or a text with that of a folder; any bytes
+    std::string note;  ///< empty without `has_notes`
   };
-  std::string heading;
+  std::string heading;  ///< with the numbers of what is listed
   std::size_t rows = 0;
   /// Returns a row. \param index 0 to rows - 1
   std::function<Row(std::size_t index)> row;
+  bool has_notes = false;
 };
 
 /// The songs and files of each count, and the songs whose details could not be read; only parts

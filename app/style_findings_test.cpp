@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/style_findings.h"
 
+#include <filesystem>
 #include <map>
+#include <utility>
 
 #include "app/search/file_search.h"
 #include "tests/id3v2_tag.h"
@@ -9,6 +11,7 @@
 #include "tests/recorded_progress.h"
 #include "tests/tagged_file.h"
 #include "tests/wait_until.h"
+#include "util/atomic_file.h"
 
 namespace tallow {
 namespace {
@@ -34,8 +37,15 @@ TEST(StyleFindingsText, LeavesOutWhatIsZero) {
             "formats.");
   EXPECT_EQ(TextOf({.songs = 264, .left_out = 1}),
             "1 file was left out because a song of that file name is there.");
-  EXPECT_EQ(TextOf({.other_formats = 61}), "61 files are of other formats.");
-  EXPECT_EQ(TextOf({.other_formats = 1}), "1 file is of another format.");
+  EXPECT_EQ(TextOf({.songs = 264, .other_formats = 61}), "61 files are of other formats.");
+  EXPECT_EQ(TextOf({.songs = 264, .other_formats = 1}), "1 file is of another format.");
+}
+
+TEST(StyleFindingsText, WithoutASongSaysWhyThereIsNone) {
+  EXPECT_EQ(TextOf({.other_formats = 1234}),
+            "1,234 music files are not MP3 files, so the classic style does not show them.");
+  EXPECT_EQ(TextOf({.other_formats = 1}),
+            "1 music file is not an MP3 file, so the classic style does not show it.");
 }
 
 class StyleFindingsTest : public LibraryTest {
@@ -69,6 +79,24 @@ class StyleFindingsTest : public LibraryTest {
       return !tallow.details.IsReading();
     }));
   }
+  /// Searches the folders of songs.
+  static void SearchKnownFolders(clsMain& library) {
+    library.BeginScan(ScanKind::kFolderList);
+    library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+    library.AddAnyAdditionalMp3FromTheNormalDirectories();
+    library.FinishScan(true);
+  }
+  /// The numbers of files that are left out and of other formats in the next run.
+  std::pair<std::int64_t, std::int64_t> CountsOfTheNextRun() {
+    Tallow next(application.path());
+    next.settings.GetandLoadIniInfo(next.settings_path);
+    EXPECT_TRUE(next.library.LoadMain());
+    SearchKnownFolders(next.library);
+    EXPECT_TRUE(next.library.LoadFindings());
+    EXPECT_EQ(next.library.TakeProblems(), Texts());
+    const StyleCounts counts = CountStyleFindings(next);
+    return {counts.left_out, counts.other_formats};
+  }
   /// The paths and notes below each heading.
   std::map<std::string, Texts> Lists() const {
     std::map<std::string, Texts> lists;
@@ -98,15 +126,15 @@ TEST_F(StyleFindingsTest, CountsRealFiles) {
             (StyleCounts{.songs = 4, .newer_tags = 2, .left_out = 1, .other_formats = 3}));
   const std::string first = std::string(library.LeftOut()[0].stands_for_it);
   const std::string other = std::string(library.LeftOut()[0].path);
-  EXPECT_EQ(
-      Lists(),
-      (std::map<std::string, Texts>{
-          {"Only newer tags, which the classic style does not read",
-           first < music / "two/d.mp3" ? Texts{first + "|", music / "two/d.mp3|"}
-                                       : Texts{music / "two/d.mp3|", first + "|"}},
-          {"Left out because a song of that file name is there", {other + "|the song: " + first}},
-          {"Of other formats, by folder",
-           {music / "three/" + "|2 files", music / "two/" + "|1 file"}}}));
+  EXPECT_EQ(Lists(),
+            (std::map<std::string, Texts>{
+                {"Only newer tags, which the classic style does not read (2)",
+                 first < music / "two/d.mp3" ? Texts{first + "|", music / "two/d.mp3|"}
+                                             : Texts{music / "two/d.mp3|", first + "|"}},
+                {"Left out because a song of that file name is there (1)",
+                 {other + "|the song: " + first}},
+                {"Of other formats (3 files in 2 folders)",
+                 {"1 file in " + music / "two/" + "|", "2 files in " + music / "three/" + "|"}}}));
 }
 
 TEST_F(StyleFindingsTest, AnOrdinaryCollectionHasNone) {
@@ -152,6 +180,49 @@ TEST_F(StyleFindingsTest, SongsThatAreSetAsideCountAsTheFilesThatTheyWere) {
   EXPECT_EQ(counter.Count(), (StyleCounts{.songs = 1, .other_formats = 4}));
 }
 
+TEST_F(StyleFindingsTest, TheCountsHoldAfterSearchesOfOtherFoldersAndInTheNextRun) {
+  using Counts = std::pair<std::int64_t, std::int64_t>;
+  for (const char* const name : {"one/a.mp3", "one/b.mp3", "two/a.mp3", "two/c.mp3", "two/d.flac",
+                                 "three/a.mp3", "four/e.ogg", "four/below/f.ogg"})
+    music.File(name);
+  Search();
+  const StyleCounts first{.songs = 3, .left_out = 2, .other_formats = 3};
+  EXPECT_EQ(CountStyleFindings(tallow), first);
+  SearchKnownFolders(library);
+  EXPECT_EQ(CountStyleFindings(tallow), first);
+  EXPECT_EQ(CountsOfTheNextRun(), Counts(2, 3));
+  SearchAgain();
+  EXPECT_EQ(CountStyleFindings(tallow), first);
+  // A search of the whole computer finds that a folder is gone.
+  std::filesystem::remove_all(std::filesystem::path(music / "four"));
+  EXPECT_EQ(CountsOfTheNextRun(), Counts(2, 3));
+  SearchAgain();
+  EXPECT_EQ(CountStyleFindings(tallow).other_formats, 1);
+  // A twin in the folder of a song is gone.
+  const ScanFindings::Folders findings = library.Findings().ByFolder();
+  const std::string folder = findings.at(music / "two/").left_out.empty() ? "one/" : "two/";
+  RemoveFile(music / folder + "a.mp3");
+  EXPECT_EQ(CountsOfTheNextRun(), Counts(1, 1));
+  SearchKnownFolders(library);
+  EXPECT_EQ(CountStyleFindings(tallow).left_out, 1);
+}
+
+TEST_F(StyleFindingsTest, AfterDecliningTheyAreShownWhenOneMoreFileIsLeftOut) {
+  tallow.preferences.Load(PreferencesPath(application.path()));
+  for (const char* const name : {"one/a.mp3", "two/a.mp3", "three/a.mp3", "four/e.ogg"})
+    music.File(name);
+  Search();
+  StyleHint hint(tallow.preferences);
+  EXPECT_TRUE(hint.Update(CountStyleFindings(tallow), true));
+  hint.Decline();
+  SearchKnownFolders(library);
+  EXPECT_FALSE(StyleHint(tallow.preferences).Update(CountStyleFindings(tallow), true));
+  const std::string folder(library.Song(1).Folder());
+  WriteFileAtomically(folder + "f.flac", "x");
+  SearchKnownFolders(library);
+  EXPECT_TRUE(StyleHint(tallow.preferences).Update(CountStyleFindings(tallow), true));
+}
+
 TEST_F(StyleFindingsTest, NamesWhatCouldNotBeRead) {
   AddSong(music.path(), "a.mp3");
   tallow.details.Start(library);
@@ -159,9 +230,8 @@ TEST_F(StyleFindingsTest, NamesWhatCouldNotBeRead) {
     tallow.details.Poll();
     return !tallow.details.IsReading();
   }));
-  EXPECT_EQ(
-      Lists(),
-      (std::map<std::string, Texts>{{"Could not be read completely", {music / "a.mp3" + "|"}}}));
+  EXPECT_EQ(Lists(), (std::map<std::string, Texts>{
+                         {"Could not be read completely (1)", {music / "a.mp3" + "|"}}}));
 }
 
 class StyleHintTest : public LibraryTest {

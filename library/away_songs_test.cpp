@@ -324,6 +324,60 @@ TEST_F(AwaySongs, WithoutAKnownSizeTheNameDecides) {
   EXPECT_EQ(library.UBoundOfMp3Array(), 2);
 }
 
+TEST_F(AwaySongs, WhatWasLeftOutOnADriveHoldsWhileItIsAway) {
+  Mount(two, "uuid B");
+  const std::string folder = two + "abba" + kSep;
+  for (const std::string& path : {one + "a.mp3", two + "b.mp3", folder + "a.mp3", folder + "c.mp3"})
+    MakeFile(path);
+  Search();
+  MakeFile(two + "d.flac");
+  MakeFile(folder + "e.flac");
+  Scan();
+  const ScanFindings::Folders found{{two, {1, {}}}, {folder, {1, {{"a.mp3", one + "a.mp3"}}}}};
+  EXPECT_EQ(library.Findings().ByFolder(), found);
+  TakeAway(two, away);
+  Scan();
+  EXPECT_EQ(library.Findings().ByFolder(), found);
+  StartAgain();
+  EXPECT_TRUE(again->library.LoadFindings());
+  EXPECT_EQ(again->library.Findings().ByFolder(), found);
+  BringBack(two, away, "uuid B");
+  // A folder that is gone from a drive that is there has none.
+  fs::remove_all(fs::path(folder));
+  StartAgain();
+  EXPECT_TRUE(again->library.LoadFindings());
+  EXPECT_EQ(again->library.Findings().ByFolder(), (ScanFindings::Folders{{two, {1, {}}}}));
+}
+
+TEST_F(AwaySongs, ForgettingADriveForgetsWhatWasLeftOutOnIt) {
+  Mount(two, "uuid B");
+  for (const std::string& path : {one + "a.mp3", two + "b.mp3"}) MakeFile(path);
+  Search();
+  for (const std::string& path : {one + "c.flac", two + "d.flac"}) MakeFile(path);
+  Scan();
+  TakeAway(two, away);
+  Scan();
+  EXPECT_EQ(library.Findings().OtherFormats(), 2U);
+  EXPECT_EQ(library.ForgetAwayPlace(two), 1);
+  EXPECT_EQ(library.Findings().ByFolder(), (ScanFindings::Folders{{one, {1, {}}}}));
+}
+
+TEST_F(AwaySongs, WhatWasLeftOutOnADriveThatHasAnotherPlaceIsCountedOnce) {
+  Mount(two, "uuid B");
+  const std::string folder = two + "abba" + kSep;
+  for (const std::string& path : {one + "a.mp3", folder + "a.mp3", folder + "c.mp3"})
+    MakeFile(path);
+  Search();
+  EXPECT_EQ(library.Findings().LeftOut(), 1U);
+  const std::string three = music / "three" + kSep;
+  Unmount(two);
+  fs::rename(fs::path(two), fs::path(three));
+  Mount(three, "uuid B");
+  Scan();
+  EXPECT_EQ(library.Findings().ByFolder(),
+            (ScanFindings::Folders{{three + "abba" + kSep, {0, {{"a.mp3", one + "a.mp3"}}}}}));
+}
+
 TEST_F(AwaySongs, AfterForgettingADriveTheLeftOutFileInheritsTheRank) {
   MakeFile(one + "a.mp3", 100);
   MakeFile(two + "c.mp3", 300);

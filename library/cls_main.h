@@ -20,8 +20,8 @@
 #include "library/missing_songs.h"
 #include "library/mounted_volumes.h"
 #include "library/new_folders.h"
-#include "library/other_formats.h"
 #include "library/record_repair.h"
+#include "library/scan_findings.h"
 #include "library/scan_report.h"
 #include "library/song_rows.h"
 #include "library/song_view.h"
@@ -244,9 +244,18 @@ class clsMain : public SongRows {
   void LeaveOut(const std::string& path, std::int32_t record);
   /// The files that the last scans left out, because a song has the same file name.
   const std::vector<LeftOutFile>& LeftOut() const noexcept { return left_out_; }
-  /// The files of other formats that the last scans have seen.
-  OtherFormats& OthersSeen() noexcept { return others_seen_; }
-  const OtherFormats& OthersSeen() const noexcept { return others_seen_; }
+
+  /// What the scans of this run and earlier ones have left out. Before LoadFindings it has nothing
+  /// unless this run has searched the computer.
+  const ScanFindings& Findings() const noexcept { return findings_; }
+  /// Reads the findings of earlier runs.
+  /// \returns false when they were loaded before
+  bool LoadFindings();
+  /// Records that a scan has read a folder completely.
+  /// \param other_formats number of its files of formats that the switches leave out
+  void RememberVisit(std::string_view folder, std::size_t other_formats);
+  /// Records that a folder with findings does not exist any more.
+  void RememberGone(std::string_view folder) { findings_.MarkGone(folder); }
 
   /// Records that a folder could not be read completely. It is reported, and scanned again at the
   /// next start.
@@ -334,7 +343,7 @@ class clsMain : public SongRows {
   std::int32_t rows_before_scan_ = 0;
   std::vector<ReturnedSong> returned_;
   std::vector<LeftOutFile> left_out_;
-  OtherFormats others_seen_;
+  ScanFindings findings_;
   ScanReport scan_;
   std::vector<std::string> problems_;
   bool main_is_dirty_ = false;

@@ -148,6 +148,7 @@ std::int32_t clsMain::ForgetAwayPlace(const std::string& place) {
     }
   }
   state_.Drives().Forget(place);
+  findings_.MarkGone(EnsureTrailingBackslash(place));
   // Files that were left out because of a forgotten song are added as songs now.
   std::int32_t old_count = table_.rows();
   for (const LeftOutFile& file : left_out_) {
@@ -171,7 +172,20 @@ void clsMain::BeginScan(ScanKind kind) {
   rows_before_scan_ = table_.rows();
   drives_were_checked_ = false;
   disk_.Clear();
-  if (kind != ScanKind::kFiles) others_seen_.Clear();
+  // Visits most folders, so the findings of earlier runs are needed to note only what has changed.
+  if (kind == ScanKind::kComputer) LoadFindings();
+}
+
+bool clsMain::LoadFindings() {
+  if (findings_.IsLoaded()) return false;
+  findings_.Load(settings_.SystemFolder() + "LeftOut.json", problems_);
+  findings_.Settle(table_);
+  return true;
+}
+
+void clsMain::RememberVisit(std::string_view folder, std::size_t other_formats) {
+  // The mount point of a drive that is away is an empty folder.
+  if (other_formats > 0 || AwayRootOf(folder).empty()) findings_.Visit(folder, other_formats);
 }
 
 void clsMain::LeaveOut(const std::string& path, std::int32_t record) {
@@ -181,6 +195,7 @@ void clsMain::LeaveOut(const std::string& path, std::int32_t record) {
                                     [&](const LeftOutFile& file) { return file.path == path; });
   if (is_known) return;
   left_out_.push_back({path, song});
+  findings_.LeaveOut(left_out_.back());
   ++scan_.left_out;
 }
 
@@ -218,6 +233,7 @@ ScanReport clsMain::FinishScan(bool complete, const GoOn& go_on) {
                                   FoldersOf(true, 1), complete);
   state_.Save(problems_);
   if (folder_list_.IsStale()) RewriteFolderList();
+  findings_.Settle(table_);
   ScanReport report = std::exchange(scan_, {});
   report.away = AwayPlaces();
   report.unread_folders = static_cast<std::int32_t>(state_.Unread().size());

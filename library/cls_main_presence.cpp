@@ -110,7 +110,10 @@ class clsMain::PresenceCheck {
     }
     for (const std::int32_t row : RowsToBlank(table_, library_.switches_, std::move(missing_)))
       library_.BlankRow(row);
-    for (const auto& [row, folder] : moved_) table_.SetCell(kFileLocation, row, folder);
+    for (const auto& [row, folder] : moved_) {
+      library_.RememberGone(table_.Cell(kFileLocation, row));
+      table_.SetCell(kFileLocation, row, folder);
+    }
     if (!moved_.empty()) library_.folder_list_.IsStale(true);
     if (complete) drives_.ApplyNewRoots();
   }

@@ -127,7 +127,11 @@ class clsMain::FolderScan {
              (role == Role::kNew || !library_.state_.Unread().HasBelow(folder)))
       library_.ForgetUnread(folder);
     const bool accepts_new = !HoldsNoSongs(folder);
-    if (accepts_new) library_.OthersSeen().Set(folder, listing.counted);
+    if (listing.opened && listing.problem.empty())
+      library_.RememberVisit(folder, accepts_new ? listing.counted : 0);
+    else if (listing.not_there &&
+             library_.state_.Drives().VerdictOf(folder).verdict == KnownDrives::Verdict::kMissing)
+      library_.RememberGone(folder);
     if (listing.files.empty()) return;
     has_new_folders_ = has_new_folders_ || role != Role::kKnown;
     AddFiles(folder, listing.files, accepts_new);
@@ -275,6 +279,7 @@ void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
     left_out_.insert(left_out_.end(), std::make_move_iterator(left_out.begin()),
                      std::make_move_iterator(left_out.end()));
   }
+  for (std::size_t k = before; k < left_out_.size(); ++k) findings_.LeaveOut(left_out_[k]);
   if (scan_.kind == ScanKind::kFiles)
     scan_.left_out += static_cast<std::int32_t>(left_out_.size() - before);
   SortByRecord();

@@ -58,11 +58,11 @@ TEST_F(Styles, KnownFoldersShowFilesOfOtherFormats) {
   MakeFile(music / "one" + kSeparator + "b.flac");
   MakeFile(music / "two" + kSeparator + "c.flac");
   Search();
-  EXPECT_EQ(library.OthersSeen().Files(), 0U);
+  EXPECT_EQ(library.Findings().OtherFormats(), 0U);
   library.BeginScan(ScanKind::kFolderList);
   library.AddAnyAdditionalMp3FromTheNormalDirectories();
   library.FinishScan(true);
-  EXPECT_EQ(library.OthersSeen().ByFolder(), (OtherFormats::Folders{{music / "one/", 1}}));
+  EXPECT_EQ(library.Findings().ByFolder(), (ScanFindings::Folders{{music / "one/", {1, {}}}}));
 }
 
 TEST_F(Styles, OfTwoFilesThatAreAlikeTheOtherOneDoesNotTakeThePlaceOfAMissingOne) {

@@ -2,6 +2,7 @@
 #include "app/search/file_search.h"
 
 #include <algorithm>
+#include <iterator>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -24,6 +25,18 @@ struct LinkTarget {
   std::optional<FolderIdentity> identity;
   std::string path;
 };
+
+/// Whether a folder does not exist any more. If the nearest folder above it is empty, that may be
+/// the mount point of a disk that is not mounted.
+bool IsFolderGone(const std::string& folder) {
+  std::string_view place(folder);
+  while (IsGone(std::string(place))) {
+    const std::string_view above = FolderOfPath(place.substr(0, place.size() - 1));
+    if (above.empty() || above.size() >= place.size()) return false;
+    place = above;
+  }
+  return place != folder && StateOfFolder(std::string(place)) == FolderState::kHasEntries;
+}
 
 }  // namespace
 
@@ -66,7 +79,30 @@ bool FileSearch::SearchDrivesForMp3s(bool all_drives, std::string_view folder) {
     if (IsSearchedAndAnswers(root)) WalkPlace(request, root);
     if (questions_.WasStopped()) return questions_.EndStopped();
   }
-  return WalkChosenPlaces(request) && WalkLinkedFolders(request);
+  if (!WalkChosenPlaces(request) || !WalkLinkedFolders(request)) return false;
+  ForgetGoneFolders();
+  return !questions_.WasStopped() || questions_.EndStopped();
+}
+
+void FileSearch::ForgetGoneFolders() {
+  clsMain& library = tallow_.library;
+  const std::vector<UnreadFolder> unread = library.UnreadFoldersNow();
+  std::vector<std::string> folders = library.Findings().NotVisited();
+  std::erase_if(folders, [&](const std::string& folder) {
+    return !library.AwayRootOf(folder).empty() || library.Unanswered()->Covers(folder) ||
+           std::any_of(unread.begin(), unread.end(),
+                       [&](const UnreadFolder& other) { return folder.starts_with(other.path); });
+  });
+  if (folders.empty()) return;
+  const auto gone = questions_.Ask<std::vector<std::string>>(
+      [folders] {
+        std::vector<std::string> found;
+        std::copy_if(folders.begin(), folders.end(), std::back_inserter(found), IsFolderGone);
+        return found;
+      },
+      folders.front());
+  if (!gone) return;
+  for (const std::string& folder : *gone) library.RememberGone(folder);
 }
 
 bool FileSearch::WalkChosenPlaces(FileSearchRequest& request) {
@@ -272,10 +308,10 @@ std::int64_t FileSearch::AddFilesInFolder(FileSearchRequest& request) {
 
 std::int64_t FileSearch::AddListedFiles(FileSearchRequest& request, const std::string& folder,
                                         const FolderListing& listing) {
-  if (listing.files.empty() && listing.counted == 0) return 0;
   const bool add = request.AddToLibrary && !IsExcludedFolder(folder);
   clsMain& library = tallow_.library;
-  if (add && listing.counted > 0) library.OthersSeen().Set(folder, listing.counted);
+  if (add && listing.opened && listing.problem.empty())
+    library.RememberVisit(folder, listing.counted);
   std::int64_t total = 0;
   for (const FileEntry& file : listing.files) {
     ++request.FilesFound;

@@ -100,6 +100,8 @@ class FileSearch {
   bool Visit(const TreeFolder& folder);
   void RememberIfUnread(const FileSearchRequest& request, const TreeFolder& folder);
   bool WalkLinkedFolders(FileSearchRequest& request);
+  /// Drops what earlier searches have left out in folders that do not exist any more.
+  void ForgetGoneFolders();
   /// Processes window events while a folder is being read, and says whether to go on. Empty without
   /// a splash window.
   std::function<bool()> IdleCallback();

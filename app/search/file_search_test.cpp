@@ -66,21 +66,19 @@ TEST_F(FileSearchTest, FilesOfOtherFormatsAreSeenByFolder) {
   library.BeginScan(ScanKind::kComputer);
   SearchMusic();
   EXPECT_EQ(Songs(), Texts{"a.mp3"});
-  EXPECT_EQ(library.OthersSeen().ByFolder(),
-            (OtherFormats::Folders{{music / "flac/", 2}, {music / "ogg/", 1}}));
-  // Dropped files leave what a search has seen.
-  library.BeginScan(ScanKind::kFiles);
-  EXPECT_EQ(library.OthersSeen().Files(), 3U);
-  library.BeginScan(ScanKind::kComputer);
-  EXPECT_EQ(library.OthersSeen().Files(), 0U);
+  library.FinishScan(true);
+  EXPECT_EQ(library.Findings().ByFolder(),
+            (ScanFindings::Folders{{music / "flac/", {2, {}}}, {music / "ogg/", {1, {}}}}));
 }
 
 TEST_F(FileSearchTest, InModernStyleThereAreNoOtherFormats) {
   library.UseSwitches(kModernStyle);
   music.File("b.flac");
+  library.BeginScan(ScanKind::kComputer);
   SearchMusic();
+  library.FinishScan(true);
   EXPECT_EQ(Songs(), Texts{"b.flac"});
-  EXPECT_EQ(library.OthersSeen().Files(), 0U);
+  EXPECT_EQ(library.Findings().OtherFormats(), 0U);
 }
 
 TEST_F(FileSearchTest, OnlyHardDrivesAreWalkedButAllAreNamed) {

@@ -12,7 +12,6 @@
 
 #include "ui/support/display_text.h"
 #include "ui/support/help_page.h"
-#include "util/number.h"
 
 namespace tallow {
 namespace {
@@ -43,6 +42,7 @@ class FindingsModel : public QAbstractItemModel {
     return static_cast<int>(PartOf(parent).rows);
   }
   int columnCount(const QModelIndex& /*parent*/) const override { return 2; }
+  bool HasNotes(const QModelIndex& heading) const { return PartOf(heading).has_notes; }
 
   QVariant data(const QModelIndex& index, int role) const override {
     if (index.internalId() == 0) return OfHeading(index, role);
@@ -63,9 +63,7 @@ class FindingsModel : public QAbstractItemModel {
       return font;
     }
     if (role != Qt::DisplayRole || index.column() != 0) return {};
-    const StyleFindings& part = PartOf(index);
-    return DisplayText(part.heading + " (" + GroupedNumber(static_cast<std::int64_t>(part.rows)) +
-                       ")");
+    return DisplayText(PartOf(index).heading);
   }
 
   std::vector<StyleFindings> findings_;
@@ -88,12 +86,16 @@ frmStyleFindings::frmStyleFindings(std::vector<StyleFindings> findings, QWidget*
   list->header()->hide();
   list->setMinimumSize(kListCharacters * fontMetrics().averageCharWidth(),
                        kListLines * fontMetrics().lineSpacing());
-  list->header()->resizeSection(0, list->minimumWidth() / 2);
+  list->header()->setSectionResizeMode(QHeaderView::Stretch);
   // Closed headings of long lists show how many there are of each kind.
   int rows = 0;
   for (int row = 0; row < model->rowCount({}); ++row) {
     list->setFirstColumnSpanned(row, {}, true);
-    rows += 1 + model->rowCount(model->index(row, 0, {}));
+    const QModelIndex heading = model->index(row, 0, {});
+    rows += 1 + model->rowCount(heading);
+    if (model->HasNotes(heading)) continue;
+    for (int below = 0; below < model->rowCount(heading); ++below)
+      list->setFirstColumnSpanned(below, heading, true);
   }
   if (rows <= kListLines) list->expandAll();
   if (rows > 0) list->setCurrentIndex(model->index(0, 0, {}));

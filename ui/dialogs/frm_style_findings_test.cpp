@@ -15,9 +15,11 @@ namespace tallow {
 namespace {
 
 StyleFindings Part(const std::string& heading, std::size_t rows) {
-  return {heading, rows, [heading](std::size_t index) -> StyleFindings::Row {
+  return {heading, rows,
+          [heading](std::size_t index) -> StyleFindings::Row {
             return {heading + std::to_string(index), "note " + std::to_string(index)};
-          }};
+          },
+          true};
 }
 
 QTreeView& ListOf(const QDialog& dialog) {
@@ -37,7 +39,7 @@ QStringList Below(const QTreeView& list, int heading) {
 TEST(FrmStyleFindings, ListsEachPartBelowItsHeading) {
   const frmStyleFindings dialog({Part("a", 2), Part("b", 1)});
   QTreeView& list = ListOf(dialog);
-  EXPECT_EQ(RowsOf(list), (QStringList{"a (2)", "b (1)"}));
+  EXPECT_EQ(RowsOf(list), (QStringList{"a", "b"}));
   EXPECT_EQ(RowsOf(list, 1), (QStringList{"", ""}));
   EXPECT_EQ(Below(list, 0), (QStringList{"a0|note 0", "a1|note 1"}));
   EXPECT_EQ(Below(list, 1), QStringList{"b0|note 0"});
@@ -59,7 +61,7 @@ TEST(FrmStyleFindings, MakesOnlyTheRowsThatAreShown) {
   dialog.show();
   QCoreApplication::processEvents();
   QTreeView& list = ListOf(dialog);
-  EXPECT_EQ(RowsOf(list), QStringList{"a (100,000)"});
+  EXPECT_EQ(RowsOf(list), QStringList{"a"});
   EXPECT_EQ(made, 0U);
   // The right arrow key opens the heading.
   QTest::keyClick(&list, Qt::Key_Right);
@@ -68,6 +70,26 @@ TEST(FrmStyleFindings, MakesOnlyTheRowsThatAreShown) {
   EXPECT_GT(made, 0U);
   EXPECT_LT(made, 5000U);
   EXPECT_EQ(list.model()->index(99'999, 0, list.model()->index(0, 0)).data().toString(), "99999");
+}
+
+TEST(FrmStyleFindings, RowsWithoutNotesHaveTheWholeWidth) {
+  const StyleFindings paths{"a", 2, [](std::size_t) -> StyleFindings::Row {
+                              return {std::string(90, 'x'), {}};
+                            }};
+  frmStyleFindings dialog({paths, Part("b", 2)});
+  dialog.show();
+  QTreeView& list = ListOf(dialog);
+  for (const int width : {900, 1500, 900}) {
+    dialog.resize(width, 400);
+    QCoreApplication::processEvents();
+    for (const int row : {0, 1}) {
+      EXPECT_TRUE(list.isFirstColumnSpanned(row, list.model()->index(0, 0)));
+      EXPECT_FALSE(list.isFirstColumnSpanned(row, list.model()->index(1, 0)));
+    }
+    // The columns share the width of the list.
+    EXPECT_NEAR(list.columnWidth(0), list.viewport()->width() / 2, 1);
+    EXPECT_NEAR(list.columnWidth(1), list.viewport()->width() / 2, 1);
+  }
 }
 
 TEST(FrmStyleFindings, EscapeAndCloseCloseIt) {

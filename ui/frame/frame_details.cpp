@@ -76,6 +76,10 @@ void FrameDetails::ShowProgress() {
 }
 
 void FrameDetails::ShowBar() {
+  if (tallow_.library.LoadFindings()) {
+    counter_.Refresh();
+    messages_.Notice(tallow_.library.TakeProblems());
+  }
   const StyleCounts counts = counter_.Count();
   if (!hint_.Update(counts, !tallow_.details.IsReading())) return HideBar();
   bar_.SetText(DisplayText(TextOf(counts)));

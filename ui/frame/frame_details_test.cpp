@@ -65,7 +65,7 @@ TEST_F(FrameDetailsTest, TheBarStandsAboveTheJukeboxesAndTakesNoFocus) {
   MakeNewerSong();
   music.File("other/a.mp3");
   library.LeaveOut(music / "other/a.mp3", 1);
-  library.OthersSeen().Set(music.path(), 3);
+  library.RememberVisit(music.path(), 3);
   Fill();
   QCoreApplication::processEvents();
   ASSERT_TRUE(Bar().isVisible());
@@ -126,7 +126,10 @@ TEST_F(FrameDetailsTest, NotNowHidesTheBarInTheNextRunsUntilThereIsMore) {
   EXPECT_TRUE(Bar().isHidden());
   EXPECT_EQ(tallow.preferences.style(), Style::kClassic);
   for (const bool has_more : {false, true}) {
-    if (has_more) library.OthersSeen().Set(music.path(), 1);
+    if (has_more) {
+      library.RememberVisit(music.path(), 1);
+      library.FinishScan(true);
+    }
     frmMDIForm1 next(tallow, link, searches, messages.Shower());
     next.Details().Start();
     EXPECT_TRUE(WaitUntil([&] {
@@ -159,7 +162,7 @@ TEST_F(FrameDetailsTest, DetailsListTheSongsAndFiles) {
 TEST_F(FrameDetailsTest, InANarrowWindowTheButtonsStandBelowTheText) {
   ShowJukebox();
   MakeNewerSong();
-  library.OthersSeen().Set(music.path(), 3);
+  library.RememberVisit(music.path(), 3);
   library.LeaveOut(music / "other/a.mp3", 1);
   Fill();
   const QLabel& text = *Bar().findChild<QLabel*>(QStringLiteral("lblStyleBar"));
@@ -207,6 +210,16 @@ TEST_F(FrameDetailsTest, ADamagedDatabaseIsSaidInTheStatusBar) {
     frame.Details().Changed();
     return frame.statusBar()->currentMessage().contains("is damaged. It was renamed");
   }));
+}
+
+TEST_F(FrameDetailsTest, ADamagedFileOfWhatWasLeftOutIsSaidInTheStatusBar) {
+  ShowJukebox();
+  const std::string path = SystemFolder(application.path()) + "LeftOut.json";
+  WriteFileAtomically(path, "x");
+  Fill();
+  EXPECT_TRUE(frame.statusBar()->currentMessage().contains("LeftOut.json is damaged. It was"));
+  EXPECT_TRUE(FileExists(path + ".bak"));
+  EXPECT_TRUE(Bar().isHidden());
 }
 
 TEST_F(FrameDetailsTest, SongsThatComeBackOrAreForgottenAreCountedAgain) {
