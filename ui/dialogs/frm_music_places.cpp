@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -36,6 +37,23 @@ constexpr int kListLines = 12;
 constexpr int kRefreshInterval = 500;
 
 enum Column { kPlace, kKind, kSongs, kState };
+
+/// Draws the ticks of places that cannot be changed as disabled ones, and their texts as ever.
+class FixedTicks : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const bool is_active = option->state.testFlag(QStyle::State_Active);
+    option->state.setFlag(QStyle::State_Enabled, false);
+    for (const auto role : {QPalette::Text, QPalette::HighlightedText, QPalette::Highlight})
+      option->palette.setColor(
+          QPalette::Disabled, role,
+          option->palette.color(is_active ? QPalette::Active : QPalette::Inactive, role));
+  }
+};
 
 }  // namespace
 
@@ -87,6 +105,8 @@ void frmMusicPlaces::SetUpList() {
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
   list_->setTextElideMode(Qt::ElideMiddle);
+  if (context_.tallow.has_given_drives)
+    list_->setItemDelegateForColumn(kPlace, new FixedTicks(list_));
   // Tab leaves the list, so that the dialog can be used by keyboard alone.
   list_->setTabKeyNavigation(false);
   connect(list_, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item) { Tick(*item); });
