@@ -9,6 +9,7 @@
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalBlocker>
@@ -43,15 +44,23 @@ class FixedTicks : public QStyledItemDelegate {
  public:
   using QStyledItemDelegate::QStyledItemDelegate;
 
- protected:
-  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
-    QStyledItemDelegate::initStyleOption(option, index);
-    const bool is_active = option->state.testFlag(QStyle::State_Active);
-    option->state.setFlag(QStyle::State_Enabled, false);
-    for (const auto role : {QPalette::Text, QPalette::HighlightedText, QPalette::Highlight})
-      option->palette.setColor(
-          QPalette::Disabled, role,
-          option->palette.color(is_active ? QPalette::Active : QPalette::Inactive, role));
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyledItemDelegate::paint(painter, option, index);
+    QStyleOptionViewItem tick(option);
+    initStyleOption(&tick, index);
+    const QStyle& style = *tick.widget->style();
+    tick.rect = style.subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &tick, tick.widget);
+    const bool is_selected = tick.state.testFlag(QStyle::State_Selected);
+    const bool is_active = tick.state.testFlag(QStyle::State_Active);
+    painter->fillRect(tick.rect,
+                      tick.palette.color(is_active ? QPalette::Active : QPalette::Inactive,
+                                         is_selected ? QPalette::Highlight : QPalette::Base));
+    tick.state.setFlag(QStyle::State_Enabled, false);
+    tick.state.setFlag(QStyle::State_HasFocus, false);
+    tick.state |= tick.checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
+    tick.palette.setCurrentColorGroup(QPalette::Disabled);
+    style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &tick, painter, tick.widget);
   }
 };
 
