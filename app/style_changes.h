@@ -37,10 +37,10 @@ class StyleWindows : public JukeboxWindows {
 
 /// Lets the library and the open jukeboxes follow the switches of the preferences.
 ///
-/// What is listed follows each change at once. The other work is to search for songs, and to file all
-/// songs of the open jukeboxes again. FinishStyle does it when the user has chosen a whole style.
-/// Single switches are often changed together, so for them it is left until Finish, which asks before
-/// it files anything again.
+/// What is listed follows each change at once. The other work is to search for songs, and to file
+/// all songs of the open jukeboxes again. FinishStyle does it when the user has chosen a whole
+/// style. Single switches are often changed together, so for them it is left until Finish, which
+/// asks before it files anything again.
 class StyleChanges {
  public:
   /// \param tallow, windows must outlive this object

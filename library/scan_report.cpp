@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "library/scan_report.h"
 
-#include "util/number.h"
-
 namespace tallow {
 namespace {
 
@@ -26,18 +24,18 @@ std::string TextOf(const ScanReport& report, bool always_new) {
   std::string text;
   const auto add = [&text](const std::string& part) { text += (text.empty() ? "" : ", ") + part; };
   const auto count = [](std::int32_t number, const char* one, const char* many) {
-    return GroupedNumber(number) + (number == 1 ? one : many);
+    return std::to_string(number) + (number == 1 ? one : many);
   };
   if (report.new_songs > 0 || always_new) add(count(report.new_songs, " new song", " new songs"));
   if (report.back > 0) add(count(report.back, " back with its rank", " back with their ranks"));
-  if (report.missing > 0) add(GroupedNumber(report.missing) + " missing");
+  if (report.missing > 0) add(std::to_string(report.missing) + " missing");
   std::int32_t away = 0;
   for (const AwayPlace& place : report.away) away += place.songs;
-  if (away > 0) add(GroupedNumber(away) + " away (" + NamesOf(report.away) + ")");
+  if (away > 0) add(std::to_string(away) + " away (" + NamesOf(report.away) + ")");
   if (report.unread_folders > 0)
     add(count(report.unread_folders, " folder could not be read", " folders could not be read"));
   if (report.left_out_grew)
-    add(GroupedNumber(report.left_out) + " skipped because a song with that file name exists");
+    add(std::to_string(report.left_out) + " skipped because a song with that file name exists");
   return text;
 }
 
