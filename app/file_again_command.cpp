@@ -2,19 +2,22 @@
 #include "app/file_again_command.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <exception>
 #include <memory>
 
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/special_folders.h"
+#include "util/number.h"
 
 namespace tallow {
 namespace {
 
 /// "1 song was", "12 songs were".
 std::string SongsWere(std::size_t songs) {
-  return std::to_string(songs) + (songs == 1 ? " song was" : " songs were");
+  return GroupedNumber(static_cast<std::int64_t>(songs)) +
+         (songs == 1 ? " song was" : " songs were");
 }
 
 /// What was done.
@@ -24,7 +27,7 @@ std::string ResultLine(bool is_complete, std::size_t read, std::size_t songs) {
     return "No song was filed again: there is none here, or the files cannot be read now.";
   if (is_complete) return SongsWere(read) + " filed again by the tags.";
   return "Filing was cancelled: " + SongsWere(read) + " filed again by the tags, " +
-         std::to_string(songs - read) + " stay where they are.";
+         GroupedNumber(static_cast<std::int64_t>(songs - read)) + " stay where they are.";
 }
 
 }  // namespace
@@ -70,8 +73,17 @@ FiledAgain FileSongsAgain(std::span<const std::int32_t> songs, Tallow& tallow,
 
 FiledAgain AddAlbumFolder(Jukebox& jukebox, Tallow& tallow, const BeginLongWork& begin) {
   Jukebox* const windows[] = {&jukebox};
-  return FileSongsAgain(SongsThatArePresent(tallow.library), tallow, windows, begin,
-                        FileAgainScope::kAlbum);
+  FiledAgain filed = FileSongsAgain(SongsThatArePresent(tallow.library), tallow, windows, begin,
+                                    FileAgainScope::kAlbum);
+  const Folder* const album = FindAlbumFolder(jukebox.Nodes());
+  if (!filed.is_complete || album == nullptr) return filed;
+  if (album->Children() == 0)
+    filed.lines.front() = "The folder Album was added, but no song names its album.";
+  else
+    filed.lines.front() = GroupedNumber(album->Children()) +
+                          (album->Children() == 1 ? " album folder was" : " album folders were") +
+                          " added.";
+  return filed;
 }
 
 bool OffersAlbumFolder(const Jukebox& jukebox, const clsMain& library) {

@@ -52,7 +52,12 @@ class Search {
       failure_ = error.what();
     }
     End();
-    return {!was_cancelled_ && is_filed_ && failure_.empty(), ReportScan(report)};
+    NewSongsResult result;
+    result.is_complete = !was_cancelled_ && is_filed_ && failure_.empty();
+    result.lines = ReportScan(report);
+    result.counts = library_.SaveError().empty() ? 0 : 1;
+    result.report = std::move(report);
+    return result;
   }
 
  private:

@@ -44,6 +44,8 @@ enum class NewSongsTarget {
 struct NewSongsResult {
   bool is_complete = true;         ///< false: the user cancelled, or the search failed
   std::vector<std::string> lines;  ///< what NoticeScan got
+  std::size_t counts = 0;  ///< index in lines of the one that begins with TextOf(report, true)
+  ScanReport report;
 };
 
 /// Searches every fixed disk for songs and adds them to the library; returns false when the search

@@ -119,7 +119,9 @@ bool Preferences::Load(const std::string& path) {
   file_.Load(
       path, [this](const std::string& bytes) { Decode(bytes); }, problems_);
   if (problems_.size() == before) return true;
-  problems_.back() += " The preferences are the defaults.";
+  problems_.back() += IsOverridden() ? " All preferences are as they were at first."
+                                     : " Tallow runs in the classic style now.";
+  problems_.back() += " To choose again, open Tools > Preferences.";
   return false;
 }
 

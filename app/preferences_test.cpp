@@ -144,8 +144,9 @@ TEST_F(PreferencesTest, ADamagedFileIsRenamedAndTheDefaultsHold) {
     LoadFile(content);
     const std::string begin = content.substr(0, 60);
     EXPECT_EQ(preferences->switches(), kClassicStyle) << begin;
-    EXPECT_EQ(Problems(), Texts{path + " is damaged. It was renamed to end in .bak. The "
-                                       "preferences are the defaults."})
+    EXPECT_EQ(Problems(), Texts{path + " is damaged. It was renamed to end in .bak. Tallow "
+                                       "runs in the classic style now. To choose again, open "
+                                       "Tools > Preferences."})
         << begin;
     EXPECT_EQ(File(), "no file") << begin;
     EXPECT_EQ(ReadWholeFile(path + ".bak", std::uint64_t{1} << 30U), content) << begin;

@@ -120,11 +120,14 @@ class RandomSwitches : public SystemTest, protected StyleWindows {
     }
   }
 
+  void Choose(Style style) {
+    tallow->preferences.SetStyle(style);
+    changes->FinishStyle();
+  }
   /// Switches a whole style or some single switches, as the preferences dialog does.
   void SwitchAtRandom() {
     Preferences& preferences = tallow->preferences;
-    if (random() % 3 == 0)
-      return preferences.SetStyle(random() % 2 == 0 ? Style::kClassic : Style::kModern);
+    if (random() % 3 == 0) return Choose(random() % 2 == 0 ? Style::kClassic : Style::kModern);
     for (auto n = 1 + random() % 3; n > 0; --n) {
       Switches switches = preferences.switches();
       bool& one = switches.*StyleSwitches()[random() % StyleSwitches().size()].member;
@@ -216,7 +219,7 @@ class RandomSwitches : public SystemTest, protected StyleWindows {
 
 TEST_F(RandomSwitches, LoseNoEntryAndNoRank) {
   StartHere();
-  tallow->preferences.SetStyle(Style::kModern);
+  Choose(Style::kModern);
   clsMain& library = tallow->library;
   Jukebox& other = windows->NewJukebox();
   other.Caption("OTHER");
@@ -234,8 +237,8 @@ TEST_F(RandomSwitches, LoseNoEntryAndNoRank) {
   ASSERT_FALSE(library.AwayPlaces().empty());
 
   const auto settle = [&](Style style) {
-    tallow->preferences.SetStyle(style == Style::kModern ? Style::kClassic : Style::kModern);
-    tallow->preferences.SetStyle(style);
+    Choose(style == Style::kModern ? Style::kClassic : Style::kModern);
+    Choose(style);
   };
   settle(Style::kClassic);
   const std::string classic = Describe(true);

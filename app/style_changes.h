@@ -2,6 +2,8 @@
 #pragma once
 
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "app/new_songs.h"
 #include "app/window_interfaces.h"
@@ -35,10 +37,10 @@ class StyleWindows : public JukeboxWindows {
 
 /// Lets the library and the open jukeboxes follow the switches of the preferences.
 ///
-/// What is listed follows each change at once. The choice of a whole style also does the other work
-/// at once: it searches for songs, and files all songs of the open jukeboxes again. Single switches
-/// are often changed together, so for them the work is left until Finish, which asks before it
-/// files anything again.
+/// What is listed follows each change at once. The other work is to search for songs, and to file
+/// all songs of the open jukeboxes again. FinishStyle does it when the user has chosen a whole
+/// style. Single switches are often changed together, so for them it is left until Finish, which
+/// asks before it files anything again.
 class StyleChanges {
  public:
   /// \param tallow, windows must outlive this object
@@ -47,19 +49,26 @@ class StyleChanges {
   /// Follows a change of the preferences.
   /// \param before the switches before it; nothing happens when they equal those of now
   void Follow(const Switches& before);
-  /// Whether single switches have left work.
+  /// Whether changes have left work.
   bool HasWork() const noexcept { return done_.has_value(); }
+  /// Does the work that the choice of a whole style, and changes before it, have left.
+  void FinishStyle();
   /// Does the work that single switches have left, if any.
   void Finish();
 
  private:
   void Act(bool asks);
-  void FileAgain(std::vector<std::string> lines);
+  bool MayFile(bool asks, bool is_complete);
+  std::string ListedText() const;
+  void Report(const NewSongsResult& found, const std::string& listed,
+              const std::vector<std::string>& filed);
 
   Tallow& tallow_;
   StyleWindows& windows_;
   /// The switches that the last work was done for; no value when no work is left.
   std::optional<Switches> done_;
+  /// Whether each song, by its row from 1, was listed with these switches.
+  std::vector<bool> was_listed_;
 };
 
 }  // namespace tallow

@@ -70,6 +70,10 @@ class StyleChangesTest : public SystemTest, protected StyleWindows, private NewS
     tallow->preferences.OnChange([this](const Switches& before) { changes->Follow(before); });
     return true;
   }
+  void Choose(Style style) {
+    tallow->preferences.SetStyle(style);
+    changes->FinishStyle();
+  }
   Jukebox& Box() { return *windows->open.at(0); }
   /// The texts of the direct subfolders of a folder, sorted.
   std::string Below(const char* text) {
@@ -105,6 +109,7 @@ class StyleChangesTest : public SystemTest, protected StyleWindows, private NewS
   // Both
   void NoticeScan(const std::vector<std::string>& lines) override { noticed = lines; }
   MessageAnswer Show(const Message& message) override {
+    questions.push_back(message.text);
     asked.push_back(message.text.substr(0, message.text.find('.')));
     return answer;
   }
@@ -115,7 +120,8 @@ class StyleChangesTest : public SystemTest, protected StyleWindows, private NewS
   std::vector<NewSongsPlace> searched;
   bool cancels = false;
   MessageAnswer answer = MessageAnswer::kYes;
-  Texts asked;
+  Texts questions;
+  Texts asked;  ///< the first sentence of each question
   Texts noticed;
 
  private:
@@ -133,25 +139,25 @@ TEST_F(StyleChangesTest, AWholeStyleActsAtOnceAndBack) {
   const Texts classic = Listed();
   EXPECT_EQ(classic.size(), 4U);
   EXPECT_EQ(Below("Artist"), "ABBA|Queen");
-  tallow->preferences.SetStyle(Style::kModern);
+  Choose(Style::kModern);
   EXPECT_EQ(searched, std::vector{NewSongsPlace::kWholeComputer});
   EXPECT_EQ(asked, Texts{});
-  EXPECT_EQ(noticed, (Texts{"2 new songs", "6 songs were filed again by the tags."}));
+  EXPECT_EQ(noticed, Texts{"2 new songs; 6 songs were filed again by the tags."});
   EXPECT_EQ(Listed().size(), 6U);
   EXPECT_EQ(Below("Artist"), "ABBA|Queen|Queens of the Stone Age|Zappa|Кино");
   EXPECT_EQ(Below("Album"), "Звезда (Кино)");
   EXPECT_EQ(Box().History().Steps(), 1U);
-  tallow->preferences.SetStyle(Style::kClassic);
+  Choose(Style::kClassic);
   EXPECT_EQ(searched.size(), 1U);
-  EXPECT_EQ(noticed, Texts{"4 songs were filed again by the tags."});
+  EXPECT_EQ(noticed, Texts{"2 songs are set aside; 4 songs were filed again by the tags."});
   EXPECT_EQ(Listed(), classic);
 }
 
 TEST_F(StyleChangesTest, ProblemsAreLeftToTheCallerThatChangedTheStyle) {
   ASSERT_TRUE(StartHere());
   tallow->AddProblem("not saved");
-  tallow->preferences.SetStyle(Style::kModern);
-  EXPECT_EQ(noticed.front(), "2 new songs");
+  Choose(Style::kModern);
+  EXPECT_EQ(noticed, Texts{"2 new songs; 6 songs were filed again by the tags."});
   EXPECT_EQ(tallow->TakeProblems(), Texts{"not saved"});
 }
 
@@ -164,6 +170,7 @@ TEST_F(StyleChangesTest, SingleSwitchesListAtOnceAndAskOnceAtTheEnd) {
   answer = MessageAnswer::kNo;
   changes->Finish();
   EXPECT_EQ(asked, Texts{"The rules by which songs are filed have changed"});
+  EXPECT_NE(questions[0].find("below Artist, Year, Genre and Decades."), std::string::npos);
   EXPECT_EQ(Below("Artist"), "ABBA|Queen");
   changes->Finish();
   EXPECT_EQ(asked.size(), 1U);
@@ -192,18 +199,59 @@ TEST_F(StyleChangesTest, OtherFormatsAreSearchedForWhenTheDialogCloses) {
   EXPECT_EQ(searched, std::vector{NewSongsPlace::kWholeComputer});
   EXPECT_EQ(Listed().size(), 5U);
   EXPECT_EQ(asked, Texts{});
+  EXPECT_EQ(noticed, Texts{"1 new song, 1 skipped because a song with that file name exists"});
   // Without the switch they are set aside at once, and with it listed again at once.
   tallow->preferences.SetSwitches({});
   EXPECT_EQ(Listed().size(), 4U);
+  changes->Finish();
+  EXPECT_EQ(noticed, Texts{"1 song is set aside"});
   tallow->preferences.SetSwitches({.more_formats = true});
   EXPECT_EQ(Listed().size(), 5U);
+  changes->Finish();
+  EXPECT_EQ(noticed, Texts{"1 song is shown again"});
+}
+
+TEST_F(StyleChangesTest, TheLastSwitchOfAStyleAsksAtTheEndAsEveryOther) {
+  ASSERT_TRUE(StartHere());
+  tallow->preferences.SetSwitches({.whole_artists = true});
+  changes->Finish();
+  asked.clear();
+  tallow->preferences.SetSwitches({});
+  EXPECT_EQ(tallow->preferences.style(), Style::kClassic);
+  EXPECT_EQ(asked, Texts{});
+  EXPECT_EQ(Below("Artist"), "ABBA|Queen|Queens of the Stone Age");
+  EXPECT_TRUE(changes->HasWork());
+  changes->Finish();
+  EXPECT_EQ(asked.size(), 1U);
+}
+
+TEST_F(StyleChangesTest, TheQuestionNamesAlbumOnlyWhereThereIsOneOrWillBe) {
+  ASSERT_TRUE(StartHere());
+  answer = MessageAnswer::kNo;
+  tallow->preferences.SetSwitches({.newer_tags = true, .albums = true});
+  changes->Finish();
+  ASSERT_EQ(questions.size(), 1U);
+  EXPECT_NE(questions[0].find("Decades and Album."), std::string::npos) << questions[0];
+  Box().Caption("MINE");
+  tallow->preferences.SetSwitches({.albums = true});
+  changes->Finish();
+  ASSERT_EQ(questions.size(), 2U);
+  EXPECT_EQ(questions[1].find("Album"), std::string::npos) << questions[1];
+}
+
+TEST_F(StyleChangesTest, ACancelledSearchIsSaidAfterAllCounts) {
+  ASSERT_TRUE(StartHere());
+  cancels = true;
+  Choose(Style::kModern);
+  EXPECT_EQ(noticed, Texts{"4 songs were filed again by the tags. The search was cancelled; the "
+                           "folders searched so far are complete."});
 }
 
 TEST_F(StyleChangesTest, AfterACancelledSearchTheUserDecidesWhetherToFileAgain) {
   ASSERT_TRUE(StartHere());
   cancels = true;
   answer = MessageAnswer::kNo;
-  tallow->preferences.SetStyle(Style::kModern);
+  Choose(Style::kModern);
   EXPECT_EQ(asked, Texts{"The search for songs was cancelled"});
   EXPECT_EQ(Below("Artist"), "ABBA|Queen");
 }
@@ -224,12 +272,12 @@ TEST_F(StyleChangesTest, AStartUsesTheSwitchesOnceAStyleWasChosen) {
   ASSERT_TRUE(StartHere());
   EXPECT_FALSE(tallow->library.HasNamesakes());
   EXPECT_FALSE(tallow->preferences.IsStyleChosen());
-  tallow->preferences.SetStyle(Style::kModern);
+  Choose(Style::kModern);
   ASSERT_TRUE(StartHere());
   EXPECT_EQ(tallow->library.Switches(), kModernStyle);
   EXPECT_EQ(Listed().size(), 6U);
   EXPECT_EQ(Below("Artist"), "ABBA|Queen|Queens of the Stone Age|Zappa|Кино");
-  tallow->preferences.SetStyle(Style::kClassic);
+  Choose(Style::kClassic);
   ASSERT_TRUE(StartHere());
   EXPECT_TRUE(tallow->library.HasNamesakes());
   EXPECT_EQ(Listed().size(), 4U);

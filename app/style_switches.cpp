@@ -36,8 +36,8 @@ constexpr StyleSwitch kStyleSwitches[] = {
      "order of their making.",
      &Switches::natural_order},
     {"newSubfolders", "Find n&ew subfolders",
-     "A search of the folders with songs also finds new folders inside and beside them; without "
-     "this, only a search of the whole computer does.",
+     "New folders inside folders of songs, and new artists and albums beside others, are found by "
+     "a search of the known folders; without this, only by one of the whole computer.",
      &Switches::new_subfolders},
     {"fillsNewJukeboxes", "Fill &new jukeboxes",
      "A new jukebox has all songs in \"All Songs\"; without this, the folder is empty.",

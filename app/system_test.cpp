@@ -131,8 +131,9 @@ TEST_F(SystemTest, TheStartLoadsThePreferencesAndNamesDamagedOnes) {
   EXPECT_TRUE(Start());
   EXPECT_EQ(tallow->preferences.style(), Style::kClassic);
   EXPECT_EQ(windows->notices,
-            std::vector<std::string>{path + " is damaged. It was renamed to end in .bak. The "
-                                            "preferences are the defaults."});
+            std::vector<std::string>{path + " is damaged. It was renamed to end in .bak. Tallow "
+                                            "runs in the classic style now. To choose again, open "
+                                            "Tools > Preferences."});
 }
 
 TEST_F(SystemTest, ARefusedOfferEndsTheStartAndChangesNothing) {

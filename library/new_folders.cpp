@@ -100,9 +100,13 @@ NewFolders::Role NewFolders::Visit(const std::string& folder,
   const std::string key = PathKey(folder);
   const auto [found, is_undecided] = roles_.try_emplace(key, Role::kParent);
   if (is_undecided) {
-    const Parent& parent = parents_[parent_index_.at(key)];
-    const auto real = std::ranges::count(subfolders, false, &SubfolderEntry::linked);
-    if (2 * parent.leading < static_cast<std::size_t>(real)) found->second = Role::kIgnored;
+    const std::size_t leading = 2 * parents_[parent_index_.at(key)].leading;
+    const bool is_root = IsEnd(folder);
+    const auto counted = std::ranges::count_if(subfolders, [&](const SubfolderEntry& entry) {
+      return !entry.linked && (!is_root || IsEntered(folder, entry.name));
+    });
+    const auto all = static_cast<std::size_t>(counted);
+    if (is_root ? leading <= all : leading < all) found->second = Role::kIgnored;
   }
   const Role role = found->second;
   const bool is_above_home = key != home_ && !home_.empty() && home_.starts_with(key);
@@ -117,10 +121,14 @@ NewFolders::Role NewFolders::Visit(const std::string& folder,
 
 std::vector<std::string> NewFolders::TakeNext() {
   if (!std::exchange(has_taken_parents_, true))
-    for (const Parent& parent : parents_)
-      if (parent.leading >= 2 && IsTop(parent.path) &&
-          roles_.try_emplace(PathKey(parent.path), Role::kParent).second)
+    for (const Parent& parent : parents_) {
+      if (parent.leading < 2) continue;
+      const std::string key = PathKey(parent.path);
+      // The listing of a root decides about it.
+      if (IsEnd(parent.path) ? !home_.starts_with(key) && !roles_.contains(key)
+                             : IsTop(parent.path) && roles_.try_emplace(key, Role::kParent).second)
         next_.push_back(parent.path);
+    }
   if (next_.empty() && !std::exchange(has_taken_undecided_, true))
     for (const Parent& parent : parents_)
       if (parent.has_known && IsTop(parent.path) && !roles_.contains(PathKey(parent.path)))

@@ -30,16 +30,18 @@ struct WalkLimits {
 /// 2. a parent, at any height, of known folders: if at least two of its subfolders lead to songs
 ///    (a folder of artists, or of albums), or if one of its subfolders is known and at least half
 ///    of its subfolders lead to songs (an artist with an old and a new album, or with one album
-///    that was renamed);
+///    that was renamed). Of the roots of drives and shares and the mount points, only one with at
+///    least two subfolders that lead to songs, if these are more than half of those that rule 3
+///    enters (a disk of music, but neither "/" nor "C:\");
 /// 3. the subfolders of all listed folders, which makes this a search of everything below them.
 ///
 /// This costs no call for a known folder, because its listing shows its subfolders. The first half
-/// of rule 2 needs only the paths of the known folders; for the second half, parents that are not
-/// found by the other rules are listed, at most one for each known folder.
+/// of rule 2 needs only the paths of the known folders; for the rest of it, parents that are not
+/// found by the other rules are listed, at most one for each known folder, and one for each root.
 ///
-/// Rule 2 ignores folders that hold much besides songs: the root of a drive or share, the home
-/// folder, those above and beside it, and folders of the system or with settings of programs
-/// ("/usr/", "C:\Windows\", "~/.local/").
+/// Rule 2 ignores folders that hold much besides songs: the home folder and those above it. Of the
+/// folders that are no roots, it also ignores those beside the home folder, and folders of the
+/// system or with settings of programs ("/usr/", "C:\Windows\", "~/.local/").
 /// Rule 3 never enters links, which could lead in circles, mount points and other drives, nor
 /// folders that searches exclude (IsExcludedFolder). It does not enter subfolders of folders above
 /// the home folder, nor settings of programs below it, even if a song lies beside them.
@@ -56,7 +58,7 @@ class NewFolders {
     kKnown,
     kParent,   ///< of known folders, by rule 2
     kNew,      ///< by rule 3
-    kIgnored,  ///< a parent of a known folder, less than half of whose subfolders lead to songs
+    kIgnored,  ///< a parent of a known folder, too few of whose subfolders lead to songs
   };
 
   /// Takes the listing of a known folder, or of one that TakeNext has returned.

@@ -89,10 +89,13 @@ class LiteralRules {
 
  private:
   bool HasHome() const { return !computer_.home.empty(); }
-  bool IsEnd(const std::string& folder) const {
-    return folder == kRoot || std::ranges::count(computer_.roots, folder) > 0 ||
-           (HasHome() && computer_.home.starts_with(folder));
+  bool IsRoot(const std::string& folder) const {
+    return folder == kRoot || std::ranges::count(computer_.roots, folder) > 0;
   }
+  bool IsAtOrAboveHome(const std::string& folder) const {
+    return HasHome() && computer_.home.starts_with(folder);
+  }
+  bool IsEnd(const std::string& folder) const { return IsRoot(folder) || IsAtOrAboveHome(folder); }
   bool LeadsTo(const std::string& folder, const std::string& known) const {
     if (!known.starts_with(folder) || IsExcludedFolder(known)) return false;
     for (std::string path = known; path != folder; path = Above(path))
@@ -109,8 +112,17 @@ class LiteralRules {
     }
     return leading;
   }
+  bool IsDiskOfMusic(const std::string& root) const {
+    const std::vector<std::string> below = computer_.Below(root);
+    const auto entered =
+        std::ranges::count_if(below, [&](const std::string& child) { return IsEntered(child); });
+    const std::size_t leading = Leading(root).size();
+    return leading >= 2 && 2 * leading > static_cast<std::size_t>(entered);
+  }
   bool IsListedParent(const std::string& folder) const {
-    if (IsEnd(folder) || (HasHome() && Above(folder) == Above(computer_.home))) return false;
+    if (IsRoot(folder)) return !IsAtOrAboveHome(folder) && IsDiskOfMusic(folder);
+    if (IsAtOrAboveHome(folder) || (HasHome() && Above(folder) == Above(computer_.home)))
+      return false;
     if (HasHome() && folder.starts_with(computer_.home) && folder[computer_.home.size()] == '.')
       return false;
     const Paths leading = Leading(folder);
@@ -173,6 +185,36 @@ TEST(NewFolders, ARenamedAlbumIsListed) {
   computer.Add(At("m/abba/renamed/"));
   computer.known = {At("m/abba/one/")};
   EXPECT_TRUE(Listed(computer).contains(At("m/abba/renamed/")));
+}
+
+TEST(NewFolders, ANewArtistInTheRootOfADiskOfMusicIsListed) {
+  Computer computer;
+  for (const char* const folder :
+       {"media/music/abba/", "media/music/queen/one/", "media/music/zappa/new/",
+        "media/music/$RECYCLE.BIN/", "media/music/incomplete/"})
+    computer.Add(At(folder));
+  computer.roots = {At("media/music/")};
+  computer.known = {At("media/music/abba/"), At("media/music/queen/one/")};
+  EXPECT_EQ(Listed(computer), (Paths{At("media/music/"), At("media/music/abba/"),
+                                     At("media/music/queen/"), At("media/music/queen/one/"),
+                                     At("media/music/zappa/"), At("media/music/zappa/new/")}));
+  // Two folders of four are not most of a disk.
+  computer.Add(At("media/music/photos/"));
+  EXPECT_FALSE(Listed(computer).contains(At("media/music/zappa/")));
+}
+
+TEST(NewFolders, TheRootOfASystemAndADiskWithOneFolderOfMusicAreNoTops) {
+  Computer computer;
+  computer.home = At("home/ada/");
+  for (const char* const folder : {"home/ada/", "music/", "songs/", "more/", "new/"})
+    computer.Add(At(folder));
+  computer.known = {At("music/"), At("songs/"), At("more/")};
+  EXPECT_EQ(Listed(computer), computer.known);
+  computer.roots = {At("disk/")};
+  computer.Add(At("disk/music/a/"));
+  computer.Add(At("disk/photos/"));
+  computer.known = {At("disk/music/a/"), At("disk/music/b/")};
+  EXPECT_FALSE(Listed(computer).contains(At("disk/photos/")));
 }
 
 TEST(NewFolders, FoldersOfTheSystemAndOfProgramsAreNoTops) {
@@ -260,6 +302,15 @@ TEST_F(NewFoldersOnDisk, ASongInANewFolderIsFoundAndItsFolderIsKnown) {
   music.File("abba/one/new/deep/d.mp3");
   Scan();
   EXPECT_EQ(Names(), (Texts{"a.mp3", "b.mp3", "c.mp3", "d.mp3"}));
+}
+
+TEST_F(NewFoldersOnDisk, ANewArtistDirectlyBelowADriveIsFound) {
+  Know("abba/a.mp3");
+  Know("queen/one/b.mp3");
+  EndSearch();
+  music.File("zappa/c.mp3");
+  Scan();
+  EXPECT_EQ(Names(), (Texts{"a.mp3", "b.mp3", "c.mp3"}));
 }
 
 TEST_F(NewFoldersOnDisk, InClassicStyleNewFoldersAreNotFound) {

@@ -9,6 +9,7 @@
 #include "app/tallow.h"
 #include "library/mounted_volumes.h"
 #include "util/file_system.h"
+#include "util/number.h"
 #include "util/path_text.h"
 
 namespace tallow {
@@ -45,6 +46,8 @@ std::string_view TextOf(PlaceKind kind) {
       return "Drive";
     case PlaceKind::kFolder:
       return "Folder";
+    case PlaceKind::kGiven:
+      return "Given by --drive";
   }
   return {};
 }
@@ -65,7 +68,7 @@ bool IsSearchedByDefault(PlaceKind kind) {
 std::vector<MusicPlace> GivenPlaces(const DriveList& drives) {
   std::vector<MusicPlace> places;
   for (std::string& root : RootsOf(drives))
-    places.push_back({std::move(root), PlaceKind::kFixedDisk, true});
+    places.push_back({std::move(root), PlaceKind::kGiven, true});
   return places;
 }
 
@@ -172,7 +175,7 @@ std::vector<PlaceLine> PlaceLines(
   const std::vector<std::int32_t> songs = SongsInPlaces(places, tallow.library);
   std::vector<PlaceLine> lines;
   for (std::size_t k = 0; k < places.size(); ++k)
-    lines.push_back({places[k], std::string(TextOf(places[k].kind)), std::to_string(songs[k]),
+    lines.push_back({places[k], std::string(TextOf(places[k].kind)), GroupedNumber(songs[k]),
                      StateOf(places, places[k], tallow, drives, is_there(places[k].root))});
   return lines;
 }

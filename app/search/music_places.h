@@ -17,13 +17,14 @@ class Tallow;
 
 /// What a place with music is.
 enum class PlaceKind {
-  kFixedDisk,  ///< or a folder that was given as a drive
+  kFixedDisk,
   kRemovable,
-  kDisc,   ///< a CD or DVD
-  kShare,  ///< on a network
-  kOther,  ///< a file system of another kind, such as one of FUSE
-  kAway,   ///< a drive that was ticked and is not among the drives now
-  kFolder  ///< a folder that the user has added
+  kDisc,    ///< a CD or DVD
+  kShare,   ///< on a network
+  kOther,   ///< a file system of another kind, such as one of FUSE
+  kAway,    ///< a drive that was ticked and is not among the drives now
+  kFolder,  ///< a folder that the user has added
+  kGiven    ///< a folder or drive that was given on the command line
 };
 
 /// A place that may be searched for songs.
@@ -57,7 +58,7 @@ std::vector<std::int32_t> SongsInPlaces(const std::vector<MusicPlace>& places,
 struct PlaceLine {
   MusicPlace place;
   std::string kind;   ///< "Fixed disk"
-  std::string songs;  ///< "12"
+  std::string songs;  ///< "1,234"
   std::string state;  ///< "Searched"
 };
 

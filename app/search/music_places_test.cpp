@@ -264,8 +264,16 @@ TEST_F(MusicPlacesTest, GivenDrivesAreTheOnlyPlaces) {
   Tick(drives, music / "c/", false);
   tallow.has_given_drives = true;
   EXPECT_EQ(States(drives), Texts{music / "c/" + ": Searched"});
+  EXPECT_EQ(PlaceLines(tallow, drives, [](const std::string&) { return true; })[0].kind,
+            "Given by --drive");
   EXPECT_TRUE(Search(drives));
   EXPECT_EQ(Cells(2), Texts{"a.mp3"});
+}
+
+TEST_F(MusicPlacesTest, LargeCountsHaveGroupsOfDigits) {
+  for (int k = 0; k < 1234; ++k) AddSong(music.path(), std::to_string(k) + ".mp3");
+  const TestDrives drives({{music.path(), kFixedDrive}});
+  EXPECT_EQ(PlaceLines(tallow, drives, [](const std::string&) { return true; })[0].songs, "1,234");
 }
 
 TEST_F(MusicPlacesTest, AnEmptyLibrarySaysWhereNoSongsWereFound) {

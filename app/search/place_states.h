@@ -19,7 +19,8 @@ class PlaceStates {
   PlaceStates(const PlaceStates&) = delete;
   PlaceStates& operator=(const PlaceStates&) = delete;
 
-  /// Asks for folders that were not asked for yet.
+  /// Asks for folders, except for those that have not answered yet. The last answer of a folder is
+  /// kept until the next one.
   void Ask(const std::vector<std::string>& folders);
   /// Forgets the answers, so that all folders are asked for again.
   void Clear();

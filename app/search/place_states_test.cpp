@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/search/place_states.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 #include "library/drive_timeouts.h"
@@ -26,13 +27,17 @@ TEST_F(PlaceStatesTest, SayWhichPlacesAreThere) {
   EXPECT_EQ(states.IsThere(gone), false);
 }
 
-TEST_F(PlaceStatesTest, AnAnswerIsKeptUntilItIsCleared) {
-  const std::string place = folder / "place/";
+TEST_F(PlaceStatesTest, AnAnswerIsKeptUntilTheNextOneOrUntilItIsCleared) {
+  const std::string place = folder.Folder("place");
   states.Ask({place});
   ASSERT_TRUE(WaitUntil([&] { return !states.IsWaiting(); }));
-  folder.Folder("place");
+  std::filesystem::remove(place.substr(0, place.size() - 1));
+  EXPECT_EQ(states.IsThere(place), true);
   states.Ask({place});
+  EXPECT_NE(states.IsThere(place), std::nullopt);
+  ASSERT_TRUE(WaitUntil([&] { return !states.IsWaiting(); }));
   EXPECT_EQ(states.IsThere(place), false);
+  folder.Folder("place");
   states.Clear();
   EXPECT_EQ(states.IsThere(place), std::nullopt);
   states.Ask({place});

@@ -9,9 +9,11 @@
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -36,6 +38,31 @@ constexpr int kListLines = 12;
 constexpr int kRefreshInterval = 500;
 
 enum Column { kPlace, kKind, kSongs, kState };
+
+/// Draws the ticks of places that cannot be changed as disabled ones, and their texts as ever.
+class FixedTicks : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyledItemDelegate::paint(painter, option, index);
+    QStyleOptionViewItem tick(option);
+    initStyleOption(&tick, index);
+    const QStyle& style = *tick.widget->style();
+    tick.rect = style.subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &tick, tick.widget);
+    const bool is_selected = tick.state.testFlag(QStyle::State_Selected);
+    const bool is_active = tick.state.testFlag(QStyle::State_Active);
+    painter->fillRect(tick.rect,
+                      tick.palette.color(is_active ? QPalette::Active : QPalette::Inactive,
+                                         is_selected ? QPalette::Highlight : QPalette::Base));
+    tick.state.setFlag(QStyle::State_Enabled, false);
+    tick.state.setFlag(QStyle::State_HasFocus, false);
+    tick.state |= tick.checkState == Qt::Checked ? QStyle::State_On : QStyle::State_Off;
+    tick.palette.setCurrentColorGroup(QPalette::Disabled);
+    style.drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &tick, painter, tick.widget);
+  }
+};
 
 }  // namespace
 
@@ -87,6 +114,8 @@ void frmMusicPlaces::SetUpList() {
   list_->setRootIsDecorated(false);
   list_->setUniformRowHeights(true);
   list_->setTextElideMode(Qt::ElideMiddle);
+  if (context_.tallow.has_given_drives)
+    list_->setItemDelegateForColumn(kPlace, new FixedTicks(list_));
   // Tab leaves the list, so that the dialog can be used by keyboard alone.
   list_->setTabKeyNavigation(false);
   connect(list_, &QTreeWidget::itemChanged, this, [this](QTreeWidgetItem* item) { Tick(*item); });

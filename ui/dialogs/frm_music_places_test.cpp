@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QDragEnterEvent>
+#include <QImage>
 #include <QLabel>
 #include <QMimeData>
 #include <QPushButton>
@@ -119,6 +120,15 @@ TEST_F(FrmMusicPlaces, APlaceThatIsGoneIsAway) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return Lines().last().endsWith("|Away"); }));
 }
 
+TEST_F(FrmMusicPlaces, AFolderThatVanishesWhileTheDialogIsOpenIsAway) {
+  chosen = music.Folder("vanishing");
+  Open();
+  Button("cmdAddFolder").click();
+  EXPECT_TRUE(Lines().last().endsWith("|Not searched yet"));
+  std::filesystem::remove(chosen->substr(0, chosen->size() - 1));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Lines().last().endsWith("|Away"); }));
+}
+
 TEST_F(FrmMusicPlaces, AFolderIsAddedAndRemoved) {
   chosen = application.Folder("more");
   Open();
@@ -187,8 +197,25 @@ TEST_F(FrmMusicPlaces, GivenDrivesCannotBeChanged) {
   List().setFocus();
   QTest::keyClick(&List(), Qt::Key_Space);
   EXPECT_TRUE(Lines()[0].startsWith("x ")) << Lines()[0].toStdString();
+  EXPECT_TRUE(Lines()[0].contains("|Given by --drive|")) << Lines()[0].toStdString();
   EXPECT_TRUE(MusicChoice(tallow.preferences).IsDefault());
   EXPECT_TRUE(Button("cmdSearchNow").isEnabled());
+}
+
+TEST_F(FrmMusicPlaces, TheTickOfAGivenDriveLooksDisabled) {
+  const auto picture_of_tick = [this] {
+    Open();
+    List().clearSelection();
+    List().setCurrentItem(nullptr);
+    Button("cmdClose").setFocus();
+    QRect place = List().visualItemRect(List().topLevelItem(0));
+    place.setWidth(place.height() + 4);
+    return List().viewport()->grab(place).toImage();
+  };
+  searches.drives_now.drives.resize(1);
+  const QImage before = picture_of_tick();
+  tallow.has_given_drives = true;
+  EXPECT_NE(picture_of_tick(), before);
 }
 
 TEST_F(FrmMusicPlaces, TabReachesEveryControl) {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/dialogs/frm_preferences.h"
 
+#include <algorithm>
+
 #include <QCoreApplication>
 #include <QEvent>
 #include <QGridLayout>
@@ -19,10 +21,8 @@
 namespace tallow {
 namespace {
 
-/// Width and height of a page that needs no scrolling sideways, in average characters and in lines.
-/// A small screen gets a smaller dialog.
+/// Width of a page, in average characters. A small screen gets a smaller dialog.
 constexpr int kPageCharacters = 80;
-constexpr int kPageLines = 30;
 
 QString Tr(const char* text) { return QCoreApplication::translate("frmPreferences", text); }
 
@@ -106,10 +106,21 @@ frmPreferences::frmPreferences(const PreferencesContext& context, QWidget* paren
   connect(list_, &QListWidget::currentRowChanged, pages_, &QStackedWidget::setCurrentIndex);
   connect(close, &QPushButton::clicked, this, &QDialog::accept);
   list_->setCurrentRow(0);
-  const QSize page(kPageCharacters * fontMetrics().averageCharWidth(),
-                   kPageLines * fontMetrics().lineSpacing());
+  const QMargins margins = layout->contentsMargins();
+  const int width = kPageCharacters * fontMetrics().averageCharWidth();
+  const QSize around(
+      list_->width() + layout->horizontalSpacing() + margins.left() + margins.right(),
+      close->sizeHint().height() + layout->verticalSpacing() + margins.top() + margins.bottom());
   // The window's frame needs some of the screen, too.
-  resize((page + QSize(list_->width(), 0)).boundedTo(screen()->availableSize() * 0.9));
+  resize((QSize(width, HeightOfPages(width)) + around).boundedTo(screen()->availableSize() * 0.9));
+}
+
+int frmPreferences::HeightOfPages(int width) const {
+  int height = 0;
+  for (const auto* const area : pages_->findChildren<const QScrollArea*>())
+    height = std::max(
+        {height, area->widget()->heightForWidth(width), area->widget()->sizeHint().height()});
+  return height;
 }
 
 void frmPreferences::AddPage(const PreferencesPage& page, const PreferencesContext& context) {

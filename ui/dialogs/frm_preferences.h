@@ -20,6 +20,9 @@ class frmPreferences : public QDialog {
 
  private:
   void AddPage(const PreferencesPage& page, const PreferencesContext& context);
+  /// The height at which no page scrolls, in pixels.
+  /// \param width of the pages, in pixels
+  int HeightOfPages(int width) const;
 
   QListWidget* list_;
   QStackedWidget* pages_;

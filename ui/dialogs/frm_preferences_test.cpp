@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/dialogs/frm_preferences.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
@@ -38,6 +39,7 @@ class FrmPreferences : public FrameTest {
     dialog = std::make_unique<frmPreferences>(
         PreferencesContext{.tallow = tallow,
                            .changed = [this] { ++changes; },
+                           .style_chosen = [this] { ++styles_chosen; },
                            .show_places = [this] { calls.emplace_back("places"); },
                            .file_again = [this] { calls.emplace_back("file again"); }});
     dialog->show();
@@ -79,6 +81,7 @@ class FrmPreferences : public FrameTest {
   std::unique_ptr<frmPreferences> dialog;
   std::vector<std::string> calls;
   int changes = 0;
+  int styles_chosen = 0;
 };
 
 TEST_F(FrmPreferences, ShowsTheStyleAndItsSwitches) {
@@ -101,6 +104,7 @@ TEST_F(FrmPreferences, AStyleSetsAllSwitchesAtOnce) {
   Classic().click();
   ExpectAll(kClassicStyle);
   EXPECT_EQ(changes, 2);
+  EXPECT_EQ(styles_chosen, 2);
 }
 
 TEST_F(FrmPreferences, ASwitchOfItsOwnLeavesBothStylesUnmarked) {
@@ -113,6 +117,7 @@ TEST_F(FrmPreferences, ASwitchOfItsOwnLeavesBothStylesUnmarked) {
   }
   // All switches on are the modern style, and from a choice of the user a style sets all.
   EXPECT_EQ(expected, kModernStyle);
+  EXPECT_EQ(styles_chosen, 0);
   Box(StyleSwitches()[0]).click();
   EXPECT_FALSE(Modern().isChecked());
   Modern().click();
@@ -186,6 +191,39 @@ TEST_F(FrmPreferences, TabGoesThroughAllControlsInTheirOrder) {
   for (const StyleSwitch& one : StyleSwitches()) expected.append(QStringLiteral("chk") + one.name);
   expected.append("cmdClose");
   EXPECT_EQ(order, expected) << order.join(' ').toStdString();
+}
+
+TEST_F(FrmPreferences, TabReachesTheChosenStyleAndArrowsChangeIt) {
+  tallow.preferences.SetStyle(Style::kModern);
+  Open();
+  Find<QListWidget>("lstPages").setFocus();
+  QTest::keyClick(dialog->focusWidget(), Qt::Key_Tab);
+  EXPECT_EQ(dialog->focusWidget(), &Modern());
+  ExpectAll(kModernStyle);
+  QTest::keyClick(&Modern(), Qt::Key_Space);
+  ExpectAll(kModernStyle);
+  QTest::keyClick(&Modern(), Qt::Key_Tab);
+  EXPECT_EQ(dialog->focusWidget(), &Box(StyleSwitches()[0]));
+  QTest::keyClick(dialog->focusWidget(), Qt::Key_Backtab);
+  EXPECT_EQ(dialog->focusWidget(), &Modern());
+  QTest::keyClick(&Modern(), Qt::Key_Up);
+  EXPECT_EQ(dialog->focusWidget(), &Classic());
+  ExpectAll(kClassicStyle);
+  QTest::keyClick(&Classic(), Qt::Key_Down);
+  EXPECT_EQ(dialog->focusWidget(), &Modern());
+  ExpectAll(kModernStyle);
+}
+
+TEST_F(FrmPreferences, OpensAsTallAsItsPagesWhereTheScreenAllows) {
+  Open();
+  auto* const area =
+      qobject_cast<QScrollArea*>(dialog->findChild<QStackedWidget*>()->currentWidget());
+  const int available = dialog->screen()->availableSize().height() * 9 / 10;
+  if (dialog->height() < available) {
+    EXPECT_GE(area->viewport()->height(),
+              area->widget()->heightForWidth(area->viewport()->width()));
+  }
+  EXPECT_GE(dialog->height(), std::min(available, area->widget()->sizeHint().height()));
 }
 
 TEST_F(FrmPreferences, TheFocusIsAlwaysInView) {

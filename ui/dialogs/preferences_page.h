@@ -15,6 +15,8 @@ struct PreferencesContext {
   Tallow& tallow;  ///< must outlive the dialog
   /// Called after each change of the user, for example to show problems.
   std::function<void()> changed;
+  /// Called before `changed` when the user has chosen a whole style.
+  std::function<void()> style_chosen;
   /// Opens the dialog "Where My Music Is".
   std::function<void()> show_places;
   /// Called when the user has closed the dialog to file songs again by their tags.

@@ -85,6 +85,7 @@ StylePage::StylePage(PreferencesContext context, QWidget* parent)
   layout->addStretch(1);
   connect(styles_, &QButtonGroup::idClicked, this, [this](int style) {
     preferences_.SetStyle(static_cast<Style>(style));
+    context_.style_chosen();
     ShowSwitches();
     context_.changed();
   });
@@ -138,6 +139,11 @@ void StylePage::ShowSwitches() {
   for (QAbstractButton* const button : styles_->buttons())
     button->setChecked(styles_->id(button) == static_cast<int>(style));
   styles_->setExclusive(true);
+  // Tab reaches only the chosen style, or the first one if none is chosen; arrows choose the other.
+  QAbstractButton* const tab =
+      styles_->checkedButton() != nullptr ? styles_->checkedButton() : styles_->buttons().front();
+  for (QAbstractButton* const button : styles_->buttons())
+    button->setFocusPolicy(button == tab ? Qt::StrongFocus : Qt::ClickFocus);
   const Switches& switches = preferences_.switches();
   for (std::size_t k = 0; k < switches_.size(); ++k)
     switches_[k]->setChecked(switches.*StyleSwitches()[k].member);

@@ -24,12 +24,14 @@ constexpr int kLookEvery = 1000;
 }  // namespace
 
 FrameDetails::FrameDetails(QWidget& frame, StyleBar& bar, QStatusBar& status, Tallow& tallow,
-                           FrameMessages& messages, std::function<void()> focus_jukebox)
+                           FrameMessages& messages, std::function<void()> focus_jukebox,
+                           std::function<void()> style_chosen)
     : frame_(frame),
       bar_(bar),
       tallow_(tallow),
       messages_(messages),
       focus_jukebox_(std::move(focus_jukebox)),
+      style_chosen_(std::move(style_chosen)),
       progress_(new QLabel(&status)),
       counter_(tallow),
       hint_(tallow.preferences) {
@@ -64,7 +66,7 @@ void FrameDetails::Poll() {
   tallow_.details.Poll();
   const int interval = tallow_.details.IsReading() ? kTakeEvery : kLookEvery;
   if (timer_.interval() != interval) timer_.setInterval(interval);
-  messages_.Notice(tallow_.details.TakeProblems());
+  messages_.AddNotice(tallow_.details.TakeProblems());
   ShowProgress();
   ShowBar();
 }
@@ -99,6 +101,7 @@ void FrameDetails::UseModernStyle() {
   hint_.Close();
   HideBar();
   tallow_.preferences.SetStyle(Style::kModern);
+  style_chosen_();
   messages_.Notice(tallow_.TakeProblems());
 }
 

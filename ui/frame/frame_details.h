@@ -26,8 +26,10 @@ class FrameDetails : public QObject {
  public:
   /// \param frame, bar, status, tallow, messages have to outlive this object
   /// \param focus_jukebox gives the keyboard focus to the active jukebox if no control has it
+  /// \param style_chosen  called when the user has chosen a whole style
   FrameDetails(QWidget& frame, StyleBar& bar, QStatusBar& status, Tallow& tallow,
-               FrameMessages& messages, std::function<void()> focus_jukebox);
+               FrameMessages& messages, std::function<void()> focus_jukebox,
+               std::function<void()> style_chosen);
   /// Stops the filling.
   ~FrameDetails() override;
 
@@ -54,6 +56,7 @@ class FrameDetails : public QObject {
   Tallow& tallow_;
   FrameMessages& messages_;
   std::function<void()> focus_jukebox_;
+  std::function<void()> style_chosen_;
   QLabel* progress_;
   QTimer timer_;
   StyleCounter counter_;

@@ -235,6 +235,22 @@ TEST_F(FrameDetailsTest, SongsThatComeBackOrAreForgottenAreCountedAgain) {
   EXPECT_TRUE(WaitUntil([this] { return tallow.details.Songs() == 2; }));
 }
 
+TEST_F(FrameDetailsTest, TheNoticesOfTheStartStayWhenTheDatabaseIsDamagedToo) {
+  ShowJukebox();
+  frame.Notice({"The preferences are damaged.", "2 new songs"});
+  WriteFileAtomically(SystemFolder(application.path()) + "SongDetails.db", std::string(5000, 'x'));
+  Fill();
+  EXPECT_TRUE(WaitUntil([this] {
+    frame.Details().Changed();
+    return frame.statusBar()->currentMessage().contains("is damaged. It was renamed");
+  }));
+  EXPECT_TRUE(frame.statusBar()->currentMessage().endsWith("  (and 2 more)"));
+  EXPECT_TRUE(frame.statusBar()->toolTip().endsWith("\nThe preferences are damaged.\n2 new songs"));
+  // What the user does replaces them.
+  frame.Notice({"1 song was filed"});
+  EXPECT_EQ(frame.statusBar()->toolTip(), "1 song was filed");
+}
+
 TEST_F(FrameDetailsTest, WorkThatDisablesTheFrameIsNotInterrupted) {
   ShowJukebox();
   MakeNewerSong();

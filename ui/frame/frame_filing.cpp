@@ -41,15 +41,29 @@ void FrameFiling::FileAgain() {
 void FrameFiling::Follow(const Switches& before) {
   // Other settings change no list.
   if (before == tallow_.preferences.switches()) return;
-  KeepFocus([&] { jukeboxes_.KeepPlaces([&] { changes_.Follow(before); }); });
+  KeepFocus([&] { KeepPlaces([&] { changes_.Follow(before); }); });
+}
+
+void FrameFiling::FinishStyle() {
+  KeepFocus([&] { KeepPlaces([&] { changes_.FinishStyle(); }); });
 }
 
 void FrameFiling::Finish() {
-  if (changes_.HasWork()) jukeboxes_.KeepPlaces([&] { changes_.Finish(); });
+  if (changes_.HasWork()) KeepPlaces([&] { changes_.Finish(); });
 }
 
 NewSongsResult FrameFiling::Search(NewSongsPlace place) {
   return search_.BringIn(place, NewSongsTarget::kOpenJukeboxes);
+}
+
+/// Keeps the places in the lists, and each chosen folder in view: other folders come and go, so the
+/// tree is scrolled.
+void FrameFiling::KeepPlaces(const std::function<void()>& act) const {
+  jukeboxes_.KeepPlaces(act);
+  for (const Jukebox* const jukebox : jukeboxes_.Open()) {
+    PVExplorer& explorer = jukeboxes_.WindowOf(*jukebox)->PVExplorer1();
+    if (const Folder* const chosen = explorer.selectednode()) explorer.Select(*chosen);
+  }
 }
 
 /// Work disables the dialog in which the user has changed a switch, and a disabled window loses its

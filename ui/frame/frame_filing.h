@@ -26,6 +26,8 @@ class FrameFiling : private FrameWindows<StyleWindows> {
   void FileAgain();
   /// The preferences have changed, see StyleChanges.
   void Follow(const Switches& before);
+  /// The user has chosen a whole style.
+  void FinishStyle();
   /// The user has closed the preferences dialog.
   void Finish();
 
@@ -33,6 +35,7 @@ class FrameFiling : private FrameWindows<StyleWindows> {
   NewSongsResult Search(NewSongsPlace place) override;
   void NoticeScan(const std::vector<std::string>& lines) override { notice_scan_(lines); }
   void KeepFocus(const std::function<void()>& act) const;
+  void KeepPlaces(const std::function<void()>& act) const;
 
   Tallow& tallow_;
   NewSongSearch& search_;

@@ -120,7 +120,7 @@ TEST_F(FrameFilingTest, AWholeStyleActsWhileThePreferencesAreOpen) {
     dialog.findChild<QRadioButton*>(QStringLiteral("optmodern"))->setFocus();
     Click(dialog, "optmodern");
     EXPECT_EQ(ShownArtists(), (QStringList{"ABBA", "Queens of the Stone Age", "Кино"}));
-    EXPECT_EQ(Status(), "1 new song  (and 1 more)");
+    EXPECT_EQ(Status(), "1 new song; 3 songs were filed again by the tags.");
     EXPECT_TRUE(dialog.isEnabled());
     EXPECT_EQ(dialog.focusWidget(), dialog.findChild<QWidget*>("optmodern"));
   });
@@ -130,7 +130,7 @@ TEST_F(FrameFilingTest, AWholeStyleActsWhileThePreferencesAreOpen) {
   Explorer().Select(Top("All Songs"));
   WithPreferences([&](QDialog& dialog) { Click(dialog, "optclassic"); });
   EXPECT_EQ(ShownArtists(), (QStringList{"ABBA", "Queens of the Stone Age"}));
-  EXPECT_EQ(Status(), "2 songs were filed again by the tags.");
+  EXPECT_EQ(Status(), "1 song is set aside; 2 songs were filed again by the tags.");
   EXPECT_EQ(Box().Nodes().Find("Кино", &Top("Artist"))->Items().size(), 1U);
 }
 
@@ -158,6 +158,26 @@ TEST_F(FrameFilingTest, TheFolderOnShowIsLeftWhenItIsHidden) {
   EXPECT_EQ(Box().selectednode(), &Top("Artist"));
   WithPreferences([&](QDialog& dialog) { Click(dialog, "optmodern"); });
   EXPECT_EQ(ShownArtists(), (QStringList{"ABBA", "Queens of the Stone Age", "Кино"}));
+}
+
+TEST_F(FrameFilingTest, TheChosenFolderStaysInView) {
+  FolderTree& tree = Box().Nodes();
+  for (int k = 0; k < 60; ++k)
+    tree.AddChild(&Top("Artist"), "Artist " + std::to_string(k)).Items().emplace_back(1, 2);
+  for (int k = 0; k < 60; ++k) tree.AddChild(nullptr, "Mine " + std::to_string(k));
+  Explorer().ExpandAll();
+  Explorer().Select(Top("Mine 40"));
+  const auto is_in_view = [this] {
+    return Tree().viewport()->rect().contains(Tree().visualRect(IndexOf(Tree(), "Mine 40")));
+  };
+  ASSERT_TRUE(is_in_view());
+  WithPreferences([&](QDialog& dialog) {
+    Click(dialog, "optmodern");
+    EXPECT_TRUE(is_in_view());
+    Click(dialog, "optclassic");
+    EXPECT_TRUE(is_in_view());
+  });
+  EXPECT_EQ(Box().selectednode(), &Top("Mine 40"));
 }
 
 TEST_F(FrameFilingTest, DroppedAndOpenedSongsAreFiledByTheirNewerTags) {
@@ -188,7 +208,7 @@ TEST_F(FrameFilingTest, ThePopUpAddsTheAlbumFolderWhereItIsMissing) {
   EXPECT_EQ(Box().selectednode(), album);
   EXPECT_TRUE(Tree().model()->hasIndex(1, 0, IndexOf(Tree(), "Album")));
   EXPECT_EQ(album->ChildAt(0).Text(), "Hits (ABBA)");
-  EXPECT_EQ(Status(), "2 songs were filed again by the tags.");
+  EXPECT_EQ(Status(), "2 album folders were added.");
   EXPECT_EQ(last()->text(), "Move To Root");
   // Without the switch the folder is hidden, not removed.
   tallow.preferences.SetSwitches({.newer_tags = true});

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frame/frame_messages.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QApplication>
 #include <QCoreApplication>
-#include <QStatusBar>
 #include <QStringList>
 
+#include "ui/frame/status_bar.h"
 #include "ui/support/display_text.h"
 #include "ui/support/message_box.h"
 
@@ -28,21 +29,31 @@ ShowMessage MessageBoxesOver(QWidget& frame) {
 
 }  // namespace
 
-FrameMessages::FrameMessages(QWidget& frame, QStatusBar& bar, ShowMessage show)
+FrameMessages::FrameMessages(QWidget& frame, StatusBar& bar, ShowMessage show)
     : bar_(bar), show_(show ? std::move(show) : MessageBoxesOver(frame)) {}
 
 void FrameMessages::Notice(const std::vector<std::string>& lines) {
   if (lines.empty()) return;
-  QString text = DisplayText(lines.front());
+  QString end;
   if (lines.size() > 1)
-    text += QCoreApplication::translate("FrameMessages", "  (and %n more)", nullptr,
-                                        static_cast<int>(lines.size() - 1));
+    end = QCoreApplication::translate("FrameMessages", "  (and %n more)", nullptr,
+                                      static_cast<int>(lines.size() - 1));
   QStringList tip;
   for (std::size_t k = 0; k < lines.size() && k < kMaxTipLines; ++k)
     tip.append(DisplayText(lines[k]));
   if (lines.size() > kMaxTipLines) tip.append(QStringLiteral(". . ."));
-  bar_.showMessage(text);
+  bar_.ShowMessage(DisplayText(lines.front()), end);
   bar_.setToolTip(tip.join(QLatin1Char('\n')));
+  lines_ = lines;
+  shown_ = bar_.currentMessage();
+}
+
+void FrameMessages::AddNotice(std::vector<std::string> lines) {
+  if (lines.empty()) return;
+  if (!shown_.isEmpty() && bar_.currentMessage() == shown_)
+    for (const std::string& line : lines_)
+      if (std::find(lines.begin(), lines.end(), line) == lines.end()) lines.push_back(line);
+  Notice(lines);
 }
 
 void FrameMessages::ShowStatus(const std::string& text, int milliseconds) {

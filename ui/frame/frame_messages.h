@@ -4,19 +4,22 @@
 #include <string>
 #include <vector>
 
+#include <QString>
+
 #include "util/message.h"
 
-class QStatusBar;
 class QWidget;
 
 namespace tallow {
+
+class StatusBar;
 
 /// Messages of the frame window: message boxes and the status bar.
 class FrameMessages {
  public:
   /// \param frame, bar have to outlive this object
   /// \param show shows message boxes; if empty, real message boxes over the frame are used
-  FrameMessages(QWidget& frame, QStatusBar& bar, ShowMessage show);
+  FrameMessages(QWidget& frame, StatusBar& bar, ShowMessage show);
 
   /// Shows a message box.
   MessageAnswer Show(const Message& message) const { return show_(message); }
@@ -25,6 +28,9 @@ class FrameMessages {
 
   /// Shows a notice in the status bar: the first line as its text, all lines as its tool tip.
   void Notice(const std::vector<std::string>& lines);
+  /// Like Notice, for what the user has not caused: the lines come before those of a notice that is
+  /// still shown, which stay in the tool tip.
+  void AddNotice(std::vector<std::string> lines);
   /// Shows a text in the status bar, without a tool tip; the empty text clears the bar.
   /// \param milliseconds how long the text is shown; 0 until the next text
   void ShowStatus(const std::string& text, int milliseconds = 0);
@@ -32,8 +38,10 @@ class FrameMessages {
   void ClearStatus();
 
  private:
-  QStatusBar& bar_;
+  StatusBar& bar_;
   ShowMessage show_;
+  std::vector<std::string> lines_;  ///< of the last notice
+  QString shown_;                   ///< its message in the bar
 };
 
 }  // namespace tallow

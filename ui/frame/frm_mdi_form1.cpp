@@ -30,12 +30,20 @@
 #include "ui/frame/frame_menus.h"
 #include "ui/frame/frame_toolbar.h"
 #include "ui/frame/new_jukebox.h"
+#include "ui/frame/status_bar.h"
 #include "ui/frame/style_bar.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/support/help_page.h"
 
 namespace tallow {
 namespace {
+
+/// Gives a window its status bar.
+StatusBar& MakeStatusBar(QMainWindow& window) {
+  auto* const bar = new StatusBar(&window);
+  window.setStatusBar(bar);
+  return *bar;
+}
 
 constexpr QSize kFirstSize(1000, 680);
 constexpr QSize kMinSize(480, 320);
@@ -75,7 +83,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       searches_(searches),
       area_(new QMdiArea(this)),
       style_bar_(new StyleBar(this)),
-      messages_(*this, *statusBar(), std::move(show)),
+      messages_(*this, MakeStatusBar(*this), std::move(show)),
       jukeboxes_(*area_),
       places_(tallow, jukeboxes_, messages_),
       unsaved_(*this, tallow, jukeboxes_, messages_),
@@ -87,8 +95,9 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       files_(jukeboxes_, documents_),
       picture_(*this, tallow, jukeboxes_, messages_),
       findings_(*statusBar(), tallow, messages_.Shower(), [this] { return OpenJukeboxes(); }),
-      details_(*this, *style_bar_, *statusBar(), tallow, messages_,
-               [this] { busy_.FocusJukebox(); }),
+      details_(
+          *this, *style_bar_, *statusBar(), tallow, messages_, [this] { busy_.FocusJukebox(); },
+          [this] { filing_.FinishStyle(); }),
       search_(tallow, searches, jukeboxes_, messages_, busy_, findings_,
               [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
       filing_(tallow, jukeboxes_, messages_, busy_, search_,
@@ -302,6 +311,7 @@ void frmMDIForm1::ShowPreferences() {
   bool files_again = false;
   frmPreferences dialog({.tallow = tallow_,
                          .changed = [this] { Notice(tallow_.TakeProblems()); },
+                         .style_chosen = [this] { filing_.FinishStyle(); },
                          .show_places = [this] { ShowMusicPlaces(); },
                          .file_again = [&files_again] { files_again = true; }},
                         this);

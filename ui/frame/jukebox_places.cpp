@@ -118,7 +118,8 @@ void JukeboxPlaces::Store() {
   } catch (const FileError& error) {
     problem = std::string("Tallow could not store which jukeboxes are open. ") + error.what() + ".";
   }
-  if (std::exchange(problem_, problem) != problem && !problem.empty()) messages_.Notice({problem});
+  if (std::exchange(problem_, problem) != problem && !problem.empty())
+    messages_.AddNotice({problem});
 }
 
 void JukeboxPlaces::Restore(const std::vector<Placed>& placed, frmMain& front) {

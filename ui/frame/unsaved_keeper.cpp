@@ -35,9 +35,9 @@ void UnsavedKeeper::Keep() {
     try {
       tallow_.unsaved.Keep(*jukebox, tallow_.library);
     } catch (const FileError& error) {
-      messages_.Notice({"The unsaved changes of " + jukebox->Caption() +
-                        " could not be stored for crash recovery. " + error.what() +
-                        ". Save the jukebox."});
+      messages_.AddNotice({"The unsaved changes of " + jukebox->Caption() +
+                           " could not be stored for crash recovery. " + error.what() +
+                           ". Save the jukebox."});
     }
   }
 }
