@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "library/folder_scan.h"
 #include "library/song_formats.h"
 #include "util/number.h"
 
