@@ -288,9 +288,9 @@ TEST_F(StyleChangesTest, TheCountsOfTheBarAreTheSameAfterTheModernStyle) {
   Search(NewSongsPlace::kWholeComputer);
   const StyleCounts classic{.left_out = 1, .other_formats = 1};
   EXPECT_EQ(CountStyleFindings(*tallow), classic);
-  tallow->preferences.SetStyle(Style::kModern);
+  Choose(Style::kModern);
   EXPECT_EQ(CountStyleFindings(*tallow), StyleCounts{});
-  tallow->preferences.SetStyle(Style::kClassic);
+  Choose(Style::kClassic);
   EXPECT_EQ(CountStyleFindings(*tallow), classic);
   // A user who declines these is not shown them again.
   StyleHint hint(tallow->preferences);
@@ -303,7 +303,7 @@ TEST_F(StyleChangesTest, TheCountsOfTheBarAreTheSameAfterTheModernStyle) {
 
 TEST_F(StyleChangesTest, WithoutItsPreferencesALibraryOfTheModernStyleIsSetAside) {
   ASSERT_TRUE(StartHere());
-  tallow->preferences.SetStyle(Style::kModern);
+  Choose(Style::kModern);
   EXPECT_EQ(Listed().size(), 6U);
   const std::string preferences = PreferencesPath(application.path());
   const std::function<void()> losses[] = {
@@ -323,7 +323,7 @@ TEST_F(StyleChangesTest, WithoutItsPreferencesALibraryOfTheModernStyleIsSetAside
     ASSERT_EQ(library.UBoundOfMp3Array(), 6);
     for (std::int32_t row = 1; row <= 6; ++row) EXPECT_FALSE(library.Song(row).IsMissing());
     EXPECT_TRUE(tallow->library.Save());
-    tallow->preferences.SetStyle(Style::kModern);
+    Choose(Style::kModern);
     EXPECT_EQ(library.UBoundOfMp3Array(), 6);
     EXPECT_EQ(Listed().size(), 6U);
   }
