@@ -3,10 +3,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 namespace tallow {
@@ -34,12 +36,11 @@ namespace tallow {
 // members with other names.
 //
 // Once the user has used the modern style, in which several songs may have one file name, a member
-// follows that earlier versions ignore: "places" has the folder, ending in a separator, and the
-// size in bytes (-1: not known) of the songs in "names":
+// follows that earlier versions ignore: "places" has, by folders that end in a separator, the
+// numbers of the songs in "names", each followed by its size in bytes (-1: not known):
 //
 //   "places":{
-//  "1":["/music/",4183022],
-//  "2":["/music/",3350101]}}
+//  "/music/":[1,4183022,2,3350101]}}
 //
 // A file name need not be UTF-8. Each byte that is not part of valid UTF-8 is written as the
 // character U+10FE00 plus the byte. Each byte of a character from U+10FE80 to U+10FEFF is written
@@ -99,16 +100,39 @@ struct JukeboxContent {
     std::string text_;
   };
 
-  /// Where the file of a song was, and its size.
-  struct Place {
-    std::string folder;      ///< ends in a separator
-    std::int64_t size = -1;  ///< in bytes; -1: not known
+  /// Where the files of songs were, and their sizes.
+  class Places {
+   public:
+    struct Place {
+      std::string_view folder;  ///< ends in a separator
+      std::int64_t size;        ///< in bytes; -1: not known
+    };
+    /// Begins a folder, to which Add adds songs.
+    void AddFolder(std::string folder) { folders_.push_back(std::move(folder)); }
+    /// If a number is added twice, the last place is used. Requires a folder.
+    void Add(std::int32_t record, std::int64_t size) {
+      songs_[record] = {folders_.size() - 1, size};
+    }
+    /// The returned text is valid until the next AddFolder.
+    std::optional<Place> Find(std::int32_t record) const {
+      const auto found = songs_.find(record);
+      if (found == songs_.end()) return std::nullopt;
+      return Place{folders_[found->second.folder], found->second.size};
+    }
+
+   private:
+    struct Song {
+      std::size_t folder;  ///< index in folders_
+      std::int64_t size;
+    };
+    std::vector<std::string> folders_;
+    std::unordered_map<std::int32_t, Song> songs_;  ///< by record number
   };
 
   std::vector<std::string> columns;
   std::vector<Folder> folders;
   Names names;
-  std::unordered_map<std::int32_t, Place> places;  ///< by record number; empty in classic files
+  Places places;  ///< empty in classic files
 };
 
 /// Maps record numbers to file names of songs.

@@ -340,5 +340,37 @@ TEST_F(JukeboxFormat, TextsThatAreNoUtf8AreRefused) {
   EXPECT_EQ(ProblemOf("\xEF\xBB\xBF" + File(FolderText(1, 0))), "");
 }
 
+TEST_F(JukeboxFormat, TheModernStyleWritesThePlacesOfSongsByFolder) {
+  for (const char* const path : {"/m/", "/n/", "/m/"}) AddSong(path, "a.mp3");
+  Folder& folder = tree.AddChild(nullptr, "All Songs", 0, 1);
+  for (const std::int32_t song : {1, 2, 3}) folder.Items().emplace_back(song, 0);
+  EXPECT_EQ(Encode().find("places"), std::string::npos);
+  library.UseSwitches(kModernStyle);
+  const std::string bytes = Encode();
+  EXPECT_TRUE(bytes.ends_with("\"places\":{\n\"/m/\":[1,-1,3,-1],\n\"/n/\":[2,-1]}}\n")) << bytes;
+  const JukeboxContent content = DecodeJukebox(bytes);
+  EXPECT_EQ(content.places.Find(3)->folder, "/m/");
+  EXPECT_EQ(content.places.Find(2)->folder, "/n/");
+  EXPECT_EQ(content.places.Find(2)->size, -1);
+  EXPECT_FALSE(content.places.Find(4));
+}
+
+TEST_F(JukeboxFormat, PlacesAreNumbersInPairs) {
+  const auto problem = [](const std::string& places) {
+    return ProblemOf(File(FolderText(1, 0), ",\"places\":" + places));
+  };
+  EXPECT_EQ(problem("{}"), "");
+  EXPECT_EQ(problem(R"({"/m/":[1,5,2,-7],"":[]})"), "");
+  EXPECT_EQ(problem(R"({"/m/":[1,5,2]})"), "song 2 has a place without a size");
+  EXPECT_EQ(problem(R"({"/m/":[3000000000,5]})"), "the number 3000000000 is too large");
+  EXPECT_NE(problem(R"({"/m/":["x"]})"), "");
+  EXPECT_NE(problem(R"({"/m/":5})"), "");
+  EXPECT_NE(problem("[]"), "");
+  const JukeboxContent content =
+      DecodeJukebox(File("", R"(,"places":{"/m/":[1,3000000000,2,-7]})"));
+  EXPECT_EQ(content.places.Find(1)->size, 3000000000);
+  EXPECT_EQ(content.places.Find(2)->size, -1);
+}
+
 }  // namespace
 }  // namespace tallow

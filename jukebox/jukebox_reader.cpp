@@ -83,9 +83,6 @@ class Reader : public nlohmann::json_sax<Json> {
         else
           return Fail(Quoted(name_) + " is not a record number");
         return true;
-      case Container::kPlace:
-        place_->folder = BytesOfJsonText(std::move(value));
-        return true;
       default:
         return AcceptIfIgnored();
     }
@@ -127,6 +124,8 @@ class Reader : public nlohmann::json_sax<Json> {
     return AcceptIfIgnored() && Enter(Container::kIgnored);
   }
   bool end_array() override {
+    if (Current() == Container::kPlace && placed_song_)
+      return Fail("song " + std::to_string(*placed_song_) + " has a place without a size");
     containers_.pop_back();
     return true;
   }
@@ -192,9 +191,8 @@ class Reader : public nlohmann::json_sax<Json> {
     return true;
   }
   bool EnterPlace() {
-    const auto record = RecordNumber(name_);
-    if (!record) return Fail(Quoted(name_) + " is not a record number");
-    place_ = &content.places[*record];
+    content.places.AddFolder(BytesOfJsonText(name_));
+    placed_song_.reset();
     return Enter(Container::kPlace);
   }
   bool Fail(std::string problem) {
@@ -215,10 +213,6 @@ class Reader : public nlohmann::json_sax<Json> {
 
   bool AcceptNumber(std::int64_t value) {
     if (IsIgnored()) return true;
-    if (Current() == Container::kPlace) {
-      place_->size = std::max<std::int64_t>(value, -1);
-      return true;
-    }
     if (Current() == Container::kColumns || Current() == Container::kNames ||
         Current() == Container::kFolders || Current() == Container::kPlaces)
       return AcceptIfIgnored();
@@ -229,10 +223,19 @@ class Reader : public nlohmann::json_sax<Json> {
         return Fail("it was written by a newer Tallow (format " + std::to_string(value) + ")");
       return true;
     }
+    if (Current() == Container::kPlace && placed_song_) {
+      content.places.Add(*std::exchange(placed_song_, std::nullopt),
+                         std::max<std::int64_t>(value, -1));
+      return true;
+    }
     if (value < std::numeric_limits<std::int32_t>::min() ||
         value > std::numeric_limits<std::int32_t>::max())
       return Fail("the number " + std::to_string(value) + " is too large");
     const auto number = static_cast<std::int32_t>(value);
+    if (Current() == Container::kPlace) {
+      placed_song_ = number;
+      return true;
+    }
     if (Current() == Container::kSongs) {
       CurrentFolder().songs.push_back(number);
       return true;
@@ -255,8 +258,9 @@ class Reader : public nlohmann::json_sax<Json> {
   std::string name_;                   ///< name of the last member
   /// Members of the current folder, as bits of kFolderMembers.
   unsigned seen_members_ = 0;
-  JukeboxContent::Place* place_ = nullptr;  ///< the one that is being parsed
-  std::set<std::string> root_members_;      ///< members of the root object seen so far
+  /// The song in a list of places whose size has not come yet.
+  std::optional<std::int32_t> placed_song_;
+  std::set<std::string> root_members_;  ///< members of the root object seen so far
   std::string problem_;
 };
 

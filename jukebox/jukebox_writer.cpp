@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <set>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
+#include <vector>
 
 #include "jukebox/folder_tree.h"
 #include "library/cls_main.h"
@@ -70,6 +72,48 @@ void AppendFolders(std::string& to, const Folder& folder, std::uint32_t parent, 
     AppendFolders(to, folder.ChildAt(k), own, key, used);
 }
 
+/// The member "places".
+class PlacesText {
+ public:
+  void Add(std::int32_t record, std::string_view folder, std::int64_t size) {
+    std::string& songs = SongsOf(folder);
+    if (!songs.empty()) songs += ',';
+    AppendNumber(songs, record);
+    songs += ',';
+    AppendNumber(songs, size);
+  }
+
+  /// Appends nothing when there are no songs.
+  void AppendTo(std::string& bytes) const {
+    if (order_.empty()) return;
+    bytes += ",\n\"places\":";
+    char before = '{';
+    for (const auto& [folder, songs] : order_) {
+      bytes += std::exchange(before, ',');
+      bytes += '\n';
+      AppendJsonText(bytes, *folder);
+      bytes += ":[" + songs + ']';
+    }
+    bytes += '}';
+  }
+
+ private:
+  /// The text of a folder's songs. Most songs are in the folder of the song before.
+  std::string& SongsOf(std::string_view folder) {
+    if (order_.empty() || *order_[last_].first != folder) {
+      const auto [found, is_new] = folders_.try_emplace(std::string(folder), order_.size());
+      if (is_new) order_.emplace_back(&found->first, std::string());
+      last_ = found->second;
+    }
+    return order_[last_].second;
+  }
+
+  std::unordered_map<std::string, std::size_t> folders_;  ///< indexes in order_
+  /// The folders in the order of their first songs, and the numbers and sizes of their songs.
+  std::vector<std::pair<const std::string*, std::string>> order_;
+  std::size_t last_ = 0;  ///< index in order_ of the folder of the last song
+};
+
 }  // namespace
 
 std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>& columns,
@@ -95,16 +139,9 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
     bytes += "\":";
     AppendJsonText(bytes, name);
   };
-  std::string places;
+  PlacesText places;
   const auto add_place = [&](std::int32_t record, std::string_view folder, std::int64_t size) {
-    if (!library.HasNamesakes()) return;
-    places += places.empty() ? "\n\"" : ",\n\"";
-    AppendNumber(places, record);
-    places += "\":[";
-    AppendJsonText(places, folder);
-    places += ',';
-    AppendNumber(places, size);
-    places += ']';
+    if (library.HasNamesakes()) places.Add(record, folder, size);
   };
   for (std::size_t row = 1; row < used.rows.size(); ++row) {
     if (!used.rows[row]) continue;
@@ -124,7 +161,7 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
   for (const std::int32_t record : used.unknown_rows)
     if (const auto known = absent.find(record); known != absent.end()) add(record, known->second);
   bytes += '}';
-  if (!places.empty()) bytes += ",\n\"places\":{" + places + '}';
+  places.AppendTo(bytes);
   bytes += "}\n";
   return bytes;
 }

@@ -34,9 +34,9 @@ class SongLinks {
   ///
   /// \param record number of the song in the file, updated if the song has returned
   std::int32_t ByPlace(std::int32_t record, std::string_view name,
-                       const JukeboxContent::Place& place) const {
+                       const JukeboxContent::Places::Place& place) const {
     if (IsAt(record, name, place)) return record;
-    const auto found = RowsByPath().find(PathKey(place.folder + std::string(name)));
+    const auto found = RowsByPath().find(PathKey(std::string(place.folder) + std::string(name)));
     if (found != RowsByPath().end()) return found->second;
     if (place.size == kUnknownSize) return IsNamed(record, name) ? record : ByName(name);
     if (IsNamed(record, name) && SizeOf(record) == place.size) return record;
@@ -54,7 +54,8 @@ class SongLinks {
   }
 
  private:
-  bool IsAt(std::int32_t record, std::string_view name, const JukeboxContent::Place& place) const {
+  bool IsAt(std::int32_t record, std::string_view name,
+            const JukeboxContent::Places::Place& place) const {
     const SongView song = library_.Song(record);
     return !song.IsMissing() && IsSamePathText(song.Name(), name) &&
            IsSamePathText(song.Folder(), place.folder);
@@ -185,9 +186,8 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const ResolveC
     std::int32_t linked = now;
     if (confused != nullptr && confused->held == name)
       linked = library.Missing().NumberNow(use_numbers ? record : confused->held_now);
-    else if (const auto place = content.places.find(record);
-             library.HasNamesakes() && place != content.places.end())
-      linked = links.ByPlace(now, name, place->second);
+    else if (const auto place = content.places.Find(record); library.HasNamesakes() && place)
+      linked = links.ByPlace(now, name, *place);
     else if (!links.IsNamed(now, name))
       linked = links.ByName(name);
     if (linked == 0) linked = CanKeepNumber(now, library) ? now : placeholders.Next();
