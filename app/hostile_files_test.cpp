@@ -43,8 +43,8 @@ class HostileFiles : public SystemTest {
     for (std::int32_t k = 0; k < top->Children(); ++k) artists.push_back(top->ChildAt(k).Text());
     return artists;
   }
-  /// Reads all details, as the frame window does; returns the paths in Details below the heading that
-  /// begins with a text.
+  /// Reads all details, as the frame window does.
+  /// \returns the paths in Details below the heading that begins with a text
   Texts InDetails(const std::string& heading) {
     tallow->details.Start(tallow->library);
     EXPECT_TRUE(WaitUntil([this] {
