@@ -115,7 +115,8 @@ TEST(BoundedStream, NeverReadsMoreThanItsLimitOfBytes) {
     BoundedStream stream(std::make_unique<CountingFile>(size, read), limits);
     while (!stream.Overran()) {
       const std::uint64_t at = random() % size;
-      const std::size_t length = 1 + random() % (random() % 4 == 0 ? 9000 : 50);
+      const auto length =
+          static_cast<unsigned long>(1 + random() % (random() % 4 == 0 ? 9000 : 50));
       stream.seek(static_cast<long>(at), TagLib::IOStream::Beginning);
       returned += random() % 2 == 0 ? stream.Peek(at, length).size()
                                     : std::size_t{stream.readBlock(length).size()};

@@ -61,7 +61,7 @@ printf 'a\r\nb\r\nabc\r\n' > "$folder/app/Grouping/System/TallowOrganizer.ini"
 expect 1 "TallowOrganizer.ini, line 3: 'abc' is not a number" "${usual[@]}"
 
 # A child that reads song details greets its parent, answers, and ends when its parent does. A message
-# is its length in four bytes and its content.
+# is its length in four bytes and its content: here "a" for all details, and the path.
 song=$folder/song.mp3
 {
   head -c 400 /dev/zero
@@ -69,8 +69,8 @@ song=$folder/song.mp3
 } > "$song"
 # shellcheck disable=SC2059
 {
-  printf "\\x$(printf %02x ${#song})\\0\\0\\0"
-  printf %s "$song"
+  printf "\\x$(printf %02x $((${#song} + 1)))\\0\\0\\0"
+  printf %s "a$song"
 } > "$folder/request"
 if ! timeout 60 "$program" --serve-song-details < "$folder/request" > "$folder/answer" ||
   ! head -c 18 "$folder/answer" | grep -qaF 'song details' || ! grep -qaF 'A title' "$folder/answer"; then

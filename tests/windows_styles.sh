@@ -86,13 +86,14 @@ preferences=$grouping/System/Preferences.json
 details=$grouping/System/SongDetails.db
 
 # The program as the child that reads song details: a message is its length in four bytes, the
-# lowest first, and its content. It answers each request in turn, and ends with its input.
+# lowest first, and its content: "a" for all details, and the path. It answers each request in turn,
+# and ends with its input.
 # message TEXT: prints a message of fewer than 256 bytes
 message() { printf "\\x$(printf '%02x' "$(printf '%s' "$1" | wc -c)")\\0\\0\\0%s" "$1"; }
 {
-  message 'D:\Кино\Группа крови.flac'
-  message 'D:\Queens\Lullabies\Song.mp3'
-  message 'D:\away.mp3'
+  message 'aD:\Кино\Группа крови.flac'
+  message 'aD:\Queens\Lullabies\Song.mp3'
+  message 'aD:\away.mp3'
 } | timeout 60 "$wine" "$program" --serve-song-details > "$folder/answers.bin" ||
   fail "The child that reads song details exited with code $?."
 for text in 'song details' 'Группа крови' 'Кино' 'Queens of the Stone Age'; do
