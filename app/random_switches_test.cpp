@@ -2,7 +2,6 @@
 // A hundred random switches to and fro, over a collection with namesakes, other formats, songs on a
 // drive that is away and folders of the user: no entry and no rank is lost, however often.
 #include <filesystem>
-#include <map>
 #include <random>
 
 #include "app/search/file_search.h"

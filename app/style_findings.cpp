@@ -5,7 +5,6 @@
 #include <functional>
 #include <iterator>
 #include <map>
-#include <memory>
 #include <unordered_map>
 #include <utility>
 

@@ -4,7 +4,6 @@
 //
 // Usage: tallow_collection MP3 FOLDER COUNT [COVER]
 //   COVER  puts the same texts into an ID3v2.4 tag as well, with a cover of this many bytes
-#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <fstream>

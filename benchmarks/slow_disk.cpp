@@ -11,7 +11,6 @@
 // Environment:
 //   SLOW_DISK_MICROSECONDS  the delay of a call; default 1000
 //   SLOW_DISK_REPORT        the file of the report; default: none
-#include <algorithm>
 #include <atomic>
 #include <cstdarg>
 #include <cstdio>

@@ -6,7 +6,6 @@
 #include <fstream>
 #include <gtest/gtest.h>
 #include <string>
-#include <sys/types.h>
 #include <unistd.h>
 #include <vector>
 

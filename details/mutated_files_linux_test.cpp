@@ -3,7 +3,6 @@
 // number; ./test.sh --faults and ./test.sh --sanitize read 10,000. A file at which the program ends
 // stays in the temporary folder.
 #include <chrono>
-#include <cstddef>
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>

@@ -5,7 +5,6 @@
 #include <exception>
 #include <taglib/aifffile.h>
 #include <taglib/apefile.h>
-#include <taglib/apetag.h>
 #include <taglib/asffile.h>
 #include <taglib/flacfile.h>
 #include <taglib/id3v2tag.h>
@@ -20,7 +19,6 @@
 #include <taglib/vorbisfile.h>
 #include <taglib/wavfile.h>
 #include <taglib/wavpackfile.h>
-#include <taglib/xiphcomment.h>
 #include <utility>
 
 #include "details/file_kind.h"

@@ -13,7 +13,6 @@
 #include "library/new_folders.h"
 #include "library/song_formats.h"
 #include "util/day.h"
-#include "util/errors.h"
 #include "util/number.h"
 #include "util/path_text.h"
 #include "util/read_ahead.h"

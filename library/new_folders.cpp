@@ -7,7 +7,6 @@
 
 #include "library/excluded_folders.h"
 #include "util/path_text.h"
-#include "util/text.h"
 
 namespace tallow {
 namespace {

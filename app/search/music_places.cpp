@@ -2,7 +2,6 @@
 #include "app/search/music_places.h"
 
 #include <algorithm>
-#include <memory>
 
 #include "app/search/drive_list.h"
 #include "app/search/music_choice.h"

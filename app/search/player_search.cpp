@@ -10,7 +10,6 @@
 
 #include "app/search/folder_reader.h"
 #include "util/file_system.h"
-#include "util/path_text.h"
 
 namespace tallow {
 namespace {

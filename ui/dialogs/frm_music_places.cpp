@@ -17,11 +17,9 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
-#include "app/search/drive_list.h"
 #include "app/tallow.h"
 #include "library/drive_timeouts.h"
 #include "ui/dialogs/common_dialog.h"
-#include "ui/jukebox/explorer/explorer_edits.h"
 #include "ui/jukebox/explorer_drag.h"
 #include "ui/support/display_text.h"
 #include "ui/support/help_page.h"

@@ -14,7 +14,6 @@
 #include <QTreeWidget>
 #include <QUrl>
 
-#include "app/search/file_search.h"
 #include "app/search/music_choice.h"
 #include "tests/frame_fixture.h"
 #include "ui/dialogs/frm_searching.h"

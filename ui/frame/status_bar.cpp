@@ -33,7 +33,7 @@ QRect StatusBar::MessageRect() const {
 }
 
 QString StatusBar::ShownText() const {
-  const QString text = currentMessage();
+  QString text = currentMessage();
   const QFontMetrics metrics = fontMetrics();
   const int width = MessageRect().width();
   if (metrics.horizontalAdvance(text) <= width) return text;
