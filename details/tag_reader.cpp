@@ -5,6 +5,7 @@
 #include <exception>
 #include <taglib/aifffile.h>
 #include <taglib/apefile.h>
+#include <taglib/apetag.h>  // IWYU pragma: keep, for the members of the tag
 #include <taglib/asffile.h>
 #include <taglib/flacfile.h>
 #include <taglib/id3v2tag.h>

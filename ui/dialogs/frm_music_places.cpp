@@ -20,6 +20,7 @@
 #include "app/tallow.h"
 #include "library/drive_timeouts.h"
 #include "ui/dialogs/common_dialog.h"
+#include "ui/jukebox/explorer/explorer_edits.h"  // IWYU pragma: keep, for QPointer
 #include "ui/jukebox/explorer_drag.h"
 #include "ui/support/display_text.h"
 #include "ui/support/help_page.h"
