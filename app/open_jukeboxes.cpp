@@ -8,14 +8,14 @@
 #include <string_view>
 
 #include "jukebox/jukebox.h"
+#include "util/json_file.h"
 #include "util/json_text.h"
 #include "util/path_text.h"
 
 namespace tallow {
 namespace {
 
-constexpr std::string_view kFormat = "Tallow open jukeboxes";
-constexpr int kVersion = 1;
+constexpr JsonFileFormat kFormat = {"Tallow open jukeboxes", 1};
 
 /// No edge of a window is farther from that of its area, in pixels.
 constexpr int kMaxPixels = 1'000'000;
@@ -77,9 +77,7 @@ void AppendJukebox(std::string& bytes, const OpenJukebox& jukebox) {
 }
 
 std::string Encode(const std::vector<OpenJukebox>& jukeboxes) {
-  std::string bytes = "{\"format\":";
-  AppendJsonText(bytes, kFormat);
-  bytes += ",\"version\":" + std::to_string(kVersion) + ",\"jukeboxes\":[";
+  std::string bytes = BeginJsonFile(kFormat) + ",\"jukeboxes\":[";
   const char* separator = "\n";
   for (const OpenJukebox& jukebox : jukeboxes) {
     bytes += std::exchange(separator, ",\n");
@@ -112,9 +110,7 @@ OpenJukebox JukeboxFrom(const nlohmann::json& member) {
 }
 
 std::vector<OpenJukebox> Decode(const std::string& bytes) {
-  const auto root = nlohmann::json::parse(bytes);
-  if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it was written by another program or a newer Tallow");
+  const auto root = ParseJsonFile(bytes, kFormat);
   std::vector<OpenJukebox> jukeboxes;
   for (const auto& member : root.at("jukeboxes")) jukeboxes.push_back(JukeboxFrom(member));
   if (jukeboxes.size() > OpenJukeboxes::kMaxJukeboxes)

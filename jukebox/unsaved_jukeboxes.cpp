@@ -11,13 +11,13 @@
 #include "util/atomic_file.h"
 #include "util/errors.h"
 #include "util/file_system.h"
+#include "util/json_file.h"
 #include "util/json_text.h"
 
 namespace tallow {
 namespace {
 
-constexpr std::string_view kFormat = "Tallow unsaved jukebox";
-constexpr int kVersion = 1;
+constexpr JsonFileFormat kFormat = {"Tallow unsaved jukebox", 1};
 /// Maximum size of a file: a jukebox file of at most 1 GiB, and a header line with a few paths.
 constexpr std::uint64_t kMaxUnsavedBytes = (std::uint64_t{1} << 30U) + (std::uint64_t{1} << 20U);
 
@@ -26,9 +26,7 @@ constexpr int kMaxNumber = 10'000;
 constexpr std::string_view kNamePattern = "Jukebox-*.unsaved";
 
 std::string HeaderOf(const Jukebox& jukebox) {
-  std::string header = "{\"format\":";
-  AppendJsonText(header, kFormat);
-  header += ",\"version\":" + std::to_string(kVersion);
+  std::string header = BeginJsonFile(kFormat);
   const std::pair<std::string_view, std::string_view> members[] = {
       {"caption", jukebox.Caption()},
       {"location", jukebox.FileLocation()},
@@ -49,9 +47,7 @@ UnsavedJukebox Decode(const std::string& path) {
   const auto content = ReadWholeFile(path, kMaxUnsavedBytes);
   const std::size_t end = content ? content->find('\n') : std::string::npos;
   if (end == std::string::npos) throw std::runtime_error("it is cut off");
-  const auto header = nlohmann::json::parse(content->substr(0, end));
-  if (header.at("format") != kFormat || header.at("version") != kVersion)
-    throw std::runtime_error("it was written by another program or a newer Tallow");
+  const auto header = ParseJsonFile(content->substr(0, end), kFormat);
   const auto text = [&](const char* name) {
     return BytesOfJsonText(header.at(name).get<std::string>());
   };

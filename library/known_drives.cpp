@@ -5,18 +5,17 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <optional>
-#include <stdexcept>
 #include <utility>
 
 #include "util/file_system.h"
+#include "util/json_file.h"
 #include "util/json_text.h"
 #include "util/path_text.h"
 
 namespace tallow {
 namespace {
 
-constexpr std::string_view kFormat = "Tallow drives";
-constexpr int kVersion = 1;
+constexpr JsonFileFormat kFormat = {"Tallow drives", 1};
 
 bool ShowsAutomounter(const MountedVolumes& volumes, const std::string& root) {
   const MountedVolume* const place = VolumeOf(volumes, root);
@@ -262,9 +261,7 @@ void KnownDrives::Index() {
 }
 
 std::string KnownDrives::Encode() const {
-  std::string bytes = "{\"format\":";
-  AppendJsonText(bytes, kFormat);
-  bytes += ",\"version\":" + std::to_string(kVersion) + ",\"drives\":[";
+  std::string bytes = BeginJsonFile(kFormat) + ",\"drives\":[";
   const char* separator = "\n";
   for (const KnownDrive& drive : drives_) {
     bytes += std::exchange(separator, ",\n");
@@ -287,9 +284,7 @@ std::string KnownDrives::Encode() const {
 }
 
 void KnownDrives::Decode(const std::string& bytes) {
-  const auto root = nlohmann::json::parse(bytes);
-  if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it was written by another program or a newer Tallow");
+  const auto root = ParseJsonFile(bytes, kFormat);
   std::vector<KnownDrive> drives;
   for (const auto& member : root.at("drives")) {
     const auto text = [&](const char* name) {

@@ -2,17 +2,16 @@
 #include "library/missing_songs.h"
 
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <utility>
 
+#include "util/json_file.h"
 #include "util/json_text.h"
 #include "util/path_text.h"
 
 namespace tallow {
 namespace {
 
-constexpr std::string_view kFormat = "Tallow missing songs";
-constexpr int kVersion = 1;
+constexpr JsonFileFormat kFormat = {"Tallow missing songs", 1};
 
 }  // namespace
 
@@ -129,9 +128,7 @@ void MissingSongs::Shrink(std::size_t max_size) {
 }
 
 std::string MissingSongs::Encode() const {
-  std::string bytes = "{\"format\":";
-  AppendJsonText(bytes, kFormat);
-  bytes += ",\"version\":" + std::to_string(kVersion);
+  std::string bytes = BeginJsonFile(kFormat);
   bytes += has_namesakes_ ? ",\"namesakes\":true,\"songs\":[" : ",\"songs\":[";
   const char* separator = "\n";
   for (const MissingSong& song : songs_) {
@@ -148,9 +145,7 @@ std::string MissingSongs::Encode() const {
 }
 
 void MissingSongs::Decode(const std::string& bytes) {
-  const auto root = nlohmann::json::parse(bytes);
-  if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it was written by another program or a newer Tallow");
+  const auto root = ParseJsonFile(bytes, kFormat);
   std::vector<MissingSong> songs;
   for (const auto& member : root.at("songs")) {
     const auto text = [&](const char* name) {

@@ -3,18 +3,17 @@
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <string_view>
 #include <utility>
 
+#include "util/json_file.h"
 #include "util/json_text.h"
 #include "util/number.h"
 
 namespace tallow {
 namespace {
 
-constexpr std::string_view kFormat = "Tallow repaired numbers";
-constexpr int kVersion = 1;
+constexpr JsonFileFormat kFormat = {"Tallow repaired numbers", 1};
 
 bool IsMissingRow(const SongTable& table, std::int32_t row) {
   return NumericValue(table.Cell(kFileIsThere, row)) == 0;
@@ -132,9 +131,7 @@ void RepairedNumbers::Clear() {
 }
 
 std::string RepairedNumbers::Encode() const {
-  std::string bytes = "{\"format\":";
-  AppendJsonText(bytes, kFormat);
-  bytes += ",\"version\":" + std::to_string(kVersion) + ",\n\"numbers\":[";
+  std::string bytes = BeginJsonFile(kFormat) + ",\n\"numbers\":[";
   const char* separator = "\n";
   for (const auto& [number, confused] : numbers_) {
     bytes += std::exchange(separator, ",\n");
@@ -155,9 +152,7 @@ std::string RepairedNumbers::Encode() const {
 }
 
 void RepairedNumbers::Decode(const std::string& bytes) {
-  const auto root = nlohmann::json::parse(bytes);
-  if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it was written by another program or a newer Tallow");
+  const auto root = ParseJsonFile(bytes, kFormat);
   std::map<std::int32_t, ConfusedNumber> numbers;
   for (const auto& member : root.at("numbers")) {
     const auto number = member.at("number").get<std::int32_t>();

@@ -2,19 +2,18 @@
 #include "library/scan_findings.h"
 
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <utility>
 
 #include "library/song_view.h"
 #include "util/errors.h"
+#include "util/json_file.h"
 #include "util/json_text.h"
 #include "util/path_text.h"
 
 namespace tallow {
 namespace {
 
-constexpr std::string_view kFormat = "Tallow left out";
-constexpr int kVersion = 1;
+constexpr JsonFileFormat kFormat = {"Tallow left out", 1};
 
 bool IsAtOrBelow(std::string_view folder, std::string_view above) {
   return folder.substr(0, above.size()) == above;
@@ -117,9 +116,7 @@ void ScanFindings::DropSongs(const SongTable& table) {
 }
 
 std::string ScanFindings::Encode() const {
-  std::string bytes = "{\"format\":";
-  AppendJsonText(bytes, kFormat);
-  bytes += ",\"version\":" + std::to_string(kVersion) + ",\"folders\":[";
+  std::string bytes = BeginJsonFile(kFormat) + ",\"folders\":[";
   const char* separator = "\n";
   for (const auto& [path, folder] : folders_) {
     bytes += std::exchange(separator, ",\n");
@@ -140,9 +137,7 @@ std::string ScanFindings::Encode() const {
 }
 
 void ScanFindings::Decode(const std::string& bytes) {
-  const auto root = nlohmann::json::parse(bytes);
-  if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it was written by another program or a newer Tallow");
+  const auto root = ParseJsonFile(bytes, kFormat);
   const auto text = [](const nlohmann::json& value) {
     return BytesOfJsonText(value.get<std::string>());
   };

@@ -2,16 +2,15 @@
 #include "library/unread_folders.h"
 
 #include <nlohmann/json.hpp>
-#include <stdexcept>
 #include <utility>
 
+#include "util/json_file.h"
 #include "util/json_text.h"
 
 namespace tallow {
 namespace {
 
-constexpr std::string_view kFormat = "Tallow unread folders";
-constexpr int kVersion = 1;
+constexpr JsonFileFormat kFormat = {"Tallow unread folders", 1};
 
 }  // namespace
 
@@ -49,9 +48,7 @@ std::vector<UnreadFolder> UnreadFolders::Folders() const {
 }
 
 std::string UnreadFolders::Encode() const {
-  std::string bytes = "{\"format\":";
-  AppendJsonText(bytes, kFormat);
-  bytes += ",\"version\":" + std::to_string(kVersion) + ",\"folders\":[";
+  std::string bytes = BeginJsonFile(kFormat) + ",\"folders\":[";
   const char* separator = "\n";
   for (const auto& [path, folder] : folders_) {
     bytes += std::exchange(separator, ",\n");
@@ -63,9 +60,7 @@ std::string UnreadFolders::Encode() const {
 }
 
 void UnreadFolders::Decode(const std::string& bytes) {
-  const auto root = nlohmann::json::parse(bytes);
-  if (root.at("format") != kFormat || root.at("version") != kVersion)
-    throw std::runtime_error("it was written by another program or a newer Tallow");
+  const auto root = ParseJsonFile(bytes, kFormat);
   std::map<std::string, UnreadFolder, std::less<>> folders;
   for (const auto& member : root.at("folders")) {
     const std::string path = BytesOfJsonText(member.at("path").get<std::string>());
