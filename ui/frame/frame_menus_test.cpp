@@ -401,6 +401,16 @@ TEST_F(FrameMenus, HandedOverFilesAreOpenedOrShownOnceTheFrameIsEnabled) {
   EXPECT_EQ(frame.OpenJukeboxes()[2]->Caption(), "TWO");
 }
 
+TEST_F(FrameMenus, AnOpenMenuKeepsTheMessageOfTheStatusBar) {
+  frame.show();
+  frame.statusBar()->showMessage("2 new songs");
+  QMenu* const menu = frame.findChild<QMenu*>("mnuSongs");
+  frame.menuBar()->setActiveAction(menu->menuAction());
+  QTest::keyClick(menu, Qt::Key_Down);
+  menu->close();
+  EXPECT_EQ(frame.statusBar()->currentMessage(), "2 new songs");
+}
+
 TEST_F(FrameMenus, SeparatorsDoNothing) {
   Watched(1);
   for (const int button : {8, 13}) {

@@ -340,6 +340,11 @@ void frmMDIForm1::changeEvent(QEvent* event) {
         this, [this] { busy_.FocusJukebox(); }, Qt::QueuedConnection);
 }
 
+bool frmMDIForm1::event(QEvent* event) {
+  // No item has a status tip, so the empty tip of an open menu would only remove the message.
+  return event->type() == QEvent::StatusTip || QMainWindow::event(event);
+}
+
 void frmMDIForm1::closeEvent(QCloseEvent* event) {
   // A disabled frame has work in progress, which is cancelled and ends as soon as it can.
   if (!isEnabled()) {

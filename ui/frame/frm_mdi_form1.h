@@ -103,6 +103,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   void ClosePlayerPanel() { panel_.Close(); }
 
  protected:
+  bool event(QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void changeEvent(QEvent* event) override;
   QMenu* createPopupMenu() override;
