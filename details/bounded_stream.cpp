@@ -44,13 +44,20 @@ std::chrono::steady_clock::time_point BoundedStream::Now() const {
   return limits_.now ? limits_.now() : std::chrono::steady_clock::now();
 }
 
+bool BoundedStream::DiskFailed() const noexcept {
+  return file_ != nullptr && (file_->HasFailed() || (is_late_ && waited_ > limits_.max_time / 2));
+}
+
 bool BoundedStream::MayRead() {
   const std::uintptr_t stack = StackAddress();
   if (std::max(stack, stack_) - std::min(stack, stack_) > kMaxStack) {
     overran_ = true;
     throw StreamNotLeft();
   }
-  if (!overran_) overran_ = (limits_.stopped && limits_.stopped()) || Now() > end_;
+  if (!overran_) {
+    is_late_ = Now() > end_;
+    overran_ = is_late_ || (limits_.stopped && limits_.stopped());
+  }
   if (overran_) CountCallAfterEnd();
   return !overran_;
 }
@@ -67,7 +74,9 @@ std::size_t BoundedStream::Allowed(std::uint64_t length) noexcept {
 }
 
 std::size_t BoundedStream::ReadFile(std::uint64_t offset, char* bytes, std::size_t length) {
+  const auto begin = Now();
   const std::size_t got = file_->ReadAt(offset, {bytes, length});
+  waited_ += Now() - begin;
   left_ -= got;
   return got;
 }

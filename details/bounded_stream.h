@@ -51,6 +51,10 @@ class BoundedStream final : public TagLib::IOStream {
   /// Whether a limit was exceeded, or the read was stopped.
   bool Overran() const noexcept { return overran_; }
 
+  /// Whether the disk is the reason that bytes are missing: it reported an error, or the limit of
+  /// time was exceeded and most of the time was spent waiting for it.
+  bool DiskFailed() const noexcept;
+
   /// The bytes at a position, as readBlock returns them, without moving the position.
   std::string Peek(std::uint64_t offset, std::size_t length);
 
@@ -105,11 +109,13 @@ class BoundedStream final : public TagLib::IOStream {
   const ReadLimits& limits_;
   std::uintptr_t stack_;  ///< where the stack was at the construction
   std::chrono::steady_clock::time_point end_;
+  std::chrono::steady_clock::duration waited_{};  ///< for the disk
   std::uint64_t size_ = 0;
   std::uint64_t position_ = 0;
   std::uint64_t left_ = 0;  ///< bytes that may still be read
   int calls_after_end_ = 0;
   bool overran_ = false;
+  bool is_late_ = false;  ///< the limit of time was exceeded
   /// The one used last first. Two, because TagLib goes to and fro between the beginning and the end
   /// of a file.
   std::array<Buffer, 2> buffers_;

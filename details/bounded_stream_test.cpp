@@ -149,6 +149,63 @@ TEST(BoundedStream, EndsAfterItsLimitOfTime) {
   EXPECT_TRUE(stream.Overran());
 }
 
+/// A file on a disk that takes a while for each read.
+class SlowFile final : public InputFile {
+ public:
+  SlowFile(std::chrono::steady_clock::time_point& now, std::chrono::milliseconds time_of_a_read)
+      : InputFile({.size = 100'000, .modified = 0}), now_(now), time_of_a_read_(time_of_a_read) {}
+  std::size_t ReadAt(std::uint64_t /*offset*/, std::span<char> bytes) override {
+    now_ += time_of_a_read_;
+    return bytes.size();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point& now_;
+  std::chrono::milliseconds time_of_a_read_;
+};
+
+TEST(BoundedStream, TellsASlowDiskFromAFileThatTakesLong) {
+  std::chrono::steady_clock::time_point now{};
+  const ReadLimits limits{.max_time = std::chrono::seconds(5), .now = [&] { return now; }};
+  BoundedStream slow(std::make_unique<SlowFile>(now, std::chrono::milliseconds(2501)), limits);
+  EXPECT_EQ(slow.readBlock(5000).size(), 5000U);
+  EXPECT_FALSE(slow.DiskFailed());
+  now += std::chrono::milliseconds(2500);
+  EXPECT_EQ(slow.readBlock(5000).size(), 0U);
+  EXPECT_TRUE(slow.Overran());
+  EXPECT_TRUE(slow.DiskFailed());
+  BoundedStream fast(std::make_unique<SlowFile>(now, std::chrono::milliseconds(2499)), limits);
+  EXPECT_EQ(fast.readBlock(5000).size(), 5000U);
+  now += std::chrono::milliseconds(2502);
+  EXPECT_EQ(fast.readBlock(5000).size(), 0U);
+  EXPECT_TRUE(fast.Overran());
+  EXPECT_FALSE(fast.DiskFailed());
+}
+
+/// A file on a disk with a damaged sector.
+class DamagedFile final : public InputFile {
+ public:
+  DamagedFile() : InputFile({.size = 100'000, .modified = 0}) {}
+  std::size_t ReadAt(std::uint64_t /*offset*/, std::span<char> /*bytes*/) override {
+    SetFailed();
+    return 0;
+  }
+};
+
+TEST(BoundedStream, TellsAnErrorOfTheDiskFromTheEndOfTheFile) {
+  const ReadLimits limits;
+  BoundedStream damaged(std::make_unique<DamagedFile>(), limits);
+  EXPECT_FALSE(damaged.DiskFailed());
+  EXPECT_EQ(damaged.readBlock(10).size(), 0U);
+  EXPECT_TRUE(damaged.DiskFailed());
+  EXPECT_FALSE(damaged.Overran());
+  const TempFolder folder;
+  BoundedStream whole(InputFile::Open(folder.File("a", "abcd")), limits);
+  EXPECT_EQ(whole.readBlock(10).size(), 4U);
+  EXPECT_EQ(whole.readBlock(10).size(), 0U);
+  EXPECT_FALSE(whole.DiskFailed());
+}
+
 TEST(BoundedStream, EndsWhenItIsStopped) {
   const TempFolder folder;
   bool is_stopped = false;

@@ -15,7 +15,7 @@ namespace {
 
 /// The first message of the child. A program that does not send it is no such child, and must not
 /// make files look as if they could not be read.
-constexpr std::string_view kGreeting = "song details 3";
+constexpr std::string_view kGreeting = "song details 4";
 
 /// A child whose parent was killed while TagLib does not end has to end by itself.
 constexpr std::chrono::seconds kMaxLifeOfOneRead{20};
@@ -41,7 +41,8 @@ std::optional<std::string> ChildReader::NextMessage(std::chrono::milliseconds ma
         return content;
       }
     }
-    if (stopped() || std::chrono::steady_clock::now() > end) return std::nullopt;
+    is_late_ = std::chrono::steady_clock::now() > end;
+    if (is_late_ || stopped()) return std::nullopt;
     const auto bytes = child_->Read(kWaitStep);
     if (!bytes) {
       has_ended_ = true;
@@ -63,11 +64,14 @@ bool ChildReader::HasChild(const std::function<bool()>& stopped) {
 
 std::optional<SongDetails> ChildReader::Ask(const std::string& request,
                                             const std::function<bool()>& stopped) {
+  const auto used = child_->ProcessorTime();
+  is_late_ = false;
   has_ended_ = !child_->Write(request);
   if (!has_ended_) {
     if (const auto answer = NextMessage(settings_.max_wait, stopped))
       if (auto details = DecodeDetails(*answer)) return details;
   }
+  was_waiting_ = is_late_ && child_->ProcessorTime() - used < settings_.max_wait / 2;
   child_.reset();
   return std::nullopt;
 }
@@ -88,15 +92,16 @@ SongDetails ChildReader::Read(const std::string& path, const std::function<bool(
   if (auto details = AskTwice(WhatToRead::kAll, path, stopped)) return *std::move(details);
   SongDetails failed;
   failed.failed = true;
-  if (stamp) failed.stamp = *stamp;
+  failed.tags.unread = was_waiting_;
+  if (stamp && !was_waiting_) failed.stamp = *stamp;
   return failed;
 }
 
-std::optional<SongTags> ChildReader::ReadTags(const std::string& path) {
+SongTags ChildReader::ReadTags(const std::string& path) {
   const auto never = [] { return false; };
   if (!HasChild(never)) return ReadSongTags(path);
   auto details = AskTwice(WhatToRead::kTags, path, never);
-  if (!details) return std::nullopt;
+  if (!details) return {.unread = was_waiting_};
   return std::move(details->tags);
 }
 

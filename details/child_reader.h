@@ -35,7 +35,8 @@ struct ChildSettings {
 
 /// Reads songs in a child process, so that a file at which TagLib crashes, does not end or
 /// uses more memory than kMaxChildMemory costs a child, not the program. Such a file has no tags,
-/// and its details are marked as failed. Used by one thread at a time.
+/// and its details are marked as failed. If the child has not answered in time because it waits for
+/// the disk, the tags are marked as unread instead. Used by one thread at a time.
 ///
 /// The child is started at the first file and serves many. It is killed when it exceeds its time;
 /// the next file starts another. A file at which it ends is given to a second child, because the
@@ -51,8 +52,8 @@ class ChildReader {
 
   /// Reads the tags alone; in this process, with ReadSongTags, when no child can be started.
   ///
-  /// \returns no value when a child ends or does not answer
-  std::optional<SongTags> ReadTags(const std::string& path);
+  /// \returns the tags; SongTags::unread when the child waits for the disk for too long
+  SongTags ReadTags(const std::string& path);
 
  private:
   /// Starts the child unless it runs. \returns false when that fails
@@ -70,7 +71,9 @@ class ChildReader {
   ChildSettings settings_;
   std::unique_ptr<ChildProcess> child_;  ///< null when none runs
   bool has_ended_ = false;               ///< whether it ended by itself at the last request
-  std::string received_;                 ///< bytes of the child that are no whole message yet
+  bool is_late_ = false;                 ///< whether the wait for the last message was too long
+  bool was_waiting_ = false;  ///< whether it had no answer in time, and hardly used a processor
+  std::string received_;      ///< bytes of the child that are no whole message yet
 };
 
 /// The child's part: answers requests until the parent closes its end.

@@ -59,6 +59,28 @@ TEST_F(Children, AFileThatHangsTheChildHasNoTagsAndTheNextIsRead) {
   EXPECT_EQ(patient.Read(good, Never).tags.title, "Title");
 }
 
+TEST_F(Children, AFileWhoseDiskDoesNotAnswerIsUnreadAndNotKnownToHaveNoTags) {
+  settings_.max_wait = std::chrono::milliseconds(300);
+  ChildReader reader(settings_);
+  const std::string path = folder_.File(std::string(kWaitingName), Audio(400));
+  const SongDetails details = reader.Read(path, Never);
+  EXPECT_TRUE(details.failed);
+  EXPECT_TRUE(details.tags.unread);
+  EXPECT_EQ(details.stamp, FileStamp());
+  EXPECT_EQ(reader.ReadTags(path), SongTags{.unread = true});
+}
+
+TEST_F(Children, AFileThatEndsTheChildIsNotUnread) {
+  ChildReader reader(settings_);
+  EXPECT_EQ(reader.ReadTags(folder_.File(std::string(kEndingName))), SongTags());
+}
+
+TEST_F(Children, AMissingFileIsUnread) {
+  ChildReader reader(settings_);
+  EXPECT_EQ(reader.ReadTags(folder_ / "missing.mp3"), SongTags{.unread = true});
+  EXPECT_EQ(ReadSongTags(folder_ / "missing.mp3"), SongTags{.unread = true});
+}
+
 TEST_F(Children, AStopEndsTheWait) {
   ChildReader reader(settings_);
   const std::string good = folder_.File("good.mp3", Audio(400) + Tag({.title = "Title"}));
@@ -79,7 +101,8 @@ TEST_F(Children, AProgramThatIsNoChildIsReplacedByThisProcess) {
 
 TEST(DetailsMessage, DecodesWhatWasEncoded) {
   SongDetails details;
-  details.tags = {.found = true, .title = "a\0b", .artist = "Кино", .disc = 2, .track = -1};
+  details.tags = {
+      .found = true, .unread = true, .title = "a\0b", .artist = "Кино", .disc = 2, .track = -1};
   details.comment = std::string(4000, 'x');
   details.length_ms = std::numeric_limits<std::int32_t>::max();
   details.format = "MP3";

@@ -11,6 +11,7 @@
 #include <thread>
 #include <vector>
 
+#include "details/tag_reader.h"
 #include "tests/tagged_file.h"
 #include "tests/temp_folder.h"
 #include "tests/wait_until.h"
@@ -91,6 +92,22 @@ TEST_F(Filler, MissingSongsAreDoneAndNotStored) {
   DetailsFiller filler(store_);
   filler.Start(paths_.size(), PathAt());
   EXPECT_EQ(Finish(filler), (std::vector<std::string>{"Title 0", "", "Title 2"}));
+}
+
+TEST_F(Filler, WhatTheDiskDidNotGiveIsReadAgainAtTheNextRun) {
+  MakeSongs(1);
+  const auto has_failed = std::make_shared<std::atomic<bool>>(false);
+  const auto fails_once = [has_failed]() -> DetailsFiller::Reader {
+    return [has_failed](const std::string& path, const std::function<bool()>& /*stopped*/) {
+      if (!has_failed->exchange(true)) return SongDetails{.tags = {.unread = true}, .failed = true};
+      return ReadSongDetails(path);
+    };
+  };
+  for (const char* const title : {"", "Title 0"}) {
+    DetailsFiller filler(store_, fails_once);
+    filler.Start(paths_.size(), PathAt());
+    EXPECT_EQ(Finish(filler), std::vector<std::string>{title});
+  }
 }
 
 /// Readers that read nothing.

@@ -62,6 +62,7 @@ template <typename Visitor, typename Details>
 void VisitAll(Visitor& visitor, Details& details) {
   auto& tags = details.tags;
   visitor.Visit(tags.found);
+  visitor.Visit(tags.unread);
   visitor.Visit(tags.title);
   visitor.Visit(tags.artist);
   visitor.Visit(tags.album_artist);

@@ -20,7 +20,8 @@ struct SongDetails {
   std::string format = {};
   /// The file ends in an ID3v1 tag, the only kind of tag that the classic style reads.
   bool has_id3v1 = false;
-  FileStamp stamp = {};  ///< size and time of change of the file that was read
+  /// Size and time of change of the file that was read; empty when SongTags::unread.
+  FileStamp stamp = {};
   /// The file could not be read, or a limit was exceeded. The other members have what was found
   /// before.
   bool failed = false;

@@ -10,6 +10,9 @@ namespace tallow {
 /// empty when the tags do not have them.
 struct SongTags {
   bool found = false;  ///< the file has a tag of any kind
+  /// The file could not be opened, or the disk reported an error or did not answer in time. What
+  /// the tags say is then not known, and another attempt may succeed.
+  bool unread = false;
   std::string title = {};
   std::string artist = {};  ///< several artists are joined by "; "
   std::string album_artist = {};

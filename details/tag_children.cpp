@@ -79,18 +79,17 @@ TagChildren::Loan TagChildren::Borrow() {
 }
 
 SongTags TagChildren::Read(const std::string& path) {
-  std::optional<SongTags> tags = ReadPlainTags(path);
-  if (tags) return *std::move(tags);
+  if (auto plain = ReadPlainTags(path)) return *std::move(plain);
   if (AreAllBusy()) ReadTagBytes(path);
+  SongTags tags;
   {
     const Loan reader = Borrow();
     tags = reader->ReadTags(path);
   }
-  if (tags) return *std::move(tags);
   // If the child has not answered because the disk does not, neither does this call, and the caller
-  // can give it up. The song is then not taken for one without tags.
-  WaitForDisk(path);
-  return {};
+  // can give it up.
+  if (tags.unread) WaitForDisk(path);
+  return tags;
 }
 
 }  // namespace tallow

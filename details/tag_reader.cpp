@@ -246,10 +246,12 @@ SongDetails Read(const std::string& path, const ReadLimits& limits, Want want) {
     // short.
     is_broken = true;
   }
-  reading.details.failed = is_broken || stream.Overran();
+  const bool is_unread = !stream.isOpen() || stream.DiskFailed();
+  reading.details.failed = is_broken || is_unread || stream.Overran();
   reading.details.tags = std::move(reading.fields.tags);
+  reading.details.tags.unread = is_unread;
   reading.details.comment = std::move(reading.fields.comment);
-  reading.details.stamp = stamp;
+  if (!is_unread) reading.details.stamp = stamp;
   return std::move(reading.details);
 }
 

@@ -31,7 +31,7 @@ namespace tallow {
 
 /// Reads the tags alone, not the audio properties, so that hardly more than the tags is read.
 ///
-/// \returns the tags; no tags when the file cannot be opened
+/// \returns the tags; SongTags::unread when the file cannot be opened or read
 SongTags ReadSongTags(const std::string& path, const ReadLimits& limits = {});
 
 /// Reads the tags if the file is an MP3 file as IsPlainMp3 describes it. Such a file may be read in

@@ -178,7 +178,7 @@ bool FileAgainByTags(std::span<const std::int32_t> records, clsMain& library,
   std::size_t read = 0;
   GoOn go_on;
   if (progress) go_on = [&](std::string_view) { return progress(read, rows.size()); };
-  const SongTagReader reader(library, nullptr, read_tags, library.Switches().albums, true);
+  const SongTagReader reader(library, nullptr, read_tags, library.Switches().albums);
   bool is_complete = true;
   try {
     reader.Read(

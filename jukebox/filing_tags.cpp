@@ -54,12 +54,11 @@ SongTags TagsOfBlock(const TagBlock& block, bool with_album) {
 }
 
 SongTagReader::SongTagReader(clsMain& library, const TagCache* found_tags, ReadTags read,
-                             bool with_album, bool checks_untagged)
+                             bool with_album)
     : library_(library),
       found_tags_(with_album ? nullptr : found_tags),
       read_(library.Switches().newer_tags ? std::move(read) : ReadTags()),
-      with_album_(with_album),
-      checks_untagged_(checks_untagged) {}
+      with_album_(with_album) {}
 
 void SongTagReader::Read(const std::vector<std::int32_t>& rows,
                          const std::function<void(std::size_t, const ReadSong&)>& consume,
@@ -70,15 +69,13 @@ void SongTagReader::Read(const std::vector<std::int32_t>& rows,
       if (const auto found = found_tags_->Find(song.Folder(), song.Name())) return {found, {}};
     return {std::nullopt, song.Path()};
   };
-  const auto answer = [unanswered = library_.Unanswered(), read = read_, with_album = with_album_,
-                       checks_untagged =
-                           checks_untagged_](const TagQuestion& question) -> ReadSong {
+  const auto answer = [unanswered = library_.Unanswered(), read = read_,
+                       with_album = with_album_](const TagQuestion& question) -> ReadSong {
     if (question.known) return {true, false, TagsOfBlock(*question.known, with_album)};
     if (unanswered->Covers(question.path)) return {};
     if (read) {
       SongTags tags = read(question.path);
-      const bool has_failed = !tags.found && checks_untagged &&
-                              ReadTagBlock(question.path).result == TailResult::kFailed;
+      const bool has_failed = tags.unread;
       return {true, has_failed, std::move(tags)};
     }
     const TagBlock block = ReadTagBlock(question.path);

@@ -23,7 +23,7 @@ using ReadTags = std::function<SongTags(const std::string& path)>;
 /// What reading the tags of a song gave.
 struct ReadSong {
   bool is_answered = false;  ///< false: the song is on a drive that does not answer
-  bool has_failed = false;   ///< the file could not be read; see also `checks_untagged`
+  bool has_failed = false;   ///< the file could not be read, and may have tags
   SongTags tags;
 };
 
@@ -38,10 +38,7 @@ class SongTagReader {
   /// \param found_tags sealed cache of ID3v1 tags already read; null for none
   /// \param read       reads newer tags; empty: ID3v1 tags are read instead
   /// \param with_album whether albums and tracks are needed, which `found_tags` does not have
-  /// \param checks_untagged whether a file without newer tags is opened once more, to tell a file
-  ///                   without tags from one that cannot be read
-  SongTagReader(clsMain& library, const TagCache* found_tags, ReadTags read, bool with_album,
-                bool checks_untagged = false);
+  SongTagReader(clsMain& library, const TagCache* found_tags, ReadTags read, bool with_album);
 
   /// Reads the tags of songs ahead on worker threads and delivers them in the order of the rows.
   ///
@@ -56,7 +53,6 @@ class SongTagReader {
   const TagCache* found_tags_;
   ReadTags read_;  ///< empty for ID3v1 tags
   bool with_album_;
-  bool checks_untagged_;
 };
 
 }  // namespace tallow

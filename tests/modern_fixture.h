@@ -30,11 +30,11 @@ class ModernFilingTest : public LibraryTest {
   }
   SongTags& TagsOf(std::int32_t row) { return (*tags)[library.Song(row).Path()]; }
 
-  /// Reads the newer tags.
+  /// Reads the newer tags; other files cannot be read.
   ReadTags Reader() const {
     return [tags = tags](const std::string& path) {
       const auto found = tags->find(path);
-      return found == tags->end() ? SongTags() : found->second;
+      return found == tags->end() ? SongTags{.unread = true} : found->second;
     };
   }
 

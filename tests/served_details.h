@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
 #include <csignal>
 #include <cstddef>
 #include <cstdint>
@@ -8,6 +9,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "details/child_reader.h"
@@ -19,10 +21,12 @@ namespace tallow {
 
 // The test program is the child of the tests of ChildReader, when it is started with
 // kServeDetailsOption. It stands in for TagLib at files of these names, because no file is known at
-// which TagLib crashes, hangs or eats memory when it is used as tag_reader.cpp does.
+// which TagLib crashes, hangs or eats memory when it is used as tag_reader.cpp does, and at one for
+// a disk that does not answer.
 inline constexpr std::string_view kEndingName = "end.mp3";
 inline constexpr std::string_view kCrashingName = "crash.mp3";
 inline constexpr std::string_view kHangingName = "hang.mp3";
+inline constexpr std::string_view kWaitingName = "wait.mp3";
 inline constexpr std::string_view kHungryName = "hungry.mp3";
 inline constexpr std::string_view kBabblingName = "babble.mp3";
 
@@ -51,6 +55,7 @@ inline int ServeTests() {
       std::raise(SIGSEGV);
     }
     if (name == kHungryName) EatMemory();
+    while (name == kWaitingName) std::this_thread::sleep_for(std::chrono::seconds(1));
     volatile bool hangs = name == kHangingName;
     while (hangs) {
     }

@@ -39,6 +39,9 @@ class ChildProcess {
   /// ended and all of its output was read
   virtual std::optional<std::string> Read(std::chrono::milliseconds timeout) = 0;
 
+  /// How long the child has used a processor since it was started; 0 when that is not known.
+  virtual std::chrono::milliseconds ProcessorTime() const = 0;
+
  protected:
   ChildProcess() = default;
 };

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <array>
 #include <csignal>
+#include <ctime>
 #include <fstream>
 #include <poll.h>
 #include <spawn.h>
@@ -45,6 +46,14 @@ class LinuxChildProcess final : public ChildProcess {
         Retry([&] { return recv(socket_.descriptor(), buffer_.data(), buffer_.size(), 0); });
     if (got <= 0) return std::nullopt;
     return std::string(buffer_.data(), static_cast<std::size_t>(got));
+  }
+
+  std::chrono::milliseconds ProcessorTime() const override {
+    clockid_t clock{};
+    timespec used{};
+    if (clock_getcpuclockid(process_, &clock) != 0 || clock_gettime(clock, &used) != 0) return {};
+    return std::chrono::floor<std::chrono::milliseconds>(std::chrono::seconds(used.tv_sec) +
+                                                         std::chrono::nanoseconds(used.tv_nsec));
   }
 
  private:

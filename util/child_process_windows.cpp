@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <array>
+#include <ratio>
 #include <string>
 #include <utility>
 #include <vector>
@@ -158,6 +159,20 @@ class WindowsChildProcess final : public ChildProcess {
 
   std::optional<std::string> Read(std::chrono::milliseconds timeout) override {
     return from_child_.Read(timeout, process_.get());
+  }
+
+  std::chrono::milliseconds ProcessorTime() const override {
+    FILETIME created{};
+    FILETIME ended{};
+    FILETIME in_kernel{};
+    FILETIME in_process{};
+    if (!GetProcessTimes(process_.get(), &created, &ended, &in_kernel, &in_process)) return {};
+    using Ticks = std::chrono::duration<std::uint64_t, std::ratio<1, 10'000'000>>;
+    const auto ticks_of = [](const FILETIME& time) {
+      return Ticks((std::uint64_t{time.dwHighDateTime} << 32U) | time.dwLowDateTime);
+    };
+    return std::chrono::floor<std::chrono::milliseconds>(ticks_of(in_kernel) +
+                                                         ticks_of(in_process));
   }
 
  private:

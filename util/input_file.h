@@ -32,11 +32,16 @@ class InputFile {
   /// \returns how many bytes were read; 0 at the end of the file and when it cannot be read
   virtual std::size_t ReadAt(std::uint64_t offset, std::span<char> bytes) = 0;
 
+  /// Whether a read ended with an error of the disk, not at the end of the file.
+  bool HasFailed() const noexcept { return has_failed_; }
+
  protected:
   explicit InputFile(FileStamp stamp) noexcept : stamp_(stamp) {}
+  void SetFailed() noexcept { has_failed_ = true; }
 
  private:
   FileStamp stamp_;
+  bool has_failed_ = false;
 };
 
 }  // namespace tallow

@@ -22,6 +22,7 @@ class LinuxInputFile final : public InputFile {
         return pread(file_.descriptor(), bytes.data() + filled, bytes.size() - filled,
                      static_cast<off_t>(offset + filled));
       });
+      if (got < 0) SetFailed();
       if (got <= 0) break;
       filled += static_cast<std::size_t>(got);
     }

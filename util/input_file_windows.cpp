@@ -26,9 +26,11 @@ class WindowsInputFile final : public InputFile {
       DWORD got = 0;
       if (!ReadFile(file_.get(), bytes.data() + filled,
                     static_cast<DWORD>(std::min(bytes.size() - filled, kMaxAtOnce)), &got,
-                    &where) ||
-          got == 0)
+                    &where)) {
+        if (GetLastError() != ERROR_HANDLE_EOF) SetFailed();
         break;
+      }
+      if (got == 0) break;
       filled += got;
     }
     return filled;
