@@ -321,8 +321,12 @@ class clsMain : public SongRows {
   bool IsOnAwayDrive(std::int32_t row) const { return reasons_.IsDrive(table_.Facts(row).away); }
   void RecognizeReturned(std::int32_t old_count);
   void RecognizeLate();
-  /// The missing song that the file of a row is taken for; null for none.
-  const MissingSong* MissingSongLike(std::int32_t row);
+  /// Calls `accept` for each row from `first` whose file is taken for a missing song. If the row is
+  /// accepted, it gets the song's entries; its rank is set by `accept`.
+  ///
+  /// \param is_candidate whether the file of a row may be asked for its size
+  void ForReturned(std::int32_t first, const std::function<bool(std::int32_t row)>& is_candidate,
+                   const std::function<bool(std::int32_t row, const MissingSong& song)>& accept);
   std::int64_t SizeOf(std::int32_t row);
   std::vector<std::string> FoldersOf(bool away, std::int32_t first_row) const;
 

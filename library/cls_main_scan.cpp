@@ -292,30 +292,44 @@ void clsMain::DeleteIdenticalFileNamesAndPaths(std::int32_t& old_count) {
   Save();
 }
 
-const MissingSong* clsMain::MissingSongLike(std::int32_t row) {
-  const std::string_view name = table_.Cell(kFileName, row);
-  const std::int64_t size = SizeOf(row);
-  return switches_.songs_by_path
-             ? state_.Missing().OnlyOrIn(table_.Cell(kFileLocation, row), name, size)
-             : state_.Missing().Only(name, size);
+void clsMain::ForReturned(
+    std::int32_t first, const std::function<bool(std::int32_t row)>& is_candidate,
+    const std::function<bool(std::int32_t row, const MissingSong& song)>& accept) {
+  MissingSongs& missing = state_.Missing();
+  if (missing.size() == 0) return;
+  std::vector<char> is_back(static_cast<std::size_t>(table_.rows()) + 1);
+  const auto pass = [&](auto&& song_of) {
+    for (std::int32_t row = first; row <= table_.rows(); ++row) {
+      if (is_back[static_cast<std::size_t>(row)] != 0 ||
+          !missing.HasName(table_.Cell(kFileName, row)) || !is_candidate(row))
+        continue;
+      const MissingSong* const song = song_of(row);
+      if (song == nullptr || !accept(row, *song)) continue;
+      const std::int32_t number = song->number;
+      missing.CameBack(number, row);
+      returned_.push_back({number, row});
+      ++scan_.back;
+      is_back[static_cast<std::size_t>(row)] = 1;
+    }
+  };
+  // First, so that no copy elsewhere is taken for a song that is back in its place.
+  if (switches_.songs_by_path || HasNamesakes())
+    pass([&](std::int32_t row) {
+      return missing.In(table_.Cell(kFileLocation, row), table_.Cell(kFileName, row));
+    });
+  // The size is read only if a missing song has this name. Other sizes are read later, when a
+  // window is open.
+  pass([&](std::int32_t row) { return missing.Only(table_.Cell(kFileName, row), SizeOf(row)); });
 }
 
 void clsMain::RecognizeReturned(std::int32_t old_count) {
-  MissingSongs& missing = state_.Missing();
-  if (missing.size() == 0) return;
-  for (std::int32_t row = old_count + 1; row <= table_.rows(); ++row) {
-    // Read the size only if a missing song has this name. Other sizes are read later, when a window
-    // is open.
-    if (!missing.HasName(table_.Cell(kFileName, row))) continue;
-    const MissingSong* const song = MissingSongLike(row);
-    if (song == nullptr) continue;
-    const std::int32_t number = song->number;
-    table_.SetCell(kSongRank, row, song->rank);
-    missing.CameBack(number, row);
-    returned_.push_back({number, row});
-    ++scan_.back;
-    --scan_.new_songs;
-  }
+  ForReturned(
+      old_count + 1, [](std::int32_t) { return true; },
+      [this](std::int32_t row, const MissingSong& song) {
+        table_.SetCell(kSongRank, row, song.rank);
+        --scan_.new_songs;
+        return true;
+      });
 }
 
 std::int64_t clsMain::SizeOf(std::int32_t row) {
@@ -327,23 +341,18 @@ std::int64_t clsMain::SizeOf(std::int32_t row) {
 }
 
 void clsMain::RecognizeLate() {
-  MissingSongs& missing = state_.Missing();
-  if (missing.size() == 0) return;
   const std::size_t before = returned_.size();
-  for (std::int32_t row = 1; row <= table_.rows(); ++row) {
-    if (!missing.HasName(table_.Cell(kFileName, row)) || !IsPresent(row) || IsAway(row)) continue;
-    const MissingSong* const song = MissingSongLike(row);
-    // A song with a lower number is older than the missing song, so it is another song.
-    if (song == nullptr || song->number >= row) continue;
-    // Of two files that are alike, the other one was here before this one became missing.
-    if (HasNamesakes() && table_.Facts(row).added <= song->day) continue;
-    const std::int32_t number = song->number;
-    // Keep a rank that the user has set meanwhile.
-    if (table_.Cell(kSongRank, row) == kUnranked) table_.SetCell(kSongRank, row, song->rank);
-    missing.CameBack(number, row);
-    returned_.push_back({number, row});
-    ++scan_.back;
-  }
+  ForReturned(
+      1, [this](std::int32_t row) { return IsPresent(row) && !IsAway(row); },
+      [this](std::int32_t row, const MissingSong& song) {
+        // A song with a lower number is older than the missing song, so it is another song.
+        if (song.number >= row) return false;
+        // Of two files that are alike, the other one was here before this one became missing.
+        if (HasNamesakes() && table_.Facts(row).added <= song.day) return false;
+        // Keep a rank that the user has set meanwhile.
+        if (table_.Cell(kSongRank, row) == kUnranked) table_.SetCell(kSongRank, row, song.rank);
+        return true;
+      });
   if (returned_.size() > before) Save();
 }
 

@@ -78,14 +78,13 @@ const MissingSong* MissingSongs::Only(std::string_view name, std::int64_t size) 
   return size < 0 ? nullptr : OnlyOf(name, &size);
 }
 
-const MissingSong* MissingSongs::OnlyOrIn(std::string_view folder, std::string_view name,
-                                          std::int64_t size) const {
+const MissingSong* MissingSongs::In(std::string_view folder, std::string_view name) const {
   const auto [begin, end] = by_name_.equal_range(PathKey(name));
   for (auto place = begin; place != end; ++place) {
     const MissingSong& song = songs_[place->second];
     if (IsSamePathText(song.folder, folder)) return &song;
   }
-  return size < 0 ? nullptr : OnlyOf(name, &size);
+  return nullptr;
 }
 
 const MissingSong* MissingSongs::OnlyOfName(std::string_view name) const {

@@ -60,10 +60,9 @@ class MissingSongs {
   /// The only missing song with a name and size; null when there is none, or more than one. Names
   /// are compared as by IsSamePathText.
   const MissingSong* Only(std::string_view name, std::int64_t size) const;
-  /// The missing song with a name that was in the folder, whatever its size; without one, like
-  /// Only.
-  const MissingSong* OnlyOrIn(std::string_view folder, std::string_view name,
-                              std::int64_t size) const;
+  /// The missing song with a name that was in the folder, whatever its size; null when there is
+  /// none.
+  const MissingSong* In(std::string_view folder, std::string_view name) const;
   /// The only missing song with a name, whatever its size; null when there is none, or more than
   /// one.
   const MissingSong* OnlyOfName(std::string_view name) const;

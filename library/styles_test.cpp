@@ -213,6 +213,49 @@ TEST_F(Styles, OfTwoMissingTwinsTheOneAtItsPathComesBack) {
   EXPECT_EQ(library.Song(row_of(second)).Rank(), 6);
 }
 
+TEST_F(Styles, OfTwoMissingTwinsTheOneAtItsPathComesBackInTheClassicStyle) {
+  for (const char* const folder : {"one", "two"}) MakeFile(music / folder + kSeparator + "a.mp3");
+  for (const char* const folder : {"one", "two"}) MakeFile(music / folder + kSeparator + "x.mp3");
+  library.UseSwitches(kModernStyle);
+  Search();
+  const std::string first = library.Song(1).Path();
+  ASSERT_EQ(NameOfPath(first), "a.mp3");
+  library.Mp3Info(kSongRank, 1, "6");
+  library.UseSwitches(kClassicStyle);
+  for (const char* const folder : {"one", "two"})
+    fs::remove(fs::path(music / folder + kSeparator + "a.mp3"));
+  Search();
+  for (const char* const folder : {"one", "two"}) MakeFile(music / folder + kSeparator + "a.mp3");
+  Search();
+  std::map<std::string, std::int32_t> ranks;
+  for (const std::int32_t row : Listed())
+    ranks[library.Song(row).Path()] = library.Song(row).Rank();
+  EXPECT_EQ(ranks.at(first), 6);
+}
+
+TEST_F(Styles, ACopyDoesNotTakeTheRankOfTheSongThatIsBackInItsPlace) {
+  const std::string place = music / "x" + kSeparator + "a.mp3";
+  MakeFile(place);
+  MakeFile(music / "x" + kSeparator + "y.mp3");
+  MakeFile(music / "b" + kSeparator + "z.mp3");
+  library.UseSwitches(kModernStyle);
+  Search();
+  for (const std::int32_t row : Listed())
+    if (library.Song(row).Path() == place) library.Mp3Info(kSongRank, row, "6");
+  fs::remove(fs::path(place));
+  Search();
+  MakeFile(place);
+  // Its folder is searched first.
+  const std::string copy = music / "b" + kSeparator + "a.mp3";
+  MakeFile(copy);
+  Search();
+  std::map<std::string, std::int32_t> ranks;
+  for (const std::int32_t row : Listed())
+    ranks[library.Song(row).Path()] = library.Song(row).Rank();
+  EXPECT_EQ(ranks.at(place), 6);
+  EXPECT_EQ(ranks.at(copy), 2);
+}
+
 TEST_F(Styles, SwitchingToAndFroLosesNoNumberAndNoRank) {
   std::mt19937 random(7);
   std::map<std::string, std::int32_t> ranks;
