@@ -30,7 +30,7 @@ std::string BackupHint(const std::string& path) {
 
 std::string JukeboxFile::Encode(const FolderTree& folders, const std::vector<std::string>& columns,
                                 const clsMain& library) const {
-  return EncodeJukebox(folders, columns, library, absent_names_);
+  return EncodeJukebox(folders, columns, library, absent_names_, absent_places_);
 }
 
 bool JukeboxFile::Save(const std::string& path, const FolderTree& folders,
@@ -102,11 +102,13 @@ std::unique_ptr<LoadedJukebox> JukeboxFile::Decode(std::string_view bytes, const
   JukeboxContent content = DecodeJukebox(bytes);
   RelinkSongs(content, library, ask);
   SongNames absent_names = AbsentNames(content, library);
+  SongPlaces absent_places = AbsentPlaces(content, library);
   auto loaded = std::make_unique<LoadedJukebox>();
   FillTree(content, library, loaded->folders);
   loaded->columns = std::move(content.columns);
   path_ = path;
   absent_names_ = std::move(absent_names);
+  absent_places_ = std::move(absent_places);
   return loaded;
 }
 

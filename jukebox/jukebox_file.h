@@ -83,6 +83,7 @@ class JukeboxFile {
   std::string problem_;
   /// Songs that the file names but the library lacked when the file was loaded.
   SongNames absent_names_;
+  SongPlaces absent_places_;
   SavedContent content_;
 };
 

@@ -113,6 +113,11 @@ struct JukeboxContent {
     void Add(std::int32_t record, std::int64_t size) {
       songs_[record] = {folders_.size() - 1, size};
     }
+    /// Adds a number for the place of another one, if that has one.
+    void AddSame(std::int32_t record, std::int32_t other) {
+      if (const auto found = songs_.find(other); found != songs_.end())
+        songs_.insert_or_assign(record, Song(found->second));
+    }
     /// The returned text is valid until the next AddFolder.
     std::optional<Place> Find(std::int32_t record) const {
       const auto found = songs_.find(record);
@@ -137,5 +142,13 @@ struct JukeboxContent {
 
 /// Maps record numbers to file names of songs.
 using SongNames = std::unordered_map<std::int32_t, std::string>;
+
+/// Where the file of a song was, and its size.
+struct SongPlace {
+  std::string folder;      ///< ends in a separator
+  std::int64_t size = -1;  ///< in bytes; -1: not known
+};
+/// Maps record numbers to places of songs.
+using SongPlaces = std::unordered_map<std::int32_t, SongPlace>;
 
 }  // namespace tallow

@@ -307,6 +307,14 @@ SongNames AbsentNames(const JukeboxContent& content, const clsMain& library) {
   return absent;
 }
 
+SongPlaces AbsentPlaces(const JukeboxContent& content, const clsMain& library) {
+  SongPlaces absent;
+  for (const auto& [record, name] : AbsentNames(content, library))
+    if (const auto place = content.places.Find(record))
+      absent[record] = {std::string(place->folder), place->size};
+  return absent;
+}
+
 JukeboxContent DecodeJukebox(std::string_view bytes) {
   // A raw NUL is invalid in JSON (in a string it is escaped as \u0000). The parser would take it
   // for the end of the input.

@@ -20,6 +20,10 @@ JukeboxContent DecodeJukebox(std::string_view bytes);
 /// kept in case the library gets these songs again.
 SongNames AbsentNames(const JukeboxContent& content, const clsMain& library);
 
+/// The places in a file of the songs that AbsentNames returns. They must be kept as well, because
+/// two of these songs may have one name.
+SongPlaces AbsentPlaces(const JukeboxContent& content, const clsMain& library);
+
 /// Adds folders and songs to an empty tree. The entries have no labels yet; their icons show the
 /// ranks of the songs.
 void FillTree(const JukeboxContent& content, const clsMain& library, FolderTree& tree);

@@ -117,7 +117,8 @@ class PlacesText {
 }  // namespace
 
 std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>& columns,
-                          const clsMain& library, const SongNames& absent) {
+                          const clsMain& library, const SongNames& absent,
+                          const SongPlaces& absent_places) {
   std::string bytes = "{\"format\":\"" + std::string(kJukeboxFormat) + "\",\"version\":";
   AppendNumber(bytes, kJukeboxVersion);
   bytes += ",\n\"columns\":[";
@@ -143,10 +144,16 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
   const auto add_place = [&](std::int32_t record, std::string_view folder, std::int64_t size) {
     if (library.HasNamesakes()) places.Add(record, folder, size);
   };
+  const auto add_absent = [&](std::int32_t record) {
+    const auto name = absent.find(record);
+    if (name == absent.end()) return;
+    add(record, name->second);
+    if (const auto place = absent_places.find(record); place != absent_places.end())
+      places.Add(record, place->second.folder, place->second.size);
+  };
   for (std::size_t row = 1; row < used.rows.size(); ++row) {
     if (!used.rows[row]) continue;
     const auto record = static_cast<std::int32_t>(row);
-    const auto known = absent.find(record);
     const MissingSong* const missing = library.Missing().Find(record);
     if (const SongView song = library.Song(record); !song.IsMissing()) {
       add(record, song.Name());
@@ -154,12 +161,11 @@ std::string EncodeJukebox(const FolderTree& tree, const std::vector<std::string>
     } else if (missing != nullptr) {
       add(record, missing->name);
       add_place(record, missing->folder, missing->size);
-    } else if (known != absent.end()) {
-      add(record, known->second);
+    } else {
+      add_absent(record);
     }
   }
-  for (const std::int32_t record : used.unknown_rows)
-    if (const auto known = absent.find(record); known != absent.end()) add(record, known->second);
+  for (const std::int32_t record : used.unknown_rows) add_absent(record);
   bytes += '}';
   places.AppendTo(bytes);
   bytes += "}\n";

@@ -39,9 +39,14 @@ class SongLinks {
     const auto found = RowsByPath().find(PathKey(std::string(place.folder) + std::string(name)));
     if (found != RowsByPath().end()) return found->second;
     if (place.size == kUnknownSize) return IsNamed(record, name) ? record : ByName(name);
-    if (IsNamed(record, name) && SizeOf(record) == place.size) return record;
+    if (IsNamed(record, name)) {
+      // A size that was lost with the library's companion file is not read here.
+      const std::int64_t size = SizeOf(record);
+      if (size == place.size || size == kUnknownSize) return record;
+    }
     if (const std::int32_t row = OnlyRow(name, place.size)) return row;
-    const MissingSong* const song = library_.Missing().OnlyOrIn(place.folder, name, place.size);
+    const MissingSong* song = library_.Missing().In(place.folder, name);
+    if (song == nullptr) song = library_.Missing().Only(name, place.size);
     return song != nullptr ? song->number : 0;
   }
 
@@ -162,6 +167,13 @@ class PlaceholderGenerator {
   std::int32_t last_ = kFirstPlaceholder + 1;
 };
 
+/// A placeholder for a song of a jukebox file.
+struct AddedPlaceholder {
+  std::int32_t number;
+  std::int32_t in_file;  ///< the number in the file
+  std::string name;
+};
+
 /// Whether an entry whose name matches no song can keep its number: the number must be a
 /// placeholder, or a row of the library without a present song.
 bool CanKeepNumber(std::int32_t record, const clsMain& library) {
@@ -176,7 +188,7 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const ResolveC
   const bool use_numbers = AskWhetherToUseNumbers(content.names, library, ask);
   const SongLinks links(library);
   std::unordered_map<std::int32_t, std::int32_t> new_numbers;
-  std::vector<std::pair<std::int32_t, std::string>> added_names;
+  std::vector<AddedPlaceholder> added;
   PlaceholderGenerator placeholders(content);
   const std::size_t count = content.names.size();
   for (std::size_t k = 0; k < count; ++k) {
@@ -191,7 +203,8 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const ResolveC
     else if (!links.IsNamed(now, name))
       linked = links.ByName(name);
     if (linked == 0) linked = CanKeepNumber(now, library) ? now : placeholders.Next();
-    if (IsPlaceholder(linked) && linked != record) added_names.emplace_back(linked, name);
+    if (IsPlaceholder(linked) && linked != record)
+      added.push_back({linked, record, std::string(name)});
     // If a number has two names, the last one is used.
     new_numbers.erase(record);
     if (linked != record) new_numbers[record] = linked;
@@ -200,7 +213,10 @@ void RelinkSongs(JukeboxContent& content, const clsMain& library, const ResolveC
   for (const MissingSong& song : library.Missing().Songs())
     if (song.now != 0) new_numbers.emplace(song.number, library.Missing().NumberNow(song.number));
   if (new_numbers.empty()) return;
-  for (const auto& [record, name] : added_names) content.names.Add(record, name);
+  for (const auto& [record, old, name] : added) {
+    content.names.Add(record, name);
+    content.places.AddSame(record, old);
+  }
   for (JukeboxContent::Folder& folder : content.folders)
     for (std::int32_t& song : folder.songs)
       if (const auto found = new_numbers.find(song); found != new_numbers.end())

@@ -46,7 +46,8 @@ inline constexpr bool IsPlaceholder(std::int32_t record) { return record <= kFir
 /// If the user has used the modern style, in which several songs may have one file name, and the
 /// file has the place of a song, the song is the one at that path. Otherwise it is the one with the
 /// number, if its name and size are those in the file, or else the only one with that name and
-/// size. The rules above hold for songs without a place.
+/// size. A size that is not known is not compared with that of the number's song, and without a
+/// size in the file, or a place, the rules above hold.
 ///
 /// \param ask called once if numbers were repaired after the jukebox was saved and the jukebox has
 ///            songs whose numbers were confused; may be empty. Without an answer the names are
