@@ -30,7 +30,7 @@ cd build/coverage
 lcov --quiet --capture --no-external --base-directory "$root" --directory . --output-file all.info 2> lcov.log ||
   { cat lcov.log; exit 1; }
 folders=()
-for folder in util library jukebox player app ui; do folders+=("$root/$folder/*"); done
+for folder in util library details jukebox player app ui; do folders+=("$root/$folder/*"); done
 lcov --quiet --extract all.info "${folders[@]}" "$root/main.cpp" --output-file tests.info
 lcov --quiet --remove tests.info '*_test.cpp' --output-file trace.info
 genhtml --quiet --prefix "$root" --output-directory html trace.info
