@@ -25,8 +25,9 @@ constexpr std::size_t kYearBytes = 4;
 constexpr std::size_t kTrackInComment = 29;
 
 std::string TextAt(const TagBlock& block, std::size_t at, std::size_t length) {
-  const std::string text = DecodeTagField({block.bytes.data() + at, length});
-  return std::string(Trim(StripAtNul(text)));
+  // What lies behind the first NUL says nothing about the encoding of the text.
+  const std::string text = DecodeTagField(StripAtNul({block.bytes.data() + at, length}));
+  return std::string(Trim(text));
 }
 
 /// Request for the tags of a song.

@@ -14,7 +14,7 @@
 #include "jukebox/sorting.h"
 #include "jukebox/special_folders.h"
 #include "library/cls_main.h"
-#include "library/mp3_tag_editor.h"
+#include "tests/literal_tag.h"
 #include "util/like.h"
 #include "util/natural_order.h"
 #include "util/number.h"
@@ -118,14 +118,13 @@ class LiteralFiling {
   SongTags TagsOf(std::int32_t row) const {
     const std::string path = library_.Song(row).Path();
     if (switches_.newer_tags && newer_) return newer_(path);
-    MP3TagEditor editor;
-    editor.LoadMP3(path);
+    const LiteralTag tag(path);
     SongTags tags;
-    tags.found = editor.TagExists();
-    tags.artist = Trim(editor.Artist().c_str());
-    tags.album = Trim(editor.Album().c_str());
-    tags.date = Trim(editor.Year().c_str());
-    tags.genre = GenreNameFromID(editor.Genra());
+    tags.found = tag.found;
+    tags.artist = tag.artist;
+    tags.album = tag.album;
+    tags.date = tag.year;
+    tags.genre = GenreNameFromID(tag.genra);
     return tags;
   }
 
