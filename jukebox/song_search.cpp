@@ -2,24 +2,32 @@
 #include "jukebox/song_search.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "jukebox/folder_tree.h"
+#include "jukebox/set_aside_folders.h"
 #include "library/cls_main.h"
 #include "util/text.h"
 
 namespace tallow {
 namespace {
 
-void AppendFolders(std::vector<Folder*>& to, Folder& folder) {
+/// \param hidden folders to leave out together with all folders below them
+void AppendFolders(std::vector<Folder*>& to, Folder& folder,
+                   const std::unordered_set<const Folder*>& hidden) {
+  if (hidden.contains(&folder)) return;
   to.push_back(&folder);
-  for (std::int32_t k = 0; k < folder.Children(); ++k) AppendFolders(to, folder.ChildAt(k));
+  for (std::int32_t k = 0; k < folder.Children(); ++k) AppendFolders(to, folder.ChildAt(k), hidden);
 }
 
-/// Returns all folders in tree order, parents before children.
-std::vector<Folder*> FoldersOf(const FolderTree& tree) {
+/// Returns all folders that the tree shows, in tree order, parents before children.
+std::vector<Folder*> FoldersOf(const FolderTree& tree, const clsMain& library) {
+  const std::vector<const Folder*> set_aside = FoldersSetAside(tree, library);
+  const std::unordered_set<const Folder*> hidden(set_aside.begin(), set_aside.end());
   std::vector<Folder*> folders;
   folders.reserve(static_cast<std::size_t>(tree.Count()));
-  for (std::int32_t k = 0; k < tree.Children(); ++k) AppendFolders(folders, tree.ChildAt(k));
+  for (std::int32_t k = 0; k < tree.Children(); ++k)
+    AppendFolders(folders, tree.ChildAt(k), hidden);
   return folders;
 }
 
@@ -47,7 +55,8 @@ void SongSearch::LookFor(std::string_view text) { last_looked_for_ = ToLower(tex
 SongSearch::Result SongSearch::FindNext(std::string_view text, const FolderTree& tree,
                                         const Folder& selected, const clsMain& library) {
   LookFor(text);
-  const std::vector<Folder*> folders = FoldersOf(tree);
+  const std::vector<Folder*> folders = FoldersOf(tree, library);
+  if (folders.empty()) return EndSearch();
   matches_.assign(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1, Match::kUnknown);
   // Folders may have been removed since the last step, so the saved indexes may be out of range.
   if (start_ >= folders.size() || current_ >= folders.size()) first_run_ = true;

@@ -14,7 +14,7 @@ class clsMain;
 
 /// Searches for songs by a part of their file names, folder by folder in tree order, one match per
 /// step. After the last folder the search wraps around to the first, and it ends after searching
-/// the starting folder again.
+/// the starting folder again. Folders and songs that the switches set aside are passed over.
 class SongSearch {
  public:
   /// True once the search has left its starting folder. The next visit of that folder ends the

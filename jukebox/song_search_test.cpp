@@ -97,6 +97,42 @@ TEST_F(Search, RemovingTheCurrentFolderStartsANewSearch) {
   EXPECT_EQ(Next("apple", a), "a 0");
 }
 
+TEST_F(Search, PassesOverFoldersAndSongsThatTheStyleDoesNotShow) {
+  AddSong("/m/", "Apple.flac");
+  const std::int32_t other = library.UBoundOfMp3Array();
+  library.UseSwitches(kClassicStyle);
+  const Folder& a = Add("a", {other, 1});
+  Folder& album = Add("Album", {});
+  album.Automatic(true);
+  Add("Hits", {1}, &album);
+  Folder& artist = Add("Artist", {});
+  Add("only other formats", {other}, &artist);
+  const Folder& last = Add("last", {3});
+  EXPECT_EQ(Next("apple", a), "a 1");
+  EXPECT_EQ(Next("apple", a), "last 0");
+  EXPECT_EQ(Next("apple", a), "a 1");
+  EXPECT_EQ(Next("apple", a), "");
+  library.UseSwitches(kModernStyle);
+  EXPECT_EQ(Next("apple", a), "a 0");
+  EXPECT_EQ(Next("apple", a), "a 1");
+  EXPECT_EQ(Next("apple", a), "Hits 0");
+  EXPECT_EQ(Next("apple", a), "only other formats 0");
+  EXPECT_EQ(Next("apple", a), "last 0");
+  // The folder found last is no longer shown.
+  search.FirstRun(true);
+  EXPECT_EQ(Next("apple", artist), "only other formats 0");
+  library.UseSwitches(kClassicStyle);
+  EXPECT_EQ(Next("apple", last), "last 0");
+}
+
+TEST_F(Search, EndsAtOnceWithoutAShownFolder) {
+  AddSong("/m/", "Apple.flac");
+  library.UseSwitches(kClassicStyle);
+  Folder& album = Add("Album", {1});
+  album.Automatic(true);
+  EXPECT_EQ(Next("apple", album), "");
+}
+
 /// Reference implementation: the same search without caching.
 class ReferenceSearch {
  public:
