@@ -58,9 +58,8 @@ else()
   endif()
 
   # What its script does with the inputs that the fuzzer finds.
-  add_test(NAME fuzz.keeps_what_is_found
-           COMMAND ${CMAKE_SOURCE_DIR}/tests/fuzz/read_tags_test.sh
-                   ${CMAKE_BINARY_DIR}/tests/fuzz_tags_script)
+  add_test(NAME fuzz.keeps_what_is_found COMMAND ${CMAKE_SOURCE_DIR}/tests/fuzz/read_tags_test.sh
+                                                 ${CMAKE_BINARY_DIR}/tests/fuzz_tags_script)
   set_tests_properties(fuzz.keeps_what_is_found PROPERTIES TIMEOUT 60)
 
   # The same tests as a Windows program under Wine, if the preset "windows-core" has been built.
