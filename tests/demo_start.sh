@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: GPL-3.0-or-later
 # Starts the built program twice on a virtual display over the demo collection, each time with the
-# probe loaded, and compares the reports of the probe. Keeps a picture of each start.
+# probe loaded, and compares the reports of the probe. Keeps a picture of each start. Then adds the
+# newer songs, as ./run.sh --demo does, and checks the bar that tells of them.
 #
 # Usage: demo_start.sh PROGRAM PLUGINS FOLDER
 set -euo pipefail
@@ -61,6 +62,28 @@ done
 if kill -0 "$tallow" 2> /dev/null; then
   echo "Tallow did not end on SIGTERM."
   kill -9 "$tallow"
+  exit 1
+fi
+
+# The collection of ./run.sh --demo, with the newer songs, in folders of its own.
+rm -rf "$folder/app-with-newer" "$folder/bar.txt"
+mkdir -p "$folder/app-with-newer"
+"$here/../packaging/make-demo-collection.sh" "$folder/music-with-newer"
+"$here/../packaging/add-newer-demo-songs.sh" "$folder/music-with-newer"
+bar="7 of 67 songs carry only newer tags, 1 was left out because a song of that file name is there, "
+bar+="2 are of other formats."
+TALLOW_PROBE_BAR=$folder/bar.txt \
+  "$program" --app-folder "$folder/app-with-newer" --drive "$folder/music-with-newer" &
+tallow=$!
+for _ in $(seq 300); do
+  [ "$(cat "$folder/bar.txt" 2> /dev/null)" != "$bar" ] || break
+  sleep 0.1
+done
+import -window root "$folder/bar.png"
+kill -TERM "$tallow"
+wait "$tallow" || :
+if [ "$(cat "$folder/bar.txt")" != "$bar" ]; then
+  echo "The bar over the demo collection says: $(cat "$folder/bar.txt")"
   exit 1
 fi
 

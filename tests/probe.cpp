@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <optional>
+#include <utility>
+
 #include <QAbstractButton>
 #include <QApplication>
 #include <QFile>
@@ -19,6 +22,9 @@ namespace {
 /// Runs inside the program under test: waits for the frame window, uses it as a user would, and
 /// writes what it shows to the file named by TALLOW_PROBE_REPORT, one item per line. Then ends the
 /// program.
+///
+/// If TALLOW_PROBE_BAR names a file, it only watches: the file always has the text of the bar that
+/// tells what the classic style leaves out, or is empty while there is no bar.
 class Probe : public QObject {
  public:
   Probe() {
@@ -41,6 +47,7 @@ class Probe : public QObject {
         frame = qobject_cast<QMainWindow*>(window);
     }
     if (frame == nullptr) return;
+    if (!bar_file_.isEmpty()) return ReportBar(*frame);
     auto* const tree = Find<QTreeView>(frame, "TreeView");
     auto* const list = Find<QTableView>(frame, "ListView");
     if (tree == nullptr || list == nullptr || list->model()->rowCount() == 0) return;
@@ -118,12 +125,22 @@ class Probe : public QObject {
     }
   }
 
+  void ReportBar(const QMainWindow& frame) {
+    const auto* const label = Find<QLabel>(&frame, "lblStyleBar");
+    const QString text = label->isVisible() ? label->text() : QString();
+    if (std::exchange(bar_text_, text) == text) return;
+    QFile file(bar_file_);
+    if (file.open(QIODevice::WriteOnly)) file.write(text.toUtf8());
+  }
+
   static QString Header(const QTableView& list) {
     return list.model()->headerData(0, Qt::Horizontal).toString();
   }
 
   QTimer timer_;
   bool reported_ = false;
+  const QString bar_file_ = qEnvironmentVariable("TALLOW_PROBE_BAR");
+  std::optional<QString> bar_text_;  ///< reported last
 };
 
 class ProbePlugin : public QGenericPlugin {
