@@ -60,7 +60,7 @@ add_test(NAME program.end_to_end COMMAND ${CMAKE_SOURCE_DIR}/tests/end_to_end.sh
                                          $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/end_to_end)
 add_test(NAME program.switches_its_style
          COMMAND ${CMAKE_SOURCE_DIR}/tests/modern_style.sh $<TARGET_FILE:tallow>
-                 ${CMAKE_BINARY_DIR}/tests/modern_style)
+                 ${CMAKE_BINARY_DIR}/tests/plugins ${CMAKE_BINARY_DIR}/tests/modern_style)
 add_test(NAME program.keeps_songs_of_drives_that_are_away
          COMMAND ${CMAKE_SOURCE_DIR}/tests/away.sh $<TARGET_FILE:tallow>
                  ${CMAKE_BINARY_DIR}/tests/away)
