@@ -256,7 +256,7 @@ void DetailsStore::Put(const std::string& path, const SongDetails& details) {
     BindDetails(put, details);
     put.Step();
     is_empty_ = false;
-    if (Now() - last_commit_ >= kCommitEvery) CommitLocked();
+    CommitIfDueLocked();
   } catch (const DatabaseError& error) {
     HandleLocked(error);
   }
@@ -272,10 +272,11 @@ std::size_t DetailsStore::HashOf(std::string_view path) noexcept {
   return std::hash<std::string_view>()(path);
 }
 
-void DetailsStore::DropGone(std::vector<std::size_t> present, std::int64_t today) {
+void DetailsStore::DropGone(std::vector<std::size_t> present, std::int64_t today,
+                            const std::function<bool()>& stopped) {
   std::ranges::sort(present);
   std::string last;
-  for (;;) {
+  while (!stopped || !stopped()) {
     const std::lock_guard lock(mutex_);
     if (opened_ == nullptr || !can_write_) return;
     try {
@@ -306,7 +307,7 @@ bool DetailsStore::DropSomeGoneLocked(const std::vector<std::size_t>& present, s
       Run(opened_->database, kDrop, row.path);
     }
   }
-  CommitLocked();
+  CommitIfDueLocked();
   if (!rows.empty()) last = rows.back().path;
   return !rows.empty();
 }
@@ -316,6 +317,10 @@ void DetailsStore::CommitLocked() {
   opened_->database.Execute("COMMIT");
   has_transaction_ = false;
   last_commit_ = Now();
+}
+
+void DetailsStore::CommitIfDueLocked() {
+  if (Now() - last_commit_ >= kCommitEvery) CommitLocked();
 }
 
 void DetailsStore::Commit() {

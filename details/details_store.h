@@ -69,12 +69,16 @@ class DetailsStore {
   void Put(const std::string& path, const SongDetails& details);
 
   /// Drops the details of files that were not there for kDropAfterDays, and marks those that are
-  /// not there now, so that the database does not grow for ever. Commits.
+  /// not there now, so that the database does not grow for ever. This is on the disk as that of Put
+  /// is.
   ///
   /// \param present HashOf() of the paths that are there; two paths of one hash only keep details
   ///        for longer
   /// \param today   the day, from 1970
-  void DropGone(std::vector<std::size_t> present, std::int64_t today);
+  /// \param stopped called every few milliseconds; true ends the call, and the next one goes on.
+  ///        May be empty
+  void DropGone(std::vector<std::size_t> present, std::int64_t today,
+                const std::function<bool()>& stopped = {});
   static std::size_t HashOf(std::string_view path) noexcept;
 
   /// Commits what was stored.
@@ -93,6 +97,8 @@ class DetailsStore {
   void OpenLocked();
   void BeginLocked();
   void CommitLocked();
+  /// Commits when the last commit is long enough ago.
+  void CommitIfDueLocked();
   /// A step of DropGone. \param last the last path of the step before; becomes that of this step
   /// \returns false after the last row
   bool DropSomeGoneLocked(const std::vector<std::size_t>& present, std::int64_t today,

@@ -205,6 +205,59 @@ TEST_F(Store, DetailsOfFilesThatAreGoneForLongAreDropped) {
   EXPECT_TRUE(store_.TakeProblems().empty());
 }
 
+/// The number of commits that changed a database.
+std::uint32_t CommitsOf(const std::string& path) {
+  const std::string bytes = ReadWholeFile(path).value();
+  std::uint32_t commits = 0;
+  // The file change counter of SQLite's header, big-endian.
+  for (std::size_t k = 24; k < 28; ++k)
+    commits = commits * 256 + static_cast<unsigned char>(bytes.at(k));
+  return commits;
+}
+
+TEST_F(Store, DroppingCommitsOnceASecondAtMost) {
+  store_.Open(path_);
+  for (int k = 0; k < 5000; ++k) store_.Put("/m/" + std::to_string(k), Details(7, "a"));
+  store_.Commit();
+  // All is dropped within one second.
+  std::uint32_t commits = CommitsOf(path_);
+  store_.DropGone({}, 20'000);
+  store_.DropGone({}, 20'000 + kDropAfterDays);
+  EXPECT_EQ(CommitsOf(path_), commits);
+  EXPECT_FALSE(store_.Find("/m/7", Details(7, "a").stamp));
+  store_.Commit();
+  EXPECT_EQ(CommitsOf(path_), commits + 1);
+}
+
+TEST_F(Store, LongDroppingCommitsEachSecond) {
+  store_.Open(path_);
+  for (int k = 0; k < 5000; ++k) store_.Put("/m/" + std::to_string(k), Details(7, "a"));
+  store_.Commit();
+  const std::uint32_t commits = CommitsOf(path_);
+  // Ten parts of the rows, and a question before each and after the last.
+  int asked = 0;
+  store_.DropGone({}, 20'000, [&] {
+    now_ += std::chrono::milliseconds(kCommitEvery) / 4;
+    ++asked;
+    return false;
+  });
+  EXPECT_EQ(asked, 11);
+  EXPECT_EQ(CommitsOf(path_), commits + 2);
+}
+
+TEST_F(Store, DroppingEndsWhenItIsStopped) {
+  store_.Open(path_);
+  for (int k = 0; k < 2000; ++k) store_.Put("/m/" + std::to_string(k), Details(7, "a"));
+  int asked = 0;
+  store_.DropGone({}, 20'000, [&] { return ++asked == 2; });
+  EXPECT_EQ(asked, 2);
+  store_.Close();
+  const Database database(path_);
+  Statement marked(database.get(), "SELECT count(*) FROM gone");
+  ASSERT_TRUE(marked.Step());
+  EXPECT_EQ(marked.Number(0), 500);
+}
+
 TEST_F(Store, AgreesWithAMapOnRandomCalls) {
   std::mt19937 random(5);
   std::map<std::string, SongDetails> expected;
