@@ -184,6 +184,16 @@ std::vector<StyleFindings> ListStyleFindings(const Tallow& tallow) {
   return lists;
 }
 
+std::string UnreadableNotice::Update(std::size_t songs) {
+  constexpr std::string_view kKey = "unreadableSongs";
+  const auto count = static_cast<std::int64_t>(songs);
+  if (was_shown_ || count <= std::max<std::int64_t>(preferences_.Get<std::int64_t>(kKey, 0), 0))
+    return {};
+  was_shown_ = true;
+  preferences_.Set<std::int64_t>(kKey, count);
+  return Counted(count, "song", "songs") + " could not be read completely (click for the list)";
+}
+
 bool StyleHint::HasGrown(std::int64_t StyleCounts::*count, const char* key) const {
   return counts_.*count > std::max<std::int64_t>(preferences_.Get<std::int64_t>(key, 0), 0);
 }

@@ -71,6 +71,22 @@ struct StyleFindings {
 /// with rows. Valid until the library changes.
 std::vector<StyleFindings> ListStyleFindings(const Tallow& tallow);
 
+/// Decides when the user is told of songs that could not be read: in both styles, once a run, and
+/// only of more songs than the last time.
+class UnreadableNotice {
+ public:
+  /// \param preferences keeps the number of the last time; has to outlive this object
+  explicit UnreadableNotice(Preferences& preferences) : preferences_(preferences) {}
+
+  /// \param songs how many songs could not be read, once all others are
+  /// \returns the line to show; empty for none
+  std::string Update(std::size_t songs);
+
+ private:
+  Preferences& preferences_;
+  bool was_shown_ = false;
+};
+
 /// Decides when the counts are shown to the user: in classic style, when there is something to say,
 /// at most once in a run, and not before a count has grown since the user has declined. Not in a
 /// run that had another style.

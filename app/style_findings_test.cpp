@@ -234,6 +234,20 @@ TEST_F(StyleFindingsTest, NamesWhatCouldNotBeRead) {
                          {"Could not be read completely (1)", {music / "a.mp3" + "|"}}}));
 }
 
+TEST_F(StyleFindingsTest, SongsThatCouldNotBeReadAreToldOnceARunAndWhenThereAreMore) {
+  tallow.preferences.Load(PreferencesPath(application.path()));
+  UnreadableNotice notice(tallow.preferences);
+  EXPECT_EQ(notice.Update(0), "");
+  EXPECT_EQ(notice.Update(1), "1 song could not be read completely (click for the list)");
+  EXPECT_EQ(notice.Update(5), "");
+  Preferences next;
+  next.Load(PreferencesPath(application.path()));
+  EXPECT_EQ(UnreadableNotice(next).Update(1), "");
+  EXPECT_EQ(UnreadableNotice(next).Update(3),
+            "3 songs could not be read completely (click for the list)");
+  EXPECT_EQ(UnreadableNotice(next).Update(3), "");
+}
+
 class StyleHintTest : public LibraryTest {
  protected:
   StyleHintTest() { Load(tallow.preferences); }

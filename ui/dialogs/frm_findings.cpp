@@ -30,11 +30,12 @@ std::string SongCount(std::int32_t songs) {
 }  // namespace
 
 frmFindings::frmFindings(clsMain& library, ShowMessage show, std::function<void()> forgotten,
-                         QWidget* parent)
+                         QWidget* parent, std::vector<std::int32_t> unreadable)
     : QDialog(parent),
       library_(library),
       show_(std::move(show)),
       forgotten_(std::move(forgotten)),
+      unreadable_(std::move(unreadable)),
       list_(new QTreeWidget(this)),
       forget_(new QPushButton(tr("&Forget Songs of This Drive..."), this)) {
   setObjectName(QStringLiteral("frmFindings"));
@@ -112,7 +113,12 @@ void frmFindings::Fill() {
     for (const LeftOutFile& file : files)
       add(left_out, DisplayText(file.path), tr("kept instead: ") + DisplayText(file.stands_for_it));
   }
-  if (places.empty() && files.empty() && unread.empty())
+  if (!unreadable_.empty()) {
+    QTreeWidgetItem* const above = heading(tr("Songs that could not be read completely"));
+    for (const std::int32_t record : unreadable_)
+      if (library_.IsPresent(record)) add(above, DisplayText(library_.Song(record).Path()), {});
+  }
+  if (places.empty() && files.empty() && unread.empty() && unreadable_.empty())
     heading(tr("Nothing is away, and nothing was left out."));
   list_->expandAll();
   list_->header()->resizeSection(0, list_->minimumWidth() / 2);

@@ -34,7 +34,8 @@ FrameDetails::FrameDetails(QWidget& frame, StyleBar& bar, QStatusBar& status, Ta
       style_chosen_(std::move(style_chosen)),
       progress_(new QLabel(&status)),
       counter_(tallow),
-      hint_(tallow.preferences) {
+      hint_(tallow.preferences),
+      unreadable_(tallow.preferences) {
   progress_->setObjectName(QStringLiteral("lblDetailsProgress"));
   progress_->hide();
   // At the right of the status bar, so that its messages stay.
@@ -67,8 +68,20 @@ void FrameDetails::Poll() {
   const int interval = tallow_.details.IsReading() ? kTakeEvery : kLookEvery;
   if (timer_.interval() != interval) timer_.setInterval(interval);
   messages_.AddNotice(tallow_.details.TakeProblems());
+  TellUnreadable();
   ShowProgress();
   ShowBar();
+}
+
+void FrameDetails::TellUnreadable() {
+  const bool is_reading = tallow_.details.IsReading();
+  const bool has_ended = std::exchange(was_reading_, is_reading) && !is_reading;
+  if (!has_ended) return;
+  const std::string line = unreadable_.Update(tallow_.details.Unreadable().size());
+  if (line.empty()) return;
+  std::vector<std::string> lines = tallow_.TakeProblems();
+  lines.insert(lines.begin(), line);
+  messages_.AddNotice(std::move(lines));
 }
 
 void FrameDetails::ShowProgress() {

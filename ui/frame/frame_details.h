@@ -44,6 +44,8 @@ class FrameDetails : public QObject {
 
  private:
   void Poll();
+  /// Tells of songs that could not be read, when the filling has ended.
+  void TellUnreadable();
   void ShowProgress();
   void ShowBar();
   void HideBar();
@@ -61,6 +63,8 @@ class FrameDetails : public QObject {
   QTimer timer_;
   StyleCounter counter_;
   StyleHint hint_;
+  UnreadableNotice unreadable_;
+  bool was_reading_ = true;  ///< at the last Poll
 };
 
 }  // namespace tallow

@@ -2,6 +2,7 @@
 #include "ui/frame/frame_details.h"
 
 #include <atomic>
+#include <filesystem>
 
 #include <QDialog>
 #include <QLabel>
@@ -11,12 +12,15 @@
 #include <QThread>
 #include <QTimer>
 #include <QTreeView>
+#include <QTreeWidget>
+#include <QTreeWidgetItemIterator>
 
 #include "tests/frame_fixture.h"
 #include "tests/id3v2_tag.h"
 #include "tests/tagged_file.h"
 #include "tests/wait_until.h"
 #include "ui/frame/style_bar.h"
+#include "ui/support/qt_path.h"
 
 namespace tallow {
 namespace {
@@ -262,6 +266,53 @@ TEST_F(FrameDetailsTest, WorkThatDisablesTheFrameIsNotInterrupted) {
   frame.setEnabled(true);
   Finish();
   EXPECT_EQ(tallow.details.SongsWithOnlyNewerTags(), 1);
+}
+
+/// The lines of the list that a click on the status bar opens.
+QStringList LinesAfterAClick(QStatusBar& bar) {
+  QStringList lines;
+  QTest::mouseClick(&bar, Qt::LeftButton, {}, QPoint(30, 5));
+  QTimer::singleShot(0, [&lines] {
+    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    const auto* const list = dialog->findChild<QTreeWidget*>(QStringLiteral("lstFindings"));
+    for (QTreeWidgetItemIterator item(const_cast<QTreeWidget*>(list)); *item != nullptr; ++item)
+      lines.append((*item)->text(0));
+    dialog->reject();
+  });
+  QCoreApplication::processEvents();
+  QCoreApplication::processEvents();
+  return lines;
+}
+
+TEST_F(FrameDetailsTest, TheStatusBarTellsOfSongsThatCouldNotBeReadInBothStyles) {
+  music.File("b.mp3", Id3v2Tag({{"TIT2", "Title"}}) + Audio(300));
+  for (const Style style : {Style::kClassic, Style::kModern}) {
+    MakeNewerSong();
+    tallow.preferences.Set<std::int64_t>("unreadableSongs", 0);
+    tallow.preferences.SetStyle(style);
+    frmMDIForm1 window(tallow, link, searches, messages.Shower());
+    window.show();
+    std::filesystem::remove(music / "a.mp3");
+    window.Details().Start();
+    ASSERT_TRUE(WaitUntil([&] {
+      window.Details().Changed();
+      return !window.statusBar()->currentMessage().isEmpty();
+    }));
+    EXPECT_EQ(window.statusBar()->currentMessage(),
+              "1 song could not be read completely (click for the list)");
+    EXPECT_EQ(window.statusBar()->cursor().shape(), Qt::PointingHandCursor);
+    EXPECT_EQ(LinesAfterAClick(*window.statusBar()),
+              (QStringList{"Songs that could not be read completely", QtPath(music / "a.mp3")}));
+    // Once a run, also after a search.
+    window.statusBar()->clearMessage();
+    window.Details().Changed();
+    ASSERT_TRUE(WaitUntil([&] {
+      window.Details().Changed();
+      return !tallow.details.IsReading();
+    }));
+    EXPECT_EQ(window.statusBar()->currentMessage(), "");
+  }
 }
 
 }  // namespace

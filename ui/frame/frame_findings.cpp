@@ -43,7 +43,7 @@ void FrameFindings::SaveSizes() {
 
 bool FrameFindings::HasFindings() const {
   return !tallow_.library.LeftOut().empty() || !tallow_.library.AwayPlaces().empty() ||
-         !tallow_.library.UnreadFoldersNow().empty();
+         !tallow_.library.UnreadFoldersNow().empty() || !tallow_.details.Unreadable().empty();
 }
 
 QString FrameFindings::FullText() const {
@@ -96,7 +96,7 @@ void FrameFindings::ShowList() {
         for (Jukebox* const jukebox : jukeboxes_()) jukebox->ListRefilled(tallow_.library);
         emit DriveForgotten();
       },
-      bar_.window());
+      bar_.window(), tallow_.details.Unreadable());
   list.setProperty(kHelpPage, QStringLiteral("away"));
   list.exec();
   Changed();
