@@ -30,6 +30,7 @@ using BeginLongWork = std::function<std::unique_ptr<LongWork>(std::string_view t
 /// The texts shown for the work.
 inline constexpr std::string_view kFilingSongs = "Filing songs  . . . ";
 inline constexpr std::string_view kAddingFiles = "Adding files  . . . ";
+inline constexpr std::string_view kAddingFolder = "Adding the folder  . . . ";
 inline constexpr std::string_view kLookingForSongs = "Looking for the songs  . . . ";
 inline constexpr std::string_view kHandingOver = "Handing songs to the player  . . . ";
 

@@ -2,6 +2,7 @@
 #include "app/search/music_places.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "app/search/drive_list.h"
 #include "app/search/music_choice.h"
@@ -10,6 +11,7 @@
 #include "util/file_system.h"
 #include "util/number.h"
 #include "util/path_text.h"
+#include "util/read_ahead.h"
 
 namespace tallow {
 namespace {
@@ -91,6 +93,37 @@ std::string StateOf(const std::vector<MusicPlace>& places, const MusicPlace& pla
   const bool is_unread =
       !tallow.has_given_drives && MusicChoice(tallow.preferences).IsUnread(place.root);
   return is_unread ? "Not searched yet" : "Searched";
+}
+
+/// What a disk says of a folder.
+struct FolderAnswer {
+  bool is_answered = false;
+  std::string root;  ///< the absolute path, ending in a separator
+  bool is_folder = false;
+  bool has_files = false;  ///< not only the state of the system
+};
+
+/// Asks on a thread of its own, which is abandoned if the disk does not answer.
+FolderAnswer AskAboutFolder(const std::shared_ptr<const DriveList>& drives, const std::string& path,
+                            const std::function<bool()>& go_on,
+                            std::chrono::milliseconds max_wait) {
+  FolderAnswer result;
+  ReadAhead(
+      1, 1, [&](std::size_t) { return path; },
+      [drives](const std::string& asked) {
+        FolderAnswer answer{.is_answered = true,
+                            .root = EnsureTrailingBackslash(AbsolutePath(asked))};
+        answer.is_folder = FolderExists(answer.root);
+        answer.has_files = answer.is_folder && drives->MayFollow(answer.root);
+        return answer;
+      },
+      [&](std::size_t, FolderAnswer answer) { result = std::move(answer); },
+      [&](std::size_t, std::chrono::milliseconds waited) {
+        return waited < max_wait && (!go_on || go_on()) ? WaitDecision::kWait
+                                                        : WaitDecision::kGiveUp;
+      },
+      [](std::size_t) { return FolderAnswer(); });
+  return result;
 }
 
 }  // namespace
@@ -185,12 +218,16 @@ void TickPlace(Tallow& tallow, const MusicPlace& place, bool ticked) {
   if (!ticked) tallow.library.ForgetUnread(place.root);
 }
 
-std::string AddMusicFolder(Tallow& tallow, const DriveList& drives, const std::string& path) {
-  const std::string root = EnsureTrailingBackslash(AbsolutePath(path));
-  if (!FolderExists(root)) return path + " is not a folder that Tallow can open.";
-  if (!drives.MayFollow(root)) return root + " shows the state of the system and has no music.";
+std::string AddMusicFolder(Tallow& tallow, const std::shared_ptr<const DriveList>& drives,
+                           const std::string& path, const std::function<bool()>& go_on,
+                           std::chrono::milliseconds max_wait) {
+  const FolderAnswer answer = AskAboutFolder(drives, path, go_on, max_wait);
+  if (!answer.is_answered) return path + " is on a drive that does not answer, and was not added.";
+  const std::string& root = answer.root;
+  if (!answer.is_folder) return path + " is not a folder that Tallow can open.";
+  if (!answer.has_files) return root + " shows the state of the system and has no music.";
   MusicChoice choice(tallow.preferences);
-  for (const MusicPlace& place : MusicPlaces(drives, &choice)) {
+  for (const MusicPlace& place : MusicPlaces(*drives, &choice)) {
     if (!IsSamePathText(place.root, root)) continue;
     if (place.is_ticked) return root + " is in the list already.";
     TickPlace(tallow, place, true);

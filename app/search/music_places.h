@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "library/drive_timeouts.h"
 
 namespace tallow {
 
@@ -72,11 +76,15 @@ std::vector<PlaceLine> PlaceLines(
 /// Lets searches include a place, or leave it out. The songs that were found there stay.
 void TickPlace(Tallow& tallow, const MusicPlace& place, bool ticked);
 
-/// Adds a folder to the places. A drive is ticked instead.
+/// Adds a folder to the places. A drive is ticked instead. The disk is asked on another thread.
 ///
+/// \param go_on    called repeatedly while the disk does not answer; false gives it up. May be empty
+/// \param max_wait how long the disk may take to answer
 /// \returns what to tell the user: why it cannot be added, or that it was there already. Empty when
 /// it was added
-std::string AddMusicFolder(Tallow& tallow, const DriveList& drives, const std::string& path);
+std::string AddMusicFolder(Tallow& tallow, const std::shared_ptr<const DriveList>& drives,
+                           const std::string& path, const std::function<bool()>& go_on = {},
+                           std::chrono::milliseconds max_wait = kMaxWait);
 
 /// Removes a folder that the user has added. The songs that were found there stay.
 void RemoveMusicFolder(Tallow& tallow, const std::string& root);

@@ -38,6 +38,10 @@ class MusicPlacesTest : public LibraryTest {
   void Tick(const DriveList& drives, const std::string& root, bool ticked) {
     TickPlace(tallow, Place(drives, root), ticked);
   }
+  std::string Add(const DriveList& drives, const std::string& path) {
+    // The disks of the tests answer, so no thread uses the drives after the call.
+    return AddMusicFolder(tallow, {std::shared_ptr<void>(), &drives}, path);
+  }
   /// The state of each place, "root: state".
   Texts States(const DriveList& drives, const Texts& gone = {}) {
     Texts states;
@@ -100,7 +104,7 @@ TEST_F(MusicPlacesTest, AChoiceIsStoredAndCanBeTakenBack) {
 TEST_F(MusicPlacesTest, AChangedFileOfPreferencesKeepsPathsOfAnyBytes) {
   if (kSeparator == '\\') GTEST_SKIP() << "names of this system are text";
   const std::string folder = music.Folder("caf\xE9 \"x\"");
-  EXPECT_EQ(AddMusicFolder(tallow, TestDrives({}), folder), "");
+  EXPECT_EQ(Add(TestDrives({}), folder), "");
   tallow.preferences.Load(preferences_path);
   EXPECT_EQ(choice.Folders(), Texts{folder});
 }
@@ -119,12 +123,11 @@ TEST_F(MusicPlacesTest, ATickedDriveThatIsNotThereStaysInTheList) {
 TEST_F(MusicPlacesTest, AFolderIsAddedOnceAndRemovedAgain) {
   const TestDrives drives({{music.path(), kRemovableDrive}});
   const std::string folder = music.Folder("songs");
-  EXPECT_EQ(AddMusicFolder(tallow, drives, folder.substr(0, folder.size() - 1)), "");
-  EXPECT_EQ(AddMusicFolder(tallow, drives, folder), folder + " is in the list already.");
+  EXPECT_EQ(Add(drives, folder.substr(0, folder.size() - 1)), "");
+  EXPECT_EQ(Add(drives, folder), folder + " is in the list already.");
   EXPECT_EQ(choice.Folders(), Texts{folder});
   Tick(drives, folder, false);
-  EXPECT_EQ(AddMusicFolder(tallow, drives, folder),
-            folder + " is in the list already, and is searched from now on.");
+  EXPECT_EQ(Add(drives, folder), folder + " is in the list already, and is searched from now on.");
   EXPECT_TRUE(choice.IsTicked(folder, true));
   RemoveMusicFolder(tallow, folder);
   EXPECT_TRUE(choice.IsDefault());
@@ -132,7 +135,7 @@ TEST_F(MusicPlacesTest, AFolderIsAddedOnceAndRemovedAgain) {
 
 TEST_F(MusicPlacesTest, AddingADriveTicksIt) {
   const TestDrives drives({{music.path(), kRemovableDrive}});
-  EXPECT_EQ(AddMusicFolder(tallow, drives, music.path()),
+  EXPECT_EQ(Add(drives, music.path()),
             music.path() + " is in the list already, and is searched from now on.");
   EXPECT_EQ(Places(drives), Texts{Text(music.path(), PlaceKind::kRemovable, true)});
 }
@@ -140,9 +143,9 @@ TEST_F(MusicPlacesTest, AddingADriveTicksIt) {
 TEST_F(MusicPlacesTest, WhatIsNoFolderCannotBeAdded) {
   TestDrives drives({});
   const std::string file = music.File("a.mp3");
-  EXPECT_EQ(AddMusicFolder(tallow, drives, file), file + " is not a folder that Tallow can open.");
+  EXPECT_EQ(Add(drives, file), file + " is not a folder that Tallow can open.");
   drives.forbidden_link = music.Folder("proc");
-  EXPECT_EQ(AddMusicFolder(tallow, drives, drives.forbidden_link),
+  EXPECT_EQ(Add(drives, drives.forbidden_link),
             drives.forbidden_link + " shows the state of the system and has no music.");
   EXPECT_TRUE(choice.IsDefault());
 }
@@ -162,7 +165,7 @@ TEST_F(MusicPlacesTest, ShowsWhatIsSearchedAndWhatIsNot) {
   TestDrives drives({{music / "c/", kFixedDrive}, {music / "z/", kRemoteDrive}});
   const std::string inside = music.Folder("c/in");
   const std::string share = music.Folder("z");
-  AddMusicFolder(tallow, drives, inside);
+  Add(drives, inside);
   EXPECT_EQ(States(drives), (Texts{music / "c/" + ": Searched", share + ": Not searched",
                                    inside + ": Not searched yet"}));
   Tick(drives, inside, false);
@@ -197,8 +200,8 @@ TEST_F(MusicPlacesTest, AnAddedFolderIsSearchedButNotTwice) {
   music.File("c/in/a.mp3");
   music.File("z/in/b.mp3");
   const TestDrives drives({{music / "c/", kFixedDrive}, {music / "z/", kRemoteDrive}});
-  AddMusicFolder(tallow, drives, music / "c/in");
-  AddMusicFolder(tallow, drives, music / "z/in");
+  Add(drives, music / "c/in");
+  Add(drives, music / "z/in");
   EXPECT_TRUE(Search(drives));
   EXPECT_EQ(Cells(2), (Texts{"a.mp3", "b.mp3"}));
 }
@@ -207,7 +210,7 @@ TEST_F(MusicPlacesTest, AnAddedFolderOnAnUntickedDiskIsSearched) {
   music.File("c/in/a.mp3");
   music.File("c/b.mp3");
   const TestDrives drives({{music / "c/", kFixedDrive}});
-  AddMusicFolder(tallow, drives, music / "c/in");
+  Add(drives, music / "c/in");
   Tick(drives, music / "c/", false);
   EXPECT_TRUE(Search(drives));
   EXPECT_EQ(Cells(2), Texts{"a.mp3"});
@@ -218,7 +221,7 @@ TEST_F(MusicPlacesTest, PlacesThatAreAwayAreSkippedAndNamed) {
   const std::string gone = music.Folder("gone");
   const std::string empty = music.Folder("empty");
   const TestDrives drives({{music / "c/", kFixedDrive}, {empty, kRemovableDrive}});
-  AddMusicFolder(tallow, drives, gone);
+  Add(drives, gone);
   std::filesystem::remove(gone.substr(0, gone.size() - 1));
   Tick(drives, empty, true);
   // The mount point of the drive is left as an empty folder.
@@ -249,7 +252,7 @@ TEST_F(MusicPlacesTest, ATickedDriveThatIsAwayIsSearchedWhenItIsBack) {
 TEST_F(MusicPlacesTest, ACancelledSearchLeavesAPlaceUnread) {
   music.File("in/1/a.mp3");
   music.File("in/2/b.mp3");
-  AddMusicFolder(tallow, TestDrives({}), music / "in");
+  Add(TestDrives({}), music / "in");
   progress.on_song = [this] { tallow.SearchCancelled = true; };
   EXPECT_FALSE(Search(TestDrives({})));
   EXPECT_TRUE(choice.IsUnread(music / "in/"));
@@ -260,7 +263,7 @@ TEST_F(MusicPlacesTest, GivenDrivesAreTheOnlyPlaces) {
   music.File("c/a.mp3");
   music.File("in/b.mp3");
   const TestDrives drives({{music / "c/", kFixedDrive}});
-  AddMusicFolder(tallow, drives, music / "in");
+  Add(drives, music / "in");
   Tick(drives, music / "c/", false);
   tallow.has_given_drives = true;
   EXPECT_EQ(States(drives), Texts{music / "c/" + ": Searched"});
@@ -278,7 +281,7 @@ TEST_F(MusicPlacesTest, LargeCountsHaveGroupsOfDigits) {
 
 TEST_F(MusicPlacesTest, AnEmptyLibrarySaysWhereNoSongsWereFound) {
   EXPECT_EQ(EmptyLibraryText(tallow), "No songs were found on this computer's fixed disks.");
-  AddMusicFolder(tallow, TestDrives({}), music.path());
+  Add(TestDrives({}), music.path());
   EXPECT_EQ(EmptyLibraryText(tallow), "No songs were found in the places that are searched.");
   tallow.has_given_drives = true;
   EXPECT_EQ(EmptyLibraryText(tallow), "No songs were found in the folders given by --drive.");

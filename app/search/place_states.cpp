@@ -52,7 +52,11 @@ void PlaceStates::Ask(const std::vector<std::string>& folders) {
   }
 }
 
-void PlaceStates::Clear() { shared_ = std::make_shared<Shared>(); }
+void PlaceStates::Clear() {
+  const std::lock_guard lock(shared_->mutex);
+  std::erase_if(shared_->places, [](const auto& place) { return !place.second.is_waiting; });
+  for (auto& [folder, place] : shared_->places) place.is_there.reset();
+}
 
 std::optional<bool> PlaceStates::IsThere(const std::string& folder) const {
   const std::lock_guard lock(shared_->mutex);

@@ -22,7 +22,8 @@ class PlaceStates {
   /// Asks for folders, except for those that have not answered yet. The last answer of a folder is
   /// kept until the next one.
   void Ask(const std::vector<std::string>& folders);
-  /// Forgets the answers, so that all folders are asked for again.
+  /// Forgets the answers, so that all folders are asked for again. A question that is still open
+  /// stays open, so that a place that does not answer occupies one thread only.
   void Clear();
 
   /// Whether a folder is there; no value while that is not known.

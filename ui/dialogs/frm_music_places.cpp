@@ -10,6 +10,7 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QPainter>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QSignalBlocker>
@@ -17,8 +18,10 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "app/search/place_states.h"
 #include "app/tallow.h"
 #include "library/drive_timeouts.h"
+#include "library/scan_report.h"
 #include "ui/dialogs/common_dialog.h"
 #include "ui/jukebox/explorer/explorer_edits.h"  // IWYU pragma: keep, for QPointer
 #include "ui/jukebox/explorer_drag.h"
@@ -68,7 +71,6 @@ class FixedTicks : public QStyledItemDelegate {
 frmMusicPlaces::frmMusicPlaces(MusicPlacesContext context, QWidget* parent)
     : QDialog(parent),
       context_(std::move(context)),
-      states_(kMaxWait),
       list_(new QTreeWidget(this)),
       message_(new QLabel(this)),
       add_(AddButton("cmdAddFolder", tr("&Add Folder..."), tr("Adds a folder to the places"))),
@@ -81,6 +83,7 @@ frmMusicPlaces::frmMusicPlaces(MusicPlacesContext context, QWidget* parent)
   setWindowTitle(tr("Where My Music Is"));
   setProperty(kHelpPage, QStringLiteral("music-places"));
   setAcceptDrops(!context_.tallow.has_given_drives);
+  if (context_.states == nullptr) context_.states = std::make_shared<PlaceStates>(kMaxWait);
   if (!context_.ask_for_folder)
     context_.ask_for_folder = [this] { return AskForFolder(this, PathOfQt(QDir::homePath())); };
   SetUpList();
@@ -173,18 +176,18 @@ void frmMusicPlaces::FitColumns() {
 
 void frmMusicPlaces::ReadDrives() {
   drives_ = context_.read_drives();
-  states_.Clear();
+  context_.states->Clear();
   Refresh();
 }
 
 void frmMusicPlaces::Refresh() {
-  const auto is_there = [this](const std::string& root) { return states_.IsThere(root); };
+  const auto is_there = [this](const std::string& root) { return context_.states->IsThere(root); };
   std::vector<PlaceLine> lines = PlaceLines(context_.tallow, *drives_, is_there);
   std::vector<std::string> asked;
   for (const PlaceLine& line : lines)
     if (line.place.is_ticked && line.place.kind != PlaceKind::kAway)
       asked.push_back(line.place.root);
-  states_.Ask(asked);
+  context_.states->Ask(asked);
   const QSignalBlocker blocker(list_);
   const int rows = static_cast<int>(lines.size());
   while (list_->topLevelItemCount() > rows) delete list_->topLevelItem(rows);
@@ -243,11 +246,33 @@ void frmMusicPlaces::AddFolder() {
   if (const std::optional<std::string> folder = context_.ask_for_folder()) Add({*folder});
 }
 
-void frmMusicPlaces::Add(const std::vector<std::string>& paths) {
+std::vector<std::string> frmMusicPlaces::AddToPlaces(const std::vector<std::string>& paths) {
+  // Shows a progress window if a disk does not answer, and lets the user cancel.
+  const std::unique_ptr<LongWork> work =
+      context_.begin_work ? context_.begin_work(kAddingFolder) : nullptr;
+  QPointer<QWidget> focus;
   std::vector<std::string> messages;
-  for (const std::string& path : paths)
-    if (std::string message = AddMusicFolder(context_.tallow, *drives_, path); !message.empty())
+  for (const std::string& path : paths) {
+    const auto go_on = [&] {
+      if (!std::exchange(is_searching_, true)) {
+        focus = focusWidget();
+        EnableButtons();
+      }
+      return work == nullptr || work->GoOn([&] { return WaitingLine(path); });
+    };
+    if (std::string message = AddMusicFolder(context_.tallow, drives_, path, go_on);
+        !message.empty())
       messages.push_back(std::move(message));
+  }
+  if (std::exchange(is_searching_, false)) {
+    EnableButtons();
+    if (focus != nullptr) focus->setFocus();
+  }
+  return messages;
+}
+
+void frmMusicPlaces::Add(const std::vector<std::string>& paths) {
+  const std::vector<std::string> messages = AddToPlaces(paths);
   Refresh();
   // A new folder is the last place.
   if (messages.size() < paths.size())

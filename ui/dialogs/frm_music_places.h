@@ -9,8 +9,8 @@
 
 #include <QDialog>
 
+#include "app/long_work.h"
 #include "app/search/music_places.h"
-#include "app/search/place_states.h"
 
 class QLabel;
 class QPushButton;
@@ -20,6 +20,7 @@ class QTreeWidgetItem;
 namespace tallow {
 
 class DriveList;
+class PlaceStates;
 
 /// What the dialog "Where My Music Is" works on.
 struct MusicPlacesContext {
@@ -30,6 +31,11 @@ struct MusicPlacesContext {
   std::function<void()> search;
   /// Called after each change of the user, for example to show problems.
   std::function<void()> changed;
+  /// Which places can be reached. Keeps the open questions from one dialog to the next, so that a
+  /// place that does not answer occupies one thread. Null: those of this dialog.
+  std::shared_ptr<PlaceStates> states = {};
+  /// Shows the progress of adding folders on slow disks. Empty: it is not shown.
+  BeginLongWork begin_work = {};
   /// Asks for a folder; no value when the user cancels. Empty: the system's dialog.
   std::function<std::optional<std::string>()> ask_for_folder = {};
 };
@@ -62,6 +68,8 @@ class frmMusicPlaces : public QDialog {
   void Tick(QTreeWidgetItem& item);
   void AddFolder();
   void Add(const std::vector<std::string>& paths);
+  /// \returns what to tell the user of folders that were not added
+  std::vector<std::string> AddToPlaces(const std::vector<std::string>& paths);
   void Remove();
   void SearchNow();
   /// The selected place; null for none.
@@ -71,7 +79,6 @@ class frmMusicPlaces : public QDialog {
 
   MusicPlacesContext context_;
   std::shared_ptr<const DriveList> drives_;
-  PlaceStates states_;
   std::vector<PlaceLine> lines_;  ///< in the order of the list
   bool is_searching_ = false;
   QTreeWidget* list_;

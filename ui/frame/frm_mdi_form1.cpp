@@ -22,7 +22,9 @@
 #include <QVBoxLayout>
 
 #include "app/search/drive_searches.h"
+#include "app/search/place_states.h"
 #include "app/tallow.h"
+#include "library/drive_timeouts.h"
 #include "player/player_messages.h"
 #include "ui/dialogs/frm_music_places.h"
 #include "ui/dialogs/frm_preferences.h"
@@ -105,7 +107,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       commands_(*this, tallow, jukeboxes_, messages_),
       linked_undo_(jukeboxes_, messages_),
       arrangement_(*area_, panel_),
-      help_(*this, tallow) {
+      help_(*this, tallow),
+      place_states_(std::make_shared<PlaceStates>(kMaxWait)) {
   setObjectName(QStringLiteral("frmMDIForm1"));
   setWindowTitle(tr("Tallow"));
   setProperty(kHelpPage, QStringLiteral("windows"));
@@ -322,11 +325,14 @@ void frmMDIForm1::ShowPreferences() {
 }
 
 void frmMDIForm1::ShowMusicPlaces() {
-  frmMusicPlaces dialog({.tallow = tallow_,
-                         .read_drives = [this] { return searches_.DrivesNow(); },
-                         .search = [this] { search_.BringIn(NewSongsPlace::kWholeComputer); },
-                         .changed = [this] { Notice(tallow_.TakeProblems()); }},
-                        this);
+  frmMusicPlaces dialog(
+      {.tallow = tallow_,
+       .read_drives = [this] { return searches_.DrivesNow(); },
+       .search = [this] { search_.BringIn(NewSongsPlace::kWholeComputer); },
+       .changed = [this] { Notice(tallow_.TakeProblems()); },
+       .states = place_states_,
+       .begin_work = [this](std::string_view text) { return busy_.BeginWork(text); }},
+      this);
   dialog.exec();
   // The empty lists name the places that are searched.
   for (Jukebox* const jukebox : OpenJukeboxes()) jukeboxes_.WindowOf(*jukebox)->ShowEmptyLibrary();

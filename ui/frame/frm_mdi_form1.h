@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -38,6 +39,7 @@ namespace tallow {
 
 class DriveSearches;
 class FileMenu;
+class PlaceStates;
 class StyleBar;
 
 /// The frame window: holds the window of each open jukebox and the player panel.
@@ -144,6 +146,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   LinkedUndo linked_undo_;
   WindowArrangement arrangement_;
   FrameHelp help_;
+  std::shared_ptr<PlaceStates> place_states_;  ///< of the dialog of the places with music
 };
 
 }  // namespace tallow
