@@ -1,9 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The windows while a disk does not answer.
+#include <QDialog>
+#include <QDragEnterEvent>
+#include <QDropEvent>
 #include <QLabel>
+#include <QMimeData>
 #include <QPushButton>
 #include <QStatusBar>
+#include <QUrl>
 
+#include "app/search/music_choice.h"
 #include "app/system.h"
 #include "tests/dead_folder_linux.h"
 #include "tests/frame_fixture.h"
@@ -11,6 +17,7 @@
 #include "ui/dialogs/frm_searching.h"
 #include "ui/dialogs/frm_splash.h"
 #include "ui/start/start_up.h"
+#include "ui/support/qt_path.h"
 
 namespace tallow {
 namespace {
@@ -140,6 +147,48 @@ TEST_F(DeadShareWindows, AStartProcessesEventsAndItsCancelButtonSkipsTheDrive) {
   EXPECT_GT(cancel.ticks, 5);
   EXPECT_TRUE(again.library.IsAway(3));
   EXPECT_FALSE(again.library.IsAway(1));
+}
+
+/// The dialog of the places with music, opened from the menu.
+class DeadMusicPlace : public DeadShareWindows {
+ protected:
+  DeadMusicPlace() {
+    tallow.preferences.Load(PreferencesPath(tallow.application_folder));
+    searches.drives_now.drives = {{music.path(), kFixedDrive}};
+  }
+};
+
+TEST_F(DeadMusicPlace, AFolderThatIsDroppedThereCanBeCancelled) {
+  ShowJukebox();
+  bool was_dropped = false;
+  QTimer::singleShot(50, [&] {
+    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    {
+      const DeadFolder dead(share);
+      ClickOnceSeen<frmSearching> cancel("cmdCancel", "Label1");
+      cancel.on_click = [&] {
+        EXPECT_FALSE(dialog->findChild<QPushButton*>(QStringLiteral("cmdAddFolder"))->isEnabled());
+      };
+      QMimeData data;
+      data.setUrls({QUrl::fromLocalFile(QtPath(share))});
+      QDragEnterEvent enter(QPoint(30, 60), Qt::CopyAction, &data, Qt::LeftButton, {});
+      QApplication::sendEvent(dialog, &enter);
+      QDropEvent drop(QPoint(30, 60), Qt::CopyAction, &data, Qt::LeftButton, {});
+      QApplication::sendEvent(dialog, &drop);
+      EXPECT_EQ(cancel.text, QStringLiteral("Adding the folder  . . . "));
+      EXPECT_GT(cancel.ticks, 5);
+    }
+    const auto* const message = dialog->findChild<QLabel*>(QStringLiteral("lblMessage"));
+    EXPECT_EQ(message->text(),
+              QtPath(share) + " is on a drive that does not answer, and was not added.");
+    EXPECT_TRUE(dialog->findChild<QPushButton*>(QStringLiteral("cmdAddFolder"))->isEnabled());
+    was_dropped = true;
+    dialog->reject();
+  });
+  Item("mnuWhereMyMusicIs").trigger();
+  EXPECT_TRUE(was_dropped);
+  EXPECT_TRUE(MusicChoice(tallow.preferences).IsDefault());
 }
 
 }  // namespace
