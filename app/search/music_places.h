@@ -78,7 +78,7 @@ void TickPlace(Tallow& tallow, const MusicPlace& place, bool ticked);
 
 /// Adds a folder to the places. A drive is ticked instead. The disk is asked on another thread.
 ///
-/// \param go_on    called repeatedly while the disk does not answer; false gives it up. May be empty
+/// \param go_on    called while the disk does not answer; false gives it up. May be empty
 /// \param max_wait how long the disk may take to answer
 /// \returns what to tell the user: why it cannot be added, or that it was there already. Empty when
 /// it was added
