@@ -99,7 +99,8 @@ void DetailsFiller::State::DropGone() {
     all.swap(present);
   }
   const auto now = std::chrono::system_clock::now().time_since_epoch();
-  store->DropGone(std::move(all), std::chrono::floor<std::chrono::days>(now).count());
+  store->DropGone(std::move(all), std::chrono::floor<std::chrono::days>(now).count(),
+                  [this] { return stopped.load(); });
 }
 
 void DetailsFiller::State::Work() {
@@ -112,8 +113,8 @@ void DetailsFiller::State::Work() {
     --reading;
     results.push_back({song.index, std::move(details)});
   }
-  if (!stopped) store->Commit();
   DropGone();
+  if (!stopped) store->Commit();
 }
 
 DetailsFiller::DetailsFiller(std::shared_ptr<DetailsStore> store, MakeReader make_reader,

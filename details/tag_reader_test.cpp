@@ -147,7 +147,7 @@ TEST_F(TagReader, Id3v1AloneIsRead) {
 TEST_F(TagReader, AFileWithoutTagsHasNone) {
   EXPECT_EQ(Read(Audio(5000)), SongTags());
   EXPECT_EQ(Read(""), SongTags());
-  EXPECT_EQ(ReadSongTags(folder_ / "missing.mp3"), SongTags());
+  EXPECT_EQ(ReadSongTags(folder_ / "missing.mp3"), SongTags{.unread = true});
   EXPECT_TRUE(ReadSongDetails(folder_ / "missing.mp3").failed);
 }
 

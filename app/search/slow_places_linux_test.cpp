@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Places with music on disks that do not answer.
-#include "app/search/drive_list.h"
 #include "app/search/music_choice.h"
 #include "app/search/music_places.h"
 #include "app/search/place_states.h"
