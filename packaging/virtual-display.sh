@@ -16,8 +16,9 @@ end_processes() {
 }
 trap end_processes EXIT
 
-# The server picks a free display number and writes it to fd 3 once it accepts connections.
-Xvfb -displayfd 3 -screen 0 1100x760x24 -nolisten tcp 3> "$display_number" 2> /dev/null &
+# The server picks a free display number and writes it to fd 3 once it accepts connections. Without
+# -noreset it starts over when its last client leaves, and refuses the client that comes just then.
+Xvfb -displayfd 3 -screen 0 1100x760x24 -noreset -nolisten tcp 3> "$display_number" 2> /dev/null &
 processes+=($!)
 for _ in $(seq 100); do [ -s "$display_number" ] && break; sleep 0.1; done
 [ -s "$display_number" ] || { echo "The virtual display did not start." >&2; exit 1; }
