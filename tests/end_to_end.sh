@@ -63,12 +63,7 @@ keys Return ctrl+v
 picture 3-folder
 
 # The jukebox is saved under a name.
-keys ctrl+s
-until_true 10 "the file dialog" window_named '^Save'
-xdotool type --delay 40 'Mix'
-keys Return
-until_true 10 "the saved jukebox" test -s "$jukebox"
-until_true 10 "its name" window_named '^Tallow - \[MIX\]$'
+save_as Mix "$jukebox"
 grep -q '"text":"Road trip"[^]]*"songs":\[[0-9]*,[0-9]*,[0-9]*\]' "$jukebox" || fail "The folder is not in the file."
 
 # Songs are played until the panel and the player are there.

@@ -82,12 +82,7 @@ grep -qa 'Seaside' "$library" || fail "The library has no songs."
 grep -qa 'Gruppa' "$library" && fail "The classic style finds other formats."
 
 # The jukebox of the classic style.
-keys ctrl+s
-until_true 10 "the file dialog" window_named '^Save'
-xdotool type --delay 40 'Mix'
-keys Return
-until_true 10 "the saved jukebox" test -s "$jukebox"
-until_true 10 "its name" window_named '^Tallow - \[MIX\]$'
+save_as Mix "$jukebox"
 [ "$(songs_in Artist/Queen)" = "Bicycle.mp3 Seaside.mp3" ] ||
   fail "The classic Queen has other songs: $(songs_in Artist/Queen)"
 "$here/jukebox_songs.pl" "$jukebox" > "$folder/classic.txt"

@@ -32,4 +32,14 @@ keys() {
     sleep 0.3
   done
 }
+# save_as NAME JUKEBOX: saves the jukebox that is shown under a name in the application folder, where
+# JUKEBOX is then its file
+save_as() {
+  keys ctrl+s
+  until_true 10 "the file dialog" window_named '^Save'
+  xdotool type --delay 40 "$1"
+  keys Return
+  until_true 10 "the saved jukebox" test -s "$2"
+  until_true 10 "its name" window_named "^Tallow - \\[${1^^}\\]\$"
+}
 picture() { import -window root "$folder/pictures/$1.png"; }
