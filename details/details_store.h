@@ -69,8 +69,7 @@ class DetailsStore {
   void Put(const std::string& path, const SongDetails& details);
 
   /// Drops the details of files that were not there for kDropAfterDays, and marks those that are
-  /// not there now, so that the database does not grow for ever. This is on the disk as that of Put
-  /// is.
+  /// not there now, so that the database does not grow for ever. Commits as Put does.
   ///
   /// \param present HashOf() of the paths that are there; two paths of one hash only keep details
   ///        for longer

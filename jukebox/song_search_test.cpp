@@ -108,16 +108,10 @@ TEST_F(Search, PassesOverFoldersAndSongsThatTheStyleDoesNotShow) {
   Folder& artist = Add("Artist", {});
   Add("only other formats", {other}, &artist);
   const Folder& last = Add("last", {3});
-  EXPECT_EQ(Next("apple", a), "a 1");
-  EXPECT_EQ(Next("apple", a), "last 0");
-  EXPECT_EQ(Next("apple", a), "a 1");
-  EXPECT_EQ(Next("apple", a), "");
+  for (const char* const found : {"a 1", "last 0", "a 1", ""}) EXPECT_EQ(Next("apple", a), found);
   library.UseSwitches(kModernStyle);
-  EXPECT_EQ(Next("apple", a), "a 0");
-  EXPECT_EQ(Next("apple", a), "a 1");
-  EXPECT_EQ(Next("apple", a), "Hits 0");
-  EXPECT_EQ(Next("apple", a), "only other formats 0");
-  EXPECT_EQ(Next("apple", a), "last 0");
+  for (const char* const found : {"a 0", "a 1", "Hits 0", "only other formats 0", "last 0"})
+    EXPECT_EQ(Next("apple", a), found);
   // The folder found last is no longer shown.
   search.FirstRun(true);
   EXPECT_EQ(Next("apple", artist), "only other formats 0");
