@@ -20,6 +20,8 @@ class HostileFiles : public SystemTest {
   HostileFiles() {
     children_.arguments = {std::string(kServeDetailsOption)};
     children_.program = OwnProgram();
+    // On a busy computer a child, which has a low priority, may wait long for a processor.
+    children_.max_start = children_.max_wait = std::chrono::minutes(1);
   }
 
   /// Runs a start whose files are read in children. The tests are their own child, see
