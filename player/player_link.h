@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,9 @@ namespace tallow {
 
 /// Identifies a player that was found; 0 for none.
 using PlayerHandle = std::uintptr_t;
+
+/// The players that a link can find.
+enum class PlayerKind { kWinamp, kTallowPlayer };
 
 /// Connection to the player; differs by platform. On Windows, messages are sent to the window of
 /// class "Winamp v1.x". On Linux, they are sent through a socket to tallow-player.
@@ -40,6 +44,20 @@ class PlayerLink {
   /// Whether a player that was found is still running.
   virtual bool IsRunning(PlayerHandle player) = 0;
 
+  /// What kind of player was found.
+  virtual PlayerKind KindOf(PlayerHandle /*player*/) { return PlayerKind::kWinamp; }
+
+  /// Sends the copy-data record kAddFiles to Tallow's own player, see tallow_player_requests.h.
+  /// \param data at most kMaxPayload bytes
+  /// \returns the number of the first new entry, or kListHasNoRoom; 0 when there is no answer
+  virtual std::int64_t AddFiles(PlayerHandle /*player*/, std::string_view /*data*/) { return 0; }
+
+  /// Sends a request in JSON to Tallow's own player, see tallow_player_requests.h.
+  /// \returns the answer; no value when there is none, or the player is another one
+  virtual std::optional<std::string> Ask(PlayerHandle /*player*/, std::string_view /*request*/) {
+    return std::nullopt;
+  }
+
   /// Converts a path to the encoding that the player expects. On Windows this is the system's ANSI
   /// code page; a path that it cannot represent is replaced by its short (8.3) form. On Linux the
   /// path is unchanged.
@@ -47,6 +65,8 @@ class PlayerLink {
 };
 
 /// Creates the link for this platform.
-std::unique_ptr<PlayerLink> SystemPlayerLink();
+/// \param identifier of the application folder, see PlayerIdentifier: tells the players of several
+///                   Tallows apart; empty: any player of the user
+std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& identifier = {});
 
 }  // namespace tallow

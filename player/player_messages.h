@@ -32,8 +32,15 @@ enum PlayerRequest : std::int32_t {
   kStatus = 104,      ///< answer: a PlayerStatus
   kTrackTime = 105,   ///< wParam: kAskPosition or kAskLength
   kSeek = 106,        ///< wParam: new position in ms
+  kSetPlace = 121,    ///< wParam: place in the list, from 0, of the track to play next
   kSetVolume = 122,   ///< wParam: amplitude, 0 to 255
   kSetBalance = 123,  ///< wParam: 0 center to 127 right; 128 left to 254 just left of center
+  kListLength = 124,  ///< answer: number of files in the list
+  kListPlace = 125,   ///< answer: place of the current track in the list, from 0
+  kShuffle = 250,     ///< answer: 1 when the list is played in random order, else 0
+  kRepeat = 251,      ///< answer: 1 when the list or the track is repeated, else 0
+  kSetShuffle = 252,  ///< wParam: 0 or 1
+  kSetRepeat = 253,   ///< wParam: 0, or 1 to repeat the list
 };
 
 enum PlayerStatus : std::int32_t {
@@ -50,6 +57,17 @@ enum TrackTime : std::int32_t {
 
 /// Code of kWmCopyData that appends a file to the list. The data is the path, NUL-terminated.
 inline constexpr std::uint32_t kAddFile = 100;
+
+// Codes of kWmCopyData that only Tallow's own player knows.
+
+/// Adds files to the list, see tallow_player_requests.h. Answer: the number of the first new entry,
+/// or kListHasNoRoom.
+inline constexpr std::uint32_t kAddFiles = 0x54410001;
+/// A request in JSON, see tallow_player_requests.h. The answer is JSON, too.
+inline constexpr std::uint32_t kAsk = 0x54410002;
+
+/// The answer to kAddFiles when the list has no room for the files; none of them was added.
+inline constexpr std::int64_t kListHasNoRoom = -1;
 
 inline constexpr std::int32_t kMaxVolume = 255;
 inline constexpr std::int32_t kMaxBalance = 127;

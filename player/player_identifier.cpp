@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/player_identifier.h"
+
+#include <cinttypes>
+#include <cstdio>
+#include <xxhash.h>
+
+namespace tallow {
+
+std::string PlayerIdentifier(const std::string& application_folder) {
+  const XXH64_hash_t sum = XXH3_64bits(application_folder.data(), application_folder.size());
+  char digits[17];
+  std::snprintf(digits, sizeof digits, "%016" PRIx64, std::uint64_t{sum});
+  return digits;
+}
+
+}  // namespace tallow
