@@ -3,13 +3,13 @@
 #include <cstdio>
 #include <exception>
 #include <fcntl.h>
+#include <functional>
 #include <memory>
 #include <string>
-#include <sys/signalfd.h>
 #include <utility>
 
 #include "player/player_socket_linux.h"
-#include "player/substitute/event_source.h"
+#include "player/substitute/event_loop_linux.h"
 #include "player/substitute/idle_shutdown.h"
 #include "player/substitute/mpris.h"
 #include "player/substitute/player_options.h"
@@ -24,8 +24,6 @@ namespace tallow {
 namespace {
 
 constexpr int kUsageError = 2;
-
-constexpr int kEndSignals[] = {SIGTERM, SIGINT, SIGHUP};
 
 struct CloseFile {
   void operator()(std::FILE* file) const noexcept { std::fclose(file); }
@@ -61,61 +59,40 @@ int ListeningSocket(bool handed) {
   return listening;
 }
 
-/// Prepares the signals for an event loop.
-void SetUpSignals() {
-  // Ignore SIGPIPE: the reader of standard error may end before the player.
-  std::signal(SIGPIPE, SIG_IGN);
-  // Block the signals before threads are created; otherwise a thread might receive them.
-  sigset_t blocked;
-  sigemptyset(&blocked);
-  for (const int signal : kEndSignals) sigaddset(&blocked, signal);
-  sigprocmask(SIG_BLOCK, &blocked, nullptr);
-}
-
 /// The parts of the player, connected with each other.
 class PlayerProcess {
  public:
   /// \param listening a listening socket; the process takes ownership
   /// \param log       null for none
   /// \throws std::runtime_error when a part cannot be set up
-  PlayerProcess(sd_event* loop, const SoundOutput& output, int listening, LogFile log)
+  PlayerProcess(LinuxEventLoop& loop, const SoundOutput& output, int listening, LogFile log)
       : loop_(loop),
         log_(std::move(log)),
         engine_(loop, output),
         player_(loop, engine_),
         requests_(player_, [this] { Close(); }),
-        server_(loop, listening,
+        server_(loop.Get(), listening,
                 [this](const PlayerRequestHead& head, const std::string& payload,
                        const RequestServer::Answer& answer) {
                   if (log_)
                     std::fprintf(log_.get(), "%s\n", DescribeRequest(head, payload).c_str());
                   return requests_.Execute(head, payload, answer);
                 }),
-        mpris_(loop, player_, [this] { Close(); }),
-        idle_shutdown_(loop, player_, server_, [this] { Close(); }) {
+        mpris_(loop.Get(), player_, [this] { Close(); }),
+        idle_shutdown_(
+            loop, [this] { return player_.Status() == kStopped && server_.Connections() == 0; },
+            [this] { Close(); }) {
     player_.OnChange([this](PlayerChange change) { mpris_.Announce(change); });
-    CloseOnSignals();
   }
 
   /// Runs the event loop until the player is closed.
-  void Run() {
-    Require(sd_event_loop(loop_), "the event loop");
+  /// \returns the exit code
+  int Run() {
+    const int code = loop_.Run();
     // Close the connections first, because shutting down the sound takes longer.
     server_.CloseAll();
     player_.OnChange({});
-  }
-
- private:
-  void CloseOnSignals() {
-    for (const int signal : kEndSignals)
-      Require(sd_event_add_signal(
-                  loop_, nullptr, signal,
-                  [](sd_event_source*, const signalfd_siginfo*, void* self) {
-                    static_cast<PlayerProcess*>(self)->Close();
-                    return 0;
-                  },
-                  this),
-              "the event loop");
+    return code;
   }
 
   void Close() {
@@ -123,10 +100,11 @@ class PlayerProcess {
     server_.StopListening();
     // Shutdown of the event loop would wait for a bus that does not answer.
     mpris_.Disconnect();
-    sd_event_exit(loop_, 0);
+    loop_.Exit(0);
   }
 
-  sd_event* loop_;
+ private:
+  LinuxEventLoop& loop_;
   LogFile log_;
   SoundEngine engine_;
   SongPlayer player_;
@@ -145,13 +123,14 @@ int Run(const PlayerOptions& options) {
   }
   const int listening = ListeningSocket(options.handed_socket);
   if (listening < 0) return 1;
-  sd_event* raw_loop = nullptr;
-  Require(sd_event_default(&raw_loop), "the event loop");
-  const EventLoop loop(raw_loop);
-  SetUpSignals();
-  PlayerProcess process(raw_loop, options.output, listening, std::move(log));
-  process.Run();
-  return 0;
+  // Ignore SIGPIPE: the reader of standard error may end before the player.
+  std::signal(SIGPIPE, SIG_IGN);
+  LinuxEventLoop loop;
+  std::function<void()> close;
+  loop.CallAtEnd([&close] { close(); });
+  PlayerProcess process(loop, options.output, listening, std::move(log));
+  close = [&process] { process.Close(); };
+  return process.Run();
 }
 
 }  // namespace
