@@ -66,7 +66,7 @@ class PlayerLink {
 
 /// Creates the link for this platform.
 /// \param identifier of the application folder, see PlayerIdentifier: tells the players of several
-///                   Tallows apart; empty: any player of the user
+///                   Tallows apart. May be empty
 std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& identifier = {});
 
 }  // namespace tallow

@@ -115,6 +115,8 @@ class WindowLink : public PlayerLink {
 
 }  // namespace
 
-std::unique_ptr<PlayerLink> SystemPlayerLink() { return std::make_unique<WindowLink>(); }
+std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& /*identifier*/) {
+  return std::make_unique<WindowLink>();
+}
 
 }  // namespace tallow

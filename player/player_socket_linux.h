@@ -54,8 +54,9 @@ inline constexpr std::size_t kMaxListBytes = std::size_t{256} << 20;
 inline constexpr PlayerAnswer kListIsFull = 1;
 
 /// Returns the path of the socket.
+/// \param identifier of the application folder, see PlayerIdentifier; may be empty
 /// \throws FileError see RuntimeFolder
-std::string PlayerSocketPath();
+std::string PlayerSocketPath(const std::string& identifier = {});
 
 /// Connects to the player without blocking.
 /// \returns a negative value, with errno set, when no player of this user listens on the socket,

@@ -41,13 +41,13 @@ LogFile OpenLog(const std::string& path) {
 }
 
 /// Returns the socket to listen on; reports failure on standard error.
-int ListeningSocket(bool handed) {
-  if (handed) {
+int ListeningSocket(const PlayerOptions& options) {
+  if (options.handed_socket) {
     if (fcntl(kHandedDescriptor, F_SETFD, FD_CLOEXEC) == 0) return kHandedDescriptor;
     std::fputs("tallow-player: --listen requires a socket as descriptor 3.\n", stderr);
     return -1;
   }
-  const std::string path = PlayerSocketPath();
+  const std::string path = PlayerSocketPath(options.identifier);
   const PlayerStartLock lock(path);
   if (PlayerRuns(path)) {
     std::fprintf(stderr, "tallow-player: another player is already running at %s.\n", path.c_str());
@@ -65,10 +65,10 @@ class PlayerProcess {
   /// \param listening a listening socket; the process takes ownership
   /// \param log       null for none
   /// \throws std::runtime_error when a part cannot be set up
-  PlayerProcess(LinuxEventLoop& loop, const SoundOutput& output, int listening, LogFile log)
+  PlayerProcess(LinuxEventLoop& loop, const PlayerOptions& options, int listening, LogFile log)
       : loop_(loop),
         log_(std::move(log)),
-        engine_(loop, output),
+        engine_(loop, options.output),
         player_(loop, engine_),
         requests_(player_, [this] { Close(); }),
         server_(loop.Get(), listening,
@@ -78,7 +78,7 @@ class PlayerProcess {
                     std::fprintf(log_.get(), "%s\n", DescribeRequest(head, payload).c_str());
                   return requests_.Execute(head, payload, answer);
                 }),
-        mpris_(loop.Get(), player_, [this] { Close(); }),
+        mpris_(loop.Get(), options.identifier, player_, [this] { Close(); }),
         idle_shutdown_(
             loop, [this] { return player_.Status() == kStopped && server_.Connections() == 0; },
             [this] { Close(); }) {
@@ -121,14 +121,14 @@ int Run(const PlayerOptions& options) {
     log = OpenLog(options.log);
     if (!log) return 1;
   }
-  const int listening = ListeningSocket(options.handed_socket);
+  const int listening = ListeningSocket(options);
   if (listening < 0) return 1;
   // Ignore SIGPIPE: the reader of standard error may end before the player.
   std::signal(SIGPIPE, SIG_IGN);
   LinuxEventLoop loop;
   std::function<void()> close;
   loop.CallAtEnd([&close] { close(); });
-  PlayerProcess process(loop, options.output, listening, std::move(log));
+  PlayerProcess process(loop, options, listening, std::move(log));
   close = [&process] { process.Close(); };
   return process.Run();
 }
