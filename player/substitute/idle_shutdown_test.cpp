@@ -29,9 +29,10 @@ class IdleShutdownTest : public testing::Test {
   const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
   RecordedEngine engine;
   SongPlayer player{*loop, engine};
-  RequestServer server{loop->Get(), ListenAsPlayer(path),
-                       [](const PlayerRequestHead&, const std::string&,
-                          const RequestServer::Answer&) { return false; }};
+  RequestServer server{
+      loop->Get(), ListenAsPlayer(path),
+      [](const PlayerRequestHead&, const std::string&, const RequestServer::Answer&,
+         const RequestServer::TextAnswer&) { return false; }};
   int shut_downs = 0;
   IdleShutdown idle{*loop,
                     [this] { return player.Status() == kStopped && server.Connections() == 0; },
