@@ -25,8 +25,6 @@ struct Option {
 constexpr Option kOptions[] = {
     // Ignore the user's configuration of mpv.
     {"config", "no"},
-    {"load-scripts", "no"},
-    {"ytdl", "no"},
     {"input-default-bindings", "no"},
     {"terminal", "no"},
     {"audio-client-name", "Tallow"},
@@ -53,10 +51,16 @@ constexpr Option kOptions[] = {
     {"volume-max", "100"},
 };
 
-/// Parts of mpv's user interface, each of which starts a thread. Not every version of mpv has all.
-constexpr const char* kDisabledScripts[] = {
-    "osc",         "load-stats-overlay", "load-osd-console", "load-console", "load-auto-profiles",
-    "load-select", "load-positioning"};
+/// Scripts and parts of mpv's user interface, each of which starts a thread. Not every mpv has all.
+constexpr const char* kDisabledScripts[] = {"load-scripts",
+                                            "ytdl",
+                                            "osc",
+                                            "load-stats-overlay",
+                                            "load-osd-console",
+                                            "load-console",
+                                            "load-auto-profiles",
+                                            "load-select",
+                                            "load-positioning"};
 
 /// Formats the balance as text, scaled to -1 (left) to 1 (right).
 std::string BalanceText(std::int32_t balance) {
