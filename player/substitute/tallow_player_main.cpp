@@ -73,10 +73,11 @@ class PlayerProcess {
         requests_(player_, [this] { Close(); }),
         server_(loop.Get(), listening,
                 [this](const PlayerRequestHead& head, const std::string& payload,
-                       const RequestServer::Answer& answer, const RequestServer::TextAnswer&) {
+                       const RequestServer::Answer& answer,
+                       const RequestServer::TextAnswer& answer_text) {
                   if (log_)
                     std::fprintf(log_.get(), "%s\n", DescribeRequest(head, payload).c_str());
-                  return requests_.Execute(head, payload, answer);
+                  return requests_.Execute(head, payload, answer, answer_text);
                 }),
         mpris_(loop.Get(), options.identifier, player_, [this] { Close(); }),
         idle_shutdown_(
