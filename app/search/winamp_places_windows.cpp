@@ -28,11 +28,10 @@ std::string FolderOfPrograms(const KNOWNFOLDERID& id) {
 
 /// A text of an entry in the list of installed programs; empty if it has none.
 std::string TextOfEntry(HKEY entry, const wchar_t* name) {
-  // A longer text names no file that Windows can run.
+  // A longer text names no file that Windows can run. Variables in the text are replaced.
   wchar_t text[4096] = {};
   DWORD size = sizeof text;
-  if (RegGetValueW(entry, nullptr, name, RRF_RT_REG_SZ | RRF_RT_REG_EXPAND_SZ, nullptr, text,
-                   &size) != ERROR_SUCCESS)
+  if (RegGetValueW(entry, nullptr, name, RRF_RT_REG_SZ, nullptr, text, &size) != ERROR_SUCCESS)
     return {};
   return FromWide(text);
 }
