@@ -3,10 +3,11 @@
 
 #include <cmath>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "player/substitute/event_source.h"
+#include "player/substitute/event_loop_linux.h"
 #include "player/substitute/playback_engine.h"
 
 namespace tallow {
@@ -57,10 +58,6 @@ class RecordedEngine : public PlaybackEngine {
   CommandNumber last_command_ = 0;
 };
 
-inline EventLoop NewLoop() {
-  sd_event* loop = nullptr;
-  Require(sd_event_new(&loop), "the event loop");
-  return EventLoop(loop);
-}
+inline std::unique_ptr<LinuxEventLoop> NewLoop() { return std::make_unique<LinuxEventLoop>(); }
 
 }  // namespace tallow

@@ -3,7 +3,7 @@
 
 #include <utility>
 
-#include "player/player_socket_linux.h"
+#include "player/player_request.h"
 
 namespace tallow {
 

@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "player/player_socket_linux.h"
+#include "player/player_request.h"
 
 namespace tallow {
 

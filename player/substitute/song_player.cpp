@@ -21,7 +21,7 @@ std::string Printable(std::string path) {
 
 }  // namespace
 
-SongPlayer::SongPlayer(sd_event* loop, PlaybackEngine& engine)
+SongPlayer::SongPlayer(EventLoop& loop, PlaybackEngine& engine)
     : engine_(engine), position_(engine), length_callbacks_(loop, [this] { return Length(); }) {
   engine_.SetListener(*this);
 }

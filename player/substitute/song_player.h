@@ -5,7 +5,6 @@
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <systemd/sd-event.h>
 #include <utility>
 
 #include "player/player_messages.h"
@@ -83,7 +82,7 @@ enum class PlayerState {
 class SongPlayer : private PlaybackListener {
  public:
   /// \param engine must outlive this object, which becomes its listener
-  SongPlayer(sd_event* loop, PlaybackEngine& engine);
+  SongPlayer(EventLoop& loop, PlaybackEngine& engine);
   SongPlayer(const SongPlayer&) = delete;
   SongPlayer& operator=(const SongPlayer&) = delete;
 

@@ -4,8 +4,6 @@
 #include <cmath>
 #include <cstdio>
 #include <stdexcept>
-#include <sys/eventfd.h>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -27,8 +25,6 @@ struct Option {
 constexpr Option kOptions[] = {
     // Ignore the user's configuration of mpv.
     {"config", "no"},
-    {"load-scripts", "no"},
-    {"ytdl", "no"},
     {"input-default-bindings", "no"},
     {"terminal", "no"},
     {"audio-client-name", "Tallow"},
@@ -55,10 +51,16 @@ constexpr Option kOptions[] = {
     {"volume-max", "100"},
 };
 
-/// Parts of mpv's user interface, each of which starts a thread. Not every version of mpv has all.
-constexpr const char* kDisabledScripts[] = {
-    "osc",         "load-stats-overlay", "load-osd-console", "load-console", "load-auto-profiles",
-    "load-select", "load-positioning"};
+/// Scripts and parts of mpv's user interface, each of which starts a thread. Not every mpv has all.
+constexpr const char* kDisabledScripts[] = {"load-scripts",
+                                            "ytdl",
+                                            "osc",
+                                            "load-stats-overlay",
+                                            "load-osd-console",
+                                            "load-console",
+                                            "load-auto-profiles",
+                                            "load-select",
+                                            "load-positioning"};
 
 /// Formats the balance as text, scaled to -1 (left) to 1 (right).
 std::string BalanceText(std::int32_t balance) {
@@ -106,9 +108,9 @@ void SetOutput(mpv_handle* mpv, const SoundOutput& output) {
 
 }  // namespace
 
-SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output)
-    : loop_(loop), wake_up_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), mpv_(mpv_create()) {
-  if (!mpv_ || !wake_up_) throw std::runtime_error("libmpv does not start");
+SoundEngine::SoundEngine(EventLoop& loop, const SoundOutput& output)
+    : loop_(loop), wake_up_(loop.AddWakeUp([this] { DispatchEvents(); })), mpv_(mpv_create()) {
+  if (!mpv_) throw std::runtime_error("libmpv does not start");
   for (const Option& option : kOptions) SetOption(mpv_.get(), option.name, option.value);
   for (const char* const name : kDisabledScripts) mpv_set_option_string(mpv_.get(), name, "no");
   SetOption(mpv_.get(), "af", BalanceFilter(0).c_str());
@@ -118,35 +120,12 @@ SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output)
   mpv_observe_property(mpv_.get(), 0, "time-pos", MPV_FORMAT_DOUBLE);
   mpv_observe_property(mpv_.get(), 0, "duration", MPV_FORMAT_DOUBLE);
   mpv_hook_add(mpv_.get(), 0, "on_load", 0);
-  WatchEvents();
-}
-
-void SoundEngine::WatchEvents() {
-  sd_event_source* events = nullptr;
-  Require(sd_event_add_io(
-              loop_, &events, wake_up_.descriptor(), EPOLLIN,
-              [](sd_event_source*, int descriptor, std::uint32_t, void* self) {
-                std::uint64_t count = 0;
-                if (read(descriptor, &count, sizeof count) > 0)
-                  static_cast<SoundEngine*>(self)->DispatchEvents();
-                return 0;
-              },
-              this),
-          "the event loop");
-  events_.reset(events);
   mpv_set_wakeup_callback(
-      mpv_.get(),
-      [](void* self) {
-        const std::uint64_t one = 1;
-        // write fails only when the counter is full. The event loop wakes up in that case, too.
-        [[maybe_unused]] const ssize_t ignored =
-            write(static_cast<SoundEngine*>(self)->wake_up_.descriptor(), &one, sizeof one);
-      },
-      this);
+      mpv_.get(), [](void* wake_up) { static_cast<WakeUp*>(wake_up)->Request(); }, wake_up_.get());
 }
 
 SoundEngine::~SoundEngine() {
-  // mpv's threads use the descriptor until they have ended.
+  // mpv's threads request the wake-up until they have ended.
   mpv_set_wakeup_callback(mpv_.get(), nullptr, nullptr);
   mpv_.reset();
 }
@@ -230,7 +209,7 @@ void SoundEngine::DispatchEvent(const mpv_event& event) {
       if (balance_ != balance_of_new_tracks_) SendBalance();
       return;
     case MPV_EVENT_SHUTDOWN:
-      sd_event_exit(loop_, 1);
+      loop_.Exit(1);
       return;
     default:
       if (listener_ != nullptr) DispatchMpvEvent(event, *listener_);

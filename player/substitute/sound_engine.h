@@ -6,11 +6,9 @@
 #include <memory>
 #include <mpv/client.h>
 #include <string>
-#include <systemd/sd-event.h>
 
-#include "player/substitute/event_source.h"
+#include "player/substitute/event_loop.h"
 #include "player/substitute/playback_engine.h"
-#include "util/open_file_linux.h"
 
 namespace tallow {
 
@@ -24,7 +22,7 @@ struct SoundOutput {
 class SoundEngine final : public PlaybackEngine {
  public:
   /// \throws std::runtime_error when libmpv cannot be set up
-  SoundEngine(sd_event* loop, const SoundOutput& output);
+  SoundEngine(EventLoop& loop, const SoundOutput& output);
   SoundEngine(const SoundEngine&) = delete;
   SoundEngine& operator=(const SoundEngine&) = delete;
   ~SoundEngine() override;
@@ -46,17 +44,15 @@ class SoundEngine final : public PlaybackEngine {
     void operator()(mpv_handle* mpv) const noexcept { mpv_terminate_destroy(mpv); }
   };
 
-  void WatchEvents();
   void DispatchEvents();
   void DispatchEvent(const mpv_event& event);
   CommandNumber Command(std::initializer_list<const char*> words);
   void BeforeLoading(std::uint64_t hook);
   void SendBalance();
 
-  sd_event* loop_;
-  OpenFile wake_up_;  ///< eventfd, readable when there are events; written by mpv's threads
+  EventLoop& loop_;
+  std::unique_ptr<WakeUp> wake_up_;  ///< requested by mpv's threads when there are events
   std::unique_ptr<mpv_handle, DestroyMpv> mpv_;
-  EventSource events_;
   PlaybackListener* listener_ = nullptr;
   CommandNumber last_command_ = 0;
   std::int32_t balance_ = 0;
