@@ -2,9 +2,12 @@
 #include "player/substitute/player_options.h"
 
 #include <algorithm>
+#include <cstdlib>
 
 namespace tallow {
 namespace {
+
+constexpr double kMaxPace = 100;
 
 /// Whether an identifier can be part of the names of files, windows and on the bus.
 bool IsIdentifier(const std::string& text) noexcept {
@@ -25,8 +28,16 @@ PlayerOptions ParseOptions(int argc, char** argv) {
       options.error = std::string(argument) + " requires " + what + ".";
       return {};
     };
+    const auto pace = [&]() -> double {
+      const double speed = i + 1 < argc ? std::strtod(argv[++i], nullptr) : 0;
+      if (speed >= 1 && speed <= kMaxPace) return speed;
+      options.error = std::string(argument) + " requires a speed from 1 to 100.";
+      return 0;
+    };
     if (argument == "--audio-file")
       options.output.file = value("a file");
+    else if (argument == "--paced")
+      options.output.pace = pace();
     else if (argument == "--silent")
       options.output.silent = true;
     else if (argument == "--log")

@@ -13,6 +13,7 @@ inline constexpr const char* kUsage =
     "The player that Tallow starts. It has no window and takes its commands from a socket.\n"
     "\n"
     "  --audio-file FILE  write the sound to FILE (WAV), as fast as possible\n"
+    "  --paced SPEED      write the file at SPEED times real time only\n"
     "  --silent           play without sound, in real time\n"
     "  --log FILE         append every message to FILE, one per line\n"
     "  --listen           receive messages on the socket that was handed over as descriptor 3\n"

@@ -49,6 +49,11 @@ constexpr Option kOptions[] = {
     {"cache-pause", "no"},
     {"keep-open", "no"},
     {"volume-max", "100"},
+    // A gain that would exceed full scale is reduced. A file without the tag is not changed.
+    {"replaygain", "no"},
+    {"replaygain-clip", "no"},
+    {"replaygain-preamp", "0"},
+    {"replaygain-fallback", "0"},
 };
 
 /// Scripts and parts of mpv's user interface, each of which starts a thread. Not every mpv has all.
@@ -109,11 +114,14 @@ void SetOutput(mpv_handle* mpv, const SoundOutput& output) {
 }  // namespace
 
 SoundEngine::SoundEngine(EventLoop& loop, const SoundOutput& output)
-    : loop_(loop), wake_up_(loop.AddWakeUp([this] { DispatchEvents(); })), mpv_(mpv_create()) {
+    : loop_(loop),
+      wake_up_(loop.AddWakeUp([this] { DispatchEvents(); })),
+      mpv_(mpv_create()),
+      pace_(output.pace) {
   if (!mpv_) throw std::runtime_error("libmpv does not start");
   for (const Option& option : kOptions) SetOption(mpv_.get(), option.name, option.value);
   for (const char* const name : kDisabledScripts) mpv_set_option_string(mpv_.get(), name, "no");
-  SetOption(mpv_.get(), "af", BalanceFilter(0).c_str());
+  SetOption(mpv_.get(), "af", Filters().c_str());
   SetOutput(mpv_.get(), output);
   const int result = mpv_initialize(mpv_.get());
   if (result < 0) throw std::runtime_error(std::string("libmpv: ") + mpv_error_string(result));
@@ -147,7 +155,11 @@ CommandNumber SoundEngine::Append(const std::string& path) {
 
 void SoundEngine::RemoveFirst() { Command({"playlist-remove", "0"}); }
 
-void SoundEngine::RemoveFollowing() { Command({"playlist-clear"}); }
+CommandNumber SoundEngine::RemoveFollowing() { return Command({"playlist-clear"}); }
+
+void SoundEngine::RemoveAt(std::size_t index) {
+  Command({"playlist-remove", std::to_string(index).c_str()});
+}
 
 void SoundEngine::Stop() { Command({"stop"}); }
 
@@ -182,8 +194,42 @@ void SoundEngine::SendBalance() {
 void SoundEngine::BeforeLoading(std::uint64_t hook) {
   // mpv waits for this hook, so a synchronous call does not block. No audio is in the filters now.
   if (std::exchange(balance_of_new_tracks_, balance_) != balance_)
-    mpv_set_property_string(mpv_.get(), "af", BalanceFilter(balance_).c_str());
+    mpv_set_property_string(mpv_.get(), "af", Filters().c_str());
+  if (const std::string path = std::exchange(redirect_, {}); !path.empty())
+    mpv_set_property_string(mpv_.get(), "stream-open-filename", path.c_str());
   mpv_hook_continue(mpv_.get(), hook);
+}
+
+std::string SoundEngine::Filters() const {
+  std::string filters = BalanceFilter(balance_);
+  if (pace_ > 0) filters += ",@pace:lavfi=[arealtime=speed=" + std::to_string(pace_) + "]";
+  return filters;
+}
+
+void SoundEngine::SetGain(ReplayGain mode) {
+  const char* text = mode == ReplayGain::kTrack ? "track" : "album";
+  if (mode == ReplayGain::kOff) text = "no";
+  mpv_set_property_async(mpv_.get(), 0, "replaygain", MPV_FORMAT_STRING, static_cast<void*>(&text));
+}
+
+void SoundEngine::SetDevice(const std::string& name) {
+  const char* text = name.c_str();
+  mpv_set_property_async(mpv_.get(), 0, "audio-device", MPV_FORMAT_STRING,
+                         static_cast<void*>(&text));
+}
+
+void SoundEngine::RequestDevices(std::function<void(std::vector<SoundDevice>)> callback) {
+  const bool asked =
+      mpv_get_property_async(mpv_.get(), kDevicesReply, "audio-device-list", MPV_FORMAT_NODE) >= 0;
+  if (!asked) return callback({});
+  waiting_for_devices_.push_back(std::move(callback));
+}
+
+void SoundEngine::AnswerDevices(const mpv_event& reply) {
+  if (waiting_for_devices_.empty()) return;
+  const auto callback = std::move(waiting_for_devices_.front());
+  waiting_for_devices_.erase(waiting_for_devices_.begin());
+  callback(DevicesOfReply(reply));
 }
 
 void SoundEngine::RequestProperties() {
@@ -208,12 +254,16 @@ void SoundEngine::DispatchEvent(const mpv_event& event) {
       // mpv recreates the filters when a track changes its format midway.
       if (balance_ != balance_of_new_tracks_) SendBalance();
       return;
+    case MPV_EVENT_GET_PROPERTY_REPLY:
+      if (event.reply_userdata == kDevicesReply) return AnswerDevices(event);
+      break;
     case MPV_EVENT_SHUTDOWN:
       loop_.Exit(1);
       return;
     default:
-      if (listener_ != nullptr) DispatchMpvEvent(event, *listener_);
+      break;
   }
+  if (listener_ != nullptr) DispatchMpvEvent(event, *listener_);
 }
 
 }  // namespace tallow

@@ -39,9 +39,9 @@ class PlayerProcess {
         player_,
         [this](const PlayerRequestHead& head, const std::string& payload,
                const std::function<void(PlayerAnswer)>& answer,
-               const std::function<void(std::string)>& /*answer_text*/) {
+               const std::function<void(std::string)>& answer_text) {
           if (log_.is_open()) log_ << DescribeRequest(head, payload) << std::endl;
-          return requests_.Execute(head, payload, answer);
+          return requests_.Execute(head, payload, answer, answer_text);
         },
         [this] { Close(); });
     player_.OnChange([this](PlayerChange change) { front_.Announce(change); });
