@@ -17,7 +17,6 @@
 #include "app/search/player_search.h"
 #include "tests/library_fixture.h"
 #include "ui/support/qt_path.h"
-#include "util/file_system.h"
 #include "util/path_text.h"
 
 namespace tallow {
