@@ -40,8 +40,10 @@ for start in first second; do
     TALLOW_PROBE_PLAYING_PICTURE="$folder/$start-playing.png" \
     timeout 60 "$program" --app-folder "$folder/app" --drive "$folder/music"
   [ -s "$folder/$start.png" ] || { echo "The $start start left no picture."; exit 1; }
-  if perl -MSocket -e 'socket(S, PF_UNIX, SOCK_STREAM, 0); exit !connect(S, sockaddr_un(shift));' \
-    "$XDG_RUNTIME_DIR/tallow/player"; then
+  # One socket for each application folder.
+  if perl -MSocket -e 'for (@ARGV) {
+      socket(S, PF_UNIX, SOCK_STREAM, 0); exit 0 if connect(S, sockaddr_un($_)); } exit 1;' \
+    "$XDG_RUNTIME_DIR"/tallow/player-*; then
     echo "The player of the $start start is still running."
     exit 1
   fi

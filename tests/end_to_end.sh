@@ -66,9 +66,10 @@ picture 3-folder
 save_as Mix "$jukebox"
 grep -q '"text":"Road trip"[^]]*"songs":\[[0-9]*,[0-9]*,[0-9]*\]' "$jukebox" || fail "The folder is not in the file."
 
+player_socket_exists() { [ -n "$(find "$XDG_RUNTIME_DIR/tallow" -name 'player-*' -type s)" ]; }
 # Songs are played until the panel and the player are there.
 keys ctrl+l
-until_true 20 "the player" test -S "$XDG_RUNTIME_DIR/tallow/player"
+until_true 20 "the player" player_socket_exists
 sleep 2
 picture 4-playing
 

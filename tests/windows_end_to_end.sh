@@ -83,7 +83,7 @@ cd "$c/bin"
 "$wine" 'C:\bin\setup.exe' /S || fail "The setup exited with code $?."
 installed=$c/users/$(id -un)/AppData/Local/Programs/Tallow
 program='C:\users\'$(id -un)'\AppData\Local\Programs\Tallow\tallow.exe'
-for file in tallow.exe readme.txt license.txt third-party.txt TIPOFDAY.TXT uninstall.exe; do
+for file in tallow.exe tallow-player.exe readme.txt license.txt third-party.txt TIPOFDAY.TXT uninstall.exe; do
   [ -s "$installed/$file" ] || fail "$file is not installed."
 done
 [ -s "$c/users/$(id -un)/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tallow.lnk" ] ||
@@ -102,7 +102,7 @@ grouping=$installed/Grouping
 library=$grouping/FileLocNames.lmz
 settings=$grouping/System/TallowOrganizer.ini
 
-# The first start searches both drives and finds the player.
+# The first start searches both drives for songs, and takes the player beside the program.
 start
 until_true 120 "the tip at the start" window_named '^Tip of the Day$'
 sleep 0.5
@@ -119,7 +119,7 @@ picture 2-sample
 # Compares the settings byte for byte.
 own=${program%tallow.exe}
 printf '%s\r\n' "$own"'Grouping\System\LocOfMainTargetFiles.lmz' "$own"'Grouping\' ' 5 ' \
-  'd:\winamp\winamp.exe' '' '' '' False False '' > "$folder/expected.ini"
+  "$(tr '[:upper:]' '[:lower:]' <<< "${own}tallow-player.exe")" '' '' '' False False '' > "$folder/expected.ini"
 cmp "$folder/expected.ini" "$settings" || fail "The settings are not the expected ones."
 # Checks every record of the library: name, folder, number, flag, rank, and seven empty texts;
 # nothing else.
@@ -137,14 +137,38 @@ printf '%s\n' 'C:\Music\On C.mp3' 'D:\Musik\one.mp3' 'D:\Musik\two.mp3' 'D:\Ελ
   "D:\\$long\\$long\\$long\\far down.mp3" | sort | diff - "$folder/songs.txt" ||
   fail "Other songs were found."
 
-# A selection is played. The program starts the player but does not wait for its window. When the
-# user plays again, the window is there and gets the songs, with full paths.
+# A selection is played by Tallow's own player. A Winamp that runs meanwhile gets no message. Closing
+# Tallow closes the player.
+player_runs() { pgrep -f '[t]allow-player.exe' > /dev/null; }
+player_has_ended() { ! player_runs; }
+"$wine" 'D:\Winamp\WINAMP.EXE' &
+winamp=$!
+processes+=("$winamp")
+until_true 20 "the Winamp of the user" is_in started "$c/bin/player.txt"
+activate
 keys Tab Home shift+Down ctrl+p
-until_true 20 "the message that the player has no window yet" window_named '^Tallow$'
-until_true 20 "the player" is_in started "$c/bin/player.txt"
-keys Return ctrl+p
+until_true 20 "Tallow's own player" player_runs
+sleep 3
+picture 3-own-player
+activate
+xdotool key --delay 100 alt+F4
+until_true 20 "the question whether to save" window_named '^Tallow$'
+keys alt+n
+until_true 30 "the end of the program" has_ended
+until_true 30 "the end of Tallow's own player" player_has_ended
+grep -v '^started' "$c/bin/player.txt" && fail "A Winamp that was not chosen got messages."
+kill "$winamp"
+rm "$c/bin/player.txt"
+
+# The user chooses Winamp. A selection is played: the program starts the player and waits for its
+# window, which gets the songs, with full paths.
+sed -i 's/^.*tallow-player\.exe/d:\\winamp\\winamp.exe/' "$settings"
+start
+until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+activate
+keys Tab Home shift+Down ctrl+p
 until_true 20 "the player" is_in '273 40045 0' "$c/bin/player.txt"
-picture 3-playing
+picture 3-winamp
 sleep 1
 tr -d '\r' < "$c/bin/player.txt" > "$folder/player.txt"
 head -n 1 "$folder/player.txt" | grep -qx 'started 7' || fail "The player was not started minimized."
