@@ -25,7 +25,9 @@ class RecordedLink : public PlayerLink {
   }
   PlayerStart FollowStart() override {
     if (start != PlayerStart::kAnswers) return start;
-    return found == 0 ? PlayerStart::kNoWindow : PlayerStart::kAnswers;
+    if (found != 0) return PlayerStart::kAnswers;
+    Find();
+    return PlayerStart::kNoWindow;
   }
   std::string LastLineWritten() override { return last_line; }
   std::chrono::milliseconds StartTimeout() const override { return start_timeout; }
