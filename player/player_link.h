@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -14,6 +15,14 @@ using PlayerHandle = std::uintptr_t;
 
 /// The players that a link can find.
 enum class PlayerKind { kWinamp, kTallowPlayer };
+
+/// How far the start of a player has got.
+enum class PlayerStart {
+  kNoWindow,  ///< it was not found yet
+  kSilent,    ///< it was found, but has not answered yet
+  kAnswers,
+  kEnded,
+};
 
 /// Connection to the player; differs by platform. On Windows, messages are sent to the window of
 /// class "Winamp v1.x". On Linux, they are sent through a socket to tallow-player.
@@ -31,6 +40,15 @@ class PlayerLink {
   /// On Linux, if a player is already running, returns true and does not start a second one.
   /// \returns whether the program was started or is running
   virtual bool Start(const std::string& program) = 0;
+
+  /// How far the player has got that was started last, or that was running already. Does not wait.
+  virtual PlayerStart FollowStart() {
+    return Find() == 0 ? PlayerStart::kNoWindow : PlayerStart::kAnswers;
+  }
+  /// How long to wait for a player that was started.
+  virtual std::chrono::milliseconds StartTimeout() const { return std::chrono::seconds(5); }
+  /// The last line that the program wrote to its standard error while it started; empty for none.
+  virtual std::string LastLineWritten() { return {}; }
 
   /// Sends a message, see player_messages.h, and returns the answer.
   virtual std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,

@@ -98,12 +98,21 @@ class SocketLink : public PlayerLink {
     // The player rejects such a request. The path exceeds the limit of the system, so the file
     // cannot exist.
     if (data.size() > kMaxPayload) return true;
-    const PlayerRequestHead head{kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code};
-    PlayerAnswer answer = Exchange(player, head, data);
-    // The player may just have closed this connection in order to accept others.
-    if (connection_ && !connection_->IsUsable() && connection_->WasClosed())
-      answer = Exchange(player, head, data);
-    return answer != kListIsFull;
+    return ExchangeRecord(player, code, data) != kListIsFull;
+  }
+
+  PlayerKind KindOf(PlayerHandle /*player*/) override { return PlayerKind::kTallowPlayer; }
+
+  std::int64_t AddFiles(PlayerHandle player, std::string_view data) override {
+    return data.size() > kMaxPayload ? 0 : ExchangeRecord(player, kAddFiles, data);
+  }
+
+  std::optional<std::string> Ask(PlayerHandle player, std::string_view request) override {
+    if (request.size() > kMaxPayload) return std::nullopt;
+    return Patiently([&]() -> std::optional<std::string> {
+      if (!IsConnectedTo(player)) return std::nullopt;
+      return connection_->Ask(request);
+    });
   }
 
   bool IsRunning(PlayerHandle player) override {
@@ -115,9 +124,30 @@ class SocketLink : public PlayerLink {
  private:
   PlayerAnswer Exchange(PlayerHandle player, const PlayerRequestHead& head,
                         std::string_view payload) {
-    if (player != handle_ || !connection_) return 0;
-    if (!connection_->IsUsable() && connection_->WasClosed()) Reconnect();
+    if (!IsConnectedTo(player)) return 0;
     return connection_->Exchange(head, payload);
+  }
+
+  /// Sends a copy-data record that is answered by a number.
+  PlayerAnswer ExchangeRecord(PlayerHandle player, std::uint32_t code, std::string_view data) {
+    const PlayerRequestHead head{kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code};
+    return Patiently([&] { return Exchange(player, head, data); });
+  }
+
+  /// Whether there is a connection to a player. A connection that the player has closed is replaced.
+  bool IsConnectedTo(PlayerHandle player) {
+    if (player != handle_ || !connection_) return false;
+    if (!connection_->IsUsable() && connection_->WasClosed()) Reconnect();
+    return true;
+  }
+
+  /// Sends something, and sends it again if the player may just have closed this connection in order
+  /// to accept others.
+  template <typename Sender>
+  auto Patiently(const Sender& send) -> decltype(send()) {
+    auto answer = send();
+    if (connection_ && !connection_->IsUsable() && connection_->WasClosed()) answer = send();
+    return answer;
   }
 
   /// Reconnects to the same player, which closes connections when it has too many.
@@ -140,6 +170,8 @@ class SocketLink : public PlayerLink {
 
 }  // namespace
 
-std::unique_ptr<PlayerLink> SystemPlayerLink() { return std::make_unique<SocketLink>(); }
+std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& /*identifier*/) {
+  return std::make_unique<SocketLink>();
+}
 
 }  // namespace tallow

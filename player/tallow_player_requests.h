@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
+#include <string_view>
 
 namespace tallow {
 
@@ -41,6 +44,15 @@ namespace tallow {
 // gain, device, stopAfter (true when playback stops after this track), and failures: those since
 // the failure number failuresAfter, oldest first, each {number, entry, reason}; at most 64, and only
 // the last 1,000 are kept. An entry that plays after all is reported as a failure without a reason.
+
+/// Whether a request in JSON changes nothing. These are not sent to a player that is late with its
+/// answers. Recognizes the requests as TallowPlayer writes them, with "do" as their first member.
+constexpr bool AsksOnly(std::string_view request) noexcept {
+  constexpr std::string_view kQueries[] = {R"({"do":"state")", R"({"do":"queue")",
+                                           R"({"do":"devices")"};
+  return std::any_of(std::begin(kQueries), std::end(kQueries),
+                     [&](std::string_view query) { return request.starts_with(query); });
+}
 
 /// Values of the eight bytes before the paths of kAddFiles; other values are the number of the entry
 /// that the files are added before.

@@ -32,6 +32,11 @@ bool WinAMP_Control::StartWinamp() {
   return !path.empty() && link_.Start(path);
 }
 
+PlayerStart WinAMP_Control::FollowStart() {
+  const PlayerStart start = link_.FollowStart();
+  return start == PlayerStart::kAnswers && !FindWinamp() ? PlayerStart::kNoWindow : start;
+}
+
 bool WinAMP_Control::RequireWindow() {
   if (window_ != 0 || FindWinamp()) return true;
   show_({.text = "WinAMP window not found yet...",
@@ -97,6 +102,30 @@ void WinAMP_Control::SetBalance(std::int32_t balance) {
   if (!RequireWindow()) return;
   if (balance < -kMaxBalance || balance > kMaxBalance) return;
   SendUserMessage(balance < 0 ? balance + kLeftBalance : balance, kSetBalance);
+}
+
+std::int32_t WinAMP_Control::GetListLength() {
+  return RequireWindow() ? static_cast<std::int32_t>(SendUserMessage(0, kListLength)) : 0;
+}
+
+std::int32_t WinAMP_Control::GetListPlace() {
+  return RequireWindow() ? static_cast<std::int32_t>(SendUserMessage(0, kListPlace)) : 0;
+}
+
+void WinAMP_Control::SetListPlace(std::int32_t place) {
+  if (RequireWindow() && place >= 0) SendUserMessage(place, kSetPlace);
+}
+
+bool WinAMP_Control::IsShuffled() { return RequireWindow() && SendUserMessage(0, kShuffle) == 1; }
+
+void WinAMP_Control::SetShuffle(bool on) {
+  if (RequireWindow()) SendUserMessage(on ? 1 : 0, kSetShuffle);
+}
+
+bool WinAMP_Control::IsRepeated() { return RequireWindow() && SendUserMessage(0, kRepeat) == 1; }
+
+void WinAMP_Control::SetRepeat(bool on) {
+  if (RequireWindow()) SendUserMessage(on ? 1 : 0, kSetRepeat);
 }
 
 std::string WinAMP_Control::GetWinampVersion() {

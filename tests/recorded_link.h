@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
 #include <map>
 #include <string>
 #include <utility>
@@ -21,6 +22,12 @@ class RecordedLink : public PlayerLink {
     log.push_back("start " + program);
     return starts;
   }
+  PlayerStart FollowStart() override {
+    if (start != PlayerStart::kAnswers) return start;
+    return found == 0 ? PlayerStart::kNoWindow : PlayerStart::kAnswers;
+  }
+  std::string LastLineWritten() override { return last_line; }
+  std::chrono::milliseconds StartTimeout() const override { return start_timeout; }
   std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
                     std::int64_t lParam) override {
     const std::string text =
@@ -45,6 +52,9 @@ class RecordedLink : public PlayerLink {
 
   PlayerHandle found = 7;
   bool starts = true;
+  PlayerStart start = PlayerStart::kAnswers;  ///< kAnswers only where `found` is not 0
+  std::string last_line;                      ///< that the program has written
+  std::chrono::milliseconds start_timeout{0};
   std::size_t files = 0;                         ///< number of files added so far
   std::size_t max_files = std::size_t{1} << 30;  ///< number of files that the player accepts
   std::size_t ends_at = std::size_t{1} << 30;    ///< the player ends at this file, from 1

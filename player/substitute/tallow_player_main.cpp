@@ -86,7 +86,7 @@ class PlayerProcess {
         requests_(player_, [this] { Close(); }),
         server_(loop, listening,
                 [this](const PlayerRequestHead& head, const std::string& payload,
-                       const RequestServer::Answer& answer) {
+                       const RequestServer::Answer& answer, const RequestServer::TextAnswer&) {
                   if (log_)
                     std::fprintf(log_.get(), "%s\n", DescribeRequest(head, payload).c_str());
                   return requests_.Execute(head, payload, answer);
