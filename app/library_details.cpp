@@ -5,6 +5,7 @@
 #include <mutex>
 #include <utility>
 
+#include "details/cover_reader.h"
 #include "details/details_store.h"
 #include "details/tag_children.h"
 #include "details/tag_reader.h"
@@ -56,6 +57,13 @@ ReadTags LibraryDetails::TagReader() const {
 std::optional<SongTags> LibraryDetails::TagsOf(const std::string& path) const {
   if (!stored_->is_open) return std::nullopt;
   return stored_->store.TagsOf(path);
+}
+
+std::function<std::string(const std::string& path, const std::function<bool()>& stopped)>
+LibraryDetails::CoverReader() const {
+  return [children = children_](const std::string& path, const std::function<bool()>& stopped) {
+    return ReadCover(path, children, stopped);
+  };
 }
 
 RemainingTime::Time LibraryDetails::Now() const {

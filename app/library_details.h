@@ -50,6 +50,11 @@ class LibraryDetails {
   /// database was not used yet. Does not ask the disk for the file.
   std::optional<SongTags> TagsOf(const std::string& path) const;
 
+  /// The function that reads the cover of a song, see tallow::ReadCover. It may be called after
+  /// this object is destroyed.
+  std::function<std::string(const std::string& path, const std::function<bool()>& stopped)>
+  CoverReader() const;
+
   /// Starts to read the details of all present songs, and of songs that are added later. Songs that
   /// are away are left out.
   ///

@@ -5,9 +5,9 @@
 #include <optional>
 #include <utility>
 
+#include "app/playing/follow_returned_songs.h"
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
-#include "app/playing/follow_returned_songs.h"
 #include "jukebox/sorting.h"
 #include "library/song_formats.h"
 

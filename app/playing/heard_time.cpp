@@ -40,8 +40,8 @@ bool HeardTime::Update(std::uint64_t entry, std::int64_t position, std::int64_t 
   if (entry == 0 || is_counted_ || position < 0 || before < 0) return false;
   const milliseconds moved{position - before};
   if (moved > milliseconds{0} && moved <= passed + kInexact) heard_ += moved;
-  const milliseconds enough = length > 0 ? std::min(milliseconds{(length + 1) / 2}, kEnough)
-                                         : kEnough;
+  const milliseconds enough =
+      length > 0 ? std::min(milliseconds{(length + 1) / 2}, kEnough) : kEnough;
   is_counted_ = heard_ >= enough;
   return is_counted_;
 }

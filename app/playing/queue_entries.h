@@ -13,8 +13,8 @@ namespace tallow {
 /// What will play after the current song, asked for in blocks and kept while it does not change.
 class QueueEntries {
  public:
-  static constexpr std::size_t kBlock = 256;       ///< rows that are asked for at once
-  static constexpr std::size_t kMaxBlocks = 64;    ///< that are kept
+  static constexpr std::size_t kBlock = 256;     ///< rows that are asked for at once
+  static constexpr std::size_t kMaxBlocks = 64;  ///< that are kept
 
   /// Returns the entries of rows, fewer at the end of the queue.
   /// \param from  from 0

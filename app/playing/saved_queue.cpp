@@ -31,8 +31,8 @@ SavedSongs Decode(const std::string& bytes) {
 }
 
 std::string Encode(const SavedSongs& songs) {
-  std::string bytes = BeginJsonFile(kFormat) +
-                      ",\"position\":" + std::to_string(songs.position) + ",\"songs\":[";
+  std::string bytes =
+      BeginJsonFile(kFormat) + ",\"position\":" + std::to_string(songs.position) + ",\"songs\":[";
   const char* separator = "\n";
   for (const std::string& path :
        std::span(songs.paths).first(std::min(songs.paths.size(), SavedQueue::kMaxSongs))) {
@@ -63,9 +63,8 @@ void SavedQueue::Store(const SavedSongs& songs) {
     songs_ = songs;
     save_problem_.clear();
   } catch (const FileError& error) {
-    std::string problem =
-        "The queue could not be saved. " + std::string(error.what()) +
-        ". Free some disk space, or make the file writable.";
+    std::string problem = "The queue could not be saved. " + std::string(error.what()) +
+                          ". Free some disk space, or make the file writable.";
     if (std::exchange(save_problem_, problem) != problem) problems_.push_back(std::move(problem));
   }
 }

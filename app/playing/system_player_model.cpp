@@ -21,9 +21,7 @@ constexpr std::chrono::seconds kStoreQueueAfter{5};
 /// A longer queue is stored only at the end, because writing it takes long.
 constexpr std::size_t kMaxStoredOften = 10'000;
 
-std::int32_t Seconds(std::int64_t ms) {
-  return ms < 0 ? -1 : static_cast<std::int32_t>(ms / 1000);
-}
+std::int32_t Seconds(std::int64_t ms) { return ms < 0 ? -1 : static_cast<std::int32_t>(ms / 1000); }
 
 }  // namespace
 
@@ -125,8 +123,7 @@ Playing SystemPlayerModel::Describe(const std::optional<PlayerState>& state) {
 void SystemPlayerModel::FollowFailures(const PlayerState& state) {
   for (const PlayFailure& failure : state.failures) {
     last_failure_ = std::max(last_failure_, failure.number);
-    failures_.Set(failure.entry, PathOf(tallow_.handed_over.SongOf(failure.entry)),
-                  failure.reason);
+    failures_.Set(failure.entry, PathOf(tallow_.handed_over.SongOf(failure.entry)), failure.reason);
     ++now_.failures_revision;
   }
 }
@@ -330,6 +327,11 @@ void SystemPlayerModel::HandOverSongs(const ShowMessage& show, HandOffPanel& pan
   HandOver({tallow_.SongsToPlay, how.to, how.first}, tallow_.library, player_, show, record,
            progress, while_starting);
   is_handing_over_ = false;
+}
+
+bool SystemPlayerModel::HasList() {
+  const std::optional<PlayerState> state = AskState(player_, last_failure_);
+  return state && state->count > 0;
 }
 
 void SystemPlayerModel::LookForPlayer() {

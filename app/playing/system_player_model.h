@@ -101,6 +101,8 @@ class SystemPlayerModel : public PlayerModel {
   void VolumeWasSet(std::int32_t volume);
   void BalanceWasSet(std::int32_t balance);
 
+  /// Whether the player that was found last has songs in its list.
+  bool HasList();
   /// Looks for a player that runs already, without a message.
   void LookForPlayer();
   /// Whether Tallow plays: the player that was found last runs and was set up.
@@ -153,15 +155,15 @@ class SystemPlayerModel : public PlayerModel {
   std::vector<PlayerListener*> listeners_;
 
   Playing now_;
-  PlayerHandle known_ = 0;       ///< the player of the last Update
-  PlayerHandle set_up_ = 0;      ///< the player that has the volume
+  PlayerHandle known_ = 0;        ///< the player of the last Update
+  PlayerHandle set_up_ = 0;       ///< the player that has the volume
   bool volume_is_begun_ = false;  ///< since the player was closed
   bool is_handing_over_ = false;
   std::uint64_t last_failure_ = 0;
   std::size_t queue_length_ = 0;
-  PlayerState last_;             ///< the last answer
+  PlayerState last_;               ///< the last answer
   std::uint64_t last_handed_ = 0;  ///< HandedOverSongs::Revision() at the last Update
-  bool queue_is_new_ = false;    ///< was not stored yet
+  bool queue_is_new_ = false;      ///< was not stored yet
   Time queue_changed_;
 };
 

@@ -19,6 +19,7 @@
 #include "ui/player/panel_bar.h"
 #include "ui/player/player_work.h"
 #include "ui/player/playing_songs.h"
+#include "ui/player/time_text.h"
 #include "ui/support/display_text.h"
 
 namespace tallow {
@@ -26,7 +27,7 @@ namespace {
 
 constexpr int kUpdateInterval = 150;  ///< ms
 
-/// Page steps of the bars, used for a click beside the thumb: about a tenth of each range.
+/// Page steps of the bars, for the page keys: about a tenth of each range.
 constexpr int kPages = 10;
 constexpr int kVolumePage = 25;
 constexpr int kBalancePage = 25;
@@ -36,15 +37,6 @@ constexpr int kBalanceStep = 1;
 
 /// Minimum length of the bars, in average characters.
 constexpr int kBarCharacters = 44;
-
-/// Formats a time of a track as "1:05", or as "1:02:05" from one hour on.
-QString TimeText(int seconds) {
-  const int hours = seconds / 3600;
-  const int minutes = seconds / 60 % 60;
-  const QString tail = QStringLiteral(":%1").arg(seconds % 60, 2, 10, QLatin1Char('0'));
-  if (hours == 0) return QString::number(minutes) + tail;
-  return QStringLiteral("%1:%2").arg(hours).arg(minutes, 2, 10, QLatin1Char('0')) + tail;
-}
 
 QScrollBar* NewBar(const char* name, const QString& label, const QString& description,
                    QWidget* parent) {
@@ -71,7 +63,7 @@ frmMainWinamp::frmMainWinamp(WinAMP_Control& player, SystemPlayerModel& model, S
   hscrlVolume = NewBar("hscrlVolume", tr("Volume"), tr("From silent at the left to full"), this);
   hscrlBalance =
       NewBar("hscrlBalance", tr("Balance"), tr("Between the left and the right loudspeaker"), this);
-  lblSong = new ElidedLabel(Qt::ElideMiddle, this);
+  lblSong = new ElidedLabel(this);
   lblSong->setObjectName(QStringLiteral("lblSong"));
   lblStatus = new QLabel(tr("No File Open"), this);
   lblStatus->setObjectName(QStringLiteral("lblStatus"));
@@ -134,6 +126,7 @@ void frmMainWinamp::SetUpTrackBar() {
   // The bar changes its value only when it is released, so the player seeks once per drag.
   hscrlTrackPos->setTracking(false);
   connect(hscrlTrackPos, &QScrollBar::actionTriggered, this, &frmMainWinamp::UserScrolls);
+  connect(hscrlTrackPos, &QScrollBar::sliderPressed, this, &frmMainWinamp::UserScrolls);
   connect(hscrlTrackPos, &QScrollBar::sliderReleased, this, &frmMainWinamp::UserScrolls);
   connect(hscrlTrackPos, &QScrollBar::sliderMoved, this, [this](int position) {
     UserScrolls();
@@ -183,9 +176,9 @@ void frmMainWinamp::Playstuff() {
 
 void frmMainWinamp::PlayingChanged(const Playing& before, const Playing& now) {
   // The details of a song may be read after it has begun.
-  const bool is_shown = before.song == now.song && !lblSong->Text().isEmpty();
+  const bool is_shown = before.song == now.song && !lblSong->text().isEmpty();
   if (is_shown && before.position == now.position) return;
-  lblSong->SetText(now.song == 0 ? QString() : DisplayText(model_.TextOf(now.song)));
+  lblSong->ShowText(now.song == 0 ? QString() : DisplayText(model_.TextOf(now.song)));
 }
 
 void frmMainWinamp::VolumeChanged() {
