@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "player/player_link.h"
+#include "player/player_messages.h"
 
 namespace tallow {
 
@@ -32,7 +33,7 @@ class RecordedLink : public PlayerLink {
                     std::int64_t lParam) override {
     const std::string text =
         std::to_string(message) + " " + std::to_string(wParam) + " " + std::to_string(lParam);
-    log.push_back(text);
+    if (logs_queries || !IsQuery(message, lParam)) log.push_back(text);
     handles.push_back(player);
     const auto answer = answers.find(text);
     return answer == answers.end() ? 0 : answer->second;
@@ -50,6 +51,8 @@ class RecordedLink : public PlayerLink {
   /// The messages since the last call.
   std::vector<std::string> Take() { return std::exchange(log, {}); }
 
+  /// Whether to record the messages that change nothing: a frame window sends them by a timer.
+  bool logs_queries = true;
   PlayerHandle found = 7;
   bool starts = true;
   PlayerStart start = PlayerStart::kAnswers;  ///< kAnswers only where `found` is not 0
@@ -61,6 +64,13 @@ class RecordedLink : public PlayerLink {
   std::map<std::string, std::int64_t> answers;
   std::vector<std::string> log;
   std::vector<PlayerHandle> handles;
+
+ private:
+  static bool IsQuery(std::uint32_t message, std::int64_t request) {
+    return message == kWmUser &&
+           (request == kStatus || request == kTrackTime || request == kListLength ||
+            request == kListPlace || request == kShuffle || request == kRepeat);
+  }
 };
 
 }  // namespace tallow
