@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -25,7 +26,9 @@ class RecordedLink : public PlayerLink {
   }
   PlayerStart FollowStart() override {
     if (start != PlayerStart::kAnswers) return start;
-    return found == 0 ? PlayerStart::kNoWindow : PlayerStart::kAnswers;
+    if (found != 0) return PlayerStart::kAnswers;
+    Find();
+    return PlayerStart::kNoWindow;
   }
   std::string LastLineWritten() override { return last_line; }
   std::chrono::milliseconds StartTimeout() const override { return start_timeout; }
@@ -47,6 +50,12 @@ class RecordedLink : public PlayerLink {
   }
   bool IsRunning(PlayerHandle /*player*/) override { return files < ends_at; }
   std::string TextOfPath(const std::string& path) const override { return path; }
+  PlayerKind KindOf(PlayerHandle /*player*/) override { return kind; }
+  std::optional<std::string> Ask(PlayerHandle /*player*/, std::string_view request) override {
+    log.push_back("ask " + std::string(request));
+    const auto answer = texts.find(std::string(request));
+    return answer == texts.end() ? std::nullopt : std::optional(answer->second);
+  }
 
   /// The messages since the last call.
   std::vector<std::string> Take() { return std::exchange(log, {}); }
@@ -54,6 +63,7 @@ class RecordedLink : public PlayerLink {
   /// Whether to record the messages that change nothing: a frame window sends them by a timer.
   bool logs_queries = true;
   PlayerHandle found = 7;
+  PlayerKind kind = PlayerKind::kWinamp;
   bool starts = true;
   PlayerStart start = PlayerStart::kAnswers;  ///< kAnswers only where `found` is not 0
   std::string last_line;                      ///< that the program has written
@@ -62,6 +72,7 @@ class RecordedLink : public PlayerLink {
   std::size_t max_files = std::size_t{1} << 30;  ///< number of files that the player accepts
   std::size_t ends_at = std::size_t{1} << 30;    ///< the player ends at this file, from 1
   std::map<std::string, std::int64_t> answers;
+  std::map<std::string, std::string> texts;  ///< the answers to requests in JSON
   std::vector<std::string> log;
   std::vector<PlayerHandle> handles;
 

@@ -13,7 +13,8 @@ namespace tallow {
 
 PlayerKind KindOfPlayer(std::string_view program) {
   const std::string name = ToLower(NameOfPath(program));
-  return name.starts_with("tallow-player") ? PlayerKind::kTallowPlayer : PlayerKind::kWinamp;
+  const bool is_own = name == "tallow-player" || name == "tallow-player.exe";
+  return is_own ? PlayerKind::kTallowPlayer : PlayerKind::kWinamp;
 }
 
 std::vector<std::string> PlayersToChooseFrom(const Tallow& tallow, const std::string& own,

@@ -11,8 +11,8 @@ namespace tallow {
 
 class Tallow;
 
-/// The kind of player that a program is, by its file name: every program whose name begins with
-/// "tallow-player" is Tallow's own player.
+/// The kind of player that a program is, by its file name: "tallow-player" or "tallow-player.exe",
+/// in any letter case, is Tallow's own player.
 PlayerKind KindOfPlayer(std::string_view program);
 
 /// The players that the user can choose from, without duplicates: Tallow's own player, the Winamps

@@ -31,6 +31,7 @@ TEST_F(PlayerChoice, TallowsOwnPlayerIsKnownByItsName) {
   EXPECT_EQ(KindOfPlayer(folder + "tallow-player"), PlayerKind::kTallowPlayer);
   EXPECT_EQ(KindOfPlayer(folder + "Tallow-Player.EXE"), PlayerKind::kTallowPlayer);
   EXPECT_EQ(KindOfPlayer(folder + "winamp.exe"), PlayerKind::kWinamp);
+  EXPECT_EQ(KindOfPlayer(folder + "tallow-player-2.exe"), PlayerKind::kWinamp);
   EXPECT_EQ(KindOfPlayer(std::string("tallow-player") + kSeparator + "winamp.exe"),
             PlayerKind::kWinamp);
   EXPECT_EQ(KindOfPlayer(""), PlayerKind::kWinamp);

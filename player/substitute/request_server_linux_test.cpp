@@ -355,8 +355,8 @@ TEST(RequestServerAlone, WhenNoDescriptorBecomesFreeAConnectionIsAcceptedLater) 
   constexpr std::uint64_t kMaxWait = 20'000'000;  // µs
   constexpr PlayerAnswer kAnswer = 42;
   const TempFolder folder;
-  const EventLoop loop = NewLoop();
-  RequestServer server(loop.get(), ListenAsPlayer(folder / "player"),
+  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
+  RequestServer server(loop->Get(), ListenAsPlayer(folder / "player"),
                        [](const PlayerRequestHead& head, const std::string&,
                           const RequestServer::Answer& answer, const RequestServer::TextAnswer&) {
                          answer(head.wParam);
@@ -364,20 +364,20 @@ TEST(RequestServerAlone, WhenNoDescriptorBecomesFreeAConnectionIsAcceptedLater) 
                        });
   // The loop of the player always has a timer, so another one needs no descriptor.
   sd_event_source* timer = nullptr;
-  ASSERT_GE(sd_event_add_time_relative(loop.get(), &timer, CLOCK_MONOTONIC, 1000 * kMaxWait, 0,
+  ASSERT_GE(sd_event_add_time_relative(loop->Get(), &timer, CLOCK_MONOTONIC, 1000 * kMaxWait, 0,
                                        nullptr, nullptr),
             0);
   const EventSource owned(timer);
 
   const OpenFile first(ConnectToPlayer(folder / "player"));
-  while (server.Connections() == 0) ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0);
+  while (server.Connections() == 0) ASSERT_GT(sd_event_run(loop->Get(), kMaxWait), 0);
   const OpenFile second(ConnectToPlayer(folder / "player"));
   const PlayerRequestHead request{kWmUser, 0, kAnswer, kVersion};
   ASSERT_EQ(send(second.descriptor(), &request, sizeof request, MSG_NOSIGNAL),
             static_cast<ssize_t>(sizeof request));
   {
     const NoFreeDescriptor full;
-    ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0);
+    ASSERT_GT(sd_event_run(loop->Get(), kMaxWait), 0);
   }
   // The only connection was closed in vain.
   EXPECT_EQ(server.Connections(), 0U);
@@ -385,7 +385,7 @@ TEST(RequestServerAlone, WhenNoDescriptorBecomesFreeAConnectionIsAcceptedLater) 
   EXPECT_EQ(recv(first.descriptor(), &byte, 1, 0), 0);
   PlayerAnswer answer = 0;
   while (recv(second.descriptor(), &answer, sizeof answer, 0) < 0 && errno == EAGAIN)
-    ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0);
+    ASSERT_GT(sd_event_run(loop->Get(), kMaxWait), 0);
   EXPECT_EQ(answer, kAnswer);
   EXPECT_EQ(server.Connections(), 1U);
 }
