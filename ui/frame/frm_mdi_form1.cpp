@@ -94,6 +94,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       busy_(*this, tallow, jukeboxes_, unsaved_),
       panel_(jukeboxes_),
       player_(tallow, link, searches, jukeboxes_, panel_, messages_, busy_),
+      title_(*this, player_.Model()),
       document_windows_(*this, jukeboxes_, panel_, messages_, busy_),
       documents_(tallow, document_windows_),
       files_(jukeboxes_, documents_),
@@ -112,14 +113,17 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       help_(*this, tallow),
       place_states_(std::make_shared<PlaceStates>(kMaxWait)) {
   setObjectName(QStringLiteral("frmMDIForm1"));
-  setWindowTitle(tr("Tallow"));
   setProperty(kHelpPage, QStringLiteral("windows"));
   SetUpArea();
   // Visible from the start, so that the first message does not change the layout.
   statusBar()->show();
   SetUpMenus();
   RestoreOptions();
-  tallow_.preferences.OnChange([this](const Switches& before) { filing_.Follow(before); });
+  tallow_.preferences.OnChange([this](const Switches& before) {
+    filing_.Follow(before);
+    player_.FollowPreferences();
+  });
+  player_.OnPlaySelection([this] { commands_.Run(ListCommand::kPlaySelectedSongs); });
 }
 
 frmMDIForm1::~frmMDIForm1() {
@@ -160,11 +164,17 @@ void frmMDIForm1::SetUpMenus() {
           [this](int element) { documents_.OpenRecent(element); });
   KeepWindowList(*menuBar()->findChild<QMenu*>(QStringLiteral("mnuWindowList")), *area_);
   toolbar_ = AddFrameToolbar(*this, [this](FrameCommand command, bool checks) {
-    if (!checks || player_.CheckPlayer()) Run(command);
+    if (!checks || player_.CheckPlayer()) RunOfToolbar(command);
     busy_.FocusJukebox();
   });
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
   UpdateTheMenuControlArray();
+}
+
+void frmMDIForm1::RunOfToolbar(FrameCommand command) {
+  // Without a player, the button Play starts one.
+  const bool starts = command == FrameCommand::kPlay && !player_.FindsPlayer();
+  Run(starts ? FrameCommand::kPlaySelectedSongs : command);
 }
 
 void frmMDIForm1::RestoreOptions() {
@@ -363,7 +373,7 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
   // If a jukebox must stay open, or another start has handed over a jukebox file in the meantime,
   // the program and its music keep running.
   if (!jukeboxes_.CloseAll() || files_.AreWaiting()) return event->ignore();
-  ClosePlayerPanel();
+  player_.End();
   // The program ends with its last window, so the help window closes, too.
   help_.Close();
   QSettings options;
