@@ -44,9 +44,9 @@ std::chrono::sys_days DayOf(const std::string& text) {
     if (error != std::errc() || (next != end && *next != '-')) break;
     at = next == end ? end : next + 1;
   }
-  const std::chrono::year_month_day date(std::chrono::year(parts[0]),
-                                         std::chrono::month(static_cast<unsigned>(parts[1])),
-                                         std::chrono::day(static_cast<unsigned>(parts[2])));
+  const std::chrono::year_month_day date{std::chrono::year{parts[0]},
+                                         std::chrono::month{static_cast<unsigned>(parts[1])},
+                                         std::chrono::day{static_cast<unsigned>(parts[2])}};
   if (!date.ok() || TextOfDay(date) != text) throw std::runtime_error("'" + text + "' is no day");
   return date;
 }
