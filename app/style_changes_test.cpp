@@ -36,7 +36,8 @@ TEST(StyleWork, FilesAgainOnlyForSwitchesThatChangeFiling) {
                           .songs_by_path = true,
                           .new_subfolders = true,
                           .fills_new_jukeboxes = true,
-                          .reopens_jukeboxes = true}));
+                          .reopens_jukeboxes = true,
+                          .plays_on = true}));
   for (bool Switches::*const one : {&Switches::newer_tags, &Switches::whole_artists,
                                     &Switches::four_digit_years, &Switches::all_decades}) {
     Switches with;

@@ -45,6 +45,10 @@ constexpr StyleSwitch kStyleSwitches[] = {
     {"reopensJukeboxes", "&Reopen all jukeboxes",
      "A start opens all jukeboxes that were open; without this, only the one that was saved last.",
      &Switches::reopens_jukeboxes},
+    {"playsOn", "Play on &in the folder",
+     "A double click or Enter plays the songs of the folder from that one on, and Space pauses; "
+     "without this, only the one song is played.",
+     &Switches::plays_on},
 };
 
 }  // namespace

@@ -34,6 +34,9 @@ struct Switches {
   bool fills_new_jukeboxes = false;
   /// A start opens all jukeboxes that were open. Classic: the one saved last.
   bool reopens_jukeboxes = false;
+  /// A double click or Enter plays the folder from the song on, and Space pauses and resumes.
+  /// Classic: the one song.
+  bool plays_on = false;
 
   friend bool operator==(const Switches&, const Switches&) = default;
 };
@@ -49,6 +52,7 @@ inline constexpr Switches kModernStyle{.newer_tags = true,
                                        .natural_order = true,
                                        .new_subfolders = true,
                                        .fills_new_jukeboxes = true,
-                                       .reopens_jukeboxes = true};
+                                       .reopens_jukeboxes = true,
+                                       .plays_on = true};
 
 }  // namespace tallow
