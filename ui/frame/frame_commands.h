@@ -36,6 +36,8 @@ enum class FrameCommand {
   kPreferences,
   kWhereMyMusicIs,
   kFileAgainByTags,
+  kShowPlayingSong,
+  kQueue,
   kHelp,
   kTip,
   kAbout,

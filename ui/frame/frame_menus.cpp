@@ -78,6 +78,9 @@ constexpr MenuItem kTools[] = {
     {"mnuPreferences", "&Preferences...", "Ctrl+,", FrameCommand::kPreferences, nullptr},
     {"mnuWhereMyMusicIs", "&Where My Music Is...", nullptr, FrameCommand::kWhereMyMusicIs, nullptr},
     {"mnuFileAgainByTags", "&File Again By Tags", nullptr, FrameCommand::kFileAgainByTags, nullptr},
+    kSeparator,
+    {"mnuQueue", "&Queue", "Ctrl+Shift+U", FrameCommand::kQueue, nullptr},
+    {"mnuShowPlayingSong", "&Show Playing Song", "Ctrl+J", FrameCommand::kShowPlayingSong, nullptr},
 };
 
 constexpr MenuItem kHelp[] = {
