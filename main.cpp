@@ -16,6 +16,7 @@
 #include "app/system.h"
 #include "app/tallow.h"
 #include "details/child_reader.h"
+#include "player/player_identifier.h"
 #include "player/player_link.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_style.h"
@@ -93,7 +94,8 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   }
   const std::unique_ptr<DriveList> drives =
       line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
-  const std::unique_ptr<PlayerLink> player = SystemPlayerLink();
+  const std::unique_ptr<PlayerLink> player =
+      SystemPlayerLink(PlayerIdentifier(tallow.application_folder));
   DriveSearches searches(tallow, *drives);
   frmMDIForm1 frame(tallow, *player, searches);
   QObject::connect(&single, &SingleProgram::FilesWanted, &frame,

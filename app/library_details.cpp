@@ -4,6 +4,7 @@
 #include <mutex>
 #include <utility>
 
+#include "details/cover_reader.h"
 #include "details/details_store.h"
 #include "details/tag_children.h"
 #include "details/tag_reader.h"
@@ -45,6 +46,13 @@ ReadTags LibraryDetails::TagReader() const {
       if (const auto stamp = StampOf(path))
         if (auto details = store.Find(path, *stamp)) return std::move(details->tags);
     return children ? children->Read(path) : ReadSongTags(path);
+  };
+}
+
+std::function<std::string(const std::string& path, const std::function<bool()>& stopped)>
+LibraryDetails::CoverReader() const {
+  return [children = children_](const std::string& path, const std::function<bool()>& stopped) {
+    return ReadCover(path, children, stopped);
   };
 }
 

@@ -45,6 +45,11 @@ class LibraryDetails {
   /// its copies are destroyed.
   ReadTags TagReader() const;
 
+  /// The function that reads the cover of a song, see tallow::ReadCover. It may be called after
+  /// this object is destroyed.
+  std::function<std::string(const std::string& path, const std::function<bool()>& stopped)>
+  CoverReader() const;
+
   /// Starts to read the details of all present songs, and of songs that are added later. Songs that
   /// are away are left out.
   ///

@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/player_connection_linux.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <iterator>
 #include <poll.h>
-#include <string>
 #include <sys/socket.h>
+#include <utility>
 
 #include "player/player_messages.h"
+#include "player/tallow_player_requests.h"
 
 namespace tallow {
 namespace {
@@ -19,8 +22,10 @@ constexpr std::chrono::seconds kLengthTimeout{4};
 
 /// Whether a request is a query that changes nothing.
 bool IsQuery(const PlayerRequestHead& head) noexcept {
+  constexpr std::int64_t kQueries[] = {kStatus,    kTrackTime, kVersion, kListLength,
+                                       kListPlace, kShuffle,   kRepeat};
   return head.message == kWmUser &&
-         (head.lParam == kStatus || head.lParam == kTrackTime || head.lParam == kVersion);
+         std::find(std::begin(kQueries), std::end(kQueries), head.lParam) != std::end(kQueries);
 }
 
 bool IsLengthQuery(const PlayerRequestHead& head) noexcept {
@@ -29,15 +34,32 @@ bool IsLengthQuery(const PlayerRequestHead& head) noexcept {
 
 }  // namespace
 
-PlayerAnswer PlayerConnection::Exchange(const PlayerRequestHead& head, std::string_view payload) {
+bool PlayerConnection::HasStarted() {
   ReadAnswers();
-  const bool overdue = outstanding_ > 0;
-  if (!usable_ || (overdue && IsQuery(head))) return 0;
+  if (starting_ && usable_ && outstanding_.empty())
+    Send({kWmUser, 0, 0, kVersion}, {}, Clock::now());
+  return usable_ && !starting_;
+}
+
+PlayerAnswer PlayerConnection::Exchange(const PlayerRequestHead& head, std::string_view payload) {
+  return Complete(head, payload, IsQuery(head)) ? last_answer_ : 0;
+}
+
+std::optional<std::string> PlayerConnection::Ask(std::string_view request) {
+  const PlayerRequestHead head{kWmCopyData, static_cast<std::uint32_t>(request.size()), 0, kAsk};
+  if (!Complete(head, request, AsksOnly(request))) return std::nullopt;
+  return std::exchange(text_, {});
+}
+
+bool PlayerConnection::Complete(const PlayerRequestHead& head, std::string_view payload,
+                                bool is_query) {
+  ReadAnswers();
+  const bool overdue = !outstanding_.empty();
+  if (!usable_ || (overdue && is_query)) return false;
   const Clock::time_point deadline =
       Clock::now() + (overdue ? Clock::duration() : TimeoutFor(head));
-  if (!Send(head, payload, deadline)) return 0;
-  if (overdue || !WaitForAnswers(deadline)) return 0;
-  return usable_ ? last_answer_ : 0;
+  if (!Send(head, payload, deadline)) return false;
+  return !overdue && WaitForAnswers(deadline) && usable_;
 }
 
 PlayerConnection::Clock::duration PlayerConnection::TimeoutFor(
@@ -55,12 +77,13 @@ bool PlayerConnection::Send(const PlayerRequestHead& head, std::string_view payl
     usable_ = false;
     return false;
   }
-  ++outstanding_;
+  const bool asks = head.message == kWmCopyData && head.lParam == kAsk;
+  outstanding_.push_back(asks ? AnswerKind::kText : AnswerKind::kNumber);
   return true;
 }
 
 bool PlayerConnection::WaitForAnswers(Clock::time_point deadline) {
-  while (outstanding_ > 0 && usable_) {
+  while (!outstanding_.empty() && usable_) {
     if (!WaitFor(POLLIN, deadline)) return false;
     ReadAnswers();
   }
@@ -89,23 +112,43 @@ bool PlayerConnection::Write(std::string_view bytes, Clock::time_point deadline)
   return true;
 }
 
-void PlayerConnection::ReadAnswers() noexcept {
+void PlayerConnection::ReadAnswers() {
   while (usable_) {
-    const ssize_t got =
-        recv(socket_.descriptor(), bytes_.data() + filled_, bytes_.size() - filled_, 0);
+    const std::span<char> missing = MissingPart();
+    const ssize_t got = recv(socket_.descriptor(), missing.data(), missing.size(), 0);
     if (got < 0 && errno == EINTR) continue;
     if (got < 0 && errno == EAGAIN) return;
     // The player sends nothing except answers.
     was_closed_ = got <= 0;
-    usable_ = got > 0 && outstanding_ > 0;
-    if (!usable_) return;
-    filled_ += static_cast<std::size_t>(got);
-    if (filled_ < bytes_.size()) continue;
-    std::memcpy(&last_answer_, bytes_.data(), sizeof last_answer_);
-    filled_ = 0;
-    --outstanding_;
-    starting_ = false;
+    usable_ = got > 0 && !outstanding_.empty();
+    if (usable_) Received(static_cast<std::size_t>(got));
   }
+}
+
+std::span<char> PlayerConnection::MissingPart() {
+  if (filled_ < number_.size()) return std::span(number_).subspan(filled_);
+  return std::span(text_).subspan(text_filled_);
+}
+
+void PlayerConnection::Received(std::size_t count) {
+  const bool asked = outstanding_.front() == AnswerKind::kText;
+  if (filled_ < number_.size()) {
+    filled_ += count;
+    if (filled_ < number_.size()) return;
+    std::memcpy(&last_answer_, number_.data(), sizeof last_answer_);
+    if (asked) {
+      usable_ = last_answer_ >= 0 && last_answer_ <= kMaxTextAnswer;
+      if (!usable_) return;
+      text_.assign(static_cast<std::size_t>(last_answer_), '\0');
+      text_filled_ = 0;
+    }
+  } else {
+    text_filled_ += count;
+  }
+  if (asked && text_filled_ < text_.size()) return;
+  filled_ = 0;
+  outstanding_.pop_front();
+  starting_ = false;
 }
 
 }  // namespace tallow

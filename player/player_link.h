@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -15,6 +16,14 @@ using PlayerHandle = std::uintptr_t;
 /// The players that a link can find.
 enum class PlayerKind { kWinamp, kTallowPlayer };
 
+/// How far the start of a player has got.
+enum class PlayerStart {
+  kNoWindow,  ///< it was not found yet
+  kSilent,    ///< it was found, but has not answered yet
+  kAnswers,
+  kEnded,
+};
+
 /// Connection to the player; differs by platform. On Windows, messages are sent to the window of
 /// class "Winamp v1.x". On Linux, they are sent through a socket to tallow-player.
 ///
@@ -24,6 +33,10 @@ class PlayerLink {
  public:
   virtual ~PlayerLink() = default;
 
+  /// Sets which player Find looks for: the one of this program. Without a program, it looks first
+  /// for Tallow's own player, then for another one. Only Windows has several.
+  virtual void UseProgram(const std::string& /*program*/) {}
+
   /// Looks for a running player.
   virtual PlayerHandle Find() = 0;
 
@@ -31,6 +44,15 @@ class PlayerLink {
   /// On Linux, if a player is already running, returns true and does not start a second one.
   /// \returns whether the program was started or is running
   virtual bool Start(const std::string& program) = 0;
+
+  /// How far the player has got that was started last, or that was running already. Does not wait.
+  virtual PlayerStart FollowStart() {
+    return Find() == 0 ? PlayerStart::kNoWindow : PlayerStart::kAnswers;
+  }
+  /// How long to wait for a player that was started.
+  virtual std::chrono::milliseconds StartTimeout() const { return std::chrono::seconds(5); }
+  /// The last line that the program wrote to its standard error while it started; empty for none.
+  virtual std::string LastLineWritten() { return {}; }
 
   /// Sends a message, see player_messages.h, and returns the answer.
   virtual std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
@@ -66,7 +88,7 @@ class PlayerLink {
 
 /// Creates the link for this platform.
 /// \param identifier of the application folder, see PlayerIdentifier: tells the players of several
-///                   Tallows apart; empty: any player of the user
+///                   Tallows apart. May be empty
 std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& identifier = {});
 
 }  // namespace tallow

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -9,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include "player/player_connection_linux.h"
 #include "player/player_link.h"
@@ -53,10 +53,13 @@ int ConnectWithRetries(const std::string& path) {
 
 class SocketLink : public PlayerLink {
  public:
+  /// \param identifier see SystemPlayerLink
+  explicit SocketLink(std::string identifier) : identifier_(std::move(identifier)) {}
+
   PlayerHandle Find() override {
     if (connection_ && connection_->IsUsable()) return handle_;
     try {
-      const std::string path = PlayerSocketPath();
+      const std::string path = PlayerSocketPath(identifier_);
       socket_file_ = SocketFileOf(path);
       const int descriptor = ConnectWithRetries(path);
       if (descriptor < 0) return 0;
@@ -69,12 +72,13 @@ class SocketLink : public PlayerLink {
 
   bool Start(const std::string& program) override {
     try {
-      const std::string path = PlayerSocketPath();
+      const std::string path = PlayerSocketPath(identifier_);
       const PlayerStartLock lock(path);
       if (PlayerRuns(path)) return true;
       const OpenFile listening(ListenAsPlayer(path));
       if (!listening) throw FileError(path, "cannot create a socket there");
-      const std::array<std::string, 1> arguments{"--listen"};
+      std::vector<std::string> arguments{"--listen"};
+      if (!identifier_.empty()) arguments.insert(arguments.end(), {"--identifier", identifier_});
       just_started_ = Spawn(program, arguments, listening.descriptor()) != 0;
       if (just_started_) return true;
       // Remove the socket, so that no client waits for a player that will never answer.
@@ -98,12 +102,21 @@ class SocketLink : public PlayerLink {
     // The player rejects such a request. The path exceeds the limit of the system, so the file
     // cannot exist.
     if (data.size() > kMaxPayload) return true;
-    const PlayerRequestHead head{kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code};
-    PlayerAnswer answer = Exchange(player, head, data);
-    // The player may just have closed this connection in order to accept others.
-    if (connection_ && !connection_->IsUsable() && connection_->WasClosed())
-      answer = Exchange(player, head, data);
-    return answer != kListIsFull;
+    return ExchangeRecord(player, code, data) != kListIsFull;
+  }
+
+  PlayerKind KindOf(PlayerHandle /*player*/) override { return PlayerKind::kTallowPlayer; }
+
+  std::int64_t AddFiles(PlayerHandle player, std::string_view data) override {
+    return data.size() > kMaxPayload ? 0 : ExchangeRecord(player, kAddFiles, data);
+  }
+
+  std::optional<std::string> Ask(PlayerHandle player, std::string_view request) override {
+    if (request.size() > kMaxPayload) return std::nullopt;
+    return Patiently([&]() -> std::optional<std::string> {
+      if (!IsConnectedTo(player)) return std::nullopt;
+      return connection_->Ask(request);
+    });
   }
 
   bool IsRunning(PlayerHandle player) override {
@@ -115,15 +128,36 @@ class SocketLink : public PlayerLink {
  private:
   PlayerAnswer Exchange(PlayerHandle player, const PlayerRequestHead& head,
                         std::string_view payload) {
-    if (player != handle_ || !connection_) return 0;
-    if (!connection_->IsUsable() && connection_->WasClosed()) Reconnect();
+    if (!IsConnectedTo(player)) return 0;
     return connection_->Exchange(head, payload);
+  }
+
+  /// Sends a copy-data record that is answered by a number.
+  PlayerAnswer ExchangeRecord(PlayerHandle player, std::uint32_t code, std::string_view data) {
+    const PlayerRequestHead head{kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code};
+    return Patiently([&] { return Exchange(player, head, data); });
+  }
+
+  /// Whether there is a connection to a player. A connection that the player has closed is replaced.
+  bool IsConnectedTo(PlayerHandle player) {
+    if (player != handle_ || !connection_) return false;
+    if (!connection_->IsUsable() && connection_->WasClosed()) Reconnect();
+    return true;
+  }
+
+  /// Sends something, and sends it again if the player may just have closed this connection in order
+  /// to accept others.
+  template <typename Sender>
+  auto Patiently(const Sender& send) -> decltype(send()) {
+    auto answer = send();
+    if (connection_ && !connection_->IsUsable() && connection_->WasClosed()) answer = send();
+    return answer;
   }
 
   /// Reconnects to the same player, which closes connections when it has too many.
   void Reconnect() {
     try {
-      const std::string path = PlayerSocketPath();
+      const std::string path = PlayerSocketPath(identifier_);
       if (SocketFileOf(path) != socket_file_) return;
       const int descriptor = ConnectToPlayer(path);
       if (descriptor >= 0) connection_.emplace(descriptor, false);
@@ -132,6 +166,7 @@ class SocketLink : public PlayerLink {
     }
   }
 
+  const std::string identifier_;
   std::optional<PlayerConnection> connection_;
   SocketFile socket_file_;   ///< of the connected player
   PlayerHandle handle_ = 0;  ///< of the current connection; different for each
@@ -140,6 +175,8 @@ class SocketLink : public PlayerLink {
 
 }  // namespace
 
-std::unique_ptr<PlayerLink> SystemPlayerLink() { return std::make_unique<SocketLink>(); }
+std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& identifier) {
+  return std::make_unique<SocketLink>(identifier);
+}
 
 }  // namespace tallow

@@ -58,6 +58,9 @@ enum TrackTime : std::int32_t {
 /// Code of kWmCopyData that appends a file to the list. The data is the path, NUL-terminated.
 inline constexpr std::uint32_t kAddFile = 100;
 
+/// Maximum size of the data of kWmCopyData for Tallow's own player, in bytes.
+inline constexpr std::size_t kMaxPayload = std::size_t{64} * 1024;
+
 // Codes of kWmCopyData that only Tallow's own player knows.
 
 /// Adds files to the list, see tallow_player_requests.h. Answer: the number of the first new entry,

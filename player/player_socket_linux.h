@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "player/player_request.h"
 #include "util/open_file_linux.h"
 
 namespace tallow {
@@ -24,38 +25,26 @@ namespace tallow {
 //
 // Only kWmCopyData has a payload: the data of the record. Each request is answered by 8 bytes, a
 // signed number, before the next request is read. If the list is full, a request to add a file is
-// answered with kListIsFull and the list is unchanged. An invalid request or an unknown message
-// closes the connection without an answer and without any effect.
+// answered with kListIsFull and the list is unchanged. For the code kAsk the number is the length of
+// the answer in bytes, at most kMaxTextAnswer, and the answer follows it. An invalid request or an
+// unknown message closes the connection without an answer and without any effect.
 //
 // For example, the query for the track position (1024, 0, 105) on a little-endian machine, and the
 // answer 61,999 ms:
 //
 //   00 04 00 00  00 00 00 00  00 00 00 00 00 00 00 00  69 00 00 00 00 00 00 00
 //   2F F2 00 00 00 00 00 00
-
-struct PlayerRequestHead {
-  std::uint32_t message = 0;
-  std::uint32_t payload = 0;  ///< size in bytes
-  std::int64_t wParam = 0;
-  std::int64_t lParam = 0;
-};
-static_assert(sizeof(PlayerRequestHead) == 24);
-
-using PlayerAnswer = std::int64_t;
-
-inline constexpr std::size_t kMaxPayload = std::size_t{64} * 1024;
-
-/// Maximum memory of the player's list, in bytes: the paths, and the overhead of each entry. A
-/// million songs with paths of 200 bytes fit. Without a limit, 5,000 paths of 64 KiB would use 320
-/// MB.
-inline constexpr std::size_t kMaxListBytes = std::size_t{256} << 20;
-
-/// The answer when the list has no room for a file. Other players always answer 0.
-inline constexpr PlayerAnswer kListIsFull = 1;
+//
+// The request {"do":"gain","mode":"off"} (code 0x54410002, 26 bytes), and the answer {}:
+//
+//   4A 00 00 00  1A 00 00 00  00 00 00 00 00 00 00 00  02 00 41 54 00 00 00 00
+//   7B 22 64 6F ... 22 7D
+//   02 00 00 00 00 00 00 00  7B 7D
 
 /// Returns the path of the socket.
+/// \param identifier of the application folder, see PlayerIdentifier; may be empty
 /// \throws FileError see RuntimeFolder
-std::string PlayerSocketPath();
+std::string PlayerSocketPath(const std::string& identifier = {});
 
 /// Connects to the player without blocking.
 /// \returns a negative value, with errno set, when no player of this user listens on the socket,

@@ -14,18 +14,6 @@
 
 namespace tallow {
 
-bool ReachPlayer(WinAMP_Control& player, const ShowMessage& show) {
-  if (!player.StartWinamp()) {
-    show({.text = "Couldn't start WinAMP"});
-    return false;
-  }
-  if (!player.FindWinamp()) {
-    show({.text = "Couldn't find WinAMP's Window"});
-    return false;
-  }
-  return true;
-}
-
 namespace {
 
 /// Number of files that a thread checks in one batch, see ReadAhead.

@@ -6,6 +6,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -14,9 +15,6 @@
 #include "player/tallow_player_requests.h"
 
 namespace tallow {
-
-enum class RepeatMode { kOff, kAll, kOne };
-enum class ReplayGain { kOff, kTrack, kAlbum };
 
 /// A file that the player could not play.
 struct PlayFailure {
@@ -52,11 +50,6 @@ struct UpcomingEntries {
   std::vector<std::uint64_t> entries;
 };
 
-struct SoundDevice {
-  std::string name;         ///< as SetDevice takes it
-  std::string description;  ///< as the user knows it
-};
-
 /// The requests that only Tallow's own player knows, see tallow_player_requests.h. A request to a
 /// player that does not answer has no effect.
 class TallowPlayer {
@@ -75,9 +68,17 @@ class TallowPlayer {
 
   /// Adds files: all, or none if there is no room.
   /// \param at see AddFilesAt
-  /// \param paths shorter than kMaxPayload together, see FitsInRecord
+  /// \param paths absolute; few enough for one record, see FitsInRecord
   /// \returns the number of the first new entry; kListHasNoRoom; 0 when the player does not answer
   std::int64_t AddFiles(std::int64_t at, std::span<const std::string> paths);
+
+  /// Whether a path fits into a record after other ones.
+  /// \param bytes size of the other paths, see RecordBytes
+  static bool FitsInRecord(std::size_t bytes, std::string_view path) noexcept {
+    return bytes + RecordBytes(path) <= kMaxPayload - sizeof(std::int64_t);
+  }
+  /// The bytes of a record that a path uses.
+  static std::size_t RecordBytes(std::string_view path) noexcept { return path.size() + 1; }
 
   /// Upcoming entries, sent in as many requests as needed.
   void Move(std::span<const std::uint64_t> entries, std::uint64_t before);

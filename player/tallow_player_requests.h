@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <iterator>
+#include <string>
+#include <string_view>
 
 namespace tallow {
 
@@ -11,7 +15,8 @@ namespace tallow {
 // kAddFiles: eight bytes, a signed number in the byte order of the machine: where to add the files.
 // Then the absolute paths, each followed by a NUL; in UTF-8 on Windows, unchanged bytes on Linux.
 // All files are added, or none. They get consecutive entry numbers; the answer is the first of them,
-// or kListHasNoRoom. An entry number is never used again while the player runs.
+// or kListHasNoRoom, also when the entry to add them before is not in the list. An entry number is
+// never used again while the player runs.
 //
 // kAsk: a JSON object. "do" says what to do; the answer is a JSON object, {} where the table names
 // none. Texts are as in util/json_text.h. Times are in ms, and -1 where unknown.
@@ -42,11 +47,28 @@ namespace tallow {
 // the failure number failuresAfter, oldest first, each {number, entry, reason}; at most 64, and only
 // the last 1,000 are kept. An entry that plays after all is reported as a failure without a reason.
 
+/// Whether a request in JSON changes nothing. These are not sent to a player that is late with its
+/// answers. Recognizes the requests as TallowPlayer writes them, with "do" as their first member.
+constexpr bool AsksOnly(std::string_view request) noexcept {
+  constexpr std::string_view kQueries[] = {R"({"do":"state")", R"({"do":"queue")",
+                                           R"({"do":"devices")"};
+  return std::any_of(std::begin(kQueries), std::end(kQueries),
+                     [&](std::string_view query) { return request.starts_with(query); });
+}
+
 /// Values of the eight bytes before the paths of kAddFiles; other values are the number of the entry
 /// that the files are added before.
 enum AddFilesAt : std::int64_t {
   kAtEnd = 0,
   kPlayNext = -1,  ///< behind the current entry and earlier files that were added there
+};
+
+enum class RepeatMode { kOff, kAll, kOne };
+enum class ReplayGain { kOff, kTrack, kAlbum };
+
+struct SoundDevice {
+  std::string name;         ///< as the request "device" takes it
+  std::string description;  ///< as the user knows it
 };
 
 }  // namespace tallow

@@ -23,6 +23,7 @@ WinAMP_Control::WinAMP_Control(PlayerLink& link, std::function<std::string()> pl
     : link_(link), player_path_(std::move(player_path)), show_(std::move(show)) {}
 
 bool WinAMP_Control::FindWinamp() {
+  link_.UseProgram(player_path_());
   window_ = link_.Find();
   return window_ != 0;
 }
@@ -30,6 +31,11 @@ bool WinAMP_Control::FindWinamp() {
 bool WinAMP_Control::StartWinamp() {
   const std::string path = player_path_();
   return !path.empty() && link_.Start(path);
+}
+
+PlayerStart WinAMP_Control::FollowStart() {
+  const PlayerStart start = link_.FollowStart();
+  return start == PlayerStart::kAnswers && !FindWinamp() ? PlayerStart::kNoWindow : start;
 }
 
 bool WinAMP_Control::RequireWindow() {
@@ -97,6 +103,30 @@ void WinAMP_Control::SetBalance(std::int32_t balance) {
   if (!RequireWindow()) return;
   if (balance < -kMaxBalance || balance > kMaxBalance) return;
   SendUserMessage(balance < 0 ? balance + kLeftBalance : balance, kSetBalance);
+}
+
+std::int32_t WinAMP_Control::GetListLength() {
+  return RequireWindow() ? static_cast<std::int32_t>(SendUserMessage(0, kListLength)) : 0;
+}
+
+std::int32_t WinAMP_Control::GetListPlace() {
+  return RequireWindow() ? static_cast<std::int32_t>(SendUserMessage(0, kListPlace)) : 0;
+}
+
+void WinAMP_Control::SetListPlace(std::int32_t place) {
+  if (RequireWindow() && place >= 0) SendUserMessage(place, kSetPlace);
+}
+
+bool WinAMP_Control::IsShuffled() { return RequireWindow() && SendUserMessage(0, kShuffle) == 1; }
+
+void WinAMP_Control::SetShuffle(bool on) {
+  if (RequireWindow()) SendUserMessage(on ? 1 : 0, kSetShuffle);
+}
+
+bool WinAMP_Control::IsRepeated() { return RequireWindow() && SendUserMessage(0, kRepeat) == 1; }
+
+void WinAMP_Control::SetRepeat(bool on) {
+  if (RequireWindow()) SendUserMessage(on ? 1 : 0, kSetRepeat);
 }
 
 std::string WinAMP_Control::GetWinampVersion() {

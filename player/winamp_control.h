@@ -6,6 +6,7 @@
 #include <string>
 
 #include "player/player_link.h"
+#include "player/tallow_player.h"
 #include "util/message.h"
 
 namespace tallow {
@@ -29,6 +30,19 @@ class WinAMP_Control {
   /// Starts the player without waiting for its window.
   /// \returns false when the path is unknown or the program cannot be run
   bool StartWinamp();
+
+  /// How far the player that was started has got, see PlayerLink::FollowStart. Stores the handle of
+  /// a player that answers, as FindWinamp does.
+  PlayerStart FollowStart();
+  /// The full path of the player's program; empty when it is unknown.
+  std::string Program() const { return player_path_(); }
+
+  PlayerLink& Link() noexcept { return link_; }
+  /// The kind of the player that was found last; kWinamp for none.
+  PlayerKind Kind() { return window_ == 0 ? PlayerKind::kWinamp : link_.KindOf(window_); }
+  /// The requests to the player that was found last, which must be of the kind kTallowPlayer. They
+  /// are for this player only, even if another is found later.
+  TallowPlayer OwnPlayer() { return {link_, window_}; }
 
   /// The handle of the player that was found last; 0 for none.
   PlayerHandle Window() const noexcept { return window_; }
@@ -60,6 +74,19 @@ class WinAMP_Control {
   void SetVolume(std::int32_t volume);
   /// \param balance -127 (left) to 127 (right); other values are ignored
   void SetBalance(std::int32_t balance);
+  /// The number of files in the player's list.
+  std::int32_t GetListLength();
+  /// The place in the list, from 0, of the current track.
+  std::int32_t GetListPlace();
+  /// Sets the track that the next kPlay begins with; negative places are ignored.
+  /// \param place from 0
+  void SetListPlace(std::int32_t place);
+  bool IsShuffled();
+  void SetShuffle(bool on);
+  /// Whether the list is repeated or, by Tallow's own player, the track.
+  bool IsRepeated();
+  /// Whether to repeat the list.
+  void SetRepeat(bool on);
   /// The player's version, as in "2.081"; "UNKNOWN" when the answer has fewer than four hexadecimal
   /// digits.
   std::string GetWinampVersion();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -21,6 +23,12 @@ class RecordedLink : public PlayerLink {
     log.push_back("start " + program);
     return starts;
   }
+  PlayerStart FollowStart() override {
+    if (start != PlayerStart::kAnswers) return start;
+    return found == 0 ? PlayerStart::kNoWindow : PlayerStart::kAnswers;
+  }
+  std::string LastLineWritten() override { return last_line; }
+  std::chrono::milliseconds StartTimeout() const override { return start_timeout; }
   std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
                     std::int64_t lParam) override {
     const std::string text =
@@ -39,16 +47,27 @@ class RecordedLink : public PlayerLink {
   }
   bool IsRunning(PlayerHandle /*player*/) override { return files < ends_at; }
   std::string TextOfPath(const std::string& path) const override { return path; }
+  PlayerKind KindOf(PlayerHandle /*player*/) override { return kind; }
+  std::optional<std::string> Ask(PlayerHandle /*player*/, std::string_view request) override {
+    log.push_back("ask " + std::string(request));
+    const auto answer = texts.find(std::string(request));
+    return answer == texts.end() ? std::nullopt : std::optional(answer->second);
+  }
 
   /// The messages since the last call.
   std::vector<std::string> Take() { return std::exchange(log, {}); }
 
   PlayerHandle found = 7;
+  PlayerKind kind = PlayerKind::kWinamp;
   bool starts = true;
+  PlayerStart start = PlayerStart::kAnswers;  ///< kAnswers only where `found` is not 0
+  std::string last_line;                      ///< that the program has written
+  std::chrono::milliseconds start_timeout{0};
   std::size_t files = 0;                         ///< number of files added so far
   std::size_t max_files = std::size_t{1} << 30;  ///< number of files that the player accepts
   std::size_t ends_at = std::size_t{1} << 30;    ///< the player ends at this file, from 1
   std::map<std::string, std::int64_t> answers;
+  std::map<std::string, std::string> texts;  ///< the answers to requests in JSON
   std::vector<std::string> log;
   std::vector<PlayerHandle> handles;
 };

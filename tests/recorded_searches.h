@@ -2,6 +2,8 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <string>
 
 #include "app/search/drive_searches.h"
 #include "tests/recorded_progress.h"
@@ -21,6 +23,10 @@ class RecordedSearches : public DriveSearches {
     return true;
   }
 
+  std::optional<std::string> SearchDisksForPlayer(SearchProgress& progress) override {
+    return for_disks ? for_disks(progress) : std::string();
+  }
+
   std::shared_ptr<const DriveList> DrivesNow() const override {
     return std::make_shared<TestDrives>(drives_now);
   }
@@ -28,6 +34,7 @@ class RecordedSearches : public DriveSearches {
   TestDrives drives_now{{}};
   std::function<bool(SearchProgress&)> for_songs;
   std::function<void()> for_player;
+  std::function<std::optional<std::string>(SearchProgress&)> for_disks;
 
  private:
   TestDrives none_{{}};

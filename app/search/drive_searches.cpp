@@ -33,4 +33,8 @@ bool DriveSearches::SearchForPlayer(SearchProgress& progress) {
   return is_finished;
 }
 
+std::optional<std::string> DriveSearches::SearchDisksForPlayer(SearchProgress& progress) {
+  return WinampSearch(tallow_, drives_, &progress, [] { return std::string(); }).Find();
+}
+
 }  // namespace tallow

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "app/search/player_search.h"
@@ -36,6 +37,11 @@ class DriveSearches {
   /// Searches for the player, see WinampSearch, and sets Tallow::player_path.
   /// \returns false when the search was cancelled
   virtual bool SearchForPlayer(SearchProgress& progress);
+
+  /// Searches the fixed disks for a player, even when one is known or lies beside the program, and
+  /// stores nothing.
+  /// \returns the full path; empty when there is none; no value when the search was cancelled
+  virtual std::optional<std::string> SearchDisksForPlayer(SearchProgress& progress);
 
  private:
   Tallow& tallow_;

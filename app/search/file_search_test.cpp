@@ -7,11 +7,13 @@
 #include <gtest/gtest.h>
 #include <random>
 
+#include "app/search/drive_searches.h"
 #include "app/search/player_search.h"
 #include "app/search/winamp_search.h"
 #include "library/recycle_bin.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_progress.h"
+#include "util/path_text.h"
 #include "util/user_folders.h"
 #ifndef _WIN32
 #include <cstdlib>
@@ -445,6 +447,25 @@ TEST_F(FileSearchTest, AFileThatIsNotExecutableIsNotThePlayer) {
   EXPECT_EQ(FindWinampUnder(music.path(), TestDrives({})), "");
 }
 #endif
+
+TEST_F(FileSearchTest, ASearchOfTheDisksStoresNothingAndPassesThePlayerNearby) {
+  music.Folder("c");
+  const std::string player = MakePlayer(music, "d/");
+  const TestDrives drives({{music / "c/"}, {music / "d/"}});
+  tallow.settings.LocOfWinAmpExe("/opt/chosen");
+  const auto nearby = [] { return std::string("/opt/beside"); };
+  const std::optional<std::string> found =
+      DriveSearches(tallow, drives, nearby).SearchDisksForPlayer(progress);
+  ASSERT_TRUE(found);
+  EXPECT_TRUE(IsSamePathText(*found, player)) << *found;
+  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "/opt/chosen");
+  EXPECT_EQ(
+      DriveSearches(tallow, TestDrives({{music / "c/"}}), nearby).SearchDisksForPlayer(progress),
+      "");
+  progress.on_yield = [this] { tallow.SearchCancelled = true; };
+  EXPECT_EQ(DriveSearches(tallow, drives, nearby).SearchDisksForPlayer(progress), std::nullopt);
+  EXPECT_FALSE(tallow.SearchCancelled);
+}
 
 #ifndef _WIN32
 TEST_F(FileSearchTest, LinkedFoldersAreEnteredInTheOrderMet) {

@@ -16,6 +16,13 @@ WinampSearch::WinampSearch(Tallow& tallow, const DriveList& drives, SearchProgre
     : tallow_(tallow), drives_(drives), nearby_(std::move(nearby)), questions_(tallow, progress) {}
 
 bool WinampSearch::SearchDrivesForWinamp() {
+  const std::optional<std::string> found = Find();
+  if (!found) return false;
+  if (!found->empty()) Store(*found);
+  return true;
+}
+
+std::optional<std::string> WinampSearch::Find() {
   std::string found = nearby_();
   std::string list = found.empty() ? drives_.GetLogicalDriveList() : std::string();
   while (found.empty() && !IsEndOfDriveList(list)) {
@@ -25,11 +32,13 @@ bool WinampSearch::SearchDrivesForWinamp() {
       found = FindUnder(root);
       if (!found.empty()) break;
     }
-    if (questions_.WasStopped()) return questions_.EndStopped();
-    if (questions_.PauseAndTestForCancel()) return false;
+    if (questions_.WasStopped()) {
+      questions_.EndStopped();
+      return std::nullopt;
+    }
+    if (questions_.PauseAndTestForCancel()) return std::nullopt;
   }
-  if (!found.empty()) Store(found);
-  return true;
+  return found;
 }
 
 std::string WinampSearch::FindUnder(const std::string& root) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "app/search/drive_questions.h"
@@ -23,6 +24,10 @@ class WinampSearch {
   /// match, or after a cancel, nothing is stored.
   /// \returns false when the search was cancelled
   bool SearchDrivesForWinamp();
+
+  /// The same search without storing anything.
+  /// \returns the full path; empty when there is none; no value when the search was cancelled
+  std::optional<std::string> Find();
 
  private:
   std::string FindUnder(const std::string& root);

@@ -31,8 +31,8 @@ class PlayerProgram : public RealPlayer {
 TEST_F(PlayerProgram, HelpListsEveryOption) {
   EXPECT_EQ(Run("--help"), 0);
   EXPECT_TRUE(out.starts_with("Usage: tallow-player [OPTION...]\n")) << out;
-  for (const char* const option :
-       {"--audio-file FILE", "--silent", "--log FILE", "--listen", "--help", "--version"})
+  for (const char* const option : {"--audio-file FILE", "--paced SPEED", "--silent", "--log FILE",
+                                   "--listen", "--help", "--version"})
     EXPECT_NE(out.find(option), std::string::npos) << option;
   EXPECT_EQ(said, "");
 }
@@ -57,6 +57,9 @@ TEST_F(PlayerProgram, AWrongArgumentIsNamedBeforeTheUsageAndEndsThePlayer) {
         Wrong{"--log", "--log requires a file."},
         Wrong{"--silent --audio-file", "--audio-file requires a file."},
         Wrong{"--audio-file '' --version", "--audio-file requires a file."},
+        Wrong{"--paced", "--paced requires a speed from 1 to 100."},
+        Wrong{"--paced fast", "--paced requires a speed from 1 to 100."},
+        Wrong{"--paced 101 --silent", "--paced requires a speed from 1 to 100."},
         Wrong{"--loud --quiet --help", "Unknown option --loud."}}) {
     EXPECT_EQ(Run(arguments), 2) << arguments;
     EXPECT_EQ(out, "") << arguments;

@@ -132,8 +132,8 @@ void RequestServer::AddConnection(std::unique_ptr<Connection> connection) {
   const int added = sd_event_add_io(
       loop_, &source, connection->socket.descriptor(), EPOLLIN,
       [](sd_event_source*, int, std::uint32_t, void* data) {
-        auto& readable = *static_cast<Connection*>(data);
-        readable.server.OnReadable(readable);
+        auto& ready = *static_cast<Connection*>(data);
+        ready.server.OnEvent(ready);
         return 0;
       },
       connection.get());
@@ -151,7 +151,8 @@ void RequestServer::CloseLongestIdle() {
   connections_.erase(longest_idle);
 }
 
-void RequestServer::OnReadable(Connection& connection) {
+void RequestServer::OnEvent(Connection& connection) {
+  if (!connection.unsent.empty()) return SendRest(connection);
   // While a request is being executed, the only event is the end of the connection.
   if (connection.busy || !Receive(connection)) return Close(connection.number);
   if (connection.IsComplete()) Execute(connection);
@@ -176,26 +177,56 @@ void RequestServer::Execute(Connection& connection) {
   connection.last_request = ++requests_;
   const PlayerRequestHead head = connection.head;
   const std::string payload = std::exchange(connection.payload, {});
-  const bool valid =
-      handler_(head, payload, [this, number](PlayerAnswer answer) { SendAnswer(number, answer); });
+  const bool valid = handler_(
+      head, payload, [this, number](PlayerAnswer answer) { SendAnswer(number, answer); },
+      [this, number](const std::string& text) { SendText(number, text); });
   if (!valid) return Close(number);
   // The answer may have closed the connection, or may still be pending.
   const auto found = connections_.find(number);
-  if (found != connections_.end() && found->second->busy)
+  if (found != connections_.end() && found->second->busy && found->second->unsent.empty())
     sd_event_source_set_io_events(found->second->source.get(), 0);
 }
 
-void RequestServer::SendAnswer(std::uint64_t number, PlayerAnswer answer) {
+RequestServer::Connection* RequestServer::Answered(std::uint64_t number) {
   const auto found = connections_.find(number);
-  if (found == connections_.end()) return;
+  if (found == connections_.end()) return nullptr;
   Connection& connection = *found->second;
   connection.busy = false;
   sd_event_source_set_io_events(connection.source.get(), EPOLLIN);
-  const ssize_t sent = send(connection.socket.descriptor(), &answer, sizeof answer, MSG_NOSIGNAL);
+  return &connection;
+}
+
+void RequestServer::SendAnswer(std::uint64_t number, PlayerAnswer answer) {
+  const Connection* const connection = Answered(number);
+  if (connection == nullptr) return;
+  const ssize_t sent = send(connection->socket.descriptor(), &answer, sizeof answer, MSG_NOSIGNAL);
   // The send buffer has space for an answer, unless the client keeps sending requests without
   // reading answers. If the client has disconnected without waiting, its remaining requests are
   // still executed.
   if (sent != sizeof answer && (sent >= 0 || errno == EAGAIN)) Close(number);
+}
+
+void RequestServer::SendText(std::uint64_t number, const std::string& text) {
+  Connection* const connection = Answered(number);
+  if (connection == nullptr) return;
+  const auto length = static_cast<PlayerAnswer>(text.size());
+  connection->unsent.assign(reinterpret_cast<const char*>(&length), sizeof length);
+  connection->unsent += text;
+  SendRest(*connection);
+}
+
+void RequestServer::SendRest(Connection& connection) {
+  std::string& unsent = connection.unsent;
+  const ssize_t sent =
+      send(connection.socket.descriptor(), unsent.data(), unsent.size(), MSG_NOSIGNAL);
+  if (sent >= 0)
+    unsent.erase(0, static_cast<std::size_t>(sent));
+  else if (errno != EAGAIN && errno != EINTR)
+    // The client has disconnected. Its remaining requests are still executed.
+    unsent.clear();
+  connection.busy = !unsent.empty();
+  if (unsent.empty()) unsent.shrink_to_fit();
+  sd_event_source_set_io_events(connection.source.get(), connection.busy ? EPOLLOUT : EPOLLIN);
 }
 
 }  // namespace tallow

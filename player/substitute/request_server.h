@@ -20,13 +20,17 @@ namespace tallow {
 /// a new one, the connection that has been idle longest is closed. Its client has to connect again.
 class RequestServer {
  public:
-  /// Sends the answer to a request. Must be called exactly once, at once or later.
+  /// Sends the answer to a request.
   using Answer = std::function<void(PlayerAnswer)>;
+  /// Sends the answer to a kAsk: its length, then the text. What the client does not receive at once
+  /// is sent later, before its next request is read.
+  using TextAnswer = std::function<void(std::string)>;
 
-  /// Executes a request.
+  /// Executes a request. Exactly one of the two callbacks must be called once, at once or later:
+  /// `answer_text` for kAsk, `answer` for any other request.
   /// \returns false for an invalid request; nothing has changed and no answer is sent in that case
-  using Handler =
-      std::function<bool(const PlayerRequestHead& head, const std::string& payload, Answer answer)>;
+  using Handler = std::function<bool(const PlayerRequestHead& head, const std::string& payload,
+                                     Answer answer, TextAnswer answer_text)>;
 
   /// \param listening a listening socket; the server takes ownership
   RequestServer(sd_event* loop, int listening, Handler handler);
@@ -65,7 +69,8 @@ class RequestServer {
     std::string payload;
     std::size_t head_received = 0;     ///< in bytes
     std::size_t payload_received = 0;  ///< in bytes
-    bool busy = false;                 ///< a request is being executed
+    bool busy = false;                 ///< a request is being executed, or its answer sent
+    std::string unsent;                ///< the rest of an answer to kAsk
   };
 
   /// Accepts a connection that has arrived.
@@ -81,12 +86,17 @@ class RequestServer {
   void RetryLater();
   void AddConnection(std::unique_ptr<Connection> connection);
   void CloseLongestIdle();
-  void OnReadable(Connection& connection);
+  void OnEvent(Connection& connection);
   /// Receives the next bytes of a request.
   /// \returns false when the connection must be closed
   static bool Receive(Connection& connection);
   void Execute(Connection& connection);
+  /// Returns the connection of a request that is now answered; null when it was closed.
+  Connection* Answered(std::uint64_t number);
   void SendAnswer(std::uint64_t number, PlayerAnswer answer);
+  void SendText(std::uint64_t number, const std::string& text);
+  /// Sends as much of the unsent text as the client receives now.
+  void SendRest(Connection& connection);
   void Close(std::uint64_t number) { connections_.erase(number); }
 
   sd_event* loop_;

@@ -15,6 +15,7 @@
 #include <QStackedWidget>
 
 #include "ui/dialogs/command_page.h"
+#include "ui/dialogs/player_page.h"
 #include "ui/dialogs/style_page.h"
 #include "ui/support/help_page.h"
 
@@ -53,6 +54,10 @@ constexpr PreferencesPage kPages[] = {
      }},
     {"pageMusic", QT_TRANSLATE_NOOP("frmPreferences", "Music"), "music-places", MakeMusicPage},
     {"pageFiling", QT_TRANSLATE_NOOP("frmPreferences", "Filing"), "styles", MakeFilingPage},
+    {"pagePlayer", QT_TRANSLATE_NOOP("frmPreferences", "Player"), "player",
+     [](const PreferencesContext& context, QDialog& /*dialog*/) -> QWidget* {
+       return new PlayerPage(context);
+     }},
 };
 
 /// A page that can be scrolled up and down. It scrolls to the control that gets the focus by any

@@ -150,12 +150,12 @@ TEST_F(FrmPreferences, AnOverrideIsShownUntilAChoiceReplacesIt) {
   ExpectAll(kModernStyle);
 }
 
-TEST_F(FrmPreferences, ThePagesAreStyleMusicAndFiling) {
+TEST_F(FrmPreferences, ThePagesAreStyleMusicFilingAndPlayer) {
   Open();
   auto& list = Find<QListWidget>("lstPages");
   QStringList captions;
   for (int row = 0; row < list.count(); ++row) captions.append(list.item(row)->text());
-  EXPECT_EQ(captions, (QStringList{"Style", "Music", "Filing"}))
+  EXPECT_EQ(captions, (QStringList{"Style", "Music", "Filing", "Player"}))
       << captions.join(' ').toStdString();
   EXPECT_EQ(list.currentRow(), 0);
   EXPECT_TRUE(Classic().isVisible());
@@ -164,6 +164,8 @@ TEST_F(FrmPreferences, ThePagesAreStyleMusicAndFiling) {
   EXPECT_TRUE(Find<QPushButton>("cmdWhere").isVisible());
   list.setCurrentRow(2);
   EXPECT_TRUE(Find<QPushButton>("cmdFileAgain").isVisible());
+  list.setCurrentRow(3);
+  EXPECT_TRUE(Find<QCheckBox>("chkMarks").isVisible());
 }
 
 TEST_F(FrmPreferences, ThePlacesOpenOverTheDialogAndFilingAgainClosesIt) {
@@ -239,17 +241,28 @@ TEST_F(FrmPreferences, TheFocusIsAlwaysInView) {
   }
 }
 
-TEST_F(FrmPreferences, EveryMnemonicIsUniqueAndNotThatOfThePages) {
+TEST_F(FrmPreferences, EveryMnemonicIsUniqueAmongThoseThatAreVisible) {
   Open();
-  QSet<QString> keys;
-  for (const QAbstractButton* const button : dialog->findChildren<QAbstractButton*>()) {
-    if (button->text().isEmpty()) continue;
-    const QString key = button->shortcut().toString();
-    EXPECT_FALSE(key.isEmpty()) << button->text().toStdString();
-    EXPECT_FALSE(keys.contains(key)) << button->text().toStdString();
-    keys.insert(key);
+  auto& list = Find<QListWidget>("lstPages");
+  for (int row = 0; row < list.count(); ++row) {
+    list.setCurrentRow(row);
+    QSet<QString> keys;
+    for (const QAbstractButton* const button : dialog->findChildren<QAbstractButton*>()) {
+      if (button->text().isEmpty() || !button->isVisible()) continue;
+      const QString key = button->shortcut().toString();
+      EXPECT_FALSE(key.isEmpty()) << button->text().toStdString();
+      EXPECT_FALSE(keys.contains(key)) << button->text().toStdString();
+      keys.insert(key);
+    }
+    for (const QLabel* const label : dialog->findChildren<QLabel*>()) {
+      if (label->buddy() == nullptr || !label->isVisible()) continue;
+      const QString key = QKeySequence::mnemonic(label->text()).toString();
+      EXPECT_FALSE(key.isEmpty()) << label->text().toStdString();
+      EXPECT_FALSE(keys.contains(key)) << label->text().toStdString();
+      keys.insert(key);
+    }
+    EXPECT_TRUE(keys.contains("Alt+P"));
   }
-  EXPECT_FALSE(keys.contains("Alt+P"));
 }
 
 TEST_F(FrmPreferences, EnterAndEscCloseAndKeepWhatWasChosen) {

@@ -2,6 +2,11 @@
 #pragma once
 
 #include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "player/tallow_player.h"
 
 class QDialog;
 class QWidget;
@@ -9,6 +14,24 @@ class QWidget;
 namespace tallow {
 
 class Tallow;
+
+/// What the page Player works on.
+struct PlayerPageContext {
+  /// Finds Tallow's own player without searching a disk; empty when it is not there.
+  std::function<std::string()> find_own;
+  /// Finds Winamp without searching a disk: full paths.
+  std::function<std::vector<std::string>()> find_winamps;
+  /// Searches the disks for a player and shows the progress: the full path; empty when there is
+  /// none; no value when the user has cancelled the search.
+  std::function<std::optional<std::string>()> search;
+  /// The sound devices of Tallow's own player; empty while it does not run.
+  std::function<std::vector<SoundDevice>()> devices;
+  /// Tell Tallow's own player, if it runs.
+  std::function<void(ReplayGain)> set_gain;
+  std::function<void(const std::string&)> set_device;
+  /// Asks for the program of a player; no value when the user cancels. Empty: the system's dialog.
+  std::function<std::optional<std::string>(QWidget* parent)> ask_for_program = {};
+};
 
 /// What the pages of the preferences dialog work on.
 struct PreferencesContext {
@@ -21,6 +44,7 @@ struct PreferencesContext {
   std::function<void()> show_places;
   /// Called when the user has closed the dialog to file songs again by their tags.
   std::function<void()> file_again;
+  PlayerPageContext player = {};
 };
 
 /// A page of the preferences dialog.

@@ -10,51 +10,17 @@
 #include <QCheckBox>
 #include <QCoreApplication>
 #include <QLabel>
-#include <QMouseEvent>
 #include <QRadioButton>
-#include <QStyle>
 #include <QVBoxLayout>
 
 #include "app/preferences.h"
 #include "app/tallow.h"
+#include "ui/dialogs/button_sentence.h"
 
 namespace tallow {
 namespace {
 
 QString Tr(const char* text) { return QCoreApplication::translate("StyleSwitches", text); }
-
-/// The sentence below a button. A click on it is a click on the button.
-class ButtonSentence : public QLabel {
- public:
-  ButtonSentence(const QString& text, QAbstractButton& button, QWidget* parent)
-      : QLabel(text, parent), button_(button) {
-    setWordWrap(true);
-    setTextFormat(Qt::PlainText);
-  }
-
- protected:
-  void mousePressEvent(QMouseEvent* event) override { event->accept(); }
-  void mouseReleaseEvent(QMouseEvent* event) override {
-    if (event->button() != Qt::LeftButton || !rect().contains(event->position().toPoint())) return;
-    button_.setFocus(Qt::MouseFocusReason);
-    button_.click();
-  }
-
- private:
-  QAbstractButton& button_;
-};
-
-/// The width of a button's indicator with the gap behind it, in pixels.
-int IndentBelow(const QAbstractButton& button) {
-  const bool is_radio = qobject_cast<const QRadioButton*>(&button) != nullptr;
-  const QStyle& style = *button.style();
-  return style.pixelMetric(
-             is_radio ? QStyle::PM_ExclusiveIndicatorWidth : QStyle::PM_IndicatorWidth, nullptr,
-             &button) +
-         style.pixelMetric(
-             is_radio ? QStyle::PM_RadioButtonLabelSpacing : QStyle::PM_CheckBoxLabelSpacing,
-             nullptr, &button);
-}
 
 }  // namespace
 
@@ -104,7 +70,7 @@ void StylePage::AddStyle(QVBoxLayout& layout, Style style, const QString& captio
   button->setFont(bold);
   styles_->addButton(button, static_cast<int>(style));
   layout.addWidget(button);
-  AddSentence(layout, *button, sentence);
+  AddButtonSentence(layout, *button, sentence);
 }
 
 void StylePage::AddSwitch(QVBoxLayout& layout, const StyleSwitch& one) {
@@ -112,15 +78,8 @@ void StylePage::AddSwitch(QVBoxLayout& layout, const StyleSwitch& one) {
   box->setObjectName(QStringLiteral("chk%1").arg(QLatin1String(one.name)));
   switches_.push_back(box);
   layout.addWidget(box);
-  AddSentence(layout, *box, Tr(one.explanation));
+  AddButtonSentence(layout, *box, Tr(one.explanation));
   connect(box, &QCheckBox::clicked, this, &StylePage::StoreSwitches);
-}
-
-void StylePage::AddSentence(QVBoxLayout& layout, QAbstractButton& button, const QString& sentence) {
-  button.setAccessibleDescription(sentence);
-  auto* const label = new ButtonSentence(sentence, button, this);
-  label->setContentsMargins(IndentBelow(button), 0, 0, 0);
-  layout.addWidget(label);
 }
 
 void StylePage::StoreSwitches() {

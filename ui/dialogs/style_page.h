@@ -8,7 +8,6 @@
 #include "app/style_switches.h"
 #include "ui/dialogs/preferences_page.h"
 
-class QAbstractButton;
 class QButtonGroup;
 class QCheckBox;
 class QLabel;
@@ -30,7 +29,6 @@ class StylePage : public QWidget {
  private:
   void AddStyle(QVBoxLayout& layout, Style style, const QString& caption, const QString& sentence);
   void AddSwitch(QVBoxLayout& layout, const StyleSwitch& one);
-  void AddSentence(QVBoxLayout& layout, QAbstractButton& button, const QString& sentence);
   void StoreSwitches();
   void ShowSwitches();
 

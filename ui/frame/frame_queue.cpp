@@ -47,9 +47,6 @@ FrameQueue::FrameQueue(QMainWindow& frame, Tallow& tallow, JukeboxArea& jukeboxe
   dock_->hide();
   dock_->installEventFilter(this);
   connect(pane_, &QueuePane::SaveAsFolder, this, &FrameQueue::SaveAsFolder);
-  connect(&pane_->View(), &QueueView::SpaceKey, this, [this] {
-    if (PlayingPreferences(tallow_.preferences).PlaysOn()) player_.PlayOrPause();
-  });
 }
 
 FrameQueue::~FrameQueue() { delete dock_; }

@@ -26,7 +26,6 @@
 #include "ui/frame/status_bar.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/jukebox/pv_explorer.h"
-#include "ui/player/queue_view.h"
 
 namespace tallow {
 namespace {
@@ -201,18 +200,6 @@ TEST_F(FrameQueueTest, SaveAsFolderWithoutAJukeboxSaysWhatToDo) {
   queue->Show(true);
   Dock().findChild<QPushButton*>(QStringLiteral("cmdSaveQueue"))->click();
   EXPECT_EQ(Status(), "No jukebox is open. Open one, or make a new one, and try again.");
-}
-
-TEST_F(FrameQueueTest, TheBlankInTheQueuePausesWithTheSwitchOnly) {
-  ShowMain();
-  model.SetQueue({{11, 3}});
-  queue->Show(true);
-  auto& view = *Dock().findChild<QueueView*>();
-  QTest::keyClick(&view, Qt::Key_Space);
-  EXPECT_EQ(model.Take(), Texts{});
-  tallow.preferences.SetSwitches({.plays_on = true});
-  QTest::keyClick(&view, Qt::Key_Space);
-  EXPECT_EQ(model.Take(), Texts{"play or pause"});
 }
 
 TEST_F(FrameQueueTest, TheSongThatPlaysIsShownInTheFolderThatItCameFrom) {

@@ -30,6 +30,7 @@
 #include "ui/dialogs/frm_preferences.h"
 #include "ui/frame/file_menu.h"
 #include "ui/frame/frame_menus.h"
+#include "ui/frame/frame_player_page.h"
 #include "ui/frame/frame_toolbar.h"
 #include "ui/frame/new_jukebox.h"
 #include "ui/frame/status_bar.h"
@@ -82,6 +83,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
                          ShowMessage show, QWidget* parent)
     : QMainWindow(parent),
       tallow_(tallow),
+      link_(link),
       searches_(searches),
       area_(new QMdiArea(this)),
       style_bar_(new StyleBar(this)),
@@ -316,7 +318,8 @@ void frmMDIForm1::ShowPreferences() {
                          .changed = [this] { Notice(tallow_.TakeProblems()); },
                          .style_chosen = [this] { filing_.FinishStyle(); },
                          .show_places = [this] { ShowMusicPlaces(); },
-                         .file_again = [&files_again] { files_again = true; }},
+                         .file_again = [&files_again] { files_again = true; },
+                         .player = MakePlayerPageContext(tallow_, searches_, link_, busy_)},
                         this);
   dialog.exec();
   filing_.Finish();

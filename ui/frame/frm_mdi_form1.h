@@ -121,6 +121,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   void ShowMusicPlaces();
 
   Tallow& tallow_;
+  PlayerLink& link_;
   DriveSearches& searches_;
   QMdiArea* area_;
   StyleBar* style_bar_;

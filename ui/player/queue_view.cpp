@@ -143,7 +143,7 @@ void QueueView::keyPressEvent(QKeyEvent* event) {
   } else if (is(Qt::ALT | Qt::Key_Up) || is(Qt::ALT | Qt::Key_Down)) {
     MoveSelected(event->key() == Qt::Key_Up);
   } else if (is(QKeyCombination(Qt::Key_Space))) {
-    if (!event->isAutoRepeat()) emit SpaceKey();
+    if (!event->isAutoRepeat()) player_.PlayOrPause();
   } else if (!IsEditKey(*event)) {
     QTableView::keyPressEvent(event);
   }

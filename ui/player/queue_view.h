@@ -16,7 +16,7 @@ namespace tallow {
 class QueueModel;
 
 /// The list of the songs that are to come. Rows are rearranged by dragging, with Alt+Up and Alt+Down,
-/// and removed with Del; Enter and a double-click play a row. What the player cannot do is disabled.
+/// and removed with Del; Enter and a double-click play a row, the blank pauses. What the player cannot do is disabled.
 ///
 /// The keys of the frame's menus that would change the jukebox, Del above all, have no effect on it
 /// while the list has the focus.
@@ -34,10 +34,6 @@ class QueueView : public QTableView {
   void RemoveSelected();
   /// Moves the selected rows up or down by one; they are below each other afterwards.
   void MoveSelected(bool up);
-
- signals:
-  /// The user has pressed the blank.
-  void SpaceKey();
 
  protected:
   bool event(QEvent* event) override;

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "player/player_identifier.h"
+
+#include <gtest/gtest.h>
+
+namespace tallow {
+namespace {
+
+TEST(PlayerIdentifier, IsTheChecksumOfThePathInHexadecimal) {
+  // The XXH3 checksum of no bytes, as its documentation gives it.
+  EXPECT_EQ(PlayerIdentifier(""), "2d06800538d394c2");
+}
+
+TEST(PlayerIdentifier, DiffersByFolder) {
+  EXPECT_NE(PlayerIdentifier("/home/a/"), PlayerIdentifier("/home/b/"));
+  EXPECT_EQ(PlayerIdentifier("/home/a/"), PlayerIdentifier("/home/a/"));
+  EXPECT_EQ(PlayerIdentifier("/home/a/").size(), 16U);
+}
+
+}  // namespace
+}  // namespace tallow
