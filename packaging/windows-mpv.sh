@@ -39,7 +39,7 @@ mpv=(-Dauto_features=disabled -Dlibmpv=true -Dcplayer=false -Dwasapi=enabled -Dg
 # installed_version SOURCE: the version of the source package that an installed package is made of
 installed_version() {
   dpkg-query -W -f='${db:Status-Abbrev} ${source:Package} ${source:Version}\n' |
-    awk -v source="$1" '$1 == "ii" && $2 == source { print $3; exit }'
+    awk -v source="$1" '$1 == "ii" && $2 == source { version = $3 } END { print version }'
 }
 versions=()
 for name in "${names[@]}"; do
