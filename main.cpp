@@ -16,6 +16,7 @@
 #include "app/system.h"
 #include "app/tallow.h"
 #include "details/child_reader.h"
+#include "player/player_identifier.h"
 #include "player/player_link.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_style.h"
@@ -93,7 +94,8 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   }
   const std::unique_ptr<DriveList> drives =
       line.drives.empty() ? SystemDrives() : GivenDrives(line.drives);
-  const std::unique_ptr<PlayerLink> player = SystemPlayerLink();
+  const std::unique_ptr<PlayerLink> player =
+      SystemPlayerLink(PlayerIdentifier(tallow.application_folder));
   DriveSearches searches(tallow, *drives);
   frmMDIForm1 frame(tallow, *player, searches);
   QObject::connect(&single, &SingleProgram::FilesWanted, &frame,
@@ -109,7 +111,7 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
     // No question can be asked now; the next start asks.
     frame.KeepUnsavedChanges();
     // The music must not play on after the program that controls it has ended.
-    frame.ClosePlayerPanel();
+    frame.Player().End();
     // Not quit(): it would close the windows, and they would ask about unsaved changes.
     QApplication::exit();
   };
@@ -121,6 +123,7 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   QApplication::setQuitOnLastWindowClosed(true);
   frame.Findings().FindSizes();
   frame.Details().Start();
+  frame.Player().RestoreQueue();
   if (!line.files.empty()) frame.OpenFiles(line.files);
   // A request to end that arrived while the files were opened found no event loop to quit.
   const int code = tallow.is_shutting_down ? 0 : QApplication::exec();

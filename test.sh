@@ -72,7 +72,8 @@ if $sanitize; then
 fi
 
 libraries=$(packaging/windows-libraries.sh)
-build windows-core -DTALLOW_WINDOWS_LIBRARIES="$libraries"
+mpv=$(packaging/windows-mpv.sh)
+build windows-core -DTALLOW_WINDOWS_LIBRARIES="$libraries" -DTALLOW_WINDOWS_MPV="$mpv"
 taglib=$(packaging/fuzzed-taglib.sh)
 build fuzz -DTALLOW_FUZZED_TAGLIB="$taglib"
 build release -DTALLOW_WINDOWS_TESTS="$PWD/build/windows-core/tallow_core_tests.exe" \

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "details/details_message.h"
+#include "details/embedded_picture.h"
 #include "details/tag_reader.h"
 #include "util/file_system.h"
 #include "util/thread_priority.h"
@@ -34,7 +35,7 @@ std::optional<std::string> ChildReader::NextMessage(std::chrono::milliseconds ma
   for (;;) {
     if (received_.size() >= kMessageLengthBytes) {
       const std::size_t length = MessageLength(received_);
-      if (length > kMaxMessageBytes) return std::nullopt;
+      if (length > kMaxAnswerBytes) return std::nullopt;
       if (received_.size() >= kMessageLengthBytes + length) {
         std::string content = received_.substr(kMessageLengthBytes, length);
         received_.erase(0, kMessageLengthBytes + length);
@@ -62,26 +63,34 @@ bool ChildReader::HasChild(const std::function<bool()>& stopped) {
   return false;
 }
 
-std::optional<SongDetails> ChildReader::Ask(const std::string& request,
+std::optional<std::string> ChildReader::Ask(const std::string& request,
                                             const std::function<bool()>& stopped) {
   const auto used = child_->ProcessorTime();
   is_late_ = false;
+  was_waiting_ = false;
   has_ended_ = !child_->Write(request);
-  if (!has_ended_) {
-    if (const auto answer = NextMessage(settings_.max_wait, stopped))
-      if (auto details = DecodeDetails(*answer)) return details;
-  }
+  if (!has_ended_)
+    if (auto answer = NextMessage(settings_.max_wait, stopped)) return answer;
   was_waiting_ = is_late_ && child_->ProcessorTime() - used < settings_.max_wait / 2;
   child_.reset();
   return std::nullopt;
 }
 
-std::optional<SongDetails> ChildReader::AskTwice(WhatToRead what, const std::string& path,
+std::optional<std::string> ChildReader::AskTwice(WhatToRead what, const std::string& path,
                                                  const std::function<bool()>& stopped) {
   const std::string request = MessageOf(static_cast<char>(what) + path);
-  auto details = Ask(request, stopped);
+  auto answer = Ask(request, stopped);
   // The child may have been killed for another reason than this file.
-  if (!details && has_ended_ && !stopped() && HasChild(stopped)) details = Ask(request, stopped);
+  if (!answer && has_ended_ && !stopped() && HasChild(stopped)) answer = Ask(request, stopped);
+  return answer;
+}
+
+std::optional<SongDetails> ChildReader::AskForDetails(WhatToRead what, const std::string& path,
+                                                      const std::function<bool()>& stopped) {
+  const auto answer = AskTwice(what, path, stopped);
+  if (!answer) return std::nullopt;
+  auto details = DecodeDetails(*answer);
+  if (!details) child_.reset();
   return details;
 }
 
@@ -89,7 +98,7 @@ SongDetails ChildReader::Read(const std::string& path, const std::function<bool(
   // Before the read, so that a change during it is noticed at the next run.
   const auto stamp = StampOf(path);
   if (!HasChild(stopped)) return ReadSongDetails(path, {.stopped = stopped});
-  if (auto details = AskTwice(WhatToRead::kAll, path, stopped)) return *std::move(details);
+  if (auto details = AskForDetails(WhatToRead::kAll, path, stopped)) return *std::move(details);
   SongDetails failed;
   failed.failed = true;
   failed.tags.unread = was_waiting_;
@@ -100,35 +109,53 @@ SongDetails ChildReader::Read(const std::string& path, const std::function<bool(
 SongTags ChildReader::ReadTags(const std::string& path) {
   const auto never = [] { return false; };
   if (!HasChild(never)) return ReadSongTags(path);
-  auto details = AskTwice(WhatToRead::kTags, path, never);
+  auto details = AskForDetails(WhatToRead::kTags, path, never);
   if (!details) return {.unread = was_waiting_};
   return std::move(details->tags);
 }
 
+std::string ChildReader::ReadPicture(const std::string& path,
+                                     const std::function<bool()>& stopped) {
+  if (!HasChild(stopped))
+    return ReadEmbeddedPicture(path, {.max_bytes = kMaxBytesForPicture, .stopped = stopped});
+  return AskTwice(WhatToRead::kPicture, path, stopped).value_or(std::string());
+}
+
+std::string AnswerFor(const std::string& path, WhatToRead what) {
+  switch (what) {
+    case WhatToRead::kTags:
+      return EncodeDetails({.tags = ReadSongTags(path)});
+    case WhatToRead::kPicture:
+      return ReadEmbeddedPicture(path);
+    case WhatToRead::kAll:
+      break;
+  }
+  return EncodeDetails(ReadSongDetails(path));
+}
+
 int ServeSongDetails(
-    const std::function<SongDetails(const std::string& path, WhatToRead what)>& read) {
+    const std::function<std::string(const std::string& path, WhatToRead what)>& answer) {
   LimitMemoryOfThisProcess();
   if (!ParentChannel::Write(MessageOf(kGreeting))) return 1;
   std::array<char, kMessageLengthBytes> length{};
   while (ParentChannel::Read(length)) {
-    std::string path(std::min(MessageLength({length.data(), length.size()}), kMaxMessageBytes),
+    std::string path(std::min(MessageLength({length.data(), length.size()}), kMaxRequestBytes),
                      '\0');
     if (path.empty() || !ParentChannel::Read(path)) return 1;
     const auto what = static_cast<WhatToRead>(path.front());
     path.erase(0, 1);
     EndThisProcessAfter(kMaxLifeOfOneRead);
-    const SongDetails details = read(path, what);
+    const std::string content = answer(path, what);
     EndThisProcessAfter(kNoLimitOfLife);
-    if (!ParentChannel::Write(MessageOf(EncodeDetails(details)))) return 1;
+    if (!ParentChannel::Write(MessageOf(content))) return 1;
   }
   return 0;
 }
 
 int ServeSongDetails() {
   return ServeSongDetails([is_low = false](const std::string& path, WhatToRead what) mutable {
-    if (what == WhatToRead::kTags) return SongDetails{.tags = ReadSongTags(path)};
-    if (!std::exchange(is_low, true)) LowerThreadPriority();
-    return ReadSongDetails(path);
+    if (what == WhatToRead::kAll && !std::exchange(is_low, true)) LowerThreadPriority();
+    return AnswerFor(path, what);
   });
 }
 

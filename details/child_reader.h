@@ -20,8 +20,9 @@ inline constexpr std::string_view kServeDetailsOption = "--serve-song-details";
 
 /// What a child reads of a file; the first byte of a request.
 enum class WhatToRead : char {
-  kTags = 't',  ///< what ReadSongTags reads; the other details are not set
-  kAll = 'a',   ///< what ReadSongDetails reads
+  kTags = 't',     ///< what ReadSongTags reads; the other details are not set
+  kAll = 'a',      ///< what ReadSongDetails reads
+  kPicture = 'p',  ///< what ReadEmbeddedPicture reads
 };
 
 /// How a ChildReader starts its children, and how long it waits for them.
@@ -55,14 +56,24 @@ class ChildReader {
   /// \returns the tags; SongTags::unread when the child waits for the disk for too long
   SongTags ReadTags(const std::string& path);
 
+  /// Reads the picture in the tags; in this process, with ReadEmbeddedPicture, when no child can be
+  /// started.
+  ///
+  /// \param stopped as in Read
+  /// \returns empty when there is none, and when the child does not answer
+  std::string ReadPicture(const std::string& path, const std::function<bool()>& stopped);
+
  private:
   /// Starts the child unless it runs. \returns false when that fails
   bool HasChild(const std::function<bool()>& stopped);
   /// Sends a request to the child. \returns no value when it does not answer; it is then killed
-  std::optional<SongDetails> Ask(const std::string& request, const std::function<bool()>& stopped);
+  std::optional<std::string> Ask(const std::string& request, const std::function<bool()>& stopped);
   /// Asks the child, and a second one if the first one ends.
-  std::optional<SongDetails> AskTwice(WhatToRead what, const std::string& path,
+  std::optional<std::string> AskTwice(WhatToRead what, const std::string& path,
                                       const std::function<bool()>& stopped);
+  /// Asks the child for details. \returns no value when it does not answer with details
+  std::optional<SongDetails> AskForDetails(WhatToRead what, const std::string& path,
+                                           const std::function<bool()>& stopped);
   /// Waits for the next message of the child. \returns no value when the child has ended, at the
   /// end of the time, and when it was stopped
   std::optional<std::string> NextMessage(std::chrono::milliseconds max_wait,
@@ -76,15 +87,19 @@ class ChildReader {
   std::string received_;      ///< bytes of the child that are no whole message yet
 };
 
+/// The content of the child's answer for a file: EncodeDetails of the tags or of all details, or
+/// the bytes of the picture.
+std::string AnswerFor(const std::string& path, WhatToRead what);
+
 /// The child's part: answers requests until the parent closes its end.
 ///
-/// \param read reads one file
+/// \param answer returns the content of the answer for a file, such as AnswerFor does
 /// \returns the exit code of the process
 int ServeSongDetails(
-    const std::function<SongDetails(const std::string& path, WhatToRead what)>& read);
+    const std::function<std::string(const std::string& path, WhatToRead what)>& answer);
 
-/// ServeSongDetails with ReadSongTags and ReadSongDetails. From the first request for all details
-/// on, which are read in the background, at low priority.
+/// ServeSongDetails with AnswerFor. From the first request for all details on, which are read in
+/// the background, at low priority.
 int ServeSongDetails();
 
 }  // namespace tallow

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "details/embedded_picture.h"
 #include "details/tag_fields.h"
 #include "details/tag_reader.h"
 #include "tests/encoded_songs_linux.h"
@@ -102,6 +103,7 @@ TEST_F(MutatedFiles, AreReadWithinTheirLimits) {
       if (!details.failed) {
         ASSERT_EQ(ReadSongTags(path, {.now = now}), details.tags);
       }
+      ASSERT_LE(ReadEmbeddedPicture(path, {.now = now}).size(), bytes.size());
       ExpectSound(ReadSongDetails(path, {.max_bytes = mutate.Below(bytes.size() + 1), .now = now}));
       if (HasFatalFailure()) return;
     }

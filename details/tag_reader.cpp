@@ -26,44 +26,13 @@
 #include "details/id3v2_values.h"
 #include "details/plain_mp3.h"
 #include "details/riff_tags.h"
+#include "details/tag_decoding.h"
 #include "details/tag_fields.h"
 #include "details/text_frames.h"
 #include "library/tag_layout.h"
-#include "library/tag_text.h"
 
 namespace tallow {
 namespace {
-
-TagLib::String DecodedText(const TagLib::ByteVector& bytes) {
-  return {DecodeTagField(std::string_view(bytes.data(), bytes.size())), TagLib::String::UTF8};
-}
-
-class Id3v2Text final : public TagLib::ID3v2::Latin1StringHandler {
- public:
-  TagLib::String parse(const TagLib::ByteVector& bytes) const override {
-    return DecodedText(bytes);
-  }
-};
-
-class InfoText final : public TagLib::RIFF::Info::StringHandler {
- public:
-  TagLib::String parse(const TagLib::ByteVector& bytes) const override {
-    return DecodedText(bytes);
-  }
-};
-
-/// Sets how TagLib decodes texts without a declared encoding. Once for the program, because TagLib
-/// has these settings in global variables.
-void SetTextDecoding() {
-  static const bool done = [] {
-    static const Id3v2Text id3v2;
-    static const InfoText info;
-    TagLib::ID3v2::Tag::setLatin1StringHandler(&id3v2);
-    TagLib::RIFF::Info::Tag::setStringHandler(&info);
-    return true;
-  }();
-  static_cast<void>(done);
-}
 
 /// One file being read.
 struct Reading {

@@ -33,6 +33,10 @@ class PlayerLink {
  public:
   virtual ~PlayerLink() = default;
 
+  /// Sets which player Find looks for: the one of this program. Without a program, it looks first
+  /// for Tallow's own player, then for another one. Only Windows has several.
+  virtual void UseProgram(const std::string& /*program*/) {}
+
   /// Looks for a running player.
   virtual PlayerHandle Find() = 0;
 
@@ -84,7 +88,7 @@ class PlayerLink {
 
 /// Creates the link for this platform.
 /// \param identifier of the application folder, see PlayerIdentifier: tells the players of several
-///                   Tallows apart; empty: any player of the user
+///                   Tallows apart. May be empty
 std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& identifier = {});
 
 }  // namespace tallow

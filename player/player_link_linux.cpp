@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
@@ -9,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
+#include <vector>
 
 #include "player/player_connection_linux.h"
 #include "player/player_link.h"
@@ -53,10 +53,13 @@ int ConnectWithRetries(const std::string& path) {
 
 class SocketLink : public PlayerLink {
  public:
+  /// \param identifier see SystemPlayerLink
+  explicit SocketLink(std::string identifier) : identifier_(std::move(identifier)) {}
+
   PlayerHandle Find() override {
     if (connection_ && connection_->IsUsable()) return handle_;
     try {
-      const std::string path = PlayerSocketPath();
+      const std::string path = PlayerSocketPath(identifier_);
       socket_file_ = SocketFileOf(path);
       const int descriptor = ConnectWithRetries(path);
       if (descriptor < 0) return 0;
@@ -69,12 +72,13 @@ class SocketLink : public PlayerLink {
 
   bool Start(const std::string& program) override {
     try {
-      const std::string path = PlayerSocketPath();
+      const std::string path = PlayerSocketPath(identifier_);
       const PlayerStartLock lock(path);
       if (PlayerRuns(path)) return true;
       const OpenFile listening(ListenAsPlayer(path));
       if (!listening) throw FileError(path, "cannot create a socket there");
-      const std::array<std::string, 1> arguments{"--listen"};
+      std::vector<std::string> arguments{"--listen"};
+      if (!identifier_.empty()) arguments.insert(arguments.end(), {"--identifier", identifier_});
       just_started_ = Spawn(program, arguments, listening.descriptor()) != 0;
       if (just_started_) return true;
       // Remove the socket, so that no client waits for a player that will never answer.
@@ -153,7 +157,7 @@ class SocketLink : public PlayerLink {
   /// Reconnects to the same player, which closes connections when it has too many.
   void Reconnect() {
     try {
-      const std::string path = PlayerSocketPath();
+      const std::string path = PlayerSocketPath(identifier_);
       if (SocketFileOf(path) != socket_file_) return;
       const int descriptor = ConnectToPlayer(path);
       if (descriptor >= 0) connection_.emplace(descriptor, false);
@@ -162,6 +166,7 @@ class SocketLink : public PlayerLink {
     }
   }
 
+  const std::string identifier_;
   std::optional<PlayerConnection> connection_;
   SocketFile socket_file_;   ///< of the connected player
   PlayerHandle handle_ = 0;  ///< of the current connection; different for each
@@ -170,8 +175,8 @@ class SocketLink : public PlayerLink {
 
 }  // namespace
 
-std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& /*identifier*/) {
-  return std::make_unique<SocketLink>();
+std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& identifier) {
+  return std::make_unique<SocketLink>(identifier);
 }
 
 }  // namespace tallow

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include <cwchar>
 #include <optional>
+#include <utility>
 #include <windows.h>
 
 #include "player/path_in_code_page_windows.h"
 #include "player/player_link.h"
 #include "player/player_messages.h"
+#include "player/player_process_windows.h"
+#include "player/player_window_windows.h"
+#include "player/tallow_player_requests.h"
+#include "util/path_text.h"
 #include "util/start_program.h"
+#include "util/text.h"
 #include "util/wide_text_windows.h"
 
 namespace tallow {
@@ -14,107 +19,191 @@ namespace {
 
 static_assert(kWmCopyData == WM_COPYDATA && kWmCommand == WM_COMMAND && kWmUser == WM_USER);
 
-/// The system's ANSI code page. The code page of this process is UTF-8, whatever the player uses.
-UINT SystemCodePage() {
-  wchar_t digits[16] = {};
-  DWORD size = sizeof digits - sizeof digits[0];
-  if (RegGetValueW(HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Control\\Nls\\CodePage", L"ACP",
-                   RRF_RT_REG_SZ, nullptr, digits, &size) == ERROR_SUCCESS) {
-    const auto page = static_cast<UINT>(std::wcstoul(digits, nullptr, 10));
-    if (IsValidCodePage(page)) return page;
+/// How long to wait for an answer of Tallow's own player, in ms.
+constexpr UINT kAnswerTimeout = 5000;
+
+HWND WindowOf(PlayerHandle player) { return reinterpret_cast<HWND>(player); }
+
+bool IsOwnProgram(const std::string& program) {
+  const std::string_view folder = FolderOfPath(program);
+  return EqualsIgnoringCase(std::string_view(program).substr(folder.size()), "tallow-player.exe");
+}
+
+/// Sends a message to Tallow's own player. Winamp's are sent without a timeout.
+std::int64_t SendToOwnPlayer(HWND player, UINT message, WPARAM wParam, LPARAM lParam) {
+  DWORD_PTR answer = 0;
+  // Messages that are sent to this thread are received meanwhile.
+  if (SendMessageTimeoutW(player, message, wParam, lParam, SMTO_ABORTIFHUNG, kAnswerTimeout,
+                          &answer) == 0)
+    return 0;
+  return static_cast<std::int64_t>(answer);
+}
+
+/// The window that receives the answers to kAsk, see player_window_windows.h.
+class AnswerWindow {
+ public:
+  AnswerWindow() {
+    WNDCLASSEXW window_class{};
+    window_class.cbSize = sizeof window_class;
+    window_class.lpfnWndProc = Procedure;
+    window_class.hInstance = GetModuleHandleW(nullptr);
+    window_class.lpszClassName = kPlayerLinkClass;
+    // Fails when another link has registered the class.
+    RegisterClassExW(&window_class);
+    window_ = CreateWindowExW(0, kPlayerLinkClass, nullptr, 0, 0, 0, 0, 0, HWND_MESSAGE, nullptr,
+                              window_class.hInstance, nullptr);
+    SetWindowLongPtrW(window_, GWLP_USERDATA, reinterpret_cast<LONG_PTR>(this));
   }
-  DWORD page = 0;
-  GetLocaleInfoEx(LOCALE_NAME_SYSTEM_DEFAULT, LOCALE_IDEFAULTANSICODEPAGE | LOCALE_RETURN_NUMBER,
-                  reinterpret_cast<wchar_t*>(&page), sizeof page / sizeof(wchar_t));
-  return page == 0 ? CP_UTF8 : page;
-}
+  AnswerWindow(const AnswerWindow&) = delete;
+  AnswerWindow& operator=(const AnswerWindow&) = delete;
+  ~AnswerWindow() {
+    if (window_ != nullptr) DestroyWindow(window_);
+  }
 
-/// How to treat a character that is not in the code page: fail, or replace it by a question mark.
-enum class Replacing { kNo, kYes };
+  WPARAM Handle() const noexcept { return reinterpret_cast<WPARAM>(window_); }
 
-std::optional<std::string> InCodePage(UINT page, const std::wstring& text, Replacing replacing) {
-  const auto length = static_cast<int>(text.size());
-  // For UTF-8, WideCharToMultiByte allows neither this flag nor this pointer, and it has all
-  // characters.
-  const bool is_utf8 = page == CP_UTF8;
-  const DWORD flags = is_utf8 ? 0 : WC_NO_BEST_FIT_CHARS;
-  BOOL replaced = FALSE;
-  const int needed =
-      WideCharToMultiByte(page, flags, text.data(), length, nullptr, 0, nullptr, nullptr);
-  if (needed <= 0) return std::nullopt;
-  std::string bytes(static_cast<std::size_t>(needed), '\0');
-  WideCharToMultiByte(page, flags, text.data(), length, bytes.data(), needed, nullptr,
-                      is_utf8 ? nullptr : &replaced);
-  if (replaced && replacing == Replacing::kNo) return std::nullopt;
-  return bytes;
-}
+  /// Sends a kAsk.
+  std::optional<std::string> Ask(HWND player, const COPYDATASTRUCT& record) {
+    asked_ = player;
+    answer_.reset();
+    const std::int64_t result =
+        SendToOwnPlayer(player, WM_COPYDATA, Handle(), reinterpret_cast<LPARAM>(&record));
+    asked_ = nullptr;
+    std::optional<std::string> answer = std::exchange(answer_, std::nullopt);
+    return result == 1 ? std::move(answer) : std::nullopt;
+  }
 
-std::optional<std::wstring> ShortPath(const std::string& path) {
-  // ToWidePath adds the prefix for paths over 260 characters, and GetShortPathNameW keeps the
-  // prefix.
-  const std::wstring wide = ToWidePath(path);
-  const std::size_t prefix = wide.size() - ToWide(path).size();
-  const DWORD needed = GetShortPathNameW(wide.c_str(), nullptr, 0);
-  if (needed == 0) return std::nullopt;
-  std::wstring shortened(needed, L'\0');
-  const DWORD length = GetShortPathNameW(wide.c_str(), shortened.data(), needed);
-  if (length <= prefix || length >= needed) return std::nullopt;
-  shortened.resize(length);
-  return shortened.substr(prefix);
-}
+ private:
+  static LRESULT CALLBACK Procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    auto* const self = reinterpret_cast<AnswerWindow*>(GetWindowLongPtrW(window, GWLP_USERDATA));
+    if (message != WM_COPYDATA || self == nullptr)
+      return DefWindowProcW(window, message, wParam, lParam);
+    const auto& record = *reinterpret_cast<const COPYDATASTRUCT*>(lParam);
+    // An answer that comes too late belongs to no request.
+    if (record.dwData != kAsk || self->asked_ == nullptr ||
+        reinterpret_cast<HWND>(wParam) != self->asked_)
+      return 0;
+    self->answer_.emplace(static_cast<const char*>(record.lpData), record.cbData);
+    return 1;
+  }
 
-}  // namespace
+  HWND window_ = nullptr;
+  HWND asked_ = nullptr;  ///< the player that executes a kAsk now
+  std::optional<std::string> answer_;
+};
 
-std::string PathInCodePage(const std::string& path, unsigned page) {
-  const std::wstring wide = ToWide(path);
-  if (const auto bytes = InCodePage(page, wide, Replacing::kNo)) return *bytes;
-  if (const auto shortened = ShortPath(path))
-    if (const auto bytes = InCodePage(page, *shortened, Replacing::kNo)) return *bytes;
-  // Some disks have no short names. The player then gets a path with question marks, which it will
-  // not find.
-  return InCodePage(page, wide, Replacing::kYes).value_or(std::string());
-}
-
-namespace {
-
+/// Takes our own player by class and title, and a Winamp by class without such a title.
 class WindowLink : public PlayerLink {
  public:
+  explicit WindowLink(const std::string& identifier)
+      : identifier_(identifier), own_title_(ToWide(PlayerWindowTitle(identifier))) {}
+
+  void UseProgram(const std::string& program) override {
+    uses_own_ = program.empty() ? std::nullopt : std::optional(IsOwnProgram(program));
+  }
+
   PlayerHandle Find() override {
-    return reinterpret_cast<PlayerHandle>(FindWindowA("Winamp v1.x", nullptr));
+    HWND own = nullptr;
+    HWND winamp = nullptr;
+    HWND window = nullptr;
+    while ((window = FindWindowExW(nullptr, window, kPlayerWindowClass, nullptr)) != nullptr) {
+      if (own == nullptr && IsOwn(window)) own = window;
+      if (winamp == nullptr && IsWinamp(window)) winamp = window;
+    }
+    if (own != nullptr) process_.StopListening();
+    const bool takes_own = uses_own_.value_or(own != nullptr);
+    return reinterpret_cast<PlayerHandle>(takes_own ? own : winamp);
   }
 
   bool Start(const std::string& program) override {
-    return StartProgram(program, FirstWindow::kMinimizedWithoutFocus);
+    UseProgram(program);
+    if (!uses_own_.value_or(false))
+      return StartProgram(program, FirstWindow::kMinimizedWithoutFocus);
+    if (Find() != 0) return true;
+    return process_.Start(program, identifier_.empty() ? "" : "--identifier " + identifier_);
   }
+
+  PlayerStart FollowStart() override {
+    if (Find() != 0) return PlayerStart::kAnswers;
+    return uses_own_.value_or(false) && process_.HasEnded() ? PlayerStart::kEnded
+                                                            : PlayerStart::kNoWindow;
+  }
+
+  std::string LastLineWritten() override { return process_.LastLine(); }
 
   std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
                     std::int64_t lParam) override {
-    return SendMessageA(reinterpret_cast<HWND>(player), message, static_cast<WPARAM>(wParam),
-                        static_cast<LPARAM>(lParam));
+    const HWND window = WindowOf(player);
+    if (IsOwn(window))
+      return SendToOwnPlayer(window, message, static_cast<WPARAM>(wParam),
+                             static_cast<LPARAM>(lParam));
+    return SendMessageA(window, message, static_cast<WPARAM>(wParam), static_cast<LPARAM>(lParam));
   }
 
   bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
-    std::string bytes(data);
-    COPYDATASTRUCT record{};
-    record.dwData = code;
-    record.cbData = static_cast<DWORD>(bytes.size());
-    record.lpData = bytes.data();
-    SendMessageA(reinterpret_cast<HWND>(player), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&record));
+    // Code 100 is for paths in the system's code page, and our own player gets them in UTF-8.
+    if (code == kAddFile && KindOf(player) == PlayerKind::kTallowPlayer) {
+      constexpr std::int64_t kAt = kAtEnd;
+      std::string record(reinterpret_cast<const char*>(&kAt), sizeof kAt);
+      record += data;
+      return AddFiles(player, record) != kListHasNoRoom;
+    }
+    COPYDATASTRUCT record = Record(code, data);
+    SendMessageA(WindowOf(player), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&record));
     // The player does not report a full list.
     return true;
   }
 
-  bool IsRunning(PlayerHandle player) override {
-    return IsWindow(reinterpret_cast<HWND>(player)) != FALSE;
+  PlayerKind KindOf(PlayerHandle player) override {
+    return IsOwn(WindowOf(player)) ? PlayerKind::kTallowPlayer : PlayerKind::kWinamp;
   }
 
-  std::string TextOfPath(const std::string& path) const override {
-    return PathInCodePage(path, SystemCodePage());
+  std::int64_t AddFiles(PlayerHandle player, std::string_view data) override {
+    const HWND window = WindowOf(player);
+    if (data.size() > kMaxPayload || !IsOwn(window)) return 0;
+    const COPYDATASTRUCT record = Record(kAddFiles, data);
+    return SendToOwnPlayer(window, WM_COPYDATA, answers_.Handle(),
+                           reinterpret_cast<LPARAM>(&record));
   }
+
+  std::optional<std::string> Ask(PlayerHandle player, std::string_view request) override {
+    const HWND window = WindowOf(player);
+    if (request.size() > kMaxPayload || !IsOwn(window)) return std::nullopt;
+    return answers_.Ask(window, Record(kAsk, request));
+  }
+
+  bool IsRunning(PlayerHandle player) override { return IsWindow(WindowOf(player)) != FALSE; }
+
+  std::string TextOfPath(const std::string& path) const override {
+    return uses_own_.value_or(false) ? path : PathInCodePage(path, SystemCodePage());
+  }
+
+ private:
+  /// The system only reads the data.
+  static COPYDATASTRUCT Record(std::uint32_t code, std::string_view data) {
+    COPYDATASTRUCT record{};
+    record.dwData = code;
+    record.cbData = static_cast<DWORD>(data.size());
+    record.lpData = const_cast<char*>(data.data());
+    return record;
+  }
+
+  bool IsOwn(HWND window) const { return WindowTitle(window) == own_title_; }
+  static bool IsWinamp(HWND window) {
+    return !WindowTitle(window).starts_with(ToWide(kPlayerTitleStart));
+  }
+
+  const std::string identifier_;
+  const std::wstring own_title_;
+  std::optional<bool> uses_own_;  ///< no value when no program was chosen
+  PlayerProcess process_;
+  AnswerWindow answers_;
 };
 
 }  // namespace
 
-std::unique_ptr<PlayerLink> SystemPlayerLink() { return std::make_unique<WindowLink>(); }
+std::unique_ptr<PlayerLink> SystemPlayerLink(const std::string& identifier) {
+  return std::make_unique<WindowLink>(identifier);
+}
 
 }  // namespace tallow

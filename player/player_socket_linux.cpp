@@ -37,7 +37,9 @@ int NewSocket() noexcept { return socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | S
 
 }  // namespace
 
-std::string PlayerSocketPath() { return RuntimeFolder() + "player"; }
+std::string PlayerSocketPath(const std::string& identifier) {
+  return RuntimeFolder() + "player" + (identifier.empty() ? "" : "-" + identifier);
+}
 
 int ConnectToPlayer(const std::string& path) noexcept {
   sockaddr_un address;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "player/player_request.h"
 #include "util/open_file_linux.h"
 
 namespace tallow {
@@ -40,30 +41,10 @@ namespace tallow {
 //   7B 22 64 6F ... 22 7D
 //   02 00 00 00 00 00 00 00  7B 7D
 
-struct PlayerRequestHead {
-  std::uint32_t message = 0;
-  std::uint32_t payload = 0;  ///< size in bytes
-  std::int64_t wParam = 0;
-  std::int64_t lParam = 0;
-};
-static_assert(sizeof(PlayerRequestHead) == 24);
-
-using PlayerAnswer = std::int64_t;
-
-/// Maximum memory of the player's list, in bytes: the paths, and the overhead of each entry. A
-/// million songs with paths of 200 bytes fit. Without a limit, 5,000 paths of 64 KiB would use 320
-/// MB.
-inline constexpr std::size_t kMaxListBytes = std::size_t{256} << 20;
-
-/// Maximum length of the answer to kAsk, in bytes. A client closes the connection on a longer one.
-inline constexpr PlayerAnswer kMaxTextAnswer = PlayerAnswer{4} << 20;
-
-/// The answer when the list has no room for a file. Other players always answer 0.
-inline constexpr PlayerAnswer kListIsFull = 1;
-
 /// Returns the path of the socket.
+/// \param identifier of the application folder, see PlayerIdentifier; may be empty
 /// \throws FileError see RuntimeFolder
-std::string PlayerSocketPath();
+std::string PlayerSocketPath(const std::string& identifier = {});
 
 /// Connects to the player without blocking.
 /// \returns a negative value, with errno set, when no player of this user listens on the socket,

@@ -16,9 +16,6 @@
 
 namespace tallow {
 
-enum class RepeatMode { kOff, kAll, kOne };
-enum class ReplayGain { kOff, kTrack, kAlbum };
-
 /// A file that the player could not play.
 struct PlayFailure {
   std::uint64_t number = 0;  ///< ascending from 1
@@ -51,11 +48,6 @@ struct UpcomingEntries {
   std::uint64_t revision = 0;
   std::size_t upcoming = 0;  ///< number of all entries that will play
   std::vector<std::uint64_t> entries;
-};
-
-struct SoundDevice {
-  std::string name;         ///< as SetDevice takes it
-  std::string description;  ///< as the user knows it
 };
 
 /// The requests that only Tallow's own player knows, see tallow_player_requests.h. A request to a

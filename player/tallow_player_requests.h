@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
+#include <string>
 #include <string_view>
 
 namespace tallow {
@@ -14,7 +15,8 @@ namespace tallow {
 // kAddFiles: eight bytes, a signed number in the byte order of the machine: where to add the files.
 // Then the absolute paths, each followed by a NUL; in UTF-8 on Windows, unchanged bytes on Linux.
 // All files are added, or none. They get consecutive entry numbers; the answer is the first of them,
-// or kListHasNoRoom. An entry number is never used again while the player runs.
+// or kListHasNoRoom, also when the entry to add them before is not in the list. An entry number is
+// never used again while the player runs.
 //
 // kAsk: a JSON object. "do" says what to do; the answer is a JSON object, {} where the table names
 // none. Texts are as in util/json_text.h. Times are in ms, and -1 where unknown.
@@ -59,6 +61,14 @@ constexpr bool AsksOnly(std::string_view request) noexcept {
 enum AddFilesAt : std::int64_t {
   kAtEnd = 0,
   kPlayNext = -1,  ///< behind the current entry and earlier files that were added there
+};
+
+enum class RepeatMode { kOff, kAll, kOne };
+enum class ReplayGain { kOff, kTrack, kAlbum };
+
+struct SoundDevice {
+  std::string name;         ///< as the request "device" takes it
+  std::string description;  ///< as the user knows it
 };
 
 }  // namespace tallow

@@ -23,6 +23,7 @@ WinAMP_Control::WinAMP_Control(PlayerLink& link, std::function<std::string()> pl
     : link_(link), player_path_(std::move(player_path)), show_(std::move(show)) {}
 
 bool WinAMP_Control::FindWinamp() {
+  link_.UseProgram(player_path_());
   window_ = link_.Find();
   return window_ != 0;
 }

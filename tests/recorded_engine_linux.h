@@ -2,11 +2,14 @@
 #pragma once
 
 #include <cmath>
+#include <cstddef>
+#include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "player/substitute/event_source.h"
+#include "player/substitute/event_loop_linux.h"
 #include "player/substitute/playback_engine.h"
 
 namespace tallow {
@@ -18,7 +21,9 @@ class RecordedEngine : public PlaybackEngine {
   CommandNumber Load(const std::string& path) override { return Record("load " + path, path); }
   CommandNumber Append(const std::string& path) override { return Record("append " + path, path); }
   void RemoveFirst() override { Record("remove first"); }
-  void RemoveFollowing() override { Record("remove following"); }
+  CommandNumber RemoveFollowing() override { return removal = Record("remove following"); }
+  void RemoveAt(std::size_t index) override { Record("remove " + std::to_string(index)); }
+  void Redirect(const std::string& path) override { Record("redirect to " + path); }
   void Stop() override { Record("stop"); }
   CommandNumber Seek(double seconds) override {
     return seek = Record("seek " + std::to_string(std::lround(seconds)));
@@ -26,6 +31,13 @@ class RecordedEngine : public PlaybackEngine {
   void Pause(bool paused) override { Record(paused ? "pause" : "resume"); }
   void SetVolume(std::int32_t volume) override { Record("volume " + std::to_string(volume)); }
   void SetBalance(std::int32_t balance) override { Record("balance " + std::to_string(balance)); }
+  void SetGain(ReplayGain mode) override {
+    Record("gain " + std::to_string(static_cast<int>(mode)));
+  }
+  void SetDevice(const std::string& name) override { Record("device " + name); }
+  void RequestDevices(std::function<void(std::vector<SoundDevice>)> callback) override {
+    callback({{.name = "auto", .description = "Any"}});
+  }
   void RequestProperties() override { Record("properties"); }
 
   /// Replies to all commands that load a track, also to those sent meanwhile.
@@ -42,6 +54,7 @@ class RecordedEngine : public PlaybackEngine {
   std::vector<std::string> sent;
   bool full = false;  ///< no command is accepted
   CommandNumber seek = 0;
+  CommandNumber removal = 0;                   ///< the last "remove following"
   std::map<CommandNumber, std::string> loads;  ///< without a reply
   std::map<std::string, EntryNumber> entries;  ///< path to entry
 
@@ -57,10 +70,6 @@ class RecordedEngine : public PlaybackEngine {
   CommandNumber last_command_ = 0;
 };
 
-inline EventLoop NewLoop() {
-  sd_event* loop = nullptr;
-  Require(sd_event_new(&loop), "the event loop");
-  return EventLoop(loop);
-}
+inline std::unique_ptr<LinuxEventLoop> NewLoop() { return std::make_unique<LinuxEventLoop>(); }
 
 }  // namespace tallow

@@ -13,7 +13,6 @@
 #include <vector>
 
 #include "details/child_reader.h"
-#include "details/tag_reader.h"
 #include "util/child_process.h"
 #include "util/path_text.h"
 
@@ -61,8 +60,7 @@ inline int ServeTests() {
     }
     while (name == kBabblingName && ParentChannel::Write("a message that does not end")) {
     }
-    return what == WhatToRead::kAll ? ReadSongDetails(path)
-                                    : SongDetails{.tags = ReadSongTags(path)};
+    return AnswerFor(path, what);
   });
 }
 

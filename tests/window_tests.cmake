@@ -39,6 +39,11 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
   return()
 endif()
 gtest_discover_tests(tallow_window_tests PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
+# Positions and pictures of the player bar on a screen of twice the pixels.
+add_test(NAME windows.player_bar_at_200_percent COMMAND tallow_window_tests
+                                                        --gtest_filter=PlayerBarTest.*)
+set_tests_properties(windows.player_bar_at_200_percent PROPERTIES ENVIRONMENT QT_SCALE_FACTOR=2
+                                                                  TIMEOUT 300)
 if(WIN32)
   return()
 endif()

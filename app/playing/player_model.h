@@ -19,6 +19,8 @@ class Jukebox;
 struct SongsOrigin {
   const Jukebox* jukebox = nullptr;  ///< may have been closed since; null for none
   std::uint32_t folder = 0;          ///< its key in the jukebox; 0 for none
+
+  friend bool operator==(const SongsOrigin&, const SongsOrigin&) = default;
 };
 
 /// What the player does, as of the last Update.

@@ -1,25 +1,43 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/substitute/engine_playlist.h"
 
+#include <algorithm>
+
 namespace tallow {
 
 void EnginePlaylist::Clear() noexcept {
   current_ = {};
   following_.clear();
+  removed_.clear();
 }
 
-void EnginePlaylist::SetCurrent(CommandNumber load) noexcept {
-  current_ = {load, kNoEntry};
+void EnginePlaylist::SetCurrent(CommandNumber load, ListNumber track) noexcept {
+  Clear();
+  current_ = {load, kNoEntry, track};
+}
+
+void EnginePlaylist::AddFollowing(CommandNumber append, ListNumber track) {
+  following_.push_back({append, kNoEntry, track});
+}
+
+void EnginePlaylist::RemoveFollowing(CommandNumber removal) {
+  for (const Entry& following : following_) removed_.push_back({following, removal});
   following_.clear();
 }
 
-void EnginePlaylist::AddFollowing(CommandNumber append) {
-  following_.push_back({append, kNoEntry});
+bool EnginePlaylist::WasRemoved(EntryNumber entry) const noexcept {
+  return std::any_of(removed_.begin(), removed_.end(), [&](const RemovedEntry& removed) {
+    return removed.entry.number == entry && entry != kNoEntry;
+  });
 }
 
 bool EnginePlaylist::StoreReply(CommandNumber command, EntryNumber entry) noexcept {
   for (Entry& following : following_)
     if (command == following.command) following.number = entry;
+  for (RemovedEntry& removed : removed_)
+    if (command == removed.entry.command) removed.entry.number = entry;
+  // An entry that started before its removal was reported before the reply to the removal.
+  std::erase_if(removed_, [&](const RemovedEntry& removed) { return removed.removal == command; });
   if (command != current_.command) return false;
   current_.number = entry;
   return true;

@@ -3,7 +3,9 @@
 
 #include <cstddef>
 #include <deque>
+#include <vector>
 
+#include "player/substitute/play_list.h"
 #include "player/substitute/playback_engine.h"
 
 namespace tallow {
@@ -20,11 +22,17 @@ class EnginePlaylist {
 
   void Clear() noexcept;
   /// Call this after sending the command that replaces the engine's playlist by the current track.
-  void SetCurrent(CommandNumber load) noexcept;
+  void SetCurrent(CommandNumber load, ListNumber track) noexcept;
   /// Call this after sending the command that appends a track.
-  void AddFollowing(CommandNumber append);
+  void AddFollowing(CommandNumber append, ListNumber track);
   /// Call this after sending the command that removes all tracks except the current one.
-  void RemoveFollowing() noexcept { following_.clear(); }
+  void RemoveFollowing(CommandNumber removal);
+  /// Call this after sending the commands that remove the tracks after the first few following ones.
+  void KeepFollowing(std::size_t count) { following_.resize(count); }
+  /// Call this when an entry has started that WasRemoved, and another track was put in its place.
+  void ReplaceCurrent(EntryNumber entry, ListNumber track) noexcept {
+    current_ = {0, entry, track};
+  }
 
   /// Stores the entry number that a reply contains, if the command has loaded one of the tracks.
   /// \param entry kNoEntry when the command has failed
@@ -43,8 +51,13 @@ class EnginePlaylist {
   bool IsNext(EntryNumber entry) const noexcept {
     return KnowsNext() && entry == following_.front().number;
   }
+  /// Whether an entry was removed by RemoveFollowing, but may have started before that.
+  bool WasRemoved(EntryNumber entry) const noexcept;
   /// Number of tracks loaded in advance.
   std::size_t Following() const noexcept { return following_.size(); }
+  /// A track that was loaded in advance.
+  /// \param index 0 for the next one
+  ListNumber FollowingTrack(std::size_t index) const { return following_[index].track; }
   /// Call this after the engine has continued with the next track.
   void Advance() noexcept;
 
@@ -52,10 +65,17 @@ class EnginePlaylist {
   struct Entry {
     CommandNumber command = 0;
     EntryNumber number = kNoEntry;
+    ListNumber track = 0;
+  };
+  struct RemovedEntry {
+    Entry entry;
+    CommandNumber removal = 0;
   };
 
   Entry current_;
   std::deque<Entry> following_;  ///< the tracks after the current one, in order
+  /// The tracks whose removal has not been answered yet.
+  std::vector<RemovedEntry> removed_;
 };
 
 }  // namespace tallow

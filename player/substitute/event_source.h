@@ -20,7 +20,7 @@ struct DropEventLoop {
   void operator()(sd_event* loop) const noexcept { sd_event_unref(loop); }
 };
 
-using EventLoop = std::unique_ptr<sd_event, DropEventLoop>;
+using SdEventLoop = std::unique_ptr<sd_event, DropEventLoop>;
 
 /// Throws std::runtime_error if a call of the event or bus library failed.
 /// \param result return value of the call; if negative, the negated error number

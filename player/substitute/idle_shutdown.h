@@ -1,41 +1,39 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstdint>
+#include <chrono>
 #include <functional>
-#include <systemd/sd-event.h>
+#include <memory>
 
-#include "player/substitute/event_source.h"
+#include "player/substitute/event_loop.h"
 
 namespace tallow {
 
-class RequestServer;
-class SongPlayer;
-
-/// Ends the player after some minutes without playback and connections, because it has no window
-/// that could be closed.
+/// Ends the player after some minutes without playback and clients, because it has no window that
+/// could be closed.
 class IdleShutdown {
  public:
-  /// After this many consecutive checks without playback or connections, the player ends.
+  /// After this many consecutive checks that found the player idle, it ends.
   static constexpr int kMaxIdleChecks = 5;
-  static constexpr std::uint64_t kCheckInterval = 60'000'000;  ///< in µs
+  static constexpr std::chrono::minutes kCheckInterval{1};
 
-  /// \param player, server must outlive this object
+  /// \param is_idle        returns whether the player neither plays nor has clients
   /// \param shut_down      callback that ends the player
-  /// \param check_interval time between two checks, in µs
-  IdleShutdown(sd_event* loop, const SongPlayer& player, const RequestServer& server,
-               std::function<void()> shut_down, std::uint64_t check_interval = kCheckInterval);
+  /// \param check_interval time between two checks
+  IdleShutdown(EventLoop& loop, std::function<bool()> is_idle, std::function<void()> shut_down,
+               std::chrono::microseconds check_interval = kCheckInterval);
   IdleShutdown(const IdleShutdown&) = delete;
   IdleShutdown& operator=(const IdleShutdown&) = delete;
 
  private:
-  int Check();
+  void CheckLater();
+  void Check();
 
-  const SongPlayer& player_;
-  const RequestServer& server_;
+  EventLoop& loop_;
+  std::function<bool()> is_idle_;
   std::function<void()> shut_down_;
-  std::uint64_t check_interval_;  ///< in µs
-  EventSource timer_;
+  std::chrono::microseconds check_interval_;
+  std::unique_ptr<LoopCallback> timer_;
   int idle_checks_ = 0;  ///< number of consecutive checks that found the player idle
 };
 

@@ -16,24 +16,27 @@ namespace {
 class IdleShutdownTest : public testing::Test {
  protected:
   /// Runs the loop for one event. Without a connection this is one check.
-  void RunOnce() { ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0); }
+  void RunOnce() { loop->RunOnce(kMaxWait); }
   void Run(int checks) {
     for (int k = 0; k < checks; ++k) RunOnce();
   }
 
-  static constexpr std::uint64_t kMaxWait = 20'000'000;  ///< in µs
+  static constexpr std::chrono::seconds kMaxWait{20};
   static constexpr int kTooFew = IdleShutdown::kMaxIdleChecks - 1;
 
   TempFolder folder;
   const std::string path = folder / "player";
-  EventLoop loop = NewLoop();
+  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
   RecordedEngine engine;
-  SongPlayer player{loop.get(), engine};
-  RequestServer server{loop.get(), ListenAsPlayer(path),
-                       [](const PlayerRequestHead&, const std::string&,
-                          const RequestServer::Answer&) { return false; }};
+  SongPlayer player{*loop, engine};
+  RequestServer server{
+      loop->Get(), ListenAsPlayer(path),
+      [](const PlayerRequestHead&, const std::string&, const RequestServer::Answer&,
+         const RequestServer::TextAnswer&) { return false; }};
   int shut_downs = 0;
-  IdleShutdown idle{loop.get(), player, server, [this] { ++shut_downs; }, 1};
+  IdleShutdown idle{*loop,
+                    [this] { return player.Status() == kStopped && server.Connections() == 0; },
+                    [this] { ++shut_downs; }, std::chrono::microseconds(1)};
 };
 
 TEST_F(IdleShutdownTest, AnIdlePlayerEndsAtTheLastCheck) {

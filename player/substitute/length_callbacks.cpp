@@ -1,31 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/substitute/length_callbacks.h"
 
-#include <ctime>
+#include <chrono>
 #include <utility>
 
 namespace tallow {
 namespace {
 
-/// How long a callback waits for the length, in µs.
-constexpr std::uint64_t kTimeout = 2'000'000;
+/// How long a callback waits for the length.
+constexpr std::chrono::seconds kTimeout{2};
 
 }  // namespace
 
 void LengthCallbacks::CallWhenKnown(Callback callback) {
   if (!deferred_) return callback(length_());
   waiting_.push_back(std::move(callback));
-  if (timeout_) return;
-  sd_event_source* timer = nullptr;
-  const int added = sd_event_add_time_relative(
-      loop_, &timer, CLOCK_MONOTONIC, kTimeout, 0,
-      [](sd_event_source*, std::uint64_t, void* self) {
-        static_cast<LengthCallbacks*>(self)->CallAll();
-        return 0;
-      },
-      this);
-  if (added < 0) return CallAll();
-  timeout_.reset(timer);
+  if (!timeout_) timeout_ = loop_.AddTimer(kTimeout, [this] { CallAll(); });
 }
 
 void LengthCallbacks::CallAll() {

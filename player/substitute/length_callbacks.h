@@ -3,11 +3,11 @@
 
 #include <cstdint>
 #include <functional>
-#include <systemd/sd-event.h>
+#include <memory>
 #include <utility>
 #include <vector>
 
-#include "player/substitute/event_source.h"
+#include "player/substitute/event_loop.h"
 
 namespace tallow {
 
@@ -21,7 +21,7 @@ class LengthCallbacks {
   using Callback = std::function<void(std::int64_t length)>;
 
   /// \param length returns the length of the current track in s, or -1 if unknown
-  LengthCallbacks(sd_event* loop, std::function<std::int64_t()> length)
+  LengthCallbacks(EventLoop& loop, std::function<std::int64_t()> length)
       : loop_(loop), length_(std::move(length)) {}
   LengthCallbacks(const LengthCallbacks&) = delete;
   LengthCallbacks& operator=(const LengthCallbacks&) = delete;
@@ -34,11 +34,11 @@ class LengthCallbacks {
   void CallAll();
 
  private:
-  sd_event* loop_;
+  EventLoop& loop_;
   std::function<std::int64_t()> length_;
   bool deferred_ = false;
   std::vector<Callback> waiting_;
-  EventSource timeout_;
+  std::unique_ptr<LoopCallback> timeout_;
 };
 
 }  // namespace tallow

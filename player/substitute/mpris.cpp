@@ -16,7 +16,8 @@ constexpr const char* kNoTrack = "/org/mpris/MediaPlayer2/TrackList/NoTrack";
 
 }  // namespace
 
-Mpris::Mpris(sd_event* loop, SongPlayer& player, std::function<void()> quit)
+Mpris::Mpris(sd_event* loop, const std::string& identifier, SongPlayer& player,
+             std::function<void()> quit)
     : player_(player), quit_(std::move(quit)) {
   sd_bus* bus = nullptr;
   if (sd_bus_open_user(&bus) < 0) return;
@@ -30,7 +31,7 @@ Mpris::Mpris(sd_event* loop, SongPlayer& player, std::function<void()> quit)
     bus_.reset();
     return;
   }
-  RequestName(kName);
+  RequestName(identifier.empty() ? kName : kName + (".instance" + identifier));
 }
 
 void Mpris::RequestName(const std::string& name) {

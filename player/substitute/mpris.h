@@ -15,9 +15,11 @@ namespace tallow {
 /// MPRIS 2. Without a bus, does nothing.
 class Mpris {
  public:
-  /// \param player must outlive this object
-  /// \param quit   callback that ends the player
-  Mpris(sd_event* loop, SongPlayer& player, std::function<void()> quit);
+  /// \param identifier of the application folder, part of the name on the bus; may be empty
+  /// \param player     must outlive this object
+  /// \param quit       callback that ends the player
+  Mpris(sd_event* loop, const std::string& identifier, SongPlayer& player,
+        std::function<void()> quit);
   Mpris(const Mpris&) = delete;
   Mpris& operator=(const Mpris&) = delete;
 

@@ -52,12 +52,54 @@ void DispatchProperty(const mpv_event_property& property, PlaybackListener& list
   }
 }
 
+/// Why a file could not be played, as users understand it.
+const char* ReasonOf(int error) {
+  switch (error) {
+    case MPV_ERROR_LOADING_FAILED:
+      return "The file cannot be opened.";
+    case MPV_ERROR_UNKNOWN_FORMAT:
+      return "Its format is not known.";
+    case MPV_ERROR_NOTHING_TO_PLAY:
+      return "It has no sound.";
+    case MPV_ERROR_AO_INIT_FAILED:
+      return "The sound device cannot be opened.";
+    default:
+      return mpv_error_string(error);
+  }
+}
+
 void DispatchEndOfFile(const mpv_event_end_file& end, PlaybackListener& listener) {
   const bool failed = end.reason == MPV_END_FILE_REASON_ERROR;
-  listener.OnTrackEnded(end.playlist_entry_id, failed ? mpv_error_string(end.error) : nullptr);
+  listener.OnTrackEnded(end.playlist_entry_id, failed ? ReasonOf(end.error) : nullptr);
+}
+
+/// \param map a node of format MPV_FORMAT_NODE_MAP
+SoundDevice DeviceOfMap(const mpv_node& map) {
+  SoundDevice device;
+  for (int k = 0; k < map.u.list->num; ++k) {
+    const mpv_node& value = map.u.list->values[k];
+    if (value.format != MPV_FORMAT_STRING) continue;
+    const std::string_view key = map.u.list->keys[k];
+    if (key == "name") device.name = value.u.string;
+    if (key == "description") device.description = value.u.string;
+  }
+  return device;
 }
 
 }  // namespace
+
+std::vector<SoundDevice> DevicesOfReply(const mpv_event& reply) {
+  std::vector<SoundDevice> devices;
+  if (reply.error < 0) return devices;
+  const auto& property = *static_cast<mpv_event_property*>(reply.data);
+  if (property.format != MPV_FORMAT_NODE) return devices;
+  const mpv_node& list = *static_cast<mpv_node*>(property.data);
+  if (list.format != MPV_FORMAT_NODE_ARRAY) return devices;
+  for (int k = 0; k < list.u.list->num; ++k)
+    if (list.u.list->values[k].format == MPV_FORMAT_NODE_MAP)
+      devices.push_back(DeviceOfMap(list.u.list->values[k]));
+  return devices;
+}
 
 void DispatchMpvEvent(const mpv_event& event, PlaybackListener& listener) {
   const bool succeeded = event.error >= 0;

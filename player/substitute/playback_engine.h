@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "player/tallow_player_requests.h"
 
 namespace tallow {
 
@@ -31,12 +36,13 @@ class PlaybackListener {
   /// A command has been executed.
   /// \param entry the playlist entry that the command has added; kNoEntry for none
   virtual void OnReply(CommandNumber command, bool succeeded, EntryNumber entry) = 0;
-  /// The engine begins to open an entry of its playlist.
+  /// The engine begins to open an entry of its playlist. Redirect is possible during this call.
   virtual void OnTrackStarted(EntryNumber entry) = 0;
   /// The entry that was started last is open; it can be seeked and its properties are known.
   virtual void OnTrackOpened() = 0;
   /// The engine has finished decoding an entry. The device may still play its last audio.
-  /// \param error why the entry could not be played; null when it was played
+  /// \param error why the entry could not be played, as users understand it; null when it was
+  ///              played
   virtual void OnTrackEnded(EntryNumber entry, const char* error) = 0;
   /// The playlist has ended and the device has played all audio.
   virtual void OnIdle() = 0;
@@ -72,8 +78,14 @@ class PlaybackEngine {
   virtual CommandNumber Append(const std::string& path) = 0;
   /// Removes the first entry of the playlist.
   virtual void RemoveFirst() = 0;
-  /// Removes all entries of the playlist except the current one.
-  virtual void RemoveFollowing() = 0;
+  /// Removes all entries of the playlist except the current one. An entry that started before the
+  /// engine executes the command stays.
+  virtual CommandNumber RemoveFollowing() = 0;
+  /// Removes an entry of the playlist.
+  /// \param index 0 for the first one
+  virtual void RemoveAt(std::size_t index) = 0;
+  /// Plays another file in place of the entry that is starting. Call this from OnTrackStarted.
+  virtual void Redirect(const std::string& path) = 0;
   /// Stops playback and empties the playlist.
   virtual void Stop() = 0;
   /// \param seconds position in the track
@@ -84,6 +96,14 @@ class PlaybackEngine {
   virtual void SetVolume(std::int32_t volume) = 0;
   /// \param balance -127 (only left) to 127 (only right)
   virtual void SetBalance(std::int32_t balance) = 0;
+  /// Applies the ReplayGain of the tags. A file without it is not changed.
+  virtual void SetGain(ReplayGain mode) = 0;
+  /// Plays on a sound device; does not interrupt the track.
+  /// \param name "auto" for the system's device
+  virtual void SetDevice(const std::string& name) = 0;
+  /// Asks for the sound devices.
+  /// \param callback called once, usually later
+  virtual void RequestDevices(std::function<void(std::vector<SoundDevice>)> callback) = 0;
   /// Requests the tags and then the length of the open track. OnPropertiesReported follows even
   /// when the length is unknown.
   virtual void RequestProperties() = 0;

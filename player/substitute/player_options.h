@@ -13,15 +13,18 @@ inline constexpr const char* kUsage =
     "The player that Tallow starts. It has no window and takes its commands from a socket.\n"
     "\n"
     "  --audio-file FILE  write the sound to FILE (WAV), as fast as possible\n"
+    "  --paced SPEED      write the file at SPEED times real time only\n"
     "  --silent           play without sound, in real time\n"
     "  --log FILE         append every message to FILE, one per line\n"
     "  --listen           receive messages on the socket that was handed over as descriptor 3\n"
+    "  --identifier ID    the player of one of several Tallows; ID is part of its names\n"
     "  --help, --version  print and exit\n";
 
 /// The options of the command line.
 struct PlayerOptions {
   SoundOutput output;
   std::string log;             ///< path of the log; empty for none
+  std::string identifier;      ///< lower-case letters and digits; empty for none
   bool handed_socket = false;  ///< the socket to listen on is an open descriptor
   bool help = false;
   bool version = false;

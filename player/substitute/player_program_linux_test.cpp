@@ -31,8 +31,8 @@ class PlayerProgram : public RealPlayer {
 TEST_F(PlayerProgram, HelpListsEveryOption) {
   EXPECT_EQ(Run("--help"), 0);
   EXPECT_TRUE(out.starts_with("Usage: tallow-player [OPTION...]\n")) << out;
-  for (const char* const option :
-       {"--audio-file FILE", "--silent", "--log FILE", "--listen", "--help", "--version"})
+  for (const char* const option : {"--audio-file FILE", "--paced SPEED", "--silent", "--log FILE",
+                                   "--listen", "--help", "--version"})
     EXPECT_NE(out.find(option), std::string::npos) << option;
   EXPECT_EQ(said, "");
 }
@@ -57,6 +57,9 @@ TEST_F(PlayerProgram, AWrongArgumentIsNamedBeforeTheUsageAndEndsThePlayer) {
         Wrong{"--log", "--log requires a file."},
         Wrong{"--silent --audio-file", "--audio-file requires a file."},
         Wrong{"--audio-file '' --version", "--audio-file requires a file."},
+        Wrong{"--paced", "--paced requires a speed from 1 to 100."},
+        Wrong{"--paced fast", "--paced requires a speed from 1 to 100."},
+        Wrong{"--paced 101 --silent", "--paced requires a speed from 1 to 100."},
         Wrong{"--loud --quiet --help", "Unknown option --loud."}}) {
     EXPECT_EQ(Run(arguments), 2) << arguments;
     EXPECT_EQ(out, "") << arguments;
@@ -108,6 +111,28 @@ TEST_F(PlayerProgram, WithoutASoundDeviceSongsArePlayedSilently) {
   EndPlayer();
   EXPECT_EQ(ReadWholeFile(folder / "said").value_or("").find("cannot be played"),
             std::string::npos);
+}
+
+TEST_F(PlayerProgram, ASeekToTheVeryEndEndsTheSongWithoutAnErrorMessage) {
+  const std::string a = folder / "a.mp3";
+  MakeMp3(a, "3 sine 440");
+  UseOptions("--audio-file " + Quote(folder / "sound.wav"));
+  StartPlayer();
+  testing::internal::CaptureStderr();
+  Play({a});
+  player.SendWinampCommand(kPause);
+  player.SetTrackPosition(3);
+  player.SendWinampCommand(kPlay);
+  EXPECT_TRUE(WaitForStatus("STOPPED"));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(PlayerProgram, AnOutputFileThatCannotBeWrittenIsReported) {
+  UseOptions("--audio-file " + Quote(folder / "no/sound.wav") + " 2> " + Quote(folder / "said"));
+  EXPECT_TRUE(player.StartWinamp());
+  EXPECT_TRUE(WaitUntil([&] { return !IsRunning(); }));
+  EXPECT_EQ(Lines("said"), std::vector<std::string>{"tallow-player: " + (folder / "no/sound.wav") +
+                                                    " cannot be written"});
 }
 
 }  // namespace

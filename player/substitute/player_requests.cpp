@@ -2,11 +2,16 @@
 #include "player/substitute/player_requests.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "player/player_messages.h"
+#include "player/substitute/json_requests.h"
 #include "player/substitute/song_player.h"
+#include "player/tallow_player_requests.h"
+#include "util/path_text.h"
 #include "util/version.h"
 
 namespace tallow {
@@ -25,19 +30,32 @@ constexpr PlayerAnswer kNothingPlays = -1;
 /// Bytes that are escaped in a line of the log.
 constexpr std::string_view kEscapedBytes{"\0\n", 2};
 
+/// The absolute paths in a record, each followed by a NUL; empty when the record is not valid.
+std::vector<std::string> PathsOf(std::string_view record) {
+  std::vector<std::string> paths;
+  while (!record.empty()) {
+    const std::size_t end = record.find('\0');
+    if (end == std::string_view::npos || !IsAbsolutePath(record.substr(0, end))) return {};
+    paths.emplace_back(record.substr(0, end));
+    record.remove_prefix(end + 1);
+  }
+  return paths;
+}
+
 }  // namespace
 
 PlayerRequests::PlayerRequests(SongPlayer& player, std::function<void()> close)
     : player_(player), close_(std::move(close)) {}
 
 bool PlayerRequests::Execute(const PlayerRequestHead& head, const std::string& payload,
-                             const std::function<void(PlayerAnswer)>& answer) {
+                             const std::function<void(PlayerAnswer)>& answer,
+                             const std::function<void(std::string)>& answer_text) {
   switch (head.message) {
     case kWmCommand:
       if (!ExecuteCommand(head)) return false;
       break;
     case kWmCopyData:
-      return AddFile(head, payload, answer);
+      return ExecuteCopyData(head, payload, answer, answer_text);
     case kWmUser:
       return ExecuteUserMessage(head, answer);
     default:
@@ -76,14 +94,33 @@ bool PlayerRequests::ExecuteCommand(const PlayerRequestHead& head) {
   }
 }
 
-bool PlayerRequests::AddFile(const PlayerRequestHead& head, const std::string& payload,
-                             const std::function<void(PlayerAnswer)>& answer) {
-  // The payload must be an absolute path, with a single NUL at its end.
-  if (head.lParam != kAddFile || head.wParam != 0 || payload.size() < 2 || payload.front() != '/' ||
-      payload.find('\0') != payload.size() - 1)
-    return false;
-  answer(player_.Add(payload.substr(0, payload.size() - 1)) ? 0 : kListIsFull);
+bool PlayerRequests::ExecuteCopyData(const PlayerRequestHead& head, const std::string& payload,
+                                     const std::function<void(PlayerAnswer)>& answer,
+                                     const std::function<void(std::string)>& answer_text) {
+  if (head.wParam != 0) return false;
+  if (head.lParam == kAsk) return ExecuteJsonRequest(player_, payload, answer_text);
+  std::optional<PlayerAnswer> result;
+  if (head.lParam == kAddFile) result = AddFile(payload);
+  if (head.lParam == kAddFiles) result = AddFiles(payload);
+  if (!result) return false;
+  answer(*result);
   return true;
+}
+
+std::optional<PlayerAnswer> PlayerRequests::AddFile(const std::string& payload) {
+  std::vector<std::string> paths = PathsOf(payload);
+  if (paths.size() != 1) return std::nullopt;
+  return player_.Add(std::move(paths.front())) ? 0 : kListIsFull;
+}
+
+std::optional<PlayerAnswer> PlayerRequests::AddFiles(const std::string& payload) {
+  std::int64_t at = 0;
+  if (payload.size() < sizeof at) return std::nullopt;
+  std::memcpy(&at, payload.data(), sizeof at);
+  std::vector<std::string> paths = PathsOf(std::string_view(payload).substr(sizeof at));
+  if (paths.empty() || at < kPlayNext) return std::nullopt;
+  const ListNumber first = player_.AddFiles(std::move(paths), at);
+  return first == 0 ? kListHasNoRoom : static_cast<PlayerAnswer>(first);
 }
 
 bool PlayerRequests::ExecuteUserMessage(const PlayerRequestHead& head,
@@ -118,6 +155,37 @@ std::optional<PlayerAnswer> PlayerRequests::AnswerAtOnce(std::int64_t request, s
     case kClearList:
       if (value != 0) return std::nullopt;
       player_.Clear();
+      return 0;
+    default:
+      return AnswerAboutList(request, value);
+  }
+}
+
+std::optional<PlayerAnswer> PlayerRequests::AnswerAboutList(std::int64_t request,
+                                                            std::int64_t value) {
+  const bool is_flag = value == 0 || value == 1;
+  const PlayList& list = player_.List();
+  switch (request) {
+    case kSetPlace:
+      if (value < 0) return std::nullopt;
+      player_.SetPlace(static_cast<std::size_t>(value));
+      return 0;
+    case kListLength:
+      return value == 0 ? std::optional(static_cast<PlayerAnswer>(list.Size())) : std::nullopt;
+    case kListPlace:
+      return value == 0 ? std::optional(static_cast<PlayerAnswer>(list.Place())) : std::nullopt;
+    case kShuffle:
+      return value == 0 ? std::optional<PlayerAnswer>(list.IsShuffled()) : std::nullopt;
+    case kRepeat:
+      if (value != 0) return std::nullopt;
+      return list.Repeat() == RepeatMode::kOff ? 0 : 1;
+    case kSetShuffle:
+      if (!is_flag) return std::nullopt;
+      player_.SetShuffle(value == 1);
+      return 0;
+    case kSetRepeat:
+      if (!is_flag) return std::nullopt;
+      player_.SetRepeat(value == 1 ? RepeatMode::kAll : RepeatMode::kOff);
       return 0;
     default:
       return std::nullopt;

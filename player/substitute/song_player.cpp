@@ -3,26 +3,14 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 
 namespace tallow {
-namespace {
 
-/// Maximum number of bytes of a path that are shown on the terminal.
-constexpr std::size_t kMaxShownPath = 4096;
-
-/// Makes a path printable on the terminal. Truncates paths that are longer than any file's path.
-std::string Printable(std::string path) {
-  if (path.size() > kMaxShownPath) path.replace(kMaxShownPath, std::string::npos, "...");
-  std::replace_if(
-      path.begin(), path.end(), [](unsigned char c) { return c < ' ' || c == 0x7F; }, '?');
-  return path;
-}
-
-}  // namespace
-
-SongPlayer::SongPlayer(sd_event* loop, PlaybackEngine& engine)
-    : engine_(engine), position_(engine), length_callbacks_(loop, [this] { return Length(); }) {
+SongPlayer::SongPlayer(EventLoop& loop, PlaybackEngine& engine, std::mt19937::result_type seed)
+    : engine_(engine),
+      list_(seed),
+      position_(engine),
+      length_callbacks_(loop, [this] { return Length(); }) {
   engine_.SetListener(*this);
 }
 
@@ -49,7 +37,7 @@ void SongPlayer::LoadCurrent(bool paused) {
   ResetTrack();
   engine_.Pause(paused);
   const CommandNumber load = engine_.Load(track_.path);
-  engine_list_.SetCurrent(load);
+  engine_list_.SetCurrent(load, list_.CurrentNumber());
   if (load == 0) return EndTrack(PlayerState::kStopped);
   Enter(PlayerState::kLoading, paused);
   Changed(PlayerChange::kTrack);
@@ -61,7 +49,7 @@ void SongPlayer::LoadCurrentAt(std::int64_t ms, bool paused) {
 }
 
 void SongPlayer::LoadNext() {
-  list_.GoToNext();
+  list_.GoToFollowing();
   LoadCurrent(paused_);
 }
 
@@ -76,20 +64,36 @@ void SongPlayer::EndTrack(PlayerState state) {
 }
 
 void SongPlayer::FinishList(PlayerState state) {
-  list_.GoToNextOrFirst();
+  list_.GoToNext();
   EndTrack(state);
 }
 
-void SongPlayer::AppendFollowing() {
+void SongPlayer::UpdateFollowing() {
   if (!HasEntry()) return;
-  while (after_track_ == AfterTrack::kContinue &&
-         engine_list_.Following() < EnginePlaylist::kMaxFollowing) {
-    const std::string* const path = list_.PathAfterCurrent(engine_list_.Following() + 1);
-    if (path == nullptr) return;
-    const CommandNumber append = engine_.Append(*path);
+  std::size_t same = 0;
+  while (same < engine_list_.Following() &&
+         engine_list_.FollowingTrack(same) == After(same + 1).number)
+    ++same;
+  if (same < engine_list_.Following()) RemoveFollowing(same);
+  while (engine_list_.Following() < EnginePlaylist::kMaxFollowing) {
+    const PlayList::Following next = After(engine_list_.Following() + 1);
+    if (next.number == 0) return;
+    const CommandNumber append = engine_.Append(*next.path);
     if (append == 0) return;
-    engine_list_.AddFollowing(append);
+    engine_list_.AddFollowing(append, next.number);
   }
+}
+
+void SongPlayer::RemoveFollowing(std::size_t keep) {
+  if (keep == 0) return engine_list_.RemoveFollowing(engine_.RemoveFollowing());
+  // The last one first: the engine may just be starting the next one.
+  for (std::size_t index = engine_list_.Following(); index > keep; --index) engine_.RemoveAt(index);
+  engine_list_.KeepFollowing(keep);
+}
+
+void SongPlayer::ListHasChanged() {
+  UpdateFollowing();
+  Changed(PlayerChange::kList);
 }
 
 void SongPlayer::CurrentHasChanged() {
@@ -145,29 +149,73 @@ void SongPlayer::Previous() {
 void SongPlayer::StopAfterCurrent() {
   if (!HasTrack()) return;
   after_track_ = AfterTrack::kStop;
-  engine_.RemoveFollowing();
-  engine_list_.RemoveFollowing();
+  RemoveFollowing(0);
 }
 
 void SongPlayer::Clear() {
   list_.Clear();
+  failures_.ForgetEntries();
+  failures_in_row_ = 0;
   if (HasTrack()) return EndTrack(PlayerState::kStopped);
   Enter(PlayerState::kStopped);
   ResetTrack();
   Changed(PlayerChange::kTrack);
 }
 
-bool SongPlayer::Add(std::string path) {
-  if (!list_.Add(std::move(path))) return false;
-  if (list_.Size() == 1) ResetTrack();
+ListNumber SongPlayer::AddFiles(std::vector<std::string> paths, std::int64_t at) {
+  const bool was_empty = list_.IsEmpty();
+  const ListNumber first = list_.Add(std::move(paths), at);
+  if (first == 0) return 0;
+  if (was_empty) ResetTrack();
   if (state_ == PlayerState::kRanOut) {
-    list_.GoToLast();
+    list_.GoTo(first);
     LoadCurrent(false);
   } else {
-    AppendFollowing();
+    UpdateFollowing();
   }
   Changed(PlayerChange::kList);
-  return true;
+  return first;
+}
+
+void SongPlayer::Move(const std::vector<ListNumber>& entries, ListNumber before) {
+  list_.Move(entries, before);
+  ListHasChanged();
+}
+
+void SongPlayer::Remove(const std::vector<ListNumber>& entries) {
+  list_.Remove(entries);
+  ListHasChanged();
+}
+
+void SongPlayer::PlayEntry(ListNumber entry) {
+  if (!list_.GoTo(entry)) return;
+  after_track_ = AfterTrack::kContinue;
+  length_callbacks_.DeferCalls();
+  LoadCurrent(false);
+}
+
+void SongPlayer::Cue(ListNumber entry, std::int64_t ms) {
+  if (!list_.GoTo(entry)) return;
+  after_track_ = AfterTrack::kContinue;
+  length_callbacks_.DeferCalls();
+  if (ms > 0)
+    LoadCurrentAt(ms, true);
+  else
+    LoadCurrent(true);
+}
+
+void SongPlayer::SetPlace(std::size_t place) {
+  if (list_.GoToPlace(place)) CurrentHasChanged();
+}
+
+void SongPlayer::SetShuffle(bool shuffle) {
+  list_.SetShuffle(shuffle);
+  ListHasChanged();
+}
+
+void SongPlayer::SetRepeat(RepeatMode mode) {
+  list_.SetRepeat(mode);
+  ListHasChanged();
 }
 
 bool SongPlayer::Seek(std::int64_t ms) {
@@ -194,7 +242,18 @@ void SongPlayer::SetVolume(std::int32_t volume) {
 }
 
 void SongPlayer::SetBalance(std::int32_t balance) {
-  engine_.SetBalance(std::clamp(balance, -kMaxBalance, kMaxBalance));
+  balance_ = std::clamp(balance, -kMaxBalance, kMaxBalance);
+  engine_.SetBalance(balance_);
+}
+
+void SongPlayer::SetGain(ReplayGain mode) {
+  gain_ = mode;
+  engine_.SetGain(mode);
+}
+
+void SongPlayer::SetDevice(const std::string& name) {
+  device_ = name;
+  engine_.SetDevice(name);
 }
 
 // Queries.
@@ -215,6 +274,10 @@ std::int64_t SongPlayer::Position() const noexcept {
   return std::max<std::int64_t>(0, std::llround(position * 1000));
 }
 
+std::int64_t SongPlayer::LengthInMs() const noexcept {
+  return HasTrack() && track_.length ? std::llround(*track_.length * 1000) : -1;
+}
+
 std::int64_t SongPlayer::Length() const noexcept {
   if (!HasTrack() || !track_.length) return -1;
   return static_cast<std::int64_t>(*track_.length);
@@ -222,87 +285,6 @@ std::int64_t SongPlayer::Length() const noexcept {
 
 bool SongPlayer::IsOpen() const noexcept {
   return state_ == PlayerState::kOpen || (state_ == PlayerState::kDraining && end_.was_open);
-}
-
-// Events of the engine.
-
-void SongPlayer::OnReply(CommandNumber command, bool succeeded, EntryNumber entry) {
-  if (position_.OnReply(command, succeeded)) return;
-  if (!engine_list_.StoreReply(command, entry)) return;
-  if (!engine_list_.KnowsCurrent()) return EndTrack(PlayerState::kStopped);
-  Enter(PlayerState::kLoaded);
-  AppendFollowing();
-}
-
-void SongPlayer::OnTrackStarted(EntryNumber entry) {
-  if (!HasEntry()) return;
-  if (engine_list_.IsCurrent(entry)) return Enter(PlayerState::kOpening);
-  if (!engine_list_.IsNext(entry)) {
-    // The next track started before the engine processed the command to stop.
-    if (after_track_ == AfterTrack::kStop) FinishList(PlayerState::kStopped);
-    return;
-  }
-  // Gapless transition to the next track. The finished one is removed from the engine's playlist.
-  engine_.RemoveFirst();
-  engine_list_.Advance();
-  list_.GoToNext();
-  position_.Reset();
-  ResetTrack();
-  Enter(PlayerState::kOpening);
-  AppendFollowing();
-  Changed(PlayerChange::kTrack);
-}
-
-void SongPlayer::OnTrackOpened() {
-  if (state_ != PlayerState::kOpening) return;
-  Enter(PlayerState::kOpen);
-  engine_.RequestProperties();
-}
-
-void SongPlayer::OnTrackEnded(EntryNumber entry, const char* error) {
-  if (!HasEntry() || !engine_list_.IsCurrent(entry)) return;
-  // A seek to the very end leaves no audio either, but is no failure.
-  const bool failed = error != nullptr && !(IsOpen() && position_.SeekTarget() > 0);
-  if (failed)
-    std::fprintf(stderr, "tallow-player: %s cannot be played and is skipped: %s\n",
-                 Printable(list_.CurrentPath()).c_str(), error);
-  // If the engine got the next track in time, it continues without a command.
-  if (engine_list_.KnowsNext()) return;
-  if (ContinuesWithNext()) return LoadNext();
-  end_ = {.time = Clock::now(), .was_open = IsOpen(), .failed = failed};
-  Enter(PlayerState::kDraining);
-}
-
-void SongPlayer::OnIdle() {
-  // In kLoading, the engine was idle before it loaded the track.
-  if (!HasEntry()) return;
-  if (ContinuesWithNext()) return LoadNext();
-  const bool failed = state_ == PlayerState::kDraining && end_.failed;
-  FinishList(failed && after_track_ == AfterTrack::kContinue ? PlayerState::kRanOut
-                                                             : PlayerState::kStopped);
-}
-
-void SongPlayer::OnPosition(double seconds) {
-  if (state_ == PlayerState::kOpen) position_.OnReport(seconds, paused_);
-}
-
-void SongPlayer::OnLength(double seconds) {
-  if (!IsOpen()) return;
-  track_.length = seconds;
-  Changed(PlayerChange::kTrack);
-}
-
-void SongPlayer::OnTags(TrackTags tags) {
-  if (!IsOpen()) return;
-  if (tags.title) track_.title = std::move(*tags.title);
-  if (tags.artist) track_.artist = std::move(*tags.artist);
-  Changed(PlayerChange::kTrack);
-}
-
-void SongPlayer::OnPropertiesReported() {
-  if (!IsOpen()) return;
-  length_callbacks_.CallAll();
-  if (!position_.SendPendingSeek(track_.length)) Changed(PlayerChange::kSeeked);
 }
 
 }  // namespace tallow

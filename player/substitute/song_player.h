@@ -2,15 +2,18 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <random>
 #include <string>
-#include <systemd/sd-event.h>
 #include <utility>
+#include <vector>
 
 #include "player/player_messages.h"
 #include "player/substitute/engine_playlist.h"
 #include "player/substitute/length_callbacks.h"
+#include "player/substitute/play_failures.h"
 #include "player/substitute/play_list.h"
 #include "player/substitute/playback_engine.h"
 #include "player/substitute/track.h"
@@ -24,7 +27,7 @@ enum class PlayerChange { kStatus, kTrack, kList, kVolume, kSeeked };
 /// State of a player. From kLoading on it has a track, which is playing or paused.
 enum class PlayerState {
   kStopped,
-  kRanOut,    ///< stopped at the end of the list because the last file could not be played
+  kRanOut,    ///< stopped because the last file of the list, or each of them, could not be played
   kLoading,   ///< the command to load the track was sent; its entry number has not arrived
   kLoaded,    ///< the engine has the track in its playlist
   kOpening,   ///< the engine is opening the track
@@ -36,7 +39,7 @@ enum class PlayerState {
 ///
 /// No call waits for the sound: commands are queued and take effect in order, and queries return
 /// the latest known state. Tracks follow each other without a gap. A track that cannot be played is
-/// reported on standard error and skipped.
+/// reported on standard error and by Failures, and skipped.
 ///
 /// The table lists all transitions between the states. "track" is any state from kLoading on,
 /// "entry" any state from kLoaded on, and "open" is kOpen, or kDraining if the track was open
@@ -60,16 +63,25 @@ enum class PlayerState {
 /// | track            | Clear                                | kStopped  | EndTrack               |
 /// | kStopped kRanOut | Clear                                | kStopped  |                        |
 /// | kRanOut          | Add                                  | kLoading  | go there, LoadCurrent  |
-/// | entry            | Add                                  | same      | AppendFollowing        |
-/// | kLoading         | reply: the entry number              | kLoaded   | AppendFollowing        |
+/// | any              | PlayEntry                            | kLoading  | go there, LoadCurrent  |
+/// | any              | Cue                                  | kLoading  | go there, LoadCurrentAt|
+/// | track            | SetPlace                             | kLoading  | go there, LoadCurrent  |
+/// | kStopped kRanOut | SetPlace                             | same      | go there               |
+/// | entry            | Add; what follows was changed        | same      | UpdateFollowing        |
+/// | kLoading         | reply: the entry number              | kLoaded   | UpdateFollowing        |
 /// | kLoading         | reply: failure                       | kStopped  | EndTrack               |
 /// | entry            | the current entry starts             | kOpening  |                        |
-/// | entry            | the next entry starts                | kOpening  | AppendFollowing        |
+/// | entry            | the next entry starts                | kOpening  | UpdateFollowing        |
 /// | entry            | another entry starts; stop-after     | kStopped  | FinishList             |
+/// | entry            | a removed entry starts; HasNext      | kOpening  | Redirect               |
+/// | entry            | a removed entry starts; else         | kStopped  | FinishList             |
 /// | kOpening         | the track is open                    | kOpen     | request its properties |
 /// | kOpen            | position                             | same      | store it               |
 /// | open             | length, tags                         | same      | store them             |
 /// | open             | the properties are reported          | same      | send the deferred seek |
+/// | entry            | track failed; so did all others      | kRanOut   | FinishList             |
+/// | entry            | track failed; it would repeat        | kLoading  | go to next, LoadCurrent|
+/// | entry            | ...; it is the last of the list      | kRanOut   | FinishList             |
 /// | entry            | track ended; the engine has the next | same      |                        |
 /// | entry            | track ended; else HasNext            | kLoading  | LoadNext               |
 /// | entry            | track ended; else                    | kDraining |                        |
@@ -78,12 +90,16 @@ enum class PlayerState {
 /// | entry            | idle; else                           | kStopped  | FinishList             |
 /// | any              | events were lost                     | kStopped  | EndTrack               |
 ///
-/// After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends, and the track
-/// does not count as failed. Loading leads to kStopped when the engine's command queue is full.
+/// HasNext means here that a track follows without a command: the next one, or the same again when
+/// it is repeated. After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends,
+/// and the track does not count as failed. Loading leads to kStopped when the engine's command queue
+/// is full.
 class SongPlayer : private PlaybackListener {
  public:
   /// \param engine must outlive this object, which becomes its listener
-  SongPlayer(sd_event* loop, PlaybackEngine& engine);
+  /// \param seed of the order with shuffle
+  SongPlayer(EventLoop& loop, PlaybackEngine& engine,
+             std::mt19937::result_type seed = std::random_device{}());
   SongPlayer(const SongPlayer&) = delete;
   SongPlayer& operator=(const SongPlayer&) = delete;
 
@@ -98,7 +114,8 @@ class SongPlayer : private PlaybackListener {
   void TogglePause();
   /// Stops playback. The list and the current track stay.
   void Stop();
-  /// Goes to the next track; does nothing on the last one. Stays paused or stopped.
+  /// Goes to the next track, also when the current one is repeated; does nothing on the last one
+  /// unless the list is repeated. Stays paused or stopped.
   void Next();
   /// Goes to the previous track, or restarts the first one. Stays paused or stopped.
   void Previous();
@@ -108,7 +125,24 @@ class SongPlayer : private PlaybackListener {
   void Clear();
   /// Appends a file to the list.
   /// \returns false when the list is full, see kMaxListBytes; nothing has changed in that case
-  bool Add(std::string path);
+  bool Add(std::string path) { return AddFiles(std::vector{std::move(path)}, kAtEnd) != 0; }
+  /// Adds files to the list, see PlayList::Add.
+  ListNumber AddFiles(std::vector<std::string> paths, std::int64_t at);
+  /// Moves upcoming entries, see PlayList::Move.
+  void Move(const std::vector<ListNumber>& entries, ListNumber before);
+  /// Removes upcoming entries.
+  void Remove(const std::vector<ListNumber>& entries);
+  /// Plays an entry from its beginning. Ignores an entry that is not in the list.
+  void PlayEntry(ListNumber entry);
+  /// Makes an entry the current track, paused at a position. Ignores an entry that is not in the
+  /// list.
+  /// \param ms 0 or more; the beginning is meant when the track is shorter
+  void Cue(ListNumber entry, std::int64_t ms);
+  /// Goes to a track, also to the current one, from its beginning. Stays paused or stopped. Ignores a place that is not in the list.
+  /// \param place in the list, from 0
+  void SetPlace(std::size_t place);
+  void SetShuffle(bool shuffle);
+  void SetRepeat(RepeatMode mode);
   /// \param ms   position in the track
   /// \returns false when the position is out of range or nothing plays; nothing has changed in that
   /// case
@@ -117,14 +151,34 @@ class SongPlayer : private PlaybackListener {
   void SetVolume(std::int32_t volume);
   /// \param balance -127 (only left) to 127 (only right)
   void SetBalance(std::int32_t balance);
+  void SetGain(ReplayGain mode);
+  /// \param name see PlaybackEngine::SetDevice
+  void SetDevice(const std::string& name);
+  /// See PlaybackEngine::RequestDevices.
+  void RequestDevices(std::function<void(std::vector<SoundDevice>)> callback) {
+    engine_.RequestDevices(std::move(callback));
+  }
 
   PlayerState State() const noexcept { return state_; }
   /// The status after the last command, even if the sound has not followed yet.
   PlayerStatus Status() const noexcept;
   /// The position in the track, in ms; -1 when nothing plays.
   std::int64_t Position() const noexcept;
+  /// The length of the track, in ms; -1 when nothing plays or it is not known.
+  std::int64_t LengthInMs() const noexcept;
   /// 0 to 255, see SetVolume.
   std::int32_t Volume() const noexcept { return volume_; }
+  /// -127 to 127, see SetBalance.
+  std::int32_t Balance() const noexcept { return balance_; }
+  ReplayGain Gain() const noexcept { return gain_; }
+  /// See SetDevice.
+  const std::string& Device() const noexcept { return device_; }
+  /// Whether playback stops after the current track.
+  bool StopsAfterCurrent() const noexcept { return after_track_ == AfterTrack::kStop; }
+  /// The list, its order and the current entry.
+  const PlayList& List() const noexcept { return list_; }
+  /// The tracks that could not be played.
+  const PlayFailures& Failures() const noexcept { return failures_; }
   /// The track that plays or is paused, or that Play would start when stopped. Null when the list
   /// is empty.
   const Track* CurrentTrack() const noexcept { return list_.IsEmpty() ? nullptr : &track_; }
@@ -158,9 +212,12 @@ class SongPlayer : private PlaybackListener {
   bool HasTrack() const noexcept { return state_ >= PlayerState::kLoading; }
   bool HasEntry() const noexcept { return state_ >= PlayerState::kLoaded; }
   bool IsOpen() const noexcept;
-  bool ContinuesWithNext() const noexcept {
-    return HasNext() && after_track_ == AfterTrack::kContinue;
+  /// What plays after the current track; none after StopAfterCurrent.
+  /// \param distance 1 for the next track
+  PlayList::Following After(std::size_t distance) {
+    return after_track_ == AfterTrack::kContinue ? list_.After(distance) : PlayList::Following();
   }
+  bool ContinuesWithNext() { return After(1).number != 0; }
   std::int64_t Length() const noexcept;
 
   /// Changes the state, and reports it if that changes the status.
@@ -176,13 +233,27 @@ class SongPlayer : private PlaybackListener {
   void EndTrack(PlayerState state);
   /// Goes to the next track, or from the last one to the first, and enters a state without a track.
   void FinishList(PlayerState state);
-  /// Appends tracks to the engine's playlist until it holds enough in advance.
-  void AppendFollowing();
+  /// Makes the engine's playlist hold the tracks that follow, enough of them in advance. Replaces
+  /// tracks only from the first that differs, so that a change of later ones cannot cause a gap
+  /// before the next one.
+  void UpdateFollowing();
+  /// Removes tracks from the engine's playlist.
+  /// \param keep number of tracks after the current one that stay
+  void RemoveFollowing(std::size_t keep);
+  /// Call this after a change of the list or of what follows.
+  void ListHasChanged();
   /// Call this after a command has made another track of the list the current one: loads it if the
   /// player has a track.
   void CurrentHasChanged();
   /// Resets the properties of the track to those of a new one: only its path is known.
   void ResetTrack();
+  /// The engine has started an entry; the next track of the list is the current one now.
+  void ContinueInEngine();
+  /// Call this when the current track has failed, or has not.
+  void StoreResult(const char* error);
+  /// Leaves a failed track that would be repeated, or stops when all have failed.
+  /// \returns whether there was nothing to do
+  bool MayContinueAfterFailure();
   void Changed(PlayerChange change) const;
 
   void OnReply(CommandNumber command, bool succeeded, EntryNumber entry) override;
@@ -208,9 +279,14 @@ class SongPlayer : private PlaybackListener {
   PlayList list_;
   EnginePlaylist engine_list_;
   Track track_;  ///< the current one of list_
+  PlayFailures failures_;
+  std::size_t failures_in_row_ = 0;  ///< tracks that failed since one has played
   TrackPosition position_;
   LengthCallbacks length_callbacks_;
   std::int32_t volume_ = kMaxVolume;
+  std::int32_t balance_ = 0;
+  ReplayGain gain_ = ReplayGain::kOff;
+  std::string device_ = "auto";
 };
 
 }  // namespace tallow

@@ -40,9 +40,9 @@ class Playback {
               "tallow-player: 1 cannot be played and is skipped: damaged\n");
   }
 
-  EventLoop loop = NewLoop();
+  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
   RecordedEngine engine;
-  SongPlayer player{loop.get(), engine};
+  SongPlayer player{*loop, engine};
   std::vector<PlayerChange> changes;
 
  private:

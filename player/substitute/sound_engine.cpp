@@ -4,8 +4,6 @@
 #include <cmath>
 #include <cstdio>
 #include <stdexcept>
-#include <sys/eventfd.h>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
@@ -27,8 +25,6 @@ struct Option {
 constexpr Option kOptions[] = {
     // Ignore the user's configuration of mpv.
     {"config", "no"},
-    {"load-scripts", "no"},
-    {"ytdl", "no"},
     {"input-default-bindings", "no"},
     {"terminal", "no"},
     {"audio-client-name", "Tallow"},
@@ -53,12 +49,23 @@ constexpr Option kOptions[] = {
     {"cache-pause", "no"},
     {"keep-open", "no"},
     {"volume-max", "100"},
+    // A gain that would exceed full scale is reduced. A file without the tag is not changed.
+    {"replaygain", "no"},
+    {"replaygain-clip", "no"},
+    {"replaygain-preamp", "0"},
+    {"replaygain-fallback", "0"},
 };
 
-/// Parts of mpv's user interface, each of which starts a thread. Not every version of mpv has all.
-constexpr const char* kDisabledScripts[] = {
-    "osc",         "load-stats-overlay", "load-osd-console", "load-console", "load-auto-profiles",
-    "load-select", "load-positioning"};
+/// Scripts and parts of mpv's user interface, each of which starts a thread. Not every mpv has all.
+constexpr const char* kDisabledScripts[] = {"load-scripts",
+                                            "ytdl",
+                                            "osc",
+                                            "load-stats-overlay",
+                                            "load-osd-console",
+                                            "load-console",
+                                            "load-auto-profiles",
+                                            "load-select",
+                                            "load-positioning"};
 
 /// Formats the balance as text, scaled to -1 (left) to 1 (right).
 std::string BalanceText(std::int32_t balance) {
@@ -106,47 +113,27 @@ void SetOutput(mpv_handle* mpv, const SoundOutput& output) {
 
 }  // namespace
 
-SoundEngine::SoundEngine(sd_event* loop, const SoundOutput& output)
-    : loop_(loop), wake_up_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)), mpv_(mpv_create()) {
-  if (!mpv_ || !wake_up_) throw std::runtime_error("libmpv does not start");
+SoundEngine::SoundEngine(EventLoop& loop, const SoundOutput& output)
+    : loop_(loop),
+      wake_up_(loop.AddWakeUp([this] { DispatchEvents(); })),
+      mpv_(mpv_create()),
+      pace_(output.pace) {
+  if (!mpv_) throw std::runtime_error("libmpv does not start");
   for (const Option& option : kOptions) SetOption(mpv_.get(), option.name, option.value);
   for (const char* const name : kDisabledScripts) mpv_set_option_string(mpv_.get(), name, "no");
-  SetOption(mpv_.get(), "af", BalanceFilter(0).c_str());
+  SetOption(mpv_.get(), "af", Filters().c_str());
   SetOutput(mpv_.get(), output);
   const int result = mpv_initialize(mpv_.get());
   if (result < 0) throw std::runtime_error(std::string("libmpv: ") + mpv_error_string(result));
   mpv_observe_property(mpv_.get(), 0, "time-pos", MPV_FORMAT_DOUBLE);
   mpv_observe_property(mpv_.get(), 0, "duration", MPV_FORMAT_DOUBLE);
   mpv_hook_add(mpv_.get(), 0, "on_load", 0);
-  WatchEvents();
-}
-
-void SoundEngine::WatchEvents() {
-  sd_event_source* events = nullptr;
-  Require(sd_event_add_io(
-              loop_, &events, wake_up_.descriptor(), EPOLLIN,
-              [](sd_event_source*, int descriptor, std::uint32_t, void* self) {
-                std::uint64_t count = 0;
-                if (read(descriptor, &count, sizeof count) > 0)
-                  static_cast<SoundEngine*>(self)->DispatchEvents();
-                return 0;
-              },
-              this),
-          "the event loop");
-  events_.reset(events);
   mpv_set_wakeup_callback(
-      mpv_.get(),
-      [](void* self) {
-        const std::uint64_t one = 1;
-        // write fails only when the counter is full. The event loop wakes up in that case, too.
-        [[maybe_unused]] const ssize_t ignored =
-            write(static_cast<SoundEngine*>(self)->wake_up_.descriptor(), &one, sizeof one);
-      },
-      this);
+      mpv_.get(), [](void* wake_up) { static_cast<WakeUp*>(wake_up)->Request(); }, wake_up_.get());
 }
 
 SoundEngine::~SoundEngine() {
-  // mpv's threads use the descriptor until they have ended.
+  // mpv's threads request the wake-up until they have ended.
   mpv_set_wakeup_callback(mpv_.get(), nullptr, nullptr);
   mpv_.reset();
 }
@@ -168,7 +155,11 @@ CommandNumber SoundEngine::Append(const std::string& path) {
 
 void SoundEngine::RemoveFirst() { Command({"playlist-remove", "0"}); }
 
-void SoundEngine::RemoveFollowing() { Command({"playlist-clear"}); }
+CommandNumber SoundEngine::RemoveFollowing() { return Command({"playlist-clear"}); }
+
+void SoundEngine::RemoveAt(std::size_t index) {
+  Command({"playlist-remove", std::to_string(index).c_str()});
+}
 
 void SoundEngine::Stop() { Command({"stop"}); }
 
@@ -203,8 +194,42 @@ void SoundEngine::SendBalance() {
 void SoundEngine::BeforeLoading(std::uint64_t hook) {
   // mpv waits for this hook, so a synchronous call does not block. No audio is in the filters now.
   if (std::exchange(balance_of_new_tracks_, balance_) != balance_)
-    mpv_set_property_string(mpv_.get(), "af", BalanceFilter(balance_).c_str());
+    mpv_set_property_string(mpv_.get(), "af", Filters().c_str());
+  if (const std::string path = std::exchange(redirect_, {}); !path.empty())
+    mpv_set_property_string(mpv_.get(), "stream-open-filename", path.c_str());
   mpv_hook_continue(mpv_.get(), hook);
+}
+
+std::string SoundEngine::Filters() const {
+  std::string filters = BalanceFilter(balance_);
+  if (pace_ > 0) filters += ",@pace:lavfi=[arealtime=speed=" + std::to_string(pace_) + "]";
+  return filters;
+}
+
+void SoundEngine::SetGain(ReplayGain mode) {
+  const char* text = mode == ReplayGain::kTrack ? "track" : "album";
+  if (mode == ReplayGain::kOff) text = "no";
+  mpv_set_property_async(mpv_.get(), 0, "replaygain", MPV_FORMAT_STRING, static_cast<void*>(&text));
+}
+
+void SoundEngine::SetDevice(const std::string& name) {
+  const char* text = name.c_str();
+  mpv_set_property_async(mpv_.get(), 0, "audio-device", MPV_FORMAT_STRING,
+                         static_cast<void*>(&text));
+}
+
+void SoundEngine::RequestDevices(std::function<void(std::vector<SoundDevice>)> callback) {
+  const bool asked =
+      mpv_get_property_async(mpv_.get(), kDevicesReply, "audio-device-list", MPV_FORMAT_NODE) >= 0;
+  if (!asked) return callback({});
+  waiting_for_devices_.push_back(std::move(callback));
+}
+
+void SoundEngine::AnswerDevices(const mpv_event& reply) {
+  if (waiting_for_devices_.empty()) return;
+  const auto callback = std::move(waiting_for_devices_.front());
+  waiting_for_devices_.erase(waiting_for_devices_.begin());
+  callback(DevicesOfReply(reply));
 }
 
 void SoundEngine::RequestProperties() {
@@ -229,12 +254,16 @@ void SoundEngine::DispatchEvent(const mpv_event& event) {
       // mpv recreates the filters when a track changes its format midway.
       if (balance_ != balance_of_new_tracks_) SendBalance();
       return;
+    case MPV_EVENT_GET_PROPERTY_REPLY:
+      if (event.reply_userdata == kDevicesReply) return AnswerDevices(event);
+      break;
     case MPV_EVENT_SHUTDOWN:
-      sd_event_exit(loop_, 1);
+      loop_.Exit(1);
       return;
     default:
-      if (listener_ != nullptr) DispatchMpvEvent(event, *listener_);
+      break;
   }
+  if (listener_ != nullptr) DispatchMpvEvent(event, *listener_);
 }
 
 }  // namespace tallow

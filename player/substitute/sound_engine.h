@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 #include <memory>
 #include <mpv/client.h>
 #include <string>
-#include <systemd/sd-event.h>
+#include <vector>
 
-#include "player/substitute/event_source.h"
+#include "player/substitute/event_loop.h"
 #include "player/substitute/playback_engine.h"
-#include "util/open_file_linux.h"
 
 namespace tallow {
 
@@ -18,13 +19,14 @@ namespace tallow {
 struct SoundOutput {
   std::string file;     ///< a WAV file, written as fast as possible; empty for a device
   bool silent = false;  ///< no output, in real time
+  double pace = 0;      ///< the file is written at this multiple of real time; 0: no limit
 };
 
 /// libmpv, configured to play songs only, as part of an event loop. Ends the loop if libmpv ends.
 class SoundEngine final : public PlaybackEngine {
  public:
   /// \throws std::runtime_error when libmpv cannot be set up
-  SoundEngine(sd_event* loop, const SoundOutput& output);
+  SoundEngine(EventLoop& loop, const SoundOutput& output);
   SoundEngine(const SoundEngine&) = delete;
   SoundEngine& operator=(const SoundEngine&) = delete;
   ~SoundEngine() override;
@@ -33,12 +35,17 @@ class SoundEngine final : public PlaybackEngine {
   CommandNumber Load(const std::string& path) override;
   CommandNumber Append(const std::string& path) override;
   void RemoveFirst() override;
-  void RemoveFollowing() override;
+  CommandNumber RemoveFollowing() override;
+  void RemoveAt(std::size_t index) override;
+  void Redirect(const std::string& path) override { redirect_ = path; }
   void Stop() override;
   CommandNumber Seek(double seconds) override;
   void Pause(bool paused) override;
   void SetVolume(std::int32_t volume) override;
   void SetBalance(std::int32_t balance) override;
+  void SetGain(ReplayGain mode) override;
+  void SetDevice(const std::string& name) override;
+  void RequestDevices(std::function<void(std::vector<SoundDevice>)> callback) override;
   void RequestProperties() override;
 
  private:
@@ -46,21 +53,25 @@ class SoundEngine final : public PlaybackEngine {
     void operator()(mpv_handle* mpv) const noexcept { mpv_terminate_destroy(mpv); }
   };
 
-  void WatchEvents();
   void DispatchEvents();
   void DispatchEvent(const mpv_event& event);
   CommandNumber Command(std::initializer_list<const char*> words);
   void BeforeLoading(std::uint64_t hook);
   void SendBalance();
+  void AnswerDevices(const mpv_event& reply);
+  /// The filter chain for tracks that are loaded later.
+  std::string Filters() const;
 
-  sd_event* loop_;
-  OpenFile wake_up_;  ///< eventfd, readable when there are events; written by mpv's threads
+  EventLoop& loop_;
+  std::unique_ptr<WakeUp> wake_up_;  ///< requested by mpv's threads when there are events
   std::unique_ptr<mpv_handle, DestroyMpv> mpv_;
-  EventSource events_;
   PlaybackListener* listener_ = nullptr;
   CommandNumber last_command_ = 0;
   std::int32_t balance_ = 0;
   std::int32_t balance_of_new_tracks_ = 0;
+  double pace_;           ///< see SoundOutput
+  std::string redirect_;  ///< the file to load in place of the entry that starts; empty for none
+  std::vector<std::function<void(std::vector<SoundDevice>)>> waiting_for_devices_;
 };
 
 }  // namespace tallow

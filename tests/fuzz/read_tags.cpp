@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Passes arbitrary bytes as song files of all formats to the tag reader, with libFuzzer. Nothing
 // may crash or throw; texts must be valid UTF-8 within their limit; reading the tags alone must
-// give the same tags as reading everything, and so must reading it as a plain MP3 file.
+// give the same tags as reading everything, and so must reading it as a plain MP3 file. The same
+// holds for the picture.
 //
 // The first byte chooses the extension; the rest is the file.
 #include <array>
@@ -13,6 +14,7 @@
 #include <string>
 #include <unistd.h>
 
+#include "details/embedded_picture.h"
 #include "details/tag_fields.h"
 #include "details/tag_reader.h"
 #include "util/text.h"
@@ -63,6 +65,8 @@ void Run(const Folder& folder, const std::uint8_t* data, std::size_t size) {
   Require(details.failed || ReadSongTags(path) == tags);
   const auto plain = ReadPlainTags(path);
   Require(!plain || *plain == tags);
+  const auto plain_picture = ReadPlainPicture(path);
+  Require(!plain_picture || *plain_picture == ReadEmbeddedPicture(path));
   std::filesystem::remove(path);
 }
 
