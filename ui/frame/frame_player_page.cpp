@@ -11,6 +11,7 @@
 #include "app/playing/player_choice.h"
 #include "app/search/drive_searches.h"
 #include "app/search/player_search.h"
+#include "app/search/winamp_places.h"
 #include "app/tallow.h"
 #include "player/player_link.h"
 #include "player/tallow_player.h"
@@ -60,6 +61,7 @@ PlayerPageContext MakePlayerPageContext(Tallow& tallow, DriveSearches& searches,
                                         BusyFrame& busy) {
   PlayerPageContext context;
   context.find_own = FindOwnPlayerNearby;
+  context.find_winamps = WinampsInUsualPlaces;
   context.search = [&tallow, &searches, &busy] { return SearchDisks(tallow, searches, busy); };
   context.devices = [&tallow, &link] {
     std::optional<TallowPlayer> player = RunningPlayer(tallow, link);
