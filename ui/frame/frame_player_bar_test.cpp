@@ -159,7 +159,7 @@ TEST_F(FrameBar, PlaysTheSelectedSongsWhenNothingPlays) {
   link.answers["1024 0 104"] = 0;
   link.answers["1024 0 124"] = 0;
   Item("mnuPlayerBar").trigger();
-  window.PVExplorer1().SelectFolder(*window.Jukebox().Nodes().Find("one"));
+  window.PVExplorer1().Select(*window.Jukebox().Nodes().Find("one"));
   window.PVExplorer1().findChild<QTableView*>()->selectAll();
   HandOvers();
   QTest::mouseClick(&Part<QWidget>("cmdPlay"), Qt::LeftButton);
