@@ -44,6 +44,13 @@ else()
                                                   $<TARGET_FILE:tallow-player>)
   set_tests_properties(player.on_the_session_bus PROPERTIES TIMEOUT 120)
 
+  # Random commands from three clients during 2,000 changes of the track; ./bench.sh --long has more.
+  add_executable(player_soak tests/player_soak_linux.cpp)
+  target_link_libraries(player_soak PRIVATE tallow_player)
+  add_dependencies(player_soak tallow-player)
+  add_test(NAME player.soak COMMAND player_soak $<TARGET_FILE:tallow-player> 2000)
+  set_tests_properties(player.soak PROPERTIES TIMEOUT 300)
+
   # Fuzzes jukebox files for 30 s, if the preset "fuzz" has been built.
   set(TALLOW_LOAD_FUZZER "" CACHE FILEPATH "tallow_load_fuzzer, to run it as a test")
   if(TALLOW_LOAD_FUZZER)

@@ -32,7 +32,7 @@ TEST_F(PlayerProgram, HelpListsEveryOption) {
   EXPECT_EQ(Run("--help"), 0);
   EXPECT_TRUE(out.starts_with("Usage: tallow-player [OPTION...]\n")) << out;
   for (const char* const option : {"--audio-file FILE", "--paced SPEED", "--silent", "--log FILE",
-                                   "--listen", "--help", "--version"})
+                                   "--listen", "--errors-later", "--help", "--version"})
     EXPECT_NE(out.find(option), std::string::npos) << option;
   EXPECT_EQ(said, "");
 }

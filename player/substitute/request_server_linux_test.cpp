@@ -398,8 +398,8 @@ class TextServer : public testing::Test {
   TextServer() {
     sd_event_source* source = nullptr;
     // The loop must never wait for ever.
-    EXPECT_GE(sd_event_add_time_relative(loop->Get(), &source, CLOCK_MONOTONIC, kMaxWait, 0, nullptr,
-                                         nullptr),
+    EXPECT_GE(sd_event_add_time_relative(loop->Get(), &source, CLOCK_MONOTONIC, kMaxWait, 0,
+                                         nullptr, nullptr),
               0);
     timeout_.reset(source);
   }
