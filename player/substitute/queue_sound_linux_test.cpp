@@ -69,6 +69,19 @@ class QueueSound : public RealPlayer {
     for (const std::int64_t entry : Queue()) samples += decoded_[songs_.at(entry)];
     return samples;
   }
+  /// Copies a song and adds ReplayGain. The copy has no header of the encoder, whose gain libmpv
+  /// would prefer; and libmpv ignores a gain without a peak.
+  std::string Tagged(const std::string& song) {
+    const std::string tagged = folder / "tagged.mp3";
+    const std::string command = "ffmpeg -v error -i " + Quote(song) +
+                                " -c copy -write_xing 0 -metadata REPLAYGAIN_TRACK_GAIN='-6.02 dB' "
+                                "-metadata REPLAYGAIN_TRACK_PEAK=0.5 "
+                                "-metadata REPLAYGAIN_ALBUM_GAIN='-12.04 dB' "
+                                "-metadata REPLAYGAIN_ALBUM_PEAK=0.5 " +
+                                Quote(tagged) + " < /dev/null";
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    return tagged;
+  }
   std::string Written() {
     const std::string bytes = ReadWholeFile(folder / "sound.wav").value_or("");
     const std::size_t data = bytes.find("data");
@@ -128,35 +141,29 @@ TEST_F(QueueSound, OneHundredTrackChangesAreGaplessWhileTheQueueChanges) {
 }
 
 TEST_F(QueueSound, ChangingTheGainLosesNoSound) {
-  const std::string tagged = folder / "tagged.mp3";
   MakeMp3(folder / "plain.mp3", "4 sine 440");
-  const std::string command = "ffmpeg -v error -i " + Quote(folder / "plain.mp3") +
-                              " -c copy -metadata REPLAYGAIN_TRACK_GAIN='-6.02 dB' " +
-                              Quote(tagged) + " < /dev/null";
-  ASSERT_EQ(std::system(command.c_str()), 0);
+  const std::string tagged = Tagged(folder / "plain.mp3");
   StartPlayer();
   Play({tagged});
-  for (int k = 1; k < 20; ++k) {
-    ASSERT_TRUE(WaitUntil([&] { return NumberIn(State(), "position") >= 150 * k; }));
-    Ask(k % 2 == 0 ? R"({"do":"gain","mode":"off"})" : R"({"do":"gain","mode":"track"})");
-  }
-  ASSERT_TRUE(WaitForStatus("STOPPED"));
+  int changes = 0;
+  ASSERT_TRUE(WaitUntil([&] {
+    for (int k = 0; k < 50; ++k) State();
+    Ask(++changes % 2 == 0 ? R"({"do":"gain","mode":"off"})" : R"({"do":"gain","mode":"track"})");
+    return NumberIn(State(), "status") == kStopped;
+  }));
+  EXPECT_GT(changes, 10);
   EXPECT_EQ(Written().size(), Decoded(tagged).size());
   const Sound sound = ReadSound(folder / "sound.wav");
-  EXPECT_NEAR(Pitch(Piece(sound.left, 0.1, 3.8)), 440, 0.5);
-  EXPECT_LE(LongestSilence(sound.left), 0.01);
+  const std::span<const double> middle = Piece(sound.left, 0.1, 3.8);
+  EXPECT_NEAR(Pitch(middle), 440, 0.5);
+  EXPECT_LE(LongestSilence({middle.begin(), middle.end()}), 0.01);
+  EXPECT_LT(Level(middle), kToneLevel * 0.95);
 }
 
 TEST_F(QueueSound, TheGainOfTheTagsIsAppliedAndOtherFilesAreNotChanged) {
   const std::string plain = folder / "plain.mp3";
-  const std::string tagged = folder / "tagged.mp3";
   MakeMp3(plain, "1 sine 440");
-  const std::string command =
-      "ffmpeg -v error -i " + Quote(plain) +
-      " -c copy -write_xing 0 -metadata REPLAYGAIN_TRACK_GAIN='-6.02 dB' -metadata "
-      "REPLAYGAIN_ALBUM_GAIN='-12.04 dB' " +
-      Quote(tagged) + " < /dev/null";
-  ASSERT_EQ(std::system(command.c_str()), 0);
+  const std::string tagged = Tagged(plain);
   StartPlayer();
   struct Case {
     const char* mode;
