@@ -210,8 +210,8 @@ void SoundEngine::SetGain(ReplayGain mode) {
   const char* text = mode == ReplayGain::kTrack ? "track" : "album";
   if (mode == ReplayGain::kOff) text = "no";
   mpv_set_property_async(mpv_.get(), 0, "replaygain", MPV_FORMAT_STRING, static_cast<void*>(&text));
-  // mpv applies the new mode to the track that plays only when the volume changes. The difference is
-  // far below the resolution of any sample.
+  // mpv applies the new mode to the track that plays only when the volume changes. The difference
+  // is far below the resolution of any sample.
   constexpr double kInaudible = 1e-9;
   SendVolume(percent_ > kInaudible ? percent_ - kInaudible : kInaudible);
   SendVolume(percent_);

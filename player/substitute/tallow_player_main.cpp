@@ -4,6 +4,7 @@
 #include <exception>
 #include <fcntl.h>
 #include <functional>
+#include <malloc.h>
 #include <memory>
 #include <string>
 #include <utility>
@@ -115,8 +116,18 @@ class PlayerProcess {
   IdleShutdown idle_shutdown_;
 };
 
+/// Keeps the memory from growing over thousands of tracks: libmpv allocates in several threads, and
+/// each of glibc's arenas keeps what was freed in it. Large buffers are returned to the system.
+void LimitMemory() {
+  constexpr int kMaxArenas = 2;
+  constexpr int kLargeBuffer = 1 << 20;
+  mallopt(M_ARENA_MAX, kMaxArenas);
+  mallopt(M_MMAP_THRESHOLD, kLargeBuffer);
+}
+
 /// \returns the exit code
 int Run(const PlayerOptions& options) {
+  LimitMemory();
   LogFile log;
   if (!options.log.empty()) {
     log = OpenLog(options.log);
