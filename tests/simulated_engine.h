@@ -18,8 +18,8 @@ namespace tallow {
 /// wait until Dispatch, so a test decides what overtakes what.
 ///
 /// Before a track is opened, the engine waits until its start has been dispatched, as libmpv waits
-/// for a hook, and executes the commands sent until then. A file whose path begins with "bad" cannot
-/// be played.
+/// for a hook, and executes the commands sent until then. A file whose path begins with "bad"
+/// cannot be played.
 class SimulatedEngine : public PlaybackEngine {
  public:
   void SetListener(PlaybackListener& listener) override { listener_ = &listener; }

@@ -27,7 +27,7 @@ class EnginePlaylist {
   void AddFollowing(CommandNumber append, ListNumber track);
   /// Call this after sending the command that removes all tracks except the current one.
   void RemoveFollowing(CommandNumber removal);
-  /// Call this after sending the commands that remove the tracks after the first few following ones.
+  /// Call this after sending the commands that remove all but the first `count` following tracks.
   void KeepFollowing(std::size_t count) { following_.resize(count); }
   /// Call this when an entry has started that WasRemoved, and another track was put in its place.
   void ReplaceCurrent(EntryNumber entry, ListNumber track) noexcept {

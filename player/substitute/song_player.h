@@ -90,10 +90,10 @@ enum class PlayerState {
 /// | entry            | idle; else                           | kStopped  | FinishList             |
 /// | any              | events were lost                     | kStopped  | EndTrack               |
 ///
-/// HasNext means here that a track follows without a command: the next one, or the same again when
-/// it is repeated. After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends,
-/// and the track does not count as failed. Loading leads to kStopped when the engine's command queue
-/// is full.
+/// HasNext means here that a track follows without a command: the next one, or the same again if it
+/// is repeated. After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends, and
+/// the track does not count as failed. Loading leads to kStopped when the engine's command queue is
+/// full.
 class SongPlayer : private PlaybackListener {
  public:
   /// \param engine must outlive this object, which becomes its listener
@@ -138,7 +138,8 @@ class SongPlayer : private PlaybackListener {
   /// list.
   /// \param ms 0 or more; the beginning is meant when the track is shorter
   void Cue(ListNumber entry, std::int64_t ms);
-  /// Goes to a track, also to the current one, from its beginning. Stays paused or stopped. Ignores a place that is not in the list.
+  /// Goes to the beginning of a track, which may be the current one. Stays paused or stopped.
+  /// Ignores a place that is not in the list.
   /// \param place in the list, from 0
   void SetPlace(std::size_t place);
   void SetShuffle(bool shuffle);

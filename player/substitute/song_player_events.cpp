@@ -48,8 +48,8 @@ void SongPlayer::OnTrackStarted(EntryNumber entry) {
   if (after_track_ == AfterTrack::kStop) return FinishList(PlayerState::kStopped);
   if (!is_next && !engine_list_.WasRemoved(entry)) return;
   // A track started before the engine processed the command to remove it, or before that was sent.
-  // The right one plays in its place, without a gap. Which entries the engine's playlist still has is
-  // not known.
+  // The right one plays in its place, without a gap. Which entries the engine's playlist still has
+  // is not known.
   if (next.number == 0) return FinishList(PlayerState::kStopped);
   engine_.Redirect(*next.path);
   RemoveFollowing(0);
