@@ -43,7 +43,13 @@ constexpr std::size_t kBroken = kLengths.size();
 constexpr int kClients = 3;
 constexpr int kStormCommands = 60;  ///< of each client
 constexpr std::size_t kMaxList = 400;
-constexpr int kQuietStates = 40;
+/// A quiet phase ends after so many changes or states.
+constexpr std::size_t kQuietChanges = 20;
+constexpr int kQuietStates = 2000;
+constexpr int kRepeatedStates = 40;
+
+/// At least one change in this many must be compared with the queue.
+constexpr std::size_t kMinFollowed = 20;
 
 constexpr std::size_t kWarmUp = 5'000;
 constexpr std::size_t kMemoryFrom = 10'000;
@@ -109,6 +115,8 @@ class Client {
   }
 
   std::size_t Changes() const noexcept { return changes_; }
+  /// The number of changes that were compared with the queue.
+  std::size_t Followed() const noexcept { return followed_; }
 
   void Storm() {
     for (int k = 0; k < kStormCommands; ++k) {
@@ -131,6 +139,7 @@ class Client {
       const TallowPlayerState now = State();
       if (repeats && songs_.SongOf(before.entry) != kBroken) {
         Require(now.entry == before.entry, "the track is not repeated");
+        if (k == kRepeatedStates) break;
         continue;
       }
       if (repeats || now.upcoming > queue.size()) break;
@@ -140,8 +149,10 @@ class Client {
               "entry " + std::to_string(now.entry) + " plays as number " + std::to_string(next) +
                   " of the queue");
       if (next > index) changes_ += next - index - 1;  // State has counted one
+      followed_ += next - index;
       index = next;
-      if (now.status == kStopped) break;
+      if (now.status == kStopped || index >= kQuietChanges) break;
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     is_quiet_ = false;
     own_.SetRepeat(RepeatMode::kOff);
@@ -269,6 +280,7 @@ class Client {
   TallowPlayer own_{*link_, handle_};
   std::uint64_t last_entry_ = 0;
   std::size_t changes_ = 0;
+  std::size_t followed_ = 0;
   bool is_quiet_ = false;  ///< no other client sends commands
 };
 
@@ -314,16 +326,22 @@ void Soak(const std::string& player, std::size_t changes, unsigned seed,
   for (unsigned k = 0; k < kClients; ++k) clients.emplace_back(songs, seed + k);
   long warm = 0;
   std::size_t seen = 0;
+  std::size_t round = 0;
   while (seen < changes) {
     Storm(clients);
-    clients[seen % kClients].Quiet();
+    clients[round++ % kClients].Quiet();
     seen = 0;
     for (const Client& client : clients) seen = std::max(seen, client.Changes());
     Require(link->IsRunning(link->Find()), "the player has ended");
     if (warm == 0 && seen >= kWarmUp) warm = ResidentKib(pid);
   }
   const long growth = warm == 0 ? 0 : ResidentKib(pid) - warm;
-  std::printf("%zu changes, %ld KiB of growth after the first %zu\n", seen, growth, kWarmUp);
+  std::size_t followed = 0;
+  for (const Client& client : clients) followed += client.Followed();
+  std::printf("%zu changes, %zu compared with the queue, %ld KiB of growth\n", seen, followed,
+              growth);
+  // Otherwise nothing was tested.
+  Require(followed >= changes / kMinFollowed, "too few songs were compared with the queue");
   if (changes >= kMemoryFrom)
     Require(growth <= kMaxGrowthKib, "the player has grown by " + std::to_string(growth) + " KiB");
   link->Send(link->Find(), kWmCommand, kClosePlayer, 0);
