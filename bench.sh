@@ -9,16 +9,19 @@
 #
 #   ./bench.sh            20,000 and 100,000 files
 #   ./bench.sh --million  1,000,000 files too (needs about 8 GB of disk)
+#   ./bench.sh --long     50,000 changes of the track with random commands too (about ten minutes)
 #   ./bench.sh --windows  the Windows program under Wine against the Linux program, 20,000 files
 set -euo pipefail
 cd "$(dirname "$0")"
 
 sizes=(20000 100000)
+long=
 case "${1:-}" in
   "") ;;
   --million) sizes+=(1000000) ;;
+  --long) long=1 ;;
   --windows) exec benchmarks/windows.sh ;;
-  *) echo "Usage: ./bench.sh [--million|--windows]" >&2; exit 2 ;;
+  *) echo "Usage: ./bench.sh [--million|--long|--windows]" >&2; exit 2 ;;
 esac
 
 packaging/install-dependencies.sh run demo bench
@@ -252,6 +255,12 @@ for size in 10000 100000; do
     row "$size" "- first sound" "$seconds" "$(divide "$seconds" 0.3)" 1.0 "ratio to 0.3 s"
   done
 done
+
+if [ -n "$long" ]; then
+  echo
+  echo "50000 changes of the track with random commands from three clients; goal: at most 5120 KiB of growth"
+  "$programs/player_soak" "$programs/tallow-player" 50000
+fi
 
 echo
 echo "Sorting 100000 rows (argument: the column), against std::sort of the same keys; goal: 3.0"
