@@ -94,6 +94,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       busy_(*this, tallow, jukeboxes_, unsaved_),
       panel_(jukeboxes_),
       player_(tallow, link, searches, jukeboxes_, panel_, messages_, busy_),
+      player_bar_(*this, tallow, player_, [this] { FocusSongs(); }),
       title_(*this, player_.Model()),
       document_windows_(*this, jukeboxes_, panel_, messages_, busy_),
       documents_(tallow, document_windows_),
@@ -122,6 +123,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
   tallow_.preferences.OnChange([this](const Switches& before) {
     filing_.Follow(before);
     player_.FollowPreferences();
+    player_bar_.Follow();
   });
   player_.OnPlaySelection([this] { commands_.Run(ListCommand::kPlaySelectedSongs); });
 }
@@ -162,6 +164,7 @@ void frmMDIForm1::SetUpMenus() {
   });
   connect(file_menu_, &FileMenu::OpenRecent, this,
           [this](int element) { documents_.OpenRecent(element); });
+  player_bar_.SetItem(*menuBar()->findChild<QAction*>(QStringLiteral("mnuPlayerBar")));
   KeepWindowList(*menuBar()->findChild<QMenu*>(QStringLiteral("mnuWindowList")), *area_);
   toolbar_ = AddFrameToolbar(*this, [this](FrameCommand command, bool checks) {
     if (!checks || player_.CheckPlayer()) RunOfToolbar(command);
@@ -182,6 +185,8 @@ void frmMDIForm1::RestoreOptions() {
   restoreGeometry(options.value(kGeometryOption).toByteArray());
   restoreState(options.value(kStateOption).toByteArray());
   toolbar_->show();
+  // The state has whether the bar was shown, too, perhaps in another style.
+  player_bar_.Follow();
 }
 
 QMenu* frmMDIForm1::createPopupMenu() {
@@ -311,6 +316,10 @@ void frmMDIForm1::RunOnProgram(FrameCommand command) {
       return ShowMusicPlaces();
     case FrameCommand::kFileAgainByTags:
       return filing_.FileAgain();
+    case FrameCommand::kPlayerBar:
+      return player_bar_.Toggle();
+    case FrameCommand::kPlayerPanel:
+      return player_.ShowPanel();
     case FrameCommand::kHelp:
       return help_.ShowHelp({});
     case FrameCommand::kTip:
@@ -320,6 +329,10 @@ void frmMDIForm1::RunOnProgram(FrameCommand command) {
     default:
       return;
   }
+}
+
+void frmMDIForm1::FocusSongs() {
+  if (frmMain* const window = jukeboxes_.ActiveWindow()) window->GrabFocus();
 }
 
 void frmMDIForm1::ShowPreferences() {

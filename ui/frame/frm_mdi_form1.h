@@ -21,6 +21,7 @@
 #include "ui/frame/frame_help.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/frame_player.h"
+#include "ui/frame/frame_player_bar.h"
 #include "ui/frame/frame_title.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/frame/jukebox_places.h"
@@ -119,6 +120,8 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   void RunOfToolbar(FrameCommand command);
   /// Runs the commands on the player, the windows and the program, not on jukeboxes and songs.
   void RunOnProgram(FrameCommand command);
+  /// Gives the keyboard focus to the active jukebox.
+  void FocusSongs();
   void ShowPreferences();
   void ShowMusicPlaces();
 
@@ -137,6 +140,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   BusyFrame busy_;
   PanelWindow panel_;
   FramePlayer player_;
+  FramePlayerBar player_bar_;
   FrameTitle title_;
   FrameDocuments document_windows_;
   JukeboxDocuments documents_;

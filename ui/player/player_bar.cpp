@@ -29,7 +29,7 @@ constexpr int kPlayPicture = 32;
 constexpr int kMinWidth = 320;
 
 /// The line to seek in has at least this width before parts are hidden, in average characters.
-constexpr int kMinLineCharacters = 24;
+constexpr int kMinLineCharacters = 16;
 
 bool IsPlayingOrPaused(const Playing& now) { return now.status != kStopped; }
 
@@ -86,7 +86,7 @@ void PlayerBar::Arrange() {
   line->addWidget(seek_, 1);
   line->addWidget(left_);
   auto* const song = new QVBoxLayout;
-  song->setSpacing(0);
+  song->setSpacing(2);
   song->addStretch(1);
   song->addWidget(song_);
   song->addLayout(line);
@@ -115,10 +115,10 @@ void PlayerBar::Connect() {
   connect(previous_, &BarButton::clicked, this, [this] { model_.Previous(); });
   connect(next_, &BarButton::clicked, this, [this] { model_.Next(); });
   connect(play_, &BarButton::clicked, this, [this] {
-    if (model_.Now().is_running)
+    if (IsPlayingOrPaused(model_.Now()))
       model_.PlayOrPause();
     else
-      emit PlayWithoutPlayer();
+      emit PlayWhileStopped();
   });
   connect(shuffle_, &BarButton::clicked, this, [this](bool on) {
     model_.SetShuffle(on);

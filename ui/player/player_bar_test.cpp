@@ -150,10 +150,12 @@ TEST_F(PlayerBarTest, ControlsThePlayer) {
   EXPECT_FALSE(bar.HasFocus());
 }
 
-TEST_F(PlayerBarTest, AsksForAPlayerWhenNoneRuns) {
-  QSignalSpy asked(&bar, &PlayerBar::PlayWithoutPlayer);
+TEST_F(PlayerBarTest, AsksForSongsWhenNothingPlays) {
+  QSignalSpy asked(&bar, &PlayerBar::PlayWhileStopped);
   Click(Button("cmdPlay"));
-  EXPECT_EQ(asked.size(), 1);
+  model.Set({.is_running = true});
+  Click(Button("cmdPlay"));
+  EXPECT_EQ(asked.size(), 2);
   EXPECT_TRUE(model.Take().empty());
 }
 
