@@ -59,7 +59,7 @@ title_begins() { window_named "^$1.* - Tallow - "; }
 
 # The folder from its second song on.
 start
-until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 60 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 picture 1-bar-without-song
 keys Tab Home Down Return
 until_true 20 "the player" player_socket

@@ -61,9 +61,9 @@ TEST(HandedOverSongs, AgreesWithALiteralMapAtRandomChanges) {
       songs.Clear();
       literal.clear();
     }
-    const std::uint32_t folder = random() % 3;
+    const auto folder = static_cast<std::uint32_t>(random() % 3);
     std::vector<HandedOverSong> added;
-    for (std::uint32_t k = random() % 5; k > 0; --k) {
+    for (auto k = random() % 5; k > 0; --k) {
       entry += 1 + random() % 3;
       const auto song = static_cast<std::int32_t>(1 + random() % 50);
       added.push_back({song, entry});
