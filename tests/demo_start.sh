@@ -53,7 +53,7 @@ done
 env -u QT_QPA_GENERIC_PLUGINS "$program" --app-folder "$folder/app" --drive "$folder/music" &
 tallow=$!
 for _ in $(seq 300); do
-  xdotool search --onlyvisible --name '^Tallow - ' > /dev/null 2>&1 && break
+  xdotool search --onlyvisible --name '(^| - )Tallow - ' > /dev/null 2>&1 && break
   sleep 0.1
 done
 kill -TERM "$tallow"

@@ -59,7 +59,7 @@ title_begins() { window_named "^$1.* - Tallow - "; }
 
 # The folder from its second song on.
 start
-until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 60 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 picture 1-bar-without-song
 # A click on the header of the list sorts it by name.
 frame=$(window_named '^Tallow - ' | tail -n 1)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -22,6 +23,7 @@ class RecordedLink : public PlayerLink {
   }
   bool Start(const std::string& program) override {
     log.push_back("start " + program);
+    if (on_start) on_start();
     return starts;
   }
   PlayerStart FollowStart() override {
@@ -65,6 +67,7 @@ class RecordedLink : public PlayerLink {
   PlayerHandle found = 7;
   PlayerKind kind = PlayerKind::kWinamp;
   bool starts = true;
+  std::function<void()> on_start;             ///< called by each start
   PlayerStart start = PlayerStart::kAnswers;  ///< kAnswers only where `found` is not 0
   std::string last_line;                      ///< that the program has written
   std::chrono::milliseconds start_timeout{0};

@@ -29,7 +29,7 @@ start_window_manager
 . "$here/screen_user.sh"
 # The window manager does not restore the focus after a system dialog closes.
 activate() {
-  xdotool search --onlyvisible --name '^Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
+  xdotool search --onlyvisible --name '(^| - )Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
   sleep 0.3
 }
 # value KEY [NAME]: prints a value from the user's registry; without NAME the key's default value
@@ -112,7 +112,7 @@ keys alt+s
   fail "The tip's option is not in the registry."
 keys Return
 until_true 10 "the end of the tip" no_window_named '^Tip of the Day$'
-until_true 10 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 10 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 sleep 0.5
 picture 2-sample
 
@@ -206,7 +206,7 @@ keys ctrl+s
 until_true 20 "the file dialog" window_named '^Save'
 xdotool type --delay 60 'Mix'
 keys Return
-until_true 20 "its name" window_named '^Tallow - \[MIX\]$'
+until_true 20 "its name" window_named '(^| - )Tallow - \[MIX\]$'
 [ -s "$grouping/mix.juk" ] || fail "The jukebox is not saved."
 activate
 chmod a-w "$grouping/mix.juk"
@@ -233,12 +233,12 @@ until_true 20 "the message that no file can be created there" window_named '^Tal
 picture 6-no-folder-for-files
 keys Return
 activate
-window_named '^Tallow - \[MIX\]$' > /dev/null || fail "The jukebox has the name of a file that was not created."
+window_named '(^| - )Tallow - \[MIX\]$' > /dev/null || fail "The jukebox has the name of a file that was not created."
 
 # A second program hands its file over and ends.
 cp "$grouping/mix.juk" "$d/other.juk"
 timeout 30 "$wine" "$program" 'D:\other.juk' || fail "The second start exited with code $?."
-until_true 20 "the file of the second start" window_named '^Tallow - \[OTHER\]$'
+until_true 20 "the file of the second start" window_named '(^| - )Tallow - \[OTHER\]$'
 picture 7-handed-over
 activate
 xdotool key --delay 100 alt+F4
@@ -249,7 +249,7 @@ until_true 10 "the end of the player" is_in '273 40001 0' "$c/bin/player.txt"
 song "$d/Elsewhere/never.mp3"
 before=$(cksum "$library")
 start
-until_true 60 "the previous jukebox at the start" window_named '^Tallow - \[OTHER\]$'
+until_true 60 "the previous jukebox at the start" window_named '(^| - )Tallow - \[OTHER\]$'
 no_window_named '^Tip of the Day$' || fail "The tip is shown again."
 library_has_changed && fail "The second start has changed the library."
 is_in 'never.mp3' "$library" && fail "The second start has searched the drives."
@@ -268,7 +268,7 @@ remove_drive() {
 before=$(cksum "$library")
 remove_drive d:
 start
-until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 60 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 sleep 1
 picture 9-away
 library_has_changed && fail "A start without D: has changed the library."
@@ -283,7 +283,7 @@ until_true 30 "the end of the program" has_ended
 "$wineserver" -w
 ln -s "$d" "$WINEPREFIX/dosdevices/f:"
 start
-until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 60 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 until_true 20 "the songs of D: on F:" is_in 'F:\Musik\' "$library"
 is_in 'D:\Musik\' "$library" && fail "Songs still have paths on D:."
 picture 10-another-letter
@@ -296,7 +296,7 @@ until_true 30 "the end of the program" has_ended
 remove_drive f:
 ln -s "$d" "$WINEPREFIX/dosdevices/d:"
 start
-until_true 60 "the previous jukebox at the start" window_named '^Tallow - \[OTHER\]$'
+until_true 60 "the previous jukebox at the start" window_named '(^| - )Tallow - \[OTHER\]$'
 until_true 20 "the songs of F: on D:" is_in 'D:\Musik\' "$library"
 activate
 xdotool key --delay 100 alt+F4
@@ -305,7 +305,7 @@ until_true 30 "the end of the program" has_ended
 # The setup and the uninstaller change nothing while the program runs. A setup after the program has
 # ended keeps tips that the user added.
 start
-until_true 60 "the previous jukebox" window_named '^Tallow - '
+until_true 60 "the previous jukebox" window_named '(^| - )Tallow - '
 if "$wine" 'C:\bin\setup.exe' /S; then fail "The setup installed over a running program."; fi
 if "$wine" "${own}uninstall.exe" /S _?="${own%\\}"; then fail "A running program was uninstalled."; fi
 [ -s "$installed/tallow.exe" ] || fail "A running program was uninstalled."
