@@ -180,7 +180,7 @@ TEST_F(TallowPlayerTest, EntriesAreMovedAndRemoved) {
 }
 
 TEST_F(TallowPlayerTest, ManyEntriesAreMovedAndRemovedInSeveralRequests) {
-  constexpr std::uint64_t kCount = 10'000;
+  constexpr std::uint64_t kCount = 6'200;
   FillList(kCount);
   Numbers moved(kCount / 2);
   std::iota(moved.begin(), moved.end(), kCount / 2 + 1);

@@ -3,6 +3,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <optional>
+#include <unistd.h>
 #include <utility>
 
 #include "player/player_socket_linux.h"
@@ -35,17 +36,26 @@ int ListeningSocket(const PlayerOptions& options) {
   return listening;
 }
 
+/// From now on writes messages to the usual standard error, not to that of the start.
+void UseUsualErrors() noexcept {
+  dup2(kUsualErrors, STDERR_FILENO);
+  close(kUsualErrors);
+}
+
 class SocketFront final : public PlayerFront {
  public:
   /// \param listening a listening socket; the object takes ownership
-  SocketFront(int listening, std::string identifier)
-      : listening_(listening), identifier_(std::move(identifier)) {}
+  SocketFront(int listening, const PlayerOptions& options)
+      : listening_(listening),
+        identifier_(options.identifier),
+        has_usual_errors_(options.handed_errors) {}
 
   EventLoop& Loop() override { return loop_; }
 
   void Open(SongPlayer& player, RequestHandler execute, std::function<void()> close) override {
     server_.emplace(loop_.Get(), listening_, std::move(execute));
     mpris_.emplace(loop_.Get(), identifier_, player, std::move(close));
+    if (has_usual_errors_) UseUsualErrors();
   }
 
   bool HasClients() override { return server_->Connections() > 0; }
@@ -64,6 +74,7 @@ class SocketFront final : public PlayerFront {
   LinuxEventLoop loop_;
   const int listening_;
   const std::string identifier_;
+  const bool has_usual_errors_;
   std::optional<RequestServer> server_;
   std::optional<Mpris> mpris_;
 };
@@ -75,7 +86,7 @@ std::unique_ptr<PlayerFront> NewPlayerFront(const PlayerOptions& options) {
   std::signal(SIGPIPE, SIG_IGN);
   const int listening = ListeningSocket(options);
   if (listening < 0) return nullptr;
-  return std::make_unique<SocketFront>(listening, options.identifier);
+  return std::make_unique<SocketFront>(listening, options);
 }
 
 }  // namespace tallow

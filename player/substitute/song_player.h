@@ -73,8 +73,8 @@ enum class PlayerState {
 /// | entry            | the current entry starts             | kOpening  |                        |
 /// | entry            | the next entry starts                | kOpening  | UpdateFollowing        |
 /// | entry            | another entry starts; stop-after     | kStopped  | FinishList             |
-/// | entry            | a removed entry starts; HasNext      | kOpening  | Redirect               |
-/// | entry            | a removed entry starts; else         | kStopped  | FinishList             |
+/// | entry            | a former next one starts; HasNext    | kOpening  | Redirect               |
+/// | entry            | a former next one starts; else       | kStopped  | FinishList             |
 /// | kOpening         | the track is open                    | kOpen     | request its properties |
 /// | kOpen            | position                             | same      | store it               |
 /// | open             | length, tags                         | same      | store them             |
@@ -233,10 +233,15 @@ class SongPlayer : private PlaybackListener {
   void EndTrack(PlayerState state);
   /// Goes to the next track, or from the last one to the first, and enters a state without a track.
   void FinishList(PlayerState state);
+  /// Makes the engine's playlist hold the tracks that follow: at once, or when the engine has
+  /// answered the commands of the last time. Many changes in a short time would fill its command
+  /// queue otherwise. If it starts a track meanwhile that is not the next one any more, that one is
+  /// redirected.
+  void UpdateFollowing();
   /// Makes the engine's playlist hold the tracks that follow, enough of them in advance. Replaces
   /// tracks only from the first that differs, so that a change of later ones cannot cause a gap
   /// before the next one.
-  void UpdateFollowing();
+  void SendFollowing();
   /// Removes tracks from the engine's playlist.
   /// \param keep number of tracks after the current one that stay
   void RemoveFollowing(std::size_t keep);
@@ -280,6 +285,7 @@ class SongPlayer : private PlaybackListener {
   EnginePlaylist engine_list_;
   Track track_;  ///< the current one of list_
   PlayFailures failures_;
+  bool following_outdated_ = false;  ///< UpdateFollowing waits for an answer
   std::size_t failures_in_row_ = 0;  ///< tracks that failed since one has played
   TrackPosition position_;
   LengthCallbacks length_callbacks_;

@@ -38,6 +38,8 @@ enum class FrameCommand {
   kFileAgainByTags,
   kPlayerBar,
   kPlayerPanel,
+  kShowPlayingSong,
+  kQueue,
   kHelp,
   kTip,
   kAbout,

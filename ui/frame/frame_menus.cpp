@@ -81,6 +81,8 @@ constexpr MenuItem kTools[] = {
     kSeparator,
     {"mnuPlayerBar", "Player &Bar", nullptr, FrameCommand::kPlayerBar, nullptr},
     {"mnuPlayerPanel", "Player Pa&nel", nullptr, FrameCommand::kPlayerPanel, nullptr},
+    {"mnuQueue", "&Queue", "Ctrl+Shift+U", FrameCommand::kQueue, nullptr},
+    {"mnuShowPlayingSong", "&Show Playing Song", "Ctrl+J", FrameCommand::kShowPlayingSong, nullptr},
 };
 
 constexpr MenuItem kHelp[] = {

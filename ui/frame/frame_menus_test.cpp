@@ -80,7 +80,9 @@ TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
             (QStringList{"mnuPreferences|&Preferences...|Ctrl+,",
                          "mnuWhereMyMusicIs|&Where My Music Is...|",
                          "mnuFileAgainByTags|&File Again By Tags|", "-",
-                         "mnuPlayerBar|Player &Bar|", "mnuPlayerPanel|Player Pa&nel|"}));
+                         "mnuPlayerBar|Player &Bar|", "mnuPlayerPanel|Player Pa&nel|",
+                         "mnuQueue|&Queue|Ctrl+Shift+U",
+                         "mnuShowPlayingSong|&Show Playing Song|Ctrl+J"}));
   EXPECT_EQ(ItemsOf("mnuHelp"),
             (QStringList{"mnuHelpp|&Help|", "mnuTip|&Tip|", "mnuAbout|&About|"}));
 }
