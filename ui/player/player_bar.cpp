@@ -54,6 +54,8 @@ PlayerBar::PlayerBar(PlayerModel& model, PathOf path_of, CoverLoader::Read read_
   setObjectName(QStringLiteral("PlayerBar"));
   setAccessibleName(tr("Player bar"));
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  // The height stays when the cover is hidden.
+  setMinimumHeight(CoverView::kSide + 2 * kMargin);
   song_->setObjectName(QStringLiteral("lblSong"));
   previous_->Show("previous", tr("Previous Track"));
   next_->Show("next", tr("Next Track"));
@@ -184,7 +186,6 @@ void PlayerBar::ShowSong() {
   else
     song_->ShowText(IsPlayingOrPaused(now) ? tr("A song that was not chosen here")
                                            : tr("Nothing is playing"));
-  song_->setEnabled(now.song != 0);
   if (isVisible()) cover_->ShowSong(now.song != 0 ? path_of_(now.song) : std::string());
 }
 
@@ -218,8 +219,9 @@ void PlayerBar::ShowTimes(int position) {
   const QString longest = length < kHour ? QStringLiteral("-00:00") : QStringLiteral("-0:00:00");
   const int width = fontMetrics().horizontalAdvance(longest) + kSpacing;
   for (QLabel* const label : {gone_, left_}) label->setMinimumWidth(width);
-  gone_->setText(is_known ? TimeText(position) : QString());
-  left_->setText(is_known ? QChar(0x2212) + TimeText(length - position) : QString());
+  const QString unknown = QStringLiteral("-:--");
+  gone_->setText(is_known ? TimeText(position) : unknown);
+  left_->setText(is_known ? QChar(0x2212) + TimeText(length - position) : unknown);
 }
 
 void PlayerBar::showEvent(QShowEvent* event) {
