@@ -60,8 +60,7 @@ void FrameQueue::SetItem(QAction& item) {
 bool FrameQueue::IsShown() const { return !dock_->isHidden(); }
 
 void FrameQueue::FollowPreferences() {
-  const bool on = PlayingPreferences(tallow_.preferences).ShowsQueue();
-  if (on != IsShown()) ShowDock(on);
+  ShowDock(PlayingPreferences(tallow_.preferences).ShowsQueue());
 }
 
 void FrameQueue::Show(bool on) {

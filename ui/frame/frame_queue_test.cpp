@@ -186,6 +186,7 @@ TEST_F(FrameQueueTest, SaveAsFolderMakesAFolderOfTheSongsThatCanBeUndone) {
   EXPECT_EQ(editor->text(), "Queue");
   QTest::keyClicks(editor, QStringLiteral("Evening"));
   QTest::keyClick(editor, Qt::Key_Return);
+  QApplication::processEvents();
   EXPECT_EQ(tree.ChildAt(2).Text(), "Evening");
   window.PVExplorer1().Undo();
   window.PVExplorer1().Undo();

@@ -24,6 +24,12 @@ class PaintedRows : public QObject {
     view.viewport()->installEventFilter(this);
   }
 
+  /// Waits until nothing is repainted any more.
+  void Settle() {
+    constexpr int kQuietRounds = 5;
+    for (int quiet = 0; quiet < kQuietRounds; quiet = Take().empty() ? quiet + 1 : 0)
+      QTest::qWait(1);
+  }
   /// The rows since the last call.
   std::set<int> Take() {
     QApplication::processEvents();
@@ -120,7 +126,7 @@ TEST_F(Marks, OnlyTheRowsOfTheOldAndTheNewSongAreRepainted) {
   ShowMarked();
   model.Play(2, 180);
   PaintedRows painted(List());
-  painted.Take();
+  painted.Settle();
   model.Play(3, 180);
   EXPECT_EQ(painted.Take(), (std::set<int>{1, 2, 7}));
   model.Play(3, 180, 17);
@@ -139,7 +145,7 @@ TEST_F(Marks, AFolderOf100000SongsRepaintsTwoRows) {
   ShowMarked();
   model.Play(2, 180);
   PaintedRows painted(List());
-  painted.Take();
+  painted.Settle();
   model.Play(3, 180);
   EXPECT_EQ(painted.Take(), (std::set<int>{4, 7}));
   EXPECT_TRUE(IsBold(7));
@@ -150,7 +156,7 @@ TEST_F(Marks, ASongThatCouldNotBePlayedSaysWhy) {
   AddFolder("one", {1, 2, 3});
   ShowMarked();
   PaintedRows painted(List());
-  painted.Take();
+  painted.Settle();
   model.SetFailure(2, "the file has no audio");
   EXPECT_EQ(painted.Take(), std::set<int>{1});
   EXPECT_EQ(PictureOf(1), Marked(2, SongMark::kFailed));
