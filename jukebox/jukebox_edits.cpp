@@ -68,6 +68,16 @@ Folder* JukeboxEdits::AddFolder(Folder* parent) {
   return &folder;
 }
 
+Folder& JukeboxEdits::AddFolderOf(std::string_view text, const std::vector<SongEntry>& songs) {
+  FolderTree& tree = jukebox_.Nodes();
+  DetachedFolder folder = tree.NewFolder(text);
+  folder->Items() = WithoutDuplicates(*folder, songs);
+  jukebox_.History().Begin(jukebox_.selectednode());
+  Folder& added = jukebox_.History().AddFolder(std::move(folder), nullptr, tree.Children());
+  jukebox_.History().End();
+  return added;
+}
+
 bool JukeboxEdits::Rename(Folder& folder, std::string_view text) {
   if (IsSpecialFolder(folder) || Trim(text).empty()) return false;
   if (folder.Text() == text) return true;

@@ -31,6 +31,10 @@ class JukeboxEdits {
   /// \returns the folder; null when it would lie deeper than kMaxLevel
   Folder* AddFolder(Folder* parent);
 
+  /// Appends a folder with songs to the top level, as one step.
+  /// \param songs a song that is there several times is taken once
+  Folder& AddFolderOf(std::string_view text, const std::vector<SongEntry>& songs);
+
   /// Renames a folder. Fails for a special folder and for a text of blanks only. If a special
   /// folder after this one has the same text, this folder is moved after it, so that the special
   /// folder stays the first with that text.

@@ -2,6 +2,7 @@
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
+#include <malloc.h>
 #include <optional>
 #include <unistd.h>
 #include <utility>
@@ -34,6 +35,15 @@ int ListeningSocket(const PlayerOptions& options) {
   if (listening < 0)
     std::fprintf(stderr, "tallow-player: cannot create a socket at %s.\n", path.c_str());
   return listening;
+}
+
+/// Keeps the memory from growing over thousands of tracks: libmpv allocates in several threads, and
+/// each of glibc's arenas keeps what was freed in it. Large buffers are returned to the system.
+void LimitMemory() {
+  constexpr int kMaxArenas = 2;
+  constexpr int kLargeBuffer = 1 << 20;
+  mallopt(M_ARENA_MAX, kMaxArenas);
+  mallopt(M_MMAP_THRESHOLD, kLargeBuffer);
 }
 
 /// From now on writes messages to the usual standard error, not to that of the start.
@@ -82,6 +92,7 @@ class SocketFront final : public PlayerFront {
 }  // namespace
 
 std::unique_ptr<PlayerFront> NewPlayerFront(const PlayerOptions& options) {
+  LimitMemory();
   // Ignore SIGPIPE: the reader of standard error may end before the player.
   std::signal(SIGPIPE, SIG_IGN);
   const int listening = ListeningSocket(options);

@@ -113,5 +113,27 @@ TEST_F(PlayerProgram, WithoutASoundDeviceSongsArePlayedSilently) {
             std::string::npos);
 }
 
+TEST_F(PlayerProgram, ASeekToTheVeryEndEndsTheSongWithoutAnErrorMessage) {
+  const std::string a = folder / "a.mp3";
+  MakeMp3(a, "3 sine 440");
+  UseOptions("--audio-file " + Quote(folder / "sound.wav"));
+  StartPlayer();
+  testing::internal::CaptureStderr();
+  Play({a});
+  player.SendWinampCommand(kPause);
+  player.SetTrackPosition(3);
+  player.SendWinampCommand(kPlay);
+  EXPECT_TRUE(WaitForStatus("STOPPED"));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(PlayerProgram, AnOutputFileThatCannotBeWrittenIsReported) {
+  UseOptions("--audio-file " + Quote(folder / "no/sound.wav") + " 2> " + Quote(folder / "said"));
+  EXPECT_TRUE(player.StartWinamp());
+  EXPECT_TRUE(WaitUntil([&] { return !IsRunning(); }));
+  EXPECT_EQ(Lines("said"), std::vector<std::string>{"tallow-player: " + (folder / "no/sound.wav") +
+                                                    " cannot be written"});
+}
+
 }  // namespace
 }  // namespace tallow

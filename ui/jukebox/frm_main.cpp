@@ -55,6 +55,9 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
   setObjectName(QStringLiteral("frmMain"));
   ConnectExplorer();
   connect(commands_.get(), &JukeboxCommands::PlaySongs, this, &frmMain::PlaySongs);
+  connect(commands_.get(), &JukeboxCommands::PlayFromHere, this, &frmMain::PlayFromHere);
+  connect(commands_.get(), &JukeboxCommands::PlayNext, this, &frmMain::PlayNext);
+  connect(commands_.get(), &JukeboxCommands::AddToQueue, this, &frmMain::AddToQueue);
   connect(commands_.get(), &JukeboxCommands::Problem, this, &frmMain::Problem);
   connect(commands_.get(), &JukeboxCommands::ChangeBackgroundPicture, this,
           &frmMain::ChangeBackgroundPicture);
@@ -96,9 +99,12 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::ColumnClick, this, &frmMain::SortList);
   connect(explorer_, qOverload<const QString&>(&PVExplorer::CaptionChanged), this,
           &QWidget::setWindowTitle);
-  connect(explorer_, &PVExplorer::ItemOpened, this, &frmMain::PlaySong);
+  connect(explorer_, &PVExplorer::ItemOpened, commands_.get(), &JukeboxCommands::OpenSong);
+  connect(explorer_, &PVExplorer::PlayOrPause, this, &frmMain::PlayOrPause);
   connect(explorer_, &PVExplorer::ListPopUp, list_menu_, [this](const QPoint& position) {
-    if (jukebox_.selectednode() != nullptr) list_menu_->popup(position);
+    if (jukebox_.selectednode() == nullptr) return;
+    EnableListItems(*list_menu_, player_);
+    list_menu_->popup(position);
   });
   connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,
           [this](Folder* folder, const QPoint& position) {
@@ -175,8 +181,14 @@ void frmMain::Run(ListCommand command, Folder* node) {
   commands_->Run(command, node);
 }
 
-void frmMain::PlaySong(int row) {
-  if (const Folder* const folder = jukebox_.selectednode()) emit PlaySongs(SongsOf(*folder, {row}));
+void frmMain::SetPlayer(PlayerModel* player) {
+  player_ = player;
+  ShowMarks(shows_marks_);
+}
+
+void frmMain::ShowMarks(bool on) {
+  shows_marks_ = on;
+  explorer_->ShowMarks(on ? player_ : nullptr);
 }
 
 void frmMain::OnLongWork(const BeginLongWork& begin) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -10,6 +11,7 @@
 #include <QWidget>
 
 #include "app/long_work.h"
+#include "app/playing/player_model.h"
 #include "jukebox/jukebox.h"
 #include "library/scan_report.h"
 #include "ui/jukebox/pop_up_menus.h"
@@ -85,6 +87,12 @@ class frmMain : public QWidget {
   /// Cancels the closing of the window: the next attempt to close it asks again.
   void KeepOpen() noexcept { may_close_ = false; }
 
+  /// Sets the player that the window shows, and that its menus ask what it can do.
+  /// \param player null for none; must outlive the window, or the next call
+  void SetPlayer(PlayerModel* player);
+  /// Marks what plays, and what could not be played, in the list.
+  void ShowMarks(bool on);
+
   /// Sets the callback that saves the jukebox when the user chooses to save on closing.
   /// \param save returns whether the jukebox was saved
   void OnSaveBeforeClosing(std::function<bool()> save) { save_ = std::move(save); }
@@ -92,8 +100,16 @@ class frmMain : public QWidget {
   void OnLongWork(const BeginLongWork& begin);
 
  signals:
-  /// The user wants to play these songs, given as record numbers, in this order.
-  void PlaySongs(std::vector<std::int32_t> songs);
+  // The user wants to play songs, given as record numbers, in this order, of the folder `origin`.
+  void PlaySongs(std::vector<std::int32_t> songs, tallow::SongsOrigin origin = {});
+  /// \param songs  those that the list shows
+  /// \param chosen index of the song to begin with, from 0
+  void PlayFromHere(std::vector<std::int32_t> songs, std::size_t chosen,
+                    tallow::SongsOrigin origin);
+  void PlayNext(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
+  void AddToQueue(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
+  /// The user wants to pause what plays, or to let it go on.
+  void PlayOrPause();
   /// An operation failed or succeeded only in part; the lines explain it to the user.
   void Problem(const QStringList& lines);
   /// Songs that were found again have new record numbers; this window's jukebox and the clipboard
@@ -117,7 +133,6 @@ class frmMain : public QWidget {
   void ShowPicture();
   void ShowFolder(Folder& folder);
   void SortList();
-  void PlaySong(int row);
   bool MayClose();
   QSize WholeSize() const;
 
@@ -128,6 +143,8 @@ class frmMain : public QWidget {
   EmptyLibraryNotice* empty_library_;  ///< a child of the list
   std::unique_ptr<JukeboxCommands> commands_;
   std::unique_ptr<DroppedFiles> dropped_files_;
+  PlayerModel* player_ = nullptr;  ///< null for none
+  bool shows_marks_ = false;
   QMenu* list_menu_;
   QMenu* tree_menu_;
   /// Key of the folder that the tree menu was opened on; 0 for none.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/jukebox_commands.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -72,7 +73,8 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
   if (on_show) tallow_.SongsToPlay = SongsOf(node, explorer_.SelectedRows());
   const int rank_item = RankItemOf(command);
   const bool acts_on_selection =
-      rank_item != 0 || command == kCutSongs || command == kDeleteSongs || command == kCopySongs;
+      rank_item != 0 || command == kCutSongs || command == kDeleteSongs || command == kCopySongs ||
+      command == kPlayFromHere || command == kPlayNext || command == kAddToQueue;
   if (acts_on_selection && tallow_.SongsToPlay.empty())
     return emit Problem({tr("No song is selected.")});
   if (rank_item != 0) {
@@ -81,9 +83,10 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
   }
   switch (command) {
     case kPlayAllSongsInFolder:
-      return Play(ShownSongsOf(node, tallow_.library), tr("This folder holds no songs to play."));
+      return Play(node, ShownSongsOf(node, tallow_.library),
+                  tr("This folder holds no songs to play."));
     case kPlaySelectedSongs:
-      return Play(tallow_.SongsToPlay, tr("No song is selected."));
+      return Play(node, tallow_.SongsToPlay, tr("No song is selected."));
     case kCutSongs:
     case kDeleteSongs:
       if (on_show) explorer_.CutSongs();
@@ -97,14 +100,45 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
     case kChangeBackgroundPicture:
       emit ChangeBackgroundPicture();
       return;
+    case kPlayFromHere:
+      return PlayFrom(node, explorer_.ChosenRow());
+    case kPlayNext:
+      emit PlayNext(tallow_.SongsToPlay, OriginOf(node));
+      return;
+    case kAddToQueue:
+      emit AddToQueue(tallow_.SongsToPlay, OriginOf(node));
+      return;
     default:
       return;
   }
 }
 
-void JukeboxCommands::Play(const std::vector<std::int32_t>& songs, const QString& if_none) {
-  emit PlaySongs(songs);
+void JukeboxCommands::OpenSong(int row) {
+  const Folder* const folder = jukebox_.selectednode();
+  if (folder == nullptr) return;
+  if (tallow_.library.Switches().plays_on)
+    PlayFrom(*folder, row);
+  else
+    emit PlaySongs(SongsOf(*folder, {row}), OriginOf(*folder));
+}
+
+void JukeboxCommands::Play(const Folder& folder, const std::vector<std::int32_t>& songs,
+                           const QString& if_none) {
+  emit PlaySongs(songs, OriginOf(folder));
   if (songs.empty()) emit Problem({if_none});
+}
+
+void JukeboxCommands::PlayFrom(const Folder& folder, int row) {
+  if (row < 0 || static_cast<std::size_t>(row) >= folder.Items().size()) return;
+  const auto chosen = std::count_if(
+      folder.Items().begin(), folder.Items().begin() + row,
+      [this](const SongEntry& entry) { return !tallow_.library.IsHidden(entry.SubItem()); });
+  emit PlayFromHere(ShownSongsOf(folder, tallow_.library), static_cast<std::size_t>(chosen),
+                    OriginOf(folder));
+}
+
+SongsOrigin JukeboxCommands::OriginOf(const Folder& folder) const {
+  return {&jukebox_, folder.Key()};
 }
 
 void JukeboxCommands::RankSelectedSongs(int item) {

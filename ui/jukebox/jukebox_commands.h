@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <utility>
 #include <vector>
@@ -9,6 +10,7 @@
 #include <QStringList>
 
 #include "app/long_work.h"
+#include "app/playing/player_model.h"
 #include "ui/jukebox/pop_up_menus.h"
 #include "util/message.h"
 
@@ -37,15 +39,26 @@ class JukeboxCommands : public QObject {
   void Run(TreeCommand command, Folder* node);
   void Run(ListCommand command, Folder* node);
 
+  /// Plays a song because the user opened it: with the switch plays_on the list from there on, else
+  /// only the song.
+  /// \param row index of the song in the folder on show, from 0
+  void OpenSong(int row);
+
  signals:
   // See frmMain.
-  void PlaySongs(std::vector<std::int32_t> songs);
+  void PlaySongs(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
+  void PlayFromHere(std::vector<std::int32_t> songs, std::size_t chosen,
+                    tallow::SongsOrigin origin);
+  void PlayNext(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
+  void AddToQueue(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
   void Problem(const QStringList& lines);
   void ChangeBackgroundPicture();
 
  private:
   void ActOnList(ListCommand command, Folder& node);
-  void Play(const std::vector<std::int32_t>& songs, const QString& if_none);
+  void Play(const Folder& folder, const std::vector<std::int32_t>& songs, const QString& if_none);
+  void PlayFrom(const Folder& folder, int row);
+  SongsOrigin OriginOf(const Folder& folder) const;
   void RankSelectedSongs(int item);
   void DeleteFolder(Folder& node);
   void AddAlbum();

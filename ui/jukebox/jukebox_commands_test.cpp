@@ -55,7 +55,8 @@ TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
             (QStringList{"Play All Songs in Folder 1", "Play Selected Songs 2", "-", "Cu&t 4",
                          "&Copy 5", "&Paste 6", "&Delete 7", "&Rank >", "> Rank it - Best 8",
                          ">  9", ">  10", ">  11", ">  12", "> .  .  .   to worst 13",
-                         "Change Background Picture . . . 14"}));
+                         "Change Background Picture . . . 14", "-", "Play From Here 15",
+                         "Play Next 16", "Add To Queue 17"}));
 }
 
 TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {

@@ -6,10 +6,12 @@
 #include <QKeySequence>
 #include <QMenu>
 
+#include "app/playing/player_model.h"
 #include "jukebox/folder_tree.h"
 #include "jukebox/ranking.h"
 #include "ui/jukebox/rank_action.h"
 #include "ui/jukebox/rank_picture.h"
+#include "ui/support/display_text.h"
 
 namespace tallow {
 namespace {
@@ -86,7 +88,23 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
     builder.Add(*ranks, new RankAction(caption, rank, ranks), command);
   }
   builder.Add(Tr("Change Background Picture . . ."), kChangeBackgroundPicture);
+  builder.Menu()->addSeparator();
+  builder.Add(Tr("Play From Here"), kPlayFromHere);
+  builder.Add(Tr("Play Next"), kPlayNext);
+  builder.Add(Tr("Add To Queue"), kAddToQueue);
+  builder.Menu()->setToolTipsVisible(true);
   return builder.Menu();
+}
+
+void EnableListItems(QMenu& list_menu, const PlayerModel* player) {
+  const std::string reason =
+      player == nullptr ? std::string() : player->WhyNot(PlayerFeature::kPlayNext);
+  for (QAction* const action : list_menu.actions()) {
+    if (ListCommand(action->data().toInt()) != ListCommand::kPlayNext) continue;
+    action->setEnabled(reason.empty());
+    action->setToolTip(DisplayText(reason));
+    action->setWhatsThis(DisplayText(reason));
+  }
 }
 
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act) {

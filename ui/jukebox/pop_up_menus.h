@@ -9,6 +9,7 @@ class QWidget;
 namespace tallow {
 
 class Folder;
+class PlayerModel;
 
 /// The panes of a jukebox window, numbered as the pop-up menus number them.
 enum PopUpPane : int {
@@ -40,6 +41,9 @@ enum class ListCommand : int {
   kRankBest = 8,  ///< the first item of the rank menu; see RankCommand for those in between
   kRankWorst = 13,
   kChangeBackgroundPicture = 14,
+  kPlayFromHere = 15,
+  kPlayNext = 16,
+  kAddToQueue = 17,
 };
 
 /// Returns the command of an item of the rank menu.
@@ -57,6 +61,11 @@ constexpr int RankItemOf(ListCommand command) noexcept {
 /// Creates the pop-up menu of the list, named "ListMenu". The data of each item is its number.
 /// \param act runs a command
 QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act);
+
+/// Disables the items of the list's pop-up menu that the player cannot carry out; the tooltip of such
+/// an item says why.
+/// \param player null when there is none; no item is disabled then
+void EnableListItems(QMenu& list_menu, const PlayerModel* player);
 
 /// Like MakeListMenu, for the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act);

@@ -10,6 +10,7 @@
 #include "ui/jukebox/explorer/folder_expansion.h"
 #include "ui/jukebox/explorer/hidden_folders.h"
 #include "ui/jukebox/explorer/pane_focus.h"
+#include "ui/jukebox/explorer/playing_marks.h"
 #include "ui/jukebox/explorer/pop_up_requests.h"
 #include "ui/jukebox/explorer_drag.h"
 #include "ui/jukebox/folder_tree_model.h"
@@ -44,7 +45,7 @@ PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboar
       hidden_(std::make_unique<HiddenFolders>(jukebox.Nodes(), library, *folders_, *tree_)),
       choice_(std::make_unique<FolderChoice>(*folders_, *tree_, *list_)),
       pop_ups_(std::make_unique<PopUpRequests>(*tree_, *list_)),
-      keys_(std::make_unique<ExplorerKeys>(*tree_, *list_)),
+      keys_(std::make_unique<ExplorerKeys>(library, *tree_, *list_)),
       focus_(std::make_unique<PaneFocus>(*this, *tree_, *list_, *choice_)) {
   setObjectName(QStringLiteral("PVExplorer1"));
   setStretchFactor(0, 0);
@@ -93,6 +94,7 @@ void PVExplorer::ConnectKeys() {
   });
   connect(keys, &ExplorerKeys::OpenKey, this,
           [this](int row) { emit ItemOpened(songs_->PlaceOf(row)); });
+  connect(keys, &ExplorerKeys::PauseKey, this, &PVExplorer::PlayOrPause);
 }
 
 void PVExplorer::GrabFocus(bool list) {
@@ -130,6 +132,11 @@ Folder* PVExplorer::FolderForCommands() const noexcept {
 
 std::string PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
   return list_->SetBackgroundImage(address, tiled);
+}
+
+void PVExplorer::ShowMarks(PlayerModel* player) {
+  marks_.reset();
+  if (player != nullptr) marks_ = std::make_unique<PlayingMarks>(*player, *songs_, *list_);
 }
 
 void PVExplorer::SetHiddenMargin(int width, int height) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <QSplitter>
@@ -27,6 +28,8 @@ class FolderTreeModel;
 class FolderTreeView;
 class HiddenFolders;
 class PaneFocus;
+class PlayerModel;
+class PlayingMarks;
 class PopUpRequests;
 class SongListModel;
 class SongListView;
@@ -75,6 +78,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
 
   /// The indexes of the selected songs, in list order.
   std::vector<int> SelectedRows() const { return shown_songs_.Selected(); }
+  /// The index of the song that a command begins with: of the current song if it is selected, else of
+  /// the first selected song; -1 if none is selected.
+  int ChosenRow() const { return shown_songs_.Chosen(); }
   /// Scrolls the list to a song.
   /// \param row index of the song, from 0
   void EnsureVisible(int row) { shown_songs_.EnsureVisible(row); }
@@ -97,6 +103,10 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// See SongListView::SetBackgroundImage.
   std::string SetBackgroundImage(const QString& address, bool tiled);
 
+  /// Marks in the list what plays, and what could not be played.
+  /// \param player null for no marks; must outlive the control, or the next call
+  void ShowMarks(PlayerModel* player);
+
   /// Keeps a margin at the right and bottom edges of the control empty, because that part is not
   /// visible.
   /// \param width, height size of the margin, in pixels
@@ -117,6 +127,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void Paste(Folder* into) { edits_.Paste(into); }
   void DeleteFolder(Folder& folder) { edits_.DeleteFolder(folder); }
   void AddFolder(Folder* parent) { edits_.AddFolder(parent); }
+  void AddFolderOf(std::string_view text, const std::vector<SongEntry>& songs) {
+    edits_.AddFolderOf(text, songs);
+  }
   void MoveToRoot(Folder& folder) { edits_.MoveToRoot(folder); }
   void SortNodes(Folder* above) { edits_.SortNodes(above); }
   void AddSongs(Folder& to, const std::vector<SongEntry>& songs) { edits_.AddSongs(to, songs); }
@@ -149,6 +162,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// The user opened a song by a double-click or with Enter.
   /// \param row index of the song in the folder, from 0
   void ItemOpened(int row);
+  /// The user wants to pause what plays, or to let it go on.
+  void PlayOrPause();
   /// The user wants to open a pop-up menu.
   /// \param position in screen coordinates
   void ListPopUp(const QPoint& position);
@@ -192,6 +207,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   std::unique_ptr<PopUpRequests> pop_ups_;
   std::unique_ptr<ExplorerKeys> keys_;
   std::unique_ptr<PaneFocus> focus_;
+  std::unique_ptr<PlayingMarks> marks_;  ///< null when nothing is marked
 };
 
 }  // namespace tallow

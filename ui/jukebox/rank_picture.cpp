@@ -67,7 +67,37 @@ class RankIconEngine : public QIconEngine {
   int filled_;
 };
 
+class MarkedRankEngine : public QIconEngine {
+ public:
+  MarkedRankEngine(int rank, SongMark mark) : rank_(RankPicture(rank)), mark_(MarkPicture(mark)) {}
+
+  void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
+    const int of_mark = std::max(0, rect.width() - rect.height());
+    mark_.paint(painter, QRect(rect.x(), rect.y(), of_mark, rect.height()), Qt::AlignCenter, mode,
+                state);
+    rank_.paint(painter, rect.adjusted(of_mark, 0, 0, 0), Qt::AlignCenter, mode, state);
+  }
+
+  QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+    QPixmap pixmap(size);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    paint(&painter, pixmap.rect(), mode, state);
+    return pixmap;
+  }
+
+  QIconEngine* clone() const override { return new MarkedRankEngine(*this); }
+
+ private:
+  QIcon rank_;
+  QIcon mark_;
+};
+
 }  // namespace
+
+QIcon MarkedRankPicture(int rank, SongMark mark) {
+  return QIcon(new MarkedRankEngine(rank, mark));
+}
 
 QIcon RankPicture(int rank) { return HasPicture(rank) ? QIcon(new RankIconEngine(rank)) : QIcon(); }
 

@@ -5,6 +5,7 @@
 #include <QString>
 
 #include "jukebox/ranking.h"
+#include "ui/support/song_mark.h"
 
 namespace tallow {
 
@@ -18,6 +19,14 @@ inline constexpr int kMinRankPicture = kNeverRanked;
 ///
 /// \param rank kMinRankPicture to kBestRankPicture; other values give an empty icon
 QIcon RankPicture(int rank);
+
+/// Returns the icon of a rank with a mark left of it. The room for the mark is kept without one as
+/// well, so that the icons of all rows are below each other.
+/// \param rank as of RankPicture; of other values only the mark is drawn
+QIcon MarkedRankPicture(int rank, SongMark mark);
+/// The width of an icon of MarkedRankPicture, in pixels.
+/// \param height of the icon, in pixels
+constexpr int WidthWithMark(int height) noexcept { return height + height * 3 / 4; }
 
 /// Returns the text of the icon for screen readers: "rank 7 of 7"; empty if the rank has no icon.
 QString RankPictureText(int rank);

@@ -3,9 +3,11 @@
 
 #include <algorithm>
 
+#include <QFont>
 #include <QGuiApplication>
 #include <QPalette>
 
+#include "app/playing/player_model.h"
 #include "library/cls_main.h"
 #include "ui/support/display_text.h"
 
@@ -28,9 +30,59 @@ QBrush GreyText() {
 
 SongListModel::SongListModel(const Jukebox& jukebox, const clsMain& library, QObject* parent)
     : QAbstractTableModel(parent), jukebox_(jukebox), library_(library) {
-  for (int rank = kMinRankPicture; rank <= kBestRankPicture; ++rank)
-    ranks_[static_cast<std::size_t>(rank)] = RankPicture(rank);
+  ShowMarks(nullptr);
   Refill();
+}
+
+void SongListModel::ShowMarks(const PlayerModel* player) {
+  player_ = player;
+  failed_.clear();
+  for (std::size_t mark = 0; mark < ranks_.size(); ++mark)
+    for (std::size_t rank = 0; rank < ranks_[mark].size(); ++rank)
+      ranks_[mark][rank] = player == nullptr
+                               ? RankPicture(static_cast<int>(rank))
+                               : MarkedRankPicture(static_cast<int>(rank), SongMark(mark));
+  Relabel();
+}
+
+void SongListModel::MarkChanged(std::int32_t song) {
+  const Folder* const shown = jukebox_.selectednode();
+  if (shown == nullptr || song == 0) return;
+  const std::vector<SongEntry>& entries = shown->Items();
+  for (int row = 0; row < rows_; ++row) {
+    const auto place = static_cast<std::size_t>(PlaceOf(row));
+    if (place < entries.size() && entries[place].SubItem() == song) UpdateRow(row);
+  }
+}
+
+void SongListModel::FailuresChanged(int first, int last) {
+  const Folder* const shown = jukebox_.selectednode();
+  if (shown == nullptr || player_ == nullptr) return;
+  const std::vector<SongEntry>& entries = shown->Items();
+  for (int row = std::max(first, 0); row <= std::min(last, rows_ - 1); ++row) {
+    const auto place = static_cast<std::size_t>(PlaceOf(row));
+    if (place >= entries.size()) return;
+    const std::int32_t song = entries[place].SubItem();
+    const bool failed = !player_->FailureOf(song).empty();
+    if (failed != failed_.contains(song)) UpdateRow(row);
+    if (!failed) failed_.erase(song);
+  }
+}
+
+void SongListModel::UpdateRow(int row) {
+  // Cell by cell, because a view repaints everything for a range of cells.
+  for (int column = 0; column < columns_; ++column)
+    emit dataChanged(index(row, column), index(row, column));
+}
+
+SongMark SongListModel::MarkOf(std::int32_t song) const {
+  if (player_ == nullptr) return SongMark::kNone;
+  const Playing& now = player_->Now();
+  if (now.song == song && now.status != kStopped)
+    return now.status == kPaused ? SongMark::kPaused : SongMark::kPlaying;
+  if (player_->FailureOf(song).empty()) return SongMark::kNone;
+  failed_.insert(song);
+  return SongMark::kFailed;
 }
 
 void SongListModel::Refill() {
@@ -91,28 +143,48 @@ QVariant SongListModel::data(const QModelIndex& index, int role) const {
     return {};
   const SongEntry& entry = shown->Items()[static_cast<std::size_t>(place)];
   if (role == Qt::ForegroundRole && library_.IsAway(entry.SubItem())) return GreyText();
-  const auto rank = static_cast<std::size_t>(entry.Icon());
+  if (role == Qt::FontRole && MarkShowsPlaying(MarkOf(entry.SubItem()))) {
+    QFont bold;
+    bold.setBold(true);
+    return bold;
+  }
   if (index.column() == kKey)
     return role == Qt::DisplayRole ? QString::number(entry.SubItem()) : QVariant();
+  return DataOf(entry, role);
+}
+
+QVariant SongListModel::DataOf(const SongEntry& entry, int role) const {
   switch (role) {
     case Qt::DisplayRole:
       return DisplayText(EntryText(entry, library_));
     case Qt::ToolTipRole:
-    case Qt::AccessibleTextRole: {
-      // The rank icon in words, for tooltips and screen readers.
-      const QString text = DisplayText(EntryText(entry, library_));
-      const QString picture = RankPictureText(entry.Icon());
-      const QString ranked = picture.isEmpty() ? text : text + QStringLiteral(", ") + picture;
-      const std::string away = library_.AwayText(entry.SubItem());
-      return away.empty() ? ranked : ranked + QLatin1Char('\n') + DisplayText(away);
+    case Qt::AccessibleTextRole:
+      return TextOf(entry);
+    case Qt::DecorationRole: {
+      const auto rank = static_cast<std::size_t>(entry.Icon());
+      const auto& pictures = ranks_[static_cast<std::size_t>(MarkOf(entry.SubItem()))];
+      return pictures[rank < pictures.size() ? rank : 0];
     }
-    case Qt::DecorationRole:
-      return rank < ranks_.size() ? ranks_[rank] : QIcon();
     case kNameRole:
       return DisplayText(FileNameOf(entry, library_));
     default:
       return {};
   }
+}
+
+QString SongListModel::TextOf(const SongEntry& entry) const {
+  QString text = DisplayText(EntryText(entry, library_));
+  const auto add = [&text](const QString& more, const QString& before) {
+    if (!more.isEmpty()) text += before + more;
+  };
+  const QString comma = QStringLiteral(", ");
+  const QString line = QStringLiteral("\n");
+  const SongMark mark = MarkOf(entry.SubItem());
+  add(RankPictureText(entry.Icon()), comma);
+  if (mark != SongMark::kFailed) add(SongMarkText(mark), comma);
+  if (mark == SongMark::kFailed) add(FailureText(player_->FailureOf(entry.SubItem())), line);
+  add(DisplayText(library_.AwayText(entry.SubItem())), line);
+  return text;
 }
 
 Qt::ItemFlags SongListModel::flags(const QModelIndex& index) const {

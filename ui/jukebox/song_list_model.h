@@ -2,6 +2,8 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
+#include <unordered_set>
 #include <vector>
 
 #include <QAbstractTableModel>
@@ -10,8 +12,11 @@
 
 #include "jukebox/jukebox.h"
 #include "ui/jukebox/rank_picture.h"
+#include "ui/support/song_mark.h"
 
 namespace tallow {
+
+class PlayerModel;
 
 /// The text colour of a song that is away.
 QBrush GreyText();
@@ -42,6 +47,16 @@ class SongListModel : public QAbstractTableModel {
   void Relabel();
   void ChangeHeaders();
 
+  /// Marks what plays, and what could not be played.
+  /// \param player null for no marks; must outlive the model, or the next call
+  void ShowMarks(const PlayerModel* player);
+  /// Call after a song has begun or stopped to play, or to be paused: updates its rows.
+  void MarkChanged(std::int32_t song);
+  /// Call after songs could not be played, or could again: updates the rows whose mark has changed,
+  /// or may have.
+  /// \param first, last the rows that are visible, from 0
+  void FailuresChanged(int first, int last);
+
   /// Returns the index in the folder of the song in a row, both from 0; -1 if there is no such row.
   /// Missing songs that the folder remembers have an index but no row.
   int PlaceOf(int row) const;
@@ -57,11 +72,18 @@ class SongListModel : public QAbstractTableModel {
 
  private:
   void ListPlaces(const std::vector<SongEntry>& entries);
+  void UpdateRow(int row);
+  SongMark MarkOf(std::int32_t song) const;
+  QVariant DataOf(const SongEntry& entry, int role) const;
+  QString TextOf(const SongEntry& entry) const;
 
   const Jukebox& jukebox_;
   const clsMain& library_;
-  std::array<QIcon, kBestRankPicture + 1> ranks_;
-  bool has_hidden_ = false;  ///< whether some songs have no row
+  const PlayerModel* player_ = nullptr;  ///< null for no marks
+  /// The icons of the ranks by mark; other ranks have the index 0.
+  std::array<std::array<QIcon, kBestRankPicture + 1>, kSongMarks> ranks_;
+  mutable std::unordered_set<std::int32_t> failed_;  ///< the songs that were shown as failed
+  bool has_hidden_ = false;                          ///< whether some songs have no row
   std::vector<int> places_;  ///< if has_hidden_, the index in the folder for each row
   int rows_ = 0;             ///< as last reported to the view
   int columns_ = 0;          ///< as last reported to the view

@@ -9,6 +9,7 @@
 #include <QPainter>
 
 #include "ui/jukebox/picture_file.h"
+#include "ui/jukebox/rank_picture.h"
 #include "ui/jukebox/song_list_model.h"
 #include "ui/support/qt_path.h"
 
@@ -47,14 +48,18 @@ SongListView::SongListView(SongListModel& songs, QWidget* parent)
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   const int text_height = parent->fontMetrics().height();
   verticalHeader()->setDefaultSectionSize(text_height + kRowPadding);
-  const int picture = std::max(kMinPicture, text_height);
-  setIconSize(QSize(picture, picture));
+  ShowMarks(false);
   horizontalHeader()->setHighlightSections(false);
   horizontalHeader()->setSectionsClickable(true);
   horizontalHeader()->setStretchLastSection(false);
   setDragEnabled(true);
   setAcceptDrops(true);
   setDropIndicatorShown(false);
+}
+
+void SongListView::ShowMarks(bool on) {
+  const int picture = std::max(kMinPicture, parentWidget()->fontMetrics().height());
+  setIconSize(QSize(on ? WidthWithMark(picture) : picture, picture));
 }
 
 void SongListView::ChangeHeaders() {
@@ -150,11 +155,14 @@ int SongListView::FindRow(const QString& beginning, int from, int role) const {
   return -1;
 }
 
+bool SongListView::IsTyping() const {
+  return since_typed_.isValid() && !since_typed_.hasExpired(QApplication::keyboardInputInterval());
+}
+
 void SongListView::keyboardSearch(const QString& search) {
   const int rows = model()->rowCount();
   if (rows == 0 || search.isEmpty()) return;
-  if (!since_typed_.isValid() || since_typed_.hasExpired(QApplication::keyboardInputInterval()))
-    typed_.clear();
+  if (!IsTyping()) typed_.clear();
   since_typed_.start();
   typed_ += search;
   // Typing the same letter repeatedly moves from song to song.

@@ -45,6 +45,11 @@ class SongListView : public QTableView {
   QItemSelection RangesOf(const std::vector<int>& rows) const;
 
   void keyboardSearch(const QString& search) override;
+  /// Whether the user is typing a name: the next letter continues it.
+  bool IsTyping() const;
+
+  /// Makes room for marks left of the rank icons, or removes it.
+  void ShowMarks(bool on);
 
  signals:
   /// The user has started to drag the selected rows. The receiver runs the drag before it returns.

@@ -80,6 +80,12 @@ void ExplorerEdits::AddFolder(Folder* parent) {
   tree_.EditText(*folder);
 }
 
+void ExplorerEdits::AddFolderOf(std::string_view text, const std::vector<SongEntry>& songs) {
+  const Folder& folder = edits_.AddFolderOf(text, songs);
+  tree_.SelectFolder(folder);
+  tree_.EditText(folder);
+}
+
 bool ExplorerEdits::Rename(Folder& folder, std::string_view text) {
   const std::int32_t index = folder.Index();
   const bool renamed = edits_.Rename(folder, text);

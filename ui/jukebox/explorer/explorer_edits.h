@@ -48,6 +48,9 @@ class ExplorerEdits : public QObject {
   /// Adds a folder "New Folder" and starts its renaming by the user.
   /// \param parent null for the top level
   void AddFolder(Folder* parent);
+  /// Adds a folder with songs at the end of the top level, shows it and starts its renaming by the
+  /// user.
+  void AddFolderOf(std::string_view text, const std::vector<SongEntry>& songs);
   /// See JukeboxEdits::Rename.
   bool Rename(Folder& folder, std::string_view text);
   /// Moves a folder with its subfolders to the end of the top level. Has no effect on a folder that

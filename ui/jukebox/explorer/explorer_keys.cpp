@@ -6,6 +6,7 @@
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 
+#include "library/cls_main.h"
 #include "ui/jukebox/folder_tree_view.h"
 #include "ui/jukebox/song_list_view.h"
 
@@ -19,7 +20,8 @@ Qt::KeyboardModifiers ModifiersOf(const QKeyEvent& key) {
 
 }  // namespace
 
-ExplorerKeys::ExplorerKeys(FolderTreeView& tree, SongListView& list) : tree_(tree), list_(list) {
+ExplorerKeys::ExplorerKeys(const clsMain& library, FolderTreeView& tree, SongListView& list)
+    : library_(library), tree_(tree), list_(list) {
   tree.installEventFilter(this);
   list.installEventFilter(this);
 }
@@ -77,6 +79,12 @@ bool ExplorerKeys::ListKeyPressed(const QKeyEvent& key) {
       if (ModifiersOf(key) != Qt::NoModifier) return false;
       if (list_.currentIndex().isValid() && !key.isAutoRepeat())
         emit OpenKey(list_.currentIndex().row());
+      return true;
+    case Qt::Key_Space:
+      // While a name is being typed, the blank belongs to it.
+      if (!library_.Switches().plays_on || ModifiersOf(key) != Qt::NoModifier || list_.IsTyping())
+        return false;
+      if (!key.isAutoRepeat()) emit PauseKey();
       return true;
     case Qt::Key_Home:
     case Qt::Key_End:

@@ -11,6 +11,7 @@ namespace tallow {
 
 class FolderTreeView;
 class SongListView;
+class clsMain;
 
 /// The keys of the explorer control, in both panes. Inside the frame window, whose menus have the
 /// same shortcuts, the menus get those first.
@@ -18,8 +19,8 @@ class ExplorerKeys : public QObject {
   Q_OBJECT
 
  public:
-  /// \param tree, list must outlive this object
-  ExplorerKeys(FolderTreeView& tree, SongListView& list);
+  /// \param library, tree, list must outlive this object
+  ExplorerKeys(const clsMain& library, FolderTreeView& tree, SongListView& list);
 
  signals:
   /// The key of a command of a pop-up menu.
@@ -34,6 +35,8 @@ class ExplorerKeys : public QObject {
   /// The key that opens a song.
   /// \param row the row of the list, from 0
   void OpenKey(int row);
+  /// The key that pauses what plays, and lets it go on. Only with the switch plays_on.
+  void PauseKey();
 
  private:
   bool eventFilter(QObject* watched, QEvent* event) override;
@@ -42,6 +45,7 @@ class ExplorerKeys : public QObject {
   bool EditKeyPressed(const QKeyEvent& key, PopUpPane pane);
   bool ListKeyPressed(const QKeyEvent& key);
 
+  const clsMain& library_;
   FolderTreeView& tree_;
   SongListView& list_;
 };

@@ -48,6 +48,14 @@ std::vector<int> ShownSongs::Selected() const {
   return rows;
 }
 
+int ShownSongs::Chosen() const {
+  const QItemSelectionModel& selection = *view_.selectionModel();
+  if (selection.isSelected(selection.currentIndex()))
+    return model_.PlaceOf(selection.currentIndex().row());
+  const std::vector<int> selected = Selected();
+  return selected.empty() ? -1 : selected.front();
+}
+
 int ShownSongs::Select(Entry entry) {
   const Folder* const folder = jukebox_.selectednode();
   if (folder == nullptr) return -1;

@@ -1,0 +1,126 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/playing_lists.h"
+
+#include <string_view>
+#include <utility>
+
+#include <QMdiSubWindow>
+
+#include "app/playing/playing_preferences.h"
+#include "app/tallow.h"
+#include "ui/frame/bring_to_front.h"
+#include "ui/frame/frame_messages.h"
+#include "ui/frame/jukebox_area.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+
+namespace tallow {
+namespace {
+
+/// The top-level folder of a jukebox that has all its songs.
+constexpr std::string_view kAllSongs = "All Songs";
+
+}  // namespace
+
+PlayingLists::PlayingLists(Tallow& tallow, JukeboxArea& jukeboxes, FrameMessages& messages,
+                           PlayerModel& player, PlayListCommands commands)
+    : tallow_(tallow),
+      jukeboxes_(jukeboxes),
+      messages_(messages),
+      player_(player),
+      commands_(std::move(commands)) {}
+
+PlayingLists::~PlayingLists() {
+  // The windows are destroyed after the player.
+  for (const QPointer<frmMain>& window : windows_)
+    if (window != nullptr) window->SetPlayer(nullptr);
+}
+
+void PlayingLists::Follow(frmMain& window) {
+  std::erase_if(windows_, [](const QPointer<frmMain>& other) { return other == nullptr; });
+  windows_.emplace_back(&window);
+  window.SetPlayer(&player_);
+  window.ShowMarks(PlayingPreferences(tallow_.preferences).ShowsMarks());
+  connect(&window, &frmMain::PlaySongs, this,
+          [this](std::vector<std::int32_t> songs, SongsOrigin origin) {
+            commands_.play(std::move(songs), origin);
+          });
+  connect(&window, &frmMain::PlayFromHere, this,
+          [this](std::vector<std::int32_t> songs, std::size_t chosen, SongsOrigin origin) {
+            commands_.play_from_here(std::move(songs), chosen, origin);
+          });
+  connect(&window, &frmMain::PlayNext, this,
+          [this](std::vector<std::int32_t> songs, SongsOrigin origin) {
+            commands_.play_next(std::move(songs), origin);
+          });
+  connect(&window, &frmMain::AddToQueue, this,
+          [this](std::vector<std::int32_t> songs, SongsOrigin origin) {
+            commands_.add_to_queue(std::move(songs), origin);
+          });
+  connect(&window, &frmMain::PlayOrPause, this, [this] { player_.PlayOrPause(); });
+}
+
+void PlayingLists::FollowPreferences() {
+  const bool on = PlayingPreferences(tallow_.preferences).ShowsMarks();
+  for (const QPointer<frmMain>& window : windows_)
+    if (window != nullptr) window->ShowMarks(on);
+}
+
+void PlayingLists::ShowPlayingSong() {
+  const Playing now = player_.Now();
+  if (now.song == 0)
+    return messages_.ShowStatus(now.status == kStopped
+                                    ? "No song plays."
+                                    : "Tallow does not know the song that plays: the player's list "
+                                      "is not the one that Tallow has handed over.");
+  const Place place = FindPlace(now.song, now.origin);
+  if (place.window == nullptr)
+    return messages_.ShowStatus(
+        "No open jukebox has the song that plays. Open its jukebox, and try again.");
+  if (auto* const sub = qobject_cast<QMdiSubWindow*>(place.window->parentWidget()))
+    BringToFront(jukeboxes_.Area(), *sub);
+  PVExplorer& explorer = place.window->PVExplorer1();
+  if (explorer.SelectSong(*place.folder, place.row) < 0)
+    return messages_.ShowStatus("The file of the song that plays is missing.");
+  explorer.GrabFocus(true);
+}
+
+PlayingLists::Place PlayingLists::FindPlace(std::int32_t song, SongsOrigin origin) const {
+  std::vector<frmMain*> windows;
+  // The jukebox may have been closed, so it is looked for by its address.
+  for (const Jukebox* const jukebox : jukeboxes_.Open()) {
+    frmMain* const window = jukeboxes_.WindowOf(*jukebox);
+    if (jukebox != origin.jukebox) {
+      windows.push_back(window);
+      continue;
+    }
+    windows.insert(windows.begin(), window);
+    const Place place = PlaceIn(window, jukebox->Nodes().FindKey(origin.folder), song);
+    if (place.window != nullptr) return place;
+  }
+  if (frmMain* const active = jukeboxes_.ActiveWindow();
+      active != nullptr && (windows.empty() || &windows.front()->Jukebox() != origin.jukebox))
+    windows.insert(windows.begin(), active);
+  for (frmMain* const window : windows) {
+    const Place place = PlaceInAllSongs(window, song);
+    if (place.window != nullptr) return place;
+  }
+  return {};
+}
+
+PlayingLists::Place PlayingLists::PlaceInAllSongs(frmMain* window, std::int32_t song) const {
+  return PlaceIn(window, window->Jukebox().Nodes().Find(kAllSongs), song);
+}
+
+PlayingLists::Place PlayingLists::PlaceIn(frmMain* window, const Folder* folder,
+                                          std::int32_t song) const {
+  if (folder == nullptr || tallow_.library.IsHidden(song)) return {};
+  int row = 0;
+  for (const SongEntry& entry : folder->Items()) {
+    if (entry.SubItem() == song) return {window, folder, row};
+    ++row;
+  }
+  return {};
+}
+
+}  // namespace tallow
