@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <limits>
 #include <nlohmann/json.hpp>
 #include <string_view>
 #include <utility>

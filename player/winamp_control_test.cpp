@@ -7,6 +7,7 @@
 #include "player/player_messages.h"
 #include "tests/recorded_link.h"
 #include "tests/recorded_messages.h"
+#include "tests/tallow_player_stand_in.h"
 
 namespace tallow {
 namespace {
@@ -168,6 +169,42 @@ TEST_F(WinampControl, TheVersionIsReadFromHexadecimalDigits) {
   }
 }
 
+TEST_F(WinampControl, TheListsLengthAndPlaceAreReturnedUnchanged) {
+  link.answers["1024 0 124"] = 17;
+  link.answers["1024 0 125"] = 16;
+  EXPECT_EQ(SentBy([&] { EXPECT_EQ(player.GetListLength(), 17); }), Texts{"1024 0 124"});
+  EXPECT_EQ(SentBy([&] { EXPECT_EQ(player.GetListPlace(), 16); }), Texts{"1024 0 125"});
+}
+
+TEST_F(WinampControl, APlaceIsSetFrom0On) {
+  EXPECT_EQ(SentBy([&] { player.SetListPlace(0); }), Texts{"1024 0 121"});
+  EXPECT_EQ(SentBy([&] { player.SetListPlace(99'999); }), Texts{"1024 99999 121"});
+  EXPECT_EQ(SentBy([&] { player.SetListPlace(-1); }), Texts{});
+}
+
+TEST_F(WinampControl, ShuffleAndRepeatAreAskedAndSet) {
+  for (const int on : {0, 1}) {
+    link.answers["1024 0 250"] = on;
+    link.answers["1024 0 251"] = on;
+    const std::string set = "1024 " + std::to_string(on) + " ";
+    EXPECT_EQ(SentBy([&] { EXPECT_EQ(player.IsShuffled(), on == 1); }), Texts{"1024 0 250"});
+    EXPECT_EQ(SentBy([&] { EXPECT_EQ(player.IsRepeated(), on == 1); }), Texts{"1024 0 251"});
+    EXPECT_EQ(SentBy([&] { player.SetShuffle(on == 1); }), Texts{set + "252"});
+    EXPECT_EQ(SentBy([&] { player.SetRepeat(on == 1); }), Texts{set + "253"});
+  }
+}
+
+TEST_F(WinampControl, TheKindIsThatOfThePlayerThatWasFound) {
+  EXPECT_EQ(player.Kind(), PlayerKind::kWinamp);
+  TallowPlayerStandIn own_link;
+  WinAMP_Control own{own_link, [this] { return path; }, messages.Shower()};
+  EXPECT_EQ(own.Kind(), PlayerKind::kWinamp);
+  own.FindWinamp();
+  EXPECT_EQ(own.Kind(), PlayerKind::kTallowPlayer);
+  EXPECT_EQ(own.Program(), path);
+  EXPECT_TRUE(own.OwnPlayer().State());
+}
+
 TEST_F(WinampControl, WithoutAWindowEveryOperationLooksForItAndShowsAMessage) {
   link.found = 0;
   const std::pair<const char*, std::function<void()>> operations[] = {
@@ -181,6 +218,13 @@ TEST_F(WinampControl, WithoutAWindowEveryOperationLooksForItAndShowsAMessage) {
       {"volume", [&] { player.SetVolume(1); }},
       {"volume out of range", [&] { player.SetVolume(256); }},
       {"balance", [&] { player.SetBalance(1); }},
+      {"list length", [&] { EXPECT_EQ(player.GetListLength(), 0); }},
+      {"list place", [&] { EXPECT_EQ(player.GetListPlace(), 0); }},
+      {"set place", [&] { player.SetListPlace(1); }},
+      {"shuffle", [&] { EXPECT_FALSE(player.IsShuffled()); }},
+      {"set shuffle", [&] { player.SetShuffle(true); }},
+      {"repeat", [&] { EXPECT_FALSE(player.IsRepeated()); }},
+      {"set repeat", [&] { player.SetRepeat(true); }},
       {"version", [&] { EXPECT_EQ(player.GetWinampVersion(), ""); }},
   };
   for (const auto& [name, operation] : operations) {
