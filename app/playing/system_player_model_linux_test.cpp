@@ -60,12 +60,12 @@ class ModelAndPlayer : public RealPlayer {
 };
 
 TEST_F(ModelAndPlayer, ShowsWhatPlaysAndWhatIsToCome) {
-  HandOver({1, 2, 3}, {.first = 1});
+  HandOver({1, 2, 3}, {.first = 1, .origin = {}});
   EXPECT_TRUE(Plays(2));
   EXPECT_EQ(model->SongsOfQueue(), Songs{3});
   EXPECT_TRUE(Becomes([](const Playing& now) { return now.length == 60; }));
-  HandOver({1}, {.to = HandOverTo::kPlayNext});
-  HandOver({2}, {.to = HandOverTo::kAtEnd});
+  HandOver({1}, {.to = HandOverTo::kPlayNext, .origin = {}});
+  HandOver({2}, {.to = HandOverTo::kAtEnd, .origin = {}});
   EXPECT_EQ(model->SongsOfQueue(), (Songs{1, 3, 2}));
   const std::uint64_t moved[] = {model->QueueAt(2).entry};
   model->MoveInQueue(moved, model->QueueAt(0).entry);

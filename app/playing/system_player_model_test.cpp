@@ -208,7 +208,7 @@ TEST_F(ModelOfOwnPlayer, AnotherPlayersEntriesAreNotThoseOfTheFirst) {
 }
 
 TEST_F(ModelOfOwnPlayer, PlayFromHereHasTheWholeFolderAndStartsAtTheSong) {
-  HandOver({1, 2, 3, 4}, {.first = 2});
+  HandOver({1, 2, 3, 4}, {.first = 2, .origin = {}});
   EXPECT_EQ(model->Now().song, 3);
   EXPECT_EQ(Queue(), Songs{4});
   EXPECT_EQ(link.Paths(), (Texts{PathOf(1), PathOf(2), PathOf(3), PathOf(4)}));
@@ -219,9 +219,9 @@ TEST_F(ModelOfOwnPlayer, PlayFromHereHasTheWholeFolderAndStartsAtTheSong) {
 
 TEST_F(ModelOfOwnPlayer, PlayNextGoesBehindEarlierOnesAndAddToQueueToTheEnd) {
   HandOver({1, 2});
-  HandOver({3}, {.to = HandOverTo::kPlayNext});
-  HandOver({4, 5}, {.to = HandOverTo::kPlayNext});
-  HandOver({6}, {.to = HandOverTo::kAtEnd});
+  HandOver({3}, {.to = HandOverTo::kPlayNext, .origin = {}});
+  HandOver({4, 5}, {.to = HandOverTo::kPlayNext, .origin = {}});
+  HandOver({6}, {.to = HandOverTo::kAtEnd, .origin = {}});
   EXPECT_EQ(model->Now().song, 1);
   EXPECT_EQ(Queue(), (Songs{3, 4, 5, 2, 6}));
   EXPECT_EQ(model->SongsOfQueue(), Queue());
@@ -231,16 +231,16 @@ TEST_F(ModelOfOwnPlayer, PlayNextGoesBehindEarlierOnesAndAddToQueueToTheEnd) {
 }
 
 TEST_F(ModelOfOwnPlayer, WithNothingToPlayTheyPlay) {
-  HandOver({1}, {.to = HandOverTo::kPlayNext});
+  HandOver({1}, {.to = HandOverTo::kPlayNext, .origin = {}});
   EXPECT_EQ(model->Now().song, 1);
   // The list was played to its end.
   link.status = kStopped;
-  HandOver({2, 3}, {.to = HandOverTo::kAtEnd});
+  HandOver({2, 3}, {.to = HandOverTo::kAtEnd, .origin = {}});
   EXPECT_EQ(model->Now().song, 2);
   EXPECT_EQ(Queue(), Songs{3});
   // The user has stopped in the middle.
   link.status = kStopped;
-  HandOver({4}, {.to = HandOverTo::kAtEnd});
+  HandOver({4}, {.to = HandOverTo::kAtEnd, .origin = {}});
   EXPECT_EQ(model->Now().status, kStopped);
   EXPECT_EQ(Queue(), (Songs{3, 4}));
 }
@@ -533,11 +533,11 @@ TEST_F(ModelOfWinamp, AListOfAnotherLengthMarksNothing) {
 }
 
 TEST_F(ModelOfWinamp, PlayFromHereAndAddToQueueAppend) {
-  HandOver({1, 2, 3, 4}, {.first = 2});
+  HandOver({1, 2, 3, 4}, {.first = 2, .origin = {}});
   PlaysAt(0);
   EXPECT_EQ(model->Now().song, 3);
   EXPECT_EQ(Queue(), (Songs{4, 1, 2}));
-  HandOver({5}, {.to = HandOverTo::kAtEnd});
+  HandOver({5}, {.to = HandOverTo::kAtEnd, .origin = {}});
   PlaysAt(0);
   EXPECT_EQ(Queue(), (Songs{4, 1, 2, 5}));
   EXPECT_EQ(model->SongsOfQueue(), (Songs{4, 1, 2, 5}));
