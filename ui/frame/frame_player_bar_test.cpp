@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <QMenu>
-#include <QSettings>
 #include <QStatusBar>
 #include <QTest>
 #include <QToolBar>

@@ -13,7 +13,6 @@
 #include <QImageReader>
 
 #include "util/detached_threads.h"
-#include "util/idle_wait.h"
 
 namespace tallow {
 namespace {

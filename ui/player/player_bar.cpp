@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/player_bar.h"
 
-#include <algorithm>
 #include <utility>
 
 #include <QApplication>

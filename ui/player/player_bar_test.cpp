@@ -2,11 +2,9 @@
 #include "ui/player/player_bar.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include <QAction>
