@@ -9,16 +9,19 @@
 #
 #   ./bench.sh            20,000 and 100,000 files
 #   ./bench.sh --million  1,000,000 files too (needs about 8 GB of disk)
+#   ./bench.sh --long     50,000 changes of the track with random commands too (about ten minutes)
 #   ./bench.sh --windows  the Windows program under Wine against the Linux program, 20,000 files
 set -euo pipefail
 cd "$(dirname "$0")"
 
 sizes=(20000 100000)
+long=
 case "${1:-}" in
   "") ;;
   --million) sizes+=(1000000) ;;
+  --long) long=1 ;;
   --windows) exec benchmarks/windows.sh ;;
-  *) echo "Usage: ./bench.sh [--million|--windows]" >&2; exit 2 ;;
+  *) echo "Usage: ./bench.sh [--million|--long|--windows]" >&2; exit 2 ;;
 esac
 
 packaging/install-dependencies.sh run demo bench
@@ -233,15 +236,31 @@ done
 # The player is this script, which starts tallow-player without sound.
 printf '#!/bin/sh\nexec "%s/tallow-player" --silent "$@"\n' "$PWD/$programs" > "$folder/player"
 chmod +x "$folder/player"
-hand_off=("$programs/tallow_hand_off_benchmark" "$PWD/$folder/player" "$PWD/$folder/music-20000" 10000)
 echo
-echo "Handing 10000 songs to the player; floor: checking each file and one message round trip"
-read -r _ floor _ < <(best 3 floor "${hand_off[@]}")
-row 10000 floor "$floor" 1.00 "" ""
-for what in hand_off start_and_hand_off; do
-  read -r _ seconds _ < <(best 3 $what "${hand_off[@]}")
-  row 10000 "${what//_/ }" "$seconds" "$(divide "$seconds" "$floor")" "" "goal: below 1 s"
+echo "Handing songs to the player; floor: checking each file and one message round trip"
+for size in 10000 100000; do
+  hand_off=("$programs/tallow_hand_off_benchmark" "$PWD/$folder/player" "$PWD/$folder/music-$size" "$size")
+  if [ "$size" = 10000 ]; then hand_off[2]=$PWD/$folder/music-20000; fi
+  # Each figure is the best of three runs.
+  figures=$(for _ in 1 2 3; do "${hand_off[@]}"; done)
+  smallest() { awk -v w="$1" '$1 == w && (n++ == 0 || $2 < s) { s = $2 } END { print s }' <<< "$figures"; }
+  floor=$(smallest floor)
+  row "$size" floor "$floor" 1.00 "" ""
+  for what in hand_off start_and_hand_off; do
+    seconds=$(smallest $what)
+    row "$size" "${what//_/ }" "$seconds" "$(divide "$seconds" "$floor")" 2.0 ""
+    seconds=$(smallest longest_$what)
+    row "$size" "- longest stop" "$seconds" "$(divide "$seconds" 0.05)" 1.0 "ratio to 50 ms without window events"
+    seconds=$(smallest sound_$what)
+    row "$size" "- first sound" "$seconds" "$(divide "$seconds" 0.3)" 1.0 "ratio to 0.3 s"
+  done
 done
+
+if [ -n "$long" ]; then
+  echo
+  echo "50000 changes of the track with random commands from three clients; goal: at most 5120 KiB of growth"
+  "$programs/player_soak" "$programs/tallow-player" 50000
+fi
 
 echo
 echo "Sorting 100000 rows (argument: the column), against std::sort of the same keys; goal: 3.0"

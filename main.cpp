@@ -111,7 +111,7 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
     // No question can be asked now; the next start asks.
     frame.KeepUnsavedChanges();
     // The music must not play on after the program that controls it has ended.
-    frame.ClosePlayerPanel();
+    frame.Player().End();
     // Not quit(): it would close the windows, and they would ask about unsaved changes.
     QApplication::exit();
   };
@@ -123,6 +123,7 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   QApplication::setQuitOnLastWindowClosed(true);
   frame.Findings().FindSizes();
   frame.Details().Start();
+  frame.Player().RestoreQueue();
   if (!line.files.empty()) frame.OpenFiles(line.files);
   // A request to end that arrived while the files were opened found no event loop to quit.
   const int code = tallow.is_shutting_down ? 0 : QApplication::exec();

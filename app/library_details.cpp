@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/library_details.h"
 
+#include <atomic>
 #include <mutex>
 #include <utility>
 
@@ -20,12 +21,16 @@ struct LibraryDetails::Stored {
 
   /// The store, opened by the first call.
   DetailsStore& Store() {
-    std::call_once(was_opened, [this] { store.Open(path); });
+    std::call_once(was_opened, [this] {
+      store.Open(path);
+      is_open = true;
+    });
     return store;
   }
 
   const std::string path;
   std::once_flag was_opened;
+  std::atomic<bool> is_open = false;
   DetailsStore store;
 };
 
@@ -47,6 +52,11 @@ ReadTags LibraryDetails::TagReader() const {
         if (auto details = store.Find(path, *stamp)) return std::move(details->tags);
     return children ? children->Read(path) : ReadSongTags(path);
   };
+}
+
+std::optional<SongTags> LibraryDetails::TagsOf(const std::string& path) const {
+  if (!stored_->is_open) return std::nullopt;
+  return stored_->store.TagsOf(path);
 }
 
 std::function<std::string(const std::string& path, const std::function<bool()>& stopped)>

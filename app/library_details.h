@@ -14,6 +14,7 @@
 #include "app/remaining_time.h"
 #include "details/child_reader.h"
 #include "details/details_filler.h"
+#include "details/song_tags.h"
 #include "jukebox/filing_tags.h"
 
 namespace tallow {
@@ -44,6 +45,10 @@ class LibraryDetails {
   /// on several threads at once, and after this object is destroyed. The children run until it and
   /// its copies are destroyed.
   ReadTags TagReader() const;
+
+  /// The tags that are stored for a file; no value when its details were not read yet, or the
+  /// database was not used yet. Does not ask the disk for the file.
+  std::optional<SongTags> TagsOf(const std::string& path) const;
 
   /// The function that reads the cover of a song, see tallow::ReadCover. It may be called after
   /// this object is destroyed.

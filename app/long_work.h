@@ -32,6 +32,7 @@ inline constexpr std::string_view kFilingSongs = "Filing songs  . . . ";
 inline constexpr std::string_view kAddingFiles = "Adding files  . . . ";
 inline constexpr std::string_view kAddingFolder = "Adding the folder  . . . ";
 inline constexpr std::string_view kLookingForSongs = "Looking for the songs  . . . ";
+inline constexpr std::string_view kStartingPlayer = "Starting the player  . . . ";
 inline constexpr std::string_view kHandingOver = "Handing songs to the player  . . . ";
 
 }  // namespace tallow

@@ -5,9 +5,9 @@
 #include <optional>
 #include <utility>
 
+#include "app/playing/follow_returned_songs.h"
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
-#include "jukebox/returned_songs.h"
 #include "jukebox/sorting.h"
 #include "library/song_formats.h"
 
@@ -142,7 +142,7 @@ class Search {
 
   void FileSongsFrom(std::int32_t before) {
     // Songs that came back are in jukebox folders already; they are not filed as new songs.
-    RenumberReturnedSongs(library_.TakeReturned(), windows_.OpenJukeboxes(), tallow_.clipboard);
+    FollowReturnedSongs(library_.TakeReturned(), windows_.OpenJukeboxes(), tallow_);
     const std::optional<std::string> caption = CaptionToFile();
     // A song that was away when its jukebox was opened has not been filed yet.
     const bool has_new = library_.UBoundOfMp3Array() > before || AwaySongs() < away_before_ ||

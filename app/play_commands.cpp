@@ -53,29 +53,36 @@ void PlayCommands::OfferInstaller() {
                  .icon = MessageIcon::kCritical});
 }
 
-void PlayCommands::Play(std::vector<std::int32_t> songs, const std::function<void()>& search) {
+void PlayCommands::Play(std::vector<std::int32_t> songs, const PlayOrder& order,
+                        const std::function<void()>& search) {
   if (!CheckPlayer(search)) return;
-  const std::string away = LeaveOutAway(songs);
+  PlayOrder now = order;
+  const std::string away = LeaveOutAway(songs, now.first);
   if (!away.empty()) windows_.ShowStatus(away);
   if (songs.empty()) return;
   tallow_.SongsToPlay = std::move(songs);
+  tallow_.play_order = now;
   windows_.PlayOnPanel();
 }
 
-std::string PlayCommands::LeaveOutAway(std::vector<std::int32_t>& songs) {
+std::string PlayCommands::LeaveOutAway(std::vector<std::int32_t>& songs, std::size_t& first_song) {
   const clsMain& library = tallow_.library;
   std::vector<char> is_there;
   if (!CheckSongs(songs, is_there)) {
     songs.clear();
     return "Nothing was played: the search for the songs was cancelled";
   }
+  const std::size_t chosen = first_song;
   std::string first;
   std::size_t k = 0;
   const auto left_out = std::erase_if(songs, [&](std::int32_t song) {
     if (is_there[k++]) return false;
     if (first.empty()) first = library.AwayText(song);
+    if (k <= chosen) --first_song;
     return true;
   });
+  // Neither the chosen song nor one behind it is there.
+  if (first_song >= songs.size()) songs.clear();
   if (left_out == 0) return {};
   if (left_out == 1) return "1 song was not played: " + first;
   return std::to_string(left_out) + " songs were not played. The first: " + first;

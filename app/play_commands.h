@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "app/playing/play_order.h"
 #include "app/window_interfaces.h"
 
 namespace tallow {
@@ -21,8 +24,8 @@ class PlayWindows : public JukeboxWindows {
   virtual void ShowStatus(const std::string& text) = 0;
   /// A disabled frame window accepts neither clicks nor keys.
   virtual void EnableFrame(bool enabled) = 0;
-  /// Shows the player panel and passes it the songs in SongsToPlay. A panel that has to be opened
-  /// first plays the songs as it opens.
+  /// Plays the songs in SongsToPlay as Tallow::play_order says: on the player panel, which is opened
+  /// if it is not there, or without it while the player bar is on.
   virtual void PlayOnPanel() = 0;
   /// Starts a program in a normal window.
   virtual bool Start(const std::string& program) = 0;
@@ -41,15 +44,24 @@ class PlayCommands {
   bool CheckPlayer(const std::function<void()>& search);
 
   /// Plays songs in the given order; does nothing when there are none. Songs that are away are
-  /// checked again, and left out when they are still away.
+  /// checked again, and left out when they are still away. In place of the song to play first, the
+  /// next one plays then.
   /// \param songs  record numbers
+  /// \param order  where they go, and which one plays first
   /// \param search see CheckPlayer
-  void Play(std::vector<std::int32_t> songs, const std::function<void()>& search);
+  void Play(std::vector<std::int32_t> songs, const PlayOrder& order,
+            const std::function<void()>& search);
+  /// Plays the first song, and then the others.
+  void Play(std::vector<std::int32_t> songs, const std::function<void()>& search) {
+    Play(std::move(songs), {}, search);
+  }
 
  private:
   void SearchForPlayer(const std::function<void()>& search);
   void OfferInstaller();
-  std::string LeaveOutAway(std::vector<std::int32_t>& songs);
+  /// \param first_song index of the song to play first; becomes that in the remaining songs, which
+  ///                   are none when neither it nor a later one is there
+  std::string LeaveOutAway(std::vector<std::int32_t>& songs, std::size_t& first_song);
   bool CheckSongs(const std::vector<std::int32_t>& songs, std::vector<char>& is_there);
 
   Tallow& tallow_;

@@ -37,6 +37,22 @@ TEST_F(SystemTest, AMissingPlayerIsSearchedAndItsPathReplaced) {
   EXPECT_EQ(saved.LocOfWinAmpExe(), FindPlayerNearby());
 }
 
+TEST_F(SystemTest, WithAPlayerNearbyNoStartSearchesDrivesForAnother) {
+  Start();
+  for (const std::string& stored : {std::string(), music / "gone/tallow-player"}) {
+    tallow->settings.LocOfWinAmpExe(stored);
+    tallow->SaveSettings();
+    windows.emplace();
+    tallow.emplace(application.path());
+    const std::string beside = application.File("beside");
+    System with(*tallow, drives, *windows, [&] { return beside; });
+    EXPECT_TRUE(with.Main(runtime_file));
+    EXPECT_EQ(windows->progress.status, Texts{"Found WinAmp!!"});
+    EXPECT_EQ(tallow->player_path, beside);
+    EXPECT_FALSE(tallow->player_search_is_pending);
+  }
+}
+
 TEST_F(SystemTest, ADeletedJukeboxGivesTheSampleAndKeepsTheRecentList) {
   Start();
   tallow->settings.LocOfLastSavedJukeBox("older.juk");

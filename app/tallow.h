@@ -9,6 +9,8 @@
 #include "app/cls_ini.h"
 #include "app/library_details.h"
 #include "app/open_jukeboxes.h"
+#include "app/playing/handed_over_songs.h"
+#include "app/playing/play_order.h"
 #include "app/preferences.h"
 #include "jukebox/jukebox_clipboard.h"
 #include "jukebox/unsaved_jukeboxes.h"
@@ -79,6 +81,10 @@ class Tallow {
   bool is_shutting_down = false;
   /// Record numbers of the songs to hand to the player, in play order.
   std::vector<std::int32_t> SongsToPlay;
+  /// How they are played.
+  PlayOrder play_order;
+  /// What the player has.
+  HandedOverSongs handed_over;
   /// How many times a folder was shown, in any jukebox.
   std::int64_t folder_changes = 0;
   /// Drives were given on the command line, and are the only places that are searched.

@@ -43,6 +43,9 @@ constexpr const char* kFind =
     "SELECT failed, found, title, artist, album_artist, album, date, genre, disc, track, comment,"
     " length_ms, bit_rate, sample_rate, format, id3v1 FROM song"
     " WHERE path = ?1 AND size = ?2 AND modified = ?3";
+constexpr const char* kFindTags =
+    "SELECT failed, found, title, artist, album_artist, album, date, genre, disc, track, comment,"
+    " length_ms, bit_rate, sample_rate, format, id3v1 FROM song WHERE path = ?1";
 constexpr const char* kPut =
     "INSERT OR REPLACE INTO song VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13,"
     " ?14, ?15, ?16, ?17, ?18, ?19)";
@@ -148,11 +151,13 @@ struct DetailsStore::Opened {
     database.Execute(kSettings);
     if (VersionOf(database) != kSchemaVersion && !database.IsReadOnly()) database.Execute(kCreate);
     find.emplace(database.get(), kFind);
+    find_tags.emplace(database.get(), kFindTags);
     put.emplace(database.get(), kPut);
   }
 
   Database database;
   std::optional<Statement> find;
+  std::optional<Statement> find_tags;
   std::optional<Statement> put;
 };
 
@@ -235,6 +240,22 @@ std::optional<SongDetails> DetailsStore::Find(const std::string& path, const Fil
     SongDetails details = DetailsOf(find, stamp);
     find.Reset();
     return details;
+  } catch (const DatabaseError& error) {
+    HandleLocked(error);
+    return std::nullopt;
+  }
+}
+
+std::optional<SongTags> DetailsStore::TagsOf(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  if (opened_ == nullptr) return std::nullopt;
+  try {
+    Statement& find = *opened_->find_tags;
+    find.BindBytes(0, path);
+    if (!find.Step()) return std::nullopt;
+    SongDetails details = DetailsOf(find, {});
+    find.Reset();
+    return std::move(details.tags);
   } catch (const DatabaseError& error) {
     HandleLocked(error);
     return std::nullopt;

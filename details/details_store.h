@@ -61,6 +61,10 @@ class DetailsStore {
   /// The details of a song; no value when they are not stored, or the file has changed since.
   std::optional<SongDetails> Find(const std::string& path, const FileStamp& stamp);
 
+  /// The tags that were stored last for a path, even if the file has changed since; no value when
+  /// none are stored. Does not ask the disk for the file.
+  std::optional<SongTags> TagsOf(const std::string& path);
+
   /// Whether no details are stored.
   bool IsEmpty();
 

@@ -27,7 +27,7 @@ processes+=("$program")
 opened=false
 for _ in $(seq 600); do
   # Identifies the frame window by its width; the splash window is narrower.
-  for window in $(xdotool search --onlyvisible --name '^Tallow' 2> /dev/null); do
+  for window in $(xdotool search --onlyvisible --name '(^| - )Tallow' 2> /dev/null); do
     eval "$(xdotool getwindowgeometry --shell "$window" 2> /dev/null || echo WIDTH=0)"
     if [ "$WIDTH" -ge 900 ]; then opened=true; break 2; fi
   done

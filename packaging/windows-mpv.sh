@@ -22,6 +22,7 @@ harfbuzz=(-Dauto_features=disabled -Dfreetype=enabled -Dtests=disabled)
 libass=(--disable-fontconfig --disable-libunibreak)
 # Only what songs need. The filters are those that player/substitute/sound_engine.cpp names, and
 # those that mpv itself uses.
+# shellcheck disable=SC2054 # Lists of FFmpeg have commas.
 ffmpeg=(
   --disable-everything --disable-autodetect --disable-programs --disable-doc --disable-network
   --disable-avdevice --disable-debug --enable-gpl --enable-version3 --enable-w32threads
@@ -38,7 +39,7 @@ mpv=(-Dauto_features=disabled -Dlibmpv=true -Dcplayer=false -Dwasapi=enabled -Dg
 # installed_version SOURCE: the version of the source package that an installed package is made of
 installed_version() {
   dpkg-query -W -f='${db:Status-Abbrev} ${source:Package} ${source:Version}\n' |
-    awk -v source="$1" '$1 == "ii" && $2 == source { print $3; exit }'
+    awk -v source="$1" '$1 == "ii" && $2 == source { version = $3 } END { print version }'
 }
 versions=()
 for name in "${names[@]}"; do
@@ -130,7 +131,7 @@ with_configure ffmpeg --arch=x86_64 --target-os=mingw32 --enable-cross-compile \
   --extra-cflags='-ffunction-sections -fdata-sections' "${ffmpeg[@]}"
 with_meson mpv "${mpv[@]}"
 
-rm -rf "$folder/bin" "$folder/share"
+rm -rf "${folder:?}/bin" "${folder:?}/share"
 mkdir -p "$folder/notices"
 for name in "${names[@]}"; do
   source=$(source_folder "$name")

@@ -3,6 +3,7 @@
 
 #include <cinttypes>
 #include <cstdio>
+#define XXH_INLINE_ALL
 #include <xxhash.h>
 
 namespace tallow {

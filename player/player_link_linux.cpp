@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
+#include <memory>
 #include <optional>
 #include <string>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -51,6 +54,21 @@ int ConnectWithRetries(const std::string& path) {
   }
 }
 
+/// The last line of a file that is not empty. Looks at the last bytes only.
+std::string LastLineOf(int descriptor) {
+  constexpr off_t kMaxBytes = 4096;
+  struct stat status {};
+  if (fstat(descriptor, &status) != 0) return {};
+  const off_t size = std::min(status.st_size, kMaxBytes);
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  const ssize_t got = pread(descriptor, bytes.data(), bytes.size(), status.st_size - size);
+  bytes.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+  const std::size_t end = bytes.find_last_not_of("\r\n ");
+  if (end == std::string::npos) return {};
+  bytes.resize(end + 1);
+  return bytes.substr(bytes.find_last_of("\r\n") + 1);
+}
+
 class SocketLink : public PlayerLink {
  public:
   /// \param identifier see SystemPlayerLink
@@ -77,9 +95,13 @@ class SocketLink : public PlayerLink {
       if (PlayerRuns(path)) return true;
       const OpenFile listening(ListenAsPlayer(path));
       if (!listening) throw FileError(path, "cannot create a socket there");
-      std::vector<std::string> arguments{"--listen"};
+      errors_ = std::make_unique<OpenFile>(memfd_create("errors of the player", MFD_CLOEXEC));
+      std::vector<std::string> arguments{"--listen", "--errors-later"};
+      if (!*errors_) arguments.pop_back();
       if (!identifier_.empty()) arguments.insert(arguments.end(), {"--identifier", identifier_});
-      just_started_ = Spawn(program, arguments, listening.descriptor()) != 0;
+      just_started_ =
+          Spawn(program, arguments,
+                {.handed = listening.descriptor(), .errors = errors_->descriptor()}) != 0;
       if (just_started_) return true;
       // Remove the socket, so that no client waits for a player that will never answer.
       unlink(path.c_str());
@@ -88,6 +110,20 @@ class SocketLink : public PlayerLink {
       std::fprintf(stderr, "The player cannot be started. %s\n", error.what());
       return false;
     }
+  }
+
+  PlayerStart FollowStart() override {
+    // The socket is there before the player, and nothing listens on it once the player has ended.
+    if (Find() == 0) return IsListening() ? PlayerStart::kNoWindow : PlayerStart::kEnded;
+    if (connection_->HasStarted()) {
+      errors_.reset();
+      return PlayerStart::kAnswers;
+    }
+    return connection_->IsUsable() ? PlayerStart::kSilent : PlayerStart::kEnded;
+  }
+
+  std::string LastLineWritten() override {
+    return errors_ && *errors_ ? LastLineOf(errors_->descriptor()) : std::string();
   }
 
   std::int64_t Send(PlayerHandle player, std::uint32_t message, std::int64_t wParam,
@@ -132,6 +168,14 @@ class SocketLink : public PlayerLink {
     return connection_->Exchange(head, payload);
   }
 
+  bool IsListening() const {
+    try {
+      return PlayerRuns(PlayerSocketPath(identifier_));
+    } catch (const FileError&) {
+      return false;
+    }
+  }
+
   /// Sends a copy-data record that is answered by a number.
   PlayerAnswer ExchangeRecord(PlayerHandle player, std::uint32_t code, std::string_view data) {
     const PlayerRequestHead head{kWmCopyData, static_cast<std::uint32_t>(data.size()), 0, code};
@@ -171,6 +215,7 @@ class SocketLink : public PlayerLink {
   SocketFile socket_file_;   ///< of the connected player
   PlayerHandle handle_ = 0;  ///< of the current connection; different for each
   bool just_started_ = false;
+  std::unique_ptr<OpenFile> errors_;  ///< what the player writes while it starts
 };
 
 }  // namespace

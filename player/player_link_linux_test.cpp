@@ -320,13 +320,7 @@ TEST_F(LinuxPlayer, HandOverReportsAPlayerThatExitsOrIsKilled) {
   Panel quiet([] {});
   UseScript("exit 0\n");
   HandOver(songs, tallow.library, player, messages.Shower(), quiet);
-  // Which message appears depends on when the player exits.
-  for (const std::string& said : messages.Take())
-    EXPECT_TRUE(said == "Couldn't find WinAMP's Window" ||
-                said ==
-                    "The player has ended: it accepted 0 of 3 songs. Play them again to restart "
-                    "the player.")
-        << said;
+  EXPECT_EQ(messages.Take(), Texts{"The player " + path + " could not start. It ended at once."});
   ASSERT_TRUE(WaitUntil([&] { return !IsRunning(); }));
   UseOptions("--silent");
   Panel killer([&] { kill(LastPid(), SIGKILL); });
@@ -338,6 +332,46 @@ TEST_F(LinuxPlayer, HandOverReportsAPlayerThatExitsOrIsKilled) {
   HandOver(songs, tallow.library, player, messages.Shower(), quiet);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
   EXPECT_EQ(player.GetTrackLength(), 60);
+}
+
+TEST_F(LinuxPlayer, APlayerThatCannotStartIsNamedWithTheLastLineThatItWrote) {
+  UseScript(
+      "echo first >&2\necho 'error while loading shared libraries: libmpv.so' >&2\n"
+      "echo >&2\nexit 127\n");
+  EXPECT_FALSE(ReachPlayer(player, messages.Shower()));
+  EXPECT_EQ(messages.Take(), Texts{"The player " + path +
+                                   " could not start. It wrote: error while loading shared "
+                                   "libraries: libmpv.so"});
+  EXPECT_FALSE(IsRunning());
+}
+
+TEST_F(LinuxPlayer, APlayerThatHangsAtItsStartIsSilentUntilItEnds) {
+  UseScript("echo $$ >> " + Quote(folder / "pids") + "\nexec sleep 1000\n");
+  ASSERT_TRUE(player.StartWinamp());
+  for (int k = 0; k < 3; ++k) EXPECT_EQ(link->FollowStart(), PlayerStart::kSilent);
+  ASSERT_TRUE(WaitUntil([&] { return Lines("pids").size() == 1; }));
+  EXPECT_EQ(link->FollowStart(), PlayerStart::kSilent);
+  ASSERT_EQ(kill(LastPid(), SIGKILL), 0);
+  EXPECT_TRUE(WaitUntil([&] { return link->FollowStart() == PlayerStart::kEnded; }));
+}
+
+TEST_F(LinuxPlayer, AStartedPlayerWritesToTheUsualStandardError) {
+  const std::string broken = folder.File("broken.mp3", "no sound");
+  const std::string said = folder / "said";
+  {
+    // This process is the test, so its own standard error is replaced for a moment.
+    const OpenFile own(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 10));
+    const OpenFile file(open(said.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, S_IRWXU));
+    ASSERT_GE(dup2(file.descriptor(), STDERR_FILENO), 0);
+    const bool reached = ReachPlayer(player, messages.Shower());
+    dup2(own.descriptor(), STDERR_FILENO);
+    ASSERT_TRUE(reached);
+  }
+  Play({broken});
+  EXPECT_TRUE(WaitUntil([&] {
+    return ReadWholeFile(said).value_or("").find("broken.mp3") != std::string::npos;
+  })) << ReadWholeFile(said).value_or("");
+  EXPECT_EQ(link->LastLineWritten(), "");
 }
 
 TEST_F(LinuxPlayer, WritingToAClosedStderrDoesNotEndThePlayer) {
@@ -424,8 +458,16 @@ TEST_F(LinuxPlayer, TenThousandSongsAreHandedOver) {
   EXPECT_TRUE(panel.done);
   EXPECT_EQ(panel.length, 60);
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
-  const auto log = Lines("log");
-  EXPECT_EQ(std::count(log.begin(), log.end(), "74 0 100 \"" + song + "\\0\""), kSongs);
+  const auto records = [&] {
+    const auto log = Lines("log");
+    return std::count_if(log.begin(), log.end(), [](const std::string& line) {
+      return line.starts_with("74 0 " + std::to_string(kAddFiles));
+    });
+  };
+  const auto record_bytes = static_cast<std::ptrdiff_t>(song.size() + 1) * kSongs;
+  EXPECT_GE(records(), 1 + record_bytes / static_cast<std::ptrdiff_t>(kMaxPayload));
+  EXPECT_EQ(player.GetListLength(), kSongs);
+  EXPECT_EQ(player.GetListPlace(), 0);
 }
 
 TEST_F(LinuxPlayer, TheSocketIsAccessibleToItsUserOnly) {

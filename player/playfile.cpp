@@ -1,148 +1,103 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/playfile.h"
 
-#include <cstddef>
-#include <optional>
+#include <algorithm>
+#include <chrono>
+#include <thread>
 #include <utility>
-#include <vector>
 
 #include "library/cls_main.h"
-#include "library/folder_scan.h"
+#include "player/file_checks.h"
 #include "player/player_messages.h"
-#include "util/comm_dlgs.h"
-#include "util/read_ahead.h"
 
 namespace tallow {
-
 namespace {
 
-/// Number of files that a thread checks in one batch, see ReadAhead.
-constexpr std::size_t kFilesAtOnce = 64;
+using Clock = std::chrono::steady_clock;
 
-/// Result of checking a file.
-struct FileAnswer {
-  bool answered = true;  ///< false when the disk does not answer
-  std::optional<FileProblem> problem;
-};
+/// How long to wait for the length of the first song.
+constexpr std::chrono::seconds kMaxLengthWait{2};
+/// Pause between two queries of the length.
+constexpr std::chrono::milliseconds kLengthPause{5};
 
-/// Maximum number of unreadable songs that the message names.
-constexpr std::size_t kMaxNamed = 5;
-
-/// Evaluates the checks of the songs' files and collects the problems.
-class FileChecks {
- public:
-  /// Whether to hand over a song. Includes songs that cannot be read now, because this may be
-  /// temporary.
-  bool IsPlayable(const std::string& path, const FileAnswer& answer) {
-    if (path.empty()) return false;
-    if (!answer.answered) {
-      if (unanswered_++ == 0) first_unanswered_ = path;
-      return false;
-    }
-    const std::optional<FileProblem>& problem = answer.problem;
-    if (!problem) return true;
-    if (problem->absent) return false;
-    if (count_++ < kMaxNamed) problems_.emplace_back(path, *problem);
-    return true;
-  }
-
-  void ReportUnanswered(HandOffPanel& panel) const {
-    if (unanswered_ > 0) panel.DiskTimedOut(unanswered_, first_unanswered_);
-  }
-
-  /// Shows the collected problems in one message.
-  void ShowProblems(const ShowMessage& show) const {
-    if (count_ == 0) return;
-    const FileProblem& first = problems_.front().second;
-    std::string text = "Error Number: " + std::to_string(first.number) + "\n" + first.text;
-    if (count_ > 1) {
-      text = std::to_string(count_) + " songs cannot be read:\n";
-      for (const auto& [path, problem] : problems_)
-        text += "\n" + path + ": " + problem.text + " (" + std::to_string(problem.number) + ")";
-      if (count_ > kMaxNamed) text += "\nand " + std::to_string(count_ - kMaxNamed) + " more";
-    }
-    show({.text = std::move(text), .title = "Error"});
-  }
-
- private:
-  std::size_t unanswered_ = 0;
-  std::string first_unanswered_;
-  std::size_t count_ = 0;
-  std::vector<std::pair<std::string, FileProblem>> problems_;
-};
-
-void ShowListIsFull(std::size_t added, std::size_t all, const ShowMessage& show) {
-  show({.text = "The player's list is full: it accepted " + std::to_string(added) + " of " +
-                std::to_string(all) + " songs. Play fewer songs at once.",
+void ShowEnd(const std::string& what, std::size_t added, std::size_t all, const std::string& advice,
+             const ShowMessage& show) {
+  show({.text = "The player" + what + ": it accepted " + std::to_string(added) + " of " +
+                std::to_string(all) + " songs. " + advice,
         .title = "Error"});
-}
-
-void ShowPlayerHasEnded(std::size_t added, std::size_t all, const ShowMessage& show) {
-  show({.text = "The player has ended: it accepted " + std::to_string(added) + " of " +
-                std::to_string(all) + " songs. Play them again to restart the player.",
-        .title = "Error"});
-}
-
-/// Checks the files of songs on worker threads and passes the results to a callback, in song order.
-template <typename Callback>
-void CheckFiles(std::span<const std::int32_t> songs, clsMain& library, const GoOn& go_on,
-                const Callback& callback) {
-  const auto path_of = [&](std::size_t k) { return library.Song(songs[k]).Path(); };
-  ReadAhead(
-      songs.size(), kFilesAtOnce, path_of,
-      [unanswered = library.Unanswered()](const std::string& path) -> FileAnswer {
-        if (unanswered->Covers(path)) return {false, std::nullopt};
-        return {true, path.empty() ? std::nullopt : ProblemOfFileDate(path)};
-      },
-      [&](std::size_t k, const FileAnswer& answer) { callback(path_of(k), answer); },
-      go_on ? library.WaitingFor(path_of, go_on) : WhileWaiting(),
-      [](std::size_t) {
-        return FileAnswer{false, std::nullopt};
-      });
 }
 
 /// One hand-over of songs to the player, see HandOver.
 class HandOverRun {
  public:
-  HandOverRun(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Control& player,
+  HandOverRun(const HandOverOrder& order, clsMain& library, WinAMP_Control& player,
               const ShowMessage& show, HandOffPanel& panel, const HandOverProgress& progress)
-      : songs_(songs), library_(library), player_(player), show_(show), panel_(panel) {
+      : order_(order),
+        library_(library),
+        player_(player),
+        show_(show),
+        panel_(panel),
+        sender_(player, [this](std::span<const HandedOverSong> songs, std::int64_t at) {
+          Accepted(songs, at);
+        }) {
     if (progress)
-      go_on_ = [this, &progress](std::string_view) { return progress(done_, songs_.size()); };
+      go_on_ = [this, &progress](std::string_view) {
+        Check(sender_.FlushIfDue());
+        return progress(done_, order_.songs.size());
+      };
   }
 
-  void Run() {
+  HandOverResult Run() {
     try {
-      if (!PlayFirstSong()) return;
-      AddOtherSongs();
+      if (!SendAll()) return std::move(result_);
     } catch (const Stopped&) {
       ShowWhyStopped();
-      if (reason_ == StopReason::kPlayerHasEnded || added_ == 0) return;
+      if (reason_ == Sent::kPlayerHasEnded || sender_.Count() == 0) return std::move(result_);
     }
-    checks_.ReportUnanswered(panel_);
+    if (checks_.Unanswered() > 0)
+      panel_.DiskTimedOut(checks_.Unanswered(), checks_.FirstUnanswered());
     panel_.HandedOver();
     checks_.ShowProblems(show_);
+    return std::move(result_);
   }
 
  private:
-  /// Why a hand-over stops before its last song.
-  enum class StopReason { kCancelled, kListIsFull, kPlayerHasEnded };
+  /// \returns false when nothing is played, because the first song's file is missing
+  /// \throws Stopped
+  bool SendAll() {
+    if (order_.to != HandOverTo::kReplace) {
+      sender_.AddAt(order_.to == HandOverTo::kPlayNext ? kPlayNext : kAtEnd);
+      AddSongs(order_.songs);
+      return true;
+    }
+    const std::size_t first = std::min(order_.first, order_.songs.size() - 1);
+    if (!PlayFirstSong(order_.songs.subspan(first, 1))) return false;
+    const auto entry = static_cast<std::int64_t>(sender_.LastEntry());
+    AddSongs(order_.songs.subspan(first + 1));
+    // With Winamp there is no entry, and they are added at the end.
+    sender_.AddAt(entry);
+    AddSongs(order_.songs.first(first));
+    return true;
+  }
 
   /// Replaces the player's list by the first song and plays it.
   /// \returns false when its file is missing or cannot be checked; nothing is played in that case
   /// \throws Stopped
-  bool PlayFirstSong() {
+  bool PlayFirstSong(std::span<const std::int32_t> song) {
     bool plays = false;
-    CheckFiles(songs_.first(1), library_, go_on_,
-               [&](const std::string& path, const FileAnswer& answer) {
+    CheckFiles(song, library_, go_on_,
+               [&](std::int32_t number, const std::string& path, const FileAnswer& answer) {
                  plays = checks_.IsPlayable(path, answer);
                  if (!answer.answered) return panel_.DiskTimedOut(1, path);
                  if (!plays) return panel_.FirstSongIsGone(path);
                  player_.SendWinampCommand(kStop);
                  player_.ClearWinampPlaylist();
-                 Add(path);
+                 result_.replaced = true;
+                 panel_.ListCleared();
+                 Check(sender_.Add(number, path, done_));
+                 Check(sender_.Flush());
                  player_.SendWinampCommand(kPlay);
-                 panel_.TrackStarted(player_.GetTrackLength());
+                 panel_.TrackStarted(LengthOfTrack());
                });
     if (!plays) return false;
     ++done_;
@@ -150,65 +105,98 @@ class HandOverRun {
     return true;
   }
 
-  /// \throws Stopped
-  void AddOtherSongs() {
-    CheckFiles(songs_.subspan(1), library_, go_on_,
-               [&](const std::string& path, const FileAnswer& answer) {
-                 if (checks_.IsPlayable(path, answer)) Add(path);
-                 ++done_;
-                 if (done_ < songs_.size()) ReportProgress();
-               });
+  /// The length of the song that has just begun to play, in s. Tallow's own player answers a query
+  /// of it when the length is known, and must not be waited for so long without window events.
+  std::int32_t LengthOfTrack() {
+    const Clock::time_point deadline = Clock::now() + kMaxLengthWait;
+    while (player_.Kind() == PlayerKind::kTallowPlayer && Clock::now() < deadline) {
+      const std::optional<TallowPlayerState> state = player_.OwnPlayer().State();
+      if (!state || state->status == kStopped) return -1;
+      if (state->length >= 0) break;
+      std::this_thread::sleep_for(kLengthPause);
+      ReportProgress();
+    }
+    return player_.GetTrackLength();
   }
 
-  /// Adds a file to the player's list.
-  /// \throws Stopped when the list is full or the player has ended
-  void Add(const std::string& path) {
-    if (!player_.AddFileToWinamp(path)) Stop(StopReason::kListIsFull);
-    if (!player_.IsRunning()) Stop(StopReason::kPlayerHasEnded);
-    ++added_;
+  /// \throws Stopped
+  void AddSongs(std::span<const std::int32_t> songs) {
+    CheckFiles(songs, library_, go_on_,
+               [&](std::int32_t song, const std::string& path, const FileAnswer& answer) {
+                 if (checks_.IsPlayable(path, answer)) Check(sender_.Add(song, path, done_));
+                 ++done_;
+                 if (done_ < order_.songs.size()) ReportProgress();
+               });
+    Check(sender_.Flush());
+  }
+
+  void Accepted(std::span<const HandedOverSong> songs, std::int64_t at) {
+    // Those before the first song come after it, but precede it in the list.
+    const auto place = at > 0 ? before_first_ : result_.songs.size();
+    result_.songs.insert(result_.songs.begin() + static_cast<std::ptrdiff_t>(place), songs.begin(),
+                         songs.end());
+    if (at > 0) before_first_ += songs.size();
+    panel_.SongsAdded(songs, at > 0 ? static_cast<std::uint64_t>(at) : 0);
   }
 
   /// \throws Stopped when the user has cancelled
   void ReportProgress() {
-    if (go_on_ && !go_on_({})) Stop(StopReason::kCancelled);
+    if (go_on_ && !go_on_({})) throw Stopped();
   }
 
-  [[noreturn]] void Stop(StopReason reason) {
-    reason_ = reason;
+  /// \throws Stopped when the songs were not accepted
+  void Check(Sent sent) {
+    if (sent == Sent::kAccepted) return;
+    reason_ = sent;
     throw Stopped();
   }
 
   void ShowWhyStopped() {
+    const std::size_t all = order_.songs.size();
     switch (reason_) {
-      case StopReason::kPlayerHasEnded:
-        return ShowPlayerHasEnded(added_, songs_.size(), show_);
-      case StopReason::kListIsFull:
-        return ShowListIsFull(done_, songs_.size(), show_);
-      case StopReason::kCancelled:
-        return panel_.Cancelled(added_, songs_.size());
+      case Sent::kPlayerHasEnded:
+        return ShowEnd(" has ended", sender_.Count(), all, "Play them again to restart the player.",
+                       show_);
+      case Sent::kNoAnswer:
+        return ShowEnd(" does not answer", sender_.Count(), all,
+                       "End the player, then play them again.", show_);
+      case Sent::kListIsFull:
+        return ShowEnd("'s list is full", sender_.Refused(), all, "Play fewer songs at once.",
+                       show_);
+      case Sent::kAccepted:
+        return panel_.Cancelled(sender_.Count(), all);
     }
   }
 
-  std::span<const std::int32_t> songs_;
+  const HandOverOrder& order_;
   clsMain& library_;
   WinAMP_Control& player_;
   const ShowMessage& show_;
   HandOffPanel& panel_;
   GoOn go_on_;  ///< empty when the hand-over cannot be cancelled
   FileChecks checks_;
-  std::size_t done_ = 0;   ///< number of songs processed
-  std::size_t added_ = 0;  ///< number of songs that the player has
-  /// Remains kCancelled when the hand-over is cancelled while it waits for a disk.
-  StopReason reason_ = StopReason::kCancelled;
+  SongSender sender_;
+  HandOverResult result_{.reached = true, .replaced = false, .songs = {}};
+  std::size_t before_first_ = 0;  ///< songs of the result that precede the first one
+  std::size_t done_ = 0;          ///< number of songs processed
+  /// Remains kAccepted when the user cancels, also while the hand-over waits for a disk.
+  Sent reason_ = Sent::kAccepted;
 };
 
 }  // namespace
 
+HandOverResult HandOver(const HandOverOrder& order, clsMain& library, WinAMP_Control& player,
+                        const ShowMessage& show, HandOffPanel& panel,
+                        const HandOverProgress& progress, const WhileStarting& while_starting) {
+  if (!ReachPlayer(player, show, while_starting)) return {};
+  panel.PlayerFound();
+  if (order.songs.empty()) return {.reached = true, .replaced = false, .songs = {}};
+  return HandOverRun(order, library, player, show, panel, progress).Run();
+}
+
 void HandOver(std::span<const std::int32_t> songs, clsMain& library, WinAMP_Control& player,
               const ShowMessage& show, HandOffPanel& panel, const HandOverProgress& progress) {
-  if (!ReachPlayer(player, show)) return;
-  panel.PlayerFound();
-  if (!songs.empty()) HandOverRun(songs, library, player, show, panel, progress).Run();
+  HandOver(HandOverOrder{.songs = songs}, library, player, show, panel, progress);
 }
 
 }  // namespace tallow

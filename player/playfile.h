@@ -9,20 +9,13 @@
 #include <vector>
 
 #include "player/reach_player.h"
+#include "player/song_sender.h"
 #include "player/winamp_control.h"
 #include "util/message.h"
 
 namespace tallow {
 
 class clsMain;
-
-/// A song that the player has.
-struct HandedOverSong {
-  std::int32_t song = 0;    ///< record number
-  std::uint64_t entry = 0;  ///< number of its entry in Tallow's own player; 0 with Winamp
-
-  friend bool operator==(const HandedOverSong&, const HandedOverSong&) = default;
-};
 
 /// Callbacks to the caller during a hand-over of songs to the player.
 class HandOffPanel {

@@ -101,13 +101,13 @@ new_song() { # new_song NAME: adds a song to a folder that has known songs
   cp "$like" "$(dirname "$like")/$1.mp3"
 }
 two_jukeboxes() { # waits for the first jukebox, which the start opens itself
-  until_true 30 "the first jukebox" window_named '^Tallow - \['
+  until_true 30 "the first jukebox" window_named '(^| - )Tallow - \['
 }
 
 # Songs get ranks and are copied into a new folder, in two jukeboxes.
 plug_in
 start
-until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 60 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 before=$(cksum "$library")
 keys Tab Home shift+End shift+F10 r Return
 until_true 10 "the saved ranks" library_has_changed
@@ -140,7 +140,7 @@ until_true 10 "the second jukebox" window_named 'SECOND'
 keys Tab End
 picture 1-away
 # A click on the status bar opens the list of unavailable places.
-frame=$(window_named '^Tallow - ' | tail -n 1)
+frame=$(window_named '(^| - )Tallow - ' | tail -n 1)
 height=$(xdotool getwindowgeometry --shell "$frame" | sed -n 's/^HEIGHT=//p')
 xdotool mousemove --window "$frame" 200 $((height - 12)) click 1
 until_true 10 "the list of unavailable places" window_named '^Away and Left Out$'

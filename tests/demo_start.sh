@@ -40,8 +40,10 @@ for start in first second; do
     TALLOW_PROBE_PLAYING_PICTURE="$folder/$start-playing.png" \
     timeout 60 "$program" --app-folder "$folder/app" --drive "$folder/music"
   [ -s "$folder/$start.png" ] || { echo "The $start start left no picture."; exit 1; }
-  if perl -MSocket -e 'socket(S, PF_UNIX, SOCK_STREAM, 0); exit !connect(S, sockaddr_un(shift));' \
-    "$XDG_RUNTIME_DIR/tallow/player"; then
+  # One socket for each application folder.
+  if perl -MSocket -e 'for (@ARGV) {
+      socket(S, PF_UNIX, SOCK_STREAM, 0); exit 0 if connect(S, sockaddr_un($_)); } exit 1;' \
+    "$XDG_RUNTIME_DIR"/tallow/player-*; then
     echo "The player of the $start start is still running."
     exit 1
   fi
@@ -51,7 +53,7 @@ done
 env -u QT_QPA_GENERIC_PLUGINS "$program" --app-folder "$folder/app" --drive "$folder/music" &
 tallow=$!
 for _ in $(seq 300); do
-  xdotool search --onlyvisible --name '^Tallow - ' > /dev/null 2>&1 && break
+  xdotool search --onlyvisible --name '(^| - )Tallow - ' > /dev/null 2>&1 && break
   sleep 0.1
 done
 kill -TERM "$tallow"

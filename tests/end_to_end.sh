@@ -46,7 +46,7 @@ until_true 60 "the tip at the start" window_named '^Tip of the Day$'
 picture 1-tip
 keys alt+n alt+s Return
 until_true 10 "the end of the tip" no_window_named '^Tip of the Day$'
-until_true 10 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 10 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 grep -q 'Show%20Tips%20at%20Startup=0' "$folder/config/Tallow/tallow.conf" || fail "The tip's option is not saved."
 
 # Three songs get the highest rank.
@@ -66,9 +66,10 @@ picture 3-folder
 save_as Mix "$jukebox"
 grep -q '"text":"Road trip"[^]]*"songs":\[[0-9]*,[0-9]*,[0-9]*\]' "$jukebox" || fail "The folder is not in the file."
 
+player_socket_exists() { [ -n "$(find "$XDG_RUNTIME_DIR/tallow" -name 'player-*' -type s)" ]; }
 # Songs are played until the panel and the player are there.
 keys ctrl+l
-until_true 20 "the player" test -S "$XDG_RUNTIME_DIR/tallow/player"
+until_true 20 "the player" player_socket_exists
 sleep 2
 picture 4-playing
 
@@ -78,7 +79,7 @@ until_true 20 "the end of the program" has_ended
 
 # The second start opens the saved jukebox, without a tip.
 start
-until_true 30 "the saved jukebox at the start" window_named '^Tallow - \[MIX\]$'
+until_true 30 "the saved jukebox at the start" window_named '(^| - )Tallow - \[MIX\]$'
 no_window_named '^Tip of the Day$' || fail "The tip is shown again."
 
 # A new song is added by a search.
@@ -108,7 +109,7 @@ picture 7-cascade
 cp "$jukebox" "$folder/handed over.juk"
 "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" "$folder/handed over.juk" ||
   fail "The second start did not hand over."
-until_true 10 "the file of the second start" window_named '^Tallow - .*HANDED OVER'
+until_true 10 "the file of the second start" window_named '(^| - )Tallow - .*HANDED OVER'
 picture 8-handed-over
 # The jukebox is unchanged since it was loaded, so closing it asks no question.
 keys alt+f c
@@ -125,10 +126,10 @@ picture 9-end
 cp "$first" "$target/Yellow bricks.mp3"
 start "$jukebox"
 # The start opens the last jukebox, which was handed over, and then the jukebox on its command line.
-until_true 30 "both jukeboxes" window_named '^Tallow - \[MIX\]$'
-frame=$(window_named '^Tallow - ' | tail -n 1)
+until_true 30 "both jukeboxes" window_named '(^| - )Tallow - \[MIX\]$'
+frame=$(window_named '(^| - )Tallow - ' | tail -n 1)
 xdotool windowminimize "$frame"
-until_true 10 "the minimized window" no_window_named '^Tallow - '
+until_true 10 "the minimized window" no_window_named '(^| - )Tallow - '
 wmctrl -i -c "$frame"
 for question in first second; do
   until_true 10 "the $question question" window_named '^Tallow$'

@@ -32,7 +32,7 @@ start() {
   "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" 2>> "$folder/errors.txt" &
   tallow=$!
   processes+=("$tallow")
-  until_true 60 "the window" window_named '^Tallow - '
+  until_true 60 "the window" window_named '(^| - )Tallow - '
 }
 player_runs() { [ -s "$folder/log" ]; }
 # Makes a player that records its process ID and every message.

@@ -31,6 +31,7 @@ class FrameTest : public LibraryTest {
     music.File("a.mp3");
     music.File("b.mp3");
     link.answers["1024 0 0"] = 0x2081;
+    link.logs_queries = false;
   }
 
   /// A jukebox window on screen with a folder of both songs.

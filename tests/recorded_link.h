@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -9,6 +10,7 @@
 #include <vector>
 
 #include "player/player_link.h"
+#include "player/player_messages.h"
 
 namespace tallow {
 
@@ -21,11 +23,14 @@ class RecordedLink : public PlayerLink {
   }
   bool Start(const std::string& program) override {
     log.push_back("start " + program);
+    if (on_start) on_start();
     return starts;
   }
   PlayerStart FollowStart() override {
     if (start != PlayerStart::kAnswers) return start;
-    return found == 0 ? PlayerStart::kNoWindow : PlayerStart::kAnswers;
+    if (found != 0) return PlayerStart::kAnswers;
+    Find();
+    return PlayerStart::kNoWindow;
   }
   std::string LastLineWritten() override { return last_line; }
   std::chrono::milliseconds StartTimeout() const override { return start_timeout; }
@@ -33,7 +38,7 @@ class RecordedLink : public PlayerLink {
                     std::int64_t lParam) override {
     const std::string text =
         std::to_string(message) + " " + std::to_string(wParam) + " " + std::to_string(lParam);
-    log.push_back(text);
+    if (logs_queries || !IsQuery(message, lParam)) log.push_back(text);
     handles.push_back(player);
     const auto answer = answers.find(text);
     return answer == answers.end() ? 0 : answer->second;
@@ -57,9 +62,12 @@ class RecordedLink : public PlayerLink {
   /// The messages since the last call.
   std::vector<std::string> Take() { return std::exchange(log, {}); }
 
+  /// Whether to record the messages that change nothing: a frame window sends them by a timer.
+  bool logs_queries = true;
   PlayerHandle found = 7;
   PlayerKind kind = PlayerKind::kWinamp;
   bool starts = true;
+  std::function<void()> on_start;             ///< called by each start
   PlayerStart start = PlayerStart::kAnswers;  ///< kAnswers only where `found` is not 0
   std::string last_line;                      ///< that the program has written
   std::chrono::milliseconds start_timeout{0};
@@ -70,6 +78,13 @@ class RecordedLink : public PlayerLink {
   std::map<std::string, std::string> texts;  ///< the answers to requests in JSON
   std::vector<std::string> log;
   std::vector<PlayerHandle> handles;
+
+ private:
+  static bool IsQuery(std::uint32_t message, std::int64_t request) {
+    return message == kWmUser &&
+           (request == kStatus || request == kTrackTime || request == kListLength ||
+            request == kListPlace || request == kShuffle || request == kRepeat);
+  }
 };
 
 }  // namespace tallow

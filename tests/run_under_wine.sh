@@ -11,7 +11,17 @@ export DISPLAY=
 make_windows
 # The program must be on a drive that exists in the prefix.
 cp "$program" "$WINEPREFIX/drive_c/program.exe"
-cp "$(dirname "$program")/winamp_stand_in.exe" "$WINEPREFIX/drive_c/"
+cp "$(dirname "$program")"/{winamp_stand_in,tallow-player}.exe "$WINEPREFIX/drive_c/"
+# The songs that the tests use, because no encoder runs under Wine.
+mkdir -p "$WINEPREFIX/drive_c/songs"
+while IFS=';' read -r synth channels lame; do
+  case $synth in '#'*) continue ;; esac
+  name=$(tr ' :' '__' <<< "$synth $channels $lame")
+  # shellcheck disable=SC2086 # Each has several words.
+  sox -q -n -r 44100 -c "$channels" -t wav - synth $synth gain -6 2> /dev/null |
+    lame --quiet $lame - "$WINEPREFIX/drive_c/songs/$name.mp3"
+done < "$(dirname "$0")/windows_songs.txt"
+export TALLOW_TEST_SONGS='C:\songs'
 # Wine runs without a display only if the graphics driver is set to null.
 "$wine" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f > /dev/null
 "$wineserver" -w

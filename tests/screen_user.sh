@@ -40,6 +40,6 @@ save_as() {
   xdotool type --delay 40 "$1"
   keys Return
   until_true 10 "the saved jukebox" test -s "$2"
-  until_true 10 "its name" window_named "^Tallow - \\[${1^^}\\]\$"
+  until_true 10 "its name" window_named "(^| - )Tallow - \\[${1^^}\\]\$"
 }
 picture() { import -window root "$folder/pictures/$1.png"; }

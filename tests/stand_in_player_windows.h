@@ -53,6 +53,8 @@ class OtherPlayer : public testing::Test {
     lines.erase(lines.begin(), lines.begin() + static_cast<std::ptrdiff_t>(before));
     return lines;
   }
+  /// The message that adds the song.
+  std::string AddedSong() const { return "74 0 100 \"" + link->TextOfPath(song) + "\\0\""; }
   void EndPlayer() {
     if (!player.FindWinamp()) return;
     player.SendWinampCommand(kClosePlayer);

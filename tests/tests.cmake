@@ -7,6 +7,10 @@ if(WIN32)
   add_executable(winamp_stand_in WIN32 tests/winamp_stand_in_windows.cpp)
   target_link_libraries(winamp_stand_in PRIVATE tallow_options)
   add_dependencies(tallow_core_tests winamp_stand_in)
+  if(TARGET tallow-player)
+    add_dependencies(tallow_core_tests tallow-player)
+    target_compile_definitions(tallow_core_tests PRIVATE TALLOW_HAS_OWN_PLAYER)
+  endif()
   add_executable(hold_file tests/hold_file_windows.cpp)
   target_link_libraries(hold_file PRIVATE tallow_options)
   if(MINGW)
@@ -39,6 +43,13 @@ else()
   add_test(NAME player.on_the_session_bus COMMAND ${CMAKE_SOURCE_DIR}/tests/mpris.sh
                                                   $<TARGET_FILE:tallow-player>)
   set_tests_properties(player.on_the_session_bus PROPERTIES TIMEOUT 120)
+
+  # Random commands from three clients during 2,000 changes of the track; ./bench.sh --long has more.
+  add_executable(player_soak tests/player_soak_linux.cpp)
+  target_link_libraries(player_soak PRIVATE tallow_player)
+  add_dependencies(player_soak tallow-player)
+  add_test(NAME player.soak COMMAND player_soak $<TARGET_FILE:tallow-player> 2000)
+  set_tests_properties(player.soak PROPERTIES TIMEOUT 300)
 
   # Fuzzes jukebox files for 30 s, if the preset "fuzz" has been built.
   set(TALLOW_LOAD_FUZZER "" CACHE FILEPATH "tallow_load_fuzzer, to run it as a test")

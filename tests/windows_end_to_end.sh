@@ -29,7 +29,7 @@ start_window_manager
 . "$here/screen_user.sh"
 # The window manager does not restore the focus after a system dialog closes.
 activate() {
-  xdotool search --onlyvisible --name '^Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
+  xdotool search --onlyvisible --name '(^| - )Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
   sleep 0.3
 }
 # value KEY [NAME]: prints a value from the user's registry; without NAME the key's default value
@@ -83,7 +83,7 @@ cd "$c/bin"
 "$wine" 'C:\bin\setup.exe' /S || fail "The setup exited with code $?."
 installed=$c/users/$(id -un)/AppData/Local/Programs/Tallow
 program='C:\users\'$(id -un)'\AppData\Local\Programs\Tallow\tallow.exe'
-for file in tallow.exe readme.txt license.txt third-party.txt TIPOFDAY.TXT uninstall.exe; do
+for file in tallow.exe tallow-player.exe readme.txt license.txt third-party.txt TIPOFDAY.TXT uninstall.exe; do
   [ -s "$installed/$file" ] || fail "$file is not installed."
 done
 [ -s "$c/users/$(id -un)/AppData/Roaming/Microsoft/Windows/Start Menu/Programs/Tallow.lnk" ] ||
@@ -102,7 +102,7 @@ grouping=$installed/Grouping
 library=$grouping/FileLocNames.lmz
 settings=$grouping/System/TallowOrganizer.ini
 
-# The first start searches both drives and finds the player.
+# The first start searches both drives for songs, and takes the player beside the program.
 start
 until_true 120 "the tip at the start" window_named '^Tip of the Day$'
 sleep 0.5
@@ -112,14 +112,14 @@ keys alt+s
   fail "The tip's option is not in the registry."
 keys Return
 until_true 10 "the end of the tip" no_window_named '^Tip of the Day$'
-until_true 10 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 10 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 sleep 0.5
 picture 2-sample
 
 # Compares the settings byte for byte.
 own=${program%tallow.exe}
 printf '%s\r\n' "$own"'Grouping\System\LocOfMainTargetFiles.lmz' "$own"'Grouping\' ' 5 ' \
-  'd:\winamp\winamp.exe' '' '' '' False False '' > "$folder/expected.ini"
+  "$(tr '[:upper:]' '[:lower:]' <<< "${own}tallow-player.exe")" '' '' '' False False '' > "$folder/expected.ini"
 cmp "$folder/expected.ini" "$settings" || fail "The settings are not the expected ones."
 # Checks every record of the library: name, folder, number, flag, rank, and seven empty texts;
 # nothing else.
@@ -137,14 +137,38 @@ printf '%s\n' 'C:\Music\On C.mp3' 'D:\Musik\one.mp3' 'D:\Musik\two.mp3' 'D:\Ελ
   "D:\\$long\\$long\\$long\\far down.mp3" | sort | diff - "$folder/songs.txt" ||
   fail "Other songs were found."
 
-# A selection is played. The program starts the player but does not wait for its window. When the
-# user plays again, the window is there and gets the songs, with full paths.
+# A selection is played by Tallow's own player. A Winamp that runs meanwhile gets no message. Closing
+# Tallow closes the player.
+player_runs() { pgrep -f '[t]allow-player.exe' > /dev/null; }
+player_has_ended() { ! player_runs; }
+"$wine" 'D:\Winamp\WINAMP.EXE' &
+winamp=$!
+processes+=("$winamp")
+until_true 20 "the Winamp of the user" is_in started "$c/bin/player.txt"
+activate
 keys Tab Home shift+Down ctrl+p
-until_true 20 "the message that the player has no window yet" window_named '^Tallow$'
-until_true 20 "the player" is_in started "$c/bin/player.txt"
-keys Return ctrl+p
+until_true 20 "Tallow's own player" player_runs
+sleep 3
+picture 3-own-player
+activate
+xdotool key --delay 100 alt+F4
+until_true 20 "the question whether to save" window_named '^Tallow$'
+keys alt+n
+until_true 30 "the end of the program" has_ended
+until_true 30 "the end of Tallow's own player" player_has_ended
+grep -v '^started' "$c/bin/player.txt" && fail "A Winamp that was not chosen got messages."
+kill "$winamp"
+rm "$c/bin/player.txt"
+
+# The user chooses Winamp. A selection is played: the program starts the player and waits for its
+# window, which gets the songs, with full paths.
+sed -i 's/^.*tallow-player\.exe/d:\\winamp\\winamp.exe/' "$settings"
+start
+until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+activate
+keys Tab Home shift+Down ctrl+p
 until_true 20 "the player" is_in '273 40045 0' "$c/bin/player.txt"
-picture 3-playing
+picture 3-winamp
 sleep 1
 tr -d '\r' < "$c/bin/player.txt" > "$folder/player.txt"
 head -n 1 "$folder/player.txt" | grep -qx 'started 7' || fail "The player was not started minimized."
@@ -182,7 +206,7 @@ keys ctrl+s
 until_true 20 "the file dialog" window_named '^Save'
 xdotool type --delay 60 'Mix'
 keys Return
-until_true 20 "its name" window_named '^Tallow - \[MIX\]$'
+until_true 20 "its name" window_named '(^| - )Tallow - \[MIX\]$'
 [ -s "$grouping/mix.juk" ] || fail "The jukebox is not saved."
 activate
 chmod a-w "$grouping/mix.juk"
@@ -209,12 +233,12 @@ until_true 20 "the message that no file can be created there" window_named '^Tal
 picture 6-no-folder-for-files
 keys Return
 activate
-window_named '^Tallow - \[MIX\]$' > /dev/null || fail "The jukebox has the name of a file that was not created."
+window_named '(^| - )Tallow - \[MIX\]$' > /dev/null || fail "The jukebox has the name of a file that was not created."
 
 # A second program hands its file over and ends.
 cp "$grouping/mix.juk" "$d/other.juk"
 timeout 30 "$wine" "$program" 'D:\other.juk' || fail "The second start exited with code $?."
-until_true 20 "the file of the second start" window_named '^Tallow - \[OTHER\]$'
+until_true 20 "the file of the second start" window_named '(^| - )Tallow - \[OTHER\]$'
 picture 7-handed-over
 activate
 xdotool key --delay 100 alt+F4
@@ -225,7 +249,7 @@ until_true 10 "the end of the player" is_in '273 40001 0' "$c/bin/player.txt"
 song "$d/Elsewhere/never.mp3"
 before=$(cksum "$library")
 start
-until_true 60 "the previous jukebox at the start" window_named '^Tallow - \[OTHER\]$'
+until_true 60 "the previous jukebox at the start" window_named '(^| - )Tallow - \[OTHER\]$'
 no_window_named '^Tip of the Day$' || fail "The tip is shown again."
 library_has_changed && fail "The second start has changed the library."
 is_in 'never.mp3' "$library" && fail "The second start has searched the drives."
@@ -244,7 +268,7 @@ remove_drive() {
 before=$(cksum "$library")
 remove_drive d:
 start
-until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 60 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 sleep 1
 picture 9-away
 library_has_changed && fail "A start without D: has changed the library."
@@ -259,7 +283,7 @@ until_true 30 "the end of the program" has_ended
 "$wineserver" -w
 ln -s "$d" "$WINEPREFIX/dosdevices/f:"
 start
-until_true 60 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 60 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 until_true 20 "the songs of D: on F:" is_in 'F:\Musik\' "$library"
 is_in 'D:\Musik\' "$library" && fail "Songs still have paths on D:."
 picture 10-another-letter
@@ -272,7 +296,7 @@ until_true 30 "the end of the program" has_ended
 remove_drive f:
 ln -s "$d" "$WINEPREFIX/dosdevices/d:"
 start
-until_true 60 "the previous jukebox at the start" window_named '^Tallow - \[OTHER\]$'
+until_true 60 "the previous jukebox at the start" window_named '(^| - )Tallow - \[OTHER\]$'
 until_true 20 "the songs of F: on D:" is_in 'D:\Musik\' "$library"
 activate
 xdotool key --delay 100 alt+F4
@@ -281,7 +305,7 @@ until_true 30 "the end of the program" has_ended
 # The setup and the uninstaller change nothing while the program runs. A setup after the program has
 # ended keeps tips that the user added.
 start
-until_true 60 "the previous jukebox" window_named '^Tallow - '
+until_true 60 "the previous jukebox" window_named '(^| - )Tallow - '
 if "$wine" 'C:\bin\setup.exe' /S; then fail "The setup installed over a running program."; fi
 if "$wine" "${own}uninstall.exe" /S _?="${own%\\}"; then fail "A running program was uninstalled."; fi
 [ -s "$installed/tallow.exe" ] || fail "A running program was uninstalled."

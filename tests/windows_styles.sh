@@ -107,7 +107,7 @@ start() {
 }
 # The window manager does not restore the focus after a system dialog closes.
 activate() {
-  xdotool search --onlyvisible --name '^Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
+  xdotool search --onlyvisible --name '(^| - )Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
   sleep 0.3
 }
 # in_jukebox TEXT...: whether the jukebox file has folders with these texts
@@ -149,7 +149,7 @@ modern_folders=('Queens of the Stone Age' 'Кино' '椎名林檎' 'Copper Rail
 
 # First start, in the classic style: four songs, and a bar that tells what is left out.
 start
-until_true 120 "the sample jukebox" window_named '^Tallow - \[Jukebox One'
+until_true 120 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
 until_true 60 "the song details" is_in 'Queens of the Stone Age' "$details"
 sleep 0.5
 until_true 30 "the details of the bar" opens alt+d '^What the Classic Style Leaves Out$'
@@ -168,7 +168,7 @@ until_true 60 "the songs of the modern style" has_songs "${modern[@]}"
 until_true 30 "the file dialog" opens ctrl+s '^Save'
 xdotool type --delay 60 'Mix'
 keys Return
-until_true 20 "the name of the jukebox" window_named '^Tallow - \[MIX\]$'
+until_true 20 "the name of the jukebox" window_named '(^| - )Tallow - \[MIX\]$'
 activate
 for text in "${modern_folders[@]}" 'Album' 'Группа крови (Кино)'; do
   in_jukebox "$text" || fail "The modern style has no folder $text."
@@ -193,7 +193,7 @@ until_true 5 "the folder of the song of the share" saved_with 'The Lanterns'
 kill -9 "$tallow"
 until_true 20 "the end of the killed program" has_ended
 start
-until_true 120 "the jukebox after the kill" window_named '^Tallow - \[MIX\]'
+until_true 120 "the jukebox after the kill" window_named '(^| - )Tallow - \[MIX\]'
 activate
 sleep 0.5
 picture 6-after-the-kill

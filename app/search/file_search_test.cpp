@@ -393,17 +393,13 @@ TEST_F(FileSearchTest, ThePlayerIsFoundInATree) {
   EXPECT_EQ(FindWinampUnder(music / "none/", drives), "");
 }
 
-// On Linux, tests find the player that was built beside the program first.
-#ifdef _WIN32
-TEST_F(FileSearchTest, ThePlayerOfTheFirstHardDriveIsStoredAndSaved) {
-  MakePlayer(music, "cd/");
-  MakePlayer(music, "d/");
-  MakePlayer(music, "e/");
+TEST_F(FileSearchTest, WithoutAPlayerNearbyTheHardDrivesAreSearched) {
+  for (const char* drive : {"cd/", "d/", "e/"}) MakePlayer(music, drive);
+  music.Folder("c");
   const TestDrives drives(
       {{music / "cd/", kCdRom}, {music / "c/"}, {music / "d/"}, {music / "e/"}});
-  music.Folder("c");
-  WinampSearch(tallow, drives, &progress).SearchDrivesForWinamp();
-  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), ToLower(music / "d/winamp.exe"));
+  WinampSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
+  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), PlayerAt((music / "d/") + kPlayer));
   EXPECT_EQ(progress.status, (Texts{"Looking for WinAmp in " + (music / "cd/"),
                                     "Looking for WinAmp in " + (music / "c/"),
                                     "Looking for WinAmp in " + (music / "d/"), "Found WinAmp!!"}));
@@ -413,27 +409,28 @@ TEST_F(FileSearchTest, ThePlayerOfTheFirstHardDriveIsStoredAndSaved) {
   EXPECT_EQ(saved.LocOfWinAmpExe(), tallow.settings.LocOfWinAmpExe());
 }
 
-TEST_F(FileSearchTest, WithoutAPlayerTheSettingsAreNotTouched) {
-  music.File("a.mp3");
+TEST_F(FileSearchTest, WithoutAnyPlayerTheSettingsAreNotTouched) {
   RemoveFile(tallow.settings_path);
-  WinampSearch(tallow, TestDrives({{music.path()}}), &progress).SearchDrivesForWinamp();
+  const TestDrives drives({{music.path()}});
+  WinampSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
   EXPECT_FALSE(FileExists(tallow.settings_path));
-  EXPECT_EQ(progress.yields, 1999);
 }
 
-TEST_F(FileSearchTest, ACancelledPlayerSearchStoresNothing) {
+TEST_F(FileSearchTest, ACancelledSearchForThePlayerStoresNothing) {
   music.Folder("c");
   MakePlayer(music, "d/");
   progress.on_yield = [this] { tallow.SearchCancelled = true; };
-  WinampSearch(tallow, TestDrives({{music / "c/"}, {music / "d/"}}), &progress)
-      .SearchDrivesForWinamp();
+  const TestDrives drives({{music / "c/"}, {music / "d/"}});
+  WinampSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
   EXPECT_FALSE(tallow.SearchCancelled);
 }
-#else
+
+#if !defined(_WIN32) || defined(TALLOW_HAS_OWN_PLAYER)
 TEST_F(FileSearchTest, ThePlayerBesideTheProgramComesFirst) {
-  ASSERT_FALSE(FindPlayerNearby().empty());
+  ASSERT_FALSE(FindOwnPlayer().empty());
+  EXPECT_EQ(FindOwnPlayer(), FindPlayerNearby());
   WinampSearch(tallow, TestDrives({{music.path()}}), &progress).SearchDrivesForWinamp();
   EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), FindPlayerNearby());
   EXPECT_EQ(progress.status, (Texts{"Found WinAmp!!"}));
@@ -441,7 +438,9 @@ TEST_F(FileSearchTest, ThePlayerBesideTheProgramComesFirst) {
   saved.GetandLoadIniInfo(tallow.settings_path);
   EXPECT_EQ(saved.LocOfWinAmpExe(), FindPlayerNearby());
 }
+#endif
 
+#ifndef _WIN32
 TEST_F(FileSearchTest, AFileThatIsNotExecutableIsNotThePlayer) {
   std::filesystem::permissions(MakePlayer(music, "a/"), std::filesystem::perms::owner_read);
   EXPECT_EQ(FindWinampUnder(music.path(), TestDrives({})), "");
@@ -503,37 +502,6 @@ TEST_F(FileSearchTest, ThePlayerOnThePathComesNext) {
   setenv("PATH", "relative", 1);
   EXPECT_EQ(FindPlayerOnPath(), "");
   setenv("PATH", before.c_str(), 1);
-}
-
-TEST_F(FileSearchTest, WithoutAPlayerNearbyTheHardDrivesAreSearched) {
-  for (const char* drive : {"cd/", "d/", "e/"}) MakePlayer(music, drive);
-  music.Folder("c");
-  const TestDrives drives(
-      {{music / "cd/", kCdRom}, {music / "c/"}, {music / "d/"}, {music / "e/"}});
-  WinampSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
-  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), (music / "d/") + kPlayer);
-  EXPECT_EQ(progress.status, (Texts{"Looking for WinAmp in " + (music / "cd/"),
-                                    "Looking for WinAmp in " + (music / "c/"),
-                                    "Looking for WinAmp in " + (music / "d/"), "Found WinAmp!!"}));
-  EXPECT_EQ(progress.yields, 2 * 1999);
-}
-
-TEST_F(FileSearchTest, WithoutAnyPlayerTheSettingsAreNotTouched) {
-  RemoveFile(tallow.settings_path);
-  const TestDrives drives({{music.path()}});
-  WinampSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
-  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
-  EXPECT_FALSE(FileExists(tallow.settings_path));
-}
-
-TEST_F(FileSearchTest, ACancelledSearchForThePlayerStoresNothing) {
-  music.Folder("c");
-  MakePlayer(music, "d/");
-  progress.on_yield = [this] { tallow.SearchCancelled = true; };
-  const TestDrives drives({{music / "c/"}, {music / "d/"}});
-  WinampSearch(tallow, drives, &progress, [] { return std::string(); }).SearchDrivesForWinamp();
-  EXPECT_EQ(tallow.settings.LocOfWinAmpExe(), "");
-  EXPECT_FALSE(tallow.SearchCancelled);
 }
 
 TEST(RecycleBin, TheUsersTrashIsKnownBehindALinkToo) {

@@ -10,6 +10,8 @@
 
 #include "app/search/folder_reader.h"
 #include "util/file_system.h"
+#include "util/path_text.h"
+#include "util/user_folders.h"
 
 namespace tallow {
 namespace {
@@ -24,8 +26,13 @@ std::string PlayerIn(const std::string& folder, const FolderListing& listing) {
 
 }  // namespace
 
-std::string PlayerIn(const std::string& folder) {
-  return PlayerIn(folder, ListFolder(folder, {.pattern = PlayerProgramName()}));
+std::string PlayerIn(const std::string& folder, std::string_view name) {
+  return PlayerIn(folder, ListFolder(folder, {.pattern = name}));
+}
+
+std::string FindOwnPlayer() {
+  const std::string program = ExecutablePath();
+  return program.empty() ? program : PlayerIn(std::string(FolderOfPath(program)), OwnPlayerName());
 }
 
 // Does not use the Windows function SearchTreeForFile: it follows junctions to their parents, and

@@ -9,24 +9,32 @@
 
 namespace tallow {
 
-// The name of the player's program depends on the platform: "winamp.exe" on Windows,
-// "tallow-player" on Linux. The search ignores its letter case.
+// Tallow's own player lies beside the program: "tallow-player.exe" on Windows, "tallow-player" on
+// Linux. Another place may hold it on Linux; on Windows another player may be used, "winamp.exe".
+// Searches ignore the letter case of these names.
 
-/// The file name of the player's program.
+/// The file name of the player that is searched for on disks.
 std::string_view PlayerProgramName();
+
+/// The file name of Tallow's own player.
+std::string_view OwnPlayerName();
+
+/// Tallow's own player beside the program, as stored in the settings; empty when it is not there.
+std::string FindOwnPlayer();
 
 /// The player's path as stored in the settings, for a file with the player's name: in lower case on
 /// Windows, whose file systems ignore case. Empty when the file is not executable.
 std::string PlayerAt(const std::string& path);
 
 /// The player's path in one folder; empty when the folder does not contain the player.
-std::string PlayerIn(const std::string& folder);
+/// \param name PlayerProgramName() or OwnPlayerName()
+std::string PlayerIn(const std::string& folder, std::string_view name = PlayerProgramName());
 
 /// How to install the player where no installer can be run, in whole sentences.
 std::string_view HowToInstallPlayer();
 
-/// Looks for the player where no disk search is needed: on Linux beside the program, then in the
-/// folders of PATH; nowhere on Windows. Empty when not found.
+/// Looks for a player where no disk search is needed: beside the program; then on Linux in the
+/// folders of PATH, on Windows in the usual places of Winamp. Empty when not found.
 std::string FindPlayerNearby();
 
 /// Looks for the player in the folders of PATH, without relative folders; nowhere on Windows.

@@ -6,7 +6,6 @@
 
 #include "app/search/player_search.h"
 #include "util/path_text.h"
-#include "util/user_folders.h"
 
 namespace tallow {
 namespace {
@@ -16,6 +15,7 @@ constexpr std::string_view kPlayerName = "tallow-player";
 }  // namespace
 
 std::string_view PlayerProgramName() { return kPlayerName; }
+std::string_view OwnPlayerName() { return kPlayerName; }
 
 std::string PlayerAt(const std::string& path) {
   return faccessat(AT_FDCWD, path.c_str(), X_OK, AT_EACCESS) == 0 ? path : std::string();
@@ -28,12 +28,8 @@ std::string_view HowToInstallPlayer() {
 }
 
 std::string FindPlayerNearby() {
-  const std::string program = ExecutablePath();
-  if (!program.empty()) {
-    std::string found = PlayerIn(std::string(FolderOfPath(program)));
-    if (!found.empty()) return found;
-  }
-  return FindPlayerOnPath();
+  std::string found = FindOwnPlayer();
+  return found.empty() ? FindPlayerOnPath() : found;
 }
 
 std::string FindPlayerOnPath() {

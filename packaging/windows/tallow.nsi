@@ -2,7 +2,7 @@
 ; The setup program: installs Tallow for one user, without administrator rights.
 ;
 ; makensis -DVERSION=0.1 -DFOUR_NUMBERS=0.1.0.0 -DPROGRAM=folder -DOUTPUT=file tallow.nsi
-;   PROGRAM  the folder of what is installed: tallow.exe and its data files
+;   PROGRAM  the folder of what is installed: tallow.exe, its player and its data files
 ; A 64-bit program, as Tallow is; it implies Unicode.
 Target amd64-unicode
 SetCompressor /SOLID lzma
@@ -67,6 +67,18 @@ this again. Nothing was changed." /SD IDOK
     ${EndIf}
     FileClose $0
   ${EndIf}
+  ; The player ends with Tallow, but one that plays on after a crash has its file in use.
+  ${If} ${FileExists} "$INSTDIR\tallow-player.exe"
+    ClearErrors
+    FileOpen $0 "$INSTDIR\tallow-player.exe" a
+    ${If} ${Errors}
+      MessageBox MB_OK|MB_ICONEXCLAMATION "Tallow's player, tallow-player.exe, is still running. End it in the \
+Task Manager, and start this again. Nothing was changed." /SD IDOK
+      SetErrorLevel 2
+      Quit
+    ${EndIf}
+    FileClose $0
+  ${EndIf}
 !macroend
 
 ; A folder that cannot hold the program, or would leave the user's library behind.
@@ -96,6 +108,7 @@ Section "Tallow"
   SetOutPath "$INSTDIR"
   ; What the user has made of a file of the program is theirs.
   File "${PROGRAM}\tallow.exe"
+  File "${PROGRAM}\tallow-player.exe"
   File "${PROGRAM}\readme.txt"
   File "${PROGRAM}\license.txt"
   File "${PROGRAM}\third-party.txt"
@@ -141,6 +154,7 @@ SectionEnd
 Section "Uninstall"
   !insertmacro StopWhenRunning
   Delete "$INSTDIR\tallow.exe"
+  Delete "$INSTDIR\tallow-player.exe"
   Delete "$INSTDIR\readme.txt"
   Delete "$INSTDIR\license.txt"
   Delete "$INSTDIR\third-party.txt"

@@ -13,16 +13,24 @@ void EnginePlaylist::Clear() noexcept {
 
 void EnginePlaylist::SetCurrent(CommandNumber load, ListNumber track) noexcept {
   Clear();
-  current_ = {load, kNoEntry, track};
+  current_ = {load, kNoEntry, track, false};
 }
 
 void EnginePlaylist::AddFollowing(CommandNumber append, ListNumber track) {
-  following_.push_back({append, kNoEntry, track});
+  following_.push_back({append, kNoEntry, track, false});
 }
 
 void EnginePlaylist::RemoveFollowing(CommandNumber removal) {
   for (const Entry& following : following_) removed_.push_back({following, removal});
   following_.clear();
+}
+
+bool EnginePlaylist::IsSettled() const noexcept {
+  // A removal without a number was not sent.
+  return std::all_of(following_.begin(), following_.end(),
+                     [](const Entry& following) { return following.answered; }) &&
+         std::all_of(removed_.begin(), removed_.end(),
+                     [](const RemovedEntry& removed) { return removed.removal == 0; });
 }
 
 bool EnginePlaylist::WasRemoved(EntryNumber entry) const noexcept {
@@ -32,8 +40,11 @@ bool EnginePlaylist::WasRemoved(EntryNumber entry) const noexcept {
 }
 
 bool EnginePlaylist::StoreReply(CommandNumber command, EntryNumber entry) noexcept {
-  for (Entry& following : following_)
-    if (command == following.command) following.number = entry;
+  for (Entry& following : following_) {
+    if (command != following.command) continue;
+    following.number = entry;
+    following.answered = true;
+  }
   for (RemovedEntry& removed : removed_)
     if (command == removed.entry.command) removed.entry.number = entry;
   // An entry that started before its removal was reported before the reply to the removal.

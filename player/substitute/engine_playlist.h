@@ -27,11 +27,11 @@ class EnginePlaylist {
   void AddFollowing(CommandNumber append, ListNumber track);
   /// Call this after sending the command that removes all tracks except the current one.
   void RemoveFollowing(CommandNumber removal);
-  /// Call this after sending the commands that remove the tracks after the first few following ones.
+  /// Call this after sending the commands that remove all but the first `count` following tracks.
   void KeepFollowing(std::size_t count) { following_.resize(count); }
   /// Call this when an entry has started that WasRemoved, and another track was put in its place.
   void ReplaceCurrent(EntryNumber entry, ListNumber track) noexcept {
-    current_ = {0, entry, track};
+    current_ = {0, entry, track, true};
   }
 
   /// Stores the entry number that a reply contains, if the command has loaded one of the tracks.
@@ -51,6 +51,8 @@ class EnginePlaylist {
   bool IsNext(EntryNumber entry) const noexcept {
     return KnowsNext() && entry == following_.front().number;
   }
+  /// Whether all commands that append or remove tracks have been answered.
+  bool IsSettled() const noexcept;
   /// Whether an entry was removed by RemoveFollowing, but may have started before that.
   bool WasRemoved(EntryNumber entry) const noexcept;
   /// Number of tracks loaded in advance.
@@ -66,6 +68,7 @@ class EnginePlaylist {
     CommandNumber command = 0;
     EntryNumber number = kNoEntry;
     ListNumber track = 0;
+    bool answered = false;  ///< the reply to the command has arrived
   };
   struct RemovedEntry {
     Entry entry;

@@ -20,9 +20,9 @@ using ListNumber = std::uint64_t;
 /// The entries have two orders: that of the list, in which an entry has a place, and that in which
 /// they are played. Both are the same without shuffle. With shuffle, the entries after the current
 /// one ("upcoming") are in random order, except that those added by kPlayNext come first. A round
-/// ends with the last entry in the order of playing. In a round, turning shuffle on lets the entries
-/// follow that have not been played in it; turning it off continues behind the current entry in the
-/// order of the list. Each round with shuffle has an order of its own.
+/// ends with the last entry in the order of playing. In a round, turning shuffle on lets those
+/// entries follow that have not been played in it; turning it off continues behind the current entry
+/// in the order of the list. Each round with shuffle has an order of its own.
 ///
 /// Memory is limited, see kMaxListBytes; two numbers of four bytes for each entry are not counted.
 /// Each change is at most linear in the length of the list, whatever the number of entries that it

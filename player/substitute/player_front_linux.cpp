@@ -2,7 +2,9 @@
 #include <csignal>
 #include <cstdio>
 #include <fcntl.h>
+#include <malloc.h>
 #include <optional>
+#include <unistd.h>
 #include <utility>
 
 #include "player/player_socket_linux.h"
@@ -35,17 +37,35 @@ int ListeningSocket(const PlayerOptions& options) {
   return listening;
 }
 
+/// Keeps the memory from growing over thousands of tracks: libmpv allocates in several threads, and
+/// each of glibc's arenas keeps what was freed in it. Large buffers are returned to the system.
+void LimitMemory() {
+  constexpr int kMaxArenas = 2;
+  constexpr int kLargeBuffer = 1 << 20;
+  mallopt(M_ARENA_MAX, kMaxArenas);
+  mallopt(M_MMAP_THRESHOLD, kLargeBuffer);
+}
+
+/// From now on writes messages to the usual standard error, not to that of the start.
+void UseUsualErrors() noexcept {
+  dup2(kUsualErrors, STDERR_FILENO);
+  close(kUsualErrors);
+}
+
 class SocketFront final : public PlayerFront {
  public:
   /// \param listening a listening socket; the object takes ownership
-  SocketFront(int listening, std::string identifier)
-      : listening_(listening), identifier_(std::move(identifier)) {}
+  SocketFront(int listening, const PlayerOptions& options)
+      : listening_(listening),
+        identifier_(options.identifier),
+        has_usual_errors_(options.handed_errors) {}
 
   EventLoop& Loop() override { return loop_; }
 
   void Open(SongPlayer& player, RequestHandler execute, std::function<void()> close) override {
     server_.emplace(loop_.Get(), listening_, std::move(execute));
     mpris_.emplace(loop_.Get(), identifier_, player, std::move(close));
+    if (has_usual_errors_) UseUsualErrors();
   }
 
   bool HasClients() override { return server_->Connections() > 0; }
@@ -64,6 +84,7 @@ class SocketFront final : public PlayerFront {
   LinuxEventLoop loop_;
   const int listening_;
   const std::string identifier_;
+  const bool has_usual_errors_;
   std::optional<RequestServer> server_;
   std::optional<Mpris> mpris_;
 };
@@ -71,11 +92,12 @@ class SocketFront final : public PlayerFront {
 }  // namespace
 
 std::unique_ptr<PlayerFront> NewPlayerFront(const PlayerOptions& options) {
+  LimitMemory();
   // Ignore SIGPIPE: the reader of standard error may end before the player.
   std::signal(SIGPIPE, SIG_IGN);
   const int listening = ListeningSocket(options);
   if (listening < 0) return nullptr;
-  return std::make_unique<SocketFront>(listening, options.identifier);
+  return std::make_unique<SocketFront>(listening, options);
 }
 
 }  // namespace tallow

@@ -46,6 +46,8 @@ PlayerOptions ParseOptions(int argc, char** argv) {
       options.identifier = value("an identifier");
     else if (argument == "--listen")
       options.handed_socket = true;
+    else if (argument == "--errors-later")
+      options.handed_errors = true;
     else if (argument == "--help")
       options.help = true;
     else if (argument == "--version")

@@ -17,6 +17,7 @@ inline constexpr const char* kUsage =
     "  --silent           play without sound, in real time\n"
     "  --log FILE         append every message to FILE, one per line\n"
     "  --listen           receive messages on the socket that was handed over as descriptor 3\n"
+    "  --errors-later     write messages to descriptor 4 when the player has started\n"
     "  --identifier ID    the player of one of several Tallows; ID is part of its names\n"
     "  --help, --version  print and exit\n";
 
@@ -26,6 +27,8 @@ struct PlayerOptions {
   std::string log;             ///< path of the log; empty for none
   std::string identifier;      ///< lower-case letters and digits; empty for none
   bool handed_socket = false;  ///< the socket to listen on is an open descriptor
+  /// Standard error is only for the start; the usual one is an open descriptor.
+  bool handed_errors = false;
   bool help = false;
   bool version = false;
   std::string error;  ///< what is wrong with the options; empty when they are valid

@@ -32,7 +32,7 @@ TEST_F(PlayerProgram, HelpListsEveryOption) {
   EXPECT_EQ(Run("--help"), 0);
   EXPECT_TRUE(out.starts_with("Usage: tallow-player [OPTION...]\n")) << out;
   for (const char* const option : {"--audio-file FILE", "--paced SPEED", "--silent", "--log FILE",
-                                   "--listen", "--help", "--version"})
+                                   "--listen", "--errors-later", "--help", "--version"})
     EXPECT_NE(out.find(option), std::string::npos) << option;
   EXPECT_EQ(said, "");
 }
@@ -111,6 +111,28 @@ TEST_F(PlayerProgram, WithoutASoundDeviceSongsArePlayedSilently) {
   EndPlayer();
   EXPECT_EQ(ReadWholeFile(folder / "said").value_or("").find("cannot be played"),
             std::string::npos);
+}
+
+TEST_F(PlayerProgram, ASeekToTheVeryEndEndsTheSongWithoutAnErrorMessage) {
+  const std::string a = folder / "a.mp3";
+  MakeMp3(a, "3 sine 440");
+  UseOptions("--audio-file " + Quote(folder / "sound.wav"));
+  StartPlayer();
+  testing::internal::CaptureStderr();
+  Play({a});
+  player.SendWinampCommand(kPause);
+  player.SetTrackPosition(3);
+  player.SendWinampCommand(kPlay);
+  EXPECT_TRUE(WaitForStatus("STOPPED"));
+  EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+}
+
+TEST_F(PlayerProgram, AnOutputFileThatCannotBeWrittenIsReported) {
+  UseOptions("--audio-file " + Quote(folder / "no/sound.wav") + " 2> " + Quote(folder / "said"));
+  EXPECT_TRUE(player.StartWinamp());
+  EXPECT_TRUE(WaitUntil([&] { return !IsRunning(); }));
+  EXPECT_EQ(Lines("said"), std::vector<std::string>{"tallow-player: " + (folder / "no/sound.wav") +
+                                                    " cannot be written"});
 }
 
 }  // namespace

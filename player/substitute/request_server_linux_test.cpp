@@ -398,8 +398,8 @@ class TextServer : public testing::Test {
   TextServer() {
     sd_event_source* source = nullptr;
     // The loop must never wait for ever.
-    EXPECT_GE(sd_event_add_time_relative(loop.get(), &source, CLOCK_MONOTONIC, kMaxWait, 0, nullptr,
-                                         nullptr),
+    EXPECT_GE(sd_event_add_time_relative(loop->Get(), &source, CLOCK_MONOTONIC, kMaxWait, 0,
+                                         nullptr, nullptr),
               0);
     timeout_.reset(source);
   }
@@ -409,7 +409,7 @@ class TextServer : public testing::Test {
     static std::vector<char> bytes(1 << 20);
     ssize_t got = -1;
     while ((got = recv(client.descriptor(), bytes.data(), bytes.size(), 0)) < 0 && errno == EAGAIN)
-      if (sd_event_run(loop.get(), kMaxWait) <= 0) return {};
+      if (sd_event_run(loop->Get(), kMaxWait) <= 0) return {};
     return {bytes.data(), static_cast<std::size_t>(std::max<ssize_t>(got, 0))};
   }
   std::string Receive(std::size_t count) {
@@ -430,10 +430,10 @@ class TextServer : public testing::Test {
   }
 
   const TempFolder folder;
-  const EventLoop loop = NewLoop();
+  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
   int executed = 0;
   RequestServer server{
-      loop.get(), ListenAsPlayer(folder / "player"),
+      loop->Get(), ListenAsPlayer(folder / "player"),
       [this](const PlayerRequestHead& head, const std::string&, const RequestServer::Answer& answer,
              const RequestServer::TextAnswer& answer_text) {
         ++executed;
@@ -461,8 +461,8 @@ TEST_F(TextServer, ATextLargerThanTheBufferIsSentCompletelyBeforeTheNextRequestI
   Send({kWmCopyData, 0, kLength, kAsk});
   Send({kWmUser, 0, 42, kVersion});
   // The loop goes on while the client does not read.
-  while (executed == 0) ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0);
-  for (int k = 0; k < 3; ++k) sd_event_run(loop.get(), 0);
+  while (executed == 0) ASSERT_GT(sd_event_run(loop->Get(), kMaxWait), 0);
+  for (int k = 0; k < 3; ++k) sd_event_run(loop->Get(), 0);
   EXPECT_EQ(executed, 1);
   EXPECT_EQ(Receive(16 + kLength), Bytes(kLength) + std::string(kLength, 'x') + Bytes(42));
   EXPECT_EQ(executed, 2);
@@ -471,9 +471,9 @@ TEST_F(TextServer, ATextLargerThanTheBufferIsSentCompletelyBeforeTheNextRequestI
 TEST_F(TextServer, AClientThatDisconnectsInsteadOfReadingATextIsForgotten) {
   Send({kWmCopyData, 0, 3 << 20, kAsk});
   Send({kWmUser, 0, 42, kVersion});
-  while (executed == 0) ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0);
+  while (executed == 0) ASSERT_GT(sd_event_run(loop->Get(), kMaxWait), 0);
   ASSERT_EQ(shutdown(client.descriptor(), SHUT_RDWR), 0);
-  while (server.Connections() > 0) ASSERT_GT(sd_event_run(loop.get(), kMaxWait), 0);
+  while (server.Connections() > 0) ASSERT_GT(sd_event_run(loop->Get(), kMaxWait), 0);
   // Its remaining requests were executed.
   EXPECT_EQ(executed, 2);
 }

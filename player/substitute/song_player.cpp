@@ -70,6 +70,12 @@ void SongPlayer::FinishList(PlayerState state) {
 
 void SongPlayer::UpdateFollowing() {
   if (!HasEntry()) return;
+  following_outdated_ = !engine_list_.IsSettled();
+  if (!following_outdated_) SendFollowing();
+}
+
+void SongPlayer::SendFollowing() {
+  following_outdated_ = false;
   std::size_t same = 0;
   while (same < engine_list_.Following() &&
          engine_list_.FollowingTrack(same) == After(same + 1).number)

@@ -73,8 +73,8 @@ enum class PlayerState {
 /// | entry            | the current entry starts             | kOpening  |                        |
 /// | entry            | the next entry starts                | kOpening  | UpdateFollowing        |
 /// | entry            | another entry starts; stop-after     | kStopped  | FinishList             |
-/// | entry            | a removed entry starts; HasNext      | kOpening  | Redirect               |
-/// | entry            | a removed entry starts; else         | kStopped  | FinishList             |
+/// | entry            | a former next one starts; HasNext    | kOpening  | Redirect               |
+/// | entry            | a former next one starts; else       | kStopped  | FinishList             |
 /// | kOpening         | the track is open                    | kOpen     | request its properties |
 /// | kOpen            | position                             | same      | store it               |
 /// | open             | length, tags                         | same      | store them             |
@@ -90,10 +90,10 @@ enum class PlayerState {
 /// | entry            | idle; else                           | kStopped  | FinishList             |
 /// | any              | events were lost                     | kStopped  | EndTrack               |
 ///
-/// HasNext means here that a track follows without a command: the next one, or the same again when
-/// it is repeated. After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends,
-/// and the track does not count as failed. Loading leads to kStopped when the engine's command queue
-/// is full.
+/// HasNext means here that a track follows without a command: the next one, or the same again if it
+/// is repeated. After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends, and
+/// the track does not count as failed. Loading leads to kStopped when the engine's command queue is
+/// full.
 class SongPlayer : private PlaybackListener {
  public:
   /// \param engine must outlive this object, which becomes its listener
@@ -138,7 +138,8 @@ class SongPlayer : private PlaybackListener {
   /// list.
   /// \param ms 0 or more; the beginning is meant when the track is shorter
   void Cue(ListNumber entry, std::int64_t ms);
-  /// Goes to a track, also to the current one, from its beginning. Stays paused or stopped. Ignores a place that is not in the list.
+  /// Goes to the beginning of a track, which may be the current one. Stays paused or stopped.
+  /// Ignores a place that is not in the list.
   /// \param place in the list, from 0
   void SetPlace(std::size_t place);
   void SetShuffle(bool shuffle);
@@ -233,10 +234,15 @@ class SongPlayer : private PlaybackListener {
   void EndTrack(PlayerState state);
   /// Goes to the next track, or from the last one to the first, and enters a state without a track.
   void FinishList(PlayerState state);
+  /// Makes the engine's playlist hold the tracks that follow: at once, or when the engine has
+  /// answered the commands of the last time. Many changes in a short time would fill its command
+  /// queue otherwise. If it starts a track meanwhile that is not the next one any more, that one is
+  /// redirected.
+  void UpdateFollowing();
   /// Makes the engine's playlist hold the tracks that follow, enough of them in advance. Replaces
   /// tracks only from the first that differs, so that a change of later ones cannot cause a gap
   /// before the next one.
-  void UpdateFollowing();
+  void SendFollowing();
   /// Removes tracks from the engine's playlist.
   /// \param keep number of tracks after the current one that stay
   void RemoveFollowing(std::size_t keep);
@@ -280,6 +286,7 @@ class SongPlayer : private PlaybackListener {
   EnginePlaylist engine_list_;
   Track track_;  ///< the current one of list_
   PlayFailures failures_;
+  bool following_outdated_ = false;  ///< UpdateFollowing waits for an answer
   std::size_t failures_in_row_ = 0;  ///< tracks that failed since one has played
   TrackPosition position_;
   LengthCallbacks length_callbacks_;

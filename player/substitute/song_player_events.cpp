@@ -23,32 +23,39 @@ std::string Printable(std::string path) {
 
 void SongPlayer::OnReply(CommandNumber command, bool succeeded, EntryNumber entry) {
   if (position_.OnReply(command, succeeded)) return;
-  if (!engine_list_.StoreReply(command, entry)) return;
+  if (!engine_list_.StoreReply(command, entry)) {
+    if (following_outdated_) UpdateFollowing();
+    return;
+  }
   if (!engine_list_.KnowsCurrent()) return EndTrack(PlayerState::kStopped);
   Enter(PlayerState::kLoaded);
-  UpdateFollowing();
+  SendFollowing();
 }
 
 void SongPlayer::OnTrackStarted(EntryNumber entry) {
   if (!HasEntry()) return;
   if (engine_list_.IsCurrent(entry)) return Enter(PlayerState::kOpening);
-  if (engine_list_.IsNext(entry)) {
+  const PlayList::Following next = After(1);
+  const bool is_next = engine_list_.IsNext(entry);
+  if (is_next && engine_list_.FollowingTrack(0) == next.number) {
     // Gapless transition. The finished track is removed from the engine's playlist.
     engine_.RemoveFirst();
     engine_list_.Advance();
-    return ContinueInEngine();
+    ContinueInEngine();
+    return UpdateFollowing();
   }
   // The next track started before the engine processed the command to stop.
   if (after_track_ == AfterTrack::kStop) return FinishList(PlayerState::kStopped);
-  if (!engine_list_.WasRemoved(entry)) return;
-  // A track started before the engine processed the command to remove it. The right one plays in its
-  // place, without a gap. Which entries the engine's playlist still has is not known.
-  const PlayList::Following next = After(1);
+  if (!is_next && !engine_list_.WasRemoved(entry)) return;
+  // A track started before the engine processed the command to remove it, or before that was sent.
+  // The right one plays in its place, without a gap. Which entries the engine's playlist still has
+  // is not known.
   if (next.number == 0) return FinishList(PlayerState::kStopped);
   engine_.Redirect(*next.path);
   RemoveFollowing(0);
   engine_list_.ReplaceCurrent(entry, next.number);
   ContinueInEngine();
+  SendFollowing();
 }
 
 void SongPlayer::ContinueInEngine() {
@@ -56,7 +63,6 @@ void SongPlayer::ContinueInEngine() {
   position_.Reset();
   ResetTrack();
   Enter(PlayerState::kOpening);
-  UpdateFollowing();
   Changed(PlayerChange::kTrack);
 }
 

@@ -31,6 +31,12 @@ class SongPlayerList : public testing::Test {
     testing::internal::GetCapturedStderr();
   }
   void ReplyToRemoval() { engine.events->OnReply(engine.removal, true, kNoEntry); }
+  /// Replies to all commands, and forgets them.
+  void Settle() {
+    ReplyToRemoval();
+    engine.ReplyToLoads();
+    engine.sent.clear();
+  }
   std::vector<std::pair<ListNumber, std::string>> Failures() const {
     std::vector<std::pair<ListNumber, std::string>> failures;
     for (const FailedEntry& failure : player.Failures().After(0, 100))
@@ -47,10 +53,10 @@ TEST_F(SongPlayerList, AChangeReplacesOnlyTheTracksFromTheFirstThatDiffers) {
   PlayFiles(5);
   player.Move({5}, 4);
   EXPECT_EQ(engine.sent, (Texts{"remove 4", "remove 3", "append 5", "append 4"}));
-  engine.sent.clear();
+  Settle();
   player.Remove({4});
   EXPECT_EQ(engine.sent, Texts{"remove 4"});
-  engine.sent.clear();
+  Settle();
   player.Remove({77});
   player.Move({3}, 5);
   player.SetShuffle(false);
@@ -68,7 +74,7 @@ TEST_F(SongPlayerList, RepeatAllAppendsTheBeginningOfTheList) {
   player.SetRepeat(RepeatMode::kAll);
   EXPECT_EQ(engine.sent, (Texts{"append 1", "append 2", "append 1", "append 2", "append 1",
                                 "append 2", "append 1"}));
-  engine.sent.clear();
+  Settle();
   player.SetRepeat(RepeatMode::kOff);
   EXPECT_EQ(engine.sent.size(), 7U);
   EXPECT_EQ(engine.sent.back(), "remove 2");
@@ -119,7 +125,7 @@ TEST_F(SongPlayerList, ARemovedTrackThatHasStartedIsReplacedByTheRightOne) {
   engine.events->OnTrackOpened();
   engine.events->OnTrackEnded(engine.entries.at("2"), nullptr);
   EXPECT_EQ(player.State(), PlayerState::kOpen);
-  engine.sent.clear();
+  Settle();
   Start("4");
   EXPECT_EQ(engine.sent, Texts{"remove first"});
   EXPECT_EQ(player.CurrentTrack()->path, "4");
@@ -133,6 +139,32 @@ TEST_F(SongPlayerList, ARemovedTrackThatHasStartedWithoutANextOneEndsTheList) {
   EXPECT_EQ(player.State(), PlayerState::kStopped);
 }
 
+TEST_F(SongPlayerList, ChangesWaitUntilTheEngineHasAnsweredTheLastOnes) {
+  PlayFiles(5);
+  player.Remove({2});
+  engine.sent.clear();
+  player.Remove({3});
+  player.Remove({4});
+  EXPECT_EQ(engine.sent, Texts{});
+  ReplyToRemoval();
+  EXPECT_EQ(engine.sent, Texts{});
+  engine.ReplyToLoads();
+  EXPECT_EQ(engine.sent, (Texts{"remove following", "append 5"}));
+  Settle();
+  EXPECT_EQ(engine.sent, Texts{});
+}
+
+TEST_F(SongPlayerList, ANextTrackThatStartsBeforeAWaitingChangeIsReplaced) {
+  PlayFiles(5);
+  player.Remove({2});
+  engine.ReplyToLoads();
+  player.Remove({3});
+  engine.sent.clear();
+  Start("3");
+  EXPECT_EQ(engine.sent, (Texts{"redirect to 4", "remove following", "append 5"}));
+  EXPECT_EQ(player.CurrentTrack()->path, "4");
+}
+
 TEST_F(SongPlayerList, AfterTheReplyToTheRemovalNoRemovedTrackCanStart) {
   PlayFiles(4);
   player.Remove({2});
@@ -143,17 +175,18 @@ TEST_F(SongPlayerList, AfterTheReplyToTheRemovalNoRemovedTrackCanStart) {
   EXPECT_EQ(player.CurrentTrack()->path, "1");
 }
 
-TEST_F(SongPlayerList, ATrackThatWasRemovedBeforeItsNumberWasKnownIsReplacedToo) {
+TEST_F(SongPlayerList, ATrackThatIsRemovedBeforeItsNumberIsKnownIsReplacedToo) {
   player.Add("1");
   player.Play();
   engine.ReplyToLoads();
   Start("1");
   player.AddFiles({"2", "3"}, kAtEnd);
   player.Remove({2});
-  engine.sent.clear();
   engine.ReplyToLoads();
+  engine.sent.clear();
   Start("2");
-  EXPECT_EQ(engine.sent.front(), "redirect to 3");
+  EXPECT_EQ(engine.sent, (Texts{"redirect to 3", "remove following"}));
+  EXPECT_EQ(player.CurrentTrack()->path, "3");
 }
 
 TEST_F(SongPlayerList, ATrackIsCuedPausedAtAPosition) {

@@ -176,7 +176,11 @@ void SoundEngine::Pause(bool paused) {
 
 void SoundEngine::SetVolume(std::int32_t volume) {
   // mpv's volume scale is cubic: the amplitude is the cube of the volume.
-  double percent = 100 * std::cbrt(static_cast<double>(volume) / kMaxVolume);
+  percent_ = 100 * std::cbrt(static_cast<double>(volume) / kMaxVolume);
+  SendVolume(percent_);
+}
+
+void SoundEngine::SendVolume(double percent) {
   mpv_set_property_async(mpv_.get(), 0, "volume", MPV_FORMAT_DOUBLE, &percent);
 }
 
@@ -210,6 +214,11 @@ void SoundEngine::SetGain(ReplayGain mode) {
   const char* text = mode == ReplayGain::kTrack ? "track" : "album";
   if (mode == ReplayGain::kOff) text = "no";
   mpv_set_property_async(mpv_.get(), 0, "replaygain", MPV_FORMAT_STRING, static_cast<void*>(&text));
+  // mpv applies the new mode to the track that plays only when the volume changes. The difference
+  // is far below the resolution of any sample.
+  constexpr double kInaudible = 1e-9;
+  SendVolume(percent_ > kInaudible ? percent_ - kInaudible : kInaudible);
+  SendVolume(percent_);
 }
 
 void SoundEngine::SetDevice(const std::string& name) {

@@ -58,6 +58,7 @@ class SoundEngine final : public PlaybackEngine {
   CommandNumber Command(std::initializer_list<const char*> words);
   void BeforeLoading(std::uint64_t hook);
   void SendBalance();
+  void SendVolume(double percent);
   void AnswerDevices(const mpv_event& reply);
   /// The filter chain for tracks that are loaded later.
   std::string Filters() const;
@@ -67,6 +68,7 @@ class SoundEngine final : public PlaybackEngine {
   std::unique_ptr<mpv_handle, DestroyMpv> mpv_;
   PlaybackListener* listener_ = nullptr;
   CommandNumber last_command_ = 0;
+  double percent_ = 100;  ///< the volume, as mpv scales it
   std::int32_t balance_ = 0;
   std::int32_t balance_of_new_tracks_ = 0;
   double pace_;           ///< see SoundOutput

@@ -186,7 +186,7 @@ TEST_F(Closing, APlayerThatHasEndedDoesNotPreventClosing) {
     ASSERT_NE(frame.PlayerPanel(), nullptr);
     link.Take();
     if (panel_only)
-      frame.ClosePlayerPanel();
+      frame.Player().End();
     else
       EXPECT_TRUE(frame.close());
     EXPECT_EQ(messages.Take(), Texts{});

@@ -36,6 +36,8 @@ enum class FrameCommand {
   kPreferences,
   kWhereMyMusicIs,
   kFileAgainByTags,
+  kPlayerBar,
+  kPlayerPanel,
   kShowPlayingSong,
   kQueue,
   kHelp,

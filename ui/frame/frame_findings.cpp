@@ -10,7 +10,7 @@
 
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
-#include "jukebox/returned_songs.h"
+#include "app/playing/follow_returned_songs.h"
 #include "library/size_finder.h"
 #include "ui/dialogs/frm_findings.h"
 #include "ui/support/help_page.h"
@@ -92,7 +92,7 @@ void FrameFindings::ShowList() {
       [this] {
         bar_.showMessage(tr("The songs on the drive are now marked as missing."));
         bar_.setToolTip({});
-        RenumberReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_.clipboard);
+        FollowReturnedSongs(tallow_.library.TakeReturned(), jukeboxes_(), tallow_);
         for (Jukebox* const jukebox : jukeboxes_()) jukebox->ListRefilled(tallow_.library);
         emit DriveForgotten();
       },

@@ -79,6 +79,8 @@ constexpr MenuItem kTools[] = {
     {"mnuWhereMyMusicIs", "&Where My Music Is...", nullptr, FrameCommand::kWhereMyMusicIs, nullptr},
     {"mnuFileAgainByTags", "&File Again By Tags", nullptr, FrameCommand::kFileAgainByTags, nullptr},
     kSeparator,
+    {"mnuPlayerBar", "Player &Bar", nullptr, FrameCommand::kPlayerBar, nullptr},
+    {"mnuPlayerPanel", "Player Pa&nel", nullptr, FrameCommand::kPlayerPanel, nullptr},
     {"mnuQueue", "&Queue", "Ctrl+Shift+U", FrameCommand::kQueue, nullptr},
     {"mnuShowPlayingSong", "&Show Playing Song", "Ctrl+J", FrameCommand::kShowPlayingSong, nullptr},
 };

@@ -3,16 +3,26 @@
 
 #include <utility>
 
+#include <QTimer>
+
 #include "app/search/drive_searches.h"
 #include "app/tallow.h"
+#include "player/player_messages.h"
 #include "ui/dialogs/frm_splash.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/panel_window.h"
 #include "ui/player/frm_main_winamp.h"
+#include "ui/player/player_work.h"
+#include "ui/player/playing_songs.h"
 #include "ui/support/help_page.h"
 #include "util/start_program.h"
 
 namespace tallow {
+namespace {
+
+constexpr int kUpdateInterval = 150;  ///< ms
+
+}  // namespace
 
 FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, DriveSearches& searches,
                          JukeboxArea& jukeboxes, PanelWindow& panel, FrameMessages& messages,
@@ -21,9 +31,18 @@ FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, DriveSearches& search
       tallow_(tallow),
       searches_(searches),
       panel_(panel),
+      preferences_(tallow.preferences),
       player_(
           link, [&tallow] { return tallow.player_path; }, messages.Shower()),
-      play_commands_(tallow, *this) {}
+      model_(tallow, player_),
+      play_commands_(tallow, *this),
+      timer_(new QTimer(this)) {
+  timer_->setObjectName(QStringLiteral("tmrPlayer"));
+  timer_->setInterval(kUpdateInterval);
+  connect(timer_, &QTimer::timeout, this, &FramePlayer::Update);
+}
+
+FramePlayer::~FramePlayer() = default;
 
 bool FramePlayer::CheckPlayer() {
   const bool is_found = play_commands_.CheckPlayer([this] { SearchForPlayer(); });
@@ -31,8 +50,27 @@ bool FramePlayer::CheckPlayer() {
   return is_found;
 }
 
-void FramePlayer::Play(std::vector<std::int32_t> songs) {
-  play_commands_.Play(std::move(songs), [this] { SearchForPlayer(); });
+void FramePlayer::Play(std::vector<std::int32_t> songs, const SongsOrigin& origin) {
+  PlaySongs(std::move(songs), {.origin = origin});
+}
+
+void FramePlayer::PlayFromHere(std::vector<std::int32_t> songs, std::size_t chosen,
+                               const SongsOrigin& origin) {
+  PlaySongs(std::move(songs), {.first = chosen, .origin = origin});
+}
+
+void FramePlayer::PlayNext(std::vector<std::int32_t> songs, const SongsOrigin& origin) {
+  PlaySongs(std::move(songs), {.to = HandOverTo::kPlayNext, .origin = origin});
+}
+
+void FramePlayer::AddToQueue(std::vector<std::int32_t> songs, const SongsOrigin& origin) {
+  PlaySongs(std::move(songs), {.to = HandOverTo::kAtEnd, .origin = origin});
+}
+
+void FramePlayer::PlaySongs(std::vector<std::int32_t> songs, const PlayOrder& order) {
+  // The songs that are being handed over are those in SongsToPlay.
+  if (is_handing_over_) return;
+  play_commands_.Play(std::move(songs), order, [this] { SearchForPlayer(); });
   messages_.Notice(tallow_.TakeProblems());
 }
 
@@ -44,9 +82,18 @@ void FramePlayer::SearchForPlayer() {
   searches_.SearchForPlayer(splash);
 }
 
+bool FramePlayer::FindsPlayer() { return player_.IsRunning() || player_.FindWinamp(); }
+
+void FramePlayer::PlayOrPause() {
+  if (FindsPlayer() && model_.HasList()) return model_.PlayOrPause();
+  if (play_selection_) play_selection_();
+}
+
 void FramePlayer::Send(std::int32_t command) {
   player_.FindAgainIfEnded();
   player_.SendWinampCommand(command);
+  if (command == kClosePlayer) model_.DropStoredQueue();
+  if (player_.Window() != 0) timer_->start();
 }
 
 void FramePlayer::ShowStatus(const std::string& text) { messages_.ShowStatus(text); }
@@ -54,17 +101,77 @@ void FramePlayer::ShowStatus(const std::string& text) { messages_.ShowStatus(tex
 void FramePlayer::EnableFrame(bool enabled) { busy_.EnableFrame(enabled); }
 
 void FramePlayer::PlayOnPanel() {
+  is_handing_over_ = true;
+  if (panel_.Panel() == nullptr && preferences_.ShowsBar()) {
+    PlayWithoutPanel();
+  } else {
+    if (panel_.Panel() == nullptr) OpenPanel();
+    panel_.Play();
+  }
+  is_handing_over_ = false;
+  timer_->start();
+}
+
+void FramePlayer::PlayWithoutPanel() {
+  PlayingSongs playing(
+      model_, messages_.Shower(), [this](std::string_view text) { return BeginWork(text); },
+      [this](const QString& text) { ShowStatus(text.toStdString()); });
+  playing.Play();
+  model_.Update();
+}
+
+void FramePlayer::ShowPanel() {
   if (panel_.Panel() == nullptr) OpenPanel();
-  panel_.Play();
+  panel_.ShowPlayer();
+  timer_->start();
 }
 
 void FramePlayer::OpenPanel() {
-  auto* const panel = new frmMainWinamp(tallow_, player_, messages_.Shower());
+  auto* const panel = new frmMainWinamp(player_, model_, messages_.Shower());
   panel->setProperty(kHelpPage, QStringLiteral("playing"));
   panel->OnLongWork([this](std::string_view text) { return BeginWork(text); });
-  QObject::connect(panel, &frmMainWinamp::StatusMessage, &panel_,
-                   [this](const QString& text) { ShowStatus(text.toStdString()); });
+  connect(panel, &frmMainWinamp::StatusMessage, this,
+          [this](const QString& text) { ShowStatus(text.toStdString()); });
+  connect(panel, &frmMainWinamp::Closing, this, &FramePlayer::PanelCloses);
   panel_.Open(*panel);
+}
+
+void FramePlayer::PanelCloses() {
+  if (!is_ending_) model_.DropStoredQueue();
+}
+
+void FramePlayer::Update() {
+  model_.Update();
+  if (const std::vector<std::string> problems = tallow_.TakeProblems(); !problems.empty())
+    messages_.AddNotice(problems);
+  if (!model_.Now().is_running && !preferences_.ShowsBar()) timer_->stop();
+}
+
+void FramePlayer::FollowPreferences() {
+  if (preferences_.ShowsBar()) timer_->start();
+}
+
+void FramePlayer::RestoreQueue() {
+  FollowPreferences();
+  // A message box at every start would be in the way.
+  const ShowMessage show = [this](const Message& message) {
+    messages_.AddNotice({message.text});
+    return MessageAnswer::kOk;
+  };
+  PlayerWork work([this](std::string_view text) { return BeginWork(text); });
+  model_.RestoreQueue(show, work.Starting());
+  if (model_.Now().is_running) timer_->start();
+}
+
+void FramePlayer::End() {
+  is_ending_ = true;
+  timer_->stop();
+  model_.StoreQueue();
+  if (panel_.Panel() != nullptr)
+    panel_.Close();
+  else if (preferences_.ShowsBar() && model_.HasPlayer())
+    model_.ClosePlayer();
+  is_ending_ = false;
 }
 
 bool FramePlayer::Start(const std::string& program) {

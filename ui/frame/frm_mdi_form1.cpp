@@ -94,6 +94,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       busy_(*this, tallow, jukeboxes_, unsaved_),
       panel_(jukeboxes_),
       player_(tallow, link, searches, jukeboxes_, panel_, messages_, busy_),
+      player_bar_(*this, tallow, player_, [this] { FocusSongs(); }),
+      title_(*this, player_.Model()),
       document_windows_(*this, jukeboxes_, panel_, messages_, busy_),
       documents_(tallow, document_windows_),
       files_(jukeboxes_, documents_),
@@ -112,14 +114,18 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       help_(*this, tallow),
       place_states_(std::make_shared<PlaceStates>(kMaxWait)) {
   setObjectName(QStringLiteral("frmMDIForm1"));
-  setWindowTitle(tr("Tallow"));
   setProperty(kHelpPage, QStringLiteral("windows"));
   SetUpArea();
   // Visible from the start, so that the first message does not change the layout.
   statusBar()->show();
   SetUpMenus();
   RestoreOptions();
-  tallow_.preferences.OnChange([this](const Switches& before) { filing_.Follow(before); });
+  tallow_.preferences.OnChange([this](const Switches& before) {
+    filing_.Follow(before);
+    player_.FollowPreferences();
+    player_bar_.Follow();
+  });
+  player_.OnPlaySelection([this] { commands_.Run(ListCommand::kPlaySelectedSongs); });
 }
 
 frmMDIForm1::~frmMDIForm1() {
@@ -158,13 +164,20 @@ void frmMDIForm1::SetUpMenus() {
   });
   connect(file_menu_, &FileMenu::OpenRecent, this,
           [this](int element) { documents_.OpenRecent(element); });
+  player_bar_.SetItem(*menuBar()->findChild<QAction*>(QStringLiteral("mnuPlayerBar")));
   KeepWindowList(*menuBar()->findChild<QMenu*>(QStringLiteral("mnuWindowList")), *area_);
   toolbar_ = AddFrameToolbar(*this, [this](FrameCommand command, bool checks) {
-    if (!checks || player_.CheckPlayer()) Run(command);
+    if (!checks || player_.CheckPlayer()) RunOfToolbar(command);
     busy_.FocusJukebox();
   });
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
   UpdateTheMenuControlArray();
+}
+
+void frmMDIForm1::RunOfToolbar(FrameCommand command) {
+  // Without a player, the button Play starts one.
+  const bool starts = command == FrameCommand::kPlay && !player_.FindsPlayer();
+  Run(starts ? FrameCommand::kPlaySelectedSongs : command);
 }
 
 void frmMDIForm1::RestoreOptions() {
@@ -172,6 +185,8 @@ void frmMDIForm1::RestoreOptions() {
   restoreGeometry(options.value(kGeometryOption).toByteArray());
   restoreState(options.value(kStateOption).toByteArray());
   toolbar_->show();
+  // The state has whether the bar was shown, too, perhaps in another style.
+  player_bar_.Follow();
 }
 
 QMenu* frmMDIForm1::createPopupMenu() {
@@ -301,6 +316,10 @@ void frmMDIForm1::RunOnProgram(FrameCommand command) {
       return ShowMusicPlaces();
     case FrameCommand::kFileAgainByTags:
       return filing_.FileAgain();
+    case FrameCommand::kPlayerBar:
+      return player_bar_.Toggle();
+    case FrameCommand::kPlayerPanel:
+      return player_.ShowPanel();
     case FrameCommand::kHelp:
       return help_.ShowHelp({});
     case FrameCommand::kTip:
@@ -310,6 +329,10 @@ void frmMDIForm1::RunOnProgram(FrameCommand command) {
     default:
       return;
   }
+}
+
+void frmMDIForm1::FocusSongs() {
+  if (frmMain* const window = jukeboxes_.ActiveWindow()) window->GrabFocus();
 }
 
 void frmMDIForm1::ShowPreferences() {
@@ -363,7 +386,7 @@ void frmMDIForm1::closeEvent(QCloseEvent* event) {
   // If a jukebox must stay open, or another start has handed over a jukebox file in the meantime,
   // the program and its music keep running.
   if (!jukeboxes_.CloseAll() || files_.AreWaiting()) return event->ignore();
-  ClosePlayerPanel();
+  player_.End();
   // The program ends with its last window, so the help window closes, too.
   help_.Close();
   QSettings options;

@@ -21,6 +21,8 @@
 #include "ui/frame/frame_help.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/frame_player.h"
+#include "ui/frame/frame_player_bar.h"
+#include "ui/frame/frame_title.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/frame/jukebox_places.h"
 #include "ui/frame/jukebox_window_maker.h"
@@ -101,8 +103,8 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
 
   /// The player panel; null when it is not open.
   frmMainWinamp* PlayerPanel() const { return panel_.Panel(); }
-  /// Closes the player panel, which also closes the player.
-  void ClosePlayerPanel() { panel_.Close(); }
+  /// What plays.
+  FramePlayer& Player() noexcept { return player_; }
 
  protected:
   bool event(QEvent* event) override;
@@ -115,8 +117,11 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   void SetUpMenus();
   void RestoreOptions();
   void Run(FrameCommand command);
+  void RunOfToolbar(FrameCommand command);
   /// Runs the commands on the player, the windows and the program, not on jukeboxes and songs.
   void RunOnProgram(FrameCommand command);
+  /// Gives the keyboard focus to the active jukebox.
+  void FocusSongs();
   void ShowPreferences();
   void ShowMusicPlaces();
 
@@ -135,6 +140,8 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   BusyFrame busy_;
   PanelWindow panel_;
   FramePlayer player_;
+  FramePlayerBar player_bar_;
+  FrameTitle title_;
   FrameDocuments document_windows_;
   JukeboxDocuments documents_;
   WaitingFiles files_;

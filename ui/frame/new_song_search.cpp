@@ -8,7 +8,7 @@
 #include "app/search/drive_searches.h"
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
-#include "jukebox/returned_songs.h"
+#include "app/playing/follow_returned_songs.h"
 #include "ui/dialogs/frm_searching.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/support/help_page.h"
@@ -41,7 +41,7 @@ NewSongsResult NewSongSearch::BringIn(NewSongsPlace place, NewSongsTarget target
 void NewSongSearch::FollowSongs(const std::vector<ReturnedSong>& songs) {
   jukeboxes_.KeepPlaces([&] {
     const std::vector<Jukebox*> open = jukeboxes_.Open();
-    RenumberReturnedSongs(songs, open, tallow_.clipboard);
+    FollowReturnedSongs(songs, open, tallow_);
     for (Jukebox* const jukebox : open) jukebox->ListRefilled(tallow_.library);
   });
   findings_.Changed();

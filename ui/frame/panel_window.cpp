@@ -38,13 +38,17 @@ void PanelWindow::Open(frmMainWinamp& panel) {
   sub_->move(area.viewport()->rect().bottomRight() - sub_->rect().bottomRight());
 }
 
-void PanelWindow::Play() {
+void PanelWindow::Play() { Show(&frmMainWinamp::Play); }
+
+void PanelWindow::ShowPlayer() { Show(&frmMainWinamp::ShowPlayer); }
+
+void PanelWindow::Show(bool (frmMainWinamp::*open)()) {
   sub_->showNormal();
   // Commands and keys go to the jukebox again.
   jukeboxes_.ActivateLast();
   if (frmMain* const window = jukeboxes_.ActiveWindow()) window->GrabFocus();
   is_handing_over_ = true;
-  const bool is_open = Panel()->Play();
+  const bool is_open = (Panel()->*open)();
   is_handing_over_ = false;
   // A panel without a player is useless.
   if (!is_open) delete sub_;

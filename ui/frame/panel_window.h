@@ -26,6 +26,9 @@ class PanelWindow : public QObject {
   /// Restores the open panel and lets it play the songs in SongsToPlay. A panel that finds no
   /// player is closed.
   void Play();
+  /// Restores the open panel and lets it show the player, which it starts if there is none. A panel
+  /// that finds no player is closed.
+  void ShowPlayer();
   /// Closes the panel, if it is open, which also closes the player. While the panel is handing
   /// songs over, it closes afterwards.
   void Close();
@@ -39,6 +42,8 @@ class PanelWindow : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  /// Restores the panel, and runs a function of it that returns whether the player is open.
+  void Show(bool (frmMainWinamp::*open)());
   void ClampPosition(QSize before);
 
   JukeboxArea& jukeboxes_;

@@ -5,7 +5,7 @@
 
 #include "app/dropped_folders.h"
 #include "app/tallow.h"
-#include "jukebox/returned_songs.h"
+#include "app/playing/follow_returned_songs.h"
 #include "jukebox/sorting.h"
 #include "jukebox/special_folders.h"
 #include "ui/jukebox/pv_explorer.h"
@@ -63,7 +63,7 @@ void DroppedFiles::AddToLibrary(const std::vector<std::string>& paths, Outcome& 
   work.reset();
   outcome.problems = added.problems;
   Jukebox* const own[] = {&jukebox_};
-  RenumberReturnedSongs(added.returned, own, tallow_.clipboard);
+  FollowReturnedSongs(added.returned, own, tallow_);
   if (!added.returned.empty() || added.report.missing > 0) emit SongsReturned(added.returned);
 }
 

@@ -7,24 +7,27 @@
 #include <QCloseEvent>
 #include <QGridLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QTimer>
 
-#include "app/tallow.h"
+#include "app/playing/system_player_model.h"
 #include "player/player_messages.h"
+#include "player/reach_player.h"
+#include "ui/player/elided_label.h"
+#include "ui/player/panel_bar.h"
+#include "ui/player/player_work.h"
+#include "ui/player/playing_songs.h"
+#include "ui/player/time_text.h"
 #include "ui/support/display_text.h"
-#include "util/path_text.h"
 
 namespace tallow {
 namespace {
 
 constexpr int kUpdateInterval = 150;  ///< ms
-constexpr int kFirstVolume = 128;
 
-/// Page steps of the bars, used for a click beside the thumb: about a tenth of each range.
+/// Page steps of the bars, for the page keys: about a tenth of each range.
 constexpr int kPages = 10;
 constexpr int kVolumePage = 25;
 constexpr int kBalancePage = 25;
@@ -34,38 +37,6 @@ constexpr int kBalanceStep = 1;
 
 /// Minimum length of the bars, in average characters.
 constexpr int kBarCharacters = 44;
-
-/// Formats a time of a track as "1:05", or as "1:02:05" from one hour on.
-QString TimeText(int seconds) {
-  const int hours = seconds / 3600;
-  const int minutes = seconds / 60 % 60;
-  const QString tail = QStringLiteral(":%1").arg(seconds % 60, 2, 10, QLatin1Char('0'));
-  if (hours == 0) return QString::number(minutes) + tail;
-  return QStringLiteral("%1:%2").arg(hours).arg(minutes, 2, 10, QLatin1Char('0')) + tail;
-}
-
-/// A scroll bar that shows when it has the keyboard focus.
-class PanelBar : public QScrollBar {
- public:
-  explicit PanelBar(QWidget* parent) : QScrollBar(Qt::Horizontal, parent) {
-    setFocusPolicy(Qt::StrongFocus);
-    // Right, Up and Page Up increase the value, as on a slider.
-    setInvertedControls(false);
-    setContextMenuPolicy(Qt::NoContextMenu);
-  }
-
- protected:
-  void paintEvent(QPaintEvent* event) override {
-    QScrollBar::paintEvent(event);
-    if (!hasFocus()) return;
-    QPainter painter(this);
-    painter.setPen(QPen(palette().color(QPalette::Highlight), kFocusWidth));
-    painter.drawRect(rect().adjusted(1, 1, -1, -1));
-  }
-
- private:
-  static constexpr int kFocusWidth = 2;
-};
 
 QScrollBar* NewBar(const char* name, const QString& label, const QString& description,
                    QWidget* parent) {
@@ -79,9 +50,9 @@ QScrollBar* NewBar(const char* name, const QString& label, const QString& descri
 
 }  // namespace
 
-frmMainWinamp::frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage show,
+frmMainWinamp::frmMainWinamp(WinAMP_Control& player, SystemPlayerModel& model, ShowMessage show,
                              QWidget* parent)
-    : QWidget(parent), tallow_(tallow), player_(player), show_(std::move(show)) {
+    : QWidget(parent), player_(player), model_(model), show_(std::move(show)) {
   setObjectName(QStringLiteral("frmMainWinamp"));
   setWindowTitle(tr("WinAMP"));
   cmdPlayPause = new QPushButton(tr("&Play"), this);
@@ -92,6 +63,8 @@ frmMainWinamp::frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage
   hscrlVolume = NewBar("hscrlVolume", tr("Volume"), tr("From silent at the left to full"), this);
   hscrlBalance =
       NewBar("hscrlBalance", tr("Balance"), tr("Between the left and the right loudspeaker"), this);
+  lblSong = new ElidedLabel(this);
+  lblSong->setObjectName(QStringLiteral("lblSong"));
   lblStatus = new QLabel(tr("No File Open"), this);
   lblStatus->setObjectName(QStringLiteral("lblStatus"));
   times_ = new QLabel(this);
@@ -102,40 +75,48 @@ frmMainWinamp::frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage
   tmrScrollUpdate->setInterval(kUpdateInterval);
 
   auto* const grid = new QGridLayout(this);
-  grid->addWidget(cmdPlayPause, 0, 0);
+  grid->addWidget(lblSong, 0, 0, 1, 3);
+  grid->addWidget(cmdPlayPause, 1, 0);
   auto* const status = new QHBoxLayout;
   status->addWidget(new QLabel(tr("Status:"), this));
   status->addWidget(lblStatus, 1);
-  grid->addLayout(status, 0, 1);
+  grid->addLayout(status, 1, 1);
   const std::pair<QScrollBar*, QString> bars[] = {{hscrlTrackPos, tr("Track Position")},
                                                   {hscrlVolume, tr("Volume")},
                                                   {hscrlBalance, tr("Balance")}};
   for (int row = 0; row < 3; ++row) {
-    grid->addWidget(new QLabel(bars[row].second, this), row + 1, 0);
-    grid->addWidget(bars[row].first, row + 1, 1);
+    grid->addWidget(new QLabel(bars[row].second, this), row + 2, 0);
+    grid->addWidget(bars[row].first, row + 2, 1);
   }
-  grid->addWidget(times_, 1, 2);
+  grid->addWidget(times_, 2, 2);
   grid->setColumnStretch(1, 1);
   SetUpBars();
   SetUpTrackBar();
   connect(cmdPlayPause, &QPushButton::clicked, this, &frmMainWinamp::ClickPlayPause);
   connect(tmrScrollUpdate, &QTimer::timeout, this, &frmMainWinamp::Update);
+  model_.AddListener(*this);
+  PlayingChanged({}, model_.Now());
 }
+
+frmMainWinamp::~frmMainWinamp() { model_.RemoveListener(*this); }
 
 void frmMainWinamp::SetUpBars() {
   hscrlVolume->setRange(0, kMaxVolume);
-  hscrlVolume->setValue(kFirstVolume);
+  hscrlVolume->setValue(model_.Volume());
   hscrlVolume->setSingleStep(kVolumeStep);
   hscrlVolume->setPageStep(kVolumePage);
   hscrlBalance->setRange(-kMaxBalance, kMaxBalance);
+  hscrlBalance->setValue(model_.Balance());
   hscrlBalance->setSingleStep(kBalanceStep);
   hscrlBalance->setPageStep(kBalancePage);
   connect(hscrlVolume, &QScrollBar::valueChanged, this, [this](int value) {
     player_.SetVolume(value);
+    model_.VolumeWasSet(value);
     PlayerFound();
   });
   connect(hscrlBalance, &QScrollBar::valueChanged, this, [this](int value) {
     player_.SetBalance(value);
+    model_.BalanceWasSet(value);
     PlayerFound();
   });
 }
@@ -145,6 +126,7 @@ void frmMainWinamp::SetUpTrackBar() {
   // The bar changes its value only when it is released, so the player seeks once per drag.
   hscrlTrackPos->setTracking(false);
   connect(hscrlTrackPos, &QScrollBar::actionTriggered, this, &frmMainWinamp::UserScrolls);
+  connect(hscrlTrackPos, &QScrollBar::sliderPressed, this, &frmMainWinamp::UserScrolls);
   connect(hscrlTrackPos, &QScrollBar::sliderReleased, this, &frmMainWinamp::UserScrolls);
   connect(hscrlTrackPos, &QScrollBar::sliderMoved, this, [this](int position) {
     UserScrolls();
@@ -154,32 +136,30 @@ void frmMainWinamp::SetUpTrackBar() {
 }
 
 bool frmMainWinamp::Play() {
-  if (opened_)
-    Playstuff();
-  else
-    Open();
+  if (opened_ || Open()) Playstuff();
   return opened_;
 }
 
-void frmMainWinamp::Open() {
-  if (!ReachPlayer(player_, show_)) return;
-  {
-    // SetUpPlayer sends volume and balance once, even if the bars have not changed.
-    const QSignalBlocker volume(hscrlVolume);
-    const QSignalBlocker balance(hscrlBalance);
-    hscrlVolume->setValue(kFirstVolume);
-    hscrlBalance->setValue(0);
-  }
+bool frmMainWinamp::ShowPlayer() {
+  if (!opened_ && !Open()) return false;
+  cmdPlayPause->setEnabled(true);
+  tmrScrollUpdate->start();
+  return true;
+}
+
+bool frmMainWinamp::Open() {
+  PlayerWork work(begin_work_);
+  if (!ReachPlayer(player_, show_, work.Starting())) return false;
+  model_.BeginVolume();
   SetUpPlayer();
-  Playstuff();
+  return true;
 }
 
 void frmMainWinamp::SetUpPlayer() {
   opened_ = true;
   set_up_ = player_.Window();
   setWindowTitle(DisplayText("WinAMP Version# " + player_.GetWinampVersion()));
-  player_.SetVolume(hscrlVolume->value());
-  player_.SetBalance(hscrlBalance->value());
+  model_.SetUpPlayer();
 }
 
 void frmMainWinamp::PlayerFound() {
@@ -189,35 +169,23 @@ void frmMainWinamp::PlayerFound() {
 }
 
 void frmMainWinamp::Playstuff() {
-  if (begin_work_) work_ = begin_work_(kHandingOver);
-  HandOverProgress progress;
-  if (work_)
-    progress = [this](std::size_t done, std::size_t songs) {
-      return work_->GoOn([=] {
-        return "Handed over " + std::to_string(done) + " of " + std::to_string(songs) + " songs";
-      });
-    };
-  HandOver(tallow_.SongsToPlay, tallow_.library, player_, show_, *this, progress);
-  work_.reset();
+  PlayingSongs playing(
+      model_, show_, begin_work_, [this](const QString& text) { emit StatusMessage(text); }, this);
+  playing.Play();
 }
 
-void frmMainWinamp::Cancelled(std::size_t songs, std::size_t of) {
-  emit StatusMessage(tr("Handing songs to the player was cancelled: it has %1 of the %2 songs.")
-                         .arg(songs)
-                         .arg(of));
+void frmMainWinamp::PlayingChanged(const Playing& before, const Playing& now) {
+  // The details of a song may be read after it has begun.
+  const bool is_shown = before.song == now.song && !lblSong->text().isEmpty();
+  if (is_shown && before.position == now.position) return;
+  lblSong->ShowText(now.song == 0 ? QString() : DisplayText(model_.TextOf(now.song)));
 }
 
-void frmMainWinamp::DiskTimedOut(std::size_t songs, const std::string& first) {
-  emit StatusMessage(
-      songs == 1 ? tr("1 song was not played, because its disk does not answer: %1")
-                       .arg(DisplayText(first))
-                 : tr("%1 songs were not played, because their disk does not answer. The first: %2")
-                       .arg(songs)
-                       .arg(DisplayText(first)));
-}
-
-void frmMainWinamp::FirstSongIsGone(const std::string& path) {
-  emit StatusMessage(tr("%1 is gone, so nothing is played.").arg(DisplayText(NameOfPath(path))));
+void frmMainWinamp::VolumeChanged() {
+  const QSignalBlocker volume(hscrlVolume);
+  const QSignalBlocker balance(hscrlBalance);
+  hscrlVolume->setValue(model_.Volume());
+  hscrlBalance->setValue(model_.Balance());
 }
 
 void frmMainWinamp::TrackStarted(std::int32_t length) {
@@ -232,7 +200,6 @@ void frmMainWinamp::TrackStarted(std::int32_t length) {
 }
 
 void frmMainWinamp::HandedOver() {
-  work_.reset();
   cmdPlayPause->setText(tr("&Pause"));
   cmdPlayPause->setEnabled(true);
   tmrScrollUpdate->start();
@@ -296,11 +263,10 @@ void frmMainWinamp::ShowTimes(int position) {
 void frmMainWinamp::closeEvent(QCloseEvent* event) {
   tmrScrollUpdate->stop();
   event->accept();
+  emit Closing();
   // A message box about a missing player would keep the program from ending.
-  if (!player_.IsRunning() && !player_.FindWinamp()) return;
-  player_.SendWinampCommand(kStop);
-  player_.ClearWinampPlaylist();
-  player_.SendWinampCommand(kClosePlayer);
+  if (!player_.IsRunning()) player_.FindWinamp();
+  model_.ClosePlayer();
 }
 
 }  // namespace tallow

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <memory>
 #include <utility>
 
 #include <QWidget>
 
 #include "app/long_work.h"
+#include "app/playing/player_model.h"
 #include "player/playfile.h"
 #include "util/message.h"
 
@@ -17,22 +17,27 @@ class QTimer;
 
 namespace tallow {
 
-class Tallow;
+class ElidedLabel;
+class SystemPlayerModel;
 
 /// The player panel: shows and controls the player while songs play. Opening the panel starts the
-/// player; closing the panel closes the player.
-class frmMainWinamp : public QWidget, private HandOffPanel {
+/// player; closing the panel closes the player. The model of the player says which song plays.
+class frmMainWinamp : public QWidget, private HandOffPanel, private PlayerListener {
   Q_OBJECT
 
  public:
-  /// \param tallow, player must outlive the window
-  frmMainWinamp(Tallow& tallow, WinAMP_Control& player, ShowMessage show,
+  /// \param player, model must outlive the window
+  frmMainWinamp(WinAMP_Control& player, SystemPlayerModel& model, ShowMessage show,
                 QWidget* parent = nullptr);
+  ~frmMainWinamp() override;
 
   /// Plays the songs in SongsToPlay. The first call opens the player; if that fails, the next call
   /// tries again.
   /// \returns whether the player is open
   bool Play();
+  /// Opens the player without changing what it plays.
+  /// \returns whether the player is open
+  bool ShowPlayer();
 
   /// Sets the callback that shows progress while many songs are handed over.
   void OnLongWork(BeginLongWork begin) { begin_work_ = std::move(begin); }
@@ -43,19 +48,20 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
  signals:
   /// A message that the user should read and that does not interrupt playing.
   void StatusMessage(const QString& text);
+  /// The panel closes, and will close the player.
+  void Closing();
 
  protected:
   void closeEvent(QCloseEvent* event) override;
 
  private:
-  void Open();
+  bool Open();
   void SetUpPlayer();
   void PlayerFound() override;
-  void FirstSongIsGone(const std::string& path) override;
   void TrackStarted(std::int32_t length) override;
   void HandedOver() override;
-  void Cancelled(std::size_t songs, std::size_t of) override;
-  void DiskTimedOut(std::size_t songs, const std::string& first) override;
+  void PlayingChanged(const Playing& before, const Playing& now) override;
+  void VolumeChanged() override;
 
   void SetUpBars();
   void SetUpTrackBar();
@@ -68,12 +74,11 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   void ShowStatus(const QString& status);
   void ShowTimes(int position);
 
-  Tallow& tallow_;
   WinAMP_Control& player_;
+  SystemPlayerModel& model_;
   ShowMessage show_;
   BeginLongWork begin_work_;
-  std::unique_ptr<LongWork> work_;  ///< while songs are handed over
-  bool opened_ = false;             ///< whether the player was found and set up
+  bool opened_ = false;  ///< whether the player was found and set up
   /// The player that has received the volume and balance and whose version is in the title; 0 for
   /// none.
   PlayerHandle set_up_ = 0;
@@ -83,6 +88,7 @@ class frmMainWinamp : public QWidget, private HandOffPanel {
   QScrollBar* hscrlTrackPos;
   QScrollBar* hscrlVolume;
   QScrollBar* hscrlBalance;
+  ElidedLabel* lblSong;
   QLabel* lblStatus;
   QLabel* times_;
   QTimer* tmrScrollUpdate;

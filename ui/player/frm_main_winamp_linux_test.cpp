@@ -4,6 +4,7 @@
 #include <QScrollBar>
 #include <QTest>
 
+#include "app/playing/system_player_model.h"
 #include "app/tallow.h"
 #include "tests/real_player_linux.h"
 #include "tests/sound_linux.h"
@@ -37,7 +38,8 @@ class PanelAndPlayer : public RealPlayer {
 
   TempFolder application;
   Tallow tallow{application.path()};
-  frmMainWinamp panel{tallow, player, messages.Shower()};
+  SystemPlayerModel model{tallow, player};
+  frmMainWinamp panel{player, model, messages.Shower()};
 };
 
 TEST_F(PanelAndPlayer, PlayPauseSeekAndClose) {

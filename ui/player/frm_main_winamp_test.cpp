@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/frm_main_winamp.h"
 
+#include <cstdlib>
 #include <gtest/gtest.h>
 
 #include <QApplication>
@@ -12,6 +13,7 @@
 #include <QTest>
 #include <QTimer>
 
+#include "app/playing/system_player_model.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_link.h"
 #include "tests/recorded_messages.h"
@@ -85,7 +87,8 @@ class FrmMainWinamp : public LibraryTest {
   RecordedMessages messages;
   std::string path = "/opt/player";
   WinAMP_Control player{link, [this] { return path; }, messages.Shower()};
-  frmMainWinamp panel{tallow, player, messages.Shower()};
+  SystemPlayerModel model{tallow, player};
+  frmMainWinamp panel{player, model, messages.Shower()};
 };
 
 TEST_F(FrmMainWinamp, TheControlsHaveTheirInitialState) {
@@ -393,11 +396,33 @@ TEST_F(FrmMainWinamp, DraggingTheBalanceSendsIt) {
   QTest::mouseRelease(&Balance(), Qt::LeftButton, {}, from - QPoint(15, 0));
 }
 
-TEST_F(FrmMainWinamp, AClickBesideTheThumbSeeksAPage) {
+TEST_F(FrmMainWinamp, AClickBesideTheThumbSeeksToThePlaceOfTheClick) {
   Open();
-  QTest::mouseClick(&Track(), Qt::LeftButton, {},
-                    QPoint(Track().width() - 30, Track().height() / 2));
-  EXPECT_EQ(link.Take(), (Texts{kAskLength, "1024 21000 106"}));
+  const QPoint place(Track().width() * 2 / 3, Track().height() / 2);
+  QTest::mousePress(&Track(), Qt::LeftButton, {}, place);
+  // The timer does not move the bar while the button is down.
+  PlayerIsAt(5000);
+  EXPECT_EQ(Tick(), (Texts{kAskPosition, kAskLength, kAskStatus}));
+  EXPECT_LE(std::abs(Thumb(Track()).x() - place.x()), 1);
+  QTest::mouseRelease(&Track(), Qt::LeftButton, {}, place);
+  EXPECT_LE(std::abs(Thumb(Track()).x() - place.x()), 1);
+  const int seconds = Track().value();
+  EXPECT_EQ(link.Take(), (Texts{kAskLength, "1024 " + std::to_string(seconds) + "000 106"}));
+  EXPECT_GT(seconds, 215 / 2);
+}
+
+TEST_F(FrmMainWinamp, AClickBesideTheThumbSetsTheVolumeOfThePlace) {
+  Open();
+  const QPoint place(Volume().width() * 3 / 4, Volume().height() / 2);
+  QTest::mouseClick(&Volume(), Qt::LeftButton, {}, place);
+  EXPECT_LE(std::abs(Thumb(Volume()).x() - place.x()), 1);
+  EXPECT_EQ(link.Take(), Texts{"1024 " + std::to_string(Volume().value()) + " 122"});
+  // The thumb follows the pointer from there.
+  QTest::mousePress(&Balance(), Qt::LeftButton, {}, place);
+  const int pressed = Balance().value();
+  QTest::mouseMove(&Balance(), place - QPoint(40, 0));
+  EXPECT_LT(Balance().value(), pressed);
+  QTest::mouseRelease(&Balance(), Qt::LeftButton, {}, place - QPoint(40, 0));
 }
 
 TEST_F(FrmMainWinamp, ADragBackToTheStartDoesNotSeek) {

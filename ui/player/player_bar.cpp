@@ -29,7 +29,7 @@ constexpr int kPlayPicture = 32;
 constexpr int kMinWidth = 320;
 
 /// The line to seek in has at least this width before parts are hidden, in average characters.
-constexpr int kMinLineCharacters = 24;
+constexpr int kMinLineCharacters = 16;
 
 bool IsPlayingOrPaused(const Playing& now) { return now.status != kStopped; }
 
@@ -54,6 +54,8 @@ PlayerBar::PlayerBar(PlayerModel& model, PathOf path_of, CoverLoader::Read read_
   setObjectName(QStringLiteral("PlayerBar"));
   setAccessibleName(tr("Player bar"));
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  // The height stays when the cover is hidden.
+  setMinimumHeight(CoverView::kSide + 2 * kMargin);
   song_->setObjectName(QStringLiteral("lblSong"));
   previous_->Show("previous", tr("Previous Track"));
   next_->Show("next", tr("Next Track"));
@@ -86,7 +88,7 @@ void PlayerBar::Arrange() {
   line->addWidget(seek_, 1);
   line->addWidget(left_);
   auto* const song = new QVBoxLayout;
-  song->setSpacing(0);
+  song->setSpacing(2);
   song->addStretch(1);
   song->addWidget(song_);
   song->addLayout(line);
@@ -115,10 +117,10 @@ void PlayerBar::Connect() {
   connect(previous_, &BarButton::clicked, this, [this] { model_.Previous(); });
   connect(next_, &BarButton::clicked, this, [this] { model_.Next(); });
   connect(play_, &BarButton::clicked, this, [this] {
-    if (model_.Now().is_running)
+    if (IsPlayingOrPaused(model_.Now()))
       model_.PlayOrPause();
     else
-      emit PlayWithoutPlayer();
+      emit PlayWhileStopped();
   });
   connect(shuffle_, &BarButton::clicked, this, [this](bool on) {
     model_.SetShuffle(on);
@@ -184,7 +186,6 @@ void PlayerBar::ShowSong() {
   else
     song_->ShowText(IsPlayingOrPaused(now) ? tr("A song that was not chosen here")
                                            : tr("Nothing is playing"));
-  song_->setEnabled(now.song != 0);
   if (isVisible()) cover_->ShowSong(now.song != 0 ? path_of_(now.song) : std::string());
 }
 
@@ -218,8 +219,9 @@ void PlayerBar::ShowTimes(int position) {
   const QString longest = length < kHour ? QStringLiteral("-00:00") : QStringLiteral("-0:00:00");
   const int width = fontMetrics().horizontalAdvance(longest) + kSpacing;
   for (QLabel* const label : {gone_, left_}) label->setMinimumWidth(width);
-  gone_->setText(is_known ? TimeText(position) : QString());
-  left_->setText(is_known ? QChar(0x2212) + TimeText(length - position) : QString());
+  const QString unknown = QStringLiteral("-:--");
+  gone_->setText(is_known ? TimeText(position) : unknown);
+  left_->setText(is_known ? QChar(0x2212) + TimeText(length - position) : unknown);
 }
 
 void PlayerBar::showEvent(QShowEvent* event) {

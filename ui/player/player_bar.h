@@ -49,8 +49,8 @@ class PlayerBar : public QWidget, private PlayerListener {
   QSize minimumSizeHint() const override;
 
  signals:
-  /// Play was chosen while no player runs.
-  void PlayWithoutPlayer();
+  /// Play was chosen while nothing plays or is paused: there may be no player, or no song for it.
+  void PlayWhileStopped();
   /// Esc was pressed in the bar.
   void Left();
 

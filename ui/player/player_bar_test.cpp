@@ -95,7 +95,7 @@ class PlayerBarTest : public testing::Test {
 TEST_F(PlayerBarTest, ShowsWhatPlays) {
   EXPECT_EQ(Song().text(), "Nothing is playing");
   EXPECT_FALSE(Seek().isEnabled());
-  EXPECT_EQ(Gone(), "");
+  EXPECT_EQ(Gone(), "-:--");
   model.Play(1, 200, 65);
   EXPECT_EQ(Song().text(), "Спокойная ночь - Кино");
   EXPECT_EQ(Song().accessibleName(), "Спокойная ночь - Кино");
@@ -108,7 +108,7 @@ TEST_F(PlayerBarTest, ShowsWhatPlays) {
   EXPECT_EQ(Gone(), "1:06");
   model.Change([](Playing& now) { now.is_running = true; });
   EXPECT_EQ(Song().text(), "Nothing is playing");
-  EXPECT_EQ(Gone(), "");
+  EXPECT_EQ(Gone(), "-:--");
 }
 
 TEST_F(PlayerBarTest, NamesNoSongWhenTheListIsNotWhatWasHandedOver) {
@@ -121,7 +121,7 @@ TEST_F(PlayerBarTest, NamesNoSongWhenTheListIsNotWhatWasHandedOver) {
 TEST_F(PlayerBarTest, ASongOfUnknownLengthCannotBeSought) {
   model.Play(1, -1, 65);
   EXPECT_FALSE(Seek().isEnabled());
-  EXPECT_EQ(Gone(), "");
+  EXPECT_EQ(Gone(), "-:--");
   model.Play(1, 4000, 3601);
   EXPECT_EQ(Gone(), "1:00:01");
 }
@@ -150,10 +150,12 @@ TEST_F(PlayerBarTest, ControlsThePlayer) {
   EXPECT_FALSE(bar.HasFocus());
 }
 
-TEST_F(PlayerBarTest, AsksForAPlayerWhenNoneRuns) {
-  QSignalSpy asked(&bar, &PlayerBar::PlayWithoutPlayer);
+TEST_F(PlayerBarTest, AsksForSongsWhenNothingPlays) {
+  QSignalSpy asked(&bar, &PlayerBar::PlayWhileStopped);
   Click(Button("cmdPlay"));
-  EXPECT_EQ(asked.size(), 1);
+  model.Set({.is_running = true});
+  Click(Button("cmdPlay"));
+  EXPECT_EQ(asked.size(), 2);
   EXPECT_TRUE(model.Take().empty());
 }
 

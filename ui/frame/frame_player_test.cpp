@@ -1,0 +1,261 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frame_player.h"
+
+#include <gtest/gtest.h>
+
+#include <QStatusBar>
+#include <QTableView>
+#include <QTest>
+#include <QTimer>
+#include <QToolBar>
+
+#include "app/data_paths.h"
+#include "tests/frame_fixture.h"
+#include "tests/stand_in_tallow_player.h"
+#include "ui/player/frm_main_winamp.h"
+
+namespace tallow {
+namespace {
+
+using Songs = std::vector<std::int32_t>;
+
+const Texts kCloses = {"273 40047 0", "1024 0 101", "273 40001 0"};
+
+class FramePlayerTest : public FrameTest {
+ protected:
+  FramePlayer& Player() { return frame.Player(); }
+  SystemPlayerModel& Model() { return Player().Model(); }
+  PlayingPreferences Preferences() { return PlayingPreferences(tallow.preferences); }
+  std::string Added(const std::string& name) const {
+    return "copy 100 " + std::to_string(music.path().size() + name.size() + 1) + " " +
+           music.path() + name + "\\0";
+  }
+  QAction& Button(int number) {
+    return *frame.findChild<QToolBar*>(QStringLiteral("Toolbar1"))
+                ->findChild<QAction*>(QStringLiteral("Button%1").arg(number));
+  }
+  QTimer& Timer() { return *Player().findChild<QTimer*>(QStringLiteral("tmrPlayer")); }
+};
+
+TEST_F(FramePlayerTest, WithThePlayerBarNoPlayCommandOpensThePanel) {
+  Preferences().SetShowsBar(true);
+  ShowJukebox();
+  Player().Play({1, 2});
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+  EXPECT_EQ(link.Take(), (Texts{"start /opt/player", "1024 128 122", "1024 0 123", "273 40047 0",
+                                "1024 0 101", Added("a.mp3"), "273 40045 0", Added("b.mp3")}));
+  Player().AddToQueue({1}, {});
+  EXPECT_EQ(frame.PlayerPanel(), nullptr);
+  EXPECT_TRUE(Timer().isActive());
+}
+
+TEST_F(FramePlayerTest, WithThePlayerBarThePanelOpensOnlyWhenItIsAskedFor) {
+  Preferences().SetShowsBar(true);
+  ShowJukebox();
+  Player().Play({1});
+  Model().SetVolume(77);
+  link.Take();
+  Player().ShowPanel();
+  ASSERT_NE(frame.PlayerPanel(), nullptr);
+  // It shows the player, and does not play anew.
+  EXPECT_EQ(HandOvers(), 0);
+  EXPECT_EQ(frame.PlayerPanel()->findChild<QScrollBar*>(QStringLiteral("hscrlVolume"))->value(),
+            77);
+  Player().ShowPanel();
+  EXPECT_NE(frame.PlayerPanel(), nullptr);
+  link.Take();
+  SubOf(*frame.PlayerPanel()).close();
+  EXPECT_EQ(link.Take(), kCloses);
+}
+
+TEST_F(FramePlayerTest, EndingTallowClosesThePlayerWhileTheBarIsOn) {
+  Preferences().SetShowsBar(true);
+  ShowJukebox();
+  Player().Play({1});
+  link.Take();
+  EXPECT_TRUE(frame.close());
+  EXPECT_EQ(link.Take(), kCloses);
+}
+
+TEST_F(FramePlayerTest, AWinampThatTallowDoesNotUseIsNotClosed) {
+  Preferences().SetShowsBar(true);
+  ShowJukebox();
+  EXPECT_TRUE(frame.close());
+  EXPECT_EQ(link.Take(), Texts{});
+  Player().Send(kPause);
+  EXPECT_EQ(link.Take(), (Texts{"find", "273 40046 0"}));
+  frame.show();
+  EXPECT_TRUE(frame.close());
+  EXPECT_EQ(link.Take(), Texts{});
+}
+
+TEST_F(FramePlayerTest, WithoutBarOrPanelThePlayerPlaysOn) {
+  Preferences().SetShowsBar(true);
+  ShowJukebox();
+  Player().Play({1});
+  Preferences().SetShowsBar(false);
+  link.Take();
+  EXPECT_TRUE(frame.close());
+  EXPECT_EQ(link.Take(), Texts{});
+}
+
+TEST_F(FramePlayerTest, PlayFromHereBeginsAtTheSong) {
+  ShowJukebox();
+  AddSong(music.path(), "c.mp3");
+  music.File("c.mp3");
+  Player().PlayFromHere({1, 2, 3}, 1, {nullptr, 5});
+  ASSERT_NE(frame.PlayerPanel(), nullptr);
+  Texts sent = link.Take();
+  std::erase_if(sent, [](const std::string& text) { return !text.starts_with("copy"); });
+  EXPECT_EQ(sent, (Texts{Added("b.mp3"), Added("c.mp3"), Added("a.mp3")}));
+  EXPECT_EQ(tallow.handed_over.OriginOf(1).folder, 5U);
+}
+
+TEST_F(FramePlayerTest, TheButtonPlayStartsADeadPlayerAndPlaysTheSelection) {
+  for (const bool has_bar : {false, true}) {
+    Preferences().SetShowsBar(has_bar);
+    frmMain& window = ShowJukebox();
+    auto* const list = window.findChild<QTableView*>();
+    list->selectRow(1);
+    link.found = 0;
+    // The player is found once it is started.
+    link.on_start = [this] { link.found = 7; };
+    link.Take();
+    Button(6).trigger();
+    const Texts sent = link.Take();
+    EXPECT_EQ(std::count(sent.begin(), sent.end(), Added("b.mp3")), 1) << has_bar;
+    EXPECT_EQ(std::count(sent.begin(), sent.end(), "273 40045 0"), 1) << has_bar;
+    EXPECT_EQ(messages.Take(), Texts{});
+    EXPECT_EQ(frame.PlayerPanel() == nullptr, has_bar);
+    Player().End();
+    DeleteClosedWindows();
+    link.ends_at = 0;
+    SubOf(window).close();
+    DeleteClosedWindows();
+    link.ends_at = std::size_t{1} << 30;
+  }
+}
+
+TEST_F(FramePlayerTest, PlayOrPauseWithoutAListPlaysTheSelection) {
+  Preferences().SetShowsBar(true);
+  frmMain& window = ShowJukebox();
+  window.findChild<QTableView*>()->selectRow(1);
+  Player().PlayOrPause();
+  Texts sent = link.Take();
+  EXPECT_EQ(std::count(sent.begin(), sent.end(), Added("b.mp3")), 1);
+  link.answers["1024 0 124"] = 1;
+  link.answers["1024 0 104"] = 1;
+  Player().PlayOrPause();
+  EXPECT_EQ(link.Take(), Texts{"273 40046 0"});
+}
+
+TEST_F(FramePlayerTest, TheModelIsAskedOnlyWhileThereMayBeAPlayer) {
+  ShowJukebox();
+  EXPECT_FALSE(Timer().isActive());
+  Player().Play({1});
+  EXPECT_TRUE(Timer().isActive());
+  EXPECT_EQ(Timer().interval(), 150);
+  link.ends_at = 0;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !Timer().isActive(); }));
+  Preferences().SetShowsBar(true);
+  EXPECT_TRUE(Timer().isActive());
+}
+
+TEST_F(FramePlayerTest, TheTitleBeginsWithTheSong) {
+  ShowJukebox();
+  EXPECT_TRUE(frame.windowTitle().startsWith("Tallow")) << frame.windowTitle().toStdString();
+  link.answers["1024 0 124"] = 2;
+  link.answers["1024 0 104"] = 1;
+  Player().Play({2, 1});
+  EXPECT_TRUE(QTest::qWaitFor([&] { return frame.windowTitle().startsWith("b.mp3 - Tallow"); }));
+  link.answers["1024 0 125"] = 1;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return frame.windowTitle().startsWith("a.mp3 - Tallow"); }));
+  link.answers["1024 0 104"] = 0;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return frame.windowTitle().startsWith("Tallow"); }));
+}
+
+TEST_F(FramePlayerTest, ThePanelNamesTheSong) {
+  ShowJukebox();
+  link.answers["1024 0 124"] = 2;
+  link.answers["1024 0 104"] = 1;
+  Player().Play({2, 1});
+  auto* const song = frame.PlayerPanel()->findChild<QLabel*>(QStringLiteral("lblSong"));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return song->text() == "b.mp3"; }));
+  link.answers["1024 0 125"] = 1;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return song->text() == "a.mp3"; }));
+  link.answers["1024 0 104"] = 0;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return song->text().isEmpty(); }));
+}
+
+/// A frame window with a stand-in of Tallow's own player.
+class FrameWithOwnPlayer : public LibraryTest {
+ protected:
+  FrameWithOwnPlayer() {
+    for (const char* const name : {"a.mp3", "b.mp3", "c.mp3"}) {
+      AddSong(music.path(), name);
+      music.File(name, "song");
+    }
+    tallow.settings.LocOfWinAmpExe("/opt/tallow-player");
+    tallow.player_path = "/opt/tallow-player";
+    tallow.preferences.SetStyle(Style::kModern);
+    MakeFrame();
+  }
+
+  void MakeFrame() {
+    frame.reset();
+    tallow.handed_over.Clear();
+    frame = std::make_unique<frmMDIForm1>(tallow, link, searches, messages.Shower());
+  }
+  FramePlayer& Player() { return frame->Player(); }
+
+  StandInTallowPlayer link;
+  RecordedMessages messages;
+  RecordedSearches searches{tallow};
+  std::unique_ptr<frmMDIForm1> frame;
+};
+
+TEST_F(FrameWithOwnPlayer, CommandsOfTheQueueGoToThePlayer) {
+  Player().PlayFromHere({1, 2}, 1, {});
+  Player().PlayNext({3}, {});
+  Player().AddToQueue({1}, {});
+  EXPECT_EQ(Player().Model().Now().song, 2);
+  EXPECT_EQ(Player().Model().SongsOfQueue(), (Songs{3, 1}));
+  EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(FrameWithOwnPlayer, TheQueueOutlastsTheProgram) {
+  Player().Play({1, 2, 3});
+  link.PlayNextEntry();
+  link.position = 5000;
+  Player().End();
+  EXPECT_FALSE(link.is_there);
+  MakeFrame();
+  Player().RestoreQueue();
+  EXPECT_EQ(Player().Model().Now().status, kPaused);
+  EXPECT_EQ(Player().Model().Now().song, 2);
+  EXPECT_EQ(Player().Model().Now().position, 5);
+  EXPECT_EQ(Player().Model().SongsOfQueue(), Songs{3});
+}
+
+TEST_F(FrameWithOwnPlayer, ThePlayerThatTheUserClosedHasNoQueueToRestore) {
+  Player().Play({1, 2, 3});
+  Player().Model().StoreQueue();
+  Player().Send(kClosePlayer);
+  Player().End();
+  MakeFrame();
+  Player().RestoreQueue();
+  EXPECT_FALSE(link.is_there);
+}
+
+TEST_F(FrameWithOwnPlayer, APlayerThatCannotStartAtTheBeginningShowsNoMessageBox) {
+  Player().Play({1, 2});
+  Player().End();
+  MakeFrame();
+  link.starts = false;
+  Player().RestoreQueue();
+  EXPECT_EQ(messages.Take(), Texts{});
+  EXPECT_EQ(frame->statusBar()->currentMessage(), "Couldn't start WinAMP");
+}
+
+}  // namespace
+}  // namespace tallow

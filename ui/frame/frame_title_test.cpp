@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frame_title.h"
+
+#include <gtest/gtest.h>
+
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+#include "tests/model_stand_in.h"
+
+namespace tallow {
+namespace {
+
+class FrameTitleTest : public testing::Test {
+ protected:
+  FrameTitleTest() { model.texts = {{1, "A Title - An Artist"}, {2, "[*] - <b>"}}; }
+
+  QMainWindow window;
+  ModelStandIn model;
+};
+
+TEST_F(FrameTitleTest, BeginsWithTheSongWhileOnePlays) {
+  const FrameTitle title(window, model);
+  EXPECT_EQ(window.windowTitle(), "Tallow");
+  model.Play(1, 200);
+  EXPECT_EQ(window.windowTitle(), "A Title - An Artist - Tallow");
+  model.Change([](Playing& now) { now.status = kPaused; });
+  EXPECT_EQ(window.windowTitle(), "Tallow");
+  model.Play(2, 200);
+  EXPECT_EQ(window.windowTitle(), "[*][*] - <b> - Tallow");
+  model.Set({});
+  EXPECT_EQ(window.windowTitle(), "Tallow");
+}
+
+TEST_F(FrameTitleTest, ASongWhoseFileIsGoneIsNotShown) {
+  const FrameTitle title(window, model);
+  model.Play(3, 200);
+  EXPECT_EQ(window.windowTitle(), "Tallow");
+}
+
+TEST_F(FrameTitleTest, TheCaptionOfAMaximizedWindowFollows) {
+  auto* const area = new QMdiArea(&window);
+  window.setCentralWidget(area);
+  const FrameTitle title(window, model);
+  auto* const sub = area->addSubWindow(new QWidget);
+  sub->setWindowTitle(QStringLiteral("MIX"));
+  window.show();
+  sub->showMaximized();
+  EXPECT_EQ(window.windowTitle(), "Tallow - [MIX]");
+  model.Play(1, 200);
+  EXPECT_EQ(window.windowTitle(), "A Title - An Artist - Tallow - [MIX]");
+  sub->showNormal();
+  EXPECT_EQ(window.windowTitle(), "A Title - An Artist - Tallow");
+  sub->showMaximized();
+  model.Set({});
+  EXPECT_EQ(window.windowTitle(), "Tallow - [MIX]");
+}
+
+TEST_F(FrameTitleTest, ListensUntilItEnds) {
+  { const FrameTitle title(window, model); }
+  EXPECT_TRUE(model.listeners.empty());
+}
+
+}  // namespace
+}  // namespace tallow
