@@ -73,8 +73,9 @@ class MarkedRankEngine : public QIconEngine {
 
   void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state) override {
     const int of_mark = std::max(0, rect.width() - rect.height());
-    mark_.paint(painter, QRect(rect.x(), rect.y(), of_mark, rect.height()), Qt::AlignCenter, mode,
-                state);
+    const int gap = rect.height() / 8;
+    mark_.paint(painter, QRect(rect.x(), rect.y(), of_mark - gap, rect.height()), Qt::AlignCenter,
+                mode, state);
     rank_.paint(painter, rect.adjusted(of_mark, 0, 0, 0), Qt::AlignCenter, mode, state);
   }
 
@@ -95,9 +96,7 @@ class MarkedRankEngine : public QIconEngine {
 
 }  // namespace
 
-QIcon MarkedRankPicture(int rank, SongMark mark) {
-  return QIcon(new MarkedRankEngine(rank, mark));
-}
+QIcon MarkedRankPicture(int rank, SongMark mark) { return QIcon(new MarkedRankEngine(rank, mark)); }
 
 QIcon RankPicture(int rank) { return HasPicture(rank) ? QIcon(new RankIconEngine(rank)) : QIcon(); }
 

@@ -16,7 +16,7 @@ namespace tallow {
 namespace {
 
 /// Initial size, in average characters and lines.
-constexpr int kCharacters = 38;
+constexpr int kCharacters = 30;
 constexpr int kLines = 16;
 
 QLabel* MakeText(const char* name, QWidget* parent) {

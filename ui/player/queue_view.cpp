@@ -11,6 +11,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 
 #include "ui/player/queue_model.h"
 #include "ui/support/display_text.h"
@@ -31,6 +32,18 @@ bool IsEditKey(const QKeyEvent& key) {
          pressed == (Qt::CTRL | Qt::Key_C) || pressed == (Qt::CTRL | Qt::Key_V);
 }
 
+/// Draws the mark of a row right of its text, so that all texts begin below each other.
+class MarkAtTheRight : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->decorationPosition = QStyleOptionViewItem::Right;
+  }
+};
+
 }  // namespace
 
 QueueView::QueueView(PlayerModel& player, QueueModel& rows, QWidget* parent)
@@ -39,6 +52,7 @@ QueueView::QueueView(PlayerModel& player, QueueModel& rows, QWidget* parent)
   setAccessibleName(tr("Queue"));
   setAccessibleDescription(tr("Enter plays the song, Del removes it, Alt+Up and Alt+Down move it"));
   setModel(&rows);
+  setItemDelegate(new MarkAtTheRight(this));
   setShowGrid(false);
   setSelectionBehavior(QAbstractItemView::SelectRows);
   setSelectionMode(QAbstractItemView::ExtendedSelection);
