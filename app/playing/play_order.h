@@ -11,8 +11,8 @@ namespace tallow {
 /// How the songs in Tallow::SongsToPlay are played.
 struct PlayOrder {
   HandOverTo to = HandOverTo::kReplace;
-  std::size_t first = 0;  ///< index of the song that plays first, see HandOverOrder
-  SongsOrigin origin;     ///< of the songs
+  std::size_t first = 0;    ///< index of the song that plays first, see HandOverOrder
+  SongsOrigin origin = {};  ///< of the songs
 };
 
 }  // namespace tallow
