@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
+
+#include "player/player_messages.h"
+
 namespace tallow {
 
 /// The commands of the frame window's menus and toolbar, without the recent files.
@@ -44,5 +48,8 @@ enum class FrameCommand {
   kTip,
   kAbout,
 };
+
+/// The command for the player that a command of the menus stands for; no value for the others.
+std::optional<PlayerCommand> PlayerCommandOf(FrameCommand command);
 
 }  // namespace tallow

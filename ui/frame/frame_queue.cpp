@@ -46,6 +46,7 @@ FrameQueue::FrameQueue(QMainWindow& frame, Tallow& tallow, JukeboxArea& jukeboxe
   frame.addDockWidget(Qt::RightDockWidgetArea, dock_);
   dock_->hide();
   dock_->installEventFilter(this);
+  frame.installEventFilter(this);
   connect(pane_, &QueuePane::SaveAsFolder, this, &FrameQueue::SaveAsFolder);
 }
 
@@ -76,8 +77,10 @@ void FrameQueue::ShowDock(bool on) {
 }
 
 bool FrameQueue::eventFilter(QObject* watched, QEvent* event) {
+  // The preferences are loaded after the frame was made.
+  if (watched == &frame_ && event->type() == QEvent::Show) FollowPreferences();
   // The button in the title of the dock. The event then hides the dock.
-  if (event->type() == QEvent::Close && frame_.isVisible()) Show(false);
+  if (watched == dock_ && event->type() == QEvent::Close && frame_.isVisible()) Show(false);
   return QObject::eventFilter(watched, event);
 }
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frame/frm_mdi_form1.h"
 
-#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -55,28 +54,6 @@ constexpr QSize kMinSize(480, 320);
 const QString kGeometryOption = QStringLiteral("Window/Geometry");
 const QString kStateOption = QStringLiteral("Window/State");
 
-/// The command for the player that a command of the menus stands for; no value for the others.
-std::optional<PlayerCommand> PlayerCommandOf(FrameCommand command) {
-  switch (command) {
-    case FrameCommand::kNextTrack:
-      return kNextTrack;
-    case FrameCommand::kPreviousTrack:
-      return kPreviousTrack;
-    case FrameCommand::kPause:
-      return kPause;
-    case FrameCommand::kPlay:
-      return kPlay;
-    case FrameCommand::kStop:
-      return kStop;
-    case FrameCommand::kStopAfterTrack:
-      return kStopAfterTrack;
-    case FrameCommand::kCloseWinAmp:
-      return kClosePlayer;
-    default:
-      return std::nullopt;
-  }
-}
-
 }  // namespace
 
 frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& searches,
@@ -96,6 +73,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       player_(tallow, link, searches, jukeboxes_, panel_, messages_, busy_),
       player_bar_(*this, tallow, player_, [this] { FocusSongs(); }),
       title_(*this, player_.Model()),
+      lists_(tallow, jukeboxes_, messages_, player_.Model(), CommandsOf(player_)),
+      queue_(*this, tallow, jukeboxes_, messages_, player_.Model()),
       document_windows_(*this, jukeboxes_, panel_, messages_, busy_),
       documents_(tallow, document_windows_),
       files_(jukeboxes_, documents_),
@@ -124,6 +103,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
     filing_.Follow(before);
     player_.FollowPreferences();
     player_bar_.Follow();
+    lists_.FollowPreferences();
+    queue_.FollowPreferences();
   });
   player_.OnPlaySelection([this] { commands_.Run(ListCommand::kPlaySelectedSongs); });
 }
@@ -165,6 +146,7 @@ void frmMDIForm1::SetUpMenus() {
   connect(file_menu_, &FileMenu::OpenRecent, this,
           [this](int element) { documents_.OpenRecent(element); });
   player_bar_.SetItem(*menuBar()->findChild<QAction*>(QStringLiteral("mnuPlayerBar")));
+  queue_.SetItem(*menuBar()->findChild<QAction*>(QStringLiteral("mnuQueue")));
   KeepWindowList(*menuBar()->findChild<QMenu*>(QStringLiteral("mnuWindowList")), *area_);
   toolbar_ = AddFrameToolbar(*this, [this](FrameCommand command, bool checks) {
     if (!checks || player_.CheckPlayer()) RunOfToolbar(command);
@@ -185,8 +167,9 @@ void frmMDIForm1::RestoreOptions() {
   restoreGeometry(options.value(kGeometryOption).toByteArray());
   restoreState(options.value(kStateOption).toByteArray());
   toolbar_->show();
-  // The state has whether the bar was shown, too, perhaps in another style.
+  // The state has whether bar and queue were shown, too, perhaps in another style.
   player_bar_.Follow();
+  queue_.FollowPreferences();
 }
 
 QMenu* frmMDIForm1::createPopupMenu() {
@@ -228,8 +211,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   });
   connect(window, &frmMain::WhereMyMusicIs, this, [this] { ShowMusicPlaces(); });
   connect(window, &frmMain::ChangeBackgroundPicture, this, [this] { picture_.Change(); });
-  connect(window, &frmMain::PlaySongs, this,
-          [this](std::vector<std::int32_t> songs) { player_.Play(std::move(songs)); });
+  lists_.Follow(*window);
   return *window;
 }
 
@@ -320,6 +302,10 @@ void frmMDIForm1::RunOnProgram(FrameCommand command) {
       return player_bar_.Toggle();
     case FrameCommand::kPlayerPanel:
       return player_.ShowPanel();
+    case FrameCommand::kQueue:
+      return queue_.Toggle();
+    case FrameCommand::kShowPlayingSong:
+      return lists_.ShowPlayingSong();
     case FrameCommand::kHelp:
       return help_.ShowHelp({});
     case FrameCommand::kTip:

@@ -22,6 +22,7 @@
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/frame_player.h"
 #include "ui/frame/frame_player_bar.h"
+#include "ui/frame/frame_queue.h"
 #include "ui/frame/frame_title.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/frame/jukebox_places.h"
@@ -29,6 +30,7 @@
 #include "ui/frame/linked_undo.h"
 #include "ui/frame/new_song_search.h"
 #include "ui/frame/panel_window.h"
+#include "ui/frame/playing_lists.h"
 #include "ui/frame/unsaved_keeper.h"
 #include "ui/frame/waiting_files.h"
 #include "ui/frame/window_arrangement.h"
@@ -142,6 +144,8 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   FramePlayer player_;
   FramePlayerBar player_bar_;
   FrameTitle title_;
+  PlayingLists lists_;
+  FrameQueue queue_;
   FrameDocuments document_windows_;
   JukeboxDocuments documents_;
   WaitingFiles files_;

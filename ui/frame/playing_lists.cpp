@@ -10,6 +10,7 @@
 #include "app/tallow.h"
 #include "ui/frame/bring_to_front.h"
 #include "ui/frame/frame_messages.h"
+#include "ui/frame/frame_player.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/jukebox/pv_explorer.h"
@@ -21,6 +22,21 @@ namespace {
 constexpr std::string_view kAllSongs = "All Songs";
 
 }  // namespace
+
+PlayListCommands CommandsOf(FramePlayer& player) {
+  using Songs = PlayListCommands::Songs;
+  return {
+      .play = [&player](Songs songs, SongsOrigin origin) { player.Play(std::move(songs), origin); },
+      .play_from_here =
+          [&player](Songs songs, std::size_t chosen, SongsOrigin origin) {
+            player.PlayFromHere(std::move(songs), chosen, origin);
+          },
+      .play_next = [&player](Songs songs,
+                             SongsOrigin origin) { player.PlayNext(std::move(songs), origin); },
+      .add_to_queue = [&player](
+                          Songs songs,
+                          SongsOrigin origin) { player.AddToQueue(std::move(songs), origin); }};
+}
 
 PlayingLists::PlayingLists(Tallow& tallow, JukeboxArea& jukeboxes, FrameMessages& messages,
                            PlayerModel& player, PlayListCommands commands)

@@ -15,6 +15,7 @@ namespace tallow {
 
 class Folder;
 class FrameMessages;
+class FramePlayer;
 class JukeboxArea;
 class Tallow;
 class frmMain;
@@ -28,6 +29,9 @@ struct PlayListCommands {
   std::function<void(Songs songs, SongsOrigin origin)> play_next;
   std::function<void(Songs songs, SongsOrigin origin)> add_to_queue;
 };
+
+/// The commands of a player, which has to outlive them.
+PlayListCommands CommandsOf(FramePlayer& player);
 
 /// Connects the lists of the jukebox windows with the player: the lists hand songs to it, and mark
 /// what it plays.
