@@ -24,8 +24,8 @@ class PlayWindows : public JukeboxWindows {
   virtual void ShowStatus(const std::string& text) = 0;
   /// A disabled frame window accepts neither clicks nor keys.
   virtual void EnableFrame(bool enabled) = 0;
-  /// Plays the songs in SongsToPlay as Tallow::play_order says: on the player panel, which is opened
-  /// if it is not there, or without it while the player bar is on.
+  /// Plays the songs in SongsToPlay as Tallow::play_order says: on the player panel, which is
+  /// opened if it is not there, or without it while the player bar is on.
   virtual void PlayOnPanel() = 0;
   /// Starts a program in a normal window.
   virtual bool Start(const std::string& program) = 0;

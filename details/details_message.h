@@ -13,7 +13,8 @@ namespace tallow {
 // Messages between the program and its child that reads song details. A message is its length in
 // four bytes, the lowest first, and its content: a WhatToRead and a path in a request, details or
 // the bytes of a picture in an answer. In the details, each number has eight bytes, the lowest
-// first, and each text its length as such a number before it. The message "ab" is 02 00 00 00 61 62.
+// first, and each text its length as such a number before it. The message "ab" is 02 00 00 00 61
+// 62.
 
 /// The bytes of a message's length.
 inline constexpr std::size_t kMessageLengthBytes = 4;

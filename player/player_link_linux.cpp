@@ -182,15 +182,16 @@ class SocketLink : public PlayerLink {
     return Patiently([&] { return Exchange(player, head, data); });
   }
 
-  /// Whether there is a connection to a player. A connection that the player has closed is replaced.
+  /// Whether there is a connection to a player. A connection that the player has closed is
+  /// replaced.
   bool IsConnectedTo(PlayerHandle player) {
     if (player != handle_ || !connection_) return false;
     if (!connection_->IsUsable() && connection_->WasClosed()) Reconnect();
     return true;
   }
 
-  /// Sends something, and sends it again if the player may just have closed this connection in order
-  /// to accept others.
+  /// Sends something, and sends it again if the player may just have closed this connection in
+  /// order to accept others.
   template <typename Sender>
   auto Patiently(const Sender& send) -> decltype(send()) {
     auto answer = send();

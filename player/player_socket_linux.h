@@ -25,9 +25,9 @@ namespace tallow {
 //
 // Only kWmCopyData has a payload: the data of the record. Each request is answered by 8 bytes, a
 // signed number, before the next request is read. If the list is full, a request to add a file is
-// answered with kListIsFull and the list is unchanged. For the code kAsk the number is the length of
-// the answer in bytes, at most kMaxTextAnswer, and the answer follows it. An invalid request or an
-// unknown message closes the connection without an answer and without any effect.
+// answered with kListIsFull and the list is unchanged. For the code kAsk the number is the length
+// of the answer in bytes, at most kMaxTextAnswer, and the answer follows it. An invalid request or
+// an unknown message closes the connection without an answer and without any effect.
 //
 // For example, the query for the track position (1024, 0, 105) on a little-endian machine, and the
 // answer 61,999 ms:

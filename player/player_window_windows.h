@@ -9,9 +9,9 @@ namespace tallow {
 // The windows that Tallow and its own player use to talk to each other on Windows.
 //
 // The player has a top-level window of Winamp's class that is never shown; its title names the
-// application folder. It receives the messages of player_messages.h. The link has a window that only
-// receives messages. Its handle is wParam of each copy-data record that it sends, so that the player
-// can send it the answer to kAsk, as a copy-data record of the same code, before the message
+// application folder. It receives the messages of player_messages.h. The link has a window that
+// only receives messages. Its handle is wParam of each copy-data record that it sends, so that the
+// player can send it the answer to kAsk, as a copy-data record of the same code, before the message
 // returns 1. While that window exists, the player does not end by itself.
 
 /// The class of the player's window: that of Winamp.

@@ -56,9 +56,9 @@ enum class HandOverTo {
 struct HandOverOrder {
   std::span<const std::int32_t> songs;  ///< record numbers, in play order
   HandOverTo to = HandOverTo::kReplace;
-  /// Index of the song that plays first. It is handed over first, then those that follow, then those
-  /// that precede it. Tallow's own player gets the preceding ones before it, so its list is in the
-  /// order of `songs`; in the list of Winamp they are the last. Only for kReplace.
+  /// Index of the song that plays first. It is handed over first, then those that follow, then
+  /// those that precede it. Tallow's own player gets the preceding ones before it, so its list is
+  /// in the order of `songs`; in the list of Winamp they are the last. Only for kReplace.
   std::size_t first = 0;
 };
 
@@ -72,12 +72,13 @@ struct HandOverResult {
 /// Hands songs over to the player.
 ///
 /// Skips songs whose files are missing. If the file of the song to play first is missing, does
-/// nothing else. Hands over songs whose files cannot be checked for another reason; one message then
-/// names the first five. If the player's list gets full, hands over the songs before the first that
-/// does not fit, and shows a message. Play Next and adding at the end leave alone what plays; with
-/// Winamp, both add at the end.
-/// \param progress called repeatedly with the number of songs processed so far, at least every 50 ms;
-///                 returns false to cancel. May be empty. The player keeps the songs that it has
+/// nothing else. Hands over songs whose files cannot be checked for another reason; one message
+/// then names the first five. If the player's list gets full, hands over the songs before the first
+/// that does not fit, and shows a message. Play Next and adding at the end leave alone what plays;
+/// with Winamp, both add at the end.
+/// \param progress called repeatedly with the number of songs processed so far, at least every 50
+///                 ms; returns false to cancel. May be empty. The player keeps the songs that it
+///                 has
 /// \param while_starting see ReachPlayer
 HandOverResult HandOver(const HandOverOrder& order, clsMain& library, WinAMP_Control& player,
                         const ShowMessage& show, HandOffPanel& panel,

@@ -17,8 +17,9 @@ inline constexpr std::chrono::milliseconds kPlayerPollInterval{20};
 /// less.
 using WhileStarting = std::function<bool()>;
 
-/// Starts and finds the player, and waits for it at most PlayerLink::StartTimeout(). Shows a message
-/// on failure; that about a program that has ended at once quotes the last line that it wrote.
+/// Starts and finds the player, and waits for it at most PlayerLink::StartTimeout(). Shows a
+/// message on failure; that about a program that has ended at once quotes the last line that it
+/// wrote.
 /// \param while_starting may be empty; the calling thread then sleeps
 /// \returns whether the player was found and answers
 bool ReachPlayer(WinAMP_Control& player, const ShowMessage& show,

@@ -11,8 +11,8 @@
 namespace tallow {
 
 // The file "PlayCounts.json" holds how often the user has played each song. It lies beside the
-// library, because nothing but the user's plays can make it. It is JSON in UTF-8, one song per line,
-// in the order of the paths:
+// library, because nothing but the user's plays can make it. It is JSON in UTF-8, one song per
+// line, in the order of the paths:
 //
 //   {"format":"Tallow play counts","version":1,"songs":[
 //   {"path":"/m/a.mp3","count":12,"last":"2026-11-23"}]}

@@ -102,8 +102,8 @@ class PlayerModel {
   /// A sentence that says why it cannot; empty if it can.
   virtual std::string WhyNot(PlayerFeature feature) const = 0;
 
-  // The queue: what will play after the current song, in this order. Empty when the player's list is
-  // not what was handed over, and with Winamp in random order.
+  // The queue: what will play after the current song, in this order. Empty when the player's list
+  // is not what was handed over, and with Winamp in random order.
 
   struct QueueRow {
     std::uint64_t entry = 0;

@@ -38,8 +38,8 @@ class EventLoop {
 
   virtual std::unique_ptr<WakeUp> AddWakeUp(Callback callback) = 0;
 
-  /// Calls back when the system wants the program to end: on Linux at SIGTERM, SIGINT and SIGHUP, on
-  /// Windows at the message WM_QUIT. Call this before other threads are started.
+  /// Calls back when the system wants the program to end: on Linux at SIGTERM, SIGINT and SIGHUP,
+  /// on Windows at the message WM_QUIT. Call this before other threads are started.
   virtual void CallAtEnd(Callback callback) = 0;
 
   /// Waits for events and calls their callbacks.

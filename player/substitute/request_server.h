@@ -22,8 +22,8 @@ class RequestServer {
  public:
   /// Sends the answer to a request.
   using Answer = std::function<void(PlayerAnswer)>;
-  /// Sends the answer to a kAsk: its length, then the text. What the client does not receive at once
-  /// is sent later, before its next request is read.
+  /// Sends the answer to a kAsk: its length, then the text. What the client does not receive at
+  /// once is sent later, before its next request is read.
   using TextAnswer = std::function<void(std::string)>;
 
   /// Executes a request. Exactly one of the two callbacks must be called once, at once or later:

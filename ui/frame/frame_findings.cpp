@@ -8,9 +8,9 @@
 #include <QStatusBar>
 #include <QTimer>
 
+#include "app/playing/follow_returned_songs.h"
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
-#include "app/playing/follow_returned_songs.h"
 #include "library/size_finder.h"
 #include "ui/dialogs/frm_findings.h"
 #include "ui/support/help_page.h"

@@ -77,12 +77,11 @@ TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
             (QStringList{"mnuCascade|&Cascade|Shift+F4", "mnuTile|&Tile|Shift+F5",
                          "mnuArrageIcons|&Arrange Icons|"}));
   EXPECT_EQ(ItemsOf("mnuTools"),
-            (QStringList{"mnuPreferences|&Preferences...|Ctrl+,",
-                         "mnuWhereMyMusicIs|&Where My Music Is...|",
-                         "mnuFileAgainByTags|&File Again By Tags|", "-",
-                         "mnuPlayerBar|Player &Bar|", "mnuPlayerPanel|Player Pa&nel|",
-                         "mnuQueue|&Queue|Ctrl+Shift+U",
-                         "mnuShowPlayingSong|&Show Playing Song|Ctrl+J"}));
+            (QStringList{
+                "mnuPreferences|&Preferences...|Ctrl+,", "mnuWhereMyMusicIs|&Where My Music Is...|",
+                "mnuFileAgainByTags|&File Again By Tags|", "-", "mnuPlayerBar|Player &Bar|",
+                "mnuPlayerPanel|Player Pa&nel|", "mnuQueue|&Queue|Ctrl+Shift+U",
+                "mnuShowPlayingSong|&Show Playing Song|Ctrl+J"}));
   EXPECT_EQ(ItemsOf("mnuHelp"),
             (QStringList{"mnuHelpp|&Help|", "mnuTip|&Tip|", "mnuAbout|&About|"}));
 }

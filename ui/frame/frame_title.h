@@ -9,8 +9,8 @@ class QWidget;
 
 namespace tallow {
 
-/// The title of the frame window: "Tallow", after the song while one plays. Qt adds the caption of a
-/// maximized jukebox.
+/// The title of the frame window: "Tallow", after the song while one plays. Qt adds the caption of
+/// a maximized jukebox.
 class FrameTitle : private PlayerListener {
  public:
   /// \param frame, model have to outlive this object

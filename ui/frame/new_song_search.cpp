@@ -5,10 +5,10 @@
 
 #include <QApplication>
 
+#include "app/playing/follow_returned_songs.h"
 #include "app/search/drive_searches.h"
 #include "app/tallow.h"
 #include "jukebox/jukebox.h"
-#include "app/playing/follow_returned_songs.h"
 #include "ui/dialogs/frm_searching.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/support/help_page.h"

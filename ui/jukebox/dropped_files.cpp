@@ -4,8 +4,8 @@
 #include <exception>
 
 #include "app/dropped_folders.h"
-#include "app/tallow.h"
 #include "app/playing/follow_returned_songs.h"
+#include "app/tallow.h"
 #include "jukebox/sorting.h"
 #include "jukebox/special_folders.h"
 #include "ui/jukebox/pv_explorer.h"

@@ -62,8 +62,8 @@ constexpr int RankItemOf(ListCommand command) noexcept {
 /// \param act runs a command
 QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act);
 
-/// Disables the items of the list's pop-up menu that the player cannot carry out; the tooltip of such
-/// an item says why.
+/// Disables the items of the list's pop-up menu that the player cannot carry out; the tooltip of
+/// such an item says why.
 /// \param player null when there is none; no item is disabled then
 void EnableListItems(QMenu& list_menu, const PlayerModel* player);
 

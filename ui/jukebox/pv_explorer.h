@@ -78,8 +78,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
 
   /// The indexes of the selected songs, in list order.
   std::vector<int> SelectedRows() const { return shown_songs_.Selected(); }
-  /// The index of the song that a command begins with: of the current song if it is selected, else of
-  /// the first selected song; -1 if none is selected.
+  /// The index of the song that a command begins with: of the current song if it is selected, else
+  /// of the first selected song; -1 if none is selected.
   int ChosenRow() const { return shown_songs_.Chosen(); }
   /// Scrolls the list to a song.
   /// \param row index of the song, from 0

@@ -26,8 +26,8 @@ class VolumeControl;
 /// and the time left; shuffle, repeat, mute, volume.
 ///
 /// Where the bar is too narrow for all, parts are hidden in this order: the slider of the volume,
-/// the cover, the times, shuffle and repeat. Its parts can be reached by Tab, but a click gives them
-/// no focus, so that the keys stay with the list.
+/// the cover, the times, shuffle and repeat. Its parts can be reached by Tab, but a click gives
+/// them no focus, so that the keys stay with the list.
 class PlayerBar : public QWidget, private PlayerListener {
   Q_OBJECT
 

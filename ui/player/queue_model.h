@@ -18,9 +18,9 @@ namespace tallow {
 /// Table model of the songs that are to come, one row for each entry of the queue.
 ///
 /// Entries are asked for only when a row is painted or a command concerns it, so a queue of 100,000
-/// songs costs no more than a short one. Rows that were painted are remembered: a change of the queue
-/// that only takes rows away at its top, or adds rows at its end, is reported to the view as such, so
-/// that it keeps its selection and scroll position. Any other change refills the view.
+/// songs costs no more than a short one. Rows that were painted are remembered: a change of the
+/// queue that only takes rows away at its top, or adds rows at its end, is reported to the view as
+/// such, so that it keeps its selection and scroll position. Any other change refills the view.
 class QueueModel : public QAbstractTableModel, private PlayerListener {
   Q_OBJECT
 
@@ -60,8 +60,8 @@ class QueueModel : public QAbstractTableModel, private PlayerListener {
  signals:
   /// The queue, or what the player can do, has changed.
   void Changed();
-  /// The view is about to be refilled, and has been. Before that, only KnownAt still has the entries
-  /// of the rows of the view.
+  /// The view is about to be refilled, and has been. Before that, only KnownAt still has the
+  /// entries of the rows of the view.
   void Refilling();
   void Refilled();
 

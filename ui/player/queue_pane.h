@@ -13,8 +13,9 @@ namespace tallow {
 class QueueModel;
 class QueueView;
 
-/// The content of the dock "Queue": how many songs are to come, a button that saves them as a folder,
-/// and the list of them. Says how songs get into an empty queue, and what the player cannot do.
+/// The content of the dock "Queue": how many songs are to come, a button that saves them as a
+/// folder, and the list of them. Says how songs get into an empty queue, and what the player cannot
+/// do.
 class QueuePane : public QWidget {
   Q_OBJECT
 

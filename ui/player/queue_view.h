@@ -15,8 +15,9 @@ namespace tallow {
 
 class QueueModel;
 
-/// The list of the songs that are to come. Rows are rearranged by dragging, with Alt+Up and Alt+Down,
-/// and removed with Del; Enter and a double-click play a row, the blank pauses. What the player cannot do is disabled.
+/// The list of the songs that are to come. Rows are rearranged by dragging, with Alt+Up and
+/// Alt+Down, and removed with Del; Enter and a double-click play a row, the blank pauses. What the
+/// player cannot do is disabled.
 ///
 /// The keys of the frame's menus that would change the jukebox, Del above all, have no effect on it
 /// while the list has the focus.

@@ -27,8 +27,8 @@ constexpr bool MarkShowsPlaying(SongMark mark) noexcept {
 /// Returns the icon of a mark, drawn as vectors; empty for none.
 QIcon MarkPicture(SongMark mark);
 
-/// The mark in words, for tooltips and screen readers: "playing" or "playing, paused"; empty for the
-/// others.
+/// The mark in words, for tooltips and screen readers: "playing" or "playing, paused"; empty for
+/// the others.
 QString SongMarkText(SongMark mark);
 
 /// A sentence that says why a song could not be played.

@@ -52,8 +52,8 @@ class ShownSongs {
 
   /// The indexes of the selected songs, in list order.
   std::vector<int> Selected() const;
-  /// The index of the current song if it is selected, else of the first selected song; -1 if none is
-  /// selected.
+  /// The index of the current song if it is selected, else of the first selected song; -1 if none
+  /// is selected.
   int Chosen() const;
   /// Selects an entry and scrolls to it.
   /// \returns its index; -1 if it is no longer in the folder
