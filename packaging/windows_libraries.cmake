@@ -32,9 +32,8 @@ tallow_import(GTest::gtest libgtest.a)
 # libmpv, and all libraries that it needs in their order.
 execute_process(
   COMMAND ${CMAKE_COMMAND} -E env PKG_CONFIG_LIBDIR=${TALLOW_WINDOWS_MPV}/lib/pkgconfig pkg-config
-          --static --libs mpv
-  OUTPUT_VARIABLE mpv_libraries
-  OUTPUT_STRIP_TRAILING_WHITESPACE COMMAND_ERROR_IS_FATAL ANY)
+          --static --libs mpv OUTPUT_VARIABLE mpv_libraries OUTPUT_STRIP_TRAILING_WHITESPACE
+                                                            COMMAND_ERROR_IS_FATAL ANY)
 separate_arguments(mpv_libraries UNIX_COMMAND "${mpv_libraries}")
 add_library(tallow_mpv INTERFACE)
 target_include_directories(tallow_mpv SYSTEM INTERFACE ${TALLOW_WINDOWS_MPV}/include)

@@ -43,7 +43,7 @@ class ListPlays : public JukeboxWindowTest {
   Texts Take() { return std::exchange(asked, {}); }
   void PlayOn(bool on) { library.UseSwitches({.plays_on = on}); }
   void Run(int command) { window.ActOnPopUpClick(command, kListPane, Box().selectednode()); }
-  void DoubleClick(int row) {
+  void ClickTwice(int row) {
     const QPoint place = List().visualRect(List().model()->index(row, 0)).center();
     QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, place);
     QTest::mouseDClick(List().viewport(), Qt::LeftButton, {}, place);
@@ -133,7 +133,7 @@ TEST_F(ListPlays, InClassicStyleADoubleClickAndEnterPlayTheOneSong) {
   AddFolder("one", {1, 2, 3});
   PlayOn(false);
   Show();
-  DoubleClick(1);
+  ClickTwice(1);
   EXPECT_EQ(Take(), Texts{"play 2 of one"});
   QTest::keyClick(&List(), Qt::Key_Return);
   EXPECT_EQ(Take(), Texts{"play 2 of one"});
@@ -144,7 +144,7 @@ TEST_F(ListPlays, WithTheSwitchADoubleClickAndEnterPlayFromHere) {
   AddFolder("one", {1, 2, 3});
   PlayOn(true);
   Show();
-  DoubleClick(1);
+  ClickTwice(1);
   EXPECT_EQ(Take(), Texts{"from 1 in 1 2 3 of one"});
   QTest::keyClick(&List(), Qt::Key_Return);
   EXPECT_EQ(Take(), Texts{"from 1 in 1 2 3 of one"});
