@@ -121,6 +121,29 @@ TEST_F(WindowsPlayer, UnknownAndInvalidMessagesHaveNoEffect) {
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
 }
 
+TEST_F(WindowsPlayer, TakesTheMediaKeysUntilItIsStopped) {
+  const auto are_free = [] {
+    const bool free = RegisterHotKey(nullptr, 1, MOD_NOREPEAT, VK_MEDIA_PLAY_PAUSE) != FALSE;
+    if (free) UnregisterHotKey(nullptr, 1);
+    return free;
+  };
+  const auto press = [this](WPARAM key) { SendMessageW(Window(), WM_HOTKEY, key, 0); };
+  StartPlayer();
+  EXPECT_TRUE(are_free());
+  Play({Song("a.mp3"), Song("b.mp3")});
+  EXPECT_FALSE(are_free());
+  press(VK_MEDIA_PLAY_PAUSE);
+  EXPECT_EQ(player.GetWinampStatus(), "PAUSED");
+  EXPECT_FALSE(are_free());
+  press(VK_MEDIA_NEXT_TRACK);
+  EXPECT_EQ(player.GetListPlace(), 1);
+  press(VK_MEDIA_PREV_TRACK);
+  EXPECT_EQ(player.GetListPlace(), 0);
+  press(VK_MEDIA_STOP);
+  EXPECT_EQ(player.GetWinampStatus(), "STOPPED");
+  EXPECT_TRUE(are_free());
+}
+
 TEST_F(WindowsPlayer, EndsWhenTheSystemClosesItsWindow) {
   StartPlayer();
   PostMessageW(Window(), WM_CLOSE, 0, 0);

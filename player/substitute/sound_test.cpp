@@ -46,6 +46,27 @@ TEST_F(PlayedSound, ThreeSongsFollowInOrderWithoutAGap) {
   EXPECT_LE(LongestSilence(sound.right), 0.01);
 }
 
+TEST_F(PlayedSound, SongsFollowEachOtherSampleForSample) {
+  const std::vector<std::string> songs = {Tone("a.mp3", "3 sine 440"), Tone("b.mp3", "2 sine 880"),
+                                          Tone("c.mp3", "3 sine 660")};
+  Sound joined;
+  for (const std::string& song : songs) {
+    StartPlayer();
+    Play({song});
+    const Sound alone = Listen();
+    joined.left.insert(joined.left.end(), alone.left.begin(), alone.left.end());
+    joined.right.insert(joined.right.end(), alone.right.begin(), alone.right.end());
+    EndPlayer();
+  }
+  StartPlayer();
+  Play(songs);
+  const Sound sound = Listen();
+  EXPECT_NEAR(joined.Seconds(), 8, 0.001);
+  ASSERT_EQ(sound.left.size(), joined.left.size());
+  EXPECT_TRUE(sound.left == joined.left);
+  EXPECT_TRUE(sound.right == joined.right);
+}
+
 TEST_F(PlayedSound, AnUnplayableFileIsSkippedWithoutAGap) {
   const std::string a = Tone("a.mp3", "1 sine 440");
   const std::string b = Tone("b.mp3", "1 sine 880");
