@@ -34,7 +34,7 @@ struct Playing {
   /// Identifies the entry of the list that plays or is paused; 0 like `song`. A song that is in the
   /// list twice has two.
   std::uint64_t entry = 0;
-  SongsOrigin origin;          ///< of the song
+  SongsOrigin origin = {};     ///< of the song
   std::int32_t position = -1;  ///< in s; -1 when nothing plays
   std::int32_t length = -1;    ///< in s; -1 when unknown
   bool shuffle = false;
