@@ -256,8 +256,7 @@ void SystemPlayerModel::SetDevice(const std::string& name) {
 }
 
 bool SystemPlayerModel::Can(PlayerFeature /*feature*/) const {
-  const bool has_player = player_.Window() != 0;
-  return (has_player ? player_.Kind() : KindOfPlayer(tallow_.player_path)) ==
+  return (player_.IsRunning() ? player_.Kind() : KindOfPlayer(tallow_.player_path)) ==
          PlayerKind::kTallowPlayer;
 }
 

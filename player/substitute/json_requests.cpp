@@ -113,7 +113,7 @@ std::string StateOf(const SongPlayer& player, std::uint64_t failures_after) {
       .Number("entry", list.CurrentNumber())
       .Number("place", std::uint64_t{list.Place()})
       .Number("count", std::uint64_t{list.Size()})
-      .Number("upcoming", std::uint64_t{list.Upcoming()})
+      .Number("upcoming", std::uint64_t{player.Upcoming()})
       .Number("revision", list.Revision())
       .Number("volume", std::int64_t{player.Volume()})
       .Number("balance", std::int64_t{player.Balance()})
@@ -133,11 +133,14 @@ std::string StateOf(const SongPlayer& player, std::uint64_t failures_after) {
       .End();
 }
 
-std::string QueueOf(const PlayList& list, std::size_t from, std::size_t count) {
+std::string QueueOf(const SongPlayer& player, std::size_t from, std::size_t count) {
+  const PlayList& list = player.List();
+  const std::size_t upcoming = player.Upcoming();
+  count = upcoming > 0 ? std::min(count, kMaxQueueAnswer) : 0;
   return Answer()
       .Number("revision", list.Revision())
-      .Number("upcoming", std::uint64_t{list.Upcoming()})
-      .List("entries", list.UpcomingNumbers(from, std::min(count, kMaxQueueAnswer)),
+      .Number("upcoming", std::uint64_t{upcoming})
+      .List("entries", list.UpcomingNumbers(from, count),
             [](std::string& to, ListNumber entry) { to += std::to_string(entry); })
       .End();
 }
@@ -228,7 +231,7 @@ bool AnswerQueue(const SongPlayer& player, const json& request,
   const auto from = NumberOf(request, "from");
   const auto count = NumberOf(request, "count");
   if (!from || !count) return false;
-  answer(QueueOf(player.List(), static_cast<std::size_t>(*from), static_cast<std::size_t>(*count)));
+  answer(QueueOf(player, static_cast<std::size_t>(*from), static_cast<std::size_t>(*count)));
   return true;
 }
 

@@ -33,6 +33,7 @@ void SongPlayer::ResetTrack() {
 }
 
 void SongPlayer::LoadCurrent(bool paused) {
+  has_ended_ = false;
   position_.Reset();
   ResetTrack();
   engine_.Pause(paused);
@@ -64,6 +65,7 @@ void SongPlayer::EndTrack(PlayerState state) {
 }
 
 void SongPlayer::FinishList(PlayerState state) {
+  has_ended_ = !HasNext();
   list_.GoToNext();
   EndTrack(state);
 }
@@ -103,6 +105,7 @@ void SongPlayer::ListHasChanged() {
 }
 
 void SongPlayer::CurrentHasChanged() {
+  has_ended_ = false;
   after_track_ = AfterTrack::kContinue;
   if (HasTrack()) return LoadCurrent(paused_);
   ResetTrack();
@@ -159,6 +162,7 @@ void SongPlayer::StopAfterCurrent() {
 }
 
 void SongPlayer::Clear() {
+  has_ended_ = false;
   list_.Clear();
   failures_.ForgetEntries();
   failures_in_row_ = 0;
@@ -172,8 +176,10 @@ ListNumber SongPlayer::AddFiles(std::vector<std::string> paths, std::int64_t at)
   const bool was_empty = list_.IsEmpty();
   const ListNumber first = list_.Add(std::move(paths), at);
   if (first == 0) return 0;
+  has_ended_ = false;
   if (was_empty) ResetTrack();
-  if (state_ == PlayerState::kRanOut) {
+  // Files that are added before another one precede what was played.
+  if (state_ == PlayerState::kRanOut && at <= kAtEnd) {
     list_.GoTo(first);
     LoadCurrent(false);
   } else {

@@ -62,7 +62,7 @@ enum class PlayerState {
 /// | kRanOut          | Stop                                 | kStopped  |                        |
 /// | track            | Clear                                | kStopped  | EndTrack               |
 /// | kStopped kRanOut | Clear                                | kStopped  |                        |
-/// | kRanOut          | Add                                  | kLoading  | go there, LoadCurrent  |
+/// | kRanOut          | Add, not before an entry             | kLoading  | go there, LoadCurrent  |
 /// | any              | PlayEntry                            | kLoading  | go there, LoadCurrent  |
 /// | any              | Cue                                  | kLoading  | go there, LoadCurrentAt|
 /// | track            | SetPlace                             | kLoading  | go there, LoadCurrent  |
@@ -160,6 +160,9 @@ class SongPlayer : private PlaybackListener {
     engine_.RequestDevices(std::move(callback));
   }
 
+  /// Number of tracks that will play after the current one in this round; 0 after the end of the
+  /// list, until something is played or added.
+  std::size_t Upcoming() const noexcept { return has_ended_ ? 0 : list_.Upcoming(); }
   PlayerState State() const noexcept { return state_; }
   /// The status after the last command, even if the sound has not followed yet.
   PlayerStatus Status() const noexcept;
@@ -278,7 +281,8 @@ class SongPlayer : private PlaybackListener {
   std::function<void(PlayerChange)> on_change_;
 
   PlayerState state_ = PlayerState::kStopped;
-  bool paused_ = false;  ///< only with a track
+  bool paused_ = false;     ///< only with a track
+  bool has_ended_ = false;  ///< the last track of the list has ended, see Upcoming
   AfterTrack after_track_ = AfterTrack::kContinue;
   TrackEnd end_;
 

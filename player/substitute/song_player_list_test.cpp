@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What SongPlayer sends to its engine when the list changes, and after failures.
+#include <cstdint>
 #include <gtest/gtest.h>
 #include <string>
 #include <vector>
@@ -219,6 +220,35 @@ TEST_F(SongPlayerList, FilesAddedAfterTheListRanOutPlayFromTheFirstOfThem) {
   player.AddFiles({"2", "3"}, kAtEnd);
   EXPECT_EQ(player.State(), PlayerState::kLoading);
   EXPECT_EQ(player.CurrentTrack()->path, "2");
+}
+
+TEST_F(SongPlayerList, FilesAddedBeforeTheOneThatRanOutDoNotPlay) {
+  const ListNumber first = player.AddFiles({"1"}, kAtEnd);
+  player.Play();
+  engine.ReplyToLoads();
+  Start("1");
+  Fail("1");
+  engine.events->OnIdle();
+  ASSERT_EQ(player.State(), PlayerState::kRanOut);
+  player.AddFiles({"2", "3"}, static_cast<std::int64_t>(first));
+  EXPECT_EQ(player.State(), PlayerState::kRanOut);
+  EXPECT_EQ(player.CurrentTrack()->path, "1");
+}
+
+TEST_F(SongPlayerList, NothingIsToComeAfterTheEndOfTheListUntilSomethingIsPlayedOrAdded) {
+  PlayFiles(2);
+  EXPECT_EQ(player.Upcoming(), 1U);
+  Start("2");
+  engine.events->OnTrackEnded(engine.entries.at("2"), nullptr);
+  engine.events->OnIdle();
+  ASSERT_EQ(player.Status(), kStopped);
+  EXPECT_EQ(player.Upcoming(), 0U);
+  player.Play();
+  EXPECT_EQ(player.Upcoming(), 1U);
+  player.Stop();
+  EXPECT_EQ(player.Upcoming(), 1U);
+  player.AddFiles({"3"}, kAtEnd);
+  EXPECT_EQ(player.Upcoming(), 2U);
 }
 
 TEST_F(SongPlayerList, AFailureIsKeptWithItsReasonUntilTheTrackPlays) {

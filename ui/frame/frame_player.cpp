@@ -169,7 +169,7 @@ void FramePlayer::End() {
   model_.StoreQueue();
   if (panel_.Panel() != nullptr)
     panel_.Close();
-  else if (preferences_.ShowsBar() && model_.HasPlayer())
+  else if (model_.HasPlayer())
     model_.ClosePlayer();
   is_ending_ = false;
 }
