@@ -19,19 +19,20 @@ bool IsIdentifier(const std::string& text) noexcept {
 
 }  // namespace
 
-PlayerOptions ParseOptions(int argc, char** argv) {
+PlayerOptions ParseOptions(const std::vector<std::string>& arguments) {
   PlayerOptions options;
-  for (int i = 1; i < argc && options.error.empty(); ++i) {
-    const std::string_view argument = argv[i];
+  for (std::size_t i = 0; i < arguments.size() && options.error.empty(); ++i) {
+    const std::string& argument = arguments[i];
     const auto value = [&](const char* what) -> std::string {
-      if (i + 1 < argc && *argv[i + 1] != '\0') return argv[++i];
-      options.error = std::string(argument) + " requires " + what + ".";
+      if (i + 1 < arguments.size() && !arguments[i + 1].empty()) return arguments[++i];
+      options.error = argument + " requires " + what + ".";
       return {};
     };
     const auto pace = [&]() -> double {
-      const double speed = i + 1 < argc ? std::strtod(argv[++i], nullptr) : 0;
+      const double speed =
+          i + 1 < arguments.size() ? std::strtod(arguments[++i].c_str(), nullptr) : 0;
       if (speed >= 1 && speed <= kMaxPace) return speed;
-      options.error = std::string(argument) + " requires a speed from 1 to 100.";
+      options.error = argument + " requires a speed from 1 to 100.";
       return 0;
     };
     if (argument == "--audio-file")
@@ -53,7 +54,7 @@ PlayerOptions ParseOptions(int argc, char** argv) {
     else if (argument == "--version")
       options.version = true;
     else
-      options.error = "Unknown option " + std::string(argument) + ".";
+      options.error = "Unknown option " + argument + ".";
   }
   if (options.error.empty() && !IsIdentifier(options.identifier))
     options.error = "--identifier requires up to 32 lower-case letters and digits.";

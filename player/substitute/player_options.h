@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "player/substitute/sound_engine.h"
 
@@ -35,6 +36,7 @@ struct PlayerOptions {
 };
 
 /// Stops at the first argument that is wrong, and names it in PlayerOptions::error.
-PlayerOptions ParseOptions(int argc, char** argv);
+/// \param arguments see ProgramArguments
+PlayerOptions ParseOptions(const std::vector<std::string>& arguments);
 
 }  // namespace tallow

@@ -94,7 +94,7 @@ int Run(const PlayerOptions& options) {
 }  // namespace tallow
 
 int main(int argc, char** argv) {
-  const tallow::PlayerOptions options = tallow::ParseOptions(argc, argv);
+  const tallow::PlayerOptions options = tallow::ParseOptions(tallow::ProgramArguments(argc, argv));
   if (!options.error.empty()) {
     std::fprintf(stderr, "tallow-player: %s\n%s", options.error.c_str(), tallow::kUsage);
     return tallow::kUsageError;
