@@ -35,7 +35,10 @@ bool WinAMP_Control::StartWinamp() {
 
 PlayerStart WinAMP_Control::FollowStart() {
   const PlayerStart start = link_.FollowStart();
-  return start == PlayerStart::kAnswers && !FindWinamp() ? PlayerStart::kNoWindow : start;
+  if (start == PlayerStart::kAnswers) return FindWinamp() ? start : PlayerStart::kNoWindow;
+  // A player that was found before has ended.
+  window_ = 0;
+  return start;
 }
 
 bool WinAMP_Control::RequireWindow() {

@@ -21,12 +21,10 @@
 #include <string>
 #include <sys/stat.h>
 #include <thread>
-#include <unistd.h>
 #include <utility>
 #include <vector>
 
 #include "player/tallow_player.h"
-#include "player/winamp_control.h"
 #include "tests/resident_memory_linux.h"
 
 namespace tallow {

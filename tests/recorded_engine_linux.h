@@ -23,6 +23,9 @@ class RecordedEngine : public PlaybackEngine {
   void RemoveFirst() override { Record("remove first"); }
   CommandNumber RemoveFollowing() override { return removal = Record("remove following"); }
   void RemoveAt(std::size_t index) override { Record("remove " + std::to_string(index)); }
+  void MoveBehindFirst(std::size_t index) override {
+    Record("move " + std::to_string(index) + " behind the first");
+  }
   void Redirect(const std::string& path) override { Record("redirect to " + path); }
   void Stop() override { Record("stop"); }
   CommandNumber Seek(double seconds) override {

@@ -59,6 +59,19 @@ class SimulatedEngine : public PlaybackEngine {
       if (is_current) StartAt(current_);
     });
   }
+  void MoveBehindFirst(std::size_t index) override {
+    Send([this, index](CommandNumber command) {
+      Reply(command, kNoEntry);
+      if (index >= entries_.size()) return;
+      const Entry moved = entries_[index];
+      entries_.erase(entries_.begin() + static_cast<std::ptrdiff_t>(index));
+      entries_.insert(entries_.begin() + 1, moved);
+      if (current_ == index)
+        current_ = 1;
+      else if (current_ >= 1 && current_ < index)
+        ++current_;
+    });
+  }
   void Redirect(const std::string& path) override { redirect_ = path; }
   void Stop() override {
     Send([this](CommandNumber) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/playing/handed_over_songs.h"
 
-#include <algorithm>
 #include <iterator>
 
 namespace tallow {

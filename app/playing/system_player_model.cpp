@@ -220,11 +220,15 @@ void SystemPlayerModel::SetBalance(std::int32_t balance) {
 }
 
 void SystemPlayerModel::VolumeWasSet(std::int32_t volume) {
+  // The player that a bar of the panel has found keeps what the bar shows.
+  if (player_.Window() != 0) volume_is_begun_ = true;
   volume_.SetVolume(volume, clocks_.now());
   TellVolume();
 }
 
 void SystemPlayerModel::BalanceWasSet(std::int32_t balance) {
+  // The player that a bar of the panel has found keeps what the bar shows.
+  if (player_.Window() != 0) volume_is_begun_ = true;
   volume_.SetBalance(balance, clocks_.now());
   TellVolume();
 }

@@ -2,8 +2,10 @@
 // The model with the built tallow-player.
 #include <gtest/gtest.h>
 
+#include "app/data_paths.h"
+#include "app/playing/play_order.h"
 #include "app/playing/system_player_model.h"
-#include "tests/library_fixture.h"
+#include "app/tallow.h"
 #include "tests/real_player_linux.h"
 #include "tests/sound_linux.h"
 
@@ -99,6 +101,8 @@ TEST_F(ModelAndPlayer, TheQueueIsRestoredPaused) {
   EXPECT_TRUE(Plays(1));
   model->Next();
   EXPECT_TRUE(Plays(2));
+  // The player accepts a position only once it knows the length.
+  EXPECT_TRUE(Becomes([](const Playing& now) { return now.length == 60; }));
   model->Seek(20);
   EXPECT_TRUE(Becomes([](const Playing& now) { return now.position >= 20; }));
   model->StoreQueue();

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <memory>
-#include <optional>
 
 #include "app/data_paths.h"
 #include "tests/library_fixture.h"

@@ -20,6 +20,10 @@ void EnginePlaylist::AddFollowing(CommandNumber append, ListNumber track) {
   following_.push_back({append, kNoEntry, track, false});
 }
 
+void EnginePlaylist::AddNext(CommandNumber append, ListNumber track) {
+  following_.push_front({append, kNoEntry, track, false});
+}
+
 void EnginePlaylist::RemoveFollowing(CommandNumber removal) {
   for (const Entry& following : following_) removed_.push_back({following, removal});
   following_.clear();
@@ -33,10 +37,17 @@ bool EnginePlaylist::IsSettled() const noexcept {
                      [](const RemovedEntry& removed) { return removed.removal == 0; });
 }
 
-bool EnginePlaylist::WasRemoved(EntryNumber entry) const noexcept {
-  return std::any_of(removed_.begin(), removed_.end(), [&](const RemovedEntry& removed) {
-    return removed.entry.number == entry && entry != kNoEntry;
-  });
+bool EnginePlaylist::HasFollowing() const noexcept {
+  return std::any_of(following_.begin(), following_.end(),
+                     [](const Entry& following) { return following.number != kNoEntry; });
+}
+
+bool EnginePlaylist::MayHaveStarted(EntryNumber entry) const noexcept {
+  if (entry == kNoEntry) return false;
+  const auto is_entry = [entry](const Entry& other) { return other.number == entry; };
+  return std::any_of(following_.begin(), following_.end(), is_entry) ||
+         std::any_of(removed_.begin(), removed_.end(),
+                     [&](const RemovedEntry& removed) { return is_entry(removed.entry); });
 }
 
 bool EnginePlaylist::StoreReply(CommandNumber command, EntryNumber entry) noexcept {

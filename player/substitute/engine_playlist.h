@@ -25,11 +25,13 @@ class EnginePlaylist {
   void SetCurrent(CommandNumber load, ListNumber track) noexcept;
   /// Call this after sending the command that appends a track.
   void AddFollowing(CommandNumber append, ListNumber track);
+  /// Call this after sending the commands that append a track and move it behind the current one.
+  void AddNext(CommandNumber append, ListNumber track);
   /// Call this after sending the command that removes all tracks except the current one.
   void RemoveFollowing(CommandNumber removal);
   /// Call this after sending the commands that remove all but the first `count` following tracks.
   void KeepFollowing(std::size_t count) { following_.resize(count); }
-  /// Call this when an entry has started that WasRemoved, and another track was put in its place.
+  /// Call this when an entry that MayHaveStarted has started, and another track was put in its place.
   void ReplaceCurrent(EntryNumber entry, ListNumber track) noexcept {
     current_ = {0, entry, track, true};
   }
@@ -44,17 +46,17 @@ class EnginePlaylist {
   bool IsCurrent(EntryNumber entry) const noexcept {
     return KnowsCurrent() && entry == current_.number;
   }
-  /// Whether the number of the next track is known, so that the engine continues with it.
-  bool KnowsNext() const noexcept {
-    return !following_.empty() && following_.front().number != kNoEntry;
-  }
+  /// Whether the engine continues with a track at the end of the current one: the next one, or one
+  /// that it has until it has executed the commands that replace it.
+  bool HasFollowing() const noexcept;
   bool IsNext(EntryNumber entry) const noexcept {
-    return KnowsNext() && entry == following_.front().number;
+    return entry != kNoEntry && !following_.empty() && entry == following_.front().number;
   }
   /// Whether all commands that append or remove tracks have been answered.
   bool IsSettled() const noexcept;
-  /// Whether an entry was removed by RemoveFollowing, but may have started before that.
-  bool WasRemoved(EntryNumber entry) const noexcept;
+  /// Whether an entry that is not the next one may have started before the engine executed a
+  /// command: it was removed by RemoveFollowing, or AddNext has put another one before it.
+  bool MayHaveStarted(EntryNumber entry) const noexcept;
   /// Number of tracks loaded in advance.
   std::size_t Following() const noexcept { return following_.size(); }
   /// A track that was loaded in advance.

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "player/player_socket_linux.h"
+#include "player/player_request.h"
 
 namespace tallow {
 namespace {

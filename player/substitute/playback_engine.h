@@ -84,6 +84,9 @@ class PlaybackEngine {
   /// Removes an entry of the playlist.
   /// \param index 0 for the first one
   virtual void RemoveAt(std::size_t index) = 0;
+  /// Moves an entry of the playlist directly behind the first one.
+  /// \param index 2 for the third one
+  virtual void MoveBehindFirst(std::size_t index) = 0;
   /// Plays another file in place of the entry that is starting. Call this from OnTrackStarted.
   virtual void Redirect(const std::string& path) = 0;
   /// Stops playback and empties the playlist.

@@ -4,7 +4,6 @@
 #include <cstring>
 #include <gtest/gtest.h>
 #include <optional>
-#include <random>
 #include <string>
 #include <vector>
 

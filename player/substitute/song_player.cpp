@@ -82,6 +82,8 @@ void SongPlayer::SendFollowing() {
   while (same < engine_list_.Following() &&
          engine_list_.FollowingTrack(same) == After(same + 1).number)
     ++same;
+  const PlayList::Following first = After(1);
+  if (same == 0 && engine_list_.Following() > 0 && first.number != 0) return ReplaceNext(first);
   if (same < engine_list_.Following()) RemoveFollowing(same);
   while (engine_list_.Following() < EnginePlaylist::kMaxFollowing) {
     const PlayList::Following next = After(engine_list_.Following() + 1);
@@ -90,6 +92,15 @@ void SongPlayer::SendFollowing() {
     if (append == 0) return;
     engine_list_.AddFollowing(append, next.number);
   }
+}
+
+void SongPlayer::ReplaceNext(const PlayList::Following& next) {
+  RemoveFollowing(1);
+  const CommandNumber append = engine_.Append(*next.path);
+  if (append == 0) return;
+  engine_.MoveBehindFirst(2);
+  engine_list_.AddNext(append, next.number);
+  following_outdated_ = true;
 }
 
 void SongPlayer::RemoveFollowing(std::size_t keep) {

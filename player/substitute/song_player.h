@@ -244,8 +244,12 @@ class SongPlayer : private PlaybackListener {
   void UpdateFollowing();
   /// Makes the engine's playlist hold the tracks that follow, enough of them in advance. Replaces
   /// tracks only from the first that differs, so that a change of later ones cannot cause a gap
-  /// before the next one.
+  /// before the next one. When the next one differs, takes the first of two steps, see ReplaceNext.
   void SendFollowing();
+  /// Puts the next track before the one that the engine has as its next one. That one stays until
+  /// the engine has answered, because the engine would close the sound device if the current track
+  /// ended while no other one follows.
+  void ReplaceNext(const PlayList::Following& next);
   /// Removes tracks from the engine's playlist.
   /// \param keep number of tracks after the current one that stay
   void RemoveFollowing(std::size_t keep);

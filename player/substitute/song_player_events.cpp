@@ -46,7 +46,7 @@ void SongPlayer::OnTrackStarted(EntryNumber entry) {
   }
   // The next track started before the engine processed the command to stop.
   if (after_track_ == AfterTrack::kStop) return FinishList(PlayerState::kStopped);
-  if (!is_next && !engine_list_.WasRemoved(entry)) return;
+  if (!is_next && !engine_list_.MayHaveStarted(entry)) return;
   // A track started before the engine processed the command to remove it, or before that was sent.
   // The right one plays in its place, without a gap. Which entries the engine's playlist still has
   // is not known.
@@ -103,7 +103,7 @@ void SongPlayer::OnTrackEnded(EntryNumber entry, const char* error) {
   StoreResult(failed ? error : nullptr);
   if (failed && !MayContinueAfterFailure()) return;
   // If the engine got the next track in time, it continues without a command.
-  if (engine_list_.KnowsNext()) return;
+  if (engine_list_.HasFollowing()) return;
   if (ContinuesWithNext()) return LoadNext();
   end_ = {.time = Clock::now(), .was_open = IsOpen(), .failed = failed};
   Enter(PlayerState::kDraining);

@@ -2,6 +2,7 @@
 // What SongPlayer sends to its engine when the list changes, and after failures.
 #include <cstdint>
 #include <gtest/gtest.h>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -67,7 +68,21 @@ TEST_F(SongPlayerList, AChangeReplacesOnlyTheTracksFromTheFirstThatDiffers) {
 TEST_F(SongPlayerList, AChangeOfTheNextTrackReplacesAllThatFollow) {
   PlayFiles(3);
   player.AddFiles({"x"}, kPlayNext);
-  EXPECT_EQ(engine.sent, (Texts{"remove following", "append x", "append 2", "append 3"}));
+  // There is a next track all the time.
+  EXPECT_EQ(engine.sent, (Texts{"remove 2", "append x", "move 2 behind the first"}));
+  engine.sent.clear();
+  engine.ReplyToLoads();
+  // The former next track follows the new one.
+  EXPECT_EQ(engine.sent, Texts{"append 3"});
+}
+
+TEST_F(SongPlayerList, AFormerNextTrackThatNoLongerFollowsIsRemovedAtLast) {
+  PlayFiles(3);
+  player.Remove({2});
+  EXPECT_EQ(engine.sent, (Texts{"remove 2", "append 3", "move 2 behind the first"}));
+  engine.sent.clear();
+  engine.ReplyToLoads();
+  EXPECT_EQ(engine.sent, Texts{"remove 2"});
 }
 
 TEST_F(SongPlayerList, RepeatAllAppendsTheBeginningOfTheList) {
@@ -84,7 +99,10 @@ TEST_F(SongPlayerList, RepeatAllAppendsTheBeginningOfTheList) {
 TEST_F(SongPlayerList, RepeatOneAppendsTheSameTrackAndNextLeavesIt) {
   PlayFiles(2);
   player.SetRepeat(RepeatMode::kOne);
-  EXPECT_EQ(engine.sent.front(), "remove following");
+  EXPECT_EQ(engine.sent, (Texts{"append 1", "move 2 behind the first"}));
+  engine.sent.clear();
+  engine.ReplyToLoads();
+  EXPECT_EQ(engine.sent.front(), "remove 2");
   EXPECT_EQ(engine.sent[1], "append 1");
   EXPECT_EQ(engine.sent.back(), "append 1");
   player.Next();
@@ -105,17 +123,24 @@ TEST_F(SongPlayerList, NextOfTheLastTrackOfARepeatedListIsTheFirst) {
 TEST_F(SongPlayerList, ShuffleReplacesWhatFollows) {
   PlayFiles(20);
   player.SetShuffle(true);
-  EXPECT_EQ(engine.sent.front(), "remove following");
-  EXPECT_EQ(engine.sent.size(), 9U);
   const std::vector<ListNumber> upcoming = player.List().UpcomingNumbers(0, 8);
-  for (std::size_t k = 0; k < upcoming.size(); ++k)
-    EXPECT_EQ(engine.sent[k + 1], "append " + std::to_string(upcoming[k]));
+  ASSERT_NE(upcoming[0], 2U);
+  ASSERT_NE(upcoming[1], 2U);
+  EXPECT_EQ(engine.sent.size(), 9U);
+  EXPECT_EQ(engine.sent[7], "append " + std::to_string(upcoming[0]));
+  EXPECT_EQ(engine.sent[8], "move 2 behind the first");
+  engine.sent.clear();
+  engine.ReplyToLoads();
+  EXPECT_EQ(engine.sent.size(), 8U);
+  EXPECT_EQ(engine.sent[0], "remove 2");
+  for (std::size_t k = 1; k < upcoming.size(); ++k)
+    EXPECT_EQ(engine.sent[k], "append " + std::to_string(upcoming[k]));
 }
 
 TEST_F(SongPlayerList, ARemovedTrackThatHasStartedIsReplacedByTheRightOne) {
   PlayFiles(4);
   player.Remove({2});
-  EXPECT_EQ(engine.sent, (Texts{"remove following", "append 3", "append 4"}));
+  EXPECT_EQ(engine.sent, (Texts{"remove 3", "remove 2", "append 3", "move 2 behind the first"}));
   engine.sent.clear();
   // The engine had started the track before.
   Start("2");
@@ -147,10 +172,9 @@ TEST_F(SongPlayerList, ChangesWaitUntilTheEngineHasAnsweredTheLastOnes) {
   player.Remove({3});
   player.Remove({4});
   EXPECT_EQ(engine.sent, Texts{});
-  ReplyToRemoval();
-  EXPECT_EQ(engine.sent, Texts{});
   engine.ReplyToLoads();
-  EXPECT_EQ(engine.sent, (Texts{"remove following", "append 5"}));
+  EXPECT_EQ(engine.sent, (Texts{"remove 2", "append 5", "move 2 behind the first", "remove 2"}));
+  engine.sent.clear();
   Settle();
   EXPECT_EQ(engine.sent, Texts{});
 }
@@ -166,10 +190,10 @@ TEST_F(SongPlayerList, ANextTrackThatStartsBeforeAWaitingChangeIsReplaced) {
   EXPECT_EQ(player.CurrentTrack()->path, "4");
 }
 
-TEST_F(SongPlayerList, AfterTheReplyToTheRemovalNoRemovedTrackCanStart) {
+TEST_F(SongPlayerList, AfterTheReplyOfItsReplacementNoFormerNextTrackCanStart) {
   PlayFiles(4);
   player.Remove({2});
-  ReplyToRemoval();
+  engine.ReplyToLoads();
   engine.sent.clear();
   Start("2");
   EXPECT_EQ(engine.sent, Texts{});
@@ -183,7 +207,11 @@ TEST_F(SongPlayerList, ATrackThatIsRemovedBeforeItsNumberIsKnownIsReplacedToo) {
   Start("1");
   player.AddFiles({"2", "3"}, kAtEnd);
   player.Remove({2});
-  engine.ReplyToLoads();
+  const std::map<CommandNumber, std::string> loads = engine.loads;
+  for (const auto& [command, path] : loads) {
+    engine.entries[path] = 50 + static_cast<EntryNumber>(command);
+    engine.events->OnReply(command, true, engine.entries[path]);
+  }
   engine.sent.clear();
   Start("2");
   EXPECT_EQ(engine.sent, (Texts{"redirect to 3", "remove following"}));

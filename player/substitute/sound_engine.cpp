@@ -161,6 +161,10 @@ void SoundEngine::RemoveAt(std::size_t index) {
   Command({"playlist-remove", std::to_string(index).c_str()});
 }
 
+void SoundEngine::MoveBehindFirst(std::size_t index) {
+  Command({"playlist-move", std::to_string(index).c_str(), "1"});
+}
+
 void SoundEngine::Stop() { Command({"stop"}); }
 
 CommandNumber SoundEngine::Seek(double seconds) {

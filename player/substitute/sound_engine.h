@@ -37,6 +37,7 @@ class SoundEngine final : public PlaybackEngine {
   void RemoveFirst() override;
   CommandNumber RemoveFollowing() override;
   void RemoveAt(std::size_t index) override;
+  void MoveBehindFirst(std::size_t index) override;
   void Redirect(const std::string& path) override { redirect_ = path; }
   void Stop() override;
   CommandNumber Seek(double seconds) override;

@@ -11,7 +11,6 @@
 #include <QTimer>
 #include <QToolBar>
 
-#include "app/data_paths.h"
 #include "tests/frame_fixture.h"
 #include "tests/stand_in_tallow_player.h"
 #include "ui/player/frm_main_winamp.h"
@@ -44,8 +43,9 @@ TEST_F(FramePlayerTest, WithThePlayerBarNoPlayCommandOpensThePanel) {
   ShowJukebox();
   Player().Play({1, 2});
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
-  EXPECT_EQ(link.Take(), (Texts{"start /opt/player", "1024 128 122", "1024 0 123", "273 40047 0",
-                                "1024 0 101", Added("a.mp3"), "273 40045 0", Added("b.mp3")}));
+  EXPECT_EQ(link.Take(),
+            (Texts{"start /opt/player", "find", "1024 128 122", "1024 0 123", "273 40047 0",
+                   "1024 0 101", Added("a.mp3"), "273 40045 0", Added("b.mp3")}));
   Player().AddToQueue({1}, {});
   EXPECT_EQ(frame.PlayerPanel(), nullptr);
   EXPECT_TRUE(Timer().isActive());
@@ -91,14 +91,14 @@ TEST_F(FramePlayerTest, AWinampThatTallowDoesNotUseIsNotClosed) {
   EXPECT_EQ(link.Take(), Texts{});
 }
 
-TEST_F(FramePlayerTest, WithoutBarOrPanelThePlayerPlaysOn) {
+TEST_F(FramePlayerTest, EndingTallowClosesThePlayerWhoseBarWasTurnedOff) {
   Preferences().SetShowsBar(true);
   ShowJukebox();
   Player().Play({1});
   Preferences().SetShowsBar(false);
   link.Take();
   EXPECT_TRUE(frame.close());
-  EXPECT_EQ(link.Take(), Texts{});
+  EXPECT_EQ(link.Take(), kCloses);
 }
 
 TEST_F(FramePlayerTest, PlayFromHereBeginsAtTheSong) {
@@ -119,9 +119,13 @@ TEST_F(FramePlayerTest, TheButtonPlayStartsADeadPlayerAndPlaysTheSelection) {
     frmMain& window = ShowJukebox();
     auto* const list = window.findChild<QTableView*>();
     list->selectRow(1);
+    // The player is dead, and is found once it is started.
     link.found = 0;
-    // The player is found once it is started.
-    link.on_start = [this] { link.found = 7; };
+    link.ends_at = 0;
+    link.on_start = [this] {
+      link.found = 7;
+      link.ends_at = link.max_files;
+    };
     link.Take();
     Button(6).trigger();
     const Texts sent = link.Take();

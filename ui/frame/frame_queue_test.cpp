@@ -3,7 +3,6 @@
 #include "ui/frame/frame_queue.h"
 
 #include <gtest/gtest.h>
-#include <memory>
 #include <optional>
 
 #include <QAction>
@@ -19,7 +18,6 @@
 #include "app/playing/playing_preferences.h"
 #include "tests/model_stand_in.h"
 #include "tests/recorded_messages.h"
-#include "tests/window_fixture.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/frame/playing_lists.h"

@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenuBar>
 
 #include "tests/model_stand_in.h"
 
@@ -40,6 +41,8 @@ TEST_F(FrameTitleTest, ASongWhoseFileIsGoneIsNotShown) {
 }
 
 TEST_F(FrameTitleTest, TheCaptionOfAMaximizedWindowFollows) {
+  // Qt adds the caption only where the menu bar shows the window's buttons.
+  window.menuBar();
   auto* const area = new QMdiArea(&window);
   window.setCentralWidget(area);
   const FrameTitle title(window, model);

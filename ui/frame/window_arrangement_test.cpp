@@ -31,12 +31,12 @@ TEST_F(WindowArrangement, ArrangingIconsLeavesThePanelAlone) {
 TEST_F(WindowArrangement, NothingOffersToHideTheToolbar) {
   ShowJukebox();
   QSettings().setValue(QStringLiteral("Window/State"), [this] {
-    frame.findChild<QToolBar*>()->hide();
+    frame.findChild<QToolBar*>(QStringLiteral("Toolbar1"))->hide();
     return frame.saveState();
   }());
   RecordedLink other_link;
   frmMDIForm1 next(tallow, other_link, searches, messages.Shower());
-  EXPECT_FALSE(next.findChild<QToolBar*>()->isHidden());
+  EXPECT_FALSE(next.findChild<QToolBar*>(QStringLiteral("Toolbar1"))->isHidden());
   EXPECT_EQ(static_cast<QMainWindow&>(next).createPopupMenu(), nullptr);
   QSettings().remove(QStringLiteral("Window"));
 }

@@ -12,7 +12,6 @@
 #include "tests/jukebox_window_fixture.h"
 #include "tests/model_stand_in.h"
 #include "ui/jukebox/rank_picture.h"
-#include "ui/jukebox/song_list_model.h"
 
 namespace tallow {
 namespace {

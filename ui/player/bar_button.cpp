@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/player/bar_button.h"
 
+#include <string>
+
 #include "ui/support/frame_pictures.h"
 
 namespace tallow {
@@ -18,7 +20,7 @@ BarButton::BarButton(const char* name, QWidget* parent) : QToolButton(parent) {
 }
 
 void BarButton::Show(std::string_view picture, const QString& text) {
-  if (picture != picture_) setIcon(FramePicture(picture.data()));
+  if (picture != picture_) setIcon(FramePicture(std::string(picture).c_str()));
   picture_ = picture;
   if (toolTip() != text) setToolTip(text);
   if (accessibleName() != text) setAccessibleName(text);

@@ -104,7 +104,10 @@ TEST_F(PlayerBarTest, ShowsWhatPlays) {
   EXPECT_EQ(Left(), QChar(0x2212) + QStringLiteral("2:15"));
   model.Change([](Playing& now) { now.position = 66; });
   EXPECT_EQ(Gone(), "1:06");
-  model.Change([](Playing& now) { now.is_running = true; });
+  model.Change([](Playing& now) {
+    now = {};
+    now.is_running = true;
+  });
   EXPECT_EQ(Song().text(), "Nothing is playing");
   EXPECT_EQ(Gone(), "-:--");
 }
