@@ -31,7 +31,8 @@ class EnginePlaylist {
   void RemoveFollowing(CommandNumber removal);
   /// Call this after sending the commands that remove all but the first `count` following tracks.
   void KeepFollowing(std::size_t count) { following_.resize(count); }
-  /// Call this when an entry that MayHaveStarted has started, and another track was put in its place.
+  /// Call this when an entry that MayHaveStarted has started, and another track was put in its
+  /// place.
   void ReplaceCurrent(EntryNumber entry, ListNumber track) noexcept {
     current_ = {0, entry, track, true};
   }

@@ -10,8 +10,6 @@
 #include "app/playing/playing_preferences.h"
 #include "tests/frame_fixture.h"
 #include "ui/jukebox/pv_explorer.h"
-#include "ui/player/bar_button.h"
-#include "ui/player/elided_label.h"
 #include "ui/player/frm_main_winamp.h"
 #include "ui/player/player_bar.h"
 

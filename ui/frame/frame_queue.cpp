@@ -11,7 +11,6 @@
 
 #include "app/playing/playing_preferences.h"
 #include "app/tallow.h"
-#include "ui/frame/bring_to_front.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/jukebox/frm_main.h"

@@ -16,6 +16,7 @@
 #include <QTest>
 
 #include "app/playing/playing_preferences.h"
+#include "tests/library_fixture.h"
 #include "tests/model_stand_in.h"
 #include "tests/recorded_messages.h"
 #include "ui/frame/frame_messages.h"
