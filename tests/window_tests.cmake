@@ -3,7 +3,7 @@
 get_property(sources GLOBAL PROPERTY tallow_window_tests)
 add_executable(tallow_window_tests tests/window_main.cpp ${sources})
 set_target_properties(tallow_window_tests PROPERTIES AUTOMOC ON)
-target_link_libraries(tallow_window_tests PRIVATE tallow_ui Qt6::Test GTest::gtest)
+target_link_libraries(tallow_window_tests PRIVATE tallow_ui tallow_json Qt6::Test GTest::gtest)
 tallow_precompile(tallow_window_tests HEADERS ${tallow_ui_headers} <QTest> <gtest/gtest.h>)
 if(NOT WIN32)
   if(NOT TALLOW_SANITIZE)
