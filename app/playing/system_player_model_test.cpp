@@ -78,7 +78,7 @@ class ModelTest : public LibraryTest {
 class ModelOfOwnPlayer : public ModelTest {
  protected:
   ModelOfOwnPlayer() {
-    tallow.player_path = "/opt/tallow-player";
+    tallow.player_path = music.path() + "tallow-player";
     model = MakeModel(player);
     model->AddListener(listener);
   }

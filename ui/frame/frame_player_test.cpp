@@ -201,8 +201,8 @@ class FrameWithOwnPlayer : public LibraryTest {
       AddSong(music.path(), name);
       music.File(name, "song");
     }
-    tallow.settings.LocOfWinAmpExe("/opt/tallow-player");
-    tallow.player_path = "/opt/tallow-player";
+    tallow.player_path = music.path() + "tallow-player";
+    tallow.settings.LocOfWinAmpExe(tallow.player_path);
     tallow.preferences.SetStyle(Style::kModern);
     MakeFrame();
   }

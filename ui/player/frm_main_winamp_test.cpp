@@ -221,7 +221,7 @@ TEST_F(FrmMainWinamp, DraggingTheVolumeSendsIt) {
   QTest::mousePress(&Volume(), Qt::LeftButton, {}, from);
   QTest::mouseMove(&Volume(), from + QPoint(10, 0));
   QTest::mouseMove(&Volume(), from + QPoint(20, 0));
-  EXPECT_GE(link.log.size(), 2U);
+  ASSERT_GE(link.log.size(), 2U);
   for (const std::string& sent : link.log) EXPECT_TRUE(sent.ends_with(" 122")) << sent;
   QTest::mouseRelease(&Volume(), Qt::LeftButton, {}, from + QPoint(20, 0));
   EXPECT_EQ(link.log.back(), "1024 " + std::to_string(Volume().value()) + " 122");
