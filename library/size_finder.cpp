@@ -2,14 +2,13 @@
 #include "library/size_finder.h"
 
 #include <mutex>
-#include <thread>
 #include <utility>
 
 #include "library/cls_main.h"
 #include "library/folder_scan.h"
+#include "util/detached_thread.h"
 #include "util/file_system.h"
 #include "util/read_ahead.h"
-#include "util/threads.h"
 
 namespace tallow {
 namespace {
@@ -81,9 +80,7 @@ SizeFinder::SizeFinder(const clsMain& library) : work_(std::make_shared<Work>())
   }
   work_->is_done = work_->songs.empty();
   if (work_->is_done) return;
-  std::thread thread = StartThread([work = work_] { work->FindAll(); });
-  has_thread_ = thread.joinable();
-  if (has_thread_) thread.detach();
+  has_thread_ = StartDetachedThread([work = work_] { work->FindAll(); });
 }
 
 SizeFinder::~SizeFinder() {

@@ -24,6 +24,8 @@ done < "$(dirname "$0")/windows_songs.txt"
 export TALLOW_TEST_SONGS='C:\songs'
 # Wine runs without a display only if the graphics driver is set to null.
 "$wine" reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d null /f > /dev/null
+# A crash ends the program with a backtrace, instead of waiting in a dialog.
+"$wine" reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f > /dev/null
 "$wineserver" -w
 # Fonts for the offscreen platform.
 mkdir -p "$WINEPREFIX/drive_c/fonts"

@@ -1,24 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "util/detached_threads.h"
 
-#include <thread>
 #include <utility>
 
-#include "util/threads.h"
+#include "util/detached_thread.h"
 
 namespace tallow {
 
 bool DetachedThreads::Start(std::function<void()> work) {
   {
-    // Counted before it starts, because it may end before StartThread returns.
+    // Counted before it starts, because it may end before StartDetachedThread returns.
     const std::lock_guard lock(mutex_);
     ++count_;
   }
-  std::thread thread = StartThread(std::move(work));
-  if (thread.joinable()) {
-    thread.detach();
-    return true;
-  }
+  if (StartDetachedThread(std::move(work))) return true;
   const std::lock_guard lock(mutex_);
   RemoveLocked();
   return false;
