@@ -35,7 +35,13 @@ if(WIN32 AND CMAKE_CROSSCOMPILING)
     COMMAND
       ${CMAKE_SOURCE_DIR}/tests/windows_styles.sh
       ${CMAKE_BINARY_DIR}/Tallow-${PROJECT_VERSION}-win64.zip ${CMAKE_BINARY_DIR}/tests/styles)
-  set_tests_properties(windows.end_to_end windows.styles PROPERTIES TIMEOUT 600)
+  add_test(
+    NAME windows.playing
+    COMMAND
+      ${CMAKE_SOURCE_DIR}/tests/windows_playing.sh
+      ${CMAKE_BINARY_DIR}/Tallow-${PROJECT_VERSION}-win64.zip $<TARGET_FILE:ask_player>
+      ${CMAKE_BINARY_DIR}/tests/playing)
+  set_tests_properties(windows.end_to_end windows.styles windows.playing PROPERTIES TIMEOUT 600)
   return()
 endif()
 gtest_discover_tests(tallow_window_tests PROPERTIES TIMEOUT 300 DISCOVERY_TIMEOUT 60)
