@@ -146,7 +146,8 @@ class PlayList {
   std::vector<PlaceIndex> order_;
   std::vector<PlaceIndex> next_round_;  ///< empty when not determined yet
   std::size_t position_ = 0;            ///< of the current entry in the order of playing
-  /// Number of entries right after the current one that were added by kPlayNext.
+  /// Number of entries right after the current one that were added by kPlayNext, or were left by
+  /// GoToPrevious before such entries.
   std::size_t play_next_ = 0;
   ListNumber last_number_ = 0;
   std::uint64_t revision_ = 0;
