@@ -66,10 +66,11 @@ class TallowPlayer {
   /// \param count at most kMaxAsked
   std::optional<UpcomingEntries> Upcoming(std::size_t from, std::size_t count);
 
-  /// Adds files: all, or none if there is no room.
+  /// Adds files: all, or none.
   /// \param at see AddFilesAt
   /// \param paths absolute; few enough for one record, see FitsInRecord
-  /// \returns the number of the first new entry; kListHasNoRoom; 0 when the player does not answer
+  /// \returns the number of the first new entry; kListHasNoRoom; kNoSuchEntry; 0 when the player
+  ///          does not answer
   std::int64_t AddFiles(std::int64_t at, std::span<const std::string> paths);
 
   /// Whether a path fits into a record after other ones.

@@ -15,8 +15,8 @@ namespace tallow {
 // kAddFiles: eight bytes, a signed number in the byte order of the machine: where to add the files.
 // Then the absolute paths, each followed by a NUL; in UTF-8 on Windows, unchanged bytes on Linux.
 // All files are added, or none. They get consecutive entry numbers; the answer is the first of
-// them, or kListHasNoRoom, also when the entry to add them before is not in the list. An entry
-// number is never used again while the player runs.
+// them, or kListHasNoRoom, or kNoSuchEntry when the entry to add them before is not in the list. An
+// entry number is never used again while the player runs.
 //
 // kAsk: a JSON object. "do" says what to do; the answer is a JSON object, {} where the table names
 // none. Texts are as in util/json_text.h. Times are in ms, and -1 where unknown.

@@ -154,6 +154,8 @@ TEST_F(TallowPlayerTest, FilesAreAddedAtAPlaceAndNumbered) {
   EXPECT_EQ(link.records, (std::vector<std::size_t>{14, 11}));
   link.max_files = 3;
   EXPECT_EQ(player.AddFiles(kAtEnd, before), kListHasNoRoom);
+  link.max_files = 4;
+  EXPECT_EQ(player.AddFiles(77, before), kNoSuchEntry);
 }
 
 TEST_F(TallowPlayerTest, ARecordHoldsThePathsThatFit) {

@@ -56,6 +56,7 @@ class TallowPlayerStandIn : public RecordedLink {
     for (const std::string& path : paths) line += " " + path;
     log.push_back(line);
     if (list.size() + paths.size() > max_files) return kListHasNoRoom;
+    if (at > 0 && PlaceOf(static_cast<std::uint64_t>(at)) == list.size()) return kNoSuchEntry;
     files += paths.size();
     return Insert(at, paths);
   }

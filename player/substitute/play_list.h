@@ -52,6 +52,8 @@ class PlayList {
 
   bool IsEmpty() const noexcept { return entries_.empty(); }
   std::size_t Size() const noexcept { return entries_.size(); }
+  /// Whether an entry has this number.
+  bool Contains(ListNumber number) const noexcept { return PlaceOf(number).has_value(); }
   /// Changes with the list, its order, and the current entry.
   std::uint64_t Revision() const noexcept { return revision_; }
 

@@ -80,7 +80,7 @@ TEST_F(PlayerRequestsTest, FilesAreAddedAtTheEndNextAndBeforeAnEntry) {
 }
 
 TEST_F(PlayerRequestsTest, FilesWithoutRoomOrBeforeAnUnknownEntryAreRefused) {
-  EXPECT_EQ(AddFiles(1, {"/1"}), kListHasNoRoom);
+  EXPECT_EQ(AddFiles(1, {"/1"}), kNoSuchEntry);
   EXPECT_EQ(AddFiles(kAtEnd, {"/" + std::string(kMaxListBytes, 'a')}), kListHasNoRoom);
   EXPECT_EQ(User(kListLength), 0);
 }
