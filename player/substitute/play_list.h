@@ -89,7 +89,7 @@ class PlayList {
   /// Goes to what After(1) is.
   /// \pre After(1) is an entry
   void GoToFollowing();
-  /// Stays at the first file.
+  /// Stays at the first file. The entries that were added by kPlayNext still come before others.
   void GoToPrevious();
   /// With shuffle, the upcoming entries stay the same.
   /// \param place in the list, from 0

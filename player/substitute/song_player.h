@@ -300,6 +300,7 @@ class SongPlayer : private PlaybackListener {
   EnginePlaylist engine_list_;
   Track track_;  ///< the current one of list_
   PlayFailures failures_;
+  FailureReasons failure_reasons_;
   bool following_outdated_ = false;  ///< UpdateFollowing waits for an answer
   std::size_t failures_in_row_ = 0;  ///< tracks that failed since one has played
   bool goes_back_ = false;           ///< Previous went to the current track, which has not played

@@ -83,7 +83,7 @@ void SongPlayer::StoreResult(const char* error) {
   std::fprintf(stderr, "tallow-player: %s cannot be played and is skipped: %s\n",
                Printable(path).c_str(), error);
   ++failures_in_row_;
-  failures_.Add(list_.CurrentNumber(), FailureReason(path, error));
+  failures_.Add(list_.CurrentNumber(), failure_reasons_.Of(path, error));
 }
 
 bool SongPlayer::MayContinueAfterFailure() {
