@@ -96,6 +96,8 @@ class TallowPlayerStandIn : public RecordedLink {
   std::string repeat = "off";
   std::string gain = "off";
   std::string device = "auto";
+  bool device_missing = false;
+  bool ended = false;
   nlohmann::json failures = nlohmann::json::array();
   nlohmann::json devices = nlohmann::json::array();
 
@@ -181,6 +183,8 @@ class TallowPlayerStandIn : public RecordedLink {
                                {"repeat", repeat},
                                {"gain", gain},
                                {"device", device},
+                               {"deviceMissing", device_missing},
+                               {"ended", ended},
                                {"stopAfter", false},
                                {"failures", later}};
     return state.dump();

@@ -166,6 +166,8 @@ class SongPlayer : private PlaybackListener {
   /// Number of tracks that will play after the current one in this round; 0 after the end of the
   /// list, until something is played or added.
   std::size_t Upcoming() const noexcept { return has_ended_ ? 0 : list_.Upcoming(); }
+  /// Whether the list has ended, and nothing was played or added since.
+  bool HasEnded() const noexcept { return has_ended_; }
   PlayerState State() const noexcept { return state_; }
   /// The status after the last command, even if the sound has not followed yet.
   PlayerStatus Status() const noexcept;
@@ -180,6 +182,8 @@ class SongPlayer : private PlaybackListener {
   ReplayGain Gain() const noexcept { return gain_; }
   /// See SetDevice.
   const std::string& Device() const noexcept { return device_; }
+  /// Whether the track plays silently because the sound device cannot be opened.
+  bool DeviceIsMissing() const noexcept { return device_is_missing_; }
   /// Whether playback stops after the current track.
   bool StopsAfterCurrent() const noexcept { return after_track_ == AfterTrack::kStop; }
   /// The list, its order and the current entry.
@@ -285,6 +289,7 @@ class SongPlayer : private PlaybackListener {
   void OnLength(double seconds) override;
   void OnTags(TrackTags tags) override;
   void OnPropertiesReported() override;
+  void OnDevice(bool is_missing) override { device_is_missing_ = is_missing; }
   void OnEventsLost() override { EndTrack(PlayerState::kStopped); }
 
   PlaybackEngine& engine_;
@@ -310,6 +315,7 @@ class SongPlayer : private PlaybackListener {
   std::int32_t balance_ = 0;
   ReplayGain gain_ = ReplayGain::kOff;
   std::string device_ = "auto";
+  bool device_is_missing_ = false;
 };
 
 }  // namespace tallow

@@ -127,6 +127,8 @@ SoundEngine::SoundEngine(EventLoop& loop, const SoundOutput& output)
   if (result < 0) throw std::runtime_error(std::string("libmpv: ") + mpv_error_string(result));
   mpv_observe_property(mpv_.get(), 0, "time-pos", MPV_FORMAT_DOUBLE);
   mpv_observe_property(mpv_.get(), 0, "duration", MPV_FORMAT_DOUBLE);
+  if (output.file.empty() && !output.silent)
+    mpv_observe_property(mpv_.get(), 0, "current-ao", MPV_FORMAT_STRING);
   mpv_hook_add(mpv_.get(), 0, "on_load", 0);
   mpv_set_wakeup_callback(
       mpv_.get(), [](void* wake_up) { static_cast<WakeUp*>(wake_up)->Request(); }, wake_up_.get());
