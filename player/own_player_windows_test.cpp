@@ -103,6 +103,19 @@ TEST_F(WindowsPlayer, GetsPathsOfAllAlphabetsAndAnswersInJson) {
   }));
 }
 
+TEST_F(WindowsPlayer, PlaysSongsWhosePathsAreLong) {
+  const std::string song =
+      folder.Folder(std::string(150, 'a') + "/" + std::string(150, 'b')) + "c.mp3";
+  MakeMp3(FromWide(ToWidePath(song)), "60 sine 440", 2, "-b 64");
+  StartPlayer();
+  Play({Song("a.mp3"), song});
+  player.SendWinampCommand(kNextTrack);
+  EXPECT_TRUE(WaitUntil([&] { return player.GetTrackPosition() >= 0; }));
+  player.SendWinampCommand(kPlay);
+  EXPECT_EQ(player.GetTrackLength(), 60);
+  EXPECT_EQ(player.GetListPlace(), 1);
+}
+
 TEST_F(WindowsPlayer, OtherProgramsSendPathsInTheCodePageOfTheSystem) {
   // This name is in every code page of Windows.
   const std::string song = Song("a.mp3");

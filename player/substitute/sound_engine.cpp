@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "player/player_messages.h"
+#include "player/substitute/engine_path.h"
 #include "player/substitute/mpv_events.h"
 
 namespace tallow {
@@ -148,11 +149,11 @@ CommandNumber SoundEngine::Command(std::initializer_list<const char*> words) {
 }
 
 CommandNumber SoundEngine::Load(const std::string& path) {
-  return Command({"loadfile", path.c_str(), "replace"});
+  return Command({"loadfile", EnginePath(path).c_str(), "replace"});
 }
 
 CommandNumber SoundEngine::Append(const std::string& path) {
-  return Command({"loadfile", path.c_str(), "append"});
+  return Command({"loadfile", EnginePath(path).c_str(), "append"});
 }
 
 void SoundEngine::RemoveFirst() { Command({"playlist-remove", "0"}); }
