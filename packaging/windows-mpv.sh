@@ -61,7 +61,7 @@ fi
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
-# The source of a security update is not always to be had; then the version before it is built.
+# The source of a security update is not always available; then the version before it is built.
 for version in "${versions[@]}"; do
   fetch_source "$work" "$version" 2> "$work/fetch.log" || fetch_source "$work" "${version%+deb*}" ||
     { cat "$work/fetch.log" >&2; exit 1; }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Hand-over of songs to Tallow's own player.
 #include <filesystem>
+#include <utility>
 
 #include "player/playfile.h"
 #include "tests/library_fixture.h"
@@ -116,6 +117,23 @@ TEST_F(OwnPlayerHandOver, FromASongOnTheWholeFolderIsInItsOrder) {
   // The song that plays is the chosen one, though others precede it now.
   EXPECT_EQ(link.list[link.current].path, Path(5));
   EXPECT_EQ(added_before, link.list[3].number);
+}
+
+TEST_F(OwnPlayerHandOver, WhenTheChosenSongIsGoneThoseBeforeItAreAddedAtTheEnd) {
+  AddSongs(4);
+  // The list is cleared before the first two are sent.
+  bool is_cleared = false;
+  progress = [&](std::size_t done, std::size_t) {
+    if (done == 2 && !std::exchange(is_cleared, true))
+      link.Send(link.Find(), kWmUser, 0, kClearList);
+    return true;
+  };
+  const HandOverResult result = HandOver(OneTo(4), HandOverTo::kReplace, 2);
+  const Numbers list = List();
+  ASSERT_GE(list.size(), 2U);
+  EXPECT_EQ(Numbers(list.end() - 2, list.end()), (Numbers{1, 2}));
+  EXPECT_EQ(result.songs.size(), 4U);
+  EXPECT_EQ(messages.Take(), Texts{});
 }
 
 TEST_F(OwnPlayerHandOver, WithoutTheChosenSongNothingChanges) {

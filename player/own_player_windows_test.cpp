@@ -59,6 +59,16 @@ TEST_F(WindowsPlayer, IsStartedByTheLinkAndASecondOneIsNot) {
   EXPECT_TRUE(WaitUntil([&] { return link->Find() == 0; }));
 }
 
+TEST_F(WindowsPlayer, APlayerThatIsStillStartingIsNotStartedAgain) {
+  for (int k = 0; k < 3; ++k) ASSERT_TRUE(link->Start(path));
+  ASSERT_TRUE(WaitUntil([&] { return link->FollowStart() == PlayerStart::kAnswers; }));
+  // A second process would have written that the first one runs.
+  EXPECT_EQ(link->LastLineWritten(), "");
+  ASSERT_TRUE(player.FindWinamp());
+  player.SendWinampCommand(kClosePlayer);
+  EXPECT_TRUE(WaitUntil([&] { return link->Find() == 0; }));
+}
+
 TEST_F(WindowsPlayer, APlayerThatEndsAtOnceIsQuoted) {
   const std::wstring name = L"Local\\" + ToWide(PlayerWindowTitle(identifier));
   const HANDLE running = CreateMutexW(nullptr, FALSE, name.c_str());
@@ -91,6 +101,19 @@ TEST_F(WindowsPlayer, GetsPathsOfAllAlphabetsAndAnswersInJson) {
   EXPECT_TRUE(std::any_of(log.begin(), log.end(), [&](const std::string& line) {
     return line.find(song) != std::string::npos;
   }));
+}
+
+TEST_F(WindowsPlayer, PlaysSongsWhosePathsAreLong) {
+  const std::string song =
+      folder.Folder(std::string(150, 'a') + "/" + std::string(150, 'b')) + "c.mp3";
+  MakeMp3(FromWide(ToWidePath(song)), "60 sine 440", 2, "-b 64");
+  StartPlayer();
+  Play({Song("a.mp3"), song});
+  player.SendWinampCommand(kNextTrack);
+  EXPECT_TRUE(WaitUntil([&] { return player.GetTrackPosition() >= 0; }));
+  player.SendWinampCommand(kPlay);
+  EXPECT_EQ(player.GetTrackLength(), 60);
+  EXPECT_EQ(player.GetListPlace(), 1);
 }
 
 TEST_F(WindowsPlayer, OtherProgramsSendPathsInTheCodePageOfTheSystem) {
@@ -269,6 +292,9 @@ TEST_F(BesideAWinamp, BeforeAProgramIsChosenOurPlayerComesFirst) {
   EXPECT_EQ(any->KindOf(any->Find()), PlayerKind::kWinamp);
   StartOwn();
   EXPECT_EQ(any->KindOf(any->Find()), PlayerKind::kTallowPlayer);
+  // It gets paths of all alphabets.
+  const std::string path = folder / "\u66F2.mp3";
+  EXPECT_EQ(any->TextOfPath(path), path);
   // The player of another Tallow is neither.
   const std::unique_ptr<PlayerLink> another = SystemPlayerLink("another");
   EXPECT_EQ(another->Find(), winamp_link->Find());

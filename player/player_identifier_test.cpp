@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include "util/path_text.h"
+
 namespace tallow {
 namespace {
 
@@ -15,6 +17,12 @@ TEST(PlayerIdentifier, DiffersByFolder) {
   EXPECT_NE(PlayerIdentifier("/home/a/"), PlayerIdentifier("/home/b/"));
   EXPECT_EQ(PlayerIdentifier("/home/a/"), PlayerIdentifier("/home/a/"));
   EXPECT_EQ(PlayerIdentifier("/home/a/").size(), 16U);
+}
+
+TEST(PlayerIdentifier, ComparesFoldersAsTheSystemDoes) {
+  // Only Windows ignores the case.
+  EXPECT_EQ(PlayerIdentifier("C:\\Tallow\\") == PlayerIdentifier("c:\\tallow\\"),
+            kSeparator == '\\');
 }
 
 }  // namespace

@@ -71,7 +71,8 @@ class PlayerLink {
 
   /// Sends the copy-data record kAddFiles to Tallow's own player, see tallow_player_requests.h.
   /// \param data at most kMaxPayload bytes
-  /// \returns the number of the first new entry, or kListHasNoRoom; 0 when there is no answer
+  /// \returns the number of the first new entry, kListHasNoRoom, or kNoSuchEntry; 0 when there is
+  ///          no answer
   virtual std::int64_t AddFiles(PlayerHandle /*player*/, std::string_view /*data*/) { return 0; }
 
   /// Sends a request in JSON to Tallow's own player, see tallow_player_requests.h.

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include <chrono>
+#include <map>
 #include <optional>
 #include <utility>
 #include <windows.h>
@@ -29,7 +31,32 @@ bool IsOwnProgram(const std::string& program) {
   return EqualsIgnoringCase(std::string_view(program).substr(folder.size()), "tallow-player.exe");
 }
 
-/// Sends a message to Tallow's own player. Winamp's are sent without a timeout.
+/// How long to wait for a Winamp's answer to a query, in ms. The status is queried all the time, and
+/// a Winamp that hangs must not block the program.
+constexpr UINT kQueryTimeout = 500;
+/// The same for the length, which a Winamp may have to read from a slow disk.
+constexpr UINT kLengthTimeout = 2000;
+/// How long a Winamp that did not answer in time is not asked again.
+constexpr std::chrono::seconds kPauseAfterTimeout{2};
+
+/// Whether a message only asks.
+bool IsQuery(std::uint32_t message, std::int64_t lParam) {
+  if (message != kWmUser) return false;
+  switch (lParam) {
+    case kVersion:
+    case kStatus:
+    case kTrackTime:
+    case kListLength:
+    case kListPlace:
+    case kShuffle:
+    case kRepeat:
+      return true;
+    default:
+      return false;
+  }
+}
+
+/// Sends a message to Tallow's own player.
 std::int64_t SendToOwnPlayer(HWND player, UINT message, WPARAM wParam, LPARAM lParam) {
   DWORD_PTR answer = 0;
   // Messages that are sent to this thread are received meanwhile.
@@ -92,7 +119,8 @@ class AnswerWindow {
   std::optional<std::string> answer_;
 };
 
-/// Takes our own player by class and title, and a Winamp by class without such a title.
+/// Takes our own player by class and title, and a Winamp by class without such a title. A window
+/// without a title is neither: it is not ready.
 class WindowLink : public PlayerLink {
  public:
   explicit WindowLink(const std::string& identifier)
@@ -103,28 +131,24 @@ class WindowLink : public PlayerLink {
   }
 
   PlayerHandle Find() override {
-    HWND own = nullptr;
-    HWND winamp = nullptr;
-    HWND window = nullptr;
-    while ((window = FindWindowExW(nullptr, window, kPlayerWindowClass, nullptr)) != nullptr) {
-      if (own == nullptr && IsOwn(window)) own = window;
-      if (winamp == nullptr && IsWinamp(window)) winamp = window;
-    }
-    if (own != nullptr) process_.StopListening();
-    const bool takes_own = uses_own_.value_or(own != nullptr);
-    return reinterpret_cast<PlayerHandle>(takes_own ? own : winamp);
+    Windows windows{.link = *this};
+    EnumWindows(&WindowLink::Sort, reinterpret_cast<LPARAM>(&windows));
+    if (windows.own != nullptr) process_.StopListening();
+    finds_own_ = uses_own_.value_or(windows.own != nullptr);
+    return reinterpret_cast<PlayerHandle>(finds_own_ ? windows.own : windows.winamp);
   }
 
   bool Start(const std::string& program) override {
     UseProgram(program);
     if (!uses_own_.value_or(false))
       return StartProgram(program, FirstWindow::kMinimizedWithoutFocus);
-    if (Find() != 0) return true;
+    if (Find() != 0 || process_.IsStarting()) return true;
     return process_.Start(program, identifier_.empty() ? "" : "--identifier " + identifier_);
   }
 
   PlayerStart FollowStart() override {
     if (Find() != 0) return PlayerStart::kAnswers;
+    process_.Read();
     return uses_own_.value_or(false) && process_.HasEnded() ? PlayerStart::kEnded
                                                             : PlayerStart::kNoWindow;
   }
@@ -137,17 +161,22 @@ class WindowLink : public PlayerLink {
     if (IsOwn(window))
       return SendToOwnPlayer(window, message, static_cast<WPARAM>(wParam),
                              static_cast<LPARAM>(lParam));
-    return SendMessageA(window, message, static_cast<WPARAM>(wParam), static_cast<LPARAM>(lParam));
+    if (!IsWinamp(window)) return 0;
+    if (IsQuery(message, lParam))
+      return QueryWinamp(window, static_cast<WPARAM>(wParam), static_cast<LPARAM>(lParam));
+    return AnswerOfWinamp(
+        SendMessageA(window, message, static_cast<WPARAM>(wParam), static_cast<LPARAM>(lParam)));
   }
 
   bool SendCopyData(PlayerHandle player, std::uint32_t code, std::string_view data) override {
     // Code 100 is for paths in the system's code page, and our own player gets them in UTF-8.
-    if (code == kAddFile && KindOf(player) == PlayerKind::kTallowPlayer) {
+    if (code == kAddFile && IsOwn(WindowOf(player))) {
       constexpr std::int64_t kAt = kAtEnd;
       std::string record(reinterpret_cast<const char*>(&kAt), sizeof kAt);
       record += data;
       return AddFiles(player, record) != kListHasNoRoom;
     }
+    if (!IsWinamp(WindowOf(player))) return true;
     COPYDATASTRUCT record = Record(code, data);
     SendMessageA(WindowOf(player), WM_COPYDATA, 0, reinterpret_cast<LPARAM>(&record));
     // The player does not report a full list.
@@ -172,13 +201,31 @@ class WindowLink : public PlayerLink {
     return answers_.Ask(window, Record(kAsk, request));
   }
 
-  bool IsRunning(PlayerHandle player) override { return IsWindow(WindowOf(player)) != FALSE; }
+  bool IsRunning(PlayerHandle player) override {
+    return IsOwn(WindowOf(player)) || IsWinamp(WindowOf(player));
+  }
 
   std::string TextOfPath(const std::string& path) const override {
-    return uses_own_.value_or(false) ? path : PathInCodePage(path, SystemCodePage());
+    return finds_own_ ? path : PathInCodePage(path, SystemCodePage());
   }
 
  private:
+  using Clock = std::chrono::steady_clock;
+
+  /// The first windows of each kind.
+  struct Windows {
+    const WindowLink& link;
+    HWND own = nullptr;
+    HWND winamp = nullptr;
+  };
+
+  static BOOL CALLBACK Sort(HWND window, LPARAM parameter) {
+    auto& windows = *reinterpret_cast<Windows*>(parameter);
+    if (windows.own == nullptr && windows.link.IsOwn(window)) windows.own = window;
+    if (windows.winamp == nullptr && IsWinamp(window)) windows.winamp = window;
+    return TRUE;
+  }
+
   /// The system only reads the data.
   static COPYDATASTRUCT Record(std::uint32_t code, std::string_view data) {
     COPYDATASTRUCT record{};
@@ -188,14 +235,42 @@ class WindowLink : public PlayerLink {
     return record;
   }
 
-  bool IsOwn(HWND window) const { return WindowTitle(window) == own_title_; }
+  // The system gives the handle of a window that is gone to another one later, so the class is
+  // compared each time.
+
+  bool IsOwn(HWND window) const {
+    return HasClass(window, kPlayerWindowClass) && WindowTitle(window) == own_title_;
+  }
   static bool IsWinamp(HWND window) {
-    return !WindowTitle(window).starts_with(ToWide(kPlayerTitleStart));
+    if (!HasClass(window, kPlayerWindowClass)) return false;
+    const std::wstring title = WindowTitle(window);
+    return !title.empty() && !title.starts_with(ToWide(kPlayerTitleStart));
+  }
+
+  /// A Winamp is a 32-bit program, so -1 may arrive without the upper half.
+  static std::int64_t AnswerOfWinamp(LRESULT answer) { return static_cast<std::int32_t>(answer); }
+
+  /// Returns the last answer when the Winamp does not answer in time; 0 when there was none.
+  std::int64_t QueryWinamp(HWND window, WPARAM wParam, LPARAM lParam) {
+    if (std::exchange(queried_, window) != window) answers_of_winamp_.clear();
+    const std::pair query(wParam, lParam);
+    if (Clock::now() < asks_again_) return answers_of_winamp_[query];
+    const bool asks_length = lParam == kTrackTime && wParam == kAskLength;
+    DWORD_PTR answer = 0;
+    if (SendMessageTimeoutA(window, WM_USER, wParam, lParam, SMTO_ABORTIFHUNG,
+                            asks_length ? kLengthTimeout : kQueryTimeout, &answer) != 0)
+      return answers_of_winamp_[query] = AnswerOfWinamp(static_cast<LRESULT>(answer));
+    asks_again_ = Clock::now() + kPauseAfterTimeout;
+    return answers_of_winamp_[query];
   }
 
   const std::string identifier_;
   const std::wstring own_title_;
   std::optional<bool> uses_own_;  ///< no value when no program was chosen
+  bool finds_own_ = false;        ///< Find looked for our own player last
+  Clock::time_point asks_again_;  ///< until then, no Winamp is queried
+  HWND queried_ = nullptr;        ///< the Winamp that was queried last
+  std::map<std::pair<WPARAM, LPARAM>, std::int64_t> answers_of_winamp_;
   PlayerProcess process_;
   AnswerWindow answers_;
 };

@@ -64,13 +64,16 @@ inline constexpr std::size_t kMaxPayload = std::size_t{64} * 1024;
 // Codes of kWmCopyData that only Tallow's own player knows.
 
 /// Adds files to the list, see tallow_player_requests.h. Answer: the number of the first new entry,
-/// or kListHasNoRoom.
+/// kListHasNoRoom, or kNoSuchEntry.
 inline constexpr std::uint32_t kAddFiles = 0x54410001;
 /// A request in JSON, see tallow_player_requests.h. The answer is JSON, too.
 inline constexpr std::uint32_t kAsk = 0x54410002;
 
 /// The answer to kAddFiles when the list has no room for the files; none of them was added.
 inline constexpr std::int64_t kListHasNoRoom = -1;
+/// The answer to kAddFiles when the entry to add the files before is not in the list; none of them
+/// was added.
+inline constexpr std::int64_t kNoSuchEntry = -2;
 
 inline constexpr std::int32_t kMaxVolume = 255;
 inline constexpr std::int32_t kMaxBalance = 127;

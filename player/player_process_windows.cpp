@@ -75,7 +75,8 @@ bool PlayerProcess::HasEnded() const noexcept {
   return process_ && WaitForSingleObject(process_.get(), 0) == WAIT_OBJECT_0;
 }
 
-std::string PlayerProcess::LastLine() {
+void PlayerProcess::Read() {
+  constexpr std::size_t kMaxKept = 4096;
   DWORD waiting = 0;
   while (errors_ && PeekNamedPipe(errors_.get(), nullptr, 0, nullptr, &waiting, nullptr) != FALSE &&
          waiting > 0) {
@@ -83,7 +84,12 @@ std::string PlayerProcess::LastLine() {
     DWORD got = 0;
     if (ReadFile(errors_.get(), bytes.data(), waiting, &got, nullptr) == FALSE) break;
     written_.append(bytes, 0, got);
+    if (written_.size() > kMaxKept) written_.erase(0, written_.size() - kMaxKept);
   }
+}
+
+std::string PlayerProcess::LastLine() {
+  Read();
   constexpr const char* kLineEnd = "\r\n";
   const std::size_t end = written_.find_last_not_of(kLineEnd);
   if (end == std::string::npos) return {};

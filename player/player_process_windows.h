@@ -17,6 +17,12 @@ class PlayerProcess {
 
   /// Whether the process that was started last has ended.
   bool HasEnded() const noexcept;
+  /// Whether the process that was started last runs, and StopListening was not called since.
+  bool IsStarting() const noexcept { return errors_ && process_ && !HasEnded(); }
+
+  /// Reads what the process has written to standard error. Call this while it starts: it blocks when
+  /// it has written some KB that nobody has read.
+  void Read();
 
   /// The last line that the process has written to standard error; empty for none. What it writes
   /// after StopListening is lost.
@@ -33,7 +39,7 @@ class PlayerProcess {
 
   SystemHandle process_;
   SystemHandle errors_;  ///< the pipe that is the standard error of the process
-  std::string written_;
+  std::string written_;  ///< the last bytes that were read
 };
 
 }  // namespace tallow

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "player/player_window_windows.h"
 
-#include <string_view>
-
 namespace tallow {
 namespace {
 
@@ -18,11 +16,10 @@ std::wstring WindowTitle(HWND window) {
   return {text, static_cast<std::size_t>(length > 0 ? length : 0)};
 }
 
-bool IsPlayerClient(HWND window) {
-  wchar_t name[kMaxText];
-  const int length = GetClassNameW(window, name, kMaxText);
-  return length > 0 &&
-         std::wstring_view(name, static_cast<std::size_t>(length)) == kPlayerLinkClass;
+bool HasClass(HWND window, std::wstring_view name) {
+  wchar_t text[kMaxText];
+  const int length = GetClassNameW(window, text, kMaxText);
+  return length > 0 && std::wstring_view(text, static_cast<std::size_t>(length)) == name;
 }
 
 }  // namespace tallow

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <windows.h>
 
 namespace tallow {
@@ -32,7 +33,10 @@ inline std::string PlayerWindowTitle(const std::string& identifier) {
 /// The text of a window's title.
 std::wstring WindowTitle(HWND window);
 
+/// Whether a window exists and is of a class.
+bool HasClass(HWND window, std::wstring_view name);
+
 /// Whether a window is a link's.
-bool IsPlayerClient(HWND window);
+inline bool IsPlayerClient(HWND window) { return HasClass(window, kPlayerLinkClass); }
 
 }  // namespace tallow

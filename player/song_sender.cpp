@@ -55,7 +55,13 @@ Sent SongSender::Flush() {
 
 Sent SongSender::SendPart(std::size_t from, std::size_t count) {
   if (count == 0) return Sent::kAccepted;
-  const std::int64_t answer = own_->AddFiles(at_, std::span(paths_).subspan(from, count));
+  const std::span<const std::string> paths = std::span(paths_).subspan(from, count);
+  std::int64_t answer = own_->AddFiles(at_, paths);
+  if (answer == kNoSuchEntry) {
+    // The list was cleared meanwhile.
+    at_ = kAtEnd;
+    answer = own_->AddFiles(at_, paths);
+  }
   if (answer == kListHasNoRoom && count == 1) {
     refused_ = waiting_[from].number;
     return Sent::kListIsFull;

@@ -36,8 +36,8 @@ class SongSender {
   /// \param player must outlive this object
   SongSender(WinAMP_Control& player, Accepted accepted);
 
-  /// Sets where the next songs are added; Winamp adds all at the end. There must be no song that
-  /// waits to be sent.
+  /// Sets where the next songs are added; Winamp adds all at the end, and so does Tallow's own
+  /// player when the entry to add them before is gone. There must be no song that waits to be sent.
   /// \param at see AddFilesAt
   void AddAt(std::int64_t at) noexcept { at_ = at; }
 

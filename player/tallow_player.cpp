@@ -160,6 +160,7 @@ std::optional<TallowPlayerState> TallowPlayer::State(std::uint64_t failures_afte
   state.place = NumberIn<std::size_t>(object, "place", 0);
   state.count = NumberIn<std::size_t>(object, "count", 0);
   state.upcoming = NumberIn<std::size_t>(object, "upcoming", 0);
+  state.ended = FlagIn(object, "ended");
   state.revision = NumberIn<std::uint64_t>(object, "revision", 0);
   state.volume = std::clamp(NumberIn<std::int32_t>(object, "volume", 0), 0, kMaxVolume);
   state.balance =
@@ -168,6 +169,7 @@ std::optional<TallowPlayerState> TallowPlayer::State(std::uint64_t failures_afte
   state.repeat = NamedIn(object, "repeat", kRepeatModes);
   state.gain = NamedIn(object, "gain", kGains);
   state.device = TextIn(object, "device");
+  state.device_missing = FlagIn(object, "deviceMissing");
   state.stops_after = FlagIn(object, "stopAfter");
   state.failures = FailuresIn(object);
   return state;

@@ -32,13 +32,15 @@ struct TallowPlayerState {
   std::size_t place = 0;       ///< of the current entry in the list, from 0
   std::size_t count = 0;       ///< of the list
   std::size_t upcoming = 0;    ///< entries that will play after the current one
+  bool ended = false;          ///< the list has ended, and nothing was played or added since
   std::uint64_t revision = 0;  ///< changes with the list, its order, and the current entry
   std::int32_t volume = 0;     ///< 0 to 255
   std::int32_t balance = 0;    ///< -127 to 127
   bool shuffle = false;
   RepeatMode repeat = RepeatMode::kOff;
   ReplayGain gain = ReplayGain::kOff;
-  std::string device;  ///< "auto" for the system's
+  std::string device;           ///< "auto" for the system's
+  bool device_missing = false;  ///< the track plays silently: the device cannot be opened
   bool stops_after = false;
   std::vector<PlayFailure> failures;
 };
@@ -66,10 +68,11 @@ class TallowPlayer {
   /// \param count at most kMaxAsked
   std::optional<UpcomingEntries> Upcoming(std::size_t from, std::size_t count);
 
-  /// Adds files: all, or none if there is no room.
+  /// Adds files: all, or none.
   /// \param at see AddFilesAt
   /// \param paths absolute; few enough for one record, see FitsInRecord
-  /// \returns the number of the first new entry; kListHasNoRoom; 0 when the player does not answer
+  /// \returns the number of the first new entry; kListHasNoRoom; kNoSuchEntry; 0 when the player
+  ///          does not answer
   std::int64_t AddFiles(std::int64_t at, std::span<const std::string> paths);
 
   /// Whether a path fits into a record after other ones.

@@ -15,8 +15,8 @@ namespace tallow {
 // kAddFiles: eight bytes, a signed number in the byte order of the machine: where to add the files.
 // Then the absolute paths, each followed by a NUL; in UTF-8 on Windows, unchanged bytes on Linux.
 // All files are added, or none. They get consecutive entry numbers; the answer is the first of
-// them, or kListHasNoRoom, also when the entry to add them before is not in the list. An entry
-// number is never used again while the player runs.
+// them, or kListHasNoRoom, or kNoSuchEntry when the entry to add them before is not in the list. An
+// entry number is never used again while the player runs.
 //
 // kAsk: a JSON object. "do" says what to do; the answer is a JSON object, {} where the table names
 // none. Texts are as in util/json_text.h. Times are in ms, and -1 where unknown.
@@ -41,14 +41,15 @@ namespace tallow {
 //
 // The answer to "state" has status (PlayerStatus), position and length of the current track, entry
 // (its number; 0 for an empty list), place (in the list, from 0), count (of the list), upcoming
-// (number of entries that will play after the current one), revision (changes with the list, its
-// order, and the current entry), volume, balance (-127 to 127), shuffle (true or false), repeat,
-// gain, device, stopAfter (true when playback stops after this track), and failures: those since
-// the failure number failuresAfter, oldest first, each {number, entry, reason}; at most 64, and
-// only the last 1,000 are kept. An entry that plays after all is reported as a failure without a
-// reason.
+// (number of entries that will play after the current one), ended (true after the end of the list,
+// until something is played or added), revision (changes with the list, its order, and the current
+// entry), volume, balance (-127 to 127), shuffle (true or false), repeat, gain, device,
+// deviceMissing (true while a track plays silently because the sound device cannot be opened),
+// stopAfter (true when playback stops after this track), and failures: those since the failure
+// number failuresAfter, oldest first, each {number, entry, reason}; at most 64, and only the last
+// 1,000 are kept. An entry that plays after all is reported as a failure without a reason.
 
-/// Whether a request in JSON changes nothing. These are not sent to a player that is late with its
+/// Whether a request in JSON changes nothing. These are not sent to a player that has overdue
 /// answers. Recognizes the requests as TallowPlayer writes them, with "do" as their first member.
 constexpr bool AsksOnly(std::string_view request) noexcept {
   constexpr std::string_view kQueries[] = {R"({"do":"state")", R"({"do":"queue")",

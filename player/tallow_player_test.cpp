@@ -41,6 +41,8 @@ TEST_F(TallowPlayerTest, TheStateIsRead) {
   link.repeat = "one";
   link.gain = "album";
   link.device = "alsa/default";
+  link.device_missing = true;
+  link.ended = true;
   const std::optional<TallowPlayerState> state = player.State();
   ASSERT_TRUE(state);
   EXPECT_EQ(state->status, kPlaying);
@@ -57,6 +59,8 @@ TEST_F(TallowPlayerTest, TheStateIsRead) {
   EXPECT_EQ(state->repeat, RepeatMode::kOne);
   EXPECT_EQ(state->gain, ReplayGain::kAlbum);
   EXPECT_EQ(state->device, "alsa/default");
+  EXPECT_TRUE(state->device_missing);
+  EXPECT_TRUE(state->ended);
   EXPECT_FALSE(state->stops_after);
   EXPECT_TRUE(state->failures.empty());
   EXPECT_EQ(link.requests, Texts{R"({"do":"state","failuresAfter":0})"});
@@ -154,6 +158,8 @@ TEST_F(TallowPlayerTest, FilesAreAddedAtAPlaceAndNumbered) {
   EXPECT_EQ(link.records, (std::vector<std::size_t>{14, 11}));
   link.max_files = 3;
   EXPECT_EQ(player.AddFiles(kAtEnd, before), kListHasNoRoom);
+  link.max_files = 4;
+  EXPECT_EQ(player.AddFiles(77, before), kNoSuchEntry);
 }
 
 TEST_F(TallowPlayerTest, ARecordHoldsThePathsThatFit) {

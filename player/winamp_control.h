@@ -101,7 +101,7 @@ class WinAMP_Control {
   PlayerLink& link_;
   std::function<std::string()> player_path_;
   ShowMessage show_;
-  PlayerHandle window_ = 0;  ///< set only by FindWinamp
+  PlayerHandle window_ = 0;  ///< set by FindWinamp, and cleared by FollowStart
 };
 
 }  // namespace tallow

@@ -85,7 +85,7 @@ class Songs {
     const std::lock_guard lock(mutex_);
     const std::int64_t first = player.AddFiles(at, paths);
     // The entry to add before may be gone.
-    if (first == kListHasNoRoom && at > 0) return;
+    if (first == kNoSuchEntry) return;
     Require(first > 0, "files were not added: " + std::to_string(first));
     Require(static_cast<std::size_t>(first) >= song_of_.size(), "an entry number was used again");
     song_of_.resize(static_cast<std::size_t>(first), kBroken);

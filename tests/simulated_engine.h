@@ -186,7 +186,10 @@ class SimulatedEngine : public PlaybackEngine {
     }
     phase_ = Phase::kPlaying;
     on_sound(path);
-    events_.push_back([this] { listener_->OnTrackOpened(); });
+    events_.push_back([this] {
+      listener_->OnTrackOpened();
+      listener_->OnPosition(0.1);
+    });
   }
 
   PlaybackListener* listener_ = nullptr;

@@ -88,6 +88,7 @@ class StandInTallowPlayer : public PlayerLink {
     std::size_t place = list.size();
     if (at == kPlayNext) place = std::min(list.size(), current + 1 + next_added);
     if (at > 0) place = PlaceOf(static_cast<std::uint64_t>(at));
+    if (at > 0 && place == list.size()) return kNoSuchEntry;
     while (!data.empty()) {
       const std::size_t end = data.find('\0');
       const bool is_before = !list.empty() && place <= current;

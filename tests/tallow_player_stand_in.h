@@ -56,6 +56,7 @@ class TallowPlayerStandIn : public RecordedLink {
     for (const std::string& path : paths) line += " " + path;
     log.push_back(line);
     if (list.size() + paths.size() > max_files) return kListHasNoRoom;
+    if (at > 0 && PlaceOf(static_cast<std::uint64_t>(at)) == list.size()) return kNoSuchEntry;
     files += paths.size();
     return Insert(at, paths);
   }
@@ -95,6 +96,8 @@ class TallowPlayerStandIn : public RecordedLink {
   std::string repeat = "off";
   std::string gain = "off";
   std::string device = "auto";
+  bool device_missing = false;
+  bool ended = false;
   nlohmann::json failures = nlohmann::json::array();
   nlohmann::json devices = nlohmann::json::array();
 
@@ -180,6 +183,8 @@ class TallowPlayerStandIn : public RecordedLink {
                                {"repeat", repeat},
                                {"gain", gain},
                                {"device", device},
+                               {"deviceMissing", device_missing},
+                               {"ended", ended},
                                {"stopAfter", false},
                                {"failures", later}};
     return state.dump();

@@ -25,9 +25,9 @@ else()
   # The player tests run the real player.
   target_compile_definitions(tallow_core_tests PRIVATE TALLOW_PLAYER="$<TARGET_FILE:tallow-player>")
   add_dependencies(tallow_core_tests tallow-player)
-  target_link_libraries(tallow_core_tests PRIVATE tallow_song_player)
 endif()
-target_link_libraries(tallow_core_tests PRIVATE tallow_app tallow_json GTest::gtest)
+target_link_libraries(tallow_core_tests PRIVATE tallow_app tallow_song_player tallow_json
+                                                GTest::gtest)
 tallow_precompile(tallow_core_tests HEADERS <gtest/gtest.h>)
 
 if(WIN32 AND CMAKE_CROSSCOMPILING)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include <algorithm>
 #include <atomic>
+#include <iterator>
 #include <optional>
 #include <set>
 #include <stdexcept>
@@ -17,24 +18,24 @@ using Clock = std::chrono::steady_clock;
 
 class Timer final : public LoopCallback {
  public:
-  Timer(std::set<Timer*>& timers, Clock::time_point due, EventLoop::Callback callback)
+  Timer(std::vector<Timer*>& timers, Clock::time_point due, EventLoop::Callback callback)
       : timers_(timers), due_(due), callback_(std::move(callback)) {
-    timers_.insert(this);
+    timers_.push_back(this);
   }
   Timer(const Timer&) = delete;
   Timer& operator=(const Timer&) = delete;
-  ~Timer() override { timers_.erase(this); }
+  ~Timer() override { std::erase(timers_, this); }
 
   Clock::time_point Due() const noexcept { return due_; }
   /// Calls the callback, which may destroy this object.
   void Call() {
-    timers_.erase(this);
+    std::erase(timers_, this);
     const auto due = std::move(callback_);
     due();
   }
 
  private:
-  std::set<Timer*>& timers_;  ///< those that are not due yet
+  std::vector<Timer*>& timers_;  ///< those that have not called back yet
   Clock::time_point due_;
   EventLoop::Callback callback_;
 };
@@ -129,14 +130,23 @@ class WindowsEventLoop final : public EventLoop {
       if (wake_ups_.contains(wake_up)) wake_up->CallIfRequested();
   }
 
+  /// In the order of their times. A callback may add and destroy timers.
   void CallDueTimers() {
     const Clock::time_point now = Clock::now();
-    for (Timer* const timer : std::vector(timers_.begin(), timers_.end()))
-      if (timers_.contains(timer) && timer->Due() <= now) timer->Call();
+    std::vector<Timer*> due;
+    std::copy_if(timers_.begin(), timers_.end(), std::back_inserter(due),
+                 [&](const Timer* timer) { return timer->Due() <= now; });
+    std::stable_sort(due.begin(), due.end(), [](const Timer* timer, const Timer* other) {
+      return timer->Due() < other->Due();
+    });
+    for (Timer* const timer : due) {
+      const bool exists = std::find(timers_.begin(), timers_.end(), timer) != timers_.end();
+      if (exists && timer->Due() <= now) timer->Call();
+    }
   }
 
-  HANDLE event_;  ///< set when a callback was requested; resets itself when the loop has seen it
-  std::set<Timer*> timers_;
+  HANDLE event_;  ///< set when a callback was requested; resets itself when a wait returns
+  std::vector<Timer*> timers_;  ///< in the order in which they were added
   std::set<EventWakeUp*> wake_ups_;
   Callback at_end_;
   std::optional<int> exit_code_;

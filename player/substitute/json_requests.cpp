@@ -114,6 +114,7 @@ std::string StateOf(const SongPlayer& player, std::uint64_t failures_after) {
       .Number("place", std::uint64_t{list.Place()})
       .Number("count", std::uint64_t{list.Size()})
       .Number("upcoming", std::uint64_t{player.Upcoming()})
+      .Flag("ended", player.HasEnded())
       .Number("revision", list.Revision())
       .Number("volume", std::int64_t{player.Volume()})
       .Number("balance", std::int64_t{player.Balance()})
@@ -121,6 +122,7 @@ std::string StateOf(const SongPlayer& player, std::uint64_t failures_after) {
       .Text("repeat", kRepeatModes[static_cast<std::size_t>(list.Repeat())])
       .Text("gain", kGains[static_cast<std::size_t>(player.Gain())])
       .Text("device", player.Device())
+      .Flag("deviceMissing", player.DeviceIsMissing())
       .Flag("stopAfter", player.StopsAfterCurrent())
       .List("failures", player.Failures().After(failures_after, kMaxFailuresAnswer),
             [](std::string& to, const FailedEntry& failure) {

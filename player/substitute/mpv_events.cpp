@@ -49,6 +49,10 @@ void DispatchProperty(const mpv_event_property& property, PlaybackListener& list
   } else if (name == "metadata" && property.format == MPV_FORMAT_NODE) {
     const mpv_node& node = *static_cast<mpv_node*>(property.data);
     if (node.format == MPV_FORMAT_NODE_MAP) listener.OnTags(TagsOfMap(node));
+  } else if (name == "current-ao") {
+    // Without a value no track plays.
+    listener.OnDevice(property.format == MPV_FORMAT_STRING &&
+                      std::strcmp(*static_cast<char**>(property.data), "null") == 0);
   }
 }
 

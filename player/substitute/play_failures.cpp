@@ -3,35 +3,16 @@
 
 #include <algorithm>
 #include <chrono>
-#include <exception>
-#include <future>
 #include <memory>
-#include <optional>
-#include <thread>
 #include <utility>
 
-#include "util/file_system.h"
+#include "util/detached_thread.h"
 
 namespace tallow {
 namespace {
 
 /// How long to wait for the disk. Commands and events wait meanwhile; the sound goes on.
 constexpr std::chrono::milliseconds kMaxWait{100};
-
-/// Looks for a file. A disk that does not respond must not block the player, so a detached thread
-/// does it.
-/// \returns no value when the disk does not respond
-std::optional<FileStatus> LookFor(const std::string& path) {
-  auto found = std::make_shared<std::promise<FileStatus>>();
-  std::future<FileStatus> answer = found->get_future();
-  try {
-    std::thread([found, path] { found->set_value(CheckFile(path)); }).detach();
-  } catch (const std::exception&) {
-    return std::nullopt;
-  }
-  if (answer.wait_for(kMaxWait) != std::future_status::ready) return std::nullopt;
-  return answer.get();
-}
 
 }  // namespace
 
@@ -57,7 +38,24 @@ std::vector<FailedEntry> PlayFailures::After(std::uint64_t number, std::size_t c
   return {first, first + static_cast<std::ptrdiff_t>(std::min(count, left))};
 }
 
-std::string FailureReason(const std::string& path, const std::string& error) {
+std::optional<FileStatus> FailureReasons::LookFor(const std::string& path) {
+  const auto has_answered = [this](std::chrono::milliseconds wait) {
+    return answer_.wait_for(wait) == std::future_status::ready;
+  };
+  // Many files on a slow disk cause neither many threads nor many waits.
+  if (answer_.valid() && !has_answered(std::chrono::milliseconds(0))) return std::nullopt;
+  // A disk that does not respond must not block the player, so a detached thread looks for the file.
+  auto found = std::make_shared<std::promise<FileStatus>>();
+  answer_ = found->get_future();
+  if (!StartDetachedThread([found, path] { found->set_value(CheckFile(path)); })) {
+    answer_ = {};
+    return std::nullopt;
+  }
+  if (!has_answered(kMaxWait)) return std::nullopt;
+  return answer_.get();
+}
+
+std::string FailureReasons::Of(const std::string& path, const std::string& error) {
   const std::optional<FileStatus> status = LookFor(path);
   if (!status || status->presence == FilePresence::kThere) return error;
   if (status->presence == FilePresence::kNotThere) return "The file is gone.";

@@ -4,11 +4,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <future>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <vector>
 
 #include "player/substitute/play_list.h"
+#include "util/file_system.h"
 
 namespace tallow {
 
@@ -43,9 +46,20 @@ class PlayFailures {
   std::unordered_set<ListNumber> failed_;  ///< the entries that have not played since
 };
 
-/// Returns why a file could not be played, as users understand it. Waits at most a moment for the
-/// disk.
-/// \param error what the engine reported
-std::string FailureReason(const std::string& path, const std::string& error);
+/// Finds out why files could not be played.
+class FailureReasons {
+ public:
+  /// Returns why a file could not be played, as users understand it. Waits at most 100 ms for the
+  /// disk, and not at all while a disk owes the answer to an earlier call.
+  /// \param error what the engine reported
+  std::string Of(const std::string& path, const std::string& error);
+
+ private:
+  /// Looks for a file.
+  /// \returns no value when the disk does not respond
+  std::optional<FileStatus> LookFor(const std::string& path);
+
+  std::future<FileStatus> answer_;  ///< not valid when it was taken
+};
 
 }  // namespace tallow

@@ -182,7 +182,8 @@ void PlayList::GoToPrevious() {
   if (!HasPrevious()) return;
   MarkPlayed();
   --position_;
-  play_next_ = 0;
+  // The entry that was left comes before those that were added by kPlayNext.
+  if (play_next_ > 0) ++play_next_;
   Changed();
 }
 
@@ -258,13 +259,13 @@ void PlayList::ApplyOrder(const std::vector<std::size_t>& positions) {
 }
 
 void PlayList::Remove(const std::vector<ListNumber>& numbers) {
-  const std::unordered_set<ListNumber> doomed(numbers.begin(), numbers.end());
+  const std::unordered_set<ListNumber> removed(numbers.begin(), numbers.end());
   constexpr auto kRemoved = static_cast<PlaceIndex>(-1);
   std::vector<PlaceIndex> new_places(Size(), 0);
   const std::size_t last_play_next = position_ + play_next_;
   for (std::size_t position = position_ + 1; position < Size(); ++position) {
     const std::size_t place = PlaceAt(position);
-    if (!doomed.contains(entries_[place].number)) continue;
+    if (!removed.contains(entries_[place].number)) continue;
     new_places[place] = kRemoved;
     if (position <= last_play_next) --play_next_;
   }

@@ -52,6 +52,8 @@ class PlayList {
 
   bool IsEmpty() const noexcept { return entries_.empty(); }
   std::size_t Size() const noexcept { return entries_.size(); }
+  /// Whether an entry has this number.
+  bool Contains(ListNumber number) const noexcept { return PlaceOf(number).has_value(); }
   /// Changes with the list, its order, and the current entry.
   std::uint64_t Revision() const noexcept { return revision_; }
 
@@ -87,7 +89,7 @@ class PlayList {
   /// Goes to what After(1) is.
   /// \pre After(1) is an entry
   void GoToFollowing();
-  /// Stays at the first file.
+  /// Stays at the first file. The entries that were added by kPlayNext still come before others.
   void GoToPrevious();
   /// With shuffle, the upcoming entries stay the same.
   /// \param place in the list, from 0
@@ -146,7 +148,8 @@ class PlayList {
   std::vector<PlaceIndex> order_;
   std::vector<PlaceIndex> next_round_;  ///< empty when not determined yet
   std::size_t position_ = 0;            ///< of the current entry in the order of playing
-  /// Number of entries right after the current one that were added by kPlayNext.
+  /// Number of entries right after the current one that were added by kPlayNext, or were left by
+  /// GoToPrevious before such entries.
   std::size_t play_next_ = 0;
   ListNumber last_number_ = 0;
   std::uint64_t revision_ = 0;

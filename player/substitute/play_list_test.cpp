@@ -127,8 +127,8 @@ class Model {
     list_.GoToPrevious();
     if (in_list_.empty() || current_ == Order().front()) return;
     played_.insert(current_);
+    if (!block_.empty()) block_.insert(block_.begin(), current_);
     current_ = Order()[IndexIn(Order(), current_) - 1];
-    block_.clear();
   }
 
   void GoTo(ListNumber number) {
@@ -327,6 +327,20 @@ TEST(PlayList, AgreesWithALiteralModelOnRandomCommands) {
       EXPECT_TRUE(same || list.Revision() != revision);
       if (testing::Test::HasFailure()) return;
     }
+  }
+}
+
+TEST(PlayList, PreviousKeepsTheFilesThatWereAddedToPlayNextBeforeTheOthers) {
+  for (const bool shuffle : {false, true}) {
+    PlayList list(1);
+    list.SetShuffle(shuffle);
+    list.Add(Paths(10), kAtEnd);
+    list.GoToNext();
+    const ListNumber left = list.CurrentNumber();
+    list.Add(Paths(2), kPlayNext);
+    list.GoToPrevious();
+    list.Add(Paths(1), kPlayNext);
+    EXPECT_EQ(list.UpcomingNumbers(0, 4), (Numbers{left, 11, 12, 13}));
   }
 }
 

@@ -56,6 +56,9 @@ class PlaybackListener {
   virtual void OnTags(TrackTags tags) = 0;
   /// All properties requested by RequestProperties have been reported, as far as they are known.
   virtual void OnPropertiesReported() = 0;
+  /// The sound device was opened or closed.
+  /// \param is_missing the engine plays silently because the device cannot be opened
+  virtual void OnDevice(bool is_missing) = 0;
   /// Events were lost, so the state of the engine is unknown.
   virtual void OnEventsLost() = 0;
 };

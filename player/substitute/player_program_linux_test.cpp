@@ -108,6 +108,10 @@ TEST_F(PlayerProgram, WithoutASoundDeviceSongsArePlayedSilently) {
   EXPECT_TRUE(WaitUntil([&] { return player.GetTrackPosition() >= 1; }))
       << ReadWholeFile(folder / "said").value_or("");
   EXPECT_EQ(player.GetWinampStatus(), "PLAYING");
+  const auto device_is_missing = [&] { return player.OwnPlayer().State()->device_missing; };
+  EXPECT_TRUE(device_is_missing());
+  player.SendWinampCommand(kStop);
+  EXPECT_TRUE(WaitUntil([&] { return !device_is_missing(); }));
   EndPlayer();
   EXPECT_EQ(ReadWholeFile(folder / "said").value_or("").find("cannot be played"),
             std::string::npos);

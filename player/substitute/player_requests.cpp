@@ -119,6 +119,7 @@ std::optional<PlayerAnswer> PlayerRequests::AddFiles(const std::string& payload)
   std::memcpy(&at, payload.data(), sizeof at);
   std::vector<std::string> paths = PathsOf(std::string_view(payload).substr(sizeof at));
   if (paths.empty() || at < kPlayNext) return std::nullopt;
+  if (at > 0 && !player_.List().Contains(static_cast<ListNumber>(at))) return kNoSuchEntry;
   const ListNumber first = player_.AddFiles(std::move(paths), at);
   return first == 0 ? kListHasNoRoom : static_cast<PlayerAnswer>(first);
 }

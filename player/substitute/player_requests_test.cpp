@@ -80,7 +80,7 @@ TEST_F(PlayerRequestsTest, FilesAreAddedAtTheEndNextAndBeforeAnEntry) {
 }
 
 TEST_F(PlayerRequestsTest, FilesWithoutRoomOrBeforeAnUnknownEntryAreRefused) {
-  EXPECT_EQ(AddFiles(1, {"/1"}), kListHasNoRoom);
+  EXPECT_EQ(AddFiles(1, {"/1"}), kNoSuchEntry);
   EXPECT_EQ(AddFiles(kAtEnd, {"/" + std::string(kMaxListBytes, 'a')}), kListHasNoRoom);
   EXPECT_EQ(User(kListLength), 0);
 }
@@ -128,13 +128,15 @@ TEST_F(PlayerRequestsTest, ShuffleAndRepeatAreSetAndAnswered) {
 }
 
 TEST_F(PlayerRequestsTest, TheStateNamesEverythingThatAClientShows) {
-  EXPECT_EQ(Ask(R"({"do":"state","failuresAfter":0})"),
-            R"({"status":0,"position":-1,"length":-1,"entry":0,"place":0,"count":0,"upcoming":0,)"
-            R"("revision":0,"volume":255,"balance":0,"shuffle":false,"repeat":"off","gain":"off",)"
-            R"("device":"auto","stopAfter":false,"failures":[]})");
+  EXPECT_EQ(
+      Ask(R"({"do":"state","failuresAfter":0})"),
+      R"({"status":0,"position":-1,"length":-1,"entry":0,"place":0,"count":0,"upcoming":0,)"
+      R"("ended":false,"revision":0,"volume":255,"balance":0,"shuffle":false,"repeat":"off","gain":"off",)"
+      R"("device":"auto","deviceMissing":false,"stopAfter":false,"failures":[]})");
   PlayFive();
   engine.events->OnLength(60.5);
   engine.events->OnPosition(2);
+  engine.events->OnDevice(true);
   User(kSetVolume, 10);
   User(kSetBalance, 254);
   EXPECT_EQ(Ask(R"({"do":"repeat","mode":"all"})"), "{}");
@@ -144,8 +146,8 @@ TEST_F(PlayerRequestsTest, TheStateNamesEverythingThatAClientShows) {
   EXPECT_EQ(
       Ask(R"({"do":"state","failuresAfter":0})"),
       R"({"status":1,"position":2000,"length":60500,"entry":1,"place":0,"count":5,"upcoming":4,)"
-      R"("revision":1,"volume":10,"balance":-1,"shuffle":false,"repeat":"all","gain":"album",)"
-      R"("device":"a \"b\"","stopAfter":true,"failures":[]})");
+      R"("ended":false,"revision":1,"volume":10,"balance":-1,"shuffle":false,"repeat":"all","gain":"album",)"
+      R"("device":"a \"b\"","deviceMissing":true,"stopAfter":true,"failures":[]})");
 }
 
 TEST_F(PlayerRequestsTest, TheQueueIsAnsweredInParts) {

@@ -34,6 +34,7 @@ void SongPlayer::ResetTrack() {
 
 void SongPlayer::LoadCurrent(bool paused) {
   has_ended_ = false;
+  goes_back_ = false;
   position_.Reset();
   ResetTrack();
   engine_.Pause(paused);
@@ -123,6 +124,13 @@ void SongPlayer::CurrentHasChanged() {
   Changed(PlayerChange::kTrack);
 }
 
+void SongPlayer::GoBack() {
+  const bool moves = list_.HasPrevious();
+  list_.GoToPrevious();
+  CurrentHasChanged();
+  goes_back_ = moves && HasTrack();
+}
+
 // Commands.
 
 void SongPlayer::Play() {
@@ -161,9 +169,7 @@ void SongPlayer::Next() {
 }
 
 void SongPlayer::Previous() {
-  if (list_.IsEmpty()) return;
-  list_.GoToPrevious();
-  CurrentHasChanged();
+  if (!list_.IsEmpty()) GoBack();
 }
 
 void SongPlayer::StopAfterCurrent() {

@@ -79,6 +79,7 @@ enum class PlayerState {
 /// | kOpen            | position                             | same      | store it               |
 /// | open             | length, tags                         | same      | store them             |
 /// | open             | the properties are reported          | same      | send the deferred seek |
+/// | entry            | track failed; Previous went to it    | kLoading  | to previous one again  |
 /// | entry            | track failed; so did all others      | kRanOut   | FinishList             |
 /// | entry            | track failed; it would repeat        | kLoading  | go to next, LoadCurrent|
 /// | entry            | ...; it is the last of the list      | kRanOut   | FinishList             |
@@ -91,7 +92,8 @@ enum class PlayerState {
 /// | any              | events were lost                     | kStopped  | EndTrack               |
 ///
 /// HasNext means here that a track follows without a command: the next one, or the same again if it
-/// is repeated. After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends,
+/// is repeated. "Previous went to it" holds until the track plays, and there must be a previous one.
+/// After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends,
 /// and the track does not count as failed. Loading leads to kStopped when the command queue of the
 /// engine is full.
 class SongPlayer : private PlaybackListener {
@@ -117,7 +119,8 @@ class SongPlayer : private PlaybackListener {
   /// Goes to the next track, also when the current one is repeated; does nothing on the last one
   /// unless the list is repeated. Stays paused or stopped.
   void Next();
-  /// Goes to the previous track, or restarts the first one. Stays paused or stopped.
+  /// Goes to the previous track that can be played, or restarts the first one. Stays paused or
+  /// stopped.
   void Previous();
   /// Stops after the current track. Play then starts the next one.
   void StopAfterCurrent();
@@ -163,6 +166,8 @@ class SongPlayer : private PlaybackListener {
   /// Number of tracks that will play after the current one in this round; 0 after the end of the
   /// list, until something is played or added.
   std::size_t Upcoming() const noexcept { return has_ended_ ? 0 : list_.Upcoming(); }
+  /// Whether the list has ended, and nothing was played or added since.
+  bool HasEnded() const noexcept { return has_ended_; }
   PlayerState State() const noexcept { return state_; }
   /// The status after the last command, even if the sound has not followed yet.
   PlayerStatus Status() const noexcept;
@@ -177,6 +182,8 @@ class SongPlayer : private PlaybackListener {
   ReplayGain Gain() const noexcept { return gain_; }
   /// See SetDevice.
   const std::string& Device() const noexcept { return device_; }
+  /// Whether the track plays silently because the sound device cannot be opened.
+  bool DeviceIsMissing() const noexcept { return device_is_missing_; }
   /// Whether playback stops after the current track.
   bool StopsAfterCurrent() const noexcept { return after_track_ == AfterTrack::kStop; }
   /// The list, its order and the current entry.
@@ -258,13 +265,16 @@ class SongPlayer : private PlaybackListener {
   /// Call this after a command has made another track of the list the current one: loads it if the
   /// player has a track.
   void CurrentHasChanged();
+  /// Goes to the previous track, and loads it if the player has a track.
+  void GoBack();
   /// Resets the properties of the track to those of a new one: only its path is known.
   void ResetTrack();
   /// The engine has started an entry; the next track of the list is the current one now.
   void ContinueInEngine();
   /// Call this when the current track has failed, or has not.
   void StoreResult(const char* error);
-  /// Leaves a failed track that would be repeated, or stops when all have failed.
+  /// Goes back again from a failed track that Previous went to, leaves one that would be repeated,
+  /// or stops when all have failed.
   /// \returns whether there was nothing to do
   bool MayContinueAfterFailure();
   void Changed(PlayerChange change) const;
@@ -279,6 +289,7 @@ class SongPlayer : private PlaybackListener {
   void OnLength(double seconds) override;
   void OnTags(TrackTags tags) override;
   void OnPropertiesReported() override;
+  void OnDevice(bool is_missing) override { device_is_missing_ = is_missing; }
   void OnEventsLost() override { EndTrack(PlayerState::kStopped); }
 
   PlaybackEngine& engine_;
@@ -294,14 +305,17 @@ class SongPlayer : private PlaybackListener {
   EnginePlaylist engine_list_;
   Track track_;  ///< the current one of list_
   PlayFailures failures_;
+  FailureReasons failure_reasons_;
   bool following_outdated_ = false;  ///< UpdateFollowing waits for an answer
   std::size_t failures_in_row_ = 0;  ///< tracks that failed since one has played
+  bool goes_back_ = false;           ///< Previous went to the current track, which has not played
   TrackPosition position_;
   LengthCallbacks length_callbacks_;
   std::int32_t volume_ = kMaxVolume;
   std::int32_t balance_ = 0;
   ReplayGain gain_ = ReplayGain::kOff;
   std::string device_ = "auto";
+  bool device_is_missing_ = false;
 };
 
 }  // namespace tallow

@@ -60,6 +60,7 @@ void SongPlayer::OnTrackStarted(EntryNumber entry) {
 
 void SongPlayer::ContinueInEngine() {
   list_.GoToFollowing();
+  goes_back_ = false;
   position_.Reset();
   ResetTrack();
   Enter(PlayerState::kOpening);
@@ -75,17 +76,25 @@ void SongPlayer::OnTrackOpened() {
 void SongPlayer::StoreResult(const char* error) {
   if (error == nullptr) {
     failures_in_row_ = 0;
+    goes_back_ = false;
     return failures_.EntryPlays(list_.CurrentNumber());
   }
   const std::string path = list_.CurrentPath();
   std::fprintf(stderr, "tallow-player: %s cannot be played and is skipped: %s\n",
                Printable(path).c_str(), error);
   ++failures_in_row_;
-  failures_.Add(list_.CurrentNumber(), FailureReason(path, error));
+  failures_.Add(list_.CurrentNumber(), failure_reasons_.Of(path, error));
 }
 
 bool SongPlayer::MayContinueAfterFailure() {
-  if (after_track_ == AfterTrack::kStop || list_.Repeat() == RepeatMode::kOff) return true;
+  if (after_track_ == AfterTrack::kStop) return true;
+  if (goes_back_ && list_.HasPrevious()) {
+    GoBack();
+    return false;
+  }
+  // From the first track it goes forwards, past tracks that have failed on the way back.
+  if (goes_back_) failures_in_row_ = 1;
+  if (list_.Repeat() == RepeatMode::kOff) return true;
   if (failures_in_row_ >= list_.Size() || !HasNext()) {
     FinishList(PlayerState::kRanOut);
     return false;

@@ -271,8 +271,10 @@ TEST_F(SongPlayerList, NothingIsToComeAfterTheEndOfTheListUntilSomethingIsPlayed
   engine.events->OnIdle();
   ASSERT_EQ(player.Status(), kStopped);
   EXPECT_EQ(player.Upcoming(), 0U);
+  EXPECT_TRUE(player.HasEnded());
   player.Play();
   EXPECT_EQ(player.Upcoming(), 1U);
+  EXPECT_FALSE(player.HasEnded());
   player.Stop();
   EXPECT_EQ(player.Upcoming(), 1U);
   player.AddFiles({"3"}, kAtEnd);

@@ -26,6 +26,7 @@ class SimulatedPlayback : public testing::Test {
     engine.on_sound = [&](const std::string& path) { sounded.push_back(path); };
     engine.Settle();
     for (int k = 0; k < max_tracks && engine.Advance(); ++k) engine.Settle();
+    engine.on_sound = [](const std::string&) {};
     return sounded;
   }
 
@@ -78,6 +79,45 @@ TEST_F(SimulatedPlayback, ARepeatedTrackThatFailsIsFollowedByTheNextOne) {
   player.PlayEntry(player.List().UpcomingNumbers(0, 1).front());
   engine.Settle();
   EXPECT_EQ(player.State(), PlayerState::kRanOut);
+}
+
+TEST_F(SimulatedPlayback, PreviousSkipsTracksThatFailBackwards) {
+  for (const RepeatMode mode : {RepeatMode::kOff, RepeatMode::kAll, RepeatMode::kOne}) {
+    player.Clear();
+    player.SetRepeat(mode);
+    const ListNumber first = player.AddFiles({"1", "bad", "bad too", "2"}, kAtEnd);
+    player.PlayEntry(first + 3);
+    engine.Settle();
+    player.Previous();
+    EXPECT_EQ(PlayToTheEnd(0), Texts{"1"});
+    EXPECT_EQ(player.TrackNumber(), first);
+    // A failure after that one skips forwards again.
+    player.Next();
+    EXPECT_EQ(PlayToTheEnd(0), Texts{"2"});
+  }
+}
+
+TEST_F(SimulatedPlayback, PreviousGoesForwardsAgainWhenAllTracksBeforeFail) {
+  for (const RepeatMode mode : {RepeatMode::kOff, RepeatMode::kAll, RepeatMode::kOne}) {
+    player.Clear();
+    player.SetRepeat(mode);
+    const ListNumber first = player.AddFiles({"bad", "bad too", "1"}, kAtEnd);
+    player.PlayEntry(first + 2);
+    engine.Settle();
+    player.Previous();
+    EXPECT_EQ(PlayToTheEnd(0), Texts{"1"});
+    EXPECT_EQ(player.TrackNumber(), first + 2);
+  }
+}
+
+TEST_F(SimulatedPlayback, PreviousSkipsNothingBackwardsOnceItsTrackHasPlayed) {
+  const ListNumber first = player.AddFiles({"1", "2", "bad", "3"}, kAtEnd);
+  player.PlayEntry(first + 1);
+  engine.Settle();
+  player.Previous();
+  engine.Settle();
+  ASSERT_EQ(player.TrackNumber(), first);
+  EXPECT_EQ(PlayToTheEnd(2), (Texts{"2", "3"}));
 }
 
 TEST_F(SimulatedPlayback, AShuffledListPlaysEachTrackOnceInEachRound) {

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "player/player_messages.h"
+#include "player/substitute/engine_path.h"
 #include "player/substitute/mpv_events.h"
 
 namespace tallow {
@@ -127,6 +128,8 @@ SoundEngine::SoundEngine(EventLoop& loop, const SoundOutput& output)
   if (result < 0) throw std::runtime_error(std::string("libmpv: ") + mpv_error_string(result));
   mpv_observe_property(mpv_.get(), 0, "time-pos", MPV_FORMAT_DOUBLE);
   mpv_observe_property(mpv_.get(), 0, "duration", MPV_FORMAT_DOUBLE);
+  if (output.file.empty() && !output.silent)
+    mpv_observe_property(mpv_.get(), 0, "current-ao", MPV_FORMAT_STRING);
   mpv_hook_add(mpv_.get(), 0, "on_load", 0);
   mpv_set_wakeup_callback(
       mpv_.get(), [](void* wake_up) { static_cast<WakeUp*>(wake_up)->Request(); }, wake_up_.get());
@@ -146,11 +149,11 @@ CommandNumber SoundEngine::Command(std::initializer_list<const char*> words) {
 }
 
 CommandNumber SoundEngine::Load(const std::string& path) {
-  return Command({"loadfile", path.c_str(), "replace"});
+  return Command({"loadfile", EnginePath(path).c_str(), "replace"});
 }
 
 CommandNumber SoundEngine::Append(const std::string& path) {
-  return Command({"loadfile", path.c_str(), "append"});
+  return Command({"loadfile", EnginePath(path).c_str(), "append"});
 }
 
 void SoundEngine::RemoveFirst() { Command({"playlist-remove", "0"}); }

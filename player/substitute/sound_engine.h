@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "player/substitute/engine_path.h"
 #include "player/substitute/event_loop.h"
 #include "player/substitute/playback_engine.h"
 
@@ -38,7 +39,7 @@ class SoundEngine final : public PlaybackEngine {
   CommandNumber RemoveFollowing() override;
   void RemoveAt(std::size_t index) override;
   void MoveBehindFirst(std::size_t index) override;
-  void Redirect(const std::string& path) override { redirect_ = path; }
+  void Redirect(const std::string& path) override { redirect_ = EnginePath(path); }
   void Stop() override;
   CommandNumber Seek(double seconds) override;
   void Pause(bool paused) override;
