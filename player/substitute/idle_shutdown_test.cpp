@@ -2,11 +2,13 @@
 #include "player/substitute/idle_shutdown.h"
 
 #include <gtest/gtest.h>
+#include <memory>
 
 #include "player/player_socket_linux.h"
+#include "player/substitute/event_loop_linux.h"
 #include "player/substitute/request_server.h"
 #include "player/substitute/song_player.h"
-#include "tests/recorded_engine_linux.h"
+#include "tests/recorded_engine.h"
 #include "tests/temp_folder.h"
 
 namespace tallow {
@@ -26,7 +28,7 @@ class IdleShutdownTest : public testing::Test {
 
   TempFolder folder;
   const std::string path = folder / "player";
-  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
+  const std::unique_ptr<LinuxEventLoop> loop = std::make_unique<LinuxEventLoop>();
   RecordedEngine engine;
   SongPlayer player{*loop, engine};
   RequestServer server{

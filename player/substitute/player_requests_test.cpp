@@ -3,15 +3,17 @@
 
 #include <cstring>
 #include <gtest/gtest.h>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "player/player_messages.h"
+#include "player/substitute/event_loop.h"
 #include "player/substitute/song_player.h"
 #include "player/tallow_player_requests.h"
 #include "tests/mutated_bytes.h"
-#include "tests/recorded_engine_linux.h"
+#include "tests/recorded_engine.h"
 
 namespace tallow {
 namespace {
@@ -62,7 +64,7 @@ class PlayerRequestsTest : public testing::Test {
     engine.events->OnTrackOpened();
   }
 
-  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
+  const std::unique_ptr<EventLoop> loop = NewEventLoop();
   RecordedEngine engine;
   SongPlayer player{*loop, engine, 1};
   PlayerRequests requests{player, [] {}};

@@ -13,9 +13,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "player/substitute/event_loop_linux.h"
 #include "player/substitute/request_server.h"
 #include "tests/real_player_linux.h"
-#include "tests/recorded_engine_linux.h"
+#include "tests/recorded_engine.h"
 #include "tests/resident_memory_linux.h"
 #include "tests/sound_linux.h"
 
@@ -355,7 +356,7 @@ TEST(RequestServerAlone, WhenNoDescriptorBecomesFreeAConnectionIsAcceptedLater) 
   constexpr std::uint64_t kMaxWait = 20'000'000;  // µs
   constexpr PlayerAnswer kAnswer = 42;
   const TempFolder folder;
-  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
+  const std::unique_ptr<LinuxEventLoop> loop = std::make_unique<LinuxEventLoop>();
   RequestServer server(loop->Get(), ListenAsPlayer(folder / "player"),
                        [](const PlayerRequestHead& head, const std::string&,
                           const RequestServer::Answer& answer, const RequestServer::TextAnswer&) {
@@ -430,7 +431,7 @@ class TextServer : public testing::Test {
   }
 
   const TempFolder folder;
-  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
+  const std::unique_ptr<LinuxEventLoop> loop = std::make_unique<LinuxEventLoop>();
   int executed = 0;
   RequestServer server{
       loop->Get(), ListenAsPlayer(folder / "player"),

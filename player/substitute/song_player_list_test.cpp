@@ -3,11 +3,13 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "player/substitute/event_loop.h"
 #include "player/substitute/song_player.h"
-#include "tests/recorded_engine_linux.h"
+#include "tests/recorded_engine.h"
 #include "tests/temp_folder.h"
 
 namespace tallow {
@@ -46,7 +48,7 @@ class SongPlayerList : public testing::Test {
     return failures;
   }
 
-  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
+  const std::unique_ptr<EventLoop> loop = NewEventLoop();
   RecordedEngine engine;
   SongPlayer player{*loop, engine, 1};
 };

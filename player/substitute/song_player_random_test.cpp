@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Random commands, and random orders of the engine's events.
 #include <gtest/gtest.h>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
 
+#include "player/substitute/event_loop.h"
 #include "player/substitute/song_player.h"
-#include "tests/recorded_engine_linux.h"
+#include "tests/recorded_engine.h"
 #include "tests/simulated_engine.h"
 
 namespace tallow {
@@ -30,7 +32,7 @@ class SimulatedPlayback : public testing::Test {
     return sounded;
   }
 
-  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
+  const std::unique_ptr<EventLoop> loop = NewEventLoop();
   SimulatedEngine engine;
   SongPlayer player{*loop, engine, 1};
 };

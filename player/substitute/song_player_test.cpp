@@ -6,10 +6,12 @@
 #include <functional>
 #include <gtest/gtest.h>
 #include <limits>
+#include <memory>
 #include <string>
 #include <vector>
 
-#include "tests/recorded_engine_linux.h"
+#include "player/substitute/event_loop.h"
+#include "tests/recorded_engine.h"
 #include "tests/wait_until.h"
 
 namespace tallow {
@@ -40,7 +42,7 @@ class Playback {
               "tallow-player: 1 cannot be played and is skipped: damaged\n");
   }
 
-  const std::unique_ptr<LinuxEventLoop> loop = NewLoop();
+  const std::unique_ptr<EventLoop> loop = NewEventLoop();
   RecordedEngine engine;
   SongPlayer player{*loop, engine};
   std::vector<PlayerChange> changes;

@@ -5,11 +5,9 @@
 #include <cstddef>
 #include <functional>
 #include <map>
-#include <memory>
 #include <string>
 #include <vector>
 
-#include "player/substitute/event_loop_linux.h"
 #include "player/substitute/playback_engine.h"
 
 namespace tallow {
@@ -72,7 +70,5 @@ class RecordedEngine : public PlaybackEngine {
   EntryNumber last_entry_ = 100;
   CommandNumber last_command_ = 0;
 };
-
-inline std::unique_ptr<LinuxEventLoop> NewLoop() { return std::make_unique<LinuxEventLoop>(); }
 
 }  // namespace tallow
