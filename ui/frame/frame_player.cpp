@@ -42,7 +42,8 @@ FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, DriveSearches& search
   connect(timer_, &QTimer::timeout, this, &FramePlayer::Update);
 }
 
-FramePlayer::~FramePlayer() = default;
+// The panel follows the model; the area would delete it after that.
+FramePlayer::~FramePlayer() { panel_.Delete(); }
 
 bool FramePlayer::CheckPlayer() {
   const bool is_found = play_commands_.CheckPlayer([this] { SearchForPlayer(); });
