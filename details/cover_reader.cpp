@@ -19,16 +19,6 @@ namespace {
 constexpr std::array<std::string_view, 6> kNames{"cover.jpg",  "cover.jpeg",  "cover.png",
                                                  "folder.jpg", "folder.jpeg", "folder.png"};
 
-std::string ReadFolderPicture(const std::string& folder) {
-  const std::string path = FindFolderPicture(folder);
-  if (path.empty()) return {};
-  try {
-    return ReadWholeFile(path, kMaxPictureBytes).value_or(std::string());
-  } catch (const FileError&) {
-    return {};
-  }
-}
-
 std::string ReadPictureOfTags(const std::string& path, const std::optional<ChildSettings>& children,
                               const std::function<bool()>& stopped) {
   if (auto plain = ReadPlainPicture(path, {.stopped = stopped})) return *std::move(plain);
@@ -50,6 +40,16 @@ std::string FindFolderPicture(const std::string& folder) {
     name = file.name;
   }
   return name.empty() ? std::string() : folder + name;
+}
+
+std::string ReadFolderPicture(const std::string& folder) {
+  const std::string path = FindFolderPicture(folder);
+  if (path.empty()) return {};
+  try {
+    return ReadWholeFile(path, kMaxPictureBytes).value_or(std::string());
+  } catch (const FileError&) {
+    return {};
+  }
 }
 
 std::string ReadCover(const std::string& path, const std::optional<ChildSettings>& children,

@@ -17,6 +17,10 @@ namespace tallow {
 /// \returns empty when there is none
 std::string FindFolderPicture(const std::string& folder);
 
+/// Reads the file of the picture in a folder, see FindFolderPicture.
+/// \returns empty when there is none, or when it cannot be read
+std::string ReadFolderPicture(const std::string& folder);
+
 /// Reads the cover of a song: the picture in its tags, else that in its folder. The cover is the
 /// file of an image, which was not looked into.
 ///

@@ -24,6 +24,8 @@ namespace {
 
 /// Width of a page, in average characters. A small screen gets a smaller dialog.
 constexpr int kPageCharacters = 80;
+/// The dialog is at most this high at first, in lines of text; longer pages are scrolled.
+constexpr int kMaxLines = 40;
 
 QString Tr(const char* text) { return QCoreApplication::translate("frmPreferences", text); }
 
@@ -117,7 +119,8 @@ frmPreferences::frmPreferences(const PreferencesContext& context, QWidget* paren
       list_->width() + layout->horizontalSpacing() + margins.left() + margins.right(),
       close->sizeHint().height() + layout->verticalSpacing() + margins.top() + margins.bottom());
   // The window's frame needs some of the screen, too.
-  resize((QSize(width, HeightOfPages(width)) + around).boundedTo(screen()->availableSize() * 0.9));
+  const int height = std::min(HeightOfPages(width), kMaxLines * fontMetrics().lineSpacing());
+  resize((QSize(width, height) + around).boundedTo(screen()->availableSize() * 0.9));
 }
 
 int frmPreferences::HeightOfPages(int width) const {

@@ -216,16 +216,16 @@ TEST_F(FrmPreferences, TabReachesTheChosenStyleAndArrowsChangeIt) {
   ExpectAll(kModernStyle);
 }
 
-TEST_F(FrmPreferences, OpensAsTallAsItsPagesWhereTheScreenAllows) {
+TEST_F(FrmPreferences, OpensAsTallAsItsPagesButNotTallerThan40Lines) {
   Open();
   auto* const area =
       qobject_cast<QScrollArea*>(dialog->findChild<QStackedWidget*>()->currentWidget());
   const int available = dialog->screen()->availableSize().height() * 9 / 10;
-  if (dialog->height() < available) {
-    EXPECT_GE(area->viewport()->height(),
-              area->widget()->heightForWidth(area->viewport()->width()));
-  }
-  EXPECT_GE(dialog->height(), std::min(available, area->widget()->sizeHint().height()));
+  const int lines = 40 * dialog->fontMetrics().lineSpacing();
+  EXPECT_GE(
+      area->viewport()->height(),
+      std::min({lines, available - 80, area->widget()->heightForWidth(area->viewport()->width())}));
+  EXPECT_LE(area->viewport()->height(), lines);
 }
 
 TEST_F(FrmPreferences, TheFocusIsAlwaysInView) {

@@ -9,6 +9,7 @@
 #include <QComboBox>
 #include <QFormLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPointer>
@@ -75,9 +76,8 @@ void PlayerPage::AddPlayer(QVBoxLayout& layout) {
   program_ = new QLineEdit(this);
   program_->setObjectName(QStringLiteral("txtProgram"));
   program_->setAccessibleDescription(tr("The full path of the player's program"));
-  connect(program_, &QLineEdit::editingFinished, this, [this] {
-    if (program_->isModified()) Choose(PathOfQt(program_->text().trimmed()));
-  });
+  connect(program_, &QLineEdit::editingFinished, this, &PlayerPage::ChooseTyped);
+  program_->installEventFilter(this);
   browse_ = new QPushButton(tr("&Browse..."), this);
   browse_->setObjectName(QStringLiteral("cmdBrowse"));
   browse_->setAutoDefault(false);
@@ -95,11 +95,20 @@ void PlayerPage::AddPlayer(QVBoxLayout& layout) {
   search_->setAccessibleDescription(tr("Searches the fixed disks of this computer"));
   connect(search_, &QPushButton::clicked, this, &PlayerPage::Search);
   layout.addWidget(search_, 0, Qt::AlignLeft);
-  state_ = new QLabel(this);
-  state_->setObjectName(QStringLiteral("lblPlayerState"));
-  state_->setTextFormat(Qt::PlainText);
-  state_->setWordWrap(true);
-  layout.addWidget(state_);
+  state_ = AddText(layout, "lblPlayerState");
+  AddText(layout, "lblPlayerActs")
+      ->setText(
+          tr("The chosen player is used when you next play songs. A player that runs now is not "
+             "closed before that."));
+}
+
+QLabel* PlayerPage::AddText(QVBoxLayout& layout, const char* name) {
+  auto* const text = new QLabel(this);
+  text->setObjectName(QLatin1String(name));
+  text->setTextFormat(Qt::PlainText);
+  text->setWordWrap(true);
+  layout.addWidget(text);
+  return text;
 }
 
 void PlayerPage::AddSound(QVBoxLayout& layout) {
@@ -124,11 +133,7 @@ void PlayerPage::AddSound(QVBoxLayout& layout) {
     if (context_.player.set_device) context_.player.set_device(name);
     context_.changed();
   });
-  why_not_ = new QLabel(this);
-  why_not_->setObjectName(QStringLiteral("lblWhyNot"));
-  why_not_->setTextFormat(Qt::PlainText);
-  why_not_->setWordWrap(true);
-  layout.addWidget(why_not_);
+  why_not_ = AddText(layout, "lblWhyNot");
 }
 
 QCheckBox* PlayerPage::AddBox(QVBoxLayout& layout, const char* name, const QString& caption,
@@ -156,6 +161,18 @@ QComboBox* PlayerPage::AddList(QFormLayout& form, const char* name, const QStrin
   return list;
 }
 
+bool PlayerPage::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::KeyPress) {
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+      // The dialog would take the key for its button Close.
+      ChooseTyped();
+      return true;
+    }
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
 void PlayerPage::showEvent(QShowEvent* event) {
   QWidget::showEvent(event);
   // The page Style may have changed what is on by default.
@@ -171,6 +188,10 @@ QString PlayerPage::NameOfPlayer(const std::string& program) const {
   const bool is_winamp = PathKey(NameOfPath(program)) == PathKey("winamp.exe");
   return is_winamp ? tr("Winamp in %1").arg(DisplayText(FolderOfPath(program)))
                    : DisplayText(program);
+}
+
+void PlayerPage::ChooseTyped() {
+  if (program_->isModified()) Choose(PathOfQt(program_->text().trimmed()));
 }
 
 void PlayerPage::Choose(const std::string& program) {
@@ -205,17 +226,34 @@ void PlayerPage::Search() {
   // The search processes events.
   if (alive == nullptr) return;
   if (!found) return ShowState(tr("The search was cancelled."));
-  if (found->empty())
-    return ShowState(tr("No %1 was found on the fixed disks of this computer.")
-                         .arg(DisplayText(PlayerProgramName())));
-  found_.push_back(*found);
-  Choose(*found);
+  std::vector<std::string> all = PlayersNearby();
+  if (!found->empty()) {
+    all.push_back(*found);
+    if (std::ranges::find(found_, *found) == found_.end()) found_.push_back(*found);
+  }
+  ShowPlayers();
+  const bool has_others = std::ranges::any_of(all, [this](const std::string& program) {
+    return !IsSamePathText(program, context_.tallow.player_path);
+  });
+  if (has_others)
+    ShowState(tr("Found; choose it above."));
+  else if (!all.empty())
+    ShowState(tr("No other player was found."));
+  else
+    ShowState(tr("No %1 was found on the fixed disks of this computer.")
+                  .arg(DisplayText(PlayerProgramName())));
+}
+
+std::vector<std::string> PlayerPage::PlayersNearby() const {
+  std::vector<std::string> players;
+  if (context_.player.find_winamps) players = context_.player.find_winamps();
+  if (std::string own = OwnPlayer(); !own.empty()) players.push_back(std::move(own));
+  return players;
 }
 
 void PlayerPage::ShowState(const QString& text) {
-  state_->setText(!text.isEmpty() ? text
-                                  : tr("The chosen player is used when you next play songs. A "
-                                       "player that runs now is not closed before that."));
+  state_->setText(text);
+  state_->setVisible(!text.isEmpty());
 }
 
 void PlayerPage::ShowAll() {

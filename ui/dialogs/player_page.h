@@ -28,6 +28,7 @@ class PlayerPage : public QWidget {
   explicit PlayerPage(PreferencesContext context, QWidget* parent = nullptr);
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
  private:
@@ -42,10 +43,16 @@ class PlayerPage : public QWidget {
   std::string OwnPlayer() const;
   QString NameOfPlayer(const std::string& program) const;
 
+  QLabel* AddText(QVBoxLayout& layout, const char* name);
+  /// Own player and Winamps that are found without a search of the disks.
+  std::vector<std::string> PlayersNearby() const;
+
   void Choose(const std::string& program);
+  /// Chooses the program that was typed, if the text was changed.
+  void ChooseTyped();
   void Browse();
   void Search();
-  /// \param text a result or problem; empty: how a choice acts
+  /// \param text a result or problem; empty for none
   void ShowState(const QString& text);
 
   void ShowAll();

@@ -8,6 +8,7 @@
 
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -183,7 +184,7 @@ TEST_F(PlayerPageTest, OffersOwnPlayerAndWinampAndStoresTheChoiceAtOnce) {
   EXPECT_EQ(StoredPlayer(), winamp);
   EXPECT_EQ(ProgramLine().text(), QtPath(winamp));
   EXPECT_EQ(changes, 1);
-  EXPECT_EQ(State(), kActsNext);
+  EXPECT_EQ(State(), "");
   Pick(Players(), 0);
   EXPECT_EQ(StoredPlayer(), own);
   EXPECT_EQ(Players().currentText(), "Tallow's own player");
@@ -214,11 +215,31 @@ TEST_F(PlayerPageTest, AWrongPathIsSaidAndStaysToBeCorrected) {
   EXPECT_EQ(tallow.player_path, own);
   EXPECT_EQ(changes, 0);
   Type(winamp);
-  EXPECT_EQ(State(), kActsNext);
+  EXPECT_EQ(State(), "");
   EXPECT_EQ(tallow.player_path, winamp);
 }
 
-TEST_F(PlayerPageTest, ASearchOfTheDisksIsRunWhenAskedFor) {
+TEST_F(PlayerPageTest, EnterInTheProgramLeavesTheDialogOpen) {
+  Open();
+  QDialog dialog;
+  QPushButton close(&dialog);
+  close.setDefault(true);
+  QObject::connect(&close, &QPushButton::clicked, &dialog, &QDialog::accept);
+  page->setParent(&dialog);
+  page->show();
+  dialog.show();
+  const std::string gone = music.path() + "gone.exe";
+  Type(gone);
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(State(), QtPath("There is no program " + gone + "."));
+  Type(winamp);
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(tallow.player_path, winamp);
+  page->setParent(nullptr);
+}
+
+TEST_F(PlayerPageTest, ASearchOffersWhatItFound) {
+  winamps.clear();
   Open();
   EXPECT_EQ(searches, 0);
   QPushButton& search = Find<QPushButton>("cmdSearch");
@@ -227,18 +248,39 @@ TEST_F(PlayerPageTest, ASearchOfTheDisksIsRunWhenAskedFor) {
   EXPECT_EQ(State(), "The search was cancelled.");
   search_finds = "";
   search.click();
-  EXPECT_EQ(State(), QtPath("No " + std::string(PlayerProgramName()) +
-                            " was found on the fixed disks of this computer."));
-  EXPECT_EQ(tallow.player_path, own);
+  EXPECT_EQ(State(), "No other player was found.");
+  EXPECT_EQ(Find<QLabel>("lblPlayerActs").text(), kActsNext);
   const std::string found = Program("found/winamp.exe");
   search_finds = found;
   search.click();
-  EXPECT_EQ(searches, 3);
+  search.click();
+  EXPECT_EQ(searches, 4);
+  EXPECT_EQ(State(), "Found; choose it above.");
+  // The user chooses.
+  EXPECT_EQ(tallow.player_path, own);
+  EXPECT_EQ(Players().count(), 2);
+  Pick(Players(), 1);
   EXPECT_EQ(StoredPlayer(), found);
-  EXPECT_EQ(Players().count(), 3);
-  // It stays on offer when another one is chosen.
+  EXPECT_EQ(State(), "");
   Pick(Players(), 0);
-  EXPECT_EQ(Players().count(), 3);
+  EXPECT_EQ(Players().count(), 2);
+}
+
+TEST_F(PlayerPageTest, ASearchLooksInTheUsualPlacesBeforeItSaysThatThereIsNone) {
+  own_is_there = false;
+  winamps.clear();
+  Use("");
+  Open();
+  QPushButton& search = Find<QPushButton>("cmdSearch");
+  search.click();
+  EXPECT_EQ(State(), QtPath("No " + std::string(PlayerProgramName()) +
+                            " was found on the fixed disks of this computer."));
+  // It was installed in the meantime.
+  own_is_there = true;
+  search.click();
+  EXPECT_EQ(State(), "Found; choose it above.");
+  EXPECT_EQ(TextsOf(Players()), QStringList{"Tallow's own player"});
+  EXPECT_EQ(tallow.player_path, "");
 }
 
 TEST_F(PlayerPageTest, WithoutAnyPlayerThePageSaysSo) {

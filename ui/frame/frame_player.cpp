@@ -22,6 +22,9 @@ namespace {
 
 constexpr int kUpdateInterval = 150;  ///< ms
 
+/// How long a text is shown that concerns only what the user has just done, in ms.
+constexpr int kShortly = 10 * 1000;
+
 }  // namespace
 
 FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, DriveSearches& searches,
@@ -42,7 +45,8 @@ FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, DriveSearches& search
   connect(timer_, &QTimer::timeout, this, &FramePlayer::Update);
 }
 
-FramePlayer::~FramePlayer() = default;
+// The panel follows the model; the area would delete it after that.
+FramePlayer::~FramePlayer() { panel_.Delete(); }
 
 bool FramePlayer::CheckPlayer() {
   const bool is_found = play_commands_.CheckPlayer([this] { SearchForPlayer(); });
@@ -70,6 +74,8 @@ void FramePlayer::AddToQueue(std::vector<std::int32_t> songs, const SongsOrigin&
 void FramePlayer::PlaySongs(std::vector<std::int32_t> songs, const PlayOrder& order) {
   // The songs that are being handed over are those in SongsToPlay.
   if (is_handing_over_) return;
+  // What was said about the command before, such as that no song is selected.
+  messages_.ClearStatus();
   play_commands_.Play(std::move(songs), order, [this] { SearchForPlayer(); });
   messages_.Notice(tallow_.TakeProblems());
 }
@@ -115,7 +121,7 @@ void FramePlayer::PlayOnPanel() {
 void FramePlayer::PlayWithoutPanel() {
   PlayingSongs playing(
       model_, messages_.Shower(), [this](std::string_view text) { return BeginWork(text); },
-      [this](const QString& text) { ShowStatus(text.toStdString()); });
+      [this](const QString& text) { messages_.ShowStatus(text.toStdString(), kShortly); });
   playing.Play();
   model_.Update();
 }
@@ -131,7 +137,7 @@ void FramePlayer::OpenPanel() {
   panel->setProperty(kHelpPage, QStringLiteral("playing"));
   panel->OnLongWork([this](std::string_view text) { return BeginWork(text); });
   connect(panel, &frmMainWinamp::StatusMessage, this,
-          [this](const QString& text) { ShowStatus(text.toStdString()); });
+          [this](const QString& text) { messages_.ShowStatus(text.toStdString(), kShortly); });
   connect(panel, &frmMainWinamp::Closing, this, &FramePlayer::PanelCloses);
   panel_.Open(*panel);
 }

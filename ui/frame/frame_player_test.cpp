@@ -2,8 +2,10 @@
 #include "ui/frame/frame_player.h"
 
 #include <gtest/gtest.h>
+#include <memory>
 
 #include <QLabel>
+#include <QPointer>
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTableView>
@@ -191,6 +193,20 @@ TEST_F(FramePlayerTest, ThePanelNamesTheSong) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return song->text() == "a.mp3"; }));
   link.answers["1024 0 104"] = 0;
   EXPECT_TRUE(QTest::qWaitFor([&] { return song->text().isEmpty(); }));
+}
+
+TEST_F(FramePlayerTest, AnOpenPanelIsDeletedBeforeTheModelThatItFollows) {
+  auto other = std::make_unique<frmMDIForm1>(tallow, link, searches, messages.Shower());
+  other->show();
+  other->Player().Play({1});
+  ASSERT_NE(other->PlayerPanel(), nullptr);
+  const QPointer<FramePlayer> player(&other->Player());
+  bool is_first = false;
+  QObject::connect(other->PlayerPanel(), &QObject::destroyed,
+                   [&] { is_first = player != nullptr; });
+  other.reset();
+  EXPECT_TRUE(is_first);
+  EXPECT_EQ(player, nullptr);
 }
 
 /// A frame window with a stand-in of Tallow's own player.

@@ -6,13 +6,18 @@
 
 #include <QAction>
 #include <QDockWidget>
+#include <QDropEvent>
 #include <QEvent>
 #include <QMainWindow>
+#include <QMdiArea>
+#include <QTimer>
 
+#include "app/play_commands.h"
 #include "app/playing/playing_preferences.h"
 #include "app/tallow.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/jukebox_area.h"
+#include "ui/jukebox/explorer_drag.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/jukebox/pv_explorer.h"
 #include "ui/player/queue_pane.h"
@@ -24,6 +29,15 @@ namespace {
 
 /// The text of a new folder of the queue's songs.
 constexpr const char* kQueueFolder = "Queue";
+
+/// The jukeboxes keep this width beside the dock, in average characters.
+constexpr int kMinJukeboxCharacters = 54;
+
+/// The songs of a list that an event drags; null if it drags something else.
+const ExplorerDrag* SongsIn(const QDropEvent& event) {
+  const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData());
+  return drag != nullptr && drag->IsSongs() && drag->Source() != nullptr ? drag : nullptr;
+}
 
 }  // namespace
 
@@ -42,11 +56,19 @@ FrameQueue::FrameQueue(QMainWindow& frame, Tallow& tallow, JukeboxArea& jukeboxe
   dock_->setAllowedAreas(Qt::LeftDockWidgetArea | Qt::RightDockWidgetArea);
   dock_->setFeatures(QDockWidget::DockWidgetClosable | QDockWidget::DockWidgetMovable);
   dock_->setWidget(pane_);
+  QMdiArea& area = jukeboxes.Area();
+  area.setMinimumWidth(kMinJukeboxCharacters * area.fontMetrics().averageCharWidth());
   frame.addDockWidget(Qt::RightDockWidgetArea, dock_);
   dock_->hide();
   dock_->installEventFilter(this);
   frame.installEventFilter(this);
   connect(pane_, &QueuePane::SaveAsFolder, this, &FrameQueue::SaveAsFolder);
+  connect(&pane_->View(), &QueueView::DragsOver, this, [](QDropEvent* event) {
+    event->setDropAction(Qt::CopyAction);
+    event->setAccepted(SongsIn(*event) != nullptr);
+  });
+  connect(&pane_->View(), &QueueView::Dropped, this,
+          [this](QDropEvent* event) { SongsDropped(*event); });
 }
 
 FrameQueue::~FrameQueue() { delete dock_; }
@@ -60,6 +82,7 @@ void FrameQueue::SetItem(QAction& item) {
 bool FrameQueue::IsShown() const { return !dock_->isHidden(); }
 
 void FrameQueue::FollowPreferences() {
+  pane_->View().SetSpacePauses(PlayingPreferences(tallow_.preferences).PlaysOn());
   ShowDock(PlayingPreferences(tallow_.preferences).ShowsQueue());
 }
 
@@ -93,6 +116,19 @@ void FrameQueue::SaveAsFolder() {
   if (songs.empty()) return messages_.ShowStatus("The queue has no songs that Tallow knows.");
   jukeboxes_.Activate(*window);
   window->PVExplorer1().AddFolderOf(kQueueFolder, songs);
+}
+
+void FrameQueue::SongsDropped(QDropEvent& event) {
+  const ExplorerDrag* const drag = SongsIn(event);
+  if (drag == nullptr || !add_songs_) return;
+  const Folder& folder = drag->From();
+  SongsOrigin origin;
+  for (const Jukebox* const jukebox : jukeboxes_.Open())
+    if (jukebox->Nodes().FindKey(folder.Key()) == &folder) origin = {jukebox, folder.Key()};
+  // The drag grabs the mouse, so a message box that adding shows would be unusable before it ends.
+  QTimer::singleShot(0, this, [this, songs = SongsOf(folder, drag->Rows()), origin] {
+    add_songs_(songs, origin);
+  });
 }
 
 }  // namespace tallow

@@ -1,12 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
+#include <functional>
+#include <utility>
+#include <vector>
+
 #include <QObject>
 
 #include "app/playing/player_model.h"
 
 class QAction;
 class QDockWidget;
+class QDropEvent;
 class QMainWindow;
 
 namespace tallow {
@@ -28,6 +34,10 @@ class FrameQueue : public QObject {
   /// Removes the dock, because the frame destroys its child widgets after the player.
   ~FrameQueue() override;
 
+  /// Sets the function that adds songs that are dropped on the queue.
+  using AddSongs = std::function<void(std::vector<std::int32_t> songs, SongsOrigin origin)>;
+  void OnSongsDropped(AddSongs add) { add_songs_ = std::move(add); }
+
   /// Sets the item of the menu that shows and hides the dock; it gets a check mark.
   void SetItem(QAction& item);
   /// Call after the window state was restored, or the preferences have changed: shows or hides the
@@ -45,6 +55,7 @@ class FrameQueue : public QObject {
  private:
   void ShowDock(bool on);
   void SaveAsFolder();
+  void SongsDropped(QDropEvent& event);
 
   QMainWindow& frame_;
   Tallow& tallow_;
@@ -53,6 +64,7 @@ class FrameQueue : public QObject {
   PlayerModel& player_;
   QDockWidget* dock_;
   QueuePane* pane_;
+  AddSongs add_songs_;
   QAction* item_ = nullptr;  ///< null until SetItem
 };
 

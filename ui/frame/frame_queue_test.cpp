@@ -2,12 +2,14 @@
 // The dock of the queue and the commands that concern what plays, in a main window with jukeboxes.
 #include "ui/frame/frame_queue.h"
 
+#include <functional>
 #include <gtest/gtest.h>
 #include <optional>
 
 #include <QAction>
 #include <QApplication>
 #include <QDockWidget>
+#include <QDropEvent>
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMdiArea>
@@ -23,8 +25,13 @@
 #include "ui/frame/jukebox_area.h"
 #include "ui/frame/playing_lists.h"
 #include "ui/frame/status_bar.h"
+#include "ui/jukebox/explorer/explorer_edits.h"
+#include "ui/jukebox/explorer_drag.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/song_list_model.h"
+#include "ui/jukebox/song_list_view.h"
+#include "ui/player/queue_view.h"
 
 namespace tallow {
 namespace {
@@ -82,18 +89,26 @@ class FrameQueueTest : public LibraryTest {
   FrameMessages frame_messages{main, *bar, messages.Shower()};
   JukeboxArea jukeboxes{*area};
   Texts commands;
+  std::function<void()> add = [] {};  ///< called when songs are added to the queue
   std::optional<PlayingLists> lists{
       std::in_place,
       tallow,
       jukeboxes,
       frame_messages,
       model,
-      PlayListCommands{
-          .play = [this](const auto&, SongsOrigin) { commands.push_back("play"); },
-          .play_from_here = [this](const auto&, std::size_t,
-                                   SongsOrigin) { commands.push_back("from here"); },
-          .play_next = [this](const auto&, SongsOrigin) { commands.push_back("next"); },
-          .add_to_queue = [this](const auto&, SongsOrigin) { commands.push_back("add"); }}};
+      PlayListCommands{.play = [this](const auto&, SongsOrigin) { commands.push_back("play"); },
+                       .play_from_here = [this](const auto&, std::size_t,
+                                                SongsOrigin) { commands.push_back("from here"); },
+                       .play_next =
+                           [this](const auto&, SongsOrigin) {
+                             commands.push_back("next");
+                             add();
+                           },
+                       .add_to_queue =
+                           [this](const auto&, SongsOrigin) {
+                             commands.push_back("add");
+                             add();
+                           }}};
   std::optional<FrameQueue> queue{std::in_place, main, tallow, jukeboxes, frame_messages, model};
 };
 
@@ -161,6 +176,33 @@ TEST_F(FrameQueueTest, TheWindowIsNotWiderThan640PixelsWithTheDock) {
   EXPECT_EQ(main.width(), 640);
   EXPECT_GE(area->width(), main.width() / 2);
   EXPECT_GE(Dock().width(), 150);
+}
+
+TEST_F(FrameQueueTest, TheListOfSongsKeepsAWidthBesideAWideDock) {
+  frmMain& window = AddJukebox();
+  ShowMain();
+  queue->Show(true);
+  main.resizeDocks({&Dock()}, {500}, Qt::Horizontal);
+  QApplication::processEvents();
+  EXPECT_EQ(main.width(), 640);
+  auto* const list = window.findChild<SongListView*>();
+  const int character = list->fontMetrics().averageCharWidth();
+  EXPECT_GE(list->width(), 28 * character);
+  EXPECT_GE(list->columnWidth(SongListModel::kText), 14 * character);
+  // The list is in view.
+  EXPECT_LE(list->mapTo(area, QPoint(list->width(), 0)).x(), area->width());
+}
+
+TEST_F(FrameQueueTest, TheBlankPausesInTheModernStyle) {
+  ShowMain();
+  queue->Show(true);
+  auto* const view = Dock().findChild<QueueView*>();
+  QTest::keyClick(view, Qt::Key_Space);
+  EXPECT_EQ(model.Take(), Texts{});
+  tallow.preferences.SetStyle(Style::kModern);
+  queue->FollowPreferences();
+  QTest::keyClick(view, Qt::Key_Space);
+  EXPECT_EQ(model.Take(), Texts{"play or pause"});
 }
 
 TEST_F(FrameQueueTest, SaveAsFolderMakesAFolderOfTheSongsThatCanBeUndone) {
@@ -276,6 +318,63 @@ TEST_F(FrameQueueTest, TheListsHandTheirSongsToTheFrame) {
   emit window.PlayOrPause();
   EXPECT_EQ(commands, (Texts{"play", "from here", "next", "add"}));
   EXPECT_EQ(model.Take(), Texts{"play or pause"});
+  EXPECT_EQ(Status(), "");
+}
+
+TEST_F(FrameQueueTest, TheStatusBarSaysHowManySongsWereAddedToTheQueue) {
+  frmMain& window = AddJukebox();
+  Play(3, {});
+  add = [this] { model.SetQueue({{11, 1}, {12, 2}}); };
+  emit window.AddToQueue({1, 2}, {});
+  EXPECT_EQ(Status(), "2 songs added to the queue.");
+  add = [this] { model.SetQueue({{13, 1}, {11, 1}, {12, 2}}); };
+  emit window.PlayNext({1}, {});
+  EXPECT_EQ(Status(), "1 song added to the queue.");
+  // What went wrong is not replaced.
+  add = [this] {
+    model.SetQueue({{13, 1}, {11, 1}, {12, 2}, {14, 1}});
+    frame_messages.ShowStatus("1 song was not played");
+  };
+  emit window.AddToQueue({1, 2}, {});
+  EXPECT_EQ(Status(), "1 song was not played");
+  // Without a queue they are played.
+  frame_messages.ClearStatus();
+  model.SetQueue({});
+  model.Change([](Playing& now) { now = {}; });
+  add = [this] { model.SetQueue({{14, 1}}); };
+  emit window.AddToQueue({1, 2}, {});
+  EXPECT_EQ(Status(), "");
+}
+
+TEST_F(FrameQueueTest, SongsOfAListCanBeDroppedOnTheQueue) {
+  frmMain& window = AddJukebox();
+  ShowMain();
+  queue->Show(true);
+  QApplication::processEvents();
+  std::string dropped;
+  queue->OnSongsDropped([&](const std::vector<std::int32_t>& songs, SongsOrigin origin) {
+    for (const std::int32_t song : songs) dropped += std::to_string(song) + " ";
+    if (origin.jukebox == &window.Jukebox()) dropped += "of " + std::to_string(origin.folder);
+  });
+  Folder& all = window.Jukebox().Nodes().ChildAt(0);
+  QWidget& target = *Dock().findChild<QueueView*>()->viewport();
+  const auto drop = [&](const QMimeData& data) {
+    const Qt::DropActions actions = Qt::CopyAction | Qt::LinkAction;
+    QDragEnterEvent enter(QPoint(10, 10), actions, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(&target, &enter);
+    QDropEvent event(QPointF(10, 10), actions, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(&target, &event);
+    return event.isAccepted();
+  };
+  ExplorerEdits& source = *window.findChild<ExplorerEdits*>();
+  EXPECT_TRUE(drop(ExplorerDrag(source, all, true, {0, 2})));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !dropped.empty(); }));
+  EXPECT_EQ(dropped, "1 3 of " + std::to_string(all.Key()));
+  // Folders, and files of other programs, are refused.
+  EXPECT_FALSE(drop(ExplorerDrag(source, all, false, {})));
+  QMimeData files;
+  files.setData(QStringLiteral("text/uri-list"), "file:///a.mp3\r\n");
+  EXPECT_FALSE(drop(files));
 }
 
 TEST_F(FrameQueueTest, TheListsAreMarkedByThePreference) {

@@ -50,6 +50,9 @@ StatusBar& MakeStatusBar(QMainWindow& window) {
 constexpr QSize kFirstSize(1000, 680);
 constexpr QSize kMinSize(480, 320);
 
+/// How long a text is shown that concerns only what the user has just done, in ms.
+constexpr int kShortly = 10 * 1000;
+
 /// The user's options that hold the geometry of the window and the state of its toolbar.
 const QString kGeometryOption = QStringLiteral("Window/Geometry");
 const QString kStateOption = QStringLiteral("Window/State");
@@ -105,6 +108,9 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
     player_bar_.Follow();
     lists_.FollowPreferences();
     queue_.FollowPreferences();
+  });
+  queue_.OnSongsDropped([this](std::vector<std::int32_t> songs, SongsOrigin origin) {
+    lists_.AddToQueue(std::move(songs), origin);
   });
   player_.OnPlaySelection([this] { commands_.Run(ListCommand::kPlaySelectedSongs); });
 }
@@ -281,8 +287,13 @@ void frmMDIForm1::Run(FrameCommand command) {
 }
 
 void frmMDIForm1::RunOnProgram(FrameCommand command) {
-  if (const std::optional<PlayerCommand> sent = PlayerCommandOf(command))
-    return player_.Send(*sent);
+  if (const std::optional<PlayerCommand> sent = PlayerCommandOf(command)) {
+    player_.Send(*sent);
+    // Nothing else shows that it has an effect.
+    if (*sent == kStopAfterTrack && player_.Model().Now().status != kStopped)
+      messages_.ShowStatus("Playing stops after this song.", kShortly);
+    return;
+  }
   switch (command) {
     case FrameCommand::kChangeBackgroundPicture:
       return picture_.Change();

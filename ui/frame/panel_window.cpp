@@ -60,6 +60,8 @@ void PanelWindow::Close() {
   if (sub_ && !is_handing_over_) sub_->close();
 }
 
+void PanelWindow::Delete() { delete sub_; }
+
 bool PanelWindow::IsActive() const { return sub_ && jukeboxes_.Area().currentSubWindow() == sub_; }
 
 void PanelWindow::Minimize() {

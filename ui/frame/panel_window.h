@@ -32,6 +32,8 @@ class PanelWindow : public QObject {
   /// Closes the panel, if it is open, which also closes the player. While the panel is handing
   /// songs over, it closes afterwards.
   void Close();
+  /// Deletes the panel, if there is one, at once. The player keeps running.
+  void Delete();
 
   /// Whether the panel is the active window.
   bool IsActive() const;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frame/playing_lists.h"
 
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -20,6 +21,9 @@ namespace {
 
 /// The top-level folder of a jukebox that has all its songs.
 constexpr std::string_view kAllSongs = "All Songs";
+
+/// How long a text is shown that concerns only what the user has just done, in ms.
+constexpr int kShortly = 10 * 1000;
 
 }  // namespace
 
@@ -67,13 +71,32 @@ void PlayingLists::Follow(frmMain& window) {
           });
   connect(&window, &frmMain::PlayNext, this,
           [this](std::vector<std::int32_t> songs, SongsOrigin origin) {
-            commands_.play_next(std::move(songs), origin);
+            AddBy(commands_.play_next, std::move(songs), origin);
           });
   connect(&window, &frmMain::AddToQueue, this,
           [this](std::vector<std::int32_t> songs, SongsOrigin origin) {
-            commands_.add_to_queue(std::move(songs), origin);
+            AddToQueue(std::move(songs), origin);
           });
   connect(&window, &frmMain::PlayOrPause, this, [this] { player_.PlayOrPause(); });
+}
+
+void PlayingLists::AddToQueue(std::vector<std::int32_t> songs, SongsOrigin origin) {
+  AddBy(commands_.add_to_queue, std::move(songs), origin);
+}
+
+void PlayingLists::AddBy(const Add& add, std::vector<std::int32_t> songs, SongsOrigin origin) {
+  const std::size_t before = player_.QueueLength();
+  // Without a queue the songs are played.
+  const bool is_queued = before > 0 || player_.Now().status != kStopped;
+  const std::size_t count = songs.size();
+  add(std::move(songs), origin);
+  player_.Update();
+  const std::size_t now = player_.QueueLength();
+  // Otherwise something went wrong, and a message says so.
+  if (!is_queued || now != before + count) return;
+  messages_.ShowStatus(count == 1 ? "1 song added to the queue."
+                                  : std::to_string(count) + " songs added to the queue.",
+                       kShortly);
 }
 
 void PlayingLists::FollowPreferences() {
@@ -88,16 +111,17 @@ void PlayingLists::ShowPlayingSong() {
     return messages_.ShowStatus(now.status == kStopped
                                     ? "No song plays."
                                     : "Tallow does not know the song that plays: the player's list "
-                                      "is not the one that Tallow has handed over.");
+                                      "is not the one that Tallow has handed over.",
+                                kShortly);
   const Place place = FindPlace(now.song, now.origin);
   if (place.window == nullptr)
     return messages_.ShowStatus(
-        "No open jukebox has the song that plays. Open its jukebox, and try again.");
+        "No open jukebox has the song that plays. Open its jukebox, and try again.", kShortly);
   if (auto* const sub = qobject_cast<QMdiSubWindow*>(place.window->parentWidget()))
     BringToFront(jukeboxes_.Area(), *sub);
   PVExplorer& explorer = place.window->PVExplorer1();
   if (explorer.SelectSong(*place.folder, place.row) < 0)
-    return messages_.ShowStatus("The file of the song that plays is missing.");
+    return messages_.ShowStatus("The file of the song that plays is missing.", kShortly);
   explorer.GrabFocus(true);
 }
 

@@ -49,11 +49,17 @@ class PlayingLists : public QObject {
   /// Call after the preferences have changed: shows or hides the marks of all lists.
   void FollowPreferences();
 
+  /// Adds songs to the end of the queue, and says so in the status bar.
+  void AddToQueue(std::vector<std::int32_t> songs, SongsOrigin origin);
+
   /// Selects the song that plays, in the folder that it was handed over from or, if it is not there
   /// any more, in "All Songs". The status bar says why it cannot be shown.
   void ShowPlayingSong();
 
  private:
+  using Add = std::function<void(PlayListCommands::Songs songs, SongsOrigin origin)>;
+  void AddBy(const Add& add, std::vector<std::int32_t> songs, SongsOrigin origin);
+
   /// A song of a folder.
   struct Place {
     frmMain* window = nullptr;  ///< null for none

@@ -182,11 +182,14 @@ void frmMain::Run(ListCommand command, Folder* node) {
 }
 
 void frmMain::SetPlayer(PlayerModel* player) {
+  if (player == player_) return;
   player_ = player;
-  ShowMarks(shows_marks_);
+  explorer_->ShowMarks(shows_marks_ ? player_ : nullptr);
 }
 
 void frmMain::ShowMarks(bool on) {
+  // Every change of a preference comes here, and showing the marks lays the list out anew.
+  if (on == shows_marks_) return;
   shows_marks_ = on;
   explorer_->ShowMarks(on ? player_ : nullptr);
 }

@@ -8,6 +8,7 @@
 
 #include "tests/jukebox_window_fixture.h"
 #include "tests/model_stand_in.h"
+#include "ui/jukebox/folder_tree_view.h"
 
 namespace tallow {
 namespace {
@@ -163,6 +164,25 @@ TEST_F(ListPlays, TheBlankPausesWithTheSwitchOnly) {
   QTest::keyClick(&List(), Qt::Key_Space);
   EXPECT_EQ(Take(), Texts{"pause"});
   EXPECT_EQ(Selected(), std::vector<int>{0});
+}
+
+TEST_F(ListPlays, TheBlankPausesInTheTree) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  PlayOn(false);
+  auto& tree = *window.findChild<FolderTreeView*>();
+  QTest::keyClick(&tree, Qt::Key_Space);
+  EXPECT_EQ(Take(), Texts{});
+  PlayOn(true);
+  QTest::keyClick(&tree, Qt::Key_Space);
+  EXPECT_EQ(Take(), Texts{"pause"});
+  const int before = QApplication::keyboardInputInterval();
+  QApplication::setKeyboardInputInterval(60000);
+  QTest::keyClick(&tree, Qt::Key_O);
+  QTest::keyClick(&tree, Qt::Key_Space);
+  QApplication::setKeyboardInputInterval(before);
+  EXPECT_EQ(Take(), Texts{});
 }
 
 TEST_F(ListPlays, ABlankInANameThatIsBeingTypedBelongsToTheName) {

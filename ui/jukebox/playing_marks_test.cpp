@@ -8,6 +8,7 @@
 #include <QImage>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QSignalSpy>
 
 #include "tests/jukebox_window_fixture.h"
 #include "tests/model_stand_in.h"
@@ -201,6 +202,18 @@ TEST_F(Marks, WithoutMarksTheListLooksAsIfNothingPlayed) {
   window.ShowMarks(false);
   EXPECT_EQ(List().viewport()->grab().toImage(), before);
   EXPECT_EQ(List().iconSize(), icon);
+}
+
+TEST_F(Marks, AChangeOfAnotherPreferenceDoesNotLayOutTheList) {
+  AddSongs(2);
+  AddFolder("one", {1, 2});
+  ShowMarked();
+  const QSignalSpy changes(List().model(), &QAbstractItemModel::dataChanged);
+  window.ShowMarks(true);
+  window.SetPlayer(&model);
+  EXPECT_EQ(changes.count(), 0);
+  window.ShowMarks(false);
+  EXPECT_GT(changes.count(), 0);
 }
 
 TEST_F(Marks, TheMarkFollowsItsSongThroughASort) {

@@ -24,6 +24,8 @@ namespace {
 
 /// Initial width of the tree, in average characters.
 constexpr int kTreeCharacters = 34;
+/// Minimum width of the list, in average characters: the tree and docks give way.
+constexpr int kMinListCharacters = 28;
 
 }  // namespace
 
@@ -52,6 +54,7 @@ PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboar
   setStretchFactor(1, 1);
   setChildrenCollapsible(false);
   const int character = fontMetrics().averageCharWidth();
+  list_->setMinimumWidth(kMinListCharacters * character);
   setSizes({kTreeCharacters * character, 2 * kTreeCharacters * character});
   ConnectTree();
   ConnectList();

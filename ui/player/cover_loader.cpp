@@ -12,7 +12,9 @@
 #include <QByteArray>
 #include <QImageReader>
 
+#include "details/cover_reader.h"
 #include "util/detached_threads.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {
@@ -101,7 +103,10 @@ void CoverLoader::Work(const std::shared_ptr<State>& state) {
     lock.unlock();
     const auto stopped = [&] { return state->newest != request.number; };
     const std::string file = state->read(request.path, stopped);
-    const QImage cover = stopped() ? QImage() : DecodeCover(file, request.size);
+    QImage cover = stopped() ? QImage() : DecodeCover(file, request.size);
+    // The picture of the tags may be damaged, while that of the folder is not.
+    if (cover.isNull() && !file.empty() && !stopped())
+      cover = DecodeCover(ReadFolderPicture(std::string(FolderOfPath(request.path))), request.size);
     lock.lock();
     // Queued: the owner takes the cover on its own thread, unless it is destroyed before.
     if (CoverLoader* const owner = state->owner; owner != nullptr && !stopped())

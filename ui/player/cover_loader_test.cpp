@@ -94,6 +94,19 @@ TEST_F(CoverLoading, LoadsTheCoverOfASongFile) {
   EXPECT_LT(of_folder.red(), 15);
 }
 
+TEST_F(CoverLoading, ADamagedPictureOfTheTagsDoesNotHideThatOfTheFolder) {
+  const TempFolder folder;
+  const std::string song =
+      folder.File("a.mp3", TagOfFrames(PictureFrame("no picture")) + Audio(800));
+  folder.File("cover.jpg", FileOf(Filled(300, 300, Qt::blue), "JPEG"));
+  CoverLoader loader([](const std::string& path, const std::function<bool()>& stopped) {
+    return ReadCover(path, {}, stopped);
+  });
+  QSignalSpy loaded(&loader, &CoverLoader::Loaded);
+  loader.Load(song, 96);
+  EXPECT_GT(Next(loaded).pixelColor(50, 50).blue(), 240);
+}
+
 TEST_F(CoverLoading, OfTheNewestRequestWins) {
   std::atomic<int> waits = 0;
   CoverLoader loader([&](const std::string& path, const std::function<bool()>& stopped) {

@@ -5,6 +5,8 @@
 #include <QPainter>
 #include <QStyle>
 
+#include "ui/player/tool_tip_text.h"
+
 namespace tallow {
 
 ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
@@ -24,12 +26,19 @@ QString ElidedLabel::ShownText() const {
   return fontMetrics().elidedText(text().simplified(), Qt::ElideMiddle, contentsRect().width());
 }
 
-QSize ElidedLabel::minimumSizeHint() const { return {1, QLabel::minimumSizeHint().height()}; }
+QSize ElidedLabel::sizeHint() const {
+  return {QLabel::sizeHint().width(), minimumSizeHint().height()};
+}
+
+QSize ElidedLabel::minimumSizeHint() const {
+  // Accents on capital letters reach above the height of some fonts.
+  constexpr int kAccents = 2;
+  return {1, fontMetrics().height() + 2 * kAccents};
+}
 
 void ElidedLabel::SetTip() {
   const QString whole = text();
-  // As plain text: a name may look like HTML.
-  setToolTip(ShownText() == whole ? QString() : whole.toHtmlEscaped());
+  setToolTip(ShownText() == whole ? QString() : ToolTipText(whole));
 }
 
 void ElidedLabel::paintEvent(QPaintEvent* /*event*/) {

@@ -18,6 +18,7 @@ class ElidedLabel : public QLabel {
   /// The text as it is shown.
   QString ShownText() const;
 
+  QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  protected:

@@ -2,12 +2,11 @@
 #include "ui/player/queue_model.h"
 
 #include <algorithm>
-#include <cstring>
 #include <limits>
 #include <unordered_set>
+#include <utility>
 
-#include <QMimeData>
-
+#include "ui/player/tool_tip_text.h"
 #include "ui/support/display_text.h"
 #include "ui/support/song_mark.h"
 
@@ -17,20 +16,14 @@ namespace {
 /// Number of remembered rows; more are forgotten, so that scrolling does not use ever more memory.
 constexpr std::size_t kMaxKnown = 1000;
 
-QByteArray BytesOf(const std::vector<std::uint64_t>& entries) {
-  return {reinterpret_cast<const char*>(entries.data()),
-          static_cast<qsizetype>(entries.size() * sizeof(std::uint64_t))};
-}
-
-std::vector<std::uint64_t> EntriesOf(const QByteArray& bytes) {
-  std::vector<std::uint64_t> entries(static_cast<std::size_t>(bytes.size()) /
-                                     sizeof(std::uint64_t));
-  if (!entries.empty())
-    std::memcpy(entries.data(), bytes.constData(), entries.size() * sizeof(std::uint64_t));
-  return entries;
-}
+/// Data of this type are dragged; Qt does not start a drag without any type.
+constexpr const char* kMimeType = "application/x-tallow-queue";
 
 }  // namespace
+
+QueueDrag::QueueDrag(std::vector<std::uint64_t> entries) : entries_(std::move(entries)) {
+  setData(QLatin1String(kMimeType), QByteArray());
+}
 
 QueueModel::QueueModel(PlayerModel& player, QObject* parent)
     : QAbstractTableModel(parent), player_(player) {
@@ -41,6 +34,11 @@ QueueModel::QueueModel(PlayerModel& player, QObject* parent)
 QueueModel::~QueueModel() { player_.RemoveListener(*this); }
 
 std::uint64_t QueueModel::EntryAt(int row) const {
+  const std::uint64_t known = KnownAt(row);
+  return known != 0 ? known : EntryNowAt(row);
+}
+
+std::uint64_t QueueModel::EntryNowAt(int row) const {
   // The queue may have become shorter than last reported to the view.
   if (row < 0 || static_cast<std::size_t>(row) >= player_.QueueLength()) return 0;
   return player_.QueueAt(static_cast<std::size_t>(row)).entry;
@@ -80,12 +78,15 @@ QVariant QueueModel::data(const QModelIndex& index, int role) const {
   const PlayerModel::QueueRow row = player_.QueueAt(static_cast<std::size_t>(index.row()));
   if (known_.size() >= kMaxKnown) known_.clear();
   known_[index.row()] = row.entry;
-  const std::string failure = player_.FailureOfEntry(row.entry);
+  std::string failure = player_.FailureOfEntry(row.entry);
+  // Most entries that are to come were not tried, but their song may have been.
+  if (failure.empty() && row.song != 0) failure = player_.FailureOf(row.song);
   if (role == Qt::DecorationRole)
     return failure.empty() ? QVariant() : MarkPicture(SongMark::kFailed);
-  const QString text = row.song != 0 ? DisplayText(player_.TextOf(row.song)) : tr("Unknown song");
-  if (role == Qt::DisplayRole || failure.empty()) return text;
-  return QString(text + QLatin1Char('\n') + FailureText(failure));
+  QString text = row.song != 0 ? DisplayText(player_.TextOf(row.song)) : tr("Unknown song");
+  if (role == Qt::DisplayRole) return text;
+  if (!failure.empty()) text += QLatin1Char('\n') + FailureText(failure);
+  return role == Qt::ToolTipRole ? ToolTipText(text) : text;
 }
 
 Qt::ItemFlags QueueModel::flags(const QModelIndex& index) const {
@@ -100,26 +101,25 @@ QMimeData* QueueModel::mimeData(const QModelIndexList& indexes) const {
   std::vector<int> rows;
   for (const QModelIndex& index : indexes) rows.push_back(index.row());
   std::sort(rows.begin(), rows.end());
-  auto* const data = new QMimeData;
-  data->setData(QLatin1String(kMimeType), BytesOf(EntriesAt(rows)));
-  return data;
+  return new QueueDrag(EntriesAt(rows));
 }
 
-bool QueueModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int /*column*/,
-                              const QModelIndex& parent) {
-  if (action != Qt::MoveAction || !data->hasFormat(QLatin1String(kMimeType)) ||
-      !player_.Can(PlayerFeature::kRearrange))
-    return false;
-  const int to = row >= 0 ? row : parent.isValid() ? parent.row() : rows_;
-  MoveEntries(EntriesOf(data->data(QLatin1String(kMimeType))), to);
-  return true;
+QStringList QueueModel::mimeTypes() const { return {QLatin1String(kMimeType)}; }
+
+bool QueueModel::CanDrop(const QMimeData& data) const {
+  return qobject_cast<const QueueDrag*>(&data) != nullptr && player_.Can(PlayerFeature::kRearrange);
+}
+
+void QueueModel::Drop(const QMimeData& data, int to) {
+  if (CanDrop(data)) MoveEntries(qobject_cast<const QueueDrag*>(&data)->Entries(), to);
 }
 
 void QueueModel::PlayingChanged(const Playing& before, const Playing& now) {
   if (before.queue_revision != now.queue_revision) Follow();
   if (before.failures_revision != now.failures_revision) UpdateFailures();
   if (before.queue_revision != now.queue_revision || before.kind != now.kind ||
-      before.is_running != now.is_running || before.shuffle != now.shuffle)
+      before.is_running != now.is_running || before.shuffle != now.shuffle ||
+      before.repeat != now.repeat || before.song != now.song)
     emit Changed();
 }
 
@@ -150,7 +150,7 @@ bool QueueModel::IsShiftedBy(int removed) const {
   const auto first = known_.lower_bound(removed);
   return first != known_.end() &&
          std::all_of(first, known_.end(), [this, removed](const auto& known) {
-           return EntryAt(known.first - removed) == known.second;
+           return EntryNowAt(known.first - removed) == known.second;
          });
 }
 
@@ -163,6 +163,8 @@ void QueueModel::Refill() {
   endResetModel();
   emit Refilled();
 }
+
+void QueueModel::Remember(int row) const { data(index(row, 0), Qt::DisplayRole); }
 
 void QueueModel::UpdateFailures() {
   // Cell by cell, because a view repaints everything for a range of cells.

@@ -7,13 +7,27 @@
 #include <vector>
 
 #include <QAbstractTableModel>
-#include <QByteArray>
+#include <QMimeData>
 #include <QModelIndexList>
 #include <QStringList>
 
 #include "app/playing/player_model.h"
 
 namespace tallow {
+
+/// The data of a drag of rows of the queue.
+class QueueDrag : public QMimeData {
+  Q_OBJECT
+
+ public:
+  /// \param entries numbers of the entries of the rows, in their order
+  explicit QueueDrag(std::vector<std::uint64_t> entries);
+
+  const std::vector<std::uint64_t>& Entries() const { return entries_; }
+
+ private:
+  std::vector<std::uint64_t> entries_;
+};
 
 /// Table model of the songs that are to come, one row for each entry of the queue.
 ///
@@ -25,13 +39,11 @@ class QueueModel : public QAbstractTableModel, private PlayerListener {
   Q_OBJECT
 
  public:
-  /// Rows are dragged as data of this type: the numbers of their entries, eight bytes each.
-  static constexpr const char* kMimeType = "application/x-tallow-queue";
-
   /// \param player must outlive the model
   QueueModel(PlayerModel& player, QObject* parent);
   ~QueueModel() override;
 
+  /// The entry that the view shows in a row, even if the queue has moved on since.
   /// \param row from 0; rows beyond the queue are ignored
   /// \returns the number of the entry; 0 for none
   std::uint64_t EntryAt(int row) const;
@@ -40,6 +52,8 @@ class QueueModel : public QAbstractTableModel, private PlayerListener {
 
   /// The entry that a row had when it was last asked for; 0 if it is not remembered.
   std::uint64_t KnownAt(int row) const;
+  /// Remembers the entry of a row, so that a selection of the row follows the entry.
+  void Remember(int row) const;
 
   /// Moves rows before another.
   /// \param rows from 0, ascending
@@ -47,15 +61,19 @@ class QueueModel : public QAbstractTableModel, private PlayerListener {
   ///             the end
   void Move(const std::vector<int>& rows, int to);
 
+  /// Whether dragged data are rows that can be moved.
+  bool CanDrop(const QMimeData& data) const;
+  /// Moves dragged rows before another; does nothing if they cannot be moved.
+  /// \param to see Move
+  void Drop(const QMimeData& data, int to);
+
   int rowCount(const QModelIndex& parent = {}) const override;
   int columnCount(const QModelIndex& parent = {}) const override;
   QVariant data(const QModelIndex& index, int role) const override;
   Qt::ItemFlags flags(const QModelIndex& index) const override;
   Qt::DropActions supportedDropActions() const override { return Qt::MoveAction; }
-  QStringList mimeTypes() const override { return {QLatin1String(kMimeType)}; }
+  QStringList mimeTypes() const override;
   QMimeData* mimeData(const QModelIndexList& indexes) const override;
-  bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
-                    const QModelIndex& parent) override;
 
  signals:
   /// The queue, or what the player can do, has changed.
@@ -69,6 +87,8 @@ class QueueModel : public QAbstractTableModel, private PlayerListener {
   void PlayingChanged(const Playing& before, const Playing& now) override;
   void Follow();
   void Refill();
+  /// The entry that a row has by now; 0 for none.
+  std::uint64_t EntryNowAt(int row) const;
   bool IsShiftedBy(int removed) const;
   void UpdateFailures();
   void MoveEntries(const std::vector<std::uint64_t>& entries, int to);

@@ -16,7 +16,7 @@ namespace tallow {
 namespace {
 
 /// Initial size, in average characters and lines.
-constexpr int kCharacters = 30;
+constexpr int kCharacters = 54;
 constexpr int kLines = 16;
 
 QLabel* MakeText(const char* name, QWidget* parent) {
@@ -69,6 +69,8 @@ QString QueuePane::EmptyText() const {
   const Playing& now = player_.Now();
   if (now.is_running && now.kind == PlayerKind::kWinamp && now.shuffle)
     return tr("Winamp plays in random order, and does not say which songs are to come.");
+  if (now.song != 0 && now.repeat == RepeatMode::kAll)
+    return tr("This is the last song. After it the list begins again.");
   return tr(
       "No songs are to come. To add some, right-click songs of a folder and choose Play From "
       "Here, Play Next or Add To Queue.");

@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMimeData>
@@ -18,11 +19,13 @@
 #include <QPushButton>
 #include <QScrollBar>
 #include <QTest>
+#include <QTextDocument>
 
 #include "tests/model_stand_in.h"
 #include "tests/window_fixture.h"
 #include "ui/player/queue_model.h"
 #include "ui/player/queue_view.h"
+#include "ui/player/tool_tip_text.h"
 
 namespace tallow {
 namespace {
@@ -65,12 +68,40 @@ class Queue : public testing::Test {
     QTest::mouseClick(View().viewport(), Qt::LeftButton, keys, PlaceOf(row));
   }
   QPoint PlaceOf(int row) { return View().visualRect(Model().index(row, 0)).center(); }
-  /// Drops dragged rows before a row.
-  void Drop(const std::vector<int>& rows, int before) {
+  std::unique_ptr<QMimeData> Drag(const std::vector<int>& rows) {
     QModelIndexList indexes;
     for (const int row : rows) indexes.append(Model().index(row, 0));
-    const std::unique_ptr<QMimeData> data(Model().mimeData(indexes));
-    Model().dropMimeData(data.get(), Qt::MoveAction, before, 0, {});
+    return std::unique_ptr<QMimeData>(Model().mimeData(indexes));
+  }
+  /// Drags rows to a position without dropping them.
+  bool DragTo(const QMimeData& data, const QPoint& place) {
+    const Qt::DropActions actions = Qt::MoveAction | Qt::CopyAction;
+    QDragEnterEvent enter(place, actions, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(View().viewport(), &enter);
+    QDragMoveEvent move(place, actions, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(View().viewport(), &move);
+    return move.isAccepted();
+  }
+  void DropAt(const QMimeData& data, const QPoint& place) {
+    DragTo(data, place);
+    QDropEvent drop(place, Qt::MoveAction | Qt::CopyAction, &data, Qt::LeftButton, {});
+    QApplication::sendEvent(View().viewport(), &drop);
+  }
+  /// Drops dragged rows before a row; -1: below all rows.
+  void Drop(const std::vector<int>& rows, int before) {
+    const QRect rect = View().visualRect(Model().index(before, 0));
+    DropAt(*Drag(rows), rect.isValid() ? rect.center() - QPoint(0, rect.height() / 3)
+                                       : QPoint(20, View().viewport()->height() - 3));
+  }
+  /// The upper edges of the rows of pixels that have the colour of the line, in the viewport.
+  int DropLine() {
+    const QImage picture = View().viewport()->grab().toImage();
+    const QColor color = View().palette().color(QPalette::Highlight);
+    for (int y = 0; y < picture.height(); ++y)
+      if (picture.pixelColor(picture.width() / 2, y) == color &&
+          picture.pixelColor(picture.width() - 2, y) == color)
+        return y;
+    return -1;
   }
   void UseWinamp() {
     model.why_not[PlayerFeature::kRearrange] = "Winamp cannot do this.";
@@ -115,6 +146,15 @@ TEST_F(Queue, AnEmptyQueueSaysHowSongsGetIntoIt) {
   EXPECT_TRUE(pane->findChild<QPushButton*>()->isEnabled());
 }
 
+TEST_F(Queue, AtTheLastSongOfARepeatedListItSaysThatTheListBeginsAgain) {
+  Show(0);
+  model.Play(1, 180);
+  model.Change([](Playing& now) { now.repeat = RepeatMode::kAll; });
+  EXPECT_EQ(Text("lblQueueEmpty"), "This is the last song. After it the list begins again.");
+  model.Change([](Playing& now) { now.repeat = RepeatMode::kOff; });
+  EXPECT_TRUE(Text("lblQueueEmpty").startsWith("No songs are to come."));
+}
+
 TEST_F(Queue, WithWinampInRandomOrderItSaysWhyItIsEmpty) {
   Show(0);
   UseWinamp();
@@ -129,6 +169,42 @@ TEST_F(Queue, DelRemovesTheSelectedSongs) {
   Select(3, Qt::ControlModifier);
   QTest::keyClick(&View(), Qt::Key_Delete);
   EXPECT_EQ(model.Take(), Texts{"remove 102 104"});
+}
+
+TEST_F(Queue, AfterDelTheRowBelowIsSelectedSoThatDelCanBeRepeated) {
+  Show(5);
+  Select(1);
+  QTest::keyClick(&View(), Qt::Key_Delete);
+  EXPECT_EQ(model.Take(), Texts{"remove 102"});
+  auto rows = Rows(1, 5);
+  rows.erase(rows.begin() + 1);
+  model.SetQueue(rows);
+  EXPECT_EQ(View().SelectedRows(), std::vector<int>{1});
+  EXPECT_EQ(View().currentIndex().row(), 1);
+  QTest::keyClick(&View(), Qt::Key_Delete);
+  EXPECT_EQ(model.Take(), Texts{"remove 103"});
+  rows.erase(rows.begin() + 1);
+  model.SetQueue(rows);
+  // Of the last row, the row above is selected.
+  Select(2);
+  QTest::keyClick(&View(), Qt::Key_Delete);
+  EXPECT_EQ(model.Take(), Texts{"remove 105"});
+  rows.pop_back();
+  model.SetQueue(rows);
+  EXPECT_EQ(View().SelectedRows(), std::vector<int>{1});
+  QTest::keyClick(&View(), Qt::Key_Delete);
+  EXPECT_EQ(model.Take(), Texts{"remove 104"});
+}
+
+TEST_F(Queue, ACommandConcernsTheSongThatIsShownEvenIfTheQueueHasMovedOn) {
+  Show(5);
+  Select(1);
+  // The player has moved on, and the view does not know it yet.
+  model.queue = Rows(2, 5);
+  QTest::keyClick(&View(), Qt::Key_Return);
+  EXPECT_EQ(model.Take(), Texts{"play 102"});
+  QTest::keyClick(&View(), Qt::Key_Delete);
+  EXPECT_EQ(model.Take(), Texts{"remove 102"});
 }
 
 TEST_F(Queue, DelOfTheQueueNeverReachesTheMenuOfTheFrame) {
@@ -166,10 +242,22 @@ TEST_F(Queue, ADoubleClickAndEnterPlayTheSong) {
   EXPECT_EQ(model.Take(), Texts{"play 103"});
 }
 
-TEST_F(Queue, TheBlankPauses) {
+TEST_F(Queue, TheBlankPausesIfTheUserHasChosenThat) {
   Show(1);
   QTest::keyClick(&View(), Qt::Key_Space);
+  EXPECT_EQ(model.Take(), Texts{});
+  View().SetSpacePauses(true);
+  QTest::keyClick(&View(), Qt::Key_Space);
   EXPECT_EQ(model.Take(), Texts{"play or pause"});
+}
+
+TEST_F(Queue, TypingAsksThePlayerForNoRows) {
+  Show(1000);
+  Select(0);
+  model.asked.clear();
+  QTest::keyClicks(&View(), QStringLiteral("z"));
+  EXPECT_LT(model.asked.size(), 60U);
+  EXPECT_EQ(View().currentIndex().row(), 0);
 }
 
 TEST_F(Queue, AltUpAndAltDownMoveTheSelectedSongs) {
@@ -191,18 +279,49 @@ TEST_F(Queue, DroppedRowsComeBeforeTheRowBelowThem) {
   // The row below is dragged as well.
   Drop({1, 2}, 2);
   EXPECT_EQ(model.Take(), Texts{"move 102 103 before 104"});
-  Drop({0}, 5);
-  EXPECT_EQ(model.Take(), Texts{"move 101 before 0"});
+  // The first of them keeps its place.
+  Drop({0, 3}, 1);
+  EXPECT_EQ(model.Take(), Texts{"move 101 104 before 102"});
+  // The lower half of a row.
+  DropAt(*Drag({4}), PlaceOf(1) + QPoint(0, 3));
+  EXPECT_EQ(model.Take(), Texts{"move 105 before 103"});
   Drop({0}, -1);
   EXPECT_EQ(model.Take(), Texts{"move 101 before 0"});
 }
 
 TEST_F(Queue, ADropKeepsItsSongsWhenTheQueueMovesOnDuringTheDrag) {
   Show(4);
-  const std::unique_ptr<QMimeData> data(Model().mimeData({Model().index(2, 0)}));
+  const std::unique_ptr<QMimeData> data = Drag({2});
   model.SetQueue(Rows(2, 4));
-  Model().dropMimeData(data.get(), Qt::MoveAction, 0, 0, {});
+  QApplication::processEvents();
+  DropAt(*data, PlaceOf(0) - QPoint(0, 3));
   EXPECT_EQ(model.Take(), Texts{"move 103 before 102"});
+}
+
+TEST_F(Queue, ALineShowsWhereDraggedRowsWillBe) {
+  Show(5);
+  EXPECT_EQ(DropLine(), -1);
+  const std::unique_ptr<QMimeData> data = Drag({4});
+  const QRect row = View().visualRect(Model().index(2, 0));
+  EXPECT_TRUE(DragTo(*data, row.center() - QPoint(0, 4)));
+  EXPECT_NEAR(DropLine(), row.top(), 2);
+  EXPECT_TRUE(DragTo(*data, row.center() + QPoint(0, 4)));
+  EXPECT_NEAR(DropLine(), row.bottom(), 2);
+  EXPECT_TRUE(DragTo(*data, QPoint(20, View().viewport()->height() - 3)));
+  EXPECT_NEAR(DropLine(), View().visualRect(Model().index(4, 0)).bottom(), 2);
+  QDragLeaveEvent leave;
+  QApplication::sendEvent(View().viewport(), &leave);
+  EXPECT_EQ(DropLine(), -1);
+}
+
+TEST_F(Queue, RowsOfAnotherProgramAndOtherDataAreRefused) {
+  Show(3);
+  QMimeData data;
+  data.setData(QStringLiteral("application/x-tallow-queue"), QByteArray());
+  EXPECT_FALSE(DragTo(data, PlaceOf(1)));
+  EXPECT_EQ(DropLine(), -1);
+  DropAt(data, PlaceOf(1));
+  EXPECT_EQ(model.Take(), Texts{});
 }
 
 TEST_F(Queue, RowsCanBeDraggedOnlyIfThePlayerCanRearrange) {
@@ -263,9 +382,30 @@ TEST_F(Queue, ASongThatCouldNotBePlayedIsMarkedAndSaysWhy) {
   model.SetFailure(2, "the file is gone");
   EXPECT_FALSE(Data(1, Qt::DecorationRole).value<QIcon>().isNull());
   const QString text = "Title 2 - Artist\nThis song could not be played: the file is gone";
-  EXPECT_EQ(Data(1, Qt::ToolTipRole).toString(), text);
+  EXPECT_EQ(Data(1, Qt::ToolTipRole).toString(), ToolTipText(text));
   EXPECT_EQ(Data(1, Qt::AccessibleTextRole).toString(), text);
   EXPECT_TRUE(Data(0, Qt::DecorationRole).isNull());
+}
+
+TEST_F(Queue, ASongThatFailedEarlierIsMarkedWhenItIsQueuedAgain) {
+  Show(0);
+  model.SetFailure(2, "the file is gone");
+  model.SetQueue(Rows(1, 3));
+  ASSERT_EQ(model.FailureOfEntry(102), "");
+  EXPECT_FALSE(Data(1, Qt::DecorationRole).value<QIcon>().isNull());
+  EXPECT_TRUE(Data(1, Qt::AccessibleTextRole).toString().endsWith("the file is gone"));
+  EXPECT_TRUE(Data(0, Qt::DecorationRole).isNull());
+  model.SetFailure(2, "");
+  EXPECT_TRUE(Data(1, Qt::DecorationRole).isNull());
+}
+
+TEST_F(Queue, ATitleThatLooksLikeHtmlIsShownAsItIs) {
+  Show(1);
+  model.texts[1] = "<img src=x> Rock & <b>Roll</b>";
+  EXPECT_EQ(Data(0, Qt::DisplayRole).toString(), "<img src=x> Rock & <b>Roll</b>");
+  QTextDocument tip;
+  tip.setHtml(Data(0, Qt::ToolTipRole).toString());
+  EXPECT_EQ(tip.toPlainText(), "<img src=x> Rock & <b>Roll</b>");
 }
 
 TEST_F(Queue, TheSelectionFollowsItsSongsWhenTheNextSongBegins) {

@@ -6,10 +6,12 @@
 
 #include <QAction>
 #include <QContextMenuEvent>
+#include <QDropEvent>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QScrollBar>
 #include <QStyledItemDelegate>
 
@@ -59,7 +61,8 @@ QueueView::QueueView(PlayerModel& player, QueueModel& rows, QWidget* parent)
   setEditTriggers(QAbstractItemView::NoEditTriggers);
   setWordWrap(false);
   setTabKeyNavigation(false);
-  setTextElideMode(Qt::ElideMiddle);
+  // The title comes first, so the artist is elided.
+  setTextElideMode(Qt::ElideRight);
   setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   horizontalHeader()->hide();
   horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
@@ -68,10 +71,11 @@ QueueView::QueueView(PlayerModel& player, QueueModel& rows, QWidget* parent)
   const int text_height = fontMetrics().height();
   verticalHeader()->setDefaultSectionSize(text_height + kRowPadding);
   setIconSize(QSize(text_height, text_height));
-  setDragDropMode(QAbstractItemView::InternalMove);
+  setDragDropMode(QAbstractItemView::DragDrop);
   setDragDropOverwriteMode(false);
   setDefaultDropAction(Qt::MoveAction);
-  setDropIndicatorShown(true);
+  // The view draws its own.
+  setDropIndicatorShown(false);
   MakeMenu();
   connect(&rows, &QueueModel::Refilling, this, &QueueView::StoreSelection);
   connect(&rows, &QueueModel::Refilled, this, &QueueView::RestoreSelection);
@@ -123,8 +127,16 @@ void QueueView::PlayCurrent() {
 }
 
 void QueueView::RemoveSelected() {
-  const std::vector<std::uint64_t> entries = rows_.EntriesAt(SelectedRows());
+  const std::vector<int> rows = SelectedRows();
+  const std::vector<std::uint64_t> entries = rows_.EntriesAt(rows);
   if (entries.empty() || !player_.Can(PlayerFeature::kRearrange)) return;
+  // The selection follows its entry when the rows are gone.
+  int next = rows.back() + 1;
+  if (next >= rows_.rowCount()) next = rows.front() - 1;
+  if (next >= 0) {
+    rows_.Remember(next);
+    selectionModel()->setCurrentIndex(rows_.index(next, 0), QItemSelectionModel::ClearAndSelect);
+  }
   player_.RemoveFromQueue(entries);
 }
 
@@ -156,7 +168,7 @@ void QueueView::keyPressEvent(QKeyEvent* event) {
     RemoveSelected();
   } else if (is(Qt::ALT | Qt::Key_Up) || is(Qt::ALT | Qt::Key_Down)) {
     MoveSelected(event->key() == Qt::Key_Up);
-  } else if (is(QKeyCombination(Qt::Key_Space))) {
+  } else if (is(QKeyCombination(Qt::Key_Space)) && space_pauses_) {
     if (!event->isAutoRepeat()) player_.PlayOrPause();
   } else if (!IsEditKey(*event)) {
     QTableView::keyPressEvent(event);
@@ -174,6 +186,68 @@ void QueueView::contextMenuEvent(QContextMenuEvent* event) {
     position = viewport()->mapToGlobal(visualRect(currentIndex()).center());
   EnableItems();
   menu_->popup(position);
+}
+
+int QueueView::DropRowAt(const QPoint& place) const {
+  const QModelIndex index = indexAt(place);
+  if (!index.isValid()) return rows_.rowCount();
+  return place.y() < visualRect(index).center().y() ? index.row() : index.row() + 1;
+}
+
+void QueueView::ShowDropLine(std::optional<int> row) {
+  if (drop_line_ == row) return;
+  drop_line_ = row;
+  viewport()->update();
+}
+
+void QueueView::DragTo(QDropEvent& event) {
+  if (qobject_cast<const QueueDrag*>(event.mimeData()) == nullptr) {
+    event.ignore();
+    emit DragsOver(&event);
+    return ShowDropLine(event.isAccepted() ? std::optional(rows_.rowCount()) : std::nullopt);
+  }
+  const bool accepts = rows_.CanDrop(*event.mimeData());
+  event.setDropAction(Qt::MoveAction);
+  event.setAccepted(accepts);
+  ShowDropLine(accepts ? std::optional(DropRowAt(event.position().toPoint())) : std::nullopt);
+}
+
+void QueueView::dragEnterEvent(QDragEnterEvent* event) { DragTo(*event); }
+
+void QueueView::dragMoveEvent(QDragMoveEvent* event) {
+  // Scrolls near the edges.
+  QTableView::dragMoveEvent(event);
+  DragTo(*event);
+}
+
+void QueueView::dragLeaveEvent(QDragLeaveEvent* event) {
+  QTableView::dragLeaveEvent(event);
+  ShowDropLine(std::nullopt);
+}
+
+void QueueView::dropEvent(QDropEvent* event) {
+  DragTo(*event);
+  const bool is_own = qobject_cast<const QueueDrag*>(event->mimeData()) != nullptr;
+  // QTableView would drop nothing if one of several rows keeps its place.
+  if (event->isAccepted() && is_own)
+    rows_.Drop(*event->mimeData(), DropRowAt(event->position().toPoint()));
+  else if (event->isAccepted())
+    emit Dropped(event);
+  QDragLeaveEvent left;
+  dragLeaveEvent(&left);
+}
+
+void QueueView::paintEvent(QPaintEvent* event) {
+  QTableView::paintEvent(event);
+  if (!drop_line_) return;
+  const int last = rows_.rowCount() - 1;
+  const int y = *drop_line_ <= last ? visualRect(rows_.index(*drop_line_, 0)).top()
+                : last >= 0         ? visualRect(rows_.index(last, 0)).bottom() + 1
+                                    : 0;
+  constexpr int kThickness = 3;
+  const int top = std::clamp(y - kThickness / 2, 0, viewport()->height() - kThickness);
+  QPainter(viewport())
+      .fillRect(0, top, viewport()->width(), kThickness, palette().color(QPalette::Highlight));
 }
 
 void QueueView::StoreSelection() {

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include <QApplication>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 
@@ -42,7 +43,21 @@ bool ExplorerKeys::KeyPressed(const QKeyEvent& key, PopUpPane pane) {
     emit ParentKey();
     return true;
   }
+  if (key.key() == Qt::Key_Space) {
+    // While a name is being typed, the blank belongs to it.
+    const bool is_typing = pane == kListPane ? list_.IsTyping() : IsTypingInTree();
+    if (!library_.Switches().plays_on || ModifiersOf(key) != Qt::NoModifier || is_typing)
+      return false;
+    if (!key.isAutoRepeat()) emit PauseKey();
+    return true;
+  }
+  if (pane == kTreePane && !key.text().isEmpty() && key.text().front().isPrint())
+    since_typed_.start();
   return pane == kListPane && ListKeyPressed(key);
+}
+
+bool ExplorerKeys::IsTypingInTree() const {
+  return since_typed_.isValid() && !since_typed_.hasExpired(QApplication::keyboardInputInterval());
 }
 
 bool ExplorerKeys::EditKeyPressed(const QKeyEvent& key, PopUpPane pane) {
@@ -79,12 +94,6 @@ bool ExplorerKeys::ListKeyPressed(const QKeyEvent& key) {
       if (ModifiersOf(key) != Qt::NoModifier) return false;
       if (list_.currentIndex().isValid() && !key.isAutoRepeat())
         emit OpenKey(list_.currentIndex().row());
-      return true;
-    case Qt::Key_Space:
-      // While a name is being typed, the blank belongs to it.
-      if (!library_.Switches().plays_on || ModifiersOf(key) != Qt::NoModifier || list_.IsTyping())
-        return false;
-      if (!key.isAutoRepeat()) emit PauseKey();
       return true;
     case Qt::Key_Home:
     case Qt::Key_End:

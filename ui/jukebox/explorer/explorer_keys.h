@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 
 #include "ui/jukebox/pop_up_menus.h"
@@ -44,10 +45,13 @@ class ExplorerKeys : public QObject {
   bool KeyPressed(const QKeyEvent& key, PopUpPane pane);
   bool EditKeyPressed(const QKeyEvent& key, PopUpPane pane);
   bool ListKeyPressed(const QKeyEvent& key);
+  /// Whether the user is typing the name of a folder: the next letter continues it.
+  bool IsTypingInTree() const;
 
   const clsMain& library_;
   FolderTreeView& tree_;
   SongListView& list_;
+  QElapsedTimer since_typed_;  ///< a letter of a name, in the tree
 };
 
 }  // namespace tallow
