@@ -71,19 +71,19 @@ void SystemPlayerModel::FollowPlayer() {
 
 void SystemPlayerModel::Update() {
   FollowPlayer();
-  std::optional<PlayerState> state = AskState(player_, last_failure_);
+  std::optional<PlayerReport> state = AskState(player_, last_failure_);
   const Playing before = now_;
   if (state) FollowFailures(*state);
   FollowQueue(state);
   now_ = Describe(state);
   CountPlays(state);
-  last_ = state ? *std::move(state) : PlayerState();
+  last_ = state ? *std::move(state) : PlayerReport();
   volume_.Poll(clocks_.now());
   KeepQueue();
   Tell(before);
 }
 
-bool SystemPlayerModel::IsListKnown(const PlayerState& state) const {
+bool SystemPlayerModel::IsListKnown(const PlayerReport& state) const {
   const std::size_t handed_over = tallow_.handed_over.Count();
   if (handed_over == 0) return false;
   if (player_.Kind() == PlayerKind::kTallowPlayer) return true;
@@ -91,7 +91,7 @@ bool SystemPlayerModel::IsListKnown(const PlayerState& state) const {
   return state.count == handed_over || (is_handing_over_ && state.count > handed_over);
 }
 
-Playing SystemPlayerModel::Describe(const std::optional<PlayerState>& state) {
+Playing SystemPlayerModel::Describe(const std::optional<PlayerReport>& state) {
   Playing now;
   now.queue_revision = now_.queue_revision;
   now.failures_revision = now_.failures_revision;
@@ -120,7 +120,7 @@ Playing SystemPlayerModel::Describe(const std::optional<PlayerState>& state) {
   return now;
 }
 
-void SystemPlayerModel::FollowFailures(const PlayerState& state) {
+void SystemPlayerModel::FollowFailures(const PlayerReport& state) {
   for (const PlayFailure& failure : state.failures) {
     last_failure_ = std::max(last_failure_, failure.number);
     failures_.Set(failure.entry, PathOf(tallow_.handed_over.SongOf(failure.entry)), failure.reason);
@@ -128,8 +128,8 @@ void SystemPlayerModel::FollowFailures(const PlayerState& state) {
   }
 }
 
-void SystemPlayerModel::FollowQueue(const std::optional<PlayerState>& state) {
-  const PlayerState now = state.value_or(PlayerState());
+void SystemPlayerModel::FollowQueue(const std::optional<PlayerReport>& state) {
+  const PlayerReport now = state.value_or(PlayerReport());
   const std::size_t length = state && IsListKnown(*state) ? state->upcoming : 0;
   const std::uint64_t handed = tallow_.handed_over.Revision();
   if (length == queue_length_ && handed == last_handed_ && now.revision == last_.revision &&
@@ -143,7 +143,7 @@ void SystemPlayerModel::FollowQueue(const std::optional<PlayerState>& state) {
   queue_changed_ = clocks_.now();
 }
 
-void SystemPlayerModel::CountPlays(const std::optional<PlayerState>& state) {
+void SystemPlayerModel::CountPlays(const std::optional<PlayerReport>& state) {
   const std::int64_t position = state ? state->position : -1;
   const std::int64_t length = state ? state->length : -1;
   if (!heard_.Update(now_.entry, position, length, clocks_.now())) return;
@@ -171,7 +171,7 @@ void SystemPlayerModel::Send(PlayerCommand command) {
 }
 
 void SystemPlayerModel::PlayOrPause() {
-  const std::optional<PlayerState> state = AskState(player_, last_failure_);
+  const std::optional<PlayerReport> state = AskState(player_, last_failure_);
   if (state) Send(state->status == kStopped ? kPlay : kPause);
 }
 
@@ -320,7 +320,7 @@ void SystemPlayerModel::HandOverSongs(const ShowMessage& show, HandOffPanel& pan
                                       const WhileStarting& while_starting) {
   PlayOrder how = tallow_.play_order;
   if (how.to != HandOverTo::kReplace) {
-    const std::optional<PlayerState> state = AskState(player_, last_failure_);
+    const std::optional<PlayerReport> state = AskState(player_, last_failure_);
     const bool has_ended = !state || (state->status == kStopped && state->upcoming == 0);
     if (has_ended) how.to = HandOverTo::kReplace;
   }
@@ -333,7 +333,7 @@ void SystemPlayerModel::HandOverSongs(const ShowMessage& show, HandOffPanel& pan
 }
 
 bool SystemPlayerModel::HasList() {
-  const std::optional<PlayerState> state = AskState(player_, last_failure_);
+  const std::optional<PlayerReport> state = AskState(player_, last_failure_);
   return state && state->count > 0;
 }
 
@@ -369,7 +369,7 @@ void SystemPlayerModel::StoreQueue() {
   // A player that has ended by itself leaves the file as it was before.
   if (!preferences_.RestoresQueue() || tallow_.handed_over.IsEmpty()) return;
   std::optional<TallowPlayer> own = OwnPlayer();
-  const std::optional<PlayerState> state = AskState(player_, last_failure_);
+  const std::optional<PlayerReport> state = AskState(player_, last_failure_);
   if (!own || !state) return;
   std::vector<std::uint64_t> entries;
   if (state->status != kStopped || state->upcoming > 0) {
@@ -389,7 +389,7 @@ void SystemPlayerModel::RestoreQueue(const ShowMessage& show, const WhileStartin
   if (songs.records.empty() || !ReachPlayer(player_, show, go_on)) return;
   FollowPlayer();
   std::optional<TallowPlayer> own = OwnPlayer();
-  const std::optional<PlayerState> state = AskState(player_, last_failure_);
+  const std::optional<PlayerReport> state = AskState(player_, last_failure_);
   if (!own || !state || state->count > 0) return;
   SetUpNewPlayer();
   is_handing_over_ = true;

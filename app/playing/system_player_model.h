@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "app/playing/heard_time.h"
+#include "app/playing/known_failures.h"
 #include "app/playing/play_counts.h"
-#include "app/playing/play_failures.h"
 #include "app/playing/player_model.h"
-#include "app/playing/player_state.h"
+#include "app/playing/player_report.h"
 #include "app/playing/playing_preferences.h"
 #include "app/playing/queue_entries.h"
 #include "app/playing/saved_queue.h"
@@ -131,11 +131,11 @@ class SystemPlayerModel : public PlayerModel {
   /// Tallow's own player, if it runs.
   std::optional<TallowPlayer> OwnPlayer();
   std::string PathOf(std::int32_t song) const;
-  bool IsListKnown(const PlayerState& state) const;
-  Playing Describe(const std::optional<PlayerState>& state);
-  void FollowQueue(const std::optional<PlayerState>& state);
-  void FollowFailures(const PlayerState& state);
-  void CountPlays(const std::optional<PlayerState>& state);
+  bool IsListKnown(const PlayerReport& state) const;
+  Playing Describe(const std::optional<PlayerReport>& state);
+  void FollowQueue(const std::optional<PlayerReport>& state);
+  void FollowFailures(const PlayerReport& state);
+  void CountPlays(const std::optional<PlayerReport>& state);
   void KeepQueue();
   void Tell(const Playing& before);
   void TellVolume();
@@ -146,7 +146,7 @@ class SystemPlayerModel : public PlayerModel {
   PlayingClocks clocks_;
   PlayingPreferences preferences_;
   VolumeOfLastTime volume_;
-  PlayFailures failures_;
+  KnownFailures failures_;
   HeardTime heard_;
   PlayCounts counts_;
   SavedQueue saved_;
@@ -161,7 +161,7 @@ class SystemPlayerModel : public PlayerModel {
   bool is_handing_over_ = false;
   std::uint64_t last_failure_ = 0;
   std::size_t queue_length_ = 0;
-  PlayerState last_;               ///< the last answer
+  PlayerReport last_;              ///< the last answer
   std::uint64_t last_handed_ = 0;  ///< HandedOverSongs::Revision() at the last Update
   bool queue_is_new_ = false;      ///< was not stored yet
   Time queue_changed_;
