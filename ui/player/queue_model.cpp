@@ -116,10 +116,16 @@ bool QueueModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int 
 }
 
 void QueueModel::PlayingChanged(const Playing& before, const Playing& now) {
-  if (before.queue_revision != now.queue_revision) Follow();
-  if (before.failures_revision != now.failures_revision) UpdateFailures();
+  if (before.queue_generation != now.queue_generation)
+    Refill();
+  else if (before.queue_revision != now.queue_revision)
+    Follow();
+  if (before.failures_revision != now.failures_revision ||
+      before.texts_revision != now.texts_revision)
+    UpdateKnown();
   if (before.queue_revision != now.queue_revision || before.kind != now.kind ||
-      before.is_running != now.is_running || before.shuffle != now.shuffle)
+      before.is_running != now.is_running || before.shuffle != now.shuffle ||
+      before.status != now.status || (before.song == 0) != (now.song == 0))
     emit Changed();
 }
 
@@ -164,7 +170,7 @@ void QueueModel::Refill() {
   emit Refilled();
 }
 
-void QueueModel::UpdateFailures() {
+void QueueModel::UpdateKnown() {
   // Cell by cell, because a view repaints everything for a range of cells.
   for (const auto& known : std::map<int, std::uint64_t>(known_))
     if (known.first < rows_) emit dataChanged(index(known.first, 0), index(known.first, 0));

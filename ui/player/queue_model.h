@@ -70,7 +70,8 @@ class QueueModel : public QAbstractTableModel, private PlayerListener {
   void Follow();
   void Refill();
   bool IsShiftedBy(int removed) const;
-  void UpdateFailures();
+  /// The texts or failures of remembered rows may have changed.
+  void UpdateKnown();
   void MoveEntries(const std::vector<std::uint64_t>& entries, int to);
 
   PlayerModel& player_;

@@ -69,6 +69,8 @@ QString QueuePane::EmptyText() const {
   const Playing& now = player_.Now();
   if (now.is_running && now.kind == PlayerKind::kWinamp && now.shuffle)
     return tr("Winamp plays in random order, and does not say which songs are to come.");
+  if (now.is_running && now.status != kStopped && now.song == 0)
+    return tr("The songs of the player are not known.");
   return tr(
       "No songs are to come. To add some, right-click songs of a folder and choose Play From "
       "Here, Play Next or Add To Queue.");
