@@ -43,7 +43,8 @@ FramePlayer::FramePlayer(Tallow& tallow, PlayerLink& link, DriveSearches& search
   connect(timer_, &QTimer::timeout, this, &FramePlayer::Update);
 }
 
-FramePlayer::~FramePlayer() = default;
+// Before the model, which the panel follows; the frame would delete it after that.
+FramePlayer::~FramePlayer() { delete panel_.Panel(); }
 
 bool FramePlayer::CheckPlayer() {
   const bool is_found = play_commands_.CheckPlayer([this] { SearchForPlayer(); });

@@ -264,7 +264,7 @@ TEST_F(FrameWithOwnPlayer, ThePlayerOfAKilledTallowIsClosedAtTheNextEnd) {
   EXPECT_EQ(Player().Model().Now().song, 1);
   EXPECT_EQ(Player().Model().SongsOfQueue(), (Songs{2, 3}));
   EXPECT_EQ(Player().Model().Volume(), 30);
-  EXPECT_TRUE(frame->findChild<QTimer*>(QStringLiteral("tmrPlayer"))->isActive());
+  EXPECT_TRUE(Player().findChild<QTimer*>(QStringLiteral("tmrPlayer"))->isActive());
   EXPECT_TRUE(frame->close());
   EXPECT_FALSE(link.is_there);
 }
