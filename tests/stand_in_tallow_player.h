@@ -103,7 +103,7 @@ class StandInTallowPlayer : public PlayerLink {
   }
 
   std::optional<std::string> Ask(PlayerHandle player, std::string_view request) override {
-    if (!IsRunning(player)) return std::nullopt;
+    if (!IsRunning(player) || !answers) return std::nullopt;
     const auto asked = nlohmann::json::parse(request);
     const std::string what = asked.at("do");
     if (what != "state" && what != "queue") asked_for.emplace_back(request);
@@ -144,6 +144,7 @@ class StandInTallowPlayer : public PlayerLink {
 
   bool is_there = false;
   bool starts = true;
+  bool answers = true;  ///< requests in JSON
   PlayerHandle handle = 1;
   std::vector<Entry> list;
   std::size_t current = 0;

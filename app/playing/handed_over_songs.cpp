@@ -10,6 +10,7 @@ void HandedOverSongs::Clear() {
   songs_.clear();
   parts_.clear();
   ++revision_;
+  ++generation_;
 }
 
 void HandedOverSongs::Add(std::span<const HandedOverSong> songs, const SongsOrigin& origin) {

@@ -37,6 +37,9 @@ class HandedOverSongs {
   SongsOrigin OriginOf(std::uint64_t entry) const;
   /// Changes with each change of the songs.
   std::uint64_t Revision() const noexcept { return revision_; }
+  /// Changes when the songs are those of another list, whose entries may have the numbers of the
+  /// list before.
+  std::uint64_t Generation() const noexcept { return generation_; }
 
   /// Replaces record numbers of songs that have other numbers now.
   void Renumber(const NewNumbers& numbers);
@@ -55,6 +58,7 @@ class HandedOverSongs {
   std::vector<std::int32_t> songs_;     ///< of the entries
   std::vector<Part> parts_;
   std::uint64_t revision_ = 0;
+  std::uint64_t generation_ = 0;
 };
 
 }  // namespace tallow

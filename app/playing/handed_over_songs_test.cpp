@@ -80,5 +80,14 @@ TEST(HandedOverSongs, AgreesWithALiteralMapAtRandomChanges) {
   }
 }
 
+TEST(HandedOverSongs, AnotherListHasAnotherGeneration) {
+  HandedOverSongs songs;
+  const std::uint64_t first = songs.Generation();
+  songs.Add(std::vector<HandedOverSong>{{1, 0}}, {});
+  EXPECT_EQ(songs.Generation(), first);
+  songs.Clear();
+  EXPECT_NE(songs.Generation(), first);
+}
+
 }  // namespace
 }  // namespace tallow

@@ -18,13 +18,13 @@ constexpr std::int64_t kNearTheEnds = 2500;
 
 }  // namespace
 
-void HeardTime::Begin(std::uint64_t entry) {
+void HeardTime::Begin(const Entry& entry) {
   entry_ = entry;
   heard_ = milliseconds{0};
   is_counted_ = false;
 }
 
-bool HeardTime::Update(std::uint64_t entry, std::int64_t position, std::int64_t length, Time now) {
+bool HeardTime::Update(const Entry& entry, std::int64_t position, std::int64_t length, Time now) {
   const bool is_repeated = entry == entry_ && length_ > 0 && position >= 0 &&
                            position < position_ && position < kNearTheEnds &&
                            position_ > length_ - kNearTheEnds;
@@ -37,7 +37,7 @@ bool HeardTime::Update(std::uint64_t entry, std::int64_t position, std::int64_t 
     Begin(entry);
     return false;
   }
-  if (entry == 0 || is_counted_ || position < 0 || before < 0) return false;
+  if (entry.entry == 0 || is_counted_ || position < 0 || before < 0) return false;
   const milliseconds moved{position - before};
   if (moved > milliseconds{0} && moved <= passed + kInexact) heard_ += moved;
   const milliseconds enough =

@@ -23,10 +23,11 @@ class HeardTimeTest : public testing::Test {
     }
     return counted;
   }
-  int Poll() { return heard.Update(entry, position, length, now) ? 1 : 0; }
+  int Poll() { return heard.Update({list, entry}, position, length, now) ? 1 : 0; }
 
   HeardTime heard;
   HeardTime::Time now{std::chrono::hours(1)};
+  std::uint64_t list = 1;
   std::uint64_t entry = 1;
   std::int64_t position = 0;
   std::int64_t length = 200'000;
@@ -111,6 +112,14 @@ TEST_F(HeardTimeTest, GoingBackInTheSameSongDoesNotCountItAgain) {
 TEST_F(HeardTimeTest, NothingIsHeardWithoutASong) {
   entry = 0;
   EXPECT_EQ(Hear(milliseconds(300'000)), 0);
+}
+
+TEST_F(HeardTimeTest, AnEntryOfAnotherListWithTheSameNumberIsAnotherSong) {
+  Poll();
+  EXPECT_EQ(Hear(milliseconds(60'000)), 0);
+  list = 2;
+  EXPECT_EQ(Hear(milliseconds(60'000)), 0);
+  EXPECT_EQ(Hear(milliseconds(45'000)), 1);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ TEST(PlayingPreferences, DefaultsFollowTheStyle) {
   EXPECT_EQ(playing.Balance(), 0);
 }
 
-TEST(PlayingPreferences, TheUsersChoiceOutlastsTheStyleAndTheProgram) {
+TEST(PlayingPreferences, TheUsersChoiceIsKeptAfterTheStyleChangesAndTheProgramEnds) {
   const TempFolder folder;
   {
     Preferences preferences;

@@ -27,6 +27,10 @@ SavedSongs Decode(const std::string& bytes) {
   }
   if (songs.position < 0 || songs.paths.size() > SavedQueue::kMaxSongs)
     throw std::runtime_error("it has a negative position or too many songs");
+  songs.list = root.value("list", std::size_t{0});
+  songs.entries = root.value("entries", std::vector<std::uint64_t>());
+  if (!songs.entries.empty() && songs.entries.size() != songs.paths.size())
+    throw std::runtime_error("it has not one number for each song");
   return songs;
 }
 
@@ -38,6 +42,15 @@ std::string Encode(const SavedSongs& songs) {
        std::span(songs.paths).first(std::min(songs.paths.size(), SavedQueue::kMaxSongs))) {
     bytes += std::exchange(separator, ",\n");
     AppendJsonText(bytes, path);
+  }
+  bytes += "]";
+  if (songs.entries.empty()) return bytes + "}\n";
+  bytes += ",\"list\":" + std::to_string(songs.list) + ",\"entries\":[";
+  separator = "";
+  for (const std::uint64_t entry :
+       std::span(songs.entries).first(std::min(songs.entries.size(), SavedQueue::kMaxSongs))) {
+    bytes += std::exchange(separator, ",");
+    bytes += std::to_string(entry);
   }
   return bytes + "]}\n";
 }

@@ -15,14 +15,20 @@ namespace tallow {
 //
 //   {"format":"Tallow queue","version":1,"position":61500,"songs":[
 //   "/m/a.mp3",
-//   "/m/b.mp3"]}
+//   "/m/b.mp3"],"list":12,"entries":[4,5]}
 //
-// "position" is the position in the first song, in ms. Texts are encoded by AppendJsonText.
+// "position" is the position in the first song, in ms. "list" is how many songs the player's list
+// had, and "entries" are the numbers of the songs in it: a Tallow that was killed leaves its player
+// behind, and the next start names the songs of that player by them. Texts are encoded by
+// AppendJsonText.
 
 /// What was to be played.
 struct SavedSongs {
   std::vector<std::string> paths;  ///< the first is that of the current song
   std::int64_t position = 0;       ///< in the current song, in ms
+  std::size_t list = 0;            ///< number of songs in the player's list; 0 when unknown
+  /// The numbers of the songs in the player's list; as many as `paths`, or none.
+  std::vector<std::uint64_t> entries = {};
 
   friend bool operator==(const SavedSongs&, const SavedSongs&) = default;
 };

@@ -41,11 +41,22 @@ TEST_F(SavedQueueTest, TheNextStartGetsTheSongsAndThePosition) {
   EXPECT_EQ(queue->TakeProblems(), Texts{});
 }
 
+TEST_F(SavedQueueTest, TheNumbersInThePlayersListAreKept) {
+  SavedSongs numbered = songs;
+  numbered.list = 12;
+  numbered.entries = {4, 7, 5};
+  queue->Store(numbered);
+  EXPECT_EQ(Restart().Load(), numbered);
+  EXPECT_TRUE(File().ends_with("],\"list\":12,\"entries\":[4,7,5]}\n")) << File();
+}
+
 TEST_F(SavedQueueTest, ADamagedFileIsRenamedAndReplaced) {
   for (const char* const damaged :
        {"", "[1]", "{\"format\":\"Tallow queue\",\"version\":2,\"position\":0,\"songs\":[]}",
         "{\"format\":\"Tallow queue\",\"version\":1,\"position\":-1,\"songs\":[]}",
-        "{\"format\":\"Tallow queue\",\"version\":1,\"position\":0,\"songs\":[\"a.mp3\"]}"}) {
+        "{\"format\":\"Tallow queue\",\"version\":1,\"position\":0,\"songs\":[\"a.mp3\"]}",
+        "{\"format\":\"Tallow "
+        "queue\",\"version\":1,\"position\":0,\"songs\":[],\"entries\":[1]}"}) {
     folder.File("Queue.json", damaged);
     EXPECT_EQ(Restart().Load(), SavedSongs());
     EXPECT_EQ(queue->TakeProblems(),

@@ -20,9 +20,15 @@ class SongTexts {
   /// "Title - Artist", or "Title" without an artist; else the file name. Empty for a song whose
   /// file is gone.
   std::string Of(std::int32_t song);
+  /// Like Of, but asks the details again.
+  std::string AskAnew(std::int32_t song);
+  /// The details have changed.
+  void Forget() { kept_.clear(); }
 
  private:
   static constexpr std::size_t kMaxKept = 2000;
+
+  std::string Ask(const std::string& path);
 
   Tallow& tallow_;
   std::unordered_map<std::string, std::string> kept_;  ///< by path

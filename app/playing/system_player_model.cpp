@@ -5,10 +5,9 @@
 #include <utility>
 
 #include "app/data_paths.h"
-#include "app/playing/hand_over_record.h"
 #include "app/playing/player_choice.h"
-#include "app/playing/queue_restoring.h"
 #include "app/tallow.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {
@@ -16,10 +15,8 @@ namespace {
 constexpr const char* kWinampCannot =
     "Winamp cannot do this. Tallow's own player can; choose it in Preferences, page Player.";
 
-/// The queue is stored when it has not changed for this time.
-constexpr std::chrono::seconds kStoreQueueAfter{5};
-/// A longer queue is stored only at the end, because writing it takes long.
-constexpr std::size_t kMaxStoredOften = 10'000;
+/// The texts of songs are asked for anew this often.
+constexpr std::chrono::seconds kAskTextsAfter{1};
 
 std::int32_t Seconds(std::int64_t ms) { return ms < 0 ? -1 : static_cast<std::int32_t>(ms / 1000); }
 
@@ -60,30 +57,39 @@ void SystemPlayerModel::TellVolume() {
     if (std::ranges::find(listeners_, listener) != listeners_.end()) listener->VolumeChanged();
 }
 
-void SystemPlayerModel::FollowPlayer() {
+bool SystemPlayerModel::FollowPlayer() {
   const bool is_running = player_.IsRunning();
-  if (is_running && player_.Window() == known_) return;
+  if (is_running && player_.Window() == known_) return false;
   known_ = is_running ? player_.Window() : 0;
   if (!tallow_.handed_over.IsEmpty()) tallow_.handed_over.Clear();
   failures_.ForgetEntries();
   last_failure_ = 0;
+  failure_.clear();
+  return true;
 }
 
 void SystemPlayerModel::Update() {
-  FollowPlayer();
-  std::optional<PlayerState> state = AskState(player_, last_failure_);
+  const bool was_set_up = known_ != 0 && known_ == set_up_;
+  const bool is_another = FollowPlayer();
+  std::optional<PlayerReport> state = AskState(player_, last_failure_);
+  const bool is_running = player_.IsRunning();
+  // A player that is late with its answer does what it did.
+  if (!state && is_running && !is_another) return volume_.Poll(clocks_.now());
+  if (was_set_up && !is_running && last_.status != kStopped)
+    notices_.emplace_back("The player has ended. Play starts it again.");
   const Playing before = now_;
   if (state) FollowFailures(*state);
   FollowQueue(state);
   now_ = Describe(state);
+  FollowTexts();
   CountPlays(state);
-  last_ = state ? *std::move(state) : PlayerState();
+  last_ = state ? *std::move(state) : PlayerReport();
   volume_.Poll(clocks_.now());
   KeepQueue();
   Tell(before);
 }
 
-bool SystemPlayerModel::IsListKnown(const PlayerState& state) const {
+bool SystemPlayerModel::IsListKnown(const PlayerReport& state) const {
   const std::size_t handed_over = tallow_.handed_over.Count();
   if (handed_over == 0) return false;
   if (player_.Kind() == PlayerKind::kTallowPlayer) return true;
@@ -91,10 +97,12 @@ bool SystemPlayerModel::IsListKnown(const PlayerState& state) const {
   return state.count == handed_over || (is_handing_over_ && state.count > handed_over);
 }
 
-Playing SystemPlayerModel::Describe(const std::optional<PlayerState>& state) {
+Playing SystemPlayerModel::Describe(const std::optional<PlayerReport>& state) {
   Playing now;
   now.queue_revision = now_.queue_revision;
   now.failures_revision = now_.failures_revision;
+  now.texts_revision = now_.texts_revision;
+  now.queue_generation = tallow_.handed_over.Generation();
   if (!state) {
     now.kind = KindOfPlayer(tallow_.player_path);
     now.shuffle = preferences_.Shuffles();
@@ -106,9 +114,16 @@ Playing SystemPlayerModel::Describe(const std::optional<PlayerState>& state) {
   now.status = state->status;
   now.shuffle = state->shuffle;
   now.repeat = state->repeat;
-  const bool wraps = state->repeat != RepeatMode::kOff;
-  now.can_go_next = state->upcoming > 0 || (state->count > 0 && (wraps || state->shuffle));
-  now.can_go_previous = state->count > 0 && (state->place > 0 || wraps || state->shuffle);
+  const bool has_list = state->count > 0;
+  if (now.kind == PlayerKind::kTallowPlayer) {
+    now.can_go_next = has_list && (state->upcoming > 0 || state->repeat == RepeatMode::kAll);
+    // It begins the first song anew.
+    now.can_go_previous = has_list;
+  } else {
+    const bool wraps = state->repeat != RepeatMode::kOff || state->shuffle;
+    now.can_go_next = has_list && (state->upcoming > 0 || wraps);
+    now.can_go_previous = has_list && (state->place > 0 || wraps);
+  }
   if (state->status == kStopped) return now;
   now.position = Seconds(state->position);
   now.length = state->length > 0 ? Seconds(state->length + 500) : -1;
@@ -120,16 +135,39 @@ Playing SystemPlayerModel::Describe(const std::optional<PlayerState>& state) {
   return now;
 }
 
-void SystemPlayerModel::FollowFailures(const PlayerState& state) {
+void SystemPlayerModel::FollowFailures(const PlayerReport& state) {
   for (const PlayFailure& failure : state.failures) {
     last_failure_ = std::max(last_failure_, failure.number);
-    failures_.Set(failure.entry, PathOf(tallow_.handed_over.SongOf(failure.entry)), failure.reason);
+    const std::string path = PathOf(tallow_.handed_over.SongOf(failure.entry));
+    failures_.Set(failure.entry, path, failure.reason);
     ++now_.failures_revision;
+    failure_.clear();
+    if (failure.reason.empty()) continue;
+    failure_ = path.empty() ? "A song" : NameOfPath(path);
+    failure_ += " cannot be played: " + failure.reason;
   }
+  if (failure_.empty()) return;
+  if (state.status == kStopped)
+    notices_.push_back(std::exchange(failure_, {}));
+  else if (state.failures.empty() && state.position > 0)
+    failure_.clear();
 }
 
-void SystemPlayerModel::FollowQueue(const std::optional<PlayerState>& state) {
-  const PlayerState now = state.value_or(PlayerState());
+void SystemPlayerModel::FollowTexts() {
+  const bool is_reading = tallow_.details.IsReading();
+  if (now_.song == last_song_ && clocks_.now() - texts_asked_ < kAskTextsAfter) return;
+  texts_asked_ = clocks_.now();
+  std::string text = texts_.AskAnew(now_.song);
+  // Reading a few songs may begin and end between two calls.
+  const bool is_other = std::exchange(last_song_, now_.song) == now_.song && text != text_;
+  text_ = std::move(text);
+  if (!std::exchange(texts_may_change_, is_reading) && !is_other) return;
+  texts_.Forget();
+  ++now_.texts_revision;
+}
+
+void SystemPlayerModel::FollowQueue(const std::optional<PlayerReport>& state) {
+  const PlayerReport now = state.value_or(PlayerReport());
   const std::size_t length = state && IsListKnown(*state) ? state->upcoming : 0;
   const std::uint64_t handed = tallow_.handed_over.Revision();
   if (length == queue_length_ && handed == last_handed_ && now.revision == last_.revision &&
@@ -143,15 +181,18 @@ void SystemPlayerModel::FollowQueue(const std::optional<PlayerState>& state) {
   queue_changed_ = clocks_.now();
 }
 
-void SystemPlayerModel::CountPlays(const std::optional<PlayerState>& state) {
+void SystemPlayerModel::CountPlays(const std::optional<PlayerReport>& state) {
   const std::int64_t position = state ? state->position : -1;
   const std::int64_t length = state ? state->length : -1;
-  if (!heard_.Update(now_.entry, position, length, clocks_.now())) return;
+  const HeardTime::Entry entry{now_.queue_generation, now_.entry};
+  if (!heard_.Update(entry, position, length, clocks_.now())) return;
   const std::string path = PathOf(now_.song);
   if (path.empty()) return;
   counts_.Add(path, clocks_.today());
   for (std::string& problem : counts_.TakeProblems()) tallow_.AddProblem(std::move(problem));
 }
+
+std::vector<std::string> SystemPlayerModel::TakeNotices() { return std::exchange(notices_, {}); }
 
 PlayCount SystemPlayerModel::CountOf(std::int32_t song) { return counts_.Of(PathOf(song)); }
 
@@ -171,14 +212,21 @@ void SystemPlayerModel::Send(PlayerCommand command) {
 }
 
 void SystemPlayerModel::PlayOrPause() {
-  const std::optional<PlayerState> state = AskState(player_, last_failure_);
+  const std::optional<PlayerReport> state = AskState(player_, last_failure_);
   if (state) Send(state->status == kStopped ? kPlay : kPause);
 }
 
 void SystemPlayerModel::Seek(std::int32_t seconds) {
   if (!player_.IsRunning()) return;
-  player_.SetTrackPosition(seconds);
+  // The length that the views show is rounded.
+  player_.SetTrackPosition(std::min(seconds, player_.GetTrackLength()));
   Update();
+}
+
+void SystemPlayerModel::ShowVolumeOfLastTime() {
+  if (volume_is_begun_) return;
+  volume_.Begin();
+  TellVolume();
 }
 
 void SystemPlayerModel::BeginVolume() {
@@ -205,15 +253,15 @@ void SystemPlayerModel::SetUpNewPlayer() {
 }
 
 void SystemPlayerModel::SetVolume(std::int32_t volume) {
-  // The user has chosen it before a player was opened.
-  volume_is_begun_ = true;
+  // The user may choose it before a player is opened; the balance is that of last time then.
+  if (!std::exchange(volume_is_begun_, true)) volume_.Begin();
   volume = std::clamp(volume, 0, kMaxVolume);
   if (player_.IsRunning()) player_.SetVolume(volume);
   VolumeWasSet(volume);
 }
 
 void SystemPlayerModel::SetBalance(std::int32_t balance) {
-  volume_is_begun_ = true;
+  if (!std::exchange(volume_is_begun_, true)) volume_.Begin();
   balance = std::clamp(balance, -kMaxBalance, kMaxBalance);
   if (player_.IsRunning()) player_.SetBalance(balance);
   BalanceWasSet(balance);
@@ -254,11 +302,6 @@ void SystemPlayerModel::SetGain(ReplayGain mode) {
   if (std::optional<TallowPlayer> own = OwnPlayer()) own->SetGain(mode);
 }
 
-void SystemPlayerModel::SetDevice(const std::string& name) {
-  preferences_.SetDevice(name);
-  if (std::optional<TallowPlayer> own = OwnPlayer()) own->SetDevice(name);
-}
-
 bool SystemPlayerModel::Can(PlayerFeature /*feature*/) const {
   return (player_.IsRunning() ? player_.Kind() : KindOfPlayer(tallow_.player_path)) ==
          PlayerKind::kTallowPlayer;
@@ -268,77 +311,23 @@ std::string SystemPlayerModel::WhyNot(PlayerFeature feature) const {
   return Can(feature) ? std::string() : kWinampCannot;
 }
 
-std::vector<std::uint64_t> SystemPlayerModel::AskQueue(std::size_t from, std::size_t count) {
-  if (std::optional<TallowPlayer> own = OwnPlayer()) {
-    std::optional<UpcomingEntries> answer = own->Upcoming(from, count);
-    return answer ? std::move(answer->entries) : std::vector<std::uint64_t>();
-  }
-  std::vector<std::uint64_t> entries;
-  for (std::size_t row = from; row < queue_length_ && entries.size() < count; ++row)
-    entries.push_back(last_.entry + 1 + row);
-  return entries;
-}
-
-PlayerModel::QueueRow SystemPlayerModel::QueueAt(std::size_t row) {
-  const std::uint64_t entry = entries_.At(row);
-  return {entry, tallow_.handed_over.SongOf(entry)};
-}
-
-std::vector<std::int32_t> SystemPlayerModel::SongsOfQueue() {
-  std::vector<std::int32_t> songs;
-  for (const std::uint64_t entry : entries_.All(queue_length_))
-    if (const std::int32_t song = tallow_.handed_over.SongOf(entry)) songs.push_back(song);
-  return songs;
-}
-
-void SystemPlayerModel::MoveInQueue(std::span<const std::uint64_t> entries, std::uint64_t before) {
-  if (std::optional<TallowPlayer> own = OwnPlayer()) own->Move(entries, before);
-  Update();
-}
-
-void SystemPlayerModel::RemoveFromQueue(std::span<const std::uint64_t> entries) {
-  if (std::optional<TallowPlayer> own = OwnPlayer()) own->Remove(entries);
-  Update();
-}
-
-void SystemPlayerModel::PlayFromQueue(std::uint64_t entry) {
-  if (std::optional<TallowPlayer> own = OwnPlayer()) {
-    own->Play(entry);
-  } else if (player_.IsRunning() && entry > 0) {
-    player_.SetListPlace(static_cast<std::int32_t>(entry - 1));
-    player_.SendWinampCommand(kPlay);
-  }
-  Update();
-}
-
 std::string SystemPlayerModel::FailureOf(std::int32_t song) const {
   return failures_.IsEmpty() ? std::string() : failures_.OfPath(PathOf(song));
 }
 
-void SystemPlayerModel::HandOverSongs(const ShowMessage& show, HandOffPanel& panel,
-                                      const HandOverProgress& progress,
-                                      const WhileStarting& while_starting) {
-  PlayOrder how = tallow_.play_order;
-  if (how.to != HandOverTo::kReplace) {
-    const std::optional<PlayerState> state = AskState(player_, last_failure_);
-    const bool has_ended = !state || (state->status == kStopped && state->upcoming == 0);
-    if (has_ended) how.to = HandOverTo::kReplace;
-  }
-  FollowPlayer();
-  HandOverRecord record(tallow_.handed_over, how.origin, panel, [this] { FollowPlayer(); });
-  is_handing_over_ = true;
-  HandOver({tallow_.SongsToPlay, how.to, how.first}, tallow_.library, player_, show, record,
-           progress, while_starting);
-  is_handing_over_ = false;
-}
-
 bool SystemPlayerModel::HasList() {
-  const std::optional<PlayerState> state = AskState(player_, last_failure_);
+  const std::optional<PlayerReport> state = AskState(player_, last_failure_);
+  if (!state && player_.IsRunning()) return last_.count > 0;
   return state && state->count > 0;
 }
 
 void SystemPlayerModel::LookForPlayer() {
-  if (player_.Window() == 0 || !player_.IsRunning()) player_.FindWinamp();
+  if (!player_.IsRunning()) player_.FindWinamp();
+}
+
+bool SystemPlayerModel::HasPlayer() {
+  return player_.IsRunning() &&
+         (player_.Window() == set_up_ || player_.Kind() == PlayerKind::kTallowPlayer);
 }
 
 void SystemPlayerModel::ClosePlayer() {
@@ -352,50 +341,12 @@ void SystemPlayerModel::ClosePlayer() {
   tallow_.handed_over.Clear();
 }
 
-void SystemPlayerModel::DropStoredQueue() {
-  queue_is_new_ = false;
-  saved_.Store({});
-}
-
-void SystemPlayerModel::KeepQueue() {
-  if (!queue_is_new_ || queue_length_ > kMaxStoredOften ||
-      clocks_.now() - queue_changed_ < kStoreQueueAfter)
-    return;
-  StoreQueue();
-}
-
-void SystemPlayerModel::StoreQueue() {
-  queue_is_new_ = false;
-  // A player that has ended by itself leaves the file as it was before.
-  if (!preferences_.RestoresQueue() || tallow_.handed_over.IsEmpty()) return;
-  std::optional<TallowPlayer> own = OwnPlayer();
-  const std::optional<PlayerState> state = AskState(player_, last_failure_);
-  if (!own || !state) return;
-  std::vector<std::uint64_t> entries;
-  if (state->status != kStopped || state->upcoming > 0) {
-    entries = entries_.All(state->upcoming);
-    entries.insert(entries.begin(), state->entry);
-  }
-  saved_.Store(SongsToSave(tallow_, entries, state->position));
-  for (std::string& problem : saved_.TakeProblems()) tallow_.AddProblem(std::move(problem));
-}
-
-void SystemPlayerModel::RestoreQueue(const ShowMessage& show, const WhileStarting& go_on) {
-  if (!preferences_.RestoresQueue() ||
-      KindOfPlayer(tallow_.player_path) != PlayerKind::kTallowPlayer)
-    return;
-  const RestoredSongs songs = SongsToRestore(tallow_.library, saved_.Load());
-  for (std::string& problem : saved_.TakeProblems()) tallow_.AddProblem(std::move(problem));
-  if (songs.records.empty() || !ReachPlayer(player_, show, go_on)) return;
-  FollowPlayer();
-  std::optional<TallowPlayer> own = OwnPlayer();
-  const std::optional<PlayerState> state = AskState(player_, last_failure_);
-  if (!own || !state || state->count > 0) return;
-  SetUpNewPlayer();
-  is_handing_over_ = true;
-  CueSongs(*own, songs, tallow_.handed_over, go_on);
-  is_handing_over_ = false;
-  Update();
+bool SystemPlayerModel::CloseFormerPlayer() {
+  if (!player_.IsRunning() || player_.Window() != set_up_ ||
+      player_.Kind() == KindOfPlayer(tallow_.player_path))
+    return false;
+  ClosePlayer();
+  return true;
 }
 
 }  // namespace tallow

@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "app/playing/heard_time.h"
+#include "app/playing/known_failures.h"
 #include "app/playing/play_counts.h"
-#include "app/playing/play_failures.h"
 #include "app/playing/player_model.h"
-#include "app/playing/player_state.h"
+#include "app/playing/player_report.h"
 #include "app/playing/playing_preferences.h"
 #include "app/playing/queue_entries.h"
 #include "app/playing/saved_queue.h"
@@ -64,7 +64,6 @@ class SystemPlayerModel : public PlayerModel {
   void SetShuffle(bool on) override;
   void SetRepeat(RepeatMode mode) override;
   void SetGain(ReplayGain mode) override;
-  void SetDevice(const std::string& name);
 
   bool Can(PlayerFeature feature) const override;
   std::string WhyNot(PlayerFeature feature) const override;
@@ -90,6 +89,9 @@ class SystemPlayerModel : public PlayerModel {
                      const HandOverProgress& progress = {},
                      const WhileStarting& while_starting = {});
 
+  /// Shows the volume and balance that the next player gets, unless a player has been opened or the
+  /// user has chosen them. To be called when the preferences have been loaded.
+  void ShowVolumeOfLastTime();
   /// The player is to be opened: determines its volume and balance. Does nothing before the player
   /// is closed.
   void BeginVolume();
@@ -103,39 +105,50 @@ class SystemPlayerModel : public PlayerModel {
 
   /// Whether the player that was found last has songs in its list.
   bool HasList();
-  /// Looks for a player that runs already, without a message.
-  void LookForPlayer();
-  /// Whether Tallow plays: the player that was found last runs and was set up.
-  bool HasPlayer() { return player_.IsRunning() && player_.Window() == set_up_; }
+  /// Whether Tallow plays: the player that was found last runs, and was set up or is Tallow's own.
+  bool HasPlayer();
   /// Closes the player that was found last, if it runs: it stops, its list is cleared, and it ends.
   void ClosePlayer();
-  /// The next start has no queue to restore, because the user has closed the player.
+  /// Closes the player that was set up, if the user has chosen one of another kind since.
+  /// \returns whether it was closed
+  bool CloseFormerPlayer();
+  /// The user has closed the player: the next start has no queue to restore.
   void DropStoredQueue();
   /// Stores the queue for the next start, if the user wants that.
   void StoreQueue();
-  /// Replaces the list of Tallow's own player by the queue of the last run, paused where it was, if
-  /// the user wants that. Does nothing if the player already has a list.
+  /// With Tallow's own player: takes over the one that a Tallow that was killed has left behind with
+  /// a list. If there is none, starts it with the queue of the last run, paused where it was, if the
+  /// user wants that.
   ///
-  /// \param show is called when the player cannot be started
-  /// \param go_on called while the player starts and between the requests; returns false to stop.
-  ///              May be empty
-  void RestoreQueue(const ShowMessage& show, const WhileStarting& go_on = {});
+  /// \param show     is called when the player cannot be started
+  /// \param starting see ReachPlayer
+  /// \param progress called between the requests; returns false to stop. May be empty
+  void RestoreQueue(const ShowMessage& show, const WhileStarting& starting = {},
+                    const HandOverProgress& progress = {});
+
+  /// Removes and returns sentences for the status bar: what has happened to the player.
+  std::vector<std::string> TakeNotices();
 
   PlayCount CountOf(std::int32_t song);
 
  private:
-  class FollowedHandOver;
-
   void Send(PlayerCommand command);
-  void FollowPlayer();
+  /// Looks for a player that runs already, without a message.
+  void LookForPlayer();
+  /// \returns whether another player runs than before, or none
+  bool FollowPlayer();
+  bool HasNothingToPlay();
+  bool AdoptPlayer();
   /// Tallow's own player, if it runs.
   std::optional<TallowPlayer> OwnPlayer();
   std::string PathOf(std::int32_t song) const;
-  bool IsListKnown(const PlayerState& state) const;
-  Playing Describe(const std::optional<PlayerState>& state);
-  void FollowQueue(const std::optional<PlayerState>& state);
-  void FollowFailures(const PlayerState& state);
-  void CountPlays(const std::optional<PlayerState>& state);
+  bool IsListKnown(const PlayerReport& state) const;
+  Playing Describe(const std::optional<PlayerReport>& state);
+  void FollowQueue(const std::optional<PlayerReport>& state);
+  void FollowFailures(const PlayerReport& state);
+  /// Finds out whether the song has other texts, because its details were read.
+  void FollowTexts();
+  void CountPlays(const std::optional<PlayerReport>& state);
   void KeepQueue();
   void Tell(const Playing& before);
   void TellVolume();
@@ -146,7 +159,7 @@ class SystemPlayerModel : public PlayerModel {
   PlayingClocks clocks_;
   PlayingPreferences preferences_;
   VolumeOfLastTime volume_;
-  PlayFailures failures_;
+  KnownFailures failures_;
   HeardTime heard_;
   PlayCounts counts_;
   SavedQueue saved_;
@@ -159,12 +172,22 @@ class SystemPlayerModel : public PlayerModel {
   PlayerHandle set_up_ = 0;       ///< the player that has the volume
   bool volume_is_begun_ = false;  ///< since the player was closed
   bool is_handing_over_ = false;
+  /// The stored queue has songs that the player does not have, and the user has not changed the
+  /// queue since.
+  bool keeps_stored_queue_ = false;
   std::uint64_t last_failure_ = 0;
   std::size_t queue_length_ = 0;
-  PlayerState last_;               ///< the last answer
+  PlayerReport last_;              ///< the last answer
   std::uint64_t last_handed_ = 0;  ///< HandedOverSongs::Revision() at the last Update
   bool queue_is_new_ = false;      ///< was not stored yet
   Time queue_changed_;
+  std::int32_t last_song_ = 0;  ///< the current song when its text was asked for
+  std::string text_;            ///< of that song
+  Time texts_asked_;
+  bool texts_may_change_ = false;  ///< details were being read at that time
+  /// Why the last song could not be played, until one plays; empty for none.
+  std::string failure_;
+  std::vector<std::string> notices_;
 };
 
 }  // namespace tallow

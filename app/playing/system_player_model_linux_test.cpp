@@ -112,10 +112,54 @@ TEST_F(ModelAndPlayer, TheQueueIsRestoredPaused) {
   model->RestoreQueue(messages.Shower());
   EXPECT_TRUE(Becomes([](const Playing& now) { return now.status == kPaused && now.song == 2; }));
   EXPECT_TRUE(Becomes([](const Playing& now) { return now.position >= 20; }));
+  // The bar shows the time of a paused song, too.
+  EXPECT_TRUE(Becomes([](const Playing& now) { return now.length == 60; }));
   EXPECT_EQ(model->SongsOfQueue(), Songs{3});
   model->PlayOrPause();
   EXPECT_TRUE(
       Becomes([](const Playing& now) { return now.status == kPlaying && now.position >= 21; }));
+}
+
+TEST_F(ModelAndPlayer, AShuffledQueueIsRestoredInItsOrder) {
+  PlayingPreferences(tallow.preferences).SetRestoresQueue(true);
+  PlayingPreferences(tallow.preferences).SetShuffles(true);
+  SavedSongs songs;
+  Songs expected;
+  for (const std::int32_t song : {3, 1, 2, 2, 1, 3, 1, 1, 3, 2, 3, 1}) {
+    songs.paths.push_back(tallow.library.Song(song).Path());
+    expected.push_back(song);
+  }
+  SavedQueue(SystemFolder(application.path())).Store(songs);
+  model->RestoreQueue(messages.Shower());
+  expected.erase(expected.begin());
+  EXPECT_EQ(model->Now().song, 3);
+  EXPECT_TRUE(model->Now().shuffle);
+  EXPECT_EQ(model->SongsOfQueue(), expected);
+  // Play Next still comes before them.
+  HandOver({3}, {.to = HandOverTo::kPlayNext, .origin = {}});
+  expected.insert(expected.begin(), 3);
+  EXPECT_EQ(model->SongsOfQueue(), expected);
+}
+
+TEST_F(ModelAndPlayer, APlayerThatWasLeftBehindIsTakenOver) {
+  PlayingPreferences(tallow.preferences).SetRestoresQueue(true);
+  HandOver({1, 2, 3});
+  model->SetVolume(77);
+  EXPECT_TRUE(Plays(1));
+  // The next Tallow has a connection of its own.
+  tallow.handed_over.Clear();
+  const std::unique_ptr<PlayerLink> next_link = SystemPlayerLink();
+  WinAMP_Control next{*next_link, [this] { return path; }, messages.Shower()};
+  model.emplace(tallow, next);
+  model->RestoreQueue(messages.Shower());
+  EXPECT_TRUE(Plays(1));
+  EXPECT_EQ(model->Now().status, kPlaying);
+  EXPECT_EQ(model->SongsOfQueue(), (Songs{2, 3}));
+  EXPECT_EQ(model->Volume(), 77);
+  ASSERT_TRUE(model->HasPlayer());
+  model->ClosePlayer();
+  EXPECT_TRUE(WaitUntil([&] { return !IsRunning(); }));
+  model.reset();
 }
 
 }  // namespace

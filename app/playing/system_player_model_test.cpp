@@ -5,10 +5,13 @@
 #include <memory>
 
 #include "app/data_paths.h"
+#include "tests/id3v2_tag.h"
 #include "tests/library_fixture.h"
 #include "tests/recorded_link.h"
 #include "tests/recorded_messages.h"
 #include "tests/stand_in_tallow_player.h"
+#include "tests/tagged_file.h"
+#include "tests/wait_until.h"
 
 namespace tallow {
 namespace {
@@ -145,7 +148,6 @@ TEST_F(ModelOfOwnPlayer, TheSongThatPlaysIsKnownWithItsOrigin) {
   EXPECT_EQ(playing.origin, (SongsOrigin{jukebox, 8}));
   EXPECT_EQ(playing.length, 200);
   EXPECT_TRUE(playing.can_go_next);
-  EXPECT_FALSE(playing.can_go_previous);
   EXPECT_EQ(Queue(), (Songs{4, 3}));
   link.PlayNextEntry();
   link.PlayNextEntry();
@@ -165,7 +167,7 @@ TEST_F(ModelOfOwnPlayer, TheSongThatPlaysIsKnownWithItsOrigin) {
   EXPECT_EQ(model->Now().position, -1);
 }
 
-TEST_F(ModelOfOwnPlayer, ListenersHearOfEachChangeOnce) {
+TEST_F(ModelOfOwnPlayer, ListenersAreToldOfEachChangeOnce) {
   HandOver({1, 2});
   listener.changes.clear();
   model->Update();
@@ -289,12 +291,10 @@ TEST_F(ModelOfOwnPlayer, ANewPlayerGetsTheVolumeAndThePreferences) {
   HandOver({2});
   EXPECT_EQ(link.TakeRequests(), Texts{});
   model->SetGain(ReplayGain::kOff);
-  model->SetDevice("auto");
   model->SetRepeat(RepeatMode::kOne);
   EXPECT_EQ(model->Now().repeat, RepeatMode::kOne);
   EXPECT_EQ(link.TakeRequests(),
-            (Texts{R"({"do":"gain","mode":"off"})", R"({"do":"device","name":"auto"})",
-                   R"({"do":"repeat","mode":"one"})"}));
+            (Texts{R"({"do":"gain","mode":"off"})", R"({"do":"repeat","mode":"one"})"}));
   EXPECT_EQ(preferences.Repeat(), RepeatMode::kOne);
 }
 
@@ -321,6 +321,31 @@ TEST_F(ModelOfOwnPlayer, TheModernStyleBeginsWithTheVolumeOfLastTime) {
   EXPECT_EQ(model->Volume(), 30);
   HandOver({1});
   EXPECT_EQ(link.volume, 30);
+}
+
+TEST_F(ModelOfOwnPlayer, TheVolumeOfLastTimeIsShownWhenThePreferencesAreLoaded) {
+  // The model was made before.
+  tallow.preferences.SetStyle(Style::kModern);
+  PlayingPreferences preferences(tallow.preferences);
+  preferences.SetVolume(30);
+  preferences.SetBalance(-20);
+  model->ShowVolumeOfLastTime();
+  EXPECT_EQ(model->Volume(), 30);
+  EXPECT_EQ(model->Balance(), -20);
+  EXPECT_EQ(listener.volumes, 1);
+  model->SetVolume(40);
+  model->ShowVolumeOfLastTime();
+  EXPECT_EQ(model->Volume(), 40);
+}
+
+TEST_F(ModelOfOwnPlayer, AVolumeThatIsSetEarlyLeavesTheBalanceOfLastTime) {
+  tallow.preferences.SetStyle(Style::kModern);
+  PlayingPreferences(tallow.preferences).SetBalance(-20);
+  model->SetVolume(40);
+  model.reset();
+  model = MakeModel(player);
+  EXPECT_EQ(PlayingPreferences(tallow.preferences).Volume(), 40);
+  EXPECT_EQ(PlayingPreferences(tallow.preferences).Balance(), -20);
 }
 
 TEST_F(ModelOfOwnPlayer, APlayerThatReplacesADeadOneGetsTheVolumeThatItHad) {
@@ -354,6 +379,138 @@ TEST_F(ModelOfOwnPlayer, FailuresAreKnownBySongAndByEntry) {
   EXPECT_EQ(model->FailureOf(2), "");
   EXPECT_EQ(model->FailureOfEntry(entry), "");
   EXPECT_NE(model->Now().failures_revision, revision);
+}
+
+TEST_F(ModelOfOwnPlayer, AnEndWithoutTheUsersCommandIsSaidOnce) {
+  HandOver({1, 2});
+  link.End();
+  model->Update();
+  model->Update();
+  EXPECT_EQ(model->TakeNotices(), Texts{"The player has ended. Play starts it again."});
+  HandOver({1, 2});
+  // The user stops or closes it.
+  model->ClosePlayer();
+  model->Update();
+  HandOver({1});
+  model->DropStoredQueue();
+  link.End();
+  model->Update();
+  HandOver({1});
+  link.status = kStopped;
+  model->Update();
+  link.End();
+  model->Update();
+  EXPECT_EQ(model->TakeNotices(), Texts{});
+}
+
+TEST_F(ModelOfOwnPlayer, ASongThatCannotBePlayedIsSaidWhenThePlayerStops) {
+  HandOver({3});
+  link.status = kStopped;
+  link.Fail(link.list[0].number, "It is no music.");
+  model->Update();
+  model->Update();
+  EXPECT_EQ(model->TakeNotices(), Texts{"3.mp3 cannot be played: It is no music."});
+  // The next one plays.
+  HandOver({3, 4});
+  link.Fail(link.list[0].number, "It is no music.");
+  link.PlayNextEntry();
+  model->Update();
+  link.position = 5000;
+  model->Update();
+  link.status = kStopped;
+  model->Update();
+  EXPECT_EQ(model->TakeNotices(), Texts{});
+}
+
+TEST_F(ModelOfOwnPlayer, ALateAnswerChangesNothing) {
+  HandOver({1, 2});
+  Hear(99s);
+  const Playing before = model->Now();
+  listener.changes.clear();
+  link.answers = false;
+  model->Update();
+  EXPECT_EQ(model->Now(), before);
+  EXPECT_TRUE(model->HasList());
+  // It may play, so its list is not replaced.
+  tallow.SongsToPlay = {3};
+  tallow.play_order = {.to = HandOverTo::kAtEnd, .origin = {}};
+  model->HandOverSongs(messages.Shower(), panel);
+  EXPECT_EQ(link.list.size(), 3U);
+  link.answers = true;
+  Hear(2s);
+  EXPECT_EQ(model->CountOf(1).count, 1);
+}
+
+TEST_F(ModelOfOwnPlayer, PlayersThatWereNotLookedForKeepTheirLists) {
+  HandOver({1, 2});
+  WinAMP_Control other{link, [this] { return tallow.player_path; }, messages.Shower()};
+  const auto next = MakeModel(other);
+  ModelTest::HandOver(*next, {3}, {.to = HandOverTo::kPlayNext, .origin = {}});
+  EXPECT_EQ(link.Paths(), (Texts{PathOf(1), PathOf(3), PathOf(2)}));
+}
+
+TEST_F(ModelOfOwnPlayer, AnotherKindOfPlayerThatWasChosenClosesTheFirst) {
+  HandOver({1, 2});
+  model->SetVolume(30);
+  tallow.player_path = "C:\\Winamp\\winamp.exe";
+  EXPECT_TRUE(model->CloseFormerPlayer());
+  EXPECT_FALSE(link.is_there);
+  EXPECT_FALSE(model->CloseFormerPlayer());
+  // What is added then plays.
+  tallow.player_path = music.path() + "tallow-player";
+  HandOver({1, 2});
+  tallow.player_path = "C:\\Winamp\\winamp.exe";
+  HandOver({3}, {.to = HandOverTo::kAtEnd, .origin = {}});
+  EXPECT_EQ(link.Paths(), Texts{PathOf(3)});
+  EXPECT_EQ(link.status, kPlaying);
+}
+
+TEST_F(ModelOfOwnPlayer, ButtonsAreEnabledWhereTheyDoSomething) {
+  HandOver({1, 2});
+  EXPECT_TRUE(model->Now().can_go_next);
+  // It begins the first song anew.
+  EXPECT_TRUE(model->Now().can_go_previous);
+  model->Next();
+  EXPECT_FALSE(model->Now().can_go_next);
+  link.shuffle = true;
+  model->SetRepeat(RepeatMode::kOne);
+  EXPECT_FALSE(model->Now().can_go_next);
+  model->SetRepeat(RepeatMode::kAll);
+  EXPECT_TRUE(model->Now().can_go_next);
+  link.list.clear();
+  link.current = 0;
+  model->Update();
+  EXPECT_FALSE(model->Now().can_go_next);
+  EXPECT_FALSE(model->Now().can_go_previous);
+}
+
+TEST_F(ModelOfOwnPlayer, TheLastSecondThatIsShownCanBeSoughtFor) {
+  HandOver({1});
+  link.length = 3600;
+  model->Update();
+  ASSERT_EQ(model->Now().length, 4);
+  model->Seek(4);
+  EXPECT_EQ(model->Now().position, 3);
+}
+
+TEST_F(ModelOfOwnPlayer, ListenersAreToldOfTextsThatCameLater) {
+  HandOver({1});
+  model->PlayOrPause();
+  EXPECT_EQ(model->TextOf(1), "1.mp3");
+  music.File("1.mp3", Id3v2Tag({{"TIT2", "A Title"}}) + Audio(300));
+  tallow.details.Start(library);
+  EXPECT_TRUE(WaitUntil([&] {
+    tallow.details.Poll();
+    return !tallow.details.IsReading();
+  }));
+  listener.changes.clear();
+  now += 1s;
+  model->Update();
+  EXPECT_EQ(listener.changes.size(), 1U);
+  EXPECT_EQ(model->TextOf(1), "A Title");
+  now += 1s;
+  model->Update();
+  EXPECT_EQ(listener.changes.size(), 1U);
 }
 
 TEST_F(ModelOfOwnPlayer, AFailureFollowsASongThatReturnsUnderAnotherNumber) {
@@ -406,6 +563,76 @@ TEST_F(ModelOfOwnPlayer, TheNextStartRestoresTheQueuePaused) {
   model->RestoreQueue(messages.Shower());
   EXPECT_EQ(link.list.size(), 3U);
   EXPECT_EQ(messages.Take(), Texts{});
+}
+
+TEST_F(ModelOfOwnPlayer, APlayerThatAKilledTallowLeftBehindIsTakenOver) {
+  PlayingPreferences(tallow.preferences).SetRestoresQueue(true);
+  HandOver({1, 2, 3, 2});
+  model->SetVolume(30);
+  link.PlayNextEntry();
+  Restart();
+  // The next program knows nothing of the player.
+  WinAMP_Control found{link, [this] { return tallow.player_path; }, messages.Shower()};
+  const auto next = MakeModel(found);
+  next->RestoreQueue(messages.Shower());
+  EXPECT_TRUE(next->Now().is_running);
+  EXPECT_EQ(next->Now().status, kPlaying);
+  EXPECT_EQ(next->Now().song, 2);
+  EXPECT_EQ(QueueOf(*next), (Songs{3, 2}));
+  EXPECT_EQ(next->Volume(), 30);
+  EXPECT_EQ(link.volume, 30);
+  EXPECT_EQ(link.list.size(), 4U);
+  EXPECT_TRUE(next->HasPlayer());
+  next->ClosePlayer();
+  EXPECT_FALSE(link.is_there);
+}
+
+TEST_F(ModelOfOwnPlayer, SongsOfAPlayerThatAreNotKnownAreNotNamed) {
+  HandOver({1, 2, 3});
+  Restart();
+  WinAMP_Control found{link, [this] { return tallow.player_path; }, messages.Shower()};
+  const auto next = MakeModel(found);
+  next->RestoreQueue(messages.Shower());
+  EXPECT_TRUE(next->Now().is_running);
+  EXPECT_EQ(next->Now().song, 0);
+  EXPECT_EQ(next->QueueLength(), 0U);
+  EXPECT_TRUE(next->HasPlayer());
+  // The list has another song than the stored one.
+  PlayingPreferences(tallow.preferences).SetRestoresQueue(true);
+  ModelTest::HandOver(*next, {1, 2, 3});
+  link.SendCopyData(1, kAddFile, std::string_view("/m/other.mp3\0", 13));
+  tallow.handed_over.Clear();
+  WinAMP_Control again{link, [this] { return tallow.player_path; }, messages.Shower()};
+  const auto last = MakeModel(again);
+  last->RestoreQueue(messages.Shower());
+  EXPECT_EQ(last->Now().song, 0);
+  EXPECT_EQ(last->QueueLength(), 0U);
+}
+
+TEST_F(ModelOfOwnPlayer, AShortenedQueueIsNotStored) {
+  PlayingPreferences(tallow.preferences).SetRestoresQueue(true);
+  const Texts all{PathOf(4), music / "away.mp3", PathOf(5)};
+  SavedQueue(SystemFolder(application.path())).Store({all, 0});
+  const auto stored = [this] { return SavedQueue(SystemFolder(application.path())).Load().paths; };
+  model->RestoreQueue(messages.Shower());
+  EXPECT_EQ(Queue(), Songs{5});
+  now += 6s;
+  model->Update();
+  model->StoreQueue();
+  EXPECT_EQ(stored(), all);
+  const std::uint64_t removed[] = {model->QueueAt(0).entry};
+  model->RemoveFromQueue(removed);
+  model->StoreQueue();
+  EXPECT_EQ(stored(), Texts{PathOf(4)});
+}
+
+TEST_F(ModelOfOwnPlayer, AShuffledPlayerGetsTheOrderOfTheStoredQueue) {
+  PlayingPreferences(tallow.preferences).SetRestoresQueue(true);
+  PlayingPreferences(tallow.preferences).SetShuffles(true);
+  SavedQueue(SystemFolder(application.path())).Store({{PathOf(4), PathOf(2), PathOf(5)}, 0});
+  model->RestoreQueue(messages.Shower());
+  EXPECT_EQ(link.TakeRequests().back(), R"({"do":"move","entries":[2,3],"before":0})");
+  EXPECT_EQ(Queue(), (Songs{2, 5}));
 }
 
 TEST_F(ModelOfOwnPlayer, TheQueueIsStoredSomeTimeAfterAChange) {
@@ -542,6 +769,39 @@ TEST_F(ModelOfWinamp, PlayFromHereAndAddToQueueAppend) {
   EXPECT_EQ(model->SongsOfQueue(), (Songs{4, 1, 2, 5}));
 }
 
+TEST_F(ModelOfWinamp, InRandomOrderItsListIsNotReplacedByAddToQueue) {
+  HandOver({1, 2, 3});
+  link.answers["1024 0 250"] = 1;
+  PlaysAt(2, 0);
+  link.logs_queries = false;
+  link.Take();
+  HandOver({5}, {.to = HandOverTo::kAtEnd, .origin = {}});
+  EXPECT_EQ(std::ranges::count(link.Take(), "1024 0 101"), 0);
+  link.answers["1024 0 250"] = 0;
+  PlaysAt(4, 0);
+  HandOver({5}, {.to = HandOverTo::kAtEnd, .origin = {}});
+  EXPECT_EQ(std::ranges::count(link.Take(), "1024 0 101"), 1);
+}
+
+TEST_F(ModelOfWinamp, ASongAtThePlaceOfTheFormerOneIsCountedAnew) {
+  const auto hear = [this](int steps) {
+    for (int k = 0; k < steps; ++k) {
+      now += 1s;
+      link.answers["1024 0 105"] += 1000;
+      model->Update();
+    }
+  };
+  HandOver({1});
+  PlaysAt(0);
+  hear(100);
+  HandOver({2});
+  PlaysAt(0);
+  hear(100);
+  EXPECT_EQ(model->CountOf(2).count, 0);
+  hear(8);
+  EXPECT_EQ(model->CountOf(2).count, 1);
+}
+
 TEST_F(ModelOfWinamp, InRandomOrderTheQueueIsUnknown) {
   HandOver({1, 2, 3});
   link.answers["1024 0 250"] = 1;
@@ -594,7 +854,7 @@ TEST_F(ModelOfWinamp, WhatItCannotDoIsSaid) {
 }
 
 TEST_F(ModelOfWinamp, AWinampOfTheUserIsNotTakenForTallows) {
-  model->LookForPlayer();
+  ASSERT_TRUE(player.FindWinamp());
   model->Update();
   EXPECT_TRUE(model->Now().is_running);
   EXPECT_FALSE(model->HasPlayer());

@@ -21,8 +21,8 @@ class VolumeOfLastTime {
   /// \param preferences have to outlive this object
   explicit VolumeOfLastTime(PlayingPreferences& preferences) : preferences_(preferences) {}
 
-  /// The player is opened: the volume and balance of last time, if the user wants them; else
-  /// kFirstVolume and kFirstBalance.
+  /// A player is opened, or what the next one gets is to be shown: the volume and balance of last
+  /// time, if the user wants them; else kFirstVolume and kFirstBalance.
   void Begin();
   /// 0 to 255.
   std::int32_t Volume() const noexcept { return volume_; }

@@ -5,6 +5,7 @@
 
 #include <QTimer>
 
+#include "app/playing/flag_guard.h"
 #include "app/search/drive_searches.h"
 #include "app/tallow.h"
 #include "player/player_messages.h"
@@ -107,14 +108,18 @@ void FramePlayer::ShowStatus(const std::string& text) { messages_.ShowStatus(tex
 void FramePlayer::EnableFrame(bool enabled) { busy_.EnableFrame(enabled); }
 
 void FramePlayer::PlayOnPanel() {
-  is_handing_over_ = true;
-  if (panel_.Panel() == nullptr && preferences_.ShowsBar()) {
-    PlayWithoutPanel();
-  } else {
-    if (panel_.Panel() == nullptr) OpenPanel();
-    panel_.Play();
+  {
+    const FlagGuard handing_over(is_handing_over_);
+    if (panel_.Panel() == nullptr && preferences_.ShowsBar()) {
+      PlayWithoutPanel();
+    } else {
+      if (panel_.Panel() == nullptr) {
+        model_.CloseFormerPlayer();
+        OpenPanel();
+      }
+      panel_.Play();
+    }
   }
-  is_handing_over_ = false;
   timer_->start();
 }
 
@@ -127,7 +132,10 @@ void FramePlayer::PlayWithoutPanel() {
 }
 
 void FramePlayer::ShowPanel() {
-  if (panel_.Panel() == nullptr) OpenPanel();
+  if (panel_.Panel() == nullptr) {
+    model_.CloseFormerPlayer();
+    OpenPanel();
+  }
   panel_.ShowPlayer();
   timer_->start();
 }
@@ -148,9 +156,11 @@ void FramePlayer::PanelCloses() {
 
 void FramePlayer::Update() {
   model_.Update();
-  if (const std::vector<std::string> problems = tallow_.TakeProblems(); !problems.empty())
-    messages_.AddNotice(problems);
-  if (!model_.Now().is_running && !preferences_.ShowsBar()) timer_->stop();
+  std::vector<std::string> lines = model_.TakeNotices();
+  for (std::string& problem : tallow_.TakeProblems()) lines.push_back(std::move(problem));
+  if (!lines.empty()) messages_.AddNotice(std::move(lines));
+  // A player that is late with its answer is still followed.
+  if (!player_.IsRunning() && !preferences_.ShowsBar()) timer_->stop();
 }
 
 void FramePlayer::FollowPreferences() {
@@ -159,14 +169,20 @@ void FramePlayer::FollowPreferences() {
 
 void FramePlayer::RestoreQueue() {
   FollowPreferences();
-  // A message box at every start would be in the way.
+  // The preferences were loaded after the model was made.
+  model_.ShowVolumeOfLastTime();
+  // A message box would interrupt each start.
   const ShowMessage show = [this](const Message& message) {
     messages_.AddNotice({message.text});
     return MessageAnswer::kOk;
   };
   PlayerWork work([this](std::string_view text) { return BeginWork(text); });
-  model_.RestoreQueue(show, work.Starting());
-  if (model_.Now().is_running) timer_->start();
+  HandOverProgress progress;
+  model_.RestoreQueue(show, work.Starting(), [&](std::size_t done, std::size_t songs) {
+    if (!progress) progress = work.BeginHandingOver();
+    return !progress || progress(done, songs);
+  });
+  if (player_.IsRunning()) timer_->start();
 }
 
 void FramePlayer::End() {

@@ -67,10 +67,10 @@ class FramePlayer : public QObject, private FrameWindows<PlayWindows> {
   void ShowPanel();
   /// The preferences have changed.
   void FollowPreferences();
-  /// The start has ended: restores the queue of the last run, if the user wants that.
+  /// The start has ended: shows the volume of the player, takes over a player that runs already, or
+  /// restores the queue of the last run, if the user wants that.
   void RestoreQueue();
-  /// The program ends: stores the queue, and closes the player if the panel is open or the player
-  /// bar is on.
+  /// The program ends: stores the queue, and closes the player that Tallow plays with.
   void End();
 
  private:

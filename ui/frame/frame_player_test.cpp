@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <memory>
 
+#include <QAbstractSlider>
 #include <QLabel>
 #include <QPointer>
 #include <QScrollBar>
@@ -13,6 +14,7 @@
 #include <QTimer>
 #include <QToolBar>
 
+#include "app/data_paths.h"
 #include "tests/frame_fixture.h"
 #include "tests/stand_in_tallow_player.h"
 #include "ui/player/frm_main_winamp.h"
@@ -245,7 +247,7 @@ TEST_F(FrameWithOwnPlayer, CommandsOfTheQueueGoToThePlayer) {
   EXPECT_EQ(messages.Take(), Texts{});
 }
 
-TEST_F(FrameWithOwnPlayer, TheQueueOutlastsTheProgram) {
+TEST_F(FrameWithOwnPlayer, TheQueueIsKeptAfterTheProgramEnds) {
   Player().Play({1, 2, 3});
   link.PlayNextEntry();
   link.position = 5000;
@@ -267,6 +269,77 @@ TEST_F(FrameWithOwnPlayer, ThePlayerThatTheUserClosedHasNoQueueToRestore) {
   MakeFrame();
   Player().RestoreQueue();
   EXPECT_FALSE(link.is_there);
+}
+
+TEST_F(FrameWithOwnPlayer, ThePlayerOfAKilledTallowIsClosedAtTheNextEnd) {
+  Player().Play({1, 2, 3});
+  Player().Model().StoreQueue();
+  link.volume = 30;
+  MakeFrame();
+  Player().RestoreQueue();
+  EXPECT_EQ(Player().Model().Now().song, 1);
+  EXPECT_EQ(Player().Model().SongsOfQueue(), (Songs{2, 3}));
+  EXPECT_EQ(Player().Model().Volume(), 30);
+  EXPECT_TRUE(Player().findChild<QTimer*>(QStringLiteral("tmrPlayer"))->isActive());
+  EXPECT_TRUE(frame->close());
+  EXPECT_FALSE(link.is_there);
+}
+
+TEST_F(FrameWithOwnPlayer, ALateAnswerDoesNotEndFollowing) {
+  PlayingPreferences(tallow.preferences).SetShowsBar(false);
+  Player().Play({1, 2});
+  Player().Model().Update();
+  link.answers = false;
+  QTest::qWait(400);
+  EXPECT_EQ(Player().Model().Now().song, 1);
+  link.PlayNextEntry();
+  link.answers = true;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Player().Model().Now().song == 2; }));
+}
+
+TEST_F(FrameWithOwnPlayer, TheStatusBarSaysWhatHappensToThePlayer) {
+  const auto status = [&] { return frame->statusBar()->currentMessage(); };
+  Player().Play({1});
+  link.status = kStopped;
+  link.Fail(link.list[0].number, "It is no music.");
+  EXPECT_TRUE(
+      QTest::qWaitFor([&] { return status() == "a.mp3 cannot be played: It is no music."; }));
+  Player().Play({1, 2});
+  link.End();
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    return status().startsWith("The player has ended. Play starts it again.");
+  })) << status().toStdString();
+}
+
+TEST_F(FrameWithOwnPlayer, ThePanelOfAnotherKindOfPlayerClosesTheFirst) {
+  Player().Play({1, 2});
+  tallow.player_path = "C:\\Winamp\\winamp.exe";
+  Player().ShowPanel();
+  EXPECT_TRUE(link.is_there);
+  EXPECT_TRUE(link.list.empty());
+}
+
+TEST_F(FrameWithOwnPlayer, TheVolumeOfLastTimeIsShownWhenTheStartHasEnded) {
+  const std::string path = PreferencesPath(application.path());
+  CreateFolders(SystemFolder(application.path()));
+  Preferences stored;
+  stored.Load(path);
+  stored.SetStyle(Style::kModern);
+  PlayingPreferences(stored).SetVolume(30);
+  PlayingPreferences(stored).SetBalance(-20);
+  tallow.preferences.SetStyle(Style::kClassic);
+  MakeFrame();
+  EXPECT_EQ(Player().Model().Volume(), 128);
+  // As the start does, after the frame was made.
+  tallow.preferences.Load(path);
+  Player().RestoreQueue();
+  EXPECT_EQ(Player().Model().Volume(), 30);
+  EXPECT_EQ(frame->findChild<QAbstractSlider*>(QStringLiteral("sldVolume"))->value(), 30);
+  Player().Model().SetVolume(40);
+  Player().End();
+  frame.reset();
+  EXPECT_EQ(PlayingPreferences(tallow.preferences).Volume(), 40);
+  EXPECT_EQ(PlayingPreferences(tallow.preferences).Balance(), -20);
 }
 
 TEST_F(FrameWithOwnPlayer, APlayerThatCannotStartAtTheBeginningShowsNoMessageBox) {

@@ -177,7 +177,8 @@ void frmMainWinamp::Playstuff() {
 void frmMainWinamp::PlayingChanged(const Playing& before, const Playing& now) {
   // The details of a song may be read after it has begun.
   const bool is_shown = before.song == now.song && !lblSong->text().isEmpty();
-  if (is_shown && before.position == now.position) return;
+  if (is_shown && before.position == now.position && before.texts_revision == now.texts_revision)
+    return;
   lblSong->ShowText(now.song == 0 ? QString() : DisplayText(model_.TextOf(now.song)));
 }
 

@@ -115,11 +115,16 @@ void QueueModel::Drop(const QMimeData& data, int to) {
 }
 
 void QueueModel::PlayingChanged(const Playing& before, const Playing& now) {
-  if (before.queue_revision != now.queue_revision) Follow();
-  if (before.failures_revision != now.failures_revision) UpdateFailures();
+  if (before.queue_generation != now.queue_generation)
+    Refill();
+  else if (before.queue_revision != now.queue_revision)
+    Follow();
+  if (before.failures_revision != now.failures_revision ||
+      before.texts_revision != now.texts_revision)
+    UpdateKnown();
   if (before.queue_revision != now.queue_revision || before.kind != now.kind ||
       before.is_running != now.is_running || before.shuffle != now.shuffle ||
-      before.repeat != now.repeat || before.song != now.song)
+      before.status != now.status || before.repeat != now.repeat || before.song != now.song)
     emit Changed();
 }
 
@@ -166,7 +171,7 @@ void QueueModel::Refill() {
 
 void QueueModel::Remember(int row) const { data(index(row, 0), Qt::DisplayRole); }
 
-void QueueModel::UpdateFailures() {
+void QueueModel::UpdateKnown() {
   // Cell by cell, because a view repaints everything for a range of cells.
   for (const auto& known : std::map<int, std::uint64_t>(known_))
     if (known.first < rows_) emit dataChanged(index(known.first, 0), index(known.first, 0));

@@ -90,7 +90,8 @@ class QueueModel : public QAbstractTableModel, private PlayerListener {
   /// The entry that a row has by now; 0 for none.
   std::uint64_t EntryNowAt(int row) const;
   bool IsShiftedBy(int removed) const;
-  void UpdateFailures();
+  /// The texts or failures of remembered rows may have changed.
+  void UpdateKnown();
   void MoveEntries(const std::vector<std::uint64_t>& entries, int to);
 
   PlayerModel& player_;

@@ -69,6 +69,8 @@ QString QueuePane::EmptyText() const {
   const Playing& now = player_.Now();
   if (now.is_running && now.kind == PlayerKind::kWinamp && now.shuffle)
     return tr("Winamp plays in random order, and does not say which songs are to come.");
+  if (now.is_running && now.status != kStopped && now.song == 0)
+    return tr("The songs of the player are not known.");
   if (now.song != 0 && now.repeat == RepeatMode::kAll)
     return tr("This is the last song. After it the list begins again.");
   return tr(

@@ -133,6 +133,31 @@ TEST_F(Queue, ListsTitlesAndCountsTheSongs) {
   EXPECT_EQ(RowsOf(View()), QStringList{"Unknown song"});
 }
 
+TEST_F(Queue, AQueueThatIsNotKnownSaysSo) {
+  Show(0);
+  model.Change([](Playing& now) {
+    now.is_running = true;
+    now.kind = PlayerKind::kTallowPlayer;
+    now.status = kPlaying;
+  });
+  EXPECT_EQ(Text("lblQueueEmpty"), "The songs of the player are not known.");
+  model.Play(1, 200);
+  EXPECT_TRUE(Text("lblQueueEmpty").startsWith("No songs are to come."));
+}
+
+TEST_F(Queue, AnotherListWithTheSameNumbersIsShown) {
+  Show(3);
+  model.queue = {{101, 3}, {102, 2}, {103, 1}};
+  model.Change([](Playing& now) {
+    ++now.queue_revision;
+    ++now.queue_generation;
+  });
+  // No row of the former list is remembered.
+  EXPECT_EQ(Model().KnownAt(0), 0U);
+  EXPECT_EQ(RowsOf(View()),
+            (QStringList{"Title 3 - Artist", "Title 2 - Artist", "Title 1 - Artist"}));
+}
+
 TEST_F(Queue, AnEmptyQueueSaysHowSongsGetIntoIt) {
   Show(0);
   EXPECT_TRUE(Label("lblQueueEmpty").isVisible());

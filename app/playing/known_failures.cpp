@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/playing/play_failures.h"
+#include "app/playing/known_failures.h"
 
 namespace tallow {
 namespace {
@@ -21,13 +21,15 @@ std::string ReasonIn(const std::unordered_map<Key, std::string>& reasons, const 
 
 }  // namespace
 
-void PlayFailures::Set(std::uint64_t entry, const std::string& path, const std::string& reason) {
+void KnownFailures::Set(std::uint64_t entry, const std::string& path, const std::string& reason) {
   SetIn(by_entry_, entry, reason);
   if (!path.empty()) SetIn(by_path_, path, reason);
 }
 
-std::string PlayFailures::OfPath(const std::string& path) const { return ReasonIn(by_path_, path); }
+std::string KnownFailures::OfPath(const std::string& path) const {
+  return ReasonIn(by_path_, path);
+}
 
-std::string PlayFailures::OfEntry(std::uint64_t entry) const { return ReasonIn(by_entry_, entry); }
+std::string KnownFailures::OfEntry(std::uint64_t entry) const { return ReasonIn(by_entry_, entry); }
 
 }  // namespace tallow

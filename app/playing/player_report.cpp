@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/playing/player_state.h"
+#include "app/playing/player_report.h"
 
 #include <algorithm>
 #include <utility>
@@ -7,7 +7,7 @@
 namespace tallow {
 namespace {
 
-PlayerState StateOf(TallowPlayerState&& answer) {
+PlayerReport StateOf(TallowPlayerState&& answer) {
   return {.status = answer.status,
           .position = answer.position,
           .length = answer.length,
@@ -21,11 +21,11 @@ PlayerState StateOf(TallowPlayerState&& answer) {
           .failures = std::move(answer.failures)};
 }
 
-PlayerState AskWinamp(PlayerLink& link, PlayerHandle player) {
+PlayerReport AskWinamp(PlayerLink& link, PlayerHandle player) {
   const auto ask = [&](std::int64_t w_param, PlayerRequest request) {
     return link.Send(player, kWmUser, w_param, request);
   };
-  PlayerState state;
+  PlayerReport state;
   const std::int64_t status = ask(0, kStatus);
   if (status == kPlaying || status == kPaused) state.status = static_cast<PlayerStatus>(status);
   state.position = std::max<std::int64_t>(ask(kAskPosition, kTrackTime), -1);
@@ -44,7 +44,7 @@ PlayerState AskWinamp(PlayerLink& link, PlayerHandle player) {
 
 }  // namespace
 
-std::optional<PlayerState> AskState(WinAMP_Control& player, std::uint64_t failures_after) {
+std::optional<PlayerReport> AskState(WinAMP_Control& player, std::uint64_t failures_after) {
   if (!player.IsRunning()) return std::nullopt;
   if (player.Kind() == PlayerKind::kWinamp) return AskWinamp(player.Link(), player.Window());
   auto answer = player.OwnPlayer().State(failures_after);

@@ -8,7 +8,7 @@
 namespace tallow {
 
 /// Why songs could not be played when they were last tried in this run.
-class PlayFailures {
+class KnownFailures {
  public:
   /// \param entry  of the player's list
   /// \param path   of the song; empty when the song is unknown

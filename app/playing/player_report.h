@@ -11,7 +11,7 @@
 namespace tallow {
 
 /// What a player of either kind answers about itself. Times are in ms; -1 when unknown.
-struct PlayerState {
+struct PlayerReport {
   PlayerStatus status = kStopped;
   std::int64_t position = -1;
   std::int64_t length = -1;
@@ -32,6 +32,6 @@ struct PlayerState {
 ///
 /// \param failures_after see TallowPlayer::State
 /// \returns no value when the player does not run or does not answer
-std::optional<PlayerState> AskState(WinAMP_Control& player, std::uint64_t failures_after);
+std::optional<PlayerReport> AskState(WinAMP_Control& player, std::uint64_t failures_after);
 
 }  // namespace tallow
