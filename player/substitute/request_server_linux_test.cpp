@@ -16,7 +16,6 @@
 #include "player/substitute/event_loop_linux.h"
 #include "player/substitute/request_server.h"
 #include "tests/real_player_linux.h"
-#include "tests/recorded_engine.h"
 #include "tests/resident_memory_linux.h"
 #include "tests/sound_linux.h"
 

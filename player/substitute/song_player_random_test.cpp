@@ -8,7 +8,6 @@
 
 #include "player/substitute/event_loop.h"
 #include "player/substitute/song_player.h"
-#include "tests/recorded_engine.h"
 #include "tests/simulated_engine.h"
 
 namespace tallow {

@@ -25,7 +25,6 @@
 #include "ui/frame/jukebox_area.h"
 #include "ui/frame/playing_lists.h"
 #include "ui/frame/status_bar.h"
-#include "ui/jukebox/explorer/explorer_edits.h"
 #include "ui/jukebox/explorer_drag.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/jukebox/pv_explorer.h"
@@ -366,12 +365,14 @@ TEST_F(FrameQueueTest, SongsOfAListCanBeDroppedOnTheQueue) {
     QApplication::sendEvent(&target, &event);
     return event.isAccepted();
   };
-  ExplorerEdits& source = *window.findChild<ExplorerEdits*>();
-  EXPECT_TRUE(drop(ExplorerDrag(source, all, true, {0, 2})));
+  PVExplorer& explorer = window.PVExplorer1();
+  explorer.Select(all);
+  explorer.findChild<SongListView*>()->SelectRows(std::vector<int>{0, 2});
+  EXPECT_TRUE(drop(*explorer.SongsToDrag()));
   EXPECT_TRUE(QTest::qWaitFor([&] { return !dropped.empty(); }));
   EXPECT_EQ(dropped, "1 3 of " + std::to_string(all.Key()));
   // Folders, and files of other programs, are refused.
-  EXPECT_FALSE(drop(ExplorerDrag(source, all, false, {})));
+  EXPECT_FALSE(drop(*explorer.FolderToDrag()));
   QMimeData files;
   files.setData(QStringLiteral("text/uri-list"), "file:///a.mp3\r\n");
   EXPECT_FALSE(drop(files));
