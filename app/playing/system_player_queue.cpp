@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The queue of SystemPlayerModel: what is to come, handing songs over, storing and restoring them.
-#include <algorithm>
 #include <utility>
 
 #include "app/playing/flag_guard.h"
