@@ -31,8 +31,8 @@ bool IsOwnProgram(const std::string& program) {
   return EqualsIgnoringCase(std::string_view(program).substr(folder.size()), "tallow-player.exe");
 }
 
-/// How long to wait for a Winamp's answer to a query, in ms. The status is queried all the time, and
-/// a Winamp that hangs must not block the program.
+/// How long to wait for a Winamp's answer to a query, in ms. The status is queried all the time,
+/// and a Winamp that hangs must not block the program.
 constexpr UINT kQueryTimeout = 500;
 /// The same for the length, which a Winamp may have to read from a slow disk.
 constexpr UINT kLengthTimeout = 2000;

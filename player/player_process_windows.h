@@ -20,8 +20,8 @@ class PlayerProcess {
   /// Whether the process that was started last runs, and StopListening was not called since.
   bool IsStarting() const noexcept { return errors_ && process_ && !HasEnded(); }
 
-  /// Reads what the process has written to standard error. Call this while it starts: it blocks when
-  /// it has written some KB that nobody has read.
+  /// Reads what the process has written to standard error. Call this while it starts: it blocks
+  /// when it has written some KB that nobody has read.
   void Read();
 
   /// The last line that the process has written to standard error; empty for none. What it writes

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// std::thread::detach is not safe with winpthreads, the thread library of mingw-w64: when the thread
-// ends at that moment, its record is released twice. Two later threads then share one record, and
-// run each other's work. So these threads are started by the C runtime.
+// std::thread::detach is not safe with winpthreads, the thread library of mingw-w64: when the
+// thread ends at that moment, its record is released twice. Two later threads then share one
+// record, and run each other's work. So these threads are started by the C runtime.
 #include <cstdint>
 #include <memory>
 #include <process.h>

@@ -41,8 +41,8 @@ struct Playing {
   RepeatMode repeat = RepeatMode::kOff;  ///< kOne only with Tallow's own player
   /// Changes when the queue has changed, see PlayerModel::QueueLength.
   std::uint64_t queue_revision = 0;
-  /// Changes when another list has replaced that of the player, so that an entry may have the number
-  /// of another one.
+  /// Changes when another list has replaced that of the player, so that an entry may have the
+  /// number of another one.
   std::uint64_t queue_generation = 0;
   /// Changes when PlayerModel::TextOf may return other texts than before.
   std::uint64_t texts_revision = 0;

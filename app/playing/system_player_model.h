@@ -116,9 +116,9 @@ class SystemPlayerModel : public PlayerModel {
   void DropStoredQueue();
   /// Stores the queue for the next start, if the user wants that.
   void StoreQueue();
-  /// With Tallow's own player: takes over the one that a Tallow that was killed has left behind with
-  /// a list. If there is none, starts it with the queue of the last run, paused where it was, if the
-  /// user wants that.
+  /// With Tallow's own player: takes over the one that a Tallow that was killed has left behind
+  /// with a list. If there is none, starts it with the queue of the last run, paused where it was,
+  /// if the user wants that.
   ///
   /// \param show     is called when the player cannot be started
   /// \param starting see ReachPlayer

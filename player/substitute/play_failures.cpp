@@ -44,7 +44,8 @@ std::optional<FileStatus> FailureReasons::LookFor(const std::string& path) {
   };
   // Many files on a slow disk cause neither many threads nor many waits.
   if (answer_.valid() && !has_answered(std::chrono::milliseconds(0))) return std::nullopt;
-  // A disk that does not respond must not block the player, so a detached thread looks for the file.
+  // A disk that does not respond must not block the player, so a detached thread looks for the
+  // file.
   auto found = std::make_shared<std::promise<FileStatus>>();
   answer_ = found->get_future();
   if (!StartDetachedThread([found, path] { found->set_value(CheckFile(path)); })) {

@@ -92,10 +92,10 @@ enum class PlayerState {
 /// | any              | events were lost                     | kStopped  | EndTrack               |
 ///
 /// HasNext means here that a track follows without a command: the next one, or the same again if it
-/// is repeated. "Previous went to it" holds until the track plays, and there must be a previous one.
-/// After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends,
-/// and the track does not count as failed. Loading leads to kStopped when the command queue of the
-/// engine is full.
+/// is repeated. "Previous went to it" holds until the track plays, and there must be a previous
+/// one. After StopAfterCurrent ("stop-after"), HasNext counts as false when a track ends, and the
+/// track does not count as failed. Loading leads to kStopped when the command queue of the engine
+/// is full.
 class SongPlayer : private PlaybackListener {
  public:
   /// \param engine must outlive this object, which becomes its listener

@@ -12,8 +12,8 @@
 namespace tallow {
 namespace {
 
-/// How often window events are processed, in ms. An event then waits less than 50 ms, if one step of
-/// the work takes less than 30.
+/// How often window events are processed, in ms. An event then waits less than 50 ms, if one step
+/// of the work takes less than 30.
 constexpr qint64 kEventInterval = 20;
 
 /// Work that takes longer than this gets a progress window, in ms.

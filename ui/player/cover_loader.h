@@ -18,9 +18,9 @@ namespace tallow {
 ///          pixels
 QImage DecodeCover(const std::string& bytes, int size);
 
-/// Reads and decodes covers on a thread of its own. Where the picture of the tags cannot be decoded,
-/// that of the folder is shown. Only the newest request counts; the work for
-/// the one before is stopped.
+/// Reads and decodes covers on a thread of its own. Where the picture of the tags cannot be
+/// decoded, that of the folder is shown. Only the newest request counts; the work for the one
+/// before is stopped.
 class CoverLoader : public QObject {
   Q_OBJECT
 
