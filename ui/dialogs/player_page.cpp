@@ -64,6 +64,9 @@ PlayerPage::PlayerPage(PreferencesContext context, QWidget* parent)
   ShowAll();
 }
 
+// The field loses the focus, and ends its editing, while QWidget is destroyed.
+PlayerPage::~PlayerPage() { program_->disconnect(this); }
+
 void PlayerPage::AddPlayer(QVBoxLayout& layout) {
   auto* const form = new QFormLayout;
   // A label above its field where both do not fit.

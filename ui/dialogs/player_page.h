@@ -26,6 +26,9 @@ class PlayerPage : public QWidget {
 
  public:
   explicit PlayerPage(PreferencesContext context, QWidget* parent = nullptr);
+  PlayerPage(const PlayerPage&) = delete;
+  PlayerPage& operator=(const PlayerPage&) = delete;
+  ~PlayerPage() override;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
