@@ -27,7 +27,8 @@ ffmpeg=(
   --disable-everything --disable-autodetect --disable-programs --disable-doc --disable-network
   --disable-avdevice --disable-debug --enable-gpl --enable-version3 --enable-w32threads
   --enable-protocol=file
-  --enable-decoder='mp1*,mp2*,mp3*,flac,vorbis,opus,aac*,alac,wmav1,wmav2,pcm_*,ape,wavpack,mpc7,mpc8'
+  --enable-decoder='mp1*,mp2*,mp3*,flac,vorbis,opus,speex,aac*,alac,pcm_*,ape,wavpack,mpc7,mpc8'
+  --enable-decoder=wmav1,wmav2,wmapro,wmalossless,wmavoice,adpcm_ms,adpcm_ima_wav,adpcm_ima_qt
   --enable-demuxer=mp3,flac,ogg,mov,wav,w64,aiff,asf,aac,ape,wv,mpc,mpc8
   --enable-parser=mpegaudio,flac,vorbis,opus,aac
   --enable-filter=abuffer,abuffersink,aformat,anull,arealtime,aresample,atempo,format,null,pan
