@@ -74,7 +74,7 @@ void OfferFrame(BestPicture& best, const TagLib::ByteVector& frame, bool is_pic)
   if (at >= frame.size()) return;
   // A link to a picture in the network.
   if (frame.mid(1, 3) == "-->") return;
-  const int type = static_cast<unsigned char>(frame[at]);
+  const int type = static_cast<unsigned char>(frame[static_cast<int>(at)]);
   ++at;
   const bool is_wide = encoding == kUtf16 || encoding == kUtf16BigEndian;
   const TagLib::ByteVector nul(is_wide ? 2U : 1U, '\0');
