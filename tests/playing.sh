@@ -31,6 +31,8 @@ start_window_manager
 turn_tips_off
 # shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
+# shellcheck source=tests/playing_steps.sh
+. "$here/playing_steps.sh"
 
 # Six songs of a minute; the fourth is damaged.
 sox -q -n -r 44100 -c 2 -b 16 "$folder/sound.wav" synth 60 sine 330 gain -12
@@ -54,11 +56,6 @@ player_socket() { find "$XDG_RUNTIME_DIR/tallow" -type s -name 'player-*' | grep
 ask() { "$here/ask_player.pl" "$(player_socket)" "$@"; }
 # The socket of a player that has ended remains, but accepts no connection.
 no_player() { ! ask 1024 0 104; }
-# state_has TEXT: whether the player's state has a member with a value, such as "place":2
-state_has() { ask '{"do":"state","failuresAfter":0}' | tr -d ' ' | grep -qF "$1"; }
-is_paused() { [ "$(ask 1024 0 104)" = 3 ]; }
-plays() { [ "$(ask 1024 0 104)" = 1 ]; }
-title_begins() { window_named "^$1.* - Tallow - "; }
 
 # The folder from its second song on.
 start
@@ -83,33 +80,7 @@ save_mix() {
 }
 save_mix
 
-# Space pauses and goes on.
-keys space
-until_true 10 "the pause" is_paused
-picture 3-paused
-keys space
-until_true 10 "the song again" plays
-
-# The queue shows what is to come.
-keys ctrl+shift+u
-sleep 1
-picture 4-queue
-until_true 5 "four songs to come" state_has '"upcoming":4'
-keys ctrl+shift+u
-
-# The next song; then the damaged one is passed over.
-keys ctrl+t
-until_true 10 "the third song" state_has '"place":2'
-until_true 10 "its title" title_begins Cedar
-keys ctrl+t
-until_true 20 "the song behind the damaged one" state_has '"place":4'
-until_true 10 "the reason" state_has '"reason":'
-sleep 1
-picture 5-damaged-song
-
-# Show Playing Song.
-keys Home ctrl+j
-picture 6-shown
+use_player_by_keys
 
 # A kill: the player goes on, and the next start plays with it.
 kill -9 "$tallow"

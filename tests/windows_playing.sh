@@ -25,6 +25,8 @@ trap 'end_processes; end_windows' EXIT
 start_window_manager
 # shellcheck source=tests/screen_user.sh
 . "$here/screen_user.sh"
+# shellcheck source=tests/playing_steps.sh
+. "$here/playing_steps.sh"
 
 # Wine cannot start in a folder outside its drives.
 mkdir -p "$WINEPREFIX/drive_c"
@@ -61,11 +63,6 @@ start() {
 # ask REQUEST: what the player answers to a message or to a request in JSON
 ask() { "$wine" 'C:\ask_player.exe' "$own" "$@" 2> /dev/null | tr -d '\r'; }
 no_player() { ! pgrep -f '[t]allow-player.exe' > /dev/null; }
-# state_has TEXT: whether the player's state has a member with a value, such as "place":2
-state_has() { ask '{"do":"state","failuresAfter":0}' | tr -d ' ' | grep -qF "$1"; }
-is_paused() { [ "$(ask 1024 0 104)" = 3 ]; }
-plays() { [ "$(ask 1024 0 104)" = 1 ]; }
-title_begins() { window_named "^$1.* - Tallow - "; }
 activate() {
   xdotool search --onlyvisible --name 'Tallow - ' windowactivate --sync > /dev/null 2>&1 || :
   sleep 0.3
@@ -85,34 +82,8 @@ until_true 20 "the title of the window" title_begins Береза
 sleep 1
 picture 2-playing
 
-# Space pauses and goes on.
 activate
-keys space
-until_true 10 "the pause" is_paused
-picture 3-paused
-keys space
-until_true 10 "the song again" plays
-
-# The queue shows what is to come.
-keys ctrl+shift+u
-sleep 1
-picture 4-queue
-until_true 5 "four songs to come" state_has '"upcoming":4'
-keys ctrl+shift+u
-
-# The next song; then the damaged one is passed over.
-keys ctrl+t
-until_true 10 "the third song" state_has '"place":2'
-until_true 10 "its title" title_begins Cedar
-keys ctrl+t
-until_true 20 "the song behind the damaged one" state_has '"place":4'
-until_true 10 "the reason" state_has '"reason":'
-sleep 1
-picture 5-damaged-song
-
-# Show Playing Song.
-keys Home ctrl+j
-picture 6-shown
+use_player_by_keys
 
 # The jukebox is saved, so that the next start opens it.
 keys ctrl+s
