@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <csignal>
 #include <cstdlib>
 #include <gtest/gtest.h>
 #include <sstream>
@@ -27,7 +28,11 @@ class RealPlayer : public testing::Test {
     setenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent", 1);
     UseOptions("--silent");
   }
-  ~RealPlayer() override { EndPlayer(); }
+  ~RealPlayer() override {
+    EndPlayer();
+    if (!HasFailure()) return;
+    for (const std::string& pid : Lines("pids")) kill(static_cast<pid_t>(std::stol(pid)), SIGKILL);
+  }
 
   /// Sets the options of the next player. The player logs every message.
   void UseOptions(const std::string& options) {

@@ -27,10 +27,13 @@ namespace {
 /// \param status set to the status of the file
 /// \throws FileError when the path cannot be checked, and when it is a dangling link
 bool IsThere(const std::string& path, struct stat& status) {
-  if (Retry([&] { return stat(path.c_str(), &status); }) == 0) return true;
-  if (errno != ENOENT) Fail(path, errno);
-  if (Retry([&] { return lstat(path.c_str(), &status); }) == 0)
-    throw FileError(path, "is a broken link");
+  for (bool again = false;; again = true) {
+    if (Retry([&] { return stat(path.c_str(), &status); }) == 0) return true;
+    if (errno != ENOENT) Fail(path, errno);
+    if (Retry([&] { return lstat(path.c_str(), &status); }) != 0) break;
+    // Something is there now: a dangling link, or a file that was created a moment ago.
+    if (again) throw FileError(path, "is a broken link");
+  }
   if (errno != ENOENT) Fail(path, errno);
   return false;
 }

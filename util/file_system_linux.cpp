@@ -320,15 +320,30 @@ bool RemoveFile(const std::string& path) noexcept {
   return Retry([&] { return unlink(path.c_str()); }) == 0 || errno == ENOENT || errno == ENOTDIR;
 }
 
-std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t max_bytes) {
-  const OpenFile file(
-      Retry([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); }));
-  if (!file) {
+namespace {
+
+/// Opens a file for reading.
+///
+/// \returns below 0 when there is no file
+/// \throws FileError when the file cannot be opened, and when the path is a dangling link
+int OpenForReading(const std::string& path) {
+  for (bool again = false;; again = true) {
+    const int descriptor =
+        Retry([&] { return open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY); });
+    if (descriptor >= 0) return descriptor;
     const int error = errno;
     if (error != ENOENT && error != ENOTDIR) throw FileError(path, std::strerror(error));
-    if (IsGone(path)) return std::nullopt;
-    throw FileError(path, "is a broken link");
+    if (IsGone(path)) return descriptor;
+    // Something is there now: a dangling link, or a file that was created a moment ago.
+    if (again) throw FileError(path, "is a broken link");
   }
+}
+
+}  // namespace
+
+std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t max_bytes) {
+  const OpenFile file(OpenForReading(path));
+  if (!file) return std::nullopt;
   struct stat status {};
   if (Retry([&] { return fstat(file.descriptor(), &status); }) != 0)
     throw FileError(path, std::strerror(errno));

@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <gtest/gtest.h>
+#include <thread>
 
 #include "tests/temp_folder.h"
 #include "util/errors.h"
@@ -127,6 +129,23 @@ TEST(FileSystem, NonLatinNamesAndLongPathsWork) {
   const FolderListing listing = ListFolder(folder / inside, {.pattern = "*.mp3"});
   ASSERT_EQ(listing.files.size(), 1U);
   EXPECT_EQ(listing.files[0].name, "\xD0\xB6.mp3");
+}
+
+TEST(FileSystem, AFileCreatedWhileItIsReadIsNoBrokenLink) {
+  const TempFolder folder;
+  constexpr int kFiles = 3000;
+  const auto name = [&](int number) { return folder / std::to_string(number); };
+  std::thread writer([&] {
+    for (int number = 0; number < kFiles; ++number) std::ofstream(name(number)) << "";
+  });
+  for (int number = 0; number < kFiles; ++number) {
+    try {
+      while (!ReadWholeFile(name(number))) std::this_thread::yield();
+    } catch (const FileError& error) {
+      ADD_FAILURE() << error.path() << " " << error.reason();
+    }
+  }
+  writer.join();
 }
 
 #ifndef _WIN32

@@ -249,14 +249,29 @@ bool RemoveFile(const std::string& path) noexcept {
   return DeleteFileW(ToWidePath(path).c_str()) || IsMissing(GetLastError());
 }
 
-std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t max_bytes) {
-  const OpenHandle file(OpenForReading(ToWidePath(path)));
-  if (!file) {
+namespace {
+
+/// Opens a file for reading.
+///
+/// \returns INVALID_HANDLE_VALUE when there is no file
+/// \throws FileError when the file cannot be opened, and when the path is a dangling link
+HANDLE OpenIfThere(const std::string& path) {
+  for (bool again = false;; again = true) {
+    const HANDLE file = OpenForReading(ToWidePath(path));
+    if (file != INVALID_HANDLE_VALUE) return file;
     const DWORD error = GetLastError();
     if (!IsNotThere(error)) throw FileError(path, SystemErrorText(error));
-    if (IsGone(path)) return std::nullopt;
-    throw FileError(path, "is a broken link");
+    if (IsGone(path)) return file;
+    // Something is there now: a dangling link, or a file that was created a moment ago.
+    if (again) throw FileError(path, "is a broken link");
   }
+}
+
+}  // namespace
+
+std::optional<std::string> ReadWholeFile(const std::string& path, std::uint64_t max_bytes) {
+  const OpenHandle file(OpenIfThere(path));
+  if (!file) return std::nullopt;
   if (GetFileType(file.get()) != FILE_TYPE_DISK) throw FileError(path, "is not a regular file");
   LARGE_INTEGER size{};
   if (!GetFileSizeEx(file.get(), &size)) throw FileError(path, SystemErrorText(GetLastError()));
