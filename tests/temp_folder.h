@@ -7,12 +7,34 @@
 #include <random>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "util/atomic_file.h"
 #include "util/file_system.h"
 #include "util/path_text.h"
 
 namespace tallow {
+
+/// Removes a folder with its content, as far as possible.
+///
+/// Not std::filesystem::remove_all, which on Windows (GCC 12) never returns if another thread
+/// removes one of the files at the same time.
+inline void RemoveTree(const std::filesystem::path& path) {
+  std::error_code error;
+  std::vector<std::filesystem::path> inside;
+  for (std::filesystem::directory_iterator at(path, error), end; !error && at != end;
+       at.increment(error))
+    inside.push_back(at->path());
+  for (const std::filesystem::path& entry : inside) {
+    std::error_code ignored;
+    const bool is_removed = std::filesystem::remove(entry, ignored);
+    if (!is_removed && std::filesystem::symlink_status(entry, ignored).type() ==
+                           std::filesystem::file_type::directory)
+      RemoveTree(entry);
+  }
+  std::filesystem::remove(path, error);
+}
 
 /// A temporary folder, deleted with its content at the end of the scope.
 class TempFolder {
@@ -28,10 +50,7 @@ class TempFolder {
   }
   TempFolder(const TempFolder&) = delete;
   TempFolder& operator=(const TempFolder&) = delete;
-  ~TempFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(std::filesystem::path(path_), ignored);
-  }
+  ~TempFolder() { RemoveTree(std::filesystem::path(path_)); }
 
   /// Ends in a separator.
   const std::string& path() const { return path_; }
