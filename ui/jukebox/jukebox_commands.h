@@ -41,7 +41,7 @@ class JukeboxCommands : public QObject {
 
   /// Plays a song because the user opened it: with the switch plays_on the list from there on, else
   /// only the song.
-  /// \param row index of the song in the folder on show, from 0
+  /// \param row index of the song in the folder of the list, from 0
   void OpenSong(int row);
 
  signals:
@@ -59,6 +59,8 @@ class JukeboxCommands : public QObject {
   void Play(const Folder& folder, const std::vector<std::int32_t>& songs, const QString& if_none);
   void PlayFrom(const Folder& folder, int row);
   SongsOrigin OriginOf(const Folder& folder) const;
+  bool RefusesForHits(ListCommand command);
+  void ShowInFolder(int row);
   void RankSelectedSongs(int item);
   void DeleteFolder(Folder& node);
   void AddAlbum();

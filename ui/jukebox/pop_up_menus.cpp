@@ -92,6 +92,7 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
   builder.Add(Tr("Play From Here"), kPlayFromHere);
   builder.Add(Tr("Play Next"), kPlayNext);
   builder.Add(Tr("Add To Queue"), kAddToQueue);
+  builder.Add(Tr("Show In Folder"), kShowInFolder);
   builder.Menu()->setToolTipsVisible(true);
   return builder.Menu();
 }
@@ -104,6 +105,16 @@ void EnableListItems(QMenu& list_menu, const PlayerModel* player) {
     action->setEnabled(reason.empty());
     action->setToolTip(DisplayText(reason));
     action->setWhatsThis(DisplayText(reason));
+  }
+}
+
+void EnableItemsForHits(QMenu& list_menu, bool hits) {
+  using enum ListCommand;
+  for (QAction* const action : list_menu.actions()) {
+    const auto command = ListCommand(action->data().toInt());
+    if (command == kCutSongs || command == kPasteSongs || command == kDeleteSongs)
+      action->setEnabled(!hits);
+    if (command == kShowInFolder) action->setEnabled(hits);
   }
 }
 

@@ -44,6 +44,7 @@ enum class ListCommand : int {
   kPlayFromHere = 15,
   kPlayNext = 16,
   kAddToQueue = 17,
+  kShowInFolder = 19,
 };
 
 /// Returns the command of an item of the rank menu.
@@ -66,6 +67,11 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
 /// such an item says why.
 /// \param player null when there is none; no item is disabled then
 void EnableListItems(QMenu& list_menu, const PlayerModel* player);
+
+/// Disables the items of the list's pop-up menu that hits of a search do not offer, or that only
+/// they offer.
+/// \param hits whether the list shows the hits of a search
+void EnableItemsForHits(QMenu& list_menu, bool hits);
 
 /// Like MakeListMenu, for the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act);

@@ -46,7 +46,7 @@ void SongListModel::ShowMarks(const PlayerModel* player) {
 }
 
 void SongListModel::MarkChanged(std::int32_t song) {
-  const Folder* const shown = jukebox_.selectednode();
+  const Folder* const shown = jukebox_.ListFolder();
   if (shown == nullptr || song == 0) return;
   const std::vector<SongEntry>& entries = shown->Items();
   for (int row = 0; row < rows_; ++row) {
@@ -56,7 +56,7 @@ void SongListModel::MarkChanged(std::int32_t song) {
 }
 
 void SongListModel::FailuresChanged(int first, int last) {
-  const Folder* const shown = jukebox_.selectednode();
+  const Folder* const shown = jukebox_.ListFolder();
   if (shown == nullptr || player_ == nullptr) return;
   const std::vector<SongEntry>& entries = shown->Items();
   for (int row = std::max(first, 0); row <= std::min(last, rows_ - 1); ++row) {
@@ -87,7 +87,7 @@ SongMark SongListModel::MarkOf(std::int32_t song) const {
 
 void SongListModel::Refill() {
   beginResetModel();
-  const Folder* const shown = jukebox_.selectednode();
+  const Folder* const shown = jukebox_.ListFolder();
   places_.clear();
   has_hidden_ = false;
   rows_ = shown == nullptr ? 0 : static_cast<int>(shown->Items().size());
@@ -137,7 +137,7 @@ int SongListModel::columnCount(const QModelIndex& parent) const {
 
 QVariant SongListModel::data(const QModelIndex& index, int role) const {
   // The folder on show may hold fewer songs than last reported to the view.
-  const Folder* const shown = jukebox_.selectednode();
+  const Folder* const shown = jukebox_.ListFolder();
   const int place = index.isValid() ? PlaceOf(index.row()) : -1;
   if (shown == nullptr || place < 0 || static_cast<std::size_t>(place) >= shown->Items().size())
     return {};
