@@ -16,6 +16,7 @@ Tallow::Tallow(std::string application_folder_)
       details(SystemFolder(application_folder) + std::string(kDetailsFileName)),
       unsaved(SystemFolder(application_folder)),
       open_jukeboxes(SystemFolder(application_folder)) {
+  details.Use(library);
   library.UseDrives(SystemVolumes, {}, SystemWalkLimits());
 }
 
