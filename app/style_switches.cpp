@@ -49,6 +49,10 @@ constexpr StyleSwitch kStyleSwitches[] = {
      "A double click or Enter plays the songs of the folder from that one on, and Space pauses; "
      "without this, only the one song is played.",
      &Switches::plays_on},
+    {"findField", "Find songs &while you type",
+     "A field in the toolbar lists the songs of the library that have the typed words; without "
+     "this, only Ctrl+F finds songs.",
+     &Switches::find_field},
 };
 
 }  // namespace

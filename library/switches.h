@@ -37,6 +37,8 @@ struct Switches {
   /// A double click or Enter plays the folder from the song on, and Space pauses and resumes.
   /// Classic: the one song.
   bool plays_on = false;
+  /// A field of the toolbar finds songs while the user types. Classic: only the find dialog.
+  bool find_field = false;
 
   friend bool operator==(const Switches&, const Switches&) = default;
 };
@@ -53,6 +55,7 @@ inline constexpr Switches kModernStyle{.newer_tags = true,
                                        .new_subfolders = true,
                                        .fills_new_jukeboxes = true,
                                        .reopens_jukeboxes = true,
-                                       .plays_on = true};
+                                       .plays_on = true,
+                                       .find_field = true};
 
 }  // namespace tallow

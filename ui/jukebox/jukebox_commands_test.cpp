@@ -51,19 +51,34 @@ class Commands : public JukeboxWindowTest {
 };
 
 TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
-  EXPECT_EQ(ItemsOf(Menu("ListMenu")),
-            (QStringList{"Play All Songs in Folder 1", "Play Selected Songs 2", "-", "Cu&t 4",
-                         "&Copy 5", "&Paste 6", "&Delete 7", "&Rank >", "> Rank it - Best 8",
-                         ">  9", ">  10", ">  11", ">  12", "> .  .  .   to worst 13",
-                         "Change Background Picture . . . 14", "-", "Play From Here 15",
-                         "Play Next 16", "Add To Queue 17"}));
+  EXPECT_EQ(ItemsOf(Menu("ListMenu")), (QStringList{"Play All Songs in Folder 1",
+                                                    "Play Selected Songs 2",
+                                                    "-",
+                                                    "Cu&t 4",
+                                                    "&Copy 5",
+                                                    "&Paste 6",
+                                                    "&Delete 7",
+                                                    "&Rank >",
+                                                    "> Rank it - Best 8",
+                                                    ">  9",
+                                                    ">  10",
+                                                    ">  11",
+                                                    ">  12",
+                                                    "> .  .  .   to worst 13",
+                                                    "Change Background Picture . . . 14",
+                                                    "-",
+                                                    "Play From Here 15",
+                                                    "Play Next 16",
+                                                    "Add To Queue 17",
+                                                    "Show In Folder 19",
+                                                    "Properties... 20"}));
 }
 
 TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {
   EXPECT_EQ(ItemsOf(Menu("TreeMenu")),
             (QStringList{"New Folder >", "> Add Folder to Selected Folder 4",
                          "> Add Folder to Root 5", "Cu&t 6", "&Copy 7", "&Paste 8", "&Delete 9",
-                         "Sort Nodes 10", "Move To Root 11"}));
+                         "Sort Nodes 10", "Move To Root 11", "Properties... 17"}));
 }
 
 TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {

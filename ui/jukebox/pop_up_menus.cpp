@@ -40,11 +40,12 @@ class Builder {
   }
   /// Adds an item that displays a shortcut. The control handles the key itself, because it knows
   /// the pane.
-  void Add(const QString& caption, Command command, const QKeySequence& key) {
+  QAction* Add(const QString& caption, Command command, const QKeySequence& key) {
     QAction* const action = Add(caption, command);
     action->setShortcut(key);
     action->setShortcutContext(Qt::WidgetShortcut);
     action->setShortcutVisibleInContextMenu(true);
+    return action;
   }
 
  private:
@@ -58,11 +59,14 @@ static_assert(RankCommand(kRankItems) == ListCommand::kRankWorst);
 
 /// The object name of the item "Add Album Folder".
 constexpr const char* kAlbumItem = "AddAlbumFolder";
+/// The object name of the item "Properties..." of the tree, its last one.
+constexpr const char* kFolderPropertiesItem = "FolderProperties";
 
 const QKeySequence kCutKey(Qt::CTRL | Qt::Key_X);
 const QKeySequence kCopyKey(Qt::CTRL | Qt::Key_C);
 const QKeySequence kPasteKey(Qt::CTRL | Qt::Key_V);
 const QKeySequence kDeleteKey(Qt::Key_Delete);
+const QKeySequence kPropertiesKey(Qt::ALT | Qt::Key_Return);
 
 }  // namespace
 
@@ -93,6 +97,7 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
   builder.Add(Tr("Play Next"), kPlayNext);
   builder.Add(Tr("Add To Queue"), kAddToQueue);
   builder.Add(Tr("Show In Folder"), kShowInFolder);
+  builder.Add(Tr("Properties..."), kProperties, kPropertiesKey);
   builder.Menu()->setToolTipsVisible(true);
   return builder.Menu();
 }
@@ -134,13 +139,16 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act
   QAction* const album = builder.Add(Tr("Add Album Folder"), kAddAlbumFolder);
   album->setObjectName(QLatin1String(kAlbumItem));
   builder.Menu()->removeAction(album);
+  builder.Add(Tr("Properties..."), kFolderProperties, kPropertiesKey)
+      ->setObjectName(QLatin1String(kFolderPropertiesItem));
   return builder.Menu();
 }
 
 void OfferAlbumFolder(QMenu& tree_menu, bool offers) {
   auto* const album = tree_menu.findChild<QAction*>(QLatin1String(kAlbumItem));
   if (offers)
-    tree_menu.addAction(album);
+    tree_menu.insertAction(tree_menu.findChild<QAction*>(QLatin1String(kFolderPropertiesItem)),
+                           album);
   else
     tree_menu.removeAction(album);
 }
@@ -150,7 +158,7 @@ void EnableTreeItems(QMenu& tree_menu, const Folder* folder, bool paste) {
   for (QAction* const action : tree_menu.findChildren<QAction*>()) {
     const auto command = TreeCommand(action->data().toInt());
     if (command == kAddFolderToSelected || command == kCutFolder || command == kCopyFolder ||
-        command == kDeleteFolder)
+        command == kDeleteFolder || command == kFolderProperties)
       action->setEnabled(folder != nullptr);
     if (command == kMoveToRoot) action->setEnabled(folder != nullptr && folder->Level() > 0);
     if (command == kPasteFolder) action->setEnabled(paste);

@@ -28,6 +28,7 @@ enum class TreeCommand : int {
   kSortNodes = 10,
   kMoveToRoot = 11,
   kAddAlbumFolder = 12,  ///< offered only by OfferAlbumFolder
+  kFolderProperties = 17,
 };
 
 /// The commands of the list's pop-up menu; the values are the numbers of its items.
@@ -44,7 +45,8 @@ enum class ListCommand : int {
   kPlayFromHere = 15,
   kPlayNext = 16,
   kAddToQueue = 17,
-  kShowInFolder = 19,
+  kShowInFolder = 19,  ///< for hits of a search
+  kProperties = 20,
 };
 
 /// Returns the command of an item of the rank menu.
@@ -76,7 +78,7 @@ void EnableItemsForHits(QMenu& list_menu, bool hits);
 /// Like MakeListMenu, for the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act);
 
-/// Adds or removes the last item of the tree's pop-up menu, "Add Album Folder".
+/// Adds or removes the item "Add Album Folder" of the tree's pop-up menu, before "Properties...".
 void OfferAlbumFolder(QMenu& tree_menu, bool offers);
 
 /// Disables the items of the tree's pop-up menu that would have no effect.
