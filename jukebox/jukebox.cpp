@@ -111,10 +111,22 @@ void Jukebox::ColumnClick(const clsMain& library) {
     ListRefilled(library);
     throw;
   }
-  const std::size_t before = shown->Items().size();
+  Reordered(library, header);
+}
+
+void Jukebox::SortByColumn(const clsMain& library, const ColumnKeys& keys, bool descending) {
+  Folder* const shown = selectednode();
+  if (shown == nullptr) return;
+  order_.SortBy(*shown, library, history_, keys, descending);
+  Reordered(library, kNameHeader);
+}
+
+void Jukebox::Reordered(const clsMain& library, std::string_view header) {
+  const Folder& shown = *selectednode();
+  const std::size_t before = shown.Items().size();
   LabelSongs(library);
   display_.NameColumnHeader(header);
-  if (shown->Items().size() == before)
+  if (shown.Items().size() == before)
     display_.LabelsChanged();
   else
     display_.ListChanged();

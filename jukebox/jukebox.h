@@ -149,6 +149,9 @@ class Jukebox {
   /// \throws TypeMismatchError, OverflowError from the sort by rank when a rank is not a number
   void ColumnClick(const clsMain& library);
 
+  /// Sorts the list by a column, as one step of the history. See SongListOrder::SortBy.
+  void SortByColumn(const clsMain& library, const ColumnKeys& keys, bool descending);
+
   /// The sort state: 0 not sorted yet, 1 to 4 the order that the next click applies.
   int SortState() const noexcept { return order_.State(); }
 
@@ -160,6 +163,8 @@ class Jukebox {
   /// Replaces folders, songs and columns.
   void Replace(LoadedJukebox& loaded);
   void LabelSongs(const clsMain& library);
+  /// Call after the order of the shown songs has changed.
+  void Reordered(const clsMain& library, std::string_view header);
   StepResult AfterStep(Folder* concerned);
 
   FolderTree tree_;

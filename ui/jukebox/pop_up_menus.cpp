@@ -8,7 +8,6 @@
 
 #include "app/playing/player_model.h"
 #include "jukebox/folder_tree.h"
-#include "jukebox/ranking.h"
 #include "ui/jukebox/rank_action.h"
 #include "ui/jukebox/rank_picture.h"
 #include "ui/support/display_text.h"
@@ -94,6 +93,10 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
   builder.Add(Tr("Add To Queue"), kAddToQueue);
   builder.Menu()->setToolTipsVisible(true);
   return builder.Menu();
+}
+
+void AddColumnsItem(QMenu& list_menu, QMenu& columns) {
+  list_menu.addMenu(&columns)->setData(static_cast<int>(ListCommand::kColumns));
 }
 
 void EnableListItems(QMenu& list_menu, const PlayerModel* player) {

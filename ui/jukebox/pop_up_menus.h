@@ -3,6 +3,8 @@
 
 #include <functional>
 
+#include "jukebox/ranking.h"
+
 class QMenu;
 class QWidget;
 
@@ -44,6 +46,8 @@ enum class ListCommand : int {
   kPlayFromHere = 15,
   kPlayNext = 16,
   kAddToQueue = 17,
+  kNoRank = 18,
+  kColumns = 21,  ///< the menu of the columns
 };
 
 /// Returns the command of an item of the rank menu.
@@ -58,9 +62,18 @@ constexpr int RankItemOf(ListCommand command) noexcept {
   return is_rank ? static_cast<int>(command) - static_cast<int>(ListCommand::kRankBest) + 1 : 0;
 }
 
+/// Returns the command that gives songs a rank.
+/// \param rank kNeverRanked to kBestRank
+constexpr ListCommand CommandOfRank(int rank) noexcept {
+  return rank > kNeverRanked ? RankCommand(kBestRank + 1 - rank) : ListCommand::kNoRank;
+}
+
 /// Creates the pop-up menu of the list, named "ListMenu". The data of each item is its number.
 /// \param act runs a command
 QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act);
+
+/// Adds the menu of the columns to the list's pop-up menu.
+void AddColumnsItem(QMenu& list_menu, QMenu& columns);
 
 /// Disables the items of the list's pop-up menu that the player cannot carry out; the tooltip of
 /// such an item says why.

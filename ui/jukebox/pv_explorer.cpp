@@ -77,8 +77,16 @@ void PVExplorer::ConnectTree() {
 }
 
 void PVExplorer::ConnectList() {
-  connect(list_->horizontalHeader(), &QHeaderView::sectionClicked, this,
-          [this] { emit ColumnClick(); });
+  const QHeaderView* const header = list_->horizontalHeader();
+  connect(header, &QHeaderView::sectionClicked, this, [this](int section) {
+    emit ColumnClick(songs_->Columns()[static_cast<std::size_t>(section)]);
+  });
+  connect(header, &QWidget::customContextMenuRequested, this,
+          [this, header](const QPoint& position) {
+            emit HeaderPopUp(header->viewport()->mapToGlobal(position));
+          });
+  connect(list_, &SongListView::ColumnsChanged, this, &PVExplorer::ColumnsChanged);
+  connect(list_, &SongListView::RankWanted, this, &PVExplorer::RankWanted);
   connect(list_, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { emit ItemOpened(songs_->PlaceOf(index.row())); });
   connect(pop_ups_.get(), &PopUpRequests::ListPopUp, this, &PVExplorer::ListPopUp);
@@ -136,6 +144,24 @@ Folder* PVExplorer::FolderForCommands() const noexcept {
 std::string PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
   return list_->SetBackgroundImage(address, tiled);
 }
+
+void PVExplorer::ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns& texts,
+                             bool aligned) {
+  const Place place = CurrentPlace();
+  list_->ShowColumns(columns, &texts, aligned);
+  GoTo(place);
+}
+
+void PVExplorer::ShowSort(std::optional<ListColumn> column, bool descending) {
+  list_->ShowSort(column ? songs_->IndexOf(*column) : -1, descending);
+}
+
+QPoint PVExplorer::BelowHeaders() const {
+  const QHeaderView& header = *list_->horizontalHeader();
+  return header.mapToGlobal(QPoint(0, header.height()));
+}
+
+void PVExplorer::DetailsChanged() { songs_->Relabel(); }
 
 void PVExplorer::ShowMarks(PlayerModel* player) {
   marks_.reset();

@@ -34,6 +34,7 @@ void ShownSongs::FillList() {
   QScrollBar& bar = *view_.verticalScrollBar();
   const int position = keeps_scroll_position_ ? bar.value() : 0;
   model_.Refill();
+  view_.FitColumns();
   bar.setValue(position);
 }
 
@@ -98,7 +99,7 @@ void ShownSongs::SongsTaken(int first) {
 void ShownSongs::EnsureVisible(int index) { view_.scrollTo(model_.index(model_.RowAt(index), 0)); }
 
 QRect ShownSongs::RectOf(int index) const {
-  const QRect rect = view_.visualRect(model_.index(model_.RowAt(index), SongListModel::kText));
+  const QRect rect = view_.visualRect(model_.index(model_.RowAt(index), model_.NamingColumn()));
   return {view_.viewport()->mapToGlobal(rect.topLeft()), rect.size()};
 }
 
