@@ -134,6 +134,7 @@ class frmMain : public QWidget {
   void ShowFolder(Folder& folder);
   void SortList();
   bool MayClose();
+  bool CanPaste(const Folder* into) const;
   QSize WholeSize() const;
 
   Tallow& tallow_;
