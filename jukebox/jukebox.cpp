@@ -68,7 +68,10 @@ Jukebox::StepResult Jukebox::Redo() {
 Jukebox::StepResult Jukebox::AfterStep(Folder* concerned) {
   HideRemovedFolder();
   const Folder* const shown = selectednode();
-  return {true, concerned, shown != nullptr && history_.LastSongChange(*shown).any};
+  return {.done = true,
+          .concerned = concerned,
+          .list_changed = shown != nullptr && history_.LastSongChange(*shown).any,
+          .ranks_changed = history_.LastChangedRanks()};
 }
 
 void Jukebox::ResetSort() {
@@ -99,6 +102,13 @@ void Jukebox::ListRefilled(const clsMain& library) {
   if (selectednode() == nullptr) return;
   LabelSongs(library);
   display_.ListChanged();
+}
+
+void Jukebox::RanksChanged(const clsMain& library) {
+  if (selectednode() == nullptr) return;
+  for (SongEntry& entry : selectednode()->Items())
+    if (const SongView song = library.Song(entry.SubItem()); song.Exists()) entry.Icon(song.Rank());
+  PicturesChanged();
 }
 
 void Jukebox::ColumnClick(const clsMain& library) {

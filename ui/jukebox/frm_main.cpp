@@ -107,17 +107,14 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::PlayOrPause, this, &frmMain::PlayOrPause);
   connect(explorer_, &PVExplorer::ListPopUp, list_menu_, [this](const QPoint& position) {
     if (jukebox_.selectednode() == nullptr) return;
-    EnableListItems(*list_menu_, player_);
+    EnableListItems(*list_menu_, player_, CanPaste(jukebox_.selectednode()));
     list_menu_->popup(position);
   });
   connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,
           [this](Folder* folder, const QPoint& position) {
             menu_folder_ = folder != nullptr ? folder->Key() : 0;
             OfferAlbumFolder(*tree_menu_, OffersAlbumFolder(jukebox_, tallow_.library));
-            const JukeboxClipboard& clipboard = tallow_.clipboard;
-            EnableTreeItems(*tree_menu_, folder,
-                            clipboard.CopiedFolder() != nullptr ||
-                                (folder != nullptr && !clipboard.Songs().empty()));
+            EnableTreeItems(*tree_menu_, jukebox_.Nodes(), folder, player_, CanPaste(folder));
             tree_menu_->popup(position);
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,
@@ -134,6 +131,11 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::LinkedStepDone, this, &frmMain::LinkedStepDone);
   connect(explorer_, &QSplitter::splitterMoved, this,
           [this] { QSettings().setValue(kSplitterOption, explorer_->saveState()); });
+}
+
+bool frmMain::CanPaste(const Folder* into) const {
+  const JukeboxClipboard& clipboard = tallow_.clipboard;
+  return clipboard.CopiedFolder() != nullptr || (into != nullptr && !clipboard.Songs().empty());
 }
 
 QSize frmMain::sizeHint() const { return kUsualSize; }

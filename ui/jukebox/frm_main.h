@@ -138,6 +138,7 @@ class frmMain : public QWidget {
   void ShowPicture();
   void ShowFolder(Folder& folder);
   bool MayClose();
+  bool CanPaste(const Folder* into) const;
   QSize WholeSize() const;
 
   Tallow& tallow_;

@@ -62,6 +62,7 @@ PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboar
   connect(&edits_, &ExplorerEdits::BeforeCut, this, &PVExplorer::BeforeCut);
   connect(&edits_, &ExplorerEdits::Problem, this, &PVExplorer::Problem);
   connect(steps_.get(), &ExplorerSteps::LinkedStepDone, this, &PVExplorer::LinkedStepDone);
+  connect(steps_.get(), &ExplorerSteps::RanksChanged, this, &PVExplorer::RanksChanged);
   connect(dragging_.get(), &ExplorerDragging::FilesDropped, this, &PVExplorer::FilesDropped);
   connect(focus_.get(), &PaneFocus::FocusChanged, this, &PVExplorer::FocusChanged);
   jukebox_.SetView(this);
@@ -98,6 +99,7 @@ void PVExplorer::ConnectKeys() {
   connect(keys, &ExplorerKeys::ListCommandKey, this, &PVExplorer::ListCommandKey);
   connect(keys, &ExplorerKeys::UndoKey, this, &PVExplorer::Undo);
   connect(keys, &ExplorerKeys::RedoKey, this, &PVExplorer::Redo);
+  connect(keys, &ExplorerKeys::MoveKey, &edits_, &ExplorerEdits::MoveSongsByOne);
   connect(keys, &ExplorerKeys::MenuKey, pop_ups_.get(), &PopUpRequests::RequestAtCurrentRow);
   connect(keys, &ExplorerKeys::ParentKey, this, [this] {
     const Folder* const folder = selectednode();
