@@ -3,6 +3,8 @@
 
 #include <atomic>
 #include <mutex>
+#include <string_view>
+#include <unordered_map>
 #include <utility>
 
 #include "details/cover_reader.h"
@@ -59,6 +61,32 @@ std::optional<SongTags> LibraryDetails::TagsOf(const std::string& path) const {
   return stored_->store.TagsOf(path);
 }
 
+DetailsRow LibraryDetails::RowOf(std::int32_t record) {
+  if (library_ == nullptr || record < 1) return {};
+  // What LoadAll has not found is not stored.
+  if (table_.Knows(record) || record <= loaded_) return table_.Row(record);
+  if (!stored_->is_open || !library_->IsPresent(record)) return {};
+  const auto details = stored_->store.LastOf(library_->Song(record).Path());
+  if (details) table_.Set(record, tallow::RowOf(*details));
+  return table_.Row(record);
+}
+
+const DetailsTable& LibraryDetails::LoadAll() {
+  if (library_ == nullptr || loaded_ >= library_->UBoundOfMp3Array()) return table_;
+  std::unordered_map<std::string, std::int32_t> records;
+  for (std::int32_t record = loaded_ + 1; record <= library_->UBoundOfMp3Array(); ++record) {
+    const SongView song = library_->Song(record);
+    if (song.IsPresent() && !table_.Knows(record)) records.emplace(song.Path(), record);
+  }
+  loaded_ = library_->UBoundOfMp3Array();
+  if (records.empty()) return table_;
+  stored_->Store().ReadAll([&](std::string_view path, const DetailsRow& row) {
+    if (const auto found = records.find(std::string(path)); found != records.end())
+      table_.Set(found->second, row);
+  });
+  return table_;
+}
+
 std::function<std::string(const std::string& path, const std::function<bool()>& stopped)>
 LibraryDetails::CoverReader() const {
   return [children = children_](const std::string& path, const std::function<bool()>& stopped) {
@@ -84,6 +112,9 @@ void LibraryDetails::Start(const clsMain& library, DetailsFiller::MakeReader mak
   // The store is a part of the object that the filler keeps alive.
   filler_.emplace(std::shared_ptr<DetailsStore>(stored_, &stored_->store), open);
   facts_.clear();
+  table_.Clear();
+  loaded_ = 0;
+  ++version_;
   BeginPass();
 }
 
@@ -125,6 +156,7 @@ void LibraryDetails::Add(std::int32_t record, const SongDetails& details) {
   // A file that was not there or could not be opened has no stamp, and is tried again.
   if (details.stamp != FileStamp()) facts |= kRead;
   if (details.failed) facts |= kFailed;
+  if (table_.Set(record, tallow::RowOf(details))) ++version_;
   if (!details.HasOnlyNewerTags()) return;
   facts |= kOnlyNewer;
   if (library_->IsPresent(record)) ++newer_;

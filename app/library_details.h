@@ -14,6 +14,7 @@
 #include "app/remaining_time.h"
 #include "details/child_reader.h"
 #include "details/details_filler.h"
+#include "details/details_table.h"
 #include "details/song_tags.h"
 #include "jukebox/filing_tags.h"
 
@@ -50,10 +51,30 @@ class LibraryDetails {
   /// database was not used yet. Does not ask the disk for the file.
   std::optional<SongTags> TagsOf(const std::string& path) const;
 
+  /// What lists show of a song, without asking the disk for its file: what was read or stored last.
+  /// Not known when the details were not read yet, or neither Use nor Start was called. Until the
+  /// database was used, only what this run has read is known. The texts are valid until the next
+  /// call of a function that is not const.
+  DetailsRow RowOf(std::int32_t record);
+
+  /// Reads the stored details of all songs that are present or away at once, and opens the database
+  /// for that. Later calls only read those of songs that the library has got since.
+  const DetailsTable& LoadAll();
+
+  /// The details that are in memory.
+  const DetailsTable& Table() const noexcept { return table_; }
+
+  /// Grows whenever details were read that RowOf did not return before.
+  std::uint64_t Version() const noexcept { return version_; }
+
   /// The function that reads the cover of a song, see tallow::ReadCover. It may be called after
   /// this object is destroyed.
   std::function<std::string(const std::string& path, const std::function<bool()>& stopped)>
   CoverReader() const;
+
+  /// Sets the library whose songs RowOf returns; Start does that, too.
+  /// \param library has to outlive this object
+  void Use(const clsMain& library) noexcept { library_ = &library; }
 
   /// Starts to read the details of all present songs, and of songs that are added later. Songs that
   /// are away are left out.
@@ -104,14 +125,17 @@ class LibraryDetails {
   std::shared_ptr<Stored> stored_;
   std::optional<ChildSettings> children_;
   std::function<RemainingTime::Time()> now_;
-  const clsMain* library_ = nullptr;  ///< null before Start
+  const clsMain* library_ = nullptr;  ///< null before Use
   std::optional<DetailsFiller> filler_;
   DetailsFiller::Progress progress_;  ///< of this pass
   std::optional<RemainingTime> remaining_;
   bool needs_pass_ = false;           ///< begin a pass when the running one ends
   std::vector<std::int32_t> pass_;    ///< the record numbers that this pass reads
   std::vector<unsigned char> facts_;  ///< by record number
-  std::int32_t rows_ = 0;             ///< of the library when this pass began
+  DetailsTable table_;
+  std::int32_t loaded_ = 0;  ///< LoadAll has read the songs up to this record number
+  std::uint64_t version_ = 0;
+  std::int32_t rows_ = 0;  ///< of the library when this pass began
   std::int32_t songs_ = 0;
   std::int32_t newer_ = 0;
 };

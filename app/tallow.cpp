@@ -14,8 +14,10 @@ Tallow::Tallow(std::string application_folder_)
       settings_path(SettingsPath(application_folder)),
       library(library_settings_),
       details(SystemFolder(application_folder) + std::string(kDetailsFileName)),
+      play_counts(GroupingFolder(application_folder)),
       unsaved(SystemFolder(application_folder)),
       open_jukeboxes(SystemFolder(application_folder)) {
+  details.Use(library);
   library.UseDrives(SystemVolumes, {}, SystemWalkLimits());
 }
 

@@ -10,6 +10,7 @@
 #include "app/library_details.h"
 #include "app/open_jukeboxes.h"
 #include "app/playing/handed_over_songs.h"
+#include "app/playing/play_counts.h"
 #include "app/playing/play_order.h"
 #include "app/preferences.h"
 #include "jukebox/jukebox_clipboard.h"
@@ -57,6 +58,9 @@ class Tallow {
 
   /// What the files of the library's songs say of them.
   LibraryDetails details;
+
+  /// How often the songs were played.
+  PlayCounts play_counts;
 
   /// Cache of tags that the searches have read; kept until the songs are filed.
   TagCache found_tags;

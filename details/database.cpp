@@ -75,7 +75,7 @@ std::int64_t Statement::Number(int column) const noexcept {
   return sqlite3_column_int64(statement_.get(), column);
 }
 
-std::string Statement::Text(int column) const {
+std::string_view Statement::View(int column) const {
   const auto* const text = sqlite3_column_text(statement_.get(), column);
   if (text == nullptr) return {};
   const int length = sqlite3_column_bytes(statement_.get(), column);

@@ -47,7 +47,9 @@ class Statement {
 
   // The columns of the row that Step has reached.
   std::int64_t Number(int column) const noexcept;
-  std::string Text(int column) const;
+  std::string Text(int column) const { return std::string(View(column)); }
+  /// Valid until the next Step or Reset.
+  std::string_view View(int column) const;
 
  private:
   struct Finalize {

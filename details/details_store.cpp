@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "details/database.h"
+#include "details/tag_date.h"
 #include "util/atomic_file.h"
 #include "util/errors.h"
 
@@ -43,9 +44,13 @@ constexpr const char* kFind =
     "SELECT failed, found, title, artist, album_artist, album, date, genre, disc, track, comment,"
     " length_ms, bit_rate, sample_rate, format, id3v1 FROM song"
     " WHERE path = ?1 AND size = ?2 AND modified = ?3";
-constexpr const char* kFindTags =
+constexpr const char* kFindLast =
     "SELECT failed, found, title, artist, album_artist, album, date, genre, disc, track, comment,"
-    " length_ms, bit_rate, sample_rate, format, id3v1 FROM song WHERE path = ?1";
+    " length_ms, bit_rate, sample_rate, format, id3v1, size, modified FROM song WHERE path = ?1";
+constexpr int kSizeColumn = 16;  ///< of kFindLast
+constexpr const char* kReadAll =
+    "SELECT path, title, artist, album_artist, album, genre, format, disc, track, date, length_ms,"
+    " bit_rate, modified FROM song ORDER BY path";
 constexpr const char* kPut =
     "INSERT OR REPLACE INTO song VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13,"
     " ?14, ?15, ?16, ?17, ?18, ?19)";
@@ -89,6 +94,22 @@ SongDetails DetailsOf(const Statement& row, const FileStamp& stamp) {
   details.format = row.Text(column++);
   details.has_id3v1 = row.Number(column++) != 0;
   details.stamp = stamp;
+  return details;
+}
+
+/// The columns of kReadAll after the path.
+DetailsRow RowOf(const Statement& row) {
+  int column = 1;
+  DetailsRow details{.known = true};
+  for (std::string_view* const text : {&details.title, &details.artist, &details.album_artist,
+                                       &details.album, &details.genre, &details.format})
+    *text = row.View(column++);
+  details.disc = Number(row, column++);
+  details.track = Number(row, column++);
+  details.year = YearOfDate(row.View(column++));
+  details.length_ms = Number(row, column++);
+  details.bit_rate = Number(row, column++);
+  details.modified = DayOf({.size = 0, .modified = row.Number(column)});
   return details;
 }
 
@@ -151,13 +172,13 @@ struct DetailsStore::Opened {
     database.Execute(kSettings);
     if (VersionOf(database) != kSchemaVersion && !database.IsReadOnly()) database.Execute(kCreate);
     find.emplace(database.get(), kFind);
-    find_tags.emplace(database.get(), kFindTags);
+    find_last.emplace(database.get(), kFindLast);
     put.emplace(database.get(), kPut);
   }
 
   Database database;
   std::optional<Statement> find;
-  std::optional<Statement> find_tags;
+  std::optional<Statement> find_last;
   std::optional<Statement> put;
 };
 
@@ -246,19 +267,44 @@ std::optional<SongDetails> DetailsStore::Find(const std::string& path, const Fil
   }
 }
 
-std::optional<SongTags> DetailsStore::TagsOf(const std::string& path) {
-  const std::lock_guard lock(mutex_);
+std::optional<SongDetails> DetailsStore::LastOfLocked(const std::string& path) {
   if (opened_ == nullptr) return std::nullopt;
   try {
-    Statement& find = *opened_->find_tags;
+    Statement& find = *opened_->find_last;
     find.BindBytes(0, path);
     if (!find.Step()) return std::nullopt;
-    SongDetails details = DetailsOf(find, {});
+    const FileStamp stamp{.size = static_cast<std::uint64_t>(find.Number(kSizeColumn)),
+                          .modified = find.Number(kSizeColumn + 1)};
+    SongDetails details = DetailsOf(find, stamp);
     find.Reset();
-    return std::move(details.tags);
+    return details;
   } catch (const DatabaseError& error) {
     HandleLocked(error);
     return std::nullopt;
+  }
+}
+
+std::optional<SongTags> DetailsStore::TagsOf(const std::string& path) {
+  const std::lock_guard lock(mutex_);
+  std::optional<SongDetails> details = LastOfLocked(path);
+  if (!details) return std::nullopt;
+  return std::move(details->tags);
+}
+
+std::optional<SongDetails> DetailsStore::LastOf(const std::string& path) {
+  const std::unique_lock lock(mutex_, std::try_to_lock);
+  if (!lock) return std::nullopt;
+  return LastOfLocked(path);
+}
+
+void DetailsStore::ReadAll(const FoundRow& found) {
+  const std::lock_guard lock(mutex_);
+  if (opened_ == nullptr) return;
+  try {
+    Statement rows(opened_->database.get(), kReadAll);
+    while (rows.Step()) found(rows.View(0), RowOf(rows));
+  } catch (const DatabaseError& error) {
+    HandleLocked(error);
   }
 }
 

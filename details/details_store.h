@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "details/details_table.h"
 #include "details/song_details.h"
 #include "util/file_system.h"
 
@@ -65,6 +66,15 @@ class DetailsStore {
   /// none are stored. Does not ask the disk for the file.
   std::optional<SongTags> TagsOf(const std::string& path);
 
+  /// Like TagsOf, but returns all details. Does not wait while the store is in use, and returns no
+  /// value then.
+  std::optional<SongDetails> LastOf(const std::string& path);
+
+  /// Receives the stored details of a file; the texts are valid during the call.
+  using FoundRow = std::function<void(std::string_view path, const DetailsRow& row)>;
+  /// Reads the details of all files, in the order of their paths as bytes.
+  void ReadAll(const FoundRow& found);
+
   /// Whether no details are stored.
   bool IsEmpty();
 
@@ -97,6 +107,7 @@ class DetailsStore {
  private:
   struct Opened;
 
+  std::optional<SongDetails> LastOfLocked(const std::string& path);
   void OpenLocked();
   void BeginLocked();
   void CommitLocked();

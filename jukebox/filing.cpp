@@ -6,6 +6,7 @@
 #include <string_view>
 #include <utility>
 
+#include "details/tag_date.h"
 #include "jukebox/edit_history.h"
 #include "jukebox/filing_rules.h"
 #include "jukebox/sorting.h"

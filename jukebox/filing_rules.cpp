@@ -22,17 +22,6 @@ bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
 
 }  // namespace
 
-std::string_view FourDigitYear(std::string_view date) noexcept {
-  for (std::size_t begin = 0; begin < date.size();) {
-    std::size_t end = begin;
-    while (end < date.size() && IsDigit(date[end])) ++end;
-    const std::string_view digits = date.substr(begin, end - begin);
-    if (digits.size() == kYearDigits) return digits == "0000" ? std::string_view() : digits;
-    begin = end + 1;
-  }
-  return {};
-}
-
 std::string DecadeText(std::int32_t year) {
   if (year < kFirstDecade) return {};
   const std::int32_t first = year - year % kYearsOfDecade;

@@ -13,10 +13,6 @@ namespace tallow {
 
 // The rules of filing that need no tree. See Switches for when they apply.
 
-/// The first group of exactly four digits of a date: "1999" of "12/05/1999". Empty when there is
-/// none, and when it is "0000".
-std::string_view FourDigitYear(std::string_view date) noexcept;
-
 /// The text of the folder of a year's decade: "20's" to "90's" for 1920 to 1999, "00's" for 2000 to
 /// 2009, then "2010's" and so on. Empty for years before 1920.
 std::string DecadeText(std::int32_t year);

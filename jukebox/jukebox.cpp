@@ -68,7 +68,10 @@ Jukebox::StepResult Jukebox::Redo() {
 Jukebox::StepResult Jukebox::AfterStep(Folder* concerned) {
   HideRemovedFolder();
   const Folder* const shown = selectednode();
-  return {true, concerned, shown != nullptr && history_.LastSongChange(*shown).any};
+  return {.done = true,
+          .concerned = concerned,
+          .list_changed = shown != nullptr && history_.LastSongChange(*shown).any,
+          .ranks_changed = history_.LastChangedRanks()};
 }
 
 void Jukebox::ResetSort() {
@@ -101,6 +104,13 @@ void Jukebox::ListRefilled(const clsMain& library) {
   display_.ListChanged();
 }
 
+void Jukebox::RanksChanged(const clsMain& library) {
+  if (selectednode() == nullptr) return;
+  for (SongEntry& entry : selectednode()->Items())
+    if (const SongView song = library.Song(entry.SubItem()); song.Exists()) entry.Icon(song.Rank());
+  PicturesChanged();
+}
+
 void Jukebox::ColumnClick(const clsMain& library) {
   Folder* const shown = selectednode();
   if (shown == nullptr) return;
@@ -111,10 +121,22 @@ void Jukebox::ColumnClick(const clsMain& library) {
     ListRefilled(library);
     throw;
   }
-  const std::size_t before = shown->Items().size();
+  Reordered(library, header);
+}
+
+void Jukebox::SortByColumn(const clsMain& library, const ColumnKeys& keys, bool descending) {
+  Folder* const shown = selectednode();
+  if (shown == nullptr) return;
+  order_.SortBy(*shown, library, history_, keys, descending);
+  Reordered(library, kNameHeader);
+}
+
+void Jukebox::Reordered(const clsMain& library, std::string_view header) {
+  const Folder& shown = *selectednode();
+  const std::size_t before = shown.Items().size();
   LabelSongs(library);
   display_.NameColumnHeader(header);
-  if (shown->Items().size() == before)
+  if (shown.Items().size() == before)
     display_.LabelsChanged();
   else
     display_.ListChanged();

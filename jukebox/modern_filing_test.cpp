@@ -2,6 +2,7 @@
 // Filing by the switches of the modern style.
 #include <random>
 
+#include "details/tag_date.h"
 #include "jukebox/file_again.h"
 #include "jukebox/filing_rules.h"
 #include "jukebox/jukebox_edits.h"

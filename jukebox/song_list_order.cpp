@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/song_list_order.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <numeric>
@@ -105,7 +106,7 @@ std::string_view SongListOrder::SortByNext(Folder& folder, const clsMain& librar
   const int state = state_ == 0 ? kFirstOrder : state_;
   const ListOrder& order = kOrders[state - 1];
   KeyTable table(folder.Items(), library, order.key);
-  history.Begin(&folder);
+  history.Begin(&folder, "Sort Songs");
   const auto end_step = [&] {
     history.SongsReordered(folder, std::move(table.Origins()));
     history.End();
@@ -120,6 +121,32 @@ std::string_view SongListOrder::SortByNext(Folder& folder, const clsMain& librar
   end_step();
   state_ = state == kLastOrder ? kFirstOrder : state + 1;
   return order.header;
+}
+
+void SongListOrder::SortBy(Folder& folder, const clsMain& library, EditHistory& history,
+                           const ColumnKeys& keys, bool descending) {
+  history.Begin(&folder);
+  history.SongsReordered(folder, SortSongsByColumn(folder, library, keys, descending));
+  history.End();
+  Reset();
+}
+
+std::vector<std::int32_t> SortSongsByColumn(Folder& folder, const clsMain& library,
+                                            const ColumnKeys& keys, bool descending) {
+  std::vector<SongEntry>& entries = folder.Items();
+  const std::vector<std::size_t> positions = ShownPositions(entries, library);
+  std::vector<std::int32_t> records(positions.size());
+  std::ranges::transform(positions, records.begin(),
+                         [&](std::size_t position) { return entries[position].SubItem(); });
+  const std::vector<std::int32_t> order = OrderByColumn(keys(records), descending);
+  std::vector<std::int32_t> origins(entries.size());
+  std::iota(origins.begin(), origins.end(), 0);
+  for (std::size_t k = 0; k < order.size(); ++k) {
+    const auto from = static_cast<std::size_t>(order[k]);
+    entries[positions[k]].SubItem(records[from]);
+    origins[positions[k]] = static_cast<std::int32_t>(positions[from]);
+  }
+  return origins;
 }
 
 }  // namespace tallow

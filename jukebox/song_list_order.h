@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <string_view>
+#include <vector>
+
+#include "jukebox/column_sort.h"
 
 namespace tallow {
 
@@ -27,8 +31,20 @@ class SongListOrder {
   /// order again.
   std::string_view SortByNext(Folder& folder, const clsMain& library, EditHistory& history);
 
+  /// Sorts the shown songs of a folder by a column, as one step of the history; the entries stay,
+  /// as in SortByNext. The next SortByNext starts again with the first order.
+  void SortBy(Folder& folder, const clsMain& library, EditHistory& history, const ColumnKeys& keys,
+              bool descending);
+
  private:
   int state_ = 0;
 };
+
+/// Sorts the shown songs of a folder by a column, without a history; hidden songs stay where they
+/// are.
+///
+/// \returns for each position, the position that its song had before; both from 0
+std::vector<std::int32_t> SortSongsByColumn(Folder& folder, const clsMain& library,
+                                            const ColumnKeys& keys, bool descending);
 
 }  // namespace tallow

@@ -37,6 +37,9 @@ struct Switches {
   /// A double click or Enter plays the folder from the song on, and Space pauses and resumes.
   /// Classic: the one song.
   bool plays_on = false;
+  /// Lists begin with the columns of a song's details, and the status bar has their sums. Classic:
+  /// label and record number.
+  bool columns_of_details = false;
 
   friend bool operator==(const Switches&, const Switches&) = default;
 };
@@ -53,6 +56,7 @@ inline constexpr Switches kModernStyle{.newer_tags = true,
                                        .new_subfolders = true,
                                        .fills_new_jukeboxes = true,
                                        .reopens_jukeboxes = true,
-                                       .plays_on = true};
+                                       .plays_on = true,
+                                       .columns_of_details = true};
 
 }  // namespace tallow

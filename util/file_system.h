@@ -150,6 +150,9 @@ struct FileStamp {
 /// The stamp of a file; no value when there is no file at that path.
 std::optional<FileStamp> StampOf(const std::string& path);
 
+/// The day of the last write in a stamp of this system, in days since 1970-01-01 (UTC).
+std::int32_t DayOf(const FileStamp& stamp) noexcept;
+
 /// Creates a folder; its parent must exist. An existing folder is a success.
 ///
 /// \throws FileError

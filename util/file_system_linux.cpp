@@ -20,6 +20,9 @@
 namespace tallow {
 namespace {
 
+constexpr std::int64_t kNanosecondsASecond = 1'000'000'000;
+constexpr std::int64_t kSecondsADay = 86'400;
+
 struct CloseDirectory {
   void operator()(DIR* directory) const noexcept { closedir(directory); }
 };
@@ -300,9 +303,12 @@ bool FolderExists(const std::string& path) {
 std::optional<FileStamp> StampOf(const std::string& path) {
   const auto status = StatusOf(path);
   if (!status) return std::nullopt;
-  constexpr std::int64_t kNanosecondsASecond = 1'000'000'000;
   return FileStamp{static_cast<std::uint64_t>(status->st_size),
                    status->st_mtim.tv_sec * kNanosecondsASecond + status->st_mtim.tv_nsec};
+}
+
+std::int32_t DayOf(const FileStamp& stamp) noexcept {
+  return static_cast<std::int32_t>(stamp.modified / (kNanosecondsASecond * kSecondsADay));
 }
 
 bool FolderIsWritable(const std::string& path) {

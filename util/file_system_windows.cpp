@@ -16,6 +16,10 @@
 namespace tallow {
 namespace {
 
+/// Times of files count ticks of 100 ns from 1601-01-01.
+constexpr std::int64_t kTicksADay = 864'000'000'000;
+constexpr std::int64_t kDaysBefore1970 = 134'774;
+
 bool IsMissing(DWORD error) noexcept {
   return error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND ||
          error == ERROR_INVALID_NAME || error == ERROR_BAD_NETPATH ||
@@ -224,6 +228,10 @@ std::optional<FileStamp> StampOf(const std::string& path) {
   return FileStamp{joined(information->nFileSizeHigh, information->nFileSizeLow),
                    static_cast<std::int64_t>(joined(information->ftLastWriteTime.dwHighDateTime,
                                                     information->ftLastWriteTime.dwLowDateTime))};
+}
+
+std::int32_t DayOf(const FileStamp& stamp) noexcept {
+  return static_cast<std::int32_t>(stamp.modified / kTicksADay - kDaysBefore1970);
 }
 
 bool FolderIsWritable(const std::string& path) {

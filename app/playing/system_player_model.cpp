@@ -28,7 +28,6 @@ SystemPlayerModel::SystemPlayerModel(Tallow& tallow, WinAMP_Control& player, Pla
       clocks_(std::move(clocks)),
       preferences_(tallow.preferences),
       volume_(preferences_),
-      counts_(GroupingFolder(tallow.application_folder)),
       saved_(SystemFolder(tallow.application_folder)),
       entries_([this](std::size_t from, std::size_t count) { return AskQueue(from, count); }),
       texts_(tallow) {
@@ -188,13 +187,16 @@ void SystemPlayerModel::CountPlays(const std::optional<PlayerReport>& state) {
   if (!heard_.Update(entry, position, length, clocks_.now())) return;
   const std::string path = PathOf(now_.song);
   if (path.empty()) return;
-  counts_.Add(path, clocks_.today());
-  for (std::string& problem : counts_.TakeProblems()) tallow_.AddProblem(std::move(problem));
+  tallow_.play_counts.Add(path, clocks_.today());
+  for (std::string& problem : tallow_.play_counts.TakeProblems())
+    tallow_.AddProblem(std::move(problem));
 }
 
 std::vector<std::string> SystemPlayerModel::TakeNotices() { return std::exchange(notices_, {}); }
 
-PlayCount SystemPlayerModel::CountOf(std::int32_t song) { return counts_.Of(PathOf(song)); }
+PlayCount SystemPlayerModel::CountOf(std::int32_t song) {
+  return tallow_.play_counts.Of(PathOf(song));
+}
 
 std::string SystemPlayerModel::PathOf(std::int32_t song) const {
   return tallow_.library.IsPresent(song) ? tallow_.library.Song(song).Path() : std::string();

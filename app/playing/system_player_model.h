@@ -161,7 +161,6 @@ class SystemPlayerModel : public PlayerModel {
   VolumeOfLastTime volume_;
   KnownFailures failures_;
   HeardTime heard_;
-  PlayCounts counts_;
   SavedQueue saved_;
   QueueEntries entries_;
   mutable SongTexts texts_;

@@ -35,6 +35,7 @@ void ExplorerSteps::Step(bool back) {
   const ShownSongs::Place before = songs_.CurrentPlace();
   const Jukebox::StepResult result = back ? jukebox_.Undo() : jukebox_.Redo();
   if (!result.done) return;
+  if (result.ranks_changed) emit RanksChanged();
   if (result.list_changed) {
     songs_.Refill();
     jukebox_.ResetSort();

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace tallow {
+
+class LibraryDetails;
+class clsMain;
+
+/// Finds songs of the whole library by typed words, fast enough for every key that is typed.
+///
+/// A song is found when every word, separated by blanks, is somewhere in its title, artist, album,
+/// genre or file name. Texts are compared in their folded form (see AppendFolded): without case and
+/// accents. Songs of which every word is at the beginning of a word come first, then those of the
+/// better rank, then by file name in natural order, then by record number.
+///
+/// Nothing is read before the first Find.
+class SongFinder {
+ public:
+  /// Both have to outlive this object.
+  SongFinder(const clsMain& library, LibraryDetails& details)
+      : library_(library), details_(details) {}
+
+  /// Finds songs that are present or away.
+  ///
+  /// \param typed as the user types it; without a word, nothing is found
+  /// \returns record numbers in the order of the hits
+  std::vector<std::int32_t> Find(std::string_view typed);
+
+ private:
+  const clsMain& library_;
+  LibraryDetails& details_;
+};
+
+}  // namespace tallow

@@ -1,0 +1,166 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "util/fold.h"
+
+#include <array>
+#include <cstdint>
+#include <utf8proc.h>
+
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+constexpr char32_t kReplacement = 0xFFFD;
+constexpr auto kOptions =
+    static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_DECOMPOSE | UTF8PROC_COMPAT |
+                                   UTF8PROC_CASEFOLD | UTF8PROC_STRIPMARK | UTF8PROC_IGNORE);
+/// No character decomposes into more.
+constexpr std::size_t kMaxDecomposed = 18;
+
+/// A byte of ASCII, folded.
+char FoldAscii(char c) noexcept {
+  const auto byte = static_cast<unsigned char>(c);
+  if (c >= 'A' && c <= 'Z') return static_cast<char>(c - 'A' + 'a');
+  return byte < 0x20 || byte == 0x7F ? ' ' : c;
+}
+
+/// The texts of decomposed characters that keyboards lack; empty for other characters.
+std::string_view Plain(char32_t c) noexcept {
+  switch (c) {
+    case U'æ':
+      return "ae";
+    case U'œ':
+      return "oe";
+    case U'ø':
+      return "o";
+    case U'đ':
+    case U'ð':
+      return "d";
+    case U'ħ':
+      return "h";
+    case U'ı':
+      return "i";
+    case U'ł':
+      return "l";
+    case U'ŧ':
+      return "t";
+    case U'þ':
+      return "th";
+    case U'\u2018':
+    case U'\u2019':
+    case U'\u201B':
+    case U'\u02BC':
+    case U'\u2032':
+      return "'";
+    case U'\u201C':
+    case U'\u201D':
+    case U'\u201E':
+      return "\"";
+    case U'\u2010':
+    case U'\u2011':
+    case U'\u2012':
+    case U'\u2013':
+    case U'\u2014':
+    case U'\u2015':
+    case U'\u2212':
+      return "-";
+    default:
+      return {};
+  }
+}
+
+bool IsSeparator(char32_t c) noexcept {
+  switch (utf8proc_category(static_cast<utf8proc_int32_t>(c))) {
+    case UTF8PROC_CATEGORY_ZS:
+    case UTF8PROC_CATEGORY_ZL:
+    case UTF8PROC_CATEGORY_ZP:
+    case UTF8PROC_CATEGORY_CC:
+      return true;
+    default:
+      return false;
+  }
+}
+
+void AppendFoldedCharacter(std::string& to, char32_t character) {
+  std::array<utf8proc_int32_t, kMaxDecomposed> parts{};
+  int boundary = 0;
+  const auto count = utf8proc_decompose_char(static_cast<utf8proc_int32_t>(character), parts.data(),
+                                             parts.size(), kOptions, &boundary);
+  for (std::size_t k = 0; k < parts.size() && static_cast<utf8proc_ssize_t>(k) < count; ++k) {
+    const auto part = static_cast<char32_t>(parts[k]);
+    if (const std::string_view plain = Plain(part); !plain.empty())
+      to += plain;
+    else if (IsSeparator(part))
+      to += ' ';
+    else
+      AppendCharacter(to, part);
+  }
+}
+
+bool IsDigit(char c) noexcept { return c >= '0' && c <= '9'; }
+
+bool IsWordCharacter(std::string_view text, std::size_t position) noexcept {
+  const char c = text[position];
+  if (static_cast<unsigned char>(c) < 0x80) return IsDigit(c) || (c >= 'a' && c <= 'z');
+  switch (utf8proc_category(static_cast<utf8proc_int32_t>(NextCharacter(text, position)))) {
+    case UTF8PROC_CATEGORY_LU:
+    case UTF8PROC_CATEGORY_LL:
+    case UTF8PROC_CATEGORY_LT:
+    case UTF8PROC_CATEGORY_LM:
+    case UTF8PROC_CATEGORY_LO:
+    case UTF8PROC_CATEGORY_ND:
+    case UTF8PROC_CATEGORY_NL:
+    case UTF8PROC_CATEGORY_NO:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace
+
+void AppendFolded(std::string& to, std::string_view text) {
+  for (std::size_t i = 0; i < text.size();) {
+    if (static_cast<unsigned char>(text[i]) < 0x80) {
+      to += FoldAscii(text[i++]);
+      continue;
+    }
+    const char32_t c = NextCharacter(text, i);
+    AppendFoldedCharacter(to, c >= kInvalidByteBase ? kReplacement : c);
+  }
+}
+
+std::string Folded(std::string_view text) {
+  std::string folded;
+  AppendFolded(folded, text);
+  return folded;
+}
+
+bool IsWordStart(std::string_view folded, std::size_t position) noexcept {
+  if (position == 0) return true;
+  std::size_t before = position - 1;
+  while (before > 0 && (static_cast<unsigned char>(folded[before]) & 0xC0U) == 0x80) --before;
+  return !IsWordCharacter(folded, before);
+}
+
+void AppendNaturalBytes(std::string& to, std::string_view folded) {
+  constexpr std::size_t kMaxLength = 0xFF;
+  for (std::size_t i = 0; i < folded.size();) {
+    if (!IsDigit(folded[i])) {
+      to += folded[i++];
+      continue;
+    }
+    // A number is a digit, so that it compares with other characters as it is, its length in bytes
+    // of at most kMaxLength, and its digits.
+    while (i < folded.size() && folded[i] == '0') ++i;
+    const std::size_t begin = i;
+    while (i < folded.size() && IsDigit(folded[i])) ++i;
+    std::size_t length = i - begin;
+    to += '0';
+    for (; length >= kMaxLength; length -= kMaxLength) to += static_cast<char>(kMaxLength);
+    to += static_cast<char>(length);
+    to += folded.substr(begin, i - begin);
+  }
+}
+
+}  // namespace tallow
