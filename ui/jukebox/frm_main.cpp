@@ -46,8 +46,8 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
       commands_(std::make_unique<JukeboxCommands>(tallow, jukebox_, *explorer_, show_)),
       columns_(std::make_unique<JukeboxColumns>(tallow, jukebox_, *explorer_)),
       dropped_files_(std::make_unique<DroppedFiles>(tallow, jukebox_, *explorer_)),
-      list_menu_(MakeListMenu(
-          this, [this](ListCommand command) { Run(command, jukebox_.selectednode()); })),
+      list_menu_(
+          MakeListMenu(this, [this](ListCommand command) { Run(command, jukebox_.ListFolder()); })),
       tree_menu_(MakeTreeMenu(this, [this](TreeCommand command) {
         // The folder may have been deleted while the menu was open.
         Folder* const folder = menu_folder_ != 0 ? jukebox_.Nodes().FindKey(menu_folder_) : nullptr;
@@ -106,8 +106,9 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::ItemOpened, commands_.get(), &JukeboxCommands::OpenSong);
   connect(explorer_, &PVExplorer::PlayOrPause, this, &frmMain::PlayOrPause);
   connect(explorer_, &PVExplorer::ListPopUp, list_menu_, [this](const QPoint& position) {
-    if (jukebox_.selectednode() == nullptr) return;
+    if (jukebox_.ListFolder() == nullptr) return;
     EnableListItems(*list_menu_, player_, CanPaste(jukebox_.selectednode()));
+    EnableItemsForHits(*list_menu_, jukebox_.ShowsHits());
     list_menu_->popup(position);
   });
   connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,
@@ -160,13 +161,15 @@ void frmMain::FollowPreferences() { columns_->Follow(); }
 
 void frmMain::ShowNewDetails() { columns_->ShowNewDetails(); }
 
+void frmMain::OpenSong(int row) { commands_->OpenSong(row); }
+
 void frmMain::ActOnPopUpClick(int item, int pane, Folder* node) {
   if (pane == kTreePane) Run(TreeCommand(item), node);
   if (pane == kListPane) Run(ListCommand(item), node);
 }
 
 Folder* frmMain::FolderOfPane(int pane) const {
-  return pane == kTreePane ? explorer_->FolderForCommands() : jukebox_.selectednode();
+  return pane == kTreePane ? explorer_->FolderForCommands() : jukebox_.ListFolder();
 }
 
 void frmMain::Run(TreeCommand command, Folder* node) {
