@@ -99,7 +99,7 @@ frmMain::~frmMain() {
 void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::NodeClick, this, [this](Folder* folder) { ShowFolder(*folder); });
   connect(explorer_, &PVExplorer::RankWanted, this,
-          [this](int rank) { Run(CommandOfRank(rank), jukebox_.selectednode()); });
+          [this](int rank) { Run(CommandOfRank(rank), jukebox_.ListFolder()); });
   connect(columns_.get(), &JukeboxColumns::Problem, this, &frmMain::Problem);
   connect(explorer_, qOverload<const QString&>(&PVExplorer::CaptionChanged), this,
           &QWidget::setWindowTitle);
