@@ -49,6 +49,10 @@ constexpr StyleSwitch kStyleSwitches[] = {
      "A double click or Enter plays the songs of the folder from that one on, and Space pauses; "
      "without this, only the one song is played.",
      &Switches::plays_on},
+    {"columnsOfDetails", "More col&umns in lists",
+     "Lists begin with title, artist, album, year, length and rank, and the status bar tells how "
+     "many songs they have; without this, they begin with file name and number.",
+     &Switches::columns_of_details},
     {"findField", "Find songs &while you type",
      "A field in the toolbar lists the songs of the library that have the typed words; without "
      "this, only Ctrl+F finds songs.",

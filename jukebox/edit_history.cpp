@@ -7,8 +7,9 @@
 
 namespace tallow {
 
-void EditHistory::Begin(const Folder* folder_to_show) {
+void EditHistory::Begin(const Folder* folder_to_show, std::string_view name) {
   open_ = {};
+  open_.name = name;
   is_open_ = true;
   Show(folder_to_show);
 }
@@ -36,15 +37,19 @@ void EditHistory::End() {
 
 void EditHistory::DropRedo() {
   for (const Step& step : redo_) bytes_ -= step.bytes;
+  // A state that differs only by ranks counts as saved as well.
+  const bool is_saved = IsAsSaved();
   redo_.clear();
   if (saved_at_ > static_cast<std::ptrdiff_t>(undo_.size())) saved_at_ = kUnreachable;
+  if (is_saved) MarkSaved();
 }
 
 void EditHistory::DropOldSteps() {
   while (undo_.size() > kMinSteps && (undo_.size() > kMaxSteps || bytes_ > kMaxBytes)) {
     bytes_ -= undo_.front().bytes;
+    const bool stays_saved = saved_at_ == 0 && !ChangesTree(undo_.front());
     undo_.pop_front();
-    if (saved_at_ != kUnreachable) --saved_at_;
+    if (saved_at_ != kUnreachable && !stays_saved) --saved_at_;
   }
 }
 
@@ -94,6 +99,15 @@ void EditHistory::SongsReordered(Folder& folder, std::vector<std::int32_t> order
   SongReorder change{&folder, Permutation(std::move(order))};
   change.order.Invert();
   open_.changes.emplace_back(std::move(change));
+}
+
+void EditHistory::ReorderSongs(Folder& folder, std::vector<std::int32_t> order) {
+  if (std::is_sorted(order.begin(), order.end())) return;
+  Make(SongReorder{&folder, Permutation(std::move(order))});
+}
+
+void EditHistory::ChangeRanks(RankChange change) {
+  if (!change.IsEmpty()) Make(std::move(change));
 }
 
 void EditHistory::FoldersAppended(Folder& parent, std::int32_t first) {
@@ -181,11 +195,25 @@ void EditHistory::ToggleAll(Step& step, bool undo) {
     toggle();
 }
 
+/// Returns the step that was last undone or redone; null for none.
+const EditHistory::Step* EditHistory::LastStep() const {
+  if (last_was_undo_ ? redo_.empty() : undo_.empty()) return nullptr;
+  return last_was_undo_ ? &redo_.back() : &undo_.back();
+}
+
+bool EditHistory::LastChangedRanks() const {
+  const Step* const step = LastStep();
+  return step != nullptr &&
+         std::any_of(step->changes.begin(), step->changes.end(), [](const TreeChange& change) {
+           return std::holds_alternative<RankChange>(change);
+         });
+}
+
 EditHistory::SongChange EditHistory::LastSongChange(const Folder& folder) const {
   SongChange result;
-  if (last_was_undo_ ? redo_.empty() : undo_.empty()) return result;
-  const Step& step = last_was_undo_ ? redo_.back() : undo_.back();
-  for (const TreeChange& change : step.changes) {
+  const Step* const step = LastStep();
+  if (step == nullptr) return result;
+  for (const TreeChange& change : step->changes) {
     if (const auto* const reorder = std::get_if<SongReorder>(&change))
       result.any = result.any || reorder->folder == &folder;
     const auto* const presence = std::get_if<SongPresence>(&change);
@@ -264,8 +292,19 @@ void EditHistory::Renumber(const NewNumbers& numbers) {
 
 void EditHistory::MarkSaved() noexcept { saved_at_ = static_cast<std::ptrdiff_t>(undo_.size()); }
 
+/// Whether a step changes folders or songs, and not only ranks.
+bool EditHistory::ChangesTree(const Step& step) {
+  return !std::all_of(step.changes.begin(), step.changes.end(), [](const TreeChange& change) {
+    return std::holds_alternative<RankChange>(change);
+  });
+}
+
 bool EditHistory::IsAsSaved() const noexcept {
-  return saved_at_ == static_cast<std::ptrdiff_t>(undo_.size());
+  if (saved_at_ == kUnreachable) return false;
+  const auto now = static_cast<std::ptrdiff_t>(undo_.size());
+  // The steps between the saved state and the present one.
+  if (saved_at_ <= now) return std::none_of(undo_.begin() + saved_at_, undo_.end(), ChangesTree);
+  return std::none_of(redo_.end() - (saved_at_ - now), redo_.end(), ChangesTree);
 }
 
 void EditHistory::Clear() {
@@ -276,7 +315,7 @@ void EditHistory::Clear() {
 }
 
 std::size_t EditHistory::BytesOf(const Step& step) {
-  std::size_t bytes = sizeof step;
+  std::size_t bytes = sizeof step + step.name.size();
   for (const TreeChange& change : step.changes) bytes += tallow::BytesOf(change);
   return bytes;
 }

@@ -62,7 +62,8 @@ class EditHistory {
   /// Begin and End enclose the changes of one step. A step without changes is discarded. Steps do
   /// not nest.
   /// \param folder_to_show when the step is undone or redone; null for none
-  void Begin(const Folder* folder_to_show);
+  /// \param name what the step does, as the menu shows it after "Undo": "Move 3 Songs"
+  void Begin(const Folder* folder_to_show, std::string_view name);
   void End();
 
   /// Adds a new folder, or a copy made for this tree, to the tree.
@@ -83,6 +84,14 @@ class EditHistory {
   /// Records a reordering of a folder's songs that has already been done.
   /// \param order for each new position, the old position of the song there; both from 0
   void SongsReordered(Folder& folder, std::vector<std::int32_t> order);
+
+  /// Reorders the songs of a folder.
+  /// \param order for each new position, the present position of the song there; both from 0
+  void ReorderSongs(Folder& folder, std::vector<std::int32_t> order);
+
+  /// Exchanges the ranks of songs. A step that does nothing else leaves the jukebox as saved as it
+  /// was, because ranks are stored with the library.
+  void ChangeRanks(RankChange change);
 
   // Filing appends folders and songs without a step. A step that files songs records them with the
   // next two functions, first the folders.
@@ -109,6 +118,13 @@ class EditHistory {
 
   bool CanUndo() const noexcept { return !undo_.empty(); }
   bool CanRedo() const noexcept { return !redo_.empty(); }
+  /// What the step does that the next Undo or Redo would undo or redo; empty when there is none.
+  std::string_view NameToUndo() const noexcept {
+    return undo_.empty() ? std::string_view() : undo_.back().name;
+  }
+  std::string_view NameToRedo() const noexcept {
+    return redo_.empty() ? std::string_view() : redo_.back().name;
+  }
   /// Undoes the latest step. Does nothing when there is none.
   /// \returns the folder to show; null for none
   Folder* Undo();
@@ -125,6 +141,8 @@ class EditHistory {
   };
   /// How the last undo or redo changed the songs of a folder.
   SongChange LastSongChange(const Folder& folder) const;
+  /// Whether the last undo or redo changed ranks.
+  bool LastChangedRanks() const;
 
   /// Links the step of a move from one jukebox to another to the step in the other jukebox.
   struct MoveLink {
@@ -163,6 +181,7 @@ class EditHistory {
   struct Step {
     Folder* show_after_undo;  ///< null for none
     Folder* show_after_redo;
+    std::string name;
     std::vector<TreeChange> changes;
     std::size_t bytes = 0;
     MoveLink link;
@@ -178,6 +197,8 @@ class EditHistory {
   Folder* IfInTree(Folder* folder) const;
 
   static std::size_t BytesOf(const Step& step);
+  static bool ChangesTree(const Step& step);
+  const Step* LastStep() const;
   void DropOldSteps();
   void DropRedo();
 

@@ -4,6 +4,7 @@
 #include "app/play_commands.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/jukebox_edits.h"
+#include "jukebox/step_name.h"
 #include "tests/library_fixture.h"
 
 namespace tallow {
@@ -114,6 +115,7 @@ TEST_F(History, TheSortOfAColumnIsUndone) {
   jukebox.ShowFolder(folder, library, changes);
   jukebox.ColumnClick(library);
   EXPECT_EQ(SongsOf(folder), (Songs{2, 3, 1}));
+  EXPECT_EQ(history.NameToUndo(), "Sort Songs");
   EXPECT_TRUE(jukebox.IsFormDirty());
   // Sorting into the same order adds no step.
   jukebox.ShowFolder(folder, library, changes);
@@ -215,6 +217,50 @@ TEST_F(History, ReportsHowAStepChangedTheSongsOfAFolder) {
   jukebox.Redo();
   EXPECT_EQ(history.LastSongChange(folder).first_removed_at, 1);
   EXPECT_EQ(history.LastSongChange(other).added, (std::vector<int>{0, 1}));
+}
+
+TEST_F(History, StepsAreNamedByWhatTheyDo) {
+  Folder& one = Add("One", {1, 2, 3, 4});
+  Folder& two = Add("Two");
+  const auto name = [this] { return std::string(history.NameToUndo()); };
+  EXPECT_EQ(name(), "");
+  edits.AddFolder(nullptr);
+  EXPECT_EQ(name(), "Add Folder");
+  edits.AddFolderOf("Of", {SongEntry(1, 2)});
+  EXPECT_EQ(name(), "Add Folder");
+  edits.Rename(two, "Three");
+  EXPECT_EQ(name(), "Rename Folder");
+  edits.DropSongs(edits, one, {0, 1}, two, true);
+  EXPECT_EQ(name(), "Copy 2 Songs");
+  edits.DropSongs(edits, one, {0, 1, 2}, two, false);
+  EXPECT_EQ(name(), "Move 3 Songs");
+  edits.CutSongs(two, {0});
+  EXPECT_EQ(name(), "Cut Song");
+  edits.Paste(&one);
+  EXPECT_EQ(name(), "Paste Song");
+  edits.AddSongs(two, {SongEntry(5, 2), SongEntry(6, 2)});
+  EXPECT_EQ(name(), "Add 2 Songs");
+  edits.CopyFolder(one);
+  edits.Paste(nullptr);
+  EXPECT_EQ(name(), "Paste Folder");
+  edits.DropFolder(edits, one, &two, false);
+  EXPECT_EQ(name(), "Move Folder");
+  edits.DropFolder(edits, one, nullptr, true);
+  EXPECT_EQ(name(), "Copy Folder");
+  edits.SortNodes(nullptr);
+  EXPECT_EQ(name(), "Sort Folders");
+  edits.DeleteFolder(one);
+  EXPECT_EQ(name(), "Delete Folder");
+  edits.CutFolder(two);
+  EXPECT_EQ(name(), "Cut Folder");
+  EXPECT_EQ(history.NameToRedo(), "");
+  jukebox.Undo();
+  EXPECT_EQ(history.NameToRedo(), "Cut Folder");
+  EXPECT_EQ(name(), "Delete Folder");
+}
+
+TEST_F(History, NamesOfStepsGroupTheDigitsOfTheNumberOfSongs) {
+  EXPECT_EQ(NameOfSongStep("Move", 1234), "Move 1,234 Songs");
 }
 
 }  // namespace

@@ -61,7 +61,8 @@ class JukeboxRefiling {
     const bool adds_album = AddsAlbum();
     if (songs_.empty() && !adds_album) return;
     const std::uint64_t before = ContentHash(jukebox_.Nodes());
-    history_.Begin(jukebox_.selectednode());
+    history_.Begin(jukebox_.selectednode(),
+                   scope_ == FileAgainScope::kAlbum ? "Add Album Folder" : "File Songs Again");
     if (adds_album) AddAlbum();
     const std::vector<Folder*> categories = Categories();
     for (Folder* const category : categories) TakeOut(*category);

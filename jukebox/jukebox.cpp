@@ -70,7 +70,10 @@ Jukebox::StepResult Jukebox::Redo() {
 Jukebox::StepResult Jukebox::AfterStep(Folder* concerned) {
   HideRemovedFolder();
   const Folder* const shown = selectednode();
-  return {true, concerned, shown != nullptr && history_.LastSongChange(*shown).any};
+  return {.done = true,
+          .concerned = concerned,
+          .list_changed = shown != nullptr && history_.LastSongChange(*shown).any,
+          .ranks_changed = history_.LastChangedRanks()};
 }
 
 void Jukebox::ResetSort() {
@@ -127,6 +130,14 @@ void Jukebox::ListRefilled(const clsMain& library) {
   display_.ListChanged();
 }
 
+void Jukebox::RanksChanged(const clsMain& library) {
+  Folder* const shown = ListFolder();
+  if (shown == nullptr) return;
+  for (SongEntry& entry : shown->Items())
+    if (const SongView song = library.Song(entry.SubItem()); song.Exists()) entry.Icon(song.Rank());
+  PicturesChanged();
+}
+
 void Jukebox::ColumnClick(const clsMain& library) {
   Folder* const shown = ListFolder();
   if (shown == nullptr) return;
@@ -137,10 +148,22 @@ void Jukebox::ColumnClick(const clsMain& library) {
     ListRefilled(library);
     throw;
   }
-  const std::size_t before = shown->Items().size();
+  Reordered(library, header);
+}
+
+void Jukebox::SortByColumn(const clsMain& library, const ColumnKeys& keys, bool descending) {
+  Folder* const shown = ListFolder();
+  if (shown == nullptr) return;
+  order_.SortBy(*shown, library, ShowsHits() ? found_.History() : history_, keys, descending);
+  Reordered(library, kNameHeader);
+}
+
+void Jukebox::Reordered(const clsMain& library, std::string_view header) {
+  const Folder& shown = *ListFolder();
+  const std::size_t before = shown.Items().size();
   LabelSongs(library);
   display_.NameColumnHeader(header);
-  if (shown->Items().size() == before)
+  if (shown.Items().size() == before)
     display_.LabelsChanged();
   else
     display_.ListChanged();

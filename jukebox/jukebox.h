@@ -62,6 +62,8 @@ class Jukebox {
     Folder* concerned = nullptr;  ///< the folder to show; null for none
     /// The songs of the shown folder have changed and have no labels yet.
     bool list_changed = false;
+    /// Ranks have changed; the library is not saved yet, and the icons of the songs are old.
+    bool ranks_changed = false;
   };
   /// Undoes the latest step, or redoes the step that was undone last. Does nothing when there is
   /// none.
@@ -161,11 +163,16 @@ class Jukebox {
 
   /// Call this after rank pictures of shown songs have changed.
   void PicturesChanged() { display_.LabelsChanged(); }
+  /// Call this after ranks have changed: shows the pictures of the ranks that are stored.
+  void RanksChanged(const clsMain& library);
 
   /// Sorts the list by the next order, as a click on a column header does, see SongListOrder.
   ///
   /// \throws TypeMismatchError, OverflowError from the sort by rank when a rank is not a number
   void ColumnClick(const clsMain& library);
+
+  /// Sorts the list by a column, as one step of the history. See SongListOrder::SortBy.
+  void SortByColumn(const clsMain& library, const ColumnKeys& keys, bool descending);
 
   /// The sort state: 0 not sorted yet, 1 to 4 the order that the next click applies.
   int SortState() const noexcept { return order_.State(); }
@@ -178,6 +185,8 @@ class Jukebox {
   /// Replaces folders, songs and columns.
   void Replace(LoadedJukebox& loaded);
   void LabelSongs(const clsMain& library);
+  /// Call after the order of the shown songs has changed.
+  void Reordered(const clsMain& library, std::string_view header);
   StepResult AfterStep(Folder* concerned);
 
   FolderTree tree_;

@@ -9,6 +9,7 @@
 
 #include "jukebox/jukebox.h"
 #include "jukebox/special_folders.h"
+#include "jukebox/step_name.h"
 #include "util/natural_order.h"
 #include "util/text.h"
 
@@ -61,7 +62,7 @@ std::vector<SongEntry> JukeboxEdits::EntriesAt(const Folder& folder, const std::
 Folder* JukeboxEdits::AddFolder(Folder* parent) {
   if (parent != nullptr && parent->Level() >= kMaxLevel) return nullptr;
   FolderTree& tree = jukebox_.Nodes();
-  jukebox_.History().Begin(parent != nullptr ? parent : jukebox_.selectednode());
+  jukebox_.History().Begin(parent != nullptr ? parent : jukebox_.selectednode(), "Add Folder");
   Folder& folder =
       jukebox_.History().AddFolder(tree.NewFolder(kNewFolder), parent, ChildrenOf(tree, parent));
   jukebox_.History().End();
@@ -72,7 +73,7 @@ Folder& JukeboxEdits::AddFolderOf(std::string_view text, const std::vector<SongE
   FolderTree& tree = jukebox_.Nodes();
   DetachedFolder folder = tree.NewFolder(text);
   folder->Items() = WithoutDuplicates(*folder, songs);
-  jukebox_.History().Begin(jukebox_.selectednode());
+  jukebox_.History().Begin(jukebox_.selectednode(), "Add Folder");
   Folder& added = jukebox_.History().AddFolder(std::move(folder), nullptr, tree.Children());
   jukebox_.History().End();
   return added;
@@ -84,7 +85,7 @@ bool JukeboxEdits::Rename(Folder& folder, std::string_view text) {
   const Folder* const same = jukebox_.Nodes().Find(text, folder.Parent());
   const bool is_before_special =
       same != nullptr && same->Index() > folder.Index() && IsSpecialFolder(*same);
-  jukebox_.History().Begin(&folder);
+  jukebox_.History().Begin(&folder, "Rename Folder");
   jukebox_.History().RenameFolder(folder, text);
   if (is_before_special) MoveBehind(folder, *same);
   jukebox_.History().End();
@@ -100,16 +101,18 @@ void JukeboxEdits::MoveBehind(const Folder& folder, const Folder& other) {
   jukebox_.History().ReorderFolders(folder.Parent(), std::move(order));
 }
 
-void JukeboxEdits::RemoveSongs(Folder& folder, const std::vector<int>& rows) {
-  jukebox_.History().Begin(&folder);
-  jukebox_.History().RemoveSongs(folder, ValidRows(folder, rows));
+void JukeboxEdits::RemoveSongs(Folder& folder, const std::vector<int>& rows,
+                               std::string_view verb) {
+  Positions positions = ValidRows(folder, rows);
+  jukebox_.History().Begin(&folder, NameOfSongStep(verb, positions.size()));
+  jukebox_.History().RemoveSongs(folder, std::move(positions));
   jukebox_.History().End();
 }
 
 void JukeboxEdits::CutSongs(Folder& folder, const std::vector<int>& rows) {
   if (ValidRows(folder, rows).empty()) return;
   CopySongs(folder, rows);
-  RemoveSongs(folder, rows);
+  RemoveSongs(folder, rows, "Cut");
 }
 
 void JukeboxEdits::CopySongs(const Folder& folder, const std::vector<int>& rows) {
@@ -119,37 +122,46 @@ void JukeboxEdits::CopySongs(const Folder& folder, const std::vector<int>& rows)
 
 void JukeboxEdits::CutFolder(Folder& folder) {
   CopyFolder(folder);
-  DeleteFolder(folder);
+  RemoveFolder(folder, "Cut Folder");
 }
 
 void JukeboxEdits::CopyFolder(const Folder& folder) { clipboard_.PutFolder(folder); }
 
 JukeboxEdits::Result JukeboxEdits::Paste(Folder* into) {
-  if (const Folder* const folder = clipboard_.CopiedFolder()) return AddCopy(*folder, into);
+  if (const Folder* const folder = clipboard_.CopiedFolder())
+    return AddCopy(*folder, into, "Paste Folder");
   if (into == nullptr) return clipboard_.Songs().empty() ? Result::kNothing : Result::kNeedsFolder;
-  return AddSongs(*into, clipboard_.Songs());
+  return AddSongs(*into, clipboard_.Songs(), "Paste");
 }
 
-JukeboxEdits::Result JukeboxEdits::AddCopy(const Folder& folder, Folder* parent) {
+JukeboxEdits::Result JukeboxEdits::AddCopy(const Folder& folder, Folder* parent,
+                                           std::string_view name) {
   if (!FolderTree::FitsBelow(parent, folder)) return Result::kTooDeep;
   FolderTree& tree = jukebox_.Nodes();
-  jukebox_.History().Begin(parent != nullptr ? parent : jukebox_.selectednode());
+  jukebox_.History().Begin(parent != nullptr ? parent : jukebox_.selectednode(), name);
   jukebox_.History().AddFolder(tree.Copy(folder), parent, ChildrenOf(tree, parent));
   jukebox_.History().End();
   return Result::kDone;
 }
 
-void JukeboxEdits::DeleteFolder(Folder& folder) {
-  jukebox_.History().Begin(FolderToShowAfterRemoval(folder));
+void JukeboxEdits::DeleteFolder(Folder& folder) { RemoveFolder(folder, "Delete Folder"); }
+
+void JukeboxEdits::RemoveFolder(Folder& folder, std::string_view name) {
+  jukebox_.History().Begin(FolderToShowAfterRemoval(folder), name);
   jukebox_.History().RemoveFolder(folder);
   jukebox_.History().End();
   jukebox_.HideRemovedFolder();
 }
 
 JukeboxEdits::Result JukeboxEdits::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
+  return AddSongs(to, songs, "Add");
+}
+
+JukeboxEdits::Result JukeboxEdits::AddSongs(Folder& to, const std::vector<SongEntry>& songs,
+                                            std::string_view verb) {
   std::vector<SongEntry> added = WithoutDuplicates(to, songs);
   if (added.empty()) return Result::kNothing;
-  jukebox_.History().Begin(&to);
+  jukebox_.History().Begin(&to, NameOfSongStep(verb, added.size()));
   jukebox_.History().AddSongs(to, std::move(added));
   jukebox_.History().End();
   return Result::kDone;
@@ -160,19 +172,56 @@ JukeboxEdits::Result JukeboxEdits::DropSongs(JukeboxEdits& source, Folder& from,
   if (&from == &to) return Result::kNothing;
   const std::vector<SongEntry> songs = EntriesAt(from, rows);
   if (songs.empty()) return Result::kNothing;
-  if (copy) return AddSongs(to, songs);
+  if (copy) return AddSongs(to, songs, "Copy");
   if (&source != this) {
-    const Result added = AddSongs(to, songs);
-    source.RemoveSongs(from, rows);
+    const Result added = AddSongs(to, songs, "Move");
+    source.RemoveSongs(from, rows, "Move");
     if (added == Result::kDone) LinkSteps(source);
     return Result::kDone;
   }
   EditHistory& history = jukebox_.History();
-  history.Begin(&from);
+  history.Begin(&from, NameOfSongStep("Move", songs.size()));
   history.AddSongs(to, WithoutDuplicates(to, songs));
   history.RemoveSongs(from, ValidRows(from, rows));
   history.End();
   return Result::kDone;
+}
+
+bool JukeboxEdits::MoveSongsTo(Folder& folder, const std::vector<int>& rows, int before) {
+  const std::vector<std::int32_t> moved = ValidRows(folder, rows);
+  const auto count = static_cast<std::int32_t>(folder.Items().size());
+  std::vector<char> moves(static_cast<std::size_t>(count));
+  for (const std::int32_t row : moved) moves[static_cast<std::size_t>(row)] = 1;
+  std::vector<std::int32_t> order;
+  order.reserve(moves.size());
+  const auto stay = [&](std::int32_t first, std::int32_t end) {
+    for (std::int32_t row = first; row < end; ++row)
+      if (moves[static_cast<std::size_t>(row)] == 0) order.push_back(row);
+  };
+  const std::int32_t target = std::clamp(before, 0, count);
+  stay(0, target);
+  order.insert(order.end(), moved.begin(), moved.end());
+  stay(target, count);
+  return ReorderSongs(folder, std::move(order), moved.size());
+}
+
+bool JukeboxEdits::MoveSongsByOne(Folder& folder, const std::vector<int>& rows,
+                                  const std::vector<int>& neighbours) {
+  std::vector<std::int32_t> order(folder.Items().size());
+  std::iota(order.begin(), order.end(), 0);
+  for (std::size_t k = 0; k < rows.size(); ++k)
+    std::swap(order.at(static_cast<std::size_t>(rows[k])),
+              order.at(static_cast<std::size_t>(neighbours[k])));
+  return ReorderSongs(folder, std::move(order), rows.size());
+}
+
+bool JukeboxEdits::ReorderSongs(Folder& folder, std::vector<std::int32_t> order,
+                                std::size_t moved) {
+  if (std::is_sorted(order.begin(), order.end())) return false;
+  jukebox_.History().Begin(&folder, NameOfSongStep("Move", moved));
+  jukebox_.History().ReorderSongs(folder, std::move(order));
+  jukebox_.History().End();
+  return true;
 }
 
 void JukeboxEdits::LinkSteps(const JukeboxEdits& source) {
@@ -191,23 +240,24 @@ JukeboxEdits::Result JukeboxEdits::DropFolder(JukeboxEdits& source, Folder& fold
   const bool same_jukebox = &source == this;
   if (same_jukebox && !CanDropFolder(folder, to, copy)) return Result::kNothing;
   if (copy || !same_jukebox) {
-    const Result result = AddCopy(folder, to);
+    const std::string_view name = copy ? "Copy Folder" : "Move Folder";
+    const Result result = AddCopy(folder, to, name);
     if (result == Result::kDone && !copy) {
-      source.DeleteFolder(folder);
+      source.RemoveFolder(folder, name);
       LinkSteps(source);
     }
     return result;
   }
   if (!FolderTree::FitsBelow(to, folder)) return Result::kTooDeep;
   EditHistory& history = jukebox_.History();
-  history.Begin(&folder);
+  history.Begin(&folder, "Move Folder");
   history.MoveFolder(folder, to, ChildrenOf(jukebox_.Nodes(), to));
   history.End();
   return Result::kDone;
 }
 
 void JukeboxEdits::SortNodes(Folder* above) {
-  jukebox_.History().Begin(above != nullptr ? above : jukebox_.selectednode());
+  jukebox_.History().Begin(above != nullptr ? above : jukebox_.selectednode(), "Sort Folders");
   jukebox_.Nodes().ReorderMany([&] { SortBelow(above); });
   jukebox_.History().End();
 }

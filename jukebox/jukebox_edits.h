@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
@@ -73,6 +74,18 @@ class JukeboxEdits {
   Result DropSongs(JukeboxEdits& source, Folder& from, const std::vector<int>& rows, Folder& to,
                    bool copy);
 
+  /// Moves songs inside their folder. They keep their order among each other.
+  /// \param before position of the song that they are moved before, or the number of songs
+  /// \returns whether the order has changed
+  bool MoveSongsTo(Folder& folder, const std::vector<int>& rows, int before);
+
+  /// Moves songs inside their folder by one line: each changes places with a neighbour in turn.
+  /// \param rows       in the order in which they move
+  /// \param neighbours for each row, the position of the song that it changes places with
+  /// \returns whether the order has changed
+  bool MoveSongsByOne(Folder& folder, const std::vector<int>& rows,
+                      const std::vector<int>& neighbours);
+
   /// Moves or copies a folder, appending it to the subfolders of a folder in the same or in another
   /// jukebox.
   /// \param to   null for top level; must not be the folder itself or lie below it
@@ -89,9 +102,12 @@ class JukeboxEdits {
  private:
   static std::vector<SongEntry> EntriesAt(const Folder& folder, const std::vector<int>& rows);
   static std::vector<std::int32_t> ValidRows(const Folder& folder, const std::vector<int>& rows);
-  void RemoveSongs(Folder& folder, const std::vector<int>& rows);
+  void RemoveSongs(Folder& folder, const std::vector<int>& rows, std::string_view verb);
+  void RemoveFolder(Folder& folder, std::string_view name);
+  Result AddSongs(Folder& to, const std::vector<SongEntry>& songs, std::string_view verb);
+  bool ReorderSongs(Folder& folder, std::vector<std::int32_t> order, std::size_t moved);
   void MoveBehind(const Folder& folder, const Folder& other);
-  Result AddCopy(const Folder& folder, Folder* parent);
+  Result AddCopy(const Folder& folder, Folder* parent, std::string_view name);
   void LinkSteps(const JukeboxEdits& source);
   void SortBelow(Folder* above);
 

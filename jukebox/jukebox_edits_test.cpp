@@ -379,5 +379,39 @@ TEST_F(Edits, SongsNeedAFolderToBePastedInto) {
   EXPECT_EQ(edits.Paste(nullptr), Result::kNeedsFolder);
 }
 
+TEST_F(Edits, SongsMoveToAPlaceInTheirFolder) {
+  Folder& folder = Add(nullptr, "A", {1, 2, 3, 4, 5});
+  edits.MoveSongsTo(folder, {0, 3}, 2);
+  EXPECT_EQ(SongsOf(folder), (Songs{2, 1, 4, 3, 5}));
+  EXPECT_EQ(jukebox.History().NameToUndo(), "Move 2 Songs");
+  edits.MoveSongsTo(folder, {0}, 5);
+  EXPECT_EQ(SongsOf(folder), (Songs{1, 4, 3, 5, 2}));
+  edits.MoveSongsTo(folder, {4}, 0);
+  EXPECT_EQ(SongsOf(folder), (Songs{2, 1, 4, 3, 5}));
+  for (int step = 0; step < 3; ++step) jukebox.Undo();
+  EXPECT_EQ(SongsOf(folder), (Songs{1, 2, 3, 4, 5}));
+  EXPECT_FALSE(jukebox.IsFormDirty());
+}
+
+TEST_F(Edits, SongsThatMoveToWhereTheyAreMakeNoStep) {
+  Folder& folder = Add(nullptr, "A", {1, 2, 3});
+  edits.MoveSongsTo(folder, {1}, 1);
+  edits.MoveSongsTo(folder, {1}, 2);
+  edits.MoveSongsTo(folder, {}, 0);
+  edits.MoveSongsTo(folder, {-1, 3}, 0);
+  EXPECT_FALSE(jukebox.History().CanUndo());
+}
+
+TEST_F(Edits, SongsMoveOverTheirNeighbours) {
+  Folder& folder = Add(nullptr, "A", {1, 2, 3, 4, 5});
+  edits.MoveSongsByOne(folder, {1, 2, 4}, {0, 1, 3});
+  EXPECT_EQ(SongsOf(folder), (Songs{2, 3, 1, 5, 4}));
+  EXPECT_EQ(jukebox.History().NameToUndo(), "Move 3 Songs");
+  // A neighbour need not be the next entry: entries that are not shown stay where they are.
+  edits.MoveSongsByOne(folder, {0}, {4});
+  EXPECT_EQ(SongsOf(folder), (Songs{4, 3, 1, 5, 2}));
+  EXPECT_EQ(jukebox.History().NameToUndo(), "Move Song");
+}
+
 }  // namespace
 }  // namespace tallow

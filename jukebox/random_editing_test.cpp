@@ -12,6 +12,7 @@
 #include "jukebox/jukebox_edits.h"
 #include "jukebox/jukebox_reader.h"
 #include "jukebox/jukebox_writer.h"
+#include "jukebox/ranking.h"
 #include "tests/library_fixture.h"
 #include "util/text.h"
 
@@ -29,6 +30,7 @@ class ReferenceHistory {
     std::string text;
     std::vector<std::pair<std::int32_t, std::int32_t>> songs;  ///< entry number, record number
     std::vector<std::shared_ptr<Node>> children;
+    std::vector<std::string> ranks;  ///< of all songs, from song 1; only at the root
   };
   using NodePtr = std::shared_ptr<Node>;
 
@@ -182,6 +184,7 @@ class RandomEditing : public LibraryTest {
   }
   void ExpectSame(const FolderTree& tree) {
     const Node& root = reference.Now();
+    ASSERT_EQ(Ranks(), root.ranks);
     ASSERT_EQ(tree.Children(), static_cast<std::int32_t>(root.children.size()));
     for (std::int32_t k = 0; k < tree.Children(); ++k)
       ExpectSame(tree.ChildAt(k), *root.children[static_cast<std::size_t>(k)]);
@@ -301,10 +304,73 @@ class RandomEditing : public LibraryTest {
     jukebox.ColumnClick(library);
   }
 
+  /// Moves songs inside their folder, as by a drag.
+  void MoveInside(Folder& folder) {
+    const auto rows = SomeRows(folder);
+    auto& songs = NodeOf(&folder).songs;
+    const int before = Random(static_cast<int>(songs.size()) + 1);
+    auto moved = songs;
+    moved.clear();
+    const auto add = [&](int first, int end, bool selected) {
+      for (int row = first; row < end; ++row)
+        if ((std::find(rows.begin(), rows.end(), row) != rows.end()) == selected)
+          moved.push_back(songs[static_cast<std::size_t>(row)]);
+    };
+    const int count = static_cast<int>(songs.size());
+    add(0, before, false);
+    add(0, count, true);
+    add(before, count, false);
+    TakeOrder(folder, moved);
+    edits.MoveSongsTo(folder, rows, before);
+  }
+  /// Moves songs up or down by one line, each over the one beside it.
+  void MoveByOne(Folder& folder) {
+    auto rows = SomeRows(folder);
+    const bool up = Random(2) == 0;
+    if (rows.empty() || (up ? rows.front() == 0
+                            : static_cast<std::size_t>(rows.back()) + 1 == folder.Items().size()))
+      return;
+    if (!up) std::reverse(rows.begin(), rows.end());
+    auto moved = NodeOf(&folder).songs;
+    std::vector<int> neighbours;
+    for (const int row : rows) {
+      neighbours.push_back(up ? row - 1 : row + 1);
+      std::swap(moved[static_cast<std::size_t>(row)],
+                moved[static_cast<std::size_t>(neighbours.back())]);
+    }
+    TakeOrder(folder, moved);
+    edits.MoveSongsByOne(folder, rows, neighbours);
+  }
+  void TakeOrder(const Folder& folder,
+                 const std::vector<std::pair<std::int32_t, std::int32_t>>& songs) {
+    if (songs == NodeOf(&folder).songs) return;
+    reference.Step();
+    NodeOf(&folder).songs = songs;
+  }
+  void Rank(Folder& folder) {
+    const auto rows = SomeRows(folder);
+    const int item = 1 + Random(kNoRankItem);
+    constexpr const char* kStored[] = {"7", "6", "5", "4", "3", "3", "2"};
+    auto ranks = reference.Now().ranks;
+    for (const int row : rows)
+      ranks[static_cast<std::size_t>(folder.Items()[static_cast<std::size_t>(row)].SubItem() - 1)] =
+          kStored[item - 1];
+    if (ranks != reference.Now().ranks) {
+      reference.Step();
+      reference.Now().ranks = ranks;
+    }
+    RankSongs(jukebox.History(), folder, rows, item, library);
+  }
+  std::vector<std::string> Ranks() const {
+    std::vector<std::string> ranks;
+    for (int song = 1; song <= kSongs; ++song) ranks.emplace_back(library.Mp3Info(kSongRank, song));
+    return ranks;
+  }
+
   void Act() {
     Folder* const folder = AnyFolder();
     Folder* const other = AnyFolder();
-    const int command = Random(20);
+    const int command = Random(23);
     if (folder == nullptr || command == 0) return AddFolder(nullptr);
     Node& node = NodeOf(folder);
     switch (command) {
@@ -394,6 +460,12 @@ class RandomEditing : public LibraryTest {
         reference.Undo();
         jukebox.Undo();
         return;
+      case 19:
+        return MoveInside(*folder);
+      case 20:
+        return MoveByOne(*folder);
+      case 21:
+        return Rank(*folder);
       default:
         if (!jukebox.History().CanRedo()) return;
         reference.Redo();
@@ -430,6 +502,7 @@ TEST_F(RandomEditing, AgreesWithTheReferenceImplementation) {
   for (unsigned seed = 1; seed <= 12; ++seed) {
     SCOPED_TRACE("seed " + std::to_string(seed));
     random.seed(seed);
+    reference.Now().ranks = Ranks();
     // Initial folders, added without the undo history.
     for (int k = 0; k < 2; ++k) {
       auto node = std::make_shared<Node>();

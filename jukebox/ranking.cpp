@@ -4,8 +4,12 @@
 #include <algorithm>
 #include <cstddef>
 #include <string>
+#include <utility>
 
+#include "jukebox/edit_history.h"
 #include "jukebox/folder_tree.h"
+#include "jukebox/rank_change.h"
+#include "jukebox/step_name.h"
 #include "library/cls_main.h"
 
 namespace tallow {
@@ -16,20 +20,35 @@ constexpr int kWorstRank = 3;
 
 }  // namespace
 
-bool RankSongs(Folder& folder, const std::vector<int>& rows, int item, clsMain& library) {
-  const int picture = kBestRank + 1 - item;
-  const std::string rank = std::to_string(std::max(picture, kWorstRank));
-  bool changed = false;
+bool RankSongs(EditHistory& history, Folder& folder, const std::vector<int>& rows,
+               const std::function<NewRank(int rank)>& rank_of, clsMain& library) {
+  RankChange change(library);
+  std::size_t ranked = 0;
   for (const int row : rows) {
     if (row < 0 || static_cast<std::size_t>(row) >= folder.Items().size()) continue;
     SongEntry& entry = folder.Items()[static_cast<std::size_t>(row)];
-    const std::int32_t record = entry.SubItem();
-    if (!library.Song(record).Exists()) continue;
-    library.Mp3Info(kSongRank, record, rank);
-    entry.Icon(picture);
-    changed = true;
+    const SongView song = library.Song(entry.SubItem());
+    if (!song.Exists()) continue;
+    const NewRank rank = rank_of(song.Rank());
+    entry.Icon(rank.picture);
+    if (library.Mp3Info(kSongRank, entry.SubItem()) == rank.stored) continue;
+    change.Add(entry.SubItem(), rank.stored);
+    ++ranked;
   }
-  return !changed || library.Save();
+  if (change.IsEmpty()) return true;
+  history.Begin(&folder, NameOfSongStep("Rank", ranked));
+  history.ChangeRanks(std::move(change));
+  history.End();
+  return library.Save();
+}
+
+bool RankSongs(EditHistory& history, Folder& folder, const std::vector<int>& rows, int item,
+               clsMain& library) {
+  const int picture = item == kNoRankItem ? kNeverRanked : kBestRank + 1 - item;
+  const int stored = item == kNoRankItem ? kNeverRanked : std::max(picture, kWorstRank);
+  const NewRank rank{std::to_string(stored), picture};
+  return RankSongs(
+      history, folder, rows, [&rank](int /*rank*/) { return rank; }, library);
 }
 
 }  // namespace tallow

@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "jukebox/edit_history.h"
 #include "jukebox/folder_tree.h"
 #include "jukebox/sorting.h"
 #include "tests/library_fixture.h"
@@ -24,11 +25,12 @@ class Ranking : public LibraryTest {
 
   FolderTree tree;
   Folder& folder = tree.AddChild(nullptr, "one");
+  EditHistory history{tree};
 };
 
 TEST_F(Ranking, TheFirstFiveItemsStoreAndShowRanksSevenToThree) {
   for (int item = 1; item <= 5; ++item) {
-    EXPECT_TRUE(RankSongs(folder, {0, 2}, item, library));
+    EXPECT_TRUE(RankSongs(history, folder, {0, 2}, item, library));
     const std::string rank = std::to_string(8 - item);
     EXPECT_EQ(Cells(5), (Texts{"2", rank, rank}));
     EXPECT_EQ(Icons(), (std::vector<int>{8 - item, 2, 8 - item}));
@@ -36,7 +38,7 @@ TEST_F(Ranking, TheFirstFiveItemsStoreAndShowRanksSevenToThree) {
 }
 
 TEST_F(Ranking, ToWorstStoresThreeAndShowsTwoUntilTheFolderIsLabelledAgain) {
-  RankSongs(folder, {1}, 6, library);
+  RankSongs(history, folder, {1}, 6, library);
   EXPECT_EQ(Cells(5), (Texts{"3", "2", "2"}));
   EXPECT_EQ(Icons(), (std::vector<int>{2, 2, 2}));
   RefreshFolderList(folder, library);
@@ -45,7 +47,7 @@ TEST_F(Ranking, ToWorstStoresThreeAndShowsTwoUntilTheFolderIsLabelledAgain) {
 
 TEST_F(Ranking, TheLibraryIsSavedOnce) {
   const auto before = StampOf(LibraryPath());
-  EXPECT_TRUE(RankSongs(folder, {0, 1, 2}, 1, library));
+  EXPECT_TRUE(RankSongs(history, folder, {0, 1, 2}, 1, library));
   EXPECT_NE(StampOf(LibraryPath()), before);
   Tallow again(application.path());
   again.settings.GetandLoadIniInfo(again.settings_path);
@@ -54,20 +56,116 @@ TEST_F(Ranking, TheLibraryIsSavedOnce) {
 }
 
 TEST_F(Ranking, NothingIsSavedForNoSongs) {
-  EXPECT_TRUE(RankSongs(folder, {}, 1, library));
-  EXPECT_TRUE(RankSongs(folder, {-1, 3}, 1, library));
+  EXPECT_TRUE(RankSongs(history, folder, {}, 1, library));
+  EXPECT_TRUE(RankSongs(history, folder, {-1, 3}, 1, library));
   EXPECT_FALSE(FileExists(LibraryPath()));
 }
 
 TEST_F(Ranking, AnEntryWithoutASongIsIgnored) {
   folder.Items().emplace_back(99, 2);
-  EXPECT_TRUE(RankSongs(folder, {3}, 1, library));
+  EXPECT_TRUE(RankSongs(history, folder, {3}, 1, library));
   EXPECT_EQ(Icons().back(), 2);
+}
+
+TEST_F(Ranking, NoRankStoresAndShowsTheRankOfSongsThatWereNeverRanked) {
+  RankSongs(history, folder, {0, 1, 2}, 1, library);
+  EXPECT_TRUE(RankSongs(history, folder, {1}, kNoRankItem, library));
+  EXPECT_EQ(Cells(5), (Texts{"2", "7", "7"}));
+  EXPECT_EQ(Icons(), (std::vector<int>{7, 2, 7}));
+}
+
+TEST_F(Ranking, EverySongMayGetAnotherRank) {
+  RankSongs(history, folder, {0}, 3, library);
+  const auto better = [](int rank) { return NewRank{std::to_string(rank + 1), rank + 1}; };
+  EXPECT_TRUE(RankSongs(history, folder, {0, 2}, better, library));
+  EXPECT_EQ(Cells(5), (Texts{"2", "3", "6"}));
+  EXPECT_EQ(Icons(), (std::vector<int>{6, 2, 3}));
+}
+
+TEST_F(Ranking, IsAStepThatIsUndoneAndRedone) {
+  RankSongs(history, folder, {1}, 2, library);
+  RankSongs(history, folder, {0, 1, 2}, 1, library);
+  EXPECT_EQ(history.NameToUndo(), "Rank 3 Songs");
+  EXPECT_EQ(history.Undo(), &folder);
+  EXPECT_TRUE(history.LastChangedRanks());
+  EXPECT_EQ(Cells(5), (Texts{"6", "2", "2"}));
+  EXPECT_EQ(history.NameToUndo(), "Rank Song");
+  EXPECT_EQ(history.NameToRedo(), "Rank 3 Songs");
+  history.Undo();
+  EXPECT_EQ(Cells(5), (Texts{"2", "2", "2"}));
+  history.Redo();
+  history.Redo();
+  EXPECT_EQ(Cells(5), (Texts{"7", "7", "7"}));
+}
+
+TEST_F(Ranking, SongsThatHaveTheRankAlreadyMakeNoStep) {
+  RankSongs(history, folder, {0, 1}, 1, library);
+  RankSongs(history, folder, {0, 1}, 1, library);
+  EXPECT_EQ(history.Steps(), 1U);
+  RankSongs(history, folder, {0, 1, 2}, 1, library);
+  EXPECT_EQ(history.NameToUndo(), "Rank Song");
+}
+
+TEST_F(Ranking, ASongThatTheFolderHoldsTwiceGetsItsRankBack) {
+  folder.Items().emplace_back(3, 2);
+  RankSongs(history, folder, {0, 3}, 1, library);
+  history.Undo();
+  EXPECT_EQ(Cells(5), (Texts{"2", "2", "2"}));
+  history.Redo();
+  EXPECT_EQ(Cells(5), (Texts{"2", "2", "7"}));
+  history.Undo();
+  EXPECT_EQ(Cells(5), (Texts{"2", "2", "2"}));
+}
+
+TEST_F(Ranking, StepsFollowSongsThatGetOtherRecordNumbers) {
+  RankSongs(history, folder, {0}, 1, library);
+  library.Mp3Info(kSongRank, 2, "7");
+  history.Renumber({{3, 2}});
+  history.Undo();
+  EXPECT_EQ(Cells(5), (Texts{"2", "2", "7"}));
+}
+
+TEST_F(Ranking, ARankThatIsNotANumberIsRestored) {
+  library.Mp3Info(kSongRank, 3, "best");
+  RankSongs(history, folder, {0}, 1, library);
+  history.Undo();
+  EXPECT_EQ(Cells(5), (Texts{"2", "2", "best"}));
+}
+
+TEST_F(Ranking, LeavesAJukeboxAsSavedAsItWas) {
+  const auto rank = [this](int item) { RankSongs(history, folder, {0}, item, library); };
+  rank(1);
+  EXPECT_TRUE(history.IsAsSaved());
+  history.Begin(&folder, "Rename Folder");
+  history.RenameFolder(folder, "two");
+  history.End();
+  rank(2);
+  EXPECT_FALSE(history.IsAsSaved());
+  history.MarkSaved();
+  history.Undo();
+  EXPECT_TRUE(history.IsAsSaved());
+  history.Undo();
+  EXPECT_FALSE(history.IsAsSaved());
+  history.Redo();
+  EXPECT_TRUE(history.IsAsSaved());
+  // The step that led to the state that was saved is dropped.
+  rank(3);
+  EXPECT_TRUE(history.IsAsSaved());
+  history.Undo();
+  history.Undo();
+  EXPECT_FALSE(history.IsAsSaved());
+}
+
+TEST_F(Ranking, StaysSavedWhenTheOldestStepsAreDropped) {
+  for (std::size_t step = 0; step <= EditHistory::kMaxSteps; ++step)
+    RankSongs(history, folder, {0}, 1 + static_cast<int>(step % 2), library);
+  EXPECT_EQ(history.Steps(), EditHistory::kMaxSteps);
+  EXPECT_TRUE(history.IsAsSaved());
 }
 
 TEST_F(Ranking, AFailedSaveIsReportedAndTheRanksStayInMemory) {
   std::filesystem::create_directories(std::filesystem::path(LibraryPath()));
-  EXPECT_FALSE(RankSongs(folder, {0}, 1, library));
+  EXPECT_FALSE(RankSongs(history, folder, {0}, 1, library));
   EXPECT_EQ(library.Mp3Info(5, 3), "7");
 }
 

@@ -106,7 +106,7 @@ std::string_view SongListOrder::SortByNext(Folder& folder, const clsMain& librar
   const int state = state_ == 0 ? kFirstOrder : state_;
   const ListOrder& order = kOrders[state - 1];
   KeyTable table(folder.Items(), library, order.key);
-  history.Begin(&folder);
+  history.Begin(&folder, "Sort Songs");
   const auto end_step = [&] {
     history.SongsReordered(folder, std::move(table.Origins()));
     history.End();

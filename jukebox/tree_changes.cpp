@@ -68,6 +68,8 @@ struct Toggler {
     }
     change.order.Invert();
   }
+
+  void operator()(RankChange& change) const { change.Toggle(); }
 };
 
 std::size_t BytesOfFolder(const Folder& folder) {
@@ -93,6 +95,7 @@ struct OwnedBytes {
   std::size_t operator()(const SongReorder& change) const {
     return change.order.size() * sizeof(std::int32_t);
   }
+  std::size_t operator()(const RankChange& change) const { return change.Bytes(); }
 };
 
 }  // namespace
@@ -113,6 +116,8 @@ void Renumber(TreeChange& change, const NewNumbers& numbers) {
     Renumber(songs->detached, numbers);
   } else if (auto* const folder = std::get_if<FolderPresence>(&change)) {
     if (folder->detached != nullptr) Renumber(*folder->detached, numbers);
+  } else if (auto* const ranks = std::get_if<RankChange>(&change)) {
+    ranks->Renumber(numbers);
   }
 }
 

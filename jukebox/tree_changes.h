@@ -9,10 +9,11 @@
 
 #include "jukebox/folder_tree.h"
 #include "jukebox/list_positions.h"
+#include "jukebox/rank_change.h"
 
 namespace tallow {
 
-// The kinds of change that a command can make to a tree of folders. Each holds what differs between
+// The kinds of change that a command can make to a tree of folders, or to the ranks of songs. Each holds what differs between
 // the current state of the tree and the other one, and toggling exchanges the two states.
 
 /// A folder that the change adds or removes.
@@ -56,7 +57,7 @@ struct SongReorder {
 };
 
 using TreeChange = std::variant<FolderPresence, FolderMove, FolderRename, FolderReorder,
-                                SongPresence, SongReorder>;
+                                SongPresence, SongReorder, RankChange>;
 
 /// Makes a change in the tree, or reverts it.
 void Toggle(TreeChange& change, FolderTree& tree);

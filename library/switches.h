@@ -37,6 +37,9 @@ struct Switches {
   /// A double click or Enter plays the folder from the song on, and Space pauses and resumes.
   /// Classic: the one song.
   bool plays_on = false;
+  /// Lists begin with the columns of a song's details, and the status bar has their sums. Classic:
+  /// label and record number.
+  bool columns_of_details = false;
   /// A field of the toolbar finds songs while the user types. Classic: only the find dialog.
   bool find_field = false;
 
@@ -56,6 +59,7 @@ inline constexpr Switches kModernStyle{.newer_tags = true,
                                        .fills_new_jukeboxes = true,
                                        .reopens_jukeboxes = true,
                                        .plays_on = true,
+                                       .columns_of_details = true,
                                        .find_field = true};
 
 }  // namespace tallow

@@ -2,7 +2,6 @@
 #include "ui/jukebox/frm_main.h"
 
 #include <algorithm>
-#include <exception>
 #include <utility>
 
 #include <QCloseEvent>
@@ -16,6 +15,7 @@
 #include "app/search/music_places.h"
 #include "app/tallow.h"
 #include "jukebox/initial_jukebox.h"
+#include "ui/jukebox/columns/jukebox_columns.h"
 #include "ui/jukebox/dropped_files.h"
 #include "ui/jukebox/empty_library_notice.h"
 #include "ui/jukebox/jukebox_commands.h"
@@ -44,6 +44,7 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
       explorer_(new PVExplorer(jukebox_, tallow.library, tallow.clipboard, this)),
       empty_library_(new EmptyLibraryNotice(explorer_->List())),
       commands_(std::make_unique<JukeboxCommands>(tallow, jukebox_, *explorer_, show_)),
+      columns_(std::make_unique<JukeboxColumns>(tallow, jukebox_, *explorer_)),
       dropped_files_(std::make_unique<DroppedFiles>(tallow, jukebox_, *explorer_)),
       list_menu_(
           MakeListMenu(this, [this](ListCommand command) { Run(command, jukebox_.ListFolder()); })),
@@ -53,6 +54,7 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
         if (folder != nullptr || menu_folder_ == 0) Run(command, folder);
       })) {
   setObjectName(QStringLiteral("frmMain"));
+  AddColumnsItem(*list_menu_, columns_->Menu());
   ConnectExplorer();
   connect(commands_.get(), &JukeboxCommands::PlaySongs, this, &frmMain::PlaySongs);
   connect(commands_.get(), &JukeboxCommands::PlayFromHere, this, &frmMain::PlayFromHere);
@@ -97,14 +99,16 @@ frmMain::~frmMain() {
 
 void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::NodeClick, this, [this](Folder* folder) { ShowFolder(*folder); });
-  connect(explorer_, &PVExplorer::ColumnClick, this, &frmMain::SortList);
+  connect(explorer_, &PVExplorer::RankWanted, this,
+          [this](int rank) { Run(CommandOfRank(rank), jukebox_.ListFolder()); });
+  connect(columns_.get(), &JukeboxColumns::Problem, this, &frmMain::Problem);
   connect(explorer_, qOverload<const QString&>(&PVExplorer::CaptionChanged), this,
           &QWidget::setWindowTitle);
   connect(explorer_, &PVExplorer::ItemOpened, commands_.get(), &JukeboxCommands::OpenSong);
   connect(explorer_, &PVExplorer::PlayOrPause, this, &frmMain::PlayOrPause);
   connect(explorer_, &PVExplorer::ListPopUp, list_menu_, [this](const QPoint& position) {
     if (jukebox_.ListFolder() == nullptr) return;
-    EnableListItems(*list_menu_, player_);
+    EnableListItems(*list_menu_, player_, CanPaste(jukebox_.selectednode()));
     EnableItemsForHits(*list_menu_, jukebox_.ShowsHits());
     list_menu_->popup(position);
   });
@@ -112,10 +116,7 @@ void frmMain::ConnectExplorer() {
           [this](Folder* folder, const QPoint& position) {
             menu_folder_ = folder != nullptr ? folder->Key() : 0;
             OfferAlbumFolder(*tree_menu_, OffersAlbumFolder(jukebox_, tallow_.library));
-            const JukeboxClipboard& clipboard = tallow_.clipboard;
-            EnableTreeItems(*tree_menu_, folder,
-                            clipboard.CopiedFolder() != nullptr ||
-                                (folder != nullptr && !clipboard.Songs().empty()));
+            EnableTreeItems(*tree_menu_, jukebox_.Nodes(), folder, player_, CanPaste(folder));
             tree_menu_->popup(position);
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,
@@ -132,6 +133,11 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::LinkedStepDone, this, &frmMain::LinkedStepDone);
   connect(explorer_, &QSplitter::splitterMoved, this,
           [this] { QSettings().setValue(kSplitterOption, explorer_->saveState()); });
+}
+
+bool frmMain::CanPaste(const Folder* into) const {
+  const JukeboxClipboard& clipboard = tallow_.clipboard;
+  return clipboard.CopiedFolder() != nullptr || (into != nullptr && !clipboard.Songs().empty());
 }
 
 QSize frmMain::sizeHint() const { return kUsualSize; }
@@ -152,17 +158,9 @@ void frmMain::ShowFolder(Folder& folder) {
   jukebox_.ShowFolder(folder, tallow_.library, tallow_.folder_changes);
 }
 
-void frmMain::SortList() {
-  // Sorting reassigns the songs of the entries; the selection follows the songs.
-  const PVExplorer::Place place = explorer_->CurrentPlace();
-  try {
-    jukebox_.ColumnClick(tallow_.library);
-  } catch (const std::exception& error) {
-    emit Problem({tr("The list could not be sorted: a rank is not a number (%1).")
-                      .arg(DisplayMessage(error.what()))});
-  }
-  explorer_->FollowSongs(place);
-}
+void frmMain::FollowPreferences() { columns_->Follow(); }
+
+void frmMain::ShowNewDetails() { columns_->ShowNewDetails(); }
 
 void frmMain::OpenSong(int row) { commands_->OpenSong(row); }
 
@@ -182,6 +180,7 @@ void frmMain::Run(TreeCommand command, Folder* node) {
 
 void frmMain::Run(ListCommand command, Folder* node) {
   emit PopUpClick(static_cast<int>(command), kListPane);
+  if (command == ListCommand::kColumns) return columns_->PopUp();
   commands_->Run(command, node);
 }
 

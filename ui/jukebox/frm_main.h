@@ -23,6 +23,7 @@ namespace tallow {
 
 class DroppedFiles;
 class EmptyLibraryNotice;
+class JukeboxColumns;
 class JukeboxCommands;
 class PVExplorer;
 class Tallow;
@@ -94,6 +95,10 @@ class frmMain : public QWidget {
   /// Sets the player that the window shows, and that its menus ask what it can do.
   /// \param player null for none; must outlive the window, or the next call
   void SetPlayer(PlayerModel* player);
+  /// Call after preferences have changed: shows the columns that they name.
+  void FollowPreferences();
+  /// Call regularly: shows details of songs that were read since the last call.
+  void ShowNewDetails();
   /// Marks what plays, and what could not be played, in the list.
   void ShowMarks(bool on);
 
@@ -140,8 +145,8 @@ class frmMain : public QWidget {
   void ConnectExplorer();
   void ShowPicture();
   void ShowFolder(Folder& folder);
-  void SortList();
   bool MayClose();
+  bool CanPaste(const Folder* into) const;
   QSize WholeSize() const;
 
   Tallow& tallow_;
@@ -150,6 +155,7 @@ class frmMain : public QWidget {
   PVExplorer* explorer_;
   EmptyLibraryNotice* empty_library_;  ///< a child of the list
   std::unique_ptr<JukeboxCommands> commands_;
+  std::unique_ptr<JukeboxColumns> columns_;
   std::unique_ptr<DroppedFiles> dropped_files_;
   PlayerModel* player_ = nullptr;  ///< null for none
   bool shows_marks_ = false;

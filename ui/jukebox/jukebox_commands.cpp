@@ -24,6 +24,7 @@ JukeboxCommands::JukeboxCommands(Tallow& tallow, Jukebox& jukebox, PVExplorer& e
                                  ShowMessage show)
     : tallow_(tallow), jukebox_(jukebox), explorer_(explorer), show_(std::move(show)) {
   connect(&explorer, &PVExplorer::BeforeCut, this, &JukeboxCommands::BeforeCut);
+  connect(&explorer, &PVExplorer::RanksChanged, this, &JukeboxCommands::SaveRanks);
 }
 
 void JukeboxCommands::Run(TreeCommand command, Folder* node) {
@@ -57,6 +58,14 @@ void JukeboxCommands::Run(TreeCommand command, Folder* node) {
       return AddAlbum();
     case kFolderProperties:
       if (node != nullptr) ShowPropertiesOf(*node);
+      return;
+    case kRename:
+      if (node != nullptr && !IsSpecialFolder(*node)) explorer_.EditText(*node);
+      return;
+    case kPlayFolder:
+    case kPlayFolderNext:
+    case kAddFolderToQueue:
+      if (node != nullptr) PlayFolder(command, *node);
       return;
     default:
       return;
@@ -165,6 +174,17 @@ void JukeboxCommands::OpenSong(int row) {
     emit PlaySongs(SongsOf(*folder, {row}), OriginOf(*folder));
 }
 
+void JukeboxCommands::PlayFolder(TreeCommand command, const Folder& folder) {
+  const std::vector<std::int32_t> songs = ShownSongsOf(folder, tallow_.library);
+  const QString if_none = tr("This folder holds no songs to play.");
+  if (command == TreeCommand::kPlayFolder) return Play(folder, songs, if_none);
+  if (songs.empty()) return emit Problem({if_none});
+  if (command == TreeCommand::kPlayFolderNext)
+    emit PlayNext(songs, OriginOf(folder));
+  else
+    emit AddToQueue(songs, OriginOf(folder));
+}
+
 void JukeboxCommands::Play(const Folder& folder, const std::vector<std::int32_t>& songs,
                            const QString& if_none) {
   emit PlaySongs(songs, OriginOf(folder));
@@ -185,8 +205,22 @@ SongsOrigin JukeboxCommands::OriginOf(const Folder& folder) const {
 }
 
 void JukeboxCommands::RankSelectedSongs(int item) {
-  const bool saved =
-      RankSongs(*jukebox_.ListFolder(), explorer_.SelectedRows(), item, tallow_.library);
+  ReportRanks(RankSongs(jukebox_.History(), *jukebox_.ListFolder(), explorer_.SelectedRows(),
+                        item, tallow_.library));
+}
+
+void JukeboxCommands::RankSelectedSongs(const std::function<NewRank(int rank)>& rank_of) {
+  if (Folder* const shown = jukebox_.ListFolder())
+    ReportRanks(
+        RankSongs(jukebox_.History(), *shown, explorer_.SelectedRows(), rank_of, tallow_.library));
+}
+
+void JukeboxCommands::SaveRanks() {
+  jukebox_.RanksChanged(tallow_.library);
+  ReportRanks(tallow_.library.Save());
+}
+
+void JukeboxCommands::ReportRanks(bool saved) {
   jukebox_.PicturesChanged();
   const QStringList problems = DisplayMessages(tallow_.TakeProblems());
   if (!problems.isEmpty()) emit Problem(problems);

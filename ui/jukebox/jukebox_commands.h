@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <utility>
 #include <vector>
 
@@ -11,6 +12,7 @@
 
 #include "app/long_work.h"
 #include "app/playing/player_model.h"
+#include "jukebox/ranking.h"
 #include "ui/jukebox/pop_up_menus.h"
 #include "util/message.h"
 
@@ -44,6 +46,9 @@ class JukeboxCommands : public QObject {
   /// \param row index of the song in the folder of the list, from 0
   void OpenSong(int row);
 
+  /// Gives the selected songs new ranks, see RankSongs.
+  void RankSelectedSongs(const std::function<NewRank(int rank)>& rank_of);
+
  signals:
   // See frmMain.
   void PlaySongs(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
@@ -58,12 +63,15 @@ class JukeboxCommands : public QObject {
  private:
   void ActOnList(ListCommand command, Folder& node);
   void Play(const Folder& folder, const std::vector<std::int32_t>& songs, const QString& if_none);
+  void PlayFolder(TreeCommand command, const Folder& folder);
   void PlayFrom(const Folder& folder, int row);
   SongsOrigin OriginOf(const Folder& folder) const;
   bool RefusesForHits(ListCommand command);
   void ShowInFolder(int row);
   void ShowPropertiesOf(const Folder& node);
   void RankSelectedSongs(int item);
+  void ReportRanks(bool saved);
+  void SaveRanks();
   void DeleteFolder(Folder& node);
   void AddAlbum();
   void BeforeCut(BeforeCutEvent& event);

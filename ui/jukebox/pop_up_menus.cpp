@@ -8,7 +8,7 @@
 
 #include "app/playing/player_model.h"
 #include "jukebox/folder_tree.h"
-#include "jukebox/ranking.h"
+#include "jukebox/special_folders.h"
 #include "ui/jukebox/rank_action.h"
 #include "ui/jukebox/rank_picture.h"
 #include "ui/support/display_text.h"
@@ -42,10 +42,13 @@ class Builder {
   /// the pane.
   QAction* Add(const QString& caption, Command command, const QKeySequence& key) {
     QAction* const action = Add(caption, command);
-    action->setShortcut(key);
-    action->setShortcutContext(Qt::WidgetShortcut);
-    action->setShortcutVisibleInContextMenu(true);
+    SetKey(*action, key);
     return action;
+  }
+  static void SetKey(QAction& action, const QKeySequence& key) {
+    action.setShortcut(key);
+    action.setShortcutContext(Qt::WidgetShortcut);
+    action.setShortcutVisibleInContextMenu(true);
   }
 
  private:
@@ -67,6 +70,35 @@ const QKeySequence kCopyKey(Qt::CTRL | Qt::Key_C);
 const QKeySequence kPasteKey(Qt::CTRL | Qt::Key_V);
 const QKeySequence kDeleteKey(Qt::Key_Delete);
 const QKeySequence kPropertiesKey(Qt::ALT | Qt::Key_Return);
+const QKeySequence kRenameKey(Qt::Key_F2);
+
+/// The key of an item of the rank menu: Ctrl and its rank, or 0 for "No Rank"; none for the worst
+/// item, whose rank is that of the item before it.
+QKeySequence RankKey(int item) {
+  if (item == kRankItems) return {};
+  const int digit = item == kNoRankItem ? 0 : kBestRank + 1 - item;
+  return QKeySequence(QKeyCombination(Qt::ControlModifier, Qt::Key(Qt::Key_0 + digit)));
+}
+
+/// Disables an item that the player cannot carry out; its tooltip says why.
+void EnableForPlayer(QAction& action, const PlayerModel* player) {
+  const std::string reason =
+      player == nullptr ? std::string() : player->WhyNot(PlayerFeature::kPlayNext);
+  action.setEnabled(reason.empty());
+  action.setToolTip(DisplayText(reason));
+  action.setWhatsThis(DisplayText(reason));
+}
+
+/// Whether subfolders can be sorted: whether some folder has more than one.
+/// \param above null for the whole tree
+bool HasFoldersToSort(const FolderTree& tree, const Folder* above) {
+  const std::int32_t count = above != nullptr ? above->Children() : tree.Children();
+  for (std::int32_t k = 0; k < count; ++k)
+    if (count > 1 ||
+        HasFoldersToSort(tree, above != nullptr ? &above->ChildAt(k) : &tree.ChildAt(k)))
+      return true;
+  return false;
+}
 
 }  // namespace
 
@@ -83,13 +115,15 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
   QMenu* const ranks = builder.Menu()->addMenu(Tr("&Rank"));
   ranks->setObjectName(QStringLiteral("RankMenu"));
   ranks->setToolTipsVisible(true);
-  for (int item = 1; item <= kRankItems; ++item) {
+  for (int item = 1; item <= kNoRankItem; ++item) {
     const ListCommand command = RankCommand(item);
     const QString caption = command == kRankBest    ? Tr("Rank it - Best")
                             : command == kRankWorst ? Tr(".  .  .   to worst")
+                            : command == kNoRank    ? Tr("No Rank")
                                                     : QString();
-    const int rank = kBestRankPicture - (item - 1);
-    builder.Add(*ranks, new RankAction(caption, rank, ranks), command);
+    const int rank = command == kNoRank ? kMinRankPicture : kBestRankPicture - (item - 1);
+    builder.SetKey(*builder.Add(*ranks, new RankAction(caption, rank, ranks), command),
+                   RankKey(item));
   }
   builder.Add(Tr("Change Background Picture . . ."), kChangeBackgroundPicture);
   builder.Menu()->addSeparator();
@@ -102,14 +136,17 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
   return builder.Menu();
 }
 
-void EnableListItems(QMenu& list_menu, const PlayerModel* player) {
-  const std::string reason =
-      player == nullptr ? std::string() : player->WhyNot(PlayerFeature::kPlayNext);
+void AddColumnsItem(QMenu& list_menu, QMenu& columns) {
+  const QList<QAction*> items = list_menu.actions();
+  // "Properties..." stays the last item.
+  list_menu.insertMenu(items.back(), &columns)->setData(static_cast<int>(ListCommand::kColumns));
+}
+
+void EnableListItems(QMenu& list_menu, const PlayerModel* player, bool paste) {
   for (QAction* const action : list_menu.actions()) {
-    if (ListCommand(action->data().toInt()) != ListCommand::kPlayNext) continue;
-    action->setEnabled(reason.empty());
-    action->setToolTip(DisplayText(reason));
-    action->setWhatsThis(DisplayText(reason));
+    const auto command = ListCommand(action->data().toInt());
+    if (command == ListCommand::kPlayNext) EnableForPlayer(*action, player);
+    if (command == ListCommand::kPasteSongs) action->setEnabled(paste);
   }
 }
 
@@ -117,8 +154,8 @@ void EnableItemsForHits(QMenu& list_menu, bool hits) {
   using enum ListCommand;
   for (QAction* const action : list_menu.actions()) {
     const auto command = ListCommand(action->data().toInt());
-    if (command == kCutSongs || command == kPasteSongs || command == kDeleteSongs)
-      action->setEnabled(!hits);
+    if (command == kCutSongs || command == kDeleteSongs) action->setEnabled(!hits);
+    if (command == kPasteSongs && hits) action->setEnabled(false);
     if (command == kShowInFolder) action->setEnabled(hits);
   }
 }
@@ -136,6 +173,12 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act
   builder.Add(Tr("&Delete"), kDeleteFolder, kDeleteKey);
   builder.Add(Tr("Sort Nodes"), kSortNodes);
   builder.Add(Tr("Move To Root"), kMoveToRoot);
+  builder.Add(Tr("Rename"), kRename, kRenameKey);
+  builder.Menu()->addSeparator();
+  builder.Add(Tr("Play All Songs in Folder"), kPlayFolder);
+  builder.Add(Tr("Play Next"), kPlayFolderNext);
+  builder.Add(Tr("Add To Queue"), kAddFolderToQueue);
+  builder.Menu()->setToolTipsVisible(true);
   QAction* const album = builder.Add(Tr("Add Album Folder"), kAddAlbumFolder);
   album->setObjectName(QLatin1String(kAlbumItem));
   builder.Menu()->removeAction(album);
@@ -153,15 +196,22 @@ void OfferAlbumFolder(QMenu& tree_menu, bool offers) {
     tree_menu.removeAction(album);
 }
 
-void EnableTreeItems(QMenu& tree_menu, const Folder* folder, bool paste) {
+void EnableTreeItems(QMenu& tree_menu, const FolderTree& tree, const Folder* folder,
+                     const PlayerModel* player, bool paste) {
   using enum TreeCommand;
   for (QAction* const action : tree_menu.findChildren<QAction*>()) {
     const auto command = TreeCommand(action->data().toInt());
     if (command == kAddFolderToSelected || command == kCutFolder || command == kCopyFolder ||
-        command == kDeleteFolder || command == kFolderProperties)
+        command == kPlayFolder || command == kAddFolderToQueue || command == kFolderProperties)
       action->setEnabled(folder != nullptr);
+    // A special folder is not deleted, and says nothing. To cut it says why it is not cut.
+    if (command == kDeleteFolder || command == kRename)
+      action->setEnabled(folder != nullptr && OkToDelete(*folder));
+    if (command == kPlayFolderNext) EnableForPlayer(*action, player);
+    if (command == kPlayFolderNext && folder == nullptr) action->setEnabled(false);
     if (command == kMoveToRoot) action->setEnabled(folder != nullptr && folder->Level() > 0);
     if (command == kPasteFolder) action->setEnabled(paste);
+    if (command == kSortNodes) action->setEnabled(HasFoldersToSort(tree, folder));
   }
 }
 

@@ -62,6 +62,7 @@ PVExplorer::PVExplorer(Jukebox& jukebox, const clsMain& library, JukeboxClipboar
   connect(&edits_, &ExplorerEdits::BeforeCut, this, &PVExplorer::BeforeCut);
   connect(&edits_, &ExplorerEdits::Problem, this, &PVExplorer::Problem);
   connect(steps_.get(), &ExplorerSteps::LinkedStepDone, this, &PVExplorer::LinkedStepDone);
+  connect(steps_.get(), &ExplorerSteps::RanksChanged, this, &PVExplorer::RanksChanged);
   connect(dragging_.get(), &ExplorerDragging::FilesDropped, this, &PVExplorer::FilesDropped);
   connect(focus_.get(), &PaneFocus::FocusChanged, this, &PVExplorer::FocusChanged);
   jukebox_.SetView(this);
@@ -77,8 +78,16 @@ void PVExplorer::ConnectTree() {
 }
 
 void PVExplorer::ConnectList() {
-  connect(list_->horizontalHeader(), &QHeaderView::sectionClicked, this,
-          [this] { emit ColumnClick(); });
+  const QHeaderView* const header = list_->horizontalHeader();
+  connect(header, &QHeaderView::sectionClicked, this, [this](int section) {
+    emit ColumnClick(songs_->Columns()[static_cast<std::size_t>(section)]);
+  });
+  connect(header, &QWidget::customContextMenuRequested, this,
+          [this, header](const QPoint& position) {
+            emit HeaderPopUp(header->viewport()->mapToGlobal(position));
+          });
+  connect(list_, &SongListView::ColumnsChanged, this, &PVExplorer::ColumnsChanged);
+  connect(list_, &SongListView::RankWanted, this, &PVExplorer::RankWanted);
   connect(list_, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { emit ItemOpened(songs_->PlaceOf(index.row())); });
   connect(pop_ups_.get(), &PopUpRequests::ListPopUp, this, &PVExplorer::ListPopUp);
@@ -90,6 +99,7 @@ void PVExplorer::ConnectKeys() {
   connect(keys, &ExplorerKeys::ListCommandKey, this, &PVExplorer::ListCommandKey);
   connect(keys, &ExplorerKeys::UndoKey, this, &PVExplorer::Undo);
   connect(keys, &ExplorerKeys::RedoKey, this, &PVExplorer::Redo);
+  connect(keys, &ExplorerKeys::MoveKey, &edits_, &ExplorerEdits::MoveSongsByOne);
   connect(keys, &ExplorerKeys::MenuKey, pop_ups_.get(), &PopUpRequests::RequestAtCurrentRow);
   connect(keys, &ExplorerKeys::ParentKey, this, [this] {
     const Folder* const folder = selectednode();
@@ -141,6 +151,24 @@ Folder* PVExplorer::FolderForCommands() const noexcept {
 std::string PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
   return list_->SetBackgroundImage(address, tiled);
 }
+
+void PVExplorer::ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns& texts,
+                             bool aligned) {
+  const Place place = CurrentPlace();
+  list_->ShowColumns(columns, &texts, aligned);
+  GoTo(place);
+}
+
+void PVExplorer::ShowSort(std::optional<ListColumn> column, bool descending) {
+  list_->ShowSort(column ? songs_->IndexOf(*column) : -1, descending);
+}
+
+QPoint PVExplorer::BelowHeaders() const {
+  const QHeaderView& header = *list_->horizontalHeader();
+  return header.mapToGlobal(QPoint(0, header.height()));
+}
+
+void PVExplorer::DetailsChanged() { songs_->Relabel(); }
 
 void PVExplorer::ShowMarks(PlayerModel* player) {
   marks_.reset();

@@ -3,12 +3,14 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <QSplitter>
 
+#include "app/columns/column_choice.h"
 #include "jukebox/jukebox.h"
 #include "ui/jukebox/explorer/explorer_edits.h"
 #include "ui/jukebox/explorer/shown_songs.h"
@@ -31,6 +33,7 @@ class PaneFocus;
 class PlayerModel;
 class PlayingMarks;
 class PopUpRequests;
+class SongColumns;
 class SongListModel;
 class SongListView;
 
@@ -104,6 +107,16 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// after a click in the empty area of the tree, as for the pop-up menu there.
   Folder* FolderForCommands() const noexcept;
 
+  /// Shows columns in the list, see SongListModel::ShowColumns.
+  void ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns& texts,
+                   bool aligned);
+  /// Shows with an arrow that the list is sorted by a column, or shows no arrow.
+  void ShowSort(std::optional<ListColumn> column, bool descending);
+  /// The left lower corner of the column headers, in screen coordinates.
+  QPoint BelowHeaders() const;
+  /// Call after details of songs were read.
+  void DetailsChanged();
+
   /// The pane of the songs, for widgets over it.
   QAbstractScrollArea& List() const;
 
@@ -157,7 +170,13 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// The user clicked a folder, or moved to it with the keyboard.
   void NodeClick(tallow::Folder* folder);
   /// The user clicked a column header of the list.
-  void ColumnClick();
+  void ColumnClick(tallow::ListColumn column);
+  // See SongListView.
+  void ColumnsChanged(const std::vector<tallow::ChosenColumn>& columns);
+  void RankWanted(int rank);
+  /// The user wants to open the menu of the column headers.
+  /// \param position in screen coordinates
+  void HeaderPopUp(const QPoint& position);
   /// Emitted before songs or a folder are cut, or moved by a drag.
   void BeforeCut(tallow::BeforeCutEvent& event);
   /// The list was refilled with the songs of the folder on show.
@@ -186,6 +205,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
   /// This window's part of a move between two windows was undone or redone.
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
+  /// Undo or redo has changed ranks; the library is not saved yet.
+  void RanksChanged();
   /// An operation failed; the lines say why.
   void Problem(const QStringList& lines);
 

@@ -7,6 +7,9 @@
 #include "jukebox/ranking.h"
 #include "ui/support/song_mark.h"
 
+class QPainter;
+class QRect;
+
 namespace tallow {
 
 /// The highest and the lowest rank that has a picture.
@@ -19,6 +22,13 @@ inline constexpr int kMinRankPicture = kNeverRanked;
 ///
 /// \param rank kMinRankPicture to kBestRankPicture; other values give an empty icon
 QIcon RankPicture(int rank);
+
+/// The number of bars; the bar k, from 0, is filled by kMinRankPicture + k + 1 and better ranks.
+inline constexpr int kRankBars = kBestRankPicture - kMinRankPicture;
+
+/// Draws the bars of a rank over the whole width of a place, the first bar at its left edge.
+/// \param rank as of RankPicture; other values draw nothing
+void PaintRankBars(QPainter& painter, const QRect& place, int rank, QIcon::Mode mode);
 
 /// Returns the icon of a rank with a mark left of it. The room for the mark is kept without one as
 /// well, so that the icons of all rows are below each other.

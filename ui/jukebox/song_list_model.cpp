@@ -7,6 +7,7 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include "app/columns/song_columns.h"
 #include "app/playing/player_model.h"
 #include "library/cls_main.h"
 #include "ui/support/display_text.h"
@@ -34,19 +35,47 @@ SongListModel::SongListModel(const Jukebox& jukebox, const clsMain& library, QOb
   Refill();
 }
 
+void SongListModel::ShowColumns(std::vector<ListColumn> columns, const SongColumns* texts,
+                                bool aligned) {
+  beginResetModel();
+  shown_columns_ = std::move(columns);
+  texts_ = texts;
+  aligned_ = aligned;
+  MakePictures();
+  endResetModel();
+}
+
+int SongListModel::IndexOf(ListColumn column) const noexcept {
+  const auto found = std::ranges::find(shown_columns_, column);
+  return found == shown_columns_.end() ? -1 : static_cast<int>(found - shown_columns_.begin());
+}
+
+int SongListModel::NamingColumn() const noexcept {
+  const int name = IndexOf(ListColumn::kName);
+  return name >= 0 ? name : std::max(IndexOf(ListColumn::kTitle), 0);
+}
+
+bool SongListModel::HasMarksAtNames() const noexcept {
+  return player_ != nullptr && IndexOf(ListColumn::kPlaying) < 0 && IndexOf(ListColumn::kRank) < 0;
+}
+
 void SongListModel::ShowMarks(const PlayerModel* player) {
   player_ = player;
   failed_.clear();
-  for (std::size_t mark = 0; mark < ranks_.size(); ++mark)
-    for (std::size_t rank = 0; rank < ranks_[mark].size(); ++rank)
-      ranks_[mark][rank] = player == nullptr
-                               ? RankPicture(static_cast<int>(rank))
-                               : MarkedRankPicture(static_cast<int>(rank), SongMark(mark));
+  MakePictures();
   Relabel();
 }
 
+void SongListModel::MakePictures() {
+  const bool marks = HasMarksAtNames();
+  for (std::size_t mark = 0; mark < ranks_.size(); ++mark)
+    for (std::size_t rank = 0; rank < ranks_[mark].size(); ++rank)
+      ranks_[mark][rank] = marks ? MarkedRankPicture(static_cast<int>(rank), SongMark(mark))
+                                 : RankPicture(static_cast<int>(rank));
+}
+
 void SongListModel::MarkChanged(std::int32_t song) {
-  const Folder* const shown = jukebox_.ListFolder();
+  const Folder* const shown = Shown();
   if (shown == nullptr || song == 0) return;
   const std::vector<SongEntry>& entries = shown->Items();
   for (int row = 0; row < rows_; ++row) {
@@ -56,7 +85,7 @@ void SongListModel::MarkChanged(std::int32_t song) {
 }
 
 void SongListModel::FailuresChanged(int first, int last) {
-  const Folder* const shown = jukebox_.ListFolder();
+  const Folder* const shown = Shown();
   if (shown == nullptr || player_ == nullptr) return;
   const std::vector<SongEntry>& entries = shown->Items();
   for (int row = std::max(first, 0); row <= std::min(last, rows_ - 1); ++row) {
@@ -71,7 +100,7 @@ void SongListModel::FailuresChanged(int first, int last) {
 
 void SongListModel::UpdateRow(int row) {
   // Cell by cell, because a view repaints everything for a range of cells.
-  for (int column = 0; column < columns_; ++column)
+  for (int column = 0; column < columnCount(); ++column)
     emit dataChanged(index(row, column), index(row, column));
 }
 
@@ -87,12 +116,11 @@ SongMark SongListModel::MarkOf(std::int32_t song) const {
 
 void SongListModel::Refill() {
   beginResetModel();
-  const Folder* const shown = jukebox_.ListFolder();
+  const Folder* const shown = Shown();
   places_.clear();
   has_hidden_ = false;
   rows_ = shown == nullptr ? 0 : static_cast<int>(shown->Items().size());
   if (shown != nullptr) ListPlaces(shown->Items());
-  columns_ = static_cast<int>(jukebox_.ColumnHeaders().size());
   endResetModel();
 }
 
@@ -119,12 +147,11 @@ int SongListModel::RowAt(int place) const {
 }
 
 void SongListModel::Relabel() {
-  if (rows_ > 0) emit dataChanged(index(0, 0), index(rows_ - 1, columns_ - 1));
+  if (rows_ > 0) emit dataChanged(index(0, 0), index(rows_ - 1, columnCount() - 1));
 }
 
 void SongListModel::ChangeHeaders() {
-  if (columns_ != static_cast<int>(jukebox_.ColumnHeaders().size())) Refill();
-  if (columns_ > 0) emit headerDataChanged(Qt::Horizontal, 0, columns_ - 1);
+  emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
 }
 
 int SongListModel::rowCount(const QModelIndex& parent) const {
@@ -132,53 +159,106 @@ int SongListModel::rowCount(const QModelIndex& parent) const {
 }
 
 int SongListModel::columnCount(const QModelIndex& parent) const {
-  return parent.isValid() ? 0 : columns_;
+  return parent.isValid() ? 0 : static_cast<int>(shown_columns_.size());
 }
 
 QVariant SongListModel::data(const QModelIndex& index, int role) const {
   // The folder on show may hold fewer songs than last reported to the view.
-  const Folder* const shown = jukebox_.ListFolder();
+  const Folder* const shown = Shown();
   const int place = index.isValid() ? PlaceOf(index.row()) : -1;
   if (shown == nullptr || place < 0 || static_cast<std::size_t>(place) >= shown->Items().size())
     return {};
   const SongEntry& entry = shown->Items()[static_cast<std::size_t>(place)];
-  if (role == Qt::ForegroundRole && library_.IsAway(entry.SubItem())) return GreyText();
-  if (role == Qt::FontRole && MarkShowsPlaying(MarkOf(entry.SubItem()))) {
-    QFont bold;
-    bold.setBold(true);
-    return bold;
-  }
-  if (index.column() == kKey)
-    return role == Qt::DisplayRole ? QString::number(entry.SubItem()) : QVariant();
-  return DataOf(entry, role);
-}
-
-QVariant SongListModel::DataOf(const SongEntry& entry, int role) const {
+  const ListColumn column = shown_columns_[static_cast<std::size_t>(index.column())];
   switch (role) {
     case Qt::DisplayRole:
-      return DisplayText(EntryText(entry, library_));
+      return CellText(entry, column);
+    case kPaintedRole:
+      return column == ListColumn::kName ? PaintedLabel(entry) : CellText(entry, column);
     case Qt::ToolTipRole:
     case Qt::AccessibleTextRole:
-      return TextOf(entry);
-    case Qt::DecorationRole: {
-      const auto rank = static_cast<std::size_t>(entry.Icon());
-      const auto& pictures = ranks_[static_cast<std::size_t>(MarkOf(entry.SubItem()))];
-      return pictures[rank < pictures.size() ? rank : 0];
+      return SpokenText(entry, index.column());
+    case Qt::DecorationRole:
+      return PictureOf(entry, column);
+    case Qt::TextAlignmentRole:
+      if (!IsNumber(column)) return {};
+      return int(Qt::AlignRight | Qt::AlignVCenter);
+    case Qt::ForegroundRole:
+      return library_.IsAway(entry.SubItem()) ? GreyText() : QVariant();
+    case Qt::FontRole: {
+      if (!MarkShowsPlaying(MarkOf(entry.SubItem()))) return {};
+      QFont bold;
+      bold.setBold(true);
+      return bold;
     }
     case kNameRole:
       return DisplayText(FileNameOf(entry, library_));
+    case kRankRole:
+      return static_cast<int>(entry.Icon());
+    case kLabelRole:
+      return CellText(entry, ListColumn::kName);
+    case kTitleRole:
+      return CellText(entry, ListColumn::kTitle);
     default:
       return {};
   }
 }
 
-QString SongListModel::TextOf(const SongEntry& entry) const {
-  QString text = DisplayText(EntryText(entry, library_));
+QVariant SongListModel::PictureOf(const SongEntry& entry, ListColumn column) const {
+  if (column == ListColumn::kPlaying) {
+    const SongMark mark = MarkOf(entry.SubItem());
+    return mark == SongMark::kNone ? QVariant() : QVariant(MarkPicture(mark));
+  }
+  // The column of ranks is drawn by RankDelegate.
+  if (column != ListColumn::kName || IndexOf(ListColumn::kRank) >= 0) return {};
+  const auto rank = static_cast<std::size_t>(entry.Icon());
+  const SongMark mark = HasMarksAtNames() ? MarkOf(entry.SubItem()) : SongMark::kNone;
+  const auto& pictures = ranks_[static_cast<std::size_t>(mark)];
+  return pictures[rank < pictures.size() ? rank : 0];
+}
+
+QString SongListModel::CellText(const SongEntry& entry, ListColumn column) const {
+  switch (column) {
+    case ListColumn::kName:
+      return DisplayText(EntryText(entry, library_));
+    case ListColumn::kKey:
+      return QString::number(entry.SubItem());
+    case ListColumn::kPosition:
+      return entry.LabelPosition() == 0 ? QString() : QString::number(entry.LabelPosition());
+    case ListColumn::kPlaying:
+    case ListColumn::kRank:
+      return {};
+    default:
+      return texts_ == nullptr ? QString() : DisplayText(texts_->Text(column, entry.SubItem()));
+  }
+}
+
+QString SongListModel::PaintedLabel(const SongEntry& entry) const {
+  constexpr QChar kBlankOfDigitWidth(0x2007);
+  const QString label = CellText(entry, ListColumn::kName);
+  if (!aligned_ || entry.LabelPosition() == 0) return label;
+  const auto digits = QString::number(Shown()->Items().size()).size() -
+                      QString::number(entry.LabelPosition()).size();
+  return QString(std::max<qsizetype>(digits, 0), kBlankOfDigitWidth) + label;
+}
+
+QString SongListModel::SpokenText(const SongEntry& entry, int column) const {
+  const ListColumn kind = shown_columns_[static_cast<std::size_t>(column)];
+  // The keyboard stays in the first column, so that it has the whole row.
+  if (column == 0 || column == NamingColumn() || kind == ListColumn::kPlaying)
+    return RowText(entry);
+  return kind == ListColumn::kRank ? RankPictureText(entry.Icon()) : CellText(entry, kind);
+}
+
+QString SongListModel::RowText(const SongEntry& entry) const {
+  QString text;
   const auto add = [&text](const QString& more, const QString& before) {
-    if (!more.isEmpty()) text += before + more;
+    if (!more.isEmpty()) text += (text.isEmpty() ? QString() : before) + more;
   };
   const QString comma = QStringLiteral(", ");
   const QString line = QStringLiteral("\n");
+  for (const ListColumn column : shown_columns_)
+    if (column != ListColumn::kKey) add(CellText(entry, column), comma);
   const SongMark mark = MarkOf(entry.SubItem());
   add(RankPictureText(entry.Icon()), comma);
   if (mark != SongMark::kFailed) add(SongMarkText(mark), comma);
@@ -193,12 +273,28 @@ Qt::ItemFlags SongListModel::flags(const QModelIndex& index) const {
 }
 
 QVariant SongListModel::headerData(int section, Qt::Orientation orientation, int role) const {
-  if (orientation == Qt::Horizontal && section < columns_) {
-    if (role == Qt::DisplayRole)
-      return DisplayText(jukebox_.ColumnHeaders()[static_cast<std::size_t>(section)]);
-    if (role == Qt::TextAlignmentRole) return int(Qt::AlignLeft | Qt::AlignVCenter);
+  if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
+  const ListColumn column = shown_columns_[static_cast<std::size_t>(section)];
+  switch (role) {
+    case Qt::DisplayRole:
+      return HeaderText(column);
+    case Qt::ToolTipRole:
+    case Qt::AccessibleTextRole:
+      return HeaderOf(column).empty() ? DisplayText(TitleOf(column)) : HeaderText(column);
+    case Qt::TextAlignmentRole: {
+      return int((IsNumber(column) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+    }
+    default:
+      return {};
   }
-  return {};
+}
+
+QVariant SongListModel::HeaderText(ListColumn column) const {
+  // The texts of these two belong to the jukebox.
+  const auto& headers = jukebox_.ColumnHeaders();
+  if (column == ListColumn::kName && !headers.empty()) return DisplayText(headers[0]);
+  if (column == ListColumn::kKey && headers.size() > 1) return DisplayText(headers[1]);
+  return DisplayText(HeaderOf(column));
 }
 
 }  // namespace tallow

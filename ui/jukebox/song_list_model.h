@@ -10,6 +10,7 @@
 #include <QBrush>
 #include <QIcon>
 
+#include "app/columns/list_column.h"
 #include "jukebox/jukebox.h"
 #include "ui/jukebox/rank_picture.h"
 #include "ui/support/song_mark.h"
@@ -17,29 +18,49 @@
 namespace tallow {
 
 class PlayerModel;
+class SongColumns;
 
 /// The text colour of a song that is away.
 QBrush GreyText();
 
-/// Table model of the songs of the folder on show: the entry's text and its record number. Texts
+/// Table model of the songs of the folder on show, with the columns that ShowColumns names. Texts
 /// are created only for rows that are painted, so a folder of a million songs costs no more than a
 /// folder of ten.
+///
+/// The rank and the mark of what plays are pictures of the column kName, as far as they have no
+/// column of their own.
 class SongListModel : public QAbstractTableModel {
   Q_OBJECT
 
  public:
-  /// The columns from left to right; the model shows as many as the jukebox has headers.
-  ///
-  /// A new column needs its texts in data(), its width in SongListView::ChangeHeaders(), and its
-  /// header in AddStandardColumns(). A jukebox file contains the headers of its jukebox, so a
-  /// jukebox that was saved earlier is opened without the new column.
-  enum Column { kText, kKey };
-
   /// The role that returns only the song's file name.
   static constexpr int kNameRole = Qt::UserRole;
+  /// The role that returns the text that is drawn: that of Qt::DisplayRole, in the column kName
+  /// with the blanks of ShowColumns.
+  static constexpr int kPaintedRole = Qt::UserRole + 1;
+  /// The role that returns the rank of a song's picture, as int.
+  static constexpr int kRankRole = Qt::UserRole + 2;
+  /// The roles that return the text of kName or kTitle in any column.
+  static constexpr int kLabelRole = Qt::UserRole + 3;
+  static constexpr int kTitleRole = Qt::UserRole + 4;
 
   /// \param jukebox, library must outlive the model
   SongListModel(const Jukebox& jukebox, const clsMain& library, QObject* parent);
+
+  /// Shows columns, from left to right. At first these are kName and kKey.
+  /// \param columns  at least one, each once
+  /// \param texts    of the columns other than kName, kKey and kPosition; must outlive the model;
+  ///                 null for none
+  /// \param aligned  whether the names of kName begin below each other: blanks of a digit's width
+  ///                 stand before short positions
+  void ShowColumns(std::vector<ListColumn> columns, const SongColumns* texts, bool aligned);
+  const std::vector<ListColumn>& Columns() const noexcept { return shown_columns_; }
+  /// The place of a column, from 0; -1 when it is not shown.
+  int IndexOf(ListColumn column) const noexcept;
+  /// The place of the column that names the songs: kName, else kTitle, else the first one.
+  int NamingColumn() const noexcept;
+  /// Whether the pictures of kName have room for a mark.
+  bool HasMarksAtNames() const noexcept;
 
   /// Call after another folder is shown or the songs of the folder have changed.
   void Refill();
@@ -71,22 +92,31 @@ class SongListModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  void MakePictures();
   void ListPlaces(const std::vector<SongEntry>& entries);
   void UpdateRow(int row);
   SongMark MarkOf(std::int32_t song) const;
-  QVariant DataOf(const SongEntry& entry, int role) const;
-  QString TextOf(const SongEntry& entry) const;
+  const Folder* Shown() const noexcept { return jukebox_.ListFolder(); }
+  QVariant PictureOf(const SongEntry& entry, ListColumn column) const;
+  QString CellText(const SongEntry& entry, ListColumn column) const;
+  QString PaintedLabel(const SongEntry& entry) const;
+  /// What a screen reader says of a cell, and the tooltip.
+  QString SpokenText(const SongEntry& entry, int column) const;
+  QString RowText(const SongEntry& entry) const;
+  QVariant HeaderText(ListColumn column) const;
 
   const Jukebox& jukebox_;
   const clsMain& library_;
   const PlayerModel* player_ = nullptr;  ///< null for no marks
-  /// The icons of the ranks by mark; other ranks have the index 0.
+  /// The icons of kName by mark and rank; other ranks have the index 0.
   std::array<std::array<QIcon, kBestRankPicture + 1>, kSongMarks> ranks_;
   mutable std::unordered_set<std::int32_t> failed_;  ///< the songs that were shown as failed
   bool has_hidden_ = false;                          ///< whether some songs have no row
   std::vector<int> places_;  ///< if has_hidden_, the index in the folder for each row
   int rows_ = 0;             ///< as last reported to the view
-  int columns_ = 0;          ///< as last reported to the view
+  std::vector<ListColumn> shown_columns_{ListColumn::kName, ListColumn::kKey};
+  const SongColumns* texts_ = nullptr;  ///< null for none
+  bool aligned_ = false;                ///< see ShowColumns
 };
 
 }  // namespace tallow

@@ -8,6 +8,9 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "ui/jukebox/columns/column_layout.h"
+#include "ui/jukebox/columns/rank_clicks.h"
+#include "ui/jukebox/columns/song_list_delegate.h"
 #include "ui/jukebox/picture_file.h"
 #include "ui/jukebox/rank_picture.h"
 #include "ui/jukebox/song_list_model.h"
@@ -19,18 +22,18 @@ namespace {
 /// Opacity of the background colour over the picture, from 0 to 255.
 constexpr int kDimOpacity = 176;
 
-/// Initial width of the column of record numbers, in average characters.
-constexpr int kKeyCharacters = 10;
-
 constexpr int kRowPadding = 6;
 
 /// Minimum size of a rank icon, in pixels.
 constexpr int kMinPicture = 16;
 
+/// Minimum width of a column, in pixels.
+constexpr int kMinColumn = 20;
+
 }  // namespace
 
 SongListView::SongListView(SongListModel& songs, QWidget* parent)
-    : QTableView(parent), songs_(songs) {
+    : QTableView(parent), songs_(songs), layout_(new ColumnLayout(songs, *this)) {
   setObjectName(QStringLiteral("ListView"));
   setAccessibleName(tr("Songs"));
   setAccessibleDescription(tr("Enter plays the song, Shift+F10 opens its menu"));
@@ -48,29 +51,47 @@ SongListView::SongListView(SongListModel& songs, QWidget* parent)
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   const int text_height = parent->fontMetrics().height();
   verticalHeader()->setDefaultSectionSize(text_height + kRowPadding);
-  ShowMarks(false);
-  horizontalHeader()->setHighlightSections(false);
-  horizontalHeader()->setSectionsClickable(true);
-  horizontalHeader()->setStretchLastSection(false);
+  ShowMarks();
+  setItemDelegate(new SongListDelegate(this));
+  setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  QHeaderView& header = *horizontalHeader();
+  header.setHighlightSections(false);
+  header.setSectionsClickable(true);
+  header.setSectionsMovable(true);
+  header.setStretchLastSection(false);
+  header.setMinimumSectionSize(kMinColumn);
+  header.setContextMenuPolicy(Qt::CustomContextMenu);
+  connect(layout_, &ColumnLayout::Changed, this, &SongListView::ColumnsChanged);
+  connect(new RankClicks(songs, *this), &RankClicks::RankWanted, this, &SongListView::RankWanted);
   setDragEnabled(true);
   setAcceptDrops(true);
   setDropIndicatorShown(false);
 }
 
-void SongListView::ShowMarks(bool on) {
+void SongListView::ShowMarks() {
   const int picture = std::max(kMinPicture, parentWidget()->fontMetrics().height());
-  setIconSize(QSize(on ? WidthWithMark(picture) : picture, picture));
+  setIconSize(QSize(songs_.HasMarksAtNames() ? WidthWithMark(picture) : picture, picture));
 }
 
-void SongListView::ChangeHeaders() {
+void SongListView::ChangeHeaders() { songs_.ChangeHeaders(); }
+
+void SongListView::ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns* texts,
+                               bool aligned) {
+  std::vector<ListColumn> kinds;
+  kinds.reserve(columns.size());
+  for (const ChosenColumn& column : columns) kinds.push_back(column.column);
+  ShowSort(-1, false);
+  songs_.ShowColumns(std::move(kinds), texts, aligned);
+  ShowMarks();
+  layout_->Show(columns);
+}
+
+void SongListView::FitColumns() { layout_->Fit(); }
+
+void SongListView::ShowSort(int section, bool descending) {
   QHeaderView& header = *horizontalHeader();
-  const int before = header.count();
-  songs_.ChangeHeaders();
-  if (header.count() == before || header.count() == 0) return;
-  header.setSectionResizeMode(SongListModel::kText, QHeaderView::Stretch);
-  if (header.count() > SongListModel::kKey)
-    header.resizeSection(SongListModel::kKey,
-                         kKeyCharacters * parentWidget()->fontMetrics().averageCharWidth());
+  header.setSortIndicatorShown(section >= 0);
+  header.setSortIndicator(section, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
 std::string SongListView::SetBackgroundImage(const QString& address, bool tiled) {
@@ -170,10 +191,13 @@ void SongListView::keyboardSearch(const QString& search) {
   const QString beginning = repeats ? typed_.left(1) : typed_;
   const int current = currentIndex().isValid() ? currentIndex().row() : -1;
   const int from = (repeats ? current + 1 : std::max(current, 0)) % rows;
-  int row = FindRow(beginning, from, SongListModel::kNameRole);
+  // The beginning of a title that is shown, or of the file name.
+  const bool has_titles = songs_.IndexOf(ListColumn::kTitle) >= 0;
+  int row = has_titles ? FindRow(beginning, from, SongListModel::kTitleRole) : -1;
+  if (row < 0) row = FindRow(beginning, from, SongListModel::kNameRole);
   if (row < 0 && repeats) row = FindRow(typed_, from, SongListModel::kNameRole);
   // Falls back to the label, which begins with the position in the list.
-  if (row < 0) row = FindRow(typed_, 0, Qt::DisplayRole);
+  if (row < 0) row = FindRow(typed_, 0, SongListModel::kLabelRole);
   if (row >= 0) SelectRows(row, row);
 }
 

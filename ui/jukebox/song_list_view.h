@@ -9,8 +9,12 @@
 #include <QPixmap>
 #include <QTableView>
 
+#include "app/columns/column_choice.h"
+
 namespace tallow {
 
+class ColumnLayout;
+class SongColumns;
 class SongListModel;
 
 /// The list pane of the explorer control, which behaves like a list of files: Home and End move to
@@ -25,6 +29,15 @@ class SongListView : public QTableView {
 
   /// Updates the columns after the jukebox's column headers have changed.
   void ChangeHeaders();
+
+  /// Shows columns, see SongListModel::ShowColumns. This deselects all rows.
+  void ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns* texts,
+                   bool aligned);
+  /// Call after the list was refilled.
+  void FitColumns();
+  /// Shows with an arrow that the list is sorted by a column, or shows no arrow.
+  /// \param section of the header, from 0; -1 for none
+  void ShowSort(int section, bool descending);
 
   /// Shows a picture behind the rows, centred or tiled, or removes it. The picture is dimmed with
   /// the background colour, so that the rows stay readable, and does not scroll.
@@ -48,10 +61,15 @@ class SongListView : public QTableView {
   /// Whether the user is typing a name: the next letter continues it.
   bool IsTyping() const;
 
-  /// Makes room for marks left of the rank icons, or removes it.
-  void ShowMarks(bool on);
+  /// Call after SongListModel::ShowMarks: makes room for marks left of the rank icons, or removes
+  /// it.
+  void ShowMarks();
 
  signals:
+  /// The user has moved a column, or has changed its width.
+  void ColumnsChanged(const std::vector<tallow::ChosenColumn>& columns);
+  /// The user wants all selected songs to have a rank, see RankClicks.
+  void RankWanted(int rank);
   /// The user has started to drag the selected rows. The receiver runs the drag before it returns.
   void DragStarted();
   /// The user drags something over the list, or drops something on it. The receiver accepts or
@@ -76,6 +94,7 @@ class SongListView : public QTableView {
   int FindRow(const QString& beginning, int from, int role) const;
 
   SongListModel& songs_;
+  ColumnLayout* layout_;
   QPixmap background_;
   bool tiled_ = false;
   QString typed_;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/explorer/explorer_edits.h"
 
+#include <algorithm>
+
 #include "jukebox/found_songs.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/special_folders.h"
@@ -114,6 +116,32 @@ void ExplorerEdits::DropSongs(ExplorerEdits& source, Folder& from, const std::ve
   edits_.DropSongs(source.edits_, from, rows, to, copy);
   if (to.Items().size() > before) songs_.SongsAdded(to, before);
   if (!copy && &from == source.jukebox_.ListFolder()) source.songs_.SongsTaken(rows.front());
+}
+
+void ExplorerEdits::MoveSongsTo(const std::vector<int>& rows, int before) {
+  Folder* const folder = jukebox_.selectednode();
+  if (folder == nullptr || jukebox_.ShowsHits()) return;
+  const ShownSongs::Place place = songs_.CurrentPlace();
+  if (edits_.MoveSongsTo(*folder, rows, before)) FollowMove(place);
+}
+
+void ExplorerEdits::MoveSongsByOne(bool up) {
+  Folder* const folder = jukebox_.selectednode();
+  std::vector<int> rows = songs_.Selected();
+  if (folder == nullptr || jukebox_.ShowsHits() || rows.empty()) return;
+  if (!up) std::reverse(rows.begin(), rows.end());
+  std::vector<int> neighbours;
+  for (const int row : rows) neighbours.push_back(songs_.Beside(row, up));
+  if (std::find(neighbours.begin(), neighbours.end(), -1) != neighbours.end()) return;
+  const ShownSongs::Place place = songs_.CurrentPlace();
+  if (edits_.MoveSongsByOne(*folder, rows, neighbours)) FollowMove(place);
+}
+
+void ExplorerEdits::FollowMove(const ShownSongs::Place& place) {
+  songs_.Refill();
+  // The songs are no longer in the order that the header names.
+  jukebox_.ResetSort();
+  songs_.Follow(place);
 }
 
 void ExplorerEdits::DropFolder(ExplorerEdits& source, Folder& folder, Folder* to, bool copy) {

@@ -9,11 +9,11 @@
 #include <QStringList>
 
 #include "jukebox/jukebox_edits.h"
+#include "ui/jukebox/explorer/shown_songs.h"
 
 namespace tallow {
 
 class FolderTreeView;
-class ShownSongs;
 
 /// Event emitted before songs or a folder are cut.
 struct BeforeCutEvent {
@@ -69,6 +69,14 @@ class ExplorerEdits : public QObject {
   /// \param rows indexes of the songs in the folder, from 0, ascending; not empty
   void DropSongs(ExplorerEdits& source, Folder& from, const std::vector<int>& rows, Folder& to,
                  bool copy);
+  /// Moves songs inside the folder on show, to before the song in a row of the list.
+  /// \param rows   indexes of the songs in the folder, from 0, ascending
+  /// \param before index that a song has before the move, or the number of songs
+  void MoveSongsTo(const std::vector<int>& rows, int before);
+  /// Moves the selected songs up or down by one row of the list. Nothing moves if one of them would
+  /// leave the list.
+  void MoveSongsByOne(bool up);
+
   /// Moves or copies a folder to the end of another folder.
   /// \param to null for the top level
   void DropFolder(ExplorerEdits& source, Folder& folder, Folder* to, bool copy);
@@ -81,6 +89,7 @@ class ExplorerEdits : public QObject {
 
  private:
   bool MayCut(const Folder& folder, bool songs);
+  void FollowMove(const ShownSongs::Place& place);
   void SelectNeighbour(const Folder& folder);
   void ReportProblem(JukeboxEdits::Result result);
 

@@ -19,6 +19,14 @@ Qt::KeyboardModifiers ModifiersOf(const QKeyEvent& key) {
   return key.modifiers() & ~Qt::KeypadModifier;
 }
 
+/// The item of the rank menu that a digit stands for, pressed with Ctrl; 0 for none.
+int RankItemOfKey(int key) {
+  if (key == Qt::Key_0) return kNoRankItem;
+  const int rank = key - Qt::Key_0;
+  const int item = kBestRank + 1 - rank;
+  return rank <= kBestRank && item > 0 && item < kRankItems ? item : 0;
+}
+
 }  // namespace
 
 ExplorerKeys::ExplorerKeys(const clsMain& library, FolderTreeView& tree, SongListView& list)
@@ -93,6 +101,15 @@ bool ExplorerKeys::EditKeyPressed(const QKeyEvent& key, PopUpPane pane) {
 }
 
 bool ExplorerKeys::ListKeyPressed(const QKeyEvent& key) {
+  const Qt::KeyboardModifiers modifiers = ModifiersOf(key);
+  if (modifiers == Qt::AltModifier && (key.key() == Qt::Key_Up || key.key() == Qt::Key_Down)) {
+    emit MoveKey(key.key() == Qt::Key_Up);
+    return true;
+  }
+  if (const int item = RankItemOfKey(key.key()); modifiers == Qt::ControlModifier && item != 0) {
+    emit ListCommandKey(RankCommand(item));
+    return true;
+  }
   const int last = list_.model()->rowCount() - 1;
   switch (key.key()) {
     case Qt::Key_Return:

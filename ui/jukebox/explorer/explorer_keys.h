@@ -29,6 +29,8 @@ class ExplorerKeys : public QObject {
   void ListCommandKey(tallow::ListCommand command);
   void UndoKey();
   void RedoKey();
+  /// The key that moves the selected songs by one line.
+  void MoveKey(bool up);
   /// The key that opens the pop-up menu of a pane.
   void MenuKey(tallow::PopUpPane pane);
   /// The key that shows the folder above the folder on show.

@@ -35,6 +35,7 @@ void ExplorerSteps::Step(bool back) {
   const ShownSongs::Place before = songs_.CurrentPlace();
   const Jukebox::StepResult result = back ? jukebox_.Undo() : jukebox_.Redo();
   if (!result.done) return;
+  if (result.ranks_changed) emit RanksChanged();
   // The list has to show what the step has changed.
   if (result.list_changed || result.concerned != nullptr) songs_.HideHits();
   if (result.list_changed) {

@@ -34,6 +34,8 @@ class ExplorerSteps : public QObject {
  signals:
   /// This window's part of a move between two windows was undone or redone.
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
+  /// A step has changed ranks; the library is not saved yet.
+  void RanksChanged();
 
  private:
   EditHistory::MoveLink NextLink(bool back);

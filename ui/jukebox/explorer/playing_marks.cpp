@@ -10,13 +10,13 @@ PlayingMarks::PlayingMarks(PlayerModel& player, SongListModel& songs, SongListVi
     : player_(player), songs_(songs), view_(view) {
   player_.AddListener(*this);
   songs_.ShowMarks(&player);
-  view_.ShowMarks(true);
+  view_.ShowMarks();
 }
 
 PlayingMarks::~PlayingMarks() {
   player_.RemoveListener(*this);
   songs_.ShowMarks(nullptr);
-  view_.ShowMarks(false);
+  view_.ShowMarks();
 }
 
 void PlayingMarks::PlayingChanged(const Playing& before, const Playing& now) {

@@ -45,6 +45,7 @@ void ShownSongs::FillList() {
   QScrollBar& bar = *view_.verticalScrollBar();
   const int position = keeps_scroll_position_ ? bar.value() : 0;
   model_.Refill();
+  view_.FitColumns();
   bar.setValue(position);
 }
 
@@ -106,10 +107,20 @@ void ShownSongs::SongsTaken(int first) {
   SelectNear(first);
 }
 
+int ShownSongs::Beside(int index, bool above) const {
+  return model_.PlaceOf(model_.RowAt(index) + (above ? -1 : 1));
+}
+
+int ShownSongs::IndexAt(int row) const {
+  const Folder* const folder = jukebox_.selectednode();
+  if (folder == nullptr) return 0;
+  return row < model_.rowCount() ? model_.PlaceOf(row) : static_cast<int>(folder->Items().size());
+}
+
 void ShownSongs::EnsureVisible(int index) { view_.scrollTo(model_.index(model_.RowAt(index), 0)); }
 
 QRect ShownSongs::RectOf(int index) const {
-  const QRect rect = view_.visualRect(model_.index(model_.RowAt(index), SongListModel::kText));
+  const QRect rect = view_.visualRect(model_.index(model_.RowAt(index), model_.NamingColumn()));
   return {view_.viewport()->mapToGlobal(rect.topLeft()), rect.size()};
 }
 

@@ -80,6 +80,11 @@ class ShownSongs {
   /// \param first the index that the first removed song had
   void SongsTaken(int first);
 
+  /// The index of the song in the row above or below a song; -1 if there is none.
+  int Beside(int index, bool above) const;
+  /// The index of the song in a row; the number of songs for the row after the last one.
+  int IndexAt(int row) const;
+
   /// Scrolls the list to a song.
   void EnsureVisible(int index);
   /// The rectangle of a song, in screen coordinates.

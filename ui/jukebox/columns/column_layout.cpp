@@ -1,0 +1,161 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/columns/column_layout.h"
+
+#include <algorithm>
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QScopedValueRollback>
+#include <QTableView>
+
+#include "ui/jukebox/columns/song_list_delegate.h"
+#include "ui/jukebox/song_list_model.h"
+#include "ui/support/display_text.h"
+
+namespace tallow {
+namespace {
+
+/// Room beside the text of a cell, and of a header for the arrow of a sort, in pixels.
+constexpr int kCellRoom = 10;
+constexpr int kHeaderRoom = 24;
+
+/// Minimum width of the column that fills the list, in average characters: of the label, and of a
+/// title beside other columns.
+constexpr int kMinName = 14;
+constexpr int kMinTitle = 22;
+
+/// The usual length of a column's texts, in average characters.
+int CharactersOf(ListColumn column) {
+  switch (column) {
+    case ListColumn::kKey:
+    case ListColumn::kFormat:
+      return 10;
+    case ListColumn::kName:
+      return 34;
+    case ListColumn::kTitle:
+      return 26;
+    case ListColumn::kArtist:
+    case ListColumn::kAlbum:
+      return 20;
+    case ListColumn::kGenre:
+      return 14;
+    case ListColumn::kFolder:
+      return 36;
+    case ListColumn::kLastPlayed:
+    case ListColumn::kAdded:
+      return 12;
+    case ListColumn::kDiscTrack:
+    case ListColumn::kLength:
+      return 7;
+    default:
+      return 5;
+  }
+}
+
+}  // namespace
+
+ColumnLayout::ColumnLayout(const SongListModel& songs, QTableView& list)
+    : QObject(&list), songs_(songs), list_(list) {
+  list.viewport()->installEventFilter(this);
+  Header().viewport()->installEventFilter(this);
+  connect(&Header(), &QHeaderView::sectionResized, this,
+          [this](int column, int /*before*/, int width) { Resized(column, width); });
+  connect(&Header(), &QHeaderView::sectionMoved, this,
+          [this] { is_changed_ = is_changed_ || !is_own_change_; });
+}
+
+QHeaderView& ColumnLayout::Header() const { return *list_.horizontalHeader(); }
+
+int ColumnLayout::Filling() const {
+  if (songs_.IndexOf(ListColumn::kName) >= 0 || songs_.IndexOf(ListColumn::kTitle) >= 0)
+    return songs_.NamingColumn();
+  const auto& shown = songs_.Columns();
+  const auto found = std::ranges::find_if(shown, [](ListColumn column) {
+    return !IsNumber(column) && column != ListColumn::kPlaying && column != ListColumn::kRank;
+  });
+  return found == shown.end() ? -1 : static_cast<int>(found - shown.begin());
+}
+
+int ColumnLayout::UsualWidth(ListColumn column) const {
+  const QFontMetrics metrics = list_.fontMetrics();
+  const int row = list_.verticalHeader()->defaultSectionSize();
+  const int header =
+      Header().fontMetrics().horizontalAdvance(DisplayText(HeaderOf(column))) + kHeaderRoom;
+  if (column == ListColumn::kPlaying) return row + kCellRoom;
+  if (column == ListColumn::kRank) return std::max(SongListDelegate::RankWidth(row), header);
+  if (column == ListColumn::kPosition) {
+    // For the largest number, so that the column does not change while the user scrolls.
+    const QString largest = QString::number(std::max(songs_.rowCount(), 100));
+    const int digits = metrics.horizontalAdvance(QString(largest.size(), u'8'));
+    return std::max(digits + kCellRoom, header);
+  }
+  return std::max(CharactersOf(column) * metrics.averageCharWidth() + kCellRoom, header);
+}
+
+int ColumnLayout::WidthOf(const ChosenColumn& column) const {
+  constexpr int kUsualDpi = 96;
+  return column.width > 0 ? column.width * list_.logicalDpiX() / kUsualDpi
+                          : UsualWidth(column.column);
+}
+
+void ColumnLayout::Show(const std::vector<ChosenColumn>& columns) {
+  columns_ = columns;
+  is_changed_ = false;
+  const QScopedValueRollback own(is_own_change_, true);
+  QHeaderView& header = Header();
+  const int filling = Filling();
+  for (int column = 0; column < header.count(); ++column) {
+    header.moveSection(header.visualIndex(column), column);
+    header.setSectionResizeMode(column,
+                                column == filling ? QHeaderView::Fixed : QHeaderView::Interactive);
+  }
+  Fit();
+}
+
+void ColumnLayout::Fit() {
+  QHeaderView& header = Header();
+  if (header.count() != static_cast<int>(columns_.size())) return;
+  const QScopedValueRollback own(is_own_change_, true);
+  const int filling = Filling();
+  int left = list_.viewport()->width();
+  for (int column = 0; column < header.count(); ++column) {
+    if (column == filling) continue;
+    const int width = WidthOf(columns_[static_cast<std::size_t>(column)]);
+    if (width != header.sectionSize(column)) header.resizeSection(column, width);
+    left -= header.sectionSize(column);
+  }
+  if (filling < 0) return;
+  const bool is_name = songs_.Columns()[static_cast<std::size_t>(filling)] == ListColumn::kName;
+  const int least = (is_name ? kMinName : kMinTitle) * list_.fontMetrics().averageCharWidth();
+  header.resizeSection(filling, std::max(left, least));
+}
+
+void ColumnLayout::Resized(int column, int width) {
+  if (is_own_change_ || column == Filling() || column >= static_cast<int>(columns_.size())) return;
+  constexpr int kUsualDpi = 96;
+  columns_[static_cast<std::size_t>(column)].width =
+      std::max(1, width * kUsualDpi / list_.logicalDpiX());
+  is_changed_ = true;
+  Fit();
+}
+
+bool ColumnLayout::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == list_.viewport()) {
+    if (event->type() == QEvent::Resize) Fit();
+  } else if (event->type() == QEvent::MouseButtonRelease) {
+    // After the header has handled the event, which moves a column.
+    QMetaObject::invokeMethod(this, &ColumnLayout::Report, Qt::QueuedConnection);
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+void ColumnLayout::Report() {
+  if (!is_changed_) return;
+  is_changed_ = false;
+  std::vector<ChosenColumn> seen;
+  for (int place = 0; place < Header().count(); ++place)
+    seen.push_back(columns_[static_cast<std::size_t>(Header().logicalIndex(place))]);
+  emit Changed(seen);
+}
+
+}  // namespace tallow

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <vector>
+
+#include <QObject>
+
+#include "app/columns/column_choice.h"
+
+class QHeaderView;
+class QTableView;
+
+namespace tallow {
+
+class SongListModel;
+
+/// The widths and the order of the columns of a list. The column that names the songs is as wide as
+/// the others leave it; the others keep their widths, and a list that is too narrow for them
+/// scrolls.
+class ColumnLayout : public QObject {
+  Q_OBJECT
+
+ public:
+  /// The parameters must outlive this object.
+  ColumnLayout(const SongListModel& songs, QTableView& list);
+
+  /// Sets order and widths. \param columns those that the model shows
+  void Show(const std::vector<ChosenColumn>& columns);
+
+  /// Call after the number of rows has changed.
+  void Fit();
+
+ signals:
+  /// The user has moved a column, or has changed its width.
+  /// \param columns as the user sees them now
+  void Changed(const std::vector<tallow::ChosenColumn>& columns);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  QHeaderView& Header() const;
+  /// The place of the column that fills the list; -1 for none.
+  int Filling() const;
+  /// The width of a column for its usual texts, in pixels.
+  int UsualWidth(ListColumn column) const;
+  int WidthOf(const ChosenColumn& column) const;
+  void Resized(int column, int width);
+  void Report();
+
+  const SongListModel& songs_;
+  QTableView& list_;
+  std::vector<ChosenColumn> columns_;  ///< as in the model, with the widths of now
+  bool is_own_change_ = false;         ///< this object changes the header
+  bool is_changed_ = false;            ///< by the user, and was not reported yet
+};
+
+}  // namespace tallow

@@ -1,0 +1,391 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// The columns of the list: which are shown, their order and widths, their menu, and sorting by
+// them.
+#include <stdexcept>
+
+#include <QContextMenuEvent>
+#include <QMenu>
+#include <QScrollBar>
+
+#include "app/data_paths.h"
+#include "details/details_store.h"
+#include "details/song_details.h"
+#include "tests/jukebox_window_fixture.h"
+#include "ui/jukebox/song_list_model.h"
+
+namespace tallow {
+namespace {
+
+class ListColumns : public JukeboxWindowTest {
+ protected:
+  ListColumns() {
+    // Widths of other runs of the tests must not remain.
+    window.resize(1200, 500);
+  }
+
+  void AddSongWith(const SongDetails& details, const std::string& rank = "2") {
+    const std::string name = std::to_string(library.UBoundOfMp3Array() + 1) + ".mp3";
+    AddSong(music.path(), name, "1", rank);
+    DetailsStore store;
+    store.Open(SystemFolder(application.path()) + std::string(kDetailsFileName));
+    store.Put(library.Song(library.UBoundOfMp3Array()).Path(), details);
+  }
+  void AddSongWith(const std::string& title, const std::string& artist, int year = 0) {
+    AddSongWith({.tags = {.found = true,
+                          .title = title,
+                          .artist = artist,
+                          .album = "Album",
+                          .date = year == 0 ? "" : std::to_string(year)},
+                 .length_ms = 185'000});
+  }
+  /// Shows the columns of details, and a folder of all songs.
+  void ShowDetails() {
+    tallow.details.LoadAll();
+    UseDetails(true);
+    Songs all;
+    for (std::int32_t record = 1; record <= library.UBoundOfMp3Array(); ++record)
+      all.push_back(record);
+    AddFolder("one", all);
+    Show();
+  }
+  void UseDetails(bool on) {
+    tallow.preferences.SetSwitches({.columns_of_details = on});
+    window.FollowPreferences();
+  }
+  SongListModel& Model() { return *window.findChild<SongListModel*>(); }
+  QHeaderView& Headers() { return *List().horizontalHeader(); }
+  QStringList HeaderTexts(frmMain& of) {
+    QStringList texts;
+    const QAbstractItemModel& model = *ListOf(of).model();
+    for (int column = 0; column < model.columnCount(); ++column)
+      texts.append(model.headerData(column, Qt::Horizontal).toString());
+    return texts;
+  }
+  QStringList HeaderTexts() { return HeaderTexts(window); }
+  int IndexOf(ListColumn column) { return Model().IndexOf(column); }
+  QStringList Texts(ListColumn column) { return RowsOf(List(), IndexOf(column)); }
+  void Sort(ListColumn column) {
+    const int x = Headers().sectionViewportPosition(IndexOf(column)) +
+                  Headers().sectionSize(IndexOf(column)) / 2;
+    QTest::mouseClick(Headers().viewport(), Qt::LeftButton, {}, QPoint(x, 8));
+  }
+  QMenu& Menu() {
+    auto* const list_menu = window.findChild<QMenu*>(QStringLiteral("ListMenu"));
+    return *list_menu->actions().last()->menu();
+  }
+  QAction& ItemOf(ListColumn column) {
+    emit Menu().aboutToShow();
+    for (QAction* const item : Menu().actions())
+      if (item->isCheckable() && item->data().toInt() == static_cast<int>(column)) return *item;
+    throw std::runtime_error("no such item");
+  }
+  QString Reset() { return QStringLiteral("ResetColumns"); }
+};
+
+TEST_F(ListColumns, ClassicHasNameAndKey) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  EXPECT_EQ(HeaderTexts(), (QStringList{"Name    --        (click to sort)", "Key"}));
+  EXPECT_EQ(RowsOf(List(), 0), QStringList{"1.  1.mp3"});
+  EXPECT_EQ(RowsOf(List(), 1), QStringList{"1"});
+}
+
+TEST_F(ListColumns, ModernHasDetails) {
+  AddSongWith("One", "Somebody", 1999);
+  ShowDetails();
+  EXPECT_EQ(HeaderTexts(),
+            (QStringList{"", "Position", "Title", "Artist", "Album", "Year", "Length", "Rank"}));
+  EXPECT_EQ(Texts(ListColumn::kPosition), QStringList{"1"});
+  EXPECT_EQ(Texts(ListColumn::kTitle), QStringList{"One"});
+  EXPECT_EQ(Texts(ListColumn::kArtist), QStringList{"Somebody"});
+  EXPECT_EQ(Texts(ListColumn::kAlbum), QStringList{"Album"});
+  EXPECT_EQ(Texts(ListColumn::kYear), QStringList{"1999"});
+  EXPECT_EQ(Texts(ListColumn::kLength), QStringList{"3:05"});
+}
+
+TEST_F(ListColumns, ASongWithoutDetailsShowsItsFileName) {
+  AddSongs(1);
+  ShowDetails();
+  EXPECT_EQ(Texts(ListColumn::kTitle), QStringList{"1"});
+  EXPECT_EQ(Texts(ListColumn::kArtist), QStringList{""});
+}
+
+TEST_F(ListColumns, NumbersAreAlignedAtTheRight) {
+  AddSongs(1);
+  ShowDetails();
+  const auto is_right = [this](ListColumn column) {
+    const int alignment = Model().index(0, IndexOf(column)).data(Qt::TextAlignmentRole).toInt();
+    return (alignment & Qt::AlignRight) != 0;
+  };
+  EXPECT_TRUE(is_right(ListColumn::kPosition));
+  EXPECT_TRUE(is_right(ListColumn::kLength));
+  EXPECT_FALSE(is_right(ListColumn::kTitle));
+}
+
+TEST_F(ListColumns, TheTitleFillsTheWindow) {
+  AddSongs(1);
+  ShowDetails();
+  const auto sum = [this] {
+    int width = 0;
+    for (int column = 0; column < Headers().count(); ++column)
+      width += Headers().sectionSize(column);
+    return width;
+  };
+  EXPECT_EQ(sum(), List().viewport()->width());
+  const int artist = Headers().sectionSize(IndexOf(ListColumn::kArtist));
+  window.resize(1500, 500);
+  EXPECT_EQ(sum(), List().viewport()->width());
+  EXPECT_EQ(Headers().sectionSize(IndexOf(ListColumn::kArtist)), artist);
+}
+
+TEST_F(ListColumns, ANarrowWindowScrollsSideways) {
+  AddSongs(1);
+  ShowDetails();
+  window.resize(500, 400);
+  EXPECT_GT(List().horizontalScrollBar()->maximum(), 0);
+  EXPECT_GE(Headers().sectionSize(IndexOf(ListColumn::kTitle)),
+            20 * List().fontMetrics().averageCharWidth());
+}
+
+TEST_F(ListColumns, TheFirstColumnIsAsWideForTenSongsAsForNine) {
+  AddSongs(10);
+  Show();
+  UseDetails(true);
+  Folder& nine = AddFolder("nine", {1, 2, 3, 4, 5, 6, 7, 8, 9});
+  Folder& ten = AddFolder("ten", {1, 2, 3, 4, 5, 6, 7, 8, 9, 10});
+  window.PVExplorer1().Select(nine);
+  const int width = Headers().sectionSize(IndexOf(ListColumn::kPosition));
+  window.PVExplorer1().Select(ten);
+  EXPECT_EQ(Headers().sectionSize(IndexOf(ListColumn::kPosition)), width);
+}
+
+TEST_F(ListColumns, NamesBeginBelowEachOtherWithTheSwitch) {
+  AddSongs(10);
+  Songs all;
+  for (std::int32_t record = 1; record <= 10; ++record) all.push_back(record);
+  AddFolder("one", all);
+  Show();
+  const auto painted = [this](int row) {
+    return Model().index(row, IndexOf(ListColumn::kName)).data(SongListModel::kPaintedRole);
+  };
+  EXPECT_EQ(painted(0).toString(), "1.  1.mp3");
+  UseDetails(true);
+  ItemOf(ListColumn::kName).trigger();
+  EXPECT_EQ(painted(0).toString(), QChar(0x2007) + QStringLiteral("1.  1.mp3"));
+  EXPECT_EQ(painted(9).toString(), "10.  10.mp3");
+  EXPECT_EQ(RowsOf(List(), IndexOf(ListColumn::kName)).first(), "1.  1.mp3");
+}
+
+TEST_F(ListColumns, TheMenuShowsAndHidesColumns) {
+  AddSongs(1);
+  ShowDetails();
+  EXPECT_TRUE(ItemOf(ListColumn::kAlbum).isChecked());
+  ItemOf(ListColumn::kAlbum).trigger();
+  EXPECT_EQ(IndexOf(ListColumn::kAlbum), -1);
+  EXPECT_FALSE(ItemOf(ListColumn::kAlbum).isChecked());
+  ItemOf(ListColumn::kFormat).trigger();
+  EXPECT_EQ(HeaderTexts().last(), "Format");
+  Menu().findChild<QAction*>(Reset())->trigger();
+  EXPECT_EQ(HeaderTexts(),
+            (QStringList{"", "Position", "Title", "Artist", "Album", "Year", "Length", "Rank"}));
+}
+
+TEST_F(ListColumns, TheLastColumnCannotBeHidden) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  ItemOf(ListColumn::kKey).trigger();
+  EXPECT_FALSE(ItemOf(ListColumn::kName).isEnabled());
+  EXPECT_TRUE(ItemOf(ListColumn::kKey).isEnabled());
+}
+
+TEST_F(ListColumns, TheMenuNamesEveryColumn) {
+  QStringList texts;
+  for (const QAction* const item : Menu().actions())
+    if (item->isCheckable()) texts.append(item->text());
+  EXPECT_EQ(texts, (QStringList{"Name", "Key", "Playing", "Position", "Title", "Artist", "Album",
+                                "Disc/Track", "Year", "Genre", "Length", "Rank", "Plays",
+                                "Last Played", "Added", "Format", "Bit Rate", "Folder"}));
+}
+
+TEST_F(ListColumns, TheHeaderAndTheListOpenTheMenu) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(20, 5),
+                          Headers().viewport()->mapToGlobal(QPoint(20, 5)));
+  QApplication::sendEvent(Headers().viewport(), &event);
+  EXPECT_TRUE(Menu().isVisible());
+  Menu().close();
+  window.Run(ListCommand::kColumns, window.Jukebox().selectednode());
+  EXPECT_TRUE(Menu().isVisible());
+  Menu().close();
+}
+
+TEST_F(ListColumns, ColumnsAreKeptForEachStyleAndForOtherWindows) {
+  AddSongs(1);
+  ShowDetails();
+  ItemOf(ListColumn::kYear).trigger();
+  const QStringList modern = HeaderTexts();
+  UseDetails(false);
+  EXPECT_EQ(HeaderTexts().size(), 2);
+  ItemOf(ListColumn::kPlays).trigger();
+  UseDetails(true);
+  EXPECT_EQ(HeaderTexts(), modern);
+  frmMain other(tallow);
+  EXPECT_EQ(HeaderTexts(other), modern);
+}
+
+TEST_F(ListColumns, TheJukeboxKeepsItsTwoHeaders) {
+  AddSongs(1);
+  ShowDetails();
+  EXPECT_EQ(Box().ColumnHeaders(),
+            (std::vector<std::string>{std::string(kNameHeader), std::string(kKeyHeader)}));
+}
+
+TEST_F(ListColumns, ADraggedHeaderMovesItsColumn) {
+  AddSongs(1);
+  ShowDetails();
+  // The view moves the section when the button is released.
+  Headers().moveSection(IndexOf(ListColumn::kAlbum), IndexOf(ListColumn::kTitle));
+  QTest::mouseRelease(Headers().viewport(), Qt::LeftButton, {}, QPoint(2, 2));
+  QCoreApplication::processEvents();
+  EXPECT_EQ(HeaderTexts(),
+            (QStringList{"", "Position", "Album", "Title", "Artist", "Year", "Length", "Rank"}));
+  for (int column = 0; column < Headers().count(); ++column)
+    EXPECT_EQ(Headers().visualIndex(column), column);
+  EXPECT_EQ(ColumnsOf(tallow.preferences, true)[2].column, ListColumn::kAlbum);
+}
+
+TEST_F(ListColumns, AWidthIsKept) {
+  AddSongs(1);
+  ShowDetails();
+  Headers().resizeSection(IndexOf(ListColumn::kArtist), 222);
+  QTest::mouseRelease(Headers().viewport(), Qt::LeftButton, {}, QPoint(2, 2));
+  QCoreApplication::processEvents();
+  frmMain other(tallow);
+  other.resize(1200, 500);
+  other.show();
+  EXPECT_NEAR(ListOf(other).columnWidth(IndexOf(ListColumn::kArtist)), 222, 2);
+}
+
+TEST_F(ListColumns, AClickOnAColumnSortsByIt) {
+  AddSongWith("b", "Zoe");
+  AddSongWith("A", "émile");
+  AddSongWith("song 10", "Emil");
+  AddSongWith("song 9", "");
+  ShowDetails();
+  Sort(ListColumn::kTitle);
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"A", "b", "song 9", "song 10"}));
+  EXPECT_EQ(Texts(ListColumn::kPosition), (QStringList{"1", "2", "3", "4"}));
+  EXPECT_TRUE(Headers().isSortIndicatorShown());
+  EXPECT_EQ(Headers().sortIndicatorSection(), IndexOf(ListColumn::kTitle));
+  EXPECT_EQ(Headers().sortIndicatorOrder(), Qt::AscendingOrder);
+  Sort(ListColumn::kTitle);
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"song 10", "song 9", "b", "A"}));
+  EXPECT_EQ(Headers().sortIndicatorOrder(), Qt::DescendingOrder);
+  Sort(ListColumn::kArtist);
+  EXPECT_EQ(Texts(ListColumn::kArtist), (QStringList{"Emil", "émile", "Zoe", ""}));
+  EXPECT_EQ(Headers().sortIndicatorSection(), IndexOf(ListColumn::kArtist));
+  EXPECT_EQ(Headers().sortIndicatorOrder(), Qt::AscendingOrder);
+}
+
+TEST_F(ListColumns, ASortIsAStepOfUndo) {
+  AddSongWith("b", "x");
+  AddSongWith("a", "x");
+  ShowDetails();
+  Sort(ListColumn::kTitle);
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"b", "a"}));
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+  window.PVExplorer1().Redo();
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"a", "b"}));
+}
+
+TEST_F(ListColumns, TheSelectionFollowsASort) {
+  AddSongWith("b", "x");
+  AddSongWith("a", "x");
+  ShowDetails();
+  SelectRow(0);
+  Sort(ListColumn::kTitle);
+  EXPECT_EQ(Selected(), std::vector<int>{1});
+}
+
+TEST_F(ListColumns, AnotherFolderHasNoArrow) {
+  AddSongWith("a", "x");
+  Folder& other = AddFolder("other", {1});
+  ShowDetails();
+  Sort(ListColumn::kTitle);
+  EXPECT_TRUE(Headers().isSortIndicatorShown());
+  window.PVExplorer1().Select(Box().selectednode() == &other ? Nodes().ChildAt(1) : other);
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+}
+
+TEST_F(ListColumns, PlayingAndPositionDoNotSort) {
+  AddSongWith("b", "x");
+  AddSongWith("a", "x");
+  ShowDetails();
+  Sort(ListColumn::kPosition);
+  Sort(ListColumn::kPlaying);
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"b", "a"}));
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+  EXPECT_FALSE(Box().History().CanUndo());
+}
+
+TEST_F(ListColumns, TheNameKeepsItsFourOrders) {
+  AddSongWith("b", "x");
+  AddSongWith("a", "x");
+  ShowDetails();
+  ItemOf(ListColumn::kName).trigger();
+  Sort(ListColumn::kTitle);
+  Sort(ListColumn::kName);
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+  EXPECT_EQ(Texts(ListColumn::kName), (QStringList{"1.  1.mp3", "2.  2.mp3"}));
+  Sort(ListColumn::kName);
+  EXPECT_EQ(Texts(ListColumn::kName), (QStringList{"1.  2.mp3", "2.  1.mp3"}));
+  Sort(ListColumn::kName);
+  EXPECT_EQ(HeaderTexts().first(), "By Rank -- best to worst");
+}
+
+TEST_F(ListColumns, TypingFindsATitle) {
+  AddSongWith("Yesterday", "x");
+  AddSongWith("Help", "x");
+  ShowDetails();
+  SelectRow(0);
+  QTest::keyClicks(&List(), "hel");
+  EXPECT_EQ(Selected(), std::vector<int>{1});
+}
+
+TEST_F(ListColumns, TheFirstCellSpeaksTheWholeRow) {
+  AddSongWith("One", "Somebody", 1999);
+  ShowDetails();
+  const auto spoken = [this](ListColumn column) {
+    return Model().index(0, IndexOf(column)).data(Qt::AccessibleTextRole).toString();
+  };
+  EXPECT_EQ(spoken(ListColumn::kPlaying), "1, One, Somebody, Album, 1999, 3:05, rank 2 of 7");
+  EXPECT_EQ(spoken(ListColumn::kTitle), spoken(ListColumn::kPlaying));
+  EXPECT_EQ(spoken(ListColumn::kArtist), "Somebody");
+  EXPECT_EQ(spoken(ListColumn::kRank), "rank 2 of 7");
+  EXPECT_EQ(Model().headerData(0, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Playing");
+}
+
+TEST_F(ListColumns, DetailsThatAreReadLaterAreShown) {
+  AddSongWith("One", "Somebody");
+  AddFolder("one", {1});
+  UseDetails(true);
+  Show();
+  int changes = 0;
+  QObject::connect(&Model(), &QAbstractItemModel::dataChanged, [&changes] { ++changes; });
+  window.ShowNewDetails();
+  EXPECT_EQ(changes, 0);
+  tallow.details.LoadAll();
+  window.ShowNewDetails();
+  EXPECT_EQ(changes, 1);
+  EXPECT_EQ(Texts(ListColumn::kTitle), QStringList{"One"});
+  window.ShowNewDetails();
+  EXPECT_EQ(changes, 1);
+}
+
+}  // namespace
+}  // namespace tallow

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QPersistentModelIndex>
+
+class QMouseEvent;
+class QWheelEvent;
+
+namespace tallow {
+
+class SongListModel;
+class SongListView;
+
+/// Sets ranks by the mouse, in the column of ranks of a selected row: a click sets the rank of the
+/// bar there, and the wheel with Ctrl raises or lowers the rank of the row.
+class RankClicks : public QObject {
+  Q_OBJECT
+
+ public:
+  /// The parameters must outlive this object.
+  RankClicks(const SongListModel& songs, SongListView& list);
+
+ signals:
+  /// The user wants all selected songs to have a rank.
+  /// \param rank kNeverRanked to kBestRank
+  void RankWanted(int rank);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  bool IsRankOfSelected(const QModelIndex& index) const;
+  bool Pressed(const QMouseEvent& event);
+  bool Released(const QMouseEvent& event);
+  bool Turned(const QWheelEvent& event);
+
+  const SongListModel& songs_;
+  SongListView& list_;
+  QPersistentModelIndex pressed_;  ///< the cell where the button is held down; else invalid
+  bool ranks_ = false;             ///< the last press was one that ranks
+};
+
+}  // namespace tallow
