@@ -306,6 +306,19 @@ TEST_F(FindWhileTyping, HitsAreRanked) {
   EXPECT_EQ(Box().selectednode()->Items().back().Icon(), 7);
 }
 
+TEST_F(FindWhileTyping, UndoOfARankingKeepsTheHits) {
+  Type("sun");
+  List().SelectRows(0, 0);
+  window->Run(ListCommand::kRankBest, Box().ListFolder());
+  Explorer().Undo();
+  EXPECT_TRUE(Box().ShowsHits());
+  EXPECT_EQ(library.Mp3Info(kSongRank, 6), "2");
+  EXPECT_EQ(Box().ListFolder()->Items().front().Icon(), 2);
+  Explorer().Redo();
+  EXPECT_EQ(library.Mp3Info(kSongRank, 6), "7");
+  EXPECT_TRUE(Box().ShowsHits());
+}
+
 TEST_F(FindWhileTyping, SortingHitsChangesNoFolder) {
   Type("moon");
   for (int clicks = 0; clicks < 2; ++clicks)
