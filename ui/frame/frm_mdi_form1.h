@@ -23,6 +23,7 @@
 #include "ui/frame/frame_player.h"
 #include "ui/frame/frame_player_bar.h"
 #include "ui/frame/frame_queue.h"
+#include "ui/frame/frame_sums.h"
 #include "ui/frame/frame_title.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/frame/jukebox_places.h"
@@ -152,6 +153,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   BackgroundPicture picture_;
   FrameFindings findings_;
   FrameDetails details_;
+  FrameSums sums_;
   NewSongSearch search_;
   FrameFiling filing_;
   ActiveJukeboxCommands commands_;
