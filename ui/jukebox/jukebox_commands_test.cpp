@@ -8,9 +8,11 @@
 #include <QLineEdit>
 #include <QMenu>
 
+#include "app/columns/list_column.h"
 #include "jukebox/sorting.h"
 #include "tests/jukebox_window_fixture.h"
 #include "ui/jukebox/rank_picture.h"
+#include "ui/support/display_text.h"
 #include "util/file_system.h"
 
 namespace tallow {
@@ -51,12 +53,32 @@ class Commands : public JukeboxWindowTest {
 };
 
 TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
-  EXPECT_EQ(ItemsOf(Menu("ListMenu")),
-            (QStringList{"Play All Songs in Folder 1", "Play Selected Songs 2", "-", "Cu&t 4",
-                         "&Copy 5", "&Paste 6", "&Delete 7", "&Rank >", "> Rank it - Best 8",
-                         ">  9", ">  10", ">  11", ">  12", "> .  .  .   to worst 13",
-                         "Change Background Picture . . . 14", "-", "Play From Here 15",
-                         "Play Next 16", "Add To Queue 17"}));
+  QStringList columns{"Colu&mns >"};
+  for (int column = 0; column < kListColumns; ++column)
+    columns.append(QStringLiteral("> %1 %2").arg(DisplayText(TitleOf(ListColumn(column))),
+                                                 DisplayText(IdOf(ListColumn(column)))));
+  columns += {"> -", "> &Reset Columns "};
+  EXPECT_EQ(ItemsOf(Menu("ListMenu")), (QStringList{"Play All Songs in Folder 1",
+                                                    "Play Selected Songs 2",
+                                                    "-",
+                                                    "Cu&t 4",
+                                                    "&Copy 5",
+                                                    "&Paste 6",
+                                                    "&Delete 7",
+                                                    "&Rank >",
+                                                    "> Rank it - Best 8",
+                                                    ">  9",
+                                                    ">  10",
+                                                    ">  11",
+                                                    ">  12",
+                                                    "> .  .  .   to worst 13",
+                                                    "> No Rank 18",
+                                                    "Change Background Picture . . . 14",
+                                                    "-",
+                                                    "Play From Here 15",
+                                                    "Play Next 16",
+                                                    "Add To Queue 17"} +
+                                        columns));
 }
 
 TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {

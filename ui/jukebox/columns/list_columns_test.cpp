@@ -78,7 +78,8 @@ class ListColumns : public JukeboxWindowTest {
   QAction& ItemOf(ListColumn column) {
     emit Menu().aboutToShow();
     for (QAction* const item : Menu().actions())
-      if (item->isCheckable() && item->data().toInt() == static_cast<int>(column)) return *item;
+      if (item->isCheckable() && item->data().toString().toStdString() == IdOf(column))
+        return *item;
     throw std::runtime_error("no such item");
   }
   QString Reset() { return QStringLiteral("ResetColumns"); }
