@@ -125,7 +125,7 @@ std::string_view SongListOrder::SortByNext(Folder& folder, const clsMain& librar
 
 void SongListOrder::SortBy(Folder& folder, const clsMain& library, EditHistory& history,
                            const ColumnKeys& keys, bool descending) {
-  history.Begin(&folder);
+  history.Begin(&folder, "Sort Songs");
   history.SongsReordered(folder, SortSongsByColumn(folder, library, keys, descending));
   history.End();
   Reset();

@@ -25,13 +25,14 @@ constexpr int kLookEvery = 1000;
 
 FrameDetails::FrameDetails(QWidget& frame, StyleBar& bar, QStatusBar& status, Tallow& tallow,
                            FrameMessages& messages, std::function<void()> focus_jukebox,
-                           std::function<void()> style_chosen)
+                           std::function<void()> style_chosen, std::function<void()> polled)
     : frame_(frame),
       bar_(bar),
       tallow_(tallow),
       messages_(messages),
       focus_jukebox_(std::move(focus_jukebox)),
       style_chosen_(std::move(style_chosen)),
+      polled_(std::move(polled)),
       progress_(new QLabel(&status)),
       counter_(tallow),
       hint_(tallow.preferences),
@@ -65,6 +66,7 @@ void FrameDetails::Poll() {
   // A disabled frame has work in progress, which changes the library.
   if (!frame_.isEnabled()) return;
   tallow_.details.Poll();
+  if (polled_) polled_();
   const int interval = tallow_.details.IsReading() ? kTakeEvery : kLookEvery;
   if (timer_.interval() != interval) timer_.setInterval(interval);
   messages_.AddNotice(tallow_.details.TakeProblems());

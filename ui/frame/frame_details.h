@@ -27,9 +27,10 @@ class FrameDetails : public QObject {
   /// \param frame, bar, status, tallow, messages have to outlive this object
   /// \param focus_jukebox gives the keyboard focus to the active jukebox if no control has it
   /// \param style_chosen  called when the user has chosen a whole style
+  /// \param polled        called after details that were read were taken
   FrameDetails(QWidget& frame, StyleBar& bar, QStatusBar& status, Tallow& tallow,
                FrameMessages& messages, std::function<void()> focus_jukebox,
-               std::function<void()> style_chosen);
+               std::function<void()> style_chosen, std::function<void()> polled = {});
   /// Stops the filling.
   ~FrameDetails() override;
 
@@ -59,6 +60,7 @@ class FrameDetails : public QObject {
   FrameMessages& messages_;
   std::function<void()> focus_jukebox_;
   std::function<void()> style_chosen_;
+  std::function<void()> polled_;
   QLabel* progress_;
   QTimer timer_;
   StyleCounter counter_;

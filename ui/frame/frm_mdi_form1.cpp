@@ -85,7 +85,12 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       findings_(*statusBar(), tallow, messages_.Shower(), [this] { return OpenJukeboxes(); }),
       details_(
           *this, *style_bar_, *statusBar(), tallow, messages_, [this] { busy_.FocusJukebox(); },
-          [this] { filing_.FinishStyle(); }),
+          [this] { filing_.FinishStyle(); },
+          [this] {
+            for (Jukebox* const jukebox : OpenJukeboxes())
+              jukeboxes_.WindowOf(*jukebox)->ShowNewDetails();
+          }),
+      sums_(*statusBar(), jukeboxes_),
       search_(tallow, searches, jukeboxes_, messages_, busy_, findings_,
               [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
       filing_(tallow, jukeboxes_, messages_, busy_, search_,
@@ -110,6 +115,8 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
     lists_.FollowPreferences();
     queue_.FollowPreferences();
     find_field_->FollowPreferences();
+    for (Jukebox* const jukebox : OpenJukeboxes())
+      jukeboxes_.WindowOf(*jukebox)->FollowPreferences();
   });
   queue_.OnSongsDropped([this](std::vector<std::int32_t> songs, SongsOrigin origin) {
     lists_.AddToQueue(std::move(songs), origin);
@@ -221,6 +228,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   connect(window, &frmMain::WhereMyMusicIs, this, [this] { ShowMusicPlaces(); });
   connect(window, &frmMain::ChangeBackgroundPicture, this, [this] { picture_.Change(); });
   lists_.Follow(*window);
+  sums_.Follow(*window);
   return *window;
 }
 

@@ -25,6 +25,7 @@
 #include "ui/frame/frame_player_bar.h"
 #include "ui/frame/frame_properties.h"
 #include "ui/frame/frame_queue.h"
+#include "ui/frame/frame_sums.h"
 #include "ui/frame/frame_title.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/frame/jukebox_places.h"
@@ -154,6 +155,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   BackgroundPicture picture_;
   FrameFindings findings_;
   FrameDetails details_;
+  FrameSums sums_;
   NewSongSearch search_;
   FrameFiling filing_;
   ActiveJukeboxCommands commands_;

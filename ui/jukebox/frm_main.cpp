@@ -14,9 +14,12 @@
 #include "app/play_commands.h"
 #include "app/search/music_places.h"
 #include "app/tallow.h"
+#include "jukebox/empty_folder_text.h"
 #include "jukebox/initial_jukebox.h"
 #include "ui/jukebox/columns/jukebox_columns.h"
+#include "ui/jukebox/columns/list_sums.h"
 #include "ui/jukebox/dropped_files.h"
+#include "ui/jukebox/empty_folder_hint.h"
 #include "ui/jukebox/empty_library_notice.h"
 #include "ui/jukebox/jukebox_commands.h"
 #include "ui/jukebox/picture_address.h"
@@ -43,8 +46,10 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
                  : [this](const Message& message) { return ShowMessageBox(message, window()); }),
       explorer_(new PVExplorer(jukebox_, tallow.library, tallow.clipboard, this)),
       empty_library_(new EmptyLibraryNotice(explorer_->List())),
+      empty_folder_(new EmptyFolderHint(explorer_->List())),
       commands_(std::make_unique<JukeboxCommands>(tallow, jukebox_, *explorer_, show_)),
       columns_(std::make_unique<JukeboxColumns>(tallow, jukebox_, *explorer_)),
+      sums_(std::make_unique<ListSums>(tallow, jukebox_, *explorer_)),
       dropped_files_(std::make_unique<DroppedFiles>(tallow, jukebox_, *explorer_)),
       list_menu_(
           MakeListMenu(this, [this](ListCommand command) { Run(command, jukebox_.ListFolder()); })),
@@ -74,7 +79,11 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
 }
 
 void frmMain::ShowEmptyLibrary() {
-  empty_library_->ShowText(DisplayText(EmptyLibraryText(tallow_)));
+  const QString of_library = DisplayText(EmptyLibraryText(tallow_));
+  empty_library_->ShowText(of_library);
+  const Folder* const shown = jukebox_.ListFolder();
+  const bool is_empty = of_library.isEmpty() && shown != nullptr && !explorer_->ShowsSongs();
+  empty_folder_->ShowText(is_empty ? DisplayText(EmptyFolderText(*shown)) : QString());
 }
 
 void frmMain::ShowPicture() {
@@ -102,6 +111,7 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::RankWanted, this,
           [this](int rank) { Run(CommandOfRank(rank), jukebox_.ListFolder()); });
   connect(columns_.get(), &JukeboxColumns::Problem, this, &frmMain::Problem);
+  connect(sums_.get(), &ListSums::TextChanged, this, &frmMain::SumsChanged);
   connect(explorer_, qOverload<const QString&>(&PVExplorer::CaptionChanged), this,
           &QWidget::setWindowTitle);
   connect(explorer_, &PVExplorer::ItemOpened, commands_.get(), &JukeboxCommands::OpenSong);
@@ -150,6 +160,7 @@ void frmMain::ShowJukebox() {
   else
     explorer_->ExpandMarked();
   explorer_->UpdateHiddenFolders();
+  if (!QSettings().contains(kSplitterOption)) explorer_->FitTree();
   if (jukebox_.selectednode() == nullptr && jukebox_.Nodes().Children() > 0)
     explorer_->Select(jukebox_.Nodes().ChildAt(0));
 }
@@ -158,9 +169,16 @@ void frmMain::ShowFolder(Folder& folder) {
   jukebox_.ShowFolder(folder, tallow_.library, tallow_.folder_changes);
 }
 
-void frmMain::FollowPreferences() { columns_->Follow(); }
+void frmMain::FollowPreferences() {
+  columns_->Follow();
+  sums_->Changed();
+}
 
-void frmMain::ShowNewDetails() { columns_->ShowNewDetails(); }
+void frmMain::ShowNewDetails() {
+  if (columns_->ShowNewDetails()) sums_->Changed();
+}
+
+QString frmMain::SumsText() const { return sums_->Text(); }
 
 void frmMain::OpenSong(int row) { commands_->OpenSong(row); }
 

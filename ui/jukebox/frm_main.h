@@ -22,9 +22,11 @@ class QMenu;
 namespace tallow {
 
 class DroppedFiles;
+class EmptyFolderHint;
 class EmptyLibraryNotice;
 class JukeboxColumns;
 class JukeboxCommands;
+class ListSums;
 class PVExplorer;
 class Tallow;
 
@@ -58,8 +60,8 @@ class frmMain : public QWidget {
   /// yet, shows the first folder.
   void ShowJukebox();
 
-  /// Shows in the empty list that the library has no songs, or stops showing it. Call when the
-  /// library or the searched places have changed; a refilled list calls it itself.
+  /// Shows in an empty list that the library has no songs, or else what the folder is for; or stops
+  /// showing it. Call when the library or the searched places have changed; a refilled list calls it itself.
   void ShowEmptyLibrary();
 
   /// Returns the folder that a pane's keys, and the frame's commands for that pane, act on; null if
@@ -99,6 +101,8 @@ class frmMain : public QWidget {
   void FollowPreferences();
   /// Call regularly: shows details of songs that were read since the last call.
   void ShowNewDetails();
+  /// The sums of the list for the status bar, see ListSums.
+  QString SumsText() const;
   /// Marks what plays, and what could not be played, in the list.
   void ShowMarks(bool on);
 
@@ -119,6 +123,8 @@ class frmMain : public QWidget {
   void AddToQueue(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
   /// The user wants to pause what plays, or to let it go on.
   void PlayOrPause();
+  /// SumsText() has changed.
+  void SumsChanged();
   /// An operation failed or succeeded only in part; the lines explain it to the user.
   void Problem(const QStringList& lines);
   /// Songs that were found again have new record numbers; this window's jukebox and the clipboard
@@ -154,8 +160,10 @@ class frmMain : public QWidget {
   tallow::Jukebox jukebox_;
   PVExplorer* explorer_;
   EmptyLibraryNotice* empty_library_;  ///< a child of the list
+  EmptyFolderHint* empty_folder_;      ///< a child of the list
   std::unique_ptr<JukeboxCommands> commands_;
   std::unique_ptr<JukeboxColumns> columns_;
+  std::unique_ptr<ListSums> sums_;
   std::unique_ptr<DroppedFiles> dropped_files_;
   PlayerModel* player_ = nullptr;  ///< null for none
   bool shows_marks_ = false;

@@ -8,9 +8,11 @@
 #include <QLineEdit>
 #include <QMenu>
 
+#include "app/columns/list_column.h"
 #include "jukebox/sorting.h"
 #include "tests/jukebox_window_fixture.h"
 #include "ui/jukebox/rank_picture.h"
+#include "ui/support/display_text.h"
 #include "util/file_system.h"
 
 namespace tallow {
@@ -51,6 +53,11 @@ class Commands : public JukeboxWindowTest {
 };
 
 TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
+  QStringList columns{"Colu&mns >"};
+  for (int column = 0; column < kListColumns; ++column)
+    columns.append(QStringLiteral("> %1 %2").arg(DisplayText(TitleOf(ListColumn(column))),
+                                                 DisplayText(IdOf(ListColumn(column)))));
+  columns += {"> -", "> &Reset Columns "};
   EXPECT_EQ(ItemsOf(Menu("ListMenu")), (QStringList{"Play All Songs in Folder 1",
                                                     "Play Selected Songs 2",
                                                     "-",
@@ -65,20 +72,23 @@ TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
                                                     ">  11",
                                                     ">  12",
                                                     "> .  .  .   to worst 13",
+                                                    "> No Rank 18",
                                                     "Change Background Picture . . . 14",
                                                     "-",
                                                     "Play From Here 15",
                                                     "Play Next 16",
                                                     "Add To Queue 17",
-                                                    "Show In Folder 19",
-                                                    "Properties... 20"}));
+                                                    "Show In Folder 19"} +
+                                        columns + QStringList{"Properties... 20"}));
 }
 
 TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {
   EXPECT_EQ(ItemsOf(Menu("TreeMenu")),
             (QStringList{"New Folder >", "> Add Folder to Selected Folder 4",
                          "> Add Folder to Root 5", "Cu&t 6", "&Copy 7", "&Paste 8", "&Delete 9",
-                         "Sort Nodes 10", "Move To Root 11", "Properties... 17"}));
+                         "Sort Nodes 10", "Move To Root 11", "Rename 13", "-",
+                         "Play All Songs in Folder 14", "Play Next 15", "Add To Queue 16",
+                         "Properties... 17"}));
 }
 
 TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {

@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/pv_explorer.h"
 
+#include <algorithm>
+
 #include <QHeaderView>
+#include <QItemSelectionModel>
+#include <QScrollBar>
 
 #include "ui/jukebox/explorer/explorer_dragging.h"
 #include "ui/jukebox/explorer/explorer_keys.h"
@@ -22,8 +26,10 @@
 namespace tallow {
 namespace {
 
-/// Initial width of the tree, in average characters.
+/// Initial width of the tree, in average characters, and its bounds when it fits its names.
 constexpr int kTreeCharacters = 34;
+constexpr int kMinTreeCharacters = 22;
+constexpr int kMaxTreeCharacters = 50;
 /// Minimum width of the list, in average characters: the tree and docks give way.
 constexpr int kMinListCharacters = 28;
 
@@ -87,6 +93,8 @@ void PVExplorer::ConnectList() {
             emit HeaderPopUp(header->viewport()->mapToGlobal(position));
           });
   connect(list_, &SongListView::ColumnsChanged, this, &PVExplorer::ColumnsChanged);
+  connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          &PVExplorer::SelectionChanged);
   connect(list_, &SongListView::RankWanted, this, &PVExplorer::RankWanted);
   connect(list_, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { emit ItemOpened(songs_->PlaceOf(index.row())); });
@@ -109,6 +117,17 @@ void PVExplorer::ConnectKeys() {
           [this](int row) { emit ItemOpened(songs_->PlaceOf(row)); });
   connect(keys, &ExplorerKeys::EscapeKey, this, &PVExplorer::Escaped);
   connect(keys, &ExplorerKeys::PauseKey, this, &PVExplorer::PlayOrPause);
+}
+
+bool PVExplorer::ShowsSongs() const { return songs_->rowCount() > 0; }
+
+void PVExplorer::FitTree() {
+  const int character = fontMetrics().averageCharWidth();
+  const int beside = 2 * tree_->frameWidth() + tree_->verticalScrollBar()->sizeHint().width();
+  const int names =
+      std::clamp(static_cast<QAbstractItemView&>(*tree_).sizeHintForColumn(0) + beside,
+                 kMinTreeCharacters * character, kMaxTreeCharacters * character);
+  setSizes({names, std::max(width() - names, list_->minimumWidth())});
 }
 
 void PVExplorer::GrabFocus(bool list) {

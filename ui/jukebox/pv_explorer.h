@@ -58,6 +58,12 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// The folder on show; null for none.
   Folder* selectednode() const noexcept { return jukebox_.selectednode(); }
 
+  /// Whether the list has songs.
+  bool ShowsSongs() const;
+
+  /// Makes the tree as wide as its names need, within bounds.
+  void FitTree();
+
   /// Sets the keyboard focus to the list or to the tree.
   void GrabFocus(bool list);
   /// Selects a folder in the tree, like a click on it, and shows its songs.
@@ -181,6 +187,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void BeforeCut(tallow::BeforeCutEvent& event);
   /// The list was refilled with the songs of the folder on show.
   void ListRefilled();
+  /// Other songs of the list are selected.
+  void SelectionChanged();
   /// A pane has received the keyboard focus.
   /// \param pane see PopUpPane
   void FocusChanged(int pane);

@@ -24,7 +24,7 @@ QMenu* MakeColumnMenu(QWidget* parent, const std::function<void(ListColumn, bool
     const auto column = ListColumn(number);
     QAction* const item = menu->addAction(DisplayText(TitleOf(column)));
     item->setCheckable(true);
-    item->setData(number);
+    item->setData(DisplayText(IdOf(column)));
     QObject::connect(item, &QAction::triggered, item,
                      [show, column](bool checked) { show(column, checked); });
   }
@@ -38,9 +38,9 @@ QMenu* MakeColumnMenu(QWidget* parent, const std::function<void(ListColumn, bool
 void CheckColumns(QMenu& menu, const std::vector<ChosenColumn>& columns) {
   for (QAction* const item : menu.actions()) {
     if (!item->isCheckable()) continue;
-    const auto column = ListColumn(item->data().toInt());
-    const bool is_shown =
-        std::ranges::find(columns, column, &ChosenColumn::column) != columns.end();
+    const bool is_shown = std::ranges::any_of(columns, [item](const ChosenColumn& one) {
+      return item->data().toString() == DisplayText(IdOf(one.column));
+    });
     item->setChecked(is_shown);
     item->setEnabled(!is_shown || columns.size() > 1);
   }

@@ -12,7 +12,7 @@ class QWidget;
 namespace tallow {
 
 /// Creates the menu of the columns of a list, named "HeaderMenu": a check item for each column, and
-/// "Reset Columns".
+/// "Reset Columns". The data of a check item is the column's name of IdOf.
 /// \param show  shows or hides a column
 /// \param reset shows the columns of the first start again
 QMenu* MakeColumnMenu(QWidget* parent, const std::function<void(ListColumn, bool shown)>& show,

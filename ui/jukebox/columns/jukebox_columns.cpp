@@ -50,11 +50,12 @@ void JukeboxColumns::Follow() {
   ShowArrow(sorted_by_, descending_);
 }
 
-void JukeboxColumns::ShowNewDetails() {
+bool JukeboxColumns::ShowNewDetails() {
   const std::uint64_t version = tallow_.details.Version();
-  if (version == details_version_) return;
+  if (version == details_version_) return false;
   details_version_ = version;
   explorer_.DetailsChanged();
+  return true;
 }
 
 void JukeboxColumns::Choose(const std::vector<ChosenColumn>& columns) {

@@ -40,7 +40,8 @@ class JukeboxColumns : public QObject {
   void Follow();
 
   /// Call regularly: shows details of songs that were read since the last call.
-  void ShowNewDetails();
+  /// \returns whether there were any
+  bool ShowNewDetails();
 
  signals:
   void Problem(const QStringList& lines);

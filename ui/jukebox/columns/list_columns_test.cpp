@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The columns of the list: which are shown, their order and widths, their menu, and sorting by
 // them.
+#include <functional>
 #include <stdexcept>
 
 #include <QContextMenuEvent>
@@ -12,6 +13,7 @@
 #include "details/song_details.h"
 #include "tests/jukebox_window_fixture.h"
 #include "ui/jukebox/song_list_model.h"
+#include "util/file_system.h"
 
 namespace tallow {
 namespace {
@@ -76,7 +78,8 @@ class ListColumns : public JukeboxWindowTest {
   QAction& ItemOf(ListColumn column) {
     emit Menu().aboutToShow();
     for (QAction* const item : Menu().actions())
-      if (item->isCheckable() && item->data().toInt() == static_cast<int>(column)) return *item;
+      if (item->isCheckable() && item->data().toString().toStdString() == IdOf(column))
+        return *item;
     throw std::runtime_error("no such item");
   }
   QString Reset() { return QStringLiteral("ResetColumns"); }
@@ -371,20 +374,30 @@ TEST_F(ListColumns, TheFirstCellSpeaksTheWholeRow) {
 }
 
 TEST_F(ListColumns, DetailsThatAreReadLaterAreShown) {
-  AddSongWith("One", "Somebody");
+  AddSongs(1);
+  music.File("1.mp3");
   AddFolder("one", {1});
   UseDetails(true);
   Show();
+  EXPECT_EQ(Texts(ListColumn::kTitle), QStringList{"1"});
+  tallow.details.Start(library, [] {
+    return [](const std::string& path, const std::function<bool()>& /*stopped*/) {
+      return SongDetails{.tags = {.found = true, .title = "One"},
+                         .stamp = StampOf(path).value_or(FileStamp())};
+    };
+  });
+  window.ShowNewDetails();
   int changes = 0;
   QObject::connect(&Model(), &QAbstractItemModel::dataChanged, [&changes] { ++changes; });
   window.ShowNewDetails();
   EXPECT_EQ(changes, 0);
-  tallow.details.LoadAll();
-  window.ShowNewDetails();
-  EXPECT_EQ(changes, 1);
+  EXPECT_TRUE(QTest::qWaitFor([&] {
+    tallow.details.Poll();
+    window.ShowNewDetails();
+    return changes > 0;
+  }));
   EXPECT_EQ(Texts(ListColumn::kTitle), QStringList{"One"});
-  window.ShowNewDetails();
-  EXPECT_EQ(changes, 1);
+  tallow.details.Stop();
 }
 
 }  // namespace

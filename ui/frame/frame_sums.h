@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+class QLabel;
+class QStatusBar;
+
+namespace tallow {
+
+class JukeboxArea;
+class frmMain;
+
+/// The sums of the active jukebox's list, at the right end of the status bar.
+class FrameSums {
+ public:
+  /// \param status, jukeboxes have to outlive this object
+  FrameSums(QStatusBar& status, JukeboxArea& jukeboxes);
+
+  /// Shows the sums of a new window while it is active.
+  void Follow(frmMain& window);
+
+ private:
+  void Update();
+
+  JukeboxArea& jukeboxes_;
+  QLabel* text_;
+};
+
+}  // namespace tallow

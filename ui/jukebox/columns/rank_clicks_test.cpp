@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/columns/rank_clicks.h"
+
+#include <QWheelEvent>
+
+#include "tests/jukebox_window_fixture.h"
+#include "ui/jukebox/columns/song_list_delegate.h"
+#include "ui/jukebox/song_list_model.h"
+
+namespace tallow {
+namespace {
+
+class RankClicksTest : public JukeboxWindowTest {
+ protected:
+  RankClicksTest() {
+    tallow.preferences.SetSwitches({.columns_of_details = true});
+    window.FollowPreferences();
+    window.resize(1200, 500);
+    AddSongs(4);
+    AddFolder("one", {1, 2, 3, 4});
+    Show();
+  }
+  QRect Cell(int row) {
+    const auto& songs = *window.findChild<SongListModel*>();
+    return List().visualRect(songs.index(row, songs.IndexOf(ListColumn::kRank)));
+  }
+  /// A point of a cell that stands for a rank; 0: behind the bars.
+  QPoint PointOf(int row, int rank) {
+    const QRect cell = Cell(row);
+    for (int x = cell.left(); x <= cell.right(); ++x)
+      if (SongListDelegate::RankAt(cell, x) == rank) return {x + 1, cell.center().y()};
+    ADD_FAILURE() << "no place for rank " << rank;
+    return {};
+  }
+  void ClickRank(int row, int rank, Qt::KeyboardModifiers keys = {}) {
+    QTest::mouseClick(List().viewport(), Qt::LeftButton, keys, PointOf(row, rank));
+  }
+  void Turn(int row, int by, Qt::KeyboardModifiers keys = Qt::ControlModifier) {
+    const QPoint point = PointOf(row, 5);
+    QWheelEvent event(point, List().viewport()->mapToGlobal(point), {}, QPoint(0, by), Qt::NoButton,
+                      keys, Qt::NoScrollPhase, false);
+    QApplication::sendEvent(List().viewport(), &event);
+  }
+  Texts Ranks() { return Cells(kSongRank); }
+};
+
+TEST_F(RankClicksTest, AClickIntoASelectedRowSetsTheRankOfItsBar) {
+  SelectRow(1);
+  for (const int rank : {7, 6, 5, 4, 3}) {
+    ClickRank(1, rank);
+    EXPECT_EQ(Ranks(), (Texts{"2", std::to_string(rank), "2", "2"}));
+  }
+  EXPECT_TRUE(played.empty());
+}
+
+TEST_F(RankClicksTest, AClickBeforeTheBarsTakesTheRankAway) {
+  SelectRow(1);
+  ClickRank(1, 6);
+  ClickRank(1, kNeverRanked);
+  EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
+}
+
+TEST_F(RankClicksTest, AClickBehindTheBarsDoesNothing) {
+  SelectRow(1);
+  ClickRank(1, 0);
+  EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
+  EXPECT_EQ(Selected(), std::vector<int>{1});
+}
+
+TEST_F(RankClicksTest, AllSelectedSongsGetTheRankInOneStep) {
+  SelectRow(0);
+  SelectRow(2, Qt::ShiftModifier);
+  ClickRank(1, 7);
+  EXPECT_EQ(Ranks(), (Texts{"7", "7", "7", "2"}));
+  EXPECT_EQ(Selected(), (std::vector<int>{0, 1, 2}));
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
+}
+
+TEST_F(RankClicksTest, AClickIntoARowThatIsNotSelectedSelectsIt) {
+  SelectRow(0);
+  ClickRank(2, 7);
+  EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
+  EXPECT_EQ(Selected(), std::vector<int>{2});
+}
+
+TEST_F(RankClicksTest, ADoubleClickIntoARowThatIsNotSelectedPlaysIt) {
+  QTest::mouseClick(List().viewport(), Qt::LeftButton, {}, PointOf(2, 7));
+  QTest::mouseDClick(List().viewport(), Qt::LeftButton, {}, PointOf(2, 7));
+  EXPECT_EQ(played, std::vector<Songs>{{3}});
+}
+
+TEST_F(RankClicksTest, ACtrlClickSelectsAsElsewhere) {
+  SelectRow(0);
+  ClickRank(0, 7, Qt::ControlModifier);
+  EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
+  EXPECT_TRUE(Selected().empty());
+}
+
+TEST_F(RankClicksTest, AReleaseElsewhereDoesNothing) {
+  SelectRow(1);
+  QTest::mousePress(List().viewport(), Qt::LeftButton, {}, PointOf(1, 7));
+  QTest::mouseRelease(List().viewport(), Qt::LeftButton, {}, PointOf(2, 7));
+  EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
+}
+
+TEST_F(RankClicksTest, TheWheelWithCtrlRaisesAndLowersTheRank) {
+  SelectRow(1);
+  Turn(1, 120);
+  EXPECT_EQ(Ranks()[1], "3");
+  Turn(1, 120);
+  EXPECT_EQ(Ranks()[1], "4");
+  Turn(1, -120);
+  Turn(1, -120);
+  Turn(1, -120);
+  EXPECT_EQ(Ranks()[1], "2");
+  Turn(1, 120, Qt::NoModifier);
+  Turn(0, 120);
+  EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
+}
+
+TEST_F(RankClicksTest, TheTooltipTellsTheRank) {
+  SelectRow(1);
+  ClickRank(1, 5);
+  const auto& songs = *window.findChild<SongListModel*>();
+  const QModelIndex cell = songs.index(1, songs.IndexOf(ListColumn::kRank));
+  EXPECT_EQ(cell.data(Qt::ToolTipRole).toString(), "rank 5 of 7");
+}
+
+}  // namespace
+}  // namespace tallow
