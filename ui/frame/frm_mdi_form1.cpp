@@ -86,10 +86,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       details_(
           *this, *style_bar_, *statusBar(), tallow, messages_, [this] { busy_.FocusJukebox(); },
           [this] { filing_.FinishStyle(); },
-          [this] {
-            for (Jukebox* const jukebox : OpenJukeboxes())
-              jukeboxes_.WindowOf(*jukebox)->ShowNewDetails();
-          }),
+          [this] { jukeboxes_.ForEachWindow([](frmMain& window) { window.ShowNewDetails(); }); }),
       sums_(*statusBar(), jukeboxes_),
       search_(tallow, searches, jukeboxes_, messages_, busy_, findings_,
               [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
@@ -113,8 +110,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
     player_bar_.Follow();
     lists_.FollowPreferences();
     queue_.FollowPreferences();
-    for (Jukebox* const jukebox : OpenJukeboxes())
-      jukeboxes_.WindowOf(*jukebox)->FollowPreferences();
+    jukeboxes_.ForEachWindow([](frmMain& window) { window.FollowPreferences(); });
   });
   queue_.OnSongsDropped([this](std::vector<std::int32_t> songs, SongsOrigin origin) {
     lists_.AddToQueue(std::move(songs), origin);
@@ -366,7 +362,7 @@ void frmMDIForm1::ShowMusicPlaces() {
       this);
   dialog.exec();
   // The empty lists name the places that are searched.
-  for (Jukebox* const jukebox : OpenJukeboxes()) jukeboxes_.WindowOf(*jukebox)->ShowEmptyLibrary();
+  jukeboxes_.ForEachWindow([](frmMain& window) { window.ShowEmptyLibrary(); });
 }
 
 void frmMDIForm1::changeEvent(QEvent* event) {

@@ -12,6 +12,7 @@
 #include "details/details_store.h"
 #include "details/song_details.h"
 #include "tests/jukebox_window_fixture.h"
+#include "tests/model_stand_in.h"
 #include "ui/jukebox/song_list_model.h"
 #include "util/file_system.h"
 
@@ -371,6 +372,41 @@ TEST_F(ListColumns, TheFirstCellSpeaksTheWholeRow) {
   EXPECT_EQ(spoken(ListColumn::kArtist), "Somebody");
   EXPECT_EQ(spoken(ListColumn::kRank), "rank 2 of 7");
   EXPECT_EQ(Model().headerData(0, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Playing");
+}
+
+TEST_F(ListColumns, TheMarkIsInTheColumnPlaying) {
+  AddSongs(2);
+  ModelStandIn player;
+  window.SetPlayer(&player);
+  window.ShowMarks(true);
+  ShowDetails();
+  ItemOf(ListColumn::kName).trigger();
+  const auto has_picture = [this](int row, ListColumn column) {
+    return !Model().index(row, IndexOf(column)).data(Qt::DecorationRole).isNull();
+  };
+  EXPECT_FALSE(has_picture(1, ListColumn::kPlaying));
+  player.Play(2, 200);
+  EXPECT_TRUE(has_picture(1, ListColumn::kPlaying));
+  EXPECT_FALSE(has_picture(0, ListColumn::kPlaying));
+  EXPECT_FALSE(has_picture(1, ListColumn::kName));
+  EXPECT_TRUE(Model()
+                  .index(1, IndexOf(ListColumn::kPlaying))
+                  .data(Qt::ToolTipRole)
+                  .toString()
+                  .contains("playing"));
+  window.SetPlayer(nullptr);
+}
+
+TEST_F(ListColumns, ANameHasThePicturesThatHaveNoColumn) {
+  AddSongs(1);
+  ShowDetails();
+  ItemOf(ListColumn::kName).trigger();
+  const auto picture = [this] {
+    return Model().index(0, IndexOf(ListColumn::kName)).data(Qt::DecorationRole);
+  };
+  EXPECT_TRUE(picture().isNull());
+  ItemOf(ListColumn::kRank).trigger();
+  EXPECT_FALSE(picture().isNull());
 }
 
 TEST_F(ListColumns, DetailsThatAreReadLaterAreShown) {
