@@ -44,7 +44,7 @@ std::int32_t Folder::CountAll() const noexcept {
   return count;
 }
 
-FolderTree::FolderTree() : root_(new Folder) {}
+FolderTree::FolderTree(std::uint32_t last_key) : root_(new Folder), last_key_(last_key) {}
 FolderTree::~FolderTree() = default;
 
 Folder& FolderTree::AddChild(Folder* parent, std::string_view text, std::int32_t image,

@@ -181,7 +181,8 @@ using DetachedFolder = std::unique_ptr<Folder>;
 /// of siblings.
 class FolderTree {
  public:
-  FolderTree();
+  /// \param last_key the folders get the keys after this one
+  explicit FolderTree(std::uint32_t last_key = 0);
   FolderTree(const FolderTree&) = delete;
   FolderTree& operator=(const FolderTree&) = delete;
   ~FolderTree();
@@ -263,7 +264,7 @@ class FolderTree {
   void Attach(Folder& folder, Folder* parent);
 
   std::unique_ptr<Folder> root_;  ///< parent of the top level; never exposed
-  std::uint32_t last_key_ = 0;
+  std::uint32_t last_key_;
   std::int32_t count_ = 0;
   FolderTreeObserver* observer_ = nullptr;
 };

@@ -36,6 +36,7 @@ bool Jukebox::LoadUnsaved(std::string_view bytes, const std::string& file, const
 }
 
 void Jukebox::Replace(LoadedJukebox& loaded) {
+  found_.Hide();
   display_.ForgetFolder();
   order_.Reset();
   history_.Clear();
@@ -48,6 +49,7 @@ void Jukebox::Replace(LoadedJukebox& loaded) {
 void Jukebox::Renumber(const NewNumbers& numbers) {
   const std::uint64_t before = ContentHash(tree_);
   for (std::int32_t k = 0; k < tree_.Children(); ++k) tallow::Renumber(tree_.ChildAt(k), numbers);
+  found_.Renumber(numbers);
   history_.Renumber(numbers);
   file_.Content().Renumbered(before, ContentHash(tree_));
 }
@@ -86,37 +88,62 @@ void Jukebox::HideRemovedFolder() {
 }
 
 void Jukebox::LabelSongs(const clsMain& library) {
-  Folder& shown = *selectednode();
-  history_.SongsPruned(shown, RefreshFolderList(shown, library));
+  Folder& shown = *ListFolder();
+  std::vector<std::int32_t> pruned = RefreshFolderList(shown, library);
+  if (!ShowsHits()) history_.SongsPruned(shown, std::move(pruned));
 }
 
 void Jukebox::ShowFolder(Folder& folder, const clsMain& library, std::int64_t& folder_changes) {
   ++folder_changes;
+  found_.Hide();
   display_.ShowFolder(&folder);
   // Fill the list first: a header change makes views read the rows.
   ListRefilled(library);
   ResetSort();
 }
 
+void Jukebox::ShowHits(const std::vector<std::int32_t>& songs, const clsMain& library) {
+  if (!ShowsHits()) {
+    order_before_hits_ = order_;
+    header_before_hits_ = ColumnHeaders().empty() ? std::string() : ColumnHeaders().front();
+  }
+  found_.Show(songs);
+  // Fill the list first, as ShowFolder does.
+  ListRefilled(library);
+  ResetSort();
+}
+
+void Jukebox::HideHits(const clsMain& library) {
+  if (!ShowsHits()) return;
+  found_.Hide();
+  if (selectednode() != nullptr)
+    ListRefilled(library);
+  else
+    display_.ListChanged();
+  order_ = order_before_hits_;
+  display_.NameColumnHeader(header_before_hits_);
+}
+
 void Jukebox::ListRefilled(const clsMain& library) {
-  if (selectednode() == nullptr) return;
+  if (ListFolder() == nullptr) return;
   LabelSongs(library);
   display_.ListChanged();
 }
 
 void Jukebox::RanksChanged(const clsMain& library) {
-  if (selectednode() == nullptr) return;
-  for (SongEntry& entry : selectednode()->Items())
+  Folder* const shown = ListFolder();
+  if (shown == nullptr) return;
+  for (SongEntry& entry : shown->Items())
     if (const SongView song = library.Song(entry.SubItem()); song.Exists()) entry.Icon(song.Rank());
   PicturesChanged();
 }
 
 void Jukebox::ColumnClick(const clsMain& library) {
-  Folder* const shown = selectednode();
+  Folder* const shown = ListFolder();
   if (shown == nullptr) return;
   std::string_view header;
   try {
-    header = order_.SortByNext(*shown, library, history_);
+    header = order_.SortByNext(*shown, library, ShowsHits() ? found_.History() : history_);
   } catch (...) {
     ListRefilled(library);
     throw;
@@ -125,9 +152,9 @@ void Jukebox::ColumnClick(const clsMain& library) {
 }
 
 void Jukebox::SortByColumn(const clsMain& library, const ColumnKeys& keys, bool descending) {
-  Folder* const shown = selectednode();
+  Folder* const shown = ListFolder();
   if (shown == nullptr) return;
-  order_.SortBy(*shown, library, history_, keys, descending);
+  order_.SortBy(*shown, library, ShowsHits() ? found_.History() : history_, keys, descending);
   Reordered(library, kNameHeader);
 }
 

@@ -8,6 +8,7 @@
 
 #include "jukebox/edit_history.h"
 #include "jukebox/folder_tree.h"
+#include "jukebox/found_songs.h"
 #include "jukebox/jukebox_display.h"
 #include "jukebox/jukebox_file.h"
 #include "jukebox/song_links.h"
@@ -22,6 +23,7 @@ class clsMain;
 /// - EditHistory: undo and redo of changes to them
 /// - JukeboxFile: the file, loading and saving
 /// - JukeboxDisplay: the folder shown and what else the window displays
+/// - FoundSongs: the hits of a search, while the list shows them instead of the folder
 /// - SongListOrder: the sort order of the list
 class Jukebox {
  public:
@@ -77,7 +79,7 @@ class Jukebox {
   }
 
   /// Call this after folders may have left the tree: if the shown folder has left it, no folder is
-  /// shown any more.
+  /// shown any more. Hits of a search stay.
   void HideRemovedFolder();
 
   /// Replaces old record numbers by new ones in folders and undo steps. The songs of the shown
@@ -131,11 +133,27 @@ class Jukebox {
   /// the problem and what to do.
   const std::string& FileProblem() const noexcept { return file_.Problem(); }
 
-  /// The folder shown; null for none.
+  /// The folder shown, that is the one chosen in the tree; null for none. While the list shows the
+  /// hits of a search, it is the folder that the list goes back to.
   Folder* selectednode() const noexcept { return display_.ShownFolder(); }
+
+  /// The folder whose songs the list shows: the hits of a search while they are shown, else
+  /// selectednode(). Null for none.
+  Folder* ListFolder() const noexcept { return found_.Shown() ? found_.Shown() : selectednode(); }
+
+  /// Whether the list shows the hits of a search.
+  bool ShowsHits() const noexcept { return found_.Shown() != nullptr; }
+  /// Shows the hits of a search in the list; selectednode() stays. The hits are not part of the
+  /// jukebox: sorting them is no step, and they are not saved.
+  /// \param songs record numbers, in the order of the list
+  void ShowHits(const std::vector<std::int32_t>& songs, const clsMain& library);
+  /// Shows the songs of selectednode() again, and the header that its list had. No effect while no
+  /// hits are shown.
+  void HideHits(const clsMain& library);
 
   /// Shows a folder, as a click on it does. The songs of the folder shown before get their record
   /// numbers as texts again, the songs of the new folder get labels, and the list becomes unsorted.
+  /// Hits of a search are not shown any more.
   ///
   /// \param folder_changes the program's counter of folders shown; incremented
   void ShowFolder(Folder& folder, const clsMain& library, std::int64_t& folder_changes);
@@ -176,6 +194,10 @@ class Jukebox {
   JukeboxFile file_;
   JukeboxDisplay display_;
   SongListOrder order_;
+  FoundSongs found_;
+  /// Order and first header of the list of selectednode(), while hits are shown.
+  SongListOrder order_before_hits_;
+  std::string header_before_hits_;
   bool was_marked_dirty_ = false;  ///< by IsFormDirty(true), since the jukebox was saved
 };
 

@@ -22,7 +22,11 @@ std::int64_t NumberIn(const std::string& answer, const std::string& name) {
 /// Plays into a WAV file, at several times real time.
 class QueueSound : public RealPlayer {
  protected:
-  QueueSound() { UseOptions("--audio-file " + Quote(folder / "sound.wav") + " --paced 4"); }
+  QueueSound() { PlayAtPace("4"); }
+
+  void PlayAtPace(const std::string& times) {
+    UseOptions("--audio-file " + Quote(folder / "sound.wav") + " --paced " + times);
+  }
 
   std::string Ask(const std::string& request) {
     const std::optional<std::string> answer = link->Ask(player.Window(), request);
@@ -111,6 +115,9 @@ class QueueSound : public RealPlayer {
 
 TEST_F(QueueSound, OneHundredTrackChangesAreGaplessWhileTheQueueChanges) {
   constexpr std::size_t kSongs = 12;
+  // At a higher pace, a busy machine may delay the player for longer than a song lasts. The engine
+  // may then play a track already that the player removes, and opens its output again.
+  PlayAtPace("2");
   MakeSongs(kSongs);
   StartPlayer();
   std::mt19937 random(1);

@@ -9,15 +9,6 @@
 #include "ui/jukebox/pv_explorer.h"
 
 namespace tallow {
-namespace {
-
-template <typename Command>
-void RunOnSelectedFolder(frmMain& window, Command command) {
-  if (Folder* const folder = window.Jukebox().selectednode()) window.Run(command, folder);
-}
-
-}  // namespace
-
 frmMain* ActiveJukeboxCommands::ActiveWindow() {
   frmMain* const window = jukeboxes_.ActiveWindow();
   if (window == nullptr)
@@ -32,11 +23,15 @@ bool ActiveJukeboxCommands::HasJukebox() {
 }
 
 void ActiveJukeboxCommands::Run(TreeCommand command) {
-  if (frmMain* const window = ActiveWindow()) RunOnSelectedFolder(*window, command);
+  frmMain* const window = ActiveWindow();
+  if (window == nullptr) return;
+  if (Folder* const folder = window->Jukebox().selectednode()) window->Run(command, folder);
 }
 
 void ActiveJukeboxCommands::Run(ListCommand command) {
-  if (frmMain* const window = ActiveWindow()) RunOnSelectedFolder(*window, command);
+  frmMain* const window = ActiveWindow();
+  if (window == nullptr) return;
+  if (Folder* const folder = window->Jukebox().ListFolder()) window->Run(command, folder);
 }
 
 void ActiveJukeboxCommands::Edit(TextEdit of_text, TreeCommand of_tree, ListCommand of_list) {

@@ -26,7 +26,7 @@ class ActiveJukeboxCommands {
   /// Whether a jukebox is on screen. Reports in the status bar when no jukebox is open.
   bool HasJukebox();
 
-  /// Runs a command of a pop-up menu on the selected folder.
+  /// Runs a command of a pop-up menu on the selected folder, or on the folder of the list.
   void Run(TreeCommand command);
   void Run(ListCommand command);
   /// Runs an edit command: in the text field that has the keyboard focus, if there is one, else in

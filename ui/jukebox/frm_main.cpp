@@ -51,8 +51,8 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
       columns_(std::make_unique<JukeboxColumns>(tallow, jukebox_, *explorer_)),
       sums_(std::make_unique<ListSums>(tallow, jukebox_, *explorer_)),
       dropped_files_(std::make_unique<DroppedFiles>(tallow, jukebox_, *explorer_)),
-      list_menu_(MakeListMenu(
-          this, [this](ListCommand command) { Run(command, jukebox_.selectednode()); })),
+      list_menu_(
+          MakeListMenu(this, [this](ListCommand command) { Run(command, jukebox_.ListFolder()); })),
       tree_menu_(MakeTreeMenu(this, [this](TreeCommand command) {
         // The folder may have been deleted while the menu was open.
         Folder* const folder = menu_folder_ != 0 ? jukebox_.Nodes().FindKey(menu_folder_) : nullptr;
@@ -108,7 +108,7 @@ frmMain::~frmMain() {
 void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::NodeClick, this, [this](Folder* folder) { ShowFolder(*folder); });
   connect(explorer_, &PVExplorer::RankWanted, this,
-          [this](int rank) { Run(CommandOfRank(rank), jukebox_.selectednode()); });
+          [this](int rank) { Run(CommandOfRank(rank), jukebox_.ListFolder()); });
   connect(columns_.get(), &JukeboxColumns::Problem, this, &frmMain::Problem);
   connect(sums_.get(), &ListSums::TextChanged, this, &frmMain::SumsChanged);
   connect(explorer_, qOverload<const QString&>(&PVExplorer::CaptionChanged), this,
@@ -116,8 +116,9 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::ItemOpened, commands_.get(), &JukeboxCommands::OpenSong);
   connect(explorer_, &PVExplorer::PlayOrPause, this, &frmMain::PlayOrPause);
   connect(explorer_, &PVExplorer::ListPopUp, list_menu_, [this](const QPoint& position) {
-    if (jukebox_.selectednode() == nullptr) return;
+    if (jukebox_.ListFolder() == nullptr) return;
     EnableListItems(*list_menu_, player_, CanPaste(jukebox_.selectednode()));
+    EnableItemsForHits(*list_menu_, jukebox_.ShowsHits());
     list_menu_->popup(position);
   });
   connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,
@@ -178,13 +179,15 @@ void frmMain::ShowNewDetails() {
 
 QString frmMain::SumsText() const { return sums_->Text(); }
 
+void frmMain::OpenSong(int row) { commands_->OpenSong(row); }
+
 void frmMain::ActOnPopUpClick(int item, int pane, Folder* node) {
   if (pane == kTreePane) Run(TreeCommand(item), node);
   if (pane == kListPane) Run(ListCommand(item), node);
 }
 
 Folder* frmMain::FolderOfPane(int pane) const {
-  return pane == kTreePane ? explorer_->FolderForCommands() : jukebox_.selectednode();
+  return pane == kTreePane ? explorer_->FolderForCommands() : jukebox_.ListFolder();
 }
 
 void frmMain::Run(TreeCommand command, Folder* node) {

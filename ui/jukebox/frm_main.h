@@ -74,6 +74,10 @@ class frmMain : public QWidget {
   void Run(TreeCommand command, Folder* node);
   void Run(ListCommand command, Folder* node);
 
+  /// Plays a song of the list, as a double click on it does.
+  /// \param row index of the song in the folder of the list, from 0
+  void OpenSong(int row);
+
   /// Runs a command of a pop-up menu, given by its number; Run() gets the command itself.
   ///
   /// \param item the value of a TreeCommand or ListCommand; other numbers do nothing

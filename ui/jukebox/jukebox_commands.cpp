@@ -10,6 +10,8 @@
 #include "app/file_again_command.h"
 #include "app/play_commands.h"
 #include "app/tallow.h"
+#include "jukebox/folders_of_song.h"
+#include "jukebox/found_songs.h"
 #include "jukebox/ranking.h"
 #include "jukebox/special_folders.h"
 #include "ui/jukebox/explorer/explorer_edits.h"
@@ -75,15 +77,17 @@ void JukeboxCommands::Run(ListCommand command, Folder* node) {
 
 void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
   using enum ListCommand;
-  // Songs can be selected only in the folder on show.
-  const bool on_show = &node == jukebox_.selectednode();
+  // Songs can be selected only in the list.
+  const bool on_show = &node == jukebox_.ListFolder();
   // All commands of the list act on these songs.
   tallow_.SongsToPlay.clear();
   if (on_show) tallow_.SongsToPlay = SongsOf(node, explorer_.SelectedRows());
   const int rank_item = RankItemOf(command);
-  const bool acts_on_selection =
-      rank_item != 0 || command == kCutSongs || command == kDeleteSongs || command == kCopySongs ||
-      command == kPlayFromHere || command == kPlayNext || command == kAddToQueue;
+  const bool acts_on_selection = rank_item != 0 || command == kCutSongs ||
+                                 command == kDeleteSongs || command == kCopySongs ||
+                                 command == kPlayFromHere || command == kPlayNext ||
+                                 command == kAddToQueue || command == kShowInFolder;
+  if (IsOfHits(node) && RefusesForHits(command)) return;
   if (acts_on_selection && tallow_.SongsToPlay.empty())
     return emit Problem({tr("No song is selected.")});
   if (rank_item != 0) {
@@ -117,13 +121,40 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
     case kAddToQueue:
       emit AddToQueue(tallow_.SongsToPlay, OriginOf(node));
       return;
+    case kShowInFolder:
+      return ShowInFolder(explorer_.ChosenRow());
     default:
       return;
   }
 }
 
+/// Reports the commands that change a folder, because hits of a search are none.
+bool JukeboxCommands::RefusesForHits(ListCommand command) {
+  using enum ListCommand;
+  if (command == kPasteSongs) {
+    emit Problem({tr("The list shows the songs found. Songs can be pasted only into a folder.")});
+    return true;
+  }
+  if (command != kCutSongs && command != kDeleteSongs) return false;
+  emit Problem(
+      {tr("The list shows the songs found. Show a song in its folder to remove it there.")});
+  return true;
+}
+
+void JukeboxCommands::ShowInFolder(int row) {
+  const Folder* const list = jukebox_.ListFolder();
+  if (list == nullptr || row < 0) return;
+  const std::int32_t song = ShownSongs::EntryAt(*list, row).record;
+  const FolderOfSong place = FolderToShowSongIn(jukebox_, song, tallow_.library);
+  if (place.folder == nullptr)
+    return emit Problem({tr("No folder of this jukebox has this song.")});
+  if (explorer_.SelectSong(*place.folder, place.index) < 0)
+    return emit Problem({tr("The file of this song is missing.")});
+  explorer_.GrabFocus(true);
+}
+
 void JukeboxCommands::OpenSong(int row) {
-  const Folder* const folder = jukebox_.selectednode();
+  const Folder* const folder = jukebox_.ListFolder();
   if (folder == nullptr) return;
   if (tallow_.library.Switches().plays_on)
     PlayFrom(*folder, row);
@@ -162,12 +193,12 @@ SongsOrigin JukeboxCommands::OriginOf(const Folder& folder) const {
 }
 
 void JukeboxCommands::RankSelectedSongs(int item) {
-  ReportRanks(RankSongs(jukebox_.History(), *jukebox_.selectednode(), explorer_.SelectedRows(),
+  ReportRanks(RankSongs(jukebox_.History(), *jukebox_.ListFolder(), explorer_.SelectedRows(),
                         item, tallow_.library));
 }
 
 void JukeboxCommands::RankSelectedSongs(const std::function<NewRank(int rank)>& rank_of) {
-  if (Folder* const shown = jukebox_.selectednode())
+  if (Folder* const shown = jukebox_.ListFolder())
     ReportRanks(
         RankSongs(jukebox_.History(), *shown, explorer_.SelectedRows(), rank_of, tallow_.library));
 }

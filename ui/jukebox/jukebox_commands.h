@@ -43,7 +43,7 @@ class JukeboxCommands : public QObject {
 
   /// Plays a song because the user opened it: with the switch plays_on the list from there on, else
   /// only the song.
-  /// \param row index of the song in the folder on show, from 0
+  /// \param row index of the song in the folder of the list, from 0
   void OpenSong(int row);
 
   /// Gives the selected songs new ranks, see RankSongs.
@@ -65,6 +65,8 @@ class JukeboxCommands : public QObject {
   void PlayFolder(TreeCommand command, const Folder& folder);
   void PlayFrom(const Folder& folder, int row);
   SongsOrigin OriginOf(const Folder& folder) const;
+  bool RefusesForHits(ListCommand command);
+  void ShowInFolder(int row);
   void RankSelectedSongs(int item);
   void ReportRanks(bool saved);
   void SaveRanks();

@@ -125,6 +125,7 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
   builder.Add(Tr("Play From Here"), kPlayFromHere);
   builder.Add(Tr("Play Next"), kPlayNext);
   builder.Add(Tr("Add To Queue"), kAddToQueue);
+  builder.Add(Tr("Show In Folder"), kShowInFolder);
   builder.Menu()->setToolTipsVisible(true);
   return builder.Menu();
 }
@@ -138,6 +139,16 @@ void EnableListItems(QMenu& list_menu, const PlayerModel* player, bool paste) {
     const auto command = ListCommand(action->data().toInt());
     if (command == ListCommand::kPlayNext) EnableForPlayer(*action, player);
     if (command == ListCommand::kPasteSongs) action->setEnabled(paste);
+  }
+}
+
+void EnableItemsForHits(QMenu& list_menu, bool hits) {
+  using enum ListCommand;
+  for (QAction* const action : list_menu.actions()) {
+    const auto command = ListCommand(action->data().toInt());
+    if (command == kCutSongs || command == kPasteSongs || command == kDeleteSongs)
+      action->setEnabled(!hits);
+    if (command == kShowInFolder) action->setEnabled(hits);
   }
 }
 

@@ -52,6 +52,7 @@ enum class ListCommand : int {
   kPlayNext = 16,
   kAddToQueue = 17,
   kNoRank = 18,
+  kShowInFolder = 19,
   kColumns = 21,  ///< the menu of the columns
 };
 
@@ -88,6 +89,11 @@ void AddColumnsItem(QMenu& list_menu, QMenu& columns);
 /// \param player null when there is none; no item is disabled for it then
 /// \param paste  whether there is something to paste
 void EnableListItems(QMenu& list_menu, const PlayerModel* player, bool paste);
+
+/// Disables the items of the list's pop-up menu that hits of a search do not offer, or that only
+/// they offer.
+/// \param hits whether the list shows the hits of a search
+void EnableItemsForHits(QMenu& list_menu, bool hits);
 
 /// Like MakeListMenu, for the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act);

@@ -115,6 +115,7 @@ void PVExplorer::ConnectKeys() {
   });
   connect(keys, &ExplorerKeys::OpenKey, this,
           [this](int row) { emit ItemOpened(songs_->PlaceOf(row)); });
+  connect(keys, &ExplorerKeys::EscapeKey, this, &PVExplorer::Escaped);
   connect(keys, &ExplorerKeys::PauseKey, this, &PVExplorer::PlayOrPause);
 }
 
@@ -136,12 +137,16 @@ void PVExplorer::GrabFocus(bool list) {
     tree_->setFocus();
 }
 
-void PVExplorer::Select(const Folder& folder) { tree_->SelectFolder(folder); }
+void PVExplorer::Select(const Folder& folder) {
+  // Selecting the folder that is selected already changes nothing in the tree.
+  if (&folder == selectednode()) HideHits();
+  tree_->SelectFolder(folder);
+}
 
 int PVExplorer::SelectSong(const Folder& folder, int row) {
   // Showing the folder removes songs whose files are gone, so the song is looked up again.
   const ShownSongs::Entry entry = ShownSongs::EntryAt(folder, row);
-  if (&folder != selectednode())
+  if (&folder != selectednode() || jukebox_.ShowsHits())
     Select(folder);
   else
     shown_songs_.Refill();

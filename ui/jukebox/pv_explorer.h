@@ -66,13 +66,18 @@ class PVExplorer : public QSplitter, private JukeboxView {
 
   /// Sets the keyboard focus to the list or to the tree.
   void GrabFocus(bool list);
-  /// Selects a folder in the tree, like a click on it.
+  /// Selects a folder in the tree, like a click on it, and shows its songs.
   void Select(const Folder& folder);
   /// Shows a folder, selects one of its songs and scrolls to the song.
   /// \param row index of the song in the folder, from 0, before the folder is shown
   /// \returns the index of the song after the folder is shown; -1 if the song was removed because
   /// its file is missing
   int SelectSong(const Folder& folder, int row);
+  /// Shows the hits of a search in the list instead of the songs of the folder on show, see
+  /// ShownSongs::ShowHits.
+  void ShowHits(const std::vector<std::int32_t>& songs) { shown_songs_.ShowHits(songs); }
+  /// Shows the songs of the folder again, as they were.
+  void HideHits() { shown_songs_.HideHits(); }
   /// Starts the renaming of a folder by the user.
   void EditText(const Folder& folder);
   /// Shows the folders that the switches of the library list, and no others.
@@ -196,6 +201,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void ListPopUp(const QPoint& position);
   /// \param folder the folder that the menu acts on; null for none
   void TreePopUp(tallow::Folder* folder, const QPoint& position);
+  /// The user pressed Esc in the list or in the tree.
+  void Escaped();
   /// The user pressed the shortcut of a command of a pop-up menu.
   void TreeCommandKey(tallow::TreeCommand command);
   void ListCommandKey(tallow::ListCommand command);

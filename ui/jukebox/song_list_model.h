@@ -96,7 +96,7 @@ class SongListModel : public QAbstractTableModel {
   void ListPlaces(const std::vector<SongEntry>& entries);
   void UpdateRow(int row);
   SongMark MarkOf(std::int32_t song) const;
-  const Folder* Shown() const noexcept { return jukebox_.selectednode(); }
+  const Folder* Shown() const noexcept { return jukebox_.ListFolder(); }
   QVariant PictureOf(const SongEntry& entry, ListColumn column) const;
   QString CellText(const SongEntry& entry, ListColumn column) const;
   QString PaintedLabel(const SongEntry& entry) const;

@@ -10,6 +10,7 @@
 #include <QPointer>
 #include <QTimer>
 
+#include "jukebox/found_songs.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/special_folders.h"
 #include "library/cls_main.h"
@@ -74,17 +75,19 @@ ExplorerDragging::ExplorerDragging(const Jukebox& jukebox, const clsMain& librar
           [this](QDropEvent* event, Folder* to) { DragOver(*event, to); });
   connect(&tree, &FolderTreeView::Dropped, this,
           [this](QDropEvent* event, Folder* to) { Drop(*event, to); });
-  // A drop on the list goes to the folder on show.
+  // A drop on the list goes to the folder on show, but nothing can be added to hits of a search.
   connect(&list, &SongListView::DragsOver, this, [this](QDropEvent* event) {
+    if (jukebox_.ShowsHits()) return event->ignore();
     if (const Folder* const to = jukebox_.selectednode()) DragOver(*event, to);
   });
   connect(&list, &SongListView::Dropped, this, [this](QDropEvent* event) {
+    if (jukebox_.ShowsHits()) return event->ignore();
     if (const Folder* const to = jukebox_.selectednode()) Drop(*event, to);
   });
 }
 
 std::unique_ptr<ExplorerDrag> ExplorerDragging::SongsToDrag() const {
-  Folder* const folder = jukebox_.selectednode();
+  Folder* const folder = jukebox_.ListFolder();
   std::vector<int> rows = songs_.Selected();
   if (folder == nullptr || rows.empty()) return nullptr;
   QByteArray files;
@@ -116,7 +119,8 @@ void ExplorerDragging::DragOver(QDropEvent& event, const Folder* to) const {
   if (const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData())) {
     accepts = CanDrop(*drag, to, copy);
     // drag->From() is certain to exist only if CanDrop accepts the drag.
-    const bool copies = copy || (accepts && drag->IsSongs() && IsAutomaticFolder(drag->From()));
+    const bool copies = copy || (accepts && drag->IsSongs() &&
+                                 (IsAutomaticFolder(drag->From()) || IsOfHits(drag->From())));
     event.setDropAction(copies            ? Qt::CopyAction
                         : drag->IsSongs() ? Qt::LinkAction
                                           : Qt::MoveAction);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "jukebox/found_songs.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/special_folders.h"
 #include "ui/jukebox/explorer/shown_songs.h"
@@ -15,6 +16,7 @@ ExplorerEdits::ExplorerEdits(Jukebox& jukebox, JukeboxClipboard& clipboard, Fold
     : jukebox_(jukebox), edits_(jukebox, clipboard), tree_(tree), songs_(songs) {}
 
 Folder* ExplorerEdits::FolderOfKey(std::uint32_t key) const {
+  if (jukebox_.ShowsHits() && jukebox_.ListFolder()->Key() == key) return jukebox_.ListFolder();
   return key != 0 ? jukebox_.Nodes().FindKey(key) : nullptr;
 }
 
@@ -35,13 +37,13 @@ void ExplorerEdits::ReportProblem(JukeboxEdits::Result result) {
 void ExplorerEdits::CutSongs() {
   Folder* const folder = jukebox_.selectednode();
   const std::vector<int> rows = songs_.Selected();
-  if (folder == nullptr || rows.empty() || !MayCut(*folder, true)) return;
+  if (jukebox_.ShowsHits() || folder == nullptr || rows.empty() || !MayCut(*folder, true)) return;
   edits_.CutSongs(*folder, rows);
   songs_.SongsTaken(rows.front());
 }
 
 void ExplorerEdits::CopySongs() {
-  if (const Folder* const folder = jukebox_.selectednode())
+  if (const Folder* const folder = jukebox_.ListFolder())
     edits_.CopySongs(*folder, songs_.Selected());
 }
 
@@ -106,18 +108,19 @@ void ExplorerEdits::AddSongs(Folder& to, const std::vector<SongEntry>& songs) {
 
 void ExplorerEdits::DropSongs(ExplorerEdits& source, Folder& from, const std::vector<int>& rows,
                               Folder& to, bool copy) {
-  // Songs stay in an automatic folder when they are dragged; only a cut removes them.
-  if (IsAutomaticFolder(from)) copy = true;
+  // Songs stay in an automatic folder when they are dragged; only a cut removes them. Hits of a
+  // search can only be copied.
+  if (IsAutomaticFolder(from) || IsOfHits(from)) copy = true;
   if (!copy && !source.MayCut(from, true)) return;
   const std::size_t before = to.Items().size();
   edits_.DropSongs(source.edits_, from, rows, to, copy);
   if (to.Items().size() > before) songs_.SongsAdded(to, before);
-  if (!copy && &from == source.jukebox_.selectednode()) source.songs_.SongsTaken(rows.front());
+  if (!copy && &from == source.jukebox_.ListFolder()) source.songs_.SongsTaken(rows.front());
 }
 
 void ExplorerEdits::MoveSongsTo(const std::vector<int>& rows, int before) {
   Folder* const folder = jukebox_.selectednode();
-  if (folder == nullptr) return;
+  if (folder == nullptr || jukebox_.ShowsHits()) return;
   const ShownSongs::Place place = songs_.CurrentPlace();
   if (edits_.MoveSongsTo(*folder, rows, before)) FollowMove(place);
 }
@@ -125,7 +128,7 @@ void ExplorerEdits::MoveSongsTo(const std::vector<int>& rows, int before) {
 void ExplorerEdits::MoveSongsByOne(bool up) {
   Folder* const folder = jukebox_.selectednode();
   std::vector<int> rows = songs_.Selected();
-  if (folder == nullptr || rows.empty()) return;
+  if (folder == nullptr || jukebox_.ShowsHits() || rows.empty()) return;
   if (!up) std::reverse(rows.begin(), rows.end());
   std::vector<int> neighbours;
   for (const int row : rows) neighbours.push_back(songs_.Beside(row, up));

@@ -32,10 +32,11 @@ class ExplorerEdits : public QObject {
   ExplorerEdits(Jukebox& jukebox, JukeboxClipboard& clipboard, FolderTreeView& tree,
                 ShownSongs& songs);
 
-  /// Returns the folder with a key; null for none, and for key 0.
+  /// Returns the folder with a key, which may be that of the hits on show; null for none, and for
+  /// key 0.
   Folder* FolderOfKey(std::uint32_t key) const;
 
-  /// Cuts or copies the selected songs.
+  /// Cuts or copies the selected songs. Hits of a search cannot be cut.
   void CutSongs();
   void CopySongs();
   void CutFolder(Folder& folder);
@@ -63,7 +64,8 @@ class ExplorerEdits : public QObject {
 
   // Songs and folders can be moved from the jukebox of another control as well, given by its edits.
 
-  /// Moves or copies songs to another folder. Songs of an automatic folder are always copied.
+  /// Moves or copies songs to another folder. Songs of an automatic folder and hits of a search are
+  /// always copied.
   /// \param rows indexes of the songs in the folder, from 0, ascending; not empty
   void DropSongs(ExplorerEdits& source, Folder& from, const std::vector<int>& rows, Folder& to,
                  bool copy);

@@ -51,6 +51,10 @@ bool ExplorerKeys::KeyPressed(const QKeyEvent& key, PopUpPane pane) {
     emit ParentKey();
     return true;
   }
+  if (key.key() == Qt::Key_Escape && ModifiersOf(key) == Qt::NoModifier) {
+    emit EscapeKey();
+    return false;
+  }
   if (key.key() == Qt::Key_Space) {
     // While a name is being typed, the blank belongs to it.
     const bool is_typing = pane == kListPane ? list_.IsTyping() : IsTypingInTree();

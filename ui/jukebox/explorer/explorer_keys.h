@@ -35,6 +35,8 @@ class ExplorerKeys : public QObject {
   void MenuKey(tallow::PopUpPane pane);
   /// The key that shows the folder above the folder on show.
   void ParentKey();
+  /// Esc. The view receives it, too.
+  void EscapeKey();
   /// The key that opens a song.
   /// \param row the row of the list, from 0
   void OpenKey(int row);

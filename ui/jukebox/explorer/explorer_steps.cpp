@@ -36,6 +36,8 @@ void ExplorerSteps::Step(bool back) {
   const Jukebox::StepResult result = back ? jukebox_.Undo() : jukebox_.Redo();
   if (!result.done) return;
   if (result.ranks_changed) emit RanksChanged();
+  // The list has to show what the step has changed.
+  if (result.list_changed || result.concerned != nullptr) songs_.HideHits();
   if (result.list_changed) {
     songs_.Refill();
     jukebox_.ResetSort();

@@ -24,10 +24,21 @@ ShownSongs::Entry ShownSongs::EntryAt(const Folder& folder, int index) {
 }
 
 void ShownSongs::Refill() {
-  if (jukebox_.selectednode() == nullptr) return;
+  if (jukebox_.ListFolder() == nullptr) return;
   keeps_scroll_position_ = true;
   jukebox_.ListRefilled(library_);
   keeps_scroll_position_ = false;
+}
+
+void ShownSongs::ShowHits(const std::vector<std::int32_t>& songs) {
+  if (!jukebox_.ShowsHits()) before_hits_ = CurrentPlace();
+  jukebox_.ShowHits(songs, library_);
+}
+
+void ShownSongs::HideHits() {
+  if (!jukebox_.ShowsHits()) return;
+  jukebox_.HideHits(library_);
+  GoTo(before_hits_);
 }
 
 void ShownSongs::FillList() {
@@ -58,7 +69,7 @@ int ShownSongs::Chosen() const {
 }
 
 int ShownSongs::Select(Entry entry) {
-  const Folder* const folder = jukebox_.selectednode();
+  const Folder* const folder = jukebox_.ListFolder();
   if (folder == nullptr) return -1;
   for (int row = 0; row < model_.rowCount(); ++row) {
     const int index = model_.PlaceOf(row);
@@ -85,7 +96,7 @@ void ShownSongs::SelectNear(int index) {
 }
 
 void ShownSongs::SongsAdded(const Folder& to, std::size_t before) {
-  if (&to != jukebox_.selectednode()) return;
+  if (&to != jukebox_.ListFolder()) return;
   Refill();
   const int first = model_.RowAt(static_cast<int>(before));
   if (first < model_.rowCount()) view_.SelectRows(first, model_.rowCount() - 1);
@@ -114,7 +125,7 @@ QRect ShownSongs::RectOf(int index) const {
 }
 
 ShownSongs::Place ShownSongs::CurrentPlace() const {
-  const Folder* const folder = jukebox_.selectednode();
+  const Folder* const folder = jukebox_.ListFolder();
   if (folder == nullptr) return {};
   Place place{folder->Key(), SongsOf(*folder, Selected()), 0, view_.verticalScrollBar()->value()};
   const std::vector<std::int32_t> current =
@@ -124,7 +135,7 @@ ShownSongs::Place ShownSongs::CurrentPlace() const {
 }
 
 void ShownSongs::GoTo(const Place& place) {
-  const Folder* const folder = jukebox_.selectednode();
+  const Folder* const folder = jukebox_.ListFolder();
   if (folder == nullptr || folder->Key() != place.folder) return;
   // A folder may contain a song several times; as many of its entries are selected as before.
   std::unordered_map<std::int32_t, int> wanted;

@@ -15,8 +15,8 @@ class SongListModel;
 class SongListView;
 class clsMain;
 
-/// The songs of the folder on show, as the list shows them: refills the list after changes, and
-/// selects songs.
+/// The songs of the folder on show, or the hits of a search, as the list shows them: refills the
+/// list after changes, and selects songs. The "folder" below is Jukebox::ListFolder().
 ///
 /// Songs are identified by their indexes in the folder, from 0, or by their record numbers. Rows
 /// cannot identify them: missing songs that the folder remembers have an index but no row, and a
@@ -49,6 +49,13 @@ class ShownSongs {
   /// Fills the list with the songs, which have labels already. Scrolls to the top, except within
   /// Refill.
   void FillList();
+
+  /// Shows the hits of a search in the list, from the first on.
+  /// \param songs record numbers, in order
+  void ShowHits(const std::vector<std::int32_t>& songs);
+  /// Shows the songs of the folder again, as they were before the first ShowHits: selection and
+  /// scroll position, too. No effect while no hits are shown.
+  void HideHits();
 
   /// The indexes of the selected songs, in list order.
   std::vector<int> Selected() const;
@@ -96,6 +103,7 @@ class ShownSongs {
   SongListModel& model_;
   SongListView& view_;
   bool keeps_scroll_position_ = false;
+  Place before_hits_;
 };
 
 }  // namespace tallow
