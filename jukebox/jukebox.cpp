@@ -159,7 +159,7 @@ void Jukebox::SortByColumn(const clsMain& library, const ColumnKeys& keys, bool 
 }
 
 void Jukebox::Reordered(const clsMain& library, std::string_view header) {
-  const Folder& shown = *selectednode();
+  const Folder& shown = *ListFolder();
   const std::size_t before = shown.Items().size();
   LabelSongs(library);
   display_.NameColumnHeader(header);

@@ -262,6 +262,27 @@ TEST_F(ListColumns, ADraggedHeaderMovesItsColumn) {
   EXPECT_EQ(ColumnsOf(tallow.preferences, true)[2].column, ListColumn::kAlbum);
 }
 
+TEST_F(ListColumns, TheMouseDragsAHeaderWithoutSorting) {
+  AddSongWith("b", "x");
+  AddSongWith("a", "x");
+  ShowDetails();
+  const auto middle = [this](ListColumn column) {
+    return QPoint(Headers().sectionViewportPosition(IndexOf(column)) +
+                      Headers().sectionSize(IndexOf(column)) / 2,
+                  8);
+  };
+  QWidget* const viewport = Headers().viewport();
+  const QPoint to = middle(ListColumn::kTitle) - QPoint(30, 0);
+  QTest::mousePress(viewport, Qt::LeftButton, {}, middle(ListColumn::kAlbum));
+  QTest::mouseMove(viewport, middle(ListColumn::kArtist));
+  QTest::mouseMove(viewport, to);
+  QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(HeaderTexts().mid(2, 3), (QStringList{"Album", "Title", "Artist"}));
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"b", "a"}));
+  EXPECT_FALSE(Box().History().CanUndo());
+}
+
 TEST_F(ListColumns, AWidthIsKept) {
   AddSongs(1);
   ShowDetails();
@@ -357,7 +378,7 @@ TEST_F(ListColumns, TypingFindsATitle) {
   AddSongWith("Help", "x");
   ShowDetails();
   SelectRow(0);
-  QTest::keyClicks(&List(), "hel");
+  QTest::keyClicks(&List(), "help");
   EXPECT_EQ(Selected(), std::vector<int>{1});
 }
 

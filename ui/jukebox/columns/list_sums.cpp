@@ -40,7 +40,7 @@ void ListSums::Update() {
 }
 
 QString ListSums::Sum() const {
-  const Folder* const shown = jukebox_.selectednode();
+  const Folder* const shown = jukebox_.ListFolder();
   if (shown == nullptr || !tallow_.preferences.switches().columns_of_details) return {};
   const auto sums_of = [this](const std::vector<std::int32_t>& songs) {
     return SumsOf(tallow_.library, tallow_.details, songs);
