@@ -34,7 +34,7 @@ std::string ResultLine(bool is_complete, std::size_t read, std::size_t songs) {
 
 std::vector<std::int32_t> SongsToFileAgain(const Jukebox& jukebox, const std::vector<int>& selected,
                                            const clsMain& library) {
-  const Folder* const folder = jukebox.selectednode();
+  const Folder* const folder = jukebox.ListFolder();
   if (folder == nullptr) return SongsThatArePresent(library);
   if (selected.empty()) return SongsIn(*folder);
   std::vector<std::int32_t> songs;

@@ -15,11 +15,11 @@ class Jukebox;
 class Tallow;
 class clsMain;
 
-/// The songs that the command "File Again By Tags" acts on: the selected songs of the folder on
-/// show, else those of this folder and of all folders below it, else, when no folder is on show,
-/// all songs of the library.
+/// The songs that the command "File Again By Tags" acts on: the selected songs of the list, else
+/// those of its folder and of all folders below it, else, when no folder is on show, all songs of
+/// the library.
 ///
-/// \param selected positions of the selected songs in the folder on show, from 0
+/// \param selected positions of the selected songs in Jukebox::ListFolder(), from 0
 /// \returns record numbers
 std::vector<std::int32_t> SongsToFileAgain(const Jukebox& jukebox, const std::vector<int>& selected,
                                            const clsMain& library);

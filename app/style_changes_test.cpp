@@ -38,7 +38,8 @@ TEST(StyleWork, FilesAgainOnlyForSwitchesThatChangeFiling) {
                           .fills_new_jukeboxes = true,
                           .reopens_jukeboxes = true,
                           .plays_on = true,
-                          .columns_of_details = true}));
+                          .columns_of_details = true,
+                          .find_field = true}));
   for (bool Switches::*const one : {&Switches::newer_tags, &Switches::whole_artists,
                                     &Switches::four_digit_years, &Switches::all_decades}) {
     Switches with;

@@ -53,6 +53,10 @@ constexpr StyleSwitch kStyleSwitches[] = {
      "Lists begin with title, artist, album, year, length and rank, and the status bar tells how "
      "many songs they have; without this, they begin with file name and number.",
      &Switches::columns_of_details},
+    {"findField", "Find songs &while you type",
+     "A field in the toolbar lists the songs of the library that have the typed words; without "
+     "this, only Ctrl+F finds songs.",
+     &Switches::find_field},
 };
 
 }  // namespace

@@ -2,11 +2,14 @@
 #include "jukebox/empty_folder_text.h"
 
 #include "jukebox/folder_tree.h"
+#include "jukebox/found_songs.h"
 #include "jukebox/special_folders.h"
 
 namespace tallow {
 
 std::string_view EmptyFolderText(const Folder& folder) noexcept {
+  if (IsOfHits(folder))
+    return "No song has all these words in its title, artist, album, genre or file name.";
   if (!folder.Items().empty())
     return "The files of the songs in this folder are missing, or are left out in this style.";
   if (IsAllSongs(folder))

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "jukebox/folder_tree.h"
+#include "jukebox/found_songs.h"
 
 namespace tallow {
 namespace {
@@ -32,6 +33,13 @@ TEST(EmptyFolderText, ASubfolderOfTheUserIsTheUsers) {
   FolderTree tree;
   Folder& mine = tree.AddChild(nullptr, "Parties");
   EXPECT_EQ(EmptyFolderText(tree.AddChild(&mine, "New")).substr(0, 21), "This folder is empty.");
+}
+
+TEST(EmptyFolderText, TellsThatNothingWasFound) {
+  FoundSongs found;
+  found.Show({});
+  EXPECT_EQ(EmptyFolderText(*found.Shown()),
+            "No song has all these words in its title, artist, album, genre or file name.");
 }
 
 TEST(EmptyFolderText, TellsOfSongsThatAreNotShown) {

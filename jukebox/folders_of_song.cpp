@@ -2,10 +2,12 @@
 #include "jukebox/folders_of_song.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "jukebox/jukebox.h"
 #include "jukebox/set_aside_folders.h"
 #include "jukebox/special_folders.h"
+#include "library/cls_main.h"
 
 namespace tallow {
 namespace {
@@ -23,6 +25,16 @@ void AddFoldersOfSong(const Folder& folder, std::int32_t record,
     AddFoldersOfSong(folder.ChildAt(k), record, left_out, to);
 }
 
+void AddSongsBelow(const Folder& folder, const clsMain& library,
+                   std::unordered_set<std::int32_t>& seen, std::vector<std::int32_t>& to) {
+  for (const SongEntry& entry : folder.Items()) {
+    const std::int32_t song = entry.SubItem();
+    if (library.Song(song).IsPresent() && seen.insert(song).second) to.push_back(song);
+  }
+  for (std::int32_t k = 0; k < folder.Children(); ++k)
+    AddSongsBelow(folder.ChildAt(k), library, seen, to);
+}
+
 /// Whether a folder says nothing about its songs.
 bool HoldsAnySong(const Folder& folder) {
   return IsAllSongs(folder) || (IsSpecialFolder(folder) && folder.Text() == "New");
@@ -38,6 +50,13 @@ std::vector<FolderOfSong> FoldersOfSong(const Jukebox& jukebox, std::int32_t rec
   for (std::int32_t k = 0; k < tree.Children(); ++k)
     AddFoldersOfSong(tree.ChildAt(k), record, left_out, found);
   return found;
+}
+
+std::vector<std::int32_t> SongsBelow(const Folder& folder, const clsMain& library) {
+  std::unordered_set<std::int32_t> seen;
+  std::vector<std::int32_t> songs;
+  AddSongsBelow(folder, library, seen, songs);
+  return songs;
 }
 
 FolderOfSong FolderToShowSongIn(const Jukebox& jukebox, std::int32_t record,

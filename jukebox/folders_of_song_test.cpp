@@ -70,5 +70,11 @@ TEST_F(FoldersOfASong, TheFolderToShowIsThePresentOneOrTheFirstThatSaysMore) {
   EXPECT_EQ(Shown(1), "mine");
 }
 
+TEST_F(FoldersOfASong, TheSongsOfAFolderAndThoseBelowAreListedOnce) {
+  Folder& artist = Add("Artist", {2});
+  Add("ABBA", {2, 1, 7}, &artist);
+  EXPECT_EQ(SongsBelow(artist, library), (std::vector<std::int32_t>{2, 1}));
+}
+
 }  // namespace
 }  // namespace tallow

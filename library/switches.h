@@ -40,6 +40,8 @@ struct Switches {
   /// Lists begin with the columns of a song's details, and the status bar has their sums. Classic:
   /// label and record number.
   bool columns_of_details = false;
+  /// A field of the toolbar finds songs while the user types. Classic: only the find dialog.
+  bool find_field = false;
 
   friend bool operator==(const Switches&, const Switches&) = default;
 };
@@ -57,6 +59,7 @@ inline constexpr Switches kModernStyle{.newer_tags = true,
                                        .fills_new_jukeboxes = true,
                                        .reopens_jukeboxes = true,
                                        .plays_on = true,
-                                       .columns_of_details = true};
+                                       .columns_of_details = true,
+                                       .find_field = true};
 
 }  // namespace tallow

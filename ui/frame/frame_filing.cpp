@@ -62,6 +62,7 @@ void FrameFiling::KeepPlaces(const std::function<void()>& act) const {
   jukeboxes_.KeepPlaces(act);
   for (const Jukebox* const jukebox : jukeboxes_.Open()) {
     PVExplorer& explorer = jukeboxes_.WindowOf(*jukebox)->PVExplorer1();
+    if (jukebox->ShowsHits()) continue;
     if (const Folder* const chosen = explorer.selectednode()) explorer.Select(*chosen);
   }
 }

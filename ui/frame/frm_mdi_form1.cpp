@@ -94,6 +94,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
               [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
       commands_(*this, tallow, jukeboxes_, messages_),
       linked_undo_(jukeboxes_, messages_),
+      properties_(*this, tallow, jukeboxes_),
       arrangement_(*area_, panel_),
       help_(*this, tallow),
       place_states_(std::make_shared<PlaceStates>(kMaxWait)) {
@@ -110,6 +111,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
     player_bar_.Follow();
     lists_.FollowPreferences();
     queue_.FollowPreferences();
+    find_field_->FollowPreferences();
     jukeboxes_.ForEachWindow([](frmMain& window) { window.FollowPreferences(); });
   });
   queue_.OnSongsDropped([this](std::vector<std::int32_t> songs, SongsOrigin origin) {
@@ -161,6 +163,7 @@ void frmMDIForm1::SetUpMenus() {
     if (!checks || player_.CheckPlayer()) RunOfToolbar(command);
     busy_.FocusJukebox();
   });
+  find_field_ = std::make_unique<FrameFind>(*this, *toolbar_, tallow_, jukeboxes_, messages_);
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
   UpdateTheMenuControlArray();
 }

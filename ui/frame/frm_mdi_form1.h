@@ -17,11 +17,13 @@
 #include "ui/frame/frame_details.h"
 #include "ui/frame/frame_documents.h"
 #include "ui/frame/frame_filing.h"
+#include "ui/frame/frame_find.h"
 #include "ui/frame/frame_findings.h"
 #include "ui/frame/frame_help.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/frame_player.h"
 #include "ui/frame/frame_player_bar.h"
+#include "ui/frame/frame_properties.h"
 #include "ui/frame/frame_queue.h"
 #include "ui/frame/frame_sums.h"
 #include "ui/frame/frame_title.h"
@@ -158,8 +160,10 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   FrameFiling filing_;
   ActiveJukeboxCommands commands_;
   LinkedUndo linked_undo_;
+  FrameProperties properties_;
   WindowArrangement arrangement_;
   FrameHelp help_;
+  std::unique_ptr<FrameFind> find_field_;
   std::shared_ptr<PlaceStates> place_states_;  ///< of the dialog of the places with music
 };
 

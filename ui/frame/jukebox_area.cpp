@@ -37,6 +37,7 @@ void JukeboxArea::Add(frmMain& window) {
   sub->resize(kJukeboxSize);
   sub->hide();
   FollowState(*sub, window);
+  emit Added(window);
 }
 
 void JukeboxArea::FollowState(QMdiSubWindow& sub, frmMain& window) {

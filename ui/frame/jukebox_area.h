@@ -71,6 +71,8 @@ class JukeboxArea : public QObject {
   bool CloseAll();
 
  signals:
+  /// A new window was added, see Add.
+  void Added(tallow::frmMain& window);
   /// CloseAll is about to close all jukebox windows; the user has answered all questions.
   void ClosingAll();
 

@@ -137,6 +137,10 @@ class frmMain : public QWidget {
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
   /// The user wants to open the dialog for the background picture.
   void ChangeBackgroundPicture();
+  /// The user wants to see the properties of songs.
+  /// \param songs  record numbers, at least one
+  /// \param folder the text of the folder whose songs they are; empty for songs chosen in the list
+  void ShowProperties(const std::vector<std::int32_t>& songs, const QString& folder);
   /// The user wants to choose where songs are searched, because there are none.
   void WhereMyMusicIs();
 

@@ -56,6 +56,9 @@ void JukeboxCommands::Run(TreeCommand command, Folder* node) {
       return;
     case kAddAlbumFolder:
       return AddAlbum();
+    case kFolderProperties:
+      if (node != nullptr) ShowPropertiesOf(*node);
+      return;
     case kRename:
       if (node != nullptr && !IsSpecialFolder(*node)) explorer_.EditText(*node);
       return;
@@ -83,10 +86,10 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
   tallow_.SongsToPlay.clear();
   if (on_show) tallow_.SongsToPlay = SongsOf(node, explorer_.SelectedRows());
   const int rank_item = RankItemOf(command);
-  const bool acts_on_selection = rank_item != 0 || command == kCutSongs ||
-                                 command == kDeleteSongs || command == kCopySongs ||
-                                 command == kPlayFromHere || command == kPlayNext ||
-                                 command == kAddToQueue || command == kShowInFolder;
+  const bool acts_on_selection =
+      rank_item != 0 || command == kCutSongs || command == kDeleteSongs || command == kCopySongs ||
+      command == kPlayFromHere || command == kPlayNext || command == kAddToQueue ||
+      command == kShowInFolder || command == kProperties;
   if (IsOfHits(node) && RefusesForHits(command)) return;
   if (acts_on_selection && tallow_.SongsToPlay.empty())
     return emit Problem({tr("No song is selected.")});
@@ -123,6 +126,9 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
       return;
     case kShowInFolder:
       return ShowInFolder(explorer_.ChosenRow());
+    case kProperties:
+      emit ShowProperties(tallow_.SongsToPlay, {});
+      return;
     default:
       return;
   }
@@ -151,6 +157,12 @@ void JukeboxCommands::ShowInFolder(int row) {
   if (explorer_.SelectSong(*place.folder, place.index) < 0)
     return emit Problem({tr("The file of this song is missing.")});
   explorer_.GrabFocus(true);
+}
+
+void JukeboxCommands::ShowPropertiesOf(const Folder& node) {
+  const std::vector<std::int32_t> songs = SongsBelow(node, tallow_.library);
+  if (songs.empty()) return emit Problem({tr("This folder holds no songs.")});
+  emit ShowProperties(songs, DisplayText(node.Text()));
 }
 
 void JukeboxCommands::OpenSong(int row) {

@@ -58,6 +58,7 @@ class JukeboxCommands : public QObject {
   void AddToQueue(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
   void Problem(const QStringList& lines);
   void ChangeBackgroundPicture();
+  void ShowProperties(const std::vector<std::int32_t>& songs, const QString& folder);
 
  private:
   void ActOnList(ListCommand command, Folder& node);
@@ -67,6 +68,7 @@ class JukeboxCommands : public QObject {
   SongsOrigin OriginOf(const Folder& folder) const;
   bool RefusesForHits(ListCommand command);
   void ShowInFolder(int row);
+  void ShowPropertiesOf(const Folder& node);
   void RankSelectedSongs(int item);
   void ReportRanks(bool saved);
   void SaveRanks();

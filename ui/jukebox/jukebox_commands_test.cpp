@@ -77,15 +77,18 @@ TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
                                                     "-",
                                                     "Play From Here 15",
                                                     "Play Next 16",
-                                                    "Add To Queue 17"} +
-                                        columns));
+                                                    "Add To Queue 17",
+                                                    "Show In Folder 19"} +
+                                        columns + QStringList{"Properties... 20"}));
 }
 
 TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {
   EXPECT_EQ(ItemsOf(Menu("TreeMenu")),
             (QStringList{"New Folder >", "> Add Folder to Selected Folder 4",
                          "> Add Folder to Root 5", "Cu&t 6", "&Copy 7", "&Paste 8", "&Delete 9",
-                         "Sort Nodes 10", "Move To Root 11"}));
+                         "Sort Nodes 10", "Move To Root 11", "Rename 13", "-",
+                         "Play All Songs in Folder 14", "Play Next 15", "Add To Queue 16",
+                         "Properties... 17"}));
 }
 
 TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {

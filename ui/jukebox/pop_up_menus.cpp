@@ -40,8 +40,10 @@ class Builder {
   }
   /// Adds an item that displays a shortcut. The control handles the key itself, because it knows
   /// the pane.
-  void Add(const QString& caption, Command command, const QKeySequence& key) {
-    SetKey(*Add(caption, command), key);
+  QAction* Add(const QString& caption, Command command, const QKeySequence& key) {
+    QAction* const action = Add(caption, command);
+    SetKey(*action, key);
+    return action;
   }
   static void SetKey(QAction& action, const QKeySequence& key) {
     action.setShortcut(key);
@@ -60,11 +62,14 @@ static_assert(RankCommand(kRankItems) == ListCommand::kRankWorst);
 
 /// The object name of the item "Add Album Folder".
 constexpr const char* kAlbumItem = "AddAlbumFolder";
+/// The object name of the item "Properties..." of the tree, its last one.
+constexpr const char* kFolderPropertiesItem = "FolderProperties";
 
 const QKeySequence kCutKey(Qt::CTRL | Qt::Key_X);
 const QKeySequence kCopyKey(Qt::CTRL | Qt::Key_C);
 const QKeySequence kPasteKey(Qt::CTRL | Qt::Key_V);
 const QKeySequence kDeleteKey(Qt::Key_Delete);
+const QKeySequence kPropertiesKey(Qt::ALT | Qt::Key_Return);
 const QKeySequence kRenameKey(Qt::Key_F2);
 
 /// The key of an item of the rank menu: Ctrl and its rank, or 0 for "No Rank"; none for the worst
@@ -126,12 +131,15 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
   builder.Add(Tr("Play Next"), kPlayNext);
   builder.Add(Tr("Add To Queue"), kAddToQueue);
   builder.Add(Tr("Show In Folder"), kShowInFolder);
+  builder.Add(Tr("Properties..."), kProperties, kPropertiesKey);
   builder.Menu()->setToolTipsVisible(true);
   return builder.Menu();
 }
 
 void AddColumnsItem(QMenu& list_menu, QMenu& columns) {
-  list_menu.addMenu(&columns)->setData(static_cast<int>(ListCommand::kColumns));
+  const QList<QAction*> items = list_menu.actions();
+  // "Properties..." stays the last item.
+  list_menu.insertMenu(items.back(), &columns)->setData(static_cast<int>(ListCommand::kColumns));
 }
 
 void EnableListItems(QMenu& list_menu, const PlayerModel* player, bool paste) {
@@ -146,8 +154,8 @@ void EnableItemsForHits(QMenu& list_menu, bool hits) {
   using enum ListCommand;
   for (QAction* const action : list_menu.actions()) {
     const auto command = ListCommand(action->data().toInt());
-    if (command == kCutSongs || command == kPasteSongs || command == kDeleteSongs)
-      action->setEnabled(!hits);
+    if (command == kCutSongs || command == kDeleteSongs) action->setEnabled(!hits);
+    if (command == kPasteSongs && hits) action->setEnabled(false);
     if (command == kShowInFolder) action->setEnabled(hits);
   }
 }
@@ -174,13 +182,16 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act
   QAction* const album = builder.Add(Tr("Add Album Folder"), kAddAlbumFolder);
   album->setObjectName(QLatin1String(kAlbumItem));
   builder.Menu()->removeAction(album);
+  builder.Add(Tr("Properties..."), kFolderProperties, kPropertiesKey)
+      ->setObjectName(QLatin1String(kFolderPropertiesItem));
   return builder.Menu();
 }
 
 void OfferAlbumFolder(QMenu& tree_menu, bool offers) {
   auto* const album = tree_menu.findChild<QAction*>(QLatin1String(kAlbumItem));
   if (offers)
-    tree_menu.addAction(album);
+    tree_menu.insertAction(tree_menu.findChild<QAction*>(QLatin1String(kFolderPropertiesItem)),
+                           album);
   else
     tree_menu.removeAction(album);
 }
@@ -191,7 +202,7 @@ void EnableTreeItems(QMenu& tree_menu, const FolderTree& tree, const Folder* fol
   for (QAction* const action : tree_menu.findChildren<QAction*>()) {
     const auto command = TreeCommand(action->data().toInt());
     if (command == kAddFolderToSelected || command == kCutFolder || command == kCopyFolder ||
-        command == kPlayFolder || command == kAddFolderToQueue)
+        command == kPlayFolder || command == kAddFolderToQueue || command == kFolderProperties)
       action->setEnabled(folder != nullptr);
     // A special folder is not deleted, and says nothing. To cut it says why it is not cut.
     if (command == kDeleteFolder || command == kRename)

@@ -35,6 +35,7 @@ enum class TreeCommand : int {
   kPlayFolder = 14,
   kPlayFolderNext = 15,
   kAddFolderToQueue = 16,
+  kFolderProperties = 17,
 };
 
 /// The commands of the list's pop-up menu; the values are the numbers of its items.
@@ -52,7 +53,8 @@ enum class ListCommand : int {
   kPlayNext = 16,
   kAddToQueue = 17,
   kNoRank = 18,
-  kShowInFolder = 19,
+  kShowInFolder = 19,  ///< for hits of a search
+  kProperties = 20,
   kColumns = 21,  ///< the menu of the columns
 };
 
@@ -98,7 +100,7 @@ void EnableItemsForHits(QMenu& list_menu, bool hits);
 /// Like MakeListMenu, for the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act);
 
-/// Adds or removes the last item of the tree's pop-up menu, "Add Album Folder".
+/// Adds or removes the item "Add Album Folder" of the tree's pop-up menu, before "Properties...".
 void OfferAlbumFolder(QMenu& tree_menu, bool offers);
 
 /// Disables the items of the tree's pop-up menu that would have no effect.

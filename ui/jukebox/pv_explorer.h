@@ -78,6 +78,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void ShowHits(const std::vector<std::int32_t>& songs) { shown_songs_.ShowHits(songs); }
   /// Shows the songs of the folder again, as they were.
   void HideHits() { shown_songs_.HideHits(); }
+  /// Selects the first song of the list, if there is one.
+  void SelectFirstSong() { shown_songs_.SelectNear(0); }
   /// Starts the renaming of a folder by the user.
   void EditText(const Folder& folder);
   /// Shows the folders that the switches of the library list, and no others.

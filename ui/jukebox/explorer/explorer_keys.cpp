@@ -87,6 +87,8 @@ bool ExplorerKeys::EditKeyPressed(const QKeyEvent& key, PopUpPane pane) {
   if (is(Qt::CTRL | Qt::Key_V)) return command(TreeCommand::kPasteFolder, ListCommand::kPasteSongs);
   if (is(QKeyCombination(Qt::Key_Delete)))
     return command(TreeCommand::kDeleteFolder, ListCommand::kDeleteSongs);
+  if (is(Qt::ALT | Qt::Key_Return) || is(Qt::ALT | Qt::Key_Enter))
+    return command(TreeCommand::kFolderProperties, ListCommand::kProperties);
   if (is(Qt::CTRL | Qt::Key_Z)) {
     emit UndoKey();
     return true;

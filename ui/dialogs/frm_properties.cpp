@@ -1,0 +1,131 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/dialogs/frm_properties.h"
+
+#include <utility>
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QShortcut>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "ui/support/display_text.h"
+#include "ui/support/help_page.h"
+
+namespace tallow {
+namespace {
+
+/// Width of the lists, in average characters, and heights, in lines.
+constexpr int kListCharacters = 84;
+constexpr int kFolderLines = 5;
+
+/// Height of a list that shows this many rows, in pixels.
+int HeightOf(const QTreeWidget& list, int rows) {
+  const int row = list.topLevelItemCount() > 0 ? list.visualItemRect(list.topLevelItem(0)).height()
+                                               : list.fontMetrics().lineSpacing();
+  const int header = list.isHeaderHidden() ? 0 : list.header()->sizeHint().height();
+  return rows * row + header + 2 * list.frameWidth();
+}
+
+QTreeWidget* MakeTwoColumns(QWidget* parent, const char* name) {
+  auto* const list = new QTreeWidget(parent);
+  list->setObjectName(QLatin1String(name));
+  list->setColumnCount(2);
+  list->setRootIsDecorated(false);
+  list->setUniformRowHeights(true);
+  list->setTextElideMode(Qt::ElideMiddle);
+  list->setMinimumWidth(kListCharacters * list->fontMetrics().averageCharWidth());
+  return list;
+}
+
+QTreeWidgetItem* AddRow(QTreeWidget& list, const QString& first, const QString& second) {
+  auto* const row = new QTreeWidgetItem(&list, {first, second});
+  row->setToolTip(1, second);
+  return row;
+}
+
+}  // namespace
+
+frmProperties::frmProperties(PropertiesContext context, QWidget* parent)
+    : QDialog(parent), context_(std::move(context)), list_(MakeList()) {
+  setObjectName(QStringLiteral("frmProperties"));
+  setWindowTitle(context_.title);
+  setProperty(kHelpPage, QStringLiteral("jukebox"));
+  auto* const layout = new QVBoxLayout(this);
+  layout->addWidget(list_, 1);
+  if (!context_.file.empty()) {
+    QTreeWidget* const folders = MakeFolders();
+    auto* const label = new QLabel(tr("In these &folders of the open jukeboxes:"), this);
+    label->setBuddy(folders);
+    layout->addWidget(label);
+    layout->addWidget(folders);
+  }
+  auto* const buttons = new QHBoxLayout;
+  if (!context_.file.empty()) {
+    auto* const show = new QPushButton(tr("&Show In File Manager"), this);
+    show->setObjectName(QStringLiteral("cmdShowFile"));
+    show->setAutoDefault(false);
+    show->setAccessibleDescription(tr("Shows the file of the song in its folder"));
+    connect(show, &QPushButton::clicked, this, [this] { context_.show_file(context_.file); });
+    buttons->addWidget(show);
+  }
+  buttons->addStretch(1);
+  auto* const close = new QPushButton(tr("&Close"), this);
+  close->setObjectName(QStringLiteral("cmdClose"));
+  close->setDefault(true);
+  close->setAccessibleDescription(tr("Closes the properties"));
+  connect(close, &QPushButton::clicked, this, &QDialog::accept);
+  buttons->addWidget(close);
+  layout->addLayout(buttons);
+  list_->setFocus();
+}
+
+QTreeWidget* frmProperties::MakeList() {
+  QTreeWidget* const list = MakeTwoColumns(this, "lstProperties");
+  list->setAccessibleName(tr("Properties"));
+  list->setAccessibleDescription(tr("Ctrl+C copies a value"));
+  list->header()->hide();
+  for (const SongProperty& property : context_.properties)
+    AddRow(*list, DisplayText(property.name), DisplayText(property.value));
+  list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+  list->setMinimumHeight(HeightOf(*list, static_cast<int>(context_.properties.size())));
+  list->setCurrentItem(list->topLevelItem(0));
+  // Without this, the list copies its first column.
+  auto* const copy = new QShortcut(QKeySequence(QKeySequence::Copy), list);
+  copy->setContext(Qt::WidgetShortcut);
+  connect(copy, &QShortcut::activated, this, &frmProperties::CopyValue);
+  return list;
+}
+
+QTreeWidget* frmProperties::MakeFolders() {
+  QTreeWidget* const folders = MakeTwoColumns(this, "lstFolders");
+  folders->setAccessibleName(tr("Folders that hold the song"));
+  folders->setAccessibleDescription(tr("Enter shows the song in the folder"));
+  folders->setHeaderLabels({tr("Jukebox"), tr("Folder")});
+  for (const FolderOfProperties& folder : context_.folders)
+    AddRow(*folders, folder.jukebox, folder.folder);
+  folders->setMinimumHeight(HeightOf(*folders, kFolderLines));
+  folders->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+  if (folders->topLevelItemCount() > 0) folders->setCurrentItem(folders->topLevelItem(0));
+  // Enter emits itemActivated, and so does a double click or, on some desktops, a click.
+  connect(folders, &QTreeWidget::itemActivated, this,
+          [this, folders](QTreeWidgetItem* item) { Open(folders->indexOfTopLevelItem(item)); });
+  return folders;
+}
+
+void frmProperties::Open(int folder) {
+  if (folder < 0) return;
+  accept();
+  context_.folders[static_cast<std::size_t>(folder)].show();
+}
+
+void frmProperties::CopyValue() const {
+  if (const QTreeWidgetItem* const item = list_->currentItem())
+    QGuiApplication::clipboard()->setText(item->text(1));
+}
+
+}  // namespace tallow

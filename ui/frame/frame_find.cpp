@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/frame/frame_find.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include <QAction>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QToolBar>
+#include <QToolButton>
+
+#include "app/find/song_finder.h"
+#include "app/tallow.h"
+#include "ui/frame/frame_messages.h"
+#include "ui/frame/jukebox_area.h"
+#include "ui/jukebox/frm_main.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/support/frame_pictures.h"
+#include "ui/support/help_page.h"
+#include "util/number.h"
+#include "util/text.h"
+
+namespace tallow {
+namespace {
+
+/// Width of the field, in average characters: at least, and at most.
+constexpr int kMinCharacters = 16;
+constexpr int kMaxCharacters = 40;
+
+/// "1,234 songs found in 0.004 s".
+std::string FoundText(std::size_t count, std::int64_t nanoseconds) {
+  const std::string songs = count == 0   ? "No songs"
+                            : count == 1 ? "1 song"
+                                         : GroupedNumber(std::int64_t(count)) + " songs";
+  return songs + " found in " + QString::number(double(nanoseconds) / 1e9, 'f', 3).toStdString() +
+         " s";
+}
+
+}  // namespace
+
+FrameFind::FrameFind(QMainWindow& frame, QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
+                     FrameMessages& messages)
+    : frame_(frame),
+      toolbar_(toolbar),
+      tallow_(tallow),
+      jukeboxes_(jukeboxes),
+      messages_(messages),
+      field_(new QLineEdit(&toolbar)),
+      key_(new QAction(tr("Find songs"), this)) {
+  auto* const space = new QWidget(&toolbar);
+  space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
+  space_ = toolbar.addWidget(space);
+  field_place_ = toolbar.addWidget(field_);
+  field_->setObjectName(QStringLiteral("FindField"));
+  field_->setPlaceholderText(tr("Find songs"));
+  field_->setAccessibleName(tr("Find songs"));
+  const QString help =
+      tr("The list shows the songs found. Down goes to them, Enter plays them, Esc shows the "
+         "folder again.");
+  field_->setAccessibleDescription(help);
+  field_->setToolTip(tr("Find songs while you type (Ctrl+E). ") + help);
+  field_->setClearButtonEnabled(true);
+  field_->setProperty(kHelpPage, QStringLiteral("find"));
+  field_->addAction(FramePicture("find"), QLineEdit::LeadingPosition);
+  const int character = field_->fontMetrics().averageCharWidth();
+  field_->setMinimumWidth(kMinCharacters * character);
+  field_->setMaximumWidth(kMaxCharacters * character);
+  field_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+  field_->installEventFilter(this);
+  connect(field_, &QLineEdit::textChanged, this, &FrameFind::Find);
+  key_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
+  frame.addAction(key_);
+  connect(key_, &QAction::triggered, this, &FrameFind::Focus);
+  connect(&jukeboxes.Area(), &QMdiArea::subWindowActivated, this, &FrameFind::EndIfOtherWindow);
+  FollowPreferences();
+}
+
+FrameFind::~FrameFind() = default;
+
+void FrameFind::FollowPreferences() {
+  const bool is_on = tallow_.preferences.switches().find_field;
+  if (!is_on) End();
+  space_->setVisible(is_on);
+  field_place_->setVisible(is_on);
+  key_->setEnabled(is_on);
+}
+
+void FrameFind::Focus() {
+  // In a narrow window the field is behind the button that shows the rest of the toolbar.
+  if (!field_->isVisible())
+    if (auto* const rest =
+            toolbar_.findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
+      rest->click();
+  field_->setFocus(Qt::ShortcutFocusReason);
+  field_->selectAll();
+}
+
+bool FrameFind::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::ShortcutOverride) {
+    // On some systems Ctrl+E moves in the text; here it selects the text, as everywhere else.
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    if (key.key() == Qt::Key_E && key.modifiers() == Qt::ControlModifier) {
+      event->ignore();
+      return true;
+    }
+  }
+  if (event->type() == QEvent::KeyPress) {
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    if ((key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier && KeyPressed(key.key()))
+      return true;
+  }
+  return QObject::eventFilter(watched, event);
+}
+
+bool FrameFind::KeyPressed(int key) {
+  frmMain* const window = window_ != nullptr ? window_.data() : jukeboxes_.ActiveWindow();
+  switch (key) {
+    case Qt::Key_Escape:
+      End();
+      if (window != nullptr) window->GrabFocus();
+      return true;
+    case Qt::Key_Down:
+      if (window == nullptr) return true;
+      window->PVExplorer1().GrabFocus(true);
+      if (window_ != nullptr) window->PVExplorer1().SelectFirstSong();
+      return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      if (window_ != nullptr && !window_->Jukebox().ListFolder()->Items().empty())
+        window_->OpenSong(0);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void FrameFind::Find() {
+  if (is_clearing_) return;
+  const std::string text = field_->text().toStdString();
+  if (Trim(text).empty()) {
+    if (window_ == nullptr) return;
+    // The user goes on typing, perhaps a blank before the next word.
+    window_->PVExplorer1().HideHits();
+    return;
+  }
+  frmMain* const window = jukeboxes_.ActiveWindow();
+  if (window == nullptr)
+    return messages_.ShowStatus("No jukebox is open. Open one, or make a new one, and try again.");
+  ShowHits(*window, text);
+}
+
+void FrameFind::ShowHits(frmMain& window, const std::string& text) {
+  QElapsedTimer timer;
+  timer.start();
+  if (finder_ == nullptr) finder_ = std::make_unique<SongFinder>(tallow_.library, tallow_.details);
+  const std::vector<std::int32_t> hits = finder_->Find(text);
+  window.PVExplorer1().ShowHits(hits);
+  Follow(window);
+  messages_.ShowStatus(FoundText(hits.size(), timer.nsecsElapsed()));
+}
+
+void FrameFind::Follow(frmMain& window) {
+  if (window_ == &window) return;
+  window_ = &window;
+  PVExplorer& explorer = window.PVExplorer1();
+  connect(&explorer, &PVExplorer::ListRefilled, this, &FrameFind::EndIfFolderIsBack);
+  connect(&explorer, &PVExplorer::Escaped, this, &FrameFind::End);
+  connect(&window, &QObject::destroyed, this, &FrameFind::End);
+}
+
+void FrameFind::End() {
+  if (window_ != nullptr) window_->PVExplorer1().HideHits();
+  is_clearing_ = true;
+  field_->clear();
+  is_clearing_ = false;
+}
+
+void FrameFind::EndIfFolderIsBack() {
+  if (window_ == nullptr || window_->Jukebox().ShowsHits()) return;
+  disconnect(&window_->PVExplorer1(), nullptr, this, nullptr);
+  disconnect(window_, nullptr, this, nullptr);
+  window_ = nullptr;
+  messages_.ClearStatus();
+  if (field_->hasFocus() && Trim(field_->text().toStdString()).empty()) return;
+  is_clearing_ = true;
+  field_->clear();
+  is_clearing_ = false;
+}
+
+void FrameFind::EndIfOtherWindow() {
+  if (window_ != nullptr && jukeboxes_.ActiveWindow() != window_) End();
+}
+
+}  // namespace tallow

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <memory>
+
+#include <QObject>
+#include <QPointer>
+
+class QAction;
+class QLineEdit;
+class QMainWindow;
+class QToolBar;
+
+namespace tallow {
+
+class FrameMessages;
+class JukeboxArea;
+class SongFinder;
+class Tallow;
+class frmMain;
+
+/// The field "FindField" at the right end of the frame window's toolbar: while the user types, the
+/// list of the active jukebox shows the songs found, see Jukebox::ShowHits. Another folder, another
+/// jukebox window and Esc give the folder back and clear the field. Shown with the switch
+/// `find_field`.
+class FrameFind : public QObject {
+  Q_OBJECT
+
+ public:
+  /// \param frame, toolbar, tallow, jukeboxes, messages have to outlive this object
+  FrameFind(QMainWindow& frame, QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
+            FrameMessages& messages);
+  ~FrameFind() override;
+
+  /// Call after the preferences have changed: shows or hides the field.
+  void FollowPreferences();
+
+ private:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  bool KeyPressed(int key);
+  /// Gives the keyboard focus to the field, and selects its text.
+  void Focus();
+  void Find();
+  void ShowHits(frmMain& window, const std::string& text);
+  /// Follows a window whose list shows hits.
+  void Follow(frmMain& window);
+  /// Shows the folder again in the window that shows hits, and clears the field.
+  void End();
+  /// Clears the field when the followed window shows its folder again.
+  void EndIfFolderIsBack();
+  void EndIfOtherWindow();
+
+  QMainWindow& frame_;
+  QToolBar& toolbar_;
+  Tallow& tallow_;
+  JukeboxArea& jukeboxes_;
+  FrameMessages& messages_;
+  QLineEdit* field_;
+  QAction* space_;        ///< moves the field to the right end
+  QAction* field_place_;  ///< of the field in the toolbar
+  QAction* key_;
+  std::unique_ptr<SongFinder> finder_;  ///< made by the first key
+  QPointer<frmMain> window_;            ///< whose list shows hits; null for none
+  bool is_clearing_ = false;
+};
+
+}  // namespace tallow

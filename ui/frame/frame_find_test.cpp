@@ -1,0 +1,355 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+// Finding songs while typing, with the real field, list, menus and keys.
+#include "ui/frame/frame_find.h"
+
+#include <gtest/gtest.h>
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QRegularExpression>
+#include <QScrollBar>
+#include <QStatusBar>
+#include <QTest>
+#include <QToolBar>
+
+#include "tests/drag_and_drop.h"
+#include "tests/frame_fixture.h"
+#include "ui/jukebox/explorer_drag.h"
+#include "ui/jukebox/folder_tree_view.h"
+#include "ui/jukebox/pv_explorer.h"
+#include "ui/jukebox/song_list_view.h"
+
+namespace tallow {
+namespace {
+
+class FindWhileTyping : public FrameTest {
+ protected:
+  FindWhileTyping() {
+    for (const char* const name : {"Blue Moon.mp3", "Moonlight.mp3", "Honeymoon.mp3", "Sun.mp3"}) {
+      music.File(name);
+      AddSong(music.path(), name);
+    }
+    tallow.preferences.SetSwitches({.find_field = true});
+    window = &ShowJukebox();
+    window->Jukebox().AddColumnHeader(kNameHeader);
+    window->Jukebox().AddColumnHeader(kKeyHeader);
+    Folder& other = Nodes().AddChild(nullptr, "two");
+    for (const std::int32_t song : {3, 6}) other.Items().emplace_back(song, 2);
+    QApplication::setActiveWindow(&frame);
+    Q_UNUSED(QTest::qWaitForWindowActive(&frame));
+  }
+
+  QLineEdit& Field() { return *frame.findChild<QLineEdit*>(QStringLiteral("FindField")); }
+  SongListView& List() { return *window->findChild<SongListView*>(QStringLiteral("ListView")); }
+  FolderTreeView& Tree() { return *window->findChild<FolderTreeView*>(QStringLiteral("TreeView")); }
+  PVExplorer& Explorer() { return window->PVExplorer1(); }
+  Jukebox& Box() { return window->Jukebox(); }
+  FolderTree& Nodes() { return window->Jukebox().Nodes(); }
+  Folder& Top(const char* text) { return *Nodes().Find(text); }
+  QMenu& ListMenu() { return *window->findChild<QMenu*>(QStringLiteral("ListMenu")); }
+  QAction& ItemOfList(ListCommand command) {
+    for (QAction* const action : ListMenu().actions())
+      if (action->data().toInt() == static_cast<int>(command)) return *action;
+    throw std::out_of_range("no such item");
+  }
+  void Type(const char* text) {
+    Field().setFocus();
+    QTest::keyClicks(&Field(), QLatin1String(text));
+  }
+  QString Status() { return frame.statusBar()->currentMessage(); }
+  std::string InFolder(const char* text) {
+    std::string songs;
+    for (const SongEntry& entry : Top(text).Items()) songs += std::to_string(entry.SubItem()) + " ";
+    return songs;
+  }
+
+  frmMain* window = nullptr;
+};
+
+const QStringList kOne{"1.  a.mp3", "2.  b.mp3"};
+
+TEST_F(FindWhileTyping, TheListShowsTheHitsFromTheFirstLetterOn) {
+  Type("m");
+  EXPECT_TRUE(Box().ShowsHits());
+  EXPECT_GE(List().model()->rowCount(), 3);
+  Type("OON");
+  QStringList hits = RowsOf(List());
+  // The first two are in the order of their file names.
+  EXPECT_EQ(hits, (QStringList{"1.  Blue Moon.mp3", "2.  Moonlight.mp3", "3.  Honeymoon.mp3"}));
+  EXPECT_EQ(Box().selectednode(), &Top("one"));
+}
+
+TEST_F(FindWhileTyping, TheStatusBarShowsTheNumberOfHitsAndTheTime) {
+  const auto matches = [this](const char* pattern) {
+    return QRegularExpression(QLatin1String(pattern)).match(Status()).hasMatch();
+  };
+  Type("moon");
+  EXPECT_TRUE(matches("^3 songs found in \\d+\\.\\d{3} s$")) << Status().toStdString();
+  Type(" blue");
+  EXPECT_TRUE(matches("^1 song found in \\d+\\.\\d{3} s$")) << Status().toStdString();
+  Type(" x");
+  EXPECT_TRUE(matches("^No songs found in \\d+\\.\\d{3} s$")) << Status().toStdString();
+  EXPECT_EQ(List().model()->rowCount(), 0);
+  Field().clear();
+  EXPECT_EQ(Status(), QString());
+}
+
+TEST_F(FindWhileTyping, TheFieldIsAtTheRightEndOfTheToolbarAndHasAName) {
+  const auto* const bar = frame.findChild<QToolBar*>(QStringLiteral("Toolbar1"));
+  EXPECT_TRUE(Field().isVisible());
+  EXPECT_EQ(Field().placeholderText(), "Find songs");
+  EXPECT_EQ(Field().accessibleName(), "Find songs");
+  EXPECT_EQ(bar->actions().back(), bar->actionAt(Field().geometry().center()));
+  EXPECT_GE(Field().geometry().right(), bar->width() - 20);
+}
+
+TEST_F(FindWhileTyping, CtrlEGoesToTheFieldAndSelectsItsText) {
+  Explorer().GrabFocus(true);
+  QTest::keyClick(&List(), Qt::Key_E, Qt::ControlModifier);
+  EXPECT_TRUE(Field().hasFocus());
+  Type("sun");
+  QTest::keyClick(&Field(), Qt::Key_E, Qt::ControlModifier);
+  EXPECT_EQ(Field().selectedText(), "sun");
+}
+
+TEST_F(FindWhileTyping, TheClassicStyleHasNoFieldAndNoKey) {
+  Type("moon");
+  tallow.preferences.SetSwitches({});
+  EXPECT_FALSE(Field().isVisible());
+  EXPECT_FALSE(Box().ShowsHits());
+  EXPECT_EQ(RowsOf(List()), kOne);
+  Explorer().GrabFocus(true);
+  QTest::keyClick(&List(), Qt::Key_E, Qt::ControlModifier);
+  EXPECT_TRUE(List().hasFocus());
+}
+
+TEST_F(FindWhileTyping, EscGivesTheFolderBackAsItWas) {
+  for (int k = 0; k < 200; ++k) Top("one").Items().emplace_back(1 + k % 2, 2);
+  Box().ListRefilled(library);
+  List().SelectRows({100, 101, 103});
+  const int scrolled = List().verticalScrollBar()->value();
+  ASSERT_GT(scrolled, 0);
+  const std::vector<int> rows = Explorer().SelectedRows();
+  Explorer().GrabFocus(true);
+  Type("moon");
+  EXPECT_EQ(List().verticalScrollBar()->value(), 0);
+  QTest::keyClick(&Field(), Qt::Key_Escape);
+  EXPECT_EQ(Field().text(), QString());
+  EXPECT_FALSE(Box().ShowsHits());
+  EXPECT_EQ(List().verticalScrollBar()->value(), scrolled);
+  EXPECT_EQ(Explorer().SelectedRows().size(), rows.size());
+  EXPECT_TRUE(List().hasFocus());
+}
+
+TEST_F(FindWhileTyping, EscInTheListGivesTheFolderBack) {
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  QTest::keyClick(&List(), Qt::Key_Escape);
+  EXPECT_EQ(RowsOf(List()), kOne);
+  EXPECT_EQ(Field().text(), QString());
+  EXPECT_TRUE(List().hasFocus());
+}
+
+TEST_F(FindWhileTyping, AnEmptiedFieldGivesTheFolderBackAndKeepsTheFocus) {
+  Type("s");
+  QTest::keyClick(&Field(), Qt::Key_Backspace);
+  EXPECT_EQ(RowsOf(List()), kOne);
+  EXPECT_TRUE(Field().hasFocus());
+  Type(" ");
+  EXPECT_EQ(RowsOf(List()), kOne);
+  EXPECT_EQ(Field().text(), " ");
+}
+
+TEST_F(FindWhileTyping, AnotherFolderEndsTheHits) {
+  Type("moon");
+  Explorer().Select(Top("two"));
+  EXPECT_EQ(RowsOf(List()), (QStringList{"1.  Blue Moon.mp3", "2.  Sun.mp3"}));
+  EXPECT_EQ(Field().text(), QString());
+  Type("moon");
+  // A click on the folder that is chosen already.
+  QTest::mouseClick(Tree().viewport(), Qt::LeftButton, {},
+                    Tree().visualRect(IndexOf(Tree(), "two")).center());
+  EXPECT_EQ(RowsOf(List()), (QStringList{"1.  Blue Moon.mp3", "2.  Sun.mp3"}));
+  EXPECT_EQ(Field().text(), QString());
+}
+
+TEST_F(FindWhileTyping, AnotherWindowEndsTheHits) {
+  Type("moon");
+  frmMain& other = frame.NewJukeboxWindow();
+  frame.ShowJukeboxWindow(other);
+  EXPECT_EQ(Field().text(), QString());
+  EXPECT_FALSE(Box().ShowsHits());
+  Type("sun");
+  EXPECT_TRUE(other.Jukebox().ShowsHits());
+  EXPECT_FALSE(Box().ShowsHits());
+}
+
+TEST_F(FindWhileTyping, AClosedWindowClearsTheField) {
+  Type("moon");
+  window->parentWidget()->close();
+  DeleteClosedWindows();
+  EXPECT_EQ(Field().text(), QString());
+  Type("m");
+  EXPECT_EQ(Status(), "No jukebox is open. Open one, or make a new one, and try again.");
+}
+
+TEST_F(FindWhileTyping, DownGoesToTheFirstHit) {
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  EXPECT_TRUE(List().hasFocus());
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{0});
+}
+
+TEST_F(FindWhileTyping, EnterPlaysTheHits) {
+  tallow.preferences.SetSwitches({.plays_on = true, .find_field = true});
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Return);
+  EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{3, 4, 5}));
+  EXPECT_EQ(HandOvers(), 1);
+}
+
+TEST_F(FindWhileTyping, CtrlLPlaysAllHits) {
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_L, Qt::ControlModifier);
+  EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{3, 4, 5}));
+  EXPECT_EQ(HandOvers(), 1);
+}
+
+TEST_F(FindWhileTyping, HitsAreCopiedButNotCutOrDeletedAndTakeNothing) {
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  QTest::keyClick(&List(), Qt::Key_C, Qt::ControlModifier);
+  for (const int key : {int(Qt::Key_X), int(Qt::Key_Delete)}) {
+    QTest::keyClick(&List(), Qt::Key(key), key == Qt::Key_X ? Qt::ControlModifier : Qt::NoModifier);
+    EXPECT_EQ(Status(),
+              "The list shows the songs found. Show a song in its folder to remove it there.");
+  }
+  QTest::keyClick(&List(), Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(Status(), "The list shows the songs found. Songs can be pasted only into a folder.");
+  EXPECT_EQ(List().model()->rowCount(), 3);
+  EXPECT_EQ(InFolder("one"), "1 2 ");
+  EXPECT_FALSE(Box().History().CanUndo());
+  QTest::keyClick(&List(), Qt::Key_Escape);
+  QTest::keyClick(&List(), Qt::Key_V, Qt::ControlModifier);
+  EXPECT_EQ(InFolder("one"), "1 2 3 ");
+}
+
+TEST_F(FindWhileTyping, TheMenuOffersWhatHitsCanDo) {
+  const auto open = [this] {
+    const QPoint place = List().visualRect(List().model()->index(0, 0)).center();
+    QContextMenuEvent event(QContextMenuEvent::Mouse, place, List().viewport()->mapToGlobal(place));
+    QApplication::sendEvent(List().viewport(), &event);
+    ListMenu().close();
+  };
+  List().SelectRows(0, 0);
+  open();
+  EXPECT_FALSE(ItemOfList(ListCommand::kShowInFolder).isEnabled());
+  EXPECT_TRUE(ItemOfList(ListCommand::kCutSongs).isEnabled());
+  Type("moon");
+  List().SelectRows(0, 0);
+  open();
+  for (const ListCommand command :
+       {ListCommand::kCutSongs, ListCommand::kPasteSongs, ListCommand::kDeleteSongs})
+    EXPECT_FALSE(ItemOfList(command).isEnabled());
+  for (const ListCommand command :
+       {ListCommand::kShowInFolder, ListCommand::kCopySongs, ListCommand::kAddToQueue})
+    EXPECT_TRUE(ItemOfList(command).isEnabled());
+}
+
+TEST_F(FindWhileTyping, HitsAreDraggedIntoAFolderAsCopies) {
+  Type("moon");
+  List().SelectRows({1, 2});
+  const auto data = Explorer().SongsToDrag();
+  ASSERT_NE(data, nullptr);
+  const QPoint on_two = Tree().visualRect(IndexOf(Tree(), "two")).center();
+  EXPECT_TRUE(DropAt(Tree(), on_two, *data));
+  EXPECT_EQ(InFolder("two"), "3 6 4 5 ");
+  EXPECT_EQ(List().model()->rowCount(), 3);
+}
+
+TEST_F(FindWhileTyping, NothingIsDroppedOnHits) {
+  Type("moon");
+  const auto data = Explorer().FolderToDrag();
+  ASSERT_NE(data, nullptr);
+  EXPECT_FALSE(DropAt(List(), QPoint(20, 20), *data));
+}
+
+TEST_F(FindWhileTyping, ShowInFolderShowsAHitInAFolder) {
+  Type("sun");
+  List().SelectRows(0, 0);
+  ItemOfList(ListCommand::kShowInFolder).setEnabled(true);
+  ItemOfList(ListCommand::kShowInFolder).trigger();
+  EXPECT_FALSE(Box().ShowsHits());
+  EXPECT_EQ(Box().selectednode(), &Top("two"));
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{1});
+  EXPECT_TRUE(List().hasFocus());
+  EXPECT_EQ(Field().text(), QString());
+}
+
+TEST_F(FindWhileTyping, ASongOfNoFolderCannotBeShownInOne) {
+  Type("honey");
+  List().SelectRows(0, 0);
+  ItemOfList(ListCommand::kShowInFolder).setEnabled(true);
+  ItemOfList(ListCommand::kShowInFolder).trigger();
+  EXPECT_EQ(Status(), "No folder of this jukebox has this song.");
+  EXPECT_TRUE(Box().ShowsHits());
+}
+
+TEST_F(FindWhileTyping, HitsAreRanked) {
+  Type("sun");
+  List().SelectRows(0, 0);
+  window->Run(ListCommand::kRankBest, Box().ListFolder());
+  EXPECT_EQ(library.Mp3Info(kSongRank, 6), "7");
+  EXPECT_EQ(Box().ListFolder()->Items().front().Icon(), 7);
+  Explorer().Select(Top("two"));
+  EXPECT_EQ(Box().selectednode()->Items().back().Icon(), 7);
+}
+
+TEST_F(FindWhileTyping, UndoOfARankingKeepsTheHits) {
+  Type("sun");
+  List().SelectRows(0, 0);
+  window->Run(ListCommand::kRankBest, Box().ListFolder());
+  Explorer().Undo();
+  EXPECT_TRUE(Box().ShowsHits());
+  EXPECT_EQ(library.Mp3Info(kSongRank, 6), "2");
+  EXPECT_EQ(Box().ListFolder()->Items().front().Icon(), 2);
+  Explorer().Redo();
+  EXPECT_EQ(library.Mp3Info(kSongRank, 6), "7");
+  EXPECT_TRUE(Box().ShowsHits());
+}
+
+TEST_F(FindWhileTyping, SortingHitsChangesNoFolder) {
+  Type("moon");
+  for (int clicks = 0; clicks < 2; ++clicks)
+    QTest::mouseClick(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(20, 8));
+  EXPECT_EQ(RowsOf(List()),
+            (QStringList{"1.  Moonlight.mp3", "2.  Honeymoon.mp3", "3.  Blue Moon.mp3"}));
+  EXPECT_FALSE(Box().History().CanUndo());
+  QTest::keyClick(&Field(), Qt::Key_Escape);
+  EXPECT_EQ(RowsOf(List()), kOne);
+  EXPECT_EQ(List().model()->headerData(0, Qt::Horizontal).toString().toStdString(), kNameHeader);
+}
+
+TEST_F(FindWhileTyping, UndoShowsTheFolderThatItChanges) {
+  List().SelectRows(0, 0);
+  Explorer().CutSongs();
+  EXPECT_EQ(InFolder("one"), "2 ");
+  Type("moon");
+  Explorer().Undo();
+  EXPECT_FALSE(Box().ShowsHits());
+  EXPECT_EQ(InFolder("one"), "1 2 ");
+  EXPECT_EQ(RowsOf(List()), kOne);
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{0});
+}
+
+TEST_F(FindWhileTyping, TheFindDialogLeavesTheHits) {
+  Type("moon");
+  EXPECT_EQ(Explorer().SelectSong(Top("one"), 1), 1);
+  EXPECT_FALSE(Box().ShowsHits());
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{1});
+  EXPECT_EQ(Field().text(), QString());
+}
+
+}  // namespace
+}  // namespace tallow
