@@ -208,11 +208,8 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
     jukeboxes_.Activate(*window);
     return documents_.Save(window->Jukebox());
   });
-  connect(window, &frmMain::Problem, this, [this](const QStringList& lines) {
-    std::vector<std::string> texts;
-    for (const QString& line : lines) texts.push_back(line.toStdString());
-    Notice(texts);
-  });
+  connect(window, &frmMain::Problem, this,
+          [this](const QStringList& lines) { messages_.NoticeTexts(lines); });
   connect(window, &frmMain::LinkedStepDone, this,
           [this, window](EditHistory::MoveLink link, bool back) {
             linked_undo_.StepOther(*window, link, back);
