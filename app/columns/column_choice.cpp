@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/columns/song_sums.h"
 
+#include <cstddef>
+
 #include "app/columns/song_columns.h"
 #include "app/library_details.h"
 #include "library/cls_main.h"

@@ -29,8 +29,8 @@ struct SongSums {
 SongSums SumsOf(const clsMain& library, LibraryDetails& details,
                 std::span<const std::int32_t> records);
 
-/// The sums as the status bar shows them: "12 songs, 48:10, 61 MB", or "3 of 12 songs selected, at least
-/// 9:12, 15 MB" when lengths of songs are not known. Empty without songs.
+/// The sums as the status bar shows them: "12 songs, 48:10, 61 MB", or "3 of 12 songs selected, at
+/// least 9:12, 15 MB" when lengths of songs are not known. Empty without songs.
 /// \param selected the selected songs; no value for none
 std::string SumsText(const SongSums& shown, const std::optional<SongSums>& selected);
 

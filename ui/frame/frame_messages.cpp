@@ -6,7 +6,6 @@
 
 #include <QApplication>
 #include <QCoreApplication>
-#include <QStringList>
 
 #include "ui/frame/status_bar.h"
 #include "ui/support/display_text.h"
@@ -46,6 +45,12 @@ void FrameMessages::Notice(const std::vector<std::string>& lines) {
   bar_.setToolTip(tip.join(QLatin1Char('\n')));
   lines_ = lines;
   shown_ = bar_.currentMessage();
+}
+
+void FrameMessages::NoticeTexts(const QStringList& lines) {
+  std::vector<std::string> texts;
+  for (const QString& line : lines) texts.push_back(line.toStdString());
+  Notice(texts);
 }
 
 void FrameMessages::AddNotice(std::vector<std::string> lines) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include <QString>
+#include <QStringList>
 
 #include "util/message.h"
 
@@ -28,6 +29,7 @@ class FrameMessages {
 
   /// Shows a notice in the status bar: the first line as its text, all lines as its tool tip.
   void Notice(const std::vector<std::string>& lines);
+  void NoticeTexts(const QStringList& lines);
   /// Like Notice, for what the user has not caused: the lines come before those of a notice that is
   /// still shown, which stay in the tool tip.
   void AddNotice(std::vector<std::string> lines);

@@ -86,10 +86,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
       details_(
           *this, *style_bar_, *statusBar(), tallow, messages_, [this] { busy_.FocusJukebox(); },
           [this] { filing_.FinishStyle(); },
-          [this] {
-            for (Jukebox* const jukebox : OpenJukeboxes())
-              jukeboxes_.WindowOf(*jukebox)->ShowNewDetails();
-          }),
+          [this] { jukeboxes_.ForEachWindow([](frmMain& window) { window.ShowNewDetails(); }); }),
       sums_(*statusBar(), jukeboxes_),
       search_(tallow, searches, jukeboxes_, messages_, busy_, findings_,
               [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
@@ -115,8 +112,7 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
     lists_.FollowPreferences();
     queue_.FollowPreferences();
     find_field_->FollowPreferences();
-    for (Jukebox* const jukebox : OpenJukeboxes())
-      jukeboxes_.WindowOf(*jukebox)->FollowPreferences();
+    jukeboxes_.ForEachWindow([](frmMain& window) { window.FollowPreferences(); });
   });
   queue_.OnSongsDropped([this](std::vector<std::int32_t> songs, SongsOrigin origin) {
     lists_.AddToQueue(std::move(songs), origin);
@@ -212,11 +208,8 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
     jukeboxes_.Activate(*window);
     return documents_.Save(window->Jukebox());
   });
-  connect(window, &frmMain::Problem, this, [this](const QStringList& lines) {
-    std::vector<std::string> texts;
-    for (const QString& line : lines) texts.push_back(line.toStdString());
-    Notice(texts);
-  });
+  connect(window, &frmMain::Problem, this,
+          [this](const QStringList& lines) { messages_.NoticeTexts(lines); });
   connect(window, &frmMain::LinkedStepDone, this,
           [this, window](EditHistory::MoveLink link, bool back) {
             linked_undo_.StepOther(*window, link, back);
@@ -369,7 +362,7 @@ void frmMDIForm1::ShowMusicPlaces() {
       this);
   dialog.exec();
   // The empty lists name the places that are searched.
-  for (Jukebox* const jukebox : OpenJukeboxes()) jukeboxes_.WindowOf(*jukebox)->ShowEmptyLibrary();
+  jukeboxes_.ForEachWindow([](frmMain& window) { window.ShowEmptyLibrary(); });
 }
 
 void frmMDIForm1::changeEvent(QEvent* event) {

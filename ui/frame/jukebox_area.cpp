@@ -84,6 +84,10 @@ std::vector<Jukebox*> JukeboxArea::Open() const {
   return jukeboxes;
 }
 
+void JukeboxArea::ForEachWindow(const std::function<void(frmMain& window)>& act) const {
+  for (const Jukebox* const jukebox : Open()) act(*WindowOf(*jukebox));
+}
+
 frmMain* JukeboxArea::WindowOf(const Jukebox& jukebox) const {
   for (const QMdiSubWindow* const sub : area_.subWindowList())
     if (frmMain* const window = JukeboxIn(sub))

@@ -42,6 +42,8 @@ class JukeboxArea : public QObject {
 
   /// The open jukeboxes, in the order they were opened.
   std::vector<Jukebox*> Open() const;
+  /// Calls a function for the window of each open jukebox.
+  void ForEachWindow(const std::function<void(frmMain& window)>& act) const;
   /// The window of an open jukebox; null when the jukebox is not open.
   frmMain* WindowOf(const Jukebox& jukebox) const;
   /// Whether a visible window of any kind has this caption, in any letter case.

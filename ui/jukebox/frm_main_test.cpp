@@ -297,6 +297,20 @@ TEST_F(FrmMain, CommandNumbersDependOnThePane) {
   EXPECT_EQ(played[3], Songs{});
 }
 
+TEST_F(FrmMain, TheTreeIsFirstAsWideAsItsNames) {
+  AddFolder("a");
+  frmMain other(tallow);
+  other.Jukebox().Nodes().AddChild(nullptr, "A folder with a rather long name");
+  for (frmMain* const one : {&window, &other}) {
+    one->resize(1200, 500);
+    one->show();
+    one->ShowJukebox();
+  }
+  EXPECT_GT(other.PVExplorer1().sizes().at(0), window.PVExplorer1().sizes().at(0));
+  const QAbstractItemView& tree = TreeOf(other);
+  EXPECT_GE(tree.viewport()->width(), tree.sizeHintForColumn(0));
+}
+
 TEST_F(FrmMain, ThePositionOfTheSplitterIsRemembered) {
   window.resize(900, 500);
   window.show();

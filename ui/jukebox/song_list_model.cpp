@@ -2,6 +2,7 @@
 #include "ui/jukebox/song_list_model.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QFont>
 #include <QGuiApplication>

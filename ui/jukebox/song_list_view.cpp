@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/song_list_view.h"
 
+#include <utility>
+
 #include <QApplication>
 #include <QDropEvent>
 #include <QHeaderView>

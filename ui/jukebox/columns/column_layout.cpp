@@ -36,7 +36,7 @@ int CharactersOf(ListColumn column) {
       return 26;
     case ListColumn::kArtist:
     case ListColumn::kAlbum:
-      return 20;
+      return 22;
     case ListColumn::kGenre:
       return 14;
     case ListColumn::kFolder:

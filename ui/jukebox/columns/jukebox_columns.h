@@ -13,7 +13,6 @@
 #include "app/columns/song_columns.h"
 
 class QMenu;
-class QPoint;
 
 namespace tallow {
 

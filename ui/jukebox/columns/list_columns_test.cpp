@@ -12,6 +12,7 @@
 #include "details/details_store.h"
 #include "details/song_details.h"
 #include "tests/jukebox_window_fixture.h"
+#include "tests/model_stand_in.h"
 #include "ui/jukebox/song_list_model.h"
 #include "util/file_system.h"
 
@@ -261,6 +262,27 @@ TEST_F(ListColumns, ADraggedHeaderMovesItsColumn) {
   EXPECT_EQ(ColumnsOf(tallow.preferences, true)[2].column, ListColumn::kAlbum);
 }
 
+TEST_F(ListColumns, TheMouseDragsAHeaderWithoutSorting) {
+  AddSongWith("b", "x");
+  AddSongWith("a", "x");
+  ShowDetails();
+  const auto middle = [this](ListColumn column) {
+    return QPoint(Headers().sectionViewportPosition(IndexOf(column)) +
+                      Headers().sectionSize(IndexOf(column)) / 2,
+                  8);
+  };
+  QWidget* const viewport = Headers().viewport();
+  const QPoint to = middle(ListColumn::kTitle) - QPoint(30, 0);
+  QTest::mousePress(viewport, Qt::LeftButton, {}, middle(ListColumn::kAlbum));
+  QTest::mouseMove(viewport, middle(ListColumn::kArtist));
+  QTest::mouseMove(viewport, to);
+  QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(HeaderTexts().mid(2, 3), (QStringList{"Album", "Title", "Artist"}));
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"b", "a"}));
+  EXPECT_FALSE(Box().History().CanUndo());
+}
+
 TEST_F(ListColumns, AWidthIsKept) {
   AddSongs(1);
   ShowDetails();
@@ -356,7 +378,7 @@ TEST_F(ListColumns, TypingFindsATitle) {
   AddSongWith("Help", "x");
   ShowDetails();
   SelectRow(0);
-  QTest::keyClicks(&List(), "hel");
+  QTest::keyClicks(&List(), "help");
   EXPECT_EQ(Selected(), std::vector<int>{1});
 }
 
@@ -371,6 +393,41 @@ TEST_F(ListColumns, TheFirstCellSpeaksTheWholeRow) {
   EXPECT_EQ(spoken(ListColumn::kArtist), "Somebody");
   EXPECT_EQ(spoken(ListColumn::kRank), "rank 2 of 7");
   EXPECT_EQ(Model().headerData(0, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Playing");
+}
+
+TEST_F(ListColumns, TheMarkIsInTheColumnPlaying) {
+  AddSongs(2);
+  ModelStandIn player;
+  window.SetPlayer(&player);
+  window.ShowMarks(true);
+  ShowDetails();
+  ItemOf(ListColumn::kName).trigger();
+  const auto has_picture = [this](int row, ListColumn column) {
+    return !Model().index(row, IndexOf(column)).data(Qt::DecorationRole).isNull();
+  };
+  EXPECT_FALSE(has_picture(1, ListColumn::kPlaying));
+  player.Play(2, 200);
+  EXPECT_TRUE(has_picture(1, ListColumn::kPlaying));
+  EXPECT_FALSE(has_picture(0, ListColumn::kPlaying));
+  EXPECT_FALSE(has_picture(1, ListColumn::kName));
+  EXPECT_TRUE(Model()
+                  .index(1, IndexOf(ListColumn::kPlaying))
+                  .data(Qt::ToolTipRole)
+                  .toString()
+                  .contains("playing"));
+  window.SetPlayer(nullptr);
+}
+
+TEST_F(ListColumns, ANameHasThePicturesThatHaveNoColumn) {
+  AddSongs(1);
+  ShowDetails();
+  ItemOf(ListColumn::kName).trigger();
+  const auto picture = [this] {
+    return Model().index(0, IndexOf(ListColumn::kName)).data(Qt::DecorationRole);
+  };
+  EXPECT_TRUE(picture().isNull());
+  ItemOf(ListColumn::kRank).trigger();
+  EXPECT_FALSE(picture().isNull());
 }
 
 TEST_F(ListColumns, DetailsThatAreReadLaterAreShown) {

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "ui/jukebox/empty_folder_hint.h"
+
+#include "tests/jukebox_window_fixture.h"
+
+namespace tallow {
+namespace {
+
+class EmptyFolderHintTest : public JukeboxWindowTest {
+ protected:
+  QLabel& Hint() { return *window.findChild<QLabel*>(QStringLiteral("lblEmptyFolder")); }
+};
+
+TEST_F(EmptyFolderHintTest, TellsHowSongsGetIntoTheFolder) {
+  AddSongs(1);
+  AddFolder("Parties");
+  Show();
+  EXPECT_TRUE(Hint().isVisible());
+  EXPECT_EQ(Hint().text(),
+            "This folder is empty. Drag songs here, or copy songs in another folder and paste them "
+            "here.");
+  EXPECT_EQ(Hint().size(), List().viewport()->size());
+  window.resize(900, 700);
+  EXPECT_EQ(Hint().size(), List().viewport()->size());
+}
+
+TEST_F(EmptyFolderHintTest, IsGoneWhenTheFolderHasSongs) {
+  AddSongs(1);
+  Folder& mine = AddFolder("Parties");
+  Folder& full = AddFolder("full", {1});
+  Show();
+  EXPECT_TRUE(Hint().isVisible());
+  window.PVExplorer1().Select(full);
+  EXPECT_FALSE(Hint().isVisible());
+  window.PVExplorer1().Select(mine);
+  EXPECT_TRUE(Hint().isVisible());
+  window.PVExplorer1().AddSongs(mine, {SongEntry(1, 2)});
+  EXPECT_FALSE(Hint().isVisible());
+}
+
+TEST_F(EmptyFolderHintTest, GivesWayToTheNoticeOfAnEmptyLibrary) {
+  AddFolder("Parties");
+  Show();
+  EXPECT_FALSE(Hint().isVisible());
+}
+
+TEST_F(EmptyFolderHintTest, DoesNotShowInPlaceOfHits) {
+  AddSongs(1);
+  AddFolder("Parties");
+  Show();
+  Box().ShowHits({}, library);
+  EXPECT_FALSE(Hint().isVisible());
+  Box().HideHits(library);
+  EXPECT_TRUE(Hint().isVisible());
+}
+
+TEST_F(EmptyFolderHintTest, LeavesTheMouseToTheList) {
+  AddSongs(1);
+  AddFolder("Parties");
+  Show();
+  QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
+                    List().viewport()->mapTo(&window, QPoint(50, 50)));
+  EXPECT_TRUE(List().hasFocus());
+}
+
+}  // namespace
+}  // namespace tallow
