@@ -58,11 +58,12 @@ TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
   EXPECT_EQ(menus,
             (QStringList{"mnuFile|&File", "mnuEdit|&Edit", "mnuSongs|&Songs", "mnuPicture|&Picture",
                          "mnuWindowList|&WindowList", "mnuTools|&Tools", "mnuHelp|&Help"}));
-  EXPECT_EQ(ItemsOf("mnuEdit"),
-            (QStringList{"mnuCut|Cu&t|Ctrl+X", "mnuCopy|&Copy|Ctrl+C", "mnuPaste|&Paste|Ctrl+V",
-                         "mnuDelete|Delete|Del", "-", "mnuFind|&Find|Ctrl+F", "-",
-                         "mnuAddFolderToRoot|&Add Folder To Root|",
-                         "mnuAddFolderToSelectedFolder|A&dd Folder To Selected Folder|"}));
+  EXPECT_EQ(
+      ItemsOf("mnuEdit"),
+      (QStringList{"mnuUndo|&Undo|Ctrl+Z", "mnuRedo|&Redo|Ctrl+Shift+Z", "-", "mnuCut|Cu&t|Ctrl+X",
+                   "mnuCopy|&Copy|Ctrl+C", "mnuPaste|&Paste|Ctrl+V", "mnuDelete|Delete|Del", "-",
+                   "mnuFind|&Find|Ctrl+F", "-", "mnuAddFolderToRoot|&Add Folder To Root|",
+                   "mnuAddFolderToSelectedFolder|A&dd Folder To Selected Folder|"}));
   EXPECT_EQ(ItemsOf("mnuSongs"),
             (QStringList{
                 "mnuNewSongsNormalLocations|&Bring In New Songs (Look where I normally keep them)|",

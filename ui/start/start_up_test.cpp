@@ -24,6 +24,7 @@
 #include "tests/window_fixture.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/support/qt_path.h"
+#include "ui/support/shown_title.h"
 #include "util/user_folders.h"
 
 namespace tallow {
@@ -75,7 +76,7 @@ class StartUpTest : public testing::Test {
 TEST_F(StartUpTest, TheFirstStartEndsWithTheSampleJukeboxOnScreen) {
   EXPECT_TRUE(System(tallow, drives, windows).Main(QtsRuntimeFile()));
   EXPECT_TRUE(frame.isVisible());
-  EXPECT_EQ(frame.findChild<frmMain*>()->windowTitle(), QString::fromLatin1(kSampleCaption.data()));
+  EXPECT_EQ(ShownTitle(*frame.findChild<frmMain*>()), QString::fromLatin1(kSampleCaption.data()));
   auto& tree = Child<QTreeView>("TreeView");
   EXPECT_EQ(tree.model()->rowCount(), 12);
   EXPECT_TRUE(IndexOf(tree, "Artist/Queen").isValid());
