@@ -144,21 +144,22 @@ bool IsWordStart(std::string_view folded, std::size_t position) noexcept {
 }
 
 void AppendNaturalBytes(std::string& to, std::string_view folded) {
-  constexpr std::size_t kMaxLength = 0xFF;
+  // No byte of a key is 0: the length is counted from 1.
+  constexpr std::size_t kMaxLength = 0xFE;
   for (std::size_t i = 0; i < folded.size();) {
     if (!IsDigit(folded[i])) {
       to += folded[i++];
       continue;
     }
-    // A number is a digit, so that it compares with other characters as it is, its length in bytes
-    // of at most kMaxLength, and its digits.
+    // A number becomes a digit, which compares with other characters as the number does, its length
+    // in bytes of at most kMaxLength, and its digits.
     while (i < folded.size() && folded[i] == '0') ++i;
     const std::size_t begin = i;
     while (i < folded.size() && IsDigit(folded[i])) ++i;
     std::size_t length = i - begin;
     to += '0';
-    for (; length >= kMaxLength; length -= kMaxLength) to += static_cast<char>(kMaxLength);
-    to += static_cast<char>(length);
+    for (; length >= kMaxLength; length -= kMaxLength) to += static_cast<char>(kMaxLength + 1);
+    to += static_cast<char>(length + 1);
     to += folded.substr(begin, i - begin);
   }
 }

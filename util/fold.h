@@ -29,7 +29,7 @@ bool IsWordStart(std::string_view folded, std::size_t position) noexcept;
 
 /// Appends a key whose bytes, compared as unsigned numbers, put texts in natural order without case
 /// and accents: numbers by value. Texts of equal keys differ only in case, accents and leading
-/// zeros.
+/// zeros. No byte of a key is 0.
 ///
 /// \param folded a folded text
 void AppendNaturalBytes(std::string& to, std::string_view folded);
