@@ -15,6 +15,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QToolBar>
+#include <QWidgetAction>
 
 #include "tests/frame_fixture.h"
 #include "ui/dialogs/frm_help.h"
@@ -92,6 +93,8 @@ TEST_F(FrameMenus, TheToolbarHasItsButtonsAndTooltips) {
   ASSERT_NE(bar, nullptr);
   QStringList tips;
   for (const QAction* const action : bar->actions()) {
+    // The find field of the modern style, and the space before it.
+    if (qobject_cast<const QWidgetAction*>(action) != nullptr) continue;
     tips.append(action->isSeparator() ? QStringLiteral("-") : action->toolTip());
     if (!action->isSeparator()) {
       EXPECT_FALSE(action->icon().pixmap(24).isNull());
