@@ -74,7 +74,10 @@ class ListColumns : public JukeboxWindowTest {
   }
   QMenu& Menu() {
     auto* const list_menu = window.findChild<QMenu*>(QStringLiteral("ListMenu"));
-    return *list_menu->actions().last()->menu();
+    for (const QAction* const item : list_menu->actions())
+      if (item->menu() != nullptr && item->menu()->objectName() == QStringLiteral("HeaderMenu"))
+        return *item->menu();
+    throw std::runtime_error("no menu of the columns");
   }
   QAction& ItemOf(ListColumn column) {
     emit Menu().aboutToShow();
