@@ -115,7 +115,7 @@ bool CommandStates::CouldAct(FrameCommand command) const {
     case FrameCommand::kPlayAllSongsInFolder: {
       // Without a jukebox they say so.
       const Jukebox* const jukebox = jukeboxes_.ActiveJukebox();
-      return jukebox == nullptr || jukebox->selectednode() != nullptr;
+      return jukebox == nullptr || jukebox->ListFolder() != nullptr;
     }
     case FrameCommand::kCascade:
     case FrameCommand::kTile:
