@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "util/fold.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <utf8proc.h>
@@ -121,10 +122,13 @@ bool IsWordCharacter(std::string_view text, std::size_t position) noexcept {
 
 void AppendFolded(std::string& to, std::string_view text) {
   for (std::size_t i = 0; i < text.size();) {
-    if (static_cast<unsigned char>(text[i]) < 0x80) {
-      to += FoldAscii(text[i++]);
-      continue;
-    }
+    const std::size_t begin = i;
+    while (i < text.size() && static_cast<unsigned char>(text[i]) < 0x80) ++i;
+    const std::size_t size = to.size();
+    to += text.substr(begin, i - begin);
+    std::transform(to.begin() + static_cast<std::ptrdiff_t>(size), to.end(),
+                   to.begin() + static_cast<std::ptrdiff_t>(size), FoldAscii);
+    if (i == text.size()) return;
     const char32_t c = NextCharacter(text, i);
     AppendFoldedCharacter(to, c >= kInvalidByteBase ? kReplacement : c);
   }

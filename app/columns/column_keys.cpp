@@ -80,7 +80,7 @@ std::vector<ColumnKey> KeysOfColumn(const clsMain& library, LibraryDetails& deta
   std::vector<ColumnKey> keys(records.size());
   const std::vector<std::uint32_t> albums = PositionsOfShared(table, records, &Shared::album);
   for (std::size_t k = 0; k < records.size(); ++k) {
-    const DetailsRow row = table.Row(records[k]);
+    const DetailsRow row = table.Numbers(records[k]);
     keys[k].album = albums[k];
     keys[k].disc = row.disc;
     keys[k].track = row.track;
@@ -131,23 +131,21 @@ std::vector<ColumnKey> KeysOfColumn(const clsMain& library, LibraryDetails& deta
       break;
     case ListColumn::kDiscTrack:
       set_numbers([&](std::int32_t record) -> std::int64_t {
-        const DetailsRow row = table.Row(record);
+        const DetailsRow row = table.Numbers(record);
         return row.track > 0 ? (std::int64_t{row.disc} << 32U) + row.track : 0;
       });
       break;
     case ListColumn::kYear:
-      set_numbers([&](std::int32_t record) { return table.Row(record).year; });
+      set_numbers([&](std::int32_t record) { return table.Numbers(record).year; });
       break;
     case ListColumn::kLength:
-      set_numbers([&](std::int32_t record) { return table.Row(record).length_ms; });
+      set_numbers([&](std::int32_t record) { return table.Numbers(record).length_ms; });
       break;
     case ListColumn::kBitRate:
-      set_numbers([&](std::int32_t record) { return table.Row(record).bit_rate; });
+      set_numbers([&](std::int32_t record) { return table.Numbers(record).bit_rate; });
       break;
     case ListColumn::kRank:
-      set_numbers([&](std::int32_t record) {
-        return GivenRank(library.Song(record).Rank());
-      });
+      set_numbers([&](std::int32_t record) { return GivenRank(library.Song(record).Rank()); });
       break;
     case ListColumn::kPlays:
       set_numbers(

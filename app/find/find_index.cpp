@@ -97,12 +97,12 @@ void AppendOwnText(std::string& texts, FindIndex::Entry& entry, std::string_view
 }
 
 /// Makes the own texts of entries one after another.
-void AppendOwnTexts(std::string& texts, std::span<FindIndex::Entry> entries,
-                    const clsMain& library, const DetailsTable& table) {
+void AppendOwnTexts(std::string& texts, std::span<FindIndex::Entry> entries, const clsMain& library,
+                    const DetailsTable& table) {
   OwnTextMaker maker;
   for (FindIndex::Entry& entry : entries)
     AppendOwnText(texts, entry,
-                  maker.Make(library.Song(entry.record).Name(), table.Row(entry.record).title));
+                  maker.Make(library.Song(entry.record).Name(), table.Title(entry.record)));
 }
 
 }  // namespace
@@ -159,8 +159,30 @@ void FindIndex::FillEntries(const clsMain& library, const DetailsTable& table) {
   shared_texts_.clear();
   shared_ends_.clear();
   shared_pairs_.clear();
-  for (Entry& entry : all) SetShared(entry, table);
+  FillShared(table);
   FollowRanks(library);
+}
+
+void FindIndex::FillShared(const DetailsTable& table) {
+  std::int32_t last = 0;
+  for (const Entry& entry : entries_) last = std::max(last, entry.record);
+  std::vector<Entry*> by_record(static_cast<std::size_t>(last) + 1);
+  for (Entry& entry : entries_) by_record[static_cast<std::size_t>(entry.record)] = &entry;
+  DetailsTable::SharedTexts before;
+  const Entry* entry_before = nullptr;
+  for (Entry* const entry : by_record) {
+    if (entry == nullptr) continue;
+    const DetailsTable::SharedTexts shared = table.Shared(entry->record);
+    if (entry_before != nullptr && shared == before) {
+      entry->artist = entry_before->artist;
+      entry->album = entry_before->album;
+      entry->genre = entry_before->genre;
+    } else {
+      SetShared(*entry, table);
+    }
+    before = shared;
+    entry_before = entry;
+  }
 }
 
 void FindIndex::FollowRanks(const clsMain& library) {
@@ -172,7 +194,7 @@ void FindIndex::FollowDetails(const clsMain& library, const DetailsTable& table)
   for (Entry& entry : entries_) {
     if (table.ChangedAt(entry.record) <= details_version_) continue;
     const std::string_view text =
-        maker.Make(library.Song(entry.record).Name(), table.Row(entry.record).title);
+        maker.Make(library.Song(entry.record).Name(), table.Title(entry.record));
     if (text != OwnText(entry)) {
       wasted_ += entry.length;
       AppendOwnText(own_texts_, entry, text);

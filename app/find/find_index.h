@@ -59,6 +59,9 @@ class FindIndex {
   /// Sets what an entry has of the details.
   void SetShared(Entry& entry, const DetailsTable& table);
   std::uint32_t SharedIndex(TextHandle handle, const DetailsTable& table);
+  /// Sets what the entries have of the details, in the order of their record numbers, because
+  /// neighbours there often have the same texts.
+  void FillShared(const DetailsTable& table);
 
   std::vector<Entry> entries_;
   std::string own_texts_;
