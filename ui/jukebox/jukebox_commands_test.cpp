@@ -83,12 +83,12 @@ TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
 }
 
 TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {
-  EXPECT_EQ(ItemsOf(Menu("TreeMenu")),
-            (QStringList{"New Folder >", "> Add Folder to Selected Folder 4",
-                         "> Add Folder to Root 5", "Cu&t 6", "&Copy 7", "&Paste 8", "&Delete 9",
-                         "Sort Nodes 10", "Move To Root 11", "Rename 13", "-",
-                         "Play All Songs in Folder 14", "Play Next 15", "Add To Queue 16",
-                         "Properties... 17"}));
+  EXPECT_EQ(
+      ItemsOf(Menu("TreeMenu")),
+      (QStringList{"New Folder >", "> Add Folder to Selected Folder 4", "> Add Folder to Root 5",
+                   "Cu&t 6", "&Copy 7", "&Paste 8", "&Delete 9", "Sort Nodes 10", "Move To Root 11",
+                   "Rename 13", "-", "Play All Songs in Folder 14", "Play Next 15",
+                   "Add To Queue 16", "Properties... 17"}));
 }
 
 TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {
@@ -703,7 +703,8 @@ TEST_F(Commands, ItemsThatWouldDoNothingSilentlyAreGrey) {
   };
   emit window.PVExplorer1().ListPopUp(QPoint(10, 10));
   Menu("ListMenu").close();
-  EXPECT_EQ(grey(Menu("ListMenu")), QList<int>{6});
+  // Show In Folder is for hits of a search.
+  EXPECT_EQ(grey(Menu("ListMenu")), (QList<int>{6, 19}));
   // A special folder is neither deleted nor renamed. To cut it says why that is not possible.
   emit window.PVExplorer1().TreePopUp(&Nodes().ChildAt(0), QPoint(10, 10));
   Menu("TreeMenu").close();
@@ -711,7 +712,7 @@ TEST_F(Commands, ItemsThatWouldDoNothingSilentlyAreGrey) {
   tallow.clipboard.PutSongs({{1, 2}});
   emit window.PVExplorer1().ListPopUp(QPoint(10, 10));
   Menu("ListMenu").close();
-  EXPECT_EQ(grey(Menu("ListMenu")), QList<int>());
+  EXPECT_EQ(grey(Menu("ListMenu")), QList<int>{19});
   emit window.PVExplorer1().TreePopUp(&Nodes().ChildAt(1), QPoint(10, 10));
   Menu("TreeMenu").close();
   EXPECT_EQ(grey(Menu("TreeMenu")), (QList<int>{10, 11}));

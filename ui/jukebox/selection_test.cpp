@@ -245,7 +245,7 @@ TEST_F(Selection, TheMenuEnablesOnlyItemsThatHaveAnEffect) {
   EXPECT_EQ(beside(),
             (QList<TreeCommand>{kAddFolderToSelected, kCutFolder, kCopyFolder, kPasteFolder,
                                 kDeleteFolder, kSortNodes, kMoveToRoot, kRename, kPlayFolder,
-                                kPlayFolderNext, kAddFolderToQueue}));
+                                kPlayFolderNext, kAddFolderToQueue, kFolderProperties}));
   EXPECT_EQ(on_folder(), (QList<TreeCommand>{kPasteFolder, kSortNodes, kMoveToRoot}));
   // Songs can be pasted only into a folder.
   tallow.clipboard.PutSongs({{1, 2}});
