@@ -263,6 +263,24 @@ if [ -n "$long" ]; then
 fi
 
 echo
+echo "Searching while a text is typed, and sorting by a column; floor: one pass over as many bytes of"
+echo "memory as the index has"
+for size in 100000 1000000; do
+  figures=$("$programs/tallow_find_benchmark" "$PWD/$folder/" "$size")
+  floor=$(figure floor)
+  row "$size" floor "$floor" 1.00 "" ""
+  if [ "$size" = 100000 ]; then first_goal=0.1 search_goal=0.016; else first_goal=1 search_goal=0.1; fi
+  row "$size" "first key" "$(figure first)" "$(divide "$(figure first)" "$first_goal")" 1.0 \
+    "ratio to $first_goal s; $(divide "$(figure first)" "$floor" %.0f) x the floor; $(figure memory) MB"
+  row "$size" "search, slowest key" "$(figure search)" "$(divide "$(figure search)" "$search_goal")" 1.0 \
+    "ratio to $search_goal s; $(divide "$(figure search)" "$floor" %.1f) x the floor"
+  for what in title artist length folder; do
+    row "$size" "sort by $what" "$(figure "sort_$what")" "$(divide "$(figure "sort_$what")" "$floor" %.0f)" "" \
+      "ratio to the floor"
+  done
+done
+
+echo
 echo "Sorting 100000 rows (argument: the column), against std::sort of the same keys; goal: 3.0"
 "$programs/tallow_sort_benchmark" --benchmark_format=csv 2> /dev/null | awk -F, '
   /^"StandardSort/ { split($1, n, /[\/"]/); standard[n[3]] = $3 }

@@ -125,6 +125,7 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   frame.Details().Start();
   frame.Player().RestoreQueue();
   if (!line.files.empty()) frame.OpenFiles(line.files);
+  if (!tallow.is_shutting_down) windows.ShowDueTip();
   // A request to end that arrived while the files were opened found no event loop to quit.
   const int code = tallow.is_shutting_down ? 0 : QApplication::exec();
   // The request may have arrived in the middle of filing, which is complete now.

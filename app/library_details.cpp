@@ -4,9 +4,9 @@
 #include <atomic>
 #include <mutex>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 
+#include "app/records_by_path.h"
 #include "details/cover_reader.h"
 #include "details/details_store.h"
 #include "details/tag_children.h"
@@ -64,27 +64,35 @@ std::optional<SongTags> LibraryDetails::TagsOf(const std::string& path) const {
 DetailsRow LibraryDetails::RowOf(std::int32_t record) {
   if (library_ == nullptr || record < 1) return {};
   // What LoadAll has not found is not stored.
-  if (table_.Knows(record) || record <= loaded_) return table_.Row(record);
-  if (!stored_->is_open || !library_->IsPresent(record)) return {};
-  const auto details = stored_->store.LastOf(library_->Song(record).Path());
-  if (details) table_.Set(record, tallow::RowOf(*details));
-  return table_.Row(record);
+  const bool may_be_stored = !table_.Knows(record) && record > loaded_ && stored_->is_open;
+  if (may_be_stored && !library_->Song(record).IsMissing())
+    if (const auto details = stored_->store.LastOf(library_->Song(record).Path()))
+      table_.Set(record, tallow::RowOf(*details));
+  const DetailsRow row = table_.Row(record);
+  if (!row.known) returned_unknown_ = true;
+  return row;
 }
 
 const DetailsTable& LibraryDetails::LoadAll() {
   if (library_ == nullptr || loaded_ >= library_->UBoundOfMp3Array()) return table_;
-  std::unordered_map<std::string, std::int32_t> records;
-  for (std::int32_t record = loaded_ + 1; record <= library_->UBoundOfMp3Array(); ++record) {
-    const SongView song = library_->Song(record);
-    if (song.IsPresent() && !table_.Knows(record)) records.emplace(song.Path(), record);
-  }
+  std::vector<std::int32_t> missing;
+  for (std::int32_t record = loaded_ + 1; record <= library_->UBoundOfMp3Array(); ++record)
+    if (!table_.Knows(record) && !library_->Song(record).IsMissing()) missing.push_back(record);
   loaded_ = library_->UBoundOfMp3Array();
-  if (records.empty()) return table_;
+  if (missing.empty()) return table_;
+  const RecordsByPath records(*library_, missing);
   stored_->Store().ReadAll([&](std::string_view path, const DetailsRow& row) {
-    if (const auto found = records.find(std::string(path)); found != records.end())
-      table_.Set(found->second, row);
+    records.ForEach(path, [&](std::int32_t record) { table_.Set(record, row); });
   });
+  if (std::exchange(returned_unknown_, false)) ++version_;
   return table_;
+}
+
+void LibraryDetails::Keep(std::int32_t record, const DetailsRow& row) {
+  const bool was_known = table_.Knows(record);
+  if (!table_.Set(record, row)) return;
+  // What nobody has asked for is no news.
+  if (was_known || record <= loaded_ || std::exchange(returned_unknown_, false)) ++version_;
 }
 
 std::function<std::string(const std::string& path, const std::function<bool()>& stopped)>
@@ -156,7 +164,7 @@ void LibraryDetails::Add(std::int32_t record, const SongDetails& details) {
   // A file that was not there or could not be opened has no stamp, and is tried again.
   if (details.stamp != FileStamp()) facts |= kRead;
   if (details.failed) facts |= kFailed;
-  if (table_.Set(record, tallow::RowOf(details))) ++version_;
+  Keep(record, tallow::RowOf(details));
   if (!details.HasOnlyNewerTags()) return;
   facts |= kOnlyNewer;
   if (library_->IsPresent(record)) ++newer_;

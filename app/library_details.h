@@ -120,6 +120,8 @@ class LibraryDetails {
   RemainingTime::Time Now() const;
   void BeginPass();
   void Add(std::int32_t record, const SongDetails& details);
+  /// Stores the details that were read.
+  void Keep(std::int32_t record, const DetailsRow& row);
   std::vector<std::int32_t> Having(Fact fact) const;
 
   std::shared_ptr<Stored> stored_;
@@ -134,6 +136,7 @@ class LibraryDetails {
   std::vector<unsigned char> facts_;  ///< by record number
   DetailsTable table_;
   std::int32_t loaded_ = 0;  ///< LoadAll has read the songs up to this record number
+  bool returned_unknown_ = false;  ///< RowOf has returned a row that is not known
   std::uint64_t version_ = 0;
   std::int32_t rows_ = 0;  ///< of the library when this pass began
   std::int32_t songs_ = 0;

@@ -281,5 +281,62 @@ TEST_F(LibraryDetailsFill, ADamagedDatabaseIsSetAside) {
   EXPECT_TRUE(FileExists(database_ + ".bak"));
 }
 
+TEST_F(LibraryDetailsFill, ARowIsKnownWhenItsSongIsReadOrStored) {
+  Song("a.mp3", Newer());
+  Song("b.mp3", Older());
+  AddSong("0", "0", "0");
+  auto first = std::make_unique<LibraryDetails>(database_);
+  EXPECT_FALSE(first->RowOf(1).known);
+  first->Start(library);
+  Finish(*first);
+  EXPECT_EQ(first->RowOf(1).title, "Newer");
+  EXPECT_EQ(first->RowOf(2).title, "Older");
+  for (const std::int32_t other : {3, 4, 0, -1}) EXPECT_FALSE(first->RowOf(other).known);
+
+  // Another run finds them in the database, once that is open.
+  first.reset();
+  LibraryDetails again(database_);
+  again.Use(library);
+  EXPECT_FALSE(again.RowOf(1).known);
+  again.TagReader()(music / "none.mp3");
+  EXPECT_FALSE(again.Table().Knows(1));
+  EXPECT_EQ(again.RowOf(1).title, "Newer");
+  EXPECT_EQ(again.Version(), 0U);
+}
+
+TEST_F(LibraryDetailsFill, LoadAllReadsWhatIsStored) {
+  Song("a.mp3", Newer());
+  Song("b.mp3", Older());
+  auto first = std::make_unique<LibraryDetails>(database_);
+  first->Start(library);
+  Finish(*first);
+  first.reset();
+  Song("c.mp3", Older());
+  LibraryDetails again(database_);
+  EXPECT_FALSE(again.LoadAll().Knows(1));
+  again.Use(library);
+  EXPECT_EQ(again.LoadAll().Title(1), "Newer");
+  EXPECT_EQ(again.Table().Title(2), "Older");
+  EXPECT_FALSE(again.Table().Knows(3));
+  EXPECT_FALSE(again.RowOf(3).known);
+  again.Start(library);
+  EXPECT_FALSE(again.Table().Knows(1));
+  Finish(again);
+  EXPECT_EQ(again.RowOf(3).title, "Older");
+}
+
+TEST_F(LibraryDetailsFill, TheVersionGrowsWhenARowBecomesKnown) {
+  Song("a.mp3", Newer());
+  details_.Start(library);
+  const std::uint64_t before = details_.Version();
+  EXPECT_FALSE(details_.RowOf(1).known);
+  Finish(details_);
+  const std::uint64_t after = details_.Version();
+  EXPECT_GT(after, before);
+  EXPECT_EQ(details_.RowOf(1).title, "Newer");
+  details_.LoadAll();
+  EXPECT_EQ(details_.Version(), after);
+}
+
 }  // namespace
 }  // namespace tallow

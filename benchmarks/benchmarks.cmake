@@ -26,6 +26,10 @@ add_executable(tallow_details_benchmark benchmarks/details_benchmark.cpp
                                         benchmarks/process_memory_${platform}.cpp)
 target_link_libraries(tallow_details_benchmark PRIVATE tallow_details)
 
+add_executable(tallow_find_benchmark benchmarks/find_benchmark.cpp
+                                     benchmarks/process_memory_${platform}.cpp)
+target_link_libraries(tallow_find_benchmark PRIVATE tallow_app)
+
 add_executable(tallow_sort_benchmark benchmarks/sort_benchmark.cpp)
 target_link_libraries(tallow_sort_benchmark PRIVATE tallow_app benchmark::benchmark)
 

@@ -7,9 +7,11 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "details/database.h"
+#include "details/details_table.h"
 #include "tests/temp_folder.h"
 #include "util/atomic_file.h"
 
@@ -287,6 +289,32 @@ TEST_F(Store, AgreesWithAMapOnRandomCalls) {
     }
   }
   EXPECT_TRUE(store_.TakeProblems().empty());
+}
+
+TEST_F(Store, ReadsTheDetailsOfAllFilesInOrder) {
+  store_.ReadAll([](std::string_view, const DetailsRow&) { FAIL(); });
+  store_.Open(path_);
+  const SongDetails details = Details(7, "Title");
+  store_.Put("/m/b.mp3", details);
+  store_.Put("/m/\xFF.mp3", Details(8, "Other"));
+  store_.Put("/m/a b.mp3", Details(9, ""));
+  std::vector<std::string> paths;
+  store_.ReadAll([&](std::string_view path, const DetailsRow& row) {
+    paths.emplace_back(path);
+    if (path == "/m/b.mp3") {
+      EXPECT_EQ(row, RowOf(details));
+    }
+  });
+  EXPECT_EQ(paths, (std::vector<std::string>{"/m/a b.mp3", "/m/b.mp3", "/m/\xFF.mp3"}));
+}
+
+TEST_F(Store, ReturnsTheLastDetailsOfAFileThatHasChanged) {
+  EXPECT_FALSE(store_.LastOf("/m/a.mp3").has_value());
+  store_.Open(path_);
+  const SongDetails details = Details(7, "Title");
+  store_.Put("/m/a.mp3", details);
+  EXPECT_EQ(store_.LastOf("/m/a.mp3"), details);
+  EXPECT_FALSE(store_.LastOf("/m/b.mp3").has_value());
 }
 
 }  // namespace

@@ -48,11 +48,12 @@ bool DetailsTable::Set(std::int32_t record, const DetailsRow& row) {
   const auto index = static_cast<std::size_t>(record);
   if (index >= rows_.size()) rows_.resize(index + 1);
   Stored& stored = rows_[index];
-  Stored now{.shared = {.artist = pool_->Share(row.artist),
-                        .album_artist = pool_->Share(row.album_artist),
-                        .album = pool_->Share(row.album),
-                        .genre = pool_->Share(row.genre),
-                        .format = pool_->Share(row.format)},
+  last_ = {.artist = Share(row.artist, last_.artist),
+           .album_artist = Share(row.album_artist, last_.album_artist),
+           .album = Share(row.album, last_.album),
+           .genre = Share(row.genre, last_.genre),
+           .format = Share(row.format, last_.format)};
+  Stored now{.shared = last_,
              .title = stored.title,
              .length_ms = row.length_ms,
              .bit_rate = row.bit_rate,
@@ -74,22 +75,38 @@ bool DetailsTable::Set(std::int32_t record, const DetailsRow& row) {
   return true;
 }
 
+TextHandle DetailsTable::Share(std::string_view text, TextHandle last) {
+  return text == pool_->Text(last) ? last : pool_->Share(text);
+}
+
 const DetailsTable::Stored* DetailsTable::Find(std::int32_t record) const noexcept {
   if (record < 0 || record >= Size()) return nullptr;
   const Stored& stored = rows_[static_cast<std::size_t>(record)];
   return stored.changed_at != 0 ? &stored : nullptr;
 }
 
+std::string_view DetailsTable::Title(std::int32_t record) const noexcept {
+  const Stored* const stored = Find(record);
+  return stored != nullptr ? pool_->Text(stored->title) : std::string_view();
+}
+
 DetailsRow DetailsTable::Row(std::int32_t record) const noexcept {
+  DetailsRow row = Numbers(record);
+  if (!row.known) return row;
+  const SharedTexts shared = Shared(record);
+  row.title = Title(record);
+  row.artist = pool_->Text(shared.artist);
+  row.album_artist = pool_->Text(shared.album_artist);
+  row.album = pool_->Text(shared.album);
+  row.genre = pool_->Text(shared.genre);
+  row.format = pool_->Text(shared.format);
+  return row;
+}
+
+DetailsRow DetailsTable::Numbers(std::int32_t record) const noexcept {
   const Stored* const stored = Find(record);
   if (stored == nullptr) return {};
   return {.known = true,
-          .title = pool_->Text(stored->title),
-          .artist = pool_->Text(stored->shared.artist),
-          .album_artist = pool_->Text(stored->shared.album_artist),
-          .album = pool_->Text(stored->shared.album),
-          .genre = pool_->Text(stored->shared.genre),
-          .format = pool_->Text(stored->shared.format),
           .disc = stored->disc,
           .track = stored->track,
           .year = stored->year,
@@ -124,6 +141,7 @@ void DetailsTable::PackIfWasteful() {
     stored.title = pool->Add(pool_->Text(stored.title));
   }
   pool_ = std::move(pool);
+  last_ = {};
   wasted_ = 0;
   ++packings_;
 }
@@ -131,6 +149,7 @@ void DetailsTable::PackIfWasteful() {
 void DetailsTable::Clear() {
   pool_ = std::make_unique<TextPool>();
   rows_.clear();
+  last_ = {};
   wasted_ = 0;
   ++version_;
   ++packings_;

@@ -52,6 +52,10 @@ class DetailsTable {
 
   /// The details of a song; not known when none were stored. Any record number is allowed.
   DetailsRow Row(std::int32_t record) const noexcept;
+  /// Row(record).title, which costs less.
+  std::string_view Title(std::int32_t record) const noexcept;
+  /// Row(record) without its texts, which costs less.
+  DetailsRow Numbers(std::int32_t record) const noexcept;
   bool Knows(std::int32_t record) const noexcept { return Find(record) != nullptr; }
 
   // The texts that songs share, as handles: equal texts have equal handles, 0 is the empty text. 0
@@ -98,12 +102,15 @@ class DetailsTable {
     friend bool operator==(const Stored&, const Stored&) = default;
   };
 
+  /// The handle of a text that is often that of the last song.
+  TextHandle Share(std::string_view text, TextHandle last);
   const Stored* Find(std::int32_t record) const noexcept;
   /// Drops the titles that were replaced, once they are more than half of the texts.
   void PackIfWasteful();
 
   std::unique_ptr<TextPool> pool_;
   std::vector<Stored> rows_;
+  SharedTexts last_;        ///< of the last Set
   std::size_t wasted_ = 0;  ///< bytes of titles that were replaced
   std::uint32_t version_ = 0;
   std::uint32_t packings_ = 0;

@@ -33,6 +33,7 @@ void EditHistory::End() {
   undo_.push_back(std::move(open_));
   open_ = {};
   DropOldSteps();
+  Changed();
 }
 
 void EditHistory::DropRedo() {
@@ -257,6 +258,7 @@ Folder* EditHistory::Undo() {
   ToggleAll(step, true);
   redo_.push_back(std::move(step));
   last_was_undo_ = true;
+  Changed();
   return IfInTree(redo_.back().show_after_undo);
 }
 
@@ -268,6 +270,7 @@ Folder* EditHistory::Redo() {
   undo_.push_back(std::move(step));
   RemoveSongsFiledMeanwhile(undo_.back());
   last_was_undo_ = false;
+  Changed();
   return IfInTree(undo_.back().show_after_redo);
 }
 

@@ -4,8 +4,10 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "jukebox/folder_tree.h"
@@ -161,6 +163,9 @@ class EditHistory {
   enum class LinkedStepState { kNone, kDone, kUndone };
   LinkedStepState StateOfLinkedStep(std::uint64_t move) const noexcept;
 
+  /// Sets a callback that runs after each step that is made, undone or redone.
+  void OnChange(std::function<void()> changed) { changed_ = std::move(changed); }
+
   /// Marks the current tree as the saved one.
   void MarkSaved() noexcept;
   /// Whether the user's changes since MarkSaved, or since construction, cancel out.
@@ -197,6 +202,9 @@ class EditHistory {
   Folder* IfInTree(Folder* folder) const;
 
   static std::size_t BytesOf(const Step& step);
+  void Changed() const {
+    if (changed_) changed_();
+  }
   static bool ChangesTree(const Step& step);
   const Step* LastStep() const;
   void DropOldSteps();
@@ -210,7 +218,8 @@ class EditHistory {
   std::deque<Step> undo_;   ///< latest step at the end
   std::vector<Step> redo_;  ///< next step to redo at the end
   bool last_was_undo_ = false;
-  std::size_t bytes_ = 0;  ///< sum over undo_ and redo_
+  std::function<void()> changed_;  ///< may be empty
+  std::size_t bytes_ = 0;          ///< sum over undo_ and redo_
   /// Size of undo_ when the tree was saved; kUnreachable when no undo or redo leads to that state.
   std::ptrdiff_t saved_at_ = 0;
 };

@@ -50,7 +50,8 @@ TEST_F(FoldersOfASong, AreListedInTheOrderOfTheTree) {
 }
 
 TEST_F(FoldersOfASong, LeaveOutFoldersThatAreSetAside) {
-  // Without the switch albums, the automatic "Album" is set aside.
+  // Once the switches were used, the automatic "Album" is set aside without the switch albums.
+  library.UseSwitches(kClassicStyle);
   Folder& album = Add("Album", {});
   album.Automatic(true);
   Add("Hits", {1}, &album);

@@ -44,6 +44,7 @@ void Jukebox::Replace(LoadedJukebox& loaded) {
   display_.ColumnHeaders(std::move(loaded.columns));
   display_.HeadersChanged();
   display_.ListChanged();
+  if (changed_) changed_();
 }
 
 void Jukebox::Renumber(const NewNumbers& numbers) {
@@ -57,6 +58,12 @@ void Jukebox::Renumber(const NewNumbers& numbers) {
 void Jukebox::IsFormDirty(bool dirty) noexcept {
   was_marked_dirty_ = dirty;
   if (!dirty) history_.MarkSaved();
+  if (changed_) changed_();
+}
+
+void Jukebox::OnChange(std::function<void()> changed) {
+  changed_ = changed;
+  history_.OnChange(std::move(changed));
 }
 
 Jukebox::StepResult Jukebox::Undo() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -52,6 +53,12 @@ class Jukebox {
   bool IsFormDirty() const noexcept { return was_marked_dirty_ || !history_.IsAsSaved(); }
   /// \param dirty true: marks the jukebox as changed until it is saved; false: marks it as saved
   void IsFormDirty(bool dirty) noexcept;
+
+  /// Whether the jukebox has changes that are not in its file, as far as is known without reading
+  /// the file: it is dirty, and was never saved or has another content than its file.
+  bool IsUnsaved() const { return IsFormDirty() && (FilePath().empty() || DiffersFromFile()); }
+  /// Sets a callback that runs when IsUnsaved() may have changed.
+  void OnChange(std::function<void()> changed);
 
   /// The undo history, which makes and undoes the user's changes to folders and songs.
   EditHistory& History() noexcept { return history_; }
@@ -198,6 +205,7 @@ class Jukebox {
   /// Order and first header of the list of selectednode(), while hits are shown.
   SongListOrder order_before_hits_;
   std::string header_before_hits_;
+  std::function<void()> changed_;  ///< may be empty
   bool was_marked_dirty_ = false;  ///< by IsFormDirty(true), since the jukebox was saved
 };
 

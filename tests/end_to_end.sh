@@ -44,9 +44,12 @@ start() {
 start
 until_true 60 "the tip at the start" window_named '^Tip of the Day$'
 picture 1-tip
+# The tip leaves the keyboard to the main window.
+go_to '^Tip of the Day$'
 keys alt+n alt+s Return
 until_true 10 "the end of the tip" no_window_named '^Tip of the Day$'
 until_true 10 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
+go_to '(^| - )Tallow - '
 grep -q 'Show%20Tips%20at%20Startup=0' "$folder/config/Tallow/tallow.conf" || fail "The tip's option is not saved."
 
 # Three songs get the highest rank.

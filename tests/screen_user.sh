@@ -24,6 +24,8 @@ until_true() {
 }
 window_named() { xdotool search --onlyvisible --name "$1"; }
 no_window_named() { ! window_named "$1"; }
+# go_to NAME: gives a window the keyboard focus
+go_to() { xdotool search --onlyvisible --name "$1" windowactivate --sync > /dev/null 2>&1 || :; }
 # Presses keys, with a delay after each for a menu or a window to open.
 keys() {
   local key

@@ -107,13 +107,15 @@ start
 until_true 120 "the tip at the start" window_named '^Tip of the Day$'
 sleep 0.5
 picture 1-first-start
+# The tip leaves the keyboard to the main window.
+go_to '^Tip of the Day$'
 keys alt+s
 [ "$(value 'Software\Tallow\tallow\Options' 'Show Tips at Startup')" = 0x0 ] ||
   fail "The tip's option is not in the registry."
 keys Return
 until_true 10 "the end of the tip" no_window_named '^Tip of the Day$'
 until_true 10 "the sample jukebox" window_named '(^| - )Tallow - \[Jukebox One'
-sleep 0.5
+activate
 picture 2-sample
 
 # Compares the settings byte for byte.

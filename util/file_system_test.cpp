@@ -8,6 +8,7 @@
 #include <thread>
 
 #include "tests/temp_folder.h"
+#include "util/day.h"
 #include "util/errors.h"
 #ifndef _WIN32
 #include <sys/stat.h>
@@ -231,6 +232,14 @@ TEST(FileSystem, EntriesThatAreNotFilesAreListedWhenRequested) {
   EXPECT_EQ(ListFolder(folder.path(), request).others,
             std::vector<std::string>{"Jukebox-2.unsaved"});
   EXPECT_TRUE(ListFolder(folder.path(), {.pattern = "Jukebox-*.unsaved"}).others.empty());
+}
+
+TEST(FileStamps, TheDayOfAFileWrittenNowIsToday) {
+  const TempFolder folder;
+  const std::int32_t before = Today();
+  const std::int32_t day = DayOf(StampOf(folder.File("a.txt")).value());
+  EXPECT_GE(day, before);
+  EXPECT_LE(day, Today());
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "util/fold.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <utf8proc.h>
@@ -121,10 +122,13 @@ bool IsWordCharacter(std::string_view text, std::size_t position) noexcept {
 
 void AppendFolded(std::string& to, std::string_view text) {
   for (std::size_t i = 0; i < text.size();) {
-    if (static_cast<unsigned char>(text[i]) < 0x80) {
-      to += FoldAscii(text[i++]);
-      continue;
-    }
+    const std::size_t begin = i;
+    while (i < text.size() && static_cast<unsigned char>(text[i]) < 0x80) ++i;
+    const std::size_t size = to.size();
+    to += text.substr(begin, i - begin);
+    std::transform(to.begin() + static_cast<std::ptrdiff_t>(size), to.end(),
+                   to.begin() + static_cast<std::ptrdiff_t>(size), FoldAscii);
+    if (i == text.size()) return;
     const char32_t c = NextCharacter(text, i);
     AppendFoldedCharacter(to, c >= kInvalidByteBase ? kReplacement : c);
   }
@@ -144,21 +148,22 @@ bool IsWordStart(std::string_view folded, std::size_t position) noexcept {
 }
 
 void AppendNaturalBytes(std::string& to, std::string_view folded) {
-  constexpr std::size_t kMaxLength = 0xFF;
+  // No byte of a key is 0: the length is counted from 1.
+  constexpr std::size_t kMaxLength = 0xFE;
   for (std::size_t i = 0; i < folded.size();) {
     if (!IsDigit(folded[i])) {
       to += folded[i++];
       continue;
     }
-    // A number is a digit, so that it compares with other characters as it is, its length in bytes
-    // of at most kMaxLength, and its digits.
+    // A number becomes a digit, which compares with other characters as the number does, its length
+    // in bytes of at most kMaxLength, and its digits.
     while (i < folded.size() && folded[i] == '0') ++i;
     const std::size_t begin = i;
     while (i < folded.size() && IsDigit(folded[i])) ++i;
     std::size_t length = i - begin;
     to += '0';
-    for (; length >= kMaxLength; length -= kMaxLength) to += static_cast<char>(kMaxLength);
-    to += static_cast<char>(length);
+    for (; length >= kMaxLength; length -= kMaxLength) to += static_cast<char>(kMaxLength + 1);
+    to += static_cast<char>(length + 1);
     to += folded.substr(begin, i - begin);
   }
 }

@@ -14,8 +14,8 @@ namespace tallow {
 ///
 /// - Characters are decomposed (NFKD), marks are dropped, and case is folded: "Beyoncé" and
 ///   "BEYONCE" are equal.
-/// - Letters that Unicode does not decompose although readers take them for another, "ø", "ł", "æ",
-///   become that letter or two. So do typographic apostrophes, quotation marks and dashes, which
+/// - Letters that Unicode does not decompose although readers take them for another ("ø", "ł",
+///   "æ") become that letter or two. So do typographic apostrophes, quotation marks and dashes, which
 ///   keyboards do not have.
 /// - Separators and control characters become a blank (20 hex), so no other byte below that is in a
 ///   folded text.
@@ -29,7 +29,7 @@ bool IsWordStart(std::string_view folded, std::size_t position) noexcept;
 
 /// Appends a key whose bytes, compared as unsigned numbers, put texts in natural order without case
 /// and accents: numbers by value. Texts of equal keys differ only in case, accents and leading
-/// zeros.
+/// zeros. No byte of a key is 0.
 ///
 /// \param folded a folded text
 void AppendNaturalBytes(std::string& to, std::string_view folded);

@@ -28,7 +28,7 @@ TEST(Fold, ReplacesLettersAndSignsThatKeyboardsLack) {
 }
 
 TEST(Fold, MakesBlanksOfSeparatorsAndControlCharacters) {
-  EXPECT_EQ(Folded(std::string_view("a\tb\0c\u00A0d\u3000e\x7F", 12)), "a b c d e ");
+  EXPECT_EQ(Folded(std::string_view("a\tb\0c\u00A0d\u3000e\x7F", 13)), "a b c d e ");
 }
 
 TEST(Fold, ReplacesInvalidBytes) { EXPECT_EQ(Folded("Beyonc\xE9"), "beyonc\uFFFD"); }

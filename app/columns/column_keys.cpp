@@ -3,11 +3,11 @@
 
 #include <algorithm>
 #include <cstddef>
-#include <numeric>
 #include <string>
 #include <string_view>
 #include <unordered_map>
 
+#include "app/columns/given_rank.h"
 #include "app/columns/song_columns.h"
 #include "app/library_details.h"
 #include "app/playing/play_counts.h"
@@ -15,48 +15,55 @@
 #include "library/cls_main.h"
 #include "library/text_pool.h"
 #include "util/fold.h"
+#include "util/text_order.h"
 
 namespace tallow {
 namespace {
 
-std::string NaturalBytes(std::string_view text) {
-  std::string bytes;
-  AppendNaturalBytes(bytes, Folded(text));
-  return bytes;
-}
+/// Texts in one block of memory, with their positions in natural order.
+class NaturalKeys {
+ public:
+  explicit NaturalKeys(std::size_t texts) { ends_.reserve(texts); }
 
-/// The positions of texts in natural order, from 1; equal ones have the same. 0 for an empty text.
-std::vector<std::uint32_t> PositionsInOrder(const std::vector<std::string>& keys) {
-  std::vector<std::uint32_t> order(keys.size());
-  std::iota(order.begin(), order.end(), 0U);
-  std::ranges::sort(order, [&](std::uint32_t a, std::uint32_t b) { return keys[a] < keys[b]; });
-  std::vector<std::uint32_t> positions(keys.size());
-  std::uint32_t position = 0;
-  const std::string* last = nullptr;
-  for (const std::uint32_t index : order) {
-    const std::string& key = keys[index];
-    if (key.empty()) continue;
-    if (last == nullptr || *last != key) ++position;
-    last = &key;
-    positions[index] = position;
+  void Add(std::string_view text) {
+    folded_.clear();
+    AppendFolded(folded_, text);
+    AppendNaturalBytes(bytes_, folded_);
+    ends_.push_back(bytes_.size());
   }
-  return positions;
-}
+
+  /// For each text, see PositionsOfTexts.
+  std::vector<std::uint32_t> Positions() const {
+    std::vector<std::string_view> views;
+    views.reserve(ends_.size());
+    std::size_t begin = 0;
+    for (const std::size_t end : ends_) {
+      views.push_back(std::string_view(bytes_).substr(begin, end - begin));
+      begin = end;
+    }
+    return PositionsOfTexts(views);
+  }
+
+ private:
+  std::string folded_;
+  std::string bytes_;
+  std::vector<std::size_t> ends_;
+};
 
 /// The positions of the texts of songs that many songs share.
 std::vector<std::uint32_t> PositionsOfShared(const DetailsTable& table,
                                              std::span<const std::int32_t> records,
                                              TextHandle DetailsTable::SharedTexts::*text) {
   std::unordered_map<TextHandle, std::size_t> indexes;
-  std::vector<std::string> keys;
+  NaturalKeys keys(0);
   std::vector<std::size_t> index_of(records.size());
   for (std::size_t k = 0; k < records.size(); ++k) {
     const TextHandle handle = table.Shared(records[k]).*text;
-    const auto [found, is_new] = indexes.emplace(handle, keys.size());
-    if (is_new) keys.push_back(NaturalBytes(table.Text(handle)));
+    const auto [found, is_new] = indexes.emplace(handle, indexes.size());
+    if (is_new) keys.Add(table.Text(handle));
     index_of[k] = found->second;
   }
-  const std::vector<std::uint32_t> positions = PositionsInOrder(keys);
+  const std::vector<std::uint32_t> positions = keys.Positions();
   std::vector<std::uint32_t> result(records.size());
   std::ranges::transform(index_of, result.begin(),
                          [&](std::size_t index) { return positions[index]; });
@@ -73,7 +80,7 @@ std::vector<ColumnKey> KeysOfColumn(const clsMain& library, LibraryDetails& deta
   std::vector<ColumnKey> keys(records.size());
   const std::vector<std::uint32_t> albums = PositionsOfShared(table, records, &Shared::album);
   for (std::size_t k = 0; k < records.size(); ++k) {
-    const DetailsRow row = table.Row(records[k]);
+    const DetailsRow row = table.Numbers(records[k]);
     keys[k].album = albums[k];
     keys[k].disc = row.disc;
     keys[k].track = row.track;
@@ -83,10 +90,10 @@ std::vector<ColumnKey> KeysOfColumn(const clsMain& library, LibraryDetails& deta
     for (std::size_t k = 0; k < keys.size(); ++k) keys[k].key = positions[k];
   };
   const auto set_texts = [&](const auto& text_of) {
-    std::vector<std::string> texts(records.size());
-    for (std::size_t k = 0; k < keys.size(); ++k)
-      if (library.IsPresent(records[k])) texts[k] = NaturalBytes(text_of(records[k]));
-    const std::vector<std::uint32_t> positions = PositionsInOrder(texts);
+    NaturalKeys texts(records.size());
+    for (const std::int32_t record : records)
+      texts.Add(library.IsPresent(record) ? text_of(record) : std::string_view());
+    const std::vector<std::uint32_t> positions = texts.Positions();
     for (std::size_t k = 0; k < keys.size(); ++k) keys[k].key = positions[k];
   };
   const auto set_numbers = [&](const auto& number_of) {
@@ -124,24 +131,21 @@ std::vector<ColumnKey> KeysOfColumn(const clsMain& library, LibraryDetails& deta
       break;
     case ListColumn::kDiscTrack:
       set_numbers([&](std::int32_t record) -> std::int64_t {
-        const DetailsRow row = table.Row(record);
+        const DetailsRow row = table.Numbers(record);
         return row.track > 0 ? (std::int64_t{row.disc} << 32U) + row.track : 0;
       });
       break;
     case ListColumn::kYear:
-      set_numbers([&](std::int32_t record) { return table.Row(record).year; });
+      set_numbers([&](std::int32_t record) { return table.Numbers(record).year; });
       break;
     case ListColumn::kLength:
-      set_numbers([&](std::int32_t record) { return table.Row(record).length_ms; });
+      set_numbers([&](std::int32_t record) { return table.Numbers(record).length_ms; });
       break;
     case ListColumn::kBitRate:
-      set_numbers([&](std::int32_t record) { return table.Row(record).bit_rate; });
+      set_numbers([&](std::int32_t record) { return table.Numbers(record).bit_rate; });
       break;
     case ListColumn::kRank:
-      set_numbers([&](std::int32_t record) {
-        const std::int32_t rank = library.Song(record).Rank();
-        return rank >= kLowestRank && rank <= kHighestRank ? rank : 0;
-      });
+      set_numbers([&](std::int32_t record) { return GivenRank(library.Song(record).Rank()); });
       break;
     case ListColumn::kPlays:
       set_numbers(

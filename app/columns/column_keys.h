@@ -14,10 +14,6 @@ class LibraryDetails;
 class PlayCounts;
 class clsMain;
 
-/// The best and the lowest rank that a user can give.
-inline constexpr std::int32_t kHighestRank = 7;
-inline constexpr std::int32_t kLowestRank = 3;
-
 /// The sort keys of songs in a column, see SongColumns::KeysOf. Texts become numbers once: each
 /// distinct text of songs is folded and compared once, not once for each song.
 ///

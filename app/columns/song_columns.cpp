@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "app/columns/column_keys.h"
+#include "app/columns/given_rank.h"
 #include "app/library_details.h"
 #include "app/playing/play_counts.h"
 #include "details/details_table.h"
@@ -36,10 +37,6 @@ std::string DiscTrackText(const DetailsRow& row) {
 std::string_view FolderText(std::string_view folder) {
   if (folder.size() > 1 && folder[folder.size() - 2] != ':') folder.remove_suffix(1);
   return folder;
-}
-
-std::string RankText(std::int32_t rank) {
-  return rank >= kLowestRank && rank <= kHighestRank ? std::to_string(rank) : std::string();
 }
 
 std::int32_t DayOfLastPlay(const PlayCount& count) {
@@ -78,9 +75,10 @@ std::int32_t AddedDay(const clsMain& library, LibraryDetails& details, std::int3
   return details.RowOf(record).modified;
 }
 
-std::string TitleOfSong(const clsMain& library, LibraryDetails& details, std::int32_t record) {
+std::string_view TitleOfSong(const clsMain& library, LibraryDetails& details,
+                             std::int32_t record) {
   const DetailsRow row = details.RowOf(record);
-  return std::string(row.title.empty() ? WithoutExtension(library.Song(record).Name()) : row.title);
+  return row.title.empty() ? WithoutExtension(library.Song(record).Name()) : row.title;
 }
 
 std::string SongColumns::Text(ListColumn column, std::int32_t record) const {
@@ -95,7 +93,7 @@ std::string SongColumns::Text(ListColumn column, std::int32_t record) const {
     case ListColumn::kPosition:
       return {};
     case ListColumn::kTitle:
-      return TitleOfSong(library_, details_, record);
+      return std::string(TitleOfSong(library_, details_, record));
     case ListColumn::kArtist:
       return std::string(details_.RowOf(record).artist);
     case ListColumn::kAlbum:
@@ -109,7 +107,7 @@ std::string SongColumns::Text(ListColumn column, std::int32_t record) const {
     case ListColumn::kLength:
       return LengthText(details_.RowOf(record).length_ms);
     case ListColumn::kRank:
-      return RankText(song.Rank());
+      return TextOrEmpty(GivenRank(song.Rank()));
     case ListColumn::kPlays:
       return TextOrEmpty(counts_.Of(song.Path()).count);
     case ListColumn::kLastPlayed:

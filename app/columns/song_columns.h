@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "app/columns/list_column.h"
 #include "jukebox/column_sort.h"
@@ -41,7 +42,8 @@ class SongColumns {
 std::int32_t AddedDay(const clsMain& library, LibraryDetails& details, std::int32_t record);
 
 /// The title of a song in lists: the title of its details, else its file name without extension.
-std::string TitleOfSong(const clsMain& library, LibraryDetails& details, std::int32_t record);
+/// Valid until the library or the details change.
+std::string_view TitleOfSong(const clsMain& library, LibraryDetails& details, std::int32_t record);
 
 /// A day in the form "2026-11-23"; empty for 0.
 /// \param day days since 1970-01-01

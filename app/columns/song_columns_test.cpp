@@ -130,7 +130,7 @@ TEST_F(SongColumnsTest, WritesDaysAndLengths) {
   EXPECT_EQ(LengthText(499), "0:00");
   EXPECT_EQ(LengthText(59'500), "1:00");
   EXPECT_EQ(LengthText(3'599'000), "59:59");
-  EXPECT_EQ(LengthText(3'722'000), "1:02:03");
+  EXPECT_EQ(LengthText(3'723'000), "1:02:03");
 }
 
 TEST_F(SongColumnsTest, SortsInNaturalOrderWithoutCaseAndAccents) {

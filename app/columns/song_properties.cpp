@@ -6,6 +6,7 @@
 
 #include "app/columns/list_column.h"
 #include "app/columns/song_columns.h"
+#include "app/columns/song_sums.h"
 #include "app/library_details.h"
 #include "app/playing/play_counts.h"
 #include "library/cls_main.h"
@@ -53,6 +54,11 @@ std::string LengthOf(std::span<const std::int32_t> songs, LibraryDetails& detail
   return SumText(LengthText(sum), unknown, songs.size());
 }
 
+/// "61 MB (61,300,000 bytes)"
+std::string ExactSizeText(std::int64_t bytes) {
+  return SizeText(bytes) + " (" + GroupedNumber(bytes) + (bytes == 1 ? " byte)" : " bytes)");
+}
+
 std::string SizeOf(std::span<const std::int32_t> songs, const clsMain& library) {
   std::int64_t sum = 0;
   std::size_t unknown = 0;
@@ -63,28 +69,10 @@ std::string SizeOf(std::span<const std::int32_t> songs, const clsMain& library) 
     else
       sum += size;
   }
-  return SumText(SizeText(sum), unknown, songs.size());
+  return SumText(ExactSizeText(sum), unknown, songs.size());
 }
 
 }  // namespace
-
-std::string SizeText(std::int64_t bytes) {
-  constexpr std::int64_t kStep = 1000;
-  constexpr std::int64_t kTenths = 10;
-  const std::string in_bytes = GroupedNumber(bytes) + (bytes == 1 ? " byte" : " bytes");
-  if (bytes < kStep) return in_bytes;
-  constexpr const char* kUnits[] = {"kB", "MB", "GB", "TB"};
-  std::size_t unit = 0;
-  std::int64_t size = kStep;
-  // A value that would be rounded to 1,000 is shown in the next unit.
-  while (unit + 1 < std::size(kUnits) && bytes + size / (2 * kTenths) >= size * kStep) {
-    size *= kStep;
-    ++unit;
-  }
-  const std::int64_t tenths = (bytes + size / (2 * kTenths)) / (size / kTenths);
-  return GroupedNumber(tenths / kTenths) + "." + std::to_string(tenths % kTenths) + " " +
-         kUnits[unit] + " (" + in_bytes + ")";
-}
 
 std::vector<SongProperty> PropertiesOf(std::span<const std::int32_t> songs, const clsMain& library,
                                        LibraryDetails& details, PlayCounts& counts) {

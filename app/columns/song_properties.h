@@ -28,8 +28,4 @@ inline constexpr const char* kDifferent = "(different)";
 std::vector<SongProperty> PropertiesOf(std::span<const std::int32_t> songs, const clsMain& library,
                                        LibraryDetails& details, PlayCounts& counts);
 
-/// "61.3 MB (61,300,000 bytes)"; below 1,000 bytes only the bytes.
-/// \param bytes from 0
-std::string SizeText(std::int64_t bytes);
-
 }  // namespace tallow

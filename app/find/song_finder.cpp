@@ -2,79 +2,102 @@
 #include "app/find/song_finder.h"
 
 #include <algorithm>
-#include <cstddef>
+#include <array>
+#include <span>
 #include <string>
-#include <tuple>
+#include <thread>
 
-#include "app/library_details.h"
-#include "details/details_table.h"
-#include "library/cls_main.h"
-#include "util/fold.h"
+#include "app/columns/given_rank.h"
+#include "app/find/find_words.h"
+#include "util/threads.h"
 
 namespace tallow {
 namespace {
 
-/// How well a word matches.
-enum class Match : unsigned char { kNone, kInside, kAtWordStart };
+/// A thread of its own searches at least this number of songs.
+constexpr std::size_t kSongsOfThread = 20'000;
 
-std::vector<std::string> WordsOf(std::string_view typed) {
-  const std::string folded = Folded(typed);
-  std::vector<std::string> words;
-  for (std::size_t begin = 0; begin < folded.size();) {
-    const std::size_t end = std::min(folded.find(' ', begin), folded.size());
-    if (end > begin) words.push_back(folded.substr(begin, end - begin));
-    begin = end + 1;
-  }
-  return words;
-}
-
-Match MatchOf(std::string_view word, std::string_view folded) {
-  Match best = Match::kNone;
-  for (std::size_t at = folded.find(word); at != std::string_view::npos;
-       at = folded.find(word, at + 1)) {
-    if (IsWordStart(folded, at)) return Match::kAtWordStart;
-    best = Match::kInside;
-  }
-  return best;
-}
-
-struct Hit {
-  Match match;
-  std::int32_t rank;
-  std::string name;
-  std::int32_t record;
+/// A typed word, and what is known of it before the songs are searched.
+struct Word {
+  std::string text;
+  std::uint64_t pairs;
+  std::vector<WordMatch> shared;  ///< see FindIndex::SharedMatches
 };
+
+/// Hits of a part of the songs, in the order of their names: first those at the beginning of words,
+/// each by rank; the last group has no rank.
+constexpr std::size_t kRanks = static_cast<std::size_t>(kHighestRank) + 1;
+using Groups = std::array<std::vector<std::int32_t>, 2 * kRanks>;
+
+std::size_t GroupOf(WordMatch match, std::uint8_t rank) noexcept {
+  return (match == WordMatch::kAtWordStart ? 0 : kRanks) + (kRanks - 1 - rank);
+}
+
+WordMatch MatchOfSong(const Word& word, const FindIndex::Entry& entry, const FindIndex& index) {
+  const WordMatch shared =
+      std::max({word.shared[entry.artist], word.shared[entry.album], word.shared[entry.genre]});
+  if (shared == WordMatch::kAtWordStart || (entry.pairs & word.pairs) != word.pairs) return shared;
+  return std::max(shared, MatchOf(word.text, index.OwnText(entry)));
+}
+
+void FindIn(std::span<const FindIndex::Entry> entries, const FindIndex& index,
+            std::span<const Word> words, Groups& groups) {
+  for (const FindIndex::Entry& entry : entries) {
+    WordMatch worst = WordMatch::kAtWordStart;
+    for (const Word& word : words) {
+      worst = std::min(worst, MatchOfSong(word, entry, index));
+      if (worst == WordMatch::kNone) break;
+    }
+    if (worst != WordMatch::kNone) groups[GroupOf(worst, entry.rank)].push_back(entry.record);
+  }
+}
+
+std::vector<std::int32_t> Joined(std::span<const Groups> parts) {
+  std::size_t hits = 0;
+  for (const Groups& groups : parts)
+    for (const auto& group : groups) hits += group.size();
+  std::vector<std::int32_t> records;
+  records.reserve(hits);
+  for (std::size_t k = 0; k < Groups().size(); ++k)
+    for (const Groups& groups : parts)
+      records.insert(records.end(), groups[k].begin(), groups[k].end());
+  return records;
+}
 
 }  // namespace
 
 std::vector<std::int32_t> SongFinder::Find(std::string_view typed) {
-  const std::vector<std::string> words = WordsOf(typed);
-  if (words.empty()) return {};
-  const DetailsTable& table = details_.LoadAll();
-  std::vector<Hit> hits;
-  for (std::int32_t record = 1; record <= library_.UBoundOfMp3Array(); ++record) {
-    const SongView song = library_.Song(record);
-    if (!song.IsPresent()) continue;
-    const DetailsRow row = table.Row(record);
-    Match worst = Match::kAtWordStart;
-    for (const std::string& word : words) {
-      Match best = Match::kNone;
-      for (const std::string_view text : {row.title, row.artist, row.album, row.genre, song.Name()})
-        best = std::max(best, MatchOf(word, Folded(text)));
-      worst = std::min(worst, best);
-    }
-    if (worst == Match::kNone) continue;
-    std::string name;
-    AppendNaturalBytes(name, Folded(song.Name()));
-    hits.push_back({worst, song.Rank(), std::move(name), record});
+  std::vector<std::string> texts = WordsOf(typed);
+  if (texts.empty()) return {};
+  index_.Update(library_, details_);
+  // Long words rule out more songs.
+  std::ranges::sort(texts, std::ranges::greater(), &std::string::size);
+  std::vector<Word> words;
+  for (std::string& text : texts) {
+    const std::uint64_t pairs = BytePairsOf(text);
+    std::vector<WordMatch> shared = index_.SharedMatches(text);
+    words.push_back({std::move(text), pairs, std::move(shared)});
   }
-  std::ranges::sort(hits, [](const Hit& a, const Hit& b) {
-    return std::tie(b.match, b.rank, a.name, a.record) <
-           std::tie(a.match, a.rank, b.name, b.record);
-  });
-  std::vector<std::int32_t> records(hits.size());
-  std::ranges::transform(hits, records.begin(), &Hit::record);
-  return records;
+
+  const std::span<const FindIndex::Entry> entries(index_.Entries());
+  const std::size_t cores = std::max(std::thread::hardware_concurrency(), 1U);
+  const std::size_t count = std::clamp<std::size_t>(entries.size() / kSongsOfThread, 1, cores);
+  std::vector<Groups> parts(count);
+  std::vector<std::thread> threads(count);
+  for (std::size_t k = 0; k < count; ++k) {
+    const std::size_t begin = entries.size() * k / count;
+    const std::size_t end = entries.size() * (k + 1) / count;
+    const auto find = [&, part = entries.subspan(begin, end - begin), k] {
+      FindIn(part, index_, words, parts[k]);
+    };
+    // This thread searches the last part.
+    if (k + 1 < count)
+      threads[k] = StartThreadOrRun(find);
+    else
+      find();
+  }
+  for (std::thread& thread : threads) Join(thread);
+  return Joined(parts);
 }
 
 }  // namespace tallow

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 #include <vector>
+
+#include "app/find/find_index.h"
 
 namespace tallow {
 
@@ -17,7 +20,8 @@ class clsMain;
 /// accents. Songs of which every word is at the beginning of a word come first, then those of the
 /// better rank, then by file name in natural order, then by record number.
 ///
-/// Nothing is read before the first Find.
+/// All songs are compared at each Find, on all processor cores, see FindIndex. Nothing is read
+/// before the first Find; that reads the details of all songs.
 class SongFinder {
  public:
   /// Both have to outlive this object.
@@ -30,9 +34,13 @@ class SongFinder {
   /// \returns record numbers in the order of the hits
   std::vector<std::int32_t> Find(std::string_view typed);
 
+  /// Approximate memory of the index in bytes.
+  std::size_t Bytes() const noexcept { return index_.Bytes(); }
+
  private:
   const clsMain& library_;
   LibraryDetails& details_;
+  FindIndex index_;
 };
 
 }  // namespace tallow

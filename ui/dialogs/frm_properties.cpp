@@ -108,7 +108,7 @@ QTreeWidget* frmProperties::MakeFolders() {
   folders->setHeaderLabels({tr("Jukebox"), tr("Folder")});
   for (const FolderOfProperties& folder : context_.folders)
     AddRow(*folders, folder.jukebox, folder.folder);
-  folders->setMinimumHeight(HeightOf(*folders, kFolderLines));
+  folders->setFixedHeight(HeightOf(*folders, kFolderLines));
   folders->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   if (folders->topLevelItemCount() > 0) folders->setCurrentItem(folders->topLevelItem(0));
   // Enter emits itemActivated, and so does a double click or, on some desktops, a click.

@@ -22,6 +22,56 @@ bool ActiveJukeboxCommands::HasJukebox() {
   return false;
 }
 
+bool ActiveJukeboxCommands::Run(FrameCommand command) {
+  switch (command) {
+    case FrameCommand::kUndo:
+      Undo();
+      return true;
+    case FrameCommand::kRedo:
+      Redo();
+      return true;
+    case FrameCommand::kCut:
+      Edit(TextEdit::kCut, TreeCommand::kCutFolder, ListCommand::kCutSongs);
+      return true;
+    case FrameCommand::kCopy:
+      Edit(TextEdit::kCopy, TreeCommand::kCopyFolder, ListCommand::kCopySongs);
+      return true;
+    case FrameCommand::kPaste:
+      Edit(TextEdit::kPaste, TreeCommand::kPasteFolder, ListCommand::kPasteSongs);
+      return true;
+    case FrameCommand::kDelete:
+      Edit(TextEdit::kDelete, TreeCommand::kDeleteFolder, ListCommand::kDeleteSongs);
+      return true;
+    case FrameCommand::kFind:
+      Find();
+      return true;
+    case FrameCommand::kAddFolderToRoot:
+      Run(TreeCommand::kAddFolderToRoot);
+      return true;
+    case FrameCommand::kAddFolderToSelectedFolder:
+      Run(TreeCommand::kAddFolderToSelected);
+      return true;
+    case FrameCommand::kPlaySelectedSongs:
+      Run(ListCommand::kPlaySelectedSongs);
+      return true;
+    case FrameCommand::kPlayAllSongsInFolder:
+      Run(ListCommand::kPlayAllSongsInFolder);
+      return true;
+    default:
+      return false;
+  }
+}
+
+void ActiveJukeboxCommands::Undo() {
+  if (EditInText(TextEdit::kUndo)) return;
+  if (frmMain* const window = jukeboxes_.ActiveWindow()) window->PVExplorer1().Undo();
+}
+
+void ActiveJukeboxCommands::Redo() {
+  if (EditInText(TextEdit::kRedo)) return;
+  if (frmMain* const window = jukeboxes_.ActiveWindow()) window->PVExplorer1().Redo();
+}
+
 void ActiveJukeboxCommands::Run(TreeCommand command) {
   frmMain* const window = ActiveWindow();
   if (window == nullptr) return;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "ui/frame/edit_in_text.h"
+#include "ui/frame/frame_commands.h"
 #include "ui/jukebox/pop_up_menus.h"
 
 class QWidget;
@@ -26,12 +27,18 @@ class ActiveJukeboxCommands {
   /// Whether a jukebox is on screen. Reports in the status bar when no jukebox is open.
   bool HasJukebox();
 
+  /// Runs a command on the folders and songs of the active jukebox.
+  /// \returns false if the command is another one
+  bool Run(FrameCommand command);
   /// Runs a command of a pop-up menu on the selected folder, or on the folder of the list.
   void Run(TreeCommand command);
   void Run(ListCommand command);
   /// Runs an edit command: in the text field that has the keyboard focus, if there is one, else in
   /// the tree or the list, whichever had the focus last.
   void Edit(TextEdit of_text, TreeCommand of_tree, ListCommand of_list);
+  /// Undoes or redoes a step, in the text field that has the keyboard focus, if there is one.
+  void Undo();
+  void Redo();
   /// Opens the dialog that finds songs, and moves the keyboard focus to the song that was found.
   void Find();
 

@@ -2,14 +2,27 @@
 #include "ui/frame/edit_in_text.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QLineEdit>
 
 namespace tallow {
 
+namespace {
+
+QLineEdit* FieldWithFocus() { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); }
+
+}  // namespace
+
 bool EditInText(TextEdit edit) {
-  auto* const field = qobject_cast<QLineEdit*>(QApplication::focusWidget());
+  QLineEdit* const field = FieldWithFocus();
   if (field == nullptr) return false;
   switch (edit) {
+    case TextEdit::kUndo:
+      field->undo();
+      break;
+    case TextEdit::kRedo:
+      field->redo();
+      break;
     case TextEdit::kCut:
       field->cut();
       break;
@@ -24,6 +37,24 @@ bool EditInText(TextEdit edit) {
       break;
   }
   return true;
+}
+
+std::optional<bool> CanEditInText(TextEdit edit) {
+  const QLineEdit* const field = FieldWithFocus();
+  if (field == nullptr) return std::nullopt;
+  switch (edit) {
+    case TextEdit::kUndo:
+      return field->isUndoAvailable();
+    case TextEdit::kRedo:
+      return field->isRedoAvailable();
+    case TextEdit::kPaste:
+      return !field->isReadOnly() && !QApplication::clipboard()->text().isEmpty();
+    case TextEdit::kDelete:
+      return !field->isReadOnly() &&
+             (field->hasSelectedText() || field->cursorPosition() < field->text().size());
+    default:
+      return field->hasSelectedText();
+  }
 }
 
 }  // namespace tallow

@@ -15,6 +15,8 @@ enum class FrameCommand {
   kSave,
   kSaveAs,
   kExit,
+  kUndo,
+  kRedo,
   kCut,
   kCopy,
   kPaste,

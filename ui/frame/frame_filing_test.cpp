@@ -200,7 +200,7 @@ TEST_F(FrameFilingTest, ThePopUpAddsTheAlbumFolderWhereItIsMissing) {
     // The last item is "Properties...".
     return TreeMenu().actions().at(TreeMenu().actions().size() - 2);
   };
-  EXPECT_EQ(last()->text(), "Move To Root");
+  EXPECT_EQ(last()->text(), "Add To Queue");
   tallow.preferences.SetSwitches({.newer_tags = true, .albums = true});
   ASSERT_EQ(last()->text(), "Add Album Folder");
   last()->trigger();
@@ -210,7 +210,7 @@ TEST_F(FrameFilingTest, ThePopUpAddsTheAlbumFolderWhereItIsMissing) {
   EXPECT_TRUE(Tree().model()->hasIndex(1, 0, IndexOf(Tree(), "Album")));
   EXPECT_EQ(album->ChildAt(0).Text(), "Hits (ABBA)");
   EXPECT_EQ(Status(), "2 album folders were added.");
-  EXPECT_EQ(last()->text(), "Move To Root");
+  EXPECT_EQ(last()->text(), "Add To Queue");
   // Without the switch the folder is hidden, not removed.
   tallow.preferences.SetSwitches({.newer_tags = true});
   const QModelIndex row = IndexOf(Tree(), "Album");

@@ -47,8 +47,7 @@ std::string FoundText(std::size_t count, std::int64_t nanoseconds) {
 
 FrameFind::FrameFind(QMainWindow& frame, QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
                      FrameMessages& messages)
-    : frame_(frame),
-      toolbar_(toolbar),
+    : toolbar_(toolbar),
       tallow_(tallow),
       jukeboxes_(jukeboxes),
       messages_(messages),

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include <QObject>
 #include <QPointer>
@@ -50,7 +51,6 @@ class FrameFind : public QObject {
   void EndIfFolderIsBack();
   void EndIfOtherWindow();
 
-  QMainWindow& frame_;
   QToolBar& toolbar_;
   Tallow& tallow_;
   JukeboxArea& jukeboxes_;

@@ -116,6 +116,8 @@ TEST_F(FindWhileTyping, CtrlEGoesToTheFieldAndSelectsItsText) {
 TEST_F(FindWhileTyping, TheClassicStyleHasNoFieldAndNoKey) {
   Type("moon");
   tallow.preferences.SetSwitches({});
+  // The toolbar hides its widgets when it is laid out.
+  QCoreApplication::processEvents();
   EXPECT_FALSE(Field().isVisible());
   EXPECT_FALSE(Box().ShowsHits());
   EXPECT_EQ(RowsOf(List()), kOne);

@@ -68,18 +68,38 @@ void FrameHelp::ShowManual(const QString& page) {
   manual_->activateWindow();
 }
 
-void FrameHelp::Close() { delete manual_; }
+void FrameHelp::Close() {
+  delete manual_;
+  delete tip_;
+}
 
-void FrameHelp::ShowTip(bool asked_for) {
-  frmTip tip(TipFilePath(tallow_.application_folder, std::string(FolderOfPath(ExecutablePath()))),
-             frame_.isVisible() ? &frame_ : nullptr);
-  tip.setProperty(kHelpPage, QStringLiteral("windows"));
-  tip.ShowFlag(asked_for);
-  if (!tip.Load()) return;
+std::unique_ptr<frmTip> FrameHelp::MakeTip(bool asked_for) {
+  auto tip = std::make_unique<frmTip>(
+      TipFilePath(tallow_.application_folder, std::string(FolderOfPath(ExecutablePath()))),
+      frame_.isVisible() ? &frame_ : nullptr);
+  tip->setProperty(kHelpPage, QStringLiteral("windows"));
+  tip->ShowFlag(asked_for);
+  if (!tip->Load()) return nullptr;
   // Centered on the screen, because the frame may not have its final position yet.
-  tip.adjustSize();
-  tip.move(QGuiApplication::primaryScreen()->availableGeometry().center() - tip.rect().center());
-  tip.exec();
+  tip->adjustSize();
+  tip->move(QGuiApplication::primaryScreen()->availableGeometry().center() - tip->rect().center());
+  return tip;
+}
+
+void FrameHelp::ShowTip() {
+  if (const std::unique_ptr<frmTip> tip = MakeTip(true)) tip->exec();
+}
+
+void FrameHelp::ShowTipOfStart() {
+  std::unique_ptr<frmTip> made = MakeTip(false);
+  if (made == nullptr) return;
+  const bool was_active = frame_.isActiveWindow();
+  tip_ = made.release();
+  tip_->setAttribute(Qt::WA_DeleteOnClose);
+  tip_->setAttribute(Qt::WA_ShowWithoutActivating);
+  tip_->show();
+  // Some systems activate each new window.
+  if (was_active) frame_.activateWindow();
 }
 
 void FrameHelp::ShowAbout() {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <utility>
 
@@ -15,6 +16,7 @@ namespace tallow {
 
 class Tallow;
 class frmHelp;
+class frmTip;
 
 /// The help of the frame window: the help file or the manual, also by the help key in any window,
 /// the tip window and the about window.
@@ -34,12 +36,14 @@ class FrameHelp : public QObject {
   /// Opens the help file or, if it cannot be opened, a page of the manual.
   /// \param page the empty text for the first page
   void ShowHelp(const QString& page);
-  /// Closes the manual, if it is open.
+  /// Closes the manual and the tip of the start, if they are open.
   void Close();
 
-  /// Shows the tip window. Unless the user asked for the tip, it stays closed when tips are turned
-  /// off.
-  void ShowTip(bool asked_for);
+  /// Shows the tip window until the user closes it.
+  void ShowTip();
+  /// Shows the tip window unless tips are turned off. The frame window stays usable meanwhile, and
+  /// keeps the keyboard focus.
+  void ShowTipOfStart();
   void ShowAbout();
 
  protected:
@@ -47,11 +51,13 @@ class FrameHelp : public QObject {
 
  private:
   void ShowManual(const QString& page);
+  std::unique_ptr<frmTip> MakeTip(bool asked_for);
 
   QWidget& frame_;
   Tallow& tallow_;
   std::function<bool(const std::string& path)> open_help_;
   QPointer<frmHelp> manual_;
+  QPointer<frmTip> tip_;  ///< of the start
 };
 
 }  // namespace tallow

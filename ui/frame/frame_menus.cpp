@@ -14,6 +14,7 @@
 #include "ui/frame/bring_to_front.h"
 #include "ui/frame/file_menu.h"
 #include "ui/support/frame_pictures.h"
+#include "ui/support/shown_title.h"
 
 namespace tallow {
 namespace {
@@ -29,6 +30,9 @@ struct MenuItem {
 constexpr MenuItem kSeparator{nullptr, nullptr, nullptr, FrameCommand::kExit, nullptr};
 
 constexpr MenuItem kEdit[] = {
+    {"mnuUndo", "&Undo", "Ctrl+Z", FrameCommand::kUndo, nullptr},
+    {"mnuRedo", "&Redo", "Ctrl+Shift+Z", FrameCommand::kRedo, nullptr},
+    kSeparator,
     {"mnuCut", "Cu&t", "Ctrl+X", FrameCommand::kCut, "cut"},
     {"mnuCopy", "&Copy", "Ctrl+C", FrameCommand::kCopy, "copy"},
     {"mnuPaste", "&Paste", "Ctrl+V", FrameCommand::kPaste, "paste"},
@@ -104,6 +108,7 @@ QMenu* AddMenu(QMenuBar& bar, const char* name, const char* caption,
     }
     QAction* const action = menu->addAction(Tr(item.caption));
     action->setObjectName(QLatin1String(item.name));
+    action->setData(static_cast<int>(item.command));
     if (item.key != nullptr) action->setShortcut(QKeySequence(QLatin1String(item.key)));
     if (item.picture != nullptr) action->setIcon(FramePicture(item.picture));
     QObject::connect(action, &QAction::triggered, menu,
@@ -121,6 +126,8 @@ FileMenu* AddFileMenu(QMenuBar& bar, const std::function<void(FrameCommand)>& ac
       {&FileMenu::SaveAs, FrameCommand::kSaveAs},    {&FileMenu::Exit, FrameCommand::kExit}};
   for (const auto& [signal, command] : commands)
     QObject::connect(menu, signal, menu, [act, command = command] { act(command); });
+  menu->findChild<QAction*>(QStringLiteral("mnuClose"))
+      ->setData(static_cast<int>(FrameCommand::kClose));
   return menu;
 }
 
@@ -133,7 +140,7 @@ void ListWindows(QMenu& menu, QMdiArea& area) {
   for (QMdiSubWindow* const window : windows) {
     if (!window->isVisible()) continue;
     if (++number == 1) menu.addSeparator()->setProperty("of_window", true);
-    QString title = window->widget()->windowTitle();
+    QString title = ShownTitle(*window->widget());
     title.replace(QLatin1Char('&'), QLatin1String("&&"));
     QAction* const action =
         menu.addAction(number < 10 ? QStringLiteral("&%1 %2").arg(number).arg(title) : title);

@@ -15,6 +15,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QToolBar>
+#include <QWidgetAction>
 
 #include "tests/frame_fixture.h"
 #include "ui/dialogs/frm_help.h"
@@ -58,11 +59,12 @@ TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
   EXPECT_EQ(menus,
             (QStringList{"mnuFile|&File", "mnuEdit|&Edit", "mnuSongs|&Songs", "mnuPicture|&Picture",
                          "mnuWindowList|&WindowList", "mnuTools|&Tools", "mnuHelp|&Help"}));
-  EXPECT_EQ(ItemsOf("mnuEdit"),
-            (QStringList{"mnuCut|Cu&t|Ctrl+X", "mnuCopy|&Copy|Ctrl+C", "mnuPaste|&Paste|Ctrl+V",
-                         "mnuDelete|Delete|Del", "-", "mnuFind|&Find|Ctrl+F", "-",
-                         "mnuAddFolderToRoot|&Add Folder To Root|",
-                         "mnuAddFolderToSelectedFolder|A&dd Folder To Selected Folder|"}));
+  EXPECT_EQ(
+      ItemsOf("mnuEdit"),
+      (QStringList{"mnuUndo|&Undo|Ctrl+Z", "mnuRedo|&Redo|Ctrl+Shift+Z", "-", "mnuCut|Cu&t|Ctrl+X",
+                   "mnuCopy|&Copy|Ctrl+C", "mnuPaste|&Paste|Ctrl+V", "mnuDelete|Delete|Del", "-",
+                   "mnuFind|&Find|Ctrl+F", "-", "mnuAddFolderToRoot|&Add Folder To Root|",
+                   "mnuAddFolderToSelectedFolder|A&dd Folder To Selected Folder|"}));
   EXPECT_EQ(ItemsOf("mnuSongs"),
             (QStringList{
                 "mnuNewSongsNormalLocations|&Bring In New Songs (Look where I normally keep them)|",
@@ -91,6 +93,8 @@ TEST_F(FrameMenus, TheToolbarHasItsButtonsAndTooltips) {
   ASSERT_NE(bar, nullptr);
   QStringList tips;
   for (const QAction* const action : bar->actions()) {
+    // The find field of the modern style, and the space before it.
+    if (qobject_cast<const QWidgetAction*>(action) != nullptr) continue;
     tips.append(action->isSeparator() ? QStringLiteral("-") : action->toolTip());
     if (!action->isSeparator()) {
       EXPECT_FALSE(action->icon().pixmap(24).isNull());

@@ -6,9 +6,14 @@
 #include <QMainWindow>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QMenu>
 #include <QMenuBar>
+#include <QTest>
+#include <QWindow>
 
+#include "tests/frame_fixture.h"
 #include "tests/model_stand_in.h"
+#include "ui/support/shown_title.h"
 
 namespace tallow {
 namespace {
@@ -63,6 +68,31 @@ TEST_F(FrameTitleTest, TheCaptionOfAMaximizedWindowFollows) {
 TEST_F(FrameTitleTest, ListensUntilItEnds) {
   { const FrameTitle title(window, model); }
   EXPECT_TRUE(model.listeners.empty());
+}
+
+class TitlesOfJukeboxes : public FrameTest {};
+
+TEST_F(TitlesOfJukeboxes, TheTitlesShowAStarForAnUnsavedJukeboxAndNoPlaceholder) {
+  frmMain& one = ShowJukebox();
+  one.Jukebox().Caption("ONE");
+  const auto title_becomes = [this](const QString& title) {
+    return QTest::qWaitFor([&] { return frame.windowHandle()->title() == title; });
+  };
+  EXPECT_TRUE(title_becomes("Tallow - [ONE]")) << frame.windowHandle()->title().toStdString();
+  one.Jukebox().IsFormDirty(true);
+  EXPECT_TRUE(title_becomes("Tallow - [ONE*]")) << frame.windowHandle()->title().toStdString();
+  frmMain& two = ShowJukebox();
+  two.Jukebox().Caption("TWO");
+  EXPECT_TRUE(title_becomes("Tallow - [TWO]")) << frame.windowHandle()->title().toStdString();
+  auto& menu = *frame.findChild<QMenu*>(QStringLiteral("mnuWindowList"));
+  emit menu.aboutToShow();
+  EXPECT_EQ(Item("WindowList1").text(), "&1 ONE*");
+  EXPECT_EQ(Item("WindowList2").text(), "&2 TWO");
+  Item("WindowList1").trigger();
+  EXPECT_TRUE(title_becomes("Tallow - [ONE*]")) << frame.windowHandle()->title().toStdString();
+  SubOf(one).showNormal();
+  EXPECT_TRUE(title_becomes("Tallow")) << frame.windowHandle()->title().toStdString();
+  EXPECT_EQ(ShownTitle(SubOf(one)), "ONE*");
 }
 
 }  // namespace

@@ -65,6 +65,8 @@ QToolBar* AddFrameToolbar(QMainWindow& frame,
     action->setObjectName(QStringLiteral("Button%1").arg(index));
     if (button.tooltip == nullptr) continue;
     action->setToolTip(tr(button.tooltip));
+    // A button that checks the player explains itself when it cannot act.
+    if (!button.checks) action->setData(static_cast<int>(button.command));
     QObject::connect(
         action, &QAction::triggered, bar,
         [act, command = button.command, checks = button.checks] { act(command, checks); });

@@ -22,11 +22,13 @@
 
 #include "app/search/drive_searches.h"
 #include "app/search/place_states.h"
+#include "app/style_switches.h"
 #include "app/tallow.h"
 #include "library/drive_timeouts.h"
 #include "player/player_messages.h"
 #include "ui/dialogs/frm_music_places.h"
 #include "ui/dialogs/frm_preferences.h"
+#include "ui/frame/command_states.h"
 #include "ui/frame/file_menu.h"
 #include "ui/frame/frame_menus.h"
 #include "ui/frame/frame_player_page.h"
@@ -164,6 +166,7 @@ void frmMDIForm1::SetUpMenus() {
     busy_.FocusJukebox();
   });
   find_field_ = std::make_unique<FrameFind>(*this, *toolbar_, tallow_, jukeboxes_, messages_);
+  states_ = std::make_unique<CommandStates>(jukeboxes_, tallow_.clipboard, *menuBar(), *toolbar_);
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
   UpdateTheMenuControlArray();
 }
@@ -222,6 +225,7 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
   connect(window, &frmMain::ChangeBackgroundPicture, this, [this] { picture_.Change(); });
   lists_.Follow(*window);
   sums_.Follow(*window);
+  states_->Follow(*window);
   return *window;
 }
 
@@ -243,6 +247,7 @@ void frmMDIForm1::NoticeScan(const std::vector<std::string>& lines) {
 }
 
 void frmMDIForm1::Run(FrameCommand command) {
+  if (commands_.Run(command)) return;
   switch (command) {
     case FrameCommand::kNew:
       return MakeNewJukebox(tallow_, jukeboxes_, document_windows_);
@@ -260,25 +265,6 @@ void frmMDIForm1::Run(FrameCommand command) {
     case FrameCommand::kExit:
       close();
       return;
-    case FrameCommand::kCut:
-      return commands_.Edit(TextEdit::kCut, TreeCommand::kCutFolder, ListCommand::kCutSongs);
-    case FrameCommand::kCopy:
-      return commands_.Edit(TextEdit::kCopy, TreeCommand::kCopyFolder, ListCommand::kCopySongs);
-    case FrameCommand::kPaste:
-      return commands_.Edit(TextEdit::kPaste, TreeCommand::kPasteFolder, ListCommand::kPasteSongs);
-    case FrameCommand::kDelete:
-      return commands_.Edit(TextEdit::kDelete, TreeCommand::kDeleteFolder,
-                            ListCommand::kDeleteSongs);
-    case FrameCommand::kFind:
-      return commands_.Find();
-    case FrameCommand::kAddFolderToRoot:
-      return commands_.Run(TreeCommand::kAddFolderToRoot);
-    case FrameCommand::kAddFolderToSelectedFolder:
-      return commands_.Run(TreeCommand::kAddFolderToSelected);
-    case FrameCommand::kPlaySelectedSongs:
-      return commands_.Run(ListCommand::kPlaySelectedSongs);
-    case FrameCommand::kPlayAllSongsInFolder:
-      return commands_.Run(ListCommand::kPlayAllSongsInFolder);
     case FrameCommand::kNewSongsNormalLocations:
       search_.BringIn(NewSongsPlace::kKnownFolders);
       return;
@@ -304,7 +290,7 @@ void frmMDIForm1::RunOnProgram(FrameCommand command) {
     case FrameCommand::kCascade:
       return arrangement_.Cascade();
     case FrameCommand::kTile:
-      return arrangement_.TileHorizontally();
+      return arrangement_.Tile(tallow_.preferences.style() == Style::kModern);
     case FrameCommand::kArrangeIcons:
       return arrangement_.ArrangeIcons();
     case FrameCommand::kPreferences:
@@ -324,7 +310,7 @@ void frmMDIForm1::RunOnProgram(FrameCommand command) {
     case FrameCommand::kHelp:
       return help_.ShowHelp({});
     case FrameCommand::kTip:
-      return help_.ShowTip(true);
+      return help_.ShowTip();
     case FrameCommand::kAbout:
       return help_.ShowAbout();
     default:

@@ -45,6 +45,7 @@ class QToolBar;
 namespace tallow {
 
 class DriveSearches;
+class CommandStates;
 class FileMenu;
 class PlaceStates;
 class StyleBar;
@@ -92,7 +93,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   void OpenFiles(const std::vector<std::string>& paths) { files_.Open(paths); }
 
   /// See FrameHelp.
-  void ShowTip(bool asked_for) { help_.ShowTip(asked_for); }
+  void ShowTipOfStart() { help_.ShowTipOfStart(); }
   void OnOpenHelp(std::function<bool(const std::string& path)> open) {
     help_.OnOpenHelp(std::move(open));
   }
@@ -164,6 +165,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   WindowArrangement arrangement_;
   FrameHelp help_;
   std::unique_ptr<FrameFind> find_field_;
+  std::unique_ptr<CommandStates> states_;
   std::shared_ptr<PlaceStates> place_states_;  ///< of the dialog of the places with music
 };
 

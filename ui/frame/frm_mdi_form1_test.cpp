@@ -7,13 +7,16 @@
 #include <QEvent>
 #include <QMenu>
 #include <QPushButton>
+#include <QSettings>
 #include <QStatusBar>
 #include <QTest>
 
 #include "jukebox/initial_jukebox.h"
 #include "tests/frame_fixture.h"
+#include "ui/dialogs/frm_tip.h"
 #include "ui/jukebox/pv_explorer.h"
 #include "ui/player/frm_main_winamp.h"
+#include "ui/support/shown_title.h"
 
 namespace tallow {
 namespace {
@@ -41,7 +44,7 @@ TEST_F(FrmMdiForm1, AShownJukeboxFillsTheFrame) {
   auto* const area = frame.findChild<QMdiArea*>();
   ASSERT_EQ(area->subWindowList().size(), 1);
   EXPECT_TRUE(area->subWindowList()[0]->isMaximized());
-  EXPECT_EQ(area->subWindowList()[0]->windowTitle(), "MIX");
+  EXPECT_EQ(ShownTitle(*area->subWindowList()[0]), "MIX");
 }
 
 TEST_F(FrmMdiForm1, AClosedJukeboxIsNoLongerOpen) {
@@ -259,7 +262,7 @@ TEST_F(FrmMdiForm1, AJukeboxIsSavedClosedAndOpenedFromTheMenu) {
   choose("mnuSaveAs", "Mix");
   EXPECT_EQ(messages.Take(), Texts{});
   EXPECT_TRUE(FileExists(application / "Grouping/mix.juk"));
-  EXPECT_EQ(jukebox.windowTitle(), "MIX");
+  EXPECT_EQ(ShownTitle(jukebox), "MIX");
   Item("mnuClose").trigger();
   DeleteClosedWindows();
   ASSERT_TRUE(frame.OpenJukeboxes().empty());
@@ -411,6 +414,35 @@ TEST_F(FrmMdiForm1, TheHelpKeyAndTheHelpCommandsOpenTheHelpFileOfTheStart) {
   opens = false;
   Item("mnuHelpp").trigger();
   EXPECT_TRUE(shown());
+}
+
+TEST_F(FrmMdiForm1, TheTipOfTheStartLeavesTheKeyboardToTheFrame) {
+  frmMain& window = ShowJukebox();
+  frame.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  window.GrabFocus();
+  QWidget* const focus = QApplication::focusWidget();
+  ASSERT_NE(focus, nullptr);
+  QSettings().setValue(QStringLiteral("Options/Show Tips at Startup"), 1);
+  frame.ShowTipOfStart();
+  auto* const tip = frame.findChild<frmTip*>();
+  ASSERT_NE(tip, nullptr);
+  EXPECT_TRUE(tip->isVisible());
+  EXPECT_FALSE(tip->isModal());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return frame.isActiveWindow(); }));
+  EXPECT_EQ(QApplication::focusWidget(), focus);
+  // A tip that the user closes is not kept.
+  tip->accept();
+  DeleteClosedWindows();
+  EXPECT_EQ(frame.findChild<frmTip*>(), nullptr);
+  // With the frame, the tip is closed.
+  frame.ShowTipOfStart();
+  frame.close();
+  EXPECT_EQ(frame.findChild<frmTip*>(), nullptr);
+  QSettings().setValue(QStringLiteral("Options/Show Tips at Startup"), 0);
+  frame.show();
+  frame.ShowTipOfStart();
+  EXPECT_EQ(frame.findChild<frmTip*>(), nullptr);
 }
 
 }  // namespace

@@ -15,6 +15,14 @@ namespace {
 /// Maximum windows in one column; more would be too low to show anything.
 constexpr int kMaxInOneColumn = 3;
 
+/// Number of columns in which windows are tiled.
+/// \param beside whether windows are rather side by side than below each other
+int ColumnsFor(int windows, bool beside) {
+  if (windows <= kMaxInOneColumn) return beside ? windows : 1;
+  const int root = static_cast<int>(std::sqrt(static_cast<double>(windows)));
+  return beside ? (windows + root - 1) / root : root;
+}
+
 QList<QMdiSubWindow*> ShownWindows(const QMdiArea& area, bool minimized) {
   QList<QMdiSubWindow*> windows;
   for (QMdiSubWindow* const window : area.subWindowList(QMdiArea::CreationOrder))
@@ -66,12 +74,10 @@ void PlaceIcons(QMdiArea& area) {
   }
 }
 
-void TileWindows(QMdiArea& area) {
+void TileWindows(QMdiArea& area, bool may_be_beside) {
   const QList<QMdiSubWindow*> windows = ShownWindows(area, false);
   const int count = static_cast<int>(windows.size());
   if (count == 0) return;
-  const int columns =
-      count <= kMaxInOneColumn ? 1 : static_cast<int>(std::sqrt(static_cast<double>(count)));
   for (QMdiSubWindow* const window : windows) window->showNormal();
   PlaceIcons(area);
   // On a small area the minimized windows overlap the others instead of leaving them no space.
@@ -79,6 +85,7 @@ void TileWindows(QMdiArea& area) {
   QRect space = area.viewport()->rect();
   const int strip = StripOfIcons(area);
   if (strip < space.height() / kMaxOfArea) space.setHeight(space.height() - strip);
+  const int columns = ColumnsFor(count, may_be_beside && space.width() > space.height());
   int next = 0;
   for (int column = 0; column < columns; ++column) {
     // The last columns get the remaining windows, one each.
@@ -94,7 +101,8 @@ void TileWindows(QMdiArea& area) {
 }
 
 /// Calls `arrange`, and activates the window again that was active before.
-void KeepActive(QMdiArea& area, void (*arrange)(QMdiArea&)) {
+template <typename Arrange>
+void KeepActive(QMdiArea& area, const Arrange& arrange) {
   QMdiSubWindow* const active = area.currentSubWindow();
   arrange(area);
   if (active != area.currentSubWindow()) area.setActiveSubWindow(active);
@@ -107,9 +115,9 @@ void WindowArrangement::Cascade() {
   KeepActive(area_, CascadeWindows);
 }
 
-void WindowArrangement::TileHorizontally() {
+void WindowArrangement::Tile(bool may_be_beside) {
   panel_.Minimize();
-  KeepActive(area_, TileWindows);
+  KeepActive(area_, [may_be_beside](QMdiArea& area) { TileWindows(area, may_be_beside); });
 }
 
 void WindowArrangement::ArrangeIcons() { PlaceIcons(area_); }

@@ -18,9 +18,11 @@ class WindowArrangement {
   /// windows behind stay visible. Minimized windows are left alone.
   void Cascade();
 
-  /// Tiles the open windows horizontally: up to three in one column, more in several columns.
-  /// Minimized windows get a strip at the bottom.
-  void TileHorizontally();
+  /// Tiles the open windows: up to three in one column, more in several columns. Minimized windows
+  /// get a strip at the bottom.
+  /// \param may_be_beside whether up to three windows are side by side, and more in as many columns
+  ///        as rows or more, where the area is wider than high
+  void Tile(bool may_be_beside);
 
   /// Puts the minimized windows in rows at the bottom, from the left, in front of all others. The
   /// panel stays as it is.

@@ -11,6 +11,7 @@
 #include <QTest>
 #include <QToolBar>
 
+#include "app/style_switches.h"
 #include "tests/frame_fixture.h"
 #include "ui/player/frm_main_winamp.h"  // IWYU pragma: keep, for the conversion to QWidget
 
@@ -135,6 +136,29 @@ TEST_F(WindowArrangement, CascadedWindowsAreLargeEnoughToUse) {
     }
     EXPECT_EQ(Area().currentSubWindow(), &SubOf(*windows.back()));
   }
+}
+
+TEST_F(WindowArrangement, ModernWindowsAreSideBySideWhereTheFrameIsWiderThanHigh) {
+  std::vector<frmMain*> windows;
+  for (int k = 0; k < 5; ++k) windows.push_back(&ShowJukebox());
+  const auto places = [&](int count) {
+    for (int k = 0; k < 5; ++k) SubOf(*windows[static_cast<std::size_t>(k)]).setVisible(k < count);
+    Item("mnuTile").trigger();
+    QCoreApplication::processEvents();
+    QStringList texts;
+    for (int k = 0; k < count; ++k) {
+      const QRect place = SubOf(*windows[static_cast<std::size_t>(k)]).geometry();
+      texts.append(QStringLiteral("%1 %2").arg(place.x() > 0).arg(place.y() > 0));
+    }
+    return texts.join(", ");
+  };
+  frame.resize(1200, 600);
+  EXPECT_EQ(places(3), "0 0, 0 1, 0 1");
+  tallow.preferences.SetStyle(Style::kModern);
+  EXPECT_EQ(places(3), "0 0, 1 0, 1 0");
+  EXPECT_EQ(places(5), "0 0, 1 0, 1 1, 1 0, 1 1");
+  frame.resize(600, 1000);
+  EXPECT_EQ(places(3), "0 0, 0 1, 0 1");
 }
 
 TEST_F(WindowArrangement, TilingIsHorizontalWithAnyNumberOfWindows) {

@@ -6,6 +6,7 @@
 #include <memory>
 
 #include <QDropEvent>
+#include <QScrollBar>
 #include <QUrl>
 
 #include "tests/drag_and_drop.h"
@@ -152,7 +153,7 @@ TEST_F(Dragging, DropsOnTheSourceFolderOrTheEmptyAreaAreRejected) {
   Show();
   EXPECT_FALSE(DropOn("one", SongsAt({0}).get()));
   EXPECT_FALSE(DropBesideTheFolders(SongsAt({0}).get()));
-  EXPECT_FALSE(DropAt(List(), QPoint(10, 10), *SongsAt({0})));
+  EXPECT_FALSE(DropAt(List(), QPoint(10, 10), *SongsAt({0}), Qt::ControlModifier));
   EXPECT_EQ(SongsOf(one), (Songs{1, 2}));
   EXPECT_FALSE(Box().IsFormDirty());
 }
@@ -364,6 +365,89 @@ TEST_F(Dragging, HoveringOverAFolderExpandsItAfterADelay) {
   EXPECT_TRUE(QTest::qWaitFor([&] { return Tree().isExpanded(IndexOf(Tree(), "one")); }));
   QDragLeaveEvent leave;
   QApplication::sendEvent(Tree().viewport(), &leave);
+}
+
+TEST_F(Dragging, SongsDroppedOnTheirListMoveToTheLine) {
+  AddSongs(5);
+  Folder& one = AddFolder("one", {1, 2, 3, 4, 5});
+  Show();
+  const auto row = [this](int row) { return List().visualRect(List().model()->index(row, 0)); };
+  // The upper half of a row is the place before it, the lower half that after it.
+  EXPECT_TRUE(DropAt(List(), row(3).topLeft() + QPoint(9, 2), *SongsAt({0, 1})));
+  EXPECT_EQ(SongsOf(one), (Songs{3, 1, 2, 4, 5}));
+  EXPECT_EQ(Selected(), (std::vector<int>{1, 2}));
+  EXPECT_EQ(RowsOf(List()),
+            (QStringList{"1.  3.mp3", "2.  1.mp3", "3.  2.mp3", "4.  4.mp3", "5.  5.mp3"}));
+  EXPECT_TRUE(DropAt(List(), row(0).bottomLeft() + QPoint(9, -2), *SongsAt({4})));
+  EXPECT_EQ(SongsOf(one), (Songs{3, 5, 1, 2, 4}));
+  EXPECT_TRUE(DropAt(List(), row(4).bottomLeft() + QPoint(9, 40), *SongsAt({0})));
+  EXPECT_EQ(SongsOf(one), (Songs{5, 1, 2, 4, 3}));
+  EXPECT_EQ(Box().History().NameToUndo(), "Move Song");
+  window.PVExplorer1().Undo();
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Box().History().NameToUndo(), "Move 2 Songs");
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2, 3, 4, 5}));
+  EXPECT_FALSE(Box().IsFormDirty());
+}
+
+TEST_F(Dragging, ALineShowsWhereSongsGoUntilTheDragEnds) {
+  AddSongs(3);
+  AddFolder("one", {1, 2, 3});
+  AddFolder("two", {1});
+  Show();
+  const auto drag = SongsAt({0});
+  const auto& line = *List().findChild<QWidget*>(QStringLiteral("DropLine"));
+  const auto move_to = [&](const QPoint& place, Qt::KeyboardModifiers keys = {}) {
+    QDragEnterEvent enter(place, Qt::CopyAction | Qt::LinkAction, drag.get(), Qt::LeftButton, keys);
+    QApplication::sendEvent(List().viewport(), &enter);
+    QDragMoveEvent move(place, Qt::CopyAction | Qt::LinkAction, drag.get(), Qt::LeftButton, keys);
+    QApplication::sendEvent(List().viewport(), &move);
+    return move.isAccepted();
+  };
+  const QRect last = List().visualRect(List().model()->index(2, 0));
+  EXPECT_TRUE(move_to(last.topLeft() + QPoint(5, 2)));
+  EXPECT_TRUE(line.isVisible());
+  EXPECT_NEAR(line.geometry().center().y(), last.top(), 1);
+  EXPECT_EQ(line.width(), List().viewport()->width());
+  EXPECT_TRUE(move_to(last.bottomLeft() + QPoint(5, -1)));
+  EXPECT_NEAR(line.geometry().center().y(), last.bottom(), 1);
+  // A copy into the same folder is not possible.
+  EXPECT_FALSE(move_to(last.topLeft(), Qt::ControlModifier));
+  EXPECT_FALSE(line.isVisible());
+  EXPECT_TRUE(move_to(last.topLeft()));
+  QDragLeaveEvent leave;
+  QApplication::sendEvent(List().viewport(), &leave);
+  EXPECT_FALSE(line.isVisible());
+  // Songs of another folder are added at the end.
+  window.PVExplorer1().Select(Nodes().ChildAt(1));
+  EXPECT_TRUE(move_to(QPoint(5, 5)));
+  EXPECT_FALSE(line.isVisible());
+}
+
+TEST_F(Dragging, NearTheEdgeOfTheListADragScrollsIt) {
+  constexpr int kSongs = 200;
+  AddSongs(kSongs);
+  Folder& one = AddFolder("one");
+  for (int song = 1; song <= kSongs; ++song) one.Items().emplace_back(song, 2);
+  Show();
+  const auto drag = SongsAt({0});
+  const QPoint edge(5, List().viewport()->height() - 2);
+  QDragEnterEvent enter(edge, Qt::LinkAction, drag.get(), Qt::LeftButton, {});
+  QApplication::sendEvent(List().viewport(), &enter);
+  const QScrollBar& bar = *List().verticalScrollBar();
+  EXPECT_TRUE(QTest::qWaitFor([&bar] { return bar.value() > 2; }));
+  QDragLeaveEvent leave;
+  QApplication::sendEvent(List().viewport(), &leave);
+}
+
+TEST_F(Dragging, SongsOfAnAutomaticFolderCanBeReordered) {
+  AddSongs(2);
+  Folder& all = AddFolder("All Songs", {1, 2});
+  Show();
+  EXPECT_TRUE(DropAt(List(), QPoint(9, 1), *SongsAt({1})));
+  EXPECT_EQ(SongsOf(all), (Songs{2, 1}));
+  EXPECT_EQ(messages.Take(), Texts{});
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QSettings>
 #include <QStyle>
+#include <QTimer>
 
 #include "app/file_again_command.h"
 #include "app/play_commands.h"
@@ -27,12 +28,16 @@
 #include "ui/jukebox/resize_rule.h"
 #include "ui/support/display_text.h"
 #include "ui/support/message_box.h"
+#include "ui/support/shown_title.h"
 
 namespace tallow {
 namespace {
 
 /// Initial size, in pixels.
 constexpr QSize kUsualSize(760, 480);
+
+/// How long after a change the jukebox is compared with its file, in ms.
+constexpr int kCompareAfter = 100;
 
 /// Settings key of the last position of the splitter.
 const QString kSplitterOption = QStringLiteral("Jukebox/Splitter");
@@ -51,6 +56,7 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
       columns_(std::make_unique<JukeboxColumns>(tallow, jukebox_, *explorer_)),
       sums_(std::make_unique<ListSums>(tallow, jukebox_, *explorer_)),
       dropped_files_(std::make_unique<DroppedFiles>(tallow, jukebox_, *explorer_)),
+      unsaved_timer_(new QTimer(this)),
       list_menu_(
           MakeListMenu(this, [this](ListCommand command) { Run(command, jukebox_.ListFolder()); })),
       tree_menu_(MakeTreeMenu(this, [this](TreeCommand command) {
@@ -74,8 +80,22 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
   explorer_->restoreState(QSettings().value(kSplitterOption).toByteArray());
   connect(explorer_, &PVExplorer::ListRefilled, this, &frmMain::ShowEmptyLibrary);
   connect(empty_library_, &EmptyLibraryNotice::WhereMyMusicIs, this, &frmMain::WhereMyMusicIs);
+  MarkUnsaved();
   ShowPicture();
   ShowEmptyLibrary();
+}
+
+void frmMain::MarkUnsaved() {
+  // The comparison reads all folders, so several changes are compared once.
+  unsaved_timer_->setSingleShot(true);
+  unsaved_timer_->setInterval(kCompareAfter);
+  connect(unsaved_timer_, &QTimer::timeout, this, [this] {
+    // Qt warns about the mark of a window without a title.
+    if (!windowTitle().isEmpty()) setWindowModified(jukebox_.IsUnsaved());
+  });
+  jukebox_.OnChange([this] {
+    if (!unsaved_timer_->isActive()) unsaved_timer_->start();
+  });
 }
 
 void frmMain::ShowEmptyLibrary() {
@@ -114,7 +134,7 @@ void frmMain::ConnectExplorer() {
   connect(columns_.get(), &JukeboxColumns::Problem, this, &frmMain::Problem);
   connect(sums_.get(), &ListSums::TextChanged, this, &frmMain::SumsChanged);
   connect(explorer_, qOverload<const QString&>(&PVExplorer::CaptionChanged), this,
-          &QWidget::setWindowTitle);
+          [this](const QString& caption) { setWindowTitle(TitleWithMark(caption)); });
   connect(explorer_, &PVExplorer::ItemOpened, commands_.get(), &JukeboxCommands::OpenSong);
   connect(explorer_, &PVExplorer::PlayOrPause, this, &frmMain::PlayOrPause);
   connect(explorer_, &PVExplorer::ListPopUp, list_menu_, [this](const QPoint& position) {

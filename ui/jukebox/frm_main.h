@@ -18,6 +18,7 @@
 #include "util/message.h"
 
 class QMenu;
+class QTimer;
 
 namespace tallow {
 
@@ -30,7 +31,8 @@ class ListSums;
 class PVExplorer;
 class Tallow;
 
-/// The window of one jukebox, a child of the frame window.
+/// The window of one jukebox, a child of the frame window. Its title is the caption, with a star
+/// while the jukebox has changes that are not in its file.
 class frmMain : public QWidget {
   Q_OBJECT
 
@@ -150,6 +152,7 @@ class frmMain : public QWidget {
 
  private:
   void ConnectExplorer();
+  void MarkUnsaved();
   void ShowPicture();
   void ShowFolder(Folder& folder);
   bool MayClose();
@@ -168,6 +171,7 @@ class frmMain : public QWidget {
   std::unique_ptr<DroppedFiles> dropped_files_;
   PlayerModel* player_ = nullptr;  ///< null for none
   bool shows_marks_ = false;
+  QTimer* unsaved_timer_;  ///< runs after a change until the title shows whether it is unsaved
   QMenu* list_menu_;
   QMenu* tree_menu_;
   /// Key of the folder that the tree menu was opened on; 0 for none.

@@ -11,6 +11,7 @@
 #include "jukebox/initial_jukebox.h"
 #include "tests/jukebox_window_fixture.h"
 #include "tests/tagged_file.h"
+#include "ui/support/shown_title.h"
 
 namespace tallow {
 namespace {
@@ -92,7 +93,37 @@ TEST_F(FrmMain, TheListModelStaysConsistentWhenAShorterFolderIsShown) {
 
 TEST_F(FrmMain, TheCaptionIsTheWindowsTitle) {
   window.Jukebox().Caption("MIX");
-  EXPECT_EQ(window.windowTitle(), "MIX");
+  EXPECT_EQ(ShownTitle(window), "MIX");
+  window.Jukebox().Caption("a [*] b");
+  EXPECT_EQ(ShownTitle(window), "a [*] b");
+}
+
+TEST_F(FrmMain, TheTitleHasAStarWhileTheJukeboxDiffersFromItsFile) {
+  const auto title_becomes = [this](const QString& title) {
+    return QTest::qWaitFor([&] { return ShownTitle(window) == title; });
+  };
+  Folder& one = AddFolder("one");
+  window.Jukebox().Caption("MIX");
+  window.Jukebox().IsFormDirty(true);
+  EXPECT_TRUE(title_becomes("MIX*"));
+  EXPECT_EQ(window.Jukebox().Caption(), "MIX");
+  const std::string file = application / "mix.juk";
+  ASSERT_TRUE(window.Jukebox().Save(file, library));
+  window.Jukebox().IsFormDirty(false);
+  EXPECT_TRUE(title_becomes("MIX"));
+  // Filing marks every jukebox that it visits as changed; the contents are still the same.
+  window.Jukebox().IsFormDirty(true);
+  EXPECT_TRUE(window.Jukebox().IsFormDirty());
+  EXPECT_FALSE(window.Jukebox().IsUnsaved());
+  window.Run(TreeCommand::kAddFolderToSelected, &one);
+  EXPECT_TRUE(title_becomes("MIX*"));
+  window.PVExplorer1().Undo();
+  EXPECT_TRUE(title_becomes("MIX"));
+  window.PVExplorer1().Redo();
+  EXPECT_TRUE(title_becomes("MIX*"));
+  ASSERT_TRUE(window.Jukebox().Save(file, library));
+  window.Jukebox().IsFormDirty(false);
+  EXPECT_TRUE(title_becomes("MIX"));
 }
 
 TEST_F(FrmMain, ClickingAFolderShowsItsSongs) {

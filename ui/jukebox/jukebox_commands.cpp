@@ -15,6 +15,7 @@
 #include "jukebox/ranking.h"
 #include "jukebox/special_folders.h"
 #include "ui/jukebox/explorer/explorer_edits.h"
+#include "ui/jukebox/explorer/shown_songs.h"
 #include "ui/jukebox/pv_explorer.h"
 #include "ui/support/display_text.h"
 
@@ -205,8 +206,8 @@ SongsOrigin JukeboxCommands::OriginOf(const Folder& folder) const {
 }
 
 void JukeboxCommands::RankSelectedSongs(int item) {
-  ReportRanks(RankSongs(jukebox_.History(), *jukebox_.ListFolder(), explorer_.SelectedRows(),
-                        item, tallow_.library));
+  ReportRanks(RankSongs(jukebox_.History(), *jukebox_.ListFolder(), explorer_.SelectedRows(), item,
+                        tallow_.library));
 }
 
 void JukeboxCommands::RankSelectedSongs(const std::function<NewRank(int rank)>& rank_of) {

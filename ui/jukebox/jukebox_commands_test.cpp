@@ -607,5 +607,115 @@ TEST_F(Commands, SongsAreFiledIntoTheFirstOfTwoFoldersWithTheSameName) {
   EXPECT_EQ(SongsOf(mine), Songs{});
 }
 
+TEST_F(Commands, RanksAreUndoneAndTheLibraryIsSaved) {
+  AddSongs(3);
+  AddFolder("one", {1, 2, 3});
+  Show();
+  List().selectAll();
+  Item(Menu("ListMenu"), 9).trigger();
+  SelectRow(1);
+  Item(Menu("ListMenu"), 18).trigger();
+  EXPECT_EQ(Rank(2), "2");
+  EXPECT_EQ(Picture(1), 2);
+  const auto saved = StampOf(LibraryPath());
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Rank(2), "6");
+  EXPECT_EQ(Picture(1), 6);
+  EXPECT_EQ(Selected(), std::vector<int>{1});
+  EXPECT_NE(StampOf(LibraryPath()), saved);
+  window.PVExplorer1().Undo();
+  for (int song = 1; song <= 3; ++song) EXPECT_EQ(Rank(song), "2");
+  window.PVExplorer1().Redo();
+  EXPECT_EQ(Rank(3), "6");
+  EXPECT_EQ(Picture(2), 6);
+  EXPECT_FALSE(Box().IsFormDirty());
+}
+
+TEST_F(Commands, UndoOfARankingShowsTheFolderOfTheSongs) {
+  AddSongs(1);
+  Folder& one = AddFolder("one", {1});
+  AddFolder("two");
+  Show();
+  SelectRow(0);
+  Item(Menu("ListMenu"), 8).trigger();
+  Click("two");
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Box().selectednode(), &one);
+  EXPECT_EQ(Rank(1), "2");
+  EXPECT_EQ(Picture(0), 2);
+}
+
+TEST_F(Commands, UndoneRanksThatCannotBeSavedAreReported) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  SelectRow(0);
+  Item(Menu("ListMenu"), 8).trigger();
+  std::filesystem::remove(LibraryPath());
+  std::filesystem::create_directories(std::filesystem::path(LibraryPath()));
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Rank(1), "2");
+  const Texts said = messages.Take();
+  ASSERT_EQ(said.size(), 1U);
+  EXPECT_TRUE(said[0].starts_with("The ranks could not be saved. ")) << said[0];
+}
+
+TEST_F(Commands, TheItemsOfTheTreeRenameAndPlayTheFolder) {
+  AddSongs(2);
+  AddFolder("one", {2, 1});
+  Folder& two = AddFolder("two");
+  std::vector<Songs> next;
+  std::vector<Songs> queued;
+  QObject::connect(&window, &frmMain::PlayNext, [&](const Songs& songs) { next.push_back(songs); });
+  QObject::connect(&window, &frmMain::AddToQueue,
+                   [&](const Songs& songs) { queued.push_back(songs); });
+  Show();
+  QMenu& menu = Menu("TreeMenu");
+  emit window.PVExplorer1().TreePopUp(&Nodes().ChildAt(0), QPoint(10, 10));
+  menu.close();
+  for (const int command : {14, 15, 16}) Item(menu, command).trigger();
+  EXPECT_EQ(played, (std::vector<Songs>{{2, 1}}));
+  EXPECT_EQ(next, (std::vector<Songs>{{2, 1}}));
+  EXPECT_EQ(queued, (std::vector<Songs>{{2, 1}}));
+  EXPECT_EQ(problems, QStringList());
+  for (const TreeCommand command :
+       {TreeCommand::kPlayFolder, TreeCommand::kPlayFolderNext, TreeCommand::kAddFolderToQueue})
+    window.Run(command, &two);
+  EXPECT_EQ(problems, QStringList(3, "This folder holds no songs to play."));
+  EXPECT_EQ(next.size(), 1U);
+  EXPECT_EQ(queued.size(), 1U);
+  Item(menu, 13).trigger();
+  auto* const editor = Tree().findChild<QLineEdit*>();
+  ASSERT_NE(editor, nullptr);
+  EXPECT_EQ(editor->text(), "one");
+}
+
+TEST_F(Commands, ItemsThatWouldDoNothingSilentlyAreGrey) {
+  AddSongs(1);
+  AddFolder("All Songs", {1});
+  AddFolder("one");
+  Show();
+  const auto grey = [](const QMenu& menu) {
+    QList<int> items;
+    for (const QAction* const action : menu.actions())
+      if (!action->isEnabled()) items.append(action->data().toInt());
+    return items;
+  };
+  emit window.PVExplorer1().ListPopUp(QPoint(10, 10));
+  Menu("ListMenu").close();
+  EXPECT_EQ(grey(Menu("ListMenu")), QList<int>{6});
+  // A special folder is neither deleted nor renamed. To cut it says why that is not possible.
+  emit window.PVExplorer1().TreePopUp(&Nodes().ChildAt(0), QPoint(10, 10));
+  Menu("TreeMenu").close();
+  EXPECT_EQ(grey(Menu("TreeMenu")), (QList<int>{8, 9, 10, 11, 13}));
+  tallow.clipboard.PutSongs({{1, 2}});
+  emit window.PVExplorer1().ListPopUp(QPoint(10, 10));
+  Menu("ListMenu").close();
+  EXPECT_EQ(grey(Menu("ListMenu")), QList<int>());
+  emit window.PVExplorer1().TreePopUp(&Nodes().ChildAt(1), QPoint(10, 10));
+  Menu("TreeMenu").close();
+  EXPECT_EQ(grey(Menu("TreeMenu")), (QList<int>{10, 11}));
+}
+
 }  // namespace
 }  // namespace tallow

@@ -542,5 +542,99 @@ TEST_F(Keys, ThePartOfTheControlOutsideTheWindowStaysEmpty) {
   EXPECT_TRUE(window.rect().contains(corner));
 }
 
+TEST_F(Keys, CtrlAndADigitRankTheSelectedSongs) {
+  AddSongs(2);
+  AddFolder("one", {1, 2});
+  Show();
+  SelectRow(0);
+  const std::pair<Qt::Key, const char*> keys[] = {{Qt::Key_7, "7"}, {Qt::Key_6, "6"},
+                                                  {Qt::Key_5, "5"}, {Qt::Key_4, "4"},
+                                                  {Qt::Key_3, "3"}, {Qt::Key_0, "2"}};
+  for (const auto& [key, rank] : keys) {
+    Type(List(), key, Qt::ControlModifier);
+    EXPECT_EQ(library.Mp3Info(kSongRank, 1), rank);
+    EXPECT_EQ(std::to_string(Box().selectednode()->Items()[0].Icon()), rank);
+  }
+  Type(List(), Qt::Key_7, Qt::ControlModifier | Qt::KeypadModifier);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 1), "7");
+  // Without Ctrl and for other digits, and in the tree, nothing is ranked.
+  Type(List(), Qt::Key_5);
+  for (const Qt::Key key : {Qt::Key_1, Qt::Key_2, Qt::Key_8, Qt::Key_9})
+    Type(List(), key, Qt::ControlModifier);
+  Type(Tree(), Qt::Key_5, Qt::ControlModifier);
+  SelectRow(0);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 1), "7");
+  EXPECT_EQ(library.Mp3Info(kSongRank, 2), "2");
+  for (int step = 0; step < 7; ++step) Type(List(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 1), "2");
+}
+
+TEST_F(Keys, TheRankMenuShowsItsKeys) {
+  QStringList keys;
+  for (const QAction* const item :
+       window.findChild<QMenu*>(QStringLiteral("RankMenu"))->actions()) {
+    keys.append(item->shortcut().toString());
+    EXPECT_EQ(item->shortcutContext(), Qt::WidgetShortcut);
+  }
+  EXPECT_EQ(keys, (QStringList{"Ctrl+7", "Ctrl+6", "Ctrl+5", "Ctrl+4", "Ctrl+3", "", "Ctrl+0"}));
+}
+
+TEST_F(Keys, AltUpAndAltDownMoveTheSelection) {
+  AddSongs(5);
+  Folder& one = AddFolder("one", {1, 2, 3, 4, 5});
+  Show();
+  SelectRow(1);
+  SelectRow(3, Qt::ControlModifier);
+  Type(List(), Qt::Key_Up, Qt::AltModifier);
+  EXPECT_EQ(SongsOf(one), (Songs{2, 1, 4, 3, 5}));
+  EXPECT_EQ(Selected(), (std::vector<int>{0, 2}));
+  EXPECT_EQ(CurrentRow(), 2);
+  // The first of them is at the top.
+  Type(List(), Qt::Key_Up, Qt::AltModifier);
+  EXPECT_EQ(SongsOf(one), (Songs{2, 1, 4, 3, 5}));
+  Type(List(), Qt::Key_Down, Qt::AltModifier);
+  Type(List(), Qt::Key_Down, Qt::AltModifier);
+  EXPECT_EQ(SongsOf(one), (Songs{1, 3, 2, 5, 4}));
+  EXPECT_EQ(Selected(), (std::vector<int>{2, 4}));
+  Type(List(), Qt::Key_Down, Qt::AltModifier);
+  EXPECT_EQ(SongsOf(one), (Songs{1, 3, 2, 5, 4}));
+  EXPECT_EQ(Box().History().NameToUndo(), "Move 2 Songs");
+  for (int step = 0; step < 3; ++step) Type(List(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2, 3, 4, 5}));
+  EXPECT_EQ(Selected(), (std::vector<int>{1, 3}));
+  EXPECT_FALSE(Box().History().CanUndo());
+}
+
+TEST_F(Keys, AMovedSongStaysInViewAndClearsTheSortMark) {
+  constexpr int kSongs = 100;
+  AddSongs(kSongs);
+  Folder& one = AddFolder("one");
+  for (int song = kSongs; song > 0; --song) one.Items().emplace_back(song, 2);
+  Show();
+  ClickHeader();
+  EXPECT_EQ(Header(), "Name    --   ");
+  SelectRow(0);
+  for (int step = 0; step < 60; ++step) Type(List(), Qt::Key_Down, Qt::AltModifier);
+  EXPECT_EQ(Selected(), std::vector<int>{60});
+  EXPECT_TRUE(
+      List().viewport()->rect().contains(List().visualRect(List().model()->index(60, 0)).center()));
+  EXPECT_EQ(Header(), QString::fromLatin1(kNameHeader));
+}
+
+TEST_F(Keys, SongsThatAreNotShownKeepTheirPlacesWhenOthersMove) {
+  AddSongs(4);
+  Folder& one = AddFolder("one", {1, 2, 3, 4});
+  // A song whose file is missing, and that the folder remembers, has a negative number.
+  one.Items()[1].SubItem(clsMain::kFirstPlaceholder);
+  Show();
+  ASSERT_EQ(RowsOf(List()).size(), 3);
+  SelectRow(0);
+  Type(List(), Qt::Key_Down, Qt::AltModifier);
+  EXPECT_EQ(SongsOf(one), (Songs{3, clsMain::kFirstPlaceholder, 1, 4}));
+  EXPECT_EQ(Selected(), std::vector<int>{2});
+  Type(List(), Qt::Key_Up, Qt::AltModifier);
+  EXPECT_EQ(SongsOf(one), (Songs{1, clsMain::kFirstPlaceholder, 3, 4}));
+}
+
 }  // namespace
 }  // namespace tallow

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/pop_up_menus.h"
 
+#include <cstdint>
+#include <string>
+
 #include <QAction>
 #include <QCoreApplication>
 #include <QKeySequence>

@@ -242,16 +242,21 @@ TEST_F(Selection, TheMenuEnablesOnlyItemsThatHaveAnEffect) {
   };
   const auto beside = [&] { return open(QPoint(5, Tree().viewport()->height() - 3)); };
   const auto on_folder = [&] { return open(Tree().visualRect(IndexOf(Tree(), "one")).center()); };
-  EXPECT_EQ(beside(), (QList<TreeCommand>{kAddFolderToSelected, kCutFolder, kCopyFolder,
-                                          kPasteFolder, kDeleteFolder, kMoveToRoot}));
-  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kPasteFolder, kMoveToRoot}));
+  EXPECT_EQ(beside(),
+            (QList<TreeCommand>{kAddFolderToSelected, kCutFolder, kCopyFolder, kPasteFolder,
+                                kDeleteFolder, kSortNodes, kMoveToRoot, kRename, kPlayFolder,
+                                kPlayFolderNext, kAddFolderToQueue}));
+  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kPasteFolder, kSortNodes, kMoveToRoot}));
   // Songs can be pasted only into a folder.
   tallow.clipboard.PutSongs({{1, 2}});
   EXPECT_TRUE(beside().contains(kPasteFolder));
-  EXPECT_EQ(on_folder(), QList<TreeCommand>{kMoveToRoot});
+  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kSortNodes, kMoveToRoot}));
   tallow.clipboard.PutFolder(Nodes().ChildAt(0));
   EXPECT_FALSE(beside().contains(kPasteFolder));
-  EXPECT_EQ(on_folder(), QList<TreeCommand>{kMoveToRoot});
+  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kSortNodes, kMoveToRoot}));
+  AddFolder("two");
+  EXPECT_FALSE(beside().contains(kSortNodes));
+  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kSortNodes, kMoveToRoot}));
 }
 
 TEST_F(Selection, TheMenuKeyOpensTheMenuNearTheNameOfTheSong) {

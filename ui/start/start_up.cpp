@@ -2,6 +2,7 @@
 #include "ui/start/start_up.h"
 
 #include <cstdio>
+#include <utility>
 
 #include <QLibraryInfo>
 
@@ -123,7 +124,11 @@ void StartUp::OpenInTextEditor(const std::string& path) {
 
 void StartUp::ShowTip() {
   if (before_tip_) before_tip_();
-  if (!silent_) frame_.ShowTip(false);
+  tip_is_due_ = !silent_;
+}
+
+void StartUp::ShowDueTip() {
+  if (std::exchange(tip_is_due_, false)) frame_.ShowTipOfStart();
 }
 
 RuntimeFile QtsRuntimeFile() {

@@ -41,9 +41,13 @@ class StartUp : public StartUpWindows {
   void SelectFolder(Jukebox& jukebox, Folder& folder) override;
   void PlaceJukeboxes(const std::vector<PlacedJukebox>& placed, Jukebox& front) override;
   void OpenInTextEditor(const std::string& path) override;
-  /// Sets a callback that runs at the end of start-up, before the modal tip window opens.
+  /// Sets a callback that runs at the end of start-up.
   void BeforeTip(std::function<void()> act) { before_tip_ = std::move(act); }
+  /// Makes the tip due. It is shown by ShowDueTip, after the files that the user opens, so that it
+  /// does not come before them.
   void ShowTip() override;
+  /// Shows the tip of the start if it is due. The frame window keeps the keyboard focus.
+  void ShowDueTip();
 
  private:
   frmSplash& SplashWindow();
@@ -53,6 +57,7 @@ class StartUp : public StartUpWindows {
   frmMDIForm1& frame_;
   bool silent_;
   std::function<void()> before_tip_;
+  bool tip_is_due_ = false;
   std::unique_ptr<frmSplash> splash_;
   std::vector<Jukebox*> open_;
 };

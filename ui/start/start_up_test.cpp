@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSettings>
 #include <QTest>
 #include <QTextBrowser>
 #include <QTimer>
@@ -22,8 +23,10 @@
 #include "tests/recorded_searches.h"
 #include "tests/tagged_file.h"
 #include "tests/window_fixture.h"
+#include "ui/dialogs/frm_tip.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/support/qt_path.h"
+#include "ui/support/shown_title.h"
 #include "util/user_folders.h"
 
 namespace tallow {
@@ -75,7 +78,7 @@ class StartUpTest : public testing::Test {
 TEST_F(StartUpTest, TheFirstStartEndsWithTheSampleJukeboxOnScreen) {
   EXPECT_TRUE(System(tallow, drives, windows).Main(QtsRuntimeFile()));
   EXPECT_TRUE(frame.isVisible());
-  EXPECT_EQ(frame.findChild<frmMain*>()->windowTitle(), QString::fromLatin1(kSampleCaption.data()));
+  EXPECT_EQ(ShownTitle(*frame.findChild<frmMain*>()), QString::fromLatin1(kSampleCaption.data()));
   auto& tree = Child<QTreeView>("TreeView");
   EXPECT_EQ(tree.model()->rowCount(), 12);
   EXPECT_TRUE(IndexOf(tree, "Artist/Queen").isValid());
@@ -198,6 +201,24 @@ TEST_F(StartUpTest, TheFirstJukeboxHasTheFocus) {
 TEST_F(StartUpTest, ASilentStartDismissesQuestionsThatCanBeDismissed) {
   StartUp silent(tallow, frame, true);
   EXPECT_EQ(silent.AskDismissable("Recover?"), std::nullopt);
+}
+
+TEST_F(StartUpTest, TheTipComesAfterTheStartAndOnce) {
+  QSettings().setValue(QStringLiteral("Options/Show Tips at Startup"), 1);
+  frame.show();
+  windows.ShowDueTip();
+  EXPECT_EQ(frame.findChild<frmTip*>(), nullptr);
+  // The program opens the files of the command line between these two.
+  windows.ShowTip();
+  EXPECT_EQ(frame.findChild<frmTip*>(), nullptr);
+  windows.ShowDueTip();
+  auto* const tip = frame.findChild<frmTip*>();
+  ASSERT_NE(tip, nullptr);
+  EXPECT_FALSE(tip->isModal());
+  delete tip;
+  windows.ShowDueTip();
+  EXPECT_EQ(frame.findChild<frmTip*>(), nullptr);
+  QSettings().setValue(QStringLiteral("Options/Show Tips at Startup"), 0);
 }
 
 }  // namespace

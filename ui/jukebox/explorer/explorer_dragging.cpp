@@ -14,6 +14,7 @@
 #include "jukebox/jukebox.h"
 #include "jukebox/special_folders.h"
 #include "library/cls_main.h"
+#include "ui/jukebox/drop_line.h"
 #include "ui/jukebox/explorer/explorer_edits.h"
 #include "ui/jukebox/explorer/shown_songs.h"
 #include "ui/jukebox/explorer_drag.h"
@@ -66,7 +67,12 @@ void RunDrag(QWidget& from, std::unique_ptr<ExplorerDrag> data, Qt::DropActions 
 ExplorerDragging::ExplorerDragging(const Jukebox& jukebox, const clsMain& library,
                                    FolderTreeView& tree, SongListView& list,
                                    const ShownSongs& songs, ExplorerEdits& edits)
-    : jukebox_(jukebox), library_(library), tree_(tree), songs_(songs), edits_(edits) {
+    : jukebox_(jukebox),
+      library_(library),
+      tree_(tree),
+      songs_(songs),
+      drop_line_(new DropLine(list)),
+      edits_(edits) {
   connect(&list, &SongListView::DragStarted, this,
           [this, &list] { RunDrag(list, SongsToDrag(), Qt::CopyAction | Qt::LinkAction); });
   connect(&tree, &FolderTreeView::DragStarted, this,
@@ -77,12 +83,10 @@ ExplorerDragging::ExplorerDragging(const Jukebox& jukebox, const clsMain& librar
           [this](QDropEvent* event, Folder* to) { Drop(*event, to); });
   // A drop on the list goes to the folder on show, but nothing can be added to hits of a search.
   connect(&list, &SongListView::DragsOver, this, [this](QDropEvent* event) {
-    if (jukebox_.ShowsHits()) return event->ignore();
-    if (const Folder* const to = jukebox_.selectednode()) DragOver(*event, to);
+    jukebox_.ShowsHits() ? event->ignore() : DragOverList(*event);
   });
   connect(&list, &SongListView::Dropped, this, [this](QDropEvent* event) {
-    if (jukebox_.ShowsHits()) return event->ignore();
-    if (const Folder* const to = jukebox_.selectednode()) Drop(*event, to);
+    jukebox_.ShowsHits() ? event->ignore() : DropOnList(*event);
   });
 }
 
@@ -129,6 +133,40 @@ void ExplorerDragging::DragOver(QDropEvent& event, const Folder* to) const {
     event.setDropAction(Qt::CopyAction);
   }
   event.setAccepted(accepts);
+}
+
+bool ExplorerDragging::MovesInList(const QDropEvent& event) const {
+  const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData());
+  return drag != nullptr && drag->Source() == &edits_ && drag->IsSongs() &&
+         &drag->From() == jukebox_.selectednode() &&
+         !event.modifiers().testFlag(Qt::ControlModifier);
+}
+
+void ExplorerDragging::DragOverList(QDropEvent& event) {
+  if (MovesInList(event)) {
+    drop_line_->ShowAt(event.position().toPoint());
+    event.setDropAction(Qt::LinkAction);
+    return event.accept();
+  }
+  drop_line_->Hide();
+  // A drop on the list goes to the folder on show.
+  if (const Folder* const to = jukebox_.selectednode()) DragOver(event, to);
+}
+
+void ExplorerDragging::DropOnList(QDropEvent& event) {
+  if (!MovesInList(event)) {
+    if (const Folder* const to = jukebox_.selectednode()) Drop(event, to);
+    return;
+  }
+  event.setDropAction(Qt::LinkAction);
+  event.accept();
+  const auto& drag = *qobject_cast<const ExplorerDrag*>(event.mimeData());
+  const int before = songs_.IndexAt(drop_line_->RowAt(event.position().toPoint()));
+  // After the drag has ended, as in Drop. Another folder may be shown by then.
+  QTimer::singleShot(0, this, [this, key = drag.From().Key(), rows = drag.Rows(), before] {
+    const Folder* const shown = jukebox_.selectednode();
+    if (shown != nullptr && shown->Key() == key) edits_.MoveSongsTo(rows, before);
+  });
 }
 
 void ExplorerDragging::Drop(QDropEvent& event, const Folder* to) {

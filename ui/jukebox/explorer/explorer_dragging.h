@@ -11,6 +11,7 @@ class QDropEvent;
 
 namespace tallow {
 
+class DropLine;
 class ExplorerDrag;
 class ExplorerEdits;
 class Folder;
@@ -21,7 +22,8 @@ class SongListView;
 class clsMain;
 
 /// Dragging from and to the explorer control: starts the drags of songs and folders, decides what
-/// may be dropped where, and has ExplorerEdits carry out a drop.
+/// may be dropped where, and has ExplorerEdits carry out a drop. Songs that are dropped on the list
+/// that they come from move to the line that is shown there.
 ///
 /// Other programs are offered only a copy of songs, because a move would remove the files. Inside
 /// the program, LinkAction therefore means a move of songs.
@@ -46,12 +48,16 @@ class ExplorerDragging : public QObject {
  private:
   void DragOver(QDropEvent& event, const Folder* to) const;
   void Drop(QDropEvent& event, const Folder* to);
+  bool MovesInList(const QDropEvent& event) const;
+  void DragOverList(QDropEvent& event);
+  void DropOnList(QDropEvent& event);
   bool CanDrop(const ExplorerDrag& drag, const Folder* to, bool copy) const;
 
   const Jukebox& jukebox_;
   const clsMain& library_;
   const FolderTreeView& tree_;
   const ShownSongs& songs_;
+  DropLine* drop_line_;  ///< a child of the list
   ExplorerEdits& edits_;
 };
 
