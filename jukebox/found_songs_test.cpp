@@ -82,6 +82,18 @@ TEST_F(Hits, AreNoPartOfTheJukebox) {
   EXPECT_EQ(jukebox.Nodes().Count(), 1);
 }
 
+TEST_F(Hits, TheJukeboxIsSavedWithTheHeaderOfTheFolder) {
+  jukebox.AddColumnHeader(kNameHeader);
+  for (int click = 1; click <= 3; ++click) jukebox.ColumnClick(library);
+  const std::string before = jukebox.Encode(library);
+  EXPECT_NE(before.find("By Rank -- best to worst"), std::string::npos);
+  jukebox.ShowHits({3}, library);
+  EXPECT_EQ(jukebox.Encode(library), before);
+  jukebox.ColumnClick(library);
+  EXPECT_EQ(jukebox.Encode(library), before);
+  EXPECT_EQ(jukebox.ColumnHeaders().front(), "Name    --   ");
+}
+
 TEST_F(Hits, EndWhenAFolderIsShown) {
   jukebox.ShowHits({3}, library);
   jukebox.ShowFolder(folder, library, folder_changes);

@@ -120,6 +120,12 @@ void Jukebox::ShowHits(const std::vector<std::int32_t>& songs, const clsMain& li
   ResetSort();
 }
 
+std::vector<std::string> Jukebox::HeadersOfFolder() const {
+  std::vector<std::string> headers = ColumnHeaders();
+  if (ShowsHits() && !headers.empty()) headers.front() = header_before_hits_;
+  return headers;
+}
+
 void Jukebox::HideHits(const clsMain& library) {
   if (!ShowsHits()) return;
   found_.Hide();

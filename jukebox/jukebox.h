@@ -82,7 +82,7 @@ class Jukebox {
 
   /// Encodes the jukebox as the bytes of its file.
   std::string Encode(const clsMain& library) const {
-    return file_.Encode(tree_, ColumnHeaders(), library);
+    return file_.Encode(tree_, HeadersOfFolder(), library);
   }
 
   /// Call this after folders may have left the tree: if the shown folder has left it, no folder is
@@ -116,7 +116,7 @@ class Jukebox {
 
   /// Saves the jukebox, see JukeboxFile::Save. On failure FileProblem() has the reason.
   bool Save(const std::string& path, const clsMain& library) {
-    return file_.Save(path, tree_, ColumnHeaders(), library);
+    return file_.Save(path, tree_, HeadersOfFolder(), library);
   }
 
   /// Replaces folders, songs and columns with those of a file. Afterwards no folder is shown. Songs
@@ -194,6 +194,8 @@ class Jukebox {
   void LabelSongs(const clsMain& library);
   /// Call after the order of the shown songs has changed.
   void Reordered(const clsMain& library, std::string_view header);
+  /// The column headers as they are without the hits of a search.
+  std::vector<std::string> HeadersOfFolder() const;
   StepResult AfterStep(Folder* concerned);
 
   FolderTree tree_;

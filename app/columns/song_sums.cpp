@@ -5,14 +5,15 @@
 
 #include "app/columns/song_columns.h"
 #include "app/library_details.h"
+#include "details/details_table.h"
 #include "library/cls_main.h"
 #include "util/number.h"
 
 namespace tallow {
 namespace {
 
-/// For more songs, reading all stored details at once is faster than one by one.
-constexpr std::size_t kMany = 500;
+/// The details of at most this number of songs are read from the database, one by one.
+constexpr std::size_t kFew = 500;
 
 constexpr std::int64_t kKilobyte = 1000;
 constexpr std::int64_t kMegabyte = 1000 * kKilobyte;
@@ -28,12 +29,20 @@ std::string Part(const std::string& text, std::int64_t known, std::int64_t all) 
 
 SongSums SumsOf(const clsMain& library, LibraryDetails& details,
                 std::span<const std::int32_t> records) {
-  if (records.size() > kMany) details.LoadAll();
+  const DetailsTable& table = details.Table();
+  std::size_t asked = 0;
+  const auto length_of = [&](std::int32_t record) {
+    // Every song is read in the background anyway. Asking for one that is not known yet makes
+    // LibraryDetails::Version() grow when more is known.
+    if (table.Knows(record) || asked == kFew) return table.Row(record).length_ms;
+    ++asked;
+    return details.RowOf(record).length_ms;
+  };
   SongSums sums;
   for (const std::int32_t record : records) {
     ++sums.songs;
     if (!library.Song(record).Exists()) continue;
-    if (const std::int32_t length = details.RowOf(record).length_ms; length > 0) {
+    if (const std::int32_t length = length_of(record); length > 0) {
       sums.length_ms += length;
       ++sums.lengths;
     }

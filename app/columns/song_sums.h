@@ -22,8 +22,8 @@ struct SongSums {
   friend bool operator==(const SongSums&, const SongSums&) = default;
 };
 
-/// Adds up what is known of songs, without asking the disk for their files. For many songs, reads
-/// the stored details of all songs first.
+/// Adds up what is known of songs, without asking the disk for their files. The stored details of
+/// at most 500 songs that are not known yet are read from the database.
 ///
 /// \param records record numbers; those that refer to no song count as songs of unknown length
 SongSums SumsOf(const clsMain& library, LibraryDetails& details,

@@ -31,7 +31,10 @@ std::uint64_t ChecksumOfSongs(const clsMain& library) {
     const SongView song = library.Song(record);
     if (!song.IsPresent()) continue;
     const std::uint64_t hash = std::hash<std::string_view>()(song.Name());
-    sum += (hash ^ static_cast<std::uint64_t>(record)) * kFactor;
+    // Mixed, so that two songs that exchange their names change the sum.
+    std::uint64_t mixed = (hash ^ static_cast<std::uint64_t>(record)) * kFactor;
+    mixed ^= mixed >> 32U;
+    sum += mixed * kFactor;
   }
   return sum;
 }

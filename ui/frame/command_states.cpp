@@ -137,6 +137,8 @@ bool CommandStates::CouldEdit(FrameCommand command) const {
   if (window == nullptr) return true;
   const int pane = window->CurrentPaneWFocus();
   if (pane != kTreePane && pane != kListPane) return false;
+  // Hits of a search are copied only.
+  if (pane == kListPane && window->Jukebox().ShowsHits()) return command == FrameCommand::kCopy;
   if (command == FrameCommand::kPaste)
     return clipboard_.CopiedFolder() != nullptr || !clipboard_.Songs().empty();
   const Folder* const folder = window->FolderOfPane(pane);

@@ -172,6 +172,17 @@ TEST_F(States, UndoAndRedoNameTheStepAndWorkByMenuAndKey) {
   EXPECT_EQ(SongsOf(folder).size(), 2U);
 }
 
+TEST_F(States, HitsOfASearchAreCopiedOnly) {
+  frmMain& window = ShowJukebox();
+  Focus(ListOf(window));
+  tallow.clipboard.PutSongs({{1, 2}});
+  window.PVExplorer1().ShowHits({1});
+  EXPECT_EQ(GreyIn("mnuEdit"),
+            (QStringList{"mnuUndo", "mnuRedo", "mnuCut", "mnuPaste", "mnuDelete"}));
+  window.PVExplorer1().HideHits();
+  EXPECT_EQ(GreyIn("mnuEdit"), (QStringList{"mnuUndo", "mnuRedo"}));
+}
+
 TEST_F(States, UndoStandsAboveASeparatorAndCut) {
   const QList<QAction*> items = frame.findChild<QMenu*>(QStringLiteral("mnuEdit"))->actions();
   EXPECT_EQ(items[0]->objectName(), "mnuUndo");

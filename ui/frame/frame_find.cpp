@@ -112,6 +112,8 @@ bool FrameFind::eventFilter(QObject* watched, QEvent* event) {
   }
   if (event->type() == QEvent::KeyPress) {
     const auto& key = *static_cast<QKeyEvent*>(event);
+    const bool plays = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    if (plays && key.isAutoRepeat()) return true;
     if ((key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier && KeyPressed(key.key()))
       return true;
   }

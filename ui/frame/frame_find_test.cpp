@@ -209,6 +209,10 @@ TEST_F(FindWhileTyping, EnterPlaysTheHits) {
   QTest::keyClick(&Field(), Qt::Key_Return);
   EXPECT_EQ(tallow.SongsToPlay, (std::vector<std::int32_t>{3, 4, 5}));
   EXPECT_EQ(HandOvers(), 1);
+  // While the key is held down, it does not play again.
+  QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
+  QApplication::sendEvent(&Field(), &held);
+  EXPECT_EQ(HandOvers(), 1);
 }
 
 TEST_F(FindWhileTyping, CtrlLPlaysAllHits) {

@@ -44,13 +44,18 @@ TEST_F(EmptyFolderHintTest, GivesWayToTheNoticeOfAnEmptyLibrary) {
   EXPECT_FALSE(Hint().isVisible());
 }
 
-TEST_F(EmptyFolderHintTest, DoesNotShowInPlaceOfHits) {
+TEST_F(EmptyFolderHintTest, ShowsThatASearchHasFoundNothing) {
   AddSongs(1);
   AddFolder("Parties");
   Show();
   Box().ShowHits({}, library);
+  EXPECT_EQ(Hint().text(),
+            "No song has all these words in its title, artist, album, genre or file name.");
+  Box().ShowHits({1}, library);
   EXPECT_FALSE(Hint().isVisible());
   Box().HideHits(library);
+  EXPECT_NE(Hint().text(),
+            "No song has all these words in its title, artist, album, genre or file name.");
   EXPECT_TRUE(Hint().isVisible());
 }
 

@@ -101,9 +101,8 @@ void frmMain::MarkUnsaved() {
 void frmMain::ShowEmptyLibrary() {
   const QString of_library = DisplayText(EmptyLibraryText(tallow_));
   empty_library_->ShowText(of_library);
-  const Folder* const shown = jukebox_.selectednode();
-  const bool is_empty =
-      of_library.isEmpty() && shown != nullptr && !jukebox_.ShowsHits() && !explorer_->ShowsSongs();
+  const Folder* const shown = jukebox_.ListFolder();
+  const bool is_empty = of_library.isEmpty() && shown != nullptr && !explorer_->ShowsSongs();
   empty_folder_->ShowText(is_empty ? DisplayText(EmptyFolderText(*shown)) : QString());
 }
 

@@ -239,7 +239,9 @@ TEST_F(Queue, DelOfTheQueueNeverReachesTheMenuOfTheFrame) {
        {std::pair(Qt::Key_Delete, Qt::KeyboardModifiers()),
         std::pair(Qt::Key_X, Qt::KeyboardModifiers(Qt::ControlModifier)),
         std::pair(Qt::Key_C, Qt::KeyboardModifiers(Qt::ControlModifier)),
-        std::pair(Qt::Key_V, Qt::KeyboardModifiers(Qt::ControlModifier))}) {
+        std::pair(Qt::Key_V, Qt::KeyboardModifiers(Qt::ControlModifier)),
+        std::pair(Qt::Key_Z, Qt::KeyboardModifiers(Qt::ControlModifier)),
+        std::pair(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier)}) {
     QKeyEvent override(QEvent::ShortcutOverride, key, modifiers);
     override.ignore();
     QApplication::sendEvent(&View(), &override);

@@ -31,7 +31,8 @@ constexpr int kRowsAround = 500;
 bool IsEditKey(const QKeyEvent& key) {
   const QKeyCombination pressed(key.modifiers() & ~Qt::KeypadModifier, Qt::Key(key.key()));
   return pressed == QKeyCombination(Qt::Key_Delete) || pressed == (Qt::CTRL | Qt::Key_X) ||
-         pressed == (Qt::CTRL | Qt::Key_C) || pressed == (Qt::CTRL | Qt::Key_V);
+         pressed == (Qt::CTRL | Qt::Key_C) || pressed == (Qt::CTRL | Qt::Key_V) ||
+         pressed == (Qt::CTRL | Qt::Key_Z) || pressed == (Qt::CTRL | Qt::SHIFT | Qt::Key_Z);
 }
 
 /// Draws the mark of a row right of its text, so that all texts begin below each other.

@@ -28,7 +28,8 @@ JukeboxColumns::JukeboxColumns(Tallow& tallow, Jukebox& jukebox, PVExplorer& exp
           [this](const QPoint& position) { menu_->popup(position); });
   connect(&explorer, &PVExplorer::ColumnsChanged, this, &JukeboxColumns::Choose);
   connect(&explorer, &PVExplorer::ColumnClick, this, &JukeboxColumns::Sort);
-  connect(&explorer, &PVExplorer::ListRefilled, this, [this] { ShowArrow({}, false); });
+  connect(&explorer, &PVExplorer::ListRefilled, this, &JukeboxColumns::ListRefilled);
+  connect(&explorer, &PVExplorer::HitsHidden, this, &JukeboxColumns::HitsHidden);
   Follow();
 }
 
@@ -100,6 +101,16 @@ void JukeboxColumns::SortBy(ListColumn column) {
   jukebox_.SortByColumn(tallow_.library, texts_.KeysOf(column), descending);
   ShowArrow(column, descending);
 }
+
+void JukeboxColumns::ListRefilled() {
+  // The hits of a search take the place of a folder, which comes back in its order.
+  const bool hits = jukebox_.ShowsHits();
+  if (hits && !shows_hits_) of_folder_ = {sorted_by_, descending_};
+  shows_hits_ = hits;
+  ShowArrow({}, false);
+}
+
+void JukeboxColumns::HitsHidden() { ShowArrow(of_folder_.column, of_folder_.descending); }
 
 void JukeboxColumns::ShowArrow(std::optional<ListColumn> column, bool descending) {
   sorted_by_ = column;

@@ -52,6 +52,8 @@ class JukeboxColumns : public QObject {
   void Sort(ListColumn column);
   void SortByName();
   void SortBy(ListColumn column);
+  void ListRefilled();
+  void HitsHidden();
   void ShowArrow(std::optional<ListColumn> column, bool descending);
 
   Tallow& tallow_;
@@ -64,6 +66,12 @@ class JukeboxColumns : public QObject {
   std::uint64_t details_version_ = 0;
   std::optional<ListColumn> sorted_by_;  ///< the column with the arrow
   bool descending_ = false;
+  struct Arrow {
+    std::optional<ListColumn> column;
+    bool descending = false;
+  };
+  bool shows_hits_ = false;
+  Arrow of_folder_;  ///< the arrow before hits were shown
 };
 
 }  // namespace tallow

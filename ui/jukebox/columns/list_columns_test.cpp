@@ -286,6 +286,27 @@ TEST_F(ListColumns, TheMouseDragsAHeaderWithoutSorting) {
   EXPECT_FALSE(Box().History().CanUndo());
 }
 
+TEST_F(ListColumns, TheArrowComesBackAfterASearch) {
+  AddSongWith("b", "x");
+  AddSongWith("a", "x");
+  ShowDetails();
+  Sort(ListColumn::kTitle);
+  window.PVExplorer1().ShowHits({1});
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+  window.PVExplorer1().HideHits();
+  EXPECT_TRUE(Headers().isSortIndicatorShown());
+  EXPECT_EQ(Headers().sortIndicatorSection(), IndexOf(ListColumn::kTitle));
+  Sort(ListColumn::kTitle);
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"b", "a"}));
+  // Another folder has no arrow.
+  window.PVExplorer1().ShowHits({1});
+  window.PVExplorer1().Select(*Box().Nodes().Find("one"));
+  Sort(ListColumn::kArtist);
+  window.PVExplorer1().ShowHits({1});
+  window.PVExplorer1().Select(AddFolder("two"));
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+}
+
 TEST_F(ListColumns, AWidthIsKept) {
   AddSongs(1);
   ShowDetails();

@@ -72,8 +72,14 @@ bool RankClicks::Turned(const QWheelEvent& event) {
   const int turned = event.angleDelta().y();
   if (event.modifiers() != Qt::ControlModifier || turned == 0 || !IsRankOfSelected(index))
     return false;
+  // Touchpads report parts of a step.
+  if (index != turned_at_ || (turned > 0) != (turned_ > 0)) turned_ = 0;
+  turned_at_ = index;
+  turned_ += turned;
+  const int steps = turned_ / QWheelEvent::DefaultDeltasPerStep;
+  turned_ -= steps * QWheelEvent::DefaultDeltasPerStep;
   const int now = index.data(SongListModel::kRankRole).toInt();
-  const int rank = std::clamp(now + (turned > 0 ? 1 : -1), kNeverRanked, kBestRank);
+  const int rank = std::clamp(now + steps, kNeverRanked, kBestRank);
   if (rank != now) emit RankWanted(rank);
   return true;
 }

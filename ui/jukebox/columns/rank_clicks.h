@@ -37,8 +37,10 @@ class RankClicks : public QObject {
 
   const SongListModel& songs_;
   SongListView& list_;
-  QPersistentModelIndex pressed_;  ///< the cell where the button is held down; else invalid
-  bool ranks_ = false;             ///< the last press was one that ranks
+  QPersistentModelIndex pressed_;    ///< the cell where the button is held down; else invalid
+  bool ranks_ = false;               ///< the last press was one that ranks
+  QPersistentModelIndex turned_at_;  ///< the cell over which the wheel was turned last
+  int turned_ = 0;  ///< what is left of a step of the wheel, in eighths of a degree
 };
 
 }  // namespace tallow

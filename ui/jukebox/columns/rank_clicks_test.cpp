@@ -119,6 +119,22 @@ TEST_F(RankClicksTest, TheWheelWithCtrlRaisesAndLowersTheRank) {
   EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
 }
 
+TEST_F(RankClicksTest, PartsOfAStepOfTheWheelAddUp) {
+  SelectRow(1);
+  for (int part = 0; part < 7; ++part) Turn(1, 15);
+  EXPECT_EQ(Ranks()[1], "2");
+  Turn(1, 15);
+  EXPECT_EQ(Ranks()[1], "3");
+  // The other direction, and another song, begin anew.
+  Turn(1, 105);
+  Turn(1, -15);
+  Turn(1, 105);
+  EXPECT_EQ(Ranks()[1], "3");
+  SelectRow(2);
+  Turn(2, 15);
+  EXPECT_EQ(Ranks(), (Texts{"2", "3", "2", "2"}));
+}
+
 TEST_F(RankClicksTest, TheTooltipTellsTheRank) {
   SelectRow(1);
   ClickRank(1, 5);
