@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The samples that the real player writes while its queue and its gain change.
+#include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <functional>
 #include <map>
@@ -108,6 +110,40 @@ class QueueSound : public RealPlayer {
     }
   }
 
+  /// A list that was played to its end while the queue changed.
+  struct ChangedList {
+    int changes = 0;
+    std::chrono::milliseconds longest_wait{0};  ///< between two answers of the player
+  };
+  ChangedList PlayChangingTheQueue(std::mt19937& random, std::size_t songs) {
+    using Clock = std::chrono::steady_clock;
+    ChangedList list;
+    Clock::time_point last_answer = Clock::now();
+    PlayToTheEnd([&] {
+      const std::vector<std::int64_t> queue = Queue();
+      const Clock::time_point now = Clock::now();
+      list.longest_wait = std::max(list.longest_wait,
+                                   std::chrono::ceil<std::chrono::milliseconds>(now - last_answer));
+      last_answer = now;
+      if (queue.size() < 3 || random() % 8 != 0) return;
+      ++list.changes;
+      const std::string next = std::to_string(queue.front());
+      switch (random() % 3) {
+        case 0:
+          Ask(R"({"do":"move","entries":[)" + std::to_string(queue[2]) + R"(],"before":)" + next +
+              "}");
+          break;
+        case 1:
+          Ask(R"({"do":"move","entries":[)" + next + R"(],"before":0})");
+          break;
+        default:
+          Ask(R"({"do":"remove","entries":[)" + next + "]}");
+          Add(kPlayNext, random() % songs);
+      }
+    });
+    return list;
+  }
+
  private:
   std::vector<std::string> decoded_;
   std::map<std::int64_t, std::size_t> songs_;  ///< by the entry
@@ -115,37 +151,28 @@ class QueueSound : public RealPlayer {
 
 TEST_F(QueueSound, OneHundredTrackChangesAreGaplessWhileTheQueueChanges) {
   constexpr std::size_t kSongs = 12;
-  // At a higher pace, a busy machine may delay the player for longer than a song lasts. The engine
-  // may then play a track already that the player removes, and opens its output again.
-  PlayAtPace("2");
+  // If the player waits for the processor for longer than a song lasts, the engine may play a track
+  // already that the player removes, and opens its output again. What was written says nothing
+  // then, so the list is played once more.
+  constexpr auto kLate = std::chrono::milliseconds(200);
+  constexpr int kAttempts = 4;
+  PlayAtPace("1");
   MakeSongs(kSongs);
   StartPlayer();
   std::mt19937 random(1);
-  for (int k = 0; k < 101; ++k) Add(kAtEnd, random() % kSongs);
-  int changes = 0;
-  PlayToTheEnd([&] {
-    const std::vector<std::int64_t> queue = Queue();
-    if (queue.size() < 3 || random() % 8 != 0) return;
-    ++changes;
-    const std::string next = std::to_string(queue.front());
-    switch (random() % 3) {
-      case 0:
-        Ask(R"({"do":"move","entries":[)" + std::to_string(queue[2]) + R"(],"before":)" + next +
-            "}");
-        break;
-      case 1:
-        Ask(R"({"do":"move","entries":[)" + next + R"(],"before":0})");
-        break;
-      default:
-        Ask(R"({"do":"remove","entries":[)" + next + "]}");
-        Add(kPlayNext, random() % kSongs);
-    }
-  });
-  EXPECT_GE(changes, 100);
-  const std::string expected = DecodedList();
-  const std::string written = Written();
-  EXPECT_EQ(written.size(), expected.size());
-  EXPECT_TRUE(written == expected);
+  for (int attempt = 1;; ++attempt) {
+    player.ClearWinampPlaylist();
+    for (int k = 0; k < 101; ++k) Add(kAtEnd, random() % kSongs);
+    const ChangedList list = PlayChangingTheQueue(random, kSongs);
+    EXPECT_GE(list.changes, 100);
+    const std::string expected = DecodedList();
+    const std::string written = Written();
+    if (written == expected) return;
+    if (list.longest_wait >= kLate && attempt < kAttempts) continue;
+    FAIL() << written.size() << " bytes were written instead of " << expected.size() << "; attempt "
+           << attempt << ", the longest wait for an answer took " << list.longest_wait.count()
+           << " ms";
+  }
 }
 
 TEST_F(QueueSound, ChangingTheGainLosesNoSound) {
