@@ -17,6 +17,8 @@
 #include <QUrl>
 #include <QVBoxLayout>
 
+#include "ui/support/readable_placeholder.h"
+
 namespace tallow {
 namespace {
 
@@ -68,12 +70,7 @@ frmHelp::frmHelp(QWidget* parent)
   setWindowTitle(tr("Tallow Help"));
   search_->setObjectName(QStringLiteral("Search"));
   search_->setPlaceholderText(tr("Search all pages"));
-  // Some dark desktops leave the placeholder text black.
-  QPalette colors = search_->palette();
-  QColor hint = colors.color(QPalette::Text);
-  hint.setAlpha(160);
-  colors.setColor(QPalette::PlaceholderText, hint);
-  search_->setPalette(colors);
+  MakePlaceholderReadable(*search_);
   search_->setAccessibleName(tr("Search all pages"));
   search_->setAccessibleDescription(tr("Lists only the pages that contain all the words"));
   search_->setClearButtonEnabled(true);

@@ -22,6 +22,7 @@ enum class FrameCommand {
   kPaste,
   kDelete,
   kFind,
+  kFindField,
   kAddFolderToRoot,
   kAddFolderToSelectedFolder,
   kNewSongsNormalLocations,

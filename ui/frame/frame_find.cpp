@@ -8,6 +8,7 @@
 
 #include <QAction>
 #include <QElapsedTimer>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -24,6 +25,7 @@
 #include "ui/jukebox/pv_explorer.h"
 #include "ui/support/frame_pictures.h"
 #include "ui/support/help_page.h"
+#include "ui/support/readable_placeholder.h"
 #include "util/number.h"
 #include "util/text.h"
 
@@ -34,25 +36,24 @@ namespace {
 constexpr int kMinCharacters = 16;
 constexpr int kMaxCharacters = 40;
 
-/// "1,234 songs found in 0.004 s".
-std::string FoundText(std::size_t count, std::int64_t nanoseconds) {
+/// "1,234 songs found in 4 ms".
+std::string FoundText(std::size_t count, std::int64_t milliseconds) {
   const std::string songs = count == 0   ? "No songs"
                             : count == 1 ? "1 song"
                                          : GroupedNumber(std::int64_t(count)) + " songs";
-  return songs + " found in " + QString::number(double(nanoseconds) / 1e9, 'f', 3).toStdString() +
-         " s";
+  return songs + " found in " +
+         (milliseconds > 0 ? GroupedNumber(milliseconds) : std::string("under 1")) + " ms";
 }
 
 }  // namespace
 
-FrameFind::FrameFind(QMainWindow& frame, QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
+FrameFind::FrameFind(QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
                      FrameMessages& messages)
     : toolbar_(toolbar),
       tallow_(tallow),
       jukeboxes_(jukeboxes),
       messages_(messages),
-      field_(new QLineEdit(&toolbar)),
-      key_(new QAction(tr("Find songs"), this)) {
+      field_(new QLineEdit(&toolbar)) {
   auto* const space = new QWidget(&toolbar);
   space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   space_ = toolbar.addWidget(space);
@@ -60,6 +61,7 @@ FrameFind::FrameFind(QMainWindow& frame, QToolBar& toolbar, Tallow& tallow, Juke
   field_->setObjectName(QStringLiteral("FindField"));
   field_->setPlaceholderText(tr("Find songs"));
   field_->setAccessibleName(tr("Find songs"));
+  MakePlaceholderReadable(*field_);
   const QString help =
       tr("The list shows the songs found. Down goes to them, Enter plays them, Esc shows the "
          "folder again.");
@@ -73,10 +75,8 @@ FrameFind::FrameFind(QMainWindow& frame, QToolBar& toolbar, Tallow& tallow, Juke
   field_->setMaximumWidth(kMaxCharacters * character);
   field_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   field_->installEventFilter(this);
+  toolbar.installEventFilter(this);
   connect(field_, &QLineEdit::textChanged, this, &FrameFind::Find);
-  key_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
-  frame.addAction(key_);
-  connect(key_, &QAction::triggered, this, &FrameFind::Focus);
   connect(&jukeboxes.Area(), &QMdiArea::subWindowActivated, this, &FrameFind::EndIfOtherWindow);
   FollowPreferences();
 }
@@ -88,20 +88,40 @@ void FrameFind::FollowPreferences() {
   if (!is_on) End();
   space_->setVisible(is_on);
   field_place_->setVisible(is_on);
-  key_->setEnabled(is_on);
+  if (item_ != nullptr) item_->setVisible(is_on);
+}
+
+void FrameFind::SetItem(QAction& item) {
+  item_ = &item;
+  FollowPreferences();
 }
 
 void FrameFind::Focus() {
-  // In a narrow window the field is behind the button that shows the rest of the toolbar.
-  if (!field_->isVisible())
-    if (auto* const rest =
-            toolbar_.findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button")))
-      rest->click();
+  if (!field_->isVisible()) ShowRest(true);
   field_->setFocus(Qt::ShortcutFocusReason);
   field_->selectAll();
 }
 
+void FrameFind::ShowRest(bool show) {
+  auto* const button = toolbar_.findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"));
+  if (button == nullptr || button->isChecked() == show || (show && !button->isVisible())) return;
+  // With an animation, the field could not have the focus before its end.
+  auto* const frame = qobject_cast<QMainWindow*>(toolbar_.parentWidget());
+  const bool animates = frame != nullptr && frame->isAnimated();
+  if (animates) frame->setAnimated(false);
+  button->click();
+  if (animates) frame->setAnimated(true);
+}
+
 bool FrameFind::eventFilter(QObject* watched, QEvent* event) {
+  // When the pointer leaves it, the toolbar hides the part that a narrow window has no place for.
+  if (watched == &toolbar_) return event->type() == QEvent::Leave && field_->hasFocus();
+  if (event->type() == QEvent::FocusOut) {
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    const bool comes_back = reason == Qt::PopupFocusReason || reason == Qt::MenuBarFocusReason ||
+                            reason == Qt::ActiveWindowFocusReason;
+    if (!comes_back) ShowRest(false);
+  }
   if (event->type() == QEvent::ShortcutOverride) {
     // On some systems Ctrl+E moves in the text; here it selects the text, as everywhere else.
     const auto& key = *static_cast<QKeyEvent*>(event);
@@ -164,7 +184,7 @@ void FrameFind::ShowHits(frmMain& window, const std::string& text) {
   const std::vector<std::int32_t> hits = finder_->Find(text);
   window.PVExplorer1().ShowHits(hits);
   Follow(window);
-  messages_.ShowStatus(FoundText(hits.size(), timer.nsecsElapsed()));
+  messages_.ShowStatus(FoundText(hits.size(), timer.elapsed()));
 }
 
 void FrameFind::Follow(frmMain& window) {
@@ -178,6 +198,8 @@ void FrameFind::Follow(frmMain& window) {
 
 void FrameFind::End() {
   if (window_ != nullptr) window_->PVExplorer1().HideHits();
+  // What was said about the search.
+  if (!field_->text().isEmpty()) messages_.ClearStatus();
   is_clearing_ = true;
   field_->clear();
   is_clearing_ = false;
@@ -196,7 +218,8 @@ void FrameFind::EndIfFolderIsBack() {
 }
 
 void FrameFind::EndIfOtherWindow() {
-  if (window_ != nullptr && jukeboxes_.ActiveWindow() != window_) End();
+  const frmMain* const active = jukeboxes_.ActiveWindow();
+  if (active != window_ && (window_ != nullptr || !field_->text().isEmpty())) End();
 }
 
 }  // namespace tallow

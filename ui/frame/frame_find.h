@@ -9,7 +9,6 @@
 
 class QAction;
 class QLineEdit;
-class QMainWindow;
 class QToolBar;
 
 namespace tallow {
@@ -28,19 +27,25 @@ class FrameFind : public QObject {
   Q_OBJECT
 
  public:
-  /// \param frame, toolbar, tallow, jukeboxes, messages have to outlive this object
-  FrameFind(QMainWindow& frame, QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
-            FrameMessages& messages);
+  /// \param toolbar of a main window
+  /// \param toolbar, tallow, jukeboxes, messages have to outlive this object
+  FrameFind(QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes, FrameMessages& messages);
   ~FrameFind() override;
 
   /// Call after the preferences have changed: shows or hides the field.
   void FollowPreferences();
 
+  /// Sets the menu item that goes to the field. It is shown while the field is.
+  void SetItem(QAction& item);
+
+  /// Gives the keyboard focus to the field, and selects its text.
+  void Focus();
+
  private:
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool KeyPressed(int key);
-  /// Gives the keyboard focus to the field, and selects its text.
-  void Focus();
+  /// Shows or hides the part of the toolbar for which a narrow window has no place.
+  void ShowRest(bool show);
   void Find();
   void ShowHits(frmMain& window, const std::string& text);
   /// Follows a window whose list shows hits.
@@ -58,7 +63,7 @@ class FrameFind : public QObject {
   QLineEdit* field_;
   QAction* space_;        ///< moves the field to the right end
   QAction* field_place_;  ///< of the field in the toolbar
-  QAction* key_;
+  QAction* item_ = nullptr;
   std::unique_ptr<SongFinder> finder_;  ///< made by the first key
   QPointer<frmMain> window_;            ///< whose list shows hits; null for none
   bool is_clearing_ = false;

@@ -12,6 +12,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QToolBar>
+#include <QToolButton>
 
 #include "tests/drag_and_drop.h"
 #include "tests/frame_fixture.h"
@@ -85,11 +86,11 @@ TEST_F(FindWhileTyping, TheStatusBarShowsTheNumberOfHitsAndTheTime) {
     return QRegularExpression(QLatin1String(pattern)).match(Status()).hasMatch();
   };
   Type("moon");
-  EXPECT_TRUE(matches("^3 songs found in \\d+\\.\\d{3} s$")) << Status().toStdString();
+  EXPECT_TRUE(matches("^3 songs found in (under 1|[1-9][\\d,]*) ms$")) << Status().toStdString();
   Type(" blue");
-  EXPECT_TRUE(matches("^1 song found in \\d+\\.\\d{3} s$")) << Status().toStdString();
+  EXPECT_TRUE(matches("^1 song found in (under 1|[1-9][\\d,]*) ms$")) << Status().toStdString();
   Type(" x");
-  EXPECT_TRUE(matches("^No songs found in \\d+\\.\\d{3} s$")) << Status().toStdString();
+  EXPECT_TRUE(matches("^No songs found in (under 1|[1-9][\\d,]*) ms$")) << Status().toStdString();
   EXPECT_EQ(List().model()->rowCount(), 0);
   Field().clear();
   EXPECT_EQ(Status(), QString());
@@ -102,6 +103,51 @@ TEST_F(FindWhileTyping, TheFieldIsAtTheRightEndOfTheToolbarAndHasAName) {
   EXPECT_EQ(Field().accessibleName(), "Find songs");
   EXPECT_EQ(bar->actions().back(), bar->actionAt(Field().geometry().center()));
   EXPECT_GE(Field().geometry().right(), bar->width() - 20);
+}
+
+TEST_F(FindWhileTyping, ThePlaceholderHasTheColourOfTheText) {
+  QPalette dark = frame.palette();
+  dark.setColor(QPalette::Text, Qt::white);
+  dark.setColor(QPalette::PlaceholderText, Qt::black);
+  frame.setPalette(dark);
+  EXPECT_EQ(Field().palette().color(QPalette::PlaceholderText).rgb(), QColor(Qt::white).rgb());
+}
+
+TEST_F(FindWhileTyping, TheEditMenuHasAnItemThatGoesToTheField) {
+  Explorer().GrabFocus(true);
+  EXPECT_TRUE(Item("mnuFindField").isVisible());
+  Item("mnuFindField").trigger();
+  EXPECT_TRUE(Field().hasFocus());
+  tallow.preferences.SetSwitches({});
+  EXPECT_FALSE(Item("mnuFindField").isVisible());
+}
+
+TEST_F(FindWhileTyping, InANarrowWindowCtrlEShowsTheFieldUntilItIsLeft) {
+  frame.resize(frame.minimumSize());
+  QCoreApplication::processEvents();
+  auto* const bar = frame.findChild<QToolBar*>(QStringLiteral("Toolbar1"));
+  const auto* const rest = bar->findChild<QToolButton*>(QStringLiteral("qt_toolbar_ext_button"));
+  const int height = bar->height();
+  ASSERT_FALSE(Field().isVisible());
+  Explorer().GrabFocus(true);
+  for (int times = 0; times < 2; ++times) {
+    QTest::keyClick(&List(), Qt::Key_E, Qt::ControlModifier);
+    ASSERT_TRUE(Field().isVisible());
+    EXPECT_TRUE(Field().hasFocus());
+    EXPECT_TRUE(bar->rect().contains(Field().geometry()));
+    QTest::keyClicks(&Field(), "moon");
+    // The pointer leaves the toolbar.
+    QEvent leave(QEvent::Leave);
+    QApplication::sendEvent(bar, &leave);
+    QTest::qWait(600);
+    EXPECT_TRUE(Field().hasFocus());
+    EXPECT_TRUE(Box().ShowsHits());
+    QTest::keyClick(&Field(), Qt::Key_Escape);
+    EXPECT_TRUE(List().hasFocus());
+    EXPECT_FALSE(rest->isChecked());
+    EXPECT_FALSE(Field().isVisible());
+    EXPECT_EQ(bar->height(), height);
+  }
 }
 
 TEST_F(FindWhileTyping, CtrlEGoesToTheFieldAndSelectsItsText) {
@@ -142,6 +188,55 @@ TEST_F(FindWhileTyping, EscGivesTheFolderBackAsItWas) {
   EXPECT_EQ(List().verticalScrollBar()->value(), scrolled);
   EXPECT_EQ(Explorer().SelectedRows().size(), rows.size());
   EXPECT_TRUE(List().hasFocus());
+}
+
+TEST_F(FindWhileTyping, EscSelectsTheSameEntryOfASongThatTheFolderHoldsTwice) {
+  Top("one").Items().emplace_back(1, 2);
+  Box().ListRefilled(library);
+  List().SelectRows(2, 2);
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Escape);
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{2});
+  EXPECT_EQ(List().currentIndex().row(), 2);
+}
+
+TEST_F(FindWhileTyping, NoFolderIsMarkedWhileHitsAreShown) {
+  EXPECT_TRUE(Tree().selectionModel()->isSelected(IndexOf(Tree(), "one")));
+  Type("moon");
+  EXPECT_FALSE(Tree().selectionModel()->hasSelection());
+  QTest::keyClick(&Field(), Qt::Key_Escape);
+  EXPECT_TRUE(Tree().selectionModel()->isSelected(IndexOf(Tree(), "one")));
+  Type("moon");
+  Explorer().Select(Top("two"));
+  EXPECT_EQ(Tree().selectionModel()->selectedIndexes(), QModelIndexList{IndexOf(Tree(), "two")});
+}
+
+TEST_F(FindWhileTyping, EscInTheTreeGivesTheFolderBack) {
+  Type("moon");
+  Tree().setFocus();
+  QTest::keyClick(&Tree(), Qt::Key_Escape);
+  EXPECT_EQ(RowsOf(List()), kOne);
+  EXPECT_EQ(Field().text(), QString());
+  EXPECT_TRUE(Tree().hasFocus());
+}
+
+TEST_F(FindWhileTyping, TheEndOfASearchRemovesWhatWasSaidAboutIt) {
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Escape);
+  EXPECT_EQ(Status(), QString());
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  QTest::keyClick(&List(), Qt::Key_X, Qt::ControlModifier);
+  EXPECT_NE(Status(), QString());
+  QTest::keyClick(&List(), Qt::Key_Escape);
+  EXPECT_EQ(Status(), QString());
+  Type("moon");
+  Explorer().Select(Top("two"));
+  EXPECT_EQ(Status(), QString());
+  Type("moon");
+  Item("mnuAddFolderToRoot").trigger();
+  EXPECT_EQ(Status(), QString());
+  EXPECT_EQ(Field().text(), QString());
 }
 
 TEST_F(FindWhileTyping, EscInTheListGivesTheFolderBack) {
@@ -194,6 +289,9 @@ TEST_F(FindWhileTyping, AClosedWindowClearsTheField) {
   EXPECT_EQ(Field().text(), QString());
   Type("m");
   EXPECT_EQ(Status(), "No jukebox is open. Open one, or make a new one, and try again.");
+  ShowJukebox();
+  EXPECT_EQ(Status(), QString());
+  EXPECT_EQ(Field().text(), QString());
 }
 
 TEST_F(FindWhileTyping, DownGoesToTheFirstHit) {
@@ -212,7 +310,7 @@ TEST_F(FindWhileTyping, EnterPlaysTheHits) {
   // While the key is held down, it does not play again.
   QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, QStringLiteral("\r"), true);
   QApplication::sendEvent(&Field(), &held);
-  EXPECT_EQ(HandOvers(), 1);
+  EXPECT_EQ(HandOvers(), 0);
 }
 
 TEST_F(FindWhileTyping, CtrlLPlaysAllHits) {

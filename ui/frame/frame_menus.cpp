@@ -39,6 +39,7 @@ constexpr MenuItem kEdit[] = {
     {"mnuDelete", "Delete", "Del", FrameCommand::kDelete, "delete"},
     kSeparator,
     {"mnuFind", "&Find", "Ctrl+F", FrameCommand::kFind, "find"},
+    {"mnuFindField", "Find &While Typing", "Ctrl+E", FrameCommand::kFindField, nullptr},
     kSeparator,
     {"mnuAddFolderToRoot", "&Add Folder To Root", nullptr, FrameCommand::kAddFolderToRoot,
      "folder-root"},

@@ -63,7 +63,8 @@ TEST_F(FrameMenus, HaveTheirItemsCaptionsAndKeys) {
       ItemsOf("mnuEdit"),
       (QStringList{"mnuUndo|&Undo|Ctrl+Z", "mnuRedo|&Redo|Ctrl+Shift+Z", "-", "mnuCut|Cu&t|Ctrl+X",
                    "mnuCopy|&Copy|Ctrl+C", "mnuPaste|&Paste|Ctrl+V", "mnuDelete|Delete|Del", "-",
-                   "mnuFind|&Find|Ctrl+F", "-", "mnuAddFolderToRoot|&Add Folder To Root|",
+                   "mnuFind|&Find|Ctrl+F", "mnuFindField|Find &While Typing|Ctrl+E", "-",
+                   "mnuAddFolderToRoot|&Add Folder To Root|",
                    "mnuAddFolderToSelectedFolder|A&dd Folder To Selected Folder|"}));
   EXPECT_EQ(ItemsOf("mnuSongs"),
             (QStringList{

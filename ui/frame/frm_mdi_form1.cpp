@@ -165,8 +165,10 @@ void frmMDIForm1::SetUpMenus() {
     if (!checks || player_.CheckPlayer()) RunOfToolbar(command);
     busy_.FocusJukebox();
   });
-  find_field_ = std::make_unique<FrameFind>(*this, *toolbar_, tallow_, jukeboxes_, messages_);
-  states_ = std::make_unique<CommandStates>(jukeboxes_, tallow_.clipboard, *menuBar(), *toolbar_);
+  find_field_ = std::make_unique<FrameFind>(*toolbar_, tallow_, jukeboxes_, messages_);
+  find_field_->SetItem(*menuBar()->findChild<QAction*>(QStringLiteral("mnuFindField")));
+  states_ = std::make_unique<CommandStates>(jukeboxes_, tallow_.clipboard, text_focus_, *menuBar(),
+                                            *toolbar_);
   tallow_.settings.SetMenuUpdate([this] { UpdateTheMenuControlArray(); });
   UpdateTheMenuControlArray();
 }
@@ -293,6 +295,8 @@ void frmMDIForm1::RunOnProgram(FrameCommand command) {
       return arrangement_.Tile(tallow_.preferences.style() == Style::kModern);
     case FrameCommand::kArrangeIcons:
       return arrangement_.ArrangeIcons();
+    case FrameCommand::kFindField:
+      return find_field_->Focus();
     case FrameCommand::kPreferences:
       return ShowPreferences();
     case FrameCommand::kWhereMyMusicIs:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frame/playing_lists.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -15,6 +16,7 @@
 #include "ui/frame/jukebox_area.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/jukebox/pv_explorer.h"
+#include "util/number.h"
 
 namespace tallow {
 namespace {
@@ -94,9 +96,10 @@ void PlayingLists::AddBy(const Add& add, std::vector<std::int32_t> songs, SongsO
   const std::size_t now = player_.QueueLength();
   // Otherwise something went wrong, and a message says so.
   if (!is_queued || now != before + count) return;
-  messages_.ShowStatus(count == 1 ? "1 song added to the queue."
-                                  : std::to_string(count) + " songs added to the queue.",
-                       kShortly);
+  messages_.ShowStatus(
+      count == 1 ? "1 song added to the queue."
+                 : GroupedNumber(static_cast<std::int64_t>(count)) + " songs added to the queue.",
+      kShortly);
 }
 
 void PlayingLists::FollowPreferences() {

@@ -50,6 +50,16 @@ void FolderTreeView::SelectFolder(const Folder& folder) {
   ScrollToFolder(folder);
 }
 
+void FolderTreeView::MarkCurrent(bool marks) {
+  if (marks == selectionModel()->hasSelection()) return;
+  folders_.SetShown(marks && currentIndex().isValid() ? FolderTreeModel::FolderOf(currentIndex())
+                                                      : nullptr);
+  if (marks)
+    selectionModel()->select(currentIndex(), QItemSelectionModel::ClearAndSelect);
+  else
+    selectionModel()->clearSelection();
+}
+
 void FolderTreeView::ScrollToFolder(const Folder& folder) { scrollTo(folders_.IndexOf(folder)); }
 
 void FolderTreeView::ExpandFolder(const Folder& folder) { expand(folders_.IndexOf(folder)); }

@@ -25,6 +25,8 @@ class FolderTreeView : public QTreeView {
 
   /// Makes a folder current, like a click on it, and scrolls to it.
   void SelectFolder(const Folder& folder);
+  /// Marks the current folder as the one whose songs are in the list, or marks none.
+  void MarkCurrent(bool marks);
   void ScrollToFolder(const Folder& folder);
   void ExpandFolder(const Folder& folder);
   /// Starts the renaming of a folder by the user.

@@ -234,6 +234,8 @@ void PVExplorer::CaptionChanged() { emit CaptionChanged(DisplayText(jukebox_.Cap
 
 void PVExplorer::ListChanged() {
   shown_songs_.FillList();
+  // While hits are shown, the list holds the songs of no folder.
+  tree_->MarkCurrent(!jukebox_.ShowsHits());
   emit ListRefilled();
 }
 

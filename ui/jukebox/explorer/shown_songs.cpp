@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <unordered_map>
+#include <utility>
 
 #include <QItemSelectionModel>
 #include <QScrollBar>
@@ -127,28 +128,51 @@ QRect ShownSongs::RectOf(int index) const {
 ShownSongs::Place ShownSongs::CurrentPlace() const {
   const Folder* const folder = jukebox_.ListFolder();
   if (folder == nullptr) return {};
-  Place place{folder->Key(), SongsOf(*folder, Selected()), 0, view_.verticalScrollBar()->value()};
+  std::vector<int> indexes = Selected();
+  Place place{.folder = folder->Key(),
+              .selected = SongsOf(*folder, indexes),
+              .indexes = std::move(indexes),
+              .scrolled = view_.verticalScrollBar()->value()};
   const std::vector<std::int32_t> current =
       SongsOf(*folder, {model_.PlaceOf(view_.currentIndex().row())});
   if (!current.empty()) place.current = current.front();
   return place;
 }
 
+std::int32_t ShownSongs::RecordIn(const Folder& folder, int row) const {
+  return folder.Items()[static_cast<std::size_t>(model_.PlaceOf(row))].SubItem();
+}
+
+std::vector<int> ShownSongs::RowsOf(const Place& place, const Folder& folder) const {
+  std::vector<int> rows;
+  for (std::size_t k = 0; k < place.selected.size(); ++k) {
+    const int row = model_.RowAt(place.indexes[k]);
+    if (model_.PlaceOf(row) != place.indexes[k] || RecordIn(folder, row) != place.selected[k])
+      break;
+    rows.push_back(row);
+  }
+  if (rows.size() == place.selected.size()) return rows;
+  rows.clear();
+  std::unordered_map<std::int32_t, int> wanted;
+  for (const std::int32_t record : place.selected) ++wanted[record];
+  for (int row = 0; row < model_.rowCount(); ++row) {
+    const auto found = wanted.find(RecordIn(folder, row));
+    if (found != wanted.end() && found->second-- > 0) rows.push_back(row);
+  }
+  return rows;
+}
+
 void ShownSongs::GoTo(const Place& place) {
   const Folder* const folder = jukebox_.ListFolder();
   if (folder == nullptr || folder->Key() != place.folder) return;
-  // A folder may contain a song several times; as many of its entries are selected as before.
-  std::unordered_map<std::int32_t, int> wanted;
-  for (const std::int32_t record : place.selected) ++wanted[record];
-  std::vector<int> selected;
+  const std::vector<int> selected = RowsOf(place, *folder);
   QModelIndex current;
-  for (int row = 0; row < model_.rowCount(); ++row) {
-    const std::int32_t record =
-        folder->Items()[static_cast<std::size_t>(model_.PlaceOf(row))].SubItem();
-    if (!current.isValid() && record == place.current) current = model_.index(row, 0);
-    if (const auto found = wanted.find(record); found != wanted.end() && found->second-- > 0)
-      selected.push_back(row);
-  }
+  // The current song is one of the selected ones, if it can be.
+  for (const int row : selected)
+    if (!current.isValid() && RecordIn(*folder, row) == place.current)
+      current = model_.index(row, 0);
+  for (int row = 0; row < model_.rowCount() && !current.isValid(); ++row)
+    if (RecordIn(*folder, row) == place.current) current = model_.index(row, 0);
   QItemSelectionModel& selection = *view_.selectionModel();
   // In two steps, because the cost of replacing a selection grows with the product of the numbers
   // of ranges of both selections.

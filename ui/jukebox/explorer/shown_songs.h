@@ -31,6 +31,7 @@ class ShownSongs {
   struct Place {
     std::uint32_t folder = 0;            ///< key of the folder on show; 0 for none
     std::vector<std::int32_t> selected;  ///< record numbers of the selected songs
+    std::vector<int> indexes;            ///< of these songs
     std::int32_t current = 0;            ///< record number of the current song; 0 for none
     int scrolled = 0;
   };
@@ -91,13 +92,19 @@ class ShownSongs {
   QRect RectOf(int index) const;
 
   Place CurrentPlace() const;
-  /// Restores a state, as far as its songs still exist.
+  /// Restores a state, as far as its songs still exist. If the selected songs have other indexes
+  /// now, as many entries of each song are selected as before, the first ones.
   void GoTo(const Place& place);
   /// Like GoTo, for use after the songs were reordered. If any song is selected, also scrolls to
   /// the current song.
   void Follow(const Place& place);
 
  private:
+  /// The record number of the song in a row of the list.
+  std::int32_t RecordIn(const Folder& folder, int row) const;
+  /// The rows of the selected songs of a state.
+  std::vector<int> RowsOf(const Place& place, const Folder& folder) const;
+
   Jukebox& jukebox_;
   const clsMain& library_;
   SongListModel& model_;
