@@ -8,8 +8,10 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QShortcut>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -31,13 +33,55 @@ int HeightOf(const QTreeWidget& list, int rows) {
   return rows * row + header + 2 * list.frameWidth();
 }
 
+/// Draws the cells with some space above and below the text, and breaks a long path at its
+/// separators. The editor only lets the user select and copy.
+class ValueDelegate : public QStyledItemDelegate {
+ public:
+  explicit ValueDelegate(QTreeWidget& list) : QStyledItemDelegate(&list), list_(list) {}
+
+  QString displayText(const QVariant& value, const QLocale& /*locale*/) const override {
+    QString text = value.toString();
+    for (const char separator : {'/', '\\'})
+      text.replace(QLatin1Char(separator), QLatin1Char(separator) + QString(kMayBreak));
+    return text;
+  }
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    QStyleOptionViewItem limited = option;
+    // The first column is as wide as its texts.
+    limited.rect = index.column() == 0 ? QRect() : QRect(0, 0, list_.columnWidth(1), 1);
+    return QStyledItemDelegate::sizeHint(limited, index) +
+           QSize(0, option.fontMetrics.height() / kSpacesPerLine);
+  }
+  QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
+                        const QModelIndex& index) const override {
+    if (index.column() == 0) return nullptr;
+    auto* const field = new QLineEdit(parent);
+    field->setReadOnly(true);
+    field->setAccessibleName(index.siblingAtColumn(0).data().toString());
+    return field;
+  }
+  void setModelData(QWidget* /*editor*/, QAbstractItemModel* /*model*/,
+                    const QModelIndex& /*index*/) const override {}
+
+ private:
+  /// Zero-width space: a line may break here.
+  static constexpr QChar kMayBreak{0x200B};
+  /// Height of a line in heights of the space around it.
+  static constexpr int kSpacesPerLine = 3;
+
+  QTreeWidget& list_;
+};
+
 QTreeWidget* MakeTwoColumns(QWidget* parent, const char* name) {
   auto* const list = new QTreeWidget(parent);
   list->setObjectName(QLatin1String(name));
   list->setColumnCount(2);
   list->setRootIsDecorated(false);
-  list->setUniformRowHeights(true);
-  list->setTextElideMode(Qt::ElideMiddle);
+  list->setWordWrap(true);
+  list->setItemDelegate(new ValueDelegate(*list));
+  // The heights of the rows depend on the width of the second column.
+  QObject::connect(list->header(), &QHeaderView::sectionResized, list,
+                   [list] { list->doItemsLayout(); });
   list->setMinimumWidth(kListCharacters * list->fontMetrics().averageCharWidth());
   return list;
 }
@@ -45,6 +89,7 @@ QTreeWidget* MakeTwoColumns(QWidget* parent, const char* name) {
 QTreeWidgetItem* AddRow(QTreeWidget& list, const QString& first, const QString& second) {
   auto* const row = new QTreeWidgetItem(&list, {first, second});
   row->setToolTip(1, second);
+  row->setTextAlignment(0, Qt::AlignLeading | Qt::AlignTop);
   return row;
 }
 
@@ -57,7 +102,7 @@ frmProperties::frmProperties(PropertiesContext context, QWidget* parent)
   setProperty(kHelpPage, QStringLiteral("jukebox"));
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(list_, 1);
-  if (!context_.file.empty()) {
+  if (context_.show_file) {
     QTreeWidget* const folders = MakeFolders();
     auto* const label = new QLabel(tr("In these &folders of the open jukeboxes:"), this);
     label->setBuddy(folders);
@@ -65,12 +110,12 @@ frmProperties::frmProperties(PropertiesContext context, QWidget* parent)
     layout->addWidget(folders);
   }
   auto* const buttons = new QHBoxLayout;
-  if (!context_.file.empty()) {
+  if (context_.show_file) {
     auto* const show = new QPushButton(tr("&Show In File Manager"), this);
     show->setObjectName(QStringLiteral("cmdShowFile"));
     show->setAutoDefault(false);
     show->setAccessibleDescription(tr("Shows the file of the song in its folder"));
-    connect(show, &QPushButton::clicked, this, [this] { context_.show_file(context_.file); });
+    connect(show, &QPushButton::clicked, this, [this] { context_.show_file(); });
     buttons->addWidget(show);
   }
   buttons->addStretch(1);
@@ -87,10 +132,13 @@ frmProperties::frmProperties(PropertiesContext context, QWidget* parent)
 QTreeWidget* frmProperties::MakeList() {
   QTreeWidget* const list = MakeTwoColumns(this, "lstProperties");
   list->setAccessibleName(tr("Properties"));
-  list->setAccessibleDescription(tr("Ctrl+C copies a value"));
+  list->setAccessibleDescription(
+      tr("Ctrl+C copies a value. F2 or a double click lets you select a part of it."));
   list->header()->hide();
   for (const SongProperty& property : context_.properties)
-    AddRow(*list, DisplayText(property.name), DisplayText(property.value));
+    AddRow(*list, DisplayText(property.name), DisplayText(property.value))
+        ->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsEditable);
+  list->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
   list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   list->setMinimumHeight(HeightOf(*list, static_cast<int>(context_.properties.size())));
   list->setCurrentItem(list->topLevelItem(0));
@@ -105,11 +153,13 @@ QTreeWidget* frmProperties::MakeFolders() {
   QTreeWidget* const folders = MakeTwoColumns(this, "lstFolders");
   folders->setAccessibleName(tr("Folders that hold the song"));
   folders->setAccessibleDescription(tr("Enter shows the song in the folder"));
+  folders->setEditTriggers(QAbstractItemView::NoEditTriggers);
   folders->setHeaderLabels({tr("Jukebox"), tr("Folder")});
   for (const FolderOfProperties& folder : context_.folders)
     AddRow(*folders, folder.jukebox, folder.folder);
   folders->setFixedHeight(HeightOf(*folders, kFolderLines));
   folders->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+  folders->setColumnHidden(0, !context_.names_jukeboxes);
   if (folders->topLevelItemCount() > 0) folders->setCurrentItem(folders->topLevelItem(0));
   // Enter emits itemActivated, and so does a double click or, on some desktops, a click.
   connect(folders, &QTreeWidget::itemActivated, this,

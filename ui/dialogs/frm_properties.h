@@ -3,7 +3,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <string>
 #include <vector>
 
 #include <QDialog>
@@ -26,10 +25,10 @@ struct FolderOfProperties {
 struct PropertiesContext {
   QString title;  ///< of the window
   std::vector<SongProperty> properties;
-  /// Path of the file that "Show In File Manager" shows; empty for several songs.
-  std::string file;
-  std::vector<FolderOfProperties> folders;  ///< of one song; empty for several
-  std::function<void(const std::string& path)> show_file;
+  std::vector<FolderOfProperties> folders = {};  ///< of one song; empty for several
+  bool names_jukeboxes = false;                  ///< whether the folders come with their jukebox
+  /// Shows the file of the song in the file manager; empty for several songs.
+  std::function<void()> show_file = {};
 };
 
 /// The properties of one or several songs, and of one song the folders of the open jukeboxes that

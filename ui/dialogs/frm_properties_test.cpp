@@ -6,6 +6,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QLabel>
+#include <QLineEdit>
 #include <QPushButton>
 #include <QTest>
 #include <QTreeWidget>
@@ -18,10 +19,10 @@ class PropertiesDialog : public testing::Test {
   PropertiesContext OneSong() {
     return {.title = QStringLiteral("Properties of \"Dancing Queen\""),
             .properties = {{"Title", "Dancing Queen"}, {"Artist", "ABBA"}},
-            .file = "/music/queen.mp3",
             .folders = {{"MINE", "Artist / ABBA", [this] { shown += "ABBA "; }},
                         {"MINE", "party", [this] { shown += "party "; }}},
-            .show_file = [this](const std::string& path) { shown += path; }};
+            .names_jukeboxes = true,
+            .show_file = [this] { shown += "file "; }};
   }
   static QTreeWidget& List(const frmProperties& dialog, const char* name) {
     return *dialog.findChild<QTreeWidget*>(QLatin1String(name));
@@ -51,7 +52,7 @@ TEST_F(PropertiesDialog, TheButtonShowsTheFile) {
   auto* const button = dialog.findChild<QPushButton*>(QStringLiteral("cmdShowFile"));
   EXPECT_EQ(button->text(), "&Show In File Manager");
   button->click();
-  EXPECT_EQ(shown, "/music/queen.mp3");
+  EXPECT_EQ(shown, "file ");
 }
 
 TEST_F(PropertiesDialog, ADoubleClickOnAFolderClosesTheDialogAndShowsTheFolder) {
@@ -84,9 +85,46 @@ TEST_F(PropertiesDialog, CtrlCCopiesTheValue) {
   EXPECT_EQ(QGuiApplication::clipboard()->text(), "ABBA");
 }
 
+TEST_F(PropertiesDialog, ALongPathIsWrappedAndCanBeSelected) {
+  PropertiesContext context = OneSong();
+  QString path = "/music";
+  for (int k = 0; k < 40; ++k) path += "/folder";
+  context.properties.push_back({"Folder", path.toStdString()});
+  frmProperties dialog(std::move(context));
+  dialog.show();
+  QTreeWidget& list = List(dialog, "lstProperties");
+  QCoreApplication::processEvents();
+  const auto height = [&](int row) { return list.visualItemRect(list.topLevelItem(row)).height(); };
+  EXPECT_GT(height(2), height(1) * 3 / 2);
+  // A wider dialog needs fewer lines.
+  const int narrow = height(2);
+  dialog.resize(3 * dialog.width(), dialog.height());
+  QCoreApplication::processEvents();
+  EXPECT_LT(height(2), narrow);
+  list.setCurrentItem(list.topLevelItem(2), 1);
+  QTest::keyClick(&list, Qt::Key_F2);
+  auto* const field = list.viewport()->findChild<QLineEdit*>();
+  ASSERT_NE(field, nullptr);
+  EXPECT_TRUE(field->isReadOnly());
+  EXPECT_EQ(field->text(), path);
+  EXPECT_EQ(field->accessibleName(), "Folder");
+  QTest::keyClick(field, Qt::Key_Escape);
+  EXPECT_TRUE(dialog.isVisible());
+  EXPECT_EQ(list.topLevelItem(2)->text(1), path);
+}
+
+TEST_F(PropertiesDialog, NamesTheJukeboxesOnlyIfSeveralAreOpen) {
+  EXPECT_FALSE(List(frmProperties(OneSong()), "lstFolders").isColumnHidden(0));
+  PropertiesContext context = OneSong();
+  context.names_jukeboxes = false;
+  const frmProperties dialog(std::move(context));
+  EXPECT_TRUE(List(dialog, "lstFolders").isColumnHidden(0));
+  EXPECT_FALSE(List(dialog, "lstFolders").isColumnHidden(1));
+}
+
 TEST_F(PropertiesDialog, OfSeveralSongsHasNoFileAndNoFolders) {
   PropertiesContext context = OneSong();
-  context.file.clear();
+  context.show_file = {};
   context.folders.clear();
   const frmProperties dialog(std::move(context));
   EXPECT_EQ(dialog.findChild<QPushButton*>(QStringLiteral("cmdShowFile")), nullptr);

@@ -200,9 +200,9 @@ TEST_F(FrameFilingTest, ThePopUpAddsTheAlbumFolderWhereItIsMissing) {
     // The last item is "Properties...".
     return TreeMenu().actions().at(TreeMenu().actions().size() - 2);
   };
-  EXPECT_EQ(last()->text(), "Add To Queue");
+  EXPECT_EQ(last()->text(), "Add To &Queue");
   tallow.preferences.SetSwitches({.newer_tags = true, .albums = true});
-  ASSERT_EQ(last()->text(), "Add Album Folder");
+  ASSERT_EQ(last()->text(), "Add Al&bum Folder");
   last()->trigger();
   const Folder* const album = FindAlbumFolder(Box().Nodes());
   ASSERT_NE(album, nullptr) << Status().toStdString();
@@ -210,7 +210,7 @@ TEST_F(FrameFilingTest, ThePopUpAddsTheAlbumFolderWhereItIsMissing) {
   EXPECT_TRUE(Tree().model()->hasIndex(1, 0, IndexOf(Tree(), "Album")));
   EXPECT_EQ(album->ChildAt(0).Text(), "Hits (ABBA)");
   EXPECT_EQ(Status(), "2 album folders were added.");
-  EXPECT_EQ(last()->text(), "Add To Queue");
+  EXPECT_EQ(last()->text(), "Add To &Queue");
   // Without the switch the folder is hidden, not removed.
   tallow.preferences.SetSwitches({.newer_tags = true});
   const QModelIndex row = IndexOf(Tree(), "Album");
@@ -222,7 +222,7 @@ TEST_F(FrameFilingTest, ThePopUpAddsTheAlbumFolderWhereItIsMissing) {
   EXPECT_EQ(FindAlbumFolder(Box().Nodes()), nullptr);
   EXPECT_FALSE(IndexOf(Tree(), "Album").isValid());
   EXPECT_EQ(ShownArtists(), QStringList{"Queen"});
-  EXPECT_EQ(last()->text(), "Add Album Folder");
+  EXPECT_EQ(last()->text(), "Add Al&bum Folder");
 }
 
 TEST_F(FrameFilingTest, TheMenuFillsANewJukeboxWithTheSwitch) {

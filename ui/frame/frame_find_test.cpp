@@ -359,6 +359,11 @@ TEST_F(FindWhileTyping, TheMenuOffersWhatHitsCanDo) {
   for (const ListCommand command :
        {ListCommand::kShowInFolder, ListCommand::kCopySongs, ListCommand::kAddToQueue})
     EXPECT_TRUE(ItemOfList(command).isEnabled());
+  EXPECT_TRUE(ItemOfList(ListCommand::kShowInFolder).isVisible());
+  // Without the field there are no hits to show in a folder.
+  tallow.preferences.SetSwitches({});
+  open();
+  EXPECT_FALSE(ItemOfList(ListCommand::kShowInFolder).isVisible());
 }
 
 TEST_F(FindWhileTyping, HitsAreDraggedIntoAFolderAsCopies) {
@@ -398,6 +403,23 @@ TEST_F(FindWhileTyping, ASongOfNoFolderCannotBeShownInOne) {
   ItemOfList(ListCommand::kShowInFolder).trigger();
   EXPECT_EQ(Status(), "No folder of this jukebox has this song.");
   EXPECT_TRUE(Box().ShowsHits());
+}
+
+TEST_F(FindWhileTyping, ASongWhoseFileIsGoneCannotBeShownInAFolder) {
+  Type("sun");
+  List().SelectRows(0, 0);
+  // As the row of a missing song is.
+  for (const int column : {1, 2, 3}) library.Mp3Info(column, 6, "0");
+  ItemOfList(ListCommand::kShowInFolder).setEnabled(true);
+  ItemOfList(ListCommand::kShowInFolder).trigger();
+  EXPECT_EQ(Status(), "The file of this song is missing.");
+}
+
+TEST_F(FindWhileTyping, FindsWordsWithAccentsByTheirPlainLetters) {
+  music.File("Beyonc\xC3\xA9 - Halo.mp3");
+  AddSong(music.path(), "Beyonc\xC3\xA9 - Halo.mp3");
+  Type("beyonce");
+  EXPECT_EQ(RowsOf(List()), QStringList{QStringLiteral("1.  Beyonc\u00E9 - Halo.mp3")});
 }
 
 TEST_F(FindWhileTyping, HitsAreRanked) {

@@ -5,6 +5,7 @@
 #include <cstddef>
 
 #include <QMdiSubWindow>
+#include <QPointer>
 
 #include "app/columns/song_columns.h"
 #include "app/columns/song_properties.h"
@@ -13,6 +14,7 @@
 #include "jukebox/jukebox.h"
 #include "ui/dialogs/frm_properties.h"
 #include "ui/frame/bring_to_front.h"
+#include "ui/frame/frame_messages.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/jukebox/frm_main.h"
 #include "ui/jukebox/pv_explorer.h"
@@ -32,8 +34,13 @@ QString PathOf(const Folder& folder) {
 
 }  // namespace
 
-FrameProperties::FrameProperties(QWidget& frame, Tallow& tallow, JukeboxArea& jukeboxes)
-    : frame_(frame), tallow_(tallow), jukeboxes_(jukeboxes), show_file_(ShowInFileManager) {
+FrameProperties::FrameProperties(QWidget& frame, Tallow& tallow, JukeboxArea& jukeboxes,
+                                 FrameMessages& messages)
+    : frame_(frame),
+      tallow_(tallow),
+      jukeboxes_(jukeboxes),
+      messages_(messages),
+      show_file_(ShowInFileManager) {
   connect(&jukeboxes, &JukeboxArea::Added, this, [this](frmMain& window) {
     connect(&window, &frmMain::ShowProperties, this, &FrameProperties::Show);
   });
@@ -53,11 +60,26 @@ void FrameProperties::Show(const std::vector<std::int32_t>& songs, const QString
                                 GroupedNumber(static_cast<std::int64_t>(songs.size()))));
   context.properties = PropertiesOf(songs, tallow_.library, tallow_.details, tallow_.play_counts);
   if (is_one) {
-    context.file = tallow_.library.Song(first).Path();
     context.folders = FoldersOf(first);
+    context.names_jukeboxes = jukeboxes_.Open().size() > 1;
+    context.show_file = [this, first] { ShowFileOf(first); };
   }
-  context.show_file = show_file_;
   frmProperties(std::move(context), &frame_).exec();
+}
+
+void FrameProperties::ShowFileOf(std::int32_t song) {
+  if (tallow_.library.IsAway(song)) {
+    messages_.Show({.text = tallow_.library.AwayText(song), .icon = MessageIcon::kInformation});
+    return;
+  }
+  // The file manager may answer when the window is closed.
+  const std::string path = tallow_.library.Song(song).Path();
+  const QPointer<FrameProperties> here(this);
+  show_file_(path, [here, path] {
+    if (here != nullptr)
+      here->messages_.Show({.text = "No file manager could be opened. The file is\n\n    " + path,
+                            .icon = MessageIcon::kInformation});
+  });
 }
 
 std::vector<FolderOfProperties> FrameProperties::FoldersOf(std::int32_t song) const {

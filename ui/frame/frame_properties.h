@@ -14,6 +14,7 @@ class QWidget;
 
 namespace tallow {
 
+class FrameMessages;
 class Jukebox;
 class JukeboxArea;
 class Tallow;
@@ -24,24 +25,27 @@ class FrameProperties : public QObject {
   Q_OBJECT
 
  public:
-  /// \param frame, tallow, jukeboxes have to outlive this object
-  FrameProperties(QWidget& frame, Tallow& tallow, JukeboxArea& jukeboxes);
+  /// \param frame, tallow, jukeboxes, messages have to outlive this object
+  FrameProperties(QWidget& frame, Tallow& tallow, JukeboxArea& jukeboxes, FrameMessages& messages);
 
-  /// Sets the function that shows a file, given by its path, in place of ShowInFileManager.
-  void OnShowFile(std::function<void(const std::string& path)> show) {
-    show_file_ = std::move(show);
-  }
+  using ShowFile =
+      std::function<void(const std::string& path, const std::function<void()>& failed)>;
+  /// Sets the function that is called in place of ShowInFileManager.
+  void OnShowFile(ShowFile show) { show_file_ = std::move(show); }
 
  private:
   void Show(const std::vector<std::int32_t>& songs, const QString& folder);
   std::vector<FolderOfProperties> FoldersOf(std::int32_t song) const;
+  /// Shows the file of a song in the file manager, or a message that says why not.
+  void ShowFileOf(std::int32_t song);
   /// Shows a song in a folder of a jukebox, if both are still there.
   void ShowSong(const Jukebox* jukebox, std::uint32_t folder, std::int32_t song) const;
 
   QWidget& frame_;
   Tallow& tallow_;
   JukeboxArea& jukeboxes_;
-  std::function<void(const std::string& path)> show_file_;
+  FrameMessages& messages_;
+  ShowFile show_file_;
 };
 
 }  // namespace tallow

@@ -6,6 +6,7 @@
 
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QPushButton>
 #include <QStatusBar>
 #include <QTest>
 #include <QTreeWidget>
@@ -89,6 +90,29 @@ TEST_F(PropertiesOfSongs, OfSeveralSongsAreThoseOfAllSelected) {
                          }));
 }
 
+TEST_F(PropertiesOfSongs, TheFileOfTheSongIsShownOrAMessageSaysWhyNot) {
+  std::string shown;
+  bool fails = false;
+  frame.Properties().OnShowFile([&](const std::string& path, const std::function<void()>& failed) {
+    shown = path;
+    if (fails) failed();
+  });
+  const auto show = [this] {
+    EXPECT_TRUE(WithDialog([this] { AltEnter(List()); },
+                           [](const QDialog& dialog) {
+                             dialog.findChild<QPushButton*>(QStringLiteral("cmdShowFile"))->click();
+                           }));
+  };
+  List().SelectRows(1, 1);
+  show();
+  EXPECT_EQ(shown, music.path() + "b.mp3");
+  EXPECT_EQ(messages.Take(), Texts{});
+  fails = true;
+  show();
+  EXPECT_EQ(messages.Take(),
+            Texts{"No file manager could be opened. The file is\n\n    " + music.path() + "b.mp3"});
+}
+
 TEST_F(PropertiesOfSongs, WithoutASelectionTheStatusBarSaysSo) {
   List().clearSelection();
   AltEnter(List());
@@ -110,8 +134,8 @@ TEST_F(PropertiesOfSongs, AltEnterInTheTreeShowsThoseOfTheFoldersSongs) {
 TEST_F(PropertiesOfSongs, AreTheLastItemOfBothPopUps) {
   for (const char* const name : {"ListMenu", "TreeMenu"}) {
     const QAction& last = *window->findChild<QMenu*>(QLatin1String(name))->actions().back();
-    EXPECT_EQ(last.text(), "Properties...");
-    EXPECT_EQ(last.shortcut().toString(), "Alt+Return");
+    EXPECT_EQ(last.text(), "Pr&operties...");
+    EXPECT_EQ(last.shortcut().toString(QKeySequence::NativeText), "Alt+Enter");
   }
   List().SelectRows(0, 0);
   QAction& item = *window->findChild<QMenu*>(QStringLiteral("ListMenu"))->actions().back();

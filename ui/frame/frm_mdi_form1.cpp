@@ -94,9 +94,9 @@ frmMDIForm1::frmMDIForm1(Tallow& tallow, PlayerLink& link, DriveSearches& search
               [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
       filing_(tallow, jukeboxes_, messages_, busy_, search_,
               [this](const std::vector<std::string>& lines) { NoticeScan(lines); }),
-      commands_(*this, tallow, jukeboxes_, messages_),
+      commands_(*this, tallow, jukeboxes_, messages_, text_focus_),
       linked_undo_(jukeboxes_, messages_),
-      properties_(*this, tallow, jukeboxes_),
+      properties_(*this, tallow, jukeboxes_, messages_),
       arrangement_(*area_, panel_),
       help_(*this, tallow),
       place_states_(std::make_shared<PlaceStates>(kMaxWait)) {

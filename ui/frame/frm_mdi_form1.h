@@ -104,6 +104,9 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
     places_.Store();
   }
 
+  /// The dialog with the properties of songs.
+  FrameProperties& Properties() noexcept { return properties_; }
+
   /// The places of the jukebox windows.
   JukeboxPlaces& Places() noexcept { return places_; }
 

@@ -139,7 +139,8 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::ListPopUp, list_menu_, [this](const QPoint& position) {
     if (jukebox_.ListFolder() == nullptr) return;
     EnableListItems(*list_menu_, player_, CanPaste(jukebox_.selectednode()));
-    EnableItemsForHits(*list_menu_, jukebox_.ShowsHits());
+    EnableItemsForHits(*list_menu_, jukebox_.ShowsHits(),
+                       tallow_.preferences.switches().find_field);
     list_menu_->popup(position);
   });
   connect(explorer_, &PVExplorer::TreePopUp, tree_menu_,

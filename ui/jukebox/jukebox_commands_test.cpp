@@ -75,11 +75,11 @@ TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
                                                     "> No Rank 18",
                                                     "Change Background Picture . . . 14",
                                                     "-",
-                                                    "Play From Here 15",
-                                                    "Play Next 16",
-                                                    "Add To Queue 17",
-                                                    "Show In Folder 19"} +
-                                        columns + QStringList{"Properties... 20"}));
+                                                    "Play &From Here 15",
+                                                    "Play &Next 16",
+                                                    "&Add To Queue 17",
+                                                    "&Show In Folder 19"} +
+                                        columns + QStringList{"Pr&operties... 20"}));
 }
 
 TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {
@@ -87,8 +87,8 @@ TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {
       ItemsOf(Menu("TreeMenu")),
       (QStringList{"New Folder >", "> Add Folder to Selected Folder 4", "> Add Folder to Root 5",
                    "Cu&t 6", "&Copy 7", "&Paste 8", "&Delete 9", "Sort Nodes 10", "Move To Root 11",
-                   "Rename 13", "-", "Play All Songs in Folder 14", "Play Next 15",
-                   "Add To Queue 16", "Properties... 17"}));
+                   "Rena&me 13", "-", "Play &All Songs in Folder 14", "Play &Next 15",
+                   "Add To &Queue 16", "Pr&operties... 17"}));
 }
 
 TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {

@@ -72,7 +72,7 @@ const QKeySequence kCutKey(Qt::CTRL | Qt::Key_X);
 const QKeySequence kCopyKey(Qt::CTRL | Qt::Key_C);
 const QKeySequence kPasteKey(Qt::CTRL | Qt::Key_V);
 const QKeySequence kDeleteKey(Qt::Key_Delete);
-const QKeySequence kPropertiesKey(Qt::ALT | Qt::Key_Return);
+const QKeySequence kPropertiesKey(Qt::ALT | Qt::Key_Enter);
 const QKeySequence kRenameKey(Qt::Key_F2);
 
 /// The key of an item of the rank menu: Ctrl and its rank, or 0 for "No Rank"; none for the worst
@@ -130,11 +130,11 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
   }
   builder.Add(Tr("Change Background Picture . . ."), kChangeBackgroundPicture);
   builder.Menu()->addSeparator();
-  builder.Add(Tr("Play From Here"), kPlayFromHere);
-  builder.Add(Tr("Play Next"), kPlayNext);
-  builder.Add(Tr("Add To Queue"), kAddToQueue);
-  builder.Add(Tr("Show In Folder"), kShowInFolder);
-  builder.Add(Tr("Properties..."), kProperties, kPropertiesKey);
+  builder.Add(Tr("Play &From Here"), kPlayFromHere);
+  builder.Add(Tr("Play &Next"), kPlayNext);
+  builder.Add(Tr("&Add To Queue"), kAddToQueue);
+  builder.Add(Tr("&Show In Folder"), kShowInFolder);
+  builder.Add(Tr("Pr&operties..."), kProperties, kPropertiesKey);
   builder.Menu()->setToolTipsVisible(true);
   return builder.Menu();
 }
@@ -153,13 +153,15 @@ void EnableListItems(QMenu& list_menu, const PlayerModel* player, bool paste) {
   }
 }
 
-void EnableItemsForHits(QMenu& list_menu, bool hits) {
+void EnableItemsForHits(QMenu& list_menu, bool hits, bool finds) {
   using enum ListCommand;
   for (QAction* const action : list_menu.actions()) {
     const auto command = ListCommand(action->data().toInt());
     if (command == kCutSongs || command == kDeleteSongs) action->setEnabled(!hits);
     if (command == kPasteSongs && hits) action->setEnabled(false);
-    if (command == kShowInFolder) action->setEnabled(hits);
+    if (command != kShowInFolder) continue;
+    action->setVisible(hits || finds);
+    action->setEnabled(hits);
   }
 }
 
@@ -176,16 +178,16 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act
   builder.Add(Tr("&Delete"), kDeleteFolder, kDeleteKey);
   builder.Add(Tr("Sort Nodes"), kSortNodes);
   builder.Add(Tr("Move To Root"), kMoveToRoot);
-  builder.Add(Tr("Rename"), kRename, kRenameKey);
+  builder.Add(Tr("Rena&me"), kRename, kRenameKey);
   builder.Menu()->addSeparator();
-  builder.Add(Tr("Play All Songs in Folder"), kPlayFolder);
-  builder.Add(Tr("Play Next"), kPlayFolderNext);
-  builder.Add(Tr("Add To Queue"), kAddFolderToQueue);
+  builder.Add(Tr("Play &All Songs in Folder"), kPlayFolder);
+  builder.Add(Tr("Play &Next"), kPlayFolderNext);
+  builder.Add(Tr("Add To &Queue"), kAddFolderToQueue);
   builder.Menu()->setToolTipsVisible(true);
-  QAction* const album = builder.Add(Tr("Add Album Folder"), kAddAlbumFolder);
+  QAction* const album = builder.Add(Tr("Add Al&bum Folder"), kAddAlbumFolder);
   album->setObjectName(QLatin1String(kAlbumItem));
   builder.Menu()->removeAction(album);
-  builder.Add(Tr("Properties..."), kFolderProperties, kPropertiesKey)
+  builder.Add(Tr("Pr&operties..."), kFolderProperties, kPropertiesKey)
       ->setObjectName(QLatin1String(kFolderPropertiesItem));
   return builder.Menu();
 }

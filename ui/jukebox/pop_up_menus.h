@@ -94,8 +94,9 @@ void EnableListItems(QMenu& list_menu, const PlayerModel* player, bool paste);
 
 /// Disables the items of the list's pop-up menu that hits of a search do not offer, or that only
 /// they offer.
-/// \param hits whether the list shows the hits of a search
-void EnableItemsForHits(QMenu& list_menu, bool hits);
+/// \param hits  whether the list shows the hits of a search
+/// \param finds whether there can be hits; without them, "Show In Folder" is not shown
+void EnableItemsForHits(QMenu& list_menu, bool hits, bool finds);
 
 /// Like MakeListMenu, for the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act);

@@ -18,13 +18,13 @@ namespace {
 /// How long the file manager may take to start, in ms.
 constexpr int kMaxWait = 10 * 1000;
 
-void ShowFolder(const QString& path) {
-  QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).path()));
+void ShowFolder(const QString& path, const std::function<void()>& failed) {
+  if (!QDesktopServices::openUrl(QUrl::fromLocalFile(QFileInfo(path).path()))) failed();
 }
 
 }  // namespace
 
-void ShowInFileManager(const std::string& path) {
+void ShowInFileManager(const std::string& path, const std::function<void()>& failed) {
   const QString in_qt = QtPath(path);
   QDBusMessage call = QDBusMessage::createMethodCall(
       QStringLiteral("org.freedesktop.FileManager1"),
@@ -35,11 +35,11 @@ void ShowInFileManager(const std::string& path) {
   // The second argument is the identifier of the start, which there is none of.
   call << QStringList{QString::fromLatin1(uri)} << QString();
   const QDBusConnection bus = QDBusConnection::sessionBus();
-  if (!bus.isConnected()) return ShowFolder(in_qt);
+  if (!bus.isConnected()) return ShowFolder(in_qt, failed);
   auto* const answer =
       new QDBusPendingCallWatcher(bus.asyncCall(call, kMaxWait), QCoreApplication::instance());
-  QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [answer, in_qt] {
-    if (answer->isError()) ShowFolder(in_qt);
+  QObject::connect(answer, &QDBusPendingCallWatcher::finished, answer, [answer, in_qt, failed] {
+    if (answer->isError()) ShowFolder(in_qt, failed);
     answer->deleteLater();
   });
 }

@@ -5,8 +5,8 @@
 namespace tallow {
 
 // A path cannot have quotation marks on Windows.
-void ShowInFileManager(const std::string& path) {
-  StartCommandLine("explorer.exe /select,\"" + path + "\"");
+void ShowInFileManager(const std::string& path, const std::function<void()>& failed) {
+  if (!StartCommandLine("explorer.exe /select,\"" + path + "\"")) failed();
 }
 
 }  // namespace tallow
