@@ -63,19 +63,23 @@ bool ActiveJukeboxCommands::Run(FrameCommand command) {
 }
 
 void ActiveJukeboxCommands::Undo() {
-  if (EditInText(TextEdit::kUndo)) return;
+  if (EditInText(text_focus_.Field(), TextEdit::kUndo)) return;
   if (frmMain* const window = jukeboxes_.ActiveWindow()) window->PVExplorer1().Undo();
 }
 
 void ActiveJukeboxCommands::Redo() {
-  if (EditInText(TextEdit::kRedo)) return;
+  if (EditInText(text_focus_.Field(), TextEdit::kRedo)) return;
   if (frmMain* const window = jukeboxes_.ActiveWindow()) window->PVExplorer1().Redo();
 }
 
 void ActiveJukeboxCommands::Run(TreeCommand command) {
   frmMain* const window = ActiveWindow();
   if (window == nullptr) return;
-  if (Folder* const folder = window->Jukebox().selectednode()) window->Run(command, folder);
+  if (Folder* const folder = window->Jukebox().selectednode())
+    window->Run(command, folder);
+  else
+    messages_.ShowStatus(
+        "This jukebox has no folders. To add one, right-click in the tree and choose New Folder.");
 }
 
 void ActiveJukeboxCommands::Run(ListCommand command) {
@@ -85,7 +89,7 @@ void ActiveJukeboxCommands::Run(ListCommand command) {
 }
 
 void ActiveJukeboxCommands::Edit(TextEdit of_text, TreeCommand of_tree, ListCommand of_list) {
-  if (EditInText(of_text)) return;
+  if (EditInText(text_focus_.Field(), of_text)) return;
   frmMain* const window = ActiveWindow();
   if (window == nullptr) return;
   const int pane = window->CurrentPaneWFocus();

@@ -21,8 +21,12 @@ class ActiveJukeboxCommands {
  public:
   /// The parameters have to outlive this object.
   ActiveJukeboxCommands(QWidget& frame, Tallow& tallow, JukeboxArea& jukeboxes,
-                        FrameMessages& messages)
-      : frame_(frame), tallow_(tallow), jukeboxes_(jukeboxes), messages_(messages) {}
+                        FrameMessages& messages, const TextFocus& text_focus)
+      : frame_(frame),
+        tallow_(tallow),
+        jukeboxes_(jukeboxes),
+        messages_(messages),
+        text_focus_(text_focus) {}
 
   /// Whether a jukebox is on screen. Reports in the status bar when no jukebox is open.
   bool HasJukebox();
@@ -50,6 +54,7 @@ class ActiveJukeboxCommands {
   Tallow& tallow_;
   JukeboxArea& jukeboxes_;
   FrameMessages& messages_;
+  const TextFocus& text_focus_;
   frmFind* find_ = nullptr;  ///< a child of the frame, created when first shown
 };
 

@@ -51,8 +51,8 @@ std::optional<FrameCommand> CommandOf(const QAction& action) {
 }  // namespace
 
 CommandStates::CommandStates(const JukeboxArea& jukeboxes, const JukeboxClipboard& clipboard,
-                             QMenuBar& menus, QToolBar& toolbar)
-    : jukeboxes_(jukeboxes), clipboard_(clipboard), toolbar_(toolbar) {
+                             const TextFocus& text_focus, QMenuBar& menus, QToolBar& toolbar)
+    : jukeboxes_(jukeboxes), clipboard_(clipboard), text_focus_(text_focus), toolbar_(toolbar) {
   for (const QAction* const menu : menus.actions()) {
     connect(menu->menu(), &QMenu::aboutToShow, this,
             [this, menu = menu->menu()] { MenuOpens(menu->actions()); });
@@ -83,7 +83,7 @@ void CommandStates::NameStep(QAction& item, FrameCommand command) const {
   const bool back = command == FrameCommand::kUndo;
   QString text = back ? tr("&Undo") : tr("&Redo");
   Jukebox* const jukebox = jukeboxes_.ActiveJukebox();
-  if (jukebox != nullptr && !CanEditInText(EditOf(command))) {
+  if (jukebox != nullptr && !CanEditInText(text_focus_.Field(), EditOf(command))) {
     const EditHistory& history = jukebox->History();
     const std::string_view name = back ? history.NameToUndo() : history.NameToRedo();
     if (!name.empty()) text += QLatin1Char(' ') + DisplayText(name);
@@ -107,10 +107,9 @@ bool CommandStates::CouldAct(FrameCommand command) const {
     case FrameCommand::kCopy:
     case FrameCommand::kPaste:
     case FrameCommand::kDelete:
-      if (const std::optional<bool> in_text = CanEditInText(EditOf(command))) return *in_text;
+      if (const std::optional<bool> in_text = CanEditInText(text_focus_.Field(), EditOf(command)))
+        return *in_text;
       return CouldEdit(command);
-    case FrameCommand::kAddFolderToRoot:
-    case FrameCommand::kAddFolderToSelectedFolder:
     case FrameCommand::kPlaySelectedSongs:
     case FrameCommand::kPlayAllSongsInFolder: {
       // Without a jukebox they say so.

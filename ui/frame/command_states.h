@@ -14,6 +14,7 @@ namespace tallow {
 
 class JukeboxArea;
 class JukeboxClipboard;
+class TextFocus;
 class frmMain;
 
 /// Disables the items of the frame window's menus, and the buttons of its toolbar, that could do
@@ -25,9 +26,9 @@ class CommandStates : public QObject {
   Q_OBJECT
 
  public:
-  /// \param jukeboxes, clipboard, menus, toolbar have to outlive this object
-  CommandStates(const JukeboxArea& jukeboxes, const JukeboxClipboard& clipboard, QMenuBar& menus,
-                QToolBar& toolbar);
+  /// \param jukeboxes, clipboard, text_focus, menus, toolbar have to outlive this object
+  CommandStates(const JukeboxArea& jukeboxes, const JukeboxClipboard& clipboard,
+                const TextFocus& text_focus, QMenuBar& menus, QToolBar& toolbar);
 
   /// Reads the states of the buttons again each time a jukebox window shows another folder, or
   /// none.
@@ -45,6 +46,7 @@ class CommandStates : public QObject {
 
   const JukeboxArea& jukeboxes_;
   const JukeboxClipboard& clipboard_;
+  const TextFocus& text_focus_;
   QToolBar& toolbar_;
 };
 

@@ -148,6 +148,31 @@ TEST_F(States, InATextFieldTheEditMenuFollowsTheText) {
   QApplication::clipboard()->clear();
 }
 
+TEST_F(States, TheMenuBarLeavesTheEditCommandsToTheTextField) {
+  frmMain& window = ShowJukebox();
+  QLineEdit field(&frame);
+  field.show();
+  Focus(field);
+  QTest::keyClicks(&field, "ab");
+  field.selectAll();
+  // As Alt does it.
+  frame.menuBar()->setFocus(Qt::MenuBarFocusReason);
+  EXPECT_FALSE(field.hasFocus());
+  EXPECT_FALSE(GreyIn("mnuEdit").contains(QStringLiteral("mnuCut")));
+  Item("mnuCut").trigger();
+  EXPECT_EQ(field.text(), "");
+  Item("mnuUndo").trigger();
+  EXPECT_EQ(field.text(), "ab");
+  EXPECT_FALSE(window.Jukebox().History().CanUndo());
+  // From the list, the menu bar gives them to the list.
+  Focus(ListOf(window));
+  ListOf(window).selectRow(0);
+  frame.menuBar()->setFocus(Qt::MenuBarFocusReason);
+  Item("mnuCut").trigger();
+  EXPECT_EQ(field.text(), "ab");
+  EXPECT_TRUE(window.Jukebox().History().CanUndo());
+}
+
 TEST_F(States, UndoAndRedoNameTheStepAndWorkByMenuAndKey) {
   frmMain& window = ShowJukebox();
   Folder& folder = window.Jukebox().Nodes().ChildAt(0);
@@ -200,11 +225,19 @@ TEST_F(States, AJukeboxWithoutFoldersGreysWhatNeedsOne) {
   EXPECT_EQ(GreyButtons(), QStringList());
   Focus(TreeOf(window));
   window.PVExplorer1().DeleteFolder(window.Jukebox().Nodes().ChildAt(0));
-  // The buttons that check the player say what is missing before they do nothing.
   EXPECT_EQ(GreyButtons(), (QStringList{"Button1", "Button2"}));
   EXPECT_EQ(GreyIn("mnuSongs"), (QStringList{"mnuPlaySeletedSongs", "mnuPlayAllTheSongInNode"}));
-  EXPECT_EQ(GreyIn("mnuEdit"), (QStringList{"mnuRedo", "mnuCut", "mnuCopy", "mnuPaste", "mnuDelete",
-                                            "mnuAddFolderToRoot", "mnuAddFolderToSelectedFolder"}));
+  EXPECT_EQ(GreyIn("mnuEdit"),
+            (QStringList{"mnuRedo", "mnuCut", "mnuCopy", "mnuPaste", "mnuDelete"}));
+  for (const char* const name :
+       {"mnuAddFolderToRoot", "mnuAddFolderToSelectedFolder", "Button9", "Button10"}) {
+    frame.statusBar()->clearMessage();
+    Item(name).trigger();
+    EXPECT_EQ(frame.statusBar()->currentMessage(),
+              "This jukebox has no folders. To add one, right-click in the tree and choose New "
+              "Folder.")
+        << name;
+  }
   Item("mnuUndo").trigger();
   EXPECT_EQ(GreyButtons(), QStringList());
 }

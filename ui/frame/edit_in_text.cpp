@@ -3,18 +3,42 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QEvent>
 #include <QLineEdit>
+#include <QMenuBar>
 
 namespace tallow {
 
-namespace {
+TextFocus::TextFocus() {
+  connect(qApp, &QApplication::focusChanged, this, &TextFocus::FocusChanged);
+}
 
-QLineEdit* FieldWithFocus() { return qobject_cast<QLineEdit*>(QApplication::focusWidget()); }
+void TextFocus::FocusChanged(QWidget* before, QWidget* now) {
+  if (qobject_cast<const QLineEdit*>(now) != nullptr) now->installEventFilter(this);
+  if (qobject_cast<const QMenuBar*>(now) == nullptr) return;
+  before_menus_ = before;
+  auto* const field = qobject_cast<QLineEdit*>(before);
+  if (field != nullptr && selection_start_ >= 0)
+    field->setSelection(selection_start_, selection_length_);
+}
 
-}  // namespace
+bool TextFocus::eventFilter(QObject* watched, QEvent* event) {
+  // A field loses its selection with the focus.
+  if (event->type() == QEvent::FocusOut) {
+    const auto* const field = qobject_cast<const QLineEdit*>(watched);
+    selection_start_ = field != nullptr ? field->selectionStart() : -1;
+    selection_length_ = field != nullptr ? static_cast<int>(field->selectedText().size()) : 0;
+  }
+  return QObject::eventFilter(watched, event);
+}
 
-bool EditInText(TextEdit edit) {
-  QLineEdit* const field = FieldWithFocus();
+QLineEdit* TextFocus::Field() const {
+  QWidget* focus = QApplication::focusWidget();
+  if (qobject_cast<const QMenuBar*>(focus) != nullptr) focus = before_menus_;
+  return qobject_cast<QLineEdit*>(focus);
+}
+
+bool EditInText(QLineEdit* field, TextEdit edit) {
   if (field == nullptr) return false;
   switch (edit) {
     case TextEdit::kUndo:
@@ -39,8 +63,7 @@ bool EditInText(TextEdit edit) {
   return true;
 }
 
-std::optional<bool> CanEditInText(TextEdit edit) {
-  const QLineEdit* const field = FieldWithFocus();
+std::optional<bool> CanEditInText(const QLineEdit* field, TextEdit edit) {
   if (field == nullptr) return std::nullopt;
   switch (edit) {
     case TextEdit::kUndo:

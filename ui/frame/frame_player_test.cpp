@@ -311,6 +311,23 @@ TEST_F(FrameWithOwnPlayer, TheStatusBarSaysWhatHappensToThePlayer) {
   })) << status().toStdString();
 }
 
+TEST_F(FrameWithOwnPlayer, CommandsThatHaveNoEffectSayWhy) {
+  const auto run = [&](const char* item) {
+    frame->statusBar()->clearMessage();
+    frame->findChild<QAction*>(QLatin1String(item))->trigger();
+    return frame->statusBar()->currentMessage();
+  };
+  Player().Play({1});
+  Player().Model().Update();
+  EXPECT_EQ(run("mnuNextTrack"), "There is no next song.");
+  EXPECT_EQ(run("Button3"), "There is no next song.");
+  EXPECT_EQ(run("mnuPause"), "");
+  link.status = kStopped;
+  Player().Model().Update();
+  for (const char* const item : {"mnuPause", "mnuStop", "mnuStopAfterTrack", "Button5", "Button7"})
+    EXPECT_EQ(run(item), "Nothing is playing.") << item;
+}
+
 TEST_F(FrameWithOwnPlayer, ThePanelOfAnotherKindOfPlayerClosesTheFirst) {
   Player().Play({1, 2});
   tallow.player_path = "C:\\Winamp\\winamp.exe";

@@ -20,6 +20,7 @@
 #include <QToolBar>
 #include <QVBoxLayout>
 
+#include "app/playing/command_effect.h"
 #include "app/search/drive_searches.h"
 #include "app/search/place_states.h"
 #include "app/style_switches.h"
@@ -280,7 +281,9 @@ void frmMDIForm1::Run(FrameCommand command) {
 
 void frmMDIForm1::RunOnProgram(FrameCommand command) {
   if (const std::optional<PlayerCommand> sent = PlayerCommandOf(command)) {
+    const std::string why = WhyNoEffect(*sent, player_.Model().Now());
     player_.Send(*sent);
+    if (!why.empty()) return messages_.ShowStatus(why, kShortly);
     // Nothing else shows that it has an effect.
     if (*sent == kStopAfterTrack && player_.Model().Now().status != kStopped)
       messages_.ShowStatus("Playing stops after this song.", kShortly);

@@ -162,6 +162,7 @@ class frmMDIForm1 : public QMainWindow, public JukeboxWindowMaker {
   FrameSums sums_;
   NewSongSearch search_;
   FrameFiling filing_;
+  TextFocus text_focus_;
   ActiveJukeboxCommands commands_;
   LinkedUndo linked_undo_;
   FrameProperties properties_;
