@@ -154,7 +154,7 @@ Records LiteralFind(const clsMain& library, LibraryDetails& details, std::string
 
 TEST_F(SongFinderTest, FindsWhatTheLiteralSearchFinds) {
   std::mt19937 random(11);
-  const std::vector<std::string> parts = {"a",  "B",  "ab", "é",   " ", " ", "-",    "10", "9",
+  const std::vector<std::string> parts = {"a",  "B",  "ab", "é",  " ", " ", "-",    "10", "9",
                                           "07", "ba", "ж",  "Ж ", "’", "'", "\xE9", "ø",  "("};
   const auto text = [&](std::size_t most) {
     std::string made;
