@@ -10,7 +10,6 @@
 
 #include "app/data_paths.h"
 #include "details/details_store.h"
-#include "details/song_details.h"
 #include "tests/library_fixture.h"
 #include "tests/tagged_file.h"
 #include "tests/wait_until.h"
