@@ -135,7 +135,7 @@ class LibraryDetails {
   std::vector<std::int32_t> pass_;    ///< the record numbers that this pass reads
   std::vector<unsigned char> facts_;  ///< by record number
   DetailsTable table_;
-  std::int32_t loaded_ = 0;  ///< LoadAll has read the songs up to this record number
+  std::int32_t loaded_ = 0;        ///< LoadAll has read the songs up to this record number
   bool returned_unknown_ = false;  ///< RowOf has returned a row that is not known
   std::uint64_t version_ = 0;
   std::int32_t rows_ = 0;  ///< of the library when this pass began

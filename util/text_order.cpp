@@ -46,8 +46,7 @@ void SortFrom(std::span<Entry> entries, std::span<const std::string_view> texts,
 
 std::vector<std::uint32_t> OrderOfTexts(std::span<const std::string_view> texts) {
   std::vector<Entry> entries(texts.size());
-  for (std::size_t k = 0; k < texts.size(); ++k)
-    entries[k].index = static_cast<std::uint32_t>(k);
+  for (std::size_t k = 0; k < texts.size(); ++k) entries[k].index = static_cast<std::uint32_t>(k);
   SortFrom(entries, texts, 0);
   std::vector<std::uint32_t> order(texts.size());
   std::ranges::transform(entries, order.begin(), &Entry::index);

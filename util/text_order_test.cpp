@@ -21,8 +21,8 @@ TEST(TextOrder, IsTheOrderOfAStableSort) {
     const std::vector<std::string_view> views(texts.begin(), texts.end());
     std::vector<std::uint32_t> expected(texts.size());
     std::iota(expected.begin(), expected.end(), 0U);
-    std::ranges::stable_sort(
-        expected, [&](std::uint32_t a, std::uint32_t b) { return texts[a] < texts[b]; });
+    std::ranges::stable_sort(expected,
+                             [&](std::uint32_t a, std::uint32_t b) { return texts[a] < texts[b]; });
     EXPECT_EQ(OrderOfTexts(views), expected);
   }
 }

@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <set>
-#include <string>
+#include <string_view>
 
 namespace tallow {
 namespace {

@@ -75,8 +75,7 @@ std::int32_t AddedDay(const clsMain& library, LibraryDetails& details, std::int3
   return details.RowOf(record).modified;
 }
 
-std::string_view TitleOfSong(const clsMain& library, LibraryDetails& details,
-                             std::int32_t record) {
+std::string_view TitleOfSong(const clsMain& library, LibraryDetails& details, std::int32_t record) {
   const DetailsRow row = details.RowOf(record);
   return row.title.empty() ? WithoutExtension(library.Song(record).Name()) : row.title;
 }

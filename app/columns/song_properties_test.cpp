@@ -6,7 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "app/data_paths.h"
 #include "app/tallow.h"
 #include "tests/library_fixture.h"
 

@@ -6,7 +6,6 @@
 
 #include "app/data_paths.h"
 #include "details/details_store.h"
-#include "details/song_details.h"
 #include "tests/library_fixture.h"
 
 namespace tallow {

@@ -304,7 +304,8 @@ std::vector<Scenario> AllScenarios() {
     const auto program = Started(world);
     Folder& songs = *program->First().Nodes().Find("All Songs");
     from_here();
-    if (RankSongs(program->First().History(), songs, {0, 1, 2}, 1, program->tallow.library)) return Texts{};
+    if (RankSongs(program->First().History(), songs, {0, 1, 2}, 1, program->tallow.library))
+      return Texts{};
     return Texts{program->tallow.library.SaveError()};
   };
   all.push_back({"ranking", MakeCollection, rank, PutBack});
@@ -318,7 +319,8 @@ std::vector<Scenario> AllScenarios() {
                    Folder& songs = *program->First().Nodes().Find("All Songs");
                    AddTo(MineOf(*program), *program, "two.mp3");
                    from_here();
-                   const bool ranked = RankSongs(program->First().History(), songs, {0, 1, 2}, 1, program->tallow.library);
+                   const bool ranked = RankSongs(program->First().History(), songs, {0, 1, 2}, 1,
+                                                 program->tallow.library);
                    Texts said = SaveIt(*program, {});
                    if (!ranked) said.push_back(program->tallow.library.SaveError());
                    return said;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "ui/jukebox/empty_folder_hint.h"
+#include <QLabel>
 
 #include "tests/jukebox_window_fixture.h"
 

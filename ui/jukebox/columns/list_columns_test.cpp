@@ -2,6 +2,7 @@
 // The columns of the list: which are shown, their order and widths, their menu, and sorting by
 // them.
 #include <functional>
+#include <future>
 #include <stdexcept>
 
 #include <QContextMenuEvent>
@@ -461,8 +462,11 @@ TEST_F(ListColumns, DetailsThatAreReadLaterAreShown) {
   UseDetails(true);
   Show();
   EXPECT_EQ(Texts(ListColumn::kTitle), QStringList{"1"});
-  tallow.details.Start(library, [] {
-    return [](const std::string& path, const std::function<bool()>& /*stopped*/) {
+  std::promise<void> may_read;
+  const std::shared_future<void> permission(may_read.get_future());
+  tallow.details.Start(library, [permission] {
+    return [permission](const std::string& path, const std::function<bool()>& /*stopped*/) {
+      permission.wait();
       return SongDetails{.tags = {.found = true, .title = "One"},
                          .stamp = StampOf(path).value_or(FileStamp())};
     };
@@ -472,6 +476,7 @@ TEST_F(ListColumns, DetailsThatAreReadLaterAreShown) {
   QObject::connect(&Model(), &QAbstractItemModel::dataChanged, [&changes] { ++changes; });
   window.ShowNewDetails();
   EXPECT_EQ(changes, 0);
+  may_read.set_value();
   EXPECT_TRUE(QTest::qWaitFor([&] {
     tallow.details.Poll();
     window.ShowNewDetails();
