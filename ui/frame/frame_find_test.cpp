@@ -2,6 +2,7 @@
 // Finding songs while typing, with the real field, list, menus and keys.
 #include "ui/frame/frame_find.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 #include <QContextMenuEvent>
@@ -455,6 +456,44 @@ TEST_F(FindWhileTyping, SortingHitsChangesNoFolder) {
   QTest::keyClick(&Field(), Qt::Key_Escape);
   EXPECT_EQ(RowsOf(List()), kOne);
   EXPECT_EQ(List().model()->headerData(0, Qt::Horizontal).toString().toStdString(), kNameHeader);
+}
+
+TEST_F(FindWhileTyping, HitsAreSortedByAColumnAndTheFolderIsNot) {
+  tallow.preferences.SetSwitches({.columns_of_details = true, .find_field = true});
+  Type("moon");
+  const QHeaderView& header = *List().horizontalHeader();
+  int title = 0;
+  while (List().model()->headerData(title, Qt::Horizontal).toString() != "Title") ++title;
+  const auto click = [&] {
+    QTest::mouseClick(header.viewport(), Qt::LeftButton, {},
+                      QPoint(header.sectionViewportPosition(title) + 10, 8));
+    return RowsOf(List(), title);
+  };
+  QStringList titles{"Blue Moon", "Honeymoon", "Moonlight"};
+  EXPECT_EQ(click(), titles);
+  std::reverse(titles.begin(), titles.end());
+  EXPECT_EQ(click(), titles);
+  EXPECT_TRUE(header.isSortIndicatorShown());
+  EXPECT_FALSE(Box().History().CanUndo());
+  QTest::keyClick(&Field(), Qt::Key_Escape);
+  EXPECT_EQ(RowsOf(List(), title), (QStringList{"a", "b"}));
+  EXPECT_FALSE(header.isSortIndicatorShown());
+}
+
+TEST_F(FindWhileTyping, HitsArePlayedNextOrAddedToTheQueue) {
+  std::vector<std::int32_t> next;
+  QObject::connect(window, &frmMain::PlayNext,
+                   [&](const std::vector<std::int32_t>& songs) { next = songs; });
+  Type("moon");
+  List().SelectRows({1, 2});
+  window->Run(ListCommand::kPlayNext, Box().ListFolder());
+  EXPECT_EQ(next, (std::vector<std::int32_t>{4, 5}));
+  EXPECT_EQ(tallow.SongsToPlay, next);
+  EXPECT_EQ(HandOvers(), 1);
+  List().SelectRows({0});
+  window->Run(ListCommand::kAddToQueue, Box().ListFolder());
+  EXPECT_EQ(tallow.SongsToPlay, std::vector<std::int32_t>{3});
+  EXPECT_TRUE(Box().ShowsHits());
 }
 
 TEST_F(FindWhileTyping, UndoShowsTheFolderThatItChanges) {
