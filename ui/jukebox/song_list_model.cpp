@@ -155,6 +155,12 @@ void SongListModel::ChangeHeaders() {
   emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
 }
 
+void SongListModel::ShowSort(int section, bool descending) {
+  sorted_section_ = section;
+  descending_ = descending;
+  ChangeHeaders();
+}
+
 int SongListModel::rowCount(const QModelIndex& parent) const {
   return parent.isValid() ? 0 : rows_;
 }
@@ -280,14 +286,21 @@ QVariant SongListModel::headerData(int section, Qt::Orientation orientation, int
     case Qt::DisplayRole:
       return HeaderText(column);
     case Qt::ToolTipRole:
-    case Qt::AccessibleTextRole:
       return HeaderOf(column).empty() ? DisplayText(TitleOf(column)) : HeaderText(column);
+    case Qt::AccessibleTextRole:
+      return SpokenHeader(section);
     case Qt::TextAlignmentRole: {
       return int((IsNumber(column) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     }
     default:
       return {};
   }
+}
+
+QString SongListModel::SpokenHeader(int section) const {
+  const QString text = headerData(section, Qt::Horizontal, Qt::ToolTipRole).toString();
+  if (section != sorted_section_) return text;
+  return text + (descending_ ? tr(", sorted in reverse") : tr(", sorted"));
 }
 
 QVariant SongListModel::HeaderText(ListColumn column) const {

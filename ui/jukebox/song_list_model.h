@@ -67,6 +67,9 @@ class SongListModel : public QAbstractTableModel {
   /// Call after the songs' texts and icons have changed.
   void Relabel();
   void ChangeHeaders();
+  /// Says in the accessible text of a header that the list is sorted by its column.
+  /// \param section -1 for none
+  void ShowSort(int section, bool descending);
 
   /// Marks what plays, and what could not be played.
   /// \param player null for no marks; must outlive the model, or the next call
@@ -92,6 +95,7 @@ class SongListModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  QString SpokenHeader(int section) const;
   void MakePictures();
   void ListPlaces(const std::vector<SongEntry>& entries);
   void UpdateRow(int row);
@@ -117,6 +121,8 @@ class SongListModel : public QAbstractTableModel {
   std::vector<ListColumn> shown_columns_{ListColumn::kName, ListColumn::kKey};
   const SongColumns* texts_ = nullptr;  ///< null for none
   bool aligned_ = false;                ///< see ShowColumns
+  int sorted_section_ = -1;             ///< see ShowSort
+  bool descending_ = false;
 };
 
 }  // namespace tallow

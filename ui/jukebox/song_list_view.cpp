@@ -94,6 +94,7 @@ void SongListView::ShowSort(int section, bool descending) {
   QHeaderView& header = *horizontalHeader();
   header.setSortIndicatorShown(section >= 0);
   header.setSortIndicator(section, descending ? Qt::DescendingOrder : Qt::AscendingOrder);
+  songs_.ShowSort(section, descending);
 }
 
 std::string SongListView::SetBackgroundImage(const QString& address, bool tiled) {
