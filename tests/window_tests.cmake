@@ -72,6 +72,9 @@ add_test(NAME program.end_to_end COMMAND ${CMAKE_SOURCE_DIR}/tests/end_to_end.sh
 add_test(NAME program.switches_its_style
          COMMAND ${CMAKE_SOURCE_DIR}/tests/modern_style.sh $<TARGET_FILE:tallow>
                  ${CMAKE_BINARY_DIR}/tests/plugins ${CMAKE_BINARY_DIR}/tests/modern_style)
+add_test(NAME program.finds_songs_while_the_user_types
+         COMMAND ${CMAKE_SOURCE_DIR}/tests/find_while_typing.sh $<TARGET_FILE:tallow>
+                 ${CMAKE_BINARY_DIR}/tests/find_while_typing)
 add_test(NAME program.plays_songs COMMAND ${CMAKE_SOURCE_DIR}/tests/playing.sh
                                           $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/playing)
 add_test(NAME program.keeps_songs_of_drives_that_are_away
@@ -90,6 +93,7 @@ add_test(NAME windows.find_under_desktop_themes COMMAND ${CMAKE_SOURCE_DIR}/test
 set_tests_properties(
   program.starts_on_the_demo_collection
   program.end_to_end
+  program.finds_songs_while_the_user_types
   program.plays_songs
   program.switches_its_style
   windows.find_under_desktop_themes
