@@ -27,8 +27,9 @@ std::uint64_t AsUnsigned(std::int32_t number) noexcept {
 
 SortKey SortKeyOf(const ColumnKey& key, std::uint32_t position, bool descending) noexcept {
   // Songs without a key are last: 0 becomes the largest number, as it does in the other direction.
+  // So are, among equal keys, songs without an album.
   return {.key = descending ? ~key.key : key.key - 1,
-          .album_and_disc = std::uint64_t{key.album} << kHalf | AsUnsigned(key.disc),
+          .album_and_disc = std::uint64_t{key.album - 1U} << kHalf | AsUnsigned(key.disc),
           .track_and_position = AsUnsigned(key.track) << kHalf | position};
 }
 

@@ -13,7 +13,9 @@ struct ColumnKey {
   /// From 1, smallest first. 0: the song has no text in the column, and comes last in both
   /// directions.
   std::uint64_t key = 0;
-  std::uint32_t album = 0;  ///< position of its album in natural order
+  /// Position of its album in natural order, from 1. 0: the song has no album, and comes after
+  /// those of the same key that have one.
+  std::uint32_t album = 0;
   std::int32_t disc = 0;
   std::int32_t track = 0;
 };

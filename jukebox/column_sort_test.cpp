@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <random>
+#include <stdexcept>
 #include <string>
 
 #include "jukebox/edit_history.h"
@@ -22,7 +23,7 @@ std::vector<std::int32_t> LiteralOrder(const std::vector<ColumnKey>& keys, bool 
       if (b.key == 0) return true;
       return descending ? a.key > b.key : a.key < b.key;
     }
-    if (a.album != b.album) return a.album < b.album;
+    if (a.album != b.album) return b.album == 0 || (a.album != 0 && a.album < b.album);
     if (a.disc != b.disc) return a.disc < b.disc;
     return a.track < b.track;
   };
@@ -105,6 +106,22 @@ TEST_F(SortByColumn, TheNextClickOnNamesSortsAscending) {
   order_.SortBy(*folder_, library, history_, Numbers, true);
   order_.SortByNext(*folder_, library, history_);
   EXPECT_EQ(Songs(), (Records{1, 2, 3, 5}));
+}
+
+TEST_F(SortByColumn, WithoutKeysNothingChangesAndNoStepStaysOpen) {
+  const ColumnKeys none = [](std::span<const std::int32_t>) -> std::vector<ColumnKey> {
+    throw std::runtime_error("no keys");
+  };
+  EXPECT_THROW(order_.SortBy(*folder_, library, history_, none, false), std::runtime_error);
+  EXPECT_EQ(Songs(), (Records{3, 1, 5, 2}));
+  // With an open step, the order of what was filed would become part of it.
+  history_.ArrangeSongs(*folder_, {1, 0, 2, 3});
+  history_.Begin(folder_, "Rename Folder");
+  history_.RenameFolder(*folder_, "Other");
+  history_.End();
+  history_.Undo();
+  EXPECT_EQ(Songs(), (Records{1, 3, 5, 2}));
+  EXPECT_FALSE(history_.CanUndo());
 }
 
 TEST_F(SortByColumn, WithoutAHistoryOnlyTheSongsMove) {

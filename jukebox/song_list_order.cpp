@@ -125,8 +125,10 @@ std::string_view SongListOrder::SortByNext(Folder& folder, const clsMain& librar
 
 void SongListOrder::SortBy(Folder& folder, const clsMain& library, EditHistory& history,
                            const ColumnKeys& keys, bool descending) {
+  // Sorted before the step begins: when the keys cannot be had, no step stays open.
+  std::vector<std::int32_t> order = SortSongsByColumn(folder, library, keys, descending);
   history.Begin(&folder, "Sort Songs");
-  history.SongsReordered(folder, SortSongsByColumn(folder, library, keys, descending));
+  history.SongsReordered(folder, std::move(order));
   history.End();
   Reset();
 }

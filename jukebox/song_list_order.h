@@ -32,7 +32,8 @@ class SongListOrder {
   std::string_view SortByNext(Folder& folder, const clsMain& library, EditHistory& history);
 
   /// Sorts the shown songs of a folder by a column, as one step of the history; the entries stay,
-  /// as in SortByNext. The next SortByNext starts again with the first order.
+  /// as in SortByNext. The next SortByNext starts again with the first order. What `keys` throws is
+  /// passed on, and nothing has changed then.
   void SortBy(Folder& folder, const clsMain& library, EditHistory& history, const ColumnKeys& keys,
               bool descending);
 

@@ -70,6 +70,15 @@ void ChooseColumns(Preferences& preferences, bool details,
   preferences.Set(KeyOf(details), texts);
 }
 
+std::vector<ChosenColumn> WithColumnMoved(std::vector<ChosenColumn> columns, ListColumn column,
+                                          bool left) {
+  const auto place = std::ranges::find(columns, column, &ChosenColumn::column);
+  if (place == columns.end()) return columns;
+  if (left && place != columns.begin()) std::iter_swap(place, place - 1);
+  if (!left && place + 1 != columns.end()) std::iter_swap(place, place + 1);
+  return columns;
+}
+
 std::vector<ChosenColumn> WithColumn(std::vector<ChosenColumn> columns, ListColumn column,
                                      bool shown) {
   if (Has(columns, column) == shown) return columns;

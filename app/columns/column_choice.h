@@ -46,6 +46,10 @@ std::vector<ChosenColumn> ColumnsOf(const Preferences& preferences, bool details
 void ChooseColumns(Preferences& preferences, bool details,
                    const std::vector<ChosenColumn>& columns);
 
+/// Moves a column by one place. The first one cannot move to the left, nor the last to the right.
+std::vector<ChosenColumn> WithColumnMoved(std::vector<ChosenColumn> columns, ListColumn column,
+                                          bool left);
+
 /// Shows or hides a column. A column that is shown goes to its place among all columns: before the
 /// first of those that follow it in ListColumn.
 /// \returns the columns without a change when nothing would be left

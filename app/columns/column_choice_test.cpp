@@ -92,6 +92,16 @@ TEST_F(ColumnChoice, AShownColumnGoesBeforeThoseThatFollowIt) {
   EXPECT_EQ(WithColumn(columns, ListColumn::kTitle, true), columns);
 }
 
+TEST_F(ColumnChoice, AColumnMovesByOnePlace) {
+  const Columns columns{{ListColumn::kTitle, 20}, {ListColumn::kRank}, {ListColumn::kYear, 30}};
+  const Columns moved{{ListColumn::kRank}, {ListColumn::kTitle, 20}, {ListColumn::kYear, 30}};
+  EXPECT_EQ(WithColumnMoved(columns, ListColumn::kRank, true), moved);
+  EXPECT_EQ(WithColumnMoved(columns, ListColumn::kTitle, false), moved);
+  EXPECT_EQ(WithColumnMoved(columns, ListColumn::kTitle, true), columns);
+  EXPECT_EQ(WithColumnMoved(columns, ListColumn::kYear, false), columns);
+  EXPECT_EQ(WithColumnMoved(columns, ListColumn::kFolder, true), columns);
+}
+
 TEST_F(ColumnChoice, TheLastColumnIsNotHidden) {
   const Columns columns{{ListColumn::kTitle, 20}, {ListColumn::kRank}};
   const Columns one = WithColumn(columns, ListColumn::kRank, false);

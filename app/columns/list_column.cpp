@@ -47,4 +47,13 @@ std::string_view HeaderOf(ListColumn column) noexcept {
 
 bool IsNumber(ListColumn column) noexcept { return TextsOf(column).is_number; }
 
+bool CanSort(ListColumn column) noexcept {
+  return column != ListColumn::kPlaying && column != ListColumn::kPosition;
+}
+
+bool SortsDescendingFirst(ListColumn column) noexcept {
+  return column == ListColumn::kRank || column == ListColumn::kPlays ||
+         column == ListColumn::kLastPlayed || column == ListColumn::kAdded;
+}
+
 }  // namespace tallow

@@ -46,4 +46,10 @@ std::string_view HeaderOf(ListColumn column) noexcept;
 /// Whether the texts of a column are aligned at the right.
 bool IsNumber(ListColumn column) noexcept;
 
+/// Whether songs can be sorted by a column: it does not depend on their order.
+bool CanSort(ListColumn column) noexcept;
+
+/// Whether the first sort by a column is descending: the best, the most, the latest first.
+bool SortsDescendingFirst(ListColumn column) noexcept;
+
 }  // namespace tallow

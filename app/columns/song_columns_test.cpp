@@ -157,6 +157,14 @@ TEST_F(SongColumnsTest, EqualSongsAreInTheOrderOfTheirAlbums) {
   EXPECT_EQ(Sorted(ListColumn::kArtist, true), (Records{4, 3, 2, 5, 1}));
 }
 
+TEST_F(SongColumnsTest, AmongEqualSongsThoseWithoutAnAlbumAreLast) {
+  for (const char* const album : {"", "Some", "A"})
+    AddSongWith(std::string("song ") + album + ".mp3",
+                {.tags = {.found = true, .artist = "Artist", .album = album}});
+  EXPECT_EQ(Sorted(ListColumn::kArtist), (Records{3, 2, 1}));
+  EXPECT_EQ(Sorted(ListColumn::kArtist, true), (Records{3, 2, 1}));
+}
+
 TEST_F(SongColumnsTest, SortsByNumbersAndTitles) {
   AddSongWith("3.mp3",
               {.tags = {.found = true, .title = "Zulu", .date = "2001"}, .length_ms = 900});

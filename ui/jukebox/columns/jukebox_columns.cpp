@@ -20,10 +20,14 @@ JukeboxColumns::JukeboxColumns(Tallow& tallow, Jukebox& jukebox, PVExplorer& exp
       explorer_(explorer),
       texts_(tallow.library, tallow.details, tallow.play_counts),
       menu_(MakeColumnMenu(
-          nullptr,
-          [this](ListColumn column, bool shown) { Choose(WithColumn(shown_, column, shown)); },
-          [this] { Choose({}); })) {
-  connect(menu_.get(), &QMenu::aboutToShow, this, [this] { CheckColumns(*menu_, shown_); });
+          nullptr, {.show = [this](ListColumn column,
+                                   bool shown) { Choose(WithColumn(shown_, column, shown)); },
+                    .sort = [this](ListColumn column) { Sort(column); },
+                    .move = [this](ListColumn column,
+                                   bool left) { Choose(WithColumnMoved(shown_, column, left)); },
+                    .reset = [this] { Choose({}); }})) {
+  connect(menu_.get(), &QMenu::aboutToShow, this,
+          [this] { UpdateColumnMenu(*menu_, shown_, sorted_by_); });
   connect(&explorer, &PVExplorer::HeaderPopUp, this,
           [this](const QPoint& position) { menu_->popup(position); });
   connect(&explorer, &PVExplorer::ColumnsChanged, this, &JukeboxColumns::Choose);
@@ -68,20 +72,13 @@ void JukeboxColumns::Choose(const std::vector<ChosenColumn>& columns) {
 }
 
 void JukeboxColumns::Sort(ListColumn column) {
+  // The songs are in the order of their positions; the header has moved its arrow.
+  if (!CanSort(column)) return ShowArrow(sorted_by_, descending_);
   const PVExplorer::Place place = explorer_.CurrentPlace();
-  switch (column) {
-    case ListColumn::kName:
-    case ListColumn::kKey:
-      SortByName();
-      break;
-    case ListColumn::kPlaying:
-    case ListColumn::kPosition:
-      // The songs are in the order of their positions.
-      ShowArrow(sorted_by_, descending_);
-      return;
-    default:
-      SortBy(column);
-  }
+  if (column == ListColumn::kName || column == ListColumn::kKey)
+    SortByName();
+  else
+    SortBy(column);
   // Sorting reassigns the songs of the entries; the selection follows the songs.
   explorer_.FollowSongs(place);
 }
@@ -97,7 +94,7 @@ void JukeboxColumns::SortByName() {
 }
 
 void JukeboxColumns::SortBy(ListColumn column) {
-  const bool descending = sorted_by_ == column && !descending_;
+  const bool descending = sorted_by_ == column ? !descending_ : SortsDescendingFirst(column);
   jukebox_.SortByColumn(tallow_.library, texts_.KeysOf(column), descending);
   ShowArrow(column, descending);
 }

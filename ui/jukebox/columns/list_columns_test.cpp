@@ -87,6 +87,25 @@ class ListColumns : public JukeboxWindowTest {
         return *item;
     throw std::runtime_error("no such item");
   }
+  QMenu& SubMenu(const char* name) { return *Menu().findChild<QMenu*>(QLatin1String(name)); }
+  QStringList TextsOf(const char* name) {
+    emit Menu().aboutToShow();
+    QStringList texts;
+    for (const QAction* const item : SubMenu(name).actions()) texts.append(item->text());
+    return texts;
+  }
+  /// Opens a menu of columns with the keyboard, and chooses an item there.
+  void TypeInMenu(const char* name, const char* item) {
+    const qsizetype place = TextsOf(name).indexOf(QLatin1String(item));
+    ASSERT_GE(place, 0);
+    window.Run(ListCommand::kColumns, Box().selectednode());
+    while (Menu().activeAction() != SubMenu(name).menuAction())
+      QTest::keyClick(&Menu(), Qt::Key_Down);
+    QTest::keyClick(&Menu(), Qt::Key_Right);
+    for (qsizetype k = 0; k < place; ++k) QTest::keyClick(&SubMenu(name), Qt::Key_Down);
+    QTest::keyClick(&SubMenu(name), Qt::Key_Return);
+    EXPECT_FALSE(Menu().isVisible());
+  }
   QString Reset() { return QStringLiteral("ResetColumns"); }
 };
 
@@ -339,6 +358,61 @@ TEST_F(ListColumns, AClickOnAColumnSortsByIt) {
   EXPECT_EQ(Texts(ListColumn::kArtist), (QStringList{"Emil", "émile", "Zoe", ""}));
   EXPECT_EQ(Headers().sortIndicatorSection(), IndexOf(ListColumn::kArtist));
   EXPECT_EQ(Headers().sortIndicatorOrder(), Qt::AscendingOrder);
+}
+
+TEST_F(ListColumns, TheFirstClickOnRanksShowsTheBestFirst) {
+  for (const char* const rank : {"3", "7", "2"}) AddSongWith({}, rank);
+  ShowDetails();
+  Sort(ListColumn::kRank);
+  EXPECT_EQ(Headers().sortIndicatorOrder(), Qt::DescendingOrder);
+  EXPECT_EQ(SongsOf(*Box().selectednode()), (Songs{2, 1, 3}));
+  Sort(ListColumn::kRank);
+  EXPECT_EQ(Headers().sortIndicatorOrder(), Qt::AscendingOrder);
+  EXPECT_EQ(SongsOf(*Box().selectednode()), (Songs{1, 2, 3}));
+}
+
+TEST_F(ListColumns, TheKeyboardSortsByTheMenu) {
+  AddSongWith("b", "x");
+  AddSongWith("a", "x");
+  ShowDetails();
+  EXPECT_EQ(TextsOf("SortMenu"),
+            (QStringList{"Title", "Artist", "Album", "Year", "Length", "Rank"}));
+  TypeInMenu("SortMenu", "Title");
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"a", "b"}));
+  EXPECT_EQ(Headers().sortIndicatorSection(), IndexOf(ListColumn::kTitle));
+  TypeInMenu("SortMenu", "Title");
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"b", "a"}));
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"a", "b"}));
+}
+
+TEST_F(ListColumns, TheMenuChecksTheColumnOfTheSort) {
+  AddSongWith("b", "x");
+  ShowDetails();
+  const auto checked = [this] {
+    emit Menu().aboutToShow();
+    QStringList texts;
+    for (const QAction* const item : SubMenu("SortMenu").actions())
+      if (item->isChecked()) texts.append(item->text());
+    return texts;
+  };
+  EXPECT_EQ(checked(), QStringList());
+  Sort(ListColumn::kArtist);
+  EXPECT_EQ(checked(), QStringList{"Artist"});
+}
+
+TEST_F(ListColumns, TheKeyboardMovesColumnsByTheMenu) {
+  AddSongs(1);
+  ShowDetails();
+  TypeInMenu("MoveLeftMenu", "Artist");
+  EXPECT_EQ(HeaderTexts().mid(1, 3), (QStringList{"Position", "Artist", "Title"}));
+  TypeInMenu("MoveRightMenu", "Artist");
+  TypeInMenu("MoveRightMenu", "Artist");
+  EXPECT_EQ(HeaderTexts().mid(1, 4), (QStringList{"Position", "Title", "Album", "Artist"}));
+  EXPECT_EQ(ColumnsOf(tallow.preferences, true)[4].column, ListColumn::kArtist);
+  // The outer columns cannot move further.
+  EXPECT_EQ(TextsOf("MoveLeftMenu").first(), "Position");
+  EXPECT_EQ(TextsOf("MoveRightMenu").last(), "Length");
 }
 
 TEST_F(ListColumns, ASortIsAStepOfUndo) {
