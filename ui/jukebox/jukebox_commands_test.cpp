@@ -57,7 +57,8 @@ TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
   for (int column = 0; column < kListColumns; ++column)
     columns.append(QStringLiteral("> %1 %2").arg(DisplayText(TitleOf(ListColumn(column))),
                                                  DisplayText(IdOf(ListColumn(column)))));
-  columns += {"> -", "> &Reset Columns "};
+  columns +=
+      {"> -", "> &Sort By >", "> Move &Left >", "> Move Ri&ght >", "> -", "> &Reset Columns "};
   EXPECT_EQ(ItemsOf(Menu("ListMenu")), (QStringList{"Play All Songs in Folder 1",
                                                     "Play Selected Songs 2",
                                                     "-",

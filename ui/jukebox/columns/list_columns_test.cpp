@@ -360,7 +360,7 @@ TEST_F(ListColumns, AClickOnAColumnSortsByIt) {
 }
 
 TEST_F(ListColumns, TheFirstClickOnRanksShowsTheBestFirst) {
-  for (const char* const rank : {"3", "7", "2"}) AddSongWith({}, rank);
+  for (const char* const rank : {"3", "7", "2"}) AddSongWith(SongDetails{}, rank);
   ShowDetails();
   Sort(ListColumn::kRank);
   EXPECT_EQ(Headers().sortIndicatorOrder(), Qt::DescendingOrder);
