@@ -146,7 +146,7 @@ void frmMain::ConnectExplorer() {
           [this](Folder* folder, const QPoint& position) {
             menu_folder_ = folder != nullptr ? folder->Key() : 0;
             OfferAlbumFolder(*tree_menu_, OffersAlbumFolder(jukebox_, tallow_.library));
-            EnableTreeItems(*tree_menu_, jukebox_.Nodes(), folder, player_, CanPaste(folder));
+            EnableTreeItems(*tree_menu_, folder, player_, CanPaste(folder));
             tree_menu_->popup(position);
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,

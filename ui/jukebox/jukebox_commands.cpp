@@ -106,7 +106,8 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
       return Play(node, tallow_.SongsToPlay, tr("No song is selected."));
     case kCutSongs:
     case kDeleteSongs:
-      if (on_show) explorer_.CutSongs();
+      // Both move the songs to the clipboard.
+      if (on_show) explorer_.CutSongs(command == kCutSongs ? "Cut" : "Delete");
       return;
     case kCopySongs:
       if (on_show) explorer_.CopySongs();

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/pop_up_menus.h"
 
-#include <cstdint>
 #include <string>
 
 #include <QAction>
@@ -90,17 +89,6 @@ void EnableForPlayer(QAction& action, const PlayerModel* player) {
   action.setEnabled(reason.empty());
   action.setToolTip(DisplayText(reason));
   action.setWhatsThis(DisplayText(reason));
-}
-
-/// Whether subfolders can be sorted: whether some folder has more than one.
-/// \param above null for the whole tree
-bool HasFoldersToSort(const FolderTree& tree, const Folder* above) {
-  const std::int32_t count = above != nullptr ? above->Children() : tree.Children();
-  for (std::int32_t k = 0; k < count; ++k)
-    if (count > 1 ||
-        HasFoldersToSort(tree, above != nullptr ? &above->ChildAt(k) : &tree.ChildAt(k)))
-      return true;
-  return false;
 }
 
 }  // namespace
@@ -199,8 +187,8 @@ void OfferAlbumFolder(QMenu& tree_menu, bool offers) {
     tree_menu.removeAction(album);
 }
 
-void EnableTreeItems(QMenu& tree_menu, const FolderTree& tree, const Folder* folder,
-                     const PlayerModel* player, bool paste) {
+void EnableTreeItems(QMenu& tree_menu, const Folder* folder, const PlayerModel* player,
+                     bool paste) {
   using enum TreeCommand;
   for (QAction* const action : tree_menu.findChildren<QAction*>()) {
     const auto command = TreeCommand(action->data().toInt());
@@ -214,7 +202,6 @@ void EnableTreeItems(QMenu& tree_menu, const FolderTree& tree, const Folder* fol
     if (command == kPlayFolderNext && folder == nullptr) action->setEnabled(false);
     if (command == kMoveToRoot) action->setEnabled(folder != nullptr && folder->Level() > 0);
     if (command == kPasteFolder) action->setEnabled(paste);
-    if (command == kSortNodes) action->setEnabled(HasFoldersToSort(tree, folder));
   }
 }
 

@@ -146,7 +146,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   }
 
   // See the functions of ExplorerEdits.
-  void CutSongs() { edits_.CutSongs(); }
+  void CutSongs(std::string_view verb = "Cut") { edits_.CutSongs(verb); }
   void CopySongs() { edits_.CopySongs(); }
   void CutFolder(Folder& folder) { edits_.CutFolder(folder); }
   void CopyFolder(const Folder& folder) { edits_.CopyFolder(folder); }
