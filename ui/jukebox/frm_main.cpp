@@ -74,6 +74,7 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
   connect(commands_.get(), &JukeboxCommands::Problem, this, &frmMain::Problem);
   connect(commands_.get(), &JukeboxCommands::ChangeBackgroundPicture, this,
           &frmMain::ChangeBackgroundPicture);
+  connect(commands_.get(), &JukeboxCommands::RanksChanged, this, &frmMain::RanksChanged);
   connect(commands_.get(), &JukeboxCommands::ShowProperties, this, &frmMain::ShowProperties);
   connect(dropped_files_.get(), &DroppedFiles::Problem, this, &frmMain::Problem);
   connect(dropped_files_.get(), &DroppedFiles::SongsReturned, this, &frmMain::SongsReturned);

@@ -112,8 +112,10 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
                             : command == kRankWorst ? Tr(".  .  .   to worst")
                             : command == kNoRank    ? Tr("No Rank")
                                                     : QString();
-    const int rank = command == kNoRank ? kMinRankPicture : kBestRankPicture - (item - 1);
-    builder.SetKey(*builder.Add(*ranks, new RankAction(caption, rank, ranks), command),
+    const int picture = command == kNoRank ? kMinRankPicture : kBestRankPicture - (item - 1);
+    // The worst item first shows the picture of no rank.
+    const int rank = command == kRankWorst ? picture + 1 : picture;
+    builder.SetKey(*builder.Add(*ranks, new RankAction(caption, picture, rank, ranks), command),
                    RankKey(item));
   }
   builder.Add(Tr("Change Background Picture . . ."), kChangeBackgroundPicture);

@@ -96,6 +96,7 @@ void PVExplorer::ConnectList() {
   connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           &PVExplorer::SelectionChanged);
   connect(list_, &SongListView::RankWanted, this, &PVExplorer::RankWanted);
+  connect(list_, &SongListView::RankStepsWanted, this, &PVExplorer::RankStepsWanted);
   connect(list_, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { emit ItemOpened(songs_->PlaceOf(index.row())); });
   connect(pop_ups_.get(), &PopUpRequests::ListPopUp, this, &PVExplorer::ListPopUp);

@@ -182,6 +182,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   // See SongListView.
   void ColumnsChanged(const std::vector<tallow::ChosenColumn>& columns);
   void RankWanted(int rank);
+  void RankStepsWanted(int steps);
   /// The user wants to open the menu of the column headers.
   /// \param position in screen coordinates
   void HeaderPopUp(const QPoint& position);

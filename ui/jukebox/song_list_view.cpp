@@ -35,7 +35,7 @@ constexpr int kMinColumn = 20;
 }  // namespace
 
 SongListView::SongListView(SongListModel& songs, QWidget* parent)
-    : QTableView(parent), songs_(songs), layout_(new ColumnLayout(songs, *this)) {
+    : QTableView(parent), songs_(songs) {
   setObjectName(QStringLiteral("ListView"));
   setAccessibleName(tr("Songs"));
   setAccessibleDescription(tr("Enter plays the song, Shift+F10 opens its menu"));
@@ -63,8 +63,11 @@ SongListView::SongListView(SongListModel& songs, QWidget* parent)
   header.setStretchLastSection(false);
   header.setMinimumSectionSize(kMinColumn);
   header.setContextMenuPolicy(Qt::CustomContextMenu);
+  layout_ = new ColumnLayout(songs, *this);
   connect(layout_, &ColumnLayout::Changed, this, &SongListView::ColumnsChanged);
-  connect(new RankClicks(songs, *this), &RankClicks::RankWanted, this, &SongListView::RankWanted);
+  const auto* const ranks = new RankClicks(songs, *this);
+  connect(ranks, &RankClicks::RankWanted, this, &SongListView::RankWanted);
+  connect(ranks, &RankClicks::RankStepsWanted, this, &SongListView::RankStepsWanted);
   setDragEnabled(true);
   setAcceptDrops(true);
   setDropIndicatorShown(false);

@@ -70,6 +70,8 @@ class SongListView : public QTableView {
   void ColumnsChanged(const std::vector<tallow::ChosenColumn>& columns);
   /// The user wants all selected songs to have a rank, see RankClicks.
   void RankWanted(int rank);
+  /// The user wants each selected song to have a higher or a lower rank, see RankClicks.
+  void RankStepsWanted(int steps);
   /// The user has started to drag the selected rows. The receiver runs the drag before it returns.
   void DragStarted();
   /// The user drags something over the list, or drops something on it. The receiver accepts or
