@@ -113,9 +113,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// after a click in the empty area of the tree, as for the pop-up menu there.
   Folder* FolderForCommands() const noexcept;
 
-  /// Shows columns in the list, see SongListModel::ShowColumns.
+  /// Shows columns in the list, see SongListView::ShowColumns.
   void ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns& texts,
-                   bool aligned);
+                   bool details);
   /// Shows with an arrow that the list is sorted by a column, or shows no arrow.
   void ShowSort(std::optional<ListColumn> column, bool descending);
   /// The left lower corner of the column headers, in screen coordinates.
