@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/library_details.h"
 
+#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <string_view>
 #include <utility>
 
 #include "app/records_by_path.h"
+#include "details/all_rows.h"
 #include "details/cover_reader.h"
 #include "details/details_store.h"
 #include "details/tag_children.h"
@@ -16,6 +18,13 @@
 #include "util/number.h"
 
 namespace tallow {
+namespace {
+
+/// Reading the details of one song by its path takes as long as reading about this number of songs
+/// in their order.
+constexpr std::size_t kRowsInTimeOfOne = 16;
+
+}  // namespace
 
 /// The database. Worker threads that were abandoned keep it alive.
 struct LibraryDetails::Stored {
@@ -34,6 +43,22 @@ struct LibraryDetails::Stored {
   std::once_flag was_opened;
   std::atomic<bool> is_open = false;
   DetailsStore store;
+};
+
+/// What BeginLoading has started.
+struct LibraryDetails::Loading {
+  Loading(const std::string& database, std::vector<std::string> paths, const clsMain& library,
+          const std::vector<std::int32_t>& missing)
+      : rows(database, std::move(paths)),
+        records(library, missing),
+        last(library.UBoundOfMp3Array()),
+        names_version(library.NamesVersion()) {}
+
+  AllRows rows;
+  RecordsByPath records;  ///< made while the rows are being read
+  std::int32_t last;      ///< record number of the last song
+  std::uint64_t names_version;
+  bool has_found = false;  ///< details were stored since the last look
 };
 
 LibraryDetails::LibraryDetails(std::string path, std::function<RemainingTime::Time()> now)
@@ -73,18 +98,58 @@ DetailsRow LibraryDetails::RowOf(std::int32_t record) {
   return row;
 }
 
-const DetailsTable& LibraryDetails::LoadAll() {
-  if (library_ == nullptr || loaded_ >= library_->UBoundOfMp3Array()) return table_;
+void LibraryDetails::BeginLoading() {
+  DropOutdatedLoading();
+  if (library_ == nullptr || loading_ != nullptr) return;
+  const std::int32_t rows = library_->UBoundOfMp3Array();
   std::vector<std::int32_t> missing;
-  for (std::int32_t record = loaded_ + 1; record <= library_->UBoundOfMp3Array(); ++record)
+  for (std::int32_t record = loaded_ + 1; record <= rows; ++record)
     if (!table_.Knows(record) && !library_->Song(record).IsMissing()) missing.push_back(record);
-  loaded_ = library_->UBoundOfMp3Array();
-  if (missing.empty()) return table_;
-  const RecordsByPath records(*library_, missing);
-  stored_->Store().ReadAll([&](std::string_view path, const DetailsRow& row) {
-    records.ForEach(path, [&](std::int32_t record) { table_.Set(record, row); });
+  if (missing.empty()) {
+    loaded_ = std::max(loaded_, rows);
+    return;
+  }
+  table_.Reserve(rows);
+  // A few songs are read one by one, because reading all rows would take longer.
+  std::vector<std::string> paths;
+  if (missing.size() < static_cast<std::size_t>(rows) / kRowsInTimeOfOne)
+    for (const std::int32_t record : missing) paths.push_back(library_->Song(record).Path());
+  loading_ = std::make_unique<Loading>(stored_->path, std::move(paths), *library_, missing);
+}
+
+void LibraryDetails::StoreLoaded(std::string_view path, const DetailsRow& row) {
+  loading_->records.ForEach(path, [&](std::int32_t record) {
+    // What was read from the file meanwhile is newer.
+    if (table_.Knows(record)) return;
+    table_.Set(record, row);
+    loading_->has_found = true;
   });
-  if (std::exchange(returned_unknown_, false)) ++version_;
+}
+
+void LibraryDetails::TakeLoaded(std::chrono::steady_clock::time_point until) {
+  DropOutdatedLoading();
+  if (loading_ == nullptr) return;
+  const auto store = [this](std::string_view path, const DetailsRow& row) {
+    StoreLoaded(path, row);
+  };
+  const AllRows::State state = loading_->rows.Take(store, until);
+  // There is no database yet, or it cannot be read. The store creates it.
+  if (state == AllRows::State::kFailed) stored_->Store().ReadAll(store);
+  if (std::exchange(loading_->has_found, false) && std::exchange(returned_unknown_, false))
+    ++version_;
+  if (state == AllRows::State::kReading) return;
+  loaded_ = loading_->last;
+  loading_.reset();
+}
+
+void LibraryDetails::DropOutdatedLoading() {
+  if (loading_ != nullptr && library_->NamesVersion() != loading_->names_version) loading_.reset();
+}
+
+const DetailsTable& LibraryDetails::LoadAll(std::chrono::milliseconds max_wait) {
+  const auto until = std::chrono::steady_clock::now() + max_wait;
+  BeginLoading();
+  TakeLoaded(until);
   return table_;
 }
 
@@ -107,6 +172,12 @@ RemainingTime::Time LibraryDetails::Now() const {
 }
 
 void LibraryDetails::Start(const clsMain& library, DetailsFiller::MakeReader make_reader) {
+  if (library_ != &library) {
+    table_.Clear();
+    loading_.reset();
+    loaded_ = 0;
+    ++version_;
+  }
   library_ = &library;
   if (!make_reader && children_) make_reader = ReadersInChildren(*children_);
   // The first worker thread opens the database, because that may wait for the disk.
@@ -120,9 +191,6 @@ void LibraryDetails::Start(const clsMain& library, DetailsFiller::MakeReader mak
   // The store is a part of the object that the filler keeps alive.
   filler_.emplace(std::shared_ptr<DetailsStore>(stored_, &stored_->store), open);
   facts_.clear();
-  table_.Clear();
-  loaded_ = 0;
-  ++version_;
   BeginPass();
 }
 
@@ -150,6 +218,7 @@ void LibraryDetails::BeginPass() {
 }
 
 void LibraryDetails::Poll() {
+  TakeLoaded({});
   if (!filler_) return;
   // Not during a pass, nor in the call that ends it, because that would wait for its threads.
   if (!IsReading() && (needs_pass_ || library_->UBoundOfMp3Array() > rows_)) BeginPass();
@@ -171,6 +240,7 @@ void LibraryDetails::Add(std::int32_t record, const SongDetails& details) {
 }
 
 bool LibraryDetails::Stop() {
+  loading_.reset();
   const bool all_ended = !filler_ || filler_->Stop();
   filler_.reset();
   remaining_.reset();

@@ -8,6 +8,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -57,9 +58,19 @@ class LibraryDetails {
   /// call of a function that is not const.
   DetailsRow RowOf(std::int32_t record);
 
-  /// Reads the stored details of all songs that are present or away at once, and opens the database
-  /// for that. Later calls only read those of songs that the library has got since.
-  const DetailsTable& LoadAll();
+  /// Starts to read the stored details of all songs that are present or away, on another thread;
+  /// Poll and LoadAll take them. Later calls only read those of songs that the library has got
+  /// since. Call it when LoadAll will probably be called soon.
+  void BeginLoading();
+
+  /// Calls BeginLoading, and waits for the details.
+  ///
+  /// \param max_wait the details that come later are taken by the next Poll or LoadAll
+  const DetailsTable& LoadAll(std::chrono::milliseconds max_wait = kMaxLoading);
+  static constexpr std::chrono::milliseconds kMaxLoading = std::chrono::hours(1);
+
+  /// Whether details of BeginLoading are still to be taken.
+  bool IsLoading() const noexcept { return loading_ != nullptr; }
 
   /// The details that are in memory.
   const DetailsTable& Table() const noexcept { return table_; }
@@ -77,7 +88,7 @@ class LibraryDetails {
   void Use(const clsMain& library) noexcept { library_ = &library; }
 
   /// Starts to read the details of all present songs, and of songs that are added later. Songs that
-  /// are away are left out.
+  /// are away are left out. What is known of the songs of this library stays known.
   ///
   /// \param library     has to outlive this object
   /// \param make_reader see DetailsFiller; empty: as ReadInChildren says
@@ -86,7 +97,8 @@ class LibraryDetails {
   /// Call after a scan: songs that have come back are read too, and Songs() is counted again.
   void Refresh() noexcept { needs_pass_ = true; }
 
-  /// Takes the details that were read since the last call, at most DetailsFiller::kMaxWaiting.
+  /// Takes the details that were read since the last call: those of BeginLoading, and at most
+  /// DetailsFiller::kMaxWaiting others.
   void Poll();
 
   /// Stops within 100 ms; the next run of the program goes on. Only Start continues in this run.
@@ -114,6 +126,7 @@ class LibraryDetails {
 
  private:
   struct Stored;
+  struct Loading;
   /// What is known of a song, bits.
   enum Fact : unsigned char { kRead = 1, kOnlyNewer = 2, kFailed = 4 };
 
@@ -123,6 +136,11 @@ class LibraryDetails {
   /// Stores the details that were read.
   void Keep(std::int32_t record, const DetailsRow& row);
   std::vector<std::int32_t> Having(Fact fact) const;
+  /// Takes what is being loaded. \param until see AllRows::Take
+  void TakeLoaded(std::chrono::steady_clock::time_point until);
+  void StoreLoaded(std::string_view path, const DetailsRow& row);
+  /// Stops loading if songs have got other numbers or files since it began.
+  void DropOutdatedLoading();
 
   std::shared_ptr<Stored> stored_;
   std::optional<ChildSettings> children_;
@@ -135,8 +153,9 @@ class LibraryDetails {
   std::vector<std::int32_t> pass_;    ///< the record numbers that this pass reads
   std::vector<unsigned char> facts_;  ///< by record number
   DetailsTable table_;
-  std::int32_t loaded_ = 0;        ///< LoadAll has read the songs up to this record number
-  bool returned_unknown_ = false;  ///< RowOf has returned a row that is not known
+  std::unique_ptr<Loading> loading_;  ///< null while nothing is being loaded
+  std::int32_t loaded_ = 0;           ///< the songs up to this record number were loaded
+  bool returned_unknown_ = false;     ///< RowOf has returned a row that is not known
   std::uint64_t version_ = 0;
   std::int32_t rows_ = 0;  ///< of the library when this pass began
   std::int32_t songs_ = 0;

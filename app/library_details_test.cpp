@@ -327,10 +327,77 @@ TEST_F(LibraryDetailsFill, LoadAllReadsWhatIsStored) {
   EXPECT_EQ(again.Table().Title(2), "Older");
   EXPECT_FALSE(again.Table().Knows(3));
   EXPECT_FALSE(again.RowOf(3).known);
+  // What is known stays known.
   again.Start(library);
-  EXPECT_FALSE(again.Table().Knows(1));
+  EXPECT_TRUE(again.Table().Knows(1));
   Finish(again);
   EXPECT_EQ(again.RowOf(3).title, "Older");
+}
+
+TEST_F(LibraryDetailsFill, LoadAllReadsOneNewSongByItsPath) {
+  for (int k = 0; k < 40; ++k) Song(std::to_string(k) + ".mp3", Newer());
+  Texts paths;
+  for (int k = 0; k < 40; ++k) paths.push_back(music / (std::to_string(k) + ".mp3"));
+  Song("last.mp3", Older());
+  StoreDetailsOf(paths);
+  LibraryDetails details(database_);
+  details.Use(library);
+  EXPECT_EQ(details.LoadAll().Title(40), "Newer");
+  EXPECT_FALSE(details.Table().Knows(41));
+  // Nothing is read again for a song that is not stored.
+  StoreDetailsOf({music / "last.mp3"});
+  EXPECT_FALSE(details.LoadAll().Knows(41));
+  Song("new.mp3", Older());
+  StoreDetailsOf({music / "new.mp3"});
+  const std::uint32_t version = details.Table().Version();
+  EXPECT_EQ(details.LoadAll().Title(42), "Older");
+  EXPECT_EQ(details.Table().Version(), version + 1);
+}
+
+TEST_F(LibraryDetailsFill, PollTakesWhatIsBeingLoaded) {
+  Song("a.mp3", Newer());
+  StoreDetailsOf({music / "a.mp3"});
+  LibraryDetails details(database_);
+  details.Use(library);
+  EXPECT_FALSE(details.RowOf(1).known);
+  details.BeginLoading();
+  EXPECT_TRUE(WaitUntil([&] {
+    details.Poll();
+    return !details.IsLoading();
+  }));
+  EXPECT_EQ(details.Table().Title(1), "Newer");
+  EXPECT_EQ(details.Version(), 1U);
+}
+
+TEST_F(LibraryDetailsFill, LoadingBeginsAnewWhenSongsChange) {
+  Song("a.mp3", Newer());
+  Song("b.mp3", Older());
+  StoreDetailsOf({music / "a.mp3", music / "b.mp3"});
+  LibraryDetails details(database_);
+  details.Use(library);
+  details.BeginLoading();
+  library.Mp3Info(kFileName, 1, "b.mp3");
+  EXPECT_EQ(details.LoadAll().Title(1), "Older");
+}
+
+TEST_F(LibraryDetailsFill, WhatWasReadMeanwhileIsNotReplacedByWhatIsStored) {
+  Song("a.mp3", Newer());
+  Song("b.mp3", Older());
+  StoreDetailsOf({music / "a.mp3", music / "b.mp3"});
+  music.File("a.mp3", Audio(300) + Tag({.title = "Now"}));
+  LibraryDetails details(database_);
+  details.Start(library);
+  Finish(details);
+  EXPECT_EQ(details.LoadAll().Title(1), "Now");
+}
+
+TEST_F(LibraryDetailsFill, LoadAllMakesADatabaseThatCannotBeRead) {
+  Song("a.mp3", Newer());
+  WriteFileAtomically(database_, std::string(5000, 'x'));
+  details_.Use(library);
+  EXPECT_FALSE(details_.LoadAll().Knows(1));
+  EXPECT_TRUE(FileExists(database_ + ".bak"));
+  EXPECT_EQ(details_.TakeProblems().size(), 1U);
 }
 
 TEST_F(LibraryDetailsFill, TheVersionGrowsWhenARowBecomesKnown) {

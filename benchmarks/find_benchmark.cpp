@@ -8,9 +8,10 @@
 // Prints lines of a name and seconds, each the best of several runs:
 //   floor      one pass over as many bytes of memory as the index has
 //   first      the first key, for which the details are read and the index is made
-//   search     the slowest key of several typed texts; the text follows
+//   search     the slowest key of several typed texts; the text follows, and a checksum of all hits
 //   sort_...   sorting all songs by a column
-// and "memory" with what the first key has added to the process, in MB.
+// and, in MB, "memory" with what the first key has added to the process, "index" with the memory of
+// the index, and "details" with that of the table of details.
 #include <algorithm>
 #include <chrono>
 #include <cstdint>
@@ -139,6 +140,7 @@ void Run(const std::string& folder, std::int32_t count) {
   double first = 0;
   double memory = 0;
   std::size_t bytes = 0;
+  std::size_t table_bytes = 0;
   for (int k = 0; k < kRuns; ++k) {
     LibraryDetails details(database);
     details.Use(tallow.library);
@@ -148,25 +150,36 @@ void Run(const std::string& folder, std::int32_t count) {
     constexpr double kKibibytesAMegabyte = 1e6 / 1024;
     if (k == 0) memory = static_cast<double>(ProcessMemory() - before) / kKibibytesAMegabyte;
     if (k == 0 || seconds < first) first = seconds;
-    bytes = finder.Bytes();
+    bytes = finder.Index().Bytes();
+    table_bytes = details.Table().Bytes();
   }
   std::printf("floor %.6f\n", Floor(bytes));
   std::printf("first %.6f\n", first);
   std::printf("memory %.1f\n", memory);
+  constexpr double kMegabyte = 1e6;
+  std::printf("index %.1f\n", static_cast<double>(bytes) / kMegabyte);
+  std::printf("details %.1f\n", static_cast<double>(table_bytes) / kMegabyte);
 
   SongFinder finder(tallow.library, tallow.details);
   finder.Find("b");
   double slowest = 0;
   std::string slowest_text;
-  for (const std::string_view text : {"beatles", "queen live", "the night", "e t a", "día", "для"})
+  std::uint32_t checksum = 0;
+  constexpr std::string_view kTyped[] = {"beatles", "queen live", "the night",
+                                         "e t a",   "día",        "для"};
+  for (const std::string_view text : kTyped)
     for (std::size_t length = 1; length <= text.size(); ++length) {
       const std::string typed(text.substr(0, length));
-      const double seconds = BestOf([&] { finder.Find(typed); });
+      std::vector<std::int32_t> hits;
+      const double seconds = BestOf([&] { hits = finder.Find(typed); });
+      constexpr std::uint32_t kFactor = 31;
+      for (const std::int32_t hit : hits)
+        checksum = checksum * kFactor + static_cast<std::uint32_t>(hit);
       if (seconds <= slowest) continue;
       slowest = seconds;
       slowest_text = typed;
     }
-  std::printf("search %.6f %s\n", slowest, slowest_text.c_str());
+  std::printf("search %.6f \"%s\" %08x\n", slowest, slowest_text.c_str(), checksum);
 
   PlayCounts counts(application);
   const SongColumns columns(tallow.library, tallow.details, counts);

@@ -76,21 +76,23 @@ std::int64_t Statement::Number(int column) const noexcept {
 }
 
 std::string_view Statement::View(int column) const {
-  const auto* const text = sqlite3_column_text(statement_.get(), column);
-  if (text == nullptr) return {};
+  // The bytes of a text as they are stored; asking for a text would copy them to append a 0.
+  const void* const bytes = sqlite3_column_blob(statement_.get(), column);
+  if (bytes == nullptr) return {};
   const int length = sqlite3_column_bytes(statement_.get(), column);
-  return {reinterpret_cast<const char*>(text), static_cast<std::size_t>(length)};
+  return {static_cast<const char*>(bytes), static_cast<std::size_t>(length)};
 }
 
 void Database::Close::operator()(sqlite3* database) const noexcept { sqlite3_close_v2(database); }
 
-Database::Database(const std::string& path) {
+Database::Database(const std::string& path, Access access) {
+  const int create = access == Access::kCreate ? SQLITE_OPEN_CREATE : 0;
   sqlite3* database = nullptr;
-  const int code =
-      sqlite3_open_v2(path.c_str(), &database,
-                      SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_NOMUTEX, nullptr);
+  const int code = sqlite3_open_v2(path.c_str(), &database,
+                                   SQLITE_OPEN_READWRITE | create | SQLITE_OPEN_NOMUTEX, nullptr);
   database_.reset(database);
   if (code != SQLITE_OK) Throw(database, code);
+  sqlite3_busy_timeout(database, static_cast<int>(std::chrono::milliseconds(kMaxLockWait).count()));
 }
 
 void Database::Execute(const char* sql) {

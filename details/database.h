@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <stdexcept>
@@ -58,12 +59,20 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement_;
 };
 
-/// An SQLite database file. Used by one thread at a time.
+/// An SQLite database file. Used by one thread at a time. A statement waits up to kMaxLockWait for
+/// other connections to the same file.
 class Database {
  public:
-  /// Opens or creates a database; one that cannot be written is opened for reading.
+  static constexpr std::chrono::seconds kMaxLockWait{10};
+
+  enum class Access {
+    kCreate,    ///< opens the file, or creates it
+    kExisting,  ///< opens a file that exists
+  };
+
+  /// Opens a database; one that cannot be written is opened for reading.
   /// \throws DatabaseError
-  explicit Database(const std::string& path);
+  explicit Database(const std::string& path, Access access = Access::kCreate);
 
   /// Runs statements that return no rows.
   /// \throws DatabaseError

@@ -6,54 +6,19 @@
 #include <utility>
 
 #include "details/database.h"
-#include "details/tag_date.h"
+#include "details/details_schema.h"
 #include "util/atomic_file.h"
 #include "util/errors.h"
 
 namespace tallow {
 namespace {
 
-// The version of the schema is SQLite's user_version; a new file has 0.
-//
-// One row for each file. Its columns are the members of SongDetails, in the order of kColumns. The
-// path is a blob, because on Linux it may be any bytes. Times of change are in the unit of
-// FileStamp; lengths in milliseconds.
-//
-// The table "gone" has the rows whose files were not there at the last fill, and the day since
-// when, counted from 1970.
-constexpr std::int64_t kSchemaVersion = 2;
-constexpr const char* kCreate =
-    "BEGIN;"
-    "DROP TABLE IF EXISTS song;"
-    "DROP TABLE IF EXISTS gone;"
-    "CREATE TABLE gone (path BLOB PRIMARY KEY, since INTEGER NOT NULL) WITHOUT ROWID;"
-    "CREATE TABLE song (path BLOB PRIMARY KEY, size INTEGER NOT NULL, modified INTEGER NOT NULL,"
-    " failed INTEGER NOT NULL, found INTEGER NOT NULL, title TEXT NOT NULL, artist TEXT NOT NULL,"
-    " album_artist TEXT NOT NULL, album TEXT NOT NULL, date TEXT NOT NULL, genre TEXT NOT NULL,"
-    " disc INTEGER NOT NULL, track INTEGER NOT NULL, comment TEXT NOT NULL,"
-    " length_ms INTEGER NOT NULL, bit_rate INTEGER NOT NULL, sample_rate INTEGER NOT NULL,"
-    " format TEXT NOT NULL, id3v1 INTEGER NOT NULL) WITHOUT ROWID;"
-    "PRAGMA user_version = 2;"
-    "COMMIT;";
-
 /// Memory of the page cache is limited to 2 MB. Functions in a manipulated schema do not run.
 constexpr const char* kSettings =
     "PRAGMA cache_size = -2048; PRAGMA synchronous = FULL; PRAGMA trusted_schema = OFF;";
 
-constexpr const char* kFind =
-    "SELECT failed, found, title, artist, album_artist, album, date, genre, disc, track, comment,"
-    " length_ms, bit_rate, sample_rate, format, id3v1 FROM song"
-    " WHERE path = ?1 AND size = ?2 AND modified = ?3";
-constexpr const char* kFindLast =
-    "SELECT failed, found, title, artist, album_artist, album, date, genre, disc, track, comment,"
-    " length_ms, bit_rate, sample_rate, format, id3v1, size, modified FROM song WHERE path = ?1";
-constexpr int kSizeColumn = 16;  ///< of kFindLast
-constexpr const char* kReadAll =
-    "SELECT path, title, artist, album_artist, album, genre, format, disc, track, date, length_ms,"
-    " bit_rate, modified FROM song ORDER BY path";
-constexpr const char* kPut =
-    "INSERT OR REPLACE INTO song VALUES (?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13,"
-    " ?14, ?15, ?16, ?17, ?18, ?19)";
+/// As a number of rows: all rows.
+constexpr std::int64_t kAllRows = -1;
 
 // A part of the rows, so that the store is not locked for long.
 constexpr const char* kListGone =
@@ -62,81 +27,6 @@ constexpr const char* kListGone =
 constexpr const char* kMarkGone = "INSERT INTO gone VALUES (?1, ?2)";
 constexpr const char* kUnmarkGone = "DELETE FROM gone WHERE path = ?1";
 constexpr const char* kDrop = "DELETE FROM song WHERE path = ?1";
-
-std::int64_t VersionOf(const Database& database) {
-  Statement statement(database.get(), "PRAGMA user_version");
-  return statement.Step() ? statement.Number(0) : 0;
-}
-
-bool HasSongs(const Database& database) {
-  return Statement(database.get(), "SELECT 1 FROM song LIMIT 1").Step();
-}
-
-std::int32_t Number(const Statement& row, int column) {
-  return static_cast<std::int32_t>(row.Number(column));
-}
-
-SongDetails DetailsOf(const Statement& row, const FileStamp& stamp) {
-  SongDetails details;
-  int column = 0;
-  details.failed = row.Number(column++) != 0;
-  SongTags& tags = details.tags;
-  tags.found = row.Number(column++) != 0;
-  for (std::string* const text :
-       {&tags.title, &tags.artist, &tags.album_artist, &tags.album, &tags.date, &tags.genre})
-    *text = row.Text(column++);
-  tags.disc = Number(row, column++);
-  tags.track = Number(row, column++);
-  details.comment = row.Text(column++);
-  details.length_ms = Number(row, column++);
-  details.bit_rate = Number(row, column++);
-  details.sample_rate = Number(row, column++);
-  details.format = row.Text(column++);
-  details.has_id3v1 = row.Number(column++) != 0;
-  details.stamp = stamp;
-  return details;
-}
-
-/// The columns of kReadAll after the path.
-DetailsRow RowOf(const Statement& row) {
-  int column = 1;
-  DetailsRow details{.known = true};
-  for (std::string_view* const text : {&details.title, &details.artist, &details.album_artist,
-                                       &details.album, &details.genre, &details.format})
-    *text = row.View(column++);
-  details.disc = Number(row, column++);
-  details.track = Number(row, column++);
-  details.year = YearOfDate(row.View(column++));
-  details.length_ms = Number(row, column++);
-  details.bit_rate = Number(row, column++);
-  details.modified = DayOf({.size = 0, .modified = row.Number(column)});
-  return details;
-}
-
-/// Binds the key, the first three parameters of both statements.
-void BindKey(Statement& statement, const std::string& path, const FileStamp& stamp) {
-  statement.BindBytes(0, path);
-  statement.Bind(1, static_cast<std::int64_t>(stamp.size));
-  statement.Bind(2, stamp.modified);
-}
-
-void BindDetails(Statement& statement, const SongDetails& details) {
-  int parameter = 3;
-  const SongTags& tags = details.tags;
-  statement.Bind(parameter++, details.failed ? 1 : 0);
-  statement.Bind(parameter++, tags.found ? 1 : 0);
-  for (const std::string* const text :
-       {&tags.title, &tags.artist, &tags.album_artist, &tags.album, &tags.date, &tags.genre})
-    statement.BindText(parameter++, *text);
-  statement.Bind(parameter++, tags.disc);
-  statement.Bind(parameter++, tags.track);
-  statement.BindText(parameter++, details.comment);
-  statement.Bind(parameter++, details.length_ms);
-  statement.Bind(parameter++, details.bit_rate);
-  statement.Bind(parameter++, details.sample_rate);
-  statement.BindText(parameter++, details.format);
-  statement.Bind(parameter++, details.has_id3v1 ? 1 : 0);
-}
 
 /// A row, and the day since when its file is gone; no value when it was there.
 struct MarkedRow {
@@ -170,10 +60,10 @@ void Run(const Database& database, const char* sql, const std::string& path) {
 struct DetailsStore::Opened {
   explicit Opened(const std::string& path) : database(path) {
     database.Execute(kSettings);
-    if (VersionOf(database) != kSchemaVersion && !database.IsReadOnly()) database.Execute(kCreate);
-    find.emplace(database.get(), kFind);
-    find_last.emplace(database.get(), kFindLast);
-    put.emplace(database.get(), kPut);
+    UpdateSchema(database);
+    find.emplace(database.get(), kFindDetails);
+    find_last.emplace(database.get(), kFindLastDetails);
+    put.emplace(database.get(), kPutDetails);
   }
 
   Database database;
@@ -273,9 +163,7 @@ std::optional<SongDetails> DetailsStore::LastOfLocked(const std::string& path) {
     Statement& find = *opened_->find_last;
     find.BindBytes(0, path);
     if (!find.Step()) return std::nullopt;
-    const FileStamp stamp{.size = static_cast<std::uint64_t>(find.Number(kSizeColumn)),
-                          .modified = find.Number(kSizeColumn + 1)};
-    SongDetails details = DetailsOf(find, stamp);
+    SongDetails details = LastDetailsOf(find);
     find.Reset();
     return details;
   } catch (const DatabaseError& error) {
@@ -301,7 +189,9 @@ void DetailsStore::ReadAll(const FoundRow& found) {
   const std::lock_guard lock(mutex_);
   if (opened_ == nullptr) return;
   try {
-    Statement rows(opened_->database.get(), kReadAll);
+    Statement rows(opened_->database.get(), kReadRows);
+    rows.BindBytes(0, {});
+    rows.Bind(1, kAllRows);
     while (rows.Step()) found(rows.View(0), RowOf(rows));
   } catch (const DatabaseError& error) {
     HandleLocked(error);

@@ -41,25 +41,40 @@ DetailsRow RowOf(const SongDetails& details) {
           .modified = DayOf(details.stamp)};
 }
 
-DetailsTable::DetailsTable() : pool_(std::make_unique<TextPool>()) {}
+std::size_t DetailsTable::HashOfSet::operator()(const Common& set) const noexcept {
+  constexpr std::size_t kFactor = 0x9E3779B1;
+  std::size_t hash = set.year;
+  for (const TextHandle handle : {set.texts.artist, set.texts.album_artist, set.texts.album,
+                                  set.texts.genre, set.texts.format})
+    hash = (hash ^ handle) * kFactor;
+  return hash;
+}
+
+DetailsTable::DetailsTable()
+    : pool_(std::make_unique<TextPool>()),
+      sets_(1),
+      indexes_(0, HashOfSet{&sets_}, EqualSets{&sets_}) {
+  indexes_.insert(0);
+}
 
 bool DetailsTable::Set(std::int32_t record, const DetailsRow& row) {
   if (!row.known) return false;
   const auto index = static_cast<std::size_t>(record);
   if (index >= rows_.size()) rows_.resize(index + 1);
   Stored& stored = rows_[index];
-  last_ = {.artist = Share(row.artist, last_.artist),
-           .album_artist = Share(row.album_artist, last_.album_artist),
-           .album = Share(row.album, last_.album),
-           .genre = Share(row.genre, last_.genre),
-           .format = Share(row.format, last_.format)};
-  Stored now{.shared = last_,
+  const SharedTexts last = Texts(last_);
+  last_ = IndexOf({.texts = {.artist = Share(row.artist, last.artist),
+                             .album_artist = Share(row.album_artist, last.album_artist),
+                             .album = Share(row.album, last.album),
+                             .genre = Share(row.genre, last.genre),
+                             .format = Share(row.format, last.format)},
+                   .year = Small(row.year)});
+  Stored now{.set = last_,
              .title = stored.title,
              .length_ms = row.length_ms,
-             .bit_rate = row.bit_rate,
              .changed_at = stored.changed_at,
+             .bit_rate = Small(row.bit_rate),
              .modified = Small(row.modified),
-             .year = Small(row.year),
              .disc = Small(row.disc),
              .track = Small(row.track)};
   const std::string_view title = pool_->Text(stored.title);
@@ -77,6 +92,15 @@ bool DetailsTable::Set(std::int32_t record, const DetailsRow& row) {
 
 TextHandle DetailsTable::Share(std::string_view text, TextHandle last) {
   return text == pool_->Text(last) ? last : pool_->Share(text);
+}
+
+std::uint32_t DetailsTable::IndexOf(const Common& set) {
+  if (set == sets_[last_]) return last_;
+  if (const auto found = indexes_.find(set); found != indexes_.end()) return *found;
+  sets_.push_back(set);
+  const auto index = static_cast<std::uint32_t>(sets_.size() - 1);
+  indexes_.insert(index);
+  return index;
 }
 
 const DetailsTable::Stored* DetailsTable::Find(std::int32_t record) const noexcept {
@@ -109,15 +133,15 @@ DetailsRow DetailsTable::Numbers(std::int32_t record) const noexcept {
   return {.known = true,
           .disc = stored->disc,
           .track = stored->track,
-          .year = stored->year,
+          .year = sets_[stored->set].year,
           .length_ms = stored->length_ms,
           .bit_rate = stored->bit_rate,
           .modified = stored->modified};
 }
 
-DetailsTable::SharedTexts DetailsTable::Shared(std::int32_t record) const noexcept {
+std::uint32_t DetailsTable::SharedSet(std::int32_t record) const noexcept {
   const Stored* const stored = Find(record);
-  return stored != nullptr ? stored->shared : SharedTexts{};
+  return stored != nullptr ? stored->set : 0;
 }
 
 std::uint32_t DetailsTable::ChangedAt(std::int32_t record) const noexcept {
@@ -126,22 +150,34 @@ std::uint32_t DetailsTable::ChangedAt(std::int32_t record) const noexcept {
 }
 
 std::size_t DetailsTable::Bytes() const noexcept {
-  return pool_->size() + rows_.capacity() * sizeof(Stored);
+  constexpr std::size_t kNode = 32;  // of the hash table, and its place in a bucket
+  return pool_->size() + rows_.capacity() * sizeof(Stored) + sets_.capacity() * sizeof(Common) +
+         indexes_.size() * kNode;
 }
 
 void DetailsTable::PackIfWasteful() {
   if (wasted_ < kMinWaste || wasted_ < pool_->size() / 2) return;
-  auto pool = std::make_unique<TextPool>();
+  const std::unique_ptr<TextPool> old_pool = std::exchange(pool_, std::make_unique<TextPool>());
+  const std::vector<Common> old_sets = std::exchange(sets_, std::vector<Common>(1));
+  ForgetSets();
   for (Stored& stored : rows_) {
-    const auto move = [&](TextHandle& handle) { handle = pool->Share(pool_->Text(handle)); };
-    for (TextHandle SharedTexts::*const text :
-         {&SharedTexts::artist, &SharedTexts::album_artist, &SharedTexts::album,
-          &SharedTexts::genre, &SharedTexts::format})
-      move(stored.shared.*text);
-    stored.title = pool->Add(pool_->Text(stored.title));
+    const auto share = [&](TextHandle handle) { return pool_->Share(old_pool->Text(handle)); };
+    const Common& old = old_sets[stored.set];
+    stored.set = IndexOf({.texts = {.artist = share(old.texts.artist),
+                                    .album_artist = share(old.texts.album_artist),
+                                    .album = share(old.texts.album),
+                                    .genre = share(old.texts.genre),
+                                    .format = share(old.texts.format)},
+                          .year = old.year});
+    stored.title = pool_->Add(old_pool->Text(stored.title));
   }
-  pool_ = std::move(pool);
-  last_ = {};
+}
+
+void DetailsTable::ForgetSets() {
+  sets_.resize(1);
+  indexes_.clear();
+  indexes_.insert(0);
+  last_ = 0;
   wasted_ = 0;
   ++packings_;
 }
@@ -149,10 +185,8 @@ void DetailsTable::PackIfWasteful() {
 void DetailsTable::Clear() {
   pool_ = std::make_unique<TextPool>();
   rows_.clear();
-  last_ = {};
-  wasted_ = 0;
+  ForgetSets();
   ++version_;
-  ++packings_;
 }
 
 }  // namespace tallow

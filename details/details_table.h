@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <memory>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 #include "library/text_pool.h"
@@ -37,11 +38,14 @@ struct DetailsRow {
 /// \returns a row whose texts are valid as long as the details
 DetailsRow RowOf(const SongDetails& details);
 
-/// The details of songs in memory, by record number. A song takes about 45 bytes and its title;
-/// artists, albums, genres and formats are stored once for all songs that have them.
+/// The details of songs in memory, by record number. A song takes 24 bytes and its title. Artists,
+/// albums, genres and formats are stored once for all songs that have them, and what the songs of an
+/// album have in common is stored once for these songs (SharedSet).
 class DetailsTable {
  public:
   DetailsTable();
+  DetailsTable(const DetailsTable&) = delete;
+  DetailsTable& operator=(const DetailsTable&) = delete;
 
   /// Stores the details of a song, in place of earlier ones. Does nothing when the row is not
   /// known.
@@ -49,6 +53,9 @@ class DetailsTable {
   /// \param record from 1
   /// \returns whether the row has changed
   bool Set(std::int32_t record, const DetailsRow& row);
+
+  /// Makes room for record numbers up to this one.
+  void Reserve(std::int32_t record) { rows_.reserve(static_cast<std::size_t>(record) + 1); }
 
   /// The details of a song; not known when none were stored. Any record number is allowed.
   DetailsRow Row(std::int32_t record) const noexcept;
@@ -69,7 +76,14 @@ class DetailsTable {
 
     friend bool operator==(const SharedTexts&, const SharedTexts&) = default;
   };
-  SharedTexts Shared(std::int32_t record) const noexcept;
+  SharedTexts Shared(std::int32_t record) const noexcept { return Texts(SharedSet(record)); }
+  /// The number of the set of texts that a song shares with others; equal sets may have different
+  /// numbers if their songs differ in year. 0, the empty set, for a song that is not known.
+  std::uint32_t SharedSet(std::int32_t record) const noexcept;
+  /// The texts of a set.
+  SharedTexts Texts(std::uint32_t set) const noexcept { return sets_[set].texts; }
+  /// One more than the largest number of a set.
+  std::uint32_t Sets() const noexcept { return static_cast<std::uint32_t>(sets_.size()); }
   /// The text of a handle.
   std::string_view Text(TextHandle handle) const noexcept { return pool_->Text(handle); }
 
@@ -77,7 +91,7 @@ class DetailsTable {
   std::uint32_t ChangedAt(std::int32_t record) const noexcept;
   /// The number of changes so far.
   std::uint32_t Version() const noexcept { return version_; }
-  /// Grows when the handles of all texts change.
+  /// Grows when the handles of all texts and the numbers of all sets change.
   std::uint32_t Packings() const noexcept { return packings_; }
 
   /// One more than the largest record number that was stored.
@@ -88,29 +102,55 @@ class DetailsTable {
   void Clear();
 
  private:
+  /// What the songs of an album have in common.
+  struct Common {
+    SharedTexts texts;
+    std::uint16_t year = 0;
+
+    friend bool operator==(const Common&, const Common&) = default;
+  };
   struct Stored {
-    SharedTexts shared;
+    std::uint32_t set = 0;  ///< index in sets_
     TextHandle title = 0;
     std::int32_t length_ms = 0;
-    std::int32_t bit_rate = 0;
     std::uint32_t changed_at = 0;  ///< 0: the song is not known
-    std::uint16_t modified = 0;    ///< day
-    std::uint16_t year = 0;
+    std::uint16_t bit_rate = 0;
+    std::uint16_t modified = 0;  ///< day
     std::uint16_t disc = 0;
     std::uint16_t track = 0;
 
     friend bool operator==(const Stored&, const Stored&) = default;
   };
+  // Functions of a hash table of indexes in sets_, which finds sets by their content.
+  struct HashOfSet {
+    using is_transparent = void;
+    const std::vector<Common>* sets;
+    std::size_t operator()(std::uint32_t set) const noexcept { return (*this)((*sets)[set]); }
+    std::size_t operator()(const Common& set) const noexcept;
+  };
+  struct EqualSets {
+    using is_transparent = void;
+    const std::vector<Common>* sets;
+    bool operator()(std::uint32_t a, std::uint32_t b) const noexcept { return a == b; }
+    bool operator()(const Common& a, std::uint32_t b) const noexcept { return a == (*sets)[b]; }
+    bool operator()(std::uint32_t a, const Common& b) const noexcept { return (*sets)[a] == b; }
+  };
 
   /// The handle of a text that is often that of the last song.
   TextHandle Share(std::string_view text, TextHandle last);
+  /// The index of a set, which is often that of the last song.
+  std::uint32_t IndexOf(const Common& set);
   const Stored* Find(std::int32_t record) const noexcept;
-  /// Drops the titles that were replaced, once they are more than half of the texts.
+  /// Drops titles and sets that were replaced, once the titles are more than half of the texts.
   void PackIfWasteful();
+  /// Begins anew with the empty set.
+  void ForgetSets();
 
   std::unique_ptr<TextPool> pool_;
   std::vector<Stored> rows_;
-  SharedTexts last_;        ///< of the last Set
+  std::vector<Common> sets_;  ///< the first is empty
+  std::unordered_set<std::uint32_t, HashOfSet, EqualSets> indexes_;
+  std::uint32_t last_ = 0;  ///< set of the last song that was stored
   std::size_t wasted_ = 0;  ///< bytes of titles that were replaced
   std::uint32_t version_ = 0;
   std::uint32_t packings_ = 0;

@@ -63,6 +63,21 @@ TEST(DetailsTable, SongsShareTheirTexts) {
   EXPECT_EQ(table.Shared(3).artist, 0U);
 }
 
+TEST(DetailsTable, SongsOfAnAlbumHaveOneSet) {
+  DetailsTable table;
+  table.Set(1, {.known = true, .title = "a", .artist = "Artist", .album = "Album", .year = 1999});
+  table.Set(2, {.known = true, .artist = "Other", .album = "Album", .year = 1999});
+  table.Set(3, {.known = true, .title = "b", .artist = "Artist", .album = "Album", .year = 1999});
+  table.Set(4, {.known = true, .artist = "Artist", .album = "Album", .year = 2000});
+  EXPECT_EQ(table.SharedSet(1), table.SharedSet(3));
+  EXPECT_NE(table.SharedSet(1), table.SharedSet(2));
+  EXPECT_NE(table.SharedSet(1), table.SharedSet(4));
+  EXPECT_EQ(table.Sets(), 4U);
+  EXPECT_EQ(table.Text(table.Texts(table.SharedSet(2)).artist), "Other");
+  EXPECT_EQ(table.Row(4).year, 2000);
+  EXPECT_EQ(table.SharedSet(5), 0U);
+}
+
 TEST(DetailsTable, OnlyAChangeCounts) {
   DetailsTable table;
   EXPECT_TRUE(table.Set(1, RowWithTitle("One")));
@@ -87,6 +102,8 @@ TEST(DetailsTable, ReplacedTitlesDoNotFillTheMemory) {
   EXPECT_EQ(table.Row(1).title, "Kept");
   EXPECT_EQ(table.Row(1).artist, "Artist");
   EXPECT_EQ(table.Row(2).title, text + "19999");
+  EXPECT_EQ(table.SharedSet(2), 0U);
+  EXPECT_EQ(table.Sets(), 2U);
 }
 
 TEST(DetailsTable, IsEmptyAfterClear) {

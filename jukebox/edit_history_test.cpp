@@ -247,8 +247,11 @@ TEST_F(History, StepsAreNamedByWhatTheyDo) {
   EXPECT_EQ(name(), "Move Folder");
   edits.DropFolder(edits, one, nullptr, true);
   EXPECT_EQ(name(), "Copy Folder");
-  edits.SortNodes(nullptr);
+  EXPECT_TRUE(edits.SortNodes(nullptr));
   EXPECT_EQ(name(), "Sort Folders");
+  EXPECT_FALSE(edits.SortNodes(nullptr));
+  edits.CutSongs(two, {0, 1}, "Delete");
+  EXPECT_EQ(name(), "Delete 2 Songs");
   edits.DeleteFolder(one);
   EXPECT_EQ(name(), "Delete Folder");
   edits.CutFolder(two);

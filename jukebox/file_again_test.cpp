@@ -37,6 +37,18 @@ TEST_F(FileAgainTest, SongsMoveToTheFoldersOfTheirPresentTags) {
   EXPECT_EQ(In("New"), "1 2");
 }
 
+TEST_F(FileAgainTest, TheStepsAreNamed) {
+  library.UseSwitches(kModernStyle);
+  const std::int32_t song = Song({.artist = "Quen", .album = "Jazz"});
+  Fill();
+  TagsOf(song) = {.found = true, .artist = "Queen", .album = "Jazz"};
+  EXPECT_TRUE(AllAgain());
+  EXPECT_EQ(jukebox.History().NameToUndo(), "File Songs Again");
+  TagsOf(song) = {.found = true, .artist = "Queen", .album = "News"};
+  EXPECT_TRUE(Again({song}, {}, FileAgainScope::kAlbum));
+  EXPECT_EQ(jukebox.History().NameToUndo(), "Add Album Folder");
+}
+
 TEST_F(FileAgainTest, ASwitchOfTheStyleIsOneStepThatCanBeUndone) {
   Song({.artist = "Queen", .date = "2024"}, {.artist = "Queen", .year = "2024"});
   Song({.artist = "Queens of the Stone Age"}, {.artist = "Queens of the Stone Age"});

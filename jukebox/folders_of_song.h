@@ -29,8 +29,8 @@ std::vector<FolderOfSong> FoldersOfSong(const Jukebox& jukebox, std::int32_t rec
 FolderOfSong FolderToShowSongIn(const Jukebox& jukebox, std::int32_t record,
                                 const clsMain& library);
 
-/// Returns the songs that are shown of a folder and of all folders below it, each once, in the order
-/// of the tree.
+/// Returns the songs that are shown of a folder and of all folders below it, each once, in the
+/// order of the tree.
 /// \returns record numbers
 std::vector<std::int32_t> SongsBelow(const Folder& folder, const clsMain& library);
 

@@ -109,10 +109,10 @@ void JukeboxEdits::RemoveSongs(Folder& folder, const std::vector<int>& rows,
   jukebox_.History().End();
 }
 
-void JukeboxEdits::CutSongs(Folder& folder, const std::vector<int>& rows) {
+void JukeboxEdits::CutSongs(Folder& folder, const std::vector<int>& rows, std::string_view verb) {
   if (ValidRows(folder, rows).empty()) return;
   CopySongs(folder, rows);
-  RemoveSongs(folder, rows, "Cut");
+  RemoveSongs(folder, rows, verb);
 }
 
 void JukeboxEdits::CopySongs(const Folder& folder, const std::vector<int>& rows) {
@@ -159,8 +159,9 @@ JukeboxEdits::Result JukeboxEdits::AddSongs(Folder& to, const std::vector<SongEn
 
 JukeboxEdits::Result JukeboxEdits::AddSongs(Folder& to, const std::vector<SongEntry>& songs,
                                             std::string_view verb) {
+  if (songs.empty()) return Result::kNothing;
   std::vector<SongEntry> added = WithoutDuplicates(to, songs);
-  if (added.empty()) return Result::kNothing;
+  if (added.empty()) return Result::kAlreadyThere;
   jukebox_.History().Begin(&to, NameOfSongStep(verb, added.size()));
   jukebox_.History().AddSongs(to, std::move(added));
   jukebox_.History().End();
@@ -256,13 +257,15 @@ JukeboxEdits::Result JukeboxEdits::DropFolder(JukeboxEdits& source, Folder& fold
   return Result::kDone;
 }
 
-void JukeboxEdits::SortNodes(Folder* above) {
+bool JukeboxEdits::SortNodes(Folder* above) {
+  bool changed = false;
   jukebox_.History().Begin(above != nullptr ? above : jukebox_.selectednode(), "Sort Folders");
-  jukebox_.Nodes().ReorderMany([&] { SortBelow(above); });
+  jukebox_.Nodes().ReorderMany([&] { changed = SortBelow(above); });
   jukebox_.History().End();
+  return changed;
 }
 
-void JukeboxEdits::SortBelow(Folder* above) {
+bool JukeboxEdits::SortBelow(Folder* above) {
   const FolderTree& tree = jukebox_.Nodes();
   const auto child = [&](std::int32_t index) -> Folder& {
     return above != nullptr ? above->ChildAt(index) : tree.ChildAt(index);
@@ -272,9 +275,11 @@ void JukeboxEdits::SortBelow(Folder* above) {
   std::stable_sort(order.begin(), order.end(), [&](std::int32_t a, std::int32_t b) {
     return NaturalLess(child(a).Text(), child(b).Text());
   });
-  if (!std::is_sorted(order.begin(), order.end()))
-    jukebox_.History().ReorderFolders(above, std::move(order));
-  for (std::int32_t k = 0; k < ChildrenOf(tree, above); ++k) SortBelow(&child(k));
+  bool changed = !std::is_sorted(order.begin(), order.end());
+  if (changed) jukebox_.History().ReorderFolders(above, std::move(order));
+  for (std::int32_t k = 0; k < ChildrenOf(tree, above); ++k)
+    changed = SortBelow(&child(k)) || changed;
+  return changed;
 }
 
 }  // namespace tallow

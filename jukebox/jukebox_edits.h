@@ -43,7 +43,8 @@ class JukeboxEdits {
   bool Rename(Folder& folder, std::string_view text);
 
   /// Moves the songs from the folder to the clipboard.
-  void CutSongs(Folder& folder, const std::vector<int>& rows);
+  /// \param verb of the step's name, see NameOfSongStep
+  void CutSongs(Folder& folder, const std::vector<int>& rows, std::string_view verb = "Cut");
   void CopySongs(const Folder& folder, const std::vector<int>& rows);
   /// Moves the folder, with everything below it, from the tree to the clipboard.
   void CutFolder(Folder& folder);
@@ -52,9 +53,10 @@ class JukeboxEdits {
   /// Result of a paste or a drop.
   enum class Result {
     kDone,
-    kNothing,      ///< there was nothing to paste or drop
-    kTooDeep,      ///< folders would lie deeper than kMaxLevel
-    kNeedsFolder,  ///< songs cannot be pasted at top level
+    kNothing,       ///< there was nothing to paste or drop
+    kAlreadyThere,  ///< the folder holds all the songs
+    kTooDeep,       ///< folders would lie deeper than kMaxLevel
+    kNeedsFolder,   ///< songs cannot be pasted at top level
   };
 
   /// Appends the content of the clipboard to a folder: the songs that the folder does not hold yet,
@@ -97,7 +99,8 @@ class JukeboxEdits {
 
   /// Sorts the subfolders of a folder on all levels, see NaturalLess. Equal texts keep their order.
   /// \param above null for the whole tree
-  void SortNodes(Folder* above);
+  /// \returns whether the order has changed
+  bool SortNodes(Folder* above);
 
  private:
   static std::vector<SongEntry> EntriesAt(const Folder& folder, const std::vector<int>& rows);
@@ -109,7 +112,7 @@ class JukeboxEdits {
   void MoveBehind(const Folder& folder, const Folder& other);
   Result AddCopy(const Folder& folder, Folder* parent, std::string_view name);
   void LinkSteps(const JukeboxEdits& source);
-  void SortBelow(Folder* above);
+  bool SortBelow(Folder* above);
 
   Jukebox& jukebox_;
   JukeboxClipboard& clipboard_;

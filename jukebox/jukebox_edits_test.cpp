@@ -99,7 +99,7 @@ TEST_F(Edits, ASongIsNotAddedTwice) {
   edits.CopySongs(from, {0, 1, 2, 3});
   edits.Paste(&to);
   EXPECT_EQ(SongsOf(to), (Songs{3, 3, 7, 1, 2}));
-  EXPECT_EQ(edits.Paste(&to), Result::kNothing);
+  EXPECT_EQ(edits.Paste(&to), Result::kAlreadyThere);
   EXPECT_EQ(jukebox.History().Steps(), 1U);
 }
 

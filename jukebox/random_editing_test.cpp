@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <memory>
 #include <random>
+#include <span>
 #include <unordered_map>
 
 #include "app/play_commands.h"
@@ -304,6 +305,39 @@ class RandomEditing : public LibraryTest {
     jukebox.ColumnClick(library);
   }
 
+  /// Sorts the songs of a folder by a column in which some songs are equal and some have no text.
+  void SortByColumn(Folder& folder) {
+    const bool descending = Random(2) == 0;
+    const std::int32_t groups = 2 + Random(4);
+    const auto key_of = [groups](std::int32_t song) {
+      return ColumnKey{.key = static_cast<std::uint64_t>(song % groups),
+                       .album = static_cast<std::uint32_t>(song % 3),
+                       .disc = song % 2};
+    };
+    jukebox.ShowFolder(folder, library, changes);
+    auto sorted = NodeOf(&folder).songs;
+    std::stable_sort(sorted.begin(), sorted.end(), [&](const auto& a, const auto& b) {
+      const ColumnKey one = key_of(a.second);
+      const ColumnKey other = key_of(b.second);
+      if (one.key != other.key) {
+        if (one.key == 0 || other.key == 0) return other.key == 0;
+        return descending ? one.key > other.key : one.key < other.key;
+      }
+      if (one.album != other.album)
+        return other.album == 0 || (one.album != 0 && one.album < other.album);
+      return one.disc < other.disc;
+    });
+    TakeOrder(folder, sorted);
+    jukebox.SortByColumn(
+        library,
+        [&](std::span<const std::int32_t> songs) {
+          std::vector<ColumnKey> keys;
+          for (const std::int32_t song : songs) keys.push_back(key_of(song));
+          return keys;
+        },
+        descending);
+  }
+
   /// Moves songs inside their folder, as by a drag.
   void MoveInside(Folder& folder) {
     const auto rows = SomeRows(folder);
@@ -370,7 +404,7 @@ class RandomEditing : public LibraryTest {
   void Act() {
     Folder* const folder = AnyFolder();
     Folder* const other = AnyFolder();
-    const int command = Random(23);
+    const int command = Random(24);
     if (folder == nullptr || command == 0) return AddFolder(nullptr);
     Node& node = NodeOf(folder);
     switch (command) {
@@ -445,7 +479,8 @@ class RandomEditing : public LibraryTest {
           reference.Step();
           SortLiterally(NodeOf(above));
         }
-        return edits.SortNodes(above);
+        edits.SortNodes(above);
+        return;
       }
       case 13:
         return SortSongs(*folder);
@@ -466,6 +501,8 @@ class RandomEditing : public LibraryTest {
         return MoveByOne(*folder);
       case 21:
         return Rank(*folder);
+      case 22:
+        return SortByColumn(*folder);
       default:
         if (!jukebox.History().CanRedo()) return;
         reference.Redo();

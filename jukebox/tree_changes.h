@@ -13,8 +13,9 @@
 
 namespace tallow {
 
-// The kinds of change that a command can make to a tree of folders, or to the ranks of songs. Each holds what differs between
-// the current state of the tree and the other one, and toggling exchanges the two states.
+// The kinds of change that a command can make to a tree of folders, or to the ranks of songs. Each
+// holds what differs between the current state of the tree and the other one, and toggling
+// exchanges the two states.
 
 /// A folder that the change adds or removes.
 struct FolderPresence {

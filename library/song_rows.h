@@ -66,6 +66,8 @@ class SongRows {
   const SongFacts& Facts(std::int32_t row) const { return table_.Facts(row); }
   /// Changes with every change of a song, and of what is set aside.
   std::uint64_t Version() const noexcept { return table_.version(); }
+  /// Like Version, but does not change with a rank.
+  std::uint64_t NamesVersion() const noexcept { return table_.names_version(); }
 
  protected:
   ~SongRows() = default;

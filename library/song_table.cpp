@@ -55,6 +55,7 @@ void SongTable::SetCell(std::int16_t column, std::int32_t row, std::string_view 
   TextHandle& cell = cells[index];
   if (pool_->Text(cell) == text) return;
   ++version_;
+  if (column == kSongRank) ++rank_changes_;
   // Consecutive rows usually have the same folder, flag and rank, so try the previous row's handle
   // first.
   if (index > 0 && pool_->Text(cells[index - 1]) == text)

@@ -107,6 +107,8 @@ class SongTable : public TextTable {
 
   /// A version number that changes with every change of a cell, the row count or the order.
   std::uint64_t version() const noexcept { return version_; }
+  /// Like version(), but does not change with a rank.
+  std::uint64_t names_version() const noexcept { return version_ - rank_changes_; }
 
  private:
   void Check(std::int16_t column, std::int32_t row) const;
@@ -124,6 +126,7 @@ class SongTable : public TextTable {
   std::vector<char> set_aside_;  ///< one element per row; empty while no row is set aside
   std::int32_t rows_ = 0;
   std::uint64_t version_ = 0;
+  std::uint64_t rank_changes_ = 0;  ///< how many of the changes were changes of a rank
 };
 
 /// Blanks the row of a missing song: flag, folder and name become "0". Its record number, rank and

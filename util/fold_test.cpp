@@ -18,13 +18,39 @@ TEST(Fold, DropsCaseAndAccents) {
   EXPECT_EQ(Folded("ΣΊΣΥΦΟΣ"), Folded("σίσυφος"));
   EXPECT_EQ(Folded("Straße"), "strasse");
   EXPECT_EQ(Folded("ＡＢＣ１２３"), "abc123");
-  EXPECT_EQ(Folded("ｶﾞ"), "カ");
+  EXPECT_EQ(Folded("ｶﾞ"), Folded("ガ"));
+}
+
+TEST(Fold, DropsVowelPointsOfHebrewAndArabic) {
+  EXPECT_EQ(Folded("שָׁלוֹם"), "שלום");
+  EXPECT_EQ(Folded("مُحَمَّد"), "محمد");
+  EXPECT_EQ(Folded("أم كلثوم"), "ام كلثوم");
+}
+
+TEST(Fold, KeepsMarksThatMakeOtherWords) {
+  // Hindi: heart, group. Thai: eat, people. Tamil: and. Japanese: mosquito, moth.
+  EXPECT_NE(Folded("दिल"), Folded("दल"));
+  EXPECT_EQ(Folded("दिल"), "दिल");
+  EXPECT_NE(Folded("กิน"), Folded("กน"));
+  EXPECT_EQ(Folded("กิน"), "กิน");
+  EXPECT_NE(Folded("கி"), Folded("க"));
+  EXPECT_EQ(Folded("கி"), "கி");
+  EXPECT_NE(Folded("が"), Folded("か"));
+  EXPECT_EQ(Folded("が"), Folded("か\u3099"));
+}
+
+TEST(Fold, NoWordStartsAfterAMark) {
+  // The letter after the vowel sign of the first one.
+  const std::string text = Folded("दिल");
+  EXPECT_FALSE(IsWordStart(text, std::string("दि").size()));
 }
 
 TEST(Fold, ReplacesLettersAndSignsThatKeyboardsLack) {
   EXPECT_EQ(Folded("Røyksopp"), "royksopp");
   EXPECT_EQ(Folded("Ǿ Æther Œuvre Łódź"), "o aether oeuvre lodz");
   EXPECT_EQ(Folded("Don’t – “Stop”"), "don't - \"stop\"");
+  for (const char* const text : {"Don´t", "Don`t", "Don＇t", "Don｀t"})
+    EXPECT_EQ(Folded(text), "don't") << text;
 }
 
 TEST(Fold, MakesBlanksOfSeparatorsAndControlCharacters) {

@@ -157,6 +157,50 @@ TEST_F(SongColumnsTest, EqualSongsAreInTheOrderOfTheirAlbums) {
   EXPECT_EQ(Sorted(ListColumn::kArtist, true), (Records{4, 3, 2, 5, 1}));
 }
 
+TEST_F(SongColumnsTest, EveryColumnHasItsKey) {
+  const auto day = [](int number) { return std::chrono::sys_days(std::chrono::days(number)); };
+  // Each column puts the second song first.
+  AddSong("/music/b/", "b 10.mp3", "1", "7");
+  AddSong("/music/a/", "b 9.mp3", "1", "3");
+  const auto store = [&](std::int32_t record, const SongDetails& details) {
+    DetailsStore file;
+    file.Open(SystemFolder(application.path()) + std::string(kDetailsFileName));
+    file.Put(library.Song(record).Path(), details);
+  };
+  store(1, {.tags = {.found = true, .album = "Zoo", .genre = "Rock", .disc = 1, .track = 10},
+            .bit_rate = 320,
+            .format = "MP3"});
+  store(2, {.tags = {.found = true, .album = "abc", .genre = "jazz", .disc = 1, .track = 9},
+            .bit_rate = 96,
+            .format = "FLAC"});
+  tallow.details.LoadAll();
+  counts_.Add(library.Song(1).Path(), day(20'000));
+  counts_.Add(library.Song(1).Path(), day(20'002));
+  counts_.Add(library.Song(2).Path(), day(20'001));
+  for (const ListColumn column :
+       {ListColumn::kName, ListColumn::kAlbum, ListColumn::kDiscTrack, ListColumn::kGenre,
+        ListColumn::kRank, ListColumn::kPlays, ListColumn::kLastPlayed, ListColumn::kFormat,
+        ListColumn::kBitRate, ListColumn::kFolder}) {
+    EXPECT_EQ(Sorted(column), (Records{2, 1})) << IdOf(column);
+    EXPECT_EQ(Sorted(column, true), (Records{1, 2})) << IdOf(column);
+  }
+  // The record number is the key.
+  EXPECT_EQ(Sorted(ListColumn::kKey), (Records{1, 2}));
+  EXPECT_EQ(Sorted(ListColumn::kKey, true), (Records{2, 1}));
+}
+
+TEST_F(SongColumnsTest, SortsByTheDayOnWhichASongWasAdded) {
+  const std::string file = music.File("a.mp3");
+  AddSongWith("a.mp3", {.tags = {.found = true}, .stamp = StampOf(file).value()});
+  AddSong(music.path(), "b.mp3");
+  library.AddSong(music.path(), "c.mp3", 1);
+  tallow.details.LoadAll();
+  ASSERT_GT(library.Facts(3).added, 1);
+  // Of the second song nothing is known.
+  const bool is_older = DayOf(StampOf(file).value()) <= library.Facts(3).added;
+  EXPECT_EQ(Sorted(ListColumn::kAdded), is_older ? (Records{1, 3, 2}) : (Records{3, 1, 2}));
+}
+
 TEST_F(SongColumnsTest, AmongEqualSongsThoseWithoutAnAlbumAreLast) {
   for (const char* const album : {"", "Some", "A"})
     AddSongWith(std::string("song ") + album + ".mp3",

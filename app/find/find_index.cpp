@@ -3,47 +3,35 @@
 
 #include <algorithm>
 #include <functional>
-#include <limits>
-#include <span>
-#include <thread>
+#include <utility>
 
 #include "app/columns/given_rank.h"
+#include "app/find/own_text.h"
 #include "app/library_details.h"
 #include "library/cls_main.h"
 #include "util/fold.h"
+#include "util/free_memory.h"
 #include "util/text_order.h"
-#include "util/threads.h"
+#include "util/work_at_once.h"
 
 namespace tallow {
 namespace {
 
-/// Between the file name and the title in a song's own text; in no folded text.
-constexpr char kBetween = '\n';
-constexpr std::size_t kMaxOwnText = std::numeric_limits<std::uint16_t>::max();
 /// Replaced own texts of fewer bytes are not removed.
 constexpr std::size_t kMinWaste = std::size_t{1} << 20U;
-
-/// A checksum of the songs that can be found: of their numbers and file names.
-std::uint64_t ChecksumOfSongs(const clsMain& library) {
-  constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15;
-  std::uint64_t sum = 0;
-  for (std::int32_t record = 1; record <= library.UBoundOfMp3Array(); ++record) {
-    const SongView song = library.Song(record);
-    if (!song.IsPresent()) continue;
-    const std::uint64_t hash = std::hash<std::string_view>()(song.Name());
-    // Mixed, so that two songs that exchange their names change the sum.
-    std::uint64_t mixed = (hash ^ static_cast<std::uint64_t>(record)) * kFactor;
-    mixed ^= mixed >> 32U;
-    sum += mixed * kFactor;
-  }
-  return sum;
-}
+/// A thread of its own makes the texts of at least this number of songs.
+constexpr std::size_t kSongsOfThread = 5'000;
+/// Fewer new songs than this part of all are put in their places; otherwise all are sorted.
+constexpr std::size_t kManyNew = 8;
 
 /// The songs that can be found, in the order of their file names.
 std::vector<std::int32_t> SongsByName(const clsMain& library) {
   std::vector<std::int32_t> records;
   std::string keys;
   std::vector<std::size_t> ends;
+  const auto rows = static_cast<std::size_t>(library.UBoundOfMp3Array());
+  records.reserve(rows);
+  ends.reserve(rows);
   std::string folded;
   for (std::int32_t record = 1; record <= library.UBoundOfMp3Array(); ++record) {
     const SongView song = library.Song(record);
@@ -71,146 +59,187 @@ std::uint8_t RankOf(const SongView& song) {
   return static_cast<std::uint8_t>(GivenRank(song.Rank()));
 }
 
-/// Makes own texts; keeps the memory of one between songs.
-class OwnTextMaker {
- public:
-  /// The own text of a song, valid until the next call.
-  std::string_view Make(std::string_view name, std::string_view title) {
-    text_.clear();
-    AppendFolded(text_, name);
-    title_.clear();
-    AppendFolded(title_, title);
-    // What is found in the title is found in a name that contains it, too.
-    if (!title_.empty() && MatchOf(title_, text_) != WordMatch::kAtWordStart)
-      (text_ += kBetween) += title_;
-    return std::string_view(text_).substr(0, kMaxOwnText);
-  }
-
- private:
-  std::string text_;
-  std::string title_;
-};
-
-/// Appends the own text of an entry.
-void AppendOwnText(std::string& texts, FindIndex::Entry& entry, std::string_view text) {
-  entry.begin = static_cast<std::uint32_t>(texts.size());
-  entry.length = static_cast<std::uint16_t>(text.size());
-  entry.pairs = BytePairsOf(text);
-  texts += text;
-}
-
-/// Makes the own texts of entries one after another.
-void AppendOwnTexts(std::string& texts, std::span<FindIndex::Entry> entries, const clsMain& library,
-                    const DetailsTable& table) {
-  OwnTextMaker maker;
-  for (FindIndex::Entry& entry : entries)
-    AppendOwnText(texts, entry,
-                  maker.Make(library.Song(entry.record).Name(), table.Title(entry.record)));
-}
-
 }  // namespace
 
-void FindIndex::Update(const clsMain& library, LibraryDetails& details) {
-  if (!is_built_) return Build(library, details);
-  if (library_version_ != library.Version()) {
-    if (ChecksumOfSongs(library) != songs_) return Build(library, details);
-    FollowRanks(library);
-    library_version_ = library.Version();
-  }
-  const DetailsTable& table = details.Table();
-  if (packings_ != table.Packings()) return Build(library, details);
-  if (details_version_ == table.Version()) return;
+void FindIndex::Update(const clsMain& library, LibraryDetails& details,
+                       std::chrono::milliseconds max_wait) {
+  if (!is_built_) return Build(library, details, max_wait);
+  const DetailsTable& table = details.LoadAll(max_wait);
+  if (names_version_ != library.NamesVersion()) FollowNames(library, table);
+  if (library_version_ != library.Version()) FollowRanks(library);
   FollowDetails(library, table);
-  details_version_ = table.Version();
-  if (wasted_ > kMinWaste && wasted_ > own_texts_.size() / 2) Build(library, details);
+  FollowSets(table);
+  PackIfWasteful();
 }
 
-void FindIndex::Build(const clsMain& library, LibraryDetails& details) {
-  // The names are sorted while the details are read from the database.
-  std::vector<std::int32_t> sorted;
-  std::thread sorting = StartThreadOrRun([&] { sorted = SongsByName(library); });
-  const DetailsTable& table = details.LoadAll();
-  Join(sorting);
-  entries_.assign(sorted.size(), {});
-  entries_.shrink_to_fit();
-  for (std::size_t k = 0; k < sorted.size(); ++k) entries_[k].record = sorted[k];
-  FillEntries(library, table);
+void FindIndex::Build(const clsMain& library, LibraryDetails& details,
+                      std::chrono::milliseconds max_wait) {
+  const std::function<void()> works[] = {[&] { by_name_ = SongsByName(library); },
+                                         [&] { details.LoadAll(max_wait); }};
+  details.BeginLoading();
+  WorkAtOnce(works);
+  ++sorts_;
+  const DetailsTable& table = details.Table();
+  FillTexts(library, table);
+  names_version_ = library.NamesVersion();
+  FollowRanks(library);
+  details_version_ = table.Version();
+  packings_ = table.Packings();
+  FollowSets(table);
   is_built_ = true;
+  ReturnFreeMemory();
+}
+
+void FindIndex::FillTexts(const clsMain& library, const DetailsTable& table) {
+  const auto rows = static_cast<std::size_t>(library.UBoundOfMp3Array());
+  entries_ = std::vector<Entry>(rows);
+  pairs_ = std::vector<std::uint64_t>(rows);
+  const std::vector<std::size_t> ends = PartsForCores(rows, kSongsOfThread);
+  std::vector<std::string> texts(ends.size() - 1);
+  std::vector<std::function<void()>> works;
+  for (std::size_t part = 0; part < texts.size(); ++part)
+    works.emplace_back([&, part] {
+      OwnTextMaker maker;
+      for (std::size_t k = ends[part]; k < ends[part + 1]; ++k) {
+        const auto record = static_cast<std::int32_t>(k + 1);
+        const SongView song = library.Song(record);
+        if (!song.IsPresent()) continue;
+        const std::string_view text = maker.Make(song.Name(), table.Title(record));
+        pairs_[k] = BytePairsOf(text);
+        entries_[k] = {.begin = static_cast<std::uint32_t>(texts[part].size()),
+                       .length = static_cast<std::uint16_t>(text.size()),
+                       .is_there = true,
+                       .set = table.SharedSet(record)};
+        texts[part] += text;
+      }
+    });
+  WorkAtOnce(works);
+  std::size_t size = 0;
+  for (const std::string& text : texts) size += text.size();
+  own_texts_ = {};
+  own_texts_.reserve(size);
+  wasted_ = 0;
+  for (std::size_t part = 0; part < texts.size(); ++part) {
+    const auto shift = static_cast<std::uint32_t>(own_texts_.size());
+    for (std::size_t k = ends[part]; k < ends[part + 1]; ++k) entries_[k].begin += shift;
+    own_texts_ += std::exchange(texts[part], {});
+  }
+}
+
+void FindIndex::FollowNames(const clsMain& library, const DetailsTable& table) {
+  const auto rows = static_cast<std::size_t>(library.UBoundOfMp3Array());
+  std::vector<bool> moves(std::max(rows, entries_.size()));
+  std::fill(moves.begin() + static_cast<std::ptrdiff_t>(rows), moves.end(), true);
+  entries_.resize(rows);
+  pairs_.resize(rows);
+  std::vector<std::int32_t> added;
+  std::string name;
+  for (std::int32_t record = 1; record <= library.UBoundOfMp3Array(); ++record) {
+    const SongView song = library.Song(record);
+    Entry& entry = At(record);
+    if (!song.IsPresent()) {
+      if (!entry.is_there) continue;
+      wasted_ += entry.length;
+      entry = {};
+      moves[static_cast<std::size_t>(record - 1)] = true;
+      continue;
+    }
+    name.clear();
+    AppendFolded(name, song.Name());
+    if (entry.is_there && NameOf(entry) == name) continue;
+    moves[static_cast<std::size_t>(record - 1)] = true;
+    entry.is_there = true;
+    SetTexts(record, library, table);
+    added.push_back(record);
+  }
+  std::erase_if(by_name_,
+                [&](std::int32_t record) { return moves[static_cast<std::size_t>(record - 1)]; });
+  InsertByName(library, std::move(added));
+  names_version_ = library.NamesVersion();
+}
+
+void FindIndex::InsertByName(const clsMain& library, std::vector<std::int32_t> records) {
+  if (records.empty()) return;
+  if (records.size() > by_name_.size() / kManyNew) {
+    by_name_ = SongsByName(library);
+    ++sorts_;
+    return;
+  }
+  std::vector<std::pair<std::string, std::int32_t>> added;
+  added.reserve(records.size());
+  for (const std::int32_t record : records) added.emplace_back(KeyOfName(record), record);
+  std::ranges::sort(added);
+  std::vector<std::int32_t> merged;
+  merged.reserve(by_name_.size() + added.size());
+  auto rest = by_name_.cbegin();
+  for (const auto& song : added) {
+    const auto place = std::partition_point(rest, by_name_.cend(), [&](std::int32_t record) {
+      return std::pair(KeyOfName(record), record) < song;
+    });
+    merged.insert(merged.end(), rest, place);
+    merged.push_back(song.second);
+    rest = place;
+  }
+  merged.insert(merged.end(), rest, by_name_.cend());
+  by_name_ = std::move(merged);
+}
+
+std::string FindIndex::KeyOfName(std::int32_t record) const {
+  std::string key;
+  AppendNaturalBytes(key, NameOf(At(record)));
+  return key;
+}
+
+std::string_view FindIndex::NameOf(const Entry& entry) const noexcept {
+  const std::string_view text = OwnText(entry);
+  return text.substr(0, text.find(kBetweenTexts));
+}
+
+void FindIndex::FollowRanks(const clsMain& library) {
+  for (std::size_t k = 0; k < entries_.size(); ++k)
+    if (entries_[k].is_there)
+      entries_[k].rank = RankOf(library.Song(static_cast<std::int32_t>(k + 1)));
   library_version_ = library.Version();
-  songs_ = ChecksumOfSongs(library);
+}
+
+void FindIndex::FollowDetails(const clsMain& library, const DetailsTable& table) {
+  const bool are_all = packings_ != table.Packings();
+  if (!are_all && details_version_ == table.Version()) return;
+  if (are_all) {
+    sets_.clear();
+    shared_indexes_.clear();
+    shared_texts_.clear();
+    shared_ends_.clear();
+    shared_pairs_.clear();
+  }
+  for (std::size_t k = 0; k < entries_.size(); ++k) {
+    const auto record = static_cast<std::int32_t>(k + 1);
+    if (entries_[k].is_there && (are_all || table.ChangedAt(record) > details_version_))
+      SetTexts(record, library, table);
+  }
   details_version_ = table.Version();
   packings_ = table.Packings();
 }
 
-void FindIndex::FillEntries(const clsMain& library, const DetailsTable& table) {
-  const std::span<Entry> all(entries_);
-  const std::span<Entry> second = all.subspan(all.size() / 2);
-  std::string texts_of_second;
-  std::thread other =
-      StartThreadOrRun([&] { AppendOwnTexts(texts_of_second, second, library, table); });
-  own_texts_ = {};
-  wasted_ = 0;
-  AppendOwnTexts(own_texts_, all.first(all.size() / 2), library, table);
-  Join(other);
-  const auto shift = static_cast<std::uint32_t>(own_texts_.size());
-  for (Entry& entry : second) entry.begin += shift;
-  own_texts_.reserve(own_texts_.size() + texts_of_second.size());
-  own_texts_ += texts_of_second;
-  own_texts_.shrink_to_fit();
-
-  shared_indexes_.clear();
-  shared_texts_.clear();
-  shared_ends_.clear();
-  shared_pairs_.clear();
-  FillShared(table);
-  FollowRanks(library);
-}
-
-void FindIndex::FillShared(const DetailsTable& table) {
-  std::int32_t last = 0;
-  for (const Entry& entry : entries_) last = std::max(last, entry.record);
-  std::vector<Entry*> by_record(static_cast<std::size_t>(last) + 1);
-  for (Entry& entry : entries_) by_record[static_cast<std::size_t>(entry.record)] = &entry;
-  DetailsTable::SharedTexts before;
-  const Entry* entry_before = nullptr;
-  for (Entry* const entry : by_record) {
-    if (entry == nullptr) continue;
-    const DetailsTable::SharedTexts shared = table.Shared(entry->record);
-    if (entry_before != nullptr && shared == before) {
-      entry->artist = entry_before->artist;
-      entry->album = entry_before->album;
-      entry->genre = entry_before->genre;
-    } else {
-      SetShared(*entry, table);
-    }
-    before = shared;
-    entry_before = entry;
-  }
-}
-
-void FindIndex::FollowRanks(const clsMain& library) {
-  for (Entry& entry : entries_) entry.rank = RankOf(library.Song(entry.record));
-}
-
-void FindIndex::FollowDetails(const clsMain& library, const DetailsTable& table) {
+void FindIndex::SetTexts(std::int32_t record, const clsMain& library, const DetailsTable& table) {
+  Entry& entry = At(record);
+  entry.set = table.SharedSet(record);
   OwnTextMaker maker;
-  for (Entry& entry : entries_) {
-    if (table.ChangedAt(entry.record) <= details_version_) continue;
-    const std::string_view text =
-        maker.Make(library.Song(entry.record).Name(), table.Title(entry.record));
-    if (text != OwnText(entry)) {
-      wasted_ += entry.length;
-      AppendOwnText(own_texts_, entry, text);
-    }
-    SetShared(entry, table);
-  }
+  const std::string_view text = maker.Make(library.Song(record).Name(), table.Title(record));
+  if (text == OwnText(entry)) return;
+  wasted_ += entry.length;
+  entry.begin = static_cast<std::uint32_t>(own_texts_.size());
+  entry.length = static_cast<std::uint16_t>(text.size());
+  pairs_[static_cast<std::size_t>(record - 1)] = BytePairsOf(text);
+  own_texts_ += text;
 }
 
-void FindIndex::SetShared(Entry& entry, const DetailsTable& table) {
-  const DetailsTable::SharedTexts shared = table.Shared(entry.record);
-  entry.artist = SharedIndex(shared.artist, table);
-  entry.album = SharedIndex(shared.album, table);
-  entry.genre = SharedIndex(shared.genre, table);
+void FindIndex::FollowSets(const DetailsTable& table) {
+  for (auto set = static_cast<std::uint32_t>(sets_.size()); set < table.Sets(); ++set) {
+    const DetailsTable::SharedTexts texts = table.Texts(set);
+    sets_.push_back({SharedIndex(texts.artist, table), SharedIndex(texts.album, table),
+                     SharedIndex(texts.genre, table)});
+  }
 }
 
 std::uint32_t FindIndex::SharedIndex(TextHandle handle, const DetailsTable& table) {
@@ -225,22 +254,41 @@ std::uint32_t FindIndex::SharedIndex(TextHandle handle, const DetailsTable& tabl
   return found->second;
 }
 
-std::vector<WordMatch> FindIndex::SharedMatches(std::string_view word) const {
+void FindIndex::PackIfWasteful() {
+  if (wasted_ < kMinWaste || wasted_ < own_texts_.size() / 2) return;
+  std::string packed;
+  packed.reserve(own_texts_.size() - wasted_);
+  for (Entry& entry : entries_) {
+    const std::string_view text = OwnText(entry);
+    entry.begin = static_cast<std::uint32_t>(packed.size());
+    packed += text;
+  }
+  own_texts_ = std::move(packed);
+  wasted_ = 0;
+}
+
+std::vector<WordMatch> FindIndex::SetMatches(std::string_view word) const {
   const std::uint64_t pairs = BytePairsOf(word);
-  std::vector<WordMatch> matches(shared_ends_.size());
+  std::vector<WordMatch> texts(shared_ends_.size());
   std::size_t begin = 0;
-  for (std::size_t k = 0; k < matches.size(); ++k) {
+  for (std::size_t k = 0; k < texts.size(); ++k) {
     const std::size_t end = shared_ends_[k];
     if ((shared_pairs_[k] & pairs) == pairs)
-      matches[k] = MatchOf(word, std::string_view(shared_texts_).substr(begin, end - begin));
+      texts[k] = MatchOf(word, std::string_view(shared_texts_).substr(begin, end - begin));
     begin = end;
   }
+  std::vector<WordMatch> matches(sets_.size());
+  std::ranges::transform(sets_, matches.begin(), [&](const std::array<std::uint32_t, 3>& set) {
+    return std::max({texts[set[0]], texts[set[1]], texts[set[2]]});
+  });
   return matches;
 }
 
 std::size_t FindIndex::Bytes() const noexcept {
   constexpr std::size_t kNode = 32;  // of the hash table, and its place in a bucket
-  return entries_.capacity() * sizeof(Entry) + own_texts_.capacity() + shared_texts_.capacity() +
+  return entries_.capacity() * sizeof(Entry) + pairs_.capacity() * sizeof(std::uint64_t) +
+         by_name_.capacity() * sizeof(std::int32_t) + own_texts_.capacity() +
+         sets_.capacity() * sizeof(sets_.front()) + shared_texts_.capacity() +
          shared_ends_.capacity() * sizeof(std::uint32_t) +
          shared_pairs_.capacity() * sizeof(std::uint64_t) + shared_indexes_.size() * kNode;
 }

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <cstddef>
+#include <chrono>
 #include <cstdint>
 #include <string_view>
 #include <vector>
 
 #include "app/find/find_index.h"
+#include "app/library_details.h"
 
 namespace tallow {
 
-class LibraryDetails;
 class clsMain;
 
 /// Finds songs of the whole library by typed words, fast enough for every key that is typed.
@@ -31,11 +31,14 @@ class SongFinder {
   /// Finds songs that are present or away.
   ///
   /// \param typed as the user types it; without a word, nothing is found
+  /// \param max_wait for the details of all songs, see LibraryDetails::LoadAll; without some of
+  ///        them, songs are found by what is known
   /// \returns record numbers in the order of the hits
-  std::vector<std::int32_t> Find(std::string_view typed);
+  std::vector<std::int32_t> Find(std::string_view typed,
+                                 std::chrono::milliseconds max_wait = LibraryDetails::kMaxLoading);
 
-  /// Approximate memory of the index in bytes.
-  std::size_t Bytes() const noexcept { return index_.Bytes(); }
+  /// What the last Find has searched.
+  const FindIndex& Index() const noexcept { return index_; }
 
  private:
   const clsMain& library_;

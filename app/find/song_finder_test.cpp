@@ -13,8 +13,10 @@
 #include "tests/library_fixture.h"
 #include "tests/tagged_file.h"
 #include "tests/wait_until.h"
+#include "util/file_system.h"
 #include "util/fold.h"
 #include "util/natural_order.h"
+#include "util/path_text.h"
 
 namespace tallow {
 namespace {
@@ -103,6 +105,56 @@ TEST_F(SongFinderTest, FollowsTheDetailsThatAreRead) {
   EXPECT_EQ(finder_.Find("other"), (Records{2}));
 }
 
+TEST_F(SongFinderTest, DoesNotFindSongsThatAreSetAside) {
+  AddSong(music.path(), "aside.flac");
+  AddSong(music.path(), "a.mp3");
+  library.UseSwitches({.more_formats = true});
+  EXPECT_EQ(finder_.Find("a"), (Records{2, 1}));
+  library.UseSwitches({});
+  ASSERT_TRUE(library.Song(1).IsSetAside());
+  EXPECT_EQ(finder_.Find("a"), Records{2});
+  library.UseSwitches({.more_formats = true});
+  EXPECT_EQ(finder_.Find("a"), (Records{2, 1}));
+}
+
+TEST_F(SongFinderTest, FindsSongsThatAreAway) {
+  const std::string drive = music.Folder("drive");
+  music.File("drive/a.mp3");
+  MountedVolumes mounted{{drive, {"uuid", kSep}, false}};
+  library.UseDrives([&] { return mounted; }, {});
+  library.BeginScan(ScanKind::kComputer);
+  library.AddSong(drive, "a.mp3", 0);
+  library.ImportFoundSongs(0);
+  library.FinishScan(true);
+  mounted.clear();
+  RemoveFile(drive + "a.mp3");
+  library.BeginScan(ScanKind::kFolderList);
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  ASSERT_TRUE(library.IsAway(1));
+  EXPECT_EQ(finder_.Find("a"), Records{1});
+}
+
+TEST_F(SongFinderTest, ReplacedTextsDoNotFillTheMemory) {
+  for (int k = 0; k < 5; ++k) AddSong(music.path(), "song.mp3");
+  const std::string name(200, 'x');
+  // Each text takes about 200 bytes, so that the names are more than 4 MB.
+  for (int k = 0; k < 20'000; ++k) {
+    library.Mp3Info(kFileName, 3, name + std::to_string(k));
+    finder_.Find("song");
+  }
+  EXPECT_LT(finder_.Index().Bytes(), 2'500'000U);
+  EXPECT_EQ(finder_.Find("song"), (Records{1, 2, 4, 5}));
+  EXPECT_EQ(finder_.Find("xx19999"), Records{3});
+}
+
+TEST_F(SongFinderTest, AStartOfReadingKeepsWhatIsFound) {
+  AddSongWith("a.mp3", {.found = true, .title = "Title", .artist = "Artist"});
+  EXPECT_EQ(finder_.Find("artist"), Records{1});
+  tallow.details.Start(library);
+  EXPECT_EQ(finder_.Find("artist"), Records{1});
+  EXPECT_EQ(finder_.Index().Sorts(), 1);
+}
+
 /// The literal search: each song is folded anew, and the hits are sorted as they should be.
 Records LiteralFind(const clsMain& library, LibraryDetails& details, std::string_view typed) {
   struct Hit {
@@ -149,6 +201,23 @@ Records LiteralFind(const clsMain& library, LibraryDetails& details, std::string
   Records records;
   for (const Hit& hit : hits) records.push_back(hit.record);
   return records;
+}
+
+TEST_F(SongFinderTest, NewSongsArePutInTheirPlacesWithoutSortingAll) {
+  for (int k = 0; k < 40; ++k) AddSong(music.path(), std::to_string(2 * k + 1) + " song.mp3");
+  finder_.Find("song");
+  EXPECT_EQ(finder_.Index().Sorts(), 1);
+  AddSong(music.path(), "30 song.mp3");
+  AddSong(music.path(), "0 song.mp3");
+  AddSong(music.path(), "99 song.mp3");
+  library.Mp3Info(kFileName, 5, "31 song.mp3");
+  library.Mp3Info(kSongRank, 7, "4");
+  library.Mp3Info(kFileIsThere, 9, "0");
+  EXPECT_EQ(finder_.Find("song"), LiteralFind(library, tallow.details, "song"));
+  EXPECT_EQ(finder_.Index().Sorts(), 1);
+  for (int k = 0; k < 40; ++k) AddSong(music.path(), std::to_string(2 * k) + " song.mp3");
+  EXPECT_EQ(finder_.Find("song"), LiteralFind(library, tallow.details, "song"));
+  EXPECT_EQ(finder_.Index().Sorts(), 2);
 }
 
 TEST_F(SongFinderTest, FindsWhatTheLiteralSearchFinds) {

@@ -304,28 +304,29 @@ std::vector<Scenario> AllScenarios() {
     const auto program = Started(world);
     Folder& songs = *program->First().Nodes().Find("All Songs");
     from_here();
-    if (RankSongs(program->First().History(), songs, {0, 1, 2}, 1, program->tallow.library))
-      return Texts{};
+    EditHistory& history = program->First().History();
+    if (RankSongs(history, songs, {0, 1, 2}, 1, program->tallow.library)) return Texts{};
     return Texts{program->tallow.library.SaveError()};
   };
   all.push_back({"ranking", MakeCollection, rank, PutBack});
-  all.push_back({"ranking and saving over links",
-                 [](const World& world) {
-                   MakeCollection(world);
-                   for (const char* const path : {kLibrary, kSettings, kMix}) MakeLink(world, path);
-                 },
-                 [rank](const World& world, const std::function<void()>& from_here) {
-                   const auto program = Started(world);
-                   Folder& songs = *program->First().Nodes().Find("All Songs");
-                   AddTo(MineOf(*program), *program, "two.mp3");
-                   from_here();
-                   const bool ranked = RankSongs(program->First().History(), songs, {0, 1, 2}, 1,
-                                                 program->tallow.library);
-                   Texts said = SaveIt(*program, {});
-                   if (!ranked) said.push_back(program->tallow.library.SaveError());
-                   return said;
-                 },
-                 PutBack});
+  all.push_back(
+      {"ranking and saving over links",
+       [](const World& world) {
+         MakeCollection(world);
+         for (const char* const path : {kLibrary, kSettings, kMix}) MakeLink(world, path);
+       },
+       [rank](const World& world, const std::function<void()>& from_here) {
+         const auto program = Started(world);
+         Folder& songs = *program->First().Nodes().Find("All Songs");
+         AddTo(MineOf(*program), *program, "two.mp3");
+         from_here();
+         EditHistory& history = program->First().History();
+         const bool ranked = RankSongs(history, songs, {0, 1, 2}, 1, program->tallow.library);
+         Texts said = SaveIt(*program, {});
+         if (!ranked) said.push_back(program->tallow.library.SaveError());
+         return said;
+       },
+       PutBack});
   all.push_back({"autosave", MakeCollection,
                  [](const World& world, const std::function<void()>& from_here) {
                    const auto program = Started(world);

@@ -14,7 +14,8 @@ namespace tallow {
 class FileMenu;
 
 /// Adds the frame window's menus to its menu bar. Menus and items carry their names as object
-/// names, and an item that CommandStates may disable its command as data. The shortcut keys of the items are defined only here.
+/// names, and an item that CommandStates may disable its command as data. The shortcut keys of the
+/// items are defined only here.
 ///
 /// \param act runs a command
 /// \returns the File menu, which manages its recent files itself

@@ -224,6 +224,12 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
     search_.FollowSongs(songs);
     details_.Changed();
   });
+  // A rank belongs to the song, which other jukeboxes may show as well.
+  connect(window, &frmMain::RanksChanged, this, [this, window] {
+    jukeboxes_.ForEachWindow([this, window](frmMain& each) {
+      if (&each != window) each.Jukebox().RanksChanged(tallow_.library);
+    });
+  });
   connect(window, &frmMain::WhereMyMusicIs, this, [this] { ShowMusicPlaces(); });
   connect(window, &frmMain::ChangeBackgroundPicture, this, [this] { picture_.Change(); });
   lists_.Follow(*window);

@@ -39,6 +39,24 @@ class SeveralJukeboxes : public FrameTest {
   }
 };
 
+TEST_F(SeveralJukeboxes, ARankIsShownInAllOfThem) {
+  frmMain& one = ShowJukebox();
+  frmMain& two = ShowJukebox();
+  const auto icons = [](frmMain& of) {
+    return std::pair(First(of).Items()[0].Icon(), First(of).Items()[1].Icon());
+  };
+  ListOf(one).SelectRows(1, 1);
+  one.Run(RankCommand(1), &First(one));
+  EXPECT_EQ(icons(one), std::pair(2, 7));
+  EXPECT_EQ(icons(two), std::pair(2, 7));
+  one.PVExplorer1().Undo();
+  EXPECT_EQ(icons(two), std::pair(2, 2));
+  // The worst item shows no bars at first, in the list where it was chosen.
+  one.Run(ListCommand::kRankWorst, &First(one));
+  EXPECT_EQ(icons(one), std::pair(2, 2));
+  EXPECT_EQ(icons(two), std::pair(2, 3));
+}
+
 TEST_F(SeveralJukeboxes, AMoveBetweenJukeboxesIsUndoneAsOneStep) {
   frmMain& one = ShowJukebox();
   frmMain& two = EmptyJukebox();

@@ -8,6 +8,7 @@ namespace {
 
 class EmptyFolderHintTest : public JukeboxWindowTest {
  protected:
+  EmptyFolderHintTest() { tallow.preferences.SetSwitches({.columns_of_details = true}); }
   QLabel& Hint() { return *window.findChild<QLabel*>(QStringLiteral("lblEmptyFolder")); }
 };
 
@@ -56,6 +57,17 @@ TEST_F(EmptyFolderHintTest, ShowsThatASearchHasFoundNothing) {
   Box().HideHits(library);
   EXPECT_NE(Hint().text(),
             "No song has all these words in its title, artist, album, genre or file name.");
+  EXPECT_TRUE(Hint().isVisible());
+}
+
+TEST_F(EmptyFolderHintTest, IsNotShownWithoutTheSwitch) {
+  tallow.preferences.SetSwitches({.columns_of_details = false});
+  AddSongs(1);
+  AddFolder("Parties");
+  Show();
+  EXPECT_FALSE(Hint().isVisible());
+  tallow.preferences.SetSwitches({.columns_of_details = true});
+  window.FollowPreferences();
   EXPECT_TRUE(Hint().isVisible());
 }
 

@@ -74,6 +74,7 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
   connect(commands_.get(), &JukeboxCommands::Problem, this, &frmMain::Problem);
   connect(commands_.get(), &JukeboxCommands::ChangeBackgroundPicture, this,
           &frmMain::ChangeBackgroundPicture);
+  connect(commands_.get(), &JukeboxCommands::RanksChanged, this, &frmMain::RanksChanged);
   connect(commands_.get(), &JukeboxCommands::ShowProperties, this, &frmMain::ShowProperties);
   connect(dropped_files_.get(), &DroppedFiles::Problem, this, &frmMain::Problem);
   connect(dropped_files_.get(), &DroppedFiles::SongsReturned, this, &frmMain::SongsReturned);
@@ -91,7 +92,10 @@ void frmMain::MarkUnsaved() {
   unsaved_timer_->setInterval(kCompareAfter);
   connect(unsaved_timer_, &QTimer::timeout, this, [this] {
     // Qt warns about the mark of a window without a title.
-    if (!windowTitle().isEmpty()) setWindowModified(jukebox_.IsUnsaved());
+    if (windowTitle().isEmpty()) return;
+    // The same comparison as on closing, unless the file is on a drive that does not answer.
+    const bool waits = tallow_.library.Unanswered()->Covers(jukebox_.FilePath());
+    setWindowModified(waits ? jukebox_.IsUnsaved() : WillAsk());
   });
   jukebox_.OnChange([this] {
     if (!unsaved_timer_->isActive()) unsaved_timer_->start();
@@ -102,7 +106,8 @@ void frmMain::ShowEmptyLibrary() {
   const QString of_library = DisplayText(EmptyLibraryText(tallow_));
   empty_library_->ShowText(of_library);
   const Folder* const shown = jukebox_.ListFolder();
-  const bool is_empty = of_library.isEmpty() && shown != nullptr && !explorer_->ShowsSongs();
+  const bool is_empty =
+      HasDetails() && of_library.isEmpty() && shown != nullptr && !explorer_->ShowsSongs();
   empty_folder_->ShowText(is_empty ? DisplayText(EmptyFolderText(*shown)) : QString());
 }
 
@@ -147,7 +152,7 @@ void frmMain::ConnectExplorer() {
           [this](Folder* folder, const QPoint& position) {
             menu_folder_ = folder != nullptr ? folder->Key() : 0;
             OfferAlbumFolder(*tree_menu_, OffersAlbumFolder(jukebox_, tallow_.library));
-            EnableTreeItems(*tree_menu_, jukebox_.Nodes(), folder, player_, CanPaste(folder));
+            EnableTreeItems(*tree_menu_, folder, player_, CanPaste(folder));
             tree_menu_->popup(position);
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,
@@ -181,7 +186,7 @@ void frmMain::ShowJukebox() {
   else
     explorer_->ExpandMarked();
   explorer_->UpdateHiddenFolders();
-  if (!QSettings().contains(kSplitterOption)) explorer_->FitTree();
+  if (HasDetails() && !QSettings().contains(kSplitterOption)) explorer_->FitTree();
   if (jukebox_.selectednode() == nullptr && jukebox_.Nodes().Children() > 0)
     explorer_->Select(jukebox_.Nodes().ChildAt(0));
 }
@@ -190,8 +195,11 @@ void frmMain::ShowFolder(Folder& folder) {
   jukebox_.ShowFolder(folder, tallow_.library, tallow_.folder_changes);
 }
 
+bool frmMain::HasDetails() const { return tallow_.preferences.switches().columns_of_details; }
+
 void frmMain::FollowPreferences() {
   columns_->Follow();
+  ShowEmptyLibrary();
   sums_->Changed();
 }
 

@@ -62,8 +62,8 @@ class frmMain : public QWidget {
   /// yet, shows the first folder.
   void ShowJukebox();
 
-  /// Shows in an empty list that the library has no songs, or else what the folder is for; or stops
-  /// showing it. Call when the library or the searched places have changed; a refilled list calls
+  /// Shows in an empty list that the library has no songs or else, with the switch
+  /// `columns_of_details`, what the folder is for; or stops showing it. Call when the library or the searched places have changed; a refilled list calls
   /// it itself.
   void ShowEmptyLibrary();
 
@@ -135,6 +135,8 @@ class frmMain : public QWidget {
   void SongsReturned(const std::vector<tallow::ReturnedSong>& songs);
   /// A command of a pop-up menu is about to run, given by its number.
   void PopUpClick(int item, int pane);
+  /// Ranks of songs have changed, in the library and in the list of this window.
+  void RanksChanged();
   /// See PVExplorer::LinkedStepDone.
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
   /// The user wants to open the dialog for the background picture.
@@ -156,6 +158,7 @@ class frmMain : public QWidget {
   void ShowPicture();
   void ShowFolder(Folder& folder);
   bool MayClose();
+  bool HasDetails() const;
   bool CanPaste(const Folder* into) const;
   QSize WholeSize() const;
 

@@ -12,6 +12,7 @@
 #include "tests/jukebox_window_fixture.h"
 #include "tests/tagged_file.h"
 #include "ui/support/shown_title.h"
+#include "util/file_system.h"
 
 namespace tallow {
 namespace {
@@ -124,6 +125,24 @@ TEST_F(FrmMain, TheTitleHasAStarWhileTheJukeboxDiffersFromItsFile) {
   ASSERT_TRUE(window.Jukebox().Save(file, library));
   window.Jukebox().IsFormDirty(false);
   EXPECT_TRUE(title_becomes("MIX"));
+}
+
+TEST_F(FrmMain, TheStarIsThereWhenClosingWouldAsk) {
+  AddFolder("one");
+  window.Jukebox().Caption("MIX");
+  const std::string file = application / "mix.juk";
+  ASSERT_TRUE(window.Jukebox().Save(file, library));
+  window.Jukebox().IsFormDirty(true);
+  const auto title_becomes = [this](const QString& title) {
+    return QTest::qWaitFor([&] { return ShownTitle(window) == title; });
+  };
+  EXPECT_FALSE(window.WillAsk());
+  EXPECT_TRUE(title_becomes("MIX"));
+  // The content is that of the file, but the file is gone.
+  RemoveFile(file);
+  window.Jukebox().IsFormDirty(true);
+  EXPECT_TRUE(window.WillAsk());
+  EXPECT_TRUE(title_becomes("MIX*"));
 }
 
 TEST_F(FrmMain, ClickingAFolderShowsItsSongs) {
@@ -329,9 +348,10 @@ TEST_F(FrmMain, CommandNumbersDependOnThePane) {
 }
 
 TEST_F(FrmMain, TheTreeIsFirstAsWideAsItsNames) {
+  tallow.preferences.SetSwitches({.columns_of_details = true});
   AddFolder("a");
   frmMain other(tallow);
-  other.Jukebox().Nodes().AddChild(nullptr, "A folder with a rather long name");
+  other.Jukebox().Nodes().AddChild(nullptr, "A folder with a long name");
   for (frmMain* const one : {&window, &other}) {
     one->resize(1200, 500);
     one->show();
@@ -340,6 +360,24 @@ TEST_F(FrmMain, TheTreeIsFirstAsWideAsItsNames) {
   EXPECT_GT(other.PVExplorer1().sizes().at(0), window.PVExplorer1().sizes().at(0));
   const QAbstractItemView& tree = TreeOf(other);
   EXPECT_GE(tree.viewport()->width(), tree.sizeHintForColumn(0));
+}
+
+TEST_F(FrmMain, ALongNameDoesNotMakeTheTreeWide) {
+  tallow.preferences.SetSwitches({.columns_of_details = true});
+  AddFolder("A folder with a very long name that would take half of the window for itself alone");
+  window.resize(1200, 500);
+  window.show();
+  window.ShowJukebox();
+  EXPECT_LE(window.PVExplorer1().sizes().at(0), 240);
+}
+
+TEST_F(FrmMain, WithoutTheSwitchTheNamesDoNotChangeTheWidthOfTheTree) {
+  AddFolder("a");
+  window.resize(1200, 500);
+  window.show();
+  const QList<int> sizes = window.PVExplorer1().sizes();
+  window.ShowJukebox();
+  EXPECT_EQ(window.PVExplorer1().sizes(), sizes);
 }
 
 TEST_F(FrmMain, ThePositionOfTheSplitterIsRemembered) {

@@ -26,6 +26,7 @@ JukeboxCommands::JukeboxCommands(Tallow& tallow, Jukebox& jukebox, PVExplorer& e
     : tallow_(tallow), jukebox_(jukebox), explorer_(explorer), show_(std::move(show)) {
   connect(&explorer, &PVExplorer::BeforeCut, this, &JukeboxCommands::BeforeCut);
   connect(&explorer, &PVExplorer::RanksChanged, this, &JukeboxCommands::SaveRanks);
+  connect(&explorer, &PVExplorer::RankStepsWanted, this, &JukeboxCommands::RaiseRanks);
 }
 
 void JukeboxCommands::Run(TreeCommand command, Folder* node) {
@@ -106,7 +107,8 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
       return Play(node, tallow_.SongsToPlay, tr("No song is selected."));
     case kCutSongs:
     case kDeleteSongs:
-      if (on_show) explorer_.CutSongs();
+      // Both move the songs to the clipboard.
+      if (on_show) explorer_.CutSongs(command == kCutSongs ? "Cut" : "Delete");
       return;
     case kCopySongs:
       if (on_show) explorer_.CopySongs();
@@ -210,10 +212,16 @@ void JukeboxCommands::RankSelectedSongs(int item) {
                         tallow_.library));
 }
 
-void JukeboxCommands::RankSelectedSongs(const std::function<NewRank(int rank)>& rank_of) {
-  if (Folder* const shown = jukebox_.ListFolder())
-    ReportRanks(
-        RankSongs(jukebox_.History(), *shown, explorer_.SelectedRows(), rank_of, tallow_.library));
+void JukeboxCommands::RaiseRanks(int steps) {
+  Folder* const shown = jukebox_.ListFolder();
+  if (shown == nullptr) return;
+  const auto raised = [steps](int rank) {
+    const int now = std::clamp(rank, kNeverRanked, kBestRank);
+    const int next = std::clamp(now + steps, kNeverRanked, kBestRank);
+    return NewRank{std::to_string(next), next};
+  };
+  ReportRanks(
+      RankSongs(jukebox_.History(), *shown, explorer_.SelectedRows(), raised, tallow_.library));
 }
 
 void JukeboxCommands::SaveRanks() {
@@ -223,6 +231,7 @@ void JukeboxCommands::SaveRanks() {
 
 void JukeboxCommands::ReportRanks(bool saved) {
   jukebox_.PicturesChanged();
+  emit RanksChanged();
   const QStringList problems = DisplayMessages(tallow_.TakeProblems());
   if (!problems.isEmpty()) emit Problem(problems);
   if (!saved)

@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <utility>
 #include <vector>
 
@@ -12,7 +11,6 @@
 
 #include "app/long_work.h"
 #include "app/playing/player_model.h"
-#include "jukebox/ranking.h"
 #include "ui/jukebox/pop_up_menus.h"
 #include "util/message.h"
 
@@ -46,8 +44,9 @@ class JukeboxCommands : public QObject {
   /// \param row index of the song in the folder of the list, from 0
   void OpenSong(int row);
 
-  /// Gives the selected songs new ranks, see RankSongs.
-  void RankSelectedSongs(const std::function<NewRank(int rank)>& rank_of);
+  /// Raises the rank of each selected song, up to the best one, or lowers it down to none.
+  /// \param steps negative to lower
+  void RaiseRanks(int steps);
 
  signals:
   // See frmMain.
@@ -58,6 +57,7 @@ class JukeboxCommands : public QObject {
   void AddToQueue(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
   void Problem(const QStringList& lines);
   void ChangeBackgroundPicture();
+  void RanksChanged();
   void ShowProperties(const std::vector<std::int32_t>& songs, const QString& folder);
 
  private:

@@ -57,7 +57,8 @@ TEST_F(Commands, TheListsMenuHasItsItemsInTheirOrder) {
   for (int column = 0; column < kListColumns; ++column)
     columns.append(QStringLiteral("> %1 %2").arg(DisplayText(TitleOf(ListColumn(column))),
                                                  DisplayText(IdOf(ListColumn(column)))));
-  columns += {"> -", "> &Reset Columns "};
+  columns +=
+      {"> -", "> &Sort By >", "> Move &Left >", "> Move Ri&ght >", "> -", "> &Reset Columns "};
   EXPECT_EQ(ItemsOf(Menu("ListMenu")), (QStringList{"Play All Songs in Folder 1",
                                                     "Play Selected Songs 2",
                                                     "-",
@@ -96,9 +97,11 @@ TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {
     const QAction& item = Item(Menu("ListMenu"), command);
     const int rank = 15 - command;
     EXPECT_EQ(item.icon().pixmap(16).toImage(), RankPicture(rank).pixmap(16).toImage());
-    EXPECT_EQ(item.toolTip(), QStringLiteral("rank %1 of 7").arg(rank));
+    // The tooltip tells the rank that is stored.
+    EXPECT_EQ(item.toolTip(), QStringLiteral("rank %1 of 7").arg(std::max(rank, 3)));
     EXPECT_TRUE(item.isIconVisibleInMenu());
   }
+  EXPECT_EQ(Item(Menu("ListMenu"), 18).toolTip(), "not ranked");
 }
 
 TEST_F(Commands, AScreenReaderReadsTheRankOfAnItemWithoutAText) {
@@ -108,9 +111,9 @@ TEST_F(Commands, AScreenReaderReadsTheRankOfAnItemWithoutAText) {
   ASSERT_EQ(menu->childCount(), 7);
   QStringList names;
   for (int k = 0; k < 7; ++k) names.append(menu->child(k)->text(QAccessible::Name));
-  EXPECT_EQ(names, (QStringList{"Rank it - Best, rank 7 of 7", "rank 6 of 7", "rank 5 of 7",
-                                "rank 4 of 7", "rank 3 of 7", ".  .  .   to worst, rank 2 of 7",
-                                "No Rank, rank 2 of 7"}));
+  EXPECT_EQ(names,
+            (QStringList{"Rank it - Best, rank 7 of 7", "rank 6 of 7", "rank 5 of 7", "rank 4 of 7",
+                         "rank 3 of 7", ".  .  .   to worst, rank 3 of 7", "No Rank, not ranked"}));
   EXPECT_EQ(menu->child(1)->role(), QAccessible::MenuItem);
   EXPECT_TRUE(menu->child(1)->isValid());
 }
@@ -142,7 +145,7 @@ TEST_F(Commands, RankedToWorstShowsAPictureTwoUntilTheFolderIsShownAgain) {
     return List().model()->index(0, 0).data(Qt::AccessibleTextRole).toString();
   };
   EXPECT_EQ(Rank(1), "3");
-  EXPECT_EQ(shown(), "1.  1.mp3, rank 2 of 7");
+  EXPECT_EQ(shown(), "1.  1.mp3, not ranked");
   Click("two");
   Click("one");
   EXPECT_EQ(shown(), "1.  1.mp3, rank 3 of 7");
@@ -502,7 +505,7 @@ TEST_F(Commands, AnEmptyJukeboxSurvivesEveryKeyAndCommand) {
         window.ActOnPopUpClick(item, pane, nullptr);
   EXPECT_EQ(Nodes().Count(), 0);
   EXPECT_EQ(messages.Take(), Texts{});
-  EXPECT_EQ(problems, QStringList{});
+  EXPECT_EQ(problems, QStringList{"The folders are sorted already."});
   EXPECT_FALSE(Box().IsFormDirty());
 }
 
@@ -518,6 +521,49 @@ TEST_F(Commands, SortNodesInTheEmptyAreaSortsTheWholeTree) {
   window.Run(TreeCommand::kSortNodes, nullptr);
   EXPECT_EQ(FoldersIn(), (Texts{"All Songs", "Decades", "disc 2", "Disc 10", "New"}));
   EXPECT_EQ(FoldersIn(&decades), (Texts{"00's", "30's"}));
+}
+
+TEST_F(Commands, SortNodesTellsThatTheFoldersAreSorted) {
+  Folder& one = AddFolder("b");
+  AddFolder("a");
+  Show();
+  window.Run(TreeCommand::kSortNodes, &one);
+  EXPECT_EQ(problems, QStringList{"The folders are sorted already."});
+  window.Run(TreeCommand::kSortNodes, nullptr);
+  EXPECT_EQ(problems.size(), 1);
+  EXPECT_EQ(FoldersIn(), (Texts{"a", "b"}));
+  window.Run(TreeCommand::kSortNodes, nullptr);
+  EXPECT_EQ(problems.size(), 2);
+}
+
+TEST_F(Commands, PasteTellsThatTheFolderHasTheSongs) {
+  AddSongs(2);
+  Folder& one = AddFolder("one", {1, 2});
+  Folder& two = AddFolder("two", {1});
+  Show();
+  List().selectAll();
+  window.Run(ListCommand::kCopySongs, &one);
+  window.Run(TreeCommand::kPasteFolder, &one);
+  EXPECT_EQ(problems, QStringList{"The folder already has these songs."});
+  window.Run(TreeCommand::kPasteFolder, &two);
+  EXPECT_EQ(problems.size(), 1);
+  EXPECT_EQ(SongsOf(two), (Songs{1, 2}));
+  window.Run(ListCommand::kPasteSongs, &one);
+  EXPECT_EQ(problems.size(), 2);
+}
+
+TEST_F(Commands, DeleteAndCutNameTheirSteps) {
+  AddSongs(3);
+  Folder& one = AddFolder("one", {1, 2, 3});
+  Show();
+  SelectRow(0);
+  SelectRow(1, Qt::ShiftModifier);
+  window.Run(ListCommand::kDeleteSongs, &one);
+  EXPECT_EQ(Box().History().NameToUndo(), "Delete 2 Songs");
+  window.Run(ListCommand::kCutSongs, &one);
+  EXPECT_EQ(Box().History().NameToUndo(), "Cut Song");
+  // Both put the songs on the clipboard.
+  EXPECT_EQ(tallow.clipboard.Songs().size(), 1U);
 }
 
 TEST_F(Commands, MoveToRootMovesAFolderToTheEndOfTheTopLevel) {
@@ -708,14 +754,14 @@ TEST_F(Commands, ItemsThatWouldDoNothingSilentlyAreGrey) {
   // A special folder is neither deleted nor renamed. To cut it says why that is not possible.
   emit window.PVExplorer1().TreePopUp(&Nodes().ChildAt(0), QPoint(10, 10));
   Menu("TreeMenu").close();
-  EXPECT_EQ(grey(Menu("TreeMenu")), (QList<int>{8, 9, 10, 11, 13}));
+  EXPECT_EQ(grey(Menu("TreeMenu")), (QList<int>{8, 9, 11, 13}));
   tallow.clipboard.PutSongs({{1, 2}});
   emit window.PVExplorer1().ListPopUp(QPoint(10, 10));
   Menu("ListMenu").close();
   EXPECT_EQ(grey(Menu("ListMenu")), QList<int>{19});
   emit window.PVExplorer1().TreePopUp(&Nodes().ChildAt(1), QPoint(10, 10));
   Menu("TreeMenu").close();
-  EXPECT_EQ(grey(Menu("TreeMenu")), (QList<int>{10, 11}));
+  EXPECT_EQ(grey(Menu("TreeMenu")), QList<int>{11});
 }
 
 }  // namespace

@@ -569,6 +569,18 @@ TEST_F(Keys, CtrlAndADigitRankTheSelectedSongs) {
   EXPECT_EQ(library.Mp3Info(kSongRank, 1), "2");
 }
 
+TEST_F(Keys, DigitsThatNeedShiftRankToo) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  SelectRow(0);
+  Type(List(), Qt::Key_6, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 1), "6");
+  // On other keyboards this is Ctrl+Shift+7.
+  Type(List(), Qt::Key_Ampersand, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 1), "6");
+}
+
 TEST_F(Keys, TheRankMenuShowsItsKeys) {
   QStringList keys;
   for (const QAction* const item :

@@ -90,8 +90,8 @@ TEST_F(Marks, TheSongThatPlaysHasATriangleAndIsBoldAndIsReadAsPlaying) {
   EXPECT_FALSE(IsBold(0));
   EXPECT_TRUE(IsBold(1));
   EXPECT_TRUE(IsBold(1, 1));
-  EXPECT_EQ(Spoken(0), "1.  1.mp3, rank 2 of 7");
-  EXPECT_EQ(Spoken(1), "2.  2.mp3, rank 2 of 7, playing");
+  EXPECT_EQ(Spoken(0), "1.  1.mp3, not ranked");
+  EXPECT_EQ(Spoken(1), "2.  2.mp3, not ranked, playing");
   EXPECT_EQ(Data(1, Qt::DisplayRole).toString(), "2.  2.mp3");
 }
 
@@ -105,7 +105,7 @@ TEST_F(Marks, TheTriangleIsHollowWhileTheSongIsPaused) {
   EXPECT_NE(Marked(2, SongMark::kPaused), Marked(2, SongMark::kPlaying));
   EXPECT_NE(Marked(2, SongMark::kPaused), Marked(2, SongMark::kNone));
   EXPECT_TRUE(IsBold(0));
-  EXPECT_EQ(Spoken(0), "1.  1.mp3, rank 2 of 7, playing, paused");
+  EXPECT_EQ(Spoken(0), "1.  1.mp3, not ranked, playing, paused");
 }
 
 TEST_F(Marks, TheRankIconLooksAsWithoutAMark) {
@@ -162,14 +162,14 @@ TEST_F(Marks, ASongThatCouldNotBePlayedSaysWhy) {
   EXPECT_EQ(PictureOf(1), Marked(2, SongMark::kFailed));
   EXPECT_FALSE(IsBold(1));
   const QString text =
-      "2.  2.mp3, rank 2 of 7\nThis song could not be played: the file has no audio";
+      "2.  2.mp3, not ranked\nThis song could not be played: the file has no audio";
   EXPECT_EQ(Spoken(1), text);
   EXPECT_EQ(Data(1, Qt::ToolTipRole).toString(), text);
   // The song plays after all.
   model.SetFailure(2, "");
   EXPECT_EQ(painted.Take(), std::set<int>{1});
   EXPECT_EQ(PictureOf(1), Marked(2, SongMark::kNone));
-  EXPECT_EQ(Spoken(1), "2.  2.mp3, rank 2 of 7");
+  EXPECT_EQ(Spoken(1), "2.  2.mp3, not ranked");
 }
 
 TEST_F(Marks, ASongThatPlaysHasNoMarkOfAnEarlierFailure) {
@@ -179,7 +179,7 @@ TEST_F(Marks, ASongThatPlaysHasNoMarkOfAnEarlierFailure) {
   model.SetFailure(1, "the file has no audio");
   model.Play(1, 180);
   EXPECT_EQ(PictureOf(0), Marked(2, SongMark::kPlaying));
-  EXPECT_EQ(Spoken(0), "1.  1.mp3, rank 2 of 7, playing");
+  EXPECT_EQ(Spoken(0), "1.  1.mp3, not ranked, playing");
 }
 
 TEST_F(Marks, WithoutMarksTheListLooksAsIfNothingPlayed) {
@@ -194,8 +194,8 @@ TEST_F(Marks, WithoutMarksTheListLooksAsIfNothingPlayed) {
   model.Play(1, 180);
   model.SetFailure(2, "the file has no audio");
   EXPECT_EQ(List().viewport()->grab().toImage(), before);
-  EXPECT_EQ(Spoken(0), "1.  1.mp3, rank 2 of 7");
-  EXPECT_EQ(Data(1, Qt::ToolTipRole).toString(), "2.  2.mp3, rank 2 of 7");
+  EXPECT_EQ(Spoken(0), "1.  1.mp3, not ranked");
+  EXPECT_EQ(Data(1, Qt::ToolTipRole).toString(), "2.  2.mp3, not ranked");
   window.ShowMarks(true);
   EXPECT_NE(List().viewport()->grab().toImage(), before);
   EXPECT_GT(List().iconSize().width(), icon.width());

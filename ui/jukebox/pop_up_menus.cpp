@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/pop_up_menus.h"
 
-#include <cstdint>
 #include <string>
 
 #include <QAction>
@@ -92,17 +91,6 @@ void EnableForPlayer(QAction& action, const PlayerModel* player) {
   action.setWhatsThis(DisplayText(reason));
 }
 
-/// Whether subfolders can be sorted: whether some folder has more than one.
-/// \param above null for the whole tree
-bool HasFoldersToSort(const FolderTree& tree, const Folder* above) {
-  const std::int32_t count = above != nullptr ? above->Children() : tree.Children();
-  for (std::int32_t k = 0; k < count; ++k)
-    if (count > 1 ||
-        HasFoldersToSort(tree, above != nullptr ? &above->ChildAt(k) : &tree.ChildAt(k)))
-      return true;
-  return false;
-}
-
 }  // namespace
 
 QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act) {
@@ -124,8 +112,10 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
                             : command == kRankWorst ? Tr(".  .  .   to worst")
                             : command == kNoRank    ? Tr("No Rank")
                                                     : QString();
-    const int rank = command == kNoRank ? kMinRankPicture : kBestRankPicture - (item - 1);
-    builder.SetKey(*builder.Add(*ranks, new RankAction(caption, rank, ranks), command),
+    const int picture = command == kNoRank ? kMinRankPicture : kBestRankPicture - (item - 1);
+    // The worst item first shows the picture of no rank.
+    const int rank = command == kRankWorst ? picture + 1 : picture;
+    builder.SetKey(*builder.Add(*ranks, new RankAction(caption, picture, rank, ranks), command),
                    RankKey(item));
   }
   builder.Add(Tr("Change Background Picture . . ."), kChangeBackgroundPicture);
@@ -201,8 +191,8 @@ void OfferAlbumFolder(QMenu& tree_menu, bool offers) {
     tree_menu.removeAction(album);
 }
 
-void EnableTreeItems(QMenu& tree_menu, const FolderTree& tree, const Folder* folder,
-                     const PlayerModel* player, bool paste) {
+void EnableTreeItems(QMenu& tree_menu, const Folder* folder, const PlayerModel* player,
+                     bool paste) {
   using enum TreeCommand;
   for (QAction* const action : tree_menu.findChildren<QAction*>()) {
     const auto command = TreeCommand(action->data().toInt());
@@ -216,7 +206,6 @@ void EnableTreeItems(QMenu& tree_menu, const FolderTree& tree, const Folder* fol
     if (command == kPlayFolderNext && folder == nullptr) action->setEnabled(false);
     if (command == kMoveToRoot) action->setEnabled(folder != nullptr && folder->Level() > 0);
     if (command == kPasteFolder) action->setEnabled(paste);
-    if (command == kSortNodes) action->setEnabled(HasFoldersToSort(tree, folder));
   }
 }
 

@@ -11,7 +11,6 @@ class QWidget;
 namespace tallow {
 
 class Folder;
-class FolderTree;
 class PlayerModel;
 
 /// The panes of a jukebox window, numbered as the pop-up menus number them.
@@ -105,11 +104,9 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act
 void OfferAlbumFolder(QMenu& tree_menu, bool offers);
 
 /// Disables the items of the tree's pop-up menu that would have no effect.
-/// \param tree   the folders of the tree
 /// \param folder the folder that the menu is opened on; null in the empty area of the tree
 /// \param player as for EnableListItems
 /// \param paste  whether the clipboard can be pasted there
-void EnableTreeItems(QMenu& tree_menu, const FolderTree& tree, const Folder* folder,
-                     const PlayerModel* player, bool paste);
+void EnableTreeItems(QMenu& tree_menu, const Folder* folder, const PlayerModel* player, bool paste);
 
 }  // namespace tallow

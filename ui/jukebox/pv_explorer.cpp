@@ -30,6 +30,9 @@ namespace {
 constexpr int kTreeCharacters = 34;
 constexpr int kMinTreeCharacters = 22;
 constexpr int kMaxTreeCharacters = 50;
+/// Another upper bound, in pixels at 96 dpi.
+constexpr int kMaxTreeWidth = 240;
+constexpr int kUsualDpi = 96;
 /// Minimum width of the list, in average characters: the tree and docks give way.
 constexpr int kMinListCharacters = 28;
 
@@ -96,6 +99,7 @@ void PVExplorer::ConnectList() {
   connect(list_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
           &PVExplorer::SelectionChanged);
   connect(list_, &SongListView::RankWanted, this, &PVExplorer::RankWanted);
+  connect(list_, &SongListView::RankStepsWanted, this, &PVExplorer::RankStepsWanted);
   connect(list_, &QTableView::doubleClicked, this,
           [this](const QModelIndex& index) { emit ItemOpened(songs_->PlaceOf(index.row())); });
   connect(pop_ups_.get(), &PopUpRequests::ListPopUp, this, &PVExplorer::ListPopUp);
@@ -124,9 +128,12 @@ bool PVExplorer::ShowsSongs() const { return songs_->rowCount() > 0; }
 void PVExplorer::FitTree() {
   const int character = fontMetrics().averageCharWidth();
   const int beside = 2 * tree_->frameWidth() + tree_->verticalScrollBar()->sizeHint().width();
+  const int least = kMinTreeCharacters * character;
+  const int most =
+      std::min(kMaxTreeCharacters * character, kMaxTreeWidth * logicalDpiX() / kUsualDpi);
   const int names =
-      std::clamp(static_cast<QAbstractItemView&>(*tree_).sizeHintForColumn(0) + beside,
-                 kMinTreeCharacters * character, kMaxTreeCharacters * character);
+      std::clamp(static_cast<QAbstractItemView&>(*tree_).sizeHintForColumn(0) + beside, least,
+                 std::max(least, most));
   setSizes({names, std::max(width() - names, list_->minimumWidth())});
 }
 
@@ -178,9 +185,9 @@ std::string PVExplorer::SetBackgroundImage(const QString& address, bool tiled) {
 }
 
 void PVExplorer::ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns& texts,
-                             bool aligned) {
+                             bool details) {
   const Place place = CurrentPlace();
-  list_->ShowColumns(columns, &texts, aligned);
+  list_->ShowColumns(columns, &texts, details);
   GoTo(place);
 }
 

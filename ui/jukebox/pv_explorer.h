@@ -113,9 +113,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// after a click in the empty area of the tree, as for the pop-up menu there.
   Folder* FolderForCommands() const noexcept;
 
-  /// Shows columns in the list, see SongListModel::ShowColumns.
+  /// Shows columns in the list, see SongListView::ShowColumns.
   void ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns& texts,
-                   bool aligned);
+                   bool details);
   /// Shows with an arrow that the list is sorted by a column, or shows no arrow.
   void ShowSort(std::optional<ListColumn> column, bool descending);
   /// The left lower corner of the column headers, in screen coordinates.
@@ -146,7 +146,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   }
 
   // See the functions of ExplorerEdits.
-  void CutSongs() { edits_.CutSongs(); }
+  void CutSongs(std::string_view verb = "Cut") { edits_.CutSongs(verb); }
   void CopySongs() { edits_.CopySongs(); }
   void CutFolder(Folder& folder) { edits_.CutFolder(folder); }
   void CopyFolder(const Folder& folder) { edits_.CopyFolder(folder); }
@@ -182,6 +182,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   // See SongListView.
   void ColumnsChanged(const std::vector<tallow::ChosenColumn>& columns);
   void RankWanted(int rank);
+  void RankStepsWanted(int steps);
   /// The user wants to open the menu of the column headers.
   /// \param position in screen coordinates
   void HeaderPopUp(const QPoint& position);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Random commands, drags and undo steps in two jukebox windows; after each of them the widgets must
 // show the contents of the jukeboxes.
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <random>
 #include <utility>
@@ -24,11 +25,20 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
   RandomWidgets() {
     AddSongs(kSongs);
     // Connects the windows as the frame does.
-    for (const auto& [each, its_other] : {std::pair(&window, &other), std::pair(&other, &window)})
+    for (const auto& [each, its_other] : {std::pair(&window, &other), std::pair(&other, &window)}) {
       QObject::connect(each, &frmMain::LinkedStepDone,
                        [this, into = its_other](EditHistory::MoveLink link, bool back) {
                          linked_steps += into->PVExplorer1().StepLinked(link.move, back) ? 1 : 0;
                        });
+      QObject::connect(each, &frmMain::RanksChanged, [this, into = its_other] {
+        into->Jukebox().RanksChanged(library);
+        ++rankings;
+      });
+    }
+    // Every other run has the columns of details.
+    tallow.preferences.SetSwitches({.columns_of_details = GetParam() % 2 == 0});
+    window.FollowPreferences();
+    other.FollowPreferences();
     other.Jukebox().AddColumnHeader(kNameHeader);
     other.Jukebox().AddColumnHeader(kKeyHeader);
     for (frmMain* const each : {&window, &other}) {
@@ -80,6 +90,15 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     }
     drops += DropAt(tree, place, *data, OneOf(3) ? Qt::ControlModifier : Qt::NoModifier) ? 1 : 0;
   }
+  /// Drags the selected songs to another line of their list.
+  void DragInside(frmMain& in) {
+    const auto data = in.PVExplorer1().SongsToDrag();
+    if (data == nullptr) return;
+    SongListView& list = ListOf(in);
+    const std::vector<std::int32_t> before = SongsOf(*in.Jukebox().selectednode());
+    EXPECT_TRUE(DropAt(list, QPoint(5, Random(list.viewport()->height())), *data));
+    list_moves += SongsOf(*in.Jukebox().selectednode()) != before ? 1 : 0;
+  }
   /// Files a song, as the categorizer does.
   void File(frmMain& in, Folder& folder) {
     folder.Items().emplace_back(1 + Random(kSongs), 2);
@@ -119,13 +138,29 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
   void ActOnListOf(frmMain& one, Folder* folder) {
     SelectSomeRows(one);
     Folder* const shown = one.Jukebox().selectednode();
-    switch (Random(4)) {
+    SongListView& list = ListOf(one);
+    switch (Random(9)) {
       case 0:
         return one.Run(OneOf(2) ? ListCommand::kCutSongs : ListCommand::kDeleteSongs, shown);
       case 1:
         return one.Run(ListCommand::kCopySongs, shown);
       case 2:
         return one.Run(ListCommand::kPasteSongs, OneOf(2) ? shown : folder);
+      case 3: {
+        const QHeaderView& header = *list.horizontalHeader();
+        const int section = Random(header.count());
+        const int x = header.sectionViewportPosition(section) + header.sectionSize(section) / 2;
+        return QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, QPoint(x, 8));
+      }
+      case 4:
+        return one.Run(RankCommand(1 + Random(kNoRankItem)), shown);
+      case 5:
+        emit list.RankStepsWanted(OneOf(2) ? 1 : -1);
+        return;
+      case 6:
+        return QTest::keyClick(&list, OneOf(2) ? Qt::Key_Up : Qt::Key_Down, Qt::AltModifier);
+      case 7:
+        return DragInside(one);
       default:
         return one.Jukebox().ColumnClick(library);
     }
@@ -134,13 +169,15 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     Folder* const folder = AnyFolder(one);
     PVExplorer& explorer = one.PVExplorer1();
     messages.answer = OneOf(3) ? MessageAnswer::kNo : MessageAnswer::kYes;
-    switch (Random(12)) {
+    switch (Random(14)) {
       case 0:
       case 1:
       case 2:
         return ActOnTreeOf(one, folder);
       case 3:
       case 4:
+      case 12:
+      case 13:
         return ActOnListOf(one, folder);
       case 5:
         if (folder != nullptr) explorer.Select(*folder);
@@ -172,6 +209,15 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     ASSERT_EQ(FolderTreeModel::FolderOf(current), shown);
     ASSERT_TRUE(TreeOf(one).selectionModel()->isSelected(current));
     ASSERT_EQ(ListOf(one).model()->rowCount(), static_cast<int>(shown->Items().size()));
+    const std::vector<std::int32_t> songs = SongsOf(*shown);
+    for (const SongEntry& entry : shown->Items()) {
+      // A ranking gives its picture to the selected entries, not to others of the same songs.
+      if (std::ranges::count(songs, entry.SubItem()) > 1) continue;
+      // The worst item of the menu stores 3, and shows 2 at first.
+      const std::int32_t rank = library.Song(entry.SubItem()).Rank();
+      ASSERT_TRUE(entry.Icon() == rank || (rank == 3 && entry.Icon() == kNeverRanked))
+          << entry.SubItem();
+    }
     for (const Folder* const folder : AllFolders(one))
       for (std::size_t k = 0; k < folder->Items().size(); ++k)
         ASSERT_EQ(folder->Items()[k].LabelPosition(),
@@ -183,6 +229,8 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
   frmMain other{tallow, messages.Shower()};
   int drops = 0;
   int linked_steps = 0;
+  int list_moves = 0;
+  int rankings = 0;
 };
 
 TEST_P(RandomWidgets, ShowTheContentsOfTheirJukeboxes) {
@@ -202,6 +250,8 @@ TEST_P(RandomWidgets, ShowTheContentsOfTheirJukeboxes) {
   }
   EXPECT_GT(drops, 0);
   EXPECT_GT(linked_steps, 0);
+  EXPECT_GT(list_moves, 0);
+  EXPECT_GT(rankings, 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomWidgets, testing::Range(1U, 7U));

@@ -30,7 +30,7 @@ class AccessibleRank : public QAccessibleInterface {
   int indexOfChild(const QAccessibleInterface*) const override { return -1; }
   QString text(QAccessible::Text text) const override {
     const QString caption = action_->text();
-    const QString rank = RankPictureText(action_->Rank());
+    const QString rank = action_->toolTip();
     if (text != QAccessible::Name) return {};
     return caption.isEmpty() ? rank : caption + QStringLiteral(", ") + rank;
   }
@@ -65,10 +65,10 @@ QAccessibleInterface* MakeAccessible(const QString& /*class_name*/, QObject* obj
 
 }  // namespace
 
-RankAction::RankAction(const QString& caption, int rank, QObject* parent)
-    : QAction(caption, parent), rank_(rank) {
+RankAction::RankAction(const QString& caption, int picture, int rank, QObject* parent)
+    : QAction(caption, parent) {
   QAccessible::installFactory(&MakeAccessible);
-  setIcon(RankPicture(rank));
+  setIcon(RankPicture(picture));
   setIconVisibleInMenu(true);
   setToolTip(RankPictureText(rank));
 }

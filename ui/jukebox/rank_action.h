@@ -10,13 +10,9 @@ class RankAction : public QAction {
   Q_OBJECT
 
  public:
-  /// \param rank rank of the icon, see RankPicture
-  RankAction(const QString& caption, int rank, QObject* parent);
-
-  int Rank() const noexcept { return rank_; }
-
- private:
-  int rank_;
+  /// \param picture rank of the icon, see RankPicture
+  /// \param rank    rank that the item gives; the tooltip tells it
+  RankAction(const QString& caption, int picture, int rank, QObject* parent);
 };
 
 }  // namespace tallow

@@ -126,6 +126,7 @@ void PaintRankBars(QPainter& painter, const QRect& place, int rank, QIcon::Mode 
 
 QString RankPictureText(int rank) {
   if (!HasPicture(rank)) return {};
+  if (rank == kMinRankPicture) return QCoreApplication::translate("RankPicture", "not ranked");
   return QCoreApplication::translate("RankPicture", "rank %1 of %2")
       .arg(rank)
       .arg(kBestRankPicture);

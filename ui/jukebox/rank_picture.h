@@ -38,7 +38,8 @@ QIcon MarkedRankPicture(int rank, SongMark mark);
 /// \param height of the icon, in pixels
 constexpr int WidthWithMark(int height) noexcept { return height + height * 3 / 4; }
 
-/// Returns the text of the icon for screen readers: "rank 7 of 7"; empty if the rank has no icon.
+/// Returns the text of the icon for screen readers: "rank 7 of 7"; "not ranked" for the lowest one;
+/// empty if the rank has no icon.
 QString RankPictureText(int rank);
 
 }  // namespace tallow

@@ -244,19 +244,16 @@ TEST_F(Selection, TheMenuEnablesOnlyItemsThatHaveAnEffect) {
   const auto on_folder = [&] { return open(Tree().visualRect(IndexOf(Tree(), "one")).center()); };
   EXPECT_EQ(beside(),
             (QList<TreeCommand>{kAddFolderToSelected, kCutFolder, kCopyFolder, kPasteFolder,
-                                kDeleteFolder, kSortNodes, kMoveToRoot, kRename, kPlayFolder,
-                                kPlayFolderNext, kAddFolderToQueue, kFolderProperties}));
-  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kPasteFolder, kSortNodes, kMoveToRoot}));
+                                kDeleteFolder, kMoveToRoot, kRename, kPlayFolder, kPlayFolderNext,
+                                kAddFolderToQueue, kFolderProperties}));
+  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kPasteFolder, kMoveToRoot}));
   // Songs can be pasted only into a folder.
   tallow.clipboard.PutSongs({{1, 2}});
   EXPECT_TRUE(beside().contains(kPasteFolder));
-  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kSortNodes, kMoveToRoot}));
+  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kMoveToRoot}));
   tallow.clipboard.PutFolder(Nodes().ChildAt(0));
   EXPECT_FALSE(beside().contains(kPasteFolder));
-  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kSortNodes, kMoveToRoot}));
-  AddFolder("two");
-  EXPECT_FALSE(beside().contains(kSortNodes));
-  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kSortNodes, kMoveToRoot}));
+  EXPECT_EQ(on_folder(), (QList<TreeCommand>{kMoveToRoot}));
 }
 
 TEST_F(Selection, TheMenuKeyOpensTheMenuNearTheNameOfTheSong) {

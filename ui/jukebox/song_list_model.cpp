@@ -36,12 +36,10 @@ SongListModel::SongListModel(const Jukebox& jukebox, const clsMain& library, QOb
   Refill();
 }
 
-void SongListModel::ShowColumns(std::vector<ListColumn> columns, const SongColumns* texts,
-                                bool aligned) {
+void SongListModel::ShowColumns(std::vector<ListColumn> columns, const SongColumns* texts) {
   beginResetModel();
   shown_columns_ = std::move(columns);
   texts_ = texts;
-  aligned_ = aligned;
   MakePictures();
   endResetModel();
 }
@@ -183,6 +181,8 @@ QVariant SongListModel::data(const QModelIndex& index, int role) const {
     case kPaintedRole:
       return column == ListColumn::kName ? PaintedLabel(entry) : CellText(entry, column);
     case Qt::ToolTipRole:
+      if (column == ListColumn::kKey) return {};
+      [[fallthrough]];
     case Qt::AccessibleTextRole:
       return SpokenText(entry, index.column());
     case Qt::DecorationRole:
@@ -216,7 +216,7 @@ QVariant SongListModel::PictureOf(const SongEntry& entry, ListColumn column) con
     const SongMark mark = MarkOf(entry.SubItem());
     return mark == SongMark::kNone ? QVariant() : QVariant(MarkPicture(mark));
   }
-  // The column of ranks is drawn by RankDelegate.
+  // The column of ranks is drawn by SongListDelegate.
   if (column != ListColumn::kName || IndexOf(ListColumn::kRank) >= 0) return {};
   const auto rank = static_cast<std::size_t>(entry.Icon());
   const SongMark mark = HasMarksAtNames() ? MarkOf(entry.SubItem()) : SongMark::kNone;
@@ -243,7 +243,7 @@ QString SongListModel::CellText(const SongEntry& entry, ListColumn column) const
 QString SongListModel::PaintedLabel(const SongEntry& entry) const {
   constexpr QChar kBlankOfDigitWidth(0x2007);
   const QString label = CellText(entry, ListColumn::kName);
-  if (!aligned_ || entry.LabelPosition() == 0) return label;
+  if (entry.LabelPosition() == 0) return label;
   const auto digits = QString::number(Shown()->Items().size()).size() -
                       QString::number(entry.LabelPosition()).size();
   return QString(std::max<qsizetype>(digits, 0), kBlankOfDigitWidth) + label;
@@ -286,7 +286,8 @@ QVariant SongListModel::headerData(int section, Qt::Orientation orientation, int
     case Qt::DisplayRole:
       return HeaderText(column);
     case Qt::ToolTipRole:
-      return HeaderOf(column).empty() ? DisplayText(TitleOf(column)) : HeaderText(column);
+      if (column == ListColumn::kName || column == ListColumn::kKey) return {};
+      return WholeHeader(column);
     case Qt::AccessibleTextRole:
       return SpokenHeader(section);
     case Qt::TextAlignmentRole: {
@@ -297,8 +298,12 @@ QVariant SongListModel::headerData(int section, Qt::Orientation orientation, int
   }
 }
 
+QString SongListModel::WholeHeader(ListColumn column) const {
+  return HeaderOf(column).empty() ? DisplayText(TitleOf(column)) : HeaderText(column).toString();
+}
+
 QString SongListModel::SpokenHeader(int section) const {
-  const QString text = headerData(section, Qt::Horizontal, Qt::ToolTipRole).toString();
+  const QString text = WholeHeader(shown_columns_[static_cast<std::size_t>(section)]);
   if (section != sorted_section_) return text;
   return text + (descending_ ? tr(", sorted in reverse") : tr(", sorted"));
 }

@@ -35,8 +35,8 @@ class SongListModel : public QAbstractTableModel {
  public:
   /// The role that returns only the song's file name.
   static constexpr int kNameRole = Qt::UserRole;
-  /// The role that returns the text that is drawn: that of Qt::DisplayRole, in the column kName
-  /// with the blanks of ShowColumns.
+  /// The role that returns the text that is drawn: that of Qt::DisplayRole. In the column kName,
+  /// blanks of a digit's width stand before short positions, so that names begin below each other.
   static constexpr int kPaintedRole = Qt::UserRole + 1;
   /// The role that returns the rank of a song's picture, as int.
   static constexpr int kRankRole = Qt::UserRole + 2;
@@ -51,9 +51,7 @@ class SongListModel : public QAbstractTableModel {
   /// \param columns  at least one, each once
   /// \param texts    of the columns other than kName, kKey and kPosition; must outlive the model;
   ///                 null for none
-  /// \param aligned  whether the names of kName begin below each other: blanks of a digit's width
-  ///                 stand before short positions
-  void ShowColumns(std::vector<ListColumn> columns, const SongColumns* texts, bool aligned);
+  void ShowColumns(std::vector<ListColumn> columns, const SongColumns* texts);
   const std::vector<ListColumn>& Columns() const noexcept { return shown_columns_; }
   /// The place of a column, from 0; -1 when it is not shown.
   int IndexOf(ListColumn column) const noexcept;
@@ -95,6 +93,8 @@ class SongListModel : public QAbstractTableModel {
   QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
  private:
+  /// The header's text, or the column's name if the header shows none.
+  QString WholeHeader(ListColumn column) const;
   QString SpokenHeader(int section) const;
   void MakePictures();
   void ListPlaces(const std::vector<SongEntry>& entries);
@@ -120,7 +120,6 @@ class SongListModel : public QAbstractTableModel {
   int rows_ = 0;             ///< as last reported to the view
   std::vector<ListColumn> shown_columns_{ListColumn::kName, ListColumn::kKey};
   const SongColumns* texts_ = nullptr;  ///< null for none
-  bool aligned_ = false;                ///< see ShowColumns
   int sorted_section_ = -1;             ///< see ShowSort
   bool descending_ = false;
 };

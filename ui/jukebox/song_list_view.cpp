@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/song_list_view.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QApplication>
@@ -9,10 +10,12 @@
 #include <QItemSelectionModel>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScrollBar>
 
 #include "ui/jukebox/columns/column_layout.h"
 #include "ui/jukebox/columns/rank_clicks.h"
 #include "ui/jukebox/columns/song_list_delegate.h"
+#include "ui/jukebox/columns/song_list_header.h"
 #include "ui/jukebox/picture_file.h"
 #include "ui/jukebox/rank_picture.h"
 #include "ui/jukebox/song_list_model.h"
@@ -35,7 +38,7 @@ constexpr int kMinColumn = 20;
 }  // namespace
 
 SongListView::SongListView(SongListModel& songs, QWidget* parent)
-    : QTableView(parent), songs_(songs), layout_(new ColumnLayout(songs, *this)) {
+    : QTableView(parent), songs_(songs) {
   setObjectName(QStringLiteral("ListView"));
   setAccessibleName(tr("Songs"));
   setAccessibleDescription(tr("Enter plays the song, Shift+F10 opens its menu"));
@@ -55,16 +58,19 @@ SongListView::SongListView(SongListModel& songs, QWidget* parent)
   verticalHeader()->setDefaultSectionSize(text_height + kRowPadding);
   ShowMarks();
   setItemDelegate(new SongListDelegate(this));
+  setHorizontalHeader(new SongListHeader(this));
   setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
   QHeaderView& header = *horizontalHeader();
   header.setHighlightSections(false);
   header.setSectionsClickable(true);
-  header.setSectionsMovable(true);
   header.setStretchLastSection(false);
   header.setMinimumSectionSize(kMinColumn);
   header.setContextMenuPolicy(Qt::CustomContextMenu);
+  layout_ = new ColumnLayout(songs, *this);
   connect(layout_, &ColumnLayout::Changed, this, &SongListView::ColumnsChanged);
-  connect(new RankClicks(songs, *this), &RankClicks::RankWanted, this, &SongListView::RankWanted);
+  const auto* const ranks = new RankClicks(songs, *this);
+  connect(ranks, &RankClicks::RankWanted, this, &SongListView::RankWanted);
+  connect(ranks, &RankClicks::RankStepsWanted, this, &SongListView::RankStepsWanted);
   setDragEnabled(true);
   setAcceptDrops(true);
   setDropIndicatorShown(false);
@@ -78,12 +84,13 @@ void SongListView::ShowMarks() {
 void SongListView::ChangeHeaders() { songs_.ChangeHeaders(); }
 
 void SongListView::ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns* texts,
-                               bool aligned) {
+                               bool details) {
   std::vector<ListColumn> kinds;
   kinds.reserve(columns.size());
   for (const ChosenColumn& column : columns) kinds.push_back(column.column);
   ShowSort(-1, false);
-  songs_.ShowColumns(std::move(kinds), texts, aligned);
+  songs_.ShowColumns(std::move(kinds), texts);
+  horizontalHeader()->setSectionsMovable(details);
   ShowMarks();
   layout_->Show(columns);
 }
@@ -125,6 +132,41 @@ void SongListView::paintEvent(QPaintEvent* event) {
     painter.fillRect(area, veil);
   }
   QTableView::paintEvent(event);
+  FrameCurrentRow();
+}
+
+QRect SongListView::RowRect(const QModelIndex& index) const {
+  const QRect cell = visualRect(index);
+  const int right = horizontalHeader()->length() - horizontalOffset();
+  return {0, cell.y(), std::min(right, viewport()->width()), cell.height()};
+}
+
+void SongListView::FrameCurrentRow() {
+  // A selected row is visible without a frame.
+  const QModelIndex current = currentIndex();
+  if (!hasFocus() || !current.isValid() || selectionModel()->isSelected(current)) return;
+  QPainter painter(viewport());
+  painter.setPen(palette().color(QPalette::Highlight));
+  painter.drawRect(RowRect(current).adjusted(0, 0, -1, -1));
+}
+
+void SongListView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTableView::currentChanged(current, previous);
+  // The view itself updates only the two cells.
+  for (const QModelIndex& index : {current, previous})
+    if (index.isValid()) viewport()->update(RowRect(index));
+}
+
+void SongListView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+  QScrollBar& sideways = *horizontalScrollBar();
+  const int before = sideways.value();
+  QTableView::scrollTo(index, hint);
+  if (!moves_sideways_) sideways.setValue(before);
+}
+
+void SongListView::keyPressEvent(QKeyEvent* event) {
+  QTableView::keyPressEvent(event);
+  moves_sideways_ = false;
 }
 
 void SongListView::scrollContentsBy(int dx, int dy) {
@@ -135,6 +177,7 @@ void SongListView::scrollContentsBy(int dx, int dy) {
 
 QModelIndex SongListView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
   const int rows = model()->rowCount();
+  moves_sideways_ = action == MoveLeft || action == MoveRight;
   if (rows > 0 && action == MoveHome) return model()->index(0, 0);
   if (rows > 0 && action == MoveEnd) return model()->index(rows - 1, 0);
   return QTableView::moveCursor(action, modifiers);

@@ -31,8 +31,9 @@ class SongListView : public QTableView {
   void ChangeHeaders();
 
   /// Shows columns, see SongListModel::ShowColumns. This deselects all rows.
+  /// \param details see Switches::columns_of_details; with it, headers can be dragged
   void ShowColumns(const std::vector<ChosenColumn>& columns, const SongColumns* texts,
-                   bool aligned);
+                   bool details);
   /// Call after the list was refilled.
   void FitColumns();
   /// Shows with an arrow that the list is sorted by a column, or shows no arrow.
@@ -57,6 +58,8 @@ class SongListView : public QTableView {
   /// Converts rows, from 0 and ascending, to selection ranges.
   QItemSelection RangesOf(const std::vector<int>& rows) const;
 
+  /// Scrolls sideways only to follow the keyboard: the other callers want to see a row.
+  void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
   void keyboardSearch(const QString& search) override;
   /// Whether the user is typing a name: the next letter continues it.
   bool IsTyping() const;
@@ -70,6 +73,8 @@ class SongListView : public QTableView {
   void ColumnsChanged(const std::vector<tallow::ChosenColumn>& columns);
   /// The user wants all selected songs to have a rank, see RankClicks.
   void RankWanted(int rank);
+  /// The user wants each selected song to have a higher or a lower rank, see RankClicks.
+  void RankStepsWanted(int steps);
   /// The user has started to drag the selected rows. The receiver runs the drag before it returns.
   void DragStarted();
   /// The user drags something over the list, or drops something on it. The receiver accepts or
@@ -78,6 +83,8 @@ class SongListView : public QTableView {
   void Dropped(QDropEvent* event);
 
  protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
   /// A double-click of another button than the left has no effect.
   void mouseDoubleClickEvent(QMouseEvent* event) override;
@@ -92,11 +99,15 @@ class SongListView : public QTableView {
   /// Returns the first row, searching from a row and wrapping around at the end, whose text of a
   /// role begins with a text; -1 if there is none.
   int FindRow(const QString& beginning, int from, int role) const;
+  /// The visible part of the row of a cell, in the viewport.
+  QRect RowRect(const QModelIndex& index) const;
+  void FrameCurrentRow();
 
   SongListModel& songs_;
-  ColumnLayout* layout_;
+  ColumnLayout* layout_ = nullptr;  ///< a child of the view
   QPixmap background_;
   bool tiled_ = false;
+  bool moves_sideways_ = false;  ///< a key that is being handled moves to another column
   QString typed_;
   QElapsedTimer since_typed_;
 };

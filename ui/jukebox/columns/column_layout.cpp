@@ -18,11 +18,12 @@ namespace {
 /// Room beside the text of a cell, and of a header for the arrow of a sort, in pixels.
 constexpr int kCellRoom = 10;
 constexpr int kHeaderRoom = 24;
+constexpr int kHeaderRoomWithoutArrow = 16;
 
 /// Minimum width of the column that fills the list, in average characters: of the label, and of a
 /// title beside other columns.
 constexpr int kMinName = 14;
-constexpr int kMinTitle = 22;
+constexpr int kMinTitle = 16;
 
 /// The usual length of a column's texts, in average characters.
 int CharactersOf(ListColumn column) {
@@ -36,7 +37,7 @@ int CharactersOf(ListColumn column) {
       return 26;
     case ListColumn::kArtist:
     case ListColumn::kAlbum:
-      return 22;
+      return 16;
     case ListColumn::kGenre:
       return 14;
     case ListColumn::kFolder:
@@ -77,10 +78,15 @@ int ColumnLayout::Filling() const {
 }
 
 int ColumnLayout::UsualWidth(ListColumn column) const {
-  const QFontMetrics metrics = list_.fontMetrics();
+  if (column == ListColumn::kKey)
+    return CharactersOf(column) * list_.fontMetrics().averageCharWidth();
+  // The song that plays is bold.
+  QFont bold = list_.font();
+  bold.setBold(true);
+  const QFontMetrics metrics(bold);
   const int row = list_.verticalHeader()->defaultSectionSize();
-  const int header =
-      Header().fontMetrics().horizontalAdvance(DisplayText(HeaderOf(column))) + kHeaderRoom;
+  const int header = Header().fontMetrics().horizontalAdvance(DisplayText(HeaderOf(column))) +
+                     (CanSort(column) ? kHeaderRoom : kHeaderRoomWithoutArrow);
   if (column == ListColumn::kPlaying) return row + kCellRoom;
   if (column == ListColumn::kRank) return std::max(SongListDelegate::RankWidth(row), header);
   if (column == ListColumn::kPosition) {
@@ -136,13 +142,16 @@ void ColumnLayout::Resized(int column, int width) {
   columns_[static_cast<std::size_t>(column)].width =
       std::max(1, width * kUsualDpi / list_.logicalDpiX());
   is_changed_ = true;
-  Fit();
 }
 
 bool ColumnLayout::eventFilter(QObject* watched, QEvent* event) {
   if (watched == list_.viewport()) {
-    if (event->type() == QEvent::Resize) Fit();
+    // While the user drags an edge, the other columns stay under the pointer.
+    if (event->type() == QEvent::Resize && !is_held_) Fit();
+  } else if (event->type() == QEvent::MouseButtonPress) {
+    is_held_ = true;
   } else if (event->type() == QEvent::MouseButtonRelease) {
+    is_held_ = false;
     // After the header has handled the event, which moves a column.
     QMetaObject::invokeMethod(this, &ColumnLayout::Report, Qt::QueuedConnection);
   }
@@ -152,6 +161,7 @@ bool ColumnLayout::eventFilter(QObject* watched, QEvent* event) {
 void ColumnLayout::Report() {
   if (!is_changed_) return;
   is_changed_ = false;
+  Fit();
   std::vector<ChosenColumn> seen;
   for (int place = 0; place < Header().count(); ++place)
     seen.push_back(columns_[static_cast<std::size_t>(Header().logicalIndex(place))]);

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/columns/rank_clicks.h"
 
-#include <algorithm>
-
+#include <QApplication>
 #include <QItemSelectionModel>
 #include <QMouseEvent>
 #include <QWheelEvent>
 
-#include "jukebox/ranking.h"
 #include "ui/jukebox/columns/song_list_delegate.h"
 #include "ui/jukebox/song_list_model.h"
 #include "ui/jukebox/song_list_view.h"
@@ -28,7 +26,7 @@ bool RankClicks::eventFilter(QObject* watched, QEvent* event) {
       // The second click opens the song where the first one has only selected the row.
       return ranks_ && Pressed(*static_cast<QMouseEvent*>(event));
     case QEvent::MouseMove:
-      return pressed_.isValid();
+      return Moved(*static_cast<QMouseEvent*>(event));
     case QEvent::MouseButtonRelease:
       return Released(*static_cast<QMouseEvent*>(event));
     case QEvent::Wheel:
@@ -52,7 +50,18 @@ bool RankClicks::Pressed(const QMouseEvent& event) {
   // The list does not get the event, because its click would select only this row.
   list_.setFocus(Qt::MouseFocusReason);
   pressed_ = index;
+  pressed_at_ = event.position().toPoint();
   ranks_ = true;
+  return true;
+}
+
+bool RankClicks::Moved(const QMouseEvent& event) {
+  if (!pressed_.isValid()) return false;
+  const QPoint moved = event.position().toPoint() - pressed_at_;
+  if (moved.manhattanLength() < QApplication::startDragDistance()) return true;
+  // The list has not got the press, so it would not start the drag.
+  pressed_ = QModelIndex();
+  emit list_.DragStarted();
   return true;
 }
 
@@ -78,9 +87,7 @@ bool RankClicks::Turned(const QWheelEvent& event) {
   turned_ += turned;
   const int steps = turned_ / QWheelEvent::DefaultDeltasPerStep;
   turned_ -= steps * QWheelEvent::DefaultDeltasPerStep;
-  const int now = index.data(SongListModel::kRankRole).toInt();
-  const int rank = std::clamp(now + steps, kNeverRanked, kBestRank);
-  if (rank != now) emit RankWanted(rank);
+  if (steps != 0) emit RankStepsWanted(steps);
   return true;
 }
 

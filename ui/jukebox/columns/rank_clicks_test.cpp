@@ -119,6 +119,50 @@ TEST_F(RankClicksTest, TheWheelWithCtrlRaisesAndLowersTheRank) {
   EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
 }
 
+TEST_F(RankClicksTest, TheWheelRaisesEachSelectedSongInOneStep) {
+  SelectRow(1);
+  ClickRank(1, 5);
+  SelectRow(2);
+  ClickRank(2, 7);
+  SelectRow(0);
+  SelectRow(2, Qt::ShiftModifier);
+  Turn(0, 120);
+  EXPECT_EQ(Ranks(), (Texts{"3", "6", "7", "2"}));
+  EXPECT_EQ(Box().History().NameToUndo(), "Rank 2 Songs");
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Ranks(), (Texts{"2", "5", "7", "2"}));
+  // Two steps of the wheel at once.
+  Turn(0, -240);
+  EXPECT_EQ(Ranks(), (Texts{"2", "3", "5", "2"}));
+}
+
+TEST_F(RankClicksTest, APressThatMovesDragsTheSongs) {
+  SelectRow(1);
+  int drags = 0;
+  // The real receiver would wait for the end of the drag.
+  QObject::disconnect(&List(), &SongListView::DragStarted, nullptr, nullptr);
+  QObject::connect(&List(), &SongListView::DragStarted, [&drags] { ++drags; });
+  QWidget& viewport = *List().viewport();
+  const QPoint from = PointOf(1, 6);
+  const auto move = [&](const QPoint& to) {
+    QMouseEvent event(QEvent::MouseMove, to, viewport.mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QApplication::sendEvent(&viewport, &event);
+  };
+  QTest::mousePress(&viewport, Qt::LeftButton, {}, from);
+  move(from + QPoint(1, 0));
+  EXPECT_EQ(drags, 0);
+  move(from + QPoint(0, QApplication::startDragDistance() + 1));
+  EXPECT_EQ(drags, 1);
+  QTest::mouseRelease(&viewport, Qt::LeftButton, {}, from);
+  EXPECT_EQ(Ranks(), (Texts{"2", "2", "2", "2"}));
+  // A small movement is still a click.
+  QTest::mousePress(&viewport, Qt::LeftButton, {}, from);
+  move(from + QPoint(0, 1));
+  QTest::mouseRelease(&viewport, Qt::LeftButton, {}, from);
+  EXPECT_EQ(Ranks()[1], "6");
+}
+
 TEST_F(RankClicksTest, PartsOfAStepOfTheWheelAddUp) {
   SelectRow(1);
   for (int part = 0; part < 7; ++part) Turn(1, 15);

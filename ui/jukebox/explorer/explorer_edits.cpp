@@ -32,13 +32,19 @@ void ExplorerEdits::ReportProblem(JukeboxEdits::Result result) {
                       .arg(kMaxLevel)});
   if (result == JukeboxEdits::Result::kNeedsFolder)
     emit Problem({tr("Songs go into a folder. Select a folder and paste again.")});
+  if (result == JukeboxEdits::Result::kAlreadyThere)
+    emit Problem({tr("The folder already has these songs.")});
 }
 
-void ExplorerEdits::CutSongs() {
+void ExplorerEdits::SortNodes(Folder* above) {
+  if (!edits_.SortNodes(above)) emit Problem({tr("The folders are sorted already.")});
+}
+
+void ExplorerEdits::CutSongs(std::string_view verb) {
   Folder* const folder = jukebox_.selectednode();
   const std::vector<int> rows = songs_.Selected();
   if (jukebox_.ShowsHits() || folder == nullptr || rows.empty() || !MayCut(*folder, true)) return;
-  edits_.CutSongs(*folder, rows);
+  edits_.CutSongs(*folder, rows, verb);
   songs_.SongsTaken(rows.front());
 }
 

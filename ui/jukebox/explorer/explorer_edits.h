@@ -37,7 +37,8 @@ class ExplorerEdits : public QObject {
   Folder* FolderOfKey(std::uint32_t key) const;
 
   /// Cuts or copies the selected songs. Hits of a search cannot be cut.
-  void CutSongs();
+  /// \param verb of the step's name, see NameOfSongStep
+  void CutSongs(std::string_view verb = "Cut");
   void CopySongs();
   void CutFolder(Folder& folder);
   void CopyFolder(const Folder& folder) { edits_.CopyFolder(folder); }
@@ -58,7 +59,7 @@ class ExplorerEdits : public QObject {
   /// must not be cut or is already at the top level.
   void MoveToRoot(Folder& folder);
   /// \param above the folder whose subfolders are sorted; null for the whole tree
-  void SortNodes(Folder* above) { edits_.SortNodes(above); }
+  void SortNodes(Folder* above);
   /// Adds the songs that a folder does not contain yet.
   void AddSongs(Folder& to, const std::vector<SongEntry>& songs);
 
@@ -84,7 +85,7 @@ class ExplorerEdits : public QObject {
  signals:
   /// Emitted before songs or a folder are cut, or moved by a drag.
   void BeforeCut(tallow::BeforeCutEvent& event);
-  /// An edit failed; the lines say why.
+  /// An edit failed, or had nothing to change; the lines say why.
   void Problem(const QStringList& lines);
 
  private:

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 
 #include "library/cls_main.h"
+#include "ui/jukebox/explorer/digit_keys.h"
 #include "ui/jukebox/folder_tree_view.h"
 #include "ui/jukebox/song_list_view.h"
 
@@ -19,12 +20,21 @@ Qt::KeyboardModifiers ModifiersOf(const QKeyEvent& key) {
   return key.modifiers() & ~Qt::KeypadModifier;
 }
 
-/// The item of the rank menu that a digit stands for, pressed with Ctrl; 0 for none.
-int RankItemOfKey(int key) {
-  if (key == Qt::Key_0) return kNoRankItem;
-  const int rank = key - Qt::Key_0;
-  const int item = kBestRank + 1 - rank;
-  return rank <= kBestRank && item > 0 && item < kRankItems ? item : 0;
+/// The digit of a key that is pressed with Ctrl; -1 for none. On some keyboards the digits need
+/// Shift; there the key of the digit counts with Ctrl alone as well.
+int DigitWithCtrl(const QKeyEvent& key) {
+  const Qt::KeyboardModifiers modifiers = ModifiersOf(key);
+  const bool is_digit = key.key() >= Qt::Key_0 && key.key() <= Qt::Key_9;
+  if (is_digit && (modifiers & ~Qt::ShiftModifier) == Qt::ControlModifier)
+    return key.key() - Qt::Key_0;
+  return modifiers == Qt::ControlModifier ? DigitOfNativeKey(key) : -1;
+}
+
+/// The item of the rank menu that a digit stands for; 0 for none.
+int RankItemOfDigit(int digit) {
+  if (digit == 0) return kNoRankItem;
+  const int item = kBestRank + 1 - digit;
+  return item > 0 && item < kRankItems ? item : 0;
 }
 
 }  // namespace
@@ -106,7 +116,7 @@ bool ExplorerKeys::ListKeyPressed(const QKeyEvent& key) {
     emit MoveKey(key.key() == Qt::Key_Up);
     return true;
   }
-  if (const int item = RankItemOfKey(key.key()); modifiers == Qt::ControlModifier && item != 0) {
+  if (const int item = RankItemOfDigit(DigitWithCtrl(key)); item != 0) {
     emit ListCommandKey(RankCommand(item));
     return true;
   }

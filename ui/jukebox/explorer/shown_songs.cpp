@@ -44,10 +44,13 @@ void ShownSongs::HideHits() {
 
 void ShownSongs::FillList() {
   QScrollBar& bar = *view_.verticalScrollBar();
+  QScrollBar& sideways = *view_.horizontalScrollBar();
   const int position = keeps_scroll_position_ ? bar.value() : 0;
+  const int left = sideways.value();
   model_.Refill();
   view_.FitColumns();
   bar.setValue(position);
+  sideways.setValue(left);
 }
 
 std::vector<int> ShownSongs::Selected() const {

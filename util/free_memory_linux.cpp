@@ -1,0 +1,10 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include <malloc.h>
+
+#include "util/free_memory.h"
+
+namespace tallow {
+
+void ReturnFreeMemory() noexcept { malloc_trim(0); }
+
+}  // namespace tallow
