@@ -16,8 +16,8 @@ std::string_view EmptyFolderText(const Folder& folder) noexcept {
     return "All songs are filed here when they are found. To search for songs, choose "
            "Songs > Bring In New Songs.";
   if (!IsAutomaticFolder(folder))
-    return "This folder is empty. Drag songs here, or copy songs in another folder and paste them "
-           "here.";
+    return "This folder is empty. Drag songs onto it in the tree, or copy songs in another folder "
+           "and paste them here.";
   if (folder.Level() == 0 && folder.Text() == "New")
     return "Songs are filed here when a search finds them.";
   if (folder.Level() == 0) return "Songs are filed by their tags, in the folders below this one.";

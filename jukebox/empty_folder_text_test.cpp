@@ -17,8 +17,8 @@ TEST(EmptyFolderText, TellsWhatTheFolderIsFor) {
   EXPECT_EQ(EmptyFolderText(tree.AddChild(nullptr, "New")),
             "Songs are filed here when a search finds them.");
   EXPECT_EQ(EmptyFolderText(tree.AddChild(nullptr, "Parties")),
-            "This folder is empty. Drag songs here, or copy songs in another folder and paste them "
-            "here.");
+            "This folder is empty. Drag songs onto it in the tree, or copy songs in another folder "
+            "and paste them here.");
 }
 
 TEST(EmptyFolderText, TellsThatTagsFillAutomaticFolders) {

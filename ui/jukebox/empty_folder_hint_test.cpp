@@ -18,8 +18,8 @@ TEST_F(EmptyFolderHintTest, TellsHowSongsGetIntoTheFolder) {
   Show();
   EXPECT_TRUE(Hint().isVisible());
   EXPECT_EQ(Hint().text(),
-            "This folder is empty. Drag songs here, or copy songs in another folder and paste them "
-            "here.");
+            "This folder is empty. Drag songs onto it in the tree, or copy songs in another folder "
+            "and paste them here.");
   EXPECT_EQ(Hint().size(), List().viewport()->size());
   window.resize(900, 700);
   EXPECT_EQ(Hint().size(), List().viewport()->size());
