@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QShortcut>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
@@ -24,6 +25,9 @@ namespace {
 /// Width of the lists, in average characters, and heights, in lines.
 constexpr int kListCharacters = 84;
 constexpr int kFolderLines = 5;
+constexpr int kMinPropertyLines = 8;
+/// Additional lines of the list of properties at first, for values that are wrapped.
+constexpr int kWrappedLines = 2;
 
 /// Height of a list that shows this many rows, in pixels.
 int HeightOf(const QTreeWidget& list, int rows) {
@@ -79,9 +83,10 @@ QTreeWidget* MakeTwoColumns(QWidget* parent, const char* name) {
   list->setRootIsDecorated(false);
   list->setWordWrap(true);
   list->setItemDelegate(new ValueDelegate(*list));
-  // The heights of the rows depend on the width of the second column.
-  QObject::connect(list->header(), &QHeaderView::sectionResized, list,
-                   [list] { list->doItemsLayout(); });
+  // The heights of the rows depend on the width of the second column. Queued, because the view
+  // keeps heights that it computes while a section is resized.
+  QObject::connect(list->header(), &QHeaderView::sectionResized, list, &QTreeView::doItemsLayout,
+                   Qt::QueuedConnection);
   list->setMinimumWidth(kListCharacters * list->fontMetrics().averageCharWidth());
   return list;
 }
@@ -89,7 +94,6 @@ QTreeWidget* MakeTwoColumns(QWidget* parent, const char* name) {
 QTreeWidgetItem* AddRow(QTreeWidget& list, const QString& first, const QString& second) {
   auto* const row = new QTreeWidgetItem(&list, {first, second});
   row->setToolTip(1, second);
-  row->setTextAlignment(0, Qt::AlignLeading | Qt::AlignTop);
   return row;
 }
 
@@ -127,6 +131,11 @@ frmProperties::frmProperties(PropertiesContext context, QWidget* parent)
   buttons->addWidget(close);
   layout->addLayout(buttons);
   list_->setFocus();
+  const int rows = static_cast<int>(context_.properties.size()) + kWrappedLines;
+  const QSize hint = sizeHint();
+  const int list_height = list_->sizeHint().expandedTo(list_->minimumSize()).height();
+  const QSize wanted(hint.width(), hint.height() - list_height + HeightOf(*list_, rows));
+  resize(wanted.boundedTo(screen()->availableSize()));
 }
 
 QTreeWidget* frmProperties::MakeList() {
@@ -140,7 +149,7 @@ QTreeWidget* frmProperties::MakeList() {
         ->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsEditable);
   list->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
   list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-  list->setMinimumHeight(HeightOf(*list, static_cast<int>(context_.properties.size())));
+  list->setMinimumHeight(HeightOf(*list, kMinPropertyLines));
   list->setCurrentItem(list->topLevelItem(0));
   // Without this, the list copies its first column.
   auto* const copy = new QShortcut(QKeySequence(QKeySequence::Copy), list);

@@ -90,12 +90,14 @@ TEST_F(PropertiesDialog, ALongPathIsWrappedAndCanBeSelected) {
   QString path = "/music";
   for (int k = 0; k < 40; ++k) path += "/folder";
   context.properties.push_back({"Folder", path.toStdString()});
+  context.properties.push_back({"File Size", "4 MB (4,123,456 bytes)"});
   frmProperties dialog(std::move(context));
   dialog.show();
   QTreeWidget& list = List(dialog, "lstProperties");
   QCoreApplication::processEvents();
   const auto height = [&](int row) { return list.visualItemRect(list.topLevelItem(row)).height(); };
   EXPECT_GT(height(2), height(1) * 3 / 2);
+  EXPECT_EQ(height(3), height(1));
   // A wider dialog needs fewer lines.
   const int narrow = height(2);
   dialog.resize(3 * dialog.width(), dialog.height());
