@@ -63,8 +63,8 @@ class frmMain : public QWidget {
   void ShowJukebox();
 
   /// Shows in an empty list that the library has no songs or else, with the switch
-  /// `columns_of_details`, what the folder is for; or stops showing it. Call when the library or the searched places have changed; a refilled list calls
-  /// it itself.
+  /// `columns_of_details`, what the folder is for; or stops showing it. Call when the library or
+  /// the searched places have changed; a refilled list calls it itself.
   void ShowEmptyLibrary();
 
   /// Returns the folder that a pane's keys, and the frame's commands for that pane, act on; null if

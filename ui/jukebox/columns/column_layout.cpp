@@ -15,10 +15,12 @@
 namespace tallow {
 namespace {
 
-/// Room beside the text of a cell, and of a header for the arrow of a sort, in pixels.
+/// Room beside the text of a cell, see ApartFromNext for that of numbers, and of a header for the
+/// arrow of a sort, in pixels.
 constexpr int kCellRoom = 10;
+constexpr int kNumberRoom = 18;
 constexpr int kHeaderRoom = 24;
-constexpr int kHeaderRoomWithoutArrow = 16;
+constexpr int kHeaderRoomWithoutArrow = 20;
 
 /// Minimum width of the column that fills the list, in average characters: of the label, and of a
 /// title beside other columns.
@@ -93,9 +95,10 @@ int ColumnLayout::UsualWidth(ListColumn column) const {
     // For the largest number, so that the column does not change while the user scrolls.
     const QString largest = QString::number(std::max(songs_.rowCount(), 100));
     const int digits = metrics.horizontalAdvance(QString(largest.size(), u'8'));
-    return std::max(digits + kCellRoom, header);
+    return std::max(digits + kNumberRoom, header);
   }
-  return std::max(CharactersOf(column) * metrics.averageCharWidth() + kCellRoom, header);
+  const int room = IsNumber(column) ? kNumberRoom : kCellRoom;
+  return std::max(CharactersOf(column) * metrics.averageCharWidth() + room, header);
 }
 
 int ColumnLayout::WidthOf(const ChosenColumn& column) const {

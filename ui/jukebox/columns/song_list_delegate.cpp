@@ -25,6 +25,12 @@ QRect BarsOf(const QRect& cell) {
 
 }  // namespace
 
+QString ApartFromNext(const QString& text) {
+  // Blanks that are not cut off at the end of a line.
+  constexpr QChar kBlank(0x00A0);
+  return text + QString(2, kBlank);
+}
+
 int SongListDelegate::RankWidth(int height) { return (kRankBars + 2) * StepOf(height); }
 
 int SongListDelegate::RankAt(const QRect& cell, int x) {
@@ -38,6 +44,7 @@ void SongListDelegate::initStyleOption(QStyleOptionViewItem* option,
                                        const QModelIndex& index) const {
   QStyledItemDelegate::initStyleOption(option, index);
   option->text = index.data(SongListModel::kPaintedRole).toString();
+  if (option->displayAlignment.testFlag(Qt::AlignRight)) option->text = ApartFromNext(option->text);
 }
 
 void SongListDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QString>
 #include <QStyledItemDelegate>
 
 namespace tallow {
+
+/// Adds blanks to a text that is aligned at the right, so that it keeps a distance from the next
+/// column, which may be aligned at the left. The style sets the margins.
+QString ApartFromNext(const QString& text);
 
 /// Draws the cells of a list of songs: the texts of SongListModel::kPaintedRole, and in the column
 /// of ranks bars that are wide enough to be clicked.

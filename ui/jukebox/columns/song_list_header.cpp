@@ -3,13 +3,13 @@
 
 #include <QStyleOptionHeader>
 
+#include "ui/jukebox/columns/song_list_delegate.h"
+
 namespace tallow {
 
 void SongListHeader::initStyleOptionForIndex(QStyleOptionHeader* option, int section) const {
   QHeaderView::initStyleOptionForIndex(option, section);
-  // Two blanks that are not cut off at the end of a line, because the style sets the margins.
-  constexpr QChar kBlank(0x00A0);
-  if ((option->textAlignment & Qt::AlignRight) != 0) option->text += QString(2, kBlank);
+  if (option->textAlignment.testFlag(Qt::AlignRight)) option->text = ApartFromNext(option->text);
 }
 
 }  // namespace tallow
