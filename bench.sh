@@ -271,7 +271,7 @@ for size in 100000 1000000; do
   row "$size" floor "$floor" 1.00 "" ""
   if [ "$size" = 100000 ]; then first_goal=0.1 search_goal=0.016; else first_goal=1 search_goal=0.1; fi
   row "$size" "first key" "$(figure first)" "$(divide "$(figure first)" "$first_goal")" 1.0 \
-    "ratio to $first_goal s; $(divide "$(figure first)" "$floor" %.0f) x the floor; $(figure memory) MB"
+    "ratio to $first_goal s; $(divide "$(figure first)" "$floor" %.0f) x the floor; $(figure memory) MB, of these $(figure index) MB index, $(figure details) MB details"
   row "$size" "search, slowest key" "$(figure search)" "$(divide "$(figure search)" "$search_goal")" 1.0 \
     "ratio to $search_goal s; $(divide "$(figure search)" "$floor" %.1f) x the floor"
   for what in title artist length folder; do
