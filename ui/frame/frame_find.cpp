@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frame/frame_find.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include <QAction>
+#include <QApplication>
 #include <QElapsedTimer>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMainWindow>
@@ -34,6 +38,14 @@ namespace {
 constexpr int kMinCharacters = 16;
 constexpr int kMaxCharacters = 40;
 
+/// A search waits for the details of all songs for this time; what comes later is searched by Renew.
+constexpr std::chrono::milliseconds kMaxWait{100};
+/// After a search that took longer, in nanoseconds, the keys that wait come first.
+constexpr std::int64_t kQuick = 16'000'000;
+/// Renew runs after this time, in ms, and after this multiple of the time that a search takes.
+constexpr int kRenewEvery = 500;
+constexpr int kRenewalFactor = 20;
+
 /// "1,234 songs found in 0.004 s".
 std::string FoundText(std::size_t count, std::int64_t nanoseconds) {
   const std::string songs = count == 0   ? "No songs"
@@ -47,12 +59,14 @@ std::string FoundText(std::size_t count, std::int64_t nanoseconds) {
 
 FrameFind::FrameFind(QMainWindow& frame, QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
                      FrameMessages& messages)
-    : toolbar_(toolbar),
+    : frame_(frame),
+      toolbar_(toolbar),
       tallow_(tallow),
       jukeboxes_(jukeboxes),
       messages_(messages),
       field_(new QLineEdit(&toolbar)),
-      key_(new QAction(tr("Find songs"), this)) {
+      key_(new QAction(tr("Find songs"), this)),
+      renewal_(new QTimer(field_)) {
   auto* const space = new QWidget(&toolbar);
   space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   space_ = toolbar.addWidget(space);
@@ -73,7 +87,11 @@ FrameFind::FrameFind(QMainWindow& frame, QToolBar& toolbar, Tallow& tallow, Juke
   field_->setMaximumWidth(kMaxCharacters * character);
   field_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   field_->installEventFilter(this);
-  connect(field_, &QLineEdit::textChanged, this, &FrameFind::Find);
+  connect(field_, &QLineEdit::textChanged, this, &FrameFind::TextChanged);
+  later_.setSingleShot(true);
+  connect(&later_, &QTimer::timeout, this, &FrameFind::Find);
+  renewal_->setObjectName(QStringLiteral("RenewalTimer"));
+  connect(renewal_, &QTimer::timeout, this, &FrameFind::Renew);
   key_->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_E));
   frame.addAction(key_);
   connect(key_, &QAction::triggered, this, &FrameFind::Focus);
@@ -110,6 +128,12 @@ bool FrameFind::eventFilter(QObject* watched, QEvent* event) {
       return true;
     }
   }
+  if (event->type() == QEvent::FocusIn) {
+    // The user will probably type. The start of the program gives no focus for these reasons.
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    if (reason == Qt::MouseFocusReason || reason == Qt::ShortcutFocusReason)
+      tallow_.details.BeginLoading();
+  }
   if (event->type() == QEvent::KeyPress) {
     const auto& key = *static_cast<QKeyEvent*>(event);
     const bool plays = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
@@ -128,12 +152,14 @@ bool FrameFind::KeyPressed(int key) {
       if (window != nullptr) window->GrabFocus();
       return true;
     case Qt::Key_Down:
+      FindNow();
       if (window == nullptr) return true;
       window->PVExplorer1().GrabFocus(true);
       if (window_ != nullptr) window->PVExplorer1().SelectFirstSong();
       return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
+      FindNow();
       if (window_ != nullptr && !window_->Jukebox().ListFolder()->Items().empty())
         window_->OpenSong(0);
       return true;
@@ -142,8 +168,21 @@ bool FrameFind::KeyPressed(int key) {
   }
 }
 
-void FrameFind::Find() {
+void FrameFind::TextChanged() {
   if (is_clearing_) return;
+  if (duration_ > kQuick)
+    later_.start();
+  else
+    Find();
+}
+
+void FrameFind::FindNow() {
+  if (!later_.isActive()) return;
+  later_.stop();
+  Find();
+}
+
+void FrameFind::Find() {
   const std::string text = field_->text().toStdString();
   if (Trim(text).empty()) {
     if (window_ == nullptr) return;
@@ -157,14 +196,48 @@ void FrameFind::Find() {
   ShowHits(*window, text);
 }
 
+const std::vector<std::int32_t>& FrameFind::Search(const std::string& text) {
+  if (finder_ == nullptr) finder_ = std::make_unique<SongFinder>(tallow_.library, tallow_.details);
+  hits_ = finder_->Find(text, kMaxWait);
+  names_version_ = tallow_.library.NamesVersion();
+  details_version_ = tallow_.details.Table().Version();
+  return hits_;
+}
+
 void FrameFind::ShowHits(frmMain& window, const std::string& text) {
   QElapsedTimer timer;
   timer.start();
-  if (finder_ == nullptr) finder_ = std::make_unique<SongFinder>(tallow_.library, tallow_.details);
-  const std::vector<std::int32_t> hits = finder_->Find(text);
-  window.PVExplorer1().ShowHits(hits);
+  window.PVExplorer1().ShowHits(Search(text));
   Follow(window);
-  messages_.ShowStatus(FoundText(hits.size(), timer.nsecsElapsed()));
+  duration_ = timer.nsecsElapsed();
+  messages_.ShowStatus(FoundText(hits_.size(), duration_));
+  constexpr std::int64_t kNanosecondsOfMs = 1'000'000;
+  renewal_->start(std::max(kRenewEvery, int(kRenewalFactor * duration_ / kNanosecondsOfMs)));
+}
+
+bool FrameFind::AreHitsOutdated() const {
+  return names_version_ != tallow_.library.NamesVersion() ||
+         details_version_ != tallow_.details.Table().Version() || tallow_.details.IsLoading();
+}
+
+void FrameFind::Renew() {
+  if (window_ == nullptr) return renewal_->stop();
+  // A disabled frame has work in progress, which changes the library. Neither must songs move under
+  // the mouse.
+  if (!frame_.isEnabled() || !AreHitsOutdated() || later_.isActive() ||
+      QApplication::activePopupWidget() != nullptr || QApplication::mouseButtons() != Qt::NoButton)
+    return;
+  const auto& shown = window_->Jukebox().ListFolder()->Items();
+  const bool is_in_order =
+      std::ranges::equal(shown, hits_, {}, [](const SongEntry& entry) { return entry.SubItem(); });
+  if (!is_in_order) return renewal_->stop();
+  const std::vector<std::int32_t> before = hits_;
+  const std::string text = field_->text().toStdString();
+  if (Search(text) == before) return;
+  PVExplorer& explorer = window_->PVExplorer1();
+  const PVExplorer::Place place = explorer.CurrentPlace();
+  explorer.ShowHits(hits_);
+  explorer.GoTo(place);
 }
 
 void FrameFind::Follow(frmMain& window) {
@@ -177,6 +250,7 @@ void FrameFind::Follow(frmMain& window) {
 }
 
 void FrameFind::End() {
+  later_.stop();
   if (window_ != nullptr) window_->PVExplorer1().HideHits();
   is_clearing_ = true;
   field_->clear();

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 class QAction;
 class QLineEdit;
@@ -24,6 +27,10 @@ class frmMain;
 /// list of the active jukebox shows the songs found, see Jukebox::ShowHits. Another folder, another
 /// jukebox window and Esc give the folder back and clear the field. Shown with the switch
 /// `find_field`.
+///
+/// A search runs at each key. If the last one took long, the keys that wait come first, and only the
+/// last text is searched. While hits are shown, new songs and new details are searched, too, at most
+/// twice a second, unless the user has sorted the hits.
 class FrameFind : public QObject {
   Q_OBJECT
 
@@ -41,7 +48,16 @@ class FrameFind : public QObject {
   bool KeyPressed(int key);
   /// Gives the keyboard focus to the field, and selects its text.
   void Focus();
+  /// Starts a search for the text of the field, now or when the keys that wait are handled.
+  void TextChanged();
   void Find();
+  /// Does now what TextChanged has put off.
+  void FindNow();
+  /// Searches again if songs or details have changed.
+  void Renew();
+  bool AreHitsOutdated() const;
+  /// Searches, and stores and returns the hits.
+  const std::vector<std::int32_t>& Search(const std::string& text);
   void ShowHits(frmMain& window, const std::string& text);
   /// Follows a window whose list shows hits.
   void Follow(frmMain& window);
@@ -51,6 +67,7 @@ class FrameFind : public QObject {
   void EndIfFolderIsBack();
   void EndIfOtherWindow();
 
+  QMainWindow& frame_;
   QToolBar& toolbar_;
   Tallow& tallow_;
   JukeboxArea& jukeboxes_;
@@ -62,6 +79,12 @@ class FrameFind : public QObject {
   std::unique_ptr<SongFinder> finder_;  ///< made by the first key
   QPointer<frmMain> window_;            ///< whose list shows hits; null for none
   bool is_clearing_ = false;
+  QTimer later_;               ///< runs Find when the keys that wait are handled
+  QTimer* renewal_;             ///< runs Renew while hits are shown
+  std::int64_t duration_ = 0;  ///< of the last search until its hits were shown, in nanoseconds
+  std::vector<std::int32_t> hits_;     ///< of the last search
+  std::uint64_t names_version_ = 0;    ///< SongRows::NamesVersion at the last search
+  std::uint32_t details_version_ = 0;  ///< DetailsTable::Version at the last search
 };
 
 }  // namespace tallow
