@@ -115,8 +115,14 @@ void Jukebox::ShowHits(const std::vector<std::int32_t>& songs, const clsMain& li
     header_before_hits_ = ColumnHeaders().empty() ? std::string() : ColumnHeaders().front();
   }
   found_.Show(songs);
+  // A search finds no songs that LabelSongs would remove.
+  std::int32_t position = 0;
+  for (SongEntry& entry : ListFolder()->Items()) {
+    entry.LabelPosition(++position);
+    entry.Icon(library.Song(entry.SubItem()).Rank());
+  }
   // Fill the list first, as ShowFolder does.
-  ListRefilled(library);
+  display_.ListChanged();
   ResetSort();
 }
 

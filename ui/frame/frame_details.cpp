@@ -67,7 +67,8 @@ void FrameDetails::Poll() {
   if (!frame_.isEnabled()) return;
   tallow_.details.Poll();
   if (polled_) polled_();
-  const int interval = tallow_.details.IsReading() ? kTakeEvery : kLookEvery;
+  const bool is_busy = tallow_.details.IsReading() || tallow_.details.IsLoading();
+  const int interval = is_busy ? kTakeEvery : kLookEvery;
   if (timer_.interval() != interval) timer_.setInterval(interval);
   messages_.AddNotice(tallow_.details.TakeProblems());
   TellUnreadable();

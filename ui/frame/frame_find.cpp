@@ -1,12 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frame/frame_find.h"
 
+#include <algorithm>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
 
 #include <QAction>
+#include <QApplication>
 #include <QElapsedTimer>
 #include <QFocusEvent>
 #include <QKeyEvent>
@@ -36,6 +39,15 @@ namespace {
 constexpr int kMinCharacters = 16;
 constexpr int kMaxCharacters = 40;
 
+/// A search waits for the details of all songs for this time. What comes later is searched by
+/// Renew.
+constexpr std::chrono::milliseconds kMaxWait{100};
+/// After a search that took longer, in ms, the keys that wait come first.
+constexpr std::int64_t kQuick = 16;
+/// Renew runs after this time, in ms, and after this multiple of the time that a search takes.
+constexpr int kRenewEvery = 500;
+constexpr int kRenewalFactor = 20;
+
 /// "1,234 songs found in 4 ms".
 std::string FoundText(std::size_t count, std::int64_t milliseconds) {
   const std::string songs = count == 0   ? "No songs"
@@ -53,7 +65,8 @@ FrameFind::FrameFind(QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
       tallow_(tallow),
       jukeboxes_(jukeboxes),
       messages_(messages),
-      field_(new QLineEdit(&toolbar)) {
+      field_(new QLineEdit(&toolbar)),
+      renewal_(new QTimer(field_)) {
   auto* const space = new QWidget(&toolbar);
   space->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
   space_ = toolbar.addWidget(space);
@@ -76,7 +89,11 @@ FrameFind::FrameFind(QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
   field_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   field_->installEventFilter(this);
   toolbar.installEventFilter(this);
-  connect(field_, &QLineEdit::textChanged, this, &FrameFind::Find);
+  connect(field_, &QLineEdit::textChanged, this, &FrameFind::TextChanged);
+  later_.setSingleShot(true);
+  connect(&later_, &QTimer::timeout, this, &FrameFind::Find);
+  renewal_->setObjectName(QStringLiteral("RenewalTimer"));
+  connect(renewal_, &QTimer::timeout, this, &FrameFind::Renew);
   connect(&jukeboxes.Area(), &QMdiArea::subWindowActivated, this, &FrameFind::EndIfOtherWindow);
   FollowPreferences();
 }
@@ -130,6 +147,12 @@ bool FrameFind::eventFilter(QObject* watched, QEvent* event) {
       return true;
     }
   }
+  if (event->type() == QEvent::FocusIn) {
+    // The user will probably type. The start of the program gives no focus for these reasons.
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    if (reason == Qt::MouseFocusReason || reason == Qt::ShortcutFocusReason)
+      tallow_.details.BeginLoading();
+  }
   if (event->type() == QEvent::KeyPress) {
     const auto& key = *static_cast<QKeyEvent*>(event);
     const bool plays = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
@@ -148,12 +171,14 @@ bool FrameFind::KeyPressed(int key) {
       if (window != nullptr) window->GrabFocus();
       return true;
     case Qt::Key_Down:
+      FindNow();
       if (window == nullptr) return true;
       window->PVExplorer1().GrabFocus(true);
       if (window_ != nullptr) window->PVExplorer1().SelectFirstSong();
       return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
+      FindNow();
       if (window_ != nullptr && !window_->Jukebox().ListFolder()->Items().empty())
         window_->OpenSong(0);
       return true;
@@ -162,8 +187,21 @@ bool FrameFind::KeyPressed(int key) {
   }
 }
 
-void FrameFind::Find() {
+void FrameFind::TextChanged() {
   if (is_clearing_) return;
+  if (duration_ > kQuick)
+    later_.start();
+  else
+    Find();
+}
+
+void FrameFind::FindNow() {
+  if (!later_.isActive()) return;
+  later_.stop();
+  Find();
+}
+
+void FrameFind::Find() {
   const std::string text = field_->text().toStdString();
   if (Trim(text).empty()) {
     if (window_ == nullptr) return;
@@ -177,14 +215,47 @@ void FrameFind::Find() {
   ShowHits(*window, text);
 }
 
+const std::vector<std::int32_t>& FrameFind::Search(const std::string& text) {
+  if (finder_ == nullptr) finder_ = std::make_unique<SongFinder>(tallow_.library, tallow_.details);
+  hits_ = finder_->Find(text, kMaxWait);
+  names_version_ = tallow_.library.NamesVersion();
+  details_version_ = tallow_.details.Table().Version();
+  return hits_;
+}
+
 void FrameFind::ShowHits(frmMain& window, const std::string& text) {
   QElapsedTimer timer;
   timer.start();
-  if (finder_ == nullptr) finder_ = std::make_unique<SongFinder>(tallow_.library, tallow_.details);
-  const std::vector<std::int32_t> hits = finder_->Find(text);
-  window.PVExplorer1().ShowHits(hits);
+  window.PVExplorer1().ShowHits(Search(text));
   Follow(window);
-  messages_.ShowStatus(FoundText(hits.size(), timer.elapsed()));
+  duration_ = timer.elapsed();
+  messages_.ShowStatus(FoundText(hits_.size(), duration_));
+  renewal_->start(std::max(kRenewEvery, int(kRenewalFactor * duration_)));
+}
+
+bool FrameFind::AreHitsOutdated() const {
+  return names_version_ != tallow_.library.NamesVersion() ||
+         details_version_ != tallow_.details.Table().Version() || tallow_.details.IsLoading();
+}
+
+void FrameFind::Renew() {
+  if (window_ == nullptr) return renewal_->stop();
+  // A disabled frame has work in progress, which changes the library. Neither must songs move under
+  // the mouse.
+  if (!toolbar_.window()->isEnabled() || !AreHitsOutdated() || later_.isActive() ||
+      QApplication::activePopupWidget() != nullptr || QApplication::mouseButtons() != Qt::NoButton)
+    return;
+  const auto& shown = window_->Jukebox().ListFolder()->Items();
+  const bool is_in_order =
+      std::ranges::equal(shown, hits_, {}, [](const SongEntry& entry) { return entry.SubItem(); });
+  if (!is_in_order) return renewal_->stop();
+  const std::vector<std::int32_t> before = hits_;
+  const std::string text = field_->text().toStdString();
+  if (Search(text) == before) return;
+  PVExplorer& explorer = window_->PVExplorer1();
+  const PVExplorer::Place place = explorer.CurrentPlace();
+  explorer.ShowHits(hits_);
+  explorer.GoTo(place);
 }
 
 void FrameFind::Follow(frmMain& window) {
@@ -197,6 +268,7 @@ void FrameFind::Follow(frmMain& window) {
 }
 
 void FrameFind::End() {
+  later_.stop();
   if (window_ != nullptr) window_->PVExplorer1().HideHits();
   // What was said about the search.
   if (!field_->text().isEmpty()) messages_.ClearStatus();

@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 class QAction;
 class QLineEdit;
@@ -23,6 +26,10 @@ class frmMain;
 /// list of the active jukebox shows the songs found, see Jukebox::ShowHits. Another folder, another
 /// jukebox window and Esc give the folder back and clear the field. Shown with the switch
 /// `find_field`.
+///
+/// A search runs at each key. If the last one took long, the keys that wait come first, and only
+/// the last text is searched. While hits are shown, new songs and new details are searched, too, at
+/// most twice a second, unless the user has sorted the hits.
 class FrameFind : public QObject {
   Q_OBJECT
 
@@ -46,7 +53,16 @@ class FrameFind : public QObject {
   bool KeyPressed(int key);
   /// Shows or hides the part of the toolbar for which a narrow window has no place.
   void ShowRest(bool show);
+  /// Starts a search for the text of the field, now or when the keys that wait are handled.
+  void TextChanged();
   void Find();
+  /// Does now what TextChanged has put off.
+  void FindNow();
+  /// Searches again if songs or details have changed.
+  void Renew();
+  bool AreHitsOutdated() const;
+  /// Searches, and stores and returns the hits.
+  const std::vector<std::int32_t>& Search(const std::string& text);
   void ShowHits(frmMain& window, const std::string& text);
   /// Follows a window whose list shows hits.
   void Follow(frmMain& window);
@@ -67,6 +83,12 @@ class FrameFind : public QObject {
   std::unique_ptr<SongFinder> finder_;  ///< made by the first key
   QPointer<frmMain> window_;            ///< whose list shows hits; null for none
   bool is_clearing_ = false;
+  QTimer later_;                       ///< runs Find when the keys that wait are handled
+  QTimer* renewal_;                    ///< runs Renew while hits are shown
+  std::int64_t duration_ = 0;          ///< of the last search until its hits were shown, in ms
+  std::vector<std::int32_t> hits_;     ///< of the last search
+  std::uint64_t names_version_ = 0;    ///< SongRows::NamesVersion at the last search
+  std::uint32_t details_version_ = 0;  ///< DetailsTable::Version at the last search
 };
 
 }  // namespace tallow

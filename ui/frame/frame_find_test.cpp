@@ -12,6 +12,7 @@
 #include <QScrollBar>
 #include <QStatusBar>
 #include <QTest>
+#include <QTimer>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -58,6 +59,8 @@ class FindWhileTyping : public FrameTest {
   void Type(const char* text) {
     Field().setFocus();
     QTest::keyClicks(&Field(), QLatin1String(text));
+    // On a busy computer, the last keys may be searched together.
+    QCoreApplication::processEvents();
   }
   QString Status() { return frame.statusBar()->currentMessage(); }
   std::string InFolder(const char* text) {
@@ -95,6 +98,39 @@ TEST_F(FindWhileTyping, TheStatusBarShowsTheNumberOfHitsAndTheTime) {
   EXPECT_EQ(List().model()->rowCount(), 0);
   Field().clear();
   EXPECT_EQ(Status(), QString());
+}
+
+TEST_F(FindWhileTyping, NewSongsJoinTheHits) {
+  Type("moon");
+  EXPECT_EQ(List().model()->rowCount(), 3);
+  List().SelectRows({1});
+  AddSong(music.path(), "A Moon.mp3");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return List().model()->rowCount() == 4; }));
+  EXPECT_EQ(RowsOf(List()), (QStringList{"1.  A Moon.mp3", "2.  Blue Moon.mp3", "3.  Moonlight.mp3",
+                                         "4.  Honeymoon.mp3"}));
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{2});
+}
+
+TEST_F(FindWhileTyping, SongsThatAreGoneLeaveTheHits) {
+  Type("moon");
+  library.Mp3Info(kFileIsThere, 3, "0");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return List().model()->rowCount() == 2; }));
+}
+
+TEST_F(FindWhileTyping, HitsThatTheUserHasSortedStay) {
+  Type("moon");
+  QTest::mouseClick(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(20, 8));
+  const QStringList sorted = RowsOf(List());
+  ASSERT_EQ(sorted.front(), "1.  Blue Moon.mp3");
+  ASSERT_EQ(sorted[1], "2.  Honeymoon.mp3");
+  AddSong(music.path(), "A Moon.mp3");
+  auto* const timer = frame.findChild<QTimer*>(QStringLiteral("RenewalTimer"));
+  ASSERT_TRUE(timer->isActive());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !timer->isActive(); }));
+  EXPECT_EQ(RowsOf(List()), sorted);
+  // The next text is searched anew.
+  Type(" ");
+  EXPECT_EQ(List().model()->rowCount(), 4);
 }
 
 TEST_F(FindWhileTyping, TheFieldIsAtTheRightEndOfTheToolbarAndHasAName) {
