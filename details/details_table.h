@@ -39,8 +39,8 @@ struct DetailsRow {
 DetailsRow RowOf(const SongDetails& details);
 
 /// The details of songs in memory, by record number. A song takes 24 bytes and its title. Artists,
-/// albums, genres and formats are stored once for all songs that have them, and what the songs of an
-/// album have in common is stored once for these songs (SharedSet).
+/// albums, genres and formats are stored once for all songs that have them, and what the songs of
+/// an album have in common is stored once for these songs (SharedSet).
 class DetailsTable {
  public:
   DetailsTable();

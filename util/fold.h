@@ -26,8 +26,8 @@ void AppendFolded(std::string& to, std::string_view text);
 
 std::string Folded(std::string_view text);
 
-/// Whether a word begins at a position of a folded text: no letter, digit or mark is directly before
-/// it.
+/// Whether a word begins at a position of a folded text: no letter, digit or mark is directly
+/// before it.
 bool IsWordStart(std::string_view folded, std::size_t position) noexcept;
 
 /// Appends a key whose bytes, compared as unsigned numbers, put texts in natural order without case
