@@ -189,10 +189,9 @@ bool FrameFind::KeyPressed(int key) {
 
 void FrameFind::TextChanged() {
   if (is_clearing_) return;
-  if (duration_ > kQuick)
-    later_.start();
-  else
-    Find();
+  if (duration_ > kQuick && !Trim(field_->text().toStdString()).empty()) return later_.start();
+  later_.stop();
+  Find();
 }
 
 void FrameFind::FindNow() {
