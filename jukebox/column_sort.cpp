@@ -2,7 +2,6 @@
 #include "jukebox/column_sort.h"
 
 #include <algorithm>
-#include <compare>
 #include <cstddef>
 
 namespace tallow {

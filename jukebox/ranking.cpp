@@ -48,7 +48,7 @@ bool RankSongs(EditHistory& history, Folder& folder, const std::vector<int>& row
   const int stored = item == kNoRankItem ? kNeverRanked : std::max(picture, kWorstRank);
   const NewRank rank{std::to_string(stored), picture};
   return RankSongs(
-      history, folder, rows, [&rank](int /*rank*/) { return rank; }, library);
+      history, folder, rows, [&rank](int /*rank*/) -> const NewRank& { return rank; }, library);
 }
 
 }  // namespace tallow

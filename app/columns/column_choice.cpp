@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cstddef>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -28,7 +29,7 @@ std::optional<ChosenColumn> ColumnOfText(std::string_view text) {
   const std::string_view number = text.substr(std::min(blank + 1, text.size()));
   int width = 0;
   const char* const end = number.data() + number.size();
-  const auto read = std::from_chars(number.data(), end, width);
+  const auto read = std::from_chars(std::to_address(number.begin()), end, width);
   const bool is_width = read.ec == std::errc() && read.ptr == end && width > 0;
   return ChosenColumn{*column, is_width ? std::min(width, kMaxColumnWidth) : 0};
 }

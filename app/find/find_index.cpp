@@ -154,11 +154,11 @@ void FindIndex::FollowNames(const clsMain& library, const DetailsTable& table) {
   }
   std::erase_if(by_name_,
                 [&](std::int32_t record) { return moves[static_cast<std::size_t>(record - 1)]; });
-  InsertByName(library, std::move(added));
+  InsertByName(library, added);
   names_version_ = library.NamesVersion();
 }
 
-void FindIndex::InsertByName(const clsMain& library, std::vector<std::int32_t> records) {
+void FindIndex::InsertByName(const clsMain& library, const std::vector<std::int32_t>& records) {
   if (records.empty()) return;
   if (records.size() > by_name_.size() / kManyNew) {
     by_name_ = SongsByName(library);

@@ -73,7 +73,7 @@ class FindIndex {
   /// Sets what an entry has of the name and the details of its song.
   void SetTexts(std::int32_t record, const clsMain& library, const DetailsTable& table);
   /// Puts songs that are not in by_name_ in their places.
-  void InsertByName(const clsMain& library, std::vector<std::int32_t> records);
+  void InsertByName(const clsMain& library, const std::vector<std::int32_t>& records);
   std::string KeyOfName(std::int32_t record) const;
   /// Drops own texts that were replaced, once they are more than half of the texts.
   void PackIfWasteful();

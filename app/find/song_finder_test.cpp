@@ -16,7 +16,6 @@
 #include "util/file_system.h"
 #include "util/fold.h"
 #include "util/natural_order.h"
-#include "util/path_text.h"
 
 namespace tallow {
 namespace {

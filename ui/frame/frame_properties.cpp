@@ -2,7 +2,6 @@
 #include "ui/frame/frame_properties.h"
 
 #include <algorithm>
-#include <cstddef>
 
 #include <QMdiSubWindow>
 #include <QPointer>

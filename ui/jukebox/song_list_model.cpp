@@ -242,7 +242,7 @@ QString SongListModel::CellText(const SongEntry& entry, ListColumn column) const
 
 QString SongListModel::PaintedLabel(const SongEntry& entry) const {
   constexpr QChar kBlankOfDigitWidth(0x2007);
-  const QString label = CellText(entry, ListColumn::kName);
+  QString label = CellText(entry, ListColumn::kName);
   if (entry.LabelPosition() == 0) return label;
   const auto digits = QString::number(Shown()->Items().size()).size() -
                       QString::number(entry.LabelPosition()).size();
@@ -303,7 +303,7 @@ QString SongListModel::WholeHeader(ListColumn column) const {
 }
 
 QString SongListModel::SpokenHeader(int section) const {
-  const QString text = WholeHeader(shown_columns_[static_cast<std::size_t>(section)]);
+  QString text = WholeHeader(shown_columns_[static_cast<std::size_t>(section)]);
   if (section != sorted_section_) return text;
   return text + (descending_ ? tr(", sorted in reverse") : tr(", sorted"));
 }
