@@ -663,12 +663,12 @@ TEST_F(Commands, RanksAreUndoneAndTheLibraryIsSaved) {
   Item(Menu("ListMenu"), 18).trigger();
   EXPECT_EQ(Rank(2), "2");
   EXPECT_EQ(Picture(1), 2);
-  const auto saved = StampOf(LibraryPath());
+  const auto saved = ReadWholeFile(LibraryPath());
   window.PVExplorer1().Undo();
   EXPECT_EQ(Rank(2), "6");
   EXPECT_EQ(Picture(1), 6);
   EXPECT_EQ(Selected(), std::vector<int>{1});
-  EXPECT_NE(StampOf(LibraryPath()), saved);
+  EXPECT_NE(ReadWholeFile(LibraryPath()), saved);
   window.PVExplorer1().Undo();
   for (int song = 1; song <= 3; ++song) EXPECT_EQ(Rank(song), "2");
   window.PVExplorer1().Redo();
