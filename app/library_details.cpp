@@ -90,9 +90,13 @@ DetailsRow LibraryDetails::RowOf(std::int32_t record) {
   if (library_ == nullptr || record < 1) return {};
   // What LoadAll has not found is not stored.
   const bool may_be_stored = !table_.Knows(record) && record > loaded_ && stored_->is_open;
-  if (may_be_stored && !library_->Song(record).IsMissing())
-    if (const auto details = stored_->store.LastOf(library_->Song(record).Path()))
+  if (may_be_stored && !library_->Song(record).IsMissing()) {
+    if (const auto details = stored_->store.LastOf(library_->Song(record).Path())) {
       table_.Set(record, tallow::RowOf(*details));
+      // The song may be one that was not known before, because the filler has stored it since.
+      if (std::exchange(returned_unknown_, false)) ++version_;
+    }
+  }
   const DetailsRow row = table_.Row(record);
   if (!row.known) returned_unknown_ = true;
   return row;

@@ -312,7 +312,10 @@ TEST_F(LibraryDetailsFill, ARowIsKnownWhenItsSongIsStored) {
   details.TagReader()(music / "none.mp3");
   EXPECT_FALSE(details.Table().Knows(1));
   EXPECT_EQ(details.RowOf(1).title, "Newer");
-  EXPECT_EQ(details.Version(), 0U);
+  // Others may show the song as not known.
+  EXPECT_EQ(details.Version(), 1U);
+  EXPECT_EQ(details.RowOf(1).title, "Newer");
+  EXPECT_EQ(details.Version(), 1U);
 }
 
 TEST_F(LibraryDetailsFill, LoadAllReadsWhatIsStored) {
