@@ -4,7 +4,21 @@
 #include "util/free_memory.h"
 
 namespace tallow {
+namespace {
 
-void ReturnFreeMemory() noexcept { malloc_trim(0); }
+// Free bytes at the end of a heap that stay there. The C library raises its own threshold to twice
+// the largest block that was freed, at most to the second of these. malloc_trim does not shorten
+// the heaps of other threads, so they have to be short before.
+constexpr int kKeptDuring = 256 * 1024;
+constexpr int kKeptAfterwards = 64 * 1024 * 1024;
+
+}  // namespace
+
+FreeMemoryReturned::FreeMemoryReturned() noexcept { mallopt(M_TRIM_THRESHOLD, kKeptDuring); }
+
+FreeMemoryReturned::~FreeMemoryReturned() {
+  malloc_trim(0);
+  mallopt(M_TRIM_THRESHOLD, kKeptAfterwards);
+}
 
 }  // namespace tallow

@@ -5,6 +5,8 @@
 
 namespace tallow {
 
-void ReturnFreeMemory() noexcept { _heapmin(); }
+FreeMemoryReturned::FreeMemoryReturned() noexcept = default;
+
+FreeMemoryReturned::~FreeMemoryReturned() { _heapmin(); }
 
 }  // namespace tallow

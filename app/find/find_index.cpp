@@ -74,6 +74,7 @@ void FindIndex::Update(const clsMain& library, LibraryDetails& details,
 
 void FindIndex::Build(const clsMain& library, LibraryDetails& details,
                       std::chrono::milliseconds max_wait) {
+  const FreeMemoryReturned memory;
   const std::function<void()> works[] = {[&] { by_name_ = SongsByName(library); },
                                          [&] { details.LoadAll(max_wait); }};
   details.BeginLoading();
@@ -87,7 +88,6 @@ void FindIndex::Build(const clsMain& library, LibraryDetails& details,
   packings_ = table.Packings();
   FollowSets(table);
   is_built_ = true;
-  ReturnFreeMemory();
 }
 
 void FindIndex::FillTexts(const clsMain& library, const DetailsTable& table) {
