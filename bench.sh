@@ -266,14 +266,21 @@ echo
 echo "Searching while a text is typed, and sorting by a column; floor: one pass over as many bytes of"
 echo "memory as the index has"
 for size in 100000 1000000; do
-  figures=$("$programs/tallow_find_benchmark" "$PWD/$folder/" "$size")
+  figures=$("$programs/tallow_find_benchmark" "$PWD/$folder/" "$size"
+    "$programs/tallow_find_window_benchmark" "$PWD/$folder/" "$size")
   floor=$(figure floor)
   row "$size" floor "$floor" 1.00 "" ""
   if [ "$size" = 100000 ]; then first_goal=0.1 search_goal=0.016; else first_goal=1 search_goal=0.1; fi
+  first_painted_goal=$(awk -v a="$first_goal" -v b="$search_goal" 'BEGIN { print a + b }')
   row "$size" "first key" "$(figure first)" "$(divide "$(figure first)" "$first_goal")" 1.0 \
     "ratio to $first_goal s; $(divide "$(figure first)" "$floor" %.0f) x the floor; $(figure memory) MB, of these $(figure index) MB index, $(figure details) MB details"
   row "$size" "search, slowest key" "$(figure search)" "$(divide "$(figure search)" "$search_goal")" 1.0 \
     "ratio to $search_goal s; $(divide "$(figure search)" "$floor" %.1f) x the floor"
+  row "$size" "first key, on screen" "$(figure first_painted)" \
+    "$(divide "$(figure first_painted)" "$first_painted_goal")" 1.0 \
+    "ratio to $first_painted_goal s; until the list is painted"
+  row "$size" "key, on screen" "$(figure painted)" "$(divide "$(figure painted)" "$search_goal")" 1.0 \
+    "ratio to $search_goal s; the slowest key until the list is painted"
   for what in title artist length folder; do
     row "$size" "sort by $what" "$(figure "sort_$what")" "$(divide "$(figure "sort_$what")" "$floor" %.0f)" "" \
       "ratio to the floor"

@@ -27,6 +27,7 @@ add_executable(tallow_details_benchmark benchmarks/details_benchmark.cpp
 target_link_libraries(tallow_details_benchmark PRIVATE tallow_details)
 
 add_executable(tallow_find_benchmark benchmarks/find_benchmark.cpp
+                                     benchmarks/find_library.cpp
                                      benchmarks/process_memory_${platform}.cpp)
 target_link_libraries(tallow_find_benchmark PRIVATE tallow_app)
 
@@ -37,6 +38,9 @@ if(TALLOW_WINDOWS)
   add_executable(tallow_window_benchmark benchmarks/window_benchmark.cpp
                                          benchmarks/process_memory_${platform}.cpp)
   target_link_libraries(tallow_window_benchmark PRIVATE tallow_ui)
+  add_executable(tallow_find_window_benchmark benchmarks/find_window_benchmark.cpp
+                                              benchmarks/find_library.cpp)
+  target_link_libraries(tallow_find_window_benchmark PRIVATE tallow_ui)
 endif()
 
 add_executable(tallow_hand_off_benchmark benchmarks/hand_off_benchmark.cpp)

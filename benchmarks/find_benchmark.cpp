@@ -24,21 +24,17 @@
 #include <vector>
 
 #include "app/columns/song_columns.h"
-#include "app/data_paths.h"
 #include "app/find/song_finder.h"
 #include "app/playing/play_counts.h"
 #include "app/tallow.h"
+#include "benchmarks/find_library.h"
 #include "benchmarks/process_memory.h"
-#include "details/details_store.h"
 #include "jukebox/column_sort.h"
-#include "util/file_system.h"
 
 namespace tallow {
 namespace {
 
 constexpr int kRuns = 5;
-constexpr int kSongsAnAlbum = 12;
-constexpr int kAlbumsAnArtist = 5;
 
 template <typename Act>
 double SecondsOf(const Act& act) {
@@ -54,75 +50,6 @@ double BestOf(const Act& act) {
   return best;
 }
 
-/// Words of three to ten letters, of which the first are much more frequent than the last.
-class Words {
- public:
-  Words() {
-    constexpr int kWords = 20'000;
-    words_ = {"The", "Love", "Of", "Beatles", "Queen", "Live", "Blue", "Día", "Для", "Night"};
-    for (int k = static_cast<int>(words_.size()); k < kWords; ++k) {
-      std::string word(1, static_cast<char>('A' + random_() % 26));
-      for (std::size_t n = 2 + random_() % 8; n > 0; --n)
-        word += "etaoinshrdlucmfwypvbg"[random_() % 21];
-      words_.push_back(word);
-    }
-  }
-  std::string Text(int most) {
-    std::string text;
-    for (std::size_t n = 1 + random_() % static_cast<std::size_t>(most); n > 0; --n) {
-      const double part = std::uniform_real_distribution<double>(0, 1)(random_);
-      text +=
-          words_[static_cast<std::size_t>(part * part * part * static_cast<double>(words_.size()))];
-      if (n > 1) text += ' ';
-    }
-    return text;
-  }
-  std::size_t Random() { return random_(); }
-
- private:
-  std::mt19937 random_{6};
-  std::vector<std::string> words_;
-};
-
-/// Adds the songs to the library, and their details to the database if it is new.
-void MakeLibrary(Tallow& tallow, const std::string& database, std::int32_t count) {
-  constexpr const char* kGenres[] = {"Rock", "Pop", "Jazz", "Classical", "Hip-Hop", "Electronic"};
-  const bool is_new = !FileExists(database);
-  DetailsStore store;
-  if (is_new) store.Open(database);
-  Words words;
-  SongDetails details;
-  std::string folder;
-  for (std::int32_t row = 1; row <= count; ++row) {
-    const int in_album = (row - 1) % kSongsAnAlbum;
-    if ((row - 1) % (kSongsAnAlbum * kAlbumsAnArtist) == 0) details.tags.artist = words.Text(2);
-    if (in_album == 0) {
-      details.tags.album = words.Text(3);
-      details.tags.genre = kGenres[words.Random() % std::size(kGenres)];
-      details.tags.date = std::to_string(1950 + words.Random() % 75);
-      folder = "/music/" + details.tags.artist + "/" + details.tags.album + "/";
-    }
-    details.tags.found = true;
-    details.tags.album_artist = details.tags.artist;
-    details.tags.track = in_album + 1;
-    details.tags.title = words.Text(4);
-    details.length_ms = static_cast<std::int32_t>(60'000 + words.Random() % 400'000);
-    details.bit_rate = 256;
-    details.sample_rate = 44'100;
-    details.format = "MP3";
-    details.stamp = {.size = 1, .modified = 1};
-    // The number makes the names different, as the titles of most songs are.
-    const std::string name = (in_album < 9 ? "0" : "") + std::to_string(in_album + 1) + " - " +
-                             details.tags.title + " " + std::to_string(row) + ".mp3";
-    const std::string number = std::to_string(row);
-    const std::string rank = std::to_string(2 + words.Random() % 6);
-    const std::string_view cells[] = {folder, name, "1", number, rank};
-    for (std::int32_t column = 1; column <= kSongRank; ++column)
-      tallow.library.Mp3Info(column, row, cells[column - 1]);
-    if (is_new) store.Put(folder + name, details);
-  }
-}
-
 /// One pass over memory.
 double Floor(std::size_t bytes) {
   std::vector<std::uint64_t> memory(bytes / sizeof(std::uint64_t) + 1, 1);
@@ -131,18 +58,16 @@ double Floor(std::size_t bytes) {
 }
 
 void Run(const std::string& folder, std::int32_t count) {
-  const std::string application = folder + "find-" + std::to_string(count) + "/";
-  CreateFolders(SystemFolder(application));
-  const std::string database = SystemFolder(application) + std::string(kDetailsFileName);
-  Tallow tallow(application);
-  MakeLibrary(tallow, database, count);
+  const FindLibrary library(folder, count);
+  Tallow tallow(library.Application());
+  library.Fill(tallow);
 
   double first = 0;
   double memory = 0;
   std::size_t bytes = 0;
   std::size_t table_bytes = 0;
   for (int k = 0; k < kRuns; ++k) {
-    LibraryDetails details(database);
+    LibraryDetails details(library.Database());
     details.Use(tallow.library);
     SongFinder finder(tallow.library, details);
     const long before = ProcessMemory();
@@ -165,9 +90,7 @@ void Run(const std::string& folder, std::int32_t count) {
   double slowest = 0;
   std::string slowest_text;
   std::uint32_t checksum = 0;
-  constexpr std::string_view kTyped[] = {"beatles", "queen live", "the night",
-                                         "e t a",   "día",        "для"};
-  for (const std::string_view text : kTyped)
+  for (const std::string_view text : kTypedTexts)
     for (std::size_t length = 1; length <= text.size(); ++length) {
       const std::string typed(text.substr(0, length));
       std::vector<std::int32_t> hits;
@@ -181,7 +104,7 @@ void Run(const std::string& folder, std::int32_t count) {
     }
   std::printf("search %.6f \"%s\" %08x\n", slowest, slowest_text.c_str(), checksum);
 
-  PlayCounts counts(application);
+  PlayCounts counts(library.Application());
   const SongColumns columns(tallow.library, tallow.details, counts);
   std::vector<std::int32_t> records(static_cast<std::size_t>(count));
   std::iota(records.begin(), records.end(), 1);
