@@ -26,8 +26,7 @@ add_executable(tallow_details_benchmark benchmarks/details_benchmark.cpp
                                         benchmarks/process_memory_${platform}.cpp)
 target_link_libraries(tallow_details_benchmark PRIVATE tallow_details)
 
-add_executable(tallow_find_benchmark benchmarks/find_benchmark.cpp
-                                     benchmarks/find_library.cpp
+add_executable(tallow_find_benchmark benchmarks/find_benchmark.cpp benchmarks/find_library.cpp
                                      benchmarks/process_memory_${platform}.cpp)
 target_link_libraries(tallow_find_benchmark PRIVATE tallow_app)
 
