@@ -135,7 +135,7 @@ int RunSession(Tallow& tallow, SingleProgram& single, const CommandLine& line) {
   return code;
 }
 
-int Run(int argc, char** argv, const CommandLine& line) {
+int Run(char** argv, const CommandLine& line) {
   if (!HasDisplay()) {
     if (!line.error.empty()) return ReportUsageError(line.error, true);
     if (!line.exit_after_startup) {
@@ -145,7 +145,9 @@ int Run(int argc, char** argv, const CommandLine& line) {
     }
     qputenv("QT_QPA_PLATFORM", "offscreen");
   }
-  QApplication application(argc, argv);
+  // Qt has an option --style of its own, so it gets none of the arguments.
+  int names = 1;
+  QApplication application(names, argv);
   SetUpApplication();
 
   if (!line.error.empty()) return ReportUsageError(line.error, line.exit_after_startup);
@@ -185,7 +187,7 @@ int main(int argc, char** argv) {
       std::printf("tallow %d.%d\n", tallow::kMajorVersion, tallow::kMinorVersion);
       return 0;
     }
-    return tallow::Run(argc, argv, line);
+    return tallow::Run(argv, line);
   } catch (const std::exception& error) {
     tallow::ReportStartError(std::string("Tallow has to exit. ") + error.what());
     return 1;

@@ -88,6 +88,8 @@ std::optional<SongTags> LibraryDetails::TagsOf(const std::string& path) const {
 
 DetailsRow LibraryDetails::RowOf(std::int32_t record) {
   if (library_ == nullptr || record < 1) return {};
+  // Only reading songs opens the database, and songs that are away are not read.
+  if (!stored_->is_open && filler_ && pass_.empty() && record > loaded_) BeginLoading();
   // What LoadAll has not found is not stored.
   const bool may_be_stored = !table_.Knows(record) && record > loaded_ && stored_->is_open;
   if (may_be_stored && !library_->Song(record).IsMissing()) {

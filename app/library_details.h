@@ -67,7 +67,7 @@ class LibraryDetails {
   ///
   /// \param max_wait the details that come later are taken by the next Poll or LoadAll
   const DetailsTable& LoadAll(std::chrono::milliseconds max_wait = kMaxLoading);
-  static constexpr std::chrono::milliseconds kMaxLoading = std::chrono::hours(1);
+  static constexpr std::chrono::milliseconds kMaxLoading = std::chrono::seconds(10);
 
   /// Whether details of BeginLoading are still to be taken.
   bool IsLoading() const noexcept { return loading_ != nullptr; }

@@ -318,6 +318,31 @@ TEST_F(LibraryDetailsFill, ARowIsKnownWhenItsSongIsStored) {
   EXPECT_EQ(details.Version(), 1U);
 }
 
+TEST_F(LibraryDetailsFill, ARowIsKnownWhenAllSongsAreAway) {
+  const std::string drive = music.Folder("drive");
+  music.File("drive/a.mp3", Newer());
+  StoreDetailsOf({drive + "a.mp3"});
+  MountedVolumes mounted{{drive, {"uuid", kSep}, false}};
+  library.UseDrives([&] { return mounted; }, {});
+  library.BeginScan(ScanKind::kComputer);
+  library.AddSong(drive, "a.mp3", 0);
+  library.ImportFoundSongs(0);
+  library.FinishScan(true);
+  mounted.clear();
+  RemoveFile(drive + "a.mp3");
+  library.BeginScan(ScanKind::kFolderList);
+  library.CheckToSeeIfFilesAreMissingAndMakeFalse();
+  ASSERT_TRUE(library.IsAway(1));
+  LibraryDetails details(database_);
+  details.Start(library);
+  EXPECT_FALSE(details.RowOf(1).known);
+  EXPECT_TRUE(WaitUntil([&] {
+    details.Poll();
+    return details.Version() > 0 && !details.IsLoading();
+  }));
+  EXPECT_EQ(details.RowOf(1).title, "Newer");
+}
+
 TEST_F(LibraryDetailsFill, LoadAllReadsWhatIsStored) {
   Song("a.mp3", Newer());
   Song("b.mp3", Older());

@@ -39,7 +39,8 @@ TEST(StyleWork, FilesAgainOnlyForSwitchesThatChangeFiling) {
                           .reopens_jukeboxes = true,
                           .plays_on = true,
                           .columns_of_details = true,
-                          .find_field = true}));
+                          .find_field = true,
+                          .more_commands = true}));
   for (bool Switches::*const one : {&Switches::newer_tags, &Switches::whole_artists,
                                     &Switches::four_digit_years, &Switches::all_decades}) {
     Switches with;

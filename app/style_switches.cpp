@@ -57,6 +57,10 @@ constexpr StyleSwitch kStyleSwitches[] = {
      "A field in the toolbar lists the songs of the library that have the typed words; without "
      "this, only Ctrl+F finds songs.",
      &Switches::find_field},
+    {"moreCommands", "More commands for son&gs and folders",
+     "Songs are put in order by hand, ranked by keys, and have properties, and the pop-up menus "
+     "have more items; without this, songs are ordered by sorting and ranked by the menu.",
+     &Switches::more_commands},
 };
 
 }  // namespace

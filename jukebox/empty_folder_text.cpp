@@ -15,6 +15,9 @@ std::string_view EmptyFolderText(const Folder& folder) noexcept {
   if (IsAllSongs(folder))
     return "All songs are filed here when they are found. To search for songs, choose "
            "Songs > Bring In New Songs.";
+  if (!IsAutomaticFolder(folder) && folder.Children() > 0)
+    return "This folder itself has no songs. Drag songs onto it in the tree, or copy songs in "
+           "another folder and paste them here.";
   if (!IsAutomaticFolder(folder))
     return "This folder is empty. Drag songs onto it in the tree, or copy songs in another folder "
            "and paste them here.";

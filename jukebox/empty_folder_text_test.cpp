@@ -35,6 +35,15 @@ TEST(EmptyFolderText, ASubfolderOfTheUserIsTheUsers) {
   EXPECT_EQ(EmptyFolderText(tree.AddChild(&mine, "New")).substr(0, 21), "This folder is empty.");
 }
 
+TEST(EmptyFolderText, AFolderWithFoldersIsNotCalledEmpty) {
+  FolderTree tree;
+  Folder& mine = tree.AddChild(nullptr, "By Mood");
+  tree.AddChild(&mine, "Slow");
+  EXPECT_EQ(EmptyFolderText(mine),
+            "This folder itself has no songs. Drag songs onto it in the tree, or copy songs in "
+            "another folder and paste them here.");
+}
+
 TEST(EmptyFolderText, TellsThatNothingWasFound) {
   FoundSongs found;
   found.Show({});

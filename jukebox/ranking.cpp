@@ -35,7 +35,8 @@ bool RankSongs(EditHistory& history, Folder& folder, const std::vector<int>& row
     change.Add(entry.SubItem(), rank.stored);
     ++ranked;
   }
-  if (change.IsEmpty()) return true;
+  // Ranks that could not be saved before are tried again.
+  if (change.IsEmpty()) return library.SaveError().empty() || library.Save();
   history.Begin(&folder, NameOfSongStep("Rank", ranked));
   history.ChangeRanks(std::move(change));
   history.End();

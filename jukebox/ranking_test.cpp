@@ -175,5 +175,17 @@ TEST_F(Ranking, AFailedSaveIsReportedAndTheRanksStayInMemory) {
   EXPECT_EQ(library.Mp3Info(5, 3), "7");
 }
 
+TEST_F(Ranking, RanksThatCouldNotBeSavedAreTriedAgain) {
+  const std::filesystem::path in_the_way(LibraryPath());
+  std::filesystem::create_directories(in_the_way);
+  EXPECT_FALSE(RankSongs(history, folder, {0}, 1, library));
+  EXPECT_FALSE(RankSongs(history, folder, {0}, 1, library));
+  std::filesystem::remove(in_the_way);
+  EXPECT_TRUE(RankSongs(history, folder, {0}, 1, library));
+  EXPECT_TRUE(std::filesystem::is_regular_file(in_the_way));
+  history.Undo();
+  EXPECT_FALSE(history.CanUndo());
+}
+
 }  // namespace
 }  // namespace tallow

@@ -42,6 +42,9 @@ struct Switches {
   bool columns_of_details = false;
   /// A field of the toolbar finds songs while the user types. Classic: only the find dialog.
   bool find_field = false;
+  /// Songs are put in order by hand and ranked by keys, "No Rank" takes a rank away, properties are
+  /// shown, and the tree's pop-up menu renames and plays. Classic: none of it.
+  bool more_commands = false;
 
   friend bool operator==(const Switches&, const Switches&) = default;
 };
@@ -60,6 +63,7 @@ inline constexpr Switches kModernStyle{.newer_tags = true,
                                        .reopens_jukeboxes = true,
                                        .plays_on = true,
                                        .columns_of_details = true,
-                                       .find_field = true};
+                                       .find_field = true,
+                                       .more_commands = true};
 
 }  // namespace tallow

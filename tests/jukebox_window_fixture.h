@@ -33,6 +33,11 @@ class JukeboxWindowTest : public LibraryTest {
                      [this](const QStringList& lines) { problems += lines; });
   }
 
+  void UseMoreCommands() {
+    tallow.preferences.SetSwitches({.more_commands = true});
+    window.FollowPreferences();
+  }
+
   FolderTreeView& Tree() { return TreeOf(window); }
   SongListView& List() { return ListOf(window); }
   static FolderTreeView& TreeOf(frmMain& of) {

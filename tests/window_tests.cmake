@@ -75,6 +75,9 @@ add_test(NAME program.switches_its_style
 add_test(NAME program.finds_songs_while_the_user_types
          COMMAND ${CMAKE_SOURCE_DIR}/tests/find_while_typing.sh $<TARGET_FILE:tallow>
                  ${CMAKE_BINARY_DIR}/tests/find_while_typing)
+add_test(NAME program.shows_the_tip_after_the_files
+         COMMAND ${CMAKE_SOURCE_DIR}/tests/tip_after_files.sh $<TARGET_FILE:tallow>
+                 ${CMAKE_BINARY_DIR}/tests/tip_after_files)
 add_test(NAME program.plays_songs COMMAND ${CMAKE_SOURCE_DIR}/tests/playing.sh
                                           $<TARGET_FILE:tallow> ${CMAKE_BINARY_DIR}/tests/playing)
 add_test(NAME program.keeps_songs_of_drives_that_are_away

@@ -48,7 +48,8 @@ class AccessibleTree : public FrameTest {
   AccessibleTree() {
     music.File("Moon.mp3");
     AddSong(music.path(), "Moon.mp3", "1", "5");
-    tallow.preferences.SetSwitches({.columns_of_details = true, .find_field = true});
+    tallow.preferences.SetSwitches(
+        {.columns_of_details = true, .find_field = true, .more_commands = true});
     window = &ShowJukebox();
     Folder& folder = window->Jukebox().Nodes().ChildAt(0);
     folder.Items().emplace_back(3, 5);

@@ -111,7 +111,7 @@ TEST_F(States, TheEditMenuFollowsPaneSelectionAndClipboard) {
   // Without a selection they say that no song is selected.
   Item("mnuCut").trigger();
   EXPECT_EQ(frame.statusBar()->currentMessage(), "No song is selected.");
-  ListOf(window).selectRow(0);
+  ListOf(window).SelectRows(0, 0);
   Item("mnuCut").trigger();
   EXPECT_EQ(GreyIn("mnuEdit"), QStringList{"mnuRedo"});
   Focus(TreeOf(window));
@@ -166,7 +166,7 @@ TEST_F(States, TheMenuBarLeavesTheEditCommandsToTheTextField) {
   EXPECT_FALSE(window.Jukebox().History().CanUndo());
   // From the list, the menu bar gives them to the list.
   Focus(ListOf(window));
-  ListOf(window).selectRow(0);
+  ListOf(window).SelectRows(0, 0);
   frame.menuBar()->setFocus(Qt::MenuBarFocusReason);
   Item("mnuCut").trigger();
   EXPECT_EQ(field.text(), "ab");

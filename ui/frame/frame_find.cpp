@@ -22,6 +22,7 @@
 
 #include "app/find/song_finder.h"
 #include "app/tallow.h"
+#include "ui/frame/bring_to_front.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/jukebox_area.h"
 #include "ui/jukebox/frm_main.h"
@@ -172,7 +173,8 @@ bool FrameFind::KeyPressed(int key) {
       return true;
     case Qt::Key_Down:
       FindNow();
-      if (window == nullptr) return true;
+      // An empty list would only take the keyboard from the words.
+      if (window == nullptr || (window_ != nullptr && hits_.empty())) return true;
       window->PVExplorer1().GrabFocus(true);
       if (window_ != nullptr) window->PVExplorer1().SelectFirstSong();
       return true;
@@ -211,6 +213,14 @@ void FrameFind::Find() {
   frmMain* const window = jukeboxes_.ActiveWindow();
   if (window == nullptr)
     return messages_.ShowStatus("No jukebox is open. Open one, or make a new one, and try again.");
+  Follow(*window);
+  auto* const sub = qobject_cast<QMdiSubWindow*>(window->parentWidget());
+  if (sub != nullptr && sub->isMinimized()) {
+    BringToFront(jukeboxes_.Area(), *sub);
+    // The window takes the focus when it is shown.
+    QMetaObject::invokeMethod(
+        field_, [this] { field_->setFocus(); }, Qt::QueuedConnection);
+  }
   ShowHits(*window, text);
 }
 
@@ -226,9 +236,8 @@ void FrameFind::ShowHits(frmMain& window, const std::string& text) {
   QElapsedTimer timer;
   timer.start();
   window.PVExplorer1().ShowHits(Search(text));
-  Follow(window);
   duration_ = timer.elapsed();
-  messages_.ShowStatus(FoundText(hits_.size(), duration_));
+  ShowFound(duration_);
   renewal_->start(std::max(kRenewEvery, int(kRenewalFactor * duration_)));
 }
 
@@ -250,11 +259,20 @@ void FrameFind::Renew() {
   if (!is_in_order) return renewal_->stop();
   const std::vector<std::int32_t> before = hits_;
   const std::string text = field_->text().toStdString();
+  QElapsedTimer timer;
+  timer.start();
   if (Search(text) == before) return;
   PVExplorer& explorer = window_->PVExplorer1();
   const PVExplorer::Place place = explorer.CurrentPlace();
   explorer.ShowHits(hits_);
   explorer.GoTo(place);
+  // A later message stays.
+  if (messages_.Status() == found_) ShowFound(timer.elapsed());
+}
+
+void FrameFind::ShowFound(std::int64_t milliseconds) {
+  found_ = FoundText(hits_.size(), milliseconds);
+  messages_.ShowStatus(found_);
 }
 
 void FrameFind::Follow(frmMain& window) {

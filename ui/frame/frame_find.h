@@ -48,6 +48,10 @@ class FrameFind : public QObject {
   /// Gives the keyboard focus to the field, and selects its text.
   void Focus();
 
+  /// Searches the text now if the search waits for other keys. Call before a command that may act
+  /// on the hits.
+  void FindNow();
+
  private:
   bool eventFilter(QObject* watched, QEvent* event) override;
   bool KeyPressed(int key);
@@ -56,14 +60,14 @@ class FrameFind : public QObject {
   /// Starts a search for the text of the field, now or when the keys that wait are handled.
   void TextChanged();
   void Find();
-  /// Does now what TextChanged has put off.
-  void FindNow();
   /// Searches again if songs or details have changed.
   void Renew();
   bool AreHitsOutdated() const;
   /// Searches, and stores and returns the hits.
   const std::vector<std::int32_t>& Search(const std::string& text);
   void ShowHits(frmMain& window, const std::string& text);
+  /// Shows the number of hits, and the time that finding them took.
+  void ShowFound(std::int64_t milliseconds);
   /// Follows a window whose list shows hits.
   void Follow(frmMain& window);
   /// Shows the folder again in the window that shows hits, and clears the field.
@@ -87,6 +91,7 @@ class FrameFind : public QObject {
   QTimer* renewal_;                    ///< runs Renew while hits are shown
   std::int64_t duration_ = 0;          ///< of the last search until its hits were shown, in ms
   std::vector<std::int32_t> hits_;     ///< of the last search
+  std::string found_;                  ///< what ShowFound has shown last
   std::uint64_t names_version_ = 0;    ///< SongRows::NamesVersion at the last search
   std::uint32_t details_version_ = 0;  ///< DetailsTable::Version at the last search
 };

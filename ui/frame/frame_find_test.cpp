@@ -109,6 +109,33 @@ TEST_F(FindWhileTyping, NewSongsJoinTheHits) {
   EXPECT_EQ(RowsOf(List()), (QStringList{"1.  A Moon.mp3", "2.  Blue Moon.mp3", "3.  Moonlight.mp3",
                                          "4.  Honeymoon.mp3"}));
   EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{2});
+  EXPECT_TRUE(Status().startsWith(QStringLiteral("4 songs found in ")));
+  // A later message stays.
+  frame.statusBar()->showMessage(QStringLiteral("later"));
+  AddSong(music.path(), "B Moon.mp3");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return List().model()->rowCount() == 5; }));
+  EXPECT_EQ(Status(), "later");
+}
+
+TEST_F(FindWhileTyping, AMinimizedJukeboxIsRestoredToShowTheHits) {
+  window->parentWidget()->showMinimized();
+  ASSERT_TRUE(window->parentWidget()->isMinimized());
+  Type("moon");
+  EXPECT_FALSE(window->parentWidget()->isMinimized());
+  EXPECT_TRUE(Box().ShowsHits());
+  EXPECT_EQ(List().model()->rowCount(), 3);
+  EXPECT_TRUE(Field().hasFocus());
+  EXPECT_EQ(Field().text(), "moon");
+}
+
+TEST_F(FindWhileTyping, WithoutHitsTheKeyboardStaysInTheField) {
+  Type("xyzzy");
+  EXPECT_EQ(List().model()->rowCount(), 0);
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  EXPECT_TRUE(Field().hasFocus());
+  EXPECT_EQ(Field().text(), "xyzzy");
+  Item("mnuPlayAllTheSongInNode").trigger();
+  EXPECT_EQ(Status(), "No songs were found to play.");
 }
 
 TEST_F(FindWhileTyping, SongsThatAreGoneLeaveTheHits) {
@@ -550,6 +577,22 @@ TEST_F(FindWhileTyping, TheFindDialogLeavesTheHits) {
   EXPECT_FALSE(Box().ShowsHits());
   EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{1});
   EXPECT_EQ(Field().text(), QString());
+}
+
+TEST_F(FindWhileTyping, HitsAreRankedAndQueuedByTheirKeysAndMenu) {
+  tallow.preferences.SetSwitches({.find_field = true, .more_commands = true});
+  window->FollowPreferences();
+  Type("sun");
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  QTest::keyClick(&List(), Qt::Key_5, Qt::ControlModifier);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 6), "5");
+  EXPECT_TRUE(Box().ShowsHits());
+  std::vector<std::int32_t> queued;
+  QObject::connect(window, &frmMain::AddToQueue,
+                   [&](const std::vector<std::int32_t>& songs) { queued = songs; });
+  ItemOfList(ListCommand::kAddToQueue).trigger();
+  EXPECT_EQ(queued, std::vector<std::int32_t>{6});
+  EXPECT_TRUE(Box().ShowsHits());
 }
 
 }  // namespace

@@ -31,12 +31,14 @@ void CloseMenus() {
     if (!popup->close()) break;
 }
 
-/// Whether an event is the help key without modifiers.
-bool IsHelpKey(const QEvent& event) {
+/// Whether an event is a key without modifiers.
+bool IsKey(const QEvent& event, Qt::Key which) {
   if (event.type() != QEvent::KeyPress) return false;
   const auto& key = static_cast<const QKeyEvent&>(event);
-  return key.key() == Qt::Key_F1 && key.modifiers() == Qt::NoModifier;
+  return key.key() == which && key.modifiers() == Qt::NoModifier;
 }
+
+bool IsHelpKey(const QEvent& event) { return IsKey(event, Qt::Key_F1); }
 
 }  // namespace
 
@@ -111,6 +113,10 @@ void FrameHelp::ShowAbout() {
 }
 
 bool FrameHelp::eventFilter(QObject* watched, QEvent* event) {
+  // The tip of the start does not have the keyboard.
+  if (tip_ != nullptr && watched == QApplication::focusWidget() && IsKey(*event, Qt::Key_Escape) &&
+      QApplication::activeWindow() == &frame_)
+    tip_->close();
   if (!IsHelpKey(*event) || watched != KeyReceiver()) return QObject::eventFilter(watched, event);
   auto* const menu = qobject_cast<QMenu*>(watched);
   const QWidget* const asked = menu != nullptr ? nullptr : static_cast<QWidget*>(watched);

@@ -66,6 +66,8 @@ void FrameMessages::ShowStatus(const std::string& text, int milliseconds) {
   bar_.setToolTip({});
 }
 
+std::string FrameMessages::Status() const { return bar_.currentMessage().toStdString(); }
+
 void FrameMessages::ClearStatus() { bar_.clearMessage(); }
 
 }  // namespace tallow

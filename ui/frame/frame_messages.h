@@ -36,6 +36,8 @@ class FrameMessages {
   /// Shows a text in the status bar, without a tool tip; the empty text clears the bar.
   /// \param milliseconds how long the text is shown; 0 until the next text
   void ShowStatus(const std::string& text, int milliseconds = 0);
+  /// The text of the status bar.
+  std::string Status() const;
   /// Clears the text of the status bar.
   void ClearStatus();
 

@@ -23,6 +23,7 @@ namespace {
 class PropertiesOfSongs : public FrameTest {
  protected:
   PropertiesOfSongs() {
+    tallow.preferences.SetSwitches({.more_commands = true});
     window = &ShowJukebox();
     Box().Caption("MINE");
     Folder& above = Box().Nodes().AddChild(nullptr, "above");

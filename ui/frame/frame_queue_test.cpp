@@ -292,6 +292,23 @@ TEST_F(FrameQueueTest, AMinimizedJukeboxIsRestoredToShowTheSong) {
   EXPECT_EQ(jukeboxes.ActiveWindow(), &window);
 }
 
+TEST_F(FrameQueueTest, ASongOfASearchIsShownInAFolderThatHasIt) {
+  frmMain& window = AddJukebox();
+  ShowMain();
+  Jukebox& jukebox = window.Jukebox();
+  for (std::int32_t k = 0; k < jukebox.Nodes().Children(); ++k)
+    jukebox.Nodes().ChildAt(k).Items().clear();
+  Folder& mine = jukebox.Nodes().AddChild(nullptr, "mine");
+  mine.Items().emplace_back(1, 2);
+  mine.Items().emplace_back(2, 2);
+  jukebox.ShowHits({2}, library);
+  Play(2, {&jukebox, jukebox.ListFolder()->Key()});
+  jukebox.HideHits(library);
+  lists->ShowPlayingSong();
+  EXPECT_EQ(jukebox.selectednode(), &mine);
+  EXPECT_EQ(window.PVExplorer1().SelectedRows(), std::vector<int>{1});
+}
+
 TEST_F(FrameQueueTest, WhyNoSongCanBeShownIsSaid) {
   ShowMain();
   lists->ShowPlayingSong();

@@ -10,11 +10,18 @@
 #include "ui/jukebox/frm_main.h"
 
 namespace tallow {
+namespace {
+
+/// The space that separates the text from what is left of it in the status bar, in pixels.
+int SpaceBefore(const QLabel& text) { return 3 * text.fontMetrics().averageCharWidth(); }
+
+}  // namespace
 
 FrameSums::FrameSums(QStatusBar& status, JukeboxArea& jukeboxes)
     : jukeboxes_(jukeboxes), text_(new QLabel(&status)) {
   text_->setObjectName(QStringLiteral("lblSongs"));
   text_->setTextFormat(Qt::PlainText);
+  text_->setContentsMargins(SpaceBefore(*text_), 0, 0, 0);
   text_->hide();
   status.addPermanentWidget(text_);
   QObject::connect(&jukeboxes.Area(), &QMdiArea::subWindowActivated, text_, [this] { Update(); });

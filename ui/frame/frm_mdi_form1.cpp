@@ -256,6 +256,7 @@ void frmMDIForm1::NoticeScan(const std::vector<std::string>& lines) {
 }
 
 void frmMDIForm1::Run(FrameCommand command) {
+  if (find_field_ != nullptr) find_field_->FindNow();
   if (commands_.Run(command)) return;
   switch (command) {
     case FrameCommand::kNew:

@@ -435,6 +435,14 @@ TEST_F(FrmMdiForm1, TheTipOfTheStartLeavesTheKeyboardToTheFrame) {
   tip->accept();
   DeleteClosedWindows();
   EXPECT_EQ(frame.findChild<frmTip*>(), nullptr);
+  // Esc in the frame closes it, too.
+  frame.ShowTipOfStart();
+  ASSERT_NE(frame.findChild<frmTip*>(), nullptr);
+  ASSERT_TRUE(QTest::qWaitFor([&] { return frame.isActiveWindow(); }));
+  window.GrabFocus();
+  QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+  DeleteClosedWindows();
+  EXPECT_EQ(frame.findChild<frmTip*>(), nullptr);
   // With the frame, the tip is closed.
   frame.ShowTipOfStart();
   frame.close();

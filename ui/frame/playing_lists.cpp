@@ -10,6 +10,7 @@
 
 #include "app/playing/playing_preferences.h"
 #include "app/tallow.h"
+#include "jukebox/folders_of_song.h"
 #include "ui/frame/bring_to_front.h"
 #include "ui/frame/frame_messages.h"
 #include "ui/frame/frame_player.h"
@@ -147,6 +148,12 @@ PlayingLists::Place PlayingLists::FindPlace(std::int32_t song, SongsOrigin origi
   for (frmMain* const window : windows) {
     const Place place = PlaceInAllSongs(window, song);
     if (place.window != nullptr) return place;
+  }
+  if (tallow_.library.IsHidden(song)) return {};
+  // Songs that were found by a search may be in other folders only.
+  for (frmMain* const window : windows) {
+    const FolderOfSong found = FolderToShowSongIn(window->Jukebox(), song, tallow_.library);
+    if (found.folder != nullptr) return {window, found.folder, found.index};
   }
   return {};
 }

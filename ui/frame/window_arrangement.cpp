@@ -4,8 +4,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include <QApplication>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QPointer>
 
 #include "ui/frame/panel_window.h"
 
@@ -100,12 +102,15 @@ void TileWindows(QMdiArea& area, bool may_be_beside) {
   }
 }
 
-/// Calls `arrange`, and activates the window again that was active before.
+/// Calls `arrange`, and then activates the window again that was active before, and its part that
+/// had the keyboard focus.
 template <typename Arrange>
 void KeepActive(QMdiArea& area, const Arrange& arrange) {
   QMdiSubWindow* const active = area.currentSubWindow();
+  const QPointer<QWidget> focus = QApplication::focusWidget();
   arrange(area);
   if (active != area.currentSubWindow()) area.setActiveSubWindow(active);
+  if (focus != nullptr && active != nullptr && active->isAncestorOf(focus)) focus->setFocus();
 }
 
 }  // namespace

@@ -13,6 +13,7 @@
 
 #include "app/style_switches.h"
 #include "tests/frame_fixture.h"
+#include "ui/jukebox/pv_explorer.h"
 #include "ui/player/frm_main_winamp.h"  // IWYU pragma: keep, for the conversion to QWidget
 
 namespace tallow {
@@ -83,6 +84,21 @@ TEST_F(WindowArrangement, CascadedWindowsLieOneBeforeTheOther) {
   EXPECT_EQ(stack.back(), &SubOf(*windows[1]));
   for (int k = 1; k < stack.size(); ++k) EXPECT_GT(stack[k]->y(), stack[k - 1]->y());
   EXPECT_EQ(Area().activationOrder(), QMdiArea::CreationOrder);
+}
+
+TEST_F(WindowArrangement, TilingLeavesTheKeyboardWhereItWas) {
+  ShowJukebox();
+  frmMain& two = ShowJukebox();
+  SubOf(two).showMaximized();
+  frame.activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&frame));
+  two.PVExplorer1().GrabFocus(true);
+  QWidget* const list = QApplication::focusWidget();
+  ASSERT_NE(list, nullptr);
+  for (const char* const item : {"mnuTile", "mnuCascade"}) {
+    Item(item).trigger();
+    EXPECT_EQ(QApplication::focusWidget(), list) << item;
+  }
 }
 
 TEST_F(WindowArrangement, TilingLeavesAStripForMinimizedWindows) {

@@ -368,6 +368,7 @@ TEST_F(Dragging, HoveringOverAFolderExpandsItAfterADelay) {
 }
 
 TEST_F(Dragging, SongsDroppedOnTheirListMoveToTheLine) {
+  UseMoreCommands();
   AddSongs(5);
   Folder& one = AddFolder("one", {1, 2, 3, 4, 5});
   Show();
@@ -391,7 +392,18 @@ TEST_F(Dragging, SongsDroppedOnTheirListMoveToTheLine) {
   EXPECT_FALSE(Box().IsFormDirty());
 }
 
+TEST_F(Dragging, WithoutMoreCommandsSongsStayWhereTheyAreInTheirList) {
+  AddSongs(3);
+  const Folder& one = AddFolder("one", {1, 2, 3});
+  Show();
+  const QRect last = List().visualRect(List().model()->index(2, 0));
+  EXPECT_FALSE(DropAt(List(), last.bottomLeft() + QPoint(9, -2), *SongsAt({0})));
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2, 3}));
+  EXPECT_FALSE(Box().History().CanUndo());
+}
+
 TEST_F(Dragging, ALineShowsWhereSongsGoUntilTheDragEnds) {
+  UseMoreCommands();
   AddSongs(3);
   AddFolder("one", {1, 2, 3});
   AddFolder("two", {1});
@@ -426,6 +438,7 @@ TEST_F(Dragging, ALineShowsWhereSongsGoUntilTheDragEnds) {
 }
 
 TEST_F(Dragging, NearTheEdgeOfTheListADragScrollsIt) {
+  UseMoreCommands();
   constexpr int kSongs = 200;
   AddSongs(kSongs);
   Folder& one = AddFolder("one");
@@ -442,6 +455,7 @@ TEST_F(Dragging, NearTheEdgeOfTheListADragScrollsIt) {
 }
 
 TEST_F(Dragging, SongsOfAnAutomaticFolderCanBeReordered) {
+  UseMoreCommands();
   AddSongs(2);
   Folder& all = AddFolder("All Songs", {1, 2});
   Show();

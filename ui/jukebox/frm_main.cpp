@@ -84,6 +84,7 @@ frmMain::frmMain(Tallow& tallow, ShowMessage show, QWidget* parent)
   MarkUnsaved();
   ShowPicture();
   ShowEmptyLibrary();
+  UseMoreCommands();
 }
 
 void frmMain::MarkUnsaved() {
@@ -93,9 +94,8 @@ void frmMain::MarkUnsaved() {
   connect(unsaved_timer_, &QTimer::timeout, this, [this] {
     // Qt warns about the mark of a window without a title.
     if (windowTitle().isEmpty()) return;
-    // The same comparison as on closing, unless the file is on a drive that does not answer.
-    const bool waits = tallow_.library.Unanswered()->Covers(jukebox_.FilePath());
-    setWindowModified(waits ? jukebox_.IsUnsaved() : WillAsk());
+    // Unlike on closing, the disk is not asked for the file, because it may take long to answer.
+    setWindowModified(jukebox_.IsUnsaved());
   });
   jukebox_.OnChange([this] {
     if (!unsaved_timer_->isActive()) unsaved_timer_->start();
@@ -143,7 +143,7 @@ void frmMain::ConnectExplorer() {
   connect(explorer_, &PVExplorer::PlayOrPause, this, &frmMain::PlayOrPause);
   connect(explorer_, &PVExplorer::ListPopUp, list_menu_, [this](const QPoint& position) {
     if (jukebox_.ListFolder() == nullptr) return;
-    EnableListItems(*list_menu_, player_, CanPaste(jukebox_.selectednode()));
+    EnableListItems(*list_menu_, player_, CanPaste());
     EnableItemsForHits(*list_menu_, jukebox_.ShowsHits(),
                        tallow_.preferences.switches().find_field);
     list_menu_->popup(position);
@@ -152,7 +152,7 @@ void frmMain::ConnectExplorer() {
           [this](Folder* folder, const QPoint& position) {
             menu_folder_ = folder != nullptr ? folder->Key() : 0;
             OfferAlbumFolder(*tree_menu_, OffersAlbumFolder(jukebox_, tallow_.library));
-            EnableTreeItems(*tree_menu_, folder, player_, CanPaste(folder));
+            EnableTreeItems(*tree_menu_, folder, player_, CanPaste());
             tree_menu_->popup(position);
           });
   connect(explorer_, &PVExplorer::FocusChanged, this,
@@ -171,9 +171,9 @@ void frmMain::ConnectExplorer() {
           [this] { QSettings().setValue(kSplitterOption, explorer_->saveState()); });
 }
 
-bool frmMain::CanPaste(const Folder* into) const {
-  const JukeboxClipboard& clipboard = tallow_.clipboard;
-  return clipboard.CopiedFolder() != nullptr || (into != nullptr && !clipboard.Songs().empty());
+bool frmMain::CanPaste() const {
+  // Songs that are pasted into no folder say that they need one.
+  return tallow_.clipboard.CopiedFolder() != nullptr || !tallow_.clipboard.Songs().empty();
 }
 
 QSize frmMain::sizeHint() const { return kUsualSize; }
@@ -197,7 +197,14 @@ void frmMain::ShowFolder(Folder& folder) {
 
 bool frmMain::HasDetails() const { return tallow_.preferences.switches().columns_of_details; }
 
+void frmMain::UseMoreCommands() {
+  const bool is_on = tallow_.preferences.switches().more_commands;
+  ShowMoreCommands(*list_menu_, *tree_menu_, is_on);
+  explorer_->UseMoreCommands(is_on);
+}
+
 void frmMain::FollowPreferences() {
+  UseMoreCommands();
   columns_->Follow();
   ShowEmptyLibrary();
   sums_->Changed();

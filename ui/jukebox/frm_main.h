@@ -100,7 +100,7 @@ class frmMain : public QWidget {
   /// Sets the player that the window shows, and that its menus ask what it can do.
   /// \param player null for none; must outlive the window, or the next call
   void SetPlayer(PlayerModel* player);
-  /// Call after preferences have changed: shows the columns that they name.
+  /// Call after preferences have changed: shows the columns and the commands that they name.
   void FollowPreferences();
   /// Call regularly: shows details of songs that were read since the last call.
   void ShowNewDetails();
@@ -155,11 +155,13 @@ class frmMain : public QWidget {
  private:
   void ConnectExplorer();
   void MarkUnsaved();
+  /// Follows the switch `more_commands`.
+  void UseMoreCommands();
   void ShowPicture();
   void ShowFolder(Folder& folder);
   bool MayClose();
   bool HasDetails() const;
-  bool CanPaste(const Folder* into) const;
+  bool CanPaste() const;
   QSize WholeSize() const;
 
   Tallow& tallow_;

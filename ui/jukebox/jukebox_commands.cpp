@@ -102,7 +102,8 @@ void JukeboxCommands::ActOnList(ListCommand command, Folder& node) {
   switch (command) {
     case kPlayAllSongsInFolder:
       return Play(node, ShownSongsOf(node, tallow_.library),
-                  tr("This folder holds no songs to play."));
+                  IsOfHits(node) ? tr("No songs were found to play.")
+                                 : tr("This folder holds no songs to play."));
     case kPlaySelectedSongs:
       return Play(node, tallow_.SongsToPlay, tr("No song is selected."));
     case kCutSongs:

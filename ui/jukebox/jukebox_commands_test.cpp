@@ -21,6 +21,18 @@ namespace {
 class Commands : public JukeboxWindowTest {
  protected:
   QMenu& Menu(const char* name) { return *window.findChild<QMenu*>(QLatin1String(name)); }
+  /// The commands of the items that a menu and its menus show; a menu itself may have none.
+  static QList<int> ShownIn(const QMenu& menu) {
+    QList<int> commands;
+    for (const QAction* const action : menu.actions()) {
+      if (!action->isVisible() || action->isSeparator()) continue;
+      if (const int command = action->data().toInt(); command != 0) commands.append(command);
+      // The items of the columns are not commands.
+      if (action->menu() != nullptr && action->data().toInt() == 0)
+        commands += ShownIn(*action->menu());
+    }
+    return commands;
+  }
   /// Returns a menu's items as "caption command"; the items of a submenu follow its item.
   static QStringList ItemsOf(const QMenu& menu) {
     QStringList items;
@@ -90,6 +102,31 @@ TEST_F(Commands, TheTreesMenuHasItsItemsInTheirOrder) {
                    "Cu&t 6", "&Copy 7", "&Paste 8", "&Delete 9", "Sort Nodes 10", "Move To Root 11",
                    "Rena&me 13", "-", "Play &All Songs in Folder 14", "Play &Next 15",
                    "Add To &Queue 16", "Pr&operties... 17"}));
+}
+
+TEST_F(Commands, ThePopUpMenusShowMoreCommandsOnlyWithTheirSwitch) {
+  const QList<int> list{1, 2, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16, 17};
+  const QList<int> tree{4, 5, 6, 7, 8, 9, 10, 11};
+  AddFolder("one");
+  Show();
+  const auto open = [&] {
+    for (QWidget* const view : {List().viewport(), Tree().viewport()}) {
+      QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(9, 9),
+                              view->mapToGlobal(QPoint(9, 9)));
+      QApplication::sendEvent(view, &event);
+    }
+    Menu("TreeMenu").close();
+    Menu("ListMenu").close();
+  };
+  open();
+  EXPECT_EQ(ShownIn(Menu("ListMenu")), list);
+  EXPECT_EQ(ShownIn(Menu("TreeMenu")), tree);
+  UseMoreCommands();
+  open();
+  QList<int> more = list;
+  more.insert(12, 18);
+  EXPECT_EQ(ShownIn(Menu("ListMenu")), more + QList<int>({21, 20}));
+  EXPECT_EQ(ShownIn(Menu("TreeMenu")), tree + QList<int>({13, 14, 15, 16, 17}));
 }
 
 TEST_F(Commands, EachRankItemShowsThePictureOfItsRank) {
@@ -737,6 +774,7 @@ TEST_F(Commands, TheItemsOfTheTreeRenameAndPlayTheFolder) {
 }
 
 TEST_F(Commands, ItemsThatWouldDoNothingSilentlyAreGrey) {
+  UseMoreCommands();
   AddSongs(1);
   AddFolder("All Songs", {1});
   AddFolder("one");
@@ -762,6 +800,10 @@ TEST_F(Commands, ItemsThatWouldDoNothingSilentlyAreGrey) {
   emit window.PVExplorer1().TreePopUp(&Nodes().ChildAt(1), QPoint(10, 10));
   Menu("TreeMenu").close();
   EXPECT_EQ(grey(Menu("TreeMenu")), QList<int>{11});
+  // Songs that are pasted into no folder say that they need one.
+  emit window.PVExplorer1().TreePopUp(nullptr, QPoint(10, 10));
+  Menu("TreeMenu").close();
+  EXPECT_FALSE(grey(Menu("TreeMenu")).contains(8));
 }
 
 }  // namespace

@@ -542,7 +542,30 @@ TEST_F(Keys, ThePartOfTheControlOutsideTheWindowStaysEmpty) {
   EXPECT_TRUE(window.rect().contains(corner));
 }
 
+TEST_F(Keys, WithoutMoreCommandsTheirKeysDoNothing) {
+  AddSongs(2);
+  const Folder& one = AddFolder("one", {1, 2});
+  Show();
+  SelectRow(0);
+  for (const Qt::Key key : {Qt::Key_7, Qt::Key_3, Qt::Key_0})
+    Type(List(), key, Qt::ControlModifier);
+  Type(List(), Qt::Key_Down, Qt::AltModifier);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 1), "2");
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2}));
+  EXPECT_FALSE(Box().History().CanUndo());
+  int shown = 0;
+  QObject::connect(&window, &frmMain::ShowProperties, [&shown] { ++shown; });
+  Type(List(), Qt::Key_Return, Qt::AltModifier);
+  Type(Tree(), Qt::Key_Return, Qt::AltModifier);
+  EXPECT_EQ(shown, 0);
+  UseMoreCommands();
+  Type(List(), Qt::Key_Return, Qt::AltModifier);
+  Type(Tree(), Qt::Key_Return, Qt::AltModifier);
+  EXPECT_EQ(shown, 2);
+}
+
 TEST_F(Keys, CtrlAndADigitRankTheSelectedSongs) {
+  UseMoreCommands();
   AddSongs(2);
   AddFolder("one", {1, 2});
   Show();
@@ -570,6 +593,7 @@ TEST_F(Keys, CtrlAndADigitRankTheSelectedSongs) {
 }
 
 TEST_F(Keys, DigitsThatNeedShiftRankToo) {
+  UseMoreCommands();
   AddSongs(1);
   AddFolder("one", {1});
   Show();
@@ -592,6 +616,7 @@ TEST_F(Keys, TheRankMenuShowsItsKeys) {
 }
 
 TEST_F(Keys, AltUpAndAltDownMoveTheSelection) {
+  UseMoreCommands();
   AddSongs(5);
   Folder& one = AddFolder("one", {1, 2, 3, 4, 5});
   Show();
@@ -618,6 +643,7 @@ TEST_F(Keys, AltUpAndAltDownMoveTheSelection) {
 }
 
 TEST_F(Keys, AMovedSongStaysInViewAndClearsTheSortMark) {
+  UseMoreCommands();
   constexpr int kSongs = 100;
   AddSongs(kSongs);
   Folder& one = AddFolder("one");
@@ -634,6 +660,7 @@ TEST_F(Keys, AMovedSongStaysInViewAndClearsTheSortMark) {
 }
 
 TEST_F(Keys, SongsThatAreNotShownKeepTheirPlacesWhenOthersMove) {
+  UseMoreCommands();
   AddSongs(4);
   Folder& one = AddFolder("one", {1, 2, 3, 4});
   // A song whose file is missing, and that the folder remembers, has a negative number.

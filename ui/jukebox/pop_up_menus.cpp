@@ -62,6 +62,8 @@ QString Tr(const char* text) { return QCoreApplication::translate("PopUpMenus", 
 
 static_assert(RankCommand(kRankItems) == ListCommand::kRankWorst);
 
+/// The object name of the menu of the ranks.
+constexpr const char* kRankMenu = "RankMenu";
 /// The object name of the item "Add Album Folder".
 constexpr const char* kAlbumItem = "AddAlbumFolder";
 /// The object name of the item "Properties..." of the tree, its last one.
@@ -104,7 +106,7 @@ QMenu* MakeListMenu(QWidget* parent, const std::function<void(ListCommand)>& act
   builder.Add(Tr("&Paste"), kPasteSongs, kPasteKey);
   builder.Add(Tr("&Delete"), kDeleteSongs, kDeleteKey);
   QMenu* const ranks = builder.Menu()->addMenu(Tr("&Rank"));
-  ranks->setObjectName(QStringLiteral("RankMenu"));
+  ranks->setObjectName(QLatin1String(kRankMenu));
   ranks->setToolTipsVisible(true);
   for (int item = 1; item <= kNoRankItem; ++item) {
     const ListCommand command = RankCommand(item);
@@ -180,6 +182,21 @@ QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act
   builder.Add(Tr("Pr&operties..."), kFolderProperties, kPropertiesKey)
       ->setObjectName(QLatin1String(kFolderPropertiesItem));
   return builder.Menu();
+}
+
+void ShowMoreCommands(QMenu& list_menu, QMenu& tree_menu, bool on) {
+  const auto show = [on](QMenu& menu, const auto&... commands) {
+    for (QMenu* const part : {&menu, menu.findChild<QMenu*>(QLatin1String(kRankMenu))}) {
+      if (part == nullptr) continue;
+      for (QAction* const action : part->actions()) {
+        const int command = action->data().toInt();
+        if (((command == static_cast<int>(commands)) || ...)) action->setVisible(on);
+      }
+    }
+  };
+  show(list_menu, ListCommand::kNoRank, ListCommand::kProperties, ListCommand::kColumns);
+  show(tree_menu, TreeCommand::kRename, TreeCommand::kPlayFolder, TreeCommand::kPlayFolderNext,
+       TreeCommand::kAddFolderToQueue, TreeCommand::kFolderProperties);
 }
 
 void OfferAlbumFolder(QMenu& tree_menu, bool offers) {

@@ -100,13 +100,16 @@ void EnableItemsForHits(QMenu& list_menu, bool hits, bool finds);
 /// Like MakeListMenu, for the pop-up menu of the tree, named "TreeMenu".
 QMenu* MakeTreeMenu(QWidget* parent, const std::function<void(TreeCommand)>& act);
 
+/// Shows or hides the items of both pop-up menus that Switches::more_commands names.
+void ShowMoreCommands(QMenu& list_menu, QMenu& tree_menu, bool on);
+
 /// Adds or removes the item "Add Album Folder" of the tree's pop-up menu, before "Properties...".
 void OfferAlbumFolder(QMenu& tree_menu, bool offers);
 
 /// Disables the items of the tree's pop-up menu that would have no effect.
 /// \param folder the folder that the menu is opened on; null in the empty area of the tree
 /// \param player as for EnableListItems
-/// \param paste  whether the clipboard can be pasted there
+/// \param paste  whether the clipboard has anything
 void EnableTreeItems(QMenu& tree_menu, const Folder* folder, const PlayerModel* player, bool paste);
 
 }  // namespace tallow

@@ -233,6 +233,11 @@ bool PVExplorer::StepLinked(std::uint64_t move, bool back) {
   return steps_->StepLinked(move, back);
 }
 
+void PVExplorer::UseMoreCommands(bool on) {
+  keys_->UseMoreCommands(on);
+  dragging_->UseMoreCommands(on);
+}
+
 std::unique_ptr<ExplorerDrag> PVExplorer::SongsToDrag() const { return dragging_->SongsToDrag(); }
 
 std::unique_ptr<ExplorerDrag> PVExplorer::FolderToDrag() const { return dragging_->FolderToDrag(); }

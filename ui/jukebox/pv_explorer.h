@@ -61,6 +61,9 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// Whether the list has songs.
   bool ShowsSongs() const;
 
+  /// Switches the keys and drags of Switches::more_commands. They are on at first.
+  void UseMoreCommands(bool on);
+
   /// Makes the tree as wide as its names need, within bounds.
   void FitTree();
 

@@ -36,7 +36,8 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
       });
     }
     // Every other run has the columns of details.
-    tallow.preferences.SetSwitches({.columns_of_details = GetParam() % 2 == 0});
+    tallow.preferences.SetSwitches(
+        {.columns_of_details = GetParam() % 2 == 0, .more_commands = true});
     window.FollowPreferences();
     other.FollowPreferences();
     other.Jukebox().AddColumnHeader(kNameHeader);

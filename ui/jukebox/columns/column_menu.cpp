@@ -17,6 +17,7 @@ QString Tr(const char* text) { return QCoreApplication::translate("ColumnMenu", 
 const QLatin1String kSortMenu("SortMenu");
 const QLatin1String kMoveLeftMenu("MoveLeftMenu");
 const QLatin1String kMoveRightMenu("MoveRightMenu");
+const QLatin1String kResetItem("ResetColumns");
 
 QAction* AddColumn(QMenu& menu, ListColumn column) {
   QAction* const item = menu.addAction(DisplayText(TitleOf(column)));
@@ -62,13 +63,14 @@ QMenu* MakeColumnMenu(QWidget* parent, const ColumnActions& actions) {
           [move = actions.move](ListColumn column) { move(column, false); });
   menu->addSeparator();
   QAction* const first = menu->addAction(Tr("&Reset Columns"));
-  first->setObjectName(QStringLiteral("ResetColumns"));
+  first->setObjectName(kResetItem);
   QObject::connect(first, &QAction::triggered, first, actions.reset);
   return menu;
 }
 
 void UpdateColumnMenu(QMenu& menu, const std::vector<ChosenColumn>& columns,
-                      std::optional<ListColumn> sorted_by) {
+                      const std::vector<ChosenColumn>& first, std::optional<ListColumn> sorted_by) {
+  menu.findChild<QAction*>(kResetItem)->setEnabled(columns != first);
   std::vector<ListColumn> shown;
   shown.reserve(columns.size());
   for (const ChosenColumn& column : columns) shown.push_back(column.column);

@@ -27,8 +27,9 @@ QMenu* MakeColumnMenu(QWidget* parent, const ColumnActions& actions);
 
 /// Call before the menu is shown: checks the items of the columns that are shown, and fills the
 /// menus of these columns. The last column cannot be hidden.
+/// \param first     the columns of the first start
 /// \param sorted_by the column that the list is sorted by; no value for none
 void UpdateColumnMenu(QMenu& menu, const std::vector<ChosenColumn>& columns,
-                      std::optional<ListColumn> sorted_by);
+                      const std::vector<ChosenColumn>& first, std::optional<ListColumn> sorted_by);
 
 }  // namespace tallow

@@ -27,7 +27,7 @@ JukeboxColumns::JukeboxColumns(Tallow& tallow, Jukebox& jukebox, PVExplorer& exp
                                    bool left) { Choose(WithColumnMoved(shown_, column, left)); },
                     .reset = [this] { Choose({}); }})) {
   connect(menu_.get(), &QMenu::aboutToShow, this,
-          [this] { UpdateColumnMenu(*menu_, shown_, sorted_by_); });
+          [this] { UpdateColumnMenu(*menu_, shown_, FirstColumns(HasDetails()), sorted_by_); });
   connect(&explorer, &PVExplorer::HeaderPopUp, this,
           [this](const QPoint& position) { menu_->popup(position); });
   connect(&explorer, &PVExplorer::ColumnsChanged, this, &JukeboxColumns::Choose);

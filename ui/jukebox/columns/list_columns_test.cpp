@@ -319,9 +319,14 @@ TEST_F(ListColumns, TheMenuShowsAndHidesColumns) {
   EXPECT_FALSE(ItemOf(ListColumn::kAlbum).isChecked());
   ItemOf(ListColumn::kFormat).trigger();
   EXPECT_EQ(HeaderTexts().last(), "Format");
+  const auto& reset = *Menu().findChild<QAction*>(Reset());
+  emit Menu().aboutToShow();
+  EXPECT_TRUE(reset.isEnabled());
   Menu().findChild<QAction*>(Reset())->trigger();
   EXPECT_EQ(HeaderTexts(),
             (QStringList{"", "Position", "Title", "Artist", "Album", "Year", "Length", "Rank"}));
+  emit Menu().aboutToShow();
+  EXPECT_FALSE(reset.isEnabled());
 }
 
 TEST_F(ListColumns, TheLastColumnCannotBeHidden) {

@@ -24,6 +24,7 @@ TEST(DigitKeys, AreKnownByTheirCodes) {
 class DigitKeysOfList : public JukeboxWindowTest {};
 
 TEST_F(DigitKeysOfList, RankWithoutShiftWhereDigitsNeedIt) {
+  UseMoreCommands();
   AddSongs(1);
   AddFolder("one", {1});
   Show();

@@ -137,7 +137,7 @@ void ExplorerDragging::DragOver(QDropEvent& event, const Folder* to) const {
 
 bool ExplorerDragging::MovesInList(const QDropEvent& event) const {
   const auto* const drag = qobject_cast<const ExplorerDrag*>(event.mimeData());
-  return drag != nullptr && drag->Source() == &edits_ && drag->IsSongs() &&
+  return moves_in_list_ && drag != nullptr && drag->Source() == &edits_ && drag->IsSongs() &&
          &drag->From() == jukebox_.selectednode() &&
          !event.modifiers().testFlag(Qt::ControlModifier);
 }

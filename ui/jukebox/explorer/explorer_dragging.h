@@ -40,6 +40,9 @@ class ExplorerDragging : public QObject {
   std::unique_ptr<ExplorerDrag> SongsToDrag() const;
   std::unique_ptr<ExplorerDrag> FolderToDrag() const;
 
+  /// Switches moving songs inside their list; see Switches::more_commands. On at first.
+  void UseMoreCommands(bool on) noexcept { moves_in_list_ = on; }
+
  signals:
   /// The user dropped files from another program.
   /// \param paths in the encoding of the file system
@@ -57,6 +60,7 @@ class ExplorerDragging : public QObject {
   const clsMain& library_;
   const FolderTreeView& tree_;
   const ShownSongs& songs_;
+  bool moves_in_list_ = true;
   DropLine* drop_line_;  ///< a child of the list
   ExplorerEdits& edits_;
 };

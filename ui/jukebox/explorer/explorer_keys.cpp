@@ -52,7 +52,7 @@ bool ExplorerKeys::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool ExplorerKeys::KeyPressed(const QKeyEvent& key, PopUpPane pane) {
-  if (EditKeyPressed(key, pane)) return true;
+  if (EditKeyPressed(key, pane) || (has_more_commands_ && MoreKeyPressed(key, pane))) return true;
   if (key.key() == Qt::Key_F10 && key.modifiers() == Qt::ShiftModifier) {
     emit MenuKey(pane);
     return true;
@@ -97,8 +97,6 @@ bool ExplorerKeys::EditKeyPressed(const QKeyEvent& key, PopUpPane pane) {
   if (is(Qt::CTRL | Qt::Key_V)) return command(TreeCommand::kPasteFolder, ListCommand::kPasteSongs);
   if (is(QKeyCombination(Qt::Key_Delete)))
     return command(TreeCommand::kDeleteFolder, ListCommand::kDeleteSongs);
-  if (is(Qt::ALT | Qt::Key_Return) || is(Qt::ALT | Qt::Key_Enter))
-    return command(TreeCommand::kFolderProperties, ListCommand::kProperties);
   if (is(Qt::CTRL | Qt::Key_Z)) {
     emit UndoKey();
     return true;
@@ -110,16 +108,26 @@ bool ExplorerKeys::EditKeyPressed(const QKeyEvent& key, PopUpPane pane) {
   return false;
 }
 
-bool ExplorerKeys::ListKeyPressed(const QKeyEvent& key) {
-  const Qt::KeyboardModifiers modifiers = ModifiersOf(key);
-  if (modifiers == Qt::AltModifier && (key.key() == Qt::Key_Up || key.key() == Qt::Key_Down)) {
+bool ExplorerKeys::MoreKeyPressed(const QKeyEvent& key, PopUpPane pane) {
+  const bool has_alt = ModifiersOf(key) == Qt::AltModifier;
+  if (has_alt && (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)) {
+    if (pane == kListPane)
+      emit ListCommandKey(ListCommand::kProperties);
+    else
+      emit TreeCommandKey(TreeCommand::kFolderProperties);
+    return true;
+  }
+  if (pane != kListPane) return false;
+  if (has_alt && (key.key() == Qt::Key_Up || key.key() == Qt::Key_Down)) {
     emit MoveKey(key.key() == Qt::Key_Up);
     return true;
   }
-  if (const int item = RankItemOfDigit(DigitWithCtrl(key)); item != 0) {
-    emit ListCommandKey(RankCommand(item));
-    return true;
-  }
+  const int item = RankItemOfDigit(DigitWithCtrl(key));
+  if (item != 0) emit ListCommandKey(RankCommand(item));
+  return item != 0;
+}
+
+bool ExplorerKeys::ListKeyPressed(const QKeyEvent& key) {
   const int last = list_.model()->rowCount() - 1;
   switch (key.key()) {
     case Qt::Key_Return:

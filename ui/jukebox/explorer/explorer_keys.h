@@ -23,6 +23,10 @@ class ExplorerKeys : public QObject {
   /// \param library, tree, list must outlive this object
   ExplorerKeys(const clsMain& library, FolderTreeView& tree, SongListView& list);
 
+  /// Switches the keys of TreeCommand::kFolderProperties, ListCommand::kProperties and the ranks,
+  /// and MoveKey; see Switches::more_commands. On at first.
+  void UseMoreCommands(bool on) noexcept { has_more_commands_ = on; }
+
  signals:
   /// The key of a command of a pop-up menu.
   void TreeCommandKey(tallow::TreeCommand command);
@@ -48,6 +52,7 @@ class ExplorerKeys : public QObject {
   // Each returns whether it handled the key; the view must not receive a handled key.
   bool KeyPressed(const QKeyEvent& key, PopUpPane pane);
   bool EditKeyPressed(const QKeyEvent& key, PopUpPane pane);
+  bool MoreKeyPressed(const QKeyEvent& key, PopUpPane pane);
   bool ListKeyPressed(const QKeyEvent& key);
   /// Whether the user is typing the name of a folder: the next letter continues it.
   bool IsTypingInTree() const;
@@ -55,6 +60,7 @@ class ExplorerKeys : public QObject {
   const clsMain& library_;
   FolderTreeView& tree_;
   SongListView& list_;
+  bool has_more_commands_ = true;
   QElapsedTimer since_typed_;  ///< a letter of a name, in the tree
 };
 
