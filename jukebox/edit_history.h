@@ -49,7 +49,8 @@ namespace tallow {
 class EditHistory {
  public:
   /// Number of steps that can always be undone, whatever memory they use. A step that sorts or
-  /// removes all songs of a folder uses 4 to 16 bytes per song.
+  /// removes all songs of a folder uses 4 to 16 bytes per song. A step that moves songs inside a
+  /// folder uses 4 bytes for each song from the first to the last one that it moves.
   static constexpr std::size_t kMinSteps = 100;
   /// Maximum number of steps.
   static constexpr std::size_t kMaxSteps = 1000;

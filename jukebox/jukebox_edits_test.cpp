@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/jukebox_edits.h"
 
+#include <numeric>
+
 #include "app/play_commands.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/special_folders.h"
@@ -411,6 +413,16 @@ TEST_F(Edits, SongsMoveOverTheirNeighbours) {
   edits.MoveSongsByOne(folder, {0}, {4});
   EXPECT_EQ(SongsOf(folder), (Songs{4, 3, 1, 5, 2}));
   EXPECT_EQ(jukebox.History().NameToUndo(), "Move Song");
+}
+
+TEST_F(Edits, AMoveInALongFolderIsASmallStep) {
+  Songs songs(10'000);
+  std::iota(songs.begin(), songs.end(), 1);
+  Folder& folder = Add(nullptr, "A", songs);
+  edits.MoveSongsByOne(folder, {5000}, {4999});
+  EXPECT_LT(jukebox.History().Bytes(), 1000U);
+  jukebox.Undo();
+  EXPECT_EQ(SongsOf(folder), songs);
 }
 
 }  // namespace
