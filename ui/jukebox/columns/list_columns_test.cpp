@@ -542,6 +542,21 @@ TEST_F(ListColumns, TheSelectionFollowsASort) {
   EXPECT_EQ(Selected(), std::vector<int>{1});
 }
 
+TEST_F(ListColumns, TheSelectionFollowsTheEntryOfASongThatTheFolderHoldsTwice) {
+  AddSongWith("a", "Zoe");
+  AddSongWith("b", "Zoe");
+  AddSongWith("c", "Adam");
+  Folder& one = AddFolder("first", {1, 2, 1, 3});
+  ShowDetails();
+  ASSERT_EQ(Box().selectednode(), &one);
+  SelectRow(2);
+  Sort(ListColumn::kArtist);
+  EXPECT_EQ(SongsOf(one), (Songs{3, 1, 2, 1}));
+  EXPECT_EQ(Selected(), std::vector<int>{3});
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Selected(), std::vector<int>{2});
+}
+
 TEST_F(ListColumns, AnotherFolderHasNoArrow) {
   AddSongWith("a", "x");
   Folder& other = AddFolder("other", {1});
