@@ -77,7 +77,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// ShownSongs::ShowHits.
   void ShowHits(const std::vector<std::int32_t>& songs) { shown_songs_.ShowHits(songs); }
   /// Shows the songs of the folder again, as they were.
-  void HideHits();
+  void HideHits() { shown_songs_.HideHits(); }
   /// Selects the first song of the list, if there is one.
   void SelectFirstSong() { shown_songs_.SelectNear(0); }
   /// Starts the renaming of a folder by the user.
@@ -177,8 +177,6 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void NodeClick(tallow::Folder* folder);
   /// The user clicked a column header of the list.
   void ColumnClick(tallow::ListColumn column);
-  /// The list shows the songs of its folder again, in place of the hits of a search.
-  void HitsHidden();
   // See SongListView.
   void ColumnsChanged(const std::vector<tallow::ChosenColumn>& columns);
   void RankWanted(int rank);
