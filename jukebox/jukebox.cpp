@@ -53,6 +53,7 @@ void Jukebox::Renumber(const NewNumbers& numbers) {
   found_.Renumber(numbers);
   history_.Renumber(numbers);
   file_.Content().Renumbered(before, ContentHash(tree_));
+  display_.Renumbered(numbers);
 }
 
 void Jukebox::IsFormDirty(bool dirty) noexcept {

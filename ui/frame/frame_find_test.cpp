@@ -245,6 +245,20 @@ TEST_F(FindWhileTyping, EscSelectsTheSameEntryOfASongThatTheFolderHoldsTwice) {
   EXPECT_EQ(List().currentIndex().row(), 2);
 }
 
+TEST_F(FindWhileTyping, EscSelectsASongThatGotAnotherRecordNumber) {
+  List().SelectRows(1, 1);
+  Type("moon");
+  // As when the file of a missing song is found in another folder.
+  music.File("b2.mp3");
+  AddSong(music.path(), "b2.mp3");
+  Box().Renumber({{2, library.UBoundOfMp3Array()}});
+  Box().ListRefilled(library);
+  QTest::keyClick(&Field(), Qt::Key_Escape);
+  EXPECT_EQ(RowsOf(List()), (QStringList{"1.  a.mp3", "2.  b2.mp3"}));
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{1});
+  EXPECT_EQ(List().currentIndex().row(), 1);
+}
+
 TEST_F(FindWhileTyping, NoFolderIsMarkedWhileHitsAreShown) {
   EXPECT_TRUE(Tree().selectionModel()->isSelected(IndexOf(Tree(), "one")));
   Type("moon");

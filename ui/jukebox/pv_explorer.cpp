@@ -244,4 +244,9 @@ void PVExplorer::LabelsChanged() { songs_->Relabel(); }
 
 void PVExplorer::HeadersChanged() { list_->ChangeHeaders(); }
 
+void PVExplorer::Renumbered(const NewNumbers& numbers) {
+  shown_songs_.Renumber(numbers);
+  emit SongsRenumbered(numbers);
+}
+
 }  // namespace tallow

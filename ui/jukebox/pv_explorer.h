@@ -188,6 +188,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void BeforeCut(tallow::BeforeCutEvent& event);
   /// The list was refilled with the songs of the folder on show.
   void ListRefilled();
+  /// Songs have other record numbers; the list is not refilled yet.
+  void SongsRenumbered(const tallow::NewNumbers& numbers);
   /// Other songs of the list are selected.
   void SelectionChanged();
   /// A pane has received the keyboard focus.
@@ -224,6 +226,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void ListChanged() override;
   void LabelsChanged() override;
   void HeadersChanged() override;
+  void Renumbered(const NewNumbers& numbers) override;
 
   void ConnectTree();
   void ConnectList();

@@ -34,6 +34,7 @@ JukeboxColumns::JukeboxColumns(Tallow& tallow, Jukebox& jukebox, PVExplorer& exp
   connect(&explorer, &PVExplorer::ColumnsChanged, this, &JukeboxColumns::Choose);
   connect(&explorer, &PVExplorer::ColumnClick, this, &JukeboxColumns::Sort);
   connect(&explorer, &PVExplorer::ListRefilled, this, &JukeboxColumns::ListRefilled);
+  connect(&explorer, &PVExplorer::SongsRenumbered, this, &JukeboxColumns::Renumber);
   Follow();
 }
 
@@ -133,6 +134,11 @@ bool JukeboxColumns::IsFolderStillSorted() const {
     ++next;
   }
   return true;
+}
+
+void JukeboxColumns::Renumber(const NewNumbers& numbers) {
+  for (std::int32_t& song : sorted_songs_)
+    if (const auto found = numbers.find(song); found != numbers.end()) song = found->second;
 }
 
 void JukeboxColumns::ShowArrow(const Arrow& arrow) {

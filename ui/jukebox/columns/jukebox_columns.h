@@ -11,6 +11,7 @@
 
 #include "app/columns/column_choice.h"
 #include "app/columns/song_columns.h"
+#include "jukebox/folder_tree.h"
 
 class QMenu;
 
@@ -61,6 +62,7 @@ class JukeboxColumns : public QObject {
   /// Shows the arrow of a sort, and keeps it if the list shows a folder.
   void Sorted(const Arrow& arrow);
   bool IsFolderStillSorted() const;
+  void Renumber(const NewNumbers& numbers);
   void ShowArrow(const Arrow& arrow);
 
   Tallow& tallow_;

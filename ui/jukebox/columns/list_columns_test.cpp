@@ -466,6 +466,17 @@ TEST_F(ListColumns, TheArrowStaysWhenSongsLeaveTheList) {
   EXPECT_EQ(Headers().sortIndicatorOrder(), Qt::DescendingOrder);
 }
 
+TEST_F(ListColumns, TheArrowStaysWhenASongGetsAnotherRecordNumber) {
+  for (const char* const title : {"b", "a"}) AddSongWith(title, "x");
+  ShowDetails();
+  Sort(ListColumn::kTitle);
+  AddSongWith("a", "x");
+  Box().Renumber({{2, 3}});
+  Box().ListRefilled(library);
+  EXPECT_EQ(SongsOf(*Box().selectednode()), (Songs{3, 1}));
+  EXPECT_TRUE(Headers().isSortIndicatorShown());
+}
+
 TEST_F(ListColumns, AnotherOrderAndNewSongsTakeTheArrow) {
   for (const char* const title : {"b", "a", "c"}) AddSongWith(title, "x");
   ShowDetails();

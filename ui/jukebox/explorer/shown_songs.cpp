@@ -67,6 +67,15 @@ void ShownSongs::HideHits() {
   GoTo(before_hits_);
 }
 
+void ShownSongs::Renumber(const NewNumbers& numbers) {
+  const auto renumber = [&numbers](Place::Song& song) {
+    if (const auto found = numbers.find(song.entry.record); found != numbers.end())
+      song.entry.record = found->second;
+  };
+  std::ranges::for_each(before_hits_.selected, renumber);
+  renumber(before_hits_.current);
+}
+
 void ShownSongs::FillList() {
   QScrollBar& bar = *view_.verticalScrollBar();
   QScrollBar& sideways = *view_.horizontalScrollBar();

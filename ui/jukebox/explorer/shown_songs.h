@@ -8,9 +8,10 @@
 
 #include <QRect>
 
+#include "jukebox/folder_tree.h"
+
 namespace tallow {
 
-class Folder;
 class Jukebox;
 class SongListModel;
 class SongListView;
@@ -63,6 +64,9 @@ class ShownSongs {
   /// Shows the songs of the folder again, as they were before the first ShowHits: selection and
   /// scroll position, too. No effect while no hits are shown.
   void HideHits();
+
+  /// Replaces old record numbers by new ones in what HideHits restores.
+  void Renumber(const NewNumbers& numbers);
 
   /// The indexes of the selected songs, in list order.
   std::vector<int> Selected() const;
