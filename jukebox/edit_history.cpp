@@ -212,12 +212,16 @@ const EditHistory::Step* EditHistory::LastStep() const {
   return last_was_undo_ ? &redo_.back() : &undo_.back();
 }
 
-bool EditHistory::LastChangedRanks() const {
+std::vector<std::int32_t> EditHistory::LastRankedSongs() const {
+  std::vector<std::int32_t> songs;
   const Step* const step = LastStep();
-  return step != nullptr &&
-         std::any_of(step->changes.begin(), step->changes.end(), [](const TreeChange& change) {
-           return std::holds_alternative<RankChange>(change);
-         });
+  if (step == nullptr) return songs;
+  for (const TreeChange& change : step->changes)
+    if (const auto* const ranks = std::get_if<RankChange>(&change)) {
+      const std::vector<std::int32_t> ranked = ranks->Songs();
+      songs.insert(songs.end(), ranked.begin(), ranked.end());
+    }
+  return songs;
 }
 
 EditHistory::SongChange EditHistory::LastSongChange(const Folder& folder) const {

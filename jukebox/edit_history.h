@@ -153,8 +153,8 @@ class EditHistory {
   /// there, see SongChange::IsReorder.
   /// \param position before the undo or redo, from 0
   std::size_t MovedByLast(const Folder& folder, std::size_t position) const;
-  /// Whether the last undo or redo changed ranks.
-  bool LastChangedRanks() const;
+  /// The songs whose ranks the last undo or redo changed: their record numbers.
+  std::vector<std::int32_t> LastRankedSongs() const;
 
   /// Links the step of a move from one jukebox to another to the step in the other jukebox.
   struct MoveLink {

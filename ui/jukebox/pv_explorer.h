@@ -216,8 +216,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
   /// This window's part of a move between two windows was undone or redone.
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
-  /// Undo or redo has changed ranks; the library is not saved yet.
-  void RanksChanged();
+  /// Undo or redo has changed the ranks of songs; the library is not saved yet.
+  void RanksChanged(const std::vector<std::int32_t>& songs);
   /// An operation failed; the lines say why.
   void Problem(const QStringList& lines);
 

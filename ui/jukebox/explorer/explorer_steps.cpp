@@ -42,7 +42,7 @@ void ExplorerSteps::Step(bool back) {
   if (const Folder* const shown = jukebox_.selectednode();
       shown != nullptr && history.LastSongChange(*shown).IsReorder())
     songs_.Move(before, [&](std::size_t index) { return history.MovedByLast(*shown, index); });
-  if (result.ranks_changed) emit RanksChanged();
+  if (!result.ranked.empty()) emit RanksChanged(result.ranked);
   // The list has to show what the step has changed.
   if (result.list_changed || result.concerned != nullptr) songs_.HideHits();
   if (result.list_changed) {
