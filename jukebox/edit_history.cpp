@@ -95,16 +95,26 @@ void EditHistory::RemoveSongs(Folder& folder, Positions positions) {
   Make(SongPresence{&folder, ElementToggle(std::move(positions), true), {}});
 }
 
+/// Whether an order gives another song to any position. The answer is the same before and after
+/// the songs are put in this order.
+bool EditHistory::MovesSongs(const Folder& folder, const std::vector<std::int32_t>& order) {
+  const auto& songs = folder.Items();
+  for (std::size_t k = 0; k < order.size(); ++k)
+    if (songs[static_cast<std::size_t>(order[k])].SubItem() != songs[k].SubItem()) return true;
+  return false;
+}
+
 void EditHistory::SongsReordered(Folder& folder, std::vector<std::int32_t> order) {
-  if (std::is_sorted(order.begin(), order.end())) return;
+  if (!MovesSongs(folder, order)) return;
   SongReorder change{&folder, Permutation(std::move(order))};
   change.order.Invert();
   open_.changes.emplace_back(std::move(change));
 }
 
-void EditHistory::ReorderSongs(Folder& folder, std::vector<std::int32_t> order) {
-  if (std::is_sorted(order.begin(), order.end())) return;
+bool EditHistory::ReorderSongs(Folder& folder, std::vector<std::int32_t> order) {
+  if (!MovesSongs(folder, order)) return false;
   Make(SongReorder{&folder, Permutation(std::move(order))});
+  return true;
 }
 
 void EditHistory::ChangeRanks(RankChange change) {
@@ -202,12 +212,16 @@ const EditHistory::Step* EditHistory::LastStep() const {
   return last_was_undo_ ? &redo_.back() : &undo_.back();
 }
 
-bool EditHistory::LastChangedRanks() const {
+std::vector<std::int32_t> EditHistory::LastRankedSongs() const {
+  std::vector<std::int32_t> songs;
   const Step* const step = LastStep();
-  return step != nullptr &&
-         std::any_of(step->changes.begin(), step->changes.end(), [](const TreeChange& change) {
-           return std::holds_alternative<RankChange>(change);
-         });
+  if (step == nullptr) return songs;
+  for (const TreeChange& change : step->changes)
+    if (const auto* const ranks = std::get_if<RankChange>(&change)) {
+      const std::vector<std::int32_t> ranked = ranks->Songs();
+      songs.insert(songs.end(), ranked.begin(), ranked.end());
+    }
+  return songs;
 }
 
 EditHistory::SongChange EditHistory::LastSongChange(const Folder& folder) const {
@@ -227,6 +241,22 @@ EditHistory::SongChange EditHistory::LastSongChange(const Folder& folder) const 
       result.first_removed_at = positions.front();
   }
   return result;
+}
+
+std::size_t EditHistory::MovedByLast(const Folder& folder, std::size_t position) const {
+  const Step* const step = LastStep();
+  if (step == nullptr) return position;
+  const auto follow = [&](const TreeChange& change) {
+    const auto* const reorder = std::get_if<SongReorder>(&change);
+    // After a step, its orders are those that revert it.
+    if (reorder != nullptr && reorder->folder == &folder)
+      position = reorder->order.SourceOf(position);
+  };
+  if (last_was_undo_)
+    std::for_each(step->changes.rbegin(), step->changes.rend(), follow);
+  else
+    std::for_each(step->changes.begin(), step->changes.end(), follow);
+  return position;
 }
 
 EditHistory::LinkedStepState EditHistory::StateOfLinkedStep(std::uint64_t move) const noexcept {

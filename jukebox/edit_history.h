@@ -49,7 +49,8 @@ namespace tallow {
 class EditHistory {
  public:
   /// Number of steps that can always be undone, whatever memory they use. A step that sorts or
-  /// removes all songs of a folder uses 4 to 16 bytes per song.
+  /// removes all songs of a folder uses 4 to 16 bytes per song. A step that moves songs inside a
+  /// folder uses 4 bytes for each song from the first to the last one that it moves.
   static constexpr std::size_t kMinSteps = 100;
   /// Maximum number of steps.
   static constexpr std::size_t kMaxSteps = 1000;
@@ -83,13 +84,16 @@ class EditHistory {
   /// Appends songs to a folder.
   void AddSongs(Folder& folder, std::vector<SongEntry> entries);
   void RemoveSongs(Folder& folder, Positions positions);
-  /// Records a reordering of a folder's songs that has already been done.
+  /// Records a reordering of a folder's songs that has already been done. An order in which only
+  /// entries of the same songs have changed places is ignored.
   /// \param order for each new position, the old position of the song there; both from 0
   void SongsReordered(Folder& folder, std::vector<std::int32_t> order);
 
-  /// Reorders the songs of a folder.
+  /// Reorders the songs of a folder. An order in which only entries of the same songs change places
+  /// is ignored.
   /// \param order for each new position, the present position of the song there; both from 0
-  void ReorderSongs(Folder& folder, std::vector<std::int32_t> order);
+  /// \returns whether the order was not ignored
+  bool ReorderSongs(Folder& folder, std::vector<std::int32_t> order);
 
   /// Exchanges the ranks of songs. A step that does nothing else leaves the jukebox as saved as it
   /// was, because ranks are stored with the library.
@@ -140,11 +144,17 @@ class EditHistory {
     bool any = false;           ///< the set of songs or their order changed
     std::vector<int> added;     ///< positions of the added songs, from 0, ascending
     int first_removed_at = -1;  ///< position of the first removed song, from 0; -1 for none
+    /// Whether only the order changed.
+    bool IsReorder() const noexcept { return any && added.empty() && first_removed_at < 0; }
   };
   /// How the last undo or redo changed the songs of a folder.
   SongChange LastSongChange(const Folder& folder) const;
-  /// Whether the last undo or redo changed ranks.
-  bool LastChangedRanks() const;
+  /// Where the last undo or redo has moved a song inside a folder, if it changed only the order
+  /// there, see SongChange::IsReorder.
+  /// \param position before the undo or redo, from 0
+  std::size_t MovedByLast(const Folder& folder, std::size_t position) const;
+  /// The songs whose ranks the last undo or redo changed: their record numbers.
+  std::vector<std::int32_t> LastRankedSongs() const;
 
   /// Links the step of a move from one jukebox to another to the step in the other jukebox.
   struct MoveLink {
@@ -201,6 +211,7 @@ class EditHistory {
   void RemoveSongsFiledMeanwhile(Step& redone);
   Folder* IfInTree(Folder* folder) const;
 
+  static bool MovesSongs(const Folder& folder, const std::vector<std::int32_t>& order);
   static std::size_t BytesOf(const Step& step);
   void Changed() const {
     if (changed_) changed_();

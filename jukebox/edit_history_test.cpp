@@ -217,6 +217,31 @@ TEST_F(History, ReportsHowAStepChangedTheSongsOfAFolder) {
   jukebox.Redo();
   EXPECT_EQ(history.LastSongChange(folder).first_removed_at, 1);
   EXPECT_EQ(history.LastSongChange(other).added, (std::vector<int>{0, 1}));
+  EXPECT_FALSE(history.LastSongChange(folder).IsReorder());
+  edits.MoveSongsTo(other, {0}, 2);
+  jukebox.Undo();
+  EXPECT_TRUE(history.LastSongChange(other).IsReorder());
+  EXPECT_FALSE(history.LastSongChange(folder).IsReorder());
+}
+
+TEST_F(History, TellsWhereAStepMovedTheSongsOfAFolder) {
+  Folder& folder = Add("A", {1, 2, 3, 1});
+  edits.MoveSongsByOne(folder, {3}, {2});
+  const auto moved = [&] {
+    std::vector<std::size_t> positions;
+    for (std::size_t position = 0; position < 4; ++position)
+      positions.push_back(history.MovedByLast(folder, position));
+    return positions;
+  };
+  jukebox.Undo();
+  EXPECT_EQ(moved(), (std::vector<std::size_t>{0, 1, 3, 2}));
+  jukebox.Redo();
+  EXPECT_EQ(moved(), (std::vector<std::size_t>{0, 1, 3, 2}));
+  edits.MoveSongsTo(folder, {0}, 4);
+  jukebox.Undo();
+  EXPECT_EQ(moved(), (std::vector<std::size_t>{1, 2, 3, 0}));
+  jukebox.Redo();
+  EXPECT_EQ(moved(), (std::vector<std::size_t>{3, 0, 1, 2}));
 }
 
 TEST_F(History, StepsAreNamedByWhatTheyDo) {

@@ -2,6 +2,7 @@
 #include "jukebox/jukebox.h"
 
 #include <cstddef>
+#include <unordered_set>
 #include <utility>
 
 #include "jukebox/sorting.h"
@@ -53,6 +54,7 @@ void Jukebox::Renumber(const NewNumbers& numbers) {
   found_.Renumber(numbers);
   history_.Renumber(numbers);
   file_.Content().Renumbered(before, ContentHash(tree_));
+  display_.Renumbered(numbers);
 }
 
 void Jukebox::IsFormDirty(bool dirty) noexcept {
@@ -80,7 +82,7 @@ Jukebox::StepResult Jukebox::AfterStep(Folder* concerned) {
   return {.done = true,
           .concerned = concerned,
           .list_changed = shown != nullptr && history_.LastSongChange(*shown).any,
-          .ranks_changed = history_.LastChangedRanks()};
+          .ranked = history_.LastRankedSongs()};
 }
 
 void Jukebox::ResetSort() {
@@ -149,11 +151,14 @@ void Jukebox::ListRefilled(const clsMain& library) {
   display_.ListChanged();
 }
 
-void Jukebox::RanksChanged(const clsMain& library) {
+void Jukebox::RanksChanged(const clsMain& library, const std::vector<std::int32_t>& songs) {
   Folder* const shown = ListFolder();
   if (shown == nullptr) return;
-  for (SongEntry& entry : shown->Items())
+  const std::unordered_set<std::int32_t> ranked(songs.begin(), songs.end());
+  for (SongEntry& entry : shown->Items()) {
+    if (!ranked.contains(entry.SubItem())) continue;
     if (const SongView song = library.Song(entry.SubItem()); song.Exists()) entry.Icon(song.Rank());
+  }
   PicturesChanged();
 }
 

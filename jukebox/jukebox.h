@@ -69,8 +69,9 @@ class Jukebox {
     Folder* concerned = nullptr;  ///< the folder to show; null for none
     /// The songs of the shown folder have changed and have no labels yet.
     bool list_changed = false;
-    /// Ranks have changed; the library is not saved yet, and the icons of the songs are old.
-    bool ranks_changed = false;
+    /// Record numbers of the songs whose ranks have changed. The library is not saved yet, and the
+    /// icons of these songs are old.
+    std::vector<std::int32_t> ranked = {};
   };
   /// Undoes the latest step, or redoes the step that was undone last. Does nothing when there is
   /// none.
@@ -170,8 +171,10 @@ class Jukebox {
 
   /// Call this after rank pictures of shown songs have changed.
   void PicturesChanged() { display_.LabelsChanged(); }
-  /// Call this after ranks have changed: shows the pictures of the ranks that are stored.
-  void RanksChanged(const clsMain& library);
+  /// Call this after ranks have changed: shows the pictures of the ranks that are stored, at all
+  /// entries of these songs. Other entries keep their pictures.
+  /// \param songs record numbers
+  void RanksChanged(const clsMain& library, const std::vector<std::int32_t>& songs);
 
   /// Sorts the list by the next order, as a click on a column header does, see SongListOrder.
   ///

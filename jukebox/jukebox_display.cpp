@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/jukebox_display.h"
 
-#include "jukebox/folder_tree.h"
-
 namespace tallow {
 
 void JukeboxDisplay::Caption(std::string_view caption) {
@@ -37,6 +35,10 @@ void JukeboxDisplay::LabelsChanged() {
 
 void JukeboxDisplay::HeadersChanged() {
   if (view_ != nullptr) view_->HeadersChanged();
+}
+
+void JukeboxDisplay::Renumbered(const NewNumbers& numbers) {
+  if (view_ != nullptr) view_->Renumbered(numbers);
 }
 
 }  // namespace tallow

@@ -6,9 +6,9 @@
 #include <utility>
 #include <vector>
 
-namespace tallow {
+#include "jukebox/folder_tree.h"
 
-class Folder;
+namespace tallow {
 
 /// The header of the name column whenever a folder is shown.
 inline constexpr std::string_view kNameHeader = "Name    --        (click to sort)";
@@ -25,6 +25,8 @@ class JukeboxView {
   /// Texts or pictures of the shown songs have changed; the set of songs is the same.
   virtual void LabelsChanged() = 0;
   virtual void HeadersChanged() = 0;
+  /// Songs have other record numbers; the list is not filled again yet.
+  virtual void Renumbered(const NewNumbers& /*numbers*/) {}
 };
 
 /// What the window of a jukebox displays: the caption, the folder whose songs are listed, and the
@@ -68,6 +70,7 @@ class JukeboxDisplay {
   void ListChanged();
   void LabelsChanged();
   void HeadersChanged();
+  void Renumbered(const NewNumbers& numbers);
 
  private:
   JukeboxView* view_ = nullptr;

@@ -188,7 +188,8 @@ JukeboxEdits::Result JukeboxEdits::DropSongs(JukeboxEdits& source, Folder& from,
   return Result::kDone;
 }
 
-bool JukeboxEdits::MoveSongsTo(Folder& folder, const std::vector<int>& rows, int before) {
+JukeboxEdits::SongMove JukeboxEdits::MoveSongsTo(Folder& folder, const std::vector<int>& rows,
+                                                 int before) {
   const std::vector<std::int32_t> moved = ValidRows(folder, rows);
   const auto count = static_cast<std::int32_t>(folder.Items().size());
   std::vector<char> moves(static_cast<std::size_t>(count));
@@ -206,8 +207,8 @@ bool JukeboxEdits::MoveSongsTo(Folder& folder, const std::vector<int>& rows, int
   return ReorderSongs(folder, std::move(order), moved.size());
 }
 
-bool JukeboxEdits::MoveSongsByOne(Folder& folder, const std::vector<int>& rows,
-                                  const std::vector<int>& neighbours) {
+JukeboxEdits::SongMove JukeboxEdits::MoveSongsByOne(Folder& folder, const std::vector<int>& rows,
+                                                    const std::vector<int>& neighbours) {
   std::vector<std::int32_t> order(folder.Items().size());
   std::iota(order.begin(), order.end(), 0);
   for (std::size_t k = 0; k < rows.size(); ++k)
@@ -216,13 +217,15 @@ bool JukeboxEdits::MoveSongsByOne(Folder& folder, const std::vector<int>& rows,
   return ReorderSongs(folder, std::move(order), rows.size());
 }
 
-bool JukeboxEdits::ReorderSongs(Folder& folder, std::vector<std::int32_t> order,
-                                std::size_t moved) {
-  if (std::is_sorted(order.begin(), order.end())) return false;
-  jukebox_.History().Begin(&folder, NameOfSongStep("Move", moved));
-  jukebox_.History().ReorderSongs(folder, std::move(order));
-  jukebox_.History().End();
-  return true;
+JukeboxEdits::SongMove JukeboxEdits::ReorderSongs(Folder& folder, std::vector<std::int32_t> order,
+                                                  std::size_t moved) {
+  SongMove move{.moved_to = Permutation(order)};
+  move.moved_to.Invert();
+  EditHistory& history = jukebox_.History();
+  history.Begin(&folder, NameOfSongStep("Move", moved));
+  move.is_step = history.ReorderSongs(folder, std::move(order));
+  history.End();
+  return move;
 }
 
 void JukeboxEdits::LinkSteps(const JukeboxEdits& source) {

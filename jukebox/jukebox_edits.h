@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "jukebox/jukebox_clipboard.h"
+#include "jukebox/list_positions.h"
 
 namespace tallow {
 
@@ -76,17 +77,24 @@ class JukeboxEdits {
   Result DropSongs(JukeboxEdits& source, Folder& from, const std::vector<int>& rows, Folder& to,
                    bool copy);
 
+  /// What a move inside a folder has done.
+  struct SongMove {
+    /// Whether the order of the songs has changed, which is a step. It has not if only entries of
+    /// the same song have changed places.
+    bool is_step = false;
+    /// For each former position, the present one: its SourceOf.
+    Permutation moved_to;
+  };
+
   /// Moves songs inside their folder. They keep their order among each other.
   /// \param before position of the song that they are moved before, or the number of songs
-  /// \returns whether the order has changed
-  bool MoveSongsTo(Folder& folder, const std::vector<int>& rows, int before);
+  SongMove MoveSongsTo(Folder& folder, const std::vector<int>& rows, int before);
 
   /// Moves songs inside their folder by one line: each changes places with a neighbour in turn.
   /// \param rows       in the order in which they move
   /// \param neighbours for each row, the position of the song that it changes places with
-  /// \returns whether the order has changed
-  bool MoveSongsByOne(Folder& folder, const std::vector<int>& rows,
-                      const std::vector<int>& neighbours);
+  SongMove MoveSongsByOne(Folder& folder, const std::vector<int>& rows,
+                          const std::vector<int>& neighbours);
 
   /// Moves or copies a folder, appending it to the subfolders of a folder in the same or in another
   /// jukebox.
@@ -108,7 +116,7 @@ class JukeboxEdits {
   void RemoveSongs(Folder& folder, const std::vector<int>& rows, std::string_view verb);
   void RemoveFolder(Folder& folder, std::string_view name);
   Result AddSongs(Folder& to, const std::vector<SongEntry>& songs, std::string_view verb);
-  bool ReorderSongs(Folder& folder, std::vector<std::int32_t> order, std::size_t moved);
+  SongMove ReorderSongs(Folder& folder, std::vector<std::int32_t> order, std::size_t moved);
   void MoveBehind(const Folder& folder, const Folder& other);
   Result AddCopy(const Folder& folder, Folder* parent, std::string_view name);
   void LinkSteps(const JukeboxEdits& source);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "jukebox/jukebox_edits.h"
 
+#include <numeric>
+
 #include "app/play_commands.h"
 #include "jukebox/jukebox.h"
 #include "jukebox/special_folders.h"
@@ -411,6 +413,40 @@ TEST_F(Edits, SongsMoveOverTheirNeighbours) {
   edits.MoveSongsByOne(folder, {0}, {4});
   EXPECT_EQ(SongsOf(folder), (Songs{4, 3, 1, 5, 2}));
   EXPECT_EQ(jukebox.History().NameToUndo(), "Move Song");
+}
+
+TEST_F(Edits, AMoveTellsWhereTheSongsAreNow) {
+  Folder& folder = Add(nullptr, "A", {1, 2, 3, 1});
+  const JukeboxEdits::SongMove up = edits.MoveSongsByOne(folder, {3}, {2});
+  EXPECT_TRUE(up.is_step);
+  EXPECT_EQ(SongsOf(folder), (Songs{1, 2, 1, 3}));
+  EXPECT_EQ(up.moved_to.SourceOf(3), 2U);
+  EXPECT_EQ(up.moved_to.SourceOf(2), 3U);
+  EXPECT_EQ(up.moved_to.SourceOf(0), 0U);
+  const JukeboxEdits::SongMove down = edits.MoveSongsTo(folder, {0}, 4);
+  EXPECT_EQ(SongsOf(folder), (Songs{2, 1, 3, 1}));
+  EXPECT_EQ(down.moved_to.SourceOf(0), 3U);
+  EXPECT_EQ(down.moved_to.SourceOf(3), 2U);
+}
+
+TEST_F(Edits, TwoEntriesOfASongThatChangePlacesMakeNoStep) {
+  Folder& folder = Add(nullptr, "A", {2, 1, 1});
+  const JukeboxEdits::SongMove move = edits.MoveSongsByOne(folder, {2}, {1});
+  EXPECT_FALSE(move.is_step);
+  EXPECT_EQ(move.moved_to.SourceOf(2), 1U);
+  EXPECT_FALSE(jukebox.History().CanUndo());
+  EXPECT_TRUE(edits.MoveSongsByOne(folder, {1}, {0}).is_step);
+  EXPECT_EQ(SongsOf(folder), (Songs{1, 2, 1}));
+}
+
+TEST_F(Edits, AMoveInALongFolderIsASmallStep) {
+  Songs songs(10'000);
+  std::iota(songs.begin(), songs.end(), 1);
+  Folder& folder = Add(nullptr, "A", songs);
+  edits.MoveSongsByOne(folder, {5000}, {4999});
+  EXPECT_LT(jukebox.History().Bytes(), 1000U);
+  jukebox.Undo();
+  EXPECT_EQ(SongsOf(folder), songs);
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 #include "jukebox/list_positions.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <iterator>
+#include <numeric>
 
 namespace tallow {
 
@@ -43,34 +45,59 @@ Positions ElementToggle::Prune(const Positions& pruned) {
   return in_other_state;
 }
 
+Permutation::Permutation(std::vector<std::int32_t> sources) { Store(std::move(sources), 0); }
+
+void Permutation::Store(std::vector<std::int32_t> sources, std::size_t first) {
+  const auto stays = [&](std::size_t k) {
+    return static_cast<std::size_t>(sources[k]) == first + k;
+  };
+  std::size_t begin = 0;
+  std::size_t end = sources.size();
+  while (begin < end && stays(begin)) ++begin;
+  while (end > begin && stays(end - 1)) --end;
+  if (begin == 0 && end == sources.size())
+    sources_ = std::move(sources);
+  else
+    // Copied, because a vector that gets shorter keeps its memory.
+    sources_ = std::vector<std::int32_t>(sources.begin() + static_cast<std::ptrdiff_t>(begin),
+                                         sources.begin() + static_cast<std::ptrdiff_t>(end));
+  first_ = size() == 0 ? 0 : first + begin;
+}
+
 std::vector<std::int32_t> Permutation::SourcesFor(std::int32_t count) const {
-  std::vector<std::int32_t> sources = sources_;
-  for (auto k = static_cast<std::int32_t>(size()); k < count; ++k) sources.push_back(k);
+  std::vector<std::int32_t> sources(static_cast<std::size_t>(count));
+  std::iota(sources.begin(), sources.end(), 0);
+  std::copy(sources_.begin(), sources_.end(),
+            sources.begin() + static_cast<std::ptrdiff_t>(first_));
   return sources;
 }
 
 void Permutation::Invert() {
   std::vector<std::int32_t> inverse(size());
-  for (std::size_t k = 0; k < size(); ++k) inverse[SourceOf(k)] = static_cast<std::int32_t>(k);
+  for (std::size_t k = First(); k < End(); ++k)
+    inverse[SourceOf(k) - first_] = static_cast<std::int32_t>(k);
   sources_ = std::move(inverse);
 }
 
 Positions Permutation::Prune(const Positions& pruned) {
+  const auto first_inside =
+      std::lower_bound(pruned.begin(), pruned.end(), static_cast<std::int32_t>(First()));
   const auto first_after =
-      std::lower_bound(pruned.begin(), pruned.end(), static_cast<std::int32_t>(size()));
+      std::lower_bound(first_inside, pruned.end(), static_cast<std::int32_t>(End()));
   std::vector<bool> is_pruned(size());
-  for (auto position = pruned.begin(); position != first_after; ++position)
-    is_pruned[static_cast<std::size_t>(*position)] = true;
-  Positions in_other_state;
+  for (auto position = first_inside; position != first_after; ++position)
+    is_pruned[static_cast<std::size_t>(*position) - first_] = true;
+  // Elements outside the range have the same position in both states.
+  Positions in_other_state(pruned.begin(), first_inside);
   std::vector<std::int32_t> left;
-  for (std::size_t k = 0; k < size(); ++k)
-    if (is_pruned[SourceOf(k)])
+  for (std::size_t k = First(); k < End(); ++k)
+    if (is_pruned[SourceOf(k) - first_])
       in_other_state.push_back(static_cast<std::int32_t>(k));
     else
-      left.push_back(sources_[k]);
-  sources_ = AfterRemoval(std::move(left), pruned);
-  // Elements after the reordered ones have the same position in both states.
+      left.push_back(static_cast<std::int32_t>(SourceOf(k)));
   in_other_state.insert(in_other_state.end(), first_after, pruned.end());
+  Store(AfterRemoval(std::move(left), pruned),
+        first_ - static_cast<std::size_t>(first_inside - pruned.begin()));
   return in_other_state;
 }
 

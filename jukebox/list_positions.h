@@ -99,22 +99,28 @@ class ElementToggle {
   bool in_list_;
 };
 
-/// An edit that reorders the first elements of a list. Any elements after these stay where they
-/// are.
+/// An edit that reorders elements of a list. Only the range from the first to the last element that
+/// moves is stored; all elements outside stay where they are.
 class Permutation {
  public:
-  /// \param sources for each position after toggling, the position before; each from 0 to size - 1
-  ///                occurs once
-  explicit Permutation(std::vector<std::int32_t> sources) : sources_(std::move(sources)) {}
+  /// \param sources for each position after toggling, the position before; each from 0 to the
+  ///                number of sources - 1 occurs once
+  explicit Permutation(std::vector<std::int32_t> sources);
 
+  /// The first position of the range.
+  std::size_t First() const noexcept { return first_; }
+  /// The position after the range.
+  std::size_t End() const noexcept { return first_ + sources_.size(); }
+  /// The length of the range; 0 when every element stays.
   std::size_t size() const noexcept { return sources_.size(); }
   /// Returns which element toggling moves to a position, by its current position.
   std::size_t SourceOf(std::size_t position) const {
-    return static_cast<std::size_t>(sources_[position]);
+    if (position < First() || position >= End()) return position;
+    return static_cast<std::size_t>(sources_[position - first_]);
   }
 
   /// Returns the sources of all elements of a list.
-  /// \param count length of the list, at least size()
+  /// \param count length of the list, at least End()
   std::vector<std::int32_t> SourcesFor(std::int32_t count) const;
 
   /// Makes this the permutation that restores the former order.
@@ -127,6 +133,11 @@ class Permutation {
   Positions Prune(const Positions& pruned);
 
  private:
+  /// Stores the range of the sources of a longer range.
+  /// \param first position of the first source
+  void Store(std::vector<std::int32_t> sources, std::size_t first);
+
+  std::size_t first_ = 0;
   std::vector<std::int32_t> sources_;
 };
 

@@ -134,5 +134,19 @@ TEST_F(ListPositions, APrunedPermutationOrdersTheOtherElementsAsBefore) {
   }
 }
 
+TEST_F(ListPositions, APermutationStoresOnlyTheRangeThatMoves) {
+  Permutation permutation({0, 1, 3, 4, 2, 5});
+  EXPECT_EQ(permutation.First(), 2U);
+  EXPECT_EQ(permutation.End(), 5U);
+  EXPECT_EQ(permutation.SourceOf(2), 3U);
+  EXPECT_EQ(permutation.SourceOf(1), 1U);
+  EXPECT_EQ(permutation.SourceOf(5), 5U);
+  EXPECT_EQ(permutation.SourcesFor(7), (List{0, 1, 3, 4, 2, 5, 6}));
+  // The element that moves to the end of the range is gone, and one before the range.
+  EXPECT_EQ(permutation.Prune({0, 2}), (Positions{0, 4}));
+  EXPECT_EQ(permutation.size(), 0U);
+  EXPECT_EQ(permutation.SourcesFor(4), (List{0, 1, 2, 3}));
+}
+
 }  // namespace
 }  // namespace tallow

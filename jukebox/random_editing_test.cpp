@@ -377,7 +377,10 @@ class RandomEditing : public LibraryTest {
   }
   void TakeOrder(const Folder& folder,
                  const std::vector<std::pair<std::int32_t, std::int32_t>>& songs) {
-    if (songs == NodeOf(&folder).songs) return;
+    // Entries of the same song that change places make no step.
+    if (std::ranges::equal(songs, NodeOf(&folder).songs, {}, &std::pair<int, int>::second,
+                           &std::pair<int, int>::second))
+      return;
     reference.Step();
     NodeOf(&folder).songs = songs;
   }

@@ -12,6 +12,13 @@ void RankChange::Add(std::int32_t record, std::string_view rank) {
   songs_.push_back({record, IndexOf(rank)});
 }
 
+std::vector<std::int32_t> RankChange::Songs() const {
+  std::vector<std::int32_t> songs;
+  songs.reserve(songs_.size());
+  for (const Song& song : songs_) songs.push_back(song.record);
+  return songs;
+}
+
 std::int32_t RankChange::IndexOf(std::string_view rank) {
   const auto [place, is_new] =
       indexes_.try_emplace(std::string(rank), static_cast<std::int32_t>(ranks_.size()));

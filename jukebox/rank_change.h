@@ -27,6 +27,8 @@ class RankChange {
   /// \param rank the other rank, see kSongRank
   void Add(std::int32_t record, std::string_view rank);
   bool IsEmpty() const noexcept { return songs_.empty(); }
+  /// The record numbers of the songs.
+  std::vector<std::int32_t> Songs() const;
 
   /// Exchanges the ranks of the library with those of the other state. The library is not saved.
   /// Songs that the library no longer has are skipped.

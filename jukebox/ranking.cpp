@@ -3,7 +3,9 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
 #include "jukebox/edit_history.h"
@@ -50,6 +52,19 @@ bool RankSongs(EditHistory& history, Folder& folder, const std::vector<int>& row
   const NewRank rank{std::to_string(stored), picture};
   return RankSongs(
       history, folder, rows, [&rank](int /*rank*/) -> const NewRank& { return rank; }, library);
+}
+
+void ShowRanksAtAllEntries(Folder& folder, const std::vector<int>& rows) {
+  std::vector<SongEntry>& entries = folder.Items();
+  std::unordered_map<std::int32_t, std::int32_t> pictures;
+  for (const int row : rows)
+    if (row >= 0 && static_cast<std::size_t>(row) < entries.size()) {
+      const SongEntry& entry = entries[static_cast<std::size_t>(row)];
+      pictures[entry.SubItem()] = entry.Icon();
+    }
+  for (SongEntry& entry : entries)
+    if (const auto found = pictures.find(entry.SubItem()); found != pictures.end())
+      entry.Icon(found->second);
 }
 
 }  // namespace tallow

@@ -47,4 +47,8 @@ bool RankSongs(EditHistory& history, Folder& folder, const std::vector<int>& row
 bool RankSongs(EditHistory& history, Folder& folder, const std::vector<int>& rows, int item,
                clsMain& library);
 
+/// Gives the pictures of ranked entries to all entries of their songs in the folder.
+/// \param rows positions of the ranked entries, from 0; invalid positions are ignored
+void ShowRanksAtAllEntries(Folder& folder, const std::vector<int>& rows);
+
 }  // namespace tallow

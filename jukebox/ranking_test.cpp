@@ -87,7 +87,7 @@ TEST_F(Ranking, IsAStepThatIsUndoneAndRedone) {
   RankSongs(history, folder, {0, 1, 2}, 1, library);
   EXPECT_EQ(history.NameToUndo(), "Rank 3 Songs");
   EXPECT_EQ(history.Undo(), &folder);
-  EXPECT_TRUE(history.LastChangedRanks());
+  EXPECT_EQ(history.LastRankedSongs().size(), 3U);
   EXPECT_EQ(Cells(5), (Texts{"6", "2", "2"}));
   EXPECT_EQ(history.NameToUndo(), "Rank Song");
   EXPECT_EQ(history.NameToRedo(), "Rank 3 Songs");
@@ -115,6 +115,15 @@ TEST_F(Ranking, ASongThatTheFolderHoldsTwiceGetsItsRankBack) {
   EXPECT_EQ(Cells(5), (Texts{"2", "2", "7"}));
   history.Undo();
   EXPECT_EQ(Cells(5), (Texts{"2", "2", "2"}));
+}
+
+TEST_F(Ranking, AllEntriesOfASongShowItsRank) {
+  folder.Items().emplace_back(3, 2);
+  folder.Items().emplace_back(1, 2);
+  RankSongs(history, folder, {3}, 1, library);
+  EXPECT_EQ(Icons(), (std::vector<int>{2, 2, 2, 7, 2}));
+  ShowRanksAtAllEntries(folder, {3, -1, 9});
+  EXPECT_EQ(Icons(), (std::vector<int>{7, 2, 2, 7, 2}));
 }
 
 TEST_F(Ranking, StepsFollowSongsThatGetOtherRecordNumbers) {

@@ -57,14 +57,15 @@ struct Toggler {
   void operator()(SongReorder& change) const {
     std::vector<SongEntry>& entries = change.folder->Items();
     // The icons move with the songs until the folder is labelled again.
+    const std::size_t first = change.order.First();
     std::vector<std::pair<std::int32_t, std::int32_t>> songs(change.order.size());
     for (std::size_t k = 0; k < songs.size(); ++k) {
-      const SongEntry& from = entries[change.order.SourceOf(k)];
+      const SongEntry& from = entries[change.order.SourceOf(first + k)];
       songs[k] = {from.SubItem(), from.Icon()};
     }
     for (std::size_t k = 0; k < songs.size(); ++k) {
-      entries[k].SubItem(songs[k].first);
-      entries[k].Icon(songs[k].second);
+      entries[first + k].SubItem(songs[k].first);
+      entries[first + k].Icon(songs[k].second);
     }
     change.order.Invert();
   }

@@ -63,6 +63,14 @@ class FindWhileTyping : public FrameTest {
     QCoreApplication::processEvents();
   }
   QString Status() { return frame.statusBar()->currentMessage(); }
+  int ColumnOf(const char* header) {
+    const QAbstractItemModel& songs = *List().model();
+    int column = 0;
+    while (column < songs.columnCount() &&
+           songs.headerData(column, Qt::Horizontal).toString() != QLatin1String(header))
+      ++column;
+    return column;
+  }
   std::string InFolder(const char* text) {
     std::string songs;
     for (const SongEntry& entry : Top(text).Items()) songs += std::to_string(entry.SubItem()) + " ";
@@ -262,6 +270,20 @@ TEST_F(FindWhileTyping, EscSelectsTheSameEntryOfASongThatTheFolderHoldsTwice) {
   QTest::keyClick(&Field(), Qt::Key_Escape);
   EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{2});
   EXPECT_EQ(List().currentIndex().row(), 2);
+}
+
+TEST_F(FindWhileTyping, EscSelectsASongThatGotAnotherRecordNumber) {
+  List().SelectRows(1, 1);
+  Type("moon");
+  // As when the file of a missing song is found in another folder.
+  music.File("b2.mp3");
+  AddSong(music.path(), "b2.mp3");
+  Box().Renumber({{2, library.UBoundOfMp3Array()}});
+  Box().ListRefilled(library);
+  QTest::keyClick(&Field(), Qt::Key_Escape);
+  EXPECT_EQ(RowsOf(List()), (QStringList{"1.  a.mp3", "2.  b2.mp3"}));
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{1});
+  EXPECT_EQ(List().currentIndex().row(), 1);
 }
 
 TEST_F(FindWhileTyping, NoFolderIsMarkedWhileHitsAreShown) {
@@ -568,6 +590,79 @@ TEST_F(FindWhileTyping, UndoShowsTheFolderThatItChanges) {
   EXPECT_FALSE(Box().ShowsHits());
   EXPECT_EQ(InFolder("one"), "1 2 ");
   EXPECT_EQ(RowsOf(List()), kOne);
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{0});
+}
+
+TEST_F(FindWhileTyping, UndoOfARankingGivesTheArrowOfTheFolderBack) {
+  tallow.preferences.SetSwitches({.columns_of_details = true, .find_field = true});
+  const QHeaderView& header = *List().horizontalHeader();
+  const int title = ColumnOf("Title");
+  const auto sort = [&] {
+    const int x = header.sectionViewportPosition(title) + header.sectionSize(title) / 2;
+    QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, QPoint(x, 8));
+  };
+  sort();
+  List().SelectRows(1, 1);
+  QTest::keyClick(&List(), Qt::Key_7, Qt::ControlModifier);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 2), "7");
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  QTest::keyClick(&List(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(library.Mp3Info(kSongRank, 2), "2");
+  EXPECT_FALSE(Box().ShowsHits());
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{1});
+  EXPECT_TRUE(header.isSortIndicatorShown());
+  EXPECT_EQ(header.sortIndicatorSection(), title);
+  sort();
+  EXPECT_EQ(header.sortIndicatorOrder(), Qt::DescendingOrder);
+  EXPECT_EQ(InFolder("one"), "2 1 ");
+}
+
+TEST_F(FindWhileTyping, UndoAndRedoOfAMoveKeepTheSelectionOfTheFolder) {
+  List().SelectRows(1, 1);
+  QTest::keyClick(&List(), Qt::Key_Up, Qt::AltModifier);
+  ASSERT_EQ(InFolder("one"), "2 1 ");
+  const auto step = [this](Qt::KeyboardModifiers keys) {
+    Type("moon");
+    QTest::keyClick(&Field(), Qt::Key_Down);
+    QTest::keyClick(&List(), Qt::Key_Z, keys);
+    EXPECT_FALSE(Box().ShowsHits());
+    EXPECT_EQ(Field().text(), QString());
+  };
+  step(Qt::ControlModifier);
+  EXPECT_EQ(InFolder("one"), "1 2 ");
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{1});
+  step(Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(InFolder("one"), "2 1 ");
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{0});
+}
+
+TEST_F(FindWhileTyping, UndoOfASortKeepsTheSelectionOfTheFolder) {
+  for (int clicks = 0; clicks < 2; ++clicks)
+    QTest::mouseClick(List().horizontalHeader()->viewport(), Qt::LeftButton, {}, QPoint(20, 8));
+  ASSERT_EQ(InFolder("one"), "2 1 ");
+  List().SelectRows(0, 0);
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  QTest::keyClick(&List(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(InFolder("one"), "1 2 ");
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{1});
+  EXPECT_EQ(List().currentIndex().row(), 1);
+}
+
+TEST_F(FindWhileTyping, UndoAndRedoOfADeletionSelectTheSongs) {
+  Explorer().GrabFocus(true);
+  List().SelectRows(0, 0);
+  QTest::keyClick(&List(), Qt::Key_Delete);
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  QTest::keyClick(&List(), Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(RowsOf(List()), kOne);
+  EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{0});
+  Type("moon");
+  QTest::keyClick(&Field(), Qt::Key_Down);
+  QTest::keyClick(&List(), Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(RowsOf(List()), QStringList{"1.  b.mp3"});
   EXPECT_EQ(Explorer().SelectedRows(), std::vector<int>{0});
 }
 

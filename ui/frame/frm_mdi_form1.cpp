@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/frame/frm_mdi_form1.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -225,11 +226,12 @@ frmMain& frmMDIForm1::NewJukeboxWindow() {
     details_.Changed();
   });
   // A rank belongs to the song, which other jukeboxes may show as well.
-  connect(window, &frmMain::RanksChanged, this, [this, window] {
-    jukeboxes_.ForEachWindow([this, window](frmMain& each) {
-      if (&each != window) each.Jukebox().RanksChanged(tallow_.library);
-    });
-  });
+  connect(window, &frmMain::RanksChanged, this,
+          [this, window](const std::vector<std::int32_t>& songs) {
+            jukeboxes_.ForEachWindow([&](frmMain& each) {
+              if (&each != window) each.Jukebox().RanksChanged(tallow_.library, songs);
+            });
+          });
   connect(window, &frmMain::WhereMyMusicIs, this, [this] { ShowMusicPlaces(); });
   connect(window, &frmMain::ChangeBackgroundPicture, this, [this] { picture_.Change(); });
   lists_.Follow(*window);

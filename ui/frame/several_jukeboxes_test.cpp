@@ -57,6 +57,26 @@ TEST_F(SeveralJukeboxes, ARankIsShownInAllOfThem) {
   EXPECT_EQ(icons(two), std::pair(2, 3));
 }
 
+TEST_F(SeveralJukeboxes, ARankChangesThePictureOfNoOtherSong) {
+  frmMain& one = ShowJukebox();
+  frmMain& two = ShowJukebox();
+  const auto icons = [](frmMain& of) {
+    return std::pair(First(of).Items()[0].Icon(), First(of).Items()[1].Icon());
+  };
+  ListOf(two).SelectRows(0, 0);
+  two.Run(ListCommand::kRankWorst, &First(two));
+  ASSERT_EQ(icons(two), std::pair(2, 2));
+  ListOf(one).SelectRows(1, 1);
+  one.Run(RankCommand(1), &First(one));
+  EXPECT_EQ(icons(one), std::pair(3, 7));
+  EXPECT_EQ(icons(two), std::pair(2, 7));
+  one.PVExplorer1().Undo();
+  EXPECT_EQ(icons(one), std::pair(3, 2));
+  EXPECT_EQ(icons(two), std::pair(2, 2));
+  one.PVExplorer1().Redo();
+  EXPECT_EQ(icons(two), std::pair(2, 7));
+}
+
 TEST_F(SeveralJukeboxes, AMoveBetweenJukeboxesIsUndoneAsOneStep) {
   frmMain& one = ShowJukebox();
   frmMain& two = EmptyJukebox();

@@ -136,7 +136,8 @@ class frmMain : public QWidget {
   /// A command of a pop-up menu is about to run, given by its number.
   void PopUpClick(int item, int pane);
   /// Ranks of songs have changed, in the library and in the list of this window.
-  void RanksChanged();
+  /// \param songs record numbers
+  void RanksChanged(const std::vector<std::int32_t>& songs);
   /// See PVExplorer::LinkedStepDone.
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
   /// The user wants to open the dialog for the background picture.

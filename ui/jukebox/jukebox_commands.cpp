@@ -209,8 +209,9 @@ SongsOrigin JukeboxCommands::OriginOf(const Folder& folder) const {
 }
 
 void JukeboxCommands::RankSelectedSongs(int item) {
-  ReportRanks(RankSongs(jukebox_.History(), *jukebox_.ListFolder(), explorer_.SelectedRows(), item,
-                        tallow_.library));
+  const std::vector<int> rows = explorer_.SelectedRows();
+  ShowRanks(rows,
+            RankSongs(jukebox_.History(), *jukebox_.ListFolder(), rows, item, tallow_.library));
 }
 
 void JukeboxCommands::RaiseRanks(int steps) {
@@ -221,18 +222,25 @@ void JukeboxCommands::RaiseRanks(int steps) {
     const int next = std::clamp(now + steps, kNeverRanked, kBestRank);
     return NewRank{std::to_string(next), next};
   };
-  ReportRanks(
-      RankSongs(jukebox_.History(), *shown, explorer_.SelectedRows(), raised, tallow_.library));
+  const std::vector<int> rows = explorer_.SelectedRows();
+  ShowRanks(rows, RankSongs(jukebox_.History(), *shown, rows, raised, tallow_.library));
 }
 
-void JukeboxCommands::SaveRanks() {
-  jukebox_.RanksChanged(tallow_.library);
-  ReportRanks(tallow_.library.Save());
+void JukeboxCommands::ShowRanks(const std::vector<int>& rows, bool saved) {
+  Folder& shown = *jukebox_.ListFolder();
+  // In the classic style, other entries of the songs show the rank when the list is labelled again.
+  if (tallow_.preferences.switches().columns_of_details) ShowRanksAtAllEntries(shown, rows);
+  ReportRanks(SongsOf(shown, rows), saved);
 }
 
-void JukeboxCommands::ReportRanks(bool saved) {
+void JukeboxCommands::SaveRanks(const std::vector<std::int32_t>& songs) {
+  jukebox_.RanksChanged(tallow_.library, songs);
+  ReportRanks(songs, tallow_.library.Save());
+}
+
+void JukeboxCommands::ReportRanks(const std::vector<std::int32_t>& songs, bool saved) {
   jukebox_.PicturesChanged();
-  emit RanksChanged();
+  emit RanksChanged(songs);
   const QStringList problems = DisplayMessages(tallow_.TakeProblems());
   if (!problems.isEmpty()) emit Problem(problems);
   if (!saved)

@@ -57,7 +57,7 @@ class JukeboxCommands : public QObject {
   void AddToQueue(std::vector<std::int32_t> songs, tallow::SongsOrigin origin);
   void Problem(const QStringList& lines);
   void ChangeBackgroundPicture();
-  void RanksChanged();
+  void RanksChanged(const std::vector<std::int32_t>& songs);
   void ShowProperties(const std::vector<std::int32_t>& songs, const QString& folder);
 
  private:
@@ -70,8 +70,9 @@ class JukeboxCommands : public QObject {
   void ShowInFolder(int row);
   void ShowPropertiesOf(const Folder& node);
   void RankSelectedSongs(int item);
-  void ReportRanks(bool saved);
-  void SaveRanks();
+  void ShowRanks(const std::vector<int>& rows, bool saved);
+  void ReportRanks(const std::vector<std::int32_t>& songs, bool saved);
+  void SaveRanks(const std::vector<std::int32_t>& songs);
   void DeleteFolder(Folder& node);
   void AddAlbum();
   void BeforeCut(BeforeCutEvent& event);

@@ -150,12 +150,6 @@ void PVExplorer::Select(const Folder& folder) {
   tree_->SelectFolder(folder);
 }
 
-void PVExplorer::HideHits() {
-  if (!jukebox_.ShowsHits()) return;
-  shown_songs_.HideHits();
-  emit HitsHidden();
-}
-
 int PVExplorer::SelectSong(const Folder& folder, int row) {
   // Showing the folder removes songs whose files are gone, so the song is looked up again.
   const ShownSongs::Entry entry = ShownSongs::EntryAt(folder, row);
@@ -254,5 +248,10 @@ void PVExplorer::ListChanged() {
 void PVExplorer::LabelsChanged() { songs_->Relabel(); }
 
 void PVExplorer::HeadersChanged() { list_->ChangeHeaders(); }
+
+void PVExplorer::Renumbered(const NewNumbers& numbers) {
+  shown_songs_.Renumber(numbers);
+  emit SongsRenumbered(numbers);
+}
 
 }  // namespace tallow

@@ -80,7 +80,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   /// ShownSongs::ShowHits.
   void ShowHits(const std::vector<std::int32_t>& songs) { shown_songs_.ShowHits(songs); }
   /// Shows the songs of the folder again, as they were.
-  void HideHits();
+  void HideHits() { shown_songs_.HideHits(); }
   /// Selects the first song of the list, if there is one.
   void SelectFirstSong() { shown_songs_.SelectNear(0); }
   /// Starts the renaming of a folder by the user.
@@ -180,8 +180,6 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void NodeClick(tallow::Folder* folder);
   /// The user clicked a column header of the list.
   void ColumnClick(tallow::ListColumn column);
-  /// The list shows the songs of its folder again, in place of the hits of a search.
-  void HitsHidden();
   // See SongListView.
   void ColumnsChanged(const std::vector<tallow::ChosenColumn>& columns);
   void RankWanted(int rank);
@@ -193,6 +191,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void BeforeCut(tallow::BeforeCutEvent& event);
   /// The list was refilled with the songs of the folder on show.
   void ListRefilled();
+  /// Songs have other record numbers; the list is not refilled yet.
+  void SongsRenumbered(const tallow::NewNumbers& numbers);
   /// Other songs of the list are selected.
   void SelectionChanged();
   /// A pane has received the keyboard focus.
@@ -219,8 +219,8 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void FilesDropped(const std::vector<std::string>& paths, tallow::Folder* to);
   /// This window's part of a move between two windows was undone or redone.
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
-  /// Undo or redo has changed ranks; the library is not saved yet.
-  void RanksChanged();
+  /// Undo or redo has changed the ranks of songs; the library is not saved yet.
+  void RanksChanged(const std::vector<std::int32_t>& songs);
   /// An operation failed; the lines say why.
   void Problem(const QStringList& lines);
 
@@ -229,6 +229,7 @@ class PVExplorer : public QSplitter, private JukeboxView {
   void ListChanged() override;
   void LabelsChanged() override;
   void HeadersChanged() override;
+  void Renumbered(const NewNumbers& numbers) override;
 
   void ConnectTree();
   void ConnectList();

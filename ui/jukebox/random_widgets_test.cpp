@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Random commands, drags and undo steps in two jukebox windows; after each of them the widgets must
-// show the contents of the jukeboxes.
+// Random commands, drags, searches and undo steps in two jukebox windows; after each of them the
+// widgets must show the contents of the jukeboxes.
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
+#include <map>
 #include <random>
 #include <utility>
 
@@ -12,6 +14,7 @@
 #include "tests/jukebox_window_fixture.h"
 #include "ui/jukebox/explorer_drag.h"
 #include "ui/jukebox/folder_tree_model.h"
+#include "ui/jukebox/song_list_model.h"
 
 namespace tallow {
 namespace {
@@ -30,14 +33,13 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
                        [this, into = its_other](EditHistory::MoveLink link, bool back) {
                          linked_steps += into->PVExplorer1().StepLinked(link.move, back) ? 1 : 0;
                        });
-      QObject::connect(each, &frmMain::RanksChanged, [this, into = its_other] {
-        into->Jukebox().RanksChanged(library);
+      QObject::connect(each, &frmMain::RanksChanged, [this, into = its_other](const Songs& songs) {
+        into->Jukebox().RanksChanged(library, songs);
         ++rankings;
       });
     }
     // Every other run has the columns of details.
-    tallow.preferences.SetSwitches(
-        {.columns_of_details = GetParam() % 2 == 0, .more_commands = true});
+    tallow.preferences.SetSwitches({.columns_of_details = HasDetails(), .more_commands = true});
     window.FollowPreferences();
     other.FollowPreferences();
     other.Jukebox().AddColumnHeader(kNameHeader);
@@ -56,6 +58,7 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     }
   }
 
+  static bool HasDetails() { return GetParam() % 2 == 0; }
   int Random(int count) { return static_cast<int>(random() % static_cast<unsigned>(count)); }
   bool OneOf(int count) { return Random(count) == 0; }
 
@@ -93,6 +96,7 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
   }
   /// Drags the selected songs to another line of their list.
   void DragInside(frmMain& in) {
+    if (in.Jukebox().ShowsHits()) return;
     const auto data = in.PVExplorer1().SongsToDrag();
     if (data == nullptr) return;
     SongListView& list = ListOf(in);
@@ -112,6 +116,33 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     library.Mp3Info(kFileIsThere, song, "0");
     in.Jukebox().ListRefilled(library);
     library.Mp3Info(kFileIsThere, song, "1");
+  }
+
+  void ShowHits(frmMain& in) {
+    Songs hits;
+    for (int song = 1; song <= kSongs; ++song)
+      if (OneOf(3)) hits.push_back(song);
+    std::shuffle(hits.begin(), hits.end(), random);
+    const Folder* const shown = in.Jukebox().selectednode();
+    if (!in.Jukebox().ShowsHits() && shown != nullptr)
+      before_hits[&in] = {shown->Key(), SongsOf(*shown), in.PVExplorer1().SelectedRows()};
+    in.PVExplorer1().ShowHits(hits);
+  }
+  /// Gives the folder back. If it still holds the same songs, the same entries must be selected.
+  void HideHits(frmMain& in) {
+    if (!in.Jukebox().ShowsHits()) return;
+    in.PVExplorer1().HideHits();
+    const Folder* const shown = in.Jukebox().selectednode();
+    const BeforeHits& before = before_hits[&in];
+    if (shown == nullptr || shown->Key() != before.folder || SongsOf(*shown) != before.songs)
+      return;
+    EXPECT_EQ(in.PVExplorer1().SelectedRows(), before.selected);
+    ++folders_given_back;
+  }
+  void Step(frmMain& in, bool back) {
+    const bool hits = in.Jukebox().ShowsHits();
+    back ? in.PVExplorer1().Undo() : in.PVExplorer1().Redo();
+    if (hits && !in.Jukebox().ShowsHits()) ++steps_from_hits;
   }
 
   void ActOnTreeOf(frmMain& one, Folder* folder) {
@@ -138,7 +169,7 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
   }
   void ActOnListOf(frmMain& one, Folder* folder) {
     SelectSomeRows(one);
-    Folder* const shown = one.Jukebox().selectednode();
+    Folder* const shown = one.Jukebox().ListFolder();
     SongListView& list = ListOf(one);
     switch (Random(9)) {
       case 0:
@@ -149,7 +180,9 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
         return one.Run(ListCommand::kPasteSongs, OneOf(2) ? shown : folder);
       case 3: {
         const QHeaderView& header = *list.horizontalHeader();
-        const int section = Random(header.count());
+        // Most of the sorts are by name or title.
+        const int section =
+            OneOf(2) ? Random(header.count()) : one.findChild<SongListModel*>()->NamingColumn();
         const int x = header.sectionViewportPosition(section) + header.sectionSize(section) / 2;
         return QTest::mouseClick(header.viewport(), Qt::LeftButton, {}, QPoint(x, 8));
       }
@@ -163,14 +196,15 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
       case 7:
         return DragInside(one);
       default:
-        return one.Jukebox().ColumnClick(library);
+        emit one.PVExplorer1().ColumnClick(ListColumn::kName);
+        return;
     }
   }
   void Act(frmMain& one, frmMain& two) {
     Folder* const folder = AnyFolder(one);
     PVExplorer& explorer = one.PVExplorer1();
     messages.answer = OneOf(3) ? MessageAnswer::kNo : MessageAnswer::kYes;
-    switch (Random(14)) {
+    switch (Random(16)) {
       case 0:
       case 1:
       case 2:
@@ -184,9 +218,9 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
         if (folder != nullptr) explorer.Select(*folder);
         return;
       case 6:
-        return explorer.Undo();
+        return Step(one, true);
       case 7:
-        return explorer.Redo();
+        return Step(one, false);
       case 8:
         SelectSomeRows(one);
         return Drop(two, AnyFolder(two), explorer.SongsToDrag().get());
@@ -195,6 +229,11 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
       case 10:
         if (folder != nullptr) File(one, *folder);
         return;
+      case 14:
+        if (OneOf(2)) ShowHits(one);
+        return;
+      case 15:
+        return HideHits(one);
       default:
         return Prune(one);
     }
@@ -208,22 +247,39 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
     if (shown == nullptr) return;
     ASSERT_TRUE(one.Jukebox().Nodes().Contains(*shown));
     ASSERT_EQ(FolderTreeModel::FolderOf(current), shown);
-    ASSERT_TRUE(TreeOf(one).selectionModel()->isSelected(current));
-    ASSERT_EQ(ListOf(one).model()->rowCount(), static_cast<int>(shown->Items().size()));
-    const std::vector<std::int32_t> songs = SongsOf(*shown);
-    for (const SongEntry& entry : shown->Items()) {
-      // A ranking gives its picture to the selected entries, not to others of the same songs.
-      if (std::ranges::count(songs, entry.SubItem()) > 1) continue;
+    // No folder is marked while the list shows hits.
+    const bool hits = one.Jukebox().ShowsHits();
+    ASSERT_EQ(TreeOf(one).selectionModel()->isSelected(current), !hits);
+    const Folder& list = *one.Jukebox().ListFolder();
+    ASSERT_EQ(ListOf(one).model()->rowCount(), static_cast<int>(list.Items().size()));
+    const std::vector<std::int32_t> songs = SongsOf(list);
+    ExpectSortedAsTheArrowSays(one, songs);
+    for (const SongEntry& entry : list.Items()) {
+      // In the classic style a ranking gives its picture to the selected entries, not to others of
+      // the same songs.
+      if (!HasDetails() && std::ranges::count(songs, entry.SubItem()) > 1) continue;
       // The worst item of the menu stores 3, and shows 2 at first.
       const std::int32_t rank = library.Song(entry.SubItem()).Rank();
       ASSERT_TRUE(entry.Icon() == rank || (rank == 3 && entry.Icon() == kNeverRanked))
           << entry.SubItem();
     }
+    for (std::size_t k = 0; k < list.Items().size(); ++k)
+      ASSERT_EQ(list.Items()[k].LabelPosition(), static_cast<std::int32_t>(k) + 1);
     for (const Folder* const folder : AllFolders(one))
       for (std::size_t k = 0; k < folder->Items().size(); ++k)
-        ASSERT_EQ(folder->Items()[k].LabelPosition(),
-                  folder == shown ? static_cast<std::int32_t>(k) + 1 : 0)
-            << folder->Text();
+        ASSERT_TRUE(folder == shown || folder->Items()[k].LabelPosition() == 0) << folder->Text();
+  }
+  /// The titles of the songs are their numbers.
+  void ExpectSortedAsTheArrowSays(frmMain& one, const Songs& songs) {
+    const QHeaderView& header = *ListOf(one).horizontalHeader();
+    const auto& model = *one.findChild<SongListModel*>();
+    if (!header.isSortIndicatorShown() ||
+        header.sortIndicatorSection() != model.IndexOf(ListColumn::kTitle))
+      return;
+    ++arrows;
+    ASSERT_TRUE(header.sortIndicatorOrder() == Qt::AscendingOrder
+                    ? std::ranges::is_sorted(songs)
+                    : std::ranges::is_sorted(songs, std::greater()));
   }
 
   std::mt19937 random{GetParam()};
@@ -232,13 +288,22 @@ class RandomWidgets : public JukeboxWindowTest, public testing::WithParamInterfa
   int linked_steps = 0;
   int list_moves = 0;
   int rankings = 0;
+  int arrows = 0;              ///< seen
+  int folders_given_back = 0;  ///< unchanged
+  int steps_from_hits = 0;     ///< undone or redone, and the hits are gone
+  struct BeforeHits {
+    std::uint32_t folder = 0;
+    Songs songs;
+    std::vector<int> selected;
+  };
+  std::map<const frmMain*, BeforeHits> before_hits;
 };
 
 TEST_P(RandomWidgets, ShowTheContentsOfTheirJukeboxes) {
   constexpr auto kFatal = QAbstractItemModelTester::FailureReportingMode::Fatal;
   const QAbstractItemModelTester tree_tester(Tree().model(), kFatal);
   const QAbstractItemModelTester list_tester(List().model(), kFatal);
-  for (int command = 0; command < 800; ++command) {
+  for (int command = 0; command < 1000; ++command) {
     SCOPED_TRACE("command " + std::to_string(command));
     frmMain& one = OneOf(2) ? window : other;
     frmMain& two = OneOf(2) ? window : other;
@@ -253,6 +318,11 @@ TEST_P(RandomWidgets, ShowTheContentsOfTheirJukeboxes) {
   EXPECT_GT(linked_steps, 0);
   EXPECT_GT(list_moves, 0);
   EXPECT_GT(rankings, 0);
+  EXPECT_GT(folders_given_back, 0);
+  EXPECT_GT(steps_from_hits, 0);
+  if (HasDetails()) {
+    EXPECT_GT(arrows, 0);
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Seeds, RandomWidgets, testing::Range(1U, 7U));

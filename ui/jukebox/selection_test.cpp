@@ -171,6 +171,63 @@ TEST_F(Selection, RejectingAFolderThatIsTooDeepLeavesTheOtherWindowUnchanged) {
   EXPECT_EQ(other.Jukebox().Nodes().Count(), 2);
 }
 
+TEST_F(Selection, IsTheEntryThatMovesOfASongThatTheFolderHoldsTwice) {
+  AddSongs(3);
+  Folder& one = AddFolder("one", {1, 2, 3, 1});
+  Show();
+  List().setFocus();
+  List().SelectRows(3, 3);
+  const auto expect = [&](const Songs& songs, int row) {
+    EXPECT_EQ(SongsOf(one), songs);
+    EXPECT_EQ(Selected(), std::vector<int>{row});
+    EXPECT_EQ(List().currentIndex().row(), row);
+  };
+  Press(Qt::Key_Up, Qt::AltModifier);
+  expect({1, 2, 1, 3}, 2);
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  expect({1, 2, 3, 1}, 3);
+  Press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+  expect({1, 2, 1, 3}, 2);
+  Press(Qt::Key_Up, Qt::AltModifier);
+  expect({1, 1, 2, 3}, 1);
+  // The list stays the same, which is no step.
+  Press(Qt::Key_Up, Qt::AltModifier);
+  expect({1, 1, 2, 3}, 0);
+  EXPECT_EQ(Box().History().Steps(), 2U);
+  Press(Qt::Key_Down, Qt::AltModifier);
+  Press(Qt::Key_Down, Qt::AltModifier);
+  expect({1, 2, 1, 3}, 2);
+}
+
+TEST_F(Selection, IsTheEntryThatIsDraggedOfASongThatTheFolderHoldsTwice) {
+  AddSongs(3);
+  Folder& one = AddFolder("one", {1, 2, 3, 1});
+  Show();
+  List().SelectRows(3, 3);
+  const auto drag = window.PVExplorer1().SongsToDrag();
+  const QRect row = List().visualRect(List().model()->index(1, 0));
+  EXPECT_TRUE(DropAt(List(), row.topLeft() + QPoint(5, 1), *drag));
+  EXPECT_EQ(SongsOf(one), (Songs{1, 1, 2, 3}));
+  EXPECT_EQ(Selected(), std::vector<int>{1});
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Selected(), std::vector<int>{3});
+}
+
+TEST_F(Selection, KeepsItsEntryOfASongWhenAMoveFindsAnotherSongMissing) {
+  AddSongs(4);
+  Folder& one = AddFolder("one", {1, 4, 2, 3, 1});
+  Show();
+  List().setFocus();
+  List().SelectRows(4, 4);
+  library.Mp3Info(kFileIsThere, 4, "0");
+  Press(Qt::Key_Up, Qt::AltModifier);
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2, 1, 3}));
+  EXPECT_EQ(Selected(), std::vector<int>{2});
+  Press(Qt::Key_Z, Qt::ControlModifier);
+  EXPECT_EQ(SongsOf(one), (Songs{1, 2, 3, 1}));
+  EXPECT_EQ(Selected(), std::vector<int>{3});
+}
+
 TEST_F(Selection, OnlyTheLeftButtonOpensASong) {
   AddSongs(1);
   AddFolder("one", {1});

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/columns/jukebox_columns.h"
 
+#include <algorithm>
 #include <exception>
 
 #include <QMenu>
@@ -27,13 +28,13 @@ JukeboxColumns::JukeboxColumns(Tallow& tallow, Jukebox& jukebox, PVExplorer& exp
                                    bool left) { Choose(WithColumnMoved(shown_, column, left)); },
                     .reset = [this] { Choose({}); }})) {
   connect(menu_.get(), &QMenu::aboutToShow, this,
-          [this] { UpdateColumnMenu(*menu_, shown_, FirstColumns(HasDetails()), sorted_by_); });
+          [this] { UpdateColumnMenu(*menu_, shown_, FirstColumns(HasDetails()), arrow_.column); });
   connect(&explorer, &PVExplorer::HeaderPopUp, this,
           [this](const QPoint& position) { menu_->popup(position); });
   connect(&explorer, &PVExplorer::ColumnsChanged, this, &JukeboxColumns::Choose);
   connect(&explorer, &PVExplorer::ColumnClick, this, &JukeboxColumns::Sort);
   connect(&explorer, &PVExplorer::ListRefilled, this, &JukeboxColumns::ListRefilled);
-  connect(&explorer, &PVExplorer::HitsHidden, this, &JukeboxColumns::HitsHidden);
+  connect(&explorer, &PVExplorer::SongsRenumbered, this, &JukeboxColumns::Renumber);
   Follow();
 }
 
@@ -52,7 +53,7 @@ void JukeboxColumns::Follow() {
   shown_ = std::move(columns);
   shows_details_ = details;
   explorer_.ShowColumns(shown_, texts_, details);
-  ShowArrow(sorted_by_, descending_);
+  ShowArrow(arrow_);
 }
 
 bool JukeboxColumns::ShowNewDetails() {
@@ -73,7 +74,7 @@ void JukeboxColumns::Choose(const std::vector<ChosenColumn>& columns) {
 
 void JukeboxColumns::Sort(ListColumn column) {
   // The songs are in the order of their positions; the header has moved its arrow.
-  if (!CanSort(column)) return ShowArrow(sorted_by_, descending_);
+  if (!CanSort(column)) return ShowArrow(arrow_);
   const PVExplorer::Place place = explorer_.CurrentPlace();
   if (column == ListColumn::kName || column == ListColumn::kKey)
     SortByName();
@@ -90,29 +91,59 @@ void JukeboxColumns::SortByName() {
     emit Problem({tr("The list could not be sorted: a rank is not a number (%1).")
                       .arg(DisplayMessage(error.what()))});
   }
-  ShowArrow({}, false);
+  Sorted({});
 }
 
 void JukeboxColumns::SortBy(ListColumn column) {
-  const bool descending = sorted_by_ == column ? !descending_ : SortsDescendingFirst(column);
+  const bool descending =
+      arrow_.column == column ? !arrow_.descending : SortsDescendingFirst(column);
   jukebox_.SortByColumn(tallow_.library, texts_.KeysOf(column), descending);
-  ShowArrow(column, descending);
+  Sorted({column, descending});
+}
+
+void JukeboxColumns::Sorted(const Arrow& arrow) {
+  ShowArrow(arrow);
+  const Folder* const folder = jukebox_.selectednode();
+  if (jukebox_.ShowsHits() || folder == nullptr) return;
+  of_folder_ = arrow;
+  sorted_folder_ = folder->Key();
+  sorted_songs_.clear();
+  if (!arrow.column) return;
+  for (const SongEntry& entry : folder->Items()) sorted_songs_.push_back(entry.SubItem());
 }
 
 void JukeboxColumns::ListRefilled() {
-  // The hits of a search take the place of a folder, which comes back in its order.
-  const bool hits = jukebox_.ShowsHits();
-  if (hits && !shows_hits_) of_folder_ = {sorted_by_, descending_};
-  shows_hits_ = hits;
-  ShowArrow({}, false);
+  // New hits have their own order. The folder comes back in the order that it had.
+  if (jukebox_.ShowsHits()) return ShowArrow({});
+  if (!IsFolderStillSorted()) {
+    of_folder_ = {};
+    sorted_songs_.clear();
+  }
+  ShowArrow(of_folder_);
 }
 
-void JukeboxColumns::HitsHidden() { ShowArrow(of_folder_.column, of_folder_.descending); }
+/// Whether the list shows the sorted folder, and its songs are those of the sort, in the same
+/// order. Some may be missing, but none added.
+bool JukeboxColumns::IsFolderStillSorted() const {
+  const Folder* const folder = jukebox_.selectednode();
+  if (folder == nullptr || folder->Key() != sorted_folder_) return false;
+  auto next = sorted_songs_.begin();
+  for (const SongEntry& entry : folder->Items()) {
+    next = std::find(next, sorted_songs_.end(), entry.SubItem());
+    if (next == sorted_songs_.end()) return false;
+    ++next;
+  }
+  return true;
+}
 
-void JukeboxColumns::ShowArrow(std::optional<ListColumn> column, bool descending) {
-  sorted_by_ = column;
-  descending_ = descending;
-  explorer_.ShowSort(column, descending);
+void JukeboxColumns::Renumber(const NewNumbers& numbers) {
+  for (std::int32_t& song : sorted_songs_)
+    if (const auto found = numbers.find(song); found != numbers.end()) song = found->second;
+}
+
+void JukeboxColumns::ShowArrow(const Arrow& arrow) {
+  arrow_ = arrow;
+  explorer_.ShowSort(arrow.column, arrow.descending);
 }
 
 }  // namespace tallow

@@ -11,6 +11,7 @@
 
 #include "app/columns/column_choice.h"
 #include "app/columns/song_columns.h"
+#include "jukebox/folder_tree.h"
 
 class QMenu;
 
@@ -53,8 +54,16 @@ class JukeboxColumns : public QObject {
   void SortByName();
   void SortBy(ListColumn column);
   void ListRefilled();
-  void HitsHidden();
-  void ShowArrow(std::optional<ListColumn> column, bool descending);
+  /// The column that the list is sorted by; none for an order without an arrow.
+  struct Arrow {
+    std::optional<ListColumn> column;
+    bool descending = false;
+  };
+  /// Shows the arrow of a sort, and keeps it if the list shows a folder.
+  void Sorted(const Arrow& arrow);
+  bool IsFolderStillSorted() const;
+  void Renumber(const NewNumbers& numbers);
+  void ShowArrow(const Arrow& arrow);
 
   Tallow& tallow_;
   Jukebox& jukebox_;
@@ -64,14 +73,10 @@ class JukeboxColumns : public QObject {
   std::vector<ChosenColumn> shown_;
   bool shows_details_ = false;
   std::uint64_t details_version_ = 0;
-  std::optional<ListColumn> sorted_by_;  ///< the column with the arrow
-  bool descending_ = false;
-  struct Arrow {
-    std::optional<ListColumn> column;
-    bool descending = false;
-  };
-  bool shows_hits_ = false;
-  Arrow of_folder_;  ///< the arrow before hits were shown
+  Arrow arrow_;                             ///< shown
+  Arrow of_folder_;                         ///< of the sorted folder, also while hits are shown
+  std::uint32_t sorted_folder_ = 0;         ///< its key
+  std::vector<std::int32_t> sorted_songs_;  ///< its record numbers, in the order of the sort
 };
 
 }  // namespace tallow

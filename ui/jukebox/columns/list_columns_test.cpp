@@ -438,6 +438,67 @@ TEST_F(ListColumns, TheArrowComesBackAfterASearch) {
   EXPECT_FALSE(Headers().isSortIndicatorShown());
 }
 
+TEST_F(ListColumns, ASongThatIsAddedDuringASearchTakesTheArrow) {
+  AddSongWith("b", "x");
+  AddSongWith("a", "x");
+  ShowDetails();
+  Sort(ListColumn::kTitle);
+  window.PVExplorer1().ShowHits({1});
+  AddSongWith("c", "x");
+  window.PVExplorer1().AddSongs(*Box().selectednode(), {{3, 2}});
+  window.PVExplorer1().HideHits();
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+}
+
+TEST_F(ListColumns, TheArrowStaysWhenSongsLeaveTheList) {
+  for (const char* const title : {"b", "a", "d", "c"}) AddSongWith(title, "x");
+  ShowDetails();
+  Sort(ListColumn::kTitle);
+  SelectRow(1);
+  QTest::keyClick(&List(), Qt::Key_Delete);
+  EXPECT_TRUE(Headers().isSortIndicatorShown());
+  window.PVExplorer1().Undo();
+  EXPECT_TRUE(Headers().isSortIndicatorShown());
+  window.PVExplorer1().Redo();
+  // A song whose file is gone.
+  library.Mp3Info(kFileIsThere, 3, "0");
+  Box().ListRefilled(library);
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"a", "c"}));
+  EXPECT_TRUE(Headers().isSortIndicatorShown());
+  EXPECT_EQ(Headers().sortIndicatorSection(), IndexOf(ListColumn::kTitle));
+  Sort(ListColumn::kTitle);
+  EXPECT_EQ(Texts(ListColumn::kTitle), (QStringList{"c", "a"}));
+  EXPECT_EQ(Headers().sortIndicatorOrder(), Qt::DescendingOrder);
+}
+
+TEST_F(ListColumns, TheArrowStaysWhenASongGetsAnotherRecordNumber) {
+  for (const char* const title : {"b", "a"}) AddSongWith(title, "x");
+  ShowDetails();
+  Sort(ListColumn::kTitle);
+  AddSongWith("a", "x");
+  Box().Renumber({{2, 3}});
+  Box().ListRefilled(library);
+  EXPECT_EQ(SongsOf(*Box().selectednode()), (Songs{3, 1}));
+  EXPECT_TRUE(Headers().isSortIndicatorShown());
+}
+
+TEST_F(ListColumns, AnotherOrderAndNewSongsTakeTheArrow) {
+  for (const char* const title : {"b", "a", "c"}) AddSongWith(title, "x");
+  ShowDetails();
+  Sort(ListColumn::kTitle);
+  SelectRow(2);
+  QTest::keyClick(&List(), Qt::Key_Up, Qt::AltModifier);
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+  Sort(ListColumn::kTitle);
+  EXPECT_TRUE(Headers().isSortIndicatorShown());
+  window.PVExplorer1().Undo();
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+  Sort(ListColumn::kTitle);
+  AddSongWith("d", "x");
+  window.PVExplorer1().AddSongs(*Box().selectednode(), {{4, 2}});
+  EXPECT_FALSE(Headers().isSortIndicatorShown());
+}
+
 TEST_F(ListColumns, AWidthIsKept) {
   AddSongs(1);
   ShowDetails();
@@ -545,6 +606,21 @@ TEST_F(ListColumns, TheSelectionFollowsASort) {
   SelectRow(0);
   Sort(ListColumn::kTitle);
   EXPECT_EQ(Selected(), std::vector<int>{1});
+}
+
+TEST_F(ListColumns, TheSelectionFollowsTheEntryOfASongThatTheFolderHoldsTwice) {
+  AddSongWith("a", "Zoe");
+  AddSongWith("b", "Zoe");
+  AddSongWith("c", "Adam");
+  Folder& one = AddFolder("first", {1, 2, 1, 3});
+  ShowDetails();
+  ASSERT_EQ(Box().selectednode(), &one);
+  SelectRow(2);
+  Sort(ListColumn::kArtist);
+  EXPECT_EQ(SongsOf(one), (Songs{3, 1, 2, 1}));
+  EXPECT_EQ(Selected(), std::vector<int>{3});
+  window.PVExplorer1().Undo();
+  EXPECT_EQ(Selected(), std::vector<int>{2});
 }
 
 TEST_F(ListColumns, AnotherFolderHasNoArrow) {

@@ -136,6 +136,24 @@ TEST_F(RankClicksTest, TheWheelRaisesEachSelectedSongInOneStep) {
   EXPECT_EQ(Ranks(), (Texts{"2", "3", "5", "2"}));
 }
 
+TEST_F(RankClicksTest, AllEntriesOfASongShowItsRank) {
+  Folder& shown = *Box().selectednode();
+  shown.Items().emplace_back(1, 2);
+  Box().ListRefilled(library);
+  SelectRow(0);
+  QTest::keyClick(&List(), Qt::Key_7, Qt::ControlModifier);
+  EXPECT_EQ(shown.Items().back().Icon(), 7);
+  Turn(0, -120);
+  EXPECT_EQ(shown.Items().back().Icon(), 6);
+  // The classic style shows it at the selected entries.
+  tallow.preferences.SetSwitches({});
+  window.FollowPreferences();
+  List().SelectRows(0, 0);
+  QTest::keyClick(&List(), Qt::Key_5, Qt::ControlModifier);
+  EXPECT_EQ(shown.Items().front().Icon(), 5);
+  EXPECT_EQ(shown.Items().back().Icon(), 6);
+}
+
 TEST_F(RankClicksTest, APressThatMovesDragsTheSongs) {
   SelectRow(1);
   int drags = 0;

@@ -2,6 +2,8 @@
 #include "ui/jukebox/explorer/explorer_edits.h"
 
 #include <algorithm>
+#include <cstddef>
+#include <utility>
 
 #include "jukebox/found_songs.h"
 #include "jukebox/jukebox.h"
@@ -127,8 +129,8 @@ void ExplorerEdits::DropSongs(ExplorerEdits& source, Folder& from, const std::ve
 void ExplorerEdits::MoveSongsTo(const std::vector<int>& rows, int before) {
   Folder* const folder = jukebox_.selectednode();
   if (folder == nullptr || jukebox_.ShowsHits()) return;
-  const ShownSongs::Place place = songs_.CurrentPlace();
-  if (edits_.MoveSongsTo(*folder, rows, before)) FollowMove(place);
+  ShownSongs::Place place = songs_.CurrentPlace();
+  FollowMove(std::move(place), edits_.MoveSongsTo(*folder, rows, before));
 }
 
 void ExplorerEdits::MoveSongsByOne(bool up) {
@@ -139,14 +141,18 @@ void ExplorerEdits::MoveSongsByOne(bool up) {
   std::vector<int> neighbours;
   for (const int row : rows) neighbours.push_back(songs_.Beside(row, up));
   if (std::find(neighbours.begin(), neighbours.end(), -1) != neighbours.end()) return;
-  const ShownSongs::Place place = songs_.CurrentPlace();
-  if (edits_.MoveSongsByOne(*folder, rows, neighbours)) FollowMove(place);
+  ShownSongs::Place place = songs_.CurrentPlace();
+  FollowMove(std::move(place), edits_.MoveSongsByOne(*folder, rows, neighbours));
 }
 
-void ExplorerEdits::FollowMove(const ShownSongs::Place& place) {
-  songs_.Refill();
-  // The songs are no longer in the order that the header names.
-  jukebox_.ResetSort();
+void ExplorerEdits::FollowMove(ShownSongs::Place place, const JukeboxEdits::SongMove& move) {
+  if (move.moved_to.size() == 0) return;
+  songs_.Move(place, [&](std::size_t index) { return move.moved_to.SourceOf(index); });
+  if (move.is_step) {
+    songs_.Refill();
+    // The songs are no longer in the order that the header names.
+    jukebox_.ResetSort();
+  }
   songs_.Follow(place);
 }
 

@@ -90,7 +90,7 @@ class ExplorerEdits : public QObject {
 
  private:
   bool MayCut(const Folder& folder, bool songs);
-  void FollowMove(const ShownSongs::Place& place);
+  void FollowMove(ShownSongs::Place place, const JukeboxEdits::SongMove& move);
   void SelectNeighbour(const Folder& folder);
   void ReportProblem(JukeboxEdits::Result result);
 

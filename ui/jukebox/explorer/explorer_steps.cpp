@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/jukebox/explorer/explorer_steps.h"
 
+#include <cstddef>
+
 #include "ui/jukebox/folder_tree_view.h"
 
 namespace tallow {
@@ -32,10 +34,15 @@ void ExplorerSteps::StepAndEmit(bool back) {
 }
 
 void ExplorerSteps::Step(bool back) {
-  const ShownSongs::Place before = songs_.CurrentPlace();
+  ShownSongs::Place before = songs_.PlaceInFolder();
   const Jukebox::StepResult result = back ? jukebox_.Undo() : jukebox_.Redo();
   if (!result.done) return;
-  if (result.ranks_changed) emit RanksChanged();
+  const EditHistory& history = jukebox_.History();
+  // Before the list is refilled, which removes songs whose files are gone.
+  if (const Folder* const shown = jukebox_.selectednode();
+      shown != nullptr && history.LastSongChange(*shown).IsReorder())
+    songs_.Move(before, [&](std::size_t index) { return history.MovedByLast(*shown, index); });
+  if (!result.ranked.empty()) emit RanksChanged(result.ranked);
   // The list has to show what the step has changed.
   if (result.list_changed || result.concerned != nullptr) songs_.HideHits();
   if (result.list_changed) {
@@ -46,13 +53,12 @@ void ExplorerSteps::Step(bool back) {
   if (jukebox_.selectednode() == nullptr) return;
   // Read after the list was refilled, which removes songs whose files are gone from the list and
   // from the step.
-  const EditHistory::SongChange change =
-      jukebox_.History().LastSongChange(*jukebox_.selectednode());
+  const EditHistory::SongChange change = history.LastSongChange(*jukebox_.selectednode());
   if (songs_.Select(change.added)) return;
   if (change.first_removed_at >= 0) {
     songs_.SelectNear(change.first_removed_at);
   } else if (change.any && !other_folder) {
-    // A sort was undone or redone: the entries hold different songs now.
+    // A sort or a move was undone or redone: the entries hold different songs now.
     songs_.Follow(before);
   }
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <vector>
 
 #include <QObject>
 
@@ -34,8 +35,8 @@ class ExplorerSteps : public QObject {
  signals:
   /// This window's part of a move between two windows was undone or redone.
   void LinkedStepDone(tallow::EditHistory::MoveLink link, bool back);
-  /// A step has changed ranks; the library is not saved yet.
-  void RanksChanged();
+  /// A step has changed the ranks of songs; the library is not saved yet.
+  void RanksChanged(const std::vector<std::int32_t>& songs);
 
  private:
   EditHistory::MoveLink NextLink(bool back);

@@ -2,18 +2,43 @@
 #include "ui/jukebox/explorer/shown_songs.h"
 
 #include <algorithm>
-#include <unordered_map>
-#include <utility>
+#include <unordered_set>
 
 #include <QItemSelectionModel>
 #include <QScrollBar>
 
-#include "app/play_commands.h"
 #include "jukebox/jukebox.h"
+#include "library/cls_main.h"
 #include "ui/jukebox/song_list_model.h"
 #include "ui/jukebox/song_list_view.h"
 
 namespace tallow {
+namespace {
+
+/// Counts the entries of each song on the way through a folder.
+class EntryCounts {
+ public:
+  explicit EntryCounts(const clsMain& library)
+      : counts_(static_cast<std::size_t>(library.UBoundOfMp3Array()) + 1) {}
+
+  /// Counts an entry of a song.
+  /// \returns how many were counted before; 0 for a song that the library does not have
+  int Next(std::int32_t record) {
+    const auto index = static_cast<std::size_t>(record);
+    return record < 0 || index >= counts_.size() ? 0 : counts_[index]++;
+  }
+
+ private:
+  std::vector<int> counts_;  ///< by record number
+};
+
+/// Identifies an entry of a folder.
+std::uint64_t KeyOf(const ShownSongs::Entry& entry) {
+  return std::uint64_t{static_cast<std::uint32_t>(entry.record)} << 32U |
+         static_cast<std::uint32_t>(entry.earlier);
+}
+
+}  // namespace
 
 ShownSongs::Entry ShownSongs::EntryAt(const Folder& folder, int index) {
   const auto& items = folder.Items();
@@ -40,6 +65,15 @@ void ShownSongs::HideHits() {
   if (!jukebox_.ShowsHits()) return;
   jukebox_.HideHits(library_);
   GoTo(before_hits_);
+}
+
+void ShownSongs::Renumber(const NewNumbers& numbers) {
+  const auto renumber = [&numbers](Place::Song& song) {
+    if (const auto found = numbers.find(song.entry.record); found != numbers.end())
+      song.entry.record = found->second;
+  };
+  std::ranges::for_each(before_hits_.selected, renumber);
+  renumber(before_hits_.current);
 }
 
 void ShownSongs::FillList() {
@@ -131,36 +165,68 @@ QRect ShownSongs::RectOf(int index) const {
 ShownSongs::Place ShownSongs::CurrentPlace() const {
   const Folder* const folder = jukebox_.ListFolder();
   if (folder == nullptr) return {};
-  std::vector<int> indexes = Selected();
-  Place place{.folder = folder->Key(),
-              .selected = SongsOf(*folder, indexes),
-              .indexes = std::move(indexes),
-              .scrolled = view_.verticalScrollBar()->value()};
-  const std::vector<std::int32_t> current =
-      SongsOf(*folder, {model_.PlaceOf(view_.currentIndex().row())});
-  if (!current.empty()) place.current = current.front();
+  Place place{.folder = folder->Key(), .scrolled = view_.verticalScrollBar()->value()};
+  for (const int index : Selected()) place.selected.push_back({.index = index});
+  place.current.index = model_.PlaceOf(view_.currentIndex().row());
+  ReadEntries(*folder, place);
   return place;
 }
 
-std::int32_t ShownSongs::RecordIn(const Folder& folder, int row) const {
-  return folder.Items()[static_cast<std::size_t>(model_.PlaceOf(row))].SubItem();
+ShownSongs::Place ShownSongs::PlaceInFolder() const {
+  return jukebox_.ShowsHits() ? before_hits_ : CurrentPlace();
 }
 
-std::vector<int> ShownSongs::RowsOf(const Place& place, const Folder& folder) const {
+void ShownSongs::ReadEntries(const Folder& folder, Place& place) const {
+  const auto& items = folder.Items();
+  EntryCounts counts(library_);
+  auto next = place.selected.begin();
+  for (std::size_t k = 0; k < items.size(); ++k) {
+    const auto index = static_cast<int>(k);
+    // Nothing to read behind the last song of the state.
+    if (next == place.selected.end() && index > place.current.index) return;
+    const std::int32_t record = items[k].SubItem();
+    const Entry entry{.record = record, .earlier = counts.Next(record)};
+    if (next != place.selected.end() && next->index == index) (next++)->entry = entry;
+    if (place.current.index == index) place.current.entry = entry;
+  }
+}
+
+void ShownSongs::Move(Place& place, const std::function<std::size_t(std::size_t)>& moved_to) const {
+  const Folder* const folder = jukebox_.selectednode();
+  if (folder == nullptr || folder->Key() != place.folder) return;
+  const auto move = [&](Place::Song& song) {
+    if (song.index >= 0)
+      song.index = static_cast<int>(moved_to(static_cast<std::size_t>(song.index)));
+  };
+  std::ranges::for_each(place.selected, move);
+  move(place.current);
+  std::ranges::sort(place.selected, {}, &Place::Song::index);
+  ReadEntries(*folder, place);
+}
+
+std::vector<int> ShownSongs::RowsOf(const std::vector<Place::Song>& songs,
+                                    const Folder& folder) const {
+  const auto& items = folder.Items();
   std::vector<int> rows;
-  for (std::size_t k = 0; k < place.selected.size(); ++k) {
-    const int row = model_.RowAt(place.indexes[k]);
-    if (model_.PlaceOf(row) != place.indexes[k] || RecordIn(folder, row) != place.selected[k])
+  for (const auto& [index, entry] : songs) {
+    const int row = model_.RowAt(index);
+    if (index < 0 || model_.PlaceOf(row) != index ||
+        items[static_cast<std::size_t>(index)].SubItem() != entry.record)
       break;
     rows.push_back(row);
   }
-  if (rows.size() == place.selected.size()) return rows;
+  if (rows.size() == songs.size()) return rows;
   rows.clear();
-  std::unordered_map<std::int32_t, int> wanted;
-  for (const std::int32_t record : place.selected) ++wanted[record];
-  for (int row = 0; row < model_.rowCount(); ++row) {
-    const auto found = wanted.find(RecordIn(folder, row));
-    if (found != wanted.end() && found->second-- > 0) rows.push_back(row);
+  std::unordered_set<std::uint64_t> wanted;
+  for (const auto& [index, entry] : songs)
+    if (index >= 0) wanted.insert(KeyOf(entry));
+  if (wanted.empty()) return rows;
+  EntryCounts counts(library_);
+  for (std::size_t k = 0; k < items.size() && !wanted.empty(); ++k) {
+    const std::int32_t record = items[k].SubItem();
+    if (wanted.erase(KeyOf({.record = record, .earlier = counts.Next(record)})) == 0) continue;
+    const int row = model_.RowAt(static_cast<int>(k));
+    if (model_.PlaceOf(row) == static_cast<int>(k)) rows.push_back(row);
   }
   return rows;
 }
@@ -168,19 +234,14 @@ std::vector<int> ShownSongs::RowsOf(const Place& place, const Folder& folder) co
 void ShownSongs::GoTo(const Place& place) {
   const Folder* const folder = jukebox_.ListFolder();
   if (folder == nullptr || folder->Key() != place.folder) return;
-  const std::vector<int> selected = RowsOf(place, *folder);
-  QModelIndex current;
-  // The current song is one of the selected ones, if it can be.
-  for (const int row : selected)
-    if (!current.isValid() && RecordIn(*folder, row) == place.current)
-      current = model_.index(row, 0);
-  for (int row = 0; row < model_.rowCount() && !current.isValid(); ++row)
-    if (RecordIn(*folder, row) == place.current) current = model_.index(row, 0);
+  const std::vector<int> selected = RowsOf(place.selected, *folder);
+  const std::vector<int> current = RowsOf({place.current}, *folder);
   QItemSelectionModel& selection = *view_.selectionModel();
   // In two steps, because the cost of replacing a selection grows with the product of the numbers
   // of ranges of both selections.
   selection.clearSelection();
-  selection.setCurrentIndex(current, QItemSelectionModel::NoUpdate);
+  selection.setCurrentIndex(current.empty() ? QModelIndex() : model_.index(current.front(), 0),
+                            QItemSelectionModel::NoUpdate);
   selection.select(view_.RangesOf(selected), QItemSelectionModel::Select);
   view_.verticalScrollBar()->setValue(place.scrolled);
 }

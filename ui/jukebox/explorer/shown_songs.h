@@ -3,13 +3,15 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include <QRect>
 
+#include "jukebox/folder_tree.h"
+
 namespace tallow {
 
-class Folder;
 class Jukebox;
 class SongListModel;
 class SongListView;
@@ -27,20 +29,25 @@ class ShownSongs {
   ShownSongs(Jukebox& jukebox, const clsMain& library, SongListModel& model, SongListView& view)
       : jukebox_(jukebox), library_(library), model_(model), view_(view) {}
 
-  /// The state of the list, stored by songs instead of rows.
-  struct Place {
-    std::uint32_t folder = 0;            ///< key of the folder on show; 0 for none
-    std::vector<std::int32_t> selected;  ///< record numbers of the selected songs
-    std::vector<int> indexes;            ///< of these songs
-    std::int32_t current = 0;            ///< record number of the current song; 0 for none
-    int scrolled = 0;
-  };
-
-  /// An entry of a folder, which can be found again after songs were removed from the folder.
+  /// An entry of a folder, which can be found again after other songs were removed from the folder
+  /// or have changed places.
   struct Entry {
     std::int32_t record = 0;  ///< record number of the song
     int earlier = 0;          ///< how many earlier entries of the folder hold the same song
   };
+
+  /// The state of the list, stored by songs instead of rows.
+  struct Place {
+    struct Song {
+      int index = -1;  ///< -1 for none
+      Entry entry = {};
+    };
+    std::uint32_t folder = 0;         ///< key of the folder on show; 0 for none
+    std::vector<Song> selected = {};  ///< by ascending indexes
+    Song current = {};
+    int scrolled = 0;
+  };
+
   /// \param index must be valid
   static Entry EntryAt(const Folder& folder, int index);
 
@@ -57,6 +64,9 @@ class ShownSongs {
   /// Shows the songs of the folder again, as they were before the first ShowHits: selection and
   /// scroll position, too. No effect while no hits are shown.
   void HideHits();
+
+  /// Replaces old record numbers by new ones in what HideHits restores.
+  void Renumber(const NewNumbers& numbers);
 
   /// The indexes of the selected songs, in list order.
   std::vector<int> Selected() const;
@@ -92,18 +102,25 @@ class ShownSongs {
   QRect RectOf(int index) const;
 
   Place CurrentPlace() const;
-  /// Restores a state, as far as its songs still exist. If the selected songs have other indexes
-  /// now, as many entries of each song are selected as before, the first ones.
+  /// The state of the list of selectednode(). While hits are shown, it is the one that HideHits
+  /// restores.
+  Place PlaceInFolder() const;
+  /// Changes the indexes of a state after the songs of selectednode() were reordered. No effect on
+  /// the state of another folder.
+  /// \param moved_to returns the present index of the song that had the given one
+  void Move(Place& place, const std::function<std::size_t(std::size_t)>& moved_to) const;
+  /// Restores a state, as far as its songs still exist. Songs that have other indexes now are found
+  /// by their entries.
   void GoTo(const Place& place);
   /// Like GoTo, for use after the songs were reordered. If any song is selected, also scrolls to
   /// the current song.
   void Follow(const Place& place);
 
  private:
-  /// The record number of the song in a row of the list.
-  std::int32_t RecordIn(const Folder& folder, int row) const;
-  /// The rows of the selected songs of a state.
-  std::vector<int> RowsOf(const Place& place, const Folder& folder) const;
+  /// Sets the entries of a state from its indexes.
+  void ReadEntries(const Folder& folder, Place& place) const;
+  /// The rows of songs of a state, ascending.
+  std::vector<int> RowsOf(const std::vector<Place::Song>& songs, const Folder& folder) const;
 
   Jukebox& jukebox_;
   const clsMain& library_;
