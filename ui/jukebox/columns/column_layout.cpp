@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QTableView>
 
@@ -152,7 +153,10 @@ bool ColumnLayout::eventFilter(QObject* watched, QEvent* event) {
     // While the user drags an edge, the other columns stay under the pointer.
     if (event->type() == QEvent::Resize && !is_held_) Fit();
   } else if (event->type() == QEvent::MouseButtonPress) {
-    is_held_ = true;
+    if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) is_held_ = true;
+  } else if (event->type() == QEvent::ContextMenu) {
+    // The menu gets the release of the button.
+    is_held_ = false;
   } else if (event->type() == QEvent::MouseButtonRelease) {
     is_held_ = false;
     // After the header has handled the event, which moves a column.

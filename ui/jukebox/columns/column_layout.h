@@ -53,7 +53,7 @@ class ColumnLayout : public QObject {
   std::vector<ChosenColumn> columns_;  ///< as in the model, with the widths of now
   bool is_own_change_ = false;         ///< this object changes the header
   bool is_changed_ = false;            ///< by the user, and was not reported yet
-  bool is_held_ = false;               ///< the mouse button is held down on the header
+  bool is_held_ = false;               ///< the left mouse button is held down on the header
 };
 
 }  // namespace tallow

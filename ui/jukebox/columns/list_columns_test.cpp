@@ -253,6 +253,23 @@ TEST_F(ListColumns, ADraggedEdgeMovesTheOthersOnlyWhenItIsReleased) {
   EXPECT_EQ(Headers().length(), List().viewport()->width());
 }
 
+TEST_F(ListColumns, ColumnsFitTheWindowAfterTheMenuOfTheHeaderWasOpen) {
+  AddSongs(1);
+  ShowDetails();
+  QWidget* const viewport = Headers().viewport();
+  // A menu that opens gets the releases.
+  QTest::mousePress(viewport, Qt::RightButton, {}, QPoint(60, 8));
+  window.resize(1300, 500);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  QTest::mousePress(viewport, Qt::LeftButton, {}, QPoint(60, 8));
+  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(60, 8),
+                          viewport->mapToGlobal(QPoint(60, 8)));
+  QApplication::sendEvent(viewport, &event);
+  Menu().close();
+  window.resize(1400, 500);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+}
+
 TEST_F(ListColumns, ASortAndItsUndoKeepTheListScrolledSideways) {
   AddSongWith("b", "x");
   AddSongWith("a", "x");
