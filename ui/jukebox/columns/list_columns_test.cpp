@@ -68,6 +68,7 @@ class ListColumns : public JukeboxWindowTest {
   }
   QStringList HeaderTexts() { return HeaderTexts(window); }
   int IndexOf(ListColumn column) { return Model().IndexOf(column); }
+  int WidthOf(ListColumn column) { return Headers().sectionSize(IndexOf(column)); }
   QStringList Texts(ListColumn column) { return RowsOf(List(), IndexOf(column)); }
   void Sort(ListColumn column) {
     const int x = Headers().sectionViewportPosition(IndexOf(column)) +
@@ -154,17 +155,24 @@ TEST_F(ListColumns, NumbersAreAlignedAtTheRight) {
 TEST_F(ListColumns, TheTitleFillsTheWindow) {
   AddSongs(1);
   ShowDetails();
-  const auto sum = [this] {
-    int width = 0;
-    for (int column = 0; column < Headers().count(); ++column)
-      width += Headers().sectionSize(column);
-    return width;
-  };
-  EXPECT_EQ(sum(), List().viewport()->width());
-  const int artist = Headers().sectionSize(IndexOf(ListColumn::kArtist));
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  const int artist = WidthOf(ListColumn::kArtist);
   window.resize(1500, 500);
-  EXPECT_EQ(sum(), List().viewport()->width());
-  EXPECT_EQ(Headers().sectionSize(IndexOf(ListColumn::kArtist)), artist);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  EXPECT_EQ(WidthOf(ListColumn::kArtist), artist);
+}
+
+TEST_F(ListColumns, TheNameFillsTheWindowInTheClassicStyle) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  const int name = WidthOf(ListColumn::kName);
+  const int key = WidthOf(ListColumn::kKey);
+  window.resize(1500, 500);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  EXPECT_GT(WidthOf(ListColumn::kName), name);
+  EXPECT_EQ(WidthOf(ListColumn::kKey), key);
 }
 
 TEST_F(ListColumns, ANarrowWindowScrollsSideways) {
@@ -172,8 +180,49 @@ TEST_F(ListColumns, ANarrowWindowScrollsSideways) {
   ShowDetails();
   window.resize(500, 400);
   EXPECT_GT(List().horizontalScrollBar()->maximum(), 0);
-  EXPECT_GE(Headers().sectionSize(IndexOf(ListColumn::kTitle)),
-            15 * List().fontMetrics().averageCharWidth());
+  EXPECT_GE(WidthOf(ListColumn::kTitle), 28 * List().fontMetrics().averageCharWidth());
+}
+
+TEST_F(ListColumns, ANameBesideATitleHasItsUsualWidth) {
+  AddSongs(1);
+  ShowDetails();
+  ItemOf(ListColumn::kName).trigger();
+  const QFontMetrics metrics = List().fontMetrics();
+  const int name = WidthOf(ListColumn::kName);
+  EXPECT_GE(name, metrics.horizontalAdvance("100.  ") + 28 * metrics.averageCharWidth());
+  window.resize(1800, 500);
+  EXPECT_EQ(WidthOf(ListColumn::kName), name);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  // Without a column of ranks, the name has their picture.
+  ItemOf(ListColumn::kRank).trigger();
+  EXPECT_GE(WidthOf(ListColumn::kName), name + List().iconSize().width());
+}
+
+TEST_F(ListColumns, TheUserMakesTheTitleWiderThanItsPlace) {
+  AddSongs(1);
+  ShowDetails();
+  const int title = IndexOf(ListColumn::kTitle);
+  const int width = WidthOf(ListColumn::kTitle);
+  QWidget* const viewport = Headers().viewport();
+  const QPoint edge(Headers().sectionViewportPosition(title) + width - 1, 8);
+  const QPoint to = edge + QPoint(150, 0);
+  QTest::mousePress(viewport, Qt::LeftButton, {}, edge);
+  QMouseEvent move(QEvent::MouseMove, to, viewport->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                   Qt::NoModifier);
+  QApplication::sendEvent(viewport, &move);
+  QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
+  QCoreApplication::processEvents();
+  EXPECT_NEAR(WidthOf(ListColumn::kTitle), width + 150, 2);
+  EXPECT_GT(List().horizontalScrollBar()->maximum(), 0);
+  window.resize(900, 500);
+  EXPECT_NEAR(WidthOf(ListColumn::kTitle), width + 150, 2);
+  window.resize(1800, 500);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  // Other windows and the next start have the width too.
+  frmMain other(tallow);
+  other.resize(900, 500);
+  other.show();
+  EXPECT_NEAR(ListOf(other).columnWidth(title), width + 150, 2);
 }
 
 TEST_F(ListColumns, TheFirstColumnIsAsWideForTenSongsAsForNine) {
