@@ -7,7 +7,9 @@
 
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QScrollBar>
+#include <QTextDocumentFragment>
 
 #include "app/data_paths.h"
 #include "details/details_store.h"
@@ -374,6 +376,27 @@ TEST_F(ListColumns, TheCurrentRowIsFramedWithoutASelection) {
   EXPECT_EQ(colour(), frame);
   List().selectionModel()->setCurrentIndex(Model().index(2, 0), QItemSelectionModel::NoUpdate);
   EXPECT_NE(colour(), frame);
+}
+
+TEST_F(ListColumns, TheFrameOfTheCurrentRowStaysAtTheEdgesOfTheWindow) {
+  AddSongs(3);
+  ShowDetails();
+  window.resize(500, 400);
+  window.activateWindow();
+  List().setFocus();
+  List().selectionModel()->setCurrentIndex(Model().index(1, 0), QItemSelectionModel::NoUpdate);
+  List().clearSelection();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  const auto on_screen = [this] {
+    QTest::qWait(1);
+    return window.screen()->grabWindow(window.winId()).toImage();
+  };
+  const QImage before = on_screen();
+  List().horizontalScrollBar()->setValue(30);
+  const QImage scrolled = on_screen();
+  ASSERT_NE(scrolled, before);
+  List().viewport()->update();
+  EXPECT_EQ(on_screen(), scrolled);
 }
 
 TEST_F(ListColumns, TheMenuShowsAndHidesColumns) {
