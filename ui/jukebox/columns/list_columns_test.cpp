@@ -689,6 +689,23 @@ TEST_F(ListColumns, TheFirstCellSpeaksTheWholeRow) {
   EXPECT_EQ(Model().headerData(0, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Playing");
 }
 
+TEST_F(ListColumns, TheTooltipOfATitleHasWhatIsKnownLineByLine) {
+  AddSongWith("One", "Somebody", 1999);
+  AddSongWith("<b>One", "", 0);
+  ShowDetails();
+  const auto tooltip = [this](int row, ListColumn column) {
+    return Model().index(row, IndexOf(column)).data(Qt::ToolTipRole).toString();
+  };
+  const QString lines =
+      "Title: One\nArtist: Somebody\nAlbum: Album\nYear: 1999\nLength: 3:05\nNot ranked";
+  EXPECT_EQ(tooltip(0, ListColumn::kPlaying), lines);
+  EXPECT_EQ(tooltip(0, ListColumn::kTitle), lines);
+  EXPECT_EQ(tooltip(0, ListColumn::kArtist), "Somebody");
+  EXPECT_EQ(tooltip(0, ListColumn::kRank), "not ranked");
+  EXPECT_EQ(QTextDocumentFragment::fromHtml(tooltip(1, ListColumn::kTitle)).toPlainText(),
+            "Title: <b>One\nAlbum: Album\nLength: 3:05\nNot ranked");
+}
+
 TEST_F(ListColumns, TheMarkIsInTheColumnPlaying) {
   AddSongs(2);
   ModelStandIn player;
@@ -708,7 +725,7 @@ TEST_F(ListColumns, TheMarkIsInTheColumnPlaying) {
                   .index(1, IndexOf(ListColumn::kPlaying))
                   .data(Qt::ToolTipRole)
                   .toString()
-                  .contains("playing"));
+                  .contains("\nPlaying"));
   window.SetPlayer(nullptr);
 }
 
