@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "ui/dialogs/frm_properties.h"
 
+#include <algorithm>
 #include <utility>
 
 #include <QClipboard>
@@ -9,15 +10,18 @@
 #include <QHeaderView>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPalette>
 #include <QPushButton>
 #include <QScreen>
 #include <QShortcut>
+#include <QStyle>
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
 #include "ui/support/display_text.h"
 #include "ui/support/help_page.h"
+#include "ui/support/muted_highlight.h"
 
 namespace tallow {
 namespace {
@@ -29,12 +33,23 @@ constexpr int kMinPropertyLines = 8;
 /// Additional lines of the list of properties at first, for values that are wrapped.
 constexpr int kWrappedLines = 2;
 
-/// Height of a list that shows this many rows, in pixels.
+/// Height of a list that shows this many rows of one line, in pixels.
 int HeightOf(const QTreeWidget& list, int rows) {
-  const int row = list.topLevelItemCount() > 0 ? list.visualItemRect(list.topLevelItem(0)).height()
-                                               : list.fontMetrics().lineSpacing();
+  // The texts of the first column are not wrapped.
+  const int row = list.topLevelItemCount() > 0
+                      ? list.sizeHintForIndex(list.model()->index(0, 0)).height()
+                      : list.fontMetrics().lineSpacing();
   const int header = list.isHeaderHidden() ? 0 : list.header()->sizeHint().height();
   return rows * row + header + 2 * list.frameWidth();
+}
+
+/// The room that a screen has for a dialog within the frame of its window, in pixels.
+QSize RoomFor(const QWidget& dialog) {
+  QSize frame(0, dialog.style()->pixelMetric(QStyle::PM_TitleBarHeight));
+  // The dialog has a frame only when it is shown.
+  if (const QWidget* const parent = dialog.parentWidget(); parent != nullptr)
+    frame = frame.expandedTo(parent->window()->frameGeometry().size() - parent->window()->size());
+  return dialog.screen()->availableSize() - frame;
 }
 
 /// Draws the cells with some space above and below the text, and breaks a long path at its
@@ -76,8 +91,39 @@ class ValueDelegate : public QStyledItemDelegate {
   QTreeWidget& list_;
 };
 
+/// A list whose selection is grey while the keyboard is elsewhere.
+class FocusedList : public QTreeWidget {
+ public:
+  explicit FocusedList(QWidget* parent) : QTreeWidget(parent) { ShowFocus(); }
+
+ protected:
+  void focusInEvent(QFocusEvent* event) override {
+    QTreeWidget::focusInEvent(event);
+    ShowFocus();
+  }
+  void focusOutEvent(QFocusEvent* event) override {
+    QTreeWidget::focusOutEvent(event);
+    ShowFocus();
+  }
+
+ private:
+  void ShowFocus() {
+    // Colours that are not set here are those of the parent.
+    QPalette colors;
+    if (!hasFocus()) {
+      const QPalette usual = parentWidget()->palette();
+      for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        colors.setColor(group, QPalette::Highlight, MutedHighlight(usual));
+        colors.setColor(group, QPalette::HighlightedText,
+                        usual.color(QPalette::Active, QPalette::HighlightedText));
+      }
+    }
+    setPalette(colors);
+  }
+};
+
 QTreeWidget* MakeTwoColumns(QWidget* parent, const char* name) {
-  auto* const list = new QTreeWidget(parent);
+  auto* const list = new FocusedList(parent);
   list->setObjectName(QLatin1String(name));
   list->setColumnCount(2);
   list->setRootIsDecorated(false);
@@ -131,11 +177,17 @@ frmProperties::frmProperties(PropertiesContext context, QWidget* parent)
   buttons->addWidget(close);
   layout->addLayout(buttons);
   list_->setFocus();
-  const int rows = static_cast<int>(context_.properties.size()) + kWrappedLines;
-  const QSize hint = sizeHint();
+  FitTheScreen();
+}
+
+void frmProperties::FitTheScreen() {
+  const QSize room = RoomFor(*this);
   const int list_height = list_->sizeHint().expandedTo(list_->minimumSize()).height();
-  const QSize wanted(hint.width(), hint.height() - list_height + HeightOf(*list_, rows));
-  resize(wanted.boundedTo(screen()->availableSize()));
+  const int others = sizeHint().height() - list_height;
+  list_->setMinimumHeight(std::max(
+      HeightOf(*list_, 1), std::min(HeightOf(*list_, kMinPropertyLines), room.height() - others)));
+  const int rows = static_cast<int>(context_.properties.size()) + kWrappedLines;
+  resize(QSize(sizeHint().width(), others + HeightOf(*list_, rows)).boundedTo(room));
 }
 
 QTreeWidget* frmProperties::MakeList() {
@@ -149,7 +201,6 @@ QTreeWidget* frmProperties::MakeList() {
         ->setFlags(Qt::ItemIsSelectable | Qt::ItemIsEnabled | Qt::ItemIsEditable);
   list->setEditTriggers(QAbstractItemView::DoubleClicked | QAbstractItemView::EditKeyPressed);
   list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-  list->setMinimumHeight(HeightOf(*list, kMinPropertyLines));
   list->setCurrentItem(list->topLevelItem(0));
   // Without this, the list copies its first column.
   auto* const copy = new QShortcut(QKeySequence(QKeySequence::Copy), list);
@@ -169,7 +220,9 @@ QTreeWidget* frmProperties::MakeFolders() {
   folders->setFixedHeight(HeightOf(*folders, kFolderLines));
   folders->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
   folders->setColumnHidden(0, !context_.names_jukeboxes);
-  if (folders->topLevelItemCount() > 0) folders->setCurrentItem(folders->topLevelItem(0));
+  // In a column that is hidden, the selection does not follow the keyboard.
+  const int column = context_.names_jukeboxes ? 0 : 1;
+  if (folders->topLevelItemCount() > 0) folders->setCurrentItem(folders->topLevelItem(0), column);
   // Enter emits itemActivated, and so does a double click or, on some desktops, a click.
   connect(folders, &QTreeWidget::itemActivated, this,
           [this, folders](QTreeWidgetItem* item) { Open(folders->indexOfTopLevelItem(item)); });

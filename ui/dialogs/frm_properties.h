@@ -42,6 +42,8 @@ class frmProperties : public QDialog {
  private:
   QTreeWidget* MakeList();
   QTreeWidget* MakeFolders();
+  /// Sets the size of the window for all properties, as far as the screen has room.
+  void FitTheScreen();
   /// Closes the dialog and shows the song in a folder.
   void Open(int folder);
   void CopyValue() const;

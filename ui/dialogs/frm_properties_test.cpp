@@ -8,6 +8,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QStyle>
 #include <QTest>
 #include <QTreeWidget>
 
@@ -122,6 +124,77 @@ TEST_F(PropertiesDialog, NamesTheJukeboxesOnlyIfSeveralAreOpen) {
   const frmProperties dialog(std::move(context));
   EXPECT_TRUE(List(dialog, "lstFolders").isColumnHidden(0));
   EXPECT_FALSE(List(dialog, "lstFolders").isColumnHidden(1));
+}
+
+TEST_F(PropertiesDialog, TheKeyboardMovesTheHighlightOfTheFolders) {
+  PropertiesContext context = OneSong();
+  context.folders.push_back({"MINE", "third", [this] { shown += "third "; }});
+  context.names_jukeboxes = false;
+  frmProperties dialog(std::move(context));
+  dialog.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+  QTreeWidget& folders = List(dialog, "lstFolders");
+  folders.setFocus();
+  const auto highlighted = [&] {
+    QStringList texts;
+    for (const QTreeWidgetItem* const item : folders.selectedItems()) texts += item->text(1);
+    return texts;
+  };
+  EXPECT_EQ(highlighted(), QStringList{"Artist / ABBA"});
+  QTest::keyClick(&folders, Qt::Key_Down);
+  EXPECT_EQ(highlighted(), QStringList{"party"});
+  QTest::keyClick(&folders, Qt::Key_Down);
+  EXPECT_EQ(highlighted(), QStringList{"third"});
+  QTest::keyClick(&folders, Qt::Key_Return);
+  EXPECT_EQ(shown, "third ");
+}
+
+TEST_F(PropertiesDialog, TheSelectionOfTheOtherListIsGrey) {
+  frmProperties dialog(OneSong());
+  dialog.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+  QTreeWidget& properties = List(dialog, "lstProperties");
+  QTreeWidget& folders = List(dialog, "lstFolders");
+  const QColor mark = dialog.palette().color(QPalette::Active, QPalette::Highlight);
+  const auto is_marked = [&](QTreeWidget& list) {
+    const QRect row = list.visualItemRect(list.topLevelItem(0));
+    const QImage image = list.viewport()->grab().toImage();
+    return image.pixelColor(row.right() - 5, row.center().y()) == mark;
+  };
+  EXPECT_TRUE(is_marked(properties));
+  EXPECT_FALSE(is_marked(folders));
+  folders.setFocus();
+  EXPECT_FALSE(is_marked(properties));
+  EXPECT_TRUE(is_marked(folders));
+}
+
+TEST_F(PropertiesDialog, ALongTitleMakesItNoHigher) {
+  PropertiesContext context = OneSong();
+  for (int k = 0; k < 16; ++k) context.properties.push_back({"Property", "value"});
+  frmProperties usual(context);
+  usual.show();
+  context.properties.front().value = std::string(200, 'x');
+  frmProperties letters(context);
+  letters.show();
+  QString words;
+  for (int k = 0; k < 20; ++k) words += QStringLiteral("ten letters ");
+  context.properties.front().value = words.toStdString();
+  frmProperties more(context);
+  more.show();
+  QCoreApplication::processEvents();
+  EXPECT_EQ(letters.height(), usual.height());
+  EXPECT_EQ(more.height(), usual.height());
+  EXPECT_LT(letters.minimumSizeHint().height(), usual.height());
+}
+
+TEST_F(PropertiesDialog, FitsTheScreenWithTheFrameOfItsWindow) {
+  PropertiesContext context = OneSong();
+  for (int k = 0; k < 100; ++k) context.properties.push_back({"Property", "value"});
+  frmProperties dialog(std::move(context));
+  const int title_bar = dialog.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+  ASSERT_GT(title_bar, 0);
+  EXPECT_LE(dialog.height() + title_bar, dialog.screen()->availableSize().height());
+  EXPECT_GT(dialog.height(), dialog.screen()->availableSize().height() / 2);
 }
 
 TEST_F(PropertiesDialog, OfSeveralSongsHasNoFileAndNoFolders) {

@@ -487,7 +487,7 @@ TEST_F(Keys, EachRowShowsTheRankIconOfItsEntry) {
   one.Items()[0].Icon(6);
   const QModelIndex index = List().model()->index(0, 0);
   EXPECT_EQ(index.data(Qt::AccessibleTextRole).toString(), "1.  1.mp3, rank 6 of 7");
-  EXPECT_EQ(index.data(Qt::ToolTipRole).toString(), "1.  1.mp3, rank 6 of 7");
+  EXPECT_EQ(index.data(Qt::ToolTipRole).toString(), "1.  1.mp3\nRank 6 of 7");
   EXPECT_EQ(index.data(Qt::DecorationRole).value<QIcon>().pixmap(16).toImage(),
             RankPicture(6).pixmap(16).toImage());
   // Numbers without an icon show none and are not read by screen readers.

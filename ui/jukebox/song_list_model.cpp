@@ -7,6 +7,7 @@
 #include <QFont>
 #include <QGuiApplication>
 #include <QPalette>
+#include <QTextDocument>
 
 #include "app/columns/song_columns.h"
 #include "app/playing/player_model.h"
@@ -181,8 +182,7 @@ QVariant SongListModel::data(const QModelIndex& index, int role) const {
     case kPaintedRole:
       return column == ListColumn::kName ? PaintedLabel(entry) : CellText(entry, column);
     case Qt::ToolTipRole:
-      if (column == ListColumn::kKey) return {};
-      [[fallthrough]];
+      return column == ListColumn::kKey ? QVariant() : ToolTip(entry, index.column());
     case Qt::AccessibleTextRole:
       return SpokenText(entry, index.column());
     case Qt::DecorationRole:
@@ -249,12 +249,44 @@ QString SongListModel::PaintedLabel(const SongEntry& entry) const {
   return QString(std::max<qsizetype>(digits, 0), kBlankOfDigitWidth) + label;
 }
 
+bool SongListModel::HasWholeRow(int column) const {
+  // The keyboard stays in the first column.
+  return column == 0 || column == NamingColumn() ||
+         shown_columns_[static_cast<std::size_t>(column)] == ListColumn::kPlaying;
+}
+
 QString SongListModel::SpokenText(const SongEntry& entry, int column) const {
+  if (HasWholeRow(column)) return RowText(entry);
   const ListColumn kind = shown_columns_[static_cast<std::size_t>(column)];
-  // The keyboard stays in the first column, so that it has the whole row.
-  if (column == 0 || column == NamingColumn() || kind == ListColumn::kPlaying)
-    return RowText(entry);
   return kind == ListColumn::kRank ? RankPictureText(entry.Icon()) : CellText(entry, kind);
+}
+
+QString SongListModel::ToolTip(const SongEntry& entry, int column) const {
+  const QString text =
+      HasWholeRow(column) ? RowLines(entry).join(u'\n') : SpokenText(entry, column);
+  // A text that looks like HTML is shown as it is.
+  return Qt::mightBeRichText(text) ? Qt::convertFromPlainText(text, Qt::WhiteSpaceNormal) : text;
+}
+
+QStringList SongListModel::RowLines(const SongEntry& entry) const {
+  QStringList lines;
+  const auto add = [&lines](const QString& line) {
+    if (!line.isEmpty()) lines.append(line.front().toUpper() + line.mid(1));
+  };
+  for (const ListColumn column : shown_columns_) {
+    const QString text = CellText(entry, column);
+    if (column == ListColumn::kName)
+      lines.append(text);
+    else if (!text.isEmpty() && column != ListColumn::kKey && column != ListColumn::kPosition)
+      lines.append(tr("%1: %2").arg(DisplayText(TitleOf(column)), text));
+  }
+  const SongMark mark = MarkOf(entry.SubItem());
+  add(RankPictureText(entry.Icon()));
+  add(mark == SongMark::kFailed ? FailureText(player_->FailureOf(entry.SubItem()))
+                                : SongMarkText(mark));
+  const QString away = DisplayText(library_.AwayText(entry.SubItem()));
+  if (!away.isEmpty()) lines.append(away);
+  return lines;
 }
 
 QString SongListModel::RowText(const SongEntry& entry) const {

@@ -104,8 +104,13 @@ class SongListModel : public QAbstractTableModel {
   QVariant PictureOf(const SongEntry& entry, ListColumn column) const;
   QString CellText(const SongEntry& entry, ListColumn column) const;
   QString PaintedLabel(const SongEntry& entry) const;
-  /// What a screen reader says of a cell, and the tooltip.
+  /// Whether a cell's spoken text and tooltip are of the whole row.
+  bool HasWholeRow(int column) const;
+  /// What a screen reader says of a cell.
   QString SpokenText(const SongEntry& entry, int column) const;
+  QString ToolTip(const SongEntry& entry, int column) const;
+  /// What is known of the song of a row, with the names of the columns.
+  QStringList RowLines(const SongEntry& entry) const;
   QString RowText(const SongEntry& entry) const;
   QVariant HeaderText(ListColumn column) const;
 

@@ -171,6 +171,8 @@ void SongListView::keyPressEvent(QKeyEvent* event) {
 
 void SongListView::scrollContentsBy(int dx, int dy) {
   QTableView::scrollContentsBy(dx, dy);
+  // The frame of the current row does not scroll sideways with the cells.
+  if (dx != 0 && currentIndex().isValid()) viewport()->update(RowRect(currentIndex()));
   // Repaints everything, because the picture does not scroll with the rows.
   if (!background_.isNull()) viewport()->update();
 }

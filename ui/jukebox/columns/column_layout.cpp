@@ -5,6 +5,7 @@
 
 #include <QEvent>
 #include <QHeaderView>
+#include <QMouseEvent>
 #include <QScopedValueRollback>
 #include <QTableView>
 
@@ -22,10 +23,9 @@ constexpr int kNumberRoom = 18;
 constexpr int kHeaderRoom = 24;
 constexpr int kHeaderRoomWithoutArrow = 20;
 
-/// Minimum width of the column that fills the list, in average characters: of the label, and of a
-/// title beside other columns.
-constexpr int kMinName = 14;
-constexpr int kMinTitle = 16;
+/// Minimum width of the column that fills the list, in average characters. In a list that is too
+/// narrow for it, the column has its usual width.
+constexpr int kMinCharacters = 16;
 
 /// The usual length of a column's texts, in average characters.
 int CharactersOf(ListColumn column) {
@@ -34,9 +34,8 @@ int CharactersOf(ListColumn column) {
     case ListColumn::kFormat:
       return 10;
     case ListColumn::kName:
-      return 34;
     case ListColumn::kTitle:
-      return 26;
+      return 28;
     case ListColumn::kArtist:
     case ListColumn::kAlbum:
       return 16;
@@ -70,13 +69,23 @@ ColumnLayout::ColumnLayout(const SongListModel& songs, QTableView& list)
 QHeaderView& ColumnLayout::Header() const { return *list_.horizontalHeader(); }
 
 int ColumnLayout::Filling() const {
-  if (songs_.IndexOf(ListColumn::kName) >= 0 || songs_.IndexOf(ListColumn::kTitle) >= 0)
-    return songs_.NamingColumn();
+  for (const ListColumn column : {ListColumn::kTitle, ListColumn::kName})
+    if (const int place = songs_.IndexOf(column); place >= 0) return place;
   const auto& shown = songs_.Columns();
   const auto found = std::ranges::find_if(shown, [](ListColumn column) {
     return !IsNumber(column) && column != ListColumn::kPlaying && column != ListColumn::kRank;
   });
   return found == shown.end() ? -1 : static_cast<int>(found - shown.begin());
+}
+
+int ColumnLayout::RoomBeforeName(const QFontMetrics& metrics) const {
+  const int picture = songs_.IndexOf(ListColumn::kRank) < 0 ? list_.iconSize().width() : 0;
+  return picture + metrics.horizontalAdvance(LargestPosition() + QStringLiteral(".  "));
+}
+
+QString ColumnLayout::LargestPosition() const {
+  // At least three digits, so that most folders have the same widths.
+  return QString(QString::number(std::max(songs_.rowCount(), 100)).size(), u'8');
 }
 
 int ColumnLayout::UsualWidth(ListColumn column) const {
@@ -93,11 +102,10 @@ int ColumnLayout::UsualWidth(ListColumn column) const {
   if (column == ListColumn::kRank) return std::max(SongListDelegate::RankWidth(row), header);
   if (column == ListColumn::kPosition) {
     // For the largest number, so that the column does not change while the user scrolls.
-    const QString largest = QString::number(std::max(songs_.rowCount(), 100));
-    const int digits = metrics.horizontalAdvance(QString(largest.size(), u'8'));
-    return std::max(digits + kNumberRoom, header);
+    return std::max(metrics.horizontalAdvance(LargestPosition()) + kNumberRoom, header);
   }
-  const int room = IsNumber(column) ? kNumberRoom : kCellRoom;
+  int room = IsNumber(column) ? kNumberRoom : kCellRoom;
+  if (column == ListColumn::kName) room += RoomBeforeName(metrics);
   return std::max(CharactersOf(column) * metrics.averageCharWidth() + room, header);
 }
 
@@ -112,12 +120,8 @@ void ColumnLayout::Show(const std::vector<ChosenColumn>& columns) {
   is_changed_ = false;
   const QScopedValueRollback own(is_own_change_, true);
   QHeaderView& header = Header();
-  const int filling = Filling();
-  for (int column = 0; column < header.count(); ++column) {
+  for (int column = 0; column < header.count(); ++column)
     header.moveSection(header.visualIndex(column), column);
-    header.setSectionResizeMode(column,
-                                column == filling ? QHeaderView::Fixed : QHeaderView::Interactive);
-  }
   Fit();
 }
 
@@ -134,13 +138,19 @@ void ColumnLayout::Fit() {
     left -= header.sectionSize(column);
   }
   if (filling < 0) return;
-  const bool is_name = songs_.Columns()[static_cast<std::size_t>(filling)] == ListColumn::kName;
-  const int least = (is_name ? kMinName : kMinTitle) * list_.fontMetrics().averageCharWidth();
-  header.resizeSection(filling, std::max(left, least));
+  header.resizeSection(filling, FillingWidth(columns_[static_cast<std::size_t>(filling)], left));
+}
+
+int ColumnLayout::FillingWidth(const ChosenColumn& column, int left) const {
+  if (column.width > 0) return std::max(left, WidthOf(column));
+  const QFontMetrics metrics = list_.fontMetrics();
+  int least = kMinCharacters * metrics.averageCharWidth();
+  if (column.column == ListColumn::kName) least += RoomBeforeName(metrics);
+  return left >= least ? left : UsualWidth(column.column);
 }
 
 void ColumnLayout::Resized(int column, int width) {
-  if (is_own_change_ || column == Filling() || column >= static_cast<int>(columns_.size())) return;
+  if (is_own_change_ || column >= static_cast<int>(columns_.size())) return;
   constexpr int kUsualDpi = 96;
   columns_[static_cast<std::size_t>(column)].width =
       std::max(1, width * kUsualDpi / list_.logicalDpiX());
@@ -152,7 +162,10 @@ bool ColumnLayout::eventFilter(QObject* watched, QEvent* event) {
     // While the user drags an edge, the other columns stay under the pointer.
     if (event->type() == QEvent::Resize && !is_held_) Fit();
   } else if (event->type() == QEvent::MouseButtonPress) {
-    is_held_ = true;
+    if (static_cast<QMouseEvent*>(event)->button() == Qt::LeftButton) is_held_ = true;
+  } else if (event->type() == QEvent::ContextMenu) {
+    // The menu gets the release of the button.
+    is_held_ = false;
   } else if (event->type() == QEvent::MouseButtonRelease) {
     is_held_ = false;
     // After the header has handled the event, which moves a column.

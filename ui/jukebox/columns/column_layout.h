@@ -7,6 +7,7 @@
 
 #include "app/columns/column_choice.h"
 
+class QFontMetrics;
 class QHeaderView;
 class QTableView;
 
@@ -14,9 +15,9 @@ namespace tallow {
 
 class SongListModel;
 
-/// The widths and the order of the columns of a list. The column that names the songs is as wide as
-/// the others leave it; the others keep their widths, and a list that is too narrow for them
-/// scrolls.
+/// The widths and the order of the columns of a list. The titles, or else the names, are as wide as
+/// the others leave it, but not narrower than the user has made them; the others keep their widths,
+/// and a list that is too narrow for them scrolls.
 class ColumnLayout : public QObject {
   Q_OBJECT
 
@@ -45,6 +46,13 @@ class ColumnLayout : public QObject {
   /// The width of a column for its usual texts, in pixels.
   int UsualWidth(ListColumn column) const;
   int WidthOf(const ChosenColumn& column) const;
+  /// The width of the column that fills the list. \param left by the others, in pixels
+  int FillingWidth(const ChosenColumn& column, int left) const;
+  /// The room of picture and position before a name, in pixels.
+  int RoomBeforeName(const QFontMetrics& metrics) const;
+  /// A number as wide as the largest position, so that columns do not change while the user
+  /// scrolls.
+  QString LargestPosition() const;
   void Resized(int column, int width);
   void Report();
 
@@ -53,7 +61,7 @@ class ColumnLayout : public QObject {
   std::vector<ChosenColumn> columns_;  ///< as in the model, with the widths of now
   bool is_own_change_ = false;         ///< this object changes the header
   bool is_changed_ = false;            ///< by the user, and was not reported yet
-  bool is_held_ = false;               ///< the mouse button is held down on the header
+  bool is_held_ = false;               ///< the left mouse button is held down on the header
 };
 
 }  // namespace tallow

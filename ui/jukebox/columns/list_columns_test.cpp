@@ -7,7 +7,9 @@
 
 #include <QContextMenuEvent>
 #include <QMenu>
+#include <QScreen>
 #include <QScrollBar>
+#include <QTextDocumentFragment>
 
 #include "app/data_paths.h"
 #include "details/details_store.h"
@@ -68,6 +70,7 @@ class ListColumns : public JukeboxWindowTest {
   }
   QStringList HeaderTexts() { return HeaderTexts(window); }
   int IndexOf(ListColumn column) { return Model().IndexOf(column); }
+  int WidthOf(ListColumn column) { return Headers().sectionSize(IndexOf(column)); }
   QStringList Texts(ListColumn column) { return RowsOf(List(), IndexOf(column)); }
   void Sort(ListColumn column) {
     const int x = Headers().sectionViewportPosition(IndexOf(column)) +
@@ -154,17 +157,24 @@ TEST_F(ListColumns, NumbersAreAlignedAtTheRight) {
 TEST_F(ListColumns, TheTitleFillsTheWindow) {
   AddSongs(1);
   ShowDetails();
-  const auto sum = [this] {
-    int width = 0;
-    for (int column = 0; column < Headers().count(); ++column)
-      width += Headers().sectionSize(column);
-    return width;
-  };
-  EXPECT_EQ(sum(), List().viewport()->width());
-  const int artist = Headers().sectionSize(IndexOf(ListColumn::kArtist));
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  const int artist = WidthOf(ListColumn::kArtist);
   window.resize(1500, 500);
-  EXPECT_EQ(sum(), List().viewport()->width());
-  EXPECT_EQ(Headers().sectionSize(IndexOf(ListColumn::kArtist)), artist);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  EXPECT_EQ(WidthOf(ListColumn::kArtist), artist);
+}
+
+TEST_F(ListColumns, TheNameFillsTheWindowInTheClassicStyle) {
+  AddSongs(1);
+  AddFolder("one", {1});
+  Show();
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  const int name = WidthOf(ListColumn::kName);
+  const int key = WidthOf(ListColumn::kKey);
+  window.resize(1500, 500);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  EXPECT_GT(WidthOf(ListColumn::kName), name);
+  EXPECT_EQ(WidthOf(ListColumn::kKey), key);
 }
 
 TEST_F(ListColumns, ANarrowWindowScrollsSideways) {
@@ -172,8 +182,49 @@ TEST_F(ListColumns, ANarrowWindowScrollsSideways) {
   ShowDetails();
   window.resize(500, 400);
   EXPECT_GT(List().horizontalScrollBar()->maximum(), 0);
-  EXPECT_GE(Headers().sectionSize(IndexOf(ListColumn::kTitle)),
-            15 * List().fontMetrics().averageCharWidth());
+  EXPECT_GE(WidthOf(ListColumn::kTitle), 28 * List().fontMetrics().averageCharWidth());
+}
+
+TEST_F(ListColumns, ANameBesideATitleHasItsUsualWidth) {
+  AddSongs(1);
+  ShowDetails();
+  ItemOf(ListColumn::kName).trigger();
+  const QFontMetrics metrics = List().fontMetrics();
+  const int name = WidthOf(ListColumn::kName);
+  EXPECT_GE(name, metrics.horizontalAdvance("100.  ") + 28 * metrics.averageCharWidth());
+  window.resize(1800, 500);
+  EXPECT_EQ(WidthOf(ListColumn::kName), name);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  // Without a column of ranks, the name has their picture.
+  ItemOf(ListColumn::kRank).trigger();
+  EXPECT_GE(WidthOf(ListColumn::kName), name + List().iconSize().width());
+}
+
+TEST_F(ListColumns, TheUserMakesTheTitleWiderThanItsPlace) {
+  AddSongs(1);
+  ShowDetails();
+  const int title = IndexOf(ListColumn::kTitle);
+  const int width = WidthOf(ListColumn::kTitle);
+  QWidget* const viewport = Headers().viewport();
+  const QPoint edge(Headers().sectionViewportPosition(title) + width - 1, 8);
+  const QPoint to = edge + QPoint(150, 0);
+  QTest::mousePress(viewport, Qt::LeftButton, {}, edge);
+  QMouseEvent move(QEvent::MouseMove, to, viewport->mapToGlobal(to), Qt::NoButton, Qt::LeftButton,
+                   Qt::NoModifier);
+  QApplication::sendEvent(viewport, &move);
+  QTest::mouseRelease(viewport, Qt::LeftButton, {}, to);
+  QCoreApplication::processEvents();
+  EXPECT_NEAR(WidthOf(ListColumn::kTitle), width + 150, 2);
+  EXPECT_GT(List().horizontalScrollBar()->maximum(), 0);
+  window.resize(900, 500);
+  EXPECT_NEAR(WidthOf(ListColumn::kTitle), width + 150, 2);
+  window.resize(1800, 500);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  // Other windows and the next start have the width too.
+  frmMain other(tallow);
+  other.resize(900, 500);
+  other.show();
+  EXPECT_NEAR(ListOf(other).columnWidth(title), width + 150, 2);
 }
 
 TEST_F(ListColumns, TheFirstColumnIsAsWideForTenSongsAsForNine) {
@@ -253,6 +304,23 @@ TEST_F(ListColumns, ADraggedEdgeMovesTheOthersOnlyWhenItIsReleased) {
   EXPECT_EQ(Headers().length(), List().viewport()->width());
 }
 
+TEST_F(ListColumns, ColumnsFitTheWindowAfterTheMenuOfTheHeaderWasOpen) {
+  AddSongs(1);
+  ShowDetails();
+  QWidget* const viewport = Headers().viewport();
+  // A menu that opens gets the releases.
+  QTest::mousePress(viewport, Qt::RightButton, {}, QPoint(60, 8));
+  window.resize(1300, 500);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+  QTest::mousePress(viewport, Qt::LeftButton, {}, QPoint(60, 8));
+  QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(60, 8),
+                          viewport->mapToGlobal(QPoint(60, 8)));
+  QApplication::sendEvent(viewport, &event);
+  Menu().close();
+  window.resize(1400, 500);
+  EXPECT_EQ(Headers().length(), List().viewport()->width());
+}
+
 TEST_F(ListColumns, ASortAndItsUndoKeepTheListScrolledSideways) {
   AddSongWith("b", "x");
   AddSongWith("a", "x");
@@ -308,6 +376,27 @@ TEST_F(ListColumns, TheCurrentRowIsFramedWithoutASelection) {
   EXPECT_EQ(colour(), frame);
   List().selectionModel()->setCurrentIndex(Model().index(2, 0), QItemSelectionModel::NoUpdate);
   EXPECT_NE(colour(), frame);
+}
+
+TEST_F(ListColumns, TheFrameOfTheCurrentRowStaysAtTheEdgesOfTheWindow) {
+  AddSongs(3);
+  ShowDetails();
+  window.resize(500, 400);
+  window.activateWindow();
+  List().setFocus();
+  List().selectionModel()->setCurrentIndex(Model().index(1, 0), QItemSelectionModel::NoUpdate);
+  List().clearSelection();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+  const auto on_screen = [this] {
+    QTest::qWait(1);
+    return window.screen()->grabWindow(window.winId()).toImage();
+  };
+  const QImage before = on_screen();
+  List().horizontalScrollBar()->setValue(30);
+  const QImage scrolled = on_screen();
+  ASSERT_NE(scrolled, before);
+  List().viewport()->update();
+  EXPECT_EQ(on_screen(), scrolled);
 }
 
 TEST_F(ListColumns, TheMenuShowsAndHidesColumns) {
@@ -681,6 +770,23 @@ TEST_F(ListColumns, TheFirstCellSpeaksTheWholeRow) {
   EXPECT_EQ(Model().headerData(0, Qt::Horizontal, Qt::AccessibleTextRole).toString(), "Playing");
 }
 
+TEST_F(ListColumns, TheTooltipOfATitleHasWhatIsKnownLineByLine) {
+  AddSongWith("One", "Somebody", 1999);
+  AddSongWith("<b>One", "", 0);
+  ShowDetails();
+  const auto tooltip = [this](int row, ListColumn column) {
+    return Model().index(row, IndexOf(column)).data(Qt::ToolTipRole).toString();
+  };
+  const QString lines =
+      "Title: One\nArtist: Somebody\nAlbum: Album\nYear: 1999\nLength: 3:05\nNot ranked";
+  EXPECT_EQ(tooltip(0, ListColumn::kPlaying), lines);
+  EXPECT_EQ(tooltip(0, ListColumn::kTitle), lines);
+  EXPECT_EQ(tooltip(0, ListColumn::kArtist), "Somebody");
+  EXPECT_EQ(tooltip(0, ListColumn::kRank), "not ranked");
+  EXPECT_EQ(QTextDocumentFragment::fromHtml(tooltip(1, ListColumn::kTitle)).toPlainText(),
+            "Title: <b>One\nAlbum: Album\nLength: 3:05\nNot ranked");
+}
+
 TEST_F(ListColumns, TheMarkIsInTheColumnPlaying) {
   AddSongs(2);
   ModelStandIn player;
@@ -700,7 +806,7 @@ TEST_F(ListColumns, TheMarkIsInTheColumnPlaying) {
                   .index(1, IndexOf(ListColumn::kPlaying))
                   .data(Qt::ToolTipRole)
                   .toString()
-                  .contains("playing"));
+                  .contains("\nPlaying"));
   window.SetPlayer(nullptr);
 }
 

@@ -8,6 +8,7 @@
 #include "ui/jukebox/folder_tree_view.h"
 #include "ui/jukebox/pop_up_menus.h"
 #include "ui/jukebox/song_list_view.h"
+#include "ui/support/muted_highlight.h"
 
 namespace tallow {
 
@@ -43,13 +44,9 @@ void PaneFocus::ShowFocus() {
     const QWidget* const focus = QApplication::focusWidget();
     const bool has_focus = focus != nullptr && (focus == view || view->isAncestorOf(focus));
     const bool other_has_focus = focus != nullptr && !has_focus && control_.isAncestorOf(focus);
-    // This grey has the same lightness in light and dark colour schemes, so white text and white
-    // rank icons stay readable on it. A window in the background uses the grey as well, because
-    // some desktops show such a selection as black on white.
-    constexpr int kGrey = 0x80;
-    const QColor mark = colors.color(QPalette::Active, QPalette::Highlight);
-    const auto mute = [](int part) { return (part + 2 * kGrey) / 3; };
-    const QColor muted(mute(mark.red()), mute(mark.green()), mute(mark.blue()));
+    // A window in the background uses the muted colour as well, because some desktops show such a
+    // selection as black on white.
+    const QColor muted = MutedHighlight(colors);
     colors.setColor(QPalette::Inactive, QPalette::Highlight, muted);
     colors.setColor(QPalette::Inactive, QPalette::HighlightedText,
                     colors.color(QPalette::Active, QPalette::HighlightedText));
