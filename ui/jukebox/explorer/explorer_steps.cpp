@@ -2,6 +2,8 @@
 #include "ui/jukebox/explorer/explorer_steps.h"
 
 #include <cstddef>
+#include <cstdint>
+#include <vector>
 
 #include "ui/jukebox/folder_tree_view.h"
 
@@ -29,20 +31,23 @@ EditHistory::MoveLink ExplorerSteps::NextLink(bool back) {
 
 void ExplorerSteps::StepAndEmit(bool back) {
   const EditHistory::MoveLink link = NextLink(back);
-  Step(back);
+  const std::vector<std::int32_t> ranked = Step(back);
   if (link.move != 0) emit LinkedStepDone(link, back);
+  // Last, because a message that the ranks cannot be saved waits for the user, who may close this
+  // window meanwhile.
+  if (!ranked.empty()) emit RanksChanged(ranked);
 }
 
-void ExplorerSteps::Step(bool back) {
+/// \returns the record numbers of the songs whose ranks the step has changed
+std::vector<std::int32_t> ExplorerSteps::Step(bool back) {
   ShownSongs::Place before = songs_.PlaceInFolder();
   const Jukebox::StepResult result = back ? jukebox_.Undo() : jukebox_.Redo();
-  if (!result.done) return;
+  if (!result.done) return {};
   const EditHistory& history = jukebox_.History();
   // Before the list is refilled, which removes songs whose files are gone.
   if (const Folder* const shown = jukebox_.selectednode();
       shown != nullptr && history.LastSongChange(*shown).IsReorder())
     songs_.Move(before, [&](std::size_t index) { return history.MovedByLast(*shown, index); });
-  if (!result.ranked.empty()) emit RanksChanged(result.ranked);
   // The list has to show what the step has changed.
   if (result.list_changed || result.concerned != nullptr) songs_.HideHits();
   if (result.list_changed) {
@@ -50,17 +55,18 @@ void ExplorerSteps::Step(bool back) {
     jukebox_.ResetSort();
   }
   const bool other_folder = ShowFolderOf(result);
-  if (jukebox_.selectednode() == nullptr) return;
+  if (jukebox_.selectednode() == nullptr) return result.ranked;
   // Read after the list was refilled, which removes songs whose files are gone from the list and
   // from the step.
   const EditHistory::SongChange change = history.LastSongChange(*jukebox_.selectednode());
-  if (songs_.Select(change.added)) return;
+  if (songs_.Select(change.added)) return result.ranked;
   if (change.first_removed_at >= 0) {
     songs_.SelectNear(change.first_removed_at);
   } else if (change.any && !other_folder) {
     // A sort or a move was undone or redone: the entries hold different songs now.
     songs_.Follow(before);
   }
+  return result.ranked;
 }
 
 /// Shows the folder that a step concerns or, if none is on show any more, the first folder.

@@ -40,7 +40,7 @@ class ExplorerSteps : public QObject {
 
  private:
   EditHistory::MoveLink NextLink(bool back);
-  void Step(bool back);
+  std::vector<std::int32_t> Step(bool back);
   void StepAndEmit(bool back);
   bool ShowFolderOf(const Jukebox::StepResult& result);
 
