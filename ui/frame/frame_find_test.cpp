@@ -33,7 +33,7 @@ class FindWhileTyping : public FrameTest {
       music.File(name);
       AddSong(music.path(), name);
     }
-    tallow.preferences.SetSwitches({.find_field = true});
+    tallow.preferences.SetSwitches({.find_field = true, .more_commands = true});
     window = &ShowJukebox();
     window->Jukebox().AddColumnHeader(kNameHeader);
     window->Jukebox().AddColumnHeader(kKeyHeader);
@@ -544,7 +544,8 @@ TEST_F(FindWhileTyping, SortingHitsChangesNoFolder) {
 }
 
 TEST_F(FindWhileTyping, HitsAreSortedByAColumnAndTheFolderIsNot) {
-  tallow.preferences.SetSwitches({.columns_of_details = true, .find_field = true});
+  tallow.preferences.SetSwitches(
+      {.columns_of_details = true, .find_field = true, .more_commands = true});
   Type("moon");
   const QHeaderView& header = *List().horizontalHeader();
   int title = 0;
@@ -594,7 +595,8 @@ TEST_F(FindWhileTyping, UndoShowsTheFolderThatItChanges) {
 }
 
 TEST_F(FindWhileTyping, UndoOfARankingGivesTheArrowOfTheFolderBack) {
-  tallow.preferences.SetSwitches({.columns_of_details = true, .find_field = true});
+  tallow.preferences.SetSwitches(
+      {.columns_of_details = true, .find_field = true, .more_commands = true});
   const QHeaderView& header = *List().horizontalHeader();
   const int title = ColumnOf("Title");
   const auto sort = [&] {
@@ -675,8 +677,6 @@ TEST_F(FindWhileTyping, TheFindDialogLeavesTheHits) {
 }
 
 TEST_F(FindWhileTyping, HitsAreRankedAndQueuedByTheirKeysAndMenu) {
-  tallow.preferences.SetSwitches({.find_field = true, .more_commands = true});
-  window->FollowPreferences();
   Type("sun");
   QTest::keyClick(&Field(), Qt::Key_Down);
   QTest::keyClick(&List(), Qt::Key_5, Qt::ControlModifier);

@@ -172,6 +172,7 @@ TEST_F(Selection, RejectingAFolderThatIsTooDeepLeavesTheOtherWindowUnchanged) {
 }
 
 TEST_F(Selection, IsTheEntryThatMovesOfASongThatTheFolderHoldsTwice) {
+  UseMoreCommands();
   AddSongs(3);
   Folder& one = AddFolder("one", {1, 2, 3, 1});
   Show();
@@ -200,6 +201,7 @@ TEST_F(Selection, IsTheEntryThatMovesOfASongThatTheFolderHoldsTwice) {
 }
 
 TEST_F(Selection, IsTheEntryThatIsDraggedOfASongThatTheFolderHoldsTwice) {
+  UseMoreCommands();
   AddSongs(3);
   Folder& one = AddFolder("one", {1, 2, 3, 1});
   Show();
@@ -214,6 +216,7 @@ TEST_F(Selection, IsTheEntryThatIsDraggedOfASongThatTheFolderHoldsTwice) {
 }
 
 TEST_F(Selection, KeepsItsEntryOfASongWhenAMoveFindsAnotherSongMissing) {
+  UseMoreCommands();
   AddSongs(4);
   Folder& one = AddFolder("one", {1, 4, 2, 3, 1});
   Show();

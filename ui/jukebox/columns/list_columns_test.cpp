@@ -56,7 +56,7 @@ class ListColumns : public JukeboxWindowTest {
     Show();
   }
   void UseDetails(bool on) {
-    tallow.preferences.SetSwitches({.columns_of_details = on});
+    tallow.preferences.SetSwitches({.columns_of_details = on, .more_commands = on});
     window.FollowPreferences();
   }
   SongListModel& Model() { return *window.findChild<SongListModel*>(); }

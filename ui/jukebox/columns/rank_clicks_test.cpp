@@ -13,7 +13,7 @@ namespace {
 class RankClicksTest : public JukeboxWindowTest {
  protected:
   RankClicksTest() {
-    tallow.preferences.SetSwitches({.columns_of_details = true});
+    tallow.preferences.SetSwitches({.columns_of_details = true, .more_commands = true});
     window.FollowPreferences();
     window.resize(1200, 500);
     AddSongs(4);
