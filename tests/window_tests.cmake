@@ -54,6 +54,13 @@ if(WIN32)
   return()
 endif()
 
+# The file manager on a session bus.
+add_executable(tallow_bus_tests ui/support/show_in_file_manager_linux_test.cpp)
+set_target_properties(tallow_bus_tests PROPERTIES AUTOMOC ON)
+target_link_libraries(tallow_bus_tests PRIVATE tallow_ui_support Qt6::DBus Qt6::Test GTest::gtest)
+add_test(NAME windows.show_files_on_the_session_bus COMMAND tallow_bus_tests)
+set_tests_properties(windows.show_files_on_the_session_bus PROPERTIES TIMEOUT 120)
+
 # The built program on a virtual display, with a real collection. Qt loads the probe into the
 # program as a plug-in.
 add_library(tallow_probe MODULE tests/probe.cpp)
@@ -63,7 +70,7 @@ set_target_properties(tallow_probe PROPERTIES LIBRARY_OUTPUT_DIRECTORY
                                               ${CMAKE_BINARY_DIR}/tests/plugins/generic)
 # What sources include and only a build makes; ./check.sh reads the sources without building them.
 add_custom_target(check_generated)
-add_dependencies(check_generated tallow_probe_autogen)
+add_dependencies(check_generated tallow_probe_autogen tallow_bus_tests_autogen)
 add_test(NAME program.starts_on_the_demo_collection
          COMMAND ${CMAKE_SOURCE_DIR}/tests/demo_start.sh $<TARGET_FILE:tallow>
                  ${CMAKE_BINARY_DIR}/tests/plugins ${CMAKE_BINARY_DIR}/tests/demo)

@@ -89,6 +89,45 @@ TEST_F(AccessibleTree, TheFieldAndTheSongsFoundAreReached) {
   EXPECT_EQ(Cell(0, 0), "1, Moon, rank 5 of 7");
 }
 
+TEST_F(AccessibleTree, TheButtonsOfTheFieldHaveNames) {
+  QAccessibleInterface* const field =
+      InFrame(QAccessible::EditableText, QStringLiteral("Find songs"));
+  ASSERT_NE(field, nullptr);
+  EXPECT_EQ(ChildrenOf(*field, QAccessible::Button),
+            (QStringList{"Clear the field", "Find songs"}));
+}
+
+TEST_F(AccessibleTree, TheStatusBarHasTheSumsAndTheNumberOfHits) {
+  EXPECT_TRUE(QTest::qWaitFor(
+      [this] { return InFrame(QAccessible::StaticText, QStringLiteral("3 songs")) != nullptr; }));
+  InFrame(QAccessible::EditableText, QStringLiteral("Find songs"))
+      ->editableTextInterface()
+      ->insertText(0, QStringLiteral("moon"));
+  const QStringList messages =
+      ChildrenOf(*QAccessible::queryAccessibleInterface(&frame), QAccessible::StatusBar);
+  ASSERT_EQ(messages.size(), 1);
+  EXPECT_TRUE(messages[0].startsWith("1 song found in ")) << messages[0].toStdString();
+  EXPECT_TRUE(QTest::qWaitFor(
+      [this] { return InFrame(QAccessible::StaticText, QStringLiteral("1 song")) != nullptr; }));
+}
+
+TEST_F(AccessibleTree, TheDescriptionOfTheListSaysWhyItIsEmpty) {
+  const auto description = [this] {
+    return InFrame(QAccessible::Table, QStringLiteral("Songs"))->text(QAccessible::Description);
+  };
+  const QString of_songs = description();
+  EXPECT_TRUE(of_songs.startsWith("Enter plays the song"));
+  Folder& empty = window->Jukebox().Nodes().AddChild(nullptr, "empty");
+  window->PVExplorer1().Select(empty);
+  EXPECT_TRUE(description().startsWith("This folder is empty."));
+  window->PVExplorer1().Select(window->Jukebox().Nodes().ChildAt(0));
+  EXPECT_EQ(description(), of_songs);
+  InFrame(QAccessible::EditableText, QStringLiteral("Find songs"))
+      ->editableTextInterface()
+      ->insertText(0, QStringLiteral("nowhere"));
+  EXPECT_TRUE(description().startsWith("No song has all these words"));
+}
+
 TEST_F(AccessibleTree, RanksAreReadAsNumbers) {
   const int rank = static_cast<int>(Headers().indexOf(QStringLiteral("Rank")));
   ASSERT_GE(rank, 0);

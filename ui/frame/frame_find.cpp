@@ -83,7 +83,11 @@ FrameFind::FrameFind(QToolBar& toolbar, Tallow& tallow, JukeboxArea& jukeboxes,
   field_->setToolTip(tr("Find songs while you type (Ctrl+E). ") + help);
   field_->setClearButtonEnabled(true);
   field_->setProperty(kHelpPage, QStringLiteral("find"));
-  field_->addAction(FramePicture("find"), QLineEdit::LeadingPosition);
+  const QAction* const picture =
+      field_->addAction(FramePicture("find"), QLineEdit::LeadingPosition);
+  for (QToolButton* const button : field_->findChildren<QToolButton*>())
+    button->setAccessibleName(button->defaultAction() == picture ? tr("Find songs")
+                                                                 : tr("Clear the field"));
   const int character = field_->fontMetrics().averageCharWidth();
   field_->setMinimumWidth(kMinCharacters * character);
   field_->setMaximumWidth(kMaxCharacters * character);

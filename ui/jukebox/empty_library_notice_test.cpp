@@ -35,6 +35,7 @@ TEST_F(EmptyLibrary, IsNamedInTheEmptyList) {
   Show();
   EXPECT_TRUE(Notice().isVisible());
   EXPECT_EQ(Text(), "No songs were found on this computer's fixed disks.");
+  EXPECT_EQ(List().accessibleDescription(), Text());
   QTest::mouseClick(&Button(), Qt::LeftButton);
   EXPECT_EQ(asked, 1);
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include <QAbstractScrollArea>
 #include <QCloseEvent>
 #include <QMdiSubWindow>
 #include <QMenu>
@@ -108,7 +109,12 @@ void frmMain::ShowEmptyLibrary() {
   const Folder* const shown = jukebox_.ListFolder();
   const bool is_empty =
       HasDetails() && of_library.isEmpty() && shown != nullptr && !explorer_->ShowsSongs();
-  empty_folder_->ShowText(is_empty ? DisplayText(EmptyFolderText(*shown)) : QString());
+  const QString of_folder = is_empty ? DisplayText(EmptyFolderText(*shown)) : QString();
+  empty_folder_->ShowText(of_folder);
+  // Screen readers have no access to widgets over a list.
+  const QString why = of_library.isEmpty() ? of_folder : of_library;
+  explorer_->List().setAccessibleDescription(
+      why.isEmpty() ? tr("Enter plays the song, Shift+F10 opens its menu") : why);
 }
 
 void frmMain::ShowPicture() {

@@ -41,7 +41,6 @@ SongListView::SongListView(SongListModel& songs, QWidget* parent)
     : QTableView(parent), songs_(songs) {
   setObjectName(QStringLiteral("ListView"));
   setAccessibleName(tr("Songs"));
-  setAccessibleDescription(tr("Enter plays the song, Shift+F10 opens its menu"));
   setModel(&songs);
   setShowGrid(false);
   setSelectionBehavior(QAbstractItemView::SelectRows);
