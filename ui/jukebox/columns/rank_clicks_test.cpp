@@ -146,7 +146,7 @@ TEST_F(RankClicksTest, AllEntriesOfASongShowItsRank) {
   Turn(0, -120);
   EXPECT_EQ(shown.Items().back().Icon(), 6);
   // The classic style shows it at the selected entries.
-  tallow.preferences.SetSwitches({});
+  tallow.preferences.SetSwitches({.more_commands = true});
   window.FollowPreferences();
   List().SelectRows(0, 0);
   QTest::keyClick(&List(), Qt::Key_5, Qt::ControlModifier);
