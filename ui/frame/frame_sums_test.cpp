@@ -9,7 +9,6 @@
 #include "app/columns/column_choice.h"
 #include "app/data_paths.h"
 #include "details/details_store.h"
-#include "details/song_details.h"
 #include "tests/frame_fixture.h"
 #include "ui/jukebox/pv_explorer.h"
 
