@@ -24,11 +24,12 @@ FrameSums::FrameSums(QStatusBar& status, JukeboxArea& jukeboxes)
   text_->setContentsMargins(SpaceBefore(*text_), 0, 0, 0);
   text_->hide();
   status.addPermanentWidget(text_);
-  QObject::connect(&jukeboxes.Area(), &QMdiArea::subWindowActivated, text_, [this] { Update(); });
+  QObject::connect(&jukeboxes.Area(), &QMdiArea::subWindowActivated, &context_,
+                   [this] { Update(); });
 }
 
 void FrameSums::Follow(frmMain& window) {
-  QObject::connect(&window, &frmMain::SumsChanged, text_, [this] { Update(); });
+  QObject::connect(&window, &frmMain::SumsChanged, &context_, [this] { Update(); });
 }
 
 void FrameSums::Update() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QObject>
+
 class QLabel;
 class QStatusBar;
 
@@ -22,7 +24,8 @@ class FrameSums {
   void Update();
 
   JukeboxArea& jukeboxes_;
-  QLabel* text_;
+  QLabel* text_;     ///< a child of the status bar
+  QObject context_;  ///< ends the connections before the windows are destroyed
 };
 
 }  // namespace tallow

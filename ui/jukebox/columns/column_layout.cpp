@@ -57,7 +57,7 @@ int CharactersOf(ListColumn column) {
 }  // namespace
 
 ColumnLayout::ColumnLayout(const SongListModel& songs, QTableView& list)
-    : QObject(&list), songs_(songs), list_(list) {
+    : QObject(&list), songs_(songs), list_(list), viewport_(list.viewport()) {
   list.viewport()->installEventFilter(this);
   Header().viewport()->installEventFilter(this);
   connect(&Header(), &QHeaderView::sectionResized, this,
@@ -158,7 +158,7 @@ void ColumnLayout::Resized(int column, int width) {
 }
 
 bool ColumnLayout::eventFilter(QObject* watched, QEvent* event) {
-  if (watched == list_.viewport()) {
+  if (watched == viewport_) {
     // While the user drags an edge, the other columns stay under the pointer.
     if (event->type() == QEvent::Resize && !is_held_) Fit();
   } else if (event->type() == QEvent::MouseButtonPress) {

@@ -58,6 +58,8 @@ class ColumnLayout : public QObject {
 
   const SongListModel& songs_;
   QTableView& list_;
+  /// Of the list. Events come also while the list is being destroyed, and must not ask it then.
+  const QObject* viewport_;
   std::vector<ChosenColumn> columns_;  ///< as in the model, with the widths of now
   bool is_own_change_ = false;         ///< this object changes the header
   bool is_changed_ = false;            ///< by the user, and was not reported yet
