@@ -113,8 +113,9 @@ void FrameHelp::ShowAbout() {
 }
 
 bool FrameHelp::eventFilter(QObject* watched, QEvent* event) {
-  // The tip of the start does not have the keyboard.
-  if (tip_ != nullptr && watched == QApplication::focusWidget() && IsKey(*event, Qt::Key_Escape) &&
+  // The tip of the start does not have the keyboard. It must not be touched by other events, which
+  // come while it is being destroyed, too.
+  if (IsKey(*event, Qt::Key_Escape) && tip_ != nullptr && watched == QApplication::focusWidget() &&
       QApplication::activeWindow() == &frame_)
     tip_->close();
   if (!IsHelpKey(*event) || watched != KeyReceiver()) return QObject::eventFilter(watched, event);
