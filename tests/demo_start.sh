@@ -93,7 +93,8 @@ failed=false
 expect() {
   grep -qxF -- "$1" "$folder/first.txt" || { echo "Not seen: $1"; failed=true; }
 }
-expect "window: Jukebox One  (sample Jukebox you can use as a starting point)"
+# The mark of changes that are not saved is shown in place of the asterisk in brackets.
+expect "window: Jukebox One  (sample Jukebox you can use as a starting point)[*]"
 expect "header: Name    --        (click to sort)"
 expect "shown: All Songs 60"
 expect "folder: All Songs 0"

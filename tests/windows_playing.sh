@@ -55,6 +55,9 @@ head -c 60000 /dev/zero > "$c/Music/04 Dogwood.mp3"
 cmake -E tar xf "$archive"
 name=$(basename "$archive" -win64.zip)
 own="C:\\$name\\"
+# A list of file names can be sorted before the details of the songs are read.
+mkdir -p "$c/$name/Grouping/System"
+echo '{"columns.modern": ["name", "key"]}' > "$c/$name/Grouping/System/Preferences.json"
 start() {
   "$wine" "${own}tallow.exe" --drive 'C:\Music' --style modern 2>> "$folder/errors.txt" &
   tallow=$!
