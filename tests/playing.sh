@@ -47,7 +47,7 @@ head -c 60000 /dev/zero > "$broken"
 
 # A list of file names can be sorted before the details of the songs are read.
 mkdir -p "$folder/app/Grouping/System"
-echo '{"columns.modern": ["name", "key"]}' > "$folder/app/Grouping/System/Preferences.json"
+echo '{"columns": {"modern": ["name", "key"]}}' > "$folder/app/Grouping/System/Preferences.json"
 start() {
   "$folder/bin/tallow" --app-folder "$folder/app" --drive "$folder/music" --style modern \
     2>> "$folder/errors.txt" &
