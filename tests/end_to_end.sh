@@ -129,7 +129,7 @@ picture 9-end
 cp "$first" "$target/Yellow bricks.mp3"
 start "$jukebox"
 # The start opens the last jukebox, which was handed over, and then the jukebox on its command line.
-until_true 30 "both jukeboxes" window_named '(^| - )Tallow - \[MIX\]$'
+until_true 30 "both jukeboxes" window_named '(^| - )Tallow - \[MIX\*?\]$'
 frame=$(window_named '(^| - )Tallow - ' | tail -n 1)
 xdotool windowminimize "$frame"
 until_true 10 "the minimized window" no_window_named '(^| - )Tallow - '
