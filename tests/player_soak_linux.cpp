@@ -125,8 +125,7 @@ class Client {
 
   /// Compares what plays with the queue while no other client sends commands.
   void Quiet() {
-    const TallowPlayerState before = Prepare();
-    const Numbers queue = own_.Upcoming(0, TallowPlayer::kMaxAsked)->entries;
+    const auto [before, queue] = Prepare();
     Require(queue.size() == before.upcoming, "the queue is not as long as the player says");
     const bool repeats = random_() % 4 == 0;
     if (repeats) own_.SetRepeat(RepeatMode::kOne);
@@ -183,7 +182,8 @@ class Client {
   }
 
   /// Makes the player pause at a song with others behind it, and nothing repeat.
-  TallowPlayerState Prepare() {
+  /// \returns the state and the queue
+  std::pair<TallowPlayerState, Numbers> Prepare() {
     own_.SetRepeat(RepeatMode::kOff);
     User(0, kClearList);
     songs_.Add(own_, kAtEnd, 100 + random_() % 200, random_);
@@ -195,7 +195,14 @@ class Client {
       Require(k < 1000, "the player does not pause");
       Command(State().status == kStopped ? kPlay : kPause);
     }
-    return State();
+    // A paused player still leaves out a song that it finds it cannot play.
+    for (TallowPlayerState before = State();;) {
+      Numbers queue = own_.Upcoming(0, TallowPlayer::kMaxAsked)->entries;
+      const TallowPlayerState after = State();
+      if (after.entry == before.entry && after.upcoming == before.upcoming)
+        return {after, std::move(queue)};
+      before = after;
+    }
   }
 
   Numbers SomeUpcoming() {
