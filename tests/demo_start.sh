@@ -77,7 +77,7 @@ bar+="2 are of other formats."
 TALLOW_PROBE_BAR=$folder/bar.txt \
   "$program" --app-folder "$folder/app-with-newer" --drive "$folder/music-with-newer" &
 tallow=$!
-for _ in $(seq 300); do
+for _ in $(seq 1200); do
   [ "$(cat "$folder/bar.txt" 2> /dev/null)" != "$bar" ] || break
   sleep 0.1
 done
